@@ -1,0 +1,50 @@
+# How the folders under src/ become libraries and test programs. A module is a set of folders: its
+# sources are all *.cpp that are no tests, its test program all *_test.cpp beside them.
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+if(SONARITH_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+
+add_library(sonarith_flags INTERFACE)
+target_include_directories(sonarith_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(sonarith_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                                -Werror)
+if(SONARITH_SANITIZE)
+  target_compile_options(sonarith_flags INTERFACE -fsanitize=${SONARITH_SANITIZE}
+                                                  -fno-omit-frame-pointer
+                                                  -fno-sanitize-recover=all)
+  target_link_options(sonarith_flags INTERFACE -fsanitize=${SONARITH_SANITIZE})
+endif()
+
+# sonarith_module(NAME FILES pattern... [DEPENDS target...] [EXCLUDE pattern...])
+# Makes library sonarith_NAME and, with tests, the program NAME_test.
+function(sonarith_module name)
+  cmake_parse_arguments(PARSE_ARGV 1 M "" "" "FILES;DEPENDS;EXCLUDE")
+  file(GLOB files CONFIGURE_DEPENDS ${M_FILES})
+  if(M_EXCLUDE)
+    file(GLOB excluded CONFIGURE_DEPENDS ${M_EXCLUDE})
+    list(REMOVE_ITEM files ${excluded})
+  endif()
+  set(tests ${files})
+  list(FILTER tests INCLUDE REGEX "_test\\.cpp$")
+  list(FILTER files EXCLUDE REGEX "_test\\.cpp$")
+  if(files)
+    add_library(sonarith_${name} STATIC ${files})
+    target_link_libraries(sonarith_${name} PUBLIC sonarith_flags ${M_DEPENDS})
+  else()
+    add_library(sonarith_${name} INTERFACE)
+    target_link_libraries(sonarith_${name} INTERFACE sonarith_flags ${M_DEPENDS})
+  endif()
+  if(SONARITH_TESTS AND tests)
+    add_executable(${name}_test ${tests})
+    target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${name}_test PRIVATE sonarith_${name} GTest::gmock_main)
+    gtest_discover_tests(${name}_test TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 120
+                         PROPERTIES TIMEOUT 300)
+  endif()
+endfunction()
+if(SONARITH_TESTS)
+  include(GoogleTest)
+endif()
