@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The MP3 control as the logic addresses it: decodes one file to WAV or sounds it, on threads of
+// its own, and raises no events. Interface only; the Linux machine's control implements it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/result.h"
+
+namespace sonarith {
+
+class ActiveMP3 {
+  public:
+    virtual ~ActiveMP3() = default;
+    /// The MP3 to work on, in the logic's path form.
+    virtual Status setSourceFile(const std::string& path) = 0;
+    /// True from the start of a decoding until its end.
+    [[nodiscard]] virtual bool Busy() const = 0;
+    /// Work done so far, in the unit of Length.
+    [[nodiscard]] virtual std::int32_t Position() const = 0;
+    /// Total work of the file; above 0 while Busy.
+    [[nodiscard]] virtual std::int32_t Length() const = 0;
+    /// Sounds the source file through the sound card's wave line.
+    virtual Status Play() = 0;
+    /// Ends playing or decoding; harmless when idle.
+    virtual Status Stop() = 0;
+    /// Begins to write the source file as a 16-bit WAV file to `path` and returns at once. Does
+    /// nothing for the source and target that it is working on, or has just completed unchanged;
+    /// for others it stops the running decoding first.
+    virtual Status DecodeToWav(const std::string& path) = 0;
+};
+
+} // namespace sonarith

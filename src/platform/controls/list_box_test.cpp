@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/list_box.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::string> linesOf(const ListBox& list) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < list.listCount(); ++i) {
+        lines.push_back(list.list(i));
+    }
+    return lines;
+}
+
+struct ListBoxTest : testing::Test {
+    ListBox list{"List1"};
+    int clicks = 0;
+    int changes = 0;
+    Connection connection;
+
+    ListBoxTest() {
+        for (const char* text : {"a", "b", "c"}) {
+            list.addItem(text);
+        }
+        list.onClick = [this] {
+            ++clicks;
+        };
+        connection = list.changed.connect([this] { ++changes; });
+    }
+};
+
+TEST_F(ListBoxTest, KeepsTheOrderOfItsLines) {
+    EXPECT_THAT(linesOf(list), ElementsAre("a", "b", "c"));
+    EXPECT_EQ(list.listIndex(), -1);
+}
+
+TEST_F(ListBoxTest, ReadsAsEmptyOutsideTheList) {
+    for (const int outside : {-2, -1, 3, 1000000}) {
+        EXPECT_EQ(list.list(outside), "") << outside;
+        EXPECT_FALSE(list.selected(outside));
+        EXPECT_EQ(list.itemData(outside), 0);
+    }
+    EXPECT_EQ(list.text(), "");
+}
+
+TEST_F(ListBoxTest, RefusesWritesOutsideTheListAndStaysAsItWas) {
+    for (const int outside : {-1, 3}) {
+        EXPECT_EQ(list.setList(outside, "x").error().number, ErrorNumber::subscriptOutOfRange);
+        EXPECT_EQ(list.removeItem(outside).error().number, ErrorNumber::subscriptOutOfRange);
+        EXPECT_EQ(list.setSelected(outside, true).error().number, ErrorNumber::subscriptOutOfRange);
+        EXPECT_EQ(list.setItemData(outside, 1).error().number, ErrorNumber::subscriptOutOfRange);
+    }
+    EXPECT_EQ(list.addItem("x", -1).error().number, ErrorNumber::invalidProcedureCall);
+    EXPECT_EQ(list.addItem("x", 4).error().number, ErrorNumber::invalidProcedureCall);
+    EXPECT_THAT(linesOf(list), ElementsAre("a", "b", "c"));
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(ListBoxTest, KeepsWhatStandsBeforeTheFirstNul) {
+    const std::string torn("x\0y", 3);
+    list.addItem(torn);
+    list.addItem(torn, 0).passOver();
+    list.setList(1, torn).passOver();
+    EXPECT_THAT(linesOf(list), ElementsAre("x", "x", "b", "c", "x"));
+}
+
+TEST_F(ListBoxTest, AddsBeforeALineOrBehindTheLast) {
+    EXPECT_TRUE(list.addItem("first", 0).ok());
+    EXPECT_TRUE(list.addItem("last", 4).ok());
+    EXPECT_THAT(linesOf(list), ElementsAre("first", "a", "b", "c", "last"));
+}
+
+TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOneItHas) {
+    list.setListIndex(1).passOver();
+    for (const int outside : {-2, 3}) {
+        EXPECT_EQ(list.setListIndex(outside).error().number, ErrorNumber::invalidPropertyValue);
+    }
+    EXPECT_EQ(list.listIndex(), 1);
+    EXPECT_EQ(list.text(), "b");
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(ListBoxTest, TheLastLineOfAnEmptyListIsNone) {
+    list.clear();
+    // What "ListCount minus 1" comes to.
+    EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
+    EXPECT_EQ(list.listIndex(), -1);
+}
+
+TEST_F(ListBoxTest, RunsItsClickForAnotherCurrentLineOnly) {
+    list.setListIndex(2).passOver();
+    list.setListIndex(2).passOver();
+    EXPECT_EQ(clicks, 1);
+    list.setListIndex(-1).passOver();
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(ListBoxTest, TheCurrentLineIsFollowedThroughAdditionsAndRemovals) {
+    list.setListIndex(1).passOver();
+    list.addItem("before", 0).passOver();
+    EXPECT_EQ(list.text(), "b");
+    list.addItem("in its place", 2).passOver();
+    EXPECT_EQ(list.text(), "b");
+    list.addItem("behind");
+    list.removeItem(0).passOver();
+    EXPECT_EQ(list.text(), "b");
+    EXPECT_EQ(list.listIndex(), 2);
+    list.removeItem(3).passOver();
+    EXPECT_EQ(list.listIndex(), 2);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(ListBoxTest, TheCurrentLineIsNoneOnceItsLineHasGone) {
+    list.setListIndex(1).passOver();
+    list.removeItem(1).passOver();
+    EXPECT_EQ(list.listIndex(), -1);
+    list.setListIndex(0).passOver();
+    list.clear();
+    EXPECT_EQ(list.listIndex(), -1);
+}
+
+TEST_F(ListBoxTest, MarksAndNumbersGoWithTheirLines) {
+    list.setSelected(1, true).passOver();
+    list.setItemData(1, 42).passOver();
+    list.addItem("first", 0).passOver();
+    EXPECT_TRUE(list.selected(2));
+    EXPECT_EQ(list.itemData(2), 42);
+    EXPECT_FALSE(list.selected(1));
+    list.removeItem(2).passOver();
+    EXPECT_FALSE(list.selected(2));
+    EXPECT_EQ(list.itemData(2), 0);
+}
+
+TEST_F(ListBoxTest, TellsOfEveryChangeOfItsLines) {
+    list.addItem("d");
+    list.setList(0, "A").passOver();
+    list.setList(0, "A").passOver();
+    list.removeItem(0).passOver();
+    list.setSelected(0, true).passOver();
+    EXPECT_EQ(changes, 4);
+    list.clear();
+    EXPECT_EQ(changes, 5);
+    EXPECT_EQ(list.listCount(), 0);
+}
+
+TEST_F(ListBoxTest, ALineThatWasReadStaysReadWhenItsListChanges) {
+    const auto& line = list.list(0);
+    list.clear();
+    EXPECT_EQ(line, "a");
+}
+
+TEST_F(ListBoxTest, CanAddOneOfItsOwnLines) {
+    for (int i = 0; i < 100; ++i) {
+        list.addItem(list.list(0));
+    }
+    EXPECT_EQ(list.list(102), "a");
+}
+
+struct ReorderTest : ListBoxTest {
+    ListBox scratch{"List7"};
+    ReorderTest() { scratch.addItem("left over"); }
+};
+
+TEST_F(ReorderTest, PutOnTopGoesByWayOfTheScratchList) {
+    putOnTop(list, "top", scratch);
+    EXPECT_THAT(linesOf(list), ElementsAre("top", "a", "b", "c"));
+    EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));
+}
+
+TEST_F(ReorderTest, PutOnTopOfAnEmptyListMakesOneLine) {
+    list.clear();
+    putOnTop(list, "top", scratch);
+    EXPECT_THAT(linesOf(list), ElementsAre("top"));
+}
+
+TEST_F(ReorderTest, PutOnTopTakesALineOfTheScratchListToo) {
+    putOnTop(list, scratch.list(0), scratch);
+    EXPECT_THAT(linesOf(list), ElementsAre("left over", "a", "b", "c"));
+}
+
+TEST_F(ReorderTest, ReverseGoesByWayOfTheScratchList) {
+    reverse(list, scratch);
+    EXPECT_THAT(linesOf(list), ElementsAre("c", "b", "a"));
+    EXPECT_THAT(linesOf(scratch), ElementsAre("c", "b", "a"));
+    list.clear();
+    reverse(list, scratch);
+    EXPECT_THAT(linesOf(list), IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/signal.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct SignalTest : testing::Test {
+    Signal<int> signal;
+    std::vector<std::string> calls;
+
+    Signal<int>::Slot note(const std::string& name) {
+        return [this, name](int value) {
+            calls.push_back(name + std::to_string(value));
+        };
+    }
+};
+
+TEST_F(SignalTest, CallsEverySlotInTheOrderOfConnection) {
+    const Connection first = signal.connect(note("a"));
+    const Connection second = signal.connect(note("b"));
+    signal.emit(7);
+    EXPECT_THAT(calls, ElementsAre("a7", "b7"));
+}
+
+TEST_F(SignalTest, ASlotIsConnectedForAsLongAsItsConnectionLives) {
+    {
+        const Connection connection = signal.connect(note("a"));
+        signal.emit(1);
+    }
+    signal.emit(2);
+    EXPECT_THAT(calls, ElementsAre("a1"));
+}
+
+TEST_F(SignalTest, AnAssignedConnectionDropsTheFormerSlot) {
+    Connection connection = signal.connect(note("a"));
+    connection = signal.connect(note("b"));
+    signal.emit(1);
+    EXPECT_THAT(calls, ElementsAre("b1"));
+}
+
+TEST_F(SignalTest, ASlotDisconnectedByAnEarlierOneIsNotCalledAnyMore) {
+    Connection second;
+    const Connection first = signal.connect([&](int) { second = Connection(); });
+    second = signal.connect(note("b"));
+    signal.emit(1);
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(SignalTest, ASlotMayDisconnectItselfAndStillFinish) {
+    Connection self;
+    const std::string name = "a name that is too long to be kept without an allocation of its own ";
+    self = signal.connect([&, name](int) {
+        self = Connection();
+        calls.push_back(name);
+    });
+    signal.emit(1);
+    signal.emit(2);
+    EXPECT_THAT(calls, ElementsAre(name));
+}
+
+TEST_F(SignalTest, ASlotConnectedMeanwhileIsFirstCalledTheNextTime) {
+    Connection late;
+    const Connection first = signal.connect([&](int value) {
+        calls.push_back("a" + std::to_string(value));
+        if (value == 1) {
+            late = signal.connect(note("late"));
+        }
+    });
+    signal.emit(1);
+    signal.emit(2);
+    EXPECT_THAT(calls, ElementsAre("a1", "a2", "late2"));
+}
+
+TEST_F(SignalTest, ASlotMayEmitAgain) {
+    const Connection first = signal.connect([&](int value) {
+        calls.push_back(std::to_string(value));
+        if (value > 0) {
+            signal.emit(value - 1);
+        }
+    });
+    signal.emit(2);
+    EXPECT_THAT(calls, ElementsAre("2", "1", "0"));
+}
+
+TEST(Connection, MayOutliveItsSignal) {
+    auto signal = std::make_optional<Signal<>>();
+    int calls = 0;
+    const Connection connection = signal->connect([&] { ++calls; });
+    signal->emit();
+    signal.reset();
+    EXPECT_EQ(calls, 1);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/timer.h"
+
+#include <gtest/gtest.h>
+
+#include "support/virtual_event_loop.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::VirtualEventLoop;
+
+struct TimerTest : testing::Test {
+    VirtualEventLoop loop;
+    Timer timer{loop, "tmrRecord", 100ms};
+    int ticks = 0;
+
+    TimerTest() {
+        timer.onTimer = [this] {
+            ++ticks;
+        };
+    }
+};
+
+TEST_F(TimerTest, IsOffUntilItIsEnabled) {
+    EXPECT_EQ(timer.name(), "tmrRecord");
+    EXPECT_EQ(timer.interval(), 100ms);
+    EXPECT_FALSE(timer.enabled());
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(TimerTest, TicksAtEveryIntervalWhileItIsOn) {
+    timer.setEnabled(true);
+    EXPECT_TRUE(timer.enabled());
+    loop.advance(99ms);
+    EXPECT_EQ(ticks, 0);
+    loop.advance(1ms);
+    EXPECT_EQ(ticks, 1);
+    loop.advance(900ms);
+    EXPECT_EQ(ticks, 10);
+    timer.setEnabled(false);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 10);
+}
+
+TEST_F(TimerTest, EnablingATimerThatIsOnDoesNotDelayIt) {
+    timer.setEnabled(true);
+    loop.advance(90ms);
+    timer.setEnabled(true);
+    loop.advance(10ms);
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST_F(TimerTest, EnablingAgainStartsAFullInterval) {
+    timer.setEnabled(true);
+    loop.advance(90ms);
+    timer.setEnabled(false);
+    timer.setEnabled(true);
+    loop.advance(99ms);
+    EXPECT_EQ(ticks, 0);
+    loop.advance(1ms);
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST_F(TimerTest, MaySwitchItselfOffInItsOwnTick) {
+    timer.onTimer = [this] {
+        ++ticks;
+        timer.setEnabled(false);
+    };
+    timer.setEnabled(true);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 1);
+    EXPECT_FALSE(timer.enabled());
+}
+
+TEST_F(TimerTest, MaySwitchItselfOffAndOnInItsOwnTick) {
+    timer.onTimer = [this] {
+        ++ticks;
+        timer.setEnabled(false);
+        timer.setEnabled(true);
+    };
+    timer.setEnabled(true);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 10);
+    EXPECT_TRUE(timer.enabled());
+}
+
+TEST_F(TimerTest, NeverEntersATickThatHasNotReturned) {
+    int depth = 0;
+    timer.onTimer = [&] {
+        EXPECT_EQ(++depth, 1);
+        ++ticks;
+        loop.waitFor(350ms);
+        --depth;
+    };
+    timer.setEnabled(true);
+    loop.advance(460ms);
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST_F(TimerTest, ARestartedTimerStillDoesNotEnterTheTickThatRestartedIt) {
+    int depth = 0;
+    timer.onTimer = [&] {
+        EXPECT_EQ(++depth, 1);
+        ++ticks;
+        if (ticks == 1) {
+            // The new wake-up knows nothing of the tick that is still running.
+            timer.setEnabled(false);
+            timer.setEnabled(true);
+            loop.waitFor(250ms);
+        }
+        --depth;
+    };
+    timer.setEnabled(true);
+    loop.advance(350ms);
+    EXPECT_EQ(ticks, 1);
+    loop.advance(100ms);
+    EXPECT_EQ(ticks, 2);
+}
+
+TEST_F(TimerTest, FiresByHandWhetherItIsOnOrNot) {
+    timer.fire();
+    EXPECT_EQ(ticks, 1);
+    EXPECT_FALSE(timer.enabled());
+}
+
+TEST_F(TimerTest, ATickThatEndsTheProgramLeavesTheTimerFree) {
+    timer.onTimer = [this] {
+        ++ticks;
+        loop.endProgram();
+    };
+    EXPECT_THROW(timer.fire(), test::ProgramEnded);
+    EXPECT_THROW(timer.fire(), test::ProgramEnded);
+    EXPECT_EQ(ticks, 2);
+}
+
+} // namespace
+} // namespace sonarith

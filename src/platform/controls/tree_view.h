@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A tree control as a model: nodes with keys and indices, a selection, a drop highlight, in-place
+// label editing with a before and an after event, and parents that can be assigned.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "platform/controls/control.h"
+#include "platform/result.h"
+
+namespace sonarith {
+
+class TreeNode;
+/// A reference to a node. It outlives the node's removal: a removed node can still be asked for its
+/// key and text, but it has no parent and no children any more, and nothing can be done with it.
+using NodeRef = std::shared_ptr<TreeNode>;
+
+class TreeNode {
+  public:
+    /// Unique in the tree, and fixed.
+    [[nodiscard]] const std::string& key() const { return key_; }
+    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] int image() const { return image_; }
+    [[nodiscard]] int selectedImage() const { return selectedImage_; }
+    /// Place in the tree's one numbering, from 1, in the order of creation. When a node is removed,
+    /// every later one moves down by one. 0 once removed.
+    [[nodiscard]] int index() const { return index_; }
+    /// Empty for a root, and once removed.
+    [[nodiscard]] NodeRef parent() const { return parent_.lock(); }
+    [[nodiscard]] const std::vector<NodeRef>& children() const { return children_; }
+    /// Place among the siblings, from 0.
+    [[nodiscard]] int position() const { return position_; }
+    [[nodiscard]] bool removed() const { return index_ == 0; }
+
+  private:
+    friend class TreeView;
+    std::string key_;
+    std::string text_;
+    int image_ = 0;
+    int selectedImage_ = 0;
+    int index_ = 0;
+    int position_ = 0;
+    std::weak_ptr<TreeNode> parent_;
+    std::vector<NodeRef> children_;
+};
+
+/// Follows every change of a tree, so that a widget can show it.
+class TreeObserver {
+  public:
+    virtual ~TreeObserver() = default;
+    /// A node is about to become child number `position` of `parent` (empty: a root).
+    virtual void beforeInsert(const NodeRef& parent, int position) = 0;
+    virtual void afterInsert(const NodeRef& node) = 0;
+    /// `node` is about to go, with all that stands below it.
+    virtual void beforeRemove(const NodeRef& node) = 0;
+    virtual void afterRemove() = 0;
+    /// `node` is about to become the last child of `parent`, number `position`.
+    virtual void beforeMove(const NodeRef& node, const NodeRef& parent, int position) = 0;
+    virtual void afterMove(const NodeRef& node) = 0;
+    virtual void textChanged(const NodeRef& node) = 0;
+    virtual void selectionChanged() = 0;
+    virtual void dropHighlightChanged() = 0;
+    /// The node's ancestors are to be opened and the node scrolled into sight.
+    virtual void revealRequested(const NodeRef& node) = 0;
+    /// The in-place editor is to open on the node; its end is TreeView::finishLabelEdit.
+    virtual void editRequested(const NodeRef& node) = 0;
+    /// The open editor is to close, and what stands in it is thrown away: its node has gone, or
+    /// another node is about to be edited.
+    virtual void editAbandoned() {}
+    /// The pointer, its button down, carries a node from here on.
+    virtual void dragRequested() = 0;
+};
+
+/// Which mouse buttons are down, or were pressed.
+struct MouseButtons {
+    bool left = false;
+    bool right = false;
+};
+
+class TreeView : public Control {
+  public:
+    explicit TreeView(std::string name) : Control(std::move(name)) {}
+
+    [[nodiscard]] int count() const { return static_cast<int>(nodes_.size()); }
+    /// The node of an index from 1 to count(); empty outside.
+    [[nodiscard]] NodeRef node(int index) const;
+    [[nodiscard]] const std::vector<NodeRef>& roots() const { return roots_; }
+
+    /// Adds a node as the last child of `parent`, or as the last root. Errors: keyNotUnique;
+    /// elementRemoved for a parent that is no longer in the tree.
+    Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
+                        int image, int selectedImage);
+    /// Removes a node with all that stands below it, in time that grows with the number of nodes
+    /// behind the first one that goes. The selection and the drop highlight are emptied if they
+    /// stood there; an editor that stood there is abandoned. Errors: elementNotFound, objectNotSet,
+    /// elementRemoved.
+    Status remove(int index);
+    Status remove(const NodeRef& node);
+    void clear();
+
+    /// Makes a node the last child of `parent`, with all that stands below it. Nothing happens
+    /// for the parent it has already. Errors, with no change: objectNotSet for an empty node or
+    /// parent, elementRemoved, invalidPropertyValue for a parent within the node's own subtree.
+    Status setParent(const NodeRef& node, const NodeRef& parent);
+    Status setText(const NodeRef& node, const std::string& text);
+
+    /// The next and the previous sibling; empty if there is none, or for an empty or removed node.
+    [[nodiscard]] NodeRef nextSibling(const NodeRef& node) const;
+    [[nodiscard]] NodeRef previousSibling(const NodeRef& node) const;
+
+    [[nodiscard]] NodeRef selectedItem() const { return selected_; }
+    /// Errors, with no change: objectNotSet for an empty node, elementRemoved.
+    Status setSelectedItem(const NodeRef& node);
+    [[nodiscard]] NodeRef dropHighlight() const { return dropHighlight_; }
+    /// An empty node clears it. Error, with no change: elementRemoved.
+    Status setDropHighlight(const NodeRef& node);
+    /// Opens the node's ancestors and brings it into sight. Errors as setSelectedItem.
+    Status ensureVisible(const NodeRef& node);
+
+    /// Runs onBeforeLabelEdit for the selected node, and opens the editor unless that refuses, or
+    /// has taken the selection elsewhere. An editor that is open on another node is abandoned.
+    /// Error: objectNotSet with nothing selected.
+    Status startLabelEdit();
+    /// The node under the editor; empty while none is open.
+    [[nodiscard]] NodeRef editedNode() const { return edited_; }
+    /// A person has ended the editor with a new text: runs onAfterLabelEdit and gives the node its
+    /// label, unless the handler refuses it. Nothing without an open editor.
+    void finishLabelEdit(std::string text);
+    /// The editor was left without a new text.
+    void cancelLabelEdit() { edited_.reset(); }
+    void beginDrag();
+
+    // A person's input. `at` is the node under the pointer, empty if there is none.
+    Handler<MouseButtons, NodeRef> onMouseDown;
+    Handler<MouseButtons, NodeRef> onMouseUp;
+    Handler<MouseButtons, NodeRef> onMouseMove;
+    Handler<> onDoubleClick;
+    Handler<NodeRef> onDragOver;
+    Handler<NodeRef> onDragDrop;
+    /// `cancel` starts false; true keeps the editor closed.
+    Handler<bool&> onBeforeLabelEdit;
+    /// `cancel` starts false; true keeps the former label.
+    Handler<bool&, const std::string&> onAfterLabelEdit;
+
+    /// Whoever shows the tree; empty while nobody does.
+    void setObserver(TreeObserver* observer) { observer_ = observer; }
+
+  private:
+    [[nodiscard]] Status usable(const NodeRef& node) const;
+    [[nodiscard]] std::vector<NodeRef>& siblings(const TreeNode& node);
+    void detachFromSiblings(const NodeRef& node);
+    int forgetSubtree(const NodeRef& top);
+    void renumberFrom(int index);
+    void abandonEdit();
+
+    std::vector<NodeRef> nodes_;
+    std::vector<NodeRef> roots_;
+    std::unordered_set<std::string> keys_;
+    NodeRef selected_;
+    NodeRef dropHighlight_;
+    NodeRef edited_;
+    TreeObserver* observer_ = nullptr;
+};
+
+} // namespace sonarith

@@ -1,0 +1,497 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/tree_view.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::string> textsOf(const std::vector<NodeRef>& nodes) {
+    std::vector<std::string> texts;
+    for (const NodeRef& node : nodes) {
+        texts.push_back(node->text());
+    }
+    return texts;
+}
+
+/// All nodes in the order of their indices.
+std::vector<std::string> numbering(const TreeView& tree) {
+    std::vector<std::string> texts;
+    for (int i = 1; i <= tree.count(); ++i) {
+        texts.push_back(tree.node(i)->text());
+    }
+    return texts;
+}
+
+/// Every node's index, position and parent agree with the places where it can be found.
+void expectConsistent(const TreeView& tree) {
+    for (int i = 1; i <= tree.count(); ++i) {
+        const NodeRef node = tree.node(i);
+        EXPECT_EQ(node->index(), i);
+        const auto& siblings = node->parent() ? node->parent()->children() : tree.roots();
+        const auto position = static_cast<std::size_t>(node->position());
+        ASSERT_LT(position, siblings.size()) << node->text();
+        EXPECT_EQ(siblings[position], node) << node->text();
+    }
+}
+
+/// Writes down what it is told.
+struct LoggingObserver : TreeObserver {
+    std::vector<std::string> log;
+    static std::string name(const NodeRef& node) { return node ? node->text() : "none"; }
+    void beforeInsert(const NodeRef& parent, int position) override {
+        log.push_back("before insert " + name(parent) + " " + std::to_string(position));
+    }
+    void afterInsert(const NodeRef& node) override { log.push_back("inserted " + name(node)); }
+    void beforeRemove(const NodeRef& node) override {
+        log.push_back("before remove " + name(node) + " of " + name(node->parent()));
+    }
+    void afterRemove() override { log.push_back("removed"); }
+    void beforeMove(const NodeRef& node, const NodeRef& parent, int position) override {
+        log.push_back("before move " + name(node) + " of " + name(node->parent()) + " to " +
+                      name(parent) + " " + std::to_string(position));
+    }
+    void afterMove(const NodeRef& node) override {
+        log.push_back("moved " + name(node) + " to " + name(node->parent()));
+    }
+    void textChanged(const NodeRef& node) override { log.push_back("text " + name(node)); }
+    void selectionChanged() override { log.push_back("selection"); }
+    void dropHighlightChanged() override { log.push_back("highlight"); }
+    void revealRequested(const NodeRef& node) override { log.push_back("reveal " + name(node)); }
+    void editRequested(const NodeRef& node) override { log.push_back("edit " + name(node)); }
+    void editAbandoned() override { log.push_back("edit abandoned"); }
+    void dragRequested() override { log.push_back("drag"); }
+};
+
+/// Two roots A and B; A holds a (with a1, a2) and b.
+struct TreeViewTest : testing::Test {
+    TreeView tree{"TreeView1"};
+    NodeRef A = make(nullptr, "A");
+    NodeRef a = make(A, "a");
+    NodeRef a1 = make(a, "a1");
+    NodeRef b = make(A, "b");
+    NodeRef B = make(nullptr, "B");
+    NodeRef a2 = make(a, "a2");
+    LoggingObserver observer;
+
+    NodeRef make(const NodeRef& parent, const std::string& text) {
+        return tree.add(parent, "key " + text, text, 3, 6).value();
+    }
+    static ErrorNumber numberOf(const Status& status) {
+        EXPECT_FALSE(status.ok());
+        return status.ok() ? ErrorNumber{} : status.error().number;
+    }
+};
+
+TEST_F(TreeViewTest, NumbersItsNodesInTheOrderOfCreation) {
+    EXPECT_THAT(numbering(tree), ElementsAre("A", "a", "a1", "b", "B", "a2"));
+    expectConsistent(tree);
+    EXPECT_EQ(tree.node(0), nullptr);
+    EXPECT_EQ(tree.node(-1), nullptr);
+    EXPECT_EQ(tree.node(7), nullptr);
+}
+
+TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasWhatItWasGiven) {
+    EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A", "B"));
+    EXPECT_THAT(textsOf(a->children()), ElementsAre("a1", "a2"));
+    EXPECT_EQ(a2->key(), "key a2");
+    EXPECT_EQ(a2->image(), 3);
+    EXPECT_EQ(a2->selectedImage(), 6);
+    EXPECT_EQ(a2->parent(), a);
+    EXPECT_EQ(B->parent(), nullptr);
+}
+
+TEST_F(TreeViewTest, AnAddWithAKeyThatExistsFailsAndChangesNothing) {
+    tree.setObserver(&observer);
+    const auto added = tree.add(B, "key a1", "twin", 1, 1);
+    ASSERT_FALSE(added.ok());
+    EXPECT_EQ(added.error().number, ErrorNumber::keyNotUnique);
+    EXPECT_EQ(tree.count(), 6);
+    EXPECT_THAT(B->children(), IsEmpty());
+    EXPECT_THAT(observer.log, IsEmpty());
+}
+
+TEST_F(TreeViewTest, KeysDifferByCaseAndAnyByte) {
+    EXPECT_TRUE(tree.add(A, "KEY A1", "x", 1, 1).ok());
+    EXPECT_TRUE(tree.add(A, std::string("key a1\0", 7), "x", 1, 1).ok());
+}
+
+TEST_F(TreeViewTest, AKeyIsFreeAgainOnceItsNodeHasGone) {
+    tree.remove(a).passOver();
+    EXPECT_TRUE(tree.add(B, "key a", "x", 1, 1).ok());
+    EXPECT_TRUE(tree.add(B, "key a1", "x", 1, 1).ok());
+    EXPECT_FALSE(tree.add(B, "key b", "x", 1, 1).ok());
+}
+
+TEST_F(TreeViewTest, ANodeCannotBeAddedBelowOneThatHasGone) {
+    tree.remove(A).passOver();
+    const auto added = tree.add(a, "new", "new", 1, 1);
+    ASSERT_FALSE(added.ok());
+    EXPECT_EQ(added.error().number, ErrorNumber::elementRemoved);
+    EXPECT_EQ(tree.count(), 1);
+}
+
+TEST_F(TreeViewTest, ARemovalMovesEveryLaterIndexDownByOne) {
+    EXPECT_TRUE(tree.remove(4).ok());
+    EXPECT_THAT(numbering(tree), ElementsAre("A", "a", "a1", "B", "a2"));
+    EXPECT_TRUE(tree.remove(1).ok());
+    EXPECT_THAT(numbering(tree), ElementsAre("B"));
+    expectConsistent(tree);
+}
+
+TEST_F(TreeViewTest, ARemovalTakesTheSubtreeWhereverItsIndicesStand) {
+    tree.remove(a).passOver();
+    EXPECT_THAT(numbering(tree), ElementsAre("A", "b", "B"));
+    expectConsistent(tree);
+    for (const NodeRef& gone : {a, a1, a2}) {
+        EXPECT_TRUE(gone->removed());
+        EXPECT_EQ(gone->index(), 0);
+    }
+    EXPECT_FALSE(b->removed());
+}
+
+TEST_F(TreeViewTest, ARemovalTakesChildrenThatAreOlderThanTheirParent) {
+    tree.setParent(a, B).passOver();
+    tree.remove(B).passOver();
+    EXPECT_THAT(numbering(tree), ElementsAre("A", "b"));
+    expectConsistent(tree);
+    EXPECT_TRUE(a1->removed());
+}
+
+TEST_F(TreeViewTest, AnIndexOutsideCannotBeRemoved) {
+    for (const int index : {-1, 0, 7}) {
+        EXPECT_EQ(numberOf(tree.remove(index)), ErrorNumber::elementNotFound);
+    }
+    EXPECT_EQ(tree.count(), 6);
+}
+
+TEST_F(TreeViewTest, ARemovedNodeCanBeAskedAndNothingElse) {
+    tree.remove(a).passOver();
+    for (const NodeRef& gone : {a, a1}) {
+        EXPECT_FALSE(gone->text().empty());
+        EXPECT_FALSE(gone->key().empty());
+        EXPECT_EQ(gone->parent(), nullptr);
+        EXPECT_THAT(gone->children(), IsEmpty());
+        EXPECT_EQ(tree.nextSibling(gone), nullptr);
+        EXPECT_EQ(tree.previousSibling(gone), nullptr);
+        EXPECT_EQ(numberOf(tree.remove(gone)), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.setText(gone, "x")), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.setParent(gone, B)), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.setParent(b, gone)), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.setSelectedItem(gone)), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.setDropHighlight(gone)), ErrorNumber::elementRemoved);
+        EXPECT_EQ(numberOf(tree.ensureVisible(gone)), ErrorNumber::elementRemoved);
+    }
+    EXPECT_EQ(a1->text(), "a1");
+    EXPECT_EQ(b->parent(), A);
+}
+
+TEST_F(TreeViewTest, NothingCanBeDoneWithNoNode) {
+    EXPECT_EQ(numberOf(tree.remove(NodeRef())), ErrorNumber::objectNotSet);
+    EXPECT_EQ(numberOf(tree.setText(nullptr, "x")), ErrorNumber::objectNotSet);
+    EXPECT_EQ(numberOf(tree.setParent(nullptr, A)), ErrorNumber::objectNotSet);
+    EXPECT_EQ(numberOf(tree.setParent(a, nullptr)), ErrorNumber::objectNotSet);
+    EXPECT_EQ(numberOf(tree.setSelectedItem(nullptr)), ErrorNumber::objectNotSet);
+    EXPECT_EQ(numberOf(tree.ensureVisible(nullptr)), ErrorNumber::objectNotSet);
+    EXPECT_EQ(tree.nextSibling(nullptr), nullptr);
+    EXPECT_EQ(tree.previousSibling(nullptr), nullptr);
+}
+
+TEST_F(TreeViewTest, TheSelectedNodeCanBeRemovedByItsOwnReference) {
+    tree.setSelectedItem(a).passOver();
+    EXPECT_TRUE(tree.remove(tree.selectedItem()).ok());
+    EXPECT_EQ(tree.selectedItem(), nullptr);
+}
+
+TEST_F(TreeViewTest, ClearTakesEverything) {
+    tree.setSelectedItem(a1).passOver();
+    tree.clear();
+    EXPECT_EQ(tree.count(), 0);
+    EXPECT_THAT(tree.roots(), IsEmpty());
+    EXPECT_EQ(tree.selectedItem(), nullptr);
+    EXPECT_TRUE(tree.add(nullptr, "key a", "a", 1, 1).ok());
+}
+
+TEST_F(TreeViewTest, AChangeOfParentTakesTheSubtreeAlongAndKeepsTheNumbering) {
+    EXPECT_TRUE(tree.setParent(a, B).ok());
+    EXPECT_THAT(textsOf(A->children()), ElementsAre("b"));
+    EXPECT_THAT(textsOf(B->children()), ElementsAre("a"));
+    EXPECT_THAT(textsOf(a->children()), ElementsAre("a1", "a2"));
+    EXPECT_THAT(numbering(tree), ElementsAre("A", "a", "a1", "b", "B", "a2"));
+    expectConsistent(tree);
+}
+
+TEST_F(TreeViewTest, AMovedNodeBecomesTheLastChild) {
+    EXPECT_TRUE(tree.setParent(a1, A).ok());
+    EXPECT_THAT(textsOf(A->children()), ElementsAre("a", "b", "a1"));
+    expectConsistent(tree);
+}
+
+TEST_F(TreeViewTest, ARootCanBeMovedBelowAnother) {
+    EXPECT_TRUE(tree.setParent(B, a).ok());
+    EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A"));
+    EXPECT_EQ(B->parent(), a);
+    expectConsistent(tree);
+}
+
+TEST_F(TreeViewTest, TheParentThatANodeHasAlreadyChangesNothing) {
+    tree.setObserver(&observer);
+    EXPECT_TRUE(tree.setParent(a, A).ok());
+    EXPECT_THAT(textsOf(A->children()), ElementsAre("a", "b"));
+    EXPECT_THAT(observer.log, IsEmpty());
+}
+
+TEST_F(TreeViewTest, ANodeCannotStandBelowItself) {
+    for (const NodeRef& below : {A, a, a1}) {
+        EXPECT_EQ(numberOf(tree.setParent(A, below)), ErrorNumber::invalidPropertyValue);
+    }
+    EXPECT_EQ(A->parent(), nullptr);
+    expectConsistent(tree);
+}
+
+TEST_F(TreeViewTest, SiblingsFollowThePlacesAndNotTheNumbering) {
+    tree.setParent(a1, A).passOver();
+    EXPECT_EQ(tree.nextSibling(b), a1);
+    EXPECT_EQ(tree.previousSibling(a1), b);
+    EXPECT_EQ(tree.previousSibling(a), nullptr);
+    EXPECT_EQ(tree.nextSibling(a1), nullptr);
+    EXPECT_EQ(tree.nextSibling(A), B);
+    EXPECT_EQ(tree.previousSibling(B), A);
+    EXPECT_EQ(tree.nextSibling(B), nullptr);
+}
+
+TEST_F(TreeViewTest, TheSelectionGoesWithItsNodeOnly) {
+    tree.setSelectedItem(a1).passOver();
+    tree.remove(b).passOver();
+    EXPECT_EQ(tree.selectedItem(), a1);
+    tree.remove(A).passOver();
+    EXPECT_EQ(tree.selectedItem(), nullptr);
+}
+
+TEST_F(TreeViewTest, AFailedSelectionKeepsTheFormerOne) {
+    tree.setSelectedItem(a1).passOver();
+    tree.setSelectedItem(nullptr).passOver();
+    EXPECT_EQ(tree.selectedItem(), a1);
+}
+
+TEST_F(TreeViewTest, TheDropHighlightIsSetReadClearedAndLostWithItsNode) {
+    EXPECT_EQ(tree.dropHighlight(), nullptr);
+    EXPECT_TRUE(tree.setDropHighlight(a).ok());
+    EXPECT_EQ(tree.dropHighlight(), a);
+    EXPECT_TRUE(tree.setDropHighlight(nullptr).ok());
+    EXPECT_EQ(tree.dropHighlight(), nullptr);
+    tree.setDropHighlight(a2).passOver();
+    tree.remove(a).passOver();
+    EXPECT_EQ(tree.dropHighlight(), nullptr);
+    tree.setSelectedItem(b).passOver();
+    // What the mouse release does with an empty highlight.
+    EXPECT_EQ(numberOf(tree.setSelectedItem(tree.dropHighlight())), ErrorNumber::objectNotSet);
+    EXPECT_EQ(tree.selectedItem(), b);
+}
+
+struct ObservedTree : TreeViewTest {
+    ObservedTree() { tree.setObserver(&observer); }
+};
+
+TEST_F(ObservedTree, TellsOfAdditionsMovesAndRemovalsBeforeAndAfter) {
+    make(b, "new");
+    tree.setParent(a1, B).passOver();
+    tree.remove(A).passOver();
+    EXPECT_THAT(observer.log,
+                ElementsAre("before insert b 0", "inserted new", "before move a1 of a to B 0",
+                            "moved a1 to B", "before remove A of none", "removed"));
+}
+
+TEST_F(ObservedTree, TellsThatSelectionAndHighlightWentWithTheirNode) {
+    tree.setSelectedItem(a1).passOver();
+    tree.setDropHighlight(a).passOver();
+    observer.log.clear();
+    tree.remove(a).passOver();
+    EXPECT_THAT(observer.log,
+                ElementsAre("before remove a of A", "removed", "selection", "highlight"));
+}
+
+TEST_F(ObservedTree, TellsOfEachChangeOnce) {
+    tree.setSelectedItem(a).passOver();
+    tree.setSelectedItem(a).passOver();
+    tree.setDropHighlight(a).passOver();
+    tree.setDropHighlight(a).passOver();
+    tree.setText(a, "x").passOver();
+    tree.setText(a, "x").passOver();
+    tree.ensureVisible(b).passOver();
+    tree.beginDrag();
+    EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
+}
+
+struct LabelEditTest : ObservedTree {
+    std::vector<std::string> events;
+    bool refuseEdit = false;
+    bool refuseLabel = false;
+    LabelEditTest() {
+        tree.setSelectedItem(a).passOver();
+        observer.log.clear();
+        tree.onBeforeLabelEdit = [this](bool& cancel) {
+            events.push_back("before");
+            EXPECT_FALSE(cancel);
+            cancel = refuseEdit;
+        };
+        tree.onAfterLabelEdit = [this](bool& cancel, const std::string& text) {
+            events.push_back("after " + text);
+            EXPECT_FALSE(cancel);
+            cancel = refuseLabel;
+        };
+    }
+};
+
+TEST_F(LabelEditTest, AsksThenOpensTheEditorOnTheSelectedNode) {
+    EXPECT_TRUE(tree.startLabelEdit().ok());
+    EXPECT_EQ(tree.editedNode(), a);
+    EXPECT_THAT(events, ElementsAre("before"));
+    EXPECT_THAT(observer.log, ElementsAre("edit a"));
+}
+
+TEST_F(LabelEditTest, ARefusalKeepsTheEditorClosed) {
+    refuseEdit = true;
+    EXPECT_TRUE(tree.startLabelEdit().ok());
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    EXPECT_THAT(observer.log, IsEmpty());
+}
+
+TEST_F(LabelEditTest, NothingSelectedIsAFailureAndAsksNobody) {
+    tree.remove(a).passOver();
+    EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
+    EXPECT_THAT(events, IsEmpty());
+}
+
+TEST_F(LabelEditTest, TheNewTextBecomesTheLabelAfterTheHandler) {
+    tree.startLabelEdit().passOver();
+    std::string during;
+    tree.onAfterLabelEdit = [&](bool&, const std::string&) {
+        during = a->text();
+    };
+    tree.finishLabelEdit("new");
+    EXPECT_EQ(during, "a");
+    EXPECT_EQ(a->text(), "new");
+    EXPECT_EQ(a->key(), "key a");
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(LabelEditTest, ARefusedLabelStaysAsItWas) {
+    refuseLabel = true;
+    tree.startLabelEdit().passOver();
+    tree.finishLabelEdit("new");
+    EXPECT_EQ(a->text(), "a");
+    EXPECT_THAT(events, ElementsAre("before", "after new"));
+}
+
+TEST_F(LabelEditTest, ALeftEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
+    tree.startLabelEdit().passOver();
+    tree.cancelLabelEdit();
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    tree.finishLabelEdit("new");
+    EXPECT_THAT(events, ElementsAre("before"));
+    EXPECT_EQ(a->text(), "a");
+}
+
+TEST_F(LabelEditTest, ANodeThatIsNotAskedAboutIsNotEdited) {
+    tree.onBeforeLabelEdit = [this](bool&) {
+        tree.setSelectedItem(b).passOver();
+    };
+    EXPECT_TRUE(tree.startLabelEdit().ok());
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    tree.onBeforeLabelEdit = [this](bool&) {
+        tree.remove(b).passOver();
+    };
+    EXPECT_TRUE(tree.startLabelEdit().ok());
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(LabelEditTest, AnEditorOnAnotherNodeIsAbandonedAndItsTextGivenToNobody) {
+    tree.startLabelEdit().passOver();
+    tree.setSelectedItem(b).passOver();
+    observer.log.clear();
+    tree.startLabelEdit().passOver();
+    EXPECT_THAT(observer.log, ElementsAre("edit abandoned", "edit b"));
+    tree.finishLabelEdit("new");
+    EXPECT_EQ(a->text(), "a");
+    EXPECT_EQ(b->text(), "new");
+}
+
+TEST_F(LabelEditTest, AnEditorIsAbandonedWhenItsNodeGoes) {
+    tree.startLabelEdit().passOver();
+    observer.log.clear();
+    tree.remove(A).passOver();
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    EXPECT_EQ(observer.log.back(), "edit abandoned");
+    tree.finishLabelEdit("new");
+    EXPECT_THAT(events, ElementsAre("before"));
+    EXPECT_EQ(a->text(), "a");
+}
+
+TEST_F(LabelEditTest, AnEditorOnAnotherNodeOutlivesARemoval) {
+    tree.startLabelEdit().passOver();
+    tree.remove(b).passOver();
+    EXPECT_EQ(tree.editedNode(), a);
+}
+
+TEST_F(LabelEditTest, TheHandlerMayRemoveTheNodeThatWasEdited) {
+    tree.onAfterLabelEdit = [this](bool&, const std::string&) {
+        tree.remove(a).passOver();
+    };
+    tree.startLabelEdit().passOver();
+    tree.finishLabelEdit("new");
+    EXPECT_EQ(a->text(), "a");
+    EXPECT_TRUE(a->removed());
+}
+
+TEST_F(LabelEditTest, TheHandlerMayOpenTheEditorAgain) {
+    tree.onAfterLabelEdit = [this](bool& cancel, const std::string&) {
+        cancel = true;
+        tree.startLabelEdit().passOver();
+    };
+    tree.startLabelEdit().passOver();
+    tree.finishLabelEdit("new");
+    EXPECT_EQ(tree.editedNode(), a);
+    EXPECT_EQ(a->text(), "a");
+}
+
+/// Counts comparisons of nothing: what is asserted is that the work is done at all within the time
+/// limit that every test has. Quadratic work on this many nodes would take minutes.
+TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
+    constexpr int nodes = 100'000;
+    TreeView tree("TreeView1");
+    for (int round = 0; round < 2; ++round) {
+        const NodeRef root = tree.add(nullptr, "f", "root", 1, 4).value();
+        const NodeRef first = tree.add(root, "g 1", "first", 2, 5).value();
+        const NodeRef second = tree.add(root, "g 2", "second", 2, 5).value();
+        for (int i = 0; i < nodes; ++i) {
+            ASSERT_TRUE(tree.add(first, "p " + std::to_string(i), "file", 3, 6).ok());
+        }
+        EXPECT_TRUE(tree.setParent(first, second).ok());
+        EXPECT_EQ(tree.node(nodes + 3)->index(), nodes + 3);
+        EXPECT_TRUE(tree.remove(second).ok());
+        EXPECT_EQ(tree.count(), 1);
+        tree.clear();
+        EXPECT_EQ(tree.count(), 0);
+    }
+}
+
+TEST(DeepTree, AHundredThousandLevelsAreRemovedAtOnce) {
+    TreeView tree("TreeView1");
+    NodeRef deepest;
+    for (int i = 0; i < 100'000; ++i) {
+        deepest = tree.add(deepest, std::to_string(i), "node", 1, 1).value();
+    }
+    EXPECT_TRUE(tree.remove(1).ok());
+    EXPECT_TRUE(deepest->removed());
+    EXPECT_EQ(tree.count(), 0);
+}
+
+} // namespace
+} // namespace sonarith

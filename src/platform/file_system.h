@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Files and folders as the logic names them: drive letter and backslashes ("c:\music\track1.wav").
+// How a machine's own paths look is the business of the implementation.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/result.h"
+
+namespace sonarith {
+
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    /// Length in bytes. Errors: fileNotFound, pathNotFound, permissionDenied.
+    [[nodiscard]] virtual Result<std::int64_t> fileLength(const std::string& path) const = 0;
+    [[nodiscard]] virtual bool fileExists(const std::string& path) const = 0;
+
+    /// Never replaces an existing file (fileAlreadyExists); a change of case alone works.
+    virtual Status rename(const std::string& from, const std::string& to) = 0;
+    /// Opens for binary writing and closes at once; a missing file is created, the content of an
+    /// existing one stays. Errors: permissionDenied, pathNotFound, pathFileAccess (a folder).
+    virtual Status touchForWriting(const std::string& path) = 0;
+    virtual Status removeFile(const std::string& path) = 0;
+
+    /// Drive and folder that relative names mean. "c:" or longer; only the letter counts.
+    virtual Status changeDrive(const std::string& path) = 0;
+    /// An absolute path, or a name below the current folder.
+    virtual Status changeFolder(const std::string& path) = 0;
+    [[nodiscard]] virtual std::string currentFolder() const = 0;
+    /// Makes one folder. pathFileAccess (75) if anything of that name exists.
+    virtual Status makeFolder(const std::string& name) = 0;
+
+    /// The folder that belongs to the program, without a trailing backslash.
+    [[nodiscard]] virtual std::string programFolder() const = 0;
+};
+
+} // namespace sonarith

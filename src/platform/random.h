@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Random fractions as the logic draws them.
+#pragma once
+
+namespace sonarith {
+
+class Random {
+  public:
+    virtual ~Random() = default;
+    virtual void reseedFromClock() = 0;
+    /// A single-precision fraction from 0 up to, not including, 1.
+    [[nodiscard]] virtual float fraction() = 0;
+};
+
+} // namespace sonarith

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Failures as values: an operation that can fail returns a Status or a Result.
+// This is not for programming mistakes (those are assertions) and nothing here throws.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace sonarith {
+
+/// The failure numbers that the logic tells apart or passes on. They are the classic run-time
+/// numbers of form-based desktop programs, which the product's handlers compare with.
+enum class ErrorNumber : int {
+    invalidProcedureCall = 5,
+    overflow = 6,
+    subscriptOutOfRange = 9,
+    divisionByZero = 11,
+    typeMismatch = 13,
+    badFileName = 52,
+    fileNotFound = 53,
+    deviceInputOutput = 57,
+    fileAlreadyExists = 58,
+    diskFull = 61,
+    deviceUnavailable = 68,
+    permissionDenied = 70,
+    pathFileAccess = 75,
+    pathNotFound = 76,
+    objectNotSet = 91,
+    invalidPropertyValue = 380,
+    dialogCancelled = 32755,
+    elementNotFound = 35601,
+    keyNotUnique = 35602,
+    elementRemoved = 35605,
+};
+
+/// Why an operation failed: a number for the logic, a text for people, and the procedure that
+/// passed the failure on (empty where nobody asks).
+struct Error {
+    ErrorNumber number;
+    std::string text;
+    std::string source = {};
+};
+
+/// The outcome of an operation that yields no value.
+class [[nodiscard]] Status {
+  public:
+    Status() = default;
+    Status(Error error) : outcome_(std::move(error)) {}
+    Status(ErrorNumber number, std::string text) : outcome_(Error{number, std::move(text)}) {}
+
+    [[nodiscard]] bool ok() const { return std::holds_alternative<std::monostate>(outcome_); }
+    /// Only after a failure.
+    [[nodiscard]] const Error& error() const { return std::get<Error>(outcome_); }
+
+    /// The failure of this step is passed over: its target keeps what it held.
+    void passOver() const {}
+
+  private:
+    std::variant<std::monostate, Error> outcome_;
+};
+
+/// A value, or why there is none.
+template <typename T>
+class [[nodiscard]] Result {
+  public:
+    Result(T value) : outcome_(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error) : outcome_(std::in_place_index<1>, std::move(error)) {}
+    Result(ErrorNumber number, std::string text)
+        : outcome_(std::in_place_index<1>, Error{number, std::move(text)}) {}
+
+    [[nodiscard]] bool ok() const { return outcome_.index() == 0; }
+    /// Only after success.
+    [[nodiscard]] const T& value() const { return std::get<0>(outcome_); }
+    [[nodiscard]] T& value() { return std::get<0>(outcome_); }
+    /// Only after a failure.
+    [[nodiscard]] const Error& error() const { return std::get<1>(outcome_); }
+    [[nodiscard]] T valueOr(T fallback) const { return ok() ? value() : std::move(fallback); }
+
+    /// The failure of this step is passed over; its value, if there is one, is not needed.
+    void passOver() const {}
+
+    /// Writes the value to `target`; a failure is passed over and leaves `target` as it was.
+    void storeIn(T& target) const {
+        if (ok()) {
+            target = value();
+        }
+    }
+
+  private:
+    std::variant<T, Error> outcome_;
+};
+
+} // namespace sonarith

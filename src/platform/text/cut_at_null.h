@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reads the answer out of a fixed reply buffer. Not for ordinary text: a text without a NUL is
+// taken for a reply that never came.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sonarith {
+
+/// What stands before the first NUL; empty, not the text itself, if there is none.
+[[nodiscard]] inline std::string CutAtNull(std::string_view text) {
+    const auto end = text.find('\0');
+    return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end));
+}
+
+} // namespace sonarith

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/text/unicode.h"
+
+#include <array>
+
+#include <utf8proc.h>
+
+namespace sonarith {
+
+namespace {
+
+/// Code points end at 0x10FFFF; a stray byte b is told as this plus b.
+constexpr std::int32_t strayByteBase = 0x110000;
+
+/// One character at the start of `text` (not empty): its value and its length in bytes.
+struct Character {
+    std::int32_t value;
+    std::size_t length;
+};
+
+Character firstCharacter(std::string_view text) {
+    utf8proc_int32_t codePoint = -1;
+    // Four bytes are the longest character; the bound also keeps the length within the library's
+    // signed type.
+    const std::string_view window = text.substr(0, 4);
+    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(window.data()),
+                                         static_cast<utf8proc_ssize_t>(window.size()), &codePoint);
+    if (length <= 0) {
+        return {strayByteBase + static_cast<unsigned char>(text.front()), 1};
+    }
+    return {codePoint, static_cast<std::size_t>(length)};
+}
+
+void append(std::string& target, std::int32_t codePoint) {
+    std::array<utf8proc_uint8_t, 4> bytes{};
+    const auto length = utf8proc_encode_char(codePoint, bytes.data());
+    target.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(length));
+}
+
+/// The byte position behind the first `count` characters.
+std::size_t bytesOf(std::string_view text, std::size_t count) {
+    std::size_t position = 0;
+    for (; count > 0 && position < text.size(); --count) {
+        position += firstCharacter(text.substr(position)).length;
+    }
+    return position;
+}
+
+} // namespace
+
+std::vector<std::int32_t> charactersOf(std::string_view text) {
+    std::vector<std::int32_t> characters;
+    characters.reserve(text.size());
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        characters.push_back(character.value);
+        text.remove_prefix(character.length);
+    }
+    return characters;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower;
+    lower.reserve(text.size());
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        if (character.value >= strayByteBase) {
+            lower += text.front();
+        } else {
+            append(lower, utf8proc_tolower(character.value));
+        }
+        text.remove_prefix(character.length);
+    }
+    return lower;
+}
+
+std::string caseFolded(std::string_view text) {
+    std::string folded;
+    folded.reserve(text.size());
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        if (character.value >= strayByteBase) {
+            folded += text.front();
+        } else {
+            // Lower case first: the dotted capital I (U+0130) folds to two characters but
+            // lower-cases to one, and a path that was lower-cased must still find its file.
+            std::array<utf8proc_int32_t, 4> parts{};
+            int boundClass = 0;
+            const auto count = utf8proc_decompose_char(
+                utf8proc_tolower(character.value), parts.data(),
+                static_cast<utf8proc_ssize_t>(parts.size()), UTF8PROC_CASEFOLD, &boundClass);
+            for (utf8proc_ssize_t i = 0; i < count && i < 4; ++i) {
+                append(folded, parts[static_cast<std::size_t>(i)]);
+            }
+        }
+        text.remove_prefix(character.length);
+    }
+    return folded;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return a == b || caseFolded(a) == caseFolded(b);
+}
+
+std::string leftCharacters(std::string_view text, std::size_t count) {
+    return std::string(text.substr(0, bytesOf(text, count)));
+}
+
+std::string rightCharacters(std::string_view text, std::size_t count) {
+    const std::size_t all = characterCount(text);
+    return std::string(text.substr(bytesOf(text, all > count ? all - count : 0)));
+}
+
+std::string midCharacters(std::string_view text, std::size_t first, std::size_t count) {
+    const std::string_view rest = text.substr(bytesOf(text, first > 0 ? first - 1 : 0));
+    return leftCharacters(rest, count);
+}
+
+std::size_t characterCount(std::string_view text) {
+    std::size_t count = 0;
+    while (!text.empty()) {
+        text.remove_prefix(firstCharacter(text).length);
+        ++count;
+    }
+    return count;
+}
+
+bool isValidUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        if (character.value >= strayByteBase) {
+            return false;
+        }
+        text.remove_prefix(character.length);
+    }
+    return true;
+}
+
+} // namespace sonarith

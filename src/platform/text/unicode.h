@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Case and characters of UTF-8 text by Unicode's rules, the same in every locale.
+// A byte that is not part of valid UTF-8 counts as one character and is never changed, so that file
+// names of any bytes pass through unharmed. No normalization.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sonarith {
+
+/// One character each: its Unicode code point, or for a byte that is not valid UTF-8 a value above
+/// all code points that is different for different bytes.
+[[nodiscard]] std::vector<std::int32_t> charactersOf(std::string_view text);
+
+/// Every character by its simple lower-case mapping.
+[[nodiscard]] std::string lowerCase(std::string_view text);
+
+/// Whether two texts are equal but for case (full case folding: "Straße" equals "STRASSE"). A text
+/// always equals its lowerCase().
+[[nodiscard]] bool equalIgnoringCase(std::string_view a, std::string_view b);
+
+/// What equal texts in the sense of equalIgnoringCase() have in common: a key for maps.
+[[nodiscard]] std::string caseFolded(std::string_view text);
+
+/// The first `count` characters; the whole text if it is shorter.
+[[nodiscard]] std::string leftCharacters(std::string_view text, std::size_t count);
+/// The last `count` characters; the whole text if it is shorter.
+[[nodiscard]] std::string rightCharacters(std::string_view text, std::size_t count);
+/// `count` characters from position `first` (1 is the first character); fewer or none at the end.
+[[nodiscard]] std::string midCharacters(std::string_view text, std::size_t first,
+                                        std::size_t count);
+[[nodiscard]] std::size_t characterCount(std::string_view text);
+
+/// Whether the whole text is valid UTF-8.
+[[nodiscard]] bool isValidUtf8(std::string_view text);
+
+} // namespace sonarith

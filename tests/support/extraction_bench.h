@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The extraction jobs, wired to the main window as the program wires them, over a simulated disc in
+// virtual time. Without the rest of the application.
+//
+//     ExtractionBench bench({60000, 30000});
+//     bench.insertDisc();                     // lists and lengths as an inspection leaves them
+//     bench.select("Available Tracks");
+//     bench.form.cmdStart.click();            // returns when the queue has ended
+//     EXPECT_THAT(bench.media.log, ...);
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/form1.h"
+#include "extraction/capture_monitor.h"
+#include "extraction/disc_inspection.h"
+#include "extraction/track_capture.h"
+#include "extraction/track_preview.h"
+#include "support/fake_file_system.h"
+#include "support/fake_message_boxes.h"
+#include "support/fake_random.h"
+#include "support/scripted_media_control.h"
+#include "support/simulated_disc.h"
+#include "support/virtual_event_loop.h"
+#include "worktree/add_file.h"
+
+namespace sonarith::test {
+
+class ExtractionBench {
+  public:
+    explicit ExtractionBench(std::vector<std::int32_t> lengthsMs)
+        : disc(loop, std::move(lengthsMs)) {
+        media.device = disc.device();
+        // Saved captures are there for whoever looks, long enough to enter the tree.
+        disc.onSave = [this](const SavedCapture& save) {
+            files.addFile(save.path, std::string(200, 'w'));
+        };
+        state.settings.decodePath = "c:\\wavfiles";
+        state.settings.audioFormat = 1;
+        state.settings.showFullPath = 1;
+        random.next = 0.25F;
+        form.cmdStart.onClick = [this] {
+            capture.cmdStart_Click();
+        };
+        form.Command2.onClick = [this] {
+            monitor.Command2_Click();
+        };
+        form.Command8.onClick = [this] {
+            monitor.Command8_Click();
+        };
+        form.Command11.onClick = [this] {
+            preview.Command11_Click();
+        };
+        form.Command12.onClick = [this] {
+            preview.Command12_Click();
+        };
+        form.tmrRecord.onTimer = [this] {
+            monitor.tmrRecord_Timer();
+        };
+        form.Timer1.onTimer = [this] {
+            form.Timer1.setEnabled(false);
+            form.ClearActivity();
+        };
+        // The groups that the jobs read or add to.
+        for (const char* group :
+             {"Selected Tracks", "Available Tracks", "WAV Files", "MP3 Files"}) {
+            static_cast<void>(form.TreeView1.add(nullptr, std::string("g ") + group, group, 2, 5));
+        }
+    }
+
+    /// Inspects the disc and forgets the commands of it.
+    void insertDisc() {
+        inspection.InspectCD();
+        media.log.clear();
+    }
+    /// Selects the node of this text, adding one if there is none.
+    void select(const std::string& text) {
+        for (int i = 1; i <= form.TreeView1.count(); ++i) {
+            if (form.TreeView1.node(i)->text() == text) {
+                form.TreeView1.setSelectedItem(form.TreeView1.node(i)).passOver();
+                return;
+            }
+        }
+        const auto added = form.TreeView1.add(nullptr, "p " + text, text, 3, 6);
+        form.TreeView1.setSelectedItem(added.value()).passOver();
+    }
+    /// Moves the lines of these tracks from lstTracks to lstRecord, in this order.
+    void choose(const std::vector<int>& tracks) {
+        for (const int track : tracks) {
+            form.lstRecord.addItem(form.lstTracks.list(track - 1));
+        }
+    }
+    /// Whether the commands of the window are open.
+    [[nodiscard]] bool commandsOpen() const {
+        return form.mnuFile.enabled() && form.Copt.enabled() && form.C777.enabled();
+    }
+    [[nodiscard]] long timesSent(const std::string& command) const {
+        return std::count(media.log.begin(), media.log.end(), command);
+    }
+    /// Whether nothing is left running or open of any capture.
+    [[nodiscard]] bool idle() const {
+        return !form.tmrRecord.enabled() && !disc.discOpen() && !disc.recorderOpen();
+    }
+
+    VirtualEventLoop loop;
+    ProcessState state;
+    Windows windows;
+    Form1 form{loop, state, windows};
+    FakeFileSystem files;
+    FakeMessageBoxes boxes;
+    FakeRandom random;
+    ScriptedMediaControl media;
+    SimulatedDisc disc;
+    CaptureState captureState;
+    /// The text of the entry selected in the preferences' format list.
+    std::string formatText;
+
+    FileAdder fileAdder{form, state, files, loop};
+    ExtractionContext context{loop, media, state, form, captureState};
+    DiscInspection inspection{context, boxes, random};
+    CaptureMonitor monitor{context, windows, fileAdder, [this](std::int32_t track) {
+                               capture.StartTrackRecording2(track);
+                           }};
+    TrackCapture capture{context, boxes, random, monitor, [this] {
+                             return formatText;
+                         }};
+    TrackPreview preview{context};
+};
+
+/// A disc of tracks of one second each, all of them queued, "Selected Tracks" selected.
+class QueueBench : public ExtractionBench {
+  public:
+    explicit QueueBench(int tracks)
+        : ExtractionBench(std::vector<std::int32_t>(static_cast<std::size_t>(tracks), 1000)) {
+        insertDisc();
+        for (int track = 1; track <= tracks; ++track) {
+            choose({track});
+        }
+        select("Selected Tracks");
+    }
+    [[nodiscard]] bool treeHolds(const std::string& text) const {
+        for (int i = 1; i <= form.TreeView1.count(); ++i) {
+            if (form.TreeView1.node(i)->text() == text) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+/// The bench's file of a track: the disc's identity 48213906 times 0.25 plus 1, cut to an integer.
+[[nodiscard]] inline std::string savedAs(int track) {
+    return "c:\\wavfiles\\12053477-" + std::to_string(track) + ".wav";
+}
+
+/// The commands that end and save a capture.
+[[nodiscard]] inline std::vector<std::string> endCommands(const std::string& file) {
+    return {"stop capture", "stop cd", "save capture " + file, "close capture", "close cd"};
+}
+
+[[nodiscard]] inline std::vector<std::string> joined(std::vector<std::string> first,
+                                                     const std::vector<std::string>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+[[nodiscard]] inline std::vector<std::string> linesOf(const ListBox& list) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < list.listCount(); ++i) {
+        lines.push_back(list.list(i));
+    }
+    return lines;
+}
+
+} // namespace sonarith::test

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A disc and a drive for tests: sound that can be told apart sample by sample, and state that can
+// be looked at and changed. They hold no threads and read no files.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/disc/disc.h"
+
+namespace sonarith::fakes {
+
+/// A table of audio tracks with these lengths in sectors.
+inline disc::Table audioTable(const std::vector<std::int64_t>& sectors) {
+    disc::Table table;
+    for (const std::int64_t length : sectors) {
+        table.tracks.push_back({disc::TrackKind::audio, length});
+    }
+    return table;
+}
+
+/// A disc whose sound is computed: no two near frames are equal, and none is silent.
+class FakeDisc : public disc::Disc {
+  public:
+    explicit FakeDisc(disc::Table table, std::string remark = {})
+        : table_(std::move(table)), remark_(std::move(remark)) {}
+
+    /// The frame at `index` of the time line.
+    [[nodiscard]] static sound::StereoFrame frameAt(std::int64_t index) {
+        // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
+        return {static_cast<std::int16_t>(1 + index % 32749),
+                static_cast<std::int16_t>(-1 - index % 32719)};
+    }
+
+    [[nodiscard]] const disc::Table& table() const override { return table_; }
+    [[nodiscard]] std::string remark() const override { return remark_; }
+    [[nodiscard]] disc::ReadOutcome read(std::int64_t first,
+                                         std::span<sound::StereoFrame> out) override {
+        const auto sectors = static_cast<std::int64_t>(out.size()) / disc::framesPerSector;
+        if (first < 0 || first + sectors > table_.sectors() ||
+            out.size() % disc::framesPerSector != 0) {
+            wrongReads_ = wrongReads_ + 1;
+        }
+        if (vanished_) {
+            return disc::ReadOutcome::gone;
+        }
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            out[i] = frameAt(first * disc::framesPerSector + static_cast<std::int64_t>(i));
+        }
+        return disc::ReadOutcome::ok;
+    }
+
+    /// From here on every read says that the medium is gone.
+    void vanish() { vanished_ = true; }
+    /// Reads outside the time line, or of broken sectors.
+    [[nodiscard]] int wrongReads() const { return wrongReads_; }
+
+  private:
+    disc::Table table_;
+    std::string remark_;
+    std::atomic<bool> vanished_ = false;
+    std::atomic<int> wrongReads_ = 0;
+};
+
+/// A drive with a tray. What `disc` holds is in it, unless the tray is open.
+class FakeDrive : public disc::Drive {
+  public:
+    explicit FakeDrive(std::shared_ptr<disc::Disc> inserted = nullptr)
+        : disc(std::move(inserted)) {}
+
+    [[nodiscard]] disc::Loaded load() override {
+        ++loads;
+        if (trayOpen || unreadable) {
+            return {nullptr, unreadable ? "The disc cannot be read." : ""};
+        }
+        return {disc, ""};
+    }
+    [[nodiscard]] bool mediaPresent() override { return disc && !trayOpen; }
+    void openTray() override { trayOpen = true; }
+    void closeTray() override { trayOpen = false; }
+
+    std::shared_ptr<disc::Disc> disc;
+    bool trayOpen = false;
+    bool unreadable = false; ///< there is a disc, and its table cannot be read
+    int loads = 0;
+};
+
+} // namespace sonarith::fakes

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Files and folders in memory, found without regard to case as on the real one.
+//
+//     FakeFileSystem disk;                                   // drive c:, program folder
+//     c:\sonarith disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
+//     disk.failWith(FakeFileSystem::Operation::rename, "c:\\music\\track1.wav",
+//                   ErrorNumber::permissionDenied);          // every later try; path of `from`
+//     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/file_system.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith::test {
+
+class FakeFileSystem final : public FileSystem {
+  public:
+    enum class Operation {
+        fileLength,
+        rename,
+        touchForWriting,
+        removeFile,
+        changeDrive,
+        changeFolder,
+        makeFolder
+    };
+
+    FakeFileSystem() { addFolder(programFolder_); }
+
+    // --- what a test sets up ---------------------------------------------------------------
+
+    void addDrive(char letter) { drives_.insert(lowerCase(std::string(1, letter))); }
+    void removeDrive(char letter) { drives_.erase(lowerCase(std::string(1, letter))); }
+    /// With all folders above it.
+    void addFolder(const std::string& path) {
+        const std::string full = absolute(path);
+        addDrive(full[0]);
+        for (std::size_t end = full.find('\\', 3); full.size() > 3;
+             end = full.find('\\', end + 1)) {
+            const std::string folder = full.substr(0, end);
+            entries_.try_emplace(caseFolded(folder), Entry{folder, {}, true});
+            if (end == std::string::npos) {
+                break;
+            }
+        }
+    }
+    /// With all folders above it. Replaces the content of an existing one.
+    void addFile(const std::string& path, const std::string& content = {}) {
+        const std::string full = absolute(path);
+        addFolder(parentOf(full));
+        entries_[caseFolded(full)] = Entry{full, content, false};
+    }
+    /// From now on `operation` on `path` (as the call names it, made absolute; case-blind) fails.
+    void failWith(Operation operation, const std::string& path, ErrorNumber number) {
+        failures_.insert_or_assign(std::pair(operation, caseFolded(absolute(path))), number);
+    }
+    void stopFailing() { failures_.clear(); }
+    void setProgramFolder(const std::string& path) {
+        programFolder_ = path;
+        addFolder(path);
+    }
+
+    // --- what a test looks at --------------------------------------------------------------
+
+    /// The changing calls, oldest first: the operation's name, a blank, its arguments as given.
+    std::vector<std::string> log;
+
+    [[nodiscard]] bool folderExists(const std::string& path) const {
+        const std::string full = absolute(path);
+        return isRoot(full) ? drives_.contains(lowerCase(full.substr(0, 1)))
+                            : find(full) != nullptr && find(full)->folder;
+    }
+    /// The content of a file; nothing if there is no such file.
+    [[nodiscard]] std::optional<std::string> content(const std::string& path) const {
+        const Entry* entry = find(absolute(path));
+        return entry != nullptr && !entry->folder ? std::optional(entry->content) : std::nullopt;
+    }
+    /// The full path of a file or folder in the case in which it was made; empty if there is none.
+    [[nodiscard]] std::string pathAsMade(const std::string& path) const {
+        const Entry* entry = find(absolute(path));
+        return entry != nullptr ? entry->path : std::string();
+    }
+
+    // --- the interface ---------------------------------------------------------------------
+
+    [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override {
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::fileLength, full)) {
+            return *failure;
+        }
+        const Entry* entry = find(full);
+        if (entry == nullptr || entry->folder) {
+            return missing(full);
+        }
+        return static_cast<std::int64_t>(entry->content.size());
+    }
+    [[nodiscard]] bool fileExists(const std::string& path) const override {
+        return content(path).has_value();
+    }
+    Status rename(const std::string& from, const std::string& to) override {
+        log.push_back("rename " + from + " " + to);
+        const std::string source = absolute(from);
+        const std::string target = absolute(to);
+        if (const auto failure = scripted(Operation::rename, source)) {
+            return *failure;
+        }
+        if (find(source) == nullptr) {
+            return missing(source);
+        }
+        // A colon behind the drive's own is part of no file name.
+        if (target.find(':', 2) != std::string::npos) {
+            return {ErrorNumber::badFileName, "Bad file name or number"};
+        }
+        if (find(target) != nullptr && find(target) != find(source)) {
+            return {ErrorNumber::fileAlreadyExists, "File already exists"};
+        }
+        if (!folderExists(parentOf(target))) {
+            return {ErrorNumber::pathNotFound, "Path not found"};
+        }
+        Entry entry = *find(source);
+        entries_.erase(caseFolded(source));
+        entry.path = target;
+        entries_[caseFolded(target)] = entry;
+        return {};
+    }
+    Status touchForWriting(const std::string& path) override {
+        log.push_back("touchForWriting " + path);
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::touchForWriting, full)) {
+            return *failure;
+        }
+        const Entry* entry = find(full);
+        if (isRoot(full) || (entry != nullptr && entry->folder)) {
+            return {ErrorNumber::pathFileAccess, "Path/File access error"};
+        }
+        if (entry == nullptr) {
+            if (!folderExists(parentOf(full))) {
+                return {ErrorNumber::pathNotFound, "Path not found"};
+            }
+            entries_[caseFolded(full)] = Entry{full, {}, false};
+        }
+        return {};
+    }
+    Status removeFile(const std::string& path) override {
+        log.push_back("removeFile " + path);
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::removeFile, full)) {
+            return *failure;
+        }
+        const Entry* entry = find(full);
+        if (entry == nullptr || entry->folder) {
+            return missing(full);
+        }
+        entries_.erase(caseFolded(full));
+        return {};
+    }
+    Status changeDrive(const std::string& path) override {
+        log.push_back("changeDrive " + path);
+        const bool named = path.size() >= 2 && path[1] == ':';
+        if (named) {
+            if (const auto failure = scripted(Operation::changeDrive, path.substr(0, 2))) {
+                return *failure;
+            }
+        }
+        if (!named || !drives_.contains(lowerCase(path.substr(0, 1)))) {
+            return {ErrorNumber::deviceUnavailable, "Device unavailable"};
+        }
+        if (!equalIgnoringCase(path.substr(0, 1), currentFolder_.substr(0, 1))) {
+            currentFolder_ = path.substr(0, 2) + "\\";
+        }
+        return {};
+    }
+    Status changeFolder(const std::string& path) override {
+        log.push_back("changeFolder " + path);
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::changeFolder, full)) {
+            return *failure;
+        }
+        if (!folderExists(full)) {
+            return {ErrorNumber::pathNotFound, "Path not found"};
+        }
+        currentFolder_ = isRoot(full) ? full : find(full)->path;
+        return {};
+    }
+    [[nodiscard]] std::string currentFolder() const override { return currentFolder_; }
+    Status makeFolder(const std::string& name) override {
+        log.push_back("makeFolder " + name);
+        const std::string full = absolute(name);
+        if (const auto failure = scripted(Operation::makeFolder, full)) {
+            return *failure;
+        }
+        if (isRoot(full) || find(full) != nullptr) {
+            return {ErrorNumber::pathFileAccess, "Path/File access error"};
+        }
+        if (!folderExists(parentOf(full))) {
+            return {ErrorNumber::pathNotFound, "Path not found"};
+        }
+        entries_[caseFolded(full)] = Entry{full, {}, true};
+        return {};
+    }
+    [[nodiscard]] std::string programFolder() const override { return programFolder_; }
+
+  private:
+    struct Entry {
+        std::string path;
+        std::string content;
+        bool folder = false;
+    };
+
+    static bool isRoot(const std::string& full) { return full.size() == 3; }
+    static std::string parentOf(const std::string& full) {
+        const std::size_t last = full.rfind('\\');
+        return last <= 2 ? full.substr(0, 3) : full.substr(0, last);
+    }
+    /// Drive, backslash, and the rest without a trailing or doubled backslash.
+    [[nodiscard]] std::string absolute(const std::string& path) const {
+        const bool hasDrive = path.size() >= 2 && path[1] == ':';
+        std::string base = hasDrive ? path.substr(0, 2) + "\\" : currentFolder_;
+        std::string rest = hasDrive ? path.substr(2) : path;
+        if (!hasDrive && !path.empty() && path[0] == '\\') {
+            base = currentFolder_.substr(0, 3);
+        }
+        std::string full = base;
+        std::size_t start = 0;
+        while (start < rest.size()) {
+            const std::size_t end = std::min(rest.find('\\', start), rest.size());
+            if (end > start) {
+                full += (full.back() == '\\' ? "" : "\\") + rest.substr(start, end - start);
+            }
+            start = end + 1;
+        }
+        return full;
+    }
+    [[nodiscard]] const Entry* find(const std::string& full) const {
+        const auto found = entries_.find(caseFolded(full));
+        return found == entries_.end() ? nullptr : &found->second;
+    }
+    [[nodiscard]] Error missing(const std::string& full) const {
+        return folderExists(parentOf(full)) ? Error{ErrorNumber::fileNotFound, "File not found"}
+                                            : Error{ErrorNumber::pathNotFound, "Path not found"};
+    }
+    [[nodiscard]] std::optional<Error> scripted(Operation operation,
+                                                const std::string& path) const {
+        const auto found = failures_.find({operation, caseFolded(absolute(path))});
+        return found == failures_.end() ? std::nullopt
+                                        : std::optional(Error{found->second, "scripted failure"});
+    }
+
+    std::string programFolder_ = "c:\\sonarith";
+    std::string currentFolder_ = "c:\\";
+    std::set<std::string> drives_ = {"c"};
+    std::map<std::string, Entry> entries_;
+    std::map<std::pair<Operation, std::string>, ErrorNumber> failures_;
+};
+
+} // namespace sonarith::test

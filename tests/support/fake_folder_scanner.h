@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A finder for tests: what it finds is set by folder and extension, and it logs what it is asked.
+//
+//     FakeFolderScanner finder;
+//     finder.files["c:\\music"]["wav"] = {"c:\\music\\a.wav"};
+//     finder.whileSearching = [&] { loop.yield(); };
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "worktree/folder_scanner.h"
+
+namespace sonarith::test {
+
+class FakeFolderScanner final : public FolderScanner {
+  public:
+    /// Folder, extension, paths. A folder that is not here does not exist.
+    std::map<std::string, std::map<std::string, std::vector<std::string>>> files;
+    /// The folder of the next search.
+    std::string folder = "c:\\sonarith";
+    /// "folder PATH" and "search EXTENSION", oldest first.
+    std::vector<std::string> log;
+    /// Runs inside each search, before its result is there.
+    std::function<void()> whileSearching;
+    ListBox list{"lstfiles"};
+
+    Status setFolder(const std::string& path) override {
+        log.push_back("folder " + path);
+        if (!files.contains(path)) {
+            return {ErrorNumber::pathNotFound, "Path not found"};
+        }
+        folder = path;
+        return {};
+    }
+    void search(const std::string& extension) override {
+        log.push_back("search " + extension);
+        list.clear();
+        if (whileSearching) {
+            whileSearching();
+        }
+        for (const std::string& path : files[folder][extension]) {
+            list.addItem(path);
+        }
+    }
+    [[nodiscard]] const ListBox& lstfiles() const override { return list; }
+};
+
+} // namespace sonarith::test

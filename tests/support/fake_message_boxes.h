@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Message boxes for tests: every box is recorded and answered at once.
+// Answers of OK boxes need no script; for others put the answers into `answers` in order. Set
+// `whileUp` to let something happen while a box stands (yield the loop, stop the job...).
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/message_box.h"
+
+namespace sonarith::test {
+
+struct ShownBox {
+    std::string text;
+    BoxIcon icon = BoxIcon::none;
+    BoxButtons buttons = BoxButtons::ok;
+    std::string title = {};
+
+    bool operator==(const ShownBox&) const = default;
+};
+
+inline std::ostream& operator<<(std::ostream& out, const ShownBox& box) {
+    return out << "[" << box.title << "] " << box.text << " (icon " << static_cast<int>(box.icon)
+               << ", buttons " << static_cast<int>(box.buttons) << ")";
+}
+
+class FakeMessageBoxes final : public MessageBoxes {
+  public:
+    /// All boxes so far, oldest first. A box is entered when it opens.
+    std::vector<ShownBox> shown;
+    /// Answers for the boxes that ask something, oldest first; one that finds none throws.
+    std::deque<BoxAnswer> answers;
+    /// Runs while a box is up, before its answer is taken. May show boxes itself.
+    std::function<void(const ShownBox&)> whileUp;
+
+    /// The texts alone, oldest first.
+    [[nodiscard]] std::vector<std::string> texts() const {
+        std::vector<std::string> all;
+        for (const ShownBox& box : shown) {
+            all.push_back(box.text);
+        }
+        return all;
+    }
+
+    BoxAnswer show(const std::string& text, BoxIcon icon = BoxIcon::none,
+                   BoxButtons buttons = BoxButtons::ok, const std::string& title = {}) override {
+        const ShownBox box{text, icon, buttons, title};
+        shown.push_back(box);
+        if (whileUp) {
+            whileUp(box);
+        }
+        if (buttons == BoxButtons::ok) {
+            return BoxAnswer::ok;
+        }
+        if (answers.empty()) {
+            throw std::logic_error("no scripted answer for the box: " + text);
+        }
+        const BoxAnswer answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+};
+
+} // namespace sonarith::test

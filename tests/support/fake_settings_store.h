@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A settings store in memory that logs what is read and written.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "platform/settings_store.h"
+
+namespace sonarith::test {
+
+struct StoreWrite {
+    std::string section;
+    std::string key;
+    std::string value;
+
+    bool operator==(const StoreWrite&) const = default;
+};
+
+inline std::ostream& operator<<(std::ostream& out, const StoreWrite& write) {
+    return out << write.section << "/" << write.key << "=" << write.value;
+}
+
+class FakeSettingsStore final : public SettingsStore {
+  public:
+    /// The keys read, oldest first, whether present or not.
+    mutable std::vector<std::string> readKeys;
+    /// The writes through SaveSetting(), oldest first.
+    std::vector<StoreWrite> writes;
+
+    /// Puts a value there before the test; not logged.
+    void put(const std::string& section, const std::string& key, const std::string& value) {
+        values_[{applicationName, section, key}] = value;
+    }
+    /// What the store holds for the program's own application name.
+    [[nodiscard]] std::optional<std::string> held(const std::string& section,
+                                                  const std::string& key) const {
+        const auto found = values_.find({applicationName, section, key});
+        return found == values_.end() ? std::nullopt : std::optional(found->second);
+    }
+    /// Number of keys, of all applications and sections.
+    [[nodiscard]] std::size_t size() const { return values_.size(); }
+
+    [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
+                                         const std::string& key,
+                                         const std::string& fallback) const override {
+        readKeys.push_back(key);
+        const auto found = values_.find({application, section, key});
+        return found == values_.end() ? fallback : found->second;
+    }
+    void SaveSetting(const std::string& application, const std::string& section,
+                     const std::string& key, const std::string& value) override {
+        writes.push_back({section, key, value});
+        values_[{application, section, key}] = value;
+    }
+    void DeleteSetting(const std::string& application, const std::string& section,
+                       const std::string& key) override {
+        values_.erase({application, section, key});
+    }
+
+  private:
+    std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;
+};
+
+} // namespace sonarith::test

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A desktop for tests: a screen of a set size, and a log of what was asked of it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/shell.h"
+
+namespace sonarith::test {
+
+class FakeShell final : public Shell {
+  public:
+    Twips width = 28800;
+    Twips height = 16200;
+    std::uint64_t handle = 4711;
+    std::vector<std::string> helpShown;
+    int aboutBoxes = 0;
+
+    [[nodiscard]] Twips screenWidth() const override { return width; }
+    [[nodiscard]] Twips screenHeight() const override { return height; }
+    void showHelp(const std::string& path) override { helpShown.push_back(path); }
+    void showAboutBox() override { ++aboutBoxes; }
+    [[nodiscard]] std::uint64_t windowHandle(const Control& control) const override {
+        return control.name() == "Picture6" ? handle : 0;
+    }
+};
+
+} // namespace sonarith::test

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Sources and sinks for tests of the sound card: sound that can be told apart frame by frame, and
+// memories of what was heard. They hold no threads.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <mutex>
+#include <random>
+#include <span>
+#include <vector>
+
+#include "platform/linux/sound/sound_card.h"
+
+namespace sonarith::fakes {
+
+/// Frame `index` of the test sound: never silent, and no two frames near each other are equal.
+inline sound::StereoFrame patternFrame(std::int64_t index) {
+    // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
+    return {static_cast<std::int16_t>(1 + index % 32749),
+            static_cast<std::int16_t>(-1 - index % 32719)};
+}
+
+inline std::vector<sound::StereoFrame> pattern(std::int64_t first, std::size_t count) {
+    std::vector<sound::StereoFrame> frames;
+    for (std::size_t i = 0; i < count; ++i) {
+        frames.push_back(patternFrame(first + static_cast<std::int64_t>(i)));
+    }
+    return frames;
+}
+
+inline std::vector<sound::StereoFrame> silence(std::size_t count) {
+    return std::vector<sound::StereoFrame>(count);
+}
+
+/// Delivers the test sound from frame 0 on.
+class PatternSource : public sound::SampleSource {
+  public:
+    static constexpr std::int64_t endless = std::numeric_limits<std::int64_t>::max();
+    explicit PatternSource(std::int64_t length = endless) : length_(length) {}
+
+    /// From now on it has no more than `frames` to give, until it is told otherwise.
+    void allow(std::int64_t frames) { allowed_ = frames; }
+    /// From now on each pull gives a random part of what is asked for, nothing at all included.
+    void starveAtRandom(unsigned seed) {
+        random_.seed(seed);
+        erratic_ = true;
+    }
+    [[nodiscard]] std::int64_t position() const { return position_; }
+    [[nodiscard]] int pulls() const { return pulls_; }
+
+    [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override {
+        pulls_ = pulls_ + 1;
+        std::int64_t count = static_cast<std::int64_t>(block.size());
+        if (erratic_) {
+            const std::int64_t limit = std::uniform_int_distribution<std::int64_t>(0, 600)(random_);
+            count = std::min(count, limit % 2 == 0 ? 0 : limit);
+        }
+        count = std::min({count, allowed_.load(), length_ - position_});
+        for (std::int64_t i = 0; i < count; ++i) {
+            block[static_cast<std::size_t>(i)] = patternFrame(position_ + i);
+        }
+        position_ = position_ + count;
+        if (allowed_ != endless) {
+            allowed_ = allowed_ - count;
+        }
+        const auto frames = static_cast<std::size_t>(count);
+        if (position_ == length_) {
+            return {frames, sound::Supply::ended};
+        }
+        return {frames, frames == block.size() ? sound::Supply::flowing : sound::Supply::starving};
+    }
+
+  private:
+    std::int64_t length_;
+    std::atomic<std::int64_t> position_ = 0;
+    std::atomic<std::int64_t> allowed_ = endless;
+    std::atomic<int> pulls_ = 0;
+    bool erratic_ = false;
+    std::mt19937 random_;
+};
+
+/// Delivers one and the same frame for ever.
+class ConstantSource : public sound::SampleSource {
+  public:
+    explicit ConstantSource(sound::StereoFrame frame) : frame_(frame) {}
+    [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override {
+        std::fill(block.begin(), block.end(), frame_);
+        return {block.size(), sound::Supply::flowing};
+    }
+
+  private:
+    sound::StereoFrame frame_;
+};
+
+/// Remembers every frame; any thread may look at them.
+class MemorySink : public sound::RecordingSink, public sound::SpeakerSink {
+  public:
+    void record(std::span<const sound::StereoFrame> frames) override { keep(frames); }
+    void play(std::span<const sound::StereoFrame> frames) override { keep(frames); }
+
+    [[nodiscard]] std::vector<sound::StereoFrame> frames() const {
+        const std::lock_guard lock(mutex_);
+        return frames_;
+    }
+    [[nodiscard]] std::size_t size() const {
+        const std::lock_guard lock(mutex_);
+        return frames_.size();
+    }
+
+  private:
+    void keep(std::span<const sound::StereoFrame> frames) {
+        const std::lock_guard lock(mutex_);
+        frames_.insert(frames_.end(), frames.begin(), frames.end());
+    }
+
+    mutable std::mutex mutex_;
+    std::vector<sound::StereoFrame> frames_;
+};
+
+} // namespace sonarith::fakes

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A PulseAudio server of a test's own, with a null sink that paces like a sound card, and an ALSA
+// configuration whose devices lead to it: "default" plays into the sink, "monitor" hears what it
+// plays. It touches no server and no configuration of the user.
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/linux/sound/sample_source.h"
+#include "support/temp_folder.h"
+#include "support/waiting.h"
+
+namespace sonarith::fakes {
+
+/// A program that runs beside the test and ends with it. Its standard output goes to a file.
+class ChildProcess {
+  public:
+    ChildProcess(std::vector<std::string> arguments, std::vector<std::string> environment,
+                 const std::filesystem::path& output) {
+        std::vector<char*> argv = pointersTo(arguments);
+        std::vector<char*> envp = pointersTo(environment);
+        pid_ = ::fork();
+        if (pid_ < 0) {
+            throw std::runtime_error("no process for " + arguments.front());
+        }
+        if (pid_ == 0) { // only calls that are safe after fork
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            const int out = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            const int null = ::open("/dev/null", O_RDWR);
+            ::dup2(null, STDIN_FILENO);
+            ::dup2(out, STDOUT_FILENO);
+            ::dup2(null, STDERR_FILENO);
+            ::execvpe(argv[0], argv.data(), envp.data());
+            ::_exit(127);
+        }
+    }
+    ~ChildProcess() { kill(); }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    void signal(int number) const {
+        if (pid_ > 0) {
+            ::kill(pid_, number);
+        }
+    }
+    /// Ends it at once, and waits until it is gone.
+    void kill() {
+        if (pid_ > 0) {
+            signal(SIGKILL);
+            ::waitpid(pid_, nullptr, 0);
+            pid_ = -1;
+        }
+    }
+
+  private:
+    static std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+        std::vector<char*> pointers;
+        for (std::string& text : texts) {
+            pointers.push_back(text.data());
+        }
+        pointers.push_back(nullptr);
+        return pointers;
+    }
+
+    pid_t pid_ = -1;
+};
+
+class PulseServer {
+  public:
+    /// Writes ALSA's configuration and leads the process to it; the server is not running yet.
+    PulseServer() {
+        const std::string server = "server \"" + address() + "\"";
+        std::ofstream(file("asound.conf"))
+            << "</usr/share/alsa/alsa.conf>\n"
+            << "pcm.!default { type pulse " << server
+            << " fallback \"\" hint.description \"Test\" }\n"
+            << "ctl.!default { type pulse " << server << " }\n"
+            << "pcm.monitor { type pulse " << server << " device \"" << sinkName
+            << ".monitor\" hint.description \"Monitor\" }\n";
+        ::setenv("ALSA_CONFIG_PATH", file("asound.conf").c_str(), 1);
+    }
+    ~PulseServer() { ::unsetenv("ALSA_CONFIG_PATH"); }
+    PulseServer(const PulseServer&) = delete;
+    PulseServer& operator=(const PulseServer&) = delete;
+
+    /// Starts the server and waits until it listens; false if it does not.
+    bool start() {
+        std::filesystem::remove(file("native"));
+        // A sink that rewinds takes back what its monitor has given away already when a stream
+        // begins, so the listener would miss the first frames of every stream.
+        server_ = std::make_unique<ChildProcess>(
+            std::vector<std::string>{
+                "pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--use-pid-file=no",
+                "--log-target=file:" + file("pulse.log").string(), "-L",
+                std::string("module-null-sink sink_name=") + sinkName +
+                    " format=s16le rate=44100 channels=2 norewinds=1",
+                "-L",
+                "module-native-protocol-unix auth-anonymous=1 socket=" + file("native").string()},
+            environment(), file("pulse.out"));
+        return eventually([this] { return std::filesystem::exists(file("native")); });
+    }
+    /// Ends the server in the middle of what it does.
+    void kill() { server_.reset(); }
+    /// Stops the server from answering, as a hung one would.
+    void freeze() { server_->signal(SIGSTOP); }
+
+    /// Begins to keep what the sink plays; false if nothing arrives.
+    bool listen() {
+        listener_ = std::make_unique<ChildProcess>(
+            std::vector<std::string>{"parec", "--server=" + address(), "--raw", "--format=s16le",
+                                     "--rate=44100", "--channels=2", "--latency-msec=20",
+                                     std::string("--device=") + sinkName + ".monitor"},
+            environment(), file("heard.raw"));
+        return eventually([this] {
+            std::error_code error;
+            const auto size = std::filesystem::file_size(file("heard.raw"), error);
+            return !error && size > 0;
+        });
+    }
+    /// What the sink has played since `listen`, silence included.
+    [[nodiscard]] std::vector<sound::StereoFrame> heard() const {
+        std::ifstream in(file("heard.raw"), std::ios::binary);
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(in), {}};
+        std::vector<sound::StereoFrame> frames(bytes.size() / sizeof(sound::StereoFrame));
+        std::copy_n(bytes.data(), frames.size() * sizeof(sound::StereoFrame),
+                    reinterpret_cast<char*>(frames.data()));
+        return frames;
+    }
+
+    [[nodiscard]] std::string address() const { return "unix:" + file("native").string(); }
+
+  private:
+    static constexpr const char* sinkName = "sonarith";
+
+    [[nodiscard]] std::filesystem::path file(const char* name) const {
+        return folder_.path() / name;
+    }
+    /// Everything that server and listener would keep goes to the test's folder.
+    [[nodiscard]] std::vector<std::string> environment() const {
+        const std::string folder = folder_.path().string();
+        const char* path = std::getenv("PATH");
+        return {std::string("PATH=") + (path != nullptr ? path : "/usr/bin:/bin"),
+                "HOME=" + folder,
+                "XDG_RUNTIME_DIR=" + folder,
+                "XDG_CONFIG_HOME=" + folder,
+                "PULSE_RUNTIME_PATH=" + folder,
+                "PULSE_STATE_PATH=" + folder};
+    }
+
+    TempFolder folder_;
+    std::unique_ptr<ChildProcess> server_;
+    std::unique_ptr<ChildProcess> listener_;
+};
+
+} // namespace sonarith::fakes

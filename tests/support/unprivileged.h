@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Runs a step as a user without privileges, so that permissions count even where the tests run as
+// the superuser. In a child process: nothing that the step does to memory is seen afterwards.
+#pragma once
+
+#include <functional>
+
+#include <grp.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace sonarith::test {
+
+/// The value (0 to 99) that `step` returns; 100 or more if it did not get that far.
+inline int runUnprivileged(const std::function<int()>& step) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t nobody = 65534;
+        if (::geteuid() == 0 &&
+            (::setgroups(0, nullptr) != 0 || ::setresgid(nobody, nobody, nobody) != 0 ||
+             ::setresuid(nobody, nobody, nobody) != 0)) {
+            ::_exit(101);
+        }
+        ::_exit(step());
+    }
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
+        return 102;
+    }
+    return WEXITSTATUS(status);
+}
+
+} // namespace sonarith::test

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The event loop in virtual time: an hour's capture runs in milliseconds, and every interleaving
+// can be played on purpose. It never sleeps and reads no clock of the machine.
+//
+//     VirtualEventLoop loop;
+//     loop.atYield(3, [&] { form.Command2.click(); });       // inside the third yield from now
+//     loop.after(250ms, [&] { form.Command8.click(); });     // once, 250 ms from now
+//     job.run();                                             // yields and waits as it likes
+//     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
+//     loop.advance(5s);                                      // idle time, timers tick
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "platform/event_loop.h"
+
+namespace sonarith::test {
+
+/// Thrown by endProgram() in place of the end of the process. It is no std::exception, so that no
+/// handler takes it for a failure.
+struct ProgramEnded {};
+
+/// A wait that would never end on the real loop: nothing is due and the condition still holds, or
+/// it held for longer than any job of the program takes.
+class WaitNeverEnds : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+class VirtualEventLoop final : public EventLoop {
+  public:
+    // --- the loop's own operations ---------------------------------------------------------
+
+    /// Runs the actions scripted for this yield, then every timer and action that is due at the
+    /// current virtual time. Time does not move.
+    void yield() override {
+        if (!beginYield()) {
+            return;
+        }
+        if (++yieldsWithoutTime_ > maximumYieldsWithoutTime) {
+            throw WaitNeverEnds("a loop of yields that nothing ends; use waitWhile or waitFor");
+        }
+        // What falls due by what runs here waits for the next yield: one round for each yield.
+        const auto round = due(now_);
+        for (const auto& entry : round) {
+            run(entry);
+        }
+    }
+
+    /// One event after another; the condition is asked after each. With none due, time jumps to
+    /// the next. Each round counts as one yield.
+    void waitWhile(const std::function<bool()>& condition) override {
+        const Time deadline = now_ + longestWait;
+        while (!ended_ && condition()) {
+            if (!beginYield()) {
+                return;
+            }
+            if (!condition()) {
+                return; // an action scripted for this yield ended the wait
+            }
+            const auto next = nextEntry();
+            if (!next) {
+                throw WaitNeverEnds("nothing is due and the wait's condition still holds");
+            }
+            if (next->due > deadline) {
+                throw WaitNeverEnds("the wait's condition held for longer than longestWait");
+            }
+            moveTo(next->due);
+            run(next);
+        }
+    }
+
+    [[nodiscard]] Time now() const override { return now_; }
+
+    [[nodiscard]] double secondsSinceMidnight() const override {
+        const std::chrono::duration<double> passed = now_ - midnightReference_;
+        return std::fmod(secondsAtReference_ + passed.count(), 86400.0);
+    }
+
+    [[nodiscard]] std::unique_ptr<Wakeup> every(Duration interval,
+                                                std::function<void()> handler) override {
+        const Duration atLeastOne = std::max(interval, Duration(1));
+        return std::make_unique<Handle>(add(now_ + atLeastOne, atLeastOne, std::move(handler)));
+    }
+
+    [[noreturn]] void endProgram() override {
+        ended_ = true;
+        throw ProgramEnded();
+    }
+
+    // --- what a test scripts ---------------------------------------------------------------
+
+    /// Runs `action` once inside the n-th yield from now (1 is the next one), before what is due.
+    void atYield(int n, std::function<void()> action) {
+        yieldActions_.emplace(yieldCount_ + n, std::move(action));
+    }
+    /// Runs `action` once, `delay` from now, inside the yield or wait that goes on then.
+    void after(Duration delay, std::function<void()> action) {
+        add(now_ + delay, Duration(0), std::move(action));
+    }
+    /// Lets time pass while the program is idle: timers and actions run, each at its own moment.
+    void advance(Duration duration) {
+        const Time end = now_ + duration;
+        for (auto next = nextEntry(); !ended_ && next && next->due <= end; next = nextEntry()) {
+            moveTo(next->due);
+            run(next);
+        }
+        moveTo(end);
+    }
+    /// Sets the wall clock.
+    void setSecondsSinceMidnight(double seconds) {
+        secondsAtReference_ = seconds;
+        midnightReference_ = now_;
+    }
+
+    // --- what a test looks at --------------------------------------------------------------
+
+    /// Yields so far, the rounds of waits among them.
+    [[nodiscard]] int yieldCount() const { return yieldCount_; }
+    /// endProgram() was called.
+    [[nodiscard]] bool ended() const { return ended_; }
+    /// Yields and waits after the end of the program: must stay 0.
+    [[nodiscard]] int yieldsAfterEnd() const { return yieldsAfterEnd_; }
+    /// Wake-ups alive (timers that are on, waits that go on).
+    [[nodiscard]] std::size_t wakeupCount() const {
+        return static_cast<std::size_t>(
+            std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) {
+                return entry->alive && entry->interval.count() > 0;
+            }));
+    }
+
+    /// A longer wait is taken for one that never ends: a day is far beyond any disc.
+    Duration longestWait = std::chrono::hours(24);
+
+  private:
+    struct Entry {
+        Time due;
+        Duration interval; ///< 0: once
+        std::function<void()> handler;
+        bool alive = true;
+        bool running = false;
+    };
+    using EntryPointer = std::shared_ptr<Entry>;
+
+    class Handle final : public Wakeup {
+      public:
+        explicit Handle(EntryPointer entry) : entry_(std::move(entry)) {}
+        ~Handle() override { entry_->alive = false; }
+        Handle(const Handle&) = delete;
+        Handle& operator=(const Handle&) = delete;
+
+      private:
+        EntryPointer entry_;
+    };
+
+    /// Far beyond any plain loop of yields of the program, small enough to fail within a second.
+    static constexpr int maximumYieldsWithoutTime = 1'000'000;
+
+    /// Counts the yield and runs its scripted actions; false after the end of the program.
+    bool beginYield() {
+        if (ended_) {
+            ++yieldsAfterEnd_;
+            return false;
+        }
+        ++yieldCount_;
+        for (auto found = yieldActions_.find(yieldCount_); found != yieldActions_.end();
+             found = yieldActions_.find(yieldCount_)) {
+            const auto action = std::move(found->second);
+            yieldActions_.erase(found);
+            action();
+        }
+        return true;
+    }
+
+    EntryPointer add(Time due, Duration interval, std::function<void()> handler) {
+        auto entry = std::make_shared<Entry>();
+        entry->due = due;
+        entry->interval = interval;
+        entry->handler = std::move(handler);
+        entries_.push_back(entry);
+        return entry;
+    }
+
+    void forgetDead() {
+        std::erase_if(entries_, [](const auto& entry) { return !entry->alive; });
+    }
+
+    [[nodiscard]] std::vector<EntryPointer> due(Time time) {
+        forgetDead();
+        std::vector<EntryPointer> found;
+        for (const auto& entry : entries_) {
+            if (!entry->running && entry->due <= time) {
+                found.push_back(entry);
+            }
+        }
+        std::stable_sort(found.begin(), found.end(),
+                         [](const auto& a, const auto& b) { return a->due < b->due; });
+        return found;
+    }
+
+    /// The entry that is due first, the older of two; none if all that is left is running.
+    [[nodiscard]] EntryPointer nextEntry() {
+        forgetDead();
+        EntryPointer next;
+        for (const auto& entry : entries_) {
+            if (!entry->running && (!next || entry->due < next->due)) {
+                next = entry;
+            }
+        }
+        return next;
+    }
+
+    void moveTo(Time time) {
+        if (time > now_) {
+            now_ = time;
+            yieldsWithoutTime_ = 0;
+        }
+    }
+
+    void run(const EntryPointer& entry) {
+        // A handler before this one may have taken it back, ended the program, or run it already.
+        if (!entry->alive || entry->running || ended_ || entry->due > now_) {
+            return;
+        }
+        if (entry->interval.count() == 0) {
+            entry->alive = false;
+            const auto action = entry->handler;
+            action();
+            return;
+        }
+        entry->running = true;
+        const Rearm rearm{*this, *entry};
+        entry->handler();
+    }
+
+    /// At the end of a handler, thrown out of or not: ticks that fell due meanwhile are dropped.
+    struct Rearm {
+        VirtualEventLoop& loop;
+        Entry& entry;
+        ~Rearm() {
+            entry.running = false;
+            while (entry.due <= loop.now_) {
+                entry.due += entry.interval;
+            }
+        }
+    };
+
+    /// The origin means nothing; not 0, so that nobody takes it for one.
+    Time now_ = std::chrono::hours(3);
+    double secondsAtReference_ = 43200.0; // noon
+    Time midnightReference_ = now_;
+    int yieldCount_ = 0;
+    int yieldsWithoutTime_ = 0;
+    int yieldsAfterEnd_ = 0;
+    bool ended_ = false;
+    std::vector<EntryPointer> entries_;
+    std::multimap<int, std::function<void()>> yieldActions_;
+};
+
+} // namespace sonarith::test

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window with its work tree in virtual time, wired as the program wires it: presses,
+// releases and double clicks reach the tree's handlers. Base class of the work tree's tests.
+//
+//     finder.files[destination]["mp3"] = {"c:\\music\\a.mp3"};
+//     disc({"Track  1 - 00:03:05"});
+//     tree.showfiles();
+//     doubleClick("Track  1 - 00:03:05");
+//     EXPECT_THAT(outline(), ElementsAre("CD Tracks", "  Selected Tracks", ...));
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "app/form1.h"
+#include "app/windows.h"
+#include "support/fake_file_system.h"
+#include "support/fake_folder_scanner.h"
+#include "support/virtual_event_loop.h"
+#include "worktree/add_file.h"
+#include "worktree/drag_state.h"
+#include "worktree/label_edit.h"
+#include "worktree/tree_moves.h"
+#include "worktree/tree_nodes.h"
+#include "worktree/tree_selection.h"
+#include "worktree/work_tree.h"
+
+namespace sonarith::test {
+
+/// Writes down which nodes were to be brought into sight.
+struct RevealLog : TreeObserver {
+    std::vector<std::string> texts;
+    void beforeInsert(const NodeRef&, int) override {}
+    void afterInsert(const NodeRef&) override {}
+    void beforeRemove(const NodeRef&) override {}
+    void afterRemove() override {}
+    void beforeMove(const NodeRef&, const NodeRef&, int) override {}
+    void afterMove(const NodeRef&) override {}
+    void textChanged(const NodeRef&) override {}
+    void selectionChanged() override {}
+    void dropHighlightChanged() override {}
+    void revealRequested(const NodeRef& shown) override { texts.push_back(shown->text()); }
+    void editRequested(const NodeRef&) override {}
+    void dragRequested() override {}
+};
+
+struct WorkTreeWorld : testing::Test {
+    inline static const std::string destination = "c:\\music";
+
+    VirtualEventLoop loop;
+    ProcessState process;
+    Windows windows;
+    Form1 form{loop, process, windows};
+    FakeFileSystem disk;
+    FakeFolderScanner finder;
+    DragState drag;
+    FileAdder adder{form, process, disk, loop};
+    WorkTree tree{form, process, finder, adder};
+    TreeMoves moves{form, loop, drag};
+    TreeSelection selection{form, process, loop, drag, moves};
+    LabelEdit labels{form};
+    TreeView& view = form.TreeView1;
+
+    WorkTreeWorld() {
+        process.settings.decodePath = destination;
+        process.settings.showFullPath = 1;
+        finder.files[destination] = {};
+        view.onMouseDown = [this](MouseButtons buttons, const NodeRef& at) {
+            selection.TreeView1_MouseDown(buttons, at);
+        };
+        view.onMouseUp = [this](MouseButtons, const NodeRef&) {
+            selection.TreeView1_MouseUp();
+        };
+        view.onDoubleClick = [this] {
+            selection.TreeView1_DblClick();
+        };
+        view.onBeforeLabelEdit = [this](bool& cancel) {
+            labels.TreeView1_BeforeLabelEdit(cancel);
+        };
+        view.onAfterLabelEdit = [this](bool& cancel, const std::string& text) {
+            labels.TreeView1_AfterLabelEdit(cancel, text);
+        };
+    }
+
+    // --- what a test sets up ---------------------------------------------------------------
+
+    /// What reading a disc leaves: its lines, and an empty queue.
+    void disc(const std::vector<std::string>& lines) {
+        form.lstRecord.clear();
+        fill(form.lstTracks, lines);
+    }
+    static void fill(ListBox& list, const std::vector<std::string>& lines) {
+        list.clear();
+        for (const std::string& line : lines) {
+            list.addItem(line);
+        }
+    }
+
+    // --- what a person does ----------------------------------------------------------------
+
+    void press(const NodeRef& at, MouseButtons buttons = {.left = true}) {
+        run(view.onMouseDown, buttons, at);
+    }
+    void release(const NodeRef& at, MouseButtons buttons = {.left = true}) {
+        run(view.onMouseUp, buttons, at);
+    }
+    void click(const std::string& text) {
+        press(node(text));
+        release(node(text));
+    }
+    /// The press and release of the first click run before the double click does.
+    void doubleClick(const NodeRef& at) {
+        press(at);
+        release(at);
+        run(view.onDoubleClick);
+    }
+    void doubleClick(const std::string& text) { doubleClick(node(text)); }
+
+    // --- what a test looks at --------------------------------------------------------------
+
+    [[nodiscard]] NodeRef node(const std::string& text) const {
+        return firstNodeOfText(view, text);
+    }
+    [[nodiscard]] static std::vector<std::string> lines(const ListBox& list) {
+        std::vector<std::string> all;
+        for (int i = 0; i < list.listCount(); ++i) {
+            all.push_back(list.list(i));
+        }
+        return all;
+    }
+    [[nodiscard]] std::vector<std::string> childrenOf(const std::string& text) const {
+        std::vector<std::string> all;
+        if (const NodeRef parent = node(text)) {
+            for (const NodeRef& child : parent->children()) {
+                all.push_back(child->text());
+            }
+        }
+        return all;
+    }
+    /// The tree as it is seen, two blanks for each level.
+    [[nodiscard]] std::vector<std::string> outline() const {
+        std::vector<std::string> all;
+        for (const NodeRef& root : view.roots()) {
+            describe(root, "", all);
+        }
+        return all;
+    }
+    /// The texts in the order of the indices.
+    [[nodiscard]] std::vector<std::string> numbering() const {
+        std::vector<std::string> all;
+        for (int i = 1; i <= view.count(); ++i) {
+            all.push_back(view.node(i)->text());
+        }
+        return all;
+    }
+
+  private:
+    static void describe(const NodeRef& node, const std::string& indent,
+                         std::vector<std::string>& all) {
+        all.push_back(indent + node->text());
+        for (const NodeRef& child : node->children()) {
+            describe(child, indent + "  ", all);
+        }
+    }
+};
+
+} // namespace sonarith::test
