@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The run-time copy of the store's section "Settings", and the loader that fills it at program
+// start. Running code reads the record; only the preferences write the store.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/settings_store.h"
+
+namespace sonarith {
+
+/// The section that the fields of AppSettings come from.
+inline constexpr const char* settingsSection = "Settings";
+/// The key of the destination folder, which the preferences read and write on their own.
+inline constexpr const char* decodePathKey = "DecodePath";
+
+/// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
+struct AppSettings {
+    std::int16_t audioFormat = 0;     ///< index into the capture formats: 0 mono, 1 stereo
+    std::int16_t encodingQuality = 0; ///< shown by the preferences, nothing else
+    std::int16_t encodingBitrate = 0; ///< shown by the preferences, nothing else
+    std::int16_t hdWarning = 0;
+    std::int16_t hdWarningNo = 0; ///< MB of 1,000,000 bytes
+    std::int16_t hdStopDecoding = 0;
+    std::int16_t hdStopNo = 0; ///< MB of 1,000,000 bytes
+    std::string decodePath;    ///< destination folder, no trailing backslash
+    std::int16_t desktopIcon = 0;
+    std::int16_t minimizeOnStart = 0;
+    std::int16_t deleteWav = 0; ///< shown by the preferences, nothing else
+    std::int16_t showFullPath = 0;
+    std::int16_t encodeAfterExtracting = 0; ///< shown by the preferences, nothing else
+    std::int16_t muteButton = 0;
+};
+
+/// Fills `settings` from `store`, key by key, with `programFolder` as the default destination.
+/// Never writes. A value that is no number or does not fit 16 bits leaves its field as it was.
+void LoadSettings(const SettingsStore& store, const std::string& programFolder,
+                  AppSettings& settings);
+
+} // namespace sonarith

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/make_dirs.h"
+
+#include <cstddef>
+
+namespace sonarith {
+
+namespace {
+
+bool makeChain(const std::string& path, FileSystem& fileSystem) {
+    if (!fileSystem.changeDrive(path).ok()) {
+        return false;
+    }
+    fileSystem.changeFolder("\\").passOver();
+    // The third character is taken for the backslash behind the drive letter, whatever it is.
+    std::size_t start = 2;
+    for (std::size_t end = path.find('\\', start + 1); end != std::string::npos;
+         end = path.find('\\', start + 1)) {
+        const std::string name = path.substr(start + 1, end - start - 1);
+        const Status made = fileSystem.makeFolder(name);
+        // Path/file access error is what a folder that already exists gives.
+        if (!made.ok() && made.error().number != ErrorNumber::pathFileAccess) {
+            return false;
+        }
+        if (!fileSystem.changeFolder(name).ok()) {
+            return false;
+        }
+        start = end;
+    }
+    return true;
+}
+
+} // namespace
+
+bool MakeDirs(const std::string& path, FileSystem& fileSystem, MessageBoxes& messageBoxes,
+              MousePointer& mousePointer) {
+    mousePointer.set(Pointer::hourglass);
+    const bool closed = !path.empty() && path.back() == '\\';
+    const bool made = makeChain(closed ? path : path + "\\", fileSystem);
+    if (!made) {
+        messageBoxes.show("Error While Attempting to Create Directories on Destination Drive.",
+                          BoxIcon::exclamation, BoxButtons::ok, "SETUP");
+    }
+    mousePointer.set(Pointer::normal);
+    return made;
+}
+
+} // namespace sonarith
