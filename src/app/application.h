@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The whole program below its windows: owns the process-wide variables, the windows and every job,
+// and wires the controls' events to the jobs. It holds no behaviour of its own.
+#pragma once
+
+#include "app/activity_clip.h"
+#include "app/form1.h"
+#include "app/main_window.h"
+#include "app/platform.h"
+#include "app/windows.h"
+#include "extraction/capture_monitor.h"
+#include "extraction/disc_inspection.h"
+#include "extraction/track_capture.h"
+#include "extraction/track_preview.h"
+#include "settings/process_state.h"
+#include "worktree/add_file.h"
+#include "worktree/drag_state.h"
+#include "worktree/label_edit.h"
+#include "worktree/start_action.h"
+#include "worktree/tree_moves.h"
+#include "worktree/tree_selection.h"
+#include "worktree/work_tree.h"
+
+namespace sonarith {
+
+class Application {
+  public:
+    /// The platform's parts outlive the application. No step of the logic runs here.
+    explicit Application(const Platform& platform);
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Makes the program's folder the current one and loads the main window, which yields. The
+    /// program's end may come before this returns.
+    void start();
+
+    [[nodiscard]] Form1& form1() { return form1_; }
+    [[nodiscard]] Windows& windows() { return windows_; }
+    [[nodiscard]] ProcessState& process() { return process_; }
+
+  private:
+    void wireWindow();
+    void wireToolBar();
+    void wireMenus();
+    void wireTree();
+    void wireJobs();
+
+    Platform platform_;
+    ProcessState process_;
+    Windows windows_;
+    Form1 form1_;
+
+    DragState drag_;
+    FileAdder fileAdder_;
+    WorkTree workTree_;
+    TreeMoves treeMoves_;
+    TreeSelection treeSelection_;
+    LabelEdit labelEdit_;
+    ActionStarter actionStarter_;
+
+    CaptureState captureState_;
+    ExtractionContext extraction_;
+    DiscInspection inspection_;
+    CaptureMonitor monitor_;
+    TrackCapture capture_;
+    TrackPreview preview_;
+
+    ActivityClip clip_;
+    MainWindow mainWindow_;
+};
+
+} // namespace sonarith

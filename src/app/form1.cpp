@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/form1.h"
+
+#include <array>
+
+namespace sonarith {
+
+using namespace std::chrono_literals;
+
+Form1::Form1(EventLoop& loop, ProcessState& state, Windows& windows)
+    : Form("Form1", applicationTitle),
+      Timer1(loop, "Timer1", 5000ms),
+      tmrRecord(loop, "tmrRecord", 100ms),
+      tmrWarning(loop, "tmrWarning", 2000ms),
+      Timeravi(loop, "Timeravi", 1000ms),
+      state_(state),
+      windows_(windows) {
+    Picture5.setWidth(gripWidth);
+    TreeView1.setLeft(gripWidth);
+    Image3.setToolTip("Hand grip");
+    Image4.setToolTip("Destination");
+    Image5.setToolTip("Source");
+    Command11.setToolTip("Play Selected track");
+    Command12.setToolTip("Stop playing CD");
+    cmdStart.setToolTip("Start Extracting CD Track");
+    Command8.setToolTip("Stop Everything");
+
+    Picture4.setVisible(false);
+    mnuToolbar.setChecked(true);
+    mnuActivityBar.setChecked(true);
+    mnuStatusbar.setChecked(true);
+    Label5.setVisible(false);
+    Command2.setVisible(false);
+    mnupopup.setVisible(false);
+    // The popup opens these three for the node that it is asked for.
+    for (MenuItem* entry : {&mnuStart2, &mnuFileRemove, &mnuRemoveDelete}) {
+        entry->setEnabled(false);
+    }
+    cmdStart.setVisible(false);
+    CmdDecoder.setVisible(false);
+    Command8.setVisible(false);
+    Check9.setVisible(false);
+    for (ListBox* list : {&lstTracks, &lstRecord, &List1, &List2, &List3, &List4, &List5, &List7}) {
+        list->setVisible(false);
+    }
+}
+
+void Form1::Disablem() {
+    enableCommands(false);
+    windows_.Form6.unload();
+    windows_.frmPlayList.unload();
+    windows_.frmsearch.unload();
+}
+
+void Form1::Enablem() {
+    enableCommands(true);
+}
+
+void Form1::enableCommands(bool enabled) {
+    const std::array<Control*, 12> commands = {
+        &C777,       &Copt,     &C5555555, &Cmdhelp,  &mnuStart2,       &mnuFile,
+        &mnuActiopn, &mnuPrefs, &mnuHelp,  &mnupopup, &mnuRemoveDelete, &mnuFileRemove};
+    for (Control* command : commands) {
+        command->setEnabled(enabled);
+    }
+}
+
+void Form1::ClearActivity() {
+    // The lower-case a is meant: the form's own text reads "Next Action:".
+    Label3.setCaption("Next action:");
+    Label2.setCaption(state_.settings.decodePath + "\\");
+    setCaption(applicationTitle);
+    ProgressBar1.setValue(0).passOver();
+    lblStatus.setCaption("");
+    Label33.setCaption("");
+}
+
+} // namespace sonarith

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/main_window.h"
+
+#include "app/bars.h"
+#include "app/resize_layout.h"
+#include "settings/app_settings.h"
+#include "settings/destination_folder.h"
+
+namespace sonarith {
+
+namespace {
+/// The window stands so far left of the screen's centre.
+constexpr Twips leftOfCentre = 1500;
+} // namespace
+
+void MainWindow::Form_Load() {
+    platform_.pointer.set(Pointer::hourglass);
+    runLoadSteps().passOver();
+    platform_.pointer.set(Pointer::normal);
+}
+
+Status MainWindow::runLoadSteps() {
+    if (Status status = platform_.files.changeFolder(platform_.files.programFolder());
+        !status.ok()) {
+        return status;
+    }
+    placeWindow();
+    form_.ProgressBar1.setValue(0).passOver();
+    LoadSettings(platform_.store, platform_.files.programFolder(), state_.settings);
+    // Here the player panel will be loaded, and the disc's line muted or not by muteButton.
+    inspection_.InspectCD();
+    // Here the preferences will be loaded, unshown; of their load step the destination folder is
+    // there already.
+    prepareDestinationFolder(platform_.store, platform_.files, platform_.boxes, platform_.pointer,
+                             platform_.loop, state_.settings);
+    form_.Label2.setCaption(state_.settings.decodePath + "\\");
+    tree_.showfiles();
+    runResizeLayout(form_);
+    platform_.loop.yield();
+    form_.show();
+    platform_.loop.yield();
+    // Here the player panel will be shown.
+    platform_.loop.yield();
+    return {};
+}
+
+void MainWindow::placeWindow() {
+    form_.setLeft((platform_.shell.screenWidth() - form_.width()) / 2 - leftOfCentre);
+    form_.setTop((platform_.shell.screenHeight() - form_.height()) / 2);
+}
+
+void MainWindow::Form_QueryUnload() {
+    form_.Command8.click();
+}
+
+void MainWindow::Form_Unload() {
+    for (const char* command : {"stop cd", "close capture", "close cd"}) {
+        platform_.media.sendString(command);
+    }
+    // Here the player panel will leave the disc's line unmuted.
+    windows_.Form4.unload();
+    windows_.frmpopup.unload();
+    platform_.loop.endProgram();
+}
+
+void MainWindow::Command5_Click() {
+    windows_.Form4.unload();
+    // Ends the process by itself, unless an unload is under way already.
+    form_.unload();
+    platform_.loop.endProgram();
+}
+
+void MainWindow::Cmdhelp_Click() {
+    const std::string folder = platform_.files.programFolder();
+    if (platform_.files.changeFolder(folder).ok()) {
+        platform_.shell.showHelp(folder + "\\sonarith.chm");
+    }
+}
+
+void MainWindow::mnuStart_Click() {
+    forceToolBarOn(form_);
+    form_.CmdSelectAction.click();
+}
+
+void MainWindow::mnuMinimize_Click() {
+    // Until there is a tray icon to come back from, the window shrinks instead of hiding.
+    form_.minimizeRequested.emit();
+}
+
+void MainWindow::C1212_Click() {
+    inspection_.InspectCD();
+    tree_.showfiles();
+}
+
+void MainWindow::Timer1_Timer() {
+    form_.Timer1.setEnabled(false);
+    form_.ClearActivity();
+}
+
+void MainWindow::N1Drag() {
+    form_.captionGrasped.emit();
+}
+
+} // namespace sonarith

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window's life: its load step, its end, and the commands that concern the window itself.
+// The jobs that its buttons start live in folders of their own; the application wires both.
+#pragma once
+
+#include "app/form1.h"
+#include "app/platform.h"
+#include "app/windows.h"
+#include "extraction/disc_inspection.h"
+#include "settings/process_state.h"
+#include "worktree/work_tree.h"
+
+namespace sonarith {
+
+class MainWindow {
+  public:
+    MainWindow(const Platform& platform, ProcessState& state, Windows& windows, Form1& form,
+               DiscInspection& inspection, WorkTree& tree)
+        : platform_(platform),
+          state_(state),
+          windows_(windows),
+          form_(form),
+          inspection_(inspection),
+          tree_(tree) {}
+
+    /// Places the window, reads settings, disc and destination folder, and shows it. A failure ends
+    /// the load where it stands; the pointer is the normal one afterwards. Yields.
+    void Form_Load();
+    /// Stops everything; never refuses the close. Yields while a capture is saved.
+    void Form_QueryUnload();
+    /// Ends the process.
+    void Form_Unload();
+
+    /// Exit: ends the process.
+    void Command5_Click();
+    void Cmdhelp_Click();
+    void mnuStart_Click();
+    void mnuMinimize_Click();
+    /// "Refresh List": reads the disc again and rebuilds the tree.
+    void C1212_Click();
+    /// The displays go back to idle, once.
+    void Timer1_Timer();
+    /// Lets the window follow the pointer as if its caption had been grasped.
+    void N1Drag();
+
+  private:
+    Status runLoadSteps();
+    void placeWindow();
+
+    Platform platform_;
+    ProcessState& state_;
+    Windows& windows_;
+    Form1& form_;
+    DiscInspection& inspection_;
+    WorkTree& tree_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/main_window.h"
+
+#include <gmock/gmock.h>
+
+#include "support/application_bench.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::ApplicationBench;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// --- load ----------------------------------------------------------------------------------
+
+TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
+    ApplicationBench bench({185000, 61000});
+    bench.finder.files[ApplicationBench::destination]["wav"] = {"c:\\sonarith\\wavfiles\\a.wav"};
+    bench.application.start();
+    EXPECT_TRUE(bench.form.loaded());
+    EXPECT_TRUE(bench.form.visible());
+    EXPECT_EQ(bench.form.caption(), "Sonarith v2.0");
+    EXPECT_EQ(bench.form.lblNumTracks.caption(), "2");
+    EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\wavfiles\\");
+    EXPECT_EQ(bench.form.List1.list(0), "c:\\sonarith\\wavfiles\\a.wav");
+    std::vector<std::string> texts;
+    for (int i = 1; i <= bench.form.TreeView1.count(); ++i) {
+        texts.push_back(bench.form.TreeView1.node(i)->text());
+    }
+    EXPECT_THAT(texts, testing::IsSupersetOf({"Track  1 - 00:03:05", "Track  2 - 00:01:01",
+                                              "c:\\sonarith\\wavfiles\\a.wav"}));
+    EXPECT_THAT(bench.boxes.shown, IsEmpty());
+}
+
+TEST(FormLoad, PlacesTheWindowLeftOfTheScreensCentre) {
+    ApplicationBench bench({1000, 1000});
+    bench.form.setWidth(4000);
+    bench.form.setHeight(6000);
+    bench.application.start();
+    EXPECT_EQ(bench.form.left(), 28800 / 2 - 4000 / 2 - 1500);
+    EXPECT_EQ(bench.form.top(), 16200 / 2 - 6000 / 2);
+}
+
+TEST(FormLoad, TakesItsStepsInOrder) {
+    ApplicationBench bench({1000, 1000});
+    bench.form.ProgressBar1.setValue(50).passOver();
+    std::vector<std::string> steps;
+    bench.media.onCommand = [&](std::string_view command) {
+        if (command == "open cdaudio alias cd") {
+            steps.push_back("inspection");
+            // The settings are there, the destination is not.
+            EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
+            EXPECT_EQ(bench.process.settings.hdWarningNo, 100);
+            EXPECT_EQ(bench.process.settings.decodePath, "c:\\sonarith");
+            EXPECT_THAT(bench.store.writes, IsEmpty());
+            EXPECT_EQ(bench.pointer.shapes.back(), Pointer::hourglass);
+            EXPECT_FALSE(bench.form.visible());
+            EXPECT_THAT(bench.files.log, testing::Contains("changeFolder c:\\sonarith"));
+        }
+    };
+    bench.finder.whileSearching = [&] {
+        steps.push_back("search");
+        EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\wavfiles\\");
+        EXPECT_TRUE(bench.files.folderExists(ApplicationBench::destination));
+        EXPECT_EQ(bench.form.lstTracks.listCount(), 2);
+    };
+    bench.form.TreeView1.setHeight(0);
+    bench.application.start();
+    EXPECT_THAT(steps, ElementsAre("inspection", "search", "search"));
+    EXPECT_EQ(bench.form.TreeView1.width(), designWidth - gripWidth);
+    EXPECT_EQ(bench.form.TreeView1.height(), designHeight);
+    EXPECT_EQ(bench.pointer.shapes.front(), Pointer::hourglass);
+    EXPECT_EQ(bench.pointer.shapes.back(), Pointer::normal);
+    // One yield of the inspection, one of the destination, three at the end.
+    EXPECT_EQ(bench.loop.yieldCount(), 5);
+}
+
+TEST(FormLoad, EndsAtAProgramFolderThatCannotBeEntered) {
+    ApplicationBench bench({1000, 1000});
+    bench.files.failWith(test::FakeFileSystem::Operation::changeFolder, "c:\\sonarith",
+                         ErrorNumber::pathNotFound);
+    bench.application.start();
+    EXPECT_THAT(bench.pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
+    EXPECT_THAT(bench.media.log, IsEmpty());
+    EXPECT_THAT(bench.store.readKeys, IsEmpty());
+    EXPECT_EQ(bench.form.left(), 0);
+    EXPECT_FALSE(bench.form.visible());
+}
+
+TEST(FormLoad, StandsWithoutADisc) {
+    ApplicationBench bench({});
+    bench.media.answer("open cdaudio alias cd", {.status = 266});
+    bench.application.start();
+    EXPECT_TRUE(bench.form.visible());
+    EXPECT_THAT(bench.boxes.shown, IsEmpty());
+    EXPECT_GT(bench.form.TreeView1.count(), 0);
+}
+
+// --- the window's own commands -------------------------------------------------------------
+
+TEST(RefreshList, ReadsTheDiscAgainAndRebuildsTheTree) {
+    ApplicationBench bench({1000, 1000});
+    bench.application.start();
+    bench.media.log.clear();
+    bench.finder.log.clear();
+    bench.form.lstTracks.clear();
+    bench.form.mnuRefreshlist.click();
+    EXPECT_EQ(bench.media.log.at(2), "open cdaudio alias cd");
+    EXPECT_EQ(bench.form.lstTracks.listCount(), 2);
+    EXPECT_THAT(bench.finder.log,
+                ElementsAre("folder c:\\sonarith\\wavfiles", "search wav", "search mp3"));
+}
+
+TEST(Help, AsksForTheHelpFileOfTheProgramsFolder) {
+    ApplicationBench bench({1000, 1000});
+    bench.files.addFolder("c:\\elsewhere");
+    bench.files.changeFolder("c:\\elsewhere").passOver();
+    bench.form.Cmdhelp.click();
+    EXPECT_THAT(bench.shell.helpShown, ElementsAre("c:\\sonarith\\sonarith.chm"));
+    EXPECT_EQ(bench.files.currentFolder(), "c:\\sonarith");
+    bench.form.mnuHelpfile.click();
+    EXPECT_EQ(bench.shell.helpShown.size(), 2U);
+}
+
+TEST(Help, EndsWhereTheProgramsFolderCannotBeEntered) {
+    ApplicationBench bench({1000, 1000});
+    bench.files.failWith(test::FakeFileSystem::Operation::changeFolder, "c:\\sonarith",
+                         ErrorNumber::pathNotFound);
+    bench.form.Cmdhelp.click();
+    EXPECT_THAT(bench.shell.helpShown, IsEmpty());
+}
+
+TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
+    ApplicationBench bench({1000, 1000});
+    bench.application.start();
+    bench.form.Picture3.setHeight(600);
+    for (MenuItem* entry : {&bench.form.mnuStart, &bench.form.mnuStart2}) {
+        bench.form.mnuToolbar.setChecked(false);
+        bench.form.Picture3.setVisible(false);
+        bench.disc.saved.clear();
+        bench.select("Track  1 - 00:00:01");
+        entry->click();
+        EXPECT_TRUE(bench.form.mnuToolbar.checked());
+        EXPECT_TRUE(bench.form.Picture3.visible());
+        EXPECT_EQ(bench.form.TreeView1.top(), 600);
+        EXPECT_EQ(bench.disc.saved.size(), 1U);
+    }
+}
+
+TEST(Timer1, ClearsTheDisplaysOnce) {
+    ApplicationBench bench({1000, 1000});
+    bench.application.start();
+    bench.form.Timer1.setEnabled(true);
+    bench.form.Label3.setCaption("x");
+    bench.loop.advance(4999ms);
+    EXPECT_EQ(bench.form.Label3.caption(), "x");
+    bench.loop.advance(1ms);
+    EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
+    EXPECT_FALSE(bench.form.Timer1.enabled());
+}
+
+TEST(Moving, GraspsTheCaptionFromTheBareFormAndFromTheHandGrip) {
+    ApplicationBench bench({1000, 1000});
+    int grasped = 0;
+    const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });
+    run(bench.form.onMouseDown);
+    run(bench.form.Image3.onMouseDown);
+    EXPECT_EQ(grasped, 2);
+}
+
+TEST(Minimize, ShrinksTheWindow) {
+    ApplicationBench bench({1000, 1000});
+    int minimized = 0;
+    const Connection connection = bench.form.minimizeRequested.connect([&] { ++minimized; });
+    bench.form.mnuMinimize.click();
+    EXPECT_EQ(minimized, 1);
+}
+
+// --- the end -------------------------------------------------------------------------------
+
+TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
+    ApplicationBench bench({1000, 1000});
+    bench.application.start();
+    bench.windows.Form4.load();
+    bench.windows.frmpopup.load();
+    bench.media.log.clear();
+    EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
+    EXPECT_TRUE(bench.process.stopRequested);
+    EXPECT_THAT(bench.media.log, ElementsAre("stop cd", "close capture", "close cd"));
+    EXPECT_FALSE(bench.windows.Form4.loaded());
+    EXPECT_FALSE(bench.windows.frmpopup.loaded());
+    EXPECT_TRUE(bench.loop.ended());
+}
+
+TEST(Close, IgnoresEveryFailureOnTheWayOut) {
+    ApplicationBench bench({1000, 1000});
+    bench.application.start();
+    bench.media.answerPrefix("", {.status = 263});
+    EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
+    EXPECT_THAT(bench.boxes.shown, IsEmpty());
+}
+
+TEST(Exit, UnloadsThePlayerFirstAndEndsTheProgram) {
+    ApplicationBench bench({1000, 1000});
+    for (const char* road : {"Command5", "mnuExit", "mnuExit2"}) {
+        SCOPED_TRACE(road);
+        ApplicationBench fresh({1000, 1000});
+        fresh.application.start();
+        fresh.windows.Form4.load();
+        std::size_t sentAtUnload = 99;
+        fresh.windows.Form4.onUnload = [&] {
+            sentAtUnload = fresh.media.log.size();
+        };
+        fresh.media.log.clear();
+        EXPECT_TRUE(fresh.endsProgram([&] {
+            if (std::string(road) == "Command5") {
+                fresh.form.Command5.click();
+            } else if (std::string(road) == "mnuExit") {
+                fresh.form.mnuExit.click();
+            } else {
+                fresh.form.mnuExit2.click();
+            }
+        }));
+        EXPECT_EQ(sentAtUnload, 0U);
+        EXPECT_THAT(fresh.media.log, ElementsAre("stop cd", "close capture", "close cd"));
+    }
+}
+
+TEST(Exit, WorksBeforeTheWindowWasLoaded) {
+    ApplicationBench bench({1000, 1000});
+    EXPECT_TRUE(bench.endsProgram([&] { bench.form.Command5.click(); }));
+    EXPECT_THAT(bench.media.log, IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith

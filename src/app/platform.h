@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// All that the application asks of the world, by reference: one struct to hand in, be it the real
+// machine or a test's. It owns nothing and does nothing.
+#pragma once
+
+#include "platform/event_loop.h"
+#include "platform/file_system.h"
+#include "platform/media_control.h"
+#include "platform/message_box.h"
+#include "platform/mouse_pointer.h"
+#include "platform/random.h"
+#include "platform/settings_store.h"
+#include "platform/shell.h"
+#include "worktree/folder_scanner.h"
+
+namespace sonarith {
+
+struct Platform {
+    EventLoop& loop;
+    MediaControl& media;
+    SettingsStore& store;
+    FileSystem& files;
+    MessageBoxes& boxes;
+    MousePointer& pointer;
+    Random& random;
+    Shell& shell;
+    FolderScanner& scanner;
+};
+
+} // namespace sonarith

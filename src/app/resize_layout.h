@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the main window divides its surface: the tree takes what the visible bars leave. Only the
+// tree and the grip image are placed; the bars hold to their edges by themselves.
+#pragma once
+
+#include "app/form1.h"
+
+namespace sonarith {
+
+struct BarState {
+    Twips height = 0;
+    bool visible = false;
+};
+
+/// Sizes and visibilities as they stand, in twips.
+struct LayoutSnapshot {
+    Twips innerWidth = 0;
+    Twips innerHeight = 0;
+    BarState toolBar;
+    BarState cdBar;
+    BarState activityBar;
+    BarState statusBar;
+    Twips gripStripWidth = 0;
+    Twips gripStripHeight = 0;
+};
+
+/// What the layout sets, in twips. The tree's left edge is never among it.
+struct LayoutPlan {
+    Twips gripHeight = 0;
+    Twips treeTop = 0;
+    Twips treeHeight = 0;
+    Twips treeWidth = 0;
+
+    bool operator==(const LayoutPlan&) const = default;
+};
+
+/// A window smaller than its bars leaves the tree a size of 0.
+[[nodiscard]] LayoutPlan planLayout(const LayoutSnapshot& window);
+
+/// Plans the layout for the window as it stands, and carries it out.
+void runResizeLayout(Form1& form);
+
+} // namespace sonarith

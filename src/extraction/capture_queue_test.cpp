@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What cmdStart_Click makes of the selected node. How one track starts is tested elsewhere.
+#include "extraction/track_capture.h"
+
+#include <gmock/gmock.h>
+
+#include "support/extraction_bench.h"
+
+namespace sonarith {
+namespace {
+
+using test::ExtractionBench;
+using test::savedAs;
+using test::ShownBox;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* openRecorder = "open new type waveaudio alias capture";
+constexpr const char* setStereo = "set capture samplespersec 44100 channels 2 bitspersample 16 "
+                                  "alignment 4 bytespersec 176400";
+constexpr const char* openDisc = "open cdaudio alias cd";
+constexpr const char* setMilliseconds = "set cd time format milliseconds";
+constexpr const char* record = "record capture overwrite";
+
+TEST(CmdStart, CapturesOneTrackThatIsSelectedByItsNode) {
+    ExtractionBench bench({60000, 1000});
+    bench.insertDisc();
+    bench.select("Track  2 - 00:00:01");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.media.logWithoutTicks(),
+                ElementsAre(openRecorder, setStereo, openDisc, setMilliseconds, record,
+                            "play cd from 60000", "stop capture", "stop cd",
+                            "save capture " + savedAs(2), "close capture", "close cd"));
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
+    EXPECT_TRUE(bench.idle());
+    EXPECT_TRUE(bench.commandsOpen());
+    EXPECT_EQ(bench.form.lstRecord.listCount(), 0);
+}
+
+TEST(CmdStart, PlaysTheFirstTrackWithoutANumber) {
+    ExtractionBench bench({1000, 60000});
+    bench.insertDisc();
+    bench.select("Track  1 - 00:00:01");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.media.logWithoutTicks(),
+                ElementsAre(openRecorder, setStereo, openDisc, setMilliseconds, record, "play cd",
+                            "stop capture", "stop cd", "save capture " + savedAs(1),
+                            "close capture", "close cd"));
+}
+
+TEST(CmdStart, CarriesOnWithAnEarlierQueueAfterASingleTrack) {
+    ExtractionBench bench({1000, 1000, 1000});
+    bench.insertDisc();
+    bench.choose({1, 3});
+    ASSERT_TRUE(bench.form.lstRecord.setListIndex(0).ok());
+    bench.select("Track  2 - 00:00:01");
+    bench.form.cmdStart.click();
+    // The single track stands in for the current line; the one behind it follows.
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
+                                              test::SavedCapture{savedAs(3), 176400}));
+}
+
+TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.form.lstRecord.addItem("Track 77 - 00:00:01");
+    bench.select("Available Tracks");
+    bench.form.cmdStart.click();
+    EXPECT_EQ(bench.form.lstTracks.listCount(), 0);
+    ASSERT_EQ(bench.form.lstRecord.listCount(), 2);
+    EXPECT_EQ(bench.form.lstRecord.list(0), "Track  1 - 00:00:01");
+    EXPECT_EQ(bench.form.lstRecord.list(1), "Track  2 - 00:00:01");
+    // The queue does not shrink: its current line has moved on.
+    EXPECT_EQ(bench.form.lstRecord.listIndex(), 1);
+    EXPECT_EQ(bench.disc.saved.size(), 2U);
+}
+
+TEST(CmdStart, EndsQuietlyOnAvailableTracksThatAreAllTaken) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.select("Available Tracks");
+    bench.form.cmdStart.click();
+    bench.media.log.clear();
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.media.log, IsEmpty());
+    EXPECT_THAT(bench.boxes.shown, IsEmpty());
+    EXPECT_EQ(bench.form.lstRecord.listCount(), 0);
+    EXPECT_EQ(bench.state.currentTrack, 0);
+    EXPECT_EQ(bench.form.caption(), "Extracting Track 0");
+    EXPECT_FALSE(bench.form.tmrRecord.enabled());
+}
+
+TEST(CmdStart, ExtractsTheChosenTracksInTheOrderOfTheQueue) {
+    ExtractionBench bench({1000, 2000, 3000});
+    bench.insertDisc();
+    bench.choose({3, 1});
+    bench.select("Selected Tracks");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(3), 3 * 176400},
+                                              test::SavedCapture{savedAs(1), 176400}));
+}
+
+TEST(CmdStart, OnlyShowsAMessageForAnEmptySelection) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.state.currentTrack = 7;
+    const int yields = bench.loop.yieldCount();
+    bench.select("Selected Tracks");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.boxes.shown,
+                ElementsAre(ShownBox{"You must select tracks to record.", BoxIcon::information}));
+    EXPECT_THAT(bench.media.log, IsEmpty());
+    EXPECT_EQ(bench.loop.yieldCount(), yields);
+    EXPECT_FALSE(bench.form.Command2.visible());
+    EXPECT_EQ(bench.state.currentTrack, 7);
+}
+
+TEST(CmdStart, KeepsTheTrackInHandForAnyOtherNode) {
+    for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
+        ExtractionBench bench({1000, 1000});
+        bench.insertDisc();
+        bench.state.currentTrack = 2;
+        bench.select(text);
+        bench.form.cmdStart.click();
+        EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400})) << text;
+    }
+}
+
+TEST(CmdStart, KeepsTheTrackInHandWithNothingSelected) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.state.currentTrack = 2;
+    bench.form.cmdStart.click();
+    EXPECT_EQ(bench.disc.saved.size(), 1U);
+}
+
+TEST(CmdStart, MarksAGroupsCaptureAsNotYetUnderWayAndLeavesASingleTracks) {
+    struct Case {
+        const char* node;
+        std::int32_t endMs;
+    };
+    for (const Case& c : {Case{"Available Tracks", 0}, Case{"Selected Tracks", 0},
+                          Case{"Track  1 - 00:00:01", 77}, Case{"WAV Files", 77}}) {
+        ExtractionBench bench({1000, 1000});
+        bench.insertDisc();
+        bench.choose({1});
+        bench.captureState.trackEndMs = 77;
+        bench.select(c.node);
+        std::int32_t endMs = -1;
+        bench.loop.atYield(1, [&] { endMs = bench.captureState.trackEndMs; });
+        bench.form.cmdStart.click();
+        EXPECT_EQ(endMs, c.endMs) << c.node;
+    }
+}
+
+TEST(CmdStart, TakesBackAnEarlierStop) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.form.Command8.click();
+    ASSERT_EQ(bench.form.Check9.value(), 1);
+    bench.select("Selected Tracks");
+    bench.form.cmdStart.click();
+    EXPECT_FALSE(bench.state.stopRequested);
+    EXPECT_EQ(bench.form.Check9.value(), 0);
+}
+
+TEST(CmdStart, WritesItsTextsWithAndThenWithoutALeadingBlank) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.select("Track  2 - 00:00:01");
+    std::vector<std::string> seen;
+    const auto note = [&] {
+        EXPECT_EQ(bench.form.caption(), bench.form.Label3.caption());
+        seen.push_back(bench.form.caption() + "|" + bench.form.Label2.caption() + "|" +
+                       (bench.form.Command2.visible() ? "cancel" : "no cancel"));
+    };
+    bench.loop.atYield(1, note);
+    bench.loop.atYield(2, note);
+    bench.form.cmdStart.click();
+    EXPECT_THAT(seen, ElementsAre(" Extracting Track 2||no cancel",
+                                  "Extracting Track 2|To: " + savedAs(2) + "|cancel"));
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "extraction/capture_state.h"
+
+#include <gtest/gtest.h>
+
+namespace sonarith {
+namespace {
+
+TrackLengths lengthsOf(std::initializer_list<std::int32_t> milliseconds) {
+    TrackLengths lengths;
+    lengths.reallocate(static_cast<std::int32_t>(milliseconds.size()));
+    std::int32_t track = 1;
+    for (const std::int32_t length : milliseconds) {
+        EXPECT_TRUE(lengths.set(track++, length).ok());
+    }
+    return lengths;
+}
+
+TEST(TrackLengths, AreCountedFromOne) {
+    const TrackLengths lengths = lengthsOf({100, 200});
+    EXPECT_EQ(lengths(1).value(), 100);
+    EXPECT_EQ(lengths(2).value(), 200);
+}
+
+TEST(TrackLengths, FailOutsideTheTracks) {
+    TrackLengths lengths = lengthsOf({100});
+    for (const std::int32_t outside : {INT32_MIN, -1, 0, 2, INT32_MAX}) {
+        ASSERT_FALSE(lengths(outside).ok()) << outside;
+        EXPECT_EQ(lengths(outside).error().number, ErrorNumber::subscriptOutOfRange);
+        EXPECT_FALSE(lengths.set(outside, 5).ok()) << outside;
+    }
+    EXPECT_EQ(lengths(1).value(), 100);
+}
+
+TEST(TrackLengths, LoseWhatTheyHeldWhenReallocated) {
+    TrackLengths lengths = lengthsOf({100, 200, 300});
+    lengths.reallocate(2);
+    EXPECT_EQ(lengths.count(), 2);
+    EXPECT_EQ(lengths(1).value(), 0);
+    lengths.reallocate(-1);
+    EXPECT_EQ(lengths.count(), 0);
+}
+
+struct StartCase {
+    std::int32_t track;
+    double count;
+    std::int32_t startMs;
+};
+
+TEST(StartOfTrack, IsThePlainSumOfTheLengthsBeforeIt) {
+    const TrackLengths lengths = lengthsOf({100, 200, 300});
+    const StartCase cases[] = {
+        {1, 3, 0},
+        {2, 3, 100},
+        {3, 3, 300},
+        {4, 3, 600}, // a track that is not there: the walk
+                     // runs to its end
+        {0, 3, 600}, // likewise
+        {3, 2, 300}, // the walk ends at the count
+        {3, 0, 0},
+        {3, -5, 0},
+        {3, 1.9, 100},
+        {9, 1e300, 600},
+        {9, 99, 600},
+    };
+    for (const StartCase& c : cases) {
+        EXPECT_EQ(startOfTrackMs(lengths, c.track, c.count), c.startMs)
+            << "track " << c.track << " of " << c.count;
+    }
+}
+
+TEST(StartOfTrack, LeavesOutALengthThatWouldLeaveThirtyTwoBits) {
+    const TrackLengths lengths = lengthsOf({INT32_MAX - 1, 5, 1, 7});
+    EXPECT_EQ(startOfTrackMs(lengths, 3, 4), INT32_MAX - 1);
+    EXPECT_EQ(startOfTrackMs(lengths, 4, 4), INT32_MAX);
+}
+
+TEST(StartOfTrack, IsZeroWithoutLengths) {
+    EXPECT_EQ(startOfTrackMs({}, 5, 12), 0);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "extraction/disc_inspection.h"
+
+#include <algorithm>
+
+#include "extraction/capture_commands.h"
+#include "extraction/track_line.h"
+#include "platform/text/numbers.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr std::size_t replySize = 64;
+/// No disc's table comes near it (99 is the most a disc holds); it keeps a nonsense reply from
+/// filling the memory.
+constexpr double mostTracks = 9999;
+
+std::string lengthQuestion(std::int32_t track) {
+    return "status cd length track " + std::to_string(track);
+}
+
+} // namespace
+
+void DiscInspection::InspectCD() {
+    clearDisc();
+    auto& [loop, media, process, form, capture] = context_;
+    // An earlier run may have left the disc open.
+    media.sendString("stop cd");
+    media.sendString("close cd");
+    if (media.sendString("open cdaudio alias cd") != mciSuccess) {
+        return;
+    }
+    // One buffer for all replies, never filled with blanks again.
+    ReplyBuffer reply(replySize);
+    form.lblCDID.setCaption(ask(media, "info cd identity", reply));
+    // A number is formed of the draw and the identity here and dropped; what lasts is the seed.
+    random_.reseedFromClock();
+    static_cast<void>(random_.fraction());
+    form.lblNumTracks.setCaption(ask(media, "status cd number of tracks", reply));
+    loop.yield();
+    const double trackCount = numberOf(form.lblNumTracks.caption());
+    if (trackCount < 2) {
+        // The disc stays open on this road; the next inspection closes it.
+        tellUnusable(trackCount);
+        return;
+    }
+    readTracks(std::min(trackCount, mostTracks), reply);
+    media.sendString("close cd");
+}
+
+void DiscInspection::clearDisc() {
+    context_.form.lblCDID.setCaption("");
+    context_.form.lblNumTracks.setCaption("");
+    context_.form.lstTracks.clear();
+    context_.form.lstRecord.clear();
+}
+
+void DiscInspection::tellUnusable(double trackCount) {
+    context_.loop.yield();
+    // The test is on the number of tracks and nothing else, also for a music disc of one track.
+    if (trackCount == 1) {
+        boxes_.show("The current CD is not a music CD. If you wish to use your CD as a source, "
+                    "please insert a music CD into the CD drive.");
+    } else if (trackCount == 0) {
+        boxes_.show("The CD drive is empty. If you wish to use your CD as a source, please insert "
+                    "a music CD into the CD drive.");
+    }
+}
+
+void DiscInspection::readTracks(double trackCount, ReplyBuffer& reply) {
+    auto& [loop, media, process, form, capture] = context_;
+    // Each length is asked for twice: as a text to show, and as a number to count with.
+    media.sendString("set cd time format hms");
+    for (std::int32_t i = 1; i <= trackCount; ++i) {
+        form.lstTracks.addItem(trackLine(i, ask(media, lengthQuestion(i), reply)));
+    }
+    capture.trackLengthMs.reallocate(static_cast<std::int32_t>(trackCount));
+    media.sendString("set cd time format milliseconds");
+    for (std::int32_t i = 1; i <= trackCount; ++i) {
+        const auto length = toInteger32(ask(media, lengthQuestion(i), reply));
+        if (length.ok()) {
+            capture.trackLengthMs.set(i, length.value()).passOver();
+        }
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every stop in every state: at each yield of a run, and inside each message box.
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "support/extraction_bench.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::ExtractionBench;
+
+struct StopKind {
+    std::string name;
+    std::function<void(ExtractionBench&)> stop;
+};
+
+std::vector<StopKind> stopKinds() {
+    return {
+        {"Command8",
+         [](ExtractionBench& bench) {
+             bench.form.Command8.click();
+         }},
+        {"Command2",
+         [](ExtractionBench& bench) {
+             bench.form.Command2.click();
+         }},
+        {"Command1",
+         [](ExtractionBench& bench) {
+             bench.monitor.Command1_Click();
+         }},
+        // Loses the capture; its ticks go on until everything is stopped.
+        {"Command12",
+         [](ExtractionBench& bench) {
+             bench.form.Command12.click();
+             bench.loop.after(30s, [&bench] { bench.form.Command8.click(); });
+         }},
+        {"Command8 twice",
+         [](ExtractionBench& bench) {
+             bench.form.Command8.click();
+             bench.form.Command8.click();
+         }},
+        {"Command8 within Command8",
+         [](ExtractionBench& bench) {
+             bench.loop.atYield(1, [&bench] { bench.form.Command8.click(); });
+             bench.form.Command8.click();
+         }},
+    };
+}
+
+/// Three short tracks, all queued; each takes two ticks.
+class ShortRun : public ExtractionBench {
+  public:
+    ShortRun() : ExtractionBench({200, 200, 200}) {
+        insertDisc();
+        choose({1, 2, 3});
+        select("Selected Tracks");
+    }
+    void expectIdleRegained() {
+        EXPECT_TRUE(idle());
+        EXPECT_TRUE(commandsOpen());
+        EXPECT_FALSE(form.tmrWarning.enabled());
+        // What was saved is there, each file under its own name and none twice.
+        for (std::size_t i = 0; i < disc.saved.size(); ++i) {
+            EXPECT_TRUE(files.fileExists(disc.saved[i].path));
+            for (std::size_t j = 0; j < i; ++j) {
+                EXPECT_NE(disc.saved[i].path, disc.saved[j].path);
+            }
+        }
+        // The displays come to rest, and stay there.
+        loop.advance(40s);
+        EXPECT_TRUE(idle());
+        EXPECT_FALSE(form.Timer1.enabled());
+        EXPECT_EQ(form.Label3.caption(), "Next action:");
+        EXPECT_EQ(form.caption(), "Sonarith v2.0");
+    }
+    void expectNextRunWorks() {
+        const bool stopsAfterFirst = state.cancelRequested;
+        disc.saved.clear();
+        boxes.whileUp = nullptr;
+        media.forgetAnswers();
+        form.cmdStart.click();
+        EXPECT_EQ(disc.saved.size(), stopsAfterFirst ? 1U : 3U);
+        EXPECT_TRUE(idle());
+        EXPECT_TRUE(commandsOpen());
+    }
+};
+
+TEST(EveryStop, AtEveryYieldOfARunRegainsIdleAndTheNextRunWorks) {
+    for (const StopKind& kind : stopKinds()) {
+        bool reached = true;
+        int n = 0;
+        while (reached) {
+            ++n;
+            SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
+            ASSERT_LT(n, 200);
+            reached = false;
+            ShortRun bench;
+            bench.form.tmrWarning.setEnabled(true);
+            bool returned = false;
+            bench.loop.atYield(n, [&] {
+                if (!returned) {
+                    reached = true;
+                    kind.stop(bench);
+                }
+            });
+            bench.form.cmdStart.click();
+            returned = true;
+            bench.expectIdleRegained();
+            if (!reached) {
+                EXPECT_EQ(bench.disc.saved.size(), 3U);
+            }
+            bench.expectNextRunWorks();
+        }
+        // Starts, ticks, ends of tracks: a run has far more yields than a handful.
+        EXPECT_GT(n, 20) << kind.name;
+    }
+}
+
+TEST(EveryStop, BetweenTwoTicksRegainsIdleAndKeepsWhatWasCaptured) {
+    for (const StopKind& kind : stopKinds()) {
+        for (auto moment = 50ms; moment < 600ms; moment += 100ms) {
+            SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");
+            ShortRun bench;
+            bench.loop.after(moment, [&] { kind.stop(bench); });
+            bench.form.cmdStart.click();
+            bench.expectIdleRegained();
+            // The tracks finished so far, and the one in hand unless it was lost.
+            const auto finished = static_cast<std::size_t>(moment / 200ms);
+            EXPECT_EQ(bench.disc.saved.size(), finished + (kind.name == "Command12" ? 0 : 1));
+            bench.expectNextRunWorks();
+        }
+    }
+}
+
+TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
+    const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
+                              "open cdaudio alias cd", "play cd"};
+    for (const StopKind& kind : stopKinds()) {
+        for (const char* failing : failures) {
+            for (const auto before : {0ms, 150ms}) {
+                for (const auto behind : {0ms, 150ms, 1000ms}) {
+                    SCOPED_TRACE(kind.name + " in the box of '" + failing + "'");
+                    ShortRun bench;
+                    bench.media.answerPrefix(failing, {.status = 300});
+                    int boxes = 0;
+                    bench.boxes.whileUp = [&](const test::ShownBox&) {
+                        ++boxes;
+                        bench.loop.advance(before);
+                        kind.stop(bench);
+                        bench.loop.advance(behind);
+                    };
+                    bench.form.cmdStart.click();
+                    EXPECT_EQ(boxes, 1);
+                    EXPECT_TRUE(bench.idle());
+                    // Behind a disc that failed the commands are closed once more.
+                    bench.form.Enablem();
+                    bench.loop.advance(40s);
+                    bench.expectIdleRegained();
+                    bench.expectNextRunWorks();
+                }
+            }
+        }
+    }
+}
+
+TEST(EveryStop, OfARunOfOneTrackWithoutAQueueRegainsIdle) {
+    for (const StopKind& kind : stopKinds()) {
+        for (int n = 1; n < 20; ++n) {
+            SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
+            ExtractionBench bench({200, 200});
+            bench.insertDisc();
+            bench.select("Track  2 - 00:00:00");
+            bool returned = false;
+            bench.loop.atYield(n, [&] {
+                if (!returned) {
+                    kind.stop(bench);
+                }
+            });
+            bench.form.cmdStart.click();
+            returned = true;
+            EXPECT_TRUE(bench.idle());
+            EXPECT_TRUE(bench.commandsOpen());
+            EXPECT_LE(bench.disc.saved.size(), 1U);
+        }
+    }
+}
+
+TEST(ASecondStart, DuringACaptureEndsInTheRecordersMessage) {
+    ShortRun bench;
+    bench.loop.after(150ms, [&] { bench.form.cmdStart.click(); });
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.boxes.texts(), testing::ElementsAre("Error opening waveaudio"));
+    EXPECT_TRUE(bench.idle());
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "extraction/track_line.h"
+
+#include "platform/text/numbers.h"
+
+namespace sonarith {
+
+namespace {
+constexpr std::size_t numberWidth = 2;
+// Counted from 0; the blank before the two-character number is read with it.
+constexpr std::size_t numberPosition = 5;
+constexpr std::size_t readWidth = 3;
+} // namespace
+
+std::string trackLine(std::int32_t number, std::string_view length) {
+    return "Track " + rightAligned(std::to_string(number), numberWidth) + " - " +
+           std::string(length);
+}
+
+std::int32_t trackNumberIn(std::string_view line) {
+    if (line.size() <= numberPosition) {
+        return 0;
+    }
+    // Three characters hold no number outside -99 to 999 but one with an exponent ("9e9"), which
+    // is no track either.
+    return roundedToInteger32(numberOf(line.substr(numberPosition, readWidth))).valueOr(0);
+}
+
+} // namespace sonarith

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/add_file.h"
+
+#include <chrono>
+#include <cstdint>
+
+#include "platform/text/unicode.h"
+#include "settings/path_helpers.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What the file's writer is given to finish with it.
+constexpr EventLoop::Duration settlingTime = 300ms;
+/// A shorter file is taken for an empty one: a bare WAV header has 44 bytes. A round figure, not a
+/// measured one.
+constexpr std::int64_t leastLengthInBytes = 100;
+
+} // namespace
+
+bool FileAdder::worthShowing(const std::string& path) const {
+    return files_.fileLength(path).valueOr(0) >= leastLengthInBytes;
+}
+
+void FileAdder::Cmaddfile2(std::string path) {
+    loop_.waitFor(settlingTime);
+    path = lowerCase(path);
+    if (!worthShowing(path)) {
+        return;
+    }
+    TreeView& tree = form_.TreeView1;
+    const std::string name = SplitPath(path, process_);
+    // All nodes are asked, not one group's: a name that stands anywhere is there already.
+    for (int i = 1; i <= tree.count(); ++i) {
+        const std::string& text = tree.node(i)->text();
+        if (text == path || text == name) {
+            return;
+        }
+    }
+    const bool isWav = path.ends_with(".wav");
+    const bool isMp3 = path.ends_with(".mp3");
+    NodeRef group;
+    if (isWav) {
+        group = firstNodeOfText(tree, wavFilesText);
+    } else if (isMp3) {
+        group = firstNodeOfText(tree, mp3FilesText);
+    }
+    loop_.yield();
+
+    const std::string text = process_.settings.showFullPath != 0 ? path : name;
+    // A file of another type has no group, and so gets no node.
+    if (const auto added = addItem(tree, group, "p name" + text, text); added.ok()) {
+        tree.ensureVisible(added.value()).passOver();
+    }
+    loop_.yield();
+
+    if (!isWav && !isMp3) {
+        return;
+    }
+    // The entry goes on top while the node went to the end. Nothing relies on their order.
+    ListBox& list = isWav ? form_.List1 : form_.List2;
+    for (int i = 0; i < list.listCount(); ++i) {
+        if (list.list(i) == path) {
+            return;
+        }
+    }
+    putOnTop(list, path, form_.List7);
+}
+
+} // namespace sonarith

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The one road by which a new file enters the work tree and its lists: a finished capture, a
+// decoded file, a file picked by hand. Scans of the destination folder have a road of their own.
+#pragma once
+
+#include <string>
+
+#include "app/form1.h"
+#include "platform/event_loop.h"
+#include "platform/file_system.h"
+#include "settings/process_state.h"
+
+namespace sonarith {
+
+class FileAdder {
+  public:
+    FileAdder(Form1& form, ProcessState& process, FileSystem& files, EventLoop& loop)
+        : form_(form), process_(process), files_(files), loop_(loop) {}
+
+    /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group, an entry on top
+    /// of its list, both in lower case. Nothing happens, and nobody is told, for a file that is too
+    /// short or cannot be read, or whose name stands in the tree already.
+    void Cmaddfile2(std::string path);
+
+  private:
+    [[nodiscard]] bool worthShowing(const std::string& path) const;
+
+    Form1& form_;
+    ProcessState& process_;
+    FileSystem& files_;
+    EventLoop& loop_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/list_moves.h"
+
+#include "platform/text/wildcard.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+/// The first line that matches `s`, taken as a pattern; -1 if there is none.
+int firstMatch(const ListBox& list, const std::string& s) {
+    for (int i = 0; i < list.listCount(); ++i) {
+        if (matches(list.list(i), s)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+} // namespace
+
+void ListMoves::moveEntry(const std::string& s) {
+    const std::string dragged = parentText(drag_.DragNode);
+    // WAV files go by the selected node's parent, all others by DragNode's.
+    const std::string selected = parentText(form_.TreeView1.selectedItem());
+    if (isTrackText(s) && dragged == availableTracksText) {
+        selectTrack(s);
+    } else if (isTrackText(s) && dragged == selectedTracksText) {
+        returnTrack(s);
+    } else if (s.ends_with("wav") && selected == wavFilesText) {
+        selectWav(s);
+    } else if (s.ends_with("wav") && selected == selectedWavFilesText) {
+        returnWav(s);
+    } else if (s.ends_with("mp3") && dragged == mp3FilesText) {
+        selectMp3(s);
+    } else if (s.ends_with("mp3") && dragged == selectedMp3FilesText) {
+        returnMp3(s);
+    }
+}
+
+void ListMoves::selectTrack(const std::string& s) {
+    const int found = firstMatch(form_.lstTracks, s);
+    if (found < 0) {
+        return;
+    }
+    // On top: the track that was chosen last is extracted first.
+    putOnTop(form_.lstRecord, form_.lstTracks.list(found), form_.List7);
+    form_.lstTracks.removeItem(found).passOver();
+}
+
+void ListMoves::returnTrack(const std::string& s) {
+    const int found = firstMatch(form_.lstRecord, s);
+    if (found < 0) {
+        return;
+    }
+    // At the end, not at its number's place.
+    form_.lstTracks.addItem(form_.lstRecord.list(found));
+    form_.lstRecord.removeItem(found).passOver();
+}
+
+void ListMoves::selectWav(const std::string& s) {
+    const auto matching = [&](const std::string& entry) {
+        return matches(entry, s);
+    };
+    removeEntries(form_.List1, matching);
+    removeEntries(form_.List5, matching);
+    putOnTop(form_.List5, s, form_.List7);
+}
+
+void ListMoves::returnWav(const std::string& s) {
+    removeEntries(form_.List5, [&](const std::string& entry) { return entry == s; });
+    putOnTop(form_.List1, s, form_.List7);
+}
+
+void ListMoves::selectMp3(const std::string& s) {
+    const auto matching = [&](const std::string& entry) {
+        return matches(entry, s);
+    };
+    removeEntries(form_.List2, matching);
+    removeEntries(form_.List4, matching);
+    form_.List7.clear();
+    form_.List7.addItem(s);
+    for (int i = 0; i < form_.List4.listCount(); ++i) {
+        form_.List7.addItem(form_.List4.list(i));
+    }
+    // Unlike a WAV file, and meant so: List2 is emptied and List4 is not, so that its former
+    // entries stand there twice, before and behind the new one.
+    form_.List2.clear();
+    for (int i = 0; i < form_.List7.listCount(); ++i) {
+        if (!form_.List7.list(i).empty()) {
+            form_.List4.addItem(form_.List7.list(i));
+        }
+    }
+}
+
+void ListMoves::returnMp3(const std::string& s) {
+    const auto matching = [&](const std::string& entry) {
+        return matches(entry, s);
+    };
+    removeEntries(form_.List2, matching);
+    removeEntries(form_.List4, matching);
+    putOnTop(form_.List2, s, form_.List7);
+}
+
+/// Passes over the entry that slides into a removed one's place, as its users expect: the bound is
+/// taken once and the index goes on. Past the shrunken end a removal fails and is passed over.
+void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
+    const int bound = list.listCount();
+    for (int i = 0; i < bound; ++i) {
+        if (leaves(list.list(i))) {
+            list.removeItem(i).passOver();
+            loop_.yield();
+        }
+    }
+}
+
+} // namespace sonarith

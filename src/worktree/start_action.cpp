@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/start_action.h"
+
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+void ActionStarter::CmdSelectAction_Click() {
+    if (process_.PlayerOpen) {
+        run(Form4_Command6_Click);
+    }
+    form_.Label5.setVisible(false);
+    if (process_.settings.hdWarning == 1) {
+        form_.tmrWarning.setEnabled(true);
+    }
+    process_.stopRequested = false;
+    if (process_.settings.minimizeOnStart == 1) {
+        form_.mnuMinimize.click();
+    }
+    const NodeRef selected = form_.TreeView1.selectedItem();
+    runActionFor(selected ? selected->text() : std::string());
+    // However the action ended, and also if there was none.
+    form_.Timer1.setEnabled(true);
+    form_.tmrWarning.setEnabled(false);
+    form_.tmrRecord.setEnabled(false);
+    windows_.frmpopup.unload();
+    form_.Enablem();
+    form_.show();
+}
+
+void ActionStarter::runActionFor(const std::string& text) {
+    // The order counts: a file whose name begins with "Track" is taken for a track.
+    if (text == selectedTracksText || text == availableTracksText || isTrackText(text)) {
+        form_.cmdStart.click();
+    } else if (text.ends_with(".mp3") || text == selectedMp3FilesText || text == mp3FilesText) {
+        form_.CmdDecoder.click();
+    }
+}
+
+} // namespace sonarith

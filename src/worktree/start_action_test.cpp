@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/start_action.h"
+
+#include "support/work_tree_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string t1 = "Track  1 - 00:03:05";
+
+struct StartActionTest : test::WorkTreeWorld {
+    ActionStarter starter{form, process, windows};
+    std::vector<std::string> log;
+
+    StartActionTest() {
+        disc({t1});
+        tree.showfiles();
+        process.stopRequested = true;
+        form.Label5.setVisible(true);
+        const auto note = [this](const std::string& what) {
+            return [this, what] {
+                log.push_back(what);
+            };
+        };
+        starter.Form4_Command6_Click = note("player off");
+        form.mnuMinimize.onClick = note("minimize");
+        form.cmdStart.onClick = note("cmdStart");
+        form.CmdDecoder.onClick = note("CmdDecoder");
+        windows.frmpopup.onUnload = note("tray away");
+    }
+    void select(const std::string& text) {
+        NodeRef chosen = node(text);
+        if (!chosen) {
+            chosen = addItem(view, node("WAV Files"), "p " + text, text).value();
+        }
+        view.setSelectedItem(chosen).passOver();
+    }
+    std::vector<std::string> start(const std::string& text) {
+        log.clear();
+        select(text);
+        starter.CmdSelectAction_Click();
+        return log;
+    }
+};
+
+TEST_F(StartActionTest, TheSelectedNodesTextChoosesTheAction) {
+    EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
+    EXPECT_THAT(start("Available Tracks"), ElementsAre("cmdStart"));
+    EXPECT_THAT(start(t1), ElementsAre("cmdStart"));
+    EXPECT_THAT(start("c:\\music\\a.mp3"), ElementsAre("CmdDecoder"));
+    EXPECT_THAT(start("Selected MP3 Files"), ElementsAre("CmdDecoder"));
+    EXPECT_THAT(start("MP3 Files"), ElementsAre("CmdDecoder"));
+}
+
+TEST_F(StartActionTest, EverythingElseStartsNothing) {
+    for (const char* text : {"c:\\music\\a.wav", "WAV Files", "CD Tracks", "WAV Files Folder",
+                             "MP3 Files Folder", "a.MP3", "amp3", "track 1.wav"}) {
+        EXPECT_THAT(start(text), IsEmpty()) << text;
+    }
+}
+
+TEST_F(StartActionTest, AFileNamedLikeATrackIsTakenForOne) {
+    EXPECT_THAT(start("Track 1.mp3"), ElementsAre("cmdStart"));
+    EXPECT_THAT(start("Trackless.wav"), ElementsAre("cmdStart"));
+}
+
+TEST_F(StartActionTest, WithNothingSelectedItStillComesToRest) {
+    form.Disablem();
+    form.hide();
+    starter.CmdSelectAction_Click();
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(form.Timer1.enabled());
+    EXPECT_TRUE(form.mnuFile.enabled());
+    EXPECT_TRUE(form.visible());
+}
+
+TEST_F(StartActionTest, SwitchesThePlayerOffOnlyIfItIsOpen) {
+    EXPECT_THAT(start("WAV Files"), IsEmpty());
+    process.PlayerOpen = true;
+    EXPECT_THAT(start("WAV Files"), ElementsAre("player off"));
+}
+
+TEST_F(StartActionTest, WithoutAPlayerNothingIsSwitchedOff) {
+    process.PlayerOpen = true;
+    starter.Form4_Command6_Click = nullptr;
+    EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
+}
+
+TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
+    process.PlayerOpen = true;
+    process.settings.hdWarning = 1;
+    process.settings.minimizeOnStart = 1;
+    const auto look = [this](const std::string& step) {
+        log.push_back(step + (form.Label5.visible() ? " label" : "") +
+                      (form.tmrWarning.enabled() ? " guard" : "") +
+                      (process.stopRequested ? " stop" : "") +
+                      (form.Timer1.enabled() ? " clearing" : ""));
+    };
+    starter.Form4_Command6_Click = [&] {
+        look("player off");
+    };
+    form.mnuMinimize.onClick = [&] {
+        look("minimize");
+        windows.frmpopup.load();
+        form.hide();
+    };
+    form.cmdStart.onClick = [&] {
+        look("action");
+        form.tmrRecord.setEnabled(true);
+        form.Disablem();
+        EXPECT_FALSE(form.visible());
+    };
+    windows.frmpopup.onUnload = [&] {
+        look("tray away");
+        EXPECT_FALSE(form.tmrRecord.enabled());
+        EXPECT_FALSE(form.mnuFile.enabled());
+        EXPECT_FALSE(form.visible());
+    };
+    EXPECT_THAT(start("Selected Tracks"), ElementsAre("player off label stop", "minimize guard",
+                                                      "action guard", "tray away clearing"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_TRUE(form.mnuFile.enabled());
+    EXPECT_FALSE(windows.frmpopup.loaded());
+}
+
+TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfItIsWanted) {
+    bool guarded = true;
+    form.cmdStart.onClick = [&] {
+        guarded = form.tmrWarning.enabled();
+    };
+    start(t1);
+    EXPECT_FALSE(guarded);
+    // Anything but 1 is off.
+    process.settings.hdWarning = 2;
+    start(t1);
+    EXPECT_FALSE(guarded);
+    process.settings.hdWarning = 1;
+    start(t1);
+    EXPECT_TRUE(guarded);
+    EXPECT_FALSE(form.tmrWarning.enabled());
+}
+
+TEST_F(StartActionTest, AWavNodeStartsNothingButMinimizesRestoresAndStartsTheTimer) {
+    process.settings.minimizeOnStart = 1;
+    form.mnuMinimize.onClick = [this] {
+        log.push_back("minimize");
+        windows.frmpopup.load();
+        form.hide();
+    };
+    EXPECT_THAT(start("c:\\music\\a.wav"), ElementsAre("minimize", "tray away"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_TRUE(form.Timer1.enabled());
+}
+
+TEST_F(StartActionTest, ATrayThatIsNotThereIsNotLoaded) {
+    bool loaded = false;
+    windows.frmpopup.onLoad = [&] {
+        loaded = true;
+    };
+    EXPECT_THAT(start("WAV Files"), IsEmpty());
+    EXPECT_FALSE(loaded);
+}
+
+TEST_F(StartActionTest, ComesToRestOnlyAfterTheActionAndAlsoAfterAStop) {
+    form.tmrRecord.setEnabled(true);
+    form.cmdStart.onClick = [this] {
+        loop.after(10s, [this] { process.stopRequested = true; });
+        loop.waitWhile([this] { return !process.stopRequested; });
+        EXPECT_FALSE(form.Timer1.enabled());
+        EXPECT_TRUE(form.tmrRecord.enabled());
+    };
+    start("Selected Tracks");
+    EXPECT_TRUE(form.Timer1.enabled());
+    EXPECT_FALSE(form.tmrRecord.enabled());
+    EXPECT_TRUE(process.stopRequested);
+}
+
+TEST_F(StartActionTest, TheNodeSelectedAfterMinimizingCounts) {
+    process.settings.minimizeOnStart = 1;
+    form.mnuMinimize.onClick = [this] {
+        select("MP3 Files");
+    };
+    EXPECT_THAT(start("Selected Tracks"), ElementsAre("CmdDecoder"));
+}
+
+TEST_F(StartActionTest, AnEndOfTheProgramInsideTheActionRunsNoFurtherStep) {
+    form.Timer1.setEnabled(false);
+    form.cmdStart.onClick = [this] {
+        loop.endProgram();
+    };
+    select("Selected Tracks");
+    EXPECT_THROW(starter.CmdSelectAction_Click(), test::ProgramEnded);
+    EXPECT_FALSE(form.Timer1.enabled());
+    EXPECT_EQ(loop.yieldsAfterEnd(), 0);
+}
+
+TEST_F(StartActionTest, ATreeStillTakesDoubleClicksDuringAnAction) {
+    form.cmdStart.onClick = [this] {
+        form.Disablem();
+        loop.after(1s, [this] { doubleClick(t1); });
+        loop.waitFor(2s);
+    };
+    start("Available Tracks");
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+}
+
+} // namespace
+} // namespace sonarith

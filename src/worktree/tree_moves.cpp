@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_moves.h"
+
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+/// Where the two groups of tracks stand on a first build. After a later build other nodes stand
+/// there, and tracks are moved under those: meant so.
+constexpr int selectedTracksIndex = 2;
+constexpr int availableTracksIndex = 3;
+
+enum class Neighbour { before, after };
+
+struct FileMove {
+    const char* group; ///< text of the node or of its parent
+    Neighbour target;  ///< which sibling of the node's parent takes the node
+};
+
+/// The first one that fits counts.
+constexpr FileMove fileMoves[] = {
+    {wavFilesText, Neighbour::before},
+    {selectedWavFilesText, Neighbour::after},
+    {selectedMp3FilesText, Neighbour::after},
+    {mp3FilesText, Neighbour::before},
+};
+
+} // namespace
+
+void TreeMoves::moveSelected() {
+    const NodeRef selected = form_.TreeView1.selectedItem();
+    const std::string s = selected ? selected->text() : std::string();
+    if (s.empty()) {
+        return;
+    }
+    lists_.moveEntry(s);
+    moveNode();
+}
+
+void TreeMoves::moveNode() {
+    form_.TreeView1.setSelectedItem(drag_.DragNode).passOver();
+    if (drag_.DragNode && isTrackText(drag_.DragNode->text())) {
+        moveTrackNode();
+    }
+    moveFileNode();
+    loop_.yield();
+}
+
+void TreeMoves::moveTrackNode() {
+    const std::string parent = parentText(drag_.DragNode);
+    if (parent == availableTracksText) {
+        moveUnderNode(selectedTracksIndex);
+    } else if (parent == selectedTracksText) {
+        moveUnderNode(availableTracksIndex);
+        rebuildAvailableTracks();
+    }
+}
+
+void TreeMoves::moveUnderNode(int index) {
+    TreeView& tree = form_.TreeView1;
+    if (const NodeRef target = tree.node(index)) {
+        drag_.DropTarget = target;
+    }
+    tree.setDropHighlight(drag_.DropTarget).passOver();
+    tree.setParent(drag_.DragNode, tree.dropHighlight()).passOver();
+    tree.setDropHighlight(nullptr).passOver();
+}
+
+/// Throws the group's nodes away and makes them anew in the order of lstTracks.
+void TreeMoves::rebuildAvailableTracks() {
+    TreeView& tree = form_.TreeView1;
+    // From the last to the first, so that a long group goes in linear time. All children go, those
+    // that are no tracks too.
+    for (int i = tree.count(); i >= 2; --i) {
+        if (parentText(tree.node(i)) == availableTracksText) {
+            tree.remove(i).passOver();
+        }
+    }
+    const int bound = tree.count();
+    for (int i = 2; i <= bound; ++i) {
+        const NodeRef group = tree.node(i);
+        if (!group || group->text() != availableTracksText) {
+            continue;
+        }
+        for (int line = 0; line < form_.lstTracks.listCount(); ++line) {
+            const std::string text = form_.lstTracks.list(line);
+            addItem(tree, group, "p name" + text, text).passOver();
+            loop_.yield();
+        }
+    }
+}
+
+void TreeMoves::moveFileNode() {
+    TreeView& tree = form_.TreeView1;
+    const std::string text = drag_.DragNode ? drag_.DragNode->text() : std::string();
+    const std::string parent = parentText(drag_.DragNode);
+    for (const FileMove& move : fileMoves) {
+        // The group itself fits as well as what stands in it.
+        if (text != move.group && parent != move.group) {
+            continue;
+        }
+        const NodeRef selected = tree.selectedItem();
+        const NodeRef from = selected ? selected->parent() : nullptr;
+        drag_.DropTarget =
+            move.target == Neighbour::before ? tree.previousSibling(from) : tree.nextSibling(from);
+        // Without a sibling the node stays where it is, whatever its entry has done.
+        tree.setParent(selected, drag_.DropTarget).passOver();
+        return;
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,314 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_moves.h"
+
+#include "support/work_tree_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string t1 = "Track  1 - 00:03:05";
+const std::string t2 = "Track  2 - 00:04:00";
+const std::string t3 = "Track  3 - 00:05:00";
+const std::string wav = "c:\\music\\a.wav";
+const std::string mp3 = "c:\\music\\b.mp3";
+const std::string otherMp3 = "c:\\music\\c.mp3";
+
+struct TreeMovesTest : test::WorkTreeWorld {
+    TreeMovesTest() {
+        disc({t1, t2, t3});
+        finder.files[destination]["wav"] = {wav};
+        finder.files[destination]["mp3"] = {otherMp3, mp3};
+        tree.showfiles();
+    }
+    void expectListsUnchanged() const {
+        EXPECT_THAT(lines(form.lstTracks), ElementsAre(t1, t2, t3));
+        EXPECT_THAT(lines(form.lstRecord), IsEmpty());
+        EXPECT_THAT(lines(form.List1), ElementsAre(wav));
+        EXPECT_THAT(lines(form.List5), IsEmpty());
+        EXPECT_THAT(lines(form.List2), ElementsAre(mp3, otherMp3));
+        EXPECT_THAT(lines(form.List4), IsEmpty());
+    }
+};
+
+TEST_F(TreeMovesTest, ATrackGoesToTheTopOfTheQueueAndToTheEndOfItsGroup) {
+    doubleClick(t2);
+    doubleClick(t1);
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2, t1));
+    EXPECT_THAT(lines(form.lstTracks), ElementsAre(t3));
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t3));
+}
+
+TEST_F(TreeMovesTest, AMovedTrackKeepsItsNodeAndLeavesNoHighlight) {
+    const NodeRef track = node(t2);
+    doubleClick(t2);
+    EXPECT_EQ(node(t2), track);
+    EXPECT_EQ(track->key(), "p " + t2);
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+    EXPECT_EQ(view.selectedItem(), track);
+    EXPECT_EQ(drag.DropTarget, node("Selected Tracks"));
+    EXPECT_EQ(drag.DragNode, track);
+}
+
+TEST_F(TreeMovesTest, AReturningTrackStandsAtTheEndInTheOrderOfItsListWithNodesMadeAnew) {
+    doubleClick(t1);
+    const NodeRef formerSecond = node(t2);
+    doubleClick(t1);
+    EXPECT_THAT(lines(form.lstTracks), ElementsAre(t2, t3, t1));
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t3, t1));
+    EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
+    EXPECT_TRUE(formerSecond->removed());
+    for (const std::string& line : {t1, t2, t3}) {
+        EXPECT_EQ(node(line)->key(), "p name" + line);
+        EXPECT_EQ(node(line)->image(), 3);
+        EXPECT_EQ(node(line)->selectedImage(), 6);
+    }
+    EXPECT_EQ(drag.DropTarget, node("Available Tracks"));
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+}
+
+TEST_F(TreeMovesTest, TheRebuildTakesTheSelectionWithIt) {
+    doubleClick(t1);
+    doubleClick(t1);
+    EXPECT_EQ(view.selectedItem(), nullptr);
+    EXPECT_TRUE(drag.DragNode->removed());
+}
+
+TEST_F(TreeMovesTest, ATrackCanGoBackAndForthForEver) {
+    for (int i = 0; i < 20; ++i) {
+        doubleClick(t2);
+        ASSERT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
+        doubleClick(t2);
+        ASSERT_THAT(childrenOf("Available Tracks"), ElementsAre(t1, t3, t2));
+        ASSERT_EQ(lines(form.lstTracks), childrenOf("Available Tracks"));
+    }
+    EXPECT_EQ(view.count(), 14);
+}
+
+TEST_F(TreeMovesTest, AReturnYieldsAfterEachTrackThatIsMadeAnew) {
+    doubleClick(t1);
+    press(node(t1));
+    const int before = loop.yieldCount();
+    moves.moveSelected();
+    EXPECT_EQ(loop.yieldCount() - before, 3 + 1);
+}
+
+TEST_F(TreeMovesTest, TheRebuildThrowsOutWhateverElseStandsInTheGroup) {
+    finder.files[destination]["wav"] = {wav, "c:\\music\\new.wav"};
+    tree.showfiles();
+    ASSERT_THAT(childrenOf("Available Tracks"), Contains("c:\\music\\new.wav"));
+    // Tracks leave and come back by the groups' old indices, so the group is addressed by hand.
+    view.setParent(node(t1), node("Selected Tracks")).passOver();
+    fill(form.lstTracks, {t2, t3});
+    fill(form.lstRecord, {t1});
+    doubleClick(t1);
+    EXPECT_EQ(node("c:\\music\\new.wav"), nullptr);
+    EXPECT_THAT(lines(form.List1), Contains("c:\\music\\new.wav"));
+}
+
+TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderWhateverStandsAtTheOldIndex) {
+    tree.showfiles();
+    ASSERT_EQ(view.node(2)->text(), "WAV Files");
+    doubleClick(t1);
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav, t1));
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
+    EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
+}
+
+TEST_F(TreeMovesTest, AWavHasNoSiblingToGoToWhileItsEntryGoes) {
+    const auto before = outline();
+    doubleClick(wav);
+    EXPECT_EQ(outline(), before);
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_THAT(lines(form.List5), ElementsAre(wav));
+    EXPECT_EQ(drag.DropTarget, nullptr);
+    doubleClick(wav);
+    EXPECT_EQ(outline(), before);
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_THAT(lines(form.List5), ElementsAre(wav));
+}
+
+TEST_F(TreeMovesTest, AnMp3GoesToTheSiblingBeforeItsGroupAndBack) {
+    doubleClick(mp3);
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List2), IsEmpty());
+    EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
+    doubleClick(mp3);
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), IsEmpty());
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List4), IsEmpty());
+}
+
+TEST_F(TreeMovesTest, ANameWithABracketMovesItsNodeByEquality) {
+    const std::string odd = "c:\\music\\[x].mp3";
+    addItem(view, node("MP3 Files"), "p odd", odd).passOver();
+    doubleClick(odd);
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(odd));
+}
+
+TEST_F(TreeMovesTest, TheGroupWavFilesMovesUnderTheCollectionBeforeItsOwn) {
+    doubleClick("WAV Files");
+    EXPECT_THAT(childrenOf("CD Tracks"),
+                ElementsAre("Selected Tracks", "Available Tracks", "WAV Files"));
+    EXPECT_THAT(childrenOf("WAV Files Folder"), IsEmpty());
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav));
+    expectListsUnchanged();
+}
+
+TEST_F(TreeMovesTest, TheGroupMp3FilesMovesUnderWavFilesFolder) {
+    doubleClick("MP3 Files");
+    EXPECT_THAT(childrenOf("WAV Files Folder"), ElementsAre("WAV Files", "MP3 Files"));
+    expectListsUnchanged();
+}
+
+TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesHasNoCollectionBehindItsOwn) {
+    const auto before = outline();
+    doubleClick("Selected MP3 Files");
+    EXPECT_EQ(outline(), before);
+    expectListsUnchanged();
+}
+
+TEST_F(TreeMovesTest, TheTracksGroupsAndTheCollectionsStayWhereTheyAre) {
+    const auto before = outline();
+    for (const char* text : {"Selected Tracks", "Available Tracks", "CD Tracks", "WAV Files Folder",
+                             "MP3 Files Folder"}) {
+        doubleClick(text);
+    }
+    EXPECT_EQ(outline(), before);
+    expectListsUnchanged();
+}
+
+TEST_F(TreeMovesTest, WithoutFullPathsTheNodeMovesAndTheBareNameLandsInTheList) {
+    process.settings.showFullPath = 0;
+    view.clear();
+    tree.showfiles();
+    doubleClick("b.mp3");
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("b.mp3"));
+    EXPECT_THAT(lines(form.List4), ElementsAre("b.mp3"));
+}
+
+TEST_F(TreeMovesTest, WithNothingSelectedNothingHappensAtAll) {
+    drag.DragNode = node(t1);
+    const int before = loop.yieldCount();
+    moves.moveSelected();
+    EXPECT_EQ(loop.yieldCount(), before);
+    expectListsUnchanged();
+}
+
+TEST_F(TreeMovesTest, ADoubleClickBesideTheNodesMovesTheSelectedWavsEntryAndNoNode) {
+    click(wav);
+    const auto before = outline();
+    doubleClick(NodeRef());
+    EXPECT_EQ(outline(), before);
+    EXPECT_EQ(view.selectedItem(), node(wav));
+    EXPECT_THAT(lines(form.List5), ElementsAre(wav));
+}
+
+TEST_F(TreeMovesTest, DragNodeAndSelectionMayDifferAndThenDragNodeIsMoved) {
+    view.setSelectedItem(node(t1)).passOver();
+    drag.DragNode = node(t3);
+    moves.moveSelected();
+    // The entry is the selected node's, the node is DragNode.
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t3));
+    EXPECT_EQ(view.selectedItem(), node(t3));
+}
+
+TEST_F(TreeMovesTest, EndsWithAYield) {
+    const auto yieldsOf = [this](const std::string& text) {
+        press(node(text));
+        const int before = loop.yieldCount();
+        moves.moveSelected();
+        return loop.yieldCount() - before;
+    };
+    EXPECT_EQ(yieldsOf("CD Tracks"), 1);
+    EXPECT_EQ(yieldsOf(t1), 1);
+    EXPECT_EQ(yieldsOf(mp3), 2);
+}
+
+// --- what other handlers do inside the yields ------------------------------------------------
+
+TEST_F(TreeMovesTest, AClickInsideAYieldOfTheListsChangesTheNodeThatIsMoved) {
+    press(node(mp3));
+    loop.atYield(1, [this] { press(node(otherMp3)); });
+    moves.moveSelected();
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(otherMp3));
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+}
+
+TEST_F(TreeMovesTest, TheTreeMayBeEmptiedInsideAnyYield) {
+    for (int yield = 1; yield <= 6; ++yield) {
+        view.clear();
+        disc({t1, t2, t3});
+        tree.showfiles();
+        doubleClick(t1);
+        press(node(t1));
+        bool ran = false;
+        loop.atYield(yield, [&] {
+            ran = true;
+            view.clear();
+        });
+        moves.moveSelected();
+        loop.yield();
+        loop.yield();
+        EXPECT_TRUE(ran) << yield;
+        EXPECT_EQ(view.count(), 0) << yield;
+        EXPECT_THAT(lines(form.lstTracks), ElementsAre(t2, t3, t1)) << yield;
+    }
+}
+
+TEST_F(TreeMovesTest, TracksTakenFromTheListInsideTheRebuildGetNoEmptyNodes) {
+    doubleClick(t1);
+    press(node(t1));
+    loop.atYield(1, [this] { form.lstTracks.clear(); });
+    moves.moveSelected();
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2));
+}
+
+TEST_F(TreeMovesTest, ADoubleClickInsideTheRebuildFinishesFirst) {
+    doubleClick(t1);
+    press(node(t1));
+    loop.atYield(1, [this] { doubleClick(t2); });
+    moves.moveSelected();
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t2));
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
+    // t2 left the list after its turn, so t1 slid into the place that came next.
+    EXPECT_THAT(lines(form.lstTracks), ElementsAre(t3, t1));
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t1));
+}
+
+TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesAWholeTree) {
+    doubleClick(mp3);
+    press(node(mp3));
+    loop.atYield(1, [this] { tree.showfiles(); });
+    moves.moveSelected();
+    EXPECT_EQ(view.roots().size(), 3U);
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
+}
+
+TEST_F(TreeMovesTest, AReturnIsFastBesideAHundredThousandFiles) {
+    constexpr int count = 100'000;
+    std::vector<std::string> many;
+    for (int i = 0; i < count; ++i) {
+        many.push_back("c:\\music\\" + std::to_string(i) + ".wav");
+    }
+    finder.files[destination]["wav"] = many;
+    // All of them new on a second build: they stand under "Available Tracks".
+    tree.showfiles();
+    ASSERT_GT(node("Available Tracks")->children().size(), 100'000U);
+    view.setParent(node(t1), node("Selected Tracks")).passOver();
+    fill(form.lstRecord, {t1});
+    fill(form.lstTracks, {t2, t3});
+    doubleClick(t1);
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t3, t1));
+}
+
+} // namespace
+} // namespace sonarith

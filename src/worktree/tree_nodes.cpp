@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+/// Pictures by number: of a node, and of a node while it is selected.
+struct Images {
+    int normal;
+    int selected;
+};
+constexpr Images collectionImages = {1, 4};
+constexpr Images groupImages = {2, 5};
+constexpr Images itemImages = {3, 6};
+
+/// Without a parent an add fails: a group or an item never becomes a root.
+Result<NodeRef> addBelow(TreeView& tree, const NodeRef& parent, const std::string& key,
+                         const std::string& text, Images images) {
+    if (!parent) {
+        return {ErrorNumber::objectNotSet, "There is no node to add this one to."};
+    }
+    return tree.add(parent, key, text, images.normal, images.selected);
+}
+
+} // namespace
+
+Result<NodeRef> addCollection(TreeView& tree, const std::string& key, const std::string& text) {
+    return tree.add(nullptr, key, text, collectionImages.normal, collectionImages.selected);
+}
+
+Result<NodeRef> addGroup(TreeView& tree, const NodeRef& collection, const std::string& key,
+                         const std::string& text) {
+    return addBelow(tree, collection, key, text, groupImages);
+}
+
+Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string& key,
+                        const std::string& text) {
+    return addBelow(tree, group, key, text, itemImages);
+}
+
+NodeRef firstNodeOfText(const TreeView& tree, const std::string& text) {
+    for (int i = 1; i <= tree.count(); ++i) {
+        if (NodeRef node = tree.node(i); node->text() == text) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+std::string parentText(const NodeRef& node) {
+    const NodeRef parent = node ? node->parent() : nullptr;
+    return parent ? parent->text() : std::string();
+}
+
+bool isTrackText(const std::string& text) {
+    return text.starts_with("Track");
+}
+
+} // namespace sonarith

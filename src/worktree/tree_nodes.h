@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The nodes of the work tree: the texts of its groups, the three kinds of nodes with their
+// pictures, and how a node is found. What stands under what is decided by those who build and move.
+#pragma once
+
+#include <string>
+
+#include "platform/controls/tree_view.h"
+
+namespace sonarith {
+
+// Groups are found by these texts, or by index; never by key.
+inline constexpr const char* selectedTracksText = "Selected Tracks";
+inline constexpr const char* availableTracksText = "Available Tracks";
+inline constexpr const char* selectedWavFilesText = "Selected WAV Files";
+inline constexpr const char* wavFilesText = "WAV Files";
+inline constexpr const char* selectedMp3FilesText = "Selected MP3 Files";
+inline constexpr const char* mp3FilesText = "MP3 Files";
+
+/// Adds a root. Errors: as TreeView::add.
+Result<NodeRef> addCollection(TreeView& tree, const std::string& key, const std::string& text);
+/// Adds a child of `collection`. Errors: as TreeView::add; objectNotSet without a collection.
+Result<NodeRef> addGroup(TreeView& tree, const NodeRef& collection, const std::string& key,
+                         const std::string& text);
+/// Adds a track or a file to `group`. Errors: as TreeView::add; objectNotSet without a group.
+Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string& key,
+                        const std::string& text);
+
+/// The node of the lowest index whose text equals `text`; empty if there is none.
+[[nodiscard]] NodeRef firstNodeOfText(const TreeView& tree, const std::string& text);
+
+/// The text of a node's parent; empty for no node, a root or a removed node.
+[[nodiscard]] std::string parentText(const NodeRef& node);
+
+/// Whether this is the text of a track, wherever its node stands: it begins with "Track".
+[[nodiscard]] bool isTrackText(const std::string& text);
+
+} // namespace sonarith

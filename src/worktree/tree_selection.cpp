@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_selection.h"
+
+#include <string>
+
+#include "platform/text/numbers.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at) {
+    TreeView& tree = form_.TreeView1;
+    drag_.DragNode = at;
+    if (!tree.setSelectedItem(at).ok()) {
+        return;
+    }
+    if (buttons.right) {
+        // A menu that is closed for the time of an action does not open.
+        if (form_.mnupopup.enabled()) {
+            form_.popupRequested.emit(form_.mnupopup);
+        }
+        return;
+    }
+    const NodeRef highlighted = drag_.LabelEditGuard.empty() ? tree.selectedItem() : drag_.DragNode;
+    if (!tree.setDropHighlight(highlighted).ok() || !tree.startLabelEdit().ok()) {
+        return;
+    }
+    loop_.yield();
+}
+
+void TreeSelection::TreeView1_MouseUp() {
+    TreeView& tree = form_.TreeView1;
+    if (const NodeRef selected = tree.selectedItem()) {
+        // The text is not looked at: a node for which there is no action reads the same.
+        form_.Label3.setCaption("Next Action:  Process  " + selected->text());
+    }
+    // Fails and is passed over while no node is highlighted.
+    tree.setSelectedItem(tree.dropHighlight()).passOver();
+    const NodeRef selected = tree.selectedItem();
+    if (selected && lowerCase(selected->text()).starts_with("track ")) {
+        // "Track 12 - 00:03:05": the number stands in characters 7 and 8.
+        roundedToInteger32(numberOf(midCharacters(selected->text(), 7, 2)))
+            .storeIn(process_.currentTrack);
+    }
+}
+
+void TreeSelection::TreeView1_DblClick() {
+    moves_.moveSelected();
+}
+
+} // namespace sonarith

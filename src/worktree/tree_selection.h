@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What mouse presses, releases and double clicks on the work tree do: the selection is the only way
+// of saying what is to be done next. Drags and label edits are not here.
+#pragma once
+
+#include "app/form1.h"
+#include "platform/event_loop.h"
+#include "settings/process_state.h"
+#include "worktree/drag_state.h"
+#include "worktree/tree_moves.h"
+
+namespace sonarith {
+
+class TreeSelection {
+  public:
+    TreeSelection(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag,
+                  TreeMoves& moves)
+        : form_(form), process_(process), loop_(loop), drag_(drag), moves_(moves) {}
+
+    /// Selects the node under the pointer, then opens the popup (right button) or starts label
+    /// editing. The first step that fails ends it.
+    void TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at);
+    /// Shows the next action and takes a track's number as the track in hand.
+    void TreeView1_MouseUp();
+    /// Moves the item to the other side of its collection.
+    void TreeView1_DblClick();
+
+  private:
+    Form1& form_;
+    ProcessState& process_;
+    EventLoop& loop_;
+    DragState& drag_;
+    TreeMoves& moves_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/work_tree.h"
+
+#include "settings/path_helpers.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+/// A file's text without its folder: a scanned file always shows the ending in lower case.
+Result<std::string> baseWithEnding(const std::string& path, const std::string& ending) {
+    Result<std::string> base = FileBaseName(path);
+    return base.ok() ? Result<std::string>(base.value() + ending) : base;
+}
+
+} // namespace
+
+void WorkTree::showfiles() {
+    TreeView& tree = form_.TreeView1;
+    form_.show();
+    // The first collection alone, by index: the others are left from the build before.
+    tree.remove(2).passOver();
+    tree.remove(1).passOver();
+    scanDestination();
+    form_.show();
+
+    // A failed add keeps the parent of before: what is new on a later build goes under the group
+    // that was added last, whatever its kind.
+    NodeRef collection;
+    NodeRef group;
+    addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection);
+    addGroup(tree, collection, "g Selected Tracks", selectedTracksText).storeIn(group);
+    tree.ensureVisible(group).passOver();
+    addGroup(tree, collection, "g Available Tracks", availableTracksText).storeIn(group);
+    addTracks(form_.lstTracks, group);
+    tree.ensureVisible(group).passOver();
+
+    addCollection(tree, "f Collection 2", "WAV Files Folder").storeIn(collection);
+    tree.ensureVisible(group).passOver();
+    addGroup(tree, collection, "g WAV Files", wavFilesText).storeIn(group);
+    const NodeRef lastWav = addFilesFromTheLast(form_.List1, ".wav", group, Reveal::nothing);
+    tree.ensureVisible(lastWav).passOver();
+
+    addCollection(tree, "f Collection 3", "MP3 Files Folder").storeIn(collection);
+    addGroup(tree, collection, "g Selected MP3 Files", selectedMp3FilesText).storeIn(group);
+    // The key says "Available" where the text does not.
+    addGroup(tree, collection, "g Available MP3 Files", mp3FilesText).storeIn(group);
+    reverse(form_.List1, form_.List7);
+    const bool fullPath = process_.settings.showFullPath != 0;
+    const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group,
+                                                fullPath ? Reveal::nothing : Reveal::eachAdded);
+    tree.ensureVisible(group).passOver();
+    tree.ensureVisible(lastMp3).passOver();
+    reverse(form_.List2, form_.List7);
+}
+
+void WorkTree::scanDestination() {
+    for (ListBox* list : {&form_.List1, &form_.List2, &form_.List4, &form_.List5}) {
+        list->clear();
+    }
+    // A missing folder is passed over: the search runs where the finder stood before.
+    finder_.setFolder(process_.settings.decodePath).passOver();
+    scan("wav", form_.List1);
+    scan("mp3", form_.List2);
+}
+
+void WorkTree::scan(const std::string& extension, ListBox& list) {
+    finder_.search(extension);
+    const ListBox& found = finder_.lstfiles();
+    for (int i = 0; i < found.listCount(); ++i) {
+        list.addItem(found.list(i));
+    }
+}
+
+void WorkTree::addTracks(const ListBox& list, const NodeRef& group) {
+    for (int i = 0; i < list.listCount(); ++i) {
+        const std::string line = list.list(i);
+        addItem(form_.TreeView1, group, "p " + line, line).passOver();
+    }
+}
+
+NodeRef WorkTree::addFilesFromTheLast(const ListBox& list, const std::string& ending,
+                                      const NodeRef& group, Reveal reveal) {
+    TreeView& tree = form_.TreeView1;
+    NodeRef last;
+    for (int i = list.listCount() - 1; i >= 0; --i) {
+        const std::string path = list.list(i);
+        const Result<std::string> text = process_.settings.showFullPath != 0
+                                             ? Result<std::string>(path)
+                                             : baseWithEnding(path, ending);
+        if (!text.ok()) {
+            continue;
+        }
+        const auto added = addItem(tree, group, "p " + text.value(), text.value());
+        if (added.ok() && reveal == Reveal::eachAdded) {
+            tree.ensureVisible(added.value()).passOver();
+        }
+        added.storeIn(last);
+    }
+    return last;
+}
+
+void WorkTree::showfiles3() {
+    const ListBox& found = finder_.lstfiles();
+    const std::string chosen = found.text();
+    for (const ListBox* list : {&form_.List1, &form_.List2}) {
+        for (int i = 0; i < list->listCount(); ++i) {
+            if (list->list(i) == chosen) {
+                return;
+            }
+        }
+    }
+    // Crossed on purpose: each type lands in the other type's list.
+    if (chosen.ends_with(".wav")) {
+        form_.List2.addItem(chosen);
+    }
+    if (chosen.ends_with(".mp3")) {
+        form_.List1.addItem(chosen);
+    }
+    // The entry's number, which is meant, names no file: nothing comes of this but the wait.
+    adder_.Cmaddfile2(std::to_string(found.listIndex()));
+}
+
+void WorkTree::ShowFilesOneRoot() {
+    TreeView& tree = form_.TreeView1;
+    tree.clear();
+    NodeRef root;
+    NodeRef group;
+    addCollection(tree, "f Collection 1", "CD Tracks, WAV, MP3 files").storeIn(root);
+    addGroup(tree, root, "g Selected Tracks", selectedTracksText).storeIn(group);
+    addTracks(form_.lstRecord, group);
+    addGroup(tree, root, "g Available Tracks", availableTracksText).storeIn(group);
+    addTracks(form_.lstTracks, group);
+    addGroup(tree, root, "g Selected WAV Files", selectedWavFilesText).storeIn(group);
+    addGroup(tree, root, "g WAV Files", wavFilesText).storeIn(group);
+    addBaseNames(form_.List1, ".wav", group);
+    addGroup(tree, root, "g Selected MP3 Files", selectedMp3FilesText).storeIn(group);
+    addGroup(tree, root, "g Available MP3 Files", mp3FilesText).storeIn(group);
+    addBaseNames(form_.List2, ".mp3", group);
+}
+
+void WorkTree::addBaseNames(const ListBox& list, const std::string& ending, const NodeRef& group) {
+    for (int i = 0; i < list.listCount(); ++i) {
+        if (const auto text = baseWithEnding(list.list(i), ending); text.ok()) {
+            addItem(form_.TreeView1, group, "p " + text.value(), text.value()).passOver();
+        }
+    }
+}
+
+} // namespace sonarith

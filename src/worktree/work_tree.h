@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Builds the work tree from the lists behind it, and fills the file lists from the destination
+// folder. The lists are the truth; the tree is a view of them that nothing keeps in step.
+#pragma once
+
+#include <string>
+
+#include "app/form1.h"
+#include "settings/process_state.h"
+#include "worktree/add_file.h"
+#include "worktree/folder_scanner.h"
+
+namespace sonarith {
+
+class WorkTree {
+  public:
+    WorkTree(Form1& form, ProcessState& process, FolderScanner& finder, FileAdder& adder)
+        : form_(form), process_(process), finder_(finder), adder_(adder) {}
+
+    /// Shows the window, scans the destination folder into the file lists and builds the tree. On a
+    /// later build only the collection that stands first is made anew: adds with keys that exist
+    /// fail, and those nodes stay, stale ones included. Yields while the finder searches.
+    void showfiles();
+
+    /// What follows the finder's "Select for Conversion": looks whether the finder's current entry
+    /// stands in a list, and enters it if it does not. Takes as long as Cmaddfile2.
+    void showfiles3();
+
+    /// The layout in which all groups are siblings below one root. Nothing calls it.
+    void ShowFilesOneRoot();
+
+  private:
+    enum class Reveal { nothing, eachAdded };
+
+    void scanDestination();
+    void scan(const std::string& extension, ListBox& list);
+    void addTracks(const ListBox& list, const NodeRef& group);
+    NodeRef addFilesFromTheLast(const ListBox& list, const std::string& ending,
+                                const NodeRef& group, Reveal reveal);
+    void addBaseNames(const ListBox& list, const std::string& ending, const NodeRef& group);
+
+    Form1& form_;
+    ProcessState& process_;
+    FolderScanner& finder_;
+    FileAdder& adder_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,451 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/work_tree.h"
+
+#include <chrono>
+#include <utility>
+
+#include "support/work_tree_world.h"
+#include "worktree/node_level.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05", "Track  2 - 00:04:00"};
+
+struct ShowfilesTest : test::WorkTreeWorld {
+    void files(const std::vector<std::string>& wav, const std::vector<std::string>& mp3) {
+        finder.files[destination]["wav"] = wav;
+        finder.files[destination]["mp3"] = mp3;
+    }
+    /// Key, pictures and level of the node at an index, for whole rows to be compared.
+    std::string row(int index) const {
+        const NodeRef at = view.node(index);
+        const NodeRef parent = at->parent();
+        return at->key() + "|" + at->text() + "|" + std::to_string(at->image()) + "," +
+               std::to_string(at->selectedImage()) + "|" + (parent ? parent->text() : "none") +
+               "|" + std::to_string(NodeLevel(at));
+    }
+    std::vector<std::string> rows() const {
+        std::vector<std::string> all;
+        for (int i = 1; i <= view.count(); ++i) {
+            all.push_back(row(i));
+        }
+        return all;
+    }
+};
+
+TEST_F(ShowfilesTest, TheFirstBuildMakesTheNodesOfTheTableInItsOrder) {
+    disc({"Track  1 - 00:03:05"});
+    files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    EXPECT_THAT(rows(),
+                ElementsAre("f Collection 1|CD Tracks|1,4|none|1",
+                            "g Selected Tracks|Selected Tracks|2,5|CD Tracks|2",
+                            "g Available Tracks|Available Tracks|2,5|CD Tracks|2",
+                            "p Track  1 - 00:03:05|Track  1 - 00:03:05|3,6|Available Tracks|3",
+                            "f Collection 2|WAV Files Folder|1,4|none|1",
+                            "g WAV Files|WAV Files|2,5|WAV Files Folder|2",
+                            "p c:\\music\\a.wav|c:\\music\\a.wav|3,6|WAV Files|3",
+                            "f Collection 3|MP3 Files Folder|1,4|none|1",
+                            "g Selected MP3 Files|Selected MP3 Files|2,5|MP3 Files Folder|2",
+                            // The key says "Available" where the text does not.
+                            "g Available MP3 Files|MP3 Files|2,5|MP3 Files Folder|2",
+                            "p c:\\music\\b.mp3|c:\\music\\b.mp3|3,6|MP3 Files|3"));
+}
+
+TEST_F(ShowfilesTest, AnEmptyFolderAndNoDiscGiveThreeCollectionsWithEmptyGroups) {
+    tree.showfiles();
+    EXPECT_THAT(outline(), ElementsAre("CD Tracks", "  Selected Tracks", "  Available Tracks",
+                                       "WAV Files Folder", "  WAV Files", "MP3 Files Folder",
+                                       "  Selected MP3 Files", "  MP3 Files"));
+}
+
+TEST_F(ShowfilesTest, ShowsTheWindowBeforeAndAfterTheScan) {
+    bool seenDuringScans = true;
+    int searches = 0;
+    finder.whileSearching = [&] {
+        seenDuringScans = seenDuringScans && form.visible();
+        if (++searches == 2) {
+            form.hide();
+        }
+    };
+    tree.showfiles();
+    EXPECT_EQ(searches, 2);
+    EXPECT_TRUE(seenDuringScans);
+    EXPECT_TRUE(form.visible());
+}
+
+TEST_F(ShowfilesTest, ScansTheDestinationForWavThenForMp3) {
+    tree.showfiles();
+    EXPECT_THAT(finder.log, ElementsAre("folder c:\\music", "search wav", "search mp3"));
+}
+
+TEST_F(ShowfilesTest, NodesAndListsStandInTheReverseOfTheScan) {
+    files({"c:\\music\\1.wav", "c:\\music\\2.wav", "c:\\music\\3.wav"},
+          {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"),
+                ElementsAre("c:\\music\\3.wav", "c:\\music\\2.wav", "c:\\music\\1.wav"));
+    EXPECT_EQ(lines(form.List1), childrenOf("WAV Files"));
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("c:\\music\\2.mp3", "c:\\music\\1.mp3"));
+    EXPECT_EQ(lines(form.List2), childrenOf("MP3 Files"));
+}
+
+TEST_F(ShowfilesTest, TracksStandInTheOrderOfTheirList) {
+    disc(twoTracks);
+    tree.showfiles();
+    EXPECT_EQ(childrenOf("Available Tracks"), twoTracks);
+    EXPECT_EQ(lines(form.lstTracks), twoTracks);
+}
+
+TEST_F(ShowfilesTest, TheQueueIsLeftToTheDiscsReaderAndNotShown) {
+    fill(form.lstRecord, {"Track  9 - 00:01:00"});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre("Track  9 - 00:01:00"));
+}
+
+TEST_F(ShowfilesTest, TheSelectionsOfFilesAreLost) {
+    for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
+        fill(*list, {"stale"});
+    }
+    tree.showfiles();
+    for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
+        EXPECT_THAT(lines(*list), IsEmpty()) << list->name();
+    }
+}
+
+TEST_F(ShowfilesTest, WithoutFullPathsShowsTheBaseWithALowerCaseEnding) {
+    process.settings.showFullPath = 0;
+    files({"c:\\music\\Name.WAV"}, {"c:\\music\\sub\\Long.mpeg", "c:\\music\\Tune.Mp3"});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Name.wav"));
+    EXPECT_EQ(node("Name.wav")->key(), "p Name.wav");
+    // Four characters are cut, whatever they are.
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("Tune.mp3", "Long..mp3"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\Name.WAV"));
+}
+
+TEST_F(ShowfilesTest, WithFullPathsShowsThePathAsTheScanReturnedIt) {
+    files({"c:\\Music\\Name.WAV"}, {});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\Music\\Name.WAV"));
+}
+
+TEST_F(ShowfilesTest, TwoFilesOfOneNameGiveOneNodeAndTwoEntriesWithoutFullPaths) {
+    process.settings.showFullPath = 0;
+    files({"c:\\music\\one\\a.wav", "c:\\music\\two\\a.wav"}, {});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("a.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\two\\a.wav", "c:\\music\\one\\a.wav"));
+}
+
+TEST_F(ShowfilesTest, AFileWhoseNameIsTooShortToCutHasAnEntryAndNoNode) {
+    process.settings.showFullPath = 0;
+    files({"wav", "c:\\music\\a.wav"}, {});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("a.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "wav"));
+}
+
+TEST_F(ShowfilesTest, TwoTracksOfOneLineGiveOneNode) {
+    disc({"Track 10 - 00:01:00", "Track 10 - 00:01:00"});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre("Track 10 - 00:01:00"));
+    EXPECT_EQ(form.lstTracks.listCount(), 2);
+}
+
+TEST_F(ShowfilesTest, AMissingDestinationIsPassedOverAndTheFinderSearchesWhereItStood) {
+    process.settings.decodePath = "x:\\gone";
+    form.Label2.setCaption("x:\\gone\\");
+    finder.files["c:\\sonarith"]["wav"] = {"c:\\sonarith\\ring.wav"};
+    tree.showfiles();
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\sonarith\\ring.wav"));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\sonarith\\ring.wav"));
+    EXPECT_EQ(form.Label2.caption(), "x:\\gone\\");
+}
+
+TEST_F(ShowfilesTest, MakesGroupsAndTheLastFilesVisible) {
+    files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
+    test::RevealLog reveals;
+    view.setObserver(&reveals);
+    tree.showfiles();
+    EXPECT_THAT(reveals.texts,
+                ElementsAre("Selected Tracks", "Available Tracks", "Available Tracks",
+                            "c:\\music\\1.wav", "MP3 Files", "c:\\music\\1.mp3"));
+    view.setObserver(nullptr);
+}
+
+TEST_F(ShowfilesTest, MakesEachMp3VisibleWithoutFullPaths) {
+    process.settings.showFullPath = 0;
+    files({"c:\\music\\1.wav", "c:\\music\\2.wav"}, {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
+    test::RevealLog reveals;
+    view.setObserver(&reveals);
+    tree.showfiles();
+    EXPECT_THAT(reveals.texts,
+                ElementsAre("Selected Tracks", "Available Tracks", "Available Tracks", "1.wav",
+                            "2.mp3", "1.mp3", "MP3 Files", "1.mp3"));
+    view.setObserver(nullptr);
+}
+
+// --- later builds ---------------------------------------------------------------------------
+
+TEST_F(ShowfilesTest, TheSecondBuildReplacesTheFirstCollectionAloneAndPutsItLast) {
+    disc(twoTracks);
+    files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    disc({"Track  1 - 00:01:00"});
+    tree.showfiles();
+    EXPECT_THAT(outline(), ElementsAre("WAV Files Folder", "  WAV Files", "    c:\\music\\a.wav",
+                                       "MP3 Files Folder", "  Selected MP3 Files", "  MP3 Files",
+                                       "    c:\\music\\b.mp3", "CD Tracks", "  Selected Tracks",
+                                       "  Available Tracks", "    Track  1 - 00:01:00"));
+    EXPECT_EQ(view.node(1)->text(), "WAV Files Folder");
+    EXPECT_EQ(view.node(2)->text(), "WAV Files");
+    EXPECT_EQ(view.node(3)->text(), "c:\\music\\a.wav");
+}
+
+TEST_F(ShowfilesTest, OnTheSecondBuildANewFileOfAnyKindGoesUnderAvailableTracks) {
+    disc(twoTracks);
+    files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    files({"c:\\music\\a.wav", "c:\\music\\new.wav"}, {"c:\\music\\b.mp3", "c:\\music\\new.mp3"});
+    tree.showfiles();
+    EXPECT_THAT(
+        childrenOf("Available Tracks"),
+        ElementsAre(twoTracks[0], twoTracks[1], "c:\\music\\new.wav", "c:\\music\\new.mp3"));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav", "c:\\music\\a.wav"));
+}
+
+TEST_F(ShowfilesTest, AFileDeletedOutsideKeepsItsNodeAndLosesItsEntry) {
+    files({"c:\\music\\a.wav"}, {});
+    tree.showfiles();
+    files({}, {});
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav"));
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+}
+
+TEST_F(ShowfilesTest, AfterARefreshSelectedMp3FilesKeepTheirNodesAndLoseTheirEntries) {
+    files({}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    doubleClick("c:\\music\\b.mp3");
+    ASSERT_THAT(lines(form.List4), ElementsAre("c:\\music\\b.mp3"));
+    tree.showfiles();
+    EXPECT_THAT(lines(form.List4), IsEmpty());
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("c:\\music\\b.mp3"));
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
+}
+
+TEST_F(ShowfilesTest, TheThirdBuildReplacesWhatThenStandsFirst) {
+    disc(twoTracks);
+    files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    tree.showfiles();
+    files({"c:\\music\\c.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    EXPECT_THAT(outline(),
+                ElementsAre("MP3 Files Folder", "  Selected MP3 Files", "  MP3 Files",
+                            "    c:\\music\\b.mp3", "CD Tracks", "  Selected Tracks",
+                            "  Available Tracks", "    " + twoTracks[0], "    " + twoTracks[1],
+                            "WAV Files Folder", "  WAV Files", "    c:\\music\\c.wav"));
+}
+
+TEST_F(ShowfilesTest, OnTheThirdBuildANewTrackHasNoParentAndGetsNoNode) {
+    disc({twoTracks[0]});
+    tree.showfiles();
+    tree.showfiles();
+    disc(twoTracks);
+    tree.showfiles();
+    EXPECT_EQ(node(twoTracks[1]), nullptr);
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(twoTracks[0]));
+    EXPECT_EQ(lines(form.lstTracks), twoTracks);
+    EXPECT_EQ(view.roots().size(), 3U);
+}
+
+TEST_F(ShowfilesTest, TheTreeCanBeUsedWhileTheScanYieldsAndTheOldCollectionIsGone) {
+    disc(twoTracks);
+    files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
+    tree.showfiles();
+    bool clicked = false;
+    finder.whileSearching = [&] {
+        if (!clicked) {
+            clicked = true;
+            EXPECT_EQ(node("CD Tracks"), nullptr);
+            click("c:\\music\\b.mp3");
+            doubleClick("c:\\music\\a.wav");
+        }
+    };
+    tree.showfiles();
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(view.selectedItem(), node("c:\\music\\a.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
+}
+
+TEST_F(ShowfilesTest, AFileThatEntersWhileTheScanYieldsStandsInItsList) {
+    files({"c:\\music\\a.wav"}, {});
+    disk.addFile("c:\\other\\x.wav", std::string(200, 'x'));
+    bool added = false;
+    finder.whileSearching = [&] {
+        if (!std::exchange(added, true)) {
+            adder.Cmaddfile2("c:\\other\\x.wav");
+        }
+    };
+    tree.showfiles();
+    // It came first, without a group to stand in; the build that follows gives it its node.
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
+}
+
+TEST_F(ShowfilesTest, AHundredThousandFilesAreShownAgainAndAgain) {
+    constexpr int count = 50'000;
+    std::vector<std::string> wav;
+    std::vector<std::string> mp3;
+    for (int i = 0; i < count; ++i) {
+        wav.push_back("c:\\music\\" + std::to_string(i) + ".wav");
+        mp3.push_back("c:\\music\\" + std::to_string(i) + ".mp3");
+    }
+    disc(twoTracks);
+    files(wav, mp3);
+    tree.showfiles();
+    EXPECT_EQ(view.count(), 2 * count + 10);
+    tree.showfiles();
+    tree.showfiles();
+    EXPECT_EQ(view.count(), 2 * count + 10);
+}
+
+// --- showfiles3 -------------------------------------------------------------------------------
+
+struct Showfiles3Test : test::WorkTreeWorld {
+    Showfiles3Test() {
+        tree.showfiles();
+        fill(finder.list, {"c:\\x\\zero.wav", "c:\\x\\one.wav", "c:\\x\\Two.wav", "c:\\x\\Two.mp3",
+                           "c:\\x\\notes.txt"});
+    }
+    void choose(int index) { finder.list.setListIndex(index).passOver(); }
+    EventLoop::Duration timeOfShowfiles3() {
+        const auto start = loop.now();
+        tree.showfiles3();
+        return loop.now() - start;
+    }
+};
+
+TEST_F(Showfiles3Test, StopsAtAnEntryOfEitherListThatEqualsTheChosenPath) {
+    choose(1);
+    for (ListBox* list : {&form.List1, &form.List2}) {
+        form.List1.clear();
+        form.List2.clear();
+        list->addItem("c:\\x\\one.wav");
+        EXPECT_EQ(timeOfShowfiles3(), 0ms);
+        EXPECT_EQ(form.List1.listCount() + form.List2.listCount(), 1);
+    }
+}
+
+TEST_F(Showfiles3Test, ComparesExactlySoThatCapitalsDoNotMatchAndTheListsAreCrossed) {
+    fill(form.List1, {"c:\\x\\two.wav"});
+    choose(2);
+    tree.showfiles3();
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\x\\two.wav"));
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\x\\Two.wav"));
+}
+
+TEST_F(Showfiles3Test, PutsAnMp3AtTheEndOfTheWavList) {
+    fill(form.List1, {"c:\\x\\a.wav"});
+    choose(3);
+    tree.showfiles3();
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\x\\a.wav", "c:\\x\\Two.mp3"));
+    EXPECT_THAT(lines(form.List2), IsEmpty());
+}
+
+TEST_F(Showfiles3Test, TakesNoBracketForAWildcard) {
+    fill(finder.list, {"c:\\x\\[a].wav"});
+    choose(0);
+    fill(form.List1, {"c:\\x\\a.wav"});
+    tree.showfiles3();
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\x\\[a].wav"));
+}
+
+TEST_F(Showfiles3Test, AddsNothingOfAnotherTypeOrWithoutAChoice) {
+    choose(4);
+    tree.showfiles3();
+    choose(-1);
+    tree.showfiles3();
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_THAT(lines(form.List2), IsEmpty());
+}
+
+TEST_F(Showfiles3Test, AsksForAFileNamedByTheEntrysNumber) {
+    choose(2);
+    const auto before = outline();
+    EXPECT_EQ(timeOfShowfiles3(), 300ms);
+    EXPECT_EQ(outline(), before);
+    // A file of that very name in the current folder shows what was asked for.
+    disk.changeFolder("c:\\sonarith").passOver();
+    disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
+    process.SplitDir = "untouched";
+    fill(form.List2, {});
+    tree.showfiles3();
+    EXPECT_EQ(process.SplitDir, "");
+    EXPECT_EQ(outline(), before);
+}
+
+// --- ShowFilesOneRoot -------------------------------------------------------------------------
+
+struct OneRootTest : test::WorkTreeWorld {
+    OneRootTest() {
+        disc({twoTracks[0]});
+        tree.showfiles();
+        fill(form.lstRecord, {twoTracks[1]});
+        fill(form.List1, {"c:\\x\\A.WAV", "c:\\x\\b.wav", "c:\\y\\b.wav", "wav"});
+        fill(form.List2, {"c:\\x\\c.mp3"});
+        tree.ShowFilesOneRoot();
+    }
+};
+
+TEST_F(OneRootTest, AllGroupsAreSiblingsBelowOneRoot) {
+    EXPECT_THAT(outline(),
+                ElementsAre("CD Tracks, WAV, MP3 files", "  Selected Tracks", "    " + twoTracks[1],
+                            "  Available Tracks", "    " + twoTracks[0], "  Selected WAV Files",
+                            "  WAV Files", "    A.wav", "    b.wav", "  Selected MP3 Files",
+                            "  MP3 Files", "    c.mp3"));
+}
+
+TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheOtherLayout) {
+    const std::vector<std::pair<std::string, std::string>> keys = {
+        {"CD Tracks, WAV, MP3 files", "f Collection 1"},
+        {"Selected Tracks", "g Selected Tracks"},
+        {"Available Tracks", "g Available Tracks"},
+        {"Selected WAV Files", "g Selected WAV Files"},
+        {"WAV Files", "g WAV Files"},
+        {"Selected MP3 Files", "g Selected MP3 Files"},
+        {"MP3 Files", "g Available MP3 Files"},
+        {twoTracks[0], "p " + twoTracks[0]},
+        {"A.wav", "p A.wav"},
+        {"c.mp3", "p c.mp3"}};
+    for (const auto& [text, key] : keys) {
+        ASSERT_NE(node(text), nullptr) << text;
+        EXPECT_EQ(node(text)->key(), key);
+        const int level = NodeLevel(node(text));
+        EXPECT_EQ(node(text)->image(), level);
+        EXPECT_EQ(node(text)->selectedImage(), level + 3);
+    }
+}
+
+TEST_F(OneRootTest, AMoveToAnotherSideFindsItsGroupForEveryKind) {
+    doubleClick("b.wav");
+    EXPECT_THAT(childrenOf("Selected WAV Files"), ElementsAre("b.wav"));
+    doubleClick("b.wav");
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("A.wav", "b.wav"));
+    doubleClick("c.mp3");
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("c.mp3"));
+    doubleClick(twoTracks[0]);
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(twoTracks[1], twoTracks[0]));
+}
+
+} // namespace
+} // namespace sonarith
