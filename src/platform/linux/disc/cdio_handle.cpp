@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/cdio_handle.h"
+
+#include <mutex>
+
+#include <cdio/logging.h>
+#include <cdio/mmc_util.h>
+
+namespace sonarith::disc {
+
+namespace {
+
+// What one command may take: longer than a drive's spin-up with its own retries, and far less than
+// the library's three minutes, for which a program that ends would have to wait.
+constexpr std::uint32_t readTimeoutMs = 20000;
+
+void setUpLibrary() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        // Failures are seen in return values.
+        cdio_log_set_handler([](cdio_log_level_t, const char*) {});
+        cdio_init();
+        mmc_read_timeout_ms = readTimeoutMs;
+    });
+}
+
+} // namespace
+
+CdioHandle openCdio(const std::string& path, driver_id_t driver) {
+    setUpLibrary();
+    // With no access mode named, the library opens devices with O_NONBLOCK (measured, 2.1.0).
+    return CdioHandle(cdio_open(path.c_str(), driver));
+}
+
+RawToc rawTocOf(CdIo_t* cdio) {
+    RawToc toc;
+    const track_t first = cdio_get_first_track_num(cdio);
+    const track_t count = cdio_get_num_tracks(cdio);
+    if (first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK)
+        return toc;
+    for (int number = first; number < first + count && number <= maxTracks; ++number) {
+        const auto track = static_cast<track_t>(number);
+        const bool audio = cdio_get_track_format(cdio, track) == TRACK_FORMAT_AUDIO;
+        toc.tracks.push_back(
+            {audio ? TrackKind::audio : TrackKind::data, cdio_get_track_lsn(cdio, track)});
+    }
+    toc.leadOut = cdio_get_track_lsn(cdio, CDIO_CDROM_LEADOUT_TRACK);
+    lsn_t lastSession = 0;
+    if (cdio_get_last_session(cdio, &lastSession) == DRIVER_OP_SUCCESS)
+        toc.lastSessionStart = lastSession;
+    return toc;
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Ownership of libcdio's handle, made safe to open: the library's own log handler ends the process.
+// Also the table as the library tells it. It judges nothing (optical_layout.h does).
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <cdio/cdio.h>
+
+#include "platform/linux/disc/optical_layout.h"
+
+namespace sonarith::disc {
+
+struct CdioCloser {
+    void operator()(CdIo_t* cdio) const { cdio_destroy(cdio); }
+};
+using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
+
+/// Opens a device node, without pulling in an open tray, or what stands for a drive if another
+/// `driver` is named. Empty if it cannot be opened. Something that is no drive may open too.
+[[nodiscard]] CdioHandle openCdio(const std::string& path, driver_id_t driver = DRIVER_DEVICE);
+
+/// The table of the disc; without tracks if there is none.
+[[nodiscard]] RawToc rawTocOf(CdIo_t* cdio);
+
+} // namespace sonarith::disc

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a drive and the disc in it offer to the devices above: a table of tracks on one time line,
+// and sectors of sound. This is not the player (disc_player.h) and knows no file format.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/linux/sound/sample_source.h"
+
+namespace sonarith::disc {
+
+// IEC 60908 (compact disc digital audio): 75 sectors a second, 588 stereo frames in each.
+inline constexpr int sectorsPerSecond = 75;
+inline constexpr int framesPerSector = 588;
+inline constexpr int bytesPerSector = 2352;
+/// The most tracks that a disc's table can hold (two decimal digits).
+inline constexpr int maxTracks = 99;
+
+enum class TrackKind { audio, data };
+
+/// One track. Its number is its place in the table, counted from 1.
+struct Track {
+    TrackKind kind = TrackKind::audio;
+    /// From this track's INDEX 01 up to the next track's INDEX 01 (so the pause before the next
+    /// track counts here), or to the end of its sound if nothing follows that can be played on.
+    std::int64_t sectors = 0;
+};
+
+/// The disc's table. The time line of a disc begins with sector 0 at INDEX 01 of its first track
+/// and has no gaps: a track starts where the one before it ends. What stands before the first
+/// track, and the gap between two sessions, is not on the line.
+struct Table {
+    std::vector<Track> tracks;
+
+    /// First sector of track `number` (1 to the count), or the line's end for count + 1.
+    [[nodiscard]] std::int64_t start(int number) const;
+    [[nodiscard]] std::int64_t sectors() const;
+    /// The track that holds `sector`; the last track from the line's end on; 0 for an empty table.
+    [[nodiscard]] int trackAt(std::int64_t sector) const;
+};
+
+/// The disc's identity: decimal digits of a number from 1 to 2147483646 that is computed from the
+/// table alone, so equal discs have equal identities.
+[[nodiscard]] std::string identityOf(const Table& table);
+
+enum class ReadOutcome {
+    ok,   ///< all sectors were delivered (a damaged one as the drive's best guess, or silence)
+    gone, ///< the medium or the device is no longer there; nothing was delivered
+};
+
+/// A disc that has been read into a drive. The table does not change while the object lives.
+class Disc {
+  public:
+    virtual ~Disc() = default;
+    [[nodiscard]] virtual const Table& table() const = 0;
+    /// What a person should know of this disc though it can be played ("… is shorter than …");
+    /// shown by the Devices window. Empty if there is nothing to say.
+    [[nodiscard]] virtual std::string remark() const = 0;
+    /// Reads whole sectors of the time line. `out` holds a multiple of framesPerSector frames, and
+    /// `first` plus that many sectors never exceeds the line's end: the caller sees to both, since
+    /// reading past the last sector hangs some drives. May block for as long as the device takes,
+    /// with a bounded effort for each sector. Called by one thread at a time.
+    [[nodiscard]] virtual ReadOutcome read(std::int64_t first,
+                                           std::span<sound::StereoFrame> out) = 0;
+};
+
+/// What a drive says when it is asked for its disc.
+struct Loaded {
+    std::shared_ptr<Disc> disc; ///< empty: no disc can be read
+    std::string problem; ///< why not, in words, with file, line and cause; empty: no disc in it
+};
+
+/// A drive, real or standing for an image file. Called by the logic's thread alone.
+class Drive {
+  public:
+    virtual ~Drive() = default;
+    /// Reads the table of what is in the drive now.
+    [[nodiscard]] virtual Loaded load() = 0;
+    /// Whether a disc is in the drive now. Cheap: asked once a second.
+    [[nodiscard]] virtual bool mediaPresent() = 0;
+    virtual void openTray() = 0;
+    virtual void closeTray() = 0;
+};
+
+} // namespace sonarith::disc

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/disc_player.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/disc/frame_ring.h"
+
+namespace sonarith::disc {
+
+namespace {
+
+// Four seconds ride out a drive that spins up again or reads a scratch a few times.
+constexpr int readAheadSectors = 4 * sectorsPerSecond;
+// One read: a third of a second, and the most that a drive takes in one command.
+constexpr int sectorsPerRead = 25;
+
+/// Where playing from `sector` must stop: at `endSector`, or where the first data track at or
+/// after `sector` begins.
+std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t endSector) {
+    std::int64_t start = 0;
+    for (const Track& track : table.tracks) {
+        const std::int64_t end = start + track.sectors;
+        if (track.kind == TrackKind::data && end > sector && start < endSector)
+            return std::max(start, sector);
+        start = end;
+    }
+    return std::min(endSector, start);
+}
+
+} // namespace
+
+// All state is behind one mutex that is held for a copy of some kilobytes at the most, never while
+// the disc is read; that is short enough for the engine's thread.
+class DiscPlayer::Reader {
+  public:
+    explicit Reader(std::shared_ptr<Disc> disc)
+        : disc_(std::move(disc)),
+          ring_(readAheadSectors * framesPerSector),
+          thread_([this] { run(); }) {}
+
+    ~Reader() {
+        {
+            const std::lock_guard lock(mutex_);
+            quit_ = true;
+        }
+        work_.notify_one();
+        thread_.join();
+    }
+
+    void play(std::int64_t sector, std::int64_t endSector) {
+        const std::int64_t end = playableEnd(disc_->table(), sector, endSector);
+        const std::lock_guard lock(mutex_);
+        moveTo(sector);
+        endSector_ = std::max(sector, end);
+        mode_ = PlayerMode::playing;
+        stopAtEnd();
+        work_.notify_one();
+    }
+
+    void pause() {
+        const std::lock_guard lock(mutex_);
+        if (mode_ == PlayerMode::playing)
+            mode_ = PlayerMode::paused;
+    }
+
+    void resume() {
+        const std::lock_guard lock(mutex_);
+        if (mode_ == PlayerMode::paused)
+            mode_ = PlayerMode::playing;
+        work_.notify_one();
+    }
+
+    void stop() {
+        const std::lock_guard lock(mutex_);
+        mode_ = PlayerMode::stopped;
+        discardReadAhead();
+    }
+
+    void seek(std::int64_t sector) {
+        const std::lock_guard lock(mutex_);
+        mode_ = PlayerMode::stopped;
+        moveTo(sector);
+    }
+
+    PlayerMode mode() const {
+        const std::lock_guard lock(mutex_);
+        return mode_;
+    }
+
+    std::int64_t position() const {
+        const std::lock_guard lock(mutex_);
+        return position_;
+    }
+
+    bool gone() const {
+        const std::lock_guard lock(mutex_);
+        return gone_;
+    }
+
+    sound::Pulled pull(std::span<sound::StereoFrame> block) {
+        const std::lock_guard lock(mutex_);
+        if (mode_ == PlayerMode::stopped)
+            return {0, sound::Supply::ended};
+        if (mode_ == PlayerMode::paused)
+            return {0, sound::Supply::starving};
+        const std::size_t frames = ring_.take(block);
+        position_ += static_cast<std::int64_t>(frames);
+        stopAtEnd();
+        if (mayRead())
+            work_.notify_one();
+        return {frames, supplyAfter(frames, block.size())};
+    }
+
+  private:
+    /// Makes the reader's present work void, so that nothing of it is ever delivered.
+    void discardReadAhead() {
+        ++generation_;
+        ring_.clear();
+    }
+
+    void moveTo(std::int64_t sector) {
+        discardReadAhead();
+        position_ = sector * framesPerSector;
+        nextSector_ = sector;
+    }
+
+    void stopAtEnd() {
+        if (position_ >= endSector_ * framesPerSector)
+            mode_ = PlayerMode::stopped;
+    }
+
+    sound::Supply supplyAfter(std::size_t frames, std::size_t wanted) const {
+        if (frames == wanted)
+            return sound::Supply::flowing;
+        // Once the medium is gone no more will come, though the mode says that it plays.
+        if (mode_ == PlayerMode::stopped || gone_)
+            return sound::Supply::ended;
+        return sound::Supply::starving;
+    }
+
+    std::int64_t sectorsToRead() const {
+        return std::min<std::int64_t>(sectorsPerRead, endSector_ - nextSector_);
+    }
+
+    bool mayRead() const {
+        return mode_ == PlayerMode::playing && !gone_ && !reading_ && sectorsToRead() > 0 &&
+               ring_.space() >= static_cast<std::size_t>(sectorsToRead()) * framesPerSector;
+    }
+
+    void run() {
+        std::vector<sound::StereoFrame> buffer(sectorsPerRead * framesPerSector);
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            work_.wait(lock, [this] { return quit_ || mayRead(); });
+            if (quit_)
+                return;
+            readOnce(lock, buffer);
+        }
+    }
+
+    void readOnce(std::unique_lock<std::mutex>& lock, std::span<sound::StereoFrame> buffer) {
+        const std::uint64_t generation = generation_;
+        const std::int64_t first = nextSector_;
+        const std::int64_t sectors = sectorsToRead();
+        const auto frames = buffer.first(static_cast<std::size_t>(sectors) * framesPerSector);
+        reading_ = true;
+        lock.unlock();
+        const ReadOutcome outcome = disc_->read(first, frames);
+        lock.lock();
+        reading_ = false;
+        if (outcome == ReadOutcome::gone) {
+            gone_ = true;
+        } else if (generation == generation_) {
+            ring_.put(frames);
+            nextSector_ = first + sectors;
+        }
+    }
+
+    const std::shared_ptr<Disc> disc_;
+    mutable std::mutex mutex_;
+    std::condition_variable work_; ///< told whenever mayRead() or quit_ may have become true
+    FrameRing ring_;
+    PlayerMode mode_ = PlayerMode::stopped;
+    std::int64_t position_ = 0;    ///< in frames
+    std::int64_t nextSector_ = 0;  ///< the first one that is not in the ring
+    std::int64_t endSector_ = 0;   ///< not played any more
+    std::uint64_t generation_ = 0; ///< moves on when what is being read is no longer wanted
+    bool reading_ = false;         ///< the reader is inside disc_->read: needs no waking
+    bool gone_ = false;
+    bool quit_ = false;
+    std::thread thread_; // last: it may run as soon as it is made
+};
+
+DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc)
+    : reader_(std::make_unique<Reader>(std::move(disc))) {}
+
+DiscPlayer::~DiscPlayer() = default;
+
+void DiscPlayer::play(std::int64_t sector, std::int64_t endSector) {
+    reader_->play(sector, endSector);
+}
+
+void DiscPlayer::pause() {
+    reader_->pause();
+}
+
+void DiscPlayer::resume() {
+    reader_->resume();
+}
+
+void DiscPlayer::stop() {
+    reader_->stop();
+}
+
+void DiscPlayer::seek(std::int64_t sector) {
+    reader_->seek(sector);
+}
+
+PlayerMode DiscPlayer::mode() const {
+    return reader_->mode();
+}
+
+std::int64_t DiscPlayer::positionInFrames() const {
+    return reader_->position();
+}
+
+bool DiscPlayer::gone() const {
+    return reader_->gone();
+}
+
+sound::Pulled DiscPlayer::pull(std::span<sound::StereoFrame> block) {
+    return reader_->pull(block);
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,357 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/disc_player.h"
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/fake_disc.h"
+
+namespace sonarith::disc {
+namespace {
+
+using sound::Pulled;
+using sound::StereoFrame;
+using sound::Supply;
+
+// 10 ms at 44100 Hz: not a divisor of a sector, so that blocks and sectors never fall together.
+constexpr std::size_t blockFrames = 441;
+
+std::shared_ptr<FakeDisc> discOf(std::vector<Track> tracks) {
+    return std::make_shared<FakeDisc>(std::move(tracks));
+}
+
+std::shared_ptr<FakeDisc> longDisc() {
+    return discOf({{TrackKind::audio, 10000}});
+}
+
+/// Pulls until `wanted` frames have come or the source has ended, as a patient engine does.
+std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
+    std::vector<StereoFrame> heard;
+    std::vector<StereoFrame> block(blockFrames);
+    while (heard.size() < wanted) {
+        const std::span<StereoFrame> room(block.data(),
+                                          std::min(block.size(), wanted - heard.size()));
+        const Pulled pulled = player.pull(room);
+        heard.insert(heard.end(), block.begin(),
+                     block.begin() + static_cast<std::ptrdiff_t>(pulled.frames));
+        if (pulled.supply == Supply::ended)
+            break;
+        if (pulled.supply == Supply::starving)
+            std::this_thread::yield();
+    }
+    return heard;
+}
+
+std::vector<StereoFrame> playToItsEnd(DiscPlayer& player) {
+    return play(player, SIZE_MAX);
+}
+
+Pulled pullBlock(DiscPlayer& player) {
+    std::vector<StereoFrame> block(blockFrames);
+    return player.pull(block);
+}
+
+TEST(DiscPlayer, IsStoppedAtTheBeginningAndReadsNothing) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 0);
+    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+    EXPECT_TRUE(disc->reads().empty());
+}
+
+TEST(DiscPlayer, DeliversEveryFrameOfTheStretchOnceAndInOrder) {
+    DiscPlayer player(longDisc());
+    player.play(7, 1007);
+    EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 1000 * framesPerSector));
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 1007 * framesPerSector);
+}
+
+TEST(DiscPlayer, CountsThePositionInFramesThatWereTaken) {
+    DiscPlayer player(longDisc());
+    player.play(100, 200);
+    EXPECT_EQ(player.positionInFrames(), 100 * framesPerSector);
+    EXPECT_EQ(play(player, 1000).size(), 1000u);
+    EXPECT_EQ(player.positionInFrames(), 100 * framesPerSector + 1000);
+    EXPECT_EQ(player.mode(), PlayerMode::playing);
+}
+
+TEST(DiscPlayer, ReadsNoSectorPastTheEndWhateverItsLength) {
+    for (std::int64_t length = 1; length <= 60; ++length) {
+        const auto disc = longDisc();
+        DiscPlayer player(disc);
+        player.play(500, 500 + length);
+        EXPECT_EQ(playToItsEnd(player).size(), static_cast<std::size_t>(length * framesPerSector));
+        EXPECT_EQ(disc->furthest(), 500 + length);
+    }
+}
+
+TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    player.play(0, 10000);
+    // Nothing is pulled, so these are all the reads that the ring has room for.
+    constexpr std::int64_t ahead = 4 * sectorsPerSecond;
+    while (disc->furthest() < ahead)
+        std::this_thread::yield();
+    std::int64_t taken = 0;
+    while (taken < 3000 * framesPerSector) {
+        taken += static_cast<std::int64_t>(pullBlock(player).frames);
+        const std::int64_t furthest = disc->furthest();
+        ASSERT_LE(furthest * framesPerSector, player.positionInFrames() + ahead * framesPerSector);
+    }
+}
+
+TEST(DiscPlayer, PlaysAcrossAudioTracksAndStopsWhereADataTrackBegins) {
+    const auto disc = discOf({{TrackKind::audio, 30},
+                              {TrackKind::audio, 40},
+                              {TrackKind::data, 50},
+                              {TrackKind::audio, 60}});
+    DiscPlayer player(disc);
+    player.play(10, 180);
+    EXPECT_EQ(playToItsEnd(player), framesAt(10 * framesPerSector, 60 * framesPerSector));
+    EXPECT_EQ(player.positionInFrames(), 70 * framesPerSector);
+    EXPECT_EQ(disc->furthest(), 70);
+
+    player.play(120, 180);
+    EXPECT_EQ(playToItsEnd(player), framesAt(120 * framesPerSector, 60 * framesPerSector));
+}
+
+TEST(DiscPlayer, EndsAtOnceInADataTrackAndOnAnEmptyStretch) {
+    const auto disc = discOf({{TrackKind::data, 50}, {TrackKind::audio, 60}});
+    DiscPlayer player(disc);
+    player.play(20, 110);
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 20 * framesPerSector);
+    player.play(60, 60);
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 60 * framesPerSector);
+    EXPECT_TRUE(disc->reads().empty());
+}
+
+TEST(DiscPlayer, StarvesWhileTheFirstReadTakesItsTime) {
+    const auto disc = longDisc();
+    disc->hold();
+    DiscPlayer player(disc);
+    player.play(0, 100);
+    disc->waitForReads(1);
+    const Pulled pulled = pullBlock(player);
+    EXPECT_EQ(pulled.frames, 0u);
+    EXPECT_EQ(pulled.supply, Supply::starving);
+    EXPECT_EQ(player.positionInFrames(), 0);
+    disc->release();
+    EXPECT_EQ(playToItsEnd(player), framesAt(0, 100 * framesPerSector));
+}
+
+TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatIsStillBeingRead) {
+    const auto disc = longDisc();
+    disc->hold();
+    DiscPlayer player(disc);
+    player.play(0, 1000);
+    disc->waitForReads(1);
+    player.play(5000, 5100);
+    EXPECT_EQ(player.positionInFrames(), 5000 * framesPerSector);
+    disc->release();
+    EXPECT_EQ(playToItsEnd(player), framesAt(5000 * framesPerSector, 100 * framesPerSector));
+}
+
+TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatWasReadAlready) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    player.play(0, 1000);
+    EXPECT_EQ(play(player, 1000).size(), 1000u);
+    player.play(0, 1000);
+    EXPECT_EQ(play(player, 2000), framesAt(0, 2000));
+    player.play(77, 78);
+    EXPECT_EQ(playToItsEnd(player), framesAt(77 * framesPerSector, framesPerSector));
+}
+
+TEST(DiscPlayer, GoesOnAfterAPauseWithTheVeryNextFrame) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    player.play(0, 100);
+    EXPECT_EQ(play(player, 1000), framesAt(0, 1000));
+    player.pause();
+    EXPECT_EQ(player.mode(), PlayerMode::paused);
+    const Pulled pulled = pullBlock(player);
+    EXPECT_EQ(pulled.frames, 0u);
+    EXPECT_EQ(pulled.supply, Supply::starving);
+    EXPECT_EQ(player.positionInFrames(), 1000);
+    player.resume();
+    EXPECT_EQ(playToItsEnd(player), framesAt(1000, 100 * framesPerSector - 1000));
+}
+
+TEST(DiscPlayer, KeepsWhatAReadBringsDuringAPause) {
+    const auto disc = longDisc();
+    disc->hold();
+    DiscPlayer player(disc);
+    player.play(0, 20);
+    disc->waitForReads(1);
+    player.pause();
+    disc->release();
+    player.resume();
+    EXPECT_EQ(playToItsEnd(player), framesAt(0, 20 * framesPerSector));
+    EXPECT_EQ(disc->reads().size(), 1u);
+}
+
+TEST(DiscPlayer, BeginsNoReadWhilePaused) {
+    const auto disc = longDisc();
+    disc->hold();
+    DiscPlayer player(disc);
+    player.play(0, 1000);
+    disc->waitForReads(1);
+    player.pause();
+    disc->release();
+    // Long enough for a reader that does not rest to show itself; one that rests always passes.
+    for (int i = 0; i < 20 && disc->reads().size() == 1; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(disc->reads().size(), 1u);
+}
+
+TEST(DiscPlayer, StopsWhereItIsAndSeeksWhereItIsTold) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    player.play(10, 1000);
+    EXPECT_EQ(play(player, 600).size(), 600u);
+    player.stop();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 10 * framesPerSector + 600);
+    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+
+    player.play(10, 1000);
+    player.seek(33);
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 33 * framesPerSector);
+    EXPECT_EQ(pullBlock(player).frames, 0u);
+}
+
+TEST(DiscPlayer, PausesAndResumesOnlyWhatPlays) {
+    DiscPlayer player(longDisc());
+    player.pause();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    player.resume();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    player.play(0, 100);
+    player.pause();
+    player.stop();
+    player.resume();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+}
+
+TEST(DiscPlayer, GoesOnSayingThatItPlaysWhenTheMediumIsGone) {
+    const auto disc = longDisc();
+    disc->vanishFrom(60);
+    DiscPlayer player(disc);
+    EXPECT_FALSE(player.gone());
+    player.play(0, 1000);
+    const std::vector<StereoFrame> heard = playToItsEnd(player);
+    EXPECT_TRUE(player.gone());
+    EXPECT_EQ(player.mode(), PlayerMode::playing);
+    // The reads before the one that failed were whole, and all of them was heard.
+    EXPECT_EQ(heard, framesAt(0, disc->reads().back().first * framesPerSector));
+    EXPECT_EQ(player.positionInFrames(), static_cast<std::int64_t>(heard.size()));
+
+    const std::size_t reads = disc->reads().size();
+    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+    player.play(0, 10);
+    EXPECT_EQ(player.mode(), PlayerMode::playing);
+    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+    EXPECT_EQ(disc->reads().size(), reads);
+    player.stop();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+}
+
+TEST(DiscPlayer, SeesThatTheMediumIsGoneThoughTheReadWasNoLongerWanted) {
+    const auto disc = longDisc();
+    disc->vanishFrom(0);
+    disc->hold();
+    DiscPlayer player(disc);
+    player.play(0, 100);
+    disc->waitForReads(1);
+    player.stop();
+    disc->release();
+    while (!player.gone())
+        std::this_thread::yield();
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+}
+
+TEST(DiscPlayer, IsTakenDownInTheMiddleOfARead) {
+    const auto disc = longDisc();
+    disc->hold();
+    auto player = std::make_unique<DiscPlayer>(disc);
+    player->play(0, 1000);
+    disc->waitForReads(1);
+    std::thread destroyer([&player] { player.reset(); });
+    disc->release();
+    destroyer.join();
+    EXPECT_EQ(disc.use_count(), 1);
+}
+
+// The engine pulls on its own thread while commands rain down. Whatever it hears must be runs of
+// neighbouring frames, and a run may begin only where a command has put the position.
+TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
+    const auto disc = longDisc();
+    DiscPlayer player(disc);
+    constexpr std::int64_t grid = 100; // all plays start on multiples of this many sectors
+    std::atomic<bool> done = false;
+    std::int64_t heard = 0;
+    std::int64_t strays = 0;
+    std::thread engine([&] {
+        std::vector<StereoFrame> block(blockFrames);
+        StereoFrame last = frameAt(-1);
+        while (!done) {
+            const Pulled pulled = player.pull(block);
+            for (std::size_t i = 0; i < pulled.frames; ++i) {
+                const std::int64_t before =
+                    static_cast<std::uint16_t>(last.left) + std::int64_t{last.right} * 65536;
+                const std::int64_t now = static_cast<std::uint16_t>(block[i].left) +
+                                         std::int64_t{block[i].right} * 65536;
+                if (now != before + 1 && now % (grid * framesPerSector) != 0)
+                    ++strays;
+                last = block[i];
+            }
+            heard += static_cast<std::int64_t>(pulled.frames);
+            if (pulled.frames == 0)
+                std::this_thread::yield();
+        }
+    });
+    std::mt19937 random(20240607); // fixed: the same commands in every run
+    for (int i = 0; i < 3000; ++i) {
+        const std::int64_t sector = grid * static_cast<std::int64_t>(random() % 90);
+        switch (random() % 8) {
+        case 0:
+            player.pause();
+            break;
+        case 1:
+            player.resume();
+            break;
+        case 2:
+            player.stop();
+            break;
+        case 3:
+            player.seek(sector);
+            break;
+        default:
+            player.play(sector, sector + 1 + static_cast<std::int64_t>(random() % 900));
+        }
+        if (player.positionInFrames() > 10000 * framesPerSector)
+            ++strays;
+        std::this_thread::yield();
+    }
+    // Ends with a stretch that is played whole, so that something was heard on any machine.
+    player.play(0, 30);
+    while (player.mode() == PlayerMode::playing)
+        std::this_thread::yield();
+    done = true;
+    engine.join();
+    EXPECT_EQ(strays, 0);
+    EXPECT_GE(heard, 30 * framesPerSector);
+    EXPECT_LE(disc->furthest(), 10000);
+}
+
+} // namespace
+} // namespace sonarith::disc

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which drive is in use, by what the user has chosen, and what there is to say of it. It neither
+// stores the choice nor shows the words.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/disc/disc.h"
+
+namespace sonarith::disc {
+
+/// How the slot comes to drives; tests put others here.
+struct DriveMakers {
+    std::function<std::vector<std::string>()> listOptical;
+    std::function<std::shared_ptr<Drive>(const std::string& device)> makeOptical;
+    std::function<std::shared_ptr<Drive>(const std::string& path)> makeImage;
+};
+
+/// The drives of this machine.
+[[nodiscard]] DriveMakers realDriveMakers();
+
+/// All members belong to the logic's thread.
+class DriveSlot {
+  public:
+    /// `configured` gives the choice: empty for the first optical drive that is found, a device
+    /// node below /dev, or else the path of a disc image, in the machine's own form.
+    explicit DriveSlot(std::function<std::string()> configured,
+                       DriveMakers makers = realDriveMakers());
+    ~DriveSlot();
+    DriveSlot(const DriveSlot&) = delete;
+    DriveSlot& operator=(const DriveSlot&) = delete;
+
+    /// The drive that is chosen now, or empty if the machine has none. It is the same object for
+    /// as long as the choice is the same (so that an open tray stays open), and may be kept longer
+    /// than the slot.
+    [[nodiscard]] std::shared_ptr<Drive> openDrive();
+
+    /// Why the last load of the chosen drive found no disc, or what its disc has to remark at this
+    /// moment; empty if there is nothing to say.
+    [[nodiscard]] std::string report() const;
+
+  private:
+    struct Words;
+    class ReportingDrive;
+
+    const std::function<std::string()> configured_;
+    const DriveMakers makers_;
+    std::shared_ptr<Words> words_;
+    std::string chosen_; ///< what drive_ was made for
+    std::shared_ptr<Drive> drive_;
+};
+
+} // namespace sonarith::disc

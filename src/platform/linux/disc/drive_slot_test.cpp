@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/drive_slot.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/fake_disc.h"
+
+namespace sonarith::disc {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class RemarkingDisc : public FakeDisc {
+  public:
+    RemarkingDisc() : FakeDisc({{TrackKind::audio, 100}}) {}
+    std::string remark() const override { return words; }
+    std::string words;
+};
+
+// A drive whose tray and disc are in the test's hands.
+struct FakeDriveState {
+    Loaded loaded;
+    bool open = false;
+};
+
+class FakeDrive : public Drive {
+  public:
+    explicit FakeDrive(std::shared_ptr<FakeDriveState> state) : state_(std::move(state)) {}
+    Loaded load() override { return state_->loaded; }
+    bool mediaPresent() override { return !state_->open; }
+    void openTray() override { state_->open = true; }
+    void closeTray() override { state_->open = false; }
+
+  private:
+    std::shared_ptr<FakeDriveState> state_;
+};
+
+class DriveSlotTest : public testing::Test {
+  protected:
+    std::string configured;
+    std::vector<std::string> optical;
+    std::vector<std::string> made;
+    std::shared_ptr<FakeDriveState> state = std::make_shared<FakeDriveState>();
+    DriveSlot slot{[this] { return configured; },
+                   {[this] { return optical; },
+                    [this](const std::string& device) {
+                        made.push_back("optical " + device);
+                        return std::make_shared<FakeDrive>(state);
+                    },
+                    [this](const std::string& path) {
+                        made.push_back("image " + path);
+                        return std::make_shared<FakeDrive>(state);
+                    }}};
+};
+
+TEST_F(DriveSlotTest, TakesTheFirstOpticalDriveIfNothingIsChosen) {
+    optical = {"/dev/sr0", "/dev/sr1"};
+    EXPECT_NE(slot.openDrive(), nullptr);
+    EXPECT_THAT(made, ElementsAre("optical /dev/sr0"));
+    EXPECT_EQ(slot.report(), "");
+}
+
+TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndSaysSo) {
+    EXPECT_EQ(slot.openDrive(), nullptr);
+    EXPECT_THAT(slot.report(), HasSubstr("no optical drive"));
+    optical = {"/dev/sr0"}; // plugged in
+    EXPECT_NE(slot.openDrive(), nullptr);
+    EXPECT_EQ(slot.report(), "");
+}
+
+TEST_F(DriveSlotTest, TellsADeviceNodeFromAnImage) {
+    for (const char* const choice :
+         {"/dev/no-such-drive", "/home/me/disc.cue", "/dev/shm/disc.cue", "disc.toc"}) {
+        configured = choice;
+        EXPECT_NE(slot.openDrive(), nullptr);
+    }
+    EXPECT_THAT(made, ElementsAre("optical /dev/no-such-drive", "image /home/me/disc.cue",
+                                  "image /dev/shm/disc.cue", "image disc.toc"));
+}
+
+TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilTheChoiceChanges) {
+    configured = "/a.cue";
+    slot.openDrive()->openTray();
+    EXPECT_FALSE(slot.openDrive()->mediaPresent());
+    EXPECT_EQ(made.size(), 1u);
+    configured = "/b.cue";
+    EXPECT_NE(slot.openDrive(), nullptr);
+    EXPECT_THAT(made, ElementsAre("image /a.cue", "image /b.cue"));
+}
+
+TEST_F(DriveSlotTest, ReportsTheProblemOfTheLastLoad) {
+    configured = "/a.cue";
+    state->loaded.problem = "a.cue, line 3: no such file";
+    EXPECT_EQ(slot.openDrive()->load().problem, "a.cue, line 3: no such file");
+    EXPECT_EQ(slot.report(), "a.cue, line 3: no such file");
+    state->loaded.problem.clear();
+    EXPECT_EQ(slot.openDrive()->load().problem, "");
+    EXPECT_EQ(slot.report(), "");
+}
+
+TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
+    configured = "/a.cue";
+    const auto disc = std::make_shared<RemarkingDisc>();
+    state->loaded.disc = disc;
+    EXPECT_EQ(slot.openDrive()->load().disc, disc);
+    EXPECT_EQ(slot.report(), "");
+    disc->words = "2 sectors could not be read";
+    EXPECT_EQ(slot.report(), "2 sectors could not be read");
+}
+
+TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
+    configured = "/a.cue";
+    const std::shared_ptr<Drive> former = slot.openDrive();
+    configured = "/b.cue";
+    EXPECT_NE(slot.openDrive(), nullptr);
+    state->loaded.problem = "torn";
+    EXPECT_EQ(former->load().problem, "torn");
+    EXPECT_EQ(slot.report(), "");
+}
+
+TEST(DriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
+    DriveSlot slot([] { return std::string("/no/such/folder/disc.cue"); });
+    const std::shared_ptr<Drive> drive = slot.openDrive();
+    ASSERT_NE(drive, nullptr);
+    EXPECT_EQ(drive->load().disc, nullptr);
+    EXPECT_THAT(slot.report(), HasSubstr("disc.cue"));
+}
+
+} // namespace
+} // namespace sonarith::disc

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/drive_status.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits> // for CDSL_CURRENT, whose header forgets it
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <system_error>
+
+#include <fcntl.h>
+#include <linux/cdrom.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace sonarith::disc {
+
+namespace {
+
+// The list has one short name for each drive; no machine's list comes near this.
+constexpr std::size_t maxInformationBytes = 65536;
+
+DriveStatus meaningOf(int answer, int error) {
+    switch (answer) {
+    case CDS_DISC_OK:
+        return {DriveState::loaded};
+    case CDS_NO_DISC:
+    case CDS_TRAY_OPEN:
+        return {DriveState::empty};
+    case CDS_DRIVE_NOT_READY:
+        return {DriveState::notReady};
+    case CDS_NO_INFO:
+        return {DriveState::unknown};
+    default:
+        // ENOSYS is a true drive's word for a question that it does not understand.
+        return error == ENOSYS ? DriveStatus{DriveState::unknown}
+                               : DriveStatus{DriveState::unreachable, error};
+    }
+}
+
+std::string headOf(const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string text(maxInformationBytes, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    return text;
+}
+
+} // namespace
+
+DriveStatus statusOf(const std::string& device) {
+    // Without O_NONBLOCK the kernel would pull in an open tray and wait for a disc.
+    const int descriptor = open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return {DriveState::unreachable, errno};
+    errno = 0;
+    const int answer = ioctl(descriptor, CDROM_DRIVE_STATUS, CDSL_CURRENT);
+    const DriveStatus status = meaningOf(answer, errno);
+    close(descriptor);
+    return status;
+}
+
+std::string problemOf(const std::string& device, int error) {
+    switch (error) {
+    case ENOENT:
+    case ENODEV:
+    case ENXIO:
+        return "There is no drive at " + device + ".";
+    case EACCES:
+    case EPERM:
+        return "You have no permission to use the drive " + device +
+               "; on most systems the members of the group \"cdrom\" have it.";
+    case ENOTTY:
+    case EINVAL:
+    case EISDIR:
+        return device + " is not an optical drive.";
+    default:
+        return "The drive " + device +
+               " cannot be used: " + std::generic_category().message(error) + ".";
+    }
+}
+
+std::vector<std::string> driveNames(std::string_view information) {
+    constexpr std::string_view label = "drive name:";
+    const std::size_t at = information.find(label);
+    if (at == std::string_view::npos)
+        return {};
+    const std::string_view line = information.substr(at + label.size());
+    std::istringstream words{std::string(line.substr(0, line.find('\n')))};
+    std::vector<std::string> names{std::istream_iterator<std::string>(words), {}};
+    // Shorter names first, so that sr2 stands before sr10.
+    std::ranges::sort(names, [](const std::string& a, const std::string& b) {
+        return a.size() != b.size() ? a.size() < b.size() : a < b;
+    });
+    return names;
+}
+
+std::vector<std::string> opticalDrives() {
+    std::vector<std::string> devices;
+    for (const std::string& name : driveNames(headOf("/proc/sys/dev/cdrom/info"))) {
+        std::error_code ignored;
+        const std::string device = "/dev/" + name;
+        if (std::filesystem::is_block_file(device, ignored))
+            devices.push_back(device);
+    }
+    return devices;
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/file_handle.h"
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sonarith::disc {
+
+namespace {
+
+Error causeOf(int systemError) {
+    switch (systemError) {
+    case ENOENT:
+    case ENOTDIR:
+        return {ErrorNumber::fileNotFound, "there is no such file"};
+    case EACCES:
+    case EPERM:
+        return {ErrorNumber::permissionDenied, "you have no permission to read it"};
+    case ENAMETOOLONG:
+        return {ErrorNumber::badFileName, "the name is longer than the file system takes"};
+    default:
+        return {ErrorNumber::deviceInputOutput, std::generic_category().message(systemError)};
+    }
+}
+
+} // namespace
+
+Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
+    FileHandle handle;
+    handle.path_ = path;
+    // Without O_NONBLOCK a named pipe would make this call wait for somebody who writes.
+    handle.descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat status = {};
+    if (handle.descriptor_ < 0 || ::fstat(handle.descriptor_, &status) != 0) {
+        return causeOf(errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return {ErrorNumber::pathFileAccess, "it is no ordinary file"};
+    }
+    handle.bytes_ = status.st_size;
+    handle.device_ = status.st_dev;
+    handle.inode_ = status.st_ino;
+    return handle;
+}
+
+FileHandle::FileHandle(FileHandle&& other) noexcept
+    : path_(std::move(other.path_)),
+      descriptor_(std::exchange(other.descriptor_, -1)),
+      bytes_(other.bytes_),
+      device_(other.device_),
+      inode_(other.inode_) {}
+
+FileHandle::~FileHandle() {
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
+}
+
+bool FileHandle::stillThere() const {
+    struct stat status = {};
+    return ::stat(path_.c_str(), &status) == 0 && status.st_dev == device_ &&
+           status.st_ino == inode_;
+}
+
+std::size_t FileHandle::readAt(std::int64_t offset, std::span<std::byte> out) const {
+    std::size_t done = 0;
+    while (done < out.size()) {
+        const auto count = ::pread(descriptor_, out.data() + done, out.size() - done,
+                                   offset + static_cast<std::int64_t>(done));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+} // namespace sonarith::disc

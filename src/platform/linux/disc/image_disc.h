@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A disc that stands in files: a CUE or TOC sheet and the files that it names. Choosing one and
+// loading it again is the business of ImageDrive.
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "platform/linux/disc/disc.h"
+#include "platform/linux/disc/file_handle.h"
+#include "platform/linux/disc/image_file.h"
+#include "platform/linux/disc/image_timeline.h"
+#include "platform/result.h"
+
+namespace sonarith::disc {
+
+class ImageDisc final : public Disc {
+  public:
+    /// Reads the sheet at `path` and opens its files. The ending ".cue" or ".toc" in any case tells
+    /// the kind of sheet, else its text does. Errors, in words with file, line and cause: whatever
+    /// keeps the disc from being played.
+    [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
+
+    [[nodiscard]] const Table& table() const override { return line_.table; }
+    [[nodiscard]] std::string remark() const override { return line_.remark; }
+    /// `gone` from the moment the sheet or the file that is read is no longer at its path or gives
+    /// less than it held, and after `eject`.
+    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override;
+
+    /// Takes the disc out for good. May be called from another thread than `read`.
+    void eject() { ejected_ = true; }
+
+  private:
+    ImageDisc(FileHandle sheet, std::vector<std::unique_ptr<ImageFile>> files, ImageTimeline line);
+
+    FileHandle sheet_;
+    std::vector<std::unique_ptr<ImageFile>> files_;
+    ImageTimeline line_;
+    std::atomic<bool> ejected_ = false;
+};
+
+} // namespace sonarith::disc

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/image_drive.h"
+
+#include <system_error>
+#include <utility>
+
+namespace sonarith::disc {
+
+ImageDrive::ImageDrive(std::filesystem::path sheet) : sheet_(std::move(sheet)) {}
+
+Loaded ImageDrive::load() {
+    if (tray_ == Tray::open) {
+        return {};
+    }
+    const auto disc = ImageDisc::open(sheet_);
+    loadable_ = disc.ok();
+    if (!disc.ok()) {
+        return {nullptr, disc.error().text};
+    }
+    disc_ = disc.value();
+    return {disc.value(), {}};
+}
+
+bool ImageDrive::mediaPresent() {
+    std::error_code error;
+    return tray_ == Tray::closed && loadable_ && std::filesystem::is_regular_file(sheet_, error);
+}
+
+void ImageDrive::openTray() {
+    tray_ = Tray::open;
+    if (const auto disc = disc_.lock()) {
+        disc->eject();
+    }
+}
+
+void ImageDrive::closeTray() {
+    tray_ = Tray::closed;
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A drive whose disc is an image file that a person has chosen. It remembers no disc: each load
+// reads the files afresh.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/linux/disc/disc.h"
+#include "platform/linux/disc/image_disc.h"
+
+namespace sonarith::disc {
+
+class ImageDrive final : public Drive {
+  public:
+    /// `sheet` is the path of a CUE sheet or TOC; nothing is read before `load`.
+    explicit ImageDrive(std::filesystem::path sheet);
+
+    /// The image's errors in words; no disc and no problem while the tray is open.
+    [[nodiscard]] Loaded load() override;
+    /// The tray is closed, the sheet exists, and the last load, if there was one, found a disc.
+    [[nodiscard]] bool mediaPresent() override;
+    /// The disc that was loaded is gone from now on, even for who still plays it.
+    void openTray() override;
+    void closeTray() override;
+
+  private:
+    enum class Tray { closed, open };
+
+    std::filesystem::path sheet_;
+    Tray tray_ = Tray::closed;
+    bool loadable_ = true; ///< as far as is known
+    std::weak_ptr<ImageDisc> disc_;
+};
+
+} // namespace sonarith::disc

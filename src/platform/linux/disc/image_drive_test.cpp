@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/image_drive.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/image_fixture.h"
+
+namespace sonarith::disc {
+namespace {
+
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+class ImageDriveTest : public ::testing::Test {
+  protected:
+    ImageDriveTest() {
+        folder_.writeFrames("a.bin", rampSectors(0, 30));
+        writeTracks(1);
+    }
+    void writeTracks(int count) {
+        std::string text = "FILE a.bin BINARY\n";
+        for (int i = 1; i <= count; ++i) {
+            text += "TRACK 0" + std::to_string(i) + " AUDIO\nINDEX 01 00:00:0" +
+                    std::to_string(i - 1) + "\n";
+        }
+        folder_.write("a.cue", text);
+    }
+
+    ImageFolder folder_;
+    ImageDrive drive_{folder_.path("a.cue")};
+};
+
+TEST_F(ImageDriveTest, ReadsTheImageAfreshEachTime) {
+    EXPECT_EQ(drive_.load().disc->table().tracks.size(), 1U);
+    writeTracks(3);
+    EXPECT_EQ(drive_.load().disc->table().tracks.size(), 3U);
+}
+
+TEST_F(ImageDriveTest, ADiscIsInWhileTheImageExists) {
+    EXPECT_TRUE(drive_.mediaPresent());
+    EXPECT_NE(drive_.load().disc, nullptr);
+    EXPECT_TRUE(drive_.mediaPresent());
+    std::filesystem::remove(folder_.path("a.cue"));
+    EXPECT_FALSE(drive_.mediaPresent());
+}
+
+TEST_F(ImageDriveTest, AnImageThatCannotBeReadIsAnEmptyDriveWithAProblem) {
+    std::filesystem::remove(folder_.path("a.bin"));
+    const Loaded loaded = drive_.load();
+    EXPECT_EQ(loaded.disc, nullptr);
+    EXPECT_THAT(loaded.problem, StartsWith("a.cue, line 1: \"a.bin\" cannot be read"));
+    EXPECT_FALSE(drive_.mediaPresent());
+}
+
+TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAfterTheNextLoad) {
+    std::filesystem::remove(folder_.path("a.bin"));
+    EXPECT_EQ(drive_.load().disc, nullptr);
+    folder_.writeFrames("a.bin", rampSectors(0, 30));
+    const Loaded loaded = drive_.load();
+    EXPECT_NE(loaded.disc, nullptr);
+    EXPECT_THAT(loaded.problem, IsEmpty());
+    EXPECT_TRUE(drive_.mediaPresent());
+}
+
+TEST_F(ImageDriveTest, AnOpenTrayHoldsNoDiscAndHasNoProblem) {
+    const auto played = drive_.load().disc;
+    drive_.openTray();
+    EXPECT_FALSE(drive_.mediaPresent());
+    EXPECT_EQ(drive_.load().disc, nullptr);
+    EXPECT_THAT(drive_.load().problem, IsEmpty());
+    std::vector<sound::StereoFrame> block(588);
+    EXPECT_EQ(played->read(0, block), ReadOutcome::gone);
+    drive_.closeTray();
+    EXPECT_TRUE(drive_.mediaPresent());
+    EXPECT_NE(drive_.load().disc, nullptr);
+}
+
+} // namespace
+} // namespace sonarith::disc

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/image_timeline.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "platform/linux/disc/sheet_text.h"
+
+namespace sonarith::disc {
+
+namespace {
+
+// IEC 60908: no track is shorter than 4 seconds.
+constexpr std::int64_t shortestTrackSectors = 4 * sectorsPerSecond;
+constexpr std::int64_t maxFrames = maxDiscSectors * framesPerSector;
+
+/// How much of a segment is stated, and how much of that its file holds. Both in frames.
+struct Extent {
+    std::int64_t stated = 0;
+    std::int64_t present = 0;
+};
+
+Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileBytes) {
+    const std::int64_t bytes = std::max<std::int64_t>(fileBytes - segment.offset, 0);
+    const std::int64_t wholeSectors = bytes / segment.sectorBytes;
+    if (segment.frames != toFileEnd) {
+        return {segment.frames, std::min(segment.frames, wholeSectors * framesPerSector)};
+    }
+    if (format == ImageFormat::wave || segment.roundedTo == 1) {
+        // A sound file may have any length; the sector that it ends in is filled up with silence.
+        const std::int64_t frames =
+            bytes / segment.sectorBytes * framesPerSector +
+            bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;
+        const std::int64_t unit = segment.roundedTo;
+        return {(frames + unit - 1) / unit * unit, frames};
+    }
+    // Bare sectors: an incomplete one at the end is no part of the disc.
+    return {wholeSectors * framesPerSector, wholeSectors * framesPerSector};
+}
+
+/// A track whose file does not hold what the sheet states.
+struct Shortage {
+    enum class Kind { torn, missing, lengthUnknown };
+    Kind kind = Kind::torn;
+    std::size_t file = 0;
+    int firstTrack = 0;
+    int lastTrack = 0;
+    std::int64_t wholeFrames = 0; ///< of a torn track: what is there
+};
+
+std::string wordsOf(const Shortage& shortage) {
+    const bool several = shortage.lastTrack > shortage.firstTrack;
+    std::string text = several ? "tracks " : "track ";
+    text += std::to_string(shortage.firstTrack);
+    text += several ? " to " + std::to_string(shortage.lastTrack) : "";
+    switch (shortage.kind) {
+    case Shortage::Kind::torn:
+        return text + " is torn and reads as silence from " +
+               msfText(shortage.wholeFrames / framesPerSector) + " on";
+    case Shortage::Kind::missing:
+        return text +
+               (several ? " are missing and read as silence" : " is missing and reads as silence");
+    case Shortage::Kind::lengthUnknown:
+        break;
+    }
+    return text +
+           " begins where the file has ended already; its length is not known, and it is "
+           "listed with " +
+           std::to_string(shortestTrackSectors / sectorsPerSecond) + " seconds of silence";
+}
+
+class LineBuilder {
+  public:
+    LineBuilder(std::string_view sheet, const ImageLayout& layout,
+                std::span<const std::int64_t> fileBytes)
+        : sheet_(sheet), layout_(layout), fileBytes_(fileBytes) {}
+
+    Result<ImageTimeline> build();
+
+  private:
+    void addTrack(const LayoutTrack& track);
+    void addSegment(const Segment& segment);
+    void noteShortage(Shortage::Kind kind, std::size_t file, std::int64_t wholeFrames);
+    [[nodiscard]] std::string remark() const;
+
+    std::string_view sheet_;
+    const ImageLayout& layout_;
+    std::span<const std::int64_t> fileBytes_;
+    ImageTimeline line_;
+    std::int64_t trackStart_ = 0; ///< in frames
+    std::int64_t at_ = 0;         ///< in frames
+    bool anythingThere_ = false;
+    std::vector<Shortage> shortages_;
+    // Of the track that is being added: where and in which file it falls short first, if it does.
+    std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
+};
+
+Result<ImageTimeline> LineBuilder::build() {
+    for (const LayoutTrack& track : layout_.tracks) {
+        addTrack(track);
+        if (at_ > maxFrames) {
+            return sheetError(sheet_, track.line,
+                              "with this track the disc is longer than 99:59:74, the most that a "
+                              "disc's times can state");
+        }
+    }
+    line_.remark = remark();
+    if (!anythingThere_ && !shortages_.empty()) {
+        return sheetError(sheet_, layout_.tracks.front().line,
+                          "nothing of the disc is there: " + line_.remark);
+    }
+    return std::move(line_);
+}
+
+void LineBuilder::addTrack(const LayoutTrack& track) {
+    trackStart_ = at_;
+    shortFrom_.reset();
+    for (const Segment& segment : track.segments) {
+        addSegment(segment);
+    }
+    std::int64_t sectors = (at_ - trackStart_ + framesPerSector - 1) / framesPerSector;
+    const bool lengthUnknown = sectors == 0;
+    if (lengthUnknown) {
+        // Without a place in the table the tracks after this one would change their numbers.
+        sectors = shortestTrackSectors;
+    }
+    at_ = trackStart_ + sectors * framesPerSector;
+    line_.table.tracks.push_back({track.kind, sectors});
+    if (lengthUnknown) {
+        noteShortage(Shortage::Kind::lengthUnknown, track.segments.front().file, 0);
+    } else if (shortFrom_) {
+        const auto [wholeFrames, file] = *shortFrom_;
+        noteShortage(wholeFrames == 0 ? Shortage::Kind::missing : Shortage::Kind::torn, file,
+                     wholeFrames);
+    }
+}
+
+void LineBuilder::addSegment(const Segment& segment) {
+    if (at_ > maxFrames) {
+        return; // the disc is refused; more of it might not fit the number
+    }
+    if (segment.kind == SegmentKind::silence) {
+        at_ += segment.frames;
+        return;
+    }
+    const std::int64_t bytes = fileBytes_[segment.file];
+    const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
+    // A pause that is stored to its file's end may be empty; the beginning of a track may not.
+    const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
+    if (!shortFrom_ &&
+        (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {
+        shortFrom_ = {at_ - trackStart_ + extent.present, segment.file};
+    }
+    if (extent.present > 0) {
+        anythingThere_ = true;
+        if (segment.kind == SegmentKind::sound) {
+            line_.sound.push_back({at_, extent.present, segment.file, segment.offset});
+        }
+    }
+    at_ += extent.stated;
+}
+
+void LineBuilder::noteShortage(Shortage::Kind kind, std::size_t file, std::int64_t wholeFrames) {
+    const int number = static_cast<int>(line_.table.tracks.size());
+    if (!shortages_.empty() && kind == Shortage::Kind::missing) {
+        Shortage& last = shortages_.back();
+        if (last.kind == kind && last.file == file && last.lastTrack == number - 1) {
+            last.lastTrack = number;
+            return;
+        }
+    }
+    shortages_.push_back({kind, file, number, number, wholeFrames});
+}
+
+std::string LineBuilder::remark() const {
+    std::string text;
+    std::optional<std::size_t> file;
+    for (const Shortage& shortage : shortages_) {
+        text += text.empty() ? "" : "; ";
+        if (file != shortage.file) {
+            file = shortage.file;
+            const LayoutFile& entry = layout_.files[*file];
+            text += shown(entry.name) + " is shorter than " + std::string(sheet_) + ", line " +
+                    std::to_string(entry.line) + ", needs: ";
+        }
+        text += wordsOf(shortage);
+    }
+    return text;
+}
+
+} // namespace
+
+Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
+                                std::span<const std::int64_t> fileBytes) {
+    return LineBuilder(sheet, layout, fileBytes).build();
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/image_timeline.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/cue_parser.h"
+#include "platform/linux/disc/toc_parser.h"
+
+namespace sonarith::disc {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+const std::string threeTracks = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                "TRACK 02 AUDIO\nINDEX 01 00:04:00\n"
+                                "TRACK 03 AUDIO\nINDEX 01 00:08:00\n";
+
+Result<ImageTimeline> cueLine(const std::string& text, std::vector<std::int64_t> fileBytes) {
+    return layOnLine("disc.cue", parseCue("disc.cue", text).value(), fileBytes);
+}
+Result<ImageTimeline> tocLine(const std::string& text, std::vector<std::int64_t> fileBytes) {
+    return layOnLine("disc.toc", parseToc("disc.toc", text).value(), fileBytes);
+}
+
+std::vector<std::int64_t> lengthsOf(const ImageTimeline& line) {
+    std::vector<std::int64_t> lengths;
+    for (const Track& track : line.table.tracks) {
+        lengths.push_back(track.sectors);
+    }
+    return lengths;
+}
+
+std::int64_t soundFrames(const ImageTimeline& line) {
+    std::int64_t frames = 0;
+    for (const SoundStretch& stretch : line.sound) {
+        frames += stretch.frames;
+    }
+    return frames;
+}
+
+TEST(Timeline, TheLastTrackTakesTheWholeSectorsOfTheFile) {
+    const auto line = cueLine(threeTracks, {1000 * 2352 + 2351});
+    ASSERT_TRUE(line.ok());
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 400));
+    EXPECT_THAT(line.value().remark, IsEmpty());
+    EXPECT_EQ(soundFrames(line.value()), 1000 * 588);
+}
+
+TEST(Timeline, TheLastSectorOfASoundFileIsFilledUp) {
+    const auto line = cueLine("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                              "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
+                              {(300 * 588 + 1) * 4, 300 * 588 * 4});
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(301, 300));
+    EXPECT_EQ(line.value().sound[0].frames, 300 * 588 + 1);
+    EXPECT_EQ(line.value().sound[1].start, 301 * 588);
+}
+
+TEST(Timeline, FilesOfOneTocTrackJoinToTheFrame) {
+    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0\n"
+                              "TRACK AUDIO\nSILENCE 1\n",
+                              {100 * 4, 1000 * 4 + 3});
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(2, 1));
+    EXPECT_EQ(line.value().sound[1].start, 100);
+    EXPECT_EQ(line.value().sound[1].frames, 1000);
+}
+
+TEST(Timeline, ATornTrackKeepsItsStatedLength) {
+    const auto line = cueLine(threeTracks, {400 * 2352 + 100});
+    ASSERT_TRUE(line.ok());
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
+    EXPECT_EQ(soundFrames(line.value()), 400 * 588);
+    EXPECT_THAT(line.value().remark,
+                HasSubstr("\"a.bin\" is shorter than disc.cue, line 1, needs: track 2 is torn and "
+                          "reads as silence from 00:01:25 on; track 3 begins where the file has "
+                          "ended already"));
+}
+
+TEST(Timeline, MissingTracksAreToldAsOneRange) {
+    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
+                              "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",
+                              {2352});
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(1, 1, 1));
+    EXPECT_THAT(line.value().remark, HasSubstr("tracks 2 to 3 are missing and read as silence"));
+}
+
+TEST(Timeline, ATrackAtTheVeryEndOfItsFileKeepsItsNumber) {
+    const auto line = cueLine("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                              "TRACK 02 AUDIO\nINDEX 01 00:00:10\n"
+                              "FILE 2.bin BINARY\nTRACK 03 AUDIO\nPREGAP 00:00:05\n"
+                              "INDEX 01 00:00:00\n",
+                              {10 * 2352, 20 * 2352});
+    ASSERT_EQ(line.value().table.tracks.size(), 3U);
+    EXPECT_EQ(line.value().table.tracks[2].sectors, 20);
+    EXPECT_THAT(line.value().remark, HasSubstr("track 2"));
+    EXPECT_THAT(line.value().remark, Not(HasSubstr("track 1")));
+}
+
+TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNoShortage) {
+    const auto line = cueLine("FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                              "TRACK 02 AUDIO\nINDEX 00 00:00:10\n"
+                              "FILE 2.bin BINARY\nINDEX 01 00:00:00\n",
+                              {10 * 2352, 20 * 2352});
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(10, 20));
+    EXPECT_THAT(line.value().remark, IsEmpty());
+}
+
+TEST(Timeline, ATornDataTrackIsToldToo) {
+    const auto line = cueLine("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
+                              "FILE b.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
+                              {100 * 2048, 2352});
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
+    EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
+    EXPECT_EQ(line.value().sound.size(), 1U) << "data is no sound";
+}
+
+TEST(Timeline, NothingThereIsAnError) {
+    const auto line = cueLine(threeTracks, {2351});
+    ASSERT_FALSE(line.ok());
+    EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: nothing of the disc is there"));
+    EXPECT_FALSE(cueLine(threeTracks, {0}).ok());
+}
+
+TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
+    const auto line = tocLine("TRACK AUDIO\nSILENCE 00:04:00\n", {});
+    ASSERT_TRUE(line.ok());
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300));
+    EXPECT_THAT(line.value().sound, IsEmpty());
+}
+
+TEST(Timeline, MoreThanADiscHoldsIsAnError) {
+    const std::int64_t mostBytes = 450000LL * 2352;
+    EXPECT_EQ(cueLine(threeTracks, {mostBytes}).value().table.sectors(), 450000);
+    EXPECT_THAT(cueLine(threeTracks, {mostBytes + 2352}).error().text,
+                HasSubstr("disc.cue, line 6: with this track the disc is longer than 99:59:74"));
+    EXPECT_FALSE(cueLine(threeTracks, {INT64_MAX}).ok());
+}
+
+TEST(Timeline, HugeFilesManyTimesOverDoNotOverflow) {
+    std::string text = "TRACK AUDIO\n";
+    for (int i = 0; i < 100; ++i) {
+        text += "FILE \"a.bin\" 0\n";
+    }
+    EXPECT_FALSE(tocLine(text, {INT64_MAX}).ok());
+}
+
+} // namespace
+} // namespace sonarith::disc

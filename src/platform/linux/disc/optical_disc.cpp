@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/optical_disc.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sonarith::disc {
+
+OpticalDisc::OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock)
+    : layout_(std::move(layout)), sectors_(std::move(sectors)), clock_(std::move(clock)) {}
+
+std::string OpticalDisc::remark() const {
+    const std::int64_t damaged = damaged_;
+    if (damaged == 0)
+        return {};
+    return std::to_string(damaged) + (damaged == 1 ? " sector" : " sectors") +
+           " of the disc could not be read without error; the drive's best guess, or silence, "
+           "stands in the place.";
+}
+
+ReadOutcome OpticalDisc::read(std::int64_t first, std::span<sound::StereoFrame> out) {
+    trouble_ = {};
+    while (!out.empty() && !gone_) {
+        Stretch stretch = layout_.stretchAt(first);
+        const auto wanted = static_cast<std::int64_t>(out.size()) / framesPerSector;
+        const bool onTheLine = stretch.sectors > 0;
+        const std::int64_t sectors = onTheLine ? std::min(wanted, stretch.sectors) : wanted;
+        const auto frames = out.first(static_cast<std::size_t>(sectors) * framesPerSector);
+        // Data are never asked of the drive as sound, nor is what lies past the end: both silent.
+        if (!onTheLine || stretch.kind == TrackKind::data)
+            std::ranges::fill(frames, sound::StereoFrame{});
+        else if (readStretch(stretch, frames) == ReadOutcome::gone)
+            gone_ = true;
+        first += sectors;
+        out = out.subspan(frames.size());
+    }
+    effort_.finish(trouble_);
+    return gone_ ? ReadOutcome::gone : ReadOutcome::ok;
+}
+
+ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::StereoFrame> out) {
+    std::int64_t sector = stretch.first;
+    for (; !out.empty(); out = out.subspan(framesPerSector), ++sector) {
+        const auto frames = out.first(framesPerSector);
+        const ReadEffort::Plan plan = effort_.plan(trouble_);
+        if (plan.effort == Effort::none) {
+            std::ranges::fill(frames, sound::StereoFrame{});
+            ++damaged_;
+            continue;
+        }
+        if (next_ != sector)
+            sectors_->seek(sector, stretch.first + stretch.sectors);
+        next_ = sector + 1;
+        const ReadEffort::Duration begin = clock_();
+        const SectorOutcome outcome = sectors_->next(plan, frames);
+        if (outcome == SectorOutcome::gone)
+            return ReadOutcome::gone;
+        // A sound sector costs nothing: a drive that spins up is slow, but loses no sector.
+        if (outcome != SectorOutcome::ok)
+            trouble_ += clock_() - begin;
+        if (outcome == SectorOutcome::damaged)
+            ++damaged_;
+    }
+    return ReadOutcome::ok;
+}
+
+} // namespace sonarith::disc

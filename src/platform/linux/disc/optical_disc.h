@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The disc in an optical drive: maps the time line to the drive's sectors, bounds the effort for
+// damaged ones and counts them. How a drive is asked for a sector stands behind AudioSectors.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/linux/disc/disc.h"
+#include "platform/linux/disc/optical_layout.h"
+#include "platform/linux/disc/read_effort.h"
+
+namespace sonarith::disc {
+
+enum class SectorOutcome {
+    ok,
+    repaired, ///< it came whole, though not at the first attempt
+    damaged,  ///< the best guess, or silence, was delivered
+    gone,     ///< the medium or the drive is no longer there
+};
+
+/// The sound of a disc, sector by sector, in the drive's numbers.
+class AudioSectors {
+  public:
+    virtual ~AudioSectors() = default;
+    /// The next sector is `first`; nothing at `end` or after it is ever asked of the drive.
+    virtual void seek(std::int64_t first, std::int64_t end) = 0;
+    /// Fills `out` (framesPerSector frames) with the next sector and goes on to the one after it.
+    /// The effort is not `none`. Once something has failed, no attempt begins after the limit.
+    [[nodiscard]] virtual SectorOutcome next(ReadEffort::Plan plan,
+                                             std::span<sound::StereoFrame> out) = 0;
+};
+
+class OpticalDisc : public Disc {
+  public:
+    /// Any monotonic time.
+    using Clock = std::function<ReadEffort::Duration()>;
+
+    OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock);
+
+    [[nodiscard]] const Table& table() const override { return layout_.table(); }
+    [[nodiscard]] std::string remark() const override;
+    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override;
+
+  private:
+    [[nodiscard]] ReadOutcome readStretch(const Stretch& stretch,
+                                          std::span<sound::StereoFrame> out);
+
+    const OpticalLayout layout_;
+    const std::unique_ptr<AudioSectors> sectors_;
+    const Clock clock_;
+    ReadEffort effort_;
+    ReadEffort::Duration trouble_{0};  ///< what damaged sectors have cost in this read
+    std::optional<std::int64_t> next_; ///< what sectors_ would deliver, in the drive's numbers
+    bool gone_ = false;
+    std::atomic<std::int64_t> damaged_ = 0; ///< read by remark() on the logic's thread
+};
+
+} // namespace sonarith::disc

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/optical_disc.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/fake_disc.h"
+
+namespace sonarith::disc {
+namespace {
+
+using namespace std::chrono_literals;
+using enum TrackKind;
+using sound::StereoFrame;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+// What the disc saw of the drive, and how the drive behaves; the time moves with each sector.
+struct DriveState {
+    std::vector<std::pair<std::int64_t, std::int64_t>> seeks; ///< first, end
+    std::vector<Effort> efforts;
+    std::int64_t cursor = 0;
+    std::int64_t badFrom = INT64_MAX; ///< sectors that come damaged
+    std::int64_t repairedFrom = INT64_MAX;
+    std::int64_t goneFrom = INT64_MAX;
+    ReadEffort::Duration now{0};
+    ReadEffort::Duration sectorTime{0};
+};
+
+class FakeSectors : public AudioSectors {
+  public:
+    explicit FakeSectors(std::shared_ptr<DriveState> state) : state_(std::move(state)) {}
+    void seek(std::int64_t first, std::int64_t end) override {
+        state_->seeks.emplace_back(first, end);
+        state_->cursor = first;
+    }
+    SectorOutcome next(ReadEffort::Plan plan, std::span<StereoFrame> out) override {
+        state_->efforts.push_back(plan.effort);
+        state_->now += state_->sectorTime;
+        const std::int64_t sector = state_->cursor++;
+        if (sector >= state_->goneFrom)
+            return SectorOutcome::gone;
+        std::ranges::copy(framesAt(sector * framesPerSector, framesPerSector), out.begin());
+        if (sector >= state_->repairedFrom)
+            return SectorOutcome::repaired;
+        return sector >= state_->badFrom ? SectorOutcome::damaged : SectorOutcome::ok;
+    }
+
+  private:
+    std::shared_ptr<DriveState> state_;
+};
+
+class OpticalDiscTest : public testing::Test {
+  protected:
+    std::shared_ptr<DriveState> drive = std::make_shared<DriveState>();
+    // 28600 sectors of sound, the session gap, 10000 of data, 10000 of sound.
+    OpticalDisc disc{
+        *OpticalLayout::of({{{audio, 0}, {data, 40000}, {audio, 50000}}, 60000, 40000}),
+        std::make_unique<FakeSectors>(drive), [this] {
+            return drive->now;
+        }};
+
+    std::vector<StereoFrame> read(std::int64_t first, std::int64_t sectors) {
+        std::vector<StereoFrame> frames(static_cast<std::size_t>(sectors) * framesPerSector,
+                                        {9, 9});
+        EXPECT_EQ(disc.read(first, frames), ReadOutcome::ok);
+        return frames;
+    }
+};
+
+std::vector<StereoFrame> sectorsAt(std::int64_t first, std::int64_t count) {
+    return framesAt(first * framesPerSector, count * framesPerSector);
+}
+
+std::vector<StereoFrame> silence(std::int64_t sectors) {
+    return std::vector<StereoFrame>(static_cast<std::size_t>(sectors) * framesPerSector);
+}
+
+TEST_F(OpticalDiscTest, ReadsOnWithoutSeekingAndSeeksForAnotherPlace) {
+    EXPECT_EQ(read(100, 25), sectorsAt(100, 25));
+    EXPECT_EQ(read(125, 25), sectorsAt(125, 25));
+    EXPECT_EQ(read(7, 1), sectorsAt(7, 1));
+    EXPECT_THAT(drive->seeks, ElementsAre(Pair(100, 28600), Pair(7, 28600)));
+    EXPECT_EQ(disc.remark(), "");
+}
+
+TEST_F(OpticalDiscTest, FindsSoundBehindTheGapAtTheDrivesOwnPlace) {
+    EXPECT_EQ(read(38600, 2), sectorsAt(50000, 2));
+    EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
+}
+
+TEST_F(OpticalDiscTest, AsksTheDriveNeitherForDataNorPastTheEnd) {
+    EXPECT_EQ(read(30000, 3), silence(3));
+    EXPECT_EQ(read(48600, 3), silence(3));
+    EXPECT_THAT(drive->efforts, IsEmpty());
+
+    std::vector<StereoFrame> expected = sectorsAt(28599, 1);
+    std::ranges::copy(silence(1), std::back_inserter(expected));
+    EXPECT_EQ(read(28599, 2), expected);
+    EXPECT_EQ(drive->efforts.size(), 1u);
+}
+
+TEST_F(OpticalDiscTest, CountsDamagedSectorsInItsRemark) {
+    drive->badFrom = 12;
+    EXPECT_EQ(read(10, 3), sectorsAt(10, 3));
+    EXPECT_THAT(disc.remark(), testing::StartsWith("1 sector of the disc"));
+    EXPECT_EQ(read(13, 3), sectorsAt(13, 3));
+    EXPECT_THAT(disc.remark(), testing::StartsWith("4 sectors of the disc"));
+}
+
+TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndFillsUpWithSilence) {
+    drive->sectorTime = 1s;
+    drive->badFrom = 0;
+    const std::vector<StereoFrame> frames = read(0, 25);
+    using enum Effort;
+    EXPECT_THAT(drive->efforts,
+                ElementsAre(repair, repair, repair, repair, once, once, once, once));
+    EXPECT_EQ(drive->now, 8s);
+    EXPECT_EQ(std::vector<StereoFrame>(frames.begin(), frames.begin() + 8 * framesPerSector),
+              sectorsAt(0, 8));
+    EXPECT_EQ(std::vector<StereoFrame>(frames.begin() + 8 * framesPerSector, frames.end()),
+              silence(17));
+    EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
+
+    // The next read has half the time, and begins at its own place all the same.
+    EXPECT_EQ(read(25, 4), sectorsAt(25, 4));
+    EXPECT_EQ(drive->now, 12s);
+    EXPECT_THAT(drive->seeks, ElementsAre(Pair(0, 28600), Pair(25, 28600)));
+}
+
+TEST_F(OpticalDiscTest, LosesNothingToADriveThatIsSlow) {
+    drive->sectorTime = 30s;
+    EXPECT_EQ(read(0, 25), sectorsAt(0, 25));
+    EXPECT_THAT(drive->efforts, testing::Each(Effort::repair));
+    EXPECT_EQ(disc.remark(), "");
+}
+
+TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
+    drive->sectorTime = 3s;
+    drive->repairedFrom = 0;
+    EXPECT_EQ(read(0, 3), sectorsAt(0, 3));
+    EXPECT_THAT(drive->efforts, ElementsAre(Effort::repair, Effort::repair, Effort::once));
+    EXPECT_EQ(disc.remark(), "");
+}
+
+TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveSaysSo) {
+    drive->goneFrom = 5;
+    std::vector<StereoFrame> frames = silence(10);
+    EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);
+    EXPECT_EQ(drive->efforts.size(), 6u);
+    drive->goneFrom = INT64_MAX; // another disc is in now
+    EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);
+    EXPECT_EQ(drive->efforts.size(), 6u);
+}
+
+} // namespace
+} // namespace sonarith::disc

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/optical_layout.h"
+
+namespace sonarith::disc {
+
+namespace {
+
+// 100 minutes: the lead-out of a disc is told in minutes of two decimal digits.
+constexpr std::int64_t maxLeadOut = std::int64_t{100} * 60 * sectorsPerSecond;
+
+bool isSound(const RawToc& toc) {
+    if (toc.tracks.empty() || toc.tracks.size() > maxTracks)
+        return false;
+    std::int64_t before = -1;
+    for (const RawTrack& track : toc.tracks) {
+        if (track.start <= before)
+            return false;
+        before = track.start;
+    }
+    return toc.leadOut > before && toc.leadOut <= maxLeadOut;
+}
+
+/// Whether a new session begins with track `index`, as far as the drive's words allow to tell.
+bool beginsSession(const RawToc& toc, std::size_t index) {
+    if (index == 0)
+        return false;
+    const RawTrack& track = toc.tracks[index];
+    if (toc.lastSessionStart == track.start)
+        return true;
+    const bool dataAfterAudio =
+        track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
+    // A disc of one session that mixes kinds has its data first, so data after audio is taken for a
+    // session of its own, unless the drive says that the last session began before it. If the drive
+    // cannot tell: two minutes too few are better than a read into the gap, where drives hang.
+    return dataAfterAudio && toc.lastSessionStart.value_or(track.start) >= track.start;
+}
+
+} // namespace
+
+std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
+    if (!isSound(toc))
+        return std::nullopt;
+    OpticalLayout layout;
+    for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
+        const bool last = i + 1 == toc.tracks.size();
+        std::int64_t sectors = (last ? toc.leadOut : toc.tracks[i + 1].start) - toc.tracks[i].start;
+        // A track that is no longer than the gap cannot have it at its end.
+        if (!last && sectors > sessionGapSectors && beginsSession(toc, i + 1))
+            sectors -= sessionGapSectors;
+        layout.table_.tracks.push_back({toc.tracks[i].kind, sectors});
+        layout.starts_.push_back(toc.tracks[i].start);
+    }
+    return layout;
+}
+
+Stretch OpticalLayout::stretchAt(std::int64_t sector) const {
+    Stretch stretch;
+    std::int64_t start = 0; // of the track, on the time line
+    for (std::size_t i = 0; i < starts_.size(); ++i) {
+        const Track& track = table_.tracks[i];
+        const std::int64_t end = start + track.sectors;
+        if (stretch.sectors > 0) {
+            if (track.kind != stretch.kind || starts_[i] != stretch.first + stretch.sectors)
+                break;
+            stretch.sectors += track.sectors;
+        } else if (sector >= start && sector < end) {
+            stretch = {track.kind, starts_[i] + (sector - start), end - sector};
+        }
+        start = end;
+    }
+    return stretch;
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// From the table of contents as a drive tells it to the time line of disc.h, and back from a place
+// on that line to the drive's own sector number. Pure arithmetic: no drive is touched here.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/disc/disc.h"
+
+namespace sonarith::disc {
+
+/// The gap between the sound of a first session and the first track of the second, in sectors:
+/// 6750 of lead-out, 4500 of lead-in and 150 of pause (Orange Book part II; Blue Book for the
+/// enhanced disc). The drive's table counts it to the track before.
+inline constexpr std::int64_t sessionGapSectors = 6750 + 4500 + 150;
+
+/// One line of the drive's table.
+struct RawTrack {
+    TrackKind kind = TrackKind::audio;
+    std::int64_t start = 0; ///< the drive's number of the sector at INDEX 01
+    friend bool operator==(const RawTrack&, const RawTrack&) = default;
+};
+
+/// The drive's table, in the order of the tracks.
+struct RawToc {
+    std::vector<RawTrack> tracks;
+    std::int64_t leadOut = 0; ///< first sector after the last track
+    /// First sector of the last session: that of the first track if there is one session only;
+    /// empty if the drive cannot tell.
+    std::optional<std::int64_t> lastSessionStart;
+    friend bool operator==(const RawToc&, const RawToc&) = default;
+};
+
+/// Where a stretch of the time line lies on the disc.
+struct Stretch {
+    TrackKind kind = TrackKind::audio;
+    std::int64_t first = 0;   ///< the drive's number of the first sector
+    std::int64_t sectors = 0; ///< how many follow one another from there
+};
+
+/// The table together with the way back to the drive's sectors.
+class OpticalLayout {
+  public:
+    /// Empty if the table is none that a disc can have: an opened thing that is no drive, or a
+    /// drive that has nothing to say, answers with such.
+    [[nodiscard]] static std::optional<OpticalLayout> of(const RawToc& toc);
+
+    [[nodiscard]] const Table& table() const { return table_; }
+    /// The longest stretch of sectors of one kind that lies in one piece on the disc from `sector`
+    /// of the time line on. No sectors at or after the line's end.
+    [[nodiscard]] Stretch stretchAt(std::int64_t sector) const;
+
+  private:
+    Table table_;
+    std::vector<std::int64_t> starts_; ///< of each track, in the drive's numbers
+};
+
+} // namespace sonarith::disc

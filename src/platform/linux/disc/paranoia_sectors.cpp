@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/paranoia_sectors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+namespace sonarith::disc {
+
+namespace {
+
+// How often a place is read again before the best guess stands; the library's own 20 is known to
+// users of rippers as hours for one scratch. It must be a multiple of 5: the library looks at its
+// count only then, and goes on for ever past any other number (measured, 10.2+2.0.1).
+constexpr int maxRetries = 10;
+
+// How far the library reads before it delivers, and assumes that a drive remembers, in sectors.
+// Its own 1200 would let a start wait for 16 s of sound to be read twice.
+constexpr int readAheadSectors = 300;
+
+// The library's callbacks carry no pointer of ours, so the reader that is at work on this thread is
+// kept here, and whether a place had to be given up.
+thread_local ParanoiaSectors* atWork = nullptr;
+thread_local bool gaveUp = false;
+
+void noteEvent(long /*position*/, paranoia_cb_mode_t event) {
+    if (event == PARANOIA_CB_SKIP)
+        gaveUp = true;
+}
+
+/// Samples come from the drive with the low byte first (MMC, READ CD).
+std::int16_t sampleAt(const std::byte* bytes) {
+    return static_cast<std::int16_t>(std::to_integer<unsigned>(bytes[0]) |
+                                     std::to_integer<unsigned>(bytes[1]) << 8U);
+}
+
+} // namespace
+
+ParanoiaSectors::ParanoiaSectors(CdioHandle cdio, SectorCommands::Command command,
+                                 std::function<bool()> gone)
+    : cdio_(std::move(cdio)),
+      command_(std::move(command)),
+      isGone_(std::move(gone)),
+      commands_([this](std::int64_t first, std::int64_t count, std::byte* out) {
+          return this->command(first, count, out);
+      }) {
+    // Time counts only when something has failed: a drive that spins up is slow, but sound.
+    commands_.setMayGoOn([this] { return !gone_ && !(failed_ && Clock::now() >= deadline_); });
+}
+
+ParanoiaSectors::~ParanoiaSectors() {
+    if (paranoia_)
+        cdio_paranoia_free(paranoia_);
+    if (drive_)
+        cdio_cddap_close_no_free_cdio(drive_);
+}
+
+// At the first read and not before, since the library tries the drive out, which takes its time.
+void ParanoiaSectors::openReader() {
+    triedToOpen_ = true;
+    char* messages = nullptr;
+    drive_ = cdio_cddap_identify_cdio(cdio_.get(), CDDA_MESSAGE_FORGETIT, &messages);
+    if (messages)
+        cdio_cddap_free_messages(messages);
+    if (!drive_)
+        return;
+    drive_->error_retry = 0; // it tries the drive out with a read; no need to insist there
+    if (cdio_cddap_open(drive_) == 0) {
+        drive_->nsectors = SectorCommands::mostSectors;
+        drive_->read_audio = readAudio;
+        // All drives of today's interfaces deliver the low byte first; the library would else read
+        // some sound and guess from it.
+        drive_->bigendianp = 0;
+        makeParanoia();
+    }
+    if (!paranoia_) {
+        cdio_cddap_close_no_free_cdio(drive_);
+        drive_ = nullptr;
+    }
+}
+
+void ParanoiaSectors::makeParanoia() {
+    paranoia_ = cdio_paranoia_init(drive_);
+    if (!paranoia_)
+        return;
+    cdio_paranoia_modeset(paranoia_, PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
+    cdio_paranoia_cachemodel_size(paranoia_, readAheadSectors);
+}
+
+bool ParanoiaSectors::command(std::int64_t first, std::int64_t count, std::byte* out) {
+    if (command_(first, count, out))
+        return true;
+    failed_ = true;
+    gone_ = isGone_();
+    return false;
+}
+
+void ParanoiaSectors::seek(std::int64_t first, std::int64_t end) {
+    next_ = first;
+    end_ = end;
+    repositioned_ = true;
+    // Who comes back to a place wants it tried again.
+    failures_.clear();
+    bad_.clear();
+}
+
+SectorOutcome ParanoiaSectors::next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out) {
+    deadline_ = Clock::now() + plan.limit;
+    failed_ = false;
+    if (!triedToOpen_)
+        openReader();
+    const SectorOutcome outcome =
+        paranoia_ && plan.effort == Effort::repair ? repair(out) : readOnce(out);
+    ++next_;
+    if (gone_)
+        return SectorOutcome::gone;
+    return outcome == SectorOutcome::ok && failed_ ? SectorOutcome::repaired : outcome;
+}
+
+SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
+    repositioned_ = true;
+    std::array<std::byte, bytesPerSector> bytes{};
+    commands_.setBounds(next_, end_);
+    const bool came = commands_.read(next_, 1, bytes.data()) == 1;
+    if (!came)
+        bytes.fill({});
+    for (std::size_t i = 0; i < out.size(); ++i)
+        out[i] = {sampleAt(&bytes[4 * i]), sampleAt(&bytes[4 * i + 2])};
+    return came ? SectorOutcome::ok : SectorOutcome::damaged;
+}
+
+// The library goes on for ever over a place that cannot be read at all, and takes silence that
+// stands for it for sound. So it never sees such a place: it reads up to it and behind it.
+SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
+    for (;;) {
+        if (bad_.contains(next_))
+            return attemptOnce(out);
+        if (repositioned_)
+            position();
+        atWork = this;
+        gaveUp = false;
+        const std::size_t badBefore = bad_.size();
+        const std::int16_t* const samples =
+            cdio_paranoia_read_limited(paranoia_, noteEvent, maxRetries);
+        atWork = nullptr;
+        if (samples) {
+            for (std::size_t i = 0; i < out.size(); ++i)
+                out[i] = {samples[2 * i], samples[2 * i + 1]};
+            return gaveUp ? SectorOutcome::damaged : SectorOutcome::ok;
+        }
+        repositioned_ = true;
+        if (gone_ || bad_.size() == badBefore) // the medium, or memory, is gone
+            return attemptOnce(out);
+    }
+}
+
+SectorOutcome ParanoiaSectors::attemptOnce(std::span<sound::StereoFrame> out) {
+    failed_ = false; // however late it is
+    const SectorOutcome outcome = readOnce(out);
+    failed_ = true;
+    return outcome;
+}
+
+void ParanoiaSectors::position() {
+    const auto bad = bad_.lower_bound(next_);
+    limit_ = bad == bad_.end() ? end_ : std::min(*bad, end_);
+    // Seeking drops what was read for the old place, and sets the range to the library's own idea
+    // of the track, so the range comes second.
+    cdio_paranoia_seek(paranoia_, static_cast<std::int32_t>(next_), SEEK_SET);
+    cdio_paranoia_set_range(paranoia_, next_, limit_ - 1);
+    commands_.setBounds(next_, limit_);
+    repositioned_ = false;
+}
+
+long ParanoiaSectors::readAudio(cdrom_drive_t* /*drive*/, void* out, lsn_t first, long count) {
+    if (!atWork)
+        return 0;
+    if (!out) {
+        atWork->readToForget(first, count);
+        return count;
+    }
+    return static_cast<long>(atWork->readForRepair(first, count, static_cast<std::byte*>(out)));
+}
+
+std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t count,
+                                            std::byte* out) {
+    const std::int64_t done = commands_.read(first, count, out);
+    const bool whole = done >= std::min(count, limit_ - first);
+    if (!whole && (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_))
+        bad_.insert(first + done);
+    if (gone_ || bad_.contains(first + done)) {
+        errno = ENOMEDIUM; // makes the library return at once
+        return -1;
+    }
+    errno = EIO; // of what is missing
+    return done;
+}
+
+void ParanoiaSectors::readToForget(std::int64_t first, std::int64_t count) {
+    std::vector<std::byte> bin(std::size_t{SectorCommands::mostSectors} * bytesPerSector);
+    for (std::int64_t done = 0; done < count; done += SectorCommands::mostSectors)
+        if (commands_.read(first + done, std::min(count - done, SectorCommands::mostSectors),
+                           bin.data()) == 0)
+            return;
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sound of a disc through libcdio's paranoia reader, with every command to the drive under our
+// own bounds of place, size and time. It knows no time line (optical_disc.h does).
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+
+#include <cdio/paranoia/paranoia.h>
+
+#include "platform/linux/disc/cdio_handle.h"
+#include "platform/linux/disc/optical_disc.h"
+#include "platform/linux/disc/sector_commands.h"
+
+namespace sonarith::disc {
+
+class ParanoiaSectors : public AudioSectors {
+  public:
+    /// `command` reads sectors from the drive. `gone` is asked after a command failed, and tells
+    /// whether the medium is no longer there.
+    ParanoiaSectors(CdioHandle cdio, SectorCommands::Command command, std::function<bool()> gone);
+    ~ParanoiaSectors() override;
+    ParanoiaSectors(const ParanoiaSectors&) = delete;
+    ParanoiaSectors& operator=(const ParanoiaSectors&) = delete;
+
+    void seek(std::int64_t first, std::int64_t end) override;
+    [[nodiscard]] SectorOutcome next(ReadEffort::Plan plan,
+                                     std::span<sound::StereoFrame> out) override;
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    void openReader();
+    void makeParanoia();
+    void position();
+    [[nodiscard]] bool command(std::int64_t first, std::int64_t count, std::byte* out);
+    [[nodiscard]] SectorOutcome readOnce(std::span<sound::StereoFrame> out);
+    [[nodiscard]] SectorOutcome attemptOnce(std::span<sound::StereoFrame> out);
+    [[nodiscard]] SectorOutcome repair(std::span<sound::StereoFrame> out);
+    [[nodiscard]] std::int64_t readForRepair(std::int64_t first, std::int64_t count,
+                                             std::byte* out);
+    /// Reads for no other end than that the drive's cache forgets another place.
+    void readToForget(std::int64_t first, std::int64_t count);
+    /// What the library calls in place of its own reading, from inside repair().
+    static long readAudio(cdrom_drive_t* drive, void* out, lsn_t first, long count);
+
+    CdioHandle cdio_;
+    const SectorCommands::Command command_;
+    const std::function<bool()> isGone_;
+    SectorCommands commands_;
+    cdrom_drive_t* drive_ = nullptr;       ///< null if the library does not take this drive
+    cdrom_paranoia_t* paranoia_ = nullptr; ///< null if there is no drive_, or no memory
+    bool triedToOpen_ = false;
+    bool repositioned_ = false; ///< the paranoia reader stands elsewhere than next_
+    std::int64_t next_ = 0;
+    std::int64_t end_ = 0;
+    Clock::time_point deadline_;
+    bool failed_ = false;                  ///< a command has failed since next() was called
+    std::map<std::int64_t, int> failures_; ///< of each sector, since the last seek
+    std::set<std::int64_t> bad_;           ///< those that are not tried with repair any more
+    std::int64_t limit_ = 0;               ///< how far repair may reach: the next bad one, or end_
+    bool gone_ = false;
+};
+
+} // namespace sonarith::disc

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/sector_commands.h"
+
+#include <set>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/disc.h"
+
+namespace sonarith::disc {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+// A drive whose sectors each hold their own number, that may have bad ones and a greatest size.
+struct FakeDrive {
+    std::vector<std::pair<std::int64_t, std::int64_t>> commands; ///< first, count
+    std::set<std::int64_t> bad;
+    std::int64_t most = 1000;
+
+    bool operator()(std::int64_t first, std::int64_t count, std::byte* out) {
+        commands.emplace_back(first, count);
+        if (count > most)
+            return false;
+        for (std::int64_t i = 0; i < count; ++i) {
+            if (bad.contains(first + i))
+                return false;
+            out[i * bytesPerSector] = static_cast<std::byte>(first + i);
+        }
+        return true;
+    }
+};
+
+class SectorCommandsTest : public testing::Test {
+  protected:
+    FakeDrive drive;
+    SectorCommands commands{[this](std::int64_t first, std::int64_t count, std::byte* out) {
+        return drive(first, count, out);
+    }};
+    std::vector<std::byte> buffer{std::size_t{100} * bytesPerSector};
+
+    void SetUp() override { commands.setBounds(0, 200); }
+
+    /// The numbers that stand in the first `count` sectors of the buffer.
+    std::vector<int> numbers(std::int64_t count) const {
+        std::vector<int> found;
+        for (std::int64_t i = 0; i < count; ++i)
+            found.push_back(static_cast<int>(buffer[static_cast<std::size_t>(i) * bytesPerSector]));
+        return found;
+    }
+};
+
+TEST_F(SectorCommandsTest, TakesTwentyFiveSectorsInOneCommandAtTheMost) {
+    EXPECT_EQ(commands.read(10, 60, buffer.data()), 60);
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(10, 25), Pair(35, 25), Pair(60, 10)));
+    EXPECT_EQ(numbers(60).front(), 10);
+    EXPECT_EQ(numbers(60).back(), 69);
+}
+
+TEST_F(SectorCommandsTest, FallsBackToEightAndStaysThere) {
+    drive.most = 8;
+    EXPECT_EQ(commands.read(0, 20, buffer.data()), 20);
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 20), Pair(0, 8), Pair(8, 8), Pair(16, 4)));
+    drive.commands.clear();
+    EXPECT_EQ(commands.read(20, 9, buffer.data()), 9);
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(20, 8), Pair(28, 1)));
+}
+
+TEST_F(SectorCommandsTest, DeliversAllThatStandsBeforeABadSector) {
+    drive.bad = {12};
+    EXPECT_EQ(commands.read(0, 30, buffer.data()), 12);
+    EXPECT_EQ(numbers(12).back(), 11);
+    // Only the bad place is read singly.
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 25), Pair(0, 8), Pair(8, 8), Pair(8, 1),
+                                            Pair(9, 1), Pair(10, 1), Pair(11, 1), Pair(12, 1)));
+}
+
+TEST_F(SectorCommandsTest, NeverLeavesTheBounds) {
+    commands.setBounds(50, 60);
+    EXPECT_EQ(commands.read(55, 50, buffer.data()), 5);
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(55, 5)));
+    drive.commands.clear();
+    EXPECT_EQ(commands.read(60, 1, buffer.data()), 0);
+    EXPECT_EQ(commands.read(70, 10, buffer.data()), 0);
+    EXPECT_EQ(commands.read(49, 10, buffer.data()), 0);
+    EXPECT_THAT(drive.commands, IsEmpty());
+}
+
+TEST_F(SectorCommandsTest, GivesNoCommandAfterItsTime) {
+    int left = 2;
+    commands.setMayGoOn([&left] { return left-- > 0; });
+    EXPECT_EQ(commands.read(0, 100, buffer.data()), 50);
+    EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 25), Pair(25, 25)));
+}
+
+} // namespace
+} // namespace sonarith::disc

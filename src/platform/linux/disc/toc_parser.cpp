@@ -1,0 +1,396 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/toc_parser.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/disc/sheet_text.h"
+#include "platform/linux/disc/toc_tokens.h"
+#include "platform/linux/disc/toc_track.h"
+
+namespace sonarith::disc {
+
+namespace {
+
+struct TrackMode {
+    std::string_view name;
+    TrackKind kind;
+    int sectorBytes;
+};
+
+constexpr std::array<TrackMode, 8> trackModes = {{{"AUDIO", TrackKind::audio, bytesPerSector},
+                                                  {"MODE1", TrackKind::data, 2048},
+                                                  {"MODE1_RAW", TrackKind::data, bytesPerSector},
+                                                  {"MODE2", TrackKind::data, 2336},
+                                                  {"MODE2_FORM1", TrackKind::data, 2048},
+                                                  {"MODE2_FORM2", TrackKind::data, 2324},
+                                                  {"MODE2_FORM_MIX", TrackKind::data, 2336},
+                                                  {"MODE2_RAW", TrackKind::data, bytesPerSector}}};
+
+constexpr int bytesPerFrame = 4; // two channels of 16 bits
+// The longest content that any disc has room for; it keeps all sums far from overflow.
+constexpr std::int64_t maxFrames = maxDiscSectors * framesPerSector;
+// No file system here holds larger files (8 EiB), and offsets of such files add up without
+// overflow.
+constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
+
+const TrackMode* modeNamed(std::string_view name) {
+    const auto found =
+        std::find_if(trackModes.begin(), trackModes.end(),
+                     [&](const TrackMode& mode) { return sameWord(mode.name, name); });
+    return found == trackModes.end() ? nullptr : &*found;
+}
+
+bool startsNumber(const TocToken& token) {
+    return token.kind == TocTokenKind::word && token.text.front() >= '0' &&
+           token.text.front() <= '9';
+}
+
+bool isMsf(const TocToken& token) {
+    return startsNumber(token) && token.text.find(':') != std::string_view::npos;
+}
+
+class TocParser {
+  public:
+    TocParser(std::string_view sheet, const std::vector<TocToken>& tokens)
+        : sheet_(sheet), next_(tokens.data()) {}
+
+    Result<ImageLayout> parse();
+
+  private:
+    Status readStatement(const TocToken& word);
+    Status readTrack();
+    Status readTrackStatement(const TocToken& word);
+    Status readSoundFile();
+    Status readDataFile();
+    Status readSilence();
+    Status readStart();
+    Status readPregap();
+    Status readIndex();
+    Status readFlag(const TocToken& word);
+    Status skipBlock();
+    Status closeTrack();
+    Result<std::int64_t> readLength();
+    Result<std::int64_t> readFileOffset();
+    Status addFile(const TocToken& name, ImageFormat format, Segment segment);
+
+    /// The next token; the one that closes the text is never passed.
+    const TocToken& take() {
+        line_ = next_->line;
+        return next_->kind == TocTokenKind::end ? *next_ : *next_++;
+    }
+    /// Takes the next token if it is that word.
+    bool takeIf(std::string_view word) {
+        const bool same = next_->kind == TocTokenKind::word && sameWord(next_->text, word);
+        if (same) {
+            take();
+        }
+        return same;
+    }
+    [[nodiscard]] Error fail(std::string_view cause) const {
+        return sheetError(sheet_, line_, cause);
+    }
+    [[nodiscard]] Status outcome(const TocTrackCheck& check) const {
+        return check ? sheetError(sheet_, check->line, check->cause) : Status();
+    }
+
+    std::string sheet_;
+    const TocToken* next_;
+    int line_ = 1;
+    std::vector<LayoutFile> files_;
+    std::vector<SheetTrack> closed_;
+    std::optional<TocTrack> track_; ///< the one that statements belong to
+};
+
+Result<ImageLayout> TocParser::parse() {
+    while (next_->kind != TocTokenKind::end) {
+        const TocToken& token = take();
+        if (token.kind != TocTokenKind::word) {
+            return fail(shown(token.text) + " stands where a keyword is due");
+        }
+        if (const Status status = readStatement(token); !status.ok()) {
+            return status.error();
+        }
+    }
+    if (!track_) {
+        return fail("the TOC has no TRACK");
+    }
+    if (const Status status = closeTrack(); !status.ok()) {
+        return status.error();
+    }
+    ImageLayout layout{std::move(files_), joinPauses(std::move(closed_))};
+    for (const LayoutTrack& entry : layout.tracks) {
+        if (statedFrames(entry.segments) == 0) {
+            return sheetError(sheet_, entry.line, "the track has no length");
+        }
+    }
+    return layout;
+}
+
+Status TocParser::readStatement(const TocToken& word) {
+    if (sameWord(word.text, "TRACK")) {
+        return readTrack();
+    }
+    if (sameWord(word.text, "CD_TEXT")) {
+        return skipBlock();
+    }
+    if (track_) {
+        return readTrackStatement(word);
+    }
+    for (const std::string_view type : {"CD_DA", "CD_ROM", "CD_ROM_XA", "CD_I"}) {
+        if (sameWord(word.text, type)) {
+            return {};
+        }
+    }
+    if (sameWord(word.text, "CATALOG")) {
+        return readFlag(word);
+    }
+    return fail("the word " + shown(word.text) + " is not known before the first TRACK of a TOC");
+}
+
+Status TocParser::readTrack() {
+    if (const Status status = closeTrack(); !status.ok()) {
+        return status;
+    }
+    if (closed_.size() == static_cast<std::size_t>(maxTracks)) {
+        return fail("this is track 100; a disc has at most 99");
+    }
+    const int line = line_;
+    const TocToken& name = take();
+    const TrackMode* mode = name.kind == TocTokenKind::word ? modeNamed(name.text) : nullptr;
+    if (mode == nullptr) {
+        return fail("the track's mode " + shown(name.text) + " is not known");
+    }
+    if (takeIf("RW") || takeIf("RW_RAW")) {
+        return fail("files that hold subchannel data beside the sectors cannot be read");
+    }
+    track_.emplace(mode->kind, mode->sectorBytes, line);
+    return {};
+}
+
+Status TocParser::readTrackStatement(const TocToken& word) {
+    using Reader = Status (TocParser::*)();
+    static constexpr std::pair<std::string_view, Reader> readers[] = {
+        {"FILE", &TocParser::readSoundFile},    {"AUDIOFILE", &TocParser::readSoundFile},
+        {"DATAFILE", &TocParser::readDataFile}, {"SILENCE", &TocParser::readSilence},
+        {"ZERO", &TocParser::readSilence},      {"START", &TocParser::readStart},
+        {"PREGAP", &TocParser::readPregap},     {"INDEX", &TocParser::readIndex}};
+    for (const auto& [name, reader] : readers) {
+        if (sameWord(word.text, name)) {
+            return (this->*reader)();
+        }
+    }
+    return readFlag(word);
+}
+
+/// What is said of a disc or track without changing its sound.
+Status TocParser::readFlag(const TocToken& word) {
+    for (const std::string_view code : {"ISRC", "CATALOG"}) {
+        if (sameWord(word.text, code)) {
+            return take().kind == TocTokenKind::string
+                       ? Status()
+                       : Status(fail(std::string(code) + " needs a text in quotation marks"));
+        }
+    }
+    const bool negated = sameWord(word.text, "NO");
+    const TocToken& flag = negated ? take() : word;
+    for (const std::string_view known : {"COPY", "PRE_EMPHASIS"}) {
+        if (sameWord(flag.text, known)) {
+            return {};
+        }
+    }
+    for (const std::string_view known : {"TWO_CHANNEL_AUDIO", "FOUR_CHANNEL_AUDIO"}) {
+        if (!negated && sameWord(flag.text, known)) {
+            return {};
+        }
+    }
+    return fail("the word " + shown(flag.text) + " is not known in a TOC");
+}
+
+Status TocParser::skipBlock() {
+    const int line = line_;
+    if (take().kind != TocTokenKind::openBrace) {
+        return fail("a block in braces is due");
+    }
+    for (int depth = 1; depth > 0;) {
+        const TocToken& token = take();
+        if (token.kind == TocTokenKind::end) {
+            return sheetError(sheet_, line, "the block that begins here has no closing brace");
+        }
+        depth += token.kind == TocTokenKind::openBrace    ? 1
+                 : token.kind == TocTokenKind::closeBrace ? -1
+                                                          : 0;
+    }
+    return {};
+}
+
+/// A length on the time line in frames: mm:ss:ff, or samples of sound, or bytes of data.
+Result<std::int64_t> TocParser::readLength() {
+    const TocToken& token = take();
+    if (!startsNumber(token)) {
+        return fail(shown(token.text) + " stands where a length is due");
+    }
+    if (isMsf(token)) {
+        const auto sectors = parseMsf(token.text);
+        return sectors.ok() ? Result<std::int64_t>(sectors.value() * framesPerSector)
+                            : fail(sectors.error().text);
+    }
+    const bool sound = track_->kind() == TrackKind::audio;
+    const auto count =
+        parseNumber(token.text, sound ? maxFrames : maxDiscSectors * track_->sectorBytes());
+    if (!count.ok()) {
+        return fail(count.error().text);
+    }
+    return sound ? count.value()
+                 : (count.value() + track_->sectorBytes() - 1) / track_->sectorBytes() *
+                       framesPerSector;
+}
+
+/// "#" and a number of bytes at the head of a file that do not belong to it; may be missing.
+Result<std::int64_t> TocParser::readFileOffset() {
+    if (next_->kind != TocTokenKind::word || !next_->text.starts_with('#')) {
+        return 0;
+    }
+    const auto bytes = parseNumber(take().text.substr(1), maxFileOffset);
+    return bytes.ok() ? bytes : fail(bytes.error().text);
+}
+
+Status TocParser::addFile(const TocToken& name, ImageFormat format, Segment segment) {
+    const auto index = fileIndex(files_, {unescaped(name.text), format, name.line});
+    if (!index.ok()) {
+        return sheetError(sheet_, name.line, index.error().text);
+    }
+    segment.file = index.value();
+    track_->add(segment);
+    return {};
+}
+
+Status TocParser::readSoundFile() {
+    if (track_->kind() != TrackKind::audio) {
+        return fail("a file of sound stands in a data track");
+    }
+    const TocToken& name = take();
+    if (name.kind != TocTokenKind::string) {
+        return fail("the file needs a name in quotation marks");
+    }
+    const bool swapped = takeIf("SWAP");
+    const auto offset = readFileOffset();
+    if (!offset.ok()) {
+        return offset.error();
+    }
+    const auto start = readLength();
+    if (!start.ok()) {
+        return start.error();
+    }
+    Result<std::int64_t> length = toFileEnd;
+    if (startsNumber(*next_)) {
+        length = readLength();
+        if (!length.ok()) {
+            return length.error();
+        }
+    }
+    // The last four bytes of the name tell; the text may be shorter than that.
+    const auto ending =
+        name.text.substr(name.text.size() - std::min<std::size_t>(name.text.size(), 4));
+    const bool wave = sameWord(ending, ".wav");
+    if (wave && (swapped || offset.value() > 0)) {
+        return fail("a WAVE file knows its own byte order and where its sound begins");
+    }
+    const ImageFormat format = wave      ? ImageFormat::wave
+                               : swapped ? ImageFormat::littleEndian
+                                         : ImageFormat::bigEndian;
+    return addFile(name, format,
+                   {.kind = SegmentKind::sound,
+                    .offset = offset.value() + start.value() * bytesPerFrame,
+                    .frames = length.value(),
+                    .roundedTo = 1});
+}
+
+Status TocParser::readDataFile() {
+    if (track_->kind() != TrackKind::data) {
+        return fail("a file of data stands in an audio track");
+    }
+    const TocToken& name = take();
+    if (name.kind != TocTokenKind::string) {
+        return fail("the file needs a name in quotation marks");
+    }
+    const auto offset = readFileOffset();
+    if (!offset.ok()) {
+        return offset.error();
+    }
+    Result<std::int64_t> length = toFileEnd;
+    if (startsNumber(*next_)) {
+        length = readLength();
+        if (!length.ok()) {
+            return length.error();
+        }
+    }
+    // The order of bytes means nothing to data, which is not played.
+    return addFile(name, ImageFormat::bigEndian,
+                   {.kind = SegmentKind::data, .offset = offset.value(), .frames = length.value()});
+}
+
+Status TocParser::readSilence() {
+    // ZERO may name the kind of its sectors; all are silent here.
+    if (next_->kind == TocTokenKind::word && modeNamed(next_->text) != nullptr) {
+        take();
+        if (!takeIf("RW")) {
+            takeIf("RW_RAW");
+        }
+    }
+    const auto frames = readLength();
+    if (!frames.ok()) {
+        return frames.error();
+    }
+    track_->add({.frames = frames.value()});
+    return {};
+}
+
+Status TocParser::readStart() {
+    const int line = line_;
+    if (!isMsf(*next_)) {
+        return outcome(track_->startHere(line));
+    }
+    const auto sectors = parseMsf(take().text);
+    return sectors.ok() ? outcome(track_->startAt(sectors.value(), line))
+                        : fail(sectors.error().text);
+}
+
+Status TocParser::readPregap() {
+    const auto sectors = parseMsf(take().text);
+    return sectors.ok() ? outcome(track_->pregap(sectors.value(), line_))
+                        : fail(sectors.error().text);
+}
+
+Status TocParser::readIndex() {
+    const auto sectors = parseMsf(take().text);
+    return sectors.ok() ? outcome(track_->index(sectors.value(), line_))
+                        : fail(sectors.error().text);
+}
+
+Status TocParser::closeTrack() {
+    if (!track_) {
+        return {};
+    }
+    if (const Status status = outcome(track_->close()); !status.ok()) {
+        return status;
+    }
+    closed_.push_back(track_->content());
+    return {};
+}
+
+} // namespace
+
+Result<ImageLayout> parseToc(std::string_view sheet, std::string_view text) {
+    const auto tokens = tocTokens(sheet, text);
+    if (!tokens.ok()) {
+        return tokens.error();
+    }
+    return TocParser(sheet, tokens.value()).parse();
+}
+
+} // namespace sonarith::disc

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Cuts the text of a cdrdao TOC into words, strings and braces. It knows no grammar.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/result.h"
+
+namespace sonarith::disc {
+
+enum class TocTokenKind { word, string, openBrace, closeBrace, end };
+
+struct TocToken {
+    TocTokenKind kind = TocTokenKind::end;
+    std::string_view
+        text; ///< of a string: what stands between its quotation marks, escapes and all
+    int line = 0;
+};
+
+/// The tokens of `text` (which must outlive them), closed by one of kind `end`. Comments begin with
+/// two slashes and end with their line. Errors: those of linesOf; a string without its end.
+[[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
+                                                      std::string_view text);
+
+/// The text that a string token means: \" and \\ and \ooo (a byte in three octal digits).
+[[nodiscard]] std::string unescaped(std::string_view text);
+
+} // namespace sonarith::disc

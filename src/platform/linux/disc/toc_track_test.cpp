@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/disc/toc_track.h"
+
+#include <gmock/gmock.h>
+
+namespace sonarith::disc {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+Segment silence(std::int64_t frames) {
+    return {.frames = frames};
+}
+Segment sound(std::int64_t offset, std::int64_t frames) {
+    return {.kind = SegmentKind::sound, .offset = offset, .frames = frames};
+}
+
+TocTrack audio() {
+    return {TrackKind::audio, bytesPerSector, 5};
+}
+
+TEST(TocTrack, ATimeOfStartPartsTheContentToTheFrame) {
+    TocTrack track = audio();
+    track.add(silence(100));
+    track.add(sound(40, 1000));
+    ASSERT_FALSE(track.startAt(1, 6));
+    ASSERT_FALSE(track.close());
+    EXPECT_THAT(track.content().pause, ElementsAre(silence(100), sound(40, 488)));
+    EXPECT_THAT(track.content().body, ElementsAre(sound(40 + 488 * 4, 512)));
+}
+
+TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
+    TocTrack track = audio();
+    track.add(sound(0, toFileEnd));
+    ASSERT_FALSE(track.startAt(2, 6));
+    ASSERT_FALSE(track.close());
+    EXPECT_THAT(track.content().pause, ElementsAre(sound(0, 1176)));
+    EXPECT_THAT(track.content().body, ElementsAre(sound(4704, toFileEnd)));
+}
+
+TEST(TocTrack, AStartBetweenSegmentsPartsNone) {
+    TocTrack track = audio();
+    track.add(silence(588));
+    ASSERT_FALSE(track.startHere(6));
+    track.add(silence(1));
+    ASSERT_FALSE(track.close());
+    EXPECT_THAT(track.content().pause, ElementsAre(silence(588)));
+    EXPECT_THAT(track.content().body, ElementsAre(silence(1)));
+}
+
+TEST(TocTrack, RefusesWhatMakesNoSense) {
+    TocTrack track = audio();
+    EXPECT_FALSE(track.pregap(150, 6));
+    EXPECT_EQ(track.startHere(7)->line, 7);
+    EXPECT_EQ(track.close()->line, 5) << "it has no content";
+    track.add(silence(588 * 10));
+    EXPECT_FALSE(track.index(5, 8));
+    EXPECT_THAT(track.index(5, 9)->cause, HasSubstr("out of order"));
+    EXPECT_FALSE(track.close());
+    EXPECT_FALSE(track.index(10, 10));
+    EXPECT_THAT(track.close()->cause, HasSubstr("INDEX 00:00:10 lies beyond"));
+}
+
+TEST(TocTrack, RefusesAStartBeyondItsEnd) {
+    TocTrack track = audio();
+    track.add(silence(588));
+    ASSERT_FALSE(track.startAt(2, 6));
+    EXPECT_THAT(track.close()->cause, HasSubstr("START 00:00:02 lies beyond"));
+}
+
+} // namespace
+} // namespace sonarith::disc

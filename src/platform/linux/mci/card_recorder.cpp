@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/card_recorder.h"
+
+#include <utility>
+
+namespace sonarith::mci {
+
+CardRecorder::CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
+                           std::shared_ptr<RecordingInput> input)
+    : card_(card), now_(std::move(now)), folders_(std::move(folders)), input_(std::move(input)) {}
+
+CardRecorder::~CardRecorder() {
+    stop();
+}
+
+Status CardRecorder::start(int channels) {
+    if (recording()) {
+        return {};
+    }
+    if (input_->user) {
+        return {ErrorNumber::deviceUnavailable, "another recording is under way"};
+    }
+    if (finished_) {
+        return {ErrorNumber::invalidProcedureCall, "the recording has been saved"};
+    }
+    if (!file_) {
+        auto made = sound::RecordingFile::create(
+            channels == 1 ? sound::Channels::mono : sound::Channels::stereo, folders_());
+        if (!made.ok()) {
+            return made.error();
+        }
+        file_ = std::move(made.value());
+    }
+    // Only what is due from this moment on is heard: the card plays what was due before by itself.
+    card_.startRecording(file_, now_());
+    input_->user = this;
+    return {};
+}
+
+void CardRecorder::stop() {
+    if (recording()) {
+        card_.stopRecording(now_());
+        input_->user = nullptr;
+    }
+}
+
+std::int64_t CardRecorder::bytes() {
+    if (recording()) {
+        card_.advance(now_());
+    }
+    return file_ ? file_->bytes() : 0;
+}
+
+Status CardRecorder::save(const std::filesystem::path& path) {
+    if (!file_) {
+        return {ErrorNumber::invalidProcedureCall, "nothing has been recorded"};
+    }
+    stop();
+    finished_ = true;
+    return file_->save(path);
+}
+
+} // namespace sonarith::mci

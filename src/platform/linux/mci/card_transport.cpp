@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/card_transport.h"
+
+#include <utility>
+
+namespace sonarith::mci {
+
+CardTransport::CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now)
+    : card_(card),
+      now_(std::move(now)),
+      player_(std::make_shared<disc::DiscPlayer>(std::move(disc))) {}
+
+CardTransport::~CardTransport() {
+    detach();
+}
+
+void CardTransport::play(std::int64_t sector, std::int64_t endSector) {
+    detach();
+    player_->play(sector, endSector);
+    attach();
+}
+
+void CardTransport::pause() {
+    detach();
+    player_->pause();
+}
+
+void CardTransport::resume() {
+    player_->resume();
+    attach();
+}
+
+void CardTransport::stop() {
+    detach();
+    player_->stop();
+}
+
+void CardTransport::seek(std::int64_t sector) {
+    detach();
+    player_->seek(sector);
+}
+
+disc::PlayerMode CardTransport::mode() {
+    settle();
+    return player_->mode();
+}
+
+std::int64_t CardTransport::positionInFrames() {
+    settle();
+    return player_->positionInFrames();
+}
+
+bool CardTransport::gone() {
+    return player_->gone();
+}
+
+void CardTransport::settle() {
+    if (attached_) {
+        card_.advance(now_());
+    }
+}
+
+void CardTransport::attach() {
+    attached_ = true;
+    card_.attach(sound::Line::compactDisc, player_, now_());
+}
+
+// What is due is played first, so that the place where the disc stops is that of this moment.
+void CardTransport::detach() {
+    settle();
+    if (attached_) {
+        card_.detach(sound::Line::compactDisc);
+        attached_ = false;
+    }
+}
+
+} // namespace sonarith::mci

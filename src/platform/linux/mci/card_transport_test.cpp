@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/card_transport.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "support/fake_disc.h"
+
+namespace sonarith::mci {
+namespace {
+
+using namespace std::chrono_literals;
+using disc::PlayerMode;
+using fakes::FakeDisc;
+
+constexpr std::int64_t frames = disc::framesPerSector;
+
+/// Keeps what the card's recorder hears.
+class Heard : public sound::RecordingSink {
+  public:
+    void record(std::span<const sound::StereoFrame> block) override {
+        sound.insert(sound.end(), block.begin(), block.end());
+    }
+    std::vector<sound::StereoFrame> sound;
+};
+
+/// A card on a clock that stands still until it is moved.
+class Bench {
+  public:
+    /// Lets time pass until the transport has come to `frame`. The player's reader is a thread of
+    /// its own, and while it has nothing ready the card waits for it: so the clock is moved on, in
+    /// steps, until the sound has arrived.
+    void playUntil(CardTransport& transport, std::int64_t frame) {
+        while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {
+            time_ += 1ms;
+            std::this_thread::yield();
+        }
+    }
+    void pass(sound::SoundCard::Time time) { time_ += time; }
+
+    sound::SoundCard card;
+    Clock now = [this] {
+        return time_;
+    };
+
+  private:
+    sound::SoundCard::Time time_ = 5s;
+};
+
+TEST(ATransport, PlaysTheDiscIntoTheCardsDiscLine) {
+    Bench bench;
+    auto heard = std::make_shared<Heard>();
+    const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({40, 60}));
+    CardTransport transport(disc, bench.card, bench.now);
+    EXPECT_FALSE(bench.card.active());
+    bench.card.startRecording(heard, bench.now());
+    transport.play(40, 100);
+    EXPECT_EQ(transport.mode(), PlayerMode::playing);
+    EXPECT_EQ(transport.positionInFrames(), 40 * frames);
+    bench.playUntil(transport, 100 * frames);
+    EXPECT_EQ(transport.positionInFrames(), 100 * frames);
+    EXPECT_EQ(transport.mode(), PlayerMode::stopped);
+    ASSERT_GE(heard->sound.size(), 60U * frames);
+    for (std::int64_t i = 0; i < 60 * frames; ++i) {
+        ASSERT_EQ(heard->sound[static_cast<std::size_t>(i)], FakeDisc::frameAt(40 * frames + i));
+    }
+    EXPECT_EQ(disc->wrongReads(), 0);
+}
+
+TEST(ATransport, LetsTheCardRestWhenItDoesNotPlay) {
+    Bench bench;
+    CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
+                            bench.now);
+    transport.play(0, 1000);
+    EXPECT_TRUE(bench.card.active());
+    transport.pause();
+    EXPECT_FALSE(bench.card.active());
+    transport.resume();
+    EXPECT_TRUE(bench.card.active());
+    transport.stop();
+    EXPECT_FALSE(bench.card.active());
+    transport.play(3, 5);
+    transport.seek(7);
+    EXPECT_FALSE(bench.card.active());
+    EXPECT_EQ(transport.positionInFrames(), 7 * frames);
+    transport.play(10, 12);
+    bench.playUntil(transport, 12 * frames);
+    EXPECT_FALSE(bench.card.active());
+}
+
+TEST(APausedTransport, LosesAndRepeatsNoSample) {
+    Bench bench;
+    auto heard = std::make_shared<Heard>();
+    CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
+                            bench.now);
+    transport.play(0, 1000);
+    bench.card.startRecording(heard, bench.now());
+    bench.playUntil(transport, 1234);
+    transport.pause();
+    bench.card.stopRecording(bench.now());
+    const std::int64_t place = transport.positionInFrames();
+    EXPECT_EQ(place, static_cast<std::int64_t>(heard->sound.size()));
+    bench.pass(1h);
+    EXPECT_EQ(transport.positionInFrames(), place);
+    EXPECT_EQ(transport.mode(), PlayerMode::paused);
+    transport.resume();
+    bench.card.startRecording(heard, bench.now());
+    bench.playUntil(transport, place + 5000);
+    transport.stop();
+    bench.card.stopRecording(bench.now());
+    EXPECT_GE(heard->sound.size(), static_cast<std::size_t>(place) + 5000);
+    for (std::size_t i = 0; i < heard->sound.size(); ++i) {
+        ASSERT_EQ(heard->sound[i], FakeDisc::frameAt(static_cast<std::int64_t>(i))) << i;
+    }
+}
+
+TEST(ATransport, StopsAtTheVeryMomentThatItIsToldTo) {
+    Bench bench;
+    CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
+                            bench.now);
+    transport.play(0, 1000);
+    bench.playUntil(transport, 1); // whole sectors are ready from here on, so 10 ms surely are
+    const std::int64_t place = transport.positionInFrames();
+    bench.pass(10ms);
+    transport.stop();
+    EXPECT_EQ(transport.positionInFrames(), place + 441);
+}
+
+TEST(ATransport, StopsMovingWhenItsDiscVanishes) {
+    Bench bench;
+    const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({100'000}));
+    CardTransport transport(disc, bench.card, bench.now);
+    transport.play(0, 100'000);
+    bench.playUntil(transport, 1);
+    disc->vanish();
+    std::int64_t place = -1;
+    while (!transport.gone() || place != transport.positionInFrames()) {
+        place = transport.positionInFrames();
+        bench.pass(100ms);
+        std::this_thread::yield();
+    }
+    bench.pass(1h);
+    EXPECT_EQ(transport.positionInFrames(), place);
+    transport.stop();
+    EXPECT_EQ(transport.positionInFrames(), place);
+}
+
+TEST(ATransportThatEnds, TakesItsDiscOffTheLine) {
+    Bench bench;
+    {
+        CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
+                                bench.now);
+        transport.play(0, 1000);
+        EXPECT_TRUE(bench.card.active());
+    }
+    EXPECT_FALSE(bench.card.active());
+    bench.card.advance(bench.now() + 1s);
+}
+
+} // namespace
+} // namespace sonarith::mci

@@ -1,0 +1,337 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/cd_device.h"
+
+#include <utility>
+
+namespace sonarith::mci {
+namespace {
+
+using disc::PlayerMode;
+
+/// How often a disc that is there but cannot be read is tried before it counts as none until it is
+/// taken out. A drive may need a second try while it spins up; each may block for as long as the
+/// drive takes, and the player asks once a second.
+constexpr int maxLoadTries = 3;
+
+std::string truth(bool value) {
+    return value ? "true" : "false";
+}
+
+} // namespace
+
+CdDevice::CdDevice(std::shared_ptr<disc::Drive> drive, const Devices& devices)
+    : drive_(std::move(drive)), makeTransport_(devices.transport) {
+    load();
+}
+
+Reply CdDevice::run(const Command& command) {
+    switch (command.verb) {
+    case Verb::info:
+        return info(command);
+    case Verb::status:
+        return status(command);
+    case Verb::set:
+        return set(command);
+    case Verb::play:
+        return play(command);
+    case Verb::seek:
+        return seek(command);
+    case Verb::pause:
+    case Verb::resume:
+    case Verb::stop:
+        break;
+    default:
+        return MciError::unsupportedFunction;
+    }
+    if (const auto arguments = parseArguments(command.words, {}); !arguments.ok()) {
+        return arguments.error;
+    }
+    if (command.verb == Verb::resume) {
+        return resume();
+    }
+    // Pausing or stopping what does not play is no failure: it is as quiet as was asked for.
+    if (transport_ && command.verb == Verb::stop) {
+        transport_->stop();
+    } else if (transport_ && transport_->mode() == PlayerMode::playing) {
+        transport_->pause();
+    }
+    return done();
+}
+
+Reply CdDevice::info(const Command& command) {
+    static constexpr Keyword keywords[] = {{"identity"}};
+    const auto arguments = parseArguments(command.words, keywords);
+    if (!arguments.ok()) {
+        return arguments.error;
+    }
+    if (arguments.value.empty()) {
+        return MciError::missingParameter;
+    }
+    const disc::Disc* disc = loadedDisc();
+    return disc ? Reply(disc::identityOf(disc->table())) : MciError::deviceNotReady;
+}
+
+Reply CdDevice::set(const Command& command) {
+    static constexpr Keyword keywords[] = {{"time format", Takes::value}, {"door", Takes::value}};
+    const auto arguments = parseArguments(command.words, keywords);
+    if (!arguments.ok()) {
+        return arguments.error;
+    }
+    const std::string* format = arguments.value.value("time format");
+    const std::string* door = arguments.value.value("door");
+    if (!format && !door) {
+        return MciError::missingParameter;
+    }
+    if (format && !timeFormatNamed(*format)) {
+        return MciError::badTimeFormat;
+    }
+    const std::string doorState = door ? lowerCase(*door) : std::string();
+    if (door && doorState != "open" && doorState != "closed") {
+        return MciError::badConstant;
+    }
+    if (format) {
+        format_ = *timeFormatNamed(*format);
+    }
+    if (doorState == "open") {
+        release();
+        drive_->openTray();
+        doorOpened_ = true;
+    } else if (doorState == "closed") {
+        drive_->closeTray();
+        doorOpened_ = false;
+    }
+    return done();
+}
+
+Reply CdDevice::status(const Command& command) {
+    static constexpr Keyword keywords[] = {{"number of tracks"},   {"length"}, {"position"},
+                                           {"current track"},      {"type"},   {"mode"},
+                                           {"media present"},      {"ready"},  {"time format"},
+                                           {"track", Takes::value}};
+    const auto arguments = parseArguments(command.words, keywords);
+    if (!arguments.ok()) {
+        return arguments.error;
+    }
+    std::string_view item;
+    for (const Keyword& keyword : keywords) {
+        if (keyword.takes == Takes::value || !arguments.value.has(keyword.text)) {
+            continue;
+        }
+        if (!item.empty()) {
+            return MciError::flagsNotCompatible;
+        }
+        item = keyword.text;
+    }
+    if (item.empty()) {
+        return MciError::missingParameter;
+    }
+    if (const std::string* track = arguments.value.value("track")) {
+        return trackStatus(item, *track);
+    }
+    return deviceStatus(item);
+}
+
+Reply CdDevice::deviceStatus(std::string_view item) {
+    if (item == "type") {
+        return MciError::missingParameter; // the type is that of a track, and none is named
+    }
+    if (item == "time format") {
+        return std::string(nameOf(format_));
+    }
+    if (item == "media present") {
+        return truth(mediaPresent());
+    }
+    const disc::Disc* disc = loadedDisc();
+    if (item == "mode") {
+        return std::string(mode());
+    }
+    if (item == "ready") {
+        return truth(disc != nullptr);
+    }
+    return disc ? discStatus(item, disc->table()) : MciError::deviceNotReady;
+}
+
+Reply CdDevice::discStatus(std::string_view item, const disc::Table& table) {
+    if (item == "number of tracks") {
+        return std::to_string(table.tracks.size());
+    }
+    if (item == "length") {
+        return lengthText(0, table.sectors(), format_);
+    }
+    if (item == "current track") {
+        return std::to_string(table.trackAt(currentSector()));
+    }
+    return positionText(table, currentSector(), format_);
+}
+
+Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
+    if (item != "length" && item != "position" && item != "type") {
+        return MciError::flagsNotCompatible;
+    }
+    const Outcome<int> track = parseInteger(number);
+    if (!track.ok()) {
+        return track.error;
+    }
+    const disc::Disc* disc = loadedDisc();
+    if (!disc) {
+        return MciError::deviceNotReady;
+    }
+    const disc::Table& table = disc->table();
+    if (track.value < 1 || static_cast<std::size_t>(track.value) > table.tracks.size()) {
+        return MciError::outOfRange;
+    }
+    if (item == "length") {
+        return lengthText(table.start(track.value), table.start(track.value + 1), format_);
+    }
+    if (item == "type") {
+        const auto index = static_cast<std::size_t>(track.value - 1);
+        return std::string(table.tracks[index].kind == disc::TrackKind::audio ? "audio" : "other");
+    }
+    // Said with the track's own number: a track without sectors starts where the next one does.
+    if (format_ == TimeFormat::tmsf) {
+        return (track.value < 10 ? "0" : "") + std::to_string(track.value) + ":00:00:00";
+    }
+    return positionText(table, table.start(track.value), format_);
+}
+
+Reply CdDevice::play(const Command& command) {
+    static constexpr Keyword keywords[] = {{"from", Takes::value}, {"to", Takes::value}};
+    const auto arguments = parseArguments(command.words, keywords);
+    if (!arguments.ok()) {
+        return arguments.error;
+    }
+    const disc::Disc* disc = loadedDisc();
+    if (!disc) {
+        return MciError::deviceNotReady;
+    }
+    const disc::Table& table = disc->table();
+    const std::string* from = arguments.value.value("from");
+    const std::string* to = arguments.value.value("to");
+    const Outcome<std::int64_t> first =
+        from ? parsePosition(table, *from, format_) : Outcome(currentSector());
+    const Outcome<std::int64_t> end =
+        to ? parsePosition(table, *to, format_) : Outcome(table.sectors());
+    if (!first.ok() || !end.ok()) {
+        return first.ok() ? end.error : first.error;
+    }
+    if (first.value > end.value) {
+        return MciError::outOfRange;
+    }
+    // What is under way to the same end goes on from its very sample, not from its sector's start.
+    if (!from && end.value == playEnd_ && transport().mode() != PlayerMode::stopped) {
+        return resume();
+    }
+    const auto track = static_cast<std::size_t>(table.trackAt(first.value) - 1);
+    if (table.tracks[track].kind == disc::TrackKind::data) {
+        return MciError::dataTrack;
+    }
+    transport().play(first.value, end.value);
+    playEnd_ = end.value;
+    return done();
+}
+
+Reply CdDevice::resume() {
+    const PlayerMode current = transport_ ? transport_->mode() : PlayerMode::stopped;
+    if (current == PlayerMode::stopped) {
+        return MciError::nonapplicableFunction;
+    }
+    if (current == PlayerMode::paused) {
+        transport_->resume();
+    }
+    return done();
+}
+
+Reply CdDevice::seek(const Command& command) {
+    static constexpr Keyword keywords[] = {{"to", Takes::value}};
+    const auto arguments = parseArguments(command.words, keywords);
+    if (!arguments.ok()) {
+        return arguments.error;
+    }
+    const std::string* to = arguments.value.value("to");
+    if (!to) {
+        return MciError::missingParameter;
+    }
+    const disc::Disc* disc = loadedDisc();
+    if (!disc) {
+        return MciError::deviceNotReady;
+    }
+    const std::string place = lowerCase(*to);
+    const Outcome<std::int64_t> sector = place == "start" ? Outcome<std::int64_t>(0)
+                                         : place == "end"
+                                             ? Outcome(disc->table().sectors())
+                                             : parsePosition(disc->table(), place, format_);
+    if (!sector.ok()) {
+        return sector.error;
+    }
+    transport().seek(sector.value);
+    return done();
+}
+
+disc::Disc* CdDevice::loadedDisc() {
+    if (disc_) {
+        return disc_.get();
+    }
+    if (!drive_->mediaPresent()) {
+        failedLoads_ = 0;
+    } else if (failedLoads_ < maxLoadTries) {
+        load();
+    }
+    return disc_.get();
+}
+
+void CdDevice::load() {
+    disc_ = drive_->load().disc;
+    if (disc_ && disc_->table().tracks.empty()) {
+        disc_.reset(); // nothing on it that a command could name
+    }
+    if (disc_) {
+        doorOpened_ = false;
+    } else {
+        ++failedLoads_;
+    }
+}
+
+void CdDevice::release() {
+    transport_.reset();
+    disc_.reset();
+    failedLoads_ = 0;
+}
+
+bool CdDevice::mediaPresent() {
+    // A disc that was changed between two questions shows in that the old one cannot be read.
+    if (!drive_->mediaPresent() || (transport_ && transport_->gone())) {
+        release();
+    }
+    return loadedDisc() != nullptr;
+}
+
+std::string_view CdDevice::mode() {
+    if (!disc_) {
+        return doorOpened_ ? "open" : "not ready";
+    }
+    switch (transport_ ? transport_->mode() : PlayerMode::stopped) {
+    case PlayerMode::playing:
+        return "playing";
+    case PlayerMode::paused:
+        return "paused";
+    case PlayerMode::stopped:
+        break;
+    }
+    return "stopped";
+}
+
+// Whole sectors only: within a sector the place reads as the sector's start, so nothing reads as
+// past an end that has not been reached.
+std::int64_t CdDevice::currentSector() {
+    return transport_ ? transport_->positionInFrames() / disc::framesPerSector : 0;
+}
+
+Transport& CdDevice::transport() {
+    if (!transport_) {
+        transport_ = makeTransport_(disc_);
+        playEnd_ = 0;
+    }
+    return *transport_;
+}
+
+} // namespace sonarith::mci

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The disc device while discs come, go and cannot be read; cd_device_test.cpp has the rest.
+#include "platform/linux/mci/cd_device.h"
+
+#include <gmock/gmock.h>
+
+#include "support/mci_session.h"
+
+namespace sonarith::mci {
+namespace {
+
+using disc::TrackKind;
+using fakes::audioTable;
+using fakes::fine;
+using fakes::MciSession;
+using fakes::refused;
+using fakes::said;
+
+constexpr std::int64_t frames = disc::framesPerSector;
+
+/// Three tracks of 3:05, 1:00 with 10 sectors, and 0:10.
+disc::Table threeTracks() {
+    return audioTable({185 * 75, 60 * 75 + 10, 10 * 75});
+}
+
+/// An enhanced disc: two audio tracks of 10 s, then data of 5 s.
+disc::Table enhanced() {
+    disc::Table table = audioTable({750, 750});
+    table.tracks.push_back({TrackKind::data, 375});
+    return table;
+}
+
+/// A session with alias "cd" open.
+class Opened : public MciSession {
+  public:
+    explicit Opened(const disc::Table& table = {}) : MciSession(table) {
+        EXPECT_EQ(send("open cdaudio alias cd"), fine());
+    }
+};
+
+TEST(AnEmptyDrive, OpensAndIsNotReady) {
+    Opened session;
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd ready"), said("false"));
+    EXPECT_EQ(session.send("status cd mode"), said("not ready"));
+    for (const char* command :
+         {"info cd identity", "status cd number of tracks", "status cd length",
+          "status cd length track 1", "status cd position", "status cd current track", "play cd",
+          "play cd from 1", "seek cd to 1", "seek cd to start"}) {
+        EXPECT_EQ(session.send(command), refused(MciError::deviceNotReady)) << command;
+    }
+    EXPECT_EQ(session.send("stop cd"), fine());
+    EXPECT_EQ(session.send("pause cd"), fine());
+    EXPECT_EQ(session.send("set cd time format tmsf wait"), fine());
+    EXPECT_EQ(session.send("status cd time format"), said("tmsf"));
+    EXPECT_EQ(session.send("close cd"), fine());
+}
+
+TEST(ADiscWithoutTracks, IsNone) {
+    MciSession session;
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(disc::Table{});
+    session.send("open cdaudio alias cd");
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd number of tracks"), refused(MciError::deviceNotReady));
+}
+
+TEST(ADiscPutInLater, IsFoundByAnOpenDevice) {
+    Opened session;
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
+    EXPECT_EQ(session.send("status cd mode"), said("stopped"));
+}
+
+TEST(ADiscTakenOut, IsMissedAndTheNextOneRead) {
+    Opened session(threeTracks());
+    session.send("play cd");
+    const auto taken = std::exchange(session.machine.drive->disc, nullptr);
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.machine.transport, nullptr);
+    EXPECT_EQ(session.send("status cd position"), refused(MciError::deviceNotReady));
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhanced());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("info cd identity"), said(disc::identityOf(enhanced())));
+    EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
+}
+
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilSomeoneAsksForIt) {
+    Opened session(threeTracks());
+    session.send("play cd");
+    session.machine.transport->advance(75 * frames);
+    session.machine.drive->disc = nullptr;
+    session.machine.transport->isGone = true;
+    EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
+    EXPECT_EQ(session.send("status cd mode"), said("playing"));
+    EXPECT_EQ(session.send("stop cd"), fine());
+    EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
+}
+
+TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
+    Opened session(threeTracks());
+    session.send("play cd");
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhanced());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
+    session.machine.transport->isGone = true;
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+}
+
+TEST(AnOpenAlias, KeepsItsDiscWhileAnotherDriveIsChosen) {
+    Opened session(threeTracks());
+    session.machine.drive =
+        std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhanced()));
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
+    session.send("close cd");
+    session.send("open cdaudio alias cd");
+    EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+}
+
+TEST(EachOpen, ReadsTheDriveAnew) {
+    Opened session(threeTracks());
+    EXPECT_EQ(session.machine.drive->loads, 1);
+    session.send("status cd number of tracks");
+    session.send("close cd");
+    session.send("open cdaudio alias cd");
+    EXPECT_EQ(session.machine.drive->loads, 2);
+}
+
+TEST(AnUnreadableDisc, IsTriedAFewTimesAndThenCountsAsNone) {
+    MciSession session(threeTracks());
+    session.machine.drive->unreadable = true;
+    session.send("open cdaudio alias cd");
+    for (int second = 0; second < 100; ++second) {
+        EXPECT_EQ(session.send("status cd media present"), said("false"));
+    }
+    EXPECT_EQ(session.machine.drive->loads, 3);
+    const auto taken = std::exchange(session.machine.drive->disc, nullptr);
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    session.machine.drive->disc = taken;
+    session.machine.drive->unreadable = false;
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+}
+
+TEST(AnUnreadableDisc, IsForgottenWhenAnyCommandFindsTheDriveEmpty) {
+    MciSession session(threeTracks());
+    session.machine.drive->unreadable = true;
+    session.send("open cdaudio alias cd");
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(session.send("status cd ready"), said("false"));
+    }
+    session.machine.drive->disc = nullptr;
+    EXPECT_EQ(session.send("status cd ready"), said("false"));
+    session.machine.drive->unreadable = false;
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
+    EXPECT_EQ(session.send("status cd ready"), said("true"));
+}
+
+TEST(TheDoor, OpensAndCloses) {
+    Opened session(threeTracks());
+    session.send("play cd");
+    EXPECT_EQ(session.send("set cd door open"), fine());
+    EXPECT_TRUE(session.machine.drive->trayOpen);
+    EXPECT_EQ(session.machine.transport, nullptr);
+    EXPECT_EQ(session.send("status cd mode"), said("open"));
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("play cd"), refused(MciError::deviceNotReady));
+    EXPECT_EQ(session.send("set cd door CLOSED wait"), fine());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd mode"), said("stopped"));
+    EXPECT_EQ(session.send("set cd door ajar"), refused(MciError::badConstant));
+    EXPECT_EQ(session.send("set cd door"), refused(MciError::missingParameter));
+}
+
+} // namespace
+} // namespace sonarith::mci

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A device that an alias stands for: it carries out every command but "open" and "close".
+#pragma once
+
+#include "platform/linux/mci/command_parser.h"
+#include "platform/linux/mci/mci_errors.h"
+
+namespace sonarith::mci {
+
+class Device {
+  public:
+    Device() = default;
+    virtual ~Device() = default;
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    /// Never waits for sound to be played or recorded. Errors: unsupportedFunction for a verb that
+    /// the device does not have; what the verb's words and the device's state say.
+    [[nodiscard]] virtual Reply run(const Command& command) = 0;
+};
+
+} // namespace sonarith::mci

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The devices of a real machine for the interpreter: discs that are heard through the software
+// sound card, and recordings of what it hears. Which drive and which folders is for others to say.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/linux/mci/card_recorder.h"
+#include "platform/linux/mci/card_transport.h"
+#include "platform/linux/mci/devices.h"
+
+namespace sonarith::mci {
+
+struct Machine {
+    sound::SoundCard& card;                              ///< outlives the interpreter
+    Clock now;                                           ///< the clock that moves the card
+    std::function<std::shared_ptr<disc::Drive>()> drive; ///< as Devices::drive
+    RecordingFolders recordingFolders;
+    std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path
+};
+
+[[nodiscard]] Devices devicesOf(Machine machine);
+
+} // namespace sonarith::mci

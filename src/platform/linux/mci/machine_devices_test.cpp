@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The commands of a capture, from the disc's samples to the saved file, through the real player,
+// sound card and recording; the clock alone is the test's.
+#include "platform/linux/mci/machine_devices.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "support/mci_session.h"
+#include "support/temp_folder.h"
+#include "support/wav_samples.h"
+
+namespace sonarith::mci {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+using fakes::ask;
+using fakes::FakeDisc;
+using fakes::fine;
+using fakes::refused;
+using fakes::said;
+
+constexpr std::int64_t frames = disc::framesPerSector;
+constexpr const char* stereo = "set capture samplespersec 44100 channels 2 bitspersample 16 "
+                               "alignment 4 bytespersec 176400";
+
+/// What two tracks of 2 s and 1 s and 7 sectors, and one of 5 s, lie in.
+disc::Table threeTracks() {
+    return fakes::audioTable({150, 82, 375});
+}
+
+class ACapture : public testing::Test {
+  protected:
+    fakes::Answer send(const std::string& command) { return ask(interpreter, command); }
+
+    /// Ticks as the monitor does, each a little late, until the disc has come to `milliseconds`.
+    void tickUntil(int milliseconds) {
+        while (std::stoi(send("status cd position").reply) < milliseconds) {
+            time += 103ms;
+            std::this_thread::yield(); // the reader's thread brings the sound; the card waits
+        }
+    }
+
+    /// A whole capture of what lies between two places, in the order of the monitor's commands.
+    void capture(const std::string& from, int endMilliseconds, const std::string& path) {
+        EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
+        EXPECT_EQ(send(stereo), fine());
+        EXPECT_EQ(send("open cdaudio alias cd"), fine());
+        EXPECT_EQ(send("set cd time format milliseconds"), fine());
+        EXPECT_EQ(send("record capture overwrite"), fine());
+        time += 2ms;
+        EXPECT_EQ(send("play cd" + from), fine());
+        tickUntil(endMilliseconds);
+        EXPECT_EQ(send("stop capture"), fine());
+        EXPECT_EQ(send("stop cd"), fine());
+        EXPECT_EQ(send("save capture " + path), fine());
+        EXPECT_EQ(send("close capture"), fine());
+        EXPECT_EQ(send("close cd"), fine());
+    }
+
+    fakes::TempFolder folder;
+    std::shared_ptr<FakeDisc> disc = std::make_shared<FakeDisc>(threeTracks());
+    std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(disc);
+    sound::SoundCard card;
+    sound::SoundCard::Time time = 7s;
+    Interpreter interpreter{
+        devicesOf(Machine{card, [this] { return time; }, [this] { return drive; },
+                          [this] { return std::vector<fs::path>{folder.path()}; },
+                          [this](const std::string& path) {
+                              return folder / path;
+                          }})};
+};
+
+/// Where in the stereo file the run of the disc's frames from `first` up to `end` begins; -1 if
+/// the file does not hold it, whole and in one piece.
+std::int64_t runAt(const fakes::WavSamples& wav, std::int64_t first, std::int64_t end) {
+    const auto frameOf = [&](std::int64_t i) {
+        const auto place = static_cast<std::size_t>(2 * i);
+        return sound::StereoFrame{wav.samples[place], wav.samples[place + 1]};
+    };
+    const auto count = static_cast<std::int64_t>(wav.samples.size() / 2);
+    std::int64_t lead = 0;
+    while (lead < count && frameOf(lead) != FakeDisc::frameAt(first)) {
+        ++lead;
+    }
+    for (std::int64_t i = 0; i < end - first; ++i) {
+        if (lead + i >= count || frameOf(lead + i) != FakeDisc::frameAt(first + i)) {
+            return -1;
+        }
+    }
+    return lead;
+}
+
+TEST_F(ACapture, HoldsTheTracksSamplesBitForBitAsOneRun) {
+    capture(" from 2000", 3093, "4711-2.wav");
+    const auto wav = fakes::readWav(folder / "4711-2.wav");
+    ASSERT_TRUE(wav);
+    EXPECT_EQ(wav->channels, 2);
+    const std::int64_t lead = runAt(*wav, 150 * frames, 232 * frames);
+    ASSERT_GE(lead, 0);
+    EXPECT_LE(lead, 44100 * 3 / 1000); // the time between the two commands, and no more
+    const auto after = static_cast<std::int64_t>(wav->samples.size() / 2) - lead - 82 * frames;
+    EXPECT_LE(after, 44100 * 103 / 1000 + 1); // one tick
+    EXPECT_EQ(disc->wrongReads(), 0);
+}
+
+TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsWholeToo) {
+    capture("", 2000, "my music 1.wav");
+    capture(" from 3093", 8093, "3.wav");
+    const auto first = fakes::readWav(folder / "my music 1.wav");
+    const auto last = fakes::readWav(folder / "3.wav");
+    ASSERT_TRUE(first && last);
+    EXPECT_GE(runAt(*first, 0, 150 * frames), 0);
+    EXPECT_GE(runAt(*last, 232 * frames, 607 * frames), 0);
+    EXPECT_EQ(disc->wrongReads(), 0);
+    EXPECT_FALSE(card.active());
+}
+
+TEST_F(ACapture, StartsTheDiscWhereItsTrackStarts) {
+    EXPECT_EQ(send("open cdaudio alias cd"), fine());
+    EXPECT_EQ(send("set cd time format milliseconds"), fine());
+    EXPECT_EQ(send("play cd from 2000"), fine());
+    EXPECT_EQ(send("status cd position"), said("2000"));
+    EXPECT_EQ(send("status cd mode"), said("playing"));
+}
+
+TEST_F(ACapture, CountsItsBytesWhileItRuns) {
+    send("open new type waveaudio alias capture");
+    send(stereo);
+    send("record capture overwrite");
+    send("set capture time format bytes");
+    time += 1s;
+    EXPECT_EQ(send("status capture length"), said("176400"));
+    time += 1s;
+    EXPECT_EQ(send("stop capture"), fine());
+    time += 1s;
+    EXPECT_EQ(send("status capture length"), said("352800"));
+}
+
+TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
+    EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
+    EXPECT_EQ(send(stereo), fine());
+    EXPECT_EQ(send("open cdaudio alias cd"), fine());
+    EXPECT_EQ(send("set cd time format milliseconds"), fine());
+    EXPECT_EQ(send("record capture overwrite"), fine());
+    EXPECT_EQ(send("play cd from 2000"), fine());
+    tickUntil(2500);
+    drive->disc = nullptr;
+    disc->vanish();
+    for (int tick = 0; tick < 1000; ++tick) {
+        time += 100ms;
+        EXPECT_NE(send("status cd position").reply, "");
+    }
+    EXPECT_EQ(send("stop capture"), fine());
+    EXPECT_EQ(send("stop cd"), fine());
+    EXPECT_EQ(send("save capture kept.wav"), fine());
+    EXPECT_EQ(send("close capture"), fine());
+    EXPECT_EQ(send("close cd"), fine());
+    const auto wav = fakes::readWav(folder / "kept.wav");
+    ASSERT_TRUE(wav);
+    EXPECT_GE(runAt(*wav, 150 * frames, 187 * frames), 0);
+}
+
+TEST_F(ACapture, ClosedUnsavedLeavesNoFile) {
+    send("open new type waveaudio alias capture");
+    send("record capture overwrite");
+    time += 1s;
+    EXPECT_EQ(send("close all"), fine());
+    EXPECT_EQ(send("save capture late.wav"), refused(MciError::invalidDeviceName));
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+    EXPECT_FALSE(card.active());
+}
+
+TEST_F(ACapture, ThatCannotBeSavedHarmsNoFile) {
+    send("open new type waveaudio alias capture");
+    send("record capture overwrite");
+    EXPECT_EQ(send("save capture missing folder/a.wav"), refused(MciError::fileNotSaved));
+    EXPECT_EQ(send("save capture " + std::string(300, 'x') + ".wav"),
+              refused(MciError::fileNotSaved));
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+    EXPECT_EQ(send("save capture a.wav"), fine());
+    EXPECT_EQ(send("record capture overwrite"), refused(MciError::nonapplicableFunction));
+}
+
+TEST_F(ACapture, RunsOneAtATime) {
+    send("open new type waveaudio alias a");
+    send("open new type waveaudio alias b");
+    EXPECT_EQ(send("record a"), fine());
+    EXPECT_EQ(send("record b"), refused(MciError::waveInputsInUse));
+    EXPECT_EQ(send("stop a"), fine());
+    EXPECT_EQ(send("record b"), fine());
+}
+
+} // namespace
+} // namespace sonarith::mci

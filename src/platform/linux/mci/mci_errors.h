@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The error numbers of the media control strings, their texts, and the outcome types that carry
+// them inside the interpreter. Nothing here knows a command or a device.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/media_control.h"
+
+namespace sonarith::mci {
+
+/// Numbers as programs of this command interface know them: the general ones start at 256, those
+/// of wave devices at 320, and a device's own at 512.
+enum class MciError : int {
+    none = mciSuccess,
+    unrecognizedKeyword = 259,
+    unrecognizedCommand = 261,
+    invalidDeviceName = 263,
+    deviceOpen = 265,
+    missingCommandString = 267,
+    missingStringArgument = 269,
+    badInteger = 270,
+    missingParameter = 273,
+    unsupportedFunction = 274,
+    deviceNotReady = 276,
+    cannotUseAll = 279,
+    outOfRange = 282,
+    flagsNotCompatible = 284,
+    fileNotSaved = 286,
+    deviceTypeRequired = 287,
+    duplicateAlias = 289,
+    badConstant = 290,
+    mustUseShareable = 291,
+    missingDeviceName = 292,
+    badTimeFormat = 293,
+    noClosingQuote = 294,
+    duplicateFlags = 295,
+    unnamedResource = 298,
+    newRequiresAlias = 299,
+    noElementAllowed = 301,
+    nonapplicableFunction = 302,
+    extraCharacters = 305,
+    deviceNotInstalled = 306,
+    waveInputsInUse = 322,
+    waveInputsUnsuitable = 328,
+    dataTrack = 512,      ///< our compact disc device's own: a data track was to be played
+    commandTooLong = 513, ///< our interpreter's own: see maxCommandBytes
+};
+
+/// The text for a number; empty for 0 and for a number that is none of MciError's.
+[[nodiscard]] std::string_view errorText(int status);
+
+/// A value, or the number of what went wrong.
+template <typename T>
+struct Outcome {
+    MciError error = MciError::none;
+    T value{};
+
+    Outcome(T result) : value(std::move(result)) {}
+    Outcome(MciError number) : error(number) {}
+    [[nodiscard]] bool ok() const { return error == MciError::none; }
+};
+
+/// What a command answers: a text (empty for a command without one), or an error.
+using Reply = Outcome<std::string>;
+
+/// The reply of a command that did its work and has nothing to say.
+[[nodiscard]] inline Reply done() {
+    return {std::string()};
+}
+
+} // namespace sonarith::mci

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The device type "waveaudio", as a recorder of new sounds: its format, its recording and the
+// saving of it, by commands. It plays nothing, opens no existing file, and writes none itself.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/linux/mci/device.h"
+#include "platform/linux/mci/devices.h"
+
+namespace sonarith::mci {
+
+/// Commands and keywords: set (samplespersec, channels, bitspersample, alignment, bytespersec, time
+/// format); record (overwrite, insert); stop; save; status (length, position, mode, ready, media
+/// present, time format, and the names of the format's values).
+///
+/// A new device has no sound, the format 44100 Hz, 16 bit, stereo, and counts milliseconds. Its
+/// place is always the end of what it holds, so overwriting and inserting both go on there.
+class WaveRecorder : public Device {
+  public:
+    explicit WaveRecorder(const Devices& devices);
+
+    [[nodiscard]] Reply run(const Command& command) override;
+
+  private:
+    enum class LengthUnit { milliseconds, bytes, samples };
+
+    [[nodiscard]] Reply set(const Command& command);
+    [[nodiscard]] MciError setFormat(const Arguments& arguments);
+    [[nodiscard]] Reply record(const Command& command);
+    [[nodiscard]] Reply stop(const Command& command);
+    [[nodiscard]] Reply status(const Command& command);
+    [[nodiscard]] Reply save(const Command& command);
+    [[nodiscard]] std::string lengthText() const;
+    [[nodiscard]] bool recording() const { return recorder_ && recorder_->recording(); }
+
+    std::function<std::unique_ptr<Recorder>()> makeRecorder_;
+    std::function<std::filesystem::path(const std::string&)> machinePath_;
+    std::unique_ptr<Recorder> recorder_; ///< empty until something has been recorded
+    int channels_ = 2;
+    LengthUnit unit_ = LengthUnit::milliseconds;
+};
+
+} // namespace sonarith::mci

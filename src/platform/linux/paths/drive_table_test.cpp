@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/drive_table.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_settings_store.h"
+
+namespace sonarith {
+namespace {
+
+using test::FakeSettingsStore;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+std::vector<MountPoint> mountsOn(std::initializer_list<const char*> points) {
+    std::vector<MountPoint> mounts;
+    for (const char* point : points) {
+        mounts.push_back({point, "ext4"});
+    }
+    return mounts;
+}
+
+TEST(DriveTable, GivesTheRootTheLetterCAndWritesNothingForIt) {
+    FakeSettingsStore store;
+    DriveTable table(store);
+    table.update(mountsOn({"/"}));
+    EXPECT_THAT(table.drives(), ElementsAre(Drive{'C', "/"}));
+    EXPECT_THAT(store.writes, IsEmpty());
+}
+
+TEST(DriveTable, GivesFurtherMountsLettersInTheOrderSeenAndStoresThem) {
+    FakeSettingsStore store;
+    DriveTable table(store);
+    table.update(mountsOn({"/", "/home", "/media/a"}));
+    EXPECT_THAT(table.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'D', "/home"}, Drive{'E', "/media/a"}));
+    EXPECT_EQ(store.held("Drives", "D"), "/home");
+    EXPECT_EQ(store.held("Drives", "E"), "/media/a");
+}
+
+TEST(DriveTable, KeepsALetterOnceGiven) {
+    FakeSettingsStore store;
+    DriveTable(store).update(mountsOn({"/", "/media/a", "/media/b"}));
+    DriveTable later(store);
+    later.update(mountsOn({"/", "/media/c", "/media/b"}));
+    EXPECT_THAT(later.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'E', "/media/b"}, Drive{'F', "/media/c"}));
+    EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // absent, and still its own
+}
+
+TEST(DriveTable, KnowsNoLetterWhoseDiskIsNotMounted) {
+    FakeSettingsStore store;
+    store.put("Drives", "D", "/media/a");
+    DriveTable table(store);
+    table.update(mountsOn({"/"}));
+    EXPECT_EQ(table.mountPointOf('D'), std::nullopt);
+    table.update(mountsOn({"/", "/media/a"}));
+    EXPECT_EQ(table.mountPointOf('d'), "/media/a");
+}
+
+TEST(DriveTable, FindsTheDeepestDriveThatHoldsAPath) {
+    FakeSettingsStore store;
+    DriveTable table(store);
+    table.update(mountsOn({"/home/me/disk", "/home"}));
+    EXPECT_EQ(table.driveOf("/home/me/disk/x").mountPoint, "/home/me/disk");
+    EXPECT_EQ(table.driveOf("/home/me/diskette").mountPoint, "/home");
+    EXPECT_EQ(table.driveOf("/home").mountPoint, "/home");
+    EXPECT_EQ(table.driveOf("/homes").letter, 'C');
+    EXPECT_EQ(table.driveOf("/").letter, 'C');
+}
+
+TEST(DriveTable, TakesGarbageInTheStoreForAFreeLetter) {
+    FakeSettingsStore store;
+    store.put("Drives", "D", "garbage");
+    store.put("Drives", "E", "/home");
+    DriveTable table(store);
+    table.update(mountsOn({"/home", "/media/a"}));
+    EXPECT_THAT(table.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'E', "/home"}));
+}
+
+TEST(DriveTable, LeavesMountsBeyondTheAlphabetToTheDriveAroundThem) {
+    FakeSettingsStore store;
+    DriveTable table(store);
+    std::vector<MountPoint> mounts;
+    for (int i = 0; i < 40; ++i) {
+        mounts.push_back({"/m/" + std::to_string(i), "ext4"});
+    }
+    table.update(mounts);
+    EXPECT_THAT(table.drives(), SizeIs(24)); // C: to Z:
+    EXPECT_EQ(table.driveOf("/m/22/x").letter, 'Z');
+    EXPECT_EQ(table.driveOf("/m/23/x").letter, 'C');
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/exclusive_rename.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace sonarith {
+
+int renameByLink(const std::string& from, const std::string& to) {
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        if (::unlink(from.c_str()) == 0) {
+            return 0;
+        }
+        const int reason = errno;
+        ::unlink(to.c_str()); // the link made just now; the file itself is still under `from`
+        return reason;
+    }
+    // EPERM is the answer of file systems without links, and for folders. The kernel looks for the
+    // new name before it asks the file system, so the answer would be EEXIST if that were taken.
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) {
+        return errno;
+    }
+    return ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+}
+
+int renameExclusively(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    // ENOSYS: an old kernel; EINVAL: a file system without this flag.
+    return errno == ENOSYS || errno == EINVAL ? renameByLink(from, to) : errno;
+}
+
+} // namespace sonarith

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/linux_file_system.h"
+
+#include <cerrno>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/linux/paths/exclusive_rename.h"
+#include "platform/linux/paths/system_error.h"
+
+namespace sonarith {
+
+namespace {
+
+bool isFolder(const std::string& machinePath) {
+    struct stat status {};
+    return ::stat(machinePath.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// The failure of a step on a path; a missing file is told from a missing folder.
+Error errorAt(const Located& located, int systemErrorNumber) {
+    if (systemErrorNumber == ENOENT && !isFolder(located.folder)) {
+        return fileError(ErrorNumber::pathNotFound);
+    }
+    return fileErrorOfSystem(systemErrorNumber);
+}
+
+/// Whether both paths are spellings of one entry, as on a disk that itself is blind to case. A file
+/// with several links may have two entries and is left alone.
+bool sameEntry(const std::string& a, const std::string& b) {
+    struct stat first {};
+    struct stat second {};
+    return a == b || (::lstat(a.c_str(), &first) == 0 && ::lstat(b.c_str(), &second) == 0 &&
+                      first.st_dev == second.st_dev && first.st_ino == second.st_ino &&
+                      S_ISREG(first.st_mode) && first.st_nlink == 1);
+}
+
+} // namespace
+
+LinuxFileSystem::LinuxFileSystem(PathMap& paths, const std::string& programFolder)
+    : paths_(paths), programFolder_(paths.toLogic(programFolder)) {
+    if (programFolder_.back() == '\\') {
+        programFolder_.pop_back();
+    }
+    std::error_code unknown;
+    const std::string here = paths_.toLogic(std::filesystem::current_path(unknown).string());
+    currentLetter_ = here.front();
+    currentFolders_[currentLetter_] = here;
+}
+
+std::string LinuxFileSystem::absolute(const std::string& path) const {
+    if (path.size() >= 2 && path[1] == ':') {
+        return path;
+    }
+    if (!path.empty() && (path[0] == '\\' || path[0] == '/')) {
+        return std::string(1, currentLetter_) + ":" + path;
+    }
+    return currentFolder() + "\\" + path;
+}
+
+Result<Located> LinuxFileSystem::locate(const std::string& path) const {
+    return paths_.locate(absolute(path));
+}
+
+std::string LinuxFileSystem::currentFolder() const {
+    return currentFolders_.at(currentLetter_);
+}
+
+Result<std::int64_t> LinuxFileSystem::fileLength(const std::string& path) const {
+    const Result<Located> located = locate(path);
+    if (!located.ok()) {
+        return located.error();
+    }
+    struct stat status {};
+    if (::stat(located.value().path.c_str(), &status) != 0) {
+        return errorAt(located.value(), errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return fileError(ErrorNumber::fileNotFound);
+    }
+    return static_cast<std::int64_t>(status.st_size);
+}
+
+bool LinuxFileSystem::fileExists(const std::string& path) const {
+    return fileLength(path).ok();
+}
+
+Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
+    const Result<Located> source = locate(from);
+    const Result<Located> target = locate(to);
+    if (!source.ok() || !target.ok()) {
+        return source.ok() ? target.error() : source.error();
+    }
+    const Located& old = source.value();
+    const Located& wanted = target.value();
+    if (!old.found) {
+        return errorAt(old, ENOENT);
+    }
+    if (wanted.givenName.empty()) {
+        return fileError(ErrorNumber::pathFileAccess); // the root of a drive
+    }
+    if (wanted.found && !sameEntry(wanted.path, old.path)) {
+        return fileError(ErrorNumber::fileAlreadyExists);
+    }
+    if (!isFolder(wanted.folder)) {
+        return fileError(ErrorNumber::pathNotFound);
+    }
+    const std::string newPath =
+        wanted.folder + (wanted.folder.back() == '/' ? "" : "/") + wanted.givenName;
+    int failure = renameExclusively(old.path, newPath);
+    if (failure == EEXIST && sameEntry(newPath, old.path)) {
+        // A change of case alone on a disk that is blind to case: the new name is the old file.
+        failure = ::rename(old.path.c_str(), newPath.c_str()) == 0 ? 0 : errno;
+    }
+    return failure == 0 ? Status() : errorAt(wanted, failure);
+}
+
+Status LinuxFileSystem::touchForWriting(const std::string& path) {
+    const Result<Located> located = locate(path);
+    if (!located.ok()) {
+        return located.error();
+    }
+    const std::string& machinePath = located.value().path;
+    struct stat status {};
+    if (::stat(machinePath.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        // To open a pipe or a device for writing could block or set something going.
+        return fileError(S_ISDIR(status.st_mode) ? ErrorNumber::pathFileAccess
+                                                 : ErrorNumber::permissionDenied);
+    }
+    constexpr mode_t asTheUserWishes = 0666; // less the bits of the umask
+    const int opened =
+        ::open(machinePath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY,
+               asTheUserWishes);
+    if (opened < 0) {
+        return errorAt(located.value(), errno);
+    }
+    return ::close(opened) == 0 ? Status() : Status(errorAt(located.value(), errno));
+}
+
+Status LinuxFileSystem::removeFile(const std::string& path) {
+    const Result<Located> located = locate(path);
+    if (!located.ok()) {
+        return located.error();
+    }
+    return ::unlink(located.value().path.c_str()) == 0 ? Status()
+                                                       : Status(errorAt(located.value(), errno));
+}
+
+Status LinuxFileSystem::changeDrive(const std::string& path) {
+    const auto mountPoint =
+        path.size() >= 2 && path[1] == ':' ? paths_.drives().mountPointOf(path[0]) : std::nullopt;
+    if (!mountPoint) {
+        return fileError(ErrorNumber::deviceUnavailable);
+    }
+    const char letter = paths_.drives().driveOf(*mountPoint).letter;
+    const auto left = currentFolders_.find(letter);
+    if (left != currentFolders_.end() && changeFolder(left->second).ok()) {
+        return {};
+    }
+    // Never been there, or the folder is gone: the drive's root.
+    return changeFolder(std::string(1, letter) + ":\\").ok()
+               ? Status()
+               : Status(fileError(ErrorNumber::deviceUnavailable));
+}
+
+Status LinuxFileSystem::changeFolder(const std::string& path) {
+    const Result<Located> located = locate(path);
+    if (!located.ok()) {
+        return located.error();
+    }
+    if (::chdir(located.value().path.c_str()) != 0) {
+        return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
+    }
+    // A folder in which another disk is mounted belongs to that disk's letter.
+    const std::string here = paths_.toLogic(located.value().path);
+    currentLetter_ = here.front();
+    currentFolders_[currentLetter_] = here;
+    return {};
+}
+
+Status LinuxFileSystem::makeFolder(const std::string& name) {
+    const Result<Located> located = locate(name);
+    if (!located.ok()) {
+        return located.error();
+    }
+    constexpr mode_t asTheUserWishes = 0777; // less the bits of the umask
+    if (located.value().found) {
+        return fileError(ErrorNumber::pathFileAccess);
+    }
+    if (::mkdir(located.value().path.c_str(), asTheUserWishes) == 0) {
+        return {};
+    }
+    if (errno == EEXIST) {
+        return fileError(ErrorNumber::pathFileAccess);
+    }
+    return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
+}
+
+} // namespace sonarith

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/mount_info.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sonarith {
+
+namespace {
+
+bool isOctal(char c) {
+    return c >= '0' && c <= '7';
+}
+
+/// The kernel writes blank, tab, line end and backslash as a backslash and three octal digits.
+std::string unescaped(std::string_view text) {
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) &&
+            isOctal(text[i + 2]) && isOctal(text[i + 3])) {
+            plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 +
+                                       (text[i + 3] - '0'));
+            i += 3;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
+
+std::optional<MountPoint> parseLine(const std::string& line) {
+    // id, parent, device, root, mount point, options, optional fields, "-", type, source, options
+    std::istringstream fields(line);
+    std::string id, parent, device, root, point, field, type;
+    fields >> id >> parent >> device >> root >> point;
+    while (fields >> field && field != "-") {
+    }
+    if (!(fields >> type) || point.empty() || point.front() != '/') {
+        return std::nullopt;
+    }
+    return MountPoint{unescaped(point), type, root != "/"};
+}
+
+bool isBelow(const std::string& path, const std::string& folder) {
+    return path == folder || path.compare(0, folder.size() + 1, folder + "/") == 0;
+}
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+std::vector<MountPoint> parseMountInfo(std::string_view text) {
+    std::vector<MountPoint> mounts;
+    std::istringstream lines{std::string(text)};
+    for (std::string line; std::getline(lines, line);) {
+        auto mount = parseLine(line);
+        if (!mount) {
+            continue;
+        }
+        const auto covered = std::find_if(mounts.begin(), mounts.end(), [&](const MountPoint& m) {
+            return m.path == mount->path;
+        });
+        if (covered != mounts.end()) {
+            *covered = std::move(*mount);
+        } else {
+            mounts.push_back(std::move(*mount));
+        }
+    }
+    return mounts;
+}
+
+bool holdsUserFiles(const MountPoint& mount) {
+    // The kernel's own tables and controls: no disk, no files of a person.
+    static constexpr std::array kernelTypes = {
+        "autofs",     "binfmt_misc", "bpf",      "cgroup",   "cgroup2", "configfs",
+        "debugfs",    "devpts",      "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",
+        "mqueue",     "nsfs",        "proc",     "pstore",   "ramfs",   "rpc_pipefs",
+        "securityfs", "selinuxfs",   "sysfs",    "tracefs"};
+    // Packages and containers: mounted by the dozen, read-only or behind a program's back.
+    static constexpr std::array packageTypes = {"fuse.portal", "overlay", "squashfs"};
+    const auto isOf = [&](const auto& types) {
+        return std::find(types.begin(), types.end(), mount.fileSystemType) != types.end();
+    };
+    // A disc in memory may hold files (/tmp), but not where the system keeps its run-time state.
+    const bool systemState = mount.fileSystemType == "tmpfs" &&
+                             (isBelow(mount.path, "/run") || isBelow(mount.path, "/dev") ||
+                              isBelow(mount.path, "/sys") || isBelow(mount.path, "/proc"));
+    return !isOf(kernelTypes) && !isOf(packageTypes) && !systemState;
+}
+
+MountInfo::MountInfo(std::string path) : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+
+MountInfo::~MountInfo() {
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
+}
+
+std::optional<std::vector<MountPoint>> MountInfo::changed() {
+    if (readBefore_) {
+        // The kernel marks this file as being in error when a mount came or went; see proc(5).
+        pollfd change{descriptor_, POLLPRI, 0};
+        if (descriptor_ < 0 || ::poll(&change, 1, 0) <= 0) {
+            return std::nullopt;
+        }
+    }
+    readBefore_ = true;
+    std::string text;
+    std::array<char, 4096> block{};
+    off_t position = 0;
+    // A machine has some hundred mounts of some hundred bytes; the bound is there for a list that
+    // grows while it is read.
+    constexpr off_t longestList = 16 * 1024 * 1024;
+    while (descriptor_ >= 0 && position < longestList) {
+        const ssize_t count = ::pread(descriptor_, block.data(), block.size(), position);
+        if (count <= 0) {
+            break;
+        }
+        text.append(block.data(), static_cast<std::size_t>(count));
+        position += count;
+    }
+    std::vector<MountPoint> mounts = parseMountInfo(text);
+    std::erase_if(mounts, [](const MountPoint& mount) {
+        // Only partial mounts are looked at: asking a server that is gone would hang.
+        return !holdsUserFiles(mount) || (mount.partial && !isFolder(mount.path));
+    });
+    return mounts;
+}
+
+} // namespace sonarith

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/mount_info.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "support/temp_folder.h"
+
+namespace sonarith {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(ParseMountInfo, ReadsPointAndTypeOfEachMount) {
+    EXPECT_THAT(parseMountInfo("25 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw\n"
+                               "30 25 8:3 / /home rw - xfs /dev/sda3 rw\n"
+                               "31 25 0:5 /@data /data rw shared:2 master:3 - btrfs /dev/sdb rw\n"),
+                ElementsAre(MountPoint{"/", "ext4", false}, MountPoint{"/home", "xfs", false},
+                            MountPoint{"/data", "btrfs", true}));
+}
+
+TEST(ParseMountInfo, UnderstandsTheKernelsOctalEscapes) {
+    EXPECT_THAT(
+        parseMountInfo("30 25 8:3 / /media/My\\040Disk\\011a\\134b rw - vfat /dev/sdc1 rw\n"),
+        ElementsAre(MountPoint{"/media/My Disk\ta\\b", "vfat", false}));
+}
+
+TEST(ParseMountInfo, TakesTheLastMountOnAPointThatIsCovered) {
+    EXPECT_THAT(parseMountInfo("30 25 8:3 / /mnt rw - autofs systemd-1 rw\n"
+                               "31 30 8:4 / /mnt rw - ext4 /dev/sdb1 rw\n"),
+                ElementsAre(MountPoint{"/mnt", "ext4", false}));
+}
+
+TEST(ParseMountInfo, LeavesOutLinesOfAnotherForm) {
+    EXPECT_THAT(parseMountInfo(""), IsEmpty());
+    EXPECT_THAT(parseMountInfo("garbage\n\n1 2 3\n30 25 8:3 / home rw - ext4 x rw\n"
+                               "30 25 8:3 / /home rw shared:1\n30 25 8:3 / /home rw -\n"),
+                IsEmpty());
+}
+
+TEST(HoldsUserFiles, SaysYesToDisks) {
+    for (const char* type : {"ext4", "xfs", "btrfs", "vfat", "ntfs3", "nfs4", "cifs", "fuseblk"}) {
+        EXPECT_TRUE(holdsUserFiles({"/media/disk", type})) << type;
+    }
+    EXPECT_TRUE(holdsUserFiles({"/run/media/me/STICK", "vfat"}));
+    EXPECT_TRUE(holdsUserFiles({"/tmp", "tmpfs"}));
+}
+
+TEST(HoldsUserFiles, SaysNoToTheKernelsTablesAndToPackages) {
+    for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "devpts", "squashfs"}) {
+        EXPECT_FALSE(holdsUserFiles({"/somewhere", type})) << type;
+    }
+    EXPECT_FALSE(holdsUserFiles({"/run/user/1000", "tmpfs"}));
+    EXPECT_FALSE(holdsUserFiles({"/dev/shm", "tmpfs"}));
+    EXPECT_TRUE(holdsUserFiles({"/runs", "tmpfs"}));
+}
+
+TEST(MountInfo, GivesTheListOnceWhileNothingChanges) {
+    MountInfo mounts;
+    EXPECT_TRUE(mounts.changed().has_value());
+    EXPECT_FALSE(mounts.changed().has_value());
+}
+
+TEST(MountInfo, LeavesOutPartialMountsThatAreNoFolders) {
+    const fakes::TempFolder folder;
+    std::filesystem::create_directory(folder / "part");
+    std::ofstream(folder / "file") << "x";
+    std::ofstream(folder / "info")
+        << "1 0 8:1 /a " << (folder / "part").string() << " rw - ext4 /dev/x rw\n"
+        << "2 0 8:1 /b " << (folder / "file").string() << " rw - ext4 /dev/x rw\n"
+        << "3 0 8:1 / /gone rw - nfs server:/ rw\n"
+        << "4 0 0:1 / /proc rw - proc proc rw\n";
+    MountInfo mounts((folder / "info").string());
+    EXPECT_EQ(mounts.changed(), (std::vector<MountPoint>{{(folder / "part").string(), "ext4", true},
+                                                         {"/gone", "nfs", false}}));
+}
+
+TEST(MountInfo, GivesAnEmptyListWhereThereIsNone) {
+    MountInfo mounts("/no/such/list");
+    EXPECT_EQ(mounts.changed(), std::vector<MountPoint>());
+    EXPECT_FALSE(mounts.changed().has_value());
+}
+
+} // namespace
+} // namespace sonarith

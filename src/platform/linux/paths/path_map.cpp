@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/path_map.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr std::string_view backslashSign = "\xef\x81\x9c"; // U+F05C
+constexpr std::string_view colonSign = "\xef\x80\xba";     // U+F03A
+
+std::string replaced(std::string_view text, std::string_view what, std::string_view by) {
+    std::string result;
+    for (std::size_t end = text.find(what); end != std::string_view::npos; end = text.find(what)) {
+        result.append(text.substr(0, end)).append(by);
+        text.remove_prefix(end + what.size());
+    }
+    return result.append(text);
+}
+
+/// The names of a path, "." and ".." worked out; ".." at the root stays there.
+std::vector<std::string> namesOf(std::string_view path, std::string_view separators) {
+    std::vector<std::string> names;
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of(separators), path.size());
+        const std::string_view name = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (name == "..") {
+            if (!names.empty()) {
+                names.pop_back();
+            }
+        } else if (!name.empty() && name != ".") {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+
+std::string joined(const std::string& folder, const std::string& name) {
+    return folder.back() == '/' ? folder + name : folder + "/" + name;
+}
+
+bool exists(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+/// The machine's own spelling of a name in a folder; nothing if there is none in any case.
+std::optional<std::string> spelling(const std::string& folder, const std::string& name) {
+    std::string exact = machineName(name);
+    if (exists(joined(folder, exact))) {
+        return exact;
+    }
+    struct Close {
+        void operator()(DIR* opened) const { ::closedir(opened); }
+    };
+    const std::unique_ptr<DIR, Close> listing(::opendir(folder.c_str()));
+    if (!listing) {
+        return std::nullopt;
+    }
+    const std::string wanted = caseFolded(name);
+    std::optional<std::string> first;
+    // Compared in the logic's form, so that a name that truly holds a private-use character is
+    // found as well.
+    while (const dirent* entry = ::readdir(listing.get())) {
+        const std::string found = entry->d_name;
+        if (caseFolded(logicName(found)) == wanted && (!first || found < *first)) {
+            first = found;
+        }
+    }
+    return first;
+}
+
+} // namespace
+
+std::string machineName(std::string_view logicName) {
+    return replaced(replaced(logicName, backslashSign, "\\"), colonSign, ":");
+}
+
+std::string logicName(std::string_view machineName) {
+    return replaced(replaced(machineName, "\\", backslashSign), ":", colonSign);
+}
+
+const DriveTable& PathMap::drives() {
+    if (const auto mounts = mounts_.changed()) {
+        drives_.update(*mounts);
+    }
+    return drives_;
+}
+
+Result<Located> PathMap::locate(std::string_view logicPath) {
+    const Error badName{ErrorNumber::badFileName, "Bad file name or number"};
+    if (logicPath.size() < 2 || logicPath[1] != ':') {
+        return badName;
+    }
+    const auto mountPoint = drives().mountPointOf(logicPath[0]);
+    if (!mountPoint) {
+        return {ErrorNumber::pathNotFound, "Path not found"};
+    }
+    Located located{*mountPoint, *mountPoint, {}, true};
+    for (const std::string& name : namesOf(logicPath.substr(2), "\\/")) {
+        if (name.find_first_of(std::string_view(":\0", 2)) != std::string::npos) {
+            return badName;
+        }
+        const auto spelled = located.found ? spelling(located.path, name) : std::nullopt;
+        located.found = spelled.has_value();
+        located.givenName = machineName(name);
+        located.folder = located.path;
+        located.path = joined(located.folder, spelled.value_or(located.givenName));
+    }
+    return located;
+}
+
+Result<std::string> PathMap::toMachine(std::string_view logicPath) {
+    const Result<Located> located = locate(logicPath);
+    return located.ok() ? Result<std::string>(located.value().path) : located.error();
+}
+
+std::string PathMap::toLogic(std::string_view machinePath) {
+    std::string plain;
+    for (const std::string& name : namesOf(machinePath, "/")) {
+        plain += "/" + name;
+    }
+    const Drive& drive = drives().driveOf(plain.empty() ? "/" : plain);
+    const std::size_t start = drive.mountPoint == "/" ? 0 : drive.mountPoint.size();
+    std::string logic = std::string(1, drive.letter) + ":";
+    for (const std::string& name : namesOf(std::string_view(plain).substr(start), "/")) {
+        logic += "\\" + logicName(name);
+    }
+    return logic.size() == 2 ? logic + "\\" : logic;
+}
+
+} // namespace sonarith

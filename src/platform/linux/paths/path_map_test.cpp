@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/path_map.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/text/unicode.h"
+#include "support/fake_settings_store.h"
+#include "support/temp_folder.h"
+
+namespace sonarith {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(MachineName, MapsBackslashAndColonAndNothingElse) {
+    EXPECT_EQ(logicName("a\\b:c"), "a\xef\x81\x9c"
+                                   "b\xef\x80\xba"
+                                   "c");
+    EXPECT_EQ(machineName(logicName("a\\b:c")), "a\\b:c");
+    EXPECT_EQ(logicName("plain \xff\xfe*?"), "plain \xff\xfe*?");
+}
+
+/// A disk of its own (D:) in a temporary folder, below the machine's root (C:).
+class PathMapTest : public ::testing::Test {
+  protected:
+    void addFile(const std::string& name) {
+        fs::create_directories(fs::path(disk_ + "/" + name).parent_path());
+        std::ofstream file(disk_ + "/" + name);
+        file << "x";
+        ASSERT_TRUE(file.good());
+    }
+    std::string machine(const std::string& logic) { return paths_.toMachine(logic).value(); }
+    /// The path below the disk.
+    std::string onDisk(const std::string& logic) {
+        const std::string path = machine(logic);
+        EXPECT_EQ(path.substr(0, disk_.size()), disk_);
+        return path.substr(disk_.size());
+    }
+    ErrorNumber failure(std::string_view logic) { return paths_.locate(logic).error().number; }
+
+    /// The kernel's list as this test has it; the disk is made, too.
+    std::string mountList() {
+        fs::create_directories(disk_);
+        std::ofstream list(folder_ / "mounts");
+        list << "1 0 8:1 / / rw - ext4 /dev/a rw\n"
+             << "2 1 8:2 / " << disk_ << " rw - ext4 /dev/b rw\n";
+        return (folder_ / "mounts").string();
+    }
+
+    fakes::TempFolder folder_;
+    std::string disk_ = (folder_ / "disk").string();
+    test::FakeSettingsStore store_;
+    DriveTable drives_{store_};
+    MountInfo mounts_{mountList()};
+    PathMap paths_{drives_, mounts_};
+};
+
+TEST_F(PathMapTest, LeadsEachLetterToItsDisk) {
+    EXPECT_EQ(machine("c:\\no\\such"), "/no/such");
+    EXPECT_EQ(machine("C:\\"), "/");
+    EXPECT_EQ(machine("d:\\"), disk_);
+    EXPECT_EQ(machine("d:"), disk_);
+}
+
+TEST_F(PathMapTest, ShowsAPathOnTheDeepestDrive) {
+    EXPECT_EQ(paths_.toLogic(disk_ + "/Music/a.wav"), "D:\\Music\\a.wav");
+    EXPECT_EQ(paths_.toLogic(disk_), "D:\\");
+    EXPECT_EQ(paths_.toLogic(disk_ + "/"), "D:\\");
+    EXPECT_EQ(paths_.toLogic("/usr/share"), "C:\\usr\\share");
+    EXPECT_EQ(paths_.toLogic("/"), "C:\\");
+    EXPECT_EQ(paths_.toLogic("/usr//./lib/../share/"), "C:\\usr\\share");
+}
+
+TEST_F(PathMapTest, FindsALowerCasedPath) {
+    addFile("Music/ÄRGER/Track 1.WAV");
+    EXPECT_EQ(onDisk("d:\\music\\ärger\\track 1.wav"), "/Music/ÄRGER/Track 1.WAV");
+    EXPECT_TRUE(paths_.locate("D:\\MUSIC").value().found);
+}
+
+TEST_F(PathMapTest, PrefersTheExactNameToOneOfAnotherCase) {
+    addFile("Track.wav");
+    addFile("track.wav");
+    addFile("TRACK.WAV");
+    EXPECT_EQ(onDisk("d:\\track.wav"), "/track.wav");
+    EXPECT_EQ(onDisk("d:\\Track.wav"), "/Track.wav");
+    EXPECT_EQ(onDisk("d:\\tRACK.wav"), "/TRACK.WAV"); // the first in byte order
+}
+
+TEST_F(PathMapTest, KeepsTheCaseOfNamesThatDoNotExist) {
+    addFile("Music/a.wav");
+    const Located located = paths_.locate("d:\\music\\New Folder\\B.wav").value();
+    EXPECT_EQ(located.path, disk_ + "/Music/New Folder/B.wav");
+    EXPECT_EQ(located.folder, disk_ + "/Music/New Folder");
+    EXPECT_EQ(located.givenName, "B.wav");
+    EXPECT_FALSE(located.found);
+}
+
+TEST_F(PathMapTest, TellsTheNameGivenFromTheNameFound) {
+    addFile("Track.WAV");
+    const Located located = paths_.locate("d:\\track.wav").value();
+    EXPECT_TRUE(located.found);
+    EXPECT_EQ(located.path, disk_ + "/Track.WAV");
+    EXPECT_EQ(located.givenName, "track.wav");
+}
+
+TEST_F(PathMapTest, CarriesAwkwardNamesThereAndBack) {
+    for (const std::string name : {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", " . ",
+                                   "*?[a]", "new\nline", "\xef\x80", "C:", "..."}) {
+        addFile(name);
+        const std::string logic = paths_.toLogic(disk_ + "/" + name);
+        EXPECT_EQ(machine(logic), disk_ + "/" + name) << logic;
+        EXPECT_EQ(machine(lowerCase(logic)), disk_ + "/" + name) << logic;
+    }
+}
+
+TEST_F(PathMapTest, WorksDotsOutByText) {
+    addFile("a/b.wav");
+    EXPECT_EQ(onDisk("d:\\a\\..\\.\\a\\\\b.wav"), "/a/b.wav");
+    EXPECT_EQ(machine("d:\\..\\..\\a"), disk_ + "/a"); // never above the drive
+    EXPECT_EQ(onDisk("d:/a/b.wav"), "/a/b.wav");
+}
+
+TEST_F(PathMapTest, RefusesWhatIsNoPath) {
+    EXPECT_EQ(failure(""), ErrorNumber::badFileName);
+    EXPECT_EQ(failure("music\\a.wav"), ErrorNumber::badFileName);
+    EXPECT_EQ(failure("d:\\music\\c:\\music\\a.wav"), ErrorNumber::badFileName);
+    EXPECT_EQ(failure(std::string_view("d:\\a\0b", 6)), ErrorNumber::badFileName);
+    EXPECT_EQ(failure("x:\\music"), ErrorNumber::pathNotFound);
+    EXPECT_EQ(failure("1:\\music"), ErrorNumber::pathNotFound);
+}
+
+TEST_F(PathMapTest, FindsADanglingLink) {
+    fs::create_symlink("/no/such/file", disk_ + "/Link.wav");
+    EXPECT_TRUE(paths_.locate("d:\\link.wav").value().found);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/abandonable_thread.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace sonarith::sound {
+
+struct AbandonableThread::State {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool finished = false;
+    std::thread thread;
+};
+
+AbandonableThread::AbandonableThread(std::function<void()> body)
+    : state_(std::make_shared<State>()) {
+    state_->thread = std::thread([state = state_, run = std::move(body)]() mutable {
+        run();
+        run = nullptr; // what the body owns is gone before the owner is told
+        const std::lock_guard lock(state->mutex);
+        state->finished = true;
+        state->changed.notify_all();
+    });
+}
+
+AbandonableThread::~AbandonableThread() {
+    leave(std::chrono::milliseconds{0});
+}
+
+void AbandonableThread::leave(std::chrono::milliseconds patience) {
+    if (std::exchange(left_, true)) {
+        return;
+    }
+    bool finished = false;
+    {
+        std::unique_lock lock(state_->mutex);
+        finished = state_->changed.wait_for(lock, patience, [this] { return state_->finished; });
+    }
+    if (finished) {
+        state_->thread.join();
+    } else {
+        state_->thread.detach();
+    }
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What playing and listening through ALSA have in common: opening a device in the card's format,
+// and the list of devices. No sound passes here.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <alsa/asoundlib.h>
+
+namespace sonarith::sound {
+
+/// A device as it is chosen: `name` is what the settings store keeps, `description` what is shown.
+struct DeviceEntry {
+    std::string name;
+    std::string description;
+};
+
+/// The name that stands for no device at all; an empty name means the same.
+inline constexpr const char* noDevice = "none";
+
+[[nodiscard]] bool namesNoDevice(const std::string& name);
+
+struct ClosePcm {
+    void operator()(snd_pcm_t* pcm) const { snd_pcm_close(pcm); }
+};
+using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
+
+/// Opens `name` without blocking reads and writes, for stereo frames at the card's rate (converted
+/// by ALSA where the device has another), and starts nothing by itself. Empty if that fails. From
+/// the first call on, ALSA prints no messages of its own.
+[[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
+
+/// The devices of ALSA's configuration for `direction`, the default device first, and none last.
+[[nodiscard]] std::vector<DeviceEntry> listDevices(snd_pcm_stream_t direction);
+
+} // namespace sonarith::sound

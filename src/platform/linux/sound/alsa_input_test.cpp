@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/alsa_input.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "platform/linux/sound/alsa_output.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "support/fake_sound.h"
+#include "support/pulse_server.h"
+#include "support/sound_matchers.h"
+#include "support/waiting.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::eventually;
+using fakes::IsSound;
+using fakes::MemorySink;
+using fakes::pattern;
+using fakes::PatternSource;
+using fakes::silence;
+
+using Frames = std::vector<StereoFrame>;
+
+/// The most frames in a row of which each is the test sound's successor of the one before.
+int longestRun(const Frames& frames) {
+    int longest = 0;
+    int run = 0;
+    StereoFrame before;
+    for (const StereoFrame& frame : frames) {
+        // The channels count up to 32749, and down to -32719, and begin again.
+        const bool follows =
+            frame.left == before.left % 32749 + 1 && frame.right == before.right % 32719 - 1;
+        run = follows ? run + 1 : 0;
+        longest = std::max(longest, run);
+        before = frame;
+    }
+    return longest;
+}
+
+TEST(AlsaInput, RecordsWhatTheServersMonitorHears) {
+    fakes::PulseServer server;
+    ASSERT_TRUE(server.start());
+    // One card plays and another one listens, as two programs would.
+    SoundCard listener;
+    const SoundCardThread listening(listener);
+    const auto tape = std::make_shared<MemorySink>();
+    listener.setRecordingSource(RecordingSource::externalInput);
+    listener.startRecording(tape, monotonicNow());
+    listener.attach(Line::externalInput, makeInput("monitor"), monotonicNow());
+
+    SoundCard player;
+    const SoundCardThread playing(player);
+    player.setSpeakers(makeOutput("default"));
+    player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
+
+    // A fifth of a second as one run, from wherever the input came in.
+    EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
+}
+
+TEST(AlsaInput, IsSilentWhereThereIsNoDeviceOrNoneIsChosen) {
+    for (const char* name : {"no-such-device", "none", ""}) {
+        const auto input = makeInput(name);
+        Frames block(441, StereoFrame{1, 1});
+        const Pulled pulled = input->pull(block);
+        EXPECT_EQ(pulled.frames, 441U) << name;
+        EXPECT_EQ(pulled.supply, Supply::flowing) << name;
+        EXPECT_THAT(block, IsSound(silence(441))) << name;
+    }
+}
+
+TEST(AlsaInput, ListsTheDefaultFirstAndNoneLast) {
+    const fakes::PulseServer server; // its configuration is enough
+    const std::vector<DeviceEntry> inputs = listInputs();
+    ASSERT_GE(inputs.size(), 3U);
+    EXPECT_EQ(inputs.front().name, "default");
+    EXPECT_EQ(inputs.back().name, "none");
+    EXPECT_TRUE(std::any_of(inputs.begin(), inputs.end(),
+                            [](const DeviceEntry& entry) { return entry.name == "monitor"; }));
+}
+
+} // namespace
+} // namespace sonarith::sound

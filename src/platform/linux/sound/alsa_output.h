@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The speakers: an ALSA device by its name, or none. Desktop sound servers are reached by the name
+// "default" too. It is not the mixer (sound_card.h) and decides no timing (playback_pump.h).
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/sound/alsa_devices.h"
+#include "platform/linux/sound/playback_pump.h"
+#include "platform/linux/sound/sound_card.h"
+
+namespace sonarith::sound {
+
+/// Speakers that nobody hears.
+class NullOutput : public SpeakerSink {
+  public:
+    void play(std::span<const StereoFrame>) override {}
+};
+
+/// The output for the settings store's `Output`: "" and "none" are a NullOutput, all else is the
+/// name of an ALSA device. It need not exist: it is sought when there is sound, and again later.
+[[nodiscard]] std::shared_ptr<SpeakerSink> makeOutput(const std::string& name,
+                                                      PlaybackTiming timing = {});
+
+/// Opens an ALSA device for playing; empty if that fails.
+[[nodiscard]] std::unique_ptr<PcmPlayback> openAlsaPlayback(const std::string& name);
+
+/// What can be chosen as output: "default" first, then ALSA's devices, "none" last.
+[[nodiscard]] std::vector<DeviceEntry> listOutputs();
+
+} // namespace sonarith::sound

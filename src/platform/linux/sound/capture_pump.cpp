@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/capture_pump.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/sound/frame_queue.h"
+#include "platform/linux/sound/sound_card.h"
+
+namespace sonarith::sound {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// What waits for the card at the most: 500 ms. Beyond that the oldest frames go.
+constexpr std::size_t queueFrames = frameRate / 2;
+/// The line is silent until 60 ms wait, so that a device that delivers in larger lumps than the
+/// card takes leaves no gaps.
+constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
+/// How long one wait for frames lasts, and with it how soon the pump sees that it is to leave.
+constexpr std::chrono::milliseconds frameWait{100};
+/// After a device said that it had frames and then had none.
+constexpr std::chrono::milliseconds shortRest{10};
+/// Restarts in a row without one frame in between, until the device counts as lost.
+constexpr int maxFruitlessRestarts = 3;
+
+} // namespace
+
+struct CapturePump::Shared {
+    std::mutex mutex;
+    std::condition_variable changed;
+    FrameQueue queue{queueFrames};
+    bool flowing = false; ///< the cushion was reached and has not run out since
+    bool leaving = false;
+
+    bool isLeaving() {
+        const std::lock_guard lock(mutex);
+        return leaving;
+    }
+    void rest(std::chrono::milliseconds time) {
+        std::unique_lock lock(mutex);
+        changed.wait_for(lock, time, [this] { return leaving; });
+    }
+    void add(std::span<const StereoFrame> frames) {
+        const std::lock_guard lock(mutex);
+        if (queue.size() + frames.size() > queueFrames) {
+            queue.drop(queue.size() + frames.size() - queueFrames);
+        }
+        queue.push(frames);
+    }
+};
+
+namespace {
+
+/// Reads from one open device until it is lost or it is time to leave.
+template <typename Shared>
+void listen(PcmCapture& device, Shared& shared) {
+    std::vector<StereoFrame> block(blockFrames);
+    int restarts = 0;
+    if (device.restart() < 0) {
+        return;
+    }
+    while (!shared.isLeaving()) {
+        long result = device.read(block);
+        if (result > 0) {
+            restarts = 0;
+            const auto count = std::min(static_cast<std::size_t>(result), block.size());
+            shared.add(std::span(block).first(count));
+            continue;
+        }
+        if (result == 0 || result == -EAGAIN) {
+            result = device.waitForFrames(frameWait);
+            if (result > 0) {
+                // Devices that answer too early, and then have nothing, must not make it spin. The
+                // rest is shorter than what any device keeps.
+                shared.rest(shortRest);
+            }
+        }
+        if (result == -EPIPE || result == -ESTRPIPE) {
+            if (++restarts > maxFruitlessRestarts || device.restart() < 0) {
+                return;
+            }
+        } else if (result < 0 && result != -EINTR) {
+            return;
+        }
+    }
+}
+
+template <typename Shared>
+void pump(Shared& shared, const OpenCapture& open, const CaptureTiming& timing) {
+    while (!shared.isLeaving()) {
+        if (const std::unique_ptr<PcmCapture> device = open()) {
+            listen(*device, shared);
+        }
+        shared.rest(timing.retryAfter);
+    }
+}
+
+} // namespace
+
+CapturePump::CapturePump(OpenCapture open, CaptureTiming timing)
+    : shared_(std::make_shared<Shared>()),
+      timing_(timing),
+      thread_([shared = shared_, open = std::move(open), timing] { pump(*shared, open, timing); }) {
+}
+
+CapturePump::~CapturePump() {
+    {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->leaving = true;
+    }
+    shared_->changed.notify_all();
+    thread_.leave(timing_.patience);
+}
+
+Pulled CapturePump::pull(std::span<StereoFrame> block) {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->flowing = shared_->flowing || shared_->queue.size() >= cushionFrames;
+    std::size_t count = 0;
+    if (shared_->flowing) {
+        count = shared_->queue.pop(block);
+        shared_->flowing = count == block.size();
+    }
+    std::fill(block.begin() + static_cast<std::ptrdiff_t>(count), block.end(), StereoFrame{});
+    return {block.size(), Supply::flowing};
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/frame_queue.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_sound.h"
+#include "support/sound_matchers.h"
+
+namespace sonarith::sound {
+namespace {
+
+using fakes::IsSound;
+
+TEST(FrameQueue, GivesFramesBackInTheirOrderAcrossTheEndOfItsStore) {
+    FrameQueue queue(10);
+    std::int64_t in = 0;
+    std::int64_t out = 0;
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_EQ(queue.push(fakes::pattern(in, 7)), 7U);
+        in += 7;
+        std::vector<StereoFrame> taken(7);
+        ASSERT_EQ(queue.pop(taken), 7U);
+        ASSERT_THAT(taken, IsSound(fakes::pattern(out, 7)));
+        out += 7;
+    }
+    EXPECT_TRUE(queue.empty());
+}
+
+TEST(FrameQueue, TakesOnlyWhatFits) {
+    FrameQueue queue(10);
+    EXPECT_EQ(queue.push(fakes::pattern(0, 8)), 8U);
+    EXPECT_EQ(queue.push(fakes::pattern(8, 8)), 2U);
+    std::vector<StereoFrame> taken(20);
+    EXPECT_EQ(queue.pop(taken), 10U);
+    taken.resize(10);
+    EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
+}
+
+TEST(FrameQueue, DropsTheOldestFrames) {
+    FrameQueue queue(10);
+    queue.push(fakes::pattern(0, 8));
+    queue.drop(5);
+    EXPECT_EQ(queue.size(), 3U);
+    queue.drop(100);
+    EXPECT_TRUE(queue.empty());
+}
+
+TEST(FrameQueue, DropsTheSilenceBeforeASoundAndNotAfterIt) {
+    FrameQueue queue(10);
+    queue.push(fakes::silence(3));
+    queue.push(fakes::pattern(0, 1));
+    queue.push(fakes::silence(2));
+    queue.dropSilence();
+    EXPECT_EQ(queue.size(), 3U);
+}
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The mixer's arithmetic on 16-bit samples: levels, sums that saturate, the mean of both channels.
+// It knows no lines and no devices.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/linux/sound/sample_source.h"
+
+namespace sonarith::sound {
+
+/// Mixer levels run from 0 to this.
+inline constexpr int fullVolume = 65535;
+
+/// A frame with room above 16 bits, so that a sum of lines does not wrap round.
+struct WideFrame {
+    std::int32_t left = 0;
+    std::int32_t right = 0;
+};
+
+/// `value` at `level` of fullVolume, rounded half away from zero. The level is an amplitude factor
+/// (linear); full volume is the identity. `value` is a sum of a few lines (it fits 24 bits).
+[[nodiscard]] constexpr std::int32_t atLevel(std::int32_t value, int level) {
+    const std::int64_t scaled = std::int64_t{value} * level;
+    const std::int64_t half = fullVolume / 2;
+    return static_cast<std::int32_t>((scaled + (scaled < 0 ? -half : half)) / fullVolume);
+}
+
+/// The nearest 16-bit sample: a sum that is too loud is clipped and does not wrap round.
+[[nodiscard]] constexpr std::int16_t saturated(std::int32_t value) {
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
+}
+
+[[nodiscard]] constexpr StereoFrame saturated(WideFrame frame) {
+    return {saturated(frame.left), saturated(frame.right)};
+}
+
+/// The mean of both channels; a half is rounded toward zero, so that mono has no offset of its own.
+[[nodiscard]] constexpr std::int16_t meanOf(StereoFrame frame) {
+    return static_cast<std::int16_t>((std::int32_t{frame.left} + frame.right) / 2);
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/playback_pump.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <cerrno>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+
+#include "support/fake_sound.h"
+#include "support/sound_matchers.h"
+#include "support/waiting.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::eventually;
+using fakes::IsSound;
+using fakes::pattern;
+using fakes::silence;
+
+using Frames = std::vector<StereoFrame>;
+
+/// A device whose state outlives it, so that a test can look at it.
+struct Device {
+    std::mutex mutex;
+    std::condition_variable changed;
+    Frames heard;                       ///< all that was written
+    std::deque<long> refusals;          ///< answers of the next writes, before they succeed again
+    std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
+    std::vector<std::size_t> startedAt; ///< frames written when it was started
+    std::function<void()> onStop;       ///< called when it is stopped
+    bool hangs = false;                 ///< a write does not come back
+    bool full = false;                  ///< it has no room
+    std::atomic<int> opened = 0;
+    std::atomic<int> closed = 0;
+    std::atomic<int> prepared = 0;
+    std::atomic<int> stopped = 0;
+
+    std::size_t heardFrames() {
+        const std::lock_guard lock(mutex);
+        return heard.size();
+    }
+    Frames firstHeard(std::size_t count) {
+        const std::lock_guard lock(mutex);
+        return {heard.begin(),
+                heard.begin() + static_cast<std::ptrdiff_t>(std::min(count, heard.size()))};
+    }
+    void release() {
+        const std::lock_guard lock(mutex);
+        hangs = false;
+        changed.notify_all();
+    }
+};
+
+class FakePlayback : public PcmPlayback {
+  public:
+    explicit FakePlayback(std::shared_ptr<Device> device) : device_(std::move(device)) {
+        ++device_->opened;
+    }
+    ~FakePlayback() override { ++device_->closed; }
+
+    long write(std::span<const StereoFrame> frames) override {
+        std::unique_lock lock(device_->mutex);
+        device_->changed.wait(lock, [this] { return !device_->hangs; });
+        if (device_->full) {
+            return -EAGAIN;
+        }
+        if (device_->heard.size() >= device_->refuseFrom && !device_->refusals.empty()) {
+            const long answer = device_->refusals.front();
+            device_->refusals.pop_front();
+            return answer;
+        }
+        // Takes a part only, as devices do.
+        const std::size_t count = std::min<std::size_t>(frames.size(), 300);
+        device_->heard.insert(device_->heard.end(), frames.begin(),
+                              frames.begin() + static_cast<std::ptrdiff_t>(count));
+        return static_cast<long>(count);
+    }
+    int waitForRoom(std::chrono::milliseconds) override { return 0; }
+    int prepare() override {
+        ++device_->prepared;
+        return 0;
+    }
+    int start() override {
+        const std::lock_guard lock(device_->mutex);
+        device_->startedAt.push_back(device_->heard.size());
+        return 0;
+    }
+    void stop() override {
+        ++device_->stopped;
+        if (device_->onStop) {
+            device_->onStop();
+        }
+    }
+    long queued() override { return 0; }
+
+  private:
+    std::shared_ptr<Device> device_;
+};
+
+class PlaybackPumpTest : public testing::Test {
+  protected:
+    /// Hands `count` frames of the test sound over, as the card would.
+    static void play(PlaybackPump& pump, std::int64_t first, std::size_t count) {
+        const Frames frames = pattern(first, count);
+        for (std::size_t done = 0; done < count; done += blockFrames) {
+            pump.play(std::span(frames).subspan(done, std::min(blockFrames, count - done)));
+        }
+    }
+    OpenPlayback opener() {
+        return [device = device] {
+            return std::make_unique<FakePlayback>(device);
+        };
+    }
+
+    std::shared_ptr<Device> device = std::make_shared<Device>();
+    PlaybackTiming patient{.closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
+};
+
+TEST_F(PlaybackPumpTest, LetsAShortSoundBeHeardWhole) {
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 1000);
+    EXPECT_TRUE(eventually([&] { return device->stopped == 1; }));
+    EXPECT_THAT(device->firstHeard(1000), IsSound(pattern(0, 1000)));
+    EXPECT_EQ(device->startedAt.size(), 1U);
+}
+
+TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
+    PlaybackPump pump(opener(), patient);
+    pump.play(silence(441));
+    play(pump, 0, 5000);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 5000; }));
+    EXPECT_EQ(device->opened, 1);
+    EXPECT_THAT(device->firstHeard(5000), IsSound(pattern(0, 5000)));
+}
+
+TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 10'000);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));
+    const std::lock_guard lock(device->mutex);
+    ASSERT_EQ(device->startedAt.size(), 1U);
+    EXPECT_GE(device->startedAt.front(), 4410U);
+    EXPECT_LT(device->startedAt.front(), 5000U);
+}
+
+class PlaybackPumpRecovery : public PlaybackPumpTest, public testing::WithParamInterface<long> {};
+
+TEST_P(PlaybackPumpRecovery, PreparesTheDeviceAndSendsTheRejectedFramesAgain) {
+    device->refuseFrom = 6000;
+    device->refusals = {GetParam(), GetParam()};
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 11'000);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 11'000; }));
+    EXPECT_THAT(device->firstHeard(11'000), IsSound(pattern(0, 11'000)));
+    EXPECT_EQ(device->prepared, 2);
+    EXPECT_EQ(device->opened, 1);
+    EXPECT_TRUE(eventually([&] {
+        const std::lock_guard lock(device->mutex);
+        return device->startedAt.size() == 2;
+    }));
+}
+
+INSTANTIATE_TEST_SUITE_P(UnderrunAndSuspend, PlaybackPumpRecovery,
+                         testing::Values(-EPIPE, -ESTRPIPE));
+
+class PlaybackPumpLoss : public PlaybackPumpTest, public testing::WithParamInterface<long> {};
+
+TEST_P(PlaybackPumpLoss, OpensALostDeviceAgainWhileSoundFlows) {
+    device->refusals = {GetParam()};
+    patient.retryAfter = 1ms;
+    PlaybackPump pump(opener(), patient);
+    EXPECT_TRUE(eventually([&] {
+        play(pump, 0, 441);
+        return device->opened == 2 && device->heardFrames() > 0;
+    }));
+    EXPECT_EQ(device->closed, 1);
+}
+
+TEST_P(PlaybackPumpLoss, TriesALostDeviceNoSoonerThanItShould) {
+    device->refusals = {GetParam()};
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    ASSERT_TRUE(eventually([&] { return device->closed == 1; }));
+    for (int i = 0; i < 100; ++i) {
+        play(pump, 0, 441);
+        std::this_thread::sleep_for(1ms);
+    }
+    EXPECT_EQ(device->opened, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(UnpluggedAndBroken, PlaybackPumpLoss,
+                         testing::Values(-ENODEV, -EIO, -EBADFD));
+
+TEST_F(PlaybackPumpTest, GivesUpADeviceThatUnderrunsForEver) {
+    device->refusals = std::deque<long>(1000, -EPIPE);
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
+}
+
+TEST_F(PlaybackPumpTest, GivesUpADeviceThatTakesNothing) {
+    device->full = true;
+    patient.stallLimit = 5ms;
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
+}
+
+TEST_F(PlaybackPumpTest, ClosesTheDeviceAfterSilence) {
+    patient.closeAfter = 100ms;
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] {
+        pump.play(silence(441));
+        return device->closed == 1;
+    }));
+    pump.play(silence(441));
+    std::this_thread::sleep_for(20ms);
+    EXPECT_EQ(device->opened, 1) << "the silence that follows opens it again";
+}
+
+TEST_F(PlaybackPumpTest, OpensNoDeviceForTheSilenceThatCameInWhileItWasClosed) {
+    patient.closeAfter = 100ms;
+    PlaybackPump pump(opener(), patient);
+    device->onStop = [&pump] {
+        pump.play(silence(441));
+    };
+    play(pump, 0, 441);
+    pump.play(silence(frameRate / 8));
+    ASSERT_TRUE(eventually([&] { return device->closed == 1; }));
+    std::this_thread::sleep_for(20ms);
+    EXPECT_EQ(device->opened, 1);
+}
+
+TEST_F(PlaybackPumpTest, ClosesTheDeviceWhereNothingComesAnyMore) {
+    patient.closeAfter = 1ms;
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
+}
+
+TEST_F(PlaybackPumpTest, PlaysOnTheSameDeviceAfterAPause) {
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 441);
+    ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
+    const std::size_t before = device->heardFrames();
+    play(pump, 441, 441);
+    ASSERT_TRUE(eventually([&] { return device->stopped == 2; }));
+    const Frames all = device->firstHeard(100'000);
+    EXPECT_THAT(Frames(all.begin() + static_cast<std::ptrdiff_t>(before),
+                       all.begin() + static_cast<std::ptrdiff_t>(before) + 441),
+                IsSound(pattern(441, 441)));
+    EXPECT_EQ(device->opened, 1);
+    EXPECT_EQ(device->prepared, 1);
+}
+
+TEST_F(PlaybackPumpTest, NeitherDelaysTheCardNorItsOwnEndForADeviceThatHangs) {
+    device->hangs = true;
+    patient.patience = 1ms;
+    {
+        PlaybackPump pump(opener(), patient);
+        play(pump, 0, 10 * frameRate); // would never return if it waited for the device
+    }
+    EXPECT_EQ(device->closed, 0);
+    device->release();
+    EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
+}
+
+TEST_F(PlaybackPumpTest, DropsWhatDoesNotFit) {
+    device->hangs = true;
+    PlaybackPump pump(opener(), patient);
+    play(pump, 0, 10 * frameRate);
+    device->release();
+    ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
+    // A quarter of a second was queued, and a block was on its way.
+    EXPECT_LE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2);
+    EXPECT_THAT(device->firstHeard(10'000), IsSound(pattern(0, 10'000)));
+}
+
+TEST_F(PlaybackPumpTest, EndsWhereTheDeviceCannotBeOpened) {
+    std::atomic<int> attempts = 0;
+    PlaybackPump pump(
+        [&attempts]() -> std::unique_ptr<PcmPlayback> {
+            ++attempts;
+            return nullptr;
+        },
+        patient);
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] { return attempts == 1; }));
+}
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/sound_card_thread.h"
+
+#include <chrono>
+#include <utility>
+
+namespace sonarith::sound {
+
+SoundCard::Time monotonicNow() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+SoundCardThread::SoundCardThread(SoundCard& card, Clock clock)
+    : card_(card), clock_(std::move(clock)) {
+    card_.setWakeUp([this] {
+        {
+            const std::lock_guard lock(mutex_);
+            called_ = true;
+        }
+        wake_.notify_one();
+    });
+    thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+}
+
+SoundCardThread::~SoundCardThread() {
+    card_.setWakeUp(nullptr);
+    thread_.request_stop();
+    thread_.join();
+}
+
+void SoundCardThread::run(const std::stop_token& stop) {
+    // One block of the card: long enough to cost next to nothing, and short beside what the
+    // output keeps ready.
+    constexpr std::chrono::milliseconds interval{10};
+    while (!stop.stop_requested()) {
+        {
+            const std::lock_guard lock(mutex_);
+            called_ = false;
+        }
+        // The card is looked at after the flag was taken back, so no call falls in between.
+        const bool active = card_.active();
+        if (active) {
+            card_.advance(clock_());
+        }
+        std::unique_lock lock(mutex_);
+        if (active) {
+            wake_.wait_for(lock, stop, interval, [] { return false; });
+        } else {
+            wake_.wait(lock, stop, [this] { return called_; });
+        }
+    }
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/sound_card_thread.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <thread>
+
+#include "support/fake_sound.h"
+#include "support/waiting.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::eventually;
+using fakes::MemorySink;
+using fakes::PatternSource;
+
+TEST(SoundCardThread, MovesACardThatBecameActive) {
+    SoundCard card;
+    const SoundCardThread thread(card);
+    const auto source = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, source, monotonicNow());
+    EXPECT_TRUE(eventually([&] { return source->position() > 3 * 441; }));
+}
+
+TEST(SoundCardThread, MovesACardThatWasActiveBefore) {
+    SoundCard card;
+    const auto source = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, source, monotonicNow());
+    const SoundCardThread thread(card);
+    EXPECT_TRUE(eventually([&] { return source->position() > 441; }));
+}
+
+TEST(SoundCardThread, SleepsWhileTheCardRests) {
+    SoundCard card;
+    std::atomic<int> looks = 0;
+    const SoundCardThread thread(card, [&looks] {
+        ++looks;
+        return monotonicNow();
+    });
+    card.attach(Line::compactDisc, std::make_shared<PatternSource>(1000), monotonicNow());
+    ASSERT_TRUE(eventually([&] { return !card.active(); }));
+    const int looksBefore = looks;
+    std::this_thread::sleep_for(100ms); // ten times its interval
+    EXPECT_EQ(looks, looksBefore);
+    const auto source = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, source, monotonicNow());
+    EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
+}
+
+/// Whether all frames that are not silent follow one another in the test sound.
+bool isOneRun(const std::vector<StereoFrame>& frames) {
+    std::int64_t next = -1;
+    for (const StereoFrame& frame : frames) {
+        if (frame == StereoFrame{}) {
+            continue;
+        }
+        if (next < 0) {
+            next = frame.left - 1; // the stress test's sound stays below the first repetition
+        }
+        if (frame != fakes::patternFrame(next)) {
+            return false;
+        }
+        ++next;
+    }
+    return true;
+}
+
+TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
+    SoundCard card;
+    // The card's time runs as fast as the test wants, and differs from thread to thread.
+    std::atomic<std::int64_t> microseconds = 0;
+    const auto now = [&microseconds] {
+        return SoundCard::Time{microseconds.fetch_add(3) * 1000};
+    };
+    const SoundCardThread thread(card, now);
+    const auto source = std::make_shared<PatternSource>();
+    std::atomic<bool> done = false;
+    std::vector<std::shared_ptr<MemorySink>> tapes;
+
+    std::thread recording([&] {
+        for (int i = 0; i < 300; ++i) {
+            tapes.push_back(std::make_shared<MemorySink>());
+            card.startRecording(tapes.back(), now());
+            for (int j = 0; j < 20; ++j) {
+                card.advance(now());
+            }
+            card.stopRecording(now());
+        }
+        done = true;
+    });
+    std::thread attaching([&] {
+        while (!done) {
+            card.attach(Line::compactDisc, source, now());
+            card.advance(now());
+            card.detach(Line::compactDisc);
+        }
+    });
+    std::thread mixing([&] {
+        int level = 0;
+        while (!done) {
+            card.setVolume(Line::compactDisc, ++level % fullVolume);
+            card.setMuted(Line::compactDisc, level % 2 == 0);
+            card.setSpeakers(level % 3 == 0 ? std::make_shared<MemorySink>() : nullptr);
+            static_cast<void>(card.active());
+        }
+    });
+    recording.join();
+    attaching.join();
+    mixing.join();
+
+    ASSERT_LT(source->position(), 32719) << "the sound must not repeat for this comparison";
+    std::size_t audible = 0;
+    for (const auto& tape : tapes) {
+        ASSERT_TRUE(isOneRun(tape->frames()));
+        audible += tape->size();
+    }
+    EXPECT_GT(audible, 0U);
+}
+
+} // namespace
+} // namespace sonarith::sound
