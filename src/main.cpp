@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The composition root: makes the real platform, the application and its windows, and runs them.
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+
+#include "app/application.h"
+#include "platform/linux/disc/drive_slot.h"
+#include "platform/linux/disc/optical_drive.h"
+#include "platform/linux/mci/interpreter.h"
+#include "platform/linux/mci/machine_devices.h"
+#include "platform/linux/paths/clock_random.h"
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
+#include "platform/linux/paths/program_folder.h"
+#include "platform/linux/paths/single_instance.h"
+#include "platform/linux/sound/alsa_output.h"
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "platform/qt/ini_settings_store.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_message_boxes.h"
+#include "platform/qt/qt_mouse_pointer.h"
+#include "platform/qt/qt_shell.h"
+#include "ui/coming_window.h"
+#include "ui/devices_window.h"
+#include "ui/main_window_view.h"
+#include "worktree/folder_scanner.h"
+
+namespace {
+
+using namespace sonarith;
+
+/// The store's section "Devices": which devices the user has chosen.
+class ChosenDevices {
+  public:
+    explicit ChosenDevices(SettingsStore& store) : store_(store) {}
+
+    /// Empty: the first optical drive found; else a device node or a disc image's path.
+    [[nodiscard]] std::string drive() const { return read("Drive", ""); }
+    /// The name of an ALSA device, or "none".
+    [[nodiscard]] std::string output() const { return read("Output", "default"); }
+    /// Empty: the compact disc line; `mixSource`: all that goes to the speakers.
+    [[nodiscard]] std::string source() const { return read("Source", ""); }
+    void write(const std::string& key, const std::string& value) {
+        store_.SaveSetting(applicationName, "Devices", key, value);
+    }
+
+    static constexpr const char* mixSource = "mix";
+
+  private:
+    [[nodiscard]] std::string read(const std::string& key, const std::string& fallback) const {
+        return store_.GetSetting(applicationName, "Devices", key, fallback);
+    }
+
+    SettingsStore& store_;
+};
+
+void applyOutput(sound::SoundCard& card, const std::string& name) {
+    card.setSpeakers(sound::makeOutput(name));
+}
+
+void applySource(sound::SoundCard& card, const std::string& name) {
+    card.setRecordingSource(name == ChosenDevices::mixSource ? sound::RecordingSource::mix
+                                                             : sound::RecordingSource::compactDisc);
+}
+
+std::vector<DeviceChoice> outputChoices() {
+    std::vector<DeviceChoice> choices;
+    for (const sound::DeviceEntry& entry : sound::listOutputs()) {
+        choices.push_back({entry.name, entry.description});
+    }
+    return choices;
+}
+
+DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound::SoundCard& card,
+                            Form1& form) {
+    DeviceChoices choices;
+    choices.opticalDrives = disc::opticalDrives;
+    choices.outputs = outputChoices;
+    choices.sources = [] {
+        return std::vector<DeviceChoice>{{"", "Compact disc"},
+                                         {ChosenDevices::mixSource, "All that is played"}};
+    };
+    choices.drive = [&] {
+        return chosen.drive();
+    };
+    choices.output = [&] {
+        return chosen.output();
+    };
+    choices.source = [&] {
+        return chosen.source();
+    };
+    choices.setDrive = [&](const std::string& drive) {
+        chosen.write("Drive", drive);
+    };
+    choices.setOutput = [&](const std::string& name) {
+        chosen.write("Output", name);
+        applyOutput(card, name);
+    };
+    choices.setSource = [&](const std::string& name) {
+        chosen.write("Source", name);
+        applySource(card, name);
+    };
+    choices.refreshList = [&] {
+        form.mnuRefreshlist.click();
+    };
+    choices.report = [&] {
+        return slot.report();
+    };
+    return choices;
+}
+
+int runProgram() {
+    const std::string home = programFolder(executableFolder(), userDataFolder());
+    QtEventLoop loop;
+    IniSettingsStore store;
+    MountInfo mounts;
+    DriveTable letters(store);
+    PathMap paths(letters, mounts);
+    LinuxFileSystem files(paths, home);
+    const auto machinePath = [&](const std::string& path) {
+        const Result<Located> located = files.locate(path);
+        return located.ok() ? located.value().path : std::string();
+    };
+
+    ChosenDevices chosen(store);
+    disc::DriveSlot slot([&] { return chosen.drive(); });
+    sound::SoundCard card;
+    applyOutput(card, chosen.output());
+    applySource(card, chosen.source());
+    auto cardThread = std::make_unique<sound::SoundCardThread>(card);
+
+    ProcessState* process = nullptr;
+    // In the destination folder first: a recording made there is saved without being copied.
+    const auto recordingFolders = [&]() -> std::vector<std::filesystem::path> {
+        return {machinePath(process->settings.decodePath), std::filesystem::path(userDataFolder()),
+                "/var/tmp", "/tmp"};
+    };
+    mci::Interpreter media(mci::devicesOf({card, sound::monotonicNow,
+                                           [&] { return slot.openDrive(); }, recordingFolders,
+                                           [&](const std::string& path) {
+                                               return std::filesystem::path(machinePath(path));
+                                           }}));
+
+    QtMessageBoxes boxes(applicationTitle);
+    QtMousePointer pointer;
+    ClockRandom random;
+    QtShell shell(applicationTitle, machinePath);
+    NoFolderScanner scanner;
+    Application application({loop, media, store, files, boxes, pointer, random, shell, scanner});
+    process = &application.process();
+    Form1& form = application.form1();
+
+    MainWindowView window(form);
+    DevicesWindow devices(deviceChoices(chosen, slot, card, form));
+    form.mnuDevices.onClick = [&] {
+        devices.open();
+    };
+    window.onImageDropped = [&](const std::string& image) {
+        devices.chooseDrive(image);
+    };
+    Windows& others = application.windows();
+    ComingWindow player(others.Form4);
+    ComingWindow preferences(others.FrmPrefs);
+    ComingWindow finder(others.frmsearch);
+    ComingWindow playlist(others.frmPlayList);
+
+    loop.setLastSteps([&] {
+        cardThread.reset();
+        card.setSpeakers(nullptr);
+    });
+    application.start();
+    loop.run();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const SingleInstance instance(instanceFolder());
+    if (!instance.isFirst()) {
+        return 0;
+    }
+    QApplication qt(argc, argv);
+    QApplication::setApplicationName("sonarith");
+    return runProgram();
+}

@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/ini_settings_store.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/text/store_file_check.h"
+#include "support/temp_folder.h"
+
+namespace sonarith {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+
+class IniSettingsStoreTest : public ::testing::Test {
+  protected:
+    [[nodiscard]] QString folder() const {
+        return QString::fromStdString((temp_ / "config/sonarith").string());
+    }
+    [[nodiscard]] fs::path file(const std::string& suffix = "") const {
+        return temp_ / ("config/sonarith/Sonarith v2.0.ini" + suffix);
+    }
+    static std::string read(const fs::path& path) {
+        std::ifstream stream(path);
+        return (std::stringstream() << stream.rdbuf()).str();
+    }
+    void write(const std::string& content, const std::string& suffix = "") const {
+        fs::create_directories(file().parent_path());
+        std::ofstream(file(suffix)) << content;
+    }
+    static void save(IniSettingsStore& store, const std::string& key, const std::string& value,
+                     const std::string& section = "Settings") {
+        store.SaveSetting(applicationName, section, key, value);
+    }
+    static std::string get(const IniSettingsStore& store, const std::string& key,
+                           const std::string& section = "Settings") {
+        return store.GetSetting(applicationName, section, key, "(default)");
+    }
+
+    fakes::TempFolder temp_;
+};
+
+TEST_F(IniSettingsStoreTest, GivesTheReadersDefaultForAnAbsentKeyAndWritesNothing) {
+    const IniSettingsStore store(folder());
+    EXPECT_EQ(get(store, "HDWarning"), "(default)");
+    EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(IniSettingsStoreTest, HasEachValueOnDiskWhenTheCallReturns) {
+    IniSettingsStore store(folder());
+    save(store, "Audio format", "1");
+    EXPECT_THAT(read(file()), HasSubstr("[Settings]"));
+    EXPECT_THAT(read(file()), HasSubstr("=1"));
+    store.DeleteSetting(applicationName, "Settings", "Audio format");
+    EXPECT_EQ(read(file()).find("=1"), std::string::npos);
+}
+
+TEST_F(IniSettingsStoreTest, GivesAnyBytesBackAtTheNextStart) {
+    const std::vector<std::string> values = {"",
+                                             " ",
+                                             "1",
+                                             "C:\\Music\\Wav",
+                                             "a, b; c=d",
+                                             "@At(1)",
+                                             "@@",
+                                             "\"quoted\"",
+                                             "line\nend\r\t",
+                                             "añ日\U0001F3B5",
+                                             "caf\xe9",
+                                             "\xff\xfe\x80",
+                                             std::string("a\0b", 3),
+                                             "%41",
+                                             "[x]",
+                                             "\\x41",
+                                             "true",
+                                             "1,2",
+                                             "trailing ",
+                                             "C:\\",
+                                             "\xef\x81\x9c",
+                                             "\xef\xbf\xbf"};
+    {
+        IniSettingsStore store(folder());
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            save(store, std::to_string(i), values[i], "music");
+        }
+    }
+    ASSERT_EQ(checkStoreFile(read(file())), StoreFileState::whole);
+    // Read from a copy, so that nothing can come out of a cache of the process.
+    fs::create_directory(temp_ / "copy");
+    fs::copy(file(), temp_ / "copy");
+    const IniSettingsStore next(QString::fromStdString((temp_ / "copy").string()));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(get(next, std::to_string(i), "music"), values[i]) << i;
+    }
+}
+
+TEST_F(IniSettingsStoreTest, KeepsSectionsApart) {
+    IniSettingsStore store(folder());
+    save(store, "Drive", "a", "Devices");
+    save(store, "Drive", "b", "Settings");
+    save(store, "D", "/mnt", "Drives");
+    EXPECT_EQ(get(store, "Drive", "Devices"), "a");
+    EXPECT_EQ(get(store, "Drive", "Settings"), "b");
+    EXPECT_EQ(get(store, "D", "Drives"), "/mnt");
+    EXPECT_EQ(get(store, "D", "music"), "(default)");
+}
+
+TEST_F(IniSettingsStoreTest, DeletesAKeyForGood) {
+    write("[Settings]\nHDWarning=0\nHDStopNo=7\n");
+    IniSettingsStore store(folder());
+    store.DeleteSetting(applicationName, "Settings", "HDWarning");
+    EXPECT_EQ(get(store, "HDWarning"), "(default)");
+    EXPECT_EQ(get(IniSettingsStore(folder()), "HDWarning"), "(default)");
+    EXPECT_EQ(get(IniSettingsStore(folder()), "HDStopNo"), "7");
+}
+
+TEST_F(IniSettingsStoreTest, LeavesTheFileAloneIfItHoldsTheValueAlready) {
+    write("; a person's comment\n[Settings]\nHDWarning=0\n");
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    store.DeleteSetting(applicationName, "Settings", "HDStopNo");
+    EXPECT_EQ(read(file()), "; a person's comment\n[Settings]\nHDWarning=0\n");
+    save(store, "HDWarning", "1");
+    EXPECT_THAT(read(file()), HasSubstr("HDWarning=1"));
+    save(store, "HDWarning", "0");
+    EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
+}
+
+TEST_F(IniSettingsStoreTest, WritesTheFileAnewIfItWasRemovedDuringTheRun) {
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    fs::remove(file());
+    save(store, "HDWarning", "0");
+    EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
+}
+
+TEST_F(IniSettingsStoreTest, KnowsItsOwnApplicationOnly) {
+    IniSettingsStore store(folder());
+    store.SaveSetting("Other", "Settings", "HDWarning", "1");
+    EXPECT_EQ(store.GetSetting("Other", "Settings", "HDWarning", "d"), "d");
+    EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(IniSettingsStoreTest, ReadsWhatAPersonTypedIntoTheFile) {
+    write("[Settings]\r\nHDWarningNo = 250\r\nDecodePath=C:\\\\a, b\r\n");
+    const IniSettingsStore store(folder());
+    EXPECT_EQ(get(store, "HDWarningNo"), "250");
+    EXPECT_EQ(get(store, "DecodePath"), "C:\\a, b");
+}
+
+TEST_F(IniSettingsStoreTest, KeepsATornOrForeignFileAsideAndStartsEmpty) {
+    for (const std::string content :
+         {"[Settings]\nHDWarning=0\nHDStop", "hello\n", "[Settings]\nx=\"open\n"}) {
+        write(content);
+        const IniSettingsStore store(folder());
+        EXPECT_EQ(get(store, "HDWarning"), "(default)") << content;
+        EXPECT_FALSE(fs::exists(file())) << content;
+    }
+    EXPECT_EQ(read(file(".damaged-1")), "[Settings]\nHDWarning=0\nHDStop");
+    EXPECT_EQ(read(file(".damaged-2")), "hello\n");
+    EXPECT_EQ(read(file(".damaged-3")), "[Settings]\nx=\"open\n");
+}
+
+TEST_F(IniSettingsStoreTest, PutsAPipeOutOfItsWay) {
+    fs::create_directories(file().parent_path());
+    ASSERT_EQ(::mkfifo(file().c_str(), 0666), 0);
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    EXPECT_TRUE(fs::is_regular_file(file()));
+    EXPECT_TRUE(fs::is_fifo(file(".damaged-1")));
+}
+
+TEST_F(IniSettingsStoreTest, NeverWritesOverAFileThatBecameForeignDuringTheRun) {
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    write("somebody else's notes, longer than the settings were\n");
+    save(store, "HDStopNo", "7");
+    EXPECT_EQ(read(file(".damaged-1")), "somebody else's notes, longer than the settings were\n");
+    const IniSettingsStore next(folder());
+    EXPECT_EQ(get(next, "HDWarning"), "0");
+    EXPECT_EQ(get(next, "HDStopNo"), "7");
+}
+
+TEST_F(IniSettingsStoreTest, HoldsItsValuesForTheRunWhereNothingCanBeWritten) {
+    std::ofstream(temp_ / "config") << "a file where the folder should be";
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    save(store, "HDStopNo", "7");
+    store.DeleteSetting(applicationName, "Settings", "HDStopNo");
+    EXPECT_EQ(get(store, "HDWarning"), "0");
+    EXPECT_EQ(get(store, "HDStopNo"), "(default)");
+    EXPECT_EQ(read(temp_ / "config"), "a file where the folder should be");
+}
+
+// An empty lock once held up the first write after a kill for 30 seconds.
+TEST_F(IniSettingsStoreTest, RemovesTheLockOfAProgramThatWasKilled) {
+    write("", ".lock");
+    const IniSettingsStore store(folder());
+    EXPECT_FALSE(fs::exists(file(".lock")));
+}
+
+TEST_F(IniSettingsStoreTest, LeavesTheLockOfAProgramThatLives) {
+    write("", ".lock");
+    const int held = ::open(file(".lock").c_str(), O_RDWR);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    const IniSettingsStore store(folder());
+    EXPECT_TRUE(fs::exists(file(".lock")));
+    ::close(held);
+}
+
+TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
+    for (int round = 0; round < 5; ++round) {
+        int ready[2];
+        ASSERT_EQ(::pipe(ready), 0);
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            IniSettingsStore store(folder());
+            for (int value = 0;; ++value) {
+                save(store, "first", std::to_string(value));
+                save(store, "filler", std::string(20000, 'x'));
+                static_cast<void>(::write(ready[1], "x", 1));
+            }
+        }
+        char byte = 0;
+        for (int writes = 0; writes < 3 + round * 7; ++writes) {
+            ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+        }
+        ASSERT_EQ(::kill(child, SIGKILL), 0);
+        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+        ::close(ready[0]);
+        ::close(ready[1]);
+        ASSERT_EQ(checkStoreFile(read(file())), StoreFileState::whole);
+        IniSettingsStore next(folder());
+        EXPECT_NE(get(next, "first"), "(default)");
+        EXPECT_EQ(get(next, "filler").size(), 20000U);
+        save(next, "after", "the kill"); // what the dead program left locks nobody out
+        EXPECT_THAT(read(file()), HasSubstr("after=the kill"));
+    }
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_event_loop.h"
+
+#include <cstdio>
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include "platform/qt/qt_message_boxes.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::ExitedWithCode;
+using testing::HasSubstr;
+using testing::Not;
+
+void post(QObject& context, std::function<void()> work) {
+    QMetaObject::invokeMethod(&context, std::move(work), Qt::QueuedConnection);
+}
+
+class QtEventLoopTest : public testing::Test {
+  protected:
+    QtEventLoop loop;
+    QObject context;
+};
+
+TEST_F(QtEventLoopTest, YieldRunsWhatIsDueAndReturnsWithNothingDue) {
+    int calls = 0;
+    post(context, [&] { ++calls; });
+    loop.yield();
+    EXPECT_EQ(calls, 1);
+    loop.yield();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(QtEventLoopTest, AWaitWhoseConditionDoesNotHoldHandlesNothing) {
+    int calls = 0;
+    post(context, [&] { ++calls; });
+    loop.waitWhile([] { return false; });
+    EXPECT_EQ(calls, 0);
+    loop.yield();
+}
+
+TEST_F(QtEventLoopTest, AWaitGoesOnAtTheEventThatEndsIt) {
+    std::vector<std::string> log;
+    bool waiting = true;
+    const auto tick = loop.every(1ms, [&] {
+        log.push_back("tick");
+        waiting = log.size() < 3;
+    });
+    loop.waitWhile([&] { return waiting; });
+    EXPECT_THAT(log, ElementsAre("tick", "tick", "tick"));
+}
+
+TEST_F(QtEventLoopTest, AWaitRestsInsteadOfSpinning) {
+    int asked = 0;
+    int rests = 0;
+    bool waiting = true;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                     &context, [&] { ++rests; });
+    const auto wakeup = loop.every(60ms, [&] { waiting = false; });
+    loop.waitWhile([&] {
+        ++asked;
+        return waiting;
+    });
+    // A loop that spins for 60 ms asks some ten thousand times.
+    EXPECT_LT(asked, 20);
+    EXPECT_GT(rests, 0);
+}
+
+TEST_F(QtEventLoopTest, NestedWaitsEndFromTheInnermostOut) {
+    std::vector<std::string> log;
+    bool outer = true;
+    bool inner = true;
+    post(context, [&] {
+        post(context, [&] {
+            outer = false;
+            post(context, [&] { inner = false; });
+        });
+        loop.waitWhile([&] { return inner; });
+        log.push_back("inner");
+    });
+    loop.waitWhile([&] { return outer; });
+    log.push_back("outer");
+    EXPECT_THAT(log, ElementsAre("inner", "outer"));
+}
+
+TEST_F(QtEventLoopTest, WaitForComesBackWhenTheTimeHasPassed) {
+    const auto begin = loop.now();
+    loop.waitFor(30ms);
+    EXPECT_GE(loop.now() - begin, 30ms);
+}
+
+TEST_F(QtEventLoopTest, ATimerNeverEntersItsHandlerASecondTime) {
+    int depth = 0;
+    int deepest = 0;
+    int calls = 0;
+    const auto timer = loop.every(1ms, [&] {
+        ++calls;
+        deepest = std::max(deepest, ++depth);
+        loop.waitFor(10ms);
+        --depth;
+    });
+    loop.waitWhile([&] { return calls < 3 || depth > 0; });
+    EXPECT_EQ(deepest, 1);
+}
+
+TEST_F(QtEventLoopTest, OtherTimersRunWhileAHandlerWaits) {
+    int others = 0;
+    bool done = false;
+    const auto other = loop.every(1ms, [&] { ++others; });
+    const auto timer = loop.every(1ms, [&] {
+        if (!done) {
+            const int before = others;
+            loop.waitWhile([&] { return others < before + 3; });
+            done = true;
+        }
+    });
+    loop.waitWhile([&] { return !done; });
+    EXPECT_GE(others, 3);
+}
+
+TEST_F(QtEventLoopTest, AHandlerMayTakeItsOwnTimerBack) {
+    int calls = 0;
+    std::unique_ptr<Wakeup> timer;
+    timer = loop.every(1ms, [&] {
+        timer.reset();
+        ++calls;
+        loop.waitFor(10ms);
+    });
+    loop.waitWhile([&] { return calls == 0; });
+    loop.waitFor(10ms);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(QtEventLoopTest, ATimerThatWasTakenBackNeverFires) {
+    int calls = 0;
+    loop.every(1ms, [&] { ++calls; }).reset();
+    loop.waitFor(10ms);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(QtEventLoopTest, SecondsSinceMidnightLieWithinADay) {
+    EXPECT_GE(loop.secondsSinceMidnight(), 0.0);
+    EXPECT_LT(loop.secondsSinceMidnight(), 86400.0);
+}
+
+/// Ends the program inside a message box, shown inside a timer's handler, inside a wait; says what
+/// runs after that.
+[[noreturn]] void endInsideANestedBox() {
+    QtEventLoop loop;
+    QtMessageBoxes boxes("Title");
+    QObject context;
+    loop.setLastSteps([] { std::fputs("last steps;", stderr); });
+    const auto timer = loop.every(1ms, [&] {
+        QTimer::singleShot(0, &context, [&] {
+            if (!QApplication::activeModalWidget()) {
+                std::_Exit(3);
+            }
+            post(context, [] { std::fputs("yielded;", stderr); });
+            loop.endProgram();
+        });
+        boxes.show("Question");
+        std::fputs("box returned;", stderr);
+    });
+    loop.waitWhile([] { return true; });
+    std::_Exit(4);
+}
+
+TEST_F(QtEventLoopTest, TheEndComesFromWithinABoxWithinATickWithinAWait) {
+    EXPECT_EXIT(endInsideANestedBox(), ExitedWithCode(0),
+                AllOf(HasSubstr("last steps;"), Not(HasSubstr("yielded;")),
+                      Not(HasSubstr("box returned;"))));
+}
+
+[[noreturn]] void endTwice() {
+    QtEventLoop loop;
+    loop.setLastSteps([&] {
+        std::fputs("last steps;", stderr);
+        loop.endProgram();
+    });
+    loop.endProgram();
+}
+
+TEST_F(QtEventLoopTest, AnEndWithinTheLastStepsEndsAtOnce) {
+    EXPECT_EXIT(endTwice(), ExitedWithCode(0), HasSubstr("last steps;"));
+}
+
+[[noreturn]] void runWithoutWindows() {
+    QtEventLoop loop;
+    QWidget window;
+    QTimer::singleShot(0, &window, [&] {
+        window.show();
+        window.close();
+        QTimer::singleShot(20, &window, [&] {
+            std::fputs("still here;", stderr);
+            loop.endProgram();
+        });
+    });
+    loop.run();
+    std::_Exit(5);
+}
+
+TEST_F(QtEventLoopTest, TheLastWindowThatClosesDoesNotEndTheProgram) {
+    EXPECT_EXIT(runWithoutWindows(), ExitedWithCode(0), HasSubstr("still here;"));
+}
+
+} // namespace
+} // namespace sonarith

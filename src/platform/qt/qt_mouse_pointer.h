@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The mouse pointer's shape over all windows of the program.
+#pragma once
+
+#include "platform/mouse_pointer.h"
+
+namespace sonarith {
+
+class QtMousePointer : public MousePointer {
+  public:
+    ~QtMousePointer() override;
+    /// Setting the shape that stands already changes nothing.
+    void set(Pointer pointer) override;
+
+  private:
+    Pointer shown_ = Pointer::normal;
+};
+
+} // namespace sonarith

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_mouse_pointer.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+TEST(QtMousePointer, ShowsTheHourglassUntilSetBack) {
+    QtMousePointer pointer;
+    pointer.set(Pointer::hourglass);
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    pointer.set(Pointer::normal);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(QtMousePointer, TwoHourglassesNeedOneNormalPointer) {
+    QtMousePointer pointer;
+    pointer.set(Pointer::hourglass);
+    pointer.set(Pointer::hourglass);
+    pointer.set(Pointer::normal);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(QtMousePointer, ANormalPointerThatStandsAlreadyIsNoError) {
+    QGuiApplication::setOverrideCursor(Qt::CrossCursor);
+    QtMousePointer pointer;
+    pointer.set(Pointer::normal);
+    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr) << "it took another's cursor away";
+    QGuiApplication::restoreOverrideCursor();
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_shell.h"
+
+#include <filesystem>
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QScreen>
+#include <QStyle>
+#include <QUrl>
+
+#include "platform/qt/text.h"
+#include "platform/qt/twips.h"
+
+namespace sonarith {
+namespace {
+
+/// Percent-encoded byte for byte, so that a name that is not UTF-8 reaches the viewer too.
+void openInDesktopViewer(const std::string& machinePath) {
+    const QByteArray encoded = QByteArray::fromStdString(machinePath).toPercentEncoding("/");
+    QDesktopServices::openUrl(QUrl::fromEncoded("file://" + encoded));
+}
+
+QSize screenSize() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->geometry().size() : QSize();
+}
+
+} // namespace
+
+QtShell::QtShell(std::string title, ToMachinePath toMachinePath, OpenFile openFile)
+    : title_(std::move(title)),
+      toMachinePath_(std::move(toMachinePath)),
+      openFile_(openFile ? std::move(openFile) : OpenFile(openInDesktopViewer)) {}
+
+Twips QtShell::screenWidth() const {
+    return toTwips(screenSize().width());
+}
+
+Twips QtShell::screenHeight() const {
+    return toTwips(screenSize().height());
+}
+
+void QtShell::showHelp(const std::string& path) {
+    const std::string machinePath = toMachinePath_(path);
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(machinePath, ignored)) {
+        openFile_(machinePath);
+    }
+}
+
+void QtShell::showAboutBox() {
+    QMessageBox box(QMessageBox::NoIcon, toQString(title_), toQString(title_), QMessageBox::Ok,
+                    QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("aboutBox"));
+    box.setAccessibleName(toQString(title_));
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(
+        QStringLiteral("Turns the tracks of an audio CD into WAV files.\n\n"
+                       "Free software under the GNU General Public License, version 3 or later."));
+    // Taken at the size that message boxes give their own pictures.
+    const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    box.setIconPixmap(QApplication::windowIcon().pixmap(QSize(side, side), box.devicePixelRatio()));
+    box.exec();
+}
+
+} // namespace sonarith

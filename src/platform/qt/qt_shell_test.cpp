@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_shell.h"
+
+#include <fstream>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class QtShellTest : public testing::Test {
+  protected:
+    QObject context;
+    QTemporaryDir folder;
+    std::vector<std::string> opened;
+    QtShell shell{"Sonarith v2.0",
+                  [this](const std::string& path) {
+                      return folder.path().toStdString() + "/" + path.substr(3);
+                  },
+                  [this](const std::string& path) {
+                      opened.push_back(path);
+                  }};
+};
+
+TEST_F(QtShellTest, TheScreensSizeIsInTwips) {
+    const QSize pixels = QGuiApplication::primaryScreen()->geometry().size();
+    EXPECT_EQ(shell.screenWidth(), pixels.width() * 15);
+    EXPECT_EQ(shell.screenHeight(), pixels.height() * 15);
+}
+
+TEST_F(QtShellTest, AHelpFileIsOpenedByItsPathOnThisMachine) {
+    const std::string machinePath = folder.path().toStdString() + "/sonarith.chm";
+    std::ofstream(machinePath) << "help";
+    shell.showHelp("c:\\sonarith.chm");
+    EXPECT_THAT(opened, ElementsAre(machinePath));
+}
+
+TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreSilent) {
+    shell.showHelp("c:\\sonarith.chm");
+    shell.showHelp("c:\\.");
+    EXPECT_THAT(opened, IsEmpty());
+}
+
+TEST_F(QtShellTest, TheAboutBoxCarriesTheTitleAndClosesByKeyboard) {
+    QString title;
+    QTimer::singleShot(0, &context, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        title = box->windowTitle();
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    shell.showAboutBox();
+    EXPECT_EQ(title.toStdString(), "Sonarith v2.0");
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Between the logic's texts and the desktop's: UTF-8 bytes and QString. File names are bytes that
+// need not be UTF-8; they survive the way there and back. Not for display rules (mnemonics.h).
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <QString>
+
+namespace sonarith {
+
+/// Each byte that is not part of valid UTF-8 becomes one lone low surrogate, U+DC00 + byte, which
+/// no valid text holds.
+[[nodiscard]] QString toQString(std::string_view text);
+
+/// The inverse of toQString. A surrogate that stands alone and is no such byte becomes U+FFFD.
+[[nodiscard]] std::string toText(const QString& text);
+
+} // namespace sonarith

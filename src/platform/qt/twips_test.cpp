@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/twips.h"
+
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+TEST(Twips, TheDesignedClientAreaIs266By366Pixels) {
+    EXPECT_EQ(toPixels(3990), 266);
+    EXPECT_EQ(toPixels(5490), 366);
+    EXPECT_EQ(toTwips(266), 3990);
+}
+
+TEST(Twips, PixelsSurviveTheWayThereAndBackOnBothSidesOfZero) {
+    for (int pixels = -2000; pixels <= 2000; ++pixels) {
+        ASSERT_EQ(toPixels(toTwips(pixels)), pixels);
+    }
+}
+
+TEST(Twips, PartsOfAPixelAreRoundedToTheNearest) {
+    EXPECT_EQ(toPixels(7), 0);
+    EXPECT_EQ(toPixels(8), 1);
+    EXPECT_EQ(toPixels(-7), 0);
+    EXPECT_EQ(toPixels(-8), -1);
+}
+
+} // namespace
+} // namespace sonarith

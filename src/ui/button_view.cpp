@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/button_view.h"
+
+#include "platform/qt/text.h"
+#include "ui/mnemonics.h"
+
+namespace sonarith {
+namespace {
+
+/// Side of a tool bar's pictures, in device-independent pixels: six fit beside each other into
+/// the narrow window.
+constexpr int iconSide = 22;
+
+} // namespace
+
+IconButtonView::IconButtonView(CommandButton& model, Symbol symbol, QWidget* parent)
+    : QToolButton(parent),
+      view_(
+          model, *this, [&model] { return model.caption(); }, QString(),
+          [this, &model] {
+              if (model.toolTip().empty()) {
+                  setToolTip(toQString(model.caption()));
+              }
+          }) {
+    setIcon(makeIcon(symbol));
+    setIconSize(QSize(iconSide, iconSide));
+    setAutoRaise(true);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QToolButton::clicked, this, [&model] { model.click(); });
+}
+
+TextButtonView::TextButtonView(CommandButton& model, QString takenLetters, QWidget* parent)
+    : QPushButton(parent),
+      view_(
+          model, *this, [&model] { return model.caption(); }, QString(),
+          [this, &model, taken = std::move(takenLetters)] {
+              const QString marked = withMnemonics({toQString(model.caption())}, taken).front();
+              if (text() != marked) {
+                  setText(marked);
+              }
+          }) {
+    setAutoDefault(false);
+    connect(this, &QPushButton::clicked, this, [&model] { model.click(); });
+}
+
+} // namespace sonarith

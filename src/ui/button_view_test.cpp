@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/button_view.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+class ButtonViewTest : public testing::Test {
+  protected:
+    ButtonViewTest() {
+        model.onClick = [this] { ++clicks; };
+    }
+
+    int clicks = 0;
+    QWidget parent;
+    CommandButton model{"CmdSelectAction", "Start "};
+};
+
+TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
+    TextButtonView view(model, "", &parent);
+    parent.show();
+    QTest::mouseClick(&view, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+    QTest::keyClick(&view, Qt::Key_Space);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(ButtonViewTest, AClosedButtonTakesNoClicks) {
+    IconButtonView view(model, Symbol::exit, &parent);
+    parent.show();
+    model.setEnabled(false);
+    QTest::mouseClick(&view, Qt::LeftButton);
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithALetterThatIsFree) {
+    const TextButtonView view(model, "fs", &parent);
+    EXPECT_EQ(view.text(), "S&tart ");
+    EXPECT_EQ(view.accessibleName(), "Start ");
+    EXPECT_EQ(view.objectName(), "CmdSelectAction");
+}
+
+TEST_F(ButtonViewTest, APictureButtonTellsItsCaptionAsToolTip) {
+    const IconButtonView view(model, Symbol::search, &parent);
+    EXPECT_EQ(view.toolTip(), "Start ");
+    EXPECT_EQ(view.accessibleName(), "Start ");
+    EXPECT_FALSE(view.icon().isNull());
+    EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
+}
+
+TEST_F(ButtonViewTest, AToolTipOfItsOwnGoesFirst) {
+    CommandButton play("Command11");
+    play.setToolTip("Play Selected track");
+    const IconButtonView view(play, Symbol::play, &parent);
+    EXPECT_EQ(view.toolTip(), "Play Selected track");
+    EXPECT_EQ(view.accessibleName(), "Play Selected track");
+}
+
+TEST_F(ButtonViewTest, AButtonCanBeClickedAgainFromWithinItsOwnClick) {
+    TextButtonView view(model, "", &parent);
+    parent.show();
+    model.onClick = [&] {
+        if (++clicks == 1) {
+            QTest::mouseClick(&view, Qt::LeftButton);
+        }
+    };
+    QTest::mouseClick(&view, Qt::LeftButton);
+    EXPECT_EQ(clicks, 2);
+}
+
+} // namespace
+} // namespace sonarith

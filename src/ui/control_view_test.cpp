@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/control_view.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/controls/basic_controls.h"
+
+namespace sonarith {
+namespace {
+
+class ControlViewTest : public testing::Test {
+  protected:
+    QWidget parent;
+    QWidget widget{&parent};
+    Label model{"lblStatus", "12 Bytes"};
+    ControlView view{model, widget, [this] { return model.caption(); }, "Bytes captured"};
+};
+
+TEST_F(ControlViewTest, TheWidgetCarriesTheControlsName) {
+    EXPECT_EQ(widget.objectName(), "lblStatus");
+}
+
+TEST_F(ControlViewTest, VisibilityAndAccessFollowTheControl) {
+    model.setVisible(false);
+    EXPECT_TRUE(widget.isHidden());
+    model.setVisible(true);
+    EXPECT_FALSE(widget.isHidden());
+    model.setEnabled(false);
+    EXPECT_FALSE(widget.isEnabled());
+}
+
+TEST_F(ControlViewTest, TheSpokenNameIsTheCaptionElseTheToolTipElseTheLabel) {
+    EXPECT_EQ(widget.accessibleName(), "12 Bytes");
+    model.setCaption("");
+    EXPECT_EQ(widget.accessibleName(), "Bytes captured");
+    model.setToolTip("What came so far");
+    EXPECT_EQ(widget.accessibleName(), "What came so far");
+    EXPECT_EQ(widget.toolTip(), "What came so far");
+}
+
+TEST_F(ControlViewTest, APlaceIsTakenFromTheControlOnlyWhereThatIsAskedFor) {
+    model.setLeft(150);
+    EXPECT_EQ(widget.x(), 0);
+    QWidget placed(&parent);
+    const ControlView placedView(model, placed, {}, "", {}, Placement::byControl);
+    model.setTop(30);
+    model.setWidth(300);
+    model.setHeight(45);
+    EXPECT_EQ(placed.geometry(), QRect(10, 2, 20, 3));
+}
+
+TEST_F(ControlViewTest, AControlMayChangeAfterItsWidgetIsGone) {
+    {
+        QWidget brief(&parent);
+        const ControlView briefView(model, brief, {}, "");
+    }
+    model.setCaption("still there");
+    EXPECT_EQ(widget.accessibleName(), "still there");
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/devices_window.h"
+
+#include <algorithm>
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/qt/text.h"
+#include "ui/icons.h"
+
+namespace sonarith {
+namespace {
+
+/// Where a list entry keeps what it stands for, as bytes.
+constexpr int nameRole = Qt::UserRole;
+
+QByteArray asData(const std::string& name) {
+    return QByteArray::fromStdString(name);
+}
+
+std::string nameIn(const QVariant& data) {
+    return data.toByteArray().toStdString();
+}
+
+template <typename Widget>
+Widget* named(Widget* widget, const char* objectName, const QString& accessibleName) {
+    widget->setObjectName(QLatin1String(objectName));
+    widget->setAccessibleName(accessibleName);
+    return widget;
+}
+
+/// Fills a box with the devices and shows the stored one, which need not be there just now.
+void fill(QComboBox& box, const std::vector<DeviceChoice>& devices, const std::string& stored) {
+    box.clear();
+    for (const DeviceChoice& device : devices) {
+        const std::string& text = device.description.empty() ? device.name : device.description;
+        box.addItem(toQString(text), asData(device.name));
+        box.setItemData(box.count() - 1, toQString(text), Qt::ToolTipRole);
+    }
+    int chosen = box.findData(asData(stored));
+    if (chosen < 0) {
+        const QString text = stored.empty() ? QObject::tr("None")
+                                            : QObject::tr("%1 (not found)").arg(toQString(stored));
+        box.insertItem(0, text, asData(stored));
+        chosen = 0;
+    }
+    box.setCurrentIndex(chosen);
+}
+
+} // namespace
+
+DevicesWindow::DevicesWindow(DeviceChoices choices)
+    : choices_(std::move(choices)),
+      drives_(named(new QListWidget(this), "drives", tr("Drive"))),
+      pickButton_(named(new QPushButton(tr("Choose Disc &Image..."), this), "pickImage",
+                        tr("Choose Disc Image..."))),
+      output_(named(new QComboBox(this), "output", tr("Sound output"))),
+      source_(named(new QComboBox(this), "source", tr("Recording source"))),
+      report_(named(new QPlainTextEdit(this), "report", tr("The disc"))) {
+    setObjectName(QStringLiteral("Devices"));
+    setWindowTitle(tr("Devices"));
+    setAccessibleName(tr("Devices"));
+    setModal(false);
+    buildLayout();
+    // Device-independent pixels: all of it in sight, and no higher than that.
+    resize(330, 430);
+
+    const auto choose = [this](const QListWidgetItem* item) {
+        const std::string name = nameIn(item->data(nameRole));
+        // Return and a double click come after a click that has chosen already.
+        if (name != choices_.drive()) {
+            chooseDrive(name);
+        }
+    };
+    connect(drives_, &QListWidget::itemClicked, this, choose);
+    connect(drives_, &QListWidget::itemActivated, this, choose);
+    connect(pickButton_, &QPushButton::clicked, this, [this] { pickImage(); });
+    connect(output_, &QComboBox::activated, this,
+            [this](int index) { choices_.setOutput(nameIn(output_->itemData(index))); });
+    connect(source_, &QComboBox::activated, this,
+            [this](int index) { choices_.setSource(nameIn(source_->itemData(index))); });
+}
+
+void DevicesWindow::buildLayout() {
+    const auto label = [this](const QString& text, const char* objectName, QWidget* buddy) {
+        auto* made = named(new QLabel(text, this), objectName, QString(text).remove(u'&'));
+        made->setBuddy(buddy);
+        return made;
+    };
+    // Device-independent pixels: three drives and three lines of report without scrolling.
+    drives_->setMinimumSize(280, 80);
+    drives_->setTextElideMode(Qt::ElideMiddle);
+    drives_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    report_->setReadOnly(true);
+    report_->setTabChangesFocus(true);
+    report_->setMinimumHeight(60);
+    for (QComboBox* box : {output_, source_}) {
+        // Long names of devices are cut rather than widening the window.
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(24);
+    }
+    pickButton_->setAutoDefault(false);
+    auto* buttons =
+        named(new QDialogButtonBox(QDialogButtonBox::Close, this), "buttons", tr("Buttons"));
+    QPushButton* closeButton =
+        named(buttons->button(QDialogButtonBox::Close), "close", tr("Close"));
+    closeButton->setAutoDefault(false);
+    connect(buttons, &QDialogButtonBox::rejected, this, [this] { hide(); });
+
+    auto* rows = new QVBoxLayout(this);
+    rows->addWidget(label(tr("&Drive"), "driveLabel", drives_));
+    rows->addWidget(drives_, 1);
+    rows->addWidget(pickButton_, 0, Qt::AlignLeft);
+    rows->addSpacing(6);
+    rows->addWidget(label(tr("The dis&c"), "reportLabel", report_));
+    rows->addWidget(report_, 1);
+    rows->addSpacing(6);
+    rows->addWidget(label(tr("Sound &output"), "outputLabel", output_));
+    rows->addWidget(output_);
+    rows->addWidget(label(tr("&Recording source"), "sourceLabel", source_));
+    rows->addWidget(source_);
+    rows->addSpacing(6);
+    rows->addWidget(buttons);
+}
+
+void DevicesWindow::open() {
+    showChoices();
+    show();
+    raise();
+    activateWindow();
+    drives_->setFocus();
+}
+
+void DevicesWindow::showChoices() {
+    showDrives();
+    fill(*output_, choices_.outputs(), choices_.output());
+    fill(*source_, choices_.sources(), choices_.source());
+    showReport();
+}
+
+void DevicesWindow::showDrives() {
+    const std::string stored = choices_.drive();
+    drives_->clear();
+    const auto add = [&](const std::string& name, const QString& text, Symbol symbol) {
+        auto* item = new QListWidgetItem(makeIcon(symbol), text, drives_);
+        item->setData(nameRole, asData(name));
+        item->setToolTip(name.empty() ? text : toQString(name));
+        if (name == stored) {
+            QFont bold = item->font();
+            bold.setBold(true);
+            item->setFont(bold);
+            drives_->setCurrentItem(item);
+        }
+    };
+    add({}, tr("First drive found"), Symbol::disc);
+    const std::vector<std::string> found = choices_.opticalDrives();
+    for (const std::string& drive : found) {
+        add(drive, toQString(drive), Symbol::disc);
+    }
+    const bool listed =
+        stored.empty() || std::find(found.begin(), found.end(), stored) != found.end();
+    if (!listed) {
+        const bool device = stored.starts_with("/dev/");
+        add(stored,
+            device ? tr("%1 (not found)").arg(toQString(stored))
+                   : tr("Disc image: %1").arg(toQString(stored.substr(stored.rfind('/') + 1))),
+            device ? Symbol::disc : Symbol::collection);
+    }
+}
+
+void DevicesWindow::showReport() {
+    const std::string report = choices_.report();
+    report_->setPlainText(report.empty() ? tr("No faults are known.") : toQString(report));
+}
+
+void DevicesWindow::chooseDrive(const std::string& drive) {
+    choices_.setDrive(drive);
+    // Refreshing yields; a choice in the middle of it is refreshed after it, not inside.
+    refreshAgain_ = refreshing_;
+    if (refreshing_) {
+        return;
+    }
+    refreshing_ = true;
+    do {
+        refreshAgain_ = false;
+        choices_.refreshList();
+    } while (refreshAgain_);
+    refreshing_ = false;
+    showDrives();
+    showReport();
+}
+
+void DevicesWindow::pickImage() {
+    const std::string current = choices_.drive();
+    const std::string picked =
+        choices_.pickImage ? choices_.pickImage(current) : pickInDialog(current);
+    if (!picked.empty()) {
+        chooseDrive(picked);
+    }
+}
+
+std::string DevicesWindow::pickInDialog(const std::string& current) {
+    const QString folder = current.empty() || current.starts_with("/dev/")
+                               ? QString()
+                               : QFileInfo(toQString(current)).absolutePath();
+    const QString picked =
+        QFileDialog::getOpenFileName(this, tr("Choose Disc Image"), folder,
+                                     tr("Disc images (*.cue *.CUE *.toc *.TOC);;All files (*)"));
+    return QFile::encodeName(picked).toStdString();
+}
+
+} // namespace sonarith

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The Devices window: which drive or disc image, which sound output and which recording source are
+// used, and what is wrong with the disc. It knows no device: it asks and tells through
+// DeviceChoices.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <QComboBox>
+#include <QDialog>
+#include <QListWidget>
+#include <QPlainTextEdit>
+
+namespace sonarith {
+
+/// A device that can be chosen: `name` is stored, `description` is shown (the name, if empty).
+struct DeviceChoice {
+    std::string name;
+    std::string description;
+};
+
+/// What the window asks and whom it tells. All are set, except where said otherwise.
+struct DeviceChoices {
+    /// The device nodes of the optical drives found.
+    std::function<std::vector<std::string>()> opticalDrives;
+    std::function<std::vector<DeviceChoice>()> outputs;
+    std::function<std::vector<DeviceChoice>()> sources;
+
+    /// What is stored. Of the drive: empty for the first one found, else a device node or the
+    /// path of a disc image, in the machine's form.
+    std::function<std::string()> drive;
+    std::function<std::string()> output;
+    std::function<std::string()> source;
+    std::function<void(const std::string&)> setDrive;
+    std::function<void(const std::string&)> setOutput;
+    std::function<void(const std::string&)> setSource;
+
+    /// "Refresh List"; it may yield.
+    std::function<void()> refreshList;
+    /// What is wrong with the disc, in words; empty if nothing is.
+    std::function<std::string()> report;
+    /// Lets a person pick a disc image; empty if none was picked. Not set: the desktop's dialog.
+    std::function<std::string(const std::string& current)> pickImage = {};
+};
+
+class DevicesWindow : public QDialog {
+  public:
+    explicit DevicesWindow(DeviceChoices choices);
+
+    /// Looks for devices anew, and shows the window.
+    void open() override;
+    /// Stores a drive, a device node or the path of an image, and refreshes. For images that are
+    /// dropped on the main window, too.
+    void chooseDrive(const std::string& drive);
+
+  private:
+    void buildLayout();
+    void showChoices();
+    void showDrives();
+    void showReport();
+    void pickImage();
+    [[nodiscard]] std::string pickInDialog(const std::string& current);
+
+    DeviceChoices choices_;
+    QListWidget* drives_;
+    QPushButton* pickButton_;
+    QComboBox* output_;
+    QComboBox* source_;
+    QPlainTextEdit* report_;
+    bool refreshing_ = false;
+    bool refreshAgain_ = false;
+};
+
+} // namespace sonarith

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/form_adapter.h"
+
+#include <QMouseEvent>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+
+class FormAdapterTest : public testing::Test {
+  protected:
+    Form form{"frmsearch", "File Finder"};
+    QWidget window;
+    FormAdapter adapter{form, window, window};
+};
+
+TEST_F(FormAdapterTest, TheWindowIsSeenWhileTheFormIs) {
+    EXPECT_FALSE(window.isVisible());
+    form.show();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.windowTitle(), "File Finder");
+    EXPECT_EQ(window.objectName(), "frmsearch");
+    form.setCaption("42%");
+    EXPECT_EQ(window.windowTitle(), "42%");
+    form.hide();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsAndClosesNothingByItself) {
+    std::vector<std::string> log;
+    form.onQueryUnload = [&] { log.push_back(window.isVisible() ? "query, seen" : "query"); };
+    form.onUnload = [&] { log.push_back(window.isVisible() ? "unload, seen" : "unload"); };
+    form.show();
+    window.close();
+    EXPECT_THAT(log, ElementsAre("query, seen", "unload, seen"));
+    EXPECT_FALSE(form.loaded());
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(FormAdapterTest, ACloseInTheMiddleOfAnUnloadDoesNothing) {
+    int unloads = 0;
+    form.onQueryUnload = [&] {
+        ++unloads;
+        window.close();
+        EXPECT_TRUE(window.isVisible());
+    };
+    form.show();
+    window.close();
+    EXPECT_EQ(unloads, 1);
+}
+
+TEST_F(FormAdapterTest, AnUnloadedWindowCanBeShownAgain) {
+    int loads = 0;
+    form.onLoad = [&] { ++loads; };
+    form.show();
+    window.close();
+    form.show();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(loads, 2);
+}
+
+TEST_F(FormAdapterTest, TheFormHearsOfTheInnerSizeInTwips) {
+    form.show();
+    int resizes = 0;
+    form.onResize = [&] { ++resizes; };
+    window.resize(300, 200);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.innerWidth(), 4500);
+    EXPECT_EQ(form.innerHeight(), 3000);
+    EXPECT_EQ(resizes, 1);
+}
+
+TEST_F(FormAdapterTest, TheWindowMovesWhereTheFormSaysAndTheFormKnowsWhereItWasMoved) {
+    form.show();
+    form.setLeft(1500);
+    form.setTop(750);
+    EXPECT_EQ(window.pos(), QPoint(100, 50));
+    window.move(20, 30);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.left(), 300);
+    EXPECT_EQ(form.top(), 450);
+}
+
+TEST_F(FormAdapterTest, AChangeOfCaptionDoesNotMoveTheWindowBack) {
+    form.setLeft(1500);
+    form.show();
+    window.move(20, 30);
+    QCoreApplication::processEvents();
+    form.setCaption("other");
+    EXPECT_EQ(window.pos(), QPoint(20, 30));
+}
+
+TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
+    form.show();
+    form.minimizeRequested.emit();
+    EXPECT_TRUE(window.isMinimized());
+    form.setCaption("working");
+    EXPECT_TRUE(window.isMinimized());
+    form.show();
+    EXPECT_FALSE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(FormAdapterTest, ALeftPressOnTheBareSurfaceIsTheForms) {
+    int presses = 0;
+    form.onMouseDown = [&] { ++presses; };
+    window.resize(200, 100);
+    QWidget control(&window);
+    control.setGeometry(0, 0, 50, 50);
+    form.show();
+    QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(100, 80));
+    EXPECT_EQ(presses, 1);
+    QTest::mousePress(&window, Qt::RightButton, {}, QPoint(100, 80));
+    QTest::mousePress(&control, Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(presses, 1);
+}
+
+TEST_F(FormAdapterTest, AGraspOfTheCaptionBeforeTheWindowExistsIsPassedOver) {
+    form.captionGrasped.emit();
+    EXPECT_FALSE(window.isVisible());
+}
+
+} // namespace
+} // namespace sonarith

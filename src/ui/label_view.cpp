@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/label_view.h"
+
+#include <QPainter>
+#include <QStyle>
+
+#include "platform/qt/text.h"
+
+namespace sonarith {
+
+LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
+    : QLabel(parent),
+      model_(model),
+      cut_(cut),
+      view_(
+          model, *this, [&model] { return model.caption(); }, std::move(label),
+          [this] { showCaption(); }) {}
+
+void LabelView::showCaption() {
+    // Paths and names are no markup.
+    setTextFormat(Qt::PlainText);
+    setText(toQString(model_.caption()));
+    if (cut_ != Cut::never && model_.toolTip().empty()) {
+        setToolTip(text());
+    }
+}
+
+QSize LabelView::sizeHint() const {
+    // An empty label keeps its line, so that the bars do not change their height.
+    return QLabel::sizeHint().expandedTo(QSize(0, fontMetrics().height()));
+}
+
+QSize LabelView::minimumSizeHint() const {
+    return cut_ == Cut::never ? sizeHint() : QSize(0, sizeHint().height());
+}
+
+void LabelView::paintEvent(QPaintEvent* event) {
+    if (cut_ == Cut::never) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    const auto mode = cut_ == Cut::middle ? Qt::ElideMiddle : Qt::ElideRight;
+    const QString shown = fontMetrics().elidedText(text(), mode, contentsRect().width());
+    QPainter painter(this);
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
+                          isEnabled(), shown, foregroundRole());
+}
+
+} // namespace sonarith

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/label_view.h"
+
+#include <QImage>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+QImage paintedAt(LabelView& view, int width) {
+    view.resize(width, 20);
+    return view.grab().toImage();
+}
+
+TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
+    Label model("Label3", "<b>Next & Action:</b>");
+    QWidget parent;
+    LabelView view(model, "", LabelView::Cut::end, &parent);
+    EXPECT_EQ(view.text(), "<b>Next & Action:</b>");
+    EXPECT_EQ(view.textFormat(), Qt::PlainText);
+    model.setCaption("Größe");
+    EXPECT_EQ(view.text(), "Größe");
+    EXPECT_EQ(view.accessibleName(), "Größe");
+}
+
+TEST(LabelView, ATextThatMayBeCutAsksForNoWidthAndTellsTheWholeInItsToolTip) {
+    Label model("Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
+    QWidget parent;
+    LabelView view(model, "Destination", LabelView::Cut::middle, &parent);
+    EXPECT_EQ(view.minimumSizeHint().width(), 0);
+    EXPECT_EQ(view.toolTip(), view.text());
+}
+
+TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
+    QWidget parent;
+    Label whole("a", "begin" + std::string(60, 'x') + "end");
+    const QFontMetrics metrics(parent.font());
+    const int width = metrics.horizontalAdvance("beginxxxxxxxxxend");
+    Label cut("b", metrics.elidedText(QString::fromStdString(whole.caption()), Qt::ElideMiddle,
+                                      width).toStdString());
+    LabelView longView(whole, "", LabelView::Cut::middle, &parent);
+    LabelView cutView(cut, "", LabelView::Cut::middle, &parent);
+    ASSERT_NE(whole.caption(), cut.caption());
+    EXPECT_EQ(paintedAt(longView, width), paintedAt(cutView, width));
+}
+
+TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
+    Label model("Status", "00.00%");
+    QWidget parent;
+    const LabelView view(model, "Status", LabelView::Cut::never, &parent);
+    EXPECT_GE(view.minimumSizeHint().width(),
+              view.fontMetrics().horizontalAdvance(QStringLiteral("00.00%")));
+}
+
+TEST(LabelView, AnEmptyLabelKeepsItsLine) {
+    Label model("lblStatus");
+    QWidget parent;
+    LabelView view(model, "Bytes", LabelView::Cut::end, &parent);
+    const int empty = view.sizeHint().height();
+    model.setCaption("12 Bytes");
+    EXPECT_EQ(view.sizeHint().height(), empty);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/main_window_view.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QShortcut>
+
+#include "platform/qt/twips.h"
+#include "ui/bars.h"
+#include "ui/dropped_image.h"
+
+namespace sonarith {
+namespace {
+
+/// The work tree keeps room for about three rows, in device-independent pixels.
+constexpr int leastTreeHeight = 72;
+constexpr int gripIconSide = 16;
+
+} // namespace
+
+MainWindowView::MainWindowView(Form1& form)
+    : form_(form),
+      menu_(
+          new MenuBarView({&form.mnuFile, &form.mnuActiopn, &form.mnuPrefs, &form.mnuHelp}, this)),
+      client_(new QWidget(this)),
+      toolBar_(makeToolBar(form, menu_->letters(), client_)),
+      cdBar_(makeCdBar(form, client_)),
+      activityBar_(makeActivityBar(form, client_)),
+      statusBar_(makeStatusBar(form, client_)),
+      gripStrip_(new BarView(form.Picture5, tr("Grip"), Qt::RightEdge, client_)),
+      grip_(new PictureView(form.Image3, tr("Hand grip"), Symbol::hand, gripIconSide, gripStrip_)),
+      tree_(form.TreeView1, tr("Work tree"), client_),
+      adapter_(form, *this, *client_, [this] { arrange(); }) {
+    client_->setObjectName(QStringLiteral("client"));
+    client_->setAccessibleName(tr("Work area"));
+    setMenuBar(menu_);
+    setCentralWidget(client_);
+    setAcceptDrops(true);
+    // Of the whole program: message boxes show it too.
+    QApplication::setWindowIcon(makeIcon(Symbol::program));
+    // The grip does what a press on the bare surface does.
+    grip_->onLeftPress = [this] {
+        run(form_.onMouseDown);
+    };
+    grip_->setCursor(Qt::OpenHandCursor);
+    followBars();
+    connections_.push_back(form_.popupRequested.connect(
+        [this](MenuItem& heading) { menu_->popUp(heading, tree_.widget().popupPosition()); }));
+    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
+            [this] { openMenuBar(); });
+    tree_.widget().setFocus();
+    takeDesignedSize();
+}
+
+void MainWindowView::followBars() {
+    // The strip between the bars is as high as they leave it, and the resize layout, which runs
+    // after each toggle of a bar, reads its height.
+    for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
+                            &form_.Picture5, &form_.Image3}) {
+        connections_.push_back(bar->changed.connect([this] { arrange(); }));
+    }
+}
+
+void MainWindowView::takeDesignedSize() {
+    ensurePolished();
+    const QWidget* bars[] = {toolBar_, cdBar_, activityBar_, statusBar_};
+    int barHeights = 0;
+    int leastWidth = menu_->sizeHint().width();
+    for (const QWidget* bar : bars) {
+        barHeights += bar->sizeHint().height();
+        leastWidth = std::max(leastWidth, bar->minimumSizeHint().width());
+    }
+    client_->setMinimumSize(leastWidth, barHeights + leastTreeHeight);
+    const QSize designed(std::max(toPixels(designWidth), leastWidth),
+                         std::max(toPixels(designHeight), barHeights + leastTreeHeight));
+    client_->resize(designed);
+    resize(designed + QSize(0, menu_->sizeHint().height()));
+    // Before the window's first appearance its frame is not known yet.
+    form_.setWidth(toTwips(width()));
+    form_.setHeight(toTwips(height()));
+    adapter_.reportSize();
+}
+
+void MainWindowView::arrange() {
+    if (arranging_) {
+        return;
+    }
+    arranging_ = true;
+    const int fullWidth = client_->width();
+    int top = 0;
+    int bottom = client_->height();
+    const auto place = [](BarView& bar, PictureBox& model, const QRect& at) {
+        bar.setGeometry(at);
+        model.setLeft(toTwips(at.x()));
+        model.setTop(toTwips(at.y()));
+        model.setWidth(toTwips(at.width()));
+        model.setHeight(toTwips(at.height()));
+    };
+    const std::pair<BarView*, PictureBox*> topBars[] = {{toolBar_, &form_.Picture3},
+                                                        {cdBar_, &form_.Picture4}};
+    for (const auto& [bar, model] : topBars) {
+        const int height = bar->sizeHint().height();
+        place(*bar, *model, QRect(0, top, fullWidth, height));
+        top += model->visible() ? height : 0;
+    }
+    const std::pair<BarView*, PictureBox*> bottomBars[] = {{statusBar_, &form_.Picture1},
+                                                           {activityBar_, &form_.Picture2}};
+    for (const auto& [bar, model] : bottomBars) {
+        const int height = bar->sizeHint().height();
+        place(*bar, *model, QRect(0, bottom - height, fullWidth, height));
+        bottom -= model->visible() ? height : 0;
+    }
+    place(*gripStrip_, form_.Picture5,
+          QRect(0, top, toPixels(gripWidth), std::max(0, bottom - top)));
+    grip_->setGeometry(0, 0, gripStrip_->width() - 1, toPixels(form_.Image3.height()));
+    arranging_ = false;
+}
+
+void MainWindowView::openMenuBar() {
+    if (!menu_->actions().isEmpty()) {
+        menu_->setFocus(Qt::MenuBarFocusReason);
+        menu_->setActiveAction(menu_->actions().constFirst());
+    }
+}
+
+void MainWindowView::dragEnterEvent(QDragEnterEvent* event) {
+    if (!droppedImage(*event->mimeData()).empty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindowView::dropEvent(QDropEvent* event) {
+    const std::string path = droppedImage(*event->mimeData());
+    if (!path.empty() && onImageDropped) {
+        event->acceptProposedAction();
+        onImageDropped(path);
+    }
+}
+
+} // namespace sonarith

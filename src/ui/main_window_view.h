@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window as a person sees it: menus, bars at its edges, the grip strip and the work tree.
+// What the controls do is wired elsewhere; where the tree stands is the form's resize layout.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <QMainWindow>
+
+#include "app/form1.h"
+#include "ui/form_adapter.h"
+#include "ui/menu_view.h"
+#include "ui/picture_view.h"
+#include "ui/tree_view_adapter.h"
+
+namespace sonarith {
+
+class MainWindowView : public QMainWindow {
+  public:
+    /// Gives the form its designed inner size and the bars their heights, so that the form can be
+    /// loaded next. Shows nothing: the form's visibility does.
+    explicit MainWindowView(Form1& form);
+
+    /// A disc image (.cue, .toc) was dropped from a file manager: its path in the machine's form,
+    /// byte for byte.
+    std::function<void(const std::string& machinePath)> onImageDropped;
+
+  protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    void takeDesignedSize();
+    void arrange();
+    void followBars();
+    void openMenuBar();
+
+    Form1& form_;
+    MenuBarView* menu_;
+    QWidget* client_;
+    BarView* toolBar_;
+    BarView* cdBar_;
+    BarView* activityBar_;
+    BarView* statusBar_;
+    BarView* gripStrip_;
+    PictureView* grip_;
+    TreeViewAdapter tree_;
+    FormAdapter adapter_;
+    bool arranging_ = false;
+    std::vector<Connection> connections_;
+};
+
+} // namespace sonarith

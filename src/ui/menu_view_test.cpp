@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menu_view.h"
+
+#include <QApplication>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+class MenuViewTest : public testing::Test {
+  protected:
+    MenuViewTest() {
+        tool.setChecked(true);
+        popup.setVisible(false);
+        bar = new MenuBarView({&file, &prefs}, &window);
+        window.resize(300, 200);
+        window.show();
+    }
+    ~MenuViewTest() override {
+        while (QWidget* open = QApplication::activePopupWidget()) {
+            open->close();
+        }
+    }
+
+    QAction& action(const char* name) {
+        auto* found = window.findChild<QAction*>(name);
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+
+    MenuItem open{"mnuOpenfile", "Open"};
+    MenuItem remove{"mnuFileRemove", "Remove from List"};
+    MenuItem popup{"mnupopup", "popup", {&remove}};
+    MenuItem file{"mnuFile", "File", {&open, &popup}};
+    MenuItem tool{"mnuToolbar", "ToolBar"};
+    MenuItem cd{"mnuCDbar", "CD Bar"};
+    MenuItem bars{"mnuGetToolbars", "Toolbars", {&tool, &cd}};
+    MenuItem prefs{"mnuPrefs", "Preferences", {&bars}};
+    QWidget window;
+    MenuBarView* bar = nullptr;
+};
+
+TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithALetterEach) {
+    EXPECT_EQ(action("mnuFile").text(), "&File");
+    EXPECT_EQ(action("mnuToolbar").text(), "&ToolBar");
+    EXPECT_EQ(action("mnuCDbar").text(), "&CD Bar");
+    EXPECT_EQ(bar->letters(), "fp");
+}
+
+TEST_F(MenuViewTest, AnEntryClicksItsModel) {
+    int clicks = 0;
+    open.onClick = [&] { ++clicks; };
+    action("mnuOpenfile").trigger();
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(MenuViewTest, TicksAreTheModelsAlone) {
+    EXPECT_TRUE(action("mnuToolbar").isChecked());
+    EXPECT_TRUE(action("mnuCDbar").isCheckable());
+    EXPECT_FALSE(action("mnuOpenfile").isCheckable());
+    action("mnuToolbar").trigger();
+    EXPECT_TRUE(action("mnuToolbar").isChecked()) << "the model did not change";
+    cd.onClick = [&] { cd.setChecked(!cd.checked()); };
+    action("mnuCDbar").trigger();
+    EXPECT_TRUE(action("mnuCDbar").isChecked());
+    action("mnuCDbar").trigger();
+    EXPECT_FALSE(action("mnuCDbar").isChecked());
+}
+
+TEST_F(MenuViewTest, EntriesOpenCloseAndHideWithTheirModels) {
+    EXPECT_FALSE(action("mnupopup").isVisible());
+    open.setEnabled(false);
+    EXPECT_FALSE(action("mnuOpenfile").isEnabled());
+    file.setEnabled(false);
+    EXPECT_FALSE(action("mnuFile").isEnabled());
+    open.setVisible(false);
+    EXPECT_FALSE(action("mnuOpenfile").isVisible());
+}
+
+TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsSeen) {
+    bool seenInStep = true;
+    popup.onOpen = [&] {
+        seenInStep = QApplication::activePopupWidget() != nullptr;
+        remove.setEnabled(false);
+    };
+    bar->popUp(popup, QPoint(10, 10));
+    EXPECT_FALSE(seenInStep);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->objectName(), "mnupopup");
+    EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
+}
+
+TEST_F(MenuViewTest, AHeadingThatIsClosedDoesNotPopUp) {
+    popup.setEnabled(false);
+    bar->popUp(popup, QPoint(10, 10));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(MenuViewTest, AltAndLettersReachAnEntry) {
+    int clicks = 0;
+    open.onClick = [&] { ++clicks; };
+    window.activateWindow();
+    QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_O);
+    EXPECT_EQ(clicks, 1);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/mnemonics.h"
+
+namespace sonarith {
+namespace {
+
+/// Where the caption's letter stands, or -1 if all of its letters are taken.
+qsizetype findFreeLetter(const QString& caption, const QString& taken) {
+    const auto isFree = [&](qsizetype i) {
+        return caption[i].isLetterOrNumber() && !taken.contains(caption[i].toLower());
+    };
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        const bool beginsWord = i == 0 || caption[i - 1].isSpace();
+        if (beginsWord && isFree(i)) {
+            return i;
+        }
+    }
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        if (isFree(i)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+} // namespace
+
+QStringList withMnemonics(const QStringList& captions, const QString& taken) {
+    QString used = taken;
+    QStringList marked;
+    for (const QString& caption : captions) {
+        const qsizetype letter = findFreeLetter(caption, used);
+        if (letter < 0) {
+            marked += withoutMnemonic(caption);
+            continue;
+        }
+        used += caption[letter].toLower();
+        marked += withoutMnemonic(caption.left(letter)) + QLatin1Char('&') + caption[letter] +
+                  withoutMnemonic(caption.mid(letter + 1));
+    }
+    return marked;
+}
+
+QString withoutMnemonic(const QString& caption) {
+    return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace sonarith

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/mnemonics.h"
+
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+TEST(Mnemonics, EachCaptionGetsTheFirstLetterThatIsFree) {
+    EXPECT_EQ(withMnemonics({"File", "Action", "Preferences", "Help"}),
+              QStringList({"&File", "&Action", "&Preferences", "&Help"}));
+    EXPECT_EQ(withMnemonics({"Start ", "Stop", "Refresh List"}),
+              QStringList({"&Start ", "S&top", "&Refresh List"}));
+}
+
+TEST(Mnemonics, TheFirstLetterOfALaterWordGoesBeforeLettersInside) {
+    EXPECT_EQ(withMnemonics({"Remove", "Remove and Delete File"}),
+              QStringList({"&Remove", "Remove &and Delete File"}));
+}
+
+TEST(Mnemonics, LettersOfOthersAreLeftToThem) {
+    EXPECT_EQ(withMnemonics({"Cancel", "Start "}, "fcs"), QStringList({"C&ancel", "S&tart "}));
+}
+
+TEST(Mnemonics, ACaptionWithoutAFreeLetterStaysWithout) {
+    EXPECT_EQ(withMnemonics({"A", "a", "", "..."}), QStringList({"&A", "a", "", "..."}));
+}
+
+TEST(Mnemonics, AnAmpersandOfItsOwnIsShown) {
+    EXPECT_EQ(withMnemonics({"Rock & Roll"}), QStringList({"&Rock && Roll"}));
+}
+
+} // namespace
+} // namespace sonarith

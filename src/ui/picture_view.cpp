@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/picture_view.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace sonarith {
+
+BarView::BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent)
+    : QWidget(parent), line_(line), view_(model, *this, {}, std::move(label)) {}
+
+void BarView::paintEvent(QPaintEvent*) {
+    // Between Window and its shade, so that it is seen on light and dark palettes alike.
+    QColor color = palette().color(QPalette::WindowText);
+    color.setAlphaF(0.18F);
+    const QRect all = rect();
+    QRect edge = all;
+    switch (line_) {
+    case Qt::TopEdge:
+        edge.setBottom(all.top());
+        break;
+    case Qt::BottomEdge:
+        edge.setTop(all.bottom());
+        break;
+    case Qt::LeftEdge:
+        edge.setRight(all.left());
+        break;
+    case Qt::RightEdge:
+        edge.setLeft(all.right());
+        break;
+    }
+    QPainter(this).fillRect(edge, color);
+}
+
+PictureView::PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,
+                         QWidget* parent)
+    : QWidget(parent), symbol_(symbol), side_(side), view_(model, *this, {}, std::move(label)) {}
+
+void PictureView::paintEvent(QPaintEvent*) {
+    if (!symbol_) {
+        return;
+    }
+    QRect place(0, 0, side_, side_);
+    place.moveCenter(rect().center());
+    QPainter painter(this);
+    makeIcon(*symbol_).paint(&painter, place, Qt::AlignCenter,
+                             isEnabled() ? QIcon::Normal : QIcon::Disabled);
+}
+
+void PictureView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && onLeftPress) {
+        onLeftPress();
+        event->accept();
+    } else {
+        event->ignore();
+    }
+}
+
+} // namespace sonarith

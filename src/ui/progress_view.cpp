@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/progress_view.h"
+
+namespace sonarith {
+
+ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
+    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model] {
+          setRange(model.minimum(), model.maximum());
+          setValue(model.value());
+      }) {
+    // The figures stand in labels of their own.
+    setTextVisible(false);
+}
+
+} // namespace sonarith

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Paints a row of the work tree, with the drop highlight.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+#include "ui/tree_model.h"
+
+namespace sonarith {
+
+class TreeDelegate : public QStyledItemDelegate {
+  public:
+    TreeDelegate(const TreeView& tree, const TreeModel& model, QObject* parent)
+        : QStyledItemDelegate(parent), tree_(tree), model_(model) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override;
+
+  private:
+    const TreeView& tree_;
+    const TreeModel& model_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The work tree's nodes as Qt's item views ask for them. It copies nothing and changes nothing:
+// it reads the TreeView, and is told before and after each change of structure.
+#pragma once
+
+#include <QAbstractItemModel>
+
+#include "platform/controls/tree_view.h"
+
+namespace sonarith {
+
+class TreeModel : public QAbstractItemModel {
+  public:
+    explicit TreeModel(const TreeView& tree) : tree_(tree) {}
+
+    /// Empty for an invalid index.
+    [[nodiscard]] NodeRef nodeAt(const QModelIndex& index) const;
+    /// Invalid for an empty node, and for one that is not in the tree.
+    [[nodiscard]] QModelIndex indexOf(const NodeRef& node) const;
+
+    // The steps of TreeObserver, with the same meaning.
+    void beforeInsert(const NodeRef& parent, int position);
+    void afterInsert() { endInsertRows(); }
+    void beforeRemove(const NodeRef& node);
+    void afterRemove() { endRemoveRows(); }
+    void beforeMove(const NodeRef& node, const NodeRef& parent, int position);
+    void afterMove() { endMoveRows(); }
+    /// The node's text or picture is another one.
+    void nodeChanged(const NodeRef& node);
+
+    [[nodiscard]] QModelIndex index(int row, int column,
+                                    const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+
+  private:
+    [[nodiscard]] const std::vector<NodeRef>& childrenOf(const QModelIndex& parent) const;
+
+    const TreeView& tree_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tree_view_adapter.h"
+
+#include <utility>
+
+namespace sonarith {
+
+TreeViewAdapter::TreeViewAdapter(TreeView& tree, QString label, QWidget* parent)
+    : tree_(tree),
+      model_(tree),
+      widget_(tree, model_, parent),
+      view_(tree, widget_, {}, std::move(label), {}, Placement::byControl) {
+    tree_.setObserver(this);
+    selectionChanged();
+}
+
+TreeViewAdapter::~TreeViewAdapter() {
+    tree_.setObserver(nullptr);
+}
+
+void TreeViewAdapter::beforeInsert(const NodeRef& parent, int position) {
+    model_.beforeInsert(parent, position);
+}
+
+void TreeViewAdapter::afterInsert(const NodeRef&) {
+    model_.afterInsert();
+}
+
+void TreeViewAdapter::beforeRemove(const NodeRef& node) {
+    model_.beforeRemove(node);
+}
+
+void TreeViewAdapter::afterRemove() {
+    model_.afterRemove();
+    // The tree empties these without a word when their node goes.
+    widget_.dropEditorWithoutNode();
+    selectionChanged();
+}
+
+void TreeViewAdapter::beforeMove(const NodeRef& node, const NodeRef& parent, int position) {
+    model_.beforeMove(node, parent, position);
+}
+
+void TreeViewAdapter::afterMove(const NodeRef& node) {
+    model_.afterMove();
+    // A person sees where the node went that was chosen, also into a group that was closed.
+    if (node == tree_.selectedItem()) {
+        widget_.reveal(node);
+    }
+}
+
+void TreeViewAdapter::textChanged(const NodeRef& node) {
+    model_.nodeChanged(node);
+}
+
+void TreeViewAdapter::selectionChanged() {
+    if (shownSelection_ == tree_.selectedItem()) {
+        return;
+    }
+    const NodeRef former = std::exchange(shownSelection_, tree_.selectedItem());
+    widget_.showSelection();
+    model_.nodeChanged(former);
+    model_.nodeChanged(shownSelection_);
+}
+
+void TreeViewAdapter::dropHighlightChanged() {
+    widget_.showDropHighlight();
+}
+
+void TreeViewAdapter::revealRequested(const NodeRef& node) {
+    widget_.reveal(node);
+}
+
+void TreeViewAdapter::editRequested(const NodeRef& node) {
+    widget_.openEditor(node);
+}
+
+void TreeViewAdapter::dragRequested() {
+    widget_.startDrag();
+}
+
+} // namespace sonarith

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Ties a TreeView to the widget that shows it: every change reaches the item model and the widget
+// in the order that item views ask for.
+#pragma once
+
+#include "platform/controls/tree_view.h"
+#include "ui/control_view.h"
+#include "ui/tree_model.h"
+#include "ui/tree_widget.h"
+
+namespace sonarith {
+
+class TreeViewAdapter : public TreeObserver {
+  public:
+    /// Becomes the tree's observer. `tree` outlives the adapter; the widget belongs to the
+    /// adapter, so a parent goes after it.
+    TreeViewAdapter(TreeView& tree, QString label, QWidget* parent);
+    ~TreeViewAdapter() override;
+    TreeViewAdapter(const TreeViewAdapter&) = delete;
+    TreeViewAdapter& operator=(const TreeViewAdapter&) = delete;
+
+    [[nodiscard]] TreeWidget& widget() { return widget_; }
+
+    void beforeInsert(const NodeRef& parent, int position) override;
+    void afterInsert(const NodeRef& node) override;
+    void beforeRemove(const NodeRef& node) override;
+    void afterRemove() override;
+    void beforeMove(const NodeRef& node, const NodeRef& parent, int position) override;
+    void afterMove(const NodeRef& node) override;
+    void textChanged(const NodeRef& node) override;
+    void selectionChanged() override;
+    void dropHighlightChanged() override;
+    void revealRequested(const NodeRef& node) override;
+    void editRequested(const NodeRef& node) override;
+    void dragRequested() override;
+
+  private:
+    TreeView& tree_;
+    TreeModel model_;
+    TreeWidget widget_;
+    ControlView view_;
+    /// Whose picture shows it selected.
+    NodeRef shownSelection_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,445 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tree_widget.h"
+
+#include <utility>
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyleHints>
+
+#include "platform/qt/text.h"
+#include "ui/icons.h"
+#include "ui/label_editor.h"
+#include "ui/tree_delegate.h"
+
+namespace sonarith {
+namespace {
+
+/// Side of the nodes' pictures and of the drag picture, in device-independent pixels.
+constexpr int nodeIconSide = 18;
+/// Of each level: the window is narrow.
+constexpr int levelIndentation = 16;
+constexpr int dragIconSide = 32;
+
+MouseButtons buttonsOf(Qt::MouseButtons buttons) {
+    return {.left = buttons.testFlag(Qt::LeftButton), .right = buttons.testFlag(Qt::RightButton)};
+}
+
+} // namespace
+
+TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
+    : QTreeView(parent), tree_(tree), model_(model) {
+    setModel(&model_);
+    setItemDelegate(new TreeDelegate(tree_, model_, this));
+    setHeaderHidden(true);
+    header()->setStretchLastSection(true);
+    setUniformRowHeights(true);
+    setTextElideMode(Qt::ElideMiddle);
+    setIconSize(QSize(nodeIconSide, nodeIconSide));
+    setIndentation(levelIndentation);
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    // Of single items, so that a screen reader's selecting reaches the very node.
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setExpandsOnDoubleClick(false);
+    setDragDropMode(QAbstractItemView::NoDragDrop);
+    // Files that are dropped are the window's.
+    setAcceptDrops(false);
+    viewport()->setAcceptDrops(false);
+
+    revealTimer_.setSingleShot(true);
+    connect(&revealTimer_, &QTimer::timeout, this, [this] {
+        if (toReveal_.isValid()) {
+            scrollTo(toReveal_);
+        }
+    });
+    // A row every 60 ms is quick, and slow enough to stop at the one that is meant.
+    dragScrollTimer_.setInterval(60);
+    connect(&dragScrollTimer_, &QTimer::timeout, this, [this] { scrollWhileDragging(); });
+}
+
+TreeWidget::~TreeWidget() {
+    endDrag();
+    watchForRelease(false);
+}
+
+// What the tree says.
+
+void TreeWidget::showSelection() {
+    const QModelIndex index = model_.indexOf(tree_.selectedItem());
+    showingSelection_ = true;
+    if (index.isValid()) {
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    } else {
+        selectionModel()->clearSelection();
+    }
+    showingSelection_ = false;
+}
+
+void TreeWidget::reveal(const NodeRef& node) {
+    for (NodeRef above = node->parent(); above; above = above->parent()) {
+        setExpanded(model_.indexOf(above), true);
+    }
+    toReveal_ = model_.indexOf(node);
+    revealTimer_.start(0);
+}
+
+void TreeWidget::selectionChanged(const QItemSelection& selected,
+                                  const QItemSelection& deselected) {
+    QTreeView::selectionChanged(selected, deselected);
+    if (showingSelection_ || selected.isEmpty()) {
+        return;
+    }
+    // A screen reader has selected the node in this widget. It gets what it means, a click, and
+    // outside of its call, since a click may yield.
+    const QPersistentModelIndex chosen = selected.indexes().value(0);
+    QMetaObject::invokeMethod(
+        this,
+        [this, chosen] {
+            showSelection();
+            if (chosen.isValid()) {
+                clickByKey({.left = true}, chosen);
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,
+                                                                 const QEvent*) const {
+    // Mouse and keys move at most the current row; the selection follows the tree's alone.
+    return QItemSelectionModel::NoUpdate;
+}
+
+// Where things are.
+
+NodeRef TreeWidget::nodeAtGlobal(const QPoint& global) const {
+    const QPoint position = viewport()->mapFromGlobal(global);
+    return viewport()->rect().contains(position) ? model_.nodeAt(indexAt(position)) : nullptr;
+}
+
+QModelIndex TreeWidget::branchAt(const QPoint& position) const {
+    const QModelIndex index = indexAt(position);
+    const bool leftOfPicture = position.x() < visualRect(index).left();
+    return index.isValid() && leftOfPicture && model_.hasChildren(index) ? index : QModelIndex();
+}
+
+QRect TreeWidget::labelRect(const QModelIndex& index) const {
+    // The style puts a margin at each side of the picture.
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    return visualRect(index).adjusted(nodeIconSide + 2 * margin, 0, 0, 0);
+}
+
+// Mouse.
+
+void TreeWidget::mousePressEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    if (event->button() == Qt::LeftButton) {
+        if (const QModelIndex branch = branchAt(position); branch.isValid()) {
+            setExpanded(branch, !isExpanded(branch));
+            return;
+        }
+    } else if (event->button() != Qt::RightButton) {
+        return;
+    }
+    pressedMilliseconds_ = event->timestamp();
+    press(buttonsOf(event->buttons()), model_.nodeAt(indexAt(position)),
+          event->globalPosition().toPoint());
+}
+
+void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    if (event->button() != Qt::LeftButton || branchAt(position).isValid()) {
+        mousePressEvent(event);
+        return;
+    }
+    doubleClick(model_.nodeAt(indexAt(position)));
+}
+
+void TreeWidget::press(MouseButtons buttons, const NodeRef& node, const QPoint& global) {
+    pressedAt_ = global;
+    popupPosition_ = global;
+    movedFar_ = false;
+    // From before the handler on: it may wait, and the button is let go meanwhile.
+    watchForRelease(true);
+    run(tree_.onMouseDown, buttons, node);
+}
+
+void TreeWidget::doubleClick(const NodeRef& node) {
+    // Its second press is no press to the tree, but its release is a release.
+    movedFar_ = false;
+    watchForRelease(true);
+    run(tree_.onDoubleClick);
+    // The handler has no use for a double click on a collection; there it opens and closes.
+    if (node && !node->removed() && !node->parent()) {
+        const QModelIndex index = model_.indexOf(node);
+        setExpanded(index, !isExpanded(index));
+    }
+}
+
+void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint global = event->globalPosition().toPoint();
+    if (dragging_) {
+        dragTo(global);
+        return;
+    }
+    // A hand that trembles during a click does not drag.
+    movedFar_ = movedFar_ || (global - pressedAt_).manhattanLength() >=
+                                 QGuiApplication::styleHints()->startDragDistance();
+    if (watchingRelease_ && movedFar_) {
+        run(tree_.onMouseMove, buttonsOf(event->buttons()), nodeAtGlobal(global));
+        if (dragging_) {
+            dragTo(global);
+        }
+    }
+}
+
+void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
+    // Seen by eventFilter, wherever it went.
+    event->accept();
+}
+
+void TreeWidget::watchForRelease(bool watch) {
+    if (watch == watchingRelease_) {
+        return;
+    }
+    watchingRelease_ = watch;
+    if (watch) {
+        // Of all widgets: a release that ends a press here may go to the menu or the editor that
+        // the press has opened.
+        qApp->installEventFilter(this);
+    } else {
+        qApp->removeEventFilter(this);
+    }
+}
+
+bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease &&
+        watched->isWidgetType()) {
+        const auto& mouse = static_cast<const QMouseEvent&>(*event);
+        release(mouse.button(), mouse.globalPosition().toPoint());
+        return false;
+    }
+    return QTreeView::eventFilter(watched, event);
+}
+
+void TreeWidget::release(Qt::MouseButton button, const QPoint& global) {
+    watchForRelease(false);
+    const NodeRef node = nodeAtGlobal(global);
+    if (dragging_) {
+        endDrag();
+        run(tree_.onDragDrop, node);
+    } else {
+        run(tree_.onMouseUp, buttonsOf(button), node);
+    }
+}
+
+// Dragging. The pointer is followed here and not by the desktop's drag and drop, which would keep
+// the nodes' handlers from running while the pointer moves.
+
+void TreeWidget::startDrag() {
+    if (!watchingRelease_ || dragging_) {
+        return;
+    }
+    dragging_ = true;
+    if (tree_.editedNode()) {
+        tree_.cancelLabelEdit();
+        closeEditor(Focus::toTree);
+    }
+    const QPixmap picture =
+        makeIcon(Symbol::item).pixmap(QSize(dragIconSide, dragIconSide), devicePixelRatioF());
+    QGuiApplication::setOverrideCursor(QCursor(picture, 0, 0));
+    dragScrollTimer_.start();
+}
+
+void TreeWidget::dragTo(const QPoint& global) {
+    run(tree_.onDragOver, nodeAtGlobal(global));
+}
+
+void TreeWidget::endDrag() {
+    if (dragging_) {
+        dragging_ = false;
+        dragScrollTimer_.stop();
+        QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+void TreeWidget::scrollWhileDragging() {
+    // Within a row's height of the edge, and outside.
+    const int y = viewport()->mapFromGlobal(QCursor::pos()).y();
+    const int edge = sizeHintForRow(0);
+    QScrollBar& bar = *verticalScrollBar();
+    const int before = bar.value();
+    if (y < edge) {
+        bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
+    } else if (y > viewport()->height() - edge) {
+        bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    }
+    if (bar.value() != before) {
+        dragTo(QCursor::pos());
+    }
+}
+
+// Keys.
+
+void TreeWidget::keyPressEvent(QKeyEvent* event) {
+    const QModelIndex index = currentIndex();
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (event->modifiers().testFlag(Qt::ControlModifier)) {
+            doubleClickByKey(index);
+        } else {
+            clickByKey({.left = true}, index);
+        }
+        break;
+    case Qt::Key_Space:
+        clickByKey({.left = true}, index);
+        break;
+    case Qt::Key_F2:
+        renameByKey(index);
+        break;
+    case Qt::Key_Escape:
+        if (dragging_) {
+            endDrag();
+            watchForRelease(false);
+        } else {
+            event->ignore();
+        }
+        break;
+    default:
+        QTreeView::keyPressEvent(event);
+    }
+}
+
+void TreeWidget::clickByKey(MouseButtons buttons, const QModelIndex& index) {
+    const NodeRef node = model_.nodeAt(index);
+    if (!node) {
+        return;
+    }
+    scrollTo(index);
+    popupPosition_ = viewport()->mapToGlobal(visualRect(index).center());
+    run(tree_.onMouseDown, buttons, node);
+    run(tree_.onMouseUp, buttons, node);
+}
+
+void TreeWidget::doubleClickByKey(const QModelIndex& index) {
+    clickByKey({.left = true}, index);
+    if (tree_.editedNode()) {
+        tree_.cancelLabelEdit();
+        closeEditor(Focus::toTree);
+    }
+    const NodeRef node = tree_.selectedItem();
+    run(tree_.onDoubleClick);
+    run(tree_.onMouseUp, MouseButtons{.left = true}, node);
+}
+
+void TreeWidget::renameByKey(const QModelIndex& index) {
+    const NodeRef node = model_.nodeAt(index);
+    if (node && tree_.setSelectedItem(node).ok()) {
+        tree_.startLabelEdit().passOver();
+    }
+}
+
+void TreeWidget::contextMenuEvent(QContextMenuEvent* event) {
+    // By mouse, the press has opened the menu already.
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        clickByKey({.right = true}, currentIndex());
+    }
+    event->accept();
+}
+
+// The editor over a label.
+
+void TreeWidget::openEditor(const NodeRef& node) {
+    closeEditor(Focus::untouched);
+    if (!isVisible()) {
+        tree_.cancelLabelEdit();
+        return;
+    }
+    reveal(node);
+    const QModelIndex index = model_.indexOf(node);
+    scrollTo(index);
+    editedIndex_ = index;
+    editor_ = new LabelEditor(toQString(node->text()), viewport());
+    editor_->onFinished = [this](const QString& text) {
+        finishEdit(text);
+    };
+    editor_->onCancelled = [this] {
+        tree_.cancelLabelEdit();
+        closeEditor(Focus::untouched);
+    };
+    editor_->takesPress = [this](QMouseEvent& event) {
+        return takesPressFromEditor(event);
+    };
+    updateEditorGeometries();
+    editor_->show();
+    editor_->setFocus(Qt::OtherFocusReason);
+}
+
+void TreeWidget::finishEdit(const QString& text) {
+    const NodeRef& edited = tree_.editedNode();
+    const bool changed = edited && toText(text) != edited->text();
+    closeEditor(Focus::toTree);
+    // The handler may open the editor anew.
+    if (changed) {
+        tree_.finishLabelEdit(toText(text));
+    } else {
+        tree_.cancelLabelEdit();
+    }
+}
+
+void TreeWidget::closeEditor(Focus focus) {
+    if (!editor_) {
+        return;
+    }
+    LabelEditor* closing = std::exchange(editor_, nullptr);
+    editedIndex_ = QModelIndex();
+    // It is left by now; the focus that it loses by hiding says nothing more.
+    closing->onFinished = [](const QString&) {
+    };
+    closing->onCancelled = [] {
+    };
+    if (focus == Focus::toTree && closing->hasFocus()) {
+        setFocus(Qt::OtherFocusReason);
+    }
+    closing->hide();
+    // It may be in the middle of its own event.
+    closing->deleteLater();
+}
+
+void TreeWidget::dropEditorWithoutNode() {
+    if (editor_ && !tree_.editedNode()) {
+        closeEditor(Focus::toTree);
+    }
+}
+
+void TreeWidget::updateEditorGeometries() {
+    QTreeView::updateEditorGeometries();
+    if (editor_ && editedIndex_.isValid()) {
+        editor_->setGeometry(labelRect(editedIndex_));
+    }
+}
+
+bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {
+    const QStyleHints& hints = *QGuiApplication::styleHints();
+    const QPoint distance = event.globalPosition().toPoint() - pressedAt_;
+    const bool second = event.button() == Qt::LeftButton && pressedMilliseconds_ != 0 &&
+                        event.timestamp() - pressedMilliseconds_ <=
+                            static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
+                        distance.manhattanLength() <= hints.mouseDoubleClickDistance();
+    if (!second) {
+        return false;
+    }
+    // The first press of this double click has opened the editor; the second is meant for the
+    // tree, as if no editor stood in its way.
+    const NodeRef node = tree_.editedNode();
+    tree_.cancelLabelEdit();
+    closeEditor(Focus::toTree);
+    doubleClick(node);
+    return true;
+}
+
+} // namespace sonarith

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The work tree as a person sees and works it. It turns mouse and keys into the TreeView's events
+// and shows what the TreeView says; it selects, edits and moves nothing by itself.
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <QTimer>
+#include <QTreeView>
+
+#include "platform/controls/tree_view.h"
+#include "ui/tree_model.h"
+
+namespace sonarith {
+
+class LabelEditor;
+
+class TreeWidget : public QTreeView {
+  public:
+    /// `tree` and `model` outlive the widget.
+    TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
+    ~TreeWidget() override;
+
+    // What the adapter passes on from the tree.
+    void showSelection();
+    void showDropHighlight() { viewport()->update(); }
+    /// Opens the node's ancestors now and scrolls it into sight with the next events: a thousand
+    /// nodes are added one after the other, each to be seen.
+    void reveal(const NodeRef& node);
+    void openEditor(const NodeRef& node);
+    /// The edited node is gone.
+    void dropEditorWithoutNode();
+    void startDrag();
+
+    /// Where a menu belongs that the event in progress asks for, on the screen.
+    [[nodiscard]] QPoint popupPosition() const { return popupPosition_; }
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void updateEditorGeometries() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+
+  private:
+    [[nodiscard]] NodeRef nodeAtGlobal(const QPoint& global) const;
+    [[nodiscard]] QModelIndex branchAt(const QPoint& position) const;
+    [[nodiscard]] QRect labelRect(const QModelIndex& index) const;
+
+    void press(MouseButtons buttons, const NodeRef& node, const QPoint& global);
+    void release(Qt::MouseButton button, const QPoint& global);
+    void doubleClick(const NodeRef& node);
+    void watchForRelease(bool watch);
+
+    void clickByKey(MouseButtons buttons, const QModelIndex& index);
+    void doubleClickByKey(const QModelIndex& index);
+    void renameByKey(const QModelIndex& index);
+
+    void dragTo(const QPoint& global);
+    void endDrag();
+    void scrollWhileDragging();
+
+    enum class Focus { toTree, untouched };
+    void closeEditor(Focus focus);
+    void finishEdit(const QString& text);
+    [[nodiscard]] bool takesPressFromEditor(QMouseEvent& event);
+
+    TreeView& tree_;
+    TreeModel& model_;
+    LabelEditor* editor_ = nullptr;
+    QPersistentModelIndex editedIndex_;
+    QPersistentModelIndex toReveal_;
+    QTimer revealTimer_;
+    QTimer dragScrollTimer_;
+    QPoint popupPosition_;
+    /// The last press on a node by mouse: where on the screen, and when by the events' own clock.
+    QPoint pressedAt_;
+    quint64 pressedMilliseconds_ = 0;
+    bool watchingRelease_ = false;
+    bool dragging_ = false;
+    bool movedFar_ = false;
+    bool showingSelection_ = false;
+};
+
+} // namespace sonarith
