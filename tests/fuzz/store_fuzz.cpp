@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Feeds the check of settings files.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "platform/text/store_file_check.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using sonarith::checkStoreFile;
+    using sonarith::StoreFileState;
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    if (checkStoreFile(bytes) == StoreFileState::whole) {
+        // Whole files have no torn end, and stay whole with a further key.
+        if (!bytes.empty() && bytes.back() != '\n' && bytes != "\xef\xbb\xbf") {
+            std::abort();
+        }
+        if (checkStoreFile(std::string(bytes) + "key=1\n") != StoreFileState::whole) {
+            std::abort();
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Feeds the wildcard comparison: what stands before the first NUL is the pattern, the rest the
+// text.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/text/wildcard.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const auto end = input.find('\0');
+    const std::string_view pattern = input.substr(0, end);
+    const std::string_view text =
+        end == std::string_view::npos ? std::string_view() : input.substr(end + 1);
+    static_cast<void>(sonarith::matches(text, pattern));
+    // A text without special characters matches itself, and everything matches a star.
+    if (text.find_first_of("*?#[") == std::string_view::npos && !sonarith::matches(text, text)) {
+        std::abort();
+    }
+    if (!sonarith::matches(text, "*")) {
+        std::abort();
+    }
+    return 0;
+}

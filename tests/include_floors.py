@@ -1,0 +1,138 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Holds every #include below src/ against the floors of the house (docs/architecture.md).
+
+A file may include from its own floor's folder and from floors below; floors 0 to 3 know no
+library but the standard one and utf8proc. Exits 1 and names each arrow that runs back up.
+"""
+import pathlib
+import re
+import sys
+
+# First match wins: patterns are regular expressions on the path below src/.
+FLOORS = [
+    (5, r"main\.cpp"),
+    (4, r"ui/"),
+    (4, r"platform/linux/"),
+    (4, r"platform/qt/"),
+    (0, r"platform/"),
+    (1, r"app/(form1|windows)\w*\.(h|cpp)"),
+    (2, r"settings/(preferences|disk_guard)\w*\.(h|cpp)"),
+    (1, r"settings/"),
+    (1, r"formats/"),
+    (2, r"(extraction|conversion|worktree|playlist|player|finder|desktop)/"),
+    (3, r"app/"),
+]
+# On floor 4 each house knows the floors below and these folders of its own floor.
+NEIGHBOURS = {
+    "ui": ("ui/", "platform/qt/"),
+    "platform/linux": ("platform/linux/",),
+    "platform/qt": ("platform/qt/",),
+}
+# What a floor-4 folder does not know of the floors below: devices know no application.
+BELOW_ONLY_PLATFORM = ("platform/linux", "platform/qt")
+# Libraries by the folder that may call them; floors 0 to 3 have the first row alone.
+LIBRARIES = {
+    "": r"utf8proc\.h",
+    "platform/linux": r"(cdio|alsa)/.*|sndfile\.h|samplerate\.h|mpg123\.h|sys/.*|linux/.*|"
+    r"(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
+    "platform/qt": r"Q\w+|unistd\.h|fcntl\.h|sys/.*",
+    "ui": r"Q\w+",
+    "main": r"Q\w+|unistd\.h",
+}
+STANDARD = re.compile(r"[a-z_0-9]+|(stdint|stddef|string|errno)\.h")
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def floor_of(path):
+    for floor, pattern in FLOORS:
+        if re.match(pattern, path):
+            return floor
+    return None
+
+
+def house_of(path):
+    for house in ("platform/linux", "platform/qt", "ui"):
+        if path.startswith(house + "/"):
+            return house
+    return "main" if path == "main.cpp" else ""
+
+
+def wrong_arrow(path, bracket, target):
+    """Why `path` may not include `target`; None if it may."""
+    floor, house = floor_of(path), house_of(path)
+    is_test = bool(re.search(r"(_test\.cpp|_fixture\.h)$", path))
+    if floor is None:
+        return "stands on no floor"
+    if bracket == "<":
+        allowed = [LIBRARIES[""], LIBRARIES.get(house, "")]
+        if is_test:
+            allowed.append(r"(gtest|gmock)/.*|Q\w+|sys/.*|(fcntl|unistd|signal|sndfile)\.h")
+        known = STANDARD.fullmatch(target) or any(re.fullmatch(a, target) for a in allowed if a)
+        return None if known else f"floor {floor} does not know <{target}>"
+    if is_test and target.startswith("support/"):
+        return None
+    other = floor_of(target)
+    if other is None:
+        return f'"{target}" stands on no floor'
+    if floor == 5:
+        return None
+    if other > floor:
+        return f'an arrow up, from floor {floor} to floor {other}: "{target}"'
+    if floor == 4:
+        if other == 4 and not target.startswith(NEIGHBOURS[house]):
+            return f'another house of floor 4: "{target}"'
+        if other in (1, 2, 3) and house in BELOW_ONLY_PLATFORM:
+            return f'devices know the platform alone: "{target}"'
+    return None
+
+
+def arrows(root):
+    for source in sorted(root.rglob("*")):
+        if source.suffix in (".h", ".cpp"):
+            path = source.relative_to(root).as_posix()
+            for bracket, target in INCLUDE.findall(source.read_text(encoding="utf-8")):
+                yield path, bracket, target
+
+
+def self_test():
+    """The check must be able to fail: each made-up arrow is wrong or right as stated."""
+    wrong = [
+        ("platform/controls/a.h", '"', "app/form1.h"),
+        ("settings/a.h", '"', "extraction/b.h"),
+        ("extraction/a.cpp", '"', "app/application.h"),
+        ("extraction/a.cpp", "<", "QString"),
+        ("app/application.h", '"', "ui/main_window_view.h"),
+        ("platform/linux/mci/a.cpp", '"', "app/form1.h"),
+        ("ui/a.cpp", '"', "platform/linux/disc/disc.h"),
+        ("platform/linux/disc/a.cpp", "<", "QString"),
+        ("strange/a.cpp", "<", "string"),
+    ]
+    right = [
+        ("app/form1.h", '"', "settings/process_state.h"),
+        ("platform/linux/mci/a.cpp", '"', "platform/linux/disc/disc.h"),
+        ("ui/a.cpp", "<", "QString"),
+        ("main.cpp", '"', "platform/linux/disc/disc.h"),
+        ("platform/a_test.cpp", "<", "gtest/gtest.h"),
+    ]
+    failures = [a for a in wrong if not wrong_arrow(*a)] + [a for a in right if wrong_arrow(*a)]
+    for arrow in failures:
+        print("the check itself judges wrongly:", arrow)
+    return not failures
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    count, found = 0, 0
+    for path, bracket, target in arrows(root):
+        count += 1
+        why = wrong_arrow(path, bracket, target)
+        if why:
+            found += 1
+            print(f"src/{path}: {why}")
+    print(f"{count} includes looked at, {found} run against the floors")
+    return 0 if self_test() and count and not found else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

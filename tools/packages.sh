@@ -1,0 +1,39 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The Debian 12 packages that Sonarith needs, and how they get onto the machine. Sourced by ./run
+# and ./test.
+
+build_packages=(
+  cmake ninja-build g++ pkg-config python3
+  qt6-base-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
+  libasound2-plugins libutf8proc-dev
+)
+# For a machine without a display: a virtual one, and what plays a person in front of it.
+demo_packages=(
+  xvfb openbox xdotool imagemagick x11-utils dbus dbus-x11 at-spi2-core python3-pyatspi python3-gi
+  gir1.2-atspi-2.0 fonts-dejavu-core
+)
+test_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev ccache clang clang-format clang-tidy
+  libclang-rt-14-dev pulseaudio pulseaudio-utils
+)
+
+# install_missing PACKAGE... : installs those that are not there, saying so; quiet if none is missing.
+install_missing() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing what is missing: ${missing[*]}"
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "Cannot install packages: not root, and there is no sudo." >&2
+      return 1
+    fi
+    as_root=(sudo)
+  fi
+  "${as_root[@]}" apt-get update -qq &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}

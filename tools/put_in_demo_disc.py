@@ -1,0 +1,63 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Puts a small demo disc, made on the spot, into the drive of a machine that has no optical drive
+and whose user has chosen none. Everything else in the settings store stays as it is."""
+import glob
+import os
+import pathlib
+import subprocess
+import sys
+
+HOME = pathlib.Path.home()
+STORE = (
+    pathlib.Path(os.environ.get("XDG_CONFIG_HOME") or HOME / ".config")
+    / "sonarith"
+    / "Sonarith v2.0.ini"
+)
+DISC = (
+    pathlib.Path(os.environ.get("XDG_DATA_HOME") or HOME / ".local/share") / "sonarith" / "demo-disc"
+)
+
+
+def with_drive(lines, drive):
+    """The store's lines with the demo disc as the drive; None if a drive is chosen already."""
+    section = None
+    for number, line in enumerate(lines):
+        text = line.strip()
+        if text.startswith("["):
+            section = text
+        elif section == "[Devices]" and text.split("=", 1)[0].strip() == "Drive":
+            if text.partition("=")[2].strip() not in ("", '""'):
+                return None
+            return lines[:number] + [f"Drive={drive}"] + lines[number + 1 :]
+    for number, line in enumerate(lines):
+        if line.strip() == "[Devices]":
+            return lines[: number + 1] + [f"Drive={drive}"] + lines[number + 1 :]
+    return ["[Devices]", f"Drive={drive}", *([""] if lines else []), *lines]
+
+
+def main():
+    if glob.glob("/dev/sr*"):
+        return 0
+    # Bytes that are no UTF-8 in a stored path pass through unchanged.
+    text = STORE.read_text(encoding="utf-8", errors="surrogateescape") if STORE.exists() else ""
+    cue = DISC / "demo.cue"
+    # The store's writing of a value: a backslash or a quote would have to be escaped.
+    lines = with_drive(text.splitlines(), str(cue).replace("\\", "\\\\"))
+    if lines is None:
+        return 0
+    if not cue.exists():
+        DISC.mkdir(parents=True, exist_ok=True)
+        maker = pathlib.Path(__file__).with_name("make_disc_image.py")
+        command = [sys.executable, str(maker), str(DISC), "--name", "demo", "--tracks", "4"]
+        subprocess.run([*command, "--seconds", "20", "--signal", "music"], check=True)
+    STORE.parent.mkdir(parents=True, exist_ok=True)
+    new = STORE.with_name(STORE.name + ".new")
+    new.write_text("\n".join(lines) + "\n", encoding="utf-8", errors="surrogateescape")
+    os.replace(new, STORE)
+    print(f"No optical drive found: a demo disc is in the drive ({cue}).")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
