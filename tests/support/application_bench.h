@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "app/application.h"
+#include "support/fake_active_mp3.h"
+#include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
 #include "support/fake_folder_scanner.h"
 #include "support/fake_message_boxes.h"
@@ -75,9 +77,11 @@ class ApplicationBench {
     FakeShell shell;
     FakeFolderScanner finder;
     ScriptedMediaControl media;
+    FakeActiveMP3 mp3{loop, files};
+    FakeFileDialog dialog;
     SimulatedDisc disc;
     Application application{
-        Platform{loop, media, store, files, boxes, pointer, random, shell, finder}};
+        Platform{loop, media, store, files, boxes, pointer, random, shell, finder, mp3, dialog}};
     Form1& form = application.form1();
     Windows& windows = application.windows();
     ProcessState& process = application.process();

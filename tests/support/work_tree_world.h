@@ -16,12 +16,16 @@
 
 #include "app/form1.h"
 #include "app/windows.h"
+#include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
 #include "support/fake_folder_scanner.h"
 #include "support/virtual_event_loop.h"
 #include "worktree/add_file.h"
 #include "worktree/drag_state.h"
 #include "worktree/label_edit.h"
+#include "worktree/open_file.h"
+#include "worktree/popup_menu.h"
+#include "worktree/tree_drag.h"
 #include "worktree/tree_moves.h"
 #include "worktree/tree_nodes.h"
 #include "worktree/tree_selection.h"
@@ -58,9 +62,13 @@ struct WorkTreeWorld : testing::Test {
     DragState drag;
     FileAdder adder{form, process, disk, loop};
     WorkTree tree{form, process, finder, adder};
-    TreeMoves moves{form, loop, drag};
+    TreeMoves moves{form, process, loop, drag};
     TreeSelection selection{form, process, loop, drag, moves};
-    LabelEdit labels{form};
+    LabelEdit labels{form, process, disk, drag};
+    TreeDrag dragging{form, drag, moves};
+    PopupMenu popup{form, process, disk, loop, drag};
+    FakeFileDialog dialog;
+    OpenFile opening{dialog, adder};
     TreeView& view = form.TreeView1;
 
     WorkTreeWorld() {
@@ -75,6 +83,27 @@ struct WorkTreeWorld : testing::Test {
         };
         view.onDoubleClick = [this] {
             selection.TreeView1_DblClick();
+        };
+        view.onMouseMove = [this](MouseButtons down, const NodeRef&) {
+            dragging.TreeView1_MouseMove(down);
+        };
+        view.onDragOver = [this](const NodeRef& target) {
+            dragging.TreeView1_DragOver(target);
+        };
+        view.onDragDrop = [this](const NodeRef&) {
+            dragging.TreeView1_DragDrop();
+        };
+        form.mnupopup.onOpen = [this] {
+            popup.mnupopup_Open();
+        };
+        form.mnuFileRemove.onClick = [this] {
+            popup.mnuFileRemove_Click();
+        };
+        form.mnuRemoveDelete.onClick = [this] {
+            popup.mnuRemoveDelete_Click();
+        };
+        form.mnuOpenfile.onClick = [this] {
+            opening.mnuOpenfile_Click();
         };
         view.onBeforeLabelEdit = [this](bool& cancel) {
             labels.TreeView1_BeforeLabelEdit(cancel);
@@ -117,6 +146,16 @@ struct WorkTreeWorld : testing::Test {
         run(view.onDoubleClick);
     }
     void doubleClick(const std::string& text) { doubleClick(node(text)); }
+
+    /// A press on a node, and the first movement of the pointer.
+    void beginDrag(const NodeRef& at) {
+        press(at);
+        run(view.onMouseMove, MouseButtons{.left = true}, at);
+    }
+    void beginDrag(const std::string& text) { beginDrag(node(text)); }
+    void dragOver(const NodeRef& target) { run(view.onDragOver, target); }
+    void dragOver(const std::string& text) { dragOver(node(text)); }
+    void drop() { run(view.onDragDrop, NodeRef()); }
 
     // --- what a test looks at --------------------------------------------------------------
 

@@ -3,6 +3,13 @@
 
 namespace sonarith {
 
+void Label::setCaption(std::string caption) {
+    if (caption != caption_) {
+        assign(caption_, std::move(caption));
+        run(onChange);
+    }
+}
+
 Status CheckBox::setValue(int value) {
     if (value != 0 && value != 1) {
         return {ErrorNumber::invalidPropertyValue, "A check box holds 0 or 1."};

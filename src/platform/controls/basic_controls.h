@@ -18,7 +18,9 @@ class Label : public Control {
     explicit Label(std::string name, std::string caption = {})
         : Control(std::move(name)), caption_(std::move(caption)) {}
     [[nodiscard]] const std::string& caption() const { return caption_; }
-    void setCaption(std::string caption) { assign(caption_, std::move(caption)); }
+    void setCaption(std::string caption);
+
+    Handler<> onChange;
 
   private:
     std::string caption_;

@@ -55,6 +55,20 @@ TEST(Control, TellsOfEachChangedPropertyAndOfNothingElse) {
                 ElementsAre(1, 2, 3, 4));
 }
 
+TEST(Label, RunsItsHandlerForEachCaptionThatIsAnotherOne) {
+    Label label("lbltime", "x");
+    std::vector<std::string> captions;
+    label.onChange = [&] {
+        captions.push_back(label.caption());
+        label.setCaption("final");
+    };
+    label.setCaption("x");
+    label.setVisible(false);
+    EXPECT_TRUE(captions.empty());
+    label.setCaption("y");
+    EXPECT_THAT(captions, ElementsAre("y", "final"));
+}
+
 TEST(Control, HoldsItsNewValueWhenItTellsOfIt) {
     Label label("Label2", "old");
     std::string seen;

@@ -4,8 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
-#include <vector>
 
 #include "platform/controls/control.h"
 #include "platform/result.h"
@@ -56,7 +56,8 @@ class ListBox : public Control {
     };
     [[nodiscard]] bool holds(int index) const { return index >= 0 && index < listCount(); }
 
-    std::vector<Line> lines_;
+    /// Long lists are worked on at their front as well as at their end.
+    std::deque<Line> lines_;
     int listIndex_ = -1;
 };
 

@@ -113,8 +113,11 @@ TEST_F(ListBoxTest, TheCurrentLineIsFollowedThroughAdditionsAndRemovals) {
     list.removeItem(0).passOver();
     EXPECT_EQ(list.text(), "b");
     EXPECT_EQ(list.listIndex(), 2);
-    list.removeItem(3).passOver();
-    EXPECT_EQ(list.listIndex(), 2);
+    list.removeItem(1).passOver();
+    EXPECT_EQ(list.text(), "b");
+    EXPECT_EQ(list.listIndex(), 1);
+    list.removeItem(2).passOver();
+    EXPECT_EQ(list.listIndex(), 1);
     EXPECT_EQ(clicks, 1);
 }
 

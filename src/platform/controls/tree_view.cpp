@@ -70,6 +70,7 @@ Status TreeView::remove(const NodeRef& node) {
     }
     const NodeRef formerSelection = selected_;
     const NodeRef formerHighlight = dropHighlight_;
+    const NodeRef formerEdited = edited_;
     if (observer_) {
         observer_->beforeRemove(leaving);
     }
@@ -83,9 +84,9 @@ Status TreeView::remove(const NodeRef& node) {
         if (dropHighlight_ != formerHighlight) {
             observer_->dropHighlightChanged();
         }
-    }
-    if (edited_ && edited_->removed()) {
-        abandonEdit();
+        if (formerEdited && formerEdited->removed()) {
+            observer_->editAbandoned();
+        }
     }
     return {};
 }
@@ -116,7 +117,7 @@ int TreeView::forgetSubtree(const NodeRef& top) {
         keys_.erase(node->key_);
         node->index_ = 0;
         node->parent_.reset();
-        for (NodeRef* reference : {&selected_, &dropHighlight_}) {
+        for (NodeRef* reference : {&selected_, &dropHighlight_, &edited_}) {
             if (*reference == node) {
                 reference->reset();
             }
@@ -137,7 +138,10 @@ void TreeView::renumberFrom(int index) {
     }
 }
 
-Status TreeView::setParent(const NodeRef& node, const NodeRef& parent) {
+Status TreeView::setParent(const NodeRef& child, const NodeRef& newParent) {
+    // Copies: the caller's references may be places in the very lists that change here.
+    const NodeRef node = child;
+    const NodeRef parent = newParent;
     for (const NodeRef& involved : {node, parent}) {
         if (Status status = usable(involved); !status.ok()) {
             return status;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "support/tree_view_world.h"
+
 namespace sonarith {
 namespace {
 
@@ -41,53 +43,8 @@ void expectConsistent(const TreeView& tree) {
     }
 }
 
-/// Writes down what it is told.
-struct LoggingObserver : TreeObserver {
-    std::vector<std::string> log;
-    static std::string name(const NodeRef& node) { return node ? node->text() : "none"; }
-    void beforeInsert(const NodeRef& parent, int position) override {
-        log.push_back("before insert " + name(parent) + " " + std::to_string(position));
-    }
-    void afterInsert(const NodeRef& node) override { log.push_back("inserted " + name(node)); }
-    void beforeRemove(const NodeRef& node) override {
-        log.push_back("before remove " + name(node) + " of " + name(node->parent()));
-    }
-    void afterRemove() override { log.push_back("removed"); }
-    void beforeMove(const NodeRef& node, const NodeRef& parent, int position) override {
-        log.push_back("before move " + name(node) + " of " + name(node->parent()) + " to " +
-                      name(parent) + " " + std::to_string(position));
-    }
-    void afterMove(const NodeRef& node) override {
-        log.push_back("moved " + name(node) + " to " + name(node->parent()));
-    }
-    void textChanged(const NodeRef& node) override { log.push_back("text " + name(node)); }
-    void selectionChanged() override { log.push_back("selection"); }
-    void dropHighlightChanged() override { log.push_back("highlight"); }
-    void revealRequested(const NodeRef& node) override { log.push_back("reveal " + name(node)); }
-    void editRequested(const NodeRef& node) override { log.push_back("edit " + name(node)); }
-    void editAbandoned() override { log.push_back("edit abandoned"); }
-    void dragRequested() override { log.push_back("drag"); }
-};
-
-/// Two roots A and B; A holds a (with a1, a2) and b.
-struct TreeViewTest : testing::Test {
-    TreeView tree{"TreeView1"};
-    NodeRef A = make(nullptr, "A");
-    NodeRef a = make(A, "a");
-    NodeRef a1 = make(a, "a1");
-    NodeRef b = make(A, "b");
-    NodeRef B = make(nullptr, "B");
-    NodeRef a2 = make(a, "a2");
-    LoggingObserver observer;
-
-    NodeRef make(const NodeRef& parent, const std::string& text) {
-        return tree.add(parent, "key " + text, text, 3, 6).value();
-    }
-    static ErrorNumber numberOf(const Status& status) {
-        EXPECT_FALSE(status.ok());
-        return status.ok() ? ErrorNumber{} : status.error().number;
-    }
-};
+using test::ObservedTree;
+using test::TreeViewTest;
 
 TEST_F(TreeViewTest, NumbersItsNodesInTheOrderOfCreation) {
     EXPECT_THAT(numbering(tree), ElementsAre("A", "a", "a1", "b", "B", "a2"));
@@ -295,10 +252,6 @@ TEST_F(TreeViewTest, TheDropHighlightIsSetReadClearedAndLostWithItsNode) {
     EXPECT_EQ(tree.selectedItem(), b);
 }
 
-struct ObservedTree : TreeViewTest {
-    ObservedTree() { tree.setObserver(&observer); }
-};
-
 TEST_F(ObservedTree, TellsOfAdditionsMovesAndRemovalsBeforeAndAfter) {
     make(b, "new");
     tree.setParent(a1, B).passOver();
@@ -327,138 +280,6 @@ TEST_F(ObservedTree, TellsOfEachChangeOnce) {
     tree.ensureVisible(b).passOver();
     tree.beginDrag();
     EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
-}
-
-struct LabelEditTest : ObservedTree {
-    std::vector<std::string> events;
-    bool refuseEdit = false;
-    bool refuseLabel = false;
-    LabelEditTest() {
-        tree.setSelectedItem(a).passOver();
-        observer.log.clear();
-        tree.onBeforeLabelEdit = [this](bool& cancel) {
-            events.push_back("before");
-            EXPECT_FALSE(cancel);
-            cancel = refuseEdit;
-        };
-        tree.onAfterLabelEdit = [this](bool& cancel, const std::string& text) {
-            events.push_back("after " + text);
-            EXPECT_FALSE(cancel);
-            cancel = refuseLabel;
-        };
-    }
-};
-
-TEST_F(LabelEditTest, AsksThenOpensTheEditorOnTheSelectedNode) {
-    EXPECT_TRUE(tree.startLabelEdit().ok());
-    EXPECT_EQ(tree.editedNode(), a);
-    EXPECT_THAT(events, ElementsAre("before"));
-    EXPECT_THAT(observer.log, ElementsAre("edit a"));
-}
-
-TEST_F(LabelEditTest, ARefusalKeepsTheEditorClosed) {
-    refuseEdit = true;
-    EXPECT_TRUE(tree.startLabelEdit().ok());
-    EXPECT_EQ(tree.editedNode(), nullptr);
-    EXPECT_THAT(observer.log, IsEmpty());
-}
-
-TEST_F(LabelEditTest, NothingSelectedIsAFailureAndAsksNobody) {
-    tree.remove(a).passOver();
-    EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
-    EXPECT_THAT(events, IsEmpty());
-}
-
-TEST_F(LabelEditTest, TheNewTextBecomesTheLabelAfterTheHandler) {
-    tree.startLabelEdit().passOver();
-    std::string during;
-    tree.onAfterLabelEdit = [&](bool&, const std::string&) {
-        during = a->text();
-    };
-    tree.finishLabelEdit("new");
-    EXPECT_EQ(during, "a");
-    EXPECT_EQ(a->text(), "new");
-    EXPECT_EQ(a->key(), "key a");
-    EXPECT_EQ(tree.editedNode(), nullptr);
-}
-
-TEST_F(LabelEditTest, ARefusedLabelStaysAsItWas) {
-    refuseLabel = true;
-    tree.startLabelEdit().passOver();
-    tree.finishLabelEdit("new");
-    EXPECT_EQ(a->text(), "a");
-    EXPECT_THAT(events, ElementsAre("before", "after new"));
-}
-
-TEST_F(LabelEditTest, ALeftEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
-    tree.startLabelEdit().passOver();
-    tree.cancelLabelEdit();
-    EXPECT_EQ(tree.editedNode(), nullptr);
-    tree.finishLabelEdit("new");
-    EXPECT_THAT(events, ElementsAre("before"));
-    EXPECT_EQ(a->text(), "a");
-}
-
-TEST_F(LabelEditTest, ANodeThatIsNotAskedAboutIsNotEdited) {
-    tree.onBeforeLabelEdit = [this](bool&) {
-        tree.setSelectedItem(b).passOver();
-    };
-    EXPECT_TRUE(tree.startLabelEdit().ok());
-    EXPECT_EQ(tree.editedNode(), nullptr);
-    tree.onBeforeLabelEdit = [this](bool&) {
-        tree.remove(b).passOver();
-    };
-    EXPECT_TRUE(tree.startLabelEdit().ok());
-    EXPECT_EQ(tree.editedNode(), nullptr);
-}
-
-TEST_F(LabelEditTest, AnEditorOnAnotherNodeIsAbandonedAndItsTextGivenToNobody) {
-    tree.startLabelEdit().passOver();
-    tree.setSelectedItem(b).passOver();
-    observer.log.clear();
-    tree.startLabelEdit().passOver();
-    EXPECT_THAT(observer.log, ElementsAre("edit abandoned", "edit b"));
-    tree.finishLabelEdit("new");
-    EXPECT_EQ(a->text(), "a");
-    EXPECT_EQ(b->text(), "new");
-}
-
-TEST_F(LabelEditTest, AnEditorIsAbandonedWhenItsNodeGoes) {
-    tree.startLabelEdit().passOver();
-    observer.log.clear();
-    tree.remove(A).passOver();
-    EXPECT_EQ(tree.editedNode(), nullptr);
-    EXPECT_EQ(observer.log.back(), "edit abandoned");
-    tree.finishLabelEdit("new");
-    EXPECT_THAT(events, ElementsAre("before"));
-    EXPECT_EQ(a->text(), "a");
-}
-
-TEST_F(LabelEditTest, AnEditorOnAnotherNodeOutlivesARemoval) {
-    tree.startLabelEdit().passOver();
-    tree.remove(b).passOver();
-    EXPECT_EQ(tree.editedNode(), a);
-}
-
-TEST_F(LabelEditTest, TheHandlerMayRemoveTheNodeThatWasEdited) {
-    tree.onAfterLabelEdit = [this](bool&, const std::string&) {
-        tree.remove(a).passOver();
-    };
-    tree.startLabelEdit().passOver();
-    tree.finishLabelEdit("new");
-    EXPECT_EQ(a->text(), "a");
-    EXPECT_TRUE(a->removed());
-}
-
-TEST_F(LabelEditTest, TheHandlerMayOpenTheEditorAgain) {
-    tree.onAfterLabelEdit = [this](bool& cancel, const std::string&) {
-        cancel = true;
-        tree.startLabelEdit().passOver();
-    };
-    tree.startLabelEdit().passOver();
-    tree.finishLabelEdit("new");
-    EXPECT_EQ(tree.editedNode(), a);
-    EXPECT_EQ(a->text(), "a");
 }
 
 /// Counts comparisons of nothing: what is asserted is that the work is done at all within the time

@@ -62,6 +62,13 @@ std::vector<std::int32_t> charactersOf(std::string_view text) {
 std::string lowerCase(std::string_view text) {
     std::string lower;
     lower.reserve(text.size());
+    // Paths are lower-cased by the hundred thousand, and most are plain ASCII throughout.
+    std::size_t plain = 0;
+    while (plain < text.size() && static_cast<unsigned char>(text[plain]) < 0x80) {
+        const char c = text[plain++];
+        lower += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    text.remove_prefix(plain);
     while (!text.empty()) {
         const Character character = firstCharacter(text);
         if (character.value >= strayByteBase) {

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/folder_controls.h"
+
+#include <algorithm>
+
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+/// "c:" for a path on drive C; empty for a path without a drive.
+std::string driveOf(const std::string& path) {
+    return path.size() >= 2 && path[1] == ':' ? lowerCase(path.substr(0, 2)) : std::string();
+}
+
+} // namespace
+
+Result<std::string> DirListBox::folderFor(const std::string& path) const {
+    if (path.size() != 2 || driveOf(path).empty()) {
+        return directories_.folder(path);
+    }
+    const auto last = lastOnDrive_.find(driveOf(path).front());
+    if (last != lastOnDrive_.end()) {
+        if (auto folder = directories_.folder(last->second); folder.ok()) {
+            return folder;
+        }
+    }
+    return directories_.folder(path + "\\");
+}
+
+Status DirListBox::setPath(const std::string& path) {
+    const Result<std::string> folder = folderFor(path);
+    if (!folder.ok()) {
+        return folder.error();
+    }
+    if (folder.value() != path_) {
+        standIn(folder.value());
+        run(onChange);
+    }
+    return {};
+}
+
+void DirListBox::reset(const std::string& path) {
+    lastOnDrive_.clear();
+    standIn(path);
+}
+
+void DirListBox::standIn(const std::string& path) {
+    if (const std::string drive = driveOf(path); !drive.empty()) {
+        lastOnDrive_[drive.front()] = path;
+    }
+    assign(path_, path);
+}
+
+Status DriveListBox::setDrive(const std::string& path) {
+    const std::string wanted = driveOf(path);
+    const std::vector<std::string> present = drives();
+    if (std::find(present.begin(), present.end(), wanted) == present.end()) {
+        return {ErrorNumber::deviceUnavailable, "Device unavailable"};
+    }
+    if (wanted != drive_) {
+        assign(drive_, wanted);
+        run(onChange);
+    }
+    return {};
+}
+
+void DriveListBox::reset(const std::string& path) {
+    assign(drive_, driveOf(path));
+}
+
+} // namespace sonarith

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/controls/folder_controls.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_directories.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+
+class FolderControlsTest : public testing::Test {
+  protected:
+    FolderControlsTest() {
+        disk.addFolder("c:\\music\\one");
+        disk.addFolder("d:\\albums");
+        folder.onChange = [this] {
+            ++folderChanges;
+        };
+        drive.onChange = [this] {
+            ++driveChanges;
+        };
+        folder.reset("c:\\music");
+        drive.reset("c:\\music");
+    }
+    test::FakeDirectories disk;
+    DirListBox folder{"Dir1", disk};
+    DriveListBox drive{"Drive1", disk};
+    int folderChanges = 0;
+    int driveChanges = 0;
+};
+
+TEST_F(FolderControlsTest, BeginWhereTheyArePutAndTellNobody) {
+    EXPECT_EQ(folder.path(), "c:\\music");
+    EXPECT_EQ(drive.drive(), "c:");
+    EXPECT_EQ(folderChanges, 0);
+    EXPECT_EQ(driveChanges, 0);
+}
+
+TEST_F(FolderControlsTest, AFolderThatExistsIsEnteredInTheSpellingGiven) {
+    EXPECT_TRUE(folder.setPath("C:\\Music\\ONE\\").ok());
+    EXPECT_EQ(folder.path(), "C:\\Music\\ONE");
+    EXPECT_EQ(folderChanges, 1);
+}
+
+TEST_F(FolderControlsTest, AFolderThatDoesNotExistLeavesThePath) {
+    const Status status = folder.setPath("c:\\none");
+    ASSERT_FALSE(status.ok());
+    EXPECT_EQ(status.error().number, ErrorNumber::pathNotFound);
+    EXPECT_EQ(folder.path(), "c:\\music");
+    EXPECT_FALSE(folder.setPath("").ok());
+    EXPECT_FALSE(folder.setPath("x:").ok());
+    EXPECT_EQ(folderChanges, 0);
+}
+
+TEST_F(FolderControlsTest, TheSameFolderAgainIsNoChange) {
+    EXPECT_TRUE(folder.setPath("c:\\music").ok());
+    EXPECT_EQ(folderChanges, 0);
+}
+
+TEST_F(FolderControlsTest, ADriveAloneMeansTheFolderWhereItWasLeft) {
+    EXPECT_TRUE(folder.setPath("d:").ok());
+    EXPECT_EQ(folder.path(), "d:\\");
+    EXPECT_TRUE(folder.setPath("d:\\albums").ok());
+    EXPECT_TRUE(folder.setPath("C:").ok());
+    EXPECT_EQ(folder.path(), "c:\\music");
+    EXPECT_TRUE(folder.setPath("d:").ok());
+    EXPECT_EQ(folder.path(), "d:\\albums");
+}
+
+TEST_F(FolderControlsTest, ADriveWhoseFolderIsGoneIsEnteredAtItsRoot) {
+    EXPECT_TRUE(folder.setPath("d:\\albums").ok());
+    EXPECT_TRUE(folder.setPath("c:\\music").ok());
+    disk.removeFolder("d:\\albums");
+    EXPECT_TRUE(folder.setPath("d:").ok());
+    EXPECT_EQ(folder.path(), "d:\\");
+}
+
+TEST_F(FolderControlsTest, AResetForgetsWhereElseItStood) {
+    EXPECT_TRUE(folder.setPath("d:\\albums").ok());
+    folder.reset("c:\\music");
+    EXPECT_TRUE(folder.setPath("d:").ok());
+    EXPECT_EQ(folder.path(), "d:\\");
+}
+
+TEST_F(FolderControlsTest, ADriveIsChosenByItsLetterOrByAPathOnIt) {
+    EXPECT_TRUE(drive.setDrive("D:\\albums").ok());
+    EXPECT_EQ(drive.drive(), "d:");
+    EXPECT_TRUE(drive.setDrive("d:").ok());
+    EXPECT_EQ(driveChanges, 1);
+}
+
+TEST_F(FolderControlsTest, ADriveThatIsNotThereLeavesTheChoice) {
+    const Status status = drive.setDrive("x:");
+    ASSERT_FALSE(status.ok());
+    EXPECT_EQ(status.error().number, ErrorNumber::deviceUnavailable);
+    EXPECT_FALSE(drive.setDrive("").ok());
+    EXPECT_FALSE(drive.setDrive("music").ok());
+    EXPECT_EQ(drive.drive(), "c:");
+    EXPECT_EQ(driveChanges, 0);
+}
+
+TEST_F(FolderControlsTest, TheDrivesAreThoseThatThereAreNow) {
+    EXPECT_THAT(drive.drives(), ElementsAre("c:", "d:"));
+    disk.addFolder("e:\\");
+    EXPECT_THAT(drive.drives(), ElementsAre("c:", "d:", "e:"));
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window with its work tree, the conversion worker and the decoding driver in virtual
+// time, wired as the program wires them. Base class of the conversion's tests.
+//
+//     mp3File("c:\\mp3\\a.mp3");
+//     fill(form.List2, {"c:\\mp3\\a.mp3"});
+//     decode("MP3 Files");                         // returns when all is done
+//     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
+#pragma once
+
+#include <string>
+
+#include "conversion/decoding_driver.h"
+#include "conversion/worker_window.h"
+#include "support/fake_active_mp3.h"
+#include "support/fake_message_boxes.h"
+#include "support/fake_mouse_pointer.h"
+#include "support/work_tree_world.h"
+
+namespace sonarith::test {
+
+struct ConversionWorld : WorkTreeWorld {
+    FakeActiveMP3 mp3{loop, disk};
+    FakeMessageBoxes boxes;
+    FakeMousePointer pointer;
+    WorkerWindow workers{{loop, disk, mp3, pointer, process, form, windows.Form6}};
+    DecodingDriver driver{{loop, disk, boxes, process, form, windows, adder}};
+
+    ConversionWorld() {
+        disk.addFolder(destination);
+        windows.Form6.onLoad = [this] {
+            workers.load();
+        };
+        windows.Form6.onUnload = [this] {
+            workers.unload();
+        };
+        form.CmdDecoder.onClick = [this] {
+            driver.CmdDecoder_Click();
+        };
+        tree.showfiles();
+    }
+
+    void mp3File(const std::string& path, std::size_t bytes = 200) {
+        disk.addFile(path, std::string(bytes, 'm'));
+    }
+    /// Selects the first node of this text, under "MP3 Files" if there is none yet.
+    void choose(const std::string& text) {
+        NodeRef at = node(text);
+        if (!at) {
+            at = addItem(view, node("MP3 Files"), "p " + text, text).value();
+        }
+        view.setSelectedItem(at).passOver();
+    }
+    void decode(const std::string& text) {
+        choose(text);
+        form.CmdDecoder.click();
+    }
+};
+
+} // namespace sonarith::test

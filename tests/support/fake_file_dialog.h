@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A file dialog for tests: a person's choices are put in line beforehand.
+//
+//     FakeFileDialog dialog;
+//     dialog.choices = {"c:\\music\\a.wav", std::nullopt};   // chosen, then cancelled
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/file_dialog.h"
+
+namespace sonarith::test {
+
+class FakeFileDialog final : public FileDialog {
+  public:
+    /// Oldest first; nothing: cancelled, as is a dialog that finds none.
+    std::deque<std::optional<std::string>> choices;
+    /// What each dialog was opened with, oldest first.
+    std::vector<FileDialogRequest> opened;
+    /// Runs while a dialog is up.
+    std::function<void()> whileUp;
+
+    Result<std::string> open(const FileDialogRequest& request) override {
+        opened.push_back(request);
+        if (whileUp) {
+            whileUp();
+        }
+        std::optional<std::string> choice;
+        if (!choices.empty()) {
+            choice = std::move(choices.front());
+            choices.pop_front();
+        }
+        if (!choice) {
+            return {ErrorNumber::dialogCancelled, "Cancel was selected."};
+        }
+        return *choice;
+    }
+};
+
+} // namespace sonarith::test
