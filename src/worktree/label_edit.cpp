@@ -1,27 +1,78 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "worktree/label_edit.h"
 
+#include "platform/text/unicode.h"
+#include "platform/text/wildcard.h"
+#include "settings/path_helpers.h"
+#include "worktree/file_text.h"
+
 namespace sonarith {
-
-namespace {
-
-/// In one case or the other: a mixed ending is refused too.
-bool hasRenamableEnding(const std::string& text) {
-    return text.ends_with(".wav") || text.ends_with(".WAV") || text.ends_with(".mp3") ||
-           text.ends_with(".MP3");
-}
-
-} // namespace
 
 void LabelEdit::TreeView1_BeforeLabelEdit(bool& cancel) const {
     const NodeRef selected = form_.TreeView1.selectedItem();
-    cancel = !selected || !hasRenamableEnding(selected->text());
+    cancel = !selected || !hasFileEnding(selected->text());
 }
 
-// Renaming the file behind the label is not built yet. Until it is, a label that differs from its
-// file's name would only lead astray, so the old one stays.
-void LabelEdit::TreeView1_AfterLabelEdit(bool& cancel, const std::string&) const {
+void LabelEdit::TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText) {
+    if (rename(newText).ok()) {
+        return;
+    }
+    // The label goes on naming the file that is there.
     cancel = true;
+    form_.TreeView1.startLabelEdit().passOver();
+    takeAsSelection(drag_.DragNode);
+}
+
+Status LabelEdit::rename(const std::string& newText) {
+    const NodeRef selected = form_.TreeView1.selectedItem();
+    if (!selected) {
+        return {ErrorNumber::objectNotSet, "No node is selected."};
+    }
+    const std::string lowered = lowerCase(newText);
+    // Another case alone is a new label and no new name.
+    if (lowerCase(selected->text()) == lowered) {
+        return {};
+    }
+    const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
+    // The new ending chooses the lists: a WAV that is to become an MP3 is found in none.
+    Status renamed;
+    if (lowered.ends_with("wav")) {
+        renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});
+    } else if (lowered.ends_with("mp3")) {
+        renamed = renameFirst(oldName, newText, {&form_.List2, &form_.List4});
+    }
+    if (!renamed.ok() || !hasFileEnding(newText)) {
+        return renamed;
+    }
+    drag_.DragNode = selected;
+    takeAsSelection(selected);
+    form_.TreeView1.setText(selected, newText).passOver();
+    drag_.LabelEditGuard.clear();
+    return {};
+}
+
+/// Renames the file of the first entry whose name matches `oldName`, a pattern in lower case, and
+/// the entry. No such entry is no failure.
+Status LabelEdit::renameFirst(const std::string& oldName, const std::string& newText,
+                              std::initializer_list<ListBox*> lists) {
+    for (ListBox* list : lists) {
+        for (int i = 0; i < list->listCount(); ++i) {
+            const std::string entry = list->list(i);
+            if (!matches(lowerCase(SplitPath(entry, process_)), oldName)) {
+                continue;
+            }
+            // The folder of this very entry, set by the call above.
+            const std::string renamed = process_.SplitDir + newText;
+            const Status status = files_.rename(entry, renamed);
+            return status.ok() ? list->setList(i, renamed) : status;
+        }
+    }
+    return {};
+}
+
+void LabelEdit::takeAsSelection(const NodeRef& node) {
+    form_.TreeView1.setSelectedItem(node).passOver();
+    form_.TreeView1.setDropHighlight(node).passOver();
 }
 
 } // namespace sonarith

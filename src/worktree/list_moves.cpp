@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "worktree/list_moves.h"
 
+#include <array>
+
 #include "platform/text/wildcard.h"
+#include "settings/path_helpers.h"
 #include "worktree/tree_nodes.h"
 
 namespace sonarith {
@@ -20,23 +23,51 @@ int firstMatch(const ListBox& list, const std::string& s) {
 
 } // namespace
 
-void ListMoves::moveEntry(const std::string& s) {
+void ListMoves::moveEntry(const std::string& text, MovedBy movedBy) {
     const std::string dragged = parentText(drag_.DragNode);
-    // WAV files go by the selected node's parent, all others by DragNode's.
+    if (isTrackText(text) && dragged == availableTracksText) {
+        selectTrack(text);
+    } else if (isTrackText(text) && dragged == selectedTracksText) {
+        returnTrack(text);
+    } else {
+        moveFileEntry(movedBy == MovedBy::drag ? wholeEntry(text) : text, movedBy);
+    }
+}
+
+void ListMoves::moveFileEntry(const std::string& s, MovedBy movedBy) {
+    // WAV files go by the selected node's parent, MP3 files by DragNode's.
     const std::string selected = parentText(form_.TreeView1.selectedItem());
-    if (isTrackText(s) && dragged == availableTracksText) {
-        selectTrack(s);
-    } else if (isTrackText(s) && dragged == selectedTracksText) {
-        returnTrack(s);
-    } else if (s.ends_with("wav") && selected == wavFilesText) {
+    const std::string dragged = parentText(drag_.DragNode);
+    if (s.ends_with("wav") && selected == wavFilesText) {
         selectWav(s);
     } else if (s.ends_with("wav") && selected == selectedWavFilesText) {
         returnWav(s);
     } else if (s.ends_with("mp3") && dragged == mp3FilesText) {
-        selectMp3(s);
+        selectMp3(s, movedBy);
     } else if (s.ends_with("mp3") && dragged == selectedMp3FilesText) {
         returnMp3(s);
     }
+}
+
+/// The first entry whose file name matches that of `text`, or `text` itself if there is none.
+std::string ListMoves::wholeEntry(const std::string& text) {
+    std::array<const ListBox*, 2> lists;
+    if (text.ends_with("wav")) {
+        lists = {&form_.List1, &form_.List5};
+    } else if (text.ends_with("mp3")) {
+        lists = {&form_.List2, &form_.List4};
+    } else {
+        return text;
+    }
+    const std::string name = SplitPath(text, process_);
+    for (const ListBox* list : lists) {
+        for (int i = 0; i < list->listCount(); ++i) {
+            if (matches(SplitPath(list->list(i), process_), name)) {
+                return list->list(i);
+            }
+        }
+    }
+    return text;
 }
 
 void ListMoves::selectTrack(const std::string& s) {
@@ -73,19 +104,23 @@ void ListMoves::returnWav(const std::string& s) {
     putOnTop(form_.List1, s, form_.List7);
 }
 
-void ListMoves::selectMp3(const std::string& s) {
+void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     const auto matching = [&](const std::string& entry) {
         return matches(entry, s);
     };
     removeEntries(form_.List2, matching);
     removeEntries(form_.List4, matching);
+    if (movedBy == MovedBy::drag) {
+        putOnTop(form_.List4, s, form_.List7);
+        return;
+    }
     form_.List7.clear();
     form_.List7.addItem(s);
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // Unlike a WAV file, and meant so: List2 is emptied and List4 is not, so that its former
-    // entries stand there twice, before and behind the new one.
+    // Unlike a WAV file, and a drag, and meant so: List2 is emptied and List4 is not, so that its
+    // former entries stand there twice, before and behind the new one.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {

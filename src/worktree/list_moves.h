@@ -8,31 +8,39 @@
 
 #include "app/form1.h"
 #include "platform/event_loop.h"
+#include "settings/process_state.h"
 #include "worktree/drag_state.h"
 
 namespace sonarith {
 
+/// What asked for a move. A drag knows a file by its whole path and selects an MP3 as a WAV; a
+/// double click does neither.
+enum class MovedBy { doubleClick, drag };
+
 class ListMoves {
   public:
-    ListMoves(Form1& form, EventLoop& loop, DragState& drag)
-        : form_(form), loop_(loop), drag_(drag) {}
+    ListMoves(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag)
+        : form_(form), process_(process), loop_(loop), drag_(drag) {}
 
-    /// Moves the entry that `s` names, by the parents of DragNode and of the selected node: the
+    /// Moves the entry that `text` names, by the parents of DragNode and of the selected node: the
     /// first rule that fits, or none. Yields after each entry that it removes from a file list.
-    void moveEntry(const std::string& s);
+    void moveEntry(const std::string& text, MovedBy movedBy);
 
   private:
     using Test = std::function<bool(const std::string& entry)>;
 
+    void moveFileEntry(const std::string& s, MovedBy movedBy);
+    [[nodiscard]] std::string wholeEntry(const std::string& text);
     void selectTrack(const std::string& s);
     void returnTrack(const std::string& s);
     void selectWav(const std::string& s);
     void returnWav(const std::string& s);
-    void selectMp3(const std::string& s);
+    void selectMp3(const std::string& s, MovedBy movedBy);
     void returnMp3(const std::string& s);
     void removeEntries(ListBox& list, const Test& leaves);
 
     Form1& form_;
+    ProcessState& process_;
     EventLoop& loop_;
     DragState& drag_;
 };

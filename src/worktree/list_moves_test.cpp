@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 /// One root with all six groups, and an item in each that DragNode and the selection can stand on.
 struct ListMovesTest : test::WorkTreeWorld {
-    ListMoves lists{form, loop, drag};
+    ListMoves lists{form, process, loop, drag};
 
     ListMovesTest() {
         tree.ShowFilesOneRoot();
@@ -22,7 +22,7 @@ struct ListMovesTest : test::WorkTreeWorld {
     void moveFrom(const std::string& s, const std::string& dragged, const std::string& selected) {
         drag.DragNode = itemIn(dragged);
         view.setSelectedItem(itemIn(selected)).passOver();
-        lists.moveEntry(s);
+        lists.moveEntry(s, MovedBy::doubleClick);
     }
     NodeRef itemIn(const std::string& group) {
         const auto& children = node(group)->children();
@@ -244,10 +244,74 @@ TEST_F(ListMovesTest, AFileNamedLikeATrackIsAFileByItsParent) {
 TEST_F(ListMovesTest, WithoutNodesNothingMoves) {
     fill(form.lstTracks, {"Track_1"});
     drag.DragNode = nullptr;
-    lists.moveEntry("Track_1");
-    lists.moveEntry("a.wav");
-    lists.moveEntry("a.mp3");
+    lists.moveEntry("Track_1", MovedBy::doubleClick);
+    lists.moveEntry("a.wav", MovedBy::doubleClick);
+    lists.moveEntry("a.mp3", MovedBy::doubleClick);
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1"));
+}
+
+// --- a drag --------------------------------------------------------------------------------------
+
+struct DraggedListMovesTest : ListMovesTest {
+    void drag_(const std::string& text, const std::string& group) {
+        drag.DragNode = itemIn(group);
+        view.setSelectedItem(itemIn(group)).passOver();
+        lists.moveEntry(text, MovedBy::drag);
+    }
+};
+
+TEST_F(DraggedListMovesTest, ATrackMovesAsByADoubleClick) {
+    fill(form.lstTracks, {"Track_1", "Track_2"});
+    fill(form.lstRecord, {"Track_9"});
+    drag_("Track_2", "Available Tracks");
+    EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1", "lstRecord: Track_2 Track_9"));
+    drag_("Track_9", "Selected Tracks");
+    EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
+}
+
+TEST_F(DraggedListMovesTest, ABareNameMovesItsWholePath) {
+    fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
+    fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
+    drag_("b.wav", "WAV Files");
+    drag_("b.mp3", "MP3 Files");
+    EXPECT_THAT(all(), ElementsAre("List1: c:\\a.wav", "List5: c:\\b.wav", "List2: c:\\a.mp3",
+                                   "List4: c:\\b.mp3"));
+    drag_("b.wav", "Selected WAV Files");
+    drag_("b.mp3", "Selected MP3 Files");
+    EXPECT_THAT(all(), ElementsAre("List1: c:\\b.wav c:\\a.wav", "List2: c:\\b.mp3 c:\\a.mp3"));
+}
+
+TEST_F(DraggedListMovesTest, AWholePathIsFoundByItsNameSoThatTheFirstOfThatNameMoves) {
+    fill(form.List1, {"c:\\one\\a.wav", "c:\\two\\a.wav"});
+    drag_("c:\\two\\a.wav", "WAV Files");
+    EXPECT_THAT(all(), ElementsAre("List1: c:\\two\\a.wav", "List5: c:\\one\\a.wav"));
+}
+
+TEST_F(DraggedListMovesTest, TheAvailableListIsSearchedBeforeTheSelectedOne) {
+    fill(form.List2, {"c:\\one\\a.mp3"});
+    fill(form.List4, {"c:\\two\\a.mp3"});
+    drag_("a.mp3", "Selected MP3 Files");
+    EXPECT_THAT(all(), ElementsAre("List2: c:\\one\\a.mp3", "List4: c:\\two\\a.mp3"));
+}
+
+TEST_F(DraggedListMovesTest, ANameInNoListMovesAsItStands) {
+    drag_("x.wav", "WAV Files");
+    drag_("x.mp3", "MP3 Files");
+    EXPECT_THAT(all(), ElementsAre("List5: x.wav", "List4: x.mp3"));
+}
+
+TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNames) {
+    fill(form.List2, {"c:\\a1.mp3", "c:\\a[1].mp3"});
+    drag_("a[1].mp3", "MP3 Files");
+    EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
+}
+
+TEST_F(DraggedListMovesTest, AnMp3LeavesTheOthersAvailableAndStandsOnceAmongTheSelected) {
+    fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
+    fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
+    drag_("b.mp3", "MP3 Files");
+    EXPECT_THAT(all(),
+                ElementsAre("List2: c:\\a.mp3 c:\\c.mp3", "List4: c:\\b.mp3 c:\\x.mp3 c:\\y.mp3"));
 }
 
 } // namespace

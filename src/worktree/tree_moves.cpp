@@ -31,11 +31,18 @@ constexpr FileMove fileMoves[] = {
 
 void TreeMoves::moveSelected() {
     const NodeRef selected = form_.TreeView1.selectedItem();
-    const std::string s = selected ? selected->text() : std::string();
-    if (s.empty()) {
+    move(selected ? selected->text() : std::string(), MovedBy::doubleClick);
+}
+
+void TreeMoves::MoveDraggedNode(const std::string& text) {
+    move(text, MovedBy::drag);
+}
+
+void TreeMoves::move(const std::string& text, MovedBy movedBy) {
+    if (text.empty()) {
         return;
     }
-    lists_.moveEntry(s);
+    lists_.moveEntry(text, movedBy);
     moveNode();
 }
 

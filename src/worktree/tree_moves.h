@@ -7,6 +7,7 @@
 
 #include "app/form1.h"
 #include "platform/event_loop.h"
+#include "settings/process_state.h"
 #include "worktree/drag_state.h"
 #include "worktree/list_moves.h"
 
@@ -14,14 +15,20 @@ namespace sonarith {
 
 class TreeMoves {
   public:
-    TreeMoves(Form1& form, EventLoop& loop, DragState& drag)
-        : form_(form), loop_(loop), drag_(drag), lists_(form, loop, drag) {}
+    TreeMoves(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag)
+        : form_(form), loop_(loop), drag_(drag), lists_(form, process, loop, drag) {}
 
     /// The move that a double click asks for, of the selected node's text and DragNode. Nothing
     /// happens if nothing is selected. Yields; DragNode may be another one from then on.
     void moveSelected();
 
+    /// The move step of a drag, of DragNode, whose text the caller gives. A file is found in the
+    /// lists by its name, so that its whole path moves whatever the node shows. Nothing happens for
+    /// an empty text. Yields.
+    void MoveDraggedNode(const std::string& text);
+
   private:
+    void move(const std::string& text, MovedBy movedBy);
     void moveNode();
     void moveTrackNode();
     void moveUnderNode(int index);

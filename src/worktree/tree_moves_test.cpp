@@ -233,6 +233,41 @@ TEST_F(TreeMovesTest, EndsWithAYield) {
     EXPECT_EQ(yieldsOf(mp3), 2);
 }
 
+// --- the move step of a drag -------------------------------------------------------------------
+
+TEST_F(TreeMovesTest, ADraggedNodeMovesByTheTextThatIsGivenAndNotByTheSelectionsText) {
+    press(node(mp3));
+    moves.MoveDraggedNode(otherMp3);
+    EXPECT_THAT(lines(form.List4), ElementsAre(otherMp3));
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+}
+
+TEST_F(TreeMovesTest, ADraggedMp3LeavesTheOthersInTheirList) {
+    press(node(mp3));
+    moves.MoveDraggedNode(mp3);
+    EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+}
+
+TEST_F(TreeMovesTest, ADraggedTrackReturnsThroughTheSameRebuild) {
+    press(node(t1));
+    moves.MoveDraggedNode(t1);
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+    moves.MoveDraggedNode(t1);
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t3, t1));
+    EXPECT_EQ(node(t2)->key(), "p name" + t2);
+}
+
+TEST_F(TreeMovesTest, AnEmptyTextMovesNothingAndDoesNotYield) {
+    press(node(mp3));
+    const auto before = outline();
+    const int yields = loop.yieldCount();
+    moves.MoveDraggedNode("");
+    EXPECT_EQ(outline(), before);
+    EXPECT_EQ(loop.yieldCount(), yields);
+    expectListsUnchanged();
+}
+
 // --- what other handlers do inside the yields ------------------------------------------------
 
 TEST_F(TreeMovesTest, AClickInsideAYieldOfTheListsChangesTheNodeThatIsMoved) {

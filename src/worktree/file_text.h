@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whether a node's text is that of a file that may be renamed or removed. Texts alone: the level
+// of the node and the file on disk are not looked at.
+#pragma once
+
+#include <string>
+
+namespace sonarith {
+
+/// The text ends in ".wav", ".WAV", ".mp3" or ".MP3"; an ending of mixed case does not count.
+[[nodiscard]] inline bool hasFileEnding(const std::string& text) {
+    return text.ends_with(".wav") || text.ends_with(".WAV") || text.ends_with(".mp3") ||
+           text.ends_with(".MP3");
+}
+
+} // namespace sonarith

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/popup_menu.h"
+
+#include <array>
+
+#include "platform/text/unicode.h"
+#include "platform/text/wildcard.h"
+#include "settings/destroy_file.h"
+#include "settings/path_helpers.h"
+#include "worktree/file_text.h"
+#include "worktree/node_level.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr int groupLevel = 2;
+constexpr int itemLevel = 3;
+
+/// All lists of files, in the order in which they are searched.
+std::array<ListBox*, 4> fileLists(Form1& form) {
+    return {&form.List1, &form.List2, &form.List4, &form.List5};
+}
+
+/// Groups that an action can be started from, in lower case.
+bool isStartableGroup(const std::string& lowered) {
+    return lowered == "available tracks" || lowered == "selected tracks" ||
+           lowered == "selected mp3 files" || lowered == "mp3 files";
+}
+
+} // namespace
+
+void PopupMenu::mnupopup_Open() {
+    drag_.DragLevel = NodeLevel(drag_.DragNode);
+    const std::string text = lowerCase(draggedText());
+    // One after the other, each overriding the last. A group that none of them names ("WAV Files")
+    // keeps the state of the time before: meant so.
+    if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
+        set({});
+    }
+    if (text.ends_with(".wav")) {
+        set({.mnuRemoveDelete = true, .mnuFileRemove = true});
+    }
+    if (text.ends_with(".mp3")) {
+        set({.mnuRemoveDelete = true, .mnuStart2 = true, .mnuFileRemove = true});
+    }
+    if (text.starts_with("track")) {
+        set({.mnuStart2 = true});
+    }
+    if (isStartableGroup(text)) {
+        set({.mnuStart2 = true});
+    }
+    if (!drag_.DragNode || drag_.DragLevel < groupLevel) {
+        set({});
+    }
+}
+
+void PopupMenu::set(Open open) {
+    form_.mnuRemoveDelete.setEnabled(open.mnuRemoveDelete);
+    form_.mnuStart2.setEnabled(open.mnuStart2);
+    form_.mnuFileRemove.setEnabled(open.mnuFileRemove);
+}
+
+std::string PopupMenu::draggedText() const {
+    return drag_.DragNode ? drag_.DragNode->text() : std::string();
+}
+
+void PopupMenu::mnuFileRemove_Click() {
+    const std::string text = draggedText();
+    if (!hasFileEnding(text)) {
+        return;
+    }
+    loop_.yield();
+    removeNode(text);
+    for (ListBox* list : fileLists(form_)) {
+        for (int i = 0; i < list->listCount(); ++i) {
+            // The whole entry: a node that shows a bare name takes no path out of its list, and
+            // the file is still worked on. Meant so, and unlike the command below.
+            if (matches(list->list(i), text)) {
+                list->removeItem(i).passOver();
+                return;
+            }
+        }
+    }
+}
+
+void PopupMenu::mnuRemoveDelete_Click() {
+    const std::string text = draggedText();
+    if (const std::string lowered = lowerCase(text);
+        !lowered.ends_with(".wav") && !lowered.ends_with(".mp3")) {
+        return;
+    }
+    loop_.yield();
+    removeNode(text);
+    for (ListBox* list : fileLists(form_)) {
+        for (int i = 0; i < list->listCount(); ++i) {
+            const std::string entry = list->list(i);
+            if (matches(entry, text) || matches(SplitPath(entry, process_), text)) {
+                destroy(*list, i);
+                return;
+            }
+        }
+    }
+}
+
+void PopupMenu::removeNode(const std::string& text) {
+    form_.TreeView1.remove(firstNodeOfText(form_.TreeView1, text)).passOver();
+}
+
+/// Deletes the file of an entry, and the entry whatever became of the file.
+void PopupMenu::destroy(ListBox& list, int index) {
+    const std::string entry = list.list(index);
+    p_DestroyFile(entry, files_, loop_).passOver();
+    // The deletion yields: by now the entry may stand elsewhere, or be gone.
+    int now = 0;
+    while (now < list.listCount() && list.list(now) != entry) {
+        ++now;
+    }
+    list.removeItem(now).passOver();
+}
+
+} // namespace sonarith

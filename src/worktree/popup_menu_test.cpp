@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/popup_menu.h"
+
+#include <functional>
+
+#include "support/work_tree_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string wav = "c:\\music\\a.wav";
+const std::string mp3 = "c:\\music\\b.mp3";
+
+struct PopupMenuTest : test::WorkTreeWorld {
+    PopupMenuTest() {
+        disc({"Track  1 - 00:03:05"});
+        finder.files[destination]["wav"] = {wav};
+        finder.files[destination]["mp3"] = {mp3};
+        for (const std::string& path : {wav, mp3}) {
+            disk.addFile(path, std::string(200, 'x'));
+        }
+        tree.showfiles();
+    }
+    void bareNames() {
+        process.settings.showFullPath = 0;
+        view.clear();
+        tree.showfiles();
+    }
+    NodeRef addTo(const std::string& group, const std::string& text) {
+        return addItem(view, node(group), "p added " + text, text).value();
+    }
+    /// Which of mnuRemoveDelete, mnuStart2 and mnuFileRemove are on, as letters.
+    std::string open(const NodeRef& at) {
+        drag.DragNode = at;
+        run(form.mnupopup.onOpen);
+        return state();
+    }
+    [[nodiscard]] std::string state() const {
+        return std::string(form.mnuRemoveDelete.enabled() ? "D" : "-") +
+               (form.mnuStart2.enabled() ? "S" : "-") + (form.mnuFileRemove.enabled() ? "R" : "-");
+    }
+    void setAll(bool enabled) {
+        for (MenuItem* entry : {&form.mnuRemoveDelete, &form.mnuStart2, &form.mnuFileRemove}) {
+            entry->setEnabled(enabled);
+        }
+    }
+    void expectBothWays(const NodeRef& at, const std::string& expected) {
+        for (const bool before : {false, true}) {
+            setAll(before);
+            EXPECT_EQ(open(at), expected) << at->text();
+        }
+    }
+};
+
+// --- which entries are open --------------------------------------------------------------------
+
+TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
+    expectBothWays(node(wav), "D-R");
+    expectBothWays(addTo("WAV Files", "B.WAV"), "D-R");
+}
+
+TEST_F(PopupMenuTest, AnMp3CanBeStartedToo) {
+    expectBothWays(node(mp3), "DSR");
+    expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
+}
+
+TEST_F(PopupMenuTest, ATrackCanBeStartedAlone) {
+    expectBothWays(node("Track  1 - 00:03:05"), "-S-");
+    // Later rows override earlier ones, also for a file of such a name.
+    expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
+}
+
+TEST_F(PopupMenuTest, AnItemOfAnotherKindHasNothing) {
+    expectBothWays(addTo("WAV Files", "notes.txt"), "---");
+}
+
+TEST_F(PopupMenuTest, FourGroupsCanBeStarted) {
+    for (const char* group :
+         {"Available Tracks", "Selected Tracks", "Selected MP3 Files", "MP3 Files"}) {
+        expectBothWays(node(group), "-S-");
+    }
+}
+
+TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsTheStateOfTheOpeningBefore) {
+    open(node(mp3));
+    EXPECT_EQ(open(node("WAV Files")), "DSR");
+    open(node(wav));
+    EXPECT_EQ(open(node("WAV Files")), "D-R");
+    open(node("CD Tracks"));
+    EXPECT_EQ(open(node("WAV Files")), "---");
+}
+
+TEST_F(PopupMenuTest, ACollectionAndNoNodeCloseAllThreeAndLeaveTheOthersOpen) {
+    for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
+        setAll(true);
+        EXPECT_EQ(open(at), "---");
+        EXPECT_TRUE(form.mnuMinimize.enabled());
+        EXPECT_TRUE(form.mnuExit2.enabled());
+    }
+}
+
+TEST_F(PopupMenuTest, OpeningTakesTheLevelOfTheNode) {
+    open(node("CD Tracks"));
+    EXPECT_EQ(drag.DragLevel, 1);
+    open(node(wav));
+    EXPECT_EQ(drag.DragLevel, 3);
+    open(nullptr);
+    EXPECT_EQ(drag.DragLevel, 0);
+}
+
+// --- remove from the list ------------------------------------------------------------------------
+
+TEST_F(PopupMenuTest, RemoveTakesNodeAndEntryAndKeepsTheFile) {
+    press(node(wav), {.right = true});
+    form.mnuFileRemove.click();
+    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_TRUE(disk.fileExists(wav));
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(PopupMenuTest, RemoveLooksThroughTheListsInOrderAndStopsAtTheFirstHit) {
+    for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
+        fill(*list, {"x", wav, wav});
+    }
+    ListBox* const order[] = {&form.List1, &form.List2, &form.List4, &form.List5};
+    for (ListBox* list : order) {
+        drag.DragNode = addItem(view, node("WAV Files"), "p again " + list->name(), wav).value();
+        form.mnuFileRemove.click();
+        EXPECT_THAT(lines(*list), ElementsAre("x", wav)) << list->name();
+        drag.DragNode = addItem(view, node("WAV Files"), "p twice " + list->name(), wav).value();
+        form.mnuFileRemove.click();
+        EXPECT_THAT(lines(*list), ElementsAre("x")) << list->name();
+    }
+}
+
+TEST_F(PopupMenuTest, RemoveOfABareNameLeavesTheEntrySoThatTheFileIsStillWorkedOn) {
+    bareNames();
+    press(node("b.mp3"), {.right = true});
+    form.mnuFileRemove.click();
+    EXPECT_EQ(node("b.mp3"), nullptr);
+    EXPECT_THAT(lines(form.List2), ElementsAre(mp3));
+}
+
+TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
+    const NodeRef mixed = addTo("WAV Files", "c.Wav");
+    const auto before = outline();
+    const int yields = loop.yieldCount();
+    for (const NodeRef& at : {mixed, node("WAV Files"), node("Track  1 - 00:03:05"), NodeRef()}) {
+        drag.DragNode = at;
+        form.mnuFileRemove.click();
+    }
+    EXPECT_EQ(outline(), before);
+    EXPECT_EQ(loop.yieldCount(), yields);
+}
+
+TEST_F(PopupMenuTest, RemoveYieldsBeforeItLooksForTheNode) {
+    press(node(wav), {.right = true});
+    const int yields = loop.yieldCount();
+    bool stoodThere = false;
+    loop.atYield(1, [&] { stoodThere = node(wav) != nullptr; });
+    form.mnuFileRemove.click();
+    EXPECT_EQ(loop.yieldCount() - yields, 1);
+    EXPECT_TRUE(stoodThere);
+}
+
+TEST_F(PopupMenuTest, TheFirstNodeOfTheTextGoesWhicheverWasClicked) {
+    const NodeRef first = node(wav);
+    drag.DragNode = addItem(view, node("MP3 Files"), "p second", wav).value();
+    form.mnuFileRemove.click();
+    EXPECT_TRUE(first->removed());
+    EXPECT_FALSE(drag.DragNode->removed());
+}
+
+TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheEntries) {
+    fill(form.List1, {"x[1].wav", "x1.wav"});
+    drag.DragNode = addTo("WAV Files", "x[1].wav");
+    form.mnuFileRemove.click();
+    EXPECT_EQ(node("x[1].wav"), nullptr);
+    EXPECT_THAT(lines(form.List1), ElementsAre("x[1].wav"));
+}
+
+// --- remove and delete ---------------------------------------------------------------------------
+
+TEST_F(PopupMenuTest, DeleteTakesNodeFileAndEntryUnasked) {
+    press(node(mp3), {.right = true});
+    form.mnuRemoveDelete.click();
+    EXPECT_EQ(node(mp3), nullptr);
+    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_THAT(lines(form.List2), IsEmpty());
+    EXPECT_TRUE(disk.fileExists(wav));
+}
+
+TEST_F(PopupMenuTest, DeleteFindsTheEntryOfABareNameUnlikeRemove) {
+    bareNames();
+    press(node("b.mp3"), {.right = true});
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_THAT(lines(form.List2), IsEmpty());
+}
+
+TEST_F(PopupMenuTest, DeleteTakesAMixedEndingUnlikeRemove) {
+    disk.addFile("c:\\music\\C.Wav", "x");
+    fill(form.List1, {"c:\\music\\C.Wav"});
+    drag.DragNode = addTo("WAV Files", "c:\\music\\C.Wav");
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(disk.fileExists("c:\\music\\C.Wav"));
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+}
+
+TEST_F(PopupMenuTest, DeleteDoesNothingForAnythingElse) {
+    const auto before = outline();
+    for (const NodeRef& at : {node("WAV Files"), node("Track  1 - 00:03:05"), NodeRef()}) {
+        drag.DragNode = at;
+        form.mnuRemoveDelete.click();
+    }
+    EXPECT_EQ(outline(), before);
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(PopupMenuTest, AFileThatCannotBeDeletedStaysWhileNodeAndEntryAreGone) {
+    disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wav,
+                  ErrorNumber::permissionDenied);
+    press(node(wav), {.right = true});
+    form.mnuRemoveDelete.click();
+    EXPECT_TRUE(disk.fileExists(wav));
+    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+}
+
+TEST_F(PopupMenuTest, AFileThatNoListHoldsStaysOnDisk) {
+    form.List1.clear();
+    press(node(wav), {.right = true});
+    form.mnuRemoveDelete.click();
+    EXPECT_TRUE(disk.fileExists(wav));
+    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(PopupMenuTest, OneCommandDeletesOneFile) {
+    bareNames();
+    disk.addFile("c:\\other\\b.mp3", "x");
+    fill(form.List4, {"c:\\other\\b.mp3"});
+    press(node("b.mp3"), {.right = true});
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_TRUE(disk.fileExists("c:\\other\\b.mp3"));
+    EXPECT_THAT(lines(form.List4), ElementsAre("c:\\other\\b.mp3"));
+}
+
+TEST_F(PopupMenuTest, TheEntryGoesAlsoWhenTheListHasMovedDuringTheDeletion) {
+    press(node(wav), {.right = true});
+    loop.after(100ms, [this] { putOnTop(form.List1, "c:\\music\\new.wav", form.List7); });
+    form.mnuRemoveDelete.click();
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav"));
+}
+
+TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotTurnTheCommandToAnotherFile) {
+    press(node(wav), {.right = true});
+    loop.atYield(1, [this] { press(node(mp3)); });
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(disk.fileExists(wav));
+    EXPECT_TRUE(disk.fileExists(mp3));
+    EXPECT_NE(node(mp3), nullptr);
+}
+
+TEST_F(PopupMenuTest, AnythingMayHappenInsideAnyYield) {
+    const std::vector<std::function<void()>> events = {
+        [this] { view.clear(); },
+        [this] { tree.showfiles(); },
+        [this] { form.mnuRemoveDelete.click(); },
+        [this] { form.mnuFileRemove.click(); },
+        [this] { form.List1.clear(); },
+    };
+    for (const auto& event : events) {
+        for (int n = 1; n <= 12; ++n) {
+            disk.addFile(wav, "x");
+            view.clear();
+            tree.showfiles();
+            press(node(wav), {.right = true});
+            bool returned = false;
+            loop.atYield(n, [&] {
+                if (!returned) {
+                    event();
+                }
+            });
+            form.mnuRemoveDelete.click();
+            returned = true;
+            loop.advance(1s);
+            for (int i = 0; i < 12; ++i) {
+                loop.yield();
+            }
+            EXPECT_TRUE(disk.fileExists(mp3));
+        }
+    }
+}
+
+} // namespace
+} // namespace sonarith

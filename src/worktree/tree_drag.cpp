@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_drag.h"
+
+#include "worktree/node_level.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr int groupLevel = 2;
+constexpr int itemLevel = 3;
+
+/// Whether a node of the text `target` keeps one of the text `dragged` out. A track passes over
+/// every track, a file over the groups of its kind alone.
+bool refuses(const std::string& target, const std::string& dragged) {
+    const bool keepsTrackOut =
+        isTrackText(dragged) && target != selectedTracksText && !isTrackText(target);
+    const bool keepsWavOut =
+        dragged.ends_with("wav") && target != selectedWavFilesText && target != wavFilesText;
+    const bool keepsMp3Out =
+        dragged.ends_with("mp3") && target != selectedMp3FilesText && target != mp3FilesText;
+    return keepsTrackOut || keepsWavOut || keepsMp3Out;
+}
+
+} // namespace
+
+void TreeDrag::TreeView1_MouseMove(MouseButtons down) {
+    if (drag_.InDrag || !down.left || down.right) {
+        return;
+    }
+    drag_.DragLevel = NodeLevel(drag_.DragNode);
+    if (drag_.DragLevel != groupLevel) {
+        // The drag's picture is known to whoever shows the tree.
+        form_.TreeView1.setSelectedItem(drag_.DragNode).passOver();
+        form_.TreeView1.beginDrag();
+    }
+}
+
+bool TreeDrag::levelsFit(const NodeRef& target) const {
+    const int level = NodeLevel(target);
+    return target && (level + 1 == drag_.DragLevel || level == drag_.DragLevel);
+}
+
+void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
+    // Once for each node that is reached; but a move leaves the group that it addressed here, so
+    // that the next event over the same item counts as a change: meant so.
+    if (target == drag_.DropTarget) {
+        return;
+    }
+    drag_.DropTarget = target;
+    TreeView& tree = form_.TreeView1;
+    const std::string dragged = drag_.DragNode ? drag_.DragNode->text() : std::string();
+    if (!levelsFit(target)) {
+        // The move takes place all the same: a node of the wrong level refuses the drop alone.
+        tree.setDropHighlight(nullptr).passOver();
+    } else if (refuses(target->text(), dragged)) {
+        return;
+    } else {
+        if (NodeLevel(target) == itemLevel) {
+            drag_.DropTarget = target->parent();
+        }
+        tree.setDropHighlight(drag_.DropTarget).passOver();
+    }
+    moves_.MoveDraggedNode(dragged);
+}
+
+void TreeDrag::TreeView1_DragDrop() {
+    TreeView& tree = form_.TreeView1;
+    // A track's move has cleared the highlight; a file goes under the group at the pointer,
+    // whatever the moves on the way have left.
+    if (const NodeRef highlighted = tree.dropHighlight()) {
+        tree.setParent(drag_.DragNode, highlighted).passOver();
+        tree.setDropHighlight(nullptr).passOver();
+    }
+    drag_.DragNode = nullptr;
+    drag_.DragLevel = 0;
+}
+
+} // namespace sonarith

@@ -1,0 +1,337 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "worktree/tree_drag.h"
+
+#include "support/work_tree_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string t1 = "Track  1 - 00:03:05";
+const std::string t2 = "Track  2 - 00:04:00";
+const std::string wav = "c:\\music\\a.wav";
+const std::string mp3 = "c:\\music\\b.mp3";
+const std::string otherMp3 = "c:\\music\\c.mp3";
+
+/// Counts the drags that the tree was asked to begin.
+struct DragLog : test::RevealLog {
+    int drags = 0;
+    void dragRequested() override { ++drags; }
+};
+
+struct TreeDragTest : test::WorkTreeWorld {
+    DragLog observer;
+
+    TreeDragTest() {
+        disc({t1, t2});
+        finder.files[destination]["wav"] = {wav};
+        finder.files[destination]["mp3"] = {otherMp3, mp3};
+        tree.showfiles();
+        view.setObserver(&observer);
+    }
+    ~TreeDragTest() override { view.setObserver(nullptr); }
+
+    NodeRef addTo(const std::string& group, const std::string& text) {
+        return addItem(view, node(group), "p added " + text, text).value();
+    }
+    void move(MouseButtons down) { run(view.onMouseMove, down, NodeRef()); }
+};
+
+// --- starting --------------------------------------------------------------------------------
+
+TEST_F(TreeDragTest, ItemsAndCollectionsAreDraggedAndBecomeTheSelection) {
+    for (const std::string& text : {t1, wav, mp3, std::string("CD Tracks")}) {
+        SCOPED_TRACE(text);
+        observer.drags = 0;
+        press(node(text));
+        view.setSelectedItem(node("WAV Files")).passOver();
+        move({.left = true});
+        EXPECT_EQ(observer.drags, 1);
+        EXPECT_EQ(view.selectedItem(), node(text));
+        EXPECT_EQ(drag.DragLevel, text == "CD Tracks" ? 1 : 3);
+    }
+}
+
+TEST_F(TreeDragTest, GroupsAreNotDragged) {
+    press(node("WAV Files"));
+    move({.left = true});
+    EXPECT_EQ(observer.drags, 0);
+    EXPECT_EQ(drag.DragLevel, 2);
+}
+
+TEST_F(TreeDragTest, TheLeftButtonAloneDrags) {
+    press(node(t1));
+    for (const MouseButtons down :
+         {MouseButtons{}, MouseButtons{.right = true}, MouseButtons{.left = true, .right = true}}) {
+        move(down);
+    }
+    EXPECT_EQ(observer.drags, 0);
+    EXPECT_EQ(drag.DragLevel, 0);
+}
+
+TEST_F(TreeDragTest, ADragThatIsMarkedAsRunningStartsNoOther) {
+    press(node(t1));
+    drag.InDrag = true;
+    move({.left = true});
+    EXPECT_EQ(observer.drags, 0);
+}
+
+TEST_F(TreeDragTest, StartingLeavesTheMarkAsItIs) {
+    press(node(t1));
+    move({.left = true});
+    EXPECT_FALSE(drag.InDrag);
+}
+
+TEST_F(TreeDragTest, APressOnNothingDragsNothingAnywhere) {
+    const auto before = outline();
+    press(nullptr);
+    move({.left = true});
+    EXPECT_EQ(observer.drags, 1);
+    EXPECT_EQ(drag.DragLevel, 0);
+    for (int i = 1; i <= view.count(); ++i) {
+        dragOver(view.node(i));
+    }
+    drop();
+    EXPECT_EQ(outline(), before);
+}
+
+// --- which nodes let a drag pass ---------------------------------------------------------------
+
+struct Passage {
+    std::string dragged;
+    std::string target;
+    bool passes;
+};
+
+struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {};
+
+TEST_P(PassageTest, TheHighlightTellsWhoWasLetThrough) {
+    const Passage& passage = GetParam();
+    addGroup(view, node("WAV Files Folder"), "g Selected WAV Files", "Selected WAV Files")
+        .passOver();
+    for (const char* file : {"x.WAV", "x.MP3", "x.ogg", "Tracker", "track 9", "Track.wav"}) {
+        addTo("WAV Files", file);
+    }
+    beginDrag(passage.dragged);
+    const NodeRef mark = node("MP3 Files Folder");
+    view.setDropHighlight(mark).passOver();
+    const int yields = loop.yieldCount();
+    dragOver(passage.target);
+    EXPECT_EQ(loop.yieldCount() > yields, passage.passes);
+    // Refused: the highlight stays as it was. Passed: the target's, or cleared by a track's move.
+    EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryRow, PassageTest,
+    testing::Values(Passage{t1, "Selected Tracks", true}, Passage{t1, t2, true},
+                    Passage{t1, "Tracker", true}, Passage{t1, "Available Tracks", false},
+                    Passage{t1, "WAV Files", false}, Passage{t1, "MP3 Files", false},
+                    Passage{t1, wav, false}, Passage{t1, "track 9", false},
+                    Passage{wav, "WAV Files", true}, Passage{wav, "Selected WAV Files", true},
+                    Passage{wav, "MP3 Files", false}, Passage{wav, "Selected Tracks", false},
+                    Passage{wav, mp3, false}, Passage{wav, "x.ogg", false},
+                    Passage{mp3, "MP3 Files", true}, Passage{mp3, "Selected MP3 Files", true},
+                    Passage{mp3, "WAV Files", false}, Passage{mp3, "Available Tracks", false},
+                    // An MP3 over an MP3 is refused, a track over a track is not.
+                    Passage{mp3, otherMp3, false},
+                    // Endings in capitals are no file's to these filters: nothing refuses them.
+                    Passage{"x.WAV", "Available Tracks", true}, Passage{"x.MP3", "WAV Files", true},
+                    Passage{"x.ogg", wav, true}, Passage{"track 9", "MP3 Files", true},
+                    // Both filters at once: no group is left.
+                    Passage{"Track.wav", "WAV Files", false},
+                    Passage{"Track.wav", "Selected Tracks", false},
+                    Passage{"CD Tracks", "WAV Files Folder", true}));
+
+TEST_F(TreeDragTest, AnItemOverAnItemHighlightsTheItemsGroup) {
+    const NodeRef odd = addTo("WAV Files", "x.ogg");
+    beginDrag(odd);
+    dragOver(wav);
+    EXPECT_EQ(view.dropHighlight(), node("WAV Files"));
+}
+
+TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightAndTheItemMovesAllTheSame) {
+    beginDrag(mp3);
+    dragOver("CD Tracks");
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+}
+
+TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndMovesTheItemToo) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    dragOver(NodeRef());
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
+}
+
+// --- the move while the pointer moves ----------------------------------------------------------
+
+TEST_F(TreeDragTest, TheItemMovesAsSoonAsANodePassesAndNotAtTheDrop) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
+}
+
+TEST_F(TreeDragTest, TheSameNodeASecondTimeDoesNothing) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    const int yields = loop.yieldCount();
+    dragOver("Selected MP3 Files");
+    EXPECT_EQ(loop.yieldCount(), yields);
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+}
+
+TEST_F(TreeDragTest, TwoNodesThatPassMoveTheItemThereAndBack) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    dragOver("MP3 Files");
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre(mp3, otherMp3));
+    EXPECT_THAT(lines(form.List4), IsEmpty());
+}
+
+TEST_F(TreeDragTest, TheTargetStaysFromDragToDrag) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    drop();
+    EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
+    // The first node of the next drag is the last one of this: nothing, until it has been left.
+    beginDrag(otherMp3);
+    dragOver("Selected MP3 Files");
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
+    dragOver("WAV Files");
+    dragOver("Selected MP3 Files");
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3, otherMp3));
+}
+
+TEST_F(TreeDragTest, TheGroupThatAMoveAddressesBecomesTheTargetSoThatTheNextEventCountsAgain) {
+    beginDrag(t1);
+    dragOver(t2);
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+    EXPECT_EQ(drag.DropTarget, node("Selected Tracks"));
+    // The pointer has not left the node.
+    dragOver(t2);
+    EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
+    // The rebuild has thrown the dragged node away: it moves no more.
+    EXPECT_TRUE(drag.DragNode->removed());
+    dragOver("Selected Tracks");
+    dragOver(t2);
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
+    EXPECT_THAT(lines(form.lstTracks), ElementsAre(t2, t1));
+    drop();
+    EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
+}
+
+TEST_F(TreeDragTest, AWavGoesToTheOtherListWithoutASiblingToGoTo) {
+    beginDrag(wav);
+    dragOver("WAV Files");
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_THAT(lines(form.List5), ElementsAre(wav));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav));
+    EXPECT_EQ(drag.DropTarget, nullptr);
+}
+
+TEST_F(TreeDragTest, BareNamesMoveWithTheirWholePaths) {
+    process.settings.showFullPath = 0;
+    view.clear();
+    tree.showfiles();
+    beginDrag("b.mp3");
+    dragOver("Selected MP3 Files");
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
+}
+
+// --- the drop --------------------------------------------------------------------------------
+
+TEST_F(TreeDragTest, ADropPutsAFileUnderTheHighlightedGroupWhateverTheMovesHaveLeft) {
+    beginDrag(mp3);
+    dragOver("Selected MP3 Files");
+    dragOver("MP3 Files");
+    // Back in its old group; the highlight is put elsewhere, and decides.
+    view.setDropHighlight(node("WAV Files")).passOver();
+    drop();
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav, mp3));
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+}
+
+TEST_F(TreeDragTest, ADroppedTrackStaysWhereItsMoveHasPutIt) {
+    beginDrag(t1);
+    dragOver("Selected Tracks");
+    EXPECT_EQ(view.dropHighlight(), nullptr);
+    drop();
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
+}
+
+TEST_F(TreeDragTest, ADropEndsTheDrag) {
+    beginDrag(t1);
+    drop();
+    EXPECT_EQ(drag.DragNode, nullptr);
+    EXPECT_EQ(drag.DragLevel, 0);
+}
+
+TEST_F(TreeDragTest, ADropOnItselfOrNowhereMovesNothing) {
+    const auto before = outline();
+    beginDrag(mp3);
+    // The press has highlighted the node itself.
+    EXPECT_EQ(view.dropHighlight(), node(mp3));
+    drop();
+    beginDrag(mp3);
+    view.setDropHighlight(nullptr).passOver();
+    drop();
+    EXPECT_EQ(outline(), before);
+}
+
+TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnother) {
+    beginDrag("CD Tracks");
+    dragOver("WAV Files Folder");
+    EXPECT_EQ(view.roots().size(), 3U);
+    drop();
+    EXPECT_THAT(childrenOf("WAV Files Folder"), ElementsAre("WAV Files", "CD Tracks"));
+    EXPECT_EQ(view.roots().size(), 2U);
+}
+
+// --- what other handlers do inside the yields --------------------------------------------------
+
+TEST_F(TreeDragTest, AnythingMayHappenInsideAnyYieldOfAMove) {
+    const std::vector<std::function<void()>> events = {
+        [this] { view.clear(); },
+        [this] { tree.showfiles(); },
+        [this] { drop(); },
+        [this] { press(node("CD Tracks")); },
+        [this] { doubleClick(otherMp3); },
+        [this] { dragOver("MP3 Files"); },
+    };
+    for (const auto& event : events) {
+        for (int n = 1; n <= 4; ++n) {
+            view.clear();
+            disc({t1, t2});
+            tree.showfiles();
+            beginDrag(mp3);
+            bool dropped = false;
+            loop.atYield(n, [&] {
+                if (!dropped) {
+                    event();
+                }
+            });
+            dragOver("Selected MP3 Files");
+            drop();
+            dropped = true;
+            loop.yield();
+            loop.yield();
+            loop.yield();
+            EXPECT_EQ(drag.DragNode, nullptr);
+            EXPECT_EQ(view.dropHighlight(), nullptr);
+        }
+    }
+}
+
+} // namespace
+} // namespace sonarith
