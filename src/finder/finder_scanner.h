@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The finder as the work tree uses it: works its boxes and its button as a person would, with the
+// window unshown. It searches nothing itself.
+#pragma once
+
+#include <string>
+
+#include "finder/finder_form.h"
+#include "worktree/folder_scanner.h"
+
+namespace sonarith {
+
+class FinderScanner final : public FolderScanner {
+  public:
+    /// `finder` must outlive this.
+    explicit FinderScanner(FinderForm& finder) : finder_(finder) {}
+
+    Status setFolder(const std::string& path) override;
+    /// The click of Command1: a search that runs already is stopped by it.
+    void search(const std::string& extension) override;
+    [[nodiscard]] const ListBox& lstfiles() const override;
+
+  private:
+    FinderForm& finder_;
+};
+
+} // namespace sonarith

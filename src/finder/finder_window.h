@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the file finder's window does on its events: starts and stops a search, and acts on a found
+// file. The search itself is search_engine.h; the widgets are elsewhere.
+#pragma once
+
+#include "finder/finder_form.h"
+#include "finder/search_engine.h"
+#include "platform/event_loop.h"
+#include "platform/file_system.h"
+#include "platform/message_box.h"
+#include "platform/shell.h"
+#include "worktree/add_file.h"
+#include "worktree/work_tree.h"
+
+namespace sonarith {
+
+/// What the window needs of the world.
+struct FinderPlatform {
+    EventLoop& loop;
+    FileSystem& files;
+    MessageBoxes& boxes;
+    Shell& shell;
+};
+
+/// What it reaches back for in the main window.
+struct MainWindowFiles {
+    FileAdder& adder;
+    WorkTree& tree;
+};
+
+class FinderWindow {
+  public:
+    /// Makes its procedures the handlers of the form's events. All must outlive this.
+    FinderWindow(FinderForm& finder, SearchEngine& engine, const FinderPlatform& platform,
+                 const MainWindowFiles& main);
+    FinderWindow(const FinderWindow&) = delete;
+    FinderWindow& operator=(const FinderWindow&) = delete;
+
+    void Form_Load();
+
+    /// Starts a search or stops the one that runs, by its caption. Returns at the search's end.
+    void Command1_Click();
+    /// Closes the window. A search that runs goes on without its lists, and so ends as if stopped.
+    void cmdend_Click();
+
+    void zFileExt_Change();
+    void lbltime_Change();
+    void Dir1_Change();
+    void Drive1_Change();
+
+    void lstfiles_MouseDown(MouseButtons buttons);
+    void mnuSeelectfile_Click();
+    void mnuRemoveFile_Click();
+    /// Asks before it deletes.
+    void mnuDelete_Click();
+    void mnuClose_Click();
+
+    /// Removes each folder of List1 that stands there before. Nothing calls it.
+    void RemoveDuplicateDirs();
+    /// What mnuRemoveFile_Click() does. Nothing calls it.
+    void RemoveSelectedFile();
+
+  private:
+    void wireEvents();
+    void startSearch();
+    void stopSearch();
+
+    FinderForm& finder_;
+    SearchEngine& engine_;
+    FinderPlatform platform_;
+    MainWindowFiles main_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "finder/finder_window.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+#include "support/finder_world.h"
+#include "worktree/tree_nodes.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class FinderWindowTest : public testing::Test, protected test::FinderWorld {
+  protected:
+    FinderWindowTest() {
+        popups_ = windows.frmsearch.popupRequested.connect(
+            [this](MenuItem& menu) { opened.push_back(menu.name()); });
+    }
+    void fillResults(const std::vector<std::string>& paths) {
+        finder.lstfiles.clear();
+        for (const std::string& path : paths) {
+            finder.lstfiles.addItem(path);
+        }
+    }
+    void select(int index) { ASSERT_TRUE(finder.lstfiles.setListIndex(index).ok()); }
+    void press(MouseButtons buttons) { run(finder.lstfiles.onMouseDown, buttons); }
+
+    std::vector<std::string> opened;
+
+  private:
+    Connection popups_;
+};
+
+// --- the button -----------------------------------------------------------------------------
+
+TEST_F(FinderWindowTest, AClickStartsASearchAndClearsWhatTheLastOneLeft) {
+    disk.addFolder("c:\\m");
+    finder.lstfiles.addItem("old");
+    finder.lstdirs.addItem("old");
+    finder.List1.addItem("old");
+    bool seen = false;
+    loop.atYield(1, [&] {
+        seen = true;
+        EXPECT_EQ(finder.Command1.caption(), "Stop!");
+        EXPECT_FALSE(finder.chkhidelist.visible());
+        EXPECT_THAT(lines(finder.List1), ElementsAre("c:\\m\\"));
+        EXPECT_THAT(lines(finder.lstdirs), ElementsAre("c:\\m\\"));
+        EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
+        EXPECT_TRUE(finder.List1.visible());
+        EXPECT_TRUE(finder.lstfiles.visible());
+    });
+    search("c:\\m", ".wav");
+    EXPECT_TRUE(seen);
+}
+
+TEST_F(FinderWindowTest, TheButtonGoesThroughItsCaptionsAndIsClosedBetween) {
+    disk.addFolder("c:\\m");
+    std::vector<std::string> states;
+    const Connection watch = finder.Command1.changed.connect([&] {
+        states.push_back(finder.Command1.caption() + (finder.Command1.enabled() ? "" : " closed"));
+    });
+    search("c:\\m", ".wav");
+    EXPECT_THAT(states,
+                ElementsAre("Continue", "Continue closed", "Stop! closed", "Stop!", "Search !"));
+}
+
+TEST_F(FinderWindowTest, ATickHidesTheListsUntilTheEnd) {
+    disk.addFolder("c:\\m");
+    finder.chkhidelist.setValue(1).passOver();
+    bool seen = false;
+    loop.atYield(1, [&] {
+        seen = true;
+        EXPECT_FALSE(finder.List1.visible());
+        EXPECT_FALSE(finder.lstfiles.visible());
+        EXPECT_TRUE(finder.lstdirs.visible());
+    });
+    search("c:\\m", ".wav");
+    EXPECT_TRUE(seen);
+    EXPECT_TRUE(finder.List1.visible());
+    EXPECT_TRUE(finder.lstfiles.visible());
+}
+
+TEST_F(FinderWindowTest, ACaptionThatMeansNothingDoesNothing) {
+    disk.addFolder("c:\\m");
+    finder.Command1.setCaption("Search");
+    finder.lstfiles.addItem("kept");
+    finder.Command1.click();
+    EXPECT_EQ(loop.yieldCount(), 0);
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("kept"));
+}
+
+TEST_F(FinderWindowTest, ContinueAsItsCaptionStartsWithoutClearing) {
+    disk.addFolder("c:\\m");
+    EXPECT_TRUE(finder.Dir1.setPath("c:\\m").ok());
+    finder.List1.addItem("kept");
+    finder.Command1.setCaption("Continue");
+    finder.Command1.click();
+    EXPECT_THAT(lines(finder.List1), ElementsAre("kept", "c:\\m\\"));
+}
+
+// --- boxes and labels -----------------------------------------------------------------------
+
+TEST_F(FinderWindowTest, TheTypeIsAlwaysShownInLowerCase) {
+    finder.zFileExt.setText(".MP3");
+    EXPECT_EQ(finder.zFileExt.text(), ".mp3");
+}
+
+TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutItsPrefix) {
+    const std::string folder = "c:\\" + std::string(186, 'm');
+    const std::string shown = folder + "\\";
+    ASSERT_THAT(shown, SizeIs(190));
+    disk.addFolder(folder);
+    std::string caption;
+    loop.atYield(1, [&] { caption = finder.lbltime.caption(); });
+    search(folder, ".wav");
+    EXPECT_EQ(caption, shown + "...");
+}
+
+TEST_F(FinderWindowTest, ACaptionOf200CharactersStays) {
+    const std::string prefix = "Searching . . . ";
+    // Characters, not bytes.
+    std::string name;
+    for (std::size_t i = 0; i < 200 - prefix.size() - 4; ++i) {
+        name += "\xc3\xa4";
+    }
+    disk.addFolder("c:\\" + name);
+    std::string caption;
+    loop.atYield(1, [&] { caption = finder.lbltime.caption(); });
+    search("c:\\" + name, ".wav");
+    EXPECT_EQ(caption, prefix + "c:\\" + name + "\\");
+}
+
+TEST_F(FinderWindowTest, APathThatIsTooLongByItselfIsShownAllTheSame) {
+    finder.lstdirs.addItem(std::string(300, 'x'));
+    finder.lbltime.setCaption(std::string(400, 'y'));
+    EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
+}
+
+TEST_F(FinderWindowTest, DriveAndFolderFollowEachOther) {
+    disk.addFolder("c:\\music");
+    disk.addFolder("d:\\albums\\one");
+    EXPECT_TRUE(finder.Dir1.setPath("d:\\albums").ok());
+    EXPECT_EQ(finder.Drive1.drive(), "d:");
+    EXPECT_EQ(finder.Dir1.path(), "d:\\albums");
+    EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
+    EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
+    EXPECT_EQ(finder.Dir1.path(), "d:\\albums");
+    EXPECT_TRUE(finder.Drive1.setDrive("c:").ok());
+    EXPECT_EQ(finder.Dir1.path(), "c:\\music");
+}
+
+TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesTheFolder) {
+    disk.addFolder("d:\\albums");
+    disk.removeFolder("d:\\");
+    EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
+    EXPECT_EQ(finder.Dir1.path(), "c:\\");
+}
+
+// --- a found file ---------------------------------------------------------------------------
+
+TEST_F(FinderWindowTest, TheMenuOpensForTheSelectedWavOrMp3AndTheRightButton) {
+    fillResults({"c:\\a.wav", "c:\\b.MP3", "c:\\c.txt"});
+    press({.right = true});
+    EXPECT_THAT(opened, IsEmpty()); // nothing is selected
+    select(0);
+    press({.left = true});
+    EXPECT_THAT(opened, IsEmpty());
+    press({.right = true});
+    EXPECT_THAT(opened, ElementsAre("mnupopup"));
+    select(1);
+    press({.right = true});
+    EXPECT_THAT(opened, SizeIs(2));
+    select(2);
+    press({.right = true});
+    EXPECT_THAT(opened, SizeIs(2));
+}
+
+TEST_F(FinderWindowTest, SelectForConversionEntersTheFileOnceAndKeepsItsLine) {
+    process.settings.showFullPath = 1;
+    NodeRef collection;
+    addCollection(form.TreeView1, "f Collection 3", "MP3 Files Folder").storeIn(collection);
+    addGroup(form.TreeView1, collection, "g Available MP3 Files", mp3FilesText).passOver();
+    files.addFile("c:\\m\\a.mp3", std::string(200, 'x'));
+    fillResults({"c:\\m\\a.mp3"});
+    select(0);
+    finder.mnuSeelectfile.click();
+    finder.mnuSeelectfile.click();
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\m\\a.mp3"));
+    EXPECT_EQ(form.TreeView1.count(), 3);
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.mp3"));
+}
+
+TEST_F(FinderWindowTest, AFileTooShortToEnterLandsInTheOtherTypesList) {
+    files.addFile("c:\\m\\a.wav", "short");
+    fillResults({"c:\\m\\a.wav"});
+    select(0);
+    finder.mnuSeelectfile.click();
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\m\\a.wav"));
+}
+
+TEST_F(FinderWindowTest, RemoveFileTakesTheLineAndLeavesTheFile) {
+    files.addFile("c:\\a.wav");
+    fillResults({"c:\\a.wav", "c:\\b.wav"});
+    select(0);
+    finder.mnuRemoveFile.click();
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\b.wav"));
+    finder.mnuRemoveFile.click(); // nothing is selected now
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\b.wav"));
+    EXPECT_TRUE(files.fileExists("c:\\a.wav"));
+    select(0);
+    window.RemoveSelectedFile();
+    EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
+}
+
+TEST_F(FinderWindowTest, DeleteAsksFirst) {
+    for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
+        files.addFile("c:\\a.wav");
+        fillResults({"c:\\a.wav"});
+        select(0);
+        boxes.shown.clear();
+        boxes.answers = {answer};
+        finder.mnuDelete.click();
+        EXPECT_THAT(boxes.shown, ElementsAre(test::ShownBox{
+                                     "Are you sure you want to delete this file?", BoxIcon::warning,
+                                     BoxButtons::yesNoCancel, "Delete File"}));
+        EXPECT_TRUE(files.fileExists("c:\\a.wav"));
+        EXPECT_THAT(lines(finder.lstfiles), SizeIs(1));
+    }
+}
+
+TEST_F(FinderWindowTest, DeleteRemovesFileAndLine) {
+    files.addFile("c:\\a.wav");
+    fillResults({"c:\\a.wav", "c:\\b.wav"});
+    select(0);
+    boxes.answers = {BoxAnswer::yes};
+    finder.mnuDelete.click();
+    EXPECT_FALSE(files.fileExists("c:\\a.wav"));
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\b.wav"));
+    EXPECT_THAT(boxes.shown, SizeIs(1));
+}
+
+TEST_F(FinderWindowTest, ADeletionThatFailsTakesTheLineAllTheSame) {
+    files.addFile("c:\\a.wav");
+    files.failWith(test::FakeFileSystem::Operation::removeFile, "c:\\a.wav",
+                   ErrorNumber::permissionDenied);
+    fillResults({"c:\\a.wav"});
+    select(0);
+    boxes.answers = {BoxAnswer::yes};
+    // The yield before the line goes; the deletion itself does not come to its wait.
+    loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
+    const auto begin = loop.now();
+    finder.mnuDelete.click();
+    // The main window looks for the entry that is current now, which takes as long as an adding.
+    EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
+    EXPECT_TRUE(files.fileExists("c:\\a.wav"));
+    EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
+    EXPECT_THAT(boxes.shown, SizeIs(1));
+}
+
+// --- the window -----------------------------------------------------------------------------
+
+TEST_F(FinderWindowTest, LoadsInTheMiddleOfTheScreen) {
+    windows.frmsearch.unload();
+    windows.frmsearch.setWidth(6000);
+    windows.frmsearch.setHeight(4000);
+    windows.frmsearch.load();
+    EXPECT_EQ(windows.frmsearch.left(), (shell.width - 6000) / 2);
+    EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000) / 2);
+}
+
+TEST_F(FinderWindowTest, BothWaysOfClosingUnloadIt) {
+    windows.frmsearch.show();
+    finder.cmdend.click();
+    EXPECT_FALSE(windows.frmsearch.loaded());
+    windows.frmsearch.show();
+    finder.mnuClose.click();
+    EXPECT_FALSE(windows.frmsearch.loaded());
+    EXPECT_FALSE(windows.frmsearch.visible());
+}
+
+TEST_F(FinderWindowTest, ComesBackNewAfterItWasClosed) {
+    disk.addFile("c:\\m\\a.mp3");
+    finder.Text1.setText("a");
+    finder.chkhidelist.setValue(1).passOver();
+    search("c:\\m", ".mp3");
+    finder.cmdend.click();
+    windows.frmsearch.show();
+    EXPECT_EQ(finder.zFileExt.text(), ".wav");
+    EXPECT_EQ(finder.Text1.text(), "");
+    EXPECT_EQ(finder.chkhidelist.value(), 0);
+    EXPECT_EQ(finder.Dir1.path(), "c:\\");
+    EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
+    EXPECT_EQ(finder.Label1.caption(), "");
+    EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
+    EXPECT_THAT(lines(finder.List1), IsEmpty());
+}
+
+TEST_F(FinderWindowTest, DuplicateFoldersGoAndTheFirstOfEachStays) {
+    for (const char* folder : {"a", "b", "a", "a", "A", "b", "a"}) {
+        finder.List1.addItem(folder);
+    }
+    window.RemoveDuplicateDirs();
+    EXPECT_THAT(lines(finder.List1), ElementsAre("a", "b", "A"));
+}
+
+} // namespace
+} // namespace sonarith

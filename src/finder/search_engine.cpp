@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "finder/search_engine.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+#include <memory>
+
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr const char* allEntries = "*.*";
+
+/// What findfilesdir() lists beside plain files: 54.
+constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
+                                           file_attribute::directory | file_attribute::archive;
+
+/// Without blanks around it, with a backslash at its end.
+std::string folderPath(const std::string& path) {
+    const std::size_t first = path.find_first_not_of(' ');
+    std::string folder = first == std::string::npos
+                             ? std::string()
+                             : path.substr(first, path.find_last_not_of(' ') - first + 1);
+    return folder.ends_with('\\') ? folder : folder + "\\";
+}
+
+/// Seconds with the seven digits that a single-precision number has.
+std::string secondsText(float seconds) {
+    constexpr int digits = 7;
+    std::array<char, 32> text{}; // sign, digits, point and exponent need 13 at most
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), seconds,
+                                   std::chars_format::general, digits);
+    return {text.data(), end.ptr};
+}
+
+} // namespace
+
+void SearchEngine::SearchFiles() {
+    begin();
+    const double startSeconds = loop_.secondsSinceMidnight();
+    const std::string start = finder_.Dir1.path();
+    const std::string startFolder = start.ends_with('\\') ? start : start + "\\";
+    finder_.lstdirs.addItem(startFolder);
+    finder_.List1.addItem(startFolder);
+    // A typed "*.*" thus becomes ".*.*", which no file has.
+    if (!finder_.zFileExt.text().starts_with('.')) {
+        finder_.zFileExt.setText("." + finder_.zFileExt.text());
+    }
+    const std::unique_ptr<DirectoryWalk> walk = directories_.startWalk();
+    do {
+        std::string folder = finder_.lstdirs.list(0);
+        finder_.lbltime.setCaption("Searching . . . " + folder);
+        findfilesapi(*walk, folder, allEntries);
+        finder_.lstdirs.removeItem(0).passOver();
+    } while (finder_.lstdirs.listCount() > 0);
+    finish(startSeconds);
+}
+
+void SearchEngine::begin() {
+    finder_.Label1.setCaption("");
+    finder_.Command1.setEnabled(true);
+    finder_.Drive1.setEnabled(false);
+    finder_.lstfiles.clear();
+    finder_.Text1.setEnabled(false);
+    finder_.zFileExt.setEnabled(false);
+}
+
+void SearchEngine::finish(double startSeconds) {
+    finder_.lstdirs.setVisible(true);
+    finder_.lstfiles.setVisible(true);
+    countFiles(finder_);
+    // Below 0 if midnight has passed.
+    const auto elapsed = static_cast<float>(loop_.secondsSinceMidnight() - startSeconds);
+    finder_.lbltime.setCaption("Time taken: " + secondsText(elapsed) + " second(s)");
+    finder_.Command1.setCaption(searchCaption);
+    showSummary(finder_);
+    reopenControls(finder_);
+    finder_.List1.setVisible(true);
+    finder_.lstfiles.setVisible(true);
+}
+
+void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
+                                const std::string& specification) {
+    path = folderPath(path);
+    FindRecord entry;
+    const FindHandle handle = walk.FindFirst(path + specification, entry);
+    // A folder that cannot be read answers with another value, and ends at the first FindNext.
+    if (handle != 0) {
+        takeFirstEntry(path, entry);
+        std::string ext;
+        for (;;) {
+            loop_.yield();
+            // The window may have been unloaded meanwhile: it comes back with empty lists.
+            finder_.touch();
+            if (!walk.FindNext(handle, entry)) {
+                break;
+            }
+            if ((entry.attributes & file_attribute::directory) != 0) {
+                queueFolder(path, entry.name, Counting::yes);
+            } else {
+                takeFile(path, entry.name, ext);
+            }
+        }
+    }
+    walk.FindClose(handle);
+}
+
+void SearchEngine::queueFolder(const std::string& path, const std::string& name,
+                               Counting counting) {
+    if (name.starts_with('.')) {
+        return;
+    }
+    // Ahead of all that wait: the folder found last is scanned next. After a stop the list is empty
+    // and has no place of that number.
+    const std::string folder = lowerCase(path + name + "\\");
+    finder_.lstdirs.addItem(folder, 1).passOver();
+    finder_.List1.addItem(folder, 1).passOver();
+    if (counting == Counting::yes && finder_.DirCount < std::numeric_limits<std::int16_t>::max()) {
+        ++finder_.DirCount;
+    }
+}
+
+/// The first entry of a folder goes by shorter rules: no folder is counted, no name looked at.
+void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& entry) {
+    if ((entry.attributes & file_attribute::directory) != 0) {
+        queueFolder(path, entry.name, Counting::no);
+        return;
+    }
+    if (entry.name.empty()) {
+        return; // of a folder that cannot be read
+    }
+    const std::string full = path + entry.name;
+    if (const auto dot = full.find('.'); dot != std::string::npos) {
+        finder_.zFileExt2.setText(lowerCase(full.substr(dot)));
+    }
+    if (finder_.zFileExt.text() == finder_.zFileExt2.text()) {
+        finder_.lstfiles.addItem(lowerCase(full));
+    }
+}
+
+void SearchEngine::takeFile(const std::string& path, const std::string& name, std::string& ext) {
+    const std::string full = path + name;
+    // From the first dot of the whole path on, not of the name: a dot in a folder's name or a
+    // second one in the file's makes an extension that nobody asks for. Without any dot the step
+    // fails, and the text of the entry before stands.
+    if (const auto dot = full.find('.'); dot != std::string::npos) {
+        ext = full.substr(dot);
+    }
+    // The name without its extension is what stands before its own first dot; what follows from
+    // there to the end cannot stand in it twice. It, too, stays as it was without a dot.
+    if (const auto dot = name.find('.'); dot != std::string::npos) {
+        finder_.Text2.setText(lowerCase(name.substr(0, dot)));
+    }
+    finder_.zFileExt2.setText(lowerCase(ext));
+    if (isWanted()) {
+        finder_.lstfiles.addItem(lowerCase(full));
+    }
+}
+
+/// Whether the entry in the scratch boxes fits what stands in the boxes now.
+bool SearchEngine::isWanted() const {
+    const std::string& wanted = finder_.zFileExt.text();
+    const bool rightType = wanted == finder_.zFileExt2.text();
+    const std::string& name = finder_.Text1.text();
+    return wanted == allEntries || (rightType && name.empty()) ||
+           (rightType && finder_.Text2.text() == lowerCase(name));
+}
+
+void SearchEngine::findfilesdir(DirectoryWalk& walk, std::string& path,
+                                const std::string& specification) {
+    path = folderPath(path);
+    FindRecord entry;
+    const FindHandle handle = walk.FindFirst(path + specification, entry);
+    for (bool found = handle != 0 && handle != invalidFindHandle; found;
+         found = walk.FindNext(handle, entry)) {
+        if ((entry.attributes & ~listedAttributes) != 0) {
+            continue;
+        }
+        loop_.yield();
+        finder_.touch();
+        if ((entry.attributes & file_attribute::directory) != 0) {
+            queueFolder(path, entry.name, Counting::yes);
+        } else {
+            finder_.lstfiles.addItem(lowerCase(path + entry.name));
+        }
+    }
+    walk.FindClose(handle);
+}
+
+} // namespace sonarith

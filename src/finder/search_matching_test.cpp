@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which entries a search takes for what is wanted.
+#include <gmock/gmock.h>
+
+#include "support/finder_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class SearchMatchingTest : public testing::Test, protected test::FinderWorld {
+  protected:
+    std::vector<std::string> found() { return lines(finder.lstfiles); }
+};
+
+// --- what matches ---------------------------------------------------------------------------
+
+TEST_F(SearchMatchingTest, FindsATypeInAnyCaseAndListsItInLowerCase) {
+    disk.addFile("c:\\Music\\a.wav");
+    disk.addFile("c:\\Music\\B.WAV");
+    disk.addFile("c:\\Music\\c.mp3");
+    disk.addFile("c:\\Music\\d.wave");
+    search("c:\\Music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
+}
+
+TEST_F(SearchMatchingTest, MeasuresTheExtensionFromTheFirstDotOfTheWholePath) {
+    disk.addFile("c:\\music\\my.album\\a.wav");
+    disk.addFile("c:\\music\\a.b.wav");
+    disk.addFile("c:\\music\\c.wav");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\c.wav"));
+    EXPECT_EQ(finder.zFileExt2.text(), ".album\\a.wav");
+}
+
+TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADot) {
+    disk.addFile("c:\\my.music\\a.wav");
+    disk.addFile("c:\\my.music\\x\\b.wav");
+    search("c:\\my.music", ".wav");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_THAT(disk.listed, SizeIs(2));
+}
+
+TEST_F(SearchMatchingTest, PutsADotBeforeATypeThatHasNone) {
+    disk.addFile("c:\\music\\a.mp3");
+    disk.addFile("c:\\music\\b.wav");
+    search("c:\\music", "mp3");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.mp3"));
+    EXPECT_EQ(finder.zFileExt.text(), ".mp3");
+}
+
+TEST_F(SearchMatchingTest, KnowsNoWildcards) {
+    disk.addFile("c:\\music\\a.wav");
+    search("c:\\music", "*.*");
+    EXPECT_EQ(finder.zFileExt.text(), ".*.*");
+    EXPECT_THAT(found(), IsEmpty());
+    finder.Text1.setText("*");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) {
+    disk.addFile("c:\\music\\a.wav");
+    disk.addFile("c:\\music\\b.");
+    search("c:\\music", "");
+    EXPECT_EQ(finder.zFileExt.text(), ".");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\b."));
+}
+
+TEST_F(SearchMatchingTest, AcceptsEverythingWhileTheBoxSaysStarDotStar) {
+    // Only code that writes to the box in the middle of a search can bring this about.
+    disk.addFile("c:\\music\\a.txt");
+    disk.addFile("c:\\music\\b.c.d");
+    loop.atYield(1, [this] { finder.zFileExt.setText("*.*"); });
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.txt", "c:\\music\\b.c.d"));
+}
+
+TEST_F(SearchMatchingTest, ANameInTheBoxMustBeTheWholeNameInAnyCase) {
+    disk.addFile("c:\\music\\track10.wav");
+    disk.addFile("c:\\music\\Track1.WAV");
+    disk.addFile("c:\\music\\track1.mp3");
+    disk.addFile("c:\\music\\atrack1.wav");
+    finder.Text1.setText("TRACK1");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\track1.wav"));
+}
+
+TEST_F(SearchMatchingTest, TheNameEndsBeforeItsFirstDot) {
+    disk.addFile("c:\\music\\a.wav.wav");
+    search("c:\\music", ".wav");
+    EXPECT_EQ(finder.Text2.text(), "a");
+    disk.addFile("c:\\other\\.wav");
+    search("c:\\other", ".wav");
+    EXPECT_EQ(finder.Text2.text(), "");
+    EXPECT_THAT(found(), ElementsAre("c:\\other\\.wav"));
+}
+
+TEST_F(SearchMatchingTest, HiddenAndSystemEntriesCountLikeAnyOther) {
+    disk.addFile("c:\\music\\a.wav", file_attribute::hidden);
+    disk.addFile("c:\\music\\b.wav", file_attribute::system);
+    disk.addFolder("c:\\music\\x", file_attribute::hidden | file_attribute::system);
+    disk.addFile("c:\\music\\x\\c.wav");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(),
+                ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav", "c:\\music\\x\\c.wav"));
+}
+
+TEST_F(SearchMatchingTest, SkipsFoldersWhoseNamesStartWithADot) {
+    disk.addFolder("c:\\music\\.hidden");
+    disk.addFolder("c:\\music\\..odd");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(disk.listed, ElementsAre("c:\\music\\*.*"));
+    EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  0");
+}
+
+TEST_F(SearchMatchingTest, NamesOfAnyBytesPassThrough) {
+    disk.addFile("c:\\music\\\xff\xfe Ä [x]\".WAV");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\\xff\xfe ä [x]\".wav"));
+}
+
+// --- names without a dot --------------------------------------------------------------------
+
+TEST_F(SearchMatchingTest, AFileWithoutAnyDotTakesOnTheExtensionOfTheOneBefore) {
+    disk.addFile("c:\\music\\before");
+    disk.addFile("c:\\music\\a.wav");
+    disk.addFile("c:\\music\\after");
+    disk.addFile("c:\\music\\b.mp3");
+    disk.addFile("c:\\music\\last");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav", "c:\\music\\after"));
+}
+
+TEST_F(SearchMatchingTest, EachFolderBeginsWithoutAnExtensionToTakeOn) {
+    disk.addFile("c:\\music\\a.wav");
+    disk.addFile("c:\\music\\x\\first");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav"));
+}
+
+TEST_F(SearchMatchingTest, AFileWithoutAnyDotKeepsTheNameOfTheOneBefore) {
+    disk.addFile("c:\\music\\track1.wav");
+    disk.addFile("c:\\music\\other");
+    finder.Text1.setText("track1");
+    search("c:\\music", ".wav");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\track1.wav", "c:\\music\\other"));
+}
+
+} // namespace
+} // namespace sonarith
