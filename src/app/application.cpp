@@ -11,9 +11,12 @@ Application::Application(const Platform& platform)
       form1_(platform.loop, process_, windows_),
       fileAdder_(form1_, process_, platform.files, platform.loop),
       workTree_(form1_, process_, platform.scanner, fileAdder_),
-      treeMoves_(form1_, platform.loop, drag_),
+      treeMoves_(form1_, process_, platform.loop, drag_),
       treeSelection_(form1_, process_, platform.loop, drag_, treeMoves_),
-      labelEdit_(form1_),
+      treeDrag_(form1_, drag_, treeMoves_),
+      labelEdit_(form1_, process_, platform.files, drag_),
+      popupMenu_(form1_, process_, platform.files, platform.loop, drag_),
+      openFile_(platform.fileDialog, fileAdder_),
       actionStarter_(form1_, process_, windows_),
       extraction_{platform.loop, platform.media, process_, form1_, captureState_},
       inspection_(extraction_, platform.boxes, platform.random),
@@ -22,6 +25,10 @@ Application::Application(const Platform& platform)
       // Until the preferences are built there is no list to select a format from.
       capture_(extraction_, platform.boxes, platform.random, monitor_, nullptr),
       preview_(extraction_),
+      worker_({platform.loop, platform.files, platform.mp3, platform.pointer, process_, form1_,
+               windows_.Form6}),
+      decoding_(
+          {platform.loop, platform.files, platform.boxes, process_, form1_, windows_, fileAdder_}),
       clip_(platform, form1_),
       mainWindow_(platform, process_, windows_, form1_, inspection_, workTree_) {
     // As designed, until whoever shows the window tells what became of it.
@@ -86,13 +93,24 @@ void Application::wireToolBar() {
 }
 
 void Application::wireMenus() {
-    // mnuOpenfile, mnuFileRemove and mnuRemoveDelete belong to the tree's editing, which is to
-    // come; mnuDevices to the machine that the program runs on.
+    // mnuDevices belongs to the machine that the program runs on.
+    form1_.mnuOpenfile.onClick = [this] {
+        openFile_.mnuOpenfile_Click();
+    };
     form1_.mnuExit.onClick = [this] {
         form1_.Command5.click();
     };
     form1_.mnuStart2.onClick = [this] {
         form1_.mnuStart.click();
+    };
+    form1_.mnupopup.onOpen = [this] {
+        popupMenu_.mnupopup_Open();
+    };
+    form1_.mnuFileRemove.onClick = [this] {
+        popupMenu_.mnuFileRemove_Click();
+    };
+    form1_.mnuRemoveDelete.onClick = [this] {
+        popupMenu_.mnuRemoveDelete_Click();
     };
     form1_.mnuMinimize.onClick = [this] {
         mainWindow_.mnuMinimize_Click();
@@ -158,6 +176,15 @@ void Application::wireTree() {
     tree.onDoubleClick = [this] {
         treeSelection_.TreeView1_DblClick();
     };
+    tree.onMouseMove = [this](MouseButtons down, const NodeRef&) {
+        treeDrag_.TreeView1_MouseMove(down);
+    };
+    tree.onDragOver = [this](const NodeRef& target) {
+        treeDrag_.TreeView1_DragOver(target);
+    };
+    tree.onDragDrop = [this](const NodeRef&) {
+        treeDrag_.TreeView1_DragDrop();
+    };
     tree.onBeforeLabelEdit = [this](bool& cancel) {
         labelEdit_.TreeView1_BeforeLabelEdit(cancel);
     };
@@ -188,7 +215,16 @@ void Application::wireJobs() {
     form1_.Command12.onClick = [this] {
         preview_.Command12_Click();
     };
-    // CmdDecoder and tmrWarning are for the decoding and the disk guard, which are to come.
+    form1_.CmdDecoder.onClick = [this] {
+        decoding_.CmdDecoder_Click();
+    };
+    windows_.Form6.onLoad = [this] {
+        worker_.load();
+    };
+    windows_.Form6.onUnload = [this] {
+        worker_.unload();
+    };
+    // tmrWarning is for the disk guard, which is to come.
 }
 
 } // namespace sonarith

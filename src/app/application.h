@@ -8,6 +8,8 @@
 #include "app/main_window.h"
 #include "app/platform.h"
 #include "app/windows.h"
+#include "conversion/decoding_driver.h"
+#include "conversion/worker_window.h"
 #include "extraction/capture_monitor.h"
 #include "extraction/disc_inspection.h"
 #include "extraction/track_capture.h"
@@ -16,7 +18,10 @@
 #include "worktree/add_file.h"
 #include "worktree/drag_state.h"
 #include "worktree/label_edit.h"
+#include "worktree/open_file.h"
+#include "worktree/popup_menu.h"
 #include "worktree/start_action.h"
+#include "worktree/tree_drag.h"
 #include "worktree/tree_moves.h"
 #include "worktree/tree_selection.h"
 #include "worktree/work_tree.h"
@@ -55,7 +60,10 @@ class Application {
     WorkTree workTree_;
     TreeMoves treeMoves_;
     TreeSelection treeSelection_;
+    TreeDrag treeDrag_;
     LabelEdit labelEdit_;
+    PopupMenu popupMenu_;
+    OpenFile openFile_;
     ActionStarter actionStarter_;
 
     CaptureState captureState_;
@@ -64,6 +72,9 @@ class Application {
     CaptureMonitor monitor_;
     TrackCapture capture_;
     TrackPreview preview_;
+
+    WorkerWindow worker_;
+    DecodingDriver decoding_;
 
     ActivityClip clip_;
     MainWindow mainWindow_;

@@ -3,7 +3,9 @@
 // machine or a test's. It owns nothing and does nothing.
 #pragma once
 
+#include "platform/active_mp3.h"
 #include "platform/event_loop.h"
+#include "platform/file_dialog.h"
 #include "platform/file_system.h"
 #include "platform/media_control.h"
 #include "platform/message_box.h"
@@ -25,6 +27,8 @@ struct Platform {
     Random& random;
     Shell& shell;
     FolderScanner& scanner;
+    ActiveMP3& mp3;
+    FileDialog& fileDialog;
 };
 
 } // namespace sonarith

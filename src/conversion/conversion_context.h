@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the conversion's jobs work with, by reference. It owns nothing and does nothing.
+#pragma once
+
+#include "app/form1.h"
+#include "app/windows.h"
+#include "platform/active_mp3.h"
+#include "platform/event_loop.h"
+#include "platform/file_system.h"
+#include "platform/mouse_pointer.h"
+#include "settings/process_state.h"
+
+namespace sonarith {
+
+struct ConversionContext {
+    EventLoop& loop;
+    FileSystem& files;
+    /// One long-lived control, held by one worker after the other.
+    ActiveMP3& ActiveMP31;
+    MousePointer& pointer;
+    ProcessState& process;
+    Form1& form;
+    Form& Form6;
+};
+
+} // namespace sonarith

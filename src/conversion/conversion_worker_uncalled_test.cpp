@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The worker's procedures that nothing calls; the road that is used is in
+// conversion_worker_test.cpp.
+#include "conversion/conversion_worker.h"
+
+#include "support/conversion_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string source = "c:\\mp3\\Song.mp3";
+const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
+const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
+
+/// A loaded worker whose own job was stopped.
+struct StartDecodingTest : test::ConversionWorld {
+    Form& window = windows.Form6;
+
+    StartDecodingTest() {
+        mp3File(source);
+        process.currentFile = source;
+        window.load();
+        mp3.Stop().passOver();
+        mp3.log.clear();
+        process.currentWavFile = source;
+        worker().Timer1.setEnabled(false);
+        worker().Timer2.setEnabled(false);
+    }
+    ConversionWorker& worker() { return *workers.worker(); }
+};
+
+TEST_F(StartDecodingTest, DecodesBesideTheFileAndWaitsForTheEnd) {
+    mp3.duration = 1200ms;
+    const auto start = loop.now();
+    worker().StartDecoding();
+    // Asked after each event, of which the end of the decoding is one here.
+    EXPECT_EQ(loop.now() - start, 1200ms);
+    EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
+    EXPECT_EQ(mp3.log[0], setSource);
+    EXPECT_EQ(mp3.log[1], "DecodeToWav c:\\mp3\\Song.wav");
+    EXPECT_FALSE(window.loaded());
+    EXPECT_FALSE(process.workerBusy);
+    EXPECT_EQ(loop.wakeupCount(), 0U);
+}
+
+TEST_F(StartDecodingTest, WithAStopRequestedStopsAndUnloads) {
+    process.stopRequested = true;
+    worker().StartDecoding();
+    EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));
+    EXPECT_FALSE(window.loaded());
+}
+
+TEST_F(StartDecodingTest, AShortFileDoesNothing) {
+    mp3File(source, 99);
+    worker().StartDecoding();
+    EXPECT_THAT(mp3.log, IsEmpty());
+    EXPECT_TRUE(window.loaded());
+}
+
+TEST_F(StartDecodingTest, AnIdleControlUnloadsAtOnceAndYieldsOnce) {
+    mp3.failDecode = Error{ErrorNumber::pathFileAccess, ""};
+    const int yields = loop.yieldCount();
+    worker().StartDecoding();
+    EXPECT_EQ(loop.yieldCount() - yields, 1);
+    EXPECT_FALSE(window.loaded());
+}
+
+TEST_F(StartDecodingTest, AnUnloadFromOutsideEndsTheWait) {
+    mp3.duration = 10h;
+    loop.after(700ms, [this] { window.unload(); });
+    const auto start = loop.now();
+    worker().StartDecoding();
+    EXPECT_EQ(loop.now() - start, 700ms);
+}
+
+TEST_F(StartDecodingTest, TheNextWorkersJobDoesNotKeepTheWaitUp) {
+    mp3.duration = 10h;
+    loop.after(700ms, [this] {
+        window.unload();
+        window.load();
+    });
+    const auto start = loop.now();
+    worker().StartDecoding();
+    EXPECT_EQ(loop.now() - start, 700ms);
+    EXPECT_TRUE(window.loaded());
+    EXPECT_TRUE(mp3.Busy());
+}
+
+TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {
+    mp3.duration = 10h;
+    loop.after(700ms, [this] { loop.endProgram(); });
+    EXPECT_THROW(worker().StartDecoding(), test::ProgramEnded);
+    EXPECT_EQ(loop.yieldsAfterEnd(), 0);
+}
+
+TEST_F(StartDecodingTest, CheckedFilesStartsEachMarkedLine) {
+    fill(form.List4, {"a", "b", "c"});
+    form.List4.setSelected(0, true).passOver();
+    form.List4.setSelected(2, true).passOver();
+    form.lblStatus.setCaption("x");
+    std::vector<int> lines;
+    mp3.onCall = [&](const std::string& call) {
+        if (call == decodeToWav) {
+            lines.push_back(form.List4.listIndex());
+        }
+    };
+    worker().DecodeCheckedFiles();
+    EXPECT_THAT(lines, ElementsAre(0, 2));
+    EXPECT_EQ(form.lblStatus.caption(), "");
+    EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::normal));
+    EXPECT_FALSE(window.loaded());
+}
+
+TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
+    fill(form.List4, {"a", "b"});
+    form.List4.setSelected(0, true).passOver();
+    form.List4.setSelected(1, true).passOver();
+    mp3.onCall = [&](const std::string&) {
+        process.stopRequested = true;
+    };
+    worker().DecodeCheckedFiles();
+    EXPECT_EQ(form.List4.listIndex(), 0);
+    // Set again by the log of the unload's stop; cleared in between.
+    EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
+    EXPECT_FALSE(window.loaded());
+}
+
+TEST_F(StartDecodingTest, CheckedFilesClearsARequestThatStoodBefore) {
+    fill(form.List4, {"a"});
+    form.List4.setSelected(0, true).passOver();
+    process.stopRequested = true;
+    worker().DecodeCheckedFiles();
+    EXPECT_FALSE(process.stopRequested);
+    EXPECT_THAT(mp3.log, ElementsAre("Stop"));
+}
+
+} // namespace
+} // namespace sonarith

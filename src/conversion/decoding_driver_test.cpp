@@ -1,0 +1,346 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "conversion/decoding_driver.h"
+
+#include "support/conversion_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::ShownBox;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct DriverTest : test::ConversionWorld {
+    /// The displays at each start of the control, the second start of each file left out.
+    std::vector<std::string> shown;
+
+    DriverTest() {
+        mp3File("c:\\mp3\\A.mp3");
+        mp3File("c:\\mp3\\b.mp3");
+        mp3.onCall = [this](const std::string& call) {
+            if (call.starts_with("DecodeToWav") && workers.worker()->Timer1.enabled()) {
+                shown.push_back(form.caption() + " | " + form.Label3.caption() + " | " +
+                                form.Label2.caption());
+            }
+        };
+    }
+    void expectFinished() const {
+        EXPECT_TRUE(process.stopRequested);
+        EXPECT_TRUE(form.Timer1.enabled());
+        EXPECT_FALSE(form.Command2.visible());
+        EXPECT_FALSE(process.workerBusy);
+        EXPECT_FALSE(windows.Form6.loaded());
+    }
+};
+
+// --- road A: all files
+// -----------------------------------------------------------------------------
+
+TEST_F(DriverTest, AllFilesAreDecodedOneAfterTheOther) {
+    fill(form.List2, {"c:\\mp3\\A.mp3", "c:\\mp3\\b.mp3"});
+    decode("MP3 Files");
+    EXPECT_THAT(shown, ElementsAre("Decoding a.mp3 | Decoding #1 of 2 files | c:\\music\\a.wav",
+                                   "Decoding b.mp3 | Decoding #2 of 2 files | c:\\music\\b.wav"));
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\b.wav", "c:\\music\\a.wav"));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
+    EXPECT_EQ(process.currentWavFile, "c:\\music\\b.wav");
+    EXPECT_EQ(process.currentFile, "c:\\mp3\\b.mp3");
+    EXPECT_EQ(process.fileIndex, 2);
+    EXPECT_EQ(form.lblStatus.caption(), "");
+    expectFinished();
+}
+
+TEST_F(DriverTest, AllFilesInAnEmptyListShowAMessageAndNothingElse) {
+    form.Timer1.setEnabled(false);
+    decode("MP3 Files");
+    EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"No files in list.", BoxIcon::information}));
+    EXPECT_FALSE(process.stopRequested);
+    EXPECT_FALSE(form.Timer1.enabled());
+    EXPECT_TRUE(form.mnuFile.enabled());
+}
+
+TEST_F(DriverTest, AllFilesYieldOnceBeforeEachFileAndSelectedFilesDoNot) {
+    fill(form.List2, {"c:\\mp3\\b.mp3"});
+    fill(form.List4, {"c:\\mp3\\b.mp3"});
+    for (const auto& [group, yields] :
+         {std::pair("MP3 Files", 1), std::pair("Selected MP3 Files", 0)}) {
+        process.stopRequested = false;
+        int before = -1;
+        const int start = loop.yieldCount();
+        mp3.onCall = [&](const std::string&) {
+            before = before < 0 ? loop.yieldCount() - start : before;
+        };
+        decode(group);
+        EXPECT_EQ(before, yields) << group;
+    }
+}
+
+TEST_F(DriverTest, TheCommandsAreClosedAndCancelIsSeenWhileAFileIsDecoded) {
+    fill(form.List2, {"c:\\mp3\\b.mp3"});
+    windows.frmsearch.load();
+    bool seen = false;
+    mp3.onCall = [&](const std::string& call) {
+        if (!seen && call.starts_with("SourceFile")) {
+            seen = true;
+            EXPECT_TRUE(form.Command2.visible());
+            EXPECT_FALSE(form.mnuFile.enabled());
+            EXPECT_FALSE(windows.frmsearch.loaded());
+            EXPECT_TRUE(process.workerBusy);
+        }
+    };
+    decode("MP3 Files");
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(form.Command2.visible());
+    // The commands are opened by whoever began the action.
+    EXPECT_FALSE(form.mnuFile.enabled());
+}
+
+TEST_F(DriverTest, TheCountIsTakenOnceAndTheDisplayedOneIsNot) {
+    fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
+    loop.after(700ms, [this] { form.List2.addItem("c:\\mp3\\c.mp3"); });
+    decode("MP3 Files");
+    ASSERT_EQ(shown.size(), 2U);
+    EXPECT_EQ(shown[1], "Decoding a.mp3 | Decoding #2 of 3 files | c:\\music\\a.wav");
+}
+
+TEST_F(DriverTest, AWorkerLeftFromEarlierIsUnloadedFirst) {
+    process.currentFile = "c:\\mp3\\A.mp3";
+    mp3.duration = 10s;
+    windows.Form6.load();
+    mp3.duration = 1s;
+    mp3.log.clear();
+    fill(form.List2, {"c:\\mp3\\b.mp3"});
+    decode("MP3 Files");
+    EXPECT_EQ(mp3.log.front(), "Stop");
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\b.wav"));
+    expectFinished();
+}
+
+TEST_F(DriverTest, FilesOfOneNameShareOneWav) {
+    mp3File("d:\\other\\b.mp3");
+    fill(form.List2, {"c:\\mp3\\b.mp3", "d:\\other\\b.mp3"});
+    decode("MP3 Files");
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\b.wav", "c:\\music\\b.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\b.wav"));
+}
+
+// --- road B: the selected files
+// --------------------------------------------------------------------
+
+TEST_F(DriverTest, TheSelectedFilesAreDecodedUnderTheirNamesAsTheyStand) {
+    fill(form.List4, {"c:\\mp3\\A.mp3", "c:\\mp3\\b.mp3"});
+    decode("Selected MP3 Files");
+    EXPECT_THAT(shown, ElementsAre("Decoding A.mp3 | Decoding #1 of 2 files | c:\\music\\A.wav",
+                                   "Decoding b.mp3 | Decoding #2 of 2 files | c:\\music\\b.wav"));
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\A.wav", "c:\\music\\b.wav"));
+    EXPECT_EQ(form.lblStatus.caption(), "4000 bytes");
+    expectFinished();
+}
+
+TEST_F(DriverTest, NoSelectedFilesShowAMessageAndNothingElse) {
+    decode("Selected MP3 Files");
+    EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"No files selected", BoxIcon::information}));
+    EXPECT_FALSE(process.stopRequested);
+    EXPECT_FALSE(form.Timer1.enabled());
+}
+
+TEST_F(DriverTest, SelectedFilesStoppedBeforeTheFirstShowTheLengthOfAnEarlierFile) {
+    fill(form.List4, {"c:\\mp3\\b.mp3"});
+    process.stopRequested = true;
+    form.lblStatus.setCaption("as before");
+    decode("Selected MP3 Files");
+    EXPECT_EQ(form.lblStatus.caption(), "as before");
+    disk.addFile("c:\\music\\earlier.wav", std::string(123, 'w'));
+    process.currentWavFile = "c:\\music\\earlier.wav";
+    decode("Selected MP3 Files");
+    EXPECT_EQ(form.lblStatus.caption(), "123 bytes");
+    EXPECT_THAT(mp3.log, IsEmpty());
+    EXPECT_TRUE(form.Timer1.enabled());
+}
+
+// --- road C: one file
+// ------------------------------------------------------------------------------
+
+TEST_F(DriverTest, OneFileIsFoundByItsBareName) {
+    process.settings.showFullPath = 0;
+    fill(form.List2, {"c:\\mp3\\A.mp3", "c:\\mp3\\B.mp3"});
+    decode("b.mp3");
+    EXPECT_THAT(shown, ElementsAre("Decoding b.mp3 | Decoding  b.mp3 | c:\\music\\b.wav"));
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\b.wav"));
+    expectFinished();
+}
+
+TEST_F(DriverTest, OneFileIsFoundByItsWholePathInEitherList) {
+    fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\b.mp3"});
+    decode("c:\\mp3\\b.mp3");
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
+    EXPECT_EQ(shown.front(), "Decoding b.mp3 | Decoding  c:\\mp3\\b.mp3 | c:\\music\\b.wav");
+    fill(form.List4, {"c:\\mp3\\x.mp3", "c:\\mp3\\b.mp3"});
+    fill(form.List2, {"c:\\mp3\\y.mp3"});
+    mp3.log.clear();
+    process.stopRequested = false;
+    decode("c:\\mp3\\b.mp3");
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
+}
+
+TEST_F(DriverTest, AFileOfTheSelectedListBehindABareNameTakesTheOtherListsLineOfThatNumber) {
+    fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
+    fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
+    decode("b.mp3");
+    EXPECT_EQ(process.fileIndex, 1);
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
+    // The control writes under the source's name; the display and the tree go by the node's text.
+    EXPECT_EQ(shown.front(), "Decoding a.mp3 | Decoding  b.mp3 | c:\\music\\b.wav");
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+}
+
+TEST_F(DriverTest, AFileOfTheSelectedListWithoutSuchALineTakesNothingAndWaits) {
+    fill(form.List4, {"c:\\mp3\\b.mp3"});
+    loop.after(1h, [this] {
+        EXPECT_EQ(process.currentFile, "");
+        EXPECT_TRUE(process.workerBusy);
+        loop.endProgram();
+    });
+    EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
+}
+
+TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndTakesTheLineBehindTheSearch) {
+    // The search of an empty second list leaves off at 0: the first line, whatever it is.
+    fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
+    decode("A.mp3");
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
+    // And that of a second list of one line at 1.
+    fill(form.List4, {"c:\\mp3\\z.mp3"});
+    process.stopRequested = false;
+    mp3.log.clear();
+    decode("A.mp3");
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
+}
+
+TEST_F(DriverTest, TheFirstLineOfTheNameCounts) {
+    mp3File("d:\\b.mp3");
+    fill(form.List2, {"d:\\b.mp3", "c:\\mp3\\b.mp3"});
+    decode("b.mp3");
+    EXPECT_EQ(mp3.log.front(), "SourceFile d:\\b.mp3");
+}
+
+TEST_F(DriverTest, AnythingElseRequestsAStopAndSaysNothing) {
+    for (const char* text : {"c:\\music\\a.wav", "WAV Files", "a.MP3", "CD Tracks"}) {
+        process.stopRequested = false;
+        form.Timer1.setEnabled(false);
+        decode(text);
+        EXPECT_TRUE(process.stopRequested) << text;
+        EXPECT_FALSE(form.Timer1.enabled()) << text;
+    }
+    view.clear();
+    process.stopRequested = false;
+    form.CmdDecoder.click();
+    EXPECT_TRUE(process.stopRequested);
+    EXPECT_THAT(mp3.log, IsEmpty());
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(DriverTest, OneFileWithAStopRequestedIsNotDecoded) {
+    fill(form.List2, {"c:\\mp3\\b.mp3"});
+    process.stopRequested = true;
+    decode("b.mp3");
+    EXPECT_THAT(mp3.log, ElementsAre("Stop"));
+    expectFinished();
+}
+
+// --- files that cannot be decoded
+// --------------------------------------------------------------------
+
+TEST_F(DriverTest, AFileThatIsGoneWaitsForTheEndOfTheProgramWithCancelHidden) {
+    fill(form.List2, {"c:\\mp3\\gone.mp3"});
+    loop.after(1h, [this] {
+        EXPECT_TRUE(process.workerBusy);
+        EXPECT_FALSE(form.Command2.visible());
+        EXPECT_FALSE(windows.Form6.loaded());
+        // There is no worker to unload.
+        process.stopRequested = true;
+        windows.Form6.unload();
+    });
+    loop.after(2h, [this] { loop.endProgram(); });
+    const auto start = loop.now();
+    EXPECT_THROW(decode("MP3 Files"), test::ProgramEnded);
+    EXPECT_EQ(loop.now() - start, 2h);
+    EXPECT_EQ(loop.yieldsAfterEnd(), 0);
+}
+
+TEST_F(DriverTest, AShortFileWaitsUntilTheWorkerIsUnloadedFromOutside) {
+    mp3File("c:\\mp3\\short.mp3", 99);
+    fill(form.List2, {"c:\\mp3\\short.mp3", "c:\\mp3\\b.mp3"});
+    loop.after(1h, [this] {
+        EXPECT_TRUE(process.workerBusy);
+        windows.Form6.unload();
+    });
+    const auto start = loop.now();
+    decode("MP3 Files");
+    EXPECT_GT(loop.now() - start, 1h);
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\b.wav"));
+    expectFinished();
+}
+
+TEST_F(DriverTest, AListThatIsEmptiedMeanwhileEndsInTheWaitForAFileThatIsNotThere) {
+    fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
+    loop.after(700ms, [this] { form.List2.clear(); });
+    loop.after(1h, [this] { loop.endProgram(); });
+    EXPECT_THROW(decode("MP3 Files"), test::ProgramEnded);
+    EXPECT_EQ(process.currentFile, "");
+    // A name without a base leaves the texts of the file before.
+    EXPECT_EQ(form.caption(), "Decoding b.mp3");
+    EXPECT_EQ(form.Label2.caption(), "c:\\music\\b.wav");
+    EXPECT_EQ(form.Label3.caption(), "Decoding #2 of 0 files");
+}
+
+TEST_F(DriverTest, AResultBelowAHundredBytesIsNotShown) {
+    mp3.wholeBytes = 99;
+    fill(form.List2, {"c:\\mp3\\b.mp3"});
+    decode("MP3 Files");
+    EXPECT_THAT(lines(form.List1), IsEmpty());
+    EXPECT_EQ(process.currentWavFile, "c:\\music\\b.wav");
+}
+
+// --- StartDecoding
+// -----------------------------------------------------------------------------------
+
+TEST_F(DriverTest, StartDecodingLoadsTheWorkerForAFileThatExists) {
+    process.currentFile = "c:\\mp3\\b.mp3";
+    driver.StartDecoding("c:\\mp3\\A.mp3");
+    EXPECT_TRUE(form.Command2.visible());
+    EXPECT_TRUE(process.workerBusy);
+    EXPECT_TRUE(windows.Form6.loaded());
+    EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
+}
+
+TEST_F(DriverTest, StartDecodingDoesNothingForAFileThatDoesNot) {
+    driver.StartDecoding("c:\\mp3\\gone.mp3");
+    EXPECT_FALSE(form.Command2.visible());
+    EXPECT_FALSE(process.workerBusy);
+    EXPECT_FALSE(windows.Form6.loaded());
+}
+
+// --- a second action inside the first
+// ------------------------------------------------------------------
+
+TEST_F(DriverTest, ASecondStartInsideTheFirstTakesOverAndEndsBoth) {
+    fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
+    fill(form.List4, {"c:\\mp3\\A.mp3"});
+    mp3.duration = 5s;
+    loop.after(1200ms, [this] {
+        process.stopRequested = false;
+        decode("Selected MP3 Files");
+    });
+    decode("MP3 Files");
+    EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\A.wav"));
+    EXPECT_EQ(disk.content("c:\\music\\b.wav")->size(), mp3.partialBytes);
+    expectFinished();
+}
+
+} // namespace
+} // namespace sonarith
