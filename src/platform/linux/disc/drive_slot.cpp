@@ -2,6 +2,7 @@
 #include "platform/linux/disc/drive_slot.h"
 
 #include <filesystem>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -32,9 +33,44 @@ DriveMakers realDriveMakers() {
             }};
 }
 
+/// What there is to say of the last load, also after its disc has gone.
 struct DriveSlot::Words {
+    class SpokenDisc;
+
     std::string problem;
-    std::weak_ptr<Disc> disc; ///< its remark may grow while it is read
+    std::mutex mutex; ///< of what stands below: a player may let go of its disc on any thread
+    const SpokenDisc* disc = nullptr; ///< its remark may grow while it is read
+    std::string lastRemark;           ///< of that disc, once it has gone
+};
+
+/// Passes all on to the disc it stands before, and leaves its remark behind when it goes.
+class DriveSlot::Words::SpokenDisc : public Disc {
+  public:
+    SpokenDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Words> words)
+        : disc_(std::move(disc)), words_(std::move(words)) {
+        const std::lock_guard lock(words_->mutex);
+        words_->disc = this;
+        words_->lastRemark.clear();
+    }
+    ~SpokenDisc() override {
+        const std::lock_guard lock(words_->mutex);
+        if (words_->disc == this) {
+            words_->lastRemark = disc_->remark();
+            words_->disc = nullptr;
+        }
+    }
+    SpokenDisc(const SpokenDisc&) = delete;
+    SpokenDisc& operator=(const SpokenDisc&) = delete;
+
+    [[nodiscard]] const Table& table() const override { return disc_->table(); }
+    [[nodiscard]] std::string remark() const override { return disc_->remark(); }
+    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override {
+        return disc_->read(first, out);
+    }
+
+  private:
+    const std::shared_ptr<Disc> disc_;
+    const std::shared_ptr<Words> words_;
 };
 
 /// Passes all on to the drive it stands before, and notes what a load had to say.
@@ -46,7 +82,9 @@ class DriveSlot::ReportingDrive : public Drive {
     Loaded load() override {
         Loaded loaded = drive_->load();
         words_->problem = loaded.problem;
-        words_->disc = loaded.disc;
+        if (loaded.disc) {
+            loaded.disc = std::make_shared<Words::SpokenDisc>(std::move(loaded.disc), words_);
+        }
         return loaded;
     }
     bool mediaPresent() override { return drive_->mediaPresent(); }
@@ -92,8 +130,8 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
 std::string DriveSlot::report() const {
     if (!words_->problem.empty())
         return words_->problem;
-    const std::shared_ptr<Disc> disc = words_->disc.lock();
-    return disc ? disc->remark() : std::string();
+    const std::lock_guard lock(words_->mutex);
+    return words_->disc ? words_->disc->remark() : words_->lastRemark;
 }
 
 } // namespace sonarith::disc

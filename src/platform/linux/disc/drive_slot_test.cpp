@@ -103,10 +103,31 @@ TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     state->loaded.disc = disc;
-    EXPECT_EQ(slot.openDrive()->load().disc, disc);
+    const Loaded loaded = slot.openDrive()->load();
     EXPECT_EQ(slot.report(), "");
     disc->words = "2 sectors could not be read";
     EXPECT_EQ(slot.report(), "2 sectors could not be read");
+}
+
+TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
+    configured = "/a.cue";
+    const auto disc = std::make_shared<RemarkingDisc>();
+    disc->words = "disc.bin is shorter than its table";
+    state->loaded.disc = disc;
+    static_cast<void>(slot.openDrive()->load());
+    EXPECT_EQ(slot.report(), "disc.bin is shorter than its table");
+}
+
+TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
+    configured = "/a.cue";
+    const auto torn = std::make_shared<RemarkingDisc>();
+    torn->words = "torn";
+    state->loaded.disc = torn;
+    Loaded former = slot.openDrive()->load();
+    state->loaded.disc = std::make_shared<RemarkingDisc>();
+    const Loaded present = slot.openDrive()->load();
+    former.disc.reset();
+    EXPECT_EQ(slot.report(), "");
 }
 
 TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {

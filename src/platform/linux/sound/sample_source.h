@@ -30,7 +30,8 @@ struct Pulled {
     Supply supply = Supply::flowing;
 };
 
-/// Feeds one line of the sound card. `pull` is called on the engine's thread and never blocks.
+/// Feeds one line of the sound card. `pull` is called under the card's lock, on whichever thread is
+/// moving the card on; it never blocks and never calls the card.
 class SampleSource {
   public:
     virtual ~SampleSource() = default;

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/byte_source.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+namespace fs = std::filesystem;
+using fixture::Data;
+using fixture::junk;
+using fixture::writeFile;
+
+class FileSourceTest : public testing::Test {
+  protected:
+    ErrorNumber failureOf(const fs::path& path) {
+        const auto opened = FileSource::open(path, stop);
+        EXPECT_FALSE(opened.ok());
+        return opened.ok() ? ErrorNumber{} : opened.error().number;
+    }
+    fakes::TempFolder folder;
+    std::atomic<bool> stop = false;
+};
+
+TEST_F(FileSourceTest, ReadsAtAnyPlace) {
+    const Data data = junk(5000);
+    writeFile(folder / "a", data);
+    const auto source = FileSource::open(folder / "a", stop);
+    ASSERT_TRUE(source.ok());
+    EXPECT_EQ(source.value()->size(), 5000);
+    Data got(100);
+    EXPECT_TRUE(source.value()->readAt(4900, got).ok());
+    EXPECT_EQ(got, fixture::part(data, 4900, 5000));
+}
+
+TEST_F(FileSourceTest, RefusesFoldersPipesAndWhatIsNotThere) {
+    EXPECT_EQ(failureOf(folder.path()), ErrorNumber::pathFileAccess);
+    EXPECT_EQ(failureOf(folder / "none"), ErrorNumber::pathNotFound);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(failureOf(folder / "pipe"), ErrorNumber::pathFileAccess);
+    EXPECT_EQ(failureOf(std::string("a\0b", 3)), ErrorNumber::badFileName);
+}
+
+TEST_F(FileSourceTest, FailsWhereTheFileHasBecomeShorter) {
+    writeFile(folder / "a", junk(5000));
+    const auto source = FileSource::open(folder / "a", stop);
+    fs::resize_file(folder / "a", 1000);
+    Data got(100);
+    EXPECT_TRUE(source.value()->readAt(900, got).ok());
+    EXPECT_FALSE(source.value()->readAt(950, got).ok());
+}
+
+TEST_F(FileSourceTest, FailsOnceItIsStopped) {
+    writeFile(folder / "a", junk(5000));
+    const auto source = FileSource::open(folder / "a", stop);
+    stop = true;
+    Data got(100);
+    EXPECT_FALSE(source.value()->readAt(0, got).ok());
+}
+
+TEST_F(FileSourceTest, TellsAChangedFileFromAnUnchangedOne) {
+    writeFile(folder / "a", junk(50));
+    const auto before = FileIdentity::of(folder / "a");
+    ASSERT_TRUE(before);
+    EXPECT_EQ(FileIdentity::of(folder / "a"), before);
+    writeFile(folder / "a", junk(51));
+    EXPECT_NE(FileIdentity::of(folder / "a"), before);
+    EXPECT_FALSE(FileIdentity::of(folder / "none"));
+}
+
+TEST(SourceWindowTest, ShowsAllBytesWhateverTheOrder) {
+    const Data data = junk(300'000);
+    const MemorySource source(data);
+    SourceWindow window(source);
+    for (const std::int64_t offset : {0, 1, 40'000, 100'000, 99'000, 299'999, 0, 288'476}) {
+        const Bytes bytes = window.at(offset);
+        const std::size_t left = data.size() - static_cast<std::size_t>(offset);
+        ASSERT_GE(bytes.size(), std::min(left, SourceWindow::lookAhead)) << offset;
+        EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), data.begin() + offset)) << offset;
+    }
+    EXPECT_TRUE(window.at(300'000).empty());
+    EXPECT_TRUE(window.at(400'000).empty());
+    EXPECT_FALSE(window.failure());
+}
+
+TEST_F(FileSourceTest, AFailureIsKeptByTheWindow) {
+    writeFile(folder / "a", junk(200'000));
+    const auto source = FileSource::open(folder / "a", stop);
+    SourceWindow window(*source.value());
+    EXPECT_FALSE(window.at(0).empty());
+    fs::resize_file(folder / "a", 100'000);
+    EXPECT_TRUE(window.at(120'000).empty());
+    EXPECT_TRUE(window.failure());
+}
+
+} // namespace
+} // namespace sonarith::mp3

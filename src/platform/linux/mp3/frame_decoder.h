@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Decodes whole frames, one after the other, through libmpg123. It is given exactly the frames:
+// finding them, and trimming the result, is for others.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <mpg123.h>
+
+#include "platform/linux/mp3/bit_reservoir.h"
+#include "platform/linux/mp3/frame_scanner.h"
+#include "platform/result.h"
+
+namespace sonarith::mp3 {
+
+struct CloseDecoder {
+    void operator()(mpg123_handle* handle) const { mpg123_delete(handle); }
+};
+using DecoderHandle = std::unique_ptr<mpg123_handle, CloseDecoder>;
+
+enum class SampleType { sixteenBit, floatingPoint };
+
+/// A handle that gives samples of `type` at the stream's own rate and channels. All handles of the
+/// program use the same of the library's decoders: they differ in the last bit.
+[[nodiscard]] Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags,
+                                                      long removedFlags);
+
+template <typename Sample>
+class FrameDecoder {
+  public:
+    [[nodiscard]] static Result<FrameDecoder> create();
+
+    /// What the frame sounds like after the ones before it: always samplesPerFrame() times channels
+    /// interleaved samples, zeros for what cannot be decoded. They stay until the next call.
+    [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
+    /// The last frame was silenced, since what it builds on is missing.
+    [[nodiscard]] bool silencedLast() const { return silencedLast_; }
+    /// Frames that were silenced since what they build on is missing.
+    [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
+
+  private:
+    explicit FrameDecoder(DecoderHandle handle) : handle_(std::move(handle)) {}
+
+    DecoderHandle handle_;
+    BitReservoir reservoir_;
+    std::vector<std::uint8_t> frame_;
+    std::vector<Sample> samples_;
+    bool silencedLast_ = false;
+    std::int64_t silenced_ = 0;
+};
+
+extern template class FrameDecoder<std::int16_t>;
+extern template class FrameDecoder<float>;
+
+} // namespace sonarith::mp3

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The frames of a stream that are decoded, numbered from 0: those that the scanner finds, less the
+// information frame before them, whose word on the trimming it keeps. It decodes nothing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/linux/mp3/frame_scanner.h"
+#include "platform/linux/mp3/info_tag.h"
+
+namespace sonarith::mp3 {
+
+struct NumberedFrame : Frame {
+    std::int64_t number = 0;
+};
+
+class FrameSequence {
+  public:
+    /// From the beginning; looks for the first frame at once. `source` must outlive it.
+    explicit FrameSequence(const ByteSource& source);
+    /// Goes on at frame `number`, which another sequence found at `offset`.
+    FrameSequence(const ByteSource& source, const StreamFormat& format, std::int64_t number,
+                  std::int64_t offset)
+        : scanner_(source, format, offset), format_(format), number_(number) {}
+
+    /// Of the stream; empty if there is no frame at all.
+    [[nodiscard]] const std::optional<StreamFormat>& format() const { return format_; }
+    [[nodiscard]] const GaplessTrim& trim() const { return trim_; }
+    [[nodiscard]] std::optional<NumberedFrame> next();
+    [[nodiscard]] Bytes bytesOf(const Frame& frame) { return scanner_.bytesOf(frame); }
+    /// The number of the frame that `next` would give.
+    [[nodiscard]] std::int64_t number() const { return number_; }
+    [[nodiscard]] const FrameScanner& scanner() const { return scanner_; }
+
+  private:
+    FrameScanner scanner_;
+    std::optional<StreamFormat> format_;
+    GaplessTrim trim_;
+    std::optional<Frame> first_; ///< found by the constructor, not given out yet
+    std::int64_t number_ = 0;
+};
+
+} // namespace sonarith::mp3

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/free_format.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+using fixture::Data;
+using fixture::operator+;
+
+Data freeFrame(std::size_t bytes) {
+    return Data{0xFF, 0xFB, 0x00, 0x64} + Data(bytes - 4, 0);
+}
+
+TEST(FreeFormatTest, IsARowOfHeadersAtEqualDistances) {
+    EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1306) + freeFrame(1306)));
+    EXPECT_TRUE(isFreeFormat(freeFrame(1306) + freeFrame(1307) + freeFrame(1306))) << "padding";
+    EXPECT_TRUE(isFreeFormat(freeFrame(1307) + freeFrame(1306) + freeFrame(1306))) << "padding";
+}
+
+TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {
+    const Data info = Data{0xFF, 0xFB, 0x90, 0x64} + Data(413, 0);
+    EXPECT_TRUE(isFreeFormat(info + freeFrame(800) + freeFrame(800) + freeFrame(800)));
+    EXPECT_FALSE(isFreeFormat(info + info + info));
+}
+
+TEST(FreeFormatTest, IsNotSeenInHeadersAtOtherDistances) {
+    EXPECT_FALSE(isFreeFormat({}));
+    EXPECT_FALSE(isFreeFormat(freeFrame(500)));
+    EXPECT_FALSE(isFreeFormat(freeFrame(500) + freeFrame(700) + freeFrame(900)));
+    EXPECT_FALSE(isFreeFormat(Data(50'000, 0)));
+}
+
+} // namespace
+} // namespace sonarith::mp3

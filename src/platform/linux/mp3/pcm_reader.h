@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A stream read from front to back as sound: what every road that decodes an MP3 gives, and what
+// the player and the sequential road take. Interface, and the choice of the road.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "platform/linux/mp3/byte_source.h"
+#include "platform/linux/mp3/frame_scanner.h"
+
+namespace sonarith::mp3 {
+
+struct PcmFormat {
+    int rate = 44100;
+    int channels = 2;
+    friend bool operator==(const PcmFormat&, const PcmFormat&) = default;
+};
+
+/// What was decoded and what was lost on the way.
+struct DecodeCount {
+    std::int64_t framesDecoded = 0;
+    std::int64_t framesSilenced = 0; ///< of those: what they build on is missing
+    ScanLoss loss;
+    friend bool operator==(const DecodeCount&, const DecodeCount&) = default;
+};
+
+class PcmReader {
+  public:
+    virtual ~PcmReader() = default;
+    [[nodiscard]] virtual PcmFormat format() const = 0;
+    /// The next samples, interleaved; none at the end and after a failure. They stay until the next
+    /// call.
+    [[nodiscard]] virtual std::span<const std::int16_t> next() = 0;
+    /// Why the reading ended before the end of the source, if it did.
+    [[nodiscard]] virtual std::optional<Error> failure() const = 0;
+    [[nodiscard]] virtual DecodeCount count() const = 0;
+    /// All before this place in the source has been looked at.
+    [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
+};
+
+/// A reader of `source`, which must outlive it; null if there is no frame in it.
+[[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source);
+
+} // namespace sonarith::mp3

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/preroll_history.h"
+
+namespace sonarith::mp3 {
+
+namespace {
+
+/// The library's synthesis window turns by 4 (MPEG-1) or 2 (MPEG-2) of its 16 places with each
+/// frame, and its rounding differs from place to place: after 8 frames it is where it began.
+constexpr std::int64_t windowTurn = 8;
+/// At least so many frames early. One would do for the overlap of neighbouring frames, which is all
+/// that lasts; the rest was measured to be safe, and costs little.
+constexpr std::int64_t leastFrames = 24;
+/// So many of these before the boundary must find all they build on.
+constexpr std::int64_t soundFrames = 8;
+/// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) bring one byte of
+/// main data, and a frame may reach back over 255: so many frames are enough for any stream.
+constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
+
+} // namespace
+
+void PrerollHistory::add(const NumberedFrame& frame) {
+    entries_.push_back({frame.number, frame.offset, frame.header.mainDataBytes(),
+                        frame.header.format.maxReservoirBytes()});
+    if (entries_.size() > capacity) {
+        entries_.pop_front();
+    }
+}
+
+Preroll PrerollHistory::before(std::int64_t frame) const {
+    std::int64_t reservoir = 0;
+    for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
+        if (entry->number < frame - soundFrames) {
+            reservoir += entry->mainDataBytes;
+        }
+        if (entry->number == 0 ||
+            (entry->number % windowTurn == 0 && entry->number <= frame - leastFrames &&
+             reservoir >= entry->maxReservoirBytes)) {
+            return {entry->number, entry->offset};
+        }
+    }
+    return {entries_.front().number, entries_.front().offset};
+}
+
+} // namespace sonarith::mp3

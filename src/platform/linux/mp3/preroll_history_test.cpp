@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/preroll_history.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+/// A history of `count` frames that are all like `header`, one after the other.
+PrerollHistory historyOf(std::vector<std::uint8_t> header, std::int64_t count) {
+    PrerollHistory history;
+    NumberedFrame frame;
+    frame.header = *parseHeader(header);
+    for (std::int64_t i = 0; i < count; ++i) {
+        frame.number = i;
+        frame.offset = i * frame.header.bytes;
+        history.add(frame);
+    }
+    return history;
+}
+
+TEST(PrerollHistoryTest, BeginsAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
+    const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 1001);
+    EXPECT_EQ(history.before(1000).frame, 976);
+    EXPECT_EQ(history.before(1000).offset, 976 * 417);
+    EXPECT_EQ(history.before(999).frame, 968);
+    EXPECT_EQ(history.before(1001).frame, 976);
+}
+
+TEST(PrerollHistoryTest, BeginsAtTheFirstFrameOfAStreamWhereItIsNear) {
+    const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 30);
+    for (const std::int64_t frame : {0, 1, 24, 29}) {
+        EXPECT_EQ(history.before(frame).frame, 0) << frame;
+    }
+}
+
+TEST(PrerollHistoryTest, BeginsEarlierWhereTheReservoirNeedsIt) {
+    // 8 kbit/s, stereo: three bytes of each frame are main data, so 255 take 85 frames.
+    const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
+    EXPECT_EQ(low.before(1000).frame, 904);
+    EXPECT_LE(low.before(1000).frame, 1000 - 8 - 85);
+    // With a checksum there is one byte: the worst of all.
+    const PrerollHistory least = historyOf({0xFF, 0xF2, 0x14, 0x64}, 1001);
+    EXPECT_EQ(least.before(1000).frame, 736);
+    EXPECT_LE(least.before(1000).frame, 1000 - 8 - 255);
+    for (std::int64_t frame = 993; frame <= 1001; ++frame) {
+        EXPECT_EQ(least.before(frame).frame % 8, 0);
+        EXPECT_LE(least.before(frame).frame, frame - 8 - 255);
+    }
+}
+
+} // namespace
+} // namespace sonarith::mp3

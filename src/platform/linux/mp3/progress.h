@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How far a job has come, for any thread to ask: a part of a fixed whole, so that neither can
+// overflow and the whole never changes under who divides by it.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+
+namespace sonarith::mp3 {
+
+class Progress {
+  public:
+    /// What `position` reaches at the end: fine enough for any display.
+    static constexpr std::int32_t length = 1'000'000;
+
+    /// Before the work begins. `bytes` may be 0.
+    void setTotal(std::int64_t bytes) { total_ = std::max<std::int64_t>(bytes, 1); }
+    [[nodiscard]] std::int64_t total() const { return total_; }
+    void add(std::int64_t bytes) { done_ += bytes; }
+    /// For work that begins anew after some was done: the position only goes forward.
+    void raiseTo(std::int64_t bytes) {
+        std::int64_t before = done_;
+        while (before < bytes && !done_.compare_exchange_weak(before, bytes)) {
+        }
+    }
+    /// From 0 to length.
+    [[nodiscard]] std::int32_t position() const {
+        const double part = static_cast<double>(done_) / static_cast<double>(total_);
+        return static_cast<std::int32_t>(length * std::clamp(part, 0.0, 1.0));
+    }
+
+  private:
+    std::atomic<std::int64_t> total_ = 1;
+    std::atomic<std::int64_t> done_ = 0;
+};
+
+} // namespace sonarith::mp3

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/segment_decoder.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+using fixture::Data;
+using fixture::difference;
+using fixture::encoded;
+using fixture::Heard;
+using fixture::junk;
+using fixture::operator+;
+using fixture::ordinary;
+using fixture::part;
+
+/// Segments of odd sizes give what one pass gives, byte for byte. Answers whether they could.
+bool expectSame(const Data& data, const std::string& name) {
+    const Heard whole = fixture::sequentially(data);
+    EXPECT_FALSE(whole.samples.empty()) << name;
+    bool broken = false;
+    for (const std::int64_t size : {1, 7, 24, 61}) {
+        const Heard pieces = fixture::inSegments(data, size);
+        broken = broken || pieces.broken;
+        if (!pieces.broken) {
+            EXPECT_EQ(difference(pieces.samples, whole.samples), std::nullopt)
+                << name << ", " << size;
+            EXPECT_EQ(pieces.format, whole.format) << name;
+            EXPECT_EQ(pieces.count, whole.count) << name;
+        }
+    }
+    return !broken;
+}
+
+TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfMpeg1) {
+    for (const char* options :
+         {"-b 128", "-t -b 128", "-V 2", "-V 9 --resample 44.1", "-t -V 4", "--abr 140", "-b 320",
+          "-b 32 --resample 44.1", "-p -b 160", "--nores -b 128", "-m m -b 64", "-m s -b 192"}) {
+        EXPECT_TRUE(expectSame(encoded(44100, 2, options), options));
+    }
+    for (const int rate : {48000, 32000}) {
+        EXPECT_TRUE(expectSame(encoded(rate, 1, "-b 96"), std::to_string(rate)));
+        EXPECT_TRUE(expectSame(encoded(rate, 2, "-V 4"), std::to_string(rate)));
+    }
+}
+
+TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfLowRates) {
+    for (const double rate : {24.0, 22.05, 16.0, 12.0, 11.025, 8.0}) {
+        for (const char* options : {"-b 8", "-b 64", "-V 5"}) {
+            const std::string all = std::string(options) + " --resample " + std::to_string(rate);
+            EXPECT_TRUE(expectSame(encoded(44100, 1, all), all + " mono"));
+            EXPECT_TRUE(expectSame(encoded(44100, 2, all), all));
+        }
+    }
+    EXPECT_TRUE(expectSame(encoded(44100, 2, "-p -b 8 --resample 24"), "the smallest frames"));
+}
+
+TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForDamagedStreams) {
+    const std::vector<Data> streams{ordinary(), encoded(44100, 2, "-V 2"),
+                                    encoded(44100, 2, "-b 8 --resample 24")};
+    for (const Data& data : streams) {
+        const std::size_t middle = data.size() / 2;
+        for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
+            const std::string name = std::to_string(bytes);
+            expectSame(junk(bytes) + data, "front " + name);
+            expectSame(part(data, 0, middle) + junk(bytes) + part(data, middle, SIZE_MAX), name);
+            if (middle + bytes < data.size()) {
+                expectSame(part(data, 0, middle) + part(data, middle + bytes, SIZE_MAX),
+                           "cut " + name);
+            }
+        }
+        EXPECT_TRUE(expectSame(part(data, middle, SIZE_MAX), "second half"));
+        EXPECT_TRUE(expectSame(part(data, 0, middle), "first half"));
+        EXPECT_TRUE(expectSame(data + encoded(48000, 1, "-b 64") + data, "another format inside"));
+    }
+}
+
+TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForSpoiltBitsOrRefuses) {
+    int refused = 0;
+    int same = 0;
+    std::mt19937 random(11);
+    for (int round = 0; round < 24; ++round) {
+        Data data = round % 2 == 0 ? ordinary() : encoded(44100, 1, "-b 48 --resample 22.05");
+        for (int i = 0; i < 1 + round; ++i) {
+            data[random() % data.size()] ^= static_cast<std::uint8_t>(1U << random() % 8);
+        }
+        (expectSame(data, "round " + std::to_string(round)) ? same : refused)++;
+    }
+    EXPECT_GT(refused, 0) << "a poor example: no frame was broken";
+    EXPECT_GT(same, 0);
+}
+
+TEST(SegmentDecoderTest, EndsWhenItsTakerHasEnough) {
+    const MemorySource source(ordinary());
+    const FrameSequence frames(source);
+    SegmentIndex index(frames, 100);
+    std::int64_t last = 0;
+    const auto end =
+        decodeSegment(source, *frames.format(), frames.trim(), *index.next(),
+                      [&](std::int64_t frame, std::int64_t, std::span<const std::int16_t>) {
+                          last = frame;
+                          return Result<bool>(false);
+                      });
+    EXPECT_EQ(end.value(), SegmentEnd::stopped);
+    EXPECT_LT(last, 100);
+}
+
+TEST(SegmentDecoderTest, PassesItsTakersFailureOn) {
+    const MemorySource source(ordinary());
+    const FrameSequence frames(source);
+    SegmentIndex index(frames, 100);
+    const auto end = decodeSegment(source, *frames.format(), frames.trim(), *index.next(),
+                                   [](std::int64_t, std::int64_t, std::span<const std::int16_t>) {
+                                       return Result<bool>(ErrorNumber::diskFull, "full");
+                                   });
+    ASSERT_FALSE(end.ok());
+    EXPECT_EQ(end.error().number, ErrorNumber::diskFull);
+}
+
+TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanItHad) {
+    const MemorySource source(ordinary());
+    const FrameSequence frames(source);
+    const Segment segment{0, 200, {0, 417}, 0};
+    EXPECT_FALSE(decodeSegment(source, *frames.format(), frames.trim(), segment,
+                               [](std::int64_t, std::int64_t, std::span<const std::int16_t>) {
+                                   return Result<bool>(true);
+                               })
+                     .ok());
+}
+
+} // namespace
+} // namespace sonarith::mp3

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/segment_workers.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+using fixture::Data;
+using fixture::encoded;
+
+/// Calls back at each reading of a certain number, and can fail from there on.
+class WatchedSource : public ByteSource {
+  public:
+    explicit WatchedSource(const Data& data) : memory_(data) {}
+    std::function<Status(std::int64_t offset)> onRead = [](std::int64_t) {
+        return Status();
+    };
+
+    [[nodiscard]] std::int64_t size() const override { return memory_.size(); }
+    [[nodiscard]] Status readAt(std::int64_t offset, std::span<std::uint8_t> out) const override {
+        const Status status = onRead(offset);
+        return status.ok() ? memory_.readAt(offset, out) : status;
+    }
+
+  private:
+    MemorySource memory_;
+};
+
+class SegmentWorkersTest : public testing::Test {
+  protected:
+    Decoded decode(const ByteSource& source, const Division& division) {
+        const FrameSequence frames(source);
+        target = std::move(
+            WavTarget::create(path, {frames.format()->rate, frames.format()->channels}).value());
+        progress.setTotal(source.size());
+        return SegmentWorkers(source, frames, *target, division, stop, progress).run();
+    }
+    fixture::Samples written(const Decoded& decoded) {
+        EXPECT_TRUE(target->finish(decoded.samples).ok());
+        return fixture::readWav(path).samples;
+    }
+    fakes::TempFolder folder;
+    const std::filesystem::path path = folder / "a.wav";
+    std::unique_ptr<WavTarget> target;
+    std::atomic<bool> stop = false;
+    Progress progress;
+};
+
+TEST_F(SegmentWorkersTest, GiveTheSamplesOfOnePassHoweverManyTheyAre) {
+    const Data& data = encoded(44100, 2, "-V 2");
+    const fixture::Heard whole = fixture::sequentially(data);
+    for (const unsigned threads : {0U, 1U, 2U, 3U, 8U}) {
+        const MemorySource source(data);
+        const Decoded decoded = decode(source, {threads, 13});
+        EXPECT_FALSE(decoded.stopped || decoded.sequentialFrom || decoded.failure);
+        EXPECT_EQ(decoded.count, whole.count);
+        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt) << threads;
+    }
+    EXPECT_GT(progress.position(), Progress::length * 9 / 10);
+}
+
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
+    const Data& data = encoded(44100, 2, "-b 320", 8);
+    const fixture::Heard whole = fixture::sequentially(data);
+    int between = 0;
+    for (std::int64_t at = 0; at < static_cast<std::int64_t>(data.size()); at += 30'000) {
+        stop = false;
+        WatchedSource source(data);
+        source.onRead = [&](std::int64_t offset) {
+            stop = stop || offset > at;
+            return stop ? Status(ErrorNumber::deviceInputOutput, "stopped") : Status();
+        };
+        const Decoded decoded = decode(source, {2, 20});
+        EXPECT_TRUE(decoded.stopped || !stop);
+        EXPECT_FALSE(decoded.failure);
+        const fixture::Samples part = written(decoded);
+        ASSERT_LE(part.size(), whole.samples.size());
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << at;
+        between += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
+    }
+    EXPECT_GT(between, 0) << "a poor example: there was no stop in the middle";
+}
+
+TEST_F(SegmentWorkersTest, EndWithTheFailureOfTheSource) {
+    WatchedSource source(encoded(44100, 2, "-b 320", 8));
+    source.onRead = [](std::int64_t offset) {
+        return offset > 100'000 ? Status(ErrorNumber::deviceInputOutput, "bad") : Status();
+    };
+    const Decoded decoded = decode(source, {2, 20});
+    ASSERT_TRUE(decoded.failure);
+    EXPECT_EQ(decoded.failure->text, "bad");
+    EXPECT_FALSE(decoded.stopped);
+}
+
+Data brokenAt(std::vector<std::size_t> frames) {
+    Data data = encoded(44100, 2, "-b 320", 8);
+    const auto found = fixture::framesOf(data);
+    for (const std::size_t number : frames) {
+        // Other windows, of the kind that is the ordinary one: no decoder can do that.
+        const auto side = static_cast<std::size_t>(found[number].offset) + 4;
+        data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
+    }
+    const Data tail = fixture::junk(300); // counted as lost by whoever comes to the end
+    data.insert(data.end(), tail.begin(), tail.end());
+    return data;
+}
+
+TEST_F(SegmentWorkersTest, OneGoesOnAloneFromTheFirstBrokenSegment) {
+    for (const auto& frames : {std::vector<std::size_t>{0}, {75}, {100, 119, 120}, {305}}) {
+        const Data data = brokenAt(frames);
+        const fixture::Heard whole = fixture::sequentially(data);
+        for (const unsigned threads : {1U, 2U, 4U}) {
+            const MemorySource source(data);
+            const Decoded decoded = decode(source, {threads, 20});
+            EXPECT_EQ(decoded.sequentialFrom, frames[0] / 20 * 20);
+            EXPECT_FALSE(decoded.stopped || decoded.failure);
+            EXPECT_EQ(decoded.count, whole.count);
+            EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt)
+                << frames[0];
+        }
+    }
+}
+
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereTheOneIsStopped) {
+    const Data data = brokenAt({75});
+    const fixture::Heard whole = fixture::sequentially(data);
+    int beyond = 0;
+    for (int readings = 2; readings < 40; ++readings) { // the first one is for the format
+        stop = false;
+        std::atomic<int> count = 0;
+        WatchedSource source(data);
+        source.onRead = [&](std::int64_t) {
+            stop = stop || ++count > readings;
+            return stop ? Status(ErrorNumber::deviceInputOutput, "stopped") : Status();
+        };
+        const Decoded decoded = decode(source, {2, 20});
+        EXPECT_FALSE(decoded.failure);
+        const fixture::Samples part = written(decoded);
+        ASSERT_LE(part.size(), whole.samples.size());
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << readings;
+        beyond += decoded.stopped && part.size() > 80U * 2304 ? 1 : 0;
+    }
+    EXPECT_GT(beyond, 0) << "a poor example: the one was never stopped";
+}
+
+} // namespace
+} // namespace sonarith::mp3

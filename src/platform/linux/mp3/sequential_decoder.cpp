@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/sequential_decoder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/mp3/free_format_decoder.h"
+
+namespace sonarith::mp3 {
+
+Result<std::unique_ptr<PcmReader>> SequentialDecoder::create(FrameSequence frames) {
+    Result<FrameDecoder<std::int16_t>> decoder = FrameDecoder<std::int16_t>::create();
+    if (!decoder.ok()) {
+        return decoder.error();
+    }
+    return std::unique_ptr<PcmReader>(
+        new SequentialDecoder(std::move(frames), std::move(decoder.value())));
+}
+
+PcmFormat SequentialDecoder::format() const {
+    return {frames_.format()->rate, frames_.format()->channels};
+}
+
+std::span<const std::int16_t> SequentialDecoder::next() {
+    while (const std::optional<NumberedFrame> frame = frames_.next()) {
+        const Bytes bytes = frames_.bytesOf(*frame);
+        if (frames_.scanner().failure()) {
+            break;
+        }
+        const auto kept = keptPart(frames_.trim(), *frames_.format(), frame->number,
+                                   decoder_.decode(*frame, bytes));
+        if (!kept.empty()) {
+            return kept;
+        }
+    }
+    return {};
+}
+
+std::optional<Error> SequentialDecoder::failure() const {
+    return frames_.scanner().failure();
+}
+
+DecodeCount SequentialDecoder::count() const {
+    return {frames_.number(), decoder_.silencedFrames(), frames_.scanner().loss()};
+}
+
+std::int64_t SequentialDecoder::sourcePosition() const {
+    return frames_.scanner().position();
+}
+
+std::span<const std::int16_t> keptPart(const GaplessTrim& trim, const StreamFormat& format,
+                                       std::int64_t number, std::span<const std::int16_t> samples) {
+    const std::int64_t first = number * format.samplesPerFrame();
+    const std::int64_t kept =
+        trim.keptBefore(first + format.samplesPerFrame()) - trim.keptBefore(first);
+    const std::int64_t cut =
+        kept == 0 ? 0 : std::max<std::int64_t>(trim.begin() - first, 0); // the rest is at the end
+    const auto channels = static_cast<std::size_t>(format.channels);
+    return samples.subspan(static_cast<std::size_t>(cut) * channels,
+                           static_cast<std::size_t>(kept) * channels);
+}
+
+Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source) {
+    FrameSequence frames(source);
+    if (frames.scanner().failure()) {
+        return *frames.scanner().failure();
+    }
+    if (const auto offset = frames.scanner().freeFormatOffset()) {
+        return FreeFormatDecoder::create(source, *offset);
+    }
+    if (!frames.format()) {
+        return std::unique_ptr<PcmReader>();
+    }
+    return SequentialDecoder::create(std::move(frames));
+}
+
+} // namespace sonarith::mp3

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/sequential_decoder.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+using fixture::byTool;
+using fixture::Data;
+using fixture::difference;
+using fixture::encoded;
+using fixture::Heard;
+using fixture::junk;
+using fixture::operator+;
+using fixture::ordinary;
+using fixture::part;
+using fixture::sequentially;
+
+void expectLikeTheTool(const Data& data, const std::string& name) {
+    const Heard ours = sequentially(data);
+    const Heard tools = byTool(data);
+    EXPECT_EQ(ours.format, tools.format) << name;
+    EXPECT_FALSE(ours.samples.empty()) << name;
+    EXPECT_EQ(ours.samples.size(), tools.samples.size()) << name;
+    EXPECT_EQ(difference(ours.samples, tools.samples), std::nullopt) << name;
+}
+
+TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSamplesOfTheLibrarysOwnTool) {
+    for (const char* options :
+         {"-b 128", "-t -b 128", "-V 2", "-t -V 4", "--abr 140", "-b 320", "-p -b 160",
+          "--nores -b 128", "-b 32 --resample 44.1", "-m m -b 96"}) {
+        expectLikeTheTool(encoded(44100, 2, options), options);
+    }
+    for (const int rate : {48000, 32000, 24000, 22050, 16000, 12000, 11025, 8000}) {
+        const std::string options = "--resample " + std::to_string(rate / 1000.0);
+        expectLikeTheTool(encoded(rate, 1, "-b 32 " + options), std::to_string(rate));
+        expectLikeTheTool(encoded(rate, 2, "-b 64 " + options), std::to_string(rate));
+    }
+    for (const int rate : {24000, 16000, 8000}) {
+        const std::string options = "-b 8 --resample " + std::to_string(rate / 1000.0);
+        expectLikeTheTool(encoded(rate, 2, options), options);
+    }
+}
+
+TEST(SequentialDecoderTest, DecodesTheOtherLayers) {
+    expectLikeTheTool(fixture::layer1(40), "Layer I");
+    expectLikeTheTool(fixture::layer2(40), "Layer II");
+}
+
+TEST(SequentialDecoderTest, DecodesJoinedFilesWithoutTheGapThatTheEncoderLeft) {
+    expectLikeTheTool(ordinary() + ordinary(), "joined");
+}
+
+TEST(SequentialDecoderTest, HasExactlyTheSamplesThatWereEncoded) {
+    EXPECT_EQ(sequentially(ordinary()).samples.size(), 4U * 44100 * 2);
+    EXPECT_EQ(sequentially(ordinary()).count, (DecodeCount{155, 0, {}}));
+}
+
+TEST(SequentialDecoderTest, SavesEveryFrameBesideTheDamage) {
+    const std::size_t place = static_cast<std::size_t>(fixture::framesOf(ordinary())[70].offset);
+    const Heard whole = sequentially(ordinary());
+    for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
+        EXPECT_EQ(difference(sequentially(junk(bytes) + ordinary()).samples, whole.samples),
+                  std::nullopt)
+            << bytes;
+        const Heard inside = sequentially(part(ordinary(), 0, place) + junk(bytes) +
+                                          part(ordinary(), place, SIZE_MAX));
+        EXPECT_EQ(inside.samples.size(), whole.samples.size()) << bytes;
+        EXPECT_EQ(inside.count.framesDecoded, 155);
+        EXPECT_EQ(inside.count.loss.bytesSkipped, static_cast<std::int64_t>(bytes));
+        EXPECT_LE(inside.count.framesSilenced, 3);
+        // All is as it was but for the few frames that build on what the junk parts them from.
+        const std::size_t before = 70 * 1152 * 2 - 1105 * 2;
+        const std::size_t after = before + 5 * 1152 * 2;
+        const auto differs = difference(inside.samples, whole.samples);
+        EXPECT_TRUE(!differs || *differs >= before);
+        EXPECT_TRUE(std::equal(inside.samples.begin() + static_cast<std::ptrdiff_t>(after),
+                               inside.samples.end(),
+                               whole.samples.begin() + static_cast<std::ptrdiff_t>(after)));
+    }
+}
+
+TEST(SequentialDecoderTest, KeepsTheFirstFormatAndCountsTheFramesOfOthers) {
+    const Heard heard = sequentially(ordinary() + encoded(48000, 2, "-b 128") +
+                                     encoded(44100, 1, "-b 64") + ordinary());
+    EXPECT_EQ(heard.format, (PcmFormat{44100, 2}));
+    EXPECT_EQ(heard.count.framesDecoded, 155 + 156);
+    EXPECT_EQ(heard.count.loss.framesDropped, 168 + 155 + 2);
+    EXPECT_EQ(heard.count.loss.bytesSkipped, 0);
+}
+
+TEST(SequentialDecoderTest, GivesNoReaderForWhatHasNoFrame) {
+    for (const Data& data : {Data{}, junk(100'000), Data(70'000, 0)}) {
+        EXPECT_TRUE(sequentially(data).samples.empty());
+        EXPECT_EQ(sequentially(data).format, (PcmFormat{0, 0}));
+    }
+}
+
+TEST(SequentialDecoderTest, EndsWithAFailureWhereReadingFails) {
+    const fakes::TempFolder folder;
+    fixture::writeFile(folder / "a", encoded(44100, 2, "-b 320"));
+    const std::atomic<bool> stop = false;
+    const auto source = FileSource::open(folder / "a", stop);
+    const auto reader = openPcmReader(*source.value());
+    ASSERT_TRUE(reader.ok());
+    std::filesystem::resize_file(folder / "a", 60'000);
+    while (!reader.value()->next().empty()) {
+    }
+    EXPECT_TRUE(reader.value()->failure());
+}
+
+TEST(SequentialDecoderTest, TakesFromEachFrameThePartThatIsKept) {
+    const StreamFormat format; // 1152 samples, stereo
+    const std::vector<std::int16_t> samples(2304);
+    const GaplessTrim trim(1500, 2500, 3456);
+    const auto lengths = [&](std::int64_t number) {
+        const auto kept = keptPart(trim, format, number, samples);
+        return std::pair(kept.empty() ? 0 : kept.data() - samples.data(), kept.size());
+    };
+    using Pair = std::pair<std::ptrdiff_t, std::size_t>;
+    EXPECT_EQ(lengths(0), (Pair{0, 0}));
+    EXPECT_EQ(lengths(1), (Pair{348 * 2, (2304 - 1500) * 2}));
+    EXPECT_EQ(lengths(2), (Pair{0, (2500 - 2304) * 2}));
+    EXPECT_EQ(lengths(3), (Pair{0, 2304}));
+}
+
+} // namespace
+} // namespace sonarith::mp3

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The header of a 16-bit WAV whose samples are written elsewhere, in both forms. libsndfile writes
+// a header only together with the samples, front to back, and these come from many threads.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/linux/mp3/pcm_reader.h"
+
+namespace sonarith::mp3 {
+
+/// Plain form (RIFF, "fmt " of 16 bytes, "data"): sound::wavHeaderBytes.
+[[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
+                                                       std::int64_t sampleBytes);
+/// For more than 4 GiB: EBU Tech 3306.
+[[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
+                                                   std::int64_t sampleBytes);
+
+} // namespace sonarith::mp3

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/wav_target.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/linux/mp3/wav_header.h"
+#include "platform/linux/sound/unnamed_file.h"
+
+namespace sonarith::mp3 {
+
+namespace fs = std::filesystem;
+
+Result<std::unique_ptr<WavTarget>>
+WavTarget::create(const fs::path& target, const PcmFormat& format, std::int64_t longestWavBytes) {
+    if (target.native().find('\0') != std::string::npos) {
+        return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
+    }
+    std::error_code noSuchFile;
+    if (fs::is_directory(target, noSuchFile)) { // better told now than after the work
+        return sound::systemError(EISDIR, target);
+    }
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    Result<sound::FileDescriptor> file = sound::createUnnamedFile(folder);
+    if (!file.ok()) {
+        return file.error();
+    }
+    return std::unique_ptr<WavTarget>(
+        new WavTarget(target, format, std::move(file.value()), longestWavBytes));
+}
+
+std::int64_t WavTarget::bytesPerFrame() const {
+    return format_.channels * static_cast<std::int64_t>(sizeof(std::int16_t));
+}
+
+Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> samples) {
+    const std::int64_t offset = sound::wavHeaderBytes + first * bytesPerFrame();
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(samples.data()),
+                          samples.size_bytes());
+    Status status = write(offset, bytes);
+    if (status.ok()) {
+        // Lets the disk begin at once, so that little is left to wait for at the end. It is no
+        // more than a hint: file systems without it lose nothing.
+        static_cast<void>(::sync_file_range(file_.get(), offset, static_cast<off_t>(bytes.size()),
+                                            SYNC_FILE_RANGE_WRITE));
+    }
+    return status;
+}
+
+Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::pwrite(file_.get(), bytes.data(), bytes.size(), offset);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return sound::systemError(written < 0 ? errno : EIO, target_);
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+        offset += written;
+    }
+    return {};
+}
+
+Status WavTarget::finish(std::int64_t samples) {
+    const std::int64_t bytes = samples * bytesPerFrame();
+    const bool large = bytes > longestWavBytes_;
+    const std::vector<std::uint8_t> header =
+        large ? rf64Header(format_, bytes) : plainWavHeader(format_, bytes);
+    const auto samplesBegin = static_cast<std::int64_t>(header.size());
+    if (large) {
+        if (Status moved = moveUp(bytes, samplesBegin - sound::wavHeaderBytes); !moved.ok()) {
+            return moved;
+        }
+    }
+    if (Status written = write(0, header); !written.ok()) {
+        return written;
+    }
+    // Cuts what was placed after the end, too.
+    if (::ftruncate(file_.get(), samplesBegin + bytes) != 0) {
+        return sound::systemError(errno, target_);
+    }
+    return sound::publish(file_, target_);
+}
+
+/// Makes room for the larger header, from the end of the samples to their beginning. Keeping the
+/// room free in each file would cost the small ones their plain header.
+Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
+    std::vector<std::uint8_t> block(256 * 1024); // large enough that the calls do not count
+    for (std::int64_t left = bytes; left > 0;) {
+        const auto count = std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size()));
+        const std::int64_t offset = sound::wavHeaderBytes + left - count;
+        const std::span part = std::span(block).first(static_cast<std::size_t>(count));
+        const ssize_t got = ::pread(file_.get(), part.data(), part.size(), offset);
+        if (got != count) {
+            return sound::systemError(got < 0 ? errno : EIO, target_);
+        }
+        if (Status written = write(offset + distance, part); !written.ok()) {
+            return written;
+        }
+        left -= count;
+    }
+    return {};
+}
+
+} // namespace sonarith::mp3

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A WAV on its way: samples are put at their places in an unnamed file, in any order, from several
+// threads, and at the end the file gets its header and its name. It does not know what is missing.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+
+#include "platform/linux/mp3/pcm_reader.h"
+#include "platform/linux/sound/file_descriptor.h"
+#include "platform/linux/sound/wav_writer.h"
+#include "platform/result.h"
+
+namespace sonarith::mp3 {
+
+class WavTarget {
+  public:
+    /// In the folder of `target`, which is not touched yet. WAVs of more than `longestWavBytes`
+    /// sample bytes become RF64.
+    [[nodiscard]] static Result<std::unique_ptr<WavTarget>>
+    create(const std::filesystem::path& target, const PcmFormat& format,
+           std::int64_t longestWavBytes = sound::maxWavSampleBytes);
+
+    /// Puts interleaved samples so that the first is number `first` of its channel.
+    [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
+    /// The WAV ends after `samples` samples per channel, which have all been placed: names it.
+    /// After a failure what stood under the name is as it was.
+    [[nodiscard]] Status finish(std::int64_t samples);
+
+  private:
+    WavTarget(std::filesystem::path target, const PcmFormat& format, sound::FileDescriptor file,
+              std::int64_t longestWavBytes)
+        : target_(std::move(target)),
+          format_(format),
+          file_(std::move(file)),
+          longestWavBytes_(longestWavBytes) {}
+    [[nodiscard]] std::int64_t bytesPerFrame() const;
+    [[nodiscard]] Status write(std::int64_t offset, std::span<const std::uint8_t> bytes);
+    [[nodiscard]] Status moveUp(std::int64_t bytes, std::int64_t distance);
+
+    std::filesystem::path target_;
+    PcmFormat format_;
+    sound::FileDescriptor file_;
+    std::int64_t longestWavBytes_;
+};
+
+} // namespace sonarith::mp3

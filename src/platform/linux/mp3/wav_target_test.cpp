@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/wav_target.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <sys/resource.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+#include "support/unprivileged.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+namespace fs = std::filesystem;
+using fixture::Data;
+using fixture::Samples;
+
+class WavTargetTest : public testing::Test {
+  protected:
+    std::unique_ptr<WavTarget> create(std::int64_t longest = sound::maxWavSampleBytes) {
+        auto made = WavTarget::create(path, {22050, 2}, longest);
+        EXPECT_TRUE(made.ok());
+        return std::move(made.value());
+    }
+    int entries() const {
+        return static_cast<int>(std::distance(fs::directory_iterator(folder.path()), {}));
+    }
+    fakes::TempFolder folder;
+    const fs::path path = folder / "a.wav";
+};
+
+TEST_F(WavTargetTest, IsSeenByNobodyUntilItIsFinished) {
+    const auto target = create();
+    EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
+    EXPECT_EQ(entries(), 0);
+    EXPECT_TRUE(target->finish(2).ok());
+    EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(WavTargetTest, HasEverySampleAtItsPlaceWhateverTheOrder) {
+    const auto target = create();
+    EXPECT_TRUE(target->place(2, Samples{5, 6}).ok());
+    EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
+    EXPECT_TRUE(target->finish(3).ok());
+    const auto heard = fixture::readWav(path);
+    EXPECT_EQ(heard.format, (PcmFormat{22050, 2}));
+    EXPECT_EQ(heard.samples, (Samples{1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(WavTargetTest, IsCutWhereItIsSaidToEnd) {
+    const auto target = create();
+    EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
+    EXPECT_TRUE(target->place(1000, Samples{9, 9}).ok());
+    EXPECT_TRUE(target->finish(1).ok());
+    EXPECT_EQ(fixture::readWav(path).samples, (Samples{1, 2}));
+    EXPECT_EQ(fs::file_size(path), 48U);
+}
+
+TEST_F(WavTargetTest, BecomesLargeFormBeyondWhatThePlainOneHolds) {
+    Samples samples(400'000); // more than one block of the move
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        samples[i] = static_cast<std::int16_t>(i * 7);
+    }
+    const auto target = create(799'999);
+    EXPECT_TRUE(target->place(0, samples).ok());
+    EXPECT_TRUE(target->finish(200'000).ok());
+    EXPECT_EQ(fixture::part(fixture::readFile(path), 0, 4), fixture::text("RF64"));
+    EXPECT_EQ(fixture::readWav(path).samples, samples);
+}
+
+TEST_F(WavTargetTest, RefusesAtOnceWhatCannotBeWritten) {
+    EXPECT_FALSE(WavTarget::create(folder / "none" / "a.wav", {}).ok());
+    EXPECT_FALSE(WavTarget::create(std::string("a\0.wav", 6), {}).ok());
+    fs::create_directory(path);
+    EXPECT_FALSE(WavTarget::create(path, {}).ok());
+}
+
+TEST_F(WavTargetTest, AFullDiskIsToldAndLeavesTheOldFile) {
+    fixture::writeFile(path, fixture::text("old"));
+    fs::permissions(folder.path(), fs::perms(0777));
+    const int code = test::runUnprivileged([&] {
+        // A limit of the file size stands in for the full disk.
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{10'000, 10'000};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const auto target = create();
+        if (!target->place(0, Samples(4000)).ok()) {
+            return 1;
+        }
+        const Status status = target->place(2000, Samples(4000));
+        return !status.ok() && status.error().number == ErrorNumber::diskFull ? 0 : 2;
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(fixture::readFile(path), fixture::text("old"));
+    EXPECT_EQ(entries(), 1);
+}
+
+} // namespace
+} // namespace sonarith::mp3

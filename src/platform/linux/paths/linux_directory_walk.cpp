@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/linux_directory_walk.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <sys/stat.h>
+
+#include "platform/linux/paths/folder_listing.h"
+#include "platform/linux/paths/system_error.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+struct IdentityHash {
+    std::size_t operator()(const FolderIdentity& identity) const {
+        // Inodes of one disk differ; folders of two disks that collide cost a comparison.
+        return std::hash<ino_t>()(identity.inode) ^ (std::hash<dev_t>()(identity.device) << 1);
+    }
+};
+
+/// Whether a lower-cased path that fits both names of one folder means `name` rather than `other`:
+/// the choice of PathMap::locate().
+bool preferred(std::string_view name, std::string_view other) {
+    return name == lowerCase(name) || (other != lowerCase(other) && name < other);
+}
+
+class LinuxDirectoryWalk final : public DirectoryWalk {
+  public:
+    explicit LinuxDirectoryWalk(PathMap& paths) : paths_(paths) {}
+
+    FindHandle FindFirst(const std::string& pattern, FindRecord& record) override;
+    bool FindNext(FindHandle handle, FindRecord& record) override;
+    void FindClose(FindHandle handle) override { listings_.erase(handle); }
+
+  private:
+    struct Listing {
+        std::string folder; ///< the logic's path, with its backslash
+        FolderListing entries;
+        bool parentToCome = true; ///< ".." has not been told yet
+    };
+
+    [[nodiscard]] std::optional<std::string> machinePathOf(const std::string& folder);
+    void noteFolder(const Listing& listing, const std::string& name,
+                    const std::string& logicalName);
+
+    PathMap& paths_;
+    std::map<FindHandle, Listing> listings_;
+    FindHandle lastHandle_ = 0;
+    std::unordered_set<FolderIdentity, IdentityHash> walked_;
+    /// Where the folders are that were met and not walked yet, by the logic's path in lower case
+    /// with its backslash: a name that was just read need not be sought again.
+    std::unordered_map<std::string, std::string> met_;
+};
+
+std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
+    if (const auto known = met_.extract(folder)) {
+        return known.mapped();
+    }
+    const Result<Located> located = paths_.locate(folder);
+    return located.ok() && located.value().found ? std::optional(located.value().path)
+                                                 : std::nullopt;
+}
+
+FindHandle LinuxDirectoryWalk::FindFirst(const std::string& pattern, FindRecord& record) {
+    constexpr std::string_view allOfIt = "\\*.*";
+    if (!pattern.ends_with(allOfIt)) {
+        return invalidFindHandle;
+    }
+    std::string folder = pattern.substr(0, pattern.size() - allOfIt.size() + 1);
+    const auto machinePath = machinePathOf(folder);
+    auto entries = machinePath ? FolderListing::open(*machinePath) : std::nullopt;
+    if (!entries || !walked_.insert(entries->identity()).second) {
+        return invalidFindHandle;
+    }
+    listings_.emplace(++lastHandle_, Listing{std::move(folder), std::move(*entries)});
+    record = {file_attribute::directory, "."};
+    return lastHandle_;
+}
+
+bool LinuxDirectoryWalk::FindNext(FindHandle handle, FindRecord& record) {
+    const auto found = listings_.find(handle);
+    if (found == listings_.end()) {
+        return false;
+    }
+    Listing& listing = found->second;
+    if (std::exchange(listing.parentToCome, false)) {
+        record = {file_attribute::directory, ".."};
+        return true;
+    }
+    ListedEntry entry;
+    do {
+        if (!listing.entries.next(entry)) {
+            return false;
+        }
+    } while (entry.kind == EntryKind::other);
+    const bool isFolder = entry.kind == EntryKind::folder;
+    record.attributes = (isFolder ? file_attribute::directory : file_attribute::archive) |
+                        (entry.name.front() == '.' ? file_attribute::hidden : 0);
+    record.name = logicName(entry.name);
+    if (isFolder) {
+        noteFolder(listing, entry.name, record.name);
+    }
+    return true;
+}
+
+void LinuxDirectoryWalk::noteFolder(const Listing& listing, const std::string& name,
+                                    const std::string& logicalName) {
+    const std::string& parent = listing.entries.path();
+    const std::size_t nameStart = parent.size() + (parent.back() == '/' ? 0 : 1);
+    std::string path = parent;
+    path.append(nameStart - parent.size(), '/').append(name);
+    const auto [known, isNew] =
+        met_.try_emplace(lowerCase(listing.folder + logicalName + "\\"), path);
+    // Of two names that differ in case alone the logic's path means one.
+    if (!isNew && preferred(name, std::string_view(known->second).substr(nameStart))) {
+        known->second = path;
+    }
+}
+
+/// The names of a path below its drive, parted by backslashes; "." and ".." are worked out.
+std::string plainPath(std::string_view path) {
+    std::vector<std::string_view> names;
+    std::string_view rest = path.substr(2);
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find_first_of("\\/"), rest.size());
+        const std::string_view name = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        if (name == "..") {
+            if (!names.empty()) {
+                names.pop_back();
+            }
+        } else if (!name.empty() && name != ".") {
+            names.push_back(name);
+        }
+    }
+    std::string plain(path.substr(0, 2));
+    for (const std::string_view name : names) {
+        plain.append("\\").append(name);
+    }
+    return names.empty() ? plain + "\\" : plain;
+}
+
+} // namespace
+
+std::unique_ptr<DirectoryWalk> LinuxDirectories::startWalk() {
+    return std::make_unique<LinuxDirectoryWalk>(paths_);
+}
+
+Result<std::string> LinuxDirectories::folder(const std::string& path) const {
+    if (path.empty()) {
+        return fileError(ErrorNumber::pathNotFound);
+    }
+    std::string whole = path;
+    if (path.size() < 2 || path[1] != ':') {
+        const std::string here = files_.currentFolder();
+        const bool fromRoot = path.starts_with('\\') || path.starts_with('/');
+        whole = fromRoot ? here.substr(0, 2) + path : here + "\\" + path;
+    }
+    const Result<Located> located = paths_.locate(whole);
+    struct stat status {};
+    if (!located.ok() || ::stat(located.value().path.c_str(), &status) != 0 ||
+        !S_ISDIR(status.st_mode)) {
+        return fileError(ErrorNumber::pathNotFound);
+    }
+    return plainPath(whole);
+}
+
+std::vector<std::string> LinuxDirectories::drives() const {
+    std::vector<std::string> names;
+    for (const Drive& drive : paths_.drives().drives()) {
+        names.push_back(lowerCase(std::string(1, drive.letter)) + ":");
+    }
+    return names;
+}
+
+} // namespace sonarith
