@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The composition root: makes the real platform, the application and its windows, and runs them.
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "platform/linux/disc/optical_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
+#include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/paths/clock_random.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_file_system.h"
@@ -24,12 +26,14 @@
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/ini_settings_store.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_file_dialog.h"
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_mouse_pointer.h"
 #include "platform/qt/qt_shell.h"
 #include "ui/coming_window.h"
 #include "ui/devices_window.h"
 #include "ui/main_window_view.h"
+#include "ui/program_style.h"
 #include "worktree/folder_scanner.h"
 
 namespace {
@@ -153,25 +157,44 @@ int runProgram() {
     ClockRandom random;
     QtShell shell(applicationTitle, machinePath);
     NoFolderScanner scanner;
-    Application application({loop, media, store, files, boxes, pointer, random, shell, scanner});
+    mp3::Mpg123Control mp3(card, sound::monotonicNow, [&](const std::string& path) {
+        return std::filesystem::path(machinePath(path));
+    });
+    QtFileDialog fileDialog(machinePath,
+                            [&](const std::string& path) { return paths.toLogic(path); });
+    Application application(
+        {loop, media, store, files, boxes, pointer, random, shell, scanner, mp3, fileDialog});
     process = &application.process();
     Form1& form = application.form1();
 
     MainWindowView window(form);
-    DevicesWindow devices(deviceChoices(chosen, slot, card, form));
+    // Windows that a start does not show are built when they are first asked for.
+    std::unique_ptr<DevicesWindow> devices;
+    const auto devicesWindow = [&]() -> DevicesWindow& {
+        if (!devices) {
+            devices = std::make_unique<DevicesWindow>(deviceChoices(chosen, slot, card, form));
+        }
+        return *devices;
+    };
     form.mnuDevices.onClick = [&] {
-        devices.open();
+        devicesWindow().open();
     };
     window.onImageDropped = [&](const std::string& image) {
-        devices.chooseDrive(image);
+        devicesWindow().chooseDrive(image);
     };
     Windows& others = application.windows();
-    ComingWindow player(others.Form4);
-    ComingWindow preferences(others.FrmPrefs);
-    ComingWindow finder(others.frmsearch);
-    ComingWindow playlist(others.frmPlayList);
+    std::map<Form*, std::unique_ptr<ComingWindow>> coming;
+    std::vector<Connection> firstShown;
+    for (Form* other : {&others.Form4, &others.FrmPrefs, &others.frmsearch, &others.frmPlayList}) {
+        firstShown.push_back(other->showRequested.connect([&coming, other] {
+            if (!coming[other]) {
+                coming[other] = std::make_unique<ComingWindow>(*other);
+            }
+        }));
+    }
 
     loop.setLastSteps([&] {
+        mp3.Stop().passOver();
         cardThread.reset();
         card.setSpeakers(nullptr);
     });
@@ -189,5 +212,6 @@ int main(int argc, char** argv) {
     }
     QApplication qt(argc, argv);
     QApplication::setApplicationName("sonarith");
+    QApplication::setStyle(new ProgramStyle);
     return runProgram();
 }

@@ -10,7 +10,9 @@ namespace {
 class ButtonViewTest : public testing::Test {
   protected:
     ButtonViewTest() {
-        model.onClick = [this] { ++clicks; };
+        model.onClick = [this] {
+            ++clicks;
+        };
     }
 
     int clicks = 0;

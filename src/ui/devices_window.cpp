@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "platform/qt/dialog_loop.h"
 #include "platform/qt/text.h"
 #include "ui/icons.h"
 
@@ -209,10 +210,14 @@ std::string DevicesWindow::pickInDialog(const std::string& current) {
     const QString folder = current.empty() || current.starts_with("/dev/")
                                ? QString()
                                : QFileInfo(toQString(current)).absolutePath();
-    const QString picked =
-        QFileDialog::getOpenFileName(this, tr("Choose Disc Image"), folder,
-                                     tr("Disc images (*.cue *.CUE *.toc *.TOC);;All files (*)"));
-    return QFile::encodeName(picked).toStdString();
+    QFileDialog dialog(this, tr("Choose Disc Image"), folder,
+                       tr("Disc images (*.cue *.CUE *.toc *.TOC);;All files (*)"));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    if (runDialog(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
 }
 
 } // namespace sonarith

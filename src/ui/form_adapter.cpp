@@ -38,6 +38,9 @@ void FormAdapter::reflect() {
     const QString caption = toQString(form_.caption());
     window_.setWindowTitle(caption);
     window_.setAccessibleName(caption);
+    if (following_) {
+        return;
+    }
     if (form_.left() != agreedLeft_ || form_.top() != agreedTop_) {
         agreedLeft_ = form_.left();
         agreedTop_ = form_.top();
@@ -62,10 +65,14 @@ void FormAdapter::reportSize() {
 }
 
 void FormAdapter::followPlace() {
-    agreedLeft_ = toTwips(window_.x());
-    agreedTop_ = toTwips(window_.y());
-    form_.setLeft(agreedLeft_);
-    form_.setTop(agreedTop_);
+    // Both before the form hears of the first: half a new place is no place to move to.
+    const QPoint place = window_.pos();
+    following_ = true;
+    form_.setLeft(toTwips(place.x()));
+    form_.setTop(toTwips(place.y()));
+    following_ = false;
+    agreedLeft_ = form_.left();
+    agreedTop_ = form_.top();
 }
 
 bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {

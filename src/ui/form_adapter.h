@@ -38,6 +38,7 @@ class FormAdapter : public QObject {
     /// another one; else it stands where the window manager and the user have put it.
     Twips agreedLeft_ = 0;
     Twips agreedTop_ = 0;
+    bool following_ = false;
     Connection changed_;
     Connection shown_;
     Connection grasped_;

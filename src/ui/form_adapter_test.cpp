@@ -31,8 +31,12 @@ TEST_F(FormAdapterTest, TheWindowIsSeenWhileTheFormIs) {
 
 TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsAndClosesNothingByItself) {
     std::vector<std::string> log;
-    form.onQueryUnload = [&] { log.push_back(window.isVisible() ? "query, seen" : "query"); };
-    form.onUnload = [&] { log.push_back(window.isVisible() ? "unload, seen" : "unload"); };
+    form.onQueryUnload = [&] {
+        log.push_back(window.isVisible() ? "query, seen" : "query");
+    };
+    form.onUnload = [&] {
+        log.push_back(window.isVisible() ? "unload, seen" : "unload");
+    };
     form.show();
     window.close();
     EXPECT_THAT(log, ElementsAre("query, seen", "unload, seen"));
@@ -54,7 +58,9 @@ TEST_F(FormAdapterTest, ACloseInTheMiddleOfAnUnloadDoesNothing) {
 
 TEST_F(FormAdapterTest, AnUnloadedWindowCanBeShownAgain) {
     int loads = 0;
-    form.onLoad = [&] { ++loads; };
+    form.onLoad = [&] {
+        ++loads;
+    };
     form.show();
     window.close();
     form.show();
@@ -65,7 +71,9 @@ TEST_F(FormAdapterTest, AnUnloadedWindowCanBeShownAgain) {
 TEST_F(FormAdapterTest, TheFormHearsOfTheInnerSizeInTwips) {
     form.show();
     int resizes = 0;
-    form.onResize = [&] { ++resizes; };
+    form.onResize = [&] {
+        ++resizes;
+    };
     window.resize(300, 200);
     QCoreApplication::processEvents();
     EXPECT_EQ(form.innerWidth(), 4500);
@@ -106,15 +114,17 @@ TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
 
 TEST_F(FormAdapterTest, ALeftPressOnTheBareSurfaceIsTheForms) {
     int presses = 0;
-    form.onMouseDown = [&] { ++presses; };
+    form.onMouseDown = [&] {
+        ++presses;
+    };
     window.resize(200, 100);
     QWidget control(&window);
     control.setGeometry(0, 0, 50, 50);
     form.show();
-    QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(100, 80));
+    QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(100, 80));
     EXPECT_EQ(presses, 1);
-    QTest::mousePress(&window, Qt::RightButton, {}, QPoint(100, 80));
-    QTest::mousePress(&control, Qt::LeftButton, {}, QPoint(10, 10));
+    QTest::mouseClick(&window, Qt::RightButton, {}, QPoint(100, 80));
+    QTest::mouseClick(&control, Qt::LeftButton, {}, QPoint(10, 10));
     EXPECT_EQ(presses, 1);
 }
 

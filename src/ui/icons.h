@@ -25,6 +25,7 @@ enum class Symbol {
     item,
     itemOpen,
     program,
+    more, ///< there are further entries to the right
 };
 
 [[nodiscard]] QIcon makeIcon(Symbol symbol);

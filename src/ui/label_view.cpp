@@ -31,7 +31,7 @@ QSize LabelView::sizeHint() const {
 }
 
 QSize LabelView::minimumSizeHint() const {
-    return cut_ == Cut::never ? sizeHint() : QSize(0, sizeHint().height());
+    return cut_ == Cut::never ? QLabel::minimumSizeHint() : QSize(0, sizeHint().height());
 }
 
 void LabelView::paintEvent(QPaintEvent* event) {

@@ -36,8 +36,9 @@ TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
     Label whole("a", "begin" + std::string(60, 'x') + "end");
     const QFontMetrics metrics(parent.font());
     const int width = metrics.horizontalAdvance("beginxxxxxxxxxend");
-    Label cut("b", metrics.elidedText(QString::fromStdString(whole.caption()), Qt::ElideMiddle,
-                                      width).toStdString());
+    Label cut("b",
+              metrics.elidedText(QString::fromStdString(whole.caption()), Qt::ElideMiddle, width)
+                  .toStdString());
     LabelView longView(whole, "", LabelView::Cut::middle, &parent);
     LabelView cutView(cut, "", LabelView::Cut::middle, &parent);
     ASSERT_NE(whole.caption(), cut.caption());

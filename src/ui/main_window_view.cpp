@@ -7,6 +7,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QShortcut>
+#include <QTimer>
 
 #include "platform/qt/twips.h"
 #include "ui/bars.h"
@@ -39,8 +40,6 @@ MainWindowView::MainWindowView(Form1& form)
     setMenuBar(menu_);
     setCentralWidget(client_);
     setAcceptDrops(true);
-    // Of the whole program: message boxes show it too.
-    QApplication::setWindowIcon(makeIcon(Symbol::program));
     // The grip does what a press on the bare surface does.
     grip_->onLeftPress = [this] {
         run(form_.onMouseDown);
@@ -53,6 +52,16 @@ MainWindowView::MainWindowView(Form1& form)
             [this] { openMenuBar(); });
     tree_.widget().setFocus();
     takeDesignedSize();
+}
+
+bool MainWindowView::event(QEvent* event) {
+    const bool handled = QMainWindow::event(event);
+    if (event->type() == QEvent::Paint && QApplication::windowIcon().isNull()) {
+        // Of the whole program: message boxes show it too. It is drawn in many sizes, so it waits
+        // until the window stands on the screen.
+        QTimer::singleShot(0, this, [] { QApplication::setWindowIcon(makeIcon(Symbol::program)); });
+    }
+    return handled;
 }
 
 void MainWindowView::followBars() {

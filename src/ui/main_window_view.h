@@ -28,6 +28,7 @@ class MainWindowView : public QMainWindow {
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:
+    bool event(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 

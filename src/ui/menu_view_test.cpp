@@ -18,8 +18,8 @@ class MenuViewTest : public testing::Test {
         window.show();
     }
     ~MenuViewTest() override {
-        while (QWidget* open = QApplication::activePopupWidget()) {
-            open->close();
+        while (QWidget* popped = QApplication::activePopupWidget()) {
+            popped->close();
         }
     }
 
@@ -50,7 +50,9 @@ TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithALetterEach) {
 
 TEST_F(MenuViewTest, AnEntryClicksItsModel) {
     int clicks = 0;
-    open.onClick = [&] { ++clicks; };
+    open.onClick = [&] {
+        ++clicks;
+    };
     action("mnuOpenfile").trigger();
     EXPECT_EQ(clicks, 1);
 }
@@ -61,7 +63,9 @@ TEST_F(MenuViewTest, TicksAreTheModelsAlone) {
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
     action("mnuToolbar").trigger();
     EXPECT_TRUE(action("mnuToolbar").isChecked()) << "the model did not change";
-    cd.onClick = [&] { cd.setChecked(!cd.checked()); };
+    cd.onClick = [&] {
+        cd.setChecked(!cd.checked());
+    };
     action("mnuCDbar").trigger();
     EXPECT_TRUE(action("mnuCDbar").isChecked());
     action("mnuCDbar").trigger();
@@ -100,8 +104,11 @@ TEST_F(MenuViewTest, AHeadingThatIsClosedDoesNotPopUp) {
 
 TEST_F(MenuViewTest, AltAndLettersReachAnEntry) {
     int clicks = 0;
-    open.onClick = [&] { ++clicks; };
+    open.onClick = [&] {
+        ++clicks;
+    };
     window.activateWindow();
+    QCoreApplication::processEvents();
     QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
     QWidget* menu = QApplication::activePopupWidget();
     ASSERT_NE(menu, nullptr);

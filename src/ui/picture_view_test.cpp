@@ -13,11 +13,13 @@ TEST(PictureView, ALeftPressAloneIsReported) {
     QWidget parent;
     PictureView view(model, "Hand grip", Symbol::hand, 16, &parent);
     int presses = 0;
-    view.onLeftPress = [&] { ++presses; };
+    view.onLeftPress = [&] {
+        ++presses;
+    };
     parent.show();
-    QTest::mousePress(&view, Qt::RightButton);
+    QTest::mouseClick(&view, Qt::RightButton);
     EXPECT_EQ(presses, 0);
-    QTest::mousePress(&view, Qt::LeftButton);
+    QTest::mouseClick(&view, Qt::LeftButton);
     EXPECT_EQ(presses, 1);
 }
 

@@ -216,6 +216,13 @@ void drawProgram(QPainter& p, Pencils& pencils) {
     p.drawPolygon(QPolygonF({{16, 12}, {23, 17}, {16, 22}}));
 }
 
+void drawMore(QPainter& p, Pencils& pencils) {
+    pencils.line();
+    for (const qreal x : {6.5, 13.0}) {
+        p.drawPolyline(QPolygonF({{x, 6}, {x + 5, 12}, {x, 18}}));
+    }
+}
+
 } // namespace
 
 void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode) {
@@ -254,6 +261,8 @@ void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode) {
         return drawItem(painter, pencils, true);
     case Symbol::program:
         return drawProgram(painter, pencils);
+    case Symbol::more:
+        return drawMore(painter, pencils);
     }
 }
 

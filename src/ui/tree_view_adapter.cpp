@@ -54,6 +54,12 @@ void TreeViewAdapter::textChanged(const NodeRef& node) {
 }
 
 void TreeViewAdapter::selectionChanged() {
+    // A new label is taken for the selected node's: an editor over another one would rename the
+    // wrong file.
+    if (tree_.editedNode() && tree_.editedNode() != tree_.selectedItem()) {
+        tree_.cancelLabelEdit();
+        widget_.dropEditorWithoutNode();
+    }
     if (shownSelection_ == tree_.selectedItem()) {
         return;
     }

@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tree_widget.h"
 
-#include <utility>
-
 #include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QStyleHints>
 
-#include "platform/qt/text.h"
 #include "ui/icons.h"
-#include "ui/label_editor.h"
 #include "ui/tree_delegate.h"
 
 namespace sonarith {
@@ -126,12 +122,6 @@ QModelIndex TreeWidget::branchAt(const QPoint& position) const {
     return index.isValid() && leftOfPicture && model_.hasChildren(index) ? index : QModelIndex();
 }
 
-QRect TreeWidget::labelRect(const QModelIndex& index) const {
-    // The style puts a margin at each side of the picture.
-    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-    return visualRect(index).adjusted(nodeIconSide + 2 * margin, 0, 0, 0);
-}
-
 // Mouse.
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
@@ -207,7 +197,7 @@ void TreeWidget::watchForRelease(bool watch) {
     }
     watchingRelease_ = watch;
     if (watch) {
-        // Of all widgets: a release that ends a press here may go to the menu or the editor that
+        // Of all windows: a release that ends a press here may go to the menu or the editor that
         // the press has opened.
         qApp->installEventFilter(this);
     } else {
@@ -216,8 +206,8 @@ void TreeWidget::watchForRelease(bool watch) {
 }
 
 bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
-    if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease &&
-        watched->isWidgetType()) {
+    // It comes to the desktop's window first, and no further where the pressed widget is gone.
+    if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         release(mouse.button(), mouse.globalPosition().toPoint());
         return false;
@@ -296,10 +286,9 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         }
         break;
     case Qt::Key_Space:
-        clickByKey({.left = true}, index);
-        break;
     case Qt::Key_F2:
-        renameByKey(index);
+        // A click opens the editor where there is something to rename.
+        clickByKey({.left = true}, index);
         break;
     case Qt::Key_Escape:
         if (dragging_) {
@@ -336,110 +325,12 @@ void TreeWidget::doubleClickByKey(const QModelIndex& index) {
     run(tree_.onMouseUp, MouseButtons{.left = true}, node);
 }
 
-void TreeWidget::renameByKey(const QModelIndex& index) {
-    const NodeRef node = model_.nodeAt(index);
-    if (node && tree_.setSelectedItem(node).ok()) {
-        tree_.startLabelEdit().passOver();
-    }
-}
-
 void TreeWidget::contextMenuEvent(QContextMenuEvent* event) {
     // By mouse, the press has opened the menu already.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         clickByKey({.right = true}, currentIndex());
     }
     event->accept();
-}
-
-// The editor over a label.
-
-void TreeWidget::openEditor(const NodeRef& node) {
-    closeEditor(Focus::untouched);
-    if (!isVisible()) {
-        tree_.cancelLabelEdit();
-        return;
-    }
-    reveal(node);
-    const QModelIndex index = model_.indexOf(node);
-    scrollTo(index);
-    editedIndex_ = index;
-    editor_ = new LabelEditor(toQString(node->text()), viewport());
-    editor_->onFinished = [this](const QString& text) {
-        finishEdit(text);
-    };
-    editor_->onCancelled = [this] {
-        tree_.cancelLabelEdit();
-        closeEditor(Focus::untouched);
-    };
-    editor_->takesPress = [this](QMouseEvent& event) {
-        return takesPressFromEditor(event);
-    };
-    updateEditorGeometries();
-    editor_->show();
-    editor_->setFocus(Qt::OtherFocusReason);
-}
-
-void TreeWidget::finishEdit(const QString& text) {
-    const NodeRef& edited = tree_.editedNode();
-    const bool changed = edited && toText(text) != edited->text();
-    closeEditor(Focus::toTree);
-    // The handler may open the editor anew.
-    if (changed) {
-        tree_.finishLabelEdit(toText(text));
-    } else {
-        tree_.cancelLabelEdit();
-    }
-}
-
-void TreeWidget::closeEditor(Focus focus) {
-    if (!editor_) {
-        return;
-    }
-    LabelEditor* closing = std::exchange(editor_, nullptr);
-    editedIndex_ = QModelIndex();
-    // It is left by now; the focus that it loses by hiding says nothing more.
-    closing->onFinished = [](const QString&) {
-    };
-    closing->onCancelled = [] {
-    };
-    if (focus == Focus::toTree && closing->hasFocus()) {
-        setFocus(Qt::OtherFocusReason);
-    }
-    closing->hide();
-    // It may be in the middle of its own event.
-    closing->deleteLater();
-}
-
-void TreeWidget::dropEditorWithoutNode() {
-    if (editor_ && !tree_.editedNode()) {
-        closeEditor(Focus::toTree);
-    }
-}
-
-void TreeWidget::updateEditorGeometries() {
-    QTreeView::updateEditorGeometries();
-    if (editor_ && editedIndex_.isValid()) {
-        editor_->setGeometry(labelRect(editedIndex_));
-    }
-}
-
-bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {
-    const QStyleHints& hints = *QGuiApplication::styleHints();
-    const QPoint distance = event.globalPosition().toPoint() - pressedAt_;
-    const bool second = event.button() == Qt::LeftButton && pressedMilliseconds_ != 0 &&
-                        event.timestamp() - pressedMilliseconds_ <=
-                            static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
-                        distance.manhattanLength() <= hints.mouseDoubleClickDistance();
-    if (!second) {
-        return false;
-    }
-    // The first press of this double click has opened the editor; the second is meant for the
-    // tree, as if no editor stood in its way.
-    const NodeRef node = tree_.editedNode();
-    tree_.cancelLabelEdit();
-    closeEditor(Focus::toTree);
-    doubleClick(node);
-    return true;
 }
 
 } // namespace sonarith

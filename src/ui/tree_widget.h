@@ -60,7 +60,6 @@ class TreeWidget : public QTreeView {
 
     void clickByKey(MouseButtons buttons, const QModelIndex& index);
     void doubleClickByKey(const QModelIndex& index);
-    void renameByKey(const QModelIndex& index);
 
     void dragTo(const QPoint& global);
     void endDrag();

@@ -11,6 +11,8 @@
 
 #include "platform/qt/qt_message_boxes.h"
 
+#include "platform/qt/dialog_loop.h"
+
 namespace sonarith {
 namespace {
 
@@ -161,7 +163,7 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightLieWithinADay) {
     loop.setLastSteps([] { std::fputs("last steps;", stderr); });
     const auto timer = loop.every(1ms, [&] {
         QTimer::singleShot(0, &context, [&] {
-            if (!QApplication::activeModalWidget()) {
+            if (!runningDialog()) {
                 std::_Exit(3);
             }
             post(context, [] { std::fputs("yielded;", stderr); });

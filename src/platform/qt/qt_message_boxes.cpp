@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include "platform/qt/dialog_loop.h"
 #include "platform/qt/text.h"
 
 namespace sonarith {
@@ -51,7 +52,7 @@ BoxAnswer QtMessageBoxes::show(const std::string& text, BoxIcon icon, BoxButtons
     // File names in a text are no markup.
     box.setTextFormat(Qt::PlainText);
     box.setEscapeButton(buttons == BoxButtons::ok ? QMessageBox::Ok : QMessageBox::Cancel);
-    return answerOf(box.exec());
+    return answerOf(runDialog(box));
 }
 
 } // namespace sonarith

@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
+#include "platform/qt/dialog_loop.h"
+
 namespace sonarith {
 namespace {
 
@@ -18,7 +20,7 @@ class QtMessageBoxesTest : public testing::Test {
     /// Runs `act` on the next box, once it is open.
     void onBox(std::function<void(QMessageBox&)> act) {
         QTimer::singleShot(0, &context, [act = std::move(act)] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            auto* box = qobject_cast<QMessageBox*>(runningDialog());
             ASSERT_NE(box, nullptr);
             act(*box);
             if (box->isVisible()) {
@@ -93,7 +95,7 @@ TEST_F(QtMessageBoxesTest, EventsAreHandledWhileTheBoxIsOpen) {
     int ticks = 0;
     QTimer ticking;
     QObject::connect(&ticking, &QTimer::timeout, [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* box = qobject_cast<QMessageBox*>(runningDialog());
         if (box && ++ticks == 3) {
             box->button(QMessageBox::Ok)->click();
         }

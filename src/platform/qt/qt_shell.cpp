@@ -10,6 +10,7 @@
 #include <QStyle>
 #include <QUrl>
 
+#include "platform/qt/dialog_loop.h"
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
 
@@ -62,7 +63,7 @@ void QtShell::showAboutBox() {
     // Taken at the size that message boxes give their own pictures.
     const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
     box.setIconPixmap(QApplication::windowIcon().pixmap(QSize(side, side), box.devicePixelRatio()));
-    box.exec();
+    static_cast<void>(runDialog(box));
 }
 
 } // namespace sonarith

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
+#include "platform/qt/dialog_loop.h"
+
 namespace sonarith {
 namespace {
 
@@ -53,7 +55,7 @@ TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreSilent) {
 TEST_F(QtShellTest, TheAboutBoxCarriesTheTitleAndClosesByKeyboard) {
     QString title;
     QTimer::singleShot(0, &context, [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* box = qobject_cast<QMessageBox*>(runningDialog());
         ASSERT_NE(box, nullptr);
         title = box->windowTitle();
         QTest::keyClick(box, Qt::Key_Escape);

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_file_dialog.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include "platform/qt/dialog_loop.h"
+#include "platform/qt/text.h"
+
+namespace sonarith {
+namespace {
+
+/// "WAV, MP3|*.wav;*.mp3" as "WAV, MP3 (*.wav *.mp3)", one for each pair.
+QStringList nameFilters(const std::string& filter) {
+    const QStringList parts = toQString(filter).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QString patterns = parts[i + 1];
+        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+        filters += QStringLiteral("%1 (%2)").arg(parts[i], patterns);
+    }
+    return filters;
+}
+
+QString machineText(const std::string& path) {
+    return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+} // namespace
+
+Result<std::string> QtFileDialog::open(const FileDialogRequest& request) {
+    const QString title = toQString(request.title);
+    QFileDialog dialog(QApplication::activeWindow(), title);
+    dialog.setObjectName(QStringLiteral("fileDialog"));
+    dialog.setAccessibleName(title);
+    // Our own on every desktop: a desktop's may know neither the filter's case nor our keys.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(nameFilters(request.filter));
+    dialog.setDefaultSuffix(toQString(request.defaultExtension));
+    if (!folder_.empty()) {
+        dialog.setDirectory(machineText(folder_));
+    }
+    if (const std::string chosen = toMachine_(request.fileName); !chosen.empty()) {
+        dialog.setDirectory(QFileInfo(machineText(chosen)).absolutePath());
+        // In the dialog's line quotes part several names, so that such a name cannot stand there;
+        // it can be chosen in the list.
+        if (const QString name = machineText(chosen); !name.contains(QLatin1Char('"'))) {
+            dialog.selectFile(name);
+        }
+    }
+    const bool accepted = runDialog(dialog) == QDialog::Accepted;
+    folder_ = QFile::encodeName(dialog.directory().absolutePath()).toStdString();
+    const QStringList files = dialog.selectedFiles();
+    if (!accepted || files.isEmpty()) {
+        return {ErrorNumber::dialogCancelled, "Cancel was selected."};
+    }
+    std::string path = toLogic_(QFile::encodeName(files.front()).toStdString());
+    if (path.empty()) {
+        return {ErrorNumber::badFileName, "Bad file name or number"};
+    }
+    return path;
+}
+
+} // namespace sonarith

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_file_dialog.h"
+
+#include <fstream>
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include "support/temp_folder.h"
+
+#include "platform/qt/dialog_loop.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+class QtFileDialogTest : public testing::Test {
+  protected:
+    QtFileDialogTest() {
+        for (const char* name : {"one.wav", "TWO.WAV", "three.Mp3", "four.txt"}) {
+            std::ofstream(folder.path() / name) << "x";
+        }
+    }
+
+    /// Runs `act` on the next dialog, once it is open, and cancels what is left open.
+    void onDialog(std::function<void(QFileDialog&)> act) {
+        QTimer::singleShot(0, &context, [act = std::move(act)] {
+            auto* shown = qobject_cast<QFileDialog*>(runningDialog());
+            ASSERT_NE(shown, nullptr);
+            act(*shown);
+            if (shown->isVisible()) {
+                shown->reject();
+            }
+        });
+    }
+    static void type(QFileDialog& shown, const std::string& name) {
+        auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(line, nullptr);
+        // Key by key, and in the line that has the focus: else it is no typing to the dialog.
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&shown));
+        line->setFocus();
+        line->selectAll();
+        QTest::keyClicks(line, QString::fromStdString(name));
+        QTest::keyClick(line, Qt::Key_Return);
+    }
+    /// The list of files, once it shows so many.
+    static QListView& filledList(QFileDialog& shown, int count) {
+        auto* view = shown.findChild<QListView*>(QStringLiteral("listView"));
+        // The folder is read by a thread of the dialog's own.
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return view->model()->rowCount(view->rootIndex()) >= count; }));
+        return *view;
+    }
+    [[nodiscard]] std::string machine(const std::string& name) const {
+        return (folder.path() / name).string();
+    }
+    [[nodiscard]] static ErrorNumber numberOf(const Result<std::string>& result) {
+        EXPECT_FALSE(result.ok());
+        return result.ok() ? ErrorNumber{} : result.error().number;
+    }
+
+    QObject context;
+    fakes::TempFolder folder;
+    /// "L:" stands before every machine path.
+    QtFileDialog dialog{
+        [](const std::string& logic) { return logic.substr(logic.empty() ? 0 : 2); },
+        [](const std::string& path) {
+            return "L:" + path;
+        }};
+    FileDialogRequest request{"Select WAV or MP3 file", "WAV, MP3|*.wav;*.mp3", "wav",
+                              "L:" + machine("one.wav")};
+};
+
+TEST_F(QtFileDialogTest, ShowsWhatItIsAskedWith) {
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.windowTitle(), "Select WAV or MP3 file");
+        EXPECT_EQ(shown.nameFilters(), QStringList{"WAV, MP3 (*.wav *.mp3)"});
+        EXPECT_EQ(shown.defaultSuffix(), "wav");
+        EXPECT_EQ(shown.selectedFiles(), QStringList{QString::fromStdString(machine("one.wav"))});
+    });
+    static_cast<void>(dialog.open(request));
+}
+
+TEST_F(QtFileDialogTest, GivesTheChosenFileAsTheLogicNamesIt) {
+    onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
+    const auto chosen = dialog.open(request);
+    ASSERT_TRUE(chosen.ok());
+    EXPECT_EQ(chosen.value(), "L:" + machine("TWO.WAV"));
+}
+
+TEST_F(QtFileDialogTest, TakesTheFileThatWasChosenBeforeOnReturn) {
+    onDialog([&](QFileDialog& shown) {
+        auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->text(), "one.wav");
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
+}
+
+TEST_F(QtFileDialogTest, ShowsFilesOfTheFilterWhateverTheirCase) {
+    std::vector<std::string> names;
+    onDialog([&](QFileDialog& shown) {
+        QListView& view = filledList(shown, 3);
+        for (int row = 0; row < view.model()->rowCount(view.rootIndex()); ++row) {
+            const QModelIndex index = view.model()->index(row, 0, view.rootIndex());
+            names.push_back(index.data().toString().toStdString());
+        }
+    });
+    static_cast<void>(dialog.open(request));
+    EXPECT_THAT(names, UnorderedElementsAre("one.wav", "TWO.WAV", "three.Mp3"));
+}
+
+TEST_F(QtFileDialogTest, AFileOfAnotherTypeMayBeTyped) {
+    onDialog([&](QFileDialog& shown) { type(shown, "four.txt"); });
+    EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("four.txt"));
+}
+
+TEST_F(QtFileDialogTest, ANameWithoutAnEndingGetsTheDefaultOne) {
+    onDialog([&](QFileDialog& shown) { type(shown, "one"); });
+    EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
+}
+
+TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndOtherScriptsComeBackAsTheyAre) {
+    const std::string name = "it's  Größe [1] 音.wav";
+    std::ofstream(folder.path() / name) << "x";
+    request.fileName = "L:" + machine(name);
+    onDialog([&](QFileDialog& shown) {
+        QTest::keyClick(shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")),
+                        Qt::Key_Return);
+    });
+    EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine(name));
+}
+
+TEST_F(QtFileDialogTest, ANameWithQuotesIsChosenInTheList) {
+    const std::string name = "a \"b\".wav";
+    std::ofstream(folder.path() / name) << "x";
+    request.fileName = "L:" + machine(name);
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), "");
+        QListView& view = filledList(shown, 4);
+        for (int row = 0; row < view.model()->rowCount(view.rootIndex()); ++row) {
+            const QModelIndex index = view.model()->index(row, 0, view.rootIndex());
+            if (index.data().toString().toStdString() == name) {
+                view.setCurrentIndex(index);
+            }
+        }
+        shown.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+    });
+    EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine(name));
+}
+
+TEST_F(QtFileDialogTest, CancelAndEscapeAndCloseAreFailureNumber32755) {
+    const std::function<void(QFileDialog&)> ways[] = {
+        [](QFileDialog& shown) { shown.reject(); },
+        [](QFileDialog& shown) { QTest::keyClick(&shown, Qt::Key_Escape); },
+        [](QFileDialog& shown) { shown.close(); },
+    };
+    for (const auto& way : ways) {
+        onDialog(way);
+        EXPECT_EQ(static_cast<int>(numberOf(dialog.open(request))), 32755);
+    }
+}
+
+TEST_F(QtFileDialogTest, AFileThatTheLogicHasNoPathForIsABadName) {
+    QtFileDialog lost([](const std::string&) { return std::string(); },
+                      [](const std::string&) { return std::string(); });
+    onDialog([&](QFileDialog& shown) {
+        shown.setDirectory(QString::fromStdString(folder.path().string()));
+        type(shown, "one.wav");
+    });
+    EXPECT_EQ(numberOf(lost.open(request)), ErrorNumber::badFileName);
+}
+
+TEST_F(QtFileDialogTest, BeginsWhereItWasLeftWhenNoFileIsGiven) {
+    onDialog([&](QFileDialog& shown) {
+        shown.setDirectory(QString::fromStdString(folder.path().string()));
+    });
+    static_cast<void>(dialog.open({}));
+    QString folderShown;
+    onDialog([&](QFileDialog& shown) { folderShown = shown.directory().absolutePath(); });
+    static_cast<void>(dialog.open({}));
+    EXPECT_EQ(folderShown.toStdString(), folder.path().string());
+}
+
+TEST_F(QtFileDialogTest, EventsAreHandledWhileItIsOpen) {
+    int ticks = 0;
+    QTimer ticking;
+    QObject::connect(&ticking, &QTimer::timeout, [&] {
+        auto* shown = qobject_cast<QFileDialog*>(runningDialog());
+        if (shown && ++ticks == 3) {
+            shown->reject();
+        }
+    });
+    ticking.start(1);
+    static_cast<void>(dialog.open(request));
+    EXPECT_EQ(ticks, 3);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/bars.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLayout>
+#include <gmock/gmock.h>
+
+#include "platform/qt/qt_event_loop.h"
+
+namespace sonarith {
+namespace {
+
+class BarsTest : public testing::Test {
+  protected:
+    QtEventLoop loop;
+    ProcessState state;
+    Windows windows;
+    Form1 form{loop, state, windows};
+    QWidget window;
+};
+
+TEST_F(BarsTest, EachBarFitsIntoTheNarrowWindow) {
+    form.Command2.setVisible(true);
+    form.Label5.setVisible(true);
+    form.lblCDID.setCaption("1234567890");
+    for (const BarView* bar : {makeToolBar(form, "fap", &window), makeCdBar(form, &window),
+                               makeActivityBar(form, &window), makeStatusBar(form, &window)}) {
+        EXPECT_LE(bar->minimumSizeHint().width(), 266) << bar->objectName().toStdString();
+        EXPECT_GT(bar->sizeHint().height(), 20) << bar->objectName().toStdString();
+    }
+}
+
+TEST_F(BarsTest, ABarsHeightDoesNotHangOnWhatItsLabelsSay) {
+    const BarView* bar = makeStatusBar(form, &window);
+    const int before = bar->sizeHint().height();
+    form.ClearActivity();
+    bar->layout()->invalidate();
+    EXPECT_EQ(bar->sizeHint().height(), before);
+}
+
+TEST_F(BarsTest, CancelAndStartAreReadAsTexts) {
+    const BarView* bar = makeToolBar(form, "fap", &window);
+    EXPECT_EQ(bar->findChild<QAbstractButton*>("Command2")->text(), "&Cancel");
+    EXPECT_EQ(bar->findChild<QAbstractButton*>("CmdSelectAction")->text(), "&Start ");
+}
+
+TEST_F(BarsTest, TheCdBarsHeadingsStandAboveTheirValues) {
+    BarView* bar = makeCdBar(form, &window);
+    window.show();
+    bar->resize(266, bar->sizeHint().height());
+    bar->layout()->activate();
+    const auto* heading = bar->findChild<QLabel*>("heading CD ID:");
+    const auto* value = bar->findChild<QLabel*>("lblCDID");
+    EXPECT_EQ(heading->text(), "CD ID:");
+    EXPECT_LE(heading->geometry().bottom(), value->geometry().top());
+    EXPECT_EQ(heading->x(), value->x());
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/devices_window.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DevicesWindowTest : public testing::Test {
+  protected:
+    DeviceChoices choices() {
+        return {
+            .opticalDrives = [this] { return found; },
+            .outputs =
+                [] {
+                    return std::vector<DeviceChoice>{{"default", "Default"}, {"none", "No sound"}};
+                },
+            .sources =
+                [] {
+                    return std::vector<DeviceChoice>{{"none", ""}};
+                },
+            .drive = [this] { return drive; },
+            .output = [this] { return output; },
+            .source = [this] { return source; },
+            .setDrive =
+                [this](const std::string& name) {
+                    drive = name;
+                    log.push_back("drive " + name);
+                },
+            .setOutput = [this](const std::string& name) { output = name; },
+            .setSource = [this](const std::string& name) { source = name; },
+            .refreshList =
+                [this] {
+                    log.push_back("refresh " + drive);
+                    if (onRefresh) {
+                        std::exchange(onRefresh, nullptr)();
+                    }
+                },
+            .report = [this] { return report; },
+            .pickImage = [this](const std::string&) { return picked; },
+        };
+    }
+    template <typename Widget>
+    Widget& child(const char* name) {
+        auto* found_ = window.findChild<Widget*>(name);
+        EXPECT_NE(found_, nullptr) << name;
+        return *found_;
+    }
+    std::vector<std::string> listed() {
+        std::vector<std::string> texts;
+        const auto& list = child<QListWidget>("drives");
+        for (int i = 0; i < list.count(); ++i) {
+            texts.push_back(list.item(i)->text().toStdString());
+        }
+        return texts;
+    }
+    void clickDrive(int row) {
+        auto& list = child<QListWidget>("drives");
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                          list.visualItemRect(list.item(row)).center());
+    }
+
+    std::vector<std::string> found = {"/dev/sr0", "/dev/sr1"};
+    std::string drive;
+    std::string output = "default";
+    std::string source;
+    std::string report;
+    std::string picked;
+    std::function<void()> onRefresh;
+    std::vector<std::string> log;
+    DevicesWindow window{choices()};
+};
+
+TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
+    window.open();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_FALSE(window.isModal());
+    EXPECT_EQ(window.windowTitle(), "Devices");
+    EXPECT_THAT(listed(), ElementsAre("First drive found", "/dev/sr0", "/dev/sr1"));
+    EXPECT_EQ(child<QListWidget>("drives").currentRow(), 0);
+    EXPECT_THAT(log, IsEmpty()) << "looking is not choosing";
+}
+
+TEST_F(DevicesWindowTest, AStoredImageAndADriveThatIsGoneAreListedToo) {
+    drive = "/m/Die Lieder.cue";
+    window.open();
+    EXPECT_EQ(listed().back(), "Disc image: Die Lieder.cue");
+    drive = "/dev/sr7";
+    window.open();
+    EXPECT_EQ(listed().back(), "/dev/sr7 (not found)");
+    EXPECT_EQ(child<QListWidget>("drives").currentRow(), 3);
+}
+
+TEST_F(DevicesWindowTest, ADriveThatIsClickedIsStoredThenTheListRefreshedThenTheReportShown) {
+    window.open();
+    onRefresh = [&] {
+        report = "Sector 12 is torn.";
+    };
+    clickDrive(1);
+    EXPECT_THAT(log, ElementsAre("drive /dev/sr0", "refresh /dev/sr0"));
+    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "Sector 12 is torn.");
+    EXPECT_EQ(child<QListWidget>("drives").currentRow(), 1);
+}
+
+TEST_F(DevicesWindowTest, KeysMoveWithoutChoosingAndReturnChooses) {
+    window.open();
+    auto& list = child<QListWidget>("drives");
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_THAT(log, IsEmpty());
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(drive, "/dev/sr1");
+}
+
+TEST_F(DevicesWindowTest, AnImageThatIsPickedIsStoredByteForByteAndReadAgainEachTime) {
+    window.open();
+    picked = "/m/caf\xE9.toc";
+    child<QPushButton>("pickImage").click();
+    child<QPushButton>("pickImage").click();
+    EXPECT_THAT(log, ElementsAre("drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc",
+                                 "drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc"));
+    // And chosen again from the list, after another.
+    clickDrive(0);
+    EXPECT_EQ(drive, "");
+}
+
+TEST_F(DevicesWindowTest, ADialogThatIsCancelledChoosesNothing) {
+    window.open();
+    child<QPushButton>("pickImage").click();
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(DevicesWindowTest, AChoiceInTheMiddleOfARefreshIsRefreshedAfterIt) {
+    window.open();
+    onRefresh = [&] {
+        window.chooseDrive("/dev/sr1");
+        log.push_back("first refresh ends");
+    };
+    window.chooseDrive("/dev/sr0");
+    EXPECT_THAT(log, ElementsAre("drive /dev/sr0", "refresh /dev/sr0", "drive /dev/sr1",
+                                 "first refresh ends", "refresh /dev/sr1"));
+}
+
+TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
+    window.open();
+    auto& outputs = child<QComboBox>("output");
+    EXPECT_EQ(outputs.currentText(), "Default");
+    QTest::keyClick(&outputs, Qt::Key_Down);
+    EXPECT_EQ(output, "none");
+    // Nothing is stored yet, and the box says so.
+    EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
+    QTest::keyClick(&child<QComboBox>("source"), Qt::Key_Down);
+    EXPECT_EQ(source, "none");
+}
+
+TEST_F(DevicesWindowTest, AnOutputThatIsGoneIsStillShownAndKept) {
+    output = "hw:7";
+    window.open();
+    EXPECT_EQ(child<QComboBox>("output").currentText(), "hw:7 (not found)");
+    EXPECT_EQ(output, "hw:7");
+}
+
+TEST_F(DevicesWindowTest, EscapeAndTheCloseButtonHideTheWindow) {
+    window.open();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    window.open();
+    child<QPushButton>("close").click();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {
+    window.open();
+    for (const char* name : {"drives", "pickImage", "output", "source", "report", "close"}) {
+        EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;
+    }
+}
+
+} // namespace
+} // namespace sonarith

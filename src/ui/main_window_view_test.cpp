@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/main_window_view.h"
+
+#include <set>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "app/resize_layout.h"
+#include "platform/qt/qt_event_loop.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MainWindowViewTest : public testing::Test {
+  protected:
+    MainWindowViewTest() {
+        form.onResize = [this] {
+            runResizeLayout(form);
+        };
+        runResizeLayout(form);
+    }
+    ~MainWindowViewTest() override {
+        while (QWidget* open = QApplication::activePopupWidget()) {
+            open->close();
+        }
+    }
+    void show() {
+        form.show();
+        view.activateWindow();
+        QCoreApplication::processEvents();
+    }
+    QWidget& widget(const char* name) {
+        auto* found = view.findChild<QWidget*>(name);
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+    QRect placeOf(const char* name) { return widget(name).geometry(); }
+
+    QtEventLoop loop;
+    ProcessState state;
+    Windows windows;
+    Form1 form{loop, state, windows};
+    MainWindowView view{form};
+};
+
+TEST_F(MainWindowViewTest, TheClientAreaHasItsDesignedSizeBeforeAndAfterItIsShown) {
+    EXPECT_EQ(form.innerWidth(), designWidth);
+    EXPECT_EQ(form.innerHeight(), designHeight);
+    EXPECT_FALSE(view.isVisible());
+    show();
+    EXPECT_TRUE(view.isVisible());
+    EXPECT_EQ(widget("client").size(), QSize(266, 366));
+    EXPECT_EQ(form.innerHeight(), designHeight);
+}
+
+TEST_F(MainWindowViewTest, TheBarsStandAtTheirEdgesAndTheTreeFillsTheRest) {
+    show();
+    const QRect tool = placeOf("Picture3");
+    const QRect activity = placeOf("Picture2");
+    const QRect status = placeOf("Picture1");
+    const QRect grip = placeOf("Picture5");
+    const QRect tree = placeOf("TreeView1");
+    EXPECT_EQ(tool.topLeft(), QPoint(0, 0));
+    EXPECT_EQ(tool.width(), 266);
+    EXPECT_EQ(status.bottom(), 365);
+    EXPECT_EQ(activity.bottom() + 1, status.top());
+    EXPECT_EQ(grip, QRect(0, tool.height(), 19, activity.top() - tool.height()));
+    EXPECT_EQ(tree, QRect(19, tool.height(), 247, activity.top() - tool.height()));
+    EXPECT_TRUE(widget("Picture4").isHidden());
+    EXPECT_GT(tree.height(), 150);
+}
+
+TEST_F(MainWindowViewTest, WithAllBarsHiddenTheTreeHasTheFullHeight) {
+    show();
+    for (PictureBox* bar : {&form.Picture1, &form.Picture2, &form.Picture3, &form.Picture4}) {
+        bar->setVisible(false);
+    }
+    runResizeLayout(form);
+    EXPECT_EQ(placeOf("TreeView1"), QRect(19, 0, 247, 366));
+    EXPECT_EQ(placeOf("Picture5"), QRect(0, 0, 19, 366));
+    EXPECT_EQ(form.Image3.height(), 366 * 15);
+}
+
+TEST_F(MainWindowViewTest, TheCdBarStandsBelowTheToolBar) {
+    show();
+    form.Picture4.setVisible(true);
+    runResizeLayout(form);
+    EXPECT_EQ(placeOf("Picture4").top(), placeOf("Picture3").height());
+    EXPECT_EQ(placeOf("TreeView1").top(), placeOf("Picture4").bottom() + 1);
+}
+
+TEST_F(MainWindowViewTest, ALargerWindowGivesItsRoomToTheTree) {
+    show();
+    const QRect before = placeOf("TreeView1");
+    view.resize(view.size() + QSize(100, 50));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(placeOf("TreeView1").size(), before.size() + QSize(100, 50));
+    EXPECT_EQ(placeOf("Picture3").width(), 366);
+}
+
+TEST_F(MainWindowViewTest, TheWindowCannotBecomeSmallerThanItsBars) {
+    show();
+    form.Picture4.setVisible(true);
+    view.resize(10, 10);
+    QCoreApplication::processEvents();
+    runResizeLayout(form);
+    EXPECT_GT(placeOf("TreeView1").height(), 0);
+    EXPECT_GE(placeOf("Picture2").top(), placeOf("TreeView1").bottom());
+}
+
+TEST_F(MainWindowViewTest, EveryControlHasItsWidgetAndEveryWidgetASpokenName) {
+    const char* controls[] = {
+        "Picture1", "Picture2", "Picture3",     "Picture4",        "Picture5",  "Picture6",
+        "Image3",   "Image4",   "Image5",       "Command5",        "Cmdhelp",   "C5555555",
+        "Copt",     "C777",     "Command2",     "CmdSelectAction", "Command11", "Command12",
+        "Label5",   "lblCDID",  "lblNumTracks", "Label3",          "Label2",    "ProgressBar1",
+        "Status",   "Label33",  "lblStatus",    "TreeView1",       "mnuFile",   "mnupopup"};
+    std::set<std::string> names;
+    for (const QWidget* child : view.findChildren<QWidget*>()) {
+        const std::string name = child->objectName().toStdString();
+        names.insert(name);
+        // Qt's own parts within a widget are reached through it.
+        if (!name.empty() && !name.starts_with("qt_")) {
+            EXPECT_FALSE(child->accessibleName().isEmpty()) << name;
+        }
+    }
+    for (const char* control : controls) {
+        EXPECT_THAT(names, Contains(control));
+    }
+    EXPECT_EQ(widget("Command5").accessibleName(), "Exit");
+    EXPECT_EQ(widget("Image4").accessibleName(), "Destination");
+    EXPECT_EQ(widget("lblCDID").accessibleName(), "CD ID:");
+}
+
+TEST_F(MainWindowViewTest, ControlsThatAreNeverSeenHaveNoWidget) {
+    for (const char* name : {"cmdStart", "CmdDecoder", "Command8", "Check9", "lstTracks"}) {
+        EXPECT_EQ(view.findChild<QWidget*>(name), nullptr) << name;
+    }
+}
+
+TEST_F(MainWindowViewTest, TheTabKeyReachesEveryButtonAndTheTree) {
+    form.Picture4.setVisible(true);
+    form.Command2.setVisible(true);
+    show();
+    widget("TreeView1").setFocus();
+    std::set<std::string> reached;
+    for (int i = 0; i < 40; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        reached.insert(QApplication::focusWidget()->objectName().toStdString());
+    }
+    EXPECT_THAT(reached, testing::IsSupersetOf({"TreeView1", "Command5", "Cmdhelp", "C5555555",
+                                                "Copt", "C777", "Command2", "CmdSelectAction",
+                                                "Command11", "Command12"}));
+}
+
+TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltAndALetterEach) {
+    show();
+    QTest::keyClick(&view, Qt::Key_F10);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuFile");
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    QTest::keyClick(&view, Qt::Key_P, Qt::AltModifier);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuPrefs");
+}
+
+TEST_F(MainWindowViewTest, StartHasALetterThatNoMenuHas) {
+    show();
+    int starts = 0;
+    form.CmdSelectAction.onClick = [&] {
+        ++starts;
+    };
+    QTest::keyClick(&view, Qt::Key_S, Qt::AltModifier);
+    // The button shows that it is pressed before it clicks.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return starts == 1; }));
+    EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
+}
+
+TEST_F(MainWindowViewTest, TheMenuKeyOpensThePopupAtTheNodeAfterItsOpeningStep) {
+    show();
+    TreeView& tree = form.TreeView1;
+    const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
+    tree.setSelectedItem(node).passOver();
+    tree.onMouseDown = [&](MouseButtons buttons, NodeRef at) {
+        EXPECT_TRUE(buttons.right);
+        EXPECT_EQ(at, node);
+        form.popupRequested.emit(form.mnupopup);
+    };
+    form.mnupopup.onOpen = [&] {
+        form.mnuStart2.setEnabled(true);
+    };
+    auto* viewport = static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport();
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QCoreApplication::sendEvent(viewport, &key);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->objectName(), "mnupopup");
+    EXPECT_TRUE(menu->actions().constFirst()->isEnabled());
+}
+
+TEST_F(MainWindowViewTest, TheGripDoesWhatThePressOnTheBareSurfaceDoes) {
+    show();
+    int presses = 0;
+    form.onMouseDown = [&] {
+        ++presses;
+    };
+    QTest::mouseClick(&widget("Image3"), Qt::LeftButton);
+    EXPECT_EQ(presses, 1);
+}
+
+TEST_F(MainWindowViewTest, ADiscImageThatIsDroppedIsTold) {
+    show();
+    std::vector<std::string> dropped;
+    view.onImageDropped = [&](const std::string& path) {
+        dropped.push_back(path);
+    };
+    const auto drop = [&](const char* uri) {
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), uri);
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QCoreApplication::sendEvent(&view, &enter);
+        QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&view, &event);
+        return enter.isAccepted();
+    };
+    EXPECT_FALSE(drop("file:///m/song.wav\r\n"));
+    EXPECT_THAT(dropped, IsEmpty());
+    EXPECT_TRUE(drop("file:///m/disc.cue\r\n"));
+    EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));
+    // The tree must leave files to the window that it stands in.
+    EXPECT_FALSE(static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport()->acceptDrops());
+}
+
+TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {
+    show();
+    int queries = 0;
+    form.onQueryUnload = [&] {
+        ++queries;
+    };
+    view.close();
+    EXPECT_EQ(queries, 1);
+    EXPECT_FALSE(form.loaded());
+}
+
+TEST_F(MainWindowViewTest, DisablingTheCommandsLeavesExitAndTheTreeOpen) {
+    show();
+    form.Disablem();
+    EXPECT_FALSE(widget("Copt").isEnabled());
+    EXPECT_FALSE(view.findChild<QAction*>("mnuFile")->isEnabled());
+    EXPECT_TRUE(widget("Command5").isEnabled());
+    EXPECT_TRUE(widget("TreeView1").isEnabled());
+    form.Enablem();
+    EXPECT_TRUE(view.findChild<QAction*>("mnuFile")->isEnabled());
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A small tree in a shown window, for tests of the tree's widget: one collection, two groups, and
+// a log of the events that reach the TreeView. It decides nothing that the product decides.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QTest>
+#include <QWidget>
+#include <gmock/gmock.h>
+
+#include "ui/label_editor.h"
+#include "ui/tree_view_adapter.h"
+
+namespace sonarith {
+
+class TreeFixture : public testing::Test {
+  protected:
+    TreeFixture() {
+        collection = add(nullptr, "Folder");
+        wav = add(collection, "WAV Files");
+        mp3 = add(collection, "MP3 Files");
+        first = add(wav, "one.wav");
+        second = add(wav, "two.wav");
+        tree.setWidth(300 * 15);
+        tree.setHeight(300 * 15);
+        adapter = std::make_unique<TreeViewAdapter>(tree, "Work tree", &window);
+        window.resize(300, 300);
+        window.show();
+        window.activateWindow();
+        tree.ensureVisible(first).passOver();
+        QCoreApplication::processEvents();
+
+        tree.onMouseDown = [this](MouseButtons b, NodeRef node) {
+            note("down", b, node);
+        };
+        tree.onMouseUp = [this](MouseButtons b, NodeRef node) {
+            note("up", b, node);
+        };
+        tree.onMouseMove = [this](MouseButtons b, NodeRef node) {
+            note("move", b, node);
+        };
+        tree.onDoubleClick = [this] {
+            log.push_back("double");
+        };
+        tree.onDragOver = [this](NodeRef node) {
+            note("over", {}, node);
+        };
+        tree.onDragDrop = [this](NodeRef node) {
+            note("drop", {}, node);
+        };
+    }
+
+    NodeRef add(const NodeRef& parent, const std::string& text) {
+        return tree.add(parent, text, text, 1, 4).value();
+    }
+    void note(const std::string& event, MouseButtons buttons, const NodeRef& node) {
+        log.push_back(event + (buttons.left ? " left" : "") + (buttons.right ? " right" : "") +
+                      " " + (node ? node->text() : "nothing"));
+    }
+    /// As the product does: a press selects, and starts an edit.
+    void editOnPress() {
+        tree.onMouseDown = [this](MouseButtons, NodeRef node) {
+            tree.setSelectedItem(node).passOver();
+            tree.startLabelEdit().passOver();
+        };
+    }
+
+    TreeWidget& widget() { return adapter->widget(); }
+    QModelIndex indexOf(const NodeRef& node) {
+        TreeModel& model = static_cast<TreeModel&>(*widget().model());
+        return model.indexOf(node);
+    }
+    QPoint placeOf(const NodeRef& node) { return widget().visualRect(indexOf(node)).center(); }
+    LabelEditor* editor() {
+        for (auto* found : widget().findChildren<LabelEditor*>()) {
+            if (found->isVisible()) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    void pressAt(const NodeRef& node, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(widget().viewport(), button, {}, placeOf(node));
+    }
+    void releaseAt(const NodeRef& node, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseRelease(widget().viewport(), button, {}, placeOf(node));
+    }
+    /// The pointer over a node, the left button down.
+    void moveTo(const NodeRef& node) { movePointer(placeOf(node)); }
+    void movePointer(const QPoint& at) {
+        QWidget* viewport = widget().viewport();
+        QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&widget(), key, modifiers);
+    }
+
+    TreeView tree{"TreeView1"};
+    QWidget window;
+    NodeRef collection;
+    NodeRef wav;
+    NodeRef mp3;
+    NodeRef first;
+    NodeRef second;
+    std::unique_ptr<TreeViewAdapter> adapter;
+    std::vector<std::string> log;
+};
+
+} // namespace sonarith

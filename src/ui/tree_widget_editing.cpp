@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The part of the work tree's widget that opens, places and closes the editor over a label.
+#include <utility>
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
+
+#include "platform/qt/text.h"
+#include "ui/label_editor.h"
+#include "ui/tree_widget.h"
+
+namespace sonarith {
+
+QRect TreeWidget::labelRect(const QModelIndex& index) const {
+    // The style puts a margin at each side of the picture.
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    return visualRect(index).adjusted(iconSize().width() + 2 * margin, 0, 0, 0);
+}
+
+void TreeWidget::openEditor(const NodeRef& node) {
+    closeEditor(Focus::untouched);
+    if (!isVisible()) {
+        tree_.cancelLabelEdit();
+        return;
+    }
+    reveal(node);
+    const QModelIndex index = model_.indexOf(node);
+    scrollTo(index);
+    editedIndex_ = index;
+    editor_ = new LabelEditor(toQString(node->text()), viewport());
+    editor_->onFinished = [this](const QString& text) {
+        finishEdit(text);
+    };
+    editor_->onCancelled = [this] {
+        tree_.cancelLabelEdit();
+        closeEditor(Focus::untouched);
+    };
+    editor_->takesPress = [this](QMouseEvent& event) {
+        return takesPressFromEditor(event);
+    };
+    updateEditorGeometries();
+    editor_->show();
+    editor_->setFocus(Qt::OtherFocusReason);
+}
+
+void TreeWidget::finishEdit(const QString& text) {
+    const NodeRef& edited = tree_.editedNode();
+    const bool changed = edited && toText(text) != edited->text();
+    closeEditor(Focus::toTree);
+    // The handler may open the editor anew.
+    if (changed) {
+        tree_.finishLabelEdit(toText(text));
+    } else {
+        tree_.cancelLabelEdit();
+    }
+}
+
+void TreeWidget::closeEditor(Focus focus) {
+    if (!editor_) {
+        return;
+    }
+    LabelEditor* closing = std::exchange(editor_, nullptr);
+    editedIndex_ = QModelIndex();
+    // It is left by now; the focus that it loses by hiding says nothing more.
+    closing->onFinished = [](const QString&) {
+    };
+    closing->onCancelled = [] {
+    };
+    if (focus == Focus::toTree && closing->hasFocus()) {
+        setFocus(Qt::OtherFocusReason);
+    }
+    closing->hide();
+    // It may be in the middle of its own event.
+    closing->deleteLater();
+}
+
+void TreeWidget::dropEditorWithoutNode() {
+    if (editor_ && !tree_.editedNode()) {
+        closeEditor(Focus::toTree);
+    }
+}
+
+void TreeWidget::updateEditorGeometries() {
+    QTreeView::updateEditorGeometries();
+    if (editor_ && editedIndex_.isValid()) {
+        editor_->setGeometry(labelRect(editedIndex_));
+    }
+}
+
+bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {
+    const QStyleHints& hints = *QGuiApplication::styleHints();
+    const QPoint distance = event.globalPosition().toPoint() - pressedAt_;
+    const bool second = event.button() == Qt::LeftButton && pressedMilliseconds_ != 0 &&
+                        event.timestamp() - pressedMilliseconds_ <=
+                            static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
+                        distance.manhattanLength() <= hints.mouseDoubleClickDistance();
+    if (!second) {
+        return false;
+    }
+    // The first press of this double click has opened the editor; the second is meant for the
+    // tree, as if no editor stood in its way.
+    const NodeRef node = tree_.editedNode();
+    tree_.cancelLabelEdit();
+    closeEditor(Focus::toTree);
+    doubleClick(node);
+    return true;
+}
+
+} // namespace sonarith

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tree_fixture.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TreeEditTest : public TreeFixture {
+  protected:
+    TreeEditTest() {
+        tree.onAfterLabelEdit = [this](bool&, const std::string& text) {
+            log.push_back("after " + text);
+        };
+        tree.setSelectedItem(first).passOver();
+        tree.startLabelEdit().passOver();
+    }
+};
+
+TEST_F(TreeEditTest, TheEditorStandsOverTheLabelWithAllOfItSelected) {
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(editor()->selectedText(), "one.wav");
+    EXPECT_TRUE(editor()->hasFocus());
+    EXPECT_TRUE(widget().visualRect(indexOf(first)).contains(editor()->geometry().center()));
+}
+
+TEST_F(TreeEditTest, ReturnGivesTheNewTextToTheTree) {
+    editor()->setText("caf\u00E9.wav");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("after caf\xC3\xA9.wav"));
+    EXPECT_EQ(first->text(), "caf\xC3\xA9.wav");
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_TRUE(widget().hasFocus());
+}
+
+TEST_F(TreeEditTest, ReturnOnAnUntouchedTextRenamesNothing) {
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeEditTest, EscapeLeavesTheLabelAsItWas) {
+    editor()->setText("other.wav");
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_EQ(first->text(), "one.wav");
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeEditTest, APressElsewhereInTheTreeFinishesTheEditFirst) {
+    editor()->setText("other.wav");
+    pressAt(second);
+    EXPECT_THAT(log, ElementsAre("after other.wav", "down left two.wav"));
+    releaseAt(second);
+}
+
+TEST_F(TreeEditTest, HidingTheWindowCancelsTheEdit) {
+    editor()->setText("other.wav");
+    window.hide();
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeEditTest, ARefusedNameMayOpenTheEditorAgain) {
+    tree.onAfterLabelEdit = [&](bool& cancel, const std::string& text) {
+        log.push_back("refused " + text);
+        cancel = true;
+        tree.startLabelEdit().passOver();
+    };
+    editor()->setText("taken.wav");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("refused taken.wav"));
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(editor()->text(), "one.wav");
+    EXPECT_EQ(tree.editedNode(), first);
+}
+
+TEST_F(TreeEditTest, TheEditorGoesWithItsNode) {
+    tree.remove(wav).passOver();
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeEditTest, TheEditorClosesWhenTheSelectionGoesToAnotherNode) {
+    tree.setSelectedItem(first).passOver();
+    tree.startLabelEdit().passOver();
+    ASSERT_NE(editor(), nullptr);
+    tree.setSelectedItem(second).passOver();
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeEditTest, AnEditOfAnotherNodeReplacesTheEditor) {
+    tree.setSelectedItem(second).passOver();
+    tree.startLabelEdit().passOver();
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(editor()->text(), "two.wav");
+    EXPECT_EQ(tree.editedNode(), second);
+}
+
+TEST_F(TreeEditTest, ANameThatIsNotUtf8IsKeptByteForByte) {
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    const NodeRef odd = add(wav, "caf\xE9.wav");
+    tree.setSelectedItem(odd).passOver();
+    tree.startLabelEdit().passOver();
+    editor()->setText(editor()->text().replace(QStringLiteral(".wav"), QStringLiteral("2.wav")));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_EQ(odd->text(), "caf\xE9"
+                           "2.wav");
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tree_widget.h"
+
+#include <QApplication>
+#include <QMenu>
+
+#include "ui/tree_fixture.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using TreeWidgetTest = TreeFixture;
+
+// Mouse.
+
+TEST_F(TreeWidgetTest, AClickIsAPressAndAReleaseOnTheNode) {
+    pressAt(first);
+    releaseAt(first);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
+}
+
+TEST_F(TreeWidgetTest, APressBelowAllNodesIsOnNone) {
+    QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, QPoint(50, 290));
+    EXPECT_THAT(log, ElementsAre("down left nothing", "up left nothing"));
+}
+
+TEST_F(TreeWidgetTest, AClickSelectsNothingByItself) {
+    pressAt(first);
+    releaseAt(first);
+    EXPECT_FALSE(widget().selectionModel()->hasSelection());
+}
+
+TEST_F(TreeWidgetTest, TheBranchSignOpensAndClosesAndIsNoClick) {
+    const QRect row = widget().visualRect(indexOf(wav));
+    const QPoint sign(row.left() - 8, row.center().y());
+    QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, sign);
+    EXPECT_FALSE(widget().isExpanded(indexOf(wav)));
+    QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, sign);
+    EXPECT_TRUE(widget().isExpanded(indexOf(wav)));
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeWidgetTest, TheReleaseReachesTheTreeThoughThePressHasOpenedAMenu) {
+    QMenu menu(&window);
+    menu.addAction(QStringLiteral("Exit"));
+    tree.onMouseDown = [&](MouseButtons, NodeRef) {
+        menu.popup(widget().popupPosition());
+    };
+    pressAt(first, Qt::RightButton);
+    ASSERT_TRUE(menu.isVisible());
+    EXPECT_EQ(menu.pos(), widget().viewport()->mapToGlobal(placeOf(first)));
+    const QPoint at = menu.mapFromGlobal(widget().viewport()->mapToGlobal(placeOf(first)));
+    QTest::mouseRelease(&menu, Qt::RightButton, {}, at);
+    EXPECT_THAT(log, ElementsAre("up right one.wav"));
+}
+
+TEST_F(TreeWidgetTest, AReleaseWithoutAPressOnTheTreeIsNotTheTrees) {
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeWidgetTest, ADoubleClickComesAfterThePressAndReleaseOfItsFirstClick) {
+    const QPoint at = widget().viewport()->mapTo(&window, placeOf(first));
+    QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
+    EXPECT_THAT(log,
+                ElementsAre("down left one.wav", "up left one.wav", "double", "up left one.wav"));
+}
+
+TEST_F(TreeWidgetTest, ADoubleClickReachesTheTreeThoughItsFirstPressHasOpenedTheEditor) {
+    editOnPress();
+    bool editorWasOpen = false;
+    tree.onMouseUp = [&](MouseButtons, NodeRef node) {
+        note("up", {}, node);
+        editorWasOpen = editorWasOpen || editor();
+    };
+    const QPoint at = widget().viewport()->mapTo(&window, placeOf(first));
+    QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
+    EXPECT_TRUE(editorWasOpen);
+    EXPECT_THAT(log, ElementsAre("up one.wav", "double", "up one.wav"));
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+}
+
+TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsTheEditorsOwn) {
+    editOnPress();
+    pressAt(first);
+    releaseAt(first);
+    ASSERT_NE(editor(), nullptr);
+    // QTest's own clock moves on by a double click's interval with each release.
+    QTest::mouseClick(editor(), Qt::LeftButton, {}, QPoint(30, 5), 600);
+    EXPECT_NE(editor(), nullptr);
+    EXPECT_THAT(log, ElementsAre("up left one.wav"));
+}
+
+TEST_F(TreeWidgetTest, ADoubleClickOnACollectionOpensAndClosesIt) {
+    const QPoint at = widget().viewport()->mapTo(&window, placeOf(collection));
+    QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
+    EXPECT_FALSE(widget().isExpanded(indexOf(collection)));
+    EXPECT_THAT(log, Contains("double"));
+}
+
+// Dragging.
+
+TEST_F(TreeWidgetTest, AHandThatTremblesDuringAClickMovesNothing) {
+    pressAt(first);
+    movePointer(placeOf(first) + QPoint(2, 1));
+    releaseAt(first);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
+}
+
+TEST_F(TreeWidgetTest, ADragPassesOverEachNodeAndEndsInADrop) {
+    tree.onMouseMove = [&](MouseButtons buttons, NodeRef) {
+        if (buttons.left) {
+            tree.beginDrag();
+        }
+    };
+    tree.onDragOver = [&](NodeRef node) {
+        note("over", {}, node);
+        tree.setDropHighlight(node).passOver();
+    };
+    pressAt(first);
+    moveTo(second);
+    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(tree.dropHighlight(), second);
+    moveTo(mp3);
+    EXPECT_EQ(tree.dropHighlight(), mp3);
+    movePointer(QPoint(50, 290));
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav", "over MP3 Files",
+                                 "over nothing", "drop MP3 Files"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(TreeWidgetTest, ADragClosesTheEditorThatItsPressHasOpened) {
+    editOnPress();
+    tree.onMouseMove = [&](MouseButtons, NodeRef) {
+        tree.beginDrag();
+    };
+    pressAt(first);
+    ASSERT_NE(editor(), nullptr);
+    moveTo(mp3);
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("over MP3 Files", "drop MP3 Files"));
+}
+
+TEST_F(TreeWidgetTest, ADragGoesOnThoughItsHandlerMovesAndRemovesNodes) {
+    tree.onMouseMove = [&](MouseButtons, NodeRef) {
+        tree.beginDrag();
+    };
+    tree.onDragOver = [&](NodeRef node) {
+        note("over", {}, node);
+        if (node == mp3) {
+            tree.setParent(first, mp3).passOver();
+            tree.remove(second).passOver();
+        }
+    };
+    pressAt(first);
+    moveTo(second);
+    moveTo(mp3);
+    QCoreApplication::processEvents();
+    moveTo(wav);
+    releaseAt(wav);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav", "over MP3 Files",
+                                 "over WAV Files", "drop WAV Files"));
+}
+
+TEST_F(TreeWidgetTest, EscapeEndsADragWithoutADrop) {
+    tree.onMouseMove = [&](MouseButtons, NodeRef) {
+        tree.beginDrag();
+    };
+    pressAt(first);
+    moveTo(second);
+    key(Qt::Key_Escape);
+    releaseAt(second);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(TreeWidgetTest, ADragCannotBeginWithoutAButtonDown) {
+    tree.beginDrag();
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+// Keys.
+
+TEST_F(TreeWidgetTest, ArrowsMoveTheCurrentRowAndReturnAndSpaceClickIt) {
+    tree.setSelectedItem(wav).passOver();
+    key(Qt::Key_Down);
+    EXPECT_EQ(widget().currentIndex(), indexOf(first));
+    EXPECT_EQ(tree.selectedItem(), wav);
+    EXPECT_EQ(widget().selectionModel()->selectedIndexes(), QModelIndexList{indexOf(wav)});
+    key(Qt::Key_Return);
+    key(Qt::Key_Down);
+    key(Qt::Key_Space);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav", "down left two.wav",
+                                 "up left two.wav"));
+}
+
+TEST_F(TreeWidgetTest, ControlReturnDoubleClicksAlsoWhereTheClickOpensTheEditor) {
+    tree.setSelectedItem(first).passOver();
+    editOnPress();
+    key(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_THAT(log, ElementsAre("up left one.wav", "double", "up left one.wav"));
+    EXPECT_EQ(editor(), nullptr);
+}
+
+TEST_F(TreeWidgetTest, F2RenamesTheCurrentNodeAsAClickOnItDoes) {
+    tree.setSelectedItem(wav).passOver();
+    editOnPress();
+    key(Qt::Key_Down);
+    key(Qt::Key_F2);
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), first);
+    EXPECT_EQ(editor()->selectedText(), "one.wav");
+    EXPECT_THAT(log, ElementsAre("up left one.wav"));
+}
+
+TEST_F(TreeWidgetTest, TheMenuKeyIsARightClickAtTheNode) {
+    tree.setSelectedItem(second).passOver();
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(1, 1),
+                              widget().viewport()->mapToGlobal(QPoint(1, 1)));
+    QCoreApplication::sendEvent(widget().viewport(), &menuKey);
+    EXPECT_THAT(log, ElementsAre("down right two.wav", "up right two.wav"));
+    EXPECT_EQ(widget().popupPosition(), widget().viewport()->mapToGlobal(placeOf(second)));
+}
+
+TEST_F(TreeWidgetTest, TheMenuEventOfAMousePressIsNoSecondPress) {
+    QContextMenuEvent byMouse(QContextMenuEvent::Mouse, placeOf(first),
+                              widget().viewport()->mapToGlobal(placeOf(first)));
+    QCoreApplication::sendEvent(widget().viewport(), &byMouse);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeWidgetTest, AScreenReadersSelectingIsAClick) {
+    widget().selectionModel()->select(indexOf(second), QItemSelectionModel::Select);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(log, ElementsAre("down left two.wav", "up left two.wav"));
+    EXPECT_FALSE(widget().selectionModel()->hasSelection()) << "the tree has selected nothing";
+}
+
+} // namespace
+} // namespace sonarith
