@@ -1,0 +1,22 @@
+# The libraries that are called; docs/architecture.md says why these. Found here, at the top, so that
+# sources, tests and benchmarks see them alike.
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+if(SONARITH_DEVICES)
+  find_package(Threads REQUIRED)
+  pkg_check_modules(CDIO REQUIRED IMPORTED_TARGET libcdio libcdio_paranoia libcdio_cdda)
+  pkg_check_modules(ALSA REQUIRED IMPORTED_TARGET alsa)
+  pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
+  pkg_check_modules(MPG123 REQUIRED IMPORTED_TARGET libmpg123)
+  pkg_check_modules(SAMPLERATE REQUIRED IMPORTED_TARGET samplerate)
+endif()
+if(SONARITH_DESKTOP)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)
+  if(SONARITH_TESTS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  endif()
+endif()
+if(SONARITH_TESTS)
+  find_package(GTest REQUIRED)
+endif()
