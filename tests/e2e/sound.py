@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Holds captured WAV files against the disc image they were captured from, sample by sample."""
 
+import os
 import pathlib
 import wave
 
-from driver import check, check_equal
+from waiting import check, check_equal
 
 FRAME_RATE = 44100
 BYTES_PER_FRAME = 4
@@ -27,6 +28,17 @@ def disc_samples(sheet):
     return pathlib.Path(sheet).with_suffix(".bin").read_bytes()
 
 
+def bytes_of(seconds):
+    return seconds * FRAME_RATE * BYTES_PER_FRAME
+
+
+def track_samples(disc, number, seconds):
+    """Those of one track of a disc of equal tracks."""
+    track = disc[bytes_of((number - 1) * seconds):bytes_of(number * seconds)]
+    check_equal(len(track), bytes_of(seconds), f"the length of track {number} of the image")
+    return track
+
+
 def find_run(samples, run):
     """The frame at which the run begins, or -1; only whole frames count."""
     at = samples.find(run)
@@ -35,40 +47,43 @@ def find_run(samples, run):
     return at // BYTES_PER_FRAME if at >= 0 else -1
 
 
-def check_lead_in(samples, start, name):
-    check(start <= MOST_LEAD_IN_FRAMES, f"{name}: {start} frames stand before the track")
+def check_silence(samples, start, name):
     check(not any(samples[:start * BYTES_PER_FRAME]), f"{name}: no silence before the track")
 
 
-def check_track(path, sheet, number, seconds):
-    """The WAV is the whole track `number` of a disc of equal tracks: silence, the track as one
-    run, and a short piece of what follows on the disc."""
+def check_run(path, disc, number, seconds):
+    """The WAV is the whole track `number` of a disc of equal tracks, whose samples are given:
+    silence, the track as one run, and what follows on the disc. Returns the frames of the silence
+    and those of what follows."""
     samples = captured(path)
-    disc = disc_samples(sheet)
-    length = seconds * FRAME_RATE * BYTES_PER_FRAME
-    track = disc[(number - 1) * length:number * length]
-    check_equal(len(track), length, f"the length of track {number} of the image")
+    track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
     check(start >= 0, f"{path.name} does not hold track {number} as one run")
-    check_lead_in(samples, start, path.name)
-    tail = samples[start * BYTES_PER_FRAME + length:]
-    tail_frames = len(tail) // BYTES_PER_FRAME
-    check(tail_frames <= MOST_TAIL_FRAMES, f"{path.name}: {tail_frames} frames after the track")
-    follows = disc[number * length:] + bytes(len(tail))
+    check_silence(samples, start, path.name)
+    tail = samples[start * BYTES_PER_FRAME + len(track):]
+    follows = disc[bytes_of(number * seconds):] + bytes(len(tail))
     check(follows.startswith(tail), f"{path.name}: what follows the track is not the disc's")
+    return start, len(tail) // BYTES_PER_FRAME
 
 
-def check_beginning(path, sheet, number, seconds):
+def check_track(path, disc, number, seconds):
+    """As check_run, with the bounds of what may stand before and after the track."""
+    lead_in, tail = check_run(path, disc, number, seconds)
+    check(lead_in <= MOST_LEAD_IN_FRAMES, f"{path.name}: {lead_in} frames before the track")
+    check(tail <= MOST_TAIL_FRAMES, f"{path.name}: {tail} frames after the track")
+
+
+def beginning_of_track(path, disc, number, seconds):
     """The WAV is a track that was stopped in the middle: silence, then the track from its first
-    sample on, without a gap to the WAV's end. Returns how many frames of the track there are."""
+    sample on, and nothing else but silence after it. Returns the bytes of the track that are there
+    and those of the silence after them."""
     samples = captured(path)
-    disc = disc_samples(sheet)
-    length = seconds * FRAME_RATE * BYTES_PER_FRAME
-    track = disc[(number - 1) * length:number * length]
-    start = find_run(samples, track[:FRAME_RATE // 10 * BYTES_PER_FRAME])
+    track = track_samples(disc, number, seconds)
+    start = find_run(samples, track[:bytes_of(1) // 10])
     check(start >= 0, f"{path.name} does not hold the beginning of track {number}")
-    check_lead_in(samples, start, path.name)
+    check_silence(samples, start, path.name)
     kept = samples[start * BYTES_PER_FRAME:]
     check(len(kept) < len(track), f"{path.name} was not stopped in the middle")
-    check(track.startswith(kept), f"{path.name} differs from track {number}")
-    return len(kept) // BYTES_PER_FRAME
+    same = len(os.path.commonprefix([kept, track]))
+    check(not any(kept[same:]), f"{path.name} differs from track {number} after {same} bytes")
+    return same, len(kept) - same

@@ -1,0 +1,230 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program as a person sees and handles it: through the accessibility tree and the mouse."""
+
+import subprocess
+
+from gi.repository import GLib
+
+from waiting import check, wait_for
+
+
+class Program:
+    """The started program as it is seen and handled."""
+
+    def __init__(self, desktop, path):
+        """Starts it; its window need not be there yet."""
+        self.desktop = desktop
+        self.process = desktop.launch(path)
+        self._atspi = desktop.atspi
+
+    # Its process.
+
+    @property
+    def running(self):
+        return self.process.poll() is None
+
+    def wait_for_end(self, what="the program's end"):
+        wait_for(what, lambda: not self.running)
+        return self.process.returncode
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    # Eyes. Whatever vanishes while it is looked at counts as not there.
+
+    def _application(self):
+        root = self._atspi.get_desktop(0)
+        for i in range(root.get_child_count()):
+            child = root.get_child_at_index(i)
+            if child is not None and child.get_process_id() == self.process.pid:
+                return child
+        return None
+
+    def _children(self, accessible):
+        # By turns with the count: rows come and go meanwhile.
+        i = 0
+        while i < accessible.get_child_count():
+            child = accessible.get_child_at_index(i)
+            if child is not None:
+                yield child
+            i += 1
+
+    def _walk(self, accessible):
+        yield accessible
+        for child in self._children(accessible):
+            yield from self._walk(child)
+
+    def _tolerant(self, look, otherwise):
+        while GLib.MainContext.default().iteration(False):
+            pass
+        try:
+            return look()
+        except GLib.Error:
+            return otherwise
+
+    def _shows(self, accessible):
+        return accessible.get_state_set().contains(self._atspi.StateType.SHOWING)
+
+    def top_windows(self):
+        """The accessible windows on the screen, main window and boxes alike."""
+        def look():
+            application = self._application()
+            return [] if application is None else [
+                window for window in self._children(application) if self._shows(window)]
+        return self._tolerant(look, [])
+
+    def find(self, name, role=None, within=None):
+        """The first element on the screen of that name (and role name), or None."""
+        def look():
+            for window in [within] if within is not None else self.top_windows():
+                for element in self._walk(window):
+                    if (element.get_name() == name and
+                            (role is None or element.get_role_name() == role) and
+                            self._shows(element)):
+                        return element
+            return None
+        return self._tolerant(look, None)
+
+    def get(self, name, role=None, within=None):
+        return wait_for(f"{role or 'element'} {name!r}", lambda: self.find(name, role, within))
+
+    def window(self, title):
+        def look():
+            for window in self.top_windows():
+                if window.get_name() == title:
+                    return window
+            return None
+        return self._tolerant(look, None)
+
+    @property
+    def title(self):
+        """The main window's caption."""
+        done = self.desktop.xdotool("getwindowname", self.main_window_id())
+        return " ".join(done)
+
+    def main_window_id(self):
+        def look():
+            for window in self.desktop.windows_of(self.process.pid):
+                name = subprocess.run(["xdotool", "getwindowname", window], check=False,
+                                      env=self.desktop.environment, capture_output=True, text=True)
+                if name.stdout.strip().startswith(("Sonarith v2.0", "Extracting Track")):
+                    return window
+            return None
+        return wait_for("the main window", look)
+
+    def labels(self, bar):
+        """The texts of the labels in a bar, from the first to the last."""
+        def look():
+            found = self.find(bar)
+            if found is None:
+                return []
+            return [element.get_name() for element in self._walk(found)
+                    if element.get_role_name() == "label" and self._shows(element)]
+        return self._tolerant(look, [])
+
+    def text(self, name, role="text"):
+        """What stands in a text field."""
+        def look():
+            field = self.find(name, role)
+            return None if field is None else field.get_text(0, field.get_character_count())
+        return self._tolerant(look, None)
+
+    def value(self, name):
+        def look():
+            element = self.find(name)
+            return None if element is None else element.get_current_value()
+        return self._tolerant(look, None)
+
+    def _has_state(self, name, role, state):
+        element = self.find(name, role)
+        return element is not None and self._tolerant(
+            lambda: element.get_state_set().contains(state), False)
+
+    def is_enabled(self, name, role=None):
+        return self._has_state(name, role, self._atspi.StateType.ENABLED)
+
+    def has_focus(self, name, role=None):
+        return self._has_state(name, role, self._atspi.StateType.FOCUSED)
+
+    # Hands.
+
+    def place_of(self, element):
+        box = element.get_extents(self._atspi.CoordType.SCREEN)
+        return box.x + box.width // 2, box.y + box.height // 2
+
+    def click(self, name, role=None, times=1, within=None):
+        """Clicks in an element's middle with the mouse, once it is there and stands still."""
+        def look():
+            element = self.find(name, role, within)
+            return element and self._tolerant(lambda: self.place_of(element), None)
+        def settled():
+            first = look()
+            return first if first is not None and first == look() else None
+        x, y = wait_for(f"{role or 'element'} {name!r} to click", settled)
+        self.desktop.click_at(x, y, times)
+
+    def choose_menu(self, *names):
+        """A menu and its entries, from heading to entry, with the mouse."""
+        for name in names:
+            self.click(name, "menu item")
+
+    # The main window's parts.
+
+    def next_action(self):
+        return (self.labels("Activity bar") or [""])[0]
+
+    def figures(self):
+        """Percentage, bytes captured and progress bar, as (int, int, int); None where one shows
+        no number."""
+        labels = self.labels("Status bar")
+        percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
+        progress = self.value("Progress")
+        return (int(percent[:-1]) if percent[:-1].lstrip("-").isdigit() else None,
+                int(captured.split()[0]) if captured.endswith(" Bytes") else None,
+                None if progress is None else int(progress))
+
+    def rows(self):
+        """The texts of the work tree's rows that are open, from top to bottom."""
+        def look():
+            tree = self.find("Work tree")
+            return [] if tree is None else [row.get_name() for row in self._children(tree)
+                                            if row.get_role_name() == "table cell"]
+        return self._tolerant(look, [])
+
+    def group(self, name):
+        """The rows below a group's row, down to the next group or collection."""
+        rows = self.rows()
+        if name not in rows:
+            return []
+        below = rows[rows.index(name) + 1:]
+        headings = ("Tracks", "Folder", "Files")
+        end = next((i for i, row in enumerate(below) if row.endswith(headings)), len(below))
+        return below[:end]
+
+    def wait_for_window(self):
+        """Until the main window stands with its tree filled; then makes it large enough to show
+        all rows of a small disc, as a person would by its edge."""
+        def stands():
+            check(self.running, f"the program ended by itself with {self.process.returncode}")
+            return "MP3 Files" in self.rows()
+        wait_for("the main window and its tree", stands)
+        self.desktop.xdotool("windowsize", "--sync", self.main_window_id(), 480, 720)
+
+    def open_row(self, name):
+        """Opens a row of the tree by the arrow before it."""
+        before = len(self.rows())
+        def place():
+            row = self.find(name, "table cell")
+            return row and self._tolerant(
+                lambda: row.get_extents(self._atspi.CoordType.SCREEN), None)
+        box = wait_for(f"row {name!r}", place)
+        half_an_indent = 8  # pixels
+        self.desktop.click_at(box.x - half_an_indent, box.y + box.height // 2)
+        wait_for(f"the rows below {name!r}", lambda: len(self.rows()) > before)
+
+    def click_row(self, name, times=1):
+        self.click(name, "table cell", times)
+
+    def close_window(self):
+        self.desktop.ask_to_close(self.main_window_id())

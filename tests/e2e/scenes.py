@@ -1,0 +1,45 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What several scenarios begin or end with."""
+
+from driver import make_disc
+from program import Program
+from sound import bytes_of
+from waiting import check, check_equal, wait_for
+
+
+def start_with_disc(desktop, program, seconds):
+    """The program with a disc of three tracks of that length in the drive and its tracks shown;
+    returns it, the sheet and the destination."""
+    sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal="ramp")
+    # A blank and a capital, since the logic lower-cases the path and names it unquoted.
+    destination = desktop.home / "My Music"
+    desktop.write_store(sheet, destination)
+    started = Program(desktop, program)
+    started.wait_for_window()
+    started.open_row("Available Tracks")
+    return started, sheet, destination
+
+
+def start_track(started, row):
+    """Starts a single track, and waits until two seconds of it have been captured."""
+    started.click_row(row)
+    wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
+    started.click("Start ", "push button")
+    wait_for("two seconds of sound", lambda: (started.figures()[1] or 0) > bytes_of(2))
+
+
+def wavs_by_track(destination):
+    """The WAVs of the destination folder by their track numbers; nothing else may be there."""
+    found = {}
+    for path in sorted(destination.iterdir()):
+        check(path.suffix == ".wav", f"{path.name} stands in the destination folder")
+        number = int(path.stem.rpartition("-")[2])
+        check(number not in found, f"two files of track {number}")
+        found[number] = path
+    return found
+
+
+def close(started):
+    """Closes the main window; the program ends by itself, and well."""
+    started.close_window()
+    check_equal(started.wait_for_end(), 0, "exit code")

@@ -1,0 +1,53 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The window may be closed at any moment, and the program ends well."""
+
+from driver import run
+from scenes import close, start_track, start_with_disc, wavs_by_track
+from sound import beginning_of_track, disc_samples
+from waiting import check_equal, wait_for
+
+SECONDS = 60
+FIRST = "Track  1 - 00:01:00"
+
+
+def check_kept(sheet, destination):
+    found = wavs_by_track(destination)
+    check_equal(list(found), [1], "tracks in the destination folder")
+    beginning_of_track(found[1], disc_samples(sheet), 1, SECONDS)
+
+
+def closing_ends_a_capture_and_keeps_it(desktop, program):
+    started, sheet, destination = start_with_disc(desktop, program, SECONDS)
+    start_track(started, FIRST)
+    close(started)
+    check_kept(sheet, destination)
+
+
+def the_exit_button_ends_a_capture_and_keeps_it(desktop, program):
+    started, sheet, destination = start_with_disc(desktop, program, SECONDS)
+    start_track(started, FIRST)
+    started.click("Exit", "push button")
+    check_equal(started.wait_for_end(), 0, "exit code")
+    check_kept(sheet, destination)
+
+
+def closing_under_a_message_box_ends_the_program(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, seconds=2)
+    started.click_row("Selected Tracks")
+    started.click("Start ", "push button")
+    wait_for("the message box",
+             lambda: started.find("You must select tracks to record.", "label"))
+    close(started)
+
+
+def closing_with_other_windows_open_ends_the_program(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, seconds=2)
+    started.choose_menu("Preferences", "Devices")
+    wait_for("the Devices window", lambda: started.window("Devices"))
+    close(started)
+
+
+if __name__ == "__main__":
+    run(closing_ends_a_capture_and_keeps_it, the_exit_button_ends_a_capture_and_keeps_it,
+        closing_under_a_message_box_ends_the_program,
+        closing_with_other_windows_open_ends_the_program)

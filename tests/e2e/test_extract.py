@@ -1,0 +1,137 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""From a disc to WAV files: choosing tracks, watching a capture, its samples, and cancelling."""
+
+import contextlib
+import os
+import subprocess
+import sys
+
+from driver import run
+from scenes import close, start_track, start_with_disc, wavs_by_track
+from sound import beginning_of_track, bytes_of, check_run, check_track, disc_samples
+from waiting import check, check_equal, wait_for
+
+SECONDS = 3
+TRACKS = [f"Track  {number} - 00:00:0{SECONDS}" for number in (1, 2, 3)]
+
+
+def wait_for_groups(started, selected, available):
+    wait_for(f"{selected} selected and {available} available",
+             lambda: (started.group("Selected Tracks"),
+                      started.group("Available Tracks")) == (selected, available))
+
+
+def watch_capture(started):
+    """Looks at the window until the capture has ended. Returns what was seen: lists of captions,
+    and of (percentage, bytes, progress) in the order of their appearance."""
+    captions, figures = [], []
+
+    def ended():
+        caption = started.title
+        if caption.startswith("Extracting"):
+            if caption not in captions:
+                captions.append(caption)
+            # The logic writes the three one after the other, so a look may fall between two.
+            seen = started.figures()
+            if None not in seen and seen not in figures:
+                figures.append(seen)
+        return captions and caption == "Sonarith v2.0"
+
+    wait_for("the end of the capture", ended, patience=150)
+    return captions, figures
+
+
+def check_moving(figures):
+    percents, captured, progress = (set(column) for column in zip(*figures))
+    for name, values in (("percentage", percents), ("bytes", captured), ("progress", progress)):
+        check(len(values) >= 4, f"the {name} hardly moved: {sorted(values)}")
+    check(all(value <= 100 for value in progress), f"progress beyond 100: {sorted(progress)}")
+
+
+def tracks_move_between_the_groups(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, seconds=SECONDS)
+    wait_for_groups(started, [], TRACKS)
+    started.click_row(TRACKS[1], times=2)
+    wait_for_groups(started, [TRACKS[1]], [TRACKS[0], TRACKS[2]])
+    # Back again it goes to the end of the list.
+    started.click_row(TRACKS[1], times=2)
+    wait_for_groups(started, [], [TRACKS[0], TRACKS[2], TRACKS[1]])
+    close(started)
+
+
+def selected_tracks_become_wav_files(desktop, program):
+    started, sheet, destination = start_with_disc(desktop, program, seconds=SECONDS)
+    for track in (TRACKS[2], TRACKS[0]):
+        started.click_row(track, times=2)
+    wait_for("two selected tracks", lambda: sorted(started.group("Selected Tracks")) ==
+             [TRACKS[0], TRACKS[2]])
+    started.click_row("Selected Tracks")
+    wait_for("the next action",
+             lambda: started.next_action() == "Next Action:  Process  Selected Tracks")
+    started.click("Start ", "push button")
+    captions, figures = watch_capture(started)
+    # The track that was chosen last stands first in the queue.
+    check_equal(captions, ["Extracting Track 1", "Extracting Track 3"], "captions")
+    check_moving(figures)
+    wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
+    check_equal(started.next_action(), "Next action:", "the line of the next action at rest")
+    found = wavs_by_track(destination)
+    check_equal(sorted(found), [1, 3], "tracks in the destination folder")
+    for number, path in found.items():
+        check_track(path, disc_samples(sheet), number, SECONDS)
+    close(started)
+
+
+@contextlib.contextmanager
+def busy_machine():
+    """All processors have other work to do meanwhile."""
+    others = [subprocess.Popen([sys.executable, "-c", "while True: pass"])
+              for _ in range(os.cpu_count())]
+    try:
+        yield
+    finally:
+        for other in others:
+            other.kill()
+            other.wait()
+
+
+def all_available_tracks_become_wav_files_on_a_busy_machine(desktop, program):
+    started, sheet, destination = start_with_disc(desktop, program, seconds=2)
+    started.click_row("Available Tracks")
+    wait_for("the next action", lambda: "Available Tracks" in started.next_action())
+    with busy_machine():
+        started.click("Start ", "push button")
+        captions, _ = watch_capture(started)
+    check_equal(captions, [f"Extracting Track {number}" for number in (1, 2, 3)], "captions")
+    found = wavs_by_track(destination)
+    check_equal(sorted(found), [1, 2, 3], "tracks in the destination folder")
+    for number, path in found.items():
+        # When a track ends depends on when the program gets its turn; what it holds does not.
+        check_run(path, disc_samples(sheet), number, 2)
+    close(started)
+
+
+def a_cancelled_capture_is_kept(desktop, program):
+    seconds = 60
+    started, sheet, destination = start_with_disc(desktop, program, seconds=seconds)
+    start_track(started, "Track  2 - 00:01:00")
+    check(not started.is_enabled("Preferences", "push button"), "commands are open while it runs")
+    check_equal(wavs_by_track(destination), {}, "files before the end of the capture")
+    started.click("Cancel", "push button")
+    found = wait_for("the WAV", lambda: wavs_by_track(destination))
+    check_equal(list(found), [2], "tracks in the destination folder")
+    wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
+    kept, silence = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
+    check(kept >= bytes_of(1), "less than a second was kept")
+    check_equal(silence, 0, "silence after what was captured")
+    row = wait_for("the WAV in the tree", lambda: started.group("WAV Files"))
+    check_equal(len(row), 1, "rows of WAV files")
+    check(row[0].endswith("\\" + found[2].name), f"the row reads {row[0]!r}")
+    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+             started.next_action() == "Next action:")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(tracks_move_between_the_groups, selected_tracks_become_wav_files,
+        all_available_tracks_become_wav_files_on_a_busy_machine, a_cancelled_capture_is_kept)

@@ -1,0 +1,91 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Everything by keyboard alone: menus, the refreshed list, selecting and starting."""
+
+from driver import make_disc, run
+from program import Program
+from scenes import wavs_by_track
+from sound import bytes_of, check_track, disc_samples
+from waiting import check, check_equal, wait_for
+
+SECONDS = 2
+TRACKS = [f"Track  {number} - 00:00:0{SECONDS}" for number in (1, 2, 3)]
+
+
+def start_focused(desktop, program, **disc):
+    sheet = make_disc(desktop.home / "discs", seconds=SECONDS, signal="ramp", **disc)
+    destination = desktop.home / "My Music"
+    desktop.write_store(sheet, destination)
+    started = Program(desktop, program)
+    started.wait_for_window()
+    wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
+    return started, sheet, destination
+
+
+def go_to_row(desktop, started, name):
+    """Moves through the tree by arrow keys until the row has the keyboard."""
+    place = started.rows().index(name)
+    desktop.press("Home", *["Down"] * place)
+
+
+def tracks_are_selected_and_started(desktop, program):
+    started, sheet, destination = start_focused(desktop, program, tracks=3)
+    go_to_row(desktop, started, "Available Tracks")
+    desktop.press("Right")
+    wait_for("the opened group", lambda: started.group("Available Tracks") == TRACKS)
+    go_to_row(desktop, started, TRACKS[1])
+    desktop.press("ctrl+Return")
+    wait_for("the selected track", lambda: started.group("Selected Tracks") == [TRACKS[1]])
+    go_to_row(desktop, started, "Selected Tracks")
+    desktop.press("Return")
+    wait_for("the next action",
+             lambda: started.next_action() == "Next Action:  Process  Selected Tracks")
+    desktop.press("alt+s")
+    wait_for("sound", lambda: (started.figures()[1] or 0) > bytes_of(1))
+    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    found = wavs_by_track(destination)
+    check_equal(list(found), [2], "tracks in the destination folder")
+    check_track(found[2], disc_samples(sheet), 2, SECONDS)
+    desktop.press("alt+F4")
+    check_equal(started.wait_for_end(), 0, "exit code")
+
+
+def menus_refresh_the_list_and_end_the_program(desktop, program):
+    started, sheet, _ = start_focused(desktop, program, tracks=2)
+    go_to_row(desktop, started, "Available Tracks")
+    desktop.press("Right")
+    wait_for("the tracks", lambda: started.group("Available Tracks") == TRACKS[:2])
+    check_equal(make_disc(sheet.parent, seconds=SECONDS, signal="ramp", tracks=3), sheet,
+                "the image that replaces the first")
+    desktop.press("alt+a")
+    wait_for("the menu", lambda: started.find("Refresh List", "menu item"))
+    desktop.press("r")
+    # The tree is built anew, its groups closed.
+    wait_for("the rebuilt tree", lambda: started.rows() and
+             started.rows()[-1] == "Available Tracks")
+    go_to_row(desktop, started, "Available Tracks")
+    desktop.press("Right")
+    wait_for("the new tracks", lambda: started.group("Available Tracks") == TRACKS)
+    desktop.press("F10")
+    wait_for("the focus in the menu bar", lambda: started.has_focus("File"))
+    desktop.press("Down")
+    wait_for("the menu", lambda: started.find("Exit", "menu item"))
+    desktop.press("e")
+    check_equal(started.wait_for_end(), 0, "exit code")
+
+
+def a_running_capture_is_cancelled(desktop, program):
+    started, _, destination = start_focused(desktop, program, tracks=3)
+    go_to_row(desktop, started, "Available Tracks")
+    desktop.press("Return", "alt+s")
+    wait_for("sound", lambda: (started.figures()[1] or 0) > 0)
+    check(started.find("Cancel", "push button"), "there is no button to cancel with")
+    desktop.press("alt+c")
+    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    check_equal(list(wavs_by_track(destination)), [1], "tracks in the destination folder")
+    desktop.press("alt+F4")
+    check_equal(started.wait_for_end(), 0, "exit code")
+
+
+if __name__ == "__main__":
+    run(tracks_are_selected_and_started, menus_refresh_the_list_and_end_the_program,
+        a_running_capture_is_cancelled)
