@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a capture costs: memory for 74 minutes against one minute, processor time against a limit of
+// 3 % of one core, and whether every sample survives two busy cores. No windows: the device
+// commands drive the real drive, sound card and recorder.
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/linux/disc/image_drive.h"
+#include "platform/linux/mci/interpreter.h"
+#include "platform/linux/mci/machine_devices.h"
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using namespace sonarith;
+
+constexpr std::int64_t bytesPerSecond = 44100 * 4;
+
+/// A fresh folder that goes with the object.
+class Folder {
+  public:
+    Folder() {
+        std::string name = (fs::temp_directory_path() / "capture_bench.XXXXXX").string();
+        path = mkdtemp(name.data());
+    }
+    ~Folder() { fs::remove_all(path); }
+    fs::path path;
+};
+
+/// A disc image of one track pair; each frame of the first track holds its own number.
+fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
+    const fs::path bin = folder / "disc.bin";
+    std::ofstream(bin).close();
+    if (numbered) {
+        std::vector<std::uint32_t> frames(static_cast<std::size_t>(seconds * 44100));
+        for (std::size_t i = 0; i < frames.size(); ++i) {
+            frames[i] = static_cast<std::uint32_t>(i + 1);
+        }
+        std::ofstream out(bin, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(frames.data()),
+                  static_cast<std::streamsize>(frames.size() * sizeof(frames[0])));
+    }
+    // A second track of two seconds, so that the disc is one with more than one track.
+    fs::resize_file(bin, static_cast<std::uintmax_t>((seconds + 2) * bytesPerSecond));
+    const fs::path cue = folder / "disc.cue";
+    char second[64];
+    std::snprintf(second, sizeof second, "    INDEX 01 %02d:%02d:00\n",
+                  static_cast<int>(seconds / 60), static_cast<int>(seconds % 60));
+    std::ofstream(cue) << "FILE \"disc.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+                       << "  TRACK 02 AUDIO\n"
+                       << second;
+    return cue;
+}
+
+/// Captures the first track by the monitor's commands. `tick` passes the time of one tick.
+void captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
+                       const mci::Clock& clock, const std::function<void()>& tick) {
+    const fs::path folder = cue.parent_path();
+    const auto drive = std::make_shared<disc::ImageDrive>(cue);
+    mci::Interpreter media(mci::devicesOf({card, clock, [&] { return drive; },
+                                           [&] { return std::vector<fs::path>{folder}; },
+                                           [&](const std::string& name) {
+                                               return folder / name;
+                                           }}));
+    const auto send = [&](const std::string& command) {
+        ReplyBuffer reply(64);
+        if (const int status = media.sendString(command, &reply); status != 0) {
+            std::fprintf(stderr, "%s: %s\n", command.c_str(), media.errorString(status).c_str());
+            std::exit(1);
+        }
+        return std::string(reply.bytes().c_str());
+    };
+    send("open new type waveaudio alias capture");
+    send("set capture samplespersec 44100 channels 2 bitspersample 16 alignment 4 "
+         "bytespersec 176400");
+    send("open cdaudio alias cd");
+    send("set cd time format milliseconds");
+    send("record capture overwrite");
+    send("play cd");
+    while (std::stoll(send("status cd position")) < seconds * 1000) {
+        send("set capture time format bytes");
+        send("status capture length");
+        tick();
+    }
+    for (const char* command :
+         {"stop capture", "stop cd", "save capture track.wav", "close capture", "close cd"}) {
+        send(command);
+    }
+}
+
+/// Runs `work` in a process of its own and answers what the system says it used.
+rusage measured(const std::function<void()>& work) {
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        std::_Exit(0);
+    }
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    if (status != 0) {
+        std::fprintf(stderr, "a measured run failed\n");
+        std::exit(1);
+    }
+    return usage;
+}
+
+long peakKilobytes(std::int64_t seconds) {
+    const Folder folder;
+    const fs::path cue = makeDisc(folder.path, seconds, false);
+    return measured([&] {
+               sound::SoundCard card;
+               sound::SoundCard::Time now{};
+               // As fast as the disc can be read: the clock is ours.
+               captureFirstTrack(
+                   cue, seconds, card, [&] { return now; },
+                   [&] {
+                       now += 100ms;
+                       std::this_thread::yield();
+                   });
+           })
+        .ru_maxrss;
+}
+
+void captureInRealTime(const fs::path& cue, std::int64_t seconds) {
+    sound::SoundCard card;
+    const sound::SoundCardThread thread(card);
+    captureFirstTrack(cue, seconds, card, sound::monotonicNow,
+                      [] { std::this_thread::sleep_for(100ms); });
+}
+
+double secondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+/// Share of one core that a capture in real time takes.
+double coreShare(std::int64_t seconds) {
+    const Folder folder;
+    const fs::path cue = makeDisc(folder.path, seconds, true);
+    const rusage usage = measured([&] { captureInRealTime(cue, seconds); });
+    return (secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime)) / static_cast<double>(seconds);
+}
+
+/// Frames of the track that are not where they belong in the WAV; -1 if it does not begin at all.
+std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs) {
+    const Folder folder;
+    const fs::path cue = makeDisc(folder.path, seconds, true);
+    std::atomic<bool> stop = false;
+    std::vector<std::thread> busy;
+    for (unsigned i = 0; i < std::thread::hardware_concurrency(); ++i) {
+        busy.emplace_back([&] {
+            volatile std::uint64_t turns = 0;
+            while (!stop) {
+                turns = turns + 1;
+            }
+        });
+    }
+    captureInRealTime(cue, seconds);
+    stop = true;
+    for (std::thread& thread : busy) {
+        thread.join();
+    }
+    std::ifstream in(folder.path / "track.wav", std::ios::binary);
+    std::vector<std::uint32_t> frames((fs::file_size(folder.path / "track.wav") - 44) / 4);
+    in.seekg(44);
+    in.read(reinterpret_cast<char*>(frames.data()),
+            static_cast<std::streamsize>(frames.size() * 4));
+    std::size_t lead = 0;
+    while (lead < frames.size() && frames[lead] == 0) {
+        ++lead;
+    }
+    const auto expected = static_cast<std::size_t>(seconds * 44100);
+    if (frames.size() < lead + expected) {
+        return -1;
+    }
+    std::int64_t wrong = 0;
+    for (std::size_t i = 0; i < expected; ++i) {
+        wrong += frames[lead + i] != i + 1;
+    }
+    leadMs = static_cast<double>(lead) / 44.1;
+    tailMs = static_cast<double>(frames.size() - lead - expected) / 44.1;
+    return wrong;
+}
+
+} // namespace
+
+int main() {
+    const long one = peakKilobytes(60);
+    const long many = peakKilobytes(74 * 60);
+    std::printf("memory: 74 min %ld KB, 1 min %ld KB, ratio %.3f (limit about 1)\n", many, one,
+                static_cast<double>(many) / static_cast<double>(one));
+    const double share = coreShare(20);
+    std::printf("processor: %.2f %% of one core, %.2f of the limit of 3 %%\n", share * 100,
+                share / 0.03);
+    double leadMs = 0;
+    double tailMs = 0;
+    const std::int64_t wrong = wrongFramesUnderLoad(20, leadMs, tailMs);
+    std::printf("under load: %lld wrong frames of %d, lead-in %.1f ms, tail %.1f ms\n",
+                static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs);
+    return wrong == 0 ? 0 : 1;
+}

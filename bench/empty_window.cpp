@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The peer of the start-up benchmark: what any Qt Widgets program costs before it does anything.
+#include <QApplication>
+#include <QWidget>
+
+int main(int argc, char** argv) {
+    QApplication qt(argc, argv);
+    QWidget window;
+    window.resize(266, 366);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,136 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The real program on a virtual X server of its own: the time from start to the painted window
+against an empty Qt Widgets window in the same run, and the processor time of the idle program.
+
+program_bench.py FOLDER_OF_THE_PROGRAMS
+"""
+import ctypes
+import os
+import pathlib
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+PAIRS = 15
+IDLE_SECONDS = 20
+TICKS = os.sysconf("SC_CLK_TCK")
+
+
+class XImage(ctypes.Structure):
+    """The head of Xlib's image record, as far as the pixels (Xlib.h)."""
+
+    _fields_ = [(name, ctypes.c_int) for name in ("width", "height", "xoffset", "format")] + [
+        ("data", ctypes.POINTER(ctypes.c_ubyte)),
+        *[(name, ctypes.c_int) for name in ("order", "unit", "bit_order", "pad", "depth", "line")],
+    ]
+
+
+class Screen:
+    """A virtual X server, and whether anything is painted on its black root window."""
+
+    def __init__(self):
+        reader, writer = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-noreset"],
+            pass_fds=[writer],
+            stderr=subprocess.DEVNULL,
+        )
+        os.close(writer)
+        with os.fdopen(reader) as line:
+            self.name = ":" + line.readline().strip()
+        self.xlib = ctypes.CDLL("libX11.so.6")
+        self.xlib.XOpenDisplay.restype = ctypes.c_void_p
+        self.xlib.XGetImage.restype = ctypes.POINTER(XImage)
+        self.xlib.XDefaultRootWindow.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.xlib.XOpenDisplay(self.name.encode()))
+        self.root = ctypes.c_ulong(self.xlib.XDefaultRootWindow(self.display))
+
+    def painted(self):
+        every = ctypes.c_ulong(0xFFFFFFFF)
+        image = self.xlib.XGetImage(self.display, self.root, 0, 0, 1024, 768, every, 2)
+        size = image.contents.line * image.contents.height
+        found = any(memoryview(ctypes.string_at(image.contents.data, size)).cast("Q"))
+        self.xlib.XDestroyImage(image)
+        return found
+
+    def close(self):
+        self.server.kill()
+        self.server.wait()
+
+
+def surroundings(home, screen):
+    """A user of its own: no disc, an empty destination folder, no sound."""
+    store = home / ".config/sonarith"
+    store.mkdir(parents=True)
+    destination = home / "wav"
+    destination.mkdir()
+    logic = "C:" + str(destination).replace("/", "\\\\")
+    (store / "Sonarith v2.0.ini").write_text(
+        f"[Devices]\nOutput=none\n[Settings]\nDecodePath={logic}\n", encoding="utf-8"
+    )
+    runtime = home / "run"
+    runtime.mkdir(mode=0o700)
+    kept = {key: value for key, value in os.environ.items() if not key.startswith("XDG_")}
+    return {**kept, "HOME": str(home), "DISPLAY": screen.name, "XDG_RUNTIME_DIR": str(runtime)}
+
+
+def time_to_paint(screen, program, env):
+    began = time.monotonic()
+    running = subprocess.Popen([program], env=env, stderr=subprocess.DEVNULL)
+    while not screen.painted():
+        if running.poll() is not None or time.monotonic() - began > 60:
+            sys.exit(f"{program} showed no window")
+    elapsed = time.monotonic() - began
+    running.kill()
+    running.wait()
+    while screen.painted():
+        time.sleep(0.01)
+    return elapsed
+
+
+def processor_ticks(pid):
+    fields = pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
+    return int(fields[11]) + int(fields[12])
+
+
+def idle_ticks(program, env):
+    running = subprocess.Popen([program], env=env, stderr=subprocess.DEVNULL)
+    time.sleep(5)
+    before = processor_ticks(running.pid)
+    time.sleep(IDLE_SECONDS)
+    after = processor_ticks(running.pid)
+    running.kill()
+    running.wait()
+    return after - before
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1])
+    home = pathlib.Path(tempfile.mkdtemp(prefix="program_bench."))
+    screen = Screen()
+    try:
+        env = surroundings(home, screen)
+        program, empty = str(folder / "sonarith"), str(folder / "empty_window")
+        pairs = [
+            (time_to_paint(screen, program, env), time_to_paint(screen, empty, env))
+            for _ in range(PAIRS + 1)
+        ][1:]
+        ratio = statistics.median(ours / theirs for ours, theirs in pairs)
+        ours, theirs = (statistics.median(column) for column in zip(*pairs))
+        print(
+            f"start to paint: {ours * 1000:.0f} ms against {theirs * 1000:.0f} ms for an empty "
+            f"window, median ratio {ratio:.2f} (limit 1.5)"
+        )
+        ticks = idle_ticks(program, env)
+        print(f"idle: {ticks} ticks of {1000 // TICKS} ms in {IDLE_SECONDS} s (limit: none to measure)")
+    finally:
+        screen.close()
+        shutil.rmtree(home)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a search of 100,000 files in 5,000 folders costs beside `find -iname` on the same tree in
+// the same run, both warm: the directory walk alone, and the whole search engine with its lists. No
+// windows: a yield handles nothing.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "finder/finder_form.h"
+#include "finder/search_engine.h"
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/linux_directory_walk.h"
+#include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
+#include "platform/text/unicode.h"
+#include "support/fake_settings_store.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace sonarith;
+
+constexpr int folders = 5000;
+constexpr int filesPerFolder = 20;
+constexpr int rounds = 15;
+constexpr double limit = 1.2;
+
+/// A fresh folder that goes with the object. Its path has no dot, or the engine would find nothing.
+class Folder {
+  public:
+    Folder() {
+        std::string name = (fs::temp_directory_path() / "walk_bench-XXXXXX").string();
+        path = mkdtemp(name.data());
+    }
+    ~Folder() { fs::remove_all(path); }
+    fs::path path;
+};
+
+/// Artists with albums, as a person keeps music: 100 folders with 49 folders in each, and in every
+/// one a few files of each kind.
+void makeTree(const fs::path& root) {
+    constexpr int artists = 100;
+    constexpr int foldersPerArtist = folders / artists;
+    for (int artist = 0; artist < artists; ++artist) {
+        const fs::path top = root / ("Artist " + std::to_string(artist));
+        for (int album = 0; album < foldersPerArtist; ++album) {
+            const fs::path folder = album == 0 ? top : top / ("Album " + std::to_string(album));
+            fs::create_directories(folder);
+            for (int file = 0; file < filesPerFolder; ++file) {
+                const char* ending = file % 2 == 0 ? ".wav" : ".MP3";
+                std::ofstream(folder / ("Track " + std::to_string(file) + ending));
+            }
+        }
+    }
+}
+
+/// Handles nothing: what is measured is the walk.
+class NoLoop final : public EventLoop {
+  public:
+    void yield() override {}
+    void waitWhile(const std::function<bool()>&) override {}
+    [[nodiscard]] Time now() const override { return {}; }
+    [[nodiscard]] double secondsSinceMidnight() const override { return 0; }
+    [[nodiscard]] std::unique_ptr<Wakeup> every(Duration, std::function<void()>) override {
+        return nullptr;
+    }
+    [[noreturn]] void endProgram() override { std::abort(); }
+};
+
+double millisecondsOf(const std::function<void()>& step) {
+    const auto start = std::chrono::steady_clock::now();
+    step();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
+/// Runs find, which writes what it finds to a file.
+void runFind(const std::string& root, const std::string& output) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    std::vector<std::string> words{"find", root, "-iname", "*.wav"};
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    int status = -1;
+    if (posix_spawnp(&child, "find", &actions, nullptr, arguments.data(), environ) != 0 ||
+        waitpid(child, &status, 0) != child || status != 0) {
+        std::fprintf(stderr, "find could not be run\n");
+        std::exit(EXIT_FAILURE);
+    }
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+int linesOf(const std::string& path) {
+    std::ifstream in(path);
+    return static_cast<int>(
+        std::count(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>(), '\n'));
+}
+
+/// The walk alone: every entry of every folder, depth first; the count of WAV files.
+int walkAlone(Directories& directories, const std::string& root) {
+    const auto walk = directories.startWalk();
+    std::vector<std::string> waiting{root + "\\"};
+    int count = 0;
+    while (!waiting.empty()) {
+        const std::string folder = waiting.back();
+        waiting.pop_back();
+        FindRecord entry;
+        const FindHandle handle = walk->FindFirst(folder + "*.*", entry);
+        while (walk->FindNext(handle, entry)) {
+            if ((entry.attributes & file_attribute::directory) == 0) {
+                count += entry.name.ends_with(".wav") ? 1 : 0;
+            } else if (!entry.name.starts_with('.')) {
+                waiting.push_back(lowerCase(folder + entry.name + "\\"));
+            }
+        }
+        walk->FindClose(handle);
+    }
+    return count;
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+int main() {
+    const Folder tree;
+    const Folder output;
+    makeTree(tree.path);
+    const std::string list = (output.path / "found").string();
+
+    test::FakeSettingsStore store;
+    DriveTable drives(store);
+    MountInfo mounts;
+    PathMap paths(drives, mounts);
+    LinuxFileSystem files(paths, tree.path.string());
+    LinuxDirectories directories(paths, files);
+    Form frmsearch("frmsearch");
+    FinderForm finder(frmsearch, files, directories);
+    NoLoop loop;
+    SearchEngine engine(finder, directories, loop);
+    const std::string root = paths.toLogic(tree.path.string());
+    if (!finder.Dir1.setPath(root).ok()) {
+        std::fprintf(stderr, "the tree is not where it was made\n");
+        return EXIT_FAILURE;
+    }
+
+    std::vector<double> findMs;
+    std::vector<double> walkMs;
+    std::vector<double> engineMs;
+    int walked = 0;
+    for (int round = 0; round <= rounds; ++round) {
+        const double find = millisecondsOf([&] { runFind(tree.path.string(), list); });
+        const double walk = millisecondsOf([&] { walked = walkAlone(directories, root); });
+        const double search = millisecondsOf([&] {
+            finder.lstdirs.clear();
+            finder.List1.clear();
+            engine.SearchFiles();
+        });
+        if (round > 0) { // the first warms the caches
+            findMs.push_back(find);
+            walkMs.push_back(walk);
+            engineMs.push_back(search);
+        }
+    }
+    const int wanted = folders * filesPerFolder / 2;
+    if (linesOf(list) != wanted || walked != wanted || finder.lstfiles.listCount() != wanted) {
+        std::fprintf(stderr, "found %d by find, %d by the walk, %d by the engine; there are %d\n",
+                     linesOf(list), walked, finder.lstfiles.listCount(), wanted);
+        return EXIT_FAILURE;
+    }
+    const double base = median(findMs);
+    std::printf("%d files in %d folders, median of %d rounds\n", folders * filesPerFolder, folders,
+                rounds);
+    std::printf("find -iname       %8.1f ms\n", base);
+    std::printf("directory walk    %8.1f ms   ratio %.2f (limit %.2f)\n", median(walkMs),
+                median(walkMs) / base, limit);
+    std::printf("search engine     %8.1f ms   ratio %.2f (limit %.2f)\n", median(engineMs),
+                median(engineMs) / base, limit);
+    return EXIT_SUCCESS;
+}
