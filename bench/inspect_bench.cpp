@@ -19,6 +19,7 @@
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/qt_event_loop.h"
+#include "support/fake_directories.h"
 #include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
 #include "support/fake_message_boxes.h"
@@ -27,7 +28,6 @@
 #include "support/fake_settings_store.h"
 #include "support/fake_shell.h"
 #include "ui/main_window_view.h"
-#include "worktree/folder_scanner.h"
 
 namespace {
 
@@ -94,12 +94,13 @@ int main(int argc, char** argv) {
     test::FakeMousePointer pointer;
     test::FakeRandom random;
     test::FakeShell shell;
-    NoFolderScanner scanner;
+    test::FakeDirectories directories;
+    directories.addFolder("c:\\");
     mp3::Mpg123Control mp3(card, sound::monotonicNow,
                            [](const std::string&) { return fs::path(); });
     test::FakeFileDialog fileDialog;
     Application application(
-        {loop, media, store, files, boxes, pointer, random, shell, scanner, mp3, fileDialog});
+        {loop, media, store, files, boxes, pointer, random, shell, directories, mp3, fileDialog});
     const MainWindowView window(application.form1());
     application.start();
 

@@ -16,6 +16,7 @@
 #include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/paths/clock_random.h"
 #include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/mount_info.h"
 #include "platform/linux/paths/path_map.h"
@@ -34,7 +35,6 @@
 #include "ui/devices_window.h"
 #include "ui/main_window_view.h"
 #include "ui/program_style.h"
-#include "worktree/folder_scanner.h"
 
 namespace {
 
@@ -156,14 +156,14 @@ int runProgram() {
     QtMousePointer pointer;
     ClockRandom random;
     QtShell shell(applicationTitle, machinePath);
-    NoFolderScanner scanner;
+    LinuxDirectories directories(paths, files);
     mp3::Mpg123Control mp3(card, sound::monotonicNow, [&](const std::string& path) {
         return std::filesystem::path(machinePath(path));
     });
     QtFileDialog fileDialog(machinePath,
                             [&](const std::string& path) { return paths.toLogic(path); });
     Application application(
-        {loop, media, store, files, boxes, pointer, random, shell, scanner, mp3, fileDialog});
+        {loop, media, store, files, boxes, pointer, random, shell, directories, mp3, fileDialog});
     process = &application.process();
     Form1& form = application.form1();
 

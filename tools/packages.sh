@@ -14,7 +14,7 @@ demo_packages=(
 )
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev ccache clang clang-format clang-tidy
-  libclang-rt-14-dev pulseaudio pulseaudio-utils
+  libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123
 )
 
 # install_missing PACKAGE... : installs those that are not there, saying so; quiet if none is missing.

@@ -14,6 +14,10 @@
 #include "extraction/disc_inspection.h"
 #include "extraction/track_capture.h"
 #include "extraction/track_preview.h"
+#include "finder/finder_form.h"
+#include "finder/finder_scanner.h"
+#include "finder/finder_window.h"
+#include "finder/search_engine.h"
 #include "settings/process_state.h"
 #include "worktree/add_file.h"
 #include "worktree/drag_state.h"
@@ -55,9 +59,14 @@ class Application {
     Windows windows_;
     Form1 form1_;
 
+    FinderForm finder_;
+    SearchEngine searchEngine_;
+    FinderScanner finderScanner_;
+
     DragState drag_;
     FileAdder fileAdder_;
     WorkTree workTree_;
+    FinderWindow finderWindow_;
     TreeMoves treeMoves_;
     TreeSelection treeSelection_;
     TreeDrag treeDrag_;

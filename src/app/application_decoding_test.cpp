@@ -26,7 +26,7 @@ struct DecodingBench : ApplicationBench {
         for (const char* name : {"c", "b", "a"}) {
             const std::string path = folder + "\\" + name + ".mp3";
             files.addFile(path, std::string(200, 'm'));
-            finder.files[folder]["mp3"].push_back(path);
+            disk.addFile(path);
         }
         mp3.duration = 1200ms;
         store.put("Settings", "show full path", "0");

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
     ApplicationBench bench({185000, 61000});
-    bench.finder.files[ApplicationBench::destination]["wav"] = {"c:\\sonarith\\wavfiles\\a.wav"};
+    bench.disk.addFile("c:\\sonarith\\wavfiles\\a.wav");
     bench.application.start();
     EXPECT_TRUE(bench.form.loaded());
     EXPECT_TRUE(bench.form.visible());
@@ -60,7 +60,7 @@ TEST(FormLoad, TakesItsStepsInOrder) {
             EXPECT_THAT(bench.files.log, testing::Contains("changeFolder c:\\sonarith"));
         }
     };
-    bench.finder.whileSearching = [&] {
+    bench.disk.whileListing = [&] {
         steps.push_back("search");
         EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\wavfiles\\");
         EXPECT_TRUE(bench.files.folderExists(ApplicationBench::destination));
@@ -73,8 +73,8 @@ TEST(FormLoad, TakesItsStepsInOrder) {
     EXPECT_EQ(bench.form.TreeView1.height(), designHeight);
     EXPECT_EQ(bench.pointer.shapes.front(), Pointer::hourglass);
     EXPECT_EQ(bench.pointer.shapes.back(), Pointer::normal);
-    // One yield of the inspection, one of the destination, three at the end.
-    EXPECT_EQ(bench.loop.yieldCount(), 5);
+    // One yield of the inspection, one of the destination, two of each search, three at the end.
+    EXPECT_EQ(bench.loop.yieldCount(), 9);
 }
 
 TEST(FormLoad, EndsAtAProgramFolderThatCannotBeEntered) {
@@ -104,13 +104,13 @@ TEST(RefreshList, ReadsTheDiscAgainAndRebuildsTheTree) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.log.clear();
-    bench.finder.log.clear();
+    bench.disk.listed.clear();
     bench.form.lstTracks.clear();
     bench.form.mnuRefreshlist.click();
     EXPECT_EQ(bench.media.log.at(2), "open cdaudio alias cd");
     EXPECT_EQ(bench.form.lstTracks.listCount(), 2);
-    EXPECT_THAT(bench.finder.log,
-                ElementsAre("folder c:\\sonarith\\wavfiles", "search wav", "search mp3"));
+    EXPECT_THAT(bench.disk.listed,
+                ElementsAre("c:\\sonarith\\wavfiles\\*.*", "c:\\sonarith\\wavfiles\\*.*"));
 }
 
 TEST(Help, AsksForTheHelpFileOfTheProgramsFolder) {

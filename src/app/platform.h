@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/active_mp3.h"
+#include "platform/directory_walk.h"
 #include "platform/event_loop.h"
 #include "platform/file_dialog.h"
 #include "platform/file_system.h"
@@ -13,7 +14,6 @@
 #include "platform/random.h"
 #include "platform/settings_store.h"
 #include "platform/shell.h"
-#include "worktree/folder_scanner.h"
 
 namespace sonarith {
 
@@ -26,7 +26,7 @@ struct Platform {
     MousePointer& pointer;
     Random& random;
     Shell& shell;
-    FolderScanner& scanner;
+    Directories& directories;
     ActiveMP3& mp3;
     FileDialog& fileDialog;
 };

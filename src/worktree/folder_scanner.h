@@ -23,15 +23,4 @@ class FolderScanner {
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;
 };
 
-/// Stands in for the finder where there is none: it finds nothing.
-class NoFolderScanner final : public FolderScanner {
-  public:
-    Status setFolder(const std::string&) override { return {}; }
-    void search(const std::string&) override {}
-    [[nodiscard]] const ListBox& lstfiles() const override { return lstfiles_; }
-
-  private:
-    ListBox lstfiles_{"lstfiles"};
-};
-
 } // namespace sonarith

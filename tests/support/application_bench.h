@@ -14,9 +14,9 @@
 
 #include "app/application.h"
 #include "support/fake_active_mp3.h"
+#include "support/fake_directories.h"
 #include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
-#include "support/fake_folder_scanner.h"
 #include "support/fake_message_boxes.h"
 #include "support/fake_mouse_pointer.h"
 #include "support/fake_random.h"
@@ -39,7 +39,7 @@ class ApplicationBench {
         disc.onSave = [this](const SavedCapture& save) {
             files.addFile(save.path, std::string(200, 'w'));
         };
-        finder.files[destination] = {};
+        disk.addFolder(destination);
     }
 
     void select(const std::string& text) {
@@ -75,13 +75,13 @@ class ApplicationBench {
     FakeMousePointer pointer;
     FakeRandom random;
     FakeShell shell;
-    FakeFolderScanner finder;
+    FakeDirectories disk;
     ScriptedMediaControl media;
     FakeActiveMP3 mp3{loop, files};
     FakeFileDialog dialog;
     SimulatedDisc disc;
     Application application{
-        Platform{loop, media, store, files, boxes, pointer, random, shell, finder, mp3, dialog}};
+        Platform{loop, media, store, files, boxes, pointer, random, shell, disk, mp3, dialog}};
     Form1& form = application.form1();
     Windows& windows = application.windows();
     ProcessState& process = application.process();

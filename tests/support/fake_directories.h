@@ -10,6 +10,7 @@
 //     EXPECT_EQ(disk.listed, ...);                          // the patterns of FindFirst, in order
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -44,6 +45,8 @@ class FakeDirectories final : public Directories {
     void withoutDots(const std::string& path) { dotless_.insert(caseFolded(plain(path))); }
     /// FindFirst() answers 0 for this folder.
     void answerZeroFor(const std::string& path) { zero_.insert(caseFolded(plain(path))); }
+    /// Runs at each FindFirst(), before its answer.
+    std::function<void()> whileListing;
 
     // --- what a test looks at --------------------------------------------------------------
 
@@ -81,6 +84,9 @@ class FakeDirectories final : public Directories {
 
         FindHandle FindFirst(const std::string& pattern, FindRecord& record) override {
             disk_.listed.push_back(pattern);
+            if (disk_.whileListing) {
+                disk_.whileListing();
+            }
             const std::string allOfIt = "*.*";
             if (!pattern.ends_with(allOfIt)) {
                 return invalidFindHandle;
