@@ -9,11 +9,11 @@ build_packages=(
 )
 # For a machine without a display: a virtual one, and what plays a person in front of it.
 demo_packages=(
-  xvfb openbox xdotool imagemagick x11-utils dbus dbus-x11 at-spi2-core python3-pyatspi python3-gi
+  xvfb openbox xdotool imagemagick x11-utils dbus at-spi2-core python3-gi
   gir1.2-atspi-2.0 fonts-dejavu-core
 )
 test_packages=(
-  libgtest-dev libgmock-dev libbenchmark-dev ccache clang clang-format clang-tidy
+  libgtest-dev libgmock-dev ccache clang clang-format clang-tidy
   libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123
 )
 
