@@ -130,6 +130,30 @@ TEST(Extraction, TurnsAChosenQueueIntoFiles) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
+TEST(Extraction, ASecondStartAtAnyYieldOfARunEndsByItselfToo) {
+    for (int n = 1;; ++n) {
+        SCOPED_TRACE("at yield " + std::to_string(n));
+        ASSERT_LT(n, 1000);
+        ApplicationBench bench({300, 300});
+        bench.application.start();
+        bench.select("Available Tracks");
+        bool reached = false;
+        bench.loop.atYield(n, [&] {
+            reached = true;
+            // One track: the queue is at work already.
+            bench.select("Track  1 - 00:00:00");
+            bench.form.CmdSelectAction.click();
+        });
+        // A wait that no tick ends would throw here.
+        bench.form.CmdSelectAction.click();
+        EXPECT_TRUE(bench.idle());
+        EXPECT_TRUE(bench.commandsOpen());
+        if (!reached) {
+            break;
+        }
+    }
+}
+
 TEST(Extraction, OpensTheCommandsAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();

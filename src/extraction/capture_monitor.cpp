@@ -56,10 +56,11 @@ std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
 void CaptureMonitor::showProgress(std::int32_t positionMs) {
     const auto start = static_cast<double>(context_.capture.trackStartMs);
     const auto end = static_cast<double>(context_.capture.trackEndMs);
-    // A track without length has no percentage.
-    const double percent =
-        end != start ? std::floor((positionMs - start) / (end - start) * 100) : 0;
-    const auto shown = static_cast<std::int64_t>(percent);
+    if (end == start) {
+        return; // a track without length has no percentage
+    }
+    const auto shown =
+        static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     context_.form.Label33.setCaption(std::to_string(shown) + "%");
     // Before the track's start the value is negative, and the bar stays as it is.
     context_.form.ProgressBar1.setValue(shown).passOver();

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A form's timer: fires again and again while enabled, and never enters its handler twice at once.
+// A form's timer: fires again and again while enabled, and does not fire while its tick runs. A
+// tick that switches it off and on has started it anew: from then on it fires also while that tick
+// waits for something, so a job that one tick starts is watched like any other.
 #pragma once
 
 #include <memory>
@@ -24,31 +26,19 @@ class Timer {
         if (!enabled) {
             wakeup_.reset();
         } else if (!wakeup_) {
-            wakeup_ = loop_.every(interval_, [this] { fire(); });
+            wakeup_ = loop_.every(interval_, [this] { run(onTimer); });
         }
     }
 
     Handler<> onTimer;
     /// One tick, whether the timer is on or not.
-    void fire() {
-        if (firing_) {
-            return;
-        }
-        // Put back also when the end of the program unwinds through the handler.
-        const struct Firing {
-            bool& flag;
-            explicit Firing(bool& on) : flag(on) { flag = true; }
-            ~Firing() { flag = false; }
-        } guard(firing_);
-        run(onTimer);
-    }
+    void fire() { run(onTimer); }
 
   private:
     EventLoop& loop_;
     std::string name_;
     EventLoop::Duration interval_;
     std::unique_ptr<Wakeup> wakeup_;
-    bool firing_ = false;
 };
 
 } // namespace sonarith
