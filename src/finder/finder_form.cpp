@@ -26,7 +26,9 @@ void FinderForm::reset() {
     for (TextBox* box : {&Text1, &zFileExt2, &Text2}) {
         box->setText("");
     }
-    const std::string here = files_.currentFolder();
+    // Not the current folder: a destination that could not be made leaves that at the root of a
+    // drive, and a scan from there on would walk all of it.
+    const std::string here = files_.programFolder();
     Dir1.reset(here);
     Drive1.reset(here);
     Command1.setCaption(searchCaption);

@@ -158,7 +158,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesTheFolder) {
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
-    EXPECT_EQ(finder.Dir1.path(), "c:\\");
+    EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
 }
 
 // --- a found file ---------------------------------------------------------------------------
@@ -294,7 +294,7 @@ TEST_F(FinderWindowTest, ComesBackNewAfterItWasClosed) {
     EXPECT_EQ(finder.zFileExt.text(), ".wav");
     EXPECT_EQ(finder.Text1.text(), "");
     EXPECT_EQ(finder.chkhidelist.value(), 0);
-    EXPECT_EQ(finder.Dir1.path(), "c:\\");
+    EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
     EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
     EXPECT_EQ(finder.Label1.caption(), "");
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());

@@ -149,11 +149,8 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }
-    // The name without its extension is what stands before its own first dot; what follows from
-    // there to the end cannot stand in it twice. It, too, stays as it was without a dot.
-    if (const auto dot = name.find('.'); dot != std::string::npos) {
-        finder_.Text2.setText(lowerCase(name.substr(0, dot)));
-    }
+    // The name without its extension is what stands before its own first dot, or all of it.
+    finder_.Text2.setText(lowerCase(name.substr(0, name.find('.'))));
     finder_.zFileExt2.setText(lowerCase(ext));
     if (isWanted()) {
         finder_.lstfiles.addItem(lowerCase(full));

@@ -142,12 +142,13 @@ TEST_F(SearchMatchingTest, EachFolderBeginsWithoutAnExtensionToTakeOn) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(SearchMatchingTest, AFileWithoutAnyDotKeepsTheNameOfTheOneBefore) {
+TEST_F(SearchMatchingTest, AFileWithoutAnyDotHasTheExtensionOfTheOneBeforeAndItsOwnName) {
     disk.addFile("c:\\music\\track1.wav");
     disk.addFile("c:\\music\\other");
+    disk.addFile("c:\\music\\Track1");
     finder.Text1.setText("track1");
     search("c:\\music", ".wav");
-    EXPECT_THAT(found(), ElementsAre("c:\\music\\track1.wav", "c:\\music\\other"));
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\track1.wav", "c:\\music\\track1"));
 }
 
 } // namespace
