@@ -134,9 +134,11 @@ void DecodeJob::finish(const Decoded& decoded, WavTarget& target, DecodeResult& 
     result.count = decoded.count;
     std::optional<Error> failure = decoded.failure;
     result.outcome = decoded.stopped ? DecodeOutcome::stopped : DecodeOutcome::completed;
-    // A stop before the first sample leaves what stands under the name: it would be replaced by
-    // nothing.
-    if (!failure && (!decoded.stopped || decoded.samples > 0)) {
+    if (!decoded.stopped && decoded.samples == 0) {
+        result.outcome = DecodeOutcome::noFrames; // a tag's frame alone
+    }
+    // Without a sample, what stands under the name stays: it would be replaced by nothing.
+    if (!failure && decoded.samples > 0) {
         if (const Status finished = target.finish(decoded.samples); !finished.ok()) {
             failure = finished.error();
         } else {

@@ -100,6 +100,13 @@ TEST_F(DecodeJobTest, WritesNothingWhereThereIsNoFrame) {
     }
 }
 
+TEST_F(DecodeJobTest, WritesNothingForAnInformationFrameAlone) {
+    writeFile(target, text("old"));
+    // 128 kbit/s at 44100 Hz without padding: 417 bytes.
+    EXPECT_EQ(decode(fixture::part(fixture::ordinary(), 0, 417)).outcome, DecodeOutcome::noFrames);
+    EXPECT_EQ(readFile(target), text("old"));
+}
+
 TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
     writeFile(target, text("old"));
     EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // not there

@@ -22,6 +22,9 @@ WavTarget::create(const fs::path& target, const PcmFormat& format, std::int64_t 
     if (target.native().find('\0') != std::string::npos) {
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
+    if (!target.has_filename()) {
+        return {ErrorNumber::badFileName, "there is no name to write to"};
+    }
     std::error_code noSuchFile;
     if (fs::is_directory(target, noSuchFile)) { // better told now than after the work
         return sound::systemError(EISDIR, target);

@@ -96,5 +96,10 @@ TEST_F(WavTargetTest, AFullDiskIsToldAndLeavesTheOldFile) {
     EXPECT_EQ(entries(), 1);
 }
 
+TEST_F(WavTargetTest, IsNotMadeForAPathWithoutAName) {
+    EXPECT_FALSE(WavTarget::create("", {44100, 2}).ok());
+    EXPECT_FALSE(WavTarget::create(folder.path() / "", {44100, 2}).ok());
+}
+
 } // namespace
 } // namespace sonarith::mp3
