@@ -111,6 +111,10 @@ DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound:
         chosen.write("Source", name);
         applySource(card, name);
     };
+    // An action that has closed the commands opens the drive again for each of its tracks.
+    choices.driveInUse = [&] {
+        return !form.mnuPrefs.enabled();
+    };
     choices.refreshList = [&] {
         form.mnuRefreshlist.click();
     };

@@ -181,6 +181,11 @@ void DevicesWindow::showReport() {
 }
 
 void DevicesWindow::chooseDrive(const std::string& drive) {
+    if (choices_.driveInUse()) {
+        showDrives();
+        report_->setPlainText(tr("The drive is in use. Choose again when the action has ended."));
+        return;
+    }
     choices_.setDrive(drive);
     // Refreshing yields; a choice in the middle of it is refreshed after it, not inside.
     refreshAgain_ = refreshing_;

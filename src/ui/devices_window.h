@@ -37,6 +37,8 @@ struct DeviceChoices {
     std::function<void(const std::string&)> setOutput;
     std::function<void(const std::string&)> setSource;
 
+    /// Whether an action is using the drive: it cannot be changed until that has ended.
+    std::function<bool()> driveInUse;
     /// "Refresh List"; it may yield.
     std::function<void()> refreshList;
     /// What is wrong with the disc, in words; empty if nothing is.
@@ -51,8 +53,8 @@ class DevicesWindow : public QDialog {
 
     /// Looks for devices anew, and shows the window.
     void open() override;
-    /// Stores a drive, a device node or the path of an image, and refreshes. For images that are
-    /// dropped on the main window, too.
+    /// Stores a drive, a device node or the path of an image, and refreshes; only says so while the
+    /// drive is in use. For images that are dropped on the main window, too.
     void chooseDrive(const std::string& drive);
 
   private:

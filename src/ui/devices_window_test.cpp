@@ -34,6 +34,7 @@ class DevicesWindowTest : public testing::Test {
                 },
             .setOutput = [this](const std::string& name) { output = name; },
             .setSource = [this](const std::string& name) { source = name; },
+            .driveInUse = [this] { return inUse; },
             .refreshList =
                 [this] {
                     log.push_back("refresh " + drive);
@@ -51,6 +52,7 @@ class DevicesWindowTest : public testing::Test {
         EXPECT_NE(found_, nullptr) << name;
         return *found_;
     }
+    bool inUse = false;
     std::vector<std::string> listed() {
         std::vector<std::string> texts;
         const auto& list = child<QListWidget>("drives");
@@ -179,6 +181,19 @@ TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {
     for (const char* name : {"drives", "pickImage", "output", "source", "report", "close"}) {
         EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;
     }
+}
+
+TEST_F(DevicesWindowTest, LeavesADriveThatIsInUseAsItIsAndSaysSo) {
+    drive = "/dev/sr0";
+    inUse = true;
+    window.chooseDrive("/discs/other.cue");
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_EQ(drive, "/dev/sr0");
+    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
+              "The drive is in use. Choose again when the action has ended.");
+    inUse = false;
+    window.chooseDrive("/discs/other.cue");
+    EXPECT_THAT(log, ElementsAre("drive /discs/other.cue", "refresh /discs/other.cue"));
 }
 
 } // namespace

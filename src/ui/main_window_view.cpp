@@ -145,7 +145,8 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
         event->acceptProposedAction();
-        onImageDropped(path);
+        // After the drop has ended: reading the disc may ask a question, and whoever dropped waits.
+        QTimer::singleShot(0, this, [this, path] { onImageDropped(path); });
     }
 }
 

@@ -35,7 +35,9 @@ std::string programFolder(const std::string& executableFolder, const std::string
     const std::string folder = dataFolder + "/sonarith";
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
-    return folder;
+    // A program that cannot enter its folder never shows a window.
+    const bool usable = std::filesystem::is_directory(folder, failed);
+    return usable || executableFolder.empty() ? folder : executableFolder;
 }
 
 } // namespace sonarith

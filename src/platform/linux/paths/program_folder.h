@@ -14,8 +14,8 @@ namespace sonarith {
 [[nodiscard]] std::string userDataFolder();
 
 /// "The program's folder": that of the executable if it may be written there, else (an installed
-/// program) "sonarith" below `dataFolder`, which is made. If that fails the path is given all the
-/// same, and what is attempted there fails with a message of its own.
+/// program) "sonarith" below `dataFolder`, which is made. If that fails, the executable's all the
+/// same: it can be entered, and what is written there fails with a message of its own.
 [[nodiscard]] std::string programFolder(const std::string& executableFolder,
                                         const std::string& dataFolder);
 

@@ -52,6 +52,10 @@ TEST(ProgramFolder, IsBelowTheUsersDataForAnInstalledProgram) {
     EXPECT_TRUE(fs::is_directory(data + "/sonarith"));
 }
 
+TEST(ProgramFolder, IsTheExecutablesIfNoOtherCanBeMade) {
+    EXPECT_EQ(programFolder("/proc", "/proc/no"), "/proc");
+}
+
 TEST(ProgramFolder, IsNamedEvenIfItCannotBeMade) {
     EXPECT_EQ(programFolder("", "/proc/no"), "/proc/no/sonarith");
 }
