@@ -34,7 +34,8 @@ void TreeWidget::openEditor(const NodeRef& node) {
     };
     editor_->onCancelled = [this] {
         tree_.cancelLabelEdit();
-        closeEditor(Focus::untouched);
+        // Hiding a focused editor would pass the keys on to the next control: a button.
+        closeEditor(Focus::toTree);
     };
     editor_->takesPress = [this](QMouseEvent& event) {
         return takesPressFromEditor(event);

@@ -17,6 +17,10 @@ from waiting import check, wait_for
 
 # Longer than a desktop's double click, so that two clicks on one place stay two.
 SECONDS_BETWEEN_CLICKS = 0.6
+# As a hand needs them; the program is not the faster for it, and not the slower.
+SECONDS_BETWEEN_DRAG_STEPS = 0.2
+# More than a hand that trembles while it clicks.
+PIXELS_OF_A_DRAG = 16
 
 
 def _adopt_orphans():
@@ -190,12 +194,24 @@ class Desktop:
                               capture_output=True, text=True)
         return done.stdout.split()
 
-    def click_at(self, x, y, times=1):
+    def click_at(self, x, y, times=1, button=1):
         place, when = self._last_click
         if place == (x, y):
             time.sleep(max(0.0, when + SECONDS_BETWEEN_CLICKS - time.monotonic()))
-        self.xdotool("mousemove", x, y, "click", "--repeat", times, "--delay", 40, 1)
+        self.xdotool("mousemove", x, y, "click", "--repeat", times, "--delay", 40, button)
         self._last_click = ((x, y), time.monotonic())
+
+    def drag(self, start, end):
+        """With the left button from one place to the other: a little aside, as a hand begins, and
+        then in one leap."""
+        place, when = self._last_click
+        if place == start:
+            time.sleep(max(0.0, when + SECONDS_BETWEEN_CLICKS - time.monotonic()))
+        aside = (start[0] + PIXELS_OF_A_DRAG, start[1])
+        for step in (("mousemove", *start), ("mousedown", 1), ("mousemove", *aside),
+                     ("mousemove", *end), ("mouseup", 1)):
+            self.xdotool(*step)
+            time.sleep(SECONDS_BETWEEN_DRAG_STEPS)
 
     def press(self, *keys):
         """Keys one after the other, in xdotool's writing ("alt+a", "Return")."""

@@ -108,7 +108,8 @@ class Program:
             for window in self.desktop.windows_of(self.process.pid):
                 name = subprocess.run(["xdotool", "getwindowname", window], check=False,
                                       env=self.desktop.environment, capture_output=True, text=True)
-                if name.stdout.strip().startswith(("Sonarith v2.0", "Extracting Track")):
+                if name.stdout.strip().startswith(
+                        ("Sonarith v2.0", "Extracting Track", "Decoding ")):
                     return window
             return None
         return wait_for("the main window", look)
@@ -153,16 +154,19 @@ class Program:
         box = element.get_extents(self._atspi.CoordType.SCREEN)
         return box.x + box.width // 2, box.y + box.height // 2
 
-    def click(self, name, role=None, times=1, within=None):
-        """Clicks in an element's middle with the mouse, once it is there and stands still."""
+    def _settled_place(self, name, role=None, within=None):
+        """An element's middle, once it is there and stands still."""
         def look():
             element = self.find(name, role, within)
             return element and self._tolerant(lambda: self.place_of(element), None)
         def settled():
             first = look()
             return first if first is not None and first == look() else None
-        x, y = wait_for(f"{role or 'element'} {name!r} to click", settled)
-        self.desktop.click_at(x, y, times)
+        return wait_for(f"{role or 'element'} {name!r} to stand still", settled)
+
+    def click(self, name, role=None, times=1, within=None):
+        """Clicks in an element's middle with the mouse, once it is there and stands still."""
+        self.desktop.click_at(*self._settled_place(name, role, within), times)
 
     def choose_menu(self, *names):
         """A menu and its entries, from heading to entry, with the mouse."""
@@ -225,6 +229,16 @@ class Program:
 
     def click_row(self, name, times=1):
         self.click(name, "table cell", times)
+
+    def drag_row(self, name, target):
+        """Drags a row of the tree to another one, over no row between the two."""
+        self.desktop.drag(self._settled_place(name, "table cell"),
+                          self._settled_place(target, "table cell"))
+
+    def open_popup(self, name):
+        """A row's popup menu, with the right mouse button."""
+        self.desktop.click_at(*self._settled_place(name, "table cell"), button=3)
+        wait_for("the popup menu", lambda: self.find("Remove from List", "menu item"))
 
     def close_window(self):
         self.desktop.ask_to_close(self.main_window_id())

@@ -20,6 +20,48 @@ def start_with_disc(desktop, program, seconds):
     return started, sheet, destination
 
 
+def music_folder(desktop):
+    """The destination, empty. A blank and capitals, as above."""
+    folder = desktop.home / "My Music"
+    folder.mkdir()
+    return folder
+
+
+def start_in(desktop, program, destination, full_paths=False):
+    """The program with this destination folder, whose files the tree shows by their paths or by
+    their names alone, and with a disc that nothing is done with."""
+    sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
+    desktop.write_store(sheet, destination, **{"show%20full%20path": int(full_paths)})
+    started = Program(desktop, program)
+    started.wait_for_window()
+    return started
+
+
+def go_to_row(desktop, started, name):
+    """Moves through the tree by arrow keys until the row has the keyboard."""
+    place = started.rows().index(name)
+    desktop.press("Home", *["Down"] * place)
+
+
+def row_of(path):
+    """A file's row where the tree shows paths: the logic's path in lower case."""
+    return ("c:" + str(path).replace("/", "\\")).lower()
+
+
+def check_box(started, text):
+    """A message box says so; it is closed by its button."""
+    wait_for(f"the message box {text!r}", lambda: started.find(text, "label"))
+    started.click("OK", "push button")
+    wait_for("the closed message box", lambda: started.find(text, "label") is None)
+
+
+def start_row(started, row):
+    """Selects a row and starts what it stands for."""
+    started.click_row(row)
+    wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
+    started.click("Start ", "push button")
+
+
 def start_track(started, row):
     """Starts a single track, and waits until two seconds of it have been captured."""
     started.click_row(row)

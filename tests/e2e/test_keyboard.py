@@ -3,7 +3,7 @@
 
 from driver import make_disc, run
 from program import Program
-from scenes import wavs_by_track
+from scenes import go_to_row, wavs_by_track
 from sound import bytes_of, check_track, disc_samples
 from waiting import check, check_equal, wait_for
 
@@ -19,12 +19,6 @@ def start_focused(desktop, program, **disc):
     started.wait_for_window()
     wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
     return started, sheet, destination
-
-
-def go_to_row(desktop, started, name):
-    """Moves through the tree by arrow keys until the row has the keyboard."""
-    place = started.rows().index(name)
-    desktop.press("Home", *["Down"] * place)
 
 
 def tracks_are_selected_and_started(desktop, program):

@@ -139,6 +139,7 @@ TEST_F(CapturePumpTest, DeliversWhatTheDeviceHearsWithoutAGap) {
 TEST_F(CapturePumpTest, WaitsForACushionAfterItRanOut) {
     device->provide(441 * 7);
     CapturePump pump(opener(), timing);
+    ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
     pullSound(pump, 441 * 5);
     pull(pump, 441 * 3); // the last two blocks, and a gap
     device->provide(441);

@@ -1,0 +1,240 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""From MP3 files to WAV files: one, the selected ones, all of them, and stopping in the middle."""
+
+from driver import run
+from mp3 import check_beginning, check_decoded, make_long_mp3, make_mp3
+from scenes import close, music_folder, row_of, start_in, start_row
+from waiting import check, check_equal, wait_for
+
+SECONDS = 2
+HERTZ = {"first": 440, "second": 550, "third": 660}
+# So long that it is far from its end when a hand reaches the button.
+LONG_HOURS = 3
+
+
+def start_with_tones(desktop, program, full_paths=False):
+    """The program with the three short files in its destination; returns both."""
+    destination = music_folder(desktop)
+    for name, hertz in HERTZ.items():
+        make_mp3(destination / f"{name}.mp3", SECONDS, hertz)
+    started = start_in(desktop, program, destination, full_paths)
+    check_equal(len(started.group("MP3 Files")), len(HERTZ), "MP3 files at the start")
+    return started, destination
+
+
+def start_with_long_file(desktop, program):
+    destination = music_folder(desktop)
+    make_long_mp3(destination / "long.mp3", LONG_HOURS)
+    make_mp3(destination / "short.mp3", SECONDS)
+    return start_in(desktop, program, destination), destination
+
+
+def wavs(destination):
+    return sorted(path.stem for path in destination.glob("*.wav"))
+
+
+def check_wavs(destination, names):
+    """These WAVs stand in the folder beside their sources, and hold their samples."""
+    check_equal(wavs(destination), sorted(names), "WAV files of the folder")
+    check_equal(len(list(destination.iterdir())), len(HERTZ) + len(names), "files of the folder")
+    for name in names:
+        check_decoded(destination / f"{name}.wav", destination / f"{name}.mp3", SECONDS,
+                      HERTZ[name])
+
+
+def watch_decoding(started):
+    """Looks at the window until the decoding has ended. Returns what was seen, each in the order
+    of its appearance: captions, lines of the activity bar, and last lines of the status bar."""
+    captions, actions, status = [], [], []
+
+    def add(seen, to):
+        if seen not in to:
+            to.append(seen)
+
+    def ended():
+        bar = started.labels("Activity bar")
+        if bar and bar[0].startswith("Decoding "):
+            add(tuple(bar), actions)
+        if (caption := started.title).startswith("Decoding "):
+            add(caption, captions)
+        add(tuple(started.labels("Status bar")[1:]), status)
+        return actions and started.is_enabled("Preferences", "push button")
+
+    wait_for("the end of the decoding", ended, patience=150)
+    return captions, actions, status
+
+
+def destination_line(destination, name):
+    """What the window tells about a target."""
+    return f"{row_of(destination)}\\{name}.wav"
+
+
+def one_mp3_becomes_a_wav_file(desktop, program):
+    started, destination = start_with_tones(desktop, program, full_paths=True)
+    row = row_of(destination / "second.mp3")
+    start_row(started, row)
+    captions, actions, status = watch_decoding(started)
+    check_equal(captions, ["Decoding second.mp3"], "captions")
+    check_equal([(action, line.lower()) for action, line in actions],
+                [(f"Decoding  {row}", destination_line(destination, "second"))],
+                "lines of the activity bar")
+    check("100 %" in [percent for percent, _ in status], f"no end was shown: {status}")
+    wait_for("the WAV in the tree", lambda: started.group("WAV Files") ==
+             [row_of(destination / "second.wav")])
+    check_wavs(destination, ["second"])
+    check(started.find("Cancel", "push button") is None, "there is still something to cancel")
+    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+             started.next_action() == "Next action:")
+    close(started)
+
+
+def all_mp3s_become_wav_files(desktop, program):
+    started, destination = start_with_tones(desktop, program)
+    (destination / "third.mp3").unlink()
+    started.open_popup("third.mp3")
+    # Of a file that is gone, the entry goes with the row all the same.
+    started.click("Remove and Delete File", "menu item")
+    wait_for("two MP3 files", lambda: sorted(started.group("MP3 Files")) ==
+             ["first.mp3", "second.mp3"])
+    (destination / "second.wav").write_bytes(b"an older one of that name" * 100)
+    order = [row.removesuffix(".mp3") for row in started.group("MP3 Files")]
+    start_row(started, "MP3 Files")
+    captions, actions, _ = watch_decoding(started)
+    check_equal(captions, [f"Decoding {name}.mp3" for name in order], "captions")
+    check_equal([(action, line.lower()) for action, line in actions],
+                [(f"Decoding #{number} of 2 files", destination_line(destination, name))
+                 for number, name in enumerate(order, 1)], "lines of the activity bar")
+    wait_for("the WAVs in the tree", lambda: sorted(started.group("WAV Files")) ==
+             ["first.wav", "second.wav"])
+    check_equal(sorted(path.name for path in destination.iterdir()),
+                ["first.mp3", "first.wav", "second.mp3", "second.wav"], "files of the folder")
+    for name in order:
+        check_decoded(destination / f"{name}.wav", destination / f"{name}.mp3", SECONDS,
+                      HERTZ[name])
+    close(started)
+
+
+def selected_mp3s_become_wav_files(desktop, program):
+    started, destination = start_with_tones(desktop, program)
+    for name in ("third.mp3", "first.mp3"):
+        started.drag_row(name, "Selected MP3 Files")
+        wait_for(f"{name} among the selected",
+                 lambda: name in started.group("Selected MP3 Files"))
+    check_equal(started.group("MP3 Files"), ["second.mp3"], "MP3 files that are not selected")
+    start_row(started, "Selected MP3 Files")
+    captions, actions, status = watch_decoding(started)
+    # The file that was chosen last stands first in the list.
+    check_equal(captions, ["Decoding first.mp3", "Decoding third.mp3"], "captions")
+    check_equal([action for action, _ in actions],
+                ["Decoding #1 of 2 files", "Decoding #2 of 2 files"], "lines of the activity bar")
+    check_wavs(destination, ["first", "third"])
+    size = (destination / "third.wav").stat().st_size
+    wait_for("the size of the last WAV", lambda: started.labels("Status bar")[2] ==
+             f"{size} bytes" or status[-1][1] == f"{size} bytes")
+    wait_for("the WAVs in the tree", lambda: started.group("WAV Files") ==
+             ["first.wav", "third.wav"])
+    close(started)
+
+
+def a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn(desktop, program):
+    started, destination = start_with_tones(desktop, program)
+    (destination / "first.mp3").write_bytes(bytes(5000))
+    older = b"an older one of that name" * 100
+    (destination / "first.wav").write_bytes(older)
+    start_row(started, "MP3 Files")
+    _, actions, _ = watch_decoding(started)
+    check_equal([action for action, _ in actions],
+                [f"Decoding #{number} of 3 files" for number in (1, 2, 3)],
+                "lines of the activity bar")
+    check_equal(wavs(destination), ["first", "second", "third"], "WAV files of the folder")
+    check(older == (destination / "first.wav").read_bytes(), "the older WAV was touched")
+    for name in ("second", "third"):
+        check_decoded(destination / f"{name}.wav", destination / f"{name}.mp3", SECONDS,
+                      HERTZ[name])
+    close(started)
+
+
+def waiting_for_a_file_that_has_vanished_ends_with_the_program(desktop, program):
+    started, destination = start_with_tones(desktop, program)
+    (destination / "first.mp3").unlink()
+    start_row(started, "first.mp3")
+    wait_for("the start", lambda: started.next_action() == "Decoding  first.mp3" and
+             not started.is_enabled("Preferences", "push button"))
+    check(started.find("Cancel", "push button") is None, "there is something to cancel")
+    close(started)
+    check_equal(wavs(destination), [], "WAV files of the folder")
+
+
+def wait_for_moving_figures(started):
+    """Until percentage and progress have moved twice, far from the end."""
+    percents, progress = set(), set()
+
+    def moved():
+        percent, _, bar = started.figures()
+        if percent is not None:
+            percents.add(percent)
+            progress.add(bar)
+        return len(percents) >= 3 and len(progress) >= 3
+
+    wait_for("moving figures", moved)
+    check(max(percents | progress) < 100, f"it was too near the end: {sorted(percents)}")
+
+
+def check_kept(destination):
+    """What was decoded of the long file; nothing else was made."""
+    check_equal(sorted(path.name for path in destination.iterdir()),
+                ["long.mp3", "long.wav", "short.mp3"], "files of the folder")
+    kept = check_beginning(destination / "long.wav", destination / "long.mp3", LONG_HOURS)
+    check(kept >= 60, f"only {kept} seconds were kept")
+
+
+def a_cancelled_decoding_is_kept(desktop, program):
+    started, destination = start_with_long_file(desktop, program)
+    check(started.find("Cancel", "push button") is None, "there is something to cancel at rest")
+    start_row(started, "long.mp3")
+    wait_for_moving_figures(started)
+    check(not started.is_enabled("Preferences", "push button"), "commands are open while it runs")
+    check_equal(wavs(destination), [], "WAV files before the end")
+    started.click("Cancel", "push button")
+    wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
+    wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
+    wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
+    check_kept(destination)
+    # And the next one goes as if nothing had been.
+    start_row(started, "short.mp3")
+    watch_decoding(started)
+    check_decoded(destination / "short.wav", destination / "short.mp3", SECONDS, 440)
+    close(started)
+
+
+def cancelling_the_first_of_two_leaves_the_second(desktop, program):
+    started, destination = start_with_long_file(desktop, program)
+    for name in ("short.mp3", "long.mp3"):
+        started.drag_row(name, "Selected MP3 Files")
+        wait_for(f"{name} among the selected",
+                 lambda: name in started.group("Selected MP3 Files"))
+    start_row(started, "Selected MP3 Files")
+    wait_for("the first file", lambda: started.next_action() == "Decoding #1 of 2 files")
+    wait_for_moving_figures(started)
+    started.click("Cancel", "push button")
+    wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
+    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+             started.next_action() == "Next action:")
+    check_kept(destination)
+    close(started)
+
+
+def closing_in_the_middle_ends_the_program_and_keeps_what_is_there(desktop, program):
+    started, destination = start_with_long_file(desktop, program)
+    start_row(started, "long.mp3")
+    wait_for_moving_figures(started)
+    close(started)
+    check_kept(destination)
+
+
+if __name__ == "__main__":
+    run(one_mp3_becomes_a_wav_file, all_mp3s_become_wav_files, selected_mp3s_become_wav_files,
+        a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn,
+        waiting_for_a_file_that_has_vanished_ends_with_the_program,
+        a_cancelled_decoding_is_kept, cancelling_the_first_of_two_leaves_the_second,
+        closing_in_the_middle_ends_the_program_and_keeps_what_is_there)

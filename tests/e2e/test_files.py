@@ -1,0 +1,256 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Files in the tree: they come from the folder and the file dialog, are dragged, renamed, removed
+from the list and deleted."""
+
+from driver import run
+from mp3 import make_mp3
+from scenes import check_box, close, go_to_row, music_folder, row_of, start_in, start_row
+from sound import bytes_of
+from waiting import check, check_equal, wait_for
+
+NO_FILES = "No files in list."
+NONE_SELECTED = "No files selected"
+SHORTEST_FILE = 100  # bytes; shorter ones are not added
+
+
+def make_wav(path):
+    """What stands for a WAV in the tree: nothing is read of one here."""
+    path.write_bytes(b"RIFF".ljust(bytes_of(1), b"\0"))
+
+
+def start_with_mp3s(desktop, program, *names, full_paths=False):
+    """The program with such files in its destination, each with content of its own; returns it,
+    the folder and the content by name."""
+    destination = music_folder(desktop)
+    for i, name in enumerate(names):
+        make_mp3(destination / name, seconds=0.5, hertz=300 + 50 * i)
+    started = start_in(desktop, program, destination, full_paths)
+    shown = sorted(row_of(destination / name) if full_paths else name for name in names)
+    check_equal(sorted(started.group("MP3 Files")), shown, "MP3 files at the start")
+    return started, destination, content_of(destination)
+
+
+def content_of(folder):
+    return {path.name: path.read_bytes() for path in folder.iterdir()}
+
+
+def wait_for_groups(started, selected, available):
+    wait_for(f"{selected} selected and {available} available",
+             lambda: (started.group("Selected MP3 Files"),
+                      sorted(started.group("MP3 Files"))) == (selected, sorted(available)))
+
+
+def edit_label(desktop, started, row):
+    """Opens the editor over a row's label, by the click that selects it."""
+    started.click_row(row)
+    wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
+    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+
+
+def type_name(desktop, name):
+    desktop.press("ctrl+a")
+    desktop.type(name)
+    desktop.press("Return")
+
+
+def the_folders_files_stand_in_the_tree(desktop, program):
+    destination = music_folder(desktop)
+    make_wav(destination / "One.WAV")
+    make_mp3(destination / "two.mp3", seconds=0.5)
+    make_mp3(destination / "Deeper" / "Three.Mp3", seconds=0.5)
+    (destination / "notes.txt").write_text("neither of both")
+    started = start_in(desktop, program, destination, full_paths=True)
+    wav, two, three = (row_of(destination / name)
+                       for name in ("One.WAV", "two.mp3", "Deeper/Three.Mp3"))
+    check_equal(started.group("WAV Files"), [wav], "WAV files at the start")
+    check_equal(sorted(started.group("MP3 Files")), sorted([two, three]), "MP3 files at the start")
+    check_equal(started.group("Selected MP3 Files"), [], "selected MP3 files at the start")
+    check(not any("notes" in row for row in started.rows()), "a text stands in the tree")
+
+    make_mp3(destination / "four.mp3", seconds=0.5)
+    make_wav(destination / "five.wav")
+    (destination / "two.mp3").unlink()
+    started.choose_menu("Action", "Refresh List")
+    new = [row_of(destination / name) for name in ("four.mp3", "five.wav")]
+    # Collections of files stay as they are, and the disc's comes back below them with all that is
+    # new; a file that is gone keeps its row.
+    wait_for("the new files", lambda: set(new) <= set(started.group("Available Tracks")))
+    check_equal(started.group("WAV Files"), [wav], "WAV files after the refresh")
+    check_equal(sorted(started.group("MP3 Files")), sorted([two, three]),
+                "MP3 files after the refresh")
+    check_equal(started.rows().count(new[0]), 1, "rows of the new MP3 file")
+    close(started)
+
+
+def an_mp3_is_dragged_there_and_back(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    started.drag_row("one.mp3", "Selected MP3 Files")
+    wait_for_groups(started, ["one.mp3"], ["two.mp3"])
+    started.drag_row("one.mp3", "MP3 Files")
+    wait_for_groups(started, [], ["one.mp3", "two.mp3"])
+    # The lists behind the groups have gone along.
+    start_row(started, "Selected MP3 Files")
+    check_box(started, NONE_SELECTED)
+    check_equal(content_of(destination), content, "the files")
+    close(started)
+
+
+def all_mp3s_are_dragged_out_of_their_list(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3",
+                                                    full_paths=True)
+    rows = [row_of(destination / name) for name in ("one.mp3", "two.mp3")]
+    for row in rows:
+        started.drag_row(row, "Selected MP3 Files")
+        wait_for(f"{row} among the selected", lambda: row in started.group("Selected MP3 Files"))
+    wait_for_groups(started, rows, [])
+    start_row(started, "MP3 Files")
+    check_box(started, NO_FILES)
+    check_equal(content_of(destination), content, "the files")
+    close(started)
+
+
+def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    before = started.rows()
+    started.drag_row("one.mp3", "Selected Tracks")
+    started.drag_row("MP3 Files", "Selected MP3 Files")
+    # What comes last is seen, so that what came before it has had its time.
+    started.drag_row("two.mp3", "Selected MP3 Files")
+    wait_for_groups(started, ["two.mp3"], ["one.mp3"])
+    started.drag_row("two.mp3", "MP3 Files")
+    wait_for_groups(started, [], ["one.mp3", "two.mp3"])
+    check_equal(sorted(started.rows()), sorted(before), "rows of the tree")
+    check_equal(content_of(destination), content, "the files")
+    close(started)
+
+
+def files_are_renamed_in_place(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    edit_label(desktop, started, "one.mp3")
+    type_name(desktop, "The First.mp3")
+    wait_for("the new label", lambda: "The First.mp3" in started.group("MP3 Files"))
+    check_equal(content_of(destination),
+                {"The First.mp3": content["one.mp3"], "two.mp3": content["two.mp3"]}, "the files")
+    close(started)
+
+
+def a_name_is_edited_by_keys(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    go_to_row(desktop, started, "two.mp3")
+    desktop.press("F2")
+    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+    desktop.press("ctrl+a")
+    desktop.type("unwanted.mp3")
+    desktop.press("Escape")
+    wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
+    check("two.mp3" in started.group("MP3 Files"), "a cancelled edit changed the label")
+    desktop.press("F2")
+    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+    type_name(desktop, "second.mp3")
+    wait_for_groups(started, [], ["one.mp3", "second.mp3"])
+    check_equal(content_of(destination),
+                {"one.mp3": content["one.mp3"], "second.mp3": content["two.mp3"]}, "the files")
+    close(started)
+
+
+def a_refused_rename_opens_the_editor_again(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    edit_label(desktop, started, "one.mp3")
+    type_name(desktop, "two.mp3")
+    wait_for("the editor's end and return", lambda: not started.has_focus("Work tree"))
+    check_equal(content_of(destination), content, "the files after the refusal")
+    check_equal(sorted(started.group("MP3 Files")), ["one.mp3", "two.mp3"],
+                "the labels after the refusal")
+    # It is open: keys alone, without another click, give a name that is free.
+    type_name(desktop, "three.mp3")
+    wait_for_groups(started, [], ["three.mp3", "two.mp3"])
+    check_equal(content_of(destination),
+                {"three.mp3": content["one.mp3"], "two.mp3": content["two.mp3"]}, "the files")
+    close(started)
+
+
+def removing_from_the_list_keeps_the_file(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3",
+                                                    full_paths=True)
+    one, two = (row_of(destination / name) for name in ("one.mp3", "two.mp3"))
+    started.open_popup(one)
+    started.click("Remove from List", "menu item")
+    wait_for_groups(started, [], [two])
+    # The other one by keys.
+    wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
+    go_to_row(desktop, started, two)
+    desktop.press("Menu")
+    wait_for("the popup menu", lambda: started.find("Remove from List", "menu item"))
+    desktop.press("r")
+    wait_for_groups(started, [], [])
+    start_row(started, "MP3 Files")
+    check_box(started, NO_FILES)
+    check_equal(content_of(destination), content, "the files")
+    close(started)
+
+
+def removing_and_deleting_deletes_the_file(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
+    # Renamed first: the list must know the new name.
+    edit_label(desktop, started, "one.mp3")
+    type_name(desktop, "other.mp3")
+    wait_for_groups(started, [], ["other.mp3", "two.mp3"])
+    started.open_popup("other.mp3")
+    started.click("Remove and Delete File", "menu item")
+    wait_for_groups(started, [], ["two.mp3"])
+    wait_for("the deletion", lambda: not (destination / "other.mp3").exists())
+    check_equal(content_of(destination), {"two.mp3": content["two.mp3"]}, "the files")
+    close(started)
+
+
+def the_popup_of_a_collection_offers_nothing_for_files(desktop, program):
+    started, _, _ = start_with_mp3s(desktop, program, "one.mp3")
+    commands = ("Start!", "Remove from List", "Remove and Delete File")
+    for row, open_commands in (("one.mp3", commands), ("MP3 Files Folder", ()),
+                               ("MP3 Files", commands[:1])):
+        started.open_popup(row)
+        seen = tuple(name for name in commands if started.is_enabled(name, "menu item"))
+        check_equal(seen, open_commands, f"open commands of {row}")
+        desktop.press("Escape")
+        wait_for("the closed menu", lambda: not started.find("Remove from List", "menu item"))
+    close(started)
+
+
+def files_are_added_by_the_file_dialog(desktop, program):
+    started, _, _ = start_with_mp3s(desktop, program, "one.mp3")
+    elsewhere = desktop.home / "Else Where"
+    elsewhere.mkdir()
+    (elsewhere / "Short.mp3").write_bytes(bytes(SHORTEST_FILE - 1))
+    make_mp3(elsewhere / "Added.mp3", seconds=0.5)
+    make_wav(elsewhere / "Sound.wav")
+
+    def choose(*keys, path=None):
+        started.choose_menu("File", "Open")
+        title = "Select WAV or MP3 file"
+        wait_for("the file dialog", lambda: started.window(title))
+        if path:
+            desktop.type(str(path))
+        desktop.press(*keys)
+        wait_for("the closed file dialog", lambda: started.window(title) is None)
+
+    choose("Escape")
+    choose("Return", path=elsewhere / "Short.mp3")
+    choose("Return", path=elsewhere / "Added.mp3")
+    wait_for_groups(started, [], ["one.mp3", "added.mp3"])
+    choose("Return", path=elsewhere / "Sound.wav")
+    wait_for("the WAV file", lambda: started.group("WAV Files") == ["sound.wav"])
+    # Cancelled, the dialog gives the earlier name, which stands in the tree.
+    choose("Escape")
+    choose("Return", path=elsewhere / "Added.mp3")
+    wait_for_groups(started, [], ["one.mp3", "added.mp3"])
+    check_equal(started.group("WAV Files"), ["sound.wav"], "WAV files")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(the_folders_files_stand_in_the_tree, an_mp3_is_dragged_there_and_back,
+        all_mp3s_are_dragged_out_of_their_list,
+        a_drag_onto_a_group_of_another_kind_changes_nothing, files_are_renamed_in_place,
+        a_name_is_edited_by_keys, a_refused_rename_opens_the_editor_again,
+        removing_from_the_list_keeps_the_file, removing_and_deleting_deletes_the_file,
+        the_popup_of_a_collection_offers_nothing_for_files, files_are_added_by_the_file_dialog)
