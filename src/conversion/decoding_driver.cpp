@@ -137,7 +137,7 @@ void DecodingDriver::fileStep() {
     // Unloads a worker that was left from earlier, which puts workerBusy back.
     form.Disablem();
     StartDecoding(process.currentFile);
-    loop.waitWhile([&] { return process.workerBusy; });
+    loop.waitWhile([this] { return context_.process.workerBusy; });
     // The next load makes a new worker.
     form.Command2.setVisible(false);
 }

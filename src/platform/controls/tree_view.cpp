@@ -64,7 +64,7 @@ Status TreeView::remove(int index) {
 
 Status TreeView::remove(const NodeRef& node) {
     // A copy: the caller's reference may be one that this very removal empties.
-    const NodeRef leaving = node;
+    const NodeRef leaving = node; // NOLINT(performance-unnecessary-copy-initialization)
     if (Status status = usable(leaving); !status.ok()) {
         return status;
     }
@@ -140,8 +140,8 @@ void TreeView::renumberFrom(int index) {
 
 Status TreeView::setParent(const NodeRef& child, const NodeRef& newParent) {
     // Copies: the caller's references may be places in the very lists that change here.
-    const NodeRef node = child;
-    const NodeRef parent = newParent;
+    const NodeRef node = child;       // NOLINT(performance-unnecessary-copy-initialization)
+    const NodeRef parent = newParent; // NOLINT(performance-unnecessary-copy-initialization)
     for (const NodeRef& involved : {node, parent}) {
         if (Status status = usable(involved); !status.ok()) {
             return status;
@@ -252,6 +252,8 @@ Status TreeView::startLabelEdit() {
     return {};
 }
 
+// By value: the handler may change the very text that the caller refers to.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TreeView::finishLabelEdit(std::string text) {
     const NodeRef finished = std::exchange(edited_, nullptr);
     if (!finished) {

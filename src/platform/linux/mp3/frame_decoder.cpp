@@ -74,7 +74,9 @@ std::span<const Sample> FrameDecoder<Sample>::decode(const Frame& frame, Bytes b
         ++silenced_;
     }
     const StreamFormat& format = frame.header.format;
-    samples_.assign(static_cast<std::size_t>(format.samplesPerFrame() * format.channels), Sample{});
+    samples_.assign(static_cast<std::size_t>(format.samplesPerFrame()) *
+                        static_cast<std::size_t>(format.channels),
+                    Sample{});
     int outcome = mpg123_feed(handle_.get(), frame_.data(), frame_.size());
     while (outcome == MPG123_OK || outcome == MPG123_NEW_FORMAT) {
         unsigned char* sound = nullptr;

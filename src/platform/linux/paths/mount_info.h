@@ -29,7 +29,7 @@ struct MountPoint {
 /// The kernel's list, and whether it has changed.
 class MountInfo {
   public:
-    explicit MountInfo(std::string path = "/proc/self/mountinfo");
+    explicit MountInfo(const std::string& path = "/proc/self/mountinfo");
     ~MountInfo();
     MountInfo(const MountInfo&) = delete;
     MountInfo& operator=(const MountInfo&) = delete;
