@@ -30,7 +30,7 @@ using namespace sonarith;
 using namespace sonarith::mp3;
 namespace fs = std::filesystem;
 
-constexpr int minutes = 30;
+constexpr int longMinutes = 30;
 constexpr int rounds = 5;
 
 bool run(std::vector<std::string> words) {
@@ -72,7 +72,8 @@ void writeMinute(const fs::path& path) {
 }
 
 /// The minute, encoded, as many times as it takes. Without information frames its copies join.
-bool writeLong(const fs::path& minute, const fs::path& path, std::vector<std::string> options) {
+bool writeLong(const fs::path& minute, const fs::path& path, std::vector<std::string> options,
+               int minutes) {
     const std::string encoded = path.string() + ".part";
     options.insert(options.begin(), {"lame", "--quiet", "-t"});
     options.insert(options.end(), {minute.string(), encoded});
@@ -141,6 +142,29 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     fs::remove(ours);
 }
 
+/// Many files of three minutes, one after the other, each against one call of the tool.
+void compareMany(const fs::path& mp3) {
+    constexpr int files = 200;
+    const fs::path wav = mp3.string() + ".wav";
+    double tool = 0;
+    double control = 0;
+    bool completed = true;
+    for (int i = 0; i < files; ++i) {
+        tool += secondsOf([&] { run({"mpg123", "-q", "-w", wav, mp3}); });
+        fs::remove(wav);
+        control += secondsOf([&] {
+            DecodeJob job(mp3, wav, divisionForThisMachine());
+            while (job.busy()) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            completed = completed && job.result().outcome == DecodeOutcome::completed;
+        });
+        fs::remove(wav);
+    }
+    std::printf("%d files of 3 minutes: tool %.1f s  ours %.1f s  ratio %.3f (goal below 1)%s\n",
+                files, tool, control, control / tool, completed ? "" : "  FAILED");
+}
+
 } // namespace
 
 int main() {
@@ -158,11 +182,16 @@ int main() {
          {Kind{"CBR 192", {"-b", "192"}, segmentsGoal}, Kind{"VBR 2", {"-V", "2"}, segmentsGoal},
           Kind{"free format", {"--freeformat", "-b", "400"}, sequentialGoal}}) {
         const fs::path mp3 = folder / "long.mp3";
-        if (!writeLong(minute, mp3, kind.options)) {
+        if (!writeLong(minute, mp3, kind.options, longMinutes)) {
             std::fprintf(stderr, "no MP3 could be made: is lame there?\n");
             return 1;
         }
         compare(kind.name, mp3, kind.goal);
     }
+    const fs::path shortMp3 = folder / "short.mp3";
+    if (!writeLong(minute, shortMp3, {"-b", "192"}, 3)) {
+        return 1;
+    }
+    compareMany(shortMp3);
     return 0;
 }

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the start's scan and tree grow with the destination folder: 10,000 files against 100,000,
+// with the real walk and the real window (off screen); limit 12 times. Also the longest time for
+// which a click would have had to wait while the folder was searched; limit 50 ms.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <QApplication>
+#include <QTimer>
+
+#include "app/application.h"
+#include "platform/linux/mp3/mpg123_control.h"
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/linux_directory_walk.h"
+#include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "platform/qt/qt_event_loop.h"
+#include "support/fake_file_dialog.h"
+#include "support/fake_message_boxes.h"
+#include "support/fake_mouse_pointer.h"
+#include "support/fake_random.h"
+#include "support/fake_settings_store.h"
+#include "support/fake_shell.h"
+#include "support/scripted_media_control.h"
+#include "ui/main_window_view.h"
+
+namespace {
+
+using namespace sonarith;
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+struct Measured {
+    double startMs = 0;
+    double longestGapMs = 0;
+    int files = 0;
+};
+
+/// Half WAV, half MP3, twenty in each folder.
+void makeFiles(const fs::path& destination, int count) {
+    for (int i = 0; i < count; ++i) {
+        const fs::path folder = destination / ("album" + std::to_string(i / 20));
+        if (i % 20 == 0) {
+            fs::create_directories(folder);
+        }
+        std::ofstream(folder / ("t" + std::to_string(i) + (i % 2 == 0 ? ".wav" : ".mp3")));
+    }
+}
+
+Measured startWith(const fs::path& folder, int argc, char** argv) {
+    QApplication qt(argc, argv);
+    QtEventLoop loop;
+    test::FakeSettingsStore store;
+    MountInfo mounts;
+    DriveTable letters(store);
+    PathMap paths(letters, mounts);
+    LinuxFileSystem files(paths, folder.string());
+    LinuxDirectories directories(paths, files);
+    store.put("Settings", "DecodePath", paths.toLogic((folder / "files").string()));
+    store.put("Settings", "show full path", "0");
+    test::ScriptedMediaControl media;
+    test::FakeMessageBoxes boxes;
+    test::FakeMousePointer pointer;
+    test::FakeRandom random;
+    test::FakeShell shell;
+    sound::SoundCard card;
+    mp3::Mpg123Control mp3(card, sound::monotonicNow,
+                           [](const std::string&) { return fs::path(); });
+    test::FakeFileDialog dialog;
+    Application application(
+        {loop, media, store, files, boxes, pointer, random, shell, directories, mp3, dialog});
+    const MainWindowView window(application.form1());
+
+    Measured measured;
+    auto last = Clock::now();
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout, [&] {
+        const double gap = Milliseconds(Clock::now() - last).count();
+        last = Clock::now();
+        // Only while the search runs: the building of the nodes is one step.
+        if (application.windows().frmsearch.loaded() &&
+            application.form1().List2.listCount() == 0) {
+            measured.longestGapMs = std::max(measured.longestGapMs, gap);
+        }
+    });
+    heart.start(1);
+    const auto began = Clock::now();
+    application.start();
+    measured.startMs = Milliseconds(Clock::now() - began).count();
+    measured.files = application.form1().List1.listCount() + application.form1().List2.listCount();
+    return measured;
+}
+
+/// In a process of its own, since a program starts once.
+Measured measure(int count, int argc, char** argv) {
+    std::string name = (fs::temp_directory_path() / "refresh_bench_XXXXXX").string();
+    const fs::path folder = mkdtemp(name.data());
+    makeFiles(folder / "files", count);
+    int ends[2];
+    Measured measured;
+    if (pipe(ends) != 0) {
+        std::exit(1);
+    }
+    if (const pid_t child = fork(); child == 0) {
+        const Measured mine = startWith(folder, argc, argv);
+        std::_Exit(write(ends[1], &mine, sizeof mine) == sizeof mine ? 0 : 1);
+    } else {
+        close(ends[1]);
+        if (read(ends[0], &measured, sizeof measured) != sizeof measured) {
+            std::exit(1);
+        }
+        close(ends[0]);
+        waitpid(child, nullptr, 0);
+    }
+    fs::remove_all(folder);
+    if (measured.files != count) {
+        std::fprintf(stderr, "%d of %d files were found\n", measured.files, count);
+        std::exit(1);
+    }
+    return measured;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const Measured few = measure(10'000, argc, argv);
+    const Measured many = measure(100'000, argc, argv);
+    std::printf("scan and tree: %.0f ms for 10,000 files, %.0f ms for 100,000, ratio %.1f (limit "
+                "12)\n",
+                few.startMs, many.startMs, many.startMs / few.startMs);
+    std::printf("longest time without an event while searching: %.1f ms, %.2f of the limit of 50 "
+                "ms\n",
+                many.longestGapMs, many.longestGapMs / 50);
+    return 0;
+}
