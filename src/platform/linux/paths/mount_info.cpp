@@ -98,7 +98,8 @@ bool holdsUserFiles(const MountPoint& mount) {
     return !isOf(kernelTypes) && !isOf(packageTypes) && !systemState;
 }
 
-MountInfo::MountInfo(const std::string& path) : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+MountInfo::MountInfo(const std::string& path)
+    : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
 
 MountInfo::~MountInfo() {
     if (descriptor_ >= 0) {
