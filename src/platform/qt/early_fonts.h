@@ -9,7 +9,8 @@ namespace sonarith {
 
 /// Begins at construction; destruction waits for the end. The configuration is the library's own,
 /// one for each process: when Qt first measures a text, which is when it would read it, it finds it
-/// done. That takes a sixth off the time from start to the painted window (measured).
+/// done. It is half of the work of building the main window (counted in instructions); how much of
+/// it is won depends on a free core.
 class EarlyFonts {
   public:
     EarlyFonts();
