@@ -63,6 +63,9 @@ void Application::wireWindow() {
     form1_.onUnload = [this] {
         mainWindow_.Form_Unload();
     };
+    form1_.onUnloadAgain = [this] {
+        mainWindow_.Form_QueryUnload();
+    };
     form1_.onResize = [this] {
         runResizeLayout(form1_);
     };

@@ -17,6 +17,7 @@ using test::ApplicationBench;
 using test::SavedCapture;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 std::string savedAs(int track) {
     return ApplicationBench::destination + "\\24106954-" + std::to_string(track) + ".wav";
@@ -365,6 +366,37 @@ TEST(ExitDuringAClose, EndsTheProgramAtOnce) {
     EXPECT_EQ(bench.loop.now() - start, 1100ms);
     // What was captured had been saved before the close began to wait.
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 176400}));
+}
+
+/// The program with a capture of a minute under way, whose window is closed; while the close waits
+/// for what was captured to enter the tree, "Start " is pressed again.
+void startWithinAClose(ApplicationBench& bench) {
+    bench.application.start();
+    bench.select("Track  1 - 00:01:00");
+    bench.loop.after(1s, [&bench] {
+        bench.loop.after(100ms, [&bench] { bench.form.CmdSelectAction.click(); });
+        bench.form.unload();
+    });
+}
+
+TEST(StartWithinAClose, IsStoppedAndSavedByTheNextClose) {
+    ApplicationBench bench({60000, 60000});
+    startWithinAClose(bench);
+    bench.loop.after(3s, [&] { bench.form.unload(); });
+    const auto start = bench.loop.now();
+    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
+    EXPECT_LT(bench.loop.now() - start, 4s);
+    EXPECT_THAT(bench.disc.saved, SizeIs(2));
+}
+
+TEST(StartWithinAClose, IsSavedByExitToo) {
+    ApplicationBench bench({60000, 60000});
+    startWithinAClose(bench);
+    bench.loop.after(3s, [&] { bench.form.Command5.click(); });
+    const auto start = bench.loop.now();
+    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
+    EXPECT_LT(bench.loop.now() - start, 4s);
+    EXPECT_THAT(bench.disc.saved, SizeIs(2));
 }
 
 } // namespace

@@ -26,7 +26,8 @@ class MainWindow {
     /// Places the window, reads settings, disc and destination folder, and shows it. A failure ends
     /// the load where it stands; the pointer is the normal one afterwards. Yields.
     void Form_Load();
-    /// Stops everything; never refuses the close. Yields while a capture is saved.
+    /// Stops everything; never refuses the close. Yields while a capture is saved. Again for a
+    /// close meanwhile: something may have been started in that yield, and would hold the first up.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();

@@ -20,7 +20,11 @@ void Form::show() {
 }
 
 void Form::unload() {
-    if (!loaded_ || unloading_) {
+    if (!loaded_) {
+        return;
+    }
+    if (unloading_) {
+        run(onUnloadAgain);
         return;
     }
     unloading_ = true;

@@ -26,8 +26,8 @@ class Form : public Control {
     void load();
     void show();
     void hide() { setVisible(false); }
-    /// Runs onQueryUnload, then onUnload, then hides. Nothing for a window that is not loaded, or
-    /// whose unloading has begun.
+    /// Runs onQueryUnload, then onUnload, then hides. Nothing for a window that is not loaded; for
+    /// one whose unloading has begun, onUnloadAgain.
     void unload();
 
     /// The client area's size, set by whoever shows the window.
@@ -39,6 +39,8 @@ class Form : public Control {
     Handler<> onLoad;
     Handler<> onQueryUnload;
     Handler<> onUnload;
+    /// The window is to close while a step of its unloading waits.
+    Handler<> onUnloadAgain;
     Handler<> onResize;
     /// A left press on the bare surface.
     Handler<> onMouseDown;

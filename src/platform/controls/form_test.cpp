@@ -122,6 +122,19 @@ TEST_F(FormTest, AnUnloadWithinTheUnloadingDoesNothing) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
+TEST_F(FormTest, TellsOfAnUnloadWithinTheUnloading) {
+    form.onQueryUnload = [&] {
+        events.push_back("query");
+        form.unload();
+    };
+    form.onUnloadAgain = [&] {
+        events.push_back("again");
+    };
+    form.load();
+    form.unload();
+    EXPECT_THAT(events, ElementsAre("load", "query", "again", "unload"));
+}
+
 TEST_F(FormTest, ShowingWithinTheUnloadingDoesNotSaveIt) {
     form.onUnload = [&] {
         form.show();
