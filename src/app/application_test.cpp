@@ -155,6 +155,25 @@ TEST(Extraction, ASecondStartAtAnyYieldOfARunEndsByItselfToo) {
     }
 }
 
+TEST(Extraction, ASecondStartWithNothingToDoStopsTheWatchAndNotTheDevices) {
+    // "Start " stays open during an action, and the end of each action stops the capture's timer. A
+    // second action that has nothing to do thus leaves the first one's recording running,
+    // unwatched.
+    ApplicationBench bench({60000, 60000});
+    bench.application.start();
+    bench.select("Track  1 - 00:01:00");
+    bench.loop.after(1s, [&] {
+        EXPECT_TRUE(bench.form.CmdSelectAction.enabled());
+        bench.select("WAV Files");
+        bench.form.CmdSelectAction.click();
+    });
+    bench.form.CmdSelectAction.click();
+    EXPECT_FALSE(bench.form.tmrRecord.enabled());
+    EXPECT_TRUE(bench.disc.recording());
+    EXPECT_TRUE(bench.commandsOpen());
+    EXPECT_THAT(bench.disc.saved, IsEmpty());
+}
+
 TEST(Extraction, OpensTheCommandsAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();

@@ -2,6 +2,10 @@
 // What cmdStart_Click makes of the selected node. How one track starts is tested elsewhere.
 #include "extraction/track_capture.h"
 
+#include <initializer_list>
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "support/extraction_bench.h"
@@ -98,6 +102,43 @@ TEST(CmdStart, ExtractsTheChosenTracksInTheOrderOfTheQueue) {
     bench.form.cmdStart.click();
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(3), 3 * 176400},
                                               test::SavedCapture{savedAs(1), 176400}));
+}
+
+/// The commands that start a track, the first of which is played from the disc's beginning.
+std::vector<std::string> startCommands(int firstMs) {
+    const std::string play = firstMs == 0 ? "play cd" : "play cd from " + std::to_string(firstMs);
+    return {openRecorder, setStereo, openDisc, setMilliseconds, record, play};
+}
+
+std::vector<std::string> commandsOf(std::initializer_list<std::vector<std::string>> parts) {
+    std::vector<std::string> all;
+    for (const std::vector<std::string>& part : parts) {
+        all = test::joined(std::move(all), part);
+    }
+    return all;
+}
+
+TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
+    ExtractionBench bench({1000, 2000, 3000});
+    bench.insertDisc();
+    bench.choose({3, 1});
+    bench.select("Selected Tracks");
+    bench.form.cmdStart.click();
+    EXPECT_EQ(bench.media.logWithoutTicks(),
+              commandsOf({startCommands(3000), test::endCommands(savedAs(3)), startCommands(0),
+                          test::endCommands(savedAs(1))}));
+}
+
+TEST(CmdStart, EndsAQueueAfterItsFirstTrackOnceAnythingWasCancelled) {
+    test::QueueBench bench(5);
+    bench.form.Command2.click();
+    bench.media.log.clear();
+    bench.form.cmdStart.click();
+    // The stop road repeats the commands of the end, for a capture that is closed already.
+    EXPECT_EQ(bench.media.logWithoutTicks(),
+              commandsOf({startCommands(0), test::endCommands(savedAs(1)),
+                          test::endCommands(savedAs(1))}));
+    EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
 TEST(CmdStart, OnlyShowsAMessageForAnEmptySelection) {
