@@ -25,6 +25,7 @@
 #include "platform/linux/sound/alsa_output.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "platform/qt/early_fonts.h"
 #include "platform/qt/ini_settings_store.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialog.h"
@@ -214,6 +215,7 @@ int main(int argc, char** argv) {
     if (!instance.isFirst()) {
         return 0;
     }
+    const EarlyFonts fonts;
     QApplication qt(argc, argv);
     QApplication::setApplicationName("sonarith");
     QApplication::setStyle(new ProgramStyle);

@@ -36,7 +36,7 @@ LIBRARIES = {
     "": r"utf8proc\.h",
     "platform/linux": r"(cdio|alsa)/.*|sndfile\.h|samplerate\.h|mpg123\.h|sys/.*|linux/.*|"
     r"(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
-    "platform/qt": r"Q\w+|unistd\.h|fcntl\.h|sys/.*",
+    "platform/qt": r"Q\w+|fontconfig/.*|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
     "main": r"Q\w+|unistd\.h",
 }
@@ -67,7 +67,7 @@ def wrong_arrow(path, bracket, target):
     if bracket == "<":
         allowed = [LIBRARIES[""], LIBRARIES.get(house, "")]
         if is_test:
-            allowed.append(r"(gtest|gmock)/.*|Q\w+|sys/.*|(fcntl|unistd|signal|sndfile)\.h")
+            allowed.append(r"(gtest|gmock|fontconfig)/.*|Q\w+|sys/.*|(fcntl|unistd|signal|sndfile)\.h")
         known = STANDARD.fullmatch(target) or any(re.fullmatch(a, target) for a in allowed if a)
         return None if known else f"floor {floor} does not know <{target}>"
     if is_test and target.startswith("support/"):

@@ -4,7 +4,7 @@
 
 build_packages=(
   cmake ninja-build g++ pkg-config python3
-  qt6-base-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
+  qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev
 )
 # For a machine without a display: a virtual one, and what plays a person in front of it.
