@@ -11,6 +11,7 @@
 #include "app/application.h"
 #include "platform/linux/disc/drive_slot.h"
 #include "platform/linux/disc/optical_drive.h"
+#include "platform/linux/late/device_libraries.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/mp3/mpg123_control.h"
@@ -204,6 +205,8 @@ int runProgram() {
         card.setSpeakers(nullptr);
     });
     application.start();
+    // The window stands.
+    loadDeviceLibraries();
     loop.run();
     return 0;
 }

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include <sndfile.h>
+#include "platform/linux/late/sndfile.h"
 
 namespace sonarith::fakes {
 

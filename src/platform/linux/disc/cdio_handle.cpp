@@ -3,9 +3,6 @@
 
 #include <mutex>
 
-#include <cdio/logging.h>
-#include <cdio/mmc_util.h>
-
 namespace sonarith::disc {
 
 namespace {
@@ -20,7 +17,8 @@ void setUpLibrary() {
         // Failures are seen in return values.
         cdio_log_set_handler([](cdio_log_level_t, const char*) {});
         cdio_init();
-        mmc_read_timeout_ms = readTimeoutMs;
+        using Milliseconds = decltype(::mmc_read_timeout_ms);
+        *static_cast<Milliseconds*>(cdioLibrary.symbol("mmc_read_timeout_ms")) = readTimeoutMs;
     });
 }
 

@@ -6,9 +6,8 @@
 #include <memory>
 #include <string>
 
-#include <cdio/cdio.h>
-
 #include "platform/linux/disc/optical_layout.h"
+#include "platform/linux/late/cdio.h"
 
 namespace sonarith::disc {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
-#include <sndfile.h>
 #include <unistd.h>
 
 #include "platform/linux/disc/file_handle.h"
+#include "platform/linux/late/sndfile.h"
 
 namespace sonarith::disc {
 

@@ -12,11 +12,10 @@
 #include <string_view>
 #include <vector>
 
-#include <sndfile.h>
-
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/disc.h"
+#include "platform/linux/late/sndfile.h"
 
 namespace sonarith::disc {
 

@@ -10,8 +10,6 @@
 #include <memory>
 #include <set>
 
-#include <cdio/paranoia/paranoia.h>
-
 #include "platform/linux/disc/cdio_handle.h"
 #include "platform/linux/disc/optical_disc.h"
 #include "platform/linux/disc/sector_commands.h"

@@ -8,8 +8,7 @@
 #include <span>
 #include <vector>
 
-#include <samplerate.h>
-
+#include "platform/linux/late/samplerate.h"
 #include "platform/linux/mp3/pcm_reader.h"
 #include "platform/linux/sound/sample_source.h"
 #include "platform/result.h"

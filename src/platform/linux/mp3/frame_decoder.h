@@ -9,8 +9,7 @@
 #include <span>
 #include <vector>
 
-#include <mpg123.h>
-
+#include "platform/linux/late/mpg123.h"
 #include "platform/linux/mp3/bit_reservoir.h"
 #include "platform/linux/mp3/frame_scanner.h"
 #include "platform/result.h"

@@ -19,10 +19,10 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sndfile.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include "platform/linux/late/sndfile.h"
 #include "platform/linux/mp3/frame_sequence.h"
 #include "platform/linux/mp3/mp3_index.h"
 #include "platform/linux/mp3/pcm_reader.h"

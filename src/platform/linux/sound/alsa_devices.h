@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <alsa/asoundlib.h>
+#include "platform/linux/late/alsa.h"
 
 namespace sonarith::sound {
 

@@ -7,8 +7,7 @@
 #include <memory>
 #include <span>
 
-#include <sndfile.h>
-
+#include "platform/linux/late/sndfile.h"
 #include "platform/linux/sound/file_descriptor.h"
 
 namespace sonarith::sound {

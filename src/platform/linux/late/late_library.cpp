@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/late/late_library.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <dlfcn.h>
+
+namespace sonarith {
+
+namespace {
+
+/// What the dynamic linker ends a program with whose library is missing.
+constexpr int linkerFailed = 127;
+
+[[noreturn]] void endForWantOf(const char* name) {
+    const char* reason = ::dlerror();
+    std::fprintf(stderr, "sonarith: %s\n", reason != nullptr ? reason : name);
+    std::_Exit(linkerFailed);
+}
+
+} // namespace
+
+void LateLibrary::load() const {
+    if (handle_.load(std::memory_order_acquire) != nullptr) {
+        return;
+    }
+    // Opened once too often by two threads at once, it is the same library. It is never closed.
+    void* const opened = ::dlopen(name_, RTLD_LAZY | RTLD_LOCAL);
+    if (opened == nullptr) {
+        endForWantOf(name_);
+    }
+    handle_.store(opened, std::memory_order_release);
+}
+
+void* LateLibrary::symbol(const char* name) const {
+    load();
+    void* const found = ::dlsym(handle_.load(std::memory_order_acquire), name);
+    if (found == nullptr) {
+        endForWantOf(name);
+    }
+    return found;
+}
+
+} // namespace sonarith

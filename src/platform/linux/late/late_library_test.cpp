@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/late/late_library.h"
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include "platform/linux/late/device_libraries.h"
+#include "platform/linux/late/samplerate.h"
+#include "platform/linux/late/sndfile.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ExitedWithCode;
+
+bool isLoaded(const char* name) {
+    void* const handle = ::dlopen(name, RTLD_LAZY | RTLD_NOLOAD);
+    if (handle != nullptr) {
+        ::dlclose(handle);
+    }
+    return handle != nullptr;
+}
+
+/// Runs in a process of its own: what is loaded stays loaded.
+void endWith(bool good) {
+    std::_Exit(good ? 0 : 1);
+}
+
+TEST(LateLibrary, IsLoadedWithTheFirstCallAndNotBefore) {
+    EXPECT_EXIT(
+        {
+            const bool before = isLoaded("libsamplerate.so.0");
+            const std::string words = src_strerror(0);
+            endWith(!before && isLoaded("libsamplerate.so.0") && words == "No error.");
+        },
+        ExitedWithCode(0), "");
+}
+
+TEST(LateLibrary, ComesWithAllOthersWhenThereIsTime) {
+    EXPECT_EXIT(
+        {
+            const bool before = isLoaded("libsndfile.so.1") || isLoaded("libcdio.so.19");
+            loadDeviceLibraries();
+            bool all = true;
+            for (const char* name :
+                 {"libcdio.so.19", "libcdio_cdda.so.2", "libcdio_paranoia.so.2", "libasound.so.2",
+                  "libsndfile.so.1", "libmpg123.so.0", "libsamplerate.so.0"}) {
+                all = all && isLoaded(name);
+            }
+            endWith(!before && all);
+        },
+        ExitedWithCode(0), "");
+}
+
+TEST(LateLibrary, FindsEachFunctionUnderItsOwnName) {
+    // As the linker would have it, from two threads at once.
+    std::vector<std::string> words(2);
+    {
+        std::jthread first([&] { words[0] = sf_strerror(nullptr); });
+        std::jthread second([&] { words[1] = sf_strerror(nullptr); });
+    }
+    EXPECT_EQ(words[0], "No Error.");
+    EXPECT_EQ(words[1], words[0]);
+}
+
+TEST(LateLibrary, EndsTheProgramLikeTheLinkerWhereItIsMissing) {
+    static constexpr LateLibrary missing("libno-such-thing.so.7");
+    EXPECT_EXIT(missing.load(), ExitedWithCode(127),
+                "sonarith: libno-such-thing.so.7: cannot open");
+}
+
+TEST(LateLibrary, EndsTheProgramLikeTheLinkerWhereAFunctionIsMissing) {
+    static const LateFunction<int(int)> missing(samplerateLibrary, "src_no_such_function");
+    EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "src_no_such_function");
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The functions of libmpg123 that are called here, loaded when they are first called.
+#pragma once
+
+#include <mpg123.h>
+
+#include "platform/linux/late/late_library.h"
+
+namespace sonarith {
+
+inline constinit const LateLibrary mpg123Library{"libmpg123.so.0"};
+
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_decode_frame);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_delete);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_feed);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_format2);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_format_none);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_getformat2);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_init);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_new);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_open_feed);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_open_handle);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_param2);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_plain_strerror);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_replace_reader_handle);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_strerror);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_supported_decoders);
+
+} // namespace sonarith

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The functions of libsamplerate that are called here, loaded when they are first called.
+#pragma once
+
+#include <samplerate.h>
+
+#include "platform/linux/late/late_library.h"
+
+namespace sonarith {
+
+inline constinit const LateLibrary samplerateLibrary{"libsamplerate.so.0"};
+
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_delete);
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_float_to_short_array);
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_new);
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_process);
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_short_to_float_array);
+SONARITH_LATE_FUNCTION(samplerateLibrary, src_strerror);
+
+} // namespace sonarith
