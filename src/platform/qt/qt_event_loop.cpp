@@ -60,8 +60,13 @@ void QtEventLoop::yield() {
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
     while (condition()) {
-        // Rests until there is an event, and comes back once it has been handled.
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        // What is there already comes first: not every dispatcher of Qt's asks for it once more
+        // before it rests.
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        if (condition()) {
+            // Rests until there is an event, and comes back once it has been handled.
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
     }
 }
 
