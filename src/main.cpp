@@ -27,6 +27,7 @@
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/early_fonts.h"
+#include "platform/qt/end_requests.h"
 #include "platform/qt/ini_settings_store.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_file_dialog.h"
@@ -204,6 +205,7 @@ int runProgram() {
         cardThread.reset();
         card.setSpeakers(nullptr);
     });
+    const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
     // The window stands.
     loadDeviceLibraries();

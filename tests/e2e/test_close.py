@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The window may be closed at any moment, and the program ends well."""
 
+import signal
+
 from driver import run
 from scenes import close, start_track, start_with_disc, wavs_by_track
 from sound import beginning_of_track, disc_samples
@@ -31,6 +33,14 @@ def the_exit_button_ends_a_capture_and_keeps_it(desktop, program):
     check_kept(sheet, destination)
 
 
+def a_signal_ends_a_capture_and_keeps_it(desktop, program):
+    started, sheet, destination = start_with_disc(desktop, program, SECONDS)
+    start_track(started, FIRST)
+    started.process.send_signal(signal.SIGTERM)
+    check_equal(started.wait_for_end(), 0, "exit code")
+    check_kept(sheet, destination)
+
+
 def closing_under_a_message_box_ends_the_program(desktop, program):
     started, _, _ = start_with_disc(desktop, program, seconds=2)
     started.click_row("Selected Tracks")
@@ -49,5 +59,5 @@ def closing_with_other_windows_open_ends_the_program(desktop, program):
 
 if __name__ == "__main__":
     run(closing_ends_a_capture_and_keeps_it, the_exit_button_ends_a_capture_and_keeps_it,
-        closing_under_a_message_box_ends_the_program,
+        a_signal_ends_a_capture_and_keeps_it, closing_under_a_message_box_ends_the_program,
         closing_with_other_windows_open_ends_the_program)
