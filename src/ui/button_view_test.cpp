@@ -29,6 +29,22 @@ TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
+    TextButtonView text(model, "", &parent);
+    IconButtonView icon(model, Symbol::exit, &parent);
+    parent.show();
+    for (QWidget* view : {static_cast<QWidget*>(&text), static_cast<QWidget*>(&icon)}) {
+        clicks = 0;
+        // As the desktop tells it: press, release, the second press as a double click, release.
+        QTest::mouseClick(view, Qt::LeftButton);
+        QTest::mouseDClick(view, Qt::LeftButton); // the second press alone
+        QTest::mouseRelease(view, Qt::LeftButton);
+        EXPECT_EQ(clicks, 1);
+        QTest::mouseClick(view, Qt::LeftButton);
+        EXPECT_EQ(clicks, 2);
+    }
+}
+
 TEST_F(ButtonViewTest, AClosedButtonTakesNoClicks) {
     IconButtonView view(model, Symbol::exit, &parent);
     parent.show();
