@@ -3,6 +3,7 @@
 // targets of both kinds of sheet; it ends the process where something is broken.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
@@ -14,13 +15,17 @@
 
 namespace sonarith::fuzz {
 
+/// The length of each of a layout's files, in bytes.
+using FileLengths = std::vector<std::int64_t>;
+
 inline void require(bool holds) {
     if (!holds) {
         std::abort();
     }
 }
 
-inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& layout) {
+inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& layout,
+                      const FileLengths& bytes) {
     require(line.table.tracks.size() == layout.tracks.size());
     require(line.table.sectors() <= disc::maxDiscSectors);
     for (const disc::Track& track : line.table.tracks) {
@@ -30,8 +35,47 @@ inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& 
     for (const disc::SoundStretch& stretch : line.sound) {
         require(stretch.start >= end && stretch.frames > 0);
         end = stretch.start + stretch.frames;
+        require(stretch.offset >= 0 && stretch.file < bytes.size());
+        require(stretch.frames <= (bytes[stretch.file] - stretch.offset) / 4);
     }
     require(end <= line.table.sectors() * disc::framesPerSector);
+}
+
+inline void checkLayoutItself(const disc::ImageLayout& layout) {
+    require(!layout.tracks.empty() && layout.tracks.size() <= disc::maxTracks);
+    require(layout.files.size() <= disc::maxImageFiles);
+    for (const disc::LayoutTrack& track : layout.tracks) {
+        require(!track.segments.empty());
+        for (const disc::Segment& segment : track.segments) {
+            require(segment.offset >= 0 && segment.sectorBytes > 0);
+            require(segment.frames > 0 || segment.frames == disc::toFileEnd);
+            require(segment.lastSectorLacks >= 0 && segment.lastSectorLacks < segment.sectorBytes);
+            require(segment.kind == disc::SegmentKind::silence ||
+                    segment.file < layout.files.size());
+        }
+    }
+}
+
+/// Files that hold all that the sheet asks for and no more: the very bytes of a stated length, and
+/// one sector where the file is to decide.
+inline FileLengths lengthsThatDo(const disc::ImageLayout& layout) {
+    FileLengths bytes(layout.files.size(), 0);
+    for (const disc::LayoutTrack& track : layout.tracks) {
+        for (const disc::Segment& segment : track.segments) {
+            if (segment.kind == disc::SegmentKind::silence) {
+                continue;
+            }
+            const bool stated = segment.frames != disc::toFileEnd;
+            const std::int64_t length =
+                !stated ? segment.sectorBytes
+                : segment.kind == disc::SegmentKind::sound
+                    ? segment.frames * 4
+                    : segment.frames / disc::framesPerSector * segment.sectorBytes -
+                          segment.lastSectorLacks;
+            bytes[segment.file] = std::max(bytes[segment.file], segment.offset + length);
+        }
+    }
+    return bytes;
 }
 
 inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
@@ -40,24 +84,26 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
         return;
     }
     const disc::ImageLayout& layout = parsed.value();
-    require(!layout.tracks.empty() && layout.tracks.size() <= disc::maxTracks);
-    require(layout.files.size() <= disc::maxImageFiles);
-    for (const disc::LayoutTrack& track : layout.tracks) {
-        require(!track.segments.empty());
-        for (const disc::Segment& segment : track.segments) {
-            require(segment.offset >= 0 && segment.sectorBytes > 0);
-            require(segment.frames > 0 || segment.frames == disc::toFileEnd);
-            require(segment.kind == disc::SegmentKind::silence ||
-                    segment.file < layout.files.size());
+    checkLayoutItself(layout);
+    // Files of every size must do: none, a torn sector, half a disc, more than any disc.
+    for (const std::int64_t each :
+         {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
+        const FileLengths bytes(layout.files.size(), each);
+        const auto line = disc::layOnLine("fuzz", layout, bytes);
+        if (line.ok()) {
+            checkLine(line.value(), layout, bytes);
         }
     }
-    // Files of every size must do: none, a torn sector, half a disc, more than any disc.
-    for (const std::int64_t bytes :
-         {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
-        const auto line =
-            disc::layOnLine("fuzz", layout, std::vector<std::int64_t>(layout.files.size(), bytes));
+    // Files that hold what they should, or a bit more, leave nothing to remark.
+    for (const std::int64_t more : {0, 1, 2351}) {
+        FileLengths bytes = lengthsThatDo(layout);
+        for (std::int64_t& length : bytes) {
+            length += more;
+        }
+        const auto line = disc::layOnLine("fuzz", layout, bytes);
         if (line.ok()) {
-            checkLine(line.value(), layout);
+            checkLine(line.value(), layout, bytes);
+            require(line.value().remark.empty());
         }
     }
 }

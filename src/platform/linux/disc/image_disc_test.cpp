@@ -127,6 +127,17 @@ TEST(ImageDisc, PlaysATocToTheSample) {
     EXPECT_EQ(opened(path)->table().start(3), 8 + 20 + 2 + 3);
 }
 
+TEST(ImageDisc, PlaysStatedLengthsThatEndInsideASectorToTheLastSample) {
+    const ImageFolder folder;
+    folder.writeWave("a.wav", ramp(0, 10 * 588 + 355));
+    folder.writeFrames("b.bin", ramp(10 * 588 + 355, 233), std::endian::big);
+    expectLine(folder.write("a.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"
+                                     "FILE \"b.bin\" 0 233\n"),
+               rampSectors(0, 11));
+    expectLine(folder.write("b.toc", "TRACK AUDIO\nAUDIOFILE \"a.wav\" 0 6235\n"),
+               joined({ramp(0, 6235), std::vector<sound::StereoFrame>(233)}));
+}
+
 TEST(ImageDisc, DataIsListedAndReadsAsSilence) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));

@@ -22,6 +22,10 @@ std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks) {
     return joined;
 }
 
+std::int64_t statedBytes(const Segment& segment) {
+    return segment.frames * segment.sectorBytes / framesPerSector - segment.lastSectorLacks;
+}
+
 std::int64_t statedFrames(const std::vector<Segment>& segments) {
     std::int64_t frames = 0;
     for (const Segment& segment : segments) {

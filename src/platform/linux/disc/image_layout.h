@@ -40,6 +40,8 @@ struct Segment {
     int sectorBytes = 2352;  ///< what one sector takes up in the file
     /// What a length that the file decides is rounded to: sectors in a CUE, single frames in a TOC.
     int roundedTo = framesPerSector;
+    /// The bytes that a stated length of data leaves out of its last sector.
+    int lastSectorLacks = 0;
     friend bool operator==(const Segment&, const Segment&) = default;
 };
 
@@ -68,6 +70,9 @@ struct SheetTrack {
 /// Gives each pause to the track before it. Pauses before the first track, before a new session
 /// and between sound and data are left out: nothing that can be played goes on there.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
+
+/// How many bytes of its file `segment`, whose length is stated, takes up.
+[[nodiscard]] std::int64_t statedBytes(const Segment& segment);
 
 /// The sum of the lengths of `segments` in frames, or toFileEnd if a file decides it.
 [[nodiscard]] std::int64_t statedFrames(const std::vector<Segment>& segments);

@@ -43,6 +43,12 @@ TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
                 ElementsAre(silence(10)));
 }
 
+TEST(StatedBytes, CountTheVeryBytesThatTheSheetAsksFor) {
+    EXPECT_EQ(statedBytes({SegmentKind::sound, 0, 44, 1234567}), 4 * 1234567);
+    EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048}), 3 * 2048);
+    EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);
+}
+
 TEST(StatedFrames, AreASumUnlessAFileDecides) {
     EXPECT_EQ(statedFrames({}), 0);
     EXPECT_EQ(statedFrames({silence(3), silence(4)}), 7);

@@ -25,7 +25,9 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
     const std::int64_t bytes = std::max<std::int64_t>(fileBytes - segment.offset, 0);
     const std::int64_t wholeSectors = bytes / segment.sectorBytes;
     if (segment.frames != toFileEnd) {
-        return {segment.frames, std::min(segment.frames, wholeSectors * framesPerSector)};
+        // A stated length may end anywhere in a sector, but what is torn is of use in whole ones.
+        const bool whole = bytes >= statedBytes(segment);
+        return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
         // A sound file may have any length; the sector that it ends in is filled up with silence.

@@ -67,6 +67,39 @@ TEST(Timeline, FilesOfOneTocTrackJoinToTheFrame) {
     EXPECT_EQ(line.value().sound[1].frames, 1000);
 }
 
+TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
+    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n"
+                              "TRACK AUDIO\nFILE \"a.bin\" 1234567 589\nFILE \"b.bin\" 0 1\n",
+                              {(1234567 + 589) * 4, 4});
+    ASSERT_TRUE(line.ok());
+    EXPECT_THAT(lengthsOf(line.value()), ElementsAre(2100, 2));
+    EXPECT_THAT(line.value().remark, IsEmpty());
+    ASSERT_EQ(line.value().sound.size(), 3U);
+    EXPECT_EQ(line.value().sound[0].frames, 1234567);
+    EXPECT_EQ(line.value().sound[1].frames, 589);
+    EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589) << "no hole";
+    EXPECT_EQ(line.value().sound[2].frames, 1);
+}
+
+TEST(Timeline, AFileThatIsOneByteShortOfItsStatedLengthIsTorn) {
+    const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
+    EXPECT_EQ(line.value().sound[0].frames, 1234567 / 588 * 588);
+    EXPECT_THAT(line.value().remark, HasSubstr("track 1 is torn"));
+}
+
+TEST(Timeline, DataMayEndAnywhereInASectorToo) {
+    const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 588\n"
+                             "TRACK MODE1\nDATAFILE \"d.iso\" 4097\n";
+    const auto whole = tocLine(text, {2352, 4097});
+    EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
+    EXPECT_THAT(whole.value().remark, IsEmpty());
+    EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is torn"));
+    // The last sector goes to the track, whatever stands before its start.
+    const std::string parted = text + "START 00:00:02\n";
+    EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
+    EXPECT_THAT(tocLine(parted, {2352, 4096}).value().remark, HasSubstr("track 2 is missing"));
+}
+
 TEST(Timeline, ATornTrackKeepsItsStatedLength) {
     const auto line = cueLine(threeTracks, {400 * 2352 + 100});
     ASSERT_TRUE(line.ok());

@@ -2,34 +2,19 @@
 #include "platform/linux/disc/toc_parser.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/disc/sheet_text.h"
+#include "platform/linux/disc/toc_mode.h"
 #include "platform/linux/disc/toc_tokens.h"
 #include "platform/linux/disc/toc_track.h"
 
 namespace sonarith::disc {
 
 namespace {
-
-struct TrackMode {
-    std::string_view name;
-    TrackKind kind;
-    int sectorBytes;
-};
-
-constexpr std::array<TrackMode, 8> trackModes = {{{"AUDIO", TrackKind::audio, bytesPerSector},
-                                                  {"MODE1", TrackKind::data, 2048},
-                                                  {"MODE1_RAW", TrackKind::data, bytesPerSector},
-                                                  {"MODE2", TrackKind::data, 2336},
-                                                  {"MODE2_FORM1", TrackKind::data, 2048},
-                                                  {"MODE2_FORM2", TrackKind::data, 2324},
-                                                  {"MODE2_FORM_MIX", TrackKind::data, 2336},
-                                                  {"MODE2_RAW", TrackKind::data, bytesPerSector}}};
 
 constexpr int bytesPerFrame = 4; // two channels of 16 bits
 // The longest content that any disc has room for; it keeps all sums far from overflow.
@@ -38,12 +23,11 @@ constexpr std::int64_t maxFrames = maxDiscSectors * framesPerSector;
 // overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
 
-const TrackMode* modeNamed(std::string_view name) {
-    const auto found =
-        std::find_if(trackModes.begin(), trackModes.end(),
-                     [&](const TrackMode& mode) { return sameWord(mode.name, name); });
-    return found == trackModes.end() ? nullptr : &*found;
-}
+/// A length on the time line, and how many bytes of its last sector it leaves out.
+struct Length {
+    std::int64_t frames = 0;
+    int lastSectorLacks = 0;
+};
 
 bool startsNumber(const TocToken& token) {
     return token.kind == TocTokenKind::word && token.text.front() >= '0' &&
@@ -74,7 +58,8 @@ class TocParser {
     Status readFlag(const TocToken& word);
     Status skipBlock();
     Status closeTrack();
-    Result<std::int64_t> readLength();
+    Result<Length> readLength();
+    Result<Length> readLengthOrToFileEnd();
     Result<std::int64_t> readFileOffset();
     Status addFile(const TocToken& name, ImageFormat format, Segment segment);
 
@@ -161,7 +146,7 @@ Status TocParser::readTrack() {
     }
     const int line = line_;
     const TocToken& name = take();
-    const TrackMode* mode = name.kind == TocTokenKind::word ? modeNamed(name.text) : nullptr;
+    const TocMode* mode = name.kind == TocTokenKind::word ? tocModeNamed(name.text) : nullptr;
     if (mode == nullptr) {
         return fail("the track's mode " + shown(name.text) + " is not known");
     }
@@ -228,26 +213,33 @@ Status TocParser::skipBlock() {
     return {};
 }
 
-/// A length on the time line in frames: mm:ss:ff, or samples of sound, or bytes of data.
-Result<std::int64_t> TocParser::readLength() {
+/// A length on the time line: mm:ss:ff, or samples of sound, or bytes of data.
+Result<Length> TocParser::readLength() {
     const TocToken& token = take();
     if (!startsNumber(token)) {
         return fail(shown(token.text) + " stands where a length is due");
     }
     if (isMsf(token)) {
         const auto sectors = parseMsf(token.text);
-        return sectors.ok() ? Result<std::int64_t>(sectors.value() * framesPerSector)
+        return sectors.ok() ? Result<Length>(Length{sectors.value() * framesPerSector})
                             : fail(sectors.error().text);
     }
     const bool sound = track_->kind() == TrackKind::audio;
-    const auto count =
-        parseNumber(token.text, sound ? maxFrames : maxDiscSectors * track_->sectorBytes());
+    const int sectorBytes = track_->sectorBytes();
+    const auto count = parseNumber(token.text, sound ? maxFrames : maxDiscSectors * sectorBytes);
     if (!count.ok()) {
         return fail(count.error().text);
     }
-    return sound ? count.value()
-                 : (count.value() + track_->sectorBytes() - 1) / track_->sectorBytes() *
-                       framesPerSector;
+    if (sound) {
+        return Length{count.value()};
+    }
+    const std::int64_t sectors = (count.value() + sectorBytes - 1) / sectorBytes;
+    return Length{sectors * framesPerSector,
+                  static_cast<int>(sectors * sectorBytes - count.value())};
+}
+
+Result<Length> TocParser::readLengthOrToFileEnd() {
+    return startsNumber(*next_) ? readLength() : Length{toFileEnd};
 }
 
 /// "#" and a number of bytes at the head of a file that do not belong to it; may be missing.
@@ -286,12 +278,9 @@ Status TocParser::readSoundFile() {
     if (!start.ok()) {
         return start.error();
     }
-    Result<std::int64_t> length = toFileEnd;
-    if (startsNumber(*next_)) {
-        length = readLength();
-        if (!length.ok()) {
-            return length.error();
-        }
+    const auto length = readLengthOrToFileEnd();
+    if (!length.ok()) {
+        return length.error();
     }
     // The last four bytes of the name tell; the text may be shorter than that.
     const auto ending =
@@ -305,8 +294,8 @@ Status TocParser::readSoundFile() {
                                          : ImageFormat::bigEndian;
     return addFile(name, format,
                    {.kind = SegmentKind::sound,
-                    .offset = offset.value() + start.value() * bytesPerFrame,
-                    .frames = length.value(),
+                    .offset = offset.value() + start.value().frames * bytesPerFrame,
+                    .frames = length.value().frames,
                     .roundedTo = 1});
 }
 
@@ -322,31 +311,31 @@ Status TocParser::readDataFile() {
     if (!offset.ok()) {
         return offset.error();
     }
-    Result<std::int64_t> length = toFileEnd;
-    if (startsNumber(*next_)) {
-        length = readLength();
-        if (!length.ok()) {
-            return length.error();
-        }
+    const auto length = readLengthOrToFileEnd();
+    if (!length.ok()) {
+        return length.error();
     }
     // The order of bytes means nothing to data, which is not played.
     return addFile(name, ImageFormat::bigEndian,
-                   {.kind = SegmentKind::data, .offset = offset.value(), .frames = length.value()});
+                   {.kind = SegmentKind::data,
+                    .offset = offset.value(),
+                    .frames = length.value().frames,
+                    .lastSectorLacks = length.value().lastSectorLacks});
 }
 
 Status TocParser::readSilence() {
     // ZERO may name the kind of its sectors; all are silent here.
-    if (next_->kind == TocTokenKind::word && modeNamed(next_->text) != nullptr) {
+    if (next_->kind == TocTokenKind::word && tocModeNamed(next_->text) != nullptr) {
         take();
         if (!takeIf("RW")) {
             takeIf("RW_RAW");
         }
     }
-    const auto frames = readLength();
-    if (!frames.ok()) {
-        return frames.error();
+    const auto length = readLength();
+    if (!length.ok()) {
+        return length.error();
     }
-    track_->add({.frames = frames.value()});
+    track_->add({.frames = length.value().frames});
     return {};
 }
 

@@ -88,7 +88,7 @@ TEST(TocParser, DataIsCountedInBytesOrTime) {
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 588)))
         << "sound ends where data begins";
     EXPECT_THAT(layout.tracks[1].segments,
-                ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048},
+                ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048, 588, 2047},
                             Segment{SegmentKind::silence, 0, 0, 588, 2048}));
     EXPECT_EQ(layout.tracks[2].segments[0].frames, toFileEnd);
     EXPECT_EQ(layout.tracks[2].segments[0].sectorBytes, 2352);

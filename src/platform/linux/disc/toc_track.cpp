@@ -88,8 +88,12 @@ bool TocTrack::splitBody(std::int64_t frames) {
         Segment part = *segment;
         part.frames = part.frames == toFileEnd ? frames : std::min(part.frames, frames);
         frames -= part.frames;
+        const bool split = part.frames != segment->frames;
+        if (split) {
+            part.lastSectorLacks = 0; // the rest has the last sector
+        }
         content_.pause.push_back(part);
-        if (part.frames != segment->frames) {
+        if (split) {
             segment->frames -= segment->frames == toFileEnd ? 0 : part.frames;
             segment->offset += part.frames * segment->sectorBytes / framesPerSector;
             break;

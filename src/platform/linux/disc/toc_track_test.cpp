@@ -30,6 +30,18 @@ TEST(TocTrack, ATimeOfStartPartsTheContentToTheFrame) {
     EXPECT_THAT(track.content().body, ElementsAre(sound(40 + 488 * 4, 512)));
 }
 
+TEST(TocTrack, TheRestOfPartedDataKeepsTheLastSector) {
+    TocTrack track(TrackKind::data, 2048, 5);
+    const Segment data{SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047};
+    track.add(data);
+    ASSERT_FALSE(track.startAt(1, 6));
+    ASSERT_FALSE(track.close());
+    EXPECT_THAT(track.content().pause,
+                ElementsAre(Segment{SegmentKind::data, 0, 16, 588, 2048, 588, 0}));
+    EXPECT_THAT(track.content().body,
+                ElementsAre(Segment{SegmentKind::data, 0, 16 + 2048, 2 * 588, 2048, 588, 2047}));
+}
+
 TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
     TocTrack track = audio();
     track.add(sound(0, toFileEnd));

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The modes that a cdrdao TOC names for its tracks and zeros: what each stands for, and how large
+// its sectors are in a file. It reads no statement.
+#pragma once
+
+#include <string_view>
+
+#include "platform/linux/disc/disc.h"
+
+namespace sonarith::disc {
+
+struct TocMode {
+    std::string_view name;
+    TrackKind kind = TrackKind::audio;
+    int sectorBytes = bytesPerSector;
+};
+
+/// In any case of ASCII letters; a null pointer if there is no such mode.
+[[nodiscard]] const TocMode* tocModeNamed(std::string_view name);
+
+} // namespace sonarith::disc
