@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/linux/disc/sheet_text.h"
+#include "platform/text/unicode.h"
 
 namespace sonarith::disc {
 
@@ -22,12 +22,13 @@ std::optional<fs::path> entryNamed(const fs::path& folder, std::string_view name
     if (fs::path exact = folder / name; isThere(exact)) {
         return exact;
     }
+    const std::string wanted = caseFolded(name);
     std::optional<std::string> best;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::string entryName = entry->path().filename().string();
-        if (sameWord(entryName, name) && (!best || entryName < *best)) {
+        if (caseFolded(entryName) == wanted && (!best || entryName < *best)) {
             best = entryName;
         }
     }

@@ -11,7 +11,7 @@ namespace sonarith::disc {
 
 /// The file in `folder` that `name` means: that very name, else with backslashes between its parts
 /// taken as slashes, and each part that is not there as it is written matched without regard to
-/// the case of ASCII letters (the first match in byte order). Empty if there is none.
+/// case by Unicode's rules (the first match in byte order). Empty if there is none.
 [[nodiscard]] std::optional<std::filesystem::path>
 findImageFile(const std::filesystem::path& folder, std::string_view name);
 

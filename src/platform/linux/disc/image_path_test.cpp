@@ -27,6 +27,22 @@ TEST(ImagePath, FindsFilesBelowInAnyCaseAndWithBackslashes) {
               folder.path("") / "Disc One" / "Track.Wav");
 }
 
+TEST(ImagePath, FindsNamesOfAnyScriptInAnyCase) {
+    const ImageFolder folder;
+    folder.write("ära.bin", "1");
+    folder.write("Straße/Σίσυφος.wav", "1");
+    EXPECT_EQ(findImageFile(folder.path(""), "ÄRA.BIN"), folder.path("ära.bin"));
+    EXPECT_EQ(findImageFile(folder.path(""), "STRASSE\\ΣΊΣΥΦΟΣ.WAV"),
+              folder.path("") / "Straße" / "Σίσυφος.wav");
+}
+
+TEST(ImagePath, FindsNamesThatAreNoUtf8) {
+    const ImageFolder folder;
+    folder.write("caf\xe9.bin", "1");
+    EXPECT_EQ(findImageFile(folder.path(""), "CAF\xe9.BIN"), folder.path("caf\xe9.bin"));
+    EXPECT_FALSE(findImageFile(folder.path(""), "caf\xc9.bin").has_value());
+}
+
 TEST(ImagePath, FindsNothingThatIsNotThere) {
     const ImageFolder folder;
     folder.write("a.bin", "1");
