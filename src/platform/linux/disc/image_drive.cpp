@@ -23,7 +23,12 @@ Loaded ImageDrive::load() {
 
 bool ImageDrive::mediaPresent() {
     std::error_code error;
-    return tray_ == Tray::closed && loadable_ && std::filesystem::is_regular_file(sheet_, error);
+    if (tray_ == Tray::open || !std::filesystem::is_regular_file(sheet_, error)) {
+        return false;
+    }
+    // The sheet or its files may have been mended since.
+    loadable_ = loadable_ || ImageDisc::open(sheet_).ok();
+    return loadable_;
 }
 
 void ImageDrive::openTray() {

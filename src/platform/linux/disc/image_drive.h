@@ -18,7 +18,8 @@ class ImageDrive final : public Drive {
 
     /// The image's errors in words; no disc and no problem while the tray is open.
     [[nodiscard]] Loaded load() override;
-    /// The tray is closed, the sheet exists, and the last load, if there was one, found a disc.
+    /// The tray is closed and the sheet exists; if the last load failed, what stands there now can
+    /// be read again.
     [[nodiscard]] bool mediaPresent() override;
     /// The disc that was loaded is gone from now on, even for who still plays it.
     void openTray() override;

@@ -52,10 +52,12 @@ TEST_F(ImageDriveTest, AnImageThatCannotBeReadIsAnEmptyDriveWithAProblem) {
     EXPECT_FALSE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAfterTheNextLoad) {
+TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
     std::filesystem::remove(folder_.path("a.bin"));
     EXPECT_EQ(drive_.load().disc, nullptr);
+    EXPECT_FALSE(drive_.mediaPresent());
     folder_.writeFrames("a.bin", rampSectors(0, 30));
+    EXPECT_TRUE(drive_.mediaPresent());
     const Loaded loaded = drive_.load();
     EXPECT_NE(loaded.disc, nullptr);
     EXPECT_THAT(loaded.problem, IsEmpty());
