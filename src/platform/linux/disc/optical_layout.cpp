@@ -20,7 +20,8 @@ bool isSound(const RawToc& toc) {
     return toc.leadOut > before && toc.leadOut <= maxLeadOut;
 }
 
-/// Whether a new session begins with track `index`, as far as the drive's words allow to tell.
+/// Whether a new session begins with track `index`, as far as the drive's words allow to tell: they
+/// name the last session alone, so a session of sound between two others is not seen.
 bool beginsSession(const RawToc& toc, std::size_t index) {
     if (index == 0)
         return false;
@@ -41,12 +42,17 @@ std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
     if (!isSound(toc))
         return std::nullopt;
     OpticalLayout layout;
+    // With a session that is not seen the gap is taken for the first one, the longer of the two: a
+    // minute too few is better than a read into the gap.
+    std::int64_t gap = firstSessionGapSectors;
     for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
         const bool last = i + 1 == toc.tracks.size();
         std::int64_t sectors = (last ? toc.leadOut : toc.tracks[i + 1].start) - toc.tracks[i].start;
-        // A track that is no longer than the gap cannot have it at its end.
-        if (!last && sectors > sessionGapSectors && beginsSession(toc, i + 1))
-            sectors -= sessionGapSectors;
+        if (!last && beginsSession(toc, i + 1)) {
+            // A track that is no longer than the gap cannot have it at its end.
+            sectors -= sectors > gap ? gap : 0;
+            gap = laterSessionGapSectors;
+        }
         layout.table_.tracks.push_back({toc.tracks[i].kind, sectors});
         layout.starts_.push_back(toc.tracks[i].start);
     }

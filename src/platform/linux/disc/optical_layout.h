@@ -12,10 +12,12 @@
 
 namespace sonarith::disc {
 
-/// The gap between the sound of a first session and the first track of the second, in sectors:
-/// 6750 of lead-out, 4500 of lead-in and 150 of pause (Orange Book part II; Blue Book for the
-/// enhanced disc). The drive's table counts it to the track before.
-inline constexpr std::int64_t sessionGapSectors = 6750 + 4500 + 150;
+/// The gap between the last track of a session and the first one of the next, in sectors. The
+/// drive's table counts it to the track before. After the first session: 6750 of lead-out, 4500 of
+/// lead-in and 150 of pause; later lead-outs have 2250 (Orange Book part II; Blue Book for the
+/// enhanced disc).
+inline constexpr std::int64_t firstSessionGapSectors = 6750 + 4500 + 150;
+inline constexpr std::int64_t laterSessionGapSectors = 2250 + 4500 + 150;
 
 /// One line of the drive's table.
 struct RawTrack {

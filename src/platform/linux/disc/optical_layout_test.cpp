@@ -34,7 +34,7 @@ TEST(OpticalLayout, LetsATrackReachToTheNextOne) {
 }
 
 TEST(OpticalLayout, EndsTheSoundOfAnEnhancedDiscBeforeTheSessionGap) {
-    EXPECT_EQ(sessionGapSectors, 11400);
+    EXPECT_EQ(firstSessionGapSectors, 11400);
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(60000))),
                 testing::ElementsAre(20000, 40000 - 11400, 10000));
 }
@@ -53,9 +53,14 @@ TEST(OpticalLayout, SeesTheGapBeforeTheFirstOfSeveralDataSessions) {
     RawToc toc = enhanced(90000);
     toc.tracks.push_back({data, 90000});
     toc.leadOut = 95000;
-    const auto lengths = lengthsOf(OpticalLayout::of(toc));
-    ASSERT_EQ(lengths.size(), 4u);
-    EXPECT_EQ(lengths[1], 28600);
+    EXPECT_EQ(laterSessionGapSectors, 6900);
+    EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)),
+                testing::ElementsAre(20000, 28600, 30000 - 6900, 5000));
+}
+
+TEST(OpticalLayout, TakesTheLongerGapBeforeASessionThatMayBeTheSecond) {
+    const RawToc toc{{{audio, 0}, {audio, 40000}, {audio, 80000}}, 90000, 80000};
+    EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(40000, 28600, 10000));
 }
 
 TEST(OpticalLayout, SeesTheGapBeforeASecondSessionOfSound) {
