@@ -6,11 +6,15 @@
 
 namespace sonarith::disc {
 
-OpticalDisc::OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock)
-    : layout_(std::move(layout)), sectors_(std::move(sectors)), clock_(std::move(clock)) {}
+OpticalDisc::OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
+                         std::shared_ptr<DamageRecord> damage)
+    : layout_(std::move(layout)),
+      sectors_(std::move(sectors)),
+      clock_(std::move(clock)),
+      damage_(std::move(damage)) {}
 
 std::string OpticalDisc::remark() const {
-    const std::int64_t damaged = damaged_;
+    const std::int64_t damaged = damage_->sectors();
     if (damaged == 0)
         return {};
     return std::to_string(damaged) + (damaged == 1 ? " sector" : " sectors") +
@@ -45,7 +49,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         const ReadEffort::Plan plan = effort_.plan(trouble_);
         if (plan.effort == Effort::none) {
             std::ranges::fill(frames, sound::StereoFrame{});
-            ++damaged_;
+            damage_->note(sector);
             continue;
         }
         if (next_ != sector)
@@ -59,7 +63,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (outcome != SectorOutcome::ok)
             trouble_ += clock_() - begin;
         if (outcome == SectorOutcome::damaged)
-            ++damaged_;
+            damage_->note(sector);
     }
     return ReadOutcome::ok;
 }

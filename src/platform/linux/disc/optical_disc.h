@@ -3,12 +3,12 @@
 // damaged ones and counts them. How a drive is asked for a sector stands behind AudioSectors.
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
 
+#include "platform/linux/disc/damage_record.h"
 #include "platform/linux/disc/disc.h"
 #include "platform/linux/disc/optical_layout.h"
 #include "platform/linux/disc/read_effort.h"
@@ -39,7 +39,9 @@ class OpticalDisc : public Disc {
     /// Any monotonic time.
     using Clock = std::function<ReadEffort::Duration()>;
 
-    OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock);
+    /// `damage` takes what could not be read of this disc, beside what it holds already.
+    OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
+                std::shared_ptr<DamageRecord> damage = std::make_shared<DamageRecord>());
 
     [[nodiscard]] const Table& table() const override { return layout_.table(); }
     [[nodiscard]] std::string remark() const override;
@@ -56,7 +58,7 @@ class OpticalDisc : public Disc {
     ReadEffort::Duration trouble_{0};  ///< what damaged sectors have cost in this read
     std::optional<std::int64_t> next_; ///< what sectors_ would deliver, in the drive's numbers
     bool gone_ = false;
-    std::atomic<std::int64_t> damaged_ = 0; ///< read by remark() on the logic's thread
+    const std::shared_ptr<DamageRecord> damage_; ///< read by remark() on the logic's thread
 };
 
 } // namespace sonarith::disc

@@ -143,6 +143,20 @@ TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
     EXPECT_EQ(disc.remark(), "");
 }
 
+TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
+    const auto damage = std::make_shared<DamageRecord>();
+    damage->note(40);
+    damage->note(41);
+    OpticalDisc again(
+        *OpticalLayout::of({{{audio, 0}}, 10000, 0}), std::make_unique<FakeSectors>(drive),
+        [] { return 0s; }, damage);
+    EXPECT_THAT(again.remark(), testing::StartsWith("2 sectors of the disc"));
+    drive->badFrom = 41;
+    std::vector<StereoFrame> frames = silence(3);
+    EXPECT_EQ(again.read(40, frames), ReadOutcome::ok);
+    EXPECT_THAT(again.remark(), testing::StartsWith("3 sectors of the disc"));
+}
+
 TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveSaysSo) {
     drive->goneFrom = 5;
     std::vector<StereoFrame> frames = silence(10);
