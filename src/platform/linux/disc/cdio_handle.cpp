@@ -14,8 +14,9 @@ constexpr std::uint32_t readTimeoutMs = 20000;
 void setUpLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
-        // Failures are seen in return values.
-        cdio_log_set_handler([](cdio_log_level_t, const char*) {});
+        // Failures are seen in return values. Above all levels, since two threads that say
+        // something at the same time end the process, whatever handler there is (measured, 2.1.0).
+        cdio_loglevel_default = static_cast<cdio_log_level_t>(CDIO_LOG_ASSERT + 1);
         cdio_init();
         using Milliseconds = decltype(::mmc_read_timeout_ms);
         *static_cast<Milliseconds*>(cdioLibrary.symbol("mmc_read_timeout_ms")) = readTimeoutMs;
@@ -28,6 +29,16 @@ CdioHandle openCdio(const std::string& path, driver_id_t driver) {
     setUpLibrary();
     // With no access mode named, the library opens devices with O_NONBLOCK (measured, 2.1.0).
     return CdioHandle(cdio_open(path.c_str(), driver));
+}
+
+void openTrayOf(const std::string& device) {
+    setUpLibrary();
+    (void)cdio_eject_media_drive(device.c_str());
+}
+
+void closeTrayOf(const std::string& device) {
+    setUpLibrary();
+    (void)cdio_close_tray(device.c_str(), nullptr);
 }
 
 RawToc rawTocOf(CdIo_t* cdio) {
