@@ -39,8 +39,16 @@ class FakeDisc : public disc::Disc {
 
     [[nodiscard]] const disc::Table& table() const override { return table_; }
     [[nodiscard]] std::string remark() const override { return remark_; }
-    [[nodiscard]] disc::ReadOutcome read(std::int64_t first,
-                                         std::span<sound::StereoFrame> out) override {
+
+    /// From here on every read says that the medium is gone.
+    void vanish() { vanished_ = true; }
+    /// Reads outside the time line, or of broken sectors.
+    [[nodiscard]] int wrongReads() const { return wrongReads_; }
+
+  private:
+    [[nodiscard]] disc::ReadOutcome readSectors(std::int64_t first,
+                                                std::span<sound::StereoFrame> out,
+                                                const std::stop_token& /*stop*/) override {
         const auto sectors = static_cast<std::int64_t>(out.size()) / disc::framesPerSector;
         if (first < 0 || first + sectors > table_.sectors() ||
             out.size() % disc::framesPerSector != 0) {
@@ -55,12 +63,6 @@ class FakeDisc : public disc::Disc {
         return disc::ReadOutcome::ok;
     }
 
-    /// From here on every read says that the medium is gone.
-    void vanish() { vanished_ = true; }
-    /// Reads outside the time line, or of broken sectors.
-    [[nodiscard]] int wrongReads() const { return wrongReads_; }
-
-  private:
     disc::Table table_;
     std::string remark_;
     std::atomic<bool> vanished_ = false;

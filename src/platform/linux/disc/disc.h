@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,7 @@ struct Table {
 enum class ReadOutcome {
     ok,   ///< all sectors were delivered (a damaged one as the drive's best guess, or silence)
     gone, ///< the medium or the device is no longer there; nothing was delivered
+    interrupted, ///< the caller asked to stop; nothing was delivered
 };
 
 /// A disc that has been read into a drive. The table does not change while the object lives.
@@ -63,9 +65,17 @@ class Disc {
     /// Reads whole sectors of the time line. `out` holds a multiple of framesPerSector frames, and
     /// `first` plus that many sectors never exceeds the line's end: the caller sees to both, since
     /// reading past the last sector hangs some drives. May block for as long as the device takes,
-    /// with a bounded effort for each sector. Called by one thread at a time.
-    [[nodiscard]] virtual ReadOutcome read(std::int64_t first,
-                                           std::span<sound::StereoFrame> out) = 0;
+    /// with a bounded effort for each sector; a device that hangs may never return. Called by one
+    /// thread at a time. `stop` is asked between sectors and between commands to the device.
+    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out,
+                                   const std::stop_token& stop = {}) {
+        return readSectors(first, out, stop);
+    }
+
+  private:
+    [[nodiscard]] virtual ReadOutcome readSectors(std::int64_t first,
+                                                  std::span<sound::StereoFrame> out,
+                                                  const std::stop_token& stop) = 0;
 };
 
 /// What a drive says when it is asked for its disc.
@@ -74,7 +84,7 @@ struct Loaded {
     std::string problem; ///< why not, in words, with file, line and cause; empty: no disc in it
 };
 
-/// A drive, real or standing for an image file. Called by the logic's thread alone.
+/// A drive, real or standing for an image file. Called by one thread at a time.
 class Drive {
   public:
     virtual ~Drive() = default;

@@ -2,9 +2,10 @@
 #include "platform/linux/disc/disc_player.h"
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
+#include <stop_token>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,8 @@ namespace {
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
 // One read: a third of a second, and the most that a drive takes in one command.
 constexpr int sectorsPerRead = 25;
+// Longer than a sound disc takes for one read, and short enough for a person who waits for a close.
+constexpr std::chrono::milliseconds patience{500};
 
 /// Where playing from `sector` must stop: at `endSector`, or where the first data track at or
 /// after `sector` begins.
@@ -34,22 +37,30 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 
 } // namespace
 
-// All state is behind one mutex that is held for a copy of some kilobytes at the most, never while
-// the disc is read; that is short enough for the engine's thread.
+// All that the reader's thread touches, since it may outlive the player. All state is behind one
+// mutex that is held for a copy of some kilobytes at the most, never while the disc is read; that
+// is short enough for the engine's thread.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
-        : disc_(std::move(disc)),
-          ring_(readAheadSectors * framesPerSector),
-          thread_([this] { run(); }) {}
+        : disc_(std::move(disc)), ring_(readAheadSectors * framesPerSector) {}
 
-    ~Reader() {
-        {
-            const std::lock_guard lock(mutex_);
-            quit_ = true;
+    /// The body of the thread.
+    void run() {
+        std::vector<sound::StereoFrame> buffer(sectorsPerRead * framesPerSector);
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            work_.wait(lock, [this] { return quit_.stop_requested() || mayRead(); });
+            if (quit_.stop_requested())
+                return;
+            readOnce(lock, buffer);
         }
+    }
+
+    void quit() {
+        const std::lock_guard lock(mutex_);
+        quit_.request_stop();
         work_.notify_one();
-        thread_.join();
     }
 
     void play(std::int64_t sector, std::int64_t endSector) {
@@ -152,17 +163,6 @@ class DiscPlayer::Reader {
                ring_.space() >= static_cast<std::size_t>(sectorsToRead()) * framesPerSector;
     }
 
-    void run() {
-        std::vector<sound::StereoFrame> buffer(sectorsPerRead * framesPerSector);
-        std::unique_lock lock(mutex_);
-        for (;;) {
-            work_.wait(lock, [this] { return quit_ || mayRead(); });
-            if (quit_)
-                return;
-            readOnce(lock, buffer);
-        }
-    }
-
     void readOnce(std::unique_lock<std::mutex>& lock, std::span<sound::StereoFrame> buffer) {
         const std::uint64_t generation = generation_;
         const std::int64_t first = nextSector_;
@@ -170,12 +170,12 @@ class DiscPlayer::Reader {
         const auto frames = buffer.first(static_cast<std::size_t>(sectors) * framesPerSector);
         reading_ = true;
         lock.unlock();
-        const ReadOutcome outcome = disc_->read(first, frames);
+        const ReadOutcome outcome = disc_->read(first, frames, quit_.get_token());
         lock.lock();
         reading_ = false;
         if (outcome == ReadOutcome::gone) {
             gone_ = true;
-        } else if (generation == generation_) {
+        } else if (outcome == ReadOutcome::ok && generation == generation_) {
             ring_.put(frames);
             nextSector_ = first + sectors;
         }
@@ -192,14 +192,17 @@ class DiscPlayer::Reader {
     std::uint64_t generation_ = 0; ///< moves on when what is being read is no longer wanted
     bool reading_ = false;         ///< the reader is inside disc_->read: needs no waking
     bool gone_ = false;
-    bool quit_ = false;
-    std::thread thread_; // last: it may run as soon as it is made
+    std::stop_source quit_; ///< the player has gone
 };
 
 DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc)
-    : reader_(std::make_unique<Reader>(std::move(disc))) {}
+    : reader_(std::make_shared<Reader>(std::move(disc))),
+      thread_([reader = reader_] { reader->run(); }) {}
 
-DiscPlayer::~DiscPlayer() = default;
+DiscPlayer::~DiscPlayer() {
+    reader_->quit();
+    thread_.leave(patience);
+}
 
 void DiscPlayer::play(std::int64_t sector, std::int64_t endSector) {
     reader_->play(sector, endSector);

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "platform/linux/disc/disc.h"
+#include "platform/linux/sound/abandonable_thread.h"
 #include "platform/linux/sound/sample_source.h"
 
 namespace sonarith::disc {
@@ -18,7 +19,9 @@ enum class PlayerMode { stopped, playing, paused };
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc);
-    ~DiscPlayer() override; ///< ends the reader thread; waits for one bounded read at the most
+    /// Stops the read that is under way, and waits a moment for it. One that hangs is left behind,
+    /// and the disc with it, until the device lets it return.
+    ~DiscPlayer() override;
     DiscPlayer(const DiscPlayer&) = delete;
     DiscPlayer& operator=(const DiscPlayer&) = delete;
 
@@ -49,7 +52,8 @@ class DiscPlayer : public sound::SampleSource {
 
   private:
     class Reader;
-    std::unique_ptr<Reader> reader_;
+    std::shared_ptr<Reader> reader_; ///< shared with its thread
+    sound::AbandonableThread thread_;
 };
 
 } // namespace sonarith::disc

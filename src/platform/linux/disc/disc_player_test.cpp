@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// How a player is taken down stands in disc_player_close_test.cpp.
 #include "platform/linux/disc/disc_player.h"
 
 #include <atomic>
@@ -277,18 +278,6 @@ TEST(DiscPlayer, SeesThatTheMediumIsGoneThoughTheReadWasNoLongerWanted) {
     while (!player.gone())
         std::this_thread::yield();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
-}
-
-TEST(DiscPlayer, IsTakenDownInTheMiddleOfARead) {
-    const auto disc = longDisc();
-    disc->hold();
-    auto player = std::make_unique<DiscPlayer>(disc);
-    player->play(0, 1000);
-    disc->waitForReads(1);
-    std::thread destroyer([&player] { player.reset(); });
-    disc->release();
-    destroyer.join();
-    EXPECT_EQ(disc.use_count(), 1);
 }
 
 // The engine pulls on its own thread while commands rain down. Whatever it hears must be runs of

@@ -64,11 +64,13 @@ class DriveSlot::Words::SpokenDisc : public Disc {
 
     [[nodiscard]] const Table& table() const override { return disc_->table(); }
     [[nodiscard]] std::string remark() const override { return disc_->remark(); }
-    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override {
-        return disc_->read(first, out);
-    }
 
   private:
+    [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                                          const std::stop_token& stop) override {
+        return disc_->read(first, out, stop);
+    }
+
     const std::shared_ptr<Disc> disc_;
     const std::shared_ptr<Words> words_;
 };

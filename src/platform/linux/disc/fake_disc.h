@@ -40,19 +40,6 @@ class FakeDisc : public Disc {
     const Table& table() const override { return table_; }
     std::string remark() const override { return {}; }
 
-    ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override {
-        std::unique_lock lock(mutex_);
-        const auto sectors = static_cast<std::int64_t>(out.size()) / framesPerSector;
-        reads_.push_back({first, first + sectors});
-        changed_.notify_all();
-        changed_.wait(lock, [this] { return !held_; });
-        if (first + sectors > goneFrom_)
-            return ReadOutcome::gone;
-        for (std::size_t i = 0; i < out.size(); ++i)
-            out[i] = frameAt(first * framesPerSector + static_cast<std::int64_t>(i));
-        return ReadOutcome::ok;
-    }
-
     /// From now on every read waits until release().
     void hold() {
         const std::lock_guard lock(mutex_);
@@ -87,6 +74,21 @@ class FakeDisc : public Disc {
     }
 
   private:
+    // Like a device that hangs, it never looks whether it should stop.
+    ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                            const std::stop_token& /*stop*/) override {
+        std::unique_lock lock(mutex_);
+        const auto sectors = static_cast<std::int64_t>(out.size()) / framesPerSector;
+        reads_.push_back({first, first + sectors});
+        changed_.notify_all();
+        changed_.wait(lock, [this] { return !held_; });
+        if (first + sectors > goneFrom_)
+            return ReadOutcome::gone;
+        for (std::size_t i = 0; i < out.size(); ++i)
+            out[i] = frameAt(first * framesPerSector + static_cast<std::int64_t>(i));
+        return ReadOutcome::ok;
+    }
+
     Table table_;
     mutable std::mutex mutex_;
     std::condition_variable changed_;

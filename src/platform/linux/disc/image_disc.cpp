@@ -133,7 +133,8 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
         std::move(handle.value()), std::move(files.value()), std::move(line.value())));
 }
 
-ReadOutcome ImageDisc::read(std::int64_t first, std::span<sound::StereoFrame> out) {
+ReadOutcome ImageDisc::readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                                   const std::stop_token& stop) {
     if (ejected_ || !sheet_.stillThere()) {
         return ReadOutcome::gone;
     }
@@ -147,6 +148,9 @@ ReadOutcome ImageDisc::read(std::int64_t first, std::span<sound::StereoFrame> ou
         line_.sound.begin(), line_.sound.end(),
         [&](const SoundStretch& candidate) { return endOf(candidate) <= begin; });
     for (; stretch != line_.sound.end() && stretch->start < end; ++stretch) {
+        if (stop.stop_requested()) {
+            return ReadOutcome::interrupted;
+        }
         const std::int64_t from = std::max(begin, stretch->start);
         const std::int64_t to = std::min(end, endOf(*stretch));
         const auto part = out.subspan(static_cast<std::size_t>(from - begin),

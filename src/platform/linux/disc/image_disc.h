@@ -25,14 +25,15 @@ class ImageDisc final : public Disc {
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
     [[nodiscard]] std::string remark() const override { return line_.remark; }
-    /// `gone` from the moment the sheet or the file that is read is no longer at its path or gives
-    /// less than it held, and after `eject`.
-    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override;
-
     /// Takes the disc out for good. May be called from another thread than `read`.
     void eject() { ejected_ = true; }
 
   private:
+    /// `gone` from the moment the sheet or the file that is read is no longer at its path or gives
+    /// less than it held, and after `eject`.
+    [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                                          const std::stop_token& stop) override;
+
     ImageDisc(FileHandle sheet, std::vector<std::unique_ptr<ImageFile>> files, ImageTimeline line);
 
     FileHandle sheet_;

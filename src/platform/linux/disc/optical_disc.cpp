@@ -22,29 +22,38 @@ std::string OpticalDisc::remark() const {
            "stands in the place.";
 }
 
-ReadOutcome OpticalDisc::read(std::int64_t first, std::span<sound::StereoFrame> out) {
+ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                                     const std::stop_token& stop) {
+    if (gone_)
+        return ReadOutcome::gone;
     trouble_ = {};
-    while (!out.empty() && !gone_) {
-        Stretch stretch = layout_.stretchAt(first);
+    while (!out.empty()) {
+        const Stretch stretch = layout_.stretchAt(first);
         const auto wanted = static_cast<std::int64_t>(out.size()) / framesPerSector;
         const bool onTheLine = stretch.sectors > 0;
         const std::int64_t sectors = onTheLine ? std::min(wanted, stretch.sectors) : wanted;
         const auto frames = out.first(static_cast<std::size_t>(sectors) * framesPerSector);
         // Data are never asked of the drive as sound, nor is what lies past the end: both silent.
-        if (!onTheLine || stretch.kind == TrackKind::data)
+        if (!onTheLine || stretch.kind == TrackKind::data) {
             std::ranges::fill(frames, sound::StereoFrame{});
-        else if (readStretch(stretch, frames) == ReadOutcome::gone)
-            gone_ = true;
+        } else if (const auto outcome = readStretch(stretch, frames, stop);
+                   outcome != ReadOutcome::ok) {
+            gone_ = outcome == ReadOutcome::gone;
+            return outcome;
+        }
         first += sectors;
         out = out.subspan(frames.size());
     }
     effort_.finish(trouble_);
-    return gone_ ? ReadOutcome::gone : ReadOutcome::ok;
+    return ReadOutcome::ok;
 }
 
-ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::StereoFrame> out) {
+ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::StereoFrame> out,
+                                     const std::stop_token& stop) {
     std::int64_t sector = stretch.first;
     for (; !out.empty(); out = out.subspan(framesPerSector), ++sector) {
+        if (stop.stop_requested())
+            return ReadOutcome::interrupted;
         const auto frames = out.first(framesPerSector);
         const ReadEffort::Plan plan = effort_.plan(trouble_);
         if (plan.effort == Effort::none) {
@@ -56,9 +65,11 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
             sectors_->seek(sector, stretch.first + stretch.sectors);
         next_ = sector + 1;
         const ReadEffort::Duration begin = clock_();
-        const SectorOutcome outcome = sectors_->next(plan, frames);
+        const SectorOutcome outcome = sectors_->next(plan, frames, stop);
         if (outcome == SectorOutcome::gone)
             return ReadOutcome::gone;
+        if (stop.stop_requested())
+            return ReadOutcome::interrupted;
         // A sound sector costs nothing: a drive that spins up is slow, but loses no sector.
         if (outcome != SectorOutcome::ok)
             trouble_ += clock_() - begin;

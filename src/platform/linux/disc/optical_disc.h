@@ -29,9 +29,10 @@ class AudioSectors {
     /// The next sector is `first`; nothing at `end` or after it is ever asked of the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and goes on to the one after it.
-    /// The effort is not `none`. Once something has failed, no attempt begins after the limit.
-    [[nodiscard]] virtual SectorOutcome next(ReadEffort::Plan plan,
-                                             std::span<sound::StereoFrame> out) = 0;
+    /// The effort is not `none`. Once something has failed, no attempt begins after the limit. Once
+    /// `stop` asks for it no command is given to the drive any more, and `out` is of no use.
+    [[nodiscard]] virtual SectorOutcome
+    next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };
 
 class OpticalDisc : public Disc {
@@ -45,11 +46,12 @@ class OpticalDisc : public Disc {
 
     [[nodiscard]] const Table& table() const override { return layout_.table(); }
     [[nodiscard]] std::string remark() const override;
-    [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out) override;
 
   private:
-    [[nodiscard]] ReadOutcome readStretch(const Stretch& stretch,
-                                          std::span<sound::StereoFrame> out);
+    [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
+                                          const std::stop_token& stop) override;
+    [[nodiscard]] ReadOutcome readStretch(const Stretch& stretch, std::span<sound::StereoFrame> out,
+                                          const std::stop_token& stop);
 
     const OpticalLayout layout_;
     const std::unique_ptr<AudioSectors> sectors_;

@@ -25,6 +25,8 @@ struct DriveState {
     std::int64_t goneFrom = INT64_MAX;
     ReadEffort::Duration now{0};
     ReadEffort::Duration sectorTime{0};
+    std::int64_t stopAt = INT64_MAX; ///< the sector during which the reader is told to stop
+    std::stop_source stop;
 };
 
 class FakeSectors : public AudioSectors {
@@ -34,10 +36,14 @@ class FakeSectors : public AudioSectors {
         state_->seeks.emplace_back(first, end);
         state_->cursor = first;
     }
-    SectorOutcome next(ReadEffort::Plan plan, std::span<StereoFrame> out) override {
+    SectorOutcome next(ReadEffort::Plan plan, std::span<StereoFrame> out,
+                       const std::stop_token& stop) override {
         state_->efforts.push_back(plan.effort);
         state_->now += state_->sectorTime;
         const std::int64_t sector = state_->cursor++;
+        if (sector == state_->stopAt)
+            state_->stop.request_stop();
+        EXPECT_EQ(stop.stop_requested(), sector == state_->stopAt);
         if (sector >= state_->goneFrom)
             return SectorOutcome::gone;
         std::ranges::copy(framesAt(sector * framesPerSector, framesPerSector), out.begin());
@@ -141,6 +147,19 @@ TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
     EXPECT_EQ(read(0, 3), sectorsAt(0, 3));
     EXPECT_THAT(drive->efforts, ElementsAre(Effort::repair, Effort::repair, Effort::once));
     EXPECT_EQ(disc.remark(), "");
+}
+
+TEST_F(OpticalDiscTest, AsksNoFurtherOnceItIsToStopAndReadsOnLater) {
+    drive->badFrom = 0;
+    drive->stopAt = 3;
+    std::vector<StereoFrame> frames = silence(10);
+    EXPECT_EQ(disc.read(0, frames, drive->stop.get_token()), ReadOutcome::interrupted);
+    EXPECT_EQ(drive->efforts.size(), 4u);
+    EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
+    EXPECT_EQ(drive->efforts.size(), 4u);
+    EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors")) << "the fourth was given up";
+    drive->stopAt = INT64_MAX;
+    EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }
 
 TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {

@@ -47,7 +47,7 @@ ParanoiaSectors::ParanoiaSectors(CdioHandle cdio, SectorCommands::Command comman
           return this->command(first, count, out);
       }) {
     // Time counts only when something has failed: a drive that spins up is slow, but sound.
-    commands_.setMayGoOn([this] { return !gone_ && !(failed_ && Clock::now() >= deadline_); });
+    commands_.setMayGoOn([this] { return !isOver() && !(failed_ && Clock::now() >= deadline_); });
 }
 
 ParanoiaSectors::~ParanoiaSectors() {
@@ -93,7 +93,8 @@ bool ParanoiaSectors::command(std::int64_t first, std::int64_t count, std::byte*
     if (command_(first, count, out))
         return true;
     failed_ = true;
-    gone_ = isGone_();
+    if (!isOver())
+        gone_ = isGone_();
     return false;
 }
 
@@ -106,7 +107,9 @@ void ParanoiaSectors::seek(std::int64_t first, std::int64_t end) {
     bad_.clear();
 }
 
-SectorOutcome ParanoiaSectors::next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out) {
+SectorOutcome ParanoiaSectors::next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out,
+                                    const std::stop_token& stop) {
+    stop_ = stop;
     deadline_ = Clock::now() + plan.limit;
     failed_ = false;
     if (!triedToOpen_)
@@ -151,7 +154,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::damaged : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (gone_ || bad_.size() == badBefore) // the medium, or memory, is gone
+        if (isOver() || bad_.size() == badBefore) // or memory is gone
             return attemptOnce(out);
     }
 }
@@ -188,9 +191,10 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
                                             std::byte* out) {
     const std::int64_t done = commands_.read(first, count, out);
     const bool whole = done >= std::min(count, limit_ - first);
-    if (!whole && (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_))
+    if (!whole && !isOver() &&
+        (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_))
         bad_.insert(first + done);
-    if (gone_ || bad_.contains(first + done)) {
+    if (isOver() || bad_.contains(first + done)) {
         errno = ENOMEDIUM; // makes the library return at once
         return -1;
     }

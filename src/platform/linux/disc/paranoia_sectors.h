@@ -26,8 +26,8 @@ class ParanoiaSectors : public AudioSectors {
     ParanoiaSectors& operator=(const ParanoiaSectors&) = delete;
 
     void seek(std::int64_t first, std::int64_t end) override;
-    [[nodiscard]] SectorOutcome next(ReadEffort::Plan plan,
-                                     std::span<sound::StereoFrame> out) override;
+    [[nodiscard]] SectorOutcome next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out,
+                                     const std::stop_token& stop) override;
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -35,6 +35,8 @@ class ParanoiaSectors : public AudioSectors {
     void openReader();
     void makeParanoia();
     void position();
+    /// Nothing that is asked of the drive any more would be of use.
+    [[nodiscard]] bool isOver() const { return gone_ || stop_.stop_requested(); }
     [[nodiscard]] bool command(std::int64_t first, std::int64_t count, std::byte* out);
     [[nodiscard]] SectorOutcome readOnce(std::span<sound::StereoFrame> out);
     [[nodiscard]] SectorOutcome attemptOnce(std::span<sound::StereoFrame> out);
@@ -57,6 +59,7 @@ class ParanoiaSectors : public AudioSectors {
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;
+    std::stop_token stop_;                 ///< of the present call of next()
     bool failed_ = false;                  ///< a command has failed since next() was called
     std::map<std::int64_t, int> failures_; ///< of each sector, since the last seek
     std::set<std::int64_t> bad_;           ///< those that are not tried with repair any more

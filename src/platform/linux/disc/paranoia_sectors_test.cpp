@@ -47,7 +47,8 @@ class ParanoiaSectorsTest : public testing::Test {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
         auto command = [this, raw](std::int64_t first, std::int64_t count, std::byte* out) {
-            ++commands_;
+            if (++commands_ == stopAtCommand_)
+                stop_.request_stop();
             furthest_ = std::max(furthest_, first + count);
             largest_ = std::max(largest_, count);
             if (gone_)
@@ -74,6 +75,8 @@ class ParanoiaSectorsTest : public testing::Test {
     int failures_ = 1;
     bool gone_ = false;
     int commands_ = 0;
+    int stopAtCommand_ = 0;
+    std::stop_source stop_;
     std::int64_t furthest_ = 0;
     std::int64_t largest_ = 0;
 };
@@ -97,7 +100,7 @@ TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEnd) {
     reader->seek(20, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
     for (std::int64_t i = 20; i < endOfSound; ++i) {
-        ASSERT_EQ(reader->next(patient, out), SectorOutcome::ok) << i;
+        ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
         ASSERT_EQ(out, sector(i)) << i;
     }
     EXPECT_EQ(furthest_, endOfSound);
@@ -111,7 +114,7 @@ TEST_F(ParanoiaSectorsTest, FindsItsPlaceAgainAfterSeeksAndSingleReads) {
         reader->seek(place, endOfSound);
         for (std::int64_t i = place; i < place + 9; ++i) {
             const bool once = i % 3 == 1;
-            ASSERT_EQ(reader->next(once ? single : patient, out), SectorOutcome::ok) << i;
+            ASSERT_EQ(reader->next(once ? single : patient, out, {}), SectorOutcome::ok) << i;
             ASSERT_EQ(out, sector(i)) << i;
         }
     }
@@ -124,7 +127,7 @@ TEST_F(ParanoiaSectorsTest, RepairsWhatCanBeReadAtLast) {
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
     for (std::int64_t i = 40; i < 120; ++i) {
-        ASSERT_THAT(reader->next(patient, out),
+        ASSERT_THAT(reader->next(patient, out, {}),
                     testing::AnyOf(SectorOutcome::ok, SectorOutcome::repaired));
         ASSERT_EQ(out, sector(i)) << i;
     }
@@ -139,7 +142,7 @@ TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
     std::vector<StereoFrame> out(framesPerSector);
     std::vector<std::int64_t> damaged;
     for (std::int64_t i = 55; i < 70; ++i) {
-        if (reader->next(patient, out) == SectorOutcome::damaged)
+        if (reader->next(patient, out, {}) == SectorOutcome::damaged)
             damaged.push_back(i);
         else
             ASSERT_EQ(out, sector(i)) << i;
@@ -154,9 +157,9 @@ TEST_F(ParanoiaSectorsTest, GivesSilenceForASingleReadThatFails) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector, {5, 5});
-    EXPECT_EQ(reader->next(single, out), SectorOutcome::damaged);
+    EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::damaged);
     EXPECT_EQ(out, std::vector<StereoFrame>(framesPerSector));
-    EXPECT_EQ(reader->next(single, out), SectorOutcome::ok);
+    EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::ok);
     EXPECT_EQ(out, sector(61));
 }
 
@@ -168,17 +171,17 @@ TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
     for (std::int64_t i = 60; i < 80; ++i)
-        EXPECT_EQ(reader->next({Effort::repair, 0s}, out), SectorOutcome::damaged) << i;
+        EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::damaged) << i;
     // One great command, a small one and a single one find the time over, and then a last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // Nothing of the silence that was made up is left behind.
     failures_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
-        ASSERT_EQ(reader->next(patient, out), SectorOutcome::ok) << i;
+        ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
         ASSERT_EQ(out, sector(i)) << i;
     }
     reader->seek(60, endOfSound);
-    ASSERT_EQ(reader->next(patient, out), SectorOutcome::ok);
+    ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok);
     EXPECT_EQ(out, sector(60));
 }
 
@@ -186,7 +189,32 @@ TEST_F(ParanoiaSectorsTest, TakesItsTimeWhileNothingFails) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
-    EXPECT_EQ(reader->next({Effort::repair, 0s}, out), SectorOutcome::ok);
+    EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::ok);
+    EXPECT_EQ(out, sector(60));
+}
+
+TEST_F(ParanoiaSectorsTest, GivesNoCommandOnceItIsToStop) {
+    bad_ = {60, 61, 62};
+    failures_ = INT_MAX;
+    const auto reader = makeReader();
+    std::vector<StereoFrame> out(framesPerSector);
+    for (const ReadEffort::Plan plan : {patient, single}) {
+        for (const int command : {1, 2, 3, 7}) {
+            reader->seek(60, endOfSound);
+            stop_ = std::stop_source();
+            commands_ = 0;
+            stopAtCommand_ = command;
+            for (int i = 0; i < 4 && !stop_.stop_requested(); ++i)
+                static_cast<void>(reader->next(plan, out, stop_.get_token()));
+            EXPECT_TRUE(stop_.stop_requested());
+            EXPECT_EQ(commands_, command);
+        }
+    }
+    // Nothing of what was cut short is left behind.
+    stopAtCommand_ = 0;
+    failures_ = 0;
+    reader->seek(60, endOfSound);
+    ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok);
     EXPECT_EQ(out, sector(60));
 }
 
@@ -195,9 +223,9 @@ TEST_F(ParanoiaSectorsTest, SaysAtOnceThatTheMediumIsGone) {
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
     gone_ = true;
-    EXPECT_EQ(reader->next(patient, out), SectorOutcome::gone);
+    EXPECT_EQ(reader->next(patient, out, {}), SectorOutcome::gone);
     EXPECT_EQ(commands_, 1);
-    EXPECT_EQ(reader->next(single, out), SectorOutcome::gone);
+    EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::gone);
     EXPECT_EQ(commands_, 1);
 }
 

@@ -5,10 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
-#include "support/mci_session.h"
-#include "support/temp_folder.h"
+#include "platform/linux/mci/machine_fixture.h"
 #include "support/wav_samples.h"
 
 namespace sonarith::mci {
@@ -16,61 +13,24 @@ namespace {
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
-using fakes::ask;
 using fakes::FakeDisc;
 using fakes::fine;
 using fakes::refused;
 using fakes::said;
 
 constexpr std::int64_t frames = disc::framesPerSector;
-constexpr const char* stereo = "set capture samplespersec 44100 channels 2 bitspersample 16 "
-                               "alignment 4 bytespersec 176400";
 
 /// What two tracks of 2 s and 1 s and 7 sectors, and one of 5 s, lie in.
 disc::Table threeTracks() {
     return fakes::audioTable({150, 82, 375});
 }
 
-class ACapture : public testing::Test {
+class ACapture : public testing::Test, protected MachineSession {
   protected:
-    fakes::Answer send(const std::string& command) { return ask(interpreter, command); }
+    ACapture() : MachineSession([this] { return drive; }) {}
 
-    /// Ticks as the monitor does, each a little late, until the disc has come to `milliseconds`.
-    void tickUntil(int milliseconds) {
-        while (std::stoi(send("status cd position").reply) < milliseconds) {
-            time += 103ms;
-            std::this_thread::yield(); // the reader's thread brings the sound; the card waits
-        }
-    }
-
-    /// A whole capture of what lies between two places, in the order of the monitor's commands.
-    void capture(const std::string& from, int endMilliseconds, const std::string& path) {
-        EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
-        EXPECT_EQ(send(stereo), fine());
-        EXPECT_EQ(send("open cdaudio alias cd"), fine());
-        EXPECT_EQ(send("set cd time format milliseconds"), fine());
-        EXPECT_EQ(send("record capture overwrite"), fine());
-        time += 2ms;
-        EXPECT_EQ(send("play cd" + from), fine());
-        tickUntil(endMilliseconds);
-        EXPECT_EQ(send("stop capture"), fine());
-        EXPECT_EQ(send("stop cd"), fine());
-        EXPECT_EQ(send("save capture " + path), fine());
-        EXPECT_EQ(send("close capture"), fine());
-        EXPECT_EQ(send("close cd"), fine());
-    }
-
-    fakes::TempFolder folder;
     std::shared_ptr<FakeDisc> disc = std::make_shared<FakeDisc>(threeTracks());
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(disc);
-    sound::SoundCard card;
-    sound::SoundCard::Time time = 7s;
-    Interpreter interpreter{
-        devicesOf(Machine{card, [this] { return time; }, [this] { return drive; },
-                          [this] { return std::vector<fs::path>{folder.path()}; },
-                          [this](const std::string& path) {
-                              return folder / path;
-                          }})};
 };
 
 /// Where in the stereo file the run of the disc's frames from `first` up to `end` begins; -1 if

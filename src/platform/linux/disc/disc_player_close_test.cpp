@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How a player ends while its disc is being read; disc_player_test.cpp has the rest.
+#include "platform/linux/disc/disc_player.h"
+
+#include <atomic>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/disc/fake_disc.h"
+#include "support/waiting.h"
+
+namespace sonarith::disc {
+namespace {
+
+Table longTable() {
+    return {{{TrackKind::audio, 10000}}};
+}
+
+/// A disc whose read goes on and on until it is told to stop.
+class ScratchedDisc : public Disc {
+  public:
+    const Table& table() const override { return table_; }
+    std::string remark() const override { return {}; }
+    std::atomic<int> begun = 0;
+    std::atomic<int> interrupted = 0;
+
+  private:
+    ReadOutcome readSectors(std::int64_t /*first*/, std::span<sound::StereoFrame> /*out*/,
+                            const std::stop_token& stop) override {
+        ++begun;
+        while (!stop.stop_requested())
+            std::this_thread::yield();
+        ++interrupted;
+        return ReadOutcome::interrupted;
+    }
+    const Table table_ = longTable();
+};
+
+TEST(APlayer, IsTakenDownInTheMiddleOfARead) {
+    const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
+    disc->hold();
+    auto player = std::make_unique<DiscPlayer>(disc);
+    player->play(0, 1000);
+    disc->waitForReads(1);
+    std::thread destroyer([&player] { player.reset(); });
+    disc->release();
+    destroyer.join();
+    EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
+}
+
+TEST(APlayer, LeavesAReadBehindThatDoesNotReturn) {
+    const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
+    disc->hold();
+    auto player = std::make_unique<DiscPlayer>(disc);
+    player->play(0, 1000);
+    disc->waitForReads(1);
+    player.reset();
+    EXPECT_GT(disc.use_count(), 1) << "the read that hangs keeps its disc";
+    disc->release();
+    EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
+    EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read for nobody";
+}
+
+TEST(APlayer, StopsTheReadThatIsUnderWayWhenItIsTakenDown) {
+    const auto disc = std::make_shared<ScratchedDisc>();
+    auto player = std::make_unique<DiscPlayer>(disc);
+    player->play(0, 1000);
+    EXPECT_TRUE(fakes::eventually([&] { return disc->begun == 1; }));
+    player->stop();
+    player.reset();
+    EXPECT_TRUE(fakes::eventually([&] { return disc->interrupted == 1; }));
+    EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
+}
+
+} // namespace
+} // namespace sonarith::disc

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// An interpreter on the real player, sound card and recording, and the commands of a capture; the
+// clock alone is the test's. For tests only.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mci/machine_devices.h"
+#include "support/mci_session.h"
+#include "support/temp_folder.h"
+#include "support/waiting.h"
+
+namespace sonarith::mci {
+
+class MachineSession {
+  public:
+    explicit MachineSession(std::function<std::shared_ptr<disc::Drive>()> drive)
+        : interpreter(devicesOf(
+              Machine{card, [this] { return time; }, std::move(drive),
+                      [this] { return std::vector<std::filesystem::path>{folder.path()}; },
+                      [this](const std::string& path) {
+                          return folder / path;
+                      }})) {}
+
+    fakes::Answer send(const std::string& command) { return fakes::ask(interpreter, command); }
+
+    /// Ticks as the monitor does, each a little late, until the disc has come to `milliseconds`.
+    void tickUntil(int milliseconds) {
+        // The reader's thread brings the sound meanwhile; the card waits for it.
+        EXPECT_TRUE(fakes::eventually([&] {
+            if (std::stoi(send("status cd position").reply) >= milliseconds) {
+                return true;
+            }
+            time += std::chrono::milliseconds(103);
+            return false;
+        }));
+    }
+
+    /// A whole capture of what lies between two places, in the order of the monitor's commands.
+    void capture(const std::string& from, int endMilliseconds, const std::string& path) {
+        EXPECT_EQ(send("open new type waveaudio alias capture"), fakes::fine());
+        EXPECT_EQ(send(stereo), fakes::fine());
+        EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());
+        EXPECT_EQ(send("set cd time format milliseconds"), fakes::fine());
+        EXPECT_EQ(send("record capture overwrite"), fakes::fine());
+        time += std::chrono::milliseconds(2);
+        EXPECT_EQ(send("play cd" + from), fakes::fine());
+        tickUntil(endMilliseconds);
+        EXPECT_EQ(send("stop capture"), fakes::fine());
+        EXPECT_EQ(send("stop cd"), fakes::fine());
+        EXPECT_EQ(send("save capture " + path), fakes::fine());
+        EXPECT_EQ(send("close capture"), fakes::fine());
+        EXPECT_EQ(send("close cd"), fakes::fine());
+    }
+
+    static constexpr const char* stereo =
+        "set capture samplespersec 44100 channels 2 bitspersample 16 "
+        "alignment 4 bytespersec 176400";
+
+    fakes::TempFolder folder;
+    sound::SoundCard card;
+    sound::SoundCard::Time time = std::chrono::seconds(7);
+    Interpreter interpreter;
+};
+
+} // namespace sonarith::mci
