@@ -2,11 +2,10 @@
 #include "platform/linux/disc/optical_drive.h"
 
 #include <cerrno>
-#include <chrono>
 #include <optional>
+#include <thread>
 #include <utility>
 
-#include "platform/linux/disc/cdio_handle.h"
 #include "platform/linux/disc/optical_disc.h"
 #include "platform/linux/disc/paranoia_sectors.h"
 
@@ -14,77 +13,130 @@ namespace sonarith::disc {
 
 namespace {
 
+// Often enough that nobody waits for it, seldom enough for a drive that is busy.
+constexpr std::chrono::milliseconds spinUpPoll{250};
+
 /// The table as the drive tells it now; handles remember the table that they were opened with.
-RawToc currentTocOf(const std::string& device) {
-    const CdioHandle cdio = openCdio(device);
-    return cdio ? rawTocOf(cdio.get()) : RawToc{};
+RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
+    const CdioHandle cdio = access.open(device);
+    return cdio ? access.table(cdio.get()) : RawToc{};
 }
 
 /// Whether the disc whose table is `toc` has left the drive. A "cannot tell" is no.
-bool hasLeft(const std::string& device, CdIo_t* cdio, const RawToc& toc) {
-    const DriveState state = statusOf(device).state;
+bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
+             const RawToc& toc) {
+    const DriveState state = access.status(device).state;
     if (state == DriveState::empty || state == DriveState::unreachable)
         return true;
     // Some drives claim a change at each question, so the table has the last word.
-    return cdio_get_media_changed(cdio) > 0 && currentTocOf(device) != toc;
+    return access.mediaChanged(cdio) > 0 && currentTocOf(access, device) != toc;
 }
 
-std::shared_ptr<Disc> makeDisc(const std::string& device, CdioHandle cdio, RawToc toc,
-                               OpticalLayout layout) {
+std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& device,
+                               CdioHandle cdio, const RawToc& toc, OpticalLayout layout,
+                               std::shared_ptr<DamageRecord> damage) {
     CdIo_t* const raw = cdio.get(); // owned by the sectors below, as are both functions
     // Asked once, since the answer tells of a change since the question before.
-    (void)cdio_get_media_changed(raw);
-    auto command = [raw](std::int64_t first, std::int64_t count, std::byte* out) {
-        return cdio_read_audio_sectors(raw, out, static_cast<lsn_t>(first),
-                                       static_cast<std::uint32_t>(count)) == DRIVER_OP_SUCCESS;
+    (void)access.mediaChanged(raw);
+    auto command = [raw, read = access.read](std::int64_t first, std::int64_t count,
+                                             std::byte* out) {
+        return read(raw, first, count, out);
     };
-    auto gone = [device, raw, toc = std::move(toc)] {
-        return hasLeft(device, raw, toc);
+    auto gone = [access, device, raw, toc] {
+        return hasLeft(access, device, raw, toc);
     };
     return std::make_shared<OpticalDisc>(
         std::move(layout),
         std::make_unique<ParanoiaSectors>(std::move(cdio), std::move(command), std::move(gone)),
-        [] { return std::chrono::steady_clock::now().time_since_epoch(); });
+        [] { return std::chrono::steady_clock::now().time_since_epoch(); }, std::move(damage));
 }
 
 } // namespace
 
-OpticalDrive::OpticalDrive(std::string device) : device_(std::move(device)) {}
+bool OpticalAccess::readAudioSectors(CdIo_t* cdio, std::int64_t first, std::int64_t count,
+                                     std::byte* out) {
+    return cdio_read_audio_sectors(cdio, out, static_cast<lsn_t>(first),
+                                   static_cast<std::uint32_t>(count)) == DRIVER_OP_SUCCESS;
+}
+
+void OpticalAccess::pauseThread(std::chrono::milliseconds time) {
+    std::this_thread::sleep_for(time);
+}
+
+OpticalDrive::OpticalDrive(std::string device, OpticalAccess access)
+    : device_(std::move(device)), access_(std::move(access)) {}
+
+DriveStatus OpticalDrive::settledStatus() const {
+    DriveStatus status = access_.status(device_);
+    for (std::chrono::milliseconds waited{0};
+         status.state == DriveState::notReady && waited < longestSpinUp; waited += spinUpPoll) {
+        access_.pause(spinUpPoll);
+        status = access_.status(device_);
+    }
+    return status;
+}
 
 Loaded OpticalDrive::load() {
-    const DriveStatus status = statusOf(device_);
-    if (status.state == DriveState::unreachable)
+    const DriveStatus status = settledStatus();
+    switch (status.state) {
+    case DriveState::unreachable:
         return {nullptr, problemOf(device_, status.error)};
-    if (status.state == DriveState::empty || status.state == DriveState::notReady)
+    case DriveState::notReady:
+        return {nullptr, "The drive " + device_ +
+                             " is not ready: it has tried to read its disc for a while. Try again, "
+                             "or look whether the disc is clean and lies right."};
+    case DriveState::empty:
+        toc_ = {}; // what comes next is another disc, or has perhaps been cleaned
         return {};
-    CdioHandle cdio = openCdio(device_);
+    case DriveState::loaded:
+    case DriveState::unknown:
+        break;
+    }
+    return loadTable(status.state);
+}
+
+Loaded OpticalDrive::loadTable(DriveState state) {
+    CdioHandle cdio = access_.open(device_);
     if (!cdio)
         return {nullptr, problemOf(device_, EIO)};
-    RawToc toc = rawTocOf(cdio.get());
+    RawToc toc = access_.table(cdio.get());
     std::optional<OpticalLayout> layout = OpticalLayout::of(toc);
     if (!layout)
-        return status.state == DriveState::unknown
+        return state == DriveState::unknown
                    ? Loaded{}
                    : Loaded{nullptr, "The drive " + device_ +
                                          " cannot read the table of contents of its disc."};
-    return {makeDisc(device_, std::move(cdio), std::move(toc), *std::move(layout)), {}};
+    if (toc != toc_)
+        damage_ = std::make_shared<DamageRecord>();
+    toc_ = std::move(toc);
+    auto disc = makeDisc(access_, device_, std::move(cdio), toc_, *std::move(layout), damage_);
+    disc_ = disc;
+    return {std::move(disc), {}};
 }
 
 bool OpticalDrive::mediaPresent() {
-    const DriveState state = statusOf(device_).state;
-    if (state != DriveState::unknown)
-        return state == DriveState::loaded;
-    return OpticalLayout::of(currentTocOf(device_)).has_value();
+    switch (access_.status(device_).state) {
+    case DriveState::loaded:
+        return true;
+    case DriveState::notReady:
+        return !disc_.expired(); // a disc that was read already spins up again
+    case DriveState::unknown:
+        return OpticalLayout::of(currentTocOf(access_, device_)).has_value();
+    case DriveState::empty:
+    case DriveState::unreachable:
+        break;
+    }
+    return false;
 }
 
 void OpticalDrive::openTray() {
-    if (statusOf(device_).state != DriveState::unreachable)
-        (void)cdio_eject_media_drive(device_.c_str());
+    if (access_.status(device_).state != DriveState::unreachable)
+        openTrayOf(device_);
 }
 
 void OpticalDrive::closeTray() {
-    if (statusOf(device_).state != DriveState::unreachable)
-        (void)cdio_close_tray(device_.c_str(), nullptr);
+    if (access_.status(device_).state != DriveState::unreachable)
+        closeTrayOf(device_);
 }
 
 } // namespace sonarith::disc

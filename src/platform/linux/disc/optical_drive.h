@@ -3,26 +3,65 @@
 // sound is read is the work of optical_disc.h and paranoia_sectors.h.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 
+#include "platform/linux/disc/cdio_handle.h"
+#include "platform/linux/disc/damage_record.h"
 #include "platform/linux/disc/disc.h"
 #include "platform/linux/disc/drive_status.h"
 
 namespace sonarith::disc {
 
+/// What an optical drive asks of the machine; tests put others here. A disc that is loaded asks on
+/// the thread that reads it.
+struct OpticalAccess {
+    std::function<DriveStatus(const std::string& device)> status = statusOf;
+    std::function<CdioHandle(const std::string& device)> open = [](const std::string& device) {
+        return openCdio(device);
+    };
+    std::function<RawToc(CdIo_t*)> table = rawTocOf;
+    /// Whether the medium was changed since the question before: 0 for no, positive for yes,
+    /// negative if the drive cannot tell.
+    std::function<int(CdIo_t*)> mediaChanged = cdio_get_media_changed;
+    /// One command: as SectorCommands::Command.
+    std::function<bool(CdIo_t*, std::int64_t first, std::int64_t count, std::byte* out)> read =
+        readAudioSectors;
+    std::function<void(std::chrono::milliseconds)> pause = pauseThread;
+
+    static bool readAudioSectors(CdIo_t* cdio, std::int64_t first, std::int64_t count,
+                                 std::byte* out);
+    static void pauseThread(std::chrono::milliseconds time);
+};
+
 class OpticalDrive : public Drive {
   public:
     /// `device` is a device node; that it is there and is a drive is seen at each call.
-    explicit OpticalDrive(std::string device);
+    explicit OpticalDrive(std::string device, OpticalAccess access = {});
 
+    /// Waits for a disc that spins up, for `longestSpinUp` at the most. What could not be read of
+    /// a disc is remembered for the next load, if that finds the same table.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
     /// Passed over by a drive that refuses or has no tray, as are all failures of both.
     void openTray() override;
     void closeTray() override;
 
+    static constexpr std::chrono::milliseconds longestSpinUp{8000};
+
   private:
+    [[nodiscard]] DriveStatus settledStatus() const;
+    [[nodiscard]] Loaded loadTable(DriveState state);
+
     const std::string device_;
+    const OpticalAccess access_;
+    std::weak_ptr<Disc> disc_; ///< the one that was loaded last
+    RawToc toc_;               ///< of that disc
+    std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of that disc
 };
 
 } // namespace sonarith::disc

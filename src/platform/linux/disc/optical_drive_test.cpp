@@ -1,11 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What can be said of a drive on a machine that has none.
+// What is said of a drive on a machine that has none, and a drive of which all that it is asked is
+// in the test's hands; the library takes an image for its disc.
 #include "platform/linux/disc/optical_drive.h"
+
+#include <cerrno>
+#include <deque>
+#include <set>
 
 #include <gmock/gmock.h>
 
+#include "platform/linux/disc/image_fixture.h"
+
 namespace sonarith::disc {
 namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 class NoDrive : public testing::TestWithParam<const char*> {};
 
@@ -17,9 +28,9 @@ TEST_P(NoDrive, SaysInWordsWhyItCannotBeRead) {
     OpticalDrive drive(GetParam());
     const Loaded loaded = drive.load();
     EXPECT_EQ(loaded.disc, nullptr);
-    EXPECT_THAT(loaded.problem, testing::HasSubstr(GetParam()));
-    EXPECT_THAT(loaded.problem, testing::AnyOf(testing::HasSubstr("no drive at"),
-                                               testing::HasSubstr("not an optical drive")));
+    EXPECT_THAT(loaded.problem, HasSubstr(GetParam()));
+    EXPECT_THAT(loaded.problem,
+                testing::AnyOf(HasSubstr("no drive at"), HasSubstr("not an optical drive")));
 }
 
 TEST_P(NoDrive, HoldsNoDiscAndPassesOverItsTray) {
@@ -28,6 +39,208 @@ TEST_P(NoDrive, HoldsNoDiscAndPassesOverItsTray) {
     drive.openTray();
     drive.closeTray();
     EXPECT_FALSE(drive.mediaPresent());
+}
+
+constexpr std::int64_t discSectors = 100;
+
+class OpticalDriveTest : public testing::Test {
+  protected:
+    OpticalDriveTest() {
+        // The library looks for the sound beside the sheet, whatever file the sheet names.
+        for (const std::string name : {"disc", "other"}) {
+            folder_.writeFrames(name + ".bin", rampSectors(0, discSectors));
+            folder_.write(name + ".cue", "FILE \"" + name + ".bin\" BINARY\n" +
+                                             "  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n" +
+                                             "  TRACK 02 AUDIO\n    INDEX 01 00:00:" +
+                                             (name == "disc" ? "40" : "41") + "\n");
+        }
+    }
+
+    OpticalAccess access() {
+        OpticalAccess made;
+        made.status = [this](const std::string&) {
+            const DriveStatus now = statuses_.front();
+            if (statuses_.size() > 1)
+                statuses_.pop_front();
+            return now;
+        };
+        made.open = [this](const std::string&) {
+            return openCdio(folder_.path(inDrive_).string(), DRIVER_BINCUE);
+        };
+        made.mediaChanged = [this](CdIo_t*) {
+            ++askedForChange_;
+            return changed_;
+        };
+        made.read = [this](CdIo_t* cdio, std::int64_t first, std::int64_t count, std::byte* out) {
+            for (std::int64_t sector = first; sector < first + count; ++sector)
+                if (bad_.contains(sector))
+                    return false;
+            return OpticalAccess::readAudioSectors(cdio, first, count, out);
+        };
+        made.pause = [this](std::chrono::milliseconds time) {
+            paused_ += time;
+        };
+        return made;
+    }
+
+    /// The outcome of reading three sectors from `first` on.
+    static ReadOutcome readAt(Disc& disc, std::int64_t first) {
+        std::vector<sound::StereoFrame> frames(3 * framesPerSector);
+        return disc.read(first, frames);
+    }
+
+    ImageFolder folder_;
+    /// What the drive answers one after the other; the last one for good.
+    std::deque<DriveStatus> statuses_ = {{DriveState::loaded}};
+    std::string inDrive_ = "disc.cue";
+    int changed_ = 0;
+    int askedForChange_ = 0;
+    std::set<std::int64_t> bad_;
+    std::chrono::milliseconds paused_{0};
+    OpticalDrive drive_{"/dev/sr0", access()};
+};
+
+TEST_F(OpticalDriveTest, ReadsTheTableAndTheSoundOfTheDisc) {
+    const Loaded loaded = drive_.load();
+    ASSERT_NE(loaded.disc, nullptr) << loaded.problem;
+    ASSERT_EQ(loaded.disc->table().tracks.size(), 2u);
+    EXPECT_EQ(loaded.disc->table().start(2), 40);
+    expectFrames(wholeLine(*loaded.disc), rampSectors(0, discSectors));
+    EXPECT_EQ(loaded.disc->remark(), "");
+    EXPECT_EQ(paused_, 0ms);
+}
+
+TEST_F(OpticalDriveTest, WaitsForADiscThatSpinsUp) {
+    statuses_ = {{DriveState::notReady},
+                 {DriveState::notReady},
+                 {DriveState::notReady},
+                 {DriveState::loaded}};
+    EXPECT_NE(drive_.load().disc, nullptr);
+    EXPECT_EQ(paused_, 750ms);
+}
+
+TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveSaysSo) {
+    statuses_ = {{DriveState::notReady}, {DriveState::empty}};
+    const Loaded loaded = drive_.load();
+    EXPECT_EQ(loaded.disc, nullptr);
+    EXPECT_EQ(loaded.problem, "");
+    EXPECT_EQ(paused_, 250ms);
+}
+
+TEST_F(OpticalDriveTest, SaysThatADriveDoesNotGetReady) {
+    statuses_ = {{DriveState::notReady}};
+    const Loaded loaded = drive_.load();
+    EXPECT_EQ(loaded.disc, nullptr);
+    EXPECT_THAT(loaded.problem, StartsWith("The drive /dev/sr0 is not ready"));
+    EXPECT_EQ(paused_, 8s);
+}
+
+TEST_F(OpticalDriveTest, TellsADiscThatCannotBeReadFromADriveThatCannotTell) {
+    inDrive_ = "nothing.cue";
+    EXPECT_THAT(drive_.load().problem, StartsWith("The drive /dev/sr0 cannot be used"));
+    OpticalAccess noTable = access();
+    noTable.open = [](const std::string&) {
+        return openCdio("/dev/null");
+    };
+    OpticalDrive drive("/dev/sr0", noTable);
+    EXPECT_THAT(drive.load().problem, HasSubstr("cannot read the table of contents"));
+    statuses_ = {{DriveState::unknown}};
+    EXPECT_EQ(drive.load().problem, "");
+    EXPECT_FALSE(drive.mediaPresent());
+}
+
+TEST_F(OpticalDriveTest, AsksForTheTableIfTheDriveCannotTellWhetherADiscIsIn) {
+    statuses_ = {{DriveState::unknown}};
+    EXPECT_TRUE(drive_.mediaPresent());
+    EXPECT_NE(drive_.load().disc, nullptr);
+}
+
+TEST_F(OpticalDriveTest, HoldsADiscThatSpinsUpAgainButNoneThatWasNeverRead) {
+    statuses_ = {{DriveState::notReady}};
+    EXPECT_FALSE(drive_.mediaPresent());
+    statuses_ = {{DriveState::loaded}};
+    Loaded loaded = drive_.load();
+    statuses_ = {{DriveState::notReady}};
+    EXPECT_TRUE(drive_.mediaPresent());
+    loaded.disc.reset();
+    EXPECT_FALSE(drive_.mediaPresent());
+}
+
+class DamagedDisc : public OpticalDriveTest {
+  protected:
+    DamagedDisc() {
+        loaded_ = drive_.load();
+        bad_ = {21};
+        askedForChange_ = 0;
+    }
+    Loaded loaded_;
+};
+
+TEST_F(DamagedDisc, IsStillThereIfTheDriveCannotTellOfAChange) {
+    changed_ = -1;
+    inDrive_ = "other.cue"; // must not be looked at
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    EXPECT_GT(askedForChange_, 0);
+    EXPECT_THAT(loaded_.disc->remark(), StartsWith("1 sector of the disc"));
+}
+
+TEST_F(DamagedDisc, IsStillThereInADriveThatAlwaysClaimsAChange) {
+    changed_ = 1;
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    EXPECT_GT(askedForChange_, 0);
+}
+
+TEST_F(DamagedDisc, IsStillThereWhileTheDriveSpinsUpAgain) {
+    statuses_ = {{DriveState::notReady}};
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+}
+
+TEST_F(DamagedDisc, HasLeftWhenAnotherTableIsFoundAfterAChange) {
+    changed_ = 1;
+    inDrive_ = "other.cue";
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::gone);
+}
+
+TEST_F(DamagedDisc, HasLeftWhenTheDriveIsEmptyOrGone) {
+    for (const DriveState state : {DriveState::empty, DriveState::unreachable}) {
+        statuses_ = {{DriveState::loaded}};
+        const Loaded loaded = drive_.load();
+        statuses_ = {{state, ENODEV}};
+        EXPECT_EQ(readAt(*loaded.disc, 20), ReadOutcome::gone);
+        EXPECT_FALSE(drive_.mediaPresent());
+    }
+}
+
+TEST_F(DamagedDisc, IsNotAskedWhetherItHasLeftWhileItReadsWell) {
+    changed_ = 1;
+    inDrive_ = "other.cue";
+    EXPECT_EQ(readAt(*loaded_.disc, 30), ReadOutcome::ok);
+    EXPECT_EQ(askedForChange_, 0);
+}
+
+TEST_F(DamagedDisc, AddsUpItsDamageOverSeveralLoads) {
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    loaded_ = drive_.load();
+    EXPECT_THAT(loaded_.disc->remark(), StartsWith("1 sector of the disc"));
+    bad_ = {21, 22, 50};
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    loaded_ = drive_.load();
+    EXPECT_EQ(readAt(*loaded_.disc, 50), ReadOutcome::ok);
+    EXPECT_THAT(loaded_.disc->remark(), StartsWith("3 sectors of the disc"));
+}
+
+TEST_F(DamagedDisc, IsForgottenForAnotherDiscAndWhenTheDriveWasEmpty) {
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    inDrive_ = "other.cue";
+    EXPECT_EQ(drive_.load().disc->remark(), "");
+    inDrive_ = "disc.cue";
+    loaded_ = drive_.load();
+    EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
+    EXPECT_THAT(drive_.load().disc->remark(), StartsWith("1 sector of the disc"));
+    statuses_ = {{DriveState::empty}};
+    EXPECT_EQ(drive_.load().disc, nullptr);
+    statuses_ = {{DriveState::loaded}};
+    EXPECT_EQ(drive_.load().disc->remark(), "");
 }
 
 } // namespace
