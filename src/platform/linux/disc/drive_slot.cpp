@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/disc/drive_slot.h"
 
+#include <chrono>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
@@ -8,14 +9,25 @@
 
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/disc/optical_drive.h"
+#include "platform/linux/disc/patient_drive.h"
 
 namespace sonarith::disc {
 
 namespace {
 
-/// A block device is a drive, and so is a name directly below /dev that is not there: a drive that
-/// was unplugged must not turn into a missing image.
+using namespace std::chrono_literals;
+
+// A drive may spin up before its table is read, and a disk with images too. What is asked each
+// second must hold up nobody.
+constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
+constexpr PatientDrive::Patience imagePatience{10s, 1s};
+
+/// A block device below /dev is a drive, and so is a name directly below /dev that is not there: a
+/// drive that was unplugged must not turn into a missing image. Other folders are not looked into,
+/// since they may lie on a server that does not answer.
 bool namesADevice(const std::string& chosen) {
+    if (!chosen.starts_with("/dev/"))
+        return false;
     const std::filesystem::path path(chosen);
     std::error_code ignored;
     if (std::filesystem::is_block_file(path, ignored))
@@ -27,9 +39,15 @@ bool namesADevice(const std::string& chosen) {
 
 DriveMakers realDriveMakers() {
     return {opticalDrives,
-            [](const std::string& device) { return std::make_shared<OpticalDrive>(device); },
+            [](const std::string& device) {
+                return std::make_shared<PatientDrive>(std::make_shared<OpticalDrive>(device),
+                                                      opticalPatience,
+                                                      "The drive " + device + " does not answer.");
+            },
             [](const std::string& path) {
-                return std::make_shared<ImageDrive>(path);
+                return std::make_shared<PatientDrive>(
+                    std::make_shared<ImageDrive>(path), imagePatience,
+                    path + ": the disk or server that holds it does not answer");
             }};
 }
 
@@ -107,8 +125,8 @@ DriveSlot::~DriveSlot() = default;
 
 std::shared_ptr<Drive> DriveSlot::openDrive() {
     std::string chosen = configured_();
-    bool optical = !chosen.empty() && namesADevice(chosen);
-    if (chosen.empty()) {
+    const bool firstFound = chosen.empty();
+    if (firstFound) {
         const std::vector<std::string> found = makers_.listOptical();
         if (found.empty()) {
             drive_.reset();
@@ -117,15 +135,15 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
             return nullptr;
         }
         chosen = found.front();
-        optical = true;
     }
     if (drive_ && chosen == chosen_)
         return drive_;
     // Words of their own for each choice: a former drive that is still in use says no more here.
     words_ = std::make_shared<Words>();
     chosen_ = chosen;
+    optical_ = firstFound || namesADevice(chosen);
     drive_ = std::make_shared<ReportingDrive>(
-        optical ? makers_.makeOptical(chosen) : makers_.makeImage(chosen), words_);
+        optical_ ? makers_.makeOptical(chosen) : makers_.makeImage(chosen), words_);
     return drive_;
 }
 

@@ -51,6 +51,7 @@ class DriveSlot {
     std::shared_ptr<Words> words_;
     std::string chosen_; ///< what drive_ was made for
     std::shared_ptr<Drive> drive_;
+    bool optical_ = false; ///< drive_ is no image
 };
 
 } // namespace sonarith::disc
