@@ -55,6 +55,13 @@ DriveMakers realDriveMakers() {
 struct DriveSlot::Words {
     class SpokenDisc;
 
+    /// The drive is empty: what was said of a former disc holds no more.
+    void forgetDisc() {
+        const std::lock_guard lock(mutex);
+        disc = nullptr;
+        lastRemark.clear();
+    }
+
     std::string problem;
     std::mutex mutex; ///< of what stands below: a player may let go of its disc on any thread
     const SpokenDisc* disc = nullptr; ///< its remark may grow while it is read
@@ -104,6 +111,8 @@ class DriveSlot::ReportingDrive : public Drive {
         words_->problem = loaded.problem;
         if (loaded.disc) {
             loaded.disc = std::make_shared<Words::SpokenDisc>(std::move(loaded.disc), words_);
+        } else if (loaded.problem.empty()) {
+            words_->forgetDisc();
         }
         return loaded;
     }

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/fake_disc.h"
+#include "platform/linux/disc/image_fixture.h"
+#include "platform/linux/disc/optical_drive.h"
 
 namespace sonarith::disc {
 namespace {
@@ -118,6 +120,19 @@ TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
     EXPECT_EQ(slot.report(), "disc.bin is shorter than its table");
 }
 
+TEST_F(DriveSlotTest, ForgetsTheWordsOfAFormerDiscWhenTheDriveIsFoundEmpty) {
+    configured = "/a.cue";
+    const auto disc = std::make_shared<RemarkingDisc>();
+    disc->words = "torn";
+    state->loaded.disc = disc;
+    Loaded former = slot.openDrive()->load();
+    state->loaded = {};
+    EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
+    EXPECT_EQ(slot.report(), "") << "though the former disc is still held";
+    former.disc.reset();
+    EXPECT_EQ(slot.report(), "");
+}
+
 TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
     configured = "/a.cue";
     const auto torn = std::make_shared<RemarkingDisc>();
@@ -138,6 +153,35 @@ TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
     state->loaded.problem = "torn";
     EXPECT_EQ(former->load().problem, "torn");
     EXPECT_EQ(slot.report(), "");
+}
+
+// In a queue each track opens the drive anew.
+TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
+    const ImageFolder folder;
+    folder.writeFrames("a.bin", rampSectors(0, 90));
+    folder.write("a.cue", "FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+                          "  TRACK 02 AUDIO\n    INDEX 01 00:00:45\n");
+    OpticalAccess access;
+    access.status = [](const std::string&) {
+        return DriveStatus{DriveState::loaded};
+    };
+    access.open = [&](const std::string&) {
+        return openCdio(folder.path("a.cue").string(), DRIVER_BINCUE);
+    };
+    access.read = [](CdIo_t* cdio, std::int64_t first, std::int64_t count, std::byte* out) {
+        const bool damaged = first <= 7 && 7 < first + count;
+        return !damaged && OpticalAccess::readAudioSectors(cdio, first, count, out);
+    };
+    DriveMakers makers = realDriveMakers();
+    makers.makeOptical = [&](const std::string& device) {
+        return std::make_shared<OpticalDrive>(device, access);
+    };
+    DriveSlot slot([] { return std::string("/dev/no-such-drive"); }, makers);
+    std::vector<sound::StereoFrame> frames(10 * framesPerSector);
+    EXPECT_EQ(slot.openDrive()->load().disc->read(0, frames), ReadOutcome::ok);
+    EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
+    EXPECT_EQ(slot.openDrive()->load().disc->read(45, frames), ReadOutcome::ok);
+    EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
 }
 
 TEST(DriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
