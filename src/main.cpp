@@ -105,6 +105,7 @@ DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound:
     };
     choices.setDrive = [&](const std::string& drive) {
         chosen.write("Drive", drive);
+        slot.choiceMade();
     };
     choices.setOutput = [&](const std::string& name) {
         chosen.write("Output", name);

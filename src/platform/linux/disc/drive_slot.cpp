@@ -156,6 +156,11 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
     return drive_;
 }
 
+void DriveSlot::choiceMade() {
+    if (drive_ && !optical_ && chosen_ == configured_())
+        drive_->closeTray();
+}
+
 std::string DriveSlot::report() const {
     if (!words_->problem.empty())
         return words_->problem;

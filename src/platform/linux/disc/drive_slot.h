@@ -38,6 +38,10 @@ class DriveSlot {
     /// than the slot.
     [[nodiscard]] std::shared_ptr<Drive> openDrive();
 
+    /// A person has just made the choice, perhaps the same again: an image that had been ejected is
+    /// put in again. The tray of an optical drive is left alone.
+    void choiceMade();
+
     /// Why the last load of the chosen drive found no disc, or what its disc has to remark at this
     /// moment; empty if there is nothing to say.
     [[nodiscard]] std::string report() const;

@@ -81,14 +81,33 @@ TEST_F(DriveSlotTest, TellsADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilTheChoiceChanges) {
+TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilAChoiceIsMade) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
     EXPECT_EQ(made.size(), 1u);
+    slot.choiceMade();
+    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image is put in again";
+    EXPECT_EQ(made.size(), 1u);
     configured = "/b.cue";
+    slot.choiceMade();
     EXPECT_NE(slot.openDrive(), nullptr);
     EXPECT_THAT(made, ElementsAre("image /a.cue", "image /b.cue"));
+}
+
+TEST_F(DriveSlotTest, LeavesTheTrayOfAFormerChoiceAndOfAnOpticalDriveAlone) {
+    configured = "/a.cue";
+    slot.openDrive()->openTray();
+    configured = "/b.cue";
+    slot.choiceMade();
+    EXPECT_TRUE(state->open);
+    optical = {"/dev/sr0"};
+    for (const char* const choice : {"", "/dev/no-such-drive"}) {
+        configured = choice;
+        slot.openDrive()->openTray();
+        slot.choiceMade();
+        EXPECT_TRUE(state->open) << choice;
+    }
 }
 
 TEST_F(DriveSlotTest, ReportsTheProblemOfTheLastLoad) {
@@ -182,6 +201,19 @@ TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
     EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
     EXPECT_EQ(slot.openDrive()->load().disc->read(45, frames), ReadOutcome::ok);
     EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
+}
+
+TEST(DriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
+    const ImageFolder folder;
+    folder.writeFrames("a.bin", rampSectors(0, 30));
+    const std::string image =
+        folder.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n").string();
+    DriveSlot slot([&] { return image; });
+    EXPECT_NE(slot.openDrive()->load().disc, nullptr);
+    slot.openDrive()->openTray();
+    EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
+    slot.choiceMade();
+    EXPECT_NE(slot.openDrive()->load().disc, nullptr);
 }
 
 TEST(DriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
