@@ -9,6 +9,7 @@
 #include <iterator>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/cdrom.h>
@@ -97,15 +98,23 @@ std::vector<std::string> driveNames(std::string_view information) {
     return names;
 }
 
-std::vector<std::string> opticalDrives() {
+std::vector<std::string>
+driveDevices(std::string_view information,
+             const std::function<bool(const std::string& device)>& isThere) {
     std::vector<std::string> devices;
-    for (const std::string& name : driveNames(headOf("/proc/sys/dev/cdrom/info"))) {
-        std::error_code ignored;
-        const std::string device = "/dev/" + name;
-        if (std::filesystem::is_block_file(device, ignored))
-            devices.push_back(device);
+    for (const std::string& name : driveNames(information)) {
+        std::string device = "/dev/" + name;
+        if (isThere(device))
+            devices.push_back(std::move(device));
     }
     return devices;
+}
+
+std::vector<std::string> opticalDrives() {
+    return driveDevices(headOf("/proc/sys/dev/cdrom/info"), [](const std::string& device) {
+        std::error_code ignored;
+        return std::filesystem::is_block_file(device, ignored);
+    });
 }
 
 } // namespace sonarith::disc

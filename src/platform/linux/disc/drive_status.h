@@ -3,6 +3,7 @@
 // Never pulls an open tray in, and reads nothing of the disc.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,11 @@ struct DriveStatus {
 /// `information` is the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest
 /// drive first (kernel documentation, cdrom).
 [[nodiscard]] std::vector<std::string> driveNames(std::string_view information);
+
+/// The device nodes of the drives in that list, but for those that `isThere` denies.
+[[nodiscard]] std::vector<std::string>
+driveDevices(std::string_view information,
+             const std::function<bool(const std::string& device)>& isThere);
 
 /// The device nodes of the machine's optical drives; empty if it has none.
 [[nodiscard]] std::vector<std::string> opticalDrives();
