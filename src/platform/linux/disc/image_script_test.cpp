@@ -2,33 +2,18 @@
 // Plays what tools/make_disc_image.py makes, in each of its layouts, sample by sample.
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-
 #include "platform/linux/disc/image_drive.h"
-#include "platform/linux/disc/image_fixture.h"
+#include "platform/linux/disc/image_script_fixture.h"
 
 namespace sonarith::disc {
 namespace {
 
 using ::testing::IsEmpty;
 
-const std::filesystem::path script = std::filesystem::path(__FILE__)
-                                         .parent_path() // of disc, linux, platform, src
-                                         .parent_path()
-                                         .parent_path()
-                                         .parent_path()
-                                         .parent_path() /
-                                     "tools" / "make_disc_image.py";
-
 class ImageScript : public ::testing::TestWithParam<const char*> {
   protected:
-    std::string make(const std::string& options) {
-        const std::string layout = GetParam();
-        const std::string command = "python3 '" + script.string() + "' '" +
-                                    folder_.path("").string() + "' --name a --layout " + layout +
-                                    " " + options + " >/dev/null";
-        EXPECT_EQ(std::system(command.c_str()), 0) << command;
-        return folder_.path(layout == "toc" ? "a.toc" : "a.cue");
+    std::filesystem::path make(const std::string& options) {
+        return makeImage(folder_, GetParam(), options);
     }
     ImageFolder folder_;
 };
@@ -55,13 +40,7 @@ TEST_P(ImageScript, AddsADataTrackToAnEnhancedDisc) {
     expectFrames(wholeLine(*loaded.disc), joined({rampSectors(0, 20), silentSectors(30)}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, ImageScript,
-                         ::testing::Values("cue", "cue-multi", "motorola", "wave", "toc"),
-                         [](const auto& instance) {
-                             std::string name = instance.param;
-                             std::erase(name, '-');
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Layouts, ImageScript, ::testing::ValuesIn(imageLayouts), layoutName);
 
 } // namespace
 } // namespace sonarith::disc
