@@ -16,10 +16,9 @@ void setUpLibrary() {
     std::call_once(once, [] {
         // Failures are seen in return values. Above all levels, since two threads that say
         // something at the same time end the process, whatever handler there is (measured, 2.1.0).
-        cdio_loglevel_default = static_cast<cdio_log_level_t>(CDIO_LOG_ASSERT + 1);
+        cdio_loglevel_default.value() = static_cast<cdio_log_level_t>(CDIO_LOG_ASSERT + 1);
         cdio_init();
-        using Milliseconds = decltype(::mmc_read_timeout_ms);
-        *static_cast<Milliseconds*>(cdioLibrary.symbol("mmc_read_timeout_ms")) = readTimeoutMs;
+        mmc_read_timeout_ms.value() = readTimeoutMs;
     });
 }
 

@@ -27,7 +27,9 @@ struct OpticalAccess {
     std::function<RawToc(CdIo_t*)> table = rawTocOf;
     /// Whether the medium was changed since the question before: 0 for no, positive for yes,
     /// negative if the drive cannot tell.
-    std::function<int(CdIo_t*)> mediaChanged = cdio_get_media_changed;
+    std::function<int(CdIo_t*)> mediaChanged = [](CdIo_t* cdio) {
+        return cdio_get_media_changed(cdio);
+    };
     /// One command: as SectorCommands::Command.
     std::function<bool(CdIo_t*, std::int64_t first, std::int64_t count, std::byte* out)> read =
         readAudioSectors;

@@ -27,6 +27,8 @@ SONARITH_LATE_FUNCTION(cdioLibrary, cdio_init);
 SONARITH_LATE_FUNCTION(cdioLibrary, cdio_log_set_handler);
 SONARITH_LATE_FUNCTION(cdioLibrary, cdio_open);
 SONARITH_LATE_FUNCTION(cdioLibrary, cdio_read_audio_sectors);
+SONARITH_LATE_VARIABLE(cdioLibrary, cdio_loglevel_default);
+SONARITH_LATE_VARIABLE(cdioLibrary, mmc_read_timeout_ms);
 
 inline constinit const LateLibrary cddaLibrary{"libcdio_cdda.so.2"};
 

@@ -49,11 +49,33 @@ class LateFunction {
     mutable std::atomic<Function*> function_ = nullptr;
 };
 
+/// One variable of a library.
+template <typename Variable>
+class LateVariable {
+  public:
+    constexpr LateVariable(const LateLibrary& library, const char* name)
+        : library_(library), name_(name) {}
+
+    [[nodiscard]] Variable& value() const {
+        return *static_cast<Variable*>(library_.symbol(name_));
+    }
+
+  private:
+    const LateLibrary& library_;
+    const char* name_;
+};
+
 } // namespace sonarith
 
 /// Lists a function of a library that a header of the library declares: its name is wanted as a
 /// name, as a type and as a text.
 #define SONARITH_LATE_FUNCTION(library, name)                                                      \
     inline constinit const LateFunction<decltype(::name)> name {                                   \
+        library, #name                                                                             \
+    }
+
+/// As above, for a variable.
+#define SONARITH_LATE_VARIABLE(library, name)                                                      \
+    inline constinit const LateVariable<decltype(::name)> name {                                   \
         library, #name                                                                             \
     }
