@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QEventLoop>
+#include <QMainWindow>
 #include <QWidget>
 #include <QWindow>
 
@@ -18,6 +19,7 @@ bool isInput(QEvent::Type type) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
@@ -35,21 +37,51 @@ bool isInput(QEvent::Type type) {
     }
 }
 
+/// Whether a person who does this expects something to happen.
+bool isPress(QEvent::Type type) {
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::Shortcut:
+    case QEvent::TouchBegin:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// The dialogs that run, each opened while the one before it was up.
 std::vector<QDialog*>& running() {
     static std::vector<QDialog*> dialogs;
     return dialogs;
 }
 
-/// A question that the dialog asks in turn is its child, as are its lists; a completer's list is a
-/// popup without a parent.
-bool takesInput(const QWidget& widget, const QDialog& dialog) {
-    for (const QWidget* above = &widget; above; above = above->parentWidget()) {
-        if (above == &dialog) {
-            return true;
-        }
+/// What a widget is a part of. A completer's list has no parent: it stands for the line that it
+/// completes, to which it hands its keys.
+const QWidget* ownerOf(const QWidget& widget) {
+    if (widget.parentWidget() || widget.windowType() != Qt::Popup) {
+        return widget.parentWidget();
     }
-    return widget.window()->windowType() == Qt::Popup;
+    const QWidget* line = widget.focusProxy();
+    return line && !widget.isAncestorOf(line) ? line : nullptr;
+}
+
+/// Its own controls, lists and menus do, and a question that it asks in turn.
+bool takesInput(const QWidget& widget, const QDialog& dialog) {
+    const QWidget* above = &widget;
+    while (above && above != &dialog) {
+        above = ownerOf(*above);
+    }
+    return above != nullptr;
+}
+
+void bringToFront(QDialog& dialog) {
+    if (dialog.isMinimized()) {
+        dialog.showNormal();
+    }
+    dialog.raise();
+    dialog.activateWindow();
 }
 
 /// Keeps input from all windows but the dialog that was opened last.
@@ -59,11 +91,20 @@ class InputGuard : public QObject {
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const QWidget* target = isInput(event->type()) ? widgetOf(watched) : nullptr;
-        return target && !takesInput(*target, *running().back());
+        QDialog& inFront = *running().back();
+        if (!target || takesInput(*target, inFront)) {
+            return false;
+        }
+        if (isPress(event->type())) {
+            // The window that was pressed may cover the dialog that it waits for.
+            bringToFront(inFront);
+        }
+        return true;
     }
 
   private:
-    /// The widget that an event is for; null for objects that are none, nor stand for one.
+    /// The widget that an event is for: the object itself, the one that a window of the desktop
+    /// shows, or the one that a shortcut or an action belongs to. Null where there is none.
     [[nodiscard]] static const QWidget* widgetOf(const QObject* watched) {
         if (const auto* window = qobject_cast<const QWindow*>(watched)) {
             for (const QWidget* top : QApplication::topLevelWidgets()) {
@@ -72,14 +113,39 @@ class InputGuard : public QObject {
                 }
             }
         }
-        return qobject_cast<const QWidget*>(watched);
+        while (watched && !watched->isWidgetType()) {
+            watched = watched->parent();
+        }
+        return static_cast<const QWidget*>(watched);
     }
 };
+
+void closeMenus() {
+    while (QWidget* open = QApplication::activePopupWidget()) {
+        open->close();
+        if (open == QApplication::activePopupWidget()) {
+            return;
+        }
+    }
+}
+
+/// Tells the windows, and all that stands in them, that they get no more input, as Qt's own modal
+/// dialogs do: whoever follows the mouse lets go of it, since its release will not come.
+void tellOthersTheyAreBlocked(const QDialog& dialog) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window != &dialog) {
+            QEvent blocked(QEvent::WindowBlocked);
+            QCoreApplication::sendEvent(window, &blocked);
+        }
+    }
+}
 
 } // namespace
 
 int runDialog(QDialog& dialog) {
     dialog.setModal(false);
+    closeMenus();
+    tellOthersTheyAreBlocked(dialog);
     running().push_back(&dialog);
     const InputGuard guard;
     QEventLoop loop;
@@ -95,6 +161,23 @@ int runDialog(QDialog& dialog) {
 
 QDialog* runningDialog() {
     return running().empty() ? nullptr : running().back();
+}
+
+QWidget* dialogParent() {
+    const auto seen = [](const QWidget* window) {
+        return window && window->isVisible() && !window->isMinimized();
+    };
+    for (QWidget* window : {static_cast<QWidget*>(runningDialog()), QApplication::activeWindow()}) {
+        if (seen(window)) {
+            return window;
+        }
+    }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QMainWindow*>(window) && seen(window)) {
+            return window;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace sonarith

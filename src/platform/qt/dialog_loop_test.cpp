@@ -3,9 +3,15 @@
 
 #include <functional>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTest>
 #include <QTimer>
 #include <gmock/gmock.h>
@@ -13,6 +19,7 @@
 namespace sonarith {
 namespace {
 
+/// Counts what reaches it.
 class OtherWindow : public QWidget {
   public:
     OtherWindow() {
@@ -24,10 +31,32 @@ class OtherWindow : public QWidget {
         ++closes;
         event->ignore();
     }
+    void mouseMoveEvent(QMouseEvent*) override { ++moves; }
     int clicks = 0;
     int closes = 0;
+    int moves = 0;
     QPushButton button{this};
 };
+
+/// A menu with one entry, which counts its choosing.
+class CountingMenu : public QMenu {
+  public:
+    explicit CountingMenu(QWidget* parent) : QMenu(parent) {
+        addAction(QStringLiteral("Entry"), [this] { ++chosen; });
+    }
+    void choose() {
+        QTest::mouseClick(this, Qt::LeftButton, {},
+                          actionGeometry(actions().constFirst()).center());
+    }
+    int chosen = 0;
+};
+
+void moveOver(QWidget& widget) {
+    const QPoint at(5, 5);
+    QMouseEvent move(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &move);
+}
 
 /// Runs `dialog`, and `act` while it is up, before it is accepted.
 int runAnd(QDialog& dialog, const std::function<void()>& act) {
@@ -55,6 +84,146 @@ TEST(RunDialog, OtherWindowsGetNoMouseAndNoKeysMeanwhile) {
     EXPECT_EQ(other.clicks, 0);
     QTest::mouseClick(&other.button, Qt::LeftButton);
     EXPECT_EQ(other.clicks, 1);
+}
+
+TEST(RunDialog, OtherWindowsDoNotHearOfThePointerMeanwhile) {
+    OtherWindow other;
+    QDialog dialog;
+    (void)runAnd(dialog, [&] { moveOver(other); });
+    EXPECT_EQ(other.moves, 0);
+    moveOver(other);
+    EXPECT_EQ(other.moves, 1);
+}
+
+TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
+    OtherWindow other;
+    QShortcut theirs(Qt::Key_F10, &other);
+    int others = 0;
+    QObject::connect(&theirs, &QShortcut::activated, [&] { ++others; });
+    QDialog dialog;
+    QShortcut own(Qt::Key_F9, &dialog);
+    int owns = 0;
+    QObject::connect(&own, &QShortcut::activated, [&] { ++owns; });
+    (void)runAnd(dialog, [&] {
+        // A press brings the dialog to the front; the other window has the keys each time.
+        other.activateWindow();
+        QCoreApplication::processEvents();
+        QTest::keyClick(&other, Qt::Key_F10);
+        dialog.activateWindow();
+        QCoreApplication::processEvents();
+        QTest::keyClick(&dialog, Qt::Key_F9);
+    });
+    EXPECT_EQ(others, 0);
+    EXPECT_EQ(owns, 1);
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    QTest::keyClick(&other, Qt::Key_F10);
+    EXPECT_EQ(others, 1);
+}
+
+TEST(RunDialog, MenusThatAreOpenCloseBeforeItIsShown) {
+    OtherWindow other;
+    CountingMenu menu(&other);
+    CountingMenu below(&menu);
+    menu.popup(QPoint(10, 10));
+    below.popup(QPoint(20, 20));
+    ASSERT_EQ(QApplication::activePopupWidget(), &below);
+    QDialog dialog;
+    (void)runAnd(dialog, [&] { EXPECT_EQ(QApplication::activePopupWidget(), nullptr); });
+    EXPECT_FALSE(menu.isVisible());
+}
+
+TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItIsTheDialogs) {
+    OtherWindow other;
+    CountingMenu theirs(&other);
+    QDialog dialog;
+    QPushButton button(&dialog);
+    CountingMenu own(&button);
+    (void)runAnd(dialog, [&] {
+        theirs.popup(QPoint(10, 10));
+        theirs.choose();
+        theirs.close();
+        own.popup(QPoint(10, 10));
+        own.choose();
+    });
+    EXPECT_EQ(theirs.chosen, 0);
+    EXPECT_EQ(own.chosen, 1);
+}
+
+TEST(RunDialog, AListWithoutParentWorksIfItStandsForALineOfTheDialog) {
+    OtherWindow other;
+    QDialog dialog;
+    QLineEdit line(&dialog);
+    QListWidget ofDialog;
+    QListWidget ofOther;
+    for (auto [list, proxy] : {std::pair<QListWidget*, QWidget*>{&ofDialog, &line},
+                               std::pair<QListWidget*, QWidget*>{&ofOther, &other.button}}) {
+        list->setWindowFlag(Qt::Popup);
+        list->setFocusProxy(proxy);
+        list->addItem(QStringLiteral("Entry"));
+    }
+    const auto clicksOn = [](QListWidget& list) {
+        int clicks = 0;
+        QObject::connect(&list, &QListWidget::itemClicked, [&] { ++clicks; });
+        list.show();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                          list.visualItemRect(list.item(0)).center());
+        list.hide();
+        list.disconnect();
+        return clicks;
+    };
+    (void)runAnd(dialog, [&] {
+        EXPECT_EQ(clicksOn(ofDialog), 1);
+        EXPECT_EQ(clicksOn(ofOther), 0);
+    });
+}
+
+TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
+    OtherWindow other;
+    QDialog dialog;
+    (void)runAnd(dialog, [&] {
+        for (const bool byKey : {false, true}) {
+            other.activateWindow();
+            QCoreApplication::processEvents();
+            ASSERT_FALSE(dialog.isActiveWindow());
+            moveOver(other);
+            QCoreApplication::processEvents();
+            EXPECT_FALSE(dialog.isActiveWindow()) << "the pointer alone asks for nothing";
+            if (byKey) {
+                QTest::keyClick(&other.button, Qt::Key_Space);
+            } else {
+                QTest::mouseClick(&other.button, Qt::LeftButton);
+            }
+            QCoreApplication::processEvents();
+            EXPECT_TRUE(dialog.isActiveWindow());
+        }
+    });
+}
+
+TEST(RunDialog, APressOnAnotherWindowBringsItBackFromTheTaskBar) {
+    OtherWindow other;
+    QDialog dialog;
+    (void)runAnd(dialog, [&] {
+        dialog.showMinimized();
+        ASSERT_TRUE(dialog.isMinimized());
+        QTest::mouseClick(&other.button, Qt::LeftButton);
+        EXPECT_FALSE(dialog.isMinimized());
+    });
+}
+
+TEST(RunDialog, EveryWidgetOfOtherWindowsIsToldThatItIsBlocked) {
+    struct Blockable : QWidget {
+        explicit Blockable(QWidget* parent) : QWidget(parent) {}
+        bool event(QEvent* event) override {
+            blocked += event->type() == QEvent::WindowBlocked ? 1 : 0;
+            return QWidget::event(event);
+        }
+        int blocked = 0;
+    };
+    OtherWindow other;
+    Blockable child(&other);
+    QDialog dialog;
+    (void)runAnd(dialog, [&] { EXPECT_EQ(child.blocked, 1); });
 }
 
 TEST(RunDialog, OtherWindowsCanBeClosedMeanwhile) {
@@ -89,6 +258,59 @@ TEST(RunDialog, OfTwoTheLaterOneAloneTakesInput) {
         QTest::mouseClick(&below, Qt::LeftButton);
     });
     EXPECT_EQ(clicks, 1);
+}
+
+/// As when another program comes to the front.
+void leaveNoWindowActive() {
+    {
+        QWidget passing;
+        passing.show();
+        passing.activateWindow();
+        QCoreApplication::processEvents();
+    }
+    QCoreApplication::processEvents();
+    ASSERT_EQ(QApplication::activeWindow(), nullptr);
+}
+
+TEST(DialogParent, IsTheActiveWindow) {
+    QMainWindow mainWindow;
+    mainWindow.show();
+    OtherWindow other;
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dialogParent(), &other);
+}
+
+TEST(DialogParent, IsTheMainWindowWhileAnotherProgramIsInFront) {
+    OtherWindow other;
+    QMainWindow mainWindow;
+    mainWindow.show();
+    leaveNoWindowActive();
+    EXPECT_EQ(dialogParent(), &mainWindow);
+}
+
+TEST(DialogParent, IsNoWindowThatWouldHideTheDialog) {
+    QMainWindow mainWindow;
+    leaveNoWindowActive();
+    EXPECT_EQ(dialogParent(), nullptr);
+    mainWindow.showMinimized();
+    leaveNoWindowActive();
+    EXPECT_EQ(dialogParent(), nullptr);
+    mainWindow.activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dialogParent(), nullptr);
+}
+
+TEST(DialogParent, IsTheDialogThatRunsWhicheverWindowIsActive) {
+    QMainWindow mainWindow;
+    mainWindow.show();
+    QDialog dialog;
+    (void)runAnd(dialog, [&] {
+        mainWindow.activateWindow();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(dialogParent(), &dialog);
+    });
+    EXPECT_EQ(dialogParent(), &mainWindow);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_file_dialog.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -32,7 +31,7 @@ QString machineText(const std::string& path) {
 
 Result<std::string> QtFileDialog::open(const FileDialogRequest& request) {
     const QString title = toQString(request.title);
-    QFileDialog dialog(QApplication::activeWindow(), title);
+    QFileDialog dialog(dialogParent(), title);
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setAccessibleName(title);
     // Our own on every desktop: a desktop's may know neither the filter's case nor our keys.

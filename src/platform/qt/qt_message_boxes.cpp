@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/qt_message_boxes.h"
 
-#include <QApplication>
 #include <QMessageBox>
 
 #include "platform/qt/dialog_loop.h"
@@ -46,7 +45,7 @@ BoxAnswer QtMessageBoxes::show(const std::string& text, BoxIcon icon, BoxButtons
         buttons == BoxButtons::ok ? QMessageBox::StandardButtons(QMessageBox::Ok)
                                   : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
     const QString heading = toQString(title.empty() ? defaultTitle_ : title);
-    QMessageBox box(iconOf(icon), heading, toQString(text), shown, QApplication::activeWindow());
+    QMessageBox box(iconOf(icon), heading, toQString(text), shown, dialogParent());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setAccessibleName(heading);
     // File names in a text are no markup.

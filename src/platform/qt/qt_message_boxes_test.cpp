@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -89,6 +90,14 @@ TEST_F(QtMessageBoxesTest, AQuestionIsAnsweredByEachOfItsButtons) {
 TEST_F(QtMessageBoxesTest, EscapeCancelsAQuestion) {
     onBox([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(boxes.show("Sure?", BoxIcon::none, BoxButtons::yesNoCancel), BoxAnswer::cancel);
+}
+
+TEST_F(QtMessageBoxesTest, ABoxStandsAboveTheMainWindow) {
+    QMainWindow mainWindow;
+    mainWindow.show();
+    QCoreApplication::processEvents();
+    onBox([&](QMessageBox& box) { EXPECT_EQ(box.parentWidget(), &mainWindow); });
+    boxes.show("Text");
 }
 
 TEST_F(QtMessageBoxesTest, EventsAreHandledWhileTheBoxIsOpen) {

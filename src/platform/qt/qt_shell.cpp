@@ -53,7 +53,7 @@ void QtShell::showHelp(const std::string& path) {
 
 void QtShell::showAboutBox() {
     QMessageBox box(QMessageBox::NoIcon, toQString(title_), toQString(title_), QMessageBox::Ok,
-                    QApplication::activeWindow());
+                    dialogParent());
     box.setObjectName(QStringLiteral("aboutBox"));
     box.setAccessibleName(toQString(title_));
     box.setTextFormat(Qt::PlainText);
