@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QWindow>
 
+#include "platform/qt/primary_screen.h"
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
 
@@ -44,7 +45,8 @@ void FormAdapter::reflect() {
     if (form_.left() != agreedLeft_ || form_.top() != agreedTop_) {
         agreedLeft_ = form_.left();
         agreedTop_ = form_.top();
-        window_.move(toPixels(agreedLeft_), toPixels(agreedTop_));
+        window_.move(primaryScreen().topLeft() +
+                     QPoint(toPixels(agreedLeft_), toPixels(agreedTop_)));
     }
     if (window_.isVisible() != form_.visible()) {
         window_.setVisible(form_.visible());
@@ -66,7 +68,7 @@ void FormAdapter::reportSize() {
 
 void FormAdapter::followPlace() {
     // Both before the form hears of the first: half a new place is no place to move to.
-    const QPoint place = window_.pos();
+    const QPoint place = window_.pos() - primaryScreen().topLeft();
     following_ = true;
     form_.setLeft(toTwips(place.x()));
     form_.setTop(toTwips(place.y()));

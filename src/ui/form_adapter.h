@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties a Form to the window that shows it: seen or not, caption, place, inner size, and the close
-// that the window manager asks for. The window's contents are its own.
+// Ties a Form to the window that shows it: seen or not, caption, place (from the primary screen's
+// corner), inner size, and the close that the window manager asks for. The window's contents are
+// its own.
 #pragma once
 
 #include <functional>

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/form_adapter.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QTest>
 #include <gmock/gmock.h>
 
@@ -82,14 +84,30 @@ TEST_F(FormAdapterTest, TheFormHearsOfTheInnerSizeInTwips) {
 }
 
 TEST_F(FormAdapterTest, TheWindowMovesWhereTheFormSaysAndTheFormKnowsWhereItWasMoved) {
+    const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
+    ASSERT_EQ(corner, QPoint(800, 100));
     form.show();
     form.setLeft(1500);
     form.setTop(750);
-    EXPECT_EQ(window.pos(), QPoint(100, 50));
-    window.move(20, 30);
+    EXPECT_EQ(window.pos(), corner + QPoint(100, 50));
+    window.move(corner + QPoint(20, 30));
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), 300);
     EXPECT_EQ(form.top(), 450);
+    // On the other screen, beside the primary one.
+    window.move(0, 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.left(), -800 * 15);
+    EXPECT_EQ(form.top(), -100 * 15);
+}
+
+TEST_F(FormAdapterTest, AWindowThatWasPlacedBeforeItIsShownStandsOnThePrimaryScreen) {
+    form.setLeft(1500);
+    form.setTop(750);
+    form.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.screen(), QGuiApplication::primaryScreen());
+    EXPECT_EQ(window.pos(), QPoint(900, 150));
 }
 
 TEST_F(FormAdapterTest, AChangeOfCaptionDoesNotMoveTheWindowBack) {

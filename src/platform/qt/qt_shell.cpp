@@ -6,11 +6,11 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QMessageBox>
-#include <QScreen>
 #include <QStyle>
 #include <QUrl>
 
 #include "platform/qt/dialog_loop.h"
+#include "platform/qt/primary_screen.h"
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
 
@@ -23,11 +23,6 @@ void openInDesktopViewer(const std::string& machinePath) {
     QDesktopServices::openUrl(QUrl::fromEncoded("file://" + encoded));
 }
 
-QSize screenSize() {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? screen->geometry().size() : QSize();
-}
-
 } // namespace
 
 QtShell::QtShell(std::string title, ToMachinePath toMachinePath, OpenFile openFile)
@@ -36,11 +31,11 @@ QtShell::QtShell(std::string title, ToMachinePath toMachinePath, OpenFile openFi
       openFile_(openFile ? std::move(openFile) : OpenFile(openInDesktopViewer)) {}
 
 Twips QtShell::screenWidth() const {
-    return toTwips(screenSize().width());
+    return toTwips(primaryScreen().width());
 }
 
 Twips QtShell::screenHeight() const {
-    return toTwips(screenSize().height());
+    return toTwips(primaryScreen().height());
 }
 
 void QtShell::showHelp(const std::string& path) {
