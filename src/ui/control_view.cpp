@@ -3,6 +3,7 @@
 
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
+#include "ui/tool_tip.h"
 
 namespace sonarith {
 
@@ -31,7 +32,7 @@ ControlView::ControlView(Control& control, QWidget& widget, std::function<std::s
 void ControlView::reflect() {
     const std::string caption = caption_ ? caption_() : std::string();
     widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
-    widget_.setToolTip(toQString(control_.toolTip()));
+    widget_.setToolTip(plainToolTip(toQString(control_.toolTip())));
     widget_.setEnabled(control_.enabled());
     if (placement_ == Placement::byControl) {
         widget_.setGeometry(toPixels(control_.left()), toPixels(control_.top()),

@@ -14,6 +14,7 @@
 #include "platform/qt/dialog_loop.h"
 #include "platform/qt/text.h"
 #include "ui/icons.h"
+#include "ui/tool_tip.h"
 
 namespace sonarith {
 namespace {
@@ -42,7 +43,7 @@ void fill(QComboBox& box, const std::vector<DeviceChoice>& devices, const std::s
     for (const DeviceChoice& device : devices) {
         const std::string& text = device.description.empty() ? device.name : device.description;
         box.addItem(toQString(text), asData(device.name));
-        box.setItemData(box.count() - 1, toQString(text), Qt::ToolTipRole);
+        box.setItemData(box.count() - 1, plainToolTip(toQString(text)), Qt::ToolTipRole);
     }
     int chosen = box.findData(asData(stored));
     if (chosen < 0) {
@@ -151,7 +152,7 @@ void DevicesWindow::showDrives() {
     const auto add = [&](const std::string& name, const QString& text, Symbol symbol) {
         auto* item = new QListWidgetItem(makeIcon(symbol), text, drives_);
         item->setData(nameRole, asData(name));
-        item->setToolTip(name.empty() ? text : toQString(name));
+        item->setToolTip(plainToolTip(name.empty() ? text : toQString(name)));
         if (name == stored) {
             QFont bold = item->font();
             bold.setBold(true);

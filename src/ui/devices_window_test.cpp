@@ -5,6 +5,8 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include "ui/tool_tip.h"
+
 namespace sonarith {
 namespace {
 
@@ -16,10 +18,7 @@ class DevicesWindowTest : public testing::Test {
     DeviceChoices choices() {
         return {
             .opticalDrives = [this] { return found; },
-            .outputs =
-                [] {
-                    return std::vector<DeviceChoice>{{"default", "Default"}, {"none", "No sound"}};
-                },
+            .outputs = [this] { return outputs; },
             .sources =
                 [] {
                     return std::vector<DeviceChoice>{{"none", ""}};
@@ -68,6 +67,7 @@ class DevicesWindowTest : public testing::Test {
     }
 
     std::vector<std::string> found = {"/dev/sr0", "/dev/sr1"};
+    std::vector<DeviceChoice> outputs = {{"default", "Default"}, {"none", "No sound"}};
     std::string drive;
     std::string output = "default";
     std::string source;
@@ -150,9 +150,9 @@ TEST_F(DevicesWindowTest, AChoiceInTheMiddleOfARefreshIsRefreshedAfterIt) {
 
 TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     window.open();
-    auto& outputs = child<QComboBox>("output");
-    EXPECT_EQ(outputs.currentText(), "Default");
-    QTest::keyClick(&outputs, Qt::Key_Down);
+    auto& box = child<QComboBox>("output");
+    EXPECT_EQ(box.currentText(), "Default");
+    QTest::keyClick(&box, Qt::Key_Down);
     EXPECT_EQ(output, "none");
     // Nothing is stored yet, and the box says so.
     EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
@@ -174,6 +174,17 @@ TEST_F(DevicesWindowTest, EscapeAndTheCloseButtonHideTheWindow) {
     window.open();
     child<QPushButton>("close").click();
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(DevicesWindowTest, NamesAreNoMarkupInToolTips) {
+    drive = "/m/<b>Die Lieder</b>.cue";
+    outputs = {{"hw:1", "<b>Loud</b> & clear"}};
+    window.open();
+    const auto& drives = child<QListWidget>("drives");
+    EXPECT_EQ(drives.item(drives.count() - 1)->toolTip(),
+              plainToolTip(QStringLiteral("/m/<b>Die Lieder</b>.cue")));
+    EXPECT_EQ(child<QComboBox>("output").itemData(1, Qt::ToolTipRole).toString(),
+              plainToolTip(QStringLiteral("<b>Loud</b> & clear")));
 }
 
 TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {

@@ -5,6 +5,7 @@
 #include <QStyle>
 
 #include "platform/qt/text.h"
+#include "ui/tool_tip.h"
 
 namespace sonarith {
 
@@ -21,7 +22,7 @@ void LabelView::showCaption() {
     setTextFormat(Qt::PlainText);
     setText(toQString(model_.caption()));
     if (cut_ != Cut::never && model_.toolTip().empty()) {
-        setToolTip(text());
+        setToolTip(plainToolTip(text()));
     }
 }
 

@@ -4,6 +4,8 @@
 #include <QImage>
 #include <gmock/gmock.h>
 
+#include "ui/tool_tip.h"
+
 namespace sonarith {
 namespace {
 
@@ -29,6 +31,9 @@ TEST(LabelView, ATextThatMayBeCutAsksForNoWidthAndTellsTheWholeInItsToolTip) {
     LabelView view(model, "Destination", LabelView::Cut::middle, &parent);
     EXPECT_EQ(view.minimumSizeHint().width(), 0);
     EXPECT_EQ(view.toolTip(), view.text());
+    model.setCaption("c:\\<b>x</b>.wav");
+    EXPECT_EQ(view.toolTip(), plainToolTip(view.text()));
+    EXPECT_NE(view.toolTip(), view.text());
 }
 
 TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {

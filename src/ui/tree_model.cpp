@@ -3,6 +3,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/icons.h"
+#include "ui/tool_tip.h"
 
 namespace sonarith {
 
@@ -78,9 +79,10 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     const TreeNode& node = *behind(index);
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole: // for texts that the narrow window cuts
     case Qt::AccessibleTextRole:
         return toQString(node.text());
+    case Qt::ToolTipRole: // for texts that the narrow window cuts
+        return plainToolTip(toQString(node.text()));
     case Qt::DecorationRole: {
         const bool selected = tree_.selectedItem().get() == &node;
         return treeImage(selected ? node.selectedImage() : node.image());

@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <gmock/gmock.h>
 
+#include "ui/tool_tip.h"
 #include "ui/tree_view_adapter.h"
 
 namespace sonarith {
@@ -26,6 +27,16 @@ TEST(TreeModel, ReadsTextsAndStructureFromTheTree) {
     EXPECT_FALSE(model.index(1, 0).isValid());
     EXPECT_FALSE(model.index(0, 1).isValid());
     EXPECT_FALSE(model.index(-1, 0).isValid());
+}
+
+TEST(TreeModel, AFileNameIsNoMarkupInItsToolTip) {
+    TreeView tree("TreeView1");
+    const NodeRef node = tree.add(nullptr, "p", "<b>x</b>.mp3", 3, 6).value();
+    const TreeModel model(tree);
+    EXPECT_EQ(model.indexOf(node).data(Qt::DisplayRole).toString(), "<b>x</b>.mp3");
+    EXPECT_EQ(model.indexOf(node).data(Qt::ToolTipRole).toString(),
+              plainToolTip(QStringLiteral("<b>x</b>.mp3")));
+    EXPECT_NE(model.indexOf(node).data(Qt::ToolTipRole), model.indexOf(node).data(Qt::DisplayRole));
 }
 
 TEST(TreeModel, ANodeThatIsNotInTheTreeHasNoIndex) {
