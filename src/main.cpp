@@ -85,6 +85,11 @@ std::vector<DeviceChoice> outputChoices() {
     return choices;
 }
 
+/// An action that has closed the commands opens the drive again for each of its tracks.
+bool driveInUse(const Form1& form) {
+    return !form.mnuPrefs.enabled();
+}
+
 DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound::SoundCard& card,
                             Form1& form) {
     DeviceChoices choices;
@@ -115,9 +120,8 @@ DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound:
         chosen.write("Source", name);
         applySource(card, name);
     };
-    // An action that has closed the commands opens the drive again for each of its tracks.
     choices.driveInUse = [&] {
-        return !form.mnuPrefs.enabled();
+        return driveInUse(form);
     };
     choices.refreshList = [&] {
         form.mnuRefreshlist.click();
@@ -186,6 +190,9 @@ int runProgram() {
     };
     form.mnuDevices.onClick = [&] {
         devicesWindow().open();
+    };
+    window.acceptsImages = [&] {
+        return !driveInUse(form);
     };
     window.onImageDropped = [&](const std::string& image) {
         devicesWindow().chooseDrive(image);

@@ -183,6 +183,10 @@ void DevicesWindow::showReport() {
 
 void DevicesWindow::chooseDrive(const std::string& drive) {
     if (choices_.driveInUse()) {
+        if (!isVisible()) {
+            // Of an image that was dropped elsewhere: what follows is to be read.
+            open();
+        }
         showDrives();
         report_->setPlainText(tr("The drive is in use. Choose again when the action has ended."));
         return;

@@ -53,8 +53,9 @@ class DevicesWindow : public QDialog {
 
     /// Looks for devices anew, and shows the window.
     void open() override;
-    /// Stores a drive, a device node or the path of an image, and refreshes; only says so while the
-    /// drive is in use. For images that are dropped on the main window, too.
+    /// Stores a drive, a device node or the path of an image, and refreshes. While the drive is in
+    /// use it only says so, and shows itself for that. For images that are dropped on the main
+    /// window, too.
     void chooseDrive(const std::string& drive);
 
   private:

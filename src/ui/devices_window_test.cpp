@@ -200,6 +200,8 @@ TEST_F(DevicesWindowTest, LeavesADriveThatIsInUseAsItIsAndSaysSo) {
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(drive, "/dev/sr0");
+    // Whoever dropped an image on another window is to read this.
+    EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
               "The drive is in use. Choose again when the action has ended.");
     inUse = false;

@@ -40,9 +40,8 @@ MainWindowView::MainWindowView(Form1& form)
     setMenuBar(menu_);
     setCentralWidget(client_);
     setAcceptDrops(true);
-    // The grip does what a press on the bare surface does.
     grip_->onLeftPress = [this] {
-        run(form_.onMouseDown);
+        run(form_.Image3.onMouseDown);
     };
     grip_->setCursor(Qt::OpenHandCursor);
     followBars();
@@ -135,16 +134,26 @@ void MainWindowView::openMenuBar() {
     }
 }
 
-void MainWindowView::dragEnterEvent(QDragEnterEvent* event) {
-    if (!droppedImage(*event->mimeData()).empty()) {
-        event->acceptProposedAction();
+void MainWindowView::answerDrag(QDropEvent& event) const {
+    if (!droppedImage(*event.mimeData()).empty() && (!acceptsImages || acceptsImages())) {
+        event.acceptProposedAction();
+    } else {
+        event.ignore();
     }
 }
 
+void MainWindowView::dragEnterEvent(QDragEnterEvent* event) {
+    answerDrag(*event);
+}
+
+void MainWindowView::dragMoveEvent(QDragMoveEvent* event) {
+    answerDrag(*event);
+}
+
 void MainWindowView::dropEvent(QDropEvent* event) {
+    answerDrag(*event);
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
-        event->acceptProposedAction();
         // After the drop has ended: reading the disc may ask a question, and whoever dropped waits.
         QTimer::singleShot(0, this, [this, path] { onImageDropped(path); });
     }

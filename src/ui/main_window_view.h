@@ -23,16 +23,21 @@ class MainWindowView : public QMainWindow {
     /// loaded next. Shows nothing: the form's visibility does.
     explicit MainWindowView(Form1& form);
 
+    /// Whether a disc image may be dropped now; asked all the while that one is held over the
+    /// window. Not set: always.
+    std::function<bool()> acceptsImages;
     /// A disc image (.cue, .toc) was dropped from a file manager: its path in the machine's form,
-    /// byte for byte.
+    /// byte for byte. Also of one that could not be accepted any more in the last moment.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:
     bool event(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
   private:
+    void answerDrag(QDropEvent& event) const;
     void takeDesignedSize();
     void arrange();
     void followBars();

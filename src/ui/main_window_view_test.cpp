@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/main_window_view.h"
 
+#include <functional>
 #include <set>
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTest>
+#include <QTimer>
 #include <gmock/gmock.h>
 
 #include "app/resize_layout.h"
+#include "platform/qt/dialog_loop.h"
 #include "platform/qt/qt_event_loop.h"
 
 namespace sonarith {
@@ -141,6 +145,16 @@ TEST_F(MainWindowViewTest, EveryControlHasItsWidgetAndEveryWidgetASpokenName) {
     EXPECT_EQ(widget("lblCDID").accessibleName(), "CD ID:");
 }
 
+TEST_F(MainWindowViewTest, AtRestCancelAndTheCdBarsControlsAreOutOfSight) {
+    show();
+    for (const char* name : {"Command2", "Label5", "Command11", "Command12"}) {
+        EXPECT_FALSE(widget(name).isVisible()) << name;
+    }
+    form.Picture4.setVisible(true);
+    EXPECT_TRUE(widget("Command11").isVisible());
+    EXPECT_FALSE(widget("Label5").isVisible());
+}
+
 TEST_F(MainWindowViewTest, ControlsThatAreNeverSeenHaveNoWidget) {
     for (const char* name : {"cmdStart", "CmdDecoder", "Command8", "Check9", "lstTracks"}) {
         EXPECT_EQ(view.findChild<QWidget*>(name), nullptr) << name;
@@ -208,14 +222,64 @@ TEST_F(MainWindowViewTest, TheMenuKeyOpensThePopupAtTheNodeAfterItsOpeningStep) 
     EXPECT_TRUE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MainWindowViewTest, TheGripDoesWhatThePressOnTheBareSurfaceDoes) {
+TEST_F(MainWindowViewTest, APressOnTheGripIsTheGripsOwn) {
     show();
-    int presses = 0;
+    int onGrip = 0;
+    int onSurface = 0;
+    form.Image3.onMouseDown = [&] {
+        ++onGrip;
+    };
     form.onMouseDown = [&] {
-        ++presses;
+        ++onSurface;
     };
     QTest::mouseClick(&widget("Image3"), Qt::LeftButton);
-    EXPECT_EQ(presses, 1);
+    EXPECT_EQ(onGrip, 1);
+    EXPECT_EQ(onSurface, 0);
+    // Without a handler it does nothing.
+    form.Image3.onMouseDown = nullptr;
+    QTest::mouseClick(&widget("Image3"), Qt::LeftButton);
+    EXPECT_EQ(onSurface, 0);
+}
+
+TEST_F(MainWindowViewTest, NoMenuOpensUnderADialog) {
+    show();
+    QDialog dialog;
+    QTimer::singleShot(0, &dialog, [&] {
+        view.activateWindow();
+        QCoreApplication::processEvents();
+        QTest::keyClick(&view, Qt::Key_F10);
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        EXPECT_FALSE(widget("menuBar").hasFocus());
+        QTest::keyClick(&view, Qt::Key_P, Qt::AltModifier);
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        dialog.accept();
+    });
+    EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
+}
+
+/// A file is held over the window, moved and let go; whether each was accepted.
+struct Offered {
+    bool onEnter;
+    bool onMove;
+    bool onDrop;
+};
+
+Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& beforeDrop = {}) {
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), uri);
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDragMoveEvent move(QPoint(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDropEvent drop(QPointF(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+    // As they come from the desktop.
+    enter.ignore();
+    drop.ignore();
+    QCoreApplication::sendEvent(&window, &enter);
+    QCoreApplication::sendEvent(&window, &move);
+    if (beforeDrop) {
+        beforeDrop();
+    }
+    QCoreApplication::sendEvent(&window, &drop);
+    return {enter.isAccepted(), move.isAccepted(), drop.isAccepted()};
 }
 
 TEST_F(MainWindowViewTest, ADiscImageThatIsDroppedIsTold) {
@@ -224,25 +288,39 @@ TEST_F(MainWindowViewTest, ADiscImageThatIsDroppedIsTold) {
     view.onImageDropped = [&](const std::string& path) {
         dropped.push_back(path);
     };
-    const auto drop = [&](const char* uri) {
-        QMimeData data;
-        data.setData(QStringLiteral("text/uri-list"), uri);
-        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-        enter.ignore();
-        QCoreApplication::sendEvent(&view, &enter);
-        QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&view, &event);
-        return enter.isAccepted();
-    };
-    EXPECT_FALSE(drop("file:///m/song.wav\r\n"));
+    const Offered song = dropOn(view, "file:///m/song.wav\r\n");
+    EXPECT_FALSE(song.onEnter || song.onMove || song.onDrop);
     EXPECT_THAT(dropped, IsEmpty());
-    EXPECT_TRUE(drop("file:///m/disc.cue\r\n"));
+    const Offered image = dropOn(view, "file:///m/disc.cue\r\n");
+    EXPECT_TRUE(image.onEnter && image.onMove && image.onDrop);
     // Not inside the drop, whose sender waits for its end.
     EXPECT_THAT(dropped, IsEmpty());
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));
     // The tree must leave files to the window that it stands in.
     EXPECT_FALSE(static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport()->acceptDrops());
+}
+
+TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileItCannotBeTaken) {
+    show();
+    std::vector<std::string> dropped;
+    view.onImageDropped = [&](const std::string& path) {
+        dropped.push_back(path);
+    };
+    bool accepts = false;
+    view.acceptsImages = [&] {
+        return accepts;
+    };
+    const Offered busy = dropOn(view, "file:///m/disc.cue\r\n");
+    EXPECT_FALSE(busy.onEnter || busy.onMove || busy.onDrop);
+    // An action that begins while the image is held over the window.
+    accepts = true;
+    const Offered late = dropOn(view, "file:///m/late.cue\r\n", [&] { accepts = false; });
+    EXPECT_TRUE(late.onEnter && late.onMove);
+    EXPECT_FALSE(late.onDrop);
+    dropped.clear();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(dropped, Contains("/m/late.cue")) << "whoever dropped it is to hear why not";
 }
 
 TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {
