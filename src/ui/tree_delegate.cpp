@@ -10,27 +10,34 @@ namespace {
 
 /// Air above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
+/// As a desktop shows what has been cut out and not put anywhere yet.
+constexpr double carriedOpacity = 0.4;
+
+void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
+    const QColor color = option.palette.color(QPalette::Active, QPalette::Highlight);
+    QColor wash = color;
+    wash.setAlphaF(0.25F);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 1.5));
+    painter.setBrush(wash);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
+    painter.restore();
+}
 
 } // namespace
 
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
-    const NodeRef& highlighted = tree_.dropHighlight();
+    const NodeRef node = model_.nodeAt(index);
     // A node that is selected as well looks selected: every press highlights the node it selects.
-    const bool marked =
-        highlighted && highlighted != tree_.selectedItem() && model_.nodeAt(index) == highlighted;
-    if (marked) {
-        const QColor color = option.palette.color(QPalette::Active, QPalette::Highlight);
-        QColor wash = color;
-        wash.setAlphaF(0.25F);
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(QPen(color, 1.5));
-        painter->setBrush(wash);
-        painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
-        painter->restore();
+    if (node == tree_.dropHighlight() && node != tree_.selectedItem()) {
+        paintDropMark(*painter, option);
     }
+    painter->save();
+    painter->setOpacity(node == carried_ ? carriedOpacity : 1.0);
     QStyledItemDelegate::paint(painter, option, index);
+    painter->restore();
 }
 
 QSize TreeDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

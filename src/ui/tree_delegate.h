@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree, with the drop highlight.
+// Paints a row of the work tree: with the drop highlight, and pale while it is carried by keys.
 #pragma once
+
+#include <utility>
 
 #include <QStyledItemDelegate>
 
@@ -13,6 +15,10 @@ class TreeDelegate : public QStyledItemDelegate {
     TreeDelegate(const TreeView& tree, const TreeModel& model, QObject* parent)
         : QStyledItemDelegate(parent), tree_(tree), model_(model) {}
 
+    /// The node that is being carried; empty for none.
+    void setCarried(NodeRef node) { carried_ = std::move(node); }
+    [[nodiscard]] const NodeRef& carried() const { return carried_; }
+
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
@@ -21,6 +27,7 @@ class TreeDelegate : public QStyledItemDelegate {
   private:
     const TreeView& tree_;
     const TreeModel& model_;
+    NodeRef carried_;
 };
 
 } // namespace sonarith

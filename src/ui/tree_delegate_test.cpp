@@ -25,5 +25,19 @@ TEST_F(TreeDelegateTest, ANodeThatIsSelectedAndHighlightedLooksSelected) {
     EXPECT_EQ(row(), selected);
 }
 
+TEST_F(TreeDelegateTest, ACarriedNodesRowIsPaleAndTheOthersAreNot) {
+    const auto row = [&](const NodeRef& node) {
+        return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
+    };
+    const QImage before = row(first);
+    const QImage other = row(second);
+    auto& delegate = static_cast<TreeDelegate&>(*widget().itemDelegate());
+    delegate.setCarried(first);
+    EXPECT_NE(row(first), before);
+    EXPECT_EQ(row(second), other);
+    delegate.setCarried(nullptr);
+    EXPECT_EQ(row(first), before);
+}
+
 } // namespace
 } // namespace sonarith

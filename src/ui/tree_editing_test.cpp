@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The work tree's editing by mouse and keys in its widget: the widget's events reach the handlers
 // of the product, and what these do is seen.
-#include <memory>
-
-#include <QCoreApplication>
-#include <QTest>
-#include <QWidget>
-
-#include "support/work_tree_world.h"
-#include "ui/label_editor.h"
-#include "ui/tree_view_adapter.h"
+#include "support/tree_editing_world.h"
 
 namespace sonarith {
 namespace {
@@ -17,63 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Two MP3 and two WAV files behind bare names, in a shown window.
-struct TreeEditingTest : test::WorkTreeWorld {
-    QWidget window;
-    std::unique_ptr<TreeViewAdapter> adapter;
-
-    TreeEditingTest() {
-        process.settings.showFullPath = 0;
-        for (const char* path :
-             {"c:\\music\\a.mp3", "c:\\music\\b.mp3", "c:\\music\\a.wav", "c:\\music\\b.wav"}) {
-            disk.addFile(path, path);
-            finder.files[destination][std::string(path).substr(11)].push_back(path);
-        }
-        adapter = std::make_unique<TreeViewAdapter>(view, "Work tree", &window);
-        view.setWidth(300 * 15);
-        view.setHeight(500 * 15);
-        window.resize(300, 500);
-        tree.showfiles();
-        window.show();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-    ~TreeEditingTest() override { adapter.reset(); }
-
-    TreeWidget& widget() { return adapter->widget(); }
-    QPoint placeOf(const std::string& text) {
-        QCoreApplication::processEvents();
-        auto& model = static_cast<TreeModel&>(*widget().model());
-        return widget().visualRect(model.indexOf(node(text))).center();
-    }
-    void pressAt(const std::string& text, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mousePress(widget().viewport(), button, {}, placeOf(text));
-    }
-    void releaseAt(const std::string& text, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mouseRelease(widget().viewport(), button, {}, placeOf(text));
-    }
-    void moveTo(const std::string& text) {
-        QWidget* viewport = widget().viewport();
-        const QPoint at = placeOf(text);
-        QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,
-                          Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewport, &event);
-    }
-    LabelEditor* editor() {
-        for (auto* found : widget().findChildren<LabelEditor*>()) {
-            if (found->isVisible()) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
-    void typeAndReturn(const char* text) {
-        LabelEditor* line = editor();
-        ASSERT_NE(line, nullptr);
-        line->setText(QString::fromUtf8(text));
-        QTest::keyClick(line, Qt::Key_Return);
-    }
-};
+using TreeEditingTest = test::TreeEditingWorld;
 
 TEST_F(TreeEditingTest, AnMp3IsDraggedThereAndBackAndMovesBeforeTheDrop) {
     pressAt("a.mp3");

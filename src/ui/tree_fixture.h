@@ -55,7 +55,9 @@ class TreeFixture : public testing::Test {
     }
 
     NodeRef add(const NodeRef& parent, const std::string& text) {
-        return tree.add(parent, text, text, 1, 4).value();
+        // A key begins with the letter of its node's level.
+        const std::string level = !parent ? "f " : parent == collection ? "g " : "p ";
+        return tree.add(parent, level + text, text, 1, 4).value();
     }
     void note(const std::string& event, MouseButtons buttons, const NodeRef& node) {
         log.push_back(event + (buttons.left ? " left" : "") + (buttons.right ? " right" : "") +
@@ -76,7 +78,7 @@ class TreeFixture : public testing::Test {
     }
     QPoint placeOf(const NodeRef& node) { return widget().visualRect(indexOf(node)).center(); }
     LabelEditor* editor() {
-        for (auto* found : widget().findChildren<LabelEditor*>()) {
+        for (auto* found : window.findChildren<LabelEditor*>()) {
             if (found->isVisible()) {
                 return found;
             }

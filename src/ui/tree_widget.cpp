@@ -7,17 +7,15 @@
 #include <QScrollBar>
 #include <QStyleHints>
 
-#include "ui/icons.h"
 #include "ui/tree_delegate.h"
 
 namespace sonarith {
 namespace {
 
-/// Side of the nodes' pictures and of the drag picture, in device-independent pixels.
+/// Side of the nodes' pictures, in device-independent pixels.
 constexpr int nodeIconSide = 18;
 /// Of each level: the window is narrow.
 constexpr int levelIndentation = 16;
-constexpr int dragIconSide = 32;
 
 MouseButtons buttonsOf(Qt::MouseButtons buttons) {
     return {.left = buttons.testFlag(Qt::LeftButton), .right = buttons.testFlag(Qt::RightButton)};
@@ -26,9 +24,12 @@ MouseButtons buttonsOf(Qt::MouseButtons buttons) {
 } // namespace
 
 TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
-    : QTreeView(parent), tree_(tree), model_(model) {
+    : QTreeView(parent),
+      tree_(tree),
+      model_(model),
+      delegate_(new TreeDelegate(tree_, model_, this)) {
     setModel(&model_);
-    setItemDelegate(new TreeDelegate(tree_, model_, this));
+    setItemDelegate(delegate_);
     setHeaderHidden(true);
     header()->setStretchLastSection(true);
     setUniformRowHeights(true);
@@ -58,8 +59,7 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
 }
 
 TreeWidget::~TreeWidget() {
-    endDrag();
-    watchForRelease(false);
+    abandonPress();
 }
 
 // What the tree says.
@@ -125,6 +125,13 @@ QModelIndex TreeWidget::branchAt(const QPoint& position) const {
 // Mouse.
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
+    if (dragging() || takingUp_) {
+        // Its own button cannot be pressed again, unless its release went elsewhere.
+        if (drag_ == Drag::byMouse && event->button() == Qt::LeftButton) {
+            abandonPress();
+        }
+        return;
+    }
     const QPoint position = event->position().toPoint();
     if (event->button() == Qt::LeftButton) {
         if (const QModelIndex branch = branchAt(position); branch.isValid()) {
@@ -141,7 +148,7 @@ void TreeWidget::mousePressEvent(QMouseEvent* event) {
 
 void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
-    if (event->button() != Qt::LeftButton || branchAt(position).isValid()) {
+    if (dragging() || event->button() != Qt::LeftButton || branchAt(position).isValid()) {
         mousePressEvent(event);
         return;
     }
@@ -171,8 +178,8 @@ void TreeWidget::doubleClick(const NodeRef& node) {
 
 void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
     const QPoint global = event->globalPosition().toPoint();
-    if (dragging_) {
-        dragTo(global);
+    if (drag_ == Drag::byMouse) {
+        dragOver(nodeAtGlobal(global));
         return;
     }
     // A hand that trembles during a click does not drag.
@@ -180,8 +187,8 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
                                  QGuiApplication::styleHints()->startDragDistance();
     if (watchingRelease_ && movedFar_) {
         run(tree_.onMouseMove, buttonsOf(event->buttons()), nodeAtGlobal(global));
-        if (dragging_) {
-            dragTo(global);
+        if (drag_ == Drag::byMouse) {
+            dragOver(nodeAtGlobal(global));
         }
     }
 }
@@ -209,8 +216,15 @@ bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
     // It comes to the desktop's window first, and no further where the pressed widget is gone.
     if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
-        release(mouse.button(), mouse.globalPosition().toPoint());
+        if (!dragging() || mouse.button() == Qt::LeftButton) {
+            release(mouse.button(), mouse.globalPosition().toPoint());
+        }
         return false;
+    }
+    if (watchingRelease_ && event->type() == QEvent::MouseMove &&
+        static_cast<const QMouseEvent&>(*event).buttons() == Qt::NoButton) {
+        // The release was somebody else's.
+        abandonPress();
     }
     return QTreeView::eventFilter(watched, event);
 }
@@ -218,58 +232,54 @@ bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
 void TreeWidget::release(Qt::MouseButton button, const QPoint& global) {
     watchForRelease(false);
     const NodeRef node = nodeAtGlobal(global);
-    if (dragging_) {
-        endDrag();
-        run(tree_.onDragDrop, node);
+    if (dragging()) {
+        drop(node);
     } else {
         run(tree_.onMouseUp, buttonsOf(button), node);
     }
 }
 
-// Dragging. The pointer is followed here and not by the desktop's drag and drop, which would keep
-// the nodes' handlers from running while the pointer moves.
-
-void TreeWidget::startDrag() {
-    if (!watchingRelease_ || dragging_) {
-        return;
+bool TreeWidget::event(QEvent* event) {
+    switch (event->type()) {
+    case QEvent::WindowBlocked: // by a dialog
+    case QEvent::Hide:
+        // The release will be somebody else's.
+        abandonPress();
+        break;
+    case QEvent::WindowDeactivate:
+        // A press may go on: some desktops take its own menu for another window.
+        if (dragging()) {
+            abandonPress();
+        }
+        break;
+    case QEvent::FocusOut:
+        if (drag_ == Drag::byKeys) {
+            abandonPress();
+        }
+        break;
+    case QEvent::ShortcutOverride:
+        if (dragging()) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::KeyPress:
+        // Before the tab key takes the focus elsewhere.
+        if (dragging()) {
+            keyWhileDragging(static_cast<QKeyEvent&>(*event));
+            return true;
+        }
+        break;
+    default:
+        break;
     }
-    dragging_ = true;
-    if (tree_.editedNode()) {
-        tree_.cancelLabelEdit();
-        closeEditor(Focus::toTree);
-    }
-    const QPixmap picture =
-        makeIcon(Symbol::item).pixmap(QSize(dragIconSide, dragIconSide), devicePixelRatioF());
-    QGuiApplication::setOverrideCursor(QCursor(picture, 0, 0));
-    dragScrollTimer_.start();
+    return QTreeView::event(event);
 }
 
-void TreeWidget::dragTo(const QPoint& global) {
-    run(tree_.onDragOver, nodeAtGlobal(global));
-}
-
-void TreeWidget::endDrag() {
-    if (dragging_) {
-        dragging_ = false;
-        dragScrollTimer_.stop();
-        QGuiApplication::restoreOverrideCursor();
-    }
-}
-
-void TreeWidget::scrollWhileDragging() {
-    // Within a row's height of the edge, and outside.
-    const int y = viewport()->mapFromGlobal(QCursor::pos()).y();
-    const int edge = sizeHintForRow(0);
-    QScrollBar& bar = *verticalScrollBar();
-    const int before = bar.value();
-    if (y < edge) {
-        bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
-    } else if (y > viewport()->height() - edge) {
-        bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
-    }
-    if (bar.value() != before) {
-        dragTo(QCursor::pos());
-    }
+/// The press, and the drag that it has become, end without a release.
+void TreeWidget::abandonPress() {
+    endDrag();
+    watchForRelease(false);
 }
 
 // Keys.
@@ -290,27 +300,30 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         // A click opens the editor where there is something to rename.
         clickByKey({.left = true}, index);
         break;
-    case Qt::Key_Escape:
-        if (dragging_) {
-            endDrag();
-            watchForRelease(false);
-        } else {
-            event->ignore();
-        }
-        break;
     default:
-        QTreeView::keyPressEvent(event);
+        if (event->matches(QKeySequence::Cut)) {
+            takeUpByKeys();
+        } else if (event->key() == Qt::Key_Escape) {
+            event->ignore();
+        } else {
+            QTreeView::keyPressEvent(event);
+        }
     }
+}
+
+/// As if the mouse were pressed in the middle of a row.
+void TreeWidget::pressByKey(MouseButtons buttons, const QModelIndex& index) {
+    scrollTo(index);
+    popupPosition_ = viewport()->mapToGlobal(visualRect(index).center());
+    run(tree_.onMouseDown, buttons, model_.nodeAt(index));
 }
 
 void TreeWidget::clickByKey(MouseButtons buttons, const QModelIndex& index) {
     const NodeRef node = model_.nodeAt(index);
-    if (!node) {
+    if (!node || dragging()) {
         return;
     }
-    scrollTo(index);
-    popupPosition_ = viewport()->mapToGlobal(visualRect(index).center());
-    run(tree_.onMouseDown, buttons, node);
+    pressByKey(buttons, index);
     run(tree_.onMouseUp, buttons, node);
 }
 

@@ -3,6 +3,8 @@
 // and shows what the TreeView says; it selects, edits and moves nothing by itself.
 #pragma once
 
+#include <optional>
+
 #include <QPersistentModelIndex>
 #include <QTimer>
 #include <QTreeView>
@@ -13,6 +15,7 @@
 namespace sonarith {
 
 class LabelEditor;
+class TreeDelegate;
 
 class TreeWidget : public QTreeView {
   public:
@@ -42,6 +45,7 @@ class TreeWidget : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void updateEditorGeometries() override;
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
@@ -57,11 +61,20 @@ class TreeWidget : public QTreeView {
     void release(Qt::MouseButton button, const QPoint& global);
     void doubleClick(const NodeRef& node);
     void watchForRelease(bool watch);
+    void abandonPress();
 
+    void pressByKey(MouseButtons buttons, const QModelIndex& index);
     void clickByKey(MouseButtons buttons, const QModelIndex& index);
     void doubleClickByKey(const QModelIndex& index);
 
-    void dragTo(const QPoint& global);
+    /// What carries a node about. By keys it is taken up, and dropped at the current row.
+    enum class Drag { none, byMouse, byKeys };
+    [[nodiscard]] bool dragging() const { return drag_ != Drag::none; }
+    void takeUpByKeys();
+    void dropByKeys();
+    void keyWhileDragging(QKeyEvent& event);
+    void dragOver(const NodeRef& node);
+    void drop(const NodeRef& node);
     void endDrag();
     void scrollWhileDragging();
 
@@ -72,6 +85,7 @@ class TreeWidget : public QTreeView {
 
     TreeView& tree_;
     TreeModel& model_;
+    TreeDelegate* delegate_;
     LabelEditor* editor_ = nullptr;
     QPersistentModelIndex editedIndex_;
     QPersistentModelIndex toReveal_;
@@ -82,8 +96,11 @@ class TreeWidget : public QTreeView {
     QPoint pressedAt_;
     quint64 pressedMilliseconds_ = 0;
     bool watchingRelease_ = false;
-    bool dragging_ = false;
     bool movedFar_ = false;
+    Drag drag_ = Drag::none;
+    bool takingUp_ = false;
+    /// The node that the drag was over last, empty for no node; nothing before it was anywhere.
+    std::optional<NodeRef> over_;
     bool showingSelection_ = false;
 };
 

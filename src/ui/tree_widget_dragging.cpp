@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The part of the work tree's widget that carries a node about, by mouse and by keys. The pointer
+// is followed here and not by the desktop's drag and drop, which would keep the nodes' handlers
+// from running while the pointer moves.
+#include <utility>
+#include <vector>
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "ui/icons.h"
+#include "ui/tree_delegate.h"
+#include "ui/tree_widget.h"
+#include "worktree/node_level.h"
+
+namespace sonarith {
+namespace {
+
+constexpr int groupLevel = 2;
+/// Side of the drag picture, in device-independent pixels.
+constexpr int dragIconSide = 32;
+
+bool movesTheCurrentRow(int key) {
+    switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void TreeWidget::startDrag() {
+    if (dragging() || !(watchingRelease_ || takingUp_)) {
+        return;
+    }
+    drag_ = takingUp_ ? Drag::byKeys : Drag::byMouse;
+    if (tree_.editedNode()) {
+        tree_.cancelLabelEdit();
+        closeEditor(Focus::toTree);
+    }
+    if (drag_ == Drag::byMouse) {
+        const QPixmap picture =
+            makeIcon(Symbol::item).pixmap(QSize(dragIconSide, dragIconSide), devicePixelRatioF());
+        QGuiApplication::setOverrideCursor(QCursor(picture, 0, 0));
+        dragScrollTimer_.start();
+    } else {
+        // The pointer may be anywhere: the row itself shows that it has been taken up.
+        delegate_->setCarried(tree_.selectedItem());
+        viewport()->update();
+    }
+}
+
+void TreeWidget::dragOver(const NodeRef& node) {
+    const std::optional<NodeRef> former = std::exchange(over_, node);
+    // A pointer that stays tells so again and again. The handler takes each telling for a change,
+    // and needs two of them to settle over a group. Where there is no group it never settles: the
+    // carried node would go to and fro.
+    if (former == over_ && NodeLevel(node) < groupLevel) {
+        return;
+    }
+    run(tree_.onDragOver, node);
+}
+
+void TreeWidget::drop(const NodeRef& node) {
+    endDrag();
+    run(tree_.onDragDrop, node);
+}
+
+void TreeWidget::endDrag() {
+    over_.reset();
+    switch (std::exchange(drag_, Drag::none)) {
+    case Drag::none:
+        break;
+    case Drag::byMouse:
+        dragScrollTimer_.stop();
+        QGuiApplication::restoreOverrideCursor();
+        break;
+    case Drag::byKeys:
+        delegate_->setCarried(nullptr);
+        viewport()->update();
+        break;
+    }
+}
+
+void TreeWidget::scrollWhileDragging() {
+    // Within a row's height of the edge, and outside.
+    const int y = viewport()->mapFromGlobal(QCursor::pos()).y();
+    const int edge = sizeHintForRow(0);
+    QScrollBar& bar = *verticalScrollBar();
+    const int before = bar.value();
+    if (y < edge) {
+        bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
+    } else if (y > viewport()->height() - edge) {
+        bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    }
+    if (bar.value() != before) {
+        dragOver(nodeAtGlobal(QCursor::pos()));
+    }
+}
+
+void TreeWidget::takeUpByKeys() {
+    const QModelIndex index = currentIndex();
+    const NodeRef node = model_.nodeAt(index);
+    if (!node || watchingRelease_ || takingUp_) {
+        return;
+    }
+    constexpr MouseButtons left{.left = true};
+    takingUp_ = true;
+    pressByKey(left, index);
+    run(tree_.onMouseMove, left, node);
+    takingUp_ = false;
+    if (!dragging()) {
+        // Not every node is carried; this one was clicked.
+        run(tree_.onMouseUp, left, node);
+    }
+}
+
+void TreeWidget::keyWhileDragging(QKeyEvent& event) {
+    const bool drops = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+                       event.matches(QKeySequence::Paste);
+    if (event.key() == Qt::Key_Escape) {
+        abandonPress();
+    } else if (drag_ == Drag::byKeys && drops) {
+        dropByKeys();
+    } else if (drag_ == Drag::byKeys && movesTheCurrentRow(event.key())) {
+        QTreeView::keyPressEvent(&event);
+    }
+    event.accept();
+}
+
+void TreeWidget::dropByKeys() {
+    const NodeRef target = model_.nodeAt(currentIndex());
+    // As a pointer would that comes from the node's own row: the handler passes over the place
+    // where the move before has ended, until it has been told of another one. Then as one that
+    // rests on a group, where the handler settles at the second time.
+    std::vector<NodeRef> way{delegate_->carried(), target};
+    if (NodeLevel(target) == groupLevel) {
+        way.push_back(target);
+    }
+    for (const NodeRef& node : way) {
+        // The handlers yield, and the drag may end meanwhile.
+        if (dragging()) {
+            dragOver(node);
+        }
+    }
+    if (dragging()) {
+        drop(target);
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,458 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <functional>
+
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTimer>
+
+#include "platform/qt/dialog_loop.h"
+#include "ui/tree_fixture.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+bool isDragCursorShown() {
+    return QGuiApplication::overrideCursor() != nullptr;
+}
+
+void runDialogAnd(const std::function<void()>& act) {
+    QDialog dialog;
+    QTimer::singleShot(0, &dialog, [&] {
+        act();
+        dialog.accept();
+    });
+    EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
+}
+
+class TreeDraggingTest : public TreeFixture {
+  protected:
+    /// As the product does: a movement of the pressed mouse begins a drag.
+    void dragOnMove() {
+        tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
+            if (buttons.left) {
+                tree.beginDrag();
+            }
+        };
+    }
+    /// The first node is carried by the mouse, over the second one.
+    void beginMouseDrag() {
+        dragOnMove();
+        pressAt(first);
+        moveTo(second);
+        EXPECT_TRUE(isDragCursorShown());
+        log.clear();
+    }
+    void sendMove(const QPoint& at, Qt::MouseButtons buttons) {
+        QWidget* viewport = widget().viewport();
+        QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, buttons,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+    }
+    void expectNoDrag() {
+        EXPECT_FALSE(isDragCursorShown());
+        log.clear();
+        moveTo(mp3);
+        releaseAt(mp3);
+        EXPECT_THAT(log, IsEmpty());
+    }
+    static constexpr QPoint belowAllNodes{50, 290};
+};
+
+TEST_F(TreeDraggingTest, AHandThatTremblesDuringAClickMovesNothing) {
+    pressAt(first);
+    movePointer(placeOf(first) + QPoint(2, 1));
+    releaseAt(first);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
+}
+
+TEST_F(TreeDraggingTest, ADragPassesOverEachNodeAndEndsInADrop) {
+    dragOnMove();
+    tree.onDragOver = [&](NodeRef node) {
+        note("over", {}, node);
+        tree.setDropHighlight(node).passOver();
+    };
+    pressAt(first);
+    moveTo(second);
+    EXPECT_TRUE(isDragCursorShown());
+    EXPECT_EQ(tree.dropHighlight(), second);
+    moveTo(mp3);
+    EXPECT_EQ(tree.dropHighlight(), mp3);
+    movePointer(belowAllNodes);
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav", "over MP3 Files",
+                                 "over nothing", "drop MP3 Files"));
+    EXPECT_FALSE(isDragCursorShown());
+}
+
+TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressHasOpened) {
+    editOnPress();
+    dragOnMove();
+    pressAt(first);
+    ASSERT_NE(editor(), nullptr);
+    moveTo(mp3);
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("over MP3 Files", "drop MP3 Files"));
+}
+
+TEST_F(TreeDraggingTest, ADragGoesOnThoughItsHandlerMovesAndRemovesNodes) {
+    dragOnMove();
+    tree.onDragOver = [&](NodeRef node) {
+        note("over", {}, node);
+        if (node == mp3) {
+            tree.setParent(first, mp3).passOver();
+            tree.remove(second).passOver();
+        }
+    };
+    pressAt(first);
+    moveTo(second);
+    moveTo(mp3);
+    QCoreApplication::processEvents();
+    moveTo(wav);
+    releaseAt(wav);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav", "over MP3 Files",
+                                 "over WAV Files", "drop WAV Files"));
+}
+
+TEST_F(TreeDraggingTest, EscapeEndsADragWithoutADrop) {
+    dragOnMove();
+    pressAt(first);
+    moveTo(second);
+    key(Qt::Key_Escape);
+    releaseAt(second);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over two.wav"));
+    EXPECT_FALSE(isDragCursorShown());
+}
+
+TEST_F(TreeDraggingTest, ADragCannotBeginWithoutAButtonDown) {
+    tree.beginDrag();
+    EXPECT_FALSE(isDragCursorShown());
+}
+
+TEST_F(TreeDraggingTest, APointerThatStaysTellsAGroupAndAnItemAgain) {
+    beginMouseDrag();
+    for (const NodeRef& node : {second, mp3}) {
+        log.clear();
+        moveTo(node);
+        movePointer(placeOf(node) + QPoint(1, 0));
+        movePointer(placeOf(node) + QPoint(2, 0));
+        const std::string over = "over " + node->text();
+        EXPECT_THAT(log, ElementsAre(over, over, over));
+    }
+    releaseAt(mp3);
+}
+
+TEST_F(TreeDraggingTest, APointerThatStaysOverACollectionOrNoNodeTellsItOnce) {
+    beginMouseDrag();
+    for (int i = 0; i < 3; ++i) {
+        movePointer(placeOf(collection) + QPoint(i, 0));
+    }
+    for (int i = 0; i < 3; ++i) {
+        movePointer(belowAllNodes + QPoint(i, 0));
+    }
+    // Outside of the tree there is no node either.
+    movePointer(QPoint(-50, 10));
+    moveTo(collection);
+    moveTo(mp3);
+    moveTo(collection);
+    EXPECT_THAT(log, ElementsAre("over Folder", "over nothing", "over Folder", "over MP3 Files",
+                                 "over Folder"));
+    releaseAt(collection);
+}
+
+TEST_F(TreeDraggingTest, TheFirstPlaceOfADragIsToldThoughTheDragBeforeEndedThere) {
+    dragOnMove();
+    for (int i = 0; i < 2; ++i) {
+        pressAt(first);
+        moveTo(collection);
+        releaseAt(collection);
+    }
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over Folder", "drop Folder",
+                                 "down left one.wav", "over Folder", "drop Folder"));
+}
+
+TEST_F(TreeDraggingTest, OtherButtonsDoNothingDuringADrag) {
+    beginMouseDrag();
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+        pressAt(mp3, button);
+        releaseAt(mp3, button);
+        QTest::mouseDClick(widget().viewport(), button, {}, placeOf(mp3));
+        releaseAt(mp3, button);
+    }
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QCoreApplication::sendEvent(widget().viewport(), &byKey);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(isDragCursorShown());
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("drop MP3 Files"));
+}
+
+TEST_F(TreeDraggingTest, KeysButEscapeDoNothingDuringADrag) {
+    QPushButton button(&window);
+    button.show();
+    QShortcut shortcut(Qt::ALT | Qt::Key_S, &window);
+    bool activated = false;
+    QObject::connect(&shortcut, &QShortcut::activated, [&] { activated = true; });
+    tree.setSelectedItem(wav).passOver();
+    widget().setFocus();
+    beginMouseDrag();
+    for (const Qt::Key pressed :
+         {Qt::Key_Return, Qt::Key_Space, Qt::Key_F2, Qt::Key_Down, Qt::Key_Tab, Qt::Key_Backtab}) {
+        key(pressed);
+    }
+    key(Qt::Key_Return, Qt::ControlModifier);
+    key(Qt::Key_X, Qt::ControlModifier);
+    key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_S, Qt::AltModifier);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_FALSE(activated);
+    EXPECT_TRUE(widget().hasFocus());
+    EXPECT_EQ(widget().currentIndex(), indexOf(wav));
+    EXPECT_TRUE(isDragCursorShown());
+    releaseAt(mp3);
+    key(Qt::Key_S, Qt::AltModifier);
+    EXPECT_TRUE(activated);
+}
+
+TEST_F(TreeDraggingTest, AScreenReadersSelectingDoesNothingDuringADrag) {
+    beginMouseDrag();
+    widget().selectionModel()->select(indexOf(second), QItemSelectionModel::Select);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(log, IsEmpty());
+    releaseAt(mp3);
+}
+
+TEST_F(TreeDraggingTest, ADialogEndsADragWithoutADrop) {
+    beginMouseDrag();
+    runDialogAnd([&] {
+        EXPECT_FALSE(isDragCursorShown());
+        moveTo(mp3);
+        releaseAt(mp3);
+    });
+    EXPECT_THAT(log, IsEmpty());
+    expectNoDrag();
+    // The next one is as any other.
+    pressAt(first);
+    moveTo(mp3);
+    releaseAt(mp3);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "over MP3 Files", "drop MP3 Files"));
+}
+
+TEST_F(TreeDraggingTest, ADialogThatComesWhileAHandlerOfTheDragRunsEndsItToo) {
+    beginMouseDrag();
+    tree.onDragOver = [&](NodeRef) {
+        runDialogAnd([&] { releaseAt(mp3); });
+    };
+    moveTo(mp3);
+    tree.onDragOver = nullptr;
+    EXPECT_THAT(log, IsEmpty());
+    expectNoDrag();
+}
+
+TEST_F(TreeDraggingTest, APressWhoseReleaseADialogHasTakenWaitsForNoOther) {
+    pressAt(first);
+    runDialogAnd([&] { releaseAt(first); });
+    log.clear();
+    QPushButton button(&window);
+    button.show();
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeDraggingTest, ADragEndsWhenItsReleaseHasGoneElsewhere) {
+    beginMouseDrag();
+    sendMove(placeOf(mp3), Qt::NoButton);
+    EXPECT_THAT(log, IsEmpty());
+    expectNoDrag();
+    beginMouseDrag();
+    // The button is pressed again.
+    pressAt(mp3);
+    EXPECT_THAT(log, IsEmpty());
+    expectNoDrag();
+}
+
+TEST_F(TreeDraggingTest, ADragEndsWhenItsWindowIsHidden) {
+    beginMouseDrag();
+    window.hide();
+    EXPECT_FALSE(isDragCursorShown());
+    window.show();
+    expectNoDrag();
+}
+
+TEST_F(TreeDraggingTest, ADragEndsWhenAnotherWindowBecomesActive) {
+    beginMouseDrag();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(window.isActiveWindow());
+    expectNoDrag();
+}
+
+// By keys.
+
+class TreeKeyDragTest : public TreeDraggingTest {
+  protected:
+    TreeKeyDragTest() {
+        dragOnMove();
+        widget().setFocus();
+        tree.setSelectedItem(first).passOver();
+        QCoreApplication::processEvents();
+        before = rowOf(first);
+    }
+    void takeUp() {
+        key(Qt::Key_X, Qt::ControlModifier);
+        EXPECT_THAT(log, ElementsAre("down left one.wav"));
+        EXPECT_TRUE(isMarked());
+        log.clear();
+    }
+    QImage rowOf(const NodeRef& node) {
+        return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
+    }
+    /// Looked at as it was at first: the current row looks otherwise.
+    bool isMarked() {
+        const QPersistentModelIndex current = widget().currentIndex();
+        goTo(first);
+        const bool marked = rowOf(first) != before;
+        widget().setCurrentIndex(current);
+        return marked;
+    }
+    void goTo(const NodeRef& node) { widget().setCurrentIndex(indexOf(node)); }
+
+    QImage before;
+};
+
+TEST_F(TreeKeyDragTest, TheCurrentNodeIsTakenUpAndDroppedAtTheRowWhereReturnIsPressed) {
+    takeUp();
+    EXPECT_FALSE(isDragCursorShown()) << "the pointer has nothing to do with it";
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    EXPECT_EQ(widget().currentIndex(), indexOf(mp3));
+    EXPECT_THAT(log, IsEmpty()) << "arrow keys drag over nothing";
+    EXPECT_TRUE(isMarked());
+    key(Qt::Key_Return);
+    // As by a pointer that comes from the node's row and rests on the group.
+    EXPECT_THAT(log,
+                ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
+    EXPECT_FALSE(isMarked());
+    log.clear();
+    key(Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
+}
+
+TEST_F(TreeKeyDragTest, ControlVDropsTooAndAnItemAndACollectionAreToldOnce) {
+    for (const NodeRef& target : {second, collection}) {
+        goTo(first);
+        takeUp();
+        goTo(target);
+        key(Qt::Key_V, Qt::ControlModifier);
+        EXPECT_THAT(
+            log, ElementsAre("over one.wav", "over " + target->text(), "drop " + target->text()));
+        EXPECT_FALSE(isMarked());
+        log.clear();
+    }
+}
+
+TEST_F(TreeKeyDragTest, EscapeLeavesTheNodeWhereItIs) {
+    takeUp();
+    key(Qt::Key_Down);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(isMarked());
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeKeyDragTest, ANodeThatIsNotCarriedIsClicked) {
+    tree.onMouseMove = [this](MouseButtons b, NodeRef node) {
+        note("move", b, node);
+    };
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_THAT(log, ElementsAre("down left one.wav", "move left one.wav", "up left one.wav"));
+    EXPECT_FALSE(isMarked());
+    log.clear();
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeKeyDragTest, TakingUpClosesTheEditorThatItsPressHasOpened) {
+    editOnPress();
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(tree.editedNode(), nullptr);
+    EXPECT_TRUE(widget().hasFocus());
+    goTo(mp3);
+    key(Qt::Key_Return);
+    EXPECT_EQ(log.back(), "drop MP3 Files");
+}
+
+TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingMeanwhile) {
+    QPushButton button(&window);
+    button.show();
+    takeUp();
+    for (const Qt::Key pressed : {Qt::Key_Space, Qt::Key_F2, Qt::Key_O, Qt::Key_Tab}) {
+        key(pressed);
+    }
+    key(Qt::Key_X, Qt::ControlModifier);
+    pressAt(second);
+    moveTo(mp3);
+    releaseAt(mp3);
+    pressAt(second, Qt::RightButton);
+    releaseAt(second, Qt::RightButton);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(widget().hasFocus());
+    EXPECT_EQ(widget().currentIndex(), indexOf(first));
+    EXPECT_TRUE(isMarked());
+}
+
+TEST_F(TreeKeyDragTest, GroupsOpenAndCloseMeanwhile) {
+    takeUp();
+    goTo(mp3);
+    goTo(wav);
+    key(Qt::Key_Left);
+    EXPECT_FALSE(widget().isExpanded(indexOf(wav)));
+    key(Qt::Key_Right);
+    EXPECT_TRUE(widget().isExpanded(indexOf(wav)));
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeKeyDragTest, ItEndsWhenTheFocusGoesElsewhereAndWhenADialogComes) {
+    QPushButton button(&window);
+    button.show();
+    takeUp();
+    button.setFocus();
+    widget().setFocus();
+    EXPECT_FALSE(isMarked());
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_THAT(log, IsEmpty());
+    takeUp();
+    runDialogAnd([] {});
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(TreeKeyDragTest, ADropThatIsCancelledInsideItsHandlerDropsNothing) {
+    tree.onDragOver = [&](NodeRef node) {
+        note("over", {}, node);
+        key(Qt::Key_Escape);
+    };
+    takeUp();
+    goTo(mp3);
+    key(Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("over one.wav"));
+    EXPECT_FALSE(isMarked());
+}
+
+TEST_F(TreeKeyDragTest, WithoutACurrentRowNothingIsTakenUp) {
+    tree.clear();
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_THAT(log, IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith
