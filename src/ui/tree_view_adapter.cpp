@@ -32,9 +32,6 @@ void TreeViewAdapter::beforeRemove(const NodeRef& node) {
 
 void TreeViewAdapter::afterRemove() {
     model_.afterRemove();
-    // The tree empties these without a word when their node goes.
-    widget_.dropEditorWithoutNode();
-    selectionChanged();
 }
 
 void TreeViewAdapter::beforeMove(const NodeRef& node, const NodeRef& parent, int position) {
@@ -58,7 +55,7 @@ void TreeViewAdapter::selectionChanged() {
     // wrong file.
     if (tree_.editedNode() && tree_.editedNode() != tree_.selectedItem()) {
         tree_.cancelLabelEdit();
-        widget_.dropEditorWithoutNode();
+        editAbandoned();
     }
     if (shownSelection_ == tree_.selectedItem()) {
         return;
@@ -79,6 +76,10 @@ void TreeViewAdapter::revealRequested(const NodeRef& node) {
 
 void TreeViewAdapter::editRequested(const NodeRef& node) {
     widget_.openEditor(node);
+}
+
+void TreeViewAdapter::editAbandoned() {
+    widget_.dropEditorWithoutNode();
 }
 
 void TreeViewAdapter::dragRequested() {

@@ -32,6 +32,7 @@ class TreeViewAdapter : public TreeObserver {
     void dropHighlightChanged() override;
     void revealRequested(const NodeRef& node) override;
     void editRequested(const NodeRef& node) override;
+    void editAbandoned() override;
     void dragRequested() override;
 
   private:

@@ -60,6 +60,7 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
 
 TreeWidget::~TreeWidget() {
     abandonPress();
+    closeEditor(Focus::untouched);
 }
 
 // What the tree says.

@@ -19,7 +19,8 @@ class TreeDelegate;
 
 class TreeWidget : public QTreeView {
   public:
-    /// `tree` and `model` outlive the widget.
+    /// `tree` and `model` outlive the widget. `parent` is there from the first edit on: the editor
+    /// over a label is its child.
     TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
     ~TreeWidget() override;
 
@@ -45,6 +46,8 @@ class TreeWidget : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void updateEditorGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    void moveEvent(QMoveEvent* event) override;
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void selectionChanged(const QItemSelection& selected,

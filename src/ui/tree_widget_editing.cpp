@@ -28,7 +28,8 @@ void TreeWidget::openEditor(const NodeRef& node) {
     const QModelIndex index = model_.indexOf(node);
     scrollTo(index);
     editedIndex_ = index;
-    editor_ = new LabelEditor(toQString(node->text()), viewport());
+    // Beside the tree and not in it: assistive programs see nothing in a tree but its nodes.
+    editor_ = new LabelEditor(toQString(node->text()), parentWidget());
     editor_->onFinished = [this](const QString& text) {
         finishEdit(text);
     };
@@ -85,8 +86,20 @@ void TreeWidget::dropEditorWithoutNode() {
 void TreeWidget::updateEditorGeometries() {
     QTreeView::updateEditorGeometries();
     if (editor_ && editedIndex_.isValid()) {
-        editor_->setGeometry(labelRect(editedIndex_));
+        // What is scrolled out of sight does not stand over the tree's surroundings.
+        const QRect seen = labelRect(editedIndex_) & viewport()->rect();
+        editor_->setGeometry(QRect(viewport()->mapTo(parentWidget(), seen.topLeft()), seen.size()));
     }
+}
+
+void TreeWidget::scrollContentsBy(int dx, int dy) {
+    QTreeView::scrollContentsBy(dx, dy);
+    updateEditorGeometries();
+}
+
+void TreeWidget::moveEvent(QMoveEvent* event) {
+    QTreeView::moveEvent(event);
+    updateEditorGeometries();
 }
 
 bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {

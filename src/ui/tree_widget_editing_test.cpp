@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <QAccessible>
+#include <QScrollBar>
+
 #include "ui/tree_fixture.h"
 
 namespace sonarith {
@@ -16,13 +19,55 @@ class TreeEditTest : public TreeFixture {
         tree.setSelectedItem(first).passOver();
         tree.startLabelEdit().passOver();
     }
+    /// Where a node's row stands in the window.
+    QRect rowOf(const NodeRef& node) {
+        const QRect row = widget().visualRect(indexOf(node));
+        return {widget().viewport()->mapTo(&window, row.topLeft()), row.size()};
+    }
 };
 
 TEST_F(TreeEditTest, TheEditorStandsOverTheLabelWithAllOfItSelected) {
     ASSERT_NE(editor(), nullptr);
     EXPECT_EQ(editor()->selectedText(), "one.wav");
     EXPECT_TRUE(editor()->hasFocus());
-    EXPECT_TRUE(widget().visualRect(indexOf(first)).contains(editor()->geometry().center()));
+    EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
+}
+
+/// Whether an assistive program that walks down from `top` meets a widget.
+bool isReachedFrom(QAccessibleInterface* top, const QWidget* widget) {
+    if (!top || top->object() == widget) {
+        return top != nullptr;
+    }
+    for (int i = 0; i < top->childCount(); ++i) {
+        if (isReachedFrom(top->child(i), widget)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST_F(TreeEditTest, AssistiveProgramsMeetTheEditor) {
+    EXPECT_TRUE(isReachedFrom(QAccessible::queryAccessibleInterface(&window), editor()));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(editor())->text(QAccessible::Name), "New name");
+}
+
+TEST_F(TreeEditTest, TheEditorFollowsItsRowAndCoversNothingBesideTheTree) {
+    for (int i = 0; i < 50; ++i) {
+        add(wav, std::to_string(i));
+    }
+    tree.setLeft(10 * 15);
+    tree.setTop(20 * 15);
+    EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
+    QScrollBar& bar = *widget().verticalScrollBar();
+    bar.setValue(1);
+    EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
+    bar.setValue(bar.maximum());
+    EXPECT_TRUE(editor()->size().isEmpty());
+    editor()->setText("later.wav");
+    bar.setValue(0);
+    EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("after later.wav"));
 }
 
 TEST_F(TreeEditTest, ReturnGivesTheNewTextToTheTree) {
