@@ -74,6 +74,45 @@ TEST_F(Form1Test, StartsWithItsDisplaysAsDesigned) {
     EXPECT_EQ(form.CmdSelectAction.caption(), "Start ");
 }
 
+TEST_F(Form1Test, NamesItsButtonsAndLabels) {
+    const std::pair<const CommandButton*, const char*> buttons[] = {
+        {&form.Command5, "Exit"},
+        {&form.Cmdhelp, "Help"},
+        {&form.C5555555, "Playlist Editor"},
+        {&form.Copt, "Preferences"},
+        {&form.C777, "Search for Files"},
+        {&form.Command2, "Cancel"},
+        {&form.CmdSelectAction, "Start "},
+        {&form.cmdStart, "Start"},
+        {&form.CmdDecoder, "decode"},
+        {&form.Command8, "Cancel"},
+    };
+    for (const auto& [button, caption] : buttons) {
+        EXPECT_EQ(button->caption(), caption) << button->name();
+    }
+    EXPECT_EQ(form.Label5.caption(), "Low Drive space");
+}
+
+TEST_F(Form1Test, TellsInTipsWhatHasNoCaptionOrMoreThanIt) {
+    const std::pair<const Control*, const char*> tips[] = {
+        {&form.Command11, "Play Selected track"},
+        {&form.Command12, "Stop playing CD"},
+        {&form.Image3, "Hand grip"},
+        {&form.Image4, "Destination"},
+        {&form.Image5, "Source"},
+        {&form.cmdStart, "Start Extracting CD Track"},
+        {&form.Command8, "Stop Everything"},
+    };
+    for (const auto& [control, tip] : tips) {
+        EXPECT_EQ(control->toolTip(), tip) << control->name();
+    }
+}
+
+TEST_F(Form1Test, HidesAtRestWhatAnActionOrALowDiskShows) {
+    EXPECT_FALSE(form.Command2.visible());
+    EXPECT_FALSE(form.Label5.visible());
+}
+
 TEST_F(Form1Test, NeverShowsTheListsAndTheButtonsThatAreProcedures) {
     for (const Control* hidden :
          std::vector<Control*>{&form.lstTracks, &form.lstRecord, &form.List1, &form.List2,

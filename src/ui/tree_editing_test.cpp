@@ -51,6 +51,25 @@ TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainOverTheOldLabel) {
     EXPECT_EQ(editor(), nullptr);
 }
 
+TEST_F(TreeEditingTest, ARefusedNameThatAPressElsewhereHasFinishedLeavesTheOtherNodeChosen) {
+    pressAt("a.wav");
+    releaseAt("a.wav");
+    ASSERT_NE(editor(), nullptr);
+    editor()->setText("b.wav");
+    pressAt("b.mp3");
+    releaseAt("b.mp3");
+    EXPECT_EQ(disk.content("c:\\music\\a.wav"), "c:\\music\\a.wav");
+    EXPECT_EQ(disk.content("c:\\music\\b.wav"), "c:\\music\\b.wav");
+    EXPECT_THAT(childrenOf("WAV Files"), testing::UnorderedElementsAre("a.wav", "b.wav"));
+    EXPECT_EQ(view.selectedItem(), node("b.mp3"));
+    EXPECT_EQ(drag.DragNode, node("b.mp3"));
+    EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  b.mp3");
+    // What the editor says now is the other node's name.
+    EXPECT_EQ(view.editedNode(), node("b.mp3"));
+    typeAndReturn("c.mp3");
+    EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");
+}
+
 TEST_F(TreeEditingTest, ARefusedNameOfAnEditByKeyNeverTurnsToTheFileThatWasPressedBefore) {
     pressAt("a.wav");
     releaseAt("a.wav");

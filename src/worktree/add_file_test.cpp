@@ -141,6 +141,20 @@ TEST_F(Cmaddfile2Test, AnEntryThatIsThereAlreadyIsNotAddedAgainThoughItsNodeIs) 
     EXPECT_THAT(lines(form.List2), ElementsAre("x", "c:\\music\\a.mp3"));
 }
 
+TEST_F(Cmaddfile2Test, TheNameThatARenamedFileHadGetsAnEntryAndNoNode) {
+    process.settings.showFullPath = 0;
+    put("c:\\music\\a.wav");
+    adder.Cmaddfile2("c:\\music\\a.wav");
+    press(node("a.wav"));
+    view.finishLabelEdit("b.wav");
+    ASSERT_EQ(node("b.wav")->key(), "p namea.wav");
+    put("c:\\music\\a.wav");
+    adder.Cmaddfile2("c:\\music\\a.wav");
+    // The renamed node keeps its key, which the new one would have: its add fails.
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("b.wav"));
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
+}
+
 TEST_F(Cmaddfile2Test, AFileOfAnotherTypeChangesNeitherTreeNorLists) {
     const auto before = outline();
     for (const char* path : {"c:\\music\\a.ogg", "c:\\music\\wav", "c:\\music\\a.mp3.txt"}) {

@@ -148,6 +148,21 @@ TEST_F(LabelEditTest, AnyOtherEndingChangesNeitherFileNorEntryAndTheTreeKeepsIts
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
+TEST_F(LabelEditTest, AnEmptyLabelHasNoEndingEither) {
+    const NodeRef file = node("a.wav");
+    relabel("a.wav", "");
+    EXPECT_THAT(disk.log, IsEmpty());
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));
+    EXPECT_EQ(file->text(), "");
+    EXPECT_EQ(view.editedNode(), nullptr);
+    // Such a node is no file any more: neither renamed nor removed.
+    press(file);
+    EXPECT_EQ(view.editedNode(), nullptr);
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(file->removed());
+    EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
+}
+
 TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesAndLeavesTheDraggedNodeAlone) {
     press(node("a.wav"));
     drag.DragNode = nullptr;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "worktree/start_action.h"
 
+#include <functional>
+
 #include "support/work_tree_world.h"
 
 namespace sonarith {
@@ -207,6 +209,90 @@ TEST_F(StartActionTest, ATreeStillTakesDoubleClicksDuringAnAction) {
     start("Available Tracks");
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+}
+
+/// An MP3 beside the track, and the popup's entry wired to the action.
+struct ActionAndTreeTest : StartActionTest {
+    const std::string mp3 = "c:\\music\\a.mp3";
+
+    ActionAndTreeTest() {
+        disk.addFile(mp3, "a");
+        finder.files[destination]["mp3"] = {mp3};
+        view.clear();
+        tree.showfiles();
+        form.mnuStart2.onClick = [this] {
+            starter.CmdSelectAction_Click();
+        };
+    }
+    /// What comes while an action runs, a second after its start.
+    void during(const std::function<void()>& event) {
+        form.cmdStart.onClick = [this, event] {
+            form.Disablem();
+            loop.after(1s, event);
+            loop.waitFor(2s);
+        };
+        start("Available Tracks");
+    }
+};
+
+TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheFirst) {
+    click(t1);
+    press(node(mp3), {.right = true});
+    run(form.mnupopup.onOpen);
+    EXPECT_TRUE(form.mnuStart2.enabled());
+    // The button is let go before an entry is chosen. The left click's highlight is still there,
+    // and takes the selection back: meant so.
+    release(node(mp3), {.right = true});
+    EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
+    EXPECT_EQ(view.selectedItem(), node(t1));
+    form.mnuStart2.click();
+    EXPECT_THAT(log, ElementsAre("cmdStart"));
+    // The other entries are about the node that was clicked.
+    form.mnuRemoveDelete.click();
+    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_NE(node(t1), nullptr);
+}
+
+TEST_F(ActionAndTreeTest, WithoutALeftClickBeforeThePopupStartsItsOwnNode) {
+    press(node(mp3), {.right = true});
+    run(form.mnupopup.onOpen);
+    release(node(mp3), {.right = true});
+    form.mnuStart2.click();
+    EXPECT_THAT(log, ElementsAre("CmdDecoder"));
+}
+
+TEST_F(ActionAndTreeTest, AFileIsRenamedDuringAnAction) {
+    process.settings.showFullPath = 0;
+    view.clear();
+    tree.showfiles();
+    during([this] {
+        press(node("a.mp3"));
+        view.finishLabelEdit("b.mp3");
+        release(node("b.mp3"));
+    });
+    EXPECT_TRUE(disk.fileExists("c:\\music\\b.mp3"));
+    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
+    EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("b.mp3"));
+}
+
+TEST_F(ActionAndTreeTest, ANodeIsDraggedDuringAnActionButThePopupStaysClosed) {
+    bool opened = false;
+    const Connection popups = form.popupRequested.connect([&](const MenuItem&) { opened = true; });
+    during([this] {
+        beginDrag(mp3);
+        dragOver("Selected MP3 Files");
+        drop();
+        beginDrag(t1);
+        dragOver("Selected Tracks");
+        drop();
+        press(node(mp3), {.right = true});
+    });
+    EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
+    EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
+    EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
+    EXPECT_FALSE(opened);
 }
 
 } // namespace

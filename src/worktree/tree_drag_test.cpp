@@ -300,36 +300,75 @@ TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnother) {
 
 // --- what other handlers do inside the yields --------------------------------------------------
 
-TEST_F(TreeDragTest, AnythingMayHappenInsideAnyYieldOfAMove) {
-    const std::vector<std::function<void()>> events = {
-        [this] { view.clear(); },
-        [this] { tree.showfiles(); },
-        [this] { drop(); },
-        [this] { press(node("CD Tracks")); },
-        [this] { doubleClick(otherMp3); },
-        [this] { dragOver("MP3 Files"); },
+/// What else may happen inside a move, in the yield of its lists (1) or in that of its tree (2),
+/// and what groups and lists hold when the drag has ended.
+struct Interruption {
+    const char* what;
+    std::function<void(TreeDragTest&)> event;
+    int yield;
+    std::vector<std::string> selectedGroup;
+    std::vector<std::string> otherGroup;
+    std::vector<std::string> selectedList;
+    std::vector<std::string> otherList;
+};
+
+TEST_F(TreeDragTest, WhateverHappensInsideAMoveTreeAndListsHoldWhatItsStepsLeave) {
+    const auto clear = [](TreeDragTest& t) {
+        t.view.clear();
     };
-    for (const auto& event : events) {
-        for (int n = 1; n <= 4; ++n) {
-            view.clear();
-            disc({t1, t2});
-            tree.showfiles();
-            beginDrag(mp3);
-            bool dropped = false;
-            loop.atYield(n, [&] {
-                if (!dropped) {
-                    event();
-                }
-            });
-            dragOver("Selected MP3 Files");
-            drop();
-            dropped = true;
-            loop.yield();
-            loop.yield();
-            loop.yield();
-            EXPECT_EQ(drag.DragNode, nullptr);
-            EXPECT_EQ(view.dropHighlight(), nullptr);
-        }
+    const auto refresh = [](TreeDragTest& t) {
+        t.tree.showfiles();
+    };
+    const auto letGo = [](TreeDragTest& t) {
+        t.drop();
+    };
+    const auto pressElsewhere = [](TreeDragTest& t) {
+        t.press(t.node("CD Tracks"));
+    };
+    const auto moveAnother = [](TreeDragTest& t) {
+        t.doubleClick(otherMp3);
+    };
+    const auto dragBack = [](TreeDragTest& t) {
+        t.dragOver("MP3 Files");
+    };
+    const Interruption interruptions[] = {
+        {"clear", clear, 1, {}, {}, {mp3}, {otherMp3}},
+        {"clear", clear, 2, {}, {}, {mp3}, {otherMp3}},
+        {"refresh", refresh, 1, {mp3}, {otherMp3}, {mp3}, {mp3, otherMp3}},
+        {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
+        {"drop", letGo, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
+        {"drop", letGo, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
+        // The entry has gone by then, and its node is no longer the one that is moved.
+        {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
+        {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
+        // The other node goes there, and with the rest of this move back again.
+        {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
+        // Its former entries stand there twice.
+        {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
+        // The node goes there inside the yield, and with the rest of the move back again.
+        {"drag back", dragBack, 1, {}, {otherMp3, mp3}, {mp3}, {otherMp3}},
+        {"drag back", dragBack, 2, {}, {otherMp3, mp3}, {}, {mp3, otherMp3}},
+    };
+    for (const Interruption& interruption : interruptions) {
+        SCOPED_TRACE(interruption.what + std::string(" inside yield ") +
+                     std::to_string(interruption.yield));
+        view.clear();
+        drag = {};
+        disc({t1, t2});
+        tree.showfiles();
+        beginDrag(mp3);
+        bool happened = false;
+        loop.atYield(interruption.yield, [&] {
+            happened = true;
+            interruption.event(*this);
+        });
+        dragOver("Selected MP3 Files");
+        drop();
+        EXPECT_TRUE(happened);
+        EXPECT_EQ(childrenOf("Selected MP3 Files"), interruption.selectedGroup);
+        EXPECT_EQ(childrenOf("MP3 Files"), interruption.otherGroup);
+        EXPECT_EQ(lines(form.List4), interruption.selectedList);
+        EXPECT_EQ(lines(form.List2), interruption.otherList);
     }
 }
 
