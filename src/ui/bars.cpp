@@ -87,6 +87,10 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
         new LabelView(form.Label5, QObject::tr("Drive space"), LabelView::Cut::never, bar);
     warning->setWordWrap(true);
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // It keeps its place, so that nothing has to make room when it appears.
+    QSizePolicy keepsPlace = warning->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    warning->setSizePolicy(keepsPlace);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
     return bar;

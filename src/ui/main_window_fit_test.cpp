@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whether all that the main window shows has the room that it needs. These tests also run as
+// programs of their own with QT_SCALE_FACTOR set: on fine screens fonts, pictures and gaps are
+// rounded otherwise.
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QLabel>
+#include <QMenuBar>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "app/resize_layout.h"
+#include "platform/qt/qt_event_loop.h"
+#include "ui/main_window_view.h"
+
+namespace sonarith {
+namespace {
+
+class MainWindowFit : public testing::Test {
+  protected:
+    MainWindowFit() {
+        form.onResize = [this] {
+            runResizeLayout(form);
+        };
+        TreeView& tree = form.TreeView1;
+        const NodeRef collection = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
+        const NodeRef group = tree.add(collection, "g", "Available Tracks", 2, 5).value();
+        row = tree.add(group, "p", "Track  1 - 00:03:05", 3, 6).value();
+        tree.ensureVisible(row).passOver();
+    }
+    /// All bars and all that may be seen on them, as full as they get.
+    void showEverything() {
+        form.Picture4.setVisible(true);
+        form.Command2.setVisible(true);
+        form.Label5.setVisible(true);
+        form.lblCDID.setCaption("1234567890");
+        form.lblNumTracks.setCaption("99");
+        form.Label3.setCaption("Extracting Track 99");
+        form.Label2.setCaption("c:\\a folder\\another folder\\WAVFiles\\");
+        form.Status.setCaption("00.00%");
+        form.Label33.setCaption("100%");
+        form.lblStatus.setCaption("1234567890 Bytes");
+        show();
+    }
+    void show() {
+        form.show();
+        runResizeLayout(form);
+        QCoreApplication::processEvents();
+    }
+    QRect placeOf(const char* name) {
+        auto* found = view.findChild<QWidget*>(name);
+        EXPECT_NE(found, nullptr) << name;
+        return found->geometry();
+    }
+    /// Each widget that is seen has its least size, inside of what it stands in.
+    void expectRoomForEach() {
+        for (const QWidget* child : view.findChildren<QWidget*>()) {
+            if (!child->isVisible() || child->isWindow()) {
+                continue;
+            }
+            const std::string name = child->objectName().toStdString();
+            const QSize least = child->minimumSizeHint().boundedTo(child->maximumSize());
+            EXPECT_GE(child->width(), least.width()) << name;
+            EXPECT_GE(child->height(), least.height()) << name;
+            EXPECT_TRUE(child->parentWidget()->rect().contains(child->geometry())) << name;
+        }
+    }
+    void expectWholeTexts() {
+        for (const auto* label : view.findChildren<QLabel*>()) {
+            if (label->isVisible()) {
+                const QFontMetrics metrics = label->fontMetrics();
+                EXPECT_GE(label->contentsRect().height(), metrics.height())
+                    << label->objectName().toStdString();
+            }
+        }
+        for (const char* name : {"Command2", "CmdSelectAction"}) {
+            const auto* button = view.findChild<QAbstractButton*>(name);
+            if (button->isVisible()) {
+                const QFontMetrics metrics = button->fontMetrics();
+                EXPECT_GT(button->width(),
+                          metrics.size(Qt::TextShowMnemonic, button->text()).width())
+                    << name;
+                EXPECT_GT(button->height(), metrics.height()) << name;
+            }
+        }
+        const auto* menuBar = view.findChild<QMenuBar*>();
+        for (QAction* heading : menuBar->actions()) {
+            const QRect place = menuBar->actionGeometry(heading);
+            EXPECT_TRUE(menuBar->rect().contains(place)) << heading->text().toStdString();
+            const QFontMetrics metrics = menuBar->fontMetrics();
+            EXPECT_GE(place.width(), metrics.size(Qt::TextShowMnemonic, heading->text()).width());
+        }
+    }
+    void expectNeighboursApart(const std::vector<const char*>& fromTopToBottom) {
+        int bottom = 0;
+        for (const char* name : fromTopToBottom) {
+            EXPECT_EQ(placeOf(name).top(), bottom) << name;
+            bottom = placeOf(name).bottom() + 1;
+        }
+        EXPECT_EQ(bottom, placeOf("client").height());
+    }
+
+    QtEventLoop loop;
+    ProcessState state;
+    Windows windows;
+    Form1 form{loop, state, windows};
+    MainWindowView view{form};
+    NodeRef row;
+};
+
+TEST_F(MainWindowFit, TheScaleIsTheOneThatWasAskedFor) {
+    show();
+    const QByteArray asked = qgetenv("QT_SCALE_FACTOR");
+    EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), asked.isEmpty() ? 1.0 : asked.toDouble());
+}
+
+TEST_F(MainWindowFit, AtRestEverythingHasItsRoom) {
+    show();
+    expectRoomForEach();
+    expectWholeTexts();
+    expectNeighboursApart({"Picture3", "TreeView1", "Picture2", "Picture1"});
+}
+
+TEST_F(MainWindowFit, WithAllBarsFullEverythingHasItsRoom) {
+    showEverything();
+    expectRoomForEach();
+    expectWholeTexts();
+    expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
+}
+
+TEST_F(MainWindowFit, AtItsLeastSizeEverythingHasItsRoom) {
+    showEverything();
+    view.resize(1, 1);
+    QCoreApplication::processEvents();
+    runResizeLayout(form);
+    expectRoomForEach();
+    expectWholeTexts();
+    expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
+}
+
+TEST_F(MainWindowFit, ARowOfTheTreeShowsItsWholeText) {
+    show();
+    auto& tree = static_cast<TreeWidget&>(*view.findChild<QWidget*>("TreeView1"));
+    auto& model = static_cast<TreeModel&>(*tree.model());
+    const QRect place = tree.visualRect(model.indexOf(row));
+    const QFontMetrics metrics = tree.fontMetrics();
+    EXPECT_TRUE(tree.viewport()->rect().contains(place));
+    EXPECT_GE(place.height(), metrics.height());
+    EXPECT_GE(place.height(), tree.iconSize().height());
+    EXPECT_GE(place.width(), tree.iconSize().width() +
+                                 metrics.horizontalAdvance(QString::fromStdString(row->text())));
+}
+
+} // namespace
+} // namespace sonarith
