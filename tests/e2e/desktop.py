@@ -169,11 +169,12 @@ class Desktop:
         self.store.parent.mkdir(parents=True, exist_ok=True)
         self.store.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
-    def launch(self, program):
-        """Starts a program in this home; its process. What it says is kept."""
-        with open(self.home / "program.log", "ab") as log:
-            process = self._start(str(pathlib.Path(program).absolute()), stdout=log,
-                                  stderr=log, cwd=self.home)
+    def launch(self, program, *arguments, log=None):
+        """Starts a program in this home; its process. What it says is kept, in the open file `log`
+        if one is given."""
+        with open(self.home / "program.log", "ab") as errors:
+            process = self._start(str(pathlib.Path(program).absolute()), *arguments,
+                                  stdout=log or errors, stderr=errors, cwd=self.home)
         self._programs.append(process)
         return process
 
@@ -213,6 +214,14 @@ class Desktop:
             self.xdotool(*step)
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS)
 
+    def move_slowly(self, start, end, steps=8):
+        """Moves the pointer, whatever is down, in so many steps: who drags something between
+        programs has to be answered on the way."""
+        for step in range(1, steps + 1):
+            x, y = (round(a + (b - a) * step / steps) for a, b in zip(start, end))
+            self.xdotool("mousemove", x, y)
+            time.sleep(SECONDS_BETWEEN_DRAG_STEPS / 2)
+
     def press(self, *keys):
         """Keys one after the other, in xdotool's writing ("alt+a", "Return")."""
         self.xdotool("key", "--delay", 60, *keys)
@@ -232,6 +241,16 @@ class Desktop:
                                "--name", ""], env=self.environment, check=False,
                               capture_output=True, text=True)
         return done.stdout.split()
+
+    def owner_of(self, window):
+        """The X window that a window belongs to and stands above; None for none."""
+        done = subprocess.run(["xprop", "-id", str(window), "WM_TRANSIENT_FOR"], check=True,
+                              env=self.environment, capture_output=True, text=True)
+        number = done.stdout.partition("#")[2].strip()
+        return str(int(number, 16)) if number else None
+
+    def active_window(self):
+        return next(iter(self.xdotool("getactivewindow")), None)
 
     def ask_to_close(self, window):
         """Asks the window manager to close a window, as its close button does."""

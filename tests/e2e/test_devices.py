@@ -47,6 +47,38 @@ def another_image_is_chosen(desktop, program):
     check_equal(wavs_by_track(destination), {}, "files in the destination folder")
 
 
+def output_and_source_are_chosen(desktop, program):
+    sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2)
+    desktop.write_store(sheet, desktop.home / "My Music")
+
+    def stored():
+        section = desktop.store.read_text().partition("[Devices]")[2].partition("[")[0]
+        return [line for line in section.splitlines() if line.startswith(("Output=", "Source="))]
+
+    def choose(former, key, entry, line):
+        """Opens the list of the box that shows `former`, and goes to an entry at its end."""
+        started.click(former, "combo box")
+        desktop.press(key, "Return")
+        started.get(entry, "combo box")
+        wait_for(f"{line} in the store", lambda: line in stored())
+
+    started = Program(desktop, program)
+    started.wait_for_window()
+    open_devices(started)
+    choose("None", "Home", "Default sound device", "Output=default")
+    choose("Compact disc", "End", "All that is played", "Source=mix")
+    close(started)
+    check_equal(sorted(stored()), ["Output=default", "Source=mix"], "the store after the end")
+
+    started = Program(desktop, program)
+    started.wait_for_window()
+    open_devices(started)
+    choose("Default sound device", "End", "None", "Output=none")
+    choose("All that is played", "Home", "Compact disc", "Source=")
+    close(started)
+    check_equal(sorted(stored()), ["Output=none", "Source="], "the store after the end")
+
+
 def a_torn_sheet_is_an_empty_drive(desktop, program):
     sheet = make_disc(desktop.home / "discs", name="torn", tracks=2, seconds=2)
     lines = sheet.read_text().splitlines()
@@ -99,5 +131,5 @@ def a_short_file_is_told_and_its_whole_tracks_extracted(desktop, program):
 
 
 if __name__ == "__main__":
-    run(another_image_is_chosen, a_torn_sheet_is_an_empty_drive,
+    run(another_image_is_chosen, output_and_source_are_chosen, a_torn_sheet_is_an_empty_drive,
         a_short_file_is_told_and_its_whole_tracks_extracted)

@@ -44,7 +44,7 @@ def edit_label(desktop, started, row):
     """Opens the editor over a row's label, by the click that selects it."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
-    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+    wait_for("the focus in the editor", lambda: started.has_focus("New name"))
 
 
 def type_name(desktop, name):
@@ -109,6 +109,36 @@ def all_mp3s_are_dragged_out_of_their_list(desktop, program):
     close(started)
 
 
+def two_mp3s_are_selected_by_keys_alone(desktop, program):
+    started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3",
+                                                    "three.mp3")
+    wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
+    for selected, available in ((["one.mp3"], ["two.mp3", "three.mp3"]),
+                                (["one.mp3", "two.mp3"], ["three.mp3"])):
+        go_to_row(desktop, started, selected[-1])
+        desktop.press("ctrl+x")
+        go_to_row(desktop, started, "Selected MP3 Files")
+        desktop.press("Return")
+        wait_for_groups(started, selected, available)
+    # What is taken up and let go by Escape stays; what is dropped where it was, too.
+    for last_keys in (("Escape",), ("ctrl+v",)):
+        go_to_row(desktop, started, "three.mp3")
+        desktop.press("ctrl+x")
+        go_to_row(desktop, started, "MP3 Files")
+        desktop.press(*last_keys)
+    go_to_row(desktop, started, "MP3 Files")
+    desktop.press("Return")
+    wait_for("the next action",
+             lambda: started.next_action() == "Next Action:  Process  MP3 Files")
+    wait_for_groups(started, ["one.mp3", "two.mp3"], ["three.mp3"])
+    # The list behind the group says the same: one file is decoded.
+    desktop.press("alt+s")
+    wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["three.wav"])
+    wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+    check_equal(sorted(content_of(destination)), sorted([*content, "three.wav"]), "the files")
+    close(started)
+
+
 def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     before = started.rows()
@@ -138,14 +168,14 @@ def a_name_is_edited_by_keys(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     go_to_row(desktop, started, "two.mp3")
     desktop.press("F2")
-    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+    wait_for("the focus in the editor", lambda: started.has_focus("New name"))
     desktop.press("ctrl+a")
     desktop.type("unwanted.mp3")
     desktop.press("Escape")
     wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
     check("two.mp3" in started.group("MP3 Files"), "a cancelled edit changed the label")
     desktop.press("F2")
-    wait_for("the focus in the editor", lambda: not started.has_focus("Work tree"))
+    wait_for("the focus in the editor", lambda: started.has_focus("New name"))
     type_name(desktop, "second.mp3")
     wait_for_groups(started, [], ["one.mp3", "second.mp3"])
     check_equal(content_of(destination),
@@ -157,7 +187,7 @@ def a_refused_rename_opens_the_editor_again(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "two.mp3")
-    wait_for("the editor's end and return", lambda: not started.has_focus("Work tree"))
+    wait_for("the editor's end and return", lambda: started.text("New name") == "one.mp3")
     check_equal(content_of(destination), content, "the files after the refusal")
     check_equal(sorted(started.group("MP3 Files")), ["one.mp3", "two.mp3"],
                 "the labels after the refusal")
@@ -249,7 +279,7 @@ def files_are_added_by_the_file_dialog(desktop, program):
 
 if __name__ == "__main__":
     run(the_folders_files_stand_in_the_tree, an_mp3_is_dragged_there_and_back,
-        all_mp3s_are_dragged_out_of_their_list,
+        all_mp3s_are_dragged_out_of_their_list, two_mp3s_are_selected_by_keys_alone,
         a_drag_onto_a_group_of_another_kind_changes_nothing, files_are_renamed_in_place,
         a_name_is_edited_by_keys, a_refused_rename_opens_the_editor_again,
         removing_from_the_list_keeps_the_file, removing_and_deleting_deletes_the_file,

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Stands for a file manager: a window from which one file can be dragged, and which says what
+// becomes of it. It prints "taken" when whatever is below the pointer would take the file, and at
+// the end of the drag "dropped" or "refused".
+//
+//     drag_source FILE
+#include <cstdio>
+
+#include <QApplication>
+#include <QDrag>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+
+namespace {
+
+void say(const char* what) {
+    std::puts(what);
+    std::fflush(stdout);
+}
+
+class FileLabel : public QLabel {
+  public:
+    explicit FileLabel(const QString& path) : QLabel(path), path_(path) {
+        setWindowTitle(QStringLiteral("Files"));
+        setAlignment(Qt::AlignCenter);
+    }
+
+  protected:
+    // A label leaves presses to its parent; this one keeps them, and so the movements after them.
+    void mousePressEvent(QMouseEvent* event) override { event->accept(); }
+    void mouseMoveEvent(QMouseEvent*) override {
+        auto* file = new QMimeData;
+        file->setUrls({QUrl::fromLocalFile(path_)});
+        auto* drag = new QDrag(this);
+        drag->setMimeData(file);
+        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
+            if (action == Qt::CopyAction) {
+                say("taken");
+            }
+        });
+        say(drag->exec(Qt::CopyAction) == Qt::CopyAction ? "dropped" : "refused");
+    }
+
+  private:
+    QString path_;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 2) {
+        return 2;
+    }
+    FileLabel label(QFileInfo(arguments[1]).absoluteFilePath());
+    label.setFixedSize(200, 100);
+    label.show();
+    return QApplication::exec();
+}
