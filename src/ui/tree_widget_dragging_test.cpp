@@ -265,6 +265,18 @@ TEST_F(TreeDraggingTest, APressWhoseReleaseADialogHasTakenWaitsForNoOther) {
     EXPECT_THAT(log, IsEmpty());
 }
 
+TEST_F(TreeDraggingTest, APressThatHidesItsWindowWaitsForNoRelease) {
+    tree.onMouseDown = [&](MouseButtons, NodeRef) {
+        window.hide();
+    };
+    pressAt(first);
+    window.show();
+    QPushButton button(&window);
+    button.show();
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_THAT(log, IsEmpty());
+}
+
 TEST_F(TreeDraggingTest, ADragEndsWhenItsReleaseHasGoneElsewhere) {
     beginMouseDrag();
     sendMove(placeOf(mp3), Qt::NoButton);
@@ -404,6 +416,8 @@ TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingMeanwhile) {
     releaseAt(mp3);
     pressAt(second, Qt::RightButton);
     releaseAt(second, Qt::RightButton);
+    QTest::mouseDClick(widget().viewport(), Qt::LeftButton, {}, placeOf(second));
+    releaseAt(second);
     EXPECT_THAT(log, IsEmpty());
     EXPECT_TRUE(widget().hasFocus());
     EXPECT_EQ(widget().currentIndex(), indexOf(first));

@@ -120,15 +120,6 @@ class InputGuard : public QObject {
     }
 };
 
-void closeMenus() {
-    while (QWidget* open = QApplication::activePopupWidget()) {
-        open->close();
-        if (open == QApplication::activePopupWidget()) {
-            return;
-        }
-    }
-}
-
 /// Tells the windows, and all that stands in them, that they get no more input, as Qt's own modal
 /// dialogs do: whoever follows the mouse lets go of it, since its release will not come.
 void tellOthersTheyAreBlocked(const QDialog& dialog) {
@@ -144,13 +135,12 @@ void tellOthersTheyAreBlocked(const QDialog& dialog) {
 
 int runDialog(QDialog& dialog) {
     dialog.setModal(false);
-    closeMenus();
     tellOthersTheyAreBlocked(dialog);
     running().push_back(&dialog);
     const InputGuard guard;
     QEventLoop loop;
     QObject::connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
-    dialog.show();
+    dialog.show(); // Closes menus that are open.
     dialog.raise();
     dialog.activateWindow();
     loop.exec();
