@@ -3,15 +3,20 @@
 // a log of the events that reach the TreeView. It decides nothing that the product decides.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <QCoreApplication>
+#include <QDialog>
+#include <QGuiApplication>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 #include <gmock/gmock.h>
 
+#include "platform/qt/dialog_loop.h"
 #include "ui/label_editor.h"
 #include "ui/tree_view_adapter.h"
 
@@ -69,6 +74,24 @@ class TreeFixture : public testing::Test {
             tree.setSelectedItem(node).passOver();
             tree.startLabelEdit().passOver();
         };
+    }
+
+    /// As the product does: a movement of the pressed mouse begins a drag.
+    void dragOnMove() {
+        tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
+            if (buttons.left) {
+                tree.beginDrag();
+            }
+        };
+    }
+    static bool isDragCursorShown() { return QGuiApplication::overrideCursor() != nullptr; }
+    static void runDialogAnd(const std::function<void()>& act) {
+        QDialog dialog;
+        QTimer::singleShot(0, &dialog, [&] {
+            act();
+            dialog.accept();
+        });
+        EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
     }
 
     TreeWidget& widget() { return adapter->widget(); }

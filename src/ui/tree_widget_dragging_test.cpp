@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <functional>
-
-#include <QApplication>
-#include <QDialog>
+// Nodes that are carried by mouse; by keys: tree_widget_key_dragging_test.cpp.
 #include <QPushButton>
 #include <QShortcut>
-#include <QTimer>
 
-#include "platform/qt/dialog_loop.h"
 #include "ui/tree_fixture.h"
 
 namespace sonarith {
@@ -16,29 +11,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-bool isDragCursorShown() {
-    return QGuiApplication::overrideCursor() != nullptr;
-}
-
-void runDialogAnd(const std::function<void()>& act) {
-    QDialog dialog;
-    QTimer::singleShot(0, &dialog, [&] {
-        act();
-        dialog.accept();
-    });
-    EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
-}
-
 class TreeDraggingTest : public TreeFixture {
   protected:
-    /// As the product does: a movement of the pressed mouse begins a drag.
-    void dragOnMove() {
-        tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
-            if (buttons.left) {
-                tree.beginDrag();
-            }
-        };
-    }
     /// The first node is carried by the mouse, over the second one.
     void beginMouseDrag() {
         dragOnMove();
@@ -305,167 +279,6 @@ TEST_F(TreeDraggingTest, ADragEndsWhenAnotherWindowBecomesActive) {
     QCoreApplication::processEvents();
     ASSERT_FALSE(window.isActiveWindow());
     expectNoDrag();
-}
-
-// By keys.
-
-class TreeKeyDragTest : public TreeDraggingTest {
-  protected:
-    TreeKeyDragTest() {
-        dragOnMove();
-        widget().setFocus();
-        tree.setSelectedItem(first).passOver();
-        QCoreApplication::processEvents();
-        before = rowOf(first);
-    }
-    void takeUp() {
-        key(Qt::Key_X, Qt::ControlModifier);
-        EXPECT_THAT(log, ElementsAre("down left one.wav"));
-        EXPECT_TRUE(isMarked());
-        log.clear();
-    }
-    QImage rowOf(const NodeRef& node) {
-        return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
-    }
-    /// Looked at as it was at first: the current row looks otherwise.
-    bool isMarked() {
-        const QPersistentModelIndex current = widget().currentIndex();
-        goTo(first);
-        const bool marked = rowOf(first) != before;
-        widget().setCurrentIndex(current);
-        return marked;
-    }
-    void goTo(const NodeRef& node) { widget().setCurrentIndex(indexOf(node)); }
-
-    QImage before;
-};
-
-TEST_F(TreeKeyDragTest, TheCurrentNodeIsTakenUpAndDroppedAtTheRowWhereReturnIsPressed) {
-    takeUp();
-    EXPECT_FALSE(isDragCursorShown()) << "the pointer has nothing to do with it";
-    key(Qt::Key_Down);
-    key(Qt::Key_Down);
-    EXPECT_EQ(widget().currentIndex(), indexOf(mp3));
-    EXPECT_THAT(log, IsEmpty()) << "arrow keys drag over nothing";
-    EXPECT_TRUE(isMarked());
-    key(Qt::Key_Return);
-    // As by a pointer that comes from the node's row and rests on the group.
-    EXPECT_THAT(log,
-                ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
-    EXPECT_FALSE(isMarked());
-    log.clear();
-    key(Qt::Key_Return);
-    EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
-}
-
-TEST_F(TreeKeyDragTest, ControlVDropsTooAndAnItemAndACollectionAreToldOnce) {
-    for (const NodeRef& target : {second, collection}) {
-        goTo(first);
-        takeUp();
-        goTo(target);
-        key(Qt::Key_V, Qt::ControlModifier);
-        EXPECT_THAT(
-            log, ElementsAre("over one.wav", "over " + target->text(), "drop " + target->text()));
-        EXPECT_FALSE(isMarked());
-        log.clear();
-    }
-}
-
-TEST_F(TreeKeyDragTest, EscapeLeavesTheNodeWhereItIs) {
-    takeUp();
-    key(Qt::Key_Down);
-    key(Qt::Key_Escape);
-    EXPECT_FALSE(isMarked());
-    key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(TreeKeyDragTest, ANodeThatIsNotCarriedIsClicked) {
-    tree.onMouseMove = [this](MouseButtons b, NodeRef node) {
-        note("move", b, node);
-    };
-    key(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_THAT(log, ElementsAre("down left one.wav", "move left one.wav", "up left one.wav"));
-    EXPECT_FALSE(isMarked());
-    log.clear();
-    key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(TreeKeyDragTest, TakingUpClosesTheEditorThatItsPressHasOpened) {
-    editOnPress();
-    key(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_EQ(editor(), nullptr);
-    EXPECT_EQ(tree.editedNode(), nullptr);
-    EXPECT_TRUE(widget().hasFocus());
-    goTo(mp3);
-    key(Qt::Key_Return);
-    EXPECT_EQ(log.back(), "drop MP3 Files");
-}
-
-TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingMeanwhile) {
-    QPushButton button(&window);
-    button.show();
-    takeUp();
-    for (const Qt::Key pressed : {Qt::Key_Space, Qt::Key_F2, Qt::Key_O, Qt::Key_Tab}) {
-        key(pressed);
-    }
-    key(Qt::Key_X, Qt::ControlModifier);
-    pressAt(second);
-    moveTo(mp3);
-    releaseAt(mp3);
-    pressAt(second, Qt::RightButton);
-    releaseAt(second, Qt::RightButton);
-    QTest::mouseDClick(widget().viewport(), Qt::LeftButton, {}, placeOf(second));
-    releaseAt(second);
-    EXPECT_THAT(log, IsEmpty());
-    EXPECT_TRUE(widget().hasFocus());
-    EXPECT_EQ(widget().currentIndex(), indexOf(first));
-    EXPECT_TRUE(isMarked());
-}
-
-TEST_F(TreeKeyDragTest, GroupsOpenAndCloseMeanwhile) {
-    takeUp();
-    goTo(mp3);
-    goTo(wav);
-    key(Qt::Key_Left);
-    EXPECT_FALSE(widget().isExpanded(indexOf(wav)));
-    key(Qt::Key_Right);
-    EXPECT_TRUE(widget().isExpanded(indexOf(wav)));
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(TreeKeyDragTest, ItEndsWhenTheFocusGoesElsewhereAndWhenADialogComes) {
-    QPushButton button(&window);
-    button.show();
-    takeUp();
-    button.setFocus();
-    widget().setFocus();
-    EXPECT_FALSE(isMarked());
-    key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_THAT(log, IsEmpty());
-    takeUp();
-    runDialogAnd([] {});
-    key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(TreeKeyDragTest, ADropThatIsCancelledInsideItsHandlerDropsNothing) {
-    tree.onDragOver = [&](NodeRef node) {
-        note("over", {}, node);
-        key(Qt::Key_Escape);
-    };
-    takeUp();
-    goTo(mp3);
-    key(Qt::Key_Return);
-    EXPECT_THAT(log, ElementsAre("over one.wav"));
-    EXPECT_FALSE(isMarked());
-}
-
-TEST_F(TreeKeyDragTest, WithoutACurrentRowNothingIsTakenUp) {
-    tree.clear();
-    key(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_THAT(log, IsEmpty());
 }
 
 } // namespace
