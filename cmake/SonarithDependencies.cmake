@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The libraries that are called; docs/architecture.md says why these. Found here, at the top, so that
 # sources, tests and benchmarks see them alike.
 

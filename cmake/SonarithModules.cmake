@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # How the folders under src/ become libraries and test programs. A module is a set of folders: its
 # sources are all *.cpp that are no tests, its test program all *_test.cpp beside them.
 
