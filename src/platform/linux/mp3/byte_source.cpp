@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "platform/linux/sound/unnamed_file.h"
+#include "platform/linux/sound/file_error.h"
 
 namespace sonarith::mp3 {
 

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "platform/linux/mp3/wav_header.h"
+#include "platform/linux/sound/file_error.h"
 #include "platform/linux/sound/unnamed_file.h"
 
 namespace sonarith::mp3 {

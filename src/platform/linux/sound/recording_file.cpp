@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+#include "platform/linux/sound/file_error.h"
 #include "platform/linux/sound/mixing.h"
 #include "platform/linux/sound/unnamed_file.h"
 

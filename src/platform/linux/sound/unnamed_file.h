@@ -5,15 +5,11 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 #include "platform/linux/sound/file_descriptor.h"
 #include "platform/result.h"
 
 namespace sonarith::sound {
-
-/// The failure that the system's `error` (an errno value) means for `path`, in words.
-[[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
 
 /// An empty file without a name in `folder`, open for reading and writing. It is gone when it is
 /// closed, or when the process ends, unless it was published.

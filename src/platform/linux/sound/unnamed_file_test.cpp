@@ -247,12 +247,5 @@ TEST_F(UnnamedFileTest, LeavesTheOldFileWhereTheNewOneDoesNotFit) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST(SystemError, SaysInWordsWhatIsWrong) {
-    EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" does not fit: the disk is full");
-    EXPECT_EQ(systemError(EROFS, "/a").number, ErrorNumber::permissionDenied);
-    EXPECT_EQ(systemError(EIO, "/a").number, ErrorNumber::deviceInputOutput);
-    EXPECT_THAT(systemError(EIO, "/a").text, HasSubstr("failed: "));
-}
-
 } // namespace
 } // namespace sonarith::sound
