@@ -27,7 +27,6 @@ void SoundCard::attach(Line line, std::shared_ptr<SampleSource> source, Time now
         if (!hasWork()) {
             restartClock(now);
         }
-        channel(line).waitingFrames = 0;
         std::swap(channel(line).source, source);
     }
     wakeUp();
@@ -37,7 +36,6 @@ void SoundCard::detach(Line line) {
     std::shared_ptr<SampleSource> released;
     const std::lock_guard lock(mutex_);
     std::swap(channel(line).source, released);
-    channel(line).waitingFrames = 0;
 }
 
 void SoundCard::startRecording(std::shared_ptr<RecordingSink> sink, Time now) {
@@ -165,8 +163,11 @@ void SoundCard::produceDue(Time now, Released& released) {
 /// Produces up to `wanted` frames, and answers how many: as many as every line can give.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Released& released) {
     std::size_t frames = wanted;
-    for (Channel& line : channels_) {
-        frames = std::min(frames, fill(line, frames, released));
+    // The disc comes last: only then is it known how many frames the other lines can give, and it
+    // is asked for no more. What it has counted has been heard, so a track ends where it says.
+    static_assert(static_cast<std::size_t>(Line::compactDisc) == 0);
+    for (auto line = channels_.rbegin(); line != channels_.rend(); ++line) {
+        frames = std::min(frames, fill(*line, frames, released));
     }
     if (frames == 0) {
         return 0;

@@ -61,7 +61,8 @@ class SoundCard {
     /// `now` is the moment from which its frames are due; what was due before is produced first.
     void attach(Line line, std::shared_ptr<SampleSource> source, Time now);
     /// After this returns, the card calls the line's source no more. What was due and has not been
-    /// produced yet is not pulled: call `advance` first where that matters.
+    /// produced yet is not pulled: call `advance` first where that matters. What was pulled is
+    /// still played; of a disc, all of it has been by now.
     void detach(Line line);
 
     /// Every frame that is due after `now` goes to `sink`, in place of an earlier sink.
@@ -99,7 +100,8 @@ class SoundCard {
   private:
     using Block = std::array<StereoFrame, blockFrames>;
 
-    /// One line. `waiting` holds frames that were pulled while another line held the card.
+    /// One line. `waiting` holds frames that were pulled while another line held the card; they are
+    /// played first, whatever becomes of their source. The disc's line never holds any.
     struct Channel {
         std::shared_ptr<SampleSource> source;
         Block waiting;

@@ -27,16 +27,6 @@ Frames operator+(Frames first, const Frames& second) {
     return first;
 }
 
-/// The frames of a recording from its first to its last that is not silent.
-Frames soundOf(const Frames& frames) {
-    const auto audible = [](const StereoFrame& frame) {
-        return frame != StereoFrame{};
-    };
-    const auto first = std::find_if(frames.begin(), frames.end(), audible);
-    const auto last = std::find_if(frames.rbegin(), frames.rend(), audible).base();
-    return first < last ? Frames(first, last) : Frames{};
-}
-
 class SoundCardTest : public testing::Test {
   protected:
     SoundCard card;
@@ -82,40 +72,6 @@ TEST_F(SoundCardTest, RecordsATrackBitForBitWhateverTheJitterOfItsCalls) {
         ASSERT_THAT(tape->frames(), IsSound(pattern(0, 50'000) + silence(391'000)))
             << "seed " << seed;
     }
-}
-
-TEST_F(SoundCardTest, LosesAndInsertsNothingWhereItsSourceStarves) {
-    for (unsigned seed = 0; seed < 40; ++seed) {
-        SoundCard starving;
-        const auto tape = std::make_shared<MemorySink>();
-        const auto source = std::make_shared<PatternSource>(40'000);
-        source->starveAtRandom(seed);
-        std::mt19937 random(seed);
-        std::uniform_int_distribution<std::int64_t> step(0, 50'000'000);
-        SoundCard::Time now{};
-        starving.startRecording(tape, now);
-        starving.attach(Line::compactDisc, source, now);
-        while (source->position() < 40'000) {
-            now += SoundCard::Time{step(random)};
-            starving.advance(now);
-        }
-        starving.stopRecording(now);
-        ASSERT_THAT(soundOf(tape->frames()), IsSound(pattern(0, 40'000))) << "seed " << seed;
-        ASSERT_NE(tape->frames().front(), StereoFrame{}) << "silence slipped in at the beginning";
-    }
-}
-
-TEST_F(SoundCardTest, GivesUpTheTimeThatAStarvingSourceHoldsIt) {
-    disc->allow(100);
-    card.startRecording(recorder, 0ns);
-    card.attach(Line::compactDisc, disc, 0ns);
-    card.advance(10ms);
-    EXPECT_EQ(recorder->size(), 100U);
-    card.advance(5s);
-    EXPECT_EQ(recorder->size(), 100U);
-    disc->allow(PatternSource::endless);
-    card.advance(5s + 10ms);
-    EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 541)));
 }
 
 TEST_F(SoundCardTest, MakesUpForALateCall) {
@@ -300,31 +256,6 @@ TEST_F(SoundCardTest, RecordsTheChosenLineAlone) {
     card.stopRecording(30ms);
     EXPECT_THAT(recorder->frames(),
                 IsSound(pattern(0, 441) + Frames(441, StereoFrame{1, 2}) + silence(441)));
-}
-
-TEST_F(SoundCardTest, KeepsTwoLinesInStepWhereBothStarve) {
-    // Both play the same sound, so the mix is the doubled sound if no frame of either is lost.
-    for (unsigned seed = 0; seed < 20; ++seed) {
-        SoundCard two;
-        const auto tape = std::make_shared<MemorySink>();
-        const auto first = std::make_shared<PatternSource>(10'000);
-        const auto second = std::make_shared<PatternSource>(10'000);
-        first->starveAtRandom(seed);
-        second->starveAtRandom(seed + 1000);
-        two.setRecordingSource(RecordingSource::mix);
-        two.attach(Line::compactDisc, first, 0ns);
-        two.attach(Line::waveOut, second, 0ns);
-        two.startRecording(tape, 0ns);
-        SoundCard::Time now{};
-        while (tape->size() < 10'000) {
-            two.advance(now += 10ms);
-        }
-        Frames doubled = pattern(0, 10'000);
-        for (StereoFrame& frame : doubled) {
-            frame = saturated(WideFrame{2 * frame.left, 2 * frame.right});
-        }
-        ASSERT_THAT(soundOf(tape->frames()), IsSound(doubled)) << "seed " << seed;
-    }
 }
 
 TEST_F(SoundCardTest, StopsTheSinkAtTheMomentOfStopping) {

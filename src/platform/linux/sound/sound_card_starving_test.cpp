@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sound card where a source has nothing to give for a while.
+#include "platform/linux/sound/sound_card.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "support/fake_sound.h"
+#include "support/sound_matchers.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::IsSound;
+using fakes::MemorySink;
+using fakes::pattern;
+using fakes::PatternSource;
+
+using Frames = std::vector<StereoFrame>;
+
+/// The frames of a recording from its first to its last that is not silent.
+Frames soundOf(const Frames& frames) {
+    const auto audible = [](const StereoFrame& frame) {
+        return frame != StereoFrame{};
+    };
+    const auto first = std::find_if(frames.begin(), frames.end(), audible);
+    const auto last = std::find_if(frames.rbegin(), frames.rend(), audible).base();
+    return first < last ? Frames(first, last) : Frames{};
+}
+
+class StarvingSoundCardTest : public testing::Test {
+  protected:
+    SoundCard card;
+    std::shared_ptr<MemorySink> recorder = std::make_shared<MemorySink>();
+    std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
+};
+
+TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhereItsSourceStarves) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        SoundCard starving;
+        const auto tape = std::make_shared<MemorySink>();
+        const auto source = std::make_shared<PatternSource>(40'000);
+        source->starveAtRandom(seed);
+        std::mt19937 random(seed);
+        std::uniform_int_distribution<std::int64_t> step(0, 50'000'000);
+        SoundCard::Time now{};
+        starving.startRecording(tape, now);
+        starving.attach(Line::compactDisc, source, now);
+        while (source->position() < 40'000) {
+            now += SoundCard::Time{step(random)};
+            starving.advance(now);
+        }
+        starving.stopRecording(now);
+        ASSERT_THAT(soundOf(tape->frames()), IsSound(pattern(0, 40'000))) << "seed " << seed;
+        ASSERT_NE(tape->frames().front(), StereoFrame{}) << "silence slipped in at the beginning";
+    }
+}
+
+TEST_F(StarvingSoundCardTest, GivesUpTheTimeThatAStarvingSourceHoldsIt) {
+    disc->allow(100);
+    card.startRecording(recorder, 0ns);
+    card.attach(Line::compactDisc, disc, 0ns);
+    card.advance(10ms);
+    EXPECT_EQ(recorder->size(), 100U);
+    card.advance(5s);
+    EXPECT_EQ(recorder->size(), 100U);
+    disc->allow(PatternSource::endless);
+    card.advance(5s + 10ms);
+    EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 541)));
+}
+
+TEST_F(StarvingSoundCardTest, KeepsTwoLinesInStepWhereBothStarve) {
+    // Both play the same sound, so the mix is the doubled sound if no frame of either is lost.
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        SoundCard two;
+        const auto tape = std::make_shared<MemorySink>();
+        const auto first = std::make_shared<PatternSource>(10'000);
+        const auto second = std::make_shared<PatternSource>(10'000);
+        first->starveAtRandom(seed);
+        second->starveAtRandom(seed + 1000);
+        two.setRecordingSource(RecordingSource::mix);
+        two.attach(Line::compactDisc, first, 0ns);
+        two.attach(Line::waveOut, second, 0ns);
+        two.startRecording(tape, 0ns);
+        SoundCard::Time now{};
+        while (tape->size() < 10'000) {
+            two.advance(now += 10ms);
+        }
+        Frames doubled = pattern(0, 10'000);
+        for (StereoFrame& frame : doubled) {
+            frame = saturated(WideFrame{2 * frame.left, 2 * frame.right});
+        }
+        ASSERT_THAT(soundOf(tape->frames()), IsSound(doubled)) << "seed " << seed;
+    }
+}
+
+TEST_F(StarvingSoundCardTest, PlaysWhatItTookFromALineBeforeItWasDetached) {
+    const auto file = std::make_shared<PatternSource>();
+    card.setRecordingSource(RecordingSource::waveOut);
+    card.startRecording(recorder, 0ns);
+    disc->allow(100);
+    card.attach(Line::compactDisc, disc, 0ns);
+    card.attach(Line::waveOut, file, 0ns);
+    card.advance(10ms);
+    ASSERT_EQ(recorder->size(), 100U);
+    ASSERT_EQ(file->position(), 441);
+    card.detach(Line::waveOut);
+    card.attach(Line::waveOut, std::make_shared<PatternSource>(), 10ms);
+    disc->allow(PatternSource::endless);
+    card.stopRecording(30ms);
+    Frames expected = pattern(0, 441);
+    for (const StereoFrame& frame : pattern(0, 541)) {
+        expected.push_back(frame);
+    }
+    EXPECT_THAT(recorder->frames(), IsSound(expected));
+}
+
+/// The disc plays beside a line that has 100 frames and then starves, for more than one block.
+class DiscBesideAStarvingLineTest : public StarvingSoundCardTest {
+  protected:
+    void SetUp() override {
+        file->allow(100);
+        card.startRecording(recorder, 0ns);
+        card.attach(Line::waveOut, file, 0ns);
+        card.attach(Line::compactDisc, disc, 0ns);
+        card.advance(50ms);
+    }
+    /// The frames of the disc that it has counted, and so many the recorder has heard.
+    [[nodiscard]] Frames counted() const {
+        return pattern(0, static_cast<std::size_t>(disc->position()));
+    }
+    std::shared_ptr<PatternSource> file = std::make_shared<PatternSource>();
+};
+
+TEST_F(DiscBesideAStarvingLineTest, CountsNoFrameOfTheDiscThatIsNotHeardYet) {
+    EXPECT_EQ(disc->position(), 100);
+    EXPECT_THAT(recorder->frames(), IsSound(counted()));
+}
+
+TEST_F(DiscBesideAStarvingLineTest, EndsARecordingWhereTheDiscHasCome) {
+    card.stopRecording(60ms);
+    EXPECT_EQ(disc->position(), 100);
+    EXPECT_THAT(recorder->frames(), IsSound(counted()));
+}
+
+TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsTakenOffAndPutBack) {
+    card.advance(60ms);
+    card.detach(Line::compactDisc);
+    EXPECT_THAT(recorder->frames(), IsSound(counted()));
+    card.attach(Line::compactDisc, disc, 70ms);
+    file->allow(PatternSource::endless);
+    card.stopRecording(80ms);
+    EXPECT_EQ(disc->position(), 541);
+    EXPECT_THAT(recorder->frames(), IsSound(counted()));
+}
+
+TEST_F(StarvingSoundCardTest, RecordsWhatTheDiscCountsHoweverTheOtherLinesStarve) {
+    for (unsigned seed = 0; seed < 100; ++seed) {
+        SoundCard starving;
+        const auto tape = std::make_shared<MemorySink>();
+        const auto source = std::make_shared<PatternSource>();
+        const auto tune = std::make_shared<PatternSource>();
+        const auto input = std::make_shared<PatternSource>();
+        source->starveAtRandom(seed);
+        tune->starveAtRandom(seed + 1000);
+        input->starveAtRandom(seed + 2000);
+        std::mt19937 random(seed);
+        SoundCard::Time now{};
+        starving.attach(Line::waveOut, tune, now);
+        starving.attach(Line::externalInput, input, now);
+        for (int part = 0; part < 20; ++part) {
+            // As a track is captured and paused, in either order.
+            starving.startRecording(tape, now);
+            starving.attach(Line::compactDisc, source, now);
+            for (auto blocks = random() % 10; blocks > 0; --blocks) {
+                starving.advance(now += 10ms);
+            }
+            if (random() % 2 == 0) {
+                starving.stopRecording(now);
+                starving.detach(Line::compactDisc);
+            } else {
+                starving.detach(Line::compactDisc);
+                starving.stopRecording(now);
+            }
+            ASSERT_EQ(static_cast<std::int64_t>(tape->size()), source->position())
+                << "seed " << seed;
+        }
+        ASSERT_THAT(tape->frames(), IsSound(pattern(0, tape->size()))) << "seed " << seed;
+    }
+}
+
+} // namespace
+} // namespace sonarith::sound
