@@ -12,14 +12,15 @@
 
 #include "platform/linux/mp3/wav_header.h"
 #include "platform/linux/sound/file_error.h"
-#include "platform/linux/sound/unnamed_file.h"
 
 namespace sonarith::mp3 {
 
 namespace fs = std::filesystem;
 
-Result<std::unique_ptr<WavTarget>>
-WavTarget::create(const fs::path& target, const PcmFormat& format, std::int64_t longestWavBytes) {
+Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
+                                                     const PcmFormat& format,
+                                                     std::int64_t longestWavBytes,
+                                                     sound::Concealment concealment) {
     if (target.native().find('\0') != std::string::npos) {
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
@@ -31,7 +32,7 @@ WavTarget::create(const fs::path& target, const PcmFormat& format, std::int64_t 
         return sound::systemError(EISDIR, target);
     }
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    Result<sound::FileDescriptor> file = sound::createUnnamedFile(folder);
+    Result<sound::UnnamedFile> file = sound::UnnamedFile::create(folder, concealment);
     if (!file.ok()) {
         return file.error();
     }
@@ -51,7 +52,8 @@ Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> sample
     if (status.ok()) {
         // Lets the disk begin at once, so that little is left to wait for at the end. It is no
         // more than a hint: file systems without it lose nothing.
-        static_cast<void>(::sync_file_range(file_.get(), offset, static_cast<off_t>(bytes.size()),
+        static_cast<void>(::sync_file_range(file_.descriptor().get(), offset,
+                                            static_cast<off_t>(bytes.size()),
                                             SYNC_FILE_RANGE_WRITE));
     }
     return status;
@@ -59,7 +61,8 @@ Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> sample
 
 Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = ::pwrite(file_.get(), bytes.data(), bytes.size(), offset);
+        const ssize_t written =
+            ::pwrite(file_.descriptor().get(), bytes.data(), bytes.size(), offset);
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -87,10 +90,10 @@ Status WavTarget::finish(std::int64_t samples) {
         return written;
     }
     // Cuts what was placed after the end, too.
-    if (::ftruncate(file_.get(), samplesBegin + bytes) != 0) {
+    if (::ftruncate(file_.descriptor().get(), samplesBegin + bytes) != 0) {
         return sound::systemError(errno, target_);
     }
-    return sound::publish(file_, target_);
+    return file_.publish(target_);
 }
 
 /// Makes room for the larger header, from the end of the samples to their beginning. Keeping the
@@ -101,7 +104,7 @@ Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
         const auto count = std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size()));
         const std::int64_t offset = sound::wavHeaderBytes + left - count;
         const std::span part = std::span(block).first(static_cast<std::size_t>(count));
-        const ssize_t got = ::pread(file_.get(), part.data(), part.size(), offset);
+        const ssize_t got = ::pread(file_.descriptor().get(), part.data(), part.size(), offset);
         if (got != count) {
             return sound::systemError(got < 0 ? errno : EIO, target_);
         }

@@ -7,6 +7,7 @@
 #include <sys/resource.h>
 
 #include "platform/linux/mp3/mp3_fixture.h"
+#include "support/folder_entries.h"
 #include "support/unprivileged.h"
 
 namespace sonarith::mp3 {
@@ -23,9 +24,7 @@ class WavTargetTest : public testing::Test {
         EXPECT_TRUE(made.ok());
         return std::move(made.value());
     }
-    int entries() const {
-        return static_cast<int>(std::distance(fs::directory_iterator(folder.path()), {}));
-    }
+    int entries() const { return test::entriesIn(folder.path()); }
     fakes::TempFolder folder;
     const fs::path path = folder / "a.wav";
 };
@@ -33,8 +32,26 @@ class WavTargetTest : public testing::Test {
 TEST_F(WavTargetTest, IsSeenByNobodyUntilItIsFinished) {
     const auto target = create();
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
-    EXPECT_EQ(entries(), 0);
+    EXPECT_EQ(test::visibleEntriesIn(folder.path()), 0);
     EXPECT_TRUE(target->finish(2).ok());
+    EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(WavTargetTest, IsFinishedOrGoneUnderAHiddenNameToo) {
+    const auto hidden = [&] {
+        return std::move(WavTarget::create(path, {22050, 2}, sound::maxWavSampleBytes,
+                                           sound::Concealment::hiddenName)
+                             .value());
+    };
+    {
+        const auto dropped = hidden();
+        const auto target = hidden();
+        EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
+        EXPECT_EQ(entries(), 2);
+        EXPECT_FALSE(fs::exists(path));
+        EXPECT_TRUE(target->finish(2).ok());
+        EXPECT_EQ(fixture::readWav(path).samples, (Samples{1, 2, 3, 4}));
+    }
     EXPECT_EQ(entries(), 1);
 }
 

@@ -10,7 +10,6 @@
 
 #include "platform/linux/sound/file_error.h"
 #include "platform/linux/sound/mixing.h"
-#include "platform/linux/sound/unnamed_file.h"
 
 namespace sonarith::sound {
 
@@ -24,33 +23,38 @@ constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
 
 Result<std::shared_ptr<RecordingFile>> RecordingFile::create(Channels channels,
                                                              const std::vector<fs::path>& folders,
-                                                             std::int64_t longestWavBytes) {
+                                                             std::int64_t longestWavBytes,
+                                                             Concealment concealment) {
     Error failure{ErrorNumber::pathNotFound, "there is no folder to record to"};
     for (const fs::path& folder : folders) {
-        Result<FileDescriptor> made = createUnnamedFile(folder);
+        Result<UnnamedFile> made = UnnamedFile::create(folder, concealment);
         if (!made.ok()) {
             failure = made.error();
             continue;
         }
         errno = 0;
-        std::unique_ptr<WavWriter> writer = WavWriter::open(made.value(), channels, WavForm::plain);
+        std::unique_ptr<WavWriter> writer =
+            WavWriter::open(made.value().descriptor(), channels, WavForm::plain);
         if (!writer) {
             failure = systemError(errno != 0 ? errno : EIO, folder);
             continue;
         }
-        return std::shared_ptr<RecordingFile>(new RecordingFile(
-            channels, folder, std::move(made.value()), std::move(writer), longestWavBytes));
+        return std::shared_ptr<RecordingFile>(
+            new RecordingFile(channels, folder, std::move(made.value()), std::move(writer),
+                              longestWavBytes, concealment));
     }
     return failure;
 }
 
-RecordingFile::RecordingFile(Channels channels, fs::path folder, FileDescriptor file,
-                             std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes)
+RecordingFile::RecordingFile(Channels channels, fs::path folder, UnnamedFile file,
+                             std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
+                             Concealment concealment)
     : channels_(channels),
       folder_(std::move(folder)),
       file_(std::move(file)),
       writer_(std::move(writer)),
-      longestWavBytes_(longestWavBytes) {}
+      longestWavBytes_(longestWavBytes),
+      concealment_(concealment) {}
 
 void RecordingFile::record(std::span<const StereoFrame> frames) {
     std::array<std::int16_t, 2 * blockFrames> samples;
@@ -82,7 +86,7 @@ Status RecordingFile::save(const fs::path& target) {
     if (const Status finished = finish(target); !finished.ok()) {
         return finished;
     }
-    return publish(file_, target);
+    return file_.publish(target);
 }
 
 /// Makes the file a whole WAV, once.
@@ -102,7 +106,8 @@ Status RecordingFile::finish(const fs::path& target) {
     writer_.reset();
     // The last check before it gets its name: that all which was counted is really there.
     struct stat found {};
-    if (::fstat(file_.get(), &found) != 0 || found.st_size != wavHeaderBytes + bytes_) {
+    if (::fstat(file_.descriptor().get(), &found) != 0 ||
+        found.st_size != wavHeaderBytes + bytes_) {
         failureNumber_ = EIO;
         return systemError(EIO, target);
     }
@@ -113,12 +118,12 @@ Status RecordingFile::finish(const fs::path& target) {
 /// stereo) need. Reserving its room in each file would cost the small ones their plain header,
 /// which is what every other program reads.
 Status RecordingFile::convertToRf64(const fs::path& target) {
-    Result<FileDescriptor> made = createUnnamedFile(folder_);
+    Result<UnnamedFile> made = UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
         return made.error();
     }
     const std::unique_ptr<WavWriter> large =
-        WavWriter::open(made.value(), channels_, WavForm::rf64);
+        WavWriter::open(made.value().descriptor(), channels_, WavForm::rf64);
     if (!large) {
         return systemError(EIO, target);
     }
@@ -126,7 +131,8 @@ Status RecordingFile::convertToRf64(const fs::path& target) {
     for (std::int64_t done = 0; done < bytes_;) {
         const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(
             bytes_ - done, static_cast<std::int64_t>(samples.size()) * bytesPerSample));
-        const ssize_t got = ::pread(file_.get(), samples.data(), wanted, wavHeaderBytes + done);
+        const ssize_t got =
+            ::pread(file_.descriptor().get(), samples.data(), wanted, wavHeaderBytes + done);
         if (got != static_cast<ssize_t>(wanted)) {
             return systemError(got < 0 ? errno : EIO, target);
         }

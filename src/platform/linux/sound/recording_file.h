@@ -10,8 +10,8 @@
 #include <span>
 #include <vector>
 
-#include "platform/linux/sound/file_descriptor.h"
 #include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/unnamed_file.h"
 #include "platform/linux/sound/wav_writer.h"
 #include "platform/result.h"
 
@@ -26,7 +26,8 @@ class RecordingFile : public RecordingSink {
     /// is none. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
     [[nodiscard]] static Result<std::shared_ptr<RecordingFile>>
     create(Channels channels, const std::vector<std::filesystem::path>& folders,
-           std::int64_t longestWavBytes = maxWavSampleBytes);
+           std::int64_t longestWavBytes = maxWavSampleBytes,
+           Concealment concealment = Concealment::noName);
 
     void record(std::span<const StereoFrame> frames) override;
 
@@ -40,17 +41,19 @@ class RecordingFile : public RecordingSink {
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
-    RecordingFile(Channels channels, std::filesystem::path folder, FileDescriptor file,
-                  std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes);
+    RecordingFile(Channels channels, std::filesystem::path folder, UnnamedFile file,
+                  std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
+                  Concealment concealment);
     void append(std::span<const std::int16_t> samples);
     [[nodiscard]] Status finish(const std::filesystem::path& target);
     [[nodiscard]] Status convertToRf64(const std::filesystem::path& target);
 
     Channels channels_;
     std::filesystem::path folder_;
-    FileDescriptor file_;
+    UnnamedFile file_;
     std::unique_ptr<WavWriter> writer_; ///< empty once the header is right
     std::int64_t longestWavBytes_;
+    Concealment concealment_;
     std::atomic<std::int64_t> bytes_ = 0;
     std::atomic<int> failureNumber_ = 0; ///< errno value
 };

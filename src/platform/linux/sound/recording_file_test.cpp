@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 
 #include "support/fake_sound.h"
+#include "support/folder_entries.h"
 #include "support/sound_matchers.h"
 #include "support/temp_folder.h"
 #include "support/wav_samples.h"
@@ -21,6 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 using fakes::IsSound;
 using fakes::pattern;
+using test::entriesIn;
+using test::visibleEntriesIn;
 using testing::HasSubstr;
 
 std::vector<std::int16_t> interleaved(const std::vector<StereoFrame>& frames) {
@@ -30,10 +33,6 @@ std::vector<std::int16_t> interleaved(const std::vector<StereoFrame>& frames) {
         samples.push_back(frame.right);
     }
     return samples;
-}
-
-int entriesIn(const fs::path& folder) {
-    return static_cast<int>(std::distance(fs::directory_iterator(folder), {}));
 }
 
 std::string contentOf(const fs::path& path) {
@@ -67,7 +66,7 @@ TEST_F(RecordingFileTest, SavesStereoBitForBit) {
     recording->record(pattern(0, 1000));
     recording->record(pattern(1000, 1));
     EXPECT_EQ(recording->bytes(), 1001 * 4);
-    EXPECT_EQ(entriesIn(folder.path()), 0) << "it has no name until it is saved";
+    EXPECT_EQ(visibleEntriesIn(folder.path()), 0) << "it has no name until it is saved";
     ASSERT_TRUE(recording->save(target).ok());
     const auto wav = fakes::readWav(target);
     ASSERT_TRUE(wav);
@@ -201,6 +200,76 @@ TEST_F(RecordingFileTest, KeepsThePlainFormUpToItsLimit) {
     made.value()->record(pattern(0, 1000));
     ASSERT_TRUE(made.value()->save(target).ok());
     EXPECT_EQ(contentOf(target).substr(0, 4), "RIFF");
+}
+
+TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
+    std::ofstream(target) << "old";
+    constexpr std::int64_t smallLimit = 4000;
+    for (const std::size_t frames : {std::size_t{1000}, std::size_t{1001}}) {
+        const auto made = RecordingFile::create(Channels::stereo, {folder.path()}, smallLimit,
+                                                Concealment::hiddenName);
+        ASSERT_TRUE(made.ok());
+        made.value()->record(pattern(0, frames));
+        EXPECT_EQ(entriesIn(folder.path()), 2);
+        ASSERT_TRUE(made.value()->save(target).ok());
+        const auto wav = fakes::readWav(target);
+        ASSERT_TRUE(wav);
+        EXPECT_THAT(wav->samples, IsSound(interleaved(pattern(0, frames))));
+        EXPECT_EQ(entriesIn(folder.path()), 1);
+    }
+    EXPECT_EQ(contentOf(target).substr(0, 4), "RF64");
+}
+
+/// Records and saves, longer each time, until it is killed; tells before each save and after it.
+[[noreturn]] void recordForEver(const fs::path& folder, Concealment concealment, int tell) {
+    for (std::size_t frames = 1000;; frames += 1000) {
+        const auto made =
+            RecordingFile::create(Channels::stereo, {folder}, maxWavSampleBytes, concealment);
+        made.value()->record(pattern(0, frames));
+        static_cast<void>(::write(tell, "x", 1));
+        if (!made.value()->save(folder / "track.wav").ok()) {
+            ::_exit(1);
+        }
+        static_cast<void>(::write(tell, "x", 1));
+    }
+}
+
+TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingSweepsUp) {
+    for (const Concealment concealment : {Concealment::noName, Concealment::hiddenName}) {
+        for (int told = 1; told < 12; ++told) {
+            const fakes::TempFolder place;
+            int pipe[2];
+            ASSERT_EQ(::pipe(pipe), 0);
+            const pid_t child = ::fork();
+            ASSERT_GE(child, 0);
+            if (child == 0) {
+                recordForEver(place.path(), concealment, pipe[1]);
+            }
+            char byte = 0;
+            for (int i = 0; i < told; ++i) {
+                ASSERT_EQ(::read(pipe[0], &byte, 1), 1);
+            }
+            ASSERT_EQ(::kill(child, SIGKILL), 0);
+            ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+            ::close(pipe[0]);
+            ::close(pipe[1]);
+            const bool saved = fs::exists(place / "track.wav");
+            EXPECT_TRUE(saved || told < 2);
+            if (saved) {
+                const auto wav = fakes::readWav(place / "track.wav");
+                ASSERT_TRUE(wav);
+                const std::size_t frames = wav->samples.size() / 2;
+                EXPECT_GE(frames, 1000U * static_cast<unsigned>(told / 2));
+                EXPECT_THAT(wav->samples, IsSound(interleaved(pattern(0, frames))));
+            }
+            const auto next = RecordingFile::create(Channels::stereo, {place.path()},
+                                                    maxWavSampleBytes, concealment);
+            ASSERT_TRUE(next.ok());
+            const bool unnamed =
+                concealment == Concealment::noName && test::hasUnnamedFiles(place.path());
+            EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1) << told;
+        }
+    }
 }
 
 TEST_F(RecordingFileTest, NeedsNoMoreMemoryTheLongerItGets) {

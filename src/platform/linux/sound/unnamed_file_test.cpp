@@ -15,12 +15,17 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include "support/folder_entries.h"
+#include "support/refused_call.h"
+#include "support/small_disk.h"
 #include "support/temp_folder.h"
+#include "support/unprivileged.h"
 
 namespace sonarith::sound {
 namespace {
 
 namespace fs = std::filesystem;
+using test::entriesIn;
 using testing::HasSubstr;
 
 std::string contentOf(const fs::path& path) {
@@ -32,16 +37,10 @@ void writeFile(const fs::path& path, const std::string& content) {
     std::ofstream(path, std::ios::binary) << content;
 }
 
-int entriesIn(const fs::path& folder) {
-    return static_cast<int>(std::distance(fs::directory_iterator(folder), {}));
-}
-
-FileDescriptor unnamedIn(const fs::path& folder, const std::string& content) {
-    Result<FileDescriptor> made = createUnnamedFile(folder);
-    EXPECT_TRUE(made.ok());
-    EXPECT_EQ(::write(made.value().get(), content.data(), content.size()),
-              static_cast<ssize_t>(content.size()));
-    return std::move(made.value());
+ino_t inodeOf(const fs::path& path) {
+    struct stat found {};
+    EXPECT_EQ(::stat(path.c_str(), &found), 0);
+    return found.st_ino;
 }
 
 ErrorNumber numberOf(const Status& status) {
@@ -49,7 +48,14 @@ ErrorNumber numberOf(const Status& status) {
     return status.ok() ? ErrorNumber{} : status.error().number;
 }
 
-/// Runs `body` in a process of its own, with its own limits and rights; answers what it answers.
+/// Stands in for a full disk.
+void allowNoFileBeyond(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{bytes, bytes};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// Runs `body` in a process of its own, with its own mounts; answers what it answers.
 int inChild(const std::function<int()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -60,46 +66,64 @@ int inChild(const std::function<int()>& body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-class UnnamedFileTest : public testing::Test {
+/// On a file system that has unnamed files, and as on one that has none.
+class UnnamedFileTest : public testing::TestWithParam<Concealment> {
   protected:
+    Result<UnnamedFile> create(const fs::path& where) const {
+        return UnnamedFile::create(where, GetParam());
+    }
+    UnnamedFile unnamed(const std::string& content) const {
+        Result<UnnamedFile> made = create(folder.path());
+        EXPECT_TRUE(made.ok());
+        EXPECT_EQ(::write(made.value().descriptor().get(), content.data(), content.size()),
+                  static_cast<ssize_t>(content.size()));
+        return std::move(made.value());
+    }
+    /// What an unfinished file shows in its folder.
+    int entriesOfOne() const {
+        return GetParam() == Concealment::hiddenName || !test::hasUnnamedFiles(folder.path()) ? 1
+                                                                                              : 0;
+    }
+
     fakes::TempFolder folder;
     const fs::path target = folder / "target.wav";
 };
 
-TEST_F(UnnamedFileTest, IsSeenByNobodyUntilItIsPublished) {
-    const FileDescriptor file = unnamedIn(folder.path(), "new");
-    EXPECT_EQ(entriesIn(folder.path()), 0);
-    EXPECT_TRUE(publish(file, target).ok());
+TEST_P(UnnamedFileTest, IsSeenByNobodyUntilItIsPublished) {
+    UnnamedFile file = unnamed("new");
+    EXPECT_FALSE(fs::exists(target));
+    EXPECT_EQ(entriesIn(folder.path()), entriesOfOne());
+    EXPECT_TRUE(file.publish(target).ok());
     EXPECT_EQ(contentOf(target), "new");
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(UnnamedFileTest, ReplacesAFileAndKeepsItsMode) {
+TEST_P(UnnamedFileTest, ReplacesAFileAndKeepsItsMode) {
     writeFile(target, "old");
     fs::permissions(target, fs::perms(0640));
-    EXPECT_TRUE(publish(unnamedIn(folder.path(), "new"), target).ok());
+    EXPECT_TRUE(unnamed("new").publish(target).ok());
     EXPECT_EQ(contentOf(target), "new");
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(UnnamedFileTest, GivesANewFileTheModeThatTheUmaskLeaves) {
+TEST_P(UnnamedFileTest, GivesANewFileTheModeThatTheUmaskLeaves) {
     const mode_t before = ::umask(027);
-    EXPECT_TRUE(publish(unnamedIn(folder.path(), "new"), target).ok());
+    EXPECT_TRUE(unnamed("new").publish(target).ok());
     ::umask(before);
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
 }
 
-TEST_F(UnnamedFileTest, IsCopiedForASecondNameSoThatBothAreIndependent) {
-    const FileDescriptor file = unnamedIn(folder.path(), "new");
-    EXPECT_TRUE(publish(file, target).ok());
-    EXPECT_TRUE(publish(file, folder / "second.wav").ok());
+TEST_P(UnnamedFileTest, IsCopiedForASecondNameSoThatBothAreIndependent) {
+    UnnamedFile file = unnamed("new");
+    EXPECT_TRUE(file.publish(target).ok());
+    EXPECT_TRUE(file.publish(folder / "second.wav").ok());
     EXPECT_EQ(contentOf(folder / "second.wav"), "new");
     EXPECT_EQ(fs::hard_link_count(target), 1U);
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_F(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
+TEST_P(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     struct stat here {};
     struct stat there {};
     ASSERT_EQ(::stat(folder.path().c_str(), &here), 0);
@@ -110,99 +134,185 @@ TEST_F(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     ASSERT_NE(::mkdtemp(name.data()), nullptr);
     const fs::path other = name;
     const std::string content(3'000'000, 'x'); // several buffers of the copy
-    const FileDescriptor file = unnamedIn(folder.path(), content);
-    EXPECT_TRUE(publish(file, other / "fresh").ok());
+    UnnamedFile file = unnamed(content);
+    EXPECT_TRUE(file.publish(other / "fresh").ok());
     EXPECT_EQ(contentOf(other / "fresh"), content);
     writeFile(other / "old", "old");
-    EXPECT_TRUE(publish(file, other / "old").ok());
+    EXPECT_TRUE(file.publish(other / "old").ok());
     EXPECT_EQ(contentOf(other / "old"), content);
     EXPECT_EQ(entriesIn(other), 2);
     fs::remove_all(other);
 }
 
-TEST_F(UnnamedFileTest, IsCopiedIfItHasLostTheRightToAName) {
-    writeFile(folder / "gone", "new");
-    const FileDescriptor file(::open((folder / "gone").c_str(), O_RDWR | O_CLOEXEC));
-    fs::remove(folder / "gone");
-    EXPECT_TRUE(publish(file, target).ok());
-    EXPECT_EQ(contentOf(target), "new");
+TEST_P(UnnamedFileTest, IsGoneIfItIsNotPublished) {
+    {
+        const UnnamedFile file = unnamed("new");
+        const UnnamedFile other = unnamed("other");
+        EXPECT_EQ(entriesIn(folder.path()), 2 * entriesOfOne()) << "one takes the other for dead";
+    }
+    EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(UnnamedFileTest, FollowsASymbolicLink) {
+TEST_P(UnnamedFileTest, IsItselfWhatStandsUnderTheNameAndNoCopy) {
+    for (const bool replaces : {false, true}) {
+        const fs::path path = folder / (replaces ? "old.wav" : "fresh.wav");
+        if (replaces) {
+            writeFile(path, "old");
+        }
+        UnnamedFile file = unnamed("new");
+        struct stat made {};
+        ASSERT_EQ(::fstat(file.descriptor().get(), &made), 0);
+        EXPECT_TRUE(file.publish(path).ok());
+        EXPECT_EQ(inodeOf(path), made.st_ino);
+    }
+}
+
+TEST_P(UnnamedFileTest, IsNobodysToSweepAwayAndNobodysToLockOnceItIsPublished) {
+    UnnamedFile file = unnamed("new");
+    EXPECT_TRUE(file.publish(target).ok());
+    EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
+}
+
+TEST_P(UnnamedFileTest, CanStillBePublishedAfterAFailure) {
+    fs::create_directory(target);
+    UnnamedFile file = unnamed("new");
+    EXPECT_FALSE(file.publish(target).ok());
+    EXPECT_TRUE(file.publish(folder / "other.wav").ok());
+    EXPECT_EQ(contentOf(folder / "other.wav"), "new");
+    EXPECT_EQ(entriesIn(folder.path()), 2);
+}
+
+TEST_P(UnnamedFileTest, IsCopiedIfSomebodyRemovedItsHiddenName) {
+    UnnamedFile file = unnamed("new");
+    for (const auto& entry : fs::directory_iterator(folder.path())) {
+        fs::remove(entry.path());
+    }
+    EXPECT_TRUE(file.publish(target).ok());
+    EXPECT_EQ(contentOf(target), "new");
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_P(UnnamedFileTest, IsNotSweptAwayBetweenARenameThatFailedAndTheNextTry) {
+    writeFile(target, "old");
+    fs::permissions(folder.path(), fs::perms(0777));
+    fs::permissions(target, fs::perms(0666));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  UnnamedFile file = unnamed("new");
+                  if (!test::refuseRenames()) {
+                      return 1;
+                  }
+                  const bool failed =
+                      numberOf(file.publish(target)) == ErrorNumber::deviceInputOutput;
+                  const bool created = create(folder.path()).ok(); // and gone again
+                  const bool kept = test::hiddenEntriesIn(folder.path()) == 1;
+                  return (failed ? 0 : 2) + (created && kept ? 0 : 4);
+              }),
+              0);
+    EXPECT_EQ(contentOf(target), "old");
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_P(UnnamedFileTest, NeedsNoLocks) {
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  if (!test::refuseFileLocks()) {
+                      return 1;
+                  }
+                  UnnamedFile file = unnamed("new");
+                  UnnamedFile other = unnamed("other");
+                  return file.publish(target).ok() && other.publish(target).ok() ? 0 : 2;
+              }),
+              0);
+    EXPECT_EQ(contentOf(target), "other");
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_P(UnnamedFileTest, NeedsNoLinks) {
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  UnnamedFile file = unnamed("new");
+                  return test::refuseLinks() && file.publish(target).ok() ? 0 : 1;
+              }),
+              0);
+    EXPECT_EQ(contentOf(target), "new");
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_P(UnnamedFileTest, FollowsASymbolicLink) {
     writeFile(folder / "real", "old");
     fs::create_symlink("real", target);
-    EXPECT_TRUE(publish(unnamedIn(folder.path(), "new"), target).ok());
+    EXPECT_TRUE(unnamed("new").publish(target).ok());
     EXPECT_TRUE(fs::is_symlink(target));
     EXPECT_EQ(contentOf(folder / "real"), "new");
 }
 
-TEST_F(UnnamedFileTest, TakesNamesThatAreNotValidUtf8) {
+TEST_P(UnnamedFileTest, TakesNamesThatAreNotValidUtf8) {
     const fs::path odd = folder / "tr\xE4"
                                   "ck\xFF.wav";
-    EXPECT_TRUE(publish(unnamedIn(folder.path(), "new"), odd).ok());
+    EXPECT_TRUE(unnamed("new").publish(odd).ok());
     EXPECT_EQ(contentOf(odd), "new");
 }
 
-TEST_F(UnnamedFileTest, TakesTheLongestNameAndNoLongerOne) {
-    const FileDescriptor file = unnamedIn(folder.path(), "new");
+TEST_P(UnnamedFileTest, TakesTheLongestNameAndNoLongerOne) {
+    UnnamedFile file = unnamed("new");
     const fs::path longest = folder / std::string(255, 'n');
-    EXPECT_TRUE(publish(file, longest).ok());
-    EXPECT_TRUE(publish(file, longest).ok()) << "replacing it needs a hidden name that fits, too";
-    const Status status = publish(file, folder / std::string(256, 'n'));
+    EXPECT_TRUE(file.publish(longest).ok());
+    EXPECT_TRUE(file.publish(longest).ok()) << "replacing it needs a hidden name that fits, too";
+    const Status status = file.publish(folder / std::string(256, 'n'));
     EXPECT_EQ(numberOf(status), ErrorNumber::badFileName);
     EXPECT_THAT(status.error().text, HasSubstr("too long"));
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(UnnamedFileTest, IsNotPublishedIntoAFolderThatIsMissing) {
-    const Status status = publish(unnamedIn(folder.path(), "new"), folder / "no" / "target.wav");
+TEST_P(UnnamedFileTest, IsNotPublishedIntoAFolderThatIsMissing) {
+    const Status status = unnamed("new").publish(folder / "no" / "target.wav");
     EXPECT_EQ(numberOf(status), ErrorNumber::pathNotFound);
     EXPECT_THAT(status.error().text, HasSubstr("does not exist"));
 }
 
-TEST_F(UnnamedFileTest, IsNotPublishedBelowAFile) {
+TEST_P(UnnamedFileTest, IsNotPublishedBelowAFile) {
     writeFile(target, "old");
-    const Status status = publish(unnamedIn(folder.path(), "new"), target / "below.wav");
+    const Status status = unnamed("new").publish(target / "below.wav");
     EXPECT_EQ(numberOf(status), ErrorNumber::pathNotFound);
     EXPECT_EQ(contentOf(target), "old");
 }
 
-TEST_F(UnnamedFileTest, NeverReplacesAFolder) {
+TEST_P(UnnamedFileTest, NeverReplacesAFolder) {
     fs::create_directory(target);
-    const FileDescriptor file = unnamedIn(folder.path(), "new");
-    EXPECT_EQ(numberOf(publish(file, target)), ErrorNumber::pathFileAccess);
-    EXPECT_EQ(numberOf(publish(file, target / "")), ErrorNumber::pathFileAccess);
+    UnnamedFile file = unnamed("new");
+    EXPECT_EQ(numberOf(file.publish(target)), ErrorNumber::pathFileAccess);
+    EXPECT_EQ(numberOf(file.publish(target / "")), ErrorNumber::pathFileAccess);
     EXPECT_TRUE(fs::is_directory(target));
-    EXPECT_EQ(entriesIn(folder.path()), 1);
+    EXPECT_EQ(entriesIn(folder.path()), 1 + entriesOfOne());
 }
 
-TEST_F(UnnamedFileTest, NeverReplacesWhatIsNoPlainFile) {
+TEST_P(UnnamedFileTest, NeverReplacesWhatIsNoPlainFile) {
     ASSERT_EQ(::mkfifo(target.c_str(), 0600), 0);
-    const FileDescriptor file = unnamedIn(folder.path(), "new");
-    EXPECT_EQ(numberOf(publish(file, target)), ErrorNumber::pathFileAccess);
+    UnnamedFile file = unnamed("new");
+    EXPECT_EQ(numberOf(file.publish(target)), ErrorNumber::pathFileAccess);
     EXPECT_TRUE(fs::is_fifo(target));
     fs::create_symlink("nowhere", folder / "dangling");
-    EXPECT_EQ(numberOf(publish(file, folder / "dangling")), ErrorNumber::pathFileAccess);
+    EXPECT_EQ(numberOf(file.publish(folder / "dangling")), ErrorNumber::pathFileAccess);
     EXPECT_TRUE(fs::is_symlink(folder / "dangling"));
 }
 
-TEST_F(UnnamedFileTest, TakesNoNameWithANulInIt) {
+TEST_P(UnnamedFileTest, TakesNoNameWithANulInIt) {
     const fs::path torn = folder / std::string("one\0two", 7);
-    EXPECT_EQ(numberOf(publish(unnamedIn(folder.path(), "new"), torn)), ErrorNumber::badFileName);
+    EXPECT_EQ(numberOf(unnamed("new").publish(torn)), ErrorNumber::badFileName);
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(UnnamedFileTest, TakesNoEmptyName) {
-    EXPECT_FALSE(publish(unnamedIn(folder.path(), "new"), "").ok());
+TEST_P(UnnamedFileTest, TakesNoEmptyName) {
+    EXPECT_FALSE(unnamed("new").publish("").ok());
 }
 
-TEST_F(UnnamedFileTest, IsNotPublishedWhereNobodyMayWrite) {
+TEST_P(UnnamedFileTest, IsNotPublishedWhereNobodyMayWrite) {
     // The system's process table takes files from nobody, whatever their rights.
-    EXPECT_FALSE(publish(unnamedIn(folder.path(), "new"), "/proc/target.wav").ok());
-    EXPECT_FALSE(createUnnamedFile("/proc").ok());
+    EXPECT_FALSE(unnamed("new").publish("/proc/target.wav").ok());
+    EXPECT_FALSE(create("/proc").ok());
 }
 
-TEST_F(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
+TEST_P(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
     const fs::path closed = folder / "closed";
     const fs::path locked = folder / "locked.wav";
     fs::create_directory(closed);
@@ -212,17 +322,13 @@ TEST_F(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
     fs::permissions(locked, fs::perms(0444));
     fs::permissions(closed, fs::perms(0555));
     fs::permissions(folder.path(), fs::perms(0777));
-    const int answer = inChild([&] {
-        constexpr uid_t nobody = 65534; // the rights of a person, where the tests are run by root
-        if (::geteuid() == 0 && ::setuid(nobody) != 0) {
-            return 100;
-        }
-        const FileDescriptor file = unnamedIn(folder.path(), "new");
+    const int answer = test::runUnprivileged([&] {
+        UnnamedFile file = unnamed("new");
         const auto isDenied = [&](const fs::path& path) {
-            return numberOf(publish(file, path)) == ErrorNumber::permissionDenied;
+            return numberOf(file.publish(path)) == ErrorNumber::permissionDenied;
         };
         return (isDenied(closed / "fresh.wav") ? 0 : 1) + (isDenied(closed / "kept.wav") ? 0 : 2) +
-               (isDenied(locked) ? 0 : 4) + (createUnnamedFile(closed).ok() ? 8 : 0);
+               (isDenied(locked) ? 0 : 4) + (create(closed).ok() ? 8 : 0);
     });
     fs::permissions(closed, fs::perms(0777));
     EXPECT_EQ(answer, 0);
@@ -231,21 +337,65 @@ TEST_F(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
     EXPECT_EQ(entriesIn(closed), 1);
 }
 
-TEST_F(UnnamedFileTest, LeavesTheOldFileWhereTheNewOneDoesNotFit) {
+TEST_P(UnnamedFileTest, LeavesTheOldFileWhereACopyDoesNotFit) {
     writeFile(target, "old");
-    writeFile(folder / "large", std::string(100'000, 'x'));
-    const int answer = inChild([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{10'000, 10'000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        // It has a name already, so it is copied, which is what runs into the limit.
-        const FileDescriptor file(::open((folder / "large").c_str(), O_RDWR | O_CLOEXEC));
-        return numberOf(publish(file, target)) == ErrorNumber::diskFull ? 0 : 1;
-    });
-    EXPECT_EQ(answer, 0);
+    UnnamedFile file = unnamed(std::string(100'000, 'x'));
+    EXPECT_TRUE(file.publish(folder / "first.wav").ok());
+    fs::permissions(folder.path(), fs::perms(0777));
+    fs::permissions(target, fs::perms(0666));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  allowNoFileBeyond(10'000);
+                  return numberOf(file.publish(target)) == ErrorNumber::diskFull ? 0 : 1;
+              }),
+              0);
     EXPECT_EQ(contentOf(target), "old");
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
+
+TEST_P(UnnamedFileTest, NeedsNoRoomForACopy) {
+    writeFile(target, "old");
+    const std::string content(100'000, 'x');
+    fs::permissions(folder.path(), fs::perms(0777));
+    fs::permissions(target, fs::perms(0666));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  UnnamedFile file = unnamed(content);
+                  UnnamedFile fresh = unnamed(content);
+                  allowNoFileBeyond(10'000);
+                  return (file.publish(target).ok() ? 0 : 1) +
+                         (fresh.publish(folder / "fresh.wav").ok() ? 0 : 2);
+              }),
+              0);
+    EXPECT_EQ(contentOf(target), content);
+    EXPECT_EQ(contentOf(folder / "fresh.wav"), content);
+    EXPECT_EQ(entriesIn(folder.path()), 2);
+}
+
+TEST_P(UnnamedFileTest, IsSavedOnADiskThatHasNoRoomForACopy) {
+    constexpr int mayNotMount = 77;
+    const int answer = inChild([&] {
+        if (!test::mountSmallDisk(folder.path().string())) {
+            return mayNotMount;
+        }
+        const std::string content(test::smallDiskBytes * 7 / 10, 'x');
+        writeFile(target, "old");
+        const bool saved = unnamed(content).publish(target).ok() && contentOf(target) == content;
+        UnnamedFile second = unnamed("");
+        const bool full = ::write(second.descriptor().get(), content.data(), content.size()) <
+                          static_cast<ssize_t>(content.size());
+        return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
+    });
+    if (answer == mayNotMount) {
+        GTEST_SKIP() << "this user may not mount a disk; NeedsNoRoomForACopy has it by a limit";
+    }
+    EXPECT_EQ(answer, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,
+                         testing::Values(Concealment::noName, Concealment::hiddenName),
+                         [](const auto& road) {
+                             return road.param == Concealment::noName ? "WithoutAName"
+                                                                      : "UnderAHiddenName";
+                         });
 
 } // namespace
 } // namespace sonarith::sound

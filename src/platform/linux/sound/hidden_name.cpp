@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/hidden_name.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sonarith::sound {
+
+namespace {
+
+constexpr std::size_t randomDigits = 16;
+
+std::string hexadecimal(std::uint32_t value) {
+    std::array<char, 9> digits{};
+    std::snprintf(digits.data(), digits.size(), "%08x", value);
+    return digits.data();
+}
+
+/// The machine's identity; empty where it has none.
+std::string machineIdentity() {
+    std::string identity;
+    std::getline(std::ifstream("/etc/machine-id"), identity);
+    if (identity.empty()) {
+        std::array<char, 65> name{}; // HOST_NAME_MAX and its end
+        static_cast<void>(::gethostname(name.data(), name.size() - 1));
+        identity = name.data();
+    }
+    return identity;
+}
+
+/// What the hidden names of this machine begin with. On some network file systems a lock is known
+/// to the machine alone that holds it, so another one's files are nobody's to judge.
+const std::string& machinePrefix() {
+    static const std::string prefix = [] {
+        // FNV-1a: the identity itself is not for others to read.
+        std::uint32_t hash = 2166136261;
+        for (const char character : machineIdentity()) {
+            hash = (hash ^ static_cast<unsigned char>(character)) * 16777619;
+        }
+        return ".sonarith-" + hexadecimal(hash) + "-";
+    }();
+    return prefix;
+}
+
+bool isHiddenName(std::string_view name) {
+    const std::string& prefix = machinePrefix();
+    return name.size() == prefix.size() + randomDigits && name.starts_with(prefix) &&
+           name.find_first_not_of("0123456789abcdef", prefix.size()) == std::string_view::npos;
+}
+
+std::vector<std::string> hiddenNamesIn(const FileDescriptor& folder) {
+    std::vector<std::string> names;
+    struct Close {
+        void operator()(DIR* opened) const { ::closedir(opened); }
+    };
+    const int listed = ::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::unique_ptr<DIR, Close> listing(listed >= 0 ? ::fdopendir(listed) : nullptr);
+    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
+        if (isHiddenName(entry->d_name)) {
+            names.emplace_back(entry->d_name);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+std::string newHiddenName() {
+    std::random_device random;
+    return machinePrefix() + hexadecimal(random()) + hexadecimal(random());
+}
+
+HiddenName::HiddenName(const FileDescriptor& folder, std::string name)
+    : folder_(::fcntl(folder.get(), F_DUPFD_CLOEXEC, 0)), name_(std::move(name)) {}
+
+HiddenName::~HiddenName() {
+    if (!name_.empty()) {
+        ::unlinkat(folder_.get(), name_.c_str(), 0);
+    }
+}
+
+int HiddenName::renameTo(const FileDescriptor& folder, const std::string& name) {
+    if (::renameat(folder_.get(), name_.c_str(), folder.get(), name.c_str()) != 0) {
+        return errno;
+    }
+    name_.clear();
+    // Of another folder than the new name's, too: the old name must not come back after a power
+    // failure.
+    static_cast<void>(::fsync(folder_.get()));
+    return 0;
+}
+
+bool claim(const FileDescriptor& file) {
+    return ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+void unclaim(const FileDescriptor& file) {
+    ::flock(file.get(), LOCK_UN);
+}
+
+void removeLeftovers(const FileDescriptor& folder) {
+    for (const std::string& name : hiddenNamesIn(folder)) {
+        // Open for writing: some network file systems lock no others. Not to wait for a pipe.
+        const FileDescriptor file(
+            ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        struct stat found {};
+        if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
+            found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+            // Held until it is gone, so that a program that has just made it sees that and makes
+            // another.
+            ::unlinkat(folder.get(), name.c_str(), 0);
+        }
+    }
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/hidden_name.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include "platform/linux/sound/save_place.h"
+#include "support/refused_call.h"
+#include "support/temp_folder.h"
+#include "support/unprivileged.h"
+
+namespace sonarith::sound {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::MatchesRegex;
+
+class HiddenNameTest : public testing::Test {
+  protected:
+    /// A hidden file of this machine's that nobody claims.
+    fs::path leftover() const {
+        const fs::path path = folder / newHiddenName();
+        std::ofstream(path) << "half a recording";
+        return path;
+    }
+    static FileDescriptor open(const fs::path& path) {
+        return FileDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    }
+    void sweep() const { removeLeftovers(openFolder(folder.path())); }
+
+    fakes::TempFolder folder;
+};
+
+TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
+    const std::string name = newHiddenName();
+    EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
+    EXPECT_NE(name, newHiddenName());
+    EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19)) << "one machine, one prefix";
+}
+
+TEST_F(HiddenNameTest, IsTakenAwayAtItsEnd) {
+    const fs::path path = leftover();
+    {
+        const HiddenName name(openFolder(folder.path()), path.filename());
+        EXPECT_TRUE(fs::exists(path));
+    }
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(HiddenNameTest, BecomesAnotherNameInPlaceOfWhatStoodThere) {
+    fs::create_directory(folder / "other");
+    std::ofstream(folder / "other/a.wav") << "old";
+    const fs::path path = leftover();
+    {
+        HiddenName name(openFolder(folder.path()), path.filename());
+        EXPECT_EQ(name.renameTo(openFolder(folder / "none"), "a.wav"), EBADF);
+        EXPECT_TRUE(fs::exists(path));
+        EXPECT_EQ(name.renameTo(openFolder(folder / "other"), "a.wav"), 0);
+    }
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_EQ(fs::file_size(folder / "other/a.wav"), 16U);
+}
+
+TEST_F(HiddenNameTest, IsSweptAwayIfNobodyClaimsItsFile) {
+    const fs::path first = leftover();
+    const fs::path second = leftover();
+    sweep();
+    EXPECT_FALSE(fs::exists(first));
+    EXPECT_FALSE(fs::exists(second));
+}
+
+TEST_F(HiddenNameTest, StaysForAsLongAsItsFileIsClaimed) {
+    const fs::path path = leftover();
+    {
+        const FileDescriptor file = open(path);
+        EXPECT_TRUE(claim(file));
+        const FileDescriptor duplicate(::dup(file.get()));
+        sweep();
+        EXPECT_TRUE(fs::exists(path));
+        EXPECT_FALSE(claim(open(path))) << "it is another's already";
+        unclaim(file);
+        EXPECT_TRUE(claim(open(path)));
+        EXPECT_TRUE(claim(file));
+        sweep();
+        EXPECT_TRUE(fs::exists(path));
+    }
+    sweep();
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(HiddenNameTest, IsSweptAwayOnceItsProgramWasKilled) {
+    const fs::path path = leftover();
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const FileDescriptor file = open(path);
+        static_cast<void>(::write(ready[1], claim(file) ? "1" : "0", 1));
+        ::pause();
+        ::_exit(0);
+    }
+    char answer = 0;
+    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
+    EXPECT_EQ(answer, '1');
+    sweep();
+    EXPECT_TRUE(fs::exists(path));
+    ASSERT_EQ(::kill(child, SIGKILL), 0);
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    sweep();
+    EXPECT_FALSE(fs::exists(path));
+    ::close(ready[0]);
+    ::close(ready[1]);
+}
+
+TEST_F(HiddenNameTest, NoOtherNameIsSweptAway) {
+    std::string ofAnotherMachine = newHiddenName();
+    ofAnotherMachine[10] = ofAnotherMachine[10] == '0' ? '1' : '0';
+    std::string inCapitals = newHiddenName();
+    inCapitals.back() = 'A';
+    const std::string hidden = newHiddenName();
+    const std::vector<std::string> names{
+        ofAnotherMachine, inCapitals,       hidden + "0",      hidden.substr(0, hidden.size() - 1),
+        hidden + ".wav",  hidden.substr(1), ".sonarith-notes", ".sonarith-"};
+    for (const std::string& name : names) {
+        std::ofstream(folder / name) << "mine";
+    }
+    sweep();
+    for (const std::string& name : names) {
+        EXPECT_TRUE(fs::exists(folder / name)) << name;
+    }
+}
+
+TEST_F(HiddenNameTest, NothingButAPlainFileIsSweptAway) {
+    const fs::path subfolder = folder / newHiddenName();
+    const fs::path pipe = folder / newHiddenName();
+    const fs::path link = folder / newHiddenName();
+    const fs::path dangling = folder / newHiddenName();
+    std::ofstream(folder / "mine") << "mine";
+    fs::create_directory(subfolder);
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    fs::create_symlink("mine", link);
+    fs::create_symlink("nowhere", dangling);
+    sweep();
+    EXPECT_TRUE(fs::is_directory(subfolder));
+    EXPECT_TRUE(fs::is_fifo(pipe));
+    EXPECT_TRUE(fs::exists(link));
+    EXPECT_TRUE(fs::is_symlink(dangling));
+    EXPECT_TRUE(fs::exists(folder / "mine"));
+}
+
+TEST_F(HiddenNameTest, AnotherUsersFileIsNotSweptAway) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser can make a file of somebody else's";
+    }
+    const fs::path path = leftover();
+    constexpr uid_t nobody = 65534;
+    ASSERT_EQ(::chown(path.c_str(), nobody, nobody), 0);
+    sweep();
+    EXPECT_TRUE(fs::exists(path));
+    ASSERT_EQ(::chown(path.c_str(), ::geteuid(), ::getegid()), 0);
+    sweep();
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(HiddenNameTest, NothingIsSweptAwayWhereThereAreNoLocks) {
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  if (!test::refuseFileLocks()) {
+                      return 1;
+                  }
+                  const fs::path path = leftover();
+                  const bool claimed = claim(open(path));
+                  sweep();
+                  return claimed && fs::exists(path) ? 0 : 2;
+              }),
+              0);
+}
+
+TEST_F(HiddenNameTest, AFolderThatCannotBeListedIsPassedOver) {
+    removeLeftovers(openFolder(folder / "none"));
+    const fs::path path = leftover();
+    fs::permissions(path, fs::perms(0666));
+    fs::permissions(folder.path(), fs::perms(0333));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  const FileDescriptor opened = openFolder(folder.path());
+                  removeLeftovers(opened);
+                  return opened.valid() ? 0 : 1;
+              }),
+              0);
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_TRUE(fs::exists(path));
+}
+
+} // namespace
+} // namespace sonarith::sound

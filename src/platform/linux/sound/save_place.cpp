@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/save_place.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/linux/sound/file_error.h"
+
+namespace sonarith::sound {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The path that `target` means, should it be a symbolic link to a file that exists.
+fs::path withoutLink(const fs::path& target) {
+    std::error_code error;
+    if (!fs::is_symlink(target, error)) {
+        return target;
+    }
+    const fs::path real = fs::canonical(target, error);
+    return error ? target : real;
+}
+
+/// What stands under the name may be replaced: it is nothing, or a plain file that may be written.
+Status inspect(SavePlace& place, const fs::path& target) {
+    struct stat found {};
+    if (::fstatat(place.folder.get(), place.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return errno == ENOENT ? Status() : Status(systemError(errno, target));
+    }
+    if (S_ISDIR(found.st_mode)) {
+        return systemError(EISDIR, target);
+    }
+    if (!S_ISREG(found.st_mode)) {
+        return {ErrorNumber::pathFileAccess, "\"" + target.string() + "\" is not a plain file"};
+    }
+    if (::faccessat(place.folder.get(), place.name.c_str(), W_OK, AT_EACCESS) != 0) {
+        return systemError(errno, target);
+    }
+    constexpr mode_t permissions = 0777;
+    place.mode = found.st_mode & permissions;
+    return {};
+}
+
+} // namespace
+
+Result<SavePlace> locate(const fs::path& target) {
+    if (target.native().find('\0') != std::string::npos) {
+        // The system would take what stands before the NUL for the name.
+        return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
+    }
+    const fs::path path = withoutLink(target);
+    SavePlace place;
+    place.name = path.filename().string();
+    if (place.name.empty() || place.name == "." || place.name == "..") {
+        return systemError(EISDIR, target);
+    }
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    place.folder = openFolder(folder);
+    if (!place.folder.valid()) {
+        return systemError(errno, folder);
+    }
+    if (const Status status = inspect(place, target); !status.ok()) {
+        return status.error();
+    }
+    return place;
+}
+
+FileDescriptor openFolder(const fs::path& folder) {
+    FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.valid() && errno == EACCES) {
+        opened = FileDescriptor(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    }
+    return opened;
+}
+
+int flushFolder(const FileDescriptor& folder) {
+    // Some file systems cannot flush folders, and say EINVAL. EBADF: it may not be listed, and is
+    // open for its names alone.
+    return ::fsync(folder.get()) == 0 || errno == EINVAL || errno == EBADF ? 0 : errno;
+}
+
+} // namespace sonarith::sound

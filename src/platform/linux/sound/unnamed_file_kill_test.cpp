@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a kill leaves on the disk, at whichever system call of a save it comes.
+#include "platform/linux/sound/unnamed_file.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <tuple>
+
+#include "support/folder_entries.h"
+#include "support/killed_at_call.h"
+#include "support/temp_folder.h"
+
+namespace sonarith::sound {
+namespace {
+
+namespace fs = std::filesystem;
+using test::hiddenEntriesIn;
+using test::KillOutcome;
+using testing::AnyOf;
+using testing::Combine;
+using testing::Values;
+
+enum class Target { isNew, isReplaced };
+/// How the name is given: the file itself gets it, or a copy, as it has another one already.
+enum class Road { itself, copy };
+
+std::string contentOf(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";
+}
+
+class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Road>> {
+  protected:
+    /// One save in `folder`, killed at its system call number `call`.
+    KillOutcome save(const fs::path& folder, int call) const {
+        std::optional<UnnamedFile> file;
+        return test::killAtCall(
+            call,
+            [&] {
+                file = std::move(UnnamedFile::create(folder, concealment).value());
+                static_cast<void>(::write(file->descriptor().get(), "new", 3));
+                if (road == Road::copy) {
+                    file->publish(folder / "first.wav").passOver();
+                }
+            },
+            [&] { file->publish(folder / "target.wav").passOver(); });
+    }
+
+    const Concealment concealment = std::get<0>(GetParam());
+    const Target target = std::get<1>(GetParam());
+    const Road road = std::get<2>(GetParam());
+};
+
+TEST_P(KilledSaveTest, LeavesTheOldFileOrTheNewOneAndWhatTheNextFileSweepsAway) {
+    const std::string before = target == Target::isReplaced ? "old" : "(none)";
+    bool usesHiddenNames = concealment == Concealment::hiddenName || target == Target::isReplaced;
+    int leftovers = 0;
+    int call = 0;
+    for (KillOutcome outcome = KillOutcome::killed; outcome == KillOutcome::killed; ++call) {
+        const fakes::TempFolder folder;
+        usesHiddenNames = usesHiddenNames || !test::hasUnnamedFiles(folder.path());
+        if (target == Target::isReplaced) {
+            std::ofstream(folder / "target.wav") << before;
+        }
+        outcome = save(folder.path(), call);
+        ASSERT_NE(outcome, KillOutcome::failed) << "the child cannot be watched";
+        const std::string after = contentOf(folder / "target.wav");
+        EXPECT_THAT(after, AnyOf(before, "new")) << "call " << call;
+        if (outcome == KillOutcome::finished) {
+            EXPECT_EQ(after, "new");
+        }
+        leftovers += hiddenEntriesIn(folder.path());
+        EXPECT_TRUE(UnnamedFile::create(folder.path(), concealment).ok());
+        EXPECT_EQ(hiddenEntriesIn(folder.path()), 0) << "call " << call;
+        EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
+    }
+    EXPECT_GT(call, 5) << "the flushes, the naming and what comes between them";
+    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "the sweep must have been tried";
+}
+
+INSTANTIATE_TEST_SUITE_P(OnEveryRoad, KilledSaveTest,
+                         Combine(Values(Concealment::noName, Concealment::hiddenName),
+                                 Values(Target::isNew, Target::isReplaced),
+                                 Values(Road::itself, Road::copy)));
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What stands in a folder: all of it, or what a person sees of it.
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace sonarith::test {
+
+/// Names that begin with a dot.
+inline int hiddenEntriesIn(const std::filesystem::path& folder) {
+    return static_cast<int>(
+        std::count_if(std::filesystem::directory_iterator(folder), {}, [](const auto& entry) {
+            return entry.path().filename().string().starts_with('.');
+        }));
+}
+
+inline int entriesIn(const std::filesystem::path& folder) {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+inline int visibleEntriesIn(const std::filesystem::path& folder) {
+    return entriesIn(folder) - hiddenEntriesIn(folder);
+}
+
+/// Whether the file system knows files without a name; some containers' do not.
+inline bool hasUnnamedFiles(const std::filesystem::path& folder) {
+    const int opened = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (opened >= 0) {
+        ::close(opened);
+    }
+    return opened >= 0;
+}
+
+} // namespace sonarith::test

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Kills a step at a chosen one of its system calls, so that a test can meet every moment at which a
+// kill leaves something else on the disk. No clock is involved: the same call is met each time.
+#pragma once
+
+#include <csignal>
+#include <functional>
+
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace sonarith::test {
+
+enum class KillOutcome {
+    killed,
+    finished, ///< the step has fewer calls
+    failed    ///< no child could be made or watched, or it ended in another way
+};
+
+/// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is
+/// about to make its system call number `call`, counted from 0. No destructor runs in the child.
+inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
+                              const std::function<void()>& step) {
+    const pid_t child = ::fork();
+    if (child < 0) {
+        return KillOutcome::failed;
+    }
+    if (child == 0) {
+        prepare();
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {
+            ::raise(SIGSTOP); // the parent counts from here
+            step();
+            ::_exit(0);
+        }
+        ::_exit(1);
+    }
+    int status = 0;
+    // The child stops before each call and after it, the first time after its own signal.
+    for (int stops = -1; ::waitpid(child, &status, 0) == child && WIFSTOPPED(status); ++stops) {
+        if (stops == 2 * call || ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0) {
+            ::kill(child, SIGKILL);
+        }
+    }
+    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) {
+        return KillOutcome::killed;
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? KillOutcome::finished
+                                                         : KillOutcome::failed;
+}
+
+} // namespace sonarith::test

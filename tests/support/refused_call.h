@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Lets one kind of system call fail from then on, as it does on file systems that lack something or
+// are broken. For a child process, since it cannot be undone.
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+
+namespace sonarith::test {
+
+/// Every call of that number fails with `error` (an errno value). False if the kernel will not.
+[[nodiscard]] inline bool refuseCall(std::uint32_t number, std::uint32_t error) {
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{sizeof(steps) / sizeof(steps[0]), steps};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
+/// As where there are no locks.
+[[nodiscard]] inline bool refuseFileLocks() {
+    return refuseCall(SYS_flock, ENOLCK);
+}
+
+/// As where a file cannot get a second name, nor an unnamed one its first.
+[[nodiscard]] inline bool refuseLinks() {
+    return refuseCall(SYS_linkat, EPERM);
+}
+
+/// As on a disk that is broken.
+[[nodiscard]] inline bool refuseRenames() {
+    bool refused = refuseCall(SYS_renameat2, EIO);
+#ifdef SYS_renameat // not on every kind of machine
+    refused = refused && refuseCall(SYS_renameat, EIO);
+#endif
+    return refused;
+}
+
+} // namespace sonarith::test

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A disk of one mebibyte that can really become full. For a child process, which alone sees it.
+#pragma once
+
+#include <fstream>
+#include <string>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace sonarith::test {
+
+inline constexpr int smallDiskBytes = 1024 * 1024;
+
+/// Gives the process mounts of its own. Others than the superuser may have them in a name space of
+/// users of their own, in which they are it.
+[[nodiscard]] inline bool leaveSharedMounts() {
+    const uid_t user = ::geteuid();
+    const gid_t group = ::getegid();
+    if (::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0) {
+        return false;
+    }
+    if (user != 0) {
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+        std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+    }
+    return ::geteuid() == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+/// Mounts the disk on `folder` until the process ends. False where this user may not mount.
+[[nodiscard]] inline bool mountSmallDisk(const std::string& folder) {
+    return leaveSharedMounts() && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
+}
+
+} // namespace sonarith::test
