@@ -149,22 +149,30 @@ TEST_F(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
     EXPECT_THAT(filesBelow("d:"), UnorderedElementsAre("d:\\real.wav", "d:\\link.wav"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, ShowsBackslashesAndColonsInTheirPlacesOfTheMap) {
-    write("a\\b:c/d:e.wav");
+TEST_F(LinuxDirectoryWalkTest, ShowsTheCharactersOfNoLogicNameInTheirPlacesOfTheMap) {
+    write("a\\b:c*/d:e?.wav");
     const auto files = filesBelow("d:");
-    ASSERT_THAT(files, ElementsAre("d:\\" + logicName("a\\b:c") + "\\" + logicName("d:e.wav")));
+    ASSERT_THAT(files, ElementsAre("d:\\" + logicName("a\\b:c*") + "\\" + logicName("d:e?.wav")));
     EXPECT_TRUE(files_.fileExists(files[0]));
 }
 
+TEST_F(LinuxDirectoryWalkTest, AFileWithAQuestionMarkIsRemovedAloneByThePathThatIsListed) {
+    write("what?.mp3");
+    write("whats.mp3");
+    EXPECT_FALSE(files_.removeFile("d:\\what?.mp3").ok());
+    EXPECT_TRUE(files_.removeFile("d:\\" + logicName("what?.mp3")).ok());
+    EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\whats.mp3"));
+}
+
 TEST_F(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
-    for (const char* name :
-         {"With Blank.WAV", "\"quoted\".wav", "[x].WAV", "\xc3\x84.wav", "\xff\xfe.wav",
-          "\xc4\xb0.wav", "\n.wav", "Folder Ä/[B]/\xfe.WAV", " lead/ trail /a.wav"}) {
+    for (const char* name : {"With Blank.WAV", "\"quoted\".wav", "[x].WAV", "*.WAV", "What?.wav",
+                             "\xc3\x84.wav", "\xff\xfe.wav", "\xc4\xb0.wav", "\n.wav",
+                             "Folder Ä/[B]/\xfe.WAV", " lead/ trail /a.wav"}) {
         write(name);
     }
     write(std::string(251, 'N') + ".wav");
     const auto files = filesBelow("d:");
-    EXPECT_THAT(files, SizeIs(10));
+    EXPECT_THAT(files, SizeIs(12));
     for (const std::string& file : files) {
         EXPECT_TRUE(files_.fileExists(file)) << file;
     }
@@ -192,7 +200,7 @@ TEST_F(LinuxDirectoryWalkTest, AFolderThatIsNoneLeavesTheRecordAsItWas) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",
-                                "d:\\a:b\\*.*", "d:\\*.wav", "d:\\", "d:*.*"}) {
+                                "d:\\a:b\\*.*", "d:\\a?b\\*.*", "d:\\*.wav", "d:\\", "d:*.*"}) {
         FindRecord entry{file_attribute::system, "old"};
         EXPECT_EQ(walk->FindFirst(pattern, entry), invalidFindHandle) << pattern;
         EXPECT_EQ(entry.name, "old");

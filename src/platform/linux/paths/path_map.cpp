@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/paths/path_map.h"
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -14,8 +16,15 @@ namespace sonarith {
 
 namespace {
 
-constexpr std::string_view backslashSign = "\xef\x81\x9c"; // U+F05C
-constexpr std::string_view colonSign = "\xef\x80\xba";     // U+F03A
+/// A character that no name of the logic holds, and what shows it there.
+struct Sign {
+    char character;
+    std::string_view shown;
+};
+constexpr std::array<Sign, 4> signs{{{'\\', "\xef\x81\x9c"},  // U+F05C
+                                     {':', "\xef\x80\xba"},   // U+F03A
+                                     {'*', "\xef\x80\xaa"},   // U+F02A
+                                     {'?', "\xef\x80\xbf"}}}; // U+F03F
 
 std::string replaced(std::string_view text, std::string_view what, std::string_view by) {
     std::string result;
@@ -82,11 +91,22 @@ std::optional<std::string> spelling(const std::string& folder, const std::string
 } // namespace
 
 std::string machineName(std::string_view logicName) {
-    return replaced(replaced(logicName, backslashSign, "\\"), colonSign, ":");
+    std::string name(logicName);
+    for (const Sign& sign : signs) {
+        name = replaced(name, sign.shown, std::string_view(&sign.character, 1));
+    }
+    return name;
 }
 
 std::string logicName(std::string_view machineName) {
-    return replaced(replaced(machineName, "\\", backslashSign), ":", colonSign);
+    std::string name;
+    name.reserve(machineName.size());
+    for (const char character : machineName) {
+        const auto* const sign = std::find_if(
+            signs.begin(), signs.end(), [&](const Sign& s) { return s.character == character; });
+        sign != signs.end() ? name.append(sign->shown) : name.append(1, character);
+    }
+    return name;
 }
 
 const DriveTable& PathMap::drives() {
@@ -107,7 +127,7 @@ Result<Located> PathMap::locate(std::string_view logicPath) {
     }
     Located located{*mountPoint, *mountPoint, {}, true};
     for (const std::string& name : namesOf(logicPath.substr(2), "\\/")) {
-        if (name.find_first_of(std::string_view(":\0", 2)) != std::string::npos) {
+        if (name.find_first_of(std::string_view(":*?\0", 4)) != std::string::npos) {
             return badName;
         }
         const auto spelled = located.found ? spelling(located.path, name) : std::nullopt;

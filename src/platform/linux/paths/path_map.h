@@ -24,8 +24,10 @@ struct Located {
     bool found = false;
 };
 
-/// A name of the logic as the machine's, and back. A backslash or colon that a Linux name holds is
-/// shown as the private-use character U+F05C or U+F03A; all other bytes stay as they are.
+/// A name of the logic as the machine's, and back. A backslash, colon, star or question mark that a
+/// Linux name holds is shown as the private-use character U+F05C, U+F03A, U+F02A or U+F03F: no name
+/// of the logic holds these four, and it takes the last two for wildcards. All other bytes stay as
+/// they are.
 [[nodiscard]] std::string machineName(std::string_view logicName);
 [[nodiscard]] std::string logicName(std::string_view machineName);
 
@@ -37,7 +39,7 @@ class PathMap {
     /// `logicPath` begins with a drive letter and a colon. Each name is taken exactly if it exists,
     /// else in whatever case it exists (of several the first in byte order). "." and ".." are
     /// worked out by text; a slash parts names as a backslash does. Errors: badFileName (no drive,
-    /// a colon or NUL in a name), pathNotFound (a letter without a disk).
+    /// a colon, star, question mark or NUL in a name), pathNotFound (a letter without a disk).
     [[nodiscard]] Result<Located> locate(std::string_view logicPath);
     /// The path of locate().
     [[nodiscard]] Result<std::string> toMachine(std::string_view logicPath);

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "platform/text/unicode.h"
+#include "platform/text/wildcard.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
 
@@ -15,12 +16,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(MachineName, MapsBackslashAndColonAndNothingElse) {
+TEST(MachineName, MapsWhatNoNameOfTheLogicHoldsAndNothingElse) {
     EXPECT_EQ(logicName("a\\b:c"), "a\xef\x81\x9c"
                                    "b\xef\x80\xba"
                                    "c");
-    EXPECT_EQ(machineName(logicName("a\\b:c")), "a\\b:c");
-    EXPECT_EQ(logicName("plain \xff\xfe*?"), "plain \xff\xfe*?");
+    EXPECT_EQ(logicName("what?*"), "what\xef\x80\xbf\xef\x80\xaa");
+    EXPECT_EQ(machineName(logicName("a\\b:c*?d")), "a\\b:c*?d");
+    EXPECT_EQ(logicName("plain \xff\xfe#[x]!"), "plain \xff\xfe#[x]!");
+}
+
+TEST(MachineName, IsNoPatternForItsNeighbours) {
+    EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
+    EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
+    EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
+    EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
 }
 
 /// A disk of its own (D:) in a temporary folder, below the machine's root (C:).
@@ -107,13 +116,24 @@ TEST_F(PathMapTest, TellsTheNameGivenFromTheNameFound) {
 }
 
 TEST_F(PathMapTest, CarriesAwkwardNamesThereAndBack) {
-    for (const std::string name : {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", " . ",
-                                   "*?[a]", "new\nline", "\xef\x80", "C:", "..."}) {
+    for (const std::string name :
+         {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", "x\xef\x80\xaay\xef\x80\xbf",
+          " . ", "*?[a]", "What?*.mp3", "new\nline", "\xef\x80", "C:", "..."}) {
         addFile(name);
         const std::string logic = paths_.toLogic(disk_ + "/" + name);
         EXPECT_EQ(machine(logic), disk_ + "/" + name) << logic;
         EXPECT_EQ(machine(lowerCase(logic)), disk_ + "/" + name) << logic;
     }
+}
+
+TEST_F(PathMapTest, TellsAFileOfAWildcardsNameFromItsNeighbour) {
+    addFile("What?.MP3");
+    addFile("whats.mp3");
+    const std::string logic = lowerCase(paths_.toLogic(disk_ + "/What?.MP3"));
+    EXPECT_EQ(onDisk(logic), "/What?.MP3");
+    EXPECT_TRUE(paths_.locate(logic).value().found);
+    fs::remove(disk_ + "/What?.MP3");
+    EXPECT_FALSE(paths_.locate(logic).value().found);
 }
 
 TEST_F(PathMapTest, WorksDotsOutByText) {
@@ -127,6 +147,8 @@ TEST_F(PathMapTest, RefusesWhatIsNoPath) {
     EXPECT_EQ(failure(""), ErrorNumber::badFileName);
     EXPECT_EQ(failure("music\\a.wav"), ErrorNumber::badFileName);
     EXPECT_EQ(failure("d:\\music\\c:\\music\\a.wav"), ErrorNumber::badFileName);
+    EXPECT_EQ(failure("d:\\what?.wav"), ErrorNumber::badFileName);
+    EXPECT_EQ(failure("d:\\*\\a.wav"), ErrorNumber::badFileName);
     EXPECT_EQ(failure(std::string_view("d:\\a\0b", 6)), ErrorNumber::badFileName);
     EXPECT_EQ(failure("x:\\music"), ErrorNumber::pathNotFound);
     EXPECT_EQ(failure("1:\\music"), ErrorNumber::pathNotFound);
