@@ -224,7 +224,7 @@ int runProgram() {
 } // namespace
 
 int main(int argc, char** argv) {
-    const SingleInstance instance(instanceFolder());
+    const SingleInstance instance(instanceFolders(IniSettingsStore::defaultFolder().toStdString()));
     if (!instance.isFirst()) {
         return 0;
     }

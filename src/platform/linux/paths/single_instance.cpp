@@ -1,21 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/paths/single_instance.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/paths/program_folder.h"
-
 namespace sonarith {
 
 namespace {
+
+/// With those above it, its user's alone, as the desktop's convention has it for the
+/// configuration's.
+void makeFolder(const std::string& path) {
+    for (std::size_t end = 0; end < path.size();) {
+        end = std::min(path.find('/', end + 1), path.size());
+        ::mkdir(path.substr(0, end).c_str(), S_IRWXU);
+    }
+}
 
 bool belongsToThisUserAlone(const char* folder) {
     struct stat status {};
@@ -25,29 +31,43 @@ bool belongsToThisUserAlone(const char* folder) {
 
 } // namespace
 
-std::string instanceFolder() {
+std::vector<std::string> instanceFolders(const std::string& storeFolder) {
+    makeFolder(storeFolder);
+    std::vector<std::string> folders{storeFolder};
     const char* runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
     if (runtimeFolder != nullptr && belongsToThisUserAlone(runtimeFolder)) {
-        return runtimeFolder;
+        folders.emplace_back(runtimeFolder);
     }
-    const std::string folder = userDataFolder() + "/sonarith";
-    std::error_code failed;
-    std::filesystem::create_directories(folder, failed);
-    return folder;
+    return folders;
 }
 
-SingleInstance::SingleInstance(const std::string& folder)
-    : descriptor_(::open((folder + "/sonarith.lock").c_str(),
-                         O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
-                         S_IRUSR | S_IWUSR)) {
-    if (descriptor_ < 0) {
-        return;
+SingleInstance::SingleInstance(const std::vector<std::string>& folders) {
+    for (const std::string& folder : folders) {
+        if (lockIn(folder)) {
+            return;
+        }
+    }
+}
+
+/// Whether it is known now who holds the lock.
+bool SingleInstance::lockIn(const std::string& folder) {
+    const int opened =
+        ::open((folder + "/sonarith.lock").c_str(),
+               O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR);
+    if (opened < 0) {
+        return false;
     }
     int outcome = 0;
     do {
-        outcome = ::flock(descriptor_, LOCK_EX | LOCK_NB);
+        outcome = ::flock(opened, LOCK_EX | LOCK_NB);
     } while (outcome != 0 && errno == EINTR);
-    first_ = outcome == 0 || errno != EWOULDBLOCK;
+    if (outcome != 0 && errno != EWOULDBLOCK) {
+        ::close(opened);
+        return false;
+    }
+    descriptor_ = opened;
+    first_ = outcome == 0;
+    return true;
 }
 
 SingleInstance::~SingleInstance() {

@@ -4,19 +4,21 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace sonarith {
 
-/// $XDG_RUNTIME_DIR if it is what it should be (absolute, this user's, writable by nobody else),
-/// else "sonarith" below the user's data folder, which is made. Never a folder that others can
-/// write.
-[[nodiscard]] std::string instanceFolder();
+/// Where to seek the lock, best first. `storeFolder` is the settings store's, and is made: the lock
+/// lies beside what it guards, where all sessions of a user look, whatever their environment. Next
+/// $XDG_RUNTIME_DIR, if it is what it should be (absolute, this user's, writable by nobody else).
+[[nodiscard]] std::vector<std::string> instanceFolders(const std::string& storeFolder);
 
-/// Holds a lock on a file in `folder` for as long as it lives. The kernel releases it at the end of
-/// the process, however that comes.
+/// Holds a lock on a file for as long as it lives, in the first of the folders that has locks: one
+/// may be read-only, or on a network without them. The kernel releases it at the end of the
+/// process, however that comes.
 class SingleInstance {
   public:
-    explicit SingleInstance(const std::string& folder);
+    explicit SingleInstance(const std::vector<std::string>& folders);
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -26,7 +28,9 @@ class SingleInstance {
     [[nodiscard]] bool isFirst() const { return first_; }
 
   private:
-    int descriptor_;
+    [[nodiscard]] bool lockIn(const std::string& folder);
+
+    int descriptor_ = -1;
     bool first_ = true;
 };
 

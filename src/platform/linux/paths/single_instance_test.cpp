@@ -1,38 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/paths/single_instance.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/refused_call.h"
 #include "support/temp_folder.h"
+#include "support/unprivileged.h"
 
 namespace sonarith {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ElementsAre;
 
 TEST(SingleInstance, LetsOneAtATimeBeTheFirst) {
     const fakes::TempFolder folder;
     {
-        const SingleInstance first(folder.path().string());
-        const SingleInstance second(folder.path().string());
+        const SingleInstance first({folder.path().string()});
+        const SingleInstance second({folder.path().string()});
         EXPECT_TRUE(first.isFirst());
         EXPECT_FALSE(second.isFirst());
     }
-    EXPECT_TRUE(SingleInstance(folder.path().string()).isFirst());
+    EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
 }
 
 TEST(SingleInstance, CountsByFolder) {
     const fakes::TempFolder mine;
     const fakes::TempFolder yours;
-    const SingleInstance first(mine.path().string());
-    EXPECT_TRUE(SingleInstance(yours.path().string()).isFirst());
+    const SingleInstance first({mine.path().string()});
+    EXPECT_TRUE(SingleInstance({yours.path().string()}).isFirst());
 }
 
 TEST(SingleInstance, IsFreeAgainAfterAKill) {
@@ -42,7 +46,7 @@ TEST(SingleInstance, IsFreeAgainAfterAKill) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        const SingleInstance first(folder.path().string());
+        const SingleInstance first({folder.path().string()});
         static_cast<void>(::write(ready[1], first.isFirst() ? "1" : "0", 1));
         ::pause();
         ::_exit(0);
@@ -50,37 +54,123 @@ TEST(SingleInstance, IsFreeAgainAfterAKill) {
     char answer = 0;
     ASSERT_EQ(::read(ready[0], &answer, 1), 1);
     EXPECT_EQ(answer, '1');
-    EXPECT_FALSE(SingleInstance(folder.path().string()).isFirst());
+    EXPECT_FALSE(SingleInstance({folder.path().string()}).isFirst());
     ASSERT_EQ(::kill(child, SIGKILL), 0);
     ASSERT_EQ(::waitpid(child, nullptr, 0), child);
-    EXPECT_TRUE(SingleInstance(folder.path().string()).isFirst());
+    EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
     ::close(ready[0]);
     ::close(ready[1]);
 }
 
 TEST(SingleInstance, StartsRatherThanNeverWhereNoLockCanBeHad) {
-    EXPECT_TRUE(SingleInstance("/no/such/folder").isFirst());
+    EXPECT_TRUE(SingleInstance({"/no/such/folder"}).isFirst());
 }
 
 TEST(SingleInstance, FollowsNoLinkThatSomebodyPutThere) {
     const fakes::TempFolder folder;
     fs::create_symlink(folder / "victim", folder / "sonarith.lock");
-    EXPECT_TRUE(SingleInstance(folder.path().string()).isFirst());
+    EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
     EXPECT_FALSE(fs::exists(folder / "victim"));
 }
 
-TEST(InstanceFolder, IsTheRunTimeFolderIfThatIsTheUsersAlone) {
+TEST(SingleInstance, TakesTheNextFolderWhereOneHasNoLocks) {
     const fakes::TempFolder folder;
-    ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-    ::setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-    EXPECT_EQ(instanceFolder(), folder.path().string());
+    const std::vector<std::string> folders{"/no/such/folder", folder.path().string()};
+    const SingleInstance first(folders);
+    EXPECT_TRUE(first.isFirst());
+    EXPECT_FALSE(SingleInstance(folders).isFirst());
+}
 
+TEST(SingleInstance, AsksNoFurtherFolderOnceItIsKnown) {
+    const fakes::TempFolder one;
+    const fakes::TempFolder other;
+    const SingleInstance first({one.path().string()});
+    EXPECT_FALSE(SingleInstance({one.path().string(), other.path().string()}).isFirst());
+    EXPECT_TRUE(fs::is_empty(other.path()));
+}
+
+TEST(SingleInstance, StartsOnAFileSystemWithoutLocks) {
+    const fakes::TempFolder folder;
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  if (!test::refuseFileLocks()) {
+                      return 1;
+                  }
+                  const SingleInstance first({folder.path().string()});
+                  const SingleInstance second({folder.path().string()});
+                  return first.isFirst() && second.isFirst() ? 0 : 2;
+              }),
+              0);
+}
+
+TEST(SingleInstance, StartsWithAFolderThatCanOnlyBeRead) {
+    const fakes::TempFolder closed;
+    const fakes::TempFolder open;
+    fs::permissions(closed.path(), fs::perms(0555));
+    fs::permissions(open.path(), fs::perms(0777));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  const SingleInstance alone({closed.path().string()});
+                  const std::vector<std::string> both{closed.path().string(), open.path().string()};
+                  const SingleInstance first(both);
+                  return alone.isFirst() && first.isFirst() && !SingleInstance(both).isFirst() ? 0
+                                                                                               : 1;
+              }),
+              0);
+    fs::permissions(closed.path(), fs::perms(0755));
+}
+
+/// Puts the environment's value back when it ends.
+class RunTimeFolder {
+  public:
+    explicit RunTimeFolder(const std::string& path) {
+        if (const char* value = std::getenv("XDG_RUNTIME_DIR")) {
+            before_ = value;
+        }
+        ::setenv("XDG_RUNTIME_DIR", path.c_str(), 1);
+    }
+    ~RunTimeFolder() {
+        before_ ? ::setenv("XDG_RUNTIME_DIR", before_->c_str(), 1) : ::unsetenv("XDG_RUNTIME_DIR");
+    }
+    RunTimeFolder(const RunTimeFolder&) = delete;
+    RunTimeFolder& operator=(const RunTimeFolder&) = delete;
+
+  private:
+    std::optional<std::string> before_;
+};
+
+TEST(InstanceFolders, AreTheStoresFirstAndThenTheRunTimeFolder) {
+    const fakes::TempFolder folder;
+    const std::string store = (folder / "config/sonarith").string();
+    const RunTimeFolder runTime(folder.path().string());
+    EXPECT_THAT(instanceFolders(store), ElementsAre(store, folder.path().string()));
+}
+
+TEST(InstanceFolders, MakeTheStoresForItsUserAlone) {
+    const fakes::TempFolder folder;
+    const std::string store = (folder / "config/sonarith").string();
+    EXPECT_EQ(instanceFolders(store).front(), store);
+    EXPECT_EQ(fs::status(store).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(folder / "config").permissions(), fs::perms::owner_all);
+}
+
+TEST(InstanceFolders, NeverHoldARunTimeFolderThatOthersCanWrite) {
+    const fakes::TempFolder folder;
+    const std::string store = (folder / "config/sonarith").string();
     fs::permissions(folder.path(), fs::perms::all);
-    EXPECT_EQ(instanceFolder(), (folder / "data/sonarith").string());
-    EXPECT_TRUE(fs::is_directory(folder / "data/sonarith"));
-    ::unsetenv("XDG_RUNTIME_DIR");
-    EXPECT_EQ(instanceFolder(), (folder / "data/sonarith").string());
-    ::unsetenv("XDG_DATA_HOME");
+    for (const std::string& wrong :
+         {folder.path().string(), std::string("relative"), store + "/missing", std::string()}) {
+        const RunTimeFolder runTime(wrong);
+        EXPECT_THAT(instanceFolders(store), ElementsAre(store)) << wrong;
+    }
+}
+
+TEST(InstanceFolders, LetTwoSessionsOfOneUserFindEachOther) {
+    const fakes::TempFolder folder;
+    const std::string store = (folder / "config/sonarith").string();
+    const SingleInstance first(instanceFolders(store));
+    EXPECT_TRUE(first.isFirst());
+    const RunTimeFolder runTime(folder.path().string());
+    EXPECT_FALSE(SingleInstance(instanceFolders(store)).isFirst());
 }
 
 } // namespace
