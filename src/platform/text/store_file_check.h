@@ -18,9 +18,9 @@ enum class StoreFileState {
 /// writes is a playlist of some 100,000 paths.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
-/// The form: UTF-8 without NUL; each line, ended by a line feed, is blank, a comment (';'), a
-/// section in brackets, or a key, '=' and a value with balanced quotes that does not end in a lone
-/// backslash. An empty file is whole.
+/// The form: UTF-8 without NUL; each line, ended by a line feed, is blank, a comment (';';
+/// QSettings takes a '#' for the beginning of a key), a section in brackets, or a key, '=' and a
+/// value with balanced quotes that does not end in a lone backslash. An empty file is whole.
 [[nodiscard]] StoreFileState checkStoreFile(std::string_view bytes);
 
 } // namespace sonarith
