@@ -2,7 +2,6 @@
 #include "platform/qt/ini_settings_store.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,8 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QStringList>
-#include <QVariant>
 
 #include "platform/text/store_file_check.h"
 
@@ -20,28 +17,9 @@ namespace sonarith {
 
 namespace {
 
-QString settingName(const std::string& section, const std::string& key) {
-    return QString::fromStdString(section) + QLatin1Char('/') + QString::fromStdString(key);
-}
-
-/// Text as the file's own text where it is UTF-8, so that people can read it; other bytes as bytes.
-QVariant variantOf(const std::string& value) {
-    const QString text = QString::fromStdString(value);
-    if (text.toStdString() == value) {
-        return text;
-    }
-    return QByteArray::fromStdString(value);
-}
-
-std::string textOf(const QVariant& stored) {
-    if (stored.typeId() == QMetaType::QByteArray) {
-        return stored.toByteArray().toStdString();
-    }
-    if (stored.typeId() == QMetaType::QStringList) {
-        // Unquoted commas, as a person's editor leaves them, read as a list.
-        return stored.toStringList().join(QStringLiteral(", ")).toStdString();
-    }
-    return stored.toString().toStdString();
+QString settingName(const std::pair<std::string, std::string>& key) {
+    return QString::fromStdString(key.first) + QLatin1Char('/') +
+           QString::fromStdString(key.second);
 }
 
 /// Nothing if it cannot be read. What is no regular file reads as a byte that no settings file
@@ -80,29 +58,6 @@ bool putAside(const QString& path) {
     return false;
 }
 
-/// QSettings locks the file by a second one while it writes. Killed in the instant before its
-/// number stood in there, a program leaves a lock that would hold up the next one's first write for
-/// half a minute. The kernel's lock on it tells whether anybody still lives who holds it.
-void removeLockOfTheDead(const QString& path) {
-    const QByteArray lock = QFile::encodeName(path + QStringLiteral(".lock"));
-    const int opened = ::open(lock.constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
-    if (opened >= 0) {
-        if (::flock(opened, LOCK_EX | LOCK_NB) == 0) {
-            ::unlink(lock.constData());
-        }
-        ::close(opened);
-    }
-}
-
-void flushFolder(const QString& folder) {
-    const int opened =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (opened >= 0) {
-        ::fsync(opened); // a failure is silent, as all are here
-        ::close(opened);
-    }
-}
-
 } // namespace
 
 QString IniSettingsStore::defaultFolder() {
@@ -113,11 +68,8 @@ QString IniSettingsStore::defaultFolder() {
 IniSettingsStore::IniSettingsStore(const QString& folder)
     : folder_(folder),
       path_(QStringLiteral("%1/%2.ini").arg(folder, QLatin1String(applicationName))) {
-    removeLockOfTheDead(path_);
-    if (makeFileTrustworthy()) {
-        file_ = std::make_unique<QSettings>(path_, QSettings::IniFormat);
-    }
-    stamp_ = stampNow();
+    removeUnfinishedIniFiles(path_);
+    read();
 }
 
 IniSettingsStore::Stamp IniSettingsStore::stampNow() const {
@@ -143,8 +95,8 @@ std::string IniSettingsStore::GetSetting(const std::string& application, const s
     if (const auto changed = changes_.find({section, key}); changed != changes_.end()) {
         return changed->second.value_or(fallback);
     }
-    const QString name = settingName(section, key);
-    return file_ && file_->contains(name) ? textOf(file_->value(name)) : fallback;
+    const auto held = onDisk_.find(settingName({section, key}));
+    return held != onDisk_.end() ? held->second : fallback;
 }
 
 void IniSettingsStore::SaveSetting(const std::string& application, const std::string& section,
@@ -163,36 +115,51 @@ void IniSettingsStore::DeleteSetting(const std::string& application, const std::
 
 void IniSettingsStore::change(const Key& key, const std::optional<std::string>& value) {
     changes_.insert_or_assign(key, value);
-    const QString name = settingName(key.first, key.second);
-    const bool foreignHand = !(stampNow() == stamp_);
-    if (file_ && !foreignHand && file_->status() == QSettings::NoError) {
-        const bool held = file_->contains(name);
-        if (value ? held && textOf(file_->value(name)) == *value : !held) {
+    if (state_ == State::untouchable || !(stampNow() == stamp_)) {
+        read(); // somebody else wrote the file, or made way
+    } else if (state_ == State::written) {
+        const auto held = onDisk_.find(settingName(key));
+        if (value ? held != onDisk_.end() && held->second == *value : held == onDisk_.end()) {
             return; // it is on disk already; a write waits for the disk, and each start saves much
         }
     }
-    if (!file_ || foreignHand) {
-        // Somebody else wrote the file, and to write now would merge with what stands there.
-        file_.reset();
-        if (!makeFileTrustworthy()) {
-            return;
-        }
-        file_ = std::make_unique<QSettings>(path_, QSettings::IniFormat);
-        for (const auto& [earlier, saved] : changes_) {
-            const QString earlierName = settingName(earlier.first, earlier.second);
-            saved ? file_->setValue(earlierName, variantOf(*saved)) : file_->remove(earlierName);
-        }
+    if (state_ != State::untouchable) {
+        writeOut();
     }
-    value ? file_->setValue(name, variantOf(*value)) : file_->remove(name);
-    writeOut();
+}
+
+void IniSettingsStore::read() {
+    onDisk_.clear();
+    state_ = makeFileTrustworthy() ? State::written : State::untouchable;
+    if (state_ == State::written) {
+        onDisk_ = readIniFile(path_);
+    }
+    stamp_ = stampNow();
 }
 
 void IniSettingsStore::writeOut() {
-    // Its own user's alone, as the desktop's convention has it for the configuration folder.
-    QDir().mkpath(folder_);
-    file_->sync(); // writes a temporary file, flushes it and renames it over the old one
-    flushFolder(folder_);
+    makeFolder();
+    IniValues values = onDisk_;
+    for (const auto& [key, value] : changes_) {
+        if (value) {
+            values.insert_or_assign(settingName(key), *value);
+        } else {
+            values.erase(settingName(key));
+        }
+    }
+    const bool done = writeIniFile(path_, values);
+    if (done) {
+        onDisk_ = std::move(values);
+    }
+    state_ = done ? State::written : State::toBeWritten;
     stamp_ = stampNow();
+}
+
+/// Its own user's alone, as the desktop's convention has it for the configuration folder.
+void IniSettingsStore::makeFolder() {
+    if (!QFileInfo::exists(folder_) && QDir().mkpath(folder_)) {
+        QFile::setPermissions(folder_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
 }
 
 } // namespace sonarith

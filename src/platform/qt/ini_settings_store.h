@@ -4,15 +4,14 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include <QDateTime>
-#include <QSettings>
 #include <QString>
 
+#include "platform/qt/ini_file.h"
 #include "platform/settings_store.h"
 
 namespace sonarith {
@@ -45,18 +44,26 @@ class IniSettingsStore final : public SettingsStore {
         bool operator==(const Stamp&) const = default;
     };
 
+    enum class State {
+        written,     ///< the file holds all that was changed
+        toBeWritten, ///< the last write failed; each change tries again
+        untouchable  ///< a file that is not to be touched stands in the way
+    };
+
     [[nodiscard]] Stamp stampNow() const;
     /// Whether the file may be read and written over: it is whole, or absent, or was put aside.
     [[nodiscard]] bool makeFileTrustworthy();
+    void read();
     void change(const Key& key, const std::optional<std::string>& value);
     void writeOut();
+    void makeFolder();
 
     QString folder_;
     QString path_;
-    /// The file as it was left by this object.
+    State state_ = State::written;
+    /// The file as it was left by this object, and what it holds.
     Stamp stamp_;
-    /// Empty while a file that is not to be touched stands in the way.
-    std::unique_ptr<QSettings> file_;
+    IniValues onDisk_;
     /// What this run saved or deleted (nothing): it holds whatever becomes of the file.
     std::map<Key, std::optional<std::string>> changes_;
 };

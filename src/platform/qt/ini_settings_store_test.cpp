@@ -7,20 +7,24 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/text/store_file_check.h"
+#include "support/folder_entries.h"
 #include "support/temp_folder.h"
+#include "support/unprivileged.h"
 
 namespace sonarith {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 class IniSettingsStoreTest : public ::testing::Test {
@@ -38,6 +42,12 @@ class IniSettingsStoreTest : public ::testing::Test {
     void write(const std::string& content, const std::string& suffix = "") const {
         fs::create_directories(file().parent_path());
         std::ofstream(file(suffix)) << content;
+    }
+    /// Of the folders as they are now.
+    void letEverybodyWrite() const {
+        for (const fs::path& path : {temp_.path(), temp_ / "config", temp_ / "config/sonarith"}) {
+            fs::permissions(path, fs::perms::all);
+        }
     }
     static void save(IniSettingsStore& store, const std::string& key, const std::string& value,
                      const std::string& section = "Settings") {
@@ -203,50 +213,111 @@ TEST_F(IniSettingsStoreTest, HoldsItsValuesForTheRunWhereNothingCanBeWritten) {
     EXPECT_EQ(read(temp_ / "config"), "a file where the folder should be");
 }
 
-// An empty lock once held up the first write after a kill for 30 seconds.
-TEST_F(IniSettingsStoreTest, RemovesTheLockOfAProgramThatWasKilled) {
-    write("", ".lock");
-    const IniSettingsStore store(folder());
-    EXPECT_FALSE(fs::exists(file(".lock")));
+TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatItMayNotReadAndHoldsItsValuesForTheRun) {
+    write("[Settings]\nHDWarning=1\n");
+    letEverybodyWrite();
+    fs::permissions(file(), fs::perms(0222));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  IniSettingsStore store(folder());
+                  if (get(store, "HDWarning") != "(default)") {
+                      return 1;
+                  }
+                  save(store, "HDWarning", "0");
+                  save(store, "HDStopNo", "7");
+                  store.DeleteSetting(applicationName, "Settings", "HDStopNo");
+                  const bool holds = get(store, "HDWarning") == "0";
+                  return holds && get(store, "HDStopNo") == "(default)" ? 0 : 2;
+              }),
+              0);
+    fs::permissions(file(), fs::perms::owner_all);
+    EXPECT_EQ(read(file()), "[Settings]\nHDWarning=1\n");
+    EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, LeavesTheLockOfAProgramThatLives) {
-    write("", ".lock");
-    const int held = ::open(file(".lock").c_str(), O_RDWR);
-    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+TEST_F(IniSettingsStoreTest, WritesTheEarlierValuesTooOnceADiskIsNoLongerFull) {
+    write("[Settings]\nfirst=1\n");
+    letEverybodyWrite();
+    fs::permissions(file(), fs::perms(0666));
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  IniSettingsStore store(folder());
+                  rlimit limit{};
+                  ::getrlimit(RLIMIT_FSIZE, &limit);
+                  const rlim_t unlimited = std::exchange(limit.rlim_cur, 10'000);
+                  ::setrlimit(RLIMIT_FSIZE, &limit); // stands in for the full disk
+                  save(store, "filler", std::string(20'000, 'x'));
+                  save(store, "second", "2");
+                  if (read(file()) != "[Settings]\nfirst=1\n") {
+                      return 1;
+                  }
+                  if (get(store, "second") != "2" || get(store, "filler").size() != 20'000) {
+                      return 2;
+                  }
+                  limit.rlim_cur = unlimited;
+                  ::setrlimit(RLIMIT_FSIZE, &limit);
+                  save(store, "first", "1"); // nothing new, and still a reason to try again
+                  return 0;
+              }),
+              0);
+    const IniSettingsStore next(folder());
+    EXPECT_EQ(get(next, "first"), "1");
+    EXPECT_EQ(get(next, "filler"), std::string(20'000, 'x'));
+    EXPECT_EQ(get(next, "second"), "2");
+    EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
+}
+
+TEST_F(IniSettingsStoreTest, IsRidOfWhatAProgramThatWasKilledLeftUnfinished) {
+    write("[Settings]\nHDWarning=1\n");
+    write("", ".unfinished.lock");
+    write("[Settings]\nHDWarn", ".unfinished");
     const IniSettingsStore store(folder());
-    EXPECT_TRUE(fs::exists(file(".lock")));
-    ::close(held);
+    EXPECT_EQ(get(store, "HDWarning"), "1");
+    EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
+}
+
+TEST_F(IniSettingsStoreTest, MakesItsFolderForItsUserAlone) {
+    IniSettingsStore store(folder());
+    save(store, "HDWarning", "0");
+    EXPECT_EQ(fs::status(file().parent_path()).permissions(), fs::perms::owner_all);
 }
 
 TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
+    const auto filler = [](int value) {
+        return std::string(20000, static_cast<char>('a' + value % 26));
+    };
     for (int round = 0; round < 5; ++round) {
+        const fakes::TempFolder fresh;
+        const QString place = QString::fromStdString(fresh.path().string());
+        const fs::path path = fresh / "Sonarith v2.0.ini";
         int ready[2];
         ASSERT_EQ(::pipe(ready), 0);
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            IniSettingsStore store(folder());
-            for (int value = 0;; ++value) {
+            IniSettingsStore store(place);
+            for (int value = 1;; ++value) {
                 save(store, "first", std::to_string(value));
-                save(store, "filler", std::string(20000, 'x'));
+                save(store, "filler", filler(value));
                 static_cast<void>(::write(ready[1], "x", 1));
             }
         }
+        const int acknowledged = 3 + round * 7;
         char byte = 0;
-        for (int writes = 0; writes < 3 + round * 7; ++writes) {
+        for (int writes = 0; writes < acknowledged; ++writes) {
             ASSERT_EQ(::read(ready[0], &byte, 1), 1);
         }
         ASSERT_EQ(::kill(child, SIGKILL), 0);
         ASSERT_EQ(::waitpid(child, nullptr, 0), child);
         ::close(ready[0]);
         ::close(ready[1]);
-        ASSERT_EQ(checkStoreFile(read(file())), StoreFileState::whole);
-        IniSettingsStore next(folder());
-        EXPECT_NE(get(next, "first"), "(default)");
-        EXPECT_EQ(get(next, "filler").size(), 20000U);
+        ASSERT_EQ(checkStoreFile(read(path)), StoreFileState::whole);
+        IniSettingsStore next(place);
+        ASSERT_NE(get(next, "first"), "(default)");
+        const int kept = std::stoi(get(next, "first"));
+        EXPECT_GE(kept, acknowledged);
+        EXPECT_THAT(get(next, "filler"), AnyOf(filler(kept), filler(kept - 1)));
         save(next, "after", "the kill"); // what the dead program left locks nobody out
-        EXPECT_THAT(read(file()), HasSubstr("after=the kill"));
+        EXPECT_THAT(read(path), HasSubstr("after=the kill"));
     }
 }
 

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/ini_file.h"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStringList>
+#include <QVariant>
+
+namespace sonarith {
+
+namespace {
+
+/// Text as the file's own text where it is UTF-8, so that people can read it; other bytes as bytes.
+QVariant variantOf(const std::string& value) {
+    const QString text = QString::fromStdString(value);
+    if (text.toStdString() == value) {
+        return text;
+    }
+    return QByteArray::fromStdString(value);
+}
+
+std::string textOf(const QVariant& stored) {
+    if (stored.typeId() == QMetaType::QByteArray) {
+        return stored.toByteArray().toStdString();
+    }
+    if (stored.typeId() == QMetaType::QStringList) {
+        // Unquoted commas, as a person's editor leaves them, read as a list.
+        return stored.toStringList().join(QStringLiteral(", ")).toStdString();
+    }
+    return stored.toString().toStdString();
+}
+
+/// The file itself, where `path` is a link to it.
+QString fileMeantBy(const QString& path) {
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() ? path : real;
+}
+
+QString unfinishedName(const QString& path) {
+    return path + QStringLiteral(".unfinished");
+}
+
+bool makeEmptyFile(const QString& path, const QFileInfo& modeOf) {
+    QFile::remove(path);
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) &&
+           (!modeOf.exists() || file.setPermissions(modeOf.permissions()));
+}
+
+IniValues valuesOf(const QSettings& file) {
+    IniValues values;
+    for (const QString& name : file.allKeys()) {
+        values.emplace(name, textOf(file.value(name)));
+    }
+    return values;
+}
+
+/// Answers what the file must read as.
+IniValues writeUnchecked(const QString& path, const IniValues& values) {
+    QSettings file(path, QSettings::IniFormat);
+    for (const auto& [name, text] : values) {
+        file.setValue(name, variantOf(text));
+    }
+    file.sync(); // flushes it
+    return valuesOf(file);
+}
+
+/// A file that was cut before its very last byte reads as it should, and counts as torn later.
+bool endsWithALine(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) &&
+           (file.size() == 0 || (file.seek(file.size() - 1) && file.read(1) == "\n"));
+}
+
+bool rename(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+void flushFolder(const QString& folder) {
+    const int opened =
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (opened >= 0) {
+        ::fsync(opened); // a failure is silent, as all are here
+        ::close(opened);
+    }
+}
+
+} // namespace
+
+IniValues readIniFile(const QString& path) {
+    return valuesOf(QSettings(path, QSettings::IniFormat));
+}
+
+bool writeIniFile(const QString& path, const IniValues& values) {
+    const QString target = fileMeantBy(path);
+    const QFileInfo old(target);
+    if (old.exists() && !old.isWritable()) {
+        return false;
+    }
+    // QSettings (6.4) puts its file under the name, and says that all is well, even where a full
+    // disk took a part of it alone. So it gets another name first, and is read again: under a third
+    // one, as QSettings remembers what it wrote under the other.
+    static int writes = 0;
+    const QString written = unfinishedName(target);
+    const QString checked = written + QString::number(++writes);
+    bool done = makeEmptyFile(written, old);
+    if (done) {
+        const IniValues expected = writeUnchecked(written, values);
+        done = rename(written, checked) && endsWithALine(checked) &&
+               readIniFile(checked) == expected && rename(checked, target);
+    }
+    if (!done) {
+        QFile::remove(written);
+        QFile::remove(checked);
+    }
+    flushFolder(old.path());
+    return done;
+}
+
+/// QSettings locks a file by a second one while it writes. Killed in the instant before its number
+/// stood in there, a program leaves a lock that would hold up the next one's first write for half a
+/// minute. The kernel's lock on it tells whether anybody still lives who holds it.
+void removeUnfinishedIniFiles(const QString& path) {
+    const QString written = unfinishedName(fileMeantBy(path));
+    const QString lock = written + QStringLiteral(".lock");
+    const int opened =
+        ::open(QFile::encodeName(lock).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    const bool alive = opened >= 0 && ::flock(opened, LOCK_EX | LOCK_NB) != 0;
+    if (!alive) {
+        const QFileInfo file(written);
+        const QDir folder = file.dir();
+        const QStringList leftovers =
+            folder.entryList({file.fileName() + QLatin1Char('*')}, QDir::Files | QDir::Hidden);
+        for (const QString& name : leftovers) {
+            QFile::remove(folder.filePath(name));
+        }
+    }
+    if (opened >= 0) {
+        ::close(opened);
+    }
+}
+
+} // namespace sonarith
