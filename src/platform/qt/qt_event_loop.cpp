@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <utility>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QThread>
 #include <QTime>
 #include <QTimerEvent>
 
@@ -59,15 +61,25 @@ void QtEventLoop::yield() {
 }
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
+    // Not every dispatcher of Qt's comes back between handling what is there and resting: this
+    // wait would rest through its own end. Whatever waits or runs within it rests as it will.
+    QAbstractEventDispatcher& dispatcher = *QAbstractEventDispatcher::instance();
+    const int depth = ++waitDepth_;
+    const int level = QThread::currentThread()->loopLevel();
+    const auto beforeRest =
+        QObject::connect(&dispatcher, &QAbstractEventDispatcher::aboutToBlock, &dispatcher, [&] {
+            const bool isInnermost =
+                depth == waitDepth_ && level == QThread::currentThread()->loopLevel();
+            if (isInnermost && !condition()) {
+                dispatcher.wakeUp();
+            }
+        });
     while (condition()) {
-        // What is there already comes first: not every dispatcher of Qt's asks for it once more
-        // before it rests.
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-        if (condition()) {
-            // Rests until there is an event, and comes back once it has been handled.
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
+        // Rests until there is an event, and comes back once it has been handled.
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
+    QObject::disconnect(beforeRest);
+    --waitDepth_;
 }
 
 EventLoop::Time QtEventLoop::now() const {

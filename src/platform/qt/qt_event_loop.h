@@ -32,6 +32,7 @@ class QtEventLoop : public EventLoop {
 
   private:
     std::function<void()> lastSteps_;
+    int waitDepth_ = 0; // how many waits stand within each other
 };
 
 } // namespace sonarith

@@ -94,6 +94,38 @@ TEST_F(QtEventLoopTest, NestedWaitsEndFromTheInnermostOut) {
     EXPECT_THAT(log, ElementsAre("inner", "outer"));
 }
 
+TEST_F(QtEventLoopTest, AnOuterWaitThatHasEndedLetsTheInnerOneRest) {
+    bool outer = true;
+    bool inner = true;
+    int asked = 0;
+    post(context, [&] {
+        outer = false;
+        const auto wakeup = loop.every(60ms, [&] { inner = false; });
+        loop.waitWhile([&] {
+            ++asked;
+            return inner;
+        });
+    });
+    loop.waitWhile([&] { return outer; });
+    EXPECT_LT(asked, 20);
+}
+
+TEST_F(QtEventLoopTest, AWaitThatHasEndedLetsTheDialogWithinItRest) {
+    bool waiting = true;
+    int asked = 0;
+    post(context, [&] {
+        waiting = false;
+        QEventLoop dialog;
+        QTimer::singleShot(60ms, &dialog, &QEventLoop::quit);
+        dialog.exec();
+    });
+    loop.waitWhile([&] {
+        ++asked;
+        return waiting;
+    });
+    EXPECT_LT(asked, 20);
+}
+
 TEST_F(QtEventLoopTest, WaitForComesBackWhenTheTimeHasPassed) {
     const auto begin = loop.now();
     loop.waitFor(30ms);
