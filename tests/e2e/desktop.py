@@ -160,11 +160,11 @@ class Desktop:
     def store(self):
         return pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "sonarith" / "Sonarith v2.0.ini"
 
-    def write_store(self, drive, destination, **settings):
-        """The settings store with this disc in the drive and this folder (a path of the machine)
-        as the destination, and no sound output."""
+    def write_store(self, drive, destination, output="none", **settings):
+        """The settings store with this disc in the drive, this folder (a path of the machine) as
+        the destination, and this sound output."""
         escaped = ("C:" + str(destination).replace("/", "\\")).replace("\\", "\\\\")
-        lines = ["[Devices]", f'Drive="{drive}"', "Output=none", "", "[Settings]",
+        lines = ["[Devices]", f'Drive="{drive}"', f"Output={output}", "", "[Settings]",
                  f'DecodePath="{escaped}"', *(f"{key}={value}" for key, value in settings.items())]
         self.store.parent.mkdir(parents=True, exist_ok=True)
         self.store.write_text("\n".join(lines) + "\n", encoding="utf-8")

@@ -7,13 +7,13 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-def start_with_disc(desktop, program, seconds):
-    """The program with a disc of three tracks of that length in the drive and its tracks shown;
-    returns it, the sheet and the destination."""
+def start_with_disc(desktop, program, seconds, output="none"):
+    """The program with a disc of three tracks of that length in the drive, its tracks shown and
+    this sound output; returns it, the sheet and the destination."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal="ramp")
     # A blank and a capital, since the logic lower-cases the path and names it unquoted.
     destination = desktop.home / "My Music"
-    desktop.write_store(sheet, destination)
+    desktop.write_store(sheet, destination, output)
     started = Program(desktop, program)
     started.wait_for_window()
     started.open_row("Available Tracks")

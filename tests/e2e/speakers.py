@@ -1,0 +1,51 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A sound server with a sink that paces like a sound card and is heard by nobody but the test. It
+touches no server and no configuration of the user."""
+
+import signal
+
+from waiting import wait_for
+
+SINK = "sonarith"
+
+
+class Speakers:
+    """The ALSA device "default" of the programs that the desktop starts from now on. They end with
+    the desktop."""
+
+    def __init__(self, desktop):
+        self._folder = desktop.home / "sound"
+        self._folder.mkdir()
+        self._socket = self._folder / "native"
+        self._heard = self._folder / "heard.raw"
+        configuration = self._folder / "asound.conf"
+        configuration.write_text(
+            "</usr/share/alsa/alsa.conf>\n"
+            f'pcm.!default {{ type pulse server "unix:{self._socket}" fallback "" '
+            'hint.description "Test" }\n', encoding="utf-8")
+        surroundings = {"ALSA_CONFIG_PATH": str(configuration),
+                        "PULSE_RUNTIME_PATH": str(self._folder),
+                        "PULSE_STATE_PATH": str(self._folder)}
+        desktop.environment.update(surroundings)
+        self._server = desktop.launch(
+            "/usr/bin/pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n",
+            "--use-pid-file=no", "-L",
+            f"module-null-sink sink_name={SINK} format=s16le rate=44100 channels=2 norewinds=1",
+            "-L", f"module-native-protocol-unix auth-anonymous=1 socket={self._socket}")
+        wait_for("the sound server", self._socket.exists)
+        with open(self._heard, "wb") as heard:
+            desktop.launch("/usr/bin/parec", f"--server=unix:{self._socket}", "--raw",
+                           "--format=s16le", "--rate=44100", "--channels=2", "--latency-msec=20",
+                           f"--device={SINK}.monitor", log=heard)
+        wait_for("the sound of silence", lambda: self._heard.stat().st_size > 0)
+
+    def heard(self):
+        """The bytes of all that has been played, silence included."""
+        return self._heard.read_bytes()
+
+    def unplug(self):
+        self._server.kill()
+        self._server.wait()
+
+    def hang(self):
+        self._server.send_signal(signal.SIGSTOP)
