@@ -31,15 +31,17 @@ def percent_of_a_core(pid):
 
 def main():
     program = pathlib.Path(sys.argv[1]) / "sonarith"
-    for output in ("none", "default"):
-        with Desktop() as desktop:
+    with Desktop() as desktop:
+        for output in ("none", "default"):
+            desktop.move_to(desktop.folder / output)
             if output == "default":
                 Speakers(desktop)
             started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, output)
             start_track(started, f"Track  1 - 00:00:{TRACK_SECONDS}")
             share = percent_of_a_core(started.process.pid)
-        print(f"capture in the window, output {output}: {share:.2f} % of one core "
-              f"(limit {LIMIT_PERCENT} %)", flush=True)
+            desktop.end_programs()
+            print(f"capture in the window, output {output}: {share:.2f} % of one core "
+                  f"(limit {LIMIT_PERCENT} %)", flush=True)
 
 
 if __name__ == "__main__":
