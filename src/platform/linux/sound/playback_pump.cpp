@@ -28,6 +28,11 @@ constexpr std::size_t paddingFrames = frameRate / 20;
 constexpr std::chrono::milliseconds dryAfter{60};
 /// How long one wait for room lasts, and with it how soon the pump sees that it is to leave.
 constexpr std::chrono::milliseconds roomWait{100};
+/// Written at once, 30 ms: a sound server is a process of its own, and every write wakes it. Less
+/// than the device holds in advance by far.
+constexpr std::size_t batchFrames = 3 * blockFrames;
+/// How long the frames of one batch wait for its last ones.
+constexpr std::chrono::milliseconds batchWait{25};
 /// Between two looks at how much of the end is still to be heard, and after a device said that it
 /// had room and then had none.
 constexpr std::chrono::milliseconds shortRest{10};
@@ -62,9 +67,13 @@ struct PlaybackPump::Shared {
             return leaving || !queue.empty();
         });
     }
+    /// Waits for frames, and once there are some a little longer until `out` is full.
     std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds atMost) {
         std::unique_lock lock(mutex);
-        changed.wait_for(lock, atMost, [this] { return leaving || !queue.empty(); });
+        if (changed.wait_for(lock, atMost, [this] { return leaving || !queue.empty(); })) {
+            changed.wait_for(lock, batchWait,
+                             [&] { return leaving || queue.size() >= out.size(); });
+        }
         return queue.pop(out);
     }
     void restUntil(Clock::time_point time) {
@@ -94,11 +103,11 @@ class Session {
         : device_(device), shared_(shared), timing_(timing) {}
 
     Ending run() {
-        std::vector<StereoFrame> block(blockFrames);
+        std::vector<StereoFrame> batch(batchFrames);
         while (!shared_.isLeaving()) {
             const auto rest = phase_ == Phase::draining ? shortRest : dryAfter;
-            const std::size_t count = shared_.take(block, rest);
-            const bool alive = count > 0 ? playBlock(std::span(block).first(count)) : goOnDry();
+            const std::size_t count = shared_.take(batch, rest);
+            const bool alive = count > 0 ? playBlock(std::span(batch).first(count)) : goOnDry();
             if (!alive) {
                 return shared_.isLeaving() ? Ending::leaving : Ending::lost;
             }
