@@ -24,15 +24,11 @@ constexpr std::size_t queueFrames = frameRate / 4;
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// Written after the last sound, 50 ms: what a device repeats when it runs dry is then silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
-/// No frames for so long: the sound has ended for now. Longer than the card is late under load.
-constexpr std::chrono::milliseconds dryAfter{60};
 /// How long one wait for room lasts, and with it how soon the pump sees that it is to leave.
 constexpr std::chrono::milliseconds roomWait{100};
 /// Written at once, 30 ms: a sound server is a process of its own, and every write wakes it. Less
 /// than the device holds in advance by far.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// How long the frames of one batch wait for its last ones.
-constexpr std::chrono::milliseconds batchWait{25};
 /// Between two looks at how much of the end is still to be heard, and after a device said that it
 /// had room and then had none.
 constexpr std::chrono::milliseconds shortRest{10};
@@ -67,12 +63,12 @@ struct PlaybackPump::Shared {
             return leaving || !queue.empty();
         });
     }
-    /// Waits for frames, and once there are some a little longer until `out` is full.
-    std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds atMost) {
+    /// Waits `forAny` for frames, and once there are some `forAll` until `out` is full.
+    std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
+                     std::chrono::milliseconds forAll) {
         std::unique_lock lock(mutex);
-        if (changed.wait_for(lock, atMost, [this] { return leaving || !queue.empty(); })) {
-            changed.wait_for(lock, batchWait,
-                             [&] { return leaving || queue.size() >= out.size(); });
+        if (changed.wait_for(lock, forAny, [this] { return leaving || !queue.empty(); })) {
+            changed.wait_for(lock, forAll, [&] { return leaving || queue.size() >= out.size(); });
         }
         return queue.pop(out);
     }
@@ -105,8 +101,8 @@ class Session {
     Ending run() {
         std::vector<StereoFrame> batch(batchFrames);
         while (!shared_.isLeaving()) {
-            const auto rest = phase_ == Phase::draining ? shortRest : dryAfter;
-            const std::size_t count = shared_.take(batch, rest);
+            const auto rest = phase_ == Phase::draining ? shortRest : timing_.dryAfter;
+            const std::size_t count = shared_.take(batch, rest, timing_.batchWait);
             const bool alive = count > 0 ? playBlock(std::span(batch).first(count)) : goOnDry();
             if (!alive) {
                 return shared_.isLeaving() ? Ending::leaving : Ending::lost;

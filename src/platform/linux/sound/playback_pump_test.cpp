@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
@@ -33,6 +34,7 @@ struct Device {
     std::deque<long> refusals;          ///< answers of the next writes, before they succeed again
     std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
     std::vector<std::size_t> startedAt; ///< frames written when it was started
+    std::vector<std::size_t> offered;   ///< frames of each write, with those that it did not take
     std::function<void()> onStop;       ///< called when it is stopped
     bool hangs = false;                 ///< a write does not come back
     bool full = false;                  ///< it has no room
@@ -40,6 +42,7 @@ struct Device {
     std::atomic<int> closed = 0;
     std::atomic<int> prepared = 0;
     std::atomic<int> stopped = 0;
+    std::atomic<bool> hanging = false; ///< in a write that does not come back
 
     std::size_t heardFrames() {
         const std::lock_guard lock(mutex);
@@ -66,7 +69,9 @@ class FakePlayback : public PcmPlayback {
 
     long write(std::span<const StereoFrame> frames) override {
         std::unique_lock lock(device_->mutex);
+        device_->hanging = device_->hangs;
         device_->changed.wait(lock, [this] { return !device_->hangs; });
+        device_->offered.push_back(frames.size());
         if (device_->full) {
             return -EAGAIN;
         }
@@ -120,6 +125,9 @@ class PlaybackPumpTest : public testing::Test {
 
     std::shared_ptr<Device> device = std::make_shared<Device>();
     PlaybackTiming patient{.closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
+    /// Never takes a sound for ended, however late this thread is with the next block of it.
+    PlaybackTiming endless{
+        .dryAfter = 1h, .closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
 };
 
 TEST_F(PlaybackPumpTest, LetsAShortSoundBeHeardWhole) {
@@ -131,7 +139,7 @@ TEST_F(PlaybackPumpTest, LetsAShortSoundBeHeardWhole) {
 }
 
 TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
-    PlaybackPump pump(opener(), patient);
+    PlaybackPump pump(opener(), endless);
     pump.play(silence(441));
     play(pump, 0, 5000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 5000; }));
@@ -140,7 +148,7 @@ TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
 }
 
 TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
-    PlaybackPump pump(opener(), patient);
+    PlaybackPump pump(opener(), endless);
     play(pump, 0, 10'000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));
     const std::lock_guard lock(device->mutex);
@@ -149,12 +157,33 @@ TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
     EXPECT_LT(device->startedAt.front(), 5000U);
 }
 
+TEST_F(PlaybackPumpTest, WakesTheDeviceOnceForThreeBlocksOfTheCard) {
+    endless.batchWait = 1h;
+    PlaybackPump pump(opener(), endless);
+    play(pump, 0, 21 * blockFrames);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 21 * blockFrames; }));
+    const std::lock_guard lock(device->mutex);
+    // The device took 300 frames at a time: what it was offered first is a batch.
+    const auto batches =
+        std::count(device->offered.begin(), device->offered.end(), 3 * blockFrames);
+    EXPECT_EQ(batches, 7);
+    EXPECT_EQ(device->offered.size(), 7U * 5U);
+}
+
+TEST_F(PlaybackPumpTest, KeepsTheEndOfASoundNoLongerThanABatchWaits) {
+    endless.batchWait = 5ms;
+    PlaybackPump pump(opener(), endless);
+    play(pump, 0, 4 * blockFrames);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 4 * blockFrames; }));
+    EXPECT_THAT(device->firstHeard(4 * blockFrames), IsSound(pattern(0, 4 * blockFrames)));
+}
+
 class PlaybackPumpRecovery : public PlaybackPumpTest, public testing::WithParamInterface<long> {};
 
 TEST_P(PlaybackPumpRecovery, PreparesTheDeviceAndSendsTheRejectedFramesAgain) {
     device->refuseFrom = 6000;
     device->refusals = {GetParam(), GetParam()};
-    PlaybackPump pump(opener(), patient);
+    PlaybackPump pump(opener(), endless);
     play(pump, 0, 11'000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 11'000; }));
     EXPECT_THAT(device->firstHeard(11'000), IsSound(pattern(0, 11'000)));
@@ -266,6 +295,7 @@ TEST_F(PlaybackPumpTest, NeitherDelaysTheCardNorItsOwnEndForADeviceThatHangs) {
     {
         PlaybackPump pump(opener(), patient);
         play(pump, 0, 10 * frameRate); // would never return if it waited for the device
+        ASSERT_TRUE(eventually([&] { return device->hanging.load(); }));
     }
     EXPECT_EQ(device->closed, 0);
     device->release();
@@ -276,6 +306,7 @@ TEST_F(PlaybackPumpTest, DropsWhatDoesNotFit) {
     device->hangs = true;
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 10 * frameRate);
+    ASSERT_TRUE(eventually([&] { return device->hanging.load(); }));
     device->release();
     ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
     // A quarter of a second was queued, and a block was on its way.
