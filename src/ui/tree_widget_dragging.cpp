@@ -17,7 +17,6 @@
 namespace sonarith {
 namespace {
 
-constexpr int groupLevel = 2;
 /// Side of the drag picture, in device-independent pixels.
 constexpr int dragIconSide = 32;
 

@@ -7,8 +7,13 @@
 
 namespace sonarith {
 
-/// 1 for a collection, 2 for a group, 3 for an item (a track or a file): keys that begin with "f",
-/// "g" and "p". 0 for no node and for any other key.
+/// Of what holds items, inside a collection.
+inline constexpr int groupLevel = 2;
+/// Of a track or a file.
+inline constexpr int itemLevel = 3;
+
+/// 1 for a collection, `groupLevel` or `itemLevel`: keys that begin with "f", "g" and "p". 0 for no
+/// node and for any other key.
 [[nodiscard]] int NodeLevel(const NodeRef& node);
 
 } // namespace sonarith

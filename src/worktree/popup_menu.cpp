@@ -15,9 +15,6 @@ namespace sonarith {
 
 namespace {
 
-constexpr int groupLevel = 2;
-constexpr int itemLevel = 3;
-
 /// All lists of files, in the order in which they are searched.
 std::array<ListBox*, 4> fileLists(Form1& form) {
     return {&form.List1, &form.List2, &form.List4, &form.List5};

@@ -8,9 +8,6 @@ namespace sonarith {
 
 namespace {
 
-constexpr int groupLevel = 2;
-constexpr int itemLevel = 3;
-
 /// Whether a node of the text `target` keeps one of the text `dragged` out. A track passes over
 /// every track, a file over the groups of its kind alone.
 bool refuses(const std::string& target, const std::string& dragged) {

@@ -9,12 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string t1 = "Track  1 - 00:03:05";
-const std::string t2 = "Track  2 - 00:04:00";
-const std::string wav = "c:\\music\\a.wav";
-const std::string mp3 = "c:\\music\\b.mp3";
-const std::string otherMp3 = "c:\\music\\c.mp3";
-
 /// Counts the drags that the tree was asked to begin.
 struct DragLog : test::RevealLog {
     int drags = 0;
@@ -22,6 +16,12 @@ struct DragLog : test::RevealLog {
 };
 
 struct TreeDragTest : test::WorkTreeWorld {
+    inline static const std::string t1 = "Track  1 - 00:03:05";
+    inline static const std::string t2 = "Track  2 - 00:04:00";
+    inline static const std::string wav = "c:\\music\\a.wav";
+    inline static const std::string mp3 = "c:\\music\\b.mp3";
+    inline static const std::string otherMp3 = "c:\\music\\c.mp3";
+
     DragLog observer;
 
     TreeDragTest() {
@@ -105,7 +105,39 @@ struct Passage {
     bool passes;
 };
 
-struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {};
+struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {
+    static std::vector<Passage> everyRow() {
+        return {{t1, "Selected Tracks", true},
+                {t1, t2, true},
+                {t1, "Tracker", true},
+                {t1, "Available Tracks", false},
+                {t1, "WAV Files", false},
+                {t1, "MP3 Files", false},
+                {t1, wav, false},
+                {t1, "track 9", false},
+                {wav, "WAV Files", true},
+                {wav, "Selected WAV Files", true},
+                {wav, "MP3 Files", false},
+                {wav, "Selected Tracks", false},
+                {wav, mp3, false},
+                {wav, "x.ogg", false},
+                {mp3, "MP3 Files", true},
+                {mp3, "Selected MP3 Files", true},
+                {mp3, "WAV Files", false},
+                {mp3, "Available Tracks", false},
+                // An MP3 over an MP3 is refused, a track over a track is not.
+                {mp3, otherMp3, false},
+                // Endings in capitals are no file's to these filters: nothing refuses them.
+                {"x.WAV", "Available Tracks", true},
+                {"x.MP3", "WAV Files", true},
+                {"x.ogg", wav, true},
+                {"track 9", "MP3 Files", true},
+                // Both filters at once: no group is left.
+                {"Track.wav", "WAV Files", false},
+                {"Track.wav", "Selected Tracks", false},
+                {"CD Tracks", "WAV Files Folder", true}};
+    }
+};
 
 TEST_P(PassageTest, TheHighlightTellsWhoWasLetThrough) {
     const Passage& passage = GetParam();
@@ -124,26 +156,7 @@ TEST_P(PassageTest, TheHighlightTellsWhoWasLetThrough) {
     EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    EveryRow, PassageTest,
-    testing::Values(Passage{t1, "Selected Tracks", true}, Passage{t1, t2, true},
-                    Passage{t1, "Tracker", true}, Passage{t1, "Available Tracks", false},
-                    Passage{t1, "WAV Files", false}, Passage{t1, "MP3 Files", false},
-                    Passage{t1, wav, false}, Passage{t1, "track 9", false},
-                    Passage{wav, "WAV Files", true}, Passage{wav, "Selected WAV Files", true},
-                    Passage{wav, "MP3 Files", false}, Passage{wav, "Selected Tracks", false},
-                    Passage{wav, mp3, false}, Passage{wav, "x.ogg", false},
-                    Passage{mp3, "MP3 Files", true}, Passage{mp3, "Selected MP3 Files", true},
-                    Passage{mp3, "WAV Files", false}, Passage{mp3, "Available Tracks", false},
-                    // An MP3 over an MP3 is refused, a track over a track is not.
-                    Passage{mp3, otherMp3, false},
-                    // Endings in capitals are no file's to these filters: nothing refuses them.
-                    Passage{"x.WAV", "Available Tracks", true}, Passage{"x.MP3", "WAV Files", true},
-                    Passage{"x.ogg", wav, true}, Passage{"track 9", "MP3 Files", true},
-                    // Both filters at once: no group is left.
-                    Passage{"Track.wav", "WAV Files", false},
-                    Passage{"Track.wav", "Selected Tracks", false},
-                    Passage{"CD Tracks", "WAV Files Folder", true}));
+INSTANTIATE_TEST_SUITE_P(EveryRow, PassageTest, testing::ValuesIn(PassageTest::everyRow()));
 
 TEST_F(TreeDragTest, AnItemOverAnItemHighlightsTheItemsGroup) {
     const NodeRef odd = addTo("WAV Files", "x.ogg");

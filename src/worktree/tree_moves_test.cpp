@@ -10,14 +10,14 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string t1 = "Track  1 - 00:03:05";
-const std::string t2 = "Track  2 - 00:04:00";
-const std::string t3 = "Track  3 - 00:05:00";
-const std::string wav = "c:\\music\\a.wav";
-const std::string mp3 = "c:\\music\\b.mp3";
-const std::string otherMp3 = "c:\\music\\c.mp3";
-
 struct TreeMovesTest : test::WorkTreeWorld {
+    inline static const std::string t1 = "Track  1 - 00:03:05";
+    inline static const std::string t2 = "Track  2 - 00:04:00";
+    inline static const std::string t3 = "Track  3 - 00:05:00";
+    inline static const std::string wav = "c:\\music\\a.wav";
+    inline static const std::string mp3 = "c:\\music\\b.mp3";
+    inline static const std::string otherMp3 = "c:\\music\\c.mp3";
+
     TreeMovesTest() {
         disc({t1, t2, t3});
         finder.files[destination]["wav"] = {wav};

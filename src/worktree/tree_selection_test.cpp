@@ -9,11 +9,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string t1 = "Track  1 - 00:03:05";
-const std::string t12 = "Track 12 - 00:03:05";
-const std::string wav = "c:\\music\\a.wav";
-
 struct TreeSelectionTest : test::WorkTreeWorld {
+    inline static const std::string t1 = "Track  1 - 00:03:05";
+    inline static const std::string t12 = "Track 12 - 00:03:05";
+    inline static const std::string wav = "c:\\music\\a.wav";
+
     std::vector<std::string> popups;
     Connection connection;
     static constexpr MouseButtons right = {.left = false, .right = true};

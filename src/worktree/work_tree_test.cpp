@@ -12,9 +12,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05", "Track  2 - 00:04:00"};
-
 struct ShowfilesTest : test::WorkTreeWorld {
+    inline static const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05",
+                                                              "Track  2 - 00:04:00"};
+
     void files(const std::vector<std::string>& wav, const std::vector<std::string>& mp3) {
         finder.files[destination]["wav"] = wav;
         finder.files[destination]["mp3"] = mp3;

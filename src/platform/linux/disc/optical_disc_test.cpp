@@ -16,7 +16,7 @@ using testing::IsEmpty;
 using testing::Pair;
 
 // What the disc saw of the drive, and how the drive behaves; the time moves with each sector.
-struct DriveState {
+struct SectorsState {
     std::vector<std::pair<std::int64_t, std::int64_t>> seeks; ///< first, end
     std::vector<Effort> efforts;
     std::int64_t cursor = 0;
@@ -31,7 +31,7 @@ struct DriveState {
 
 class FakeSectors : public AudioSectors {
   public:
-    explicit FakeSectors(std::shared_ptr<DriveState> state) : state_(std::move(state)) {}
+    explicit FakeSectors(std::shared_ptr<SectorsState> state) : state_(std::move(state)) {}
     void seek(std::int64_t first, std::int64_t end) override {
         state_->seeks.emplace_back(first, end);
         state_->cursor = first;
@@ -53,12 +53,12 @@ class FakeSectors : public AudioSectors {
     }
 
   private:
-    std::shared_ptr<DriveState> state_;
+    std::shared_ptr<SectorsState> state_;
 };
 
 class OpticalDiscTest : public testing::Test {
   protected:
-    std::shared_ptr<DriveState> drive = std::make_shared<DriveState>();
+    std::shared_ptr<SectorsState> drive = std::make_shared<SectorsState>();
     // 28600 sectors of sound, the session gap, 10000 of data, 10000 of sound.
     OpticalDisc disc{
         *OpticalLayout::of({{{audio, 0}, {data, 40000}, {audio, 50000}}, 60000, 40000}),

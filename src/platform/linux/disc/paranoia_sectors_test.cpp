@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 using sound::StereoFrame;
 
-constexpr std::int64_t discSectors = 400;
+constexpr std::int64_t imageSectors = 400;
 constexpr std::int64_t endOfSound = 300; // before the disc's own end, as before a session gap
 
 class ParanoiaSectorsTest : public testing::Test {
@@ -27,12 +27,12 @@ class ParanoiaSectorsTest : public testing::Test {
                   (std::string("paranoia_") + test->name() + std::to_string(::getpid()));
         std::filesystem::create_directories(folder_);
         std::mt19937 random(7); // noise, so that no two places match by chance
-        for (std::int64_t i = 0; i < discSectors * framesPerSector; ++i)
+        for (std::int64_t i = 0; i < imageSectors * framesPerSector; ++i)
             frames_.push_back(
                 {static_cast<std::int16_t>(random()), static_cast<std::int16_t>(random())});
         std::ofstream bin(folder_ / "disc.bin", std::ios::binary);
         bin.write(reinterpret_cast<const char*>(frames_.data()),
-                  static_cast<std::streamsize>(discSectors * bytesPerSector));
+                  static_cast<std::streamsize>(imageSectors * bytesPerSector));
         bin.close();
         std::ofstream(folder_ / "disc.cue") << "FILE \"disc.bin\" BINARY\n"
                                                "  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
@@ -92,7 +92,7 @@ TEST_F(ParanoiaSectorsTest, TellsTheTableOfTheDisc) {
     EXPECT_EQ(toc.tracks[0].kind, TrackKind::audio);
     EXPECT_EQ(toc.tracks[0].start, 0);
     EXPECT_EQ(toc.tracks[1].start, 150);
-    EXPECT_EQ(toc.leadOut, discSectors);
+    EXPECT_EQ(toc.leadOut, imageSectors);
 }
 
 TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEnd) {

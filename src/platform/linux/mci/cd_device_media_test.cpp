@@ -4,42 +4,23 @@
 
 #include <gmock/gmock.h>
 
-#include "support/mci_session.h"
+#include "support/cd_session.h"
 
 namespace sonarith::mci {
 namespace {
 
-using disc::TrackKind;
-using fakes::audioTable;
+using fakes::CdSession;
+using fakes::enhancedDisc;
 using fakes::fine;
 using fakes::MciSession;
 using fakes::refused;
 using fakes::said;
+using fakes::threeTracks;
 
-constexpr std::int64_t frames = disc::framesPerSector;
-
-/// Three tracks of 3:05, 1:00 with 10 sectors, and 0:10.
-disc::Table threeTracks() {
-    return audioTable({185 * 75, 60 * 75 + 10, 10 * 75});
-}
-
-/// An enhanced disc: two audio tracks of 10 s, then data of 5 s.
-disc::Table enhanced() {
-    disc::Table table = audioTable({750, 750});
-    table.tracks.push_back({TrackKind::data, 375});
-    return table;
-}
-
-/// A session with alias "cd" open.
-class Opened : public MciSession {
-  public:
-    explicit Opened(const disc::Table& table = {}) : MciSession(table) {
-        EXPECT_EQ(send("open cdaudio alias cd"), fine());
-    }
-};
+using disc::framesPerSector;
 
 TEST(AnEmptyDrive, OpensAndIsNotReady) {
-    Opened session;
+    CdSession session;
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.send("status cd ready"), said("false"));
     EXPECT_EQ(session.send("status cd mode"), said("not ready"));
@@ -65,7 +46,7 @@ TEST(ADiscWithoutTracks, IsNone) {
 }
 
 TEST(ADiscPutInLater, IsFoundByAnOpenDevice) {
-    Opened session;
+    CdSession session;
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
@@ -73,22 +54,22 @@ TEST(ADiscPutInLater, IsFoundByAnOpenDevice) {
 }
 
 TEST(ADiscTakenOut, IsMissedAndTheNextOneRead) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("play cd");
     const auto taken = std::exchange(session.machine.drive->disc, nullptr);
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.machine.transport, nullptr);
     EXPECT_EQ(session.send("status cd position"), refused(MciError::deviceNotReady));
-    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhanced());
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
-    EXPECT_EQ(session.send("info cd identity"), said(disc::identityOf(enhanced())));
+    EXPECT_EQ(session.send("info cd identity"), said(disc::identityOf(enhancedDisc())));
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
 TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilSomeoneAsksForIt) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("play cd");
-    session.machine.transport->advance(75 * frames);
+    session.machine.transport->advance(75 * framesPerSector);
     session.machine.drive->disc = nullptr;
     session.machine.transport->isGone = true;
     EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
@@ -98,9 +79,9 @@ TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilSomeoneAsksForIt) {
 }
 
 TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("play cd");
-    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhanced());
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     session.machine.transport->isGone = true;
@@ -109,9 +90,9 @@ TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
 }
 
 TEST(AnOpenAlias, KeepsItsDiscWhileAnotherDriveIsChosen) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.machine.drive =
-        std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhanced()));
+        std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     session.send("close cd");
@@ -120,7 +101,7 @@ TEST(AnOpenAlias, KeepsItsDiscWhileAnotherDriveIsChosen) {
 }
 
 TEST(EachOpen, ReadsTheDriveAnew) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     EXPECT_EQ(session.machine.drive->loads, 1);
     session.send("status cd number of tracks");
     session.send("close cd");
@@ -158,7 +139,7 @@ TEST(AnUnreadableDisc, IsForgottenWhenAnyCommandFindsTheDriveEmpty) {
 }
 
 TEST(TheDoor, OpensAndCloses) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("play cd");
     EXPECT_EQ(session.send("set cd door open"), fine());
     EXPECT_TRUE(session.machine.drive->trayOpen);

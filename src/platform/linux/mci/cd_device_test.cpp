@@ -3,41 +3,21 @@
 
 #include <gmock/gmock.h>
 
-#include "support/mci_session.h"
+#include "support/cd_session.h"
 
 namespace sonarith::mci {
 namespace {
 
-using disc::TrackKind;
-using fakes::audioTable;
+using fakes::CdSession;
+using fakes::enhancedDisc;
 using fakes::fine;
 using fakes::MciSession;
 using fakes::refused;
 using fakes::said;
+using fakes::threeTracks;
 using testing::ElementsAre;
 
-constexpr std::int64_t frames = disc::framesPerSector;
-
-/// Three tracks of 3:05, 1:00 with 10 sectors, and 0:10.
-disc::Table threeTracks() {
-    return audioTable({185 * 75, 60 * 75 + 10, 10 * 75});
-}
-
-/// An enhanced disc: two audio tracks of 10 s, then data of 5 s.
-disc::Table enhanced() {
-    disc::Table table = audioTable({750, 750});
-    table.tracks.push_back({TrackKind::data, 375});
-    return table;
-}
-
-/// A session with alias "cd" open.
-class Opened : public MciSession {
-  public:
-    explicit Opened(const disc::Table& table = {}) : MciSession(table) {
-        EXPECT_EQ(send("open cdaudio alias cd"), fine());
-    }
-    disc::PlayerMode playerMode() { return machine.transport->mode(); }
-};
+using disc::framesPerSector;
 
 TEST(InspectingADisc, AnswersEachCommandOfTheWay) {
     MciSession session(threeTracks());
@@ -58,9 +38,9 @@ TEST(InspectingADisc, AnswersEachCommandOfTheWay) {
 }
 
 TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
-    Opened one(threeTracks());
-    Opened same(threeTracks());
-    Opened other(enhanced());
+    CdSession one(threeTracks());
+    CdSession same(threeTracks());
+    CdSession other(enhancedDisc());
     const std::string identity = one.send("info cd identity").reply;
     EXPECT_EQ(identity, same.send("info cd identity").reply);
     EXPECT_NE(identity, other.send("info cd identity").reply);
@@ -89,12 +69,12 @@ TEST(ThePlayersPoll, IsAnsweredInTmsf) {
 }
 
 TEST(ThePosition, NeverReadsAsTheEndBeforeTheEnd) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position"), said("0"));
     session.send("play cd from 185000 to 245133");
     EXPECT_EQ(session.send("status cd position"), said("185000"));
-    session.machine.transport->advance((60 * 75 + 10) * frames - 1);
+    session.machine.transport->advance((60 * 75 + 10) * framesPerSector - 1);
     EXPECT_EQ(session.send("status cd position"), said("245120"));
     EXPECT_EQ(session.send("status cd mode"), said("playing"));
     session.machine.transport->advance(1);
@@ -103,7 +83,7 @@ TEST(ThePosition, NeverReadsAsTheEndBeforeTheEnd) {
 }
 
 TEST(ThePosition, AtTheDiscsEndIsExactlyItsLength) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd");
     session.machine.transport->advance(1'000'000'000);
@@ -114,13 +94,13 @@ TEST(ThePosition, AtTheDiscsEndIsExactlyItsLength) {
 }
 
 TEST(PlayingFromHere, GoesToTheDiscsEnd) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     EXPECT_EQ(session.send("play cd"), fine());
     EXPECT_THAT(session.machine.transport->calls, ElementsAre("play 0 19135"));
 }
 
 TEST(PlayingFromATime, BeginsAtItsSector) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("play cd from 185000"), fine());
     EXPECT_EQ(session.send("play cd from 0"), fine());
@@ -131,7 +111,7 @@ TEST(PlayingFromATime, BeginsAtItsSector) {
 }
 
 TEST(PlayingFromABadPlace, FailsAndLeavesWhatPlays) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     session.send("play cd from 1000");
     EXPECT_EQ(session.send("play cd from 255140"), refused(MciError::outOfRange));
@@ -149,9 +129,9 @@ TEST(PlayingFromABadPlace, FailsAndLeavesWhatPlays) {
 }
 
 TEST(APausedDisc, GoesOnFromItsSampleByPlayOrResume) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("play cd");
-    session.machine.transport->advance(frames + 1);
+    session.machine.transport->advance(framesPerSector + 1);
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("status cd mode"), said("paused"));
     EXPECT_EQ(session.send("pause cd"), fine());
@@ -161,13 +141,13 @@ TEST(APausedDisc, GoesOnFromItsSampleByPlayOrResume) {
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("resume cd wait"), fine());
     EXPECT_EQ(session.send("resume cd"), fine());
-    EXPECT_EQ(session.machine.transport->positionInFrames(), frames + 1);
+    EXPECT_EQ(session.machine.transport->positionInFrames(), framesPerSector + 1);
     EXPECT_THAT(session.machine.transport->calls,
                 ElementsAre("play 0 19135", "pause", "resume", "pause", "resume"));
 }
 
 TEST(APausedDisc, TakesANewEnd) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000 to 2000");
     session.send("pause cd");
@@ -177,7 +157,7 @@ TEST(APausedDisc, TakesANewEnd) {
 }
 
 TEST(ADiscAtRest, IsPausedAndStoppedWithoutFailureButNotResumed) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("stop cd"), fine());
     EXPECT_EQ(session.send("resume cd"), refused(MciError::nonapplicableFunction));
@@ -185,10 +165,10 @@ TEST(ADiscAtRest, IsPausedAndStoppedWithoutFailureButNotResumed) {
 }
 
 TEST(AStoppedDisc, StaysWhereItIs) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000");
-    session.machine.transport->advance(75 * frames);
+    session.machine.transport->advance(75 * framesPerSector);
     EXPECT_EQ(session.send("stop cd"), fine());
     EXPECT_EQ(session.send("status cd position"), said("2000"));
     session.send("play cd");
@@ -197,7 +177,7 @@ TEST(AStoppedDisc, StaysWhereItIs) {
 }
 
 TEST(Seeking, MovesAndStops) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd");
     EXPECT_EQ(session.send("seek cd to 185000"), fine());
@@ -216,7 +196,7 @@ TEST(Seeking, MovesAndStops) {
 }
 
 TEST(TracksByTheirNumber, TellStartLengthAndType) {
-    Opened session(enhanced());
+    CdSession session(enhancedDisc());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position track 1"), said("0"));
     EXPECT_EQ(session.send("status cd position track 3"), said("20000"));
@@ -239,7 +219,7 @@ TEST(TracksByTheirNumber, TellStartLengthAndType) {
 }
 
 TEST(ADataTrack, IsListedAndRefusesToPlayInWords) {
-    Opened session(enhanced());
+    CdSession session(enhancedDisc());
     session.send("set cd time format tmsf");
     EXPECT_EQ(session.send("status cd number of tracks"), said("3"));
     const fakes::Answer answer = session.send("play cd from 3");
@@ -251,16 +231,16 @@ TEST(ADataTrack, IsListedAndRefusesToPlayInWords) {
 }
 
 TEST(ADataTrack, EndsThePlayingBeforeIt) {
-    Opened session(enhanced());
+    CdSession session(enhancedDisc());
     session.send("set cd time format ms");
     session.send("play cd from 10000");
-    session.machine.transport->advance(751 * frames);
+    session.machine.transport->advance(751 * framesPerSector);
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
     EXPECT_EQ(session.send("status cd position"), said("20000"));
 }
 
 TEST(TheTimeFormat, IsMsfUntilOneIsSet) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     EXPECT_EQ(session.send("status cd time format"), said("msf"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     for (const char* name : {"milliseconds", "hms", "msf", "tmsf"}) {
@@ -280,7 +260,7 @@ TEST(TheTimeFormat, IsMsfUntilOneIsSet) {
 }
 
 TEST(WrongCommandsToADisc, SayWhatIsWrong) {
-    Opened session(threeTracks());
+    CdSession session(threeTracks());
     EXPECT_EQ(session.send("record cd"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("save cd c:\\a.wav"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("put cd window client at 0 0 0 0"),

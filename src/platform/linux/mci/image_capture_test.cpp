@@ -18,7 +18,7 @@ using sound::StereoFrame;
 
 // Each track but the last with the pause that the next one has before it: 2.4 s, 2.4 s and 2.1333
 // s.
-constexpr const char* threeTracks = "--tracks 3 --sectors 160 --pause 20 --signal ramp";
+constexpr const char* scriptOptions = "--tracks 3 --sectors 160 --pause 20 --signal ramp";
 constexpr std::int64_t discSectors = 520;
 
 class AnImage : public testing::TestWithParam<const char*>, protected MachineSession {
@@ -27,7 +27,7 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
 
     disc::ImageFolder images_;
     std::shared_ptr<disc::Drive> drive_ =
-        std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), threeTracks));
+        std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), scriptOptions));
 };
 
 /// The file must be silent for the time between the two commands that begin it, hold the disc from

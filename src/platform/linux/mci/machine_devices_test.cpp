@@ -18,10 +18,10 @@ using fakes::fine;
 using fakes::refused;
 using fakes::said;
 
-constexpr std::int64_t frames = disc::framesPerSector;
+using disc::framesPerSector;
 
 /// What two tracks of 2 s and 1 s and 7 sectors, and one of 5 s, lie in.
-disc::Table threeTracks() {
+disc::Table shortTracks() {
     return fakes::audioTable({150, 82, 375});
 }
 
@@ -29,7 +29,7 @@ class ACapture : public testing::Test, protected MachineSession {
   protected:
     ACapture() : MachineSession([this] { return drive; }) {}
 
-    std::shared_ptr<FakeDisc> disc = std::make_shared<FakeDisc>(threeTracks());
+    std::shared_ptr<FakeDisc> disc = std::make_shared<FakeDisc>(shortTracks());
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(disc);
 };
 
@@ -58,10 +58,11 @@ TEST_F(ACapture, HoldsTheTracksSamplesBitForBitAsOneRun) {
     const auto wav = fakes::readWav(folder / "4711-2.wav");
     ASSERT_TRUE(wav);
     EXPECT_EQ(wav->channels, 2);
-    const std::int64_t lead = runAt(*wav, 150 * frames, 232 * frames);
+    const std::int64_t lead = runAt(*wav, 150 * framesPerSector, 232 * framesPerSector);
     ASSERT_GE(lead, 0);
     EXPECT_LE(lead, 44100 * 3 / 1000); // the time between the two commands, and no more
-    const auto after = static_cast<std::int64_t>(wav->samples.size() / 2) - lead - 82 * frames;
+    const auto after =
+        static_cast<std::int64_t>(wav->samples.size() / 2) - lead - 82 * framesPerSector;
     EXPECT_LE(after, 44100 * 103 / 1000 + 1); // one tick
     EXPECT_EQ(disc->wrongReads(), 0);
 }
@@ -72,8 +73,8 @@ TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsWholeToo) {
     const auto first = fakes::readWav(folder / "my music 1.wav");
     const auto last = fakes::readWav(folder / "3.wav");
     ASSERT_TRUE(first && last);
-    EXPECT_GE(runAt(*first, 0, 150 * frames), 0);
-    EXPECT_GE(runAt(*last, 232 * frames, 607 * frames), 0);
+    EXPECT_GE(runAt(*first, 0, 150 * framesPerSector), 0);
+    EXPECT_GE(runAt(*last, 232 * framesPerSector, 607 * framesPerSector), 0);
     EXPECT_EQ(disc->wrongReads(), 0);
     EXPECT_FALSE(card.active());
 }
@@ -120,7 +121,7 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     EXPECT_EQ(send("close cd"), fine());
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
-    EXPECT_GE(runAt(*wav, 150 * frames, 187 * frames), 0);
+    EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
 }
 
 TEST_F(ACapture, ClosedUnsavedLeavesNoFile) {

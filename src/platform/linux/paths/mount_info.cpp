@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -50,11 +52,6 @@ std::optional<MountPoint> parseLine(const std::string& line) {
 
 bool isBelow(const std::string& path, const std::string& folder) {
     return path == folder || path.compare(0, folder.size() + 1, folder + "/") == 0;
-}
-
-bool isFolder(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 } // namespace
@@ -133,7 +130,9 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
     std::vector<MountPoint> mounts = parseMountInfo(text);
     std::erase_if(mounts, [](const MountPoint& mount) {
         // Only partial mounts are looked at: asking a server that is gone would hang.
-        return !holdsUserFiles(mount) || (mount.partial && !isFolder(mount.path));
+        std::error_code unknown;
+        return !holdsUserFiles(mount) ||
+               (mount.partial && !std::filesystem::is_directory(mount.path, unknown));
     });
     return mounts;
 }

@@ -18,14 +18,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// What waits for the card at the most: 500 ms. Beyond that the oldest frames go.
-constexpr std::size_t queueFrames = frameRate / 2;
+constexpr std::size_t backlogFrames = frameRate / 2;
 /// The line is silent until 60 ms wait, so that a device that delivers in larger lumps than the
 /// card takes leaves no gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// How long one wait for frames lasts, and with it how soon the pump sees that it is to leave.
 constexpr std::chrono::milliseconds frameWait{100};
 /// After a device said that it had frames and then had none.
-constexpr std::chrono::milliseconds shortRest{10};
+constexpr std::chrono::milliseconds emptyReadRest{10};
 /// Restarts in a row without one frame in between, until the device counts as lost.
 constexpr int maxFruitlessRestarts = 3;
 
@@ -34,7 +34,7 @@ constexpr int maxFruitlessRestarts = 3;
 struct CapturePump::Shared {
     std::mutex mutex;
     std::condition_variable changed;
-    FrameQueue queue{queueFrames};
+    FrameQueue queue{backlogFrames};
     bool flowing = false; ///< the cushion was reached and has not run out since
     bool leaving = false;
 
@@ -48,8 +48,8 @@ struct CapturePump::Shared {
     }
     void add(std::span<const StereoFrame> frames) {
         const std::lock_guard lock(mutex);
-        if (queue.size() + frames.size() > queueFrames) {
-            queue.drop(queue.size() + frames.size() - queueFrames);
+        if (queue.size() + frames.size() > backlogFrames) {
+            queue.drop(queue.size() + frames.size() - backlogFrames);
         }
         queue.push(frames);
     }
@@ -78,7 +78,7 @@ void listen(PcmCapture& device, Shared& shared) {
             if (result > 0) {
                 // Devices that answer too early, and then have nothing, must not make it spin. The
                 // rest is shorter than what any device keeps.
-                shared.rest(shortRest);
+                shared.rest(emptyReadRest);
             }
         }
         if (result == -EPIPE || result == -ESTRPIPE) {

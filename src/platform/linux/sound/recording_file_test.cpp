@@ -5,12 +5,12 @@
 
 #include <csignal>
 #include <fstream>
-#include <iterator>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "support/fake_sound.h"
+#include "support/file_content.h"
 #include "support/folder_entries.h"
 #include "support/sound_matchers.h"
 #include "support/temp_folder.h"
@@ -22,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using fakes::IsSound;
 using fakes::pattern;
+using test::contentOf;
 using test::entriesIn;
 using test::visibleEntriesIn;
 using testing::HasSubstr;
@@ -33,11 +34,6 @@ std::vector<std::int16_t> interleaved(const std::vector<StereoFrame>& frames) {
         samples.push_back(frame.right);
     }
     return samples;
-}
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// Kibibytes of this process that are in memory now.

@@ -5,10 +5,10 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <tuple>
 
+#include "support/file_content.h"
 #include "support/folder_entries.h"
 #include "support/killed_at_call.h"
 #include "support/temp_folder.h"
@@ -17,6 +17,7 @@ namespace sonarith::sound {
 namespace {
 
 namespace fs = std::filesystem;
+using test::contentOf;
 using test::hiddenEntriesIn;
 using test::KillOutcome;
 using testing::AnyOf;
@@ -26,11 +27,6 @@ using testing::Values;
 enum class Target { isNew, isReplaced };
 /// How the name is given: the file itself gets it, or a copy, as it has another one already.
 enum class Road { itself, copy };
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";
-}
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Road>> {
   protected:

@@ -8,13 +8,13 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <iterator>
 
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include "support/file_content.h"
 #include "support/folder_entries.h"
 #include "support/refused_call.h"
 #include "support/small_disk.h"
@@ -25,13 +25,9 @@ namespace sonarith::sound {
 namespace {
 
 namespace fs = std::filesystem;
+using test::contentOf;
 using test::entriesIn;
 using testing::HasSubstr;
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 void writeFile(const fs::path& path, const std::string& content) {
     std::ofstream(path, std::ios::binary) << content;

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// An interpreter with the disc device open, and discs to put into its drive.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "support/mci_session.h"
+
+namespace sonarith::fakes {
+
+/// Three tracks of 3:05, 1:00 with 10 sectors, and 0:10.
+inline disc::Table threeTracks() {
+    return audioTable({185 * 75, 60 * 75 + 10, 10 * 75});
+}
+
+/// An enhanced disc: two audio tracks of 10 s, then data of 5 s.
+inline disc::Table enhancedDisc() {
+    disc::Table table = audioTable({750, 750});
+    table.tracks.push_back({disc::TrackKind::data, 375});
+    return table;
+}
+
+/// A session with alias "cd" open.
+class CdSession : public MciSession {
+  public:
+    explicit CdSession(const disc::Table& table = {}) : MciSession(table) {
+        EXPECT_EQ(send("open cdaudio alias cd"), fine());
+    }
+    [[nodiscard]] disc::PlayerMode playerMode() const { return machine.transport->mode(); }
+};
+
+} // namespace sonarith::fakes
