@@ -39,6 +39,8 @@ function(sonarith_module name)
   if(SONARITH_TESTS AND tests)
     add_executable(${name}_test ${tests})
     target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    # For the scripts in tools/ that make what a test reads.
+    target_compile_definitions(${name}_test PRIVATE SONARITH_SOURCES="${PROJECT_SOURCE_DIR}")
     target_link_libraries(${name}_test PRIVATE sonarith_${name} GTest::gmock_main)
     # To optimize what the sanitizers add to a test would take half of its build.
     target_compile_options(${name}_test PRIVATE -O0)

@@ -25,13 +25,8 @@ inline std::string layoutName(const ::testing::TestParamInfo<const char*>& insta
 /// Makes an image in `folder`; returns the path of its sheet.
 inline std::filesystem::path makeImage(const ImageFolder& folder, const std::string& layout,
                                        const std::string& options) {
-    const std::filesystem::path script = std::filesystem::path(__FILE__)
-                                             .parent_path() // of disc, linux, platform, src
-                                             .parent_path()
-                                             .parent_path()
-                                             .parent_path()
-                                             .parent_path() /
-                                         "tools" / "make_disc_image.py";
+    const std::filesystem::path script =
+        std::filesystem::path(SONARITH_SOURCES) / "tools" / "make_disc_image.py";
     const std::string command = "python3 '" + script.string() + "' '" + folder.path("").string() +
                                 "' --name a --layout " + layout + " " + options + " >/dev/null";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
