@@ -2,7 +2,6 @@
 #include "app/application.h"
 
 #include <functional>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -17,11 +16,6 @@ using test::ApplicationBench;
 using test::SavedCapture;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
-
-std::string savedAs(int track) {
-    return ApplicationBench::destination + "\\24106954-" + std::to_string(track) + ".wav";
-}
 
 // --- wiring --------------------------------------------------------------------------------
 
@@ -121,8 +115,9 @@ TEST(Extraction, TurnsAChosenQueueIntoFiles) {
     bench.select("Selected Tracks");
     bench.form.CmdSelectAction.click();
     // The last one chosen is extracted first.
-    EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(3), 3 * 176400},
-                                              SavedCapture{savedAs(1), 2 * 176400}));
+    EXPECT_THAT(bench.disc.saved,
+                ElementsAre(SavedCapture{ApplicationBench::savedAs(3), 3 * 176400},
+                            SavedCapture{ApplicationBench::savedAs(1), 2 * 176400}));
     EXPECT_TRUE(bench.idle());
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.form.Timer1.enabled());
@@ -191,231 +186,8 @@ TEST(Extraction, IsStoppedByTheMenu) {
     bench.select("Available Tracks");
     bench.loop.after(1s, [&] { bench.form.mnuStop.click(); });
     bench.form.CmdSelectAction.click();
-    EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 176400}));
+    EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 176400}));
     EXPECT_TRUE(bench.idle());
-}
-
-// --- every end in every state --------------------------------------------------------------
-
-struct EndKind {
-    std::string name;
-    std::function<void(ApplicationBench&)> end;
-};
-
-/// All of them end the program.
-std::vector<EndKind> endKinds() {
-    return {
-        {"close",
-         [](ApplicationBench& bench) {
-             bench.form.unload();
-         }},
-        {"Command5",
-         [](ApplicationBench& bench) {
-             bench.form.Command5.click();
-         }},
-        {"close twice",
-         [](ApplicationBench& bench) {
-             bench.loop.atYield(1, [&bench] { bench.form.unload(); });
-             bench.form.unload();
-         }},
-        {"Command5 while closing",
-         [](ApplicationBench& bench) {
-             bench.loop.atYield(1, [&bench] { bench.form.Command5.click(); });
-             bench.form.unload();
-         }},
-        {"close while stopping",
-         [](ApplicationBench& bench) {
-             bench.loop.atYield(1, [&bench] { bench.form.unload(); });
-             bench.form.Command8.click();
-             // With nothing running the stop does not yield.
-             bench.form.unload();
-         }},
-    };
-}
-
-void expectCleanEnd(ApplicationBench& bench) {
-    EXPECT_TRUE(bench.loop.ended());
-    EXPECT_EQ(bench.loop.yieldsAfterEnd(), 0);
-    EXPECT_TRUE(bench.process.stopRequested);
-    EXPECT_FALSE(bench.disc.discOpen());
-    EXPECT_FALSE(bench.disc.recorderOpen());
-    EXPECT_FALSE(bench.form.tmrRecord.enabled());
-    for (const SavedCapture& saved : bench.disc.saved) {
-        EXPECT_TRUE(bench.files.fileExists(saved.path));
-    }
-}
-
-TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgramForGood) {
-    for (const EndKind& kind : endKinds()) {
-        for (int n = 1;; ++n) {
-            SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
-            ASSERT_LT(n, 200);
-            ApplicationBench bench({200, 200});
-            bench.application.start();
-            bench.select("Available Tracks");
-            bool reached = false;
-            bool wasCapturing = false;
-            std::size_t savedBefore = 0;
-            bench.loop.atYield(n, [&] {
-                reached = true;
-                wasCapturing = bench.form.tmrRecord.enabled() && bench.disc.recording();
-                savedBefore = bench.disc.saved.size();
-                kind.end(bench);
-            });
-            const bool ended = bench.endsProgram([&] { bench.form.CmdSelectAction.click(); });
-            EXPECT_EQ(ended, reached);
-            if (!reached) {
-                EXPECT_GT(n, 10);
-                break;
-            }
-            expectCleanEnd(bench);
-            // A capture that ran is kept.
-            EXPECT_EQ(bench.disc.saved.size(), savedBefore + (wasCapturing ? 1U : 0U));
-        }
-    }
-}
-
-TEST(EveryEnd, BetweenTwoTicksKeepsWhatWasCaptured) {
-    for (const EndKind& kind : endKinds()) {
-        for (auto moment = 50ms; moment < 400ms; moment += 100ms) {
-            SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");
-            ApplicationBench bench({200, 200});
-            bench.application.start();
-            bench.select("Available Tracks");
-            bench.loop.after(moment, [&] { kind.end(bench); });
-            EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-            expectCleanEnd(bench);
-            EXPECT_EQ(bench.disc.saved.size(), static_cast<std::size_t>(moment / 200ms) + 1);
-        }
-    }
-}
-
-TEST(EveryEnd, InsideEveryMessageBoxEndsTheProgram) {
-    const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
-                              "open cdaudio alias cd", "play cd"};
-    for (const EndKind& kind : endKinds()) {
-        for (const char* failing : failures) {
-            for (const auto before : {0ms, 150ms}) {
-                SCOPED_TRACE(kind.name + " in the box of '" + failing + "'");
-                ApplicationBench bench({200, 200});
-                bench.application.start();
-                bench.select("Available Tracks");
-                bench.media.answerPrefix(failing, {.status = 300});
-                bench.boxes.whileUp = [&](const test::ShownBox&) {
-                    bench.loop.advance(before);
-                    kind.end(bench);
-                };
-                EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-                EXPECT_EQ(bench.boxes.shown.size(), 1U);
-                expectCleanEnd(bench);
-            }
-        }
-    }
-}
-
-TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
-    for (const EndKind& kind : endKinds()) {
-        for (int n = 1;; ++n) {
-            SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
-            ASSERT_LT(n, 50);
-            ApplicationBench bench({200, 200});
-            bool reached = false;
-            bench.loop.atYield(n, [&] {
-                reached = true;
-                kind.end(bench);
-            });
-            const bool ended = bench.endsProgram([&] { bench.application.start(); });
-            EXPECT_EQ(ended, reached);
-            if (!reached) {
-                // Five yields of the load, and two of each search of the empty folder.
-                EXPECT_EQ(n, 10);
-                break;
-            }
-            EXPECT_EQ(bench.loop.yieldsAfterEnd(), 0);
-            EXPECT_FALSE(bench.disc.discOpen());
-        }
-    }
-}
-
-TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
-    for (const EndKind& kind : endKinds()) {
-        SCOPED_TRACE(kind.name);
-        ApplicationBench bench({200});
-        bench.boxes.whileUp = [&](const test::ShownBox&) {
-            kind.end(bench);
-        };
-        EXPECT_TRUE(bench.endsProgram([&] { bench.application.start(); }));
-        EXPECT_EQ(bench.boxes.shown.size(), 1U);
-        // The disc that was left open is closed on the way out.
-        EXPECT_FALSE(bench.disc.discOpen());
-        EXPECT_EQ(bench.loop.yieldsAfterEnd(), 0);
-    }
-}
-
-TEST(SecondClose, WaitsForTheFirstToEnd) {
-    ApplicationBench bench({60000, 60000});
-    bench.application.start();
-    bench.select("Available Tracks");
-    int closesReturned = 0;
-    bench.loop.after(1s, [&] {
-        bench.loop.after(100ms, [&] {
-            // The first close is saving the capture.
-            bench.form.unload();
-            ++closesReturned;
-        });
-        bench.form.unload();
-    });
-    const auto start = bench.loop.now();
-    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-    EXPECT_EQ(closesReturned, 1);
-    EXPECT_EQ(bench.loop.now() - start, 1300ms);
-    EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 176400}));
-}
-
-TEST(ExitDuringAClose, EndsTheProgramAtOnce) {
-    ApplicationBench bench({60000, 60000});
-    bench.application.start();
-    bench.select("Available Tracks");
-    bench.loop.after(1s, [&] {
-        bench.loop.after(100ms, [&] { bench.form.Command5.click(); });
-        bench.form.unload();
-    });
-    const auto start = bench.loop.now();
-    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-    EXPECT_EQ(bench.loop.now() - start, 1100ms);
-    // What was captured had been saved before the close began to wait.
-    EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 176400}));
-}
-
-/// The program with a capture of a minute under way, whose window is closed; while the close waits
-/// for what was captured to enter the tree, "Start " is pressed again.
-void startWithinAClose(ApplicationBench& bench) {
-    bench.application.start();
-    bench.select("Track  1 - 00:01:00");
-    bench.loop.after(1s, [&bench] {
-        bench.loop.after(100ms, [&bench] { bench.form.CmdSelectAction.click(); });
-        bench.form.unload();
-    });
-}
-
-TEST(StartWithinAClose, IsStoppedAndSavedByTheNextClose) {
-    ApplicationBench bench({60000, 60000});
-    startWithinAClose(bench);
-    bench.loop.after(3s, [&] { bench.form.unload(); });
-    const auto start = bench.loop.now();
-    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-    EXPECT_LT(bench.loop.now() - start, 4s);
-    EXPECT_THAT(bench.disc.saved, SizeIs(2));
-}
-
-TEST(StartWithinAClose, IsSavedByExitToo) {
-    ApplicationBench bench({60000, 60000});
-    startWithinAClose(bench);
-    bench.loop.after(3s, [&] { bench.form.Command5.click(); });
-    const auto start = bench.loop.now();
-    EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
-    EXPECT_LT(bench.loop.now() - start, 4s);
-    EXPECT_THAT(bench.disc.saved, SizeIs(2));
 }
 
 } // namespace

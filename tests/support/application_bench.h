@@ -32,6 +32,10 @@ class ApplicationBench {
   public:
     /// Where captures land in a fresh store, as the logic names it.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
+    /// Of the disc that stands in the drive.
+    static std::string savedAs(int track) {
+        return destination + "\\24106954-" + std::to_string(track) + ".wav";
+    }
 
     explicit ApplicationBench(std::vector<std::int32_t> lengthsMs)
         : disc(loop, std::move(lengthsMs)) {
