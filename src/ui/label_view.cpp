@@ -9,6 +9,13 @@
 
 namespace sonarith {
 
+namespace {
+
+/// Of the text's own colour: black on light grey keeps a contrast of eight to one.
+constexpr double secondaryOpacity = 0.7;
+
+} // namespace
+
 LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
     : QLabel(parent),
       model_(model),
@@ -24,6 +31,11 @@ void LabelView::showCaption() {
     if (cut_ != Cut::never && model_.toolTip().empty()) {
         setToolTip(plainToolTip(text()));
     }
+}
+
+void LabelView::setSecondary() {
+    secondary_ = true;
+    update();
 }
 
 QSize LabelView::sizeHint() const {
@@ -43,6 +55,7 @@ void LabelView::paintEvent(QPaintEvent* event) {
     const auto mode = cut_ == Cut::middle ? Qt::ElideMiddle : Qt::ElideRight;
     const QString shown = fontMetrics().elidedText(text(), mode, contentsRect().width());
     QPainter painter(this);
+    painter.setOpacity(secondary_ ? secondaryOpacity : 1);
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
                           isEnabled(), shown, foregroundRole());
 }

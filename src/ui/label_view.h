@@ -17,6 +17,10 @@ class LabelView : public QLabel {
     /// `label` names it for screen readers while its caption is empty.
     LabelView(Label& model, QString label, Cut cut, QWidget* parent);
 
+    /// Paints its text paler, as what is second to the text beside it. Not for one that is never
+    /// cut.
+    void setSecondary();
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -28,6 +32,7 @@ class LabelView : public QLabel {
 
     Label& model_;
     Cut cut_;
+    bool secondary_ = false;
     ControlView view_;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/label_view.h"
 
+#include <algorithm>
+
 #include <QImage>
 #include <gmock/gmock.h>
 
@@ -48,6 +50,26 @@ TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
     LabelView cutView(cut, "", LabelView::Cut::middle, &parent);
     ASSERT_NE(whole.caption(), cut.caption());
     EXPECT_EQ(paintedAt(longView, width), paintedAt(cutView, width));
+}
+
+TEST(LabelView, ASecondaryTextIsPalerAndStaysLegible) {
+    const auto darkest = [](const QImage& image) {
+        int least = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                least = std::min(least, qGray(image.pixel(x, y)));
+            }
+        }
+        return least;
+    };
+    Label model("Label2", "IIIIIIII");
+    QWidget parent;
+    LabelView view(model, "Destination", LabelView::Cut::middle, &parent);
+    const int before = darkest(paintedAt(view, 200));
+    view.setSecondary();
+    const int after = darkest(paintedAt(view, 200));
+    EXPECT_GT(after, before + 40);
+    EXPECT_LT(after, 128);
 }
 
 TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
