@@ -11,10 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct WorkerTest : test::ConversionWorld {
-    inline static const std::string source = "c:\\mp3\\Song.mp3";
-    inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
-    inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
-
     Form& window = windows.Form6;
 
     WorkerTest() {

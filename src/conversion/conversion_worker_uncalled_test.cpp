@@ -14,10 +14,6 @@ using testing::IsEmpty;
 
 /// A loaded worker whose own job was stopped.
 struct StartDecodingTest : test::ConversionWorld {
-    inline static const std::string source = "c:\\mp3\\Song.mp3";
-    inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
-    inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
-
     Form& window = windows.Form6;
 
     StartDecodingTest() {

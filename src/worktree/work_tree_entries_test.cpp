@@ -14,8 +14,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05", "Track  2 - 00:04:00"};
-
 struct Showfiles3Test : test::WorkTreeWorld {
     Showfiles3Test() {
         tree.showfiles();

@@ -13,9 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct ShowfilesTest : test::WorkTreeWorld {
-    inline static const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05",
-                                                              "Track  2 - 00:04:00"};
-
     void files(const std::vector<std::string>& wav, const std::vector<std::string>& mp3) {
         finder.files[destination]["wav"] = wav;
         finder.files[destination]["mp3"] = mp3;

@@ -20,6 +20,11 @@
 namespace sonarith::test {
 
 struct ConversionWorld : WorkTreeWorld {
+    /// A file, and the calls that decode it.
+    inline static const std::string source = "c:\\mp3\\Song.mp3";
+    inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
+    inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
+
     FakeActiveMP3 mp3{loop, disk};
     FakeMessageBoxes boxes;
     FakeMousePointer pointer;

@@ -52,6 +52,8 @@ struct RevealLog : TreeObserver {
 
 struct WorkTreeWorld : testing::Test {
     inline static const std::string destination = "c:\\music";
+    inline static const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05",
+                                                              "Track  2 - 00:04:00"};
 
     VirtualEventLoop loop;
     ProcessState process;
