@@ -114,15 +114,23 @@ class Program:
             return None
         return wait_for("the main window", look)
 
+    def _label_elements(self, bar):
+        found = self.find(bar)
+        return [] if found is None else [
+            element for element in self._walk(found)
+            if element.get_role_name() == "label" and self._shows(element)]
+
     def labels(self, bar):
         """The texts of the labels in a bar, from the first to the last."""
-        def look():
-            found = self.find(bar)
-            if found is None:
-                return []
-            return [element.get_name() for element in self._walk(found)
-                    if element.get_role_name() == "label" and self._shows(element)]
-        return self._tolerant(look, [])
+        return self._tolerant(
+            lambda: [element.get_name() for element in self._label_elements(bar)], [])
+
+    def watch_labels(self, bar):
+        """Finds the labels in a bar, once. Returns what tells their texts from now on, a hundred
+        times as fast as labels() does: for what stands for half a second only."""
+        elements = wait_for(f"the labels of {bar!r}", lambda: self._tolerant(
+            lambda: self._label_elements(bar), []))
+        return lambda: [element.get_name() for element in elements]
 
     def text(self, name, role="text"):
         """What stands in a text field."""
@@ -137,16 +145,18 @@ class Program:
             return None if element is None else element.get_current_value()
         return self._tolerant(look, None)
 
-    def _has_state(self, name, role, state):
-        element = self.find(name, role)
+    def _has_state(self, element, state):
         return element is not None and self._tolerant(
             lambda: element.get_state_set().contains(state), False)
 
+    def shows_enabled(self, element):
+        return self._has_state(element, self._atspi.StateType.ENABLED)
+
     def is_enabled(self, name, role=None):
-        return self._has_state(name, role, self._atspi.StateType.ENABLED)
+        return self.shows_enabled(self.find(name, role))
 
     def has_focus(self, name, role=None):
-        return self._has_state(name, role, self._atspi.StateType.FOCUSED)
+        return self._has_state(self.find(name, role), self._atspi.StateType.FOCUSED)
 
     # Hands.
 

@@ -42,26 +42,47 @@ def check_wavs(destination, names):
                       HERTZ[name])
 
 
-def watch_decoding(started):
-    """Looks at the window until the decoding has ended. Returns what was seen, each in the order
-    of its appearance: captions, lines of the activity bar, and last lines of the status bar."""
+def watch_decoding(started, row):
+    """Starts what a row stands for, and looks at the window until it has been decoded. Returns what
+    was seen, each in the order of its appearance: captions, lines of the activity bar, and last
+    lines of the status bar."""
     captions, actions, status = [], [], []
+    were_closed = False
+    window = started.get("Sonarith v2.0", "frame")
+    commands = started.get("Preferences", "push button")
+    activity_bar = started.watch_labels("Activity bar")
+    status_bar = started.watch_labels("Status bar")
 
     def add(seen, to):
         if seen not in to:
             to.append(seen)
 
-    def ended():
-        bar = started.labels("Activity bar")
-        if bar and bar[0].startswith("Decoding "):
-            add(tuple(bar), actions)
-        if (caption := started.title).startswith("Decoding "):
-            add(caption, captions)
-        add(tuple(started.labels("Status bar")[1:]), status)
-        return actions and started.is_enabled("Preferences", "push button")
+    def look():
+        return window.get_name(), activity_bar(), status_bar()[1:]
 
+    def ended():
+        nonlocal were_closed
+        are_open = started.shows_enabled(commands)
+        were_closed = were_closed or not are_open
+        seen = look()
+        if seen != look():
+            return False  # half of it may be of the next file
+        caption, bar, figures = seen
+        if bar[0].startswith("Decoding "):
+            add(caption, captions)
+            add(tuple(bar), actions)
+        add(tuple(figures), status)
+        return were_closed and are_open
+
+    start_row(started, row)
     wait_for("the end of the decoding", ended, patience=150)
     return captions, actions, status
+
+
+def wait_for_rest(started):
+    """Until the displays are cleared, some seconds after the end."""
+    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+             started.next_action() == "Next action:")
 
 
 def destination_line(destination, name):
@@ -72,8 +93,7 @@ def destination_line(destination, name):
 def one_mp3_becomes_a_wav_file(desktop, program):
     started, destination = start_with_tones(desktop, program, full_paths=True)
     row = row_of(destination / "second.mp3")
-    start_row(started, row)
-    captions, actions, status = watch_decoding(started)
+    captions, actions, status = watch_decoding(started, row)
     check_equal(captions, ["Decoding second.mp3"], "captions")
     check_equal([(action, line.lower()) for action, line in actions],
                 [(f"Decoding  {row}", destination_line(destination, "second"))],
@@ -83,8 +103,7 @@ def one_mp3_becomes_a_wav_file(desktop, program):
              [row_of(destination / "second.wav")])
     check_wavs(destination, ["second"])
     check(started.find("Cancel", "push button") is None, "there is still something to cancel")
-    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
-             started.next_action() == "Next action:")
+    wait_for_rest(started)
     close(started)
 
 
@@ -98,8 +117,7 @@ def all_mp3s_become_wav_files(desktop, program):
              ["first.mp3", "second.mp3"])
     (destination / "second.wav").write_bytes(b"an older one of that name" * 100)
     order = [row.removesuffix(".mp3") for row in started.group("MP3 Files")]
-    start_row(started, "MP3 Files")
-    captions, actions, _ = watch_decoding(started)
+    captions, actions, _ = watch_decoding(started, "MP3 Files")
     check_equal(captions, [f"Decoding {name}.mp3" for name in order], "captions")
     check_equal([(action, line.lower()) for action, line in actions],
                 [(f"Decoding #{number} of 2 files", destination_line(destination, name))
@@ -121,8 +139,7 @@ def selected_mp3s_become_wav_files(desktop, program):
         wait_for(f"{name} among the selected",
                  lambda: name in started.group("Selected MP3 Files"))
     check_equal(started.group("MP3 Files"), ["second.mp3"], "MP3 files that are not selected")
-    start_row(started, "Selected MP3 Files")
-    captions, actions, status = watch_decoding(started)
+    captions, actions, status = watch_decoding(started, "Selected MP3 Files")
     # The file that was chosen last stands first in the list.
     check_equal(captions, ["Decoding first.mp3", "Decoding third.mp3"], "captions")
     check_equal([action for action, _ in actions],
@@ -141,8 +158,7 @@ def a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn(deskto
     (destination / "first.mp3").write_bytes(bytes(5000))
     older = b"an older one of that name" * 100
     (destination / "first.wav").write_bytes(older)
-    start_row(started, "MP3 Files")
-    _, actions, _ = watch_decoding(started)
+    _, actions, _ = watch_decoding(started, "MP3 Files")
     check_equal([action for action, _ in actions],
                 [f"Decoding #{number} of 3 files" for number in (1, 2, 3)],
                 "lines of the activity bar")
@@ -200,9 +216,9 @@ def a_cancelled_decoding_is_kept(desktop, program):
     wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
     wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
     check_kept(destination)
-    # And the next one goes as if nothing had been.
-    start_row(started, "short.mp3")
-    watch_decoding(started)
+    # And the next one goes as if nothing had been. What is chosen too soon, the displays forget.
+    wait_for_rest(started)
+    watch_decoding(started, "short.mp3")
     check_decoded(destination / "short.wav", destination / "short.mp3", SECONDS, 440)
     close(started)
 
@@ -218,8 +234,7 @@ def cancelling_the_first_of_two_leaves_the_second(desktop, program):
     wait_for_moving_figures(started)
     started.click("Cancel", "push button")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
-    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
-             started.next_action() == "Next action:")
+    wait_for_rest(started)
     check_kept(destination)
     close(started)
 
