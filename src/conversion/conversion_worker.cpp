@@ -40,7 +40,7 @@ Status tooShort() {
 
 } // namespace
 
-ConversionWorker::ConversionWorker(ConversionContext context)
+ConversionWorker::ConversionWorker(WorkerContext context)
     : Timer1(context.loop, "Timer1", timerInterval),
       Timer2(context.loop, "Timer2", timerInterval),
       context_(context) {
@@ -62,7 +62,6 @@ void ConversionWorker::Form_Load() {
         return;
     }
     context_.process.workerBusy = true;
-    started_ = true;
     StartMP3(context_.process.currentFile);
 }
 
@@ -75,12 +74,10 @@ void ConversionWorker::Form_Unload() {
 }
 
 void ConversionWorker::starthere() {
-    started_ = true;
     StartMP3(context_.process.currentWavFile);
 }
 
 void ConversionWorker::StartMP3(std::string_view) {
-    started_ = true;
     start().passOver();
 }
 
@@ -90,7 +87,7 @@ Status ConversionWorker::start() {
     if (!length.ok()) {
         return length.error();
     }
-    // Nothing then unloads the window: the main window waits until somebody else does. Meant so.
+    // Nothing then unloads the window: the main window says "Decoding" until Cancel is pressed.
     if (length.value() < leastLengthInBytes) {
         return tooShort();
     }

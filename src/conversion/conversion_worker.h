@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "conversion/conversion_context.h"
+#include "conversion/worker_context.h"
 #include "platform/controls/timer.h"
 #include "platform/result.h"
 
@@ -13,7 +13,7 @@ namespace sonarith {
 
 class ConversionWorker {
   public:
-    explicit ConversionWorker(ConversionContext context);
+    explicit ConversionWorker(WorkerContext context);
     ConversionWorker(const ConversionWorker&) = delete;
     ConversionWorker& operator=(const ConversionWorker&) = delete;
 
@@ -61,11 +61,9 @@ class ConversionWorker {
     void finish();
     void unload();
 
-    ConversionContext context_;
+    WorkerContext context_;
     bool loaded_ = true;
     int running_ = 0;
-    /// Set by each start; nothing reads it.
-    [[maybe_unused]] bool started_ = false;
 };
 
 } // namespace sonarith

@@ -11,8 +11,7 @@
 namespace sonarith {
 
 void DecodingDriver::CmdDecoder_Click() {
-    const NodeRef selected = context_.form.TreeView1.selectedItem();
-    const std::string text = selected ? selected->text() : std::string();
+    const std::string text = textOf(context_.form.TreeView1.selectedItem());
     if (text == mp3FilesText) {
         decodeAll();
     } else if (text == selectedMp3FilesText) {

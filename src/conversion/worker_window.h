@@ -12,7 +12,7 @@ namespace sonarith {
 
 class WorkerWindow {
   public:
-    explicit WorkerWindow(ConversionContext context) : context_(context) {}
+    explicit WorkerWindow(WorkerContext context) : context_(context) {}
     WorkerWindow(const WorkerWindow&) = delete;
     WorkerWindow& operator=(const WorkerWindow&) = delete;
 
@@ -26,7 +26,7 @@ class WorkerWindow {
     }
 
   private:
-    ConversionContext context_;
+    WorkerContext context_;
     /// The last one is the window's. Those before it were unloaded in the middle of a tick.
     std::vector<std::unique_ptr<ConversionWorker>> workers_;
 };

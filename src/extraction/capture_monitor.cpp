@@ -56,11 +56,10 @@ std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
 void CaptureMonitor::showProgress(std::int32_t positionMs) {
     const auto start = static_cast<double>(context_.capture.trackStartMs);
     const auto end = static_cast<double>(context_.capture.trackEndMs);
-    if (end == start) {
-        return; // a track without length has no percentage
+    std::int64_t shown = 0; // stays so for a track without length, which has no percentage
+    if (end != start) {
+        shown = static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     }
-    const auto shown =
-        static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     context_.form.Label33.setCaption(std::to_string(shown) + "%");
     // Before the track's start the value is negative, and the bar stays as it is.
     context_.form.ProgressBar1.setValue(shown).passOver();
@@ -85,7 +84,7 @@ void CaptureMonitor::endTrack() {
 void CaptureMonitor::startNextLine() {
     auto& [loop, media, process, form, capture] = context_;
     form.lstRecord.setListIndex(form.lstRecord.listIndex() + 1).passOver();
-    process.currentTrack = trackNumberIn(form.lstRecord.text());
+    trackNumberIn(form.lstRecord.text()).storeIn(process.currentTrack);
     form.Label3.setCaption("Extracting Track " + std::to_string(process.currentTrack));
     // Still the file just saved.
     form.Label2.setCaption(process.currentFile);

@@ -213,15 +213,17 @@ TEST(CaptureMonitor, ShowsThePercentageRoundedDownAndABarThatStaysInItsRange) {
     }
 }
 
-TEST(CaptureMonitor, ShowsNothingForATrackWithoutLength) {
+TEST(CaptureMonitor, ShowsZeroForATrackWithoutLength) {
     ExtractionBench bench({1000, 0});
     bench.media.device = nullptr;
     bench.media.answer("status cd position", {.reply = "900"});
     bench.captureState.trackStartMs = 1000;
     bench.captureState.trackEndMs = 1000;
     bench.form.Label33.setCaption("as before");
+    ASSERT_TRUE(bench.form.ProgressBar1.setValue(50).ok());
     bench.form.tmrRecord.fire();
-    EXPECT_EQ(bench.form.Label33.caption(), "as before");
+    EXPECT_EQ(bench.form.Label33.caption(), "0%");
+    EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
 }
 
 TEST(CaptureMonitor, NeverEndsATrackWhosePositionFails) {

@@ -13,6 +13,7 @@
 namespace sonarith {
 namespace {
 
+using namespace std::chrono_literals;
 using test::ExtractionBench;
 using test::savedAs;
 using test::ShownBox;
@@ -62,6 +63,66 @@ TEST(CmdStart, CarriesOnWithAnEarlierQueueAfterASingleTrack) {
     // The single track stands in for the current line; the one behind it follows.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400}));
+}
+
+TEST(CmdStart, CarriesOnWithAllLinesOfAQueueThatHasNoCurrentOne) {
+    ExtractionBench bench({1000, 1000, 1000});
+    bench.insertDisc();
+    bench.choose({1, 3});
+    ASSERT_EQ(bench.form.lstRecord.listIndex(), -1);
+    bench.select("Track  2 - 00:00:01");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
+                                              test::SavedCapture{savedAs(1), 176400},
+                                              test::SavedCapture{savedAs(3), 176400}));
+}
+
+TEST(CmdStart, LeavesAQueueOfOneLineBehindASingleTrack) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.choose({1});
+    ASSERT_EQ(bench.form.lstRecord.listIndex(), -1);
+    bench.select("Track  2 - 00:00:01");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
+}
+
+TEST(CmdStart, LeavesAQueueThatHasEndedBehindASingleTrack) {
+    ExtractionBench bench({1000, 1000, 1000});
+    bench.insertDisc();
+    bench.choose({1, 3});
+    bench.select("Selected Tracks");
+    bench.form.cmdStart.click();
+    bench.disc.saved.clear();
+    bench.select("Track  2 - 00:00:01");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
+}
+
+TEST(CmdStart, GoesThroughTheWholeQueueAgainOnceATrackIsChosenDuringIt) {
+    ExtractionBench bench({1000, 1000, 1000});
+    bench.insertDisc();
+    bench.choose({1, 2});
+    bench.select("Selected Tracks");
+    bench.loop.after(1500ms, [&] {
+        putOnTop(bench.form.lstRecord, bench.form.lstTracks.list(2), bench.form.List7);
+    });
+    bench.form.cmdStart.click();
+    // The list was filled anew, and has no current line; what was captured already follows again.
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 176400},
+                                              test::SavedCapture{savedAs(2), 176400},
+                                              test::SavedCapture{savedAs(3), 176400},
+                                              test::SavedCapture{savedAs(1), 176400},
+                                              test::SavedCapture{savedAs(2), 176400}));
+}
+
+TEST(CmdStart, KeepsTheTrackInHandWhereTheNumberDoesNotFit) {
+    ExtractionBench bench({1000, 1000});
+    bench.insertDisc();
+    bench.state.currentTrack = 2;
+    bench.select("Track9e9.wav");
+    bench.form.cmdStart.click();
+    EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
 TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {

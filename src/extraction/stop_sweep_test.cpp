@@ -171,6 +171,83 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
     }
 }
 
+TEST(EveryStop, InsideTheMessageOfAnEmptySelectionLeavesEverythingAtRest) {
+    for (const StopKind& kind : stopKinds()) {
+        SCOPED_TRACE(kind.name);
+        ShortRun bench;
+        bench.form.lstRecord.clear();
+        int boxes = 0;
+        bench.boxes.whileUp = [&](const test::ShownBox&) {
+            ++boxes;
+            kind.stop(bench);
+        };
+        bench.form.cmdStart.click();
+        EXPECT_EQ(boxes, 1);
+        bench.expectIdleRegained();
+        bench.choose({1, 2, 3});
+        bench.expectNextRunWorks();
+    }
+}
+
+TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
+    for (const StopKind& kind : stopKinds()) {
+        bool reached = true;
+        int n = 0;
+        while (reached) {
+            ++n;
+            SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
+            ASSERT_LT(n, 20);
+            reached = false;
+            ExtractionBench bench({200, 200, 200});
+            bool returned = false;
+            bench.loop.atYield(n, [&] {
+                if (!returned) {
+                    reached = true;
+                    kind.stop(bench);
+                }
+            });
+            bench.inspection.InspectCD();
+            returned = true;
+            EXPECT_TRUE(bench.idle());
+            EXPECT_TRUE(bench.commandsOpen());
+            bench.loop.advance(40s);
+            // What a lost device did not answer is there after the next inspection.
+            bench.inspection.InspectCD();
+            bench.choose({1, 2, 3});
+            bench.select("Selected Tracks");
+            bench.form.cmdStart.click();
+            EXPECT_EQ(bench.disc.saved.size(), bench.state.cancelRequested ? 1U : 3U);
+            EXPECT_TRUE(bench.idle());
+        }
+        EXPECT_GT(n, 1) << kind.name;
+    }
+}
+
+TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingAtRest) {
+    for (const char* tracks : {"0", "1"}) {
+        for (const StopKind& kind : stopKinds()) {
+            SCOPED_TRACE(kind.name + " in the box of a disc of " + tracks);
+            ExtractionBench bench({200, 200, 200});
+            bench.media.answer("status cd number of tracks", {.reply = tracks});
+            int boxes = 0;
+            bench.boxes.whileUp = [&](const test::ShownBox&) {
+                ++boxes;
+                kind.stop(bench);
+            };
+            bench.inspection.InspectCD();
+            EXPECT_EQ(boxes, 1);
+            EXPECT_FALSE(bench.form.tmrRecord.enabled());
+            EXPECT_FALSE(bench.disc.recorderOpen());
+            EXPECT_TRUE(bench.commandsOpen());
+            bench.loop.advance(40s);
+            bench.boxes.whileUp = nullptr;
+            bench.media.forgetAnswers();
+            bench.inspection.InspectCD();
+            EXPECT_EQ(bench.form.lstTracks.listCount(), 3);
+        }
+    }
+}
+
 TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
     // That box stands inside the tick that ended the track before it.
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",

@@ -29,12 +29,11 @@ void TrackCapture::cmdStart_Click() {
 
 TrackCapture::Queue TrackCapture::takeQueue() {
     auto& [loop, media, process, form, capture] = context_;
-    const NodeRef selected = form.TreeView1.selectedItem();
-    const std::string text = selected ? selected->text() : std::string();
+    const std::string text = textOf(form.TreeView1.selectedItem());
     if (isTrackText(text)) {
         // The queue is left as it is: the monitor goes on with lines that stand behind its current
         // one.
-        process.currentTrack = trackNumberIn(text);
+        trackNumberIn(text).storeIn(process.currentTrack);
     } else if (text == availableTracksText) {
         form.lstRecord.clear();
         for (int i = 0; i < form.lstTracks.listCount(); ++i) {
@@ -53,7 +52,7 @@ TrackCapture::Queue TrackCapture::takeQueue() {
 
 void TrackCapture::takeFirstLine() {
     context_.form.lstRecord.setListIndex(0).passOver();
-    context_.process.currentTrack = trackNumberIn(context_.form.lstRecord.list(0));
+    trackNumberIn(context_.form.lstRecord.list(0)).storeIn(context_.process.currentTrack);
     context_.capture.trackEndMs = 0;
 }
 
@@ -81,8 +80,10 @@ void TrackCapture::StartTrackRecording2(std::int32_t TrackNum) {
 
 void TrackCapture::StartTrackRecording1(std::int32_t TrackNum) {
     auto& [loop, media, process, form, capture] = context_;
-    // The argument counts for nothing.
-    TrackNum = form.lstRecord.itemData(form.lstRecord.listIndex());
+    // The argument counts only where the queue has no current line.
+    if (const int line = form.lstRecord.listIndex(); line >= 0) {
+        TrackNum = form.lstRecord.itemData(line);
+    }
     process.stopRequested = false;
     tellTrack("Extracting Track " + std::to_string(TrackNum));
     nameFile(TrackNum);

@@ -282,10 +282,20 @@ TEST(StartTrackRecording1, OpensTheRecorderEvenWithoutATrackAndThenSkipsTheRest)
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.tmrRecord.setEnabled(true);
-    bench.capture.StartTrackRecording1(2);
+    bench.capture.StartTrackRecording1(3);
     EXPECT_THAT(bench.media.log, ElementsAre(openRecorder));
     EXPECT_TRUE(bench.form.tmrRecord.enabled());
     EXPECT_FALSE(bench.commandsOpen());
+}
+
+TEST(StartTrackRecording1, TakesItsArgumentWhereTheQueueHasNoCurrentLine) {
+    ExtractionBench bench({60000, 30000});
+    bench.insertDisc();
+    bench.choose({1});
+    bench.formatText = "44.100Hz, 16bit Stereo, 172k/sec";
+    bench.capture.StartTrackRecording1(2);
+    EXPECT_EQ(bench.form.Label2.caption(), "To: " + savedAs(2));
+    EXPECT_EQ(bench.timesSent("play cd from 60000"), 1);
 }
 
 TEST(StartTrackRecording1, EndsAtTheSetCommandForAnUnknownFormatText) {

@@ -17,13 +17,11 @@ std::string trackLine(std::int32_t number, std::string_view length) {
            std::string(length);
 }
 
-std::int32_t trackNumberIn(std::string_view line) {
+Result<std::int32_t> trackNumberIn(std::string_view line) {
     if (line.size() <= numberPosition) {
         return 0;
     }
-    // Three characters hold no number outside -99 to 999 but one with an exponent ("9e9"), which
-    // is no track either.
-    return roundedToInteger32(numberOf(line.substr(numberPosition, readWidth))).valueOr(0);
+    return roundedToInteger32(numberOf(line.substr(numberPosition, readWidth)));
 }
 
 } // namespace sonarith

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/result.h"
+
 namespace sonarith {
 
 /// The line of track `number`. The number stands right-aligned in two characters, which drop what
@@ -14,7 +16,8 @@ namespace sonarith {
 [[nodiscard]] std::string trackLine(std::int32_t number, std::string_view length);
 
 /// The track number in a line: its three characters from position 6 (from 1), read leniently. 0 for
-/// a text that holds no number there, the empty text among them.
-[[nodiscard]] std::int32_t trackNumberIn(std::string_view line);
+/// a text that holds no number there, the empty text among them. Error: overflow, for one with an
+/// exponent ("9e9").
+[[nodiscard]] Result<std::int32_t> trackNumberIn(std::string_view line);
 
 } // namespace sonarith

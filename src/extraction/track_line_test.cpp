@@ -21,23 +21,27 @@ TEST(TrackLine, KeepsTheDevicesTextAsItIs) {
 }
 
 TEST(TrackLine, IsReadBackFromThreeCharactersAtPositionSix) {
-    EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05"), 1);
-    EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05"), 12);
+    EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05").valueOr(-1), 1);
+    EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05").valueOr(-1), 12);
     // The number's field is three wide for a reader.
-    EXPECT_EQ(trackNumberIn("Track123 - 00:03:05"), 123);
-    EXPECT_EQ(trackNumberIn("Track1234"), 123);
+    EXPECT_EQ(trackNumberIn("Track123 - 00:03:05").valueOr(-1), 123);
+    EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }
 
 TEST(TrackLine, ReadsZeroWhereNoNumberStands) {
-    EXPECT_EQ(trackNumberIn(""), 0);
-    EXPECT_EQ(trackNumberIn("Track"), 0);
-    EXPECT_EQ(trackNumberIn("Track "), 0);
-    EXPECT_EQ(trackNumberIn("Tracks of mine.wav"), 0);
-    EXPECT_EQ(trackNumberIn("Track\xc3\xa4\xc3"), 0);
+    EXPECT_EQ(trackNumberIn("").valueOr(-1), 0);
+    EXPECT_EQ(trackNumberIn("Track").valueOr(-1), 0);
+    EXPECT_EQ(trackNumberIn("Track ").valueOr(-1), 0);
+    EXPECT_EQ(trackNumberIn("Tracks of mine.wav").valueOr(-1), 0);
+    EXPECT_EQ(trackNumberIn("Track\xc3\xa4\xc3").valueOr(-1), 0);
 }
 
 TEST(TrackLine, ReadsTheNumberOfAFileThatIsNamedLikeATrack) {
-    EXPECT_EQ(trackNumberIn("Track7.wav"), 7);
+    EXPECT_EQ(trackNumberIn("Track7.wav").valueOr(-1), 7);
+}
+
+TEST(TrackLine, FailsForANumberBeyondThirtyTwoBits) {
+    EXPECT_EQ(trackNumberIn("Track9e9.wav").error().number, ErrorNumber::overflow);
 }
 
 } // namespace

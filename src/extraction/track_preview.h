@@ -13,7 +13,7 @@ class TrackPreview {
     /// Plays the disc from the start of currentTrack; the device stays open.
     void Command11_Click();
     /// Stops and closes recorder and disc. A running capture is lost unsaved while its monitor goes
-    /// on, until "Stop Everything".
+    /// on, until Cancel or the close button ends it.
     void Command12_Click();
 
   private:

@@ -74,6 +74,26 @@ TEST_F(Cmaddfile2Test, ShowsTheNameAloneWithoutFullPathsAndStoresThePath) {
     EXPECT_EQ(process.SplitDir, "c:\\music\\");
 }
 
+TEST_F(Cmaddfile2Test, ANameWithABracketStandsForItselfAlone) {
+    put("c:\\music\\x1.wav");
+    put("c:\\music\\x[1].wav");
+    adder.Cmaddfile2("c:\\music\\x1.wav");
+    for (int time = 0; time < 2; ++time) {
+        adder.Cmaddfile2("c:\\music\\x[1].wav");
+        EXPECT_THAT(childrenOf("WAV Files"),
+                    ElementsAre("c:\\music\\x1.wav", "c:\\music\\x[1].wav"));
+        EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\x[1].wav", "c:\\music\\x1.wav"));
+    }
+}
+
+TEST_F(Cmaddfile2Test, AnEntryWithABracketAndWithoutANodeIsNotDoubled) {
+    put("c:\\music\\x[1].wav");
+    form.List1.addItem("c:\\music\\x[1].wav");
+    adder.Cmaddfile2("c:\\music\\x[1].wav");
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\x[1].wav"));
+    EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\x[1].wav"));
+}
+
 TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesDoesNothingAndSaysNothing) {
     const auto before = outline();
     put("c:\\music\\short.wav", 99);

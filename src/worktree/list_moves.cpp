@@ -119,8 +119,8 @@ void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // Unlike a WAV file, and a drag, and meant so: List2 is emptied and List4 is not, so that its
-    // former entries stand there twice, before and behind the new one.
+    // Unlike a WAV file, and a drag: List2 is emptied and List4 is not, so that its former entries
+    // stand there twice, before and behind the new one. A start then decodes them twice.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {

@@ -188,6 +188,16 @@ TEST_F(ListMovesTest, TheEntryThatSlidesIntoARemovedPlaceIsPassedOver) {
     EXPECT_THAT(lines(form.List1), ElementsAre("a.wav", "b.wav"));
 }
 
+TEST_F(ListMovesTest, AnEntryThatComesBehindTheEndInsideAYieldIsNotLookedAt) {
+    fill(form.List1, {"b.wav", "a.wav"});
+    loop.atYield(1, [this] {
+        form.List1.addItem("c.wav");
+        form.List1.addItem("a.wav");
+    });
+    move("a.wav", "WAV Files");
+    EXPECT_THAT(lines(form.List1), ElementsAre("b.wav", "c.wav", "a.wav"));
+}
+
 TEST_F(ListMovesTest, YieldsAfterEachRemovalFromAFileListAndNowhereElse) {
     const auto yieldsOf = [this](const std::string& s, const std::string& group) {
         const int before = loop.yieldCount();

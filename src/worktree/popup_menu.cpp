@@ -32,7 +32,7 @@ void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
     // One after the other, each overriding the last. A group that none of them names ("WAV Files")
-    // keeps the state of the time before: meant so.
+    // offers what the menu offered the time before.
     if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
         set({});
     }
@@ -60,7 +60,7 @@ void PopupMenu::set(Open open) {
 }
 
 std::string PopupMenu::draggedText() const {
-    return drag_.DragNode ? drag_.DragNode->text() : std::string();
+    return textOf(drag_.DragNode);
 }
 
 void PopupMenu::mnuFileRemove_Click() {
@@ -72,8 +72,8 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // The whole entry: a node that shows a bare name takes no path out of its list, and
-            // the file is still worked on. Meant so, and unlike the command below.
+            // The whole entry, unlike the command below: a node that shows a bare name takes no
+            // path out of its list, and a start still decodes such an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;

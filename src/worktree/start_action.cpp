@@ -17,8 +17,7 @@ void ActionStarter::CmdSelectAction_Click() {
     if (process_.settings.minimizeOnStart == 1) {
         form_.mnuMinimize.click();
     }
-    const NodeRef selected = form_.TreeView1.selectedItem();
-    runActionFor(selected ? selected->text() : std::string());
+    runActionFor(textOf(form_.TreeView1.selectedItem()));
     // However the action ended, and also if there was none.
     form_.Timer1.setEnabled(true);
     form_.tmrWarning.setEnabled(false);

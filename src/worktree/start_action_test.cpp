@@ -146,6 +146,21 @@ TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfItIsWanted) {
     EXPECT_FALSE(form.tmrWarning.enabled());
 }
 
+TEST_F(StartActionTest, MinimizesForTheValueOneAlone) {
+    int minimized = 0;
+    form.mnuMinimize.onClick = [&] {
+        ++minimized;
+    };
+    for (const int value : {0, 2, -1}) {
+        process.settings.minimizeOnStart = value;
+        start(t1);
+        EXPECT_EQ(minimized, 0) << value;
+    }
+    process.settings.minimizeOnStart = 1;
+    start(t1);
+    EXPECT_EQ(minimized, 1);
+}
+
 TEST_F(StartActionTest, AWavNodeStartsNothingButMinimizesRestoresAndStartsTheTimer) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {

@@ -41,13 +41,13 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     // Once for each node that is reached; but a move leaves the group that it addressed here, so
-    // that the next event over the same item counts as a change: meant so.
+    // that the next event over the same item counts as a change, and the item goes back again.
     if (target == drag_.DropTarget) {
         return;
     }
     drag_.DropTarget = target;
     TreeView& tree = form_.TreeView1;
-    const std::string dragged = drag_.DragNode ? drag_.DragNode->text() : std::string();
+    const std::string dragged = textOf(drag_.DragNode);
     if (!levelsFit(target)) {
         // The move takes place all the same: a node of the wrong level refuses the drop alone.
         tree.setDropHighlight(nullptr).passOver();

@@ -8,7 +8,7 @@ namespace sonarith {
 namespace {
 
 /// Where the two groups of tracks stand on a first build. After a later build other nodes stand
-/// there, and tracks are moved under those: meant so.
+/// there, and a user sees a track go under those ("WAV Files").
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;
 
@@ -30,8 +30,7 @@ constexpr FileMove fileMoves[] = {
 } // namespace
 
 void TreeMoves::moveSelected() {
-    const NodeRef selected = form_.TreeView1.selectedItem();
-    move(selected ? selected->text() : std::string(), MovedBy::doubleClick);
+    move(textOf(form_.TreeView1.selectedItem()), MovedBy::doubleClick);
 }
 
 void TreeMoves::MoveDraggedNode(const std::string& text) {
@@ -101,7 +100,7 @@ void TreeMoves::rebuildAvailableTracks() {
 
 void TreeMoves::moveFileNode() {
     TreeView& tree = form_.TreeView1;
-    const std::string text = drag_.DragNode ? drag_.DragNode->text() : std::string();
+    const std::string text = textOf(drag_.DragNode);
     const std::string parent = parentText(drag_.DragNode);
     for (const FileMove& move : fileMoves) {
         // The group itself fits as well as what stands in it.

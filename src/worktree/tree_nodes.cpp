@@ -48,9 +48,12 @@ NodeRef firstNodeOfText(const TreeView& tree, const std::string& text) {
     return nullptr;
 }
 
+std::string textOf(const NodeRef& node) {
+    return node ? node->text() : std::string();
+}
+
 std::string parentText(const NodeRef& node) {
-    const NodeRef parent = node ? node->parent() : nullptr;
-    return parent ? parent->text() : std::string();
+    return textOf(node ? node->parent() : nullptr);
 }
 
 bool isTrackText(const std::string& text) {

@@ -29,6 +29,9 @@ Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string&
 /// The node of the lowest index whose text equals `text`; empty if there is none.
 [[nodiscard]] NodeRef firstNodeOfText(const TreeView& tree, const std::string& text);
 
+/// The text of a node; empty for none.
+[[nodiscard]] std::string textOf(const NodeRef& node);
+
 /// The text of a node's parent; empty for no node, a root or a removed node.
 [[nodiscard]] std::string parentText(const NodeRef& node);
 

@@ -40,6 +40,11 @@ TEST_F(TreeNodesTest, FindsTheNodeOfTheLowestIndex) {
     EXPECT_EQ(firstNodeOfText(tree, "Item"), nullptr);
 }
 
+TEST_F(TreeNodesTest, TheTextOfNoNodeIsEmpty) {
+    EXPECT_EQ(textOf(item), "item");
+    EXPECT_EQ(textOf(nullptr), "");
+}
+
 TEST_F(TreeNodesTest, AParentsTextIsEmptyWhereThereIsNoParent) {
     EXPECT_EQ(parentText(item), "group");
     EXPECT_EQ(parentText(collection), "");

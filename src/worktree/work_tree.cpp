@@ -50,7 +50,8 @@ void WorkTree::showfiles() {
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    tree.ensureVisible(group).passOver();
+    // The group itself: on a later build it is not the one added last.
+    tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);
 }

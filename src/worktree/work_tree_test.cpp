@@ -188,6 +188,18 @@ TEST_F(ShowfilesTest, MakesEachMp3VisibleWithoutFullPaths) {
     view.setObserver(nullptr);
 }
 
+TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleOnALaterBuildToo) {
+    disc(twoTracks);
+    tree.showfiles();
+    test::RevealLog reveals;
+    view.setObserver(&reveals);
+    tree.showfiles();
+    // It stands from before; the group added last is another one, and is revealed in its turn.
+    EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
+                                           "Available Tracks", "MP3 Files"));
+    view.setObserver(nullptr);
+}
+
 // --- later builds ---------------------------------------------------------------------------
 
 TEST_F(ShowfilesTest, TheSecondBuildReplacesTheFirstCollectionAloneAndPutsItLast) {
@@ -250,6 +262,19 @@ TEST_F(ShowfilesTest, TheThirdBuildReplacesWhatThenStandsFirst) {
                             "    c:\\music\\b.mp3", "CD Tracks", "  Selected Tracks",
                             "  Available Tracks", "    " + twoTracks[0], "    " + twoTracks[1],
                             "WAV Files Folder", "  WAV Files", "    c:\\music\\c.wav"));
+}
+
+TEST_F(ShowfilesTest, ABuildRemovesTheNodeAtTheSecondIndexForItselfToo) {
+    tree.showfiles();
+    tree.showfiles();
+    tree.showfiles();
+    ASSERT_EQ(view.node(1), node("MP3 Files Folder"));
+    ASSERT_EQ(view.node(2), node("Selected MP3 Files"));
+    // The group is no longer a part of what goes with the node at index 1.
+    ASSERT_TRUE(view.setParent(node("Selected MP3 Files"), node("CD Tracks")).ok());
+    tree.showfiles();
+    EXPECT_THAT(childrenOf("CD Tracks"), ElementsAre("Selected Tracks", "Available Tracks"));
+    EXPECT_THAT(childrenOf("MP3 Files Folder"), ElementsAre("Selected MP3 Files", "MP3 Files"));
 }
 
 TEST_F(ShowfilesTest, OnTheThirdBuildANewTrackHasNoParentAndGetsNoNode) {

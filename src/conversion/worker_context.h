@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the conversion's jobs work with, by reference. It owns nothing and does nothing.
+// What the worker of one conversion works with, by reference. It owns nothing and does nothing.
 #pragma once
 
 #include "app/form1.h"
@@ -12,7 +12,7 @@
 
 namespace sonarith {
 
-struct ConversionContext {
+struct WorkerContext {
     EventLoop& loop;
     FileSystem& files;
     /// One long-lived control, held by one worker after the other.
