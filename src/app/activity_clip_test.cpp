@@ -10,6 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::ApplicationBench;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -23,6 +24,7 @@ TEST(ActivityClip, OpensAndPlaysTheClipOfTheProgramsFolder) {
     bench.media.answerPrefix("", {});
     bench.form.Timeravi.fire();
     EXPECT_EQ(bench.media.log, clipCommands);
+    EXPECT_THAT(bench.media.replySizes, Each(128U));
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 

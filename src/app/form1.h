@@ -53,8 +53,8 @@ class Form1 : public Form {
     PictureBox Picture6{"Picture6"}; ///< host area of the activity clip
 
     // CD bar. lblCDID and lblNumTracks are stores as well: they are read back as numbers.
-    CommandButton Command11{"Command11"};
-    CommandButton Command12{"Command12"};
+    CommandButton Command11{"Command11"}; ///< lets the track in hand be heard
+    CommandButton Command12{"Command12"}; ///< silences it
     Label Label5{"Label5", "Low Drive space"};
     Label lblCDID{"lblCDID"};
     Label lblNumTracks{"lblNumTracks"};
@@ -62,14 +62,14 @@ class Form1 : public Form {
     // Activity bar.
     PictureBox Image5{"Image5"};
     PictureBox Image4{"Image4"};
-    Label Label3{"Label3", "Next Action:"};
-    Label Label2{"Label2"};
+    Label Label3{"Label3", "Next Action:"}; ///< the action that goes on or comes next
+    Label Label2{"Label2"};                 ///< the file that is written, or the destination folder
 
     // Status bar.
     ProgressBar ProgressBar1{"ProgressBar1", 0, 100};
-    Label Status{"Status", "00.00%"};
-    Label Label33{"Label33", "OFF"};
-    Label lblStatus{"lblStatus"};
+    Label Status{"Status", "00.00%"}; ///< shown as it is; nothing writes it
+    Label Label33{"Label33", "OFF"};  ///< percentage of the track or file
+    Label lblStatus{"lblStatus"};     ///< bytes captured, or of the last WAV decoded
 
     TreeView TreeView1{"TreeView1"};
 
@@ -83,9 +83,9 @@ class Form1 : public Form {
     ListBox List5{"List5"};         ///< selected WAV paths
     ListBox List7{"List7"};         ///< scratch, holds no meaning between two uses
     CheckBox Check9{"Check9"};      ///< 1: end this track on the next tick
-    CommandButton cmdStart{"cmdStart", "Start"};
-    CommandButton CmdDecoder{"CmdDecoder", "decode"};
-    CommandButton Command8{"Command8", "Cancel"};
+    CommandButton cmdStart{"cmdStart", "Start"};      ///< extracts tracks
+    CommandButton CmdDecoder{"CmdDecoder", "decode"}; ///< decodes MP3 files
+    CommandButton Command8{"Command8", "Cancel"};     ///< ends what goes on, keeps what is there
 
     Timer Timer1;     ///< one-shot return of the displays to idle
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress

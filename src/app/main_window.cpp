@@ -73,8 +73,13 @@ void MainWindow::Command5_Click() {
 void MainWindow::Cmdhelp_Click() {
     const std::string folder = platform_.files.programFolder();
     if (platform_.files.changeFolder(folder).ok()) {
-        platform_.shell.showHelp(folder + "\\sonarith.chm");
+        ShowHelpFile(folder + "\\sonarith.chm");
     }
+}
+
+std::string MainWindow::ShowHelpFile(const std::string& path) {
+    platform_.shell.showHelp(path);
+    return {};
 }
 
 void MainWindow::mnuStart_Click() {

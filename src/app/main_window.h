@@ -3,6 +3,8 @@
 // The jobs that its buttons start live in folders of their own; the application wires both.
 #pragma once
 
+#include <string>
+
 #include "app/form1.h"
 #include "app/platform.h"
 #include "app/windows.h"
@@ -35,6 +37,9 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
+    /// Asks the help viewer to show a help file (a path in the logic's form). The text that comes
+    /// back is empty, whatever the viewer makes of it.
+    std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();
     /// "Refresh List": reads the disc again and rebuilds the tree.

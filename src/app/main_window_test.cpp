@@ -186,9 +186,19 @@ TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
     bench.windows.Form4.load();
     bench.windows.frmpopup.load();
     bench.media.log.clear();
+    std::vector<std::string> steps;
+    bench.media.onCommand = [&](std::string_view command) {
+        steps.emplace_back(command);
+    };
+    bench.windows.Form4.onUnload = [&] {
+        steps.emplace_back("Form4");
+    };
+    bench.windows.frmpopup.onUnload = [&] {
+        steps.emplace_back("frmpopup");
+    };
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
     EXPECT_TRUE(bench.process.stopRequested);
-    EXPECT_THAT(bench.media.log, ElementsAre("stop cd", "close capture", "close cd"));
+    EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "Form4", "frmpopup"));
     EXPECT_FALSE(bench.windows.Form4.loaded());
     EXPECT_FALSE(bench.windows.frmpopup.loaded());
     EXPECT_TRUE(bench.loop.ended());

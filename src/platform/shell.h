@@ -20,10 +20,7 @@ class Shell {
     virtual void showAboutBox() = 0;
     /// The window system's number for the window that shows `control`, for device commands that
     /// name one; 0 where there is none.
-    [[nodiscard]] virtual std::uint64_t windowHandle(const Control& control) const {
-        static_cast<void>(control);
-        return 0;
-    }
+    [[nodiscard]] virtual std::uint64_t windowHandle(const Control& control) const = 0;
 };
 
 } // namespace sonarith

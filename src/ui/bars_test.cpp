@@ -50,11 +50,16 @@ TEST_F(BarsTest, TheCdBarsHeadingsStandAboveTheirValues) {
     window.show();
     bar->resize(266, bar->sizeHint().height());
     bar->layout()->activate();
-    const auto* heading = bar->findChild<QLabel*>("heading CD ID:");
-    const auto* value = bar->findChild<QLabel*>("lblCDID");
-    EXPECT_EQ(heading->text(), "CD ID:");
-    EXPECT_LE(heading->geometry().bottom(), value->geometry().top());
-    EXPECT_EQ(heading->x(), value->x());
+    for (const auto& [text, below] :
+         {std::pair("CD ID:", "lblCDID"), std::pair("Tracks:", "lblNumTracks")}) {
+        SCOPED_TRACE(text);
+        const auto* heading = bar->findChild<QLabel*>(QStringLiteral("heading ") + text);
+        const auto* value = bar->findChild<QLabel*>(below);
+        ASSERT_NE(heading, nullptr);
+        EXPECT_EQ(heading->text(), text);
+        EXPECT_LE(heading->geometry().bottom(), value->geometry().top());
+        EXPECT_EQ(heading->x(), value->x());
+    }
 }
 
 } // namespace

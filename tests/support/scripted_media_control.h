@@ -29,6 +29,8 @@ class ScriptedMediaControl final : public MediaControl {
   public:
     /// Every command, oldest first.
     std::vector<std::string> log;
+    /// Room for the reply to each of them, in characters; 0 where none was wanted.
+    std::vector<std::size_t> replySizes;
     /// Runs after a command was logged and before it is answered.
     std::function<void(std::string_view)> onCommand;
     /// Answers what no script answers; without it such a command succeeds with no words.
@@ -63,6 +65,7 @@ class ScriptedMediaControl final : public MediaControl {
     using MediaControl::sendString;
     int sendString(std::string_view command, ReplyBuffer* reply) override {
         log.emplace_back(command);
+        replySizes.push_back(reply != nullptr ? reply->bytes().size() : 0);
         if (onCommand) {
             onCommand(command);
         }

@@ -46,6 +46,16 @@ void QtShell::showHelp(const std::string& path) {
     }
 }
 
+std::uint64_t QtShell::windowHandle(const Control& control) const {
+    const QString name = toQString(control.name());
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (const auto* view = window->findChild<const QWidget*>(name)) {
+            return view->effectiveWinId();
+        }
+    }
+    return 0;
+}
+
 void QtShell::showAboutBox() {
     QMessageBox box(QMessageBox::NoIcon, toQString(title_), toQString(title_), QMessageBox::Ok,
                     dialogParent());

@@ -24,6 +24,7 @@ class QtShell : public Shell {
     void showHelp(const std::string& path) override;
     /// Returns when the box was closed.
     void showAboutBox() override;
+    [[nodiscard]] std::uint64_t windowHandle(const Control& control) const override;
 
   private:
     std::string title_;

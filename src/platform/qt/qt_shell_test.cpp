@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
+#include "platform/controls/basic_controls.h"
 #include "platform/qt/dialog_loop.h"
 
 namespace sonarith {
@@ -50,6 +51,17 @@ TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreSilent) {
     shell.showHelp("c:\\sonarith.chm");
     shell.showHelp("c:\\.");
     EXPECT_THAT(opened, IsEmpty());
+}
+
+TEST_F(QtShellTest, AControlIsShownByTheWindowThatItStandsIn) {
+    const PictureBox clip("Picture6");
+    EXPECT_EQ(shell.windowHandle(clip), 0U);
+    QWidget window;
+    auto* view = new QWidget(&window);
+    view->setObjectName(QStringLiteral("Picture6"));
+    window.show();
+    EXPECT_EQ(shell.windowHandle(clip), window.winId());
+    EXPECT_EQ(shell.windowHandle(PictureBox("Picture5")), 0U);
 }
 
 TEST_F(QtShellTest, TheAboutBoxCarriesTheTitleAndClosesByKeyboard) {
