@@ -39,7 +39,9 @@ inline std::vector<sound::StereoFrame> silence(std::size_t count) {
 class PatternSource : public sound::SampleSource {
   public:
     static constexpr std::int64_t endless = std::numeric_limits<std::int64_t>::max();
-    explicit PatternSource(std::int64_t length = endless) : length_(length) {}
+    /// How it says that it has given all of its frames.
+    explicit PatternSource(std::int64_t length = endless, sound::Supply end = sound::Supply::ended)
+        : length_(length), end_(end) {}
 
     /// From now on it has no more than `frames` to give, until it is told otherwise.
     void allow(std::int64_t frames) { allowed_ = frames; }
@@ -68,13 +70,14 @@ class PatternSource : public sound::SampleSource {
         }
         const auto frames = static_cast<std::size_t>(count);
         if (position_ == length_) {
-            return {frames, sound::Supply::ended};
+            return {frames, end_};
         }
         return {frames, frames == block.size() ? sound::Supply::flowing : sound::Supply::starving};
     }
 
   private:
     std::int64_t length_;
+    sound::Supply end_;
     std::atomic<std::int64_t> position_ = 0;
     std::atomic<std::int64_t> allowed_ = endless;
     std::atomic<int> pulls_ = 0;

@@ -149,9 +149,9 @@ class DiscPlayer::Reader {
         if (frames == wanted)
             return sound::Supply::flowing;
         // Once the medium is gone no more will come, though the mode says that it plays.
-        if (mode_ == PlayerMode::stopped || gone_)
+        if (mode_ == PlayerMode::stopped)
             return sound::Supply::ended;
-        return sound::Supply::starving;
+        return gone_ ? sound::Supply::lost : sound::Supply::starving;
     }
 
     std::int64_t sectorsToRead() const {

@@ -45,7 +45,7 @@ class DiscPlayer : public sound::SampleSource {
     /// True from the moment a read said that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// Starving while the reader has nothing yet, and while paused. Ended while stopped, and once
+    /// Starving while the reader has nothing yet, and while paused. Ended while stopped. Lost once
     /// the medium is gone and what was read before has been taken, though the mode says `playing`.
     /// A full block is always `flowing`, even the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;

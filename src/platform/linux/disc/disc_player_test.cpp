@@ -38,7 +38,7 @@ std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
         const Pulled pulled = player.pull(room);
         heard.insert(heard.end(), block.begin(),
                      block.begin() + static_cast<std::ptrdiff_t>(pulled.frames));
-        if (pulled.supply == Supply::ended)
+        if (pulled.supply == Supply::ended || pulled.supply == Supply::lost)
             break;
         if (pulled.supply == Supply::starving)
             std::this_thread::yield();
@@ -257,10 +257,10 @@ TEST(DiscPlayer, GoesOnSayingThatItPlaysWhenTheMediumIsGone) {
     EXPECT_EQ(player.positionInFrames(), static_cast<std::int64_t>(heard.size()));
 
     const std::size_t reads = disc->reads().size();
-    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+    EXPECT_EQ(pullBlock(player).supply, Supply::lost);
     player.play(0, 10);
     EXPECT_EQ(player.mode(), PlayerMode::playing);
-    EXPECT_EQ(pullBlock(player).supply, Supply::ended);
+    EXPECT_EQ(pullBlock(player).supply, Supply::lost);
     EXPECT_EQ(disc->reads().size(), reads);
     player.stop();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);

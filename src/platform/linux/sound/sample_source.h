@@ -23,6 +23,7 @@ enum class Supply {
     flowing,  ///< it filled the whole block
     starving, ///< it has no more at this moment (a drive spinning up); the rest will come
     ended,    ///< it has no more, and none will come: the line falls silent
+    lost,     ///< as `ended`, before its time: its medium is gone
 };
 
 struct Pulled {

@@ -28,6 +28,7 @@ void SoundCard::attach(Line line, std::shared_ptr<SampleSource> source, Time now
             restartClock(now);
         }
         std::swap(channel(line).source, source);
+        channel(line).lost = false;
     }
     wakeUp();
 }
@@ -36,6 +37,7 @@ void SoundCard::detach(Line line) {
     std::shared_ptr<SampleSource> released;
     const std::lock_guard lock(mutex_);
     std::swap(channel(line).source, released);
+    channel(line).lost = false;
 }
 
 void SoundCard::startRecording(std::shared_ptr<RecordingSink> sink, Time now) {
@@ -198,11 +200,18 @@ std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& release
         const Pulled pulled =
             line.source->pull(std::span(line.waiting).subspan(line.waitingFrames, room));
         line.waitingFrames += std::min(pulled.frames, room);
-        if (pulled.supply == Supply::ended) {
+        if (pulled.supply == Supply::ended || pulled.supply == Supply::lost) {
+            line.lost = pulled.supply == Supply::lost;
             released.push_back(std::exchange(line.source, nullptr));
         }
     }
     return line.source ? std::min(line.waitingFrames, wanted) : wanted;
+}
+
+/// How many frames of a block are recorded: after the last one of a line that lost its source no
+/// more, since hours of silence behind it would fill the disk.
+std::size_t SoundCard::recordable(const Channel& line, std::size_t frames) {
+    return line.lost ? std::min(frames, line.waitingFrames) : frames;
 }
 
 void SoundCard::feedRecorder(std::size_t frames) {
@@ -212,8 +221,11 @@ void SoundCard::feedRecorder(std::size_t frames) {
     if (recordingSource_ != RecordingSource::mix) {
         // The lines stand first among the recording sources, in the same order.
         const Channel& line = channel(static_cast<Line>(recordingSource_));
-        recorder_->record(std::span(line.waiting).first(frames));
+        recorder_->record(std::span(line.waiting).first(recordable(line, frames)));
         return;
+    }
+    for (const Channel& line : channels_) {
+        frames = recordable(line, frames);
     }
     Block sum;
     for (std::size_t i = 0; i < frames; ++i) {

@@ -87,7 +87,8 @@ class SoundCard {
     /// Produces every frame that is due at `now`, in blocks. A late call makes up what was missed;
     /// a starving line holds the whole card until it has frames again, and that time is not made
     /// up: nothing is skipped and no silence slips in. A source that has ended is let go, and its
-    /// line falls silent. A `now` that lies before an earlier one changes nothing.
+    /// line falls silent; while one that was lost is not replaced or detached, the recorder that
+    /// listens to it takes nothing. A `now` that lies before an earlier one changes nothing.
     void advance(Time now);
     /// Whether there is anything to do: a line with a source, or a recording. While false, the
     /// card needs no calls of advance.
@@ -108,6 +109,7 @@ class SoundCard {
         std::size_t waitingFrames = 0;
         int volume = fullVolume;
         bool muted = false;
+        bool lost = false; ///< its last source, before it was attached to or detached from again
     };
     /// What a member lets go of, kept until the lock has been given back.
     using Released = std::vector<std::shared_ptr<void>>;
@@ -122,6 +124,7 @@ class SoundCard {
     std::size_t produceBlock(std::size_t wanted, Released& released);
     static std::size_t fill(Channel& channel, std::size_t wanted, Released& released);
     void feedSpeakers(std::size_t frames);
+    [[nodiscard]] static std::size_t recordable(const Channel& line, std::size_t frames);
     void feedRecorder(std::size_t frames);
 
     void wakeUp();

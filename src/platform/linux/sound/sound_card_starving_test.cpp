@@ -37,6 +37,46 @@ class StarvingSoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
+TEST_F(StarvingSoundCardTest, RecordsNothingBehindASourceThatWasLost) {
+    for (const RecordingSource source : {RecordingSource::compactDisc, RecordingSource::mix}) {
+        SoundCard losing;
+        const auto tape = std::make_shared<MemorySink>();
+        losing.setRecordingSource(source);
+        losing.attach(Line::compactDisc, std::make_shared<PatternSource>(1000, Supply::lost), 0s);
+        losing.startRecording(tape, 0s);
+        losing.advance(1h);
+        EXPECT_THAT(tape->frames(), IsSound(pattern(0, 1000)));
+        EXPECT_TRUE(losing.active());
+        // From whatever comes to that line next it records again.
+        losing.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 1h);
+        losing.advance(1h + 10ms);
+        Frames both = pattern(0, 1000);
+        const Frames next = pattern(0, 441);
+        both.insert(both.end(), next.begin(), next.end());
+        EXPECT_THAT(tape->frames(), IsSound(both));
+        losing.stopRecording(1h + 10ms);
+    }
+}
+
+TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALineThatWasLostIsDetached) {
+    card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
+    card.startRecording(recorder, 0s);
+    card.advance(1s);
+    ASSERT_EQ(recorder->size(), 441U);
+    card.detach(Line::compactDisc);
+    card.advance(2s);
+    EXPECT_EQ(recorder->size(), 441U + 44100U);
+}
+
+TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedThoughTheDiscsWasLost) {
+    card.setRecordingSource(RecordingSource::waveOut);
+    card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
+    card.attach(Line::waveOut, disc, 0s);
+    card.startRecording(recorder, 0s);
+    card.advance(1s);
+    EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 44100)));
+}
+
 TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhereItsSourceStarves) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard starving;
