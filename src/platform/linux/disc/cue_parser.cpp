@@ -70,6 +70,7 @@ class CueParser {
     Status readFile(std::string_view rest);
     Status readTrack(std::string_view rest);
     Status readIndex(std::string_view rest);
+    Result<std::int64_t> readTime(std::string_view rest) const;
     Status readGap(std::string_view name, std::string_view rest);
     Status checkIndexNumber(int number) const;
     Status closeFile() const;
@@ -92,6 +93,7 @@ class CueParser {
     std::vector<LayoutFile> files_;
     std::vector<FilePosition> positions_; ///< one for each of files_
     std::optional<std::size_t> file_;     ///< the file that INDEX means
+    int fileLine_ = 0;                    ///< the line of the sheet that names it
     bool fileUsed_ = false;
     std::vector<Track> tracks_;
     std::optional<OpenPoint> open_;
@@ -170,6 +172,7 @@ Status CueParser::readFile(std::string_view rest) {
     }
     positions_.resize(files_.size());
     file_ = index.value();
+    fileLine_ = line_;
     fileUsed_ = false;
     return {};
 }
@@ -216,6 +219,18 @@ Status CueParser::checkIndexNumber(int number) const {
     return {};
 }
 
+/// A time in sectors, which ends its line.
+Result<std::int64_t> CueParser::readTime(std::string_view rest) const {
+    const auto time = parseMsf(takeWord(rest));
+    if (!time.ok()) {
+        return fail(time.error().text);
+    }
+    if (!rest.empty()) {
+        return fail("what is " + shown(rest) + " after the time?");
+    }
+    return time;
+}
+
 Status CueParser::readIndex(std::string_view rest) {
     if (tracks_.empty()) {
         return fail("INDEX stands before the first TRACK");
@@ -228,12 +243,9 @@ Status CueParser::readIndex(std::string_view rest) {
     if (const Status status = checkIndexNumber(index); !status.ok()) {
         return status;
     }
-    const auto time = parseMsf(takeWord(rest));
+    const auto time = readTime(rest);
     if (!time.ok()) {
-        return fail(time.error().text);
-    }
-    if (!rest.empty()) {
-        return fail("what is " + shown(rest) + " after the time?");
+        return time.error();
     }
     Track& track = tracks_.back();
     if (track.postgapSectors) {
@@ -277,12 +289,9 @@ Status CueParser::readGap(std::string_view name, std::string_view rest) {
     if (gap) {
         return fail("the track has this gap already");
     }
-    const auto time = parseMsf(takeWord(rest));
+    const auto time = readTime(rest);
     if (!time.ok()) {
-        return fail(time.error().text);
-    }
-    if (!rest.empty()) {
-        return fail("what is " + shown(rest) + " after the time?");
+        return time.error();
     }
     gap = time.value();
     return {};
@@ -290,7 +299,8 @@ Status CueParser::readGap(std::string_view name, std::string_view rest) {
 
 Status CueParser::closeFile() const {
     if (file_ && !fileUsed_) {
-        return fail("no INDEX belongs to the file " + shown(files_[*file_].name));
+        return sheetError(sheet_, fileLine_,
+                          "no INDEX belongs to the file " + shown(files_[*file_].name));
     }
     return {};
 }

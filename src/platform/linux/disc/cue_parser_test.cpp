@@ -227,7 +227,8 @@ TEST(CueParser, RefusesASheetTornAtAnyByteOrReadsWhatIsWhole) {
 
 TEST(CueParser, SaysWhatIsTorn) {
     EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
-    EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n"), HasSubstr("no INDEX belongs to"));
+    EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n\nREM\n"),
+                HasSubstr("line 1: no INDEX belongs to"));
     EXPECT_THAT(refused("FILE \"a.bin BINARY\n"), HasSubstr("closing quotation mark"));
     EXPECT_THAT(refused("FILE \"a.bin\"\n"), HasSubstr("BINARY, MOTOROLA or WAVE"));
     EXPECT_THAT(refused("FILE a.bin\n"), HasSubstr("a name and a type"));
@@ -252,7 +253,8 @@ TEST(CueParser, SaysWhatIsInTheWrongPlace) {
                 HasSubstr("before INDEX 01"));
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 02 00:02:00\n"),
                 HasSubstr("has no INDEX 01"));
-    EXPECT_THAT(refused("FILE a BINARY\nFILE b BINARY\n"), HasSubstr("no INDEX belongs to"));
+    EXPECT_THAT(refused("FILE a BINARY\nFILE b BINARY\n"),
+                HasSubstr("line 1: no INDEX belongs to the file \"a\""));
 }
 
 TEST(CueParser, RefusesFilesThatItCannotRead) {

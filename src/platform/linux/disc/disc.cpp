@@ -11,7 +11,8 @@ namespace {
 constexpr std::uint64_t fnvOffset = 14695981039346656037U;
 constexpr std::uint64_t fnvPrime = 1099511628211U;
 
-// The identity is read as a signed number of 32 bits, one is added to it, and it must not be 0.
+// The identity is no 0. Times a fraction below 1, plus one and without its decimals, it becomes a
+// file's number, which has 32 bits and a sign.
 constexpr std::uint64_t largestIdentity = 2147483646U;
 
 std::uint64_t mixIn(std::uint64_t hash, std::uint64_t value) {

@@ -63,12 +63,13 @@ Result<SheetKind> kindOf(const fs::path& path, std::string_view sheet, std::stri
                              "the disc's tracks");
 }
 
-/// At most one byte more than a sheet may have, so that a longer one shows.
-std::string textOf(const FileHandle& file) {
+/// At most one byte more than a sheet may have, so that a longer one shows. Nothing for a sheet
+/// that cannot be read to its end: what is there of it may look like a whole one of a shorter disc.
+std::optional<std::string> textOf(const FileHandle& file) {
     std::string text(
         std::min<std::size_t>(static_cast<std::size_t>(file.bytes()), maxSheetBytes + 1), '\0');
-    text.resize(file.readAt(0, std::as_writable_bytes(std::span(text))));
-    return text;
+    const bool whole = file.readAt(0, std::as_writable_bytes(std::span(text))) == text.size();
+    return whole ? std::optional(text) : std::nullopt;
 }
 
 /// Opens the layout's files; an error names the sheet's line that names the file.
@@ -105,13 +106,16 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     if (!handle.ok()) {
         return sheetError(sheet, 0, "cannot be read: " + handle.error().text);
     }
-    const std::string text = textOf(handle.value());
-    const auto kind = kindOf(path, sheet, text);
+    const std::optional<std::string> text = textOf(handle.value());
+    if (!text) {
+        return sheetError(sheet, 0, "cannot be read to its end");
+    }
+    const auto kind = kindOf(path, sheet, *text);
     if (!kind.ok()) {
         return kind.error();
     }
     const auto layout =
-        kind.value() == SheetKind::cue ? parseCue(sheet, text) : parseToc(sheet, text);
+        kind.value() == SheetKind::cue ? parseCue(sheet, *text) : parseToc(sheet, *text);
     if (!layout.ok()) {
         return layout.error();
     }

@@ -31,9 +31,12 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
     // A disc of one session that mixes kinds has its data first, so data after audio is taken for a
-    // session of its own, unless the drive says that the last session began before it. If the drive
-    // cannot tell: two minutes too few are better than a read into the gap, where drives hang.
-    return dataAfterAudio && toc.lastSessionStart.value_or(track.start) >= track.start;
+    // session of its own, unless the drive says that the last session began between the first track
+    // and it. That it began with the first track is what a drive says, too, that could not tell:
+    // two minutes too few are better than a read into the gap, where drives hang.
+    const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
+    const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
+    return dataAfterAudio && !beganBefore;
 }
 
 } // namespace

@@ -44,9 +44,14 @@ TEST(OpticalLayout, TakesDataAfterAudioForASessionIfTheDriveCannotTell) {
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, SeesNoGapOnADiscOfOneSession) {
+TEST(OpticalLayout, TakesASessionThatBeginsWithTheFirstTrackForADriveThatCannotTell) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(0))),
-                testing::ElementsAre(20000, 40000, 10000));
+                testing::ElementsAre(20000, 28600, 10000));
+}
+
+TEST(OpticalLayout, SeesNoGapWhereTheLastSessionBeganBeforeTheData) {
+    EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(20000))),
+                testing::ElementsAre(8600, 40000, 10000));
 }
 
 TEST(OpticalLayout, SeesTheGapBeforeTheFirstOfSeveralDataSessions) {

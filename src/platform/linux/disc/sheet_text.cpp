@@ -27,6 +27,10 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+bool isLetter(char c) {
+    return lower(c) >= 'a' && lower(c) <= 'z';
+}
+
 /// How many bytes of `text` at `at` make one well-formed UTF-8 character (RFC 3629), or 0.
 std::size_t characterBytes(std::string_view text, std::size_t at) {
     const auto byte = [&](std::size_t i) {
@@ -174,7 +178,7 @@ Status checkImageName(std::string_view name) {
     if (name.find('\0') != std::string_view::npos) {
         return cause("the name of the file holds a NUL");
     }
-    const bool driveLetter = name.size() > 1 && name[1] == ':';
+    const bool driveLetter = name.size() > 1 && name[1] == ':' && isLetter(name[0]);
     if (name.front() == '/' || name.front() == '\\' || driveLetter) {
         return cause(shown(name) + " is an absolute path; an image may only name files in its own "
                                    "folder or below it");

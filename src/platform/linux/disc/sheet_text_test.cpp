@@ -99,6 +99,11 @@ TEST(ImageNames, MayLieInTheFolderOrBelow) {
     }
 }
 
+TEST(ImageNames, MayHaveAColonThatFollowsNoLetter) {
+    EXPECT_TRUE(checkImageName("1: intro.wav").ok());
+    EXPECT_TRUE(checkImageName("ab:c.wav").ok());
+}
+
 TEST(ImageNames, MayNotLeadElsewhere) {
     for (const char* name : {"", "..", "../a.bin", "sub/../../a", "sub\\..\\a", "/etc/passwd",
                              "\\\\server\\a", "C:\\a.bin", "c:a.bin", "a/.."}) {

@@ -238,8 +238,10 @@ Result<Length> TocParser::readLength() {
                   static_cast<int>(sectors * sectorBytes - count.value())};
 }
 
+/// No length of a file, and a length of 0, mean all that follows in it.
 Result<Length> TocParser::readLengthOrToFileEnd() {
-    return startsNumber(*next_) ? readLength() : Length{toFileEnd};
+    const auto length = startsNumber(*next_) ? readLength() : Length{toFileEnd};
+    return length.ok() && length.value().frames == 0 ? Length{toFileEnd} : length;
 }
 
 /// "#" and a number of bytes at the head of a file that do not belong to it; may be missing.

@@ -46,6 +46,13 @@ TEST(TocParser, ReadsFilesWithStartAndLength) {
     EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundOf(1, 44100, toFileEnd)));
 }
 
+TEST(TocParser, TakesALengthOfZeroForTheRestOfTheFile) {
+    const auto layout = accepted("TRACK AUDIO\nSILENCE 588\nFILE \"a.wav\" 588 0\n"
+                                 "TRACK AUDIO\nFILE \"b.wav\" 0 00:00:00\n");
+    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(silenceOf(588), soundOf(0, 588, toFileEnd)));
+    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 0, toFileEnd)));
+}
+
 TEST(TocParser, KnowsTheByteOrderAndWhereAFileBegins) {
     const auto layout = accepted("TRACK AUDIO\nFILE \"a.raw\" SWAP #44 588 588\n"
                                  "FILE \"B.WAV\" 0 588\n");
