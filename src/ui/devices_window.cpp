@@ -2,7 +2,11 @@
 #include "ui/devices_window.h"
 
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <system_error>
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -21,6 +25,8 @@ namespace {
 
 /// Where a list entry keeps what it stands for, as bytes.
 constexpr int nameRole = Qt::UserRole;
+/// How old what is told of the disc can be.
+constexpr std::chrono::milliseconds reportInterval{500};
 
 QByteArray asData(const std::string& name) {
     return QByteArray::fromStdString(name);
@@ -28,6 +34,13 @@ QByteArray asData(const std::string& name) {
 
 std::string nameIn(const QVariant& data) {
     return data.toByteArray().toStdString();
+}
+
+/// Below /dev there are folders for ordinary files, too ("/dev/shm").
+bool namesADevice(const std::string& drive) {
+    std::error_code ignored;
+    return drive.starts_with("/dev/") &&
+           (drive.rfind('/') == 4 || std::filesystem::is_block_file(drive, ignored));
 }
 
 template <typename Widget>
@@ -73,15 +86,13 @@ DevicesWindow::DevicesWindow(DeviceChoices choices)
     // Device-independent pixels: all of it in sight, and no higher than that.
     resize(330, 430);
 
-    const auto choose = [this](const QListWidgetItem* item) {
-        const std::string name = nameIn(item->data(nameRole));
-        // Return and a double click come after a click that has chosen already.
-        if (name != choices_.drive()) {
-            chooseDrive(name);
-        }
+    const auto chooseItem = [this](const QListWidgetItem* item) {
+        choose(*item);
     };
-    connect(drives_, &QListWidget::itemClicked, this, choose);
-    connect(drives_, &QListWidget::itemActivated, this, choose);
+    connect(drives_, &QListWidget::itemClicked, this, chooseItem);
+    connect(drives_, &QListWidget::itemActivated, this, chooseItem);
+    reportTimer_.setInterval(reportInterval);
+    connect(&reportTimer_, &QTimer::timeout, this, [this] { showReport(); });
     connect(pickButton_, &QPushButton::clicked, this, [this] { pickImage(); });
     connect(output_, &QComboBox::activated, this,
             [this](int index) { choices_.setOutput(nameIn(output_->itemData(index))); });
@@ -143,6 +154,7 @@ void DevicesWindow::showChoices() {
     showDrives();
     fill(*output_, choices_.outputs(), choices_.output());
     fill(*source_, choices_.sources(), choices_.source());
+    refused_ = false;
     showReport();
 }
 
@@ -168,7 +180,7 @@ void DevicesWindow::showDrives() {
     const bool listed =
         stored.empty() || std::find(found.begin(), found.end(), stored) != found.end();
     if (!listed) {
-        const bool device = stored.starts_with("/dev/");
+        const bool device = namesADevice(stored);
         add(stored,
             device ? tr("%1 (not found)").arg(toQString(stored))
                    : tr("Disc image: %1").arg(toQString(stored.substr(stored.rfind('/') + 1))),
@@ -176,9 +188,39 @@ void DevicesWindow::showDrives() {
     }
 }
 
+void DevicesWindow::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    reportTimer_.start();
+}
+
+void DevicesWindow::hideEvent(QHideEvent* event) {
+    reportTimer_.stop();
+    QDialog::hideEvent(event);
+}
+
 void DevicesWindow::showReport() {
     const std::string report = choices_.report();
-    report_->setPlainText(report.empty() ? tr("No faults are known.") : toQString(report));
+    const QString text = refused_
+                             ? tr("The drive is in use. Choose again when the action has ended.")
+                         : report.empty() ? tr("No faults are known.")
+                                          : toQString(report);
+    // What a person has marked in it, and the place that is in sight, stay while it is the same.
+    if (text != report_->toPlainText()) {
+        report_->setPlainText(text);
+    }
+}
+
+/// A drive that is chosen already is read again, but not for a double click or a Return that
+/// follows the click that has chosen it.
+void DevicesWindow::choose(const QListWidgetItem& item) {
+    const std::string name = nameIn(item.data(nameRole));
+    const bool chosenJustNow =
+        refreshing_ ||
+        (sinceChoice_.isValid() && !sinceChoice_.hasExpired(QApplication::doubleClickInterval()));
+    if (name != choices_.drive() || !chosenJustNow) {
+        chooseDrive(name);
+        sinceChoice_.start();
+    }
 }
 
 void DevicesWindow::chooseDrive(const std::string& drive) {
@@ -187,10 +229,12 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
             // Of an image that was dropped elsewhere: what follows is to be read.
             open();
         }
+        refused_ = true;
         showDrives();
-        report_->setPlainText(tr("The drive is in use. Choose again when the action has ended."));
+        showReport();
         return;
     }
+    refused_ = false;
     choices_.setDrive(drive);
     // Refreshing yields; a choice in the middle of it is refreshed after it, not inside.
     refreshAgain_ = refreshing_;
@@ -217,7 +261,7 @@ void DevicesWindow::pickImage() {
 }
 
 std::string DevicesWindow::pickInDialog(const std::string& current) {
-    const QString folder = current.empty() || current.starts_with("/dev/")
+    const QString folder = current.empty() || namesADevice(current)
                                ? QString()
                                : QFileInfo(toQString(current)).absolutePath();
     QFileDialog dialog(this, tr("Choose Disc Image"), folder,

@@ -10,8 +10,10 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QTimer>
 
 namespace sonarith {
 
@@ -58,11 +60,16 @@ class DevicesWindow : public QDialog {
     /// window, too.
     void chooseDrive(const std::string& drive);
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
   private:
     void buildLayout();
     void showChoices();
     void showDrives();
     void showReport();
+    void choose(const QListWidgetItem& item);
     void pickImage();
     [[nodiscard]] std::string pickInDialog(const std::string& current);
 
@@ -72,6 +79,11 @@ class DevicesWindow : public QDialog {
     QComboBox* output_;
     QComboBox* source_;
     QPlainTextEdit* report_;
+    /// A disc is read again, and damage is found, while the window stands open.
+    QTimer reportTimer_;
+    /// Since a drive was last chosen from the list.
+    QElapsedTimer sinceChoice_;
+    bool refused_ = false; ///< the last choice was, since the drive was in use
     bool refreshing_ = false;
     bool refreshAgain_ = false;
 };

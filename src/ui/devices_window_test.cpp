@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/devices_window.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -185,6 +186,46 @@ TEST_F(DevicesWindowTest, NamesAreNoMarkupInToolTips) {
               plainToolTip(QStringLiteral("/m/<b>Die Lieder</b>.cue")));
     EXPECT_EQ(child<QComboBox>("output").itemData(1, Qt::ToolTipRole).toString(),
               plainToolTip(QStringLiteral("<b>Loud</b> & clear")));
+}
+
+TEST_F(DevicesWindowTest, ShowsWhatBecomesKnownOfTheDiscWhileItStandsOpen) {
+    window.open();
+    auto& shown = child<QPlainTextEdit>("report");
+    report = "Sector 12 is torn.";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "Sector 12 is torn."; }));
+    shown.selectAll();
+    QTest::qWait(600); // longer than it waits between two looks
+    EXPECT_TRUE(shown.textCursor().hasSelection());
+    report.clear();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No faults are known."; }));
+}
+
+TEST_F(DevicesWindowTest, AsksForNothingWhileItIsHidden) {
+    window.open();
+    window.hide();
+    report = "Sector 12 is torn.";
+    QTest::qWait(600); // as above
+    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "No faults are known.");
+}
+
+TEST_F(DevicesWindowTest, ADriveThatIsChosenAgainIsReadAgainAndADoubleClickChoosesOnce) {
+    found = {"/dev/sr0"};
+    window.open();
+    auto& list = child<QListWidget>("drives");
+    clickDrive(1);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {},
+                       list.visualItemRect(list.item(1)).center());
+    EXPECT_THAT(log, ElementsAre("drive /dev/sr0", "refresh /dev/sr0"));
+    QTest::qWait(QApplication::doubleClickInterval() + 50);
+    clickDrive(1);
+    EXPECT_THAT(log, ElementsAre("drive /dev/sr0", "refresh /dev/sr0", "drive /dev/sr0",
+                                 "refresh /dev/sr0"));
+}
+
+TEST_F(DevicesWindowTest, AnImageBelowDevIsNoMissingDrive) {
+    drive = "/dev/shm/x.cue";
+    window.open();
+    EXPECT_EQ(listed().back(), "Disc image: x.cue");
 }
 
 TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {
