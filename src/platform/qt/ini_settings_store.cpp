@@ -37,6 +37,10 @@ std::optional<QByteArray> bytesOf(const QString& path) {
         QFile file;
         file.open(opened, QIODevice::ReadOnly);
         bytes = file.read(static_cast<qint64>(longestStoreFileBytes) + 1);
+        if (file.error() != QFileDevice::NoError) {
+            ::close(opened);
+            return std::nullopt;
+        }
     }
     ::close(opened);
     return bytes;
