@@ -10,11 +10,9 @@ import sys
 import tempfile
 import wave
 
+from sound import BYTES_PER_FRAME, FRAME_RATE, check_format, samples_of
 from waiting import check, check_equal
 
-FRAME_RATE = 44100
-CHANNELS = 2
-BYTES_PER_FRAME = 2 * CHANNELS
 PEAK = 12000  # of the tones; well below clipping
 BYTES_AT_A_TIME = 1 << 20
 
@@ -59,16 +57,6 @@ def make_long_mp3(path, hours):
             target.write(frames)
 
 
-def samples_of(path):
-    """The bytes of a WAV's samples, which have the generated files' format."""
-    with wave.open(str(path), "rb") as source:
-        check_equal((source.getnchannels(), source.getsampwidth(), source.getframerate()),
-                    (CHANNELS, 2, FRAME_RATE), f"the format of {path.name}")
-        samples = source.readframes(source.getnframes())
-    check_equal(len(samples), source.getnframes() * BYTES_PER_FRAME, f"the length of {path.name}")
-    return samples
-
-
 def check_decoded(wav, mp3, seconds, hertz):
     """The WAV holds the same samples as another decoder's, and the tone that was encoded."""
     samples = samples_of(wav)
@@ -91,8 +79,7 @@ def check_beginning(wav, mp3, hours):
     """The WAV of a long MP3 that was stopped in the middle: another decoder's samples from the
     first one on, without a hole, and not all of them. Returns the seconds that are there."""
     with wave.open(str(wav), "rb") as kept, contextlib.ExitStack() as ending:
-        check_equal((kept.getnchannels(), kept.getsampwidth(), kept.getframerate()),
-                    (CHANNELS, 2, FRAME_RATE), f"the format of {wav.name}")
+        check_format(kept, wav.name)
         check(kept.getnframes() < hours * 3600 * FRAME_RATE, f"{wav.name} holds the whole file")
         other = subprocess.Popen(["mpg123", "-q", "-s", str(mp3)], stdout=subprocess.PIPE,
                                  stderr=subprocess.DEVNULL)

@@ -64,9 +64,7 @@ def start_row(started, row):
 
 def start_track(started, row):
     """Starts a single track, and waits until two seconds of it have been captured."""
-    started.click_row(row)
-    wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
-    started.click("Start ", "push button")
+    start_row(started, row)
     wait_for("two seconds of sound", lambda: (started.figures()[1] or 0) > bytes_of(2))
 
 

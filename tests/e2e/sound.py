@@ -13,11 +13,16 @@ MOST_LEAD_IN_FRAMES = FRAME_RATE * 50 // 1000
 MOST_TAIL_FRAMES = FRAME_RATE * 150 // 1000
 
 
-def captured(path):
+def check_format(wav, name):
+    """An open WAV has a disc's format."""
+    shape = (wav.getnchannels(), wav.getsampwidth(), wav.getframerate())
+    check_equal(shape, (2, 2, FRAME_RATE), f"the format of {name}")
+
+
+def samples_of(path):
     """The bytes of a WAV's samples, which have a disc's format."""
     with wave.open(str(path), "rb") as source:
-        shape = (source.getnchannels(), source.getsampwidth(), source.getframerate())
-        check_equal(shape, (2, 2, FRAME_RATE), f"the format of {path.name}")
+        check_format(source, path.name)
         samples = source.readframes(source.getnframes())
     check_equal(len(samples), source.getnframes() * BYTES_PER_FRAME, f"the length of {path.name}")
     return samples
@@ -55,7 +60,7 @@ def check_run(path, disc, number, seconds):
     """The WAV is the whole track `number` of a disc of equal tracks, whose samples are given:
     silence, the track as one run, and what follows on the disc. Returns the frames of the silence
     and those of what follows."""
-    samples = captured(path)
+    samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
     check(start >= 0, f"{path.name} does not hold track {number} as one run")
@@ -77,7 +82,7 @@ def beginning_of_track(path, disc, number, seconds):
     """The WAV is a track that was stopped in the middle: silence, then the track from its first
     sample on, and nothing else but silence after it. Returns the bytes of the track that are there
     and those of the silence after them."""
-    samples = captured(path)
+    samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])
     check(start >= 0, f"{path.name} does not hold the beginning of track {number}")
