@@ -23,6 +23,7 @@
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -31,17 +32,6 @@ using namespace std::chrono_literals;
 using namespace sonarith;
 
 constexpr std::int64_t bytesPerSecond = 44100 * 4;
-
-/// A fresh folder that goes with the object.
-class Folder {
-  public:
-    Folder() {
-        std::string name = (fs::temp_directory_path() / "capture_bench.XXXXXX").string();
-        path = mkdtemp(name.data());
-    }
-    ~Folder() { fs::remove_all(path); }
-    fs::path path;
-};
 
 /// A disc image of one track pair; each frame of the first track holds its own number.
 fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
@@ -122,8 +112,8 @@ rusage measured(const std::function<void()>& work) {
 }
 
 long peakKilobytes(std::int64_t seconds) {
-    const Folder folder;
-    const fs::path cue = makeDisc(folder.path, seconds, false);
+    const fakes::TempFolder folder;
+    const fs::path cue = makeDisc(folder.path(), seconds, false);
     return measured([&] {
                sound::SoundCard card;
                sound::SoundCard::Time now{};
@@ -151,16 +141,16 @@ double secondsOf(const timeval& time) {
 
 /// Share of one core that a capture in real time takes.
 double coreShare(std::int64_t seconds) {
-    const Folder folder;
-    const fs::path cue = makeDisc(folder.path, seconds, true);
+    const fakes::TempFolder folder;
+    const fs::path cue = makeDisc(folder.path(), seconds, true);
     const rusage usage = measured([&] { captureInRealTime(cue, seconds); });
     return (secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime)) / static_cast<double>(seconds);
 }
 
 /// Frames of the track that are not where they belong in the WAV; -1 if it does not begin at all.
 std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs) {
-    const Folder folder;
-    const fs::path cue = makeDisc(folder.path, seconds, true);
+    const fakes::TempFolder folder;
+    const fs::path cue = makeDisc(folder.path(), seconds, true);
     std::atomic<bool> stop = false;
     std::vector<std::thread> busy;
     for (unsigned i = 0; i < std::thread::hardware_concurrency(); ++i) {
@@ -176,8 +166,8 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     for (std::thread& thread : busy) {
         thread.join();
     }
-    std::ifstream in(folder.path / "track.wav", std::ios::binary);
-    std::vector<std::uint32_t> frames((fs::file_size(folder.path / "track.wav") - 44) / 4);
+    std::ifstream in(folder / "track.wav", std::ios::binary);
+    std::vector<std::uint32_t> frames((fs::file_size(folder / "track.wav") - 44) / 4);
     in.seekg(44);
     in.read(reinterpret_cast<char*>(frames.data()),
             static_cast<std::streamsize>(frames.size() * 4));

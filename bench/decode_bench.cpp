@@ -2,7 +2,6 @@
 // Holds the decoding of long MP3 files against `mpg123 -w`, the decoding library's own tool, on the
 // same files in turns: the ratio of the median times, and what the memory grew by. Goals on two
 // cores: 0.6 on the road of segments, 1.05 on the sequential one, 48 MB. Needs lame and mpg123.
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -22,12 +21,14 @@
 #include "platform/linux/mp3/decode_job.h"
 #include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/mp3/wav_header.h"
+#include "statistics.h"
 #include "support/temp_folder.h"
 
 namespace {
 
 using namespace sonarith;
 using namespace sonarith::mp3;
+using bench::median;
 namespace fs = std::filesystem;
 
 constexpr int longMinutes = 30;
@@ -93,11 +94,6 @@ double secondsOf(const std::function<void()>& work) {
     const auto begin = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 /// A line of this process's status, in KB: "VmRSS" is the memory now, "VmHWM" its peak.

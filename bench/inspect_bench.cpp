@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How long "Refresh List" takes for a disc of 99 tracks beyond the device's own time, with the real
 // interpreter, the real window (off screen) and an empty destination folder. Limit: 20 ms.
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -19,6 +17,7 @@
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/qt_event_loop.h"
+#include "statistics.h"
 #include "support/fake_directories.h"
 #include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
@@ -27,6 +26,7 @@
 #include "support/fake_random.h"
 #include "support/fake_settings_store.h"
 #include "support/fake_shell.h"
+#include "support/temp_folder.h"
 #include "ui/main_window_view.h"
 
 namespace {
@@ -76,16 +76,16 @@ fs::path makeDisc(const fs::path& folder) {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication qt(argc, argv);
-    std::string name = (fs::temp_directory_path() / "inspect_bench.XXXXXX").string();
-    const fs::path folder = mkdtemp(name.data());
-    const auto drive = std::make_shared<disc::ImageDrive>(makeDisc(folder));
+    const fakes::TempFolder folder;
+    const auto drive = std::make_shared<disc::ImageDrive>(makeDisc(folder.path()));
 
     sound::SoundCard card;
-    mci::Interpreter interpreter(mci::devicesOf({card, sound::monotonicNow, [&] { return drive; },
-                                                 [&] { return std::vector<fs::path>{folder}; },
-                                                 [](const std::string&) {
-                                                     return fs::path();
-                                                 }}));
+    mci::Interpreter interpreter(
+        mci::devicesOf({card, sound::monotonicNow, [&] { return drive; },
+                        [&] { return std::vector<fs::path>{folder.path()}; },
+                        [](const std::string&) {
+                            return fs::path();
+                        }}));
     TimedMedia media(interpreter);
     QtEventLoop loop;
     test::FakeSettingsStore store;
@@ -112,12 +112,10 @@ int main(int argc, char** argv) {
         const auto beyond = Clock::now() - began - media.spent;
         milliseconds.push_back(std::chrono::duration<double, std::milli>(beyond).count());
     }
-    std::sort(milliseconds.begin(), milliseconds.end());
-    const double median = milliseconds[milliseconds.size() / 2];
+    const double median = bench::median(milliseconds);
     std::printf(
         "refresh of 99 tracks beyond the device's time: median %.2f ms, %.2f of the limit of "
         "20 ms\n",
         median, median / 20);
-    fs::remove_all(folder);
     return application.form1().lstTracks.listCount() == 99 ? 0 : 1;
 }

@@ -33,6 +33,7 @@
 #include "support/fake_settings_store.h"
 #include "support/fake_shell.h"
 #include "support/scripted_media_control.h"
+#include "support/temp_folder.h"
 #include "ui/main_window_view.h"
 
 namespace {
@@ -105,8 +106,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
 
 /// In a process of its own, since a program starts once.
 Measured measure(int count, int argc, char** argv) {
-    std::string name = (fs::temp_directory_path() / "refresh_bench_XXXXXX").string();
-    const fs::path folder = mkdtemp(name.data());
+    const fakes::TempFolder folder;
     makeFiles(folder / "files", count);
     int ends[2];
     Measured measured;
@@ -114,7 +114,7 @@ Measured measure(int count, int argc, char** argv) {
         std::exit(1);
     }
     if (const pid_t child = fork(); child == 0) {
-        const Measured mine = startWith(folder, argc, argv);
+        const Measured mine = startWith(folder.path(), argc, argv);
         std::_Exit(write(ends[1], &mine, sizeof mine) == sizeof mine ? 0 : 1);
     } else {
         close(ends[1]);
@@ -124,7 +124,6 @@ Measured measure(int count, int argc, char** argv) {
         close(ends[0]);
         waitpid(child, nullptr, 0);
     }
-    fs::remove_all(folder);
     if (measured.files != count) {
         std::fprintf(stderr, "%d of %d files were found\n", measured.files, count);
         std::exit(1);

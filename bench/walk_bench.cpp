@@ -27,28 +27,20 @@
 #include "platform/linux/paths/mount_info.h"
 #include "platform/linux/paths/path_map.h"
 #include "platform/text/unicode.h"
+#include "statistics.h"
 #include "support/fake_settings_store.h"
+#include "support/temp_folder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace sonarith;
+using bench::median;
 
 constexpr int folders = 5000;
 constexpr int filesPerFolder = 20;
 constexpr int rounds = 15;
 constexpr double limit = 1.2;
-
-/// A fresh folder that goes with the object. Its path has no dot, or the engine would find nothing.
-class Folder {
-  public:
-    Folder() {
-        std::string name = (fs::temp_directory_path() / "walk_bench-XXXXXX").string();
-        path = mkdtemp(name.data());
-    }
-    ~Folder() { fs::remove_all(path); }
-    fs::path path;
-};
 
 /// Artists with albums, as a person keeps music: 100 folders with 49 folders in each, and in every
 /// one a few files of each kind.
@@ -138,30 +130,25 @@ int walkAlone(Directories& directories, const std::string& root) {
     return count;
 }
 
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 int main() {
-    const Folder tree;
-    const Folder output;
-    makeTree(tree.path);
-    const std::string list = (output.path / "found").string();
+    const fakes::TempFolder tree; // no dot in its path, or the engine would find nothing
+    const fakes::TempFolder output;
+    makeTree(tree.path());
+    const std::string list = (output / "found").string();
 
     test::FakeSettingsStore store;
     DriveTable drives(store);
     MountInfo mounts;
     PathMap paths(drives, mounts);
-    LinuxFileSystem files(paths, tree.path.string());
+    LinuxFileSystem files(paths, tree.path().string());
     LinuxDirectories directories(paths, files);
     Form frmsearch("frmsearch");
     FinderForm finder(frmsearch, files, directories);
     NoLoop loop;
     SearchEngine engine(finder, directories, loop);
-    const std::string root = paths.toLogic(tree.path.string());
+    const std::string root = paths.toLogic(tree.path().string());
     if (!finder.Dir1.setPath(root).ok()) {
         std::fprintf(stderr, "the tree is not where it was made\n");
         return EXIT_FAILURE;
@@ -172,7 +159,7 @@ int main() {
     std::vector<double> engineMs;
     int walked = 0;
     for (int round = 0; round <= rounds; ++round) {
-        const double find = millisecondsOf([&] { runFind(tree.path.string(), list); });
+        const double find = millisecondsOf([&] { runFind(tree.path().string(), list); });
         const double walk = millisecondsOf([&] { walked = walkAlone(directories, root); });
         const double search = millisecondsOf([&] {
             finder.lstdirs.clear();

@@ -3,7 +3,8 @@
 """Holds every #include below src/ against the floors of the house (docs/architecture.md).
 
 A file may include from its own floor's folder and from floors below; floors 0 to 3 know no
-library but the standard one and utf8proc. Exits 1 and names each arrow that runs back up.
+library but the standard one and utf8proc. Folders of one floor may know each other, but not in a
+circle. Exits 1 and names each arrow that runs back up, and each folder on a circle.
 """
 import pathlib
 import re
@@ -97,6 +98,21 @@ def arrows(root):
                 yield path, bracket, target
 
 
+def peers(path, target):
+    """The two folders of an arrow within a floor; None for other arrows. Floor 0 is one folder."""
+    floor, folders = floor_of(path), [p.rpartition("/")[0] for p in (path, target)]
+    return folders if floor and floor == floor_of(target) and folders[0] != folders[1] else None
+
+
+def on_circles(links):
+    """The folders from which arrows lead back to themselves, of those that each folder includes."""
+    reached = {folder: set(others) for folder, others in links.items()}
+    for _ in links:
+        for others in reached.values():
+            others.update(*(reached.get(other, ()) for other in list(others)))
+    return sorted(folder for folder, others in reached.items() if folder in others)
+
+
 def self_test():
     """The check must be able to fail: each made-up arrow is wrong or right as stated."""
     wrong = [
@@ -119,6 +135,13 @@ def self_test():
         ("platform/a_test.cpp", "<", "gtest/gtest.h"),
     ]
     failures = [a for a in wrong if not wrong_arrow(*a)] + [a for a in right if wrong_arrow(*a)]
+    if peers("finder/a.h", "worktree/b.h") != ["finder", "worktree"]:
+        failures.append("finder to worktree")
+    if peers("finder/a.h", "app/form1.h") or peers("platform/a.h", "platform/text/b.h"):
+        failures.append("arrows that are not between folders of a floor")
+    circle = {"a": {"b"}, "b": {"c"}, "c": {"d"}, "d": {"b"}}
+    if on_circles(circle) != ["b", "c", "d"] or on_circles({"a": {"b", "c"}, "b": {"c"}}):
+        failures.append("circles")
     for arrow in failures:
         print("the check itself judges wrongly:", arrow)
     return not failures
@@ -127,12 +150,18 @@ def self_test():
 def main():
     root = pathlib.Path(sys.argv[1])
     count, found = 0, 0
+    links = {}
     for path, bracket, target in arrows(root):
         count += 1
         why = wrong_arrow(path, bracket, target)
         if why:
             found += 1
             print(f"src/{path}: {why}")
+        if bracket == '"' and (pair := peers(path, target)):
+            links.setdefault(pair[0], set()).add(pair[1])
+    for folder in on_circles(links):
+        found += 1
+        print(f"src/{folder}: its includes lead back to it")
     print(f"{count} includes looked at, {found} run against the floors")
     return 0 if self_test() and count and not found else 1
 

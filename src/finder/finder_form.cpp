@@ -4,8 +4,6 @@
 #include <limits>
 #include <string>
 
-#include "platform/text/numbers.h"
-
 namespace sonarith {
 
 FinderForm::FinderForm(Form& frmsearch, const FileSystem& files, const Directories& directories)
@@ -47,8 +45,8 @@ void countFiles(FinderForm& finder) {
 }
 
 void showSummary(FinderForm& finder) {
-    finder.Label1.setCaption("Directories: " + numberText(finder.DirCount) +
-                             "   Files:  " + numberText(finder.FileCount));
+    finder.Label1.setCaption("Directories: " + std::to_string(finder.DirCount) +
+                             "   Files:  " + std::to_string(finder.FileCount));
     finder.DirCount = 0;
     finder.FileCount = 0;
 }

@@ -83,10 +83,10 @@ void SearchEngine::finish(double startSeconds) {
 }
 
 void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
-                                const std::string& specification) {
+                                const std::string& pattern) {
     path = folderPath(path);
     FindRecord entry;
-    const FindHandle handle = walk.FindFirst(path + specification, entry);
+    const FindHandle handle = walk.FindFirst(path + pattern, entry);
     // A folder that cannot be read answers with another value, and ends at the first FindNext.
     if (handle != 0) {
         takeFirstEntry(path, entry);
@@ -167,10 +167,10 @@ bool SearchEngine::isWanted() const {
 }
 
 void SearchEngine::findfilesdir(DirectoryWalk& walk, std::string& path,
-                                const std::string& specification) {
+                                const std::string& pattern) {
     path = folderPath(path);
     FindRecord entry;
-    const FindHandle handle = walk.FindFirst(path + specification, entry);
+    const FindHandle handle = walk.FindFirst(path + pattern, entry);
     for (bool found = handle != 0 && handle != invalidFindHandle; found;
          found = walk.FindNext(handle, entry)) {
         if ((entry.attributes & ~listedAttributes) != 0) {

@@ -23,11 +23,11 @@ class SearchEngine {
     void SearchFiles();
 
     /// Scans one folder. `path` comes back without blanks around it and with a backslash at its
-    /// end. `specification` is always "*.*".
-    void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& specification);
+    /// end. `pattern` is always "*.*".
+    void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
     /// A scan of the same shape that takes every file. Nothing calls it.
-    void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& specification);
+    void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
   private:
     enum class Counting { no, yes };

@@ -9,8 +9,7 @@
 
 namespace sonarith {
 
-/// The failure numbers that the logic tells apart or passes on. They are the classic run-time
-/// numbers of form-based desktop programs, which the product's handlers compare with.
+/// The failure numbers that the logic tells apart or passes on.
 enum class ErrorNumber : int {
     invalidProcedureCall = 5,
     overflow = 6,

@@ -18,10 +18,9 @@ TEST(ProcessState, StartsWithNothingGoingOn) {
     EXPECT_EQ(process.settings.hdWarningNo, 0);
 }
 
-TEST(ProcessState, CountsTracksAndFilesInThirtyTwoBits) {
-    EXPECT_TRUE((std::is_same_v<decltype(ProcessState::currentTrack), std::int32_t>));
-    EXPECT_TRUE((std::is_same_v<decltype(ProcessState::fileIndex), std::int32_t>));
-}
+// Tracks and files are counted in 32 bits.
+static_assert(std::is_same_v<decltype(ProcessState::currentTrack), std::int32_t>);
+static_assert(std::is_same_v<decltype(ProcessState::fileIndex), std::int32_t>);
 
 } // namespace
 } // namespace sonarith

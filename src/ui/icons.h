@@ -27,6 +27,8 @@ enum class Symbol {
     program,
     more, ///< there are further entries to the right
 };
+/// For whoever goes through all of them.
+inline constexpr Symbol lastSymbol = Symbol::more;
 
 [[nodiscard]] QIcon makeIcon(Symbol symbol);
 

@@ -28,7 +28,7 @@ bool isEmpty(const QImage& image) {
 }
 
 TEST(Icons, EverySymbolIsDrawnOnATransparentGround) {
-    for (int i = 0; i <= static_cast<int>(Symbol::more); ++i) {
+    for (int i = 0; i <= static_cast<int>(lastSymbol); ++i) {
         const QImage image = paint(makeIcon(static_cast<Symbol>(i)));
         ASSERT_EQ(image.size(), QSize(48, 48));
         EXPECT_FALSE(isEmpty(image)) << i;

@@ -11,7 +11,7 @@ namespace {
 TEST(Symbols, NoDrawingLeavesItsGrid) {
     // Drawn in the middle of a surface three times as wide; only the middle may be touched.
     constexpr int side = static_cast<int>(symbolGrid);
-    for (int i = 0; i <= static_cast<int>(Symbol::program); ++i) {
+    for (int i = 0; i <= static_cast<int>(lastSymbol); ++i) {
         QImage image(3 * side, 3 * side, QImage::Format_ARGB32);
         image.fill(Qt::transparent);
         QPainter painter(&image);

@@ -5,24 +5,18 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
 
 #include "platform/linux/disc/image_layout.h"
 #include "platform/linux/disc/image_timeline.h"
 #include "platform/linux/disc/sheet_text.h"
 #include "platform/result.h"
+#include "require.h"
 
 namespace sonarith::fuzz {
 
 /// The length of each of a layout's files, in bytes.
 using FileLengths = std::vector<std::int64_t>;
-
-inline void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& layout,
                       const FileLengths& bytes) {

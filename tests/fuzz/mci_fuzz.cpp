@@ -4,17 +4,18 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string_view>
 
 #include "platform/linux/mci/interpreter.h"
+#include "require.h"
 #include "support/fake_mci_devices.h"
 
 namespace {
 
 using namespace sonarith;
+using fuzz::require;
 
 disc::Table tableFor(std::uint8_t choice) {
     disc::Table table;
@@ -26,12 +27,6 @@ disc::Table tableFor(std::uint8_t choice) {
         table.tracks.push_back({data ? disc::TrackKind::data : disc::TrackKind::audio, sectors});
     }
     return table;
-}
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
 }
 
 void checkReply(int status, const ReplyBuffer& reply, const mci::Interpreter& interpreter) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
@@ -13,22 +12,18 @@
 #include "platform/linux/mp3/mp3_index.h"
 #include "platform/linux/mp3/pcm_reader.h"
 #include "platform/linux/mp3/segment_decoder.h"
+#include "require.h"
 
 namespace {
 
 using namespace sonarith;
+using fuzz::require;
 using namespace sonarith::mp3;
 
 struct Heard {
     std::vector<std::int16_t> samples;
     DecodeCount count;
 };
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 Heard inOnePass(const ByteSource& source) {
     Heard heard;

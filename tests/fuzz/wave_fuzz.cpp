@@ -2,7 +2,6 @@
 // Opens arbitrary bytes as a WAVE file of a disc image, and reads what it then claims to hold.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -10,16 +9,12 @@
 #include <unistd.h>
 
 #include "platform/linux/disc/image_file.h"
+#include "require.h"
 
 namespace {
 
 using namespace sonarith;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
+using fuzz::require;
 
 /// A file without a place in any folder, that has a path all the same.
 class MemoryFile {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Files and folders in memory, found without regard to case as on the real one.
 //
-//     FakeFileSystem disk;                                   // drive c:, program folder
-//     c:\sonarith disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
+//     FakeFileSystem disk;                                   // program folder c:\sonarith
+//     disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
 //     disk.failWith(FakeFileSystem::Operation::rename, "c:\\music\\track1.wav",
 //                   ErrorNumber::permissionDenied);          // every later try; path of `from`
 //     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"

@@ -164,8 +164,4 @@ std::string rightAligned(std::string_view text, std::size_t width) {
     return std::string(width - length, ' ').append(text);
 }
 
-std::string numberText(std::int64_t number) {
-    return std::to_string(number);
-}
-
 } // namespace sonarith

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Numbers out of text and into it, as the logic converts them: '.' is the decimal point in every
-// locale, digits are 0 to 9. No thousands separators, no hexadecimal, no "inf" or "nan".
+// Numbers out of text and into columns, as the logic converts them: '.' is the decimal point in
+// every locale, digits are 0 to 9. No thousands separators, no hexadecimal, no "inf" or "nan".
 #pragma once
 
 #include <cstddef>
@@ -32,8 +32,5 @@ namespace sonarith {
 /// The text in a field of `width` characters, blanks before it. Of a text that is too long the
 /// field takes the first `width` characters.
 [[nodiscard]] std::string rightAligned(std::string_view text, std::size_t width);
-
-/// Decimal digits, with a minus sign before a negative number and no blank before any.
-[[nodiscard]] std::string numberText(std::int64_t number);
 
 } // namespace sonarith

@@ -120,11 +120,5 @@ TEST(RightAligned, KeepsTheFirstCharactersOfATextThatIsTooLong) {
     EXPECT_EQ(rightAligned("123", 0), "");
 }
 
-TEST(NumberText, HasNoBlankBeforeThePositiveNumber) {
-    EXPECT_EQ(numberText(7), "7");
-    EXPECT_EQ(numberText(-7), "-7");
-    EXPECT_EQ(numberText(INT64_MIN), "-9223372036854775808");
-}
-
 } // namespace
 } // namespace sonarith

@@ -113,11 +113,6 @@ std::string leftCharacters(std::string_view text, std::size_t count) {
     return std::string(text.substr(0, bytesOf(text, count)));
 }
 
-std::string rightCharacters(std::string_view text, std::size_t count) {
-    const std::size_t all = characterCount(text);
-    return std::string(text.substr(bytesOf(text, all > count ? all - count : 0)));
-}
-
 std::string midCharacters(std::string_view text, std::size_t first, std::size_t count) {
     const std::string_view rest = text.substr(bytesOf(text, first > 0 ? first - 1 : 0));
     return leftCharacters(rest, count);

@@ -28,8 +28,6 @@ namespace sonarith {
 
 /// The first `count` characters; the whole text if it is shorter.
 [[nodiscard]] std::string leftCharacters(std::string_view text, std::size_t count);
-/// The last `count` characters; the whole text if it is shorter.
-[[nodiscard]] std::string rightCharacters(std::string_view text, std::size_t count);
 /// `count` characters from position `first` (1 is the first character); fewer or none at the end.
 [[nodiscard]] std::string midCharacters(std::string_view text, std::size_t first,
                                         std::size_t count);

@@ -18,6 +18,17 @@ struct Layout {
     int granuleBits; ///< for one channel
 };
 
+// The fields of one granule and channel, in their order; the scale factors stand before "windows".
+constexpr int lengthBits = 12;
+constexpr int bigValuesBits = 9;
+constexpr int gainBits = 8;
+constexpr int windowsBits = 1; ///< whether there are other windows than the ordinary one
+constexpr int tableBits = 5;
+/// Where they begin.
+constexpr int bigValuesAt = lengthBits;
+constexpr int gainAt = bigValuesAt + bigValuesBits;
+constexpr int scaleFactorAt = gainAt + gainBits;
+
 Layout layoutOf(const StreamFormat& format) {
     const bool mono = format.channels == 1;
     if (format.version == MpegVersion::mpeg1) {
@@ -70,11 +81,8 @@ bool isEmptySideInfo(const FrameHeader& header, Bytes frame) {
     const Layout layout = layoutOf(header.format);
     int bit = layout.mainDataBeginBits + layout.privateBits + layout.shareBits;
     for (int part = 0; part < layout.granules * layout.channels; ++part) {
-        constexpr int lengthAndBigValuesBits = 12 + 9;
-        constexpr int gainBits = 8;
-        const int afterGain = bit + lengthAndBigValuesBits + gainBits;
-        if (bitsAt(side, bit, lengthAndBigValuesBits) != 0 ||
-            bitsAt(side, afterGain, layout.scaleFactorBits + 1) != 0) { // and "other windows"
+        if (bitsAt(side, bit, lengthBits + bigValuesBits) != 0 ||
+            bitsAt(side, bit + scaleFactorAt, layout.scaleFactorBits + windowsBits) != 0) {
             return false;
         }
         bit += layout.granuleBits;
@@ -100,10 +108,10 @@ void setTone(const FrameHeader& header, std::span<std::uint8_t> frame) {
         constexpr unsigned pairs = 1;      // "big values"
         constexpr unsigned fullGain = 210; // a factor of one
         constexpr unsigned table = 1;
-        setBits(side, bit, 12, codeBits);
-        setBits(side, bit + 12, 9, pairs);
-        setBits(side, bit + 21, 8, fullGain);
-        setBits(side, bit + 29 + layout.scaleFactorBits + 1, 5, table);
+        setBits(side, bit, lengthBits, codeBits);
+        setBits(side, bit + bigValuesAt, bigValuesBits, pairs);
+        setBits(side, bit + gainAt, gainBits, fullGain);
+        setBits(side, bit + scaleFactorAt + layout.scaleFactorBits + windowsBits, tableBits, table);
         bit += layout.granuleBits;
     }
 }

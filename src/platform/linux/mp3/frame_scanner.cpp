@@ -41,7 +41,8 @@ std::int64_t id3v2Bytes(Bytes bytes) {
     return length + static_cast<std::int64_t>(ownHeaderBytes) * (hasFooter ? 2 : 1);
 }
 
-/// The length of an APE tag from its header to its end; 0 if it is none.
+/// The length of an APE tag (wiki.hydrogenaud.io, "APE Tags Header") from its header to its end; 0
+/// if it is none.
 std::int64_t apeBytes(Bytes bytes) {
     constexpr std::size_t ownHeaderBytes = 32;
     if (bytes.size() < ownHeaderBytes || !startsWith(bytes, "APETAGEX")) {

@@ -22,6 +22,19 @@ constexpr std::array<BitRates, 3> mpeg2BitRates{{
 }};
 constexpr std::array<int, 3> mpeg1Rates{44100, 48000, 32000};
 
+/// By how much a version's rates are lower than MPEG-1's.
+int rateDivisor(MpegVersion version) {
+    switch (version) {
+    case MpegVersion::mpeg1:
+        break;
+    case MpegVersion::mpeg2:
+        return 2;
+    case MpegVersion::mpeg25:
+        return 4;
+    }
+    return 1;
+}
+
 int frameBytes(const StreamFormat& format, int kilobits, int padding) {
     if (kilobits == 0) {
         return 0;
@@ -70,7 +83,7 @@ std::optional<FrameHeader> parseHeader(Bytes bytes) {
                      : version == 2 ? MpegVersion::mpeg2
                                     : MpegVersion::mpeg25;
     format.layer = layer;
-    format.rate = mpeg1Rates[static_cast<std::size_t>(rate)] >> static_cast<int>(format.version);
+    format.rate = mpeg1Rates[static_cast<std::size_t>(rate)] / rateDivisor(format.version);
     format.channels = bytes[3] >> 6 == 3 ? 1 : 2;
     header.hasChecksum = (bytes[1] & 1) == 0;
     const auto& rates = format.version == MpegVersion::mpeg1 ? mpeg1BitRates : mpeg2BitRates;

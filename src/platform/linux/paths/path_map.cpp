@@ -139,11 +139,6 @@ Result<Located> PathMap::locate(std::string_view logicPath) {
     return located;
 }
 
-Result<std::string> PathMap::toMachine(std::string_view logicPath) {
-    const Result<Located> located = locate(logicPath);
-    return located.ok() ? Result<std::string>(located.value().path) : located.error();
-}
-
 std::string PathMap::toLogic(std::string_view machinePath) {
     std::string plain;
     for (const std::string& name : namesOf(machinePath, "/")) {

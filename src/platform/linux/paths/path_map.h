@@ -41,8 +41,6 @@ class PathMap {
     /// worked out by text; a slash parts names as a backslash does. Errors: badFileName (no drive,
     /// a colon, star, question mark or NUL in a name), pathNotFound (a letter without a disk).
     [[nodiscard]] Result<Located> locate(std::string_view logicPath);
-    /// The path of locate().
-    [[nodiscard]] Result<std::string> toMachine(std::string_view logicPath);
     /// For an absolute machine path; "." and ".." are worked out by text. The root of a drive is
     /// "D:\".
     [[nodiscard]] std::string toLogic(std::string_view machinePath);

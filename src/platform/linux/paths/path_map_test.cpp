@@ -41,7 +41,7 @@ class PathMapTest : public ::testing::Test {
         file << "x";
         ASSERT_TRUE(file.good());
     }
-    std::string machine(const std::string& logic) { return paths_.toMachine(logic).value(); }
+    std::string machine(const std::string& logic) { return paths_.locate(logic).value().path; }
     /// The path below the disk.
     std::string onDisk(const std::string& logic) {
         const std::string path = machine(logic);
