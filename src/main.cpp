@@ -34,6 +34,7 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_mouse_pointer.h"
 #include "platform/qt/qt_shell.h"
+#include "settings/chosen_devices.h"
 #include "ui/coming_window.h"
 #include "ui/devices_window.h"
 #include "ui/main_window_view.h"
@@ -42,31 +43,6 @@
 namespace {
 
 using namespace sonarith;
-
-/// The store's section "Devices": which devices the user has chosen.
-class ChosenDevices {
-  public:
-    explicit ChosenDevices(SettingsStore& store) : store_(store) {}
-
-    /// Empty: the first optical drive found; else a device node or a disc image's path.
-    [[nodiscard]] std::string drive() const { return read("Drive", ""); }
-    /// The name of an ALSA device, or "none".
-    [[nodiscard]] std::string output() const { return read("Output", "default"); }
-    /// Empty: the compact disc line; `mixSource`: all that goes to the speakers.
-    [[nodiscard]] std::string source() const { return read("Source", ""); }
-    void write(const std::string& key, const std::string& value) {
-        store_.SaveSetting(applicationName, "Devices", key, value);
-    }
-
-    static constexpr const char* mixSource = "mix";
-
-  private:
-    [[nodiscard]] std::string read(const std::string& key, const std::string& fallback) const {
-        return store_.GetSetting(applicationName, "Devices", key, fallback);
-    }
-
-    SettingsStore& store_;
-};
 
 void applyOutput(sound::SoundCard& card, const std::string& name) {
     card.setSpeakers(sound::makeOutput(name));
@@ -109,15 +85,15 @@ DeviceChoices deviceChoices(ChosenDevices& chosen, disc::DriveSlot& slot, sound:
         return chosen.source();
     };
     choices.setDrive = [&](const std::string& drive) {
-        chosen.write("Drive", drive);
+        chosen.setDrive(drive);
         slot.choiceMade();
     };
     choices.setOutput = [&](const std::string& name) {
-        chosen.write("Output", name);
+        chosen.setOutput(name);
         applyOutput(card, name);
     };
     choices.setSource = [&](const std::string& name) {
-        chosen.write("Source", name);
+        chosen.setSource(name);
         applySource(card, name);
     };
     choices.driveInUse = [&] {

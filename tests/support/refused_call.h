@@ -37,6 +37,11 @@ namespace sonarith::test {
     return refuseCall(SYS_linkat, EPERM);
 }
 
+/// As of a file on a disk that is broken.
+[[nodiscard]] inline bool refuseReads() {
+    return refuseCall(SYS_read, EIO) && refuseCall(SYS_pread64, EIO);
+}
+
 /// As on a disk that is broken.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);

@@ -17,6 +17,7 @@
 
 #include "platform/text/store_file_check.h"
 #include "support/folder_entries.h"
+#include "support/refused_call.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
@@ -230,6 +231,23 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatItMayNotReadAndHoldsItsValues
               }),
               0);
     fs::permissions(file(), fs::perms::owner_all);
+    EXPECT_EQ(read(file()), "[Settings]\nHDWarning=1\n");
+    EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
+}
+
+TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadToItsEnd) {
+    write("[Settings]\nHDWarning=1\n");
+    letEverybodyWrite();
+    fs::permissions(file(), fs::perms::all);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  if (!test::refuseReads()) {
+                      return 1;
+                  }
+                  IniSettingsStore store(folder());
+                  save(store, "HDWarning", "0");
+                  return get(store, "HDWarning") == "0" ? 0 : 2;
+              }),
+              0);
     EXPECT_EQ(read(file()), "[Settings]\nHDWarning=1\n");
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }

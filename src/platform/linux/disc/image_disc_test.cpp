@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 
 #include "platform/linux/disc/image_fixture.h"
+#include "support/refused_call.h"
+#include "support/unprivileged.h"
 
 namespace sonarith::disc {
 namespace {
@@ -191,6 +193,20 @@ TEST(ImageDisc, SaysWhichFileOfWhichLineCannotBeRead) {
                 StartsWith("c.cue, line 1: \"c.wav\" cannot be read: it is no WAVE file"));
     EXPECT_EQ(refused(folder.path("none.cue")), "none.cue: cannot be read: there is no such file");
     EXPECT_EQ(refused(folder.path("")), ": cannot be read: it is no ordinary file");
+}
+
+TEST(ImageDisc, RefusesASheetThatCannotBeReadToItsEnd) {
+    const ImageFolder folder;
+    folder.write("a.bin", std::string(20 * bytesPerSector, 'x'));
+    const auto sheet = folder.write("a.cue", twoTracks("a.bin BINARY"));
+    std::filesystem::permissions(sheet.parent_path(), std::filesystem::perms::all);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  if (!test::refuseReads()) {
+                      return 1;
+                  }
+                  return refused(sheet) == "a.cue: cannot be read to its end" ? 0 : 2;
+              }),
+              0);
 }
 
 TEST(ImageDisc, RefusesAnEmptyBin) {
