@@ -12,23 +12,28 @@ namespace {
 /// Code points end at 0x10FFFF; a stray byte b is told as this plus b.
 constexpr std::int32_t strayByteBase = 0x110000;
 
-/// One character at the start of `text` (not empty): its value and its length in bytes.
+/// One character at the start of a text: its value and its length in bytes.
 struct Character {
     std::int32_t value;
     std::size_t length;
 };
 
-Character firstCharacter(std::string_view text) {
+/// Of a text that begins with no character, or is empty: nothing, and a length of 0.
+Character wellFormedCharacter(std::string_view text) {
     utf8proc_int32_t codePoint = -1;
     // Four bytes are the longest character; the bound also keeps the length within the library's
     // signed type.
     const std::string_view window = text.substr(0, 4);
     const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(window.data()),
                                          static_cast<utf8proc_ssize_t>(window.size()), &codePoint);
-    if (length <= 0) {
-        return {strayByteBase + static_cast<unsigned char>(text.front()), 1};
-    }
-    return {codePoint, static_cast<std::size_t>(length)};
+    return {codePoint, length > 0 ? static_cast<std::size_t>(length) : 0};
+}
+
+Character firstCharacter(std::string_view text) {
+    const Character character = wellFormedCharacter(text);
+    return character.length > 0
+               ? character
+               : Character{strayByteBase + static_cast<unsigned char>(text.front()), 1};
 }
 
 void append(std::string& target, std::int32_t codePoint) {
@@ -125,6 +130,10 @@ std::size_t characterCount(std::string_view text) {
         ++count;
     }
     return count;
+}
+
+std::size_t characterBytes(std::string_view text) {
+    return wellFormedCharacter(text).length;
 }
 
 bool isValidUtf8(std::string_view text) {

@@ -33,6 +33,10 @@ namespace sonarith {
                                         std::size_t count);
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
+/// How many bytes the well-formed UTF-8 character (RFC 3629) has that `text` begins with; 0 if it
+/// begins with none.
+[[nodiscard]] std::size_t characterBytes(std::string_view text);
+
 /// Whether the whole text is valid UTF-8.
 [[nodiscard]] bool isValidUtf8(std::string_view text);
 

@@ -56,6 +56,23 @@ TEST(EqualIgnoringCase, HoldsForEveryCharacterAndItsLowerCase) {
     }
 }
 
+TEST(CharacterBytes, CountsOneWellFormedCharacter) {
+    EXPECT_EQ(characterBytes("az"), 1U);
+    EXPECT_EQ(characterBytes("äz"), 2U);
+    EXPECT_EQ(characterBytes("日本"), 3U);
+    EXPECT_EQ(characterBytes("\xf4\x8f\xbf\xbfz"), 4U);
+    EXPECT_EQ(characterBytes(std::string_view("\0z", 2)), 1U);
+    EXPECT_EQ(characterBytes(""), 0U);
+}
+
+TEST(CharacterBytes, CountsNothingOfWhatIsNone) {
+    for (const char* text :
+         {"\x80", "\xff", "\xc3", "\xc3z", "\xc0\xaf", "\xe0\x9f\xbf", "\xe6\x97", "\xed\xa0\x80",
+          "\xf0\x8f\xbf\xbf", "\xf4\x90\x80\x80", "\xf5\x80\x80\x80"}) {
+        EXPECT_EQ(characterBytes(text), 0U) << text;
+    }
+}
+
 TEST(Characters, AreCountedAndCutByCodePointNotByByte) {
     EXPECT_EQ(characterCount("añ日"), 3U);
     EXPECT_EQ(leftCharacters("añ日b", 2), "añ");

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/disc/frame_ring.h"
+#include "platform/linux/sound/frame_queue.h"
 
 namespace sonarith::disc {
 
@@ -43,7 +43,7 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
-        : disc_(std::move(disc)), ring_(readAheadSectors * framesPerSector) {}
+        : disc_(std::move(disc)), ready_(readAheadSectors * framesPerSector) {}
 
     /// The body of the thread.
     void run() {
@@ -119,7 +119,7 @@ class DiscPlayer::Reader {
             return {0, sound::Supply::ended};
         if (mode_ == PlayerMode::paused)
             return {0, sound::Supply::starving};
-        const std::size_t frames = ring_.take(block);
+        const std::size_t frames = ready_.pop(block);
         position_ += static_cast<std::int64_t>(frames);
         stopAtEnd();
         if (mayRead())
@@ -131,7 +131,7 @@ class DiscPlayer::Reader {
     /// Makes the reader's present work void, so that nothing of it is ever delivered.
     void discardReadAhead() {
         ++generation_;
-        ring_.clear();
+        ready_.clear();
     }
 
     void moveTo(std::int64_t sector) {
@@ -160,7 +160,7 @@ class DiscPlayer::Reader {
 
     bool mayRead() const {
         return mode_ == PlayerMode::playing && !gone_ && !reading_ && sectorsToRead() > 0 &&
-               ring_.space() >= static_cast<std::size_t>(sectorsToRead()) * framesPerSector;
+               ready_.space() >= static_cast<std::size_t>(sectorsToRead()) * framesPerSector;
     }
 
     void readOnce(std::unique_lock<std::mutex>& lock, std::span<sound::StereoFrame> buffer) {
@@ -176,7 +176,7 @@ class DiscPlayer::Reader {
         if (outcome == ReadOutcome::gone) {
             gone_ = true;
         } else if (outcome == ReadOutcome::ok && generation == generation_) {
-            ring_.put(frames);
+            ready_.push(frames);
             nextSector_ = first + sectors;
         }
     }
@@ -184,10 +184,10 @@ class DiscPlayer::Reader {
     const std::shared_ptr<Disc> disc_;
     mutable std::mutex mutex_;
     std::condition_variable work_; ///< told whenever mayRead() or quit_ may have become true
-    FrameRing ring_;
+    sound::FrameQueue ready_;      ///< read and not yet taken
     PlayerMode mode_ = PlayerMode::stopped;
     std::int64_t position_ = 0;    ///< in frames
-    std::int64_t nextSector_ = 0;  ///< the first one that is not in the ring
+    std::int64_t nextSector_ = 0;  ///< the first one that was not read yet
     std::int64_t endSector_ = 0;   ///< not played any more
     std::uint64_t generation_ = 0; ///< moves on when what is being read is no longer wanted
     bool reading_ = false;         ///< the reader is inside disc_->read: needs no waking

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <iterator>
 
+#include "platform/text/unicode.h"
+
 namespace sonarith::disc {
 
 namespace {
@@ -31,34 +33,6 @@ bool isLetter(char c) {
     return lower(c) >= 'a' && lower(c) <= 'z';
 }
 
-/// How many bytes of `text` at `at` make one well-formed UTF-8 character (RFC 3629), or 0.
-std::size_t characterBytes(std::string_view text, std::size_t at) {
-    const auto byte = [&](std::size_t i) {
-        return static_cast<unsigned char>(text[i]);
-    };
-    const unsigned first = byte(at);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (length == 0 || text.size() - at < length) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    // Overlong forms, halves of surrogate pairs and what lies beyond U+10FFFF.
-    const bool malformed =
-        length > 2 &&
-        ((first == 0xE0 && byte(at + 1) < 0xA0) || (first == 0xED && byte(at + 1) > 0x9F) ||
-         (first == 0xF0 && byte(at + 1) < 0x90) || (first == 0xF4 && byte(at + 1) > 0x8F));
-    return malformed ? 0 : length;
-}
-
 } // namespace
 
 Error sheetError(std::string_view sheet, int line, std::string_view causeText) {
@@ -76,7 +50,7 @@ std::string shown(std::string_view text) {
             result += "...";
             break;
         }
-        const std::size_t length = characterBytes(text, at);
+        const std::size_t length = characterBytes(text.substr(at));
         const bool control = length == 1 && (text[at] < ' ' || text[at] == '\x7F');
         result += length == 0 || control ? std::string_view("?") : text.substr(at, length);
         at += std::max<std::size_t>(length, 1);

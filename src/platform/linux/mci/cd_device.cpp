@@ -85,7 +85,7 @@ Reply CdDevice::set(const Command& command) {
     if (format && !timeFormatNamed(*format)) {
         return MciError::badTimeFormat;
     }
-    const std::string doorState = door ? lowerCase(*door) : std::string();
+    const std::string doorState = door ? asciiLowerCase(*door) : std::string();
     if (door && doorState != "open" && doorState != "closed") {
         return MciError::badConstant;
     }
@@ -112,19 +112,11 @@ Reply CdDevice::status(const Command& command) {
     if (!arguments.ok()) {
         return arguments.error;
     }
-    std::string_view item;
-    for (const Keyword& keyword : keywords) {
-        if (keyword.takes == Takes::value || !arguments.value.has(keyword.text)) {
-            continue;
-        }
-        if (!item.empty()) {
-            return MciError::flagsNotCompatible;
-        }
-        item = keyword.text;
+    const auto found = onlyItem(arguments.value, keywords);
+    if (!found.ok()) {
+        return found.error;
     }
-    if (item.empty()) {
-        return MciError::missingParameter;
-    }
+    const std::string_view item = found.value;
     if (const std::string* track = arguments.value.value("track")) {
         return trackStatus(item, *track);
     }
@@ -255,7 +247,7 @@ Reply CdDevice::seek(const Command& command) {
     if (!disc) {
         return MciError::deviceNotReady;
     }
-    const std::string place = lowerCase(*to);
+    const std::string place = asciiLowerCase(*to);
     const Outcome<std::int64_t> sector = place == "start" ? Outcome<std::int64_t>(0)
                                          : place == "end"
                                              ? Outcome(disc->table().sectors())

@@ -62,7 +62,7 @@ std::size_t wordsMatched(std::span<const Word> words, std::string_view keyword) 
     while (!keyword.empty()) {
         const std::size_t length = std::min(keyword.find(' '), keyword.size());
         if (count == words.size() || words[count].quoted ||
-            lowerCase(words[count].text) != keyword.substr(0, length)) {
+            asciiLowerCase(words[count].text) != keyword.substr(0, length)) {
             return 0;
         }
         ++count;
@@ -90,7 +90,7 @@ Match longestMatch(std::span<const Word> words, std::span<const Keyword> keyword
 
 } // namespace
 
-std::string lowerCase(std::string_view text) {
+std::string asciiLowerCase(std::string_view text) {
     std::string lower(text);
     for (char& c : lower) {
         if (c >= 'A' && c <= 'Z') {
@@ -122,7 +122,7 @@ Outcome<Command> parseCommand(std::string_view text) {
     if (!verbWord.ok()) {
         return verbWord.error;
     }
-    const auto verb = verbNamed(lowerCase(verbWord.value.text));
+    const auto verb = verbNamed(asciiLowerCase(verbWord.value.text));
     if (!verb) {
         return MciError::unrecognizedCommand;
     }
@@ -137,7 +137,7 @@ Outcome<Command> parseCommand(std::string_view text) {
     if (device.value.text.empty()) {
         return MciError::missingDeviceName;
     }
-    Command command{*verb, lowerCase(device.value.text), {}, {}};
+    Command command{*verb, asciiLowerCase(device.value.text), {}, {}};
     skipBlanks(text);
     // The path is not quoted by those who send it, and may hold blanks.
     if (command.verb == Verb::save) {
@@ -191,6 +191,23 @@ Outcome<Arguments> parseArguments(std::span<const Word> words, std::span<const K
         }
     }
     return arguments;
+}
+
+Outcome<std::string_view> onlyItem(const Arguments& arguments, std::span<const Keyword> keywords) {
+    std::string_view item;
+    for (const Keyword& keyword : keywords) {
+        if (keyword.takes == Takes::value || !arguments.has(keyword.text)) {
+            continue;
+        }
+        if (!item.empty()) {
+            return MciError::flagsNotCompatible;
+        }
+        item = keyword.text;
+    }
+    if (item.empty()) {
+        return MciError::missingParameter;
+    }
+    return item;
 }
 
 } // namespace sonarith::mci

@@ -81,10 +81,15 @@ class Arguments {
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 
+/// The one of `keywords` that takes no value and was given. Errors: flagsNotCompatible for two of
+/// them, missingParameter for none.
+[[nodiscard]] Outcome<std::string_view> onlyItem(const Arguments& arguments,
+                                                 std::span<const Keyword> keywords);
+
 /// Decimal digits, 0 to 2147483647. Errors: badInteger.
 [[nodiscard]] Outcome<int> parseInteger(std::string_view text);
 
 /// ASCII letters in lower case; everything else as it is.
-[[nodiscard]] std::string lowerCase(std::string_view text);
+[[nodiscard]] std::string asciiLowerCase(std::string_view text);
 
 } // namespace sonarith::mci

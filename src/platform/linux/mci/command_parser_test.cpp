@@ -156,8 +156,19 @@ TEST(AnInteger, IsDecimalDigitsUpToTheLargestOf32Bits) {
     }
 }
 
+TEST(AnItem, IsTheOnlyKeywordOfThoseWithoutAValue) {
+    static constexpr Keyword items[] = {{"length"}, {"mode"}, {"track", Takes::value}};
+    const auto itemOf = [](std::string_view text) {
+        const auto command = parseCommand(text);
+        return onlyItem(parseArguments(command.value.words, items).value, items);
+    };
+    EXPECT_EQ(itemOf("status cd track 3 length").value, "length");
+    EXPECT_EQ(itemOf("status cd length mode").error, MciError::flagsNotCompatible);
+    EXPECT_EQ(itemOf("status cd track 3").error, MciError::missingParameter);
+}
+
 TEST(LowerCase, ChangesAsciiLettersOnly) {
-    EXPECT_EQ(lowerCase("AZ az [@] \xC3\x84"), "az az [@] \xC3\x84");
+    EXPECT_EQ(asciiLowerCase("AZ az [@] \xC3\x84"), "az az [@] \xC3\x84");
 }
 
 } // namespace

@@ -61,10 +61,10 @@ Reply Interpreter::open(const Command& command) {
     }
     if (const std::string* named = arguments.value.value("type")) {
         element = command.device;
-        type = lowerCase(*named);
+        type = asciiLowerCase(*named);
     }
     const std::string* given = arguments.value.value("alias");
-    const std::string alias = lowerCase(given ? *given : command.device);
+    const std::string alias = asciiLowerCase(given ? *given : command.device);
     if (type == newElement) {
         return MciError::deviceTypeRequired;
     }

@@ -112,7 +112,7 @@ Outcome<std::int64_t> sectorOf(const disc::Table& table, std::string_view text, 
 } // namespace
 
 std::optional<TimeFormat> timeFormatNamed(std::string_view name) {
-    const std::string lower = lowerCase(name);
+    const std::string lower = asciiLowerCase(name);
     if (lower == "ms") {
         return TimeFormat::milliseconds;
     }

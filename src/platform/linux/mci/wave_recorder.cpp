@@ -89,7 +89,7 @@ Reply WaveRecorder::set(const Command& command) {
     }
     LengthUnit unit = unit_;
     if (const std::string* name = arguments.value.value("time format")) {
-        const std::string lower = lowerCase(*name);
+        const std::string lower = asciiLowerCase(*name);
         if (lower == "bytes") {
             unit = LengthUnit::bytes;
         } else if (lower == "samples") {
@@ -183,19 +183,11 @@ Reply WaveRecorder::status(const Command& command) {
     if (!arguments.ok()) {
         return arguments.error;
     }
-    std::string_view item;
-    for (const Keyword& keyword : keywords) {
-        if (!arguments.value.has(keyword.text)) {
-            continue;
-        }
-        if (!item.empty()) {
-            return MciError::flagsNotCompatible;
-        }
-        item = keyword.text;
+    const auto found = onlyItem(arguments.value, keywords);
+    if (!found.ok()) {
+        return found.error;
     }
-    if (item.empty()) {
-        return MciError::missingParameter;
-    }
+    const std::string_view item = found.value;
     if (const auto field = formatField(item, channels_)) {
         return std::to_string(*field);
     }

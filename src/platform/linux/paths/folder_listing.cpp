@@ -9,7 +9,7 @@
 namespace sonarith {
 
 std::optional<FolderListing> FolderListing::open(std::string machinePath) {
-    Opened opened(::opendir(machinePath.c_str()));
+    OpenedFolder opened(::opendir(machinePath.c_str()));
     struct stat status {};
     if (!opened || ::fstat(::dirfd(opened.get()), &status) != 0) {
         return std::nullopt;

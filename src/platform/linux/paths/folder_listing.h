@@ -28,6 +28,12 @@ struct FolderIdentity {
     bool operator==(const FolderIdentity&) const = default;
 };
 
+struct CloseFolder {
+    void operator()(DIR* opened) const { ::closedir(opened); }
+};
+/// A folder that is being listed; closed by itself.
+using OpenedFolder = std::unique_ptr<DIR, CloseFolder>;
+
 class FolderListing {
   public:
     /// Nothing for what is no folder or cannot be read.
@@ -43,16 +49,11 @@ class FolderListing {
     bool next(ListedEntry& entry);
 
   private:
-    struct Close {
-        void operator()(DIR* opened) const { ::closedir(opened); }
-    };
-    using Opened = std::unique_ptr<DIR, Close>;
-
-    FolderListing(Opened opened, std::string path, const FolderIdentity& identity)
+    FolderListing(OpenedFolder opened, std::string path, const FolderIdentity& identity)
         : opened_(std::move(opened)), path_(std::move(path)), identity_(identity) {}
     [[nodiscard]] EntryKind kindOf(const dirent& entry) const;
 
-    Opened opened_;
+    OpenedFolder opened_;
     std::string path_;
     FolderIdentity identity_;
 };

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 
 #include "platform/linux/paths/folder_listing.h"
+#include "platform/linux/paths/path_names.h"
 #include "platform/linux/paths/system_error.h"
 #include "platform/text/unicode.h"
 
@@ -126,24 +127,11 @@ void LinuxDirectoryWalk::noteFolder(const Listing& listing, const std::string& n
     }
 }
 
-/// The names of a path below its drive, parted by backslashes; "." and ".." are worked out.
+/// A path with its drive and no detours, parted by backslashes.
 std::string plainPath(std::string_view path) {
-    std::vector<std::string_view> names;
-    std::string_view rest = path.substr(2);
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find_first_of("\\/"), rest.size());
-        const std::string_view name = rest.substr(0, end);
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (name == "..") {
-            if (!names.empty()) {
-                names.pop_back();
-            }
-        } else if (!name.empty() && name != ".") {
-            names.push_back(name);
-        }
-    }
     std::string plain(path.substr(0, 2));
-    for (const std::string_view name : names) {
+    const std::vector<std::string> names = namesOf(path.substr(2), "\\/");
+    for (const std::string& name : names) {
         plain.append("\\").append(name);
     }
     return names.empty() ? plain + "\\" : plain;
@@ -159,12 +147,7 @@ Result<std::string> LinuxDirectories::folder(const std::string& path) const {
     if (path.empty()) {
         return fileError(ErrorNumber::pathNotFound);
     }
-    std::string whole = path;
-    if (path.size() < 2 || path[1] != ':') {
-        const std::string here = files_.currentFolder();
-        const bool fromRoot = path.starts_with('\\') || path.starts_with('/');
-        whole = fromRoot ? here.substr(0, 2) + path : here + "\\" + path;
-    }
+    const std::string whole = absolutePath(path, files_.currentFolder());
     const Result<Located> located = paths_.locate(whole);
     struct stat status {};
     if (!located.ok() || ::stat(located.value().path.c_str(), &status) != 0 ||

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "platform/linux/paths/exclusive_rename.h"
+#include "platform/linux/paths/path_names.h"
 #include "platform/linux/paths/system_error.h"
 
 namespace sonarith {
@@ -51,18 +52,8 @@ LinuxFileSystem::LinuxFileSystem(PathMap& paths, const std::string& programFolde
     currentFolders_[currentLetter_] = here;
 }
 
-std::string LinuxFileSystem::absolute(const std::string& path) const {
-    if (path.size() >= 2 && path[1] == ':') {
-        return path;
-    }
-    if (!path.empty() && (path[0] == '\\' || path[0] == '/')) {
-        return std::string(1, currentLetter_) + ":" + path;
-    }
-    return currentFolder() + "\\" + path;
-}
-
 Result<Located> LinuxFileSystem::locate(const std::string& path) const {
-    return paths_.locate(absolute(path));
+    return paths_.locate(absolutePath(path, currentFolder()));
 }
 
 std::string LinuxFileSystem::currentFolder() const {

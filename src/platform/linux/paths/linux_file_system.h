@@ -32,9 +32,6 @@ class LinuxFileSystem final : public FileSystem {
     [[nodiscard]] Result<Located> locate(const std::string& path) const;
 
   private:
-    /// With drive letter: relative names below the current folder, "\name" on the current drive.
-    [[nodiscard]] std::string absolute(const std::string& path) const;
-
     PathMap& paths_;
     std::string programFolder_;
     char currentLetter_ = 'C';

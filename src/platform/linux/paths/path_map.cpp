@@ -10,6 +10,8 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include "platform/linux/paths/folder_listing.h"
+#include "platform/linux/paths/path_names.h"
 #include "platform/text/unicode.h"
 
 namespace sonarith {
@@ -35,24 +37,6 @@ std::string replaced(std::string_view text, std::string_view what, std::string_v
     return result.append(text);
 }
 
-/// The names of a path, "." and ".." worked out; ".." at the root stays there.
-std::vector<std::string> namesOf(std::string_view path, std::string_view separators) {
-    std::vector<std::string> names;
-    while (!path.empty()) {
-        const std::size_t end = std::min(path.find_first_of(separators), path.size());
-        const std::string_view name = path.substr(0, end);
-        path.remove_prefix(std::min(end + 1, path.size()));
-        if (name == "..") {
-            if (!names.empty()) {
-                names.pop_back();
-            }
-        } else if (!name.empty() && name != ".") {
-            names.emplace_back(name);
-        }
-    }
-    return names;
-}
-
 std::string joined(const std::string& folder, const std::string& name) {
     return folder.back() == '/' ? folder + name : folder + "/" + name;
 }
@@ -68,10 +52,7 @@ std::optional<std::string> spelling(const std::string& folder, const std::string
     if (exists(joined(folder, exact))) {
         return exact;
     }
-    struct Close {
-        void operator()(DIR* opened) const { ::closedir(opened); }
-    };
-    const std::unique_ptr<DIR, Close> listing(::opendir(folder.c_str()));
+    const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
         return std::nullopt;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A queue of frames in a fixed store, between the card and the thread of a device. It has no lock
-// of its own: both sides hold theirs for the copying alone, a few microseconds.
+// A queue of frames in a fixed store, made once, between the card and the thread of a device or of
+// a reader. It has no lock of its own: both sides hold theirs for the copying alone.
 #pragma once
 
 #include <algorithm>
@@ -14,17 +14,21 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    explicit FrameQueue(std::size_t capacityInFrames) : store_(capacityInFrames) {}
+    /// Holds `capacity` frames, at least one.
+    explicit FrameQueue(std::size_t capacity) : store_(capacity) {}
 
     [[nodiscard]] std::size_t size() const { return size_; }
+    /// How many frames still fit.
+    [[nodiscard]] std::size_t space() const { return store_.size() - size_; }
     [[nodiscard]] bool empty() const { return size_ == 0; }
 
     /// Puts the head of `frames` behind what is queued; answers how many fitted.
     std::size_t push(std::span<const StereoFrame> frames) {
-        const std::size_t count = std::min(frames.size(), store_.size() - size_);
-        for (std::size_t i = 0; i < count; ++i) {
-            store_[(head_ + size_ + i) % store_.size()] = frames[i];
-        }
+        const std::size_t count = std::min(frames.size(), space());
+        const std::size_t tail = (head_ + size_) % store_.size();
+        const std::size_t untilWrap = std::min(count, store_.size() - tail);
+        std::copy_n(frames.data(), untilWrap, store_.data() + tail);
+        std::copy_n(frames.data() + untilWrap, count - untilWrap, store_.data());
         size_ += count;
         return count;
     }
@@ -32,9 +36,9 @@ class FrameQueue {
     /// Takes the oldest frames into the head of `out`; answers how many there were.
     std::size_t pop(std::span<StereoFrame> out) {
         const std::size_t count = std::min(out.size(), size_);
-        for (std::size_t i = 0; i < count; ++i) {
-            out[i] = store_[(head_ + i) % store_.size()];
-        }
+        const std::size_t untilWrap = std::min(count, store_.size() - head_);
+        std::copy_n(store_.data() + head_, untilWrap, out.data());
+        std::copy_n(store_.data(), count - untilWrap, out.data() + untilWrap);
         drop(count);
         return count;
     }
@@ -45,6 +49,8 @@ class FrameQueue {
         head_ = (head_ + count) % store_.size();
         size_ -= count;
     }
+
+    void clear() { drop(size_); }
 
     /// Forgets the silent frames at the head, if there are any.
     void dropSilence() {

@@ -36,6 +36,25 @@ TEST(FrameQueue, TakesOnlyWhatFits) {
     EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
 }
 
+TEST(FrameQueue, LeavesTheRestOfWhatItIsTakenIntoAsItWas) {
+    FrameQueue queue(3);
+    queue.push(fakes::pattern(0, 1));
+    std::vector<StereoFrame> taken = fakes::pattern(7, 2);
+    EXPECT_EQ(queue.pop(taken), 1U);
+    EXPECT_EQ(taken[0], fakes::patternFrame(0));
+    EXPECT_EQ(taken[1], fakes::patternFrame(8));
+}
+
+TEST(FrameQueue, IsEmptyOnceItIsCleared) {
+    FrameQueue queue(3);
+    queue.push(fakes::pattern(0, 2));
+    EXPECT_EQ(queue.space(), 1U);
+    queue.clear();
+    EXPECT_EQ(queue.space(), 3U);
+    std::vector<StereoFrame> taken(2);
+    EXPECT_EQ(queue.pop(taken), 0U);
+}
+
 TEST(FrameQueue, DropsTheOldestFrames) {
     FrameQueue queue(10);
     queue.push(fakes::pattern(0, 8));

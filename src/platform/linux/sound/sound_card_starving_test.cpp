@@ -44,17 +44,17 @@ TEST_F(StarvingSoundCardTest, RecordsNothingBehindASourceThatWasLost) {
         losing.setRecordingSource(source);
         losing.attach(Line::compactDisc, std::make_shared<PatternSource>(1000, Supply::lost), 0s);
         losing.startRecording(tape, 0s);
-        losing.advance(1h);
+        losing.advance(1min);
         EXPECT_THAT(tape->frames(), IsSound(pattern(0, 1000)));
         EXPECT_TRUE(losing.active());
         // From whatever comes to that line next it records again.
-        losing.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 1h);
-        losing.advance(1h + 10ms);
+        losing.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 1min);
+        losing.advance(1min + 10ms);
         Frames both = pattern(0, 1000);
         const Frames next = pattern(0, 441);
         both.insert(both.end(), next.begin(), next.end());
         EXPECT_THAT(tape->frames(), IsSound(both));
-        losing.stopRecording(1h + 10ms);
+        losing.stopRecording(1min + 10ms);
     }
 }
 

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What stands in a path, of the logic's form or of the machine's. It looks at no disk.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sonarith {
+
+/// The names of a path, "." and ".." worked out; ".." at the root stays there.
+[[nodiscard]] std::vector<std::string> namesOf(std::string_view path, std::string_view separators);
+
+/// A path of the logic's form from its drive's letter on: one without a letter begins at the root
+/// of `currentFolder`'s drive, or in that folder.
+[[nodiscard]] std::string absolutePath(const std::string& path, const std::string& currentFolder);
+
+} // namespace sonarith

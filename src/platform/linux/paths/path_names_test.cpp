@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/path_names.h"
+
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(PathNames, AreWhatStandsBetweenSeparators) {
+    EXPECT_THAT(namesOf("\\Music\\old/new.wav", "\\/"), ElementsAre("Music", "old", "new.wav"));
+    EXPECT_THAT(namesOf("/a\\b//c/", "/"), ElementsAre("a\\b", "c"));
+    EXPECT_THAT(namesOf("", "/"), IsEmpty());
+    EXPECT_THAT(namesOf("//", "/"), IsEmpty());
+}
+
+TEST(PathNames, DotsAreWorkedOutAndLeadNowhereAboveTheRoot) {
+    EXPECT_THAT(namesOf("/a/./b/../c", "/"), ElementsAre("a", "c"));
+    EXPECT_THAT(namesOf("/../../a/...", "/"), ElementsAre("a", "..."));
+}
+
+TEST(AbsolutePath, BeginsWithItsDriveWhateverItWas) {
+    const std::string here = "d:\\music";
+    EXPECT_EQ(absolutePath("c:\\a", here), "c:\\a");
+    EXPECT_EQ(absolutePath("c:", here), "c:");
+    EXPECT_EQ(absolutePath("\\a", here), "d:\\a");
+    EXPECT_EQ(absolutePath("/a", here), "d:/a");
+    EXPECT_EQ(absolutePath("a", here), "d:\\music\\a");
+    EXPECT_EQ(absolutePath("", here), "d:\\music\\");
+}
+
+} // namespace
+} // namespace sonarith
