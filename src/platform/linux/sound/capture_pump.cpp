@@ -15,8 +15,6 @@ namespace sonarith::sound {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 /// What waits for the card at the most: 500 ms. Beyond that the oldest frames go.
 constexpr std::size_t backlogFrames = frameRate / 2;
 /// The line is silent until 60 ms wait, so that a device that delivers in larger lumps than the
@@ -31,7 +29,8 @@ constexpr int maxFruitlessRestarts = 3;
 
 } // namespace
 
-struct CapturePump::Shared {
+/// What the card's side and the pump's thread share.
+struct CaptureBacklog {
     std::mutex mutex;
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
@@ -58,19 +57,18 @@ struct CapturePump::Shared {
 namespace {
 
 /// Reads from one open device until it is lost or it is time to leave.
-template <typename Shared>
-void listen(PcmCapture& device, Shared& shared) {
+void listen(PcmCapture& device, CaptureBacklog& backlog) {
     std::vector<StereoFrame> block(blockFrames);
     int restarts = 0;
     if (device.restart() < 0) {
         return;
     }
-    while (!shared.isLeaving()) {
+    while (!backlog.isLeaving()) {
         long result = device.read(block);
         if (result > 0) {
             restarts = 0;
             const auto count = std::min(static_cast<std::size_t>(result), block.size());
-            shared.add(std::span(block).first(count));
+            backlog.add(std::span(block).first(count));
             continue;
         }
         if (result == 0 || result == -EAGAIN) {
@@ -78,7 +76,7 @@ void listen(PcmCapture& device, Shared& shared) {
             if (result > 0) {
                 // Devices that answer too early, and then have nothing, must not make it spin. The
                 // rest is shorter than what any device keeps.
-                shared.rest(emptyReadRest);
+                backlog.rest(emptyReadRest);
             }
         }
         if (result == -EPIPE || result == -ESTRPIPE) {
@@ -91,40 +89,39 @@ void listen(PcmCapture& device, Shared& shared) {
     }
 }
 
-template <typename Shared>
-void pump(Shared& shared, const OpenCapture& open, const CaptureTiming& timing) {
-    while (!shared.isLeaving()) {
+void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming& timing) {
+    while (!backlog.isLeaving()) {
         if (const std::unique_ptr<PcmCapture> device = open()) {
-            listen(*device, shared);
+            listen(*device, backlog);
         }
-        shared.rest(timing.retryAfter);
+        backlog.rest(timing.retryAfter);
     }
 }
 
 } // namespace
 
 CapturePump::CapturePump(OpenCapture open, CaptureTiming timing)
-    : shared_(std::make_shared<Shared>()),
+    : backlog_(std::make_shared<CaptureBacklog>()),
       timing_(timing),
-      thread_([shared = shared_, open = std::move(open), timing] { pump(*shared, open, timing); }) {
-}
+      thread_(
+          [backlog = backlog_, open = std::move(open), timing] { pump(*backlog, open, timing); }) {}
 
 CapturePump::~CapturePump() {
     {
-        const std::lock_guard lock(shared_->mutex);
-        shared_->leaving = true;
+        const std::lock_guard lock(backlog_->mutex);
+        backlog_->leaving = true;
     }
-    shared_->changed.notify_all();
+    backlog_->changed.notify_all();
     thread_.leave(timing_.patience);
 }
 
 Pulled CapturePump::pull(std::span<StereoFrame> block) {
-    const std::lock_guard lock(shared_->mutex);
-    shared_->flowing = shared_->flowing || shared_->queue.size() >= cushionFrames;
+    const std::lock_guard lock(backlog_->mutex);
+    backlog_->flowing = backlog_->flowing || backlog_->queue.size() >= cushionFrames;
     std::size_t count = 0;
-    if (shared_->flowing) {
-        count = shared_->queue.pop(block);
-        shared_->flowing = count == block.size();
+    if (backlog_->flowing) {
+        count = backlog_->queue.pop(block);
+        backlog_->flowing = count == block.size();
     }
     std::fill(block.begin() + static_cast<std::ptrdiff_t>(count), block.end(), StereoFrame{});
     return {block.size(), Supply::flowing};

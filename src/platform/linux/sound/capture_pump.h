@@ -22,6 +22,8 @@ struct CaptureTiming {
     std::chrono::milliseconds patience{500};
 };
 
+struct CaptureBacklog;
+
 class CapturePump : public SampleSource {
   public:
     /// `open` is called at once, and again after a loss; it must own what it uses.
@@ -34,8 +36,7 @@ class CapturePump : public SampleSource {
     [[nodiscard]] Pulled pull(std::span<StereoFrame> block) override;
 
   private:
-    struct Shared;
-    std::shared_ptr<Shared> shared_;
+    std::shared_ptr<CaptureBacklog> backlog_;
     CaptureTiming timing_;
     AbandonableThread thread_;
 };

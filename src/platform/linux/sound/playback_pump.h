@@ -3,31 +3,17 @@
 // goes on. The device is open only while there is something to hear. It knows no sound library.
 #pragma once
 
-#include <chrono>
 #include <memory>
 #include <span>
 
 #include "platform/linux/sound/abandonable_thread.h"
 #include "platform/linux/sound/pcm_stream.h"
+#include "platform/linux/sound/playback_timing.h"
 #include "platform/linux/sound/sound_card.h"
 
 namespace sonarith::sound {
 
-/// The times that the pump goes by. None was measured: they are what a person does not mind.
-struct PlaybackTiming {
-    /// No frames for so long: the sound has ended for now. Longer than the card is late under load.
-    std::chrono::milliseconds dryAfter{60};
-    /// How long the frames of one batch wait for its last ones.
-    std::chrono::milliseconds batchWait{25};
-    /// After so much silence, or without any frames for so long, the device is closed.
-    std::chrono::milliseconds closeAfter{3000};
-    /// A device that was lost or cannot be opened is tried again no sooner than this.
-    std::chrono::milliseconds retryAfter{2000};
-    /// A device that takes nothing for so long is given up.
-    std::chrono::milliseconds stallLimit{2000};
-    /// The destructor waits so long for a device that does not come back from a call.
-    std::chrono::milliseconds patience{500};
-};
+class PlaybackFeed;
 
 class PlaybackPump : public SpeakerSink {
   public:
@@ -40,8 +26,7 @@ class PlaybackPump : public SpeakerSink {
     void play(std::span<const StereoFrame> frames) override;
 
   private:
-    struct Shared;
-    std::shared_ptr<Shared> shared_;
+    std::shared_ptr<PlaybackFeed> feed_; ///< shared with the thread, which may be left behind
     PlaybackTiming timing_;
     AbandonableThread thread_;
 };

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The time with one open device, from its first frames until it is closed: it is filled before it
+// starts, its end is let be heard, and an underrun is mended.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <span>
+
+#include "platform/linux/sound/pcm_stream.h"
+#include "platform/linux/sound/playback_feed.h"
+#include "platform/linux/sound/playback_timing.h"
+
+namespace sonarith::sound {
+
+class PlaybackSession {
+  public:
+    /// All three outlive it.
+    PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing)
+        : device_(device), feed_(feed), timing_(timing) {}
+
+    /// How it ended: after a long silence, with a device that takes nothing any more, or because
+    /// the thread is to leave.
+    enum class Ending { quiet, lost, leaving };
+    /// Plays until then.
+    Ending run();
+
+  private:
+    enum class Phase {
+        filling,  ///< prepared, not started yet
+        running,  ///< started
+        draining, ///< started; nothing more has come, and the end is being heard
+        stopped,  ///< open and silent
+    };
+
+    bool playBlock(std::span<const StereoFrame> frames);
+    bool goOnDry();
+    [[nodiscard]] bool quietForTooLong() const;
+    bool prepareAgain();
+    bool startIfFilling();
+    bool writeAll(std::span<const StereoFrame> frames);
+    bool awaitRoom(std::chrono::steady_clock::time_point stalledSince);
+
+    PcmPlayback& device_;
+    PlaybackFeed& feed_;
+    const PlaybackTiming& timing_;
+    Phase phase_ = Phase::filling;
+    std::size_t written_ = 0;      ///< frames since the device was prepared
+    std::size_t silentFrames_ = 0; ///< at the end of what was written
+    bool hadRoom_ = false;
+    std::chrono::steady_clock::time_point drainingSince_{};
+    std::chrono::steady_clock::time_point stoppedAt_{};
+};
+
+} // namespace sonarith::sound
