@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -35,9 +34,10 @@ Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     FileHandle handle;
     handle.path_ = path;
     // Without O_NONBLOCK a named pipe would make this call wait for somebody who writes.
-    handle.descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    handle.descriptor_ =
+        files::FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};
-    if (handle.descriptor_ < 0 || ::fstat(handle.descriptor_, &status) != 0) {
+    if (!handle.descriptor_.valid() || ::fstat(handle.descriptor(), &status) != 0) {
         return causeOf(errno);
     }
     if (!S_ISREG(status.st_mode)) {
@@ -49,19 +49,6 @@ Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     return handle;
 }
 
-FileHandle::FileHandle(FileHandle&& other) noexcept
-    : path_(std::move(other.path_)),
-      descriptor_(std::exchange(other.descriptor_, -1)),
-      bytes_(other.bytes_),
-      device_(other.device_),
-      inode_(other.inode_) {}
-
-FileHandle::~FileHandle() {
-    if (descriptor_ >= 0) {
-        ::close(descriptor_);
-    }
-}
-
 bool FileHandle::stillThere() const {
     struct stat status = {};
     return ::stat(path_.c_str(), &status) == 0 && status.st_dev == device_ &&
@@ -71,7 +58,7 @@ bool FileHandle::stillThere() const {
 std::size_t FileHandle::readAt(std::int64_t offset, std::span<std::byte> out) const {
     std::size_t done = 0;
     while (done < out.size()) {
-        const auto count = ::pread(descriptor_, out.data() + done, out.size() - done,
+        const auto count = ::pread(descriptor(), out.data() + done, out.size() - done,
                                    offset + static_cast<std::int64_t>(done));
         if (count < 0 && errno == EINTR) {
             continue;

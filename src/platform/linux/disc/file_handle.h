@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An ordinary file opened for reading that is closed by itself. Devices, pipes and folders are
+// An ordinary file opened for reading. Devices, pipes and folders are
 // refused: a read of them could wait for ever.
 #pragma once
 
@@ -9,6 +9,7 @@
 
 #include <sys/types.h>
 
+#include "platform/linux/files/file_descriptor.h"
 #include "platform/result.h"
 
 namespace sonarith::disc {
@@ -17,11 +18,8 @@ class FileHandle {
   public:
     /// Errors, as causes in words: not there, not allowed, no ordinary file.
     [[nodiscard]] static Result<FileHandle> open(const std::filesystem::path& path);
-    FileHandle(FileHandle&& other) noexcept;
-    FileHandle& operator=(FileHandle&&) = delete;
-    ~FileHandle();
 
-    [[nodiscard]] int descriptor() const { return descriptor_; }
+    [[nodiscard]] int descriptor() const { return descriptor_.get(); }
     /// Length in bytes when it was opened.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
     /// Whether its path still leads to this very file.
@@ -34,7 +32,7 @@ class FileHandle {
     FileHandle() = default;
 
     std::filesystem::path path_;
-    int descriptor_ = -1;
+    files::FileDescriptor descriptor_;
     std::int64_t bytes_ = 0;
     ::dev_t device_ = 0;
     ::ino_t inode_ = 0;

@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "platform/linux/sound/file_error.h"
+#include "platform/linux/files/file_error.h"
 
 namespace sonarith::mp3 {
 
@@ -36,7 +36,7 @@ std::optional<FileIdentity> FileIdentity::of(const fs::path& path) {
     return ::stat(path.c_str(), &found) == 0 ? std::optional(identityIn(found)) : std::nullopt;
 }
 
-std::optional<FileIdentity> FileIdentity::of(const sound::FileDescriptor& file) {
+std::optional<FileIdentity> FileIdentity::of(const files::FileDescriptor& file) {
     struct stat found {};
     return ::fstat(file.get(), &found) == 0 ? std::optional(identityIn(found)) : std::nullopt;
 }
@@ -47,13 +47,13 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
     // Non-blocking, since opening a pipe that nobody writes to would not return.
-    sound::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    files::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat found {};
     if (!file.valid() || ::fstat(file.get(), &found) != 0) {
-        return sound::systemError(errno, path);
+        return files::systemError(errno, path);
     }
     if (S_ISDIR(found.st_mode)) {
-        return sound::systemError(EISDIR, path);
+        return files::systemError(EISDIR, path);
     }
     if (!S_ISREG(found.st_mode)) {
         return {ErrorNumber::pathFileAccess, "\"" + path.string() + "\" is not a plain file"};
@@ -65,14 +65,14 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
 Status FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) const {
     while (!out.empty()) {
         if (*stop_) {
-            return sound::systemError(ECANCELED, path_);
+            return files::systemError(ECANCELED, path_);
         }
         const ssize_t got = ::pread(file_.get(), out.data(), out.size(), offset);
         if (got < 0 && errno == EINTR) {
             continue;
         }
         if (got <= 0) {
-            return sound::systemError(got < 0 ? errno : EIO, path_);
+            return files::systemError(got < 0 ? errno : EIO, path_);
         }
         out = out.subspan(static_cast<std::size_t>(got));
         offset += got;

@@ -12,8 +12,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/mp3/mp3_header.h"
-#include "platform/linux/sound/file_descriptor.h"
 #include "platform/result.h"
 
 namespace sonarith::mp3 {
@@ -51,7 +51,7 @@ struct FileIdentity {
 
     /// Empty if there is no such file.
     [[nodiscard]] static std::optional<FileIdentity> of(const std::filesystem::path& path);
-    [[nodiscard]] static std::optional<FileIdentity> of(const sound::FileDescriptor& file);
+    [[nodiscard]] static std::optional<FileIdentity> of(const files::FileDescriptor& file);
 };
 
 class FileSource : public ByteSource {
@@ -68,12 +68,12 @@ class FileSource : public ByteSource {
     [[nodiscard]] const FileIdentity& identity() const { return identity_; }
 
   private:
-    FileSource(std::filesystem::path path, sound::FileDescriptor file, FileIdentity identity,
+    FileSource(std::filesystem::path path, files::FileDescriptor file, FileIdentity identity,
                const std::atomic<bool>& stop)
         : path_(std::move(path)), file_(std::move(file)), identity_(identity), stop_(&stop) {}
 
     std::filesystem::path path_;
-    sound::FileDescriptor file_;
+    files::FileDescriptor file_;
     FileIdentity identity_;
     const std::atomic<bool>* stop_;
 };

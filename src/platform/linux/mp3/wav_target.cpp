@@ -10,8 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "platform/linux/files/file_error.h"
 #include "platform/linux/mp3/wav_header.h"
-#include "platform/linux/sound/file_error.h"
 
 namespace sonarith::mp3 {
 
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
                                                      const PcmFormat& format,
                                                      std::int64_t longestWavBytes,
-                                                     sound::Concealment concealment) {
+                                                     files::Concealment concealment) {
     if (target.native().find('\0') != std::string::npos) {
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
@@ -29,10 +29,10 @@ Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
     }
     std::error_code noSuchFile;
     if (fs::is_directory(target, noSuchFile)) { // better told now than after the work
-        return sound::systemError(EISDIR, target);
+        return files::systemError(EISDIR, target);
     }
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    Result<sound::UnnamedFile> file = sound::UnnamedFile::create(folder, concealment);
+    Result<files::UnnamedFile> file = files::UnnamedFile::create(folder, concealment);
     if (!file.ok()) {
         return file.error();
     }
@@ -67,7 +67,7 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
             continue;
         }
         if (written <= 0) {
-            return sound::systemError(written < 0 ? errno : EIO, target_);
+            return files::systemError(written < 0 ? errno : EIO, target_);
         }
         bytes = bytes.subspan(static_cast<std::size_t>(written));
         offset += written;
@@ -91,7 +91,7 @@ Status WavTarget::finish(std::int64_t samples) {
     }
     // Cuts what was placed after the end, too.
     if (::ftruncate(file_.descriptor().get(), samplesBegin + bytes) != 0) {
-        return sound::systemError(errno, target_);
+        return files::systemError(errno, target_);
     }
     return file_.publish(target_);
 }
@@ -106,7 +106,7 @@ Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
         const std::span part = std::span(block).first(static_cast<std::size_t>(count));
         const ssize_t got = ::pread(file_.descriptor().get(), part.data(), part.size(), offset);
         if (got != count) {
-            return sound::systemError(got < 0 ? errno : EIO, target_);
+            return files::systemError(got < 0 ? errno : EIO, target_);
         }
         if (Status written = write(offset + distance, part); !written.ok()) {
             return written;

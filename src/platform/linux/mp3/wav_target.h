@@ -8,8 +8,8 @@
 #include <memory>
 #include <span>
 
+#include "platform/linux/files/unnamed_file.h"
 #include "platform/linux/mp3/pcm_reader.h"
-#include "platform/linux/sound/unnamed_file.h"
 #include "platform/linux/sound/wav_writer.h"
 #include "platform/result.h"
 
@@ -22,7 +22,7 @@ class WavTarget {
     [[nodiscard]] static Result<std::unique_ptr<WavTarget>>
     create(const std::filesystem::path& target, const PcmFormat& format,
            std::int64_t longestWavBytes = sound::maxWavSampleBytes,
-           sound::Concealment concealment = sound::Concealment::noName);
+           files::Concealment concealment = files::Concealment::noName);
 
     /// Puts interleaved samples so that the first is number `first` of its channel.
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
@@ -31,7 +31,7 @@ class WavTarget {
     [[nodiscard]] Status finish(std::int64_t samples);
 
   private:
-    WavTarget(std::filesystem::path target, const PcmFormat& format, sound::UnnamedFile file,
+    WavTarget(std::filesystem::path target, const PcmFormat& format, files::UnnamedFile file,
               std::int64_t longestWavBytes)
         : target_(std::move(target)),
           format_(format),
@@ -43,7 +43,7 @@ class WavTarget {
 
     std::filesystem::path target_;
     PcmFormat format_;
-    sound::UnnamedFile file_;
+    files::UnnamedFile file_;
     std::int64_t longestWavBytes_;
 };
 

@@ -40,7 +40,7 @@ TEST_F(WavTargetTest, IsSeenByNobodyUntilItIsFinished) {
 TEST_F(WavTargetTest, IsFinishedOrGoneUnderAHiddenNameToo) {
     const auto hidden = [&] {
         return std::move(WavTarget::create(path, {22050, 2}, sound::maxWavSampleBytes,
-                                           sound::Concealment::hiddenName)
+                                           files::Concealment::hiddenName)
                              .value());
     };
     {

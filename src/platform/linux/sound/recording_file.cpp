@@ -8,7 +8,7 @@
 
 #include <sys/stat.h>
 
-#include "platform/linux/sound/file_error.h"
+#include "platform/linux/files/file_error.h"
 #include "platform/linux/sound/mixing.h"
 
 namespace sonarith::sound {
@@ -24,10 +24,10 @@ constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
 Result<std::shared_ptr<RecordingFile>> RecordingFile::create(Channels channels,
                                                              const std::vector<fs::path>& folders,
                                                              std::int64_t longestWavBytes,
-                                                             Concealment concealment) {
+                                                             files::Concealment concealment) {
     Error failure{ErrorNumber::pathNotFound, "there is no folder to record to"};
     for (const fs::path& folder : folders) {
-        Result<UnnamedFile> made = UnnamedFile::create(folder, concealment);
+        Result<files::UnnamedFile> made = files::UnnamedFile::create(folder, concealment);
         if (!made.ok()) {
             failure = made.error();
             continue;
@@ -36,7 +36,7 @@ Result<std::shared_ptr<RecordingFile>> RecordingFile::create(Channels channels,
         std::unique_ptr<WavWriter> writer =
             WavWriter::open(made.value().descriptor(), channels, WavForm::plain);
         if (!writer) {
-            failure = systemError(errno != 0 ? errno : EIO, folder);
+            failure = files::systemError(errno != 0 ? errno : EIO, folder);
             continue;
         }
         return std::shared_ptr<RecordingFile>(
@@ -46,9 +46,9 @@ Result<std::shared_ptr<RecordingFile>> RecordingFile::create(Channels channels,
     return failure;
 }
 
-RecordingFile::RecordingFile(Channels channels, fs::path folder, UnnamedFile file,
+RecordingFile::RecordingFile(Channels channels, fs::path folder, files::UnnamedFile file,
                              std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
-                             Concealment concealment)
+                             files::Concealment concealment)
     : channels_(channels),
       folder_(std::move(folder)),
       file_(std::move(file)),
@@ -95,7 +95,7 @@ Status RecordingFile::finish(const fs::path& target) {
         failureNumber_ = writer_->errorNumber();
     }
     if (failed()) {
-        return systemError(failureNumber_, target);
+        return files::systemError(failureNumber_, target);
     }
     if (!writer_) {
         return {};
@@ -109,7 +109,7 @@ Status RecordingFile::finish(const fs::path& target) {
     if (::fstat(file_.descriptor().get(), &found) != 0 ||
         found.st_size != wavHeaderBytes + bytes_) {
         failureNumber_ = EIO;
-        return systemError(EIO, target);
+        return files::systemError(EIO, target);
     }
     return {};
 }
@@ -118,14 +118,14 @@ Status RecordingFile::finish(const fs::path& target) {
 /// stereo) need. Reserving its room in each file would cost the small ones their plain header,
 /// which is what every other program reads.
 Status RecordingFile::convertToRf64(const fs::path& target) {
-    Result<UnnamedFile> made = UnnamedFile::create(folder_, concealment_);
+    Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
         return made.error();
     }
     const std::unique_ptr<WavWriter> large =
         WavWriter::open(made.value().descriptor(), channels_, WavForm::rf64);
     if (!large) {
-        return systemError(EIO, target);
+        return files::systemError(EIO, target);
     }
     std::vector<std::int16_t> samples(64 * 1024); // large enough that the calls do not count
     for (std::int64_t done = 0; done < bytes_;) {
@@ -134,16 +134,16 @@ Status RecordingFile::convertToRf64(const fs::path& target) {
         const ssize_t got =
             ::pread(file_.descriptor().get(), samples.data(), wanted, wavHeaderBytes + done);
         if (got != static_cast<ssize_t>(wanted)) {
-            return systemError(got < 0 ? errno : EIO, target);
+            return files::systemError(got < 0 ? errno : EIO, target);
         }
         const std::size_t count = wanted / bytesPerSample;
         if (large->write(std::span(samples).first(count)) != count) {
-            return systemError(large->errorNumber(), target);
+            return files::systemError(large->errorNumber(), target);
         }
         done += got;
     }
     if (!large->finish()) {
-        return systemError(large->errorNumber(), target);
+        return files::systemError(large->errorNumber(), target);
     }
     writer_.reset();
     file_ = std::move(made.value());

@@ -10,8 +10,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/linux/files/unnamed_file.h"
 #include "platform/linux/sound/sound_card.h"
-#include "platform/linux/sound/unnamed_file.h"
 #include "platform/linux/sound/wav_writer.h"
 #include "platform/result.h"
 
@@ -27,7 +27,7 @@ class RecordingFile : public RecordingSink {
     [[nodiscard]] static Result<std::shared_ptr<RecordingFile>>
     create(Channels channels, const std::vector<std::filesystem::path>& folders,
            std::int64_t longestWavBytes = maxWavSampleBytes,
-           Concealment concealment = Concealment::noName);
+           files::Concealment concealment = files::Concealment::noName);
 
     void record(std::span<const StereoFrame> frames) override;
 
@@ -41,19 +41,19 @@ class RecordingFile : public RecordingSink {
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
-    RecordingFile(Channels channels, std::filesystem::path folder, UnnamedFile file,
+    RecordingFile(Channels channels, std::filesystem::path folder, files::UnnamedFile file,
                   std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
-                  Concealment concealment);
+                  files::Concealment concealment);
     void append(std::span<const std::int16_t> samples);
     [[nodiscard]] Status finish(const std::filesystem::path& target);
     [[nodiscard]] Status convertToRf64(const std::filesystem::path& target);
 
     Channels channels_;
     std::filesystem::path folder_;
-    UnnamedFile file_;
+    files::UnnamedFile file_;
     std::unique_ptr<WavWriter> writer_; ///< empty once the header is right
     std::int64_t longestWavBytes_;
-    Concealment concealment_;
+    files::Concealment concealment_;
     std::atomic<std::int64_t> bytes_ = 0;
     std::atomic<int> failureNumber_ = 0; ///< errno value
 };

@@ -203,7 +203,7 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
     constexpr std::int64_t smallLimit = 4000;
     for (const std::size_t frames : {std::size_t{1000}, std::size_t{1001}}) {
         const auto made = RecordingFile::create(Channels::stereo, {folder.path()}, smallLimit,
-                                                Concealment::hiddenName);
+                                                files::Concealment::hiddenName);
         ASSERT_TRUE(made.ok());
         made.value()->record(pattern(0, frames));
         EXPECT_EQ(entriesIn(folder.path()), 2);
@@ -217,7 +217,7 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
 }
 
 /// Records and saves, longer each time, until it is killed; tells before each save and after it.
-[[noreturn]] void recordForEver(const fs::path& folder, Concealment concealment, int tell) {
+[[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment, int tell) {
     for (std::size_t frames = 1000;; frames += 1000) {
         const auto made =
             RecordingFile::create(Channels::stereo, {folder}, maxWavSampleBytes, concealment);
@@ -231,7 +231,8 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
 }
 
 TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingSweepsUp) {
-    for (const Concealment concealment : {Concealment::noName, Concealment::hiddenName}) {
+    for (const files::Concealment concealment :
+         {files::Concealment::noName, files::Concealment::hiddenName}) {
         for (int told = 1; told < 12; ++told) {
             const fakes::TempFolder place;
             int pipe[2];
@@ -262,7 +263,7 @@ TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingSweepsUp)
                                                     maxWavSampleBytes, concealment);
             ASSERT_TRUE(next.ok());
             const bool unnamed =
-                concealment == Concealment::noName && test::hasUnnamedFiles(place.path());
+                concealment == files::Concealment::noName && test::hasUnnamedFiles(place.path());
             EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1) << told;
         }
     }

@@ -9,7 +9,7 @@
 
 namespace sonarith::sound {
 
-std::unique_ptr<WavWriter> WavWriter::open(const FileDescriptor& file, Channels channels,
+std::unique_ptr<WavWriter> WavWriter::open(const files::FileDescriptor& file, Channels channels,
                                            WavForm form) {
     const int duplicate = ::fcntl(file.get(), F_DUPFD_CLOEXEC, 0);
     if (duplicate < 0) {

@@ -7,8 +7,8 @@
 #include <memory>
 #include <span>
 
+#include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/late/sndfile.h"
-#include "platform/linux/sound/file_descriptor.h"
 
 namespace sonarith::sound {
 
@@ -26,7 +26,7 @@ inline constexpr std::int64_t maxWavSampleBytes = 0xFFFFFFFF - (wavHeaderBytes -
 class WavWriter {
   public:
     /// Writes to a duplicate of `file`, from its beginning; empty if libsndfile refuses.
-    [[nodiscard]] static std::unique_ptr<WavWriter> open(const FileDescriptor& file,
+    [[nodiscard]] static std::unique_ptr<WavWriter> open(const files::FileDescriptor& file,
                                                          Channels channels, WavForm form);
 
     /// Appends interleaved samples. Answers how many were written: fewer than asked for is a

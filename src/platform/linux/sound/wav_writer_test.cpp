@@ -17,8 +17,8 @@ using testing::ElementsAre;
 
 class WavWriterTest : public testing::Test {
   protected:
-    FileDescriptor create() {
-        return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    files::FileDescriptor create() {
+        return files::FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     }
     std::string content() const {
         std::ifstream in(path, std::ios::binary);
@@ -31,7 +31,7 @@ class WavWriterTest : public testing::Test {
 };
 
 TEST_F(WavWriterTest, WritesThePlainHeaderThatEverythingReads) {
-    const FileDescriptor file = create();
+    const files::FileDescriptor file = create();
     const auto writer = WavWriter::open(file, Channels::stereo, WavForm::plain);
     ASSERT_TRUE(writer);
     EXPECT_EQ(writer->write(samples), 4U);
@@ -51,7 +51,7 @@ TEST_F(WavWriterTest, WritesThePlainHeaderThatEverythingReads) {
 
 TEST_F(WavWriterTest, WritesMonoAndTheLargeForm) {
     {
-        const FileDescriptor file = create();
+        const files::FileDescriptor file = create();
         const auto writer = WavWriter::open(file, Channels::mono, WavForm::rf64);
         ASSERT_TRUE(writer);
         EXPECT_EQ(writer->write(samples), 4U);
@@ -65,13 +65,13 @@ TEST_F(WavWriterTest, WritesMonoAndTheLargeForm) {
 }
 
 TEST_F(WavWriterTest, SaysWhyNothingCanBeWritten) {
-    const FileDescriptor full(::open("/dev/full", O_RDWR | O_CLOEXEC));
+    const files::FileDescriptor full(::open("/dev/full", O_RDWR | O_CLOEXEC));
     ASSERT_TRUE(full.valid());
     if (const auto writer = WavWriter::open(full, Channels::stereo, WavForm::plain)) {
         EXPECT_EQ(writer->write(samples), 0U);
         EXPECT_EQ(writer->errorNumber(), ENOSPC);
     }
-    EXPECT_FALSE(WavWriter::open(FileDescriptor(), Channels::stereo, WavForm::plain));
+    EXPECT_FALSE(WavWriter::open(files::FileDescriptor(), Channels::stereo, WavForm::plain));
 }
 
 } // namespace

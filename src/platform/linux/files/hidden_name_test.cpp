@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/hidden_name.h"
+#include "platform/linux/files/hidden_name.h"
 
 #include <gmock/gmock.h>
 
@@ -12,12 +12,12 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include "platform/linux/sound/save_place.h"
+#include "platform/linux/files/save_place.h"
 #include "support/refused_call.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -201,4 +201,4 @@ TEST_F(HiddenNameTest, AFolderThatCannotBeListedIsPassedOver) {
 }
 
 } // namespace
-} // namespace sonarith::sound
+} // namespace sonarith::files

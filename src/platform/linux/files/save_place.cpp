@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/save_place.h"
+#include "platform/linux/files/save_place.h"
 
 #include <cerrno>
 #include <system_error>
@@ -8,9 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/sound/file_error.h"
+#include "platform/linux/files/file_error.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 namespace {
 
@@ -84,4 +84,4 @@ int flushFolder(const FileDescriptor& folder) {
     return ::fsync(folder.get()) == 0 || errno == EINVAL || errno == EBADF ? 0 : errno;
 }
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a kill leaves on the disk, at whichever system call of a save it comes.
-#include "platform/linux/sound/unnamed_file.h"
+#include "platform/linux/files/unnamed_file.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@
 #include "support/killed_at_call.h"
 #include "support/temp_folder.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -83,4 +83,4 @@ INSTANTIATE_TEST_SUITE_P(OnEveryRoad, KilledSaveTest,
                                  Values(Road::itself, Road::copy)));
 
 } // namespace
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 class FileDescriptor {
   public:
@@ -32,4 +32,4 @@ class FileDescriptor {
     int descriptor_ = -1;
 };
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

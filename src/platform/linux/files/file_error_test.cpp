@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/file_error.h"
+#include "platform/linux/files/file_error.h"
 
 #include <gmock/gmock.h>
 
 #include <cerrno>
 
-namespace sonarith::sound {
+namespace sonarith::files {
 namespace {
 
 using testing::HasSubstr;
@@ -18,4 +18,4 @@ TEST(SystemError, SaysInWordsWhatIsWrong) {
 }
 
 } // namespace
-} // namespace sonarith::sound
+} // namespace sonarith::files

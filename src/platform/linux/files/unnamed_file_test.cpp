@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/unnamed_file.h"
+#include "platform/linux/files/unnamed_file.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,7 @@
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -394,4 +394,4 @@ INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,
                          });
 
 } // namespace
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/linux/sound/file_descriptor.h"
-#include "platform/linux/sound/hidden_name.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/hidden_name.h"
 #include "platform/result.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 struct SavePlace;
 
@@ -53,4 +53,4 @@ class UnnamedFile {
     bool published_ = false;
 };
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/sound/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 /// ".sonarith-", eight digits that stand for this machine, "-", sixteen random ones; hexadecimal.
 [[nodiscard]] std::string newHiddenName();
@@ -42,4 +42,4 @@ void unclaim(const FileDescriptor& file);
 /// that `newHiddenName` gives on this machine. What fails is passed over.
 void removeLeftovers(const FileDescriptor& folder);
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -7,9 +7,9 @@
 
 #include "platform/result.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 /// The failure that the system's `error` (an errno value) means for `path`, in words.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

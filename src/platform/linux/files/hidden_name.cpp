@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/hidden_name.h"
+#include "platform/linux/files/hidden_name.h"
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 namespace {
 
@@ -127,4 +127,4 @@ void removeLeftovers(const FileDescriptor& folder) {
     }
 }
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/save_place.h"
+#include "platform/linux/files/save_place.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 namespace {
 
 namespace fs = std::filesystem;
@@ -96,4 +96,4 @@ TEST_F(SavePlaceTest, OpensNothingButAFolder) {
 }
 
 } // namespace
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -9,10 +9,10 @@
 
 #include <sys/types.h>
 
-#include "platform/linux/sound/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 #include "platform/result.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 struct SavePlace {
     FileDescriptor folder;
@@ -33,4 +33,4 @@ struct SavePlace {
 /// that cannot be flushed.
 [[nodiscard]] int flushFolder(const FileDescriptor& folder);
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/unnamed_file.h"
+#include "platform/linux/files/unnamed_file.h"
 
 #include <cerrno>
 #include <string>
@@ -9,10 +9,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/sound/file_error.h"
-#include "platform/linux/sound/save_place.h"
+#include "platform/linux/files/file_error.h"
+#include "platform/linux/files/save_place.h"
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 namespace {
 
@@ -190,4 +190,4 @@ Status UnnamedFile::publish(const fs::path& target) {
     return error == 0 ? Status() : Status(systemError(error, target));
 }
 
-} // namespace sonarith::sound
+} // namespace sonarith::files

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/linux/sound/file_error.h"
+#include "platform/linux/files/file_error.h"
 
 #include <cerrno>
 #include <string>
 #include <system_error>
 
-namespace sonarith::sound {
+namespace sonarith::files {
 
 namespace {
 
@@ -51,4 +51,4 @@ Error systemError(int error, const fs::path& path) {
     return {meaning.number, "\"" + path.string() + "\" " + words};
 }
 
-} // namespace sonarith::sound
+} // namespace sonarith::files
