@@ -12,17 +12,15 @@ using namespace std::chrono_literals;
 using test::endCommands;
 using test::ExtractionBench;
 using test::joined;
+using test::openDisc;
+using test::openRecorder;
+using test::record;
 using test::savedAs;
+using test::setMilliseconds;
+using test::setStereo;
 using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr const char* openRecorder = "open new type waveaudio alias capture";
-constexpr const char* setStereo = "set capture samplespersec 44100 channels 2 bitspersample 16 "
-                                  "alignment 4 bytespersec 176400";
-constexpr const char* openDisc = "open cdaudio alias cd";
-constexpr const char* setMilliseconds = "set cd time format milliseconds";
-constexpr const char* record = "record capture overwrite";
 
 TEST(StartTrackRecording, ClosesTheCommandsAndReturnsWithTheCaptureRunning) {
     ExtractionBench bench({60000, 30000, 20000});

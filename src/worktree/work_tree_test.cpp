@@ -13,9 +13,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct ShowfilesTest : test::WorkTreeWorld {
-    void files(const std::vector<std::string>& wav, const std::vector<std::string>& mp3) {
-        finder.files[destination]["wav"] = wav;
-        finder.files[destination]["mp3"] = mp3;
+    void files(const std::vector<std::string>& wavFiles, const std::vector<std::string>& mp3Files) {
+        finder.files[destination]["wav"] = wavFiles;
+        finder.files[destination]["mp3"] = mp3Files;
     }
     /// Key, pictures and level of the node at an index, for whole rows to be compared.
     std::string row(int index) const {
@@ -325,14 +325,14 @@ TEST_F(ShowfilesTest, AFileThatEntersWhileTheScanYieldsStandsInItsList) {
 
 TEST_F(ShowfilesTest, AHundredThousandFilesAreShownAgainAndAgain) {
     constexpr int count = 50'000;
-    std::vector<std::string> wav;
-    std::vector<std::string> mp3;
+    std::vector<std::string> wavFiles;
+    std::vector<std::string> mp3Files;
     for (int i = 0; i < count; ++i) {
-        wav.push_back("c:\\music\\" + std::to_string(i) + ".wav");
-        mp3.push_back("c:\\music\\" + std::to_string(i) + ".mp3");
+        wavFiles.push_back("c:\\music\\" + std::to_string(i) + ".wav");
+        mp3Files.push_back("c:\\music\\" + std::to_string(i) + ".mp3");
     }
     disc(twoTracks);
-    files(wav, mp3);
+    files(wavFiles, mp3Files);
     tree.showfiles();
     EXPECT_EQ(view.count(), 2 * count + 10);
     tree.showfiles();

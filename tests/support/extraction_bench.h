@@ -152,6 +152,15 @@ class QueueBench : public ExtractionBench {
     }
 };
 
+// The commands that start a track, but for the last one, which tells from where it is played.
+inline constexpr const char* openRecorder = "open new type waveaudio alias capture";
+inline constexpr const char* setStereo =
+    "set capture samplespersec 44100 channels 2 bitspersample 16 "
+    "alignment 4 bytespersec 176400";
+inline constexpr const char* openDisc = "open cdaudio alias cd";
+inline constexpr const char* setMilliseconds = "set cd time format milliseconds";
+inline constexpr const char* record = "record capture overwrite";
+
 /// The bench's file of a track: the disc's identity 48213906 times 0.25 plus 1, cut to an integer.
 [[nodiscard]] inline std::string savedAs(int track) {
     return "c:\\wavfiles\\12053477-" + std::to_string(track) + ".wav";

@@ -17,6 +17,7 @@ namespace sonarith::disc {
 // IEC 60908 (compact disc digital audio): 75 sectors a second, 588 stereo frames in each.
 inline constexpr int sectorsPerSecond = 75;
 inline constexpr int framesPerSector = 588;
+inline constexpr int bytesPerFrame = 4; ///< two channels of 16 bits
 inline constexpr int bytesPerSector = 2352;
 /// The most tracks that a disc's table can hold (two decimal digits).
 inline constexpr int maxTracks = 99;

@@ -15,8 +15,8 @@ namespace sonarith::disc {
 
 namespace {
 
-constexpr std::int64_t bytesPerFrame = sizeof(sound::StereoFrame);
-static_assert(bytesPerFrame == 4, "frames are read straight into their memory");
+static_assert(sizeof(sound::StereoFrame) == bytesPerFrame,
+              "frames are read straight into their memory");
 
 std::int16_t swapped(std::int16_t sample) {
     const auto bits = static_cast<std::uint16_t>(sample);

@@ -13,7 +13,6 @@ namespace {
 
 // IEC 60908: no track is shorter than 4 seconds.
 constexpr std::int64_t shortestTrackSectors = 4 * sectorsPerSecond;
-constexpr std::int64_t maxFrames = maxDiscSectors * framesPerSector;
 
 /// How much of a segment is stated, and how much of that its file holds. Both in frames.
 struct Extent {
@@ -101,7 +100,7 @@ class LineBuilder {
 Result<ImageTimeline> LineBuilder::build() {
     for (const LayoutTrack& track : layout_.tracks) {
         addTrack(track);
-        if (at_ > maxFrames) {
+        if (at_ > maxDiscFrames) {
             return sheetError(sheet_, track.line,
                               "with this track the disc is longer than 99:59:74, the most that a "
                               "disc's times can state");
@@ -139,7 +138,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
 }
 
 void LineBuilder::addSegment(const Segment& segment) {
-    if (at_ > maxFrames) {
+    if (at_ > maxDiscFrames) {
         return; // the disc is refused; more of it might not fit the number
     }
     if (segment.kind == SegmentKind::silence) {

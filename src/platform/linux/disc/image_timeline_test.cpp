@@ -14,9 +14,9 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-const std::string threeTracks = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                "TRACK 02 AUDIO\nINDEX 01 00:04:00\n"
-                                "TRACK 03 AUDIO\nINDEX 01 00:08:00\n";
+const std::string threeTrackSheet = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                    "TRACK 02 AUDIO\nINDEX 01 00:04:00\n"
+                                    "TRACK 03 AUDIO\nINDEX 01 00:08:00\n";
 
 Result<ImageTimeline> cueLine(const std::string& text, std::vector<std::int64_t> fileBytes) {
     return layOnLine("disc.cue", parseCue("disc.cue", text).value(), fileBytes);
@@ -42,7 +42,7 @@ std::int64_t soundFrames(const ImageTimeline& line) {
 }
 
 TEST(Timeline, TheLastTrackTakesTheWholeSectorsOfTheFile) {
-    const auto line = cueLine(threeTracks, {1000 * 2352 + 2351});
+    const auto line = cueLine(threeTrackSheet, {1000 * 2352 + 2351});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 400));
     EXPECT_THAT(line.value().remark, IsEmpty());
@@ -101,7 +101,7 @@ TEST(Timeline, DataMayEndAnywhereInASectorToo) {
 }
 
 TEST(Timeline, ATornTrackKeepsItsStatedLength) {
-    const auto line = cueLine(threeTracks, {400 * 2352 + 100});
+    const auto line = cueLine(threeTrackSheet, {400 * 2352 + 100});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
     EXPECT_EQ(soundFrames(line.value()), 400 * 588);
@@ -150,10 +150,10 @@ TEST(Timeline, ATornDataTrackIsToldToo) {
 }
 
 TEST(Timeline, NothingThereIsAnError) {
-    const auto line = cueLine(threeTracks, {2351});
+    const auto line = cueLine(threeTrackSheet, {2351});
     ASSERT_FALSE(line.ok());
     EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: nothing of the disc is there"));
-    EXPECT_FALSE(cueLine(threeTracks, {0}).ok());
+    EXPECT_FALSE(cueLine(threeTrackSheet, {0}).ok());
 }
 
 TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
@@ -165,10 +165,10 @@ TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
 
 TEST(Timeline, MoreThanADiscHoldsIsAnError) {
     const std::int64_t mostBytes = 450000LL * 2352;
-    EXPECT_EQ(cueLine(threeTracks, {mostBytes}).value().table.sectors(), 450000);
-    EXPECT_THAT(cueLine(threeTracks, {mostBytes + 2352}).error().text,
+    EXPECT_EQ(cueLine(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
+    EXPECT_THAT(cueLine(threeTrackSheet, {mostBytes + 2352}).error().text,
                 HasSubstr("disc.cue, line 6: with this track the disc is longer than 99:59:74"));
-    EXPECT_FALSE(cueLine(threeTracks, {INT64_MAX}).ok());
+    EXPECT_FALSE(cueLine(threeTrackSheet, {INT64_MAX}).ok());
 }
 
 TEST(Timeline, HugeFilesManyTimesOverDoNotOverflow) {

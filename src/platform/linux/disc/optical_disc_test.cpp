@@ -78,7 +78,7 @@ std::vector<StereoFrame> sectorsAt(std::int64_t first, std::int64_t count) {
     return framesAt(first * framesPerSector, count * framesPerSector);
 }
 
-std::vector<StereoFrame> silence(std::int64_t sectors) {
+std::vector<StereoFrame> silentSectors(std::int64_t sectors) {
     return std::vector<StereoFrame>(static_cast<std::size_t>(sectors) * framesPerSector);
 }
 
@@ -96,12 +96,12 @@ TEST_F(OpticalDiscTest, FindsSoundBehindTheGapAtTheDrivesOwnPlace) {
 }
 
 TEST_F(OpticalDiscTest, AsksTheDriveNeitherForDataNorPastTheEnd) {
-    EXPECT_EQ(read(30000, 3), silence(3));
-    EXPECT_EQ(read(48600, 3), silence(3));
+    EXPECT_EQ(read(30000, 3), silentSectors(3));
+    EXPECT_EQ(read(48600, 3), silentSectors(3));
     EXPECT_THAT(drive->efforts, IsEmpty());
 
     std::vector<StereoFrame> expected = sectorsAt(28599, 1);
-    std::ranges::copy(silence(1), std::back_inserter(expected));
+    std::ranges::copy(silentSectors(1), std::back_inserter(expected));
     EXPECT_EQ(read(28599, 2), expected);
     EXPECT_EQ(drive->efforts.size(), 1u);
 }
@@ -125,7 +125,7 @@ TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndFillsUpWithSilence) {
     EXPECT_EQ(std::vector<StereoFrame>(frames.begin(), frames.begin() + 8 * framesPerSector),
               sectorsAt(0, 8));
     EXPECT_EQ(std::vector<StereoFrame>(frames.begin() + 8 * framesPerSector, frames.end()),
-              silence(17));
+              silentSectors(17));
     EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
 
     // The next read has half the time, and begins at its own place all the same.
@@ -152,7 +152,7 @@ TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
 TEST_F(OpticalDiscTest, AsksNoFurtherOnceItIsToStopAndReadsOnLater) {
     drive->badFrom = 0;
     drive->stopAt = 3;
-    std::vector<StereoFrame> frames = silence(10);
+    std::vector<StereoFrame> frames = silentSectors(10);
     EXPECT_EQ(disc.read(0, frames, drive->stop.get_token()), ReadOutcome::interrupted);
     EXPECT_EQ(drive->efforts.size(), 4u);
     EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
@@ -171,14 +171,14 @@ TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
         [] { return 0s; }, damage);
     EXPECT_THAT(again.remark(), testing::StartsWith("2 sectors of the disc"));
     drive->badFrom = 41;
-    std::vector<StereoFrame> frames = silence(3);
+    std::vector<StereoFrame> frames = silentSectors(3);
     EXPECT_EQ(again.read(40, frames), ReadOutcome::ok);
     EXPECT_THAT(again.remark(), testing::StartsWith("3 sectors of the disc"));
 }
 
 TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveSaysSo) {
     drive->goneFrom = 5;
-    std::vector<StereoFrame> frames = silence(10);
+    std::vector<StereoFrame> frames = silentSectors(10);
     EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);
     EXPECT_EQ(drive->efforts.size(), 6u);
     drive->goneFrom = INT64_MAX; // another disc is in now

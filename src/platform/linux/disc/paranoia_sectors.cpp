@@ -18,7 +18,7 @@ constexpr int maxRetries = 10;
 
 // How far the library reads before it delivers, and assumes that a drive remembers, in sectors.
 // Its own 1200 would let a start wait for 16 s of sound to be read twice.
-constexpr int readAheadSectors = 300;
+constexpr int cacheSectors = 300;
 
 // The library's callbacks carry no pointer of ours, so the reader that is at work on this thread is
 // kept here, and whether a place had to be given up.
@@ -86,7 +86,7 @@ void ParanoiaSectors::makeParanoia() {
     if (!paranoia_)
         return;
     cdio_paranoia_modeset(paranoia_, PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
-    cdio_paranoia_cachemodel_size(paranoia_, readAheadSectors);
+    cdio_paranoia_cachemodel_size(paranoia_, cacheSectors);
 }
 
 bool ParanoiaSectors::command(std::int64_t first, std::int64_t count, std::byte* out) {

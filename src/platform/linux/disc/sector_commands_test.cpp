@@ -16,7 +16,7 @@ using testing::IsEmpty;
 using testing::Pair;
 
 // A drive whose sectors each hold their own number, that may have bad ones and a greatest size.
-struct FakeDrive {
+struct FakeSectorDrive {
     std::vector<std::pair<std::int64_t, std::int64_t>> commands; ///< first, count
     std::set<std::int64_t> bad;
     std::int64_t most = 1000;
@@ -36,7 +36,7 @@ struct FakeDrive {
 
 class SectorCommandsTest : public testing::Test {
   protected:
-    FakeDrive drive;
+    FakeSectorDrive drive;
     SectorCommands commands{[this](std::int64_t first, std::int64_t count, std::byte* out) {
         return drive(first, count, out);
     }};

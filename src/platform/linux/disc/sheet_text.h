@@ -23,6 +23,8 @@ inline constexpr std::size_t maxLineBytes = 8192;
 inline constexpr std::size_t maxImageFiles = 2 * maxTracks;
 /// The times of a disc's table end at 99:59:74 (IEC 60908: two digits for each part).
 inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
+/// The longest content that any disc has room for; it keeps all sums far from overflow.
+inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
 /// The words "SHEET, line N: cause", or "SHEET: cause" for line 0.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);

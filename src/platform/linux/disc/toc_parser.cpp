@@ -16,9 +16,6 @@ namespace sonarith::disc {
 
 namespace {
 
-constexpr int bytesPerFrame = 4; // two channels of 16 bits
-// The longest content that any disc has room for; it keeps all sums far from overflow.
-constexpr std::int64_t maxFrames = maxDiscSectors * framesPerSector;
 // No file system here holds larger files (8 EiB), and offsets of such files add up without
 // overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
@@ -226,7 +223,8 @@ Result<Length> TocParser::readLength() {
     }
     const bool sound = track_->kind() == TrackKind::audio;
     const int sectorBytes = track_->sectorBytes();
-    const auto count = parseNumber(token.text, sound ? maxFrames : maxDiscSectors * sectorBytes);
+    const auto count =
+        parseNumber(token.text, sound ? maxDiscFrames : maxDiscSectors * sectorBytes);
     if (!count.ok()) {
         return fail(count.error().text);
     }

@@ -15,84 +15,87 @@ using ::testing::HasSubstr;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-ImageLayout accepted(std::string_view text) {
+ImageLayout acceptedToc(std::string_view text) {
     auto layout = parseToc("disc.toc", text);
     EXPECT_TRUE(layout.ok()) << layout.error().text;
     return layout.valueOr({});
 }
 
-std::string refused(std::string_view text) {
+std::string refusedToc(std::string_view text) {
     const auto layout = parseToc("disc.toc", text);
     EXPECT_FALSE(layout.ok()) << text;
     return layout.ok() ? std::string() : layout.error().text;
 }
 
-Segment soundOf(std::size_t file, std::int64_t fromFrame, std::int64_t frames) {
+Segment soundFrames(std::size_t file, std::int64_t fromFrame, std::int64_t frames) {
     return {SegmentKind::sound, file, fromFrame * 4, frames, bytesPerSector, 1};
 }
-Segment silenceOf(std::int64_t frames) {
+Segment silentFrames(std::int64_t frames) {
     return {.frames = frames};
 }
 
 TEST(TocParser, ReadsFilesWithStartAndLength) {
-    const auto layout = accepted("CD_DA\nTRACK AUDIO\nFILE \"a.bin\" 0 00:04:00\n"
-                                 "TRACK AUDIO\nAUDIOFILE \"a.bin\" 00:04:00 1000\n"
-                                 "TRACK AUDIO\nFILE \"b.wav\" 44100\n");
+    const auto layout = acceptedToc("CD_DA\nTRACK AUDIO\nFILE \"a.bin\" 0 00:04:00\n"
+                                    "TRACK AUDIO\nAUDIOFILE \"a.bin\" 00:04:00 1000\n"
+                                    "TRACK AUDIO\nFILE \"b.wav\" 44100\n");
     EXPECT_THAT(layout.files, ElementsAre(LayoutFile{"a.bin", ImageFormat::bigEndian, 3},
                                           LayoutFile{"b.wav", ImageFormat::wave, 7}));
     ASSERT_THAT(layout.tracks, SizeIs(3));
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 300 * 588)));
-    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 300 * 588, 1000)));
-    EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundOf(1, 44100, toFileEnd)));
+    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 300 * 588)));
+    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(0, 300 * 588, 1000)));
+    EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundFrames(1, 44100, toFileEnd)));
 }
 
 TEST(TocParser, TakesALengthOfZeroForTheRestOfTheFile) {
-    const auto layout = accepted("TRACK AUDIO\nSILENCE 588\nFILE \"a.wav\" 588 0\n"
-                                 "TRACK AUDIO\nFILE \"b.wav\" 0 00:00:00\n");
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(silenceOf(588), soundOf(0, 588, toFileEnd)));
-    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 0, toFileEnd)));
+    const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 588\nFILE \"a.wav\" 588 0\n"
+                                    "TRACK AUDIO\nFILE \"b.wav\" 0 00:00:00\n");
+    EXPECT_THAT(layout.tracks[0].segments,
+                ElementsAre(silentFrames(588), soundFrames(0, 588, toFileEnd)));
+    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(1, 0, toFileEnd)));
 }
 
 TEST(TocParser, KnowsTheByteOrderAndWhereAFileBegins) {
-    const auto layout = accepted("TRACK AUDIO\nFILE \"a.raw\" SWAP #44 588 588\n"
-                                 "FILE \"B.WAV\" 0 588\n");
+    const auto layout = acceptedToc("TRACK AUDIO\nFILE \"a.raw\" SWAP #44 588 588\n"
+                                    "FILE \"B.WAV\" 0 588\n");
     EXPECT_EQ(layout.files[0].format, ImageFormat::littleEndian);
     EXPECT_EQ(layout.files[1].format, ImageFormat::wave);
     EXPECT_EQ(layout.tracks[0].segments[0].offset, 44 + 588 * 4);
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a.wav\" SWAP 0 588\n"), HasSubstr("byte order"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a.wav\" #44 0 588\n"), HasSubstr("byte order"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a.wav\" SWAP 0 588\n"), HasSubstr("byte order"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a.wav\" #44 0 588\n"), HasSubstr("byte order"));
 }
 
 TEST(TocParser, SilenceCountsSamplesOrTime) {
-    const auto layout = accepted("TRACK AUDIO\nSILENCE 100\nZERO 00:01:00\nSILENCE 0\n"
-                                 "FILE \"a.bin\" 0\n");
+    const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 100\nZERO 00:01:00\nSILENCE 0\n"
+                                    "FILE \"a.bin\" 0\n");
     EXPECT_THAT(layout.tracks[0].segments,
-                ElementsAre(silenceOf(100), silenceOf(44100), soundOf(0, 0, toFileEnd)));
+                ElementsAre(silentFrames(100), silentFrames(44100), soundFrames(0, 0, toFileEnd)));
 }
 
 TEST(TocParser, WhatStandsBeforeStartBelongsToTheTrackBefore) {
-    const auto layout = accepted("TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 0 588\n"
-                                 "TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 588 588\n"
-                                 "TRACK AUDIO\nFILE \"a.bin\" 1176 1764\nSTART 00:00:01\n");
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 588), silenceOf(150 * 588)));
+    const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 0 588\n"
+                                    "TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 588 588\n"
+                                    "TRACK AUDIO\nFILE \"a.bin\" 1176 1764\nSTART 00:00:01\n");
+    EXPECT_THAT(layout.tracks[0].segments,
+                ElementsAre(soundFrames(0, 0, 588), silentFrames(150 * 588)));
     EXPECT_THAT(layout.tracks[1].segments,
-                ElementsAre(soundOf(0, 588, 588), soundOf(0, 1176, 588)));
-    EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundOf(0, 1764, 1176)));
+                ElementsAre(soundFrames(0, 588, 588), soundFrames(0, 1176, 588)));
+    EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundFrames(0, 1764, 1176)));
 }
 
 TEST(TocParser, APregapIsSilence) {
-    const auto layout = accepted("TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 0 588\n"
-                                 "TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 588 588\n");
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 588), silenceOf(150 * 588)));
-    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 588, 588)));
+    const auto layout = acceptedToc("TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 0 588\n"
+                                    "TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 588 588\n");
+    EXPECT_THAT(layout.tracks[0].segments,
+                ElementsAre(soundFrames(0, 0, 588), silentFrames(150 * 588)));
+    EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(0, 588, 588)));
 }
 
 TEST(TocParser, DataIsCountedInBytesOrTime) {
-    const auto layout = accepted("CD_ROM_XA\nTRACK AUDIO\nFILE \"a.bin\" 0 588\n"
-                                 "TRACK MODE2_FORM1\nZERO MODE2_FORM1 00:02:00\nSTART\n"
-                                 "DATAFILE \"d.iso\" #16 4097\nZERO 2048\n"
-                                 "TRACK MODE1_RAW\nDATAFILE \"e.iso\"\n");
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 588)))
+    const auto layout = acceptedToc("CD_ROM_XA\nTRACK AUDIO\nFILE \"a.bin\" 0 588\n"
+                                    "TRACK MODE2_FORM1\nZERO MODE2_FORM1 00:02:00\nSTART\n"
+                                    "DATAFILE \"d.iso\" #16 4097\nZERO 2048\n"
+                                    "TRACK MODE1_RAW\nDATAFILE \"e.iso\"\n");
+    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 588)))
         << "sound ends where data begins";
     EXPECT_THAT(layout.tracks[1].segments,
                 ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048, 588, 2047},
@@ -102,7 +105,7 @@ TEST(TocParser, DataIsCountedInBytesOrTime) {
 }
 
 TEST(TocParser, PassesOverTextCodesFlagsAndComments) {
-    const auto layout = accepted(
+    const auto layout = acceptedToc(
         "// made by hand\nCATALOG \"1234567890123\"\ncd_da\n"
         "CD_TEXT { LANGUAGE_MAP { 0 : EN }\n LANGUAGE 0 { TITLE \"} {\" \n"
         "  SIZE_INFO { 0, 1, 2 } } }\n"
@@ -110,7 +113,7 @@ TEST(TocParser, PassesOverTextCodesFlagsAndComments) {
         "ISRC \"ABCDE1234567\"\nCD_TEXT { LANGUAGE 0 { TITLE \"x\" } }\nfile \"a.bin\" 0 1764\n"
         "INDEX 00:00:01\nINDEX 00:00:02\n");
     ASSERT_THAT(layout.tracks, SizeIs(1));
-    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 1764)));
+    EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 1764)));
     EXPECT_EQ(layout.tracks[0].line, 7);
 }
 
@@ -119,61 +122,64 @@ TEST(TocParser, RefusesTheHundredthTrack) {
     for (int i = 0; i < 99; ++i) {
         text += "TRACK AUDIO\nSILENCE 00:01:00\n";
     }
-    EXPECT_THAT(accepted(text).tracks, SizeIs(99));
+    EXPECT_THAT(acceptedToc(text).tracks, SizeIs(99));
     for (int i = 0; i < 5000; ++i) {
         text += "TRACK AUDIO\nSILENCE 00:01:00\n";
     }
-    EXPECT_THAT(refused(text), StartsWith("disc.toc, line 200: this is track 100"));
+    EXPECT_THAT(refusedToc(text), StartsWith("disc.toc, line 200: this is track 100"));
 }
 
 TEST(TocParser, RefusesTimesThatMakeNoSense) {
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 00:61:00\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:61:00\n"),
                 AllOf(StartsWith("disc.toc, line 2: "), HasSubstr("seconds go up to 59")));
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:02:00\nINDEX 00:01:00\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:02:00\nINDEX 00:01:00\n"),
                 AllOf(StartsWith("disc.toc, line 4: "), HasSubstr("out of order")));
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 00:04:00\nSTART 00:05:00\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nSTART 00:05:00\n"),
                 StartsWith("disc.toc, line 3: START 00:05:00 lies beyond"));
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:04:00\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:04:00\n"),
                 HasSubstr("lies beyond the end of the track"));
 }
 
 TEST(TocParser, RefusesNumbersThatOverflow) {
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 99999999999999999999\n"), HasSubstr("too large"));
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 264600001\n"), HasSubstr("too large"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a\" 9223372036854775807\n"), HasSubstr("too large"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a\" #9223372036854775807 0\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 99999999999999999999\n"), HasSubstr("too large"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 264600001\n"), HasSubstr("too large"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\" 9223372036854775807\n"),
                 HasSubstr("too large"));
-    EXPECT_THAT(refused("TRACK MODE1\nDATAFILE \"a\" 18446744073709551616\n"),
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\" #9223372036854775807 0\n"),
+                HasSubstr("too large"));
+    EXPECT_THAT(refusedToc("TRACK MODE1\nDATAFILE \"a\" 18446744073709551616\n"),
                 HasSubstr("too large"));
 }
 
 TEST(TocParser, SaysWhatIsTornOrInTheWrongPlace) {
-    EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
-    EXPECT_THAT(refused("CD_DA\n"), HasSubstr("no TRACK"));
-    EXPECT_THAT(refused("FILE \"a\" 0\n"), HasSubstr("before the first TRACK"));
-    EXPECT_THAT(refused("TRACK AUDIO\n"), HasSubstr("no content"));
-    EXPECT_THAT(refused("TRACK\n"), HasSubstr("mode"));
-    EXPECT_THAT(refused("TRACK AUDIO RW\n"), HasSubstr("subchannel"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE a 0\n"), HasSubstr("in quotation marks"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a\n"), HasSubstr("closing quotation mark"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a\"\n"), HasSubstr("where a length is due"));
-    EXPECT_THAT(refused("TRACK AUDIO\nDATAFILE \"a\"\n"), HasSubstr("in an audio track"));
-    EXPECT_THAT(refused("TRACK MODE1\nFILE \"a\" 0\n"), HasSubstr("in a data track"));
-    EXPECT_THAT(refused("TRACK AUDIO\nSILENCE 1\nPREGAP 00:02:00\n"), HasSubstr("after content"));
-    EXPECT_THAT(refused("TRACK AUDIO\nSTART\nSTART\nSILENCE 1\n"), HasSubstr("already"));
-    EXPECT_THAT(refused("TRACK AUDIO\nISRC ABC\n"), HasSubstr("ISRC needs a text"));
-    EXPECT_THAT(refused("TRACK AUDIO\nNO TWO_CHANNEL_AUDIO\n"), HasSubstr("not known"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFIFO \"a\" 5\n"), HasSubstr("\"FIFO\" is not known"));
-    EXPECT_THAT(refused("CD_DA\nCD_TEXT { { }\nTRACK AUDIO\n"),
+    EXPECT_THAT(refusedToc(""), HasSubstr("no TRACK"));
+    EXPECT_THAT(refusedToc("CD_DA\n"), HasSubstr("no TRACK"));
+    EXPECT_THAT(refusedToc("FILE \"a\" 0\n"), HasSubstr("before the first TRACK"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\n"), HasSubstr("no content"));
+    EXPECT_THAT(refusedToc("TRACK\n"), HasSubstr("mode"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO RW\n"), HasSubstr("subchannel"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE a 0\n"), HasSubstr("in quotation marks"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\n"), HasSubstr("closing quotation mark"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\"\n"), HasSubstr("where a length is due"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nDATAFILE \"a\"\n"), HasSubstr("in an audio track"));
+    EXPECT_THAT(refusedToc("TRACK MODE1\nFILE \"a\" 0\n"), HasSubstr("in a data track"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 1\nPREGAP 00:02:00\n"),
+                HasSubstr("after content"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nSTART\nSTART\nSILENCE 1\n"), HasSubstr("already"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nISRC ABC\n"), HasSubstr("ISRC needs a text"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nNO TWO_CHANNEL_AUDIO\n"), HasSubstr("not known"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFIFO \"a\" 5\n"), HasSubstr("\"FIFO\" is not known"));
+    EXPECT_THAT(refusedToc("CD_DA\nCD_TEXT { { }\nTRACK AUDIO\n"),
                 StartsWith("disc.toc, line 2: the block that begins here"));
-    EXPECT_THAT(refused("CD_DA }\n"), HasSubstr("where a keyword is due"));
+    EXPECT_THAT(refusedToc("CD_DA }\n"), HasSubstr("where a keyword is due"));
 }
 
 TEST(TocParser, RefusesPathsOutOfBoundsHoweverTheyAreWritten) {
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"../a\" 0\n"), HasSubstr("out of the image's folder"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"\\056./a\" 0\n"), HasSubstr("out of the image's"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"/a\" 0\n"), HasSubstr("absolute path"));
-    EXPECT_THAT(refused("TRACK AUDIO\nFILE \"a\\000b\" 0\n"), HasSubstr("NUL"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"../a\" 0\n"),
+                HasSubstr("out of the image's folder"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"\\056./a\" 0\n"), HasSubstr("out of the image's"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"/a\" 0\n"), HasSubstr("absolute path"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\\000b\" 0\n"), HasSubstr("NUL"));
 }
 
 TEST(TocParser, ReadsTheLongestTextInOneGo) {
@@ -183,7 +189,7 @@ TEST(TocParser, ReadsTheLongestTextInOneGo) {
         text += "SILENCE 1\n";
     }
     text += "START 00:02:00\n";
-    const auto layout = accepted(text);
+    const auto layout = acceptedToc(text);
     ASSERT_THAT(layout.tracks, SizeIs(1));
     EXPECT_EQ(statedFrames(layout.tracks[0].segments),
               static_cast<std::int64_t>((text.size() - 27) / 10) - 150 * 588);

@@ -9,7 +9,7 @@ namespace sonarith::disc {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\f\v";
+constexpr std::string_view blanksOfTokens = " \t\f\v";
 constexpr std::string_view wordEnds = " \t\f\v\"{}";
 
 bool isOctal(char c) {
@@ -32,7 +32,7 @@ std::size_t closingMark(std::string_view rest) {
 Status cutLine(std::string_view sheet, std::string_view rest, int line,
                std::vector<TocToken>& tokens) {
     for (;;) {
-        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+        rest.remove_prefix(std::min(rest.find_first_not_of(blanksOfTokens), rest.size()));
         if (rest.empty() || rest.starts_with("//")) {
             return {};
         }

@@ -9,24 +9,24 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-Segment silence(std::int64_t frames) {
+Segment silentSegment(std::int64_t frames) {
     return {.frames = frames};
 }
 Segment sound(std::int64_t offset, std::int64_t frames) {
     return {.kind = SegmentKind::sound, .offset = offset, .frames = frames};
 }
 
-TocTrack audio() {
+TocTrack audioTrack() {
     return {TrackKind::audio, bytesPerSector, 5};
 }
 
 TEST(TocTrack, ATimeOfStartPartsTheContentToTheFrame) {
-    TocTrack track = audio();
-    track.add(silence(100));
+    TocTrack track = audioTrack();
+    track.add(silentSegment(100));
     track.add(sound(40, 1000));
     ASSERT_FALSE(track.startAt(1, 6));
     ASSERT_FALSE(track.close());
-    EXPECT_THAT(track.content().pause, ElementsAre(silence(100), sound(40, 488)));
+    EXPECT_THAT(track.content().pause, ElementsAre(silentSegment(100), sound(40, 488)));
     EXPECT_THAT(track.content().body, ElementsAre(sound(40 + 488 * 4, 512)));
 }
 
@@ -43,7 +43,7 @@ TEST(TocTrack, TheRestOfPartedDataKeepsTheLastSector) {
 }
 
 TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
-    TocTrack track = audio();
+    TocTrack track = audioTrack();
     track.add(sound(0, toFileEnd));
     ASSERT_FALSE(track.startAt(2, 6));
     ASSERT_FALSE(track.close());
@@ -52,21 +52,21 @@ TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
 }
 
 TEST(TocTrack, AStartBetweenSegmentsPartsNone) {
-    TocTrack track = audio();
-    track.add(silence(588));
+    TocTrack track = audioTrack();
+    track.add(silentSegment(588));
     ASSERT_FALSE(track.startHere(6));
-    track.add(silence(1));
+    track.add(silentSegment(1));
     ASSERT_FALSE(track.close());
-    EXPECT_THAT(track.content().pause, ElementsAre(silence(588)));
-    EXPECT_THAT(track.content().body, ElementsAre(silence(1)));
+    EXPECT_THAT(track.content().pause, ElementsAre(silentSegment(588)));
+    EXPECT_THAT(track.content().body, ElementsAre(silentSegment(1)));
 }
 
 TEST(TocTrack, RefusesWhatMakesNoSense) {
-    TocTrack track = audio();
+    TocTrack track = audioTrack();
     EXPECT_FALSE(track.pregap(150, 6));
     EXPECT_EQ(track.startHere(7)->line, 7);
     EXPECT_EQ(track.close()->line, 5) << "it has no content";
-    track.add(silence(588 * 10));
+    track.add(silentSegment(588 * 10));
     EXPECT_FALSE(track.index(5, 8));
     EXPECT_THAT(track.index(5, 9)->cause, HasSubstr("out of order"));
     EXPECT_FALSE(track.close());
@@ -75,8 +75,8 @@ TEST(TocTrack, RefusesWhatMakesNoSense) {
 }
 
 TEST(TocTrack, RefusesAStartBeyondItsEnd) {
-    TocTrack track = audio();
-    track.add(silence(588));
+    TocTrack track = audioTrack();
+    track.add(silentSegment(588));
     ASSERT_FALSE(track.startAt(2, 6));
     EXPECT_THAT(track.close()->cause, HasSubstr("START 00:00:02 lies beyond"));
 }

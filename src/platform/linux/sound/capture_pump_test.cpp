@@ -25,7 +25,7 @@ using fakes::silence;
 using Frames = std::vector<StereoFrame>;
 
 /// A device whose state outlives it, so that a test can look at it.
-struct Device {
+struct CaptureDevice {
     std::mutex mutex;
     std::condition_variable changed;
     std::int64_t position = 0;
@@ -51,7 +51,7 @@ struct Device {
 
 class FakeCapture : public PcmCapture {
   public:
-    explicit FakeCapture(std::shared_ptr<Device> device) : device_(std::move(device)) {
+    explicit FakeCapture(std::shared_ptr<CaptureDevice> device) : device_(std::move(device)) {
         ++device_->opened;
     }
     ~FakeCapture() override { ++device_->closed; }
@@ -82,7 +82,7 @@ class FakeCapture : public PcmCapture {
     }
 
   private:
-    std::shared_ptr<Device> device_;
+    std::shared_ptr<CaptureDevice> device_;
 };
 
 class CapturePumpTest : public testing::Test {
@@ -110,7 +110,7 @@ class CapturePumpTest : public testing::Test {
         return block;
     }
 
-    std::shared_ptr<Device> device = std::make_shared<Device>();
+    std::shared_ptr<CaptureDevice> device = std::make_shared<CaptureDevice>();
     CaptureTiming timing{.retryAfter = 1ms, .patience = 30s};
 };
 

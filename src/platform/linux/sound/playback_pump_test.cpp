@@ -27,7 +27,7 @@ using fakes::silence;
 using Frames = std::vector<StereoFrame>;
 
 /// A device whose state outlives it, so that a test can look at it.
-struct Device {
+struct PlaybackDevice {
     std::mutex mutex;
     std::condition_variable changed;
     Frames heard;                       ///< all that was written
@@ -62,7 +62,7 @@ struct Device {
 
 class FakePlayback : public PcmPlayback {
   public:
-    explicit FakePlayback(std::shared_ptr<Device> device) : device_(std::move(device)) {
+    explicit FakePlayback(std::shared_ptr<PlaybackDevice> device) : device_(std::move(device)) {
         ++device_->opened;
     }
     ~FakePlayback() override { ++device_->closed; }
@@ -105,7 +105,7 @@ class FakePlayback : public PcmPlayback {
     long queued() override { return 0; }
 
   private:
-    std::shared_ptr<Device> device_;
+    std::shared_ptr<PlaybackDevice> device_;
 };
 
 class PlaybackPumpTest : public testing::Test {
@@ -123,7 +123,7 @@ class PlaybackPumpTest : public testing::Test {
         };
     }
 
-    std::shared_ptr<Device> device = std::make_shared<Device>();
+    std::shared_ptr<PlaybackDevice> device = std::make_shared<PlaybackDevice>();
     PlaybackTiming patient{.closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
     /// Never takes a sound for ended, however late this thread is with the next block of it.
     PlaybackTiming endless{
