@@ -62,6 +62,7 @@ void ConversionWorker::Form_Load() {
         return;
     }
     context_.process.workerBusy = true;
+    started_ = true;
     StartMP3(context_.process.currentFile);
 }
 
@@ -74,10 +75,12 @@ void ConversionWorker::Form_Unload() {
 }
 
 void ConversionWorker::starthere() {
+    started_ = true;
     StartMP3(context_.process.currentWavFile);
 }
 
 void ConversionWorker::StartMP3(std::string_view) {
+    started_ = true;
     start().passOver();
 }
 

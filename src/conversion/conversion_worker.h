@@ -62,6 +62,8 @@ class ConversionWorker {
     void unload();
 
     WorkerContext context_;
+    /// Set by each start; nothing reads it.
+    [[maybe_unused]] bool started_ = false;
     bool loaded_ = true;
     int running_ = 0;
 };

@@ -52,6 +52,31 @@ std::vector<StopKind> stopKinds() {
     };
 }
 
+/// Stops at yield `n` of what follows, if that comes so far, and at none behind it.
+class StopAtYield {
+  public:
+    StopAtYield(ExtractionBench& bench, const StopKind& kind, int n) {
+        bench.loop.atYield(n, [this, &bench, &kind] {
+            if (!over_) {
+                reached_ = true;
+                kind.stop(bench);
+            }
+        });
+    }
+    StopAtYield(const StopAtYield&) = delete;
+    StopAtYield& operator=(const StopAtYield&) = delete;
+
+    /// What was to be stopped has ended. Whether the yield was reached.
+    bool ended() {
+        over_ = true;
+        return reached_;
+    }
+
+  private:
+    bool over_ = false;
+    bool reached_ = false;
+};
+
 /// Three short tracks, all queued; each takes two ticks.
 class ShortRun : public ExtractionBench {
   public:
@@ -98,18 +123,11 @@ TEST(EveryStop, AtEveryYieldOfARunRegainsIdleAndTheNextRunWorks) {
             ++n;
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
             ASSERT_LT(n, 200);
-            reached = false;
             ShortRun bench;
             bench.form.tmrWarning.setEnabled(true);
-            bool returned = false;
-            bench.loop.atYield(n, [&] {
-                if (!returned) {
-                    reached = true;
-                    kind.stop(bench);
-                }
-            });
+            StopAtYield stop(bench, kind, n);
             bench.form.cmdStart.click();
-            returned = true;
+            reached = stop.ended();
             bench.expectIdleRegained();
             if (!reached) {
                 EXPECT_EQ(bench.disc.saved.size(), 3U);
@@ -197,17 +215,10 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
             ++n;
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
             ASSERT_LT(n, 20);
-            reached = false;
             ExtractionBench bench({200, 200, 200});
-            bool returned = false;
-            bench.loop.atYield(n, [&] {
-                if (!returned) {
-                    reached = true;
-                    kind.stop(bench);
-                }
-            });
+            StopAtYield stop(bench, kind, n);
             bench.inspection.InspectCD();
-            returned = true;
+            reached = stop.ended();
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             bench.loop.advance(40s);
@@ -287,14 +298,9 @@ TEST(EveryStop, OfARunOfOneTrackWithoutAQueueRegainsIdle) {
             ExtractionBench bench({200, 200});
             bench.insertDisc();
             bench.select("Track  2 - 00:00:00");
-            bool returned = false;
-            bench.loop.atYield(n, [&] {
-                if (!returned) {
-                    kind.stop(bench);
-                }
-            });
+            StopAtYield stop(bench, kind, n);
             bench.form.cmdStart.click();
-            returned = true;
+            stop.ended();
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             EXPECT_LE(bench.disc.saved.size(), 1U);
