@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Keeps what was reported to the user, in order. Any thread may report; a test reads from one.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/notices.h"
+
+namespace sonarith::test {
+
+class FakeNotices final : public Notices {
+  public:
+    void report(Notice notice) override {
+        const std::lock_guard lock(mutex_);
+        texts_.push_back(std::move(notice.text));
+    }
+    void settled(const std::string& cause, const std::string& text) override {
+        const std::lock_guard lock(mutex_);
+        texts_.push_back("settled " + cause + (text.empty() ? "" : ": " + text));
+    }
+    /// All texts so far; a cause that no longer holds stands as "settled CAUSE: TEXT".
+    [[nodiscard]] std::vector<std::string> texts() const {
+        const std::lock_guard lock(mutex_);
+        return texts_;
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::vector<std::string> texts_;
+};
+
+} // namespace sonarith::test
