@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
-#include "finder/finder_form.h"
 #include "finder/search_engine.h"
+#include "forms/frm_search.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/linux/paths/linux_file_system.h"

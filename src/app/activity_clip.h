@@ -3,8 +3,8 @@
 // timer.
 #pragma once
 
-#include "app/form1.h"
-#include "app/platform.h"
+#include "forms/form1.h"
+#include "platform/platform.h"
 
 namespace sonarith {
 

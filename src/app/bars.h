@@ -3,7 +3,7 @@
 // here.
 #pragma once
 
-#include "app/form1.h"
+#include "forms/form1.h"
 
 namespace sonarith {
 

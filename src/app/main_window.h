@@ -5,10 +5,10 @@
 
 #include <string>
 
-#include "app/form1.h"
-#include "app/platform.h"
-#include "app/windows.h"
 #include "extraction/disc_inspection.h"
+#include "forms/form1.h"
+#include "forms/windows.h"
+#include "platform/platform.h"
 #include "settings/process_state.h"
 #include "worktree/work_tree.h"
 

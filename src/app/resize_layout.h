@@ -3,7 +3,7 @@
 // tree and the grip image are placed; the bars hold to their edges by themselves.
 #pragma once
 
-#include "app/form1.h"
+#include "forms/form1.h"
 
 namespace sonarith {
 

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "app/form1.h"
-#include "app/windows.h"
+#include "forms/form1.h"
+#include "forms/windows.h"
 #include "platform/event_loop.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"

@@ -2,8 +2,8 @@
 // What the worker of one conversion works with, by reference. It owns nothing and does nothing.
 #pragma once
 
-#include "app/form1.h"
-#include "app/windows.h"
+#include "forms/form1.h"
+#include "forms/windows.h"
 #include "platform/active_mp3.h"
 #include "platform/event_loop.h"
 #include "platform/file_system.h"

@@ -8,8 +8,8 @@
 #include <functional>
 #include <utility>
 
-#include "app/windows.h"
 #include "extraction/extraction_context.h"
+#include "forms/windows.h"
 #include "worktree/add_file.h"
 
 namespace sonarith {

@@ -2,8 +2,8 @@
 // What every extraction job works with, by reference. It owns nothing.
 #pragma once
 
-#include "app/form1.h"
 #include "extraction/capture_state.h"
+#include "forms/form1.h"
 #include "platform/event_loop.h"
 #include "platform/media_control.h"
 #include "settings/process_state.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "finder/finder_form.h"
+#include "forms/frm_search.h"
 #include "worktree/folder_scanner.h"
 
 namespace sonarith {

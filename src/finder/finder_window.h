@@ -3,8 +3,8 @@
 // file. The search itself is search_engine.h; the widgets are elsewhere.
 #pragma once
 
-#include "finder/finder_form.h"
 #include "finder/search_engine.h"
+#include "forms/frm_search.h"
 #include "platform/event_loop.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "finder/finder_form.h"
+#include "forms/frm_search.h"
 #include "platform/directory_walk.h"
 #include "platform/event_loop.h"
 

@@ -3,7 +3,7 @@
 // stand is the window's (main_window_view.h).
 #pragma once
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "ui/picture_view.h"
 
 namespace sonarith {

@@ -9,7 +9,7 @@
 
 #include <QMainWindow>
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "ui/form_adapter.h"
 #include "ui/menu_view.h"
 #include "ui/picture_view.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "platform/file_system.h"
 #include "platform/result.h"
 #include "settings/process_state.h"

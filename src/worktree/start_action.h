@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "app/form1.h"
-#include "app/windows.h"
+#include "forms/form1.h"
+#include "forms/windows.h"
 #include "settings/process_state.h"
 
 namespace sonarith {

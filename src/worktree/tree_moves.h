@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "platform/event_loop.h"
 #include "settings/process_state.h"
 #include "worktree/drag_state.h"

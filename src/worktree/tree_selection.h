@@ -3,7 +3,7 @@
 // of saying what is to be done next. Drags and label edits are not here.
 #pragma once
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "platform/event_loop.h"
 #include "settings/process_state.h"
 #include "worktree/drag_state.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "app/form1.h"
+#include "forms/form1.h"
 #include "settings/process_state.h"
 #include "worktree/add_file.h"
 #include "worktree/folder_scanner.h"

@@ -15,11 +15,11 @@
 #include <utility>
 #include <vector>
 
-#include "app/form1.h"
 #include "extraction/capture_monitor.h"
 #include "extraction/disc_inspection.h"
 #include "extraction/track_capture.h"
 #include "extraction/track_preview.h"
+#include "forms/form1.h"
 #include "support/fake_file_system.h"
 #include "support/fake_message_boxes.h"
 #include "support/fake_random.h"

@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
-#include "app/form1.h"
-#include "app/windows.h"
-#include "finder/finder_form.h"
 #include "finder/finder_scanner.h"
 #include "finder/finder_window.h"
 #include "finder/search_engine.h"
+#include "forms/form1.h"
+#include "forms/frm_search.h"
+#include "forms/windows.h"
 #include "support/fake_directories.h"
 #include "support/fake_file_system.h"
 #include "support/fake_message_boxes.h"

@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "app/form1.h"
-#include "app/windows.h"
+#include "forms/form1.h"
+#include "forms/windows.h"
 #include "support/fake_file_dialog.h"
 #include "support/fake_file_system.h"
 #include "support/fake_folder_scanner.h"

@@ -3,7 +3,7 @@
 // the controls do is wired by the application; the jobs live in folders of their own.
 #pragma once
 
-#include "app/windows.h"
+#include "forms/windows.h"
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
 #include "platform/controls/list_box.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "finder/finder_form.h"
+#include "forms/frm_search.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/form1.h"
+#include "forms/form1.h"
 
 #include <gmock/gmock.h>
 
