@@ -13,19 +13,11 @@
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mci/machine_devices.h"
-#include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/qt_event_loop.h"
 #include "statistics.h"
-#include "support/fake_directories.h"
-#include "support/fake_file_dialog.h"
-#include "support/fake_file_system.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_mouse_pointer.h"
-#include "support/fake_random.h"
-#include "support/fake_settings_store.h"
-#include "support/fake_shell.h"
+#include "support/fake_machine.h"
 #include "support/temp_folder.h"
 #include "ui/main_window_view.h"
 
@@ -88,27 +80,32 @@ int main(int argc, char** argv) {
                         }}));
     TimedMedia media(interpreter);
     QtEventLoop loop;
-    test::FakeSettingsStore store;
-    test::FakeFileSystem files;
-    test::FakeMessageBoxes boxes;
-    test::FakeMousePointer pointer;
-    test::FakeRandom random;
-    test::FakeShell shell;
-    test::FakeDirectories directories;
-    directories.addFolder("c:\\");
-    mp3::Mpg123Control mp3(card, sound::monotonicNow,
-                           [](const std::string&) { return fs::path(); });
-    test::FakeFileDialog fileDialog;
-    Application application(
-        {loop, media, store, files, boxes, pointer, random, shell, directories, mp3, fileDialog});
-    const MainWindowView window(application.form1());
+    test::FakeMachine machine;
+    machine.directories.addFolder("c:\\");
+    Application application(Platform{.loop = loop,
+                                     .media = media,
+                                     .store = machine.store,
+                                     .files = machine.files,
+                                     .boxes = machine.boxes,
+                                     .pointer = machine.pointer,
+                                     .random = machine.random,
+                                     .shell = machine.shell,
+                                     .directories = machine.directories,
+                                     .mp3Controls = machine.mp3,
+                                     .fileDialog = machine.dialog,
+                                     .mixer = machine.mixer,
+                                     .waveInput = machine.waveInput,
+                                     .tray = machine.tray,
+                                     .system = machine.system});
+    Form1& form = application.windows().Form1;
+    const MainWindowView window(form);
     application.start();
 
     std::vector<double> milliseconds;
     for (int i = 0; i < 21; ++i) {
         media.spent = {};
         const auto began = Clock::now();
-        application.form1().mnuRefreshlist.click();
+        form.mnuRefreshlist.click();
         const auto beyond = Clock::now() - began - media.spent;
         milliseconds.push_back(std::chrono::duration<double, std::milli>(beyond).count());
     }
@@ -117,5 +114,5 @@ int main(int argc, char** argv) {
         "refresh of 99 tracks beyond the device's time: median %.2f ms, %.2f of the limit of "
         "20 ms\n",
         median, median / 20);
-    return application.form1().lstTracks.listCount() == 99 ? 0 : 1;
+    return form.lstTracks.listCount() == 99 ? 0 : 1;
 }

@@ -17,7 +17,6 @@
 #include <QTimer>
 
 #include "app/application.h"
-#include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/linux/paths/linux_file_system.h"
@@ -26,13 +25,7 @@
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
 #include "platform/qt/qt_event_loop.h"
-#include "support/fake_file_dialog.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_mouse_pointer.h"
-#include "support/fake_random.h"
-#include "support/fake_settings_store.h"
-#include "support/fake_shell.h"
-#include "support/scripted_media_control.h"
+#include "support/fake_machine.h"
 #include "support/temp_folder.h"
 #include "ui/main_window_view.h"
 
@@ -71,18 +64,24 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     LinuxDirectories directories(paths, files);
     store.put("Settings", "DecodePath", paths.toLogic((folder / "files").string()));
     store.put("Settings", "show full path", "0");
-    test::ScriptedMediaControl media;
-    test::FakeMessageBoxes boxes;
-    test::FakeMousePointer pointer;
-    test::FakeRandom random;
-    test::FakeShell shell;
-    sound::SoundCard card;
-    mp3::Mpg123Control mp3(card, sound::monotonicNow,
-                           [](const std::string&) { return fs::path(); });
-    test::FakeFileDialog dialog;
-    Application application(
-        {loop, media, store, files, boxes, pointer, random, shell, directories, mp3, dialog});
-    const MainWindowView window(application.form1());
+    test::FakeMachine machine;
+    Application application(Platform{.loop = loop,
+                                     .media = machine.media,
+                                     .store = store,
+                                     .files = files,
+                                     .boxes = machine.boxes,
+                                     .pointer = machine.pointer,
+                                     .random = machine.random,
+                                     .shell = machine.shell,
+                                     .directories = directories,
+                                     .mp3Controls = machine.mp3,
+                                     .fileDialog = machine.dialog,
+                                     .mixer = machine.mixer,
+                                     .waveInput = machine.waveInput,
+                                     .tray = machine.tray,
+                                     .system = machine.system});
+    Form1& form = application.windows().Form1;
+    const MainWindowView window(form);
 
     Measured measured;
     auto last = Clock::now();
@@ -91,8 +90,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
         const double gap = Milliseconds(Clock::now() - last).count();
         last = Clock::now();
         // Only while the search runs: the building of the nodes is one step.
-        if (application.windows().frmsearch.loaded() &&
-            application.form1().List2.listCount() == 0) {
+        if (application.windows().frmsearch.loaded() && form.List2.listCount() == 0) {
             measured.longestGapMs = std::max(measured.longestGapMs, gap);
         }
     });
@@ -100,7 +98,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     const auto began = Clock::now();
     application.start();
     measured.startMs = Milliseconds(Clock::now() - began).count();
-    measured.files = application.form1().List1.listCount() + application.form1().List2.listCount();
+    measured.files = form.List1.listCount() + form.List2.listCount();
     return measured;
 }
 

@@ -144,8 +144,8 @@ int main() {
     PathMap paths(drives, mounts);
     LinuxFileSystem files(paths, tree.path().string());
     LinuxDirectories directories(paths, files);
-    Form frmsearch("frmsearch");
-    FinderForm finder(frmsearch, files, directories);
+    FrmSearch finder(files, directories);
+    finder.load();
     NoLoop loop;
     SearchEngine engine(finder, directories, loop);
     const std::string root = paths.toLogic(tree.path().string());

@@ -10,7 +10,14 @@ namespace sonarith {
 
 class ActivityClip {
   public:
-    ActivityClip(const Platform& platform, Form1& form) : platform_(platform), form_(form) {}
+    /// Becomes the handler of Timeravi. Both outlive this.
+    ActivityClip(const Platform& platform, Form1& form) : platform_(platform), form_(form) {
+        form_.Timeravi.onTimer = [this] {
+            Timeravi_Timer();
+        };
+    }
+    ActivityClip(const ActivityClip&) = delete;
+    ActivityClip& operator=(const ActivityClip&) = delete;
 
     /// Opens the clip "download.avi" of the program's folder in Picture6 and plays it; a message
     /// tells of a clip that cannot be placed there.
@@ -19,7 +26,7 @@ class ActivityClip {
   private:
     int send(const std::string& command);
 
-    Platform platform_;
+    const Platform& platform_;
     Form1& form_;
 };
 

@@ -51,7 +51,7 @@ struct DecodingBench : ApplicationBench {
         form.CmdSelectAction.click();
     }
     [[nodiscard]] bool decodingIdle() const {
-        return !process.workerBusy && !windows.Form6.loaded() && !mp3.Busy() &&
+        return !process.workerBusy && !windows.Form6.loaded() && !mp3.busy() &&
                !form.Command2.visible() && commandsOpen();
     }
     [[nodiscard]] static std::vector<std::string> lines(const ListBox& list) {

@@ -80,9 +80,9 @@ TEST(Application, TogglesTheBarsByTheirEntries) {
 
 TEST(Application, LaysTheWindowOutAnewWhenItsSizeChanges) {
     ApplicationBench bench({1000, 1000});
-    bench.form.setInnerSize(8000, 9000);
-    EXPECT_EQ(bench.form.TreeView1.width(), 8000 - gripWidth);
-    EXPECT_EQ(bench.form.TreeView1.height(), 9000);
+    bench.form.setInnerSize(8000_twips, 9000_twips);
+    EXPECT_EQ(bench.form.TreeView1.width(), 8000_twips - gripWidth);
+    EXPECT_EQ(bench.form.TreeView1.height(), 9000_twips);
 }
 
 TEST(Application, LetsTheTreeSelectAndMove) {

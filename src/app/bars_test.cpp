@@ -14,15 +14,14 @@ namespace {
 struct Window {
     test::VirtualEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form{loop, state, windows};
+    Form1 form{loop, state, {}};
 
     Window() {
-        form.setInnerSize(4000, 5000);
-        form.Picture3.setHeight(600);
-        form.Picture4.setHeight(400);
-        form.Picture2.setHeight(700);
-        form.Picture1.setHeight(300);
+        form.setInnerSize(4000_twips, 5000_twips);
+        form.Picture3.setHeight(600_twips);
+        form.Picture4.setHeight(400_twips);
+        form.Picture2.setHeight(700_twips);
+        form.Picture1.setHeight(300_twips);
     }
 };
 
@@ -38,11 +37,14 @@ struct BarCase {
 
 TEST(BarToggle, HidesACheckedBarShowsAnUncheckedOneAndLaysTheWindowOutAnew) {
     const BarCase cases[] = {
-        {"tool bar", mnuToolbar_Click, &Form1::mnuToolbar, &Form1::Picture3, true, 0, 4000},
-        {"CD bar", mnuCDbar_Click, &Form1::mnuCDbar, &Form1::Picture4, false, 1000, 3000},
-        {"activity bar", mnuActivityBar_Click, &Form1::mnuActivityBar, &Form1::Picture2, true, 600,
-         4100},
-        {"status bar", mnuStatusbar_Click, &Form1::mnuStatusbar, &Form1::Picture1, true, 600, 3700},
+        {"tool bar", mnuToolbar_Click, &Form1::mnuToolbar, &Form1::Picture3, true, 0_twips,
+         4000_twips},
+        {"CD bar", mnuCDbar_Click, &Form1::mnuCDbar, &Form1::Picture4, false, 1000_twips,
+         3000_twips},
+        {"activity bar", mnuActivityBar_Click, &Form1::mnuActivityBar, &Form1::Picture2, true,
+         600_twips, 4100_twips},
+        {"status bar", mnuStatusbar_Click, &Form1::mnuStatusbar, &Form1::Picture1, true, 600_twips,
+         3700_twips},
     };
     for (const BarCase& c : cases) {
         SCOPED_TRACE(c.name);
@@ -58,8 +60,8 @@ TEST(BarToggle, HidesACheckedBarShowsAnUncheckedOneAndLaysTheWindowOutAnew) {
         c.toggle(form);
         EXPECT_EQ((form.*c.entry).checked(), c.visibleAtStart);
         EXPECT_EQ((form.*c.bar).visible(), c.visibleAtStart);
-        EXPECT_EQ(form.TreeView1.top(), 600);
-        EXPECT_EQ(form.TreeView1.height(), 3400);
+        EXPECT_EQ(form.TreeView1.top(), 600_twips);
+        EXPECT_EQ(form.TreeView1.height(), 3400_twips);
     }
 }
 
@@ -68,8 +70,8 @@ TEST(BarToggle, LetsTheTreeFillTheWindowWithAllFourHidden) {
     mnuToolbar_Click(window.form);
     mnuActivityBar_Click(window.form);
     mnuStatusbar_Click(window.form);
-    EXPECT_EQ(window.form.TreeView1.top(), 0);
-    EXPECT_EQ(window.form.TreeView1.height(), 5000);
+    EXPECT_EQ(window.form.TreeView1.top(), 0_twips);
+    EXPECT_EQ(window.form.TreeView1.height(), 5000_twips);
 }
 
 TEST(BarToggle, GoesByTheEntryNotByTheBar) {
@@ -88,7 +90,7 @@ TEST(ForceToolBarOn, ShowsTheBarFromEitherState) {
     forceToolBarOn(window.form);
     EXPECT_TRUE(window.form.mnuToolbar.checked());
     EXPECT_TRUE(window.form.Picture3.visible());
-    EXPECT_EQ(window.form.TreeView1.top(), 600);
+    EXPECT_EQ(window.form.TreeView1.top(), 600_twips);
 }
 
 } // namespace

@@ -10,8 +10,131 @@ namespace sonarith {
 
 namespace {
 /// The window stands so far left of the screen's centre.
-constexpr Twips leftOfCentre = 1500;
+constexpr Twips leftOfCentre = 1500_twips;
 } // namespace
+
+MainWindow::MainWindow(const Platform& platform, ProcessState& process, Windows& windows,
+                       DiscInspection& inspection, WorkTree& tree)
+    : platform_(platform),
+      process_(process),
+      windows_(windows),
+      form_(windows.Form1),
+      inspection_(inspection),
+      tree_(tree) {
+    wireWindow();
+    wireToolBar();
+    wireMenus();
+}
+
+void MainWindow::wireWindow() {
+    form_.onLoad = [this] {
+        Form_Load();
+    };
+    form_.onQueryUnload = [this] {
+        Form_QueryUnload();
+    };
+    form_.onUnload = [this] {
+        Form_Unload();
+    };
+    form_.onUnloadAgain = [this] {
+        Form_QueryUnload();
+    };
+    form_.onResize = [this] {
+        runResizeLayout(form_);
+    };
+    form_.onMouseDown = [this](MouseButtons buttons) {
+        if (buttons.left) {
+            N1Drag();
+        }
+    };
+    form_.Image3.onMouseDown = [this](MouseButtons buttons) {
+        if (buttons.left) {
+            form_.captionGrasped.emit();
+        }
+    };
+    form_.Timer1.onTimer = [this] {
+        Timer1_Timer();
+    };
+}
+
+void MainWindow::wireToolBar() {
+    form_.Command5.onClick = [this] {
+        Command5_Click();
+    };
+    form_.Cmdhelp.onClick = [this] {
+        Cmdhelp_Click();
+    };
+    form_.C5555555.onClick = [this] {
+        windows_.frmPlayList.show();
+    };
+    form_.Copt.onClick = [this] {
+        windows_.FrmPrefs.show();
+    };
+    form_.C777.onClick = [this] {
+        windows_.frmsearch.show();
+    };
+}
+
+void MainWindow::wireMenus() {
+    // mnuDevices belongs to the machine that the program runs on.
+    form_.mnuExit.onClick = [this] {
+        form_.Command5.click();
+    };
+    form_.mnuStart2.onClick = [this] {
+        form_.mnuStart.click();
+    };
+    form_.mnuMinimize.onClick = [this] {
+        mnuMinimize_Click();
+    };
+    form_.mnuExit2.onClick = [this] {
+        form_.Command5.click();
+    };
+
+    form_.mnuStart.onClick = [this] {
+        mnuStart_Click();
+    };
+    form_.mnuStop.onClick = [this] {
+        form_.Command8.click();
+    };
+    form_.mnuRefreshlist.onClick = [this] {
+        C1212_Click();
+    };
+
+    form_.mnuGetMainPrefs.onClick = [this] {
+        windows_.FrmPrefs.show();
+    };
+    form_.mnuToolbar.onClick = [this] {
+        mnuToolbar_Click(form_);
+    };
+    form_.mnuCDbar.onClick = [this] {
+        mnuCDbar_Click(form_);
+    };
+    form_.mnuActivityBar.onClick = [this] {
+        mnuActivityBar_Click(form_);
+    };
+    form_.mnuStatusbar.onClick = [this] {
+        mnuStatusbar_Click(form_);
+    };
+    form_.MnuOpenCD.onClick = [this] {
+        windows_.Form4.show();
+    };
+    form_.mnuCloseCD.onClick = [this] {
+        windows_.Form4.unload();
+    };
+    form_.mnuSearch.onClick = [this] {
+        windows_.frmsearch.show();
+    };
+    form_.mnuPlaylist.onClick = [this] {
+        windows_.frmPlayList.show();
+    };
+
+    form_.mnuHelpfile.onClick = [this] {
+        form_.Cmdhelp.click();
+    };
+    form_.mnuAbout.onClick = [this] {
+        platform_.shell.showAboutBox();
+    };
+}
 
 void MainWindow::Form_Load() {
     platform_.pointer.set(Pointer::hourglass);
@@ -26,14 +149,14 @@ Status MainWindow::runLoadSteps() {
     }
     placeWindow();
     form_.ProgressBar1.setValue(0).passOver();
-    LoadSettings(platform_.store, platform_.files.programFolder(), state_.settings);
+    LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     // Here the player panel will be loaded, and the disc's line muted or not by muteButton.
     inspection_.InspectCD();
     // Here the preferences will be loaded, unshown; of their load step the destination folder is
     // there already.
     prepareDestinationFolder(platform_.store, platform_.files, platform_.boxes, platform_.pointer,
-                             platform_.loop, state_.settings);
-    form_.Label2.setCaption(state_.settings.decodePath + "\\");
+                             platform_.loop, process_.settings);
+    form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();
     runResizeLayout(form_);
     platform_.loop.yield();

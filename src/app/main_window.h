@@ -6,7 +6,6 @@
 #include <string>
 
 #include "extraction/disc_inspection.h"
-#include "forms/form1.h"
 #include "forms/windows.h"
 #include "platform/platform.h"
 #include "settings/process_state.h"
@@ -16,14 +15,12 @@ namespace sonarith {
 
 class MainWindow {
   public:
-    MainWindow(const Platform& platform, ProcessState& state, Windows& windows, Form1& form,
-               DiscInspection& inspection, WorkTree& tree)
-        : platform_(platform),
-          state_(state),
-          windows_(windows),
-          form_(form),
-          inspection_(inspection),
-          tree_(tree) {}
+    /// Becomes the handler of the window's own events, its tool bar and its menus. All outlive
+    /// this.
+    MainWindow(const Platform& platform, ProcessState& process, Windows& windows,
+               DiscInspection& inspection, WorkTree& tree);
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
 
     /// Places the window, reads settings, disc and destination folder, and shows it. A failure ends
     /// the load where it stands; the pointer is the normal one afterwards. Yields.
@@ -50,11 +47,14 @@ class MainWindow {
     void N1Drag();
 
   private:
+    void wireWindow();
+    void wireToolBar();
+    void wireMenus();
     Status runLoadSteps();
     void placeWindow();
 
-    Platform platform_;
-    ProcessState& state_;
+    const Platform& platform_;
+    ProcessState& process_;
     Windows& windows_;
     Form1& form_;
     DiscInspection& inspection_;

@@ -36,11 +36,10 @@ TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
 
 TEST(FormLoad, PlacesTheWindowLeftOfTheScreensCentre) {
     ApplicationBench bench({1000, 1000});
-    bench.form.setWidth(4000);
-    bench.form.setHeight(6000);
+    bench.form.setDesignedSize(4000_twips, 6000_twips);
     bench.application.start();
-    EXPECT_EQ(bench.form.left(), 28800 / 2 - 4000 / 2 - 1500);
-    EXPECT_EQ(bench.form.top(), 16200 / 2 - 6000 / 2);
+    EXPECT_EQ(bench.form.left(), Twips(28800 / 2 - 4000 / 2 - 1500));
+    EXPECT_EQ(bench.form.top(), Twips(16200 / 2 - 6000 / 2));
 }
 
 TEST(FormLoad, TakesItsStepsInOrder) {
@@ -66,7 +65,7 @@ TEST(FormLoad, TakesItsStepsInOrder) {
         EXPECT_TRUE(bench.files.folderExists(ApplicationBench::destination));
         EXPECT_EQ(bench.form.lstTracks.listCount(), 2);
     };
-    bench.form.TreeView1.setHeight(0);
+    bench.form.TreeView1.setHeight(0_twips);
     bench.application.start();
     EXPECT_THAT(steps, ElementsAre("inspection", "search", "search"));
     EXPECT_EQ(bench.form.TreeView1.width(), designWidth - gripWidth);
@@ -85,7 +84,7 @@ TEST(FormLoad, EndsAtAProgramFolderThatCannotBeEntered) {
     EXPECT_THAT(bench.pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
     EXPECT_THAT(bench.media.log, IsEmpty());
     EXPECT_THAT(bench.store.readKeys, IsEmpty());
-    EXPECT_EQ(bench.form.left(), 0);
+    EXPECT_EQ(bench.form.left(), 0_twips);
     EXPECT_FALSE(bench.form.visible());
 }
 
@@ -135,7 +134,7 @@ TEST(Help, EndsWhereTheProgramsFolderCannotBeEntered) {
 TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
-    bench.form.Picture3.setHeight(600);
+    bench.form.Picture3.setHeight(600_twips);
     for (MenuItem* entry : {&bench.form.mnuStart, &bench.form.mnuStart2}) {
         bench.form.mnuToolbar.setChecked(false);
         bench.form.Picture3.setVisible(false);
@@ -144,7 +143,7 @@ TEST(MenuStart, ForcesTheToolBarOnAndStartsTheAction) {
         entry->click();
         EXPECT_TRUE(bench.form.mnuToolbar.checked());
         EXPECT_TRUE(bench.form.Picture3.visible());
-        EXPECT_EQ(bench.form.TreeView1.top(), 600);
+        EXPECT_EQ(bench.form.TreeView1.top(), 600_twips);
         EXPECT_EQ(bench.disc.saved.size(), 1U);
     }
 }
@@ -165,8 +164,8 @@ TEST(Moving, GraspsTheCaptionFromTheBareFormAndFromTheHandGrip) {
     ApplicationBench bench({1000, 1000});
     int grasped = 0;
     const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });
-    run(bench.form.onMouseDown);
-    run(bench.form.Image3.onMouseDown);
+    run(bench.form.onMouseDown, MouseButtons{.left = true});
+    run(bench.form.Image3.onMouseDown, MouseButtons{.left = true});
     EXPECT_EQ(grasped, 2);
 }
 

@@ -8,7 +8,7 @@ namespace sonarith {
 namespace {
 
 Twips taken(const BarState& a, const BarState& b) {
-    return (a.visible ? a.height : 0) + (b.visible ? b.height : 0);
+    return (a.visible ? a.height : 0_twips) + (b.visible ? b.height : 0_twips);
 }
 
 BarState stateOf(const PictureBox& bar) {
@@ -21,9 +21,9 @@ LayoutPlan planLayout(const LayoutSnapshot& window) {
     LayoutPlan plan;
     plan.gripHeight = window.gripStripHeight;
     plan.treeTop = taken(window.toolBar, window.cdBar);
-    plan.treeHeight = std::max(0, window.innerHeight - plan.treeTop -
-                                      taken(window.statusBar, window.activityBar));
-    plan.treeWidth = std::max(0, window.innerWidth - window.gripStripWidth);
+    plan.treeHeight = std::max(0_twips, window.innerHeight - plan.treeTop -
+                                            taken(window.statusBar, window.activityBar));
+    plan.treeWidth = std::max(0_twips, window.innerWidth - window.gripStripWidth);
     return plan;
 }
 

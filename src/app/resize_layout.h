@@ -8,28 +8,28 @@
 namespace sonarith {
 
 struct BarState {
-    Twips height = 0;
+    Twips height = {};
     bool visible = false;
 };
 
 /// Sizes and visibilities as they stand, in twips.
 struct LayoutSnapshot {
-    Twips innerWidth = 0;
-    Twips innerHeight = 0;
+    Twips innerWidth = {};
+    Twips innerHeight = {};
     BarState toolBar;
     BarState cdBar;
     BarState activityBar;
     BarState statusBar;
-    Twips gripStripWidth = 0;
-    Twips gripStripHeight = 0;
+    Twips gripStripWidth = {};
+    Twips gripStripHeight = {};
 };
 
 /// What the layout sets, in twips. The tree's left edge is never among it.
 struct LayoutPlan {
-    Twips gripHeight = 0;
-    Twips treeTop = 0;
-    Twips treeHeight = 0;
-    Twips treeWidth = 0;
+    Twips gripHeight = {};
+    Twips treeTop = {};
+    Twips treeHeight = {};
+    Twips treeWidth = {};
 
     bool operator==(const LayoutPlan&) const = default;
 };

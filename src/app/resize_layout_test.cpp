@@ -11,22 +11,22 @@
 namespace sonarith {
 
 void PrintTo(const LayoutPlan& plan, std::ostream* out) {
-    *out << "grip height " << plan.gripHeight << ", tree top " << plan.treeTop << ", height "
-         << plan.treeHeight << ", width " << plan.treeWidth;
+    *out << "grip height " << plan.gripHeight.count() << ", tree top " << plan.treeTop.count()
+         << ", height " << plan.treeHeight.count() << ", width " << plan.treeWidth.count();
 }
 
 namespace {
 
 LayoutSnapshot windowWith(bool tool, bool cd, bool activity, bool status) {
     LayoutSnapshot window;
-    window.innerWidth = 3990;
-    window.innerHeight = 5490;
-    window.toolBar = {600, tool};
-    window.cdBar = {400, cd};
-    window.activityBar = {700, activity};
-    window.statusBar = {300, status};
-    window.gripStripWidth = 285;
-    window.gripStripHeight = 3890;
+    window.innerWidth = 3990_twips;
+    window.innerHeight = 5490_twips;
+    window.toolBar = {600_twips, tool};
+    window.cdBar = {400_twips, cd};
+    window.activityBar = {700_twips, activity};
+    window.statusBar = {300_twips, status};
+    window.gripStripWidth = 285_twips;
+    window.gripStripHeight = 3890_twips;
     return window;
 }
 
@@ -38,12 +38,24 @@ struct LayoutCase {
 
 TEST(ResizeLayout, GivesTheTreeWhatTheVisibleBarsLeave) {
     const LayoutCase cases[] = {
-        {"as at start", windowWith(true, false, true, true), {3890, 600, 3890, 3705}},
-        {"all bars", windowWith(true, true, true, true), {3890, 1000, 3490, 3705}},
-        {"no bars", windowWith(false, false, false, false), {3890, 0, 5490, 3705}},
-        {"CD bar alone", windowWith(false, true, false, false), {3890, 400, 5090, 3705}},
-        {"bottom bars alone", windowWith(false, false, true, true), {3890, 0, 4490, 3705}},
-        {"status bar alone", windowWith(false, false, false, true), {3890, 0, 5190, 3705}},
+        {"as at start",
+         windowWith(true, false, true, true),
+         {3890_twips, 600_twips, 3890_twips, 3705_twips}},
+        {"all bars",
+         windowWith(true, true, true, true),
+         {3890_twips, 1000_twips, 3490_twips, 3705_twips}},
+        {"no bars",
+         windowWith(false, false, false, false),
+         {3890_twips, 0_twips, 5490_twips, 3705_twips}},
+        {"CD bar alone",
+         windowWith(false, true, false, false),
+         {3890_twips, 400_twips, 5090_twips, 3705_twips}},
+        {"bottom bars alone",
+         windowWith(false, false, true, true),
+         {3890_twips, 0_twips, 4490_twips, 3705_twips}},
+        {"status bar alone",
+         windowWith(false, false, false, true),
+         {3890_twips, 0_twips, 5190_twips, 3705_twips}},
     };
     for (const LayoutCase& c : cases) {
         EXPECT_EQ(planLayout(c.window), c.plan) << c.name;
@@ -52,31 +64,30 @@ TEST(ResizeLayout, GivesTheTreeWhatTheVisibleBarsLeave) {
 
 TEST(ResizeLayout, LeavesTheTreeNothingInAWindowSmallerThanItsBars) {
     LayoutSnapshot window = windowWith(true, true, true, true);
-    window.innerWidth = 100;
-    window.innerHeight = 1500;
-    EXPECT_EQ(planLayout(window), (LayoutPlan{3890, 1000, 0, 0}));
+    window.innerWidth = 100_twips;
+    window.innerHeight = 1500_twips;
+    EXPECT_EQ(planLayout(window), (LayoutPlan{3890_twips, 1000_twips, 0_twips, 0_twips}));
 }
 
 TEST(ResizeLayout, PlacesTreeAndGripImageAndNothingElse) {
     test::VirtualEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form(loop, state, windows);
-    form.setInnerSize(4000, 5000);
-    form.Picture3.setHeight(600);
-    form.Picture4.setHeight(400);
-    form.Picture2.setHeight(700);
-    form.Picture1.setHeight(300);
-    form.Picture5.setHeight(3400);
-    form.TreeView1.setLeft(290);
+    Form1 form(loop, state, {});
+    form.setInnerSize(4000_twips, 5000_twips);
+    form.Picture3.setHeight(600_twips);
+    form.Picture4.setHeight(400_twips);
+    form.Picture2.setHeight(700_twips);
+    form.Picture1.setHeight(300_twips);
+    form.Picture5.setHeight(3400_twips);
+    form.TreeView1.setLeft(290_twips);
     runResizeLayout(form);
-    EXPECT_EQ(form.Image3.height(), 3400);
-    EXPECT_EQ(form.TreeView1.top(), 600);
-    EXPECT_EQ(form.TreeView1.height(), 5000 - 600 - 700 - 300);
-    EXPECT_EQ(form.TreeView1.width(), 4000 - 285);
-    EXPECT_EQ(form.TreeView1.left(), 290);
-    EXPECT_EQ(form.Picture5.width(), 285);
-    EXPECT_EQ(form.Picture3.height(), 600);
+    EXPECT_EQ(form.Image3.height(), 3400_twips);
+    EXPECT_EQ(form.TreeView1.top(), 600_twips);
+    EXPECT_EQ(form.TreeView1.height(), 5000_twips - 600_twips - 700_twips - 300_twips);
+    EXPECT_EQ(form.TreeView1.width(), 4000_twips - 285_twips);
+    EXPECT_EQ(form.TreeView1.left(), 290_twips);
+    EXPECT_EQ(form.Picture5.width(), 285_twips);
+    EXPECT_EQ(form.Picture3.height(), 600_twips);
 }
 
 } // namespace

@@ -1,38 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "conversion/conversion_worker.h"
 
-#include <chrono>
 #include <cstdint>
 #include <string>
 
-#include "conversion/percentage.h"
-#include "conversion/wav_path.h"
+#include "platform/text/numbers.h"
 #include "platform/text/unicode.h"
+#include "settings/least_file_length.h"
 #include "settings/path_helpers.h"
 
 namespace sonarith {
 
-using namespace std::chrono_literals;
-
 namespace {
 
-constexpr EventLoop::Duration timerInterval = 500ms;
-/// A shorter file holds no sound worth decoding. A round figure, not a measured one.
-constexpr std::int64_t leastLengthInBytes = 100;
 /// "mp3" or "wav", without the point.
 constexpr std::size_t extensionLength = 3;
-
-/// Counts for as long as it lives, also when the end of the program unwinds through it.
-class Running {
-  public:
-    explicit Running(int& count) : count_(count) { ++count_; }
-    ~Running() { --count_; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-  private:
-    int& count_;
-};
 
 Status tooShort() {
     return {ErrorNumber::invalidProcedureCall, "The file is too short."};
@@ -40,43 +22,56 @@ Status tooShort() {
 
 } // namespace
 
-ConversionWorker::ConversionWorker(WorkerContext context)
-    : Timer1(context.loop, "Timer1", timerInterval),
-      Timer2(context.loop, "Timer2", timerInterval),
-      context_(context) {
-    Timer1.onTimer = [this] {
+Result<std::string> wavPathFor(const std::string& mp3Path, const ProcessState& process) {
+    const Result<std::string> base = FileBaseName(mp3Path);
+    if (!base.ok()) {
+        return base.error();
+    }
+    return process.settings.decodePath + "\\" + base.value() + ".wav";
+}
+
+ConversionWorker::ConversionWorker(const Platform& platform, ProcessState& process,
+                                   Windows& windows)
+    : platform_(platform), process_(process), form6_(windows.Form6), form_(windows.Form1) {
+    form6_.onLoad = [this] {
+        Form_Load();
+    };
+    form6_.onUnload = [this] {
+        Form_Unload();
+    };
+    form6_.Timer1.onTimer = [this] {
         Timer1_Timer();
     };
-    Timer2.onTimer = [this] {
+    form6_.Timer2.onTimer = [this] {
         Timer2_Timer();
     };
-    Command1.onClick = [this] {
+    form6_.Command1.onClick = [this] {
         Command1_Click();
     };
-    Timer1.setEnabled(true);
+}
+
+bool ConversionWorker::stillLoaded(int load) const {
+    return form6_.loaded() && form6_.timesLoaded() == load;
 }
 
 void ConversionWorker::Form_Load() {
-    if (context_.process.stopRequested) {
-        unload();
+    if (process_.stopRequested) {
+        form6_.unload();
         return;
     }
-    context_.process.workerBusy = true;
+    process_.workerBusy = true;
     started_ = true;
-    StartMP3(context_.process.currentFile);
+    StartMP3(process_.currentFile);
 }
 
 void ConversionWorker::Form_Unload() {
-    context_.ActiveMP31.Stop().passOver();
-    context_.process.workerBusy = false;
-    loaded_ = false;
-    Timer1.setEnabled(false);
-    Timer2.setEnabled(false);
+    form6_.ActiveMP31->Stop().passOver();
+    process_.workerBusy = false;
 }
 
 void ConversionWorker::starthere() {
     started_ = true;
-    StartMP3(context_.process.currentWavFile);
+    StartMP3(process_.currentWavFile);
 }
 
 void ConversionWorker::StartMP3(std::string_view) {
@@ -85,68 +80,66 @@ void ConversionWorker::StartMP3(std::string_view) {
 }
 
 Status ConversionWorker::start() {
-    const ProcessState& process = context_.process;
-    const auto length = context_.files.fileLength(process.currentFile);
+    const auto length = platform_.files.fileLength(process_.currentFile);
     if (!length.ok()) {
         return length.error();
     }
     // Nothing then unloads the window: the main window says "Decoding" until Cancel is pressed.
-    if (length.value() < leastLengthInBytes) {
+    if (length.value() < leastFileLength) {
         return tooShort();
     }
-    Timer2.setEnabled(true);
-    const Result<std::string> target = wavPathFor(process.currentFile, process);
+    form6_.Timer2.setEnabled(true);
+    const Result<std::string> target = wavPathFor(process_.currentFile, process_);
     if (!target.ok()) {
         return target.error();
     }
-    if (Status source = context_.ActiveMP31.setSourceFile(process.currentFile); !source.ok()) {
+    if (Status source = form6_.ActiveMP31->setSourceFile(process_.currentFile); !source.ok()) {
         return source;
     }
-    return context_.ActiveMP31.DecodeToWav(target.value());
+    return form6_.ActiveMP31->DecodeToWav(target.value());
 }
 
 void ConversionWorker::Timer1_Timer() {
-    const Running here(running_);
-    Timer1.setEnabled(false);
+    form6_.Timer1.setEnabled(false);
     // The same file a second time, while the first start may be at work: what that means is the
     // control's to decide.
-    StartMP3(context_.process.currentWavFile);
+    StartMP3(process_.currentWavFile);
 }
 
 void ConversionWorker::Timer2_Timer() {
-    const Running here(running_);
+    const int load = form6_.timesLoaded();
     if (tick() == Job::over) {
-        finish();
+        finish(load);
     }
 }
 
 ConversionWorker::Job ConversionWorker::tick() {
-    if (!context_.ActiveMP31.Busy()) {
+    if (!form6_.ActiveMP31->Busy()) {
         showEnd().passOver();
         return Job::over;
     }
-    if (context_.process.stopRequested) {
+    if (process_.stopRequested) {
         return Job::over;
     }
     if (!showProgress().ok()) {
         return Job::over;
     }
-    context_.loop.yield();
+    platform_.loop.yield();
     return Job::goesOn;
 }
 
 Status ConversionWorker::showEnd() {
-    Timer2.setEnabled(false);
-    if (Status stopped = context_.ActiveMP31.Stop(); !stopped.ok()) {
+    form6_.Timer2.setEnabled(false);
+    if (Status stopped = form6_.ActiveMP31->Stop(); !stopped.ok()) {
         return stopped;
     }
     // With a blank, unlike the percentages before it.
-    context_.form.Label33.setCaption("100 %");
-    if (Status shown = context_.form.ProgressBar1.setValue(100); !shown.ok()) {
+    form_.Label33.setCaption("100 %");
+    if (Status shown = form_.ProgressBar1.setValue(100); !shown.ok()) {
         return shown;
     }
-    context_.loop.yield();
-    context_.loop.yield();
+    platform_.loop.yield();
+    platform_.loop.yield();
     return {};
 }
 
@@ -155,83 +148,79 @@ Status ConversionWorker::showProgress() {
     if (!percentage.ok()) {
         return percentage.error();
     }
-    context_.form.Label33.setCaption(std::to_string(percentage.value()) + "%");
+    form_.Label33.setCaption(std::to_string(percentage.value()) + "%");
     // Read afresh: the bar may be ahead of the text.
     const auto afresh = readPercentage();
-    return afresh.ok() ? context_.form.ProgressBar1.setValue(afresh.value())
-                       : Status(afresh.error());
+    return afresh.ok() ? form_.ProgressBar1.setValue(afresh.value()) : Status(afresh.error());
 }
 
 Result<std::int16_t> ConversionWorker::readPercentage() const {
-    const std::int32_t length = context_.ActiveMP31.Length();
-    const std::int32_t position = context_.ActiveMP31.Position();
-    return percentageOf(position, length);
+    const std::int32_t length = form6_.ActiveMP31->Length();
+    const std::int32_t position = form6_.ActiveMP31->Position();
+    // A length of 0 makes this fail, and so ends the job.
+    return roundedToInteger16(static_cast<double>(position) / static_cast<double>(length) * 100);
 }
 
 /// The closing block of every end.
-void ConversionWorker::finish() {
-    // Unloaded from outside during a yield: control and window are another instance's by now.
-    if (!loaded_) {
+void ConversionWorker::finish(int load) {
+    if (!stillLoaded(load)) {
         return;
     }
-    Timer2.setEnabled(false);
-    context_.ActiveMP31.Stop().passOver();
-    unload();
-}
-
-void ConversionWorker::unload() {
-    if (loaded_) {
-        context_.Form6.unload();
-    }
+    form6_.Timer2.setEnabled(false);
+    form6_.ActiveMP31->Stop().passOver();
+    form6_.unload();
 }
 
 void ConversionWorker::Command1_Click() {
-    context_.process.stopRequested = true;
-    unload();
+    process_.stopRequested = true;
+    form6_.unload();
 }
 
 void ConversionWorker::StartDecoding() {
-    const Running here(running_);
-    if (context_.process.stopRequested) {
-        context_.ActiveMP31.Stop().passOver();
-        unload();
+    const int load = form6_.timesLoaded();
+    if (process_.stopRequested) {
+        form6_.ActiveMP31->Stop().passOver();
+        form6_.unload();
         return;
     }
     if (!startBeside().ok()) {
         return;
     }
-    Timer2.setEnabled(true);
-    if (!context_.ActiveMP31.Busy()) {
-        unload();
+    form6_.Timer2.setEnabled(true);
+    if (!form6_.ActiveMP31->Busy()) {
+        form6_.unload();
     }
     // The timer's ticks are the events at which this is asked again.
-    context_.loop.waitWhile([this] { return loaded_ && context_.ActiveMP31.Busy(); });
-    context_.loop.yield();
-    Timer2.setEnabled(false);
-    unload();
+    platform_.loop.waitWhile(
+        [this, load] { return stillLoaded(load) && form6_.ActiveMP31->Busy(); });
+    platform_.loop.yield();
+    if (stillLoaded(load)) {
+        form6_.Timer2.setEnabled(false);
+        form6_.unload();
+    }
 }
 
 /// Fails for a file that is too short, or not there; the control's failures are passed over.
 Status ConversionWorker::startBeside() {
-    const std::string& path = context_.process.currentWavFile;
-    if (context_.files.fileLength(path).valueOr(0) < leastLengthInBytes) {
+    const std::string& path = process_.currentWavFile;
+    if (platform_.files.fileLength(path).valueOr(0) < leastFileLength) {
         return tooShort();
     }
     if (const auto base = FileBaseName(path); base.ok()) {
         // The backslash before the ending is meant.
-        context_.form.setCaption("Decoding " + base.value() + "\\.mp3");
+        form_.setCaption("Decoding " + base.value() + "\\.mp3");
     }
-    context_.ActiveMP31.setSourceFile(path).passOver();
+    form6_.ActiveMP31->setSourceFile(path).passOver();
     const std::size_t kept = characterCount(path) - extensionLength;
-    context_.ActiveMP31.DecodeToWav(leftCharacters(path, kept) + "wav").passOver();
+    form6_.ActiveMP31->DecodeToWav(leftCharacters(path, kept) + "wav").passOver();
     return {};
 }
 
 void ConversionWorker::DecodeCheckedFiles() {
-    ListBox& list = context_.form.List4;
+    ListBox& list = form_.List4;
     for (int i = 0; i < list.listCount(); ++i) {
-        if (context_.process.stopRequested) {
-            context_.process.stopRequested = false;
+        if (process_.stopRequested) {
+            process_.stopRequested = false;
             break;
         }
         if (list.selected(i)) {
@@ -239,9 +228,9 @@ void ConversionWorker::DecodeCheckedFiles() {
             StartMP3("True");
         }
     }
-    context_.form.lblStatus.setCaption("");
-    context_.pointer.set(Pointer::normal);
-    unload();
+    form_.lblStatus.setCaption("");
+    platform_.pointer.set(Pointer::normal);
+    form6_.unload();
 }
 
 } // namespace sonarith

@@ -1,26 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One instance of the window Form6, which is never shown: the conversion of one MP3 file to WAV, by
-// the control ActiveMP31. Which file is in work, and what becomes of the WAV, the main window says.
+// What the hidden window Form6 does: the conversion of one MP3 file to WAV at each of its loads, by
+// the control ActiveMP31. Which file is in work, and what becomes of the WAV, is decided by the
+// decoding driver.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
-#include "conversion/worker_context.h"
-#include "platform/controls/timer.h"
+#include "forms/windows.h"
+#include "platform/platform.h"
 #include "platform/result.h"
+#include "settings/process_state.h"
 
 namespace sonarith {
 
+/// The WAV that an MP3 becomes: in the destination folder, by the MP3's base name alone, so that
+/// files of one name in different folders share one WAV. Errors: as FileBaseName().
+[[nodiscard]] Result<std::string> wavPathFor(const std::string& mp3Path,
+                                             const ProcessState& process);
+
+/// A tick may wait while its window is unloaded and loaded again for the next file. It then leaves
+/// window and control alone: they are the next file's.
 class ConversionWorker {
   public:
-    explicit ConversionWorker(WorkerContext context);
+    /// Becomes the handler of Form6's events. All outlive this.
+    ConversionWorker(const Platform& platform, ProcessState& process, Windows& windows);
     ConversionWorker(const ConversionWorker&) = delete;
     ConversionWorker& operator=(const ConversionWorker&) = delete;
 
     /// Starts on currentFile; with stopRequested set, unloads the window instead.
     void Form_Load();
-    /// Stops the control and sets workerBusy false, which ends the main window's wait. From here on
-    /// this instance leaves the control alone: it may be working for the next one.
+    /// Stops the control and sets workerBusy false, which ends the main window's wait.
     void Form_Unload();
 
     /// Has the control decode currentFile into the destination folder. `Value` counts for nothing.
@@ -42,13 +53,6 @@ class ConversionWorker {
     /// Starts each marked line of List4. Nothing calls it.
     void DecodeCheckedFiles();
 
-    /// Whether a tick or a wait of this instance has not returned, so that it may not be destroyed.
-    [[nodiscard]] bool running() const { return running_ > 0; }
-
-    CommandButton Command1{"Command1", "Cancel"};
-    Timer Timer1;
-    Timer Timer2;
-
   private:
     /// What a tick leaves behind it.
     enum class Job { goesOn, over };
@@ -58,14 +62,16 @@ class ConversionWorker {
     [[nodiscard]] Result<std::int16_t> readPercentage() const;
     Status start();
     Status startBeside();
-    void finish();
-    void unload();
+    void finish(int load);
+    /// Whether the window is loaded, and has been since its load number `load`.
+    [[nodiscard]] bool stillLoaded(int load) const;
 
-    WorkerContext context_;
+    const Platform& platform_;
+    ProcessState& process_;
+    Form6& form6_;
+    Form1& form_;
     /// Set by each start; nothing reads it.
     [[maybe_unused]] bool started_ = false;
-    bool loaded_ = true;
-    int running_ = 0;
 };
 
 } // namespace sonarith

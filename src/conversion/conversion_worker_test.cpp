@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct WorkerTest : test::ConversionWorld {
-    Form& window = windows.Form6;
+    sonarith::Form6& window = windows.Form6;
 
     WorkerTest() {
         mp3File(source);
@@ -19,7 +19,7 @@ struct WorkerTest : test::ConversionWorld {
         form.Label33.setCaption("before");
         form.ProgressBar1.setValue(7).passOver();
     }
-    ConversionWorker& worker() { return *workers.worker(); }
+    ConversionWorker& worker() { return conversion.worker; }
 };
 
 // --- loading -----------------------------------------------------------------------------------
@@ -28,16 +28,16 @@ TEST_F(WorkerTest, LoadingStartsTheJob) {
     window.load();
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav));
     EXPECT_TRUE(process.workerBusy);
-    EXPECT_TRUE(worker().Timer1.enabled());
-    EXPECT_TRUE(worker().Timer2.enabled());
+    EXPECT_TRUE(window.Timer1.enabled());
+    EXPECT_TRUE(window.Timer2.enabled());
     EXPECT_FALSE(window.visible());
 }
 
 TEST_F(WorkerTest, ItsTimersTickTwiceASecond) {
     window.load();
-    EXPECT_EQ(worker().Timer1.interval(), 500ms);
-    EXPECT_EQ(worker().Timer2.interval(), 500ms);
-    EXPECT_EQ(worker().Command1.caption(), "Cancel");
+    EXPECT_EQ(window.Timer1.interval(), 500ms);
+    EXPECT_EQ(window.Timer2.interval(), 500ms);
+    EXPECT_EQ(window.Command1.caption(), "Cancel");
 }
 
 TEST_F(WorkerTest, WithAStopRequestedItUnloadsInItsLoad) {
@@ -52,10 +52,10 @@ TEST_F(WorkerTest, WithAStopRequestedItUnloadsInItsLoad) {
 
 TEST_F(WorkerTest, EachLoadHasAWorkerOfItsOwn) {
     window.load();
-    worker().Timer1.setEnabled(false);
+    window.Timer1.setEnabled(false);
     window.unload();
     window.load();
-    EXPECT_TRUE(worker().Timer1.enabled());
+    EXPECT_TRUE(window.Timer1.enabled());
     EXPECT_EQ(loop.wakeupCount(), 2U);
 }
 
@@ -69,8 +69,8 @@ TEST_F(WorkerTest, HalfASecondAfterTheLoadTheSameFileIsStartedASecondTime) {
     EXPECT_EQ(mp3.log.size(), 2U);
     loop.advance(1ms);
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, setSource, decodeToWav));
-    EXPECT_FALSE(worker().Timer1.enabled());
-    EXPECT_TRUE(worker().Timer2.enabled());
+    EXPECT_FALSE(window.Timer1.enabled());
+    EXPECT_TRUE(window.Timer2.enabled());
     // Once: the third tick of the other timer starts nothing.
     loop.advance(1s);
     EXPECT_EQ(mp3.log.size(), 4U);
@@ -83,7 +83,7 @@ TEST_F(WorkerTest, AFileOfNinetyNineBytesIsNeverStartedAndNothingUnloadsTheWindo
     EXPECT_THAT(mp3.log, IsEmpty());
     EXPECT_TRUE(process.workerBusy);
     EXPECT_TRUE(window.loaded());
-    EXPECT_FALSE(worker().Timer2.enabled());
+    EXPECT_FALSE(window.Timer2.enabled());
     window.unload();
     EXPECT_FALSE(process.workerBusy);
     EXPECT_THAT(mp3.log, ElementsAre("Stop"));
@@ -113,7 +113,7 @@ TEST_F(WorkerTest, ANameWithoutABaseFailsAfterTheTimerIsOnAndSoEndsAtItsTick) {
     mp3File("c:\\mp3\\mp3");
     window.load();
     EXPECT_THAT(mp3.log, IsEmpty());
-    EXPECT_TRUE(worker().Timer2.enabled());
+    EXPECT_TRUE(window.Timer2.enabled());
     loop.advance(500ms);
     EXPECT_FALSE(window.loaded());
     EXPECT_EQ(form.Label33.caption(), "100 %");
@@ -123,7 +123,7 @@ TEST_F(WorkerTest, ASourceThatIsRefusedIsNotDecoded) {
     mp3.failSource = Error{ErrorNumber::fileNotFound, ""};
     window.load();
     EXPECT_THAT(mp3.log, ElementsAre(setSource));
-    EXPECT_TRUE(worker().Timer2.enabled());
+    EXPECT_TRUE(window.Timer2.enabled());
 }
 
 TEST_F(WorkerTest, StartHereStartsTheCurrentFileWhateverItsArgumentSays) {
@@ -171,7 +171,7 @@ TEST_F(WorkerTest, TheEndIsShownWithABlankAndUnloadsTheWindow) {
     std::string shown;
     loop.atYield(1, [&] {
         EXPECT_THAT(mp3.log, ElementsAre("Stop"));
-        EXPECT_FALSE(worker().Timer2.enabled());
+        EXPECT_FALSE(window.Timer2.enabled());
         EXPECT_TRUE(window.loaded());
         EXPECT_TRUE(process.workerBusy);
         shown = form.Label33.caption() + " " + std::to_string(form.ProgressBar1.value());
@@ -286,7 +286,7 @@ TEST_F(WorkerTest, TheStopComesBeforeTheFlagFalls) {
 
 TEST_F(WorkerTest, CancelRequestsAStopAndUnloads) {
     window.load();
-    worker().Command1.click();
+    window.Command1.click();
     EXPECT_TRUE(process.stopRequested);
     EXPECT_FALSE(window.loaded());
     EXPECT_FALSE(process.workerBusy);
@@ -310,7 +310,7 @@ TEST_F(WorkerTest, AWorkerUnloadedInsideItsTickLeavesTheNextOneAlone) {
         EXPECT_TRUE(ran);
         EXPECT_TRUE(window.loaded());
         EXPECT_TRUE(process.workerBusy);
-        EXPECT_TRUE(mp3.Busy());
+        EXPECT_TRUE(mp3.busy());
         EXPECT_THAT(mp3.log, IsEmpty());
         window.unload();
         EXPECT_EQ(loop.wakeupCount(), 0U);
@@ -337,7 +337,6 @@ TEST_F(WorkerTest, TheProgramsEndInsideATickIsTheEnd) {
     loop.atYield(1, [this] { loop.endProgram(); });
     EXPECT_THROW(loop.advance(1s), test::ProgramEnded);
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
-    EXPECT_FALSE(worker().running());
 }
 
 } // namespace

@@ -14,19 +14,19 @@ using testing::IsEmpty;
 
 /// A loaded worker whose own job was stopped.
 struct StartDecodingTest : test::ConversionWorld {
-    Form& window = windows.Form6;
+    sonarith::Form6& window = windows.Form6;
 
     StartDecodingTest() {
         mp3File(source);
         process.currentFile = source;
         window.load();
-        mp3.Stop().passOver();
+        window.ActiveMP31->Stop().passOver();
         mp3.log.clear();
         process.currentWavFile = source;
-        worker().Timer1.setEnabled(false);
-        worker().Timer2.setEnabled(false);
+        window.Timer1.setEnabled(false);
+        window.Timer2.setEnabled(false);
     }
-    ConversionWorker& worker() { return *workers.worker(); }
+    ConversionWorker& worker() { return conversion.worker; }
 };
 
 TEST_F(StartDecodingTest, DecodesBesideTheFileAndWaitsForTheEnd) {
@@ -83,7 +83,7 @@ TEST_F(StartDecodingTest, TheNextWorkersJobDoesNotKeepTheWaitUp) {
     worker().StartDecoding();
     EXPECT_EQ(loop.now() - start, 700ms);
     EXPECT_TRUE(window.loaded());
-    EXPECT_TRUE(mp3.Busy());
+    EXPECT_TRUE(mp3.busy());
 }
 
 TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {

@@ -5,29 +5,20 @@
 
 #include <string>
 
-#include "forms/form1.h"
 #include "forms/windows.h"
-#include "platform/event_loop.h"
-#include "platform/file_system.h"
-#include "platform/message_box.h"
+#include "platform/platform.h"
 #include "settings/process_state.h"
 #include "worktree/add_file.h"
 
 namespace sonarith {
 
-struct DecodingContext {
-    EventLoop& loop;
-    FileSystem& files;
-    MessageBoxes& boxes;
-    ProcessState& process;
-    Form1& form;
-    Windows& windows;
-    FileAdder& adder;
-};
-
 class DecodingDriver {
   public:
-    explicit DecodingDriver(DecodingContext context) : context_(context) {}
+    /// Becomes the handler of CmdDecoder. All outlive this.
+    DecodingDriver(const Platform& platform, ProcessState& process, Windows& windows,
+                   FileAdder& adder);
+    DecodingDriver(const DecodingDriver&) = delete;
+    DecodingDriver& operator=(const DecodingDriver&) = delete;
 
     /// Returns when all is done or stopped, with stopRequested set. Yields all the while. A file
     /// that is not there any more makes it wait for the end of the program.
@@ -49,7 +40,11 @@ class DecodingDriver {
     void fileStep();
     void finish();
 
-    DecodingContext context_;
+    const Platform& platform_;
+    ProcessState& process_;
+    Windows& windows_;
+    Form1& form_;
+    FileAdder& adder_;
 };
 
 } // namespace sonarith

@@ -19,7 +19,7 @@ struct DriverTest : test::ConversionWorld {
         mp3File("c:\\mp3\\A.mp3");
         mp3File("c:\\mp3\\b.mp3");
         mp3.onCall = [this](const std::string& call) {
-            if (call.starts_with("DecodeToWav") && workers.worker()->Timer1.enabled()) {
+            if (call.starts_with("DecodeToWav") && Form6.Timer1.enabled()) {
                 shown.push_back(form.caption() + " | " + form.Label3.caption() + " | " +
                                 form.Label2.caption());
             }

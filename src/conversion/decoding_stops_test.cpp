@@ -32,7 +32,7 @@ struct Decodings : test::ConversionWorld {
         windows.Form6.unload();
     }
     [[nodiscard]] bool idle() const {
-        return !process.workerBusy && !windows.Form6.loaded() && !mp3.Busy() &&
+        return !process.workerBusy && !windows.Form6.loaded() && !mp3.busy() &&
                !form.Command2.visible();
     }
 };
@@ -60,7 +60,7 @@ const std::vector<StopKind>& stopKinds() {
         {"the worker's cancel", true,
          [](Decodings& run) {
              if (run.windows.Form6.loaded()) {
-                 run.workers.worker()->Command1.click();
+                 run.windows.Form6.Command1.click();
              } else {
                  run.stop();
              }

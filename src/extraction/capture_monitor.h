@@ -8,19 +8,24 @@
 #include <functional>
 #include <utility>
 
-#include "extraction/extraction_context.h"
+#include "extraction/capture_state.h"
 #include "forms/windows.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
 #include "worktree/add_file.h"
 
 namespace sonarith {
 
 class CaptureMonitor {
   public:
-    /// `startTrack` starts the capture of a track. It is a call out and no reference to the job
-    /// that does it, since that job in turn ends its failures through this one.
-    CaptureMonitor(ExtractionContext context, Windows& windows, FileAdder& files,
-                   std::function<void(std::int32_t)> startTrack)
-        : context_(context), windows_(windows), files_(files), startTrack_(std::move(startTrack)) {}
+    /// Becomes the handler of tmrRecord, Command8 and Command2. `startTrack` starts the capture of
+    /// a track; it is a call and no reference to the job that does it, since that job in turn ends
+    /// its failures through this one. All else outlives this.
+    CaptureMonitor(const Platform& platform, ProcessState& process, Windows& windows,
+                   CaptureState& capture, FileAdder& files,
+                   std::function<void(std::int32_t)> startTrack);
+    CaptureMonitor(const CaptureMonitor&) = delete;
+    CaptureMonitor& operator=(const CaptureMonitor&) = delete;
 
     /// One tick: shows the progress, and ends the track where its end has been reached. Yields.
     void tmrRecord_Timer();
@@ -46,8 +51,11 @@ class CaptureMonitor {
     void stopTimers();
     void moveToLastLine();
 
-    ExtractionContext context_;
+    const Platform& platform_;
+    ProcessState& process_;
     Windows& windows_;
+    Form1& form_;
+    CaptureState& capture_;
     FileAdder& files_;
     std::function<void(std::int32_t)> startTrack_;
 };

@@ -102,7 +102,7 @@ TEST(CaptureMonitor, NamesTheFileJustSavedBetweenTwoTracks) {
     // The monitor sets its texts before it calls for the next track, which writes Label3 and the
     // caption alike; Label2 alone tells them apart.
     bench.form.Command2.setVisible(false);
-    const Connection connection = bench.form.Label2.changed.connect([&] {
+    const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
             bench.disc.saved.size() == 1) {
             label2 = bench.form.Label2.caption();
@@ -120,7 +120,7 @@ TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
     QueueBench bench(2);
     std::vector<bool> visible;
     bench.loop.after(500ms, [&] { bench.form.Command2.setVisible(false); });
-    const Connection connection = bench.form.changed.connect([&] {
+    const Connection connection = bench.form.changed.connect([&](Property) {
         if (bench.form.caption() == "Extracting Track 2") {
             visible.push_back(bench.form.Command2.visible());
         }

@@ -24,63 +24,63 @@ std::string lengthQuestion(std::int32_t track) {
 
 void DiscInspection::InspectCD() {
     clearDisc();
-    auto& [loop, media, process, form, capture] = context_;
     // An earlier run may have left the disc open.
-    media.sendString("stop cd");
-    media.sendString("close cd");
-    if (media.sendString("open cdaudio alias cd") != mciSuccess) {
+    platform_.media.sendString("stop cd");
+    platform_.media.sendString("close cd");
+    if (platform_.media.sendString("open cdaudio alias cd") != mciSuccess) {
         return;
     }
     // One buffer for all replies, never filled with blanks again.
     ReplyBuffer reply(replySize);
-    form.lblCDID.setCaption(ask(media, "info cd identity", reply));
+    form_.lblCDID.setCaption(ask(platform_.media, "info cd identity", reply));
     // A number is formed of the draw and the identity here and dropped; what lasts is the seed.
-    random_.reseedFromClock();
-    static_cast<void>(random_.fraction());
-    form.lblNumTracks.setCaption(ask(media, "status cd number of tracks", reply));
-    loop.yield();
-    const double trackCount = numberOf(form.lblNumTracks.caption());
+    platform_.random.reseedFromClock();
+    static_cast<void>(platform_.random.fraction());
+    form_.lblNumTracks.setCaption(ask(platform_.media, "status cd number of tracks", reply));
+    platform_.loop.yield();
+    const double trackCount = numberOf(form_.lblNumTracks.caption());
     if (trackCount < 2) {
         // The disc stays open on this road; the next inspection closes it.
         tellUnusable(trackCount);
         return;
     }
     readTracks(std::min(trackCount, mostTracks), reply);
-    media.sendString("close cd");
+    platform_.media.sendString("close cd");
 }
 
 void DiscInspection::clearDisc() {
-    context_.form.lblCDID.setCaption("");
-    context_.form.lblNumTracks.setCaption("");
-    context_.form.lstTracks.clear();
-    context_.form.lstRecord.clear();
+    form_.lblCDID.setCaption("");
+    form_.lblNumTracks.setCaption("");
+    form_.lstTracks.clear();
+    form_.lstRecord.clear();
 }
 
 void DiscInspection::tellUnusable(double trackCount) {
-    context_.loop.yield();
+    platform_.loop.yield();
     // The test is on the number of tracks and nothing else, also for a music disc of one track.
     if (trackCount == 1) {
-        boxes_.show("The current CD is not a music CD. If you wish to use your CD as a source, "
-                    "please insert a music CD into the CD drive.");
+        platform_.boxes.show(
+            "The current CD is not a music CD. If you wish to use your CD as a source, "
+            "please insert a music CD into the CD drive.");
     } else if (trackCount == 0) {
-        boxes_.show("The CD drive is empty. If you wish to use your CD as a source, please insert "
-                    "a music CD into the CD drive.");
+        platform_.boxes.show(
+            "The CD drive is empty. If you wish to use your CD as a source, please insert "
+            "a music CD into the CD drive.");
     }
 }
 
 void DiscInspection::readTracks(double trackCount, ReplyBuffer& reply) {
-    auto& [loop, media, process, form, capture] = context_;
     // Each length is asked for twice: as a text to show, and as a number to count with.
-    media.sendString("set cd time format hms");
+    platform_.media.sendString("set cd time format hms");
     for (std::int32_t i = 1; i <= trackCount; ++i) {
-        form.lstTracks.addItem(trackLine(i, ask(media, lengthQuestion(i), reply)));
+        form_.lstTracks.addItem(trackLine(i, ask(platform_.media, lengthQuestion(i), reply)));
     }
-    capture.trackLengthMs.reallocate(static_cast<std::int32_t>(trackCount));
-    media.sendString("set cd time format milliseconds");
+    capture_.trackLengthMs.reallocate(static_cast<std::int32_t>(trackCount));
+    platform_.media.sendString("set cd time format milliseconds");
     for (std::int32_t i = 1; i <= trackCount; ++i) {
-        const auto length = toInteger32(ask(media, lengthQuestion(i), reply));
+        const auto length = toInteger32(ask(platform_.media, lengthQuestion(i), reply));
         if (length.ok()) {
-            capture.trackLengthMs.set(i, length.value()).passOver();
+            capture_.trackLengthMs.set(i, length.value()).passOver();
         }
     }
 }

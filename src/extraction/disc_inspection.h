@@ -3,16 +3,18 @@
 // each track. A disc that is changed later is not noticed; extraction itself is done elsewhere.
 #pragma once
 
-#include "extraction/extraction_context.h"
-#include "platform/message_box.h"
-#include "platform/random.h"
+#include "extraction/capture_state.h"
+#include "forms/form1.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
 
 namespace sonarith {
 
 class DiscInspection {
   public:
-    DiscInspection(ExtractionContext context, MessageBoxes& boxes, Random& random)
-        : context_(context), boxes_(boxes), random_(random) {}
+    /// All outlive this.
+    DiscInspection(const Platform& platform, Form1& form, CaptureState& capture)
+        : platform_(platform), form_(form), capture_(capture) {}
 
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and empties
     /// lstRecord. Without a device the labels and lists stay empty, silently; with fewer than two
@@ -25,9 +27,9 @@ class DiscInspection {
     void tellUnusable(double trackCount);
     void readTracks(double trackCount, ReplyBuffer& reply);
 
-    ExtractionContext context_;
-    MessageBoxes& boxes_;
-    Random& random_;
+    const Platform& platform_;
+    Form1& form_;
+    CaptureState& capture_;
 };
 
 } // namespace sonarith

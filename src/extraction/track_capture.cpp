@@ -10,39 +10,51 @@
 
 namespace sonarith {
 
+TrackCapture::TrackCapture(const Platform& platform, ProcessState& process, Windows& windows,
+                           CaptureState& capture, CaptureMonitor& monitor)
+    : platform_(platform),
+      process_(process),
+      windows_(windows),
+      form_(windows.Form1),
+      capture_(capture),
+      monitor_(monitor) {
+    form_.cmdStart.onClick = [this] {
+        cmdStart_Click();
+    };
+}
+
 void TrackCapture::cmdStart_Click() {
-    auto& [loop, media, process, form, capture] = context_;
-    process.stopRequested = false;
-    form.Check9.setValue(0).passOver();
+    const Running here(running_);
+    process_.stopRequested = false;
+    form_.Check9.setValue(0).passOver();
     if (takeQueue() == Queue::empty) {
-        boxes_.show("You must select tracks to record.", BoxIcon::information);
+        platform_.boxes.show("You must select tracks to record.", BoxIcon::information);
         return;
     }
     // The leading blank is meant; StartTrackRecording2 writes the text again without it.
-    tellTrack(" Extracting Track " + std::to_string(process.currentTrack));
-    loop.yield();
-    form.Command2.setVisible(true);
-    StartTrackRecording2(process.currentTrack);
+    tellTrack(" Extracting Track " + std::to_string(process_.currentTrack));
+    platform_.loop.yield();
+    form_.Command2.setVisible(true);
+    StartTrackRecording2(process_.currentTrack);
     // All further tracks run inside this wait, in the monitor's ticks.
-    loop.waitWhile([this] { return context_.form.tmrRecord.enabled(); });
+    platform_.loop.waitWhile([this] { return form_.tmrRecord.enabled(); });
 }
 
 TrackCapture::Queue TrackCapture::takeQueue() {
-    auto& [loop, media, process, form, capture] = context_;
-    const std::string text = textOf(form.TreeView1.selectedItem());
+    const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
         // The queue is left as it is: the monitor goes on with lines that stand behind its current
         // one.
-        trackNumberIn(text).storeIn(process.currentTrack);
+        trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
-        form.lstRecord.clear();
-        for (int i = 0; i < form.lstTracks.listCount(); ++i) {
-            form.lstRecord.addItem(form.lstTracks.list(i));
+        form_.lstRecord.clear();
+        for (int i = 0; i < form_.lstTracks.listCount(); ++i) {
+            form_.lstRecord.addItem(form_.lstTracks.list(i));
         }
         takeFirstLine();
-        form.lstTracks.clear();
+        form_.lstTracks.clear();
     } else if (text == selectedTracksText) {
-        if (form.lstRecord.listCount() == 0) {
+        if (form_.lstRecord.listCount() == 0) {
             return Queue::empty;
         }
         takeFirstLine();
@@ -51,55 +63,52 @@ TrackCapture::Queue TrackCapture::takeQueue() {
 }
 
 void TrackCapture::takeFirstLine() {
-    context_.form.lstRecord.setListIndex(0).passOver();
-    trackNumberIn(context_.form.lstRecord.list(0)).storeIn(context_.process.currentTrack);
-    context_.capture.trackEndMs = 0;
+    form_.lstRecord.setListIndex(0).passOver();
+    trackNumberIn(form_.lstRecord.list(0)).storeIn(process_.currentTrack);
+    capture_.trackEndMs = 0;
 }
 
 void TrackCapture::tellTrack(const std::string& text) {
-    context_.form.setCaption(text);
-    context_.form.Label3.setCaption(text);
+    form_.setCaption(text);
+    form_.Label3.setCaption(text);
 }
 
 void TrackCapture::StartTrackRecording2(std::int32_t TrackNum) {
-    auto& [loop, media, process, form, capture] = context_;
-    process.stopRequested = false;
+    process_.stopRequested = false;
     tellTrack("Extracting Track " + std::to_string(TrackNum));
     nameFile(TrackNum);
-    form.Label2.setCaption("To: " + process.currentFile);
-    loop.yield();
+    form_.Label2.setCaption("To: " + process_.currentFile);
+    platform_.loop.yield();
     locateTrack(TrackNum);
-    if (capture.trackEndMs < 1) {
-        form.tmrRecord.setEnabled(false);
+    if (capture_.trackEndMs < 1) {
+        form_.tmrRecord.setEnabled(false);
         return;
     }
     // The ticks begin before the devices are open.
-    form.tmrRecord.setEnabled(true);
-    startDevices(captureFormat(process.settings.audioFormat));
+    form_.tmrRecord.setEnabled(true);
+    startDevices(captureFormat(process_.settings.audioFormat));
 }
 
 void TrackCapture::StartTrackRecording1(std::int32_t TrackNum) {
-    auto& [loop, media, process, form, capture] = context_;
     // The argument counts only where the queue has no current line.
-    if (const int line = form.lstRecord.listIndex(); line >= 0) {
-        TrackNum = form.lstRecord.itemData(line);
+    if (const int line = form_.lstRecord.listIndex(); line >= 0) {
+        TrackNum = form_.lstRecord.itemData(line);
     }
-    process.stopRequested = false;
+    process_.stopRequested = false;
     tellTrack("Extracting Track " + std::to_string(TrackNum));
     nameFile(TrackNum);
-    form.Label2.setCaption("To: " + process.currentFile);
+    form_.Label2.setCaption("To: " + process_.currentFile);
     locateTrack(TrackNum);
-    startDevices(captureFormatNamed(selectedFormatText_ ? selectedFormatText_() : std::string()));
+    startDevices(captureFormatNamed(touched(windows_.FrmPrefs).cbxFormat.text()));
 }
 
 void TrackCapture::nameFile(std::int32_t track) {
-    auto& [loop, media, process, form, capture] = context_;
-    random_.reseedFromClock();
-    const float fraction = random_.fraction();
-    const std::int32_t number = fileNumber(form.lblCDID.caption(), fraction);
+    platform_.random.reseedFromClock();
+    const float fraction = platform_.random.fraction();
+    const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
     // Nothing tests whether the file is there already; the number is all that keeps names apart.
-    process.currentFile = process.settings.decodePath + "\\" + std::to_string(number) + "-" +
-                          std::to_string(track) + ".wav";
+    process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
+                           std::to_string(track) + ".wav";
 }
 
 std::int32_t fileNumber(const std::string& identity, float fraction) {
@@ -113,35 +122,33 @@ std::int32_t fileNumber(const std::string& identity, float fraction) {
 }
 
 void TrackCapture::locateTrack(std::int32_t track) {
-    auto& [loop, media, process, form, capture] = context_;
-    capture.trackStartMs = 0;
-    capture.trackEndMs = 0;
-    capture.trackStartMs =
-        startOfTrackMs(capture.trackLengthMs, track, numberOf(form.lblNumTracks.caption()));
-    const Result<std::int32_t> length = capture.trackLengthMs(track);
+    capture_.trackStartMs = 0;
+    capture_.trackEndMs = 0;
+    capture_.trackStartMs =
+        startOfTrackMs(capture_.trackLengthMs, track, numberOf(form_.lblNumTracks.caption()));
+    const Result<std::int32_t> length = capture_.trackLengthMs(track);
     if (length.ok()) {
-        checkedSum(capture.trackStartMs, length.value()).storeIn(capture.trackEndMs);
+        checkedSum(capture_.trackStartMs, length.value()).storeIn(capture_.trackEndMs);
     }
 }
 
 void TrackCapture::startDevices(const CaptureFormat& format) {
-    const CaptureState& capture = context_.capture;
     bool recorderReady = openRecorder();
     // A failure zeroes trackEndMs, so it is asked afresh before each further step.
-    if (capture.trackEndMs != 0) {
+    if (capture_.trackEndMs != 0) {
         recorderReady = setFormat(format);
     }
-    if (capture.trackEndMs != 0) {
+    if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
     // Also after a disc that failed: only a recorder that failed leaves the commands open.
     if (recorderReady) {
-        context_.form.Disablem();
+        form_.Disablem();
     }
 }
 
 bool TrackCapture::openRecorder() {
-    if (context_.media.sendString("open new type waveaudio alias capture") != mciSuccess) {
+    if (platform_.media.sendString("open new type waveaudio alias capture") != mciSuccess) {
         fail("Error opening waveaudio");
         return false;
     }
@@ -149,9 +156,9 @@ bool TrackCapture::openRecorder() {
 }
 
 bool TrackCapture::setFormat(const CaptureFormat& format) {
-    if (context_.media.sendString(setFormatCommand(format)) != mciSuccess) {
-        boxes_.show("Error setting capture recording paramaters", BoxIcon::critical);
-        context_.media.sendString("close capture");
+    if (platform_.media.sendString(setFormatCommand(format)) != mciSuccess) {
+        platform_.boxes.show("Error setting capture recording paramaters", BoxIcon::critical);
+        platform_.media.sendString("close capture");
         monitor_.cmdCancel_Click();
         return false;
     }
@@ -159,25 +166,24 @@ bool TrackCapture::setFormat(const CaptureFormat& format) {
 }
 
 void TrackCapture::playAndRecord() {
-    MediaControl& media = context_.media;
-    if (media.sendString("open cdaudio alias cd") != mciSuccess) {
+    if (platform_.media.sendString("open cdaudio alias cd") != mciSuccess) {
         fail("Error opening cd!");
         return;
     }
-    media.sendString("set cd time format milliseconds");
+    platform_.media.sendString("set cd time format milliseconds");
     // Recording begins before playing, so each file starts with the short gap between the two.
-    media.sendString("record capture overwrite");
-    const std::int32_t start = context_.capture.trackStartMs;
+    platform_.media.sendString("record capture overwrite");
+    const std::int32_t start = capture_.trackStartMs;
     // No "to": the monitor ends the track.
     const std::string play =
         start != 0 ? "play cd from " + std::to_string(start) : std::string("play cd");
-    if (media.sendString(play) != mciSuccess) {
+    if (platform_.media.sendString(play) != mciSuccess) {
         fail("Error playing cd!");
     }
 }
 
 void TrackCapture::fail(const std::string& message) {
-    boxes_.show(message, BoxIcon::critical);
+    platform_.boxes.show(message, BoxIcon::critical);
     monitor_.cmdCancel_Click();
 }
 

@@ -4,32 +4,31 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "extraction/capture_commands.h"
 #include "extraction/capture_monitor.h"
-#include "extraction/extraction_context.h"
-#include "platform/message_box.h"
-#include "platform/random.h"
+#include "extraction/capture_state.h"
+#include "extraction/running.h"
+#include "forms/windows.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
 
 namespace sonarith {
 
 class TrackCapture {
   public:
-    /// `selectedFormatText` gives the text of the selected entry of the preferences' list
-    /// cbxFormat; only StartTrackRecording1 asks for it.
-    TrackCapture(ExtractionContext context, MessageBoxes& boxes, Random& random,
-                 CaptureMonitor& monitor, std::function<std::string()> selectedFormatText)
-        : context_(context),
-          boxes_(boxes),
-          random_(random),
-          monitor_(monitor),
-          selectedFormatText_(std::move(selectedFormatText)) {}
+    /// Becomes the handler of cmdStart. All outlive this.
+    TrackCapture(const Platform& platform, ProcessState& process, Windows& windows,
+                 CaptureState& capture, CaptureMonitor& monitor);
+    TrackCapture(const TrackCapture&) = delete;
+    TrackCapture& operator=(const TrackCapture&) = delete;
 
     /// Captures what the tree's selected node stands for, a track or one of the two groups of
     /// tracks. Returns when the whole queue has ended, yielding all the while.
     void cmdStart_Click();
+    /// Whether a queue is worked through: the drive is opened anew for each of its tracks.
+    [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts one track and returns with its capture running, or ended by a failure that a message
     /// has told of. Yields once.
@@ -53,11 +52,13 @@ class TrackCapture {
     void playAndRecord();
     void fail(const std::string& message);
 
-    ExtractionContext context_;
-    MessageBoxes& boxes_;
-    Random& random_;
+    const Platform& platform_;
+    ProcessState& process_;
+    Windows& windows_;
+    Form1& form_;
+    CaptureState& capture_;
     CaptureMonitor& monitor_;
-    std::function<std::string()> selectedFormatText_;
+    int running_ = 0;
 };
 
 /// The number that begins a capture's file name: the integer part of the disc's identity times

@@ -249,6 +249,13 @@ TEST(FileName, IsNotQuotedInTheSaveCommand) {
     EXPECT_EQ(bench.disc.saved.at(0).path, "c:\\my music\\12053477-1.wav");
 }
 
+/// Makes `text` the selected entry of the preferences' format list.
+void selectFormat(ExtractionBench& bench, const std::string& text) {
+    ComboBox& formats = touched(bench.windows.FrmPrefs).cbxFormat;
+    formats.addItem(text);
+    formats.choose(formats.listCount() - 1);
+}
+
 // --- the sister ----------------------------------------------------------------------------
 
 TEST(StartTrackRecording1, TakesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfTheList) {
@@ -257,7 +264,7 @@ TEST(StartTrackRecording1, TakesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfT
     bench.choose({1, 2});
     bench.form.lstRecord.setListIndex(1).passOver();
     bench.form.lstRecord.setItemData(1, 2).passOver();
-    bench.formatText = "44.100Hz, 16bit Mono, 86k/sec";
+    selectFormat(bench, "44.100Hz, 16bit Mono, 86k/sec");
     bench.state.stopRequested = true;
     const int yields = bench.loop.yieldCount();
     bench.capture.StartTrackRecording1(1);
@@ -290,7 +297,7 @@ TEST(StartTrackRecording1, TakesItsArgumentWhereTheQueueHasNoCurrentLine) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1});
-    bench.formatText = "44.100Hz, 16bit Stereo, 172k/sec";
+    selectFormat(bench, "44.100Hz, 16bit Stereo, 172k/sec");
     bench.capture.StartTrackRecording1(2);
     EXPECT_EQ(bench.form.Label2.caption(), "To: " + savedAs(2));
     EXPECT_EQ(bench.timesSent("play cd from 60000"), 1);

@@ -7,23 +7,32 @@
 
 namespace sonarith {
 
+TrackPreview::TrackPreview(const Platform& platform, ProcessState& process, Form1& form,
+                           const CaptureState& capture)
+    : platform_(platform), process_(process), form_(form), capture_(capture) {
+    form_.Command11.onClick = [this] {
+        Command11_Click();
+    };
+    form_.Command12.onClick = [this] {
+        Command12_Click();
+    };
+}
+
 void TrackPreview::Command11_Click() {
-    auto& [loop, media, process, form, capture] = context_;
-    const std::int16_t trackCount = toInteger16(form.lblNumTracks.caption()).valueOr(0);
+    const std::int16_t trackCount = toInteger16(form_.lblNumTracks.caption()).valueOr(0);
     const std::int32_t start =
-        startOfTrackMs(capture.trackLengthMs, process.currentTrack, trackCount);
-    media.sendString("open cdaudio alias cd");
-    media.sendString("set cd time format milliseconds");
-    // 0 is sent as a number too, unlike in a capture.
-    media.sendString("play cd from " + std::to_string(start));
+        startOfTrackMs(capture_.trackLengthMs, process_.currentTrack, trackCount);
+    platform_.media.sendString("open cdaudio alias cd");
+    platform_.media.sendString("set cd time format milliseconds");
+    // 0 is sent as a number too, unlike in a capture_.
+    platform_.media.sendString("play cd from " + std::to_string(start));
 }
 
 void TrackPreview::Command12_Click() {
-    MediaControl& media = context_.media;
-    media.sendString("stop capture");
-    media.sendString("stop cd");
-    media.sendString("close capture");
-    media.sendString("close cd");
+    platform_.media.sendString("stop capture");
+    platform_.media.sendString("stop cd");
+    platform_.media.sendString("close capture");
+    platform_.media.sendString("close cd");
 }
 
 } // namespace sonarith

@@ -2,13 +2,20 @@
 // The CD bar's two buttons: lets the track in hand be heard, and silences it. Nothing is captured.
 #pragma once
 
-#include "extraction/extraction_context.h"
+#include "extraction/capture_state.h"
+#include "forms/form1.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
 
 namespace sonarith {
 
 class TrackPreview {
   public:
-    explicit TrackPreview(ExtractionContext context) : context_(context) {}
+    /// Becomes the handler of Command11 and Command12. All outlive this.
+    TrackPreview(const Platform& platform, ProcessState& process, Form1& form,
+                 const CaptureState& capture);
+    TrackPreview(const TrackPreview&) = delete;
+    TrackPreview& operator=(const TrackPreview&) = delete;
 
     /// Plays the disc from the start of currentTrack; the device stays open.
     void Command11_Click();
@@ -17,7 +24,10 @@ class TrackPreview {
     void Command12_Click();
 
   private:
-    ExtractionContext context_;
+    const Platform& platform_;
+    ProcessState& process_;
+    Form1& form_;
+    const CaptureState& capture_;
 };
 
 } // namespace sonarith

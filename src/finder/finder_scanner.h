@@ -13,7 +13,7 @@ namespace sonarith {
 class FinderScanner final : public FolderScanner {
   public:
     /// `finder` must outlive this.
-    explicit FinderScanner(FinderForm& finder) : finder_(finder) {}
+    explicit FinderScanner(FrmSearch& finder) : finder_(finder) {}
 
     Status setFolder(const std::string& path) override;
     /// The click of Command1: a search that runs already is stopped by it.
@@ -21,7 +21,7 @@ class FinderScanner final : public FolderScanner {
     [[nodiscard]] const ListBox& lstfiles() const override;
 
   private:
-    FinderForm& finder_;
+    FrmSearch& finder_;
 };
 
 } // namespace sonarith

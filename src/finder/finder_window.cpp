@@ -3,19 +3,20 @@
 
 #include <string>
 
+#include "platform/centred_form.h"
 #include "platform/text/unicode.h"
 #include "settings/destroy_file.h"
 
 namespace sonarith {
 
-FinderWindow::FinderWindow(FinderForm& finder, SearchEngine& engine, const FinderPlatform& platform,
-                           const MainWindowFiles& main)
-    : finder_(finder), engine_(engine), platform_(platform), main_(main) {
+FinderWindow::FinderWindow(const Platform& platform, FrmSearch& finder, SearchEngine& engine,
+                           FileAdder& adder, WorkTree& tree)
+    : platform_(platform), finder_(finder), engine_(engine), adder_(adder), tree_(tree) {
     wireEvents();
 }
 
 void FinderWindow::wireEvents() {
-    finder_.window.onLoad = [this] {
+    finder_.onLoad = [this] {
         Form_Load();
     };
     finder_.Command1.onClick = [this] {
@@ -54,11 +55,7 @@ void FinderWindow::wireEvents() {
 }
 
 void FinderWindow::Form_Load() {
-    // A window that was unloaded comes back new, also in the middle of a search.
-    finder_.reset();
-    Form& window = finder_.window;
-    window.setLeft((platform_.shell.screenWidth() - window.width()) / 2);
-    window.setTop((platform_.shell.screenHeight() - window.height()) / 2);
+    centreOnScreen(finder_, platform_.shell);
 }
 
 void FinderWindow::Command1_Click() {
@@ -101,7 +98,7 @@ void FinderWindow::stopSearch() {
 }
 
 void FinderWindow::cmdend_Click() {
-    finder_.window.unload();
+    finder_.unload();
 }
 
 void FinderWindow::zFileExt_Change() {
@@ -126,13 +123,13 @@ void FinderWindow::Drive1_Change() {
 void FinderWindow::lstfiles_MouseDown(MouseButtons buttons) {
     const std::string file = lowerCase(finder_.lstfiles.text());
     if (buttons.right && (file.ends_with(".wav") || file.ends_with(".mp3"))) {
-        finder_.window.popupRequested.emit(finder_.mnupopup);
+        finder_.popupRequested.emit(finder_.mnupopup);
     }
 }
 
 void FinderWindow::mnuSeelectfile_Click() {
-    main_.adder.Cmaddfile2(finder_.lstfiles.text());
-    main_.tree.showfiles3();
+    adder_.Cmaddfile2(finder_.lstfiles.text());
+    tree_.showfiles3();
 }
 
 void FinderWindow::mnuRemoveFile_Click() {
@@ -150,11 +147,11 @@ void FinderWindow::mnuDelete_Click() {
     platform_.loop.yield();
     // Whether the file has gone or not.
     mnuRemoveFile_Click();
-    main_.tree.showfiles3();
+    tree_.showfiles3();
 }
 
 void FinderWindow::mnuClose_Click() {
-    finder_.window.unload();
+    finder_.unload();
 }
 
 void FinderWindow::RemoveDuplicateDirs() {

@@ -5,34 +5,17 @@
 
 #include "finder/search_engine.h"
 #include "forms/frm_search.h"
-#include "platform/event_loop.h"
-#include "platform/file_system.h"
-#include "platform/message_box.h"
-#include "platform/shell.h"
+#include "platform/platform.h"
 #include "worktree/add_file.h"
 #include "worktree/work_tree.h"
 
 namespace sonarith {
 
-/// What the window needs of the world.
-struct FinderPlatform {
-    EventLoop& loop;
-    FileSystem& files;
-    MessageBoxes& boxes;
-    Shell& shell;
-};
-
-/// What it reaches back for in the main window.
-struct MainWindowFiles {
-    FileAdder& adder;
-    WorkTree& tree;
-};
-
 class FinderWindow {
   public:
     /// Makes its procedures the handlers of the form's events. All must outlive this.
-    FinderWindow(FinderForm& finder, SearchEngine& engine, const FinderPlatform& platform,
-                 const MainWindowFiles& main);
+    FinderWindow(const Platform& platform, FrmSearch& finder, SearchEngine& engine,
+                 FileAdder& adder, WorkTree& tree);
     FinderWindow(const FinderWindow&) = delete;
     FinderWindow& operator=(const FinderWindow&) = delete;
 
@@ -65,10 +48,11 @@ class FinderWindow {
     void startSearch();
     void stopSearch();
 
-    FinderForm& finder_;
+    const Platform& platform_;
+    FrmSearch& finder_;
     SearchEngine& engine_;
-    FinderPlatform platform_;
-    MainWindowFiles main_;
+    FileAdder& adder_;
+    WorkTree& tree_;
 };
 
 } // namespace sonarith

@@ -61,7 +61,7 @@ TEST_F(FinderWindowTest, AClickStartsASearchAndClearsWhatTheLastOneLeft) {
 TEST_F(FinderWindowTest, TheButtonGoesThroughItsCaptionsAndIsClosedBetween) {
     disk.addFolder("c:\\m");
     std::vector<std::string> states;
-    const Connection watch = finder.Command1.changed.connect([&] {
+    const Connection watch = finder.Command1.changed.connect([&](Property) {
         states.push_back(finder.Command1.caption() + (finder.Command1.enabled() ? "" : " closed"));
     });
     search("c:\\m", ".wav");
@@ -267,11 +267,10 @@ TEST_F(FinderWindowTest, ADeletionThatFailsTakesTheLineAllTheSame) {
 
 TEST_F(FinderWindowTest, LoadsInTheMiddleOfTheScreen) {
     windows.frmsearch.unload();
-    windows.frmsearch.setWidth(6000);
-    windows.frmsearch.setHeight(4000);
+    windows.frmsearch.setDesignedSize(6000_twips, 4000_twips);
     windows.frmsearch.load();
-    EXPECT_EQ(windows.frmsearch.left(), (shell.width - 6000) / 2);
-    EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000) / 2);
+    EXPECT_EQ(windows.frmsearch.left(), (shell.width - 6000_twips) / 2);
+    EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000_twips) / 2);
 }
 
 TEST_F(FinderWindowTest, BothWaysOfClosingUnloadIt) {

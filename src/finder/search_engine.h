@@ -15,7 +15,7 @@ namespace sonarith {
 class SearchEngine {
   public:
     /// All must outlive this.
-    SearchEngine(FinderForm& finder, Directories& directories, EventLoop& loop)
+    SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
     /// A whole search from Dir1's folder on, yielding before each directory entry. Whoever clears
@@ -39,7 +39,7 @@ class SearchEngine {
     void takeFile(const std::string& path, const std::string& name, std::string& ext);
     [[nodiscard]] bool isWanted() const;
 
-    FinderForm& finder_;
+    FrmSearch& finder_;
     Directories& directories_;
     EventLoop& loop_;
 };

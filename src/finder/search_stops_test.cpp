@@ -71,7 +71,7 @@ class SearchStopsTest : public testing::Test {
         return files;
     }
     static void expectIdle(const test::FinderWorld& world) {
-        const FinderForm& finder = world.finder;
+        const FrmSearch& finder = world.finder;
         EXPECT_EQ(finder.Command1.caption(), "Search !");
         EXPECT_TRUE(finder.Command1.enabled());
         EXPECT_TRUE(finder.Drive1.enabled());
@@ -100,7 +100,7 @@ TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchWithTheFolderUnderScan) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
-        FinderForm& finder = world->finder;
+        FrmSearch& finder = world->finder;
         world->loop.setSecondsSinceMidnight(100);
         const auto stoppedAt = static_cast<std::size_t>(n - 1);
         world->loop.atYield(n, [&] {
@@ -144,7 +144,7 @@ TEST_F(SearchStopsTest, ASearchBegunWithinAStoppedOneRunsToItsEndFirst) {
     for (int n = 1; n < stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
-        FinderForm& finder = world->finder;
+        FrmSearch& finder = world->finder;
         std::vector<std::string> inner;
         world->loop.atYield(n, [&] {
             finder.Command1.click(); // stop
@@ -185,7 +185,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAsAStopDoes) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
-        FinderForm& finder = world->finder;
+        FrmSearch& finder = world->finder;
         world->loop.atYield(n, [&] {
             finder.cmdend.click();
             EXPECT_FALSE(world->windows.frmsearch.loaded());
@@ -204,7 +204,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAsAStopDoes) {
 
 TEST_F(SearchStopsTest, RemovingResultsAtEveryYieldHarmsNothing) {
     const auto world = makeWorld();
-    FinderForm& finder = world->finder;
+    FrmSearch& finder = world->finder;
     for (int n = 1; n <= stepCount; ++n) {
         world->loop.atYield(n, [&] {
             finder.lstfiles.setListIndex(finder.lstfiles.listCount() - 1).passOver();
@@ -218,7 +218,7 @@ TEST_F(SearchStopsTest, RemovingResultsAtEveryYieldHarmsNothing) {
 
 TEST_F(SearchStopsTest, ADeletionYieldsWithinAYield) {
     const auto world = makeWorld();
-    FinderForm& finder = world->finder;
+    FrmSearch& finder = world->finder;
     world->files.addFile("c:\\m\\a.wav", "sound");
     world->boxes.answers = {BoxAnswer::yes};
     world->loop.atYield(4, [&] {

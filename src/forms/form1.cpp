@@ -2,19 +2,20 @@
 #include "forms/form1.h"
 
 #include <array>
+#include <utility>
 
 namespace sonarith {
 
 using namespace std::chrono_literals;
 
-Form1::Form1(EventLoop& loop, ProcessState& state, Windows& windows)
+Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions)
     : Form("Form1", applicationTitle),
-      Timer1(loop, "Timer1", 5000ms),
-      tmrRecord(loop, "tmrRecord", 100ms),
-      tmrWarning(loop, "tmrWarning", 2000ms),
-      Timeravi(loop, "Timeravi", 1000ms),
+      Timer1(*this, loop, "Timer1", 5000ms),
+      tmrRecord(*this, loop, "tmrRecord", 100ms),
+      tmrWarning(*this, loop, "tmrWarning", 2000ms),
+      Timeravi(*this, loop, "Timeravi", 1000ms),
       state_(state),
-      windows_(windows) {
+      closedByActions_(std::move(closedByActions)) {
     Picture5.setWidth(gripWidth);
     TreeView1.setLeft(gripWidth);
     Image3.setToolTip("Hand grip");
@@ -43,13 +44,17 @@ Form1::Form1(EventLoop& loop, ProcessState& state, Windows& windows)
     for (ListBox* list : {&lstTracks, &lstRecord, &List1, &List2, &List3, &List4, &List5, &List7}) {
         list->setVisible(false);
     }
+    // As designed, until a view says what its contents need.
+    setDesignedSize(designWidth, designHeight);
+    setInnerSize(designWidth, designHeight);
+    keepDesign();
 }
 
 void Form1::Disablem() {
     enableCommands(false);
-    windows_.Form6.unload();
-    windows_.frmPlayList.unload();
-    windows_.frmsearch.unload();
+    for (Form* window : closedByActions_) {
+        window->unload();
+    }
 }
 
 void Form1::Enablem() {

@@ -3,10 +3,12 @@
 // the controls do is wired by the application; the jobs live in folders of their own.
 #pragma once
 
-#include "forms/windows.h"
+#include <vector>
+
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
 #include "platform/controls/list_box.h"
+#include "platform/controls/picture_box.h"
 #include "platform/controls/timer.h"
 #include "platform/controls/tree_view.h"
 #include "platform/event_loop.h"
@@ -17,15 +19,16 @@ namespace sonarith {
 /// The window's caption at rest, and the application's title.
 inline constexpr const char* applicationTitle = "Sonarith v2.0";
 
-/// The client area as designed, in twips.
-inline constexpr Twips designWidth = 3990;
-inline constexpr Twips designHeight = 5490;
-/// The grip strip's fixed width, in twips.
-inline constexpr Twips gripWidth = 285;
+/// The client area as designed.
+inline constexpr Twips designWidth = 3990_twips;
+inline constexpr Twips designHeight = 5490_twips;
+/// The grip strip's fixed width.
+inline constexpr Twips gripWidth = 285_twips;
 
 class Form1 : public Form {
   public:
-    Form1(EventLoop& loop, ProcessState& state, Windows& windows);
+    /// Disablem() unloads `closedByActions`. All outlive this.
+    Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions);
 
     /// Closes the commands for the time of an action, and unloads the windows that may not stay
     /// open during it.
@@ -35,107 +38,112 @@ class Form1 : public Form {
     void ClearActivity();
 
     // The bars and the grip strip.
-    PictureBox Picture3{"Picture3"}; ///< tool bar, top
-    PictureBox Picture4{"Picture4"}; ///< CD bar, top
-    PictureBox Picture2{"Picture2"}; ///< activity bar, bottom
-    PictureBox Picture1{"Picture1"}; ///< status bar, bottom
-    PictureBox Picture5{"Picture5"}; ///< grip strip, left
-    PictureBox Image3{"Image3"};     ///< the hand grip on it
+    PictureBox Picture3{*this, "Picture3"}; ///< tool bar, top
+    PictureBox Picture4{*this, "Picture4"}; ///< CD bar, top
+    PictureBox Picture2{*this, "Picture2"}; ///< activity bar, bottom
+    PictureBox Picture1{*this, "Picture1"}; ///< status bar, bottom
+    PictureBox Picture5{*this, "Picture5"}; ///< grip strip, left
+    PictureBox Image3{*this, "Image3"};     ///< the hand grip on it
 
     // Tool bar.
-    CommandButton Command5{"Command5", "Exit"};
-    CommandButton Cmdhelp{"Cmdhelp", "Help"};
-    CommandButton C5555555{"C5555555", "Playlist Editor"};
-    CommandButton Copt{"Copt", "Preferences"};
-    CommandButton C777{"C777", "Search for Files"};
-    CommandButton Command2{"Command2", "Cancel"};
-    CommandButton CmdSelectAction{"CmdSelectAction", "Start "};
-    PictureBox Picture6{"Picture6"}; ///< host area of the activity clip
+    CommandButton Command5{*this, "Command5", "Exit"};
+    CommandButton Cmdhelp{*this, "Cmdhelp", "Help"};
+    CommandButton C5555555{*this, "C5555555", "Playlist Editor"};
+    CommandButton Copt{*this, "Copt", "Preferences"};
+    CommandButton C777{*this, "C777", "Search for Files"};
+    CommandButton Command2{*this, "Command2", "Cancel"};
+    CommandButton CmdSelectAction{*this, "CmdSelectAction", "Start "};
+    PictureBox Picture6{*this, "Picture6"}; ///< host area of the activity clip
 
     // CD bar. lblCDID and lblNumTracks are stores as well: they are read back as numbers.
-    CommandButton Command11{"Command11"}; ///< lets the track in hand be heard
-    CommandButton Command12{"Command12"}; ///< silences it
-    Label Label5{"Label5", "Low Drive space"};
-    Label lblCDID{"lblCDID"};
-    Label lblNumTracks{"lblNumTracks"};
+    CommandButton Command11{*this, "Command11"}; ///< lets the track in hand be heard
+    CommandButton Command12{*this, "Command12"}; ///< silences it
+    Label Label5{*this, "Label5", "Low Drive space"};
+    Label lblCDID{*this, "lblCDID"};
+    Label lblNumTracks{*this, "lblNumTracks"};
 
     // Activity bar.
-    PictureBox Image5{"Image5"};
-    PictureBox Image4{"Image4"};
-    Label Label3{"Label3", "Next Action:"}; ///< the action that goes on or comes next
-    Label Label2{"Label2"};                 ///< the file that is written, or the destination folder
+    PictureBox Image5{*this, "Image5"};
+    PictureBox Image4{*this, "Image4"};
+    Label Label3{*this, "Label3", "Next Action:"}; ///< the action that goes on or comes next
+    Label Label2{*this, "Label2"}; ///< the file that is written, or the destination folder
 
     // Status bar.
-    ProgressBar ProgressBar1{"ProgressBar1", 0, 100};
-    Label Status{"Status", "00.00%"}; ///< shown as it is; nothing writes it
-    Label Label33{"Label33", "OFF"};  ///< percentage of the track or file
-    Label lblStatus{"lblStatus"};     ///< bytes captured, or of the last WAV decoded
+    ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
+    Label Status{*this, "Status", "00.00%"}; ///< shown as it is; nothing writes it
+    Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file
+    Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or of the last WAV decoded
 
-    TreeView TreeView1{"TreeView1"};
+    TreeView TreeView1{*this, "TreeView1"};
 
     // Never seen: the lists are the truth behind the tree, the rest is called as procedures.
-    ListBox lstTracks{"lstTracks"}; ///< tracks not chosen
-    ListBox lstRecord{"lstRecord"}; ///< queue of tracks to extract; progress is its ListIndex
-    ListBox List1{"List1"};         ///< WAV paths
-    ListBox List2{"List2"};         ///< MP3 paths
-    ListBox List3{"List3"};         ///< no role
-    ListBox List4{"List4"};         ///< selected MP3 paths
-    ListBox List5{"List5"};         ///< selected WAV paths
-    ListBox List7{"List7"};         ///< scratch, holds no meaning between two uses
-    CheckBox Check9{"Check9"};      ///< 1: end this track on the next tick
-    CommandButton cmdStart{"cmdStart", "Start"};      ///< extracts tracks
-    CommandButton CmdDecoder{"CmdDecoder", "decode"}; ///< decodes MP3 files
-    CommandButton Command8{"Command8", "Cancel"};     ///< ends what goes on, keeps what is there
+    ListBox lstTracks{*this, "lstTracks"}; ///< tracks not chosen
+    ListBox lstRecord{*this,
+                      "lstRecord"};   ///< queue of tracks to extract; progress is its ListIndex
+    ListBox List1{*this, "List1"};    ///< WAV paths
+    ListBox List2{*this, "List2"};    ///< MP3 paths
+    ListBox List3{*this, "List3"};    ///< no role
+    ListBox List4{*this, "List4"};    ///< selected MP3 paths
+    ListBox List5{*this, "List5"};    ///< selected WAV paths
+    ListBox List7{*this, "List7"};    ///< scratch, holds no meaning between two uses
+    CheckBox Check9{*this, "Check9"}; ///< 1: end this track on the next tick
+    CommandButton cmdStart{*this, "cmdStart", "Start"};      ///< extracts tracks
+    CommandButton CmdDecoder{*this, "CmdDecoder", "decode"}; ///< decodes MP3 files
+    CommandButton Command8{*this, "Command8", "Cancel"}; ///< ends what goes on, keeps what is there
 
     Timer Timer1;     ///< one-shot return of the displays to idle
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress
     Timer tmrWarning; ///< disk space guard
     Timer Timeravi;   ///< activity clip; nothing starts it
 
-    MenuItem mnuOpenfile{"mnuOpenfile", "Open"};
-    MenuItem mnuExit{"mnuExit", "Exit"};
-    MenuItem mnuStart2{"mnuStart2", "Start!"};
-    MenuItem mnuFileRemove{"mnuFileRemove", "Remove from List"};
-    MenuItem mnuRemoveDelete{"mnuRemoveDelete", "Remove and Delete File"};
-    MenuItem mnuMinimize{"mnuMinimize", "Minimize"};
-    MenuItem mnuExit2{"mnuExit2", "Exit"};
-    MenuItem mnupopup{"mnupopup",
+    MenuItem mnuOpenfile{*this, "mnuOpenfile", "Open"};
+    MenuItem mnuExit{*this, "mnuExit", "Exit"};
+    MenuItem mnuStart2{*this, "mnuStart2", "Start!"};
+    MenuItem mnuFileRemove{*this, "mnuFileRemove", "Remove from List"};
+    MenuItem mnuRemoveDelete{*this, "mnuRemoveDelete", "Remove and Delete File"};
+    MenuItem mnuMinimize{*this, "mnuMinimize", "Minimize"};
+    MenuItem mnuExit2{*this, "mnuExit2", "Exit"};
+    MenuItem mnupopup{*this,
+                      "mnupopup",
                       "popup",
                       {&mnuStart2, &mnuFileRemove, &mnuRemoveDelete, &mnuMinimize, &mnuExit2}};
-    MenuItem mnuFile{"mnuFile", "File", {&mnuOpenfile, &mnuExit, &mnupopup}};
+    MenuItem mnuFile{*this, "mnuFile", "File", {&mnuOpenfile, &mnuExit, &mnupopup}};
 
-    MenuItem mnuStart{"mnuStart", "Start "};
-    MenuItem mnuStop{"mnuStop", "Stop"};
-    MenuItem mnuRefreshlist{"mnuRefreshlist", "Refresh List"};
-    MenuItem mnuActiopn{"mnuActiopn", "Action", {&mnuStart, &mnuStop, &mnuRefreshlist}};
+    MenuItem mnuStart{*this, "mnuStart", "Start "};
+    MenuItem mnuStop{*this, "mnuStop", "Stop"};
+    MenuItem mnuRefreshlist{*this, "mnuRefreshlist", "Refresh List"};
+    MenuItem mnuActiopn{*this, "mnuActiopn", "Action", {&mnuStart, &mnuStop, &mnuRefreshlist}};
 
-    MenuItem mnuGetMainPrefs{"mnuGetMainPrefs", "Preferences"};
-    MenuItem mnuToolbar{"mnuToolbar", "ToolBar"};
-    MenuItem mnuCDbar{"mnuCDbar", "CD Bar"};
-    MenuItem mnuActivityBar{"mnuActivityBar", "Activity Bar"};
-    MenuItem mnuStatusbar{"mnuStatusbar", "Status Bar"};
-    MenuItem mnuGetToolbars{
-        "mnuGetToolbars", "Toolbars", {&mnuToolbar, &mnuCDbar, &mnuActivityBar, &mnuStatusbar}};
-    MenuItem MnuOpenCD{"MnuOpenCD", "Open"};
-    MenuItem mnuCloseCD{"mnuCloseCD", "Close"};
-    MenuItem mnuCDplayer{"mnuCDplayer", "CD Player", {&MnuOpenCD, &mnuCloseCD}};
-    MenuItem mnuSearch{"mnuSearch", "Search"};
-    MenuItem mnuPlaylist{"mnuPlaylist", "Playlist"};
-    MenuItem mnuDevices{"mnuDevices", "Devices"}; ///< the platform's own window
+    MenuItem mnuGetMainPrefs{*this, "mnuGetMainPrefs", "Preferences"};
+    MenuItem mnuToolbar{*this, "mnuToolbar", "ToolBar"};
+    MenuItem mnuCDbar{*this, "mnuCDbar", "CD Bar"};
+    MenuItem mnuActivityBar{*this, "mnuActivityBar", "Activity Bar"};
+    MenuItem mnuStatusbar{*this, "mnuStatusbar", "Status Bar"};
+    MenuItem mnuGetToolbars{*this,
+                            "mnuGetToolbars",
+                            "Toolbars",
+                            {&mnuToolbar, &mnuCDbar, &mnuActivityBar, &mnuStatusbar}};
+    MenuItem MnuOpenCD{*this, "MnuOpenCD", "Open"};
+    MenuItem mnuCloseCD{*this, "mnuCloseCD", "Close"};
+    MenuItem mnuCDplayer{*this, "mnuCDplayer", "CD Player", {&MnuOpenCD, &mnuCloseCD}};
+    MenuItem mnuSearch{*this, "mnuSearch", "Search"};
+    MenuItem mnuPlaylist{*this, "mnuPlaylist", "Playlist"};
+    MenuItem mnuDevices{*this, "mnuDevices", "Devices"}; ///< the platform's own window
     MenuItem mnuPrefs{
+        *this,
         "mnuPrefs",
         "Preferences",
         {&mnuGetMainPrefs, &mnuGetToolbars, &mnuCDplayer, &mnuSearch, &mnuPlaylist, &mnuDevices}};
 
-    MenuItem mnuHelpfile{"mnuHelpfile", "Help File"};
-    MenuItem mnuAbout{"mnuAbout", "About"};
-    MenuItem mnuHelp{"mnuHelp", "Help", {&mnuHelpfile, &mnuAbout}};
+    MenuItem mnuHelpfile{*this, "mnuHelpfile", "Help File"};
+    MenuItem mnuAbout{*this, "mnuAbout", "About"};
+    MenuItem mnuHelp{*this, "mnuHelp", "Help", {&mnuHelpfile, &mnuAbout}};
 
   private:
     void enableCommands(bool enabled);
 
-    ProcessState& state_;
-    Windows& windows_;
+    const ProcessState& state_;
+    std::vector<Form*> closedByActions_;
 };
 
 } // namespace sonarith

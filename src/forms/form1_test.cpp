@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "support/virtual_event_loop.h"
+#include "forms/windows.h"
+#include "support/fake_machine.h"
 
 namespace sonarith {
 namespace {
@@ -14,11 +15,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Form1Test : testing::Test {
-    test::VirtualEventLoop loop;
+struct Form1Test : testing::Test, test::FakeMachine {
     ProcessState process;
-    Windows windows;
-    Form1 form{loop, process, windows};
+    Windows windows{platform, process};
+    Form1& form = windows.Form1;
     const std::vector<Control*> commands = {
         &form.C777,      &form.Copt,     &form.C5555555,        &form.Cmdhelp,
         &form.mnuStart2, &form.mnuFile,  &form.mnuActiopn,      &form.mnuPrefs,
@@ -51,7 +51,7 @@ TEST_F(Form1Test, ShowsThreeBarsAndTheGripAndHidesTheCdBar) {
     EXPECT_TRUE(form.Picture1.visible());
     EXPECT_TRUE(form.mnuStatusbar.checked());
     EXPECT_TRUE(form.Picture5.visible());
-    EXPECT_EQ(form.Picture5.width(), 285);
+    EXPECT_EQ(form.Picture5.width(), 285_twips);
 }
 
 TEST_F(Form1Test, ClosesThePopupsThreeEntriesUntilANodeOpensThem) {
@@ -169,8 +169,9 @@ TEST_F(Form1Test, DisablemClosesTheTwelveCommandsAndNoOthers) {
 
 TEST_F(Form1Test, DisablemUnloadsWorkerPlaylistAndFinderInThisOrder) {
     std::vector<std::string> unloaded;
-    for (Form* window : {&windows.frmsearch, &windows.Form4, &windows.frmPlayList,
-                         &windows.FrmPrefs, &windows.Form6, &windows.frmpopup}) {
+    for (Form* window :
+         std::initializer_list<Form*>{&windows.frmsearch, &windows.Form4, &windows.frmPlayList,
+                                      &windows.FrmPrefs, &windows.Form6, &windows.frmpopup}) {
         window->load();
         window->onUnload = [&unloaded, this, window] {
             EXPECT_THAT(namesOfOpen(), IsEmpty());

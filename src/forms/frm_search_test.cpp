@@ -13,15 +13,14 @@ namespace {
 
 using testing::ElementsAre;
 
-class FinderFormTest : public testing::Test {
+class FrmSearchTest : public testing::Test {
   protected:
-    Form frmsearch{"frmsearch", "File Finder"};
     test::FakeFileSystem files;
     test::FakeDirectories disk;
-    FinderForm finder{frmsearch, files, disk};
+    FrmSearch finder{files, disk};
 };
 
-TEST_F(FinderFormTest, BeginsWithTheTextsOfAFreshWindow) {
+TEST_F(FrmSearchTest, BeginsWithTheTextsOfAFreshWindow) {
     EXPECT_EQ(finder.zFileExt.text(), ".wav");
     EXPECT_EQ(finder.zFileExt.typingLimit(), 4);
     EXPECT_EQ(finder.Text1.text(), "");
@@ -36,15 +35,15 @@ TEST_F(FinderFormTest, BeginsWithTheTextsOfAFreshWindow) {
     EXPECT_EQ(finder.lstfiles.listCount(), 0);
 }
 
-TEST_F(FinderFormTest, StandsInTheProgramsFolderWhateverIsCurrent) {
+TEST_F(FrmSearchTest, StandsInTheProgramsFolderWhateverIsCurrent) {
     files.addFolder("d:\\elsewhere");
     ASSERT_TRUE(files.changeFolder("d:\\elsewhere").ok());
-    finder.reset();
+    finder.load();
     EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
     EXPECT_EQ(finder.Drive1.drive(), "c:");
 }
 
-TEST_F(FinderFormTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
+TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
     EXPECT_FALSE(finder.mnupopup.visible());
     std::vector<std::string> captions;
     for (const MenuItem* entry : finder.mnupopup.entries()) {
@@ -54,19 +53,19 @@ TEST_F(FinderFormTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
                                       "Delete File", "Close Window"));
 }
 
-TEST_F(FinderFormTest, ATouchLoadsTheWindowAndShowsNothing) {
+TEST_F(FrmSearchTest, ATouchLoadsTheWindowAndShowsNothing) {
     int loads = 0;
-    frmsearch.onLoad = [&] {
+    finder.onLoad = [&] {
         ++loads;
     };
     finder.touch();
     finder.touch();
-    EXPECT_TRUE(frmsearch.loaded());
-    EXPECT_FALSE(frmsearch.visible());
+    EXPECT_TRUE(finder.loaded());
+    EXPECT_FALSE(finder.visible());
     EXPECT_EQ(loads, 1);
 }
 
-TEST_F(FinderFormTest, TheSummaryBeginsTheCountersAnew) {
+TEST_F(FrmSearchTest, TheSummaryBeginsTheCountersAnew) {
     finder.lstfiles.addItem("a");
     finder.DirCount = 12;
     countFiles(finder);
@@ -77,7 +76,7 @@ TEST_F(FinderFormTest, TheSummaryBeginsTheCountersAnew) {
     EXPECT_EQ(finder.FileCount, 0);
 }
 
-TEST_F(FinderFormTest, TheFileCounterHoldsItsHighestAndNoMore) {
+TEST_F(FrmSearchTest, TheFileCounterHoldsItsHighestAndNoMore) {
     constexpr int highest = std::numeric_limits<std::int16_t>::max();
     for (int i = 0; i < highest; ++i) {
         finder.lstfiles.addItem("a");

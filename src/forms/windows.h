@@ -1,18 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's other windows, as the main window reaches them: one default instance each.
+// All windows of the program: one default instance each. The logic that is wired to them is not
+// known here.
 #pragma once
 
-#include "platform/controls/form.h"
+#include "forms/form1.h"
+#include "forms/form4.h"
+#include "forms/form6.h"
+#include "forms/frm_playlist.h"
+#include "forms/frm_popup.h"
+#include "forms/frm_prefs.h"
+#include "forms/frm_search.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
 
 namespace sonarith {
 
 struct Windows {
-    Form Form4{"Form4", "CD Player"};
-    Form FrmPrefs{"FrmPrefs", "Preferences"};
-    Form frmsearch{"frmsearch", "File Finder"};
-    Form frmPlayList{"frmPlayList", "Playlist Editor"};
-    Form Form6{"Form6"};       ///< the conversion worker, never shown
-    Form frmpopup{"frmpopup"}; ///< owns the tray icon, never shown
+    /// Both outlive this.
+    Windows(const Platform& platform, const ProcessState& process)
+        : Form4(platform.loop),
+          FrmPrefs(platform.files, platform.directories),
+          frmsearch(platform.files, platform.directories),
+          frmPlayList(platform.mp3Controls),
+          Form6(platform.loop, platform.mp3Controls),
+          frmpopup(platform.loop),
+          Form1(platform.loop, process, {&Form6, &frmPlayList, &frmsearch}) {}
+
+    sonarith::Form4 Form4;
+    sonarith::FrmPrefs FrmPrefs;
+    FrmSearch frmsearch;
+    FrmPlayList frmPlayList;
+    sonarith::Form6 Form6;
+    FrmPopup frmpopup;
+    sonarith::Form1 Form1;
 };
 
 } // namespace sonarith

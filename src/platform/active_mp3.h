@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The MP3 control as the logic addresses it: decodes one file to WAV or sounds it, on threads of
-// its own, and raises no events. Interface only; the Linux machine's control implements it.
+// its own, and raises no events. Interface only.
+//
+// Life cycle: a window owns its control, from the window's load to its unload (ActiveMp3Host). All
+// members belong to the logic's thread and return at once. Destroying a control stops it.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "platform/result.h"
@@ -29,6 +33,13 @@ class ActiveMP3 {
     /// nothing for the source and target that it is working on, or has just completed unchanged;
     /// for others it stops the running decoding first.
     virtual Status DecodeToWav(const std::string& path) = 0;
+};
+
+/// Makes controls.
+class Mp3Controls {
+  public:
+    virtual ~Mp3Controls() = default;
+    [[nodiscard]] virtual std::unique_ptr<ActiveMP3> create() = 0;
 };
 
 } // namespace sonarith

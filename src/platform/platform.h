@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All that the application asks of the world, by reference: one struct to hand in, be it the real
-// machine or a test's. It owns nothing and does nothing.
+// All that the logic asks of the world, by reference: one struct to hand in, be it the real machine
+// or a test's. It owns nothing and does nothing.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -10,13 +10,18 @@
 #include "platform/file_system.h"
 #include "platform/media_control.h"
 #include "platform/message_box.h"
+#include "platform/mixer.h"
 #include "platform/mouse_pointer.h"
 #include "platform/random.h"
 #include "platform/settings_store.h"
 #include "platform/shell.h"
+#include "platform/system_information.h"
+#include "platform/tray.h"
+#include "platform/wave_input.h"
 
 namespace sonarith {
 
+/// Built with the members' names: Platform{.loop = loop, .media = media, ...}.
 struct Platform {
     EventLoop& loop;
     MediaControl& media;
@@ -27,8 +32,12 @@ struct Platform {
     Random& random;
     Shell& shell;
     Directories& directories;
-    ActiveMP3& mp3;
+    Mp3Controls& mp3Controls;
     FileDialog& fileDialog;
+    Mixer& mixer;
+    WaveInput& waveInput;
+    Tray& tray;
+    SystemInformation& system;
 };
 
 } // namespace sonarith

@@ -15,8 +15,7 @@ class BarsTest : public testing::Test {
   protected:
     QtEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form{loop, state, windows};
+    Form1 form{loop, state, {}};
     QWidget window;
 };
 

@@ -17,7 +17,7 @@ IconButtonView::IconButtonView(CommandButton& model, Symbol symbol, QWidget* par
     : QToolButton(parent),
       view_(
           model, *this, [&model] { return model.caption(); }, QString(),
-          [this, &model] {
+          [this, &model](Property) {
               if (model.toolTip().empty()) {
                   setToolTip(toQString(model.caption()));
               }
@@ -33,7 +33,7 @@ TextButtonView::TextButtonView(CommandButton& model, QString takenLetters, QWidg
     : QPushButton(parent),
       view_(
           model, *this, [&model] { return model.caption(); }, QString(),
-          [this, &model, taken = std::move(takenLetters)] {
+          [this, &model, taken = std::move(takenLetters)](Property) {
               const QString marked = withMnemonics({toQString(model.caption())}, taken).front();
               if (text() != marked) {
                   setText(marked);

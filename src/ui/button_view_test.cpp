@@ -4,6 +4,8 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
@@ -17,7 +19,8 @@ class ButtonViewTest : public testing::Test {
 
     int clicks = 0;
     QWidget parent;
-    CommandButton model{"CmdSelectAction", "Start "};
+    Form form{"Form1"};
+    CommandButton model{form, "CmdSelectAction", "Start "};
 };
 
 TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
@@ -69,7 +72,7 @@ TEST_F(ButtonViewTest, APictureButtonTellsItsCaptionAsToolTip) {
 }
 
 TEST_F(ButtonViewTest, AToolTipOfItsOwnGoesFirst) {
-    CommandButton play("Command11");
+    CommandButton play(form, "Command11");
     play.setToolTip("Play Selected track");
     const IconButtonView view(play, Symbol::play, &parent);
     EXPECT_EQ(view.toolTip(), "Play Selected track");

@@ -17,31 +17,51 @@ QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
 }
 
 ControlView::ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
-                         QString label, std::function<void()> showMore, Placement placement)
+                         QString label, std::function<void(Property)> showMore, Placement placement)
     : control_(control),
       widget_(widget),
       caption_(std::move(caption)),
       label_(std::move(label)),
       showMore_(std::move(showMore)),
       placement_(placement),
-      changed_(control.changed.connect([this] { reflect(); })) {
+      changed_(control.changed.connect([this](Property which) { apply(which); })) {
     widget_.setObjectName(toQString(control_.name()));
-    reflect();
+    apply(Property::all);
 }
 
-void ControlView::reflect() {
+void ControlView::apply(Property which) {
+    const bool all = which == Property::all;
+    if (all || which == Property::caption || which == Property::toolTip) {
+        showName();
+    }
+    if (all || which == Property::toolTip) {
+        widget_.setToolTip(plainToolTip(toQString(control_.toolTip())));
+    }
+    if (all || which == Property::enabled) {
+        widget_.setEnabled(control_.enabled());
+    }
+    if (all || which == Property::left || which == Property::top || which == Property::width ||
+        which == Property::height) {
+        showPlace();
+    }
+    if (showMore_) {
+        showMore_(which);
+    }
+    if (all || which == Property::visible) {
+        widget_.setVisible(control_.visible());
+    }
+}
+
+void ControlView::showName() {
     const std::string caption = caption_ ? caption_() : std::string();
     widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
-    widget_.setToolTip(plainToolTip(toQString(control_.toolTip())));
-    widget_.setEnabled(control_.enabled());
+}
+
+void ControlView::showPlace() {
     if (placement_ == Placement::byControl) {
         widget_.setGeometry(toPixels(control_.left()), toPixels(control_.top()),
                             toPixels(control_.width()), toPixels(control_.height()));
     }
-    if (showMore_) {
-        showMore_();
-    }
-    widget_.setVisible(control_.visible());
 }
 
 } // namespace sonarith

@@ -19,20 +19,23 @@ enum class Placement { elsewhere, byControl };
 /// before the widget.
 class ControlView {
   public:
-    /// `caption` asks for the control's caption (empty: it has none). `label` is the name of a
-    /// control that has neither caption nor tool tip. `showMore` shows the rest.
+    /// `caption` returns the control's caption (empty: it has none). `label` is the name of a
+    /// control that has neither caption nor tool tip. `showMore` shows what else the property that
+    /// has changed stands for; Property::all stands for every one.
     ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
-                QString label, std::function<void()> showMore = {},
+                QString label, std::function<void(Property)> showMore = {},
                 Placement placement = Placement::elsewhere);
 
   private:
-    void reflect();
+    void apply(Property which);
+    void showName();
+    void showPlace();
 
     Control& control_;
     QWidget& widget_;
     std::function<std::string()> caption_;
     QString label_;
-    std::function<void()> showMore_;
+    std::function<void(Property)> showMore_;
     Placement placement_;
     Connection changed_;
 };

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/controls/basic_controls.h"
+#include "platform/controls/form.h"
 
 namespace sonarith {
 namespace {
@@ -12,7 +13,8 @@ class ControlViewTest : public testing::Test {
   protected:
     QWidget parent;
     QWidget widget{&parent};
-    Label model{"lblStatus", "12 Bytes"};
+    Form form{"Form1"};
+    Label model{form, "lblStatus", "12 Bytes"};
     ControlView view{model, widget, [this] { return model.caption(); }, "Bytes captured"};
 };
 
@@ -39,13 +41,13 @@ TEST_F(ControlViewTest, TheSpokenNameIsTheCaptionElseTheToolTipElseTheLabel) {
 }
 
 TEST_F(ControlViewTest, APlaceIsTakenFromTheControlOnlyWhereThatIsAskedFor) {
-    model.setLeft(150);
+    model.setLeft(150_twips);
     EXPECT_EQ(widget.x(), 0);
     QWidget placed(&parent);
     const ControlView placedView(model, placed, {}, "", {}, Placement::byControl);
-    model.setTop(30);
-    model.setWidth(300);
-    model.setHeight(45);
+    model.setTop(30_twips);
+    model.setWidth(300_twips);
+    model.setHeight(45_twips);
     EXPECT_EQ(placed.geometry(), QRect(10, 2, 20, 3));
 }
 

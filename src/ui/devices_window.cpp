@@ -51,9 +51,9 @@ Widget* named(Widget* widget, const char* objectName, const QString& accessibleN
 }
 
 /// Fills a box with the devices and shows the stored one, which need not be there just now.
-void fill(QComboBox& box, const std::vector<DeviceChoice>& devices, const std::string& stored) {
+void fill(QComboBox& box, const std::vector<DeviceEntry>& devices, const std::string& stored) {
     box.clear();
-    for (const DeviceChoice& device : devices) {
+    for (const DeviceEntry& device : devices) {
         const std::string& text = device.description.empty() ? device.name : device.description;
         box.addItem(toQString(text), asData(device.name));
         box.setItemData(box.count() - 1, plainToolTip(toQString(text)), Qt::ToolTipRole);
@@ -70,8 +70,9 @@ void fill(QComboBox& box, const std::vector<DeviceChoice>& devices, const std::s
 
 } // namespace
 
-DevicesWindow::DevicesWindow(DeviceChoices choices)
-    : choices_(std::move(choices)),
+DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
+    : devices_(devices),
+      calls_(std::move(calls)),
       drives_(named(new QListWidget(this), "drives", tr("Drive"))),
       pickButton_(named(new QPushButton(tr("Choose Disc &Image..."), this), "pickImage",
                         tr("Choose Disc Image..."))),
@@ -95,9 +96,9 @@ DevicesWindow::DevicesWindow(DeviceChoices choices)
     connect(&reportTimer_, &QTimer::timeout, this, [this] { showReport(); });
     connect(pickButton_, &QPushButton::clicked, this, [this] { pickImage(); });
     connect(output_, &QComboBox::activated, this,
-            [this](int index) { choices_.setOutput(nameIn(output_->itemData(index))); });
+            [this](int index) { devices_.setOutput(nameIn(output_->itemData(index))); });
     connect(source_, &QComboBox::activated, this,
-            [this](int index) { choices_.setSource(nameIn(source_->itemData(index))); });
+            [this](int index) { devices_.setSource(nameIn(source_->itemData(index))); });
 }
 
 void DevicesWindow::buildLayout() {
@@ -152,14 +153,14 @@ void DevicesWindow::open() {
 
 void DevicesWindow::showChoices() {
     showDrives();
-    fill(*output_, choices_.outputs(), choices_.output());
-    fill(*source_, choices_.sources(), choices_.source());
+    fill(*output_, devices_.outputs(), devices_.output());
+    fill(*source_, devices_.sources(), devices_.source());
     refused_ = false;
     showReport();
 }
 
 void DevicesWindow::showDrives() {
-    const std::string stored = choices_.drive();
+    const std::string stored = devices_.drive();
     drives_->clear();
     const auto add = [&](const std::string& name, const QString& text, Symbol symbol) {
         auto* item = new QListWidgetItem(makeIcon(symbol), text, drives_);
@@ -173,7 +174,7 @@ void DevicesWindow::showDrives() {
         }
     };
     add({}, tr("First drive found"), Symbol::disc);
-    const std::vector<std::string> found = choices_.opticalDrives();
+    const std::vector<std::string> found = devices_.opticalDrives();
     for (const std::string& drive : found) {
         add(drive, toQString(drive), Symbol::disc);
     }
@@ -199,7 +200,7 @@ void DevicesWindow::hideEvent(QHideEvent* event) {
 }
 
 void DevicesWindow::showReport() {
-    const std::string report = choices_.report();
+    const std::string report = devices_.report();
     const QString text = refused_
                              ? tr("The drive is in use. Choose again when the action has ended.")
                          : report.empty() ? tr("No faults are known.")
@@ -217,14 +218,14 @@ void DevicesWindow::choose(const QListWidgetItem& item) {
     const bool chosenJustNow =
         refreshing_ ||
         (sinceChoice_.isValid() && !sinceChoice_.hasExpired(QApplication::doubleClickInterval()));
-    if (name != choices_.drive() || !chosenJustNow) {
+    if (name != devices_.drive() || !chosenJustNow) {
         chooseDrive(name);
         sinceChoice_.start();
     }
 }
 
 void DevicesWindow::chooseDrive(const std::string& drive) {
-    if (choices_.driveInUse()) {
+    if (calls_.driveInUse()) {
         if (!isVisible()) {
             // Of an image that was dropped elsewhere: what follows is to be read.
             open();
@@ -235,7 +236,7 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
         return;
     }
     refused_ = false;
-    choices_.setDrive(drive);
+    devices_.setDrive(drive);
     // Refreshing yields; a choice in the middle of it is refreshed after it, not inside.
     refreshAgain_ = refreshing_;
     if (refreshing_) {
@@ -244,7 +245,7 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
     refreshing_ = true;
     do {
         refreshAgain_ = false;
-        choices_.refreshList();
+        calls_.refreshList();
     } while (refreshAgain_);
     refreshing_ = false;
     showDrives();
@@ -252,9 +253,8 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
 }
 
 void DevicesWindow::pickImage() {
-    const std::string current = choices_.drive();
-    const std::string picked =
-        choices_.pickImage ? choices_.pickImage(current) : pickInDialog(current);
+    const std::string current = devices_.drive();
+    const std::string picked = calls_.pickImage ? calls_.pickImage(current) : pickInDialog(current);
     if (!picked.empty()) {
         chooseDrive(picked);
     }

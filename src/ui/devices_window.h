@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Devices window: which drive or disc image, which sound output and which recording source are
-// used, and what is wrong with the disc. It knows no device: it asks and tells through
-// DeviceChoices.
+// used, and what is wrong with the disc. It knows no device but through DeviceChoice.
 #pragma once
 
 #include <functional>
@@ -15,43 +14,24 @@
 #include <QPlainTextEdit>
 #include <QTimer>
 
+#include "platform/device_choice.h"
+
 namespace sonarith {
 
-/// A device that can be chosen: `name` is stored, `description` is shown (the name, if empty).
-struct DeviceChoice {
-    std::string name;
-    std::string description;
-};
-
-/// What the window asks and whom it tells. All are set, except where said otherwise.
-struct DeviceChoices {
-    /// The device nodes of the optical drives found.
-    std::function<std::vector<std::string>()> opticalDrives;
-    std::function<std::vector<DeviceChoice>()> outputs;
-    std::function<std::vector<DeviceChoice>()> sources;
-
-    /// What is stored. Of the drive: empty for the first one found, else a device node or the
-    /// path of a disc image, in the machine's form.
-    std::function<std::string()> drive;
-    std::function<std::string()> output;
-    std::function<std::string()> source;
-    std::function<void(const std::string&)> setDrive;
-    std::function<void(const std::string&)> setOutput;
-    std::function<void(const std::string&)> setSource;
-
+/// What the window asks of the program beside the devices.
+struct DevicesWindowCalls {
     /// Whether an action is using the drive: it cannot be changed until that has ended.
     std::function<bool()> driveInUse;
     /// "Refresh List"; it may yield.
     std::function<void()> refreshList;
-    /// What is wrong with the disc, in words; empty if nothing is.
-    std::function<std::string()> report;
-    /// Lets a person pick a disc image; empty if none was picked. Not set: the desktop's dialog.
+    /// Lets the user pick a disc image; empty if none was picked. Not set: the desktop's dialog.
     std::function<std::string(const std::string& current)> pickImage = {};
 };
 
 class DevicesWindow : public QDialog {
   public:
-    explicit DevicesWindow(DeviceChoices choices);
+    /// `devices` outlives this.
+    DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls);
 
     /// Looks for devices anew, and shows the window.
     void open() override;
@@ -73,7 +53,8 @@ class DevicesWindow : public QDialog {
     void pickImage();
     [[nodiscard]] std::string pickInDialog(const std::string& current);
 
-    DeviceChoices choices_;
+    DeviceChoice& devices_;
+    DevicesWindowCalls calls_;
     QListWidget* drives_;
     QPushButton* pickButton_;
     QComboBox* output_;

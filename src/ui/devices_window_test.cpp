@@ -16,24 +16,26 @@ using testing::IsEmpty;
 
 class DevicesWindowTest : public testing::Test {
   protected:
-    DeviceChoices choices() {
+    struct Devices final : DeviceChoice {
+        explicit Devices(DevicesWindowTest& test_) : test(test_) {}
+        DevicesWindowTest& test;
+
+        [[nodiscard]] std::vector<std::string> opticalDrives() const override { return test.found; }
+        [[nodiscard]] std::vector<DeviceEntry> outputs() const override { return test.outputs; }
+        [[nodiscard]] std::vector<DeviceEntry> sources() const override { return {{"none", ""}}; }
+        [[nodiscard]] std::string drive() const override { return test.drive; }
+        [[nodiscard]] std::string output() const override { return test.output; }
+        [[nodiscard]] std::string source() const override { return test.source; }
+        void setDrive(const std::string& name) override {
+            test.drive = name;
+            test.log.push_back("drive " + name);
+        }
+        void setOutput(const std::string& name) override { test.output = name; }
+        void setSource(const std::string& name) override { test.source = name; }
+        [[nodiscard]] std::string report() const override { return test.report; }
+    };
+    DevicesWindowCalls calls() {
         return {
-            .opticalDrives = [this] { return found; },
-            .outputs = [this] { return outputs; },
-            .sources =
-                [] {
-                    return std::vector<DeviceChoice>{{"none", ""}};
-                },
-            .drive = [this] { return drive; },
-            .output = [this] { return output; },
-            .source = [this] { return source; },
-            .setDrive =
-                [this](const std::string& name) {
-                    drive = name;
-                    log.push_back("drive " + name);
-                },
-            .setOutput = [this](const std::string& name) { output = name; },
-            .setSource = [this](const std::string& name) { source = name; },
             .driveInUse = [this] { return inUse; },
             .refreshList =
                 [this] {
@@ -42,7 +44,6 @@ class DevicesWindowTest : public testing::Test {
                         std::exchange(onRefresh, nullptr)();
                     }
                 },
-            .report = [this] { return report; },
             .pickImage = [this](const std::string&) { return picked; },
         };
     }
@@ -68,7 +69,7 @@ class DevicesWindowTest : public testing::Test {
     }
 
     std::vector<std::string> found = {"/dev/sr0", "/dev/sr1"};
-    std::vector<DeviceChoice> outputs = {{"default", "Default"}, {"none", "No sound"}};
+    std::vector<DeviceEntry> outputs = {{"default", "Default"}, {"none", "No sound"}};
     std::string drive;
     std::string output = "default";
     std::string source;
@@ -76,7 +77,8 @@ class DevicesWindowTest : public testing::Test {
     std::string picked;
     std::function<void()> onRefresh;
     std::vector<std::string> log;
-    DevicesWindow window{choices()};
+    Devices devices{*this};
+    DevicesWindow window{devices, calls()};
 };
 
 TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {

@@ -3,11 +3,13 @@
 
 #include <QEvent>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWindow>
 
 #include "platform/qt/primary_screen.h"
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
+#include "ui/mouse.h"
 
 namespace sonarith {
 
@@ -19,7 +21,7 @@ FormAdapter::FormAdapter(Form& form, QWidget& window, QWidget& client,
       beforeResize_(std::move(beforeResize)),
       agreedLeft_(form.left()),
       agreedTop_(form.top()),
-      changed_(form.changed.connect([this] { reflect(); })),
+      changed_(form.changed.connect([this](Property which) { apply(which); })),
       shown_(form.showRequested.connect([this] { bringBack(); })),
       grasped_(form.captionGrasped.connect([this] {
           if (QWindow* handle = window_.windowHandle()) {
@@ -32,25 +34,67 @@ FormAdapter::FormAdapter(Form& form, QWidget& window, QWidget& client,
     if (&client_ != &window_) {
         client_.installEventFilter(this);
     }
-    reflect();
+    apply(Property::all);
 }
 
-void FormAdapter::reflect() {
-    const QString caption = toQString(form_.caption());
-    window_.setWindowTitle(caption);
-    window_.setAccessibleName(caption);
+void FormAdapter::apply(Property which) {
+    const bool all = which == Property::all;
+    if (all || which == Property::caption) {
+        showCaption();
+    }
     if (following_) {
         return;
     }
+    if (all || which == Property::left || which == Property::top) {
+        showPlace();
+    }
+    if (all || which == Property::width || which == Property::height) {
+        showSize();
+    }
+    if (all || which == Property::region) {
+        showRegion();
+    }
+    if ((all || which == Property::visible) && window_.isVisible() != form_.visible()) {
+        window_.setVisible(form_.visible());
+    }
+}
+
+void FormAdapter::showCaption() {
+    const QString caption = toQString(form_.caption());
+    window_.setWindowTitle(caption);
+    window_.setAccessibleName(caption);
+}
+
+void FormAdapter::showPlace() {
     if (form_.left() != agreedLeft_ || form_.top() != agreedTop_) {
         agreedLeft_ = form_.left();
         agreedTop_ = form_.top();
         window_.move(primaryScreen().topLeft() +
                      QPoint(toPixels(agreedLeft_), toPixels(agreedTop_)));
     }
-    if (window_.isVisible() != form_.visible()) {
-        window_.setVisible(form_.visible());
+}
+
+void FormAdapter::showSize() {
+    if (form_.width() == agreedWidth_ && form_.height() == agreedHeight_) {
+        return;
     }
+    agreedWidth_ = form_.width();
+    agreedHeight_ = form_.height();
+    const QSize frame = window_.frameGeometry().size() - window_.size();
+    window_.resize(QSize(toPixels(agreedWidth_), toPixels(agreedHeight_)) - frame);
+    frameIsToCome_ = frame.isNull();
+}
+
+void FormAdapter::showRegion() {
+    if (!form_.windowRegion()) {
+        window_.clearMask();
+        return;
+    }
+    QRegion left;
+    for (const PixelRectangle& part : form_.windowRegion()->rectangles) {
+        left += QRect(QPoint(part.left, part.top), QPoint(part.right - 1, part.bottom - 1));
+    }
+    window_.setMask(left);
 }
 
 void FormAdapter::bringBack() {
@@ -66,6 +110,16 @@ void FormAdapter::reportSize() {
     form_.setInnerSize(toTwips(client_.width()), toTwips(client_.height()));
 }
 
+void FormAdapter::designSize() {
+    following_ = true;
+    form_.setDesignedSize(toTwips(window_.frameGeometry().width()),
+                          toTwips(window_.frameGeometry().height()));
+    following_ = false;
+    agreedWidth_ = form_.width();
+    agreedHeight_ = form_.height();
+    reportSize();
+}
+
 void FormAdapter::followPlace() {
     // Both before the form hears of the first: half a new place is no place to move to.
     const QPoint place = window_.pos() - primaryScreen().topLeft();
@@ -75,6 +129,26 @@ void FormAdapter::followPlace() {
     following_ = false;
     agreedLeft_ = form_.left();
     agreedTop_ = form_.top();
+}
+
+void FormAdapter::followSize() {
+    const QSize outer = window_.frameGeometry().size();
+    following_ = true;
+    form_.setWidth(toTwips(outer.width()));
+    form_.setHeight(toTwips(outer.height()));
+    following_ = false;
+    agreedWidth_ = form_.width();
+    agreedHeight_ = form_.height();
+}
+
+/// The frame counts to the size that the logic asked for. It is known once the window is on the
+/// screen.
+void FormAdapter::takeFrame() {
+    const QSize frame = window_.frameGeometry().size() - window_.size();
+    if (frameIsToCome_ && !frame.isNull()) {
+        frameIsToCome_ = false;
+        window_.resize(window_.size() - frame);
+    }
 }
 
 bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
@@ -87,26 +161,30 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
         break;
+    case QEvent::Show:
+        // Some desktops give the frame at once and send no event for it.
+        QTimer::singleShot(0, this, [this] { takeFrame(); });
+        break;
     case QEvent::Move:
         // A window that is not on the screen yet has no place of its own to tell of.
         if (watched == &window_ && window_.isVisible() && !window_.isMinimized()) {
             followPlace();
+            takeFrame();
         }
         break;
     case QEvent::Resize:
         if (watched == &client_) {
             reportSize();
         }
-        if (watched == &window_) {
-            form_.setWidth(toTwips(window_.frameGeometry().width()));
-            form_.setHeight(toTwips(window_.frameGeometry().height()));
+        if (watched == &window_ && !window_.isMinimized()) {
+            followSize();
         }
         break;
     case QEvent::MouseButtonPress:
         // Widgets pass on the presses that they have no use for; only the bare surface's is meant.
-        if (watched == &client_ && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
-            !client_.childAt(static_cast<QMouseEvent*>(event)->position().toPoint())) {
-            run(form_.onMouseDown);
+        if (const auto& press = *static_cast<QMouseEvent*>(event);
+            watched == &client_ && !client_.childAt(press.position().toPoint())) {
+            run(form_.onMouseDown, pressed(press));
         }
         break;
     default:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties a Form to the window that shows it: seen or not, caption, place (from the primary screen's
-// corner), inner size, and the close that the window manager asks for. The window's contents are
-// its own.
+// Ties a Form to the window that shows it: visible or not, caption, place (from the primary
+// screen's corner), size, region, and the close that the window manager asks for. The window's
+// contents are its own.
 #pragma once
 
 #include <functional>
@@ -20,16 +20,23 @@ class FormAdapter : public QObject {
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 
-    /// Tells the form the client's present size, as if it had just been resized to it.
-    void reportSize();
+    /// The window's present size is the form's designed one. For a view whose contents decide it.
+    void designSize();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void reflect();
+    void apply(Property which);
+    void showCaption();
+    void showPlace();
+    void showSize();
+    void showRegion();
     void followPlace();
+    void followSize();
     void bringBack();
+    void reportSize();
+    void takeFrame();
 
     Form& form_;
     QWidget& window_;
@@ -37,9 +44,15 @@ class FormAdapter : public QObject {
     std::function<void()> beforeResize_;
     /// The place that window and form agreed on last. The window moves only where the form says
     /// another one; else it stands where the window manager and the user have put it.
-    Twips agreedLeft_ = 0;
-    Twips agreedTop_ = 0;
+    Twips agreedLeft_;
+    Twips agreedTop_;
+    /// The same of the size, the window's frame included.
+    Twips agreedWidth_;
+    Twips agreedHeight_;
+    /// Form and window are told of what the desktop has done: nothing is to be done to the window.
     bool following_ = false;
+    /// The size was set before the desktop had given the window its frame.
+    bool frameIsToCome_ = false;
     Connection changed_;
     Connection shown_;
     Connection grasped_;

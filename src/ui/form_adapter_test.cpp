@@ -7,6 +7,8 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include "platform/qt/twips.h"
+
 namespace sonarith {
 namespace {
 
@@ -78,8 +80,8 @@ TEST_F(FormAdapterTest, TheFormHearsOfTheInnerSizeInTwips) {
     };
     window.resize(300, 200);
     QCoreApplication::processEvents();
-    EXPECT_EQ(form.innerWidth(), 4500);
-    EXPECT_EQ(form.innerHeight(), 3000);
+    EXPECT_EQ(form.innerWidth(), Twips(4500));
+    EXPECT_EQ(form.innerHeight(), Twips(3000));
     EXPECT_EQ(resizes, 1);
 }
 
@@ -87,23 +89,25 @@ TEST_F(FormAdapterTest, TheWindowMovesWhereTheFormSaysAndTheFormKnowsWhereItWasM
     const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
     ASSERT_EQ(corner, QPoint(800, 100));
     form.show();
-    form.setLeft(1500);
-    form.setTop(750);
+    form.setLeft(1500_twips);
+    form.setTop(750_twips);
     EXPECT_EQ(window.pos(), corner + QPoint(100, 50));
     window.move(corner + QPoint(20, 30));
     QCoreApplication::processEvents();
-    EXPECT_EQ(form.left(), 300);
-    EXPECT_EQ(form.top(), 450);
+    EXPECT_EQ(form.left(), Twips(300));
+    EXPECT_EQ(form.top(), Twips(450));
     // On the other screen, beside the primary one.
     window.move(0, 0);
     QCoreApplication::processEvents();
-    EXPECT_EQ(form.left(), -800 * 15);
-    EXPECT_EQ(form.top(), -100 * 15);
+    EXPECT_EQ(form.left(), Twips(-800 * 15));
+    EXPECT_EQ(form.top(), Twips(-100 * 15));
 }
 
-TEST_F(FormAdapterTest, AWindowThatWasPlacedBeforeItIsShownStandsOnThePrimaryScreen) {
-    form.setLeft(1500);
-    form.setTop(750);
+TEST_F(FormAdapterTest, AWindowThatItsLoadStepPlacesStandsOnThePrimaryScreen) {
+    form.onLoad = [&] {
+        form.setLeft(1500_twips);
+        form.setTop(750_twips);
+    };
     form.show();
     QCoreApplication::processEvents();
     EXPECT_EQ(window.screen(), QGuiApplication::primaryScreen());
@@ -111,12 +115,45 @@ TEST_F(FormAdapterTest, AWindowThatWasPlacedBeforeItIsShownStandsOnThePrimaryScr
 }
 
 TEST_F(FormAdapterTest, AChangeOfCaptionDoesNotMoveTheWindowBack) {
-    form.setLeft(1500);
+    form.setLeft(1500_twips);
     form.show();
     window.move(20, 30);
     QCoreApplication::processEvents();
     form.setCaption("other");
     EXPECT_EQ(window.pos(), QPoint(20, 30));
+}
+
+TEST_F(FormAdapterTest, TheLogicResizesTheWindow) {
+    form.show();
+    form.setWidth(4500_twips);
+    form.setHeight(3000_twips);
+    EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
+    window.resize(400, 250);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.width(), toTwips(window.frameGeometry().width()));
+    EXPECT_EQ(form.height(), toTwips(window.frameGeometry().height()));
+    EXPECT_EQ(window.size(), QSize(400, 250));
+}
+
+TEST_F(FormAdapterTest, AWindowOpensInItsDesignedSizeEachTime) {
+    form.setDesignedSize(4500_twips, 3000_twips);
+    form.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
+    window.resize(400, 250);
+    QCoreApplication::processEvents();
+    window.close();
+    form.show();
+    EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
+}
+
+TEST_F(FormAdapterTest, ARegionMasksTheWindowUntilTheNextLoad) {
+    form.show();
+    form.setWindowRegion(WindowRegion{{{0, 0, 10, 5}, {20, 0, 30, 5}}});
+    EXPECT_EQ(window.mask(), QRegion(0, 0, 10, 5) + QRegion(20, 0, 10, 5));
+    form.unload();
+    form.show();
+    EXPECT_TRUE(window.mask().isEmpty());
 }
 
 TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
@@ -132,8 +169,8 @@ TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
 
 TEST_F(FormAdapterTest, ALeftPressOnTheBareSurfaceIsTheForms) {
     int presses = 0;
-    form.onMouseDown = [&] {
-        ++presses;
+    form.onMouseDown = [&](MouseButtons buttons) {
+        presses += buttons.left ? 1 : 0;
     };
     window.resize(200, 100);
     QWidget control(&window);

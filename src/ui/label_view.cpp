@@ -22,7 +22,12 @@ LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
       cut_(cut),
       view_(
           model, *this, [&model] { return model.caption(); }, std::move(label),
-          [this] { showCaption(); }) {}
+          [this](Property which) {
+              if (which == Property::all || which == Property::caption ||
+                  which == Property::toolTip) {
+                  showCaption();
+              }
+          }) {}
 
 void LabelView::showCaption() {
     // Paths and names are no markup.

@@ -8,6 +8,8 @@
 
 #include "ui/tool_tip.h"
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
@@ -17,7 +19,8 @@ QImage paintedAt(LabelView& view, int width) {
 }
 
 TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
-    Label model("Label3", "<b>Next & Action:</b>");
+    Form form("Form1");
+    Label model(form, "Label3", "<b>Next & Action:</b>");
     QWidget parent;
     LabelView view(model, "", LabelView::Cut::end, &parent);
     EXPECT_EQ(view.text(), "<b>Next & Action:</b>");
@@ -28,7 +31,8 @@ TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
 }
 
 TEST(LabelView, ATextThatMayBeCutAsksForNoWidthAndTellsTheWholeInItsToolTip) {
-    Label model("Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
+    Form form("Form1");
+    Label model(form, "Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
     QWidget parent;
     LabelView view(model, "Destination", LabelView::Cut::middle, &parent);
     EXPECT_EQ(view.minimumSizeHint().width(), 0);
@@ -39,11 +43,12 @@ TEST(LabelView, ATextThatMayBeCutAsksForNoWidthAndTellsTheWholeInItsToolTip) {
 }
 
 TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
+    Form form("Form1");
     QWidget parent;
-    Label whole("a", "begin" + std::string(60, 'x') + "end");
+    Label whole(form, "a", "begin" + std::string(60, 'x') + "end");
     const QFontMetrics metrics(parent.font());
     const int width = metrics.horizontalAdvance("beginxxxxxxxxxend");
-    Label cut("b",
+    Label cut(form, "b",
               metrics.elidedText(QString::fromStdString(whole.caption()), Qt::ElideMiddle, width)
                   .toStdString());
     LabelView longView(whole, "", LabelView::Cut::middle, &parent);
@@ -53,6 +58,7 @@ TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
 }
 
 TEST(LabelView, ASecondaryTextIsPalerAndStaysLegible) {
+    Form form("Form1");
     const auto darkest = [](const QImage& image) {
         int least = 255;
         for (int y = 0; y < image.height(); ++y) {
@@ -62,7 +68,7 @@ TEST(LabelView, ASecondaryTextIsPalerAndStaysLegible) {
         }
         return least;
     };
-    Label model("Label2", "IIIIIIII");
+    Label model(form, "Label2", "IIIIIIII");
     QWidget parent;
     LabelView view(model, "Destination", LabelView::Cut::middle, &parent);
     const int before = darkest(paintedAt(view, 200));
@@ -73,7 +79,8 @@ TEST(LabelView, ASecondaryTextIsPalerAndStaysLegible) {
 }
 
 TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
-    Label model("Status", "00.00%");
+    Form form("Form1");
+    Label model(form, "Status", "00.00%");
     QWidget parent;
     const LabelView view(model, "Status", LabelView::Cut::never, &parent);
     EXPECT_GE(view.minimumSizeHint().width(),
@@ -81,7 +88,8 @@ TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
 }
 
 TEST(LabelView, AnEmptyLabelKeepsItsLine) {
-    Label model("lblStatus");
+    Form form("Form1");
+    Label model(form, "lblStatus");
     QWidget parent;
     LabelView view(model, "Bytes", LabelView::Cut::end, &parent);
     const int empty = view.sizeHint().height();

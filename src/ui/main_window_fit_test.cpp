@@ -102,8 +102,7 @@ class MainWindowFit : public testing::Test {
 
     QtEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form{loop, state, windows};
+    Form1 form{loop, state, {}};
     MainWindowView view{form};
     NodeRef row;
 };

@@ -40,9 +40,6 @@ MainWindowView::MainWindowView(Form1& form)
     setMenuBar(menu_);
     setCentralWidget(client_);
     setAcceptDrops(true);
-    grip_->onLeftPress = [this] {
-        run(form_.Image3.onMouseDown);
-    };
     grip_->setCursor(Qt::OpenHandCursor);
     followBars();
     connections_.push_back(form_.popupRequested.connect(
@@ -68,7 +65,7 @@ void MainWindowView::followBars() {
     // after each toggle of a bar, reads its height.
     for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
                             &form_.Picture5, &form_.Image3}) {
-        connections_.push_back(bar->changed.connect([this] { arrange(); }));
+        connections_.push_back(bar->changed.connect([this](Property) { arrange(); }));
     }
 }
 
@@ -86,10 +83,7 @@ void MainWindowView::takeDesignedSize() {
                          std::max(toPixels(designHeight), barHeights + leastTreeHeight));
     client_->resize(designed);
     resize(designed + QSize(0, menu_->sizeHint().height()));
-    // Before the window's first appearance its frame is not known yet.
-    form_.setWidth(toTwips(width()));
-    form_.setHeight(toTwips(height()));
-    adapter_.reportSize();
+    adapter_.designSize();
 }
 
 void MainWindowView::arrange() {

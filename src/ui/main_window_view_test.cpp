@@ -51,8 +51,7 @@ class MainWindowViewTest : public testing::Test {
 
     QtEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form{loop, state, windows};
+    Form1 form{loop, state, {}};
     MainWindowView view{form};
 };
 
@@ -91,7 +90,7 @@ TEST_F(MainWindowViewTest, WithAllBarsHiddenTheTreeHasTheFullHeight) {
     runResizeLayout(form);
     EXPECT_EQ(placeOf("TreeView1"), QRect(19, 0, 247, 366));
     EXPECT_EQ(placeOf("Picture5"), QRect(0, 0, 19, 366));
-    EXPECT_EQ(form.Image3.height(), 366 * 15);
+    EXPECT_EQ(form.Image3.height(), Twips(366 * 15));
 }
 
 TEST_F(MainWindowViewTest, TheCdBarStandsBelowTheToolBar) {
@@ -226,10 +225,10 @@ TEST_F(MainWindowViewTest, APressOnTheGripIsTheGripsOwn) {
     show();
     int onGrip = 0;
     int onSurface = 0;
-    form.Image3.onMouseDown = [&] {
+    form.Image3.onMouseDown = [&](MouseButtons) {
         ++onGrip;
     };
-    form.onMouseDown = [&] {
+    form.onMouseDown = [&](MouseButtons) {
         ++onSurface;
     };
     QTest::mouseClick(&widget("Image3"), Qt::LeftButton);

@@ -24,7 +24,7 @@ MenuItemView::MenuItemView(MenuItem& model, QAction& action, Ticks ticks)
       model_(model),
       action_(action),
       ticks_(ticks),
-      changed_(model.changed.connect([this] { reflect(); })) {
+      changed_(model.changed.connect([this](Property) { reflect(); })) {
     action_.setObjectName(toQString(model_.name()));
     if (!action_.menu()) {
         connect(&action_, &QAction::triggered, this, [this] {

@@ -9,7 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 
-#include "platform/controls/basic_controls.h"
+#include "platform/controls/menu_item.h"
 
 namespace sonarith {
 

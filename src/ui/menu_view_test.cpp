@@ -5,6 +5,8 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
@@ -29,14 +31,15 @@ class MenuViewTest : public testing::Test {
         return *found;
     }
 
-    MenuItem open{"mnuOpenfile", "Open"};
-    MenuItem remove{"mnuFileRemove", "Remove from List"};
-    MenuItem popup{"mnupopup", "popup", {&remove}};
-    MenuItem file{"mnuFile", "File", {&open, &popup}};
-    MenuItem tool{"mnuToolbar", "ToolBar"};
-    MenuItem cd{"mnuCDbar", "CD Bar"};
-    MenuItem bars{"mnuGetToolbars", "Toolbars", {&tool, &cd}};
-    MenuItem prefs{"mnuPrefs", "Preferences", {&bars}};
+    Form form{"Form1"};
+    MenuItem open{form, "mnuOpenfile", "Open"};
+    MenuItem remove{form, "mnuFileRemove", "Remove from List"};
+    MenuItem popup{form, "mnupopup", "popup", {&remove}};
+    MenuItem file{form, "mnuFile", "File", {&open, &popup}};
+    MenuItem tool{form, "mnuToolbar", "ToolBar"};
+    MenuItem cd{form, "mnuCDbar", "CD Bar"};
+    MenuItem bars{form, "mnuGetToolbars", "Toolbars", {&tool, &cd}};
+    MenuItem prefs{form, "mnuPrefs", "Preferences", {&bars}};
     QWidget window;
     MenuBarView* bar = nullptr;
 };

@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "ui/mouse.h"
+
 namespace sonarith {
 
 BarView::BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent)
@@ -34,7 +36,12 @@ void BarView::paintEvent(QPaintEvent*) {
 
 PictureView::PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,
                          QWidget* parent)
-    : QWidget(parent), symbol_(symbol), side_(side), view_(model, *this, {}, std::move(label)) {}
+
+    : QWidget(parent),
+      model_(model),
+      symbol_(symbol),
+      side_(side),
+      view_(model, *this, {}, std::move(label)) {}
 
 void PictureView::paintEvent(QPaintEvent*) {
     if (!symbol_) {
@@ -48,12 +55,13 @@ void PictureView::paintEvent(QPaintEvent*) {
 }
 
 void PictureView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && onLeftPress) {
-        onLeftPress();
-        event->accept();
-    } else {
-        event->ignore();
-    }
+    event->setAccepted(static_cast<bool>(model_.onMouseDown));
+    run(model_.onMouseDown, pressed(*event));
+}
+
+void PictureView::mouseMoveEvent(QMouseEvent* event) {
+    event->setAccepted(static_cast<bool>(model_.onMouseMove));
+    run(model_.onMouseMove, held(*event));
 }
 
 } // namespace sonarith

@@ -2,12 +2,11 @@
 // Shows a PictureBox: a bar that holds other widgets, or a picture of ours.
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include <QWidget>
 
-#include "platform/controls/basic_controls.h"
+#include "platform/controls/picture_box.h"
 #include "ui/control_view.h"
 #include "ui/icons.h"
 
@@ -32,17 +31,17 @@ class PictureView : public QWidget {
     PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,
                 QWidget* parent);
 
-    /// A left press on the picture; without this, presses are left to the widgets beneath.
-    std::function<void()> onLeftPress;
-
     [[nodiscard]] QSize sizeHint() const override { return {side_, side_}; }
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    /// Presses that the model has no handler for are left to the widgets beneath.
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
+    PictureBox& model_;
     std::optional<Symbol> symbol_;
     int side_;
     ControlView view_;

@@ -5,26 +5,46 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
-TEST(PictureView, ALeftPressAloneIsReported) {
-    PictureBox model("Image3");
+TEST(PictureView, PressesAndMovesAreReportedWithTheirButtons) {
+    Form form("Form1");
+    PictureBox model(form, "Image3");
     QWidget parent;
     PictureView view(model, "Hand grip", Symbol::hand, 16, &parent);
-    int presses = 0;
-    view.onLeftPress = [&] {
-        ++presses;
+    std::vector<std::string> log;
+    model.onMouseDown = [&](MouseButtons buttons) {
+        log.emplace_back(buttons.left ? "left" : buttons.right ? "right" : "none");
+    };
+    model.onMouseMove = [&](MouseButtons down) {
+        log.emplace_back(down.left ? "moved, left down" : "moved");
     };
     parent.show();
     QTest::mouseClick(&view, Qt::RightButton);
-    EXPECT_EQ(presses, 0);
-    QTest::mouseClick(&view, Qt::LeftButton);
-    EXPECT_EQ(presses, 1);
+    QTest::mousePress(&view, Qt::LeftButton);
+    QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), view.mapToGlobal(QPointF(3, 3)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &move);
+    EXPECT_THAT(log, testing::ElementsAre("right", "left", "moved, left down"));
+}
+
+TEST(PictureView, APressWithoutAHandlerIsLeftToTheWidgetsBeneath) {
+    Form form("Form1");
+    PictureBox model(form, "Image3");
+    QWidget parent;
+    PictureView view(model, "Hand grip", Symbol::hand, 16, &parent);
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(3, 3), view.mapToGlobal(QPointF(3, 3)),
+                      Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &press);
+    EXPECT_FALSE(press.isAccepted());
 }
 
 TEST(PictureView, PaintsItsSymbolAndNothingWithoutOne) {
-    PictureBox model("Image5");
+    Form form("Form1");
+    PictureBox model(form, "Image5");
     QWidget parent;
     PictureView bare(model, "", std::nullopt, 18, &parent);
     PictureView shown(model, "", Symbol::disc, 18, &parent);
@@ -34,7 +54,8 @@ TEST(PictureView, PaintsItsSymbolAndNothingWithoutOne) {
 }
 
 TEST(BarView, DrawsItsLineAlongTheEdgeThatWasAskedFor) {
-    PictureBox model("Picture1");
+    Form form("Form1");
+    PictureBox model(form, "Picture1");
     QWidget parent;
     BarView bar(model, "Status bar", Qt::TopEdge, &parent);
     bar.resize(20, 10);

@@ -4,7 +4,7 @@
 namespace sonarith {
 
 ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
-    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model] {
+    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model](Property) {
           setRange(model.minimum(), model.maximum());
           setValue(model.value());
       }) {

@@ -3,11 +3,14 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
 TEST(ProgressView, FollowsTheControlsValue) {
-    ProgressBar model("ProgressBar1", 0, 100);
+    Form form("Form1");
+    ProgressBar model(form, "ProgressBar1", 0, 100);
     QWidget parent;
     const ProgressView view(model, "Progress", &parent);
     EXPECT_EQ(view.value(), 0);

@@ -16,6 +16,7 @@
 #include <QWidget>
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
 #include "platform/qt/dialog_loop.h"
 #include "ui/label_editor.h"
 #include "ui/tree_view_adapter.h"
@@ -30,8 +31,8 @@ class TreeFixture : public testing::Test {
         mp3 = add(collection, "MP3 Files");
         first = add(wav, "one.wav");
         second = add(wav, "two.wav");
-        tree.setWidth(300 * 15);
-        tree.setHeight(300 * 15);
+        tree.setWidth(Twips(300 * 15));
+        tree.setHeight(Twips(300 * 15));
         adapter = std::make_unique<TreeViewAdapter>(tree, "Work tree", &window);
         window.resize(300, 300);
         window.show();
@@ -126,7 +127,8 @@ class TreeFixture : public testing::Test {
         QTest::keyClick(&widget(), key, modifiers);
     }
 
-    TreeView tree{"TreeView1"};
+    Form form{"Form1"};
+    TreeView tree{form, "TreeView1"};
     QWidget window;
     NodeRef collection;
     NodeRef wav;

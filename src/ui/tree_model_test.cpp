@@ -8,13 +8,16 @@
 #include "ui/tool_tip.h"
 #include "ui/tree_view_adapter.h"
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
 using Reporting = QAbstractItemModelTester::FailureReportingMode;
 
 TEST(TreeModel, ReadsTextsAndStructureFromTheTree) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     const NodeRef root = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
     const NodeRef child = tree.add(root, "g", "Gruppe \xC3\x9C", 2, 5).value();
     const TreeModel model(tree);
@@ -30,7 +33,8 @@ TEST(TreeModel, ReadsTextsAndStructureFromTheTree) {
 }
 
 TEST(TreeModel, AFileNameIsNoMarkupInItsToolTip) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     const NodeRef node = tree.add(nullptr, "p", "<b>x</b>.mp3", 3, 6).value();
     const TreeModel model(tree);
     EXPECT_EQ(model.indexOf(node).data(Qt::DisplayRole).toString(), "<b>x</b>.mp3");
@@ -40,7 +44,8 @@ TEST(TreeModel, AFileNameIsNoMarkupInItsToolTip) {
 }
 
 TEST(TreeModel, ANodeThatIsNotInTheTreeHasNoIndex) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     const TreeModel model(tree);
     const NodeRef node = tree.add(nullptr, "f", "gone", 1, 4).value();
     tree.remove(node).passOver();
@@ -50,7 +55,8 @@ TEST(TreeModel, ANodeThatIsNotInTheTreeHasNoIndex) {
 }
 
 TEST(TreeModel, TheSelectedNodeShowsItsOtherPicture) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
     const TreeModel model(tree);
     const auto picture = [&] {
@@ -62,7 +68,8 @@ TEST(TreeModel, TheSelectedNodeShowsItsOtherPicture) {
 }
 
 TEST(TreeModel, KeepsTheRulesOfItemModelsThroughEveryChange) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     QWidget window;
     TreeViewAdapter adapter(tree, "", &window);
     // Ends the test program at the first broken rule.

@@ -11,8 +11,8 @@ namespace {
 using TreeViewAdapterTest = TreeFixture;
 
 TEST_F(TreeViewAdapterTest, TheWidgetStandsWhereTheControlSays) {
-    tree.setLeft(285);
-    tree.setTop(900);
+    tree.setLeft(285_twips);
+    tree.setTop(900_twips);
     EXPECT_EQ(widget().geometry(), QRect(19, 60, 300, 300));
     EXPECT_EQ(widget().objectName(), "TreeView1");
     EXPECT_EQ(widget().accessibleName(), "Work tree");

@@ -55,8 +55,8 @@ TEST_F(TreeEditTest, TheEditorFollowsItsRowAndCoversNothingBesideTheTree) {
     for (int i = 0; i < 50; ++i) {
         add(wav, std::to_string(i));
     }
-    tree.setLeft(10 * 15);
-    tree.setTop(20 * 15);
+    tree.setLeft(150_twips);
+    tree.setTop(300_twips);
     EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
     QScrollBar& bar = *widget().verticalScrollBar();
     bar.setValue(1);

@@ -2,9 +2,9 @@
 #include "worktree/add_file.h"
 
 #include <chrono>
-#include <cstdint>
 
 #include "platform/text/unicode.h"
+#include "settings/least_file_length.h"
 #include "settings/path_helpers.h"
 #include "worktree/tree_nodes.h"
 
@@ -16,18 +16,15 @@ namespace {
 
 /// What the file's writer is given to finish with it.
 constexpr EventLoop::Duration settlingTime = 300ms;
-/// A shorter file is taken for an empty one: a bare WAV header has 44 bytes. A round figure, not a
-/// measured one.
-constexpr std::int64_t leastLengthInBytes = 100;
 
 } // namespace
 
 bool FileAdder::worthShowing(const std::string& path) const {
-    return files_.fileLength(path).valueOr(0) >= leastLengthInBytes;
+    return platform_.files.fileLength(path).valueOr(0) >= leastFileLength;
 }
 
 void FileAdder::Cmaddfile2(std::string path) {
-    loop_.waitFor(settlingTime);
+    platform_.loop.waitFor(settlingTime);
     path = lowerCase(path);
     if (!worthShowing(path)) {
         return;
@@ -49,14 +46,14 @@ void FileAdder::Cmaddfile2(std::string path) {
     } else if (isMp3) {
         group = firstNodeOfText(tree, mp3FilesText);
     }
-    loop_.yield();
+    platform_.loop.yield();
 
     const std::string text = process_.settings.showFullPath != 0 ? path : name;
     // A file of another type has no group, and so gets no node.
     if (const auto added = addItem(tree, group, "p name" + text, text); added.ok()) {
         tree.ensureVisible(added.value()).passOver();
     }
-    loop_.yield();
+    platform_.loop.yield();
 
     if (!isWav && !isMp3) {
         return;

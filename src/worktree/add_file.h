@@ -6,16 +6,16 @@
 #include <string>
 
 #include "forms/form1.h"
-#include "platform/event_loop.h"
-#include "platform/file_system.h"
+#include "platform/platform.h"
 #include "settings/process_state.h"
 
 namespace sonarith {
 
 class FileAdder {
   public:
-    FileAdder(Form1& form, ProcessState& process, FileSystem& files, EventLoop& loop)
-        : form_(form), process_(process), files_(files), loop_(loop) {}
+    /// All outlive this.
+    FileAdder(const Platform& platform, ProcessState& process, Form1& form)
+        : platform_(platform), process_(process), form_(form) {}
 
     /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group, an entry on top
     /// of its list, both in lower case. Nothing happens, and nobody is told, for a file that is too
@@ -25,10 +25,9 @@ class FileAdder {
   private:
     [[nodiscard]] bool worthShowing(const std::string& path) const;
 
-    Form1& form_;
+    const Platform& platform_;
     ProcessState& process_;
-    FileSystem& files_;
-    EventLoop& loop_;
+    Form1& form_;
 };
 
 } // namespace sonarith

@@ -8,6 +8,16 @@
 
 namespace sonarith {
 
+LabelEdit::LabelEdit(const Platform& platform, ProcessState& process, Form1& form, DragState& drag)
+    : platform_(platform), process_(process), form_(form), drag_(drag) {
+    form_.TreeView1.onBeforeLabelEdit = [this](bool& cancel) {
+        TreeView1_BeforeLabelEdit(cancel);
+    };
+    form_.TreeView1.onAfterLabelEdit = [this](bool& cancel, const std::string& text) {
+        TreeView1_AfterLabelEdit(cancel, text);
+    };
+}
+
 void LabelEdit::TreeView1_BeforeLabelEdit(bool& cancel) const {
     const NodeRef selected = form_.TreeView1.selectedItem();
     cancel = !selected || !hasFileEnding(selected->text());
@@ -63,7 +73,7 @@ Status LabelEdit::renameFirst(const std::string& oldName, const std::string& new
             }
             // The folder of this very entry, set by the call above.
             const std::string renamed = process_.SplitDir + newText;
-            const Status status = files_.rename(entry, renamed);
+            const Status status = platform_.files.rename(entry, renamed);
             return status.ok() ? list->setList(i, renamed) : status;
         }
     }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "forms/form1.h"
-#include "platform/file_system.h"
+#include "platform/platform.h"
 #include "platform/result.h"
 #include "settings/process_state.h"
 #include "worktree/drag_state.h"
@@ -15,8 +15,10 @@ namespace sonarith {
 
 class LabelEdit {
   public:
-    LabelEdit(Form1& form, ProcessState& process, FileSystem& files, DragState& drag)
-        : form_(form), process_(process), files_(files), drag_(drag) {}
+    /// Becomes the handler of the tree's label edits. All outlive this.
+    LabelEdit(const Platform& platform, ProcessState& process, Form1& form, DragState& drag);
+    LabelEdit(const LabelEdit&) = delete;
+    LabelEdit& operator=(const LabelEdit&) = delete;
 
     /// Refuses the edit (`cancel`) unless the selected node's text ends in ".wav", ".WAV", ".mp3"
     /// or ".MP3".
@@ -32,9 +34,9 @@ class LabelEdit {
                        std::initializer_list<ListBox*> lists);
     void takeAsSelection(const NodeRef& node);
 
-    Form1& form_;
+    const Platform& platform_;
     ProcessState& process_;
-    FileSystem& files_;
+    Form1& form_;
     DragState& drag_;
 };
 

@@ -19,8 +19,9 @@ enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
   public:
-    ListMoves(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag)
-        : form_(form), process_(process), loop_(loop), drag_(drag) {}
+    /// All outlive this.
+    ListMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
+        : loop_(loop), process_(process), form_(form), drag_(drag) {}
 
     /// Moves the entry that `text` names, by the parents of DragNode and of the selected node: the
     /// first rule that fits, or none. Yields after each entry that it removes from a file list.
@@ -39,9 +40,9 @@ class ListMoves {
     void returnMp3(const std::string& s);
     void removeEntries(ListBox& list, const Test& leaves);
 
-    Form1& form_;
-    ProcessState& process_;
     EventLoop& loop_;
+    ProcessState& process_;
+    Form1& form_;
     DragState& drag_;
 };
 

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 /// One root with all six groups, and an item in each that DragNode and the selection can stand on.
 struct ListMovesTest : test::WorkTreeWorld {
-    ListMoves lists{form, process, loop, drag};
+    ListMoves lists{loop, process, form, drag};
 
     ListMovesTest() {
         tree.ShowFilesOneRoot();

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
 int levelOfKey(const std::string& key) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     return NodeLevel(tree.add(nullptr, key, "p text", 1, 1).value());
 }
 
@@ -27,7 +30,8 @@ TEST(NodeLevel, IsZeroForNoNodeAndForAnyOtherKey) {
 }
 
 TEST(NodeLevel, StaysWhatItIsWhereverTheNodeIsMoved) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     const NodeRef root = tree.add(nullptr, "f 1", "a", 1, 1).value();
     const NodeRef group = tree.add(root, "g 1", "b", 1, 1).value();
     const NodeRef other = tree.add(nullptr, "f 2", "c", 1, 1).value();

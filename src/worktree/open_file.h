@@ -1,25 +1,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds a file that a person picks by hand. Whether it is worth adding is FileAdder's to say.
+// Adds a file that the user picks by hand. Whether it is worth adding is FileAdder's to say.
 #pragma once
 
 #include <string>
 
+#include "forms/form1.h"
 #include "platform/file_dialog.h"
+#include "settings/process_state.h"
 #include "worktree/add_file.h"
 
 namespace sonarith {
 
 class OpenFile {
   public:
-    OpenFile(FileDialog& CommonDialog1, FileAdder& adder)
-        : CommonDialog1_(CommonDialog1), adder_(adder) {}
+    /// Becomes the handler of mnuOpenfile. All outlive this.
+    OpenFile(FileDialog& CommonDialog1, const ProcessState& process, Form1& form, FileAdder& adder);
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
 
-    /// Lets a person choose a file and adds it. Yields while the dialog is up, and as long as
+    /// Lets the user choose a file and adds it. Yields while the dialog is up, and as long as
     /// Cmaddfile2 does.
     void mnuOpenfile_Click();
 
   private:
     FileDialog& CommonDialog1_;
+    const ProcessState& process_;
     FileAdder& adder_;
     /// The dialog's file name, kept from use to use.
     std::string FileName_;

@@ -28,6 +28,19 @@ bool isStartableGroup(const std::string& lowered) {
 
 } // namespace
 
+PopupMenu::PopupMenu(const Platform& platform, ProcessState& process, Form1& form, DragState& drag)
+    : platform_(platform), process_(process), form_(form), drag_(drag) {
+    form_.mnupopup.onOpen = [this] {
+        mnupopup_Open();
+    };
+    form_.mnuFileRemove.onClick = [this] {
+        mnuFileRemove_Click();
+    };
+    form_.mnuRemoveDelete.onClick = [this] {
+        mnuRemoveDelete_Click();
+    };
+}
+
 void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
@@ -68,7 +81,7 @@ void PopupMenu::mnuFileRemove_Click() {
     if (!hasFileEnding(text)) {
         return;
     }
-    loop_.yield();
+    platform_.loop.yield();
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
@@ -88,7 +101,7 @@ void PopupMenu::mnuRemoveDelete_Click() {
         !lowered.ends_with(".wav") && !lowered.ends_with(".mp3")) {
         return;
     }
-    loop_.yield();
+    platform_.loop.yield();
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
@@ -108,7 +121,7 @@ void PopupMenu::removeNode(const std::string& text) {
 /// Deletes the file of an entry, and the entry whatever became of the file.
 void PopupMenu::destroy(ListBox& list, int index) {
     const std::string entry = list.list(index);
-    p_DestroyFile(entry, files_, loop_).passOver();
+    p_DestroyFile(entry, platform_.files, platform_.loop).passOver();
     // The deletion yields: by now the entry may stand elsewhere, or be gone.
     int now = 0;
     while (now < list.listCount() && list.list(now) != entry) {

@@ -6,8 +6,7 @@
 #include <string>
 
 #include "forms/form1.h"
-#include "platform/event_loop.h"
-#include "platform/file_system.h"
+#include "platform/platform.h"
 #include "settings/process_state.h"
 #include "worktree/drag_state.h"
 
@@ -15,9 +14,10 @@ namespace sonarith {
 
 class PopupMenu {
   public:
-    PopupMenu(Form1& form, ProcessState& process, FileSystem& files, EventLoop& loop,
-              DragState& drag)
-        : form_(form), process_(process), files_(files), loop_(loop), drag_(drag) {}
+    /// Becomes the handler of the popup and of its two entries. All outlive this.
+    PopupMenu(const Platform& platform, ProcessState& process, Form1& form, DragState& drag);
+    PopupMenu(const PopupMenu&) = delete;
+    PopupMenu& operator=(const PopupMenu&) = delete;
 
     /// Opens and closes the entries by DragNode before the menu shows. An entry that no rule
     /// touches keeps the state of the time before.
@@ -40,10 +40,9 @@ class PopupMenu {
     void removeNode(const std::string& text);
     void destroy(ListBox& list, int index);
 
-    Form1& form_;
+    const Platform& platform_;
     ProcessState& process_;
-    FileSystem& files_;
-    EventLoop& loop_;
+    Form1& form_;
     DragState& drag_;
 };
 

@@ -12,15 +12,15 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string wav = "c:\\music\\a.wav";
-const std::string mp3 = "c:\\music\\b.mp3";
+const std::string wavFile = "c:\\music\\a.wav";
+const std::string mp3File = "c:\\music\\b.mp3";
 
 struct PopupMenuTest : test::WorkTreeWorld {
     PopupMenuTest() {
         disc({"Track  1 - 00:03:05"});
-        finder.files[destination]["wav"] = {wav};
-        finder.files[destination]["mp3"] = {mp3};
-        for (const std::string& path : {wav, mp3}) {
+        finder.files[destination]["wav"] = {wavFile};
+        finder.files[destination]["mp3"] = {mp3File};
+        for (const std::string& path : {wavFile, mp3File}) {
             disk.addFile(path, std::string(200, 'x'));
         }
         tree.showfiles();
@@ -59,12 +59,12 @@ struct PopupMenuTest : test::WorkTreeWorld {
 // --- which entries are open --------------------------------------------------------------------
 
 TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
-    expectBothWays(node(wav), "D-R");
+    expectBothWays(node(wavFile), "D-R");
     expectBothWays(addTo("WAV Files", "B.WAV"), "D-R");
 }
 
 TEST_F(PopupMenuTest, AnMp3CanBeStartedToo) {
-    expectBothWays(node(mp3), "DSR");
+    expectBothWays(node(mp3File), "DSR");
     expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
 }
 
@@ -86,9 +86,9 @@ TEST_F(PopupMenuTest, FourGroupsCanBeStarted) {
 }
 
 TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsTheStateOfTheOpeningBefore) {
-    open(node(mp3));
+    open(node(mp3File));
     EXPECT_EQ(open(node("WAV Files")), "DSR");
-    open(node(wav));
+    open(node(wavFile));
     EXPECT_EQ(open(node("WAV Files")), "D-R");
     open(node("CD Tracks"));
     EXPECT_EQ(open(node("WAV Files")), "---");
@@ -106,7 +106,7 @@ TEST_F(PopupMenuTest, ACollectionAndNoNodeCloseAllThreeAndLeaveTheOthersOpen) {
 TEST_F(PopupMenuTest, OpeningTakesTheLevelOfTheNode) {
     open(node("CD Tracks"));
     EXPECT_EQ(drag.DragLevel, 1);
-    open(node(wav));
+    open(node(wavFile));
     EXPECT_EQ(drag.DragLevel, 3);
     open(nullptr);
     EXPECT_EQ(drag.DragLevel, 0);
@@ -115,24 +115,26 @@ TEST_F(PopupMenuTest, OpeningTakesTheLevelOfTheNode) {
 // --- remove from the list ------------------------------------------------------------------------
 
 TEST_F(PopupMenuTest, RemoveTakesNodeAndEntryAndKeepsTheFile) {
-    press(node(wav), {.right = true});
+    press(node(wavFile), {.right = true});
     form.mnuFileRemove.click();
-    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_EQ(node(wavFile), nullptr);
     EXPECT_THAT(lines(form.List1), IsEmpty());
-    EXPECT_TRUE(disk.fileExists(wav));
+    EXPECT_TRUE(disk.fileExists(wavFile));
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
 TEST_F(PopupMenuTest, RemoveLooksThroughTheListsInOrderAndStopsAtTheFirstHit) {
     for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
-        fill(*list, {"x", wav, wav});
+        fill(*list, {"x", wavFile, wavFile});
     }
     ListBox* const order[] = {&form.List1, &form.List2, &form.List4, &form.List5};
     for (ListBox* list : order) {
-        drag.DragNode = addItem(view, node("WAV Files"), "p again " + list->name(), wav).value();
+        drag.DragNode =
+            addItem(view, node("WAV Files"), "p again " + list->name(), wavFile).value();
         form.mnuFileRemove.click();
-        EXPECT_THAT(lines(*list), ElementsAre("x", wav)) << list->name();
-        drag.DragNode = addItem(view, node("WAV Files"), "p twice " + list->name(), wav).value();
+        EXPECT_THAT(lines(*list), ElementsAre("x", wavFile)) << list->name();
+        drag.DragNode =
+            addItem(view, node("WAV Files"), "p twice " + list->name(), wavFile).value();
         form.mnuFileRemove.click();
         EXPECT_THAT(lines(*list), ElementsAre("x")) << list->name();
     }
@@ -143,7 +145,7 @@ TEST_F(PopupMenuTest, RemoveOfABareNameLeavesTheEntrySoThatTheFileIsStillWorkedO
     press(node("b.mp3"), {.right = true});
     form.mnuFileRemove.click();
     EXPECT_EQ(node("b.mp3"), nullptr);
-    EXPECT_THAT(lines(form.List2), ElementsAre(mp3));
+    EXPECT_THAT(lines(form.List2), ElementsAre(mp3File));
 }
 
 TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
@@ -159,18 +161,18 @@ TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
 }
 
 TEST_F(PopupMenuTest, RemoveYieldsBeforeItLooksForTheNode) {
-    press(node(wav), {.right = true});
+    press(node(wavFile), {.right = true});
     const int yields = loop.yieldCount();
     bool stoodThere = false;
-    loop.atYield(1, [&] { stoodThere = node(wav) != nullptr; });
+    loop.atYield(1, [&] { stoodThere = node(wavFile) != nullptr; });
     form.mnuFileRemove.click();
     EXPECT_EQ(loop.yieldCount() - yields, 1);
     EXPECT_TRUE(stoodThere);
 }
 
 TEST_F(PopupMenuTest, TheFirstNodeOfTheTextGoesWhicheverWasClicked) {
-    const NodeRef first = node(wav);
-    drag.DragNode = addItem(view, node("MP3 Files"), "p second", wav).value();
+    const NodeRef first = node(wavFile);
+    drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
     EXPECT_TRUE(first->removed());
     EXPECT_FALSE(drag.DragNode->removed());
@@ -187,19 +189,19 @@ TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheEntries) {
 // --- remove and delete ---------------------------------------------------------------------------
 
 TEST_F(PopupMenuTest, DeleteTakesNodeFileAndEntryUnasked) {
-    press(node(mp3), {.right = true});
+    press(node(mp3File), {.right = true});
     form.mnuRemoveDelete.click();
-    EXPECT_EQ(node(mp3), nullptr);
-    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_EQ(node(mp3File), nullptr);
+    EXPECT_FALSE(disk.fileExists(mp3File));
     EXPECT_THAT(lines(form.List2), IsEmpty());
-    EXPECT_TRUE(disk.fileExists(wav));
+    EXPECT_TRUE(disk.fileExists(wavFile));
 }
 
 TEST_F(PopupMenuTest, DeleteFindsTheEntryOfABareNameUnlikeRemove) {
     bareNames();
     press(node("b.mp3"), {.right = true});
     form.mnuRemoveDelete.click();
-    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_FALSE(disk.fileExists(mp3File));
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
@@ -223,21 +225,21 @@ TEST_F(PopupMenuTest, DeleteDoesNothingForAnythingElse) {
 }
 
 TEST_F(PopupMenuTest, AFileThatCannotBeDeletedStaysWhileNodeAndEntryAreGone) {
-    disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wav,
+    disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
-    press(node(wav), {.right = true});
+    press(node(wavFile), {.right = true});
     form.mnuRemoveDelete.click();
-    EXPECT_TRUE(disk.fileExists(wav));
-    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_TRUE(disk.fileExists(wavFile));
+    EXPECT_EQ(node(wavFile), nullptr);
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
 TEST_F(PopupMenuTest, AFileThatNoListHoldsStaysOnDisk) {
     form.List1.clear();
-    press(node(wav), {.right = true});
+    press(node(wavFile), {.right = true});
     form.mnuRemoveDelete.click();
-    EXPECT_TRUE(disk.fileExists(wav));
-    EXPECT_EQ(node(wav), nullptr);
+    EXPECT_TRUE(disk.fileExists(wavFile));
+    EXPECT_EQ(node(wavFile), nullptr);
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
@@ -261,25 +263,25 @@ TEST_F(PopupMenuTest, OneCommandDeletesOneFile) {
     fill(form.List4, {"c:\\other\\b.mp3"});
     press(node("b.mp3"), {.right = true});
     form.mnuRemoveDelete.click();
-    EXPECT_FALSE(disk.fileExists(mp3));
+    EXPECT_FALSE(disk.fileExists(mp3File));
     EXPECT_TRUE(disk.fileExists("c:\\other\\b.mp3"));
     EXPECT_THAT(lines(form.List4), ElementsAre("c:\\other\\b.mp3"));
 }
 
 TEST_F(PopupMenuTest, TheEntryGoesAlsoWhenTheListHasMovedDuringTheDeletion) {
-    press(node(wav), {.right = true});
+    press(node(wavFile), {.right = true});
     loop.after(100ms, [this] { putOnTop(form.List1, "c:\\music\\new.wav", form.List7); });
     form.mnuRemoveDelete.click();
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav"));
 }
 
 TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotTurnTheCommandToAnotherFile) {
-    press(node(wav), {.right = true});
-    loop.atYield(1, [this] { press(node(mp3)); });
+    press(node(wavFile), {.right = true});
+    loop.atYield(1, [this] { press(node(mp3File)); });
     form.mnuRemoveDelete.click();
-    EXPECT_FALSE(disk.fileExists(wav));
-    EXPECT_TRUE(disk.fileExists(mp3));
-    EXPECT_NE(node(mp3), nullptr);
+    EXPECT_FALSE(disk.fileExists(wavFile));
+    EXPECT_TRUE(disk.fileExists(mp3File));
+    EXPECT_NE(node(mp3File), nullptr);
 }
 
 /// What else may happen while a file is deleted: before it is looked for (the first yield), and
@@ -302,10 +304,10 @@ TEST_F(PopupMenuTest, WhateverHappensInsideADeletionTreeAndListsAgree) {
     for (const InTheMeantime& meantime : cases) {
         for (int n = 1; n <= 10; ++n) {
             SCOPED_TRACE(meantime.what + std::string(" inside yield ") + std::to_string(n));
-            disk.addFile(wav, "x");
+            disk.addFile(wavFile, "x");
             view.clear();
             tree.showfiles();
-            press(node(wav), {.right = true});
+            press(node(wavFile), {.right = true});
             int happened = 0;
             loop.atYield(n, [&] {
                 ++happened;
@@ -313,11 +315,11 @@ TEST_F(PopupMenuTest, WhateverHappensInsideADeletionTreeAndListsAgree) {
             });
             form.mnuRemoveDelete.click();
             EXPECT_EQ(happened, 1);
-            EXPECT_EQ(disk.fileExists(wav), n == 1 && !meantime.fileGoesAtFirstYield);
-            EXPECT_EQ(node(wav), nullptr);
+            EXPECT_EQ(disk.fileExists(wavFile), n == 1 && !meantime.fileGoesAtFirstYield);
+            EXPECT_EQ(node(wavFile), nullptr);
             EXPECT_THAT(lines(form.List1), IsEmpty());
-            EXPECT_TRUE(disk.fileExists(mp3));
-            EXPECT_THAT(lines(form.List2), ElementsAre(mp3));
+            EXPECT_TRUE(disk.fileExists(mp3File));
+            EXPECT_THAT(lines(form.List2), ElementsAre(mp3File));
         }
     }
 }
@@ -325,15 +327,15 @@ TEST_F(PopupMenuTest, WhateverHappensInsideADeletionTreeAndListsAgree) {
 TEST_F(PopupMenuTest, ARefreshInsideADeletionTakesTheFileOutAgainOnlyIfItComesFirst) {
     for (int n = 1; n <= 10; ++n) {
         SCOPED_TRACE(n);
-        disk.addFile(wav, "x");
+        disk.addFile(wavFile, "x");
         view.clear();
         tree.showfiles();
-        press(node(wav), {.right = true});
+        press(node(wavFile), {.right = true});
         loop.atYield(n, [this] { tree.showfiles(); });
         form.mnuRemoveDelete.click();
-        EXPECT_FALSE(disk.fileExists(wav));
+        EXPECT_FALSE(disk.fileExists(wavFile));
         // The scan of a refresh that comes later still finds the file, and the node comes back.
-        EXPECT_EQ(node(wav) != nullptr, n > 1);
+        EXPECT_EQ(node(wavFile) != nullptr, n > 1);
         EXPECT_THAT(lines(form.List1), IsEmpty());
     }
 }

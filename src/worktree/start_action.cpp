@@ -5,9 +5,17 @@
 
 namespace sonarith {
 
+ActionStarter::ActionStarter(ProcessState& process, Windows& windows)
+    : process_(process), windows_(windows), form_(windows.Form1) {
+    form_.CmdSelectAction.onClick = [this] {
+        CmdSelectAction_Click();
+    };
+}
+
 void ActionStarter::CmdSelectAction_Click() {
     if (process_.PlayerOpen) {
-        run(Form4_Command6_Click);
+        // The player may hold the disc.
+        windows_.Form4.Command6.click();
     }
     form_.Label5.setVisible(false);
     if (process_.settings.hdWarning == 1) {

@@ -3,10 +3,8 @@
 // actions themselves are procedures of the main window.
 #pragma once
 
-#include <functional>
 #include <string>
 
-#include "forms/form1.h"
 #include "forms/windows.h"
 #include "settings/process_state.h"
 
@@ -14,21 +12,20 @@ namespace sonarith {
 
 class ActionStarter {
   public:
-    ActionStarter(Form1& form, ProcessState& process, Windows& windows)
-        : form_(form), process_(process), windows_(windows) {}
+    /// Becomes the handler of CmdSelectAction. All outlive this.
+    ActionStarter(ProcessState& process, Windows& windows);
+    ActionStarter(const ActionStarter&) = delete;
+    ActionStarter& operator=(const ActionStarter&) = delete;
 
     /// The button "Start ". Returns only when the action has ended.
     void CmdSelectAction_Click();
 
-    /// Switches the player off, which may hold the disc. Empty: there is no player.
-    std::function<void()> Form4_Command6_Click;
-
   private:
     void runActionFor(const std::string& text);
 
-    Form1& form_;
     ProcessState& process_;
     Windows& windows_;
+    Form1& form_;
 };
 
 } // namespace sonarith

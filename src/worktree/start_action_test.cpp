@@ -15,7 +15,7 @@ using testing::IsEmpty;
 const std::string t1 = "Track  1 - 00:03:05";
 
 struct StartActionTest : test::WorkTreeWorld {
-    ActionStarter starter{form, process, windows};
+    ActionStarter& starter = jobs.starter;
     std::vector<std::string> log;
 
     StartActionTest() {
@@ -28,7 +28,7 @@ struct StartActionTest : test::WorkTreeWorld {
                 log.push_back(what);
             };
         };
-        starter.Form4_Command6_Click = note("player off");
+        windows.Form4.Command6.onClick = note("player off");
         form.mnuMinimize.onClick = note("minimize");
         form.cmdStart.onClick = note("cmdStart");
         form.CmdDecoder.onClick = note("CmdDecoder");
@@ -86,12 +86,6 @@ TEST_F(StartActionTest, SwitchesThePlayerOffOnlyIfItIsOpen) {
     EXPECT_THAT(start("WAV Files"), ElementsAre("player off"));
 }
 
-TEST_F(StartActionTest, WithoutAPlayerNothingIsSwitchedOff) {
-    process.PlayerOpen = true;
-    starter.Form4_Command6_Click = nullptr;
-    EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
-}
-
 TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
     process.PlayerOpen = true;
     process.settings.hdWarning = 1;
@@ -102,7 +96,7 @@ TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
                       (process.stopRequested ? " stop" : "") +
                       (form.Timer1.enabled() ? " clearing" : ""));
     };
-    starter.Form4_Command6_Click = [&] {
+    windows.Form4.Command6.onClick = [&] {
         look("player off");
     };
     form.mnuMinimize.onClick = [&] {

@@ -22,6 +22,19 @@ bool refuses(const std::string& target, const std::string& dragged) {
 
 } // namespace
 
+TreeDrag::TreeDrag(Form1& form, DragState& drag, TreeMoves& moves)
+    : form_(form), drag_(drag), moves_(moves) {
+    form_.TreeView1.onMouseMove = [this](MouseButtons down, const NodeRef&) {
+        TreeView1_MouseMove(down);
+    };
+    form_.TreeView1.onDragOver = [this](const NodeRef& target) {
+        TreeView1_DragOver(target);
+    };
+    form_.TreeView1.onDragDrop = [this](const NodeRef&) {
+        TreeView1_DragDrop();
+    };
+}
+
 void TreeDrag::TreeView1_MouseMove(MouseButtons down) {
     if (drag_.InDrag || !down.left || down.right) {
         return;

@@ -13,8 +13,10 @@ namespace sonarith {
 
 class TreeDrag {
   public:
-    TreeDrag(Form1& form, DragState& drag, TreeMoves& moves)
-        : form_(form), drag_(drag), moves_(moves) {}
+    /// Becomes the handler of the tree's mouse moves and drags. All outlive this.
+    TreeDrag(Form1& form, DragState& drag, TreeMoves& moves);
+    TreeDrag(const TreeDrag&) = delete;
+    TreeDrag& operator=(const TreeDrag&) = delete;
 
     /// Begins to drag DragNode if the left button alone is down. Groups are not dragged.
     void TreeView1_MouseMove(MouseButtons down);

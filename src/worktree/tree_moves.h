@@ -15,8 +15,9 @@ namespace sonarith {
 
 class TreeMoves {
   public:
-    TreeMoves(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag)
-        : form_(form), loop_(loop), drag_(drag), lists_(form, process, loop, drag) {}
+    /// All outlive this.
+    TreeMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
+        : loop_(loop), form_(form), drag_(drag), lists_(loop, process, form, drag) {}
 
     /// The move that a double click asks for, of the selected node's text and DragNode. Nothing
     /// happens if nothing is selected. Yields; DragNode may be another one from then on.
@@ -35,8 +36,8 @@ class TreeMoves {
     void rebuildAvailableTracks();
     void moveFileNode();
 
-    Form1& form_;
     EventLoop& loop_;
+    Form1& form_;
     DragState& drag_;
     ListMoves lists_;
 };

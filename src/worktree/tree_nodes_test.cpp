@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
 struct TreeNodesTest : testing::Test {
-    TreeView tree{"TreeView1"};
+    Form form{"Form1"};
+    TreeView tree{form, "TreeView1"};
     NodeRef collection = addCollection(tree, "f 1", "collection").value();
     NodeRef group = addGroup(tree, collection, "g 1", "group").value();
     NodeRef item = addItem(tree, group, "p 1", "item").value();

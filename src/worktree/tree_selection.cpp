@@ -8,6 +8,20 @@
 
 namespace sonarith {
 
+TreeSelection::TreeSelection(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag,
+                             TreeMoves& moves)
+    : loop_(loop), process_(process), form_(form), drag_(drag), moves_(moves) {
+    form_.TreeView1.onMouseDown = [this](MouseButtons buttons, const NodeRef& at) {
+        TreeView1_MouseDown(buttons, at);
+    };
+    form_.TreeView1.onMouseUp = [this](MouseButtons, const NodeRef&) {
+        TreeView1_MouseUp();
+    };
+    form_.TreeView1.onDoubleClick = [this] {
+        TreeView1_DblClick();
+    };
+}
+
 void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at) {
     TreeView& tree = form_.TreeView1;
     drag_.DragNode = at;

@@ -13,9 +13,11 @@ namespace sonarith {
 
 class TreeSelection {
   public:
-    TreeSelection(Form1& form, ProcessState& process, EventLoop& loop, DragState& drag,
-                  TreeMoves& moves)
-        : form_(form), process_(process), loop_(loop), drag_(drag), moves_(moves) {}
+    /// Becomes the handler of the tree's presses, releases and double clicks. All outlive this.
+    TreeSelection(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag,
+                  TreeMoves& moves);
+    TreeSelection(const TreeSelection&) = delete;
+    TreeSelection& operator=(const TreeSelection&) = delete;
 
     /// Selects the node under the pointer, then opens the popup (right button) or starts label
     /// editing. The first step that fails ends it.
@@ -26,9 +28,9 @@ class TreeSelection {
     void TreeView1_DblClick();
 
   private:
-    Form1& form_;
-    ProcessState& process_;
     EventLoop& loop_;
+    ProcessState& process_;
+    Form1& form_;
     DragState& drag_;
     TreeMoves& moves_;
 };

@@ -26,29 +26,27 @@ void WorkTree::showfiles() {
     form_.show();
 
     // A failed add keeps the parent of before: what is new on a later build goes under the group
-    // that was added last, whatever its kind.
-    NodeRef collection;
-    NodeRef group;
-    addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection);
-    addGroup(tree, collection, "g Selected Tracks", selectedTracksText).storeIn(group);
-    tree.ensureVisible(group).passOver();
-    addGroup(tree, collection, "g Available Tracks", availableTracksText).storeIn(group);
-    addTracks(form_.lstTracks, group);
-    tree.ensureVisible(group).passOver();
+    // that was added last, whatever its kind, be it in an earlier build.
+    addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
+    addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
+    tree.ensureVisible(group_).passOver();
+    addGroup(tree, collection_, "g Available Tracks", availableTracksText).storeIn(group_);
+    addTracks(form_.lstTracks, group_);
+    tree.ensureVisible(group_).passOver();
 
-    addCollection(tree, "f Collection 2", "WAV Files Folder").storeIn(collection);
-    tree.ensureVisible(group).passOver();
-    addGroup(tree, collection, "g WAV Files", wavFilesText).storeIn(group);
-    const NodeRef lastWav = addFilesFromTheLast(form_.List1, ".wav", group, Reveal::nothing);
+    addCollection(tree, "f Collection 2", "WAV Files Folder").storeIn(collection_);
+    tree.ensureVisible(group_).passOver();
+    addGroup(tree, collection_, "g WAV Files", wavFilesText).storeIn(group_);
+    const NodeRef lastWav = addFilesFromTheLast(form_.List1, ".wav", group_, Reveal::nothing);
     tree.ensureVisible(lastWav).passOver();
 
-    addCollection(tree, "f Collection 3", "MP3 Files Folder").storeIn(collection);
-    addGroup(tree, collection, "g Selected MP3 Files", selectedMp3FilesText).storeIn(group);
+    addCollection(tree, "f Collection 3", "MP3 Files Folder").storeIn(collection_);
+    addGroup(tree, collection_, "g Selected MP3 Files", selectedMp3FilesText).storeIn(group_);
     // The key says "Available" where the text does not.
-    addGroup(tree, collection, "g Available MP3 Files", mp3FilesText).storeIn(group);
+    addGroup(tree, collection_, "g Available MP3 Files", mp3FilesText).storeIn(group_);
     reverse(form_.List1, form_.List7);
     const bool fullPath = process_.settings.showFullPath != 0;
-    const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group,
+    const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
     // The group itself: on a later build it is not the one added last.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();

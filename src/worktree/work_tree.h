@@ -6,6 +6,7 @@
 #include <string>
 
 #include "forms/form1.h"
+#include "platform/controls/tree_view.h"
 #include "settings/process_state.h"
 #include "worktree/add_file.h"
 #include "worktree/folder_scanner.h"
@@ -14,8 +15,9 @@ namespace sonarith {
 
 class WorkTree {
   public:
-    WorkTree(Form1& form, ProcessState& process, FolderScanner& finder, FileAdder& adder)
-        : form_(form), process_(process), finder_(finder), adder_(adder) {}
+    /// All outlive this.
+    WorkTree(ProcessState& process, Form1& form, FolderScanner& finder, FileAdder& adder)
+        : process_(process), form_(form), finder_(finder), adder_(adder) {}
 
     /// Shows the window, scans the destination folder into the file lists and builds the tree. On a
     /// later build only the collection that stands first is made anew: adds with keys that exist
@@ -39,10 +41,13 @@ class WorkTree {
                                 const NodeRef& group, Reveal reveal);
     void addBaseNames(const ListBox& list, const std::string& ending, const NodeRef& group);
 
-    Form1& form_;
     ProcessState& process_;
+    Form1& form_;
     FolderScanner& finder_;
     FileAdder& adder_;
+    /// The last collection and the last group that showfiles() has added, in any of its builds.
+    NodeRef collection_;
+    NodeRef group_;
 };
 
 } // namespace sonarith

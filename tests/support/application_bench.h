@@ -13,22 +13,12 @@
 #include <vector>
 
 #include "app/application.h"
-#include "support/fake_active_mp3.h"
-#include "support/fake_directories.h"
-#include "support/fake_file_dialog.h"
-#include "support/fake_file_system.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_mouse_pointer.h"
-#include "support/fake_random.h"
-#include "support/fake_settings_store.h"
-#include "support/fake_shell.h"
-#include "support/scripted_media_control.h"
+#include "support/fake_machine.h"
 #include "support/simulated_disc.h"
-#include "support/virtual_event_loop.h"
 
 namespace sonarith::test {
 
-class ApplicationBench {
+class ApplicationBench : public FakeMachine {
   public:
     /// Where captures land in a fresh store, as the logic names it.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
@@ -72,22 +62,11 @@ class ApplicationBench {
         return !form.tmrRecord.enabled() && !disc.discOpen() && !disc.recorderOpen();
     }
 
-    VirtualEventLoop loop;
-    FakeSettingsStore store;
-    FakeFileSystem files;
-    FakeMessageBoxes boxes;
-    FakeMousePointer pointer;
-    FakeRandom random;
-    FakeShell shell;
-    FakeDirectories disk;
-    ScriptedMediaControl media;
-    FakeActiveMP3 mp3{loop, files};
-    FakeFileDialog dialog;
+    FakeDirectories& disk = directories;
     SimulatedDisc disc;
-    Application application{
-        Platform{loop, media, store, files, boxes, pointer, random, shell, disk, mp3, dialog}};
-    Form1& form = application.form1();
+    Application application{platform};
     Windows& windows = application.windows();
+    Form1& form = windows.Form1;
     ProcessState& process = application.process();
 };
 

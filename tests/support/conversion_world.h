@@ -10,11 +10,7 @@
 
 #include <string>
 
-#include "conversion/decoding_driver.h"
-#include "conversion/worker_window.h"
-#include "support/fake_active_mp3.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_mouse_pointer.h"
+#include "conversion/conversion.h"
 #include "support/work_tree_world.h"
 
 namespace sonarith::test {
@@ -25,23 +21,12 @@ struct ConversionWorld : WorkTreeWorld {
     inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
     inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
 
-    FakeActiveMP3 mp3{loop, disk};
-    FakeMessageBoxes boxes;
-    FakeMousePointer pointer;
-    WorkerWindow workers{{loop, disk, mp3, pointer, process, form, windows.Form6}};
-    DecodingDriver driver{{loop, disk, boxes, process, form, windows, adder}};
+    Conversion conversion{platform, process, windows, adder};
+    DecodingDriver& driver = conversion.driver;
+    sonarith::Form6& Form6 = windows.Form6;
 
     ConversionWorld() {
         disk.addFolder(destination);
-        windows.Form6.onLoad = [this] {
-            workers.load();
-        };
-        windows.Form6.onUnload = [this] {
-            workers.unload();
-        };
-        form.CmdDecoder.onClick = [this] {
-            driver.CmdDecoder_Click();
-        };
         tree.showfiles();
     }
 

@@ -17,25 +17,23 @@
 
 #include "extraction/capture_monitor.h"
 #include "extraction/disc_inspection.h"
+#include "extraction/extraction.h"
 #include "extraction/track_capture.h"
 #include "extraction/track_preview.h"
-#include "forms/form1.h"
-#include "support/fake_file_system.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_random.h"
-#include "support/scripted_media_control.h"
+#include "forms/windows.h"
+#include "support/fake_machine.h"
 #include "support/simulated_disc.h"
-#include "support/virtual_event_loop.h"
 #include "worktree/add_file.h"
 
 namespace sonarith::test {
 
-class ExtractionBench {
+class ExtractionBench : public FakeMachine {
   public:
     explicit ExtractionBench(std::vector<std::int32_t> lengthsMs)
         : disc(loop, std::move(lengthsMs)) {
+        form.load();
         media.device = disc.device();
-        // Saved captures are there for whoever looks, long enough to enter the tree.
+        // Saved captures exist, long enough to enter the tree.
         disc.onSave = [this](const SavedCapture& save) {
             files.addFile(save.path, std::string(200, 'w'));
         };
@@ -43,24 +41,6 @@ class ExtractionBench {
         state.settings.audioFormat = 1;
         state.settings.showFullPath = 1;
         random.next = 0.25F;
-        form.cmdStart.onClick = [this] {
-            capture.cmdStart_Click();
-        };
-        form.Command2.onClick = [this] {
-            monitor.Command2_Click();
-        };
-        form.Command8.onClick = [this] {
-            monitor.Command8_Click();
-        };
-        form.Command11.onClick = [this] {
-            preview.Command11_Click();
-        };
-        form.Command12.onClick = [this] {
-            preview.Command12_Click();
-        };
-        form.tmrRecord.onTimer = [this] {
-            monitor.tmrRecord_Timer();
-        };
         form.Timer1.onTimer = [this] {
             form.Timer1.setEnabled(false);
             form.ClearActivity();
@@ -106,29 +86,17 @@ class ExtractionBench {
         return !form.tmrRecord.enabled() && !disc.discOpen() && !disc.recorderOpen();
     }
 
-    VirtualEventLoop loop;
     ProcessState state;
-    Windows windows;
-    Form1 form{loop, state, windows};
-    FakeFileSystem files;
-    FakeMessageBoxes boxes;
-    FakeRandom random;
-    ScriptedMediaControl media;
+    Windows windows{platform, state};
+    Form1& form = windows.Form1;
     SimulatedDisc disc;
-    CaptureState captureState;
-    /// The text of the entry selected in the preferences' format list.
-    std::string formatText;
 
-    FileAdder fileAdder{form, state, files, loop};
-    ExtractionContext context{loop, media, state, form, captureState};
-    DiscInspection inspection{context, boxes, random};
-    CaptureMonitor monitor{context, windows, fileAdder, [this](std::int32_t track) {
-                               capture.StartTrackRecording2(track);
-                           }};
-    TrackCapture capture{context, boxes, random, monitor, [this] {
-                             return formatText;
-                         }};
-    TrackPreview preview{context};
+    FileAdder fileAdder{platform, state, form};
+    Extraction jobs{platform, state, windows, fileAdder};
+    CaptureState& captureState = jobs.state;
+    DiscInspection& inspection = jobs.inspection;
+    CaptureMonitor& monitor = jobs.monitor;
+    TrackCapture& capture = jobs.capture;
 };
 
 /// A disc of tracks of one second each, all of them queued, "Selected Tracks" selected.

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The MP3 control for tests, in virtual time over files in memory: a decoding takes as long as is
-// set, and leaves a WAV file at its end or when it is stopped.
+// MP3 controls for tests, in virtual time over files in memory: a decoding takes as long as is set,
+// and leaves a WAV file at its end or when it is stopped. All controls share one script and one
+// log.
 //
-//     FakeActiveMP3 mp3{loop, disk};
+//     FakeMp3Controls mp3{loop, disk};
 //     mp3.duration = 2000ms;                       // of every decoding from now on
 //     mp3.length = 8;                              // Position runs from 0 to it
 //     EXPECT_THAT(mp3.log, ElementsAre("SourceFile c:\\a.mp3", "DecodeToWav c:\\a.wav", "Stop"));
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,9 +24,9 @@
 
 namespace sonarith::test {
 
-class FakeActiveMP3 final : public ActiveMP3 {
+class FakeMp3Controls final : public Mp3Controls {
   public:
-    FakeActiveMP3(VirtualEventLoop& loop, FakeFileSystem& files) : loop_(loop), files_(files) {}
+    FakeMp3Controls(VirtualEventLoop& loop, FakeFileSystem& files) : loop_(loop), files_(files) {}
 
     // --- what a test sets up ---------------------------------------------------------------
 
@@ -47,91 +49,112 @@ class FakeActiveMP3 final : public ActiveMP3 {
     /// Calls that change something, oldest first.
     std::vector<std::string> log;
     /// Reads of Busy, Length and Position, oldest first.
-    mutable std::vector<std::string> reads;
+    std::vector<std::string> reads;
     /// Results written, whole ones alone.
     std::vector<std::string> finished;
+    /// Controls made so far.
+    int created = 0;
+    /// Whether any control is decoding.
+    [[nodiscard]] bool busy() const {
+        return std::any_of(jobs_.begin(), jobs_.end(), [](const auto& known) {
+            const auto job = known.lock();
+            return job && !job->done;
+        });
+    }
 
-    // --- the control -------------------------------------------------------------------------
-
-    Status setSourceFile(const std::string& path) override {
-        note("SourceFile " + path);
-        if (failSource) {
-            return *failSource;
-        }
-        source_ = path;
-        return {};
-    }
-    [[nodiscard]] bool Busy() const override {
-        reads.emplace_back("Busy");
-        return running();
-    }
-    [[nodiscard]] std::int32_t Position() const override {
-        reads.emplace_back("Position");
-        if (position) {
-            return *position;
-        }
-        const auto done = std::min(loop_.now() - begun_, duration);
-        return static_cast<std::int32_t>(length * done.count() / duration.count());
-    }
-    [[nodiscard]] std::int32_t Length() const override {
-        reads.emplace_back("Length");
-        return length;
-    }
-    Status Play() override {
-        note("Play");
-        return {};
-    }
-    Status Stop() override {
-        note("Stop");
-        if (running()) {
-            files_.addFile(job_->target, std::string(partialBytes, 'p'));
-        }
-        job_.reset();
-        return failStop ? Status(*failStop) : Status();
-    }
-    Status DecodeToWav(const std::string& path) override {
-        note("DecodeToWav " + path);
-        if (failDecode) {
-            return *failDecode;
-        }
-        if (job_ && job_->source == source_ && job_->target == path) {
-            return {};
-        }
-        begun_ = loop_.now();
-        job_ = Job{source_, path};
-        const int number = ++started_;
-        loop_.after(duration, [this, number] { finish(number); });
-        return {};
+    std::unique_ptr<ActiveMP3> create() override {
+        ++created;
+        return std::make_unique<Control>(*this);
     }
 
   private:
     struct Job {
         std::string source;
         std::string target;
+        std::chrono::milliseconds begun{0};
         bool done = false;
     };
 
-    [[nodiscard]] bool running() const { return job_ && !job_->done; }
+    class Control final : public ActiveMP3 {
+      public:
+        explicit Control(FakeMp3Controls& all) : all_(all) {}
+
+        Status setSourceFile(const std::string& path) override {
+            all_.note("SourceFile " + path);
+            if (all_.failSource) {
+                return *all_.failSource;
+            }
+            source_ = path;
+            return {};
+        }
+        [[nodiscard]] bool Busy() const override {
+            all_.reads.emplace_back("Busy");
+            return running();
+        }
+        [[nodiscard]] std::int32_t Position() const override {
+            all_.reads.emplace_back("Position");
+            if (all_.position) {
+                return *all_.position;
+            }
+            const auto passed = all_.loop_.now() - (job_ ? job_->begun : all_.loop_.now());
+            return static_cast<std::int32_t>(all_.length * std::min(passed, all_.duration).count() /
+                                             all_.duration.count());
+        }
+        [[nodiscard]] std::int32_t Length() const override {
+            all_.reads.emplace_back("Length");
+            return all_.length;
+        }
+        Status Play() override {
+            all_.note("Play");
+            return {};
+        }
+        Status Stop() override {
+            all_.note("Stop");
+            if (running()) {
+                all_.files_.addFile(job_->target, std::string(all_.partialBytes, 'p'));
+            }
+            job_.reset();
+            return all_.failStop ? Status(*all_.failStop) : Status();
+        }
+        Status DecodeToWav(const std::string& path) override {
+            all_.note("DecodeToWav " + path);
+            if (all_.failDecode) {
+                return *all_.failDecode;
+            }
+            if (job_ && job_->source == source_ && job_->target == path) {
+                return {};
+            }
+            job_ = std::make_shared<Job>(Job{source_, path, all_.loop_.now()});
+            all_.jobs_.push_back(job_);
+            // A job that was stopped, or whose control is gone, never ends by itself.
+            all_.loop_.after(all_.duration, [&all = all_, job = std::weak_ptr<Job>(job_)] {
+                if (const auto kept = job.lock()) {
+                    kept->done = true;
+                    all.files_.addFile(kept->target, std::string(all.wholeBytes, 'w'));
+                    all.finished.push_back(kept->target);
+                }
+            });
+            return {};
+        }
+
+      private:
+        [[nodiscard]] bool running() const { return job_ && !job_->done; }
+
+        FakeMp3Controls& all_;
+        std::string source_;
+        std::shared_ptr<Job> job_;
+    };
+
     void note(const std::string& call) {
         log.push_back(call);
         if (onCall) {
             onCall(call);
         }
     }
-    void finish(int number) {
-        if (number == started_ && running()) {
-            job_->done = true;
-            files_.addFile(job_->target, std::string(wholeBytes, 'w'));
-            finished.push_back(job_->target);
-        }
-    }
 
     VirtualEventLoop& loop_;
     FakeFileSystem& files_;
-    std::string source_;
-    std::optional<Job> job_;
-    std::chrono::milliseconds begun_{0};
-    int started_ = 0;
+    std::vector<std::weak_ptr<Job>> jobs_;
 };
 
 } // namespace sonarith::test

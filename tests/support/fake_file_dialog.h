@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A file dialog for tests: a person's choices are put in line beforehand.
+// A file dialog for tests: the user's choices are put in line beforehand.
 //
 //     FakeFileDialog dialog;
 //     dialog.choices = {"c:\\music\\a.wav", std::nullopt};   // chosen, then cancelled
@@ -20,13 +20,23 @@ class FakeFileDialog final : public FileDialog {
   public:
     /// Oldest first; nothing: cancelled, as is a dialog that finds none.
     std::deque<std::optional<std::string>> choices;
-    /// What each dialog was opened with, oldest first.
+    /// What each dialog was shown with, oldest first: those for opening, and those for saving.
     std::vector<FileDialogRequest> opened;
+    std::vector<FileDialogRequest> savings;
     /// Runs while a dialog is up.
     std::function<void()> whileUp;
 
     Result<std::string> open(const FileDialogRequest& request) override {
         opened.push_back(request);
+        return answer();
+    }
+    Result<std::string> save(const FileDialogRequest& request) override {
+        savings.push_back(request);
+        return answer();
+    }
+
+  private:
+    Result<std::string> answer() {
         if (whileUp) {
             whileUp();
         }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/controls/form.h"
 #include "worktree/folder_scanner.h"
 
 namespace sonarith::test {
@@ -25,7 +26,8 @@ class FakeFolderScanner final : public FolderScanner {
     std::vector<std::string> log;
     /// Runs inside each search, before its result is there.
     std::function<void()> whileSearching;
-    ListBox list{"lstfiles"};
+    Form form{"frmsearch"};
+    ListBox list{form, "lstfiles"};
 
     Status setFolder(const std::string& path) override {
         log.push_back("folder " + path);

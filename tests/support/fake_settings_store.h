@@ -31,6 +31,8 @@ class FakeSettingsStore final : public SettingsStore {
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
+    /// How often a file would have been written: once for each change, or for each transaction.
+    int fileWrites = 0;
 
     /// Puts a value there before the test; not logged.
     void put(const std::string& section, const std::string& key, const std::string& value) {
@@ -56,13 +58,32 @@ class FakeSettingsStore final : public SettingsStore {
                      const std::string& key, const std::string& value) override {
         writes.push_back({section, key, value});
         values_[{application, section, key}] = value;
+        changed();
     }
     void DeleteSetting(const std::string& application, const std::string& section,
                        const std::string& key) override {
         values_.erase({application, section, key});
+        changed();
     }
 
   private:
+    void beginTransaction() override { ++depth_; }
+    void endTransaction() override {
+        if (--depth_ == 0 && pending_) {
+            pending_ = false;
+            ++fileWrites;
+        }
+    }
+    void changed() {
+        if (depth_ > 0) {
+            pending_ = true;
+        } else {
+            ++fileWrites;
+        }
+    }
+
+    int depth_ = 0;
+    bool pending_ = false;
     std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;
 };
 

@@ -11,8 +11,8 @@ namespace sonarith::test {
 
 class FakeShell final : public Shell {
   public:
-    Twips width = 28800;
-    Twips height = 16200;
+    Twips width = 28800_twips;
+    Twips height = 16200_twips;
     std::uint64_t handle = 4711;
     std::vector<std::string> helpShown;
     int aboutBoxes = 0;

@@ -12,44 +12,35 @@
 #include <string>
 #include <vector>
 
+#include "finder/finder.h"
 #include "finder/finder_scanner.h"
 #include "finder/finder_window.h"
 #include "finder/search_engine.h"
-#include "forms/form1.h"
-#include "forms/frm_search.h"
 #include "forms/windows.h"
-#include "support/fake_directories.h"
-#include "support/fake_file_system.h"
-#include "support/fake_message_boxes.h"
-#include "support/fake_shell.h"
-#include "support/virtual_event_loop.h"
-#include "worktree/add_file.h"
-#include "worktree/work_tree.h"
+#include "support/fake_machine.h"
+#include "worktree/work_tree_jobs.h"
 
 namespace sonarith::test {
 
-struct FinderWorld {
-    VirtualEventLoop loop;
+struct FinderWorld : FakeMachine {
+    FakeDirectories& disk = directories;
     ProcessState process;
-    Windows windows;
-    Form1 form{loop, process, windows};
-    FakeFileSystem files;
-    FakeDirectories disk;
-    FakeMessageBoxes boxes;
-    FakeShell shell;
-    FinderForm finder{windows.frmsearch, files, disk};
-    SearchEngine engine{finder, disk, loop};
+    Windows windows{platform, process};
+    Form1& form = windows.Form1;
+    FrmSearch& finder = windows.frmsearch;
     FinderScanner scanner{finder};
-    FileAdder adder{form, process, files, loop};
-    WorkTree tree{form, process, scanner, adder};
-    FinderWindow window{finder, engine, {loop, files, boxes, shell}, {adder, tree}};
+    WorkTreeJobs jobs{platform, process, windows, scanner};
+    WorkTree& tree = jobs.tree;
+    Finder subsystem{platform, windows, jobs.adder, tree};
+    SearchEngine& engine = subsystem.engine;
+    FinderWindow& window = subsystem.window;
 
     FinderWorld() {
         disk.addFolder("c:\\");
         windows.frmsearch.load();
     }
 
-    /// What a person does: chooses a folder and a type, and presses the button.
+    /// What the user does: chooses a folder and a type, and presses the button.
     void search(const std::string& folder, const std::string& type) {
         EXPECT_TRUE(finder.Dir1.setPath(folder).ok());
         finder.zFileExt.setText(type);

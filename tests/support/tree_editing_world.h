@@ -29,8 +29,8 @@ struct TreeEditingWorld : WorkTreeWorld {
             finder.files[destination][std::string(path).substr(11)].push_back(path);
         }
         adapter = std::make_unique<TreeViewAdapter>(view, "Work tree", &window);
-        view.setWidth(300 * 15);
-        view.setHeight(500 * 15);
+        view.setWidth(Twips(300 * 15));
+        view.setHeight(Twips(500 * 15));
         window.resize(300, 500);
         tree.showfiles();
         window.show();

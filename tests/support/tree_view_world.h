@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/controls/form.h"
 #include "platform/controls/tree_view.h"
 
 namespace sonarith::test {
@@ -41,7 +42,8 @@ struct LoggingObserver : TreeObserver {
 
 /// Two roots A and B; A holds a (with a1, a2) and b.
 struct TreeViewTest : testing::Test {
-    TreeView tree{"TreeView1"};
+    Form form{"Form1"};
+    TreeView tree{form, "TreeView1"};
     NodeRef A = make(nullptr, "A");
     NodeRef a = make(A, "a");
     NodeRef a1 = make(a, "a1");

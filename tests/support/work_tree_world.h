@@ -14,22 +14,11 @@
 #include <string>
 #include <vector>
 
-#include "forms/form1.h"
 #include "forms/windows.h"
-#include "support/fake_file_dialog.h"
-#include "support/fake_file_system.h"
 #include "support/fake_folder_scanner.h"
-#include "support/virtual_event_loop.h"
-#include "worktree/add_file.h"
-#include "worktree/drag_state.h"
-#include "worktree/label_edit.h"
-#include "worktree/open_file.h"
-#include "worktree/popup_menu.h"
-#include "worktree/tree_drag.h"
-#include "worktree/tree_moves.h"
+#include "support/fake_machine.h"
 #include "worktree/tree_nodes.h"
-#include "worktree/tree_selection.h"
-#include "worktree/work_tree.h"
+#include "worktree/work_tree_jobs.h"
 
 namespace sonarith::test {
 
@@ -50,69 +39,30 @@ struct RevealLog : TreeObserver {
     void dragRequested() override {}
 };
 
-struct WorkTreeWorld : testing::Test {
+struct WorkTreeWorld : testing::Test, FakeMachine {
     inline static const std::string destination = "c:\\music";
     inline static const std::vector<std::string> twoTracks = {"Track  1 - 00:03:05",
                                                               "Track  2 - 00:04:00"};
 
-    VirtualEventLoop loop;
+    FakeFileSystem& disk = files;
     ProcessState process;
-    Windows windows;
-    Form1 form{loop, process, windows};
-    FakeFileSystem disk;
+    Windows windows{platform, process};
+    Form1& form = windows.Form1;
     FakeFolderScanner finder;
-    DragState drag;
-    FileAdder adder{form, process, disk, loop};
-    WorkTree tree{form, process, finder, adder};
-    TreeMoves moves{form, process, loop, drag};
-    TreeSelection selection{form, process, loop, drag, moves};
-    LabelEdit labels{form, process, disk, drag};
-    TreeDrag dragging{form, drag, moves};
-    PopupMenu popup{form, process, disk, loop, drag};
-    FakeFileDialog dialog;
-    OpenFile opening{dialog, adder};
+    WorkTreeJobs jobs{platform, process, windows, finder};
+    DragState& drag = jobs.drag;
+    FileAdder& adder = jobs.adder;
+    WorkTree& tree = jobs.tree;
+    TreeMoves& moves = jobs.moves;
+    LabelEdit& labels = jobs.labels;
+    PopupMenu& popup = jobs.popup;
     TreeView& view = form.TreeView1;
 
     WorkTreeWorld() {
+        form.load();
         process.settings.decodePath = destination;
         process.settings.showFullPath = 1;
         finder.files[destination] = {};
-        view.onMouseDown = [this](MouseButtons buttons, const NodeRef& at) {
-            selection.TreeView1_MouseDown(buttons, at);
-        };
-        view.onMouseUp = [this](MouseButtons, const NodeRef&) {
-            selection.TreeView1_MouseUp();
-        };
-        view.onDoubleClick = [this] {
-            selection.TreeView1_DblClick();
-        };
-        view.onMouseMove = [this](MouseButtons down, const NodeRef&) {
-            dragging.TreeView1_MouseMove(down);
-        };
-        view.onDragOver = [this](const NodeRef& target) {
-            dragging.TreeView1_DragOver(target);
-        };
-        view.onDragDrop = [this](const NodeRef&) {
-            dragging.TreeView1_DragDrop();
-        };
-        form.mnupopup.onOpen = [this] {
-            popup.mnupopup_Open();
-        };
-        form.mnuFileRemove.onClick = [this] {
-            popup.mnuFileRemove_Click();
-        };
-        form.mnuRemoveDelete.onClick = [this] {
-            popup.mnuRemoveDelete_Click();
-        };
-        form.mnuOpenfile.onClick = [this] {
-            opening.mnuOpenfile_Click();
-        };
-        view.onBeforeLabelEdit = [this](bool& cancel) {
-            labels.TreeView1_BeforeLabelEdit(cancel);
-        };
-        view.onAfterLabelEdit = [this](bool& cancel, const std::string& text) {
-            labels.TreeView1_AfterLabelEdit(cancel, text);
-        };
     }
 
     // --- what a test sets up ---------------------------------------------------------------
@@ -129,7 +79,7 @@ struct WorkTreeWorld : testing::Test {
         }
     }
 
-    // --- what a person does ----------------------------------------------------------------
+    // --- what the user does ----------------------------------------------------------------
 
     void press(const NodeRef& at, MouseButtons buttons = {.left = true}) {
         run(view.onMouseDown, buttons, at);

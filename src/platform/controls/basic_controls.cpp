@@ -4,18 +4,18 @@
 namespace sonarith {
 
 void Label::setCaption(std::string caption) {
-    if (caption != caption_) {
-        assign(caption_, std::move(caption));
+    if (caption != state_.caption) {
+        assign(state_.caption, std::move(caption), Property::caption);
         run(onChange);
     }
 }
 
-Status CheckBox::setValue(int value) {
+Status CheckBox::setValue(std::int64_t value) {
     if (value != 0 && value != 1) {
         return {ErrorNumber::invalidPropertyValue, "A check box holds 0 or 1."};
     }
-    if (value != value_) {
-        assign(value_, value);
+    if (value != state_.value) {
+        assign(state_.value, static_cast<int>(value), Property::value);
         run(onClick);
     }
     return {};
@@ -23,8 +23,8 @@ Status CheckBox::setValue(int value) {
 
 void TextBox::setText(const std::string& text) {
     std::string kept = text.substr(0, text.find('\0'));
-    if (kept != text_) {
-        assign(text_, std::move(kept));
+    if (kept != state_.text) {
+        assign(state_.text, std::move(kept), Property::text);
         run(onChange);
     }
 }
@@ -33,7 +33,15 @@ Status ProgressBar::setValue(std::int64_t value) {
     if (value < minimum_ || value > maximum_) {
         return {ErrorNumber::invalidPropertyValue, "The value lies outside the bar's range."};
     }
-    assign(value_, static_cast<int>(value));
+    assign(state_.value, static_cast<int>(value), Property::value);
+    return {};
+}
+
+Status TabControl::setTab(int tab) {
+    if (tab < 0 || tab >= static_cast<int>(captions_.size())) {
+        return {ErrorNumber::invalidPropertyValue, "There is no tab of that number."};
+    }
+    assign(state_.tab, tab, Property::listIndex);
     return {};
 }
 

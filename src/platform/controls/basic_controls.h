@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The small controls: label, picture, button, check box, text box, progress bar, menu entry.
+// The small controls: label, frame, button, check box, text box, progress bar, tabs.
 #pragma once
 
 #include <cstdint>
@@ -8,120 +8,149 @@
 #include <vector>
 
 #include "platform/controls/control.h"
+#include "platform/controls/mouse_buttons.h"
 #include "platform/result.h"
 
 namespace sonarith {
 
+struct CaptionState {
+    std::string caption;
+};
+
 /// A line of text; also serves as a store.
-class Label : public Control {
+class Label : public ControlWith<CaptionState> {
   public:
-    explicit Label(std::string name, std::string caption = {})
-        : Control(std::move(name)), caption_(std::move(caption)) {}
-    [[nodiscard]] const std::string& caption() const { return caption_; }
+    Label(Form& owner, std::string name, std::string caption = {})
+        : ControlWith(owner, std::move(name)) {
+        state_.caption = std::move(caption);
+    }
+    [[nodiscard]] const std::string& caption() const { return state_.caption; }
     void setCaption(std::string caption);
 
     Handler<> onChange;
-
-  private:
-    std::string caption_;
 };
 
-/// A picture, or a bar that holds other controls.
-class PictureBox : public Control {
+/// A border with a caption around other controls.
+class Frame : public ControlWith<CaptionState> {
   public:
-    using Control::Control;
-
-    /// A left press on it.
-    Handler<> onMouseDown;
+    Frame(Form& owner, std::string name, std::string caption = {})
+        : ControlWith(owner, std::move(name)) {
+        state_.caption = std::move(caption);
+    }
+    [[nodiscard]] const std::string& caption() const { return state_.caption; }
 };
 
-class CommandButton : public Control {
+class CommandButton : public ControlWith<CaptionState> {
   public:
-    explicit CommandButton(std::string name, std::string caption = {})
-        : Control(std::move(name)), caption_(std::move(caption)) {}
-    [[nodiscard]] const std::string& caption() const { return caption_; }
-    void setCaption(std::string caption) { assign(caption_, std::move(caption)); }
+    CommandButton(Form& owner, std::string name, std::string caption = {})
+        : ControlWith(owner, std::move(name)) {
+        state_.caption = std::move(caption);
+    }
+    [[nodiscard]] const std::string& caption() const { return state_.caption; }
+    void setCaption(std::string caption) {
+        assign(state_.caption, std::move(caption), Property::caption);
+    }
 
     Handler<> onClick;
-    /// What a user's click does, whether the button can be seen or not: logic calls it as a
-    /// procedure.
+    /// What a user's click does, whether the button is visible and enabled or not: logic calls it
+    /// as a procedure.
     void click() { run(onClick); }
+};
 
-  private:
-    std::string caption_;
+struct CheckBoxState {
+    std::string caption;
+    int value = 0;
 };
 
 /// 0 or 1. Setting it to another value from code runs the click handler as a user's click does.
-class CheckBox : public Control {
+class CheckBox : public ControlWith<CheckBoxState> {
   public:
-    explicit CheckBox(std::string name, std::string caption = {})
-        : Control(std::move(name)), caption_(std::move(caption)) {}
-    [[nodiscard]] const std::string& caption() const { return caption_; }
-    void setCaption(std::string caption) { assign(caption_, std::move(caption)); }
-    [[nodiscard]] int value() const { return value_; }
+    CheckBox(Form& owner, std::string name, std::string caption = {})
+        : ControlWith(owner, std::move(name)) {
+        state_.caption = std::move(caption);
+    }
+    [[nodiscard]] const std::string& caption() const { return state_.caption; }
+    void setCaption(std::string caption) {
+        assign(state_.caption, std::move(caption), Property::caption);
+    }
+    [[nodiscard]] int value() const { return state_.value; }
     /// invalidPropertyValue, and no change, for anything but 0 and 1.
-    Status setValue(int value);
+    Status setValue(std::int64_t value);
 
     Handler<> onClick;
-
-  private:
-    std::string caption_;
-    int value_ = 0;
 };
 
-/// Keeps what stands before the first NUL of a text that is set.
-class TextBox : public Control {
+struct TextBoxState {
+    std::string text;
+    int typingLimit = 0;
+    int fontSize = 0;
+    bool locked = false;
+};
+
+/// Keeps the text before the first NUL of what is set.
+class TextBox : public ControlWith<TextBoxState> {
   public:
-    explicit TextBox(std::string name, std::string text = {})
-        : Control(std::move(name)), text_(std::move(text)) {}
-    [[nodiscard]] const std::string& text() const { return text_; }
+    TextBox(Form& owner, std::string name, std::string text = {})
+        : ControlWith(owner, std::move(name)) {
+        state_.text = std::move(text);
+    }
+    [[nodiscard]] const std::string& text() const { return state_.text; }
     void setText(const std::string& text);
     /// The most characters that can be typed; 0: no limit. Code may set more.
-    [[nodiscard]] int typingLimit() const { return typingLimit_; }
-    void setTypingLimit(int limit) { assign(typingLimit_, limit); }
+    [[nodiscard]] int typingLimit() const { return state_.typingLimit; }
+    void setTypingLimit(int limit) { assign(state_.typingLimit, limit, Property::typingLimit); }
+    /// A locked box shows its text and takes no typing; code may set it all the same.
+    [[nodiscard]] bool locked() const { return state_.locked; }
+    void setLocked(bool locked) { assign(state_.locked, locked, Property::locked); }
+    /// In points; 0: the window's own.
+    [[nodiscard]] int fontSize() const { return state_.fontSize; }
+    void setFontSize(int points) { assign(state_.fontSize, points, Property::fontSize); }
 
     Handler<> onChange;
-
-  private:
-    std::string text_;
-    int typingLimit_ = 0;
+    /// A key goes down in the box, before it changes the text.
+    Handler<> onKeyDown;
+    /// A press on the box.
+    Handler<MouseButtons> onMouseDown;
 };
 
-class ProgressBar : public Control {
+struct ProgressBarState {
+    int value = 0;
+};
+
+class ProgressBar : public ControlWith<ProgressBarState> {
   public:
-    ProgressBar(std::string name, int minimum, int maximum)
-        : Control(std::move(name)), minimum_(minimum), maximum_(maximum), value_(minimum) {}
+    ProgressBar(Form& owner, std::string name, int minimum, int maximum)
+        : ControlWith(owner, std::move(name)), minimum_(minimum), maximum_(maximum) {
+        state_.value = minimum;
+    }
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
-    [[nodiscard]] int value() const { return value_; }
+    [[nodiscard]] int value() const { return state_.value; }
     /// invalidPropertyValue, and no change, outside the range.
     Status setValue(std::int64_t value);
 
   private:
     int minimum_;
     int maximum_;
-    int value_;
 };
 
-/// A menu heading or entry. Children are owned elsewhere, as named members.
-class MenuItem : public Control {
-  public:
-    explicit MenuItem(std::string name, std::string caption, std::vector<MenuItem*> entries = {})
-        : Control(std::move(name)), caption_(std::move(caption)), entries_(std::move(entries)) {}
-    [[nodiscard]] const std::string& caption() const { return caption_; }
-    [[nodiscard]] bool checked() const { return checked_; }
-    void setChecked(bool checked) { assign(checked_, checked); }
-    [[nodiscard]] const std::vector<MenuItem*>& entries() const { return entries_; }
+struct TabControlState {
+    int tab = 0;
+};
 
-    Handler<> onClick;
-    /// Runs before a menu with entries opens.
-    Handler<> onOpen;
-    void click() { run(onClick); }
+/// Pages with captions, one of them in front. What stands on a page is the view's layout.
+class TabControl : public ControlWith<TabControlState> {
+  public:
+    TabControl(Form& owner, std::string name, std::vector<std::string> captions)
+        : ControlWith(owner, std::move(name)), captions_(std::move(captions)) {}
+    [[nodiscard]] const std::vector<std::string>& captions() const { return captions_; }
+    /// The page in front, from 0.
+    [[nodiscard]] int tab() const { return state_.tab; }
+    /// invalidPropertyValue, and no change, for a page that does not exist.
+    Status setTab(int tab);
 
   private:
-    std::string caption_;
-    std::vector<MenuItem*> entries_;
-    bool checked_ = false;
+    std::vector<std::string> captions_;
 };
 
 } // namespace sonarith

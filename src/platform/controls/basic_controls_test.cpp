@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
@@ -18,7 +20,7 @@ using testing::ElementsAre;
 class ChangeCount {
   public:
     explicit ChangeCount(Control& control)
-        : connection_(control.changed.connect([this] { ++count; })) {}
+        : connection_(control.changed.connect([this](Property) { ++count; })) {}
     int count = 0;
 
   private:
@@ -26,37 +28,40 @@ class ChangeCount {
 };
 
 TEST(Control, StartsVisibleAndEnabled) {
-    const Label label("Label2");
+    Form form("Form1");
+    const Label label(form, "Label2");
     EXPECT_EQ(label.name(), "Label2");
     EXPECT_TRUE(label.visible());
     EXPECT_TRUE(label.enabled());
 }
 
 TEST(Control, TellsOfEachChangedPropertyAndOfNothingElse) {
-    Label label("Label2", "x");
+    Form form("Form1");
+    Label label(form, "Label2", "x");
     const ChangeCount changes(label);
     label.setVisible(true);
     label.setEnabled(true);
     label.setCaption("x");
-    label.setLeft(0);
+    label.setLeft(0_twips);
     EXPECT_EQ(changes.count, 0);
     label.setVisible(false);
     label.setEnabled(false);
     label.setCaption("y");
     label.setToolTip("tip");
-    label.setLeft(1);
-    label.setTop(2);
-    label.setWidth(3);
-    label.setHeight(4);
+    label.setLeft(1_twips);
+    label.setTop(2_twips);
+    label.setWidth(3_twips);
+    label.setHeight(4_twips);
     EXPECT_EQ(changes.count, 8);
     EXPECT_EQ(label.caption(), "y");
     EXPECT_EQ(label.toolTip(), "tip");
     EXPECT_THAT((std::array{label.left(), label.top(), label.width(), label.height()}),
-                ElementsAre(1, 2, 3, 4));
+                ElementsAre(1_twips, 2_twips, 3_twips, 4_twips));
 }
 
 TEST(Label, RunsItsHandlerForEachCaptionThatIsAnotherOne) {
-    Label label("lbltime", "x");
+    Form form("Form1");
+    Label label(form, "lbltime", "x");
     std::vector<std::string> captions;
     label.onChange = [&] {
         captions.push_back(label.caption());
@@ -70,15 +75,17 @@ TEST(Label, RunsItsHandlerForEachCaptionThatIsAnotherOne) {
 }
 
 TEST(Control, HoldsItsNewValueWhenItTellsOfIt) {
-    Label label("Label2", "old");
+    Form form("Form1");
+    Label label(form, "Label2", "old");
     std::string seen;
-    const Connection connection = label.changed.connect([&] { seen = label.caption(); });
+    const Connection connection = label.changed.connect([&](Property) { seen = label.caption(); });
     label.setCaption("new");
     EXPECT_EQ(seen, "new");
 }
 
 TEST(Handler, MayReplaceItselfWhileItRuns) {
-    CommandButton button("Command1");
+    Form form("Form1");
+    CommandButton button(form, "Command1");
     std::string calls;
     button.onClick = [&] {
         button.onClick = [&] {
@@ -92,7 +99,8 @@ TEST(Handler, MayReplaceItselfWhileItRuns) {
 }
 
 TEST(CommandButton, IsAProcedureEvenWhenNobodyCanPressIt) {
-    CommandButton button("cmdStart", "Start");
+    Form form("Form1");
+    CommandButton button(form, "cmdStart", "Start");
     int clicks = 0;
     button.onClick = [&] {
         ++clicks;
@@ -104,13 +112,15 @@ TEST(CommandButton, IsAProcedureEvenWhenNobodyCanPressIt) {
 }
 
 TEST(CommandButton, WithoutAHandlerLetsAClickPass) {
-    CommandButton button("cmdStart", "Start");
+    Form form("Form1");
+    CommandButton button(form, "cmdStart", "Start");
     button.click();
     EXPECT_EQ(button.caption(), "Start");
 }
 
 TEST(CheckBox, SetFromCodeRunsItsClickWithTheNewValueInPlace) {
-    CheckBox box("Check9");
+    Form form("Form1");
+    CheckBox box(form, "Check9");
     std::vector<int> seen;
     box.onClick = [&] {
         seen.push_back(box.value());
@@ -122,7 +132,8 @@ TEST(CheckBox, SetFromCodeRunsItsClickWithTheNewValueInPlace) {
 }
 
 TEST(CheckBox, RefusesAnythingButZeroAndOneAndStaysAsItWas) {
-    CheckBox box("Check9");
+    Form form("Form1");
+    CheckBox box(form, "Check9");
     int clicks = 0;
     box.setValue(1).passOver();
     box.onClick = [&] {
@@ -138,7 +149,8 @@ TEST(CheckBox, RefusesAnythingButZeroAndOneAndStaysAsItWas) {
 }
 
 TEST(CheckBox, MayBePutBackByItsOwnClick) {
-    CheckBox box("Check9");
+    Form form("Form1");
+    CheckBox box(form, "Check9");
     int clicks = 0;
     box.onClick = [&] {
         ++clicks;
@@ -150,7 +162,8 @@ TEST(CheckBox, MayBePutBackByItsOwnClick) {
 }
 
 TEST(TextBox, KeepsWhatStandsBeforeTheFirstNul) {
-    TextBox box("Text1");
+    Form form("Form1");
+    TextBox box(form, "Text1");
     box.setText(std::string("abc\0def", 7));
     EXPECT_EQ(box.text(), "abc");
     box.setText(std::string("\0def", 4));
@@ -158,7 +171,8 @@ TEST(TextBox, KeepsWhatStandsBeforeTheFirstNul) {
 }
 
 TEST(TextBox, TellsOfAnotherTextOnly) {
-    TextBox box("Text1", "abc");
+    Form form("Form1");
+    TextBox box(form, "Text1", "abc");
     int changes = 0;
     box.onChange = [&] {
         ++changes;
@@ -171,7 +185,8 @@ TEST(TextBox, TellsOfAnotherTextOnly) {
 }
 
 TEST(TextBox, TakesMoreFromCodeThanCanBeTyped) {
-    TextBox box("Text1");
+    Form form("Form1");
+    TextBox box(form, "Text1");
     box.setTypingLimit(2);
     box.setText("abc");
     EXPECT_EQ(box.text(), "abc");
@@ -179,14 +194,16 @@ TEST(TextBox, TakesMoreFromCodeThanCanBeTyped) {
 }
 
 TEST(ProgressBar, StartsAtItsMinimum) {
-    const ProgressBar bar("ProgressBar1", 5, 100);
+    Form form("Form1");
+    const ProgressBar bar(form, "ProgressBar1", 5, 100);
     EXPECT_EQ(bar.minimum(), 5);
     EXPECT_EQ(bar.maximum(), 100);
     EXPECT_EQ(bar.value(), 5);
 }
 
 TEST(ProgressBar, TakesBothEndsOfItsRange) {
-    ProgressBar bar("ProgressBar1", 0, 100);
+    Form form("Form1");
+    ProgressBar bar(form, "ProgressBar1", 0, 100);
     EXPECT_TRUE(bar.setValue(100).ok());
     EXPECT_EQ(bar.value(), 100);
     EXPECT_TRUE(bar.setValue(0).ok());
@@ -194,7 +211,8 @@ TEST(ProgressBar, TakesBothEndsOfItsRange) {
 }
 
 TEST(ProgressBar, RefusesWhatLiesOutsideAndStaysAsItWas) {
-    ProgressBar bar("ProgressBar1", 0, 100);
+    Form form("Form1");
+    ProgressBar bar(form, "ProgressBar1", 0, 100);
     bar.setValue(40).passOver();
     for (const std::int64_t wrong :
          {std::int64_t{-1}, std::int64_t{101}, (std::int64_t{1} << 32) + 7,
@@ -207,9 +225,10 @@ TEST(ProgressBar, RefusesWhatLiesOutsideAndStaysAsItWas) {
 }
 
 TEST(MenuItem, HoldsItsEntriesInOrderAndItsMark) {
-    MenuItem first("mnuFirst", "First");
-    MenuItem second("mnuSecond", "Second");
-    MenuItem menu("mnuMenu", "Menu", {&first, &second});
+    Form form("Form1");
+    MenuItem first(form, "mnuFirst", "First");
+    MenuItem second(form, "mnuSecond", "Second");
+    MenuItem menu(form, "mnuMenu", "Menu", {&first, &second});
     EXPECT_THAT(menu.entries(), ElementsAre(&first, &second));
     const ChangeCount changes(first);
     EXPECT_FALSE(first.checked());
@@ -219,7 +238,8 @@ TEST(MenuItem, HoldsItsEntriesInOrderAndItsMark) {
 }
 
 TEST(MenuItem, IsAProcedureEvenWhenItIsClosed) {
-    MenuItem entry("mnuMinimize", "Minimize");
+    Form form("Form1");
+    MenuItem entry(form, "mnuMinimize", "Minimize");
     int clicks = 0;
     entry.onClick = [&] {
         ++clicks;

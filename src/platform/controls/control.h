@@ -1,67 +1,133 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What all form controls have in common: a name, a place, whether they are seen and open.
-// Models only; a widget adapter elsewhere shows them.
+// What all form controls have in common: a name, a place, whether they are visible and enabled.
+// Models only; a view elsewhere shows them.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
 
+#include "platform/controls/form_part.h"
 #include "platform/controls/signal.h"
+#include "platform/controls/twips.h"
 
 namespace sonarith {
 
-/// Window measure: 1440 to the inch.
-using Twips = int;
+/// Which property of a control has changed.
+enum class Property : std::uint8_t {
+    all, ///< any number of them: the control is back in its designed state
+    visible,
+    enabled,
+    toolTip,
+    left,
+    top,
+    width,
+    height,
+    caption,
+    text,
+    value,     ///< of a check box, an option button, a slider, a bar: what it is set to
+    checked,   ///< a menu entry's tick
+    listIndex, ///< the current line or entry, or the current tab
+    entries,   ///< of a combo box
+    typingLimit,
+    locked,
+    fontSize,
+    path,   ///< of a drive list or a folder list
+    region, ///< the mask of a window
+};
 
-class Control {
+class Control : public FormPart {
   public:
-    explicit Control(std::string name) : name_(std::move(name)) {}
-    Control(const Control&) = delete;
-    Control& operator=(const Control&) = delete;
+    /// A part of `owner`, which outlives it or is destroyed right after it.
+    Control(Form& owner, std::string name);
 
     [[nodiscard]] const std::string& name() const { return name_; }
 
-    [[nodiscard]] bool visible() const { return visible_; }
-    void setVisible(bool visible) { assign(visible_, visible); }
-    [[nodiscard]] bool enabled() const { return enabled_; }
-    void setEnabled(bool enabled) { assign(enabled_, enabled); }
-    [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
-    void setToolTip(std::string text) { assign(toolTip_, std::move(text)); }
+    [[nodiscard]] bool visible() const { return common_.visible; }
+    void setVisible(bool visible) { assign(common_.visible, visible, Property::visible); }
+    [[nodiscard]] bool enabled() const { return common_.enabled; }
+    void setEnabled(bool enabled) { assign(common_.enabled, enabled, Property::enabled); }
+    [[nodiscard]] const std::string& toolTip() const { return common_.toolTip; }
+    void setToolTip(std::string text) {
+        assign(common_.toolTip, std::move(text), Property::toolTip);
+    }
 
-    [[nodiscard]] Twips left() const { return left_; }
-    [[nodiscard]] Twips top() const { return top_; }
-    [[nodiscard]] Twips width() const { return width_; }
-    [[nodiscard]] Twips height() const { return height_; }
-    void setLeft(Twips left) { assign(left_, left); }
-    void setTop(Twips top) { assign(top_, top); }
-    void setWidth(Twips width) { assign(width_, width); }
-    void setHeight(Twips height) { assign(height_, height); }
+    [[nodiscard]] Twips left() const { return common_.left; }
+    [[nodiscard]] Twips top() const { return common_.top; }
+    [[nodiscard]] Twips width() const { return common_.width; }
+    [[nodiscard]] Twips height() const { return common_.height; }
+    void setLeft(Twips left) { assign(common_.left, left, Property::left); }
+    void setTop(Twips top) { assign(common_.top, top, Property::top); }
+    void setWidth(Twips width) { assign(common_.width, width, Property::width); }
+    void setHeight(Twips height) { assign(common_.height, height, Property::height); }
 
-    /// Something that can be seen has changed.
-    Signal<> changed;
+    /// A property has got another value.
+    Signal<Property> changed;
 
   protected:
-    ~Control() = default;
+    /// For a form, which is a part of none.
+    explicit Control(std::string name) : name_(std::move(name)) {}
 
-    /// Stores a property and tells of it, unless it is the value that stands already.
+    /// Stores a property and notifies of it, unless it has that value already.
     template <typename T>
-    void assign(T& property, T value) {
+    void assign(T& property, T value, Property which) {
         if (property != value) {
             property = std::move(value);
-            changed.emit();
+            changed.emit(which);
         }
     }
 
+    /// Gives the control a size, now and at each load.
+    void designSize(Twips width, Twips height) {
+        designed_.width = width;
+        designed_.height = height;
+        setWidth(width);
+        setHeight(height);
+    }
+
+    void keepDesign() override { designed_ = common_; }
+    void atLoad() override {
+        common_ = designed_;
+        changed.emit(Property::all);
+    }
+
   private:
+    struct Common {
+        std::string toolTip;
+        bool visible = true;
+        bool enabled = true;
+        Twips left;
+        Twips top;
+        Twips width;
+        Twips height;
+    };
+
     std::string name_;
-    std::string toolTip_;
-    bool visible_ = true;
-    bool enabled_ = true;
-    Twips left_ = 0;
-    Twips top_ = 0;
-    Twips width_ = 0;
-    Twips height_ = 0;
+    Common common_;
+    Common designed_;
+};
+
+/// A control whose further properties are one struct.
+template <typename State>
+class ControlWith : public Control {
+  public:
+    using Control::Control;
+
+  protected:
+    void keepDesign() override {
+        designed_ = state_;
+        Control::keepDesign();
+    }
+    void atLoad() override {
+        state_ = designed_;
+        Control::atLoad();
+    }
+
+    State state_;
+
+  private:
+    State designed_;
 };
 
 /// The product's single handler of an event; an event without one passes.

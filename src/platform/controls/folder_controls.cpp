@@ -41,16 +41,36 @@ Status DirListBox::setPath(const std::string& path) {
     return {};
 }
 
-void DirListBox::reset(const std::string& path) {
+void DirListBox::atLoad() {
     lastOnDrive_.clear();
-    standIn(path);
+    standIn(files_.programFolder());
+    Control::atLoad();
+}
+
+std::vector<std::string> DirListBox::subfolders() const {
+    std::vector<std::string> names;
+    const auto walk = directories_.startWalk();
+    FindRecord record;
+    const std::string folder = path_.ends_with('\\') ? path_ : path_ + "\\";
+    const FindHandle handle = walk->FindFirst(folder + "*.*", record);
+    if (handle == invalidFindHandle) {
+        return names;
+    }
+    do {
+        const bool isFolder = (record.attributes & file_attribute::directory) != 0;
+        if (isFolder && record.name != "." && record.name != "..") {
+            names.push_back(record.name);
+        }
+    } while (walk->FindNext(handle, record));
+    walk->FindClose(handle);
+    return names;
 }
 
 void DirListBox::standIn(const std::string& path) {
     if (const std::string drive = driveOf(path); !drive.empty()) {
         lastOnDrive_[drive.front()] = path;
     }
-    assign(path_, path);
+    assign(path_, path, Property::path);
 }
 
 Status DriveListBox::setDrive(const std::string& path) {
@@ -60,14 +80,15 @@ Status DriveListBox::setDrive(const std::string& path) {
         return {ErrorNumber::deviceUnavailable, "Device unavailable"};
     }
     if (wanted != drive_) {
-        assign(drive_, wanted);
+        assign(drive_, wanted, Property::path);
         run(onChange);
     }
     return {};
 }
 
-void DriveListBox::reset(const std::string& path) {
-    assign(drive_, driveOf(path));
+void DriveListBox::atLoad() {
+    drive_ = driveOf(files_.programFolder());
+    Control::atLoad();
 }
 
 } // namespace sonarith

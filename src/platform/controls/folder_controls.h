@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two controls with which a person chooses a folder: the list of folders and the list of
-// drives. Each stands on something that exists; what exists they ask of directory_walk.h.
+// The two controls with which a user chooses a folder: the list of folders and the list of drives.
+// Each stands on something that exists; what exists they ask of directory_walk.h.
 #pragma once
 
 #include <map>
@@ -10,6 +10,7 @@
 
 #include "platform/controls/control.h"
 #include "platform/directory_walk.h"
+#include "platform/file_system.h"
 #include "platform/result.h"
 
 namespace sonarith {
@@ -17,26 +18,33 @@ namespace sonarith {
 /// A list of folders that stands in one of them.
 class DirListBox : public Control {
   public:
-    /// `directories` must outlive this. It stands nowhere until reset().
-    DirListBox(std::string name, const Directories& directories)
-        : Control(std::move(name)), directories_(directories) {}
+    /// `directories` and `files` outlive this. At each load it stands in the program's folder. Not
+    /// in the current one: a destination that could not be made leaves that at the root of a drive,
+    /// and a search from there would walk all of it.
+    DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
+        : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
     /// Without a backslash at its end but for the root of a drive.
     [[nodiscard]] const std::string& path() const { return path_; }
     /// Errors: pathNotFound, which leaves it where it stands. A drive alone ("d:") means the folder
     /// of that drive in which it stood last, or else the drive's root.
     Status setPath(const std::string& path);
-    /// Stands in a folder, unasked, as when it is made, and forgets where else it stood.
-    void reset(const std::string& path);
+    /// The folders in the one in which it stands, in no particular order, by their names. Empty for
+    /// a folder that cannot be read. It does not yield.
+    [[nodiscard]] std::vector<std::string> subfolders() const;
 
     /// The path has become another one.
     Handler<> onChange;
+
+  protected:
+    void atLoad() override;
 
   private:
     [[nodiscard]] Result<std::string> folderFor(const std::string& path) const;
     void standIn(const std::string& path);
 
-    const Directories& directories_;
+    Directories& directories_;
+    const FileSystem& files_;
     std::string path_;
     std::map<char, std::string> lastOnDrive_; ///< by lower-case letter
 };
@@ -44,25 +52,29 @@ class DirListBox : public Control {
 /// A list of drives, one of them chosen.
 class DriveListBox : public Control {
   public:
-    /// `directories` must outlive this.
-    DriveListBox(std::string name, const Directories& directories)
-        : Control(std::move(name)), directories_(directories) {}
+    /// `directories` and `files` outlive this. At each load it stands on the drive of the program's
+    /// folder.
+    DriveListBox(Form& owner, std::string name, const Directories& directories,
+                 const FileSystem& files)
+        : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
     /// Letter and colon, lower case.
     [[nodiscard]] const std::string& drive() const { return drive_; }
     /// A drive or a path on it: the letter counts. Errors: deviceUnavailable, and no change, if
     /// there is no such drive.
     Status setDrive(const std::string& path);
-    /// Stands on the drive of a path, unasked, as when it is made.
-    void reset(const std::string& path);
-    /// All drives that there are now.
+    /// All drives that exist now.
     [[nodiscard]] std::vector<std::string> drives() const { return directories_.drives(); }
 
     /// The drive has become another one.
     Handler<> onChange;
 
+  protected:
+    void atLoad() override;
+
   private:
     const Directories& directories_;
+    const FileSystem& files_;
     std::string drive_;
 };
 

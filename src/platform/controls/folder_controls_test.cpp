@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/controls/form.h"
 #include "support/fake_directories.h"
+#include "support/fake_file_system.h"
 
 namespace sonarith {
 namespace {
@@ -21,17 +23,19 @@ class FolderControlsTest : public testing::Test {
         drive.onChange = [this] {
             ++driveChanges;
         };
-        folder.reset("c:\\music");
-        drive.reset("c:\\music");
+        files.setProgramFolder("c:\\music");
+        form.load();
     }
+    test::FakeFileSystem files;
     test::FakeDirectories disk;
-    DirListBox folder{"Dir1", disk};
-    DriveListBox drive{"Drive1", disk};
+    Form form{"frmsearch"};
+    DirListBox folder{form, "Dir1", disk, files};
+    DriveListBox drive{form, "Drive1", disk, files};
     int folderChanges = 0;
     int driveChanges = 0;
 };
 
-TEST_F(FolderControlsTest, BeginWhereTheyArePutAndTellNobody) {
+TEST_F(FolderControlsTest, BeginInTheProgramsFolderSilently) {
     EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_EQ(drive.drive(), "c:");
     EXPECT_EQ(folderChanges, 0);
@@ -77,9 +81,11 @@ TEST_F(FolderControlsTest, ADriveWhoseFolderIsGoneIsEnteredAtItsRoot) {
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, AResetForgetsWhereElseItStood) {
+TEST_F(FolderControlsTest, ALoadForgetsWhereElseItStood) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
-    folder.reset("c:\\music");
+    form.unload();
+    form.load();
+    EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
 }
@@ -99,6 +105,14 @@ TEST_F(FolderControlsTest, ADriveThatIsNotThereLeavesTheChoice) {
     EXPECT_FALSE(drive.setDrive("music").ok());
     EXPECT_EQ(drive.drive(), "c:");
     EXPECT_EQ(driveChanges, 0);
+}
+
+TEST_F(FolderControlsTest, ListsTheFoldersInTheOneInWhichItStands) {
+    EXPECT_THAT(folder.subfolders(), ElementsAre("one"));
+    EXPECT_TRUE(folder.setPath("d:\\").ok());
+    EXPECT_THAT(folder.subfolders(), ElementsAre("albums"));
+    disk.makeUnreadable("d:\\");
+    EXPECT_THAT(folder.subfolders(), testing::IsEmpty());
 }
 
 TEST_F(FolderControlsTest, TheDrivesAreThoseThatThereAreNow) {

@@ -3,11 +3,30 @@
 
 namespace sonarith {
 
-void Form::load() {
-    if (!loaded_) {
-        loaded_ = true;
-        run(onLoad);
+Form::Form(std::string name, std::string caption) : ControlWith(std::move(name)) {
+    state_.caption = std::move(caption);
+    setVisible(false);
+    ControlWith::keepDesign();
+}
+
+void Form::keepDesign() {
+    ControlWith::keepDesign();
+    for (FormPart* part : parts_) {
+        part->keepDesign();
     }
+}
+
+void Form::load() {
+    if (loaded_) {
+        return;
+    }
+    loaded_ = true;
+    ++timesLoaded_;
+    atLoad();
+    for (FormPart* part : parts_) {
+        part->atLoad();
+    }
+    run(onLoad);
 }
 
 void Form::show() {
@@ -30,9 +49,16 @@ void Form::unload() {
     unloading_ = true;
     run(onQueryUnload);
     run(onUnload);
+    for (FormPart* part : parts_) {
+        part->atUnload();
+    }
     loaded_ = false;
     unloading_ = false;
     setVisible(false);
+}
+
+void Form::setDesignedSize(Twips width, Twips height) {
+    designSize(width, height);
 }
 
 void Form::setInnerSize(Twips width, Twips height) {

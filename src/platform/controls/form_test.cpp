@@ -3,8 +3,15 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
+
+#include "platform/controls/basic_controls.h"
+#include "platform/controls/combo_box.h"
+#include "platform/controls/list_box.h"
+#include "platform/controls/timer.h"
+#include "support/virtual_event_loop.h"
 
 namespace sonarith {
 namespace {
@@ -156,28 +163,189 @@ TEST_F(FormTest, LoadsAgainAfterAnUnload) {
 TEST_F(FormTest, IsNotLoadedAnyMoreWhenItTellsThatItIsHidden) {
     form.show();
     bool loadedWhenTold = true;
-    const Connection connection = form.changed.connect([&] { loadedWhenTold = form.loaded(); });
+    const Connection connection =
+        form.changed.connect([&](Property) { loadedWhenTold = form.loaded(); });
     form.unload();
     EXPECT_FALSE(loadedWhenTold);
 }
 
 TEST_F(FormTest, RunsItsResizeForAnotherSizeOnly) {
-    form.setInnerSize(3990, 5490);
-    form.setInnerSize(3990, 5490);
+    form.setInnerSize(3990_twips, 5490_twips);
+    form.setInnerSize(3990_twips, 5490_twips);
     EXPECT_THAT(events, ElementsAre("resize"));
-    form.setInnerSize(3990, 5491);
-    EXPECT_EQ(form.innerWidth(), 3990);
-    EXPECT_EQ(form.innerHeight(), 5491);
+    form.setInnerSize(3990_twips, 5491_twips);
+    EXPECT_EQ(form.innerWidth(), 3990_twips);
+    EXPECT_EQ(form.innerHeight(), 5491_twips);
     EXPECT_THAT(events, ElementsAre("resize", "resize"));
 }
 
 TEST_F(FormTest, PassesTheMenuThatIsToOpen) {
-    MenuItem menu("mnupopup", "popup");
+    MenuItem menu(form, "mnupopup", "popup");
     const MenuItem* asked = nullptr;
     const Connection connection =
         form.popupRequested.connect([&](MenuItem& item) { asked = &item; });
     form.popupRequested.emit(menu);
     EXPECT_EQ(asked, &menu);
+}
+
+/// A form with one part of each kind that keeps a design.
+struct DesignedForm : Form {
+    explicit DesignedForm(EventLoop& loop) : Form("FrmPrefs", "Preferences"), tick(*this, loop) {
+        hidden.setVisible(false);
+        group.setToolTip("a tip");
+        setDesignedSize(100_twips, 200_twips);
+        keepDesign();
+    }
+    struct Ticks {
+        Ticks(Form& form, EventLoop& loop)
+            : on(form, loop, "on", std::chrono::milliseconds(10), TimerAtLoad::on),
+              off(form, loop, "off", std::chrono::milliseconds(10)) {}
+        Timer on;
+        Timer off;
+    };
+    CheckBox box{*this, "Check1", "Mute"};
+    TextBox text{*this, "Text7", "100"};
+    Label hidden{*this, "Label4", "Label4"};
+    ListBox list{*this, "List1"};
+    ComboBox combo{*this, "Combo1"};
+    TabControl group{*this, "SSTab2", {"a", "b"}};
+    Ticks tick;
+};
+
+struct DesignTest : testing::Test {
+    test::VirtualEventLoop loop;
+    DesignedForm form{loop};
+
+    void spoil() {
+        form.setCaption("other");
+        form.setWidth(1_twips);
+        form.setLeft(5_twips);
+        form.box.setValue(1).passOver();
+        form.box.setCaption("Play");
+        form.box.setEnabled(false);
+        form.text.setText("7");
+        form.hidden.setVisible(true);
+        form.list.addItem("line");
+        form.combo.addItem("entry");
+        form.group.setTab(1).passOver();
+        form.group.setToolTip("");
+    }
+    void expectAsDesigned() const {
+        EXPECT_EQ(form.caption(), "Preferences");
+        EXPECT_EQ(form.width(), 100_twips);
+        EXPECT_EQ(form.left(), 0_twips);
+        EXPECT_EQ(form.box.value(), 0);
+        EXPECT_EQ(form.box.caption(), "Mute");
+        EXPECT_TRUE(form.box.enabled());
+        EXPECT_EQ(form.text.text(), "100");
+        EXPECT_FALSE(form.hidden.visible());
+        EXPECT_EQ(form.list.listCount(), 0);
+        EXPECT_EQ(form.combo.listCount(), 0);
+        EXPECT_EQ(form.group.tab(), 0);
+        EXPECT_EQ(form.group.toolTip(), "a tip");
+    }
+};
+
+TEST_F(DesignTest, EachLoadBeginsWithTheDesignedState) {
+    form.load();
+    spoil();
+    form.unload();
+    form.onLoad = [this] {
+        expectAsDesigned();
+    };
+    form.load();
+    expectAsDesigned();
+}
+
+TEST_F(DesignTest, ResettingRunsNoHandler) {
+    form.load();
+    spoil();
+    form.unload();
+    int ran = 0;
+    const auto count = [&ran] {
+        ++ran;
+    };
+    form.box.onClick = count;
+    form.text.onChange = count;
+    form.list.onClick = count;
+    form.combo.onClick = count;
+    form.load();
+    EXPECT_EQ(ran, 0);
+}
+
+TEST_F(DesignTest, ResettingNotifiesTheViews) {
+    form.load();
+    spoil();
+    form.unload();
+    std::vector<Property> changes;
+    const Connection connection =
+        form.box.changed.connect([&](Property which) { changes.push_back(which); });
+    form.load();
+    EXPECT_THAT(changes, ElementsAre(Property::all));
+}
+
+TEST_F(DesignTest, ALoadStartsTheTimersThatAreOnByDesignAndAnUnloadStopsAll) {
+    EXPECT_EQ(loop.wakeupCount(), 0U);
+    form.load();
+    EXPECT_TRUE(form.tick.on.enabled());
+    EXPECT_FALSE(form.tick.off.enabled());
+    form.tick.off.setEnabled(true);
+    form.unload();
+    EXPECT_EQ(loop.wakeupCount(), 0U);
+    form.load();
+    EXPECT_TRUE(form.tick.on.enabled());
+    EXPECT_FALSE(form.tick.off.enabled());
+}
+
+TEST_F(DesignTest, TimersRunOnWhileTheUnloadingWaits) {
+    form.load();
+    bool enabled = false;
+    form.onUnload = [&] {
+        enabled = form.tick.on.enabled();
+    };
+    form.unload();
+    EXPECT_TRUE(enabled);
+}
+
+TEST_F(DesignTest, ReachingForAControlLoadsTheFormUnshown) {
+    EXPECT_EQ(touched(form).text.text(), "100");
+    EXPECT_TRUE(form.loaded());
+    EXPECT_FALSE(form.visible());
+    touched(form).text.setText("5");
+    EXPECT_EQ(touched(form).text.text(), "5");
+    EXPECT_EQ(form.timesLoaded(), 1);
+}
+
+TEST_F(DesignTest, ADesignedSizeHoldsForEachLoad) {
+    form.load();
+    form.setDesignedSize(300_twips, 400_twips);
+    EXPECT_EQ(form.height(), 400_twips);
+    form.setHeight(1_twips);
+    form.unload();
+    form.load();
+    EXPECT_EQ(form.width(), 300_twips);
+    EXPECT_EQ(form.height(), 400_twips);
+}
+
+TEST_F(DesignTest, CountsItsLoads) {
+    form.load();
+    form.load();
+    EXPECT_EQ(form.timesLoaded(), 1);
+    form.unload();
+    form.load();
+    EXPECT_EQ(form.timesLoaded(), 2);
+}
+
+TEST_F(DesignTest, AWindowRegionLastsUntilTheNextLoad) {
+    form.load();
+    std::vector<Property> changes;
+    const Connection connection =
+        form.changed.connect([&](Property which) { changes.push_back(which); });
+    form.setWindowRegion(WindowRegion{{{0, 0, 10, 10}}});
+    EXPECT_THAT(changes, ElementsAre(Property::region));
+    form.unload();
+    form.load();
+    EXPECT_FALSE(form.windowRegion().has_value());
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/controls/list_box.h"
 
+#include <utility>
+
 namespace sonarith {
 
 namespace {
@@ -23,13 +25,17 @@ Status ListBox::setList(int index, const std::string& text) {
     if (!holds(index)) {
         return outOfRange();
     }
-    assign(lines_[static_cast<std::size_t>(index)].text, uptoNull(text));
+    std::string& line = lines_[static_cast<std::size_t>(index)].text;
+    if (std::string kept = uptoNull(text); kept != line) {
+        line = std::move(kept);
+        listChanged.emit({ListChange::Kind::edited, index});
+    }
     return {};
 }
 
 void ListBox::addItem(const std::string& text) {
     lines_.push_back({.text = uptoNull(text)});
-    changed.emit();
+    listChanged.emit({ListChange::Kind::inserted, listCount() - 1});
 }
 
 Status ListBox::addItem(const std::string& text, int index) {
@@ -40,7 +46,7 @@ Status ListBox::addItem(const std::string& text, int index) {
     if (listIndex_ >= index) {
         ++listIndex_;
     }
-    changed.emit();
+    listChanged.emit({ListChange::Kind::inserted, index});
     return {};
 }
 
@@ -54,14 +60,14 @@ Status ListBox::removeItem(int index) {
     } else if (listIndex_ > index) {
         --listIndex_;
     }
-    changed.emit();
+    listChanged.emit({ListChange::Kind::removed, index});
     return {};
 }
 
 void ListBox::clear() {
     lines_.clear();
     listIndex_ = -1;
-    changed.emit();
+    listChanged.emit({ListChange::Kind::cleared});
 }
 
 Status ListBox::setListIndex(int index) {
@@ -69,10 +75,23 @@ Status ListBox::setListIndex(int index) {
         return {ErrorNumber::invalidPropertyValue, "The list has no line of that number."};
     }
     if (index != listIndex_) {
-        assign(listIndex_, index);
+        assign(listIndex_, index, Property::listIndex);
         run(onClick);
     }
     return {};
+}
+
+void ListBox::choose(int index) {
+    if (index == listIndex_ && holds(index)) {
+        run(onClick);
+    } else if (holds(index)) {
+        setListIndex(index).passOver();
+    }
+}
+
+void ListBox::atLoad() {
+    clear();
+    Control::atLoad();
 }
 
 bool ListBox::selected(int index) const {
@@ -83,7 +102,11 @@ Status ListBox::setSelected(int index, bool selected) {
     if (!holds(index)) {
         return outOfRange();
     }
-    assign(lines_[static_cast<std::size_t>(index)].selected, selected);
+    bool& mark = lines_[static_cast<std::size_t>(index)].selected;
+    if (mark != selected) {
+        mark = selected;
+        listChanged.emit({ListChange::Kind::edited, index});
+    }
     return {};
 }
 

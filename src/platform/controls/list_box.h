@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A list box: an ordered list of texts with a current line, marks and a number for each line. Many
-// are never seen and serve as the program's stores.
+// are never shown and serve as the program's stores.
 #pragma once
 
 #include <cstdint>
@@ -8,13 +8,26 @@
 #include <string>
 
 #include "platform/controls/control.h"
+#include "platform/controls/mouse_buttons.h"
 #include "platform/result.h"
 
 namespace sonarith {
 
+/// What a view needs to know of a change of the lines. Sent after the change.
+struct ListChange {
+    enum class Kind {
+        inserted, ///< the line is new; those from it on have moved up by one
+        removed,  ///< the line is gone; those behind it have moved down by one
+        edited,   ///< the line's text or mark is another one
+        cleared,  ///< all lines are gone
+    };
+    Kind kind;
+    int index = 0;
+};
+
 class ListBox : public Control {
   public:
-    explicit ListBox(std::string name) : Control(std::move(name)) {}
+    using Control::Control;
 
     [[nodiscard]] int listCount() const { return static_cast<int>(lines_.size()); }
     /// The text of a line counted from 0; empty outside the list.
@@ -45,8 +58,18 @@ class ListBox : public Control {
     [[nodiscard]] std::int32_t itemData(int index) const;
     Status setItemData(int index, std::int32_t data);
 
-    /// The current line was changed to another, by code or by a click.
+    /// The current line was changed to another by code, or chosen by the user.
     Handler<> onClick;
+    /// A press on the list, after a left press has chosen its line.
+    Handler<MouseButtons> onMouseDown;
+    /// A user's click on a line makes it the current one and runs onClick, also on the line that is
+    /// current already. Nothing for a line that does not exist.
+    void choose(int index);
+
+    Signal<ListChange> listChanged;
+
+  protected:
+    void atLoad() override;
 
   private:
     struct Line {

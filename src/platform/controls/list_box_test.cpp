@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/controls/form.h"
+
 namespace sonarith {
 namespace {
 
@@ -21,7 +23,8 @@ std::vector<std::string> linesOf(const ListBox& list) {
 }
 
 struct ListBoxTest : testing::Test {
-    ListBox list{"List1"};
+    Form form{"Form1"};
+    ListBox list{form, "List1"};
     int clicks = 0;
     int changes = 0;
     Connection connection;
@@ -33,7 +36,7 @@ struct ListBoxTest : testing::Test {
         list.onClick = [this] {
             ++clicks;
         };
-        connection = list.changed.connect([this] { ++changes; });
+        connection = list.listChanged.connect([this](ListChange) { ++changes; });
     }
 };
 
@@ -167,8 +170,38 @@ TEST_F(ListBoxTest, CanAddOneOfItsOwnLines) {
     EXPECT_EQ(list.list(102), "a");
 }
 
+TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineIsAClick) {
+    list.choose(1);
+    list.choose(1);
+    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(list.listIndex(), 1);
+    for (const int outside : {-1, 3}) {
+        list.choose(outside);
+    }
+    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(list.listIndex(), 1);
+}
+
+TEST_F(ListBoxTest, NotifiesWhichLineHasChangedAndHow) {
+    using Kind = ListChange::Kind;
+    std::vector<std::pair<Kind, int>> seen;
+    const Connection watch = list.listChanged.connect(
+        [&](ListChange change) { seen.emplace_back(change.kind, change.index); });
+    list.addItem("d");
+    list.addItem("top", 0).passOver();
+    list.removeItem(2).passOver();
+    list.setList(1, "A").passOver();
+    list.setList(1, "A").passOver();
+    list.setSelected(3, true).passOver();
+    list.setSelected(3, true).passOver();
+    list.clear();
+    EXPECT_THAT(seen, ElementsAre(std::pair(Kind::inserted, 3), std::pair(Kind::inserted, 0),
+                                  std::pair(Kind::removed, 2), std::pair(Kind::edited, 1),
+                                  std::pair(Kind::edited, 3), std::pair(Kind::cleared, 0)));
+}
+
 struct ReorderTest : ListBoxTest {
-    ListBox scratch{"List7"};
+    ListBox scratch{form, "List7"};
     ReorderTest() { scratch.addItem("left over"); }
 };
 

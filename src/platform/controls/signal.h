@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a model tells whoever shows it that something changed. For notifications alone: what the
-// product does on an event is the single handler of that event (onClick and its like).
+// How a model notifies the views that show it. For notifications alone: what the product does on an
+// event is the single handler of that event (onClick and its like).
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -30,24 +31,48 @@ class Signal {
     Signal& operator=(const Signal&) = delete;
 
     [[nodiscard]] Connection connect(Slot slot) {
+        forgetDisconnected();
         auto kept = std::make_shared<Slot>(std::move(slot));
         slots_.push_back(kept);
         return Connection(std::move(kept));
     }
 
-    /// Calls every slot in the order of connection. Slots may come and go meanwhile.
+    /// Calls every slot in the order of connection. Slots may connect and disconnect meanwhile: one
+    /// that is new waits for the next emission. Does not allocate.
     void emit(Args... args) {
-        std::erase_if(slots_, [](const std::weak_ptr<Slot>& slot) { return slot.expired(); });
-        const auto slots = slots_;
-        for (const auto& slot : slots) {
-            if (const auto kept = slot.lock()) {
+        const Emission emission(*this);
+        const std::size_t count = slots_.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            if (const auto kept = slots_[i].lock()) {
                 (*kept)(args...);
             }
         }
     }
 
   private:
+    /// Counts emissions that stand within each other: places may move in none of them.
+    class Emission {
+      public:
+        explicit Emission(Signal& signal) : signal_(signal) { ++signal_.emissions_; }
+        ~Emission() {
+            --signal_.emissions_;
+            signal_.forgetDisconnected();
+        }
+        Emission(const Emission&) = delete;
+        Emission& operator=(const Emission&) = delete;
+
+      private:
+        Signal& signal_;
+    };
+
+    void forgetDisconnected() {
+        if (emissions_ == 0) {
+            std::erase_if(slots_, [](const std::weak_ptr<Slot>& slot) { return slot.expired(); });
+        }
+    }
+
     std::vector<std::weak_ptr<Slot>> slots_;
+    int emissions_ = 0;
 };
 
 } // namespace sonarith

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "support/counted_allocations.h"
+
 namespace sonarith {
 namespace {
 
@@ -90,6 +92,35 @@ TEST_F(SignalTest, ASlotMayEmitAgain) {
     });
     signal.emit(2);
     EXPECT_THAT(calls, ElementsAre("2", "1", "0"));
+}
+
+TEST_F(SignalTest, AnEmissionDoesNotAllocate) {
+    int sum = 0;
+    const Connection first = signal.connect([&](int value) { sum += value; });
+    const Connection second = signal.connect([&](int value) { sum += value; });
+    EXPECT_EQ(test::allocationsOf([&] {
+                  for (int i = 0; i < 100; ++i) {
+                      signal.emit(1);
+                  }
+              }),
+              0);
+    EXPECT_EQ(sum, 200);
+}
+
+TEST_F(SignalTest, ADisconnectionWithinANestedEmissionLeavesTheOuterOneInOrder) {
+    Connection second = signal.connect(note("b"));
+    bool nested = false;
+    const Connection first = signal.connect([&](int value) {
+        if (!nested) {
+            nested = true;
+            second = Connection();
+            signal.emit(value + 1);
+        }
+        calls.push_back("a" + std::to_string(value));
+    });
+    const Connection third = signal.connect(note("c"));
+    signal.emit(1);
+    EXPECT_THAT(calls, ElementsAre("b1", "a2", "c2", "a1", "c1"));
 }
 
 TEST(Connection, MayOutliveItsSignal) {

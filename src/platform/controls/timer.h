@@ -9,14 +9,22 @@
 #include <utility>
 
 #include "platform/controls/control.h"
+#include "platform/controls/form.h"
 #include "platform/event_loop.h"
 
 namespace sonarith {
 
-class Timer {
+/// Whether a timer is on when its form loads.
+enum class TimerAtLoad { off, on };
+
+/// Its form's unload switches it off.
+class Timer : public FormPart {
   public:
-    Timer(EventLoop& loop, std::string name, EventLoop::Duration interval)
-        : loop_(loop), name_(std::move(name)), interval_(interval) {}
+    Timer(Form& owner, EventLoop& loop, std::string name, EventLoop::Duration interval,
+          TimerAtLoad designed = TimerAtLoad::off)
+        : loop_(loop), name_(std::move(name)), interval_(interval), designed_(designed) {
+        owner.adopt(*this);
+    }
 
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] EventLoop::Duration interval() const { return interval_; }
@@ -35,9 +43,13 @@ class Timer {
     void fire() { run(onTimer); }
 
   private:
+    void atLoad() override { setEnabled(designed_ == TimerAtLoad::on); }
+    void atUnload() override { setEnabled(false); }
+
     EventLoop& loop_;
     std::string name_;
     EventLoop::Duration interval_;
+    TimerAtLoad designed_;
     std::unique_ptr<Wakeup> wakeup_;
 };
 

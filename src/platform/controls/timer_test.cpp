@@ -13,7 +13,8 @@ using test::VirtualEventLoop;
 
 struct TimerTest : testing::Test {
     VirtualEventLoop loop;
-    Timer timer{loop, "tmrRecord", 100ms};
+    Form form{"Form1"};
+    Timer timer{form, loop, "tmrRecord", 100ms};
     int ticks = 0;
 
     TimerTest() {

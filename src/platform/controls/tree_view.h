@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/controls/control.h"
+#include "platform/controls/mouse_buttons.h"
 #include "platform/result.h"
 
 namespace sonarith {
@@ -75,15 +76,9 @@ class TreeObserver {
     virtual void dragRequested() = 0;
 };
 
-/// Which mouse buttons are down, or were pressed.
-struct MouseButtons {
-    bool left = false;
-    bool right = false;
-};
-
 class TreeView : public Control {
   public:
-    explicit TreeView(std::string name) : Control(std::move(name)) {}
+    using Control::Control;
 
     [[nodiscard]] int count() const { return static_cast<int>(nodes_.size()); }
     /// The node of an index from 1 to count(); empty outside.
@@ -148,6 +143,12 @@ class TreeView : public Control {
 
     /// Whoever shows the tree; empty while nobody does.
     void setObserver(TreeObserver* observer) { observer_ = observer; }
+
+  protected:
+    void atLoad() override {
+        clear();
+        Control::atLoad();
+    }
 
   private:
     [[nodiscard]] Status usable(const NodeRef& node) const;

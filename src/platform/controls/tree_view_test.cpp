@@ -286,7 +286,8 @@ TEST_F(ObservedTree, TellsOfEachChangeOnce) {
 /// limit that every test has. Quadratic work on this many nodes would take minutes.
 TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
     constexpr int nodes = 100'000;
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     for (int round = 0; round < 2; ++round) {
         const NodeRef root = tree.add(nullptr, "f", "root", 1, 4).value();
         const NodeRef first = tree.add(root, "g 1", "first", 2, 5).value();
@@ -304,7 +305,8 @@ TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
 }
 
 TEST(DeepTree, AHundredThousandLevelsAreRemovedAtOnce) {
-    TreeView tree("TreeView1");
+    Form form("Form1");
+    TreeView tree(form, "TreeView1");
     NodeRef deepest;
     for (int i = 0; i < 100'000; ++i) {
         deepest = tree.add(deepest, std::to_string(i), "node", 1, 1).value();

@@ -119,17 +119,40 @@ void IniSettingsStore::DeleteSetting(const std::string& application, const std::
 
 void IniSettingsStore::change(const Key& key, const std::optional<std::string>& value) {
     changes_.insert_or_assign(key, value);
+    changesWait_ = true;
+    if (transactions_ == 0) {
+        saveChanges();
+    }
+}
+
+void IniSettingsStore::endTransaction() {
+    if (--transactions_ == 0 && changesWait_) {
+        saveChanges();
+    }
+}
+
+void IniSettingsStore::saveChanges() {
+    changesWait_ = false;
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
-        read(); // somebody else wrote the file, or made way
-    } else if (state_ == State::written) {
-        const auto held = onDisk_.find(settingName(key));
-        if (value ? held != onDisk_.end() && held->second == *value : held == onDisk_.end()) {
-            return; // it is on disk already; a write waits for the disk, and each start saves much
-        }
+        read(); // another program wrote the file, or made way
+    } else if (state_ == State::written && withChanges() == onDisk_) {
+        return; // it is on disk already; a write waits for the disk, and each start saves much
     }
     if (state_ != State::untouchable) {
         writeOut();
     }
+}
+
+IniValues IniSettingsStore::withChanges() const {
+    IniValues values = onDisk_;
+    for (const auto& [key, value] : changes_) {
+        if (value) {
+            values.insert_or_assign(settingName(key), *value);
+        } else {
+            values.erase(settingName(key));
+        }
+    }
+    return values;
 }
 
 void IniSettingsStore::read() {
@@ -143,14 +166,7 @@ void IniSettingsStore::read() {
 
 void IniSettingsStore::writeOut() {
     makeFolder();
-    IniValues values = onDisk_;
-    for (const auto& [key, value] : changes_) {
-        if (value) {
-            values.insert_or_assign(settingName(key), *value);
-        } else {
-            values.erase(settingName(key));
-        }
-    }
+    IniValues values = withChanges();
     const bool done = writeIniFile(path_, values);
     if (done) {
         onDisk_ = std::move(values);

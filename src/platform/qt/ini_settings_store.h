@@ -36,6 +36,9 @@ class IniSettingsStore final : public SettingsStore {
                        const std::string& key) override;
 
   private:
+    void beginTransaction() override { ++transactions_; }
+    void endTransaction() override;
+
     using Key = std::pair<std::string, std::string>;
     /// What tells that somebody else wrote the file.
     struct Stamp {
@@ -55,6 +58,8 @@ class IniSettingsStore final : public SettingsStore {
     [[nodiscard]] bool makeFileTrustworthy();
     void read();
     void change(const Key& key, const std::optional<std::string>& value);
+    void saveChanges();
+    [[nodiscard]] IniValues withChanges() const;
     void writeOut();
     void makeFolder();
 
@@ -66,6 +71,8 @@ class IniSettingsStore final : public SettingsStore {
     IniValues onDisk_;
     /// What this run saved or deleted (nothing): it holds whatever becomes of the file.
     std::map<Key, std::optional<std::string>> changes_;
+    int transactions_ = 0; ///< that stand within each other
+    bool changesWait_ = false;
 };
 
 } // namespace sonarith

@@ -30,27 +30,33 @@ QString machineText(const std::string& path) {
 } // namespace
 
 Result<std::string> QtFileDialog::open(const FileDialogRequest& request) {
-    const QString title = toQString(request.title);
-    QFileDialog dialog(dialogParent(), title);
-    dialog.setObjectName(QStringLiteral("fileDialog"));
-    dialog.setAccessibleName(title);
-    // Our own on every desktop: a desktop's may know neither the filter's case nor our keys.
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    QFileDialog dialog(dialogParent());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilters(nameFilters(request.filter));
+    return show(dialog, request);
+}
+
+Result<std::string> QtFileDialog::save(const FileDialogRequest& request) {
+    QFileDialog dialog(dialogParent());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    return show(dialog, request);
+}
+
+Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequest& request) {
+    if (!request.title.empty()) {
+        dialog.setWindowTitle(toQString(request.title));
+    }
+    dialog.setObjectName(QStringLiteral("fileDialog"));
+    dialog.setAccessibleName(dialog.windowTitle());
+    // Our own on every desktop: a desktop's may know neither the filter's case nor our keys.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    if (!request.filter.empty()) {
+        dialog.setNameFilters(nameFilters(request.filter));
+    }
     dialog.setDefaultSuffix(toQString(request.defaultExtension));
-    if (!folder_.empty()) {
-        dialog.setDirectory(machineText(folder_));
-    }
-    if (const std::string chosen = toMachine_(request.fileName); !chosen.empty()) {
-        dialog.setDirectory(QFileInfo(machineText(chosen)).absolutePath());
-        // In the dialog's line quotes part several names, so that such a name cannot stand there;
-        // it can be chosen in the list.
-        if (const QString name = machineText(chosen); !name.contains(QLatin1Char('"'))) {
-            dialog.selectFile(name);
-        }
-    }
+    openIn(dialog, request);
     const bool accepted = runDialog(dialog) == QDialog::Accepted;
     folder_ = QFile::encodeName(dialog.directory().absolutePath()).toStdString();
     const QStringList files = dialog.selectedFiles();
@@ -62,6 +68,32 @@ Result<std::string> QtFileDialog::open(const FileDialogRequest& request) {
         return {ErrorNumber::badFileName, "Bad file name or number"};
     }
     return path;
+}
+
+/// Sets the folder that the dialog shows first, and the name in its line.
+void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request) {
+    if (!folder_.empty()) {
+        dialog.setDirectory(machineText(folder_));
+    }
+    if (!request.initialFolder.empty()) {
+        const QFileInfo initial(machineText(toMachine_(request.initialFolder)));
+        // The path of a file stands for the folder that holds it.
+        dialog.setDirectory(initial.isDir() ? initial.absoluteFilePath() : initial.absolutePath());
+    }
+    if (request.fileName.empty()) {
+        return;
+    }
+    const bool isPath = request.fileName.find_first_of("\\:") != std::string::npos;
+    const QString name =
+        isPath ? machineText(toMachine_(request.fileName)) : toQString(request.fileName);
+    if (isPath && !name.isEmpty()) {
+        dialog.setDirectory(QFileInfo(name).absolutePath());
+    }
+    // In the dialog's line quotes part several names, so that such a name cannot stand there; it
+    // can be chosen in the list.
+    if (!name.isEmpty() && !name.contains(QLatin1Char('"'))) {
+        dialog.selectFile(name);
+    }
 }
 
 } // namespace sonarith

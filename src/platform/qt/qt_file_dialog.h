@@ -8,6 +8,8 @@
 
 #include "platform/file_dialog.h"
 
+class QFileDialog;
+
 namespace sonarith {
 
 class QtFileDialog : public FileDialog {
@@ -20,11 +22,16 @@ class QtFileDialog : public FileDialog {
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
     /// Shows the files that the filter names, whatever their case, and takes one that exists. It
-    /// begins in the folder of `request.fileName`, or else where it was left. Errors:
-    /// dialogCancelled; badFileName for a file that the logic has no path for.
+    /// begins in the folder of `request.fileName`, or in the initial folder, or else where it was
+    /// left. Errors: dialogCancelled; badFileName for a file that the logic has no path for.
     Result<std::string> open(const FileDialogRequest& request) override;
+    /// The same for a name that may be taken: the dialog does not ask.
+    Result<std::string> save(const FileDialogRequest& request) override;
 
   private:
+    Result<std::string> show(QFileDialog& dialog, const FileDialogRequest& request);
+    void openIn(QFileDialog& dialog, const FileDialogRequest& request);
+
     Translate toMachine_;
     Translate toLogic_;
     /// The folder in which it was left last, a machine path.

@@ -14,6 +14,9 @@
 #include "platform/controls/basic_controls.h"
 #include "platform/qt/dialog_loop.h"
 
+#include "platform/controls/form.h"
+#include "platform/controls/picture_box.h"
+
 namespace sonarith {
 namespace {
 
@@ -36,8 +39,8 @@ class QtShellTest : public testing::Test {
 
 TEST_F(QtShellTest, TheScreensSizeIsInTwips) {
     const QSize pixels = QGuiApplication::primaryScreen()->geometry().size();
-    EXPECT_EQ(shell.screenWidth(), pixels.width() * 15);
-    EXPECT_EQ(shell.screenHeight(), pixels.height() * 15);
+    EXPECT_EQ(shell.screenWidth(), Twips(pixels.width() * 15));
+    EXPECT_EQ(shell.screenHeight(), Twips(pixels.height() * 15));
 }
 
 TEST_F(QtShellTest, AHelpFileIsOpenedByItsPathOnThisMachine) {
@@ -54,14 +57,15 @@ TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreSilent) {
 }
 
 TEST_F(QtShellTest, AControlIsShownByTheWindowThatItStandsIn) {
-    const PictureBox clip("Picture6");
+    Form form("Form1");
+    const PictureBox clip(form, "Picture6");
     EXPECT_EQ(shell.windowHandle(clip), 0U);
     QWidget window;
     auto* view = new QWidget(&window);
     view->setObjectName(QStringLiteral("Picture6"));
     window.show();
     EXPECT_EQ(shell.windowHandle(clip), window.winId());
-    EXPECT_EQ(shell.windowHandle(PictureBox("Picture5")), 0U);
+    EXPECT_EQ(shell.windowHandle(PictureBox(form, "Picture5")), 0U);
 }
 
 TEST_F(QtShellTest, TheAboutBoxCarriesTheTitleAndClosesByKeyboard) {

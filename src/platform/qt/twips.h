@@ -3,20 +3,20 @@
 // desktop scales its pixels by itself on fine screens; nothing here knows a real one.
 #pragma once
 
-#include "platform/controls/control.h"
+#include "platform/controls/twips.h"
 
 namespace sonarith {
 
 /// 1440 twips and 96 logical pixels to the inch.
-inline constexpr Twips twipsPerPixel = 1440 / 96;
+inline constexpr int twipsPerPixel = 1440 / 96;
 
 [[nodiscard]] constexpr Twips toTwips(int pixels) {
-    return pixels * twipsPerPixel;
+    return Twips(pixels * twipsPerPixel);
 }
 
 /// Rounded to the nearest pixel, halves upwards.
 [[nodiscard]] constexpr int toPixels(Twips twips) {
-    const Twips raised = twips + twipsPerPixel / 2;
+    const int raised = twips.count() + twipsPerPixel / 2;
     // Division rounds towards zero; places left of or above the screen's corner are negative.
     return raised >= 0 ? raised / twipsPerPixel : -((-raised + twipsPerPixel - 1) / twipsPerPixel);
 }

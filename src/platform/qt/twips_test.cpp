@@ -7,9 +7,9 @@ namespace sonarith {
 namespace {
 
 TEST(Twips, TheDesignedClientAreaIs266By366Pixels) {
-    EXPECT_EQ(toPixels(3990), 266);
-    EXPECT_EQ(toPixels(5490), 366);
-    EXPECT_EQ(toTwips(266), 3990);
+    EXPECT_EQ(toPixels(Twips(3990)), 266);
+    EXPECT_EQ(toPixels(Twips(5490)), 366);
+    EXPECT_EQ(toTwips(266), 3990_twips);
 }
 
 TEST(Twips, PixelsSurviveTheWayThereAndBackOnBothSidesOfZero) {
@@ -19,10 +19,10 @@ TEST(Twips, PixelsSurviveTheWayThereAndBackOnBothSidesOfZero) {
 }
 
 TEST(Twips, PartsOfAPixelAreRoundedToTheNearest) {
-    EXPECT_EQ(toPixels(7), 0);
-    EXPECT_EQ(toPixels(8), 1);
-    EXPECT_EQ(toPixels(-7), 0);
-    EXPECT_EQ(toPixels(-8), -1);
+    EXPECT_EQ(toPixels(Twips(7)), 0);
+    EXPECT_EQ(toPixels(Twips(8)), 1);
+    EXPECT_EQ(toPixels(Twips(-7)), 0);
+    EXPECT_EQ(toPixels(Twips(-8)), -1);
 }
 
 } // namespace

@@ -152,6 +152,10 @@ Result<std::int32_t> toInteger32(std::string_view text) {
     return toInteger<std::int32_t>(text);
 }
 
+Result<std::int16_t> roundedToInteger16(double number) {
+    return rounded<std::int16_t>(number);
+}
+
 Result<std::int32_t> roundedToInteger32(double number) {
     return rounded<std::int32_t>(number);
 }

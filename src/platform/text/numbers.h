@@ -26,7 +26,9 @@ namespace sonarith {
 [[nodiscard]] Result<std::int16_t> toInteger16(std::string_view text);
 [[nodiscard]] Result<std::int32_t> toInteger32(std::string_view text);
 
-/// A number rounded to an integer, halves to the even one. Error: overflow.
+/// A number rounded to an integer, halves to the even one. Error: overflow, also for what is no
+/// number (a division by zero).
+[[nodiscard]] Result<std::int16_t> roundedToInteger16(double number);
 [[nodiscard]] Result<std::int32_t> roundedToInteger32(double number);
 
 /// The text in a field of `width` characters, blanks before it. Of a text that is too long the

@@ -102,6 +102,21 @@ TEST(ToInteger32, HoldsThirtyTwoBits) {
     EXPECT_EQ(toInteger32("2147483648").error().number, ErrorNumber::overflow);
 }
 
+TEST(RoundedToInteger16, RoundsHalvesToTheEvenNumber) {
+    EXPECT_EQ(roundedToInteger16(12.5).value(), 12);
+    EXPECT_EQ(roundedToInteger16(37.5).value(), 38);
+    EXPECT_EQ(roundedToInteger16(-32768.5).value(), -32768);
+    EXPECT_EQ(roundedToInteger16(32767.5).error().number, ErrorNumber::overflow);
+    EXPECT_EQ(roundedToInteger16(-32769.0).error().number, ErrorNumber::overflow);
+}
+
+TEST(RoundedToInteger16, OverflowsForADivisionByZero) {
+    EXPECT_EQ(roundedToInteger16(std::numeric_limits<double>::infinity()).error().number,
+              ErrorNumber::overflow);
+    EXPECT_EQ(roundedToInteger16(std::numeric_limits<double>::quiet_NaN()).error().number,
+              ErrorNumber::overflow);
+}
+
 TEST(RoundedToInteger32, RoundsOrOverflows) {
     EXPECT_EQ(roundedToInteger32(2.5).value(), 2);
     EXPECT_EQ(roundedToInteger32(1e10).error().number, ErrorNumber::overflow);

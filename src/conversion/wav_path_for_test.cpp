@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "conversion/wav_path.h"
+#include "conversion/conversion_worker.h"
 
 #include <gmock/gmock.h>
 

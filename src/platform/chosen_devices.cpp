@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/chosen_devices.h"
+#include "platform/chosen_devices.h"
 
 namespace sonarith {
 

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The conversion's jobs, each wired to its window. No behaviour lives here.
+#pragma once
+
+#include "conversion/conversion_worker.h"
+#include "conversion/decoding_driver.h"
+#include "forms/windows.h"
+#include "platform/platform.h"
+#include "settings/process_state.h"
+#include "worktree/add_file.h"
+
+namespace sonarith {
+
+struct Conversion {
+    /// All outlive this.
+    Conversion(const Platform& platform, ProcessState& process, Windows& windows, FileAdder& adder)
+        : worker(platform, process, windows), driver(platform, process, windows, adder) {}
+
+    ConversionWorker worker;
+    DecodingDriver driver;
+};
+
+} // namespace sonarith

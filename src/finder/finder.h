@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The file finder: its search and its window's logic. No behaviour lives here.
+#pragma once
+
+#include "finder/finder_window.h"
+#include "finder/search_engine.h"
+#include "forms/windows.h"
+#include "platform/platform.h"
+#include "worktree/add_file.h"
+#include "worktree/work_tree.h"
+
+namespace sonarith {
+
+struct Finder {
+    /// All outlive this.
+    Finder(const Platform& platform, Windows& windows, FileAdder& adder, WorkTree& tree)
+        : engine(windows.frmsearch, platform.directories, platform.loop),
+          window(platform, windows.frmsearch, engine, adder, tree) {}
+
+    SearchEngine engine;
+    FinderWindow window;
+};
+
+} // namespace sonarith

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The controls of the playlist editor: the list, the file in hand with its header and tag, and the
+// window's own player. What they do is the business of the folder playlist/.
+#pragma once
+
+#include <array>
+
+#include "platform/active_mp3.h"
+#include "platform/controls/active_mp3_host.h"
+#include "platform/controls/basic_controls.h"
+#include "platform/controls/form.h"
+#include "platform/controls/list_box.h"
+
+namespace sonarith {
+
+class FrmPlayList : public Form {
+  public:
+    /// `mp3Controls` outlives this.
+    explicit FrmPlayList(Mp3Controls& mp3Controls);
+
+    // The playlist.
+    Frame Playlist{*this, "Playlist", "MP3 PlayList "};
+    ListBox List2{*this, "List2"}; ///< one whole path a line
+    ListBox List3{*this, "List3"}; ///< work list of a compaction; not shown
+    CommandButton Command20{*this, "Command20", "Add to PlayList"};
+    CommandButton Command6{*this, "Command6", "Delist"};
+    CommandButton Command11{*this, "Command11"}; ///< plays
+    CommandButton Command12{*this, "Command12"}; ///< stops
+    CheckBox Check11{*this, "Check11", "Click on a file to add it to the Files List"};
+    ActiveMp3Host ActiveMP31;
+
+    // The file in hand.
+    TextBox Text5{*this, "Text5"}; ///< its path
+    CommandButton cmdHdr1{*this, "cmdHdr1", "..."};
+    CommandButton cmdHdr2{*this, "cmdHdr2", "Read header"};
+    CommandButton Command2{*this, "Command2", "Rename File"};
+    CommandButton Command10{*this, "Command10", "Delete  File"}; ///< two blanks
+    CommandButton cmdTag{*this, "cmdTag", " Write tag"};         ///< a leading blank
+    ListBox List1{*this, "List1"};                               ///< header lines
+
+    /// The boxes Text4(1) to Text4(8): artist, title, album, year, comment, genre number, whether
+    /// there is a tag, length.
+    [[nodiscard]] TextBox& Text4(std::size_t number) { return text4_.at(number - 1); }
+
+  private:
+    std::array<TextBox, 8> text4_;
+};
+
+} // namespace sonarith

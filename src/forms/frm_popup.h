@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The form that owns the icon in the desktop's notification area, and its menu. It is never shown.
+// What it does is the business of the folder desktop/.
+#pragma once
+
+#include "platform/controls/basic_controls.h"
+#include "platform/controls/form.h"
+#include "platform/controls/timer.h"
+#include "platform/event_loop.h"
+
+namespace sonarith {
+
+class FrmPopup : public Form {
+  public:
+    /// The loop outlives this.
+    explicit FrmPopup(EventLoop& loop);
+
+    Timer Timer1; ///< the icon's tip follows the main window's title
+    Timer Timer2; ///< so does this form's title
+
+    MenuItem mnuStopencoding{*this, "mnuStopencoding", "Stop Conversion"};
+    MenuItem Exit{*this, "Exit", "Restore Control panel"};
+    MenuItem mnuspace1{*this, "mnuspace1", "-"};
+    MenuItem mnuEnd{*this, "mnuEnd", "Shutdown program"};
+    MenuItem Popup{*this, "Popup", "Popup", {&mnuStopencoding, &Exit, &mnuspace1, &mnuEnd}};
+};
+
+} // namespace sonarith

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The controls of the preferences. Two of its labels are stores: the free space of the
+// destination's drive is read out of them. What the controls do is the business of
+// settings/preferences/.
+#pragma once
+
+#include "platform/controls/basic_controls.h"
+#include "platform/controls/combo_box.h"
+#include "platform/controls/folder_controls.h"
+#include "platform/controls/form.h"
+#include "platform/controls/picture_box.h"
+#include "platform/directory_walk.h"
+#include "platform/file_system.h"
+
+namespace sonarith {
+
+class FrmPrefs : public Form {
+  public:
+    /// Both outlive this.
+    FrmPrefs(const FileSystem& files, Directories& directories);
+
+    TabControl SSTab2{*this, "SSTab2", {"Disk Space", "Audio, Misc.", " Destination Path"}};
+
+    // "Disk Space"
+    Frame DriveSpace{*this, "DriveSpace", "Drives; Drive Space"};
+    CheckBox Check6{*this, "Check6", "Warn me when hard drive space falls below"};
+    TextBox Text7{*this, "Text7", "100"}; ///< warning limit, MB
+    CheckBox Check7{*this, "Check7", "Stop converting when hard drive space falls below "};
+    TextBox Text8{*this, "Text8", "100"}; ///< stop limit, MB
+    TextBox Text6{*this, "Text6"};        ///< a line for each fixed drive
+    CommandButton Command3{*this, "Command3", "Refresh data"};
+    CommandButton Command1{*this, "Command1", "Set"};
+    Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive; not shown
+    Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB; not shown
+
+    // "Audio, Misc."
+    Frame Encoding{*this, "Encoding", "Encoding/Decoding Preferences"};
+    Frame Audio{*this, "Audio", "Audio Preferences"};
+    ComboBox Combo1{*this, "Combo1"}; ///< encoding quality
+    ComboBox Combo2{*this, "Combo2"}; ///< encoding bit rate
+    CheckBox Check11{*this, "Check11", "Show File names as Full File Path"};
+    CheckBox Check10{*this, "Check10", "Encode to MP3 after extracting"};
+    CheckBox Check3{*this, "Check3", "Delete WAV file after encoding"};
+    CheckBox Check5{*this, "Check5", "Minimize program during conversion"};
+    CheckBox Check4{*this, "Check4"};         ///< "Minimize program to Desktop Tray Now"
+    ComboBox cbxFormat{*this, "cbxFormat"};   ///< capture format
+    CheckBox Check1{*this, "Check1", "Mute"}; ///< the disc's line is muted while extracting
+
+    // " Destination Path"
+    TextBox Text9{*this, "Text9"}; ///< the whole path
+    CheckBox Check2{*this, "Check2", "I'll select the destination path and directory"};
+    PictureBox Picture6{*this, "Picture6"}; ///< holds what follows; hidden at load
+    TextBox Text10{*this, "Text10"};        ///< name of the new folder
+    CommandButton Co111{*this, "Co111", "Create"};
+    DriveListBox Drive2;
+    DirListBox Dir2;
+};
+
+} // namespace sonarith

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A menu heading or entry. How a menu opens is the view's affair.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/controls/control.h"
+
+namespace sonarith {
+
+struct MenuItemState {
+    bool checked = false;
+};
+
+/// Its caption is fixed. Entries are owned elsewhere, as named members. "-" is the caption of a
+/// line between entries.
+class MenuItem : public ControlWith<MenuItemState> {
+  public:
+    MenuItem(Form& owner, std::string name, std::string caption,
+             std::vector<MenuItem*> entries = {})
+        : ControlWith(owner, std::move(name)),
+          caption_(std::move(caption)),
+          entries_(std::move(entries)) {}
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    [[nodiscard]] bool checked() const { return state_.checked; }
+    void setChecked(bool checked) { assign(state_.checked, checked, Property::checked); }
+    [[nodiscard]] const std::vector<MenuItem*>& entries() const { return entries_; }
+    [[nodiscard]] bool isLine() const { return caption_ == "-"; }
+
+    Handler<> onClick;
+    /// Runs before a menu with entries opens.
+    Handler<> onOpen;
+    void click() { run(onClick); }
+
+  private:
+    std::string caption_;
+    std::vector<MenuItem*> entries_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The logic's window measure, 1440 to the inch, as a type of its own: it does not mix with pixels
+// or counts. The conversion to pixels is the desktop's (platform/qt/twips.h).
+#pragma once
+
+#include <compare>
+
+namespace sonarith {
+
+class Twips {
+  public:
+    constexpr Twips() = default;
+    constexpr explicit Twips(int count) : count_(count) {}
+    /// The nearest whole twip, halves away from zero. `count` fits an int.
+    [[nodiscard]] static constexpr Twips rounded(double count) {
+        return Twips(static_cast<int>(count < 0 ? count - 0.5 : count + 0.5));
+    }
+
+    [[nodiscard]] constexpr int count() const { return count_; }
+
+    friend constexpr auto operator<=>(Twips, Twips) = default;
+    constexpr Twips& operator+=(Twips other) {
+        count_ += other.count_;
+        return *this;
+    }
+    constexpr Twips& operator-=(Twips other) {
+        count_ -= other.count_;
+        return *this;
+    }
+    friend constexpr Twips operator+(Twips a, Twips b) { return a += b; }
+    friend constexpr Twips operator-(Twips a, Twips b) { return a -= b; }
+    friend constexpr Twips operator-(Twips a) { return Twips(-a.count_); }
+    friend constexpr Twips operator*(Twips a, int factor) { return Twips(a.count_ * factor); }
+    /// Towards zero.
+    friend constexpr Twips operator/(Twips a, int divisor) { return Twips(a.count_ / divisor); }
+
+  private:
+    int count_ = 0;
+};
+
+inline namespace literals {
+/// 3990_twips
+constexpr Twips operator""_twips(unsigned long long count) {
+    return Twips(static_cast<int>(count));
+}
+} // namespace literals
+
+} // namespace sonarith

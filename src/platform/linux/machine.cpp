@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/machine.h"
+
+#include <utility>
+
+#include "platform/linux/mci/machine_devices.h"
+#include "platform/linux/paths/program_folder.h"
+
+namespace sonarith {
+
+Machine::Machine(SettingsStore& store, std::function<std::string()> destination)
+    : letters_(store),
+      paths_(letters_, mounts_),
+      files_(paths_, programFolder(executableFolder(), userDataFolder())),
+      directories_(paths_, files_),
+      destination_(std::move(destination)),
+      slot_([this] { return devices_.drive(); }),
+      devices_(store, slot_, card_),
+      cardThread_(std::make_unique<sound::SoundCardThread>(card_)),
+      media_(mci::devicesOf({card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
+                             [this] { return recordingFolders(); },
+                             [this](const std::string& path) {
+                                 return std::filesystem::path(toMachine(path));
+                             }})),
+      mp3Controls_(card_, sound::monotonicNow, [this](const std::string& path) {
+          return std::filesystem::path(toMachine(path));
+      }) {}
+
+void Machine::stop() {
+    mp3Controls_.stopAll();
+    cardThread_.reset();
+    card_.setSpeakers(nullptr);
+}
+
+std::string Machine::toMachine(const std::string& path) const {
+    const Result<Located> located = files_.locate(path);
+    return located.ok() ? located.value().path : std::string();
+}
+
+std::vector<std::filesystem::path> Machine::recordingFolders() const {
+    return {toMachine(destination_()), userDataFolder(), "/var/tmp", "/tmp"};
+}
+
+} // namespace sonarith

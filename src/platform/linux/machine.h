@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// This machine as a whole, but for its desktop: paths and files, the drive, the sound card with its
+// thread, the device commands and the MP3 controls, built in the order in which they need each
+// other.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/absent_devices.h"
+#include "platform/linux/disc/drive_slot.h"
+#include "platform/linux/machine_device_choice.h"
+#include "platform/linux/mci/interpreter.h"
+#include "platform/linux/mp3/mpg123_controls.h"
+#include "platform/linux/paths/clock_random.h"
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/linux_directory_walk.h"
+#include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "platform/settings_store.h"
+
+namespace sonarith {
+
+class Machine {
+  public:
+    /// `store` outlives it. `destination` returns the destination folder in the logic's form:
+    /// recordings are made there first, since they are saved there without being copied.
+    Machine(SettingsStore& store, std::function<std::string()> destination);
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    /// The end of the program: sound stops, threads end. Nothing of the machine is used any more.
+    void stop();
+
+    /// From a path of the logic to one of the machine, empty where there is none; and back.
+    [[nodiscard]] std::string toMachine(const std::string& path) const;
+    [[nodiscard]] std::string toLogic(const std::string& path) { return paths_.toLogic(path); }
+
+    LinuxFileSystem& files() { return files_; }
+    LinuxDirectories& directories() { return directories_; }
+    ClockRandom& random() { return random_; }
+    MediaControl& media() { return media_; }
+    Mp3Controls& mp3Controls() { return mp3Controls_; }
+    Mixer& mixer() { return mixer_; }
+    WaveInput& waveInput() { return waveInput_; }
+    Tray& tray() { return tray_; }
+    SystemInformation& system() { return system_; }
+    DeviceChoice& devices() { return devices_; }
+
+  private:
+    [[nodiscard]] std::vector<std::filesystem::path> recordingFolders() const;
+
+    MountInfo mounts_;
+    DriveTable letters_;
+    PathMap paths_;
+    LinuxFileSystem files_;
+    LinuxDirectories directories_;
+    ClockRandom random_;
+
+    std::function<std::string()> destination_;
+    disc::DriveSlot slot_;
+    sound::SoundCard card_;
+    MachineDeviceChoice devices_;
+    std::unique_ptr<sound::SoundCardThread> cardThread_;
+    mci::Interpreter media_;
+    mp3::Mpg123Controls mp3Controls_;
+    AbsentMixer mixer_;
+    AbsentWaveInput waveInput_;
+    AbsentTray tray_;
+    AbsentSystemInformation system_;
+};
+
+} // namespace sonarith

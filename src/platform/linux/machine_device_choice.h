@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The choice of this machine's devices: what is stored reaches the drive slot and the sound card.
+#pragma once
+
+#include "platform/chosen_devices.h"
+#include "platform/device_choice.h"
+#include "platform/linux/disc/drive_slot.h"
+#include "platform/linux/sound/sound_card.h"
+#include "platform/settings_store.h"
+
+namespace sonarith {
+
+class MachineDeviceChoice final : public DeviceChoice {
+  public:
+    /// Gives the card what is chosen. All outlive this; `slot` asks drive() for its drive.
+    MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card);
+
+    [[nodiscard]] std::vector<std::string> opticalDrives() const override;
+    [[nodiscard]] std::vector<DeviceEntry> outputs() const override;
+    [[nodiscard]] std::vector<DeviceEntry> sources() const override;
+    [[nodiscard]] std::string drive() const override { return chosen_.drive(); }
+    [[nodiscard]] std::string output() const override { return chosen_.output(); }
+    [[nodiscard]] std::string source() const override { return chosen_.source(); }
+    void setDrive(const std::string& drive) override;
+    void setOutput(const std::string& name) override;
+    void setSource(const std::string& name) override;
+    [[nodiscard]] std::string report() const override { return slot_.report(); }
+
+  private:
+    void applyOutput();
+    void applySource();
+
+    ChosenDevices chosen_;
+    disc::DriveSlot& slot_;
+    sound::SoundCard& card_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/mpg123_controls.h"
+
+#include <utility>
+
+namespace sonarith::mp3 {
+
+/// A control that is known for as long as it lives.
+class Mpg123Controls::Registered final : public Mpg123Control {
+  public:
+    Registered(sound::SoundCard& card, Clock clock, PathMapper mapPath,
+               std::shared_ptr<std::set<ActiveMP3*>> alive)
+        : Mpg123Control(card, std::move(clock), std::move(mapPath)), alive_(std::move(alive)) {
+        alive_->insert(this);
+    }
+    ~Registered() override { alive_->erase(this); }
+
+  private:
+    std::shared_ptr<std::set<ActiveMP3*>> alive_;
+};
+
+Mpg123Controls::Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
+                               Mpg123Control::PathMapper mapPath)
+    : card_(card), clock_(std::move(clock)), mapPath_(std::move(mapPath)) {}
+
+std::unique_ptr<ActiveMP3> Mpg123Controls::create() {
+    return std::make_unique<Registered>(card_, clock_, mapPath_, alive_);
+}
+
+void Mpg123Controls::stopAll() {
+    for (ActiveMP3* control : *alive_) {
+        control->Stop().passOver();
+    }
+}
+
+} // namespace sonarith::mp3

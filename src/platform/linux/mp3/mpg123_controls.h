@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Makes this machine's MP3 controls: one for each window that needs one.
+#pragma once
+
+#include <memory>
+#include <set>
+
+#include "platform/active_mp3.h"
+#include "platform/linux/mp3/mpg123_control.h"
+#include "platform/linux/sound/sound_card.h"
+
+namespace sonarith::mp3 {
+
+class Mpg123Controls final : public Mp3Controls {
+  public:
+    /// `card` outlives this; `clock` is the card's.
+    Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
+                   Mpg123Control::PathMapper mapPath);
+
+    [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
+    /// At the end of the program: stops every control that exists.
+    void stopAll();
+
+  private:
+    class Registered;
+
+    sound::SoundCard& card_;
+    Mpg123Control::Clock clock_;
+    Mpg123Control::PathMapper mapPath_;
+    /// Shared with the controls, which may outlive this.
+    std::shared_ptr<std::set<ActiveMP3*>> alive_ = std::make_shared<std::set<ActiveMP3*>>();
+};
+
+} // namespace sonarith::mp3

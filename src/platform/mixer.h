@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sound card's mixer as the logic addresses it: lines by what they are connected to, the
+// controls of a line by their type, and the value of a control. Interface only; no sound passes
+// here.
+//
+// Life cycle: open() gives a handle, which is never closed; any number may be open. All other
+// members take such a handle. Used by the logic's thread alone; no member waits for the card.
+#pragma once
+
+#include <cstdint>
+
+namespace sonarith {
+
+/// What an operation answers; 0 is success. The numbers are the classic interface's.
+enum class MixerResult : int {
+    noError = 0,
+    badDevice = 2,         ///< there is no mixer
+    invalidHandle = 5,     ///< the handle was never opened
+    notSupported = 8,      ///< the query is of no kind that exists
+    invalidParameter = 11, ///< a record's size field is wrong, or a block is missing
+    invalidLine = 1024,    ///< the card has no such line
+    invalidControl = 1025, ///< the line has no such control
+    invalidValue = 1026,   ///< the control does not take that value
+};
+
+/// 0 stands for none.
+using MixerHandle = std::uint32_t;
+
+/// Component types of lines.
+namespace mixer_line {
+inline constexpr std::uint32_t speakers = 4;         ///< destination: all that is played
+inline constexpr std::uint32_t waveIn = 7;           ///< destination: what is recorded
+inline constexpr std::uint32_t microphone = 0x1003;  ///< source: the external input
+inline constexpr std::uint32_t compactDisc = 0x1005; ///< source: the disc in the drive
+inline constexpr std::uint32_t waveOut = 0x1008;     ///< source: files that are played
+} // namespace mixer_line
+
+/// Control types.
+namespace mixer_control {
+inline constexpr std::uint32_t peakMeter = 0x10020001; ///< read only, -32768 to 32768
+inline constexpr std::uint32_t mute = 0x20010002;      ///< 0 or 1
+inline constexpr std::uint32_t volume = 0x50030001;    ///< 0 to 65535
+inline constexpr std::uint32_t bass = 0x50030002;      ///< 0 to 65535, 32768 is neutral
+inline constexpr std::uint32_t treble = 0x50030003;    ///< 0 to 65535, 32768 is neutral
+} // namespace mixer_control
+
+/// A line. The caller sets the size and the component type.
+struct MixerLine {
+    std::uint32_t cbStruct = 0; ///< mixerLineSize
+    std::uint32_t dwLineID = 0;
+    std::uint32_t dwComponentType = 0;
+};
+inline constexpr std::uint32_t mixerLineSize = 168;
+
+/// A control of a line.
+struct MixerControl {
+    std::uint32_t cbStruct = 0;    ///< mixerControlSize
+    std::uint32_t dwControlID = 0; ///< 0: never looked up; no control has it
+    std::uint32_t dwControlType = 0;
+    std::uint32_t cMultipleItems = 0;
+};
+inline constexpr std::uint32_t mixerControlSize = 152;
+
+/// Asks for one control of a line, by its type.
+struct MixerLineControls {
+    std::uint32_t cbStruct = 0; ///< mixerLineControlsSize
+    std::uint32_t dwLineID = 0;
+    std::uint32_t dwControlType = 0;
+    std::uint32_t cControls = 0; ///< 1
+    std::uint32_t cbmxctrl = 0;  ///< mixerControlSize
+    MixerControl* pamxctrl = nullptr;
+};
+inline constexpr std::uint32_t mixerLineControlsSize = 24;
+
+/// Reads or writes the value of a control.
+struct MixerControlDetails {
+    std::uint32_t cbStruct = 0; ///< mixerControlDetailsSize
+    std::uint32_t dwControlID = 0;
+    std::uint32_t cChannels = 0; ///< 1: one value for all channels
+    std::uint32_t cMultipleItems = 0;
+    std::uint32_t cbDetails = 0; ///< 4
+    std::int32_t* paDetails = nullptr;
+};
+inline constexpr std::uint32_t mixerControlDetailsSize = 24;
+
+class Mixer {
+  public:
+    virtual ~Mixer() = default;
+    /// Opens the first mixer. Errors: badDevice, and `mixer` as it was.
+    virtual MixerResult open(MixerHandle& mixer) = 0;
+    /// Finds a line by its component type and fills `line`. Errors: invalidHandle,
+    /// invalidParameter, invalidLine; `line` is then as it was.
+    virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
+    /// Finds the one control of `controls.dwControlType` and fills `*controls.pamxctrl`. Errors:
+    /// invalidHandle, invalidParameter, invalidLine, invalidControl; the block is then as it was.
+    virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;
+    /// Writes the control's value to `*details.paDetails`. Allocates nothing. Errors:
+    /// invalidHandle, invalidParameter, invalidControl; the value is then as it was.
+    virtual MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) = 0;
+    /// Sets the control to `*details.paDetails`. Errors: as above, and invalidValue.
+    virtual MixerResult setControlDetails(MixerHandle mixer,
+                                          const MixerControlDetails& details) = 0;
+};
+
+} // namespace sonarith

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the machine can tell of itself, of its drives and of its user. Interface only: the texts and
+// rules that the product makes of these answers are the logic's.
+//
+// All members belong to the logic's thread and return within 100 ms: a drive that does not answer
+// in that time counts as one that refuses, and is not asked again before it has answered.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sonarith {
+
+/// Sizes in bytes. `freeBytes` is what this user can still write.
+struct DiskSpace {
+    std::int64_t totalBytes = 0;
+    std::int64_t freeBytes = 0;
+};
+
+/// The classic numbers of drive types.
+enum class DriveKind : int {
+    unknown = 0,
+    noRoot = 1, ///< no such drive
+    removable = 2,
+    fixed = 3,
+    network = 4,
+    cdRom = 5,
+    ramDisk = 6,
+};
+
+struct VolumeInformation {
+    std::string label; ///< empty: none
+    std::uint32_t serialNumber = 0;
+};
+
+struct MemoryStatus {
+    int loadPercent = 0;
+    std::int64_t totalBytes = 0;
+    std::int64_t availableBytes = 0;
+};
+
+struct ProcessorInformation {
+    int type = 0; ///< 386, 486, 586 or another number
+    int count = 0;
+    std::uint64_t activeMask = 0;
+};
+
+struct SystemVersion {
+    int platform = 0; ///< 0, 1 or 2
+    int major = 0;
+    int minor = 0;
+};
+
+class SystemInformation {
+  public:
+    virtual ~SystemInformation() = default;
+    /// The root paths of all drives ("c:\"), each followed by a NUL, and a NUL behind the last. At
+    /// most `size` characters are written to `buffer`; the length of the text without its last NUL,
+    /// or the length needed, that NUL counted, if it does not fit.
+    [[nodiscard]] virtual std::size_t logicalDriveStrings(std::string& buffer,
+                                                          std::size_t size) const = 0;
+    /// Nothing for a drive that refuses or does not answer.
+    [[nodiscard]] virtual std::optional<DiskSpace> diskSpace(const std::string& root) const = 0;
+    [[nodiscard]] virtual DriveKind driveKind(const std::string& root) const = 0;
+    [[nodiscard]] virtual std::optional<VolumeInformation>
+    volumeInformation(const std::string& root) const = 0;
+    [[nodiscard]] virtual MemoryStatus memoryStatus() const = 0;
+    [[nodiscard]] virtual ProcessorInformation processor() const = 0;
+    [[nodiscard]] virtual std::optional<SystemVersion> version() const = 0;
+    /// The classic number of the keyboard's type; 0 if unknown.
+    [[nodiscard]] virtual int keyboardType() const = 0;
+    [[nodiscard]] virtual int functionKeys() const = 0;
+    // Texts with a NUL behind them, as in a fixed buffer; nothing on failure. Folders are in the
+    // logic's form.
+    [[nodiscard]] virtual std::optional<std::string> tempFolder() const = 0;
+    [[nodiscard]] virtual std::optional<std::string> systemFolder() const = 0;
+    [[nodiscard]] virtual std::optional<std::string> windowsFolder() const = 0;
+    [[nodiscard]] virtual std::optional<std::string> computerName() const = 0;
+    [[nodiscard]] virtual std::optional<std::string> userName() const = 0;
+};
+
+} // namespace sonarith

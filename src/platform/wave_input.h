@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Wave input as the logic addresses it: an input device that fills buffers with samples. Interface
+// only.
+//
+// Life cycle: open, then for each buffer prepare and add; start; while it runs, buffers are filled
+// in the order in which they were added and marked done; a done buffer may be added again. reset
+// gives all buffers back, marked done; stop keeps what is filled; unprepare each buffer, then
+// close. Any member may be called at any time: one that does not fit answers an error and changes
+// nothing. All members belong to the logic's thread and return at once; the device writes to added
+// buffers, and to their flags, from a thread of its own.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace sonarith {
+
+/// What an operation answers; 0 is success. The numbers are the classic interface's.
+enum class WaveResult : int {
+    noError = 0,
+    badDevice = 2,     ///< there is no such input
+    notEnabled = 3,    ///< the input exists and cannot be opened
+    allocated = 4,     ///< it is open already
+    invalidHandle = 5, ///< not open
+    invalidParameter = 11,
+    badFormat = 32,
+    stillPlaying = 33, ///< buffers are still with the device
+    unprepared = 34,
+};
+
+/// 0 stands for none.
+using WaveInHandle = std::uint32_t;
+
+/// The format of the samples (the classic WAVEFORMATEX).
+struct WaveFormat {
+    std::uint16_t wFormatTag = 0; ///< 1: PCM
+    std::uint16_t nChannels = 0;
+    std::uint32_t nSamplesPerSec = 0;
+    std::uint32_t nAvgBytesPerSec = 0;
+    std::uint16_t nBlockAlign = 0;
+    std::uint16_t wBitsPerSample = 0;
+    std::uint16_t cbSize = 0;
+};
+
+/// Bits of WaveHeader::dwFlags.
+namespace wave_header {
+inline constexpr std::uint32_t done = 1;
+inline constexpr std::uint32_t prepared = 2;
+inline constexpr std::uint32_t inQueue = 16;
+} // namespace wave_header
+
+/// A buffer. It must not move or end between add and done.
+struct WaveHeader {
+    std::byte* lpData = nullptr;
+    std::uint32_t dwBufferLength = 0;
+    std::uint32_t dwBytesRecorded = 0;
+    std::atomic<std::uint32_t> dwFlags = 0;
+    std::uint32_t dwLoops = 0;
+};
+
+class WaveInput {
+  public:
+    virtual ~WaveInput() = default;
+    /// Opens device 0, 1, ... Errors: badDevice, notEnabled, badFormat; `handle` is then as it was.
+    virtual WaveResult open(WaveInHandle& handle, std::uint32_t device,
+                            const WaveFormat& format) = 0;
+    virtual WaveResult prepareHeader(WaveInHandle handle, WaveHeader& header) = 0;
+    virtual WaveResult unprepareHeader(WaveInHandle handle, WaveHeader& header) = 0;
+    virtual WaveResult addBuffer(WaveInHandle handle, WaveHeader& header) = 0;
+    virtual WaveResult start(WaveInHandle handle) = 0;
+    virtual WaveResult stop(WaveInHandle handle) = 0;
+    virtual WaveResult reset(WaveInHandle handle) = 0;
+    virtual WaveResult close(WaveInHandle handle) = 0;
+    /// The platform's words for an error, naming the device where that matters; empty for success.
+    [[nodiscard]] virtual std::string errorText(WaveResult result) const = 0;
+};
+
+} // namespace sonarith

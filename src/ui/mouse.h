@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Mouse events of the desktop as the controls' events name them.
+#pragma once
+
+#include <QMouseEvent>
+
+#include "platform/controls/mouse_buttons.h"
+
+namespace sonarith {
+
+/// The button whose press or release this is.
+[[nodiscard]] inline MouseButtons pressed(const QMouseEvent& event) {
+    return {event.button() == Qt::LeftButton, event.button() == Qt::RightButton};
+}
+
+/// The buttons that are down.
+[[nodiscard]] inline MouseButtons held(const QMouseEvent& event) {
+    return {event.buttons().testFlag(Qt::LeftButton), event.buttons().testFlag(Qt::RightButton)};
+}
+
+} // namespace sonarith

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Counts the allocations of a test program. It replaces the global operators new and delete, so
+// exactly one source of a test program includes it.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace sonarith::test {
+
+inline std::atomic<long> allocationCount = 0;
+
+/// How many allocations `step` makes, on any thread.
+template <typename Step>
+[[nodiscard]] long allocationsOf(Step step) {
+    const long before = allocationCount;
+    step();
+    return allocationCount - before;
+}
+
+} // namespace sonarith::test
+
+void* operator new(std::size_t size) {
+    ++sonarith::test::allocationCount;
+    if (void* const memory = std::malloc(size > 0 ? size : 1)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
