@@ -12,6 +12,8 @@
 #include "platform/linux/late/device_libraries.h"
 #include "platform/linux/machine.h"
 #include "platform/linux/paths/single_instance.h"
+#include "platform/notice_board.h"
+#include "platform/qt/desktop_notifications.h"
 #include "platform/qt/early_fonts.h"
 #include "platform/qt/end_requests.h"
 #include "platform/qt/ini_settings_store.h"
@@ -23,6 +25,7 @@
 #include "ui/coming_window.h"
 #include "ui/devices_window.h"
 #include "ui/main_window_view.h"
+#include "ui/notice_center.h"
 #include "ui/program_style.h"
 
 namespace {
@@ -31,6 +34,7 @@ using namespace sonarith;
 
 int runProgram() {
     QtEventLoop loop;
+    NoticeBoard notices;
     IniSettingsStore store;
     const ProcessState* process = nullptr;
     Machine machine(store, [&] { return process->settings.decodePath; });
@@ -63,21 +67,31 @@ int runProgram() {
     Form1& form = windows.Form1;
 
     MainWindowView window(form);
+    DesktopNotifications notifications(QString::fromUtf8(applicationTitle));
+    const NoticeCenter noticeCenter(notices, window, window.noticeBar(),
+                                    [&](const QString& text) { notifications.send(text); });
+    DevicesWindowCalls calls;
+    calls.driveInUse = [&] {
+        return application.driveInUse();
+    };
+    calls.refreshList = [&] {
+        form.mnuRefreshlist.click();
+    };
+    calls.notices = [&] {
+        return notices.texts();
+    };
     // Windows that a start does not show are built when they are first asked for.
     std::unique_ptr<DevicesWindow> devices;
     const auto devicesWindow = [&]() -> DevicesWindow& {
         if (!devices) {
-            devices = std::make_unique<DevicesWindow>(
-                machine.devices(),
-                DevicesWindowCalls{.driveInUse = [&] { return application.driveInUse(); },
-                                   .refreshList =
-                                       [&] {
-                                           form.mnuRefreshlist.click();
-                                       }});
+            devices = std::make_unique<DevicesWindow>(machine.devices(), calls);
         }
         return *devices;
     };
     form.mnuDevices.onClick = [&] {
+        devicesWindow().open();
+    };
+    window.noticeBar().onDetails = [&] {
         devicesWindow().open();
     };
     window.acceptsImages = [&] {

@@ -201,10 +201,16 @@ void DevicesWindow::hideEvent(QHideEvent* event) {
 
 void DevicesWindow::showReport() {
     const std::string report = devices_.report();
-    const QString text = refused_
-                             ? tr("The drive is in use. Choose again when the action has ended.")
-                         : report.empty() ? tr("No faults are known.")
-                                          : toQString(report);
+    QString text = refused_ ? tr("The drive is in use. Choose again when the action has ended.")
+                   : report.empty() ? tr("No faults are known.")
+                                    : toQString(report);
+    const std::vector<std::string> notices = calls_.notices();
+    if (!notices.empty()) {
+        text += QStringLiteral("\n\n") + tr("Notices, the newest first:");
+    }
+    for (auto notice = notices.rbegin(); notice != notices.rend(); ++notice) {
+        text += QStringLiteral("\n") + toQString(*notice);
+    }
     // What a person has marked in it, and the place that is in sight, stay while it is the same.
     if (text != report_->toPlainText()) {
         report_->setPlainText(text);

@@ -24,6 +24,8 @@ struct DevicesWindowCalls {
     std::function<bool()> driveInUse;
     /// "Refresh List"; it may yield.
     std::function<void()> refreshList;
+    /// The notices to the user so far, oldest first.
+    std::function<std::vector<std::string>()> notices;
     /// Lets the user pick a disc image; empty if none was picked. Not set: the desktop's dialog.
     std::function<std::string(const std::string& current)> pickImage = {};
 };

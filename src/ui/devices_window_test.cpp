@@ -44,6 +44,7 @@ class DevicesWindowTest : public testing::Test {
                         std::exchange(onRefresh, nullptr)();
                     }
                 },
+            .notices = [this] { return notices; },
             .pickImage = [this](const std::string&) { return picked; },
         };
     }
@@ -74,6 +75,7 @@ class DevicesWindowTest : public testing::Test {
     std::string output = "default";
     std::string source;
     std::string report;
+    std::vector<std::string> notices;
     std::string picked;
     std::function<void()> onRefresh;
     std::vector<std::string> log;
@@ -250,6 +252,14 @@ TEST_F(DevicesWindowTest, LeavesADriveThatIsInUseAsItIsAndSaysSo) {
     inUse = false;
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, ElementsAre("drive /discs/other.cue", "refresh /discs/other.cue"));
+}
+
+TEST_F(DevicesWindowTest, TheNoticesStandBelowTheReportNewestFirst) {
+    report = "Sector 12 is torn.";
+    notices = {"first", "second"};
+    window.open();
+    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
+              "Sector 12 is torn.\n\nNotices, the newest first:\nsecond\nfirst");
 }
 
 } // namespace

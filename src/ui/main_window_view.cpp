@@ -8,6 +8,7 @@
 #include <QMimeData>
 #include <QShortcut>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include "platform/qt/twips.h"
 #include "ui/bars.h"
@@ -27,6 +28,7 @@ MainWindowView::MainWindowView(Form1& form)
       menu_(
           new MenuBarView({&form.mnuFile, &form.mnuActiopn, &form.mnuPrefs, &form.mnuHelp}, this)),
       client_(new QWidget(this)),
+      notices_(new NoticeBar(this)),
       toolBar_(makeToolBar(form, menu_->letters(), client_)),
       cdBar_(makeCdBar(form, client_)),
       activityBar_(makeActivityBar(form, client_)),
@@ -38,7 +40,13 @@ MainWindowView::MainWindowView(Form1& form)
     client_->setObjectName(QStringLiteral("client"));
     client_->setAccessibleName(tr("Work area"));
     setMenuBar(menu_);
-    setCentralWidget(client_);
+    auto* area = new QWidget(this);
+    auto* rows = new QVBoxLayout(area);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(client_, 1);
+    rows->addWidget(notices_);
+    setCentralWidget(area);
     setAcceptDrops(true);
     grip_->setCursor(Qt::OpenHandCursor);
     followBars();

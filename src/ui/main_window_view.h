@@ -12,6 +12,7 @@
 #include "forms/form1.h"
 #include "ui/form_adapter.h"
 #include "ui/menu_view.h"
+#include "ui/notice_bar.h"
 #include "ui/picture_view.h"
 #include "ui/tree_view_adapter.h"
 
@@ -22,6 +23,9 @@ class MainWindowView : public QMainWindow {
     /// Gives the form its designed inner size and the bars their heights, so that the form can be
     /// loaded next. Shows nothing: the form's visibility does.
     explicit MainWindowView(Form1& form);
+
+    /// The line below the client area.
+    [[nodiscard]] NoticeBar& noticeBar() { return *notices_; }
 
     /// Whether a disc image may be dropped now; asked all the while that one is held over the
     /// window. Not set: always.
@@ -46,6 +50,7 @@ class MainWindowView : public QMainWindow {
     Form1& form_;
     MenuBarView* menu_;
     QWidget* client_;
+    NoticeBar* notices_;
     BarView* toolBar_;
     BarView* cdBar_;
     BarView* activityBar_;

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Keeps the last notices to the user, and shows one cause once. It shows nothing itself: views read
+// it when they are notified.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/notices.h"
+
+namespace sonarith {
+
+/// Any thread may call any member.
+class NoticeBoard final : public Notices {
+  public:
+    /// How many texts are kept: what a user may want to read of a long run.
+    static constexpr std::size_t most = 100;
+
+    void report(Notice notice) override;
+    void settled(const std::string& cause, const std::string& text) override;
+
+    /// The texts kept, oldest first.
+    [[nodiscard]] std::vector<std::string> texts() const;
+    /// `handler` runs for each text that is posted from now on, on the thread that posts it. It
+    /// must not post.
+    void setOnPosted(std::function<void(const std::string& text)> handler);
+
+  private:
+    void post(const std::string& text);
+
+    mutable std::mutex mutex_;
+    std::deque<std::string> texts_;
+    std::set<std::string> causes_; ///< that hold
+    std::function<void(const std::string&)> onPosted_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The line at the bottom of the main window that shows the last notice to the user, outside of the
+// logic's controls. It takes no focus and holds nothing up.
+#pragma once
+
+#include <functional>
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+
+namespace sonarith {
+
+class NoticeBar : public QWidget {
+  public:
+    /// Hidden until there is something to show.
+    explicit NoticeBar(QWidget* parent);
+
+    /// Shows a notice in place of the one before; how many there are since the bar was dismissed
+    /// stands before it. Screen readers announce it.
+    void show(const QString& text);
+    /// Hides the bar.
+    void dismiss();
+    [[nodiscard]] QString text() const { return text_; }
+
+    /// The user wants to read all of them.
+    std::function<void()> onDetails;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    void showText();
+
+    QLabel* line_;
+    QString text_;
+    int sinceDismissed_ = 0;
+};
+
+} // namespace sonarith

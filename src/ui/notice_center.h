@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Brings the notices to the user: to the main window's notice bar, or as a notification of the
+// desktop while that window is hidden or minimized.
+#pragma once
+
+#include <functional>
+
+#include <QObject>
+#include <QString>
+#include <QWidget>
+
+#include "platform/notice_board.h"
+#include "ui/notice_bar.h"
+
+namespace sonarith {
+
+class NoticeCenter : public QObject {
+  public:
+    /// `notify` sends a notification of the desktop. All outlive this.
+    NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
+                 std::function<void(const QString&)> notify);
+    ~NoticeCenter() override;
+
+  private:
+    void show(const QString& text);
+
+    NoticeBoard& board_;
+    QWidget& window_;
+    NoticeBar& bar_;
+    std::function<void(const QString&)> notify_;
+};
+
+} // namespace sonarith
