@@ -1,54 +1,96 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/files/file_error.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <string>
 #include <system_error>
 
-namespace sonarith::files {
+namespace sonarith {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 struct Meaning {
+    int error; ///< an errno value
     ErrorNumber number;
-    const char* words; ///< follow the path
+    const char* words; ///< follow the path; nullptr: the system's own
+};
+
+constexpr std::array meanings{
+    Meaning{ENOENT, ErrorNumber::fileNotFound, "does not exist"},
+    Meaning{ENOTDIR, ErrorNumber::pathNotFound, "is not a folder"},
+    Meaning{ELOOP, ErrorNumber::pathNotFound, "is a link that leads back to itself"},
+    Meaning{EISDIR, ErrorNumber::pathFileAccess, "is a folder"},
+    Meaning{EEXIST, ErrorNumber::fileAlreadyExists, "exists already"},
+    Meaning{ENAMETOOLONG, ErrorNumber::badFileName, "is too long a name"},
+    Meaning{EILSEQ, ErrorNumber::badFileName, "is no name that this disk takes"},
+    Meaning{EACCES, ErrorNumber::permissionDenied, "may not be written to"},
+    Meaning{EPERM, ErrorNumber::permissionDenied, "may not be written to"},
+    Meaning{EROFS, ErrorNumber::permissionDenied, "is on a disk that can only be read"},
+    Meaning{EBUSY, ErrorNumber::permissionDenied, "is in use"},
+    Meaning{ETXTBSY, ErrorNumber::permissionDenied, "is in use"},
+    // What an open without blocking says of a file that another program has a lease on.
+    Meaning{EAGAIN, ErrorNumber::permissionDenied, "is in use"},
+    Meaning{ENOSPC, ErrorNumber::diskFull, "does not fit: the disk is full"},
+    Meaning{EDQUOT, ErrorNumber::diskFull, "does not fit: the disk is full"},
+    Meaning{EFBIG, ErrorNumber::diskFull, "does not fit: the file would be too large"},
+    Meaning{EIO, ErrorNumber::deviceInputOutput, nullptr},
+    Meaning{ENODEV, ErrorNumber::deviceUnavailable, nullptr},
+    Meaning{ENXIO, ErrorNumber::deviceUnavailable, nullptr},
 };
 
 Meaning meaningOf(int error) {
-    switch (error) {
-    case ENOENT:
-        return {ErrorNumber::pathNotFound, "does not exist"};
-    case ENOTDIR:
-        return {ErrorNumber::pathNotFound, "is not a folder"};
-    case EISDIR:
-        return {ErrorNumber::pathFileAccess, "is a folder"};
-    case ENAMETOOLONG:
-        return {ErrorNumber::badFileName, "is too long a name"};
-    case EACCES:
-    case EPERM:
-        return {ErrorNumber::permissionDenied, "may not be written to"};
-    case EROFS:
-        return {ErrorNumber::permissionDenied, "is on a disk that can only be read"};
-    case ENOSPC:
-    case EDQUOT:
-        return {ErrorNumber::diskFull, "does not fit: the disk is full"};
-    case EFBIG:
-        return {ErrorNumber::diskFull, "does not fit: the file would be too large"};
+    const auto* const found = std::find_if(meanings.begin(), meanings.end(),
+                                           [&](const Meaning& m) { return m.error == error; });
+    // Another disk, no more descriptors...
+    return found != meanings.end() ? *found : Meaning{error, ErrorNumber::pathFileAccess, nullptr};
+}
+
+const char* textOf(ErrorNumber number) {
+    switch (number) {
+    case ErrorNumber::fileNotFound:
+        return "File not found";
+    case ErrorNumber::pathNotFound:
+        return "Path not found";
+    case ErrorNumber::permissionDenied:
+        return "Permission denied";
+    case ErrorNumber::fileAlreadyExists:
+        return "File already exists";
+    case ErrorNumber::badFileName:
+        return "Bad file name or number";
+    case ErrorNumber::diskFull:
+        return "Disk full";
+    case ErrorNumber::deviceInputOutput:
+        return "Device I/O error";
+    case ErrorNumber::deviceUnavailable:
+        return "Device unavailable";
     default:
-        return {ErrorNumber::deviceInputOutput, nullptr};
+        return "Path/File access error";
     }
 }
 
 } // namespace
 
-Error systemError(int error, const fs::path& path) {
+Error fileError(ErrorNumber number) {
+    return {number, textOf(number)};
+}
+
+Error fileErrorOfSystem(int systemErrorNumber) {
+    return fileError(meaningOf(systemErrorNumber).number);
+}
+
+namespace files {
+
+Error systemError(int error, const std::filesystem::path& path) {
     const Meaning meaning = meaningOf(error);
     const std::string words = meaning.words != nullptr
                                   ? meaning.words
                                   : "failed: " + std::generic_category().message(error);
-    return {meaning.number, "\"" + path.string() + "\" " + words};
+    return {error == ENOENT ? ErrorNumber::pathNotFound : meaning.number,
+            "\"" + path.string() + "\" " + words};
 }
 
-} // namespace sonarith::files
+} // namespace files
+
+} // namespace sonarith

@@ -12,9 +12,46 @@ using testing::HasSubstr;
 
 TEST(SystemError, SaysInWordsWhatIsWrong) {
     EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" does not fit: the disk is full");
+    EXPECT_EQ(systemError(EEXIST, "/a/b").text, "\"/a/b\" exists already");
     EXPECT_EQ(systemError(EROFS, "/a").number, ErrorNumber::permissionDenied);
     EXPECT_EQ(systemError(EIO, "/a").number, ErrorNumber::deviceInputOutput);
     EXPECT_THAT(systemError(EIO, "/a").text, HasSubstr("failed: "));
+}
+
+TEST(SystemError, SaysThatAPathIsMissingWhicheverPartOfItIs) {
+    EXPECT_EQ(systemError(ENOENT, "/a").number, ErrorNumber::pathNotFound);
+    EXPECT_EQ(systemError(ENOENT, "/a").text, "\"/a\" does not exist");
+}
+
+TEST(FileErrorOfSystem, KnowsTheFailuresThatTheLogicTellsApart) {
+    EXPECT_EQ(fileErrorOfSystem(ENOENT).number, ErrorNumber::fileNotFound);
+    EXPECT_EQ(fileErrorOfSystem(ENOTDIR).number, ErrorNumber::pathNotFound);
+    EXPECT_EQ(fileErrorOfSystem(ELOOP).number, ErrorNumber::pathNotFound);
+    EXPECT_EQ(fileErrorOfSystem(EISDIR).number, ErrorNumber::pathFileAccess);
+    EXPECT_EQ(fileErrorOfSystem(EACCES).number, ErrorNumber::permissionDenied);
+    EXPECT_EQ(fileErrorOfSystem(ETXTBSY).number, ErrorNumber::permissionDenied);
+    EXPECT_EQ(fileErrorOfSystem(EEXIST).number, ErrorNumber::fileAlreadyExists);
+    EXPECT_EQ(fileErrorOfSystem(ENOSPC).number, ErrorNumber::diskFull);
+    EXPECT_EQ(fileErrorOfSystem(EFBIG).number, ErrorNumber::diskFull);
+    EXPECT_EQ(fileErrorOfSystem(ENAMETOOLONG).number, ErrorNumber::badFileName);
+    EXPECT_EQ(fileErrorOfSystem(EIO).number, ErrorNumber::deviceInputOutput);
+    EXPECT_EQ(fileErrorOfSystem(ENXIO).number, ErrorNumber::deviceUnavailable);
+}
+
+// The classic meaning of number 70 is a write-protected disk as well as a missing permission.
+TEST(FileErrorOfSystem, TakesAReadOnlyDiskForAMissingPermission) {
+    EXPECT_EQ(fileErrorOfSystem(EROFS).number, ErrorNumber::permissionDenied);
+}
+
+TEST(FileErrorOfSystem, TakesEverythingElseForAnAccessError) {
+    EXPECT_EQ(fileErrorOfSystem(EXDEV).number, ErrorNumber::pathFileAccess);
+    EXPECT_EQ(systemError(EXDEV, "/a").number, ErrorNumber::pathFileAccess);
+}
+
+TEST(FileError, CarriesTheClassicText) {
+    EXPECT_EQ(fileError(ErrorNumber::fileNotFound).text, "File not found");
+    EXPECT_EQ(fileError(ErrorNumber::pathFileAccess).text, "Path/File access error");
+    EXPECT_EQ(fileErrorOfSystem(EACCES).text, "Permission denied");
 }
 
 } // namespace

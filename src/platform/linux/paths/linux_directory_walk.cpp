@@ -12,9 +12,9 @@
 
 #include <sys/stat.h>
 
+#include "platform/linux/files/file_error.h"
 #include "platform/linux/paths/folder_listing.h"
 #include "platform/linux/paths/path_names.h"
-#include "platform/linux/paths/system_error.h"
 #include "platform/text/unicode.h"
 
 namespace sonarith {

@@ -8,9 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/linux/files/file_error.h"
 #include "platform/linux/paths/exclusive_rename.h"
 #include "platform/linux/paths/path_names.h"
-#include "platform/linux/paths/system_error.h"
 
 namespace sonarith {
 
