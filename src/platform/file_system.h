@@ -3,12 +3,17 @@
 // How a machine's own paths look is the business of the implementation.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "platform/binary_file.h"
 #include "platform/result.h"
 
 namespace sonarith {
+
+using FileTime = std::chrono::system_clock::time_point;
 
 class FileSystem {
   public:
@@ -17,6 +22,15 @@ class FileSystem {
     /// Length in bytes. Errors: fileNotFound, pathNotFound, permissionDenied.
     [[nodiscard]] virtual Result<std::int64_t> fileLength(const std::string& path) const = 0;
     [[nodiscard]] virtual bool fileExists(const std::string& path) const = 0;
+    /// When the file's content was last changed. Errors: as fileLength().
+    [[nodiscard]] virtual Result<FileTime> fileDate(const std::string& path) const = 0;
+
+    /// Opens a file where it is: its content, permissions, owner, links and times stay until it is
+    /// written to. Never waits for another program. With `write` or `readWrite` a missing file is
+    /// created. Errors: fileNotFound (read only), pathNotFound, pathFileAccess (a folder),
+    /// permissionDenied (also a pipe, socket or device).
+    [[nodiscard]] virtual Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
+                                                                         FileAccess access) = 0;
 
     /// Never replaces an existing file (fileAlreadyExists); a change of case alone works.
     virtual Status rename(const std::string& from, const std::string& to) = 0;

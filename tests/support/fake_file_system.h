@@ -6,9 +6,12 @@
 //     disk.failWith(FakeFileSystem::Operation::rename, "c:\\music\\track1.wav",
 //                   ErrorNumber::permissionDenied);          // every later try; path of `from`
 //     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
+//     disk.failWith(FakeFileSystem::Operation::writeBinary, "c:\\music\\track1.wav",
+//                   ErrorNumber::diskFull);                  // also of a file that is open already
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -17,6 +20,7 @@
 
 #include "platform/file_system.h"
 #include "platform/text/unicode.h"
+#include "support/fake_binary_file.h"
 
 namespace sonarith::test {
 
@@ -24,6 +28,10 @@ class FakeFileSystem final : public FileSystem {
   public:
     enum class Operation {
         fileLength,
+        fileDate,
+        openBinary,
+        readBinary,
+        writeBinary,
         rename,
         touchForWriting,
         removeFile,
@@ -45,17 +53,25 @@ class FakeFileSystem final : public FileSystem {
         for (std::size_t end = full.find('\\', 3); full.size() > 3;
              end = full.find('\\', end + 1)) {
             const std::string folder = full.substr(0, end);
-            entries_.try_emplace(caseFolded(folder), Entry{folder, {}, true});
+            entries_.try_emplace(caseFolded(folder), Entry{.path = folder, .folder = true});
             if (end == std::string::npos) {
                 break;
             }
         }
     }
-    /// With all folders above it. Replaces the content of an existing one.
+    /// With all folders above it. Replaces the content of an existing one, also for those who have
+    /// it open.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));
-        entries_[caseFolded(full)] = Entry{full, content, false};
+        Entry& entry = entries_[caseFolded(full)];
+        entry.path = full;
+        entry.folder = false;
+        *entry.content = content;
+    }
+    /// The date that fileDate() gives, for a file that exists; at first the clock's zero.
+    void setFileDate(const std::string& path, FileTime date) {
+        entries_.at(caseFolded(absolute(path))).date = date;
     }
     /// From now on `operation` on `path` (as the call names it, made absolute; case-blind) fails.
     void failWith(Operation operation, const std::string& path, ErrorNumber number) {
@@ -70,6 +86,8 @@ class FakeFileSystem final : public FileSystem {
     // --- what a test looks at --------------------------------------------------------------
 
     /// The changing calls, oldest first: the operation's name, a blank, its arguments as given.
+    /// Also "openBinary PATH read" ("write", "readWrite"), and of an opened file "readBinary PATH
+    /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path given to openBinary().
     std::vector<std::string> log;
 
     [[nodiscard]] bool folderExists(const std::string& path) const {
@@ -80,7 +98,7 @@ class FakeFileSystem final : public FileSystem {
     /// The content of a file; nothing if there is no such file.
     [[nodiscard]] std::optional<std::string> content(const std::string& path) const {
         const Entry* entry = find(absolute(path));
-        return entry != nullptr && !entry->folder ? std::optional(entry->content) : std::nullopt;
+        return entry != nullptr && !entry->folder ? std::optional(*entry->content) : std::nullopt;
     }
     /// The full path of a file or folder in the case in which it was made; empty if there is none.
     [[nodiscard]] std::string pathAsMade(const std::string& path) const {
@@ -99,10 +117,44 @@ class FakeFileSystem final : public FileSystem {
         if (entry == nullptr || entry->folder) {
             return missing(full);
         }
-        return static_cast<std::int64_t>(entry->content.size());
+        return static_cast<std::int64_t>(entry->content->size());
     }
     [[nodiscard]] bool fileExists(const std::string& path) const override {
         return content(path).has_value();
+    }
+    [[nodiscard]] Result<FileTime> fileDate(const std::string& path) const override {
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::fileDate, full)) {
+            return *failure;
+        }
+        const Entry* entry = find(full);
+        if (entry == nullptr || entry->folder) {
+            return missing(full);
+        }
+        return entry->date;
+    }
+    [[nodiscard]] Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
+                                                                 FileAccess access) override {
+        log.push_back("openBinary " + path + " " + nameOf(access));
+        const std::string full = absolute(path);
+        if (const auto failure = scripted(Operation::openBinary, full)) {
+            return *failure;
+        }
+        if (access == FileAccess::read && find(full) == nullptr && !isRoot(full)) {
+            return missing(full);
+        }
+        if (const Status created = create(full); !created.ok()) {
+            return created.error();
+        }
+        const auto gate = [this, path, full](FakeBinaryFile::Use use, std::int64_t offset,
+                                             std::size_t bytes) {
+            const bool reads = use == FakeBinaryFile::Use::read;
+            log.push_back((reads ? "readBinary " : "writeBinary ") + path + " " +
+                          std::to_string(offset) + " " + std::to_string(bytes));
+            return scripted(reads ? Operation::readBinary : Operation::writeBinary, full);
+        };
+        return std::unique_ptr<BinaryFile>(
+            std::make_unique<FakeBinaryFile>(find(full)->content, access, gate));
     }
     Status rename(const std::string& from, const std::string& to) override {
         log.push_back("rename " + from + " " + to);
@@ -136,17 +188,7 @@ class FakeFileSystem final : public FileSystem {
         if (const auto failure = scripted(Operation::touchForWriting, full)) {
             return *failure;
         }
-        const Entry* entry = find(full);
-        if (isRoot(full) || (entry != nullptr && entry->folder)) {
-            return {ErrorNumber::pathFileAccess, "Path/File access error"};
-        }
-        if (entry == nullptr) {
-            if (!folderExists(parentOf(full))) {
-                return {ErrorNumber::pathNotFound, "Path not found"};
-            }
-            entries_[caseFolded(full)] = Entry{full, {}, false};
-        }
-        return {};
+        return create(full);
     }
     Status removeFile(const std::string& path) override {
         log.push_back("removeFile " + path);
@@ -202,7 +244,7 @@ class FakeFileSystem final : public FileSystem {
         if (!folderExists(parentOf(full))) {
             return {ErrorNumber::pathNotFound, "Path not found"};
         }
-        entries_[caseFolded(full)] = Entry{full, {}, true};
+        entries_[caseFolded(full)] = Entry{.path = full, .folder = true};
         return {};
     }
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
@@ -210,10 +252,31 @@ class FakeFileSystem final : public FileSystem {
   private:
     struct Entry {
         std::string path;
-        std::string content;
+        /// Shared with those who have the file open.
+        std::shared_ptr<std::string> content = std::make_shared<std::string>();
         bool folder = false;
+        FileTime date = {};
     };
 
+    static std::string nameOf(FileAccess access) {
+        return access == FileAccess::read    ? "read"
+               : access == FileAccess::write ? "write"
+                                             : "readWrite";
+    }
+    /// Opening for writing: a missing file is made.
+    Status create(const std::string& full) {
+        const Entry* entry = find(full);
+        if (isRoot(full) || (entry != nullptr && entry->folder)) {
+            return {ErrorNumber::pathFileAccess, "Path/File access error"};
+        }
+        if (entry == nullptr) {
+            if (!folderExists(parentOf(full))) {
+                return {ErrorNumber::pathNotFound, "Path not found"};
+            }
+            entries_[caseFolded(full)] = Entry{.path = full};
+        }
+        return {};
+    }
     static bool isRoot(const std::string& full) { return full.size() == 3; }
     static std::string parentOf(const std::string& full) {
         const std::size_t last = full.rfind('\\');

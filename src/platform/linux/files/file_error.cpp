@@ -55,12 +55,16 @@ const char* textOf(ErrorNumber number) {
         return "Path not found";
     case ErrorNumber::permissionDenied:
         return "Permission denied";
+    case ErrorNumber::badFileMode:
+        return "Bad file mode";
     case ErrorNumber::fileAlreadyExists:
         return "File already exists";
     case ErrorNumber::badFileName:
         return "Bad file name or number";
     case ErrorNumber::diskFull:
         return "Disk full";
+    case ErrorNumber::badRecordNumber:
+        return "Bad record number";
     case ErrorNumber::deviceInputOutput:
         return "Device I/O error";
     case ErrorNumber::deviceUnavailable:

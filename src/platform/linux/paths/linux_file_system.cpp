@@ -4,12 +4,12 @@
 #include <cerrno>
 #include <filesystem>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/linux/files/file_error.h"
 #include "platform/linux/paths/exclusive_rename.h"
+#include "platform/linux/paths/linux_binary_file.h"
 #include "platform/linux/paths/path_names.h"
 
 namespace sonarith {
@@ -60,7 +60,7 @@ std::string LinuxFileSystem::currentFolder() const {
     return currentFolders_.at(currentLetter_);
 }
 
-Result<std::int64_t> LinuxFileSystem::fileLength(const std::string& path) const {
+Result<struct stat> LinuxFileSystem::statusOf(const std::string& path) const {
     const Result<Located> located = locate(path);
     if (!located.ok()) {
         return located.error();
@@ -72,7 +72,23 @@ Result<std::int64_t> LinuxFileSystem::fileLength(const std::string& path) const 
     if (!S_ISREG(status.st_mode)) {
         return fileError(ErrorNumber::fileNotFound);
     }
-    return static_cast<std::int64_t>(status.st_size);
+    return status;
+}
+
+Result<std::int64_t> LinuxFileSystem::fileLength(const std::string& path) const {
+    const Result<struct stat> status = statusOf(path);
+    if (!status.ok()) {
+        return status.error();
+    }
+    return static_cast<std::int64_t>(status.value().st_size);
+}
+
+Result<FileTime> LinuxFileSystem::fileDate(const std::string& path) const {
+    const Result<struct stat> status = statusOf(path);
+    if (!status.ok()) {
+        return status.error();
+    }
+    return fileTimeOf(status.value().st_mtim);
 }
 
 bool LinuxFileSystem::fileExists(const std::string& path) const {
@@ -109,26 +125,23 @@ Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
     return failure == 0 ? Status() : errorAt(wanted, failure);
 }
 
-Status LinuxFileSystem::touchForWriting(const std::string& path) {
+Result<std::unique_ptr<BinaryFile>> LinuxFileSystem::openBinary(const std::string& path,
+                                                                FileAccess access) {
     const Result<Located> located = locate(path);
     if (!located.ok()) {
         return located.error();
     }
-    const std::string& machinePath = located.value().path;
-    struct stat status {};
-    if (::stat(machinePath.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        // To open a pipe or a device for writing could block or set something going.
-        return fileError(S_ISDIR(status.st_mode) ? ErrorNumber::pathFileAccess
-                                                 : ErrorNumber::permissionDenied);
+    Result<std::unique_ptr<BinaryFile>> opened =
+        LinuxBinaryFile::open(located.value().path, access);
+    if (!opened.ok() && opened.error().number == ErrorNumber::fileNotFound) {
+        return errorAt(located.value(), ENOENT);
     }
-    constexpr mode_t asTheUserWishes = 0666; // less the bits of the umask
-    const int opened =
-        ::open(machinePath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY,
-               asTheUserWishes);
-    if (opened < 0) {
-        return errorAt(located.value(), errno);
-    }
-    return ::close(opened) == 0 ? Status() : Status(errorAt(located.value(), errno));
+    return opened;
+}
+
+Status LinuxFileSystem::touchForWriting(const std::string& path) {
+    const Result<std::unique_ptr<BinaryFile>> opened = openBinary(path, FileAccess::write);
+    return opened.ok() ? Status() : Status(opened.error());
 }
 
 Status LinuxFileSystem::removeFile(const std::string& path) {

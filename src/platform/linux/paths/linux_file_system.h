@@ -4,7 +4,10 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
+
+#include <sys/stat.h>
 
 #include "platform/file_system.h"
 #include "platform/linux/paths/path_map.h"
@@ -19,6 +22,9 @@ class LinuxFileSystem final : public FileSystem {
 
     [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override;
     [[nodiscard]] bool fileExists(const std::string& path) const override;
+    [[nodiscard]] Result<FileTime> fileDate(const std::string& path) const override;
+    [[nodiscard]] Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
+                                                                 FileAccess access) override;
     Status rename(const std::string& from, const std::string& to) override;
     Status touchForWriting(const std::string& path) override;
     Status removeFile(const std::string& path) override;
@@ -32,6 +38,9 @@ class LinuxFileSystem final : public FileSystem {
     [[nodiscard]] Result<Located> locate(const std::string& path) const;
 
   private:
+    /// What the system says of an ordinary file; anything else is fileNotFound.
+    [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
+
     PathMap& paths_;
     std::string programFolder_;
     char currentLetter_ = 'C';

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/linux_binary_file.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include "platform/linux/paths/binary_file_fixture.h"
+#include "support/killed_at_call.h"
+#include "support/refused_call.h"
+#include "support/unprivileged.h"
+
+namespace sonarith {
+namespace {
+
+namespace fs = std::filesystem;
+using test::BinaryFileTest;
+using test::bytesOf;
+using test::gibibyte;
+using test::MachineWorld;
+using test::readFailure;
+using test::textAt;
+
+constexpr std::size_t tagBytes = 128; // what is written in one step in practice
+
+class LinuxBinaryFileTest : public BinaryFileTest<MachineWorld> {
+  protected:
+    [[nodiscard]] std::string path(const std::string& name) const {
+        return (world_.disk() / name).string();
+    }
+    [[nodiscard]] struct stat statusOf(const std::string& name) const {
+        struct stat status {};
+        EXPECT_EQ(::stat(path(name).c_str(), &status), 0);
+        return status;
+    }
+    void makeSparse(const std::string& name, std::int64_t bytes) {
+        world_.put(name, "");
+        fs::resize_file(world_.disk() / name, static_cast<std::uintmax_t>(bytes));
+    }
+};
+
+TEST_F(LinuxBinaryFileTest, WorksInFilesBeyondTheOldLimits) {
+    for (const std::int64_t bytes : {2 * gibibyte, 5 * gibibyte}) {
+        makeSparse("large.mp3", bytes);
+        const auto file = open("large.mp3", FileAccess::readWrite);
+        EXPECT_EQ(file->length().value(), bytes);
+        EXPECT_TRUE(file->write(bytes - 3, bytesOf("TAGGED")).ok());
+        EXPECT_EQ(textAt(*file, bytes - 4, 100), std::string("\0TAGGED", 7));
+        EXPECT_EQ(world_.files().fileLength("d:\\large.mp3").value(), bytes + 3);
+    }
+}
+
+TEST_F(LinuxBinaryFileTest, RefusesWhatWouldMakeTheFileTooLarge) {
+    const auto file = open("a.mp3", FileAccess::readWrite);
+    const std::int64_t largest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(file->write(largest - 1, bytesOf("abc")).error().number, ErrorNumber::diskFull);
+    EXPECT_EQ(file->write(largest - 3, bytesOf("abc")).error().number, ErrorNumber::diskFull);
+    EXPECT_EQ(file->length().value(), 0);
+}
+
+TEST_F(LinuxBinaryFileTest, RefusesPipesSocketsAndDevicesWithoutWaiting) {
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0666), 0);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path("socket").size(), sizeof(address.sun_path));
+    std::strcpy(address.sun_path, path("socket").c_str());
+    ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    fs::create_symlink("/dev/zero", path("device"));
+    for (const std::string name : {"pipe", "socket", "device"}) {
+        for (const FileAccess access :
+             {FileAccess::read, FileAccess::write, FileAccess::readWrite}) {
+            EXPECT_EQ(refusal(name, access), ErrorNumber::permissionDenied) << name;
+        }
+    }
+    ::close(socket);
+}
+
+TEST_F(LinuxBinaryFileTest, LeavesAFileThatMayNotBeWrittenAsItIs) {
+    world_.put("a.mp3", "0123");
+    fs::permissions(path("a.mp3"), fs::perms::owner_read | fs::perms::others_read);
+    fs::permissions(world_.parent(), fs::perms::all);
+    const struct stat before = statusOf("a.mp3");
+    for (const FileAccess access : {FileAccess::write, FileAccess::readWrite}) {
+        EXPECT_EQ(test::runUnprivileged([&] { return static_cast<int>(refusal("a.mp3", access)); }),
+                  static_cast<int>(ErrorNumber::permissionDenied));
+    }
+    const struct stat after = statusOf("a.mp3");
+    EXPECT_EQ(std::memcmp(&before, &after, sizeof(before)), 0);
+    EXPECT_EQ(world_.content("a.mp3"), "0123");
+}
+
+TEST_F(LinuxBinaryFileTest, WritesToTheVeryFileWithAllThatBelongsToIt) {
+    world_.put("a.mp3", std::string(tagBytes * 2, 'x'));
+    fs::permissions(path("a.mp3"),
+                    fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    fs::create_hard_link(path("a.mp3"), path("second.mp3"));
+    fs::create_symlink("a.mp3", path("link.mp3"));
+    const bool attributes = ::setxattr(path("a.mp3").c_str(), "user.comment", "mine", 4, 0) == 0;
+    const struct stat before = statusOf("a.mp3");
+    {
+        const auto file = open("link.mp3", FileAccess::readWrite);
+        EXPECT_TRUE(file->write(tagBytes, bytesOf(std::string(tagBytes, 't'))).ok());
+    }
+    const struct stat after = statusOf("a.mp3");
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    EXPECT_EQ(after.st_nlink, before.st_nlink);
+    EXPECT_EQ(after.st_size, before.st_size);
+    EXPECT_TRUE(fs::is_symlink(path("link.mp3")));
+    EXPECT_EQ(world_.content("second.mp3"),
+              std::string(tagBytes, 'x') + std::string(tagBytes, 't'));
+    if (attributes) { // not on every file system
+        std::array<char, 8> value{};
+        EXPECT_EQ(::getxattr(path("a.mp3").c_str(), "user.comment", value.data(), value.size()), 4);
+    }
+}
+
+TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsFull) {
+    world_.put("a.mp3", "0123");
+    fs::permissions(world_.parent(), fs::perms::all);
+    fs::permissions(path("a.mp3"), fs::perms::all);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  const auto file = open("a.mp3", FileAccess::write);
+                  if (file == nullptr || !test::refuseCall(SYS_pwrite64, ENOSPC)) {
+                      return 99;
+                  }
+                  const Status status = file->write(4, bytesOf("tag"));
+                  return status.ok() ? 0 : static_cast<int>(status.error().number);
+              }),
+              static_cast<int>(ErrorNumber::diskFull));
+}
+
+TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsBroken) {
+    world_.put("a.mp3", "0123");
+    fs::permissions(world_.parent(), fs::perms::all);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  const auto file = open("a.mp3", FileAccess::read);
+                  if (file == nullptr || !test::refuseReads()) {
+                      return 99;
+                  }
+                  return static_cast<int>(readFailure(*file, 0));
+              }),
+              static_cast<int>(ErrorNumber::deviceInputOutput));
+}
+
+// The system writes the four bytes up to the limit and refuses the rest in a call of its own.
+TEST_F(LinuxBinaryFileTest, GoesOnAfterAShortWrite) {
+    world_.put("a.mp3", "0123");
+    fs::permissions(world_.parent(), fs::perms::all);
+    fs::permissions(path("a.mp3"), fs::perms::all);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  const auto file = open("a.mp3", FileAccess::write);
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{tagBytes, tagBytes};
+                  if (file == nullptr || ::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
+                      return 99;
+                  }
+                  const Status status = file->write(tagBytes - 4, bytesOf("12345678"));
+                  return status.ok() ? 0 : static_cast<int>(status.error().number);
+              }),
+              static_cast<int>(ErrorNumber::diskFull));
+    EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
+}
+
+// No other reader finds half of a tag, and neither does a kill leave one.
+TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
+    const std::string old(tagBytes, 'o');
+    const std::string tag(tagBytes, 't');
+    std::unique_ptr<BinaryFile> file;
+    std::vector<std::optional<std::string>> left;
+    for (int call = 0; call < 3; ++call) {
+        world_.put("a.mp3", old);
+        const test::KillOutcome outcome = test::killAtCall(
+            call, [&] { file = open("a.mp3", FileAccess::write); },
+            [&] { file->write(0, bytesOf(tag)).passOver(); });
+        ASSERT_NE(outcome, test::KillOutcome::failed);
+        left.push_back(world_.content("a.mp3"));
+    }
+    // Killed before the write, at the end of the process, and not at all.
+    EXPECT_EQ(left, (std::vector<std::optional<std::string>>{old, tag, tag}));
+}
+
+TEST_F(LinuxBinaryFileTest, TellsTheDateOfLastChange) {
+    world_.put("a.mp3", "0123");
+    const std::array<timespec, 2> times{{{1, 0}, {1'000'000'000, 123'456'789}}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path("a.mp3").c_str(), times.data(), 0), 0);
+    const auto date = world_.files().fileDate("d:\\a.mp3").value();
+    EXPECT_EQ(date.time_since_epoch(), std::chrono::nanoseconds(1'000'000'000'123'456'789));
+}
+
+TEST(FileTimeOf, HoldsDatesThatNoClockHas) {
+    constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
+    EXPECT_GT(fileTimeOf({never, 999'999'999}), fileTimeOf({9'000'000'000, 0}));
+    EXPECT_LT(fileTimeOf({-never, 0}), fileTimeOf({-9'000'000'000, 0}));
+    EXPECT_EQ(fileTimeOf({-1, 500'000'000}).time_since_epoch(), std::chrono::milliseconds(-500));
+}
+
+} // namespace
+} // namespace sonarith
