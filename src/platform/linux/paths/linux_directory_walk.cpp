@@ -14,6 +14,7 @@
 
 #include "platform/linux/files/file_error.h"
 #include "platform/linux/paths/folder_listing.h"
+#include "platform/linux/paths/machine_names.h"
 #include "platform/linux/paths/path_names.h"
 #include "platform/text/unicode.h"
 

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/machine_names.h"
 #include "platform/text/unicode.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"

@@ -24,13 +24,6 @@ struct Located {
     bool found = false;
 };
 
-/// A name of the logic as the machine's, and back. A backslash, colon, star or question mark that a
-/// Linux name holds is shown as the private-use character U+F05C, U+F03A, U+F02A or U+F03F: no name
-/// of the logic holds these four, and it takes the last two for wildcards. All other bytes stay as
-/// they are.
-[[nodiscard]] std::string machineName(std::string_view logicName);
-[[nodiscard]] std::string logicName(std::string_view machineName);
-
 class PathMap {
   public:
     /// Both must outlive this.
