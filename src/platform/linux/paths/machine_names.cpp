@@ -8,44 +8,102 @@ namespace sonarith {
 
 namespace {
 
-/// A character that no name of the logic holds, and what shows it there.
 struct Sign {
     char character;
     std::string_view shown;
+    std::string_view former;
 };
-constexpr std::array<Sign, 4> signs{{{'\\', "\xef\x81\x9c"},  // U+F05C
-                                     {':', "\xef\x80\xba"},   // U+F03A
-                                     {'*', "\xef\x80\xaa"},   // U+F02A
-                                     {'?', "\xef\x80\xbf"}}}; // U+F03F
+constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
+                                     {':', "\u02d0", "\uf03a"},
+                                     {'*', "\u2217", "\uf02a"},
+                                     {'?', "\u0294", "\uf03f"}}};
+/// "Not": the next character stands for itself.
+constexpr std::string_view mark = "\u00ac";
 
-std::string replaced(std::string_view text, std::string_view what, std::string_view by) {
-    std::string result;
-    for (std::size_t end = text.find(what); end != std::string_view::npos; end = text.find(what)) {
-        result.append(text.substr(0, end)).append(by);
-        text.remove_prefix(end + what.size());
+const Sign* signOf(char character) {
+    const auto* const found = std::find_if(signs.begin(), signs.end(),
+                                           [&](const Sign& s) { return s.character == character; });
+    return found != signs.end() ? found : nullptr;
+}
+
+/// The sign whose stand-in `text` begins with.
+const Sign* signShownAt(std::string_view text) {
+    const auto* const found = std::find_if(signs.begin(), signs.end(), [&](const Sign& s) {
+        return text.starts_with(s.shown) || text.starts_with(s.former);
+    });
+    return found != signs.end() ? found : nullptr;
+}
+
+/// The bytes of the character with a meaning of its own that `text` begins with; 0 for any other.
+/// Bytes are compared: such a character begins with a byte that no other one contains, so that it
+/// is found in names that are no valid text as well.
+std::size_t specialBytesAt(std::string_view text) {
+    constexpr unsigned char firstBeyondAscii = 0x80;
+    if (text.empty() || static_cast<unsigned char>(text.front()) < firstBeyondAscii) {
+        return 0; // nearly all of nearly all names
     }
-    return result.append(text);
+    if (text.starts_with(mark)) {
+        return mark.size();
+    }
+    const Sign* sign = signShownAt(text);
+    if (sign == nullptr) {
+        return 0;
+    }
+    return text.starts_with(sign->shown) ? sign->shown.size() : sign->former.size();
 }
 
 } // namespace
 
-std::string machineName(std::string_view logicName) {
-    std::string name(logicName);
-    for (const Sign& sign : signs) {
-        name = replaced(name, sign.shown, std::string_view(&sign.character, 1));
+std::string logicName(std::string_view machineName) {
+    std::string name;
+    name.reserve(machineName.size());
+    while (!machineName.empty()) {
+        const std::size_t special = specialBytesAt(machineName);
+        const std::size_t taken = std::max<std::size_t>(special, 1);
+        if (const Sign* sign = signOf(machineName.front())) {
+            name.append(sign->shown);
+        } else {
+            name.append(special > 0 ? mark : "").append(machineName.substr(0, taken));
+        }
+        machineName.remove_prefix(taken);
     }
     return name;
 }
 
-std::string logicName(std::string_view machineName) {
+std::string machineName(std::string_view logicName) {
     std::string name;
-    name.reserve(machineName.size());
-    for (const char character : machineName) {
-        const auto* const sign = std::find_if(
-            signs.begin(), signs.end(), [&](const Sign& s) { return s.character == character; });
-        sign != signs.end() ? name.append(sign->shown) : name.append(1, character);
+    name.reserve(logicName.size());
+    while (!logicName.empty()) {
+        if (logicName.starts_with(mark)) {
+            // One that stands before nothing special was typed and means itself.
+            const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
+            name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
+            logicName.remove_prefix(mark.size() + marked);
+            continue;
+        }
+        const Sign* sign = signShownAt(logicName);
+        name.append(1, sign != nullptr ? sign->character : logicName.front());
+        logicName.remove_prefix(std::max<std::size_t>(specialBytesAt(logicName), 1));
     }
     return name;
+}
+
+std::string formerLogicName(std::string_view machineName) {
+    std::string name;
+    for (const char character : machineName) {
+        const Sign* sign = signOf(character);
+        sign != nullptr ? name.append(sign->former) : name.append(1, character);
+    }
+    return name;
+}
+
+bool mayBeFormer(std::string_view logicName) {
+    for (; !logicName.empty(); logicName.remove_prefix(1)) {
+        if (specialBytesAt(logicName) > 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace sonarith

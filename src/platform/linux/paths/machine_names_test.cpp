@@ -3,18 +3,33 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
+
+#include "platform/text/unicode.h"
 #include "platform/text/wildcard.h"
 
 namespace sonarith {
 namespace {
 
 TEST(MachineName, MapsWhatNoNameOfTheLogicHoldsAndNothingElse) {
-    EXPECT_EQ(logicName("a\\b:c"), "a\xef\x81\x9c"
-                                   "b\xef\x80\xba"
-                                   "c");
-    EXPECT_EQ(logicName("what?*"), "what\xef\x80\xbf\xef\x80\xaa");
+    EXPECT_EQ(logicName("a\\b:c"), "a\u2216b\u02d0c");
+    EXPECT_EQ(logicName("what?*"), "what\u0294\u2217");
     EXPECT_EQ(machineName(logicName("a\\b:c*?d")), "a\\b:c*?d");
     EXPECT_EQ(logicName("plain \xff\xfe#[x]!"), "plain \xff\xfe#[x]!");
+}
+
+TEST(MachineName, MarksACharacterThatOnlyLooksLikeAStandIn) {
+    EXPECT_EQ(logicName("a\u2217b"), "a\u00ac\u2217b");
+    EXPECT_EQ(logicName("\uf02a"), "\u00ac\uf02a");
+    EXPECT_EQ(logicName("not \u00ac"), "not \u00ac\u00ac");
+    EXPECT_EQ(machineName("a\u00ac\u2217b"), "a\u2217b");
+    EXPECT_EQ(machineName("\u00ac\u00ac\u2217"), "\u00ac*");
+}
+
+TEST(MachineName, TakesAMarkBeforeAnythingElseAsTyped) {
+    EXPECT_EQ(machineName("\u00acx"), "\u00acx");
+    EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
 TEST(MachineName, IsNoPatternForItsNeighbours) {
@@ -22,6 +37,70 @@ TEST(MachineName, IsNoPatternForItsNeighbours) {
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
     EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
+}
+
+TEST(MachineName, ReadsTheFormOfStoresWrittenBefore) {
+    EXPECT_EQ(formerLogicName("a\\b:c*?d"), "a\uf05c"
+                                            "b\uf03a"
+                                            "c\uf02a\uf03f"
+                                            "d");
+    EXPECT_EQ(machineName(formerLogicName("a\\b:c*?d")), "a\\b:c*?d");
+    EXPECT_EQ(formerLogicName("\u2217\u00ac\uf02a"), "\u2217\u00ac\uf02a");
+}
+
+TEST(MachineName, TellsWhatTheFormerFormWroteDifferently) {
+    EXPECT_FALSE(mayBeFormer("plain \xff\xe2\x88 name"));
+    EXPECT_TRUE(mayBeFormer("x\uf02a"));
+    EXPECT_TRUE(mayBeFormer("x\u00ac"));
+    EXPECT_TRUE(mayBeFormer("x\u2217y"));
+}
+
+/// A name of the characters that matter, whole and torn, and of some others.
+std::string randomName(std::mt19937& random) {
+    static const std::array<std::string, 28> pieces = {
+        "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
+        "\u0294", "\u00ac", "\uf05c", "\uf03a", "\uf02a", "\uf03f", "\xe2",
+        "\x88",   "\x97",   "\xca",   "\x94",   "\xc2",   "\xac",   "\xef\x80",
+        "\xaa",   "A",      "z",      "\u0130", "\u00df", "\u0241", "\xff"};
+    std::string name;
+    for (std::size_t left = random() % 12; left > 0; --left) {
+        name += pieces[random() % pieces.size()];
+    }
+    return name;
+}
+
+constexpr int randomNames = 50'000;
+
+TEST(MachineName, ComesBackWholeWhateverTheNameHolds) {
+    std::mt19937 random(1); // the same names at each run
+    for (int i = 0; i < randomNames; ++i) {
+        const std::string name = randomName(random);
+        const std::string logic = logicName(name);
+        ASSERT_EQ(logic.find_first_of("\\:*?"), std::string::npos) << logic;
+        ASSERT_EQ(machineName(logic), name) << logic;
+    }
+}
+
+TEST(MachineName, SurvivesTheLogicsLowerCase) {
+    std::mt19937 random(2);
+    for (int i = 0; i < randomNames; ++i) {
+        const std::string name = randomName(random);
+        ASSERT_EQ(machineName(lowerCase(logicName(name))), lowerCase(name)) << name;
+        ASSERT_EQ(caseFolded(logicName(name)), caseFolded(lowerCase(logicName(name)))) << name;
+    }
+}
+
+TEST(MachineName, ComesBackFromTheFormerFormUnlessItHoldsACharacterOfTheNew) {
+    std::mt19937 random(3);
+    int plain = 0;
+    for (int i = 0; i < randomNames; ++i) {
+        const std::string name = randomName(random);
+        if (!mayBeFormer(name)) {
+            ++plain;
+            ASSERT_EQ(machineName(formerLogicName(name)), name) << name;
+        }
+    }
+    EXPECT_GT(plain, randomNames / 20);
 }
 
 } // namespace

@@ -36,17 +36,22 @@ std::optional<std::string> spelling(const std::string& folder, const std::string
     if (!listing) {
         return std::nullopt;
     }
-    const std::string wanted = caseFolded(name);
+    const std::string wanted = caseFolded(exact);
+    const std::optional<std::string> former =
+        mayBeFormer(name) ? std::optional(caseFolded(name)) : std::nullopt;
     std::optional<std::string> first;
-    // Compared in the logic's form, so that a name that truly holds a private-use character is
-    // found as well.
+    std::optional<std::string> firstFormer;
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string found = entry->d_name;
-        if (caseFolded(logicName(found)) == wanted && (!first || found < *first)) {
+        if (caseFolded(found) == wanted && (!first || found < *first)) {
             first = found;
         }
+        if (former && caseFolded(formerLogicName(found)) == *former &&
+            (!firstFormer || found < *firstFormer)) {
+            firstFormer = found;
+        }
     }
-    return first;
+    return first ? first : firstFormer;
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/linux/paths/machine_names.h"
 #include "platform/text/unicode.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
@@ -101,7 +102,8 @@ TEST_F(PathMapTest, TellsTheNameGivenFromTheNameFound) {
 TEST_F(PathMapTest, CarriesAwkwardNamesThereAndBack) {
     for (const std::string name :
          {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", "x\xef\x80\xaay\xef\x80\xbf",
-          " . ", "*?[a]", "What?*.mp3", "new\nline", "\xef\x80", "C:", "..."}) {
+          " . ", "*?[a]", "What?*.mp3", "new\nline", "\xef\x80", "C:", "...", "\u2217",
+          "What\u0294", "a\u00ac\u02d0B"}) {
         addFile(name);
         const std::string logic = paths_.toLogic(disk_ + "/" + name);
         EXPECT_EQ(machine(logic), disk_ + "/" + name) << logic;
@@ -117,6 +119,26 @@ TEST_F(PathMapTest, TellsAFileOfAWildcardsNameFromItsNeighbour) {
     EXPECT_TRUE(paths_.locate(logic).value().found);
     fs::remove(disk_ + "/What?.MP3");
     EXPECT_FALSE(paths_.locate(logic).value().found);
+}
+
+TEST_F(PathMapTest, FindsWhatAStoreWrittenBeforeNames) {
+    for (const std::string name :
+         {"What?.MP3", "a\\b:c*d", "truly \uf02a", "\u2217 \u00ac\u00ac", "*\uf02a\u2217"}) {
+        addFile(name);
+        const std::string former = "d:\\" + lowerCase(formerLogicName(name));
+        EXPECT_EQ(onDisk(former), "/" + name) << former;
+        EXPECT_TRUE(paths_.locate(former).value().found);
+    }
+}
+
+TEST_F(PathMapTest, MakesANameOfTheFormerFormWithTheCharacterThatItStoodFor) {
+    EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
+}
+
+TEST_F(PathMapTest, PrefersTheFormOfTodayToTheFormerOne) {
+    addFile("a\u00acB");
+    addFile("a\u00ac\u00acB");
+    EXPECT_EQ(onDisk("d:\\a\u00ac\u00acb"), "/a\u00acB");
 }
 
 TEST_F(PathMapTest, WorksDotsOutByText) {
