@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/linux/paths/path_names.h"
+
 namespace sonarith {
 
 namespace {
@@ -15,47 +17,64 @@ char upperLetter(char letter) {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-bool holds(std::string_view mountPoint, std::string_view path) {
-    return mountPoint == "/" || path == mountPoint ||
-           (path.size() > mountPoint.size() && path[mountPoint.size()] == '/' &&
-            path.substr(0, mountPoint.size()) == mountPoint);
-}
-
 } // namespace
 
-DriveTable::DriveTable(SettingsStore& store) : store_(store), drives_{{rootLetter, "/"}} {}
+std::string storedMountPoint(const SettingsStore& store, char letter) {
+    const std::string stored =
+        store.GetSetting(applicationName, drivesSection, std::string(1, letter), "");
+    // What is no absolute path was not put there by this program: the letter is free.
+    return stored.starts_with('/') ? stored : std::string();
+}
+
+std::optional<char> storedLetterOf(const SettingsStore& store, const std::string& mountPoint) {
+    for (char letter = firstLetter; letter <= lastLetter; ++letter) {
+        if (letter != homeLetter && storedMountPoint(store, letter) == mountPoint) {
+            return letter;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<char> giveLetter(SettingsStore& store, const std::string& mountPoint) {
+    if (const auto stored = storedLetterOf(store, mountPoint)) {
+        return stored;
+    }
+    const auto unused = storedLetterOf(store, "");
+    if (unused) {
+        store.SaveSetting(applicationName, drivesSection, std::string(1, *unused), mountPoint);
+    }
+    return unused;
+}
+
+DriveTable::DriveTable(SettingsStore& store, std::string_view home)
+    : store_(store), home_(plainMachinePath(home)) {
+    if (home_ == "/") {
+        home_.clear();
+    }
+    clear();
+}
+
+void DriveTable::clear() {
+    drives_ = {{rootLetter, "/"}};
+    if (!home_.empty()) {
+        drives_.push_back({homeLetter, home_});
+    }
+}
 
 void DriveTable::update(const std::vector<MountPoint>& mounts) {
-    drives_ = {{rootLetter, "/"}};
+    clear();
     for (const MountPoint& mount : mounts) {
         if (mount.path == "/") {
             continue;
         }
-        if (const auto letter = letterFor(mount.path)) {
+        const auto letter = mount.path == home_ ? storedLetterOf(store_, mount.path)
+                                                : giveLetter(store_, mount.path);
+        if (letter) {
             drives_.push_back({*letter, mount.path});
         }
     }
     std::sort(drives_.begin(), drives_.end(),
               [](const Drive& a, const Drive& b) { return a.letter < b.letter; });
-}
-
-std::optional<char> DriveTable::letterFor(const std::string& mountPoint) {
-    std::optional<char> unused;
-    for (char letter = firstLetter; letter <= lastLetter; ++letter) {
-        const std::string stored =
-            store_.GetSetting(applicationName, drivesSection, std::string(1, letter), "");
-        if (stored == mountPoint) {
-            return letter;
-        }
-        // What is no absolute path was not put there by this program: the letter is free.
-        if (!unused && (stored.empty() || stored.front() != '/')) {
-            unused = letter;
-        }
-    }
-    if (unused) {
-        store_.SaveSetting(applicationName, drivesSection, std::string(1, *unused), mountPoint);
-    }
-    return unused;
 }
 
 std::optional<std::string> DriveTable::mountPointOf(char letter) const {
@@ -68,8 +87,11 @@ std::optional<std::string> DriveTable::mountPointOf(char letter) const {
 const Drive& DriveTable::driveOf(std::string_view machinePath) const {
     const Drive* deepest = &drives_.front(); // C:, the root, holds every path
     for (const Drive& drive : drives_) {
-        if (holds(drive.mountPoint, machinePath) &&
-            drive.mountPoint.size() > deepest->mountPoint.size()) {
+        // Holders of one path that are as deep as each other are the same folder.
+        const std::size_t depth = drive.mountPoint.size();
+        const std::size_t deepestYet = deepest->mountPoint.size();
+        if (isWithin(machinePath, drive.mountPoint) &&
+            (depth > deepestYet || (depth == deepestYet && drive.letter == homeLetter))) {
             deepest = &drive;
         }
     }

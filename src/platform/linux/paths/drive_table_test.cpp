@@ -88,9 +88,80 @@ TEST(DriveTable, LeavesMountsBeyondTheAlphabetToTheDriveAroundThem) {
         mounts.push_back({"/m/" + std::to_string(i), "ext4"});
     }
     table.update(mounts);
-    EXPECT_THAT(table.drives(), SizeIs(24)); // C: to Z:
-    EXPECT_EQ(table.driveOf("/m/22/x").letter, 'Z');
-    EXPECT_EQ(table.driveOf("/m/23/x").letter, 'C');
+    EXPECT_THAT(table.drives(), SizeIs(23)); // C: to Z: without the home's letter
+    EXPECT_EQ(table.driveOf("/m/21/x").letter, 'Z');
+    EXPECT_EQ(table.driveOf("/m/22/x").letter, 'C');
+}
+
+// --- the home ------------------------------------------------------------------------------
+
+TEST(DriveTable, GivesTheHomeTheLetterHWhateverItsNameAndWritesNothingForIt) {
+    FakeSettingsStore store;
+    DriveTable table(store, "/home/jane.doe/");
+    EXPECT_THAT(table.drives(), ElementsAre(Drive{'C', "/"}, Drive{'H', "/home/jane.doe"}));
+    table.update(mountsOn({"/", "/home"}));
+    EXPECT_THAT(table.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'D', "/home"}, Drive{'H', "/home/jane.doe"}));
+    EXPECT_EQ(table.mountPointOf('h'), "/home/jane.doe");
+    EXPECT_EQ(store.writes, (std::vector<test::StoreWrite>{{"Drives", "D", "/home"}}));
+}
+
+TEST(DriveTable, NamesPathsOfTheHomeByItsLetterAndThoseOfADiskInItByTheDisks) {
+    FakeSettingsStore store;
+    DriveTable table(store, "/home/jane");
+    table.update(mountsOn({"/home", "/home/jane/stick"}));
+    EXPECT_EQ(table.driveOf("/home/jane").letter, 'H');
+    EXPECT_EQ(table.driveOf("/home/jane/music").letter, 'H');
+    EXPECT_EQ(table.driveOf("/home/janet").letter, 'D');
+    EXPECT_EQ(table.driveOf("/home/jane/stick/a.wav").letter, 'E');
+    EXPECT_EQ(table.driveOf("/home/jane/sticks").letter, 'H');
+}
+
+TEST(DriveTable, HasNoHomeWhereItIsTheRootOrUnknown) {
+    FakeSettingsStore store;
+    for (const char* home : {"/", "", "//"}) {
+        DriveTable table(store, home);
+        table.update(mountsOn({"/"}));
+        EXPECT_THAT(table.drives(), ElementsAre(Drive{'C', "/"}));
+        EXPECT_EQ(table.mountPointOf('H'), std::nullopt);
+    }
+}
+
+TEST(DriveTable, NeverGivesTheHomesLetterToAMount) {
+    FakeSettingsStore store;
+    DriveTable(store).update(mountsOn({"/1", "/2", "/3", "/4", "/5"}));
+    EXPECT_EQ(store.held("Drives", "G"), "/4");
+    EXPECT_EQ(store.held("Drives", "H"), std::nullopt);
+    EXPECT_EQ(store.held("Drives", "I"), "/5");
+}
+
+TEST(DriveTable, TheHomeWinsAgainstAMountThatHadItsLetter) {
+    FakeSettingsStore store;
+    store.put("Drives", "H", "/media/a");
+    DriveTable table(store, "/home/jane");
+    table.update(mountsOn({"/", "/media/a"}));
+    EXPECT_THAT(table.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
+}
+
+TEST(DriveTable, AMountOnTheHomeNeedsNoLetterOfItsOwn) {
+    FakeSettingsStore store;
+    DriveTable table(store, "/home/jane");
+    table.update(mountsOn({"/", "/home/jane", "/media/a"}));
+    EXPECT_THAT(table.drives(),
+                ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
+}
+
+TEST(DriveTable, AMountOnTheHomeKeepsTheLetterThatStoredPathsNameItBy) {
+    for (const char* letter : {"D", "K"}) {
+        FakeSettingsStore store;
+        store.put("Drives", letter, "/home/jane");
+        DriveTable table(store, "/home/jane");
+        table.update(mountsOn({"/", "/home/jane"}));
+        EXPECT_EQ(table.mountPointOf(letter[0]), "/home/jane");
+        EXPECT_EQ(table.mountPointOf('H'), "/home/jane");
+        EXPECT_EQ(table.driveOf("/home/jane/music").letter, 'H');
+    }
 }
 
 } // namespace

@@ -49,6 +49,15 @@ std::optional<MountPoint> parseLine(const std::string& line) {
     return MountPoint{unescaped(point), type, root != "/"};
 }
 
+/// Whether a program or a server far away answers for the files.
+bool mayBeRemote(const MountPoint& mount) {
+    static constexpr std::array remoteTypes = {"9p",    "afs", "ceph", "cifs", "lustre",
+                                               "ncpfs", "nfs", "nfs4", "smb3", "smbfs"};
+    return mount.fileSystemType.starts_with("fuse") ||
+           std::find(remoteTypes.begin(), remoteTypes.end(), mount.fileSystemType) !=
+               remoteTypes.end();
+}
+
 bool isBelow(const std::string& path, const std::string& folder) {
     return path == folder || path.compare(0, folder.size() + 1, folder + "/") == 0;
 }
@@ -128,10 +137,11 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
     }
     std::vector<MountPoint> mounts = parseMountInfo(text);
     std::erase_if(mounts, [](const MountPoint& mount) {
-        // Only partial mounts are looked at: asking a server that is gone would hang.
+        // Only partial mounts of this machine's own disks are looked at. Servers' folders are
+        // partial mounts, too, and asking one that is gone would hang.
         std::error_code unknown;
-        return !holdsUserFiles(mount) ||
-               (mount.partial && !std::filesystem::is_directory(mount.path, unknown));
+        return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
+                                          !std::filesystem::is_directory(mount.path, unknown));
     });
     return mounts;
 }

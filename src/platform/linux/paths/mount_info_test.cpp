@@ -77,6 +77,18 @@ TEST(MountInfo, LeavesOutPartialMountsThatAreNoFolders) {
                                                          {"/gone", "nfs", false}}));
 }
 
+// A server's folder may be a partial mount; to ask one that is gone would hang. What is not looked
+// at is listed, whatever it is: here a path without a folder.
+TEST(MountInfo, LooksAtNoPartialMountThatMayBeOfAServer) {
+    const fakes::TempFolder folder;
+    std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"
+                                   << "2 0 0:41 /b /gone/ssh rw - fuse.sshfs server: rw\n"
+                                   << "3 0 8:1 /b /gone/disk rw - ext4 /dev/x rw\n";
+    MountInfo mounts((folder / "info").string());
+    EXPECT_EQ(mounts.changed(), (std::vector<MountPoint>{{"/gone/jane", "nfs4", true},
+                                                         {"/gone/ssh", "fuse.sshfs", true}}));
+}
+
 TEST(MountInfo, GivesAnEmptyListWhereThereIsNone) {
     MountInfo mounts("/no/such/list");
     EXPECT_EQ(mounts.changed(), std::vector<MountPoint>());

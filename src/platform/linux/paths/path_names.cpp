@@ -22,6 +22,19 @@ std::vector<std::string> namesOf(std::string_view path, std::string_view separat
     return names;
 }
 
+std::string plainMachinePath(std::string_view path) {
+    std::string plain;
+    for (const std::string& name : namesOf(path, "/")) {
+        plain.append("/").append(name);
+    }
+    return plain.empty() ? "/" : plain;
+}
+
+bool isWithin(std::string_view path, std::string_view folder) {
+    return folder == "/" || path == folder ||
+           (path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder));
+}
+
 std::string absolutePath(const std::string& path, const std::string& currentFolder) {
     if (path.size() >= 2 && path[1] == ':') {
         return path;

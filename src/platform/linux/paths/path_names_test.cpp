@@ -21,6 +21,21 @@ TEST(PathNames, DotsAreWorkedOutAndLeadNowhereAboveTheRoot) {
     EXPECT_THAT(namesOf("/../../a/...", "/"), ElementsAre("a", "..."));
 }
 
+TEST(PlainMachinePath, HasNoDetours) {
+    EXPECT_EQ(plainMachinePath("/home//me/./x/.."), "/home/me");
+    EXPECT_EQ(plainMachinePath("/home/me/"), "/home/me");
+    EXPECT_EQ(plainMachinePath("/"), "/");
+    EXPECT_EQ(plainMachinePath(""), "/");
+}
+
+TEST(IsWithin, KnowsAFolderFromItsNeighbour) {
+    EXPECT_TRUE(isWithin("/home/me", "/home/me"));
+    EXPECT_TRUE(isWithin("/home/me/x", "/home/me"));
+    EXPECT_TRUE(isWithin("/home", "/"));
+    EXPECT_FALSE(isWithin("/home/meg", "/home/me"));
+    EXPECT_FALSE(isWithin("/home", "/home/me"));
+}
+
 TEST(AbsolutePath, BeginsWithItsDriveWhateverItWas) {
     const std::string here = "d:\\music";
     EXPECT_EQ(absolutePath("c:\\a", here), "c:\\a");

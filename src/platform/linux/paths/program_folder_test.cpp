@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "support/temp_folder.h"
@@ -18,46 +17,40 @@ TEST(ExecutableFolder, HoldsTheRunningProgram) {
     EXPECT_TRUE(fs::exists(executableFolder() + "/paths_test"));
 }
 
-TEST(UserDataFolder, FollowsTheDesktopsConvention) {
-    ::setenv("XDG_DATA_HOME", "/data/of/me", 1);
-    EXPECT_EQ(userDataFolder(), "/data/of/me");
-    ::setenv("XDG_DATA_HOME", "relative", 1);
-    ::setenv("HOME", "/home/me", 1);
-    EXPECT_EQ(userDataFolder(), "/home/me/.local/share");
-    ::unsetenv("XDG_DATA_HOME");
-    EXPECT_EQ(userDataFolder(), "/home/me/.local/share");
-}
-
 TEST(ProgramFolder, IsThatOfTheExecutableIfItMayBeWritten) {
     const fakes::TempFolder folder;
-    EXPECT_EQ(programFolder(folder.path().string(), (folder / "data").string()),
-              folder.path().string());
-    EXPECT_FALSE(fs::exists(folder / "data"));
+    const auto never = [] {
+        ADD_FAILURE() << "the music folder is not needed";
+        return std::string();
+    };
+    EXPECT_EQ(programFolder(folder.path().string(), never), folder.path().string());
 }
 
-TEST(ProgramFolder, IsBelowTheUsersDataForAnInstalledProgram) {
+TEST(ProgramFolder, IsInTheUsersMusicForAnInstalledProgram) {
     const fakes::TempFolder folder;
     fs::create_directory(folder / "bin");
-    fs::create_directory(folder / "data");
+    fs::create_directory(folder / "music");
     fs::permissions(folder.path(), fs::perms::all);
-    fs::permissions(folder / "data", fs::perms::all);
+    fs::permissions(folder / "music", fs::perms::all);
     fs::permissions(folder / "bin", fs::perms::owner_read | fs::perms::owner_exec |
                                         fs::perms::others_read | fs::perms::others_exec);
-    const std::string data = (folder / "data").string();
+    const std::string music = (folder / "music").string();
     EXPECT_EQ(test::runUnprivileged([&] {
-                  return programFolder((folder / "bin").string(), data) == data + "/sonarith" ? 0
-                                                                                              : 1;
+                  return programFolder((folder / "bin").string(), [&] { return music; }) ==
+                                 music + "/Sonarith"
+                             ? 0
+                             : 1;
               }),
               0);
-    EXPECT_TRUE(fs::is_directory(data + "/sonarith"));
+    EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
 TEST(ProgramFolder, IsTheExecutablesIfNoOtherCanBeMade) {
-    EXPECT_EQ(programFolder("/proc", "/proc/no"), "/proc");
+    EXPECT_EQ(programFolder("/proc", [] { return "/proc/no"; }), "/proc");
 }
 
 TEST(ProgramFolder, IsNamedEvenIfItCannotBeMade) {
-    EXPECT_EQ(programFolder("", "/proc/no"), "/proc/no/sonarith");
+    EXPECT_EQ(programFolder("", [] { return "/proc/no"; }), "/proc/no/Sonarith");
 }
 
 } // namespace
