@@ -162,7 +162,8 @@ class Desktop:
 
     def write_store(self, drive, destination, output="none", **settings):
         """The settings store with this disc in the drive, this folder (a path of the machine) as
-        the destination, and this sound output."""
+        the destination, and this sound output. The path is written as before the home had a drive
+        letter."""
         escaped = ("C:" + str(destination).replace("/", "\\")).replace("\\", "\\\\")
         lines = ["[Devices]", f'Drive="{drive}"', f"Output={output}", "", "[Settings]",
                  f'DecodePath="{escaped}"', *(f"{key}={value}" for key, value in settings.items())]

@@ -7,12 +7,16 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
+# The destination in a home. A blank and capitals, since the logic lower-cases the path and names it
+# unquoted.
+MUSIC = "My Music"
+
+
 def start_with_disc(desktop, program, seconds, output="none"):
     """The program with a disc of three tracks of that length in the drive, its tracks shown and
     this sound output; returns it, the sheet and the destination."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal="ramp")
-    # A blank and a capital, since the logic lower-cases the path and names it unquoted.
-    destination = desktop.home / "My Music"
+    destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
     started = Program(desktop, program)
     started.wait_for_window()
@@ -21,8 +25,8 @@ def start_with_disc(desktop, program, seconds, output="none"):
 
 
 def music_folder(desktop):
-    """The destination, empty. A blank and capitals, as above."""
-    folder = desktop.home / "My Music"
+    """The destination, empty."""
+    folder = desktop.home / MUSIC
     folder.mkdir()
     return folder
 
@@ -44,8 +48,10 @@ def go_to_row(desktop, started, name):
 
 
 def row_of(path):
-    """A file's row where the tree shows paths: the logic's path in lower case."""
-    return ("c:" + str(path).replace("/", "\\")).lower()
+    """The row of a file in a music_folder() where the tree shows paths: the logic's path in lower
+    case. The home is its H:."""
+    below_home = path.parts[path.parts.index(MUSIC):]
+    return "\\".join(["h:", *below_home]).lower()
 
 
 def check_box(started, text):

@@ -82,6 +82,13 @@ def the_folders_files_stand_in_the_tree(desktop, program):
     close(started)
 
 
+def files_are_found_in_a_home_with_a_dot_in_its_name(desktop, program):
+    # An extension is taken from the first dot of the whole path.
+    desktop.move_to(desktop.home / "jane.doe")
+    started, _, _ = start_with_mp3s(desktop, program, "One.mp3", full_paths=True)
+    close(started)
+
+
 def an_mp3_is_dragged_there_and_back(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     started.drag_row("one.mp3", "Selected MP3 Files")
@@ -278,8 +285,9 @@ def files_are_added_by_the_file_dialog(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_folders_files_stand_in_the_tree, an_mp3_is_dragged_there_and_back,
-        all_mp3s_are_dragged_out_of_their_list, two_mp3s_are_selected_by_keys_alone,
+    run(the_folders_files_stand_in_the_tree, files_are_found_in_a_home_with_a_dot_in_its_name,
+        an_mp3_is_dragged_there_and_back, all_mp3s_are_dragged_out_of_their_list,
+        two_mp3s_are_selected_by_keys_alone,
         a_drag_onto_a_group_of_another_kind_changes_nothing, files_are_renamed_in_place,
         a_name_is_edited_by_keys, a_refused_rename_opens_the_editor_again,
         removing_from_the_list_keeps_the_file, removing_and_deleting_deletes_the_file,
