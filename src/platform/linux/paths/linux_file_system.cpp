@@ -42,18 +42,18 @@ bool sameEntry(const std::string& a, const std::string& b) {
 } // namespace
 
 LinuxFileSystem::LinuxFileSystem(PathMap& paths, const std::string& programFolder)
-    : paths_(paths), programFolder_(paths.toLogic(programFolder)) {
+    : paths_(paths), programFolder_(paths.logicPathOf(programFolder)) {
     if (programFolder_.back() == '\\') {
         programFolder_.pop_back();
     }
     std::error_code unknown;
-    const std::string here = paths_.toLogic(std::filesystem::current_path(unknown).string());
+    const std::string here = paths_.logicPathOf(std::filesystem::current_path(unknown).string());
     currentLetter_ = here.front();
     currentFolders_[currentLetter_] = here;
 }
 
-Result<Located> LinuxFileSystem::locate(const std::string& path) const {
-    return paths_.locate(absolutePath(path, currentFolder()));
+Result<Located> LinuxFileSystem::locate(const std::string& path, PathCase pathCase) const {
+    return paths_.locate(absolutePath(path, currentFolder()), pathCase);
 }
 
 std::string LinuxFileSystem::currentFolder() const {
@@ -95,9 +95,24 @@ bool LinuxFileSystem::fileExists(const std::string& path) const {
     return fileLength(path).ok();
 }
 
+Result<Located> LinuxFileSystem::locateBeside(const Result<Located>& known,
+                                              const std::string& knownPath,
+                                              const std::string& path) const {
+    const auto nameStart = [](const std::string& p) {
+        return p.find_last_of("\\/:") + 1;
+    };
+    const std::string name = path.substr(nameStart(path));
+    const bool sameFolder =
+        path.substr(0, nameStart(path)) == knownPath.substr(0, nameStart(knownPath));
+    const bool plainName = !name.empty() && name != "." && name != "..";
+    return known.ok() && !known.value().givenName.empty() && sameFolder && plainName
+               ? paths_.locateIn(known.value().folder, name)
+               : locate(path);
+}
+
 Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
     const Result<Located> source = locate(from);
-    const Result<Located> target = locate(to);
+    const Result<Located> target = locateBeside(source, from, to);
     if (!source.ok() || !target.ok()) {
         return source.ok() ? target.error() : source.error();
     }
@@ -122,7 +137,11 @@ Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
         // A change of case alone on a disk that is blind to case: the new name is the old file.
         failure = ::rename(old.path.c_str(), newPath.c_str()) == 0 ? 0 : errno;
     }
-    return failure == 0 ? Status() : errorAt(wanted, failure);
+    if (failure != 0) {
+        return errorAt(wanted, failure);
+    }
+    paths_.rememberChosen(newPath);
+    return {};
 }
 
 Result<std::unique_ptr<BinaryFile>> LinuxFileSystem::openBinary(const std::string& path,
@@ -171,7 +190,7 @@ Status LinuxFileSystem::changeDrive(const std::string& path) {
 }
 
 Status LinuxFileSystem::changeFolder(const std::string& path) {
-    const Result<Located> located = locate(path);
+    const Result<Located> located = locate(path, PathCase::asGiven);
     if (!located.ok()) {
         return located.error();
     }
@@ -186,7 +205,7 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
 }
 
 Status LinuxFileSystem::makeFolder(const std::string& name) {
-    const Result<Located> located = locate(name);
+    const Result<Located> located = locate(name, PathCase::asGiven);
     if (!located.ok()) {
         return located.error();
     }
@@ -195,6 +214,7 @@ Status LinuxFileSystem::makeFolder(const std::string& name) {
         return fileError(ErrorNumber::pathFileAccess);
     }
     if (::mkdir(located.value().path.c_str(), asTheUserWishes) == 0) {
+        paths_.rememberChosen(located.value().path);
         return {};
     }
     if (errno == EEXIST) {

@@ -35,11 +35,17 @@ class LinuxFileSystem final : public FileSystem {
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
 
     /// Where a path of the logic, relative ones too, leads on the machine.
-    [[nodiscard]] Result<Located> locate(const std::string& path) const;
+    [[nodiscard]] Result<Located> locate(const std::string& path,
+                                         PathCase pathCase = PathCase::maybeLowered) const;
 
   private:
     /// What the system says of an ordinary file; anything else is fileNotFound.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
+    /// As locate(), but a path that names the same folder in the same words as `knownPath` means
+    /// the folder where that was found.
+    [[nodiscard]] Result<Located> locateBeside(const Result<Located>& known,
+                                               const std::string& knownPath,
+                                               const std::string& path) const;
 
     PathMap& paths_;
     std::string programFolder_;

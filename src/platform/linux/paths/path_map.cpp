@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/paths/path_map.h"
 
-#include <memory>
-#include <optional>
-#include <vector>
+#include <algorithm>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -26,17 +24,25 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &status) == 0;
 }
 
-/// The machine's own spelling of a name in a folder; nothing if there is none in any case.
-std::optional<std::string> spelling(const std::string& folder, const std::string& name) {
-    std::string exact = machineName(name);
-    if (exists(joined(folder, exact))) {
-        return exact;
-    }
+bool isLowerCase(std::string_view text) {
+    return text == lowerCase(text);
+}
+
+bool isNameOfTheLogic(std::string_view name) {
+    return name.find_first_of(std::string_view(":*?\0", 4)) == std::string_view::npos;
+}
+
+Error badName() {
+    return {ErrorNumber::badFileName, "Bad file name or number"};
+}
+
+/// A name in whatever case the folder lists it; nothing if there is none or it cannot be listed.
+std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
         return std::nullopt;
     }
-    const std::string wanted = caseFolded(exact);
+    const std::string wanted = caseFolded(machineName(name));
     const std::optional<std::string> former =
         mayBeFormer(name) ? std::optional(caseFolded(name)) : std::nullopt;
     std::optional<std::string> first;
@@ -54,7 +60,37 @@ std::optional<std::string> spelling(const std::string& folder, const std::string
     return first ? first : firstFormer;
 }
 
+/// The name under which `memory` holds an entry of this very folder, if that exists.
+std::optional<std::string> rememberedName(SpellingMemory& memory, const std::string& folder,
+                                          const std::string& machineName) {
+    const std::string* spelled = memory.find(joined(folder, machineName));
+    if (spelled == nullptr) {
+        return std::nullopt;
+    }
+    const std::string name = spelled->substr(spelled->rfind('/') + 1);
+    return *spelled == joined(folder, name) && exists(*spelled) ? std::optional(name)
+                                                                : std::nullopt;
+}
+
+/// Whether a path that reads so on the machine may be what is left of `spelled` once some of its
+/// names are in lower case. Both are equal but for case.
+bool mayBeLoweredOf(std::string_view spelled, std::string_view asked) {
+    const std::vector<std::string> spelledNames = namesOf(spelled, "/");
+    const std::vector<std::string> askedNames = namesOf(asked, "/");
+    return std::equal(
+        askedNames.begin(), askedNames.end(), spelledNames.begin(), spelledNames.end(),
+        [](const std::string& a, const std::string& b) { return a == b || isLowerCase(a); });
+}
+
 } // namespace
+
+std::string PathMap::Asked::machinePath(std::size_t count) const {
+    std::string path = mountPoint;
+    for (std::size_t i = 0; i < count; ++i) {
+        path = joined(path, machineName(names[i]));
+    }
+    return path;
+}
 
 const DriveTable& PathMap::drives() {
     if (const auto mounts = mounts_.changed()) {
@@ -63,41 +99,118 @@ const DriveTable& PathMap::drives() {
     return drives_;
 }
 
-Result<Located> PathMap::locate(std::string_view logicPath) {
-    const Error badName{ErrorNumber::badFileName, "Bad file name or number"};
+Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
     if (logicPath.size() < 2 || logicPath[1] != ':') {
-        return badName;
+        return badName();
     }
     const auto mountPoint = drives().mountPointOf(logicPath[0]);
     if (!mountPoint) {
         return {ErrorNumber::pathNotFound, "Path not found"};
     }
-    Located located{*mountPoint, *mountPoint, {}, true};
-    for (const std::string& name : namesOf(logicPath.substr(2), "\\/")) {
-        if (name.find_first_of(std::string_view(":*?\0", 4)) != std::string::npos) {
-            return badName;
+    Asked path{*mountPoint, namesOf(logicPath.substr(2), "\\/")};
+    if (!std::all_of(path.names.begin(), path.names.end(), isNameOfTheLogic)) {
+        return badName();
+    }
+    return path;
+}
+
+std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
+    const std::string machinePath = path.machinePath(count);
+    const std::string* spelled = chosen_.find(machinePath);
+    // Not on another disk whose mount point differs in case alone.
+    const bool fits = spelled != nullptr && isWithin(*spelled, path.mountPoint) &&
+                      mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
+    return fits ? std::optional(*spelled) : std::nullopt;
+}
+
+std::optional<std::string> PathMap::chosenFor(std::string_view logicPath) {
+    const Result<Asked> path = asked(logicPath);
+    return path.ok() ? chosenFor(path.value(), path.value().names.size()) : std::nullopt;
+}
+
+std::optional<std::string> PathMap::spelling(const std::string& folder, const std::string& name,
+                                             PathCase pathCase) {
+    std::string exact = machineName(name);
+    const bool lowered = pathCase == PathCase::maybeLowered && isLowerCase(exact);
+    if (lowered) {
+        if (auto chosen = rememberedName(chosen_, folder, exact)) {
+            return chosen;
         }
-        const auto spelled = located.found ? spelling(located.path, name) : std::nullopt;
-        located.found = spelled.has_value();
-        located.givenName = machineName(name);
-        located.folder = located.path;
-        located.path = joined(located.folder, spelled.value_or(located.givenName));
+    }
+    if (exists(joined(folder, exact))) {
+        return exact;
+    }
+    for (SpellingMemory* memory : {&chosen_, &walked_}) {
+        if (auto remembered = rememberedName(*memory, folder, exact)) {
+            return remembered;
+        }
+    }
+    return listedSpelling(folder, name);
+}
+
+void PathMap::descend(Located& located, const std::string& name, PathCase pathCase) {
+    const auto spelled = located.found ? spelling(located.path, name, pathCase) : std::nullopt;
+    located.found = spelled.has_value();
+    located.givenName = machineName(name);
+    located.folder = located.path;
+    located.path = joined(located.folder, spelled.value_or(located.givenName));
+}
+
+Result<Located> PathMap::locate(std::string_view logicPath, PathCase pathCase) {
+    const Result<Asked> found = asked(logicPath);
+    if (!found.ok()) {
+        return found.error();
+    }
+    const Asked& path = found.value();
+    Located located{path.mountPoint, path.mountPoint, {}, true};
+    std::size_t known = pathCase == PathCase::maybeLowered ? path.names.size() : 0;
+    for (; known > 0; --known) {
+        if (const auto chosen = chosenFor(path, known)) {
+            const std::size_t nameStart = chosen->rfind('/') + 1;
+            located.path = *chosen;
+            located.folder = chosen->substr(0, std::max<std::size_t>(nameStart - 1, 1));
+            located.givenName = machineName(path.names[known - 1]);
+            break;
+        }
+    }
+    for (std::size_t i = known; i < path.names.size(); ++i) {
+        descend(located, path.names[i], pathCase);
     }
     return located;
 }
 
-std::string PathMap::toLogic(std::string_view machinePath) {
-    std::string plain;
-    for (const std::string& name : namesOf(machinePath, "/")) {
-        plain += "/" + name;
+Result<Located> PathMap::locateIn(const std::string& folder, const std::string& name) {
+    if (!isNameOfTheLogic(name)) {
+        return badName();
     }
-    const Drive& drive = drives().driveOf(plain.empty() ? "/" : plain);
+    Located located{folder, folder, {}, true};
+    descend(located, name, PathCase::maybeLowered);
+    return located;
+}
+
+std::string PathMap::logicPathOf(std::string_view machinePath) {
+    const std::string plain = plainMachinePath(machinePath);
+    const Drive& drive = drives().driveOf(plain);
     const std::size_t start = drive.mountPoint == "/" ? 0 : drive.mountPoint.size();
     std::string logic = std::string(1, drive.letter) + ":";
     for (const std::string& name : namesOf(std::string_view(plain).substr(start), "/")) {
         logic += "\\" + logicName(name);
     }
     return logic.size() == 2 ? logic + "\\" : logic;
+}
+
+std::string PathMap::toLogic(std::string_view machinePath) {
+    const std::string plain = plainMachinePath(machinePath);
+    for (std::size_t end = plain.find('/', 1); end != std::string::npos;
+         end = plain.find('/', end + 1)) {
+        const std::string folder = plain.substr(0, end);
+        const std::string* chosen = chosen_.find(folder);
+        if (chosen == nullptr || !exists(*chosen)) {
+            chosen_.remember(folder);
+        }
+    }
+    chosen_.remember(plain);
+    return logicPathOf(plain);
 }
 
 } // namespace sonarith
