@@ -59,8 +59,8 @@ class FakeFileSystem final : public FileSystem {
             }
         }
     }
-    /// With all folders above it. Replaces the content of an existing one, also for those who have
-    /// it open.
+    /// With all folders above it. Replaces the content of an existing one, which an opened file
+    /// sees.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));
@@ -252,7 +252,7 @@ class FakeFileSystem final : public FileSystem {
   private:
     struct Entry {
         std::string path;
-        /// Shared with those who have the file open.
+        /// Shared with the opened files.
         std::shared_ptr<std::string> content = std::make_shared<std::string>();
         bool folder = false;
         FileTime date = {};

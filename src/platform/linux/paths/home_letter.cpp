@@ -2,6 +2,7 @@
 #include "platform/linux/paths/home_letter.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "platform/linux/paths/drive_table.h"

@@ -64,13 +64,10 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 };
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
-    const auto known = met_.extract(folder);
-    // The same choice as for the files that will be listed there.
-    if (auto chosen = paths_.chosenFor(folder)) {
-        return chosen;
-    }
-    if (known) {
-        return known.mapped();
+    if (const auto known = met_.extract(folder)) {
+        // The same choice as for the files that will be listed there.
+        auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
+        return chosen ? chosen : known.mapped();
     }
     const Result<Located> located = paths_.locate(folder);
     return located.ok() && located.value().found ? std::optional(located.value().path)
@@ -88,7 +85,7 @@ FindHandle LinuxDirectoryWalk::FindFirst(const std::string& pattern, FindRecord&
     if (!entries || !walked_.insert(entries->identity()).second) {
         return invalidFindHandle;
     }
-    paths_.rememberWalked(plainMachinePath(entries->path()));
+    paths_.rememberWalked(entries->path());
     listings_.emplace(++lastHandle_, Listing{std::move(folder), std::move(*entries)});
     record = {file_attribute::directory, "."};
     return lastHandle_;

@@ -19,6 +19,7 @@ constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
                                      {'?', "\u0294", "\uf03f"}}};
 /// "Not": the next character stands for itself.
 constexpr std::string_view mark = "\u00ac";
+constexpr unsigned char firstBeyondAscii = 0x80;
 
 const Sign* signOf(char character) {
     const auto* const found = std::find_if(signs.begin(), signs.end(),
@@ -38,9 +39,8 @@ const Sign* signShownAt(std::string_view text) {
 /// Bytes are compared: such a character begins with a byte that no other one contains, so that it
 /// is found in names that are no valid text as well.
 std::size_t specialBytesAt(std::string_view text) {
-    constexpr unsigned char firstBeyondAscii = 0x80;
     if (text.empty() || static_cast<unsigned char>(text.front()) < firstBeyondAscii) {
-        return 0; // nearly all of nearly all names
+        return 0;
     }
     if (text.starts_with(mark)) {
         return mark.size();
@@ -52,9 +52,19 @@ std::size_t specialBytesAt(std::string_view text) {
     return text.starts_with(sign->shown) ? sign->shown.size() : sign->former.size();
 }
 
+/// Of nearly all names both forms are the same, and a search asks for each file that it meets.
+bool isPlain(std::string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < firstBeyondAscii && signOf(c) == nullptr;
+    });
+}
+
 } // namespace
 
 std::string logicName(std::string_view machineName) {
+    if (isPlain(machineName)) {
+        return std::string(machineName);
+    }
     std::string name;
     name.reserve(machineName.size());
     while (!machineName.empty()) {
@@ -75,7 +85,7 @@ std::string machineName(std::string_view logicName) {
     name.reserve(logicName.size());
     while (!logicName.empty()) {
         if (logicName.starts_with(mark)) {
-            // One that stands before nothing special was typed and means itself.
+            // One before nothing special was typed and means itself.
             const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
             name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
             logicName.remove_prefix(mark.size() + marked);

@@ -11,7 +11,7 @@ namespace sonarith {
 /// The machine's name in the logic's form. A backslash, colon, star or question mark, which no name
 /// of the logic holds or which it takes for a wildcard, is shown by a character that looks alike
 /// and that the common fonts have: U+2216, U+02D0, U+2217, U+0294. Where the name itself holds one
-/// of these, U+00AC stands before it, as it does before itself. All other bytes stay as they are.
+/// of these, U+00AC precedes it, as it precedes itself. All other bytes stay as they are.
 /// None of these characters has an upper or lower case, so that they survive the logic's lower
 /// case. Different names have different forms.
 [[nodiscard]] std::string logicName(std::string_view machineName);

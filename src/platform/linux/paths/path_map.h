@@ -51,7 +51,8 @@ class PathMap {
     /// Both must outlive this.
     PathMap(DriveTable& drives, MountInfo& mounts) : drives_(drives), mounts_(mounts) {}
 
-    /// `logicPath` begins with a drive letter and a colon. Names are found as told above. "." and
+    /// `logicPath` begins with a drive letter and a colon. Names are found as described above. "."
+    /// and
     /// ".." are worked out by text; a slash parts names as a backslash does. Errors: badFileName
     /// (no drive, a colon, star, question mark or NUL in a name), pathNotFound (a letter without a
     /// disk).
@@ -66,12 +67,17 @@ class PathMap {
     /// The same for a path that was chosen: it and the folders above it are remembered; these only
     /// where no other spelling was chosen that still exists.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
-    /// Remembers the machine path alone as chosen.
+    /// Remembers a plain machine path alone as chosen.
     void rememberChosen(const std::string& machinePath) { chosen_.remember(machinePath); }
     /// Remembers the spelling of a folder that was listed.
     void rememberWalked(const std::string& machinePath) { walked_.remember(machinePath); }
     /// The machine path that was chosen for the whole of the logic's path, if it still exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
+
+    /// Whether chosenFor() can find anything for a path that leads to this one in some case.
+    [[nodiscard]] bool hasChosen(const std::string& machinePath) {
+        return chosen_.find(machinePath) != nullptr;
+    }
 
     /// The drives as they are mounted now.
     [[nodiscard]] const DriveTable& drives();

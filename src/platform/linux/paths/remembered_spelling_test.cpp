@@ -190,7 +190,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedMeansNothingMor
     fs::rename(home_ + "/My Music", home_ + "/Other");
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
     fs::rename(home_ + "/Other", home_ + "/My Music");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // it has come back
+    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // it is back
     fs::remove(home_ + "/My Music");
     fs::remove(home_ + "/my music");
     EXPECT_FALSE(files_.locate("h:\\my music\\1.wav").value().found);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/paths/spelling_memory.h"
 
+#include <utility>
+
 #include "platform/text/unicode.h"
 
 namespace sonarith {
@@ -9,6 +11,10 @@ void SpellingMemory::remember(const std::string& path) {
     std::string lowered = lowerCase(path);
     if (const auto known = byLowered_.find(lowered); known != byLowered_.end()) {
         const auto entry = known->second;
+        if (entry->spelled == path) {
+            entries_.splice(entries_.begin(), entries_, entry);
+            return;
+        }
         bytes_ -= entry->lowered.size() + entry->spelled.size();
         byLowered_.erase(known);
         entries_.erase(entry);

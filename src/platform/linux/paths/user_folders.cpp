@@ -22,7 +22,7 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// What stands between double quotes as the shell reads it; nothing unless `text` is that, maybe
+/// The text between double quotes as the shell reads it; nothing unless `text` is that, maybe
 /// with blanks behind it.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
