@@ -37,7 +37,8 @@ int runProgram() {
     NoticeBoard notices;
     IniSettingsStore store;
     const ProcessState* process = nullptr;
-    Machine machine(store, [&] { return process->settings.decodePath; });
+    Machine machine(store, {{settingsSection, decodePathKey}},
+                    [&] { return process->settings.decodePath; });
     const auto toMachine = [&](const std::string& path) {
         return machine.toMachine(path);
     };

@@ -5,13 +5,26 @@
 
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/paths/program_folder.h"
+#include "platform/linux/paths/user_folders.h"
 
 namespace sonarith {
 
-Machine::Machine(SettingsStore& store, std::function<std::string()> destination)
-    : letters_(store),
+namespace {
+
+/// The user's home folder, once the store speaks of it by its own letter.
+std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
+    std::string home = homeFolder();
+    moveToHomeLetter(store, home, storedPaths);
+    return home;
+}
+
+} // namespace
+
+Machine::Machine(SettingsStore& store, const std::vector<StoredPath>& storedPaths,
+                 std::function<std::string()> destination)
+    : letters_(store, homeNamedIn(store, storedPaths)),
       paths_(letters_, mounts_),
-      files_(paths_, programFolder(executableFolder(), userDataFolder())),
+      files_(paths_, programFolder(executableFolder(), musicFolder)),
       directories_(paths_, files_),
       destination_(std::move(destination)),
       slot_([this] { return devices_.drive(); }),

@@ -17,6 +17,7 @@
 #include "platform/linux/mp3/mpg123_controls.h"
 #include "platform/linux/paths/clock_random.h"
 #include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/home_letter.h"
 #include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/mount_info.h"
@@ -29,9 +30,11 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `store` outlives it. `destination` returns the destination folder in the logic's form:
-    /// recordings are made there first, since they are saved there without being copied.
-    Machine(SettingsStore& store, std::function<std::string()> destination);
+    /// `store` outlives it; of its keys `storedPaths` hold paths in the logic's form. `destination`
+    /// returns the destination folder in that form: recordings are made there first, since they are
+    /// saved there without being copied.
+    Machine(SettingsStore& store, const std::vector<StoredPath>& storedPaths,
+            std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
