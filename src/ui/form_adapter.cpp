@@ -117,6 +117,7 @@ void FormAdapter::designSize() {
     following_ = false;
     agreedWidth_ = form_.width();
     agreedHeight_ = form_.height();
+    frameIsToCome_ = false;
     reportSize();
 }
 

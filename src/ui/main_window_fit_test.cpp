@@ -22,6 +22,8 @@ class MainWindowFit : public testing::Test {
         form.onResize = [this] {
             runResizeLayout(form);
         };
+        form.load();
+        runResizeLayout(form);
         TreeView& tree = form.TreeView1;
         const NodeRef collection = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
         const NodeRef group = tree.add(collection, "g", "Available Tracks", 2, 5).value();

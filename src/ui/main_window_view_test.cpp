@@ -30,6 +30,7 @@ class MainWindowViewTest : public testing::Test {
         form.onResize = [this] {
             runResizeLayout(form);
         };
+        form.load();
         runResizeLayout(form);
     }
     ~MainWindowViewTest() override {

@@ -30,6 +30,7 @@ NoticeBar::NoticeBar(QWidget* parent) : QWidget(parent), line_(new QLabel(this))
     setObjectName(QStringLiteral("noticeBar"));
     setAccessibleName(tr("Notice"));
     line_->setObjectName(QStringLiteral("notice"));
+    line_->setAccessibleName(tr("Notice"));
     line_->setTextFormat(Qt::PlainText);
     line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* details = makeButton(QStringLiteral("noticeDetails"), tr("Show all notices"), this);

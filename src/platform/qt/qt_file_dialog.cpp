@@ -75,8 +75,10 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
     if (!folder_.empty()) {
         dialog.setDirectory(machineText(folder_));
     }
-    if (!request.initialFolder.empty()) {
-        const QFileInfo initial(machineText(toMachine_(request.initialFolder)));
+    const std::string start =
+        request.initialFolder.empty() ? std::string() : toMachine_(request.initialFolder);
+    if (!start.empty()) {
+        const QFileInfo initial(machineText(start));
         // The path of a file stands for the folder that holds it.
         dialog.setDirectory(initial.isDir() ? initial.absoluteFilePath() : initial.absolutePath());
     }

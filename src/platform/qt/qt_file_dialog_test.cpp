@@ -76,8 +76,10 @@ class QtFileDialogTest : public testing::Test {
         [](const std::string& path) {
             return "L:" + path;
         }};
-    FileDialogRequest request{"Select WAV or MP3 file", "WAV, MP3|*.wav;*.mp3", "wav",
-                              "L:" + machine("one.wav")};
+    FileDialogRequest request{.title = "Select WAV or MP3 file",
+                              .filter = "WAV, MP3|*.wav;*.mp3",
+                              .defaultExtension = "wav",
+                              .fileName = "L:" + machine("one.wav")};
 };
 
 TEST_F(QtFileDialogTest, ShowsWhatItIsAskedWith) {
