@@ -17,6 +17,11 @@ std::int64_t framesIn(SoundCard::Time span) {
     return seconds * frameRate + rest * frameRate / nanosecondsPerSecond;
 }
 
+/// The disc is pulled last: only then is it known how many frames the other lines can give, and it
+/// is asked for no more. What it has counted has been heard, so a track ends where it says.
+constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
+                                                Line::compactDisc};
+
 } // namespace
 
 void SoundCard::attach(Line line, std::shared_ptr<SampleSource> source, Time now) {
@@ -38,6 +43,17 @@ void SoundCard::detach(Line line) {
     const std::lock_guard lock(mutex_);
     std::swap(channel(line).source, released);
     channel(line).lost = false;
+}
+
+bool SoundCard::detachSource(Line line, const SampleSource& source) {
+    std::shared_ptr<SampleSource> released;
+    const std::lock_guard lock(mutex_);
+    if (channel(line).source.get() != &source) {
+        return false;
+    }
+    std::swap(channel(line).source, released);
+    channel(line).lost = false;
+    return true;
 }
 
 void SoundCard::startRecording(std::shared_ptr<RecordingSink> sink, Time now) {
@@ -165,11 +181,8 @@ void SoundCard::produceDue(Time now, Released& released) {
 /// Produces up to `wanted` frames, and answers how many: as many as every line can give.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Released& released) {
     std::size_t frames = wanted;
-    // The disc comes last: only then is it known how many frames the other lines can give, and it
-    // is asked for no more. What it has counted has been heard, so a track ends where it says.
-    static_assert(static_cast<std::size_t>(Line::compactDisc) == 0);
-    for (auto line = channels_.rbegin(); line != channels_.rend(); ++line) {
-        frames = std::min(frames, fill(*line, frames, released));
+    for (const Line line : pullOrder) {
+        frames = std::min(frames, fill(channel(line), frames, released));
     }
     if (frames == 0) {
         return 0;
@@ -218,9 +231,8 @@ void SoundCard::feedRecorder(std::size_t frames) {
     if (!recorder_) {
         return;
     }
-    if (recordingSource_ != RecordingSource::mix) {
-        // The lines stand first among the recording sources, in the same order.
-        const Channel& line = channel(static_cast<Line>(recordingSource_));
+    if (const std::optional<Line> source = lineOf(recordingSource_)) {
+        const Channel& line = channel(*source);
         recorder_->record(std::span(line.waiting).first(recordable(line, frames)));
         return;
     }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -24,6 +25,21 @@ inline constexpr int lineCount = 3;
 
 /// What the recorder listens to: one line, or the sum of all lines.
 enum class RecordingSource { compactDisc, waveOut, externalInput, mix };
+
+/// The one line that `source` is; none for the sum of all.
+[[nodiscard]] constexpr std::optional<Line> lineOf(RecordingSource source) {
+    switch (source) {
+    case RecordingSource::compactDisc:
+        return Line::compactDisc;
+    case RecordingSource::waveOut:
+        return Line::waveOut;
+    case RecordingSource::externalInput:
+        return Line::externalInput;
+    case RecordingSource::mix:
+        break;
+    }
+    return std::nullopt;
+}
 
 /// The most frames that pass through the card at once: 10 ms.
 inline constexpr std::size_t blockFrames = frameRate / 100;
@@ -64,6 +80,9 @@ class SoundCard {
     /// produced yet is not pulled: call `advance` first where that matters. What was pulled is
     /// still played; of a disc, all of it has been by now.
     void detach(Line line);
+    /// As `detach`, but only if `source` is still the line's: one that was attached in its place
+    /// stays. Returns whether it was; a source that has ended is not.
+    bool detachSource(Line line, const SampleSource& source);
 
     /// Every frame that is due after `now` goes to `sink`, in place of an earlier sink.
     void startRecording(std::shared_ptr<RecordingSink> sink, Time now);

@@ -144,6 +144,28 @@ TEST_F(SoundCardTest, PullsFromADetachedOrReplacedSourceNoMore) {
     EXPECT_EQ(second->position(), 441);
 }
 
+TEST_F(SoundCardTest, DetachesASourceOnlyFromTheLineThatStillHasIt) {
+    const auto other = std::make_shared<PatternSource>();
+    card.attach(Line::waveOut, other, 0ns);
+    EXPECT_FALSE(card.detachSource(Line::waveOut, *disc));
+    EXPECT_FALSE(card.detachSource(Line::compactDisc, *other));
+    card.advance(10ms);
+    EXPECT_EQ(other->position(), 441);
+    EXPECT_TRUE(card.detachSource(Line::waveOut, *other));
+    EXPECT_FALSE(card.detachSource(Line::waveOut, *other));
+    EXPECT_FALSE(card.active());
+}
+
+TEST_F(SoundCardTest, DoesNotDetachASourceThatHasEnded) {
+    const std::shared_ptr<SampleSource> brief = std::make_shared<PatternSource>(441, Supply::lost);
+    card.startRecording(recorder, 0ns);
+    card.attach(Line::compactDisc, brief, 0ns);
+    card.advance(20ms);
+    EXPECT_FALSE(card.detachSource(Line::compactDisc, *brief));
+    card.advance(30ms);
+    EXPECT_EQ(recorder->size(), 441U) << "the line still counts as lost";
+}
+
 /// Asks the card from its destructor: that would never return if the card still held its lock.
 class AskingSource : public PatternSource {
   public:
