@@ -5,8 +5,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
+#include <new>
 #include <span>
-#include <vector>
 
 #include "platform/linux/sound/sample_source.h"
 
@@ -14,21 +15,24 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Holds `capacity` frames, at least one.
-    explicit FrameQueue(std::size_t capacity) : store_(capacity) {}
+    /// Holds `capacity` frames, at least one. Memory that no frame has lain in costs none: a large
+    /// queue that is emptied often stays as small as what it has held at once.
+    explicit FrameQueue(std::size_t capacity)
+        : capacity_(capacity),
+          store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}
 
     [[nodiscard]] std::size_t size() const { return size_; }
     /// How many frames still fit.
-    [[nodiscard]] std::size_t space() const { return store_.size() - size_; }
+    [[nodiscard]] std::size_t space() const { return capacity_ - size_; }
     [[nodiscard]] bool empty() const { return size_ == 0; }
 
     /// Puts the head of `frames` behind what is queued; answers how many fitted.
     std::size_t push(std::span<const StereoFrame> frames) {
         const std::size_t count = std::min(frames.size(), space());
-        const std::size_t tail = (head_ + size_) % store_.size();
-        const std::size_t untilWrap = std::min(count, store_.size() - tail);
-        std::copy_n(frames.data(), untilWrap, store_.data() + tail);
-        std::copy_n(frames.data() + untilWrap, count - untilWrap, store_.data());
+        const std::size_t tail = (head_ + size_) % capacity_;
+        const std::size_t untilWrap = std::min(count, capacity_ - tail);
+        std::copy_n(frames.data(), untilWrap, store_.get() + tail);
+        std::copy_n(frames.data() + untilWrap, count - untilWrap, store_.get());
         size_ += count;
         return count;
     }
@@ -36,9 +40,9 @@ class FrameQueue {
     /// Takes the oldest frames into the head of `out`; answers how many there were.
     std::size_t pop(std::span<StereoFrame> out) {
         const std::size_t count = std::min(out.size(), size_);
-        const std::size_t untilWrap = std::min(count, store_.size() - head_);
-        std::copy_n(store_.data() + head_, untilWrap, out.data());
-        std::copy_n(store_.data(), count - untilWrap, out.data() + untilWrap);
+        const std::size_t untilWrap = std::min(count, capacity_ - head_);
+        std::copy_n(store_.get() + head_, untilWrap, out.data());
+        std::copy_n(store_.get(), count - untilWrap, out.data() + untilWrap);
         drop(count);
         return count;
     }
@@ -46,8 +50,9 @@ class FrameQueue {
     /// Takes the oldest `count` frames (or all, if there are fewer) and forgets them.
     void drop(std::size_t count) {
         count = std::min(count, size_);
-        head_ = (head_ + count) % store_.size();
         size_ -= count;
+        // An empty queue begins anew, in memory that was used before.
+        head_ = size_ == 0 ? 0 : (head_ + count) % capacity_;
     }
 
     void clear() { drop(size_); }
@@ -60,7 +65,12 @@ class FrameQueue {
     }
 
   private:
-    std::vector<StereoFrame> store_;
+    struct Release {
+        void operator()(StereoFrame* frames) const { ::operator delete(frames); }
+    };
+
+    std::size_t capacity_;
+    std::unique_ptr<StereoFrame[], Release> store_; ///< written before it is read
     std::size_t head_ = 0;
     std::size_t size_ = 0;
 };

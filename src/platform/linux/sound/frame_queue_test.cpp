@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "support/fake_sound.h"
+#include "support/memory_use.h"
 #include "support/sound_matchers.h"
 
 namespace sonarith::sound {
@@ -71,6 +72,20 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundAndNotAfterIt) {
     queue.push(fakes::silence(2));
     queue.dropSilence();
     EXPECT_EQ(queue.size(), 3U);
+}
+
+TEST(FrameQueue, UsesNoMoreMemoryThanWhatItHoldsAtOnce) {
+    constexpr std::size_t capacity = 16 * 1024 * 1024; // 64 MiB
+    constexpr std::size_t batch = 4410;
+    FrameQueue queue(capacity);
+    const std::vector<StereoFrame> frames(batch);
+    std::vector<StereoFrame> taken(batch);
+    const std::int64_t before = test::memoryInKibibytes();
+    for (std::size_t passed = 0; passed < 2 * capacity; passed += batch) {
+        ASSERT_EQ(queue.push(frames), batch);
+        ASSERT_EQ(queue.pop(taken), batch);
+    }
+    EXPECT_LT(test::memoryInKibibytes() - before, 2048);
 }
 
 } // namespace

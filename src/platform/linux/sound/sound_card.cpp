@@ -171,16 +171,19 @@ void SoundCard::produceDue(Time now, Released& released) {
         const std::size_t made = produceBlock(wanted, released);
         produced_ += static_cast<std::int64_t>(made);
         if (made < wanted) {
-            // A line starves and holds the card: the time that it costs is given up, not made up.
+            // A line starves or the recording has no room, and holds the card: the time that it
+            // costs is given up, not made up.
             restartClock(now);
             return;
         }
     }
 }
 
-/// Produces up to `wanted` frames, and answers how many: as many as every line can give.
+/// Produces up to `wanted` frames, and answers how many: as many as every line can give and the
+/// recording can take.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Released& released) {
-    std::size_t frames = wanted;
+    // Before anything is pulled, so that no line counts a frame that is not recorded.
+    std::size_t frames = recorder_ ? std::min(wanted, recorder_->room()) : wanted;
     for (const Line line : pullOrder) {
         frames = std::min(frames, fill(channel(line), frames, released));
     }

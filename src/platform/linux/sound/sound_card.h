@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -52,11 +53,18 @@ class SpeakerSink {
     virtual void play(std::span<const StereoFrame> frames) = 0;
 };
 
-/// Takes what the recorder hears, untouched by volumes and mutes. Called under the card's lock.
+/// Takes what the recorder hears, untouched by volumes and mutes. Called under the card's lock; it
+/// never blocks.
 class RecordingSink {
   public:
     virtual ~RecordingSink() = default;
+    /// At most `room()` frames, all of which it takes.
     virtual void record(std::span<const StereoFrame> frames) = 0;
+    /// How many frames it can take now. Only `record` makes it less. The card produces no more than
+    /// this: a sink without room holds the card as a starving line does, and no frame is lost.
+    [[nodiscard]] virtual std::size_t room() const {
+        return std::numeric_limits<std::size_t>::max();
+    }
 };
 
 /// All members may be called from any thread, and return without waiting for sound to be played.
@@ -104,10 +112,11 @@ class SoundCard {
     [[nodiscard]] bool masterMuted() const;
 
     /// Produces every frame that is due at `now`, in blocks. A late call makes up what was missed;
-    /// a starving line holds the whole card until it has frames again, and that time is not made
-    /// up: nothing is skipped and no silence slips in. A source that has ended is let go, and its
-    /// line falls silent; while one that was lost is not replaced or detached, the recorder that
-    /// listens to it takes nothing. A `now` that lies before an earlier one changes nothing.
+    /// a starving line, or a recording sink without room, holds the whole card until it has frames
+    /// or room again, and that time is not made up: nothing is skipped and no silence slips in. A
+    /// source that has ended is let go, and its line falls silent; while one that was lost is not
+    /// replaced or detached, the recorder that listens to it takes nothing. A `now` that lies
+    /// before an earlier one changes nothing.
     void advance(Time now);
     /// Whether there is anything to do: a line with a source, or a recording. While false, the
     /// card needs no calls of advance.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound card where a source has nothing to give for a while.
+// The sound card where a source has nothing to give for a while, or the recording takes nothing.
 #include "platform/linux/sound/sound_card.h"
 
 #include <gmock/gmock.h>
@@ -224,6 +224,70 @@ TEST_F(StarvingSoundCardTest, RecordsWhatTheDiscCountsHoweverTheOtherLinesStarve
                 starving.detach(Line::compactDisc);
                 starving.stopRecording(now);
             }
+            ASSERT_EQ(static_cast<std::int64_t>(tape->size()), source->position())
+                << "seed " << seed;
+        }
+        ASSERT_THAT(tape->frames(), IsSound(pattern(0, tape->size()))) << "seed " << seed;
+    }
+}
+
+/// Takes so many frames as it is told to have room for.
+class NarrowSink : public MemorySink {
+  public:
+    std::size_t space = 0;
+
+    void record(std::span<const StereoFrame> frames) override {
+        ASSERT_LE(frames.size(), space);
+        space -= frames.size();
+        MemorySink::record(frames);
+    }
+    [[nodiscard]] std::size_t room() const override { return space; }
+};
+
+class FullRecordingTest : public StarvingSoundCardTest {
+  protected:
+    std::shared_ptr<NarrowSink> narrow = std::make_shared<NarrowSink>();
+};
+
+TEST_F(FullRecordingTest, HoldsTheCardAndLosesAndInsertsNothing) {
+    const auto speakers = std::make_shared<MemorySink>();
+    card.setSpeakers(speakers);
+    card.startRecording(narrow, 0ns);
+    card.attach(Line::compactDisc, disc, 0ns);
+    narrow->space = 700;
+    card.advance(20ms);
+    EXPECT_EQ(narrow->size(), 700U);
+    EXPECT_EQ(disc->position(), 700) << "what is not recorded has not been played";
+    card.advance(60s);
+    EXPECT_EQ(narrow->size(), 700U);
+    narrow->space = 100'000;
+    card.advance(60s + 10ms);
+    EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141))) << "the minute is not made up";
+    EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is heard as it is recorded";
+}
+
+TEST_F(FullRecordingTest, HoldsNothingOnceItHasEnded) {
+    card.startRecording(narrow, 0ns);
+    card.attach(Line::compactDisc, disc, 0ns);
+    card.stopRecording(10ms);
+    card.advance(20ms);
+    EXPECT_EQ(disc->position(), 441);
+    EXPECT_EQ(narrow->size(), 0U);
+}
+
+TEST_F(FullRecordingTest, RecordsWhatTheDiscCountsHoweverItsRoomComes) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        SoundCard held;
+        const auto tape = std::make_shared<NarrowSink>();
+        const auto source = std::make_shared<PatternSource>();
+        source->starveAtRandom(seed);
+        std::mt19937 random(seed);
+        held.startRecording(tape, 0s);
+        held.attach(Line::compactDisc, source, 0s);
+        SoundCard::Time now{};
+        for (int step = 0; step < 200; ++step) {
+            tape->space = random() % 3 == 0 ? 0 : random() % 1000;
+            held.advance(now += 10ms);
             ASSERT_EQ(static_cast<std::int64_t>(tape->size()), source->position())
                 << "seed " << seed;
         }
