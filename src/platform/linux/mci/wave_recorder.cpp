@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/mci/common_arguments.h"
 #include "platform/linux/sound/sample_source.h"
 
 namespace sonarith::mci {
@@ -80,12 +81,9 @@ Reply WaveRecorder::set(const Command& command) {
     static constexpr Keyword keywords[] = {formatKeywords[0], formatKeywords[1],
                                            formatKeywords[2], formatKeywords[3],
                                            formatKeywords[4], {"time format", Takes::value}};
-    const auto arguments = parseArguments(command.words, keywords);
+    const auto arguments = parseSome(command.words, keywords);
     if (!arguments.ok()) {
         return arguments.error;
-    }
-    if (arguments.value.empty()) {
-        return MciError::missingParameter;
     }
     LengthUnit unit = unit_;
     if (const std::string* name = arguments.value.value("time format")) {
@@ -165,8 +163,8 @@ Reply WaveRecorder::record(const Command& command) {
 }
 
 Reply WaveRecorder::stop(const Command& command) {
-    if (const auto arguments = parseArguments(command.words, {}); !arguments.ok()) {
-        return arguments.error;
+    if (const MciError error = parseNothing(command.words); error != MciError::none) {
+        return error;
     }
     if (recorder_) {
         recorder_->stop();
@@ -179,15 +177,11 @@ Reply WaveRecorder::status(const Command& command) {
                                            {"ready"},         {"time format"},   {"media present"},
                                            {"channels"},      {"samplespersec"}, {"alignment"},
                                            {"bitspersample"}, {"bytespersec"}};
-    const auto arguments = parseArguments(command.words, keywords);
-    if (!arguments.ok()) {
-        return arguments.error;
+    const auto question = parseQuestion(command.words, keywords);
+    if (!question.ok()) {
+        return question.error;
     }
-    const auto found = onlyItem(arguments.value, keywords);
-    if (!found.ok()) {
-        return found.error;
-    }
-    const std::string_view item = found.value;
+    const std::string_view item = question.value.item;
     if (const auto field = formatField(item, channels_)) {
         return std::to_string(*field);
     }

@@ -86,6 +86,18 @@ TEST(TheFormat, CannotChangeUnderARecording) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
+TEST(TheFormat, CannotChangeUnderWhatWasRecordedAndIsNotSaved) {
+    Opened session;
+    session.send("record capture");
+    session.send("stop capture");
+    EXPECT_EQ(session.send("set capture channels 1 alignment 2 bytespersec 88200"),
+              refused(MciError::nonapplicableFunction));
+    EXPECT_EQ(session.send("status capture alignment"), said("4"));
+    EXPECT_EQ(session.send("set capture channels 2"), fine());
+    EXPECT_EQ(session.send("record capture"), fine());
+    EXPECT_EQ(session.recorder().channels, 2);
+}
+
 TEST(TheLength, IsCountedInTheChosenUnit) {
     Opened session;
     EXPECT_EQ(session.send("status capture length"), said("0"));
