@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a capture costs: memory for 74 minutes against one minute, processor time against a limit of
-// 3 % of one core, and whether every sample survives two busy cores. No windows: the device
-// commands drive the real drive, sound card and recorder.
+// 3 % of one core, whether every sample survives two busy cores, and how long a disk that hangs
+// holds the others up. No windows: the device commands drive the real drive, sound card and
+// recorder.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -23,6 +25,8 @@
 #include "platform/linux/mci/machine_devices.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "support/call_judge.h"
+#include "support/fake_notices.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -58,40 +62,66 @@ fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
     return cue;
 }
 
-/// Captures the first track by the monitor's commands. `tick` passes the time of one tick.
-void captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
-                       const mci::Clock& clock, const std::function<void()>& tick) {
-    const fs::path folder = cue.parent_path();
-    const auto drive = std::make_shared<disc::ImageDrive>(cue);
-    mci::Interpreter media(mci::devicesOf({card, clock, [&] { return drive; },
-                                           [&] { return std::vector<fs::path>{folder}; },
-                                           [&](const std::string& name) {
-                                               return folder / name;
-                                           }}));
-    const auto send = [&](const std::string& command) {
+/// The interpreter on a disc image, a card, and recordings in the image's folder.
+class Bench {
+  public:
+    Bench(const fs::path& cue, sound::SoundCard& card, const mci::Clock& clock,
+          const sound::RecordingTiming& timing)
+        : media_(mci::devicesOf(
+              {card, clock, [drive = std::make_shared<disc::ImageDrive>(cue)] { return drive; },
+               [folder = cue.parent_path()] { return std::vector{folder}; },
+               [folder = cue.parent_path()](const std::string& name) { return folder / name; },
+               notices_, nullptr, timing})) {}
+
+    std::string send(const std::string& command) {
         ReplyBuffer reply(64);
-        if (const int status = media.sendString(command, &reply); status != 0) {
-            std::fprintf(stderr, "%s: %s\n", command.c_str(), media.errorString(status).c_str());
+        if (const int status = media_.sendString(command, &reply); status != 0) {
+            std::fprintf(stderr, "%s: %s\n", command.c_str(), media_.errorString(status).c_str());
             std::exit(1);
         }
         return std::string(reply.bytes().c_str());
-    };
-    send("open new type waveaudio alias capture");
-    send("set capture samplespersec 44100 channels 2 bitspersample 16 alignment 4 "
-         "bytespersec 176400");
-    send("open cdaudio alias cd");
-    send("set cd time format milliseconds");
-    send("record capture overwrite");
-    send("play cd");
-    while (std::stoll(send("status cd position")) < seconds * 1000) {
-        send("set capture time format bytes");
-        send("status capture length");
+    }
+    /// As the capture's end, which looks at no status.
+    void sendUnchecked(const std::string& command) { media_.sendString(command); }
+
+    void begin() {
+        send("open new type waveaudio alias capture");
+        send("set capture samplespersec 44100 channels 2 bitspersample 16 alignment 4 "
+             "bytespersec 176400");
+        send("open cdaudio alias cd");
+        send("set cd time format milliseconds");
+        send("record capture overwrite");
+        send("play cd");
+    }
+
+  private:
+    test::FakeNotices notices_;
+    mci::Interpreter media_;
+};
+
+/// A disk that works is waited for, so that its time can be seen.
+constexpr sound::RecordingTiming patient{60s, 60s, 60s};
+
+/// Captures the first track by the monitor's commands. `tick` passes the time of one tick. Returns
+/// how long the save took.
+std::chrono::duration<double, std::milli>
+captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
+                  const mci::Clock& clock, const std::function<void()>& tick) {
+    Bench bench(cue, card, clock, patient);
+    bench.begin();
+    while (std::stoll(bench.send("status cd position")) < seconds * 1000) {
+        bench.send("set capture time format bytes");
+        bench.send("status capture length");
         tick();
     }
-    for (const char* command :
-         {"stop capture", "stop cd", "save capture track.wav", "close capture", "close cd"}) {
-        send(command);
-    }
+    bench.send("stop capture");
+    bench.send("stop cd");
+    const auto start = std::chrono::steady_clock::now();
+    bench.send("save capture track.wav");
+    const auto time = std::chrono::steady_clock::now() - start;
+    bench.send("close capture");
+    bench.send("close cd");
+    return time;
 }
 
 /// Runs `work` in a process of its own and answers what the system says it used.
@@ -128,27 +158,30 @@ long peakKilobytes(std::int64_t seconds) {
         .ru_maxrss;
 }
 
-void captureInRealTime(const fs::path& cue, std::int64_t seconds) {
+double captureInRealTime(const fs::path& cue, std::int64_t seconds) {
     sound::SoundCard card;
     const sound::SoundCardThread thread(card);
-    captureFirstTrack(cue, seconds, card, sound::monotonicNow,
-                      [] { std::this_thread::sleep_for(100ms); });
+    return captureFirstTrack(cue, seconds, card, sound::monotonicNow,
+                             [] { std::this_thread::sleep_for(100ms); })
+        .count();
 }
 
 double secondsOf(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-/// Share of one core that a capture in real time takes.
-double coreShare(std::int64_t seconds) {
+/// Share of one core that a capture in real time takes, and its memory.
+double coreShare(std::int64_t seconds, long& peakKilobytes) {
     const fakes::TempFolder folder;
     const fs::path cue = makeDisc(folder.path(), seconds, true);
     const rusage usage = measured([&] { captureInRealTime(cue, seconds); });
+    peakKilobytes = usage.ru_maxrss;
     return (secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime)) / static_cast<double>(seconds);
 }
 
 /// Frames of the track that are not where they belong in the WAV; -1 if it does not begin at all.
-std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs) {
+std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs,
+                                  double& saveMs) {
     const fakes::TempFolder folder;
     const fs::path cue = makeDisc(folder.path(), seconds, true);
     std::atomic<bool> stop = false;
@@ -161,7 +194,7 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
             }
         });
     }
-    captureInRealTime(cue, seconds);
+    saveMs = captureInRealTime(cue, seconds);
     stop = true;
     for (std::thread& thread : busy) {
         thread.join();
@@ -188,6 +221,49 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
+/// How long others wait while no write comes back, in milliseconds.
+struct Waits {
+    double mute = 0;   ///< the longest of many, among them those while nothing more can wait
+    double cancel = 0; ///< stop, save and close
+};
+
+Waits waitsForAHangingDisk() {
+    const fakes::TempFolder folder;
+    const fs::path cue = makeDisc(folder.path(), 60, true);
+    Waits waits;
+    const auto millisecondsOf = [](const std::function<void()>& step) {
+        const auto start = std::chrono::steady_clock::now();
+        step();
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+            .count();
+    };
+    const bool judged = test::CallJudge::run(
+        {SYS_pwrite64},
+        [](const seccomp_data& call) {
+            const bool isSamples = call.args[3] > 0; // the offset
+            return isSamples ? test::CallJudge::hold : test::CallJudge::letThrough;
+        },
+        [&](test::CallJudge&) {
+            sound::SoundCard card;
+            const sound::SoundCardThread thread(card);
+            Bench bench(cue, card, sound::monotonicNow, {});
+            bench.begin();
+            for (int tick = 0; tick < 1300; ++tick) { // 13 s, of which 10 s can wait
+                waits.mute = std::max(waits.mute, millisecondsOf([&] {
+                                          card.setMuted(sound::Line::compactDisc, true);
+                                      }));
+                std::this_thread::sleep_for(10ms);
+            }
+            waits.cancel = millisecondsOf([&] {
+                for (const char* command : {"stop capture", "stop cd", "save capture track.wav",
+                                            "close capture", "close cd"}) {
+                    bench.sendUnchecked(command);
+                }
+            });
+        });
+    return judged ? waits : Waits{-1, -1};
+}
+
 } // namespace
 
 int main() {
@@ -195,13 +271,19 @@ int main() {
     const long many = peakKilobytes(74 * 60);
     std::printf("memory: 74 min %ld KB, 1 min %ld KB, ratio %.3f (limit about 1)\n", many, one,
                 static_cast<double>(many) / static_cast<double>(one));
-    const double share = coreShare(20);
-    std::printf("processor: %.2f %% of one core, %.2f of the limit of 3 %%\n", share * 100,
-                share / 0.03);
+    long inRealTime = 0;
+    const double share = coreShare(20, inRealTime);
+    std::printf("processor: %.2f %% of one core, %.2f of the limit of 3 %%; memory %ld KB\n",
+                share * 100, share / 0.03, inRealTime);
     double leadMs = 0;
     double tailMs = 0;
-    const std::int64_t wrong = wrongFramesUnderLoad(20, leadMs, tailMs);
-    std::printf("under load: %lld wrong frames of %d, lead-in %.1f ms, tail %.1f ms\n",
-                static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs);
+    double saveMs = 0;
+    const std::int64_t wrong = wrongFramesUnderLoad(20, leadMs, tailMs, saveMs);
+    std::printf(
+        "under load: %lld wrong frames of %d, lead-in %.1f ms, tail %.1f ms, save %.1f ms\n",
+        static_cast<long long>(wrong), 20 * 44100, leadMs, tailMs, saveMs);
+    const Waits waits = waitsForAHangingDisk();
+    std::printf("disk that hangs: a mute waits %.2f ms at most, a cancel %.1f ms (limit 100 ms)\n",
+                waits.mute, waits.cancel);
     return wrong == 0 ? 0 : 1;
 }

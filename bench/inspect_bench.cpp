@@ -18,6 +18,7 @@
 #include "platform/qt/qt_event_loop.h"
 #include "statistics.h"
 #include "support/fake_machine.h"
+#include "support/fake_notices.h"
 #include "support/temp_folder.h"
 #include "ui/main_window_view.h"
 
@@ -72,12 +73,11 @@ int main(int argc, char** argv) {
     const auto drive = std::make_shared<disc::ImageDrive>(makeDisc(folder.path()));
 
     sound::SoundCard card;
+    test::FakeNotices notices;
     mci::Interpreter interpreter(
         mci::devicesOf({card, sound::monotonicNow, [&] { return drive; },
                         [&] { return std::vector<fs::path>{folder.path()}; },
-                        [](const std::string&) {
-                            return fs::path();
-                        }}));
+                        [](const std::string&) { return fs::path(); }, notices}));
     TimedMedia media(interpreter);
     QtEventLoop loop;
     test::FakeMachine machine;

@@ -37,7 +37,7 @@ int runProgram() {
     NoticeBoard notices;
     IniSettingsStore store;
     const ProcessState* process = nullptr;
-    Machine machine(store, {{settingsSection, decodePathKey}},
+    Machine machine(store, notices, {{settingsSection, decodePathKey}},
                     [&] { return process->settings.decodePath; });
     const auto toMachine = [&](const std::string& path) {
         return machine.toMachine(path);

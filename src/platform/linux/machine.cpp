@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/machine.h"
 
+#include <chrono>
 #include <utility>
 
 #include "platform/linux/mci/machine_devices.h"
@@ -11,6 +12,10 @@ namespace sonarith {
 
 namespace {
 
+/// The end of the program waits so long for the disk: together with all other steps it takes less
+/// than a second.
+constexpr std::chrono::milliseconds patienceWithSaves{500};
+
 /// The user's home folder, once the store speaks of it by its own letter.
 std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
@@ -20,7 +25,7 @@ std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& sto
 
 } // namespace
 
-Machine::Machine(SettingsStore& store, const std::vector<StoredPath>& storedPaths,
+Machine::Machine(SettingsStore& store, Notices& notices, const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
     : letters_(store, homeNamedIn(store, storedPaths)),
       paths_(letters_, mounts_),
@@ -30,11 +35,11 @@ Machine::Machine(SettingsStore& store, const std::vector<StoredPath>& storedPath
       slot_([this] { return devices_.drive(); }),
       devices_(store, slot_, card_),
       cardThread_(std::make_unique<sound::SoundCardThread>(card_)),
-      media_(mci::devicesOf({card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
-                             [this] { return recordingFolders(); },
-                             [this](const std::string& path) {
-                                 return std::filesystem::path(toMachine(path));
-                             }})),
+      media_(mci::devicesOf(
+          {card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
+           [this] { return recordingFolders(); },
+           [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
+           notices, saves_})),
       mp3Controls_(card_, sound::monotonicNow, [this](const std::string& path) {
           return std::filesystem::path(toMachine(path));
       }) {}
@@ -43,6 +48,7 @@ void Machine::stop() {
     mp3Controls_.stopAll();
     cardThread_.reset();
     card_.setSpeakers(nullptr);
+    saves_->noneWithin(patienceWithSaves);
 }
 
 std::string Machine::toMachine(const std::string& path) const {

@@ -22,23 +22,26 @@
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/mount_info.h"
 #include "platform/linux/paths/path_map.h"
+#include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "platform/notices.h"
 #include "platform/settings_store.h"
 
 namespace sonarith {
 
 class Machine {
   public:
-    /// `store` outlives it; of its keys `storedPaths` hold paths in the logic's form. `destination`
-    /// returns the destination folder in that form: recordings are made there first, since they are
-    /// saved there without being copied.
-    Machine(SettingsStore& store, const std::vector<StoredPath>& storedPaths,
+    /// `store` and `notices` outlive it; of the store's keys `storedPaths` hold paths in the
+    /// logic's form. `destination` returns the destination folder in that form: recordings are made
+    /// there first, since they are saved there without being copied.
+    Machine(SettingsStore& store, Notices& notices, const std::vector<StoredPath>& storedPaths,
             std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    /// The end of the program: sound stops, threads end. Nothing of the machine is used any more.
+    /// The end of the program: sound stops, threads end, and saves that were asked for get a moment
+    /// to reach the disk. Nothing of the machine is used any more.
     void stop();
 
     /// From a path of the logic to one of the machine, empty where there is none; and back.
@@ -69,6 +72,7 @@ class Machine {
     std::function<std::string()> destination_;
     disc::DriveSlot slot_;
     sound::SoundCard card_;
+    std::shared_ptr<sound::PendingSaves> saves_ = std::make_shared<sound::PendingSaves>();
     MachineDeviceChoice devices_;
     std::unique_ptr<sound::SoundCardThread> cardThread_;
     mci::Interpreter media_;

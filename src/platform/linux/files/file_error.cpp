@@ -95,6 +95,19 @@ Error systemError(int error, const std::filesystem::path& path) {
             "\"" + path.string() + "\" " + words};
 }
 
+std::string reasonOf(int error) {
+    switch (error) {
+    case ENOSPC:
+        return "no space is left";
+    case EDQUOT:
+        return "the quota of the disk is used up";
+    case EFBIG:
+        return "the file would be too large";
+    default:
+        return std::generic_category().message(error);
+    }
+}
+
 } // namespace files
 
 } // namespace sonarith

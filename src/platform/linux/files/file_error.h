@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "platform/result.h"
 
@@ -24,5 +25,7 @@ namespace sonarith::files {
 /// The same number with words that name `path`. For files that are about to be written or are read
 /// by their whole path; so ENOENT is pathNotFound here, whichever part of the path is missing.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
+/// What it means by itself, for a sentence that names the file elsewhere: "no space is left".
+[[nodiscard]] std::string reasonOf(int error);
 
 } // namespace sonarith::files

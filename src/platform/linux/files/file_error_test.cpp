@@ -54,5 +54,12 @@ TEST(FileError, CarriesTheClassicText) {
     EXPECT_EQ(fileErrorOfSystem(EACCES).text, "Permission denied");
 }
 
+TEST(SystemError, HasAReasonThatStandsByItself) {
+    EXPECT_EQ(reasonOf(ENOSPC), "no space is left");
+    EXPECT_EQ(reasonOf(EDQUOT), "the quota of the disk is used up");
+    EXPECT_EQ(reasonOf(EFBIG), "the file would be too large");
+    EXPECT_EQ(reasonOf(EIO), "Input/output error");
+}
+
 } // namespace
 } // namespace sonarith::files

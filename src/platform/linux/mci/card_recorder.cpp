@@ -5,6 +5,14 @@
 
 namespace sonarith::mci {
 
+RecordingInput::RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
+                               const sound::RecordingTiming& timing)
+    : context{std::make_shared<sound::RecordingNotices>(notices), std::move(saves), timing} {}
+
+RecordingInput::~RecordingInput() {
+    context.notices->mute();
+}
+
 CardRecorder::CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
                            std::shared_ptr<RecordingInput> input)
     : card_(card), now_(std::move(now)), folders_(std::move(folders)), input_(std::move(input)) {}
@@ -23,16 +31,17 @@ Status CardRecorder::start(int channels) {
     if (finished_) {
         return {ErrorNumber::invalidProcedureCall, "the recording has been saved"};
     }
-    if (!file_) {
-        auto made = sound::RecordingFile::create(
-            channels == 1 ? sound::Channels::mono : sound::Channels::stereo, folders_());
-        if (!made.ok()) {
-            return made.error();
+    if (!recording_) {
+        auto begun =
+            sound::Recording::begin(channels == 1 ? sound::Channels::mono : sound::Channels::stereo,
+                                    folders_(), input_->context);
+        if (!begun.ok()) {
+            return begun.error();
         }
-        file_ = std::move(made.value());
+        recording_ = std::move(begun.value());
     }
     // Only what is due from this moment on is heard: the card plays what was due before by itself.
-    card_.startRecording(file_, now_());
+    card_.startRecording(recording_->sink(), now_());
     input_->user = this;
     return {};
 }
@@ -48,16 +57,16 @@ std::int64_t CardRecorder::bytes() {
     if (recording()) {
         card_.advance(now_());
     }
-    return file_ ? file_->bytes() : 0;
+    return recording_ ? recording_->bytes() : 0;
 }
 
 Status CardRecorder::save(const std::filesystem::path& path) {
-    if (!file_) {
+    if (!recording_) {
         return {ErrorNumber::invalidProcedureCall, "nothing has been recorded"};
     }
     stop();
     finished_ = true;
-    return file_->save(path);
+    return recording_->save(path);
 }
 
 } // namespace sonarith::mci

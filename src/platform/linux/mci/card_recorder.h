@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lead from the sound card to a recording: lets a file take what the card's recorder hears. It
-// writes no samples itself (recording_file.h does) and knows no command.
+// The lead from the sound card to a recording: attaches it to the card's recorder, one at a time.
+// It writes nothing itself (recording.h does) and knows no command.
 #pragma once
 
 #include <filesystem>
@@ -10,27 +10,37 @@
 
 #include "platform/linux/mci/card_transport.h"
 #include "platform/linux/mci/devices.h"
-#include "platform/linux/sound/recording_file.h"
+#include "platform/linux/sound/recording.h"
 #include "platform/linux/sound/sound_card.h"
 
 namespace sonarith::mci {
 
 class CardRecorder;
 
-/// The card's one recorder: which CardRecorder has it. All CardRecorders of a card share one.
+/// The card's one recorder: which CardRecorder has it, and what their recordings share. All
+/// CardRecorders of a card share one.
 struct RecordingInput {
+    /// `saves` may be a null pointer.
+    RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
+                   const sound::RecordingTiming& timing = {});
+    ~RecordingInput(); ///< of what threads that hang learn afterwards, nothing is reported
+    RecordingInput(const RecordingInput&) = delete;
+    RecordingInput& operator=(const RecordingInput&) = delete;
+
+    const sound::RecordingContext context;
     const CardRecorder* user = nullptr;
 };
 
 /// Where recordings may lie while they have no name, the best folder first.
 using RecordingFolders = std::function<std::vector<std::filesystem::path>()>;
 
-/// The card outlives it.
+/// The card outlives it. No member waits for a disk for longer than sound::RecordingTiming says.
 class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
                  std::shared_ptr<RecordingInput> input);
-    ~CardRecorder() override; ///< takes the recording off the card
+    /// Takes the recording off the card. A save that is under way is finished without it.
+    ~CardRecorder() override;
 
     Status start(int channels) override;
     void stop() override;
@@ -43,8 +53,8 @@ class CardRecorder : public Recorder {
     Clock now_;
     RecordingFolders folders_;
     std::shared_ptr<RecordingInput> input_;
-    std::shared_ptr<sound::RecordingFile> file_; ///< shared with the card's recorder
-    bool finished_ = false;                      ///< a save has begun: the file takes no more
+    std::unique_ptr<sound::Recording> recording_; ///< empty until there was a start
+    bool finished_ = false;                       ///< a save has begun: it takes no more
 };
 
 } // namespace sonarith::mci

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/linux/sound/recording_fixture.h"
+#include "support/fake_notices.h"
 #include "support/temp_folder.h"
 #include "support/wav_samples.h"
 
@@ -32,7 +34,10 @@ class ARecorder : public testing::Test {
 
     fakes::TempFolder folder;
     std::vector<fs::path> folders = {folder.path()};
-    std::shared_ptr<RecordingInput> input = std::make_shared<RecordingInput>();
+    test::FakeNotices notices;
+    std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
+    std::shared_ptr<RecordingInput> input =
+        std::make_shared<RecordingInput>(notices, saves, sound::patientTiming);
     sound::SoundCard card;
     sound::SoundCard::Time time = 3s;
 };

@@ -41,13 +41,16 @@ class Recorder {
     virtual ~Recorder() = default;
     /// Begins a recording of 1 or 2 channels, or goes on at its end. The channels of a recording
     /// never change. Errors: deviceUnavailable while another recorder is recording,
-    /// invalidProcedureCall once a save has been tried, those of the file that is made.
+    /// invalidProcedureCall once a save has been tried, those of the file that is made. A disk that
+    /// does not answer is no error: what is heard waits for it.
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;
-    /// Bytes of samples taken up to this very moment.
+    /// Bytes of samples taken up to this very moment; those that are kept, once the disk has
+    /// failed.
     [[nodiscard]] virtual std::int64_t bytes() = 0;
-    /// Puts a stopped recording under its name, as a WAV file.
+    /// Puts a stopped recording under its name, as a WAV file; after a failure of the disk, what is
+    /// kept of it. A disk that does not answer in time is an error, and the save goes on by itself.
     virtual Status save(const std::filesystem::path& path) = 0;
 };
 

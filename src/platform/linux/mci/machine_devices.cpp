@@ -15,7 +15,8 @@ Devices devicesOf(Machine machine) {
     };
     devices.recorder = [&card = machine.card, now = machine.now,
                         folders = std::move(machine.recordingFolders),
-                        input = std::make_shared<RecordingInput>()] {
+                        input = std::make_shared<RecordingInput>(
+                            machine.notices, std::move(machine.saves), machine.recordingTiming)] {
         return std::make_unique<CardRecorder>(card, now, folders, input);
     };
     return devices;

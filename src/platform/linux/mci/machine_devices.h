@@ -11,6 +11,8 @@
 #include "platform/linux/mci/card_recorder.h"
 #include "platform/linux/mci/card_transport.h"
 #include "platform/linux/mci/devices.h"
+#include "platform/linux/sound/pending_saves.h"
+#include "platform/notices.h"
 
 namespace sonarith::mci {
 
@@ -20,6 +22,10 @@ struct Machine {
     std::function<std::shared_ptr<disc::Drive>()> drive; ///< as Devices::drive
     RecordingFolders recordingFolders;
     std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path
+    Notices& notices; ///< of recordings; outlives the interpreter
+    /// Counts what the recorders' disks have not finished; may be a null pointer.
+    std::shared_ptr<sound::PendingSaves> saves = {};
+    sound::RecordingTiming recordingTiming = {};
 };
 
 [[nodiscard]] Devices devicesOf(Machine machine);

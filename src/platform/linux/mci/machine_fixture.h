@@ -14,6 +14,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/mci/machine_devices.h"
+#include "platform/linux/sound/recording_fixture.h"
+#include "support/fake_notices.h"
 #include "support/mci_session.h"
 #include "support/temp_folder.h"
 #include "support/waiting.h"
@@ -22,13 +24,13 @@ namespace sonarith::mci {
 
 class MachineSession {
   public:
-    explicit MachineSession(std::function<std::shared_ptr<disc::Drive>()> drive)
-        : interpreter(devicesOf(
-              Machine{card, [this] { return time; }, std::move(drive),
-                      [this] { return std::vector<std::filesystem::path>{folder.path()}; },
-                      [this](const std::string& path) {
-                          return folder / path;
-                      }})) {}
+    explicit MachineSession(std::function<std::shared_ptr<disc::Drive>()> drive,
+                            sound::RecordingTiming timing = sound::patientTiming)
+        : interpreter(devicesOf(Machine{
+              card, [this] { return time; }, std::move(drive),
+              [this] { return std::vector<std::filesystem::path>{folder.path()}; },
+              [this](const std::string& path) { return folder / path; }, notices, saves, timing})) {
+    }
 
     fakes::Answer send(const std::string& command) { return fakes::ask(interpreter, command); }
 
@@ -66,6 +68,8 @@ class MachineSession {
         "alignment 4 bytespersec 176400";
 
     fakes::TempFolder folder;
+    test::FakeNotices notices;
+    std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
     sound::SoundCard card;
     sound::SoundCard::Time time = std::chrono::seconds(7);
     Interpreter interpreter;

@@ -1,74 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/wav_header.h"
 
-#include <string_view>
+#include "platform/linux/sound/wav_header.h"
 
 namespace sonarith::mp3 {
 
-namespace {
-
-constexpr int bytesPerSample = 2;
-
-class Header {
-  public:
-    void sign(std::string_view letters) {
-        bytes_.insert(bytes_.end(), letters.begin(), letters.end());
-    }
-    void number(std::int64_t value, int bytes) { // little endian
-        for (int i = 0; i < bytes; ++i) {
-            bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-        }
-    }
-    void format(const PcmFormat& format) {
-        constexpr int plainSamples = 1;
-        const int frameBytes = format.channels * bytesPerSample;
-        sign("fmt ");
-        number(16, 4);
-        number(plainSamples, 2);
-        number(format.channels, 2);
-        number(format.rate, 4);
-        number(static_cast<std::int64_t>(format.rate) * frameBytes, 4);
-        number(frameBytes, 2);
-        number(8 * bytesPerSample, 2);
-    }
-    [[nodiscard]] std::vector<std::uint8_t> take() { return std::move(bytes_); }
-
-  private:
-    std::vector<std::uint8_t> bytes_;
-};
-
-constexpr std::int64_t inOtherChunk = 0xFFFFFFFF; ///< a size that "ds64" has
-
-} // namespace
-
 std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format, std::int64_t sampleBytes) {
-    constexpr std::int64_t bytesAfterSize = 36;
-    Header header;
-    header.sign("RIFF");
-    header.number(bytesAfterSize + sampleBytes, 4);
-    header.sign("WAVE");
-    header.format(format);
-    header.sign("data");
-    header.number(sampleBytes, 4);
-    return header.take();
+    return sound::wavHeader(sound::WavForm::plain, {format.rate, format.channels}, sampleBytes);
 }
 
 std::vector<std::uint8_t> rf64Header(const PcmFormat& format, std::int64_t sampleBytes) {
-    constexpr std::int64_t bytesAfterSize = 72;
-    Header header;
-    header.sign("RF64");
-    header.number(inOtherChunk, 4);
-    header.sign("WAVE");
-    header.sign("ds64");
-    header.number(28, 4);
-    header.number(bytesAfterSize + sampleBytes, 8);
-    header.number(sampleBytes, 8);
-    header.number(sampleBytes / (format.channels * bytesPerSample), 8);
-    header.number(0, 4); // no further sizes
-    header.format(format);
-    header.sign("data");
-    header.number(inOtherChunk, 4);
-    return header.take();
+    return sound::wavHeader(sound::WavForm::rf64, {format.rate, format.channels}, sampleBytes);
 }
 
 } // namespace sonarith::mp3

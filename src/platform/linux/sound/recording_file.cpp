@@ -5,8 +5,10 @@
 #include <array>
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/linux/files/file_error.h"
 #include "platform/linux/sound/mixing.h"
@@ -18,68 +20,87 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
+/// Frames that are written at once.
+constexpr std::size_t framesPerWrite = 4096;
+/// What was recorded is brought to the disk every 5 s, about as often as the system does it by
+/// itself. So a save has little left to wait for, and a disk that takes samples and fails to store
+/// them afterwards (a network folder that is full) costs these seconds and not the whole recording.
+constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace
 
-Result<std::shared_ptr<RecordingFile>> RecordingFile::create(Channels channels,
-                                                             const std::vector<fs::path>& folders,
-                                                             std::int64_t longestWavBytes,
-                                                             files::Concealment concealment) {
-    Error failure{ErrorNumber::pathNotFound, "there is no folder to record to"};
-    for (const fs::path& folder : folders) {
-        Result<files::UnnamedFile> made = files::UnnamedFile::create(folder, concealment);
-        if (!made.ok()) {
-            failure = made.error();
-            continue;
-        }
-        errno = 0;
-        std::unique_ptr<WavWriter> writer =
-            WavWriter::open(made.value().descriptor(), channels, WavForm::plain);
-        if (!writer) {
-            failure = files::systemError(errno != 0 ? errno : EIO, folder);
-            continue;
-        }
-        return std::shared_ptr<RecordingFile>(
-            new RecordingFile(channels, folder, std::move(made.value()), std::move(writer),
-                              longestWavBytes, concealment));
+Result<RecordingFile> RecordingFile::create(Channels channels, const fs::path& folder,
+                                            std::int64_t longestWavBytes,
+                                            files::Concealment concealment) {
+    Result<files::UnnamedFile> made = files::UnnamedFile::create(folder, concealment);
+    if (!made.ok()) {
+        return made.error();
     }
-    return failure;
+    WavWriter writer(made.value().descriptor(), channels, WavForm::plain);
+    if (!writer.writeHeader(0)) {
+        return files::systemError(writer.errorNumber(), folder);
+    }
+    return RecordingFile(channels, folder, std::move(made.value()), writer, longestWavBytes,
+                         concealment);
 }
 
 RecordingFile::RecordingFile(Channels channels, fs::path folder, files::UnnamedFile file,
-                             std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
+                             const WavWriter& writer, std::int64_t longestWavBytes,
                              files::Concealment concealment)
     : channels_(channels),
       folder_(std::move(folder)),
       file_(std::move(file)),
-      writer_(std::move(writer)),
+      writer_(writer),
       longestWavBytes_(longestWavBytes),
       concealment_(concealment) {}
 
-void RecordingFile::record(std::span<const StereoFrame> frames) {
-    std::array<std::int16_t, 2 * blockFrames> samples;
-    while (!frames.empty() && writer_ && !failed()) {
-        const std::span part = frames.first(std::min(frames.size(), blockFrames));
-        std::size_t count = 0;
-        for (const StereoFrame& frame : part) {
-            if (channels_ == Channels::mono) {
-                samples[count++] = meanOf(frame);
-            } else {
-                samples[count++] = frame.left;
-                samples[count++] = frame.right;
+bool RecordingFile::append(std::span<const StereoFrame> frames) {
+    while (!frames.empty() && stage_ == Stage::recording && failure_ == 0) {
+        const std::span part = frames.first(std::min(frames.size(), framesPerWrite));
+        if (write(part) && frames_ - flushedFrames_ >= framesPerFlush) {
+            if (const int error = flush(); error != 0) {
+                endEarly(error, flushedFrames_);
             }
         }
-        append(std::span(samples).first(count));
         frames = frames.subspan(part.size());
     }
+    return failure_ == 0;
 }
 
-void RecordingFile::append(std::span<const std::int16_t> samples) {
-    const std::size_t written = writer_->write(samples);
-    bytes_ += static_cast<std::int64_t>(written) * bytesPerSample;
-    if (written < samples.size()) {
-        failureNumber_ = writer_->errorNumber();
+/// Up to framesPerWrite.
+bool RecordingFile::write(std::span<const StereoFrame> frames) {
+    std::array<std::int16_t, 2 * framesPerWrite> samples;
+    std::size_t count = 0;
+    for (const StereoFrame& frame : frames) {
+        if (channels_ == Channels::mono) {
+            samples[count++] = meanOf(frame);
+        } else {
+            samples[count++] = frame.left;
+            samples[count++] = frame.right;
+        }
     }
+    const std::size_t written = writer_.append(std::span(samples).first(count));
+    const std::size_t whole = written / static_cast<std::size_t>(channels_);
+    frames_ += static_cast<std::int64_t>(whole);
+    if (written < count) {
+        endEarly(writer_.errorNumber(), frames_);
+        return false;
+    }
+    return true;
+}
+
+/// A failure means that what was written since the last flush may not be on the disk.
+int RecordingFile::flush() {
+    if (::fdatasync(file_.descriptor().get()) != 0) {
+        return errno;
+    }
+    flushedFrames_ = frames_;
+    return 0;
+}
+
+void RecordingFile::endEarly(int error, std::int64_t keptFrames) {
+    failure_ = error;
+    frames_ = keptFrames;
 }
 
 Status RecordingFile::save(const fs::path& target) {
@@ -91,62 +112,90 @@ Status RecordingFile::save(const fs::path& target) {
 
 /// Makes the file a whole WAV, once.
 Status RecordingFile::finish(const fs::path& target) {
-    if (!failed() && writer_ && !writer_->finish()) {
-        failureNumber_ = writer_->errorNumber();
-    }
-    if (failed()) {
-        return files::systemError(failureNumber_, target);
-    }
-    if (!writer_) {
+    if (stage_ == Stage::whole) {
         return {};
     }
-    if (bytes_ > longestWavBytes_) {
-        return convertToRf64(target);
+    stage_ = Stage::finishing;
+    if (nothingKept()) {
+        return files::systemError(failure_, target);
     }
-    writer_.reset();
+    if (bytes() > longestWavBytes_) {
+        if (rewrite(WavForm::rf64, target).ok()) {
+            return {};
+        }
+        // Hours of sound without room for their copy: what a plain file can hold is kept.
+        endEarly(EFBIG, longestWavBytes_ / bytesPerFrame(channels_));
+    }
+    const int error = finishInPlace();
+    if (error == 0) {
+        stage_ = Stage::whole;
+        return {};
+    }
+    // A header that cannot be changed can perhaps be written anew, in front of a copy.
+    return nothingKept() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
+}
+
+int RecordingFile::finishInPlace() {
+    int error = cutToWhatIsKept();
+    if (error == 0) {
+        error = flush();
+        if (error != 0) {
+            // Some samples that the disk seemed to take are lost; those before them are not.
+            endEarly(error, flushedFrames_);
+            if (frames_ > 0) {
+                error = cutToWhatIsKept();
+                error = error == 0 ? flush() : error;
+            }
+        }
+    }
+    if (error != 0) {
+        return error;
+    }
     // The last check before it gets its name: that all which was counted is really there.
     struct stat found {};
     if (::fstat(file_.descriptor().get(), &found) != 0 ||
-        found.st_size != wavHeaderBytes + bytes_) {
-        failureNumber_ = EIO;
-        return files::systemError(EIO, target);
+        found.st_size != wavHeaderBytes + bytes()) {
+        return EIO;
     }
-    return {};
+    return 0;
 }
 
-/// Copies the samples behind the larger header that recordings of more than 4 GiB (6.7 hours of
-/// stereo) need. Reserving its room in each file would cost the small ones their plain header,
-/// which is what every other program reads.
-Status RecordingFile::convertToRf64(const fs::path& target) {
+int RecordingFile::cutToWhatIsKept() {
+    if (failure_ != 0 && ::ftruncate(file_.descriptor().get(), wavHeaderBytes + bytes()) != 0) {
+        return errno;
+    }
+    return writer_.writeHeader(bytes()) ? 0 : writer_.errorNumber();
+}
+
+/// Copies what is kept behind a header of `form`. Recordings of more than 4 GiB (6.7 hours of
+/// stereo) need a larger one: reserving its room in each file would cost the small ones their plain
+/// header, which is what every other program reads.
+Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
         return made.error();
     }
-    const std::unique_ptr<WavWriter> large =
-        WavWriter::open(made.value().descriptor(), channels_, WavForm::rf64);
-    if (!large) {
-        return files::systemError(EIO, target);
+    WavWriter copy(made.value().descriptor(), channels_, form);
+    if (!copy.writeHeader(bytes())) {
+        return files::systemError(copy.errorNumber(), target);
     }
     std::vector<std::int16_t> samples(64 * 1024); // large enough that the calls do not count
-    for (std::int64_t done = 0; done < bytes_;) {
+    for (std::int64_t done = 0; done < bytes();) {
         const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(
-            bytes_ - done, static_cast<std::int64_t>(samples.size()) * bytesPerSample));
+            bytes() - done, static_cast<std::int64_t>(samples.size()) * bytesPerSample));
         const ssize_t got =
             ::pread(file_.descriptor().get(), samples.data(), wanted, wavHeaderBytes + done);
         if (got != static_cast<ssize_t>(wanted)) {
             return files::systemError(got < 0 ? errno : EIO, target);
         }
         const std::size_t count = wanted / bytesPerSample;
-        if (large->write(std::span(samples).first(count)) != count) {
-            return files::systemError(large->errorNumber(), target);
+        if (copy.append(std::span(samples).first(count)) != count) {
+            return files::systemError(copy.errorNumber(), target);
         }
         done += got;
     }
-    if (!large->finish()) {
-        return files::systemError(large->errorNumber(), target);
-    }
-    writer_.reset();
     file_ = std::move(made.value());
+    stage_ = Stage::whole;
     return {};
 }
 

@@ -1,61 +1,77 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording: what the card's recorder hears, as a WAV on the disk that has no name until it is
-// saved. Nothing of it is kept in memory. It does not decide where it is saved.
+// A recording on the disk: a WAV file without a name until it is saved. What reached the disk can
+// be saved whatever happens to it afterwards. It waits for the disk; recording.h is what does not.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <span>
-#include <vector>
 
 #include "platform/linux/files/unnamed_file.h"
-#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sample_source.h"
 #include "platform/linux/sound/wav_writer.h"
 #include "platform/result.h"
 
 namespace sonarith::sound {
 
-/// 16 bits, 44100 Hz; mono is the mean of both channels. `record` comes from the card; `bytes` and
-/// `failed` may be asked by any thread; `save` is for after the recording was stopped.
-class RecordingFile : public RecordingSink {
+/// 16 bits, 44100 Hz; mono is the mean of both channels. Used by one thread; each call takes as
+/// long as the disk does.
+class RecordingFile {
   public:
-    /// Takes the first of `folders` in which an unnamed file can be made; best is the one that it
-    /// will be saved in, as it needs no copy then. Fails, with the last folder's reason, if there
-    /// is none. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
-    [[nodiscard]] static Result<std::shared_ptr<RecordingFile>>
-    create(Channels channels, const std::vector<std::filesystem::path>& folders,
+    /// An empty one in `folder`; best is the one that it will be saved in, as it needs no copy
+    /// then. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
+    [[nodiscard]] static Result<RecordingFile>
+    create(Channels channels, const std::filesystem::path& folder,
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    void record(std::span<const StereoFrame> frames) override;
+    /// False if not all of it reached the disk, and from then on: nothing is put behind a gap.
+    /// Once a save was tried it does nothing.
+    [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
-    /// Bytes of samples that have been recorded so far.
-    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
-    /// A write has failed (a full disk); nothing more is recorded since, and nothing can be saved.
-    [[nodiscard]] bool failed() const { return failureNumber_ != 0; }
+    /// The whole frames that are kept. Less than what was appended only after a failure.
+    [[nodiscard]] std::int64_t frames() const { return frames_; }
+    /// An errno value: why the recording has ended early; 0 while it has not.
+    [[nodiscard]] int failure() const { return failure_; }
 
-    /// Puts the recording under the name `target` in one step, as `publish` does. What is recorded
-    /// afterwards is ignored. May be called again: for another name, or after a failure.
+    /// Puts what is kept under the name `target` in one step, as `UnnamedFile::publish` does, also
+    /// after a failure: as a valid WAV that ends early. It fails where a failure has left nothing
+    /// to keep. May be called again: for another name, or after it has failed.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
     RecordingFile(Channels channels, std::filesystem::path folder, files::UnnamedFile file,
-                  std::unique_ptr<WavWriter> writer, std::int64_t longestWavBytes,
+                  const WavWriter& writer, std::int64_t longestWavBytes,
                   files::Concealment concealment);
-    void append(std::span<const std::int16_t> samples);
+    [[nodiscard]] std::int64_t bytes() const { return frames_ * bytesPerFrame(channels_); }
+    [[nodiscard]] bool nothingKept() const { return failure_ != 0 && frames_ == 0; }
+    [[nodiscard]] bool write(std::span<const StereoFrame> frames);
+    void endEarly(int error, std::int64_t keptFrames);
+    // These return an errno value; 0 is success.
+    [[nodiscard]] int flush();
+    [[nodiscard]] int cutToWhatIsKept();
+    [[nodiscard]] int finishInPlace();
+    // `target` is for the words of an error alone.
     [[nodiscard]] Status finish(const std::filesystem::path& target);
-    [[nodiscard]] Status convertToRf64(const std::filesystem::path& target);
+    [[nodiscard]] Status rewrite(WavForm form, const std::filesystem::path& target);
+
+    /// What becomes of the file.
+    enum class Stage {
+        recording,
+        finishing, ///< a save was tried
+        whole,     ///< it is a WAV of what is kept
+    };
 
     Channels channels_;
     std::filesystem::path folder_;
     files::UnnamedFile file_;
-    std::unique_ptr<WavWriter> writer_; ///< empty once the header is right
+    WavWriter writer_; ///< to file_
     std::int64_t longestWavBytes_;
     files::Concealment concealment_;
-    std::atomic<std::int64_t> bytes_ = 0;
-    std::atomic<int> failureNumber_ = 0; ///< errno value
+    Stage stage_ = Stage::recording;
+    std::int64_t frames_ = 0;
+    std::int64_t flushedFrames_ = 0; ///< those that are known to be on the disk
+    int failure_ = 0;
 };
 
 } // namespace sonarith::sound

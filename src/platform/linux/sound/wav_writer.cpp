@@ -1,53 +1,58 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/wav_writer.h"
 
+#include <bit>
 #include <cerrno>
+#include <vector>
 
-#include <fcntl.h>
+#include <unistd.h>
 
 #include "platform/linux/sound/sample_source.h"
 
 namespace sonarith::sound {
 
-std::unique_ptr<WavWriter> WavWriter::open(const files::FileDescriptor& file, Channels channels,
-                                           WavForm form) {
-    const int duplicate = ::fcntl(file.get(), F_DUPFD_CLOEXEC, 0);
-    if (duplicate < 0) {
-        return nullptr;
-    }
-    SF_INFO info{};
-    info.samplerate = frameRate;
-    info.channels = static_cast<int>(channels);
-    info.format = (form == WavForm::plain ? SF_FORMAT_WAV : SF_FORMAT_RF64) | SF_FORMAT_PCM_16;
-    // The duplicate is closed by libsndfile, also if this fails.
-    SNDFILE* sound = sf_open_fd(duplicate, SFM_WRITE, &info, SF_TRUE);
-    return sound != nullptr ? std::unique_ptr<WavWriter>(new WavWriter(sound)) : nullptr;
+// A WAV's samples are stored with their lowest byte first, and are written as they lie in memory.
+static_assert(std::endian::native == std::endian::little);
+
+namespace {
+
+std::vector<std::uint8_t> headerOf(WavForm form, Channels channels, std::int64_t sampleBytes) {
+    return wavHeader(form, {frameRate, static_cast<int>(channels)}, sampleBytes);
 }
 
-std::size_t WavWriter::write(std::span<const std::int16_t> samples) {
-    errno = 0;
-    const sf_count_t written =
-        sf_write_short(sound_.get(), samples.data(), static_cast<sf_count_t>(samples.size()));
-    const auto count = written < 0 ? std::size_t{0} : static_cast<std::size_t>(written);
-    if (count < samples.size()) {
-        keepErrorNumber();
-    }
-    return count;
+} // namespace
+
+WavWriter::WavWriter(const files::FileDescriptor& file, Channels channels, WavForm form)
+    : file_(file.get()),
+      channels_(channels),
+      form_(form),
+      end_(static_cast<std::int64_t>(headerOf(form, channels, 0).size())) {}
+
+bool WavWriter::writeHeader(std::int64_t sampleBytes) {
+    const std::vector<std::uint8_t> header = headerOf(form_, channels_, sampleBytes);
+    return write(std::as_bytes(std::span(header)), 0) == header.size();
 }
 
-bool WavWriter::finish() {
-    errno = 0;
-    sf_command(sound_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
-    if (sf_error(sound_.get()) != SF_ERR_NO_ERROR) {
-        keepErrorNumber();
-        return false;
-    }
-    return true;
+std::size_t WavWriter::append(std::span<const std::int16_t> samples) {
+    const std::size_t written = write(std::as_bytes(samples), end_);
+    end_ += static_cast<std::int64_t>(written);
+    return written / sizeof(std::int16_t);
 }
 
-/// libsndfile passes the system's number on in `errno` alone, and may have none.
-void WavWriter::keepErrorNumber() {
-    errorNumber_ = errno != 0 ? errno : EIO;
+/// Returns how many bytes were written; all of them, or errorNumber_ has the reason.
+std::size_t WavWriter::write(std::span<const std::byte> bytes, std::int64_t offset) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = ::pwrite(file_, bytes.data() + done, bytes.size() - done,
+                                       offset + static_cast<std::int64_t>(done));
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            errorNumber_ = count == 0 ? EIO : errno;
+            break;
+        }
+    }
+    return done;
 }
 
 } // namespace sonarith::sound

@@ -1,50 +1,45 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes 16-bit samples at the card's rate as a WAV into an open file, through libsndfile. It
+// Writes 16-bit samples at the card's rate as a WAV into an open file, from front to back. It
 // neither opens nor names files.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 #include "platform/linux/files/file_descriptor.h"
-#include "platform/linux/late/sndfile.h"
+#include "platform/linux/sound/wav_header.h"
 
 namespace sonarith::sound {
 
 enum class Channels { mono = 1, stereo = 2 };
 
-/// Plain WAV holds up to 4 GiB and is read by everything; RF64 (EBU Tech 3306) is for more.
-enum class WavForm { plain, rf64 };
-
-/// The plain form's header: RIFF, "fmt " of 16 bytes, "data".
-inline constexpr std::int64_t wavHeaderBytes = 44;
-/// The most sample bytes of the plain form: its sizes are 32-bit, and the outer one counts the
-/// header but for its first 8 bytes.
-inline constexpr std::int64_t maxWavSampleBytes = 0xFFFFFFFF - (wavHeaderBytes - 8);
+/// In a file of that many channels.
+[[nodiscard]] constexpr std::int64_t bytesPerFrame(Channels channels) {
+    return static_cast<std::int64_t>(channels) * static_cast<std::int64_t>(sizeof(std::int16_t));
+}
 
 class WavWriter {
   public:
-    /// Writes to a duplicate of `file`, from its beginning; empty if libsndfile refuses.
-    [[nodiscard]] static std::unique_ptr<WavWriter> open(const files::FileDescriptor& file,
-                                                         Channels channels, WavForm form);
+    /// Writes to `file` from its beginning. The file must stay open.
+    WavWriter(const files::FileDescriptor& file, Channels channels, WavForm form);
 
-    /// Appends interleaved samples. Answers how many were written: fewer than asked for is a
-    /// failure, whose cause `errorNumber` then has.
-    [[nodiscard]] std::size_t write(std::span<const std::int16_t> samples);
-    /// Brings the header up to date. False: it could not be written.
-    [[nodiscard]] bool finish();
+    /// Writes the header for `sampleBytes` bytes of samples, also once more when there are others.
+    /// False: it could not be written.
+    [[nodiscard]] bool writeHeader(std::int64_t sampleBytes);
+    /// Appends interleaved samples. Returns how many whole ones were written: fewer than given is
+    /// a failure, after which nothing may be appended.
+    [[nodiscard]] std::size_t append(std::span<const std::int16_t> samples);
     /// The errno value of the last failure.
     [[nodiscard]] int errorNumber() const { return errorNumber_; }
 
   private:
-    struct CloseSound {
-        void operator()(SNDFILE* sound) const { sf_close(sound); }
-    };
-    explicit WavWriter(SNDFILE* sound) : sound_(sound) {}
-    void keepErrorNumber();
+    [[nodiscard]] std::size_t write(std::span<const std::byte> bytes, std::int64_t offset);
 
-    std::unique_ptr<SNDFILE, CloseSound> sound_;
+    int file_; ///< not its own
+    Channels channels_;
+    WavForm form_;
+    std::int64_t end_ = 0; ///< where the next samples go
     int errorNumber_ = 0;
 };
 

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A capture whose destination hangs or is full, by commands through the real player, sound card and
+// recording: the commands return all the same, and what reached the disk is kept.
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include "platform/linux/mci/machine_fixture.h"
+#include "support/call_judge.h"
+#include "support/fake_disc.h"
+#include "support/folder_entries.h"
+#include "support/small_disk.h"
+#include "support/wav_samples.h"
+
+namespace sonarith::mci {
+namespace {
+
+using fakes::eventually;
+using fakes::fine;
+using fakes::refused;
+using test::CallJudge;
+
+/// A capture of a track of ten seconds.
+class FailingCapture : public MachineSession {
+  public:
+    explicit FailingCapture(sound::RecordingTiming timing)
+        : MachineSession([this] { return drive; }, timing) {}
+
+    void begin() {
+        EXPECT_EQ(send("open new type waveaudio alias capture"), fine());
+        EXPECT_EQ(send(stereo), fine());
+        EXPECT_EQ(send("open cdaudio alias cd"), fine());
+        EXPECT_EQ(send("set cd time format milliseconds"), fine());
+        EXPECT_EQ(send("set capture time format bytes"), fine());
+        EXPECT_EQ(send("record capture overwrite"), fine());
+        EXPECT_EQ(send("play cd"), fine());
+    }
+    /// The frames of the recording so far.
+    std::int64_t length() { return std::stoll(send("status capture length").reply) / 4; }
+
+    std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(
+        std::make_shared<fakes::FakeDisc>(fakes::audioTable({750, 75})));
+};
+
+/// That the file holds that many frames of the disc, from its beginning on, and nothing else.
+void expectStartOfDisc(const std::filesystem::path& path, std::int64_t count) {
+    const auto wav = fakes::readWav(path);
+    ASSERT_TRUE(wav);
+    ASSERT_EQ(std::ssize(wav->samples), 2 * count);
+    for (std::int64_t i = 0; i < count; ++i) {
+        const auto place = static_cast<std::size_t>(2 * i);
+        const sound::StereoFrame frame{wav->samples[place], wav->samples[place + 1]};
+        ASSERT_EQ(frame, fakes::FakeDisc::frameAt(i)) << "frame " << i;
+    }
+}
+
+class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
+  protected:
+    static int verdict(const seccomp_data& call) {
+        const bool isMeant = static_cast<std::uint32_t>(call.nr) == GetParam() &&
+                             (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) == O_TMPFILE);
+        return isMeant ? CallJudge::hold : CallJudge::letThrough;
+    }
+    /// Runs `body` in front of it.
+    static void hang(const std::function<void(CallJudge&)>& body) {
+        if (!CallJudge::run({GetParam()}, verdict, body)) {
+            GTEST_SKIP() << "this kernel passes no calls to another thread";
+        }
+    }
+};
+
+TEST_P(ADestinationThatHangs, IsLeftByACancelAndGetsTheFileWhenItIsBack) {
+    hang([](CallJudge& judge) {
+        FailingCapture session(sound::briefTiming);
+        session.begin();
+        session.tickUntil(2000);
+        const std::int64_t count = session.length();
+        EXPECT_GE(count, 2 * 44'100);
+        EXPECT_EQ(session.send("stop capture"), fine());
+        EXPECT_EQ(session.send("stop cd"), fine());
+        EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
+        EXPECT_EQ(session.send("close capture"), fine());
+        EXPECT_EQ(session.send("close cd"), fine());
+        EXPECT_FALSE(session.card.active());
+        EXPECT_GT(judge.held(), 0);
+        judge.release();
+        EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
+        expectStartOfDisc(session.folder / "1.wav", count);
+        EXPECT_EQ(test::entriesIn(session.folder.path()), 1);
+    });
+}
+
+TEST_P(ADestinationThatHangs, HindersNoOtherCapture) {
+    hang([](CallJudge& judge) {
+        FailingCapture session(sound::briefTiming);
+        session.begin();
+        session.tickUntil(500);
+        EXPECT_EQ(session.send("close all"), fine());
+        session.begin();
+        session.tickUntil(500);
+        const std::int64_t count = session.length();
+        EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
+        judge.release();
+        EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
+        EXPECT_EQ(session.send("save capture 1.wav"), fine()) << "it learns that it was saved";
+        EXPECT_EQ(session.send("close all"), fine());
+        expectStartOfDisc(session.folder / "1.wav", count);
+    });
+}
+
+TEST_P(ADestinationThatHangs, MayComeBackAfterTheDevicesAreGone) {
+    hang([](CallJudge& judge) {
+        std::shared_ptr<sound::PendingSaves> saves;
+        {
+            FailingCapture session(sound::briefTiming);
+            saves = session.saves;
+            session.begin();
+            session.tickUntil(500);
+            EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
+        }
+        // The folder is gone, too: that the save fails is reported to nobody.
+        judge.release();
+        EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30)));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
+                         testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
+
+TEST(ADestinationThatIsFull, KeepsTheWholeStartOfTheTrackAndTheUserLearnsOfIt) {
+    constexpr int mayNotMount = 77;
+    const fakes::TempFolder result; // on another disk
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        FailingCapture session(sound::patientTiming);
+        if (!test::mountSmallDisk(session.folder.path().string())) {
+            ::_exit(mayNotMount);
+        }
+        session.begin();
+        session.tickUntil(9000); // the disk is full after six seconds
+        const bool hasEnded = eventually([&] { return !session.notices.texts().empty(); });
+        const std::int64_t count = session.length();
+        session.time += std::chrono::seconds(5);
+        const bool isKept = count > 5 * 44'100 && session.length() == count;
+        session.send("stop capture");
+        const bool isSaved = session.send("save capture 4711-1.wav") == fine();
+        session.send("close all");
+        const auto texts = session.notices.texts();
+        const std::string place = "\"4711-1.wav\" in \"" + session.folder.path().string() + "\"";
+        const bool isSaid = texts.size() == 2 && texts[0].find("no space is left") < 200 &&
+                            texts[1].find(place) < 200 && texts[1].find("0:05 are kept") < 400;
+        std::filesystem::copy(session.folder / "4711-1.wav", result / "copy.wav");
+        const bool isAlone = test::entriesIn(session.folder.path()) == 1;
+        ::_exit((hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isSaid ? 0 : 8) +
+                (isAlone ? 0 : 16));
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == mayNotMount) {
+        GTEST_SKIP() << "this user may not mount a disk";
+    }
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    const auto wav = fakes::readWav(result / "copy.wav");
+    ASSERT_TRUE(wav);
+    EXPECT_EQ(static_cast<std::size_t>(std::filesystem::file_size(result / "copy.wav")),
+              44 + 2 * wav->samples.size())
+        << "whole frames, and the header says so";
+    expectStartOfDisc(result / "copy.wav", std::ssize(wav->samples) / 2);
+}
+
+} // namespace
+} // namespace sonarith::mci

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A recording in a folder of the test's own, what the user is told of it, and disks that hang or
+// fail. For tests only.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/sound/recording.h"
+#include "platform/linux/sound/recording_queue.h"
+#include "support/call_judge.h"
+#include "support/fake_notices.h"
+#include "support/fake_sound.h"
+#include "support/temp_folder.h"
+#include "support/waiting.h"
+
+namespace sonarith::sound {
+
+// No test asserts how long anything took: where a disk hangs its bounds are so short that a test
+// need not wait for them, and where it works they are longer than any load makes it take.
+inline constexpr RecordingTiming briefTiming{
+    std::chrono::milliseconds{20}, std::chrono::milliseconds{30}, std::chrono::milliseconds{10}};
+inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::chrono::seconds{30},
+                                               std::chrono::seconds{30}};
+
+class RecordingFixture : public testing::Test {
+  public:
+    /// A write of samples: it has an offset.
+    static bool isSamples(const seccomp_data& call) {
+        return call.nr == SYS_pwrite64 && call.args[3] > 0;
+    }
+
+  protected:
+    std::unique_ptr<Recording> begin(const std::vector<std::filesystem::path>& folders,
+                                     RecordingTiming timing) {
+        context.timing = timing;
+        auto begun = Recording::begin(Channels::stereo, folders, context);
+        EXPECT_TRUE(begun.ok());
+        return begun.ok() ? std::move(begun.value()) : nullptr;
+    }
+    std::unique_ptr<Recording> begin(RecordingTiming timing = patientTiming) {
+        return begin({folder.path()}, timing);
+    }
+
+    /// Whether the disk has all but what is less than a batch.
+    [[nodiscard]] static bool isTaken(const Recording& recording) {
+        const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
+        return waiting < RecordingQueue::batchFrames;
+    }
+
+    /// Runs `body` with chosen calls on files before `verdict`; see CallJudge.
+    static void judged(const test::CallJudge::Verdict& verdict,
+                       const std::function<void(test::CallJudge&)>& body) {
+        const bool ran = test::CallJudge::run(
+            {SYS_pwrite64, SYS_fdatasync, SYS_fsync, SYS_linkat, SYS_openat}, verdict, body);
+        if (!ran) {
+            GTEST_SKIP() << "this kernel passes no calls to another thread";
+        }
+    }
+    /// The creation of an unnamed file, in `where`.
+    static bool isCreation(const seccomp_data& call, const std::filesystem::path& where) {
+        if (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) != O_TMPFILE) {
+            return false;
+        }
+        const std::filesystem::path opened = std::filesystem::read_symlink(
+            "/proc/self/fd/" + std::to_string(static_cast<int>(call.args[0])));
+        return opened == std::filesystem::canonical(where);
+    }
+
+    /// What a test waits for.
+    [[nodiscard]] bool noSaveIsPending() const {
+        return context.saves->noneWithin(std::chrono::seconds(30));
+    }
+
+    fakes::TempFolder folder;
+    const std::filesystem::path target = folder / "1234-3.wav";
+    test::FakeNotices shown;
+    RecordingContext context{std::make_shared<RecordingNotices>(shown),
+                             std::make_shared<PendingSaves>(), patientTiming};
+};
+
+} // namespace sonarith::sound

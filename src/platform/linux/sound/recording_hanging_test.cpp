@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Disks that do not answer, for a while or for ever: neither the card nor the logic waits for them,
+// and what was recorded is whole once they are back.
+#include "platform/linux/sound/recording.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/sound/recording_fixture.h"
+#include "platform/linux/sound/recording_queue.h"
+#include "support/folder_entries.h"
+#include "support/recorded_wav.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+using fakes::eventually;
+using fakes::pattern;
+using test::CallJudge;
+using test::entriesIn;
+using test::expectPlainWav;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class HangingDiskTest : public RecordingFixture {
+  protected:
+    /// Plays `disc` into a recording and moves the card on by `time` in the steps of its thread.
+    void play(std::chrono::milliseconds time) {
+        for (const SoundCard::Time end = now + time; now < end;) {
+            card.advance(now += 10ms);
+        }
+    }
+    void startRecording(const Recording& recording) {
+        card.startRecording(recording.sink(), now);
+        card.attach(Line::compactDisc, disc, now);
+    }
+    [[nodiscard]] std::vector<StereoFrame> played() const {
+        return pattern(0, static_cast<std::size_t>(disc->position()));
+    }
+
+    SoundCard card;
+    SoundCard::Time now = 0s;
+    std::shared_ptr<fakes::PatternSource> disc = std::make_shared<fakes::PatternSource>();
+};
+
+/// What hangs.
+struct Hang {
+    const char* name;
+    bool (*hits)(const seccomp_data& call);
+    friend void PrintTo(const Hang& hang, std::ostream* out) { *out << hang.name; }
+};
+
+bool hitsSamples(const seccomp_data& call) {
+    return RecordingFixture::isSamples(call);
+}
+
+TEST_F(HangingDiskTest, HoldsUpNeitherTheCardNorItsSpeakersNorItsQuestions) {
+    const auto speakers = std::make_shared<fakes::MemorySink>();
+    judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
+           [&](CallJudge& judge) {
+               const auto recording = begin(briefTiming);
+               card.setSpeakers(speakers);
+               startRecording(*recording);
+               play(2s);
+               ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+               play(3s);
+               card.setMuted(Line::compactDisc, true);
+               EXPECT_EQ(speakers->size(), 5U * 44'100);
+               EXPECT_EQ(disc->position(), 5 * 44'100);
+               EXPECT_EQ(recording->bytes(), 5 * 176'400);
+               card.stopRecording(now);
+               EXPECT_GT(judge.held(), 0);
+           });
+}
+
+TEST_F(HangingDiskTest, MakesNoTrackLongerOrShorterAndChangesNoSampleOfIt) {
+    std::atomic<bool> hanging = false;
+    judged(
+        [&](const seccomp_data& call) {
+            return hanging && hitsSamples(call) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin();
+            startRecording(*recording);
+            play(1s);
+            hanging = true;
+            play(4s);
+            ASSERT_GT(judge.held(), 0);
+            EXPECT_EQ(disc->position(), 5 * 44'100) << "the stall is not noticed";
+            judge.release();
+            play(2s);
+            card.stopRecording(now);
+            EXPECT_EQ(disc->position(), 7 * 44'100);
+            EXPECT_EQ(recording->bytes(), 7 * 176'400);
+            ASSERT_TRUE(eventually([&] { return shown.texts().size() == 2; }));
+            EXPECT_TRUE(recording->save(target).ok());
+        });
+    expectPlainWav(target, played());
+    const std::string place = "\"" + folder.path().string() + "\"";
+    EXPECT_THAT(shown.texts(), ElementsAre(AllOf(HasSubstr(place), HasSubstr("does not answer")),
+                                           AllOf(HasSubstr("settled"), HasSubstr(place),
+                                                 HasSubstr("answers again"))));
+}
+
+TEST_F(HangingDiskTest, HoldsTheDiscAtTheBoundAndLosesNothing) {
+    judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
+           [&](CallJudge& judge) {
+               const auto recording = begin();
+               startRecording(*recording);
+               play(1s);
+               ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+               play(60s);
+               const std::int64_t bound = disc->position();
+               EXPECT_LE(bound, 441'000 + 44'100) << "what is queued, and what is being written";
+               EXPECT_GE(bound, 441'000);
+               EXPECT_EQ(recording->bytes(), bound * 4);
+               play(60s);
+               EXPECT_EQ(disc->position(), bound);
+               judge.release();
+               ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+               play(2s);
+               card.stopRecording(now);
+               EXPECT_EQ(disc->position(), bound + 2 * 44'100);
+               EXPECT_TRUE(recording->save(target).ok());
+           });
+    expectPlainWav(target, played());
+}
+
+class HangingCallTest : public HangingDiskTest, public testing::WithParamInterface<Hang> {};
+
+TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskIsBack) {
+    judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
+           [&](CallJudge& judge) {
+               auto recording = begin(briefTiming);
+               startRecording(*recording);
+               play(2s);
+               EXPECT_EQ(recording->bytes(), 2 * 176'400);
+               card.stopRecording(now);
+               const Status late = recording->save(target);
+               ASSERT_FALSE(late.ok());
+               EXPECT_EQ(late.error().number, ErrorNumber::deviceInputOutput);
+               EXPECT_THAT(late.error().text, HasSubstr("not saved yet"));
+               EXPECT_FALSE(context.saves->noneWithin(0ms));
+               recording.reset();
+               ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
+               EXPECT_EQ(judge.held(), 1);
+               EXPECT_FALSE(fs::exists(target));
+               judge.release();
+               EXPECT_TRUE(noSaveIsPending());
+               expectPlainWav(target, played());
+           });
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+    EXPECT_THAT(shown.texts(),
+                ElementsAre(AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("does not answer")),
+                            AllOf(HasSubstr("settled"), HasSubstr("is saved now"))));
+}
+
+TEST_P(HangingCallTest, IsLeftByTheLogicAndNothingRemainsOfWhatNobodyWants) {
+    judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
+           [&](CallJudge& judge) {
+               auto recording = begin(briefTiming);
+               startRecording(*recording);
+               play(7s); // with a flush
+               card.stopRecording(now);
+               recording.reset();
+               EXPECT_EQ(entriesIn(folder.path()), 0);
+               judge.release();
+           });
+    EXPECT_EQ(entriesIn(folder.path()), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
+                         testing::Values(Hang{"write", hitsSamples},
+                                         Hang{"header",
+                                              [](const seccomp_data& call) {
+                                                  return call.nr == SYS_pwrite64 &&
+                                                         call.args[3] == 0;
+                                              }},
+                                         Hang{"flush",
+                                              [](const seccomp_data& call) {
+                                                  return call.nr == SYS_fdatasync ||
+                                                         call.nr == SYS_fsync;
+                                              }},
+                                         Hang{"naming",
+                                              [](const seccomp_data& call) {
+                                                  return call.nr == SYS_linkat;
+                                              }},
+                                         Hang{"creation",
+                                              [](const seccomp_data& call) {
+                                                  return call.nr == SYS_openat &&
+                                                         (call.args[2] & O_TMPFILE) == O_TMPFILE;
+                                              }}),
+                         [](const auto& hang) { return hang.param.name; });
+
+TEST_F(HangingDiskTest, IsPassedOverForTheNextFolderAndNothingIsLost) {
+    const fakes::TempFolder other;
+    judged(
+        [&](const seccomp_data& call) {
+            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({folder.path(), other.path()}, briefTiming);
+            startRecording(*recording);
+            play(2s);
+            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }))
+                << "the other folder takes it";
+            play(1s);
+            card.stopRecording(now);
+            EXPECT_EQ(judge.held(), 1);
+            static_cast<void>(recording->save(other / "1234-3.wav"));
+            EXPECT_TRUE(noSaveIsPending());
+            judge.release();
+        });
+    expectPlainWav(other / "1234-3.wav", played());
+    EXPECT_EQ(entriesIn(folder.path()), 0) << "what was made there at last is gone";
+    ASSERT_GE(shown.texts().size(), 1U);
+    EXPECT_THAT(shown.texts()[0], AllOf(HasSubstr("\"" + folder.path().string() + "\""),
+                                        HasSubstr("does not answer"), HasSubstr("another folder")));
+}
+
+TEST_F(HangingDiskTest, IsUsedIfItAnswersBeforeItIsPassedOver) {
+    const fakes::TempFolder other;
+    judged(
+        [&](const seccomp_data& call) {
+            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({folder.path(), other.path()}, {20ms, 1h, 1h});
+            startRecording(*recording);
+            play(1s);
+            EXPECT_EQ(judge.held(), 1);
+            judge.release();
+            play(1s);
+            card.stopRecording(now);
+            static_cast<void>(recording->save(target));
+            EXPECT_TRUE(noSaveIsPending());
+        });
+    expectPlainWav(target, played());
+    EXPECT_THAT(shown.texts(), IsEmpty());
+}
+
+TEST_F(HangingDiskTest, IsWaitedForWhereEveryFolderHangs) {
+    judged(
+        [&](const seccomp_data& call) {
+            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({folder.path(), folder.path()}, briefTiming);
+            startRecording(*recording);
+            ASSERT_TRUE(eventually([&] { return judge.held() == 2; }));
+            play(60s);
+            EXPECT_EQ(disc->position(), 441'000) << "all of it waits, and the disc does";
+            judge.release();
+            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            play(1s);
+            card.stopRecording(now);
+            static_cast<void>(recording->save(target));
+            EXPECT_TRUE(noSaveIsPending());
+        });
+    EXPECT_EQ(disc->position(), 441'000 + 44'100);
+    expectPlainWav(target, played());
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
+    judged(
+        [](const seccomp_data& call) {
+            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin(briefTiming);
+            recording->sink()->record(pattern(0, 100));
+            EXPECT_FALSE(recording->save(target).ok());
+            const Status other = recording->save(folder / "other.wav");
+            ASSERT_FALSE(other.ok());
+            EXPECT_EQ(other.error().number, ErrorNumber::deviceUnavailable);
+            EXPECT_FALSE(recording->save(target).ok());
+            judge.release();
+            EXPECT_TRUE(noSaveIsPending());
+            EXPECT_TRUE(recording->save(target).ok()) << "it was done meanwhile";
+        });
+    expectPlainWav(target, pattern(0, 100));
+    EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/recording_notices.h"
+
+#include "platform/linux/files/file_error.h"
+#include "platform/linux/sound/sample_source.h"
+
+namespace sonarith::sound {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string cannotBeginCause = "no folder for recordings";
+
+std::string quoted(const fs::path& path) {
+    return "\"" + path.string() + "\"";
+}
+
+std::string noAnswerCause(const fs::path& folder) {
+    return "no answer from " + folder.string();
+}
+
+std::string endCause(RecordingNumber number) {
+    return "end of recording " + std::to_string(number);
+}
+
+std::string saveCause(const fs::path& target) {
+    return "save of " + target.string();
+}
+
+std::string lateSaveCause(const fs::path& target) {
+    return "late save of " + target.string();
+}
+
+/// "1234-3.wav" in "/music"
+std::string namedFile(const fs::path& target) {
+    return quoted(target.filename()) + " in " + quoted(target.parent_path());
+}
+
+} // namespace
+
+std::string lengthText(std::int64_t frames) {
+    const std::int64_t seconds = frames / frameRate;
+    const std::string rest = std::to_string(seconds % 60);
+    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
+
+void RecordingNotices::mute() {
+    const std::lock_guard lock(mutex_);
+    notices_ = nullptr;
+}
+
+RecordingNumber RecordingNotices::newRecording() {
+    const std::lock_guard lock(mutex_);
+    return ++newest_;
+}
+
+void RecordingNotices::report(const std::string& cause, const std::string& text) {
+    if (notices_ != nullptr && held_.insert(cause).second) {
+        notices_->report({text, cause});
+    }
+}
+
+/// Whether the cause was held.
+bool RecordingNotices::settle(const std::string& cause, const std::string& text) {
+    const bool held = held_.erase(cause) > 0;
+    if (notices_ != nullptr && held) {
+        notices_->settled(cause, text);
+    }
+    return held;
+}
+
+void RecordingNotices::cannotBegin(const Error& error) {
+    const std::lock_guard lock(mutex_);
+    report(cannotBeginCause, "Nothing is recorded: " + error.text);
+}
+
+void RecordingNotices::begun(const fs::path& folder) {
+    const std::lock_guard lock(mutex_);
+    settle(cannotBeginCause);
+    settle(noAnswerCause(folder), quoted(folder) + " answers again");
+}
+
+void RecordingNotices::passedOver(const fs::path& folder) {
+    const std::lock_guard lock(mutex_);
+    report(noAnswerCause(folder), quoted(folder) + " does not answer; the recording lies in "
+                                                   "another folder until it is saved");
+}
+
+void RecordingNotices::stalled(const fs::path& folder) {
+    const std::lock_guard lock(mutex_);
+    report(noAnswerCause(folder),
+           quoted(folder) + " does not answer; the recording waits for it and loses nothing");
+}
+
+void RecordingNotices::answers(const fs::path& folder) {
+    const std::lock_guard lock(mutex_);
+    settle(noAnswerCause(folder), quoted(folder) + " answers again");
+}
+
+void RecordingNotices::endedEarly(RecordingNumber number, const fs::path& folder, int error,
+                                  std::int64_t keptFrames) {
+    const std::lock_guard lock(mutex_);
+    const std::string kept =
+        keptFrames == 0 ? "nothing is kept" : lengthText(keptFrames) + " are kept for the save";
+    report(endCause(number), "The recording in " + quoted(folder) +
+                                 " has ended: " + files::reasonOf(error) + "; " + kept);
+}
+
+void RecordingNotices::saved(RecordingNumber number, const fs::path& target, int error,
+                             std::int64_t keptFrames) {
+    const std::lock_guard lock(mutex_);
+    settle(saveCause(target));
+    if (error == 0) {
+        settle(lateSaveCause(target), namedFile(target) + " is saved now");
+        return;
+    }
+    settle(lateSaveCause(target));
+    const std::string text = namedFile(target) + " was saved in part: " + files::reasonOf(error) +
+                             "; " + lengthText(keptFrames) + " are kept";
+    if (!settle(endCause(number), text) && notices_ != nullptr) {
+        notices_->report({text});
+    }
+}
+
+void RecordingNotices::notSaved(const fs::path& target, const Error& error) {
+    const std::lock_guard lock(mutex_);
+    settle(lateSaveCause(target));
+    report(saveCause(target),
+           namedFile(target) + " was not saved and nothing of it is kept: " + error.text);
+}
+
+void RecordingNotices::saveIsLate(const fs::path& target) {
+    const std::lock_guard lock(mutex_);
+    report(lateSaveCause(target),
+           namedFile(target) + " is not saved yet: the disk does not answer. It will be if the "
+                               "disk answers before the program ends");
+}
+
+void RecordingNotices::closed(RecordingNumber number, const fs::path& folder,
+                              const fs::path& target) {
+    const std::lock_guard lock(mutex_);
+    settle(endCause(number));
+    settle(noAnswerCause(folder));
+    settle(saveCause(target));
+    settle(lateSaveCause(target));
+}
+
+} // namespace sonarith::sound

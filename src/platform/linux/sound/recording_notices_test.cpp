@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/recording_notices.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+#include "support/fake_notices.h"
+
+namespace sonarith::sound {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class RecordingNoticesTest : public testing::Test {
+  protected:
+    std::vector<std::string> texts() const { return shown.texts(); }
+
+    test::FakeNotices shown;
+    RecordingNotices notices{shown};
+    const RecordingNumber first = notices.newRecording();
+    const std::int64_t kept = std::int64_t{42} * 44100;
+};
+
+TEST_F(RecordingNoticesTest, SaysWhatIsKeptOfARecordingThatEndedEarlyAndThenAsWhichFile) {
+    notices.endedEarly(first, "/music", ENOSPC, kept);
+    notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
+    notices.closed(first, "/music", "/music/1234-3.wav");
+    EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: no space is left; "
+                                     "0:42 are kept for the save",
+                                     "settled end of recording 1: \"1234-3.wav\" in \"/music\" was "
+                                     "saved in part: no space is left; 0:42 are kept"));
+}
+
+TEST_F(RecordingNoticesTest, SaysSoWhereTheSaveItselfFindsThatNotAllIsKept) {
+    notices.saved(first, "/music/1234-3.wav", EIO, kept);
+    EXPECT_THAT(texts(), ElementsAre("\"1234-3.wav\" in \"/music\" was saved in part: "
+                                     "Input/output error; 0:42 are kept"));
+}
+
+TEST_F(RecordingNoticesTest, SaysThatNothingIsKeptWhereNotOneFrameIs) {
+    notices.endedEarly(first, "/music", EDQUOT, 0);
+    EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: the quota of the disk "
+                                     "is used up; nothing is kept"));
+}
+
+TEST_F(RecordingNoticesTest, SaysNothingOfARecordingThatIsSavedWhole) {
+    notices.begun("/music");
+    notices.saved(first, "/music/1234-3.wav", 0, kept);
+    notices.closed(first, "/music", "/music/1234-3.wav");
+    EXPECT_THAT(texts(), IsEmpty());
+}
+
+TEST_F(RecordingNoticesTest, SaysOnceThatAFileWasNotSavedUntilItIs) {
+    const Error error{ErrorNumber::pathNotFound, "\"/gone\" does not exist"};
+    notices.notSaved("/gone/1234-3.wav", error);
+    notices.notSaved("/gone/1234-3.wav", error);
+    notices.notSaved("/gone/1234-4.wav", error);
+    notices.saved(first, "/gone/1234-3.wav", 0, kept);
+    notices.notSaved("/gone/1234-3.wav", error);
+    const std::string text = "\"1234-3.wav\" in \"/gone\" was not saved and nothing of it is kept: "
+                             "\"/gone\" does not exist";
+    EXPECT_THAT(texts(),
+                ElementsAre(text,
+                            "\"1234-4.wav\" in \"/gone\" was not saved and nothing of it is kept: "
+                            "\"/gone\" does not exist",
+                            "settled save of /gone/1234-3.wav", text));
+}
+
+TEST_F(RecordingNoticesTest, SaysOnceThatADiskDoesNotAnswerAndThatItDoesAgain) {
+    notices.stalled("/music");
+    notices.passedOver("/music");
+    notices.answers("/music");
+    notices.answers("/music");
+    notices.passedOver("/music");
+    notices.begun("/music");
+    EXPECT_THAT(
+        texts(),
+        ElementsAre(
+            "\"/music\" does not answer; the recording waits for it and loses nothing",
+            "settled no answer from /music: \"/music\" answers again",
+            "\"/music\" does not answer; the recording lies in another folder until it is saved",
+            "settled no answer from /music: \"/music\" answers again"));
+}
+
+TEST_F(RecordingNoticesTest, SaysThatASaveIsLateAndHowItEnds) {
+    const std::string late = "\"1234-3.wav\" in \"/music\" is not saved yet: the disk does not "
+                             "answer. It will be if the disk answers before the program ends";
+    notices.saveIsLate("/music/1234-3.wav");
+    notices.saveIsLate("/music/1234-3.wav");
+    notices.saved(first, "/music/1234-3.wav", 0, kept);
+    notices.saveIsLate("/music/1234-3.wav");
+    notices.notSaved("/music/1234-3.wav", {ErrorNumber::diskFull, "it is full"});
+    EXPECT_THAT(texts(),
+                ElementsAre(late,
+                            "settled late save of /music/1234-3.wav: \"1234-3.wav\" in \"/music\" "
+                            "is saved now",
+                            late, "settled late save of /music/1234-3.wav",
+                            "\"1234-3.wav\" in \"/music\" was not saved and nothing of it is kept: "
+                            "it is full"));
+}
+
+TEST_F(RecordingNoticesTest, SaysOnceThatNoFolderTakesARecordingUntilOneDoes) {
+    const Error error{ErrorNumber::diskFull, "\"/music\" does not fit: the disk is full"};
+    notices.cannotBegin(error);
+    notices.cannotBegin(error);
+    notices.begun("/music");
+    notices.cannotBegin(error);
+    const std::string text = "Nothing is recorded: \"/music\" does not fit: the disk is full";
+    EXPECT_THAT(texts(), ElementsAre(text, "settled no folder for recordings", text));
+}
+
+TEST_F(RecordingNoticesTest, ForgetsTheCausesOfARecordingThatIsClosed) {
+    notices.endedEarly(first, "/music", EIO, 0);
+    notices.stalled("/music");
+    notices.notSaved("/music/a.wav", {ErrorNumber::diskFull, "it is full"});
+    notices.saveIsLate("/music/a.wav");
+    notices.closed(first, "/music", "/music/a.wav");
+    EXPECT_THAT(texts(),
+                ElementsAre(testing::_, testing::_, testing::_, testing::_,
+                            "settled end of recording 1", "settled no answer from /music",
+                            "settled save of /music/a.wav", "settled late save of /music/a.wav"));
+}
+
+TEST_F(RecordingNoticesTest, TellsRecordingsApart) {
+    const RecordingNumber second = notices.newRecording();
+    notices.endedEarly(first, "/music", EIO, 0);
+    notices.endedEarly(second, "/music", EIO, 0);
+    EXPECT_EQ(texts().size(), 2U);
+}
+
+TEST_F(RecordingNoticesTest, IsMuteForThoseThatOutliveTheNotices) {
+    notices.stalled("/music");
+    notices.mute();
+    notices.answers("/music");
+    notices.passedOver("/music");
+    EXPECT_EQ(texts().size(), 1U);
+}
+
+TEST(LengthText, IsInWholeMinutesAndSeconds) {
+    EXPECT_EQ(lengthText(0), "0:00");
+    EXPECT_EQ(lengthText(44'099), "0:00");
+    EXPECT_EQ(lengthText(std::int64_t{65} * 44'100), "1:05");
+    EXPECT_EQ(lengthText(std::int64_t{405 * 60 + 43} * 44'100), "405:43");
+}
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/recording.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <fstream>
+
+#include "platform/linux/sound/recording_fixture.h"
+#include "platform/linux/sound/recording_queue.h"
+#include "support/file_content.h"
+#include "support/folder_entries.h"
+#include "support/memory_use.h"
+#include "support/recorded_wav.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+using fakes::eventually;
+using fakes::pattern;
+using test::CallJudge;
+using test::entriesIn;
+using test::expectPlainWav;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// A stop, a save and an end wait once together, and a folder after the other finds room to wait.
+static_assert(RecordingTiming{}.command < 100ms);
+static_assert(4 * RecordingTiming{}.folder <
+              std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
+
+class RecordingTest : public RecordingFixture {};
+
+TEST_F(RecordingTest, SavesEveryFrameThatTheCardHandedOver) {
+    const auto recording = begin();
+    std::int64_t handed = 0;
+    for (int block = 0; block < 700; ++block) { // seven seconds, in uneven blocks
+        const std::size_t count = block % 2 == 0 ? 441 : 440;
+        recording->sink()->record(pattern(handed, count));
+        handed += static_cast<std::int64_t>(count);
+        ASSERT_EQ(recording->bytes(), handed * 4);
+        if (block % 100 == 0) {
+            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+        }
+    }
+    EXPECT_EQ(test::visibleEntriesIn(folder.path()), 0);
+    ASSERT_TRUE(recording->save(target).ok());
+    EXPECT_EQ(recording->bytes(), handed * 4);
+    expectPlainWav(target, pattern(0, static_cast<std::size_t>(handed)));
+    EXPECT_THAT(shown.texts(), IsEmpty());
+}
+
+TEST_F(RecordingTest, CountsTheBytesOfOneChannelInMono) {
+    const auto begun = Recording::begin(Channels::mono, {folder.path()}, context);
+    ASSERT_TRUE(begun.ok());
+    begun.value()->sink()->record(pattern(0, 100));
+    EXPECT_EQ(begun.value()->bytes(), 200);
+    ASSERT_TRUE(begun.value()->save(target).ok());
+    EXPECT_EQ(fs::file_size(target), 244U);
+}
+
+TEST_F(RecordingTest, TakesTheFirstFolderThatWill) {
+    const auto recording =
+        begin({folder / "missing", fs::path("/proc"), folder.path()}, patientTiming);
+    recording->sink()->record(pattern(0, 10));
+    EXPECT_TRUE(recording->save(target).ok());
+    expectPlainWav(target, pattern(0, 10));
+    EXPECT_THAT(shown.texts(), IsEmpty());
+}
+
+TEST_F(RecordingTest, FailsAndSaysSoWhereNoFolderWill) {
+    for (const std::vector<fs::path>& folders :
+         {std::vector<fs::path>{fs::path("/proc"), folder / "missing"}, std::vector<fs::path>{}}) {
+        const auto begun = Recording::begin(Channels::stereo, folders, context);
+        ASSERT_FALSE(begun.ok());
+        EXPECT_EQ(begun.error().number, ErrorNumber::pathNotFound);
+    }
+    ASSERT_EQ(shown.texts().size(), 1U) << "for as long as none will";
+    EXPECT_THAT(shown.texts()[0], HasSubstr("Nothing is recorded: "));
+    EXPECT_THAT(shown.texts()[0], HasSubstr("missing"));
+    begin();
+    EXPECT_EQ(shown.texts().size(), 2U) << "it is settled";
+}
+
+TEST_F(RecordingTest, LeavesNothingBehindUnlessItIsSaved) {
+    for (const std::size_t frames : {0U, 100U, 100'000U}) {
+        begin()->sink()->record(pattern(0, frames));
+        EXPECT_EQ(entriesIn(folder.path()), 0);
+    }
+    EXPECT_THAT(shown.texts(), IsEmpty());
+}
+
+TEST_F(RecordingTest, LeavesItsSinkToTheCardWhichThenKeepsNothing) {
+    const std::shared_ptr<RecordingSink> sink = begin()->sink();
+    sink->record(pattern(0, 1000));
+    EXPECT_GT(sink->room(), 1'000'000U) << "it never holds the card";
+}
+
+TEST_F(RecordingTest, CanBeSavedAgainAndTakesNoMore) {
+    const auto recording = begin();
+    recording->sink()->record(pattern(0, 10));
+    EXPECT_FALSE(recording->save(folder / "missing" / "1234-3.wav").ok());
+    EXPECT_FALSE(recording->save(folder / "missing" / "1234-3.wav").ok());
+    recording->sink()->record(pattern(10, 10));
+    EXPECT_EQ(recording->bytes(), 40);
+    EXPECT_TRUE(recording->save(target).ok());
+    EXPECT_TRUE(recording->save(folder / "second.wav").ok());
+    expectPlainWav(target, pattern(0, 10));
+    expectPlainWav(folder / "second.wav", pattern(0, 10));
+    EXPECT_THAT(shown.texts(),
+                ElementsAre(testing::AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("was not saved"),
+                                           HasSubstr("missing\" does not exist"))));
+}
+
+TEST_F(RecordingTest, KeepsWhatReachedAFullDiskAndSaysSoAtOnceAndAtTheSave) {
+    std::atomic<bool> full = false;
+    judged(
+        [&](const seccomp_data& call) {
+            return full && isSamples(call) ? ENOSPC : CallJudge::letThrough;
+        },
+        [&](CallJudge&) {
+            const auto recording = begin();
+            recording->sink()->record(pattern(0, 88'200));
+            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            // It is written when the next batch is asked for; that all of it was is seen below.
+            full = true;
+            recording->sink()->record(pattern(88'200, 88'200));
+            ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
+            const std::int64_t kept = recording->bytes() / 4;
+            EXPECT_GT(recording->sink()->room(), 1'000'000U) << "a full disk holds nobody up";
+            recording->sink()->record(pattern(0, 1000));
+            EXPECT_EQ(recording->bytes(), kept * 4);
+            EXPECT_TRUE(recording->save(target).ok());
+            expectPlainWav(target, pattern(0, static_cast<std::size_t>(kept)));
+        });
+    const std::string place = "\"" + folder.path().string() + "\"";
+    ASSERT_EQ(shown.texts().size(), 2U);
+    EXPECT_THAT(shown.texts()[0],
+                testing::AllOf(HasSubstr(place), HasSubstr("no space is left; 0:0"),
+                               HasSubstr("are kept")));
+    EXPECT_THAT(shown.texts()[1],
+                testing::AllOf(HasSubstr("settled"), HasSubstr("\"1234-3.wav\" in " + place),
+                               HasSubstr("no space is left; 0:0"), HasSubstr("are kept")));
+}
+
+TEST_F(RecordingTest, CountsWhatIsKeptWhereTheSaveFindsOutThatTheDiskLostSome) {
+    std::atomic<bool> loses = false;
+    judged(
+        [&](const seccomp_data& call) {
+            return loses && call.nr == SYS_fdatasync && loses.exchange(false)
+                       ? EIO
+                       : CallJudge::letThrough;
+        },
+        [&](CallJudge&) {
+            const auto recording = begin();
+            for (std::int64_t second = 0; second < 7; ++second) {
+                recording->sink()->record(pattern(second * 44'100, 44'100));
+                // The write of what was taken may be going on; that of the second before is done.
+                ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            }
+            loses = true;
+            EXPECT_TRUE(recording->save(target).ok());
+            const auto kept = static_cast<std::size_t>(recording->bytes() / 4);
+            EXPECT_GE(kept, 5U * 44'100);
+            EXPECT_LT(kept, 6U * 44'100);
+            expectPlainWav(target, pattern(0, kept));
+        });
+    EXPECT_THAT(shown.texts(),
+                ElementsAre(testing::AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("0:05 are kept"),
+                                           HasSubstr("Input/output error"))));
+}
+
+TEST_F(RecordingTest, SaysNothingOfAFailureThatNobodyWantsToKnowAnyMore) {
+    judged(
+        [&](const seccomp_data& call) {
+            return isSamples(call) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            auto recording = begin(briefTiming);
+            recording->sink()->record(pattern(0, 30'000));
+            ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+            recording.reset();
+            judge.release(EIO);
+        });
+    EXPECT_THAT(shown.texts(), IsEmpty());
+    EXPECT_EQ(entriesIn(folder.path()), 0);
+}
+
+TEST_F(RecordingTest, NeedsNoMoreMemoryTheLongerItGets) {
+    const auto recording = begin();
+    const auto block = pattern(0, blockFrames);
+    const auto recordSeconds = [&](int seconds) {
+        for (int i = 0; i < seconds * 100; ++i) {
+            recording->sink()->record(block);
+            if (i % 40 == 0) { // as in real time, the disk is not far behind
+                ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            }
+        }
+    };
+    recordSeconds(1);
+    const std::int64_t before = test::memoryInKibibytes();
+    recordSeconds(600);
+    EXPECT_GT(recording->bytes(), 100'000'000);
+    EXPECT_LT(test::memoryInKibibytes() - before, 1024)
+        << "of more than 100,000 that were recorded, and of 1,700 that could wait";
+}
+
+} // namespace
+} // namespace sonarith::sound

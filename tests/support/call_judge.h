@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Stands between a step and the kernel: chosen system calls come before a function of the test,
+// which lets each through, has it fail, or holds it as a device does that hangs. Other threads of
+// the process are not touched, and nothing has to be undone.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <future>
+#include <thread>
+#include <vector>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace sonarith::test {
+
+class CallJudge {
+  public:
+    /// What becomes of a call: `letThrough`, `hold` until `release`, or an errno that it fails
+    /// with.
+    static constexpr int letThrough = 0;
+    static constexpr int hold = -1;
+    /// On a thread of its own, for one call after the other. The sanitizers call `write`, too.
+    using Verdict = std::function<int(const seccomp_data& call)>;
+
+    /// Runs `body` on a thread of its own; its calls of those numbers (SYS_...), and the calls of
+    /// all threads that it starts, are judged. Returns when the last of these threads has ended;
+    /// what is still held when `body` returns is released. False if the kernel has no such filters.
+    [[nodiscard]] static bool run(const std::vector<std::uint32_t>& numbers, Verdict verdict,
+                                  const std::function<void(CallJudge&)>& body) {
+        CallJudge judge(std::move(verdict));
+        std::promise<int> listener;
+        std::thread bench(
+            [&, opened = listener.get_future()]() mutable { judge.sit(opened.get()); });
+        bool judged = false;
+        std::thread accused([&] {
+            const int opened = install(numbers);
+            listener.set_value(opened);
+            judged = opened >= 0;
+            if (judged) {
+                body(judge);
+            }
+            if (!judge.released_) {
+                judge.release();
+            }
+        });
+        accused.join();
+        bench.join();
+        return judged;
+    }
+
+    /// The device has come back: every call is let through from now on. Those that are held get
+    /// through, too, or fail with `error` (an errno value).
+    void release(int error = letThrough) {
+        heldVerdict_ = error;
+        released_ = true;
+    }
+    /// How many calls are held now.
+    [[nodiscard]] int held() const { return held_; }
+
+  private:
+    explicit CallJudge(Verdict verdict) : verdict_(std::move(verdict)) {}
+
+    /// The descriptor on which the calls arrive, or -1.
+    static int install(const std::vector<std::uint32_t>& numbers) {
+        std::vector<sock_filter> steps{
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+        for (const std::uint32_t number : numbers) {
+            steps.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1));
+            steps.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_USER_NOTIF));
+        }
+        steps.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+        const sock_fprog program{static_cast<unsigned short>(steps.size()), steps.data()};
+        if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {
+            return -1;
+        }
+        return static_cast<int>(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER,
+                                          SECCOMP_FILTER_FLAG_NEW_LISTENER, &program));
+    }
+
+    void sit(int listener) {
+        if (listener < 0) {
+            return;
+        }
+        std::vector<std::uint64_t> heldCalls;
+        // Looks up from time to time: `release` must make no call that could be judged itself.
+        constexpr int lookUpMilliseconds = 2;
+        for (pollfd calls{listener, POLLIN, 0};;) {
+            calls.revents = 0;
+            ::poll(&calls, 1, lookUpMilliseconds);
+            if ((calls.revents & POLLIN) != 0) {
+                seccomp_notif call{};
+                if (::ioctl(listener, SECCOMP_IOCTL_NOTIF_RECV, &call) == 0) {
+                    const int verdict = released_ ? letThrough : verdict_(call.data);
+                    if (verdict == hold) {
+                        heldCalls.push_back(call.id);
+                        ++held_;
+                    } else {
+                        answer(listener, call.id, verdict);
+                    }
+                }
+            }
+            if (released_) {
+                for (const std::uint64_t id : heldCalls) {
+                    answer(listener, id, heldVerdict_);
+                    --held_;
+                }
+                heldCalls.clear();
+            }
+            if ((calls.revents & POLLHUP) != 0) { // nobody is left
+                ::close(listener);
+                return;
+            }
+        }
+    }
+
+    static void answer(int listener, std::uint64_t id, int verdict) {
+        seccomp_notif_resp response{};
+        response.id = id;
+        response.error = -verdict;
+        response.flags = verdict == letThrough ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
+        ::ioctl(listener, SECCOMP_IOCTL_NOTIF_SEND, &response);
+    }
+
+    Verdict verdict_;
+    std::atomic<bool> released_ = false;
+    std::atomic<int> heldVerdict_ = letThrough;
+    std::atomic<int> held_ = 0;
+};
+
+} // namespace sonarith::test
