@@ -195,6 +195,34 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                                               }}),
                          [](const auto& hang) { return hang.param.name; });
 
+TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheEndAfterIt) {
+    judged(
+        [](const seccomp_data& call) {
+            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            // So long that a load cannot make one wait look like two.
+            auto recording = begin({2s, 1h, 1h});
+            recording->sink()->record(pattern(0, 100));
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_FALSE(recording->save(target).ok());
+            recording.reset();
+            EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
+            judge.release();
+            EXPECT_TRUE(noSaveIsPending());
+        });
+    judged([](const seccomp_data& call) { return isSamples(call) ? CallJudge::hold : 0; },
+           [&](CallJudge&) {
+               auto recording = begin({2s, 1h, 1h});
+               recording->sink()->record(pattern(0, 100));
+               const auto start = std::chrono::steady_clock::now();
+               EXPECT_FALSE(recording->save(target).ok());
+               EXPECT_FALSE(recording->save(folder / "other.wav").ok());
+               recording.reset();
+               EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
+           });
+}
+
 TEST_F(HangingDiskTest, IsPassedOverForTheNextFolderAndNothingIsLost) {
     const fakes::TempFolder other;
     judged(
