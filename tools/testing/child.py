@@ -1,0 +1,24 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Child processes that do not outlive the script that started them."""
+
+import ctypes
+import os
+import signal
+
+_PR_SET_PDEATHSIG = 1
+_libc = ctypes.CDLL(None)
+
+
+def ends_with_parent():
+    """For `preexec_fn`: the child gets SIGTERM when its parent ends, killed or not."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM, 0, 0, 0)
+
+
+def ends_with_parent_at_idle_priority():
+    """As above, for work that is to use only the time that nothing else wants."""
+    ends_with_parent()
+    os.nice(19)
+    try:
+        os.sched_setscheduler(0, os.SCHED_IDLE, os.sched_param(0))
+    except OSError:
+        pass  # some containers forbid it; the nice value remains

@@ -1,0 +1,73 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+CACHED = 77
+
+
+class Remembered(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.input = self.folder / "program"
+        self.input.write_text("one")
+        self.runs = self.folder / "runs"
+
+    def run_command(self, shell, inputs=None):
+        command = ["sh", "-c", f"echo run >> {self.runs}; {shell}"]
+        done = subprocess.run(
+            [sys.executable, HERE / "remembered.py", "--verdicts", self.folder / "verdicts",
+             "--name", "it", "--inputs", *(inputs or [self.input]), "--", *command], check=False,
+            capture_output=True)
+        return done.returncode
+
+    def times_run(self):
+        return len(self.runs.read_text().splitlines())
+
+    def test_a_pass_is_not_repeated(self):
+        self.assertEqual(self.run_command("true"), 0)
+        self.assertEqual(self.run_command("true"), CACHED)
+        self.assertEqual(self.times_run(), 1)
+
+    def test_a_failure_is_run_again(self):
+        self.assertEqual(self.run_command("exit 3"), 3)
+        self.assertEqual(self.run_command("exit 3"), 3)
+        self.assertEqual(self.times_run(), 2)
+
+    def test_another_command_has_another_verdict(self):
+        self.run_command("true")
+        self.assertEqual(self.run_command("true "), 0)
+
+    def test_a_changed_input_forgets_and_the_old_content_is_still_known(self):
+        self.run_command("true")
+        self.input.write_text("two")
+        self.assertEqual(self.run_command("true"), 0)
+        self.input.write_text("one")
+        self.assertEqual(self.run_command("true"), CACHED)
+
+    def test_an_input_that_changes_during_the_run_is_not_remembered(self):
+        shell = f"echo three > {self.input}"
+        self.assertEqual(self.run_command(shell), 0)
+        self.input.write_text("one")
+        self.assertEqual(self.run_command(shell), 0)
+
+    def test_a_missing_input_is_not_remembered(self):
+        missing = [self.input, self.folder / "missing"]
+        self.assertEqual(self.run_command("true", missing), 0)
+        self.assertEqual(self.run_command("true", missing), 0)
+
+    def test_a_command_cannot_claim_to_be_cached(self):
+        self.assertEqual(self.run_command(f"exit {CACHED}"), 1)
+
+    def test_a_command_that_a_signal_ends_has_failed(self):
+        self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
+        self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
+
+
+if __name__ == "__main__":
+    unittest.main()

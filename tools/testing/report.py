@@ -1,0 +1,66 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What became of the tests of one CTest run, read from its JUnit file."""
+
+import dataclasses
+import re
+import xml.etree.ElementTree as ElementTree
+
+SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
+# What unit_program.py and tidy.py print of the tests and sources that they stand for.
+TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed", re.MULTILINE)
+SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)
+MOST_LINES = 40  # of a failed test's output, from its end
+# What XML cannot hold, and a program may print.
+NO_XML = re.compile(r"[\x00-\x08\x0b\x0c\x0e-\x1f]")
+
+
+@dataclasses.dataclass
+class Report:
+    passed: int = 0
+    cached: int = 0
+    failed: dict = dataclasses.field(default_factory=dict)  # name: the last lines of its output
+    programs: int = 0  # of unit tests
+    tests_of_programs: int = 0  # that passed
+    sources: tuple = ()  # of lint: all, and those whose verdict was known
+
+    @property
+    def total(self):
+        return self.passed + self.cached + len(self.failed)
+
+    def note(self):
+        """In a few words."""
+        parts = [f"{self.total} tests" if self.total != 1 else "1 test"]
+        if self.programs:
+            parts.append(f"{self.tests_of_programs} in {self.programs} programs of unit tests")
+        if self.sources:
+            parts.append("{1} of {0} sources cached".format(*self.sources))
+        if self.cached:
+            parts.append(f"{self.cached} of {self.total} cached")
+        if self.failed:
+            parts.append(f"{len(self.failed)} of {self.total} FAILED")
+        return ", ".join(parts)
+
+
+def read(path):
+    """The report of a JUnit file. None if there is none, or none that is whole."""
+    try:
+        with open(path, encoding="utf-8", errors="replace") as file:
+            root = ElementTree.fromstring(NO_XML.sub("?", file.read()))
+    except (OSError, ElementTree.ParseError):
+        return None
+    report = Report()
+    for case in root.iter("testcase"):
+        output = case.findtext("system-out") or ""
+        skipped = case.find("skipped")
+        if case.get("status") == "run":
+            report.passed += 1
+            if match := TESTS_OF_A_PROGRAM.search(output):
+                report.programs += 1
+                report.tests_of_programs += int(match[1])
+            elif match := SOURCES.search(output):
+                report.sources = (int(match[1]), int(match[2]))
+        elif skipped is not None and skipped.get("message") == SKIPPED_AS_CACHED:
+            report.cached += 1
+        else:
+            report.failed[case.get("name")] = output.rstrip().splitlines()[-MOST_LINES:]
+    return report

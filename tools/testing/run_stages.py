@@ -1,0 +1,285 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Runs the stages of ./test, all or those that are named, and sums up at the end what passed, what
+failed, what was cached and what was not run. Exits with 0, 1 for failures, or 2 for words that name
+nothing."""
+
+import atexit
+import collections
+import dataclasses
+import os
+import pathlib
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+import child
+import report
+from stages import STAGES, UnknownName
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
+MOST_LINES_OF_A_BUILD = 40
+
+
+@dataclasses.dataclass
+class Step:
+    """How one step of a stage ended."""
+    title: str
+    outcome: str  # passed, cached, FAILED or not run
+    seconds: float = 0
+    cpu_seconds: float = 0
+    note: str = ""
+
+
+class Clock:
+    """Time since its start: of the wall, and of the processors by child processes that ended."""
+
+    def __init__(self):
+        self._began = time.monotonic()
+        self._cpu_began = self._cpu()
+
+    @staticmethod
+    def _cpu():
+        used = resource.getrusage(resource.RUSAGE_CHILDREN)
+        return used.ru_utime + used.ru_stime
+
+    def read(self):
+        return time.monotonic() - self._began, self._cpu() - self._cpu_began
+
+
+def usage():
+    width = max(len(stage.name) for stage in STAGES)
+    lines = ["./test                         everything",
+             "./test STAGE [NAME...] ...     these stages; with names, only so much of a stage",
+             "", "Stages:"]
+    lines += [f"  {stage.name:{width}}  {stage.about}" for stage in STAGES]
+    lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e), targets",
+              "(fuzz) and checks (lint). A program that passed is run again only if it has changed,",
+              "and then counts as cached; a stage that is named always runs."]
+    return "\n".join(lines)
+
+
+def parse(words):
+    """The words after each stage's name, by stage; for no words, all stages without any."""
+    by_name = {stage.name: stage for stage in STAGES}
+    if not words:
+        return {stage: [] for stage in STAGES}
+    if words[0] not in by_name:
+        raise UnknownName(f"there is no stage {words[0]!r}\n\n{usage()}")
+    asked = {}
+    for word in words:
+        if word in by_name:
+            current = asked.setdefault(by_name[word], [])
+        else:
+            current.append(word)
+    return {stage: asked[stage] for stage in STAGES if stage in asked}
+
+
+def relay(command):
+    """Runs a command and shows its output; returns its exit code and the lines at its end, from
+    the first error on where there is one."""
+    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT, text=True, errors="replace")
+    last, errors = collections.deque(maxlen=MOST_LINES_OF_A_BUILD), []
+    for line in process.stdout:
+        print(line, end="", flush=True)
+        last.append(line.rstrip())
+        is_error = line.startswith("FAILED: ") or "error:" in line
+        if (errors or is_error) and len(errors) < MOST_LINES_OF_A_BUILD:
+            errors.append(line.rstrip())
+    return process.wait(), errors or list(last)
+
+
+class Run:
+    """The steps of the stages that were asked for, and how they ended."""
+
+    def __init__(self, asked, whole):
+        """`asked`: names by stage, empty for all; `whole`: ./test without arguments."""
+        self._asked = asked
+        self._whole = whole
+        self._configured = set()
+        self._background = {}
+        self.steps = []
+        self.failures = []
+
+    def go(self):
+        beside = [stage for stage in self._asked if stage.in_background and len(self._asked) > 1]
+        for stage in beside:
+            self._start_in_background(stage)
+        for stage in self._asked:
+            if stage not in beside:
+                self._run(stage)
+        for stage in self._background:
+            self._join(stage)
+
+    # One stage.
+
+    def configure(self, stage):
+        """Makes the stage's build folder ready; False if that failed."""
+        if stage.preset in self._configured:
+            return True
+        done = subprocess.run(stage.configure_command(), check=False, stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True, errors="replace")
+        if done.returncode == 0:
+            self._configured.add(stage.preset)
+            return True
+        print(done.stdout, flush=True)
+        self._failed(f"{stage.name}: configure", done.stdout.splitlines()[-MOST_LINES_OF_A_BUILD:])
+        self._skip(stage, "it could not be configured")
+        return False
+
+    def _run(self, stage):
+        names = self._asked[stage]
+        if not self.configure(stage):
+            return
+        build = stage.build_command(names)
+        if build:
+            title, clock = f"{stage.name}: build", Clock()
+            print(f"\n== {title}", flush=True)
+            code, lines = relay(build)
+            if code != 0:
+                self._failed(title, lines, clock.read())
+                self._skip(stage, "its build failed")
+                return
+            self.steps.append(Step(title, "passed", *clock.read()))
+        command, junit = self._prepare_tests(stage)
+        clock = Clock()
+        print(f"\n== {stage.name}: tests", flush=True)
+        code = subprocess.run(command, stdin=subprocess.DEVNULL, check=False).returncode
+        self._judge(stage, code, junit, clock.read())
+
+    def _prepare_tests(self, stage):
+        """The command, and the file of what will become of the tests."""
+        junit = stage.folder / f"report-{stage.name}.xml"
+        junit.unlink(missing_ok=True)
+        if not self._whole and not stage.judges_texts:
+            self._forget_verdicts(stage)
+        return stage.test_command(self._asked[stage], junit), junit
+
+    def _forget_verdicts(self, stage):
+        """What was asked for by name is run, whether it passed before or not."""
+        names = self._asked[stage] or stage.default_names or stage.names()
+        for name in names:
+            test = f"{name}.tests" if stage.by_module else f"{stage.name}.{name}"
+            shutil.rmtree(stage.folder / "verdicts" / test, ignore_errors=True)
+
+    def _judge(self, stage, code, junit, times):
+        """`times`: seconds of the wall and of the processors."""
+        title = f"{stage.name}: tests"
+        found = report.read(junit)
+        if found is None:
+            self._failed(title, [f"ctest ended with {code} and left no report"], times)
+            return
+        if found.failed or code != 0:
+            self._failed(title, [], times, found.note())
+            for test, lines in found.failed.items():
+                self.failures.append((test, lines))
+            return
+        outcome = "cached" if found.cached == found.total else "passed"
+        self.steps.append(Step(title, outcome, *times, found.note()))
+
+    def _failed(self, title, lines, times=(0, 0), note=""):
+        self.steps.append(Step(title, "FAILED", *times, note))
+        if lines:
+            self.failures.append((title, lines))
+
+    def _skip(self, stage, why):
+        self.steps.append(Step(f"{stage.name}: tests", "not run", note=why))
+
+    # Beside the others.
+
+    def _start_in_background(self, stage):
+        if not self.configure(stage):
+            return
+        command, junit = self._prepare_tests(stage)
+        log = stage.folder / f"output-{stage.name}.txt"
+        with open(log, "wb") as output:
+            process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output,
+                                       stderr=subprocess.STDOUT, start_new_session=True,
+                                       preexec_fn=child.ends_with_parent_at_idle_priority)
+        atexit.register(end_group, process)
+        self._background[stage] = (process, junit, log, time.time())
+        print(f"== {stage.name}: tests, beside what follows", flush=True)
+
+    def _join(self, stage):
+        process, junit, log, began = self._background[stage]
+        print(f"\n== {stage.name}: tests", flush=True)
+        clock = Clock()
+        code = process.wait()
+        _, cpu_seconds = clock.read()
+        print(log.read_text(encoding="utf-8", errors="replace"), end="", flush=True)
+        # It may have ended long before.
+        ended = junit.stat().st_mtime if junit.exists() else time.time()
+        self._judge(stage, code, junit, (ended - began, cpu_seconds))
+
+    # The end.
+
+    def not_run(self):
+        """What was not asked for, in words; empty for nothing."""
+        left = [stage.name for stage in STAGES if stage not in self._asked]
+        left += [f"{stage.name} but for {' '.join(names)}"
+                 for stage, names in self._asked.items() if names]
+        return ", ".join(left)
+
+    def sum_up(self):
+        """Prints the summary, and below it what failed; returns the exit code."""
+        print("\nSummary")
+        for step in self.steps:
+            times = f"{step.seconds:6.0f} s {step.cpu_seconds:6.0f} s CPU"
+            print(f"  {step.outcome:8}{step.title:16}{times}  {step.note}".rstrip())
+        if self.not_run():
+            print(f"Not run: {self.not_run()}")
+        failed = [step for step in self.steps if step.outcome == "FAILED"]
+        if not failed:
+            print(f"All {len(self.steps)} steps passed.")
+            return 0
+        for what, lines in self.failures:
+            print(f"\n-- {what}", *lines, sep="\n")
+        print(f"\n{len(failed)} of {len(self.steps)} steps failed:",
+              ", ".join(what for what, _ in self.failures) or failed[0].title)
+        return 1
+
+
+def end_group(process):
+    if process.poll() is None:
+        os.killpg(process.pid, signal.SIGTERM)
+
+
+def resolved(asked, run):
+    """Names for the words after each stage; None if a build folder could not be configured."""
+    names = {}
+    for stage, words in asked.items():
+        names[stage] = []
+        if words and not run.configure(stage):
+            return None
+        for word in words:
+            names[stage] += [name for name in stage.names_of(word) if name not in names[stage]]
+    return names
+
+
+def main():
+    os.chdir(REPOSITORY)
+    # So that what runs in the background ends, too.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
+    words = sys.argv[1:]
+    if set(words) & {"-h", "--help", "help"}:
+        print(usage())
+        return 0
+    try:
+        asked = parse(words)
+        run = Run(asked, whole=not words)
+        names = resolved(asked, run)
+    except UnknownName as unknown:
+        print(unknown, file=sys.stderr)
+        return 2
+    if names is not None:
+        asked.update(names)
+        run.go()
+    return run.sum_up()
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,129 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What ./test consists of: for each stage a build folder, what is built in it, and which of its
+CTest tests belong to the stage. To add a stage, add it to STAGES; what is no test program can be a
+CTest test all the same (`add_test` with a script)."""
+
+import dataclasses
+import json
+import os
+import pathlib
+import re
+import subprocess
+
+PROCESSORS = os.cpu_count() or 1
+
+
+class UnknownName(Exception):
+    """A word that names nothing in a stage; says which names there are."""
+
+
+@dataclasses.dataclass(frozen=True)
+class Stage:
+    name: str
+    about: str
+    preset: str  # of CMakePresets.json; the build folder is build/PRESET
+    # Targets for the whole stage and for a chosen name; () and None where nothing is built.
+    targets: tuple = ()
+    target_of_name: str | None = None
+    # CTest options that select the whole stage in its build folder.
+    selection: tuple = ()
+    # The names to choose from: modules and folders below src/, whose tests are MODULE.*, or the
+    # scripts, targets and checks after the dot in STAGE.NAME.
+    by_module: bool = False
+    # What the whole stage takes, if not all names.
+    default_names: tuple = ()
+    jobs: int = PROCESSORS  # tests at a time
+    # Runs beside the other stages, at idle priority.
+    in_background: bool = False
+    # Its tests judge texts, so the same text has the same verdict: a pass is not repeated even where
+    # the stage is named.
+    judges_texts: bool = False
+    # Compile eight files of a module at once: most of the time goes into headers that they share.
+    unity: bool = True
+
+    @property
+    def folder(self):
+        return pathlib.Path("build") / self.preset
+
+    def configure_command(self):
+        unity = "ON" if self.unity else "OFF"
+        return ["cmake", "--preset", self.preset, f"-DCMAKE_UNITY_BUILD={unity}",
+                "-DCMAKE_UNITY_BUILD_BATCH_SIZE=8"]
+
+    def build_command(self, names):
+        """None if there is nothing to build."""
+        chosen = names or self.default_names
+        targets = self.targets
+        if chosen and self.target_of_name:
+            targets = [self.target_of_name.format(name) for name in chosen]
+        if not targets:
+            return None
+        return ["cmake", "--build", "--preset", self.preset, "--parallel", str(PROCESSORS),
+                "--target", *targets]
+
+    def test_command(self, names, junit):
+        return ["ctest", "--test-dir", str(self.folder), "-j", str(self.jobs), "--no-tests=error",
+                "--output-on-failure", "--no-label-summary", "--test-output-truncation", "middle",
+                "--output-junit", str(junit.absolute()),
+                *self._selection_of(names or self.default_names)]
+
+    def _selection_of(self, names):
+        if not names:
+            return self.selection
+        one_of = "|".join(map(re.escape, names))
+        return ["-R", rf"^({one_of})\." if self.by_module else rf"^{self.name}\.({one_of})$"]
+
+    def names(self):
+        """The names to choose from in a configured build folder, each with its folders."""
+        listed = subprocess.run(["ctest", "--test-dir", str(self.folder), "--show-only=json-v1"],
+                                check=True, capture_output=True, text=True).stdout
+        found = {}
+        for test in json.loads(listed[listed.index("{"):])["tests"]:
+            first, _, second = test["name"].partition(".")
+            if self.by_module and second == "tests":
+                labels = [entry["value"] for entry in test["properties"]
+                          if entry["name"] == "LABELS"]
+                found[first] = [label for label in sum(labels, []) if label != "unit"]
+            elif not self.by_module and first == self.name:
+                found[second] = []
+        return found
+
+    def names_of(self, word):
+        """The names that a word of the command line stands for: a name, a folder or a file."""
+        there = self.names()
+        if word in there:
+            return [word]
+        path = word.removeprefix("./").removeprefix("src/").rstrip("/")
+        if self.by_module:
+            if pathlib.PurePath(path).suffix:
+                path = str(pathlib.PurePath(path).parent)
+            found = [name for name, folders in there.items()
+                     if any(f"{folder}/".startswith(f"{path}/") for folder in folders)]
+        else:
+            stem = pathlib.PurePath(path).stem
+            found = [stem.removeprefix("test_").removesuffix(f"_{self.name}")]
+        if not found or any(name not in there for name in found):
+            raise UnknownName(f"{self.name} knows no {word!r}, but: {' '.join(sorted(there))}")
+        return found
+
+
+# In the order in which they run.
+STAGES = (
+    Stage("lint", "format, clang-tidy, the include check, and the tests of the scripts for tests",
+          preset="lint", jobs=1, in_background=True, judges_texts=True,
+          unity=False),
+    Stage("tsan", "drives, sound card, interpreter and MP3 under the thread sanitizer",
+          preset="tsan", by_module=True, target_of_name="{}_test",
+          default_names=("sound", "disc", "mci", "mp3")),
+    Stage("core", "the logic alone, without Qt and devices: it builds, and its tests pass",
+          preset="core", by_module=True, targets=("all",), target_of_name="{}_test"),
+    Stage("fuzz", "a short run of each fuzz target",
+          preset="fuzz", targets=("fuzzers",), target_of_name="{}_fuzz", selection=("-L", "^fuzz$")),
+    Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
+          preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
+          selection=("-LE", "^e2e$")),
+    # They sleep more than they work, and look at what is seen for half a second only.
+    Stage("e2e", "the real program in a real window",
+          preset="asan", targets=("sonarith", "drag_source"), selection=("-L", "^e2e$"),
+          jobs=PROCESSORS + 1),
+)

@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Runs all tests of a GoogleTest program in one process, and shows only what failed.
+
+    unit_program.py PROGRAM [--exclude FILTER] [--hangs-after SECONDS]
+
+One process for each test would cost more than the tests do. A test that crashes, hangs or ends the
+process takes down no other one: it counts as failed, and the program runs again for those that have
+not had their turn.
+"""
+
+import argparse
+import collections
+import dataclasses
+import os
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+import child
+
+RUN = re.compile(r"\[ RUN      \] (\S+)")
+OK = re.compile(r"\[       OK \] (\S+) \(")
+SKIPPED = re.compile(r"\[  SKIPPED \] (\S+) \(")
+FAILED = re.compile(r"\[  FAILED  \] (\S+?)(?:, where | \()")
+END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) ran\.")
+
+# A program whose every test crashes is not run once for each.
+MOST_RUNS = 10
+# After the end of the program, for processes that it left behind and that hold its output open.
+SECONDS_FOR_ORPHANS = 2
+LINES_OUTSIDE_TESTS = 60
+
+
+@dataclasses.dataclass
+class Outcome:
+    """What is known after some runs of the program."""
+    passed: int = 0
+    skipped: list = dataclasses.field(default_factory=list)
+    failed: dict = dataclasses.field(default_factory=dict)  # name: lines
+    started: list = dataclasses.field(default_factory=list)
+
+
+class Watchdog:
+    """Kills a process group whose current test has been running for too long, or that outlived
+    its leader."""
+
+    def __init__(self, process, hangs_after):
+        self.fired = False
+        self._process = process
+        self._hangs_after = hangs_after
+        self._deadline = time.monotonic() + hangs_after
+        self._stop = threading.Event()
+        self._thread = threading.Thread(target=self._watch, daemon=True)
+        self._thread.start()
+
+    def restart(self):
+        self._deadline = time.monotonic() + self._hangs_after
+
+    def stop(self):
+        self._stop.set()
+        self._thread.join()
+
+    def _watch(self):
+        while not self._stop.wait(0.2):
+            if self._process.poll() is not None:
+                if not self._stop.wait(SECONDS_FOR_ORPHANS):
+                    self._kill()
+                return
+            if time.monotonic() > self._deadline:
+                self.fired = True
+                self._kill()
+                return
+
+    def _kill(self):
+        try:
+            os.killpg(self._process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+
+def explain(process, watchdog, hangs_after):
+    if watchdog.fired:
+        return f"hung: no end after {hangs_after:g} s"
+    code = process.returncode
+    if code < 0:
+        return f"ended the process: {signal.Signals(-code).name}"
+    return f"ended the process with exit code {code}"
+
+
+def run_once(program, filter_text, hangs_after, outcome):
+    """Runs the tests that the filter names. Returns True if the program came to its end, whatever
+    the tests' results; where it did not, the test that ran is among the failed ones."""
+    current, came_to_end = None, False
+    lines, outside = [], collections.deque(maxlen=LINES_OUTSIDE_TESTS)
+    failed_before = len(outcome.failed)
+    with tempfile.NamedTemporaryFile("w", suffix=".flags") as flags:
+        flags.write(f"--gtest_filter={filter_text}\n--gtest_color=no\n")
+        flags.flush()
+        process = subprocess.Popen(
+            [program, f"--gtest_flagfile={flags.name}"], stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+            start_new_session=True, preexec_fn=child.ends_with_parent)
+        watchdog = Watchdog(process, hangs_after)
+        for line in process.stdout:
+            if match := RUN.search(line):
+                current, lines = match[1], []
+                outcome.started.append(current)
+                watchdog.restart()
+            elif match := END.search(line):
+                came_to_end, current = True, None
+            elif (match := OK.search(line)) and match[1] == current:
+                outcome.passed += 1
+                current = None
+            elif (match := SKIPPED.search(line)) and match[1] == current:
+                outcome.skipped.append(current)
+                current = None
+            elif (match := FAILED.search(line)) and match[1] == current:
+                outcome.failed[current] = lines
+                current = None
+            elif current:
+                lines.append(line)
+            else:
+                outside.append(line)
+        process.wait()
+        watchdog.stop()
+    why = explain(process, watchdog, hangs_after)
+    if current:
+        outcome.failed[current] = [*lines, f"{current} {why}\n"]
+        return False
+    if not came_to_end or (process.returncode != 0 and len(outcome.failed) == failed_before):
+        outcome.failed["outside of any test"] = [*outside, f"{program} {why}\n"]
+    return True
+
+
+def run_all(program, exclude, hangs_after):
+    outcome = Outcome()
+    for _ in range(MOST_RUNS):
+        excluded = [text for text in (exclude, *outcome.started) if text]
+        filter_text = "*" + ("-" + ":".join(excluded) if excluded else "")
+        if run_once(program, filter_text, hangs_after, outcome):
+            return outcome
+    outcome.failed["the rest"] = [f"not run: {MOST_RUNS} tests have ended the program\n"]
+    return outcome
+
+
+def report(name, outcome, seconds):
+    for test, lines in outcome.failed.items():
+        print(f"---- {name}: {test}")
+        print("".join(lines), end="")
+    if outcome.skipped:
+        print(f"{len(outcome.skipped)} tests skipped themselves: {' '.join(outcome.skipped)}")
+    for test in outcome.failed:
+        print(f"FAILED  {name}: {test}")
+    print(f"{outcome.passed} tests passed, {len(outcome.failed)} failed, in {seconds:.1f} s")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("program")
+    parser.add_argument("--exclude", default="")
+    parser.add_argument("--hangs-after", type=float, default=300)
+    options = parser.parse_args()
+    began = time.monotonic()
+    outcome = run_all(options.program, options.exclude, options.hangs_after)
+    if not outcome.started:
+        outcome.failed.setdefault("any test", [f"{options.program} has no tests to run\n"])
+    report(os.path.basename(options.program), outcome, time.monotonic() - began)
+    return 1 if outcome.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,130 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Against stand-ins that print what GoogleTest prints; its real programs are run by ./test itself."""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import textwrap
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+# A program of tests A.a, A.b and A.c. What each does is Python text, in which `line` prints.
+STAND_IN = """
+#!{python}
+import os, sys, time
+flags = open(sys.argv[1].partition("=")[2]).read()
+excluded = flags.split("-", 3)[-1].split()[0].split(":") if "*-" in flags else []
+line = lambda text: print(text, flush=True)
+failed = []
+def bad(name):
+    failed.append(name)
+    line(f"[  FAILED  ] {{name}} (1 ms)")
+def good(name):
+    line(f"[       OK ] {{name}} (1 ms)")
+tests = {tests!r}
+count = 0
+for name, does in tests.items():
+    if name in excluded:
+        continue
+    count += 1
+    line(f"[ RUN      ] {{name}}")
+    exec(does)
+{at_end}
+line(f"[==========] {{count}} tests from 1 test suite ran. (1 ms total)")
+for name in failed:
+    line(f"[  FAILED  ] {{name}}")
+{after_end}
+sys.exit(1 if failed else 0)
+"""
+GOOD = "line('some output'); good(name)"
+
+
+class UnitProgram(unittest.TestCase):
+    def run_with(self, tests, *options, at_end="", after_end=""):
+        """Returns exit code and output."""
+        with tempfile.TemporaryDirectory() as folder:
+            program = pathlib.Path(folder) / "it_test"
+            program.write_text(textwrap.dedent(STAND_IN).lstrip().format(
+                python=sys.executable, tests=tests, at_end=at_end, after_end=after_end))
+            program.chmod(0o755)
+            done = subprocess.run([sys.executable, HERE / "unit_program.py", program, *options],
+                                  check=False, capture_output=True, text=True, timeout=60)
+        return done.returncode, done.stdout + done.stderr
+
+    def test_what_passes_is_counted_and_not_shown(self):
+        code, output = self.run_with({"A.a": GOOD, "A.b": GOOD})
+        self.assertEqual(code, 0)
+        self.assertRegex(output, "^2 tests passed, 0 failed")
+        self.assertNotIn("some output", output)
+
+    def test_what_fails_is_shown_and_named(self):
+        code, output = self.run_with({"A.a": GOOD, "A.b": "line('x.cpp:3: Failure'); bad(name)"})
+        self.assertEqual(code, 1)
+        self.assertIn("x.cpp:3: Failure", output)
+        self.assertIn("FAILED  it_test: A.b\n1 tests passed, 1 failed", output)
+        self.assertNotIn("some output", output)
+
+    def test_a_parameter_stands_behind_the_name(self):
+        fails = "line(f'[  FAILED  ] {name}, where GetParam() = (1, 2) (3 ms)'); failed.append(name)"
+        code, output = self.run_with({"A/B.c/0": fails})
+        self.assertEqual(code, 1)
+        self.assertIn("FAILED  it_test: A/B.c/0\n0 tests passed, 1 failed", output)
+
+    def test_a_crash_fails_one_test_and_the_others_have_their_turn(self):
+        code, output = self.run_with({"A.a": GOOD, "A.b": "line('last words'); os.abort()",
+                                      "A.c": GOOD})
+        self.assertEqual(code, 1)
+        self.assertIn("last words", output)
+        self.assertIn("A.b ended the process: SIGABRT", output)
+        self.assertIn("FAILED  it_test: A.b\n2 tests passed, 1 failed", output)
+
+    def test_an_early_exit_with_success_is_a_failure(self):
+        code, output = self.run_with({"A.a": "os._exit(0)", "A.b": GOOD})
+        self.assertEqual(code, 1)
+        self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
+
+    def test_a_hang_fails_one_test_and_the_others_have_their_turn(self):
+        code, output = self.run_with({"A.a": "time.sleep(100)", "A.b": GOOD}, "--hangs-after", "1")
+        self.assertEqual(code, 1)
+        self.assertIn("A.a hung", output)
+        self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
+
+    def test_a_report_after_the_last_test_fails_the_program(self):
+        code, output = self.run_with({"A.a": GOOD}, after_end="line('leaks'); sys.exit(23)")
+        self.assertEqual(code, 1)
+        self.assertIn("leaks", output)
+        self.assertIn("exit code 23", output)
+
+    def test_a_crash_between_tests_fails_the_program(self):
+        code, output = self.run_with({"A.a": GOOD}, at_end="os.abort()")
+        self.assertEqual(code, 1)
+        self.assertIn("SIGABRT", output)
+
+    def test_crashes_without_end_have_an_end(self):
+        code, output = self.run_with({f"A.t{n}": "os.abort()" for n in range(30)})
+        self.assertEqual(code, 1)
+        self.assertIn("10 tests have ended the program", output)
+
+    def test_a_program_without_tests_fails(self):
+        self.assertEqual(self.run_with({})[0], 1)
+
+    def test_what_is_excluded_is_not_run(self):
+        code, output = self.run_with({"A.a": GOOD, "A.b": "bad(name)"}, "--exclude=A.b")
+        self.assertEqual(code, 0)
+        self.assertIn("1 tests passed", output)
+
+    def test_a_test_that_skips_itself_is_named(self):
+        skips = "line(f'[  SKIPPED ] {name} (0 ms)')"
+        code, output = self.run_with({"A.a": GOOD, "A.b": skips})
+        self.assertEqual(code, 0)
+        self.assertIn("skipped themselves: A.b", output)
+
+    def test_a_program_that_leaves_a_process_behind_is_not_waited_for(self):
+        leaves = "os.fork() or time.sleep(1000); good(name)"
+        self.assertEqual(self.run_with({"A.a": leaves})[0], 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

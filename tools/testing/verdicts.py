@@ -1,0 +1,80 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Which checks passed for which input, kept in files of a build folder. Only a pass is kept, and
+only under a key of everything that its outcome depends on; a failure is always run again.
+
+Deleting a folder of verdicts, or the build folder around it, makes every check run anew.
+"""
+
+import functools
+import hashlib
+import json
+import os
+import pathlib
+import re
+import time
+
+# A package that is installed, upgraded or removed may change what a test finds.
+PACKAGES = pathlib.Path("/var/lib/dpkg/status")
+# Environment variables that Qt, ALSA, PulseAudio and the sanitizers read.
+READ_BY_TESTS = re.compile(r"LANG|LC_\w+|TZ|QT_\w+|XDG_\w+|ALSA_\w+|PULSE_\w+|\w*SAN_OPTIONS|"
+                           r"DISPLAY|WAYLAND_DISPLAY|HOME|PATH|USER")
+
+
+@functools.lru_cache(maxsize=None)
+def hash_of(path):
+    """The hash of a file's content; None if it cannot be read. Each file is read once a run."""
+    try:
+        with open(path, "rb") as file:
+            return hashlib.file_digest(file, "sha256").hexdigest()
+    except OSError:
+        return None
+
+
+def key_of_command(command, inputs):
+    """A key of a command, its input files, the installed packages and the
+    environment. None if an input is missing: such a command is not to be remembered."""
+    hashes = {str(path): hash_of(path) for path in inputs}
+    if None in hashes.values():
+        return None
+    environment = {name: value for name, value in os.environ.items() if READ_BY_TESTS.fullmatch(name)}
+    everything = [command, hashes, hash_of(PACKAGES), environment, os.getuid()]
+    return hashlib.sha256(json.dumps(everything, sort_keys=True).encode()).hexdigest()
+
+
+class Verdicts:
+    """The passes of one check, a file for each key, in `folder`/`name`."""
+
+    def __init__(self, folder, name):
+        self._folder = pathlib.Path(folder) / name
+
+    def passed(self, key):
+        """When a check passed with this key, and how long it took; None if no pass is known."""
+        try:
+            return json.loads((self._folder / key).read_text(encoding="utf-8"))
+        except (OSError, ValueError):
+            return None
+
+    def remember(self, key, seconds):
+        self._folder.mkdir(parents=True, exist_ok=True)
+        text = json.dumps({"when": time.strftime("%Y-%m-%d %H:%M:%S"), "seconds": round(seconds, 1)})
+        _replace(self._folder / key, text)
+
+
+def _replace(path, text):
+    """A file that a killed process leaves is the old one or the new one."""
+    temporary = path.with_name(f".{path.name}.{os.getpid()}")
+    temporary.write_text(text, encoding="utf-8")
+    temporary.replace(path)
+
+
+def write_json(path, value):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    _replace(path, json.dumps(value))
+
+
+def read_json(path):
+    """The value in a file; None if there is none."""
+    try:
+        return json.loads(path.read_text(encoding="utf-8"))
+    except (OSError, ValueError):
+        return None
