@@ -9,16 +9,27 @@ SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
 # What unit_program.py and tidy.py print of the tests and sources that they stand for.
 TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed", re.MULTILINE)
 SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)
-MOST_LINES = 40  # of a failed test's output, from its end
+# Of a failed test's output: the first failure is at its beginning, names and sums at its end.
+FIRST_LINES, LAST_LINES = 30, 30
+MOST_COLUMNS = 200
 # What XML cannot hold, and a program may print.
 NO_XML = re.compile(r"[\x00-\x08\x0b\x0c\x0e-\x1f]")
+
+
+def shortened(text):
+    """The lines of a failed test's output that are worth repeating."""
+    lines = [line[:MOST_COLUMNS] for line in text.rstrip().splitlines()]
+    left_out = len(lines) - FIRST_LINES - LAST_LINES
+    if left_out <= 0:
+        return lines
+    return [*lines[:FIRST_LINES], f"... {left_out} lines ...", *lines[-LAST_LINES:]]
 
 
 @dataclasses.dataclass
 class Report:
     passed: int = 0
     cached: int = 0
-    failed: dict = dataclasses.field(default_factory=dict)  # name: the last lines of its output
+    failed: dict = dataclasses.field(default_factory=dict)  # name: lines of its output
     programs: int = 0  # of unit tests
     tests_of_programs: int = 0  # that passed
     sources: tuple = ()  # of lint: all, and those whose verdict was known
@@ -62,5 +73,5 @@ def read(path):
         elif skipped is not None and skipped.get("message") == SKIPPED_AS_CACHED:
             report.cached += 1
         else:
-            report.failed[case.get("name")] = output.rstrip().splitlines()[-MOST_LINES:]
+            report.failed[case.get("name")] = shortened(output)
     return report

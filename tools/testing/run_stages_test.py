@@ -104,11 +104,13 @@ class Reports(unittest.TestCase):
                           'known to be clean</system-out></testcase>')
         self.assertIn("7 of 9 sources cached", found.note())
 
-    def test_a_failure_keeps_the_end_of_its_output(self):
+    def test_a_failure_keeps_both_ends_of_its_output(self):
         text = "\n".join(f"line {n}" for n in range(100)) + "\x1b"
         found = self.read(f'<testcase name="d" status="fail"><failure message=""/>'
                           f"<system-out>{text}</system-out></testcase>")
         self.assertEqual(list(found.failed), ["d"])
+        self.assertEqual(found.failed["d"][0], "line 0")
+        self.assertEqual(found.failed["d"][30:32], ["... 40 lines ...", "line 70"])
         self.assertEqual(found.failed["d"][-1], "line 99?")
         self.assertIn("1 of 4 FAILED", found.note())
 

@@ -29,6 +29,11 @@ SKIPPED = re.compile(r"\[  SKIPPED \] (\S+) \(")
 FAILED = re.compile(r"\[  FAILED  \] (\S+?)(?:, where | \()")
 END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) ran\.")
 
+# The thread sanitizer reports, and lets the test go on and pass.
+SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
+# What the program prints between tests and says nothing of failures.
+CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
+
 # A program whose every test crashes is not run once for each.
 MOST_RUNS = 10
 # After the end of the program, for processes that it left behind and that hold its output open.
@@ -92,6 +97,10 @@ def explain(process, watchdog, hangs_after):
     return f"ended the process with exit code {code}"
 
 
+def reported(lines):
+    return any(SANITIZER.search(line) for line in lines)
+
+
 def run_once(program, filter_text, hangs_after, outcome):
     """Runs the tests that the filter names. Returns True if the program came to its end, whatever
     the tests' results; where it did not, the test that ran is among the failed ones."""
@@ -114,7 +123,10 @@ def run_once(program, filter_text, hangs_after, outcome):
             elif match := END.search(line):
                 came_to_end, current = True, None
             elif (match := OK.search(line)) and match[1] == current:
-                outcome.passed += 1
+                if reported(lines):
+                    outcome.failed[current] = lines
+                else:
+                    outcome.passed += 1
                 current = None
             elif (match := SKIPPED.search(line)) and match[1] == current:
                 outcome.skipped.append(current)
@@ -124,7 +136,7 @@ def run_once(program, filter_text, hangs_after, outcome):
                 current = None
             elif current:
                 lines.append(line)
-            else:
+            elif not CHATTER.match(line):
                 outside.append(line)
         process.wait()
         watchdog.stop()
@@ -132,7 +144,8 @@ def run_once(program, filter_text, hangs_after, outcome):
     if current:
         outcome.failed[current] = [*lines, f"{current} {why}\n"]
         return False
-    if not came_to_end or (process.returncode != 0 and len(outcome.failed) == failed_before):
+    known = len(outcome.failed) > failed_before and not reported(outside)
+    if not came_to_end or (process.returncode != 0 and not known):
         outcome.failed["outside of any test"] = [*outside, f"{program} {why}\n"]
     return True
 

@@ -91,6 +91,20 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("A.a hung", output)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
 
+    def test_a_race_in_a_test_that_passes_fails_it(self):
+        races = "line('WARNING: ThreadSanitizer: data race (pid=1)'); good(name)"
+        code, output = self.run_with({"A.a": GOOD, "A.b": races}, after_end="sys.exit(66)")
+        self.assertEqual(code, 1)
+        self.assertIn("data race", output)
+        self.assertIn("FAILED  it_test: A.b\n1 tests passed, 1 failed", output)
+
+    def test_leaks_are_shown_beside_failures(self):
+        leaks = "line('ERROR: LeakSanitizer: detected memory leaks'); sys.exit(1)"
+        code, output = self.run_with({"A.a": "bad(name)"}, after_end=leaks)
+        self.assertEqual(code, 1)
+        self.assertIn("LeakSanitizer", output)
+        self.assertIn("0 tests passed, 2 failed", output)
+
     def test_a_report_after_the_last_test_fails_the_program(self):
         code, output = self.run_with({"A.a": GOOD}, after_end="line('leaks'); sys.exit(23)")
         self.assertEqual(code, 1)
