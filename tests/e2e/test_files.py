@@ -264,7 +264,8 @@ def files_are_added_by_the_file_dialog(desktop, program):
     def choose(*keys, path=None):
         started.choose_menu("File", "Open")
         title = "Select WAV or MP3 file"
-        wait_for("the file dialog", lambda: started.window(title))
+        # It is on the screen before it has the keyboard.
+        wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
         if path:
             desktop.type(str(path))
         desktop.press(*keys)
