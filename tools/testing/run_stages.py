@@ -56,9 +56,9 @@ def usage():
              "./test STAGE [NAME...] ...     these stages; with names, only so much of a stage",
              "", "Stages:"]
     lines += [f"  {stage.name:{width}}  {stage.about}" for stage in STAGES]
-    lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e), targets",
-              "(fuzz) and checks (lint). A program that passed is run again only if it has changed,",
-              "and then counts as cached; a stage that is named always runs."]
+    lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e),",
+              "targets (fuzz) and checks (lint). Without arguments, a program that passed and has",
+              "not changed since is not run again and counts as cached."]
     return "\n".join(lines)
 
 

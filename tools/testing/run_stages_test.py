@@ -64,7 +64,8 @@ class Words(unittest.TestCase):
 class Commands(unittest.TestCase):
     def test_names_build_and_run_no_more_than_they_need(self):
         unit = BY_NAME["unit"]
-        self.assertEqual(unit.build_command(["ui", "mci"])[-3:], ["--target", "ui_test", "mci_test"])
+        self.assertEqual(unit.build_command(["ui", "mci"])[-3:],
+                         ["--target", "ui_test", "mci_test"])
         self.assertEqual(unit.test_command(["ui", "mci"], pathlib.Path("x"))[-2:],
                          ["-R", r"^(ui|mci)\."])
         self.assertEqual(BY_NAME["e2e"].test_command(["close"], pathlib.Path("x"))[-2:],
@@ -100,8 +101,8 @@ class Reports(unittest.TestCase):
         self.assertEqual(found.note(), "3 tests, 15 in 2 programs of unit tests, 1 of 3 cached")
 
     def test_known_sources_are_counted(self):
-        found = self.read('<testcase name="lint.tidy" status="run"><system-out>9 sources, 7 of them '
-                          'known to be clean</system-out></testcase>')
+        found = self.read('<testcase name="lint.tidy" status="run"><system-out>9 sources, 7 of '
+                          'them known to be clean</system-out></testcase>')
         self.assertIn("7 of 9 sources cached", found.note())
 
     def test_a_failure_keeps_both_ends_of_its_output(self):

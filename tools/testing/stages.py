@@ -10,7 +10,7 @@ import pathlib
 import re
 import subprocess
 
-PROCESSORS = os.cpu_count() or 1
+PROCESSORS = len(os.sched_getaffinity(0))
 
 
 class UnknownName(Exception):
@@ -35,8 +35,8 @@ class Stage:
     jobs: int = PROCESSORS  # tests at a time
     # Runs beside the other stages, at idle priority.
     in_background: bool = False
-    # Its tests judge texts, so the same text has the same verdict: a pass is not repeated even where
-    # the stage is named.
+    # Its tests judge texts, so the same text has the same verdict: a pass is not repeated, even
+    # where the stage is named.
     judges_texts: bool = False
     # Compile eight files of a module at once: most of the time goes into headers that they share.
     unity: bool = True
@@ -118,7 +118,8 @@ STAGES = (
     Stage("core", "the logic alone, without Qt and devices: it builds, and its tests pass",
           preset="core", by_module=True, targets=("all",), target_of_name="{}_test"),
     Stage("fuzz", "a short run of each fuzz target",
-          preset="fuzz", targets=("fuzzers",), target_of_name="{}_fuzz", selection=("-L", "^fuzz$")),
+          preset="fuzz", targets=("fuzzers",), target_of_name="{}_fuzz",
+          selection=("-L", "^fuzz$")),
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),

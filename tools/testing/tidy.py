@@ -5,8 +5,9 @@
     tidy.py BUILD_FOLDER [SOURCE...]
 
 A source that was clean is not looked at again until something changes that its verdict depends on:
-its text or that of a file it includes, its compile command, a .clang-tidy above it, the tool, or the
-headers of src/ that an #include in it could mean instead. What was not clean is always looked at.
+its text or that of a file it includes, its compile command, a .clang-tidy above it, the tool, or
+the headers of src/ that an #include in it could mean instead. What was not clean is always looked
+at.
 """
 
 import argparse
@@ -16,6 +17,7 @@ import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import time
@@ -34,8 +36,7 @@ CHATTER = re.compile(r"\d+ warnings? (?:and \d+ errors? )?(?:generated|treated a
 def tool_identity():
     """The tool's version and its program's content."""
     version = subprocess.run([TOOL, "--version"], check=True, capture_output=True, text=True).stdout
-    path = subprocess.run(["which", TOOL], check=True, capture_output=True, text=True).stdout.strip()
-    return [version, verdicts.hash_of(os.path.realpath(path)), OPTIONS]
+    return [version, verdicts.hash_of(os.path.realpath(shutil.which(TOOL))), OPTIONS]
 
 
 class Sources:
@@ -116,7 +117,7 @@ def main():
     failed = []
     verdicts.hash_of.cache_clear()  # what follows takes minutes, in which files may change
     began = time.time()
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+    with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
         looks = {pool.submit(look_at, options.build, source): source for source in to_do}
         for look in concurrent.futures.as_completed(looks):
             complaints, included = look.result()

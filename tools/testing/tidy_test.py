@@ -15,7 +15,11 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import tidy
 import verdicts
 
-CONFIGURATION = "Checks: '-*,modernize-use-nullptr'\nWarningsAsErrors: '*'\nHeaderFilterRegex: '.*'\n"
+CONFIGURATION = """\
+Checks: '-*,modernize-use-nullptr'
+WarningsAsErrors: '*'
+HeaderFilterRegex: '.*'
+"""
 
 
 class Tidy(unittest.TestCase):

@@ -36,6 +36,8 @@ CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running m
 
 # A program whose every test crashes is not run once for each.
 MOST_RUNS = 10
+# Before the first test, on a machine that is busy with other things.
+SECONDS_FOR_THE_START = 60
 # After the end of the program, for processes that it left behind and that hold its output open.
 SECONDS_FOR_ORPHANS = 2
 LINES_OUTSIDE_TESTS = 60
@@ -58,7 +60,7 @@ class Watchdog:
         self.fired = False
         self._process = process
         self._hangs_after = hangs_after
-        self._deadline = time.monotonic() + hangs_after
+        self._deadline = time.monotonic() + SECONDS_FOR_THE_START + hangs_after
         self._stop = threading.Event()
         self._thread = threading.Thread(target=self._watch, daemon=True)
         self._thread.start()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Against stand-ins that print what GoogleTest prints; its real programs are run by ./test itself."""
+"""Against stand-ins that print what GoogleTest prints; real programs are run by ./test itself."""
 
 import pathlib
 import subprocess
@@ -50,7 +50,7 @@ class UnitProgram(unittest.TestCase):
                 python=sys.executable, tests=tests, at_end=at_end, after_end=after_end))
             program.chmod(0o755)
             done = subprocess.run([sys.executable, HERE / "unit_program.py", program, *options],
-                                  check=False, capture_output=True, text=True, timeout=60)
+                                  check=False, capture_output=True, text=True, timeout=600)
         return done.returncode, done.stdout + done.stderr
 
     def test_what_passes_is_counted_and_not_shown(self):
@@ -67,7 +67,8 @@ class UnitProgram(unittest.TestCase):
         self.assertNotIn("some output", output)
 
     def test_a_parameter_stands_behind_the_name(self):
-        fails = "line(f'[  FAILED  ] {name}, where GetParam() = (1, 2) (3 ms)'); failed.append(name)"
+        fails = ("line(f'[  FAILED  ] {name}, where GetParam() = (1, 2) (3 ms)'); "
+                 "failed.append(name)")
         code, output = self.run_with({"A/B.c/0": fails})
         self.assertEqual(code, 1)
         self.assertIn("FAILED  it_test: A/B.c/0\n0 tests passed, 1 failed", output)
@@ -86,7 +87,7 @@ class UnitProgram(unittest.TestCase):
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
 
     def test_a_hang_fails_one_test_and_the_others_have_their_turn(self):
-        code, output = self.run_with({"A.a": "time.sleep(100)", "A.b": GOOD}, "--hangs-after", "1")
+        code, output = self.run_with({"A.a": "time.sleep(100)", "A.b": GOOD}, "--hangs-after", "5")
         self.assertEqual(code, 1)
         self.assertIn("A.a hung", output)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)

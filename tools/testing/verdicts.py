@@ -36,7 +36,8 @@ def key_of_command(command, inputs):
     hashes = {str(path): hash_of(path) for path in inputs}
     if None in hashes.values():
         return None
-    environment = {name: value for name, value in os.environ.items() if READ_BY_TESTS.fullmatch(name)}
+    environment = {name: value for name, value in os.environ.items()
+                   if READ_BY_TESTS.fullmatch(name)}
     everything = [command, hashes, hash_of(PACKAGES), environment, os.getuid()]
     return hashlib.sha256(json.dumps(everything, sort_keys=True).encode()).hexdigest()
 
@@ -56,8 +57,8 @@ class Verdicts:
 
     def remember(self, key, seconds):
         self._folder.mkdir(parents=True, exist_ok=True)
-        text = json.dumps({"when": time.strftime("%Y-%m-%d %H:%M:%S"), "seconds": round(seconds, 1)})
-        _replace(self._folder / key, text)
+        when = time.strftime("%Y-%m-%d %H:%M:%S")
+        _replace(self._folder / key, json.dumps({"when": when, "seconds": round(seconds, 1)}))
 
 
 def _replace(path, text):
