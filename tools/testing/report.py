@@ -7,7 +7,8 @@ import xml.etree.ElementTree as ElementTree
 
 SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
 # What unit_program.py and tidy.py print of the tests and sources that they stand for.
-TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed", re.MULTILINE)
+TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed, (\d+) failed", re.MULTILINE)
+FAILED_TEST = re.compile(r"^FAILED  (\S+?)(?:_test)?: (.+)$", re.MULTILINE)
 SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)
 # Of a failed test's output: the first failure is at its beginning, names and sums at its end.
 FIRST_LINES, LAST_LINES = 30, 30
@@ -32,6 +33,9 @@ class Report:
     failed: dict = dataclasses.field(default_factory=dict)  # name: lines of its output
     programs: int = 0  # of unit tests
     tests_of_programs: int = 0  # that passed
+    # Each test of a program by itself: how many passed, and the names of those that did not.
+    single_passed: int = 0
+    single_failed: list = dataclasses.field(default_factory=list)
     sources: tuple = ()  # of lint: all, and those whose verdict was known
 
     @property
@@ -68,10 +72,18 @@ def read(path):
             if match := TESTS_OF_A_PROGRAM.search(output):
                 report.programs += 1
                 report.tests_of_programs += int(match[1])
-            elif match := SOURCES.search(output):
+                report.single_passed += int(match[1])
+                continue
+            report.single_passed += 1
+            if match := SOURCES.search(output):
                 report.sources = (int(match[1]), int(match[2]))
         elif skipped is not None and skipped.get("message") == SKIPPED_AS_CACHED:
             report.cached += 1
+            report.single_passed += 1
         else:
             report.failed[case.get("name")] = shortened(output)
+            passed = TESTS_OF_A_PROGRAM.search(output)
+            report.single_passed += int(passed[1]) if passed else 0
+            report.single_failed += [".".join(match) for match in FAILED_TEST.findall(output)
+                                     ] or [case.get("name")]
     return report

@@ -104,6 +104,8 @@ class Run:
         self._background = {}
         self.steps = []
         self.failures = []
+        self.single_passed = 0
+        self.single_failed = []
 
     def go(self):
         beside = [stage for stage in self._asked if stage.in_background and len(self._asked) > 1]
@@ -173,6 +175,8 @@ class Run:
         if found is None:
             self._failed(title, [f"ctest ended with {code} and left no report"], times)
             return
+        self.single_passed += found.single_passed
+        self.single_failed += found.single_failed
         if found.failed or code != 0:
             self._failed(title, [], times, found.note())
             for test, lines in found.failed.items():
@@ -235,12 +239,29 @@ class Run:
         failed = [step for step in self.steps if step.outcome == "FAILED"]
         if not failed:
             print(f"All {len(self.steps)} steps passed.")
+            self._count_single_tests()
             return 0
         for what, lines in self.failures:
             print(f"\n-- {what}", *lines, sep="\n")
         print(f"\n{len(failed)} of {len(self.steps)} steps failed:",
               ", ".join(what for what, _ in self.failures) or failed[0].title)
+        self._count_single_tests()
         return 1
+
+    def _count_single_tests(self):
+        """All stages together, each test of a program counted by itself, in the form of CTest's
+        closing lines."""
+        failed = len(self.single_failed)
+        total = self.single_passed + failed
+        if not total:
+            return
+        print("\nAll stages, each unit test counted by itself:")
+        percent = 100 * self.single_passed // total
+        print(f"{percent}% tests passed, {failed} tests failed out of {total}")
+        if failed:
+            print("\nThe following tests FAILED:")
+            for test in self.single_failed:
+                print(f"\t{test} (Failed)")
 
 
 def end_group(process):

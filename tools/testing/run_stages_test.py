@@ -146,6 +146,14 @@ class Summary(unittest.TestCase):
         self.assertRegex(text, "FAILED +unit: tests")
         self.assertRegex(text, r"-- ui.tests\nit broke\n\n1 of 1 steps failed: ui.tests\n$")
 
+    def test_ends_with_the_sum_of_all_single_tests(self):
+        _, text = self.judge(0, report.Report(passed=1, single_passed=7))
+        self.assertTrue(text.endswith("100% tests passed, 0 tests failed out of 7\n"))
+        found = report.Report(failed={"ui.tests": []}, single_passed=199, single_failed=["ui.A.B"])
+        _, text = self.judge(8, found)
+        self.assertIn("99% tests passed, 1 tests failed out of 200\n", text)
+        self.assertTrue(text.endswith("The following tests FAILED:\n\tui.A.B (Failed)\n"))
+
     def test_ctest_that_fails_without_a_failed_test_is_a_failure(self):
         self.assertEqual(self.judge(8, report.Report(passed=2))[0], 1)
 
