@@ -272,6 +272,18 @@ TEST_F(DriverTest, AFileThatIsGoneWaitsForTheEndOfTheProgramWithCancelHidden) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
+// The flag is set before the commands are closed, which unloads that worker and clears it again.
+TEST_F(DriverTest, AFileThatIsGoneIsNotWaitedForIfAWorkerWasLeftFromEarlier) {
+    process.currentFile = "c:\\mp3\\A.mp3";
+    mp3.duration = 10s;
+    windows.Form6.load();
+    fill(form.List2, {"c:\\mp3\\gone.mp3"});
+    loop.after(2h, [this] { loop.endProgram(); });
+    decode("MP3 Files");
+    EXPECT_FALSE(process.workerBusy);
+    EXPECT_FALSE(windows.Form6.loaded());
+}
+
 TEST_F(DriverTest, AShortFileWaitsUntilTheWorkerIsUnloadedFromOutside) {
     mp3File("c:\\mp3\\short.mp3", 99);
     fill(form.List2, {"c:\\mp3\\short.mp3", "c:\\mp3\\b.mp3"});

@@ -25,6 +25,7 @@ TEST_F(OpenFileTest, AsksForAWavOrMp3File) {
     EXPECT_EQ(dialog.opened[0].title, "Select WAV or MP3 file");
     EXPECT_EQ(dialog.opened[0].filter, "WAV, MP3|*.wav;*.mp3");
     EXPECT_EQ(dialog.opened[0].defaultExtension, "wav");
+    EXPECT_EQ(dialog.opened[0].initialFolder, process.settings.decodePath);
     EXPECT_EQ(dialog.opened[0].fileName, "");
 }
 

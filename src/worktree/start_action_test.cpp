@@ -116,8 +116,11 @@ TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
         EXPECT_FALSE(form.mnuFile.enabled());
         EXPECT_FALSE(form.visible());
     };
-    EXPECT_THAT(start("Selected Tracks"), ElementsAre("player off label stop", "minimize guard",
-                                                      "action guard", "tray away clearing"));
+    const Connection showing = form.showRequested.connect(
+        [&] { look(form.mnuFile.enabled() ? "shown, open" : "shown, closed"); });
+    EXPECT_THAT(start("Selected Tracks"),
+                ElementsAre("player off label stop", "minimize guard", "action guard",
+                            "tray away clearing", "shown, open clearing"));
     EXPECT_TRUE(form.visible());
     EXPECT_TRUE(form.mnuFile.enabled());
     EXPECT_FALSE(windows.frmpopup.loaded());
