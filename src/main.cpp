@@ -35,7 +35,7 @@ using namespace sonarith;
 int runProgram() {
     QtEventLoop loop;
     NoticeBoard notices;
-    IniSettingsStore store;
+    IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;
     Machine machine(store, notices, {{settingsSection, decodePathKey}},
                     [&] { return process->settings.decodePath; });
@@ -44,7 +44,7 @@ int runProgram() {
     };
     QtMessageBoxes boxes(applicationTitle);
     QtMousePointer pointer;
-    QtShell shell(applicationTitle, toMachine);
+    QtShell shell(applicationTitle, toMachine, notices);
     QtFileDialog fileDialog(toMachine,
                             [&](const std::string& path) { return machine.toLogic(path); });
 

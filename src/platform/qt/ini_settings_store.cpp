@@ -69,9 +69,10 @@ QString IniSettingsStore::defaultFolder() {
            QStringLiteral("/sonarith");
 }
 
-IniSettingsStore::IniSettingsStore(const QString& folder)
+IniSettingsStore::IniSettingsStore(const QString& folder, Notices* notices)
     : folder_(folder),
-      path_(QStringLiteral("%1/%2.ini").arg(folder, QLatin1String(applicationName))) {
+      path_(QStringLiteral("%1/%2.ini").arg(folder, QLatin1String(applicationName))),
+      notices_(notices) {
     removeUnfinishedIniFiles(path_);
     read();
 }
@@ -140,6 +141,27 @@ void IniSettingsStore::saveChanges() {
     }
     if (state_ != State::untouchable) {
         writeOut();
+    }
+    reportState();
+}
+
+void IniSettingsStore::reportState() {
+    constexpr const char* cause = "settings store";
+    if (notices_ == nullptr) {
+        return;
+    }
+    const std::string file = QFile::encodeName(path_).toStdString();
+    switch (state_) {
+    case State::written:
+        notices_->settled(cause, "Settings are stored again in " + file);
+        break;
+    case State::toBeWritten:
+        notices_->report(
+            {"Settings hold for this run only: " + file + " could not be written", cause});
+        break;
+    case State::untouchable:
+        notices_->report({"Settings hold for this run only: " + file + " may not be read", cause});
+        break;
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The settings store as an INI file of the user's. It knows no key and no default, and shows no
-// message: what cannot be written holds for the run all the same.
+// The settings store as an INI file of the user's. It knows no key and no default. What cannot be
+// written holds for the run all the same, and is reported once.
 #pragma once
 
 #include <map>
@@ -11,6 +11,7 @@
 #include <QDateTime>
 #include <QString>
 
+#include "platform/notices.h"
 #include "platform/qt/ini_file.h"
 #include "platform/settings_store.h"
 
@@ -22,8 +23,9 @@ class IniSettingsStore final : public SettingsStore {
     [[nodiscard]] static QString defaultFolder();
 
     /// Opens, or is going to make, "Sonarith v2.0.ini" in `folder`. A file there that is torn or
-    /// not of this form is kept aside under another name, and the store is empty.
-    explicit IniSettingsStore(const QString& folder = defaultFolder());
+    /// not of this form is kept aside under another name, and the store is empty. `notices`
+    /// outlives the store; without them it is silent.
+    explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
     // Sections are the file's groups. Names of sections and keys hold no slash and no backslash.
     // Values are any bytes. An application name other than applicationName has no keys.
@@ -62,9 +64,11 @@ class IniSettingsStore final : public SettingsStore {
     [[nodiscard]] IniValues withChanges() const;
     void writeOut();
     void makeFolder();
+    void reportState();
 
     QString folder_;
     QString path_;
+    Notices* notices_;
     State state_ = State::written;
     /// The file as it was left by this object, and what it holds.
     Stamp stamp_;

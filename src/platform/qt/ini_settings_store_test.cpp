@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "platform/text/store_file_check.h"
+#include "support/fake_notices.h"
 #include "support/folder_entries.h"
 #include "support/refused_call.h"
 #include "support/temp_folder.h"
@@ -25,8 +26,11 @@ namespace sonarith {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::_;
 using ::testing::AnyOf;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 class IniSettingsStoreTest : public ::testing::Test {
   protected:
@@ -154,6 +158,22 @@ TEST_F(IniSettingsStoreTest, WritesTheFileAnewIfItWasRemovedDuringTheRun) {
     fs::remove(file());
     save(store, "HDWarning", "0");
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
+}
+
+TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenUntilItCan) {
+    const fs::path place = temp_ / "settings";
+    std::ofstream(place) << "a file stands where the folder is to be";
+    test::FakeNotices notices;
+    IniSettingsStore store(QString::fromStdString(place.string()), &notices);
+    EXPECT_THAT(notices.texts(), IsEmpty());
+    save(store, "HDWarning", "1");
+    const std::string name = (place / (std::string(applicationName) + ".ini")).string();
+    EXPECT_THAT(notices.texts(),
+                ElementsAre("Settings hold for this run only: " + name + " could not be written"));
+    fs::remove(place);
+    save(store, "HDWarning", "0");
+    EXPECT_THAT(notices.texts(),
+                ElementsAre(_, "settled settings store: Settings are stored again in " + name));
 }
 
 TEST_F(IniSettingsStoreTest, KnowsItsOwnApplicationOnly) {

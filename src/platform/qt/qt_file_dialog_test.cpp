@@ -208,5 +208,52 @@ TEST_F(QtFileDialogTest, EventsAreHandledWhileItIsOpen) {
     EXPECT_EQ(ticks, 3);
 }
 
+TEST_F(QtFileDialogTest, OpensInTheInitialFolderWithAnEmptyName) {
+    const FileDialogRequest inFolder{.initialFolder = "L:" + folder.path().string()};
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
+        auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->text(), "");
+    });
+    static_cast<void>(dialog.open(inFolder));
+}
+
+TEST_F(QtFileDialogTest, AnInitialFileStandsForItsFolder) {
+    const FileDialogRequest inFolder{.initialFolder = "L:" + machine("one.wav")};
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
+    });
+    static_cast<void>(dialog.open(inFolder));
+}
+
+TEST_F(QtFileDialogTest, AnInitialFolderThatIsNowhereLeavesTheDialogWhereItWas) {
+    onDialog([](QFileDialog&) {});
+    static_cast<void>(dialog.open(request));
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
+    });
+    static_cast<void>(dialog.open({.initialFolder = "L:"}));
+}
+
+TEST_F(QtFileDialogTest, SavesUnderANewName) {
+    onDialog([&](QFileDialog& shown) {
+        EXPECT_EQ(shown.acceptMode(), QFileDialog::AcceptSave);
+        type(shown, "new.mp3");
+    });
+    EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("new.mp3"));
+}
+
+// The logic asks about a name that is taken; two questions would be one too many.
+TEST_F(QtFileDialogTest, SavesUnderANameThatIsTakenWithoutAQuestion) {
+    onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
+    EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("TWO.WAV"));
+}
+
+TEST_F(QtFileDialogTest, ACancelledSaveHasItsNumber) {
+    onDialog([](QFileDialog& shown) { shown.reject(); });
+    EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
+}
+
 } // namespace
 } // namespace sonarith

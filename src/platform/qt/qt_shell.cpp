@@ -25,9 +25,11 @@ void openInDesktopViewer(const std::string& machinePath) {
 
 } // namespace
 
-QtShell::QtShell(std::string title, ToMachinePath toMachinePath, OpenFile openFile)
+QtShell::QtShell(std::string title, ToMachinePath toMachinePath, Notices& notices,
+                 OpenFile openFile)
     : title_(std::move(title)),
       toMachinePath_(std::move(toMachinePath)),
+      notices_(notices),
       openFile_(openFile ? std::move(openFile) : OpenFile(openInDesktopViewer)) {}
 
 Twips QtShell::screenWidth() const {
@@ -43,7 +45,9 @@ void QtShell::showHelp(const std::string& path) {
     std::error_code ignored;
     if (std::filesystem::is_regular_file(machinePath, ignored)) {
         openFile_(machinePath);
+        return;
     }
+    notices_.report({"There is no help file " + (machinePath.empty() ? path : machinePath)});
 }
 
 std::uint64_t QtShell::windowHandle(const Control& control) const {
@@ -63,7 +67,8 @@ void QtShell::showAboutBox() {
     box.setAccessibleName(toQString(title_));
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(
-        QStringLiteral("Turns the tracks of an audio CD into WAV files.\n\n"
+        QStringLiteral("Turns the tracks of an audio CD and MP3 files into WAV files, plays CDs, "
+                       "keeps a playlist, edits the tags of MP3 files, and finds audio files.\n\n"
                        "Free software under the GNU General Public License, version 3 or later."));
     // Taken at the size that message boxes give their own pictures.
     const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);

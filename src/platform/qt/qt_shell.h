@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/notices.h"
 #include "platform/shell.h"
 
 namespace sonarith {
@@ -16,11 +17,13 @@ class QtShell : public Shell {
     using ToMachinePath = std::function<std::string(const std::string&)>;
     using OpenFile = std::function<void(const std::string& machinePath)>;
 
-    QtShell(std::string title, ToMachinePath toMachinePath, OpenFile openFile = {});
+    /// `notices` outlives the shell.
+    QtShell(std::string title, ToMachinePath toMachinePath, Notices& notices,
+            OpenFile openFile = {});
 
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
-    /// Silent where there is no such file, or no viewer for it.
+    /// A file that is not there is reported as a notice; no viewer for it is the desktop's affair.
     void showHelp(const std::string& path) override;
     /// Returns when the box was closed.
     void showAboutBox() override;
@@ -29,6 +32,7 @@ class QtShell : public Shell {
   private:
     std::string title_;
     ToMachinePath toMachinePath_;
+    Notices& notices_;
     OpenFile openFile_;
 };
 

@@ -16,6 +16,7 @@
 
 #include "platform/controls/form.h"
 #include "platform/controls/picture_box.h"
+#include "support/fake_notices.h"
 
 namespace sonarith {
 namespace {
@@ -28,10 +29,12 @@ class QtShellTest : public testing::Test {
     QObject context;
     QTemporaryDir folder;
     std::vector<std::string> opened;
+    test::FakeNotices notices;
     QtShell shell{"Sonarith v2.0",
                   [this](const std::string& path) {
                       return folder.path().toStdString() + "/" + path.substr(3);
                   },
+                  notices,
                   [this](const std::string& path) {
                       opened.push_back(path);
                   }};
@@ -50,10 +53,13 @@ TEST_F(QtShellTest, AHelpFileIsOpenedByItsPathOnThisMachine) {
     EXPECT_THAT(opened, ElementsAre(machinePath));
 }
 
-TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreSilent) {
+TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreReportedAndNotOpened) {
     shell.showHelp("c:\\sonarith.chm");
     shell.showHelp("c:\\.");
     EXPECT_THAT(opened, IsEmpty());
+    const std::string there = folder.path().toStdString();
+    EXPECT_THAT(notices.texts(), ElementsAre("There is no help file " + there + "/sonarith.chm",
+                                             "There is no help file " + there + "/."));
 }
 
 TEST_F(QtShellTest, AControlIsShownByTheWindowThatItStandsIn) {
