@@ -3,6 +3,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/mnemonics.h"
+#include "ui/tool_tip.h"
 
 namespace sonarith {
 namespace {
@@ -17,9 +18,10 @@ IconButtonView::IconButtonView(CommandButton& model, Symbol symbol, QWidget* par
     : QToolButton(parent),
       view_(
           model, *this, [&model] { return model.caption(); }, QString(),
-          [this, &model](Property) {
-              if (model.toolTip().empty()) {
-                  setToolTip(toQString(model.caption()));
+          [this, &model](Property which) {
+              if (concerns(which, Property::caption, Property::toolTip) &&
+                  model.toolTip().empty()) {
+                  setToolTip(plainToolTip(toQString(model.caption())));
               }
           }) {
     setIcon(makeIcon(symbol));
@@ -33,10 +35,9 @@ TextButtonView::TextButtonView(CommandButton& model, QString takenLetters, QWidg
     : QPushButton(parent),
       view_(
           model, *this, [&model] { return model.caption(); }, QString(),
-          [this, &model, taken = std::move(takenLetters)](Property) {
-              const QString marked = withMnemonics({toQString(model.caption())}, taken).front();
-              if (text() != marked) {
-                  setText(marked);
+          [this, &model, taken = std::move(takenLetters)](Property which) {
+              if (concerns(which, Property::caption)) {
+                  setText(withMnemonics({toQString(model.caption())}, taken).front());
               }
           }) {
     setAutoDefault(false);

@@ -30,24 +30,22 @@ ControlView::ControlView(Control& control, QWidget& widget, std::function<std::s
 }
 
 void ControlView::apply(Property which) {
-    const bool all = which == Property::all;
-    if (all || which == Property::caption || which == Property::toolTip) {
+    if (concerns(which, Property::caption, Property::toolTip)) {
         showName();
     }
-    if (all || which == Property::toolTip) {
+    if (concerns(which, Property::toolTip)) {
         widget_.setToolTip(plainToolTip(toQString(control_.toolTip())));
     }
-    if (all || which == Property::enabled) {
+    if (concerns(which, Property::enabled)) {
         widget_.setEnabled(control_.enabled());
     }
-    if (all || which == Property::left || which == Property::top || which == Property::width ||
-        which == Property::height) {
+    if (concerns(which, Property::left, Property::top, Property::width, Property::height)) {
         showPlace();
     }
     if (showMore_) {
         showMore_(which);
     }
-    if (all || which == Property::visible) {
+    if (concerns(which, Property::visible)) {
         widget_.setVisible(control_.visible());
     }
 }

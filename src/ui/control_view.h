@@ -12,6 +12,12 @@
 
 namespace sonarith {
 
+/// Whether `changed` is one of the properties `shown`, or stands for all of them.
+template <typename... Properties>
+[[nodiscard]] constexpr bool concerns(Property changed, Properties... shown) {
+    return changed == Property::all || ((changed == shown) || ...);
+}
+
 /// Whether a widget is placed by a layout or the window, or stands where its control says.
 enum class Placement { elsewhere, byControl };
 

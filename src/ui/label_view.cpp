@@ -23,9 +23,11 @@ LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
       view_(
           model, *this, [&model] { return model.caption(); }, std::move(label),
           [this](Property which) {
-              if (which == Property::all || which == Property::caption ||
-                  which == Property::toolTip) {
+              if (concerns(which, Property::caption)) {
                   showCaption();
+              }
+              if (concerns(which, Property::caption, Property::toolTip)) {
+                  showToolTip();
               }
           }) {}
 
@@ -33,6 +35,10 @@ void LabelView::showCaption() {
     // Paths and names are no markup.
     setTextFormat(Qt::PlainText);
     setText(toQString(model_.caption()));
+}
+
+/// The whole text, where it may be cut and the control has no tip of its own.
+void LabelView::showToolTip() {
     if (cut_ != Cut::never && model_.toolTip().empty()) {
         setToolTip(plainToolTip(text()));
     }

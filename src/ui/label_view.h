@@ -29,6 +29,7 @@ class LabelView : public QLabel {
 
   private:
     void showCaption();
+    void showToolTip();
 
     Label& model_;
     Cut cut_;

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
-#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -36,7 +35,8 @@ MainWindowView::MainWindowView(Form1& form)
       gripStrip_(new BarView(form.Picture5, tr("Grip"), Qt::RightEdge, client_)),
       grip_(new PictureView(form.Image3, tr("Hand grip"), Symbol::hand, gripIconSide, gripStrip_)),
       tree_(form.TreeView1, tr("Work tree"), client_),
-      adapter_(form, *this, *client_, [this] { arrange(); }) {
+      adapter_(form, *this, *client_, [this] { arrange(); }),
+      popups_(form, *this, menu_) {
     client_->setObjectName(QStringLiteral("client"));
     client_->setAccessibleName(tr("Work area"));
     setMenuBar(menu_);
@@ -50,10 +50,6 @@ MainWindowView::MainWindowView(Form1& form)
     setAcceptDrops(true);
     grip_->setCursor(Qt::OpenHandCursor);
     followBars();
-    connections_.push_back(form_.popupRequested.connect(
-        [this](MenuItem& heading) { menu_->popUp(heading, tree_.widget().popupPosition()); }));
-    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
-            [this] { openMenuBar(); });
     tree_.widget().setFocus();
     takeDesignedSize();
 }
@@ -127,13 +123,6 @@ void MainWindowView::arrange() {
           QRect(0, top, toPixels(gripWidth), std::max(0, bottom - top)));
     grip_->setGeometry(0, 0, gripStrip_->width() - 1, toPixels(form_.Image3.height()));
     arranging_ = false;
-}
-
-void MainWindowView::openMenuBar() {
-    if (!menu_->actions().isEmpty()) {
-        menu_->setFocus(Qt::MenuBarFocusReason);
-        menu_->setActiveAction(menu_->actions().constFirst());
-    }
 }
 
 void MainWindowView::answerDrag(QDropEvent& event) const {

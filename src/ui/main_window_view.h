@@ -14,6 +14,7 @@
 #include "ui/menu_view.h"
 #include "ui/notice_bar.h"
 #include "ui/picture_view.h"
+#include "ui/popup_menus.h"
 #include "ui/tree_view_adapter.h"
 
 namespace sonarith {
@@ -45,7 +46,6 @@ class MainWindowView : public QMainWindow {
     void takeDesignedSize();
     void arrange();
     void followBars();
-    void openMenuBar();
 
     Form1& form_;
     MenuBarView* menu_;
@@ -59,6 +59,7 @@ class MainWindowView : public QMainWindow {
     PictureView* grip_;
     TreeViewAdapter tree_;
     FormAdapter adapter_;
+    PopupMenus popups_;
     bool arranging_ = false;
     std::vector<Connection> connections_;
 };

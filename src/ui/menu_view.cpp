@@ -3,7 +3,10 @@
 
 #include <algorithm>
 
+#include <QShortcut>
+
 #include "platform/qt/text.h"
+#include "ui/control_view.h"
 #include "ui/mnemonics.h"
 
 namespace sonarith {
@@ -17,31 +20,77 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
     return captions;
 }
 
+void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
+    // A menu with a tick is one of ticks: its other entries show that they have none.
+    const bool anyTick = std::any_of(heading.entries().begin(), heading.entries().end(),
+                                     [](const MenuItem* entry) { return entry->checked(); });
+    const auto ticks = anyTick ? MenuItemView::Ticks::yes : MenuItemView::Ticks::no;
+    const QStringList marked = withMnemonics(captionsOf(heading.entries()));
+    qsizetype i = 0;
+    for (MenuItem* entry : heading.entries()) {
+        const QString& caption = marked[i++];
+        if (entry->isLine()) {
+            new MenuItemView(*entry, *menu.addSeparator(), MenuItemView::Ticks::no);
+        } else if (entry->entries().empty()) {
+            auto* action = new QAction(caption, &menu);
+            new MenuItemView(*entry, *action, ticks);
+            menu.addAction(action);
+        } else {
+            QMenu& below = makeMenu(*entry, menu, made);
+            below.menuAction()->setText(caption);
+            menu.addMenu(&below);
+        }
+    }
+}
+
 } // namespace
 
 MenuItemView::MenuItemView(MenuItem& model, QAction& action, Ticks ticks)
     : QObject(&action),
       model_(model),
       action_(action),
-      ticks_(ticks),
-      changed_(model.changed.connect([this](Property) { reflect(); })) {
+      changed_(model.changed.connect([this](Property which) { apply(which); })) {
     action_.setObjectName(toQString(model_.name()));
+    action_.setToolTip(toQString(model_.caption()));
+    action_.setCheckable(ticks == Ticks::yes);
     if (!action_.menu()) {
         connect(&action_, &QAction::triggered, this, [this] {
             // A tick is the model's to set; the action has toggled its own.
-            reflect();
+            showTick();
             model_.click();
         });
     }
-    reflect();
+    apply(Property::all);
 }
 
-void MenuItemView::reflect() {
-    action_.setCheckable(ticks_ == Ticks::yes);
+void MenuItemView::apply(Property which) {
+    if (concerns(which, Property::checked)) {
+        showTick();
+    }
+    if (concerns(which, Property::enabled)) {
+        action_.setEnabled(model_.enabled());
+    }
+    if (concerns(which, Property::visible)) {
+        action_.setVisible(model_.visible());
+    }
+}
+
+void MenuItemView::showTick() {
+    if (model_.checked()) {
+        action_.setCheckable(true);
+    }
     action_.setChecked(model_.checked());
-    action_.setEnabled(model_.enabled());
-    action_.setVisible(model_.visible());
-    action_.setToolTip(toQString(model_.caption()));
+}
+
+QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made) {
+    auto* menu = new QMenu(&parent);
+    menu->setObjectName(toQString(heading.name()));
+    menu->setAccessibleName(toQString(heading.caption()));
+    made.emplace(&heading, menu);
+    fill(*menu, heading, made);
+    new MenuItemView(heading, *menu->menuAction(), MenuItemView::Ticks::no);
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [&heading] { run(heading.onOpen); });
+    return *menu;
 }
 
 MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent)
@@ -52,7 +101,7 @@ MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent
     setNativeMenuBar(false);
     const QStringList marked = withMnemonics(captionsOf(headings));
     for (std::size_t i = 0; i < headings.size(); ++i) {
-        QMenu& menu = addHeading(*this, *headings[i]);
+        QMenu& menu = makeMenu(*headings[i], *this, menus_);
         const QString& caption = marked[static_cast<qsizetype>(i)];
         menu.menuAction()->setText(caption);
         if (const qsizetype at = caption.indexOf(QLatin1Char('&')); at >= 0) {
@@ -60,44 +109,19 @@ MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent
         }
         addMenu(&menu);
     }
+    connect(new QShortcut(Qt::Key_F10, parent), &QShortcut::activated, this,
+            [this] { takeKeyboard(); });
 }
 
-QMenu& MenuBarView::addHeading(QWidget& parent, MenuItem& heading) {
-    auto* menu = new QMenu(&parent);
-    menu->setObjectName(toQString(heading.name()));
-    menu->setAccessibleName(toQString(heading.caption()));
-    menus_.emplace(&heading, menu);
-    fill(*menu, heading);
-    new MenuItemView(heading, *menu->menuAction(), MenuItemView::Ticks::no);
-    connect(menu, &QMenu::aboutToShow, this, [&heading] { run(heading.onOpen); });
-    return *menu;
-}
-
-void MenuBarView::fill(QMenu& menu, const MenuItem& heading) {
-    // A menu with a tick is one of ticks: its other entries show that they have none.
-    const bool anyTick = std::any_of(heading.entries().begin(), heading.entries().end(),
-                                     [](const MenuItem* entry) { return entry->checked(); });
-    const auto ticks = anyTick ? MenuItemView::Ticks::yes : MenuItemView::Ticks::no;
-    const QStringList marked = withMnemonics(captionsOf(heading.entries()));
-    qsizetype i = 0;
-    for (MenuItem* entry : heading.entries()) {
-        const QString& caption = marked[i++];
-        if (entry->entries().empty()) {
-            auto* action = new QAction(caption, &menu);
-            new MenuItemView(*entry, *action, ticks);
-            menu.addAction(action);
-        } else {
-            QMenu& below = addHeading(menu, *entry);
-            below.menuAction()->setText(caption);
-            menu.addMenu(&below);
-        }
-    }
-}
-
-void MenuBarView::popUp(const MenuItem& heading, const QPoint& global) {
+QMenu* MenuBarView::menuOf(const MenuItem& heading) const {
     const auto found = menus_.find(&heading);
-    if (found != menus_.end() && heading.enabled()) {
-        found->second->popup(global);
+    return found == menus_.end() ? nullptr : found->second;
+}
+
+void MenuBarView::takeKeyboard() {
+    if (!actions().isEmpty()) {
+        setFocus(Qt::MenuBarFocusReason);
+        setActiveAction(actions().constFirst());
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows MenuItem models as the desktop's menus: captions (which are fixed), ticks, open or closed
-// entries, and the step that runs before a menu opens.
+// entries, lines between them, and the step that runs before a menu opens. Menus that open at the
+// pointer are in popup_menus.h.
 #pragma once
 
 #include <unordered_map>
@@ -16,35 +17,42 @@ namespace sonarith {
 /// One entry or heading, tied to its action; a child of the action.
 class MenuItemView : public QObject {
   public:
-    /// `ticks`: whether the entry shows a tick box.
+    /// `ticks`: whether the entry shows a tick box. One that gets a tick shows it from then on.
     enum class Ticks { no, yes };
     MenuItemView(MenuItem& model, QAction& action, Ticks ticks);
 
   private:
-    void reflect();
+    void apply(Property which);
+    void showTick();
 
     MenuItem& model_;
     QAction& action_;
-    Ticks ticks_;
     Connection changed_;
 };
 
+/// The menus of headings.
+using MenusOfHeadings = std::unordered_map<const MenuItem*, QMenu*>;
+
+/// Makes the menu of a heading, a child of `parent`, and the menus below it; each is noted in
+/// `made`. The heading outlives them.
+QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made);
+
+/// Opens at the top of any window; F10 takes the keyboard there.
 class MenuBarView : public QMenuBar {
   public:
+    /// `parent` is the window whose bar this becomes.
     MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent);
 
-    /// Opens the menu of a heading, of the bar or below it, at a place on the screen. Nothing for
-    /// a heading that is closed, or that is not in this bar.
-    void popUp(const MenuItem& heading, const QPoint& global);
+    /// The menu of a heading of the bar or below it; null for any other.
+    [[nodiscard]] QMenu* menuOf(const MenuItem& heading) const;
 
     /// The letters that open the bar's menus, in lower case.
     [[nodiscard]] QString letters() const { return letters_; }
 
   private:
-    void fill(QMenu& menu, const MenuItem& heading);
-    QMenu& addHeading(QWidget& parent, MenuItem& heading);
+    void takeKeyboard();
 
-    std::unordered_map<const MenuItem*, QMenu*> menus_;
+    MenusOfHeadings menus_;
     QString letters_;
 };
 

@@ -4,9 +4,13 @@
 namespace sonarith {
 
 ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
-    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model](Property) {
-          setRange(model.minimum(), model.maximum());
-          setValue(model.value());
+    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model](Property which) {
+          if (which == Property::all) {
+              setRange(model.minimum(), model.maximum());
+          }
+          if (concerns(which, Property::value)) {
+              setValue(model.value());
+          }
       }) {
     // The figures stand in labels of their own.
     setTextVisible(false);

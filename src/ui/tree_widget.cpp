@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QStyleHints>
 
+#include "ui/popup_place.h"
 #include "ui/tree_delegate.h"
 
 namespace sonarith {
@@ -158,10 +159,10 @@ void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void TreeWidget::press(MouseButtons buttons, const NodeRef& node, const QPoint& global) {
     pressedAt_ = global;
-    popupPosition_ = global;
     movedFar_ = false;
     // From before the handler on: it may wait, and the button is let go meanwhile.
     watchForRelease(true);
+    const PopupPlace place(global);
     run(tree_.onMouseDown, buttons, node);
 }
 
@@ -315,7 +316,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
 /// As if the mouse were pressed in the middle of a row.
 void TreeWidget::pressByKey(MouseButtons buttons, const QModelIndex& index) {
     scrollTo(index);
-    popupPosition_ = viewport()->mapToGlobal(visualRect(index).center());
+    const PopupPlace place(viewport()->mapToGlobal(visualRect(index).center()));
     run(tree_.onMouseDown, buttons, model_.nodeAt(index));
 }
 

@@ -35,9 +35,6 @@ class TreeWidget : public QTreeView {
     void dropEditorWithoutNode();
     void startDrag();
 
-    /// Where a menu belongs that the event in progress asks for, on the screen.
-    [[nodiscard]] QPoint popupPosition() const { return popupPosition_; }
-
   protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -94,7 +91,6 @@ class TreeWidget : public QTreeView {
     QPersistentModelIndex toReveal_;
     QTimer revealTimer_;
     QTimer dragScrollTimer_;
-    QPoint popupPosition_;
     /// The last press on a node by mouse: where on the screen, and when by the events' own clock.
     QPoint pressedAt_;
     quint64 pressedMilliseconds_ = 0;

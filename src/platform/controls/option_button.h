@@ -37,6 +37,7 @@ class OptionButton : public ControlWith<OptionButtonState> {
         group_.buttons_.push_back(this);
     }
     [[nodiscard]] const std::string& caption() const { return state_.caption; }
+    [[nodiscard]] const OptionGroup& group() const { return group_; }
 
     [[nodiscard]] bool selected() const { return state_.selected; }
     /// Selecting it takes the selection from the others of its group. Code may leave none selected.

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows a ComboBox. The choice of an entry that is selected already is a choice too.
+#pragma once
+
+#include "platform/controls/combo_box.h"
+#include "ui/control_view.h"
+#include "ui/drop_down.h"
+
+namespace sonarith {
+
+class ComboBoxView : public DropDown {
+  public:
+    ComboBoxView(ComboBox& box, QString label, QWidget* parent);
+
+  private:
+    void showEntries();
+
+    ComboBox& box_;
+    ControlView view_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows a Frame: a border with its caption. The window lays out what stands in it.
+#pragma once
+
+#include <QGroupBox>
+
+#include "platform/controls/basic_controls.h"
+#include "ui/control_view.h"
+
+namespace sonarith {
+
+class FrameView : public QGroupBox {
+  public:
+    FrameView(Frame& frame, QWidget* parent);
+
+  private:
+    ControlView view_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows a ListBox: its lines, the current one and the marked ones. A press or a cursor key chooses
+// a line; the second press of a double click does not choose it again.
+#pragma once
+
+#include "platform/controls/list_box.h"
+#include "ui/control_view.h"
+#include "ui/list_box_model.h"
+#include "ui/row_list.h"
+
+namespace sonarith {
+
+class ListBoxView : public RowList {
+  public:
+    /// Whether the pointer over a line that is cut shows all of it.
+    enum class LineTips { none, whenCut };
+
+    /// Lines are cut in their middle, as paths are; setTextElideMode() changes that.
+    ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent);
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+    [[nodiscard]] bool isMarked(const QModelIndex& index) const override;
+
+  private:
+    void press(MouseButtons buttons, const QPoint& global);
+    void chooseByKey(int row);
+    void showCurrent();
+    void showTip(const QHelpEvent& event);
+
+    ListBox& list_;
+    LineTips tips_;
+    ListBoxModel model_;
+    bool showingCurrent_ = false;
+    Connection linesChanged_;
+    ControlView view_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Opens the menus that a form asks for, over the window that shows the form. A menu is built when
+// it is first asked for.
+#pragma once
+
+#include "platform/controls/form.h"
+#include "ui/menu_view.h"
+
+namespace sonarith {
+
+class PopupMenus {
+  public:
+    /// `bar` may be null; a heading that is in it opens the bar's own menu. All outlive this.
+    PopupMenus(Form& form, QWidget& window, const MenuBarView* bar);
+
+  private:
+    void open(MenuItem& heading);
+
+    QWidget& window_;
+    const MenuBarView* bar_;
+    MenusOfHeadings menus_;
+    Connection requested_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/popup_place.h"
+
+#include <utility>
+
+#include <QCursor>
+
+namespace sonarith {
+namespace {
+
+/// Handlers may yield, so one press is handled inside of another.
+std::optional<QPoint> newest;
+
+} // namespace
+
+PopupPlace::PopupPlace(const QPoint& global) : outer_(std::exchange(newest, global)) {}
+
+PopupPlace::~PopupPlace() {
+    newest = outer_;
+}
+
+QPoint PopupPlace::current() {
+    return newest.value_or(QCursor::pos());
+}
+
+} // namespace sonarith

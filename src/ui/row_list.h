@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A list whose rows all have one height, so that nothing takes longer in a longer list: adding
+// rows, scrolling, painting. It is a QListView for what screen readers know of it; that one's own
+// layout looks at every row again when a row is added. What rows mean is up to subclasses.
+#pragma once
+
+#include <QListView>
+
+namespace sonarith {
+
+class RowList : public QListView {
+  public:
+    explicit RowList(QWidget* parent);
+
+    void setModel(QAbstractItemModel* model) override;
+    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
+    [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    void doItemsLayout() override;
+    /// The cursor is the current row: the desktop asks where a menu belongs that a key opens.
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+  protected:
+    /// Device-independent pixels.
+    [[nodiscard]] int rowHeight() const;
+    [[nodiscard]] int rowCount() const;
+    /// Whether a row is painted as selected though it is not.
+    [[nodiscard]] virtual bool isMarked(const QModelIndex& index) const;
+    /// Whether the row's text is cut where it is shown.
+    [[nodiscard]] bool isElided(const QModelIndex& index) const;
+    /// The row that a cursor key leads to from `from`, within the list; -1 in an empty list and
+    /// for other keys.
+    [[nodiscard]] int rowFor(int key, int from) const;
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
+    void rowsInserted(const QModelIndex& parent, int first, int last) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QList<int>& roles) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    [[nodiscard]] int horizontalOffset() const override { return 0; }
+    [[nodiscard]] int verticalOffset() const override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+
+  private:
+    [[nodiscard]] QRect rowRect(int row) const;
+    [[nodiscard]] int firstRow() const;
+    [[nodiscard]] int wholeRows() const;
+    void rowsWereRemoved(int first, int last);
+    void updateFrom(int row);
+
+    int firstBeforeRemoval_ = 0;
+};
+
+} // namespace sonarith

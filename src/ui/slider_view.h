@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows a Slider, upright or lying. Code's moves are shown; the user's are the control's.
+#pragma once
+
+#include <QSlider>
+
+#include "platform/controls/slider.h"
+#include "ui/control_view.h"
+
+namespace sonarith {
+
+class SliderView : public QSlider {
+  public:
+    /// The end at which the greatest value is. It is also where the up key, the right key and a
+    /// turn of the wheel away from the user lead.
+    enum class Greatest { topOrRight, bottomOrLeft };
+
+    SliderView(Slider& slider, QString label, Qt::Orientation orientation, Greatest greatest,
+               QWidget* parent);
+
+  private:
+    void showValue();
+
+    Slider& slider_;
+    ControlView view_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/text_box_view.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <QMouseEvent>
+
+#include "platform/qt/text.h"
+#include "ui/mouse.h"
+
+namespace sonarith {
+
+QFont withPoints(QFont font, int points) {
+    if (points > 0) {
+        font.setPointSize(points);
+    } else {
+        font.setResolveMask(font.resolveMask() & ~static_cast<uint>(QFont::SizeResolved));
+    }
+    return font;
+}
+
+TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
+    : QLineEdit(parent),
+      box_(box),
+      view_(box, *this, {}, std::move(label), [this](Property which) { apply(which); }) {
+    // Typed, pasted, deleted, undone.
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
+        box_.setText(toText(typed));
+        // What the control did not take is taken back.
+        showText();
+        showTypingLimit();
+    });
+}
+
+void TextBoxView::apply(Property which) {
+    if (concerns(which, Property::text)) {
+        showText();
+    }
+    if (concerns(which, Property::typingLimit)) {
+        showTypingLimit();
+    }
+    if (concerns(which, Property::locked)) {
+        setReadOnly(box_.locked());
+    }
+    if (concerns(which, Property::fontSize)) {
+        setFont(withPoints(font(), box_.fontSize()));
+    }
+}
+
+void TextBoxView::showText() {
+    const QString shown = toQString(box_.text());
+    if (shown == text()) {
+        return;
+    }
+    // The caret stays at its character, or at the end where it was there.
+    const bool atEnd = cursorPosition() == text().size();
+    const int caret = cursorPosition();
+    if (shown.size() > maxLength()) {
+        // Code may set more than can be typed.
+        setMaxLength(static_cast<int>(shown.size()));
+    }
+    // This forgets what could be undone: undoing would bring back what code has replaced.
+    setText(shown);
+    setCursorPosition(atEnd ? static_cast<int>(shown.size())
+                            : std::min(caret, static_cast<int>(shown.size())));
+    showTypingLimit();
+}
+
+void TextBoxView::showTypingLimit() {
+    const int limit = box_.typingLimit() > 0 ? box_.typingLimit() : std::numeric_limits<int>::max();
+    const int most = std::max(limit, static_cast<int>(text().size()));
+    if (most != maxLength()) {
+        // Setting it sets the text anew.
+        const int caret = cursorPosition();
+        setMaxLength(most);
+        setCursorPosition(caret);
+    }
+}
+
+void TextBoxView::keyPressEvent(QKeyEvent* event) {
+    run(box_.onKeyDown);
+    // The handler may have closed the box.
+    if (isEnabled()) {
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+void TextBoxView::mousePressEvent(QMouseEvent* event) {
+    QLineEdit::mousePressEvent(event);
+    run(box_.onMouseDown, pressed(*event));
+}
+
+} // namespace sonarith
