@@ -21,6 +21,8 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     Image3.setToolTip("Hand grip");
     Image4.setToolTip("Destination");
     Image5.setToolTip("Source");
+    CmdSelectAction.setToolTip("Start the next action");
+    Command2.setToolTip("Cancel the action that is running");
     Command11.setToolTip("Play Selected track");
     Command12.setToolTip("Stop playing CD");
     cmdStart.setToolTip("Start Extracting CD Track");

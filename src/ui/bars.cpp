@@ -3,9 +3,9 @@
 
 #include <QBoxLayout>
 #include <QGridLayout>
-#include <QLabel>
 
 #include "ui/button_view.h"
+#include "ui/fixed_text.h"
 #include "ui/label_view.h"
 #include "ui/progress_view.h"
 
@@ -18,20 +18,6 @@ constexpr int gap = 4;
 constexpr int clipSide = 22;   ///< the host of the activity clip
 constexpr int symbolSide = 18; ///< source and destination
 constexpr int progressHeight = 12;
-
-/// A fixed word beside or above a value.
-QLabel* makeHeading(const QString& text, QWidget* parent) {
-    auto* heading = new QLabel(text, parent);
-    heading->setObjectName(QStringLiteral("heading ") + text);
-    heading->setAccessibleName(text);
-    // Quieter than the value, on light and dark palettes alike.
-    QPalette quiet = heading->palette();
-    QColor color = quiet.color(QPalette::WindowText);
-    color.setAlphaF(0.65F);
-    quiet.setColor(QPalette::WindowText, color);
-    heading->setPalette(quiet);
-    return heading;
-}
 
 } // namespace
 
@@ -87,10 +73,6 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
         new LabelView(form.Label5, QObject::tr("Drive space"), LabelView::Cut::never, bar);
     warning->setWordWrap(true);
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    // It keeps its place, so that nothing has to make room when it appears.
-    QSizePolicy keepsPlace = warning->sizePolicy();
-    keepsPlace.setRetainSizeWhenHidden(true);
-    warning->setSizePolicy(keepsPlace);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
     return bar;
@@ -106,7 +88,7 @@ BarView* makeActivityBar(Form1& form, QWidget* parent) {
     rows->addWidget(
         new PictureView(form.Image5, QObject::tr("Source"), Symbol::disc, symbolSide, bar), 0, 0);
     rows->addWidget(
-        new LabelView(form.Label3, QObject::tr("Next action"), LabelView::Cut::end, bar), 0, 1);
+        new LabelView(form.Label3, QObject::tr("Next action"), LabelView::Cut::middle, bar), 0, 1);
     rows->addWidget(
         new PictureView(form.Image4, QObject::tr("Destination"), Symbol::folder, symbolSide, bar),
         1, 0);

@@ -9,10 +9,11 @@ namespace sonarith {
 CheckBoxView::CheckBoxView(CheckBox& box, const QString& label, QWidget* parent)
     : QCheckBox(parent),
       view_(
-          box, *this, [&box] { return box.caption(); }, label, [this, &box, label](Property which) {
+          box, *this, [&box] { return box.caption(); }, label,
+          [this, &box, label](Property which) {
               if (concerns(which, Property::caption)) {
-                  setText(withoutMnemonic(box.caption().empty() ? label
-                                                                : toQString(box.caption())));
+                  setText(
+                      withoutMnemonic(box.caption().empty() ? label : toQString(box.caption())));
               }
               if (concerns(which, Property::value)) {
                   setChecked(box.value() == 1);

@@ -6,9 +6,7 @@
 namespace sonarith {
 
 ComboBoxView::ComboBoxView(ComboBox& box, QString label, QWidget* parent)
-    : DropDown(parent),
-      box_(box),
-      view_(box, *this, {}, std::move(label), [this](Property which) {
+    : DropDown(parent), box_(box), view_(box, *this, {}, std::move(label), [this](Property which) {
           if (concerns(which, Property::entries, Property::listIndex)) {
               showEntries();
           }

@@ -10,6 +10,7 @@
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
 #include "ui/mouse.h"
+#include "ui/popup_place.h"
 
 namespace sonarith {
 
@@ -19,8 +20,6 @@ FormAdapter::FormAdapter(Form& form, QWidget& window, QWidget& client,
       window_(window),
       client_(client),
       beforeResize_(std::move(beforeResize)),
-      agreedLeft_(form.left()),
-      agreedTop_(form.top()),
       changed_(form.changed.connect([this](Property which) { apply(which); })),
       shown_(form.showRequested.connect([this] { bringBack(); })),
       grasped_(form.captionGrasped.connect([this] {
@@ -41,6 +40,9 @@ void FormAdapter::apply(Property which) {
     const bool all = which == Property::all;
     if (all || which == Property::caption) {
         showCaption();
+    }
+    if (all || which == Property::enabled) {
+        window_.setEnabled(form_.enabled());
     }
     if (following_) {
         return;
@@ -185,6 +187,7 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
         // Widgets pass on the presses that they have no use for; only the bare surface's is meant.
         if (const auto& press = *static_cast<QMouseEvent*>(event);
             watched == &client_ && !client_.childAt(press.position().toPoint())) {
+            const PopupPlace place(press.globalPosition().toPoint());
             run(form_.onMouseDown, pressed(press));
         }
         break;

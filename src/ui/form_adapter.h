@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties a Form to the window that shows it: visible or not, caption, place (from the primary
-// screen's corner), size, region, and the close that the window manager asks for. The window's
-// contents are its own.
+// Ties a Form to the window that shows it: visible or not, enabled or not, caption, place (from the
+// primary screen's corner), size, region, and the close that the window manager asks for. The
+// window's contents are its own.
 #pragma once
 
 #include <functional>
@@ -42,8 +42,9 @@ class FormAdapter : public QObject {
     QWidget& window_;
     QWidget& client_;
     std::function<void()> beforeResize_;
-    /// The place that window and form agreed on last. The window moves only where the form says
-    /// another one; else it stands where the window manager and the user have put it.
+    /// The place that window and form agreed on last; none before the first. The window moves only
+    /// where the form says another one; else it stands where the window manager and the user have
+    /// put it.
     Twips agreedLeft_;
     Twips agreedTop_;
     /// The same of the size, the window's frame included.

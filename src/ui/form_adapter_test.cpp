@@ -135,6 +135,15 @@ TEST_F(FormAdapterTest, TheLogicResizesTheWindow) {
     EXPECT_EQ(window.size(), QSize(400, 250));
 }
 
+TEST_F(FormAdapterTest, AFormThatIsClosedClosesItsWindowsWidgets) {
+    form.show();
+    form.setEnabled(false);
+    EXPECT_FALSE(window.isEnabled());
+    form.unload();
+    form.show();
+    EXPECT_TRUE(window.isEnabled());
+}
+
 TEST_F(FormAdapterTest, AWindowOpensInItsDesignedSizeEachTime) {
     form.setDesignedSize(4500_twips, 3000_twips);
     form.show();

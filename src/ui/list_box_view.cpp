@@ -96,7 +96,7 @@ bool ListBoxView::isMarked(const QModelIndex& index) const {
 void ListBoxView::mousePressEvent(QMouseEvent* event) {
     event->accept();
     const QModelIndex index = indexAt(event->position().toPoint());
-    const MouseButtons buttons = pressed(*event);
+    const MouseButtons buttons = sonarith::pressed(*event);
     const QPoint global = event->globalPosition().toPoint();
     if (buttons.left && index.isValid()) {
         list_.choose(index.row());

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menu_view.h"
 
+#include <memory>
+
 #include <QApplication>
 #include <QTest>
 #include <gmock/gmock.h>
 
 #include "platform/controls/form.h"
+#include "ui/popup_menus.h"
 
 namespace sonarith {
 namespace {
@@ -16,6 +19,7 @@ class MenuViewTest : public testing::Test {
         tool.setChecked(true);
         popup.setVisible(false);
         bar = new MenuBarView({&file, &prefs}, &window);
+        popups = std::make_unique<PopupMenus>(form, window, bar);
         window.resize(300, 200);
         window.show();
     }
@@ -42,6 +46,7 @@ class MenuViewTest : public testing::Test {
     MenuItem prefs{form, "mnuPrefs", "Preferences", {&bars}};
     QWidget window;
     MenuBarView* bar = nullptr;
+    std::unique_ptr<PopupMenus> popups;
 };
 
 TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithALetterEach) {
@@ -91,7 +96,7 @@ TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsSeen) {
         seenInStep = QApplication::activePopupWidget() != nullptr;
         remove.setEnabled(false);
     };
-    bar->popUp(popup, QPoint(10, 10));
+    form.popupRequested.emit(popup);
     EXPECT_FALSE(seenInStep);
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
@@ -101,7 +106,7 @@ TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsSeen) {
 
 TEST_F(MenuViewTest, AHeadingThatIsClosedDoesNotPopUp) {
     popup.setEnabled(false);
-    bar->popUp(popup, QPoint(10, 10));
+    form.popupRequested.emit(popup);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 

@@ -17,9 +17,8 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
           button, *this, [&button] { return button.caption(); }, label,
           [this, label](Property which) {
               if (concerns(which, Property::caption)) {
-                  setText(withoutMnemonic(button_.caption().empty()
-                                              ? label
-                                              : toQString(button_.caption())));
+                  setText(withoutMnemonic(
+                      button_.caption().empty() ? label : toQString(button_.caption())));
               }
               if (concerns(which, Property::value)) {
                   setChecked(button_.selected());

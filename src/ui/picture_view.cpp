@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "ui/mouse.h"
+#include "ui/popup_place.h"
 
 namespace sonarith {
 
@@ -56,6 +57,7 @@ void PictureView::paintEvent(QPaintEvent*) {
 
 void PictureView::mousePressEvent(QMouseEvent* event) {
     event->setAccepted(static_cast<bool>(model_.onMouseDown));
+    const PopupPlace place(event->globalPosition().toPoint());
     run(model_.onMouseDown, pressed(*event));
 }
 

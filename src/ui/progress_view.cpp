@@ -4,7 +4,8 @@
 namespace sonarith {
 
 ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
-    : QProgressBar(parent), view_(model, *this, {}, std::move(label), [this, &model](Property which) {
+    : QProgressBar(parent),
+      view_(model, *this, {}, std::move(label), [this, &model](Property which) {
           if (which == Property::all) {
               setRange(model.minimum(), model.maximum());
           }

@@ -110,6 +110,7 @@ bool RowList::isElided(const QModelIndex& index) const {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     option.rect = visualRect(index);
+    option.rect.setLeft(indentOf(index));
     option.features = QStyleOptionViewItem::HasDisplay;
     const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, this) + 1;
     const int room =
@@ -119,6 +120,10 @@ bool RowList::isElided(const QModelIndex& index) const {
 
 bool RowList::isMarked(const QModelIndex&) const {
     return false;
+}
+
+int RowList::indentOf(const QModelIndex&) const {
+    return 0;
 }
 
 int RowList::rowFor(int key, int from) const {
@@ -313,6 +318,7 @@ void RowList::paintEvent(QPaintEvent* event) {
             continue;
         }
         const QModelIndex index = model()->index(row, 0, rootIndex());
+        option.rect.setLeft(indentOf(index));
         option.state = state;
         option.state.setFlag(QStyle::State_Selected,
                              selectionModel()->isSelected(index) || isMarked(index));

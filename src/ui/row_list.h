@@ -26,6 +26,8 @@ class RowList : public QListView {
     [[nodiscard]] int rowCount() const;
     /// Whether a row is painted as selected though it is not.
     [[nodiscard]] virtual bool isMarked(const QModelIndex& index) const;
+    /// By how much a row begins further right, in device-independent pixels.
+    [[nodiscard]] virtual int indentOf(const QModelIndex& index) const;
     /// Whether the row's text is cut where it is shown.
     [[nodiscard]] bool isElided(const QModelIndex& index) const;
     /// The row that a cursor key leads to from `from`, within the list; -1 in an empty list and

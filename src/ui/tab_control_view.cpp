@@ -9,8 +9,7 @@
 namespace sonarith {
 
 TabControlView::TabControlView(TabControl& tabs, QString label, QWidget* parent)
-    : QTabWidget(parent),
-      view_(tabs, *this, {}, std::move(label), [this, &tabs](Property which) {
+    : QTabWidget(parent), view_(tabs, *this, {}, std::move(label), [this, &tabs](Property which) {
           if (concerns(which, Property::listIndex)) {
               setCurrentIndex(tabs.tab());
           }

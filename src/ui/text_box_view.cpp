@@ -8,6 +8,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/mouse.h"
+#include "ui/popup_place.h"
 
 namespace sonarith {
 
@@ -87,7 +88,11 @@ void TextBoxView::keyPressEvent(QKeyEvent* event) {
 }
 
 void TextBoxView::mousePressEvent(QMouseEvent* event) {
-    QLineEdit::mousePressEvent(event);
+    // A box that only shows something can be a handle to drag the window by: no text is marked.
+    if (!box_.locked() || !box_.onMouseDown) {
+        QLineEdit::mousePressEvent(event);
+    }
+    const PopupPlace place(event->globalPosition().toPoint());
     run(box_.onMouseDown, pressed(*event));
 }
 

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/form_window.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "platform/qt/primary_screen.h"
+#include "platform/qt/twips.h"
+#include "ui/popup_place.h"
+
+namespace sonarith {
+
+FormWindow::FormWindow(WindowLayout layout, HelpCall help)
+    : layout_(std::move(layout)), help_(std::move(help)), client_(new QWidget(this)) {
+    build();
+    connectKeys();
+    growToContents();
+    // Last of all: it shows a window whose form is visible already.
+    popups_.emplace(layout_.form, *this, bar_);
+    adapter_.emplace(layout_.form, *this, *client_);
+}
+
+void FormWindow::build() {
+    setWindowIcon(makeIcon(layout_.icon));
+    client_->setObjectName(QStringLiteral("client"));
+    client_->setAccessibleName(tr("Work area"));
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    if (layout_.leastSize == LeastSize::none) {
+        rows->setSizeConstraint(QLayout::SetNoConstraint);
+    }
+    if (!layout_.menus.empty()) {
+        bar_ = new MenuBarView(layout_.menus, this);
+        rows->setMenuBar(bar_);
+    }
+    rows->addWidget(client_);
+    layout_.layOut(*this);
+}
+
+void FormWindow::connectKeys() {
+    if (CommandButton* cancel = layout_.cancelButton) {
+        connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [cancel] {
+            if (cancel->visible() && cancel->enabled()) {
+                cancel->click();
+            }
+        });
+    }
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, [this] {
+        if (help_) {
+            help_(layout_.form);
+        }
+    });
+}
+
+/// A window that its load step has put into the middle of the screen stays there.
+void FormWindow::growToContents() {
+    ensurePolished();
+    Form& form = layout_.form;
+    const QSize designed(toPixels(form.width()), toPixels(form.height()));
+    const QSize grown = designed.expandedTo(layout()->totalMinimumSize());
+    if (layout_.leastSize == LeastSize::none || grown == designed) {
+        return;
+    }
+    const QSize screen = primaryScreen().size();
+    const QRect place(QPoint(toPixels(form.left()), toPixels(form.top())), designed);
+    // Both are rounded to whole twips and pixels.
+    const bool isCentred = std::abs(2 * place.x() + place.width() - screen.width()) <= 2 &&
+                           std::abs(2 * place.y() + place.height() - screen.height()) <= 2;
+    form.setDesignedSize(toTwips(grown.width()), toTwips(grown.height()));
+    if (isCentred) {
+        form.setLeft(toTwips((screen.width() - grown.width()) / 2));
+        form.setTop(toTwips((screen.height() - grown.height()) / 2));
+    }
+}
+
+void FormWindow::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
+    if (event->reason() != QContextMenuEvent::Keyboard) {
+        // By mouse, the press was it.
+        return;
+    }
+    const QWidget* at = QApplication::focusWidget();
+    if (!at || !isAncestorOf(at)) {
+        at = client_;
+    }
+    const PopupPlace place(at->mapToGlobal(at->rect().center()));
+    if (layout_.menuKey) {
+        layout_.menuKey();
+    } else {
+        run(layout_.form.onMouseDown, MouseButtons{.right = true});
+    }
+}
+
+} // namespace sonarith

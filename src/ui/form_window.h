@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The top-level window of a form, and the description from which it is made. What is on the window
+// is the layout's; what it does is the form's. The main window has a class of its own
+// (main_window_view.h). Windows are made when they are first shown: lazy_window.h.
+//
+// How a window is laid out: a file ui/<name>_window.cpp with one function that describes it.
+//
+//     WindowLayout finderWindow(FrmSearch& form) {
+//         return {.form = form,
+//                 .icon = Symbol::search,
+//                 .cancelButton = &form.cmdend,
+//                 .layOut = [&form](FormWindow& window) {
+//                     QWidget& client = window.client();
+//                     auto* name = new TextBoxView(form.Text1, QObject::tr("Name"), &client);
+//                     auto* rows = new QVBoxLayout(&client);
+//                     rows->addWidget(makeFixedText(QObject::tr("Name"), name, &client));
+//                     rows->addWidget(name);
+//                     rows->addWidget(new ListBoxView(form.lstfiles, QObject::tr("Files found"),
+//                                                     ListBoxView::LineTips::whenCut, &client), 1);
+//                     rows->addWidget(
+//                         new TextButtonView(form.Command1, window.menuLetters(), &client));
+//                 }};
+//     }
+//
+// In main.cpp: `const LazyWindow finder(finderWindow(windows.frmsearch), help);`
+// In its test: `FormWindow window(finderWindow(form)); form.show();`
+//
+// The order in which the widgets are made is the order of the tab key. The widget of a control is
+// named as the control is: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
+// (TabControlView::page) and a picture that holds controls (PictureView) are the parents of what is
+// on them.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include <QWidget>
+
+#include "platform/controls/basic_controls.h"
+#include "platform/controls/form.h"
+#include "ui/form_adapter.h"
+#include "ui/icons.h"
+#include "ui/popup_menus.h"
+
+namespace sonarith {
+
+class FormWindow;
+
+/// Whether the window can be made smaller than its contents, which are then cut off.
+enum class LeastSize { contents, none };
+
+struct WindowLayout {
+    /// Outlives the window.
+    Form& form;
+    Symbol icon = Symbol::program;
+    /// The headings of the window's menu bar; none: no bar.
+    std::vector<MenuItem*> menus = {};
+    LeastSize leastSize = LeastSize::contents;
+    /// The escape key clicks it while it is visible and enabled. Null: that key does nothing.
+    CommandButton* cancelButton = nullptr;
+    /// The menu key on a widget that has no menu of its own. Not set: a right press on the form.
+    std::function<void()> menuKey = {};
+    /// Puts the widgets on `window.client()`.
+    std::function<void(FormWindow& window)> layOut;
+};
+
+/// The user wants help on the window of a form.
+using HelpCall = std::function<void(const Form&)>;
+
+class FormWindow : public QWidget {
+  public:
+    /// Shows itself at once if the form is visible. A designed size that is too small for the
+    /// contents becomes theirs.
+    explicit FormWindow(WindowLayout layout, HelpCall help = {});
+
+    /// What is below the menu bar.
+    [[nodiscard]] QWidget& client() { return *client_; }
+    /// The letters that open the bar's menus, in lower case: other widgets take others.
+    [[nodiscard]] QString menuLetters() const { return bar_ ? bar_->letters() : QString(); }
+
+  protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+  private:
+    void build();
+    void connectKeys();
+    void growToContents();
+
+    WindowLayout layout_;
+    HelpCall help_;
+    MenuBarView* bar_ = nullptr;
+    QWidget* client_;
+    std::optional<FormAdapter> adapter_;
+    std::optional<PopupMenus> popups_;
+};
+
+} // namespace sonarith

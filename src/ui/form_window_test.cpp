@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/form_window.h"
+
+#include <memory>
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gmock/gmock.h>
+
+#include "ui/button_view.h"
+#include "ui/lazy_window.h"
+#include "ui/popup_place.h"
+#include "ui/text_box_view.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+
+class FormWindowTest : public testing::Test {
+  protected:
+    FormWindowTest() { form.setDesignedSize(4500_twips, 3000_twips); }
+    ~FormWindowTest() override {
+        while (QWidget* open = QApplication::activePopupWidget()) {
+            open->close();
+        }
+    }
+    /// What a window's file is: a description, and a layout.
+    WindowLayout layout() {
+        return {.form = form,
+                .icon = Symbol::search,
+                .menus = {&menu},
+                .cancelButton = &closeButton,
+                .layOut = [this](FormWindow& window) {
+                    ++laidOut;
+                    auto* rows = new QVBoxLayout(&window.client());
+                    rows->addWidget(new TextBoxView(text, "Name", &window.client()));
+                    rows->addWidget(
+                        new TextButtonView(closeButton, window.menuLetters(), &window.client()));
+                    rows->addStretch();
+                }};
+    }
+    static void activate(QWidget& window) {
+        window.activateWindow();
+        QCoreApplication::processEvents();
+    }
+
+    int laidOut = 0;
+    Form form{"frmsearch", "File Finder"};
+    TextBox text{form, "Text1"};
+    CommandButton closeButton{form, "cmdend", "Close"};
+    MenuItem entry{form, "mnuClose", "Close Window"};
+    MenuItem menu{form, "mnuCD", "CD Menu", {&entry}};
+};
+
+TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithAnIconOfItsOwn) {
+    const FormWindow window(layout());
+    EXPECT_FALSE(window.isVisible());
+    form.show();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(window.isWindow());
+    EXPECT_EQ(window.windowTitle(), "File Finder");
+    EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
+    EXPECT_FALSE(window.windowIcon().isNull());
+    EXPECT_EQ(window.windowFlags() & Qt::WindowType_Mask, Qt::Window) << "in the window list";
+    EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
+}
+
+TEST_F(FormWindowTest, TheWindowManagersCloseIsTheFormsUnload) {
+    std::vector<std::string> log;
+    form.onQueryUnload = [&] {
+        log.emplace_back("query");
+    };
+    form.onUnload = [&] {
+        log.emplace_back("unload");
+    };
+    FormWindow window(layout());
+    form.show();
+    EXPECT_FALSE(window.close()) << "the form hides it";
+    EXPECT_THAT(log, ElementsAre("query", "unload"));
+    EXPECT_FALSE(window.isVisible());
+    form.show();
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(FormWindowTest, AClosedFormTakesNoInput) {
+    FormWindow window(layout());
+    form.show();
+    form.setEnabled(false);
+    EXPECT_FALSE(window.isEnabled());
+    EXPECT_FALSE(window.findChild<QWidget*>("Text1")->isEnabled());
+    form.setEnabled(true);
+    EXPECT_TRUE(window.findChild<QWidget*>("Text1")->isEnabled());
+}
+
+TEST_F(FormWindowTest, EscapeClicksTheCancelButtonWhileThatCanBeClicked) {
+    int clicks = 0;
+    closeButton.onClick = [&] {
+        ++clicks;
+    };
+    FormWindow window(layout());
+    form.show();
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(clicks, 1);
+    closeButton.setEnabled(false);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(FormWindowTest, EscapeDoesNothingWithoutACancelButton) {
+    WindowLayout plain = layout();
+    plain.cancelButton = nullptr;
+    FormWindow window(plain);
+    form.show();
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(form.loaded());
+}
+
+TEST_F(FormWindowTest, F1AsksForHelpOnTheForm) {
+    std::vector<std::string> asked;
+    FormWindow window(layout(), [&](const Form& about) { asked.push_back(about.name()); });
+    form.show();
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_F1);
+    EXPECT_THAT(asked, ElementsAre("frmsearch"));
+}
+
+TEST_F(FormWindowTest, TheMenuBarStandsAboveTheClientArea) {
+    FormWindow window(layout());
+    form.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.menuLetters(), "c");
+    EXPECT_GT(window.client().y(), 10);
+    EXPECT_EQ(form.innerHeight(), Twips((200 - window.client().y()) * 15));
+}
+
+TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrWhatTheLayoutSays) {
+    std::vector<std::string> log;
+    QPoint place;
+    form.onMouseDown = [&](MouseButtons buttons) {
+        log.emplace_back(buttons.right ? "right" : "left");
+        place = PopupPlace::current();
+        form.popupRequested.emit(menu);
+    };
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    {
+        FormWindow window(layout());
+        form.show();
+        activate(window);
+        auto* button = window.findChild<QWidget*>("cmdend");
+        button->setFocus();
+        QCoreApplication::sendEvent(button, &key);
+        EXPECT_EQ(place, button->mapToGlobal(button->rect().center()));
+        ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+        EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuCD");
+        QApplication::activePopupWidget()->close();
+        QContextMenuEvent mouse(QContextMenuEvent::Mouse, QPoint(), QPoint());
+        QCoreApplication::sendEvent(button, &mouse);
+    }
+    form.hide();
+    WindowLayout own = layout();
+    own.menuKey = [&] {
+        log.emplace_back("own");
+    };
+    FormWindow window(own);
+    form.show();
+    QCoreApplication::sendEvent(&window, &key);
+    EXPECT_THAT(log, ElementsAre("right", "own"));
+}
+
+TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallBecomesTheContents) {
+    form.setDesignedSize(150_twips, 150_twips);
+    form.onLoad = [&] {
+        form.setLeft(1500_twips);
+        form.setTop(1500_twips);
+    };
+    form.show();
+    const FormWindow window(layout());
+    EXPECT_GT(form.width(), Twips(150));
+    EXPECT_EQ(window.frameGeometry().width() * 15, form.width().count());
+    EXPECT_EQ(form.left(), Twips(1500));
+    form.unload();
+    form.show();
+    EXPECT_EQ(window.frameGeometry().width() * 15, form.width().count());
+    EXPECT_EQ(window.size(), window.minimumSize());
+}
+
+TEST_F(FormWindowTest, AWindowInTheMiddleOfTheScreenGrowsAroundIt) {
+    form.setDesignedSize(150_twips, 150_twips);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    form.onLoad = [&] {
+        form.setLeft((Twips(screen.width() * 15) - form.width()) / 2);
+        form.setTop((Twips(screen.height() * 15) - form.height()) / 2);
+    };
+    form.show();
+    const FormWindow window(layout());
+    EXPECT_NEAR(window.geometry().center().x(), screen.center().x(), 1);
+    EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 1);
+}
+
+TEST_F(FormWindowTest, AWindowOfAnySizeCutsItsContentsOff) {
+    WindowLayout any = layout();
+    any.leastSize = LeastSize::none;
+    const FormWindow window(any);
+    form.show();
+    form.setHeight(600_twips);
+    EXPECT_EQ(window.frameGeometry().height(), 40);
+    EXPECT_EQ(window.frameGeometry().width(), 300);
+}
+
+TEST_F(FormWindowTest, EveryWidgetHasASpokenName) {
+    FormWindow window(layout());
+    EXPECT_EQ(window.accessibleName(), "File Finder");
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const std::string name = widget->objectName().toStdString();
+        if (!name.empty() && !name.starts_with("qt_")) {
+            EXPECT_FALSE(widget->accessibleName().isEmpty()) << name;
+        }
+    }
+}
+
+TEST_F(FormWindowTest, ALazyWindowIsBuiltWhenItsFormIsFirstShown) {
+    const LazyWindow lazy(layout());
+    form.load();
+    EXPECT_EQ(lazy.window(), nullptr);
+    EXPECT_EQ(laidOut, 0);
+    form.show();
+    ASSERT_NE(lazy.window(), nullptr);
+    EXPECT_TRUE(lazy.window()->isVisible());
+    form.hide();
+    form.show();
+    EXPECT_EQ(laidOut, 1);
+}
+
+TEST_F(FormWindowTest, ALazyWindowStandsWhereTheLoadStepHasPutItsForm) {
+    form.onLoad = [&] {
+        form.setLeft(1500_twips);
+        form.setTop(750_twips);
+    };
+    const LazyWindow lazy(layout());
+    form.show();
+    QCoreApplication::processEvents();
+    ASSERT_NE(lazy.window(), nullptr);
+    const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
+    EXPECT_EQ(lazy.window()->pos(), corner + QPoint(100, 50));
+    EXPECT_EQ(form.left(), Twips(1500));
+}
+
+TEST_F(FormWindowTest, ALoadStepThatUnloadsItsFormLeavesNoWindow) {
+    form.onLoad = [&] {
+        form.unload();
+    };
+    const LazyWindow lazy(layout());
+    form.show();
+    EXPECT_EQ(lazy.window(), nullptr);
+}
+
+} // namespace
+} // namespace sonarith

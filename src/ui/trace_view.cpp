@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/trace_view.h"
+
+#include <cmath>
+#include <utility>
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include "platform/qt/twips.h"
+
+namespace sonarith {
+namespace {
+
+/// In device-independent pixels.
+constexpr int lineWidth = 1;
+/// Far outside of any screen. A widget's rectangles are whole numbers.
+constexpr double farthest = 1e6;
+
+QPointF inPixels(const PicturePoint& point) {
+    const auto held = [](double twips) {
+        const double pixels = twips / twipsPerPixel;
+        return std::isnan(pixels) ? 0 : std::fmin(std::fmax(pixels, -farthest), farthest);
+    };
+    return {held(point.x), held(point.y)};
+}
+
+/// Where the line leaves paint.
+QRect placeOf(const PictureLine& line) {
+    const QRectF box = QRectF(inPixels(line.from), inPixels(line.to)).normalized();
+    return box.toAlignedRect().adjusted(-lineWidth, -lineWidth, lineWidth, lineWidth);
+}
+
+} // namespace
+
+TraceView::TraceView(PictureBox& model, QString label, Colors colors, QWidget* parent)
+    : PictureView(model, std::move(label), std::nullopt, 0, parent),
+      model_(model),
+      colors_(std::move(colors)),
+      lineDrawn_(
+          model.lineDrawn.connect([this](const PictureLine& line) { update(placeOf(line)); })),
+      cleared_(model.cleared.connect([this] { update(); })) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+QSize TraceView::sizeHint() const {
+    return {toPixels(model_.width()) + lineWidth, toPixels(model_.height()) + lineWidth};
+}
+
+void TraceView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.fillRect(event->rect(), colors_.background);
+    painter.setPen(QPen(colors_.line, lineWidth));
+    for (const PictureLine& line : model_.lines()) {
+        if (event->region().intersects(placeOf(line))) {
+            painter.drawLine(QLineF(inPixels(line.from), inPixels(line.to)));
+        }
+    }
+}
+
+} // namespace sonarith

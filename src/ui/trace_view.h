@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows a PictureBox on which lines are drawn. The lines are the model's, so that they are sharp at
+// every scale; a new line repaints its own rectangle alone.
+#pragma once
+
+#include <QColor>
+
+#include "ui/picture_view.h"
+
+namespace sonarith {
+
+class TraceView : public PictureView {
+  public:
+    struct Colors {
+        QColor background;
+        QColor line;
+    };
+    TraceView(PictureBox& model, QString label, Colors colors, QWidget* parent);
+
+    /// The control's size, and the line at its far edges.
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    PictureBox& model_;
+    Colors colors_;
+    Connection lineDrawn_;
+    Connection cleared_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Pictures that the logic draws on: the trace of lines, and the block that moves behind an edge.
+#include "ui/trace_view.h"
+
+#include <QImage>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "platform/controls/form.h"
+#include "ui/block_view.h"
+
+namespace sonarith {
+namespace {
+
+const TraceView::Colors colors{Qt::black, Qt::green};
+
+/// Notes what is repainted.
+class WatchedTrace : public TraceView {
+  public:
+    using TraceView::TraceView;
+    QRegion repainted;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        repainted += event->region();
+        TraceView::paintEvent(event);
+    }
+};
+
+class TraceViewTest : public testing::Test {
+  protected:
+    TraceViewTest() {
+        model.setWidth(2445_twips);
+        model.setHeight(945_twips);
+        view.resize(view.sizeHint());
+        parent.resize(300, 200);
+        parent.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&parent));
+        QCoreApplication::processEvents();
+        view.repainted = {};
+    }
+    bool isLine(int x, int y) {
+        return view.grab().toImage().pixelColor(x, y) == QColor(Qt::green);
+    }
+
+    Form form{"Form4"};
+    PictureBox model{form, "picPeakVol"};
+    QWidget parent;
+    WatchedTrace view{model, "Sound Level Meter", colors, &parent};
+};
+
+TEST_F(TraceViewTest, IsAsLargeAsItsControlWithTheLineAtItsEdge) {
+    EXPECT_EQ(view.size(), QSize(164, 64));
+    // Silence lies at 950 of 945 twips.
+    model.line({0, 950}, {2445, 950});
+    EXPECT_TRUE(isLine(80, 63));
+    EXPECT_FALSE(isLine(80, 62));
+}
+
+TEST_F(TraceViewTest, LinesStayUntilTheyAreCleared) {
+    model.line({150, 300}, {450, 300});
+    model.line({450, 300}, {450, 600});
+    EXPECT_TRUE(isLine(20, 20));
+    EXPECT_TRUE(isLine(30, 30));
+    EXPECT_FALSE(isLine(20, 30));
+    model.clear();
+    EXPECT_FALSE(isLine(20, 20));
+}
+
+TEST_F(TraceViewTest, ANewLineRepaintsItsOwnPlaceAlone) {
+    model.line({150, 300}, {165, 315});
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(view.repainted.isEmpty());
+    EXPECT_TRUE(QRect(8, 18, 8, 8).contains(view.repainted.boundingRect()))
+        << view.repainted.boundingRect().width();
+}
+
+TEST_F(TraceViewTest, WhatIsDrawnOutsideIsCutOff) {
+    model.line({-1e300, -1e300}, {1e300, 1e300});
+    model.line({150, -1050}, {150, 900});
+    EXPECT_TRUE(isLine(10, 0));
+    EXPECT_TRUE(isLine(10, 50));
+}
+
+TEST_F(TraceViewTest, LinesAreDrawnInThePixelsOfTheScreen) {
+    model.line({150, 300}, {450, 300});
+    QImage fine(view.size() * 2, QImage::Format_RGB32);
+    fine.setDevicePixelRatio(2);
+    view.render(&fine);
+    // One device-independent pixel is two of the screen's, both of the line's own colour.
+    EXPECT_EQ(fine.pixelColor(40, 38), QColor(Qt::black));
+    int green = 0;
+    for (int y = 36; y < 46; ++y) {
+        green += fine.pixelColor(40, y) == QColor(Qt::green) ? 1 : 0;
+    }
+    EXPECT_EQ(green, 2);
+}
+
+TEST_F(TraceViewTest, PressesAreTheControls) {
+    int right = 0;
+    model.onMouseDown = [&](MouseButtons buttons) {
+        right += buttons.right ? 1 : 0;
+    };
+    QTest::mouseClick(&view, Qt::RightButton);
+    EXPECT_EQ(right, 1);
+    EXPECT_EQ(view.accessibleName(), "Sound Level Meter");
+}
+
+TEST(BlockView, StandsWhereItsControlIsAndIsCutOffByWhatItStandsOn) {
+    Form form("Form4");
+    PictureBox clip(form, "Picture8");
+    Label bar(form, "Label4");
+    bar.setLeft(-180_twips);
+    bar.setTop(450_twips);
+    bar.setWidth(555_twips);
+    bar.setHeight(6000_twips);
+    QWidget parent;
+    PictureView clipView(clip, "Level", std::nullopt, 0, &parent);
+    clipView.setGeometry(10, 10, 9, 61);
+    const BlockView block(bar, "Level", Qt::green, &clipView);
+    parent.resize(60, 120);
+    const auto isGreen = [&](int x, int y) {
+        return parent.grab().toImage().pixelColor(x, y) == QColor(Qt::green);
+    };
+    EXPECT_EQ(block.geometry(), QRect(-12, 30, 37, 400));
+    EXPECT_FALSE(isGreen(12, 39));
+    EXPECT_TRUE(isGreen(12, 40));
+    EXPECT_TRUE(isGreen(12, 70));
+    EXPECT_FALSE(isGreen(12, 71));
+    EXPECT_FALSE(isGreen(9, 50));
+    EXPECT_FALSE(isGreen(19, 50));
+    bar.setTop(915_twips);
+    EXPECT_FALSE(isGreen(12, 70));
+}
+
+} // namespace
+} // namespace sonarith
