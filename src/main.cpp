@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The composition root: makes the machine, the desktop's services, the application and its windows,
 // and runs them.
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <QApplication>
 
@@ -24,6 +22,7 @@
 #include "platform/qt/qt_shell.h"
 #include "ui/coming_window.h"
 #include "ui/devices_window.h"
+#include "ui/lazy_window.h"
 #include "ui/main_window_view.h"
 #include "ui/notice_center.h"
 #include "ui/program_style.h"
@@ -101,16 +100,13 @@ int runProgram() {
     window.onImageDropped = [&](const std::string& image) {
         devicesWindow().chooseDrive(image);
     };
-    std::map<Form*, std::unique_ptr<ComingWindow>> coming;
-    std::vector<Connection> firstShown;
-    for (Form* other : std::initializer_list<Form*>{&windows.Form4, &windows.FrmPrefs,
-                                                    &windows.frmsearch, &windows.frmPlayList}) {
-        firstShown.push_back(other->showRequested.connect([&coming, other] {
-            if (!coming[other]) {
-                coming[other] = std::make_unique<ComingWindow>(*other);
-            }
-        }));
-    }
+    const HelpCall help = [&](const Form&) {
+        form.Cmdhelp.click();
+    };
+    const LazyWindow player(comingWindow(windows.Form4), help);
+    const LazyWindow preferences(comingWindow(windows.FrmPrefs), help);
+    const LazyWindow finder(comingWindow(windows.frmsearch), help);
+    const LazyWindow playlist(comingWindow(windows.frmPlayList), help);
 
     loop.setLastSteps([&] { machine.stop(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });

@@ -11,6 +11,7 @@
 
 #include "platform/qt/primary_screen.h"
 #include "platform/qt/twips.h"
+#include "ui/mnemonics.h"
 #include "ui/popup_place.h"
 
 namespace sonarith {
@@ -38,6 +39,7 @@ void FormWindow::build() {
     if (!layout_.menus.empty()) {
         bar_ = new MenuBarView(layout_.menus, this);
         rows->setMenuBar(bar_);
+        letters_ = bar_->letters();
     }
     rows->addWidget(client_);
     layout_.layOut(*this);
@@ -56,6 +58,12 @@ void FormWindow::connectKeys() {
             help_(layout_.form);
         }
     });
+}
+
+TextButtonView* FormWindow::makeButton(CommandButton& model, QWidget* parent) {
+    auto* button = new TextButtonView(model, letters_, parent);
+    letters_ += mnemonicOf(button->text());
+    return button;
 }
 
 /// A window that its load step has put into the middle of the screen stays there.

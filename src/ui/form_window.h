@@ -17,8 +17,7 @@
 //                     rows->addWidget(name);
 //                     rows->addWidget(new ListBoxView(form.lstfiles, QObject::tr("Files found"),
 //                                                     ListBoxView::LineTips::whenCut, &client), 1);
-//                     rows->addWidget(
-//                         new TextButtonView(form.Command1, window.menuLetters(), &client));
+//                     rows->addWidget(window.makeButton(form.Command1, &client));
 //                 }};
 //     }
 //
@@ -39,6 +38,7 @@
 
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
+#include "ui/button_view.h"
 #include "ui/form_adapter.h"
 #include "ui/icons.h"
 #include "ui/popup_menus.h"
@@ -76,8 +76,8 @@ class FormWindow : public QWidget {
 
     /// What is below the menu bar.
     [[nodiscard]] QWidget& client() { return *client_; }
-    /// The letters that open the bar's menus, in lower case: other widgets take others.
-    [[nodiscard]] QString menuLetters() const { return bar_ ? bar_->letters() : QString(); }
+    /// A button with a letter that neither the menu bar nor another of these buttons has.
+    [[nodiscard]] TextButtonView* makeButton(CommandButton& model, QWidget* parent);
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -89,6 +89,7 @@ class FormWindow : public QWidget {
 
     WindowLayout layout_;
     HelpCall help_;
+    QString letters_; ///< that are taken, in lower case
     MenuBarView* bar_ = nullptr;
     QWidget* client_;
     std::optional<FormAdapter> adapter_;

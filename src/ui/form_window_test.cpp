@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 #include <gmock/gmock.h>
 
-#include "ui/button_view.h"
 #include "ui/lazy_window.h"
 #include "ui/popup_place.h"
 #include "ui/text_box_view.h"
@@ -38,8 +37,8 @@ class FormWindowTest : public testing::Test {
                     ++laidOut;
                     auto* rows = new QVBoxLayout(&window.client());
                     rows->addWidget(new TextBoxView(text, "Name", &window.client()));
-                    rows->addWidget(
-                        new TextButtonView(closeButton, window.menuLetters(), &window.client()));
+                    rows->addWidget(window.makeButton(closeButton, &window.client()));
+                    rows->addWidget(window.makeButton(copy, &window.client()));
                     rows->addStretch();
                 }};
     }
@@ -52,6 +51,7 @@ class FormWindowTest : public testing::Test {
     Form form{"frmsearch", "File Finder"};
     TextBox text{form, "Text1"};
     CommandButton closeButton{form, "cmdend", "Close"};
+    CommandButton copy{form, "cmdcopy", "Copy"};
     MenuItem entry{form, "mnuClose", "Close Window"};
     MenuItem menu{form, "mnuCD", "CD Menu", {&entry}};
 };
@@ -135,9 +135,14 @@ TEST_F(FormWindowTest, TheMenuBarStandsAboveTheClientArea) {
     FormWindow window(layout());
     form.show();
     QCoreApplication::processEvents();
-    EXPECT_EQ(window.menuLetters(), "c");
     EXPECT_GT(window.client().y(), 10);
     EXPECT_EQ(form.innerHeight(), Twips((200 - window.client().y()) * 15));
+}
+
+TEST_F(FormWindowTest, MenusAndButtonsHaveALetterEach) {
+    const FormWindow window(layout());
+    EXPECT_EQ(window.findChild<QPushButton*>("cmdend")->text(), "C&lose");
+    EXPECT_EQ(window.findChild<QPushButton*>("cmdcopy")->text(), "C&opy");
 }
 
 TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrWhatTheLayoutSays) {

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -50,6 +51,11 @@ MainWindowView::MainWindowView(Form1& form)
     setAcceptDrops(true);
     grip_->setCursor(Qt::OpenHandCursor);
     followBars();
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, [this] {
+        if (form_.Cmdhelp.enabled()) {
+            form_.Cmdhelp.click();
+        }
+    });
     tree_.widget().setFocus();
     takeDesignedSize();
 }

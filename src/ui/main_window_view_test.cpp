@@ -188,6 +188,46 @@ TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltAndALetterEach) {
     EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuPrefs");
 }
 
+TEST_F(MainWindowViewTest, F1AsksForHelpWhileThatCanBeAskedFor) {
+    int calls = 0;
+    form.Cmdhelp.onClick = [&] {
+        ++calls;
+    };
+    show();
+    QTest::keyClick(&view, Qt::Key_F1);
+    EXPECT_EQ(calls, 1);
+    form.Disablem();
+    QTest::keyClick(&view, Qt::Key_F1);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(MainWindowViewTest, StartAndCancelSayWhatTheyDo) {
+    EXPECT_EQ(widget("CmdSelectAction").toolTip(), "Start the next action");
+    EXPECT_EQ(widget("Command2").toolTip(), "Cancel the action that is running");
+}
+
+TEST_F(MainWindowViewTest, TheDiscsIdentityHasTheRoomThatTheWarningLeaves) {
+    form.lblCDID.setCaption("1234567890");
+    form.lblNumTracks.setCaption("12");
+    form.Picture4.setVisible(true);
+    show();
+    const QWidget& identity = widget("lblCDID");
+    EXPECT_GE(identity.width(), identity.fontMetrics().horizontalAdvance("1234567890"));
+    const int alone = identity.width();
+    form.Label5.setVisible(true);
+    QCoreApplication::processEvents();
+    EXPECT_LT(identity.width(), alone);
+}
+
+TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInItsMiddle) {
+    const std::string path = "Next Action:  Process  c:\\music\\" + std::string(80, 'x');
+    form.Label3.setCaption(path + "A.wav");
+    show();
+    const QImage one = widget("Label3").grab().toImage();
+    form.Label3.setCaption(path + "B.wav");
+    EXPECT_NE(widget("Label3").grab().toImage(), one) << "its end is seen";
+}
+
 TEST_F(MainWindowViewTest, StartHasALetterThatNoMenuHas) {
     show();
     int starts = 0;

@@ -104,9 +104,7 @@ MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent
         QMenu& menu = makeMenu(*headings[i], *this, menus_);
         const QString& caption = marked[static_cast<qsizetype>(i)];
         menu.menuAction()->setText(caption);
-        if (const qsizetype at = caption.indexOf(QLatin1Char('&')); at >= 0) {
-            letters_ += caption.mid(at + 1, 1).toLower();
-        }
+        letters_ += mnemonicOf(caption);
         addMenu(&menu);
     }
     connect(new QShortcut(Qt::Key_F10, parent), &QShortcut::activated, this,

@@ -41,6 +41,17 @@ QStringList withMnemonics(const QStringList& captions, const QString& taken) {
     return marked;
 }
 
+QString mnemonicOf(const QString& marked) {
+    for (qsizetype at = marked.indexOf(QLatin1Char('&')); at >= 0 && at + 1 < marked.size();
+         at = marked.indexOf(QLatin1Char('&'), at + 2)) {
+        // A doubled one stands for itself.
+        if (marked[at + 1] != QLatin1Char('&')) {
+            return marked.mid(at + 1, 1).toLower();
+        }
+    }
+    return {};
+}
+
 QString withoutMnemonic(const QString& caption) {
     return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
 }

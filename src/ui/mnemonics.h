@@ -13,6 +13,9 @@ namespace sonarith {
 /// doubled, so that it is shown. Letters in `taken` (lower case) are left to others.
 [[nodiscard]] QStringList withMnemonics(const QStringList& captions, const QString& taken = {});
 
+/// The letter that opens a caption of withMnemonics(), in lower case; empty for one without.
+[[nodiscard]] QString mnemonicOf(const QString& marked);
+
 /// The caption as it is, its ampersands doubled.
 [[nodiscard]] QString withoutMnemonic(const QString& caption);
 

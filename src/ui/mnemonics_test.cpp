@@ -30,5 +30,14 @@ TEST(Mnemonics, AnAmpersandOfItsOwnIsShown) {
     EXPECT_EQ(withMnemonics({"Rock & Roll"}), QStringList({"&Rock && Roll"}));
 }
 
+TEST(Mnemonics, TheLetterOfACaptionIsTheOneThatIsMarked) {
+    EXPECT_EQ(mnemonicOf("S&tart"), "t");
+    EXPECT_EQ(mnemonicOf("&Start"), "s");
+    EXPECT_EQ(mnemonicOf("A && &B"), "b");
+    EXPECT_EQ(mnemonicOf("A && B"), "");
+    EXPECT_EQ(mnemonicOf("Start&"), "");
+    EXPECT_EQ(mnemonicOf(""), "");
+}
+
 } // namespace
 } // namespace sonarith

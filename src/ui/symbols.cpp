@@ -125,6 +125,29 @@ void drawStop(QPainter& p, Pencils& pencils) {
     p.drawRoundedRect(QRectF(5.5, 5.5, 13, 13), 1.5, 1.5);
 }
 
+void drawPause(QPainter& p, Pencils& pencils) {
+    pencils.paint(amber, 1.6);
+    for (const qreal x : {6.0, 13.5}) {
+        p.drawRoundedRect(QRectF(x, 5, 4.5, 14), 1, 1);
+    }
+}
+
+/// An arrow against a bar; `forward` is 1 to the right and -1 to the left.
+void drawSkip(QPainter& p, Pencils& pencils, qreal forward) {
+    pencils.paint(blue, 1.6);
+    const auto x = [forward](qreal fromMiddle) {
+        return 12 + forward * fromMiddle;
+    };
+    p.drawPolygon(QPolygonF({{x(-7), 5}, {x(4), 12}, {x(-7), 19}}));
+    p.drawPolygon(QPolygonF({{x(5), 5}, {x(7.5), 5}, {x(7.5), 19}, {x(5), 19}}));
+}
+
+void drawEject(QPainter& p, Pencils& pencils) {
+    pencils.paint(silver, 1.6);
+    p.drawPolygon(QPolygonF({{12, 4.5}, {19.5, 14}, {4.5, 14}}));
+    p.drawRoundedRect(QRectF(4.5, 16.5, 15, 3), 1, 1);
+}
+
 void drawDisc(QPainter& p, Pencils& pencils) {
     pencils.paint(silver);
     QPainterPath disc;
@@ -242,6 +265,14 @@ void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode) {
         return drawPlay(painter, pencils);
     case Symbol::stop:
         return drawStop(painter, pencils);
+    case Symbol::pause:
+        return drawPause(painter, pencils);
+    case Symbol::nextTrack:
+        return drawSkip(painter, pencils, 1);
+    case Symbol::previousTrack:
+        return drawSkip(painter, pencils, -1);
+    case Symbol::eject:
+        return drawEject(painter, pencils);
     case Symbol::disc:
         return drawDisc(painter, pencils);
     case Symbol::folder:

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A list box on the screen with a million lines: what adding a line, painting the list and choosing
+// its last line cost, against the same with ten thousand lines; limit 3 times. The list is shown
+// off screen, and painted while lines are added, as it is while a search finds them.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QScrollBar>
+
+#include "platform/controls/form.h"
+#include "statistics.h"
+#include "ui/list_box_view.h"
+
+namespace {
+
+using namespace sonarith;
+using Clock = std::chrono::steady_clock;
+using Microseconds = std::chrono::duration<double, std::micro>;
+
+constexpr int few = 10'000;
+constexpr int many = 1'000'000;
+constexpr int linesBetweenYields = 500;
+constexpr int rounds = 21;
+
+template <typename Step>
+double timeOf(Step step) {
+    std::vector<double> taken;
+    for (int i = 0; i < rounds; ++i) {
+        const auto begin = Clock::now();
+        step();
+        taken.push_back(Microseconds(Clock::now() - begin).count());
+    }
+    return bench::median(taken);
+}
+
+struct Costs {
+    double addUs = 0; ///< for each line
+    double paintUs = 0;
+    double chooseUs = 0;
+};
+
+Costs measure(int lines) {
+    Form form("frmsearch");
+    ListBox model(form, "lstfiles");
+    QWidget window;
+    ListBoxView view(model, QStringLiteral("Files"), ListBoxView::LineTips::whenCut, &window);
+    view.resize(400, 500);
+    window.resize(400, 500);
+    window.show();
+    QCoreApplication::processEvents();
+    Costs costs;
+    const auto begin = Clock::now();
+    for (int i = 0; i < lines; ++i) {
+        model.addItem("c:\\music\\album\\" + std::to_string(i) + ".mp3");
+        if (i % linesBetweenYields == 0) {
+            QCoreApplication::processEvents();
+        }
+    }
+    costs.addUs = Microseconds(Clock::now() - begin).count() / lines;
+    while (view.model()->rowCount() < lines) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    int offset = 0;
+    costs.paintUs = timeOf([&] {
+        view.verticalScrollBar()->setValue(lines / 2 + 100 * ++offset);
+        view.viewport()->repaint();
+    });
+    costs.chooseUs = timeOf([&] {
+        model.setListIndex(0).passOver();
+        model.setListIndex(lines - 1).passOver();
+        QCoreApplication::processEvents();
+    });
+    return costs;
+}
+
+bool print(const char* what, double fewUs, double manyUs) {
+    constexpr double limit = 3;
+    std::printf("%s: %.2f us with %d lines, %.2f us with %d: %.2f times, limit %.0f\n", what, fewUs,
+                few, manyUs, many, manyUs / fewUs, limit);
+    return manyUs <= limit * fewUs;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const QApplication qt(argc, argv);
+    const Costs small = measure(few);
+    const Costs large = measure(many);
+    const bool added = print("adding a line", small.addUs, large.addUs);
+    const bool painted = print("painting", small.paintUs, large.paintUs);
+    const bool chosen = print("choosing the first and last line", small.chooseUs, large.chooseUs);
+    return added && painted && chosen ? 0 : 1;
+}

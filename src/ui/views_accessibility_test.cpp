@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a screen reader finds of each kind of control: name, role, value or state.
+#include <QAccessible>
+#include <QMetaEnum>
+#include <QTabBar>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "platform/controls/form.h"
+#include "support/fake_directories.h"
+#include "support/fake_file_system.h"
+#include "ui/block_view.h"
+#include "ui/button_view.h"
+#include "ui/check_box_view.h"
+#include "ui/combo_box_view.h"
+#include "ui/drive_list_view.h"
+#include "ui/fixed_text.h"
+#include "ui/folder_list_view.h"
+#include "ui/frame_view.h"
+#include "ui/label_view.h"
+#include "ui/option_button_view.h"
+#include "ui/progress_view.h"
+#include "ui/tab_control_view.h"
+#include "ui/text_box_view.h"
+#include "ui/text_lines_view.h"
+#include "ui/trace_view.h"
+
+namespace sonarith {
+namespace {
+
+class ViewsAccessibility : public testing::Test {
+  protected:
+    /// Its role, name and value.
+    std::string read(QWidget& view) {
+        QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&view);
+        if (!found) {
+            return "nothing";
+        }
+        const QMetaEnum roles = QMetaEnum::fromType<QAccessible::Role>();
+        QString spoken = QString::fromLatin1(roles.valueToKey(found->role())) + ": " +
+                         found->text(QAccessible::Name);
+        if (const QString value = found->text(QAccessible::Value); !value.isEmpty()) {
+            spoken += " = " + value;
+        }
+        if (QAccessibleValueInterface* value = found->valueInterface()) {
+            spoken += " = " + value->currentValue().toString();
+        }
+        if (found->state().checked) {
+            spoken += ", checked";
+        }
+        return spoken.toStdString();
+    }
+
+    Form form{"FrmPrefs"};
+    QWidget parent;
+};
+
+TEST_F(ViewsAccessibility, Buttons) {
+    CommandButton set(form, "Command1", "Set");
+    TextButtonView text(set, "", &parent);
+    EXPECT_EQ(read(text), "Button: Set");
+    set.setToolTip("Saves all four");
+    IconButtonView picture(set, Symbol::play, &parent);
+    EXPECT_EQ(read(picture), "Button: Set");
+}
+
+TEST_F(ViewsAccessibility, BoxesThatAreTicked) {
+    CheckBox box(form, "Check6", "Warn me");
+    CheckBoxView boxView(box, "", &parent);
+    EXPECT_EQ(read(boxView), "CheckBox: Warn me");
+    box.setValue(1).passOver();
+    EXPECT_EQ(read(boxView), "CheckBox: Warn me, checked");
+    OptionGroup group;
+    OptionButton option(form, group, "Option1");
+    option.setToolTip("Unmute");
+    OptionButtonView optionView(option, "Unmute", &parent);
+    EXPECT_EQ(read(optionView), "RadioButton: Unmute");
+    option.setSelected(true);
+    EXPECT_EQ(read(optionView), "RadioButton: Unmute, checked");
+}
+
+TEST_F(ViewsAccessibility, Texts) {
+    TextBox box(form, "Text7", "100");
+    TextBoxView line(box, "Warning limit", &parent);
+    EXPECT_EQ(read(line), "EditableText: Warning limit = 100");
+    QLabel* word = makeFixedText("Warn below", &line, &parent);
+    EXPECT_EQ(read(*word), "StaticText: Warn below");
+    QAccessibleInterface* related = QAccessible::queryAccessibleInterface(&line);
+    ASSERT_FALSE(related->relations(QAccessible::Label).isEmpty());
+    EXPECT_EQ(related->relations(QAccessible::Label).first().first->object(), word);
+    TextBox list(form, "Text6", "c: 10 MB");
+    TextLinesView lines(list, "Available space", &parent);
+    EXPECT_EQ(read(lines), "EditableText: Available space = c: 10 MB");
+    Label label(form, "lbltime", "Time taken: 0 second(s)");
+    LabelView labelView(label, "Time", LabelView::Cut::end, &parent);
+    EXPECT_EQ(read(labelView), "StaticText: Time taken: 0 second(s)");
+}
+
+TEST_F(ViewsAccessibility, Lists) {
+    ComboBox combo(form, "Combo1");
+    combo.addItem("good");
+    combo.setListIndex(0).passOver();
+    ComboBoxView comboView(combo, "Encoding Quality", &parent);
+    EXPECT_EQ(read(comboView), "ComboBox: Encoding Quality = good");
+    test::FakeDirectories disk;
+    test::FakeFileSystem files;
+    disk.addFolder("c:\\music");
+    files.setProgramFolder("c:\\music");
+    DriveListBox drives(form, "Drive2", disk, files);
+    DirListBox folders(form, "Dir2", disk, files);
+    form.load();
+    DriveListView drivesView(drives, "Drive", &parent);
+    EXPECT_EQ(read(drivesView), "ComboBox: Drive = c:");
+    FolderListView foldersView(folders, "Folder", &parent);
+    parent.show();
+    EXPECT_EQ(read(foldersView), "List: Folder");
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&foldersView);
+    ASSERT_EQ(list->childCount(), 2);
+    EXPECT_EQ(list->child(1)->text(QAccessible::Name), "music");
+}
+
+TEST_F(ViewsAccessibility, WhatHoldsOtherControls) {
+    Frame frame(form, "Audio", "Audio Preferences");
+    FrameView frameView(frame, &parent);
+    EXPECT_EQ(read(frameView), "Grouping: Audio Preferences");
+    TabControl tabs(form, "SSTab2", {"Disk Space", " Destination Path"});
+    TabControlView tabsView(tabs, "Preferences", &parent);
+    QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(tabsView.tabBar());
+    EXPECT_EQ(bar->role(), QAccessible::PageTabList);
+    EXPECT_EQ(bar->child(1)->text(QAccessible::Name), "Destination Path");
+    EXPECT_EQ(bar->child(1)->role(), QAccessible::PageTab);
+}
+
+TEST_F(ViewsAccessibility, PicturesAndBars) {
+    PictureBox picture(form, "picPeakVol");
+    TraceView trace(picture, "Sound Level Meter", {Qt::black, Qt::green}, &parent);
+    EXPECT_EQ(read(trace), "Client: Sound Level Meter");
+    Label bar(form, "Label4");
+    BlockView block(bar, "Level", Qt::green, &parent);
+    EXPECT_EQ(read(block), "Client: Level");
+    ProgressBar progress(form, "ProgressBar1", 0, 100);
+    progress.setValue(42).passOver();
+    ProgressView progressView(progress, "Progress", &parent);
+    EXPECT_EQ(read(progressView), "ProgressBar: Progress = 42");
+}
+
+} // namespace
+} // namespace sonarith
