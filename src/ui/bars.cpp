@@ -75,6 +75,9 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
+    // It takes no room before it appears, but the window keeps wide enough for it.
+    bar->setMinimumWidth(columns->minimumSize().width() + columns->horizontalSpacing() +
+                         warning->minimumSizeHint().width());
     return bar;
 }
 

@@ -151,6 +151,8 @@ void FormAdapter::takeFrame() {
     if (frameIsToCome_ && !frame.isNull()) {
         frameIsToCome_ = false;
         window_.resize(window_.size() - frame);
+        // It may have been too small for the window's contents.
+        followSize();
     }
 }
 

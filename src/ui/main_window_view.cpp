@@ -86,7 +86,7 @@ void MainWindowView::takeDesignedSize() {
     int leastWidth = menu_->sizeHint().width();
     for (const QWidget* bar : bars) {
         barHeights += bar->sizeHint().height();
-        leastWidth = std::max(leastWidth, bar->minimumSizeHint().width());
+        leastWidth = std::max({leastWidth, bar->minimumSizeHint().width(), bar->minimumWidth()});
     }
     client_->setMinimumSize(leastWidth, barHeights + leastTreeHeight);
     const QSize designed(std::max(toPixels(designWidth), leastWidth),

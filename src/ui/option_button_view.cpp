@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include <QButtonGroup>
 #include <QKeyEvent>
 
 #include "platform/qt/text.h"
@@ -24,7 +25,11 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
                   setChecked(button_.selected());
               }
           }) {
-    setAutoExclusive(false);
+    // Which ones exclude each other is the models' affair. In a group of its own it excludes none,
+    // and screen readers still take it for a radio button.
+    auto* alone = new QButtonGroup(this);
+    alone->setExclusive(false);
+    alone->addButton(this);
     connect(this, &QRadioButton::clicked, this, [this] { button_.choose(); });
     for (OptionButton* other : button_.group().buttons()) {
         groupChanged_.push_back(other->changed.connect([this](Property which) {

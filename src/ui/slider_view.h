@@ -11,8 +11,8 @@ namespace sonarith {
 
 class SliderView : public QSlider {
   public:
-    /// The end at which the greatest value is. It is also where the up key, the right key and a
-    /// turn of the wheel away from the user lead.
+    /// The end at which the greatest value is. The keys and the wheel move the handle: up is up on
+    /// the screen, whichever value that is.
     enum class Greatest { topOrRight, bottomOrLeft };
 
     SliderView(Slider& slider, QString label, Qt::Orientation orientation, Greatest greatest,

@@ -35,23 +35,22 @@ TEST_F(SliderViewTest, ACodesMoveIsShownAndRunsNoHandler) {
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderViewTest, KeysAndTheWheelMoveTheControl) {
+TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleAsTheyPoint) {
+    // The greatest value is at the bottom.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
     const int afterKey = model.value();
-    EXPECT_GT(afterKey, 32768);
+    EXPECT_LT(afterKey, 32768);
     EXPECT_EQ(moves, 1);
     QTest::keyClick(&view, Qt::Key_PageDown);
-    EXPECT_LT(model.value(), afterKey);
-    QTest::keyClick(&view, Qt::Key_Home);
-    EXPECT_TRUE(model.value() == 0 || model.value() == 65535) << model.value();
+    EXPECT_GT(model.value(), 32768);
     model.setValue(32768).passOver();
     moves = 0;
-    QWheelEvent turn(QPointF(5, 5), view.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120),
+    QWheelEvent away(QPointF(5, 5), view.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120),
                      Qt::NoButton, {}, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&view, &turn);
+    QCoreApplication::sendEvent(&view, &away);
     EXPECT_EQ(moves, 1);
-    EXPECT_NE(model.value(), 32768);
+    EXPECT_LT(model.value(), 32768);
 }
 
 TEST_F(SliderViewTest, TheGreatestValueIsAtTheEndAskedFor) {
