@@ -33,10 +33,10 @@ QRect placeOf(const PictureLine& line) {
 
 } // namespace
 
-TraceView::TraceView(PictureBox& model, QString label, Colors colors, QWidget* parent)
+TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWidget* parent)
     : PictureView(model, std::move(label), std::nullopt, 0, parent),
       model_(model),
-      colors_(std::move(colors)),
+      colors_(colors),
       lineDrawn_(
           model.lineDrawn.connect([this](const PictureLine& line) { update(placeOf(line)); })),
       cleared_(model.cleared.connect([this] { update(); })) {

@@ -15,7 +15,7 @@ class TraceView : public PictureView {
         QColor background;
         QColor line;
     };
-    TraceView(PictureBox& model, QString label, Colors colors, QWidget* parent);
+    TraceView(PictureBox& model, QString label, const Colors& colors, QWidget* parent);
 
     /// The control's size, and the line at its far edges.
     [[nodiscard]] QSize sizeHint() const override;
