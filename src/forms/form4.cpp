@@ -58,7 +58,7 @@ Form4::Form4(EventLoop& loop)
         button->setVisible(false);
     }
     mnupopup.setVisible(false);
-    setDesignedSize(4800_twips, 5490_twips);
+    setDesignedSize(5100_twips, 5490_twips);
     keepDesign();
 }
 

@@ -61,7 +61,8 @@ TEST(Icons, LinesTakeThePalettesColour) {
 }
 
 TEST(Icons, ADisabledSymbolLooksDisabled) {
-    for (const Symbol symbol : {Symbol::exit, Symbol::play, Symbol::preferences}) {
+    for (const Symbol symbol : {Symbol::exit, Symbol::play, Symbol::pause, Symbol::nextTrack,
+                                Symbol::previousTrack, Symbol::eject, Symbol::preferences}) {
         EXPECT_NE(paint(makeIcon(symbol), QIcon::Disabled), paint(makeIcon(symbol)));
     }
 }

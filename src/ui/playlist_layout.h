@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the playlist editor is laid out: the list and its player at the left, the file in hand with
+// its header and its tag at the right.
+#pragma once
+
+#include "forms/frm_playlist.h"
+#include "ui/form_window.h"
+
+namespace sonarith {
+
+[[nodiscard]] WindowLayout playlistLayout(FrmPlayList& form);
+
+} // namespace sonarith

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/preferences_layout.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QGridLayout>
+
+#include "ui/button_view.h"
+#include "ui/check_box_view.h"
+#include "ui/combo_box_view.h"
+#include "ui/drive_list_view.h"
+#include "ui/fixed_text.h"
+#include "ui/folder_list_view.h"
+#include "ui/frame_view.h"
+#include "ui/picture_view.h"
+#include "ui/tab_control_view.h"
+#include "ui/text_box_view.h"
+#include "ui/text_lines_view.h"
+#include "ui/window_measures.h"
+
+namespace sonarith {
+namespace {
+
+// Device-independent pixels.
+constexpr int limitWidth = 70;
+constexpr int folderListHeight = 120;
+
+/// A box to tick, and the limit that goes with it.
+QLayout* makeLimit(CheckBox& box, TextBox& limit, QWidget* parent) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(windowGap);
+    row->addWidget(new CheckBoxView(box, QString(), parent), 1);
+    auto* number = new TextBoxView(limit, QObject::tr("Limit in MB"), parent);
+    number->setFixedWidth(limitWidth);
+    row->addWidget(number);
+    row->addWidget(makeFixedText(QObject::tr("MB"), number, parent));
+    return row;
+}
+
+void layOutDiskSpace(FrmPrefs& form, const QString& letters, QWidget& page) {
+    auto* pageRows = new QVBoxLayout(&page);
+    auto* frame = new FrameView(form.DriveSpace, &page);
+    pageRows->addWidget(frame);
+    auto* rows = new QVBoxLayout(frame);
+    rows->setSpacing(windowGap);
+    rows->addLayout(makeLimit(form.Check6, form.Text7, frame));
+    rows->addLayout(makeLimit(form.Check7, form.Text8, frame));
+    auto* set = new QHBoxLayout;
+    set->addStretch();
+    set->addWidget(new TextButtonView(form.Command1, letters, frame));
+    rows->addLayout(set);
+    auto* space =
+        new TextLinesView(form.Text6, QObject::tr("Available space in hard drive(s)"), frame);
+    rows->addWidget(makeFixedText(QObject::tr("Available space in hard drive(s):"), space, frame));
+    rows->addWidget(space, 1);
+    auto* refresh = new QHBoxLayout;
+    refresh->addStretch();
+    refresh->addWidget(new TextButtonView(form.Command3, letters, frame));
+    rows->addLayout(refresh);
+}
+
+void addChoice(QFormLayout& rows, const QString& label, ComboBox& box, QWidget* parent) {
+    auto* view = new ComboBoxView(box, label, parent);
+    rows.addRow(makeFixedText(label, view, parent), view);
+}
+
+void layOutAudio(FrmPrefs& form, QWidget& page) {
+    auto* rows = new QVBoxLayout(&page);
+    rows->setSpacing(windowGap);
+    auto* encoding = new FrameView(form.Encoding, &page);
+    rows->addWidget(encoding);
+    auto* encodingRows = new QFormLayout(encoding);
+    encodingRows->setSpacing(windowGap);
+    addChoice(*encodingRows, QObject::tr("Encoding Quality"), form.Combo1, encoding);
+    addChoice(*encodingRows, QObject::tr("Encoding Bitsize"), form.Combo2, encoding);
+    for (CheckBox* box : {&form.Check11, &form.Check10, &form.Check3, &form.Check5}) {
+        encodingRows->addRow(new CheckBoxView(*box, QString(), encoding));
+    }
+    encodingRows->addRow(new CheckBoxView(
+        form.Check4, QObject::tr("Minimize program to Desktop Tray Now"), encoding));
+    auto* audio = new FrameView(form.Audio, &page);
+    rows->addWidget(audio);
+    auto* audioRows = new QFormLayout(audio);
+    audioRows->setSpacing(windowGap);
+    addChoice(*audioRows, QObject::tr("Audio Format"), form.cbxFormat, audio);
+    auto* mute = new CheckBoxView(form.Check1, QString(), audio);
+    audioRows->addRow(
+        makeFixedText(QObject::tr("Turn off/on CD sound while extracting"), mute, audio), mute);
+    rows->addStretch(1);
+}
+
+/// What is needed to make a new folder; shown when the user wants to choose.
+QWidget* makeFolderChoice(FrmPrefs& form, const QString& letters, QWidget* parent) {
+    auto* choice = new BarView(form.Picture6, QObject::tr("New destination"), Qt::TopEdge, parent);
+    auto* columns = new QHBoxLayout(choice);
+    columns->setContentsMargins(0, windowGap, 0, 0);
+    columns->setSpacing(windowMargin);
+    auto* left = new QVBoxLayout;
+    left->setSpacing(windowGap);
+    auto* name = new TextBoxView(form.Text10, QObject::tr("Name of the new directory"), choice);
+    left->addWidget(
+        makeFixedText(QObject::tr("To create a new Destination Directory:"), name, choice));
+    left->addWidget(name);
+    for (const QString& step :
+         {QObject::tr("1. Enter a name in the space above"),
+          QObject::tr("2. Use the file controls on your right to select a parent drive and "
+                      "directory."),
+          QObject::tr("3. Click \"Create\"")}) {
+        QLabel* line = makeFixedText(step, nullptr, choice);
+        line->setWordWrap(true);
+        left->addWidget(line);
+    }
+    left->addWidget(new TextButtonView(form.Co111, letters, choice), 0, Qt::AlignLeft);
+    left->addStretch(1);
+    columns->addLayout(left, 1);
+    auto* right = new QVBoxLayout;
+    right->setSpacing(windowGap);
+    right->addWidget(new DriveListView(form.Drive2, QObject::tr("Drive"), choice));
+    auto* folders = new FolderListView(form.Dir2, QObject::tr("Folder"), choice);
+    folders->setMinimumHeight(folderListHeight);
+    right->addWidget(folders, 1);
+    columns->addLayout(right, 1);
+    return choice;
+}
+
+void layOutDestination(FrmPrefs& form, const QString& letters, QWidget& page) {
+    auto* rows = new QVBoxLayout(&page);
+    rows->setSpacing(windowGap);
+    auto* path = new TextBoxView(form.Text9, QObject::tr("Destination path"), &page);
+    rows->addWidget(
+        makeFixedText(QObject::tr("Destination Path for converted files (WAV, MP3)"), path, &page));
+    rows->addWidget(path);
+    rows->addWidget(new CheckBoxView(form.Check2, QString(), &page));
+    rows->addWidget(makeFolderChoice(form, letters, &page), 1);
+    rows->addStretch(0);
+}
+
+void layOut(FrmPrefs& form, FormWindow& window) {
+    QWidget& client = window.client();
+    auto* rows = new QVBoxLayout(&client);
+    rows->setContentsMargins(windowMargin, windowMargin, windowMargin, windowMargin);
+    auto* tabs = new TabControlView(form.SSTab2, QObject::tr("Preferences"), &client);
+    rows->addWidget(tabs);
+    layOutDiskSpace(form, window.menuLetters(), tabs->page(0));
+    layOutAudio(form, tabs->page(1));
+    layOutDestination(form, window.menuLetters(), tabs->page(2));
+}
+
+} // namespace
+
+WindowLayout preferencesLayout(FrmPrefs& form) {
+    return {.form = form, .icon = Symbol::preferences, .layOut = [&form](FormWindow& window) {
+                layOut(form, window);
+            }};
+}
+
+} // namespace sonarith

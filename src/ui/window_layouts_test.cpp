@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What holds for every window's layout: each control that a user sees has its widget, a spoken name
+// and room for its text, and the tab key reaches all that take input.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "support/fake_machine.h"
+#include "ui/finder_layout.h"
+#include "ui/header_line_delegate.h"
+#include "ui/player_layout.h"
+#include "ui/playlist_layout.h"
+#include "ui/preferences_layout.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+
+class WindowLayouts : public testing::Test {
+  protected:
+    WindowLayouts() { machine.directories.addFolder("c:\\"); }
+
+    static std::vector<std::string> missing(const QWidget& window,
+                                            const std::vector<const char*>& controls) {
+        std::vector<std::string> names;
+        for (const char* control : controls) {
+            if (!window.findChild<QWidget*>(QString::fromLatin1(control))) {
+                names.emplace_back(control);
+            }
+        }
+        return names;
+    }
+    /// Names of widgets that are seen and have no spoken name, or less room than they need.
+    static std::vector<std::string> faults(FormWindow& window) {
+        std::vector<std::string> found;
+        for (const QWidget* child : window.findChildren<QWidget*>()) {
+            const std::string name = child->objectName().toStdString();
+            if (!child->isVisible() || child->isWindow() || name.empty() ||
+                name.starts_with("qt_")) {
+                continue;
+            }
+            if (child->accessibleName().isEmpty()) {
+                found.push_back(name + " has no spoken name");
+            }
+            const QSize least = child->minimumSizeHint().boundedTo(child->maximumSize());
+            if (child->width() < least.width() || child->height() < least.height()) {
+                found.push_back(name + " is cut");
+            }
+        }
+        return found;
+    }
+    /// Names of the widgets that the tab key reaches, until it comes round.
+    static std::vector<std::string> reachedByTab(FormWindow& window) {
+        std::vector<std::string> reached;
+        window.activateWindow();
+        constexpr int mostStops = 100;
+        for (int i = 0; i < mostStops; ++i) {
+            QWidget* at = window.focusWidget();
+            const std::string name = at ? at->objectName().toStdString() : std::string();
+            if (!reached.empty() && name == reached.front()) {
+                break;
+            }
+            reached.push_back(name);
+            QTest::keyClick(at ? at : &window, Qt::Key_Tab);
+        }
+        return reached;
+    }
+
+    test::FakeMachine machine;
+};
+
+TEST_F(WindowLayouts, ThePlayersPanelShowsItsControls) {
+    Form4 form(machine.loop);
+    FormWindow window(playerLayout(form));
+    form.show();
+    EXPECT_THAT(missing(window, {"CD",
+                                 "timeWindow",
+                                 "tracktime",
+                                 "OptCD",
+                                 "optNoCD",
+                                 "play",
+                                 "pause",
+                                 "stopbtn",
+                                 "ftrack",
+                                 "btrack",
+                                 "eject",
+                                 "sliderMasterVolume",
+                                 "Slider1",
+                                 "BassSlider",
+                                 "trebleslider",
+                                 "Text1",
+                                 "BassText",
+                                 "txtMasterVolume",
+                                 "Treblesliderte",
+                                 "Option1",
+                                 "Option2",
+                                 "Option3",
+                                 "Option4",
+                                 "Option13",
+                                 "Option14",
+                                 "Check3",
+                                 "Command1",
+                                 "Command2",
+                                 "picPeakVol",
+                                 "Picture8",
+                                 "Label4",
+                                 "Picture3",
+                                 "Picture4",
+                                 "Picture10",
+                                 "mnuCD"}),
+                IsEmpty());
+    EXPECT_THAT(faults(window), IsEmpty());
+    for (CommandButton* button : {&form.play, &form.eject}) {
+        button->setEnabled(true);
+    }
+    const auto reached = reachedByTab(window);
+    for (const char* name : {"OptCD", "play", "eject", "sliderMasterVolume", "Slider1",
+                             "BassSlider", "trebleslider", "Check3", "Command1", "Command2"}) {
+        EXPECT_THAT(reached, Contains(name));
+    }
+}
+
+TEST_F(WindowLayouts, TheMetersBarSlidesWithinItsClip) {
+    Form4 form(machine.loop);
+    FormWindow window(playerLayout(form));
+    form.show();
+    const auto* clip = window.findChild<QWidget*>("Picture8");
+    const auto* bar = window.findChild<QWidget*>("Label4");
+    EXPECT_EQ(clip->geometry(), QRect(168, 4, 9, 61));
+    EXPECT_EQ(bar->parentWidget(), clip);
+    form.Label4.setTop(form.Picture8.height());
+    EXPECT_EQ(bar->y(), clip->height());
+    form.Label4.setTop(Twips(0));
+    EXPECT_EQ(bar->y(), 0);
+}
+
+// The entry sets the height and nothing else: what stands on top is what a cube is for.
+TEST_F(WindowLayouts, AsACubeThePanelShowsDisplayMeterAndTransport) {
+    Form4 form(machine.loop);
+    FormWindow window(playerLayout(form));
+    form.show();
+    form.setHeight(3480_twips);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.frameGeometry().height(), 232);
+    for (const char* name : {"timeWindow", "picPeakVol", "play", "eject", "OptCD"}) {
+        const auto* widget = window.findChild<QWidget*>(QString::fromLatin1(name));
+        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        EXPECT_TRUE(window.rect().contains(place)) << name;
+    }
+}
+
+TEST_F(WindowLayouts, TheFinderShowsItsControls) {
+    FrmSearch form(machine.files, machine.directories);
+    FormWindow window(finderLayout(form));
+    form.show();
+    EXPECT_THAT(
+        missing(window, {"lstdirs", "List1", "lstfiles", "zFileExt", "Text1", "Drive1", "Dir1",
+                         "Command1", "cmdend", "chkhidelist", "lbltime", "Label1", "Label2"}),
+        IsEmpty());
+    EXPECT_THAT(faults(window), IsEmpty());
+    const auto reached = reachedByTab(window);
+    for (const char* name :
+         {"Text1", "zFileExt", "Drive1", "Dir1", "chkhidelist", "Command1", "cmdend", "lstfiles"}) {
+        EXPECT_THAT(reached, Contains(name));
+    }
+    EXPECT_EQ(window.findChild<QWidget*>("zFileExt2"), nullptr);
+}
+
+TEST_F(WindowLayouts, TheFoldersToDoAreSeenAtWorkWhileTheListsAreHidden) {
+    FrmSearch form(machine.files, machine.directories);
+    FormWindow window(finderLayout(form));
+    form.show();
+    auto* lists = window.findChild<QWidget*>("lists");
+    auto* toDo = window.findChild<QWidget*>("lstdirs");
+    const auto seenInTheMiddleOf = [&](const QWidget& widget) {
+        QWidget* at = lists->childAt(widget.geometry().center());
+        while (at && at->parentWidget() != lists) {
+            at = at->parentWidget();
+        }
+        return at;
+    };
+    EXPECT_NE(seenInTheMiddleOf(*toDo), toDo);
+    form.List1.setVisible(false);
+    form.lstfiles.setVisible(false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(seenInTheMiddleOf(*toDo), toDo);
+}
+
+TEST_F(WindowLayouts, ThePreferencesShowTheirControls) {
+    FrmPrefs form(machine.files, machine.directories);
+    FormWindow window(preferencesLayout(form));
+    form.show();
+    EXPECT_THAT(
+        missing(window,
+                {"SSTab2",   "DriveSpace", "Check6",   "Text7",  "Check7",    "Text8",  "Text6",
+                 "Command3", "Command1",   "Encoding", "Audio",  "Combo1",    "Combo2", "Check11",
+                 "Check10",  "Check3",     "Check5",   "Check4", "cbxFormat", "Check1", "Text9",
+                 "Check2",   "Picture6",   "Text10",   "Co111",  "Drive2",    "Dir2"}),
+        IsEmpty());
+    // They are stores.
+    EXPECT_THAT(missing(window, {"Label3", "Label4"}), testing::SizeIs(2));
+    form.Picture6.setVisible(true);
+    auto* tabs = window.findChild<QTabWidget*>();
+    for (int page = 0; page < tabs->count(); ++page) {
+        tabs->setCurrentIndex(page);
+        QCoreApplication::processEvents();
+        EXPECT_THAT(faults(window), IsEmpty()) << page;
+    }
+}
+
+TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
+    FrmPlayList form(machine.mp3);
+    FormWindow window(playlistLayout(form));
+    form.show();
+    EXPECT_THAT(missing(window, {"Playlist", "List2", "Command20", "Command6", "Command11",
+                                 "Command12", "Check11", "Text5", "cmdHdr1", "cmdHdr2", "Command2",
+                                 "Command10", "cmdTag", "List1", "Text4(1)", "Text4(8)"}),
+                IsEmpty());
+    EXPECT_EQ(window.findChild<QWidget*>("List3"), nullptr);
+    EXPECT_THAT(faults(window), IsEmpty());
+    form.List1.addItem("Bitrate            128");
+    const auto* header = window.findChild<QAbstractItemView*>("List1");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return header->model()->rowCount() == 1; }));
+    const int row = header->visualRect(header->model()->index(0, 0)).height();
+    ASSERT_GT(row, 0);
+    EXPECT_GE(header->viewport()->height(), 12 * row)
+        << "all twelve lines without scrolling";
+    const auto* artist = window.findChild<QWidget*>("Text4(1)");
+    EXPECT_GE(artist->width(), 30 * artist->fontMetrics().averageCharWidth());
+}
+
+TEST(HeaderLines, AreALabelAndAValue) {
+    const HeaderLine bitrate = splitHeaderLine("Bitrate            128");
+    EXPECT_EQ(bitrate.label, "Bitrate");
+    EXPECT_EQ(bitrate.value, "128");
+    const HeaderLine mode = splitHeaderLine("Mode               Joint stereo");
+    EXPECT_EQ(mode.value, "Joint stereo");
+    EXPECT_EQ(splitHeaderLine("Private             ").value, "");
+    EXPECT_EQ(splitHeaderLine("one").label, "one");
+}
+
+} // namespace
+} // namespace sonarith

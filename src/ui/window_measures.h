@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the windows' layouts have in common, in device-independent pixels.
+#pragma once
+
+namespace sonarith {
+
+inline constexpr int windowMargin = 8;
+inline constexpr int windowGap = 6;
+
+} // namespace sonarith
