@@ -20,11 +20,14 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_mouse_pointer.h"
 #include "platform/qt/qt_shell.h"
-#include "ui/coming_window.h"
 #include "ui/devices_window.h"
+#include "ui/finder_layout.h"
 #include "ui/lazy_window.h"
 #include "ui/main_window_view.h"
 #include "ui/notice_center.h"
+#include "ui/player_layout.h"
+#include "ui/playlist_layout.h"
+#include "ui/preferences_layout.h"
 #include "ui/program_style.h"
 
 namespace {
@@ -103,10 +106,10 @@ int runProgram() {
     const HelpCall help = [&](const Form&) {
         form.Cmdhelp.click();
     };
-    const LazyWindow player(comingWindow(windows.Form4), help);
-    const LazyWindow preferences(comingWindow(windows.FrmPrefs), help);
-    const LazyWindow finder(comingWindow(windows.frmsearch), help);
-    const LazyWindow playlist(comingWindow(windows.frmPlayList), help);
+    const LazyWindow player(playerLayout(windows.Form4), help);
+    const LazyWindow preferences(preferencesLayout(windows.FrmPrefs), help);
+    const LazyWindow finder(finderLayout(windows.frmsearch), help);
+    const LazyWindow playlist(playlistLayout(windows.frmPlayList), help);
 
     loop.setLastSteps([&] { machine.stop(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });

@@ -22,7 +22,7 @@ namespace {
 constexpr int sideWidth = 200;
 constexpr int listsWidth = 360;
 
-QWidget* makeSide(FrmSearch& form, const QString& letters, QWidget* parent) {
+QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
     auto* side = new QWidget(parent);
     side->setObjectName(QStringLiteral("side"));
     side->setAccessibleName(QObject::tr("What to search for, and where"));
@@ -45,8 +45,8 @@ QWidget* makeSide(FrmSearch& form, const QString& letters, QWidget* parent) {
     rows->addWidget(new CheckBoxView(form.chkhidelist, QString(), side));
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(windowGap);
-    buttons->addWidget(new TextButtonView(form.Command1, letters, side), 1);
-    buttons->addWidget(new TextButtonView(form.cmdend, letters, side), 1);
+    buttons->addWidget(window.makeButton(form.Command1, side), 1);
+    buttons->addWidget(window.makeButton(form.cmdend, side), 1);
     rows->addLayout(buttons);
     return side;
 }
@@ -83,7 +83,7 @@ void layOut(FrmSearch& form, FormWindow& window) {
     rows->setSpacing(windowGap);
     auto* columns = new QHBoxLayout;
     columns->setSpacing(windowMargin);
-    columns->addWidget(makeSide(form, window.menuLetters(), &client));
+    columns->addWidget(makeSide(form, window, &client));
     columns->addWidget(makeLists(form, &client), 1);
     rows->addLayout(columns, 1);
     rows->addWidget(

@@ -174,9 +174,9 @@ void layOut(Form4& form, FormWindow& window) {
     rows->addWidget(makeTransport(form, &client));
     rows->addLayout(makeMixer(form, &client), 1);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new TextButtonView(form.Command2, window.menuLetters(), &client));
+    buttons->addWidget(window.makeButton(form.Command2, &client));
     buttons->addStretch();
-    buttons->addWidget(new TextButtonView(form.Command1, window.menuLetters(), &client));
+    buttons->addWidget(window.makeButton(form.Command1, &client));
     rows->addLayout(buttons);
 }
 

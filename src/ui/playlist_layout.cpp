@@ -23,7 +23,7 @@ constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
 constexpr int lineSpace = 4; ///< at the most, between two lines of a list
 
-QWidget* makeList(FrmPlayList& form, QWidget* parent) {
+QWidget* makeList(FrmPlayList& form, FormWindow& window, QWidget* parent) {
     auto* frame = new FrameView(form.Playlist, parent);
     auto* rows = new QVBoxLayout(frame);
     rows->setSpacing(windowGap);
@@ -36,8 +36,8 @@ QWidget* makeList(FrmPlayList& form, QWidget* parent) {
     buttons->addWidget(new IconButtonView(form.Command11, Symbol::play, frame));
     buttons->addWidget(new IconButtonView(form.Command12, Symbol::stop, frame));
     buttons->addStretch();
-    buttons->addWidget(new TextButtonView(form.Command20, QString(), frame));
-    buttons->addWidget(new TextButtonView(form.Command6, QString(), frame));
+    buttons->addWidget(window.makeButton(form.Command20, frame));
+    buttons->addWidget(window.makeButton(form.Command6, frame));
     rows->addLayout(buttons);
     rows->addWidget(new CheckBoxView(form.Check11, QString(), frame));
     return frame;
@@ -63,7 +63,7 @@ void layOut(FrmPlayList& form, FormWindow& window) {
     auto* columns = new QHBoxLayout(&client);
     columns->setContentsMargins(windowMargin, windowMargin, windowMargin, windowMargin);
     columns->setSpacing(windowMargin);
-    columns->addWidget(makeList(form, &client), 1);
+    columns->addWidget(makeList(form, window, &client), 1);
     auto* file = new QVBoxLayout;
     file->setSpacing(windowGap);
     auto* path = new QHBoxLayout;
@@ -71,7 +71,7 @@ void layOut(FrmPlayList& form, FormWindow& window) {
     auto* pathBox = new TextBoxView(form.Text5, QObject::tr("File"), &client);
     path->addWidget(makeFixedText(QObject::tr("File"), pathBox, &client));
     path->addWidget(pathBox, 1);
-    path->addWidget(new TextButtonView(form.cmdHdr1, QString(), &client));
+    path->addWidget(window.makeButton(form.cmdHdr1, &client));
     file->addLayout(path);
     auto* header = new ListBoxView(form.List1, QObject::tr("Header Info"),
                                    ListBoxView::LineTips::none, &client);
@@ -83,7 +83,7 @@ void layOut(FrmPlayList& form, FormWindow& window) {
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(windowGap);
     for (CommandButton* button : {&form.cmdHdr2, &form.cmdTag, &form.Command2, &form.Command10}) {
-        buttons->addWidget(new TextButtonView(*button, QString(), &client));
+        buttons->addWidget(window.makeButton(*button, &client));
     }
     file->addLayout(buttons);
     columns->addLayout(file, 1);

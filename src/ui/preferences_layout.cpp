@@ -37,7 +37,7 @@ QLayout* makeLimit(CheckBox& box, TextBox& limit, QWidget* parent) {
     return row;
 }
 
-void layOutDiskSpace(FrmPrefs& form, const QString& letters, QWidget& page) {
+void layOutDiskSpace(FrmPrefs& form, FormWindow& window, QWidget& page) {
     auto* pageRows = new QVBoxLayout(&page);
     auto* frame = new FrameView(form.DriveSpace, &page);
     pageRows->addWidget(frame);
@@ -47,7 +47,7 @@ void layOutDiskSpace(FrmPrefs& form, const QString& letters, QWidget& page) {
     rows->addLayout(makeLimit(form.Check7, form.Text8, frame));
     auto* set = new QHBoxLayout;
     set->addStretch();
-    set->addWidget(new TextButtonView(form.Command1, letters, frame));
+    set->addWidget(window.makeButton(form.Command1, frame));
     rows->addLayout(set);
     auto* space =
         new TextLinesView(form.Text6, QObject::tr("Available space in hard drive(s)"), frame);
@@ -55,7 +55,7 @@ void layOutDiskSpace(FrmPrefs& form, const QString& letters, QWidget& page) {
     rows->addWidget(space, 1);
     auto* refresh = new QHBoxLayout;
     refresh->addStretch();
-    refresh->addWidget(new TextButtonView(form.Command3, letters, frame));
+    refresh->addWidget(window.makeButton(form.Command3, frame));
     rows->addLayout(refresh);
 }
 
@@ -90,7 +90,7 @@ void layOutAudio(FrmPrefs& form, QWidget& page) {
 }
 
 /// What is needed to make a new folder; shown when the user wants to choose.
-QWidget* makeFolderChoice(FrmPrefs& form, const QString& letters, QWidget* parent) {
+QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     auto* choice = new BarView(form.Picture6, QObject::tr("New destination"), Qt::TopEdge, parent);
     auto* columns = new QHBoxLayout(choice);
     columns->setContentsMargins(0, windowGap, 0, 0);
@@ -110,7 +110,7 @@ QWidget* makeFolderChoice(FrmPrefs& form, const QString& letters, QWidget* paren
         line->setWordWrap(true);
         left->addWidget(line);
     }
-    left->addWidget(new TextButtonView(form.Co111, letters, choice), 0, Qt::AlignLeft);
+    left->addWidget(window.makeButton(form.Co111, choice), 0, Qt::AlignLeft);
     left->addStretch(1);
     columns->addLayout(left, 1);
     auto* right = new QVBoxLayout;
@@ -123,7 +123,7 @@ QWidget* makeFolderChoice(FrmPrefs& form, const QString& letters, QWidget* paren
     return choice;
 }
 
-void layOutDestination(FrmPrefs& form, const QString& letters, QWidget& page) {
+void layOutDestination(FrmPrefs& form, FormWindow& window, QWidget& page) {
     auto* rows = new QVBoxLayout(&page);
     rows->setSpacing(windowGap);
     auto* path = new TextBoxView(form.Text9, QObject::tr("Destination path"), &page);
@@ -131,7 +131,7 @@ void layOutDestination(FrmPrefs& form, const QString& letters, QWidget& page) {
         makeFixedText(QObject::tr("Destination Path for converted files (WAV, MP3)"), path, &page));
     rows->addWidget(path);
     rows->addWidget(new CheckBoxView(form.Check2, QString(), &page));
-    rows->addWidget(makeFolderChoice(form, letters, &page), 1);
+    rows->addWidget(makeFolderChoice(form, window, &page), 1);
     rows->addStretch(0);
 }
 
@@ -141,9 +141,9 @@ void layOut(FrmPrefs& form, FormWindow& window) {
     rows->setContentsMargins(windowMargin, windowMargin, windowMargin, windowMargin);
     auto* tabs = new TabControlView(form.SSTab2, QObject::tr("Preferences"), &client);
     rows->addWidget(tabs);
-    layOutDiskSpace(form, window.menuLetters(), tabs->page(0));
+    layOutDiskSpace(form, window, tabs->page(0));
     layOutAudio(form, tabs->page(1));
-    layOutDestination(form, window.menuLetters(), tabs->page(2));
+    layOutDestination(form, window, tabs->page(2));
 }
 
 } // namespace
