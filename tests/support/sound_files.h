@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Sound files for tests and benchmarks: WAVs of given samples, MP3s that the LAME encoder makes of
+// them, long ones of short ones. And the running of the programs that this takes.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <span>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/linux/sound/wav_header.h"
+
+namespace sonarith::test {
+
+/// Runs a program (looked for in PATH, as all words are) and waits for it; whether it succeeded.
+[[nodiscard]] inline bool runProgram(std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    int status = -1;
+    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) {
+        return false;
+    }
+    ::waitpid(child, &status, 0);
+    return status == 0;
+}
+
+[[nodiscard]] inline bool writeBytes(const std::filesystem::path& path,
+                                     std::span<const std::uint8_t> data) {
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(data.data()),
+              static_cast<std::streamsize>(data.size()));
+    return static_cast<bool>(out.flush());
+}
+
+[[nodiscard]] inline std::vector<std::uint8_t> readBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// Interleaved samples.
+[[nodiscard]] inline bool writeWav(const std::filesystem::path& path,
+                                   const sound::WavFormat& format,
+                                   std::span<const std::int16_t> samples) {
+    const auto bytes = static_cast<std::int64_t>(samples.size_bytes());
+    std::vector<std::uint8_t> data = sound::wavHeader(sound::WavForm::plain, format, bytes);
+    const auto* begin = reinterpret_cast<const std::uint8_t*>(samples.data());
+    data.insert(data.end(), begin, begin + bytes);
+    return writeBytes(path, data);
+}
+
+/// `options` are LAME's, parted by blanks.
+[[nodiscard]] inline bool encodeMp3(const std::filesystem::path& wav, const std::string& options,
+                                    const std::filesystem::path& mp3) {
+    std::vector<std::string> words{"lame", "--quiet"};
+    std::istringstream in(options);
+    words.insert(words.end(), std::istream_iterator<std::string>(in), {});
+    words.push_back(wav.string());
+    words.push_back(mp3.string());
+    return runProgram(std::move(words));
+}
+
+/// The bytes `times` times. Copies of an MP3 without information frame (option "-t") join.
+[[nodiscard]] inline bool writeRepeated(const std::filesystem::path& path,
+                                        std::span<const std::uint8_t> data, int times) {
+    std::ofstream out(path, std::ios::binary);
+    for (int i = 0; i < times; ++i) {
+        out.write(reinterpret_cast<const char*>(data.data()),
+                  static_cast<std::streamsize>(data.size()));
+    }
+    return static_cast<bool>(out.flush());
+}
+
+} // namespace sonarith::test
