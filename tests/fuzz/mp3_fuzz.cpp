@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the MP3 road: the scanner, one pass over all, and the same in segments,
-// which must give the same samples unless they refuse the stream. The first byte of an input
-// chooses the size of the segments.
+// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over all, and the same in
+// segments, which must give the same samples unless they refuse the stream. Each also for a source
+// that cannot be read from some place on: they have the same samples up to there. The first byte of
+// an input chooses the size of the segments, the second one the place.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "platform/linux/mp3/mp3_index.h"
 #include "platform/linux/mp3/pcm_reader.h"
 #include "platform/linux/mp3/segment_decoder.h"
+#include "platform/linux/mp3/stream_survey.h"
 #include "require.h"
 
 namespace {
@@ -23,58 +26,90 @@ using namespace sonarith::mp3;
 struct Heard {
     std::vector<std::int16_t> samples;
     DecodeCount count;
+    bool failed = false;
 };
 
-Heard inOnePass(const ByteSource& source) {
+/// Bytes of which those from `end` on cannot be read.
+class TornSource : public ByteSource {
+  public:
+    TornSource(Bytes bytes, std::size_t end) : bytes_(bytes), end_(end) {}
+    [[nodiscard]] std::int64_t size() const override {
+        return static_cast<std::int64_t>(bytes_.size());
+    }
+    [[nodiscard]] Reading readAt(std::int64_t offset, std::span<std::uint8_t> out) const override {
+        const auto begin = static_cast<std::size_t>(offset);
+        require(begin + out.size() <= bytes_.size());
+        const std::size_t count = std::min(out.size(), begin < end_ ? end_ - begin : 0);
+        std::copy_n(bytes_.begin() + offset, count, out.begin());
+        const bool torn = count < out.size();
+        return {count,
+                torn ? std::optional(Error{ErrorNumber::deviceInputOutput, "torn"}) : std::nullopt};
+    }
+
+  private:
+    Bytes bytes_;
+    std::size_t end_;
+};
+
+Heard inOnePass(const ByteSource& source, const StreamSurvey& survey) {
     Heard heard;
-    const auto reader = openPcmReader(source);
-    require(reader.ok());
-    if (reader.value()) {
+    const auto reader = openPcmReader(source, survey);
+    heard.failed = !reader.ok();
+    if (reader.ok() && reader.value()) {
         for (auto part = reader.value()->next(); !part.empty(); part = reader.value()->next()) {
             heard.samples.insert(heard.samples.end(), part.begin(), part.end());
         }
         heard.count = reader.value()->count();
-        require(!reader.value()->failure());
+        heard.failed = reader.value()->failure().has_value();
         require(heard.count.loss.bytesSkipped <= source.size());
     }
     return heard;
 }
 
-void holdSegmentsAgainst(const Heard& whole, const ByteSource& source, std::int64_t size) {
-    const FrameSequence frames(source);
-    if (!frames.format() || frames.format()->layer != 3) {
-        return;
-    }
+void compareSegments(const Heard& whole, const ByteSource& source, const StreamFormat& format,
+                     std::int64_t size) {
+    const FrameSequence frames(source, format);
     SegmentIndex index(frames, size);
     std::size_t place = 0;
     while (const auto segment = index.next()) {
         require(segment->preroll.frame <= segment->firstFrame && segment->frames <= size);
-        const auto end = decodeSegment(
-            source, *frames.format(), frames.trim(), *segment,
+        const SegmentOutcome outcome = decodeSegment(
+            source, format, frames.trim(), *segment,
             [&](std::int64_t, std::int64_t first, std::span<const std::int16_t> samples) {
-                require(static_cast<std::size_t>(first * frames.format()->channels) == place);
+                require(static_cast<std::size_t>(first * format.channels) == place);
                 require(place + samples.size() <= whole.samples.size());
                 require(std::equal(samples.begin(), samples.end(),
                                    whole.samples.begin() + static_cast<std::ptrdiff_t>(place)));
                 place += samples.size();
                 return Result<bool>(true);
             });
-        require(end.ok());
-        if (end.value() == SegmentEnd::broken) {
+        require(!outcome.failure);
+        if (outcome.end == SegmentEnd::broken) {
             return;
         }
     }
     require(place == whole.samples.size());
     require(index.count() == whole.count);
+    require(index.failure().has_value() == whole.failed);
+}
+
+void decode(const ByteSource& source, std::int64_t framesPerSegment) {
+    const StreamSurvey survey = surveyStream(source);
+    const Heard whole = inOnePass(source, survey);
+    if (survey.format && survey.format->layer == 3) {
+        compareSegments(whole, source, *survey.format, framesPerSegment);
+    }
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
+    if (size < 2) {
         return 0;
     }
-    const MemorySource source(Bytes(data + 1, size - 1));
-    holdSegmentsAgainst(inOnePass(source), source, 1 + data[0] % 40);
+    const Bytes bytes(data + 2, size - 2);
+    const std::int64_t framesPerSegment = 1 + data[0] % 40;
+    decode(MemorySource(bytes), framesPerSegment);
+    decode(TornSource(bytes, bytes.size() * data[1] / 256), framesPerSegment);
     return 0;
 }

@@ -40,9 +40,10 @@ Machine::Machine(SettingsStore& store, Notices& notices, const std::vector<Store
            [this] { return recordingFolders(); },
            [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
            notices, saves_})),
-      mp3Controls_(card_, sound::monotonicNow, [this](const std::string& path) {
-          return std::filesystem::path(toMachine(path));
-      }) {}
+      mp3Controls_(
+          card_, sound::monotonicNow,
+          [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
+          notices, saves_) {}
 
 void Machine::stop() {
     mp3Controls_.stopAll();

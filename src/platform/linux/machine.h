@@ -32,9 +32,10 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `store` and `notices` outlive it; of the store's keys `storedPaths` hold paths in the
-    /// logic's form. `destination` returns the destination folder in that form: recordings are made
-    /// there first, since they are saved there without being copied.
+    /// `store` outlives it; of its keys `storedPaths` hold paths in the logic's form. `notices`
+    /// lives until the process ends: threads that a hanging device keeps report to it.
+    /// `destination` returns the destination folder in the logic's form: recordings are made there
+    /// first, since they are saved there without being copied.
     Machine(SettingsStore& store, Notices& notices, const std::vector<StoredPath>& storedPaths,
             std::function<std::string()> destination);
     Machine(const Machine&) = delete;

@@ -15,6 +15,7 @@ SONARITH_LATE_FUNCTION(mpg123Library, mpg123_delete);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_feed);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_format2);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_format_none);
+SONARITH_LATE_FUNCTION(mpg123Library, mpg123_framepos);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_getformat2);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_init);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_new);

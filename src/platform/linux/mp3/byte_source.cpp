@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -23,12 +24,17 @@ FileIdentity identityIn(const struct stat& found) {
     return {found.st_dev, found.st_ino, found.st_size, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
 }
 
+/// `error` is an errno value.
+Error readError(int error) {
+    return {files::systemError(error, {}).number, std::generic_category().message(error)};
+}
+
 } // namespace
 
-Status MemorySource::readAt(std::int64_t offset, std::span<std::uint8_t> out) const {
+Reading MemorySource::readAt(std::int64_t offset, std::span<std::uint8_t> out) const {
     const Bytes part = bytes_.subspan(static_cast<std::size_t>(offset), out.size());
     std::copy(part.begin(), part.end(), out.begin());
-    return {};
+    return {out.size(), std::nullopt};
 }
 
 std::optional<FileIdentity> FileIdentity::of(const fs::path& path) {
@@ -50,56 +56,60 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
     files::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat found {};
     if (!file.valid() || ::fstat(file.get(), &found) != 0) {
-        return files::systemError(errno, path);
+        return readError(errno);
     }
     if (S_ISDIR(found.st_mode)) {
-        return files::systemError(EISDIR, path);
+        return readError(EISDIR);
     }
     if (!S_ISREG(found.st_mode)) {
-        return {ErrorNumber::pathFileAccess, "\"" + path.string() + "\" is not a plain file"};
+        return {ErrorNumber::pathFileAccess, "not a plain file"};
     }
-    return std::unique_ptr<FileSource>(
-        new FileSource(path, std::move(file), identityIn(found), stop));
+    return std::unique_ptr<FileSource>(new FileSource(std::move(file), identityIn(found), stop));
 }
 
-Status FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) const {
-    while (!out.empty()) {
+Reading FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) const {
+    std::size_t done = 0;
+    while (done < out.size()) {
         if (*stop_) {
-            return files::systemError(ECANCELED, path_);
+            return {done, readError(ECANCELED)};
         }
-        const ssize_t got = ::pread(file_.get(), out.data(), out.size(), offset);
+        const ssize_t got = ::pread(file_.get(), out.data() + done, out.size() - done,
+                                    offset + static_cast<std::int64_t>(done));
         if (got < 0 && errno == EINTR) {
             continue;
         }
-        if (got <= 0) {
-            return files::systemError(got < 0 ? errno : EIO, path_);
+        if (got < 0) {
+            return {done, readError(errno)};
         }
-        out = out.subspan(static_cast<std::size_t>(got));
-        offset += got;
+        if (got == 0) {
+            return {done, Error{ErrorNumber::deviceInputOutput, "the file has become shorter"}};
+        }
+        done += static_cast<std::size_t>(got);
     }
-    return {};
+    return {done, std::nullopt};
 }
 
 SourceWindow::SourceWindow(const ByteSource& source) : source_(&source), store_(windowBytes) {}
 
+/// A place that could not be read is not tried again from each of the bytes before it: a disk may
+/// take seconds to say so.
+bool SourceWindow::mustRead(std::int64_t offset, std::int64_t wanted) const {
+    const bool beforeBadPlace = failure_ && offset <= end();
+    return offset < start_ || (offset + wanted > end() && !beforeBadPlace);
+}
+
 Bytes SourceWindow::at(std::int64_t offset) {
     const std::int64_t left = source_->size() - offset;
-    if (left <= 0 || failure_) {
+    if (left <= 0) {
         return {};
     }
-    const auto wanted = static_cast<std::size_t>(
-        std::min(left, static_cast<std::int64_t>(SourceWindow::lookAhead)));
-    const std::int64_t end = start_ + static_cast<std::int64_t>(filled_);
-    if (offset < start_ || offset + static_cast<std::int64_t>(wanted) > end) {
-        filled_ =
+    if (mustRead(offset, std::min(left, static_cast<std::int64_t>(lookAhead)))) {
+        const auto count =
             static_cast<std::size_t>(std::min(left, static_cast<std::int64_t>(store_.size())));
+        Reading reading = source_->readAt(offset, std::span(store_).first(count));
         start_ = offset;
-        const Status status = source_->readAt(offset, std::span(store_).first(filled_));
-        if (!status.ok()) {
-            failure_ = status.error();
-            filled_ = 0;
-            return {};
-        }
+        filled_ = reading.bytes;
+        failure_ = std::move(reading.failure);
     }
     const auto first = static_cast<std::size_t>(offset - start_);
     return Bytes(store_).subspan(first, filled_ - first);

@@ -33,7 +33,7 @@ TEST_F(FileSourceTest, ReadsAtAnyPlace) {
     ASSERT_TRUE(source.ok());
     EXPECT_EQ(source.value()->size(), 5000);
     Data got(100);
-    EXPECT_TRUE(source.value()->readAt(4900, got).ok());
+    EXPECT_FALSE(source.value()->readAt(4900, got).failure);
     EXPECT_EQ(got, fixture::part(data, 4900, 5000));
 }
 
@@ -50,8 +50,10 @@ TEST_F(FileSourceTest, FailsWhereTheFileHasBecomeShorter) {
     const auto source = FileSource::open(folder / "a", stop);
     fs::resize_file(folder / "a", 1000);
     Data got(100);
-    EXPECT_TRUE(source.value()->readAt(900, got).ok());
-    EXPECT_FALSE(source.value()->readAt(950, got).ok());
+    EXPECT_FALSE(source.value()->readAt(900, got).failure);
+    const Reading reading = source.value()->readAt(950, got);
+    EXPECT_TRUE(reading.failure);
+    EXPECT_EQ(reading.bytes, 50U) << "what is still there is read";
 }
 
 TEST_F(FileSourceTest, FailsOnceItIsStopped) {
@@ -59,7 +61,7 @@ TEST_F(FileSourceTest, FailsOnceItIsStopped) {
     const auto source = FileSource::open(folder / "a", stop);
     stop = true;
     Data got(100);
-    EXPECT_FALSE(source.value()->readAt(0, got).ok());
+    EXPECT_TRUE(source.value()->readAt(0, got).failure);
 }
 
 TEST_F(FileSourceTest, TellsAChangedFileFromAnUnchangedOne) {
@@ -87,14 +89,35 @@ TEST(SourceWindowTest, ShowsAllBytesWhateverTheOrder) {
     EXPECT_FALSE(window.failure());
 }
 
-TEST_F(FileSourceTest, AFailureIsKeptByTheWindow) {
-    writeFile(folder / "a", junk(200'000));
-    const auto source = FileSource::open(folder / "a", stop);
-    SourceWindow window(*source.value());
+TEST(SourceWindowTest, ShowsAllBytesBeforeAPlaceThatCannotBeRead) {
+    const Data data = junk(200'000);
+    const fixture::BadPlaceSource source(data, 100'000, 101'000);
+    SourceWindow window(source);
     EXPECT_FALSE(window.at(0).empty());
-    fs::resize_file(folder / "a", 100'000);
-    EXPECT_TRUE(window.at(120'000).empty());
+    EXPECT_FALSE(window.failure());
+    for (std::int64_t offset = 99'000; offset < 100'000; offset += 100) {
+        const Bytes bytes = window.at(offset);
+        ASSERT_EQ(bytes.size(), static_cast<std::size_t>(100'000 - offset));
+        EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), data.begin() + offset)) << offset;
+    }
+    EXPECT_TRUE(window.at(100'000).empty());
     EXPECT_TRUE(window.failure());
+    EXPECT_EQ(source.failures, 1) << "a disk may take seconds for each";
+}
+
+TEST(SourceWindowTest, ReadsBehindAPlaceThatCannotBeRead) {
+    const Data data = junk(200'000);
+    const fixture::BadPlaceSource source(data, 100'000, 101'000);
+    SourceWindow window(source);
+    EXPECT_EQ(window.at(99'000).size(), 1000U);
+    EXPECT_TRUE(window.at(100'500).empty());
+    EXPECT_GT(window.at(150'000).size(), 40'000U);
+    EXPECT_FALSE(window.failure());
+}
+
+TEST_F(FileSourceTest, TellsWhyInWordsWithoutThePath) {
+    EXPECT_EQ(FileSource::open(folder / "none", stop).error().text, "No such file or directory");
+    EXPECT_EQ(FileSource::open(folder.path(), stop).error().text, "Is a directory");
 }
 
 } // namespace

@@ -1,154 +1,135 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/decode_job.h"
 
+#include <condition_variable>
+#include <mutex>
 #include <system_error>
 #include <utility>
-#include <vector>
 
-#include "platform/linux/mp3/frame_sequence.h"
+#include "platform/linux/mp3/target_turn.h"
 
 namespace sonarith::mp3 {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-DecodeResult failed(const Error& error) {
-    DecodeResult result;
-    result.outcome = DecodeOutcome::failed;
-    result.error = error;
-    return result;
+bool unchanged(const DecodeOrder& order, const CompletedDecoding& former) {
+    return FileIdentity::of(order.source) == former.source &&
+           FileIdentity::of(order.target) == former.target;
 }
 
 } // namespace
 
-DecodeJob::DecodeJob(fs::path source, fs::path target, const Division& division)
-    : source_(std::move(source)), target_(std::move(target)), division_(division) {
-    try {
-        thread_ = std::thread([this] { run(); });
-    } catch (const std::system_error& error) {
-        result_ = failed({ErrorNumber::deviceUnavailable, error.what()});
-        busy_ = false;
+/// All that the thread touches, since it may outlive the job.
+struct DecodeJob::Run {
+    Run(DecodeOrder ordered, Report reports, std::shared_ptr<sound::PendingSaves> pending,
+        std::optional<CompletedDecoding> before)
+        : order(std::move(ordered)),
+          saves(std::move(pending)),
+          report(std::move(reports)),
+          completed(std::move(before)) {
+        saves->add();
     }
-}
 
-void DecodeJob::stop() {
-    stop_ = true;
-    if (thread_.joinable()) {
-        thread_.join();
-    }
-}
-
-bool DecodeJob::isFor(const fs::path& source, const fs::path& target) const {
-    return source == source_ && target == target_;
-}
-
-bool DecodeJob::stillHolds() const {
-    return !busy_ && result_.outcome == DecodeOutcome::completed && sourceIdentity_ &&
-           targetIdentity_ && FileIdentity::of(source_) == sourceIdentity_ &&
-           FileIdentity::of(target_) == targetIdentity_;
-}
-
-void DecodeJob::run() {
-    result_ = decode();
-    if (result_.outcome == DecodeOutcome::completed) {
-        progress_.raiseTo(progress_.total());
-        targetIdentity_ = FileIdentity::of(target_);
-    }
-    busy_ = false;
-}
-
-DecodeResult DecodeJob::decode() {
-    const Result<std::unique_ptr<FileSource>> opened = FileSource::open(source_, stop_);
-    if (!opened.ok()) {
-        return failed(opened.error());
-    }
-    const FileSource& source = *opened.value();
-    sourceIdentity_ = source.identity();
-    progress_.setTotal(source.size());
-    // Opened for its format even where the segments do the work: it looks no further than to the
-    // first frame.
-    const Result<std::unique_ptr<PcmReader>> reader = openPcmReader(source);
-    const FrameSequence frames(source);
-    const bool divisible = division_.threads > 1 && frames.format() && frames.format()->layer == 3;
-    DecodeResult result;
-    if (stop_) {
-        result.outcome = DecodeOutcome::stopped;
-        return result;
-    }
-    if (!reader.ok()) {
-        return failed(reader.error());
-    }
-    if (!reader.value()) {
-        result.outcome = DecodeOutcome::noFrames;
-        return result;
-    }
-    result.format = reader.value()->format();
-    const Result<std::unique_ptr<WavTarget>> made = WavTarget::create(target_, result.format);
-    if (!made.ok()) {
-        return failed(made.error());
-    }
-    WavTarget& target = *made.value();
-    Decoded decoded;
-    if (divisible) {
-        decoded = SegmentWorkers(source, frames, target, division_, stop_, progress_).run();
-        result.road = decoded.sequentialFrom ? DecodeRoad::mixed : DecodeRoad::segments;
-    } else {
-        decoded = decodeSequentially(*reader.value(), target);
-        result.road = DecodeRoad::sequential;
-    }
-    finish(decoded, target, result);
-    return result;
-}
-
-Decoded DecodeJob::decodeSequentially(PcmReader& reader, WavTarget& target) {
-    constexpr std::size_t samplesPerBatch = 64 * 1024; // so that the system calls do not count
-    Decoded decoded;
-    std::vector<std::int16_t> batch;
-    const int channels = reader.format().channels;
-    for (bool more = !stop_; more && !decoded.failure;) {
-        const std::span<const std::int16_t> samples = reader.next();
-        more = !samples.empty() && !stop_;
-        batch.insert(batch.end(), samples.begin(), samples.end());
-        if (!more || batch.size() >= samplesPerBatch) {
-            const Status placed = target.place(decoded.samples, batch);
-            if (!placed.ok()) {
-                decoded.failure = placed.error();
-            } else {
-                decoded.samples += static_cast<std::int64_t>(batch.size()) / channels;
-            }
-            batch.clear();
-            progress_.raiseTo(reader.sourcePosition());
-        }
-    }
-    decoded.stopped = stop_;
-    if (!decoded.stopped && !decoded.failure) {
-        decoded.failure = reader.failure();
-    }
-    decoded.count = reader.count();
-    return decoded;
-}
-
-/// Names the WAV, or leaves it to vanish.
-void DecodeJob::finish(const Decoded& decoded, WavTarget& target, DecodeResult& result) const {
-    result.count = decoded.count;
-    std::optional<Error> failure = decoded.failure;
-    result.outcome = decoded.stopped ? DecodeOutcome::stopped : DecodeOutcome::completed;
-    if (!decoded.stopped && decoded.samples == 0) {
-        result.outcome = DecodeOutcome::noFrames; // a tag's frame alone
-    }
-    // Without a sample, what stands under the name stays: it would be replaced by nothing.
-    if (!failure && decoded.samples > 0) {
-        if (const Status finished = target.finish(decoded.samples); !finished.ok()) {
-            failure = finished.error();
+    void execute() {
+        if (completed && unchanged(order, *completed)) {
+            result = completed->result;
+            progress.raiseTo(progress.total());
         } else {
-            result.samples = decoded.samples;
+            completed.reset();
+            decode();
         }
+        end();
     }
-    if (failure) {
-        result.outcome = DecodeOutcome::failed;
-        result.error = failure;
+
+    void decode() {
+        Decoding decoding(order, stop, progress);
+        result = decoding.run();
+        if (result.outcome == DecodeOutcome::completed) {
+            progress.raiseTo(progress.total());
+            const std::optional<FileIdentity> target = FileIdentity::of(order.target);
+            if (target && decoding.sourceIdentity()) {
+                completed = {result, *decoding.sourceIdentity(), *target};
+            }
+        }
+        report(result);
+        report = nullptr; // what it owns may be waited for
     }
+
+    void end() {
+        {
+            const std::lock_guard lock(mutex);
+            over = true;
+            changed.notify_all();
+        }
+        saves->remove();
+    }
+
+    bool awaitEnd(std::chrono::milliseconds patience) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, patience, [this] { return over.load(); });
+    }
+
+    const DecodeOrder order;
+    const std::shared_ptr<sound::PendingSaves> saves;
+    Progress progress;
+    std::atomic<bool> stop = false;
+    std::atomic<bool> over = false;
+    std::mutex mutex; ///< for those who wait for `over`
+    std::condition_variable changed;
+    // The thread's until it is over, and not changed any more afterwards.
+    Report report;
+    DecodeResult result;
+    std::optional<CompletedDecoding> completed; ///< at first the former one
+};
+
+DecodeJob::DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
+                     std::optional<CompletedDecoding> former)
+    : run_(std::make_shared<Run>(std::move(order), std::move(report), std::move(saves),
+                                 std::move(former))) {
+    try {
+        thread_.emplace([run = run_] { run->execute(); });
+    } catch (const std::system_error& error) {
+        run_->completed.reset();
+        run_->result.outcome = DecodeOutcome::failed;
+        run_->result.failure =
+            DecodeFailure{DecodeStep::decoding, {ErrorNumber::deviceUnavailable, error.what()}};
+        run_->report(run_->result);
+        run_->end();
+    }
+}
+
+void DecodeJob::stop(std::chrono::milliseconds patience) {
+    run_->stop = true;
+    TargetTurn::wakeWaiting();
+    run_->awaitEnd(patience);
+}
+
+bool DecodeJob::busy() const {
+    return !run_->stop && !run_->over;
+}
+
+bool DecodeJob::over() const {
+    return run_->over;
+}
+
+bool DecodeJob::awaitEnd(std::chrono::milliseconds patience) const {
+    return run_->awaitEnd(patience);
+}
+
+const Progress& DecodeJob::progress() const {
+    return run_->progress;
+}
+
+bool DecodeJob::isFor(const DecodeOrder& order) const {
+    return order.source == run_->order.source && order.target == run_->order.target;
+}
+
+const DecodeResult& DecodeJob::result() const {
+    return run_->result;
+}
+
+std::optional<CompletedDecoding> DecodeJob::completed() const {
+    return over() ? run_->completed : std::nullopt;
 }
 
 } // namespace sonarith::mp3

@@ -20,9 +20,13 @@ struct Scan {
     ScanLoss loss;
     bool freeFormat = false;
 
-    explicit Scan(const Data& data) {
+    std::int64_t placesTried = 0;
+
+    /// In the format that the stream is decoded in.
+    explicit Scan(const Data& data) : Scan(data, surveyStream(MemorySource(data)).format) {}
+    Scan(const Data& data, const std::optional<StreamFormat>& format) {
         const MemorySource source(data);
-        FrameScanner scanner(source);
+        FrameScanner scanner = format ? FrameScanner(source, *format, 0) : FrameScanner(source);
         while (const auto frame = scanner.next()) {
             frames.push_back(*frame);
             const Bytes bytes = scanner.bytesOf(*frame);
@@ -31,6 +35,7 @@ struct Scan {
         }
         loss = scanner.loss();
         freeFormat = scanner.freeFormatOffset().has_value();
+        placesTried = scanner.placesTried();
     }
     [[nodiscard]] int gaps() const {
         return static_cast<int>(std::count_if(frames.begin(), frames.end(),
@@ -126,7 +131,8 @@ TEST(FrameScannerTest, DropsFramesOfAnotherFormat) {
     const Data& mono = fixture::encoded(44100, 1, "-b 64");
     const std::size_t place = middle();
     for (const Data& foreign : {other, mono, fixture::layer2(9), fixture::layer1(9)}) {
-        const Scan scan(part(ordinary(), 0, place) + foreign + part(ordinary(), place, SIZE_MAX));
+        const Scan scan(part(ordinary(), 0, place) + foreign + part(ordinary(), place, SIZE_MAX),
+                        StreamFormat{});
         EXPECT_EQ(scan.frames.size(), 156U);
         EXPECT_EQ(scan.loss.bytesSkipped, 0);
         EXPECT_EQ(scan.loss.framesDropped, static_cast<std::int64_t>(Scan(foreign).frames.size()));
@@ -175,6 +181,88 @@ TEST(FrameScannerTest, GoesOnFromAnyFrameAsIfItCameFromTheFront) {
         }
         ASSERT_FALSE(scanner.next());
     }
+}
+
+TEST(FrameScannerTest, FindsFramesOfEveryFormatIfNoneIsGiven) {
+    const Data data = fixture::layer2(9) + fixture::layer1(9);
+    const MemorySource source(data);
+    FrameScanner scanner(source);
+    int layer1 = 0;
+    int layer2 = 0;
+    int gaps = 0;
+    while (const auto frame = scanner.next()) {
+        (frame->header.format.layer == 1 ? layer1 : layer2)++;
+        gaps += frame->afterGap ? 1 : 0;
+    }
+    EXPECT_EQ(layer1, 9);
+    EXPECT_EQ(layer2, 9);
+    EXPECT_EQ(gaps, 2);
+    EXPECT_EQ(scanner.loss(), ScanLoss{});
+}
+
+TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
+    const std::size_t place = middle();
+    const Data head = part(ordinary(), 0, place);
+    const Data tail = part(ordinary(), place, SIZE_MAX);
+    const Data id3v1 = fixture::text("TAG") + Data(125, ' ');
+    EXPECT_EQ(Scan(junk(700) + ordinary() + junk(700)).loss.damagedPlaces, 0);
+    EXPECT_EQ(Scan(head + id3v1 + tail).loss.damagedPlaces, 0);
+    EXPECT_EQ(Scan(head + junk(700) + tail).loss.damagedPlaces, 1);
+    EXPECT_EQ(Scan(head + junk(700) + tail + junk(9) + tail).loss.damagedPlaces, 2);
+    EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a torn frame";
+}
+
+TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadAndHasAllBefore) {
+    const Scan whole(ordinary());
+    for (const std::size_t number : {0U, 1U, 80U, 155U}) {
+        const auto bad = static_cast<std::size_t>(whole.frames[number].offset);
+        for (const std::size_t within : {0U, 1U, 400U}) {
+            const fixture::BadPlaceSource source(ordinary(), bad + within, SIZE_MAX);
+            FrameScanner scanner(source, StreamFormat{}, 0);
+            std::size_t frames = 0;
+            while (const auto frame = scanner.next()) {
+                EXPECT_EQ(scanner.bytesOf(*frame).size(),
+                          static_cast<std::size_t>(frame->header.bytes));
+                ++frames;
+            }
+            EXPECT_EQ(frames, number);
+            EXPECT_TRUE(scanner.failure());
+            EXPECT_LE(source.failures, 2);
+        }
+    }
+}
+
+TEST(FrameScannerTest, NeedsNotReadWhatLiesInATag) {
+    const Data tagged =
+        fixture::text("ID3") + Data{4, 0, 0, 0, 4, 0, 0} + Data(65'536, 0) + ordinary();
+    const fixture::BadPlaceSource source(tagged, 1000, 2000);
+    FrameScanner scanner(source, StreamFormat{}, 0);
+    int frames = 0;
+    while (scanner.next()) {
+        ++frames;
+    }
+    EXPECT_EQ(frames, 156);
+    EXPECT_FALSE(scanner.failure());
+}
+
+TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
+    // Layer II at 8000 Hz: 160 kbit/s make the largest frame, 2881 bytes, and 8 kbit/s 144.
+    const Data large{0xFF, 0xE5, 0xEA, 0x00};
+    const Data small = Data{0xFF, 0xE5, 0x18, 0x00} + Data(140, 0);
+    // 24 bytes of another format, 24000 Hz at 8 kbit/s, with headers at every fourth byte.
+    const Data other = Data{0xFF, 0xF3, 0x14, 0xC4} + large + large + large + large + large;
+    Data data;
+    while (data.size() < 100'000) {
+        // Each large frame seems torn, since the row of small ones begins within it; and each must
+        // be looked through to its end for that.
+        for (int i = 0; i < 37; ++i) {
+            data = data + large + other + other + other;
+        }
+        data = data + small + small + small;
+    }
+    const Scan scan(data, parseHeader(large)->format);
+    EXPECT_GT(scan.loss.framesDropped, 3000);
+    EXPECT_LE(scan.placesTried, 2 * static_cast<std::int64_t>(data.size()) / 4);
 }
 
 TEST(FrameScannerTest, ComesToItsEndOnJunkMadeToKeepItBusy) {

@@ -5,11 +5,11 @@
 
 namespace sonarith::mp3 {
 
-FrameSequence::FrameSequence(const ByteSource& source) : scanner_(source), first_(scanner_.next()) {
+FrameSequence::FrameSequence(const ByteSource& source, const StreamFormat& format)
+    : scanner_(source, format, 0), format_(format), first_(scanner_.next()) {
     if (!first_) {
         return;
     }
-    format_ = first_->header.format;
     if (const auto trim = parseInfoTag(first_->header, scanner_.bytesOf(*first_))) {
         trim_ = *trim;
         first_.reset();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frames of a stream that are decoded, numbered from 0: those that the scanner finds, less the
-// information frame before them, whose word on the trimming it keeps. It decodes nothing.
+// The frames of a stream that are decoded, numbered from 0: those of one format that the scanner
+// finds, less the information frame that heads them, whose trimming it keeps. It decodes nothing.
 #pragma once
 
 #include <cstdint>
@@ -17,15 +17,15 @@ struct NumberedFrame : Frame {
 
 class FrameSequence {
   public:
-    /// From the beginning; looks for the first frame at once. `source` must outlive it.
-    explicit FrameSequence(const ByteSource& source);
+    /// The frames of `format` from the beginning; looks for the first one at once. `source` must
+    /// outlive it.
+    FrameSequence(const ByteSource& source, const StreamFormat& format);
     /// Goes on at frame `number`, which another sequence found at `offset`.
     FrameSequence(const ByteSource& source, const StreamFormat& format, std::int64_t number,
                   std::int64_t offset)
         : scanner_(source, format, offset), format_(format), number_(number) {}
 
-    /// Of the stream; empty if there is no frame at all.
-    [[nodiscard]] const std::optional<StreamFormat>& format() const { return format_; }
+    [[nodiscard]] const StreamFormat& format() const { return format_; }
     [[nodiscard]] const GaplessTrim& trim() const { return trim_; }
     [[nodiscard]] std::optional<NumberedFrame> next();
     [[nodiscard]] Bytes bytesOf(const Frame& frame) { return scanner_.bytesOf(frame); }
@@ -35,7 +35,7 @@ class FrameSequence {
 
   private:
     FrameScanner scanner_;
-    std::optional<StreamFormat> format_;
+    StreamFormat format_;
     GaplessTrim trim_;
     std::optional<Frame> first_; ///< found by the constructor, not given out yet
     std::int64_t number_ = 0;

@@ -29,12 +29,24 @@ TEST(FrameSequenceTest, KeepsLaterInformationFramesAsTheyAreSoundToADecoder) {
     EXPECT_EQ(fixture::framesOf(fixture::ordinary() + fixture::ordinary()).size(), 311U);
 }
 
-TEST(FrameSequenceTest, HasNoFormatWithoutAnyFrame) {
-    const Data data = fixture::junk(5000);
+TEST(FrameSequenceTest, LeavesOutTheInformationFrameThatHeadsItsFormat) {
+    const Data& other = fixture::encoded(48000, 2, "-b 128");
+    const Data data = fixture::part(other, 0, 4 * 384) + fixture::ordinary();
     const MemorySource source(data);
-    FrameSequence frames(source);
-    EXPECT_FALSE(frames.format());
-    EXPECT_FALSE(frames.next());
+    FrameSequence frames(source, StreamFormat{});
+    EXPECT_EQ(frames.trim(), FrameSequence(MemorySource(fixture::ordinary()), {}).trim());
+    const auto first = frames.next();
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->number, 0);
+    EXPECT_EQ(first->offset, 4 * 384 + 417);
+    EXPECT_EQ(frames.scanner().loss().framesDropped, 4);
+}
+
+TEST(FrameSequenceTest, IsEmptyWithoutAFrameOfTheFormat) {
+    const MemorySource source(fixture::ordinary());
+    StreamFormat mono;
+    mono.channels = 1;
+    EXPECT_FALSE(FrameSequence(source, mono).next());
 }
 
 TEST(FrameSequenceTest, GoesOnWithTheNumberThatItIsGiven) {

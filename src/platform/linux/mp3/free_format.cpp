@@ -11,6 +11,14 @@ bool isFreeHeader(const std::optional<FrameHeader>& header, const StreamFormat& 
     return header && header->bytes == 0 && header->format == format;
 }
 
+/// What no frame with sound in it is smaller than: its header and side information; and in the
+/// other layers what 8 kbit/s come to, which is the lowest rate that encoders know.
+std::size_t smallestFrame(const FrameHeader& header) {
+    constexpr std::size_t otherLayers = 24;
+    return header.format.layer == 3 ? header.sideInfoOffset() + header.sideInfoBytes()
+                                    : otherLayers;
+}
+
 } // namespace
 
 bool isFreeFormat(Bytes bytes) {
@@ -29,6 +37,9 @@ bool isFreeFormat(Bytes bytes) {
     for (std::size_t size = headerBytes; 2 * size + slot + headerBytes <= bytes.size(); ++size) {
         if (!isFreeHeader(parseHeader(bytes.subspan(size)), first->format)) {
             continue;
+        }
+        if (size < smallestFrame(*first)) {
+            return false; // the library would make frames of that size, a thousand times the sound
         }
         for (const std::size_t third : {2 * size, 2 * size - slot, 2 * size + slot}) {
             if (isFreeHeader(parseHeader(bytes.subspan(third)), first->format)) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 #include <utility>
 
 namespace sonarith::mp3 {
@@ -21,7 +22,8 @@ mpg123_ssize_t FreeFormatDecoder::read(void* input, void* out, std::size_t bytes
         done += count;
         self.position += static_cast<std::int64_t>(count);
     }
-    return self.window.failure() ? -1 : static_cast<mpg123_ssize_t>(done);
+    const bool failed = done == 0 && bytes > 0 && self.window.failure();
+    return failed ? -1 : static_cast<mpg123_ssize_t>(done);
 }
 
 off_t FreeFormatDecoder::seek(void* input, off_t offset, int origin) {
@@ -36,70 +38,120 @@ off_t FreeFormatDecoder::seek(void* input, off_t offset, int origin) {
     return self.position - self.begin;
 }
 
-Result<std::unique_ptr<PcmReader>> FreeFormatDecoder::create(const ByteSource& source,
-                                                             std::int64_t offset) {
+Result<DecoderHandle> FreeFormatDecoder::open(Input& input, std::int64_t offset) {
+    input.begin = offset;
+    input.position = offset;
     Result<DecoderHandle> made = makeDecoderHandle(SampleType::sixteenBit, MPG123_GAPLESS, 0);
     if (!made.ok()) {
-        return made.error();
+        return made;
     }
-    auto input =
-        std::make_unique<Input>(Input{SourceWindow(source), source.size(), offset, offset});
     mpg123_handle* handle = made.value().get();
     if (mpg123_replace_reader_handle(handle, &read, &seek, nullptr) != MPG123_OK ||
-        mpg123_open_handle(handle, input.get()) != MPG123_OK) {
+        mpg123_open_handle(handle, &input) != MPG123_OK) {
         return {ErrorNumber::deviceUnavailable,
                 std::string("the MP3 decoder takes no data: ") + mpg123_strerror(handle)};
     }
-    auto decoder = std::unique_ptr<FreeFormatDecoder>(
-        new FreeFormatDecoder(std::move(input), std::move(made.value())));
-    long rate = 0;
-    int channels = 0;
-    int encoding = 0;
-    const bool found =
-        mpg123_getformat2(decoder->handle_.get(), &rate, &channels, &encoding, 1) == MPG123_OK;
-    if (decoder->failure()) {
-        return *decoder->failure();
-    }
-    if (!found) {
-        return std::unique_ptr<PcmReader>();
-    }
-    decoder->format_ = {static_cast<int>(rate), channels};
-    decoder->current_ = decoder->format_;
-    return std::unique_ptr<PcmReader>(std::move(decoder));
+    return made;
 }
 
-PcmFormat FreeFormatDecoder::currentFormat() const {
+Result<std::unique_ptr<FreeFormatDecoder>>
+FreeFormatDecoder::create(const ByteSource& source, std::int64_t offset, std::int64_t patience) {
+    auto input =
+        std::make_unique<Input>(Input{SourceWindow(source), source.size(), offset, offset});
+    Result<DecoderHandle> opened = open(*input, offset);
+    if (!opened.ok()) {
+        return opened.error();
+    }
+    auto decoder = std::unique_ptr<FreeFormatDecoder>(
+        new FreeFormatDecoder(std::move(input), std::move(opened.value()), patience));
+    const std::optional<PcmFormat> format = formatOf(decoder->handle_);
+    if (!format) {
+        return decoder->failure() ? Result<std::unique_ptr<FreeFormatDecoder>>(*decoder->failure())
+                                  : std::unique_ptr<FreeFormatDecoder>();
+    }
+    decoder->format_ = *format;
+    decoder->current_ = *format;
+    return decoder;
+}
+
+std::optional<PcmFormat> FreeFormatDecoder::formatOf(const DecoderHandle& handle) {
+    constexpr int forget = 1; // that it is a new one, which is otherwise said with the first frame
     long rate = 0;
     int channels = 0;
     int encoding = 0;
-    if (mpg123_getformat2(handle_.get(), &rate, &channels, &encoding, 0) != MPG123_OK) {
-        return {};
+    if (mpg123_getformat2(handle.get(), &rate, &channels, &encoding, forget) != MPG123_OK) {
+        return std::nullopt;
     }
-    return {static_cast<int>(rate), channels};
+    return PcmFormat{static_cast<int>(rate), channels};
 }
 
 std::span<const std::int16_t> FreeFormatDecoder::next() {
+    while (work_ < patience_ || renew()) {
+        const std::span<const std::int16_t> samples = decodeFrame();
+        if (samples.empty()) {
+            break;
+        }
+        noteWork(samples);
+        if (current_ == format_) {
+            return samples;
+        }
+    }
+    return {};
+}
+
+/// The next frame that has samples, in its own format; none at the end, and where the library
+/// cannot go on.
+std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     while (true) {
         unsigned char* sound = nullptr;
         std::size_t bytes = 0;
         const int outcome = mpg123_decode_frame(handle_.get(), nullptr, &sound, &bytes);
         if (outcome == MPG123_NEW_FORMAT) {
-            current_ = currentFormat();
+            current_ = formatOf(handle_).value_or(PcmFormat{});
             continue;
         }
-        if (outcome != MPG123_OK) { // the end, or what it cannot go on from
+        if (outcome != MPG123_OK) {
             return {};
         }
-        if (current_ != format_) {
-            ++count_.loss.framesDropped;
-            continue;
-        }
-        ++count_.framesDecoded;
+        ++frames_;
+        ++(current_ == format_ ? count_.framesDecoded : count_.loss.framesDropped);
         if (bytes > 0) {
             // The library's buffer is aligned for its vectors.
             return {reinterpret_cast<const std::int16_t*>(sound), bytes / sizeof(std::int16_t)};
         }
     }
+}
+
+/// The library fills the rest of a frame that it gives up with zeros. A silent frame counts as such
+/// a one: another decoder more costs little.
+void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
+    constexpr std::size_t end = 2 * 32; // the least that one step of the synthesis gives
+    const auto last = samples.last(std::min(samples.size(), end));
+    const bool silent =
+        std::all_of(last.begin(), last.end(), [](std::int16_t sample) { return sample == 0; });
+    work_ += silent ? frames_ : 0;
+}
+
+/// Begins another decoder behind the last frame.
+bool FreeFormatDecoder::renew() {
+    const std::int64_t lastFrame = input_->begin + mpg123_framepos(handle_.get());
+    Result<DecoderHandle> opened = open(*input_, lastFrame);
+    if (!opened.ok()) {
+        return false;
+    }
+    const std::optional<PcmFormat> format = formatOf(opened.value());
+    if (!format) {
+        return false;
+    }
+    handle_ = std::move(opened.value());
+    current_ = *format;
+    frames_ = 0;
+    work_ = 0;
+    ++renewals_;
+    const DecodeCount count = count_;
+    const bool found = !decodeFrame().empty(); // the last frame again, which has been given
+    count_ = count;
+    return found;
 }
 
 } // namespace sonarith::mp3

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The road for streams in free format: the library finds the frames itself, since only it guesses
-// their size, and one pass over the whole stream is all there is. Other streams do not come here.
+// Decodes streams in free format: the library finds the frames itself, since only it guesses their
+// size, and one pass over the whole stream is all there is. Not for other streams.
 #pragma once
 
 #include <cstdint>
@@ -14,15 +14,23 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
+    /// For each frame that it gives up the library takes a time in proportion to the frames before
+    /// it (measured: 3 ns for each), so that a long stream of damaged ones would take hours. When
+    /// so many frames come together, a third of a second of work, another decoder begins behind a
+    /// frame that ends in silence, as those do: there it loses nothing.
+    static constexpr std::int64_t usualPatience = 100'000'000;
+
     /// Reads `source` from `offset` on. Null if the library finds no frame there.
-    [[nodiscard]] static Result<std::unique_ptr<PcmReader>> create(const ByteSource& source,
-                                                                   std::int64_t offset);
+    [[nodiscard]] static Result<std::unique_ptr<FreeFormatDecoder>>
+    create(const ByteSource& source, std::int64_t offset, std::int64_t patience = usualPatience);
 
     [[nodiscard]] PcmFormat format() const override { return format_; }
     [[nodiscard]] std::span<const std::int16_t> next() override;
     [[nodiscard]] std::optional<Error> failure() const override { return input_->window.failure(); }
     [[nodiscard]] DecodeCount count() const override { return count_; }
     [[nodiscard]] std::int64_t sourcePosition() const override { return input_->position; }
+    /// How often another decoder has begun.
+    [[nodiscard]] int renewals() const { return renewals_; }
 
   private:
     /// What the library's reading functions are given.
@@ -35,15 +43,23 @@ class FreeFormatDecoder : public PcmReader {
     static mpg123_ssize_t read(void* input, void* out, std::size_t bytes);
     static off_t seek(void* input, off_t offset, int origin);
 
-    FreeFormatDecoder(std::unique_ptr<Input> input, DecoderHandle handle)
-        : input_(std::move(input)), handle_(std::move(handle)) {}
-    [[nodiscard]] PcmFormat currentFormat() const;
+    FreeFormatDecoder(std::unique_ptr<Input> input, DecoderHandle handle, std::int64_t patience)
+        : input_(std::move(input)), handle_(std::move(handle)), patience_(patience) {}
+    [[nodiscard]] static Result<DecoderHandle> open(Input& input, std::int64_t offset);
+    [[nodiscard]] static std::optional<PcmFormat> formatOf(const DecoderHandle& handle);
+    [[nodiscard]] std::span<const std::int16_t> decodeFrame();
+    void noteWork(std::span<const std::int16_t> samples);
+    [[nodiscard]] bool renew();
 
     std::unique_ptr<Input> input_; ///< at an address that stays, for the library
     DecoderHandle handle_;
     PcmFormat format_;
     PcmFormat current_;
     DecodeCount count_;
+    std::int64_t patience_;
+    std::int64_t frames_ = 0; ///< of the present decoder
+    std::int64_t work_ = 0;   ///< frames that it may have gone over again
+    int renewals_ = 0;
 };
 
 } // namespace sonarith::mp3

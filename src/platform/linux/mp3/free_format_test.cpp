@@ -34,5 +34,15 @@ TEST(FreeFormatTest, IsNotSeenInHeadersAtOtherDistances) {
     EXPECT_FALSE(isFreeFormat(Data(50'000, 0)));
 }
 
+TEST(FreeFormatTest, HasFramesThatSoundFitsInto) {
+    EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
+    EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
+    Data headers; // of Layer II, at every fourth byte: three of any distance make a row
+    while (headers.size() < 8000) {
+        headers = headers + Data{0xFF, 0xFD, 0x00, 0x00};
+    }
+    EXPECT_FALSE(isFreeFormat(headers));
+}
+
 } // namespace
 } // namespace sonarith::mp3

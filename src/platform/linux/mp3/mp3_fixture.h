@@ -1,33 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // MP3 streams for tests, made by the LAME encoder from a fixed sound or written by hand, and the
-// roads over them as functions. Only tests include this.
+// ways to decode them as functions. Only tests include this.
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include "platform/linux/late/sndfile.h"
 #include "platform/linux/mp3/frame_sequence.h"
 #include "platform/linux/mp3/mp3_index.h"
 #include "platform/linux/mp3/pcm_reader.h"
 #include "platform/linux/mp3/segment_decoder.h"
-#include "platform/linux/mp3/wav_header.h"
+#include "platform/linux/mp3/stream_survey.h"
+#include "support/sound_files.h"
 #include "support/temp_folder.h"
 
 namespace sonarith::mp3::fixture {
@@ -57,48 +53,40 @@ inline Data junk(std::size_t bytes, unsigned seed = 1) {
 }
 
 inline void writeFile(const std::filesystem::path& path, const Data& data) {
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(data.data()),
-               static_cast<std::streamsize>(data.size()));
+    EXPECT_TRUE(test::writeBytes(path, data));
 }
 
 inline Data readFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    return test::readBytes(path);
 }
 
-/// Runs a program and waits for it; a failure of it fails the test.
-inline void run(std::vector<std::string> words) {
-    std::vector<char*> arguments;
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
+/// Noise that swells, pure tones, clicks, silence, and noise again; each is made once in a process.
+/// It is written plainly, since under the sanitizers it takes a third of the time of many a test.
+inline const Samples& sound(int rate, int channels, double seconds) {
+    static std::map<std::tuple<int, int, double>, Samples> made;
+    Samples& samples = made[{rate, channels, seconds}];
+    if (!samples.empty()) {
+        return samples;
     }
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    int status = -1;
-    const int error =
-        ::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ);
-    if (error == 0) {
-        ::waitpid(child, &status, 0);
-    }
-    EXPECT_TRUE(error == 0 && status == 0) << words[0] << " is missing or failed";
-}
-
-/// Noise that swells, pure tones, clicks, silence, and noise again.
-inline Samples sound(int rate, int channels, double seconds) {
-    std::mt19937 random(7);
     const auto frames = static_cast<int>(rate * seconds);
-    Samples samples;
+    samples.resize(static_cast<std::size_t>(frames) * static_cast<std::size_t>(channels));
+    std::int16_t* to = samples.data();
+    std::uint32_t random = 7;
     for (int i = 0; i < frames; ++i) {
         const double at = static_cast<double>(i) / frames;
         for (int channel = 0; channel < channels; ++channel) {
-            const double noise = static_cast<double>(random()) / 4294967296.0 - 0.5;
-            const double tone = std::sin(i * (0.02 + 0.05 * channel + at * 0.3));
-            double value = at < 0.4 ? noise * at : at < 0.6 ? tone * 0.7 : at < 0.75 ? 0 : noise;
+            random = random * 1664525 + 1013904223; // Numerical Recipes' generator
+            const double noise = random / 4294967296.0 - 0.5;
+            double value = 0;
+            if (at < 0.4 || at >= 0.75) {
+                value = at < 0.4 ? noise * at : noise;
+            } else if (at < 0.6) {
+                value = std::sin(i * (0.02 + 0.05 * channel + at * 0.3)) * 0.7;
+            }
             if (i % 5000 == 17 && at < 0.6) {
                 value = 0.95;
             }
-            samples.push_back(static_cast<std::int16_t>(value * 32000));
+            *to++ = static_cast<std::int16_t>(value * 32000);
         }
     }
     return samples;
@@ -112,18 +100,10 @@ inline const Data& encoded(int rate, int channels, const std::string& options, d
     Data& data = made[key];
     if (data.empty()) {
         const fakes::TempFolder folder;
-        const Samples samples = sound(rate, channels, seconds);
-        const auto bytes = static_cast<std::int64_t>(samples.size() * 2);
-        Data wav = plainWavHeader({rate, channels}, bytes);
-        wav.resize(wav.size() + static_cast<std::size_t>(bytes));
-        std::memcpy(&wav[44], samples.data(), static_cast<std::size_t>(bytes));
-        writeFile(folder / "in.wav", wav);
-        std::vector<std::string> words{"lame", "--quiet"};
-        std::istringstream in(options);
-        words.insert(words.end(), std::istream_iterator<std::string>(in), {});
-        words.push_back((folder / "in.wav").string());
-        words.push_back((folder / "out.mp3").string());
-        run(words);
+        EXPECT_TRUE(
+            test::writeWav(folder / "in.wav", {rate, channels}, sound(rate, channels, seconds)));
+        EXPECT_TRUE(test::encodeMp3(folder / "in.wav", options, folder / "out.mp3"))
+            << "lame is missing or failed";
         data = readFile(folder / "out.mp3");
         EXPECT_FALSE(data.empty());
     }
@@ -160,15 +140,48 @@ inline Data layer2(int frames) {
     return data;
 }
 
+/// Those of the format that the stream is decoded in; none in free format.
 inline std::vector<NumberedFrame> framesOf(const Data& data) {
     const MemorySource source(data);
-    FrameSequence frames(source);
+    const std::optional<StreamFormat> format = surveyStream(source).format;
     std::vector<NumberedFrame> found;
-    while (const auto frame = frames.next()) {
-        found.push_back(*frame);
+    if (format) {
+        FrameSequence frames(source, *format);
+        while (const auto frame = frames.next()) {
+            found.push_back(*frame);
+        }
     }
     return found;
 }
+
+/// Bytes of which some cannot be read.
+class BadPlaceSource : public ByteSource {
+  public:
+    BadPlaceSource(const Data& data, std::size_t begin, std::size_t end)
+        : memory_(data),
+          begin_(static_cast<std::int64_t>(begin)),
+          end_(static_cast<std::int64_t>(std::min(end, data.size()))) {}
+
+    [[nodiscard]] std::int64_t size() const override { return memory_.size(); }
+    [[nodiscard]] Reading readAt(std::int64_t offset, std::span<std::uint8_t> out) const override {
+        const std::int64_t end = offset + static_cast<std::int64_t>(out.size());
+        if (end <= begin_ || offset >= end_) {
+            return memory_.readAt(offset, out);
+        }
+        ++failures;
+        Reading reading = memory_.readAt(offset, out.first(static_cast<std::size_t>(
+                                                     std::max<std::int64_t>(begin_ - offset, 0))));
+        reading.failure = Error{ErrorNumber::deviceInputOutput, "bad place"};
+        return reading;
+    }
+    /// Readings that met the place.
+    mutable std::atomic<int> failures = 0;
+
+  private:
+    MemorySource memory_;
+    std::int64_t begin_;
+    std::int64_t end_;
+};
 
 /// All of a stream's sound, and what was said about it.
 struct Heard {
@@ -176,11 +189,11 @@ struct Heard {
     Samples samples;
     DecodeCount count;
     bool broken = false; ///< the segments refused it
+    std::optional<Error> failure = std::nullopt;
 };
 
-inline Heard sequentially(const Data& data) {
-    const MemorySource source(data);
-    const Result<std::unique_ptr<PcmReader>> reader = openPcmReader(source);
+inline Heard sequentially(const ByteSource& source) {
+    const Result<std::unique_ptr<PcmReader>> reader = openPcmReader(source, surveyStream(source));
     Heard heard;
     EXPECT_TRUE(reader.ok());
     if (reader.ok() && reader.value()) {
@@ -189,37 +202,47 @@ inline Heard sequentially(const Data& data) {
             heard.samples.insert(heard.samples.end(), part.begin(), part.end());
         }
         heard.count = reader.value()->count();
+        heard.failure = reader.value()->failure();
     }
     return heard;
 }
 
+inline Heard sequentially(const Data& data) {
+    return sequentially(MemorySource(data));
+}
+
 /// The same with a fresh decoder for each segment. Precondition: Layer III, no free format.
-inline Heard inSegments(const Data& data, std::int64_t framesPerSegment) {
-    const MemorySource source(data);
-    const FrameSequence frames(source);
+inline Heard inSegments(const ByteSource& source, std::int64_t framesPerSegment) {
     Heard heard;
-    if (!frames.format()) {
+    const std::optional<StreamFormat> format = surveyStream(source).format;
+    if (!format) {
         return heard;
     }
-    heard.format = {frames.format()->rate, frames.format()->channels};
+    const FrameSequence frames(source, *format);
+    heard.format = {format->rate, format->channels};
     SegmentIndex index(frames, framesPerSegment);
     while (const std::optional<Segment> segment = index.next()) {
-        const Result<SegmentEnd> end = decodeSegment(
-            source, *frames.format(), frames.trim(), *segment,
+        const SegmentOutcome outcome = decodeSegment(
+            source, *format, frames.trim(), *segment,
             [&](std::int64_t, std::int64_t first, std::span<const std::int16_t> samples) {
                 EXPECT_EQ(static_cast<std::size_t>(first * heard.format.channels),
                           heard.samples.size());
                 heard.samples.insert(heard.samples.end(), samples.begin(), samples.end());
                 return Result<bool>(true);
             });
-        EXPECT_TRUE(end.ok());
-        if (end.value() == SegmentEnd::broken) {
-            heard.broken = true;
+        EXPECT_FALSE(outcome.failure);
+        if (outcome.end != SegmentEnd::complete) {
+            heard.broken = outcome.end == SegmentEnd::broken;
             break;
         }
     }
     heard.count = index.count();
+    heard.failure = index.failure();
     return heard;
+}
+
+inline Heard inSegments(const Data& data, std::int64_t framesPerSegment) {
+    return inSegments(MemorySource(data), framesPerSegment);
 }
 
 inline Heard readWav(const std::filesystem::path& path) {
@@ -241,7 +264,9 @@ inline Heard readWav(const std::filesystem::path& path) {
 inline Heard byTool(const Data& data) {
     const fakes::TempFolder folder;
     writeFile(folder / "in.mp3", data);
-    run({"mpg123", "-q", "-w", (folder / "out.wav").string(), (folder / "in.mp3").string()});
+    EXPECT_TRUE(test::runProgram(
+        {"mpg123", "-q", "-w", (folder / "out.wav").string(), (folder / "in.mp3").string()}))
+        << "mpg123 is missing or failed";
     return readWav(folder / "out.wav");
 }
 

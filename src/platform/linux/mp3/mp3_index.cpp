@@ -24,7 +24,7 @@ std::optional<Segment> SegmentIndex::next() {
         }
     }
     count_.loss = frames_.scanner().loss();
-    if (segment.frames == 0 || failure()) {
+    if (segment.frames == 0) {
         return std::nullopt;
     }
     count_.framesDecoded += segment.frames;

@@ -23,15 +23,16 @@ struct Segment {
 /// For one thread at a time.
 class SegmentIndex {
   public:
-    /// Goes on from the beginning of `frames`, which has a format. All segments but the last have
-    /// `framesPerSegment` frames.
+    /// Goes on from the beginning of `frames`. All segments but the last have `framesPerSegment`
+    /// frames.
     SegmentIndex(FrameSequence frames, std::int64_t framesPerSegment)
         : frames_(std::move(frames)), framesPerSegment_(framesPerSegment) {}
 
-    /// The next segment; empty at the end, and after a failed reading.
+    /// The next segment; empty at the end. All frames before a place that cannot be read are given.
     [[nodiscard]] std::optional<Segment> next();
     /// What the segments that were given so far hold.
     [[nodiscard]] const DecodeCount& count() const { return count_; }
+    /// Once there is no next segment: why the stream ended before the end of the source, if it did.
     [[nodiscard]] const std::optional<Error>& failure() const {
         return frames_.scanner().failure();
     }

@@ -1,73 +1,129 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/mp3_player_source.h"
 
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
+#include "platform/linux/mp3/byte_source.h"
 #include "platform/linux/mp3/card_rate.h"
 #include "platform/linux/mp3/pcm_reader.h"
+#include "platform/linux/sound/frame_queue.h"
 
 namespace sonarith::mp3 {
 
-Result<std::shared_ptr<Mp3PlayerSource>> Mp3PlayerSource::open(const std::filesystem::path& path) {
-    const std::shared_ptr<Mp3PlayerSource> player(new Mp3PlayerSource);
-    Result<std::unique_ptr<FileSource>> file = FileSource::open(path, player->stop_);
-    if (!file.ok()) {
-        return file.error();
-    }
-    player->file_ = std::move(file.value());
-    try {
-        player->thread_ = std::thread([self = player.get()] { self->decodeAll(); });
-    } catch (const std::system_error& error) {
-        return {ErrorNumber::deviceUnavailable, error.what()};
-    }
-    return player;
-}
+/// All that the thread touches, since it may outlive the player. The mutex is held for copying
+/// alone, never while the file is read.
+class Mp3PlayerSource::Decoder {
+  public:
+    explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}
 
-Mp3PlayerSource::~Mp3PlayerSource() {
-    {
+    /// The body of the thread.
+    void run() {
+        decodeAll();
+        end();
+    }
+
+    void end() {
+        const std::lock_guard lock(mutex_);
+        ended_ = true;
+    }
+
+    void stop() {
         const std::lock_guard lock(mutex_);
         stop_ = true;
+        room_.notify_all();
     }
-    room_.notify_all();
-    if (thread_.joinable()) {
-        thread_.join();
-    }
-}
 
-sound::Pulled Mp3PlayerSource::pull(std::span<sound::StereoFrame> block) {
-    const std::lock_guard lock(mutex_);
-    const std::size_t frames = queue_.pop(block);
-    room_.notify_one();
-    if (frames == block.size()) {
-        return {frames, sound::Supply::flowing};
+    /// Starving if it has fewer frames than the block takes, and more may come.
+    sound::Pulled pull(std::span<sound::StereoFrame> block) {
+        const std::lock_guard lock(mutex_);
+        const std::size_t frames = queue_.pop(block);
+        room_.notify_one();
+        if (frames == block.size()) {
+            return {frames, sound::Supply::flowing};
+        }
+        return {frames, ended_ ? sound::Supply::ended : sound::Supply::starving};
     }
-    return {frames, ended_ ? sound::Supply::ended : sound::Supply::starving};
-}
 
-void Mp3PlayerSource::decodeAll() {
-    const Result<std::unique_ptr<PcmReader>> reader = openPcmReader(*file_);
-    if (reader.ok() && reader.value()) {
+  private:
+    void decodeAll() {
+        const Result<std::unique_ptr<FileSource>> file = FileSource::open(path_, stop_);
+        if (!file.ok()) {
+            return;
+        }
+        // Half a minute at the highest rate: it is to begin at once, from slow disks too.
+        constexpr std::int64_t surveyedBytes = 1024 * 1024;
+        const Result<std::unique_ptr<PcmReader>> reader =
+            openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));
+        if (!reader.ok() || !reader.value()) {
+            return;
+        }
         Result<CardRate> rate = CardRate::create(reader.value()->format());
         for (bool more = rate.ok(); more;) {
             const std::span<const std::int16_t> samples = reader.value()->next();
             more = put(rate.value().convert(samples)) && !samples.empty();
         }
     }
-    const std::lock_guard lock(mutex_);
-    ended_ = true;
+
+    /// Waits for room. False: the playing was ended.
+    bool put(std::span<const sound::StereoFrame> frames) {
+        std::unique_lock lock(mutex_);
+        while (!stop_ && !frames.empty()) {
+            frames = frames.subspan(queue_.push(frames));
+            if (!frames.empty()) {
+                room_.wait(lock);
+            }
+        }
+        return !stop_;
+    }
+
+    const std::filesystem::path path_;
+    std::atomic<bool> stop_ = false;
+    std::mutex mutex_; ///< for what follows
+    std::condition_variable room_;
+    /// Half a second ahead: decoding takes a hundredth of that.
+    sound::FrameQueue queue_{sound::frameRate / 2};
+    bool ended_ = false; ///< nothing is added to the queue any more
+};
+
+Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock)
+    : clock_(std::move(clock)), decoder_(std::make_shared<Decoder>(std::move(path))) {
+    try {
+        thread_.emplace([decoder = decoder_] { decoder->run(); });
+    } catch (const std::system_error&) {
+        decoder_->end(); // the system has no more threads: it is silent
+    }
 }
 
-/// Waits for room. False: the playing was ended.
-bool Mp3PlayerSource::put(std::span<const sound::StereoFrame> frames) {
-    std::unique_lock lock(mutex_);
-    while (!stop_ && !frames.empty()) {
-        frames = frames.subspan(queue_.push(frames));
-        if (!frames.empty()) {
-            room_.wait(lock);
-        }
+Mp3PlayerSource::~Mp3PlayerSource() {
+    // A thread that is not in the middle of a reading ends within that time. It is short enough for
+    // the card's thread, on which this may be.
+    constexpr std::chrono::milliseconds moment{10};
+    decoder_->stop();
+    if (thread_) {
+        thread_->leave(moment);
     }
-    return !stop_;
+}
+
+sound::Pulled Mp3PlayerSource::pull(std::span<sound::StereoFrame> block) {
+    const sound::Pulled pulled = decoder_->pull(block);
+    if (pulled.supply != sound::Supply::starving) {
+        starvingSince_.reset();
+        return pulled;
+    }
+    const std::chrono::nanoseconds now = clock_();
+    starvingSince_ = starvingSince_.value_or(now);
+    if (now - *starvingSince_ < patience) {
+        return pulled;
+    }
+    std::fill(block.begin() + static_cast<std::ptrdiff_t>(pulled.frames), block.end(),
+              sound::StereoFrame{});
+    return {block.size(), sound::Supply::flowing};
 }
 
 } // namespace sonarith::mp3

@@ -3,29 +3,34 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <chrono>
+
 #include "platform/linux/mp3/mp3_fixture.h"
+#include "support/held_calls.h"
 #include "support/waiting.h"
 
 namespace sonarith::mp3 {
 namespace {
 
+using namespace std::chrono_literals;
 using fixture::encoded;
 using sound::StereoFrame;
 using sound::Supply;
 
 class Mp3PlayerSourceTest : public testing::Test {
   protected:
+    std::shared_ptr<Mp3PlayerSource> playFile(const std::filesystem::path& path) {
+        return std::make_shared<Mp3PlayerSource>(path, [this] { return now; });
+    }
     std::shared_ptr<Mp3PlayerSource> play(const fixture::Data& data) {
         fixture::writeFile(folder / "a.mp3", data);
-        const auto opened = Mp3PlayerSource::open(folder / "a.mp3");
-        EXPECT_TRUE(opened.ok());
-        return opened.value();
+        return playFile(folder / "a.mp3");
     }
     /// Pulls until the end, as the card does.
     std::vector<StereoFrame> all(Mp3PlayerSource& player) {
         std::vector<StereoFrame> frames;
         EXPECT_TRUE(fakes::eventually([&] {
-            std::array<StereoFrame, 441> block;
             sound::Pulled pulled{};
             do {
                 pulled = player.pull(block);
@@ -37,6 +42,8 @@ class Mp3PlayerSourceTest : public testing::Test {
         return frames;
     }
     fakes::TempFolder folder;
+    std::chrono::nanoseconds now{};
+    std::array<StereoFrame, 441> block{};
 };
 
 TEST_F(Mp3PlayerSourceTest, GivesTheSamplesOfAFileOfTheCardsRate) {
@@ -57,16 +64,63 @@ TEST_F(Mp3PlayerSourceTest, EndsAtOnceWhereThereIsNoFrame) {
     EXPECT_TRUE(all(*play(fixture::junk(5000))).empty());
 }
 
-TEST_F(Mp3PlayerSourceTest, FailsForAFileThatIsNotThere) {
-    EXPECT_FALSE(Mp3PlayerSource::open(folder / "none").ok());
-    EXPECT_FALSE(Mp3PlayerSource::open(folder.path()).ok());
+TEST_F(Mp3PlayerSourceTest, EndsAtOnceForAFileThatCannotBeRead) {
+    EXPECT_TRUE(all(*playFile(folder / "none")).empty());
+    EXPECT_TRUE(all(*playFile(folder.path())).empty());
+}
+
+TEST_F(Mp3PlayerSourceTest, PlaysTheFormatOfMostFrames) {
+    using fixture::operator+;
+    const fixture::Data jingle = fixture::part(encoded(48000, 2, "-t -b 128"), 0, 4 * 384);
+    const auto frames = all(*play(jingle + fixture::ordinary()));
+    EXPECT_EQ(frames.size() * 2, fixture::sequentially(fixture::ordinary()).samples.size());
+}
+
+TEST_F(Mp3PlayerSourceTest, EndsWhereTheFileBecameShorter) {
+    fixture::writeFile(folder / "a.mp3", fixture::ordinary());
+    auto player = playFile(folder / "a.mp3");
+    EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
+    std::filesystem::resize_file(folder / "a.mp3", 20'000); // three seconds may have been read
+    EXPECT_LT(all(*player).size(), 7U * 44100 / 2);
 }
 
 TEST_F(Mp3PlayerSourceTest, EndsWhileItsRingIsFull) {
-    auto player = play(encoded(44100, 2, "-b 128", 8));
-    std::array<StereoFrame, 441> block;
+    auto player = play(encoded(44100, 2, "-b 128"));
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
     player.reset(); // hangs if the thread waits for room that nobody makes
+}
+
+TEST_F(Mp3PlayerSourceTest, HoldsTheCardUpForAMomentAloneWhileTheDiskHangs) {
+    fixture::writeFile(folder / "a.mp3", fixture::ordinary());
+    test::HeldCalls disk({SYS_openat}, test::ofPath("a.mp3"));
+    std::shared_ptr<Mp3PlayerSource> player;
+    ASSERT_TRUE(disk.run([&] { player = playFile(folder / "a.mp3"); }));
+    ASSERT_TRUE(disk.waitForCall());
+    EXPECT_EQ(player->pull(block).supply, Supply::starving);
+    now += Mp3PlayerSource::patience - 1ms;
+    EXPECT_EQ(player->pull(block).supply, Supply::starving);
+    now += 1ms;
+    block.fill({1, 1});
+    const sound::Pulled pulled = player->pull(block);
+    EXPECT_EQ(pulled.supply, Supply::flowing);
+    EXPECT_EQ(pulled.frames, block.size());
+    EXPECT_THAT(block, testing::Each(StereoFrame{}));
+    disk.release();
+    // The silence ends where the sound is there, and none of that is lost.
+    EXPECT_TRUE(fakes::eventually([&] {
+        return player->pull(block).supply == Supply::flowing && block != decltype(block){};
+    }));
+}
+
+TEST_F(Mp3PlayerSourceTest, IsGoneAtOnceWhileTheDiskHangs) {
+    fixture::writeFile(folder / "a.mp3", fixture::ordinary());
+    for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
+        test::HeldCalls disk({call}, test::ofPath("a.mp3"));
+        std::shared_ptr<Mp3PlayerSource> player;
+        ASSERT_TRUE(disk.run([&] { player = playFile(folder / "a.mp3"); }));
+        ASSERT_TRUE(disk.waitForCall());
+        EXPECT_TRUE(disk.run([&] { player.reset(); }));
+    }
 }
 
 } // namespace

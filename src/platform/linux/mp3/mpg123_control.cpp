@@ -2,20 +2,61 @@
 #include "platform/linux/mp3/mpg123_control.h"
 
 #include <algorithm>
+#include <chrono>
+#include <mutex>
 #include <thread>
 #include <utility>
 
-#include "platform/linux/mp3/mp3_player_source.h"
+#include "platform/linux/mp3/decode_notice.h"
 
 namespace sonarith::mp3 {
 
-namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 namespace {
 
 const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is set"};
 
+/// A disk that works has named a stopped WAV by then, and the user does not feel it.
+constexpr std::chrono::milliseconds stopPatience{40};
+/// A disk that works has told by then whether the files of a completed decoding were changed.
+constexpr std::chrono::milliseconds lookPatience{20};
+
+/// Of the logic's path form, or of the machine's.
+std::string nameIn(const std::string& path) {
+    return path.substr(path.find_last_of("\\/") + 1);
+}
+
 } // namespace
+
+/// Reports what became of the decodings of one control. The logic may start a decoding that failed
+/// once more by itself; that fails in the same way, and is said once.
+class Mpg123Control::Reporter {
+  public:
+    explicit Reporter(Notices& notices) : notices_(notices) {}
+
+    void report(const DecodeNames& names, const DecodeResult& result) {
+        std::string text = decodeNotice(names, result);
+        {
+            const std::lock_guard lock(mutex_);
+            if (text.empty() || text == last_) {
+                return;
+            }
+            last_ = text;
+        }
+        notices_.report({std::move(text)});
+    }
+    /// The next decoding is the user's.
+    void forget() {
+        const std::lock_guard lock(mutex_);
+        last_.clear();
+    }
+
+  private:
+    Notices& notices_;
+    std::mutex mutex_;
+    std::string last_;
+};
 
 Division divisionForThisMachine() {
     constexpr unsigned most = 32; // each takes half a megabyte, and no disk feeds more
@@ -25,8 +66,14 @@ Division divisionForThisMachine() {
 }
 
 Mpg123Control::Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath,
+                             Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
                              const Division& division)
-    : card_(card), clock_(std::move(clock)), mapPath_(std::move(mapPath)), division_(division) {}
+    : card_(card),
+      clock_(std::move(clock)),
+      mapPath_(std::move(mapPath)),
+      division_(division),
+      saves_(std::move(saves)),
+      reporter_(std::make_shared<Reporter>(notices)) {}
 
 Mpg123Control::~Mpg123Control() {
     Stop().passOver();
@@ -54,12 +101,7 @@ Status Mpg123Control::Play() {
     if (sourceFile_.empty()) {
         return noSourceFile;
     }
-    const Result<std::shared_ptr<Mp3PlayerSource>> opened =
-        Mp3PlayerSource::open(mapPath_(sourceFile_));
-    if (!opened.ok()) {
-        return opened.error();
-    }
-    playing_ = opened.value();
+    playing_ = std::make_shared<Mp3PlayerSource>(mapPath_(sourceFile_), clock_);
     card_.attach(sound::Line::waveOut, playing_, clock_());
     return {};
 }
@@ -67,8 +109,9 @@ Status Mpg123Control::Play() {
 Status Mpg123Control::Stop() {
     endPlaying();
     if (job_) {
-        job_->stop();
+        job_->stop(stopPatience);
     }
+    reporter_->forget();
     return {};
 }
 
@@ -76,27 +119,41 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
     if (sourceFile_.empty()) {
         return noSourceFile;
     }
-    const fs::path source = mapPath_(sourceFile_);
-    const fs::path target = mapPath_(path);
-    if (job_ && job_->isFor(source, target) && (job_->busy() || job_->stillHolds())) {
-        return {};
+    const DecodeOrder order{mapPath_(sourceFile_), mapPath_(path), division_};
+    std::optional<CompletedDecoding> former;
+    if (job_ && job_->isFor(order)) {
+        if (job_->busy()) {
+            return {};
+        }
+        former = job_->completed();
+    } else {
+        reporter_->forget();
     }
+    const DecodeNames names{nameIn(sourceFile_), nameIn(path), order.target.parent_path()};
+    const bool mayBeSpared = former.has_value();
     job_.reset(); // stops it before the next one begins
-    job_ = std::make_unique<DecodeJob>(source, target, division_);
+    job_ = std::make_unique<DecodeJob>(
+        order,
+        [reporter = reporter_, names](const DecodeResult& result) {
+            reporter->report(names, result);
+        },
+        saves_, std::move(former));
+    if (mayBeSpared) {
+        job_->awaitEnd(lookPatience);
+    }
     return {};
 }
 
 DecodeResult Mpg123Control::lastResult() const {
-    return job_ && !job_->busy() ? job_->result() : DecodeResult{};
+    return job_ && job_->over() ? job_->result() : DecodeResult{};
 }
 
 void Mpg123Control::endPlaying() {
-    // The card lets go of a source that has come to its end, or that somebody else's has replaced:
-    // then the line is not ours to detach.
-    if (playing_.use_count() > 1) {
-        card_.detach(sound::Line::waveOut);
+    if (playing_) {
+        // The card may have released it at its end, or another control may have the line by now.
+        card_.detachSource(sound::Line::waveOut, *playing_);
+        playing_.reset();
     }
-    playing_.reset();
 }
 
 } // namespace sonarith::mp3

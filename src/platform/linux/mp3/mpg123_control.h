@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The real MP3 control: decodes on all cores and sounds files on the sound card's wave line. Here
-// are the rules of the control alone; how it is done stands in decode_job.h and
-// mp3_player_source.h.
+// are the rules of the control alone; how it is done is in decode_job.h and mp3_player_source.h.
 #pragma once
 
 #include <filesystem>
@@ -11,22 +10,46 @@
 
 #include "platform/active_mp3.h"
 #include "platform/linux/mp3/decode_job.h"
+#include "platform/linux/mp3/mp3_player_source.h"
+#include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
+#include "platform/notices.h"
 
 namespace sonarith::mp3 {
 
 /// As many threads as the machine has cores, within reason.
 [[nodiscard]] Division divisionForThisMachine();
 
-/// All members belong to one thread, the logic's.
+/// One for each window that needs one, any number at a time, on one card: the wave line belongs to
+/// the one that played last, and the others' Stop does not touch it. Their decodings go on side by
+/// side; two of one target go on one after the other.
+///
+/// All members belong to one thread, the logic's. None of them waits for a disk, but for two short
+/// and bounded moments in which a disk that works is done; `mapPath` is called on that thread, too.
+///
+/// A decoding's states, as Busy tells them (decode_job.h has the whole of it):
+///
+///     DecodeToWav        Busy is true, also while an earlier decoding of that target is being
+///     named its end            Busy is false; the WAV has its name, also after a failure: with
+///     what was
+///                        decoded up to there
+///     Stop, or DecodeToWav for other files
+///                        Busy is false at once; what was decoded gets its name when the disk lets
+///                        it, also after the control is gone
+///     DecodeToWav again  for what is Busy, or was completed and has not changed since: nothing;
+///     for
+///                        what was stopped or failed: all anew
 class Mpg123Control : public ActiveMP3 {
   public:
     using Clock = std::function<sound::SoundCard::Time()>;
     /// From the logic's path form to a path of this machine.
     using PathMapper = std::function<std::filesystem::path(const std::string&)>;
 
-    /// `card` must outlive the control; `clock` is the card's.
-    Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath,
+    /// `card` must outlive the control; `clock` is the card's, and may be called on its thread.
+    /// `notices` must live until the process ends: a decoding that was left behind may report yet.
+    /// Each decoding is among `saves` until it has ended.
+    Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath, Notices& notices,
+                  std::shared_ptr<sound::PendingSaves> saves,
                   const Division& division = divisionForThisMachine());
     ~Mpg123Control() override; ///< stops
     Mpg123Control(const Mpg123Control&) = delete;
@@ -37,25 +60,30 @@ class Mpg123Control : public ActiveMP3 {
     [[nodiscard]] bool Busy() const override;
     [[nodiscard]] std::int32_t Position() const override;
     [[nodiscard]] std::int32_t Length() const override;
-    /// Begins anew if it is playing. Fails if the file cannot be read.
+    /// Begins at the file's beginning, also if it is playing. A file that cannot be played is
+    /// silent, and so is its failure.
     Status Play() override;
+    /// Of this control's playing and decoding.
     Status Stop() override;
-    /// What goes wrong later than here ends the decoding: Busy turns false.
+    /// What goes wrong later than here ends the decoding, and is reported to the user.
     Status DecodeToWav(const std::string& path) override;
 
-    /// What became of the last decoding; `none` while there was no such, or while it is running.
+    /// What became of the last decoding; `none` while there was no such, or while it goes on.
     [[nodiscard]] DecodeResult lastResult() const;
 
   private:
+    class Reporter;
     void endPlaying();
 
     sound::SoundCard& card_;
     Clock clock_;
     PathMapper mapPath_;
     Division division_;
+    std::shared_ptr<sound::PendingSaves> saves_;
+    std::shared_ptr<Reporter> reporter_; ///< shared with the decodings
     std::string sourceFile_;
-    std::unique_ptr<DecodeJob> job_; ///< the last one, running or not
-    std::shared_ptr<sound::SampleSource> playing_;
+    std::unique_ptr<DecodeJob> job_; ///< the last one, going on or not
+    std::shared_ptr<Mp3PlayerSource> playing_;
 };
 
 } // namespace sonarith::mp3

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/mp3/mp3_fixture.h"
+#include "support/fake_notices.h"
 #include "support/fake_sound.h"
 #include "support/waiting.h"
 
@@ -22,6 +23,11 @@ using sound::SoundCard;
 class Mpg123ControlTest : public testing::Test {
   protected:
     Mpg123ControlTest() { writeFile(source, ordinary()); }
+    ~Mpg123ControlTest() override {
+        control.Stop().passOver();
+        other.Stop().passOver();
+        EXPECT_TRUE(saves->noneWithin(30s));
+    }
     void finish() {
         EXPECT_TRUE(fakes::eventually([&] { return !control.Busy(); }));
     }
@@ -30,13 +36,24 @@ class Mpg123ControlTest : public testing::Test {
         EXPECT_TRUE(control.DecodeToWav(target).ok());
     }
     std::optional<FileIdentity> written() const { return FileIdentity::of(target); }
+    /// Lets the card play until the line has sounded so many frames, the silent ones included.
+    void playOn(const fakes::MemorySink& tape, std::size_t frames) {
+        EXPECT_TRUE(fakes::eventually([&] {
+            now += 10ms;
+            card.advance(now);
+            return tape.size() >= frames;
+        }));
+    }
 
     fakes::TempFolder folder;
+    test::FakeNotices notices;
+    const std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
     const fs::path source = folder / "in.mp3";
     const fs::path target = folder / "out.wav";
     SoundCard card;
     SoundCard::Time now{};
-    Mpg123Control control{card, [this] { return now; }, fixture::asItIs, {2, 16}};
+    Mpg123Control control{card, [this] { return now; }, fixture::asItIs, notices, saves, {2, 16}};
+    Mpg123Control other{card, [this] { return now; }, fixture::asItIs, notices, saves, {2, 16}};
 };
 
 TEST_F(Mpg123ControlTest, RestsUntilItIsToldToDecode) {
@@ -58,7 +75,8 @@ TEST_F(Mpg123ControlTest, DecodesInTheBackground) {
 TEST_F(Mpg123ControlTest, MapsThePathsOfTheLogic) {
     Mpg123Control mapped(
         card, [] { return 0ns; },
-        [&](const std::string& path) { return path == "c:\\in.mp3" ? source : target; }, {2, 16});
+        [&](const std::string& path) { return path == "c:\\in.mp3" ? source : target; }, notices,
+        saves, {2, 16});
     EXPECT_TRUE(mapped.setSourceFile("c:\\in.mp3").ok());
     EXPECT_TRUE(mapped.DecodeToWav("c:\\out.wav").ok());
     EXPECT_TRUE(fakes::eventually([&] { return !mapped.Busy(); }));
@@ -66,7 +84,7 @@ TEST_F(Mpg123ControlTest, MapsThePathsOfTheLogic) {
 }
 
 TEST_F(Mpg123ControlTest, PositionGoesForwardWithinLengthWhichIsAboveZeroAndStays) {
-    writeFile(source, encoded(44100, 2, "-b 320", 8));
+    writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
     std::int32_t last = 0;
     while (control.Busy()) {
@@ -85,7 +103,7 @@ TEST_F(Mpg123ControlTest, DoesNothingForTheSameJobThatRunsOrWasJustCompleted) {
     const auto before = written();
     ASSERT_TRUE(before);
     decode();
-    EXPECT_FALSE(control.Busy());
+    finish(); // at once, unless the machine is busy with other things
     EXPECT_EQ(written(), before);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
@@ -109,6 +127,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainWhatWasStoppedAndWhatFailed) {
     EXPECT_FALSE(control.Busy());
     decode();
     finish();
+    EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);
     fs::remove(source);
     fs::remove(target);
@@ -122,13 +141,14 @@ TEST_F(Mpg123ControlTest, DecodesAgainWhatWasStoppedAndWhatFailed) {
 }
 
 TEST_F(Mpg123ControlTest, StopsTheRunningJobForAnotherTarget) {
-    const fs::path other = folder / "other.wav";
-    writeFile(source, encoded(44100, 2, "-b 320", 8));
+    const fs::path second = folder / "second.wav";
+    writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
-    EXPECT_TRUE(control.DecodeToWav(other).ok());
+    EXPECT_TRUE(control.DecodeToWav(second).ok());
     finish();
-    const fixture::Samples whole = fixture::readWav(other).samples;
-    EXPECT_EQ(whole.size(), 8U * 44100 * 2);
+    EXPECT_TRUE(saves->noneWithin(30s));
+    const fixture::Samples whole = fixture::readWav(second).samples;
+    EXPECT_EQ(whole.size(), 4U * 44100 * 2);
     if (written()) {
         const fixture::Samples part = fixture::readWav(target).samples;
         ASSERT_LE(part.size(), whole.size());
@@ -146,8 +166,6 @@ TEST_F(Mpg123ControlTest, AJobGoesOnWhenOnlyTheSourceFileIsSet) {
 TEST_F(Mpg123ControlTest, FailsWithoutASource) {
     EXPECT_FALSE(control.DecodeToWav(target).ok());
     EXPECT_FALSE(control.Play().ok());
-    EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
-    EXPECT_FALSE(control.Play().ok());
 }
 
 TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
@@ -156,35 +174,169 @@ TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.startRecording(tape, now);
+    // Hardly any time passes until the file is ready, so nothing is silent for that.
     EXPECT_TRUE(fakes::eventually([&] {
-        now += 10ms;
+        now += tape->size() > 0 ? 10'000us : 50us;
         card.advance(now);
-        return tape->size() >= 44100;
+        return tape->size() >= 22050;
     }));
     EXPECT_TRUE(control.Stop().ok());
     card.stopRecording(now);
     EXPECT_FALSE(card.active());
     const fixture::Samples samples = fixture::sequentially(ordinary()).samples;
     const auto frames = tape->frames();
-    for (std::size_t i = 0; i < 44100; ++i) {
+    for (std::size_t i = 0; i < 22050; ++i) {
         ASSERT_EQ(frames[i], (sound::StereoFrame{samples[2 * i], samples[2 * i + 1]})) << i;
     }
     EXPECT_FALSE(control.Busy());
 }
 
-TEST_F(Mpg123ControlTest, LeavesTheLineToWhoeverTookItOver) {
+TEST_F(Mpg123ControlTest, IsQuietAboutWhatCannotBePlayed) {
+    writeFile(folder / "junk", fixture::junk(5000));
+    for (const fs::path& path : {folder / "none.mp3", folder.path(), folder / "junk"}) {
+        EXPECT_TRUE(control.setSourceFile(path).ok());
+        EXPECT_TRUE(control.Play().ok());
+        EXPECT_TRUE(fakes::eventually([&] { // the card releases it at its end
+            card.advance(now += 1ms);
+            return !card.active();
+        }));
+        EXPECT_TRUE(control.Stop().ok());
+    }
+    EXPECT_THAT(notices.texts(), testing::IsEmpty());
+}
+
+TEST_F(Mpg123ControlTest, PlayingBeginsAnewAndStopsWithoutPlayingInAnyOrder) {
+    EXPECT_TRUE(control.Stop().ok());
+    EXPECT_TRUE(control.setSourceFile(source).ok());
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(control.Play().ok());
+        EXPECT_TRUE(control.Play().ok());
+        EXPECT_TRUE(card.active());
+        EXPECT_TRUE(control.Stop().ok());
+        EXPECT_TRUE(control.Stop().ok());
+        EXPECT_FALSE(card.active());
+    }
+}
+
+TEST_F(Mpg123ControlTest, LeavesTheLineToAnotherThatTookItOver) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.attach(Line::waveOut, std::make_shared<fakes::PatternSource>(), now);
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_TRUE(card.active());
+    card.detach(Line::waveOut);
+}
+
+// --- several controls on one card --------------------------------------------------------------
+
+TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
+    EXPECT_TRUE(control.setSourceFile(source).ok());
+    EXPECT_TRUE(other.setSourceFile(source).ok());
+    EXPECT_TRUE(control.Play().ok());
+    EXPECT_TRUE(other.Play().ok());
+    EXPECT_TRUE(control.Stop().ok());
+    EXPECT_TRUE(card.active()) << "the other plays";
+    EXPECT_TRUE(control.Play().ok());
+    EXPECT_TRUE(other.Stop().ok());
+    EXPECT_TRUE(card.active()) << "this one plays again";
+    EXPECT_TRUE(control.Stop().ok());
+    EXPECT_FALSE(card.active());
+}
+
+TEST_F(Mpg123ControlTest, TheEndOfAControlSilencesItsOwnPlayingAlone) {
+    auto third = std::make_unique<Mpg123Control>(
+        card, [this] { return now; }, fixture::asItIs, notices, saves, Division{2, 16});
+    EXPECT_TRUE(third->setSourceFile(source).ok());
+    EXPECT_TRUE(other.setSourceFile(source).ok());
+    EXPECT_TRUE(third->Play().ok());
+    EXPECT_TRUE(other.Play().ok());
+    third.reset();
+    EXPECT_TRUE(card.active());
+    EXPECT_TRUE(other.Stop().ok());
+    EXPECT_FALSE(card.active());
+}
+
+TEST_F(Mpg123ControlTest, OneDecodesWhileAnotherPlays) {
+    const auto tape = std::make_shared<fakes::MemorySink>();
+    card.setRecordingSource(sound::RecordingSource::waveOut);
+    EXPECT_TRUE(other.setSourceFile(source).ok());
+    EXPECT_TRUE(other.Play().ok());
+    card.startRecording(tape, now);
+    decode();
+    playOn(*tape, 10'000);
+    finish();
+    EXPECT_TRUE(control.Stop().ok()) << "as its worker does at the end";
+    const std::size_t before = tape->size();
+    playOn(*tape, before + 10'000);
+    EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
+    EXPECT_FALSE(other.Busy());
+    EXPECT_EQ(other.Position(), 0);
+    const auto frames = tape->frames();
+    EXPECT_FALSE(std::all_of(frames.end() - 5000, frames.end(),
+                             [](const auto& frame) { return frame == sound::StereoFrame{}; }));
+    EXPECT_TRUE(other.Stop().ok());
+    card.stopRecording(now);
+}
+
+TEST_F(Mpg123ControlTest, TwoDecodeToOneTargetOneAfterTheOther) {
+    writeFile(folder / "short.mp3", encoded(22050, 1, "-b 32"));
+    decode();
+    EXPECT_TRUE(other.setSourceFile(folder / "short.mp3").ok());
+    EXPECT_TRUE(other.DecodeToWav(target).ok());
+    EXPECT_TRUE(other.Busy());
+    EXPECT_TRUE(fakes::eventually([&] { return !control.Busy() && !other.Busy(); }));
+    EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
+    EXPECT_EQ(other.lastResult().outcome, DecodeOutcome::completed);
+    const PcmFormat format = fixture::readWav(target).format;
+    EXPECT_TRUE(format == control.lastResult().format || format == other.lastResult().format);
+}
+
+// --- notices -----------------------------------------------------------------------------------
+
+TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
+    EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
+    EXPECT_TRUE(control.DecodeToWav(target).ok());
+    finish();
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the logic's second start of the same file
+    finish();
+    const std::string text = "none.mp3 cannot be read (No such file or directory)";
+    EXPECT_THAT(notices.texts(), testing::ElementsAre(text));
+    EXPECT_TRUE(control.Stop().ok());
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the user's
+    finish();
+    EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
+}
+
+TEST_F(Mpg123ControlTest, ReportsWhatAWholeDecodingLeftOut) {
+    writeFile(source, ordinary());
+    decode();
+    finish();
+    EXPECT_THAT(notices.texts(), testing::IsEmpty());
+    using fixture::operator+;
+    writeFile(source, ordinary() + fixture::layer2(3));
+    decode();
+    finish();
+    EXPECT_THAT(notices.texts(),
+                testing::ElementsAre("in.mp3: 3 frames of another format were left out"));
+}
+
+TEST_F(Mpg123ControlTest, ReportsNamesAsTheLogicHasThem) {
+    writeFile(source, fixture::junk(5000));
+    Mpg123Control mapped(
+        card, [] { return 0ns; },
+        [&](const std::string& path) { return path == "c:\\music\\Song.mp3" ? source : target; },
+        notices, saves, {2, 16});
+    EXPECT_TRUE(mapped.setSourceFile("c:\\music\\Song.mp3").ok());
+    EXPECT_TRUE(mapped.DecodeToWav("c:\\music\\Song.wav").ok());
+    EXPECT_TRUE(fakes::eventually([&] { return !mapped.Busy(); }));
+    EXPECT_THAT(notices.texts(), testing::ElementsAre("Song.mp3: nothing to decode was found"));
 }
 
 TEST_F(Mpg123ControlTest, SurvivesStartsAndStopsInAnyOrder) {
-    writeFile(source, encoded(44100, 2, "-b 320", 8));
+    writeFile(source, encoded(44100, 2, "-b 320"));
     std::mt19937 random(5);
     EXPECT_TRUE(control.setSourceFile(source).ok());
-    for (int round = 0; round < 150; ++round) {
+    for (int round = 0; round < 100; ++round) {
         switch (random() % 6) {
         case 0:
             control.Stop().passOver();
@@ -206,11 +358,13 @@ TEST_F(Mpg123ControlTest, SurvivesStartsAndStopsInAnyOrder) {
         }
     }
     EXPECT_TRUE(control.Stop().ok());
+    EXPECT_TRUE(saves->noneWithin(30s));
     for (const char* name : {"0", "1"}) {
         if (fs::exists(folder / name)) {
             EXPECT_EQ(fixture::readWav(folder / name).format, (PcmFormat{44100, 2}));
         }
     }
+    EXPECT_THAT(notices.texts(), testing::IsEmpty());
 }
 
 } // namespace

@@ -8,9 +8,9 @@ namespace sonarith::mp3 {
 /// A control that is known for as long as it lives.
 class Mpg123Controls::Registered final : public Mpg123Control {
   public:
-    Registered(sound::SoundCard& card, Clock clock, PathMapper mapPath,
-               std::shared_ptr<std::set<ActiveMP3*>> alive)
-        : Mpg123Control(card, std::move(clock), std::move(mapPath)), alive_(std::move(alive)) {
+    Registered(const Mpg123Controls& maker, std::shared_ptr<std::set<ActiveMP3*>> alive)
+        : Mpg123Control(maker.card_, maker.clock_, maker.mapPath_, maker.notices_, maker.saves_),
+          alive_(std::move(alive)) {
         alive_->insert(this);
     }
     ~Registered() override { alive_->erase(this); }
@@ -20,11 +20,16 @@ class Mpg123Controls::Registered final : public Mpg123Control {
 };
 
 Mpg123Controls::Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
-                               Mpg123Control::PathMapper mapPath)
-    : card_(card), clock_(std::move(clock)), mapPath_(std::move(mapPath)) {}
+                               Mpg123Control::PathMapper mapPath, Notices& notices,
+                               std::shared_ptr<sound::PendingSaves> saves)
+    : card_(card),
+      clock_(std::move(clock)),
+      mapPath_(std::move(mapPath)),
+      notices_(notices),
+      saves_(std::move(saves)) {}
 
 std::unique_ptr<ActiveMP3> Mpg123Controls::create() {
-    return std::make_unique<Registered>(card_, clock_, mapPath_, alive_);
+    return std::make_unique<Registered>(*this, alive_);
 }
 
 void Mpg123Controls::stopAll() {

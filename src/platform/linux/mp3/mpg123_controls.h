@@ -8,17 +8,20 @@
 #include "platform/active_mp3.h"
 #include "platform/linux/mp3/mpg123_control.h"
 #include "platform/linux/sound/sound_card.h"
+#include "platform/notices.h"
 
 namespace sonarith::mp3 {
 
 class Mpg123Controls final : public Mp3Controls {
   public:
-    /// `card` outlives this; `clock` is the card's.
+    /// As of each control: see there.
     Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
-                   Mpg123Control::PathMapper mapPath);
+                   Mpg123Control::PathMapper mapPath, Notices& notices,
+                   std::shared_ptr<sound::PendingSaves> saves);
 
     [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
-    /// At the end of the program: stops every control that exists.
+    /// At the end of the program: stops every control that exists. What they decoded is among the
+    /// pending saves until the disk has taken it.
     void stopAll();
 
   private:
@@ -27,6 +30,8 @@ class Mpg123Controls final : public Mp3Controls {
     sound::SoundCard& card_;
     Mpg123Control::Clock clock_;
     Mpg123Control::PathMapper mapPath_;
+    Notices& notices_;
+    std::shared_ptr<sound::PendingSaves> saves_;
     /// Shared with the controls, which may outlive this.
     std::shared_ptr<std::set<ActiveMP3*>> alive_ = std::make_shared<std::set<ActiveMP3*>>();
 };

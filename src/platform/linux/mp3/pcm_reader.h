@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A stream read from front to back as sound: what every road that decodes an MP3 gives, and what
-// the player and the sequential road take. Interface, and the choice of the road.
+// A stream read from front to back as sound: the interface of every decoder that goes through an
+// MP3 in one pass, and the choice of the one for a stream.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,7 @@
 
 #include "platform/linux/mp3/byte_source.h"
 #include "platform/linux/mp3/frame_scanner.h"
+#include "platform/linux/mp3/stream_survey.h"
 
 namespace sonarith::mp3 {
 
@@ -34,14 +35,15 @@ class PcmReader {
     /// The next samples, interleaved; none at the end and after a failure. They stay until the next
     /// call.
     [[nodiscard]] virtual std::span<const std::int16_t> next() = 0;
-    /// Why the reading ended before the end of the source, if it did.
+    /// Once `next` has given none: why the reading ended before the end of the source, if it did.
     [[nodiscard]] virtual std::optional<Error> failure() const = 0;
     [[nodiscard]] virtual DecodeCount count() const = 0;
     /// All before this place in the source has been looked at.
     [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
 };
 
-/// A reader of `source`, which must outlive it; null if there is no frame in it.
-[[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source);
+/// A reader of `source`, which must outlive it and was surveyed; null if there is no frame in it.
+[[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
+                                                               const StreamSurvey& survey);
 
 } // namespace sonarith::mp3

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/segment_decoder.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/mp3/broken_frame_check.h"
+#include "platform/linux/mp3/renewed_decoder.h"
 #include "platform/linux/mp3/sequential_decoder.h"
 
 namespace sonarith::mp3 {
@@ -13,7 +15,7 @@ namespace sonarith::mp3 {
 namespace {
 
 /// Frames that are handed over together: enough that the system calls do not count, few enough
-/// that a stop loses nothing worth having, on however many cores.
+/// that a stop loses no sound worth keeping, on however many cores.
 constexpr std::int64_t framesPerBatch = 32;
 
 Error changedSource() {
@@ -33,7 +35,7 @@ class SegmentRun {
           batchFrame_(segment.firstFrame),
           frames_(source, format, segment.preroll.frame, segment.preroll.offset) {}
 
-    Result<SegmentEnd> run(FrameDecoder<std::int16_t> decoder) {
+    SegmentOutcome run(RenewedDecoder decoder) {
         const std::int64_t first = batchFrame_;
         while (frames_.number() < end_) {
             const std::optional<NumberedFrame> frame = frames_.next();
@@ -45,7 +47,7 @@ class SegmentRun {
             const bool mine = frame->number >= first; // others are checked by others
             if (mine && until_ == Until::segmentEnd && !decoder.silencedLast() &&
                 check_.isBroken(*frame, bytes, samples)) {
-                return SegmentEnd::broken;
+                return {SegmentEnd::broken};
             }
             check_.pass(*frame, bytes);
             if (!mine) {
@@ -55,34 +57,40 @@ class SegmentRun {
             batch_.insert(batch_.end(), kept.begin(), kept.end());
             const std::int64_t done = frame->number + 1;
             if (done - batchFrame_ == framesPerBatch || done == end_) {
-                const Result<bool> goOn = handOver(done);
-                if (!goOn.ok()) {
-                    return goOn.error();
-                }
-                if (!goOn.value() && done < end_) {
-                    return SegmentEnd::stopped;
+                const SegmentOutcome handed = handOver(done);
+                if (handed.end == SegmentEnd::failed ||
+                    (handed.end == SegmentEnd::stopped && done < end_)) {
+                    return handed;
                 }
             }
         }
-        return SegmentEnd::complete;
+        return {};
     }
 
   private:
-    Result<SegmentEnd> endOfStream() {
-        if (frames_.scanner().failure() || until_ == Until::segmentEnd) {
-            return frames_.scanner().failure().value_or(changedSource());
+    SegmentOutcome endOfStream() {
+        SegmentOutcome handed = handOver(std::max(frames_.number(), batchFrame_));
+        if (handed.end == SegmentEnd::failed) {
+            return handed;
         }
-        const Result<bool> handed = handOver(frames_.number());
-        return handed.ok() ? Result(SegmentEnd::complete) : handed.error();
+        if (frames_.scanner().failure() || until_ == Until::segmentEnd) {
+            return {SegmentEnd::failed,
+                    DecodeFailure{DecodeStep::reading,
+                                  frames_.scanner().failure().value_or(changedSource())}};
+        }
+        return {};
     }
 
     /// What was decoded of the frames before `done`, and was not handed over yet.
-    Result<bool> handOver(std::int64_t done) {
-        Result<bool> goOn =
+    SegmentOutcome handOver(std::int64_t done) {
+        const Result<bool> goOn =
             take_(done, trim_.keptBefore(batchFrame_ * format_.samplesPerFrame()), batch_);
         batch_.clear();
         batchFrame_ = done;
-        return goOn;
+        if (!goOn.ok()) {
+            return {SegmentEnd::failed, DecodeFailure{DecodeStep::writing, goOn.error()}};
+        }
+        return {goOn.value() ? SegmentEnd::complete : SegmentEnd::stopped};
     }
 
     StreamFormat format_;
@@ -98,12 +106,14 @@ class SegmentRun {
 
 } // namespace
 
-Result<SegmentEnd> decodeSegment(const ByteSource& source, const StreamFormat& format,
-                                 const GaplessTrim& trim, const Segment& segment,
-                                 const TakeSamples& take, Until until) {
-    Result<FrameDecoder<std::int16_t>> decoder = FrameDecoder<std::int16_t>::create();
+SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
+                             const GaplessTrim& trim, const Segment& segment,
+                             const TakeSamples& take, Until until) {
+    // A segment is too short for replacing its decoder.
+    Result<RenewedDecoder> decoder = RenewedDecoder::create(
+        until == Until::streamEnd ? RenewedDecoder::usualPeriod : RenewedDecoder::never);
     if (!decoder.ok()) {
-        return decoder.error();
+        return {SegmentEnd::failed, DecodeFailure{DecodeStep::decoding, decoder.error()}};
     }
     return SegmentRun(source, format, trim, segment, take, until).run(std::move(decoder.value()));
 }

@@ -95,40 +95,66 @@ TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForSpoiltBitsOrRefuses) {
 
 TEST(SegmentDecoderTest, EndsWhenItsTakerHasEnough) {
     const MemorySource source(ordinary());
-    const FrameSequence frames(source);
+    const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
     std::int64_t last = 0;
     const auto end =
-        decodeSegment(source, *frames.format(), frames.trim(), *index.next(),
+        decodeSegment(source, frames.format(), frames.trim(), *index.next(),
                       [&](std::int64_t frame, std::int64_t, std::span<const std::int16_t>) {
                           last = frame;
                           return Result<bool>(false);
                       });
-    EXPECT_EQ(end.value(), SegmentEnd::stopped);
+    EXPECT_EQ(end.end, SegmentEnd::stopped);
     EXPECT_LT(last, 100);
 }
 
 TEST(SegmentDecoderTest, PassesItsTakersFailureOn) {
     const MemorySource source(ordinary());
-    const FrameSequence frames(source);
+    const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
-    const auto end = decodeSegment(source, *frames.format(), frames.trim(), *index.next(),
+    const auto end = decodeSegment(source, frames.format(), frames.trim(), *index.next(),
                                    [](std::int64_t, std::int64_t, std::span<const std::int16_t>) {
                                        return Result<bool>(ErrorNumber::diskFull, "full");
                                    });
-    ASSERT_FALSE(end.ok());
-    EXPECT_EQ(end.error().number, ErrorNumber::diskFull);
+    ASSERT_EQ(end.end, SegmentEnd::failed);
+    EXPECT_EQ(end.failure->step, DecodeStep::writing);
+    EXPECT_EQ(end.failure->error.number, ErrorNumber::diskFull);
 }
 
 TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanItHad) {
     const MemorySource source(ordinary());
-    const FrameSequence frames(source);
+    const FrameSequence frames(source, StreamFormat{});
     const Segment segment{0, 200, {0, 417}, 0};
-    EXPECT_FALSE(decodeSegment(source, *frames.format(), frames.trim(), segment,
-                               [](std::int64_t, std::int64_t, std::span<const std::int16_t>) {
-                                   return Result<bool>(true);
-                               })
-                     .ok());
+    const SegmentOutcome outcome =
+        decodeSegment(source, frames.format(), frames.trim(), segment,
+                      [](std::int64_t, std::int64_t, std::span<const std::int16_t>) {
+                          return Result<bool>(true);
+                      });
+    ASSERT_EQ(outcome.end, SegmentEnd::failed);
+    EXPECT_EQ(outcome.failure->step, DecodeStep::reading);
+}
+
+TEST(SegmentDecoderTest, GivesAllBeforeAPlaceThatCannotBeRead) {
+    const auto found = fixture::framesOf(ordinary());
+    const auto bad = static_cast<std::size_t>(found[77].offset) + 5;
+    const fixture::BadPlaceSource source(ordinary(), bad, SIZE_MAX);
+    const FrameSequence frames(source, StreamFormat{});
+    for (const Until until : {Until::segmentEnd, Until::streamEnd}) {
+        std::int64_t last = 0;
+        fixture::Samples samples;
+        const SegmentOutcome outcome = decodeSegment(
+            source, frames.format(), frames.trim(), Segment{0, 155, {0, 417}, 0},
+            [&](std::int64_t frame, std::int64_t, std::span<const std::int16_t> more) {
+                last = frame;
+                samples.insert(samples.end(), more.begin(), more.end());
+                return Result<bool>(true);
+            },
+            until);
+        ASSERT_EQ(outcome.end, SegmentEnd::failed);
+        EXPECT_EQ(outcome.failure->error.text, "bad place");
+        EXPECT_EQ(last, 77);
+        EXPECT_EQ(difference(samples, fixture::sequentially(source).samples), std::nullopt);
+    }
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 namespace sonarith::mp3 {
 
 Result<std::unique_ptr<PcmReader>> SequentialDecoder::create(FrameSequence frames) {
-    Result<FrameDecoder<std::int16_t>> decoder = FrameDecoder<std::int16_t>::create();
+    Result<RenewedDecoder> decoder = RenewedDecoder::create(RenewedDecoder::usualPeriod);
     if (!decoder.ok()) {
         return decoder.error();
     }
@@ -18,16 +18,16 @@ Result<std::unique_ptr<PcmReader>> SequentialDecoder::create(FrameSequence frame
 }
 
 PcmFormat SequentialDecoder::format() const {
-    return {frames_.format()->rate, frames_.format()->channels};
+    return {frames_.format().rate, frames_.format().channels};
 }
 
 std::span<const std::int16_t> SequentialDecoder::next() {
     while (const std::optional<NumberedFrame> frame = frames_.next()) {
         const Bytes bytes = frames_.bytesOf(*frame);
-        if (frames_.scanner().failure()) {
-            break;
+        if (bytes.size() < static_cast<std::size_t>(frame->header.bytes)) {
+            break; // it could be read a moment ago
         }
-        const auto kept = keptPart(frames_.trim(), *frames_.format(), frame->number,
+        const auto kept = keptPart(frames_.trim(), frames_.format(), frame->number,
                                    decoder_.decode(*frame, bytes));
         if (!kept.empty()) {
             return kept;
@@ -60,18 +60,21 @@ std::span<const std::int16_t> keptPart(const GaplessTrim& trim, const StreamForm
                            static_cast<std::size_t>(kept) * channels);
 }
 
-Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source) {
-    FrameSequence frames(source);
-    if (frames.scanner().failure()) {
-        return *frames.scanner().failure();
+Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
+                                                 const StreamSurvey& survey) {
+    if (survey.freeFormatOffset) {
+        Result<std::unique_ptr<FreeFormatDecoder>> made =
+            FreeFormatDecoder::create(source, *survey.freeFormatOffset);
+        if (!made.ok()) {
+            return made.error();
+        }
+        return std::unique_ptr<PcmReader>(std::move(made.value()));
     }
-    if (const auto offset = frames.scanner().freeFormatOffset()) {
-        return FreeFormatDecoder::create(source, *offset);
+    if (survey.format) {
+        return SequentialDecoder::create(FrameSequence(source, *survey.format));
     }
-    if (!frames.format()) {
-        return std::unique_ptr<PcmReader>();
-    }
-    return SequentialDecoder::create(std::move(frames));
+    return survey.failure ? Result<std::unique_ptr<PcmReader>>(*survey.failure)
+                          : std::unique_ptr<PcmReader>();
 }
 
 } // namespace sonarith::mp3

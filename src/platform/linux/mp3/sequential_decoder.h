@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sequential road: one decoder goes over all frames from front to back. Its samples are the
-// truth that the segments are held against. Not for streams in free format.
+// One decoder goes over all frames from front to back. Its samples are the truth that the segments
+// are compared with. Not for streams in free format.
 #pragma once
 
 #include <memory>
+#include <utility>
 
-#include "platform/linux/mp3/frame_decoder.h"
 #include "platform/linux/mp3/frame_sequence.h"
 #include "platform/linux/mp3/pcm_reader.h"
+#include "platform/linux/mp3/renewed_decoder.h"
 
 namespace sonarith::mp3 {
 
 class SequentialDecoder : public PcmReader {
   public:
-    /// Reads on from the beginning of `frames`. Precondition: it has a format.
+    /// Reads `frames`, which are at their beginning.
     [[nodiscard]] static Result<std::unique_ptr<PcmReader>> create(FrameSequence frames);
 
     [[nodiscard]] PcmFormat format() const override;
@@ -23,11 +24,11 @@ class SequentialDecoder : public PcmReader {
     [[nodiscard]] std::int64_t sourcePosition() const override;
 
   private:
-    SequentialDecoder(FrameSequence frames, FrameDecoder<std::int16_t> decoder)
+    SequentialDecoder(FrameSequence frames, RenewedDecoder decoder)
         : frames_(std::move(frames)), decoder_(std::move(decoder)) {}
 
     FrameSequence frames_;
-    FrameDecoder<std::int16_t> decoder_;
+    RenewedDecoder decoder_;
 };
 
 /// The part of frame `number`'s samples that is kept.

@@ -29,19 +29,20 @@ void expectLikeTheTool(const Data& data, const std::string& name) {
 }
 
 TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSamplesOfTheLibrarysOwnTool) {
+    constexpr double seconds = 1;
     for (const char* options :
          {"-b 128", "-t -b 128", "-V 2", "-t -V 4", "--abr 140", "-b 320", "-p -b 160",
           "--nores -b 128", "-b 32 --resample 44.1", "-m m -b 96"}) {
-        expectLikeTheTool(encoded(44100, 2, options), options);
+        expectLikeTheTool(encoded(44100, 2, options, seconds), options);
     }
     for (const int rate : {48000, 32000, 24000, 22050, 16000, 12000, 11025, 8000}) {
         const std::string options = "--resample " + std::to_string(rate / 1000.0);
-        expectLikeTheTool(encoded(rate, 1, "-b 32 " + options), std::to_string(rate));
-        expectLikeTheTool(encoded(rate, 2, "-b 64 " + options), std::to_string(rate));
+        expectLikeTheTool(encoded(rate, 1, "-b 32 " + options, seconds), std::to_string(rate));
+        expectLikeTheTool(encoded(rate, 2, "-b 64 " + options, seconds), std::to_string(rate));
     }
     for (const int rate : {24000, 16000, 8000}) {
         const std::string options = "-b 8 --resample " + std::to_string(rate / 1000.0);
-        expectLikeTheTool(encoded(rate, 2, options), options);
+        expectLikeTheTool(encoded(rate, 2, options, seconds), options);
     }
 }
 
@@ -83,13 +84,19 @@ TEST(SequentialDecoderTest, SavesEveryFrameBesideTheDamage) {
     }
 }
 
-TEST(SequentialDecoderTest, KeepsTheFirstFormatAndCountsTheFramesOfOthers) {
-    const Heard heard = sequentially(ordinary() + encoded(48000, 2, "-b 128") +
-                                     encoded(44100, 1, "-b 64") + ordinary());
+TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
+    const Data& mono = encoded(44100, 1, "-b 64");
+    const Data jingle = part(mono, 0, static_cast<std::size_t>(fixture::framesOf(mono)[3].offset));
+    const Heard heard =
+        sequentially(jingle + ordinary() + encoded(48000, 2, "-b 128") + mono + ordinary());
     EXPECT_EQ(heard.format, (PcmFormat{44100, 2}));
     EXPECT_EQ(heard.count.framesDecoded, 155 + 156);
-    EXPECT_EQ(heard.count.loss.framesDropped, 168 + 155 + 2);
+    EXPECT_EQ(heard.count.loss.framesDropped, 4 + 168 + 155 + 2);
     EXPECT_EQ(heard.count.loss.bytesSkipped, 0);
+    // As if the others had never been there.
+    EXPECT_EQ(
+        difference(sequentially(jingle + ordinary()).samples, sequentially(ordinary()).samples),
+        std::nullopt);
 }
 
 TEST(SequentialDecoderTest, GivesNoReaderForWhatHasNoFrame) {
@@ -99,17 +106,14 @@ TEST(SequentialDecoderTest, GivesNoReaderForWhatHasNoFrame) {
     }
 }
 
-TEST(SequentialDecoderTest, EndsWithAFailureWhereReadingFails) {
-    const fakes::TempFolder folder;
-    fixture::writeFile(folder / "a", encoded(44100, 2, "-b 320"));
-    const std::atomic<bool> stop = false;
-    const auto source = FileSource::open(folder / "a", stop);
-    const auto reader = openPcmReader(*source.value());
-    ASSERT_TRUE(reader.ok());
-    std::filesystem::resize_file(folder / "a", 60'000);
-    while (!reader.value()->next().empty()) {
-    }
-    EXPECT_TRUE(reader.value()->failure());
+TEST(SequentialDecoderTest, EndsWithAFailureWhereReadingFailsAndGivesAllBefore) {
+    const auto bad = static_cast<std::size_t>(fixture::framesOf(ordinary())[100].offset);
+    const Heard heard = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
+    ASSERT_TRUE(heard.failure);
+    EXPECT_EQ(heard.count.framesDecoded, 100);
+    const Heard whole = sequentially(ordinary());
+    ASSERT_GT(heard.samples.size(), 98U * 1152 * 2);
+    EXPECT_TRUE(std::equal(heard.samples.begin(), heard.samples.end(), whole.samples.begin()));
 }
 
 TEST(SequentialDecoderTest, TakesFromEachFrameThePartThatIsKept) {

@@ -10,10 +10,13 @@
 
 namespace sonarith::mp3 {
 
+/// RIFF, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
+inline constexpr std::int64_t rf64HeaderBytes = 80;
+
 /// Plain form (RIFF, "fmt " of 16 bytes, "data"): sound::wavHeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
                                                        std::int64_t sampleBytes);
-/// For more than 4 GiB: EBU Tech 3306.
+/// For more than 4 GiB: EBU Tech 3306. It has rf64HeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
                                                    std::int64_t sampleBytes);
 

@@ -28,7 +28,7 @@ Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
         return {ErrorNumber::badFileName, "there is no name to write to"};
     }
     std::error_code noSuchFile;
-    if (fs::is_directory(target, noSuchFile)) { // better told now than after the work
+    if (fs::is_directory(target, noSuchFile)) { // better known now than after the work
         return files::systemError(EISDIR, target);
     }
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
@@ -50,8 +50,8 @@ Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> sample
                           samples.size_bytes());
     Status status = write(offset, bytes);
     if (status.ok()) {
-        // Lets the disk begin at once, so that little is left to wait for at the end. It is no
-        // more than a hint: file systems without it lose nothing.
+        // The disk begins at once, so that little is left to wait for at the end. It is no more
+        // than a hint: file systems without it lose nothing.
         static_cast<void>(::sync_file_range(file_.descriptor().get(), offset,
                                             static_cast<off_t>(bytes.size()),
                                             SYNC_FILE_RANGE_WRITE));
@@ -75,25 +75,48 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
     return {};
 }
 
-Status WavTarget::finish(std::int64_t samples) {
-    const std::int64_t bytes = samples * bytesPerFrame();
-    const bool large = bytes > longestWavBytes_;
-    const std::vector<std::uint8_t> header =
-        large ? rf64Header(format_, bytes) : plainWavHeader(format_, bytes);
-    const auto samplesBegin = static_cast<std::int64_t>(header.size());
+Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
+    const bool large = samples * bytesPerFrame() > longestWavBytes_;
+    // First what was placed after the end: on a full disk it is the only room there is.
+    if (const Status status = cutTo(samples); !status.ok()) {
+        return status.error();
+    }
     if (large) {
-        if (Status moved = moveUp(bytes, samplesBegin - sound::wavHeaderBytes); !moved.ok()) {
-            return moved;
+        const std::int64_t distance = rf64HeaderBytes - sound::wavHeaderBytes;
+        samples = roomFor(samples, distance);
+        if (const Status status = moveUp(samples * bytesPerFrame(), distance); !status.ok()) {
+            return status.error();
         }
     }
-    if (Status written = write(0, header); !written.ok()) {
-        return written;
+    const std::int64_t bytes = samples * bytesPerFrame();
+    const std::vector<std::uint8_t> header =
+        large ? rf64Header(format_, bytes) : plainWavHeader(format_, bytes);
+    Status status = write(0, header);
+    if (status.ok()) {
+        status = cut(static_cast<std::int64_t>(header.size()) + bytes);
     }
-    // Cuts what was placed after the end, too.
-    if (::ftruncate(file_.descriptor().get(), samplesBegin + bytes) != 0) {
-        return files::systemError(errno, target_);
+    if (status.ok()) {
+        status = file_.publish(target_);
     }
-    return file_.publish(target_);
+    return status.ok() ? Result(samples) : status.error();
+}
+
+Status WavTarget::cutTo(std::int64_t samples) {
+    return cut(sound::wavHeaderBytes + samples * bytesPerFrame());
+}
+
+Status WavTarget::cut(std::int64_t bytes) {
+    return ::ftruncate(file_.descriptor().get(), bytes) == 0
+               ? Status()
+               : Status(files::systemError(errno, target_));
+}
+
+/// How many of `samples` can be moved up by `distance`: where there is no room beyond them, as many
+/// as do not need it.
+std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
+    const std::vector<std::uint8_t> beyond(static_cast<std::size_t>(distance));
+    const bool hasRoom = write(sound::wavHeaderBytes + samples * bytesPerFrame(), beyond).ok();
+    return hasRoom ? samples : samples - (distance + bytesPerFrame() - 1) / bytesPerFrame();
 }
 
 /// Makes room for the larger header, from the end of the samples to their beginning. Keeping the

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A WAV on its way: samples are put at their places in an unnamed file, in any order, from several
-// threads, and at the end the file gets its header and its name. It does not know what is missing.
+// A WAV that is being made: samples are put at their places in an unnamed file, in any order, from
+// several threads, and at the end the file gets its header and its name. It does not know what is
+// missing.
 #pragma once
 
 #include <cstdint>
@@ -26,9 +27,14 @@ class WavTarget {
 
     /// Puts interleaved samples so that the first is number `first` of its channel.
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
-    /// The WAV ends after `samples` samples per channel, which have all been placed: names it.
-    /// After a failure what stood under the name is as it was.
-    [[nodiscard]] Status finish(std::int64_t samples);
+    /// Gives up what was placed behind the first `samples` samples per channel, and its room. No
+    /// other thread may be placing any.
+    [[nodiscard]] Status cutTo(std::int64_t samples);
+    /// The WAV ends after `samples` samples per channel, which have all been placed: names it, and
+    /// returns how many it holds. On a disk that is full the RF64 form holds the last few of them
+    /// no more, as its header needs their room. After a failure what stood under the name is as it
+    /// was. Waits for the disk.
+    [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:
     WavTarget(std::filesystem::path target, const PcmFormat& format, files::UnnamedFile file,
@@ -38,7 +44,9 @@ class WavTarget {
           file_(std::move(file)),
           longestWavBytes_(longestWavBytes) {}
     [[nodiscard]] std::int64_t bytesPerFrame() const;
+    [[nodiscard]] Status cut(std::int64_t bytes);
     [[nodiscard]] Status write(std::int64_t offset, std::span<const std::uint8_t> bytes);
+    [[nodiscard]] std::int64_t roomFor(std::int64_t samples, std::int64_t distance);
     [[nodiscard]] Status moveUp(std::int64_t bytes, std::int64_t distance);
 
     std::filesystem::path target_;

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the user should know of a decoding, in one sentence. Only the words: they are reported
+// elsewhere, and the logic shows none of this.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "platform/linux/mp3/decode_result.h"
+
+namespace sonarith::mp3 {
+
+/// The names of a decoding's files as the user knows them.
+struct DecodeNames {
+    std::string source;           ///< without its folder
+    std::string target;           ///< the same
+    std::filesystem::path folder; ///< of the target
+};
+
+/// Empty if there is nothing to say: all was decoded, or as much as the user wanted.
+[[nodiscard]] std::string decodeNotice(const DecodeNames& names, const DecodeResult& result);
+
+/// "3:12", or "1:03:12", for that many samples of each channel; parts of a second are cut.
+[[nodiscard]] std::string playingTime(std::int64_t samples, int rate);
+
+} // namespace sonarith::mp3

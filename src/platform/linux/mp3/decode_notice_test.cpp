@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/decode_notice.h"
+
+#include <gmock/gmock.h>
+
+namespace sonarith::mp3 {
+namespace {
+
+const DecodeNames names{"song.mp3", "song.wav", "/music"};
+
+DecodeResult failedResult(DecodeStep step, const Error& error, std::int64_t seconds) {
+    DecodeResult result;
+    result.outcome = DecodeOutcome::failed;
+    result.samples = seconds * result.format.rate;
+    result.failure = DecodeFailure{step, error};
+    return result;
+}
+
+DecodeResult lossyResult(std::int64_t foreign, std::int64_t damaged) {
+    DecodeResult result;
+    result.outcome = DecodeOutcome::completed;
+    result.count.loss.framesDropped = foreign;
+    result.count.loss.damagedPlaces = damaged;
+    result.count.loss.bytesSkipped = 400;
+    return result;
+}
+
+TEST(DecodeNoticeTest, SaysWhereReadingFailedAndWhatIsKept) {
+    const Error error{ErrorNumber::deviceInputOutput, "Input/output error"};
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::reading, error, 192)),
+              "song.mp3: read error at 3:12 (Input/output error); 3:12 are kept in song.wav");
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::reading, error, 0)),
+              "song.mp3: read error at 0:00 (Input/output error)");
+}
+
+TEST(DecodeNoticeTest, SaysWhyAFileCannotBeRead) {
+    EXPECT_EQ(decodeNotice(
+                  names, failedResult(DecodeStep::opening,
+                                      {ErrorNumber::pathNotFound, "No such file or directory"}, 0)),
+              "song.mp3 cannot be read (No such file or directory)");
+}
+
+TEST(DecodeNoticeTest, SaysWhyAFileWasNotSavedAndWhatIsKept) {
+    const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
+              "song.wav was not saved: no space left in /music; 0:42 are kept");
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 0)),
+              "song.wav was not saved: no space left in /music");
+    const Error refused{ErrorNumber::permissionDenied, "\"/music/song.wav\" may not be written to"};
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, refused, 0)),
+              "song.wav was not saved: \"/music/song.wav\" may not be written to");
+}
+
+TEST(DecodeNoticeTest, SaysWhyAFileWasNotDecoded) {
+    EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::decoding,
+                                               {ErrorNumber::deviceUnavailable, "no decoder"}, 0)),
+              "song.mp3 was not decoded: no decoder");
+}
+
+TEST(DecodeNoticeTest, SaysThatThereWasNothingToDecode) {
+    DecodeResult result;
+    result.outcome = DecodeOutcome::noFrames;
+    EXPECT_EQ(decodeNotice(names, result), "song.mp3: nothing to decode was found");
+}
+
+TEST(DecodeNoticeTest, SaysWhatWasLeftOut) {
+    EXPECT_EQ(decodeNotice(names, lossyResult(3, 0)),
+              "song.mp3: 3 frames of another format were left out");
+    EXPECT_EQ(decodeNotice(names, lossyResult(1, 0)),
+              "song.mp3: 1 frame of another format was left out");
+    EXPECT_EQ(decodeNotice(names, lossyResult(0, 1)), "song.mp3: 1 damaged place was skipped");
+    EXPECT_EQ(decodeNotice(names, lossyResult(3, 2)),
+              "song.mp3: 3 frames of another format were left out, 2 damaged places were skipped");
+}
+
+TEST(DecodeNoticeTest, IsEmptyForWhatIsWholeAndForWhatTheUserStopped) {
+    EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
+        << "junk at the ends is in many good files";
+    DecodeResult stopped = lossyResult(3, 2);
+    stopped.outcome = DecodeOutcome::stopped;
+    EXPECT_EQ(decodeNotice(names, stopped), "");
+}
+
+TEST(DecodeNoticeTest, CutsTimesToWholeSeconds) {
+    EXPECT_EQ(playingTime(0, 44100), "0:00");
+    EXPECT_EQ(playingTime(44099, 44100), "0:00");
+    EXPECT_EQ(playingTime(59 * 8000, 8000), "0:59");
+    EXPECT_EQ(playingTime(60 * 8000, 8000), "1:00");
+    EXPECT_EQ(playingTime(3599LL * 48000, 48000), "59:59");
+    EXPECT_EQ(playingTime(3723LL * 48000, 48000), "1:02:03");
+    EXPECT_EQ(playingTime(360'000LL * 48000, 48000), "100:00:00");
+}
+
+} // namespace
+} // namespace sonarith::mp3

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The MP3 control on a disk that hangs: none of its members waits for it, and nothing that was
+// decoded is lost.
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+#include "platform/linux/mp3/mpg123_control.h"
+#include "support/fake_notices.h"
+#include "support/folder_entries.h"
+#include "support/held_calls.h"
+#include "support/waiting.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using fixture::ordinary;
+using test::HeldCalls;
+
+class HangingDiskTest : public testing::Test {
+  protected:
+    HangingDiskTest() {
+        fs::create_directory(slow);
+        fs::create_directory(sound);
+        fixture::writeFile(source, ordinary());
+    }
+    ~HangingDiskTest() override { EXPECT_TRUE(saves->noneWithin(30s)); }
+    std::unique_ptr<Mpg123Control> makeControl() {
+        auto made = std::make_unique<Mpg123Control>(
+            card, [] { return 0ns; }, fixture::asItIs, notices, saves, Division{2, 16});
+        EXPECT_TRUE(made->setSourceFile(source).ok());
+        return made;
+    }
+    /// Begins a decoding on a thread that can be held, and waits until a call of it is.
+    void hangIn(HeldCalls& disk, const fs::path& target) {
+        ASSERT_TRUE(disk.run([&] {
+            control = makeControl();
+            EXPECT_TRUE(control->DecodeToWav(target).ok());
+            EXPECT_TRUE(control->Busy());
+        }));
+        ASSERT_TRUE(disk.waitForCall());
+        EXPECT_TRUE(control->Busy());
+    }
+    std::size_t samplesIn(const fs::path& wav) {
+        const fixture::Samples part = fixture::readWav(wav).samples;
+        const fixture::Samples whole = fixture::sequentially(ordinary()).samples;
+        EXPECT_LE(part.size(), whole.size());
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.begin()));
+        return part.size();
+    }
+    static constexpr std::size_t allSamples = 4U * 44100 * 2;
+
+    fakes::TempFolder folder;
+    const fs::path slow = folder / "slow"; ///< the disk that hangs
+    const fs::path sound = folder / "sound";
+    const fs::path source = sound / "in.mp3";
+    sound::SoundCard card;
+    test::FakeNotices notices;
+    const std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
+    std::unique_ptr<Mpg123Control> control;
+};
+
+TEST_F(HangingDiskTest, StopReturnsAndTheWavGetsItsNameWhenTheDiskLetsIt) {
+    for (const std::uint32_t call : {SYS_pwrite64, SYS_ftruncate, SYS_fsync}) {
+        HeldCalls disk({call}, test::ofPath("/slow/"));
+        hangIn(disk, slow / "out.wav");
+        EXPECT_TRUE(disk.run([&] {
+            EXPECT_TRUE(control->Stop().ok());
+            EXPECT_FALSE(control->Busy());
+        })) << call;
+        EXPECT_TRUE(disk.run([&] { control.reset(); })) << call;
+        EXPECT_EQ(test::visibleEntriesIn(slow), 0) << call;
+        disk.release();
+        EXPECT_TRUE(saves->noneWithin(30s));
+        EXPECT_GT(samplesIn(slow / "out.wav"), 0U) << call;
+        fs::remove(slow / "out.wav");
+    }
+    EXPECT_THAT(notices.texts(), testing::IsEmpty());
+}
+
+TEST_F(HangingDiskTest, StopReturnsWhileTheNameIsGiven) {
+    HeldCalls disk({SYS_linkat});
+    hangIn(disk, slow / "out.wav");
+    EXPECT_TRUE(disk.run([&] { control->Stop().passOver(); }));
+    EXPECT_FALSE(control->Busy());
+    disk.release();
+    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
+}
+
+TEST_F(HangingDiskTest, NothingWaitsForTheOpeningAndReadingOfTheSource) {
+    for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
+        HeldCalls disk({call}, test::ofPath("in.mp3"));
+        hangIn(disk, slow / "out.wav");
+        EXPECT_TRUE(disk.run([&] {
+            EXPECT_TRUE(control->Play().ok());
+            EXPECT_TRUE(control->Play().ok());
+            EXPECT_TRUE(control->Stop().ok());
+            EXPECT_FALSE(control->Busy());
+            control.reset();
+        }));
+        EXPECT_FALSE(card.active());
+        disk.release();
+        EXPECT_TRUE(saves->noneWithin(30s));
+        EXPECT_EQ(test::entriesIn(slow), 0) << "nothing was decoded";
+    }
+}
+
+TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileTheFormerIsBeingNamed) {
+    HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
+    hangIn(disk, slow / "out.wav");
+    ASSERT_TRUE(disk.run([&] {
+        control->Stop().passOver();
+        EXPECT_TRUE(control->DecodeToWav(sound / "next.wav").ok());
+        EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
+    }));
+    EXPECT_EQ(samplesIn(sound / "next.wav"), allSamples);
+    EXPECT_FALSE(fs::exists(slow / "out.wav"));
+    disk.release();
+    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
+}
+
+TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsBehindTheFormer) {
+    const fs::path wav = slow / "out.wav";
+    HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
+    hangIn(disk, wav);
+    std::unique_ptr<Mpg123Control> next;
+    ASSERT_TRUE(disk.run([&] {
+        control.reset(); // as its window is unloaded
+        fixture::writeFile(source, fixture::encoded(22050, 1, "-b 32"));
+        next = makeControl();
+        EXPECT_TRUE(next->DecodeToWav(wav).ok());
+        std::this_thread::sleep_for(20ms);
+        EXPECT_TRUE(next->Busy());
+        EXPECT_EQ(next->Position(), 0) << "it waits";
+    }));
+    EXPECT_EQ(test::visibleEntriesIn(slow), 0);
+    disk.release();
+    EXPECT_TRUE(fakes::eventually([&] { return !next->Busy(); }));
+    EXPECT_EQ(next->lastResult().outcome, DecodeOutcome::completed);
+    EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1})) << "the later one is the last";
+    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}));
+    next.reset();
+}
+
+TEST_F(HangingDiskTest, OneThatIsStoppedBehindTheFormerLeavesItsWav) {
+    const fs::path wav = slow / "out.wav";
+    HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
+    hangIn(disk, wav);
+    ASSERT_TRUE(disk.run([&] {
+        control->Stop().passOver();
+        EXPECT_TRUE(control->DecodeToWav(wav).ok());
+        EXPECT_TRUE(control->Busy());
+        control->Stop().passOver();
+        EXPECT_FALSE(control->Busy());
+    }));
+    disk.release();
+    EXPECT_TRUE(saves->noneWithin(30s));
+    EXPECT_EQ(samplesIn(wav), allSamples);
+}
+
+TEST_F(HangingDiskTest, ASecondStartDoesNotWaitToSeeWhetherTheFilesHaveChanged) {
+    HeldCalls disk({SYS_newfstatat}, test::ofPath("in.mp3"));
+    ASSERT_TRUE(disk.run([&] {
+        control = makeControl();
+        EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
+        EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
+        const auto before = FileIdentity::of(slow / "out.wav");
+        EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
+        EXPECT_TRUE(control->Busy()) << "it is not known yet";
+        disk.release();
+        EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
+        EXPECT_EQ(FileIdentity::of(slow / "out.wav"), before);
+    }));
+}
+
+TEST_F(HangingDiskTest, AFailureAfterAStopIsReportedToo) {
+    HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
+    hangIn(disk, slow / "out.wav");
+    EXPECT_TRUE(disk.run([&] { control.reset(); }));
+    fs::remove_all(slow);
+    disk.release();
+    EXPECT_TRUE(saves->noneWithin(30s));
+    ASSERT_EQ(notices.texts().size(), 1U);
+    EXPECT_THAT(notices.texts()[0], testing::StartsWith("out.wav was not saved: "));
+}
+
+} // namespace
+} // namespace sonarith::mp3

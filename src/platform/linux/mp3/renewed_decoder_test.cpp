@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/renewed_decoder.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+using fixture::Data;
+using fixture::encoded;
+using fixture::operator+;
+using fixture::Samples;
+
+/// As short as it can be.
+constexpr std::int64_t shortPeriod = 288;
+
+struct Pass {
+    Samples samples;
+    std::int64_t silenced = 0;
+    std::int64_t mostFrames = 0; ///< that one decoder was given
+};
+
+Pass decodeFrom(const Data& data, std::int64_t period, std::size_t first = 0) {
+    RenewedDecoder decoder = std::move(RenewedDecoder::create(period).value());
+    Pass pass;
+    const auto frames = fixture::framesOf(data);
+    for (std::size_t i = first; i < frames.size(); ++i) {
+        const auto begin = static_cast<std::size_t>(frames[i].offset);
+        const auto bytes = static_cast<std::size_t>(frames[i].header.bytes);
+        const auto samples = decoder.decode(frames[i], fixture::part(data, begin, begin + bytes));
+        pass.samples.insert(pass.samples.end(), samples.begin(), samples.end());
+        pass.mostFrames = std::max(pass.mostFrames, decoder.framesOfDecoder());
+    }
+    pass.silenced = decoder.silencedFrames();
+    return pass;
+}
+
+/// So many times 40 frames and more.
+Data song(const std::string& options, int times) {
+    const Data& once = encoded(44100, 2, options, 1);
+    Data data;
+    for (int i = 0; i < times; ++i) {
+        data = data + once;
+    }
+    return data;
+}
+
+TEST(RenewedDecoderTest, GivesTheSamplesOfOneDecoder) {
+    for (const char* options : {"-b 128", "-t -V 4", "-b 8 --resample 24", "-t -m m -b 32"}) {
+        const Data data = song(options, 9);
+        const Pass one = decodeFrom(data, RenewedDecoder::never);
+        const Pass renewed = decodeFrom(data, shortPeriod);
+        EXPECT_EQ(fixture::difference(renewed.samples, one.samples), std::nullopt) << options;
+        EXPECT_EQ(renewed.silenced, one.silenced) << options;
+        EXPECT_EQ(one.mostFrames, static_cast<std::int64_t>(fixture::framesOf(data).size()));
+    }
+}
+
+TEST(RenewedDecoderTest, NoDecoderIsGivenMoreFramesThanThePeriodAndItsLead) {
+    EXPECT_LE(decodeFrom(song("-b 128", 9), shortPeriod).mostFrames,
+              shortPeriod + RenewedDecoder::lead);
+}
+
+/// Changes a frame (MPEG-1, stereo, no checksum) so that the library gives it up behind its first
+/// granule: the second one has less data than its scale factors take. That leaves a trace in the
+/// last bit of all that follows; giving up a whole frame leaves none.
+void spoil(Data& data, std::size_t number) {
+    const auto side = static_cast<std::size_t>(fixture::framesOf(data)[number].offset) + 4;
+    const auto setBits = [&](std::size_t first, std::size_t count, unsigned value) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t bit = first + i;
+            const auto mask = static_cast<std::uint8_t>(0x80 >> bit % 8);
+            std::uint8_t& byte = data[side + bit / 8];
+            const bool set = (value >> (count - 1 - i) & 1) != 0;
+            byte = static_cast<std::uint8_t>(set ? byte | mask : byte & ~mask);
+        }
+    };
+    constexpr std::size_t share = 12; // which scale factors the second granule takes over
+    constexpr std::size_t granule = 20 + 2 * 59;
+    setBits(share, 8, 0);
+    setBits(granule, 12, 1);       // bits of data
+    setBits(granule + 29, 4, 0xF); // the largest scale factors
+}
+
+TEST(RenewedDecoderTest, GivesTheSameSamplesBehindBrokenFramesWhereverItBegan) {
+    constexpr std::int64_t period = 576; // the second decoder begins at frame 296
+    constexpr std::size_t replaced = period * 2304;
+    Data data = song("-b 128", 16);
+    for (const std::size_t number : {100U, 400U, 580U}) {
+        spoil(data, number);
+    }
+    const Samples whole = decodeFrom(data, period).samples;
+    const Samples one = decodeFrom(data, RenewedDecoder::never).samples;
+    EXPECT_NE(fixture::difference(whole, one), std::nullopt)
+        << "a poor example: no decoder was replaced, or no frame is broken";
+    // The first damage leaves a trace up to the replacement alone, and the others leave theirs.
+    for (const std::size_t first : {200U, 304U}) {
+        const Samples rest = decodeFrom(data, period, first).samples;
+        EXPECT_TRUE(std::equal(whole.begin() + replaced, whole.end(),
+                               rest.begin() + static_cast<std::ptrdiff_t>(replaced - first * 2304),
+                               rest.end()))
+            << first;
+    }
+}
+
+} // namespace
+} // namespace sonarith::mp3

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which segment which worker decodes, how far each has come, and how much of the stream is whole in
+// the end. It decodes nothing and starts no thread.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/mp3/decode_failure.h"
+#include "platform/linux/mp3/mp3_index.h"
+
+namespace sonarith::mp3 {
+
+/// Segments are given in the order of the stream. When one fails, or needs one pass, those before
+/// it are decoded to their end and those after it are not wanted: so all of the stream before the
+/// first such place is in the result.
+///
+/// Each worker calls the members that take its number from one thread; the others are called when
+/// no worker works.
+class SegmentSchedule {
+  public:
+    /// `frames` is at its beginning; `workers` are numbered from 0.
+    SegmentSchedule(FrameSequence frames, std::int64_t framesPerSegment, std::size_t workers)
+        : index_(std::move(frames), framesPerSegment), works_(workers) {}
+
+    /// What the worker decodes next; empty if there is nothing more for it.
+    [[nodiscard]] std::optional<Segment> take(std::size_t worker);
+    /// All frames of the worker's segment before `frame` are in the result.
+    void advance(std::size_t worker, std::int64_t frame) { works_[worker].done = frame; }
+    [[nodiscard]] std::int64_t done(std::size_t worker) const { return works_[worker].done; }
+    /// Whether the worker's segment has not turned out to lie behind a failure.
+    [[nodiscard]] bool wanted(std::size_t worker) const {
+        return works_[worker].segment.firstFrame <= lastWanted_;
+    }
+    /// The worker's segment cannot be decoded further.
+    void fail(std::size_t worker, const DecodeFailure& failure);
+    /// A frame in the worker's segment is broken: all from that segment on needs one pass.
+    void needOnePass(std::size_t worker);
+
+    /// The first segment that needs one pass or failed. Everything before it is in the result,
+    /// unless the workers were stopped.
+    [[nodiscard]] std::optional<Segment> rest() const;
+    /// The next segment of the scan, for what it counts. Nobody decodes it.
+    [[nodiscard]] std::optional<Segment> skim() { return index_.next(); }
+    /// All frames before this one are in the result.
+    [[nodiscard]] std::int64_t wholeFrames() const;
+    /// Every frame of the stream is in the result. That is only said where the scan came to the end
+    /// of the source, and every segment to its own.
+    [[nodiscard]] bool complete() const;
+    /// What ended the decoding before that; empty if what is left needs one pass, or after a stop.
+    [[nodiscard]] std::optional<DecodeFailure> failure() const;
+    [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
+
+  private:
+    /// A worker's last segment; it has no frames if there was none.
+    struct Work {
+        Segment segment;
+        std::int64_t done = 0;
+        [[nodiscard]] std::int64_t end() const { return segment.firstFrame + segment.frames; }
+    };
+    /// The first segment, in the order of the stream, that did not come to its end.
+    struct End {
+        Segment segment;
+        std::optional<DecodeFailure> failure; ///< empty if it needs one pass
+    };
+    void endAt(std::size_t worker, const std::optional<DecodeFailure>& failure);
+
+    SegmentIndex index_;
+    std::vector<Work> works_; ///< each is touched by its worker alone
+    std::atomic<std::int64_t> lastWanted_ = std::numeric_limits<std::int64_t>::max();
+    std::mutex mutex_; ///< for the index and what follows
+    std::optional<End> end_;
+    bool scanned_ = false; ///< there are no more segments
+};
+
+} // namespace sonarith::mp3

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mp3/segment_schedule.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/mp3/mp3_fixture.h"
+
+namespace sonarith::mp3 {
+namespace {
+
+const DecodeFailure badDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
+
+/// Every interleaving of two workers can be played here, since the schedule knows no threads.
+class SegmentScheduleTest : public testing::Test {
+  protected:
+    /// The worker decodes its segment to the end.
+    void finish(std::size_t worker, const Segment& segment) {
+        schedule.advance(worker, segment.firstFrame + segment.frames);
+    }
+    const MemorySource source{fixture::ordinary()}; // 155 frames
+    SegmentSchedule schedule{FrameSequence(source, StreamFormat{}), 60, 2};
+};
+
+TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
+    const auto first = schedule.take(0);
+    const auto second = schedule.take(1);
+    ASSERT_TRUE(first && second);
+    finish(1, *second);
+    const auto third = schedule.take(1);
+    ASSERT_TRUE(third);
+    EXPECT_EQ(third->frames, 35);
+    finish(1, *third);
+    EXPECT_FALSE(schedule.take(1));
+    EXPECT_FALSE(schedule.complete()) << "the first is not done";
+    EXPECT_EQ(schedule.wholeFrames(), 0);
+    schedule.advance(0, 32);
+    EXPECT_EQ(schedule.wholeFrames(), 32);
+    finish(0, *first);
+    EXPECT_TRUE(schedule.complete());
+    EXPECT_EQ(schedule.wholeFrames(), 155);
+    EXPECT_FALSE(schedule.failure());
+    EXPECT_FALSE(schedule.rest());
+}
+
+TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
+    const auto first = schedule.take(0);
+    finish(0, *first);
+    EXPECT_FALSE(schedule.complete()) << "a stop: nobody took the others";
+    EXPECT_EQ(schedule.wholeFrames(), 60);
+}
+
+TEST_F(SegmentScheduleTest, AStopBehindABrokenFrameIsNotComplete) {
+    // The second segment is broken. Then comes the stop, while the first worker hands over the last
+    // frames of its segment; there is no more for it to take.
+    const auto first = schedule.take(0);
+    ASSERT_TRUE(schedule.take(1));
+    schedule.needOnePass(1);
+    finish(0, *first);
+    EXPECT_FALSE(schedule.take(0));
+    EXPECT_FALSE(schedule.complete());
+    EXPECT_EQ(schedule.wholeFrames(), 60);
+}
+
+TEST_F(SegmentScheduleTest, OnePassBeginsAtTheFirstSegmentThatNeedsIt) {
+    ASSERT_TRUE(schedule.take(0));
+    ASSERT_TRUE(schedule.take(1));
+    schedule.needOnePass(1);
+    EXPECT_TRUE(schedule.wanted(0));
+    EXPECT_EQ(schedule.rest()->firstFrame, 60);
+    schedule.needOnePass(0);
+    EXPECT_EQ(schedule.rest()->firstFrame, 0);
+    EXPECT_FALSE(schedule.wanted(1));
+    EXPECT_EQ(schedule.wholeFrames(), 0);
+}
+
+TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseBehindItAreNot) {
+    const auto first = schedule.take(0);
+    const auto second = schedule.take(1);
+    finish(0, *first);
+    const auto third = schedule.take(0);
+    ASSERT_TRUE(third);
+    schedule.fail(0, badDisk);
+    EXPECT_TRUE(schedule.wanted(1));
+    EXPECT_FALSE(schedule.take(0));
+    finish(1, *second);
+    EXPECT_EQ(schedule.wholeFrames(), 120);
+    EXPECT_EQ(schedule.failure()->error.text, "full");
+    EXPECT_FALSE(schedule.complete());
+}
+
+TEST_F(SegmentScheduleTest, TheFirstPlaceCountsWhereOneFailsAndOneNeedsOnePass) {
+    ASSERT_TRUE(schedule.take(0));
+    ASSERT_TRUE(schedule.take(1));
+    schedule.needOnePass(1);
+    schedule.fail(0, badDisk);
+    EXPECT_EQ(schedule.rest()->firstFrame, 0);
+    EXPECT_TRUE(schedule.failure());
+
+    SegmentSchedule other(FrameSequence(source, StreamFormat{}), 60, 2);
+    ASSERT_TRUE(other.take(0));
+    ASSERT_TRUE(other.take(1));
+    other.fail(1, badDisk);
+    other.needOnePass(0);
+    EXPECT_EQ(other.rest()->firstFrame, 0);
+    EXPECT_FALSE(other.failure());
+}
+
+TEST_F(SegmentScheduleTest, APlaceThatCannotBeReadEndsTheStreamWithAFailure) {
+    const auto bad = static_cast<std::size_t>(fixture::framesOf(fixture::ordinary())[70].offset);
+    const fixture::BadPlaceSource torn(fixture::ordinary(), bad, SIZE_MAX);
+    SegmentSchedule short_(FrameSequence(torn, StreamFormat{}), 60, 1);
+    while (const auto segment = short_.take(0)) {
+        short_.advance(0, segment->firstFrame + segment->frames);
+    }
+    EXPECT_EQ(short_.wholeFrames(), 70);
+    EXPECT_FALSE(short_.complete());
+    ASSERT_TRUE(short_.failure());
+    EXPECT_EQ(short_.failure()->step, DecodeStep::reading);
+}
+
+} // namespace
+} // namespace sonarith::mp3

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Lets one decoding at a time write to a file: the next one begins when the one before has named
+// its WAV, however long the disk takes for that. It knows this process alone, and opens no file.
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <tuple>
+
+#include <sys/types.h>
+
+#include "platform/linux/files/save_place.h"
+
+namespace sonarith::mp3 {
+
+/// The right to write to one place, from `take` to the end of the object. Any thread.
+class TargetTurn {
+  public:
+    /// Waits until no other object has the turn for that place; empty once `stop` is true.
+    [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
+                                                        const std::atomic<bool>& stop);
+    /// Every waiting `take` looks at its `stop` again.
+    static void wakeWaiting();
+
+    ~TargetTurn();
+    TargetTurn(TargetTurn&& other) noexcept;
+    TargetTurn& operator=(TargetTurn&&) = delete;
+
+  private:
+    /// The folder's device and number, so that all paths to a file mean the same, and the name.
+    using Place = std::tuple<dev_t, ino_t, std::string>;
+    struct Table;
+    static Table& table();
+    explicit TargetTurn(Place place) : place_(std::move(place)) {}
+
+    std::optional<Place> place_; ///< empty once it was moved
+};
+
+} // namespace sonarith::mp3
