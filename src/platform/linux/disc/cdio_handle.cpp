@@ -44,8 +44,9 @@ RawToc rawTocOf(CdIo_t* cdio) {
     RawToc toc;
     const track_t first = cdio_get_first_track_num(cdio);
     const track_t count = cdio_get_num_tracks(cdio);
-    if (first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK)
+    if (first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK) {
         return toc;
+    }
     for (int number = first; number < first + count && number <= maxTracks; ++number) {
         const auto track = static_cast<track_t>(number);
         const bool audio = cdio_get_track_format(cdio, track) == TRACK_FORMAT_AUDIO;
@@ -54,8 +55,9 @@ RawToc rawTocOf(CdIo_t* cdio) {
     }
     toc.leadOut = cdio_get_track_lsn(cdio, CDIO_CDROM_LEADOUT_TRACK);
     lsn_t lastSession = 0;
-    if (cdio_get_last_session(cdio, &lastSession) == DRIVER_OP_SUCCESS)
+    if (cdio_get_last_session(cdio, &lastSession) == DRIVER_OP_SUCCESS) {
         toc.lastSessionStart = lastSession;
+    }
     return toc;
 }
 

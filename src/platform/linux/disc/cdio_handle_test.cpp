@@ -19,8 +19,9 @@ TEST(CdioHandle, KeepsTheLibrarysLogSilent) {
     auto* const say = reinterpret_cast<void (*)(cdio_log_level_t, const char*, ...)>(
         cdioLibrary.symbol("cdio_log"));
     for (const auto level :
-         {CDIO_LOG_DEBUG, CDIO_LOG_INFO, CDIO_LOG_WARN, CDIO_LOG_ERROR, CDIO_LOG_ASSERT})
+         {CDIO_LOG_DEBUG, CDIO_LOG_INFO, CDIO_LOG_WARN, CDIO_LOG_ERROR, CDIO_LOG_ASSERT}) {
         say(level, "heard");
+    }
     EXPECT_FALSE(openCdio("/dev/no-such-drive"));
     cdio_log_set_handler(before);
     EXPECT_EQ(messages, 0);

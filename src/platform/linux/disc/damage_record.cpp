@@ -6,8 +6,9 @@ namespace sonarith::disc {
 void DamageRecord::note(std::int64_t sector) {
     const std::lock_guard lock(mutex_);
     const auto place = static_cast<std::size_t>(sector);
-    if (place >= damaged_.size())
+    if (place >= damaged_.size()) {
         damaged_.resize(place + 1);
+    }
     if (!damaged_[place]) {
         damaged_[place] = true;
         ++count_;

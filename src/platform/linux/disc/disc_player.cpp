@@ -28,8 +28,9 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
     std::int64_t start = 0;
     for (const Track& track : table.tracks) {
         const std::int64_t end = start + track.sectors;
-        if (track.kind == TrackKind::data && end > sector && start < endSector)
+        if (track.kind == TrackKind::data && end > sector && start < endSector) {
             return std::max(start, sector);
+        }
         start = end;
     }
     return std::min(endSector, start);
@@ -51,8 +52,9 @@ class DiscPlayer::Reader {
         std::unique_lock lock(mutex_);
         for (;;) {
             work_.wait(lock, [this] { return quit_.stop_requested() || mayRead(); });
-            if (quit_.stop_requested())
+            if (quit_.stop_requested()) {
                 return;
+            }
             readOnce(lock, buffer);
         }
     }
@@ -75,14 +77,16 @@ class DiscPlayer::Reader {
 
     void pause() {
         const std::lock_guard lock(mutex_);
-        if (mode_ == PlayerMode::playing)
+        if (mode_ == PlayerMode::playing) {
             mode_ = PlayerMode::paused;
+        }
     }
 
     void resume() {
         const std::lock_guard lock(mutex_);
-        if (mode_ == PlayerMode::paused)
+        if (mode_ == PlayerMode::paused) {
             mode_ = PlayerMode::playing;
+        }
         work_.notify_one();
     }
 
@@ -115,15 +119,18 @@ class DiscPlayer::Reader {
 
     sound::Pulled pull(std::span<sound::StereoFrame> block) {
         const std::lock_guard lock(mutex_);
-        if (mode_ == PlayerMode::stopped)
+        if (mode_ == PlayerMode::stopped) {
             return {0, sound::Supply::ended};
-        if (mode_ == PlayerMode::paused)
+        }
+        if (mode_ == PlayerMode::paused) {
             return {0, sound::Supply::starving};
+        }
         const std::size_t frames = ready_.pop(block);
         position_ += static_cast<std::int64_t>(frames);
         stopAtEnd();
-        if (mayRead())
+        if (mayRead()) {
             work_.notify_one();
+        }
         return {frames, supplyAfter(frames, block.size())};
     }
 
@@ -141,16 +148,19 @@ class DiscPlayer::Reader {
     }
 
     void stopAtEnd() {
-        if (position_ >= endSector_ * framesPerSector)
+        if (position_ >= endSector_ * framesPerSector) {
             mode_ = PlayerMode::stopped;
+        }
     }
 
     sound::Supply supplyAfter(std::size_t frames, std::size_t wanted) const {
-        if (frames == wanted)
+        if (frames == wanted) {
             return sound::Supply::flowing;
+        }
         // Once the medium is gone no more will come, though the mode says that it plays.
-        if (mode_ == PlayerMode::stopped)
+        if (mode_ == PlayerMode::stopped) {
             return sound::Supply::ended;
+        }
         return gone_ ? sound::Supply::lost : sound::Supply::starving;
     }
 

@@ -29,8 +29,9 @@ class ScratchedDisc : public Disc {
     ReadOutcome readSectors(std::int64_t /*first*/, std::span<sound::StereoFrame> /*out*/,
                             const std::stop_token& stop) override {
         ++begun;
-        while (!stop.stop_requested())
+        while (!stop.stop_requested()) {
             std::this_thread::yield();
+        }
         ++interrupted;
         return ReadOutcome::interrupted;
     }

@@ -38,10 +38,12 @@ std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
         const Pulled pulled = player.pull(room);
         heard.insert(heard.end(), block.begin(),
                      block.begin() + static_cast<std::ptrdiff_t>(pulled.frames));
-        if (pulled.supply == Supply::ended || pulled.supply == Supply::lost)
+        if (pulled.supply == Supply::ended || pulled.supply == Supply::lost) {
             break;
-        if (pulled.supply == Supply::starving)
+        }
+        if (pulled.supply == Supply::starving) {
             std::this_thread::yield();
+        }
     }
     return heard;
 }
@@ -97,8 +99,9 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     player.play(0, 10000);
     // Nothing is pulled, so these are all the reads that the ring has room for.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
-    while (disc->furthest() < ahead)
+    while (disc->furthest() < ahead) {
         std::this_thread::yield();
+    }
     std::int64_t taken = 0;
     while (taken < 3000 * framesPerSector) {
         taken += static_cast<std::int64_t>(pullBlock(player).frames);
@@ -208,8 +211,9 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
     player.pause();
     disc->release();
     // Long enough for a reader that does not rest to show itself; one that rests always passes.
-    for (int i = 0; i < 20 && disc->reads().size() == 1; ++i)
+    for (int i = 0; i < 20 && disc->reads().size() == 1; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     EXPECT_EQ(disc->reads().size(), 1u);
 }
 
@@ -275,8 +279,9 @@ TEST(DiscPlayer, SeesThatTheMediumIsGoneThoughTheReadWasNoLongerWanted) {
     disc->waitForReads(1);
     player.stop();
     disc->release();
-    while (!player.gone())
+    while (!player.gone()) {
         std::this_thread::yield();
+    }
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
@@ -299,13 +304,15 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
                     static_cast<std::uint16_t>(last.left) + std::int64_t{last.right} * 65536;
                 const std::int64_t now = static_cast<std::uint16_t>(block[i].left) +
                                          std::int64_t{block[i].right} * 65536;
-                if (now != before + 1 && now % (grid * framesPerSector) != 0)
+                if (now != before + 1 && now % (grid * framesPerSector) != 0) {
                     ++strays;
+                }
                 last = block[i];
             }
             heard += static_cast<std::int64_t>(pulled.frames);
-            if (pulled.frames == 0)
+            if (pulled.frames == 0) {
                 std::this_thread::yield();
+            }
         }
     });
     std::mt19937 random(20240607); // fixed: the same commands in every run
@@ -327,14 +334,16 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
         default:
             player.play(sector, sector + 1 + static_cast<std::int64_t>(random() % 900));
         }
-        if (player.positionInFrames() > 10000 * framesPerSector)
+        if (player.positionInFrames() > 10000 * framesPerSector) {
             ++strays;
+        }
         std::this_thread::yield();
     }
     // Ends with a stretch that is played whole, so that something was heard on any machine.
     player.play(0, 30);
-    while (player.mode() == PlayerMode::playing)
+    while (player.mode() == PlayerMode::playing) {
         std::this_thread::yield();
+    }
     done = true;
     engine.join();
     EXPECT_EQ(strays, 0);

@@ -26,12 +26,14 @@ constexpr PatientDrive::Patience imagePatience{10s, 1s};
 /// drive that was unplugged must not turn into a missing image. Other folders are not looked into,
 /// since they may lie on a server that does not answer.
 bool namesADevice(const std::string& chosen) {
-    if (!chosen.starts_with("/dev/"))
+    if (!chosen.starts_with("/dev/")) {
         return false;
+    }
     const std::filesystem::path path(chosen);
     std::error_code ignored;
-    if (std::filesystem::is_block_file(path, ignored))
+    if (std::filesystem::is_block_file(path, ignored)) {
         return true;
+    }
     return path.parent_path() == "/dev" && !std::filesystem::exists(path, ignored);
 }
 
@@ -145,8 +147,9 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
         }
         chosen = found.front();
     }
-    if (drive_ && chosen == chosen_)
+    if (drive_ && chosen == chosen_) {
         return drive_;
+    }
     // Words of their own for each choice: a former drive that is still in use says no more here.
     words_ = std::make_shared<Words>();
     chosen_ = chosen;
@@ -157,13 +160,15 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
 }
 
 void DriveSlot::choiceMade() {
-    if (drive_ && !optical_ && chosen_ == configured_())
+    if (drive_ && !optical_ && chosen_ == configured_()) {
         drive_->closeTray();
+    }
 }
 
 std::string DriveSlot::report() const {
-    if (!words_->problem.empty())
+    if (!words_->problem.empty()) {
         return words_->problem;
+    }
     const std::lock_guard lock(words_->mutex);
     return words_->disc ? words_->disc->remark() : words_->lastRemark;
 }

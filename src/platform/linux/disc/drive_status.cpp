@@ -54,8 +54,9 @@ std::string headOf(const char* path) {
 DriveStatus statusOf(const std::string& device) {
     // Without O_NONBLOCK the kernel would pull in an open tray and wait for a disc.
     const int descriptor = open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         return {DriveState::unreachable, errno};
+    }
     errno = 0;
     const int answer = ioctl(descriptor, CDROM_DRIVE_STATUS, CDSL_CURRENT);
     const DriveStatus status = meaningOf(answer, errno);
@@ -86,8 +87,9 @@ std::string problemOf(const std::string& device, int error) {
 std::vector<std::string> driveNames(std::string_view information) {
     constexpr std::string_view label = "drive name:";
     const std::size_t at = information.find(label);
-    if (at == std::string_view::npos)
+    if (at == std::string_view::npos) {
         return {};
+    }
     const std::string_view line = information.substr(at + label.size());
     std::istringstream words{std::string(line.substr(0, line.find('\n')))};
     std::vector<std::string> names{std::istream_iterator<std::string>(words), {}};
@@ -104,8 +106,9 @@ driveDevices(std::string_view information,
     std::vector<std::string> devices;
     for (const std::string& name : driveNames(information)) {
         std::string device = "/dev/" + name;
-        if (isThere(device))
+        if (isThere(device)) {
             devices.push_back(std::move(device));
+        }
     }
     return devices;
 }

@@ -23,8 +23,9 @@ inline sound::StereoFrame frameAt(std::int64_t index) {
 /// The `count` frames from place `first` on.
 inline std::vector<sound::StereoFrame> framesAt(std::int64_t first, std::int64_t count) {
     std::vector<sound::StereoFrame> frames;
-    for (std::int64_t i = first; i < first + count; ++i)
+    for (std::int64_t i = first; i < first + count; ++i) {
         frames.push_back(frameAt(i));
+    }
     return frames;
 }
 
@@ -68,8 +69,9 @@ class FakeDisc : public Disc {
     /// One past the furthest sector that was ever asked for.
     std::int64_t furthest() const {
         std::int64_t end = 0;
-        for (const Read& read : reads())
+        for (const Read& read : reads()) {
             end = std::max(end, read.end);
+        }
         return end;
     }
 
@@ -82,10 +84,12 @@ class FakeDisc : public Disc {
         reads_.push_back({first, first + sectors});
         changed_.notify_all();
         changed_.wait(lock, [this] { return !held_; });
-        if (first + sectors > goneFrom_)
+        if (first + sectors > goneFrom_) {
             return ReadOutcome::gone;
-        for (std::size_t i = 0; i < out.size(); ++i)
+        }
+        for (std::size_t i = 0; i < out.size(); ++i) {
             out[i] = frameAt(first * framesPerSector + static_cast<std::int64_t>(i));
+        }
         return ReadOutcome::ok;
     }
 

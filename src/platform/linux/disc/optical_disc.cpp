@@ -15,8 +15,9 @@ OpticalDisc::OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sec
 
 std::string OpticalDisc::remark() const {
     const std::int64_t damaged = damage_->sectors();
-    if (damaged == 0)
+    if (damaged == 0) {
         return {};
+    }
     return std::to_string(damaged) + (damaged == 1 ? " sector" : " sectors") +
            " of the disc could not be read without error; the drive's best guess, or silence, "
            "stands in the place.";
@@ -24,8 +25,9 @@ std::string OpticalDisc::remark() const {
 
 ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                      const std::stop_token& stop) {
-    if (gone_)
+    if (gone_) {
         return ReadOutcome::gone;
+    }
     trouble_ = {};
     while (!out.empty()) {
         const Stretch stretch = layout_.stretchAt(first);
@@ -52,8 +54,9 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
                                      const std::stop_token& stop) {
     std::int64_t sector = stretch.first;
     for (; !out.empty(); out = out.subspan(framesPerSector), ++sector) {
-        if (stop.stop_requested())
+        if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
+        }
         const auto frames = out.first(framesPerSector);
         const ReadEffort::Plan plan = effort_.plan(trouble_);
         if (plan.effort == Effort::none) {
@@ -61,20 +64,25 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
             damage_->note(sector);
             continue;
         }
-        if (next_ != sector)
+        if (next_ != sector) {
             sectors_->seek(sector, stretch.first + stretch.sectors);
+        }
         next_ = sector + 1;
         const ReadEffort::Duration begin = clock_();
         const SectorOutcome outcome = sectors_->next(plan, frames, stop);
-        if (outcome == SectorOutcome::gone)
+        if (outcome == SectorOutcome::gone) {
             return ReadOutcome::gone;
-        if (stop.stop_requested())
+        }
+        if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
+        }
         // A sound sector costs nothing: a drive that spins up is slow, but loses no sector.
-        if (outcome != SectorOutcome::ok)
+        if (outcome != SectorOutcome::ok) {
             trouble_ += clock_() - begin;
-        if (outcome == SectorOutcome::damaged)
+        }
+        if (outcome == SectorOutcome::damaged) {
             damage_->note(sector);
+        }
     }
     return ReadOutcome::ok;
 }

@@ -41,14 +41,17 @@ class FakeSectors : public AudioSectors {
         state_->efforts.push_back(plan.effort);
         state_->now += state_->sectorTime;
         const std::int64_t sector = state_->cursor++;
-        if (sector == state_->stopAt)
+        if (sector == state_->stopAt) {
             state_->stop.request_stop();
+        }
         EXPECT_EQ(stop.stop_requested(), sector == state_->stopAt);
-        if (sector >= state_->goneFrom)
+        if (sector >= state_->goneFrom) {
             return SectorOutcome::gone;
+        }
         std::ranges::copy(framesAt(sector * framesPerSector, framesPerSector), out.begin());
-        if (sector >= state_->repairedFrom)
+        if (sector >= state_->repairedFrom) {
             return SectorOutcome::repaired;
+        }
         return sector >= state_->badFrom ? SectorOutcome::damaged : SectorOutcome::ok;
     }
 

@@ -26,8 +26,9 @@ RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
 bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
              const RawToc& toc) {
     const DriveState state = access.status(device).state;
-    if (state == DriveState::empty || state == DriveState::unreachable)
+    if (state == DriveState::empty || state == DriveState::unreachable) {
         return true;
+    }
     // Some drives claim a change at each question, so the table has the last word.
     return access.mediaChanged(cdio) > 0 && currentTocOf(access, device) != toc;
 }
@@ -97,17 +98,20 @@ Loaded OpticalDrive::load() {
 
 Loaded OpticalDrive::loadTable(DriveState state) {
     CdioHandle cdio = access_.open(device_);
-    if (!cdio)
+    if (!cdio) {
         return {nullptr, problemOf(device_, EIO)};
+    }
     RawToc toc = access_.table(cdio.get());
     std::optional<OpticalLayout> layout = OpticalLayout::of(toc);
-    if (!layout)
+    if (!layout) {
         return state == DriveState::unknown
                    ? Loaded{}
                    : Loaded{nullptr, "The drive " + device_ +
                                          " cannot read the table of contents of its disc."};
-    if (toc != toc_)
+    }
+    if (toc != toc_) {
         damage_ = std::make_shared<DamageRecord>();
+    }
     toc_ = std::move(toc);
     auto disc = makeDisc(access_, device_, std::move(cdio), toc_, *std::move(layout), damage_);
     disc_ = disc;
@@ -130,13 +134,15 @@ bool OpticalDrive::mediaPresent() {
 }
 
 void OpticalDrive::openTray() {
-    if (access_.status(device_).state != DriveState::unreachable)
+    if (access_.status(device_).state != DriveState::unreachable) {
         openTrayOf(device_);
+    }
 }
 
 void OpticalDrive::closeTray() {
-    if (access_.status(device_).state != DriveState::unreachable)
+    if (access_.status(device_).state != DriveState::unreachable) {
         closeTrayOf(device_);
+    }
 }
 
 } // namespace sonarith::disc

@@ -60,8 +60,9 @@ class OpticalDriveTest : public testing::Test {
         OpticalAccess made;
         made.status = [this](const std::string&) {
             const DriveStatus now = statuses_.front();
-            if (statuses_.size() > 1)
+            if (statuses_.size() > 1) {
                 statuses_.pop_front();
+            }
             return now;
         };
         made.open = [this](const std::string&) {
@@ -72,9 +73,11 @@ class OpticalDriveTest : public testing::Test {
             return changed_;
         };
         made.read = [this](CdIo_t* cdio, std::int64_t first, std::int64_t count, std::byte* out) {
-            for (std::int64_t sector = first; sector < first + count; ++sector)
-                if (bad_.contains(sector))
+            for (std::int64_t sector = first; sector < first + count; ++sector) {
+                if (bad_.contains(sector)) {
                     return false;
+                }
+            }
             return OpticalAccess::readAudioSectors(cdio, first, count, out);
         };
         made.pause = [this](std::chrono::milliseconds time) {

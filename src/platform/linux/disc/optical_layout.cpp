@@ -9,12 +9,14 @@ namespace {
 constexpr std::int64_t maxLeadOut = std::int64_t{100} * 60 * sectorsPerSecond;
 
 bool isSound(const RawToc& toc) {
-    if (toc.tracks.empty() || toc.tracks.size() > maxTracks)
+    if (toc.tracks.empty() || toc.tracks.size() > maxTracks) {
         return false;
+    }
     std::int64_t before = -1;
     for (const RawTrack& track : toc.tracks) {
-        if (track.start <= before)
+        if (track.start <= before) {
             return false;
+        }
         before = track.start;
     }
     return toc.leadOut > before && toc.leadOut <= maxLeadOut;
@@ -23,11 +25,13 @@ bool isSound(const RawToc& toc) {
 /// Whether a new session begins with track `index`, as far as the drive's words allow to tell: they
 /// name the last session alone, so a session of sound between two others is not seen.
 bool beginsSession(const RawToc& toc, std::size_t index) {
-    if (index == 0)
+    if (index == 0) {
         return false;
+    }
     const RawTrack& track = toc.tracks[index];
-    if (toc.lastSessionStart == track.start)
+    if (toc.lastSessionStart == track.start) {
         return true;
+    }
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
     // A disc of one session that mixes kinds has its data first, so data after audio is taken for a
@@ -42,8 +46,9 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
 } // namespace
 
 std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
-    if (!isSound(toc))
+    if (!isSound(toc)) {
         return std::nullopt;
+    }
     OpticalLayout layout;
     // With a session that is not seen the gap is taken for the first one, the longer of the two: a
     // minute too few is better than a read into the gap.
@@ -69,8 +74,9 @@ Stretch OpticalLayout::stretchAt(std::int64_t sector) const {
         const Track& track = table_.tracks[i];
         const std::int64_t end = start + track.sectors;
         if (stretch.sectors > 0) {
-            if (track.kind != stretch.kind || starts_[i] != stretch.first + stretch.sectors)
+            if (track.kind != stretch.kind || starts_[i] != stretch.first + stretch.sectors) {
                 break;
+            }
             stretch.sectors += track.sectors;
         } else if (sector >= start && sector < end) {
             stretch = {track.kind, starts_[i] + (sector - start), end - sector};

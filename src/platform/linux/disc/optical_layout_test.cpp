@@ -10,9 +10,11 @@ using enum TrackKind;
 
 std::vector<std::int64_t> lengthsOf(const std::optional<OpticalLayout>& layout) {
     std::vector<std::int64_t> lengths;
-    if (layout)
-        for (const Track& track : layout->table().tracks)
+    if (layout) {
+        for (const Track& track : layout->table().tracks) {
             lengths.push_back(track.sectors);
+        }
+    }
     return lengths;
 }
 
@@ -93,8 +95,9 @@ TEST(OpticalLayout, RefusesTablesThatNoDiscCanHave) {
     EXPECT_TRUE(OpticalLayout::of({{{audio, 0}}, 450000, 0}));
 
     RawToc crowded{{}, 1000, 0};
-    for (int i = 0; i < 99; ++i)
+    for (int i = 0; i < 99; ++i) {
         crowded.tracks.push_back({audio, i});
+    }
     EXPECT_TRUE(OpticalLayout::of(crowded));
     crowded.tracks.push_back({audio, 99});
     EXPECT_FALSE(OpticalLayout::of(crowded));

@@ -26,8 +26,9 @@ thread_local ParanoiaSectors* atWork = nullptr;
 thread_local bool gaveUp = false;
 
 void noteEvent(long /*position*/, paranoia_cb_mode_t event) {
-    if (event == PARANOIA_CB_SKIP)
+    if (event == PARANOIA_CB_SKIP) {
         gaveUp = true;
+    }
 }
 
 /// Samples come from the drive with the low byte first (MMC, READ CD).
@@ -51,10 +52,12 @@ ParanoiaSectors::ParanoiaSectors(CdioHandle cdio, SectorCommands::Command comman
 }
 
 ParanoiaSectors::~ParanoiaSectors() {
-    if (paranoia_)
+    if (paranoia_) {
         cdio_paranoia_free(paranoia_);
-    if (drive_)
+    }
+    if (drive_) {
         cdio_cddap_close_no_free_cdio(drive_);
+    }
 }
 
 // At the first read and not before, since the library tries the drive out, which takes its time.
@@ -62,10 +65,12 @@ void ParanoiaSectors::openReader() {
     triedToOpen_ = true;
     char* messages = nullptr;
     drive_ = cdio_cddap_identify_cdio(cdio_.get(), CDDA_MESSAGE_FORGETIT, &messages);
-    if (messages)
+    if (messages) {
         cdio_cddap_free_messages(messages);
-    if (!drive_)
+    }
+    if (!drive_) {
         return;
+    }
     drive_->error_retry = 0; // it tries the drive out with a read; no need to insist there
     if (cdio_cddap_open(drive_) == 0) {
         drive_->nsectors = SectorCommands::mostSectors;
@@ -83,18 +88,21 @@ void ParanoiaSectors::openReader() {
 
 void ParanoiaSectors::makeParanoia() {
     paranoia_ = cdio_paranoia_init(drive_);
-    if (!paranoia_)
+    if (!paranoia_) {
         return;
+    }
     cdio_paranoia_modeset(paranoia_, PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
     cdio_paranoia_cachemodel_size(paranoia_, cacheSectors);
 }
 
 bool ParanoiaSectors::command(std::int64_t first, std::int64_t count, std::byte* out) {
-    if (command_(first, count, out))
+    if (command_(first, count, out)) {
         return true;
+    }
     failed_ = true;
-    if (!isOver())
+    if (!isOver()) {
         gone_ = isGone_();
+    }
     return false;
 }
 
@@ -112,13 +120,15 @@ SectorOutcome ParanoiaSectors::next(ReadEffort::Plan plan, std::span<sound::Ster
     stop_ = stop;
     deadline_ = Clock::now() + plan.limit;
     failed_ = false;
-    if (!triedToOpen_)
+    if (!triedToOpen_) {
         openReader();
+    }
     const SectorOutcome outcome =
         paranoia_ && plan.effort == Effort::repair ? repair(out) : readOnce(out);
     ++next_;
-    if (gone_)
+    if (gone_) {
         return SectorOutcome::gone;
+    }
     return outcome == SectorOutcome::ok && failed_ ? SectorOutcome::repaired : outcome;
 }
 
@@ -127,10 +137,12 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     std::array<std::byte, bytesPerSector> bytes{};
     commands_.setBounds(next_, end_);
     const bool came = commands_.read(next_, 1, bytes.data()) == 1;
-    if (!came)
+    if (!came) {
         bytes.fill({});
-    for (std::size_t i = 0; i < out.size(); ++i)
+    }
+    for (std::size_t i = 0; i < out.size(); ++i) {
         out[i] = {sampleAt(&bytes[4 * i]), sampleAt(&bytes[4 * i + 2])};
+    }
     return came ? SectorOutcome::ok : SectorOutcome::damaged;
 }
 
@@ -138,10 +150,12 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
 // stands for it for sound. So it never sees such a place: it reads up to it and behind it.
 SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
     for (;;) {
-        if (bad_.contains(next_))
+        if (bad_.contains(next_)) {
             return attemptOnce(out);
-        if (repositioned_)
+        }
+        if (repositioned_) {
             position();
+        }
         atWork = this;
         gaveUp = false;
         const std::size_t badBefore = bad_.size();
@@ -149,13 +163,15 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             cdio_paranoia_read_limited(paranoia_, noteEvent, maxRetries);
         atWork = nullptr;
         if (samples) {
-            for (std::size_t i = 0; i < out.size(); ++i)
+            for (std::size_t i = 0; i < out.size(); ++i) {
                 out[i] = {samples[2 * i], samples[2 * i + 1]};
+            }
             return gaveUp ? SectorOutcome::damaged : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) // or memory is gone
+        if (isOver() || bad_.size() == badBefore) { // or memory is gone
             return attemptOnce(out);
+        }
     }
 }
 
@@ -178,8 +194,9 @@ void ParanoiaSectors::position() {
 }
 
 long ParanoiaSectors::readAudio(cdrom_drive_t* /*drive*/, void* out, lsn_t first, long count) {
-    if (!atWork)
+    if (!atWork) {
         return 0;
+    }
     if (!out) {
         atWork->readToForget(first, count);
         return count;
@@ -192,8 +209,9 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
     const std::int64_t done = commands_.read(first, count, out);
     const bool whole = done >= std::min(count, limit_ - first);
     if (!whole && !isOver() &&
-        (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_))
+        (++failures_[first + done] >= maxRetries || Clock::now() >= deadline_)) {
         bad_.insert(first + done);
+    }
     if (isOver() || bad_.contains(first + done)) {
         errno = ENOMEDIUM; // makes the library return at once
         return -1;
@@ -204,10 +222,12 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
 
 void ParanoiaSectors::readToForget(std::int64_t first, std::int64_t count) {
     std::vector<std::byte> bin(std::size_t{SectorCommands::mostSectors} * bytesPerSector);
-    for (std::int64_t done = 0; done < count; done += SectorCommands::mostSectors)
+    for (std::int64_t done = 0; done < count; done += SectorCommands::mostSectors) {
         if (commands_.read(first + done, std::min(count - done, SectorCommands::mostSectors),
-                           bin.data()) == 0)
+                           bin.data()) == 0) {
             return;
+        }
+    }
 }
 
 } // namespace sonarith::disc

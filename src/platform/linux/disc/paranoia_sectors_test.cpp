@@ -27,9 +27,10 @@ class ParanoiaSectorsTest : public testing::Test {
                   (std::string("paranoia_") + test->name() + std::to_string(::getpid()));
         std::filesystem::create_directories(folder_);
         std::mt19937 random(7); // noise, so that no two places match by chance
-        for (std::int64_t i = 0; i < imageSectors * framesPerSector; ++i)
+        for (std::int64_t i = 0; i < imageSectors * framesPerSector; ++i) {
             frames_.push_back(
                 {static_cast<std::int16_t>(random()), static_cast<std::int16_t>(random())});
+        }
         std::ofstream bin(folder_ / "disc.bin", std::ios::binary);
         bin.write(reinterpret_cast<const char*>(frames_.data()),
                   static_cast<std::streamsize>(imageSectors * bytesPerSector));
@@ -47,15 +48,19 @@ class ParanoiaSectorsTest : public testing::Test {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
         auto command = [this, raw](std::int64_t first, std::int64_t count, std::byte* out) {
-            if (++commands_ == stopAtCommand_)
+            if (++commands_ == stopAtCommand_) {
                 stop_.request_stop();
+            }
             furthest_ = std::max(furthest_, first + count);
             largest_ = std::max(largest_, count);
-            if (gone_)
+            if (gone_) {
                 return false;
-            for (std::int64_t sector = first; sector < first + count; ++sector)
-                if (bad_.contains(sector) && failed_[sector]++ < failures_)
+            }
+            for (std::int64_t sector = first; sector < first + count; ++sector) {
+                if (bad_.contains(sector) && failed_[sector]++ < failures_) {
                     return false;
+                }
+            }
             return cdio_read_audio_sectors(raw, out, static_cast<lsn_t>(first),
                                            static_cast<std::uint32_t>(count)) == DRIVER_OP_SUCCESS;
         };
@@ -142,10 +147,11 @@ TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
     std::vector<StereoFrame> out(framesPerSector);
     std::vector<std::int64_t> damaged;
     for (std::int64_t i = 55; i < 70; ++i) {
-        if (reader->next(patient, out, {}) == SectorOutcome::damaged)
+        if (reader->next(patient, out, {}) == SectorOutcome::damaged) {
             damaged.push_back(i);
-        else
+        } else {
             ASSERT_EQ(out, sector(i)) << i;
+        }
     }
     EXPECT_THAT(damaged, testing::ElementsAre(60));
     EXPECT_LT(failed_[60], 50);
@@ -164,14 +170,16 @@ TEST_F(ParanoiaSectorsTest, GivesSilenceForASingleReadThatFails) {
 }
 
 TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
-    for (std::int64_t i = 60; i < 80; ++i)
+    for (std::int64_t i = 60; i < 80; ++i) {
         bad_.insert(i);
+    }
     failures_ = INT_MAX;
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
-    for (std::int64_t i = 60; i < 80; ++i)
+    for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::damaged) << i;
+    }
     // One great command, a small one and a single one find the time over, and then a last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // Nothing of the silence that was made up is left behind.
@@ -204,8 +212,9 @@ TEST_F(ParanoiaSectorsTest, GivesNoCommandOnceItIsToStop) {
             stop_ = std::stop_source();
             commands_ = 0;
             stopAtCommand_ = command;
-            for (int i = 0; i < 4 && !stop_.stop_requested(); ++i)
+            for (int i = 0; i < 4 && !stop_.stop_requested(); ++i) {
                 static_cast<void>(reader->next(plan, out, stop_.get_token()));
+            }
             EXPECT_TRUE(stop_.stop_requested());
             EXPECT_EQ(commands_, command);
         }

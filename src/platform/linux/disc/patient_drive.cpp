@@ -21,8 +21,9 @@ struct PatientDrive::Worker {
         std::unique_lock lock(mutex);
         for (;;) {
             changed.wait(lock, [this] { return quitting || !jobs.empty(); });
-            if (quitting)
+            if (quitting) {
                 return;
+            }
             {
                 const Job job = std::move(jobs.front());
                 jobs.pop_front();
@@ -85,8 +86,9 @@ std::optional<Answer> PatientDrive::ask(std::chrono::milliseconds patience,
 }
 
 Loaded PatientDrive::load() {
-    if (loadUnanswered_ && !worker_->idle())
+    if (loadUnanswered_ && !worker_->idle()) {
         return {nullptr, noAnswer_};
+    }
     std::optional<Loaded> loaded = ask(patience_.load, &Drive::load);
     loadUnanswered_ = !loaded;
     present_ = loaded && loaded->disc;
@@ -95,8 +97,9 @@ Loaded PatientDrive::load() {
 
 bool PatientDrive::mediaPresent() {
     // Questions that pile up would all be asked one day.
-    if (worker_->idle())
+    if (worker_->idle()) {
         present_ = ask(patience_.other, &Drive::mediaPresent).value_or(present_);
+    }
     return present_;
 }
 

@@ -117,8 +117,9 @@ TEST_F(PatientDriveTest, KeepsToWhatWasKnownOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->present = false;
     device->hang();
-    for (int second = 0; second < 5; ++second)
+    for (int second = 0; second < 5; ++second) {
         EXPECT_TRUE(drive->mediaPresent());
+    }
     const std::size_t calls = device->calls().size();
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device->calls().size() > calls; }));

@@ -6,10 +6,12 @@
 namespace sonarith::disc {
 
 ReadEffort::Plan ReadEffort::plan(Duration trouble) const {
-    if (trouble < budget_)
+    if (trouble < budget_) {
         return {Effort::repair, budget_ - trouble};
-    if (trouble < 2 * budget_)
+    }
+    if (trouble < 2 * budget_) {
         return {Effort::once, 2 * budget_ - trouble};
+    }
     return {};
 }
 

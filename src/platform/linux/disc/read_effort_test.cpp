@@ -26,8 +26,9 @@ TEST(ReadEffort, HalvesTheBudgetOfABadStretchDownToItsLeast) {
     EXPECT_EQ(effort.plan(0s).limit, 2s);
     effort.finish(9s);
     EXPECT_EQ(effort.plan(0s).limit, 1s);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         effort.finish(9s);
+    }
     EXPECT_EQ(effort.plan(0s).limit, ReadEffort::leastBudget);
 }
 

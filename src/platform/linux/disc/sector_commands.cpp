@@ -25,14 +25,16 @@ bool SectorCommands::mayGoOn() const {
 
 std::int64_t SectorCommands::readSingly(std::int64_t first, std::int64_t count, std::byte* out) {
     std::int64_t done = 0;
-    while (done < count && mayGoOn() && command_(first + done, 1, out + done * bytesPerSector))
+    while (done < count && mayGoOn() && command_(first + done, 1, out + done * bytesPerSector)) {
         ++done;
+    }
     return done;
 }
 
 std::int64_t SectorCommands::read(std::int64_t first, std::int64_t count, std::byte* out) {
-    if (first < first_)
+    if (first < first_) {
         return 0;
+    }
     count = std::min(count, end_ - first);
     std::int64_t done = 0;
     while (done < count && mayGoOn()) {
@@ -46,8 +48,9 @@ std::int64_t SectorCommands::read(std::int64_t first, std::int64_t count, std::b
         } else {
             const std::int64_t single = readSingly(first + done, sectors, place);
             done += single;
-            if (single < sectors)
+            if (single < sectors) {
                 break;
+            }
         }
     }
     return done;

@@ -23,11 +23,13 @@ struct FakeSectorDrive {
 
     bool operator()(std::int64_t first, std::int64_t count, std::byte* out) {
         commands.emplace_back(first, count);
-        if (count > most)
+        if (count > most) {
             return false;
+        }
         for (std::int64_t i = 0; i < count; ++i) {
-            if (bad.contains(first + i))
+            if (bad.contains(first + i)) {
                 return false;
+            }
             out[i * bytesPerSector] = static_cast<std::byte>(first + i);
         }
         return true;
@@ -47,8 +49,9 @@ class SectorCommandsTest : public testing::Test {
     /// The numbers that stand in the first `count` sectors of the buffer.
     std::vector<int> numbers(std::int64_t count) const {
         std::vector<int> found;
-        for (std::int64_t i = 0; i < count; ++i)
+        for (std::int64_t i = 0; i < count; ++i) {
             found.push_back(static_cast<int>(buffer[static_cast<std::size_t>(i) * bytesPerSector]));
+        }
         return found;
     }
 };
