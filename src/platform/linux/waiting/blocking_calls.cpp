@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/waiting/blocking_calls.h"
+
+#include <deque>
+#include <mutex>
+
+namespace sonarith::waiting {
+
+struct BlockingCalls::Line {
+    struct Entry {
+        Call call;
+        std::shared_ptr<Completion> returned;
+    };
+
+    /// A thread's job: all calls, also those that are added meanwhile. Gives the completion of the
+    /// last one, which is not completed yet; null if none was left to do.
+    std::shared_ptr<Completion> carryOut() {
+        std::shared_ptr<Completion> before;
+        for (;;) {
+            Entry entry;
+            {
+                const std::lock_guard lock(mutex);
+                if (entries.empty()) {
+                    running = false;
+                    return before;
+                }
+                entry = std::move(entries.front());
+                entries.pop_front();
+            }
+            if (before) {
+                before->complete();
+            }
+            entry.call();
+            entry.call = nullptr; // what it owns is released before anyone learns of its end
+            before = std::move(entry.returned);
+        }
+    }
+
+    std::mutex mutex;
+    std::deque<Entry> entries;        ///< those that have not begun
+    bool running = false;             ///< a thread carries them out
+    std::shared_ptr<Completion> last; ///< of the call that was added last
+};
+
+BlockingCalls::BlockingCalls(WorkerThreads& threads, Waiting& waiting)
+    : threads_(threads), waiting_(waiting), line_(std::make_shared<Line>()) {}
+
+BlockingCalls::~BlockingCalls() {
+    // Destroyed outside of the lock: what a call owns may take its time to end.
+    std::deque<Line::Entry> dropped;
+    const std::lock_guard lock(line_->mutex);
+    dropped.swap(line_->entries);
+}
+
+bool BlockingCalls::idle() const {
+    const std::lock_guard lock(line_->mutex);
+    return !line_->running;
+}
+
+bool BlockingCalls::run(Duration bound, Call call) {
+    const auto returned = std::make_shared<Completion>();
+    bool begun = false;
+    {
+        const std::lock_guard lock(line_->mutex);
+        if (line_->running && line_->entries.size() >= mostWaiting) {
+            return false;
+        }
+        line_->entries.push_back({std::move(call), returned});
+        line_->last = returned;
+        begun = std::exchange(line_->running, true);
+    }
+    if (!begun) {
+        const auto last = std::make_shared<std::shared_ptr<Completion>>();
+        if (!threads_.run([line = line_, last] { *last = line->carryOut(); },
+                          [last] {
+                              if (*last) {
+                                  (*last)->complete();
+                              }
+                          })) {
+            const std::lock_guard lock(line_->mutex);
+            line_->entries.clear();
+            line_->running = false;
+            return false;
+        }
+    }
+    return waiting_.wait(*returned, bound) == Waiting::Outcome::done;
+}
+
+bool BlockingCalls::finish(Duration bound) {
+    std::shared_ptr<Completion> last;
+    {
+        const std::lock_guard lock(line_->mutex);
+        if (!line_->running) {
+            return true;
+        }
+        last = line_->last;
+    }
+    return waiting_.wait(*last, bound) == Waiting::Outcome::done;
+}
+
+} // namespace sonarith::waiting

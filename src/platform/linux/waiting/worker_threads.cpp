@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/waiting/worker_threads.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace sonarith::waiting {
+
+struct WorkerThreads::State {
+    struct Work {
+        Job job;
+        Job afterwards;
+    };
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::optional<Work> next; ///< for the idle thread, which has not begun it
+    bool idle = false;        ///< a thread is kept for `next`
+    bool quitting = false;
+
+    /// The body of a thread, which begins with `work`.
+    void carryOut(Work work) {
+        for (;;) {
+            work.job();
+            work.job = nullptr; // what it owns is released before anyone learns of its end
+            std::unique_lock lock(mutex);
+            const bool stays = !idle && !quitting;
+            idle = idle || stays;
+            lock.unlock();
+            work.afterwards();
+            work.afterwards = nullptr;
+            if (!stays) {
+                return;
+            }
+            lock.lock();
+            changed.wait(lock, [this] { return next || quitting; });
+            idle = false;
+            if (!next) {
+                return;
+            }
+            work = std::move(*next);
+            next.reset();
+        }
+    }
+};
+
+WorkerThreads::WorkerThreads() : state_(std::make_shared<State>()) {}
+
+WorkerThreads::~WorkerThreads() {
+    const std::lock_guard lock(state_->mutex);
+    state_->quitting = true;
+    state_->changed.notify_all();
+}
+
+bool WorkerThreads::run(Job job, Job afterwards) {
+    State::Work work{std::move(job), std::move(afterwards)};
+    {
+        const std::lock_guard lock(state_->mutex);
+        if (state_->idle && !state_->next) {
+            state_->next = std::move(work);
+            state_->changed.notify_one();
+            return true;
+        }
+    }
+    try {
+        std::thread([state = state_, first = std::move(work)]() mutable {
+            state->carryOut(std::move(first));
+        }).detach();
+        return true;
+    } catch (const std::system_error&) {
+        return false; // the system's limit of threads is reached
+    }
+}
+
+} // namespace sonarith::waiting

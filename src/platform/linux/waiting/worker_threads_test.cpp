@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/waiting/worker_threads.h"
+
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/waiting.h"
+#include "support/gate.h"
+#include "support/waiting.h"
+
+namespace sonarith::waiting {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Which threads have worked.
+class Threads {
+  public:
+    void note() {
+        const std::lock_guard lock(mutex_);
+        ids_.insert(std::this_thread::get_id());
+    }
+    std::size_t count() const {
+        const std::lock_guard lock(mutex_);
+        return ids_.size();
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::set<std::thread::id> ids_;
+};
+
+TEST(WorkerThreads, OneThreadDoesAllJobsThatAreGivenOneAfterTheOther) {
+    Threads used;
+    WorkerThreads workers;
+    for (int job = 0; job < 500; ++job) {
+        Completion done;
+        ASSERT_TRUE(workers.run([&] { used.note(); }, [&] { done.complete(); }));
+        ASSERT_TRUE(done.restFor(1h));
+    }
+    EXPECT_EQ(used.count(), 1u);
+}
+
+TEST(WorkerThreads, AJobThatHangsCostsAThreadAndHoldsUpNoOther) {
+    const auto gate = std::make_shared<fakes::Gate>();
+    const auto owned = std::make_shared<int>();
+    gate->close();
+    WorkerThreads workers;
+    ASSERT_TRUE(workers.run([gate, owned] { gate->pass(); }, [] {}));
+    gate->waitForArrivals(1);
+    Completion done;
+    ASSERT_TRUE(workers.run([] {}, [&] { done.complete(); }));
+    EXPECT_TRUE(done.restFor(1h));
+    EXPECT_EQ(owned.use_count(), 2) << "it hangs still";
+    gate->open();
+    EXPECT_TRUE(fakes::eventually([&] { return owned.use_count() == 1; }));
+}
+
+TEST(WorkerThreads, WhatTheJobOwnsIsGoneBeforeItsEndIsTold) {
+    WorkerThreads workers;
+    const auto owned = std::make_shared<int>();
+    WorkerThreads::Job job = [owned] {
+    };
+    long ownersAtItsEnd = 0;
+    Completion done;
+    ASSERT_TRUE(workers.run(std::move(job), [&] {
+        ownersAtItsEnd = owned.use_count();
+        done.complete();
+    }));
+    ASSERT_TRUE(done.restFor(1h));
+    EXPECT_EQ(ownersAtItsEnd, 1);
+}
+
+TEST(WorkerThreads, AreLeftBehindWithWhatHangs) {
+    const auto gate = std::make_shared<fakes::Gate>();
+    gate->close();
+    {
+        WorkerThreads workers;
+        ASSERT_TRUE(workers.run([gate] { gate->pass(); }, [gate] {}));
+        gate->waitForArrivals(1);
+    }
+    gate->open();
+    EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
+}
+
+} // namespace
+} // namespace sonarith::waiting
