@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "platform/qt/run_later.h"
 #include "platform/qt/twips.h"
 #include "ui/bars.h"
 #include "ui/dropped_image.h"
@@ -152,7 +153,7 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
         // After the drop has ended: reading the disc may ask a question, and whoever dropped waits.
-        QTimer::singleShot(0, this, [this, path] { onImageDropped(path); });
+        runLater(*this, [this, path] { onImageDropped(path); });
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QStyleHints>
 
+#include "platform/qt/run_later.h"
 #include "ui/popup_place.h"
 #include "ui/tree_delegate.h"
 
@@ -94,15 +95,12 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
     // A screen reader has selected the node in this widget. It gets what it means, a click, and
     // outside of its call, since a click may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
-    QMetaObject::invokeMethod(
-        this,
-        [this, chosen] {
-            showSelection();
-            if (chosen.isValid()) {
-                clickByKey({.left = true}, chosen);
-            }
-        },
-        Qt::QueuedConnection);
+    runLater(*this, [this, chosen] {
+        showSelection();
+        if (chosen.isValid()) {
+            clickByKey({.left = true}, chosen);
+        }
+    });
 }
 
 QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,

@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::array endSignals = {SIGTERM, SIGINT, SIGHUP};
 
+const QLatin1String notifierName("end request");
+
 /// Where the handler tells the event loop that a signal came; -1 while nobody listens.
 volatile std::sig_atomic_t writeEnd = -1;
 
@@ -49,6 +51,10 @@ void swallow(int readEnd) {
 
 } // namespace
 
+bool isEndRequest(const QObject& notifier) {
+    return notifier.objectName() == notifierName;
+}
+
 EndRequests::EndRequests(std::function<void()> end, std::function<void()> save) {
     sessionEnds_ = QObject::connect(
         qGuiApp, &QGuiApplication::commitDataRequest, qGuiApp,
@@ -60,6 +66,7 @@ EndRequests::EndRequests(std::function<void()> end, std::function<void()> save) 
     readEnd_ = ends[0];
     writeEnd = ends[1];
     arrived_ = std::make_unique<QSocketNotifier>(readEnd_, QSocketNotifier::Read);
+    arrived_->setObjectName(notifierName);
     QObject::connect(arrived_.get(), &QSocketNotifier::activated, arrived_.get(),
                      [readEnd = readEnd_, end = std::move(end)] {
                          swallow(readEnd);

@@ -10,6 +10,10 @@
 
 namespace sonarith {
 
+/// Whether `notifier` is the one of an EndRequests: its activation means that a signal has arrived
+/// that asks the program to end.
+[[nodiscard]] bool isEndRequest(const QObject& notifier);
+
 /// One for each process, while it lives; for the user-interface thread.
 class EndRequests {
   public:
