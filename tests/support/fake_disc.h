@@ -78,9 +78,11 @@ class FakeDrive : public disc::Drive {
     [[nodiscard]] disc::Loaded load() override {
         ++loads;
         if (trayOpen || unreadable) {
-            return {nullptr, unreadable ? "The disc cannot be read." : ""};
+            return unreadable
+                       ? disc::noDisc(disc::DeviceProblem::unreadable, "The disc cannot be read.")
+                       : disc::noDisc(disc::DeviceProblem::trayOpen);
         }
-        return {disc, ""};
+        return disc ? disc::Loaded{disc, {}} : disc::noDisc(disc::DeviceProblem::noMedium);
     }
     [[nodiscard]] bool mediaPresent() override { return disc && !trayOpen; }
     void openTray() override { trayOpen = true; }

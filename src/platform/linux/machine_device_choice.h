@@ -24,7 +24,7 @@ class MachineDeviceChoice final : public DeviceChoice {
     void setDrive(const std::string& drive) override;
     void setOutput(const std::string& name) override;
     void setSource(const std::string& name) override;
-    [[nodiscard]] std::string report() const override { return slot_.report(); }
+    [[nodiscard]] std::string report() const override { return slot_.report().text; }
 
   private:
     void applyOutput();

@@ -8,6 +8,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/sound/sample_source.h"
@@ -79,11 +80,37 @@ class Disc {
                                                   const std::stop_token& stop) = 0;
 };
 
+/// Why a drive gives no disc.
+enum class DeviceProblem {
+    none,         ///< it gives one
+    noMedium,     ///< no disc is in it
+    trayOpen,     ///< no disc is in it, and its tray is open
+    busy,         ///< it spins up, or another program uses it
+    noPermission, ///< this user may not read it
+    unreadable,   ///< what is in it cannot be read as a disc
+    hung,         ///< it does not answer
+    missing,      ///< there is no such drive or file, or it is no drive
+};
+
+/// What there is to say of a drive or its disc.
+struct DriveReport {
+    DeviceProblem kind = DeviceProblem::none;
+    /// For the user, with file, line and cause. May be empty for an empty drive, and may be given
+    /// without a problem, for a disc that can be played but not wholly.
+    std::string text = {};
+    friend bool operator==(const DriveReport&, const DriveReport&) = default;
+};
+
 /// What a drive says when it is asked for its disc.
 struct Loaded {
     std::shared_ptr<Disc> disc; ///< empty: no disc can be read
-    std::string problem; ///< why not, in words, with file, line and cause; empty: no disc in it
+    DriveReport problem;        ///< why not
 };
+
+/// The outcome of a load that found no disc.
+[[nodiscard]] inline Loaded noDisc(DeviceProblem kind, std::string text = {}) {
+    return {nullptr, {kind, std::move(text)}};
+}
 
 /// A drive, real or standing for an image file. Called by one thread at a time.
 class Drive {

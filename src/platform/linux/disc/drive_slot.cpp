@@ -64,7 +64,7 @@ struct DriveSlot::Words {
         lastRemark.clear();
     }
 
-    std::string problem;
+    DriveReport problem;
     std::mutex mutex; ///< of what stands below: a player may let go of its disc on any thread
     const SpokenDisc* disc = nullptr; ///< its remark may grow while it is read
     std::string lastRemark;           ///< of that disc, once it has gone
@@ -113,7 +113,7 @@ class DriveSlot::ReportingDrive : public Drive {
         words_->problem = loaded.problem;
         if (loaded.disc) {
             loaded.disc = std::make_shared<Words::SpokenDisc>(std::move(loaded.disc), words_);
-        } else if (loaded.problem.empty()) {
+        } else if (loaded.problem.text.empty()) {
             words_->forgetDisc();
         }
         return loaded;
@@ -142,7 +142,7 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
         if (found.empty()) {
             drive_.reset();
             words_ = std::make_shared<Words>();
-            words_->problem = "This machine has no optical drive.";
+            words_->problem = {DeviceProblem::missing, "This machine has no optical drive."};
             return nullptr;
         }
         chosen = found.front();
@@ -165,12 +165,12 @@ void DriveSlot::choiceMade() {
     }
 }
 
-std::string DriveSlot::report() const {
-    if (!words_->problem.empty()) {
+DriveReport DriveSlot::report() const {
+    if (!words_->problem.text.empty()) {
         return words_->problem;
     }
     const std::lock_guard lock(words_->mutex);
-    return words_->disc ? words_->disc->remark() : words_->lastRemark;
+    return {words_->problem.kind, words_->disc ? words_->disc->remark() : words_->lastRemark};
 }
 
 } // namespace sonarith::disc

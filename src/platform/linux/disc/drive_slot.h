@@ -43,8 +43,8 @@ class DriveSlot {
     void choiceMade();
 
     /// Why the last load of the chosen drive found no disc, or what its disc has to remark at this
-    /// moment; empty if there is nothing to say.
-    [[nodiscard]] std::string report() const;
+    /// moment.
+    [[nodiscard]] DriveReport report() const;
 
   private:
     struct Words;

@@ -60,15 +60,16 @@ TEST_F(DriveSlotTest, TakesTheFirstOpticalDriveIfNothingIsChosen) {
     optical = {"/dev/sr0", "/dev/sr1"};
     EXPECT_NE(slot.openDrive(), nullptr);
     EXPECT_THAT(made, ElementsAre("optical /dev/sr0"));
-    EXPECT_EQ(slot.report(), "");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndSaysSo) {
     EXPECT_EQ(slot.openDrive(), nullptr);
-    EXPECT_THAT(slot.report(), HasSubstr("no optical drive"));
+    EXPECT_THAT(slot.report().text, HasSubstr("no optical drive"));
+    EXPECT_EQ(slot.report().kind, DeviceProblem::missing);
     optical = {"/dev/sr0"}; // plugged in
     EXPECT_NE(slot.openDrive(), nullptr);
-    EXPECT_EQ(slot.report(), "");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 TEST_F(DriveSlotTest, TellsADeviceNodeFromAnImage) {
@@ -112,12 +113,12 @@ TEST_F(DriveSlotTest, LeavesTheTrayOfAFormerChoiceAndOfAnOpticalDriveAlone) {
 
 TEST_F(DriveSlotTest, ReportsTheProblemOfTheLastLoad) {
     configured = "/a.cue";
-    state->loaded.problem = "a.cue, line 3: no such file";
-    EXPECT_EQ(slot.openDrive()->load().problem, "a.cue, line 3: no such file");
-    EXPECT_EQ(slot.report(), "a.cue, line 3: no such file");
-    state->loaded.problem.clear();
-    EXPECT_EQ(slot.openDrive()->load().problem, "");
-    EXPECT_EQ(slot.report(), "");
+    state->loaded.problem = {DeviceProblem::unreadable, "a.cue, line 3: no such file"};
+    EXPECT_EQ(slot.openDrive()->load().problem.text, "a.cue, line 3: no such file");
+    EXPECT_EQ(slot.report().text, "a.cue, line 3: no such file");
+    state->loaded.problem = {};
+    EXPECT_EQ(slot.openDrive()->load().problem.text, "");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
@@ -125,9 +126,9 @@ TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
     const auto disc = std::make_shared<RemarkingDisc>();
     state->loaded.disc = disc;
     const Loaded loaded = slot.openDrive()->load();
-    EXPECT_EQ(slot.report(), "");
+    EXPECT_EQ(slot.report().text, "");
     disc->words = "2 sectors could not be read";
-    EXPECT_EQ(slot.report(), "2 sectors could not be read");
+    EXPECT_EQ(slot.report().text, "2 sectors could not be read");
 }
 
 TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
@@ -136,7 +137,7 @@ TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
     disc->words = "disc.bin is shorter than its table";
     state->loaded.disc = disc;
     static_cast<void>(slot.openDrive()->load());
-    EXPECT_EQ(slot.report(), "disc.bin is shorter than its table");
+    EXPECT_EQ(slot.report().text, "disc.bin is shorter than its table");
 }
 
 TEST_F(DriveSlotTest, ForgetsTheWordsOfAFormerDiscWhenTheDriveIsFoundEmpty) {
@@ -147,9 +148,9 @@ TEST_F(DriveSlotTest, ForgetsTheWordsOfAFormerDiscWhenTheDriveIsFoundEmpty) {
     Loaded former = slot.openDrive()->load();
     state->loaded = {};
     EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
-    EXPECT_EQ(slot.report(), "") << "though the former disc is still held";
+    EXPECT_EQ(slot.report().text, "") << "though the former disc is still held";
     former.disc.reset();
-    EXPECT_EQ(slot.report(), "");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
@@ -161,7 +162,7 @@ TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
     state->loaded.disc = std::make_shared<RemarkingDisc>();
     const Loaded present = slot.openDrive()->load();
     former.disc.reset();
-    EXPECT_EQ(slot.report(), "");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
@@ -169,9 +170,9 @@ TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
     const std::shared_ptr<Drive> former = slot.openDrive();
     configured = "/b.cue";
     EXPECT_NE(slot.openDrive(), nullptr);
-    state->loaded.problem = "torn";
-    EXPECT_EQ(former->load().problem, "torn");
-    EXPECT_EQ(slot.report(), "");
+    state->loaded.problem.text = "torn";
+    EXPECT_EQ(former->load().problem.text, "torn");
+    EXPECT_EQ(slot.report().text, "");
 }
 
 // In a queue each track opens the drive anew.
@@ -198,9 +199,9 @@ TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
     DriveSlot slot([] { return std::string("/dev/no-such-drive"); }, makers);
     std::vector<sound::StereoFrame> frames(10 * framesPerSector);
     EXPECT_EQ(slot.openDrive()->load().disc->read(0, frames), ReadOutcome::ok);
-    EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
+    EXPECT_THAT(slot.report().text, HasSubstr("1 sector of the disc could not be read"));
     EXPECT_EQ(slot.openDrive()->load().disc->read(45, frames), ReadOutcome::ok);
-    EXPECT_THAT(slot.report(), HasSubstr("1 sector of the disc could not be read"));
+    EXPECT_THAT(slot.report().text, HasSubstr("1 sector of the disc could not be read"));
 }
 
 TEST(DriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
@@ -221,7 +222,7 @@ TEST(DriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
     const std::shared_ptr<Drive> drive = slot.openDrive();
     ASSERT_NE(drive, nullptr);
     EXPECT_EQ(drive->load().disc, nullptr);
-    EXPECT_THAT(slot.report(), HasSubstr("disc.cue"));
+    EXPECT_THAT(slot.report().text, HasSubstr("disc.cue"));
 }
 
 } // namespace

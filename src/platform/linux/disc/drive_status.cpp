@@ -23,13 +23,24 @@ namespace {
 // The list has one short name for each drive; no machine's list comes near this.
 constexpr std::size_t maxInformationBytes = 65536;
 
-DriveStatus meaningOf(int answer, int error) {
+std::string headOf(const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string text(maxInformationBytes, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    return text;
+}
+
+} // namespace
+
+DriveStatus statusOfAnswer(int answer, int error) {
     switch (answer) {
     case CDS_DISC_OK:
         return {DriveState::loaded};
     case CDS_NO_DISC:
-    case CDS_TRAY_OPEN:
         return {DriveState::empty};
+    case CDS_TRAY_OPEN:
+        return {DriveState::trayOpen};
     case CDS_DRIVE_NOT_READY:
         return {DriveState::notReady};
     case CDS_NO_INFO:
@@ -41,16 +52,6 @@ DriveStatus meaningOf(int answer, int error) {
     }
 }
 
-std::string headOf(const char* path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string text(maxInformationBytes, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    return text;
-}
-
-} // namespace
-
 DriveStatus statusOf(const std::string& device) {
     // Without O_NONBLOCK the kernel would pull in an open tray and wait for a disc.
     const int descriptor = open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -59,28 +60,31 @@ DriveStatus statusOf(const std::string& device) {
     }
     errno = 0;
     const int answer = ioctl(descriptor, CDROM_DRIVE_STATUS, CDSL_CURRENT);
-    const DriveStatus status = meaningOf(answer, errno);
+    const DriveStatus status = statusOfAnswer(answer, errno);
     close(descriptor);
     return status;
 }
 
-std::string problemOf(const std::string& device, int error) {
+DriveReport problemOf(const std::string& device, int error) {
     switch (error) {
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return "There is no drive at " + device + ".";
+        return {DeviceProblem::missing, "There is no drive at " + device + "."};
     case EACCES:
     case EPERM:
-        return "You have no permission to use the drive " + device +
-               "; on most systems the members of the group \"cdrom\" have it.";
+        return {DeviceProblem::noPermission,
+                "You have no permission to use the drive " + device +
+                    "; on most systems the members of the group \"cdrom\" have it."};
+    case EBUSY:
+        return {DeviceProblem::busy, "The drive " + device + " is used by another program."};
     case ENOTTY:
     case EINVAL:
     case EISDIR:
-        return device + " is not an optical drive.";
+        return {DeviceProblem::missing, device + " is not an optical drive."};
     default:
-        return "The drive " + device +
-               " cannot be used: " + std::generic_category().message(error) + ".";
+        return {DeviceProblem::unreadable, "The drive " + device + " cannot be used: " +
+                                               std::generic_category().message(error) + "."};
     }
 }
 

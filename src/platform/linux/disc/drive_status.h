@@ -8,11 +8,14 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/disc/disc.h"
+
 namespace sonarith::disc {
 
 enum class DriveState {
-    loaded,      ///< a disc is in
-    empty,       ///< none is in, or the tray is open
+    loaded, ///< a disc is in
+    empty,  ///< none is in; or the tray is open, which some drives cannot tell
+    trayOpen,
     notReady,    ///< a disc may be spinning up
     unknown,     ///< the drive cannot tell
     unreachable, ///< no such device, not permitted, or no optical drive at all
@@ -23,11 +26,14 @@ struct DriveStatus {
     int error = 0; ///< errno of an unreachable drive
 };
 
+/// What the kernel's answer to CDROM_DRIVE_STATUS means; `error` is errno after it.
+[[nodiscard]] DriveStatus statusOfAnswer(int answer, int error);
+
 /// Cheap enough for every second. `device` is a device node.
 [[nodiscard]] DriveStatus statusOf(const std::string& device);
 
 /// Why a drive cannot be used, in words for the user. `error` as in DriveStatus.
-[[nodiscard]] std::string problemOf(const std::string& device, int error);
+[[nodiscard]] DriveReport problemOf(const std::string& device, int error);
 
 /// The kernel's names ("sr0") in its list of optical drives, in the order of their numbers.
 /// `information` is the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest

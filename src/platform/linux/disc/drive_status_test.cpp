@@ -2,6 +2,9 @@
 #include "platform/linux/disc/drive_status.h"
 
 #include <cerrno>
+#include <climits>
+
+#include <linux/cdrom.h>
 
 #include <gmock/gmock.h>
 
@@ -11,21 +14,58 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 TEST(DriveStatus, TellsAMissingDeviceFromSomethingThatIsNoDrive) {
     const DriveStatus missing = statusOf("/dev/no-such-drive");
     EXPECT_EQ(missing.state, DriveState::unreachable);
-    EXPECT_EQ(problemOf("/dev/no-such-drive", missing.error),
+    EXPECT_EQ(problemOf("/dev/no-such-drive", missing.error).text,
               "There is no drive at /dev/no-such-drive.");
     const DriveStatus noDrive = statusOf("/dev/null");
     EXPECT_EQ(noDrive.state, DriveState::unreachable);
-    EXPECT_EQ(problemOf("/dev/null", noDrive.error), "/dev/null is not an optical drive.");
+    EXPECT_EQ(problemOf("/dev/null", noDrive.error).text, "/dev/null is not an optical drive.");
 }
 
-TEST(DriveStatus, NamesTheGroupWhenPermissionIsMissing) {
-    EXPECT_THAT(problemOf("/dev/sr0", EACCES), HasSubstr("\"cdrom\""));
-    EXPECT_THAT(problemOf("/dev/sr0", EIO), StartsWith("The drive /dev/sr0 cannot be used: "));
+TEST(DriveStatus, TellsTheProblemsKindAndNamesTheDrive) {
+    constexpr struct {
+        int error;
+        DeviceProblem kind;
+        const char* words;
+    } rows[] = {
+        {ENOENT, DeviceProblem::missing, "no drive at"},
+        {ENODEV, DeviceProblem::missing, "no drive at"},
+        {ENXIO, DeviceProblem::missing, "no drive at"},
+        {ENOTTY, DeviceProblem::missing, "not an optical drive"},
+        {EINVAL, DeviceProblem::missing, "not an optical drive"},
+        {EISDIR, DeviceProblem::missing, "not an optical drive"},
+        {EACCES, DeviceProblem::noPermission, "group \"cdrom\""},
+        {EPERM, DeviceProblem::noPermission, "group \"cdrom\""},
+        {EBUSY, DeviceProblem::busy, "used by another program"},
+        {EIO, DeviceProblem::unreadable, "cannot be used: "},
+        {0, DeviceProblem::unreadable, "cannot be used: "},
+    };
+    for (const auto& row : rows) {
+        const DriveReport report = problemOf("/dev/sr0", row.error);
+        EXPECT_EQ(report.kind, row.kind) << row.error;
+        EXPECT_THAT(report.text, HasSubstr(row.words)) << row.error;
+        EXPECT_THAT(report.text, HasSubstr("/dev/sr0")) << row.error;
+    }
+}
+
+TEST(DriveStatus, TellsAnOpenTrayFromAnEmptyDrive) {
+    constexpr struct {
+        int answer;
+        int error;
+        DriveState state;
+    } rows[] = {
+        {CDS_DISC_OK, 0, DriveState::loaded},     {CDS_NO_DISC, 0, DriveState::empty},
+        {CDS_TRAY_OPEN, 0, DriveState::trayOpen}, {CDS_DRIVE_NOT_READY, 0, DriveState::notReady},
+        {CDS_NO_INFO, 0, DriveState::unknown},    {-1, ENOSYS, DriveState::unknown},
+        {-1, ENOMEDIUM, DriveState::unreachable},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(statusOfAnswer(row.answer, row.error).state, row.state) << row.answer;
+    }
+    EXPECT_EQ(statusOfAnswer(-1, EACCES).error, EACCES);
 }
 
 TEST(DriveStatus, ReadsTheKernelsListInTheOrderOfTheNumbers) {

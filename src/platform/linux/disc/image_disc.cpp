@@ -77,16 +77,17 @@ Result<std::vector<std::unique_ptr<ImageFile>>>
 openFiles(const fs::path& folder, std::string_view sheet, const ImageLayout& layout) {
     std::vector<std::unique_ptr<ImageFile>> files;
     for (const LayoutFile& entry : layout.files) {
-        const auto cannot = [&](const std::string& cause) {
-            return sheetError(sheet, entry.line, shown(entry.name) + " cannot be read: " + cause);
+        const auto cannot = [&](const Error& cause) {
+            return sheetError(sheet, entry.line,
+                              {cause.number, shown(entry.name) + " cannot be read: " + cause.text});
         };
         const auto path = findImageFile(folder, entry.name);
         if (!path) {
-            return cannot("there is no such file beside the image");
+            return cannot({ErrorNumber::fileNotFound, "there is no such file beside the image"});
         }
         auto file = openImageFile(*path, entry.format);
         if (!file.ok()) {
-            return cannot(file.error().text);
+            return cannot(file.error());
         }
         files.push_back(std::move(file.value()));
     }
@@ -104,7 +105,8 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     const std::string sheet = quoted.substr(1, quoted.size() - 2); // errors begin with it
     auto handle = FileHandle::open(path);
     if (!handle.ok()) {
-        return sheetError(sheet, 0, "cannot be read: " + handle.error().text);
+        return sheetError(sheet, 0,
+                          {handle.error().number, "cannot be read: " + handle.error().text});
     }
     const std::optional<std::string> text = textOf(handle.value());
     if (!text) {

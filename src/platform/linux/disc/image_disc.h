@@ -19,8 +19,9 @@ namespace sonarith::disc {
 class ImageDisc final : public Disc {
   public:
     /// Reads the sheet at `path` and opens its files. The ending ".cue" or ".toc" in any case tells
-    /// the kind of sheet, else its text does. Errors, in words with file, line and cause: whatever
-    /// keeps the disc from being played.
+    /// the kind of sheet, else its text does. Errors, in words with file, line and cause:
+    /// fileNotFound and permissionDenied for the sheet or a file that it names, any other number
+    /// for whatever else keeps the disc from being played.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }

@@ -6,16 +6,31 @@
 
 namespace sonarith::disc {
 
+namespace {
+
+DeviceProblem kindOf(ErrorNumber number) {
+    switch (number) {
+    case ErrorNumber::fileNotFound:
+        return DeviceProblem::missing;
+    case ErrorNumber::permissionDenied:
+        return DeviceProblem::noPermission;
+    default:
+        return DeviceProblem::unreadable;
+    }
+}
+
+} // namespace
+
 ImageDrive::ImageDrive(std::filesystem::path sheet) : sheet_(std::move(sheet)) {}
 
 Loaded ImageDrive::load() {
     if (tray_ == Tray::open) {
-        return {};
+        return noDisc(DeviceProblem::trayOpen);
     }
     const auto disc = ImageDisc::open(sheet_);
     loadable_ = disc.ok();
     if (!disc.ok()) {
-        return {nullptr, disc.error().text};
+        return noDisc(kindOf(disc.error().number), disc.error().text);
     }
     disc_ = disc.value();
     return {disc.value(), {}};

@@ -16,7 +16,7 @@ class ImageDrive final : public Drive {
     /// `sheet` is the path of a CUE sheet or TOC; nothing is read before `load`.
     explicit ImageDrive(std::filesystem::path sheet);
 
-    /// The image's errors in words; no disc and no problem while the tray is open.
+    /// The image's errors in words; trayOpen without words while the tray is open.
     [[nodiscard]] Loaded load() override;
     /// The tray is closed and the sheet exists; if the last load failed, what stands there now can
     /// be read again.

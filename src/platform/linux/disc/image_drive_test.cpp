@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/image_fixture.h"
+#include "support/unprivileged.h"
 
 namespace sonarith::disc {
 namespace {
@@ -48,8 +49,26 @@ TEST_F(ImageDriveTest, AnImageThatCannotBeReadIsAnEmptyDriveWithAProblem) {
     std::filesystem::remove(folder_.path("a.bin"));
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
-    EXPECT_THAT(loaded.problem, StartsWith("a.cue, line 1: \"a.bin\" cannot be read"));
+    EXPECT_THAT(loaded.problem.text, StartsWith("a.cue, line 1: \"a.bin\" cannot be read"));
     EXPECT_FALSE(drive_.mediaPresent());
+}
+
+TEST_F(ImageDriveTest, TellsTheKindOfEachProblem) {
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::none);
+    drive_.openTray();
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::trayOpen);
+    drive_.closeTray();
+    folder_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 NOISE\n");
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::unreadable);
+    writeTracks(1);
+    std::filesystem::permissions(folder_.path("a.bin"), std::filesystem::perms::none);
+    EXPECT_EQ(
+        test::runUnprivileged([this] { return static_cast<int>(drive_.load().problem.kind); }),
+        static_cast<int>(DeviceProblem::noPermission));
+    std::filesystem::remove(folder_.path("a.bin"));
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::missing);
+    std::filesystem::remove(folder_.path("a.cue"));
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::missing);
 }
 
 TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
@@ -60,7 +79,7 @@ TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
     EXPECT_TRUE(drive_.mediaPresent());
     const Loaded loaded = drive_.load();
     EXPECT_NE(loaded.disc, nullptr);
-    EXPECT_THAT(loaded.problem, IsEmpty());
+    EXPECT_THAT(loaded.problem.text, IsEmpty());
     EXPECT_TRUE(drive_.mediaPresent());
 }
 
@@ -69,7 +88,7 @@ TEST_F(ImageDriveTest, AnOpenTrayHoldsNoDiscAndHasNoProblem) {
     drive_.openTray();
     EXPECT_FALSE(drive_.mediaPresent());
     EXPECT_EQ(drive_.load().disc, nullptr);
-    EXPECT_THAT(drive_.load().problem, IsEmpty());
+    EXPECT_THAT(drive_.load().problem.text, IsEmpty());
     std::vector<sound::StereoFrame> block(588);
     EXPECT_EQ(played->read(0, block), ReadOutcome::gone);
     drive_.closeTray();

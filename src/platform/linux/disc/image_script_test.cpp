@@ -21,7 +21,7 @@ class ImageScript : public ::testing::TestWithParam<const char*> {
 TEST_P(ImageScript, MakesARampThatPlaysAsOneRun) {
     ImageDrive drive(make("--tracks 3 --sectors 200 --pause 20 --signal ramp"));
     const Loaded loaded = drive.load();
-    ASSERT_NE(loaded.disc, nullptr) << loaded.problem;
+    ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;
     EXPECT_THAT(loaded.disc->remark(), IsEmpty());
     ASSERT_EQ(loaded.disc->table().tracks.size(), 3U);
     EXPECT_EQ(loaded.disc->table().start(2), 220);
@@ -32,7 +32,7 @@ TEST_P(ImageScript, MakesARampThatPlaysAsOneRun) {
 TEST_P(ImageScript, AddsADataTrackToAnEnhancedDisc) {
     ImageDrive drive(make("--tracks 1 --sectors 20 --data 30 --signal ramp"));
     const Loaded loaded = drive.load();
-    ASSERT_NE(loaded.disc, nullptr) << loaded.problem;
+    ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;
     EXPECT_THAT(loaded.disc->remark(), IsEmpty());
     ASSERT_EQ(loaded.disc->table().tracks.size(), 2U);
     EXPECT_EQ(loaded.disc->table().tracks[1].kind, TrackKind::data);

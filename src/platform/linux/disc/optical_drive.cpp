@@ -26,7 +26,8 @@ RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
 bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
              const RawToc& toc) {
     const DriveState state = access.status(device).state;
-    if (state == DriveState::empty || state == DriveState::unreachable) {
+    if (state == DriveState::empty || state == DriveState::trayOpen ||
+        state == DriveState::unreachable) {
         return true;
     }
     // Some drives claim a change at each question, so the table has the last word.
@@ -83,12 +84,15 @@ Loaded OpticalDrive::load() {
     case DriveState::unreachable:
         return {nullptr, problemOf(device_, status.error)};
     case DriveState::notReady:
-        return {nullptr, "The drive " + device_ +
-                             " is not ready: it has tried to read its disc for a while. Try again, "
-                             "or look whether the disc is clean and lies right."};
+        return noDisc(DeviceProblem::busy,
+                      "The drive " + device_ +
+                          " is not ready: it has tried to read its disc for a while. Try again, "
+                          "or look whether the disc is clean and lies right.");
     case DriveState::empty:
+    case DriveState::trayOpen:
         toc_ = {}; // what comes next is another disc, or has perhaps been cleaned
-        return {};
+        return noDisc(status.state == DriveState::empty ? DeviceProblem::noMedium
+                                                        : DeviceProblem::trayOpen);
     case DriveState::loaded:
     case DriveState::unknown:
         break;
@@ -105,9 +109,10 @@ Loaded OpticalDrive::loadTable(DriveState state) {
     std::optional<OpticalLayout> layout = OpticalLayout::of(toc);
     if (!layout) {
         return state == DriveState::unknown
-                   ? Loaded{}
-                   : Loaded{nullptr, "The drive " + device_ +
-                                         " cannot read the table of contents of its disc."};
+                   ? noDisc(DeviceProblem::noMedium)
+                   : noDisc(DeviceProblem::unreadable,
+                            "The drive " + device_ +
+                                " cannot read the table of contents of its disc.");
     }
     if (toc != toc_) {
         damage_ = std::make_shared<DamageRecord>();
@@ -127,6 +132,7 @@ bool OpticalDrive::mediaPresent() {
     case DriveState::unknown:
         return OpticalLayout::of(currentTocOf(access_, device_)).has_value();
     case DriveState::empty:
+    case DriveState::trayOpen:
     case DriveState::unreachable:
         break;
     }

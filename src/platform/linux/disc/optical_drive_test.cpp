@@ -28,8 +28,8 @@ TEST_P(NoDrive, SaysInWordsWhyItCannotBeRead) {
     OpticalDrive drive(GetParam());
     const Loaded loaded = drive.load();
     EXPECT_EQ(loaded.disc, nullptr);
-    EXPECT_THAT(loaded.problem, HasSubstr(GetParam()));
-    EXPECT_THAT(loaded.problem,
+    EXPECT_THAT(loaded.problem.text, HasSubstr(GetParam()));
+    EXPECT_THAT(loaded.problem.text,
                 testing::AnyOf(HasSubstr("no drive at"), HasSubstr("not an optical drive")));
 }
 
@@ -105,7 +105,7 @@ class OpticalDriveTest : public testing::Test {
 
 TEST_F(OpticalDriveTest, ReadsTheTableAndTheSoundOfTheDisc) {
     const Loaded loaded = drive_.load();
-    ASSERT_NE(loaded.disc, nullptr) << loaded.problem;
+    ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;
     ASSERT_EQ(loaded.disc->table().tracks.size(), 2u);
     EXPECT_EQ(loaded.disc->table().start(2), 40);
     expectFrames(wholeLine(*loaded.disc), rampSectors(0, discSectors));
@@ -126,7 +126,7 @@ TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveSaysSo) {
     statuses_ = {{DriveState::notReady}, {DriveState::empty}};
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
-    EXPECT_EQ(loaded.problem, "");
+    EXPECT_EQ(loaded.problem.text, "");
     EXPECT_EQ(paused_, 250ms);
 }
 
@@ -134,22 +134,53 @@ TEST_F(OpticalDriveTest, SaysThatADriveDoesNotGetReady) {
     statuses_ = {{DriveState::notReady}};
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
-    EXPECT_THAT(loaded.problem, StartsWith("The drive /dev/sr0 is not ready"));
+    EXPECT_THAT(loaded.problem.text, StartsWith("The drive /dev/sr0 is not ready"));
     EXPECT_EQ(paused_, 8s);
 }
 
 TEST_F(OpticalDriveTest, TellsADiscThatCannotBeReadFromADriveThatCannotTell) {
     inDrive_ = "nothing.cue";
-    EXPECT_THAT(drive_.load().problem, StartsWith("The drive /dev/sr0 cannot be used"));
+    EXPECT_THAT(drive_.load().problem.text, StartsWith("The drive /dev/sr0 cannot be used"));
     OpticalAccess noTable = access();
     noTable.open = [](const std::string&) {
         return openCdio("/dev/null");
     };
     OpticalDrive drive("/dev/sr0", noTable);
-    EXPECT_THAT(drive.load().problem, HasSubstr("cannot read the table of contents"));
+    EXPECT_THAT(drive.load().problem.text, HasSubstr("cannot read the table of contents"));
     statuses_ = {{DriveState::unknown}};
-    EXPECT_EQ(drive.load().problem, "");
+    EXPECT_EQ(drive.load().problem.text, "");
     EXPECT_FALSE(drive.mediaPresent());
+}
+
+TEST_F(OpticalDriveTest, TellsTheKindOfEachProblem) {
+    const struct {
+        DriveStatus status;
+        DeviceProblem kind;
+    } rows[] = {
+        {{DriveState::loaded}, DeviceProblem::none},
+        {{DriveState::empty}, DeviceProblem::noMedium},
+        {{DriveState::trayOpen}, DeviceProblem::trayOpen},
+        {{DriveState::notReady}, DeviceProblem::busy},
+        {{DriveState::unreachable, EACCES}, DeviceProblem::noPermission},
+        {{DriveState::unreachable, ENXIO}, DeviceProblem::missing},
+    };
+    for (const auto& row : rows) {
+        statuses_ = {row.status};
+        EXPECT_EQ(drive_.load().problem.kind, row.kind);
+        EXPECT_EQ(drive_.mediaPresent(), row.kind == DeviceProblem::none);
+    }
+    inDrive_ = "nothing.cue";
+    statuses_ = {{DriveState::loaded}};
+    EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::unreadable);
+}
+
+TEST_F(OpticalDriveTest, ADiscIsGoneWhileTheTrayIsOpen) {
+    const auto disc = drive_.load().disc;
+    ASSERT_NE(disc, nullptr);
+    statuses_ = {{DriveState::trayOpen}};
+    bad_ = {3};
+    std::vector<sound::StereoFrame> frames(10 * framesPerSector);
+    EXPECT_EQ(disc->read(0, frames), ReadOutcome::gone);
 }
 
 TEST_F(OpticalDriveTest, AsksForTheTableIfTheDriveCannotTellWhetherADiscIsIn) {

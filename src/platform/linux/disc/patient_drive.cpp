@@ -87,12 +87,12 @@ std::optional<Answer> PatientDrive::ask(std::chrono::milliseconds patience,
 
 Loaded PatientDrive::load() {
     if (loadUnanswered_ && !worker_->idle()) {
-        return {nullptr, noAnswer_};
+        return noDisc(DeviceProblem::hung, noAnswer_);
     }
     std::optional<Loaded> loaded = ask(patience_.load, &Drive::load);
     loadUnanswered_ = !loaded;
     present_ = loaded && loaded->disc;
-    return loaded ? std::move(*loaded) : Loaded{nullptr, noAnswer_};
+    return loaded ? std::move(*loaded) : noDisc(DeviceProblem::hung, noAnswer_);
 }
 
 bool PatientDrive::mediaPresent() {

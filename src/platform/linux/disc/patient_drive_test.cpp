@@ -60,7 +60,8 @@ class HangingDrive : public Drive {
     explicit HangingDrive(std::shared_ptr<Device> device) : device_(std::move(device)) {}
     Loaded load() override {
         device_->pass("load");
-        return {device_->disc, device_->disc ? "" : "torn"};
+        return device_->disc ? Loaded{device_->disc, {}}
+                             : noDisc(DeviceProblem::unreadable, "torn");
     }
     bool mediaPresent() override {
         device_->pass("present");
@@ -95,14 +96,14 @@ TEST_F(PatientDriveTest, PassesAllOnInItsOrder) {
     drive->closeTray();
     EXPECT_THAT(device->calls(), ElementsAre("load", "present", "present", "open", "close"));
     device->disc = nullptr;
-    EXPECT_EQ(drive->load().problem, "torn");
+    EXPECT_EQ(drive->load().problem.text, "torn");
 }
 
 TEST_F(PatientDriveTest, SaysThatTheDriveDoesNotAnswerAndAsksNoFurtherUntilItDoes) {
     const auto drive = driveWith(1ms);
     device->hang();
-    EXPECT_EQ(drive->load().problem, "It does not answer.");
-    EXPECT_EQ(drive->load().problem, "It does not answer.");
+    EXPECT_EQ(drive->load().problem.text, "It does not answer.");
+    EXPECT_EQ(drive->load().problem.text, "It does not answer.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
     // The late disc was nobody's any more.

@@ -36,11 +36,15 @@ bool isLetter(char c) {
 } // namespace
 
 Error sheetError(std::string_view sheet, int line, std::string_view causeText) {
+    return sheetError(sheet, line, cause(std::string(causeText)));
+}
+
+Error sheetError(std::string_view sheet, int line, const Error& cause) {
     std::string text(sheet);
     if (line > 0) {
         text += ", line " + std::to_string(line);
     }
-    return cause(text.append(": ").append(causeText));
+    return {cause.number, text.append(": ").append(cause.text)};
 }
 
 std::string shown(std::string_view text) {

@@ -26,8 +26,10 @@ inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
 /// The longest content that any disc has room for; it keeps all sums far from overflow.
 inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
-/// The words "SHEET, line N: cause", or "SHEET: cause" for line 0.
+/// The words "SHEET, line N: cause", or "SHEET: cause" for line 0; deviceInputOutput.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);
+/// The same with the number of `cause`.
+[[nodiscard]] Error sheetError(std::string_view sheet, int line, const Error& cause);
 /// `text` in quotation marks, fit to be shown: valid UTF-8, no control characters, not too long.
 [[nodiscard]] std::string shown(std::string_view text);
 /// A length as mm:ss:ff.
