@@ -39,6 +39,19 @@ class FakeDisc : public disc::Disc {
 
     [[nodiscard]] const disc::Table& table() const override { return table_; }
     [[nodiscard]] std::string remark() const override { return remark_; }
+    [[nodiscard]] disc::Damage damageIn(std::int64_t first, std::int64_t end) const override {
+        disc::Damage damage;
+        for (const std::int64_t sector : silentSectors) {
+            damage.silent += first <= sector && sector < end ? 1 : 0;
+        }
+        for (const std::int64_t sector : guessedSectors) {
+            damage.guessed += first <= sector && sector < end ? 1 : 0;
+        }
+        return damage;
+    }
+    /// What damageIn() tells of; the sound is whole all the same.
+    std::vector<std::int64_t> silentSectors;
+    std::vector<std::int64_t> guessedSectors;
 
     /// From here on every read says that the medium is gone.
     void vanish() { vanished_ = true; }

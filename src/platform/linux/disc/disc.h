@@ -56,6 +56,13 @@ enum class ReadOutcome {
     interrupted, ///< the caller asked to stop; nothing was delivered
 };
 
+/// How many sectors were not delivered as they stand on the disc.
+struct Damage {
+    std::int64_t silent = 0;  ///< nothing of them could be read: they are silent
+    std::int64_t guessed = 0; ///< the drive's best guess stands for them
+    friend bool operator==(const Damage&, const Damage&) = default;
+};
+
 /// A disc that has been read into a drive. The table does not change while the object lives.
 class Disc {
   public:
@@ -64,6 +71,9 @@ class Disc {
     /// What a person should know of this disc though it can be played ("… is shorter than …");
     /// shown by the Devices window. Empty if there is nothing to say.
     [[nodiscard]] virtual std::string remark() const = 0;
+    /// Of the sectors of the time line from `first` up to `end`, how many were damaged when they
+    /// were read last. May be called while another thread reads.
+    [[nodiscard]] virtual Damage damageIn(std::int64_t first, std::int64_t end) const = 0;
     /// Reads whole sectors of the time line. `out` holds a multiple of framesPerSector frames, and
     /// `first` plus that many sectors never exceeds the line's end: the caller sees to both, since
     /// reading past the last sector hangs some drives. May block for as long as the device takes,

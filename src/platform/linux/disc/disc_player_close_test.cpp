@@ -22,6 +22,7 @@ class ScratchedDisc : public Disc {
   public:
     const Table& table() const override { return table_; }
     std::string remark() const override { return {}; }
+    Damage damageIn(std::int64_t, std::int64_t) const override { return {}; }
     std::atomic<int> begun = 0;
     std::atomic<int> interrupted = 0;
 

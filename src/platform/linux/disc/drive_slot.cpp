@@ -91,6 +91,9 @@ class DriveSlot::Words::SpokenDisc : public Disc {
 
     [[nodiscard]] const Table& table() const override { return disc_->table(); }
     [[nodiscard]] std::string remark() const override { return disc_->remark(); }
+    [[nodiscard]] Damage damageIn(std::int64_t first, std::int64_t end) const override {
+        return disc_->damageIn(first, end);
+    }
 
   private:
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,

@@ -40,6 +40,7 @@ class FakeDisc : public Disc {
 
     const Table& table() const override { return table_; }
     std::string remark() const override { return {}; }
+    Damage damageIn(std::int64_t, std::int64_t) const override { return {}; }
 
     /// From now on every read waits until release().
     void hold() {

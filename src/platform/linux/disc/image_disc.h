@@ -26,6 +26,9 @@ class ImageDisc final : public Disc {
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
     [[nodiscard]] std::string remark() const override { return line_.remark; }
+    [[nodiscard]] Damage damageIn(std::int64_t first, std::int64_t end) const override {
+        return {.silent = lostSectors(line_, first, end), .guessed = 0};
+    }
     /// Takes the disc out for good. May be called from another thread than `read`.
     void eject() { ejected_ = true; }
 

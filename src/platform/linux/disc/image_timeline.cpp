@@ -125,6 +125,9 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
     if (lengthUnknown) {
         // Without a place in the table the tracks after this one would change their numbers.
         sectors = shortestTrackSectors;
+        if (track.kind == TrackKind::audio) {
+            line_.lost.push_back({trackStart_, sectors * framesPerSector});
+        }
     }
     at_ = trackStart_ + sectors * framesPerSector;
     line_.table.tracks.push_back({track.kind, sectors});
@@ -159,6 +162,10 @@ void LineBuilder::addSegment(const Segment& segment) {
             line_.sound.push_back({at_, extent.present, segment.file, segment.offset});
         }
     }
+    if (segment.kind == SegmentKind::sound && segment.frames != toFileEnd &&
+        extent.present < extent.stated) {
+        line_.lost.push_back({at_ + extent.present, extent.stated - extent.present});
+    }
     at_ += extent.stated;
 }
 
@@ -191,6 +198,20 @@ std::string LineBuilder::remark() const {
 }
 
 } // namespace
+
+std::int64_t lostSectors(const ImageTimeline& line, std::int64_t first, std::int64_t end) {
+    std::int64_t sectors = 0;
+    for (const LostStretch& lost : line.lost) {
+        const std::int64_t from = std::max(first, lost.start / framesPerSector);
+        const std::int64_t to =
+            std::min(end, (lost.start + lost.frames + framesPerSector - 1) / framesPerSector);
+        if (from < to) {
+            sectors += to - from;
+            first = to; // two stretches may share a sector
+        }
+    }
+    return sectors;
+}
 
 Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                 std::span<const std::int64_t> fileBytes) {

@@ -23,11 +23,22 @@ struct SoundStretch {
     std::int64_t offset = 0; ///< in bytes, as in Segment
 };
 
+/// Sound that is stated and not there: it reads as silence.
+struct LostStretch {
+    std::int64_t start = 0; ///< on the time line, in frames
+    std::int64_t frames = 0;
+};
+
 struct ImageTimeline {
     Table table;
     std::vector<SoundStretch> sound; ///< by rising start, none overlapping another
+    std::vector<LostStretch> lost;   ///< likewise
     std::string remark;              ///< which files are shorter than stated; empty: none
 };
+
+/// How many sectors from `first` up to `end` have something of what is lost in them.
+[[nodiscard]] std::int64_t lostSectors(const ImageTimeline& line, std::int64_t first,
+                                       std::int64_t end);
 
 /// `fileBytes` holds the length of each of the layout's files: of a WAVE, of its samples. A track
 /// whose file ends early keeps its stated length; one that has no stated length and begins beyond

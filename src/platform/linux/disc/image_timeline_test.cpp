@@ -111,6 +111,26 @@ TEST(Timeline, ATornTrackKeepsItsStatedLength) {
                           "ended already"));
 }
 
+TEST(Timeline, TellsHowManySectorsOfARangeAreLost) {
+    const ImageTimeline torn = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
+    EXPECT_EQ(lostSectors(torn, 0, 900), 500) << "the rest of track 2, and all of track 3";
+    EXPECT_EQ(lostSectors(torn, 300, 600), 200);
+    EXPECT_EQ(lostSectors(torn, 0, 400), 0);
+    EXPECT_EQ(lostSectors(torn, 399, 401), 1);
+    EXPECT_EQ(lostSectors(torn, 600, 500), 0);
+    // What a sound file or a pause leaves open is meant to be silent.
+    const ImageTimeline whole =
+        tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4}).value();
+    EXPECT_EQ(lostSectors(whole, 0, 999), 0);
+    // Two pieces end and begin within one sector.
+    const ImageTimeline pieces =
+        tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
+                {2352, 0})
+            .value();
+    EXPECT_EQ(pieces.table.sectors(), 4);
+    EXPECT_EQ(lostSectors(pieces, 0, 4), 3);
+}
+
 TEST(Timeline, MissingTracksAreToldAsOneRange) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
                               "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",

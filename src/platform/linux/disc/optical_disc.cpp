@@ -6,6 +6,21 @@
 
 namespace sonarith::disc {
 
+namespace {
+
+Delivery deliveryOf(SectorOutcome outcome) {
+    switch (outcome) {
+    case SectorOutcome::guessed:
+        return Delivery::guess;
+    case SectorOutcome::silent:
+        return Delivery::silence;
+    default:
+        return Delivery::whole;
+    }
+}
+
+} // namespace
+
 OpticalDisc::OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
                          std::shared_ptr<DamageRecord> damage)
     : layout_(std::move(layout)),
@@ -21,6 +36,22 @@ std::string OpticalDisc::remark() const {
     return std::to_string(damaged) + (damaged == 1 ? " sector" : " sectors") +
            " of the disc could not be read without error; the drive's best guess, or silence, "
            "stands in the place.";
+}
+
+Damage OpticalDisc::damageIn(std::int64_t first, std::int64_t end) const {
+    Damage damage;
+    while (first < end) {
+        const Stretch stretch = layout_.stretchAt(first);
+        if (stretch.sectors <= 0) {
+            break;
+        }
+        const std::int64_t sectors = std::min(end - first, stretch.sectors);
+        const Damage part = damage_->among(stretch.first, stretch.first + sectors);
+        damage.silent += part.silent;
+        damage.guessed += part.guessed;
+        first += sectors;
+    }
+    return damage;
 }
 
 ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
@@ -61,7 +92,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         const ReadEffort::Plan plan = effort_.plan(trouble_);
         if (plan.effort == Effort::none) {
             std::ranges::fill(frames, sound::StereoFrame{});
-            damage_->note(sector);
+            damage_->note(sector, Delivery::silence);
             continue;
         }
         if (next_ != sector) {
@@ -80,9 +111,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (outcome != SectorOutcome::ok) {
             trouble_ += clock_() - begin;
         }
-        if (outcome == SectorOutcome::damaged) {
-            damage_->note(sector);
-        }
+        damage_->note(sector, deliveryOf(outcome));
     }
     return ReadOutcome::ok;
 }

@@ -18,7 +18,8 @@ namespace sonarith::disc {
 enum class SectorOutcome {
     ok,
     repaired, ///< it came whole, though not at the first attempt
-    damaged,  ///< the best guess, or silence, was delivered
+    guessed,  ///< the best guess was delivered
+    silent,   ///< nothing of it came; silence was delivered
     gone,     ///< the medium or the drive is no longer there
 };
 
@@ -46,6 +47,7 @@ class OpticalDisc : public Disc {
 
     [[nodiscard]] const Table& table() const override { return layout_.table(); }
     [[nodiscard]] std::string remark() const override;
+    [[nodiscard]] Damage damageIn(std::int64_t first, std::int64_t end) const override;
 
   private:
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
@@ -60,7 +62,7 @@ class OpticalDisc : public Disc {
     ReadEffort::Duration trouble_{0};  ///< what damaged sectors have cost in this read
     std::optional<std::int64_t> next_; ///< what sectors_ would deliver, in the drive's numbers
     bool gone_ = false;
-    const std::shared_ptr<DamageRecord> damage_; ///< read by remark() on the logic's thread
+    const std::shared_ptr<DamageRecord> damage_; ///< also read on the logic's thread
 };
 
 } // namespace sonarith::disc

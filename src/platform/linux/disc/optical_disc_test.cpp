@@ -21,6 +21,7 @@ struct SectorsState {
     std::vector<Effort> efforts;
     std::int64_t cursor = 0;
     std::int64_t badFrom = INT64_MAX; ///< sectors that come damaged
+    SectorOutcome howBad = SectorOutcome::silent;
     std::int64_t repairedFrom = INT64_MAX;
     std::int64_t goneFrom = INT64_MAX;
     ReadEffort::Duration now{0};
@@ -52,7 +53,7 @@ class FakeSectors : public AudioSectors {
         if (sector >= state_->repairedFrom) {
             return SectorOutcome::repaired;
         }
-        return sector >= state_->badFrom ? SectorOutcome::damaged : SectorOutcome::ok;
+        return sector >= state_->badFrom ? state_->howBad : SectorOutcome::ok;
     }
 
   private:
@@ -167,8 +168,8 @@ TEST_F(OpticalDiscTest, AsksNoFurtherOnceItIsToStopAndReadsOnLater) {
 
 TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
     const auto damage = std::make_shared<DamageRecord>();
-    damage->note(40);
-    damage->note(41);
+    damage->note(40, Delivery::silence);
+    damage->note(41, Delivery::guess);
     OpticalDisc again(
         *OpticalLayout::of({{{audio, 0}}, 10000, 0}), std::make_unique<FakeSectors>(drive),
         [] { return 0s; }, damage);
@@ -177,6 +178,19 @@ TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
     std::vector<StereoFrame> frames = silentSectors(3);
     EXPECT_EQ(again.read(40, frames), ReadOutcome::ok);
     EXPECT_THAT(again.remark(), testing::StartsWith("3 sectors of the disc"));
+}
+
+TEST_F(OpticalDiscTest, TellsWhichSectorsOfItsLineWereNotWhole) {
+    // The second sound track begins at 38600 of the line and at 50000 of the drive's sectors.
+    drive->badFrom = 50002;
+    EXPECT_EQ(read(38595, 10).size(), 10u * framesPerSector);
+    EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 3, .guessed = 0}));
+    EXPECT_EQ(disc.damageIn(0, 38602), Damage{});
+    EXPECT_EQ(disc.damageIn(38603, 38604), (Damage{.silent = 1, .guessed = 0}));
+    drive->howBad = SectorOutcome::guessed;
+    EXPECT_EQ(read(38602, 1).size(), 1u * framesPerSector);
+    EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 2, .guessed = 1}));
+    EXPECT_EQ(disc.damageIn(0, 999999), (Damage{.silent = 2, .guessed = 1}));
 }
 
 TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveSaysSo) {

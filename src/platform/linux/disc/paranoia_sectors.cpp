@@ -143,7 +143,7 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     for (std::size_t i = 0; i < out.size(); ++i) {
         out[i] = {sampleAt(&bytes[4 * i]), sampleAt(&bytes[4 * i + 2])};
     }
-    return came ? SectorOutcome::ok : SectorOutcome::damaged;
+    return came ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
 // The library goes on for ever over a place that cannot be read at all, and takes silence that
@@ -166,7 +166,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             for (std::size_t i = 0; i < out.size(); ++i) {
                 out[i] = {samples[2 * i], samples[2 * i + 1]};
             }
-            return gaveUp ? SectorOutcome::damaged : SectorOutcome::ok;
+            return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
         if (isOver() || bad_.size() == badBefore) { // or memory is gone

@@ -147,7 +147,7 @@ TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
     std::vector<StereoFrame> out(framesPerSector);
     std::vector<std::int64_t> damaged;
     for (std::int64_t i = 55; i < 70; ++i) {
-        if (reader->next(patient, out, {}) == SectorOutcome::damaged) {
+        if (reader->next(patient, out, {}) == SectorOutcome::silent) {
             damaged.push_back(i);
         } else {
             ASSERT_EQ(out, sector(i)) << i;
@@ -163,7 +163,7 @@ TEST_F(ParanoiaSectorsTest, GivesSilenceForASingleReadThatFails) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector, {5, 5});
-    EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::damaged);
+    EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::silent);
     EXPECT_EQ(out, std::vector<StereoFrame>(framesPerSector));
     EXPECT_EQ(reader->next(single, out, {}), SectorOutcome::ok);
     EXPECT_EQ(out, sector(61));
@@ -178,7 +178,7 @@ TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
     for (std::int64_t i = 60; i < 80; ++i) {
-        EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::damaged) << i;
+        EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
     // One great command, a small one and a single one find the time over, and then a last attempt.
     EXPECT_LE(commands_, 4 * 20);
