@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <system_error>
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -15,6 +13,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "platform/device_node.h"
 #include "platform/qt/dialog_loop.h"
 #include "platform/qt/text.h"
 #include "ui/icons.h"
@@ -34,13 +33,6 @@ QByteArray asData(const std::string& name) {
 
 std::string nameIn(const QVariant& data) {
     return data.toByteArray().toStdString();
-}
-
-/// Below /dev there are folders for ordinary files, too ("/dev/shm").
-bool namesADevice(const std::string& drive) {
-    std::error_code ignored;
-    return drive.starts_with("/dev/") &&
-           (drive.rfind('/') == 4 || std::filesystem::is_block_file(drive, ignored));
 }
 
 template <typename Widget>
