@@ -57,15 +57,15 @@ bool BlockingCalls::idle() const {
     return !line_->running;
 }
 
-bool BlockingCalls::run(Duration bound, Call call) {
+BlockingCalls::Told BlockingCalls::tell(Duration bound, Call command) {
     const auto returned = std::make_shared<Completion>();
     bool begun = false;
     {
         const std::lock_guard lock(line_->mutex);
         if (line_->running && line_->entries.size() >= mostWaiting) {
-            return false;
+            return Told::refused;
         }
-        line_->entries.push_back({std::move(call), returned});
+        line_->entries.push_back({std::move(command), returned});
         line_->last = returned;
         begun = std::exchange(line_->running, true);
     }
@@ -80,10 +80,10 @@ bool BlockingCalls::run(Duration bound, Call call) {
             const std::lock_guard lock(line_->mutex);
             line_->entries.clear();
             line_->running = false;
-            return false;
+            return Told::refused;
         }
     }
-    return waiting_.wait(*returned, bound) == Waiting::Outcome::done;
+    return waiting_.wait(*returned, bound) == Waiting::Outcome::done ? Told::done : Told::waits;
 }
 
 bool BlockingCalls::finish(Duration bound) {

@@ -40,16 +40,21 @@ class BlockingCalls {
     [[nodiscard]] auto ask(Duration bound, Question question) {
         using Answer = decltype(question());
         const auto answer = std::make_shared<std::optional<Answer>>();
-        const bool came = idle() && run(bound, [answer, question = std::move(question)]() mutable {
-                              answer->emplace(question());
-                          });
+        auto ask = [answer, question = std::move(question)]() mutable {
+            answer->emplace(question());
+        };
+        const bool came = idle() && tell(bound, std::move(ask)) == Told::done;
         return came ? std::move(*answer) : std::nullopt;
     }
 
-    /// Carries `command` out when all calls before it have returned, also after this has returned.
-    /// It waits for that within the bound; whether it was done. Not carried out if mostWaiting
-    /// commands wait already.
-    bool tell(Duration bound, Call command) { return run(bound, std::move(command)); }
+    enum class Told {
+        done,    ///< carried out
+        waits,   ///< not yet carried out, but it will be
+        refused, ///< never carried out: mostWaiting commands wait already
+    };
+    /// Carries `command` out when all calls before it have returned, also after this has returned,
+    /// and waits for that within the bound.
+    Told tell(Duration bound, Call command);
 
     /// Waits for the calls that are under way, within the bound; whether all have returned.
     [[nodiscard]] bool finish(Duration bound);
@@ -59,7 +64,6 @@ class BlockingCalls {
 
   private:
     struct Line;
-    bool run(Duration bound, Call call);
 
     WorkerThreads& threads_;
     Waiting& waiting_;

@@ -14,6 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
+using Told = BlockingCalls::Told;
 
 class BlockingCallsTest : public testing::Test {
   protected:
@@ -61,7 +62,7 @@ TEST_F(BlockingCallsTest, AreRefusedWhileOneHangs) {
 
 TEST_F(BlockingCallsTest, OfAnotherObjectGoOnWhileThoseOfOneHang) {
     state->gate.close();
-    EXPECT_FALSE(calls.tell(0ms, noting("hangs")));
+    EXPECT_EQ(calls.tell(0ms, noting("hangs")), Told::waits);
     BlockingCalls others(threads, waiting);
     EXPECT_EQ(others.ask(1h, [] { return 1; }), 1);
     state->gate.open();
@@ -70,22 +71,22 @@ TEST_F(BlockingCallsTest, OfAnotherObjectGoOnWhileThoseOfOneHang) {
 
 TEST_F(BlockingCallsTest, CarryCommandsOutInTheirOrderOnceTheyCan) {
     state->gate.close();
-    EXPECT_FALSE(calls.tell(1ms, noting("first")));
-    EXPECT_FALSE(calls.tell(1ms, noting("second")));
+    EXPECT_EQ(calls.tell(1ms, noting("first")), Told::waits);
+    EXPECT_EQ(calls.tell(1ms, noting("second")), Told::waits);
     EXPECT_THAT(done(), ElementsAre());
     state->gate.open();
-    EXPECT_TRUE(calls.tell(1h, noting("third")));
+    EXPECT_EQ(calls.tell(1h, noting("third")), Told::done);
     EXPECT_THAT(done(), ElementsAre("first", "second", "third"));
 }
 
 TEST_F(BlockingCallsTest, DoNotPileUp) {
     state->gate.close();
-    EXPECT_FALSE(calls.tell(0ms, noting("hangs")));
+    EXPECT_EQ(calls.tell(0ms, noting("hangs")), Told::waits);
     state->gate.waitForArrivals(1);
     for (std::size_t i = 0; i < BlockingCalls::mostWaiting; ++i) {
-        EXPECT_FALSE(calls.tell(0ms, noting("waits")));
+        EXPECT_EQ(calls.tell(0ms, noting("waits")), Told::waits);
     }
-    EXPECT_FALSE(calls.tell(1h, noting("one too many"))) << "at once";
+    EXPECT_EQ(calls.tell(1h, noting("one too many")), Told::refused) << "at once";
     state->gate.open();
     EXPECT_TRUE(calls.finish(1h));
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));
@@ -95,9 +96,9 @@ TEST_F(BlockingCallsTest, LeaveBehindWhatHangsAndDropWhatHasNotBegun) {
     state->gate.close();
     {
         BlockingCalls left(threads, waiting);
-        EXPECT_FALSE(left.tell(0ms, noting("hangs")));
+        EXPECT_EQ(left.tell(0ms, noting("hangs")), Told::waits);
         state->gate.waitForArrivals(1);
-        EXPECT_FALSE(left.tell(0ms, noting("waits")));
+        EXPECT_EQ(left.tell(0ms, noting("waits")), Told::waits);
     }
     state->gate.open();
     EXPECT_TRUE(fakes::eventually([&] { return state.use_count() == 1; }));

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/waiting/release_elsewhere.h"
+
+#include <gtest/gtest.h>
+
+#include "support/gate.h"
+#include "support/waiting.h"
+
+namespace sonarith::waiting {
+namespace {
+
+/// Its end waits at a gate.
+struct Slow {
+    explicit Slow(std::shared_ptr<fakes::Gate> passed) : gate(std::move(passed)) {}
+    ~Slow() { gate->pass(); }
+    Slow(const Slow&) = delete;
+    Slow& operator=(const Slow&) = delete;
+    std::shared_ptr<fakes::Gate> gate;
+};
+
+TEST(ReleasedElsewhere, HoldsUpNobodyWhenItEnds) {
+    const auto gate = std::make_shared<fakes::Gate>();
+    gate->close();
+    auto slow = releasedElsewhere(std::make_shared<Slow>(gate));
+    EXPECT_EQ(slow->gate, gate);
+    auto other = slow;
+    slow.reset();
+    EXPECT_EQ(gate->arrivals(), 0) << "it has an owner";
+    other.reset();
+    gate->waitForArrivals(1);
+    gate->open();
+    EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
+}
+
+} // namespace
+} // namespace sonarith::waiting
