@@ -20,6 +20,7 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_mouse_pointer.h"
 #include "platform/qt/qt_shell.h"
+#include "platform/qt/qt_waiting.h"
 #include "ui/devices_window.h"
 #include "ui/finder_layout.h"
 #include "ui/lazy_window.h"
@@ -36,10 +37,11 @@ using namespace sonarith;
 
 int runProgram() {
     QtEventLoop loop;
+    QtWaiting waiting;
     NoticeBoard notices;
     IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;
-    Machine machine(store, notices, {{settingsSection, decodePathKey}},
+    Machine machine(store, waiting, notices, {{settingsSection, decodePathKey}},
                     [&] { return process->settings.decodePath; });
     const auto toMachine = [&](const std::string& path) {
         return machine.toMachine(path);

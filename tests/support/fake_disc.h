@@ -88,6 +88,8 @@ class FakeDrive : public disc::Drive {
     explicit FakeDrive(std::shared_ptr<disc::Disc> inserted = nullptr)
         : disc(std::move(inserted)) {}
 
+    [[nodiscard]] disc::DriveKind kind() const override { return driveKind; }
+    [[nodiscard]] std::string name() const override { return "the drive fake"; }
     [[nodiscard]] disc::Loaded load() override {
         ++loads;
         if (trayOpen || unreadable) {
@@ -102,6 +104,7 @@ class FakeDrive : public disc::Drive {
     void closeTray() override { trayOpen = false; }
 
     std::shared_ptr<disc::Disc> disc;
+    disc::DriveKind driveKind = disc::DriveKind::optical;
     bool trayOpen = false;
     bool unreadable = false; ///< there is a disc, and its table cannot be read
     int loads = 0;

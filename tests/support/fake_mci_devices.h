@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -13,6 +14,7 @@
 
 #include "platform/linux/mci/devices.h"
 #include "support/fake_disc.h"
+#include "support/fake_notices.h"
 
 namespace sonarith::fakes {
 
@@ -54,6 +56,7 @@ class FakeTransport : public mci::Transport {
     }
     [[nodiscard]] disc::PlayerMode mode() override { return mode_; }
     [[nodiscard]] std::int64_t positionInFrames() override { return frame_; }
+    [[nodiscard]] std::chrono::milliseconds readingFor() override { return reading; }
     [[nodiscard]] bool gone() override { return isGone; }
 
     /// Lets so much sound pass, if it plays.
@@ -68,6 +71,7 @@ class FakeTransport : public mci::Transport {
     }
 
     std::vector<std::string> calls;
+    std::chrono::milliseconds reading{0};
     bool isGone = false;
 
   private:
@@ -139,6 +143,7 @@ struct FakeMachine {
     std::shared_ptr<FakeDrive> drive;   ///< a null pointer: the machine has no drive
     FakeTransport* transport = nullptr; ///< the one made last, while it lives
     RecorderState recorder;
+    test::FakeNotices notices;
 
     mci::Devices devices() {
         mci::Devices devices;
@@ -160,6 +165,7 @@ struct FakeMachine {
             std::replace(mapped.begin(), mapped.end(), '\\', '/');
             return mapped;
         };
+        devices.notices = &notices;
         return devices;
     }
 };

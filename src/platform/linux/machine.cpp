@@ -25,14 +25,16 @@ std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& sto
 
 } // namespace
 
-Machine::Machine(SettingsStore& store, Notices& notices, const std::vector<StoredPath>& storedPaths,
+Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
+                 const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
     : letters_(store, homeNamedIn(store, storedPaths)),
       paths_(letters_, mounts_),
       files_(paths_, programFolder(executableFolder(), musicFolder)),
       directories_(paths_, files_),
       destination_(std::move(destination)),
-      slot_([this] { return devices_.drive(); }),
+      slot_([this] { return devices_.drive(); },
+            disc::realDriveMakers({threads_, waiting, notices})),
       devices_(store, slot_, card_),
       cardThread_(std::make_unique<sound::SoundCardThread>(card_)),
       media_(mci::devicesOf(

@@ -25,19 +25,22 @@
 #include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "platform/linux/waiting/worker_threads.h"
 #include "platform/notices.h"
 #include "platform/settings_store.h"
+#include "platform/waiting.h"
 
 namespace sonarith {
 
 class Machine {
   public:
-    /// `store` outlives it; of its keys `storedPaths` hold paths in the logic's form. `notices`
-    /// lives until the process ends: threads that a hanging device keeps report to it.
-    /// `destination` returns the destination folder in the logic's form: recordings are made there
-    /// first, since they are saved there without being copied.
-    Machine(SettingsStore& store, Notices& notices, const std::vector<StoredPath>& storedPaths,
-            std::function<std::string()> destination);
+    /// `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in the logic's
+    /// form. `destination` returns the destination folder in that form: recordings are made there
+    /// first, since they are saved there without being copied. Devices that may hang are waited for
+    /// with `waiting`, and report to `notices`, which lives until the process ends: threads that a
+    /// hanging device keeps hold it.
+    Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
+            const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
@@ -63,6 +66,7 @@ class Machine {
   private:
     [[nodiscard]] std::vector<std::filesystem::path> recordingFolders() const;
 
+    waiting::WorkerThreads threads_;
     MountInfo mounts_;
     DriveTable letters_;
     PathMap paths_;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -122,12 +123,21 @@ struct Loaded {
     return {nullptr, {kind, std::move(text)}};
 }
 
-/// A drive, real or standing for an image file. Called by one thread at a time.
+enum class DriveKind { optical, image };
+
+/// A drive, real or standing for an image file. Called by one thread at a time, but for `kind` and
+/// `name`, which never change.
 class Drive {
   public:
     virtual ~Drive() = default;
-    /// Reads the table of what is in the drive now.
+    [[nodiscard]] virtual DriveKind kind() const = 0;
+    /// For messages, in the middle of a sentence: "the drive /dev/sr0".
+    [[nodiscard]] virtual std::string name() const = 0;
+    /// Reads the table of what is in the drive now. May take as long as the device takes.
     [[nodiscard]] virtual Loaded load() = 0;
+    /// The same for who asks again and again and must not be held up: empty while the table is
+    /// being read. A drive that cannot do that reads it at once.
+    [[nodiscard]] virtual std::optional<Loaded> loadSoon() { return load(); }
     /// Whether a disc is in the drive now. Cheap: asked once a second.
     [[nodiscard]] virtual bool mediaPresent() = 0;
     virtual void openTray() = 0;

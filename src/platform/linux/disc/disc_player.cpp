@@ -15,12 +15,15 @@ namespace sonarith::disc {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 // Four seconds ride out a drive that spins up again or reads a scratch a few times.
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
 // One read: a third of a second, and the most that a drive takes in one command.
 constexpr int sectorsPerRead = 25;
-// Longer than a sound disc takes for one read, and short enough for a person who waits for a close.
-constexpr std::chrono::milliseconds patience{500};
+// Longer than an image takes for one read. The player's question for the medium may end a playing,
+// and must not be noticed in a window: see PatientDrive::mediumMoment.
+constexpr std::chrono::milliseconds patience{5};
 
 /// Where playing from `sector` must stop: at `endSector`, or where the first data track at or
 /// after `sector` begins.
@@ -112,6 +115,13 @@ class DiscPlayer::Reader {
         return position_;
     }
 
+    std::chrono::milliseconds readingFor() const {
+        const std::lock_guard lock(mutex_);
+        return reading_ ? std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() -
+                                                                                readBegan_)
+                        : std::chrono::milliseconds{0};
+    }
+
     bool gone() const {
         const std::lock_guard lock(mutex_);
         return gone_;
@@ -179,6 +189,7 @@ class DiscPlayer::Reader {
         const std::int64_t sectors = sectorsToRead();
         const auto frames = buffer.first(static_cast<std::size_t>(sectors) * framesPerSector);
         reading_ = true;
+        readBegan_ = Clock::now();
         lock.unlock();
         const ReadOutcome outcome = disc_->read(first, frames, quit_.get_token());
         lock.lock();
@@ -201,6 +212,7 @@ class DiscPlayer::Reader {
     std::int64_t endSector_ = 0;   ///< not played any more
     std::uint64_t generation_ = 0; ///< moves on when what is being read is no longer wanted
     bool reading_ = false;         ///< the reader is inside disc_->read: needs no waking
+    Clock::time_point readBegan_;  ///< while reading_
     bool gone_ = false;
     std::stop_source quit_; ///< the player has gone
 };
@@ -240,6 +252,10 @@ PlayerMode DiscPlayer::mode() const {
 
 std::int64_t DiscPlayer::positionInFrames() const {
     return reader_->position();
+}
+
+std::chrono::milliseconds DiscPlayer::readingFor() const {
+    return reader_->readingFor();
 }
 
 bool DiscPlayer::gone() const {

@@ -3,6 +3,7 @@
 // engine pulls them, and the position is what the engine has taken. No commands are parsed here.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -42,6 +43,8 @@ class DiscPlayer : public sound::SampleSource {
     /// In frames of the disc's time line (framesPerSector to a sector): all frames before it have
     /// been taken by the engine. At the end of playing it is exactly the end sector's first frame.
     [[nodiscard]] std::int64_t positionInFrames() const;
+    /// How long the read that is under way has taken so far; 0 if none is.
+    [[nodiscard]] std::chrono::milliseconds readingFor() const;
     /// True from the moment a read said that the medium is gone.
     [[nodiscard]] bool gone() const;
 

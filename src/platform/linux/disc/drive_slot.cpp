@@ -2,14 +2,12 @@
 #include "platform/linux/disc/drive_slot.h"
 
 #include <chrono>
-#include <filesystem>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
+#include "platform/device_node.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/disc/optical_drive.h"
-#include "platform/linux/disc/patient_drive.h"
 
 namespace sonarith::disc {
 
@@ -17,39 +15,24 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A drive may spin up before its table is read, and a disk with images too. What is asked each
-// second must hold up nobody.
+// A drive may spin up before its table is read, and a disk with images too. A tray takes a few
+// seconds to move; who waits for it to close asks for the medium anyway.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
-/// A block device below /dev is a drive, and so is a name directly below /dev that is not there: a
-/// drive that was unplugged must not turn into a missing image. Other folders are not looked into,
-/// since they may lie on a server that does not answer.
-bool namesADevice(const std::string& chosen) {
-    if (!chosen.starts_with("/dev/")) {
-        return false;
-    }
-    const std::filesystem::path path(chosen);
-    std::error_code ignored;
-    if (std::filesystem::is_block_file(path, ignored)) {
-        return true;
-    }
-    return path.parent_path() == "/dev" && !std::filesystem::exists(path, ignored);
-}
-
 } // namespace
 
-DriveMakers realDriveMakers() {
+DriveMakers realDriveMakers(DriveServices services) {
     return {opticalDrives,
-            [](const std::string& device) {
-                return std::make_shared<PatientDrive>(std::make_shared<OpticalDrive>(device),
-                                                      opticalPatience,
-                                                      "The drive " + device + " does not answer.");
+            [services](const std::string& device) {
+                return std::make_shared<PatientDrive>(
+                    std::make_shared<OpticalDrive>(device), opticalPatience,
+                    "The drive " + device + " does not answer.", services);
             },
-            [](const std::string& path) {
+            [services](const std::string& path) {
                 return std::make_shared<PatientDrive>(
                     std::make_shared<ImageDrive>(path), imagePatience,
-                    path + ": the disk or server that holds it does not answer");
+                    path + ": the disk or server that holds it does not answer", services);
             }};
 }
 
@@ -111,8 +94,19 @@ class DriveSlot::ReportingDrive : public Drive {
     ReportingDrive(std::shared_ptr<Drive> drive, std::shared_ptr<Words> words)
         : drive_(std::move(drive)), words_(std::move(words)) {}
 
-    Loaded load() override {
-        Loaded loaded = drive_->load();
+    DriveKind kind() const override { return drive_->kind(); }
+    std::string name() const override { return drive_->name(); }
+    Loaded load() override { return noted(drive_->load()); }
+    std::optional<Loaded> loadSoon() override {
+        std::optional<Loaded> loaded = drive_->loadSoon();
+        return loaded ? std::optional(noted(std::move(*loaded))) : std::nullopt;
+    }
+    bool mediaPresent() override { return drive_->mediaPresent(); }
+    void openTray() override { drive_->openTray(); }
+    void closeTray() override { drive_->closeTray(); }
+
+  private:
+    Loaded noted(Loaded loaded) {
         words_->problem = loaded.problem;
         if (loaded.disc) {
             loaded.disc = std::make_shared<Words::SpokenDisc>(std::move(loaded.disc), words_);
@@ -121,11 +115,7 @@ class DriveSlot::ReportingDrive : public Drive {
         }
         return loaded;
     }
-    bool mediaPresent() override { return drive_->mediaPresent(); }
-    void openTray() override { drive_->openTray(); }
-    void closeTray() override { drive_->closeTray(); }
 
-  private:
     const std::shared_ptr<Drive> drive_;
     const std::shared_ptr<Words> words_;
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/linux/disc/disc.h"
+#include "platform/linux/disc/patient_drive.h"
 
 namespace sonarith::disc {
 
@@ -19,16 +20,15 @@ struct DriveMakers {
     std::function<std::shared_ptr<Drive>(const std::string& path)> makeImage;
 };
 
-/// The drives of this machine.
-[[nodiscard]] DriveMakers realDriveMakers();
+/// The drives of this machine. `services` outlive them.
+[[nodiscard]] DriveMakers realDriveMakers(DriveServices services);
 
 /// All members belong to the logic's thread.
 class DriveSlot {
   public:
     /// `configured` gives the choice: empty for the first optical drive that is found, a device
     /// node below /dev, or else the path of a disc image, in the machine's own form.
-    explicit DriveSlot(std::function<std::string()> configured,
-                       DriveMakers makers = realDriveMakers());
+    DriveSlot(std::function<std::string()> configured, DriveMakers makers);
     ~DriveSlot();
     DriveSlot(const DriveSlot&) = delete;
     DriveSlot& operator=(const DriveSlot&) = delete;

@@ -6,6 +6,7 @@
 #include "platform/linux/disc/fake_disc.h"
 #include "platform/linux/disc/image_fixture.h"
 #include "platform/linux/disc/optical_drive.h"
+#include "platform/silent_notices.h"
 
 namespace sonarith::disc {
 namespace {
@@ -29,6 +30,8 @@ struct FakeDriveState {
 class FakeDrive : public Drive {
   public:
     explicit FakeDrive(std::shared_ptr<FakeDriveState> state) : state_(std::move(state)) {}
+    DriveKind kind() const override { return DriveKind::optical; }
+    std::string name() const override { return "the drive"; }
     Loaded load() override { return state_->loaded; }
     bool mediaPresent() override { return !state_->open; }
     void openTray() override { state_->open = true; }
@@ -175,8 +178,17 @@ TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
     EXPECT_EQ(slot.report().text, "");
 }
 
+/// A slot with the makers of real drives.
+class RealDriveSlot : public testing::Test {
+  protected:
+    waiting::WorkerThreads threads;
+    PlainWaiting waiting;
+    SilentNotices notices;
+    DriveMakers makers = realDriveMakers({threads, waiting, notices});
+};
+
 // In a queue each track opens the drive anew.
-TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
+TEST_F(RealDriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));
     folder.write("a.cue", "FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
@@ -192,7 +204,6 @@ TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
         const bool damaged = first <= 7 && 7 < first + count;
         return !damaged && OpticalAccess::readAudioSectors(cdio, first, count, out);
     };
-    DriveMakers makers = realDriveMakers();
     makers.makeOptical = [&](const std::string& device) {
         return std::make_shared<OpticalDrive>(device, access);
     };
@@ -204,12 +215,12 @@ TEST(DriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
     EXPECT_THAT(slot.report().text, HasSubstr("1 sector of the disc could not be read"));
 }
 
-TEST(DriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
+TEST_F(RealDriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const std::string image =
         folder.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n").string();
-    DriveSlot slot([&] { return image; });
+    DriveSlot slot([&] { return image; }, makers);
     EXPECT_NE(slot.openDrive()->load().disc, nullptr);
     slot.openDrive()->openTray();
     EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
@@ -217,8 +228,8 @@ TEST(DriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
     EXPECT_NE(slot.openDrive()->load().disc, nullptr);
 }
 
-TEST(DriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
-    DriveSlot slot([] { return std::string("/no/such/folder/disc.cue"); });
+TEST_F(RealDriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
+    DriveSlot slot([] { return std::string("/no/such/folder/disc.cue"); }, makers);
     const std::shared_ptr<Drive> drive = slot.openDrive();
     ASSERT_NE(drive, nullptr);
     EXPECT_EQ(drive->load().disc, nullptr);

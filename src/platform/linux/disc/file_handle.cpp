@@ -46,6 +46,7 @@ Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     handle.bytes_ = status.st_size;
     handle.device_ = status.st_dev;
     handle.inode_ = status.st_ino;
+    handle.modified_ = status.st_mtim;
     return handle;
 }
 
@@ -53,6 +54,13 @@ bool FileHandle::stillThere() const {
     struct stat status = {};
     return ::stat(path_.c_str(), &status) == 0 && status.st_dev == device_ &&
            status.st_ino == inode_;
+}
+
+bool FileHandle::unchanged() const {
+    struct stat status = {};
+    return ::stat(path_.c_str(), &status) == 0 && status.st_dev == device_ &&
+           status.st_ino == inode_ && status.st_size == bytes_ &&
+           status.st_mtim.tv_sec == modified_.tv_sec && status.st_mtim.tv_nsec == modified_.tv_nsec;
 }
 
 std::size_t FileHandle::readAt(std::int64_t offset, std::span<std::byte> out) const {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <span>
 
@@ -24,6 +25,8 @@ class FileHandle {
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
     /// Whether its path still leads to this very file.
     [[nodiscard]] bool stillThere() const;
+    /// Whether its path still leads to this very file, and nobody has written to it.
+    [[nodiscard]] bool unchanged() const;
     /// Reads from byte `offset` on; returns how many bytes were there, fewer at the end or after an
     /// error of the device.
     [[nodiscard]] std::size_t readAt(std::int64_t offset, std::span<std::byte> out) const;
@@ -36,6 +39,7 @@ class FileHandle {
     std::int64_t bytes_ = 0;
     ::dev_t device_ = 0;
     ::ino_t inode_ = 0;
+    std::timespec modified_ = {};
 };
 
 } // namespace sonarith::disc

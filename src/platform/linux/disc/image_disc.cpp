@@ -139,6 +139,11 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
         std::move(handle.value()), std::move(files.value()), std::move(line.value())));
 }
 
+bool ImageDisc::unchanged() const {
+    return sheet_.unchanged() &&
+           std::ranges::all_of(files_, [](const auto& file) { return file->unchanged(); });
+}
+
 ReadOutcome ImageDisc::readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                    const std::stop_token& stop) {
     if (ejected_ || !sheet_.stillThere()) {

@@ -29,6 +29,9 @@ class ImageDisc final : public Disc {
     [[nodiscard]] Damage damageIn(std::int64_t first, std::int64_t end) const override {
         return {.silent = lostSectors(line_, first, end), .guessed = 0};
     }
+    /// Whether the sheet and its files are those that were opened. May be called while another
+    /// thread reads.
+    [[nodiscard]] bool unchanged() const;
     /// Takes the disc out for good. May be called from another thread than `read`.
     void eject() { ejected_ = true; }
 

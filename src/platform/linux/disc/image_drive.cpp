@@ -41,6 +41,12 @@ bool ImageDrive::mediaPresent() {
     if (tray_ == Tray::open || !std::filesystem::is_regular_file(sheet_, error)) {
         return false;
     }
+    if (const auto disc = disc_.lock(); disc && !disc->unchanged()) {
+        disc->eject();
+        disc_.reset();
+        loadable_ = false;
+        return false;
+    }
     // The sheet or its files may have been mended since.
     loadable_ = loadable_ || ImageDisc::open(sheet_).ok();
     return loadable_;

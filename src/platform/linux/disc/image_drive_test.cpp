@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/disc/image_drive.h"
 
+#include <functional>
+
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/image_fixture.h"
@@ -80,6 +82,48 @@ TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
     const Loaded loaded = drive_.load();
     EXPECT_NE(loaded.disc, nullptr);
     EXPECT_THAT(loaded.problem.text, IsEmpty());
+    EXPECT_TRUE(drive_.mediaPresent());
+}
+
+TEST_F(ImageDriveTest, AFileThatChangesUnderThePlayerTakesTheDiscOutAndPutsAnotherIn) {
+    const auto bin = folder_.path("a.bin");
+    const struct {
+        const char* what;
+        std::function<void()> change;
+    } rows[] = {
+        {"the sheet is written anew",
+         [&] {
+             writeTracks(2);
+         }},
+        {"the sound is written anew",
+         [&] {
+             folder_.writeFrames("a.bin", rampSectors(5, 31));
+         }},
+        {"the sound is replaced",
+         [&] {
+             folder_.writeFrames("new", rampSectors(9, 31));
+             std::filesystem::rename(folder_.path("new"), bin);
+         }},
+    };
+    std::vector<sound::StereoFrame> block(588);
+    for (const auto& row : rows) {
+        const auto played = drive_.load().disc;
+        ASSERT_NE(played, nullptr) << row.what;
+        EXPECT_TRUE(drive_.mediaPresent()) << row.what;
+        row.change();
+        EXPECT_FALSE(drive_.mediaPresent()) << row.what;
+        EXPECT_EQ(played->read(0, block), ReadOutcome::gone) << row.what;
+        EXPECT_TRUE(drive_.mediaPresent()) << row.what;
+    }
+    const auto played = drive_.load().disc;
+    std::filesystem::remove(bin);
+    EXPECT_FALSE(drive_.mediaPresent());
+    EXPECT_FALSE(drive_.mediaPresent()) << "the sound is deleted";
+}
+
+TEST_F(ImageDriveTest, AFileThatChangesUnderNobodyIsJustReadAnew) {
+    EXPECT_NE(drive_.load().disc, nullptr);
+    writeTracks(2);
     EXPECT_TRUE(drive_.mediaPresent());
 }
 

@@ -29,6 +29,7 @@ class RawFile final : public ImageFile {
     RawFile(FileHandle handle, std::endian order) : handle_(std::move(handle)), order_(order) {}
 
     [[nodiscard]] std::int64_t bytes() const override { return handle_.bytes(); }
+    [[nodiscard]] bool unchanged() const override { return handle_.unchanged(); }
 
     [[nodiscard]] bool read(std::int64_t offset, std::span<sound::StereoFrame> out) override {
         const auto target = std::as_writable_bytes(out);
@@ -59,6 +60,7 @@ class WaveFile final : public ImageFile {
     ~WaveFile() override { sf_close(file_); }
 
     [[nodiscard]] std::int64_t bytes() const override { return frames_ * bytesPerFrame; }
+    [[nodiscard]] bool unchanged() const override { return handle_.unchanged(); }
 
     [[nodiscard]] bool read(std::int64_t offset, std::span<sound::StereoFrame> out) override {
         const auto first = static_cast<sf_count_t>(offset / bytesPerFrame);

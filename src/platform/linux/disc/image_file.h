@@ -19,6 +19,9 @@ class ImageFile {
     virtual ~ImageFile() = default;
     /// Length of the samples in bytes (4 to a frame), as it was when the file was opened.
     [[nodiscard]] virtual std::int64_t bytes() const = 0;
+    /// Whether it is still at its path and nobody has written to it since it was opened. May be
+    /// called while another thread reads.
+    [[nodiscard]] virtual bool unchanged() const = 0;
     /// Fills `out` from byte `offset` on. False if the file is no longer at its path or does not
     /// give what it held when it was opened; `out` is then of no use.
     [[nodiscard]] virtual bool read(std::int64_t offset, std::span<sound::StereoFrame> out) = 0;

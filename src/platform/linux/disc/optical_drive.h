@@ -45,6 +45,8 @@ class OpticalDrive : public Drive {
     /// `device` is a device node; that it is there and is a drive is seen at each call.
     explicit OpticalDrive(std::string device, OpticalAccess access = {});
 
+    [[nodiscard]] DriveKind kind() const override { return DriveKind::optical; }
+    [[nodiscard]] std::string name() const override { return "the drive " + device_; }
     /// Waits for a disc that spins up, for `longestSpinUp` at the most. What could not be read of
     /// a disc is remembered for the next load, if that finds the same table.
     [[nodiscard]] Loaded load() override;

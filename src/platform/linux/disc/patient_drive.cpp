@@ -1,115 +1,169 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/disc/patient_drive.h"
 
-#include <condition_variable>
+#include <algorithm>
 #include <cstdint>
-#include <deque>
-#include <functional>
 #include <mutex>
 #include <utility>
 
+#include "platform/linux/waiting/release_elsewhere.h"
+
 namespace sonarith::disc {
 
-/// All that the thread touches, since it may outlive whoever asked. Does one job after the other.
-struct PatientDrive::Worker {
-    using Job = std::function<void(Drive&)>;
-
-    explicit Worker(std::shared_ptr<Drive> served) : drive(std::move(served)) {}
-
-    /// The body of the thread.
-    void run() {
-        std::unique_lock lock(mutex);
-        for (;;) {
-            changed.wait(lock, [this] { return quitting || !jobs.empty(); });
-            if (quitting) {
-                return;
-            }
-            {
-                const Job job = std::move(jobs.front());
-                jobs.pop_front();
-                lock.unlock();
-                job(*drive);
-            }
-            lock.lock();
-            ++done;
-            changed.notify_all();
-        }
-    }
-
-    /// Whether the job was done in time; it is done in any case.
-    bool doWithin(std::chrono::milliseconds patience, Job job) {
-        std::unique_lock lock(mutex);
-        jobs.push_back(std::move(job));
-        const std::int64_t number = ++given;
-        changed.notify_all();
-        return changed.wait_for(lock, patience, [&] { return done >= number; });
-    }
-
-    bool idle() const {
-        const std::lock_guard lock(mutex);
-        return done == given;
-    }
-
-    void quit() {
-        const std::lock_guard lock(mutex);
-        quitting = true;
-        changed.notify_all();
-    }
-
-    const std::shared_ptr<Drive> drive;
-    mutable std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<Job> jobs; ///< those that have not begun
-    std::int64_t given = 0;
-    std::int64_t done = 0;
-    bool quitting = false;
+/// What the drive has answered, to be read when it is needed.
+struct PatientDrive::Known {
+    std::mutex mutex;
+    bool present = false;
+    bool loading = false;
+    std::optional<Loaded> loaded; ///< nobody has taken it yet
+    /// Answers to questions from before the tray was opened are not wanted any more.
+    std::int64_t trayOpenings = 0;
+    std::int64_t wantedLoad = 0; ///< the number of the load whose outcome is wanted
 };
 
-PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer)
-    : patience_(patience),
+PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
+                           DriveServices services)
+    : drive_(std::move(drive)),
+      patience_(patience),
       noAnswer_(std::move(noAnswer)),
-      worker_(std::make_shared<Worker>(std::move(drive))),
-      thread_([worker = worker_] { worker->run(); }) {}
+      notices_(services.notices),
+      known_(std::make_shared<Known>()),
+      calls_(services.threads, services.waiting) {}
 
-PatientDrive::~PatientDrive() {
-    worker_->quit();
-    thread_.leave(patience_.other);
+/// Whether it has ended within the bound.
+bool PatientDrive::beginLoad(std::chrono::milliseconds bound) {
+    std::int64_t number = 0;
+    std::int64_t trayOpenings = 0;
+    {
+        const std::lock_guard lock(known_->mutex);
+        known_->loading = true;
+        known_->loaded.reset();
+        number = ++known_->wantedLoad;
+        trayOpenings = known_->trayOpenings;
+    }
+    loadBegan_ = Clock::now();
+    const auto read = [drive = drive_, known = known_, number, trayOpenings] {
+        Loaded loaded = drive->load();
+        if (loaded.disc) {
+            loaded.disc = waiting::releasedElsewhere(std::move(loaded.disc));
+        }
+        const std::lock_guard lock(known->mutex);
+        known->loading = false;
+        if (trayOpenings == known->trayOpenings) {
+            known->present = loaded.disc != nullptr;
+        }
+        if (number == known->wantedLoad) {
+            known->loaded = std::move(loaded);
+        }
+    };
+    const auto told = calls_.tell(bound, read);
+    if (told == waiting::BlockingCalls::Told::refused) {
+        const std::lock_guard lock(known_->mutex);
+        known_->loading = false;
+    }
+    return told == waiting::BlockingCalls::Told::done;
 }
 
-template <typename Answer>
-std::optional<Answer> PatientDrive::ask(std::chrono::milliseconds patience,
-                                        Answer (Drive::*question)()) {
-    auto answer = std::make_shared<std::optional<Answer>>();
-    const bool came = worker_->doWithin(
-        patience, [answer, question](Drive& drive) { *answer = (drive.*question)(); });
-    return came ? std::move(*answer) : std::nullopt;
+std::optional<Loaded> PatientDrive::takeLoaded() {
+    const std::lock_guard lock(known_->mutex);
+    return std::exchange(known_->loaded, std::nullopt);
 }
 
 Loaded PatientDrive::load() {
-    if (loadUnanswered_ && !worker_->idle()) {
-        return noDisc(DeviceProblem::hung, noAnswer_);
+    sayThatItAnswers();
+    bool underWay = false;
+    {
+        const std::lock_guard lock(known_->mutex);
+        underWay = known_->loading;
     }
-    std::optional<Loaded> loaded = ask(patience_.load, &Drive::load);
+    bool answers = true;
+    std::optional<Loaded> loaded;
+    if (underWay) {
+        answers = !loadUnanswered_ && calls_.finish(patience_.load);
+        loaded = answers ? takeLoaded() : std::nullopt;
+    }
+    if (answers && !loaded) {
+        loaded = beginLoad(patience_.load) ? takeLoaded() : std::nullopt;
+    }
     loadUnanswered_ = !loaded;
-    present_ = loaded && loaded->disc;
-    return loaded ? std::move(*loaded) : noDisc(DeviceProblem::hung, noAnswer_);
+    if (loaded) {
+        return std::move(*loaded);
+    }
+    {
+        const std::lock_guard lock(known_->mutex);
+        ++known_->wantedLoad;
+        known_->loaded.reset();
+        known_->present = false;
+    }
+    sayThatItHangs();
+    return noDisc(DeviceProblem::hung, noAnswer_);
+}
+
+std::optional<Loaded> PatientDrive::loadSoon() {
+    sayThatItAnswers();
+    bool begins = false;
+    {
+        const std::lock_guard lock(known_->mutex);
+        begins = !known_->loading && !known_->loaded;
+    }
+    if (begins) {
+        loadUnanswered_ = false;
+        (void)beginLoad(tableMoment);
+    }
+    std::optional<Loaded> loaded = takeLoaded();
+    if (!loaded && Clock::now() - loadBegan_ >= patience_.load) {
+        sayThatItHangs();
+    }
+    return loaded;
 }
 
 bool PatientDrive::mediaPresent() {
+    sayThatItAnswers();
     // Questions that pile up would all be asked one day.
-    if (worker_->idle()) {
-        present_ = ask(patience_.other, &Drive::mediaPresent).value_or(present_);
+    if (calls_.idle()) {
+        std::int64_t trayOpenings = 0;
+        {
+            const std::lock_guard lock(known_->mutex);
+            trayOpenings = known_->trayOpenings;
+        }
+        calls_.tell(mediumMoment, [drive = drive_, known = known_, trayOpenings] {
+            const bool present = drive->mediaPresent();
+            const std::lock_guard lock(known->mutex);
+            if (trayOpenings == known->trayOpenings) {
+                known->present = present;
+            }
+        });
     }
-    return present_;
+    const std::lock_guard lock(known_->mutex);
+    return known_->present;
 }
 
 void PatientDrive::openTray() {
-    present_ = false;
-    worker_->doWithin(patience_.other, [](Drive& drive) { drive.openTray(); });
+    {
+        const std::lock_guard lock(known_->mutex);
+        ++known_->trayOpenings;
+        ++known_->wantedLoad;
+        known_->loaded.reset();
+        known_->present = false;
+    }
+    calls_.tell(patience_.other, [drive = drive_] { drive->openTray(); });
 }
 
 void PatientDrive::closeTray() {
-    worker_->doWithin(patience_.other, [](Drive& drive) { drive.closeTray(); });
+    calls_.tell(patience_.other, [drive = drive_] { drive->closeTray(); });
+}
+
+void PatientDrive::sayThatItHangs() {
+    if (!calls_.idle() && !std::exchange(saidThatItHangs_, true)) {
+        notices_.report({noAnswer_, name()});
+    }
+}
+
+void PatientDrive::sayThatItAnswers() {
+    if (saidThatItHangs_ && calls_.idle()) {
+        saidThatItHangs_ = false;
+        notices_.settled(name(), "It answers again: " + name() + ".");
+    }
 }
 
 } // namespace sonarith::disc

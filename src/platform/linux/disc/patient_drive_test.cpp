@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/fake_disc.h"
+#include "support/fake_notices.h"
+#include "support/gate.h"
 #include "support/waiting.h"
 
 namespace sonarith::disc {
@@ -58,6 +60,8 @@ class Device {
 class HangingDrive : public Drive {
   public:
     explicit HangingDrive(std::shared_ptr<Device> device) : device_(std::move(device)) {}
+    DriveKind kind() const override { return DriveKind::optical; }
+    std::string name() const override { return "the drive /dev/sr7"; }
     Loaded load() override {
         device_->pass("load");
         return device_->disc ? Loaded{device_->disc, {}}
@@ -79,16 +83,50 @@ class PatientDriveTest : public testing::Test {
     /// A drive that is waited for as long as it takes while it answers, and hardly at all when the
     /// test lets it hang.
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
-        return std::make_unique<PatientDrive>(std::make_shared<HangingDrive>(device),
-                                              PatientDrive::Patience{patience, patience},
-                                              "It does not answer.");
+        return std::make_unique<PatientDrive>(
+            std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
+            "It does not answer.", DriveServices{threads, waiting, notices});
     }
+    /// Whether the disc that was left in a load nobody wanted any more has been dropped.
+    bool discIsDropped() {
+        return fakes::eventually([this] { return device->disc.use_count() == 1; });
+    }
+    waiting::WorkerThreads threads;
+    PlainWaiting waiting;
+    test::FakeNotices notices;
     std::shared_ptr<Device> device = std::make_shared<Device>();
 };
 
+/// Notes how long it was to wait, and rests hardly at all.
+class NotingWaiting final : public Waiting {
+  public:
+    Outcome wait(const Completion& completion, Duration bound) override {
+        bounds.push_back(bound);
+        return completion.restFor(1ms) ? Outcome::done : Outcome::late;
+    }
+    std::vector<Duration> bounds;
+};
+
+TEST_F(PatientDriveTest, WaitsForAMomentOnlyWhenItIsAskedEachSecond) {
+    NotingWaiting noting;
+    PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not answer.",
+                       DriveServices{threads, noting, notices});
+    device->hang();
+    EXPECT_FALSE(drive.mediaPresent());
+    EXPECT_FALSE(drive.mediaPresent());
+    EXPECT_EQ(drive.loadSoon(), std::nullopt);
+    EXPECT_EQ(drive.loadSoon(), std::nullopt);
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a drive that is busy is not asked";
+    EXPECT_LE(PatientDrive::mediumMoment + PatientDrive::tableMoment, Waiting::plainMoment);
+    EXPECT_EQ(drive.load().disc, nullptr);
+    drive.openTray();
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms, 20s, 2s));
+    device->recover();
+}
+
 TEST_F(PatientDriveTest, PassesAllOnInItsOrder) {
     const auto drive = driveWith(1h);
-    EXPECT_EQ(drive->load().disc, device->disc);
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get());
     EXPECT_TRUE(drive->mediaPresent());
     device->present = false;
     EXPECT_FALSE(drive->mediaPresent());
@@ -102,15 +140,15 @@ TEST_F(PatientDriveTest, PassesAllOnInItsOrder) {
 TEST_F(PatientDriveTest, SaysThatTheDriveDoesNotAnswerAndAsksNoFurtherUntilItDoes) {
     const auto drive = driveWith(1ms);
     device->hang();
-    EXPECT_EQ(drive->load().problem.text, "It does not answer.");
+    EXPECT_EQ(drive->load().problem, (DriveReport{DeviceProblem::hung, "It does not answer."}));
     EXPECT_EQ(drive->load().problem.text, "It does not answer.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
     // The late disc was nobody's any more.
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
-    EXPECT_EQ(device->disc.use_count(), 1);
+    EXPECT_TRUE(discIsDropped());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
-    EXPECT_TRUE(fakes::eventually([&] { return drive->load().disc == device->disc; }));
+    EXPECT_TRUE(fakes::eventually([&] { return drive->load().disc.get() == device->disc.get(); }));
 }
 
 TEST_F(PatientDriveTest, KeepsToWhatWasKnownOfTheMediumWhileTheDriveHangs) {
@@ -151,6 +189,122 @@ TEST_F(PatientDriveTest, LeavesBehindWhatHangs) {
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
     EXPECT_THAT(device->calls(), ElementsAre("load")) << "nobody waits for the rest any more";
+}
+
+TEST_F(PatientDriveTest, LoadsWithoutHoldingUpWhoAsksAgainAndAgain) {
+    const auto drive = driveWith(1h);
+    device->hang();
+    for (int second = 0; second < 3; ++second) {
+        EXPECT_EQ(drive->loadSoon(), std::nullopt);
+        EXPECT_FALSE(drive->mediaPresent());
+    }
+    device->recover();
+    std::optional<Loaded> loaded;
+    EXPECT_TRUE(fakes::eventually([&] { return (loaded = drive->loadSoon()).has_value(); }));
+    EXPECT_EQ(loaded->disc.get(), device->disc.get());
+    EXPECT_TRUE(drive->mediaPresent());
+    EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
+    EXPECT_TRUE(fakes::eventually([&] { return drive->loadSoon().has_value(); })) << "once more";
+    EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
+}
+
+/// Lets the device go on once somebody waits for it for long.
+class RecoveringWaiting final : public Waiting {
+  public:
+    explicit RecoveringWaiting(Device& device) : device_(device) {}
+    Outcome wait(const Completion& completion, Duration bound) override {
+        if (bound <= plainMoment) {
+            return Outcome::late;
+        }
+        device_.recover();
+        return completion.restFor(bound) ? Outcome::done : Outcome::late;
+    }
+
+  private:
+    Device& device_;
+};
+
+TEST_F(PatientDriveTest, ALoadWaitsForTheOneThatIsUnderWay) {
+    RecoveringWaiting recovering(*device);
+    PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
+                       DriveServices{threads, recovering, notices});
+    device->hang();
+    EXPECT_EQ(drive.loadSoon(), std::nullopt);
+    EXPECT_EQ(drive.load().disc.get(), device->disc.get());
+    EXPECT_THAT(device->calls(), ElementsAre("load"));
+}
+
+TEST_F(PatientDriveTest, ALoadReadsTheDiscAnewThoughOneWasLeftUntaken) {
+    const auto drive = driveWith(1h);
+    device->hang();
+    EXPECT_EQ(drive->loadSoon(), std::nullopt);
+    device->recover();
+    EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
+    EXPECT_NE(drive->load().disc, nullptr);
+    EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
+}
+
+TEST_F(PatientDriveTest, ADiscThatIsStillBeingReadWhenTheTrayOpensIsNotGiven) {
+    const auto drive = driveWith(1h);
+    device->hang();
+    EXPECT_EQ(drive->loadSoon(), std::nullopt);
+    device->present = false;
+    device->recover();
+    drive->openTray();
+    EXPECT_FALSE(drive->mediaPresent());
+    EXPECT_TRUE(discIsDropped());
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "it is read anew";
+}
+
+TEST_F(PatientDriveTest, SaysOnceThatTheDriveHangsAndOnceThatItAnswersAgain) {
+    const auto drive = driveWith(1ms);
+    device->hang();
+    EXPECT_EQ(drive->load().disc, nullptr);
+    EXPECT_EQ(drive->load().disc, nullptr);
+    EXPECT_THAT(notices.texts(), ElementsAre("It does not answer."));
+    device->recover();
+    EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
+    EXPECT_TRUE(fakes::eventually([&] {
+        static_cast<void>(drive->mediaPresent());
+        return notices.texts().size() == 2;
+    }));
+    EXPECT_EQ(notices.texts().back(),
+              "settled the drive /dev/sr7: It answers again: the drive /dev/sr7.");
+}
+
+TEST_F(PatientDriveTest, SaysThatTheDriveHangsToWhoAsksAgainAndAgain) {
+    const auto drive = driveWith(1ms);
+    device->hang();
+    EXPECT_TRUE(fakes::eventually([&] {
+        EXPECT_EQ(drive->loadSoon(), std::nullopt);
+        return !notices.texts().empty();
+    }));
+    EXPECT_THAT(notices.texts(), ElementsAre("It does not answer."));
+    device->recover();
+}
+
+/// Ends no disc until it may.
+class StickyDisc : public FakeDisc {
+  public:
+    explicit StickyDisc(std::shared_ptr<fakes::Gate> gate)
+        : FakeDisc(std::vector<Track>(1)), gate_(std::move(gate)) {}
+    ~StickyDisc() override { gate_->pass(); }
+
+  private:
+    std::shared_ptr<fakes::Gate> gate_;
+};
+
+TEST_F(PatientDriveTest, ADiscWhoseFileHangsWhenItIsClosedHoldsUpNobody) {
+    const auto gate = std::make_shared<fakes::Gate>();
+    gate->close();
+    device->disc = std::make_shared<StickyDisc>(gate);
+    const auto drive = driveWith(1h);
+    std::shared_ptr<Disc> disc = drive->load().disc;
+    device->disc.reset();
+    disc.reset();
+    gate->waitForArrivals(1);
+    gate->open();
+    EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
 }
 
 } // namespace

@@ -50,6 +50,10 @@ std::int64_t CardTransport::positionInFrames() {
     return player_->positionInFrames();
 }
 
+std::chrono::milliseconds CardTransport::readingFor() {
+    return player_->readingFor();
+}
+
 bool CardTransport::gone() {
     return player_->gone();
 }

@@ -29,6 +29,7 @@ class CardTransport : public Transport {
     void seek(std::int64_t sector) override;
     [[nodiscard]] disc::PlayerMode mode() override;
     [[nodiscard]] std::int64_t positionInFrames() override;
+    [[nodiscard]] std::chrono::milliseconds readingFor() override;
     [[nodiscard]] bool gone() override;
 
   private:

@@ -8,11 +8,6 @@ namespace {
 
 using disc::PlayerMode;
 
-/// How often a disc that is there but cannot be read is tried before it counts as none until it is
-/// taken out. A drive may need a second try while it spins up; each may block for as long as the
-/// drive takes, and the player asks once a second.
-constexpr int maxLoadTries = 3;
-
 std::string truth(bool value) {
     return value ? "true" : "false";
 }
@@ -20,9 +15,7 @@ std::string truth(bool value) {
 } // namespace
 
 CdDevice::CdDevice(std::shared_ptr<disc::Drive> drive, const Devices& devices)
-    : drive_(std::move(drive)), makeTransport_(devices.transport) {
-    load();
-}
+    : medium_(std::move(drive), devices) {}
 
 Reply CdDevice::run(const Command& command) {
     switch (command.verb) {
@@ -50,10 +43,10 @@ Reply CdDevice::run(const Command& command) {
         return resume();
     }
     // Pausing or stopping what does not play is no failure: it is as quiet as was asked for.
-    if (transport_ && command.verb == Verb::stop) {
-        transport_->stop();
-    } else if (transport_ && transport_->mode() == PlayerMode::playing) {
-        transport_->pause();
+    if (command.verb == Verb::stop) {
+        medium_.stop();
+    } else if (medium_.mode() == PlayerMode::playing) {
+        medium_.pause();
     }
     return done();
 }
@@ -67,7 +60,7 @@ Reply CdDevice::info(const Command& command) {
     if (arguments.value.empty()) {
         return MciError::missingParameter;
     }
-    const disc::Disc* disc = loadedDisc();
+    const disc::Disc* disc = medium_.disc();
     return disc ? Reply(disc::identityOf(disc->table())) : MciError::deviceNotReady;
 }
 
@@ -89,16 +82,11 @@ Reply CdDevice::set(const Command& command) {
     if (door && doorState != "open" && doorState != "closed") {
         return MciError::badConstant;
     }
+    if (door && !(doorState == "open" ? medium_.openTray() : medium_.closeTray())) {
+        return MciError::deviceNotReady;
+    }
     if (format) {
         format_ = *timeFormatNamed(*format);
-    }
-    if (doorState == "open") {
-        release();
-        drive_->openTray();
-        doorOpened_ = true;
-    } else if (doorState == "closed") {
-        drive_->closeTray();
-        doorOpened_ = false;
     }
     return done();
 }
@@ -124,6 +112,7 @@ Reply CdDevice::status(const Command& command) {
 }
 
 Reply CdDevice::deviceStatus(std::string_view item) {
+    medium_.watch();
     if (item == "type") {
         return MciError::missingParameter; // the type is that of a track, and none is named
     }
@@ -131,9 +120,9 @@ Reply CdDevice::deviceStatus(std::string_view item) {
         return std::string(nameOf(format_));
     }
     if (item == "media present") {
-        return truth(mediaPresent());
+        return truth(medium_.present());
     }
-    const disc::Disc* disc = loadedDisc();
+    const disc::Disc* disc = medium_.disc();
     if (item == "mode") {
         return std::string(mode());
     }
@@ -164,7 +153,7 @@ Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
     if (!track.ok()) {
         return track.error;
     }
-    const disc::Disc* disc = loadedDisc();
+    const disc::Disc* disc = medium_.disc();
     if (!disc) {
         return MciError::deviceNotReady;
     }
@@ -192,7 +181,7 @@ Reply CdDevice::play(const Command& command) {
     if (!arguments.ok()) {
         return arguments.error;
     }
-    const disc::Disc* disc = loadedDisc();
+    const disc::Disc* disc = medium_.disc();
     if (!disc) {
         return MciError::deviceNotReady;
     }
@@ -210,25 +199,24 @@ Reply CdDevice::play(const Command& command) {
         return MciError::outOfRange;
     }
     // What is under way to the same end goes on from its very sample, not from its sector's start.
-    if (!from && end.value == playEnd_ && transport().mode() != PlayerMode::stopped) {
+    if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }
     const auto track = static_cast<std::size_t>(table.trackAt(first.value) - 1);
     if (table.tracks[track].kind == disc::TrackKind::data) {
         return MciError::dataTrack;
     }
-    transport().play(first.value, end.value);
-    playEnd_ = end.value;
+    medium_.play(first.value, end.value);
     return done();
 }
 
 Reply CdDevice::resume() {
-    const PlayerMode current = transport_ ? transport_->mode() : PlayerMode::stopped;
+    const PlayerMode current = medium_.mode();
     if (current == PlayerMode::stopped) {
         return MciError::nonapplicableFunction;
     }
     if (current == PlayerMode::paused) {
-        transport_->resume();
+        medium_.resume();
     }
     return done();
 }
@@ -243,7 +231,7 @@ Reply CdDevice::seek(const Command& command) {
     if (!to) {
         return MciError::missingParameter;
     }
-    const disc::Disc* disc = loadedDisc();
+    const disc::Disc* disc = medium_.disc();
     if (!disc) {
         return MciError::deviceNotReady;
     }
@@ -255,53 +243,15 @@ Reply CdDevice::seek(const Command& command) {
     if (!sector.ok()) {
         return sector.error;
     }
-    transport().seek(sector.value);
+    medium_.seek(sector.value);
     return done();
 }
 
-disc::Disc* CdDevice::loadedDisc() {
-    if (disc_) {
-        return disc_.get();
+std::string_view CdDevice::mode() const {
+    if (!medium_.loaded()) {
+        return medium_.trayOpened() ? "open" : "not ready";
     }
-    if (!drive_->mediaPresent()) {
-        failedLoads_ = 0;
-    } else if (failedLoads_ < maxLoadTries) {
-        load();
-    }
-    return disc_.get();
-}
-
-void CdDevice::load() {
-    disc_ = drive_->load().disc;
-    if (disc_ && disc_->table().tracks.empty()) {
-        disc_.reset(); // nothing on it that a command could name
-    }
-    if (disc_) {
-        doorOpened_ = false;
-    } else {
-        ++failedLoads_;
-    }
-}
-
-void CdDevice::release() {
-    transport_.reset();
-    disc_.reset();
-    failedLoads_ = 0;
-}
-
-bool CdDevice::mediaPresent() {
-    // A disc that was changed between two questions shows in that the old one cannot be read.
-    if (!drive_->mediaPresent() || (transport_ && transport_->gone())) {
-        release();
-    }
-    return loadedDisc() != nullptr;
-}
-
-std::string_view CdDevice::mode() {
-    if (!disc_) {
-        return doorOpened_ ? "open" : "not ready";
-    }
-    switch (transport_ ? transport_->mode() : PlayerMode::stopped) {
+    switch (medium_.mode()) {
     case PlayerMode::playing:
         return "playing";
     case PlayerMode::paused:
@@ -314,16 +264,8 @@ std::string_view CdDevice::mode() {
 
 // Whole sectors only: within a sector the place reads as the sector's start, so nothing reads as
 // past an end that has not been reached.
-std::int64_t CdDevice::currentSector() {
-    return transport_ ? transport_->positionInFrames() / disc::framesPerSector : 0;
-}
-
-Transport& CdDevice::transport() {
-    if (!transport_) {
-        transport_ = makeTransport_(disc_);
-        playEnd_ = 0;
-    }
-    return *transport_;
+std::int64_t CdDevice::currentSector() const {
+    return medium_.positionInFrames() / disc::framesPerSector;
 }
 
 } // namespace sonarith::mci

@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
+#include "platform/linux/mci/cd_medium.h"
 #include "platform/linux/mci/device.h"
 #include "platform/linux/mci/devices.h"
 #include "platform/linux/mci/time_format.h"
@@ -17,6 +19,10 @@ namespace sonarith::mci {
 /// or without track n, type track n, current track, mode, media present, ready, time format); set
 /// (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
+/// "status media present" never waits for the drive: while a disc's table is being read, none is
+/// present. When another drive has been chosen since the device was opened, that question finds no
+/// medium once, and then what is in the other drive.
+///
 /// Errors beyond those of words and numbers: deviceNotReady without a disc, dataTrack where playing
 /// would begin in data. Playing ends at "to", at the line's end, or where a data track begins.
 class CdDevice : public Device {
@@ -25,6 +31,9 @@ class CdDevice : public Device {
     CdDevice(std::shared_ptr<disc::Drive> drive, const Devices& devices);
 
     [[nodiscard]] Reply run(const Command& command) override;
+
+    /// As CdMedium::takeLosses.
+    [[nodiscard]] std::vector<TrackLoss> takeLosses() { return medium_.takeLosses(); }
 
   private:
     [[nodiscard]] Reply info(const Command& command);
@@ -37,24 +46,10 @@ class CdDevice : public Device {
     [[nodiscard]] Reply resume();
     [[nodiscard]] Reply seek(const Command& command);
 
-    /// The disc, read anew if there was none before; a null pointer if there is none.
-    [[nodiscard]] disc::Disc* loadedDisc();
-    void load();
-    void release();
-    [[nodiscard]] bool mediaPresent();
-    [[nodiscard]] std::string_view mode();
-    [[nodiscard]] std::int64_t currentSector();
-    /// The transport of the loaded disc, made when it is first needed: reading a table alone must
-    /// not set the drive to reading sound. Only with a disc loaded.
-    [[nodiscard]] Transport& transport();
+    [[nodiscard]] std::string_view mode() const;
+    [[nodiscard]] std::int64_t currentSector() const;
 
-    std::shared_ptr<disc::Drive> drive_;
-    std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> makeTransport_;
-    std::shared_ptr<disc::Disc> disc_;
-    std::unique_ptr<Transport> transport_;
-    std::int64_t playEnd_ = 0; ///< where the playing that was begun last is to end
-    int failedLoads_ = 0;      ///< since the drive was last seen empty
-    bool doorOpened_ = false;  ///< by a command, and no disc was found since
+    CdMedium medium_;
     TimeFormat format_ = TimeFormat::msf;
 };
 

@@ -18,6 +18,8 @@ using fakes::said;
 using fakes::threeTracks;
 
 using disc::framesPerSector;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 TEST(AnEmptyDrive, OpensAndIsNotReady) {
     CdSession session;
@@ -89,15 +91,158 @@ TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
 }
 
-TEST(AnOpenAlias, KeepsItsDiscWhileAnotherDriveIsChosen) {
+TEST(AnOpenDevice, FollowsTheChoiceOfAnotherDriveAsItDoesADiscThatIsChanged) {
     CdSession session(threeTracks());
+    session.send("play cd");
     session.machine.drive =
         std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
-    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    // Until somebody asks for the medium, the table and the sound are those of the former disc.
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
-    session.send("close cd");
-    session.send("open cdaudio alias cd");
+    EXPECT_EQ(session.send("status cd mode"), said("playing"));
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.machine.transport, nullptr);
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+    EXPECT_EQ(session.send("status cd mode"), said("stopped"));
+}
+
+TEST(AnOpenDevice, HasNoMediumWhenTheMachineLosesItsDrive) {
+    CdSession session(threeTracks());
+    session.send("play cd");
+    const auto unplugged = std::exchange(session.machine.drive, nullptr);
+    for (int second = 0; second < 2; ++second) {
+        EXPECT_EQ(session.send("status cd media present"), said("false"));
+    }
+    EXPECT_EQ(session.send("status cd mode"), said("not ready"));
+    EXPECT_EQ(session.send("play cd"), refused(MciError::deviceNotReady));
+    EXPECT_EQ(session.send("set cd door open time format ms"), refused(MciError::deviceNotReady));
+    EXPECT_EQ(session.send("status cd time format"), said("msf"));
+    session.machine.drive = unplugged;
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+}
+
+TEST(AnOpenDevice, TurnsItsTrayToTheDriveThatIsChosen) {
+    CdSession session(threeTracks());
+    const auto former = session.machine.drive;
+    session.machine.drive = std::make_shared<fakes::FakeDrive>();
+    EXPECT_EQ(session.send("set cd door open"), fine());
+    EXPECT_FALSE(former->trayOpen);
+    EXPECT_TRUE(session.machine.drive->trayOpen);
+}
+
+/// Reads its table for as long as it likes, and holds up nobody.
+class SlowDrive : public fakes::FakeDrive {
+  public:
+    using FakeDrive::FakeDrive;
+    std::optional<disc::Loaded> loadSoon() override {
+        ++asked;
+        return ready ? std::optional(load()) : std::nullopt;
+    }
+    bool ready = false;
+    int asked = 0;
+};
+
+TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
+    CdSession session;
+    const auto drive =
+        std::make_shared<SlowDrive>(std::make_shared<fakes::FakeDisc>(threeTracks()));
+    session.machine.drive = drive;
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    const int loads = drive->loads;
+    for (int second = 0; second < 10; ++second) {
+        EXPECT_EQ(session.send("status cd media present"), said("false"));
+    }
+    EXPECT_EQ(drive->loads, loads) << "no load that would be waited for";
+    EXPECT_EQ(drive->asked, 10);
+    drive->ready = true;
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
+}
+
+TEST(ADiscThatIsNotRead, IsToldToTheUserOnceWhileItPlays) {
+    CdSession session(threeTracks());
+    session.send("play cd");
+    session.machine.transport->reading = CdMedium::longestRead - std::chrono::milliseconds(1);
+    session.send("status cd position");
+    EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
+    session.machine.transport->reading = CdMedium::longestRead;
+    session.send("status cd position");
+    session.send("status cd mode");
+    EXPECT_THAT(session.machine.notices.texts(),
+                ElementsAre("Playing stands still: the drive fake has not answered for 15 s."));
+    session.machine.transport->reading = {};
+    session.send("status cd position");
+    EXPECT_EQ(session.machine.notices.texts().back(),
+              "settled the drive fake: It answers again: the drive fake.");
+}
+
+TEST(ADiscThatIsNotRead, IsNoMatterOnceItIsStoppedOrClosed) {
+    CdSession session(threeTracks());
+    session.send("play cd");
+    session.machine.transport->reading = CdMedium::longestRead;
+    session.send("stop cd");
+    session.send("status cd position");
+    EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
+    session.send("play cd");
+    session.send("status cd position");
+    session.send("close cd");
+    EXPECT_THAT(session.machine.notices.texts(),
+                ElementsAre("Playing stands still: the drive fake has not answered for 15 s.",
+                            "settled the drive fake"));
+}
+
+TEST(AnImageThatVanishes, IsToldToTheUserOnce) {
+    CdSession session(threeTracks());
+    session.machine.drive->driveKind = disc::DriveKind::image;
+    session.send("play cd");
+    session.machine.transport->isGone = true;
+    session.send("status cd position");
+    session.send("status cd position");
+    session.machine.drive->disc = nullptr;
+    session.send("status cd media present");
+    session.send("status cd media present");
+    EXPECT_THAT(session.machine.notices.texts(),
+                ElementsAre("Playing has ended: the drive fake is no longer there, or has "
+                            "changed."));
+}
+
+TEST(AnImageThatVanishes, IsToldBeforeItsSoundRunsDry) {
+    CdSession session(threeTracks());
+    session.machine.drive->driveKind = disc::DriveKind::image;
+    session.send("play cd");
+    session.machine.drive->disc = nullptr;
+    session.send("status cd media present");
+    EXPECT_EQ(session.machine.notices.texts().size(), 1u);
+}
+
+TEST(AnImageThatVanishes, IsNoNewsWhenItIsEjectedAnotherIsChosenOrItDoesNotPlay) {
+    CdSession session(threeTracks());
+    session.machine.drive->driveKind = disc::DriveKind::image;
+    session.send("play cd");
+    session.send("set cd door open");
+    session.send("status cd media present");
+    session.send("set cd door closed");
+    session.send("status cd media present");
+    session.send("play cd");
+    session.machine.drive = std::make_shared<fakes::FakeDrive>();
+    session.send("status cd media present");
+    session.machine.drive->driveKind = disc::DriveKind::image;
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    session.machine.drive->disc = nullptr;
+    session.send("status cd media present");
+    EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
+}
+
+TEST(ADiscThatTheUserTakesOut, IsNoNews) {
+    CdSession session(threeTracks());
+    session.send("play cd");
+    session.machine.transport->isGone = true;
+    session.send("status cd position");
+    session.machine.drive->disc = nullptr;
+    session.send("status cd media present");
+    EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
 TEST(EachOpen, ReadsTheDriveAnew) {

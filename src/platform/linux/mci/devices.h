@@ -4,6 +4,7 @@
 // machine_devices.h; tests and the fuzzer have others.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -12,7 +13,9 @@
 
 #include "platform/linux/disc/disc.h"
 #include "platform/linux/disc/disc_player.h"
+#include "platform/notices.h"
 #include "platform/result.h"
+#include "platform/silent_notices.h"
 
 namespace sonarith::mci {
 
@@ -30,6 +33,8 @@ class Transport {
     [[nodiscard]] virtual disc::PlayerMode mode() = 0;
     /// As DiscPlayer::positionInFrames, at this very moment.
     [[nodiscard]] virtual std::int64_t positionInFrames() = 0;
+    /// How long the disc has been read for what is to be played next; 0 if it is not being read.
+    [[nodiscard]] virtual std::chrono::milliseconds readingFor() = 0;
     /// True from the moment on from which the disc cannot be read any more.
     [[nodiscard]] virtual bool gone() = 0;
 };
@@ -55,12 +60,15 @@ class Recorder {
 };
 
 struct Devices {
-    /// The drive that is chosen now; a null pointer if the machine has none.
+    /// The drive that is chosen now; a null pointer if the machine has none. It is the same for as
+    /// long as the choice is.
     std::function<std::shared_ptr<disc::Drive>()> drive;
     std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> transport;
     std::function<std::unique_ptr<Recorder>()> recorder;
     /// From a path of the logic ("c:\music\a.wav") to one of the machine; empty if it names none.
     std::function<std::filesystem::path(const std::string&)> path;
+    /// Hears what the replies to commands do not say. Outlives the devices.
+    Notices* notices = &silentNotices();
 };
 
 } // namespace sonarith::mci

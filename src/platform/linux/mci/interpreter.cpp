@@ -41,7 +41,22 @@ Reply Interpreter::run(std::string_view text) {
         return MciError::cannotUseAll;
     }
     const auto device = open_.find(command.device);
-    return device == open_.end() ? MciError::invalidDeviceName : device->second->run(command);
+    if (device == open_.end()) {
+        return MciError::invalidDeviceName;
+    }
+    const Reply reply = device->second->run(command);
+    if (command.verb == Verb::save && reply.ok()) {
+        reportLosses(command.path);
+    }
+    return reply;
+}
+
+void Interpreter::reportLosses(const std::string& path) {
+    const std::shared_ptr<CdDevice> cd = cd_.lock();
+    const std::vector<TrackLoss> losses = cd ? cd->takeLosses() : std::vector<TrackLoss>();
+    if (!losses.empty()) {
+        devices_.notices->report(lostSound(losses, path));
+    }
 }
 
 Reply Interpreter::open(const Command& command) {

@@ -19,7 +19,9 @@ namespace sonarith::mci {
 ///
 /// Opens "cdaudio" (once, or several times where each open says "shareable": the aliases then stand
 /// for one and the same device), and "waveaudio" as "new". Closing a device stops it and drops what
-/// it has not saved. No command waits for sound: with "wait" or without, it returns at once.
+/// it has not saved. No command waits for sound, with "wait" or without; for a drive's table one
+/// may (platform/waiting.h). When a recording is saved, the user is told what of the disc that was
+/// played could not be read.
 class Interpreter : public MediaControl {
   public:
     explicit Interpreter(Devices devices) : devices_(std::move(devices)) {}
@@ -32,6 +34,8 @@ class Interpreter : public MediaControl {
     [[nodiscard]] Reply run(std::string_view text);
     [[nodiscard]] Reply open(const Command& command);
     [[nodiscard]] Reply close(const Command& command);
+    /// A recording has been saved at `path`: tells the user what is missing in it.
+    void reportLosses(const std::string& path);
     [[nodiscard]] Outcome<std::shared_ptr<Device>>
     makeDevice(const std::string& type, const std::string& element, bool shareable);
     [[nodiscard]] Outcome<std::shared_ptr<Device>> makeCdDevice(bool shareable);

@@ -9,6 +9,7 @@ Devices devicesOf(Machine machine) {
     Devices devices;
     devices.drive = std::move(machine.drive);
     devices.path = std::move(machine.path);
+    devices.notices = &machine.notices;
     devices.transport = [&card = machine.card,
                          now = machine.now](std::shared_ptr<disc::Disc> disc) {
         return std::make_unique<CardTransport>(std::move(disc), card, now);

@@ -22,7 +22,7 @@ struct Machine {
     std::function<std::shared_ptr<disc::Drive>()> drive; ///< as Devices::drive
     RecordingFolders recordingFolders;
     std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path
-    Notices& notices; ///< of recordings; outlives the interpreter
+    Notices& notices; ///< of discs and recordings; outlives the interpreter
     /// Counts what the recorders' disks have not finished; may be a null pointer.
     std::shared_ptr<sound::PendingSaves> saves = {};
     sound::RecordingTiming recordingTiming = {};

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/cd_medium.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace sonarith::mci {
+namespace {
+
+using disc::PlayerMode;
+
+/// How often a disc that is there but cannot be read is tried before it counts as none until it is
+/// taken out. A drive may need a second try while it spins up; each may take as long as the drive
+/// takes, and the player asks once a second.
+constexpr int maxLoadTries = 3;
+
+} // namespace
+
+CdMedium::CdMedium(std::shared_ptr<disc::Drive> drive, const Devices& devices)
+    : chosenDrive_(devices.drive),
+      makeTransport_(devices.transport),
+      notices_(*devices.notices),
+      drive_(std::move(drive)) {
+    take(drive_->load());
+}
+
+CdMedium::~CdMedium() {
+    release();
+}
+
+disc::Disc* CdMedium::disc() {
+    if (disc_) {
+        return disc_.get();
+    }
+    followChoice();
+    if (!drive_ || !drive_->mediaPresent()) {
+        failedLoads_ = 0;
+    } else if (failedLoads_ < maxLoadTries) {
+        take(drive_->load());
+    }
+    return disc_.get();
+}
+
+bool CdMedium::present() {
+    // Once, so that who asks forgets the former disc before it sees the next one.
+    if (followChoice() || !drive_) {
+        return false;
+    }
+    const bool inDrive = drive_->mediaPresent();
+    // A disc that was changed between two questions shows in that the old one cannot be read.
+    if (!inDrive || (transport_ && transport_->gone())) {
+        if (mode() == PlayerMode::playing) {
+            sayThatItVanished();
+        }
+        release();
+    }
+    if (inDrive && !disc_ && failedLoads_ < maxLoadTries) {
+        if (std::optional<disc::Loaded> loaded = drive_->loadSoon()) {
+            take(std::move(*loaded));
+        }
+    }
+    return disc_ != nullptr;
+}
+
+void CdMedium::take(disc::Loaded loaded) {
+    disc_ = std::move(loaded.disc);
+    if (disc_ && disc_->table().tracks.empty()) {
+        disc_.reset(); // nothing on it that a command could name
+    }
+    if (disc_) {
+        trayOpened_ = false;
+    } else {
+        ++failedLoads_;
+    }
+}
+
+void CdMedium::release() {
+    if (saidThatItStandsStill_) {
+        notices_.settled(drive_->name(), "");
+    }
+    saidThatItStandsStill_ = false;
+    saidThatItVanished_ = false;
+    transport_.reset();
+    playEnd_ = 0;
+    disc_.reset();
+    failedLoads_ = 0;
+}
+
+/// Turns to the drive that is chosen now; whether it is another one.
+bool CdMedium::followChoice() {
+    std::shared_ptr<disc::Drive> chosen = chosenDrive_();
+    if (chosen == drive_) {
+        return false;
+    }
+    release();
+    trayOpened_ = false;
+    drive_ = std::move(chosen);
+    return true;
+}
+
+bool CdMedium::openTray() {
+    followChoice();
+    if (!drive_) {
+        return false;
+    }
+    release();
+    drive_->openTray();
+    trayOpened_ = true;
+    return true;
+}
+
+bool CdMedium::closeTray() {
+    followChoice();
+    if (!drive_) {
+        return false;
+    }
+    drive_->closeTray();
+    trayOpened_ = false;
+    return true;
+}
+
+PlayerMode CdMedium::mode() const {
+    return transport_ ? transport_->mode() : PlayerMode::stopped;
+}
+
+std::int64_t CdMedium::positionInFrames() const {
+    return transport_ ? transport_->positionInFrames() : 0;
+}
+
+Transport& CdMedium::transport() {
+    if (!transport_) {
+        transport_ = makeTransport_(disc_);
+    }
+    return *transport_;
+}
+
+void CdMedium::play(std::int64_t sector, std::int64_t endSector) {
+    transport().play(sector, endSector);
+    playedFrom_ = sector;
+    playEnd_ = endSector;
+}
+
+void CdMedium::seek(std::int64_t sector) {
+    transport().seek(sector);
+    playedFrom_ = sector;
+}
+
+void CdMedium::pause() {
+    if (transport_) {
+        transport_->pause();
+    }
+}
+
+void CdMedium::resume() {
+    if (transport_) {
+        transport_->resume();
+    }
+}
+
+void CdMedium::stop() {
+    if (transport_) {
+        transport_->stop();
+    }
+}
+
+void CdMedium::watch() {
+    if (!transport_) {
+        return;
+    }
+    const bool standsStill =
+        mode() == PlayerMode::playing && transport_->readingFor() >= longestRead;
+    if (standsStill && !saidThatItStandsStill_) {
+        notices_.report(playingStandsStill(drive_->name(), longestRead));
+    } else if (!standsStill && saidThatItStandsStill_) {
+        notices_.settled(drive_->name(), "It answers again: " + drive_->name() + ".");
+    }
+    saidThatItStandsStill_ = standsStill;
+    if (transport_->gone()) {
+        sayThatItVanished();
+    }
+}
+
+/// Not of a disc that has left an optical drive: the user has taken it out.
+void CdMedium::sayThatItVanished() {
+    if (drive_->kind() == disc::DriveKind::image && !std::exchange(saidThatItVanished_, true)) {
+        notices_.report(discHasVanished(drive_->name()));
+    }
+}
+
+std::vector<TrackLoss> CdMedium::takeLosses() {
+    std::vector<TrackLoss> losses;
+    if (!disc_) {
+        return losses;
+    }
+    const disc::Table& table = disc_->table();
+    const std::int64_t end =
+        (positionInFrames() + disc::framesPerSector - 1) / disc::framesPerSector;
+    for (int track = 1; track <= static_cast<int>(table.tracks.size()); ++track) {
+        const std::int64_t from = std::max(playedFrom_, table.start(track));
+        const std::int64_t to = std::min(end, table.start(track + 1));
+        const disc::Damage damage = from < to ? disc_->damageIn(from, to) : disc::Damage{};
+        if (damage != disc::Damage{}) {
+            losses.push_back({track, damage});
+        }
+    }
+    playedFrom_ = std::max(playedFrom_, end);
+    return losses;
+}
+
+} // namespace sonarith::mci

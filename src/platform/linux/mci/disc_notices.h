@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the user is told of a disc that plays or was recorded, in words. When it is told is decided
+// by the devices.
+#pragma once
+
+#include <chrono>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/disc/disc.h"
+#include "platform/notices.h"
+
+namespace sonarith::mci {
+
+/// What was lost of one track while it was played.
+struct TrackLoss {
+    int track = 0;
+    disc::Damage damage; ///< not nothing
+    friend bool operator==(const TrackLoss&, const TrackLoss&) = default;
+};
+
+/// "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is that of the recording
+/// as the logic names it; its last name is shown. Times are rounded up to a tenth of a second.
+[[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
+
+/// `drive` as Drive::name(); it is the notice's cause.
+[[nodiscard]] Notice playingStandsStill(const std::string& drive, std::chrono::seconds since);
+[[nodiscard]] Notice discHasVanished(const std::string& drive);
+
+} // namespace sonarith::mci

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/mci/disc_notices.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace sonarith::mci {
+namespace {
+
+TEST(LostSound, NamesTrackTimeAndFile) {
+    const struct {
+        std::vector<TrackLoss> losses;
+        const char* path;
+        const char* text;
+    } rows[] = {
+        {{{3, {.silent = 180, .guessed = 0}}},
+         "c:\\music\\1234-3.wav",
+         "Track 3: 2.4 s could not be read and are silent in 1234-3.wav."},
+        {{{1, {.silent = 0, .guessed = 1}}},
+         "1.wav",
+         "Track 1: 0.1 s could not be read without error and are the drive's best guess in 1.wav."},
+        {{{1, {.silent = 75, .guessed = 76}}},
+         "a/1.wav",
+         "Track 1: 1.0 s could not be read and are silent, and 1.1 s could not be read without "
+         "error and are the drive's best guess in 1.wav."},
+        {{{1, {.silent = 750, .guessed = 0}}, {2, {.silent = 7, .guessed = 0}}},
+         "c:\\all.wav",
+         "Track 1: 10.0 s could not be read and are silent; Track 2: 0.1 s could not be read and "
+         "are silent in all.wav."},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
+        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "each one is shown";
+    }
+}
+
+TEST(DiscNotices, NameTheDrive) {
+    const Notice still = playingStandsStill("the drive /dev/sr0", std::chrono::seconds(15));
+    EXPECT_EQ(still.text, "Playing stands still: the drive /dev/sr0 has not answered for 15 s.");
+    EXPECT_EQ(still.cause, "the drive /dev/sr0");
+    EXPECT_EQ(discHasVanished("the disc image /a.cue").text,
+              "Playing has ended: the disc image /a.cue is no longer there, or has changed.");
+}
+
+} // namespace
+} // namespace sonarith::mci

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the user is told of a recording when it is saved: what of the disc could not be read.
+#include <gmock/gmock.h>
+
+#include "support/cd_session.h"
+
+namespace sonarith::mci {
+namespace {
+
+using disc::framesPerSector;
+using fakes::CdSession;
+using fakes::fine;
+using fakes::refused;
+using fakes::threeTracks;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Records the disc, whose tracks begin at the sectors 0, 13875 and 18385.
+class SavedLosses : public testing::Test {
+  protected:
+    SavedLosses() {
+        session.machine.drive->disc = disc;
+        EXPECT_EQ(session.send("close cd"), fine());
+        EXPECT_EQ(session.send("open cdaudio alias cd"), fine());
+        EXPECT_EQ(session.send("set cd time format tmsf"), fine());
+        EXPECT_EQ(session.send("open new type waveaudio alias capture"), fine());
+    }
+    void play(const std::string& from, std::int64_t sectors) {
+        EXPECT_EQ(session.send("record capture"), fine());
+        EXPECT_EQ(session.send("play cd from " + from), fine());
+        session.machine.transport->advance(sectors * framesPerSector);
+        EXPECT_EQ(session.send("stop capture"), fine());
+        EXPECT_EQ(session.send("stop cd"), fine());
+    }
+    std::vector<std::string> told() const { return session.machine.notices.texts(); }
+
+    CdSession session{threeTracks()};
+    std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
+};
+
+TEST_F(SavedLosses, AreThoseOfWhatWasPlayed) {
+    disc->silentSectors = {13874, 13875, 13876, 13975};
+    disc->guessedSectors = {13900};
+    play("2", 100);
+    EXPECT_EQ(session.send("save capture c:\\music\\1234-2.wav"), fine());
+    EXPECT_THAT(told(), ElementsAre("Track 2: 0.1 s could not be read and are silent, and 0.1 s "
+                                    "could not be read without error and are the drive's best "
+                                    "guess in 1234-2.wav."));
+}
+
+TEST_F(SavedLosses, CountASectorOfWhichOnlyAPartWasPlayed) {
+    disc->silentSectors = {13875};
+    EXPECT_EQ(session.send("record capture"), fine());
+    EXPECT_EQ(session.send("play cd from 2"), fine());
+    session.machine.transport->advance(1);
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(SavedLosses, NameEachTrackThatWasPlayed) {
+    disc->silentSectors = {13874, 13875};
+    play("1:03:04:74", 3);
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_THAT(told(), ElementsAre("Track 1: 0.1 s could not be read and are silent; Track 2: 0.1 "
+                                    "s could not be read and are silent in a.wav."));
+}
+
+TEST_F(SavedLosses, AreNoneOfAWholeTrack) {
+    disc->silentSectors = {13000};
+    play("2", 4510);
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(SavedLosses, AreToldOnceAndAfterASaveThatWorkedOnly) {
+    disc->silentSectors = {13880};
+    play("2", 100);
+    session.machine.recorder.unwritable = true;
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), refused(MciError::fileNotSaved));
+    EXPECT_THAT(told(), IsEmpty());
+    session.machine.recorder.unwritable = false;
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_EQ(session.send("save capture c:\\b.wav"), fine());
+    EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(SavedLosses, AreNotLookedForOnADiscThatIsClosedOrGone) {
+    disc->silentSectors = {13880};
+    play("2", 100);
+    session.machine.drive->disc = nullptr;
+    session.send("status cd media present");
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_EQ(session.send("close cd"), fine());
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(SavedLosses, DoNotCountWhatASeekHasPassedOver) {
+    disc->silentSectors = {14000};
+    EXPECT_EQ(session.send("seek cd to 2"), fine());
+    EXPECT_EQ(session.send("seek cd to 3"), fine());
+    EXPECT_EQ(session.send("record capture"), fine());
+    EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
+    EXPECT_THAT(told(), IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith::mci

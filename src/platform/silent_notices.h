@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Notices for programs that show none.
+#pragma once
+
+#include "platform/notices.h"
+
+namespace sonarith {
+
+class SilentNotices final : public Notices {
+  public:
+    void report(Notice) override {}
+    void settled(const std::string&, const std::string&) override {}
+};
+
+/// One that lives as long as the program.
+inline SilentNotices& silentNotices() {
+    static SilentNotices notices;
+    return notices;
+}
+
+} // namespace sonarith
