@@ -8,6 +8,7 @@
 #include "platform/device_node.h"
 #include "platform/linux/disc/image_drive.h"
 #include "platform/linux/disc/optical_drive.h"
+#include "platform/linux/disc/patient_drive.h"
 
 namespace sonarith::disc {
 
@@ -22,7 +23,7 @@ constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
 } // namespace
 
-DriveMakers realDriveMakers(DriveServices services) {
+DriveMakers realDriveMakers(waiting::Services services) {
     return {opticalDrives,
             [services](const std::string& device) {
                 return std::make_shared<PatientDrive>(

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/linux/disc/disc.h"
-#include "platform/linux/disc/patient_drive.h"
+#include "platform/linux/waiting/services.h"
 
 namespace sonarith::disc {
 
@@ -21,7 +21,7 @@ struct DriveMakers {
 };
 
 /// The drives of this machine. `services` outlive them.
-[[nodiscard]] DriveMakers realDriveMakers(DriveServices services);
+[[nodiscard]] DriveMakers realDriveMakers(waiting::Services services);
 
 /// All members belong to the logic's thread.
 class DriveSlot {

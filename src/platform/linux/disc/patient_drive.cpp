@@ -22,7 +22,7 @@ struct PatientDrive::Known {
 };
 
 PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
-                           DriveServices services)
+                           waiting::Services services)
     : drive_(std::move(drive)),
       patience_(patience),
       noAnswer_(std::move(noAnswer)),

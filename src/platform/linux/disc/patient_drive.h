@@ -11,16 +11,9 @@
 
 #include "platform/linux/disc/disc.h"
 #include "platform/linux/waiting/blocking_calls.h"
-#include "platform/notices.h"
+#include "platform/linux/waiting/services.h"
 
 namespace sonarith::disc {
-
-/// What a drive needs to be waited for. All outlive it.
-struct DriveServices {
-    waiting::WorkerThreads& threads;
-    Waiting& waiting;
-    Notices& notices; ///< hears of a drive that does not answer, and that it answers again
-};
 
 /// For the thread of the logic.
 class PatientDrive final : public Drive {
@@ -37,7 +30,7 @@ class PatientDrive final : public Drive {
 
     /// `noAnswer` says in words that the drive did not answer in time.
     PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
-                 DriveServices services);
+                 waiting::Services services);
 
     [[nodiscard]] DriveKind kind() const override { return drive_->kind(); }
     [[nodiscard]] std::string name() const override { return drive_->name(); }

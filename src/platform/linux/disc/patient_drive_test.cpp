@@ -85,7 +85,7 @@ class PatientDriveTest : public testing::Test {
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
-            "It does not answer.", DriveServices{threads, waiting, notices});
+            "It does not answer.", waiting::Services{threads, waiting, notices});
     }
     /// Whether the disc that was left in a load nobody wanted any more has been dropped.
     bool discIsDropped() {
@@ -110,7 +110,7 @@ class NotingWaiting final : public Waiting {
 TEST_F(PatientDriveTest, WaitsForAMomentOnlyWhenItIsAskedEachSecond) {
     NotingWaiting noting;
     PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not answer.",
-                       DriveServices{threads, noting, notices});
+                       waiting::Services{threads, noting, notices});
     device->hang();
     EXPECT_FALSE(drive.mediaPresent());
     EXPECT_FALSE(drive.mediaPresent());
@@ -227,7 +227,7 @@ class RecoveringWaiting final : public Waiting {
 TEST_F(PatientDriveTest, ALoadWaitsForTheOneThatIsUnderWay) {
     RecoveringWaiting recovering(*device);
     PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
-                       DriveServices{threads, recovering, notices});
+                       waiting::Services{threads, recovering, notices});
     device->hang();
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
     EXPECT_EQ(drive.load().disc.get(), device->disc.get());
