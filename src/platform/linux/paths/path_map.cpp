@@ -63,8 +63,8 @@ std::optional<std::string> listedSpelling(const std::string& folder, const std::
 /// The name under which `memory` holds an entry of this very folder, if that exists.
 std::optional<std::string> rememberedName(SpellingMemory& memory, const std::string& folder,
                                           const std::string& machineName) {
-    const std::string* spelled = memory.find(joined(folder, machineName));
-    if (spelled == nullptr) {
+    const auto spelled = memory.find(joined(folder, machineName));
+    if (!spelled) {
         return std::nullopt;
     }
     const std::string name = spelled->substr(spelled->rfind('/') + 1);
@@ -116,9 +116,9 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
-    const std::string* spelled = chosen_.find(machinePath);
+    const auto spelled = spellings_->chosen.find(machinePath);
     // Not on another disk whose mount point differs in case alone.
-    const bool fits = spelled != nullptr && isWithin(*spelled, path.mountPoint) &&
+    const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;
 }
@@ -133,14 +133,14 @@ std::optional<std::string> PathMap::spelling(const std::string& folder, const st
     std::string exact = machineName(name);
     const bool lowered = pathCase == PathCase::maybeLowered && isLowerCase(exact);
     if (lowered) {
-        if (auto chosen = rememberedName(chosen_, folder, exact)) {
+        if (auto chosen = rememberedName(spellings_->chosen, folder, exact)) {
             return chosen;
         }
     }
     if (exists(joined(folder, exact))) {
         return exact;
     }
-    for (SpellingMemory* memory : {&chosen_, &walked_}) {
+    for (SpellingMemory* memory : {&spellings_->chosen, &spellings_->walked}) {
         if (auto remembered = rememberedName(*memory, folder, exact)) {
             return remembered;
         }
@@ -204,12 +204,12 @@ std::string PathMap::toLogic(std::string_view machinePath) {
     for (std::size_t end = plain.find('/', 1); end != std::string::npos;
          end = plain.find('/', end + 1)) {
         const std::string folder = plain.substr(0, end);
-        const std::string* chosen = chosen_.find(folder);
-        if (chosen == nullptr || !exists(*chosen)) {
-            chosen_.remember(folder);
+        const auto chosen = spellings_->chosen.find(folder);
+        if (!chosen || !exists(*chosen)) {
+            spellings_->chosen.remember(folder);
         }
     }
-    chosen_.remember(plain);
+    spellings_->chosen.remember(plain);
     return logicPathOf(plain);
 }
 

@@ -16,9 +16,11 @@
 // a file picked from "my music" stays that file while the destination is "My Music".
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/paths/drive_table.h"
@@ -40,6 +42,12 @@ struct Located {
     bool found = false;
 };
 
+/// The spellings of a run.
+struct Spellings {
+    SpellingMemory chosen;
+    SpellingMemory walked;
+};
+
 /// Whether the logic may have put a path in lower case.
 enum class PathCase {
     maybeLowered,
@@ -48,8 +56,10 @@ enum class PathCase {
 
 class PathMap {
   public:
-    /// Both must outlive this.
-    PathMap(DriveTable& drives, MountInfo& mounts) : drives_(drives), mounts_(mounts) {}
+    /// `drives` and `mounts` must outlive this. `spellings` may be shared with other maps.
+    PathMap(DriveTable& drives, MountInfo& mounts,
+            std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>())
+        : drives_(drives), mounts_(mounts), spellings_(std::move(spellings)) {}
 
     /// `logicPath` begins with a drive letter and a colon. Names are found as described above. "."
     /// and
@@ -68,15 +78,19 @@ class PathMap {
     /// where no other spelling was chosen that still exists.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
     /// Remembers a plain machine path alone as chosen.
-    void rememberChosen(const std::string& machinePath) { chosen_.remember(machinePath); }
+    void rememberChosen(const std::string& machinePath) {
+        spellings_->chosen.remember(machinePath);
+    }
     /// Remembers the spelling of a folder that was listed.
-    void rememberWalked(const std::string& machinePath) { walked_.remember(machinePath); }
+    void rememberWalked(const std::string& machinePath) {
+        spellings_->walked.remember(machinePath);
+    }
     /// The machine path that was chosen for the whole of the logic's path, if it still exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
 
     /// Whether chosenFor() can find anything for a path that leads to this one in some case.
     [[nodiscard]] bool hasChosen(const std::string& machinePath) {
-        return chosen_.find(machinePath) != nullptr;
+        return spellings_->chosen.find(machinePath).has_value();
     }
 
     /// The drives as they are mounted now.
@@ -99,8 +113,7 @@ class PathMap {
 
     DriveTable& drives_;
     MountInfo& mounts_;
-    SpellingMemory chosen_;
-    SpellingMemory walked_;
+    const std::shared_ptr<Spellings> spellings_;
 };
 
 } // namespace sonarith

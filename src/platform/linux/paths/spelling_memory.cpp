@@ -9,6 +9,7 @@ namespace sonarith {
 
 void SpellingMemory::remember(const std::string& path) {
     std::string lowered = lowerCase(path);
+    const std::lock_guard lock(mutex_);
     if (const auto known = byLowered_.find(lowered); known != byLowered_.end()) {
         const auto entry = known->second;
         if (entry->spelled == path) {
@@ -30,13 +31,15 @@ void SpellingMemory::remember(const std::string& path) {
     }
 }
 
-const std::string* SpellingMemory::find(std::string_view path) {
-    const auto known = byLowered_.find(lowerCase(path));
+std::optional<std::string> SpellingMemory::find(std::string_view path) {
+    const std::string lowered = lowerCase(path);
+    const std::lock_guard lock(mutex_);
+    const auto known = byLowered_.find(lowered);
     if (known == byLowered_.end()) {
-        return nullptr;
+        return std::nullopt;
     }
     entries_.splice(entries_.begin(), entries_, known->second);
-    return &known->second->spelled;
+    return known->second->spelled;
 }
 
 } // namespace sonarith

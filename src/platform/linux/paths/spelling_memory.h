@@ -5,12 +5,15 @@
 
 #include <cstddef>
 #include <list>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 namespace sonarith {
 
+/// Any thread may call the members.
 class SpellingMemory {
   public:
     /// Some 5,000 paths of a usual length. Nobody chooses more, and of the folders that a search of
@@ -22,8 +25,8 @@ class SpellingMemory {
 
     /// Takes the place of another spelling of the same path.
     void remember(const std::string& path);
-    /// The spelling of a path given in any case; nullptr if there is none. Valid until remember().
-    [[nodiscard]] const std::string* find(std::string_view path);
+    /// The spelling of a path given in any case; nothing if there is none.
+    [[nodiscard]] std::optional<std::string> find(std::string_view path);
 
   private:
     struct Entry {
@@ -31,7 +34,8 @@ class SpellingMemory {
         std::string spelled;
     };
 
-    std::size_t mostBytes_;
+    const std::size_t mostBytes_;
+    std::mutex mutex_; ///< of all below
     std::size_t bytes_ = 0;
     /// The one used last comes first.
     std::list<Entry> entries_;

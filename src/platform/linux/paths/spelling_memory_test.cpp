@@ -7,8 +7,8 @@ namespace sonarith {
 namespace {
 
 std::string found(SpellingMemory& memory, const std::string& path) {
-    const std::string* spelled = memory.find(path);
-    return spelled != nullptr ? *spelled : "nothing";
+    const auto spelled = memory.find(path);
+    return spelled.value_or("nothing");
 }
 
 TEST(SpellingMemory, FindsAPathInAnyCase) {
