@@ -6,7 +6,6 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -22,13 +21,6 @@ namespace sonarith {
 
 namespace {
 
-struct IdentityHash {
-    std::size_t operator()(const FolderIdentity& identity) const {
-        // Inodes of one disk differ; folders of two disks that collide cost a comparison.
-        return std::hash<ino_t>()(identity.inode) ^ (std::hash<dev_t>()(identity.device) << 1);
-    }
-};
-
 /// Whether a lower-cased path that fits both names of one folder means `name` rather than `other`:
 /// the choice of PathMap::locate().
 bool preferred(std::string_view name, std::string_view other) {
@@ -37,7 +29,8 @@ bool preferred(std::string_view name, std::string_view other) {
 
 class LinuxDirectoryWalk final : public DirectoryWalk {
   public:
-    explicit LinuxDirectoryWalk(PathMap& paths) : paths_(paths) {}
+    LinuxDirectoryWalk(PathMap& paths, std::shared_ptr<WalkedFolders> walked)
+        : paths_(paths), walked_(std::move(walked)) {}
 
     FindHandle FindFirst(const std::string& pattern, FindRecord& record) override;
     bool FindNext(FindHandle handle, FindRecord& record) override;
@@ -57,7 +50,7 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     PathMap& paths_;
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
-    std::unordered_set<FolderIdentity, IdentityHash> walked_;
+    const std::shared_ptr<WalkedFolders> walked_;
     /// Where the folders are that were met and not walked yet, by the logic's path in lower case
     /// with its backslash: a name that was just read need not be sought again.
     std::unordered_map<std::string, std::string> met_;
@@ -82,7 +75,7 @@ FindHandle LinuxDirectoryWalk::FindFirst(const std::string& pattern, FindRecord&
     std::string folder = pattern.substr(0, pattern.size() - allOfIt.size() + 1);
     const auto machinePath = machinePathOf(folder);
     auto entries = machinePath ? FolderListing::open(*machinePath) : std::nullopt;
-    if (!entries || !walked_.insert(entries->identity()).second) {
+    if (!entries || !walked_->add(entries->identity())) {
         return invalidFindHandle;
     }
     paths_.rememberWalked(entries->path());
@@ -143,8 +136,18 @@ std::string plainPath(std::string_view path) {
 
 } // namespace
 
+bool WalkedFolders::add(const FolderIdentity& folder) {
+    const std::lock_guard lock(mutex_);
+    return folders_.insert(folder).second;
+}
+
 std::unique_ptr<DirectoryWalk> LinuxDirectories::startWalk() {
-    return std::make_unique<LinuxDirectoryWalk>(paths_);
+    return continueWalk(std::make_shared<WalkedFolders>());
+}
+
+std::unique_ptr<DirectoryWalk>
+LinuxDirectories::continueWalk(std::shared_ptr<WalkedFolders> walked) {
+    return std::make_unique<LinuxDirectoryWalk>(paths_, std::move(walked));
 }
 
 Result<std::string> LinuxDirectories::folder(const std::string& path) const {
