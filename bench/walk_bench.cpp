@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a search of 100,000 files in 5,000 folders costs beside `find -iname` on the same tree in
-// the same run, both warm: the directory walk alone, and the whole search engine with its lists. No
-// windows: a yield handles nothing.
+// the same run, both warm: the directory walk alone, directly and as the program does it (on
+// another thread, folder by folder), and the whole search engine with its lists. No windows: a
+// yield handles nothing.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -26,6 +27,9 @@
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/mount_info.h"
 #include "platform/linux/paths/path_map.h"
+#include "platform/linux/paths/patient_directories.h"
+#include "platform/linux/paths/patient_file_system.h"
+#include "platform/silent_notices.h"
 #include "platform/text/unicode.h"
 #include "statistics.h"
 #include "support/fake_settings_store.h"
@@ -142,8 +146,19 @@ int main() {
     DriveTable drives(store);
     MountInfo mounts;
     PathMap paths(drives, mounts);
-    LinuxFileSystem files(paths, tree.path().string());
-    LinuxDirectories directories(paths, files);
+    LinuxFileSystem directFiles(paths, tree.path().string());
+    LinuxDirectories direct(paths, directFiles);
+    const SharedPaths shared{.letters = std::make_shared<LetterStore>(store),
+                             .home = {},
+                             .programFolder = tree.path().string()};
+    waiting::WorkerThreads threads;
+    PlainWaiting waiting;
+    SilentNotices notices;
+    PatientPaths patient({[shared] { return std::make_shared<LinuxMachineFiles>(shared); }, [] {},
+                          placesOfThisMachine()},
+                         {threads, waiting, notices});
+    PatientFileSystem files(patient);
+    PatientDirectories directories(patient, files);
     FrmSearch finder(files, directories);
     finder.load();
     NoLoop loop;
@@ -155,11 +170,13 @@ int main() {
     }
 
     std::vector<double> findMs;
+    std::vector<double> directMs;
     std::vector<double> walkMs;
     std::vector<double> engineMs;
     int walked = 0;
     for (int round = 0; round <= rounds; ++round) {
         const double find = millisecondsOf([&] { runFind(tree.path().string(), list); });
+        const double directWalk = millisecondsOf([&] { walked = walkAlone(direct, root); });
         const double walk = millisecondsOf([&] { walked = walkAlone(directories, root); });
         const double search = millisecondsOf([&] {
             finder.lstdirs.clear();
@@ -168,6 +185,7 @@ int main() {
         });
         if (round > 0) { // the first warms the caches
             findMs.push_back(find);
+            directMs.push_back(directWalk);
             walkMs.push_back(walk);
             engineMs.push_back(search);
         }
@@ -182,6 +200,8 @@ int main() {
     std::printf("%d files in %d folders, median of %d rounds\n", folders * filesPerFolder, folders,
                 rounds);
     std::printf("find -iname       %8.1f ms\n", base);
+    std::printf("walk, directly    %8.1f ms   ratio %.2f\n", median(directMs),
+                median(directMs) / base);
     std::printf("directory walk    %8.1f ms   ratio %.2f (limit %.2f)\n", median(walkMs),
                 median(walkMs) / base, limit);
     std::printf("search engine     %8.1f ms   ratio %.2f (limit %.2f)\n", median(engineMs),

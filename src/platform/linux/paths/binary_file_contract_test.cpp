@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What holds of the machine's files and of the fake's alike.
+// What holds of the machine's files, reached directly or with waits, and of the fake's alike.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -16,10 +16,11 @@ using test::bytesOf;
 using test::FakeWorld;
 using test::gibibyte;
 using test::MachineWorld;
+using test::PatientWorld;
 using test::readFailure;
 using test::textAt;
 
-using Worlds = testing::Types<MachineWorld, FakeWorld>;
+using Worlds = testing::Types<MachineWorld, PatientWorld, FakeWorld>;
 TYPED_TEST_SUITE(BinaryFileTest, Worlds);
 
 TYPED_TEST(BinaryFileTest, ReadsWhatIsThere) {

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "platform/linux/paths/linux_file_system.h"
+#include "platform/linux/paths/patient_fixture.h"
 #include "support/fake_file_system.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
@@ -59,7 +60,7 @@ struct BinaryWorld {
     virtual std::optional<std::string> content(const std::string& name) = 0;
 };
 
-class MachineWorld final : public BinaryWorld {
+class MachineWorld : public BinaryWorld {
   public:
     FileSystem& files() override { return files_; }
     void put(const std::string& name, const std::string& content) override {
@@ -89,6 +90,15 @@ class MachineWorld final : public BinaryWorld {
     MountInfo mounts_{mountList()};
     PathMap paths_{drives_, mounts_};
     LinuxFileSystem files_{paths_, disk().string()};
+};
+
+class PatientWorld final : public MachineWorld {
+  public:
+    FileSystem& files() override { return patient_.files; }
+
+  private:
+    FakeSettingsStore letters_;
+    PatientMachine patient_{letters_, (parent() / "mounts").string(), disk().string()};
 };
 
 class FakeWorld final : public BinaryWorld {

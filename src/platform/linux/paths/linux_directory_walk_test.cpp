@@ -11,6 +11,7 @@
 
 #include "platform/linux/paths/linux_file_system.h"
 #include "platform/linux/paths/machine_names.h"
+#include "platform/linux/paths/patient_fixture.h"
 #include "platform/text/unicode.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
@@ -27,7 +28,7 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
 /// D: is a folder of the test's own; C: the machine's root.
-class LinuxDirectoryWalkTest : public testing::Test {
+class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
   protected:
     // The process is to stand in no folder that is about to be removed.
     ~LinuxDirectoryWalkTest() override { fs::current_path("/"); }
@@ -56,7 +57,10 @@ class LinuxDirectoryWalkTest : public testing::Test {
     /// All files below a folder, as the finder walks: the path in lower case, dots passed over, the
     /// folder found last first.
     std::vector<std::string> filesBelow(const std::string& start) {
-        const auto walk = directories_.startWalk();
+        return filesBelow(start, directories_);
+    }
+    std::vector<std::string> filesBelow(const std::string& start, Directories& directories) {
+        const auto walk = directories.startWalk();
         std::vector<std::string> waiting{start + "\\"};
         std::vector<std::string> files;
         while (!waiting.empty() && ++foldersVisited_ < 1000) {
@@ -99,20 +103,37 @@ class LinuxDirectoryWalkTest : public testing::Test {
         return (folder_ / "mounts").string();
     }
 
+    /// Nothing if the machine is reached directly. A forked process makes one of its own, since the
+    /// other's threads are not in it.
+    std::unique_ptr<test::PatientMachine> reach() {
+        return GetParam() == test::Reach::patiently
+                   ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
+                                                            disk_)
+                   : nullptr;
+    }
+
     fakes::TempFolder folder_;
     std::string disk_ = (folder_ / "disk").string();
     test::FakeSettingsStore store_;
     DriveTable drives_{store_};
     MountInfo mounts_{mountList()};
     PathMap paths_{drives_, mounts_};
-    LinuxFileSystem files_{paths_, disk_};
-    LinuxDirectories directories_{paths_, files_};
+    LinuxFileSystem directFiles_{paths_, disk_};
+    LinuxDirectories direct_{paths_, directFiles_};
+    std::unique_ptr<test::PatientMachine> patient_ = reach();
+    FileSystem& files_ = patient_ ? static_cast<FileSystem&>(patient_->files) : directFiles_;
+    Directories& directories_ =
+        patient_ ? static_cast<Directories&>(patient_->directories) : direct_;
     int foldersVisited_ = 0;
 };
 
+INSTANTIATE_TEST_SUITE_P(Reached, LinuxDirectoryWalkTest,
+                         testing::Values(test::Reach::directly, test::Reach::patiently),
+                         [](const auto& reach) { return test::nameOf(reach.param); });
+
 // --- one folder -----------------------------------------------------------------------------
 
-TEST_F(LinuxDirectoryWalkTest, TheTwoDotsComeFirstInEveryFolderAndAtTheRoot) {
+TEST_P(LinuxDirectoryWalkTest, TheTwoDotsComeFirstInEveryFolderAndAtTheRoot) {
     write("a.wav");
     write("Sub/b.wav");
     const auto walk = directories_.startWalk();
@@ -124,13 +145,13 @@ TEST_F(LinuxDirectoryWalkTest, TheTwoDotsComeFirstInEveryFolderAndAtTheRoot) {
     EXPECT_THAT(names(*walk, "d:\\sub\\*.*"), ElementsAre(".", "..", "b.wav"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, AnEmptyFolderHasItsDots) {
+TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasItsDots) {
     makeFolder("empty");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\empty\\*.*"), ElementsAre(".", ".."));
 }
 
-TEST_F(LinuxDirectoryWalkTest, TellsFoldersFilesAndHiddenOnes) {
+TEST_P(LinuxDirectoryWalkTest, TellsFoldersFilesAndHiddenOnes) {
     write("a.wav");
     write(".b");
     makeFolder("x");
@@ -142,7 +163,7 @@ TEST_F(LinuxDirectoryWalkTest, TellsFoldersFilesAndHiddenOnes) {
     EXPECT_EQ(attributesOf(".."), file_attribute::directory);
 }
 
-TEST_F(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
+TEST_P(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
     ASSERT_EQ(::mkfifo((disk_ + "/pipe.wav").c_str(), 0600), 0);
     link("nowhere.wav", "dangling.wav");
     write("real.wav");
@@ -150,14 +171,14 @@ TEST_F(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
     EXPECT_THAT(filesBelow("d:"), UnorderedElementsAre("d:\\real.wav", "d:\\link.wav"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, ShowsTheCharactersOfNoLogicNameInTheirPlacesOfTheMap) {
+TEST_P(LinuxDirectoryWalkTest, ShowsTheCharactersOfNoLogicNameInTheirPlacesOfTheMap) {
     write("a\\b:c*/d:e?.wav");
     const auto files = filesBelow("d:");
     ASSERT_THAT(files, ElementsAre("d:\\" + logicName("a\\b:c*") + "\\" + logicName("d:e?.wav")));
     EXPECT_TRUE(files_.fileExists(files[0]));
 }
 
-TEST_F(LinuxDirectoryWalkTest, AFileWithAQuestionMarkIsRemovedAloneByThePathThatIsListed) {
+TEST_P(LinuxDirectoryWalkTest, AFileWithAQuestionMarkIsRemovedAloneByThePathThatIsListed) {
     write("what?.mp3");
     write("whats.mp3");
     EXPECT_FALSE(files_.removeFile("d:\\what?.mp3").ok());
@@ -165,7 +186,7 @@ TEST_F(LinuxDirectoryWalkTest, AFileWithAQuestionMarkIsRemovedAloneByThePathThat
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\whats.mp3"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
+TEST_P(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
     for (const char* name : {"With Blank.WAV", "\"quoted\".wav", "[x].WAV", "*.WAV", "What?.wav",
                              "\xc3\x84.wav", "\xff\xfe.wav", "\xc4\xb0.wav", "\n.wav",
                              "Folder Ä/[B]/\xfe.WAV", " lead/ trail /a.wav"}) {
@@ -179,13 +200,13 @@ TEST_F(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
     }
 }
 
-TEST_F(LinuxDirectoryWalkTest, FindsAFolderInWhateverCaseItIsNamed) {
+TEST_P(LinuxDirectoryWalkTest, FindsAFolderInWhateverCaseItIsNamed) {
     write("Music/Albums/a.wav");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferInCaseAloneThatOneIsWalkedThatThePathMeans) {
+TEST_P(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferInCaseAloneThatOneIsWalkedThatThePathMeans) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -197,7 +218,7 @@ TEST_F(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferInCaseAloneThatOneIsWalkedT
 
 // --- failures -------------------------------------------------------------------------------
 
-TEST_F(LinuxDirectoryWalkTest, AFolderThatIsNoneLeavesTheRecordAsItWas) {
+TEST_P(LinuxDirectoryWalkTest, AFolderThatIsNoneLeavesTheRecordAsItWas) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",
@@ -209,7 +230,7 @@ TEST_F(LinuxDirectoryWalkTest, AFolderThatIsNoneLeavesTheRecordAsItWas) {
     }
 }
 
-TEST_F(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNext) {
+TEST_P(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNext) {
     const auto walk = directories_.startWalk();
     FindRecord entry;
     EXPECT_FALSE(walk->FindNext(invalidFindHandle, entry));
@@ -223,7 +244,7 @@ TEST_F(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNext) {
     EXPECT_EQ(entry.name, ".");
 }
 
-TEST_F(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordAsItWas) {
+TEST_P(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordAsItWas) {
     makeFolder("x");
     const auto walk = directories_.startWalk();
     FindRecord entry;
@@ -234,20 +255,22 @@ TEST_F(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordAsItWas) {
     EXPECT_EQ(entry.name, "..");
 }
 
-TEST_F(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsPassedOver) {
+TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsPassedOver) {
     write("open/a.wav");
     write("locked/b.wav");
     fs::permissions(folder_.path(), fs::perms::all);
     fs::permissions(disk_ + "/locked", fs::perms::none);
     EXPECT_EQ(test::runUnprivileged([&] {
-                  const auto files = filesBelow("d:");
+                  const auto reached = reach();
+                  const auto files = filesBelow(
+                      "d:", reached ? static_cast<Directories&>(reached->directories) : direct_);
                   return files == std::vector<std::string>{"d:\\open\\a.wav"} ? 0 : 1;
               }),
               0);
     fs::permissions(disk_ + "/locked", fs::perms::all);
 }
 
-TEST_F(LinuxDirectoryWalkTest, AFolderThatVanishesIsPassedOverOrEnds) {
+TEST_P(LinuxDirectoryWalkTest, AFolderThatVanishesIsPassedOverOrEnds) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -264,7 +287,7 @@ TEST_F(LinuxDirectoryWalkTest, AFolderThatVanishesIsPassedOverOrEnds) {
     EXPECT_EQ(walk->FindFirst("d:\\y\\*.*", entry), invalidFindHandle);
 }
 
-TEST_F(LinuxDirectoryWalkTest, AFolderThatAFileHasReplacedIsPassedOver) {
+TEST_P(LinuxDirectoryWalkTest, AFolderThatAFileHasReplacedIsPassedOver) {
     makeFolder("x");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\*.*"), SizeIs(3));
@@ -275,14 +298,14 @@ TEST_F(LinuxDirectoryWalkTest, AFolderThatAFileHasReplacedIsPassedOver) {
 
 // --- links ----------------------------------------------------------------------------------
 
-TEST_F(LinuxDirectoryWalkTest, ALinkToAFolderElsewhereIsFollowed) {
+TEST_P(LinuxDirectoryWalkTest, ALinkToAFolderElsewhereIsFollowed) {
     fs::create_directories(folder_ / "elsewhere/sub");
     std::ofstream(folder_ / "elsewhere/sub/a.wav") << "x";
     link((folder_ / "elsewhere").string(), "Link");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\link\\sub\\a.wav"));
 }
 
-TEST_F(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
+TEST_P(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
     fs::create_directories(folder_ / "elsewhere");
     std::ofstream(folder_ / "elsewhere/a.wav") << "x";
     link((folder_ / "elsewhere").string(), "one");
@@ -290,7 +313,7 @@ TEST_F(LinuxDirectoryWalkTest, TwoLinksToOneFolderAreFollowedOnce) {
     EXPECT_THAT(filesBelow("d:"), SizeIs(1));
 }
 
-TEST_F(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
+TEST_P(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
     write("a.wav");
     write("x/b.wav");
     write("y/c.wav");
@@ -306,7 +329,7 @@ TEST_F(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
     }
 }
 
-TEST_F(LinuxDirectoryWalkTest, ManyFoldersThatAllLinkToEachOtherEndSoon) {
+TEST_P(LinuxDirectoryWalkTest, ManyFoldersThatAllLinkToEachOtherEndSoon) {
     constexpr int count = 20;
     for (int i = 0; i < count; ++i) {
         write(std::to_string(i) + "/a.wav");
@@ -318,7 +341,7 @@ TEST_F(LinuxDirectoryWalkTest, ManyFoldersThatAllLinkToEachOtherEndSoon) {
     EXPECT_LE(foldersVisited_, 1 + count + count * count);
 }
 
-TEST_F(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAnewInTheNext) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAnewInTheNext) {
     write("x/a.wav");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\x\\*.*"), SizeIs(3));
@@ -327,7 +350,7 @@ TEST_F(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAnewInTheNext) {
     EXPECT_THAT(names(*next, "d:\\x\\*.*"), SizeIs(3));
 }
 
-TEST_F(LinuxDirectoryWalkTest, TwoListingsOfOneWalkGoOnSideBySide) {
+TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkGoOnSideBySide) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -346,7 +369,7 @@ TEST_F(LinuxDirectoryWalkTest, TwoListingsOfOneWalkGoOnSideBySide) {
 
 // --- which folders there are ----------------------------------------------------------------
 
-TEST_F(LinuxDirectoryWalkTest, AFolderIsToldInTheSpellingGiven) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsToldInTheSpellingGiven) {
     makeFolder("Music/One");
     EXPECT_EQ(directories_.folder("D:\\music\\ONE").value(), "D:\\music\\ONE");
     EXPECT_EQ(directories_.folder("d:\\Music\\One\\").value(), "d:\\Music\\One");
@@ -356,7 +379,7 @@ TEST_F(LinuxDirectoryWalkTest, AFolderIsToldInTheSpellingGiven) {
     EXPECT_EQ(directories_.folder("d:\\..\\..").value(), "d:\\");
 }
 
-TEST_F(LinuxDirectoryWalkTest, ARelativeFolderBeginsInTheCurrentOne) {
+TEST_P(LinuxDirectoryWalkTest, ARelativeFolderBeginsInTheCurrentOne) {
     makeFolder("Music/One");
     ASSERT_TRUE(files_.changeFolder("d:\\Music").ok());
     EXPECT_EQ(directories_.folder("one").value(), "D:\\Music\\one");
@@ -364,7 +387,7 @@ TEST_F(LinuxDirectoryWalkTest, ARelativeFolderBeginsInTheCurrentOne) {
     EXPECT_EQ(directories_.folder(".").value(), "D:\\Music");
 }
 
-TEST_F(LinuxDirectoryWalkTest, WhatIsNoFolderIsNotFound) {
+TEST_P(LinuxDirectoryWalkTest, WhatIsNoFolderIsNotFound) {
     write("file");
     link("nowhere", "dangling");
     for (const char* path :
@@ -376,7 +399,7 @@ TEST_F(LinuxDirectoryWalkTest, WhatIsNoFolderIsNotFound) {
     EXPECT_FALSE(directories_.folder(std::string("d:\\a\0b", 6)).ok());
 }
 
-TEST_F(LinuxDirectoryWalkTest, TheDrivesAreThoseThatAreMounted) {
+TEST_P(LinuxDirectoryWalkTest, TheDrivesAreThoseThatAreMounted) {
     EXPECT_THAT(directories_.drives(), ElementsAre("c:", "d:"));
 }
 

@@ -5,10 +5,12 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include <sys/stat.h>
 
+#include "platform/linux/paths/patient_fixture.h"
 #include "platform/text/unicode.h"
 #include "support/fake_settings_store.h"
 #include "support/temp_folder.h"
@@ -20,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// D: is a folder of the test's own; C: the machine's root.
-class LinuxFileSystemTest : public ::testing::Test {
+class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
   protected:
     // The process is to stand in no folder that is about to be removed.
     ~LinuxFileSystemTest() override { fs::current_path("/"); }
@@ -46,22 +48,45 @@ class LinuxFileSystemTest : public ::testing::Test {
         return (folder_ / "mounts").string();
     }
 
+    /// Nothing if the machine is reached directly. A forked process makes one of its own, since the
+    /// other's threads are not in it.
+    std::unique_ptr<test::PatientMachine> reach() {
+        return GetParam() == test::Reach::patiently
+                   ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
+                                                            disk_)
+                   : nullptr;
+    }
+    /// What a step on the files comes to for a user without privileges.
+    int unprivileged(const std::function<Status(FileSystem&)>& step) {
+        return test::runUnprivileged([&] {
+            const auto reached = reach();
+            return static_cast<int>(
+                numberOf(step(reached ? static_cast<FileSystem&>(reached->files) : direct_)));
+        });
+    }
+
     fakes::TempFolder folder_;
     std::string disk_ = (folder_ / "disk").string();
     test::FakeSettingsStore store_;
     DriveTable drives_{store_};
     MountInfo mounts_{mountList()};
     PathMap paths_{drives_, mounts_};
-    LinuxFileSystem files_{paths_, disk_};
+    LinuxFileSystem direct_{paths_, disk_};
+    std::unique_ptr<test::PatientMachine> patient_ = reach();
+    FileSystem& files_ = patient_ ? static_cast<FileSystem&>(patient_->files) : direct_;
 };
 
-TEST_F(LinuxFileSystemTest, TellsTheLengthOfAFileInAnyCase) {
+INSTANTIATE_TEST_SUITE_P(Reached, LinuxFileSystemTest,
+                         ::testing::Values(test::Reach::directly, test::Reach::patiently),
+                         [](const auto& reach) { return test::nameOf(reach.param); });
+
+TEST_P(LinuxFileSystemTest, TellsTheLengthOfAFileInAnyCase) {
     write("Music/Track.WAV", std::string(123, 'x'));
     EXPECT_EQ(files_.fileLength("d:\\music\\track.wav").value(), 123);
     EXPECT_TRUE(files_.fileExists("D:\\MUSIC\\TRACK.WAV"));
 }
 
-TEST_F(LinuxFileSystemTest, TellsAMissingFileFromAMissingFolder) {
+TEST_P(LinuxFileSystemTest, TellsAMissingFileFromAMissingFolder) {
     fs::create_directory(disk_ + "/music");
     EXPECT_EQ(files_.fileLength("d:\\music\\a.wav").error().number, ErrorNumber::fileNotFound);
     EXPECT_EQ(files_.fileLength("d:\\none\\a.wav").error().number, ErrorNumber::pathNotFound);
@@ -70,14 +95,14 @@ TEST_F(LinuxFileSystemTest, TellsAMissingFileFromAMissingFolder) {
     EXPECT_FALSE(files_.fileExists("d:\\music"));
 }
 
-TEST_F(LinuxFileSystemTest, RenamesWithTheCaseGiven) {
+TEST_P(LinuxFileSystemTest, RenamesWithTheCaseGiven) {
     write("music/old.wav");
     EXPECT_TRUE(files_.rename("D:\\MUSIC\\OLD.WAV", "d:\\music\\New Name.WAV").ok());
     EXPECT_EQ(read("music/New Name.WAV"), "sound");
     EXPECT_EQ(read("music/old.wav"), std::nullopt);
 }
 
-TEST_F(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
+TEST_P(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
     write("a.wav", "a");
     write("B.WAV", "b");
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\b.wav")), ErrorNumber::fileAlreadyExists);
@@ -85,21 +110,21 @@ TEST_F(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
     EXPECT_EQ(read("B.WAV"), "b");
 }
 
-TEST_F(LinuxFileSystemTest, ChangesTheCaseOfANameAlone) {
+TEST_P(LinuxFileSystemTest, ChangesTheCaseOfANameAlone) {
     write("Track.WAV");
     EXPECT_TRUE(files_.rename("d:\\track.wav", "d:\\track.wav").ok());
     EXPECT_EQ(read("track.wav"), "sound");
     EXPECT_EQ(read("Track.WAV"), std::nullopt);
 }
 
-TEST_F(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
+TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
     write("a.wav");
     fs::create_hard_link(disk_ + "/a.wav", disk_ + "/A.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\A.wav")), ErrorNumber::fileAlreadyExists);
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_F(LinuxFileSystemTest, RefusesToRenameIntoNothingness) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameIntoNothingness) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -110,48 +135,47 @@ TEST_F(LinuxFileSystemTest, RefusesToRenameIntoNothingness) {
     EXPECT_EQ(read("a.wav"), "sound");
 }
 
-TEST_F(LinuxFileSystemTest, TouchesAFileWithoutChangingIt) {
+TEST_P(LinuxFileSystemTest, TouchesAFileWithoutChangingIt) {
     write("Track.wav");
     EXPECT_TRUE(files_.touchForWriting("d:\\track.wav").ok());
     EXPECT_EQ(read("Track.wav"), "sound");
 }
 
-TEST_F(LinuxFileSystemTest, CreatesAMissingFileByTouching) {
+TEST_P(LinuxFileSystemTest, CreatesAMissingFileByTouching) {
     EXPECT_TRUE(files_.touchForWriting("d:\\New.wav").ok());
     EXPECT_EQ(read("New.wav"), "");
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\none\\a.wav")), ErrorNumber::pathNotFound);
 }
 
-TEST_F(LinuxFileSystemTest, TouchesNeitherFoldersNorPipes) {
+TEST_P(LinuxFileSystemTest, TouchesNeitherFoldersNorPipes) {
     fs::create_directory(disk_ + "/music");
     ASSERT_EQ(::mkfifo((disk_ + "/pipe").c_str(), 0666), 0);
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\music")), ErrorNumber::pathFileAccess);
     EXPECT_EQ(numberOf(files_.touchForWriting("d:\\pipe")), ErrorNumber::permissionDenied);
 }
 
-TEST_F(LinuxFileSystemTest, TouchesNoFileThatMayNotBeWritten) {
+TEST_P(LinuxFileSystemTest, TouchesNoFileThatMayNotBeWritten) {
     write("a.wav");
     fs::permissions(disk_ + "/a.wav", fs::perms::owner_read | fs::perms::others_read);
     fs::permissions(folder_.path(), fs::perms::all);
-    EXPECT_EQ(test::runUnprivileged(
-                  [&] { return static_cast<int>(numberOf(files_.touchForWriting("d:\\a.wav"))); }),
+    EXPECT_EQ(unprivileged([](FileSystem& files) { return files.touchForWriting("d:\\a.wav"); }),
               static_cast<int>(ErrorNumber::permissionDenied));
 }
 
-TEST_F(LinuxFileSystemTest, RemovesAFileInAnyCase) {
+TEST_P(LinuxFileSystemTest, RemovesAFileInAnyCase) {
     write("Track.WAV");
     EXPECT_TRUE(files_.removeFile("d:\\track.wav").ok());
     EXPECT_EQ(read("Track.WAV"), std::nullopt);
     EXPECT_EQ(numberOf(files_.removeFile("d:\\track.wav")), ErrorNumber::fileNotFound);
 }
 
-TEST_F(LinuxFileSystemTest, RemovesNoFolder) {
+TEST_P(LinuxFileSystemTest, RemovesNoFolder) {
     fs::create_directory(disk_ + "/music");
     EXPECT_EQ(numberOf(files_.removeFile("d:\\music")), ErrorNumber::pathFileAccess);
     EXPECT_TRUE(fs::is_directory(disk_ + "/music"));
 }
 
-TEST_F(LinuxFileSystemTest, RemovesNothingFromAFolderThatMayNotBeChanged) {
+TEST_P(LinuxFileSystemTest, RemovesNothingFromAFolderThatMayNotBeChanged) {
     write("music/a.wav");
     fs::permissions(folder_.path(), fs::perms::all);
     fs::permissions(disk_ + "/music",
@@ -159,15 +183,13 @@ TEST_F(LinuxFileSystemTest, RemovesNothingFromAFolderThatMayNotBeChanged) {
     if (::geteuid() != 0) {
         fs::permissions(disk_ + "/music", fs::perms::owner_read | fs::perms::owner_exec);
     }
-    EXPECT_EQ(test::runUnprivileged([&] {
-                  return static_cast<int>(numberOf(files_.removeFile("d:\\music\\a.wav")));
-              }),
+    EXPECT_EQ(unprivileged([](FileSystem& files) { return files.removeFile("d:\\music\\a.wav"); }),
               static_cast<int>(ErrorNumber::permissionDenied));
     EXPECT_EQ(read("music/a.wav"), "sound");
     fs::permissions(disk_ + "/music", fs::perms::owner_all);
 }
 
-TEST_F(LinuxFileSystemTest, MovesThroughDrivesAndFolders) {
+TEST_P(LinuxFileSystemTest, MovesThroughDrivesAndFolders) {
     fs::create_directories(disk_ + "/Music/Wav");
     EXPECT_TRUE(files_.changeDrive("d:\\anything at all").ok());
     EXPECT_EQ(files_.currentFolder(), "D:\\");
@@ -181,7 +203,7 @@ TEST_F(LinuxFileSystemTest, MovesThroughDrivesAndFolders) {
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
-TEST_F(LinuxFileSystemTest, ComesBackToWhereADriveWasLeft) {
+TEST_P(LinuxFileSystemTest, ComesBackToWhereADriveWasLeft) {
     fs::create_directory(disk_ + "/Music");
     ASSERT_TRUE(files_.changeFolder("d:\\music").ok());
     ASSERT_TRUE(files_.changeFolder("c:\\").ok());
@@ -189,7 +211,7 @@ TEST_F(LinuxFileSystemTest, ComesBackToWhereADriveWasLeft) {
     EXPECT_EQ(files_.currentFolder(), "D:\\Music");
 }
 
-TEST_F(LinuxFileSystemTest, StaysWhereItIsIfAFolderCannotBeEntered) {
+TEST_P(LinuxFileSystemTest, StaysWhereItIsIfAFolderCannotBeEntered) {
     write("file");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
     EXPECT_EQ(numberOf(files_.changeFolder("none")), ErrorNumber::pathNotFound);
@@ -197,14 +219,14 @@ TEST_F(LinuxFileSystemTest, StaysWhereItIsIfAFolderCannotBeEntered) {
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
-TEST_F(LinuxFileSystemTest, CannotChangeToADriveThatIsNotThere) {
+TEST_P(LinuxFileSystemTest, CannotChangeToADriveThatIsNotThere) {
     EXPECT_EQ(numberOf(files_.changeDrive("x:\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable); // pulled out
 }
 
-TEST_F(LinuxFileSystemTest, TakesRelativeNamesBelowTheCurrentFolder) {
+TEST_P(LinuxFileSystemTest, TakesRelativeNamesBelowTheCurrentFolder) {
     write("music/a.wav", "12345");
     ASSERT_TRUE(files_.changeFolder("d:\\music").ok());
     EXPECT_EQ(files_.fileLength("A.wav").value(), 5);
@@ -212,13 +234,13 @@ TEST_F(LinuxFileSystemTest, TakesRelativeNamesBelowTheCurrentFolder) {
     EXPECT_EQ(files_.fileLength("..\\music\\a.wav").value(), 5);
 }
 
-TEST_F(LinuxFileSystemTest, MakesAFolderInTheCaseGiven) {
+TEST_P(LinuxFileSystemTest, MakesAFolderInTheCaseGiven) {
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
     EXPECT_TRUE(files_.makeFolder("My Music").ok());
     EXPECT_TRUE(fs::is_directory(disk_ + "/My Music"));
 }
 
-TEST_F(LinuxFileSystemTest, AnswersWithNumber75ForAFolderThatExistsInAnyCase) {
+TEST_P(LinuxFileSystemTest, AnswersWithNumber75ForAFolderThatExistsInAnyCase) {
     fs::create_directory(disk_ + "/Music");
     write("File");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
@@ -229,12 +251,12 @@ TEST_F(LinuxFileSystemTest, AnswersWithNumber75ForAFolderThatExistsInAnyCase) {
     EXPECT_FALSE(fs::exists(disk_ + "/MUSIC"));
 }
 
-TEST_F(LinuxFileSystemTest, NamesTheProgramsFolderWithoutATrailingBackslash) {
+TEST_P(LinuxFileSystemTest, NamesTheProgramsFolderWithoutATrailingBackslash) {
     EXPECT_EQ(files_.programFolder(), "D:");
     EXPECT_EQ(LinuxFileSystem(paths_, disk_ + "/bin").programFolder(), "D:\\bin");
 }
 
-TEST_F(LinuxFileSystemTest, WorksOnNamesThatAreNotUtf8) {
+TEST_P(LinuxFileSystemTest, WorksOnNamesThatAreNotUtf8) {
     write("caf\xe9\\1:2.wav");
     const std::string logic = paths_.toLogic(disk_ + "/caf\xe9\\1:2.wav");
     EXPECT_EQ(files_.fileLength(lowerCase(logic)).value(), 5);

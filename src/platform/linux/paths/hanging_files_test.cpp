@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the patient parts do while a mount hangs; all that they do otherwise is tested with the
+// machine's files themselves.
+#include <gmock/gmock.h>
+
+#include <array>
+#include <filesystem>
+
+#include "platform/linux/paths/hanging_fixture.h"
+#include "support/waiting.h"
+
+namespace sonarith {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::SizeIs;
+
+template <typename Outcome>
+ErrorNumber numberOf(const Outcome& outcome) {
+    return outcome.ok() ? ErrorNumber{} : outcome.error().number;
+}
+
+class HangingFilesTest : public testing::Test, public test::HangingWorld {
+  protected:
+    HangingFilesTest() {
+        mounts->write("d/music/a.wav");
+        mounts->write("e/b.wav");
+        fs::create_symlink(d, e + "/link");
+    }
+    [[nodiscard]] std::string reportOf(const std::string& mount) const {
+        return "The disk or server at " + mount + " does not answer.";
+    }
+    [[nodiscard]] std::string returnOf(const std::string& mount) const {
+        return "settled mount " + mount + ": The disk or server at " + mount + " answers again.";
+    }
+
+    std::vector<std::string> namesIn(DirectoryWalk& walk, const std::string& folder) {
+        std::vector<std::string> names;
+        FindRecord entry;
+        const FindHandle handle = walk.FindFirst(folder + "*.*", entry);
+        for (bool found = handle != invalidFindHandle; found;
+             found = walk.FindNext(handle, entry)) {
+            names.push_back(entry.name);
+        }
+        walk.FindClose(handle);
+        return names;
+    }
+};
+
+TEST_F(HangingFilesTest, ACallThatIsNotAnsweredFailsAndTheUserIsTold) {
+    mounts->hang(d);
+    EXPECT_EQ(numberOf(files.fileLength("d:\\music\\a.wav")), ErrorNumber::deviceUnavailable);
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
+    EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
+}
+
+TEST_F(HangingFilesTest, AMountThatHangsIsNotAskedAgainAndCostsNoFurtherThread) {
+    mounts->hang(d);
+    ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    const int hanging = mounts->blocked();
+    EXPECT_LE(hanging, 2);
+    const int asked = mounts->askings(d);
+    for (int i = 0; i < 40; ++i) {
+        const std::string path = "D:\\music\\" + std::to_string(i);
+        EXPECT_EQ(numberOf(files.fileLength(path)), ErrorNumber::deviceUnavailable);
+        EXPECT_FALSE(files.fileExists(path));
+        EXPECT_FALSE(files.openBinary(path, FileAccess::write).ok());
+        EXPECT_FALSE(files.rename(path, "e:\\c.wav").ok());
+        EXPECT_FALSE(files.rename("e:\\b.wav", path).ok());
+        EXPECT_FALSE(directories.folder(path).ok());
+        EXPECT_EQ(files.machinePath(path), "");
+        EXPECT_EQ(files.toLogic(d + "/music/" + std::to_string(i)), "");
+    }
+    EXPECT_EQ(mounts->askings(d), asked);
+    EXPECT_EQ(mounts->blocked(), hanging);
+    EXPECT_THAT(notices.texts(), SizeIs(1));
+    EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
+}
+
+TEST_F(HangingFilesTest, AMountThatAnswersAgainIsAskedAgain) {
+    mounts->hang(d);
+    ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    mounts->answer(d);
+    EXPECT_TRUE(fakes::eventually([&] { return files.fileLength("d:\\music\\a.wav").ok(); }));
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d)));
+    mounts->hang(d);
+    EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d), reportOf(d)));
+}
+
+TEST_F(HangingFilesTest, TheMountBehindALinkIsFoundAndTheLinksOwnIsNotBlamed) {
+    mounts->hang(d);
+    ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
+    const int asked = mounts->askings(d);
+    EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    EXPECT_FALSE(files.fileLength("e:\\link\\music\\other").ok());
+    EXPECT_EQ(mounts->askings(d), asked);
+    EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
+}
+
+TEST_F(HangingFilesTest, TwoMountsHangIndependently) {
+    mounts->hang(d);
+    mounts->hang(e);
+    ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    ASSERT_FALSE(files.fileLength("e:\\b.wav").ok());
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e)));
+    EXPECT_LE(mounts->blocked(), 4);
+    mounts->answer(e);
+    EXPECT_TRUE(fakes::eventually([&] { return files.fileLength("e:\\b.wav").ok(); }));
+    EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), returnOf(e)));
+}
+
+TEST_F(HangingFilesTest, APathThatHangsForAnotherReasonIsRefusedAloneUntilItsCallReturns) {
+    mounts->hang(d);
+    int asked = 0;
+    const auto ask = [&](const std::string& path) {
+        return paths.ask({path}, [mounts = mounts, d = d, &asked](MachineFiles&) {
+            ++asked;
+            mounts->touch(d); // as a folder does that holds a link to the mount
+            return true;
+        });
+    };
+    EXPECT_EQ(ask("E:\\"), std::nullopt);
+    EXPECT_EQ(ask("E:\\"), std::nullopt);
+    EXPECT_EQ(mounts->blocked(), 1);
+    EXPECT_EQ(asked, 1);
+    EXPECT_THAT(notices.texts(), IsEmpty());
+    EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
+    mounts->answer(d);
+    EXPECT_TRUE(fakes::eventually([&] { return ask("E:\\") == true; }));
+}
+
+TEST_F(HangingFilesTest, TheNumberOfThreadsThatHangIsBounded) {
+    mounts->hang(d);
+    const auto ask = [&](int number) {
+        return paths.ask({"E:\\" + std::to_string(number)},
+                         [mounts = mounts, d = d](MachineFiles&) {
+                             mounts->touch(d);
+                             return true;
+                         });
+    };
+    const int most = static_cast<int>(PatientPaths::mostLeftBehind);
+    for (int i = 0; i < most + 10; ++i) {
+        EXPECT_EQ(ask(i), std::nullopt);
+    }
+    EXPECT_EQ(mounts->blocked(), most);
+    EXPECT_FALSE(files.fileLength("e:\\b.wav").ok());
+    mounts->answer(d);
+    EXPECT_TRUE(fakes::eventually([&] { return files.fileLength("e:\\b.wav").ok(); }));
+}
+
+// --- the current folder -----------------------------------------------------------------------
+
+TEST_F(HangingFilesTest, TheCurrentFolderIsKeptWhenACallIsLeftBehind) {
+    fs::create_directory(e + "/sub");
+    mounts->write("e/sub/c.wav");
+    ASSERT_TRUE(files.changeFolder("e:\\sub").ok());
+    mounts->hang(d);
+    EXPECT_EQ(numberOf(files.changeFolder("d:\\music")), ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(files.currentFolder(), "E:\\sub");
+    EXPECT_EQ(files.fileLength("c.wav").value(), 5);
+    EXPECT_EQ(numberOf(files.changeDrive("d:")), ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(files.currentFolder(), "E:\\sub");
+}
+
+TEST_F(HangingFilesTest, ADriveIsComeBackToWhereItWasLeftAfterACallWasLeftBehind) {
+    fs::create_directory(e + "/sub");
+    ASSERT_TRUE(files.changeFolder("e:\\sub").ok());
+    ASSERT_TRUE(files.changeFolder("c:\\").ok());
+    mounts->hang(d);
+    ASSERT_FALSE(files.fileExists("d:\\music\\a.wav"));
+    ASSERT_TRUE(files.changeDrive("e:").ok());
+    EXPECT_EQ(files.currentFolder(), "E:\\sub");
+}
+
+// --- opened files -----------------------------------------------------------------------------
+
+TEST_F(HangingFilesTest, AnOpenFileFailsWhileItsDiskHangsAndGoesOnAfterwards) {
+    auto opened = files.openBinary("d:\\music\\a.wav", FileAccess::readWrite);
+    ASSERT_TRUE(opened.ok());
+    BinaryFile& file = *opened.value();
+    std::array<std::byte, 5> bytes{};
+    mounts->hang(d);
+    EXPECT_EQ(numberOf(file.read(0, bytes)), ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(numberOf(file.length()), ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(numberOf(file.write(0, bytes)), ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(mounts->blocked(), 1);
+    EXPECT_EQ(bytes, (std::array<std::byte, 5>{}));
+    mounts->answer(d);
+    EXPECT_TRUE(fakes::eventually([&] { return file.length().ok(); }));
+    EXPECT_EQ(file.read(0, bytes).value(), 5U);
+    EXPECT_EQ(bytes[0], std::byte{'s'});
+}
+
+TEST_F(HangingFilesTest, AnOpenFileCanBeClosedWhileItsDiskHangs) {
+    auto opened = files.openBinary("d:\\music\\a.wav", FileAccess::read);
+    ASSERT_TRUE(opened.ok());
+    mounts->hang(d);
+    EXPECT_FALSE(opened.value()->length().ok());
+    opened.value().reset();
+    EXPECT_EQ(mounts->blocked(), 1);
+}
+
+// --- walks ------------------------------------------------------------------------------------
+
+TEST_F(HangingFilesTest, AWalkPassesOverAFolderThatHangsAndGoesOn) {
+    const auto walk = directories.startWalk();
+    EXPECT_THAT(namesIn(*walk, "d:\\"), ElementsAre(".", "..", "music"));
+    mounts->hang(d);
+    EXPECT_THAT(namesIn(*walk, "d:\\music\\"), IsEmpty());
+    EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
+    EXPECT_THAT(namesIn(*walk, "e:\\"), IsSupersetOf({"b.wav", "link"}));
+}
+
+TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceThoughACallWasLeftBehind) {
+    const auto walk = directories.startWalk();
+    ASSERT_THAT(namesIn(*walk, "e:\\"), IsSupersetOf({"b.wav"}));
+    mounts->hang(d);
+    ASSERT_THAT(namesIn(*walk, "d:\\"), IsEmpty());
+    EXPECT_THAT(namesIn(*walk, "e:\\"), IsEmpty());
+}
+
+TEST_F(HangingFilesTest, AFolderThatHangsInTheMiddleEndsThere) {
+    constexpr int many = 1500; // more than are handed over at once
+    for (int i = 0; i < many; ++i) {
+        mounts->write("e/many/" + std::to_string(i));
+    }
+    const auto walk = directories.startWalk();
+    FindRecord entry;
+    const FindHandle handle = walk->FindFirst("e:\\many\\*.*", entry);
+    ASSERT_NE(handle, invalidFindHandle);
+    mounts->hang(e);
+    int found = 1;
+    while (walk->FindNext(handle, entry)) {
+        ++found;
+    }
+    EXPECT_LT(found, many);
+    EXPECT_GT(found, 2);
+    walk->FindClose(handle);
+    EXPECT_THAT(namesIn(*walk, "d:\\"), ElementsAre(".", "..", "music"));
+}
+
+TEST_F(HangingFilesTest, AWalkCanEndWhileItsFolderHangs) {
+    auto walk = directories.startWalk();
+    mounts->hang(e);
+    EXPECT_THAT(namesIn(*walk, "e:\\"), IsEmpty());
+    walk.reset();
+    EXPECT_EQ(files.fileLength("d:\\music\\a.wav").value(), 5);
+}
+
+TEST_F(HangingFilesTest, TheDrivesAreKnownWhileADiskHangs) {
+    mounts->hang(d);
+    ASSERT_FALSE(files.fileExists("d:\\music\\a.wav"));
+    EXPECT_THAT(directories.drives(), ElementsAre("c:", "d:", "e:"));
+}
+
+TEST_F(HangingFilesTest, LettersGivenOnTheOtherThreadReachTheStore) {
+    EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "D", ""), d);
+    EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "E", ""), e);
+}
+
+} // namespace
+} // namespace sonarith

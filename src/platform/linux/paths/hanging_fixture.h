@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A machine whose mounts can be made to hang: folders of the test's own, with a gate before each
+// mount that every call passes which would ask it. For tests only.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/paths/patient_directories.h"
+#include "platform/linux/paths/patient_file_system.h"
+#include "support/fake_notices.h"
+#include "support/fake_settings_store.h"
+#include "support/temp_folder.h"
+
+namespace sonarith::test {
+
+/// C:, with the test's folders in it, and D: and E: therein. Any thread may pass.
+class HangingMounts {
+  public:
+    HangingMounts() {
+        std::ofstream list(mountList());
+        list << "1 0 8:1 / / rw - ext4 /dev/a rw\n";
+        for (const char* name : {"d", "e"}) {
+            std::filesystem::create_directory(path(name));
+            list << "2 1 8:2 / " << path(name) << " rw - ext4 /dev/b rw\n";
+        }
+        for (const std::string& mount : points()) {
+            gates_[mount];
+        }
+    }
+
+    [[nodiscard]] std::string path(const std::string& name) const {
+        return (folder_ / name).string();
+    }
+    [[nodiscard]] std::string mountList() const { return path("mounts"); }
+    [[nodiscard]] std::vector<std::string> points() const { return {"/", path("d"), path("e")}; }
+
+    void write(const std::string& name) const {
+        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+        std::ofstream(path(name)) << "sound";
+    }
+
+    void hang(const std::string& mount) {
+        const std::lock_guard lock(mutex_);
+        gates_.at(mount).closed = true;
+    }
+    /// Returns when all calls go on that hung.
+    void answer(const std::string& mount) {
+        std::unique_lock lock(mutex_);
+        gates_.at(mount).closed = false;
+        changed_.notify_all();
+        changed_.wait(lock, [&] { return gates_.at(mount).blocked == 0; });
+    }
+    /// Calls that hang now.
+    [[nodiscard]] int blocked() const {
+        const std::lock_guard lock(mutex_);
+        int all = 0;
+        for (const auto& [mount, gate] : gates_) {
+            all += gate.blocked;
+        }
+        return all;
+    }
+    /// How often a mount was asked.
+    [[nodiscard]] int askings(const std::string& mount) const {
+        const std::lock_guard lock(mutex_);
+        return gates_.at(mount).askings;
+    }
+
+    /// Asks the mount of a machine path, links in it followed.
+    void touch(const std::string& machinePath) {
+        std::error_code none;
+        const std::string real = std::filesystem::weakly_canonical(machinePath, none).string();
+        std::string mount = "/";
+        for (const std::string& point : points()) {
+            mount = isWithin(real, point) && point.size() > mount.size() ? point : mount;
+        }
+        std::unique_lock lock(mutex_);
+        Gate& gate = gates_.at(mount);
+        ++gate.askings;
+        ++gate.blocked;
+        changed_.wait(lock, [&] { return !gate.closed; });
+        --gate.blocked;
+        changed_.notify_all();
+    }
+    /// The same, but the last name is looked at itself if it is a link.
+    void touchLink(const std::string& machinePath) {
+        const std::filesystem::path whole(machinePath);
+        std::error_code none;
+        if (std::filesystem::is_symlink(whole, none)) {
+            touch(whole.parent_path().string());
+        } else {
+            touch(machinePath);
+        }
+    }
+
+  private:
+    static bool isWithin(const std::string& path, const std::string& folder) {
+        return folder == "/" || path == folder || path.starts_with(folder + "/");
+    }
+
+    struct Gate {
+        bool closed = false;
+        int askings = 0;
+        int blocked = 0;
+    };
+
+    fakes::TempFolder folder_;
+    mutable std::mutex mutex_; ///< of all below
+    std::condition_variable changed_;
+    std::map<std::string, Gate> gates_; ///< by mount point
+};
+
+/// Does not go by the clock: a call is late when it hangs at a gate.
+class GateWaiting final : public Waiting {
+  public:
+    explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
+
+    [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override {
+        late_ = std::min(late_, mounts_.blocked());
+        const auto limit = std::chrono::steady_clock::now() + std::max(bound, Duration(30000));
+        const auto moment = std::chrono::steady_clock::now() + plainMoment;
+        while (!completion.restFor(std::chrono::milliseconds(1))) {
+            const auto now = std::chrono::steady_clock::now();
+            const bool hangs = mounts_.blocked() > late_;
+            if (hangs || now > limit || (bound <= plainMoment && now > moment)) {
+                late_ = mounts_.blocked();
+                return Outcome::late;
+            }
+        }
+        return Outcome::done;
+    }
+
+  private:
+    const HangingMounts& mounts_;
+    int late_ = 0; ///< calls that hang and have been waited for
+};
+
+/// The machine's files behind the gates.
+class HangingMachine final : public MachineFiles {
+  public:
+    HangingMachine(const SharedPaths& shared, std::shared_ptr<HangingMounts> mounts)
+        : machine_(std::make_shared<LinuxMachineFiles>(shared)),
+          mounts_(std::move(mounts)),
+          files_(*this),
+          directories_(*this) {}
+
+    [[nodiscard]] FileSystem& files() override { return files_; }
+    [[nodiscard]] Directories& directories() override { return directories_; }
+    [[nodiscard]] std::unique_ptr<DirectoryWalk>
+    continueWalk(std::shared_ptr<WalkedFolders> walked) override {
+        return std::make_unique<Walk>(*this, machine_->continueWalk(std::move(walked)));
+    }
+    [[nodiscard]] Result<Located> locate(const std::string& path) override {
+        Result<Located> located = machine_->locate(path);
+        if (located.ok() && !located.value().givenName.empty()) { // a root is not asked
+            mounts_->touchLink(located.value().path);
+        }
+        return located;
+    }
+    [[nodiscard]] std::string toLogic(const std::string& machinePath) override {
+        mounts_->touch(machinePath);
+        return machine_->toLogic(machinePath);
+    }
+
+  private:
+    void touch(const std::string& path) {
+        const Result<Located> located = machine_->locate(path);
+        if (located.ok()) {
+            mounts_->touch(located.value().path);
+        }
+    }
+
+    class Files final : public FileSystem {
+      public:
+        explicit Files(HangingMachine& owner) : owner_(owner) {}
+
+        [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override {
+            return at(path).fileLength(path);
+        }
+        [[nodiscard]] bool fileExists(const std::string& path) const override {
+            return at(path).fileExists(path);
+        }
+        [[nodiscard]] Result<FileTime> fileDate(const std::string& path) const override {
+            return at(path).fileDate(path);
+        }
+        [[nodiscard]] Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
+                                                                     FileAccess access) override {
+            auto opened = at(path).openBinary(path, access);
+            return opened.ok() ? Result<std::unique_ptr<BinaryFile>>(std::make_unique<OpenedFile>(
+                                     owner_.mounts_, owner_.locate(path).value().path,
+                                     std::move(opened.value())))
+                               : std::move(opened);
+        }
+        Status rename(const std::string& from, const std::string& to) override {
+            return at(from).rename(from, to);
+        }
+        Status touchForWriting(const std::string& path) override {
+            return at(path).touchForWriting(path);
+        }
+        Status removeFile(const std::string& path) override { return at(path).removeFile(path); }
+        Status changeDrive(const std::string& path) override {
+            return at(path.substr(0, 2) + "\\").changeDrive(path);
+        }
+        Status changeFolder(const std::string& path) override {
+            return at(path).changeFolder(path);
+        }
+        [[nodiscard]] std::string currentFolder() const override {
+            return owner_.machine_->files().currentFolder();
+        }
+        Status makeFolder(const std::string& name) override { return at(name).makeFolder(name); }
+        [[nodiscard]] std::string programFolder() const override {
+            return owner_.machine_->files().programFolder();
+        }
+
+      private:
+        [[nodiscard]] FileSystem& at(const std::string& path) const {
+            owner_.touch(path);
+            return owner_.machine_->files();
+        }
+        HangingMachine& owner_;
+    };
+
+    class OpenedFile final : public BinaryFile {
+      public:
+        OpenedFile(std::shared_ptr<HangingMounts> mounts, std::string path,
+                   std::unique_ptr<BinaryFile> file)
+            : mounts_(std::move(mounts)), path_(std::move(path)), file_(std::move(file)) {}
+
+        [[nodiscard]] Result<std::int64_t> length() const override {
+            mounts_->touch(path_);
+            return file_->length();
+        }
+        [[nodiscard]] Result<std::size_t> read(std::int64_t offset,
+                                               std::span<std::byte> into) override {
+            mounts_->touch(path_);
+            return file_->read(offset, into);
+        }
+        Status write(std::int64_t offset, std::span<const std::byte> bytes) override {
+            mounts_->touch(path_);
+            return file_->write(offset, bytes);
+        }
+
+      private:
+        const std::shared_ptr<HangingMounts> mounts_;
+        const std::string path_;
+        const std::unique_ptr<BinaryFile> file_;
+    };
+
+    class Walk final : public DirectoryWalk {
+      public:
+        Walk(HangingMachine& owner, std::unique_ptr<DirectoryWalk> walk)
+            : owner_(owner), walk_(std::move(walk)) {}
+        FindHandle FindFirst(const std::string& pattern, FindRecord& record) override {
+            const std::string folder = pattern.substr(0, pattern.rfind('\\') + 1);
+            owner_.touch(folder);
+            const FindHandle handle = walk_->FindFirst(pattern, record);
+            folders_[handle] = folder;
+            return handle;
+        }
+        bool FindNext(FindHandle handle, FindRecord& record) override {
+            owner_.touch(folders_.at(handle));
+            return walk_->FindNext(handle, record);
+        }
+        void FindClose(FindHandle handle) override { walk_->FindClose(handle); }
+
+      private:
+        HangingMachine& owner_;
+        std::unique_ptr<DirectoryWalk> walk_;
+        std::map<FindHandle, std::string> folders_;
+    };
+
+    class Folders final : public Directories {
+      public:
+        explicit Folders(HangingMachine& owner) : owner_(owner) {}
+        [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override {
+            return owner_.continueWalk(std::make_shared<WalkedFolders>());
+        }
+        [[nodiscard]] Result<std::string> folder(const std::string& path) const override {
+            owner_.touch(path);
+            return owner_.machine_->directories().folder(path);
+        }
+        [[nodiscard]] std::vector<std::string> drives() const override {
+            return owner_.machine_->directories().drives();
+        }
+
+      private:
+        HangingMachine& owner_;
+    };
+
+    const std::shared_ptr<LinuxMachineFiles> machine_;
+    const std::shared_ptr<HangingMounts> mounts_;
+    Files files_;
+    Folders directories_;
+};
+
+/// The patient parts on such a machine. At its end no thread hangs any more.
+class HangingWorld {
+  public:
+    HangingWorld() = default;
+    ~HangingWorld() {
+        for (const std::string& mount : mounts->points()) {
+            mounts->answer(mount);
+        }
+        std::filesystem::current_path("/"); // not in a folder that is about to be removed
+    }
+    HangingWorld(const HangingWorld&) = delete;
+    HangingWorld& operator=(const HangingWorld&) = delete;
+
+    const std::shared_ptr<HangingMounts> mounts = std::make_shared<HangingMounts>();
+    const std::string c = "/";
+    const std::string d = mounts->path("d");
+    const std::string e = mounts->path("e");
+    FakeNotices notices;
+    FakeSettingsStore store;
+
+  private:
+    const SharedPaths shared_{.letters = std::make_shared<LetterStore>(store),
+                              .home = {},
+                              .programFolder = mounts->path("d"),
+                              .mountList = mounts->mountList()};
+    waiting::WorkerThreads threads_;
+    GateWaiting waiting_{*mounts};
+
+    [[nodiscard]] PathAccess access() {
+        PlaceAccess places = placesOfThisMachine();
+        places.mountPoints = [points = mounts->points()] {
+            return points;
+        };
+        places.linkTarget = [mounts = mounts, read = places.linkTarget](const std::string& path) {
+            mounts->touchLink(path);
+            return read(path);
+        };
+        return {[shared = shared_, mounts = mounts] {
+                    return std::make_shared<HangingMachine>(shared, mounts);
+                },
+                [this] { shared_.letters->writeTo(store); }, places};
+    }
+
+  public:
+    PatientPaths paths{access(), {threads_, waiting_, notices}};
+    PatientFileSystem files{paths};
+    PatientDirectories directories{paths, files};
+};
+
+} // namespace sonarith::test

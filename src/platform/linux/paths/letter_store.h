@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The stored drive letters for threads that may not use the settings store: a copy, whose changes
+// the thread of the logic brings to the store.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/settings_store.h"
+
+namespace sonarith {
+
+class LetterStore final : public SettingsStore {
+  public:
+    /// Copies the letters of `store`. For the thread of the logic.
+    explicit LetterStore(const SettingsStore& store);
+
+    /// Writes what was given since the last call. For the thread of the logic.
+    void writeTo(SettingsStore& store);
+
+    // Any thread may call these, for the section of the drives.
+    [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
+                                         const std::string& key,
+                                         const std::string& fallback) const override;
+    void SaveSetting(const std::string& application, const std::string& section,
+                     const std::string& key, const std::string& value) override;
+    void DeleteSetting(const std::string& application, const std::string& section,
+                       const std::string& key) override;
+
+  private:
+    // Nothing is written here: writeTo() is one transaction.
+    void beginTransaction() override {}
+    void endTransaction() override {}
+
+    mutable std::mutex mutex_;
+    std::map<std::string, std::string> values_;  ///< by key
+    std::map<std::string, std::string> changed_; ///< not written yet
+};
+
+} // namespace sonarith

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/patient_binary_file.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/files/file_error.h"
+
+namespace sonarith {
+
+PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
+                                     waiting::WorkerThreads& threads, Waiting& waiting,
+                                     Waiting::Duration bound)
+    : file_(std::move(file)), bound_(bound), calls_(threads, waiting) {}
+
+PatientBinaryFile::~PatientBinaryFile() {
+    // A close may hang as a read may. Most are done within the moment, so that what is done next
+    // with the file's name finds it closed.
+    calls_.tell(Waiting::plainMoment,
+                [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
+}
+
+Result<std::int64_t> PatientBinaryFile::length() const {
+    auto answer = calls_.ask(bound_, [file = file_] { return file->length(); });
+    return answer ? *answer : fileError(ErrorNumber::deviceUnavailable);
+}
+
+Result<std::size_t> PatientBinaryFile::read(std::int64_t offset, std::span<std::byte> into) {
+    // Into memory of its own: the caller's may be gone when a read that hung returns.
+    const auto bytes = std::make_shared<std::vector<std::byte>>(into.size());
+    auto answer =
+        calls_.ask(bound_, [file = file_, offset, bytes] { return file->read(offset, *bytes); });
+    if (!answer) {
+        return fileError(ErrorNumber::deviceUnavailable);
+    }
+    if (answer->ok()) {
+        std::copy_n(bytes->begin(), answer->value(), into.begin());
+    }
+    return *answer;
+}
+
+Status PatientBinaryFile::write(std::int64_t offset, std::span<const std::byte> bytes) {
+    auto answer = calls_.ask(
+        bound_, [file = file_, offset, copy = std::vector<std::byte>(bytes.begin(), bytes.end())] {
+            return file->write(offset, copy);
+        });
+    return answer ? *answer : Status(fileError(ErrorNumber::deviceUnavailable));
+}
+
+} // namespace sonarith

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Stands before an open file on a disk or server that may not answer: its calls run on another
+// thread and are waited for with a bound. It opens no file (patient_file_system.h).
+#pragma once
+
+#include <memory>
+
+#include "platform/binary_file.h"
+#include "platform/linux/waiting/blocking_calls.h"
+
+namespace sonarith {
+
+/// A call that is not answered in time fails with deviceUnavailable, though it may be carried out
+/// later; so do all further ones, at once, until it has returned. Closed on the other thread.
+class PatientBinaryFile final : public BinaryFile {
+  public:
+    /// `threads` and `waiting` outlive this.
+    PatientBinaryFile(std::shared_ptr<BinaryFile> file, waiting::WorkerThreads& threads,
+                      Waiting& waiting, Waiting::Duration bound);
+    ~PatientBinaryFile() override;
+    PatientBinaryFile(const PatientBinaryFile&) = delete;
+    PatientBinaryFile& operator=(const PatientBinaryFile&) = delete;
+
+    [[nodiscard]] Result<std::int64_t> length() const override;
+    [[nodiscard]] Result<std::size_t> read(std::int64_t offset, std::span<std::byte> into) override;
+    Status write(std::int64_t offset, std::span<const std::byte> bytes) override;
+
+  private:
+    std::shared_ptr<BinaryFile> file_;
+    const Waiting::Duration bound_;
+    mutable waiting::BlockingCalls calls_;
+};
+
+} // namespace sonarith

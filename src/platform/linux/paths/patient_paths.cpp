@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/patient_paths.h"
+
+#include <algorithm>
+#include <mutex>
+
+namespace sonarith {
+
+namespace {
+
+std::string causeOf(const std::string& mount) {
+    return "mount " + mount;
+}
+
+} // namespace
+
+/// Goes along the paths and remembers the mount that is being asked, for the thread of the logic to
+/// read while that hangs.
+class PatientPaths::Search {
+  public:
+    void run(MachineFiles& machine, const PlaceAccess& places,
+             const std::vector<std::string>& paths) {
+        const auto note = [this](const std::string& mount) {
+            set(mount);
+            return true;
+        };
+        for (const std::string& path : paths) {
+            static_cast<void>(walkToPlace(machine, places, path, note));
+        }
+        set(""); // they have all answered
+    }
+    /// Empty if none hangs, as far as is known.
+    [[nodiscard]] std::string mount() const {
+        const std::lock_guard lock(mutex_);
+        return mount_;
+    }
+
+  private:
+    void set(const std::string& mount) {
+        const std::lock_guard lock(mutex_);
+        mount_ = mount;
+    }
+
+    mutable std::mutex mutex_;
+    std::string mount_;
+};
+
+struct PatientPaths::Lane {
+    Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
+
+    /// Made by the first call, on its thread, and used by the calls alone.
+    std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
+        std::make_shared<std::shared_ptr<MachineFiles>>();
+    waiting::BlockingCalls calls;
+};
+
+PatientPaths::PatientPaths(PathAccess access, waiting::Services services, Waiting::Duration bound)
+    : access_(std::move(access)), services_(services), bound_(bound), lane_(makeLane()) {}
+
+PatientPaths::~PatientPaths() = default;
+
+std::unique_ptr<PatientPaths::Lane> PatientPaths::makeLane() {
+    return std::make_unique<Lane>(services_.threads, services_.waiting);
+}
+
+bool PatientPaths::carryOut(const std::vector<std::string>& paths, Job job) {
+    forgetWhatHasReturned();
+    if (left_.size() >= mostLeftBehind || isUnanswered(paths)) {
+        return false;
+    }
+    const auto refused = std::make_shared<bool>(false);
+    auto call = [machine = lane_->machine, make = access_.make, places = access_.places,
+                 hanging = mountsThatHang(), paths, refused, job = std::move(job)] {
+        if (!*machine) {
+            *machine = make();
+        }
+        const auto mayAsk = [&](const std::string& mount) {
+            return !hanging.contains(mount);
+        };
+        // To go through the path takes longer than most calls: only while something hangs.
+        *refused = !hanging.empty() &&
+                   !std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
+                       return walkToPlace(**machine, places, path, mayAsk);
+                   });
+        if (!*refused) {
+            job(**machine);
+        }
+    };
+    if (lane_->calls.tell(bound_, std::move(call)) != waiting::BlockingCalls::Told::done) {
+        leaveBehind(paths);
+        return false;
+    }
+    access_.afterCall();
+    return !*refused;
+}
+
+void PatientPaths::leaveBehind(const std::vector<std::string>& paths) {
+    std::unique_ptr<Lane> left = std::exchange(lane_, makeLane());
+    const auto found = search(paths);
+    left_.push_back({std::move(left), paths, found});
+    if (!lane_->calls.idle()) { // it hangs there, too
+        left_.push_back({std::exchange(lane_, makeLane()), paths, found});
+    }
+    const std::string mount = found->mount();
+    if (!mount.empty() && reported_.insert(mount).second) {
+        services_.notices.report(
+            {"The disk or server at " + mount + " does not answer.", causeOf(mount)});
+    }
+}
+
+std::shared_ptr<const PatientPaths::Search>
+PatientPaths::search(const std::vector<std::string>& paths) {
+    const auto search = std::make_shared<Search>();
+    lane_->calls.tell(searchBound, [machine = lane_->machine, make = access_.make,
+                                    places = access_.places, paths, search] {
+        if (!*machine) {
+            *machine = make();
+        }
+        search->run(**machine, places, paths);
+    });
+    return search;
+}
+
+void PatientPaths::forgetWhatHasReturned() {
+    std::erase_if(left_, [](const LeftBehind& left) { return left.lane->calls.idle(); });
+    const std::set<std::string> hanging = mountsThatHang();
+    std::erase_if(reported_, [&](const std::string& mount) {
+        if (hanging.contains(mount)) {
+            return false;
+        }
+        services_.notices.settled(causeOf(mount),
+                                  "The disk or server at " + mount + " answers again.");
+        return true;
+    });
+}
+
+/// Compared as they are given: who asks again in other words waits again.
+bool PatientPaths::isUnanswered(const std::vector<std::string>& paths) const {
+    return std::any_of(left_.begin(), left_.end(), [&](const LeftBehind& left) {
+        return std::find_first_of(paths.begin(), paths.end(), left.paths.begin(),
+                                  left.paths.end()) != paths.end();
+    });
+}
+
+std::set<std::string> PatientPaths::mountsThatHang() const {
+    std::set<std::string> mounts;
+    for (const LeftBehind& left : left_) {
+        if (const std::string mount = left.search->mount(); !mount.empty()) {
+            mounts.insert(mount);
+        }
+    }
+    return mounts;
+}
+
+} // namespace sonarith

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/patient_place.h"
+
+#include <cstddef>
+#include <deque>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+#include "platform/linux/paths/machine_names.h"
+#include "platform/linux/paths/path_names.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+// As many as the kernel follows (path_resolution(7)).
+constexpr int mostLinks = 40;
+
+std::string joined(const std::string& folder, const std::string& name) {
+    return folder == "/" ? "/" + name : folder + "/" + name;
+}
+
+/// The deepest mount point that holds the path, in whatever case: how the machine spells the path
+/// is not known before its mount has been asked.
+std::string mountOf(const std::vector<std::string>& mountPoints, const std::string& path) {
+    const std::string folded = caseFolded(path);
+    std::string deepest = "/";
+    for (const std::string& mount : mountPoints) {
+        if (mount.size() > deepest.size() && isWithin(folded, caseFolded(mount))) {
+            deepest = mount;
+        }
+    }
+    return deepest;
+}
+
+class PlaceWalk {
+  public:
+    PlaceWalk(const PlaceAccess& access, const std::function<bool(const std::string&)>& mayAsk)
+        : access_(access), mayAsk_(mayAsk), mountPoints_(access.mountPoints()) {}
+
+    [[nodiscard]] bool mayAsk(const std::string& machinePath) const {
+        return mayAsk_(mountOf(mountPoints_, machinePath));
+    }
+
+    /// Where `name` in `folder`, which is reached by no link, leads to; nothing if it may not be
+    /// asked.
+    std::optional<std::string> follow(const std::string& folder, const std::string& name) {
+        std::string at = folder;
+        std::deque<std::string> names{name};
+        while (!names.empty()) {
+            const std::string next = joined(at, names.front());
+            names.pop_front();
+            if (!mayAsk(next)) {
+                return std::nullopt;
+            }
+            const std::optional<std::string> target =
+                links_ < mostLinks ? access_.linkTarget(next) : std::nullopt;
+            if (!target) {
+                at = next;
+                continue;
+            }
+            ++links_;
+            // What ".." means behind a link is worked out by text: good enough for a mount.
+            const std::string whole = target->starts_with('/') ? *target : at + "/" + *target;
+            const std::vector<std::string> targets = namesOf(whole, "/");
+            names.insert(names.begin(), targets.begin(), targets.end());
+            at = "/";
+        }
+        return at;
+    }
+
+  private:
+    const PlaceAccess& access_;
+    const std::function<bool(const std::string&)>& mayAsk_;
+    const std::vector<std::string> mountPoints_;
+    int links_ = 0;
+};
+
+std::vector<std::string> mountPointsOfThisMachine() {
+    std::stringstream text;
+    text << std::ifstream("/proc/self/mountinfo").rdbuf();
+    std::vector<std::string> points;
+    for (MountPoint& mount : parseMountInfo(text.str())) {
+        points.push_back(std::move(mount.path));
+    }
+    return points;
+}
+
+} // namespace
+
+PlaceAccess placesOfThisMachine() {
+    return {mountPointsOfThisMachine, [](const std::string& path) {
+                std::error_code none;
+                const auto target = std::filesystem::read_symlink(path, none);
+                return none ? std::nullopt : std::optional(target.string());
+            }};
+}
+
+bool walkToPlace(MachineFiles& machine, const PlaceAccess& access, const std::string& path,
+                 const std::function<bool(const std::string& mount)>& mayAsk) {
+    PlaceWalk walk(access, mayAsk);
+    std::string part = path.substr(0, 2);
+    const Result<Located> root = machine.locate(part + "\\");
+    if (!root.ok()) {
+        return true; // no such drive: nothing will be asked
+    }
+    std::string place = root.value().path;
+    if (!walk.mayAsk(place)) {
+        return false;
+    }
+    for (const std::string& name : namesOf(std::string_view(path).substr(part.size()), "\\/")) {
+        part += "\\" + name;
+        if (!walk.mayAsk(joined(place, machineName(name)))) {
+            return false;
+        }
+        const Result<Located> located = machine.locate(part);
+        if (!located.ok() || !located.value().found) {
+            return true;
+        }
+        const std::string& spelled = located.value().path;
+        const auto next = walk.follow(place, spelled.substr(spelled.rfind('/') + 1));
+        if (!next) {
+            return false;
+        }
+        place = *next;
+    }
+    return true;
+}
+
+} // namespace sonarith
