@@ -23,14 +23,22 @@ std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& sto
     return home;
 }
 
+/// `store` is used by the thread of the logic alone.
+PathAccess pathAccess(SettingsStore& store, const std::string& home) {
+    const SharedPaths shared{.letters = std::make_shared<LetterStore>(store),
+                             .home = home,
+                             .programFolder = programFolder(executableFolder(), musicFolder)};
+    return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
+            [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};
+}
+
 } // namespace
 
 Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
                  const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
-    : letters_(store, homeNamedIn(store, storedPaths)),
-      paths_(letters_, mounts_),
-      files_(paths_, programFolder(executableFolder(), musicFolder)),
+    : paths_(pathAccess(store, homeNamedIn(store, storedPaths)), {threads_, waiting, notices}),
+      files_(paths_),
       directories_(paths_, files_),
       destination_(std::move(destination)),
       slot_([this] { return devices_.drive(); },
@@ -52,11 +60,6 @@ void Machine::stop() {
     cardThread_.reset();
     card_.setSpeakers(nullptr);
     saves_->noneWithin(patienceWithSaves);
-}
-
-std::string Machine::toMachine(const std::string& path) const {
-    const Result<Located> located = files_.locate(path);
-    return located.ok() ? located.value().path : std::string();
 }
 
 std::vector<std::filesystem::path> Machine::recordingFolders() const {

@@ -16,12 +16,9 @@
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mp3/mpg123_controls.h"
 #include "platform/linux/paths/clock_random.h"
-#include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/home_letter.h"
-#include "platform/linux/paths/linux_directory_walk.h"
-#include "platform/linux/paths/linux_file_system.h"
-#include "platform/linux/paths/mount_info.h"
-#include "platform/linux/paths/path_map.h"
+#include "platform/linux/paths/patient_directories.h"
+#include "platform/linux/paths/patient_file_system.h"
 #include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
@@ -34,11 +31,11 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in the logic's
-    /// form. `destination` returns the destination folder in that form: recordings are made there
-    /// first, since they are saved there without being copied. Devices that may hang are waited for
-    /// with `waiting`, and report to `notices`, which lives until the process ends: threads that a
-    /// hanging device keeps hold it.
+    /// `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in the
+    /// logic's form. `destination` returns the destination folder in that form: recordings are made
+    /// there first, since they are saved there without being copied. Disks and drives that may hang
+    /// are waited for with `waiting`, and report to `notices`, which lives until the process ends:
+    /// threads that a hanging device keeps hold it.
     Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
@@ -48,12 +45,17 @@ class Machine {
     /// to reach the disk. Nothing of the machine is used any more.
     void stop();
 
-    /// From a path of the logic to one of the machine, empty where there is none; and back.
-    [[nodiscard]] std::string toMachine(const std::string& path) const;
-    [[nodiscard]] std::string toLogic(const std::string& path) { return paths_.toLogic(path); }
+    /// From a path of the logic to one of the machine, and back; empty where there is none, or its
+    /// disk does not answer.
+    [[nodiscard]] std::string toMachine(const std::string& path) const {
+        return files_.machinePath(path);
+    }
+    [[nodiscard]] std::string toLogic(const std::string& path) const {
+        return files_.toLogic(path);
+    }
 
-    LinuxFileSystem& files() { return files_; }
-    LinuxDirectories& directories() { return directories_; }
+    FileSystem& files() { return files_; }
+    Directories& directories() { return directories_; }
     ClockRandom& random() { return random_; }
     MediaControl& media() { return media_; }
     Mp3Controls& mp3Controls() { return mp3Controls_; }
@@ -67,11 +69,9 @@ class Machine {
     [[nodiscard]] std::vector<std::filesystem::path> recordingFolders() const;
 
     waiting::WorkerThreads threads_;
-    MountInfo mounts_;
-    DriveTable letters_;
-    PathMap paths_;
-    LinuxFileSystem files_;
-    LinuxDirectories directories_;
+    PatientPaths paths_;
+    PatientFileSystem files_;
+    PatientDirectories directories_;
     ClockRandom random_;
 
     std::function<std::string()> destination_;
