@@ -25,8 +25,8 @@
 // In its test: `FormWindow window(finderWindow(form)); form.show();`
 //
 // Each view names its control for screen readers by the control's caption, its tool tip, or the
-// label that the layout gives. A drop-down list (ComboBoxView, DriveListView) needs a fixed text that
-// names it as well: screen readers read that one.
+// label that the layout gives. A drop-down list (ComboBoxView, DriveListView) needs a fixed text
+// that names it as well: screen readers read that one.
 //
 // The order in which the widgets are made is the order of the tab key. The widget of a control is
 // named as the control is: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
