@@ -19,11 +19,8 @@ CheckBoxView::CheckBoxView(CheckBox& box, const QString& label, QWidget* parent)
                   setChecked(box.value() == 1);
               }
           }) {
-    connect(this, &QCheckBox::clicked, this, [this, &box] {
-        box.setValue(isChecked() ? 1 : 0).passOver();
-        // The handler may have set it to what it was before.
-        setChecked(box.value() == 1);
-    });
+    connect(this, &QCheckBox::clicked, this,
+            [this, &box] { box.setValue(isChecked() ? 1 : 0).passOver(); });
 }
 
 } // namespace sonarith

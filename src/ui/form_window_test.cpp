@@ -38,7 +38,7 @@ class FormWindowTest : public testing::Test {
                     auto* rows = new QVBoxLayout(&window.client());
                     rows->addWidget(new TextBoxView(text, "Name", &window.client()));
                     rows->addWidget(window.makeButton(closeButton, &window.client()));
-                    rows->addWidget(window.makeButton(copy, &window.client()));
+                    rows->addWidget(window.makeButton(clear, &window.client()));
                     rows->addStretch();
                 }};
     }
@@ -56,7 +56,7 @@ class FormWindowTest : public testing::Test {
     Form form{"frmsearch", "File Finder"};
     TextBox text{form, "Text1"};
     CommandButton closeButton{form, "cmdend", "Close"};
-    CommandButton copy{form, "cmdcopy", "Copy"};
+    CommandButton clear{form, "cmdclear", "Clear"};
     MenuItem entry{form, "mnuClose", "Close Window"};
     MenuItem menu{form, "mnuCD", "CD Menu", {&entry}};
 };
@@ -147,7 +147,7 @@ TEST_F(FormWindowTest, TheMenuBarStandsAboveTheClientArea) {
 TEST_F(FormWindowTest, MenusAndButtonsHaveALetterEach) {
     const FormWindow window(layout());
     EXPECT_EQ(window.findChild<QPushButton*>("cmdend")->text(), "C&lose");
-    EXPECT_EQ(window.findChild<QPushButton*>("cmdcopy")->text(), "C&opy");
+    EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
 TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrWhatTheLayoutSays) {
