@@ -50,6 +50,7 @@ Form4::Form4(EventLoop& loop)
     // One sweep of the trace: a line for each 20 twips of the width.
     picPeakVol.reserveLines(128);
 
+    Slider2.setToolTip("Pan Control");
     Slider2.setVisible(false);
     for (CheckBox* box : {&Check1, &Check2, &Check6}) {
         box->setVisible(false);
