@@ -29,9 +29,17 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
+// A sanitizer would bring its own of this one, whose memory is not malloc's.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++sonarith::test::allocationCount;
+    return std::malloc(size > 0 ? size : 1);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -46,6 +47,8 @@ class FakeMixer final : public Mixer {
     /// What was asked, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001",
     /// "set 4 50030001 65535"; types in hexadecimal. The identifier 0 stands as "set none 65535".
     std::vector<std::string> log;
+    /// Runs with each entry of the log.
+    std::function<void(const std::string&)> onOperation;
 
     void removeLine(std::uint32_t line) {
         std::erase_if(values_, [&](const auto& entry) { return entry.first.first == line; });
@@ -62,7 +65,7 @@ class FakeMixer final : public Mixer {
     [[nodiscard]] int handlesOpened() const { return opened_; }
 
     MixerResult open(MixerHandle& mixer) override {
-        log.emplace_back("open");
+        note("open");
         if (!present) {
             return MixerResult::badDevice;
         }
@@ -70,7 +73,7 @@ class FakeMixer final : public Mixer {
         return MixerResult::noError;
     }
     MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) override {
-        log.push_back("line " + std::to_string(line.dwComponentType));
+        note("line " + std::to_string(line.dwComponentType));
         if (line.cbStruct != mixerLineSize) {
             return MixerResult::invalidParameter;
         }
@@ -87,7 +90,7 @@ class FakeMixer final : public Mixer {
     }
     MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) override {
         const std::uint32_t line = controls.dwLineID - lineId(0);
-        log.push_back("control " + text({line, controls.dwControlType}));
+        note("control " + text({line, controls.dwControlType}));
         if (controls.cbStruct != mixerLineControlsSize || controls.cControls != 1 ||
             controls.cbmxctrl != mixerControlSize || controls.pamxctrl == nullptr) {
             return MixerResult::invalidParameter;
@@ -106,7 +109,7 @@ class FakeMixer final : public Mixer {
     }
     MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) override {
         const auto found = find(details.dwControlID);
-        log.push_back("get " + (found == values_.end() ? "none" : text(found->first)));
+        note("get " + (found == values_.end() ? "none" : text(found->first)));
         if (const MixerResult result = check(mixer, details); result != MixerResult::noError) {
             return result;
         }
@@ -118,8 +121,8 @@ class FakeMixer final : public Mixer {
     }
     MixerResult setControlDetails(MixerHandle mixer, const MixerControlDetails& details) override {
         const auto found = find(details.dwControlID);
-        log.push_back("set " + (found == values_.end() ? "none" : text(found->first)) + " " +
-                      (details.paDetails ? std::to_string(*details.paDetails) : "-"));
+        note("set " + (found == values_.end() ? "none" : text(found->first)) + " " +
+             (details.paDetails ? std::to_string(*details.paDetails) : "-"));
         if (const MixerResult result = check(mixer, details); result != MixerResult::noError) {
             return result;
         }
@@ -131,6 +134,12 @@ class FakeMixer final : public Mixer {
     }
 
   private:
+    void note(const std::string& operation) {
+        log.push_back(operation);
+        if (onOperation) {
+            onOperation(operation);
+        }
+    }
     static std::int32_t startValue(std::uint32_t control) {
         switch (control) {
         case mixer_control::volume:

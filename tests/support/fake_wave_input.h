@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,6 +24,8 @@ class FakeWaveInput final : public WaveInput {
     std::map<std::string, WaveResult> failures;
     /// Operations with their results where they failed, oldest first.
     std::vector<std::string> log;
+    /// Runs with each entry of the log.
+    std::function<void(const std::string&)> onOperation;
     std::deque<WaveHeader*> queue;
     WaveFormat format;
     bool isOpen = false;
@@ -119,6 +122,9 @@ class FakeWaveInput final : public WaveInput {
         log.push_back(operation + (result == WaveResult::noError
                                        ? ""
                                        : " " + std::to_string(static_cast<int>(result))));
+        if (onOperation) {
+            onOperation(log.back());
+        }
         return result;
     }
 };

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A disc and a recorder as the command interface shows them, on the virtual clock: the position
 // moves while it plays, the bytes grow while it records, a save is remembered. For
-// ScriptedMediaControl::device; it knows the commands of inspection and extraction and fails
-// others.
+// ScriptedMediaControl::device; it knows the commands of inspection, extraction and player and
+// fails others.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();
+//     disc.remove();
+//     disc.insert({60000, 60000, 60000});
 #pragma once
 
 #include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
+#include <initializer_list>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,6 +49,18 @@ class SimulatedDisc {
     /// Runs for each of them.
     std::function<void(const SavedCapture&)> onSave;
 
+    /// Takes the disc out of the drive.
+    void remove() {
+        present_ = false;
+        moveTo(0);
+    }
+    /// Puts a disc in, at once in the place of one that is in.
+    void insert(std::vector<std::int32_t> lengthsMs) {
+        lengthsMs_ = std::move(lengthsMs);
+        present_ = true;
+        moveTo(0);
+    }
+
     [[nodiscard]] bool discOpen() const { return discOpen_; }
     [[nodiscard]] bool recorderOpen() const { return recorderOpen_; }
     [[nodiscard]] bool playing() const { return playing_; }
@@ -57,8 +73,22 @@ class SimulatedDisc {
     }
 
     MciAnswer answer(std::string_view command) {
+        for (const std::string_view word : {" shareable", " wait"}) {
+            if (command.ends_with(word)) {
+                command.remove_suffix(word.size());
+            }
+        }
+        if (command == "close all") {
+            answer("close cd");
+            answer("close capture");
+            return done();
+        }
         if (command == "open cdaudio alias cd") {
-            return std::exchange(discOpen_, true) ? failure() : done();
+            if (std::exchange(discOpen_, true)) {
+                return failure();
+            }
+            moveTo(0);
+            return done();
         }
         if (command == "open new type waveaudio alias capture") {
             return std::exchange(recorderOpen_, true) ? failure() : done();
@@ -92,23 +122,47 @@ class SimulatedDisc {
 
     MciAnswer answerOfDisc(std::string_view command) {
         if (command == "close cd") {
-            playing_ = false;
+            moveTo(0);
             discOpen_ = false;
             return done();
         }
-        if (command == "stop cd") {
+        if (command == "stop cd" || command == "pause cd") {
+            paused_ = command == "pause cd" && playing_;
             positionMs_ = position();
             playing_ = false;
             return done();
         }
-        if (command.starts_with("play cd")) {
-            positionMs_ = numberBehind(command, "from ").value_or(0);
-            startedPlaying_ = loop_.now();
-            playing_ = true;
+        if (command.starts_with("set cd ")) {
+            return set(command);
+        }
+        if (command == "status cd media present") {
+            return done(present_ ? "true" : "false");
+        }
+        return present_ ? answerOfMedium(command) : failure();
+    }
+
+    MciAnswer set(std::string_view command) {
+        if (command == "set cd door open") {
+            remove();
             return done();
         }
-        if (command.starts_with("set cd time format ")) {
-            hms_ = command.ends_with("hms");
+        format_ = command.ends_with("hms")    ? Format::hms
+                  : command.ends_with("tmsf") ? Format::tmsf
+                                              : Format::milliseconds;
+        return done();
+    }
+
+    MciAnswer answerOfMedium(std::string_view command) {
+        if (command.starts_with("play cd") || command.starts_with("seek cd to ")) {
+            const bool plays = command.starts_with("play cd");
+            const auto place = numberBehind(command, plays ? "from " : "to ");
+            const auto wanted = place ? placeOf(*place) : position();
+            if (!wanted) {
+                return failure();
+            }
+            moveTo(*wanted);
+            startedPlaying_ = loop_.now();
+            playing_ = plays;
             return done();
         }
         if (command == "info cd identity") {
@@ -118,10 +172,18 @@ class SimulatedDisc {
             return done(std::to_string(lengthsMs_.size()));
         }
         if (command == "status cd position") {
-            return done(std::to_string(position()));
+            return done(format_ == Format::tmsf ? positionInTracks() : std::to_string(position()));
         }
         if (command == "status cd current track") {
             return done("1");
+        }
+        if (command == "status cd mode") {
+            return done(playing_ && position() < startOf(lengthsMs_.size() + 1) ? "playing"
+                        : paused_                                               ? "paused"
+                                                                                : "stopped");
+        }
+        if (command == "status cd length") {
+            return done(std::to_string(startOf(lengthsMs_.size() + 1)));
         }
         if (const auto track = numberBehind(command, "length track ")) {
             return lengthOf(*track);
@@ -134,14 +196,57 @@ class SimulatedDisc {
             return failure();
         }
         const int milliseconds = lengthsMs_[static_cast<std::size_t>(track - 1)];
-        if (!hms_) {
+        if (format_ == Format::milliseconds) {
             return done(std::to_string(milliseconds));
         }
         const int seconds = milliseconds / 1000;
-        char text[32];
-        std::snprintf(text, sizeof text, "%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60,
-                      seconds % 60);
-        return done(text);
+        if (format_ == Format::tmsf) {
+            return done(inTwoDigits({seconds / 60, seconds % 60, milliseconds % 1000 * 75 / 1000}));
+        }
+        return done(inTwoDigits({seconds / 3600, seconds / 60 % 60, seconds % 60}));
+    }
+
+    /// "05:17:00" of 5, 17 and 0.
+    static std::string inTwoDigits(std::initializer_list<std::int64_t> numbers) {
+        std::string text;
+        for (const std::int64_t number : numbers) {
+            text += (text.empty() ? "" : ":") + std::string(number < 10 ? "0" : "") +
+                    std::to_string(number);
+        }
+        return text;
+    }
+
+    /// Where track number `track` begins; the number behind the last one stands for the end.
+    [[nodiscard]] std::int64_t startOf(std::size_t track) const {
+        return std::accumulate(lengthsMs_.begin(),
+                               lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
+                               std::int64_t{0});
+    }
+    /// The place that a number of a command stands for, in the present format.
+    [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
+        if (format_ != Format::tmsf) {
+            return number;
+        }
+        if (number < 1 || number > static_cast<std::int64_t>(lengthsMs_.size())) {
+            return std::nullopt;
+        }
+        return startOf(static_cast<std::size_t>(number));
+    }
+    [[nodiscard]] std::string positionInTracks() const {
+        const std::int64_t place = position();
+        std::size_t track = 1;
+        while (track < lengthsMs_.size() && place >= startOf(track + 1)) {
+            ++track;
+        }
+        const std::int64_t inside = place - startOf(track);
+        return inTwoDigits({static_cast<std::int64_t>(track), inside / 60000, inside / 1000 % 60,
+                            inside % 1000 * 75 / 1000});
+    }
+
+    void moveTo(std::int64_t place) {
+        positionMs_ = place;
+        playing_ = false;
+        paused_ = false;
     }
 
     MciAnswer answerOfRecorder(std::string_view command) {
@@ -192,8 +297,10 @@ class SimulatedDisc {
     EventLoop& loop_;
     std::vector<std::int32_t> lengthsMs_;
     bool discOpen_ = false;
+    bool present_ = true;
     bool playing_ = false;
-    bool hms_ = false;
+    bool paused_ = false;
+    enum class Format { milliseconds, hms, tmsf } format_ = Format::milliseconds;
     std::int64_t positionMs_ = 0;
     EventLoop::Time startedPlaying_{};
     bool recorderOpen_ = false;
