@@ -3,6 +3,8 @@
 // the controls do is wired by the application; the jobs live in folders of their own.
 #pragma once
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/controls/basic_controls.h"
@@ -12,6 +14,7 @@
 #include "platform/controls/timer.h"
 #include "platform/controls/tree_view.h"
 #include "platform/event_loop.h"
+#include "platform/pixel_picture.h"
 #include "settings/process_state.h"
 
 namespace sonarith {
@@ -36,6 +39,10 @@ class Form1 : public Form {
     void Enablem();
     /// The displays back to idle.
     void ClearActivity();
+
+    /// What the window's shape can be taken from; null: no picture, as the window is designed.
+    [[nodiscard]] const std::shared_ptr<const PixelPicture>& picture() const { return picture_; }
+    void setPicture(std::shared_ptr<const PixelPicture> picture) { picture_ = std::move(picture); }
 
     // The bars and the grip strip.
     PictureBox Picture3{*this, "Picture3"}; ///< tool bar, top
@@ -144,6 +151,7 @@ class Form1 : public Form {
 
     const ProcessState& state_;
     std::vector<Form*> closedByActions_;
+    std::shared_ptr<const PixelPicture> picture_;
 };
 
 } // namespace sonarith

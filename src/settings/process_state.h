@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "platform/window_region.h"
 #include "settings/app_settings.h"
 
 namespace sonarith {
@@ -30,6 +32,8 @@ struct ProcessState {
     bool PlayerOpen = false;
     /// "pause" was pressed on the player.
     bool CDPaused = false;
+    /// The region that was built last from a picture.
+    std::optional<sonarith::WindowRegion> WindowRegion;
     /// The folder half, with its trailing backslash, of the last path given to SplitPath().
     std::string SplitDir;
     AppSettings settings;

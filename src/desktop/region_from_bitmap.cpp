@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/region_from_bitmap.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace sonarith {
+
+namespace {
+
+/// Columns from `start` up to, not including, `end`.
+struct PixelRun {
+    int start = 0;
+    int end = 0;
+    bool operator==(const PixelRun&) const = default;
+};
+
+/// The runs of the colour in row `y`, left to right. It reads up to and including the column at
+/// `width`, where no picture has a colour, so no run goes beyond the picture.
+std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour transparent, int y) {
+    std::vector<PixelRun> runs;
+    // The column behind a run has ended that run; it is not looked at again.
+    for (int x = 0; x <= bitmap.width(); ++x) {
+        while (x <= bitmap.width() && bitmap.pixel(x, y) != transparent) {
+            ++x;
+        }
+        const int start = x;
+        while (x <= bitmap.width() && bitmap.pixel(x, y) == transparent) {
+            ++x;
+        }
+        if (x > start) {
+            runs.push_back({start, x});
+        }
+    }
+    return runs;
+}
+
+/// The columns of a row of `width` that `cut` leaves.
+std::vector<PixelRun> columnsLeft(const std::vector<PixelRun>& cut, int width) {
+    std::vector<PixelRun> left;
+    int start = 0;
+    for (const PixelRun& run : cut) {
+        if (run.start > start) {
+            left.push_back({start, run.start});
+        }
+        start = run.end;
+    }
+    if (start < width) {
+        left.push_back({start, width});
+    }
+    return left;
+}
+
+} // namespace
+
+std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelColour transparent) {
+    if (bitmap == nullptr) {
+        return std::nullopt;
+    }
+    WindowRegion region;
+    std::vector<PixelRun> columnsAbove;
+    std::size_t firstOfBand = 0;
+    // Rows 0 to `height`, like columns 0 to `width`: the last of each lies outside the picture. It
+    // has no colours, and of the rectangle no part lies there.
+    for (int y = 0; y <= bitmap->height(); ++y) {
+        const int width = y < bitmap->height() ? bitmap->width() : 0;
+        const std::vector<PixelRun> columns =
+            columnsLeft(transparentRuns(*bitmap, transparent, y), width);
+        if (columns == columnsAbove) {
+            std::for_each(region.rectangles.begin() + static_cast<std::ptrdiff_t>(firstOfBand),
+                          region.rectangles.end(),
+                          [y](PixelRectangle& rectangle) { rectangle.bottom = y + 1; });
+            continue;
+        }
+        firstOfBand = region.rectangles.size();
+        for (const PixelRun& run : columns) {
+            region.rectangles.push_back({run.start, y, run.end, y + 1});
+        }
+        columnsAbove = columns;
+    }
+    return region;
+}
+
+} // namespace sonarith

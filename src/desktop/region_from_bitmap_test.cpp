@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/region_from_bitmap.h"
+
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr PixelColour black = 0x000000;
+
+/// One text for each row: a blank is white, everything else black.
+std::vector<PixelColour> pixelsOf(const std::vector<std::string>& rows) {
+    std::vector<PixelColour> pixels;
+    for (const std::string& row : rows) {
+        for (const char c : row) {
+            pixels.push_back(c == ' ' ? whitePixel : black);
+        }
+    }
+    return pixels;
+}
+
+int widthOf(const std::vector<std::string>& rows) {
+    return rows.empty() ? 0 : static_cast<int>(rows.front().size());
+}
+
+/// Writes down which pixels are asked for.
+class WatchedPicture final : public PixelPicture {
+  public:
+    explicit WatchedPicture(const std::vector<std::string>& rows)
+        : PixelPicture(widthOf(rows), static_cast<int>(rows.size()), pixelsOf(rows)) {}
+
+    mutable std::vector<std::pair<int, int>> asked;
+
+    [[nodiscard]] std::optional<PixelColour> pixel(int x, int y) const override {
+        asked.emplace_back(x, y);
+        return PixelPicture::pixel(x, y);
+    }
+};
+
+std::vector<PixelRectangle> leftOf(const std::vector<std::string>& rows,
+                                   PixelColour transparent = whitePixel) {
+    const WatchedPicture picture(rows);
+    const auto region = RegionFromBitmap(&picture, transparent);
+    EXPECT_TRUE(region.has_value());
+    return region ? region->rectangles : std::vector<PixelRectangle>();
+}
+
+TEST(RegionFromBitmap, IsNoneWithoutAPicture) {
+    EXPECT_EQ(RegionFromBitmap(nullptr, whitePixel), std::nullopt);
+}
+
+TEST(RegionFromBitmap, IsTheFullRectangleOfAPictureWithoutTheColour) {
+    EXPECT_THAT(leftOf({"xxx", "xxx"}), ElementsAre(PixelRectangle{0, 0, 3, 2}));
+}
+
+TEST(RegionFromBitmap, IsEmptyForAPictureThatIsAllOfTheColour) {
+    const WatchedPicture picture({"   ", "   "});
+    const auto region = RegionFromBitmap(&picture, whitePixel);
+    ASSERT_TRUE(region.has_value());
+    EXPECT_THAT(region->rectangles, IsEmpty());
+}
+
+TEST(RegionFromBitmap, IsEmptyForAPictureWithoutPixels) {
+    EXPECT_THAT(leftOf({}), IsEmpty());
+    EXPECT_THAT(leftOf({"", ""}), IsEmpty());
+}
+
+TEST(RegionFromBitmap, CutsRunsAtBothEdgesAndInTheMiddle) {
+    EXPECT_THAT(leftOf({" x  x "}),
+                ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{4, 0, 5, 1}));
+    EXPECT_THAT(leftOf({"x  x"}),
+                ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{3, 0, 4, 1}));
+}
+
+TEST(RegionFromBitmap, CutsEverySecondColumn) {
+    EXPECT_THAT(leftOf({"x x x"}),
+                ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{2, 0, 3, 1},
+                            PixelRectangle{4, 0, 5, 1}));
+    EXPECT_THAT(leftOf({" x x "}),
+                ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{3, 0, 4, 1}));
+}
+
+TEST(RegionFromBitmap, RowsThatAreLeftAlikeShareTheirRectangles) {
+    EXPECT_THAT(leftOf({"xx", "x ", "x ", "  ", "x "}),
+                ElementsAre(PixelRectangle{0, 0, 2, 1}, PixelRectangle{0, 1, 1, 3},
+                            PixelRectangle{0, 4, 1, 5}));
+}
+
+TEST(RegionFromBitmap, CutsTheColourThatIsNamed) {
+    EXPECT_THAT(leftOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
+    EXPECT_THAT(leftOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
+    // The number that stands for "no pixel there" elsewhere is a colour that no pixel has.
+    EXPECT_THAT(leftOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
+}
+
+// --- which pixels are looked at: meant so, to the last one ----------------------------------
+
+TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
+    const WatchedPicture picture({"x"});
+    static_cast<void>(RegionFromBitmap(&picture, whitePixel));
+    EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0), std::pair(1, 0), //
+                                           std::pair(0, 1), std::pair(1, 1)));
+}
+
+TEST(RegionFromBitmap, ReadsPastAPictureWithoutPixelsToo) {
+    const WatchedPicture picture({});
+    static_cast<void>(RegionFromBitmap(&picture, whitePixel));
+    EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));
+}
+
+TEST(RegionFromBitmap, ThePixelBehindARunIsNotTestedAsTheStartOfAnother) {
+    const WatchedPicture picture({" x "});
+    const auto region = RegionFromBitmap(&picture, whitePixel);
+    EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));
+    const std::vector<std::pair<int, int>> firstRow(picture.asked.begin(),
+                                                    picture.asked.begin() + 6);
+    // The start of each run is looked at twice, the pixel that ended one a single time.
+    EXPECT_THAT(firstRow, ElementsAre(std::pair(0, 0), std::pair(0, 0), std::pair(1, 0), //
+                                      std::pair(2, 0), std::pair(2, 0), std::pair(3, 0)));
+}
+
+// --- any picture ---------------------------------------------------------------------------
+
+TEST(RegionFromBitmap, LeavesEveryPixelOfAnotherColourExactlyOnce) {
+    std::mt19937 random(20260);
+    for (int round = 0; round < 200; ++round) {
+        const int width = static_cast<int>(random() % 12);
+        const int height = static_cast<int>(random() % 12);
+        std::vector<std::string> rows;
+        for (int y = 0; y < height; ++y) {
+            std::string row;
+            for (int x = 0; x < width; ++x) {
+                row += random() % 2 != 0 ? 'x' : ' ';
+            }
+            // Now and then a row like the one above it.
+            rows.push_back(!rows.empty() && random() % 3 == 0 ? rows.back() : row);
+        }
+        std::vector<std::vector<int>> covered(static_cast<std::size_t>(height),
+                                              std::vector<int>(static_cast<std::size_t>(width)));
+        for (const PixelRectangle& rectangle : leftOf(rows)) {
+            ASSERT_TRUE(rectangle.left >= 0 && rectangle.left < rectangle.right &&
+                        rectangle.right <= width);
+            ASSERT_TRUE(rectangle.top >= 0 && rectangle.top < rectangle.bottom &&
+                        rectangle.bottom <= height);
+            for (int y = rectangle.top; y < rectangle.bottom; ++y) {
+                for (int x = rectangle.left; x < rectangle.right; ++x) {
+                    ++covered[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
+                }
+            }
+        }
+        for (std::size_t y = 0; y < rows.size(); ++y) {
+            for (std::size_t x = 0; x < rows[y].size(); ++x) {
+                ASSERT_EQ(covered[y][x], rows[y][x] == ' ' ? 0 : 1) << x << ", " << y;
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace sonarith
