@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/mixer.h"
 #include "platform/window_region.h"
 #include "settings/app_settings.h"
 
@@ -32,6 +33,8 @@ struct ProcessState {
     bool PlayerOpen = false;
     /// "pause" was pressed on the player.
     bool CDPaused = false;
+    /// How the last read or write of a mixer control's value ended; nothing tests it.
+    MixerResult mixerLastError = MixerResult::noError;
     /// The region that was built last from a picture.
     std::optional<sonarith::WindowRegion> WindowRegion;
     /// The folder half, with its trailing backslash, of the last path given to SplitPath().

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The meter's step runs a hundred times a second and allocates nothing. The one test of this
+// program that replaces the allocator.
+#include "player/level_meter.h"
+
+#include <gtest/gtest.h>
+
+#include "support/counted_allocations.h"
+#include "support/fake_machine.h"
+
+namespace sonarith {
+namespace {
+
+/// Unlike the other fakes it keeps no log, which would allocate.
+class QuietMixer final : public Mixer {
+  public:
+    std::int32_t peak = 0;
+    bool fails = false;
+
+    MixerResult open(MixerHandle& mixer) override {
+        mixer = 1;
+        return MixerResult::noError;
+    }
+    MixerResult getLineInfo(MixerHandle, MixerLine&) override { return MixerResult::noError; }
+    MixerResult getLineControls(MixerHandle, MixerLineControls& controls) override {
+        controls.pamxctrl->dwControlID = 1;
+        return MixerResult::noError;
+    }
+    MixerResult getControlDetails(MixerHandle, MixerControlDetails& details) override {
+        if (fails) {
+            return MixerResult::invalidControl;
+        }
+        *details.paDetails = peak;
+        return MixerResult::noError;
+    }
+    MixerResult setControlDetails(MixerHandle, const MixerControlDetails&) override {
+        return MixerResult::noError;
+    }
+};
+
+/// The last buffer that was added can be marked done.
+class QuietInput final : public WaveInput {
+  public:
+    WaveHeader* added = nullptr;
+
+    WaveResult open(WaveInHandle& handle, std::uint32_t, const WaveFormat&) override {
+        handle = 1;
+        return WaveResult::noError;
+    }
+    WaveResult prepareHeader(WaveInHandle, WaveHeader&) override { return WaveResult::noError; }
+    WaveResult unprepareHeader(WaveInHandle, WaveHeader&) override { return WaveResult::noError; }
+    WaveResult addBuffer(WaveInHandle, WaveHeader& header) override {
+        header.dwFlags &= ~wave_header::done;
+        added = &header;
+        return WaveResult::noError;
+    }
+    WaveResult start(WaveInHandle) override { return WaveResult::noError; }
+    WaveResult stop(WaveInHandle) override { return WaveResult::noError; }
+    WaveResult reset(WaveInHandle) override { return WaveResult::noError; }
+    WaveResult close(WaveInHandle) override { return WaveResult::noError; }
+    [[nodiscard]] std::string errorText(WaveResult) const override { return {}; }
+};
+
+TEST(LevelMetersTick, AllocatesNothing) {
+    test::FakeMachine machine;
+    QuietMixer mixer;
+    QuietInput input;
+    const Platform& base = machine.platform;
+    const Platform platform{.loop = base.loop,
+                            .media = base.media,
+                            .store = base.store,
+                            .files = base.files,
+                            .boxes = base.boxes,
+                            .pointer = base.pointer,
+                            .random = base.random,
+                            .shell = base.shell,
+                            .directories = base.directories,
+                            .mp3Controls = base.mp3Controls,
+                            .fileDialog = base.fileDialog,
+                            .mixer = mixer,
+                            .waveInput = input,
+                            .tray = base.tray,
+                            .system = base.system};
+    ProcessState process;
+    Form4 form(machine.loop);
+    form.load();
+    MixerState state;
+    MixerAccess access(mixer, process);
+    MeterCapture capture(platform, form);
+    LevelMeter meter(platform, form, access, state, capture);
+    meter.prepare();
+    capture.StartMeter();
+    // Views follow the bar and the trace.
+    int steps = 0;
+    const Connection moved = form.Label4.changed.connect([&](Property) { ++steps; });
+    const Connection drawn =
+        form.picPeakVol.lineDrawn.connect([&](const PictureLine&) { ++steps; });
+    EXPECT_EQ(test::allocationsOf([&] {
+                  for (int tick = 0; tick < 1000; ++tick) {
+                      mixer.peak = tick * 33 % 32768 - 16384;
+                      mixer.fails = tick % 10 == 0;
+                      if (tick % 100 == 0) {
+                          input.added->dwFlags |= wave_header::done;
+                      }
+                      form.Timer3.fire();
+                  }
+              }),
+              0);
+    // It has drawn, and started over.
+    EXPECT_GT(steps, 1500);
+    EXPECT_LT(form.picPeakVol.lines().size(), 123U);
+}
+
+} // namespace
+} // namespace sonarith

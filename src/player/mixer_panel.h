@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The panel's mixer: the sliders with their numbers, the mute switches, and the button that reads
+// the card's levels into them. Sound is not touched here, and the level meter is elsewhere.
+#pragma once
+
+#include <cstdint>
+
+#include "forms/form4.h"
+#include "platform/platform.h"
+#include "player/mixer_access.h"
+#include "player/mixer_state.h"
+
+namespace sonarith {
+
+class MixerPanel {
+  public:
+    /// Becomes the handler of sliders, mute switches and Command2 to Command5. All outlive this.
+    MixerPanel(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state);
+    MixerPanel(const MixerPanel&) = delete;
+    MixerPanel& operator=(const MixerPanel&) = delete;
+
+    /// Opens the mixer once more; whether there is one.
+    bool open();
+
+    /// "MIXER": opens the mixer and reads its levels into sliders and numbers. A level that the
+    /// card does not have leaves both as they are. Without a mixer a message appears, which yields.
+    void Command2_Click();
+    /// Master volume to the highest. The slider keeps its place.
+    void Command3_Click();
+    /// The same of the disc's line.
+    void Command4_Click();
+    /// The same of a control that does not exist: it has no effect, and is meant so.
+    void Command5_Click();
+
+    /// Unmutes the disc's line, as Option14 does. Nothing calls it.
+    void SetMute();
+
+  private:
+    /// A slider, the number beside it, and the control behind both.
+    struct Level {
+        Slider& slider;
+        TextBox& number;
+        std::uint32_t line;
+        std::uint32_t controlType;
+        MixerControl& record;
+    };
+
+    void wireSliders();
+    void wireMutes();
+    void find(std::uint32_t line, std::uint32_t controlType, MixerControl& record);
+    void readLevel(const Level& level);
+    void sliderMoved(const Level& level);
+    void trebleMoved();
+    void driveToHighest(const MixerControl& record);
+    void mute(std::uint32_t line, MixerControl& record);
+    void unmute(std::uint32_t line);
+
+    const Platform& platform_;
+    Form4& form_;
+    MixerAccess& access_;
+    MixerState& state_;
+
+    Level master_;
+    Level disc_;
+    Level bass_;
+    Level treble_;
+};
+
+} // namespace sonarith

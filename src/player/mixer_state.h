@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the panel's mixer sliders, mutes and level meter share: the mixer's handle, the controls
+// that were looked up, and one scratch value. Nothing resets it: it lasts when the panel is closed.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/mixer.h"
+
+namespace sonarith {
+
+/// A record whose control was never found has the identifier 0, which no control has.
+struct MixerState {
+    /// The handle of the last open that succeeded; earlier ones stay open.
+    MixerHandle hMixer = 0;
+    /// How the last call and the last look-up ended.
+    MixerResult mixerResult = MixerResult::noError;
+    bool mixerFound = false;
+    /// Scratch value of sliders and meter. Each writes it before reading it, with no yield between.
+    std::int32_t Volume = 0;
+
+    MixerControl MuteCtrlA; ///< scratch of the mute switches
+    MixerControl MuteCtrlB; ///< another
+    MixerControl VolCtrl;   ///< master volume
+    MixerControl SpareCtrl; ///< never looked up
+    MixerControl CDVolCtrl;
+    MixerControl TrebleCtrl;
+    MixerControl BassCtrl;
+    MixerControl InputMeterCtrl;
+    MixerControl WaveMeterCtrl;
+};
+
+} // namespace sonarith
