@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/disc_replies.h"
+
+#include <cstddef>
+#include <cstdlib>
+
+#include "platform/text/numbers.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+/// The number in two characters of `reply`, if there is one.
+void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& target) {
+    if (at < reply.size()) {
+        toInteger16(reply.substr(at, 2)).storeIn(target);
+    }
+}
+
+/// Two digits at least.
+std::string atLeastTwoDigits(std::int16_t number) {
+    const std::string digits = std::to_string(std::abs(number));
+    return (number < 0 ? "-" : "") + std::string(digits.size() < 2 ? "0" : "") + digits;
+}
+
+} // namespace
+
+bool saysTrue(const std::string& reply) {
+    return lowerCase(reply) == "true" || toDouble(reply).valueOr(0) != 0;
+}
+
+void readTrackCount(std::string_view reply, DiscState& disc) {
+    readTwoCharacters(reply, 0, disc.NumTracks);
+}
+
+void readPosition(std::string_view reply, DiscState& disc) {
+    readTwoCharacters(reply, 0, disc.CurTrack);
+    readTwoCharacters(reply, 3, disc.CurMin);
+    readTwoCharacters(reply, 6, disc.CurSec);
+}
+
+std::string positionText(const DiscState& disc) {
+    return "[" + atLeastTwoDigits(disc.CurTrack) + "] " + atLeastTwoDigits(disc.CurMin) + ":" +
+           atLeastTwoDigits(disc.CurSec);
+}
+
+} // namespace sonarith
