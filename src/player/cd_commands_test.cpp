@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/cd_commands.h"
+
+#include "support/player_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct CdCommandsTest : test::PlayerWorld {
+    CdCommands& commands = player.commands;
+};
+
+TEST_F(CdCommandsTest, AnUncheckedCommandLeavesItsStatusInFileIndex) {
+    media.answer("stop voice1", {.status = 263});
+    media.answer("stop cd", {.status = 0});
+    process.fileIndex = 77;
+    EXPECT_FALSE(commands.SendMCI("stop voice1", CommandCheck::unchecked));
+    EXPECT_EQ(process.fileIndex, 263);
+    EXPECT_TRUE(commands.SendMCI("stop cd", CommandCheck::unchecked));
+    EXPECT_EQ(process.fileIndex, 0);
+    EXPECT_TRUE(form.loaded());
+    EXPECT_THAT(media.replySizes, testing::Each(0U));
+}
+
+TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsTouchesNothing) {
+    process.fileIndex = 77;
+    media.answer("play cd", {});
+    EXPECT_THAT(
+        operationsOf([&] { EXPECT_TRUE(commands.SendMCI("play cd", CommandCheck::checked)); }),
+        ElementsAre("play cd"));
+    EXPECT_EQ(process.fileIndex, 77);
+    EXPECT_TRUE(form.loaded());
+}
+
+TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithoutAMessage) {
+    media.answer("play cd", {.status = 275});
+    EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
+    const std::vector<std::string> start(media.log.begin(), media.log.begin() + 3);
+    EXPECT_THAT(start, ElementsAre("play cd", "close all", "close all"));
+    // Once more at the end of the unload.
+    EXPECT_EQ(media.log.back(), "close all");
+    EXPECT_EQ(std::count(media.log.begin(), media.log.end(), "close all"), 3);
+    EXPECT_FALSE(form.loaded());
+    EXPECT_FALSE(process.PlayerOpen);
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(CdCommandsTest, ACloseAllThatFailsOnThatPathIsNotFollowedAgain) {
+    media.answer("play cd", {.status = 275});
+    media.answer("close all", {.status = 299});
+    EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
+    EXPECT_EQ(std::count(media.log.begin(), media.log.end(), "close all"), 3);
+    EXPECT_EQ(process.fileIndex, 299);
+    EXPECT_FALSE(form.loaded());
+}
+
+TEST_F(CdCommandsTest, AskingReturnsTheReplyUpToItsFirstNul) {
+    media.answer("status cd mode", {.reply = "playing"});
+    process.fileIndex = 77;
+    EXPECT_EQ(commands.ask("status cd mode"), "playing");
+    EXPECT_THAT(media.replySizes, ElementsAre(30U));
+    // A shorter reply is not mixed with what the longer one left in the buffer.
+    media.answer("status cd mode", {.reply = "off"});
+    EXPECT_EQ(commands.ask("status cd mode"), "off");
+    media.answer("status cd mode", {.status = 263, .reply = "x"});
+    EXPECT_EQ(commands.ask("status cd mode"), "");
+    EXPECT_EQ(process.fileIndex, 77);
+    EXPECT_TRUE(form.loaded());
+}
+
+TEST_F(CdCommandsTest, AReplyBeyondTheBufferIsCut) {
+    media.answer("status cd mode", {.reply = "0123456789012345678901234567890123456789"});
+    EXPECT_EQ(commands.ask("status cd mode"), "01234567890123456789012345678");
+}
+
+/// A capture that runs, whose "Stop Everything" is written down.
+struct CaptureBesideTest : CdCommandsTest {
+    CaptureBesideTest() {
+        main.load();
+        main.Command8.onClick = [this] {
+            operations.emplace_back("stop everything");
+            main.tmrRecord.setEnabled(false);
+        };
+        main.tmrRecord.setEnabled(true);
+        operations.clear();
+    }
+};
+
+TEST_F(CaptureBesideTest, IsSavedBeforeAllDevicesAreClosed) {
+    commands.closeAll(CommandCheck::unchecked);
+    EXPECT_THAT(operations, ElementsAre("stop everything", "close all"));
+    operations.clear();
+    commands.closeAll(CommandCheck::unchecked);
+    EXPECT_THAT(operations, ElementsAre("close all"));
+}
+
+TEST_F(CaptureBesideTest, IsSavedWhenACheckedCommandFails) {
+    media.answer("play cd", {.status = 275});
+    commands.SendMCI("play cd", CommandCheck::checked);
+    ASSERT_GE(operations.size(), 4U);
+    EXPECT_THAT(std::vector(operations.begin(), operations.begin() + 4),
+                ElementsAre("play cd", "stop everything", "close all", "close all"));
+    EXPECT_EQ(std::count(operations.begin(), operations.end(), "stop everything"), 1);
+}
+
+TEST_F(CaptureBesideTest, IsSavedWhenThePanelIsClosedBeforeItsDiscIsTaken) {
+    form.unload();
+    ASSERT_FALSE(operations.empty());
+    EXPECT_EQ(operations.front(), "stop everything");
+    EXPECT_EQ(operations.back(), "close all");
+}
+
+TEST_F(CaptureBesideTest, IsSavedByExit) {
+    form.Command1.click();
+    ASSERT_FALSE(operations.empty());
+    EXPECT_EQ(operations.front(), "stop everything");
+}
+
+TEST_F(CaptureBesideTest, IsSavedWhenThePlayerIsSwitchedOn) {
+    form.OptCD.choose();
+    ASSERT_FALSE(operations.empty());
+    EXPECT_EQ(operations.front(), "stop everything");
+    EXPECT_EQ(operations[1], "wave open");
+}
+
+TEST_F(CaptureBesideTest, ThatBeginsWhileThePanelClosesIsSavedToo) {
+    main.tmrRecord.setEnabled(false);
+    loop.atYield(6, [&] { main.tmrRecord.setEnabled(true); });
+    form.unload();
+    EXPECT_THAT(operations, Contains("stop everything"));
+    EXPECT_EQ(operations.back(), "close all");
+    EXPECT_EQ(operations[operations.size() - 2], "stop everything");
+}
+
+TEST_F(CaptureBesideTest, IsNotStoppedByASwitchOffForAnAction) {
+    // A second "Start " during a capture takes its disc, as any action does.
+    form.Command6.click();
+    EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
+    EXPECT_THAT(operations, Contains("close cd"));
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The panel as a window: its load and unload, its menus, and the surfaces by which it is dragged.
+// Power, transport, mixer and meter are classes of their own.
+#pragma once
+
+#include "forms/windows.h"
+#include "platform/controls/mouse_buttons.h"
+#include "player/cd_commands.h"
+#include "player/disc_state.h"
+#include "player/meter_capture.h"
+#include "settings/process_state.h"
+
+namespace sonarith {
+
+class PlayerWindow {
+  public:
+    /// Becomes the handler of the window's own events, of its menus and of Command1. All outlive
+    /// this.
+    PlayerWindow(ProcessState& process, Windows& windows, CdCommands& commands,
+                 MeterCapture& meterCapture, DiscState& disc);
+    PlayerWindow(const PlayerWindow&) = delete;
+    PlayerWindow& operator=(const PlayerWindow&) = delete;
+
+    /// Stands the panel at the main window's right edge and reads the mixer. Yields only in the
+    /// message of a missing mixer.
+    void Form_Load();
+    /// Switches the player off; a capture that runs is stopped and saved first. Yields.
+    void Form_QueryUnload();
+    /// Closes every device of the process. Yields while a capture that began meanwhile is saved.
+    void Form_Unload();
+
+    /// "EXIT": closes every device of the process and then the panel. Yields.
+    void Command1_Click();
+    /// "Show as Cube": another height, until the panel is loaded again.
+    void mnuCubeit_Click();
+
+  private:
+    void wireMenus();
+    void wireSurfaces();
+    void dragBy(MouseButtons buttons);
+    void openPopupFor(MouseButtons buttons);
+
+    ProcessState& process_;
+    Windows& windows_;
+    Form4& form_;
+    CdCommands& commands_;
+    MeterCapture& meterCapture_;
+    DiscState& disc_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/power_switch.h"
+
+namespace sonarith {
+
+namespace {
+
+/// Counts a procedure for as long as it runs, also when the end of the program unwinds through it.
+class UnderWay {
+  public:
+    explicit UnderWay(int& count) : count_(count) { ++count_; }
+    ~UnderWay() { --count_; }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+
+  private:
+    int& count_;
+};
+
+} // namespace
+
+PowerSwitch::PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, MixerPanel& mixer,
+                         MeterCapture& capture, LevelMeter& meter, DiscState& disc)
+    : loop_(loop),
+      form_(form),
+      commands_(commands),
+      mixer_(mixer),
+      capture_(capture),
+      meter_(meter),
+      disc_(disc) {
+    form_.OptCD.onClick = [this] {
+        OptCD_Click();
+    };
+    form_.optNoCD.onClick = [this] {
+        optNoCD_Click();
+    };
+    form_.Command6.onClick = [this] {
+        Command6_Click();
+    };
+}
+
+void PowerSwitch::OptCD_Click() {
+    if (switchingOff_ > 0) {
+        // A press in one of the yields of that. The player would come out half on.
+        form_.OptCD.setSelected(false);
+        return;
+    }
+    const int switchedOffBefore = timesSwitchedOff_;
+    commands_.saveRunningCapture();
+    if (timesSwitchedOff_ != switchedOffBefore) {
+        return;
+    }
+    capture_.StartMeter();
+    if (timesSwitchedOff_ != switchedOffBefore) {
+        return;
+    }
+    form_.Option1.click();
+    form_.Option14.click();
+    ResetPlayer();
+    commands_.SendMCI("stop voice1", CommandCheck::unchecked);
+    commands_.SendMCI("close voice1", CommandCheck::unchecked);
+    form_.Timer6.setEnabled(false);
+    disc_.CDLoaded = false;
+    openDisc(switchedOffBefore);
+}
+
+void PowerSwitch::openDisc(int switchedOffBefore) {
+    if (!commands_.SendMCI("open cdaudio alias cd wait shareable", CommandCheck::checked)) {
+        form_.OptCD.setSelected(false);
+        return;
+    }
+    commands_.SendMCI("set cd time format tmsf wait", CommandCheck::checked);
+    // A failure has unloaded the panel, and so switched it off.
+    if (timesSwitchedOff_ != switchedOffBefore) {
+        return;
+    }
+    form_.Timer6.setEnabled(true);
+    form_.Timer3.setEnabled(true);
+    form_.eject.setEnabled(true);
+}
+
+void PowerSwitch::ResetPlayer() {
+    if (!mixer_.open()) {
+        return;
+    }
+    meter_.prepare();
+    form_.Timer6.setEnabled(false);
+    closeDisc();
+    disableTransport();
+    clearDisplay();
+}
+
+void PowerSwitch::optNoCD_Click() {
+    const UnderWay here(switchingOff_);
+    ++timesSwitchedOff_;
+    capture_.StopMeter();
+    form_.Option13.click();
+    showOff();
+    loop_.yield();
+    for (Timer* timer : {&form_.Timer6, &form_.Timer4, &form_.Timer2, &form_.Timer3}) {
+        timer->setEnabled(false);
+    }
+    // Again, for what ticked in that yield.
+    showOff();
+    closeDisc();
+    disableTransport();
+    clearDisplay();
+}
+
+void PowerSwitch::Command6_Click() {
+    const UnderWay here(switchingOff_);
+    capture_.StopMeter();
+    loop_.yield();
+    showOff();
+    loop_.yield();
+    // Runs its click, if it was ticked.
+    form_.Check3.setValue(0).passOver();
+    loop_.yield();
+    form_.optNoCD.choose();
+    form_.optNoCD.setSelected(false);
+    loop_.yield();
+    loop_.yield();
+    form_.Option13.click();
+    form_.Option13.setSelected(false);
+    loop_.yield();
+}
+
+void PowerSwitch::closeDisc() {
+    commands_.SendMCI("stop cd", CommandCheck::unchecked);
+    commands_.SendMCI("close cd", CommandCheck::unchecked);
+}
+
+void PowerSwitch::disableTransport() {
+    enableDiscButtons(form_, false);
+    form_.eject.setEnabled(false);
+}
+
+void PowerSwitch::showOff() {
+    meter_.clearTrace();
+    form_.CD.setText("OFF");
+    meter_.sinkBar();
+}
+
+void PowerSwitch::clearDisplay() {
+    form_.timeWindow.setText("");
+    form_.tracktime.setCaption("");
+}
+
+} // namespace sonarith
