@@ -11,6 +11,7 @@ Application::Application(const Platform& platform)
       finder_(platform_, windows_, workTree_.adder, workTree_.tree),
       extraction_(platform_, process_, windows_, workTree_.adder),
       conversion_(platform_, process_, windows_, workTree_.adder),
+      player_(platform_, process_, windows_),
       clip_(platform_, windows_.Form1),
       mainWindow_(platform_, process_, windows_, extraction_.inspection, workTree_.tree) {}
 

@@ -11,6 +11,7 @@
 #include "finder/finder_scanner.h"
 #include "forms/windows.h"
 #include "platform/platform.h"
+#include "player/player.h"
 #include "settings/process_state.h"
 #include "worktree/work_tree_jobs.h"
 
@@ -42,6 +43,7 @@ class Application {
     Finder finder_;
     Extraction extraction_;
     Conversion conversion_;
+    Player player_;
     ActivityClip clip_;
     MainWindow mainWindow_;
 };

@@ -3,6 +3,7 @@
 
 #include "app/bars.h"
 #include "app/resize_layout.h"
+#include "desktop/shape_from_picture.h"
 #include "settings/app_settings.h"
 #include "settings/destination_folder.h"
 
@@ -150,7 +151,7 @@ Status MainWindow::runLoadSteps() {
     placeWindow();
     form_.ProgressBar1.setValue(0).passOver();
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
-    // Here the player panel will be loaded, and the disc's line muted or not by muteButton.
+    loadPlayer();
     inspection_.InspectCD();
     // Here the preferences will be loaded, unshown; of their load step the destination folder is
     // there already.
@@ -162,9 +163,18 @@ Status MainWindow::runLoadSteps() {
     platform_.loop.yield();
     form_.show();
     platform_.loop.yield();
-    // Here the player panel will be shown.
+    windows_.Form4.show();
     platform_.loop.yield();
     return {};
+}
+
+void MainWindow::loadPlayer() {
+    windows_.Form4.load();
+    if (process_.settings.muteButton == 1) {
+        windows_.Form4.Option13.click();
+    } else {
+        windows_.Form4.Option14.click();
+    }
 }
 
 void MainWindow::placeWindow() {
@@ -180,7 +190,8 @@ void MainWindow::Form_Unload() {
     for (const char* command : {"stop cd", "close capture", "close cd"}) {
         platform_.media.sendString(command);
     }
-    // Here the player panel will leave the disc's line unmuted.
+    windows_.Form4.Option14.click();
+    // Mutes the disc's line again, unless the panel is closed already.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();
@@ -223,6 +234,10 @@ void MainWindow::C1212_Click() {
 void MainWindow::Timer1_Timer() {
     form_.Timer1.setEnabled(false);
     form_.ClearActivity();
+}
+
+void MainWindow::ShapeFromPicture() {
+    sonarith::ShapeFromPicture(form_, process_);
 }
 
 void MainWindow::N1Drag() {

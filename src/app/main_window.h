@@ -45,12 +45,17 @@ class MainWindow {
     void Timer1_Timer();
     /// Lets the window follow the pointer as if its caption had been grasped.
     void N1Drag();
+    /// Gives the window the shape of its picture, with white cut away. Nothing calls it.
+    void ShapeFromPicture();
 
   private:
     void wireWindow();
     void wireToolBar();
     void wireMenus();
     Status runLoadSteps();
+    /// The panel, unshown, and the disc's line muted or not as the settings say. Yields in the
+    /// message of a missing mixer.
+    void loadPlayer();
     void placeWindow();
 
     const Platform& platform_;

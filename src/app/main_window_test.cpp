@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/main_window.h"
 
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "support/application_bench.h"
@@ -177,6 +182,23 @@ TEST(Minimize, ShrinksTheWindow) {
     EXPECT_EQ(minimized, 1);
 }
 
+TEST(ShapeFromPicture, IsAnOperationOfTheMainWindowThatNothingCalls) {
+    test::FakeMachine machine;
+    ProcessState process;
+    Windows windows(machine.platform, process);
+    FinderScanner scanner(windows.frmsearch);
+    WorkTreeJobs jobs(machine.platform, process, windows, scanner);
+    Extraction extraction(machine.platform, process, windows, jobs.adder);
+    MainWindow window(machine.platform, process, windows, extraction.inspection, jobs.tree);
+    windows.Form1.setPicture(
+        std::make_shared<PixelPicture>(2, 1, std::vector<PixelColour>{0, whitePixel}));
+    windows.Form1.load();
+    EXPECT_EQ(windows.Form1.windowRegion(), std::nullopt);
+    window.ShapeFromPicture();
+    EXPECT_EQ(windows.Form1.windowRegion(), (WindowRegion{{{0, 0, 1, 1}}}));
+    EXPECT_EQ(process.WindowRegion, windows.Form1.windowRegion());
+}
+
 // --- the end -------------------------------------------------------------------------------
 
 TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
@@ -197,7 +219,9 @@ TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
     };
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
     EXPECT_TRUE(bench.process.stopRequested);
-    EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "Form4", "frmpopup"));
+    // The player's own two commands switch it off, which its unload does first.
+    EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "stop cd", "close cd",
+                                   "Form4", "frmpopup"));
     EXPECT_FALSE(bench.windows.Form4.loaded());
     EXPECT_FALSE(bench.windows.frmpopup.loaded());
     EXPECT_TRUE(bench.loop.ended());
@@ -212,28 +236,29 @@ TEST(Close, IgnoresEveryFailureOnTheWayOut) {
 }
 
 TEST(Exit, UnloadsThePlayerFirstAndEndsTheProgram) {
-    ApplicationBench bench({1000, 1000});
-    for (const char* road : {"Command5", "mnuExit", "mnuExit2"}) {
-        SCOPED_TRACE(road);
-        ApplicationBench fresh({1000, 1000});
-        fresh.application.start();
-        fresh.windows.Form4.load();
-        std::size_t sentAtUnload = 99;
-        fresh.windows.Form4.onUnload = [&] {
-            sentAtUnload = fresh.media.log.size();
-        };
-        fresh.media.log.clear();
-        EXPECT_TRUE(fresh.endsProgram([&] {
-            if (std::string(road) == "Command5") {
-                fresh.form.Command5.click();
-            } else if (std::string(road) == "mnuExit") {
-                fresh.form.mnuExit.click();
-            } else {
-                fresh.form.mnuExit2.click();
-            }
-        }));
-        EXPECT_EQ(sentAtUnload, 0U);
-        EXPECT_THAT(fresh.media.log, ElementsAre("stop cd", "close capture", "close cd"));
+    const std::pair<const char*, std::function<void(Form1&)>> exits[] = {
+        {"Command5",
+         [](Form1& form) {
+             form.Command5.click();
+         }},
+        {"mnuExit",
+         [](Form1& form) {
+             form.mnuExit.click();
+         }},
+        {"mnuExit2",
+         [](Form1& form) {
+             form.mnuExit2.click();
+         }},
+    };
+    for (const auto& [name, exit] : exits) {
+        SCOPED_TRACE(name);
+        ApplicationBench bench({1000, 1000});
+        bench.application.start();
+        bench.media.log.clear();
+        EXPECT_TRUE(bench.endsProgram([&] { exit(bench.form); }));
+        EXPECT_THAT(bench.media.log, ElementsAre("stop cd", "close cd", "close all", //
+                                                 "stop cd", "close capture", "close cd"));
+        EXPECT_FALSE(bench.windows.Form4.loaded());
     }
 }
 
