@@ -30,27 +30,42 @@ class FrmPrefs : public Form {
     TextBox Text6{*this, "Text6"};        ///< a line for each fixed drive
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
-    Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive; not shown
-    Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB; not shown
+    Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< over Text6
+    // Stores, never shown. Their designed texts are their names; Label4's reads as 0 MB.
+    Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
+    Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB
 
     // "Audio, Misc."
     Frame Encoding{*this, "Encoding", "Encoding/Decoding Preferences"};
     Frame Audio{*this, "Audio", "Audio Preferences"};
-    ComboBox Combo1{*this, "Combo1"}; ///< encoding quality
-    ComboBox Combo2{*this, "Combo2"}; ///< encoding bit rate
+    Label lblQuality{*this, "lblQuality", "Encoding Quality"}; ///< beside Combo1
+    ComboBox Combo1{*this, "Combo1"};
+    Label lblBitsize{*this, "lblBitsize", "Encoding Bitsize"}; ///< beside Combo2
+    ComboBox Combo2{*this, "Combo2"};                          ///< encoding bit rate
     CheckBox Check11{*this, "Check11", "Show File names as Full File Path"};
     CheckBox Check10{*this, "Check10", "Encode to MP3 after extracting"};
     CheckBox Check3{*this, "Check3", "Delete WAV file after encoding"};
     CheckBox Check5{*this, "Check5", "Minimize program during conversion"};
-    CheckBox Check4{*this, "Check4"};         ///< "Minimize program to Desktop Tray Now"
-    ComboBox cbxFormat{*this, "cbxFormat"};   ///< capture format
-    CheckBox Check1{*this, "Check1", "Mute"}; ///< the disc's line is muted while extracting
+    Label lblTray{*this, "lblTray", "Minimize program to Desktop Tray Now"}; ///< beside Check4
+    CheckBox Check4{*this, "Check4"};
+    Label lblFormat{*this, "lblFormat", "Audio Format"};                      ///< beside cbxFormat
+    ComboBox cbxFormat{*this, "cbxFormat"};                                   ///< capture format
+    Label lblMute{*this, "lblMute", "Turn off/on CD sound while extracting"}; ///< beside Check1
+    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption says what a ticked one does
 
     // " Destination Path"
-    TextBox Text9{*this, "Text9"}; ///< the whole path
+    Label lblDestination{*this, "lblDestination",
+                         "Destination Path for converted files (WAV, MP3)"}; ///< over Text9
+    TextBox Text9{*this, "Text9"};                                           ///< the whole path
     CheckBox Check2{*this, "Check2", "I'll select the destination path and directory"};
     PictureBox Picture6{*this, "Picture6"}; ///< holds what follows; hidden at load
-    TextBox Text10{*this, "Text10"};        ///< name of the new folder
+    Label lblCreate{*this, "lblCreate", "To create a new Destination Directory:"};
+    TextBox Text10{*this, "Text10"}; ///< name of the new folder
+    Label lblCreate1{*this, "lblCreate1", "1. Enter a name in the space above"};
+    Label lblCreate2{
+        *this, "lblCreate2",
+        "2. Use the file controls on your right to select a parent drive and directory."};
+    Label lblCreate3{*this, "lblCreate3", "3. Click \"Create\""};
     CommandButton Co111{*this, "Co111", "Create"};
     DriveListBox Drive2;
     DirListBox Dir2;
