@@ -15,21 +15,21 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
     const auto number = [&](const char* key, const char* fallback, std::int16_t& field) {
         toInteger16(read(key, fallback)).storeIn(field);
     };
-    number("Audio format", "1", settings.audioFormat);
-    number("Encoding quality", "5", settings.encodingQuality);
-    number("Encoding bitrate", "5", settings.encodingBitrate);
-    number("HDWarning", "1", settings.hdWarning);
-    number("HDWarningNo", "100", settings.hdWarningNo);
-    number("HDstopdecoding", "1", settings.hdStopDecoding);
-    number("HDStopNo", "50", settings.hdStopNo);
+    number(audioFormatKey, "1", settings.audioFormat);
+    number(encodingQualityKey, "5", settings.encodingQuality);
+    number(encodingBitrateKey, "5", settings.encodingBitrate);
+    number(hdWarningKey, "1", settings.hdWarning);
+    number(hdWarningNoKey, "100", settings.hdWarningNo);
+    number(hdStopDecodingKey, "1", settings.hdStopDecoding);
+    number(hdStopNoKey, "50", settings.hdStopNo);
     // Taken as it stands: whether the folder exists is asked when it is made.
     settings.decodePath = read(decodePathKey, programFolder);
-    number("desktop icon", "0", settings.desktopIcon);
-    number("minimize onstart", "0", settings.minimizeOnStart);
-    number("Delete WAV", "1", settings.deleteWav);
-    number("show full path", "1", settings.showFullPath);
-    number("encode after extracting", "1", settings.encodeAfterExtracting);
-    number("mute button", "1", settings.muteButton);
+    number(desktopIconKey, "0", settings.desktopIcon);
+    number(minimizeOnStartKey, "0", settings.minimizeOnStart);
+    number(deleteWavKey, "1", settings.deleteWav);
+    number(showFullPathKey, "1", settings.showFullPath);
+    number(encodeAfterExtractingKey, "1", settings.encodeAfterExtracting);
+    number(muteButtonKey, "1", settings.muteButton);
 }
 
 } // namespace sonarith

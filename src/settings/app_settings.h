@@ -12,8 +12,22 @@ namespace sonarith {
 
 /// The section that the fields of AppSettings come from.
 inline constexpr const char* settingsSection = "Settings";
-/// The key of the destination folder, which the preferences read and write on their own.
+
+// Its keys. The destination folder's is also read again by the preferences.
+inline constexpr const char* audioFormatKey = "Audio format";
+inline constexpr const char* encodingQualityKey = "Encoding quality";
+inline constexpr const char* encodingBitrateKey = "Encoding bitrate";
+inline constexpr const char* hdWarningKey = "HDWarning";
+inline constexpr const char* hdWarningNoKey = "HDWarningNo";
+inline constexpr const char* hdStopDecodingKey = "HDstopdecoding";
+inline constexpr const char* hdStopNoKey = "HDStopNo";
 inline constexpr const char* decodePathKey = "DecodePath";
+inline constexpr const char* desktopIconKey = "desktop icon";
+inline constexpr const char* minimizeOnStartKey = "minimize onstart";
+inline constexpr const char* deleteWavKey = "Delete WAV";
+inline constexpr const char* showFullPathKey = "show full path";
+inline constexpr const char* encodeAfterExtractingKey = "encode after extracting";
+inline constexpr const char* muteButtonKey = "mute button";
 
 /// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
 struct AppSettings {

@@ -39,6 +39,10 @@ struct ProcessState {
     std::optional<sonarith::WindowRegion> WindowRegion;
     /// The folder half, with its trailing backslash, of the last path given to SplitPath().
     std::string SplitDir;
+    /// Root of the drive that was looked at last for its space, and its bytes.
+    std::string DriveName;
+    std::int64_t DriveTotalBytes = 0;
+    std::int64_t DriveFreeBytes = 0;
     AppSettings settings;
 };
 
