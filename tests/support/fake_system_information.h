@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -31,13 +32,15 @@ class FakeSystemInformation final : public SystemInformation {
     std::optional<std::string> windows;
     std::optional<std::string> computer;
     std::optional<std::string> user;
+    /// The roots of each question for the list, if set; else those of `drives`.
+    std::function<std::vector<std::string>()> listOfRoots;
     /// Roots whose space was asked for, oldest first.
     mutable std::vector<std::string> spaceAsked;
 
     [[nodiscard]] std::size_t logicalDriveStrings(std::string& buffer,
                                                   std::size_t size) const override {
         std::string all;
-        for (const auto& [root, drive] : drives) {
+        for (const std::string& root : listOfRoots ? listOfRoots() : roots()) {
             all += root + '\0';
         }
         if (all.size() + 1 > size) {
@@ -70,6 +73,15 @@ class FakeSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> windowsFolder() const override { return windows; }
     [[nodiscard]] std::optional<std::string> computerName() const override { return computer; }
     [[nodiscard]] std::optional<std::string> userName() const override { return user; }
+
+  private:
+    [[nodiscard]] std::vector<std::string> roots() const {
+        std::vector<std::string> all;
+        for (const auto& [root, drive] : drives) {
+            all.push_back(root);
+        }
+        return all;
+    }
 };
 
 } // namespace sonarith::test

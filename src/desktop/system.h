@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A small facade over what the machine can tell of itself: texts and numbers in the product's form.
+// It has no state. Only DriveInfo() and DriveType() have callers; the others belong to the class.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/system_information.h"
+
+namespace sonarith {
+
+class System {
+  public:
+    struct DriveCounts {
+        std::int16_t removable = 0;
+        std::int16_t fixed = 0;
+        std::int16_t network = 0;
+        std::int16_t cdRom = 0;
+        std::int16_t ramDisks = 0;
+    };
+    struct Memory {
+        std::uint8_t load = 0; ///< percent in use
+        std::int64_t totalKb = 0;
+        std::int64_t availableKb = 0;
+    };
+    struct Processors {
+        std::string type;
+        std::int32_t count = 0;
+        std::uint64_t activeMask = 0;
+    };
+    struct Version {
+        std::int16_t major = 0;
+        std::int16_t minor = 0;
+        std::string text;
+    };
+
+    /// Both outlive this.
+    System(const SystemInformation& machine, FileSystem& files)
+        : machine_(machine), files_(files) {}
+
+    // A root path is letter, colon and backslash.
+
+    /// Bytes; both 0 for a drive that refuses. Free is what this user may still write.
+    void DriveInfo(const std::string& root, std::int64_t& totalBytes,
+                   std::int64_t& freeBytes) const;
+    /// Adds 1 to a counter for each drive of its type. Counters are not reset first.
+    void Drives(DriveCounts& counts) const;
+    /// "Removable drive", "Fixed drive", "Network drive", "CD-ROM drive", "RAM-disk", or empty.
+    [[nodiscard]] std::string DriveType(const std::string& root) const;
+    /// With a point after every group of three digits from the right.
+    [[nodiscard]] static std::string PutPoints(std::int32_t number);
+    /// Free bytes of a drive ("c:" or longer), asked for from that drive, after which the program
+    /// is back in its folder. 0 if any step fails.
+    [[nodiscard]] std::int64_t FastDiskSpace(const std::string& drive) const;
+    void FreeMemory(Memory& memory) const;
+    [[nodiscard]] std::uint8_t FunctionKeys() const;
+    /// Empty for an unknown keyboard.
+    [[nodiscard]] std::string KeyboardType() const;
+    /// Leaves the type's text as it was for a processor that has no name here.
+    void SystemInfo(Processors& processors) const;
+
+    // The next three are folders with a backslash at the end. All five are empty on failure, also
+    // for a text that does not fit into its buffer of 50 characters, NUL counted.
+    [[nodiscard]] std::string TempDir() const;
+    [[nodiscard]] std::string SystemDir() const;
+    [[nodiscard]] std::string WinDir() const;
+    [[nodiscard]] std::string ComputerName() const;
+    [[nodiscard]] std::string UserName() const;
+
+    /// Eight hexadecimal digits, "XXXX-XXXX"; "0000-0000" on failure.
+    [[nodiscard]] std::string SerialNumber(const std::string& root) const;
+    /// "NoName" for a volume without a label; empty on failure.
+    [[nodiscard]] std::string VolumeLabel(const std::string& root) const;
+    /// All zero and empty on failure.
+    void WinVer(Version& version) const;
+
+  private:
+    /// The text up to its first NUL; the whole text if it has none.
+    [[nodiscard]] static std::string StripNul(const std::string& text);
+
+    const SystemInformation& machine_;
+    FileSystem& files_;
+
+    [[nodiscard]] static std::string fromBuffer(const std::optional<std::string>& text);
+    [[nodiscard]] static std::string folderFrom(const std::optional<std::string>& text);
+};
+
+} // namespace sonarith
