@@ -12,6 +12,7 @@ Application::Application(const Platform& platform)
       extraction_(platform_, process_, windows_, workTree_.adder),
       conversion_(platform_, process_, windows_, workTree_.adder),
       player_(platform_, process_, windows_),
+      preferences_(platform_, process_, windows_, extraction_.monitor),
       clip_(platform_, windows_.Form1),
       mainWindow_(platform_, process_, windows_, extraction_.inspection, workTree_.tree) {}
 

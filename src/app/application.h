@@ -12,6 +12,7 @@
 #include "forms/windows.h"
 #include "platform/platform.h"
 #include "player/player.h"
+#include "settings/preferences/preferences.h"
 #include "settings/process_state.h"
 #include "worktree/work_tree_jobs.h"
 
@@ -44,6 +45,7 @@ class Application {
     Extraction extraction_;
     Conversion conversion_;
     Player player_;
+    Preferences preferences_;
     ActivityClip clip_;
     MainWindow mainWindow_;
 };

@@ -5,7 +5,6 @@
 #include "app/resize_layout.h"
 #include "desktop/shape_from_picture.h"
 #include "settings/app_settings.h"
-#include "settings/destination_folder.h"
 
 namespace sonarith {
 
@@ -153,10 +152,8 @@ Status MainWindow::runLoadSteps() {
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     loadPlayer();
     inspection_.InspectCD();
-    // Here the preferences will be loaded, unshown; of their load step the destination folder is
-    // there already.
-    prepareDestinationFolder(platform_.store, platform_.files, platform_.boxes, platform_.pointer,
-                             platform_.loop, process_.settings);
+    // Unshown. Makes the destination folder, and saves each switch that is on.
+    windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();
     runResizeLayout(form_);

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/preferences/disk_guard.h"
+
+#include <cstdint>
+#include <string>
+
+#include "desktop/drive_roots.h"
+#include "platform/text/numbers.h"
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+/// In integers alone: the bytes of a large disk are beyond what a double holds exactly.
+std::string wholeMegabytes(std::int64_t bytes) {
+    constexpr std::int64_t megabyte = 1'000'000;
+    const std::int64_t whole = bytes / megabyte;
+    const std::int64_t rest = bytes % megabyte;
+    // A half goes to the even number, as in every conversion of the program.
+    const bool up = rest > megabyte / 2 || (rest == megabyte / 2 && whole % 2 != 0);
+    return std::to_string(up ? whole + 1 : whole);
+}
+
+bool startsWithLetterOf(const std::string& path, const std::string& root) {
+    return equalIgnoringCase(path.substr(0, 1), root.substr(0, 1));
+}
+
+} // namespace
+
+DiskGuard::DiskGuard(const Platform& platform, ProcessState& process, Windows& windows,
+                     const System& system, CaptureMonitor& monitor)
+    : platform_(platform),
+      process_(process),
+      windows_(windows),
+      form_(windows.Form1),
+      system_(system),
+      monitor_(monitor) {
+    form_.tmrWarning.onTimer = [this] {
+        tmrWarning_Timer();
+    };
+}
+
+void DiskGuard::RefreshDriveSpace() {
+    FrmPrefs& prefs = touched(windows_.FrmPrefs);
+    // Set once, at the end: a view has nothing to repaint while the figures stay the same.
+    std::string lines;
+    for (const std::string& root : driveRoots(platform_.system)) {
+        process_.DriveName = root;
+        if (startsWithLetterOf(root, "A")) {
+            continue; // never touched: a floppy drive would start up at each tick
+        }
+        system_.DriveInfo(root, process_.DriveTotalBytes, process_.DriveFreeBytes);
+        if (process_.DriveTotalBytes == 0 || system_.DriveType(root) != "Fixed drive") {
+            continue;
+        }
+        const std::string megabytes = wholeMegabytes(process_.DriveFreeBytes);
+        lines.append(root).append(" - ").append(megabytes).append(" MB available\r\n");
+        if (startsWithLetterOf(process_.settings.decodePath, root)) {
+            prefs.Label3.setCaption(root);
+            prefs.Label4.setCaption(megabytes);
+        }
+    }
+    prefs.Text6.setText(lines);
+}
+
+void DiskGuard::tmrWarning_Timer() {
+    RefreshDriveSpace();
+    const AppSettings& settings = process_.settings;
+    // The designed text of the label reads as 0: a destination on a drive that is not fixed counts
+    // as full.
+    const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
+    if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
+        process_.stopRequested = true;
+        form_.Label5.setVisible(true);
+        monitor_.Command1_Click();
+        form_.Timer1.setEnabled(true);
+        platform_.loop.yield();
+        return;
+    }
+    if (settings.hdWarning == 1 && freeMegabytes < settings.hdWarningNo) {
+        form_.Label5.setVisible(true);
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The destination folder of the preferences: chosen, made, stored, and what becomes of failures.
+#include <string>
+#include <vector>
+
+#include "support/preferences_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Operation = test::FakeFileSystem::Operation;
+
+struct PreferencesDestination : test::PreferencesWorld {
+    PreferencesDestination() {
+        for (const char* folder : {"c:\\", "c:\\sonarith", "d:\\", "d:\\music"}) {
+            directories.addFolder(folder);
+        }
+        files.addDrive('d');
+    }
+    void TestBody() override {}
+
+    /// The steps of a user who makes a folder of their own.
+    void create(const std::string& name) {
+        form.Check2.setValue(1).passOver();
+        form.Text10.setText(name);
+        form.Co111.click();
+    }
+    void expectTwoMessagesFor(const std::string& path) {
+        EXPECT_THAT(
+            boxes.shown,
+            ElementsAre(
+                test::ShownBox{"Error While Attempting to Create Directories on Destination Drive.",
+                               BoxIcon::exclamation, BoxButtons::ok, "SETUP"},
+                test::ShownBox{"Error in creating the path " + path +
+                               "  Create a new Destination path using the selection controls"}));
+    }
+};
+
+// --- at each start -------------------------------------------------------------------------------
+
+TEST_F(PreferencesDestination, IsWavFilesBesideTheProgramAtTheFirstStart) {
+    files.setProgramFolder("C:\\Sonarith");
+    start(); // the loader gave the program's folder itself
+    EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
+    EXPECT_EQ(held("DecodePath"), "C:\\Sonarith\\WAVFiles");
+    EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
+    EXPECT_EQ(form.Text9.text(), "C:\\Sonarith\\WAVFiles");
+    EXPECT_EQ(form.Text10.text(), "WAVFiles");
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(PreferencesDestination, IsMadeAgainAtEachStart) {
+    store.put("Settings", "DecodePath", "c:\\MÜSIC\\Wav");
+    files.addFolder("c:\\MÜSIC\\Wav");
+    start();
+    EXPECT_THAT(files.log,
+                ElementsAre("changeDrive c:\\MÜSIC\\Wav\\", "changeFolder \\", "makeFolder MÜSIC",
+                            "changeFolder MÜSIC", "makeFolder Wav", "changeFolder Wav"));
+    EXPECT_EQ(held("DecodePath"), "c:\\MÜSIC\\Wav"); // the case as given
+    EXPECT_EQ(settings.decodePath, "c:\\müsic\\wav");
+    EXPECT_EQ(form.Text10.text(), "Wav");
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(PreferencesDestination, IsWavFilesForAStoredTextThatIsNoPath) {
+    for (const char* stored : {"", "music", "\\music", "\\"}) {
+        SCOPED_TRACE(stored);
+        PreferencesDestination run;
+        run.store.put("Settings", "DecodePath", stored);
+        run.start();
+        EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
+    }
+}
+
+TEST_F(PreferencesDestination, IsWavFilesBelowAStoredRootOrFolderWithABackslash) {
+    store.put("Settings", "DecodePath", "d:\\");
+    start();
+    EXPECT_EQ(held("DecodePath"), "d:\\WAVFiles");
+    EXPECT_TRUE(files.folderExists("d:\\wavfiles"));
+}
+
+TEST_F(PreferencesDestination, OfAnyNameIsMade) {
+    for (const std::string& name :
+         {std::string("My Music"), std::string("\"quoted\" 'name'"), std::string("añ日🎵"),
+          std::string("caf\xe9"), std::string(255, 'n'), std::string("a.b.c")}) {
+        SCOPED_TRACE(name);
+        PreferencesDestination run;
+        run.store.put("Settings", "DecodePath", "d:\\" + name);
+        run.start();
+        EXPECT_TRUE(run.files.folderExists("d:\\" + name));
+        EXPECT_EQ(run.held("DecodePath"), "d:\\" + name);
+        EXPECT_THAT(run.boxes.shown, IsEmpty());
+    }
+}
+
+TEST_F(PreferencesDestination, ThatCannotBeMadeShowsTwoMessagesAndKeepsTheKey) {
+    store.put("Settings", "DecodePath", "X:\\Gone\\Wav");
+    start();
+    expectTwoMessagesFor("X:\\Gone\\Wav");
+    EXPECT_EQ(held("DecodePath"), "X:\\Gone\\Wav");
+    EXPECT_EQ(settings.decodePath, "x:\\gone\\wav");
+    EXPECT_EQ(form.Text9.text(), "X:\\Gone\\Wav");
+    EXPECT_EQ(loop.yieldCount(), 0);
+    EXPECT_TRUE(form.loaded());
+}
+
+TEST_F(PreferencesDestination, ThatIsReadOnlyFullOrAFileShowsTwoMessages) {
+    struct Row {
+        const char* reason;
+        ErrorNumber number;
+    };
+    for (const Row& row :
+         {Row{"read-only", ErrorNumber::permissionDenied}, Row{"full", ErrorNumber::diskFull},
+          Row{"too long a name", ErrorNumber::badFileName}}) {
+        SCOPED_TRACE(row.reason);
+        PreferencesDestination run;
+        run.files.failWith(Operation::makeFolder, "d:\\music", row.number);
+        run.store.put("Settings", "DecodePath", "d:\\music");
+        run.start();
+        run.expectTwoMessagesFor("d:\\music");
+    }
+    files.addFile("d:\\music\\wav");
+    store.put("Settings", "DecodePath", "d:\\music\\wav");
+    start();
+    expectTwoMessagesFor("d:\\music\\wav");
+}
+
+// --- a folder of the user's own ------------------------------------------------------------------
+
+TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
+    start();
+    store.writes.clear();
+    form.Drive2.setDrive("d:").passOver();
+    EXPECT_EQ(form.Dir2.path(), "d:\\");
+    EXPECT_EQ(form.Text9.text(), "d:\\");
+    EXPECT_EQ(held("DecodePath"), "d:\\");
+    form.Dir2.setPath("d:\\music").passOver();
+    EXPECT_EQ(form.Text9.text(), "d:\\music");
+    // Saved at once, without a look at the folder; what runs goes on with the old one.
+    EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\", "DecodePath=d:\\music"));
+    EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
+}
+
+TEST_F(PreferencesDestination, StaysWhereTheDriveHasGone) {
+    start();
+    store.writes.clear();
+    directories.removeFolder("d:\\");
+    directories.removeFolder("d:\\music");
+    EXPECT_FALSE(form.Drive2.setDrive("d:").ok());
+    EXPECT_FALSE(form.Dir2.setPath("d:\\music").ok());
+    EXPECT_EQ(form.Text9.text(), "c:\\sonarith\\WAVFiles");
+    EXPECT_THAT(store.writes, IsEmpty());
+}
+
+TEST_F(PreferencesDestination, ShowsTheNewFoldersControlsWhileItsBoxIsTicked) {
+    start();
+    EXPECT_FALSE(form.Picture6.visible());
+    form.Check2.setValue(1).passOver();
+    EXPECT_TRUE(form.Picture6.visible());
+    form.Check2.setValue(0).passOver();
+    EXPECT_FALSE(form.Picture6.visible());
+}
+
+TEST_F(PreferencesDestination, IsMadeBelowTheChosenFolder) {
+    start();
+    form.Dir2.setPath("d:\\music").passOver();
+    store.writes.clear();
+    create("Köln Live");
+    EXPECT_TRUE(files.folderExists("d:\\music\\köln live"));
+    EXPECT_EQ(files.pathAsMade("d:\\music\\köln live"), "d:\\music\\Köln Live");
+    EXPECT_EQ(form.Text9.text(), "d:\\music\\Köln Live");
+    EXPECT_EQ(form.Text10.text(), "Köln Live");
+    EXPECT_EQ(settings.decodePath, "d:\\music\\köln live");
+    EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\music\\Köln Live"));
+    EXPECT_FALSE(form.Picture6.visible());
+    EXPECT_EQ(form.Check2.value(), 0);
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(PreferencesDestination, LosesOneBackslashOfItsParent) {
+    start();
+    form.Text9.setText("d:\\");
+    create("new");
+    EXPECT_EQ(held("DecodePath"), "d:\\new");
+    form.Text9.setText("d:\\music\\\\");
+    create("new");
+    EXPECT_EQ(form.Text9.text(), "d:\\music\\\\new"); // one, not all
+}
+
+TEST_F(PreferencesDestination, NeedsAName) {
+    start();
+    store.writes.clear();
+    files.log.clear();
+    create("");
+    EXPECT_THAT(boxes.shown,
+                ElementsAre(test::ShownBox{"Enter a name for the Destination directory"}));
+    EXPECT_TRUE(form.Picture6.visible());
+    EXPECT_EQ(form.Check2.value(), 1);
+    EXPECT_EQ(form.Text9.text(), "c:\\sonarith\\WAVFiles");
+    EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_THAT(files.log, IsEmpty());
+}
+
+TEST_F(PreferencesDestination, ThatFailsIsInForceAllTheSameAndTheKeyIsNot) {
+    start();
+    files.failWith(Operation::makeFolder, "d:\\New", ErrorNumber::permissionDenied);
+    form.Text9.setText("d:\\");
+    store.writes.clear();
+    create("New");
+    expectTwoMessagesFor("d:\\New");
+    EXPECT_EQ(settings.decodePath, "d:\\new");
+    EXPECT_EQ(form.Text9.text(), "d:\\New");
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_FALSE(form.Picture6.visible()); // the last step comes either way
+    EXPECT_EQ(form.Check2.value(), 0);
+}
+
+TEST_F(PreferencesDestination, WithItsBoxUntickedIsTheStoredOneAgain) {
+    start();
+    form.Text9.setText("d:\\music\\typed");
+    form.Text10.setText("typed");
+    form.Co111.click();
+    EXPECT_EQ(form.Text9.text(), "c:\\sonarith\\WAVFiles");
+    EXPECT_EQ(form.Text10.text(), "WAVFiles");
+}
+
+TEST_F(PreferencesDestination, IsSavedBeforeItsYieldAndItsControlsCloseAfterIt) {
+    start();
+    form.Text9.setText("d:\\");
+    loop.atYield(1, [&] {
+        EXPECT_EQ(held("DecodePath"), "d:\\new");
+        EXPECT_TRUE(form.Picture6.visible());
+    });
+    const int before = loop.yieldCount();
+    create("new");
+    EXPECT_EQ(loop.yieldCount(), before + 1);
+    EXPECT_FALSE(form.Picture6.visible());
+}
+
+TEST_F(PreferencesDestination, StandsAWindowThatIsClosedInItsYield) {
+    for (const bool reopen : {false, true}) {
+        SCOPED_TRACE(reopen);
+        PreferencesDestination run;
+        run.start();
+        run.form.Text9.setText("d:\\");
+        run.loop.atYield(1, [&] {
+            run.form.unload();
+            if (reopen) {
+                run.form.show();
+            }
+        });
+        run.create("new");
+        EXPECT_EQ(run.form.loaded(), reopen);
+        EXPECT_EQ(run.held("DecodePath"), "d:\\new");
+        EXPECT_EQ(run.settings.decodePath, "d:\\new");
+    }
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/preferences/preferences_window.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "platform/centred_form.h"
+#include "platform/text/numbers.h"
+#include "platform/text/unicode.h"
+#include "settings/make_dirs.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr const char* encodeCaption = "Encode to MP3 after extracting";
+constexpr const char* doNotEncodeCaption = "Do not Encode after extracting";
+constexpr const char* muteCaption = "Mute";
+constexpr const char* playCaption = "Play";
+
+template <std::size_t Count>
+void fill(ComboBox& box, const char* const (&entries)[Count]) {
+    box.clear();
+    for (const char* entry : entries) {
+        box.addItem(entry);
+    }
+}
+
+/// Boxes before which something else is done: a box yields.
+class BoxesAfter final : public MessageBoxes {
+  public:
+    BoxesAfter(MessageBoxes& boxes, std::function<void()> before)
+        : boxes_(boxes), before_(std::move(before)) {}
+    BoxAnswer show(const std::string& text, BoxIcon icon, BoxButtons buttons,
+                   const std::string& title) override {
+        before_();
+        return boxes_.show(text, icon, buttons, title);
+    }
+
+  private:
+    MessageBoxes& boxes_;
+    std::function<void()> before_;
+};
+
+} // namespace
+
+PreferencesWindow::PreferencesWindow(const Platform& platform, ProcessState& process,
+                                     Windows& windows, DiskGuard& guard)
+    : platform_(platform),
+      process_(process),
+      windows_(windows),
+      form_(windows.FrmPrefs),
+      guard_(guard) {
+    form_.onLoad = [this] {
+        Form_Load();
+    };
+    form_.onQueryUnload = [this] {
+        Form_QueryUnload();
+    };
+    wireSwitches();
+    wireOtherControls();
+}
+
+void PreferencesWindow::wireSwitches() {
+    const auto wire = [this](CheckBox& box, const char* key, std::int16_t AppSettings::*field) {
+        box.onClick = [this, &box, key, field] {
+            saveSwitch(box, key, process_.settings.*field);
+        };
+    };
+    wire(form_.Check6, hdWarningKey, &AppSettings::hdWarning);
+    wire(form_.Check7, hdStopDecodingKey, &AppSettings::hdStopDecoding);
+    wire(form_.Check3, deleteWavKey, &AppSettings::deleteWav);
+    wire(form_.Check5, minimizeOnStartKey, &AppSettings::minimizeOnStart);
+    wire(form_.Check11, showFullPathKey, &AppSettings::showFullPath);
+    form_.Check10.onClick = [this] {
+        Check10_Click();
+    };
+    form_.Check4.onClick = [this] {
+        Check4_Click();
+    };
+    form_.Check1.onClick = [this] {
+        Check1_Click();
+    };
+    form_.Check2.onClick = [this] {
+        Check2_Click();
+    };
+}
+
+void PreferencesWindow::wireOtherControls() {
+    const auto copyIndex = [this](ComboBox& box, std::int16_t AppSettings::*field) {
+        box.onClick = [this, &box, field] {
+            process_.settings.*field = static_cast<std::int16_t>(box.listIndex());
+        };
+    };
+    copyIndex(form_.Combo1, &AppSettings::encodingQuality);
+    copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
+    copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
+    // Before the key has changed the text: what is saved is one key behind until Command1.
+    form_.Text7.onKeyDown = [this] {
+        saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
+    };
+    form_.Text8.onKeyDown = [this] {
+        saveLimit(form_.Text8, hdStopNoKey, process_.settings.hdStopNo).passOver();
+    };
+    form_.Command1.onClick = [this] {
+        Command1_Click();
+    };
+    form_.Command3.onClick = [this] {
+        guard_.RefreshDriveSpace();
+    };
+    form_.Co111.onClick = [this] {
+        Co111_Click();
+    };
+    form_.Drive2.onChange = [this] {
+        Drive2_Change();
+    };
+    form_.Dir2.onChange = [this] {
+        Dir2_Change();
+    };
+}
+
+// --- load and unload -----------------------------------------------------------------------------
+
+void PreferencesWindow::Form_Load() {
+    loadWrites_.emplace(platform_.store);
+    centreOnScreen(form_, platform_.shell);
+    bool shown = fillEncodingLists().ok();
+    shown = shown && showSettings().ok();
+    shown = shown && fillFormats().ok();
+    if (shown) {
+        form_.Command3.click();
+        Co111_Click();
+    }
+    endLoadWrites();
+}
+
+Status PreferencesWindow::fillEncodingLists() {
+    fill(form_.Combo1, {"Low", "Normal", "High", "Voice", "Radio", "Tape", "HIFI", "CD", "Studio"});
+    fill(form_.Combo2, {"32", "40", "48", "56", "64", "80", "96", "112", "128", "160", "192", "224",
+                        "256", "320"});
+    // Read before the clicks of the two lists write to the record.
+    const AppSettings& settings = process_.settings;
+    if (Status status = form_.Combo1.setListIndex(settings.encodingQuality); !status.ok()) {
+        return status;
+    }
+    return form_.Combo2.setListIndex(settings.encodingBitrate);
+}
+
+/// A box that becomes ticked runs its click: what is 1 is saved again at each start.
+Status PreferencesWindow::showSettings() {
+    const AppSettings& settings = process_.settings;
+    Status status = form_.Check6.setValue(settings.hdWarning);
+    const auto next = [&status](CheckBox& box, std::int16_t value) {
+        if (status.ok()) {
+            status = box.setValue(value);
+        }
+        return status.ok();
+    };
+    if (!status.ok()) {
+        return status;
+    }
+    form_.Text7.setText(std::to_string(settings.hdWarningNo));
+    if (!next(form_.Check7, settings.hdStopDecoding)) {
+        return status;
+    }
+    form_.Text8.setText(std::to_string(settings.hdStopNo));
+    form_.Text9.setText(settings.decodePath);
+    next(form_.Check4, settings.desktopIcon);
+    next(form_.Check5, settings.minimizeOnStart);
+    next(form_.Check3, settings.deleteWav);
+    next(form_.Check11, settings.showFullPath);
+    next(form_.Check10, settings.encodeAfterExtracting);
+    next(form_.Check1, settings.muteButton);
+    return status;
+}
+
+Status PreferencesWindow::fillFormats() {
+    fill(form_.cbxFormat, {"44.100Hz, 16bit Mono, 86k/sec", "44.100Hz, 16bit Stereo, 172k/sec"});
+    return form_.cbxFormat.setListIndex(process_.settings.audioFormat);
+}
+
+void PreferencesWindow::Form_QueryUnload() {
+    const StoreTransaction oneWrite(platform_.store);
+    const AppSettings& settings = process_.settings;
+    saveSetting(encodingQualityKey, std::to_string(settings.encodingQuality));
+    saveSetting(encodingBitrateKey, std::to_string(settings.encodingBitrate));
+    saveSetting(audioFormatKey, std::to_string(settings.audioFormat));
+}
+
+// --- switches and limits -------------------------------------------------------------------------
+
+void PreferencesWindow::saveSetting(const char* key, const std::string& value) {
+    platform_.store.SaveSetting(applicationName, settingsSection, key, value);
+}
+
+void PreferencesWindow::saveSwitch(const CheckBox& box, const char* key, std::int16_t& field) {
+    saveSetting(key, std::to_string(box.value()));
+    field = static_cast<std::int16_t>(box.value());
+}
+
+Status PreferencesWindow::saveLimit(const TextBox& box, const char* key, std::int16_t& field) {
+    saveSetting(key, box.text());
+    const Result<std::int16_t> limit = toInteger16(box.text());
+    if (!limit.ok()) {
+        return limit.error();
+    }
+    field = limit.value();
+    return {};
+}
+
+void PreferencesWindow::Check10_Click() {
+    const bool ticked = form_.Check10.value() == 1;
+    form_.Check10.setCaption(ticked ? encodeCaption : doNotEncodeCaption);
+    saveSwitch(form_.Check10, encodeAfterExtractingKey, process_.settings.encodeAfterExtracting);
+}
+
+void PreferencesWindow::Check4_Click() {
+    saveSwitch(form_.Check4, desktopIconKey, process_.settings.desktopIcon);
+    // This window alone comes and goes; the main window is not touched.
+    if (form_.Check4.value() == 1) {
+        windows_.frmpopup.load();
+        form_.hide();
+    } else {
+        windows_.frmpopup.unload();
+        form_.show();
+    }
+}
+
+void PreferencesWindow::Check1_Click() {
+    if (!windows_.Form4.loaded()) {
+        endLoadWrites(); // the panel's load step may show a message
+    }
+    Form4& player = touched(windows_.Form4);
+    const bool ticked = form_.Check1.value() == 1;
+    OptionButton& option = ticked ? player.Option13 : player.Option14;
+    option.setSelected(true);
+    option.click();
+    form_.Check1.setCaption(ticked ? muteCaption : playCaption);
+    process_.settings.muteButton = ticked ? 1 : 0;
+    saveSetting(muteButtonKey, std::to_string(form_.Check1.value()));
+}
+
+void PreferencesWindow::Command1_Click() {
+    const StoreTransaction oneWrite(platform_.store);
+    saveSwitch(form_.Check6, hdWarningKey, process_.settings.hdWarning);
+    saveSwitch(form_.Check7, hdStopDecodingKey, process_.settings.hdStopDecoding);
+    saveLimits().passOver();
+}
+
+Status PreferencesWindow::saveLimits() {
+    if (Status status = saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo);
+        !status.ok()) {
+        return status;
+    }
+    return saveLimit(form_.Text8, hdStopNoKey, process_.settings.hdStopNo);
+}
+
+// --- the destination folder ----------------------------------------------------------------------
+
+void PreferencesWindow::Check2_Click() {
+    form_.Picture6.setVisible(form_.Check2.value() == 1);
+}
+
+void PreferencesWindow::Drive2_Change() {
+    form_.Dir2.setPath(form_.Drive2.drive()).passOver();
+}
+
+void PreferencesWindow::Dir2_Change() {
+    form_.Text9.setText(form_.Dir2.path());
+    // decodePath keeps the folder of this run; nobody looks whether this one can be written.
+    saveSetting(decodePathKey, form_.Text9.text());
+}
+
+std::optional<DestinationFolder> PreferencesWindow::chosenDestination() {
+    if (form_.Check2.value() == 0) {
+        // Read with an empty default, not with the loader's: the first start makes "WAVFiles" below
+        // the program's folder although the loader names the program's folder itself.
+        const std::string stored =
+            platform_.store.GetSetting(applicationName, settingsSection, decodePathKey, "");
+        return destinationOf(stored, platform_.files.programFolder());
+    }
+    DestinationFolder destination{form_.Text9.text(), form_.Text10.text()};
+    if (destination.parent.ends_with('\\')) {
+        destination.parent.pop_back();
+    }
+    if (destination.name.empty()) {
+        platform_.boxes.show("Enter a name for the Destination directory");
+        return std::nullopt;
+    }
+    return destination;
+}
+
+bool PreferencesWindow::makeFolders(const std::string& path) {
+    BoxesAfter boxes(platform_.boxes, [this] { endLoadWrites(); });
+    return MakeDirs(path, platform_.files, boxes, platform_.pointer);
+}
+
+void PreferencesWindow::Co111_Click() {
+    const auto destination = chosenDestination();
+    if (!destination) {
+        return;
+    }
+    const int load = form_.timesLoaded();
+    const std::string path = destination->path();
+    form_.Text9.setText(path);
+    process_.settings.decodePath = lowerCase(path);
+    form_.Text10.setText(destination->name);
+    if (makeFolders(path)) {
+        saveSetting(decodePathKey, path);
+        endLoadWrites();
+        platform_.loop.yield();
+    } else {
+        platform_.boxes.show("Error in creating the path " + path +
+                             "  Create a new Destination path using the selection controls");
+    }
+    // A window that was closed meanwhile stays closed, and a new one keeps what was begun in it.
+    if (form_.loaded() && form_.timesLoaded() == load) {
+        form_.Picture6.setVisible(false);
+        form_.Check2.setValue(0).passOver();
+    }
+}
+
+} // namespace sonarith

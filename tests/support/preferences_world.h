@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preferences, the disk guard and the extraction that it stops, wired as the program wires
+// them, over a machine of fakes in virtual time.
+//
+//     store.put("Settings", "HDWarning", "0");
+//     start();                                     // loads the settings, then the preferences
+//     form.Check6.setValue(1).passOver();          // a user's click
+//     EXPECT_EQ(held("HDWarning"), "1");
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "extraction/extraction.h"
+#include "forms/windows.h"
+#include "settings/preferences/preferences.h"
+#include "support/fake_machine.h"
+#include "worktree/add_file.h"
+
+namespace sonarith::test {
+
+struct PreferencesWorld : testing::Test, FakeMachine {
+    ProcessState process;
+    Windows windows{platform, process};
+    sonarith::Form1& Form1 = windows.Form1;
+    sonarith::Form4& Form4 = windows.Form4;
+    FrmPrefs& form = windows.FrmPrefs;
+    FileAdder adder{platform, process, Form1};
+    Extraction extraction{platform, process, windows, adder};
+    Preferences preferences{platform, process, windows, extraction.monitor};
+    AppSettings& settings = process.settings;
+
+    /// The player's two procedures, oldest call first.
+    std::vector<std::string> muted;
+
+    PreferencesWorld() {
+        Form1.load();
+        Form4.load();
+        Form4.Option13.onClick = [this] {
+            muted.emplace_back("Option13");
+        };
+        Form4.Option14.onClick = [this] {
+            muted.emplace_back("Option14");
+        };
+    }
+
+    /// What a start of the program does of this.
+    void start() {
+        LoadSettings(store, files.programFolder(), settings);
+        form.load();
+    }
+    /// A start with all switches off, so that whatever is saved later was saved by the test's step.
+    void startWithAllOff() {
+        for (const char* key : {hdWarningKey, hdStopDecodingKey, deleteWavKey, showFullPathKey,
+                                encodeAfterExtractingKey, muteButtonKey}) {
+            store.put(settingsSection, key, "0");
+        }
+        start();
+        store.writes.clear();
+        store.fileWrites = 0;
+    }
+    [[nodiscard]] std::optional<std::string> held(const std::string& key) const {
+        return store.held(settingsSection, key);
+    }
+    /// The keys written, oldest first, and their values: "HDWarning=1".
+    [[nodiscard]] std::vector<std::string> written() const {
+        std::vector<std::string> all;
+        for (const StoreWrite& write : store.writes) {
+            all.push_back(write.key + "=" + write.value);
+        }
+        return all;
+    }
+};
+
+} // namespace sonarith::test
