@@ -39,14 +39,15 @@ std::string unescaped(std::string_view text) {
 std::optional<MountPoint> parseLine(const std::string& line) {
     // id, parent, device, root, mount point, options, optional fields, "-", type, source, options
     std::istringstream fields(line);
-    std::string id, parent, device, root, point, field, type;
+    std::string id, parent, device, root, point, field, type, source;
     fields >> id >> parent >> device >> root >> point;
     while (fields >> field && field != "-") {
     }
     if (!(fields >> type) || point.empty() || point.front() != '/') {
         return std::nullopt;
     }
-    return MountPoint{unescaped(point), type, root != "/"};
+    fields >> source; // a mount may have none
+    return MountPoint{unescaped(point), type, root != "/", device, unescaped(source)};
 }
 
 /// Whether a program or a server far away answers for the files.
@@ -112,7 +113,7 @@ MountInfo::~MountInfo() {
     }
 }
 
-std::optional<std::vector<MountPoint>> MountInfo::changed() {
+std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     if (readBefore_) {
         // The kernel marks this file as being in error when a mount came or went; see proc(5).
         pollfd change{descriptor_, POLLPRI, 0};
@@ -135,8 +136,15 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         text.append(block.data(), static_cast<std::size_t>(count));
         position += count;
     }
-    std::vector<MountPoint> mounts = parseMountInfo(text);
-    std::erase_if(mounts, [](const MountPoint& mount) {
+    return parseMountInfo(text);
+}
+
+std::optional<std::vector<MountPoint>> MountInfo::changed() {
+    auto mounts = allChanged();
+    if (!mounts) {
+        return std::nullopt;
+    }
+    std::erase_if(*mounts, [](const MountPoint& mount) {
         // Only partial mounts of this machine's own disks are looked at. Servers' folders are
         // partial mounts, too, and asking one that is gone would hang.
         std::error_code unknown;

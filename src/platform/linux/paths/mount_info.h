@@ -15,6 +15,8 @@ struct MountPoint {
     std::string fileSystemType;
     /// Shows a part of its file system only; it may then be a single file.
     bool partial = false;
+    std::string device = {}; ///< of the file system, "8:1"; "0:42" for one without a block device
+    std::string source = {}; ///< "/dev/sda1", "server:/music" or whatever its kind has
 
     bool operator==(const MountPoint&) const = default;
 };
@@ -37,6 +39,8 @@ class MountInfo {
     /// The mounts that hold user files, at the first call and after each change; nothing if the
     /// list is as it was. Costs one system call then.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
+    /// The same with all mounts, none of which is looked at. One object serves one of the two.
+    [[nodiscard]] std::optional<std::vector<MountPoint>> allChanged();
 
   private:
     int descriptor_;

@@ -13,24 +13,28 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(ParseMountInfo, ReadsPointAndTypeOfEachMount) {
+TEST(ParseMountInfo, ReadsPointTypeAndDeviceOfEachMount) {
     EXPECT_THAT(parseMountInfo("25 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw\n"
                                "30 25 8:3 / /home rw - xfs /dev/sda3 rw\n"
                                "31 25 0:5 /@data /data rw shared:2 master:3 - btrfs /dev/sdb rw\n"),
-                ElementsAre(MountPoint{"/", "ext4", false}, MountPoint{"/home", "xfs", false},
-                            MountPoint{"/data", "btrfs", true}));
+                ElementsAre(MountPoint{"/", "ext4", false, "8:2", "/dev/sda2"},
+                            MountPoint{"/home", "xfs", false, "8:3", "/dev/sda3"},
+                            MountPoint{"/data", "btrfs", true, "0:5", "/dev/sdb"}));
 }
 
 TEST(ParseMountInfo, UnderstandsTheKernelsOctalEscapes) {
     EXPECT_THAT(
-        parseMountInfo("30 25 8:3 / /media/My\\040Disk\\011a\\134b rw - vfat /dev/sdc1 rw\n"),
-        ElementsAre(MountPoint{"/media/My Disk\ta\\b", "vfat", false}));
+        parseMountInfo(
+            "30 25 0:9 / /media/My\\040Disk\\011a\\134b rw - cifs //host/My\\040Disk rw\n"
+            "31 25 0:10 / /media/none rw - fuse\n"),
+        ElementsAre(MountPoint{"/media/My Disk\ta\\b", "cifs", false, "0:9", "//host/My Disk"},
+                    MountPoint{"/media/none", "fuse", false, "0:10", ""}));
 }
 
 TEST(ParseMountInfo, TakesTheLastMountOnAPointThatIsCovered) {
     EXPECT_THAT(parseMountInfo("30 25 8:3 / /mnt rw - autofs systemd-1 rw\n"
                                "31 30 8:4 / /mnt rw - ext4 /dev/sdb1 rw\n"),
-                ElementsAre(MountPoint{"/mnt", "ext4", false}));
+                ElementsAre(MountPoint{"/mnt", "ext4", false, "8:4", "/dev/sdb1"}));
 }
 
 TEST(ParseMountInfo, LeavesOutLinesOfAnotherForm) {
@@ -73,8 +77,9 @@ TEST(MountInfo, LeavesOutPartialMountsThatAreNoFolders) {
         << "3 0 8:1 / /gone rw - nfs server:/ rw\n"
         << "4 0 0:1 / /proc rw - proc proc rw\n";
     MountInfo mounts((folder / "info").string());
-    EXPECT_EQ(mounts.changed(), (std::vector<MountPoint>{{(folder / "part").string(), "ext4", true},
-                                                         {"/gone", "nfs", false}}));
+    EXPECT_EQ(mounts.changed(),
+              (std::vector<MountPoint>{{(folder / "part").string(), "ext4", true, "8:1", "/dev/x"},
+                                       {"/gone", "nfs", false, "8:1", "server:/"}}));
 }
 
 // A server's folder may be a partial mount; to ask one that is gone would hang. What is not looked
@@ -85,8 +90,21 @@ TEST(MountInfo, LooksAtNoPartialMountThatMayBeOfAServer) {
                                    << "2 0 0:41 /b /gone/ssh rw - fuse.sshfs server: rw\n"
                                    << "3 0 8:1 /b /gone/disk rw - ext4 /dev/x rw\n";
     MountInfo mounts((folder / "info").string());
-    EXPECT_EQ(mounts.changed(), (std::vector<MountPoint>{{"/gone/jane", "nfs4", true},
-                                                         {"/gone/ssh", "fuse.sshfs", true}}));
+    EXPECT_EQ(mounts.changed(),
+              (std::vector<MountPoint>{{"/gone/jane", "nfs4", true, "0:40", "server:/home"},
+                                       {"/gone/ssh", "fuse.sshfs", true, "0:41", "server:"}}));
+}
+
+TEST(MountInfo, GivesAllMountsToThoseWhoLookAtNone) {
+    const fakes::TempFolder folder;
+    std::ofstream(folder / "info") << "1 0 0:30 / / rw - overlay overlay rw\n"
+                                   << "2 0 8:1 /b /gone/disk rw - ext4 /dev/x rw\n"
+                                   << "3 0 0:1 / /proc rw - proc proc rw\n";
+    MountInfo mounts((folder / "info").string());
+    const auto all = mounts.allChanged();
+    ASSERT_TRUE(all.has_value());
+    EXPECT_EQ(all->size(), 3U);
+    EXPECT_FALSE(mounts.allChanged().has_value());
 }
 
 TEST(MountInfo, GivesAnEmptyListWhereThereIsNone) {
