@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/mixer.h"
-#include "platform/system_information.h"
 #include "platform/tray.h"
 #include "platform/wave_input.h"
 
@@ -48,33 +47,6 @@ class AbsentTray final : public Tray {
     bool remove(std::uint32_t) override { return false; }
     void setMenu(MenuItem&) override {}
     [[nodiscard]] bool hostPresent() const override { return false; }
-};
-
-class AbsentSystemInformation final : public SystemInformation {
-  public:
-    [[nodiscard]] std::size_t logicalDriveStrings(std::string&, std::size_t) const override {
-        return 0;
-    }
-    [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string&) const override {
-        return std::nullopt;
-    }
-    [[nodiscard]] DriveKind driveKind(const std::string&) const override {
-        return DriveKind::noRoot;
-    }
-    [[nodiscard]] std::optional<VolumeInformation>
-    volumeInformation(const std::string&) const override {
-        return std::nullopt;
-    }
-    [[nodiscard]] MemoryStatus memoryStatus() const override { return {}; }
-    [[nodiscard]] ProcessorInformation processor() const override { return {}; }
-    [[nodiscard]] std::optional<SystemVersion> version() const override { return std::nullopt; }
-    [[nodiscard]] int keyboardType() const override { return 0; }
-    [[nodiscard]] int functionKeys() const override { return 0; }
-    [[nodiscard]] std::optional<std::string> tempFolder() const override { return std::nullopt; }
-    [[nodiscard]] std::optional<std::string> systemFolder() const override { return std::nullopt; }
-    [[nodiscard]] std::optional<std::string> windowsFolder() const override { return std::nullopt; }
-    [[nodiscard]] std::optional<std::string> computerName() const override { return std::nullopt; }
-    [[nodiscard]] std::optional<std::string> userName() const override { return std::nullopt; }
 };
 
 } // namespace sonarith

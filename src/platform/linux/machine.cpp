@@ -23,11 +23,14 @@ std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& sto
     return home;
 }
 
+SharedPaths sharedPaths(const SettingsStore& store, const std::string& home) {
+    return {.letters = std::make_shared<LetterStore>(store),
+            .home = home,
+            .programFolder = programFolder(executableFolder(), musicFolder)};
+}
+
 /// `store` is used by the thread of the logic alone.
-PathAccess pathAccess(SettingsStore& store, const std::string& home) {
-    const SharedPaths shared{.letters = std::make_shared<LetterStore>(store),
-                             .home = home,
-                             .programFolder = programFolder(executableFolder(), musicFolder)};
+PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
     return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
             [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};
 }
@@ -37,7 +40,8 @@ PathAccess pathAccess(SettingsStore& store, const std::string& home) {
 Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
                  const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
-    : paths_(pathAccess(store, homeNamedIn(store, storedPaths)), {threads_, waiting, notices}),
+    : shared_(sharedPaths(store, homeNamedIn(store, storedPaths))),
+      paths_(pathAccess(store, shared_), {threads_, waiting, notices}),
       files_(paths_),
       directories_(paths_, files_),
       destination_(std::move(destination)),
@@ -53,7 +57,11 @@ Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
       mp3Controls_(
           card_, sound::monotonicNow,
           [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
-          notices, saves_) {}
+          notices, saves_),
+      drives_(*shared_.letters, shared_.home),
+      drivePaths_(drives_, mounts_),
+      system_([this] { return drivePaths_.drives().drives(); },
+              [this](const std::string& path) { return drivePaths_.logicPathOf(path); }) {}
 
 void Machine::stop() {
     mp3Controls_.stopAll();

@@ -16,12 +16,17 @@
 #include "platform/linux/mci/interpreter.h"
 #include "platform/linux/mp3/mpg123_controls.h"
 #include "platform/linux/paths/clock_random.h"
+#include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/home_letter.h"
+#include "platform/linux/paths/machine_files.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
 #include "platform/linux/paths/patient_directories.h"
 #include "platform/linux/paths/patient_file_system.h"
 #include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
+#include "platform/linux/system/linux_system_information.h"
 #include "platform/linux/waiting/worker_threads.h"
 #include "platform/notices.h"
 #include "platform/settings_store.h"
@@ -69,6 +74,7 @@ class Machine {
     [[nodiscard]] std::vector<std::filesystem::path> recordingFolders() const;
 
     waiting::WorkerThreads threads_;
+    SharedPaths shared_;
     PatientPaths paths_;
     PatientFileSystem files_;
     PatientDirectories directories_;
@@ -85,7 +91,11 @@ class Machine {
     AbsentMixer mixer_;
     AbsentWaveInput waveInput_;
     AbsentTray tray_;
-    AbsentSystemInformation system_;
+    // Letters and their mounts, as the kernel lists them: no disk is asked.
+    MountInfo mounts_;
+    DriveTable drives_;
+    PathMap drivePaths_;
+    LinuxSystemInformation system_;
 };
 
 } // namespace sonarith

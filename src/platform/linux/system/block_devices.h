@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the kernel and the device manager tell of the block device below a mount. It opens no
+// device: one that hangs or sleeps is neither waited for nor woken.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/linux/paths/mount_info.h"
+
+namespace sonarith::system_information {
+
+class BlockDevices {
+  public:
+    /// `sys` has the form of /sys, `disks` of /dev/disk.
+    BlockDevices(std::string sys, std::string disks)
+        : sys_(std::move(sys)), disks_(std::move(disks)) {}
+
+    /// The kernel's name of the device ("sda1", "dm-0"); nothing for a mount without one.
+    [[nodiscard]] std::optional<std::string> nameOf(const MountPoint& mount) const;
+    /// The kernel's flag, of the whole disk that a partition belongs to, or of a disk that a
+    /// mapped device (encryption, volumes) is made of.
+    [[nodiscard]] bool isRemovable(const std::string& name) const;
+
+    /// The file system's label; empty for none.
+    [[nodiscard]] std::string label(const std::string& name) const;
+    /// The file system's UUID as text; empty for none.
+    [[nodiscard]] std::string uuid(const std::string& name) const;
+
+  private:
+    [[nodiscard]] bool isRemovable(const std::string& name, int depth) const;
+    [[nodiscard]] std::string linkTo(const std::string& name, const std::string& folder) const;
+
+    std::string sys_;
+    std::string disks_;
+};
+
+/// A name below /dev/disk, in which the device manager writes odd bytes as \x20.
+[[nodiscard]] std::string plainDiskName(const std::string& text);
+
+} // namespace sonarith::system_information

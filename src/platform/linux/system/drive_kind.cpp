@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/system/drive_kind.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace sonarith::system_information {
+
+namespace {
+
+template <std::size_t Count>
+bool isOneOf(const std::array<std::string_view, Count>& types, const std::string& type) {
+    return std::find(types.begin(), types.end(), type) != types.end();
+}
+
+bool isOptical(const MountPoint& mount) {
+    // 11 is the kernel's number of optical drives (its devices.txt). Sticks may hold the second
+    // type, discs and their images hold the first alone.
+    return mount.device.starts_with("11:") || mount.fileSystemType == "iso9660";
+}
+
+/// A server's folder, or a host's that a virtual machine sees.
+bool isRemote(const MountPoint& mount) {
+    static constexpr std::array<std::string_view, 19> types = {
+        "9p",     "afs",  "beegfs",    "ceph",   "cifs",    "coda", "davfs",
+        "drvfs",  "gfs2", "glusterfs", "lustre", "ncpfs",   "nfs",  "nfs4",
+        "prl_fs", "smb3", "smbfs",     "vboxsf", "virtiofs"};
+    static constexpr std::array<std::string_view, 16> programs = {
+        "fuse.afpfs",      "fuse.cephfs",   "fuse.curlftpfs",   "fuse.davfs",
+        "fuse.davfs2",     "fuse.gcsfuse",  "fuse.glusterfs",   "fuse.goofys",
+        "fuse.gvfsd-fuse", "fuse.kio-fuse", "fuse.rclone",      "fuse.s3fs",
+        "fuse.smbnetfs",   "fuse.sshfs",    "fuse.vmhgfs-fuse", "fuse.webdavfs"};
+    // Whatever else names a host: "//host/share", "host:/folder", "https://host".
+    const bool namesHost =
+        mount.source.starts_with("//") || mount.source.find(":/") != std::string::npos;
+    return isOneOf(types, mount.fileSystemType) || isOneOf(programs, mount.fileSystemType) ||
+           namesHost;
+}
+
+} // namespace
+
+DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
+    if (isOptical(mount)) {
+        return DriveKind::cdRom;
+    }
+    const auto device = devices.nameOf(mount);
+    if (!device) {
+        // Without a device of its own: a pool of disks, a folder that a program encrypts, or a
+        // tmpfs, which is no RAM disk to the kernel either: it takes from memory and swap what its
+        // files need, and is full at a size that can be watched.
+        return isRemote(mount) ? DriveKind::network : DriveKind::fixed;
+    }
+    if (device->starts_with("ram") || device->starts_with("zram")) {
+        return DriveKind::ramDisk;
+    }
+    return devices.isRemovable(*device) ? DriveKind::removable : DriveKind::fixed;
+}
+
+} // namespace sonarith::system_information

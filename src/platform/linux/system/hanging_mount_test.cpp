@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A real mount whose calls never return: a FUSE file system of which nobody serves the requests.
+// Only where a test may mount.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/linux/system/linux_system_information.h"
+#include "support/small_disk.h"
+#include "support/temp_folder.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int mayNotMount = 77;
+
+int threadsNow() {
+    int count = 0;
+    for ([[maybe_unused]] const auto& thread :
+         std::filesystem::directory_iterator("/proc/self/task")) {
+        ++count;
+    }
+    return count;
+}
+
+/// The descriptor serves the mount; -1 on failure.
+int mountUnserved(const std::string& point) {
+    const int device = ::open("/dev/fuse", O_RDWR | O_CLOEXEC);
+    if (device < 0 || !test::leaveSharedMounts()) {
+        return -1;
+    }
+    const std::string options =
+        "fd=" + std::to_string(device) + ",rootmode=40000,user_id=0,group_id=0";
+    const bool mounted =
+        ::mount("unserved", point.c_str(), "fuse.test", MS_NODEV | MS_NOSUID, options.c_str()) == 0;
+    return mounted ? device : -1;
+}
+
+/// The number of the first expectation that does not hold; 0 if all do.
+int lookAtAHangingMount(const std::string& point) {
+    const int device = mountUnserved(point);
+    if (device < 0) {
+        return mayNotMount;
+    }
+    const std::vector<Drive> drives = {{'C', "/"}, {'D', point}};
+    const LinuxSystemInformation information([&] { return drives; },
+                                             [](const std::string& path) { return path; });
+    if (information.driveKind("D:\\") != DriveKind::fixed) {
+        return 1;
+    }
+    const auto start = std::chrono::steady_clock::now();
+    if (information.diskSpace("D:\\")) {
+        return 2;
+    }
+    const auto waited = std::chrono::steady_clock::now() - start;
+    if (waited < 100ms || waited > 5s) {
+        return 3;
+    }
+    for (int tick = 0; tick < 50; ++tick) {
+        if (information.diskSpace("D:\\") || !information.diskSpace("C:\\")) {
+            return 4;
+        }
+    }
+    if (information.unanswered() != 1 || threadsNow() != 3) { // this one, the waiting, the idle
+        return 5;
+    }
+    ::close(device); // the kernel fails the waiting call
+    for (int patience = 0; patience < 5000 && information.unanswered() > 0; ++patience) {
+        ::usleep(1000);
+    }
+    return information.unanswered() == 0 && !information.diskSpace("D:\\") ? 0 : 6;
+}
+
+TEST(AHangingMount, HoldsUpOneThreadAndNothingElse) {
+    const fakes::TempFolder folder;
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::_exit(lookAtAHangingMount(folder.path().string()));
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == mayNotMount) {
+        GTEST_SKIP() << "no mounts may be made here";
+    }
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a Linux machine tells of itself, of its drives and of its user. Which letter stands for
+// which mount is not decided here, and no text of the product is made here.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/system/block_devices.h"
+#include "platform/linux/system/mount_table.h"
+#include "platform/linux/system/patient_calls.h"
+#include "platform/system_information.h"
+
+namespace sonarith {
+
+/// Where the kernel and the device manager tell; another place in tests.
+struct InformationPlaces {
+    std::string mountList = "/proc/self/mountinfo";
+    std::string memory = "/proc/meminfo";
+    std::string inputDevices = "/proc/bus/input/devices";
+    std::string sys = "/sys";
+    std::string disks = "/dev/disk";
+};
+
+/// The sizes of the file system that holds a machine path; nothing if it refuses. It may never
+/// return.
+[[nodiscard]] std::optional<DiskSpace> spaceOf(const std::string& machinePath);
+
+/// A drive is a letter with its folder. What may hang is asked on a thread of its own: the sizes of
+/// a mount, and the user's name, which may come from a server.
+class LinuxSystemInformation final : public SystemInformation {
+  public:
+    /// The drives that there are now.
+    using Drives = std::function<std::vector<Drive>()>;
+    /// From an absolute machine path to the logic's.
+    using ToLogic = std::function<std::string(const std::string&)>;
+    /// As spaceOf(). Called on another thread, which may outlive this.
+    using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;
+
+    LinuxSystemInformation(Drives drives, ToLogic toLogic, const InformationPlaces& places = {},
+                           SpaceReader readSpace = spaceOf);
+
+    [[nodiscard]] std::size_t logicalDriveStrings(std::string& buffer,
+                                                  std::size_t size) const override;
+    [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
+    [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
+    /// The serial number is the end of the file system's UUID: all of it where that has eight
+    /// digits, and what other systems show where it has sixteen.
+    [[nodiscard]] std::optional<VolumeInformation>
+    volumeInformation(const std::string& root) const override;
+    [[nodiscard]] MemoryStatus memoryStatus() const override;
+    [[nodiscard]] ProcessorInformation processor() const override;
+    [[nodiscard]] std::optional<SystemVersion> version() const override;
+    [[nodiscard]] int keyboardType() const override;
+    [[nodiscard]] int functionKeys() const override;
+    [[nodiscard]] std::optional<std::string> tempFolder() const override;
+    [[nodiscard]] std::optional<std::string> systemFolder() const override;
+    [[nodiscard]] std::optional<std::string> windowsFolder() const override;
+    [[nodiscard]] std::optional<std::string> computerName() const override;
+    [[nodiscard]] std::optional<std::string> userName() const override;
+
+    /// Mounts that have not answered yet, each of which holds one thread.
+    [[nodiscard]] std::size_t unanswered() const { return calls_.unanswered(); }
+
+  private:
+    [[nodiscard]] std::optional<Drive> driveOf(const std::string& root) const;
+    [[nodiscard]] std::string folderText(const std::string& machinePath) const;
+
+    Drives drives_;
+    ToLogic toLogic_;
+    InformationPlaces places_;
+    SpaceReader readSpace_;
+    system_information::BlockDevices devices_;
+    mutable system_information::MountTable mounts_;
+    mutable system_information::PatientCalls calls_;
+};
+
+/// The last eight hexadecimal digits of a text, as a number; fewer if it has fewer.
+[[nodiscard]] std::uint32_t serialNumberIn(const std::string& uuid);
+
+} // namespace sonarith

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which mount a path lies on, as the kernel's list has it now. It looks at no mount, so that one
+// that hangs holds up nobody.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/paths/mount_info.h"
+
+namespace sonarith::system_information {
+
+class MountTable {
+  public:
+    /// `list` is a file of the form of /proc/self/mountinfo.
+    explicit MountTable(const std::string& list) : kernel_(list) {}
+
+    /// The deepest mount that holds the plain machine path. Nothing without a list.
+    [[nodiscard]] std::optional<MountPoint> holding(std::string_view path);
+
+  private:
+    MountInfo kernel_;
+    std::vector<MountPoint> mounts_;
+};
+
+} // namespace sonarith::system_information
