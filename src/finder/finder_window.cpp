@@ -55,6 +55,9 @@ void FinderWindow::wireEvents() {
 }
 
 void FinderWindow::Form_Load() {
+    // A fresh window's: a search that the last close has ended leaves its own behind.
+    finder_.DirCount = 0;
+    finder_.FileCount = 0;
     centreOnScreen(finder_, platform_.shell);
 }
 
@@ -117,7 +120,13 @@ void FinderWindow::Dir1_Change() {
 }
 
 void FinderWindow::Drive1_Change() {
-    finder_.Dir1.setPath(finder_.Drive1.drive()).passOver();
+    const std::string drive = finder_.Drive1.drive();
+    if (lowerCase(finder_.Dir1.path()).starts_with(drive)) {
+        return; // it was Drive1 that followed
+    }
+    if (!finder_.Dir1.setPath(drive).ok()) {
+        Dir1_Change();
+    }
 }
 
 void FinderWindow::lstfiles_MouseDown(MouseButtons buttons) {
@@ -133,7 +142,8 @@ void FinderWindow::mnuSeelectfile_Click() {
 }
 
 void FinderWindow::mnuRemoveFile_Click() {
-    finder_.lstfiles.removeItem(finder_.lstfiles.listIndex()).passOver();
+    ListBox& files = touched(finder_).lstfiles;
+    files.removeItem(files.listIndex()).passOver();
 }
 
 void FinderWindow::mnuDelete_Click() {
@@ -143,9 +153,10 @@ void FinderWindow::mnuDelete_Click() {
     if (answer != BoxAnswer::yes) {
         return;
     }
-    p_DestroyFile(finder_.lstfiles.text(), platform_.files, platform_.loop).passOver();
+    // The window may have been closed under the question: then no file is selected.
+    p_DestroyFile(touched(finder_).lstfiles.text(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Whether the file has gone or not.
+    // Whether the file was deleted or not.
     mnuRemoveFile_Click();
     tree_.showfiles3();
 }

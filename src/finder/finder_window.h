@@ -23,12 +23,13 @@ class FinderWindow {
 
     /// Starts a search or stops the one that runs, by its caption. Returns at the search's end.
     void Command1_Click();
-    /// Closes the window. A search that runs goes on without its lists, and so ends as if stopped.
+    /// Closes the window. A search that runs ends at its next step.
     void cmdend_Click();
 
     void zFileExt_Change();
     void lbltime_Change();
     void Dir1_Change();
+    /// A drive that cannot be entered leaves both lists where they were.
     void Drive1_Change();
 
     void lstfiles_MouseDown(MouseButtons buttons);

@@ -154,11 +154,56 @@ TEST_F(FinderWindowTest, DriveAndFolderFollowEachOther) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\music");
 }
 
-TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesTheFolder) {
+TEST_F(FinderWindowTest, EachFollowsTheOtherOnceAndNoFurther) {
+    disk.addFolder("d:\\albums");
+    std::vector<std::string> moves;
+    const Connection drives =
+        finder.Drive1.changed.connect([&](Property) { moves.push_back(finder.Drive1.drive()); });
+    const Connection folders =
+        finder.Dir1.changed.connect([&](Property) { moves.push_back(finder.Dir1.path()); });
+    EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
+    EXPECT_THAT(moves, ElementsAre("d:", "d:\\"));
+    moves.clear();
+    disk.addFolder("c:\\music");
+    EXPECT_TRUE(finder.Dir1.setPath("C:\\MUSIC").ok());
+    EXPECT_THAT(moves, ElementsAre("C:\\MUSIC", "c:"));
+}
+
+TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesDriveAndFolder) {
+    disk.addFolder("c:\\music");
+    disk.addFolder("d:\\albums");
+    disk.removeFolder("d:\\");
+    EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
+    // Even where the former folder could not be entered again either.
+    disk.removeFolder("c:\\music");
+    EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
+    EXPECT_EQ(finder.Drive1.drive(), "c:");
+    EXPECT_EQ(finder.Dir1.path(), "c:\\music");
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(FinderWindowTest, WithoutAnyDriveLeftBothStay) {
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
+    disk.removeFolder("c:\\sonarith");
+    disk.removeFolder("c:\\");
+    EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
+}
+
+TEST_F(FinderWindowTest, TheFolderListStaysOpenInASearchAndTheDriveFollowsIt) {
+    disk.addFile("c:\\m\\a.wav");
+    disk.addFolder("d:\\albums");
+    loop.atYield(1, [this] {
+        EXPECT_FALSE(finder.Drive1.enabled());
+        EXPECT_TRUE(finder.Dir1.enabled());
+        EXPECT_TRUE(finder.Dir1.setPath("d:\\albums").ok());
+        EXPECT_EQ(finder.Drive1.drive(), "d:");
+    });
+    search("c:\\m", ".wav");
+    // The search goes on where it began.
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.wav"));
 }
 
 // --- a found file ---------------------------------------------------------------------------
@@ -261,6 +306,66 @@ TEST_F(FinderWindowTest, ADeletionThatFailsTakesTheLineAllTheSame) {
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
     EXPECT_THAT(boxes.shown, SizeIs(1));
+}
+
+TEST_F(FinderWindowTest, AWindowClosedUnderTheQuestionDeletesNothing) {
+    files.addFile("c:\\a.wav");
+    fillResults({"c:\\a.wav", "c:\\b.wav"});
+    select(0);
+    boxes.answers = {BoxAnswer::yes};
+    boxes.whileUp = [this](const test::ShownBox&) {
+        finder.cmdend.click();
+    };
+    finder.mnuDelete.click();
+    EXPECT_TRUE(files.fileExists("c:\\a.wav"));
+    EXPECT_FALSE(finder.visible());
+    EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
+}
+
+TEST_F(FinderWindowTest, DeletesWhatIsSelectedWhenTheQuestionIsAnswered) {
+    files.addFile("c:\\a.wav");
+    files.addFile("c:\\b.wav");
+    fillResults({"c:\\a.wav", "c:\\b.wav"});
+    select(0);
+    boxes.answers = {BoxAnswer::yes};
+    boxes.whileUp = [this](const test::ShownBox&) {
+        select(1);
+    };
+    finder.mnuDelete.click();
+    EXPECT_TRUE(files.fileExists("c:\\a.wav"));
+    EXPECT_FALSE(files.fileExists("c:\\b.wav"));
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\a.wav"));
+}
+
+/// A menu entry of the finder, chosen for its one result, while the window is closed in the n-th
+/// yield of that. Whether there was such a yield.
+bool closesInYield(int n, MenuItem FrmSearch::*entry, bool keepsFile) {
+    test::FinderWorld world;
+    const std::string path = "c:\\m\\a.mp3";
+    world.files.addFile(path, std::string(200, 'x'));
+    world.finder.lstfiles.addItem(path);
+    EXPECT_TRUE(world.finder.lstfiles.setListIndex(0).ok());
+    world.boxes.answers = {BoxAnswer::yes};
+    world.finder.show();
+    bool closed = false;
+    world.loop.atYield(n, [&] {
+        closed = true;
+        world.finder.unload();
+    });
+    (world.finder.*entry).click();
+    EXPECT_EQ(world.finder.visible(), !closed);
+    EXPECT_EQ(world.files.fileExists(path), keepsFile);
+    return closed;
+}
+
+TEST_F(FinderWindowTest, AWindowClosedWhileAFileIsWorkedOnHarmsNothing) {
+    int n = 1;
+    for (; closesInYield(n, &FrmSearch::mnuSeelectfile, true); ++n) {
+    }
+    EXPECT_GT(n, 1);
+    for (n = 1; closesInYield(n, &FrmSearch::mnuDelete, false); ++n) {
+    }
+    EXPECT_GT(n, 3);
 }
 
 // --- the window -----------------------------------------------------------------------------

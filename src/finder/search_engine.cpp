@@ -38,7 +38,17 @@ std::string secondsText(float seconds) {
 
 } // namespace
 
+SearchEngine::WindowLoad SearchEngine::presentLoad() {
+    finder_.touch();
+    return finder_.timesLoaded();
+}
+
+bool SearchEngine::isOpen(WindowLoad load) const {
+    return finder_.loaded() && finder_.timesLoaded() == load;
+}
+
 void SearchEngine::SearchFiles() {
+    const WindowLoad load = presentLoad();
     begin();
     const double startSeconds = loop_.secondsSinceMidnight();
     const std::string start = finder_.Dir1.path();
@@ -54,6 +64,9 @@ void SearchEngine::SearchFiles() {
         std::string folder = finder_.lstdirs.list(0);
         finder_.lbltime.setCaption("Searching . . . " + folder);
         findfilesapi(*walk, folder, allEntries);
+        if (!isOpen(load)) {
+            return;
+        }
         finder_.lstdirs.removeItem(0).passOver();
     } while (finder_.lstdirs.listCount() > 0);
     finish(startSeconds);
@@ -84,6 +97,7 @@ void SearchEngine::finish(double startSeconds) {
 
 void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
                                 const std::string& pattern) {
+    const WindowLoad load = presentLoad();
     path = folderPath(path);
     FindRecord entry;
     const FindHandle handle = walk.FindFirst(path + pattern, entry);
@@ -93,9 +107,7 @@ void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
         std::string ext;
         for (;;) {
             loop_.yield();
-            // The window may have been unloaded meanwhile: it comes back with empty lists.
-            finder_.touch();
-            if (!walk.FindNext(handle, entry)) {
+            if (!isOpen(load) || !walk.FindNext(handle, entry)) {
                 break;
             }
             if ((entry.attributes & file_attribute::directory) != 0) {
@@ -168,6 +180,7 @@ bool SearchEngine::isWanted() const {
 
 void SearchEngine::findfilesdir(DirectoryWalk& walk, std::string& path,
                                 const std::string& pattern) {
+    const WindowLoad load = presentLoad();
     path = folderPath(path);
     FindRecord entry;
     const FindHandle handle = walk.FindFirst(path + pattern, entry);
@@ -177,7 +190,9 @@ void SearchEngine::findfilesdir(DirectoryWalk& walk, std::string& path,
             continue;
         }
         loop_.yield();
-        finder_.touch();
+        if (!isOpen(load)) {
+            break;
+        }
         if ((entry.attributes & file_attribute::directory) != 0) {
             queueFolder(path, entry.name, Counting::yes);
         } else {

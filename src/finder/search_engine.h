@@ -18,12 +18,14 @@ class SearchEngine {
     SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
-    /// A whole search from Dir1's folder on, yielding before each directory entry. Whoever clears
-    /// lstdirs meanwhile stops it: the folder under scan is gone through to its end, and no other.
+    /// A whole search from Dir1's folder on, yielding before each directory entry. Clearing lstdirs
+    /// meanwhile stops it: the folder under scan is scanned to its end, and no other. Unloading the
+    /// window ends it at the yield in which that happens, and nothing of it reaches a window that
+    /// was loaded since.
     void SearchFiles();
 
-    /// Scans one folder. `path` comes back without blanks around it and with a backslash at its
-    /// end. `pattern` is always "*.*".
+    /// Scans one folder; ends early with the window that it began in. `path` comes back without
+    /// blanks around it and with a backslash at its end. `pattern` is always "*.*".
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
     /// A scan of the same shape that takes every file. Nothing calls it.
@@ -31,7 +33,12 @@ class SearchEngine {
 
   private:
     enum class Counting { no, yes };
+    /// One of the window's loads, by its number.
+    using WindowLoad = int;
 
+    [[nodiscard]] WindowLoad presentLoad();
+    /// Whether the window is still the one of that load.
+    [[nodiscard]] bool isOpen(WindowLoad load) const;
     void begin();
     void finish(double startSeconds);
     void queueFolder(const std::string& path, const std::string& name, Counting counting);

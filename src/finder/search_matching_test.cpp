@@ -62,6 +62,21 @@ TEST_F(SearchMatchingTest, KnowsNoWildcards) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
+TEST_F(SearchMatchingTest, TakesEveryTypeAsItIs) {
+    disk.addFile("c:\\music\\a.wav");
+    for (const std::string& type :
+         {std::string("*"), std::string("?"), std::string("a*b["), std::string("[!"),
+          std::string("\xff\xfe"), std::string(10'000, 'w')}) {
+        search("c:\\music", type);
+        EXPECT_EQ(finder.zFileExt.text(), "." + type);
+        EXPECT_THAT(found(), IsEmpty());
+        EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  0");
+    }
+    disk.addFile("c:\\music\\a.a*b[");
+    search("c:\\music", "A*B[");
+    EXPECT_THAT(found(), ElementsAre("c:\\music\\a.a*b["));
+}
+
 TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) {
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\b.");

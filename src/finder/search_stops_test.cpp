@@ -181,25 +181,61 @@ TEST_F(SearchStopsTest, TwoClicksAtDifferentYieldsStopAndStart) {
     }
 }
 
-TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAsAStopDoes) {
+TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchThere) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
         FrmSearch& finder = world->finder;
+        world->loop.atYield(
+            n, [&] { (n % 2 == 0 ? finder.cmdend.onClick : finder.mnuClose.onClick)(); });
+        world->search("c:\\m", ".wav");
+        EXPECT_FALSE(finder.loaded());
+        EXPECT_EQ(world->loop.yieldCount(), n);
+        // Nothing of the search is left open.
+        EXPECT_EQ(world->disk.closed.size(), world->disk.listed.size());
+        finder.show();
+        expectIdle(*world);
+        EXPECT_THAT(world->lines(finder.lstfiles), IsEmpty());
+        EXPECT_THAT(world->lines(finder.List1), IsEmpty());
+        EXPECT_EQ(finder.zFileExt.text(), ".wav");
+        EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
+        EXPECT_EQ(finder.Label1.caption(), "");
+        // Its counters begin anew as well.
+        world->search("c:\\m", ".wav");
+        EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
+    }
+}
+
+TEST_F(SearchStopsTest, AWindowOpenedAgainWithinTheSearchIsAnotherOne) {
+    for (int n = 1; n <= stepCount; ++n) {
+        SCOPED_TRACE(n);
+        const auto world = makeWorld();
+        world->disk.addFile("c:\\other\\o.mp3");
+        FrmSearch& finder = world->finder;
         world->loop.atYield(n, [&] {
             finder.cmdend.click();
-            EXPECT_FALSE(world->windows.frmsearch.loaded());
+            finder.show();
+            world->search("c:\\other", ".mp3");
         });
         world->search("c:\\m", ".wav");
+        // The search that began in the closed window has left the new one's result alone.
+        EXPECT_THAT(world->lines(finder.lstfiles), ElementsAre("c:\\other\\o.mp3"));
+        EXPECT_THAT(world->lines(finder.List1), ElementsAre("c:\\other\\"));
+        EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  1");
+        EXPECT_TRUE(finder.visible());
         expectIdle(*world);
-        const int folder = steps[static_cast<std::size_t>(n - 1)].folder;
-        EXPECT_THAT(world->disk.listed, SizeIs(static_cast<std::size_t>(folder) + 1));
-        // The search's next step has loaded it anew, unshown and with empty lists.
-        EXPECT_TRUE(world->windows.frmsearch.loaded());
-        EXPECT_FALSE(world->windows.frmsearch.visible());
-        EXPECT_EQ(finder.zFileExt.text(), ".wav");
-        EXPECT_LE(finder.lstfiles.listCount(), 2);
     }
+}
+
+TEST_F(SearchStopsTest, TheScanWithoutACallerEndsWithItsWindowToo) {
+    const auto world = makeWorld();
+    const auto walk = world->disk.startWalk();
+    world->loop.atYield(4, [&] { world->finder.cmdend.click(); });
+    std::string path = "c:\\m";
+    world->engine.findfilesdir(*walk, path, "*.*");
+    EXPECT_EQ(world->loop.yieldCount(), 4);
+    EXPECT_FALSE(world->finder.loaded());
+    EXPECT_THAT(world->disk.closed, SizeIs(1));
 }
 
 TEST_F(SearchStopsTest, RemovingResultsAtEveryYieldHarmsNothing) {

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The finder's window serves the user and the work tree's scan with the same boxes and lists: who
+// searches last decides what stands in them. Both orders, and each in the middle of the other.
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include "support/finder_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+/// A destination with two files, and a folder elsewhere that the user searches.
+struct SharedWorld : test::FinderWorld {
+    SharedWorld() {
+        disk.addFile("c:\\Music\\a.wav");
+        disk.addFile("c:\\Music\\b.mp3");
+        disk.addFile("c:\\Other\\o.wav");
+        disk.addFile("c:\\Other\\p.mp3");
+        disk.addFile("c:\\Other\\sub\\q.wav");
+        process.settings.decodePath = "c:\\Music";
+        process.settings.showFullPath = 1;
+        windows.frmsearch.unload();
+    }
+    void expectTreeOfDestination() const {
+        EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
+        EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
+    }
+    void expectIdle() const {
+        EXPECT_EQ(finder.Command1.caption(), "Search !");
+        EXPECT_TRUE(finder.Drive1.enabled());
+        EXPECT_TRUE(finder.zFileExt.enabled());
+        EXPECT_EQ(finder.lstdirs.listCount(), 0);
+    }
+};
+
+class SharedListsTest : public testing::Test, protected SharedWorld {};
+
+TEST_F(SharedListsTest, TheWindowOpensWithWhatTheScanHasLeft) {
+    tree.showfiles();
+    EXPECT_FALSE(finder.visible());
+    form.mnuSearch.onClick = [this] {
+        windows.frmsearch.show();
+    };
+    form.mnuSearch.click();
+    EXPECT_TRUE(finder.visible());
+    EXPECT_EQ(finder.timesLoaded(), 2); // with the one that the world began with
+    EXPECT_EQ(finder.Dir1.path(), "c:\\Music");
+    EXPECT_EQ(finder.zFileExt.text(), ".mp3");
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3"));
+    // And searches what the user wants.
+    search("c:\\Other", ".wav");
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\other\\o.wav", "c:\\other\\sub\\q.wav"));
+    expectTreeOfDestination();
+}
+
+TEST_F(SharedListsTest, AScanTakesThePlaceOfAnOpenWindowsResult) {
+    windows.frmsearch.show();
+    search("c:\\Other", ".wav");
+    tree.showfiles();
+    expectTreeOfDestination();
+    EXPECT_TRUE(finder.visible());
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3"));
+    expectIdle();
+}
+
+TEST_F(SharedListsTest, AHiddenListInTheWindowChangesNothingForTheScan) {
+    windows.frmsearch.show();
+    EXPECT_TRUE(finder.chkhidelist.setValue(1).ok());
+    tree.showfiles();
+    expectTreeOfDestination();
+    EXPECT_TRUE(finder.lstfiles.visible());
+}
+
+TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldOfTheScanDisturbsNothing) {
+    tree.showfiles();
+    const int yields = loop.yieldCount();
+    for (int n = 1; n <= yields; ++n) {
+        SCOPED_TRACE(n);
+        SharedWorld world;
+        world.loop.atYield(n, [&] { world.windows.frmsearch.show(); });
+        world.tree.showfiles();
+        world.expectTreeOfDestination();
+        EXPECT_TRUE(world.finder.visible());
+        EXPECT_EQ(world.finder.timesLoaded(), 2); // with the one that the world began with
+        world.expectIdle();
+    }
+}
+
+TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfTheScanEndsThatSearchAlone) {
+    tree.showfiles();
+    const int yields = loop.yieldCount();
+    for (int n = 1; n <= yields; ++n) {
+        SCOPED_TRACE(n);
+        SharedWorld world;
+        world.windows.frmsearch.show();
+        world.loop.atYield(n, [&] { world.finder.cmdend.click(); });
+        world.tree.showfiles();
+        // What the scan touches next is a window fresh and unshown, and empty.
+        EXPECT_FALSE(world.finder.visible());
+        world.expectIdle();
+        const bool inFirstSearch = n <= yields / 2;
+        EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
+        // The second search begins in the folder of a fresh window, unless it was the one closed.
+        EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
+    }
+}
+
+TEST_F(SharedListsTest, TheStopButtonWithinAScanLeavesWhatWasFound) {
+    windows.frmsearch.show();
+    // Before the second of the two files.
+    disk.addFile("c:\\Music\\sub\\c.wav");
+    loop.atYield(3, [this] { finder.Command1.click(); });
+    tree.showfiles();
+    EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
+    EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
+    expectIdle();
+}
+
+/// The scan presses the one button, which stops the search that it finds running. Its first list is
+/// then what that search had found; its second is a search of its own.
+TEST_F(SharedListsTest, AScanWithinASearchStopsItAndTakesItsResult) {
+    windows.frmsearch.show();
+    // After o.wav, before p.mp3.
+    loop.atYield(3, [this] {
+        tree.showfiles();
+        EXPECT_THAT(lines(form.List1), ElementsAre("c:\\other\\o.wav"));
+        EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
+    });
+    search("c:\\Other", ".wav");
+    // The type box is the scan's by now: p.mp3 is found, and sub is scanned no more.
+    EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3", "c:\\other\\p.mp3"));
+    expectIdle();
+}
+
+TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchComesToItsEndAndSoDoesTheSearch) {
+    windows.frmsearch.show();
+    search("c:\\Other", ".wav");
+    const int yields = loop.yieldCount();
+    for (int n = 1; n <= yields; ++n) {
+        SCOPED_TRACE(n);
+        SharedWorld world;
+        world.windows.frmsearch.show();
+        world.loop.atYield(n, [&] { world.tree.showfiles(); });
+        world.search("c:\\Other", ".wav");
+        world.expectIdle();
+        EXPECT_THAT(world.lines(world.form.List2), Not(IsEmpty()));
+    }
+}
+
+} // namespace
+} // namespace sonarith
