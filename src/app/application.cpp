@@ -14,6 +14,7 @@ Application::Application(const Platform& platform)
       player_(platform_, process_, windows_),
       preferences_(platform_, process_, windows_, extraction_.monitor),
       clip_(platform_, windows_.Form1),
+      controlPanel_(platform_, windows_),
       mainWindow_(platform_, process_, windows_, extraction_.inspection, workTree_.tree) {}
 
 void Application::start() {

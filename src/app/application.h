@@ -6,6 +6,7 @@
 #include "app/activity_clip.h"
 #include "app/main_window.h"
 #include "conversion/conversion.h"
+#include "desktop/control_panel.h"
 #include "extraction/extraction.h"
 #include "finder/finder.h"
 #include "finder/finder_scanner.h"
@@ -47,6 +48,7 @@ class Application {
     Player player_;
     Preferences preferences_;
     ActivityClip clip_;
+    ControlPanel controlPanel_;
     MainWindow mainWindow_;
 };
 

@@ -223,6 +223,11 @@ TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgramForGood) {
          [](DecodingBench& bench) {
              bench.form.Command5.click();
          }},
+        {"Shutdown from the tray",
+         [](DecodingBench& bench) {
+             bench.form.mnuMinimize.click();
+             bench.windows.frmpopup.mnuEnd.click();
+         }},
     };
     for (const Ending& end : ends) {
         bool reached = true;

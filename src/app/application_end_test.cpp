@@ -45,6 +45,20 @@ std::vector<EndKind> endKinds() {
              bench.loop.atYield(1, [&bench] { bench.form.Command5.click(); });
              bench.form.unload();
          }},
+        {"Shutdown",
+         [](ApplicationBench& bench) {
+             bench.windows.frmpopup.mnuEnd.click();
+         }},
+        {"Shutdown from the tray",
+         [](ApplicationBench& bench) {
+             bench.form.mnuMinimize.click();
+             bench.windows.frmpopup.mnuEnd.click();
+         }},
+        {"Shutdown while closing",
+         [](ApplicationBench& bench) {
+             bench.loop.atYield(1, [&bench] { bench.windows.frmpopup.mnuEnd.click(); });
+             bench.form.unload();
+         }},
         {"close while stopping",
          [](ApplicationBench& bench) {
              bench.loop.atYield(1, [&bench] { bench.form.unload(); });

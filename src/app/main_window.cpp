@@ -3,6 +3,7 @@
 
 #include "app/bars.h"
 #include "app/resize_layout.h"
+#include "desktop/control_panel.h"
 #include "desktop/shape_from_picture.h"
 #include "settings/app_settings.h"
 
@@ -219,8 +220,8 @@ void MainWindow::mnuStart_Click() {
 }
 
 void MainWindow::mnuMinimize_Click() {
-    // Until there is a tray icon to come back from, the window shrinks instead of hiding.
-    form_.minimizeRequested.emit();
+    windows_.frmpopup.load();
+    minimizeToTray(form_, platform_.tray);
 }
 
 void MainWindow::C1212_Click() {

@@ -174,14 +174,6 @@ TEST(Moving, GraspsTheCaptionFromTheBareFormAndFromTheHandGrip) {
     EXPECT_EQ(grasped, 2);
 }
 
-TEST(Minimize, ShrinksTheWindow) {
-    ApplicationBench bench({1000, 1000});
-    int minimized = 0;
-    const Connection connection = bench.form.minimizeRequested.connect([&] { ++minimized; });
-    bench.form.mnuMinimize.click();
-    EXPECT_EQ(minimized, 1);
-}
-
 TEST(ShapeFromPicture, IsAnOperationOfTheMainWindowThatNothingCalls) {
     test::FakeMachine machine;
     ProcessState process;

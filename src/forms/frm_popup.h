@@ -3,6 +3,8 @@
 // What it does is the business of the folder desktop/.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
 #include "platform/controls/timer.h"
@@ -14,6 +16,8 @@ class FrmPopup : public Form {
   public:
     /// The loop outlives this.
     explicit FrmPopup(EventLoop& loop);
+
+    std::uint32_t Icon = 1; ///< the number of the form's icon, which is the program's
 
     Timer Timer1; ///< the icon's tip follows the main window's title
     Timer Timer2; ///< so does this form's title

@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/control_panel.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "support/fake_machine.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ControlPanelTest : public testing::Test, protected test::FakeMachine {
+  protected:
+    ControlPanelTest() {
+        form.show();
+        minimized_ = form.minimizeRequested.connect(
+            [this] { events.push_back(form.visible() ? "shrink" : "shrink while hidden"); });
+    }
+    /// What the main window's entry does.
+    void goToTray() {
+        popup.load();
+        minimizeToTray(form, tray);
+    }
+    /// Writes down when a window is unloaded.
+    void logUnloads() {
+        for (Form* window : std::initializer_list<Form*>{&windows.Form6, &windows.Form4, &form}) {
+            window->load();
+            window->onUnload = [this, window] {
+                events.push_back(window->name());
+            };
+        }
+    }
+    std::vector<std::string> tips() const {
+        std::vector<std::string> shown;
+        for (const auto& [identifier, tip] : tray.icons) {
+            shown.push_back(tip);
+        }
+        return shown;
+    }
+
+    ProcessState process;
+    Windows windows{platform, process};
+    Form1& form = windows.Form1;
+    FrmPopup& popup = windows.frmpopup;
+    ControlPanel panel{platform, windows};
+    std::vector<std::string> events;
+
+  private:
+    Connection minimized_;
+};
+
+// --- load and unload ------------------------------------------------------------------------
+
+TEST_F(ControlPanelTest, ItsFormHasItsOwnTitleAndTwoTimersThatRunFromTheLoad) {
+    EXPECT_EQ(popup.caption(), "Sonarith V2.0");
+    EXPECT_FALSE(popup.Timer1.enabled());
+    popup.load();
+    EXPECT_EQ(popup.Timer1.interval(), 1000ms);
+    EXPECT_EQ(popup.Timer2.interval(), 1000ms);
+    EXPECT_TRUE(popup.Timer1.enabled());
+    EXPECT_TRUE(popup.Timer2.enabled());
+}
+
+TEST_F(ControlPanelTest, TheLoadAddsOneIconAndShowsNoWindow) {
+    popup.show();
+    EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
+    popup.hide();
+    popup.load();
+    popup.touch();
+    EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
+}
+
+TEST_F(ControlPanelTest, TheLoadHidesTheForm) {
+    popup.setVisible(true);
+    panel.Form_Load();
+    EXPECT_FALSE(popup.visible());
+}
+
+TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondFails) {
+    popup.load();
+    tray.log.clear();
+    popup.unload();
+    EXPECT_THAT(tray.log, ElementsAre("remove", "remove failed"));
+    EXPECT_THAT(tips(), IsEmpty());
+    EXPECT_FALSE(popup.Timer1.enabled());
+    EXPECT_FALSE(popup.Timer2.enabled());
+    loop.advance(5s);
+    EXPECT_THAT(tray.log, ElementsAre("remove", "remove failed"));
+}
+
+TEST_F(ControlPanelTest, TheUnloadOfAFormThatIsNotLoadedIsNone) {
+    popup.unload();
+    EXPECT_THAT(tray.log, IsEmpty());
+}
+
+TEST_F(ControlPanelTest, EachLoadAddsAnIconAnew) {
+    for (int i = 0; i < 3; ++i) {
+        popup.load();
+        EXPECT_THAT(tips(), ElementsAre("Sonarith"));
+        popup.unload();
+        EXPECT_THAT(tips(), IsEmpty());
+    }
+}
+
+// --- tip and title --------------------------------------------------------------------------
+
+TEST_F(ControlPanelTest, TheTipFollowsTheMainWindowsTitleOnceASecond) {
+    popup.load();
+    form.setCaption("Extracting Track 1");
+    loop.advance(999ms);
+    EXPECT_THAT(tips(), ElementsAre("Sonarith"));
+    loop.advance(1ms);
+    EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
+    form.setCaption("Extracting Track 2");
+    loop.advance(999ms);
+    EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
+    loop.advance(1ms);
+    EXPECT_THAT(tips(), ElementsAre("Extracting Track 2"));
+}
+
+TEST_F(ControlPanelTest, ALongTitleIsCutInTheTipAlone) {
+    popup.load();
+    form.setCaption(std::string(80, 'x'));
+    loop.advance(1s);
+    EXPECT_THAT(tips(), ElementsAre(std::string(63, 'x')));
+    EXPECT_EQ(popup.caption(), std::string(80, 'x'));
+}
+
+TEST_F(ControlPanelTest, TheFormsTitleFollowsOnceASecondToo) {
+    popup.load();
+    EXPECT_EQ(popup.caption(), "Sonarith V2.0");
+    form.setCaption("Decoding a.mp3");
+    loop.advance(1s);
+    EXPECT_EQ(popup.caption(), "Decoding a.mp3");
+}
+
+TEST_F(ControlPanelTest, EachTimerYieldsAfterItsStep) {
+    popup.load();
+    form.setCaption("new");
+    loop.atYield(1, [this] {
+        EXPECT_THAT(tips(), ElementsAre("new"));
+        EXPECT_EQ(popup.caption(), "Sonarith V2.0");
+    });
+    popup.Timer1.fire();
+    EXPECT_EQ(loop.yieldCount(), 1);
+    loop.atYield(1, [this] { EXPECT_EQ(popup.caption(), "new"); });
+    popup.Timer2.fire();
+    EXPECT_EQ(loop.yieldCount(), 2);
+}
+
+TEST_F(ControlPanelTest, TheFormMayBeUnloadedInItsTimersYields) {
+    for (int n = 1; n <= 2; ++n) {
+        popup.load();
+        loop.atYield(n, [this] { popup.unload(); });
+        loop.advance(3s);
+        EXPECT_FALSE(popup.loaded());
+        EXPECT_THAT(tips(), IsEmpty());
+    }
+}
+
+TEST_F(ControlPanelTest, TheTipIsRefreshedDuringLongWorkThatYields) {
+    popup.load();
+    form.setCaption("working");
+    loop.waitFor(1500ms);
+    EXPECT_THAT(tips(), ElementsAre("working"));
+}
+
+// --- the menu -------------------------------------------------------------------------------
+
+TEST_F(ControlPanelTest, TheMenuHasFourEntriesInThisOrder) {
+    ASSERT_EQ(tray.menu, &popup.Popup);
+    std::vector<std::string> entries;
+    for (const MenuItem* entry : popup.Popup.entries()) {
+        entries.push_back(entry->name() + ": " + entry->caption());
+    }
+    EXPECT_THAT(entries,
+                ElementsAre("mnuStopencoding: Stop Conversion", "Exit: Restore Control panel",
+                            "mnuspace1: -", "mnuEnd: Shutdown program"));
+    EXPECT_TRUE(popup.mnuspace1.isLine());
+}
+
+TEST_F(ControlPanelTest, OpeningTheMenuBringsTheFormsTitleUpToDate) {
+    popup.load();
+    form.setCaption("Extracting Track 3");
+    run(tray.menu->onOpen);
+    EXPECT_EQ(popup.caption(), "Extracting Track 3");
+}
+
+TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndLeavesTheTrayInThisOrder) {
+    goToTray();
+    EXPECT_FALSE(form.visible());
+    form.Command2.onClick = [this] {
+        EXPECT_TRUE(form.visible());
+        EXPECT_TRUE(popup.loaded());
+        events.emplace_back("cancel");
+    };
+    popup.mnuStopencoding.click();
+    EXPECT_THAT(events, ElementsAre("cancel"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_FALSE(popup.loaded());
+}
+
+TEST_F(ControlPanelTest, RestoreShowsTheWindowAndLeavesTheTray) {
+    goToTray();
+    int shown = 0;
+    const Connection watch = form.showRequested.connect([&] {
+        ++shown;
+        EXPECT_TRUE(popup.loaded());
+    });
+    form.Command2.onClick = [] {
+        ADD_FAILURE() << "nothing is cancelled";
+    };
+    popup.Exit.click();
+    EXPECT_EQ(shown, 1);
+    EXPECT_TRUE(form.visible());
+    EXPECT_FALSE(popup.loaded());
+    EXPECT_THAT(tips(), IsEmpty());
+}
+
+TEST_F(ControlPanelTest, RestoreBringsAWindowBackThatIsShrunk) {
+    tray.setHost(false);
+    goToTray();
+    int shown = 0;
+    const Connection watch = form.showRequested.connect([&] { ++shown; });
+    popup.Exit.click();
+    EXPECT_EQ(shown, 1);
+    EXPECT_FALSE(popup.loaded());
+}
+
+TEST_F(ControlPanelTest, ShutdownUnloadsFourWindowsInThisOrderAndEndsTheProgram) {
+    goToTray();
+    logUnloads();
+    popup.onUnload = [this] {
+        events.emplace_back("frmpopup");
+    };
+    EXPECT_THROW(popup.mnuEnd.click(), test::ProgramEnded);
+    EXPECT_THAT(events, ElementsAre("Form6", "Form4", "Form1", "frmpopup"));
+    EXPECT_TRUE(loop.ended());
+}
+
+TEST_F(ControlPanelTest, ShutdownPassesOverWindowsThatAreNotLoaded) {
+    form.unload();
+    popup.load();
+    EXPECT_THROW(popup.mnuEnd.click(), test::ProgramEnded);
+    EXPECT_THAT(tips(), IsEmpty());
+    EXPECT_FALSE(windows.Form6.loaded());
+    EXPECT_FALSE(windows.Form4.loaded());
+}
+
+// --- panels that come and go ----------------------------------------------------------------
+
+TEST_F(ControlPanelTest, WithAPanelTheWindowHides) {
+    goToTray();
+    EXPECT_FALSE(form.visible());
+    EXPECT_THAT(events, IsEmpty());
+}
+
+TEST_F(ControlPanelTest, WithoutAPanelTheWindowShrinksAndAllElseIsTheSame) {
+    tray.setHost(false);
+    goToTray();
+    EXPECT_THAT(events, ElementsAre("shrink"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_TRUE(popup.loaded());
+    EXPECT_TRUE(popup.Timer1.enabled());
+    EXPECT_TRUE(popup.Timer2.enabled());
+    form.setCaption("Extracting Track 1");
+    loop.advance(1s);
+    EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
+}
+
+TEST_F(ControlPanelTest, APanelThatComesLaterLeavesTheShrunkWindowWhereItIs) {
+    tray.setHost(false);
+    goToTray();
+    events.clear();
+    tray.setHost(true);
+    EXPECT_TRUE(form.visible());
+    EXPECT_THAT(events, IsEmpty());
+    // Asked again, it hides.
+    goToTray();
+    EXPECT_FALSE(form.visible());
+}
+
+TEST_F(ControlPanelTest, APanelThatGoesBringsTheHiddenWindowBackAsAnEntry) {
+    goToTray();
+    int shown = 0;
+    const Connection watch = form.showRequested.connect([&] { ++shown; });
+    tray.setHost(false);
+    EXPECT_THAT(events, ElementsAre("shrink while hidden"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_EQ(shown, 0); // which would bring it back in full
+    EXPECT_TRUE(popup.loaded());
+    EXPECT_TRUE(popup.Timer1.enabled());
+    tray.setHost(true);
+    EXPECT_TRUE(form.visible());
+    tray.setHost(false);
+    EXPECT_THAT(events, ElementsAre("shrink while hidden"));
+}
+
+TEST_F(ControlPanelTest, APanelThatGoesLeavesAWindowInSightAlone) {
+    popup.load(); // as the preferences do, which leave the main window alone
+    tray.setHost(false);
+    tray.setHost(true);
+    EXPECT_TRUE(form.visible());
+    EXPECT_THAT(events, IsEmpty());
+}
+
+TEST_F(ControlPanelTest, OutsideTheTrayPanelsMeanNothing) {
+    form.hide();
+    tray.setHost(false);
+    EXPECT_FALSE(form.visible());
+    EXPECT_THAT(events, IsEmpty());
+    EXPECT_THAT(tray.log, IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith
