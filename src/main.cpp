@@ -20,9 +20,11 @@
 #include "platform/qt/qt_message_boxes.h"
 #include "platform/qt/qt_mouse_pointer.h"
 #include "platform/qt/qt_shell.h"
+#include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_waiting.h"
 #include "ui/devices_window.h"
 #include "ui/finder_layout.h"
+#include "ui/icons.h"
 #include "ui/lazy_window.h"
 #include "ui/main_window_view.h"
 #include "ui/notice_center.h"
@@ -49,6 +51,7 @@ int runProgram() {
     QtMessageBoxes boxes(applicationTitle);
     QtMousePointer pointer;
     QtShell shell(applicationTitle, toMachine, notices);
+    QtTray tray([] { return makeIcon(Symbol::program); });
     QtFileDialog fileDialog(toMachine,
                             [&](const std::string& path) { return machine.toLogic(path); });
 
@@ -65,7 +68,7 @@ int runProgram() {
                                      .fileDialog = fileDialog,
                                      .mixer = machine.mixer(),
                                      .waveInput = machine.waveInput(),
-                                     .tray = machine.tray(),
+                                     .tray = tray,
                                      .system = machine.system()});
     process = &application.process();
     Windows& windows = application.windows();
@@ -117,6 +120,7 @@ int runProgram() {
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
     // The window stands.
+    tray.watchHosts();
     loadDeviceLibraries();
     loop.run();
     return 0;

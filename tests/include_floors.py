@@ -39,7 +39,7 @@ LIBRARIES = {
     "platform/linux": r"(sys|linux)/.*|(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
     # Loaded when they are first called: whoever included their headers would be linked to them.
     "platform/linux/late": r"(cdio|alsa)/.*|(sndfile|samplerate|mpg123|dlfcn)\.h",
-    "platform/qt": r"Q\w+|fontconfig/.*|unistd\.h|fcntl\.h|sys/.*",
+    "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
     "main": r"Q\w+|unistd\.h",
 }

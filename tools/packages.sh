@@ -5,7 +5,7 @@
 build_packages=(
   cmake ninja-build g++ pkg-config python3
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
-  libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev
+  libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev libxcb1-dev
 )
 # For a machine without a display: a virtual one, and what plays a person in front of it.
 demo_packages=(
@@ -14,7 +14,7 @@ demo_packages=(
 )
 test_packages=(
   libgtest-dev libgmock-dev ccache clang clang-format clang-tidy
-  libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123
+  libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123 trayer
 )
 
 # install_missing PACKAGE... : installs those that are not there, saying so; quiet if none is missing.

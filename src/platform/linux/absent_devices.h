@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/mixer.h"
-#include "platform/tray.h"
 #include "platform/wave_input.h"
 
 namespace sonarith {
@@ -38,15 +37,6 @@ class AbsentWaveInput final : public WaveInput {
     [[nodiscard]] std::string errorText(WaveResult) const override {
         return "There is no sound input.";
     }
-};
-
-class AbsentTray final : public Tray {
-  public:
-    bool add(const TrayIcon&) override { return false; }
-    bool modify(const TrayIcon&) override { return false; }
-    bool remove(std::uint32_t) override { return false; }
-    void setMenu(MenuItem&) override {}
-    [[nodiscard]] bool hostPresent() const override { return false; }
 };
 
 } // namespace sonarith

@@ -66,7 +66,6 @@ class Machine {
     Mp3Controls& mp3Controls() { return mp3Controls_; }
     Mixer& mixer() { return mixer_; }
     WaveInput& waveInput() { return waveInput_; }
-    Tray& tray() { return tray_; }
     SystemInformation& system() { return system_; }
     DeviceChoice& devices() { return devices_; }
 
@@ -90,7 +89,6 @@ class Machine {
     mp3::Mpg123Controls mp3Controls_;
     AbsentMixer mixer_;
     AbsentWaveInput waveInput_;
-    AbsentTray tray_;
     // Letters and their mounts, as the kernel lists them: no disk is asked.
     MountInfo mounts_;
     DriveTable drives_;

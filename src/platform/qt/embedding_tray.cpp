@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/embedding_tray.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <QGuiApplication>
+#include <xcb/xcb.h>
+
+namespace sonarith {
+namespace {
+
+struct Free {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, Free>;
+
+/// The screen that DISPLAY names; Qt uses no other.
+int screenNumber() {
+    char* host = nullptr;
+    int display = 0;
+    int screen = 0;
+    const bool known = xcb_parse_display(nullptr, &host, &display, &screen) != 0;
+    std::free(host);
+    return known ? screen : 0;
+}
+
+xcb_atom_t traySelection(xcb_connection_t* connection) {
+    const std::string name = "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber());
+    const auto request =
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+    const ReplyPointer<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, request, nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+} // namespace
+
+bool embeddingTrayPresent() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11 || !x11->connection()) {
+        return false;
+    }
+    static const xcb_atom_t selection = traySelection(x11->connection());
+    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        x11->connection(), xcb_get_selection_owner(x11->connection(), selection), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+} // namespace sonarith

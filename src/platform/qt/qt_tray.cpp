@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_tray.h"
+
+#include <utility>
+
+#include <QCursor>
+
+#include "platform/qt/sized_icon.h"
+#include "platform/qt/text.h"
+
+namespace sonarith {
+
+QtTray::QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts)
+    : icon_(std::move(icon)),
+      hosts_(std::move(hosts)),
+      hostsChanged_(hosts_.changed.connect([this] { followHosts(); })) {}
+
+// The icons before the menu that they show.
+QtTray::~QtTray() {
+    entries_.clear();
+}
+
+bool QtTray::add(const TrayIcon& icon) {
+    const auto [place, isNew] = entries_.try_emplace(icon.identifier);
+    if (!isNew) {
+        return false;
+    }
+    place->second.tip = toQString(icon.tip);
+    hosts_.watchBus();
+    followHosts();
+    return true;
+}
+
+bool QtTray::modify(const TrayIcon& icon) {
+    const auto found = entries_.find(icon.identifier);
+    if (found == entries_.end()) {
+        return false;
+    }
+    Entry& entry = found->second;
+    QString tip = toQString(icon.tip);
+    if (entry.tip != tip) {
+        entry.tip = std::move(tip);
+        if (entry.shown) {
+            entry.shown->setToolTip(entry.tip);
+        }
+    }
+    return true;
+}
+
+bool QtTray::remove(std::uint32_t identifier) {
+    const bool removed = entries_.erase(identifier) == 1;
+    hosts_.pollEmbedding(!entries_.empty() && way_ != Way::statusNotifier);
+    return removed;
+}
+
+void QtTray::setMenu(MenuItem& menu) {
+    const auto former = std::exchange(menu_, std::make_unique<TrayMenu>(menu));
+    drawnHere_ = std::make_unique<TrayMenu>(menu);
+    for (auto& [identifier, entry] : entries_) {
+        if (entry.shown) {
+            entry.shown->setContextMenu(menu_.get());
+        }
+    }
+}
+
+bool QtTray::hostPresent() const {
+    const bool bus = way_ != Way::embedding && hosts_.statusNotifier();
+    return bus || (way_ != Way::statusNotifier && hosts_.embedding());
+}
+
+void QtTray::followHosts() {
+    const bool present = hostPresent();
+    if (present) {
+        showWaitingIcons();
+    }
+    hosts_.pollEmbedding(!entries_.empty() && way_ != Way::statusNotifier);
+    if (std::exchange(presentBefore_, present) != present) {
+        hostChanged.emit();
+    }
+}
+
+void QtTray::showWaitingIcons() {
+    for (auto& [identifier, entry] : entries_) {
+        if (!entry.shown) {
+            show(entry);
+        }
+    }
+}
+
+void QtTray::show(Entry& entry) {
+    if (!way_) {
+        way_ = hosts_.statusNotifier() ? Way::statusNotifier : Way::embedding;
+    }
+    entry.shown = std::make_unique<QSystemTrayIcon>(withPanelSizes(icon_()), this);
+    QSystemTrayIcon& shown = *entry.shown;
+    shown.setToolTip(entry.tip);
+    shown.setContextMenu(menu_.get());
+    connect(&shown, &QSystemTrayIcon::activated, this, [this](auto reason) {
+        if (reason == QSystemTrayIcon::Context) {
+            openMenuHere();
+        }
+    });
+    // A panel that comes back later gets it again from Qt.
+    shown.show();
+}
+
+/// Some panels on the bus leave the menu to the program, and ask for it so.
+void QtTray::openMenuHere() {
+    if (way_ == Way::statusNotifier && drawnHere_) {
+        drawnHere_->popup(QCursor::pos());
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,339 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/qt_tray.h"
+
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "platform/controls/form.h"
+#include "platform/qt/sized_icon.h"
+#include "support/private_bus.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int trayPatienceMilliseconds = 30'000;
+
+/// A form with a menu like the program's.
+struct MenuForm : Form {
+    MenuForm() : Form("frmpopup") {}
+    MenuItem stop{*this, "stop", "Stop & go"};
+    MenuItem restore{*this, "restore", "Restore"};
+    MenuItem line{*this, "line", "-"};
+    MenuItem end{*this, "end", "End"};
+    MenuItem menu{*this, "menu", "Popup", {&stop, &restore, &line, &end}};
+};
+
+QIcon redIcon() {
+    QPixmap red(64, 64);
+    red.fill(Qt::red);
+    return QIcon(red);
+}
+
+class QtTrayTest : public testing::Test {
+  protected:
+    QtTrayTest() {
+        tray.setMenu(form.menu);
+        hosts_ = tray.hostChanged.connect([this] { hosts.push_back(tray.hostPresent()); });
+    }
+    [[nodiscard]] QSystemTrayIcon* shown() const { return tray.findChild<QSystemTrayIcon*>(); }
+    [[nodiscard]] QAction* action(const char* name) const {
+        return shown()->contextMenu()->findChild<QAction*>(QString::fromLatin1(name));
+    }
+    bool hostBecomes(bool present) {
+        return QTest::qWaitFor([&] { return tray.hostPresent() == present; },
+                               trayPatienceMilliseconds);
+    }
+
+    test::PrivateBus bus;
+    bool embedding = false;
+    MenuForm form;
+    int iconsDrawn = 0;
+    QtTray tray{[this] {
+                    ++iconsDrawn;
+                    return redIcon();
+                },
+                {[this] { return bus.connect(); },
+                 [this] {
+                     return embedding;
+                 }}};
+    std::vector<bool> hosts;
+
+  private:
+    Connection hosts_;
+};
+
+// --- icons ----------------------------------------------------------------------------------
+
+TEST_F(QtTrayTest, AnIconIsAddedOnceModifiedAndRemovedOnce) {
+    embedding = true;
+    EXPECT_FALSE(tray.modify({1, &form, "x"}));
+    EXPECT_FALSE(tray.remove(1));
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_FALSE(tray.add({1, &form, "two"}));
+    ASSERT_TRUE(shown());
+    EXPECT_TRUE(shown()->isVisible());
+    EXPECT_EQ(shown()->toolTip(), "one");
+    EXPECT_TRUE(tray.modify({1, &form, "three"}));
+    EXPECT_EQ(shown()->toolTip(), "three");
+    EXPECT_TRUE(tray.remove(1));
+    EXPECT_FALSE(tray.remove(1));
+    EXPECT_FALSE(shown());
+}
+
+TEST_F(QtTrayTest, EachIdentifierHasAnIconOfItsOwn) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_TRUE(tray.add({2, &form, "two"}));
+    EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 2);
+    EXPECT_TRUE(tray.remove(1));
+    ASSERT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
+    EXPECT_EQ(shown()->toolTip(), "two");
+}
+
+TEST_F(QtTrayTest, AnUnchangedTipIsNotSentAgain) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    shown()->setToolTip("as the panel has it");
+    EXPECT_TRUE(tray.modify({1, &form, "one"}));
+    EXPECT_EQ(shown()->toolTip(), "as the panel has it");
+    EXPECT_TRUE(tray.modify({1, &form, "two"}));
+    EXPECT_EQ(shown()->toolTip(), "two");
+}
+
+TEST_F(QtTrayTest, AnIconWaitsForAPanelAndIsShownWithItsLatestTip) {
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_TRUE(tray.modify({1, &form, "two"}));
+    QTest::qWait(100);
+    EXPECT_FALSE(shown());
+    EXPECT_EQ(iconsDrawn, 0);
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    ASSERT_TRUE(hostBecomes(true));
+    ASSERT_TRUE(shown());
+    EXPECT_EQ(shown()->toolTip(), "two");
+    EXPECT_EQ(shown()->contextMenu()->objectName(), "menu");
+    EXPECT_EQ(iconsDrawn, 1);
+}
+
+TEST_F(QtTrayTest, AnIconRemovedBeforeAnyPanelCameIsNeverShown) {
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_TRUE(tray.remove(1));
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_FALSE(shown());
+}
+
+TEST_F(QtTrayTest, AnIconAddedAgainIsShownAgain) {
+    embedding = true;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(tray.add({1, &form, "one"}));
+        ASSERT_TRUE(shown());
+        EXPECT_TRUE(shown()->isVisible());
+        EXPECT_EQ(shown()->contextMenu()->objectName(), "menu");
+        EXPECT_TRUE(tray.remove(1));
+    }
+}
+
+// --- the menu -------------------------------------------------------------------------------
+
+TEST_F(QtTrayTest, TheMenuHasTheModelsEntriesInTheirOrder) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    std::vector<std::string> texts;
+    for (const QAction* entry : shown()->contextMenu()->actions()) {
+        texts.push_back(entry->isSeparator() ? "-" : entry->text().toStdString());
+    }
+    EXPECT_THAT(texts, ElementsAre("Stop && go", "Restore", "-", "End"));
+}
+
+TEST_F(QtTrayTest, AnEntryClicksItsModelInTheEventLoop) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    std::vector<std::string> clicks;
+    form.restore.onClick = [&] {
+        clicks.emplace_back("restore");
+        EXPECT_TRUE(tray.remove(1));
+    };
+    form.end.onClick = [&] {
+        clicks.emplace_back("end");
+    };
+    action("restore")->trigger();
+    EXPECT_THAT(clicks, IsEmpty());
+    action("end")->trigger();
+    QApplication::processEvents();
+    EXPECT_THAT(clicks, ElementsAre("restore", "end"));
+    EXPECT_FALSE(shown());
+}
+
+TEST_F(QtTrayTest, TheModelsStateShowsInTheMenu) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    form.stop.setEnabled(false);
+    form.end.setVisible(false);
+    EXPECT_FALSE(action("stop")->isEnabled());
+    EXPECT_FALSE(action("end")->isVisible());
+    form.stop.setEnabled(true);
+    EXPECT_TRUE(action("stop")->isEnabled());
+}
+
+TEST_F(QtTrayTest, TheModelHearsOfTheMenuBeforeItOpens) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    int opened = 0;
+    form.menu.onOpen = [&] {
+        ++opened;
+        EXPECT_FALSE(shown()->contextMenu()->isVisible());
+    };
+    shown()->contextMenu()->popup(QPoint()); // as Qt does
+    EXPECT_EQ(opened, 1);
+    // Which it then tells of, too.
+    Q_EMIT shown()->activated(QSystemTrayIcon::Context);
+    EXPECT_EQ(opened, 1);
+    shown()->contextMenu()->close();
+}
+
+TEST_F(QtTrayTest, APanelOnTheBusThatDrawsNoMenuHasItDrawn) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(true));
+    int opened = 0;
+    form.menu.onOpen = [&] {
+        ++opened;
+    };
+    bool restored = false;
+    form.restore.onClick = [&] {
+        restored = true;
+    };
+    Q_EMIT shown()->activated(QSystemTrayIcon::Context);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(menu);
+    EXPECT_NE(menu, shown()->contextMenu());
+    EXPECT_EQ(opened, 1);
+    menu->findChild<QAction*>("restore")->trigger();
+    QApplication::processEvents();
+    EXPECT_TRUE(restored);
+    menu->close();
+}
+
+TEST_F(QtTrayTest, OtherClicksDoNothing) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    bool clicked = false;
+    for (MenuItem* entry : form.menu.entries()) {
+        entry->onClick = [&] {
+            clicked = true;
+        };
+    }
+    for (const auto reason : {QSystemTrayIcon::Trigger, QSystemTrayIcon::DoubleClick,
+                              QSystemTrayIcon::MiddleClick, QSystemTrayIcon::Unknown}) {
+        Q_EMIT shown()->activated(reason);
+        QApplication::processEvents();
+        EXPECT_FALSE(clicked);
+        EXPECT_FALSE(QApplication::activePopupWidget());
+        EXPECT_TRUE(shown()->isVisible());
+    }
+}
+
+// --- panels ---------------------------------------------------------------------------------
+
+TEST_F(QtTrayTest, ThePanelsOnTheBusAreKnownBeforeAnyIcon) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    EXPECT_FALSE(tray.hostPresent());
+    tray.watchHosts();
+    EXPECT_TRUE(hostBecomes(true));
+    EXPECT_THAT(hosts, ElementsAre(true));
+    EXPECT_FALSE(shown());
+}
+
+TEST_F(QtTrayTest, ThePanelsThatComeAndGoAreNotified) {
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_THAT(hosts, IsEmpty());
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    ASSERT_TRUE(hostBecomes(true));
+    watcher.leave();
+    ASSERT_TRUE(hostBecomes(false));
+    ASSERT_TRUE(shown()); // waits for the next one
+    watcher.comeBack();
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_THAT(hosts, ElementsAre(true, false, true));
+    EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
+}
+
+TEST_F(QtTrayTest, AnIconOnTheBusIsReachedByNoOtherPanel) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(true));
+    embedding = true;
+    watcher.leave();
+    EXPECT_TRUE(hostBecomes(false));
+}
+
+TEST_F(QtTrayTest, AnEmbeddedIconIsReachedByNoOtherPanel) {
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    EXPECT_THAT(hosts, ElementsAre(true));
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    QTest::qWait(300);
+    embedding = false;
+    EXPECT_FALSE(tray.hostPresent());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hosts.size() == 2; }, trayPatienceMilliseconds));
+    EXPECT_THAT(hosts, ElementsAre(true, false));
+}
+
+TEST_F(QtTrayTest, WhereBothKindsAreTheOneOnTheBusIsTaken) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    embedding = true;
+    tray.watchHosts();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watcher.questions() > 0; }, trayPatienceMilliseconds));
+    QTest::qWait(100);
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    embedding = false;
+    EXPECT_TRUE(tray.hostPresent());
+    watcher.leave();
+    EXPECT_TRUE(hostBecomes(false));
+}
+
+TEST_F(QtTrayTest, ABusThatDiesUnderAnIconHarmsNothing) {
+    test::NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(true));
+    bus.kill();
+    EXPECT_TRUE(hostBecomes(false));
+    EXPECT_TRUE(tray.modify({1, &form, "two"}));
+    EXPECT_TRUE(tray.remove(1));
+    EXPECT_TRUE(tray.add({1, &form, "three"}));
+    EXPECT_FALSE(tray.hostPresent());
+    EXPECT_TRUE(tray.remove(1));
+}
+
+// --- the icon's sizes -----------------------------------------------------------------------
+
+TEST(SizedIcon, IsDrawnAnewForEachSizeThatPanelsAskFor) {
+    const QIcon icon = withPanelSizes(redIcon());
+    std::vector<int> sides;
+    for (const QSize& size : icon.availableSizes()) {
+        sides.push_back(size.width());
+        EXPECT_EQ(icon.pixmap(size).size(), size);
+        EXPECT_EQ(icon.pixmap(size).toImage().pixelColor(size.width() / 2, size.height() / 2),
+                  QColor(Qt::red));
+    }
+    EXPECT_THAT(sides, ElementsAre(16, 22, 24, 32, 44, 48, 64));
+}
+
+} // namespace
+} // namespace sonarith

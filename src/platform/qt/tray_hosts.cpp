@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/tray_hosts.h"
+
+#include <utility>
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include "platform/qt/embedding_tray.h"
+
+namespace sonarith {
+namespace {
+
+// freedesktop.org, StatusNotifierItem; every desktop uses this name for the watcher, not the
+// document's.
+constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
+constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
+
+constexpr int pollMilliseconds = 1000;
+
+} // namespace
+
+TrayHosts::Sources TrayHosts::desktop() {
+    return {[] { return QDBusConnection::sessionBus(); }, embeddingTrayPresent};
+}
+
+TrayHosts::TrayHosts(Sources sources) : sources_(std::move(sources)) {
+    recheck_.setSingleShot(true);
+    recheck_.setInterval(0);
+    connect(&recheck_, &QTimer::timeout, this, [this] { ask(); });
+    poll_.setInterval(pollMilliseconds);
+    connect(&poll_, &QTimer::timeout, this, [this] { lookAtEmbedding(); });
+}
+
+void TrayHosts::watchBus() {
+    if (bus_) {
+        return;
+    }
+    bus_ = sources_.bus();
+    owner_ = std::make_unique<QDBusServiceWatcher>(watcherName, *bus_,
+                                                   QDBusServiceWatcher::WatchForOwnerChange);
+    connect(owner_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &recheck_,
+            [this] { recheck_.start(); });
+    // From any sender: to name one would be a question that is waited for.
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        bus_->connect(QString(), watcherPath, watcherName, QLatin1String(signal), &recheck_,
+                      SLOT(start()));
+    }
+    // The connection's own notice of its end.
+    bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                  &recheck_, SLOT(start()));
+    ask();
+}
+
+void TrayHosts::ask() {
+    const unsigned question = ++lastQuestion_;
+    if (!bus_->isConnected()) {
+        setStatusNotifier(false);
+        return;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    call << QString(watcherName) << QStringLiteral("IsStatusNotifierHostRegistered");
+    call.setAutoStartService(false);
+    auto* reply = new QDBusPendingCallWatcher(bus_->asyncCall(call), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, question] {
+        reply->deleteLater();
+        const QDBusPendingReply<QDBusVariant> answer = *reply;
+        if (question == lastQuestion_) {
+            setStatusNotifier(answer.isValid() && answer.value().variant().toBool());
+        }
+    });
+}
+
+void TrayHosts::setStatusNotifier(bool present) {
+    if (std::exchange(statusNotifier_, present) != present) {
+        changed.emit();
+    }
+}
+
+void TrayHosts::pollEmbedding(bool poll) {
+    if (!poll) {
+        poll_.stop();
+    } else if (!poll_.isActive()) {
+        embeddingSeen_ = embedding();
+        poll_.start();
+    }
+}
+
+void TrayHosts::lookAtEmbedding() {
+    const bool present = embedding();
+    if (std::exchange(embeddingSeen_, present) != present) {
+        changed.emit();
+    }
+}
+
+} // namespace sonarith

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/tray_hosts.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include "platform/qt/embedding_tray.h"
+#include "support/private_bus.h"
+
+namespace sonarith {
+namespace {
+
+using test::NotifierWatcher;
+using test::PrivateBus;
+
+constexpr int patienceMilliseconds = 30'000;
+/// Longer than any reply on an idle bus takes; a test that waits in vain is the slower for it.
+constexpr int quietMilliseconds = 300;
+
+class TrayHostsTest : public testing::Test {
+  protected:
+    bool becomes(bool present) {
+        return QTest::qWaitFor([&] { return hosts.statusNotifier() == present; },
+                               patienceMilliseconds);
+    }
+    bool changesTo(bool present) {
+        const int before = changes;
+        return becomes(present) && changes == before + 1;
+    }
+
+    PrivateBus bus;
+    bool embedding = false;
+    TrayHosts hosts{{[this] { return bus.connect(); },
+                     [this] {
+                         return embedding;
+                     }}};
+    int changes = 0;
+    Connection counted = hosts.changed.connect([this] { ++changes; });
+};
+
+TEST_F(TrayHostsTest, KnowsOfNoneBeforeItWatches) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    QTest::qWait(quietMilliseconds);
+    EXPECT_FALSE(hosts.statusNotifier());
+    EXPECT_EQ(watcher.questions(), 0);
+}
+
+TEST_F(TrayHostsTest, FindsAHostThatIsThere) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    hosts.watchBus();
+    EXPECT_FALSE(hosts.statusNotifier()); // not asked and waited for
+    EXPECT_TRUE(changesTo(true));
+    hosts.watchBus();
+    QTest::qWait(quietMilliseconds);
+    EXPECT_EQ(watcher.questions(), 1);
+}
+
+TEST_F(TrayHostsTest, AWatcherWithoutAHostIsNone) {
+    NotifierWatcher watcher(bus);
+    hosts.watchBus();
+    QTest::qWait(quietMilliseconds);
+    EXPECT_FALSE(hosts.statusNotifier());
+    watcher.setHost(true);
+    EXPECT_TRUE(changesTo(true));
+    watcher.setHost(false);
+    EXPECT_TRUE(changesTo(false));
+}
+
+TEST_F(TrayHostsTest, AHostMayComeLaterGoAndComeBack) {
+    hosts.watchBus();
+    QTest::qWait(quietMilliseconds);
+    EXPECT_FALSE(hosts.statusNotifier());
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    EXPECT_TRUE(becomes(true));
+    watcher.leave();
+    EXPECT_TRUE(changesTo(false));
+    watcher.comeBack();
+    EXPECT_TRUE(changesTo(true));
+}
+
+TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItAnswers) {
+    NotifierWatcher watcher(bus, NotifierWatcher::Manner::hangs);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watcher.questions() > 0; }, patienceMilliseconds));
+    QTest::qWait(quietMilliseconds);
+    EXPECT_FALSE(hosts.statusNotifier());
+    watcher.wakeUp();
+    EXPECT_TRUE(changesTo(true));
+}
+
+TEST_F(TrayHostsTest, ABusThatDiesTakesItsHostAlong) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    bus.kill();
+    EXPECT_TRUE(changesTo(false));
+}
+
+TEST_F(TrayHostsTest, WithoutABusThereIsNone) {
+    bus.kill();
+    hosts.watchBus();
+    QTest::qWait(quietMilliseconds);
+    EXPECT_FALSE(hosts.statusNotifier());
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(TrayHostsTest, LooksForEmbeddingPanelsWhilePolledAlone) {
+    embedding = true;
+    EXPECT_TRUE(hosts.embedding());
+    QTest::qWait(1500);
+    EXPECT_EQ(changes, 0);
+    hosts.pollEmbedding(true);
+    EXPECT_EQ(changes, 0);
+    embedding = false;
+    hosts.pollEmbedding(true); // no new beginning
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; }, patienceMilliseconds));
+    embedding = true;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 2; }, patienceMilliseconds));
+    hosts.pollEmbedding(false);
+    embedding = false;
+    QTest::qWait(1500);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(EmbeddingTray, IsNoneWhereThereIsNoXServer) {
+    EXPECT_FALSE(embeddingTrayPresent());
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,325 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program in the tray: its icon in panels that come, go and come back, its tip and its menu; and
+no window lost where there is no panel."""
+
+import signal
+import subprocess
+import sys
+import time
+
+from driver import make_disc, run
+from program import Program
+from scenes import MUSIC, close, start_row, start_with_disc, wavs_by_track
+from sound import beginning_of_track, disc_samples
+from tray_host import TrayHost
+from waiting import check, check_equal, wait_for
+
+SECONDS = 60
+FIRST = "Track  1 - 00:01:00"
+ENTRIES = ["Stop Conversion", "Restore Control panel", "-", "Shutdown program"]
+# Several of the tip's own.
+SECONDS_OF_QUIET = 3.5
+
+
+def panel(desktop):
+    return TrayHost(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+
+def state_of(desktop, window):
+    """"Normal", "Iconic" (its task bar entry alone) or "Withdrawn" (hidden)."""
+    asked = subprocess.run(["xprop", "-id", str(window), "WM_STATE"], env=desktop.environment,
+                           check=True, capture_output=True, text=True)
+    _, found, state = asked.stdout.partition("window state: ")
+    return state.split()[0] if found else "Withdrawn"
+
+
+def wait_for_state(desktop, window, state):
+    wait_for(f"the window to be {state}", lambda: state_of(desktop, window) == state)
+
+
+def minimize(started):
+    """By the tree's popup menu; the main window, as X knows it."""
+    window = started.main_window_id()
+    started.open_popup("Available Tracks")
+    started.click("Minimize", "menu item")
+    return window
+
+
+def shown_besides(desktop, started, icons):
+    """The program's X windows on the screen, without those of its icons."""
+    return set(desktop.windows_of(started.process.pid)) - set(icons)
+
+
+def choose_restore_by_keys(desktop, started, icons=()):
+    """In the icon's menu, of which the accessibility tree has nothing: no window owns it."""
+    wait_for("the menu", lambda: shown_besides(desktop, started, icons))
+    desktop.press("Down", "Down", "Return")
+
+
+def check_kept(sheet, destination):
+    found = wavs_by_track(destination)
+    check_equal(list(found), [1], "tracks in the destination folder")
+    beginning_of_track(found[1], disc_samples(sheet), 1, SECONDS)
+
+
+def check_ends_by_signal(started):
+    started.process.send_signal(signal.SIGTERM)
+    check_equal(started.wait_for_end(), 0, "exit code")
+
+
+def start_minimizing(desktop, program):
+    """The program with a capture that runs, and the window that has gone out of sight for it."""
+    sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
+    destination = desktop.home / MUSIC
+    desktop.write_store(sheet, destination, **{"minimize%20onstart": 1})
+    started = Program(desktop, program)
+    started.wait_for_window()
+    started.open_row("Available Tracks")
+    window = started.main_window_id()
+    start_row(started, FIRST)
+    return started, window, sheet, destination
+
+
+def an_icon_has_tip_menu_and_pictures(desktop, program):
+    with panel(desktop) as host:
+        started, _, _ = start_with_disc(desktop, program, SECONDS)
+        check_equal(host.icons(), [], "icons before the window is minimized")
+        window = minimize(started)
+        host.wait_for_icon()
+        wait_for_state(desktop, window, "Withdrawn")
+        wait_for("the main window's title in the tip", lambda: host.tip() == "Sonarith v2.0")
+        check_equal(host.entries(), ENTRIES, "the menu")
+        check_equal(host.read("Status"), "Active", "status")
+        pictures = host.pictures()
+        check_equal(sorted(pictures), [16, 22, 24, 32, 44, 48, 64], "sizes of the icon")
+        for side, picture in pictures.items():
+            opaque = sum(1 for alpha in picture[::4] if alpha == 255)
+            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or a block")
+        before = len(host.signals())
+        time.sleep(SECONDS_OF_QUIET)
+        check_equal(host.signals()[before:], [], "signals for an unchanged tip")
+        host.click("Activate")
+        host.click("SecondaryActivate")
+        check_equal(state_of(desktop, window), "Withdrawn", "the window after a left click")
+        check_equal(len(host.icons()), 1, "icons after a left click")
+        host.choose("Restore Control panel")
+        wait_for_state(desktop, window, "Normal")
+        host.wait_for_no_icon()
+        # And once more: each minimizing has an icon of its own.
+        minimize(started)
+        host.wait_for_icon()
+        wait_for_state(desktop, window, "Withdrawn")
+        check_equal(host.entries(), ENTRIES, "the menu of the second icon")
+        host.choose("Restore Control panel")
+        wait_for_state(desktop, window, "Normal")
+        close(started)
+
+
+def a_panel_that_draws_no_menu_has_it_drawn(desktop, program):
+    with panel(desktop) as host:
+        started, _, _ = start_with_disc(desktop, program, SECONDS)
+        window = minimize(started)
+        host.wait_for_icon()
+        host.click("ContextMenu")
+        choose_restore_by_keys(desktop, started)
+        wait_for_state(desktop, window, "Normal")
+        close(started)
+
+
+def the_tip_tells_the_work_and_stop_ends_it(desktop, program):
+    with panel(desktop) as host:
+        started, window, sheet, destination = start_minimizing(desktop, program)
+        host.wait_for_icon()
+        wait_for("the work in the tip", lambda: host.tip().startswith("Extracting Track"))
+        wait_for_state(desktop, window, "Withdrawn")
+        check("NewToolTip" in host.signals(), "the panel heard of no new tip")
+        host.choose("Stop Conversion")
+        wait_for_state(desktop, window, "Normal")
+        host.wait_for_no_icon()
+        wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+        check_kept(sheet, destination)
+        close(started)
+
+
+def shutdown_ends_a_capture_and_keeps_it(desktop, program):
+    with panel(desktop) as host:
+        started, _, sheet, destination = start_minimizing(desktop, program)
+        wait_for("the work in the tip", lambda: host.tip().startswith("Extracting Track"))
+        time.sleep(2)
+        host.choose("Shutdown program")
+        check_equal(started.wait_for_end(), 0, "exit code")
+        check_kept(sheet, destination)
+        host.wait_for_no_icon()
+
+
+def without_a_panel_the_window_shrinks(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    window = minimize(started)
+    wait_for_state(desktop, window, "Iconic")
+    with panel(desktop) as host:
+        # One that comes later shows the icon, and leaves the window where it is.
+        host.wait_for_icon()
+        check_equal(host.entries(), ENTRIES, "the menu")
+        check_equal(state_of(desktop, window), "Iconic", "the window after a panel has come")
+        host.choose("Restore Control panel")
+        wait_for_state(desktop, window, "Normal")
+        host.wait_for_no_icon()
+    close(started)
+
+
+def a_panel_that_dies_gives_the_window_back(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    with panel(desktop) as first:
+        window = minimize(started)
+        first.wait_for_icon()
+        wait_for_state(desktop, window, "Withdrawn")
+        first.die()
+        wait_for_state(desktop, window, "Iconic")
+    with panel(desktop) as second:
+        second.wait_for_icon()
+        check_equal(second.entries(), ENTRIES, "the menu in the panel that came back")
+        second.choose("Restore Control panel")
+        wait_for_state(desktop, window, "Normal")
+    close(started)
+
+
+def start_minimizing_by_keys(desktop, program):
+    """As start_minimizing(), on a bus by which nothing of the window can be read."""
+    sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
+    desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
+    started = Program(desktop, program)
+    window = started.main_window_id()
+    wait_for("the focus", lambda: desktop.active_window() == window)
+    def works():
+        # The first keys may come before the tree has its rows.
+        desktop.press("Home", "Down", "Down", "Return", "alt+s")
+        time.sleep(1)
+        return "Extracting" in desktop.xdotool("getwindowname", window)
+    wait_for("the capture", works)
+    return started, window
+
+
+def with_bus(desktop, address, scenario):
+    former = desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+    desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+    try:
+        scenario()
+    finally:
+        desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = former
+
+
+def without_a_bus_the_window_shrinks(desktop, program):
+    def scenario():
+        started, window = start_minimizing_by_keys(desktop, program)
+        wait_for_state(desktop, window, "Iconic")
+        check_ends_by_signal(started)
+    with_bus(desktop, f"unix:path={desktop.home}/none", scenario)
+
+
+def a_bus_that_dies_gives_the_window_back(desktop, program):
+    with subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                          env=desktop.environment, stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, text=True) as bus:
+        address = bus.stdout.readline().strip()
+        def scenario():
+            with TrayHost(address) as host:
+                started, window = start_minimizing_by_keys(desktop, program)
+                host.wait_for_icon()
+                wait_for_state(desktop, window, "Withdrawn")
+                bus.kill()
+                wait_for_state(desktop, window, "Iconic")
+                time.sleep(SECONDS_OF_QUIET)
+                check(started.running, "the program died with the bus")
+                check_ends_by_signal(started)
+        try:
+            with_bus(desktop, address, scenario)
+        finally:
+            bus.kill()
+
+
+class EmbeddingPanel:
+    """A panel of the older kind, which embeds the icons' windows in the screen's corner."""
+
+    FIRST_ICON = (12, 12)
+
+    def __init__(self, desktop):
+        self._log = desktop.home / "panel.log"
+        with open(self._log, "wb") as log:
+            self.process = desktop.launch(sys.argv[3], log=log)
+        wait_for("the embedding panel", lambda: "ready" in self.lines())
+
+    def lines(self):
+        return self._log.read_text().splitlines()
+
+    def icons(self):
+        docked, left = ({line.split()[1] for line in self.lines() if line.startswith(verb)}
+                        for verb in ("docked", "left"))
+        return docked - left
+
+    def die(self):
+        self.process.kill()
+        self.process.wait()
+
+
+def an_embedded_icon_opens_its_menu(desktop, program):
+    host = EmbeddingPanel(desktop)
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    for _ in range(2):
+        window = minimize(started)
+        icons = wait_for("the icon in the panel", host.icons)
+        wait_for_state(desktop, window, "Withdrawn")
+        desktop.click_at(*host.FIRST_ICON)
+        time.sleep(1)
+        check_equal(shown_besides(desktop, started, icons), set(), "windows after a left click")
+        desktop.click_at(*host.FIRST_ICON, button=3)
+        choose_restore_by_keys(desktop, started, icons)
+        wait_for_state(desktop, window, "Normal")
+        wait_for("an empty panel", lambda: not host.icons())
+    close(started)
+
+
+def an_embedding_panel_that_dies_gives_the_window_back(desktop, program):
+    first = EmbeddingPanel(desktop)
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    window = minimize(started)
+    wait_for("the icon in the panel", first.icons)
+    wait_for_state(desktop, window, "Withdrawn")
+    first.die()
+    wait_for_state(desktop, window, "Iconic")
+    second = EmbeddingPanel(desktop)
+    icons = wait_for("the icon in the panel that came back", second.icons)
+    desktop.click_at(*second.FIRST_ICON, button=3)
+    choose_restore_by_keys(desktop, started, icons)
+    wait_for_state(desktop, window, "Normal")
+    close(started)
+
+
+def a_panel_of_the_desktops_embeds_the_icon(desktop, program):
+    desktop.launch("/usr/bin/trayer", "--edge", "top", "--align", "left", "--height", "24")
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    window = minimize(started)
+    wait_for_state(desktop, window, "Withdrawn")
+    icon, = wait_for("the icon", lambda: desktop.windows_of(started.process.pid))
+    def place():
+        values = dict(line.split("=") for line in
+                      desktop.xdotool("getwindowgeometry", "--shell", icon))
+        return (int(values["X"]) + int(values["WIDTH"]) // 2,
+                int(values["Y"]) + int(values["HEIGHT"]) // 2)
+    def stays():
+        first = place()
+        time.sleep(0.5)
+        return place() == first
+    wait_for("the icon at its place", stays)
+    desktop.click_at(*place(), button=3)
+    choose_restore_by_keys(desktop, started, [icon])
+    wait_for_state(desktop, window, "Normal")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(an_icon_has_tip_menu_and_pictures, a_panel_that_draws_no_menu_has_it_drawn,
+        the_tip_tells_the_work_and_stop_ends_it, shutdown_ends_a_capture_and_keeps_it,
+        without_a_panel_the_window_shrinks, a_panel_that_dies_gives_the_window_back,
+        without_a_bus_the_window_shrinks, a_bus_that_dies_gives_the_window_back,
+        an_embedded_icon_opens_its_menu, an_embedding_panel_that_dies_gives_the_window_back,
+        a_panel_of_the_desktops_embeds_the_icon)

@@ -1,0 +1,143 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A panel that shows status notifiers, as far as programs can tell: the watcher on the bus with
+which they register their icons, and a user who reads an icon's tip and menu and chooses entries."""
+
+import threading
+
+from gi.repository import Gio, GLib
+
+from waiting import check, wait_for
+
+WATCHER = "org.kde.StatusNotifierWatcher"
+ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
+_WATCHER_XML = f"""<node><interface name="{WATCHER}">
+<method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+<method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
+<property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+<property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+<property name="ProtocolVersion" type="i" access="read"/>
+</interface></node>"""
+
+
+class TrayHost:
+    """Use as a context. It answers on a thread of its own, as another process would."""
+
+    def __init__(self, address):
+        self._address = address
+        self._registered = []
+        self._signals = []
+        self._context = GLib.MainContext.new()
+        self._loop = GLib.MainLoop.new(self._context, False)
+        self._thread = threading.Thread(target=self._serve, daemon=True)
+        self._ready = threading.Event()
+        self._bus = None
+
+    def __enter__(self):
+        self._thread.start()
+        check(self._ready.wait(30), "the panel did not get its name on the bus")
+        return self
+
+    def __exit__(self, *_):
+        self.die()
+
+    def _serve(self):
+        self._context.push_thread_default()
+        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
+                 Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        self._bus = Gio.DBusConnection.new_for_address_sync(self._address, flags, None, None)
+        self._bus.set_exit_on_close(False)
+        interface = Gio.DBusNodeInfo.new_for_xml(_WATCHER_XML).interfaces[0]
+        self._bus.register_object("/StatusNotifierWatcher", interface, self._on_call,
+                                  self._on_read, None)
+        self._bus.signal_subscribe(None, ITEM, None, None, None, Gio.DBusSignalFlags.NONE,
+                                   lambda _bus, sender, _path, _interface, signal, _values:
+                                   self._signals.append((sender, signal)))
+        self._bus.signal_subscribe("org.freedesktop.DBus", "org.freedesktop.DBus",
+                                   "NameOwnerChanged", None, None, Gio.DBusSignalFlags.NONE,
+                                   self._on_owner)
+        Gio.bus_own_name_on_connection(self._bus, WATCHER, Gio.BusNameOwnerFlags.NONE,
+                                       lambda *_: self._ready.set(), None)
+        self._loop.run()
+        self._context.pop_thread_default()
+
+    def _on_call(self, _bus, sender, _path, _interface, method, arguments, invocation):
+        if method == "RegisterStatusNotifierItem":
+            # By a name, or by the path of an object in the caller.
+            name = arguments.unpack()[0]
+            self._registered.append(sender if name.startswith("/") else name)
+        invocation.return_value(None)
+
+    def _on_read(self, _bus, _sender, _path, _interface, name):
+        return {"RegisteredStatusNotifierItems": GLib.Variant("as", self._registered),
+                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def _on_owner(self, _bus, _sender, _path, _interface, _signal, values):
+        name, _, owner = values.unpack()
+        if not owner:
+            self._registered = [item for item in self._registered if item != name]
+
+    def die(self):
+        """Its process has ended: name and connection are gone."""
+        if self._thread.is_alive():
+            if self._bus is not None and not self._bus.is_closed():
+                self._bus.close_sync(None)
+            self._loop.quit()
+            self._thread.join()
+
+    # What its user sees.
+
+    def icons(self):
+        return list(self._registered)
+
+    def wait_for_icon(self):
+        return wait_for("an icon in the panel", self.icons)[0]
+
+    def wait_for_no_icon(self):
+        wait_for("a panel without icons", lambda: not self.icons())
+
+    def signals(self):
+        """What the icons have told of themselves so far, oldest first."""
+        return [signal for _, signal in list(self._signals)]
+
+    def _call(self, path, interface, method, arguments=None):
+        return self._bus.call_sync(self.wait_for_icon(), path, interface, method, arguments, None,
+                                   Gio.DBusCallFlags.NONE, 30_000, None).unpack()
+
+    def read(self, name):
+        """A property of the icon."""
+        return self._call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                          GLib.Variant("(ss)", (ITEM, name)))[0]
+
+    def tip(self):
+        return self.read("ToolTip")[2]
+
+    def pictures(self):
+        """The icon's pictures, as {side: bytes} of ARGB."""
+        return {width: bytes(data) for width, height, data in self.read("IconPixmap")
+                if width == height}
+
+    def _entries(self):
+        layout = self._call(self.read("Menu"), MENU, "GetLayout",
+                            GLib.Variant("(iias)", (0, -1, [])))[1]
+        return layout[2]
+
+    def entries(self):
+        """The captions of the menu's entries, "-" for a line, once it has been opened."""
+        self._call(self.read("Menu"), MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
+        return ["-" if values.get("type") == "separator" else values.get("label", "")
+                for _, values, _ in self._entries()]
+
+    # What its user does.
+
+    def choose(self, caption):
+        """An entry of the menu."""
+        number = next(number for number, values, _ in self._entries()
+                      if values.get("label") == caption)
+        self._call(self.read("Menu"), MENU, "Event",
+                   GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)))
+
+    def click(self, button):
+        """A click on the icon itself: "Activate", "SecondaryActivate" or "ContextMenu"."""
+        self._call("/StatusNotifierItem", ITEM, button, GLib.Variant("(ii)", (600, 400)))

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A message bus of a test's own, with the watcher of status notifiers that a desktop's panel
+// brings: the test plays it. It touches no bus of the user.
+//
+//     PrivateBus bus;
+//     NotifierWatcher watcher(bus);     // no host yet
+//     watcher.setHost(true);
+//     watcher.leave();
+//     bus.kill();
+#pragma once
+
+#include <stdexcept>
+#include <utility>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QProcess>
+
+namespace sonarith::test {
+
+class PrivateBus {
+  public:
+    PrivateBus() {
+        daemon_.setProcessChannelMode(QProcess::SeparateChannels);
+        daemon_.start(QStringLiteral("dbus-daemon"),
+                      {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                       QStringLiteral("--print-address=1")});
+        while (daemon_.state() != QProcess::NotRunning && !daemon_.canReadLine()) {
+            daemon_.waitForReadyRead(1000);
+        }
+        address_ = QString::fromLatin1(daemon_.readLine().trimmed());
+        if (address_.isEmpty()) {
+            throw std::runtime_error("no message bus");
+        }
+    }
+    ~PrivateBus() {
+        kill();
+        for (const QString& name : names_) {
+            QDBusConnection::disconnectFromBus(name);
+        }
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    /// A connection that no one else has.
+    [[nodiscard]] QDBusConnection connect() {
+        static int count = 0;
+        names_ += QStringLiteral("private-bus-%1").arg(++count);
+        return QDBusConnection::connectToBus(address_, names_.back());
+    }
+    void kill() {
+        daemon_.kill();
+        daemon_.waitForFinished();
+    }
+
+  private:
+    QProcess daemon_;
+    QString address_;
+    QStringList names_;
+};
+
+class NotifierWatcher final : public QDBusVirtualObject {
+  public:
+    inline static const QString name = QStringLiteral("org.kde.StatusNotifierWatcher");
+    inline static const QString path = QStringLiteral("/StatusNotifierWatcher");
+
+    enum class Manner { answers, hangs };
+
+    explicit NotifierWatcher(PrivateBus& bus, Manner manner = Manner::answers)
+        : bus_(bus.connect()), manner_(manner) {
+        bus_.registerVirtualObject(path, this);
+        bus_.registerService(name);
+    }
+    ~NotifierWatcher() override {
+        leave();
+        bus_.unregisterObject(path);
+    }
+
+    void setHost(bool present) {
+        host_ = present;
+        bus_.send(
+            QDBusMessage::createSignal(path, name,
+                                       present ? QStringLiteral("StatusNotifierHostRegistered")
+                                               : QStringLiteral("StatusNotifierHostUnregistered")));
+    }
+    /// The process that watches has ended.
+    void leave() { bus_.unregisterService(name); }
+    void comeBack() { bus_.registerService(name); }
+    /// Replies to what it has been asked while it hung.
+    void wakeUp() {
+        manner_ = Manner::answers;
+        for (const QDBusMessage& question : std::exchange(unanswered_, {})) {
+            answer(question);
+        }
+    }
+    [[nodiscard]] int questions() const { return questions_; }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
+        if (message.member() != QLatin1String("Get")) {
+            return false;
+        }
+        ++questions_;
+        if (manner_ == Manner::hangs) {
+            message.setDelayedReply(true);
+            unanswered_ += message;
+        } else {
+            answer(message);
+        }
+        return true;
+    }
+
+  private:
+    void answer(const QDBusMessage& question) {
+        bus_.send(question.createReply(QVariant::fromValue(QDBusVariant(host_))));
+    }
+
+    QDBusConnection bus_;
+    Manner manner_;
+    QList<QDBusMessage> unanswered_;
+    int questions_ = 0;
+    bool host_ = false;
+};
+
+} // namespace sonarith::test
