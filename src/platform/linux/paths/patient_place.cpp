@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <deque>
+#include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <system_error>
 #include <utility>
