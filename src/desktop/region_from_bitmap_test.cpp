@@ -101,7 +101,7 @@ TEST(RegionFromBitmap, CutsTheColourThatIsNamed) {
     EXPECT_THAT(leftOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
 }
 
-// --- which pixels are looked at: meant so, to the last one ----------------------------------
+// --- which pixels are looked at, on purpose, to the last one ------------------------------
 
 TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
     const WatchedPicture picture({"x"});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Gives the main window the shape of its picture. How a region is computed is told in
-// region_from_bitmap.h; how a window is masked is the view's affair.
+// Gives the main window the shape of its picture. Computes nothing itself (region_from_bitmap.h)
+// and masks nothing: the view does that.
 #pragma once
 
 #include "forms/form1.h"

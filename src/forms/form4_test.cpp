@@ -127,7 +127,7 @@ TEST_F(Form4Test, HasAMenuAndAPopupOfTheSameEntries) {
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // The third shows its own name: meant so.
+    // The third shows its own name, on purpose.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads the disc device's replies and words what the panel's display shows. Pure functions; when
-// the device is asked is told in disc_poll.h.
+// the device is asked is decided in disc_poll.h.
 #pragma once
 
 #include <cstdint>

@@ -46,7 +46,7 @@ void LevelMeter::sinkBar() {
 
 void LevelMeter::Timer3_Timer() {
     if (capture_.running()) {
-        capture_.giveBackDoneBuffers();
+        capture_.requeueDoneBuffers();
     }
     draw({state_.InputMeterCtrl, 950, 20, Drawing::joined});
 }

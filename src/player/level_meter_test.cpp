@@ -175,7 +175,7 @@ TEST(LevelMeterWithoutMixer, DrawsSilence) {
 
 // --- the input's buffers -------------------------------------------------------------------
 
-TEST_F(LevelMeterTest, AStepGivesFilledBuffersBackBeforeItReads) {
+TEST_F(LevelMeterTest, AStepQueuesFilledBuffersAgainBeforeItReads) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }),
@@ -189,7 +189,7 @@ TEST_F(LevelMeterTest, WithTheInputStoppedBuffersAreLeftAlone) {
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, ABufferThatCannotBeGivenBackIsOfferedAgain) {
+TEST_F(LevelMeterTest, ABufferThatCannotBeQueuedIsOfferedAgain) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     waveInput.failures["add"] = WaveResult::invalidParameter;

@@ -5,7 +5,8 @@ namespace sonarith {
 
 namespace {
 
-/// 8000 samples a second of 8 bits, one channel: the least there is, since nobody listens.
+/// 8000 samples a second of 8 bits, one channel: the least that there is, since the samples are not
+/// used.
 constexpr WaveFormat MeterFormat = {.wFormatTag = 1,
                                     .nChannels = 1,
                                     .nSamplesPerSec = 8000,
@@ -82,7 +83,7 @@ void MeterCapture::StopMeter() {
     input.close(hWaveIn);
 }
 
-void MeterCapture::giveBackDoneBuffers() {
+void MeterCapture::requeueDoneBuffers() {
     for (MeterBuffer& buffer : MeterBuffers) {
         if ((buffer.header.dwFlags & wave_header::done) != 0) {
             platform_.waveInput.addBuffer(hWaveIn, buffer.header);

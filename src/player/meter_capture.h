@@ -16,7 +16,7 @@ class MeterCapture {
   public:
     /// Becomes the handler of Check3. Both outlive this.
     MeterCapture(const Platform& platform, Form4& form);
-    ~MeterCapture(); ///< takes its buffers back from an input that still runs
+    ~MeterCapture(); ///< stops an input that still runs: it would write to the buffers
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
@@ -26,8 +26,8 @@ class MeterCapture {
     bool StartMeter();
     /// Ends the input, failures ignored. May be called at any time.
     void StopMeter();
-    /// Gives buffers that are filled back to the input, unread. Allocates nothing.
-    void giveBackDoneBuffers();
+    /// Queues the filled buffers for the input again, unread. Allocates nothing.
+    void requeueDoneBuffers();
 
     [[nodiscard]] bool running() const { return MeterRunning; }
 
@@ -45,8 +45,8 @@ class MeterCapture {
     WaveInHandle hWaveIn = 0;
     bool MeterRunning = false;
     int stops_ = 0; ///< calls of StopMeter() so far
-    /// They last as long as this, not just until the input is stopped: one that failed to give a
-    /// buffer back may still be writing to it.
+    /// They last as long as this, not just until the input is stopped: one that failed to release a
+    /// buffer may still be writing to it.
     std::array<MeterBuffer, 2> MeterBuffers;
 };
 

@@ -138,17 +138,17 @@ TEST_F(MeterCaptureTest, TheBoxNamedInputStartsAndStopsIt) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }
 
-TEST_F(MeterCaptureTest, GivesBackTheBuffersThatAreDoneAndNoOthers) {
+TEST_F(MeterCaptureTest, QueuesTheBuffersThatAreDoneAgainAndNoOthers) {
     capture.StartMeter();
-    EXPECT_THAT(operationsOf([&] { capture.giveBackDoneBuffers(); }), IsEmpty());
+    EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
     waveInput.fill(8192);
-    EXPECT_THAT(operationsOf([&] { capture.giveBackDoneBuffers(); }), ElementsAre("wave add"));
+    EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), ElementsAre("wave add"));
     EXPECT_EQ(waveInput.queue.size(), 2U);
     waveInput.fill(8192);
     waveInput.fill(10);
-    EXPECT_THAT(operationsOf([&] { capture.giveBackDoneBuffers(); }),
+    EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }),
                 ElementsAre("wave add", "wave add"));
-    EXPECT_THAT(operationsOf([&] { capture.giveBackDoneBuffers(); }), IsEmpty());
+    EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
 }
 
 TEST(MeterCaptureEnd, TakesItsBuffersBackFromAnInputThatRuns) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Where a level is drawn: the bar's top and the trace's height, in twips. Arithmetic alone; which
-// level is read and when is told in level_meter.h. A level is 0 (silence) to 32768.
+// level is read, and when, is decided in level_meter.h. A level is 0 (silence) to 32768.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The few operations on mixer controls that the panel is built of: look up, read, write, unmute.
-// Which control stands behind which slider is not known here.
+// Which control belongs to which slider is not known here.
 #pragma once
 
 #include <cstdint>

@@ -21,7 +21,7 @@ class PlayerWindow {
     PlayerWindow(const PlayerWindow&) = delete;
     PlayerWindow& operator=(const PlayerWindow&) = delete;
 
-    /// Stands the panel at the main window's right edge and reads the mixer. Yields only in the
+    /// Places the panel at the main window's right edge and reads the mixer. Yields only in the
     /// message of a missing mixer.
     void Form_Load();
     /// Switches the player off; a capture that runs is stopped and saved first. Yields.

@@ -9,7 +9,6 @@ namespace sonarith {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -70,7 +69,7 @@ TEST_F(PowerSwitchTest, OnTakesItsStepsInOrder) {
     EXPECT_FALSE(form.Timer1.enabled());
     EXPECT_FALSE(form.Timer2.enabled());
     EXPECT_FALSE(form.Timer4.enabled());
-    // The word stands until the first look.
+    // The word stays until the first look.
     EXPECT_EQ(form.CD.text(), "OFF");
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
@@ -386,54 +385,6 @@ TEST_F(PowerSwitchTest, FailuresOfAPollWithinTheSwitchOffAreIgnored) {
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_TRUE(form.loaded());
     EXPECT_TRUE(looksOff());
-}
-
-// --- interleavings of the switch -----------------------------------------------------------
-
-TEST_F(PowerSwitchTest, OnIsRefusedWhileItIsSwitchedOff) {
-    switchOn();
-    loop.atYield(1, [&] { form.OptCD.choose(); });
-    EXPECT_EQ(clickOff(), joined({inputStops, mutesDisc, yields, discCloses}));
-    EXPECT_TRUE(off());
-    EXPECT_TRUE(looksOff());
-}
-
-TEST_F(PowerSwitchTest, OnEndsWhereThePanelIsClosedInTheInputsMessage) {
-    waveInput.failures["open"] = WaveResult::notEnabled;
-    boxes.whileUp = [&](const test::ShownBox&) {
-        form.unload();
-    };
-    const Operations sent = commandsOf([&] { form.OptCD.choose(); });
-    EXPECT_THAT(sent, ElementsAre("stop cd", "close cd", "close all"));
-    EXPECT_FALSE(form.loaded());
-    EXPECT_TRUE(off());
-    EXPECT_TRUE(discMuted());
-}
-
-TEST_F(PowerSwitchTest, OnEndsWhereItIsSwitchedOffInTheInputsMessage) {
-    waveInput.failures["prepare"] = WaveResult::invalidParameter;
-    boxes.whileUp = [&](const test::ShownBox&) {
-        form.optNoCD.choose();
-    };
-    form.OptCD.choose();
-    EXPECT_EQ(boxes.shown.size(), 1U);
-    EXPECT_TRUE(off());
-    EXPECT_TRUE(looksOff());
-    EXPECT_TRUE(form.optNoCD.selected());
-}
-
-TEST_F(PowerSwitchTest, OnEndsWhereThePanelIsClosedWhileACaptureIsSaved) {
-    main.load();
-    main.Command8.onClick = [&] {
-        main.tmrRecord.setEnabled(false);
-        loop.yield();
-    };
-    main.tmrRecord.setEnabled(true);
-    loop.atYield(1, [&] { form.unload(); });
-    const Operations sent = operationsOf([&] { form.OptCD.choose(); });
-    EXPECT_THAT(sent, testing::Not(Contains("wave open")));
-    EXPECT_FALSE(form.loaded());
-    EXPECT_TRUE(off());
 }
 
 } // namespace

@@ -24,7 +24,7 @@ class Transport {
     // same, with commands that fail.
 
     /// Goes on after a pause; else plays the main window's track or, without one, the current one.
-    /// On the last track nothing is sent: meant so.
+    /// On the last track nothing is sent, on purpose.
     void play_Click();
     void pause_Click();
     /// Stops and moves to the current track's start. Enables "Eject".

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The power switch pressed while something else of the panel is under way, and the other way round.
+// Every yield of a switch-off is swept in switch_off_sweep_test.cpp.
+#include "player/power_switch.h"
+
+#include "support/player_world.h"
+
+namespace sonarith {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+struct PowerSwitchWithinOthersTest : test::PlayerWorld {};
+
+TEST_F(PowerSwitchWithinOthersTest, OnIsRefusedWhileItIsSwitchedOff) {
+    switchOn();
+    loop.atYield(1, [&] { form.OptCD.choose(); });
+    EXPECT_THAT(commandsOf([&] { form.optNoCD.choose(); }), ElementsAre("stop cd", "close cd"));
+    EXPECT_TRUE(off());
+    EXPECT_TRUE(looksOff());
+}
+
+TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereThePanelIsClosedInTheInputsMessage) {
+    waveInput.failures["open"] = WaveResult::notEnabled;
+    boxes.whileUp = [&](const test::ShownBox&) {
+        form.unload();
+    };
+    const std::vector<std::string> sent = commandsOf([&] { form.OptCD.choose(); });
+    EXPECT_THAT(sent, ElementsAre("stop cd", "close cd", "close all"));
+    EXPECT_FALSE(form.loaded());
+    EXPECT_TRUE(off());
+    EXPECT_TRUE(discMuted());
+}
+
+TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereItIsSwitchedOffInTheInputsMessage) {
+    waveInput.failures["prepare"] = WaveResult::invalidParameter;
+    boxes.whileUp = [&](const test::ShownBox&) {
+        form.optNoCD.choose();
+    };
+    form.OptCD.choose();
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_TRUE(off());
+    EXPECT_TRUE(looksOff());
+    EXPECT_TRUE(form.optNoCD.selected());
+}
+
+TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereThePanelIsClosedWhileACaptureIsSaved) {
+    main.load();
+    main.Command8.onClick = [&] {
+        main.tmrRecord.setEnabled(false);
+        loop.yield();
+    };
+    main.tmrRecord.setEnabled(true);
+    loop.atYield(1, [&] { form.unload(); });
+    const std::vector<std::string> sent = operationsOf([&] { form.OptCD.choose(); });
+    EXPECT_THAT(sent, testing::Not(Contains("wave open")));
+    EXPECT_FALSE(form.loaded());
+    EXPECT_TRUE(off());
+}
+
+} // namespace
+} // namespace sonarith
