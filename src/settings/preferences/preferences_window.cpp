@@ -124,55 +124,62 @@ void PreferencesWindow::wireOtherControls() {
 
 void PreferencesWindow::Form_Load() {
     loadWrites_.emplace(platform_.store);
-    centreOnScreen(form_, platform_.shell);
-    bool shown = fillEncodingLists().ok();
-    shown = shown && showSettings().ok();
-    shown = shown && fillFormats().ok();
-    if (shown) {
-        form_.Command3.click();
-        Co111_Click();
-    }
+    runLoadSteps().passOver();
     endLoadWrites();
+}
+
+Status PreferencesWindow::runLoadSteps() {
+    centreOnScreen(form_, platform_.shell);
+    if (Status status = fillEncodingLists(); !status.ok()) {
+        return status;
+    }
+    if (Status status = showSettings(); !status.ok()) {
+        return status;
+    }
+    if (Status status = fillFormats(); !status.ok()) {
+        return status;
+    }
+    form_.Command3.click();
+    Co111_Click();
+    return {};
 }
 
 Status PreferencesWindow::fillEncodingLists() {
     fill(form_.Combo1, {"Low", "Normal", "High", "Voice", "Radio", "Tape", "HIFI", "CD", "Studio"});
     fill(form_.Combo2, {"32", "40", "48", "56", "64", "80", "96", "112", "128", "160", "192", "224",
                         "256", "320"});
-    // Read before the clicks of the two lists write to the record.
-    const AppSettings& settings = process_.settings;
-    if (Status status = form_.Combo1.setListIndex(settings.encodingQuality); !status.ok()) {
+    if (Status status = form_.Combo1.setListIndex(process_.settings.encodingQuality);
+        !status.ok()) {
         return status;
     }
-    return form_.Combo2.setListIndex(settings.encodingBitrate);
+    return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
 /// A box that becomes ticked runs its click: what is 1 is saved again at each start.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
-    Status status = form_.Check6.setValue(settings.hdWarning);
-    const auto next = [&status](CheckBox& box, std::int16_t value) {
-        if (status.ok()) {
-            status = box.setValue(value);
-        }
-        return status.ok();
-    };
-    if (!status.ok()) {
+    if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {
         return status;
     }
     form_.Text7.setText(std::to_string(settings.hdWarningNo));
-    if (!next(form_.Check7, settings.hdStopDecoding)) {
+    if (Status status = form_.Check7.setValue(settings.hdStopDecoding); !status.ok()) {
         return status;
     }
     form_.Text8.setText(std::to_string(settings.hdStopNo));
     form_.Text9.setText(settings.decodePath);
-    next(form_.Check4, settings.desktopIcon);
-    next(form_.Check5, settings.minimizeOnStart);
-    next(form_.Check3, settings.deleteWav);
-    next(form_.Check11, settings.showFullPath);
-    next(form_.Check10, settings.encodeAfterExtracting);
-    next(form_.Check1, settings.muteButton);
-    return status;
+    const std::pair<CheckBox*, std::int16_t> others[] = {
+        {&form_.Check4, settings.desktopIcon},
+        {&form_.Check5, settings.minimizeOnStart},
+        {&form_.Check3, settings.deleteWav},
+        {&form_.Check11, settings.showFullPath},
+        {&form_.Check10, settings.encodeAfterExtracting},
+        {&form_.Check1, settings.muteButton}};
+    for (const auto& [box, value] : others) {
+        if (Status status = box->setValue(value); !status.ok()) {
+            return status;
+        }
+    }
+    return {};
 }
 
 Status PreferencesWindow::fillFormats() {

@@ -52,6 +52,7 @@ class PreferencesWindow {
     Status saveLimit(const TextBox& box, const char* key, std::int16_t& field);
     Status saveLimits();
 
+    Status runLoadSteps();
     Status fillEncodingLists();
     Status showSettings();
     Status fillFormats();
