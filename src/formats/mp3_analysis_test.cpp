@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/mp3_analysis.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "support/fake_file_system.h"
+#include "support/mp3_bytes.h"
+
+namespace sonarith {
+namespace {
+
+using test::commonHeader;
+using test::FakeFileSystem;
+using test::Mp3Bytes;
+using test::tagOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Mp3AnalysisTest : public testing::Test {
+  protected:
+    const std::string path = "c:\\a.mp3";
+    FakeFileSystem disk;
+    Mp3Info info;
+
+    Status analyse(const std::string& content, TagReading readTag = TagReading::yes,
+                   HeaderReading readHeader = HeaderReading::yes) {
+        disk.addFile(path, content);
+        disk.log.clear();
+        const auto result = GetMp3Info(disk, path, readTag, readHeader, info);
+        return result.ok() ? Status() : Status(result.error());
+    }
+    Status analyse(const Mp3Bytes& bytes) { return analyse(bytes.content); }
+    std::string digitsOf(const std::string& content) {
+        disk.addFile(path, content);
+        return ReadMp3Bits(disk, path, TagReading::yes, HeaderReading::yes, info).valueOr("failed");
+    }
+    /// As after the analysis of another file.
+    void fillRecord() {
+        ASSERT_TRUE(analyse(Mp3Bytes(4'000'000)
+                                .header(1, 0xFFFAB3C9)
+                                .variableRate(1, 6000)
+                                .end(tagOf("T", "A", "B", "1999", "C", 17)))
+                        .ok());
+        ASSERT_EQ(info.Bitrate, 204);
+        ASSERT_EQ(info.Genre, 17);
+    }
+};
+
+// --- the search ------------------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, FindsAFrameFromTheFirstByteToTheFiveThousandth) {
+    for (const std::size_t position : {1U, 2U, 36U, 255U, 4999U, 5000U}) {
+        info = {};
+        EXPECT_TRUE(analyse(Mp3Bytes(10'000).header(position, commonHeader)).ok());
+        EXPECT_EQ(info.Bitrate, 128) << position;
+    }
+    info = {};
+    EXPECT_TRUE(analyse(Mp3Bytes(10'000).header(5001, commonHeader)).ok());
+    EXPECT_EQ(info.Bitrate, 0);
+    EXPECT_EQ(digitsOf(Mp3Bytes(10'000).header(5001, commonHeader).content), "");
+}
+
+TEST_F(Mp3AnalysisTest, TakesTheFirstOfSeveralFrames) {
+    Mp3Bytes bytes(10'000);
+    bytes.header(417, 0xFFFBB000).header(100, commonHeader);
+    EXPECT_TRUE(analyse(bytes).ok());
+    EXPECT_EQ(info.Bitrate, 128);
+}
+
+TEST_F(Mp3AnalysisTest, PassesOverEverySecondByteButTwo) {
+    for (std::uint32_t second = 0; second < 256; ++second) {
+        const std::string digits =
+            digitsOf(Mp3Bytes(600).header(300, 0xFF000000U + second * 0x10000U + 0x9000U).content);
+        EXPECT_EQ(digits.size(), second == 0xFA || second == 0xFB ? 32U : 0U) << second;
+    }
+}
+
+TEST_F(Mp3AnalysisTest, SeesTheSyncBehindAnotherFF) {
+    EXPECT_TRUE(analyse(Mp3Bytes(600).at(299, "\xff").header(300, commonHeader)).ok());
+    EXPECT_EQ(info.Bitrate, 128);
+}
+
+TEST_F(Mp3AnalysisTest, DoesNotFindAFrameBehindATagOf6000Bytes) {
+    EXPECT_TRUE(analyse(Mp3Bytes(20'000).at(1, "ID3").header(6001, commonHeader)).ok());
+    EXPECT_EQ(info.Bitrate, 0);
+}
+
+TEST_F(Mp3AnalysisTest, TakesAChancePairInALeadingTagForTheFrame) {
+    Mp3Bytes bytes(20'000);
+    bytes.at(1, "ID3").header(50, 0xFFFA1000).header(2000, commonHeader);
+    EXPECT_TRUE(analyse(bytes).ok());
+    EXPECT_EQ(info.Bitrate, 32);
+    EXPECT_EQ(info.CRC, "yes");
+}
+
+TEST_F(Mp3AnalysisTest, WalksAcrossTheEndOfAShortFile) {
+    // FF as the last byte has no second one.
+    EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
+    // A sync as the last two has no further bytes: they count as zeros.
+    EXPECT_EQ(digitsOf(Mp3Bytes(300).at(299, "\xff\xfb").content),
+              "11111111111110110000000000000000");
+}
+
+TEST_F(Mp3AnalysisTest, TakesBytes3And4OfTheFrameIntoTheDigits) {
+    // What all 65536 values of both mean is held against a table beside decodeMp3Header().
+    const auto expectDigits = [&](std::uint32_t header) {
+        std::string expected;
+        for (int bit = 31; bit >= 0; --bit) {
+            expected += (header >> bit & 1) != 0 ? '1' : '0';
+        }
+        ASSERT_EQ(digitsOf(Mp3Bytes(256).header(1, header).content), expected);
+    };
+    for (std::uint32_t value = 0; value < 256; ++value) {
+        expectDigits(0xFFFB0000U + value * 0x100U);
+        expectDigits(0xFFFA0000U + value);
+    }
+}
+
+// --- files without a frame -------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, OfAFileWithoutAFrameTheDigitsAreThoseOfItsFirstThreeBytes) {
+    EXPECT_EQ(digitsOf(Mp3Bytes(6000).at(1, "ID3").content), "10010010100010000110011");
+    EXPECT_EQ(digitsOf(Mp3Bytes(6000).content), "");
+}
+
+TEST_F(Mp3AnalysisTest, InventsValuesForAFileThatIsNoMp3) {
+    // 24 digits: 11 others, version "11", layer "10", protection "1", rate "1001", sampling "00",
+    // padding "1", private "0". Mode, flags and emphasis lie behind the end.
+    Mp3Bytes bytes(4000);
+    bytes.at(1, "\x80\x1d\x92");
+    EXPECT_TRUE(analyse(bytes).ok());
+    EXPECT_EQ(info.MpegVersion, 1);
+    EXPECT_EQ(info.MpegLayer, 2);
+    EXPECT_EQ(info.CRC, "no");
+    EXPECT_EQ(info.Bitrate, 160);
+    EXPECT_EQ(info.Frequency, 44100);
+    EXPECT_EQ(info.Padding, "yes");
+    EXPECT_EQ(info.Private, "no");
+    EXPECT_EQ(info.Mode, "stereo");
+    EXPECT_EQ(info.Emphasis, "no");
+    EXPECT_EQ(info.Original, "no");
+    EXPECT_EQ(info.Duration, 0);
+}
+
+TEST_F(Mp3AnalysisTest, LooksForTheMarkAtPosition36OfAFileWithoutAFrame) {
+    Mp3Bytes bytes(4'000'000);
+    bytes.at(1, "\x80\x1d\x90").at(36, "Xing").at(44, Mp3Bytes::bigEndian(30'000));
+    EXPECT_TRUE(analyse(bytes).ok());
+    EXPECT_TRUE(info.IsVbr);
+    EXPECT_EQ(info.Frames, 30'000);
+    EXPECT_EQ(info.MpegLayer, 2);
+    EXPECT_EQ(info.Bitrate, 41);
+}
+
+// --- variable bit rate -----------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnePlace) {
+    EXPECT_TRUE(
+        analyse(Mp3Bytes(4'000'000).header(500, commonHeader).variableRate(500, 6000)).ok());
+    EXPECT_TRUE(info.IsVbr);
+    EXPECT_EQ(info.Frames, 6000);
+    EXPECT_EQ(info.Bitrate, 204);
+    EXPECT_EQ(info.Duration, 156);
+}
+
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountBehindTheLastPositionOfAFrame) {
+    EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
+    EXPECT_EQ(info.Frames, 0x1234);
+}
+
+TEST_F(Mp3AnalysisTest, DoesNotLookAtTheFlagsOfTheCount) {
+    EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
+                            .header(1, commonHeader)
+                            .variableRate(1, 6000)
+                            .at(41, std::string(4, '\0')))
+                    .ok());
+    EXPECT_EQ(info.Frames, 6000);
+}
+
+TEST_F(Mp3AnalysisTest, KnowsTheMarkInOneSpellingAtOnePlace) {
+    for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
+        info = {};
+        EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
+        EXPECT_FALSE(info.IsVbr) << other;
+        EXPECT_EQ(info.Bitrate, 128) << other;
+    }
+    // A mono frame has it 15 bytes earlier, and passes for one of constant rate.
+    Mp3Bytes mono(4'000'000);
+    mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
+    EXPECT_TRUE(analyse(mono).ok());
+    EXPECT_FALSE(info.IsVbr);
+    EXPECT_EQ(info.Bitrate, 64);
+}
+
+TEST_F(Mp3AnalysisTest, AConstantRateLeavesTheFrameCountOfTheFileBefore) {
+    fillRecord();
+    EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader)).ok());
+    EXPECT_FALSE(info.IsVbr);
+    EXPECT_EQ(info.Frames, 6000);
+    EXPECT_EQ(info.Bitrate, 128);
+}
+
+TEST_F(Mp3AnalysisTest, ACountAbove32767EndsTheRunBeforeHeaderAndTag) {
+    for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+        fillRecord();
+        const Status status = analyse(
+            Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, count).end(tagOf("other")));
+        ASSERT_FALSE(status.ok()) << count;
+        EXPECT_EQ(status.error().number, ErrorNumber::overflow);
+        EXPECT_TRUE(info.IsVbr);
+        EXPECT_EQ(info.Frames, 6000);
+        EXPECT_EQ(info.Title, "T");
+        EXPECT_EQ(info.Duration, 156);
+        EXPECT_THAT(disk.log,
+                    ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047"));
+    }
+    Mp3Info constant;
+    info = constant;
+    analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32768)).passOver();
+    EXPECT_TRUE(info.IsVbr);
+}
+
+TEST_F(Mp3AnalysisTest, TakesACountOf32767AndFailsForOneOf0) {
+    EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32767)).ok());
+    EXPECT_EQ(info.Frames, 32767);
+    EXPECT_EQ(info.Bitrate, 37);
+    const Status status =
+        analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 0).end(tagOf("other")));
+    EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);
+    EXPECT_EQ(info.Frames, 0);
+    EXPECT_EQ(info.Bitrate, 37);
+    EXPECT_EQ(info.Title, "other");
+}
+
+// --- lengths ---------------------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, FailsForAFileBelow256BytesAndStoresNothing) {
+    for (const std::size_t length : {0U, 1U, 99U, 100U, 127U, 128U, 255U}) {
+        fillRecord();
+        Mp3Bytes bytes(length);
+        if (length >= 128) {
+            bytes.header(1, commonHeader).end(std::string("TAGother"));
+        }
+        const Status status = analyse(bytes);
+        ASSERT_FALSE(status.ok()) << length;
+        EXPECT_TRUE(info.IsVbr);
+        EXPECT_EQ(info.Bitrate, 204);
+        EXPECT_EQ(info.Title, "T");
+        EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read")) << length;
+    }
+}
+
+TEST_F(Mp3AnalysisTest, TakesAFileOf256BytesAndMore) {
+    for (const std::size_t length : {256U, 257U}) {
+        info = {};
+        EXPECT_TRUE(analyse(Mp3Bytes(length).header(1, commonHeader).end(tagOf("Title"))).ok());
+        EXPECT_EQ(info.Bitrate, 128);
+        EXPECT_EQ(info.Title, "Title");
+        EXPECT_EQ(info.Duration, 0);
+    }
+}
+
+TEST_F(Mp3AnalysisTest, ReadsNoMoreThanHeadAndTailOfALongFile) {
+    EXPECT_TRUE(analyse(Mp3Bytes(3'000'000).header(1, commonHeader)).ok());
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047",
+                                      "readBinary c:\\a.mp3 2999744 256"));
+}
+
+// --- failures --------------------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, AFileThatCannotBeOpenedOrReadFailsWithNothingStored) {
+    EXPECT_EQ(
+        GetMp3Info(disk, "c:\\none.mp3", TagReading::yes, HeaderReading::yes, info).error().number,
+        ErrorNumber::fileNotFound);
+    disk.failWith(FakeFileSystem::Operation::readBinary, path, ErrorNumber::deviceInputOutput);
+    const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("T")));
+    EXPECT_EQ(status.error().number, ErrorNumber::deviceInputOutput);
+    EXPECT_FALSE(info.HasTag);
+    EXPECT_EQ(info.Bitrate, 0);
+}
+
+TEST_F(Mp3AnalysisTest, ALengthThatCannotBeTakenLeavesTheHeaderBesideTheNewTag) {
+    fillRecord();
+    disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
+    const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
+    EXPECT_EQ(status.error().number, ErrorNumber::fileNotFound);
+    EXPECT_EQ(info.Title, "new");
+    EXPECT_EQ(info.Bitrate, 204);
+}
+
+TEST_F(Mp3AnalysisTest, AFailedHeaderKeepsTheFileBeforeBesideTheTagOfThisOne) {
+    fillRecord();
+    const Status status = analyse(Mp3Bytes(4000).header(1, 0xFFFB0000).end(tagOf("new")));
+    EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);
+    EXPECT_EQ(info.Bitrate, 204);
+    EXPECT_EQ(info.Duration, 156);
+    EXPECT_EQ(info.CRC, "yes");
+    EXPECT_FALSE(info.IsVbr);
+    EXPECT_EQ(info.Title, "new");
+}
+
+// --- parts of the analysis -------------------------------------------------------------------
+
+TEST_F(Mp3AnalysisTest, WithoutTheTagOnlyTheHeaderIsRead) {
+    fillRecord();
+    EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content,
+                        TagReading::no, HeaderReading::yes)
+                    .ok());
+    EXPECT_EQ(info.Bitrate, 128);
+    EXPECT_EQ(info.Title, "T");
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047"));
+}
+
+TEST_F(Mp3AnalysisTest, WithoutTheHeaderOnlyTheTagIsRead) {
+    fillRecord();
+    EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content,
+                        TagReading::yes, HeaderReading::no)
+                    .ok());
+    EXPECT_EQ(info.Title, "new");
+    EXPECT_EQ(info.Bitrate, 204);
+    EXPECT_TRUE(info.IsVbr);
+    EXPECT_EQ(info.Frames, 6000);
+    EXPECT_EQ(info.CRC, "yes");
+    EXPECT_THAT(disk.log,
+                ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 3744 256"));
+}
+
+TEST_F(Mp3AnalysisTest, ReturnsAnEmptyRecord) {
+    disk.addFile(path, Mp3Bytes(4000).header(1, commonHeader).end(tagOf("T")).content);
+    const auto result = GetMp3Info(disk, path, TagReading::yes, HeaderReading::yes, info);
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(result.value().Bitrate, 0);
+    EXPECT_FALSE(result.value().HasTag);
+    EXPECT_THAT(result.value().Title, IsEmpty());
+    EXPECT_EQ(info.Bitrate, 128);
+}
+
+TEST_F(Mp3AnalysisTest, LeavesTheFileAsItIs) {
+    const std::string before = Mp3Bytes(4000).header(1, commonHeader).end(tagOf("T")).content;
+    EXPECT_TRUE(analyse(before).ok());
+    EXPECT_EQ(disk.content(path), before);
+}
+
+} // namespace
+} // namespace sonarith

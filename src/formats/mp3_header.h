@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The meaning of an MP3 frame header's digits. It reads no file; mp3_analysis.h does.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "formats/mp3_info.h"
+#include "platform/result.h"
+
+namespace sonarith {
+
+/// Stores the header's fields in `info`, all or none. `digits` are those of the four header bytes
+/// by BytesToBits(): of a text with fewer than 32 the fields come from the wrong places, and those
+/// behind its end are 0. `fileLength` is that of the whole file in bytes, tags included; bit rates
+/// and durations follow from it, and from IsVbr and Frames of `info`.
+///
+/// MPEG 2, 2.5 and reserved versions, and a reserved layer of a constant bit rate, end it silently.
+/// Errors: subscriptOutOfRange (a reserved sampling rate or bit rate), divisionByZero (a bit rate
+/// of 0, no frames, the reserved layer of a variable bit rate), overflow (a file of 256 MiB or
+/// more, an average above 32767 kbit/s).
+[[nodiscard]] Status decodeMp3Header(std::string_view digits, std::int64_t fileLength,
+                                     Mp3Info& info);
+
+} // namespace sonarith

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/text/windows_1252.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include <utf8proc.h>
+
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+/// Where the page differs from the code points of the same numbers: bytes 80 to 9F, as
+/// https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT has them.
+constexpr unsigned char firstSpecial = 0x80;
+constexpr std::array<std::int32_t, 32> specials = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, //
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, //
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, //
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+std::int32_t characterOf(unsigned char byte) {
+    return byte >= firstSpecial && byte < firstSpecial + specials.size()
+               ? specials[static_cast<std::size_t>(byte - firstSpecial)]
+               : byte;
+}
+
+char byteOf(std::int32_t character) {
+    const auto special = std::find(specials.begin(), specials.end(), character);
+    if (special != specials.end()) {
+        return static_cast<char>(firstSpecial + (special - specials.begin()));
+    }
+    const bool ofSameNumber =
+        (character >= 0 && character < firstSpecial) || (character >= 0xA0 && character <= 0xFF);
+    return ofSameNumber ? static_cast<char>(character) : '?';
+}
+
+/// Valid UTF-8 with letters and their accents as one character where there is one.
+std::string composed(std::string_view text) {
+    utf8proc_uint8_t* result = nullptr;
+    const utf8proc_ssize_t length =
+        utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                     static_cast<utf8proc_ssize_t>(text.size()), &result,
+                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
+    // It fails for want of memory alone, and the text is then taken as it is.
+    return length < 0 ? std::string(text)
+                      : std::string(reinterpret_cast<const char*>(result),
+                                    static_cast<std::size_t>(length));
+}
+
+/// How many bytes of `text` are valid UTF-8 from its start.
+std::size_t validBytes(std::string_view text) {
+    std::size_t valid = 0;
+    for (std::size_t length = characterBytes(text); length > 0;
+         length = characterBytes(text.substr(valid))) {
+        valid += length;
+    }
+    return valid;
+}
+
+} // namespace
+
+std::string textOfWindows1252(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        std::array<utf8proc_uint8_t, 4> encoded{};
+        const auto length =
+            utf8proc_encode_char(characterOf(static_cast<unsigned char>(byte)), encoded.data());
+        text.append(reinterpret_cast<const char*>(encoded.data()),
+                    static_cast<std::size_t>(length));
+    }
+    return text;
+}
+
+std::string windows1252Of(std::string_view text) {
+    std::string bytes;
+    while (!text.empty()) {
+        const std::size_t valid = validBytes(text);
+        for (const std::int32_t character : charactersOf(composed(text.substr(0, valid)))) {
+            bytes += byteOf(character);
+        }
+        text.remove_prefix(valid);
+        if (!text.empty()) {
+            bytes += '?';
+            text.remove_prefix(1);
+        }
+    }
+    return bytes;
+}
+
+} // namespace sonarith
