@@ -4,6 +4,7 @@
 
 #include "conversion/conversion_worker.h"
 #include "conversion/decoding_driver.h"
+#include "conversion/wav_head.h"
 #include "forms/windows.h"
 #include "platform/platform.h"
 #include "settings/process_state.h"
@@ -14,10 +15,13 @@ namespace sonarith {
 struct Conversion {
     /// All outlive this.
     Conversion(const Platform& platform, ProcessState& process, Windows& windows, FileAdder& adder)
-        : worker(platform, process, windows), driver(platform, process, windows, adder) {}
+        : worker(platform, process, windows),
+          driver(platform, process, windows, adder),
+          wavHead(platform.files) {}
 
     ConversionWorker worker;
     DecodingDriver driver;
+    WavHeadReader wavHead;
 };
 
 } // namespace sonarith

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "conversion/number_bases.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace sonarith {
+namespace {
+
+TEST(ConvertBase, WritesANumberInAnotherBase) {
+    EXPECT_EQ(ConvertBase("68", 10, 16), "44");
+    EXPECT_EQ(ConvertBase("255", 10, 16), "FF");
+    EXPECT_EQ(ConvertBase("0", 10, 16), "0");
+    EXPECT_EQ(ConvertBase("000", 10, 16), "0");
+    EXPECT_EQ(ConvertBase("15", 10, 16), "F");
+    EXPECT_EQ(ConvertBase("16", 10, 16), "10");
+    EXPECT_EQ(ConvertBase("1010", 2, 10), "10");
+    EXPECT_EQ(ConvertBase("ZZ", 36, 2), "10100001111");
+    EXPECT_EQ(ConvertBase("1295", 10, 36), "ZZ");
+    EXPECT_EQ(ConvertBase("0042", 10, 10), "42");
+}
+
+TEST(ConvertBase, TakesLettersOfEitherCase) {
+    EXPECT_EQ(ConvertBase("ff", 16, 10), "255");
+    EXPECT_EQ(ConvertBase("Ff", 16, 10), "255");
+    EXPECT_EQ(ConvertBase("z", 36, 10), "35");
+}
+
+TEST(ConvertBase, EveryByteComesBack) {
+    for (std::int16_t base = 2; base <= 36; ++base) {
+        for (int byte = 0; byte < 256; ++byte) {
+            const std::string digits = ConvertBase(std::to_string(byte), 10, base);
+            EXPECT_EQ(ConvertBase(digits, base, 10), std::to_string(byte)) << base;
+        }
+    }
+}
+
+TEST(ConvertBase, RefusesWhatIsNoNumberOfTheBase) {
+    for (const char* text : {"12", "2", "1 ", " 1", "-1", "1.0", "\xc3\xa4", "@", "[", "/", ":"}) {
+        EXPECT_EQ(ConvertBase(text, 2, 10), "Error") << text;
+    }
+    EXPECT_EQ(ConvertBase("g", 16, 10), "Error");
+    EXPECT_EQ(ConvertBase("A", 10, 10), "Error");
+}
+
+TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
+    EXPECT_EQ(ConvertBase("", 10, 16), "Error");
+    for (const std::int16_t base : {-32768, -2, 0, 37, 32767}) {
+        EXPECT_EQ(ConvertBase("1", base, 10), "Error") << base;
+        EXPECT_EQ(ConvertBase("1", 10, base), "Error") << base;
+    }
+    EXPECT_EQ(ConvertBase("0", 1, 10), "Error");
+}
+
+TEST(ConvertBase, TakesBase1ForItsResult) {
+    // Above 0 it would never end, as no digit of that base is taken off the number.
+    EXPECT_EQ(ConvertBase("0", 10, 1), "0");
+}
+
+TEST(ConvertBase, IsExactUpTo53BitsAndEndsAboveThem) {
+    EXPECT_EQ(ConvertBase("9007199254740991", 10, 16), "1FFFFFFFFFFFFF");
+    EXPECT_EQ(ConvertBase("18446744073709551616", 10, 16), "10000000000000000");
+    EXPECT_EQ(ConvertBase(std::string(2000, '9'), 10, 16), "Error");
+    for (std::int16_t base = 2; base <= 36; ++base) {
+        EXPECT_FALSE(ConvertBase(std::string(300, '7'), 10, base).empty());
+    }
+}
+
+TEST(ModDouble, RoundsTheQuotientDownwards) {
+    EXPECT_EQ(ModDouble(68, 16).value(), 4);
+    EXPECT_EQ(ModDouble(64, 16).value(), 0);
+    EXPECT_EQ(ModDouble(5.5, 2).value(), 1.5);
+    // A truncated remainder would have the sign of the number.
+    EXPECT_EQ(ModDouble(-1, 16).value(), 15);
+    EXPECT_EQ(ModDouble(1, -16).value(), -15);
+    EXPECT_EQ(ModDouble(-17, -16).value(), -1);
+}
+
+TEST(ModDouble, FailsForNoDivisor) {
+    EXPECT_EQ(ModDouble(1, 0).error().number, ErrorNumber::divisionByZero);
+    EXPECT_EQ(ModDouble(0, 0).error().number, ErrorNumber::divisionByZero);
+}
+
+} // namespace
+} // namespace sonarith
