@@ -8,6 +8,7 @@
 #include "platform/active_mp3.h"
 #include "platform/controls/active_mp3_host.h"
 #include "platform/controls/basic_controls.h"
+#include "platform/controls/common_dialog.h"
 #include "platform/controls/form.h"
 #include "platform/controls/list_box.h"
 
@@ -36,14 +37,19 @@ class FrmPlayList : public Form {
     CommandButton Command2{*this, "Command2", "Rename File"};
     CommandButton Command10{*this, "Command10", "Delete  File"}; ///< two blanks
     CommandButton cmdTag{*this, "cmdTag", " Write tag"};         ///< a leading blank
-    ListBox List1{*this, "List1"};                               ///< header lines
+    CommonDialog CommonDialog2{*this};
+    ListBox List1{*this, "List1"}; ///< header lines
 
-    /// The boxes Text4(1) to Text4(8): artist, title, album, year, comment, genre number, whether
-    /// there is a tag, length.
+    static constexpr std::size_t text4Count = 8;
+    /// What is written beside Text4(1) to Text4(8).
+    static constexpr std::array<const char*, text4Count> text4Labels = {
+        "Artist", "Title", "Album", "Year", "Comment", "Genre", "HasTag", "Length"};
+    /// The boxes Text4(1) to Text4(8): the tag's fields with the genre as its number, whether there
+    /// is a tag, and the file's length.
     [[nodiscard]] TextBox& Text4(std::size_t number) { return text4_.at(number - 1); }
 
   private:
-    std::array<TextBox, 8> text4_;
+    std::array<TextBox, text4Count> text4_;
 };
 
 } // namespace sonarith

@@ -23,6 +23,8 @@ class FakeFileDialog final : public FileDialog {
     /// What each dialog was shown with, oldest first: those for opening, and those for saving.
     std::vector<FileDialogRequest> opened;
     std::vector<FileDialogRequest> savings;
+    /// In place of a choice: every dialog fails with it.
+    std::optional<Error> failure;
     /// Runs while a dialog is up.
     std::function<void()> whileUp;
 
@@ -39,6 +41,9 @@ class FakeFileDialog final : public FileDialog {
     Result<std::string> answer() {
         if (whileUp) {
             whileUp();
+        }
+        if (failure) {
+            return *failure;
         }
         std::optional<std::string> choice;
         if (!choices.empty()) {

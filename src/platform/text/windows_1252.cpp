@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include <utf8proc.h>
 
@@ -55,14 +56,21 @@ std::string composed(std::string_view text) {
                                     static_cast<std::size_t>(length));
 }
 
-/// How many bytes of `text` are valid UTF-8 from its start.
-std::size_t validBytes(std::string_view text) {
-    std::size_t valid = 0;
-    for (std::size_t length = characterBytes(text); length > 0;
-         length = characterBytes(text.substr(valid))) {
-        valid += length;
+bool isAccent(std::string_view character) {
+    return utf8proc_get_property(charactersOf(character).front())->combining_class != 0;
+}
+
+/// How many bytes the character has that `text` begins with, and the accents behind it; 0 for a
+/// byte that is no character.
+std::size_t bytesWithAccents(std::string_view text) {
+    std::size_t bytes = characterBytes(text);
+    std::size_t next = bytes;
+    while (next > 0) {
+        next = characterBytes(text.substr(bytes));
+        next = next > 0 && isAccent(text.substr(bytes, next)) ? next : 0;
+        bytes += next;
     }
-    return valid;
+    return bytes;
 }
 
 } // namespace
@@ -83,15 +91,19 @@ std::string textOfWindows1252(std::string_view bytes) {
 std::string windows1252Of(std::string_view text) {
     std::string bytes;
     while (!text.empty()) {
-        const std::size_t valid = validBytes(text);
-        for (const std::int32_t character : charactersOf(composed(text.substr(0, valid)))) {
-            bytes += byteOf(character);
-        }
-        text.remove_prefix(valid);
-        if (!text.empty()) {
+        const std::size_t length = bytesWithAccents(text);
+        if (length == 0) {
             bytes += '?';
             text.remove_prefix(1);
+            continue;
         }
+        const std::vector<std::int32_t> given = charactersOf(text.substr(0, length));
+        const std::vector<std::int32_t> combined = charactersOf(composed(text.substr(0, length)));
+        // Unicode takes some characters apart that it does not put together again.
+        for (const std::int32_t character : combined.size() <= given.size() ? combined : given) {
+            bytes += byteOf(character);
+        }
+        text.remove_prefix(length);
     }
     return bytes;
 }

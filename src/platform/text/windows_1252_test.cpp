@@ -45,6 +45,8 @@ TEST(Windows1252, WritesAQuestionMarkForEachCharacterThatItHasNot) {
     EXPECT_EQ(windows1252Of("a\xc5\x82\xe4\xb8\xad\xf0\x9f\x8e\xb5z"), "a???z");
     EXPECT_EQ(windows1252Of("\xff\xc3q\xe4\xb8"), "??q??");
     EXPECT_EQ(windows1252Of(""), "");
+    // One that Unicode would make two of.
+    EXPECT_EQ(windows1252Of("a\xe0\xa5\x98z"), "a?z");
 }
 
 TEST(Windows1252, ComposesAccents) {

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A file dialog as a part of a form: what it was last given and what it last chose stay with it
+// from one use to the next, until the form is loaded again.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "platform/controls/form.h"
+#include "platform/file_dialog.h"
+
+namespace sonarith {
+
+class CommonDialog : public FormPart {
+  public:
+    explicit CommonDialog(Form& owner) { owner.adopt(*this); }
+
+    /// Where the dialog opens: a folder, or a file in it.
+    std::string InitDir;
+    /// The name that the dialog begins with; afterwards the path that was chosen, or what it was
+    /// before if none was.
+    std::string FileName;
+
+    /// Shows the dialog with these properties in place of the request's own. Yields. Errors:
+    /// dialogCancelled (32755), and what else the dialog fails with.
+    Status ShowOpen(FileDialog& dialog, FileDialogRequest request) {
+        return taken(dialog.open(filled(std::move(request))));
+    }
+    Status ShowSave(FileDialog& dialog, FileDialogRequest request) {
+        return taken(dialog.save(filled(std::move(request))));
+    }
+
+  private:
+    [[nodiscard]] FileDialogRequest filled(FileDialogRequest request) const {
+        request.initialFolder = InitDir;
+        request.fileName = FileName;
+        return request;
+    }
+    Status taken(const Result<std::string>& chosen) {
+        chosen.storeIn(FileName);
+        return chosen.ok() ? Status() : Status(chosen.error());
+    }
+    void atLoad() override {
+        InitDir.clear();
+        FileName.clear();
+    }
+};
+
+} // namespace sonarith

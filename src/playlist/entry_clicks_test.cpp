@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playlist/entry_clicks.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+#include "support/playlist_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+class EntryClicksTest : public test::PlaylistWorld {
+  protected:
+    void tick() { ASSERT_TRUE(editor.Check11.setValue(1).ok()); }
+    /// Whether a click entered the file into the work tree.
+    [[nodiscard]] bool inTree(const std::string& text) {
+        const TreeView& tree = mainForm.TreeView1;
+        for (int i = 1; i <= tree.count(); ++i) {
+            if (tree.node(i)->text() == text) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+// --- the click -------------------------------------------------------------------------------
+
+TEST_F(EntryClicksTest, TakesTheFileInHandAndReadsIt) {
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    open({pathA, pathB});
+    choose(1);
+    EXPECT_EQ(editor.Text5.text(), pathB);
+    EXPECT_EQ(editor.Text4(2).text(), "Title B");
+    EXPECT_EQ(editor.List1.listCount(), 12);
+    choose(0);
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+    EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+}
+
+TEST_F(EntryClicksTest, CutsBlanksAroundTheEntry) {
+    addMp3(pathA, "Title A");
+    open({"  " + pathA + " "});
+    choose(0);
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+}
+
+TEST_F(EntryClicksTest, OfAnEmptyListDoesNothing) {
+    open({});
+    editor.Text5.setText("kept");
+    tick();
+    run(editor.List2.onClick);
+    EXPECT_EQ(editor.Text5.text(), "kept");
+    EXPECT_EQ(loop.yieldCount(), 0);
+}
+
+TEST_F(EntryClicksTest, AnEmptyLineSaysThatThereIsNoData) {
+    store.put("music", "HowMany", "1");
+    editor.load();
+    choose(0);
+    EXPECT_THAT(boxes.texts(), ElementsAre("File contains no data"));
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+// --- adding to the work tree -----------------------------------------------------------------
+
+TEST_F(EntryClicksTest, WithATickTheFileEntersTheWorkTree) {
+    addMp3(pathA, "Title A");
+    open({pathA});
+    tick();
+    choose(0);
+    EXPECT_THAT(lines(mainForm.List2), ElementsAre(pathA));
+    EXPECT_TRUE(inTree(pathA));
+}
+
+TEST_F(EntryClicksTest, TheHeaderIsReadBeforeTheFileIsAdded) {
+    addMp3(pathA, "Title A");
+    open({pathA});
+    tick();
+    loop.atYield(1, [&] { EXPECT_THAT(lines(mainForm.List2), IsEmpty()); });
+    bool shown = false;
+    loop.after(200ms, [&] {
+        shown = editor.List1.listCount() == 12;
+        EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+    });
+    choose(0);
+    EXPECT_TRUE(shown);
+}
+
+TEST_F(EntryClicksTest, AFileThatTheMainListKnowsIsNotAdded) {
+    addMp3(pathA, "Title A");
+    open({pathA});
+    mainForm.List2.addItem(pathA);
+    tick();
+    const auto before = loop.now();
+    choose(0);
+    EXPECT_EQ(loop.now(), before);
+    EXPECT_FALSE(inTree(pathA));
+}
+
+TEST_F(EntryClicksTest, LinesOfTheMainListArePatterns) {
+    addMp3(pathA, "Title A");
+    open({" " + pathA});
+    mainForm.List2.addItem("c:\\*.mp3");
+    tick();
+    choose(0);
+    EXPECT_FALSE(inTree(pathA));
+}
+
+TEST_F(EntryClicksTest, LooksAtAsManyLinesAsThePlaylistHas) {
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    open({pathA});
+    mainForm.List2.addItem("other");
+    mainForm.List2.addItem("c:\\music\\A.mp3");
+    mainForm.List2.addItem(pathA);
+    tick();
+    const auto before = loop.now();
+    choose(0);
+    // The third line is beyond the bound, so that the adder is asked, which takes its time.
+    EXPECT_GE(loop.now() - before, 300ms);
+    EXPECT_TRUE(inTree(pathA));
+    // Once the playlist is as long, it is found there.
+    editor.List2.addItem(pathB);
+    editor.List2.addItem(pathC);
+    const auto again = loop.now();
+    choose(0);
+    EXPECT_EQ(loop.now(), again);
+}
+
+TEST_F(EntryClicksTest, AShorterMainListMatchesNothingBehindItsEnd) {
+    addMp3(pathA, "Title A");
+    open({pathA, pathB, pathC});
+    tick();
+    choose(0);
+    EXPECT_TRUE(inTree(pathA));
+}
+
+TEST_F(EntryClicksTest, TheEntryIsAddedAsItStandsInTheList) {
+    // The blank before it makes it the name of another file.
+    addMp3(" " + pathA, "Title");
+    addMp3(pathA, "Title");
+    open({"  " + pathA});
+    tick();
+    choose(0);
+    EXPECT_EQ(editor.Text4(2).text(), "Title");
+    EXPECT_THAT(lines(mainForm.List2), Not(Contains(pathA)));
+}
+
+TEST_F(EntryClicksTest, WithoutATickNothingIsAdded) {
+    addMp3(pathA, "Title A");
+    open({pathA});
+    choose(0);
+    loop.advance(1s);
+    EXPECT_FALSE(inTree(pathA));
+    EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+}
+
+TEST_F(EntryClicksTest, AClickInTheYieldLeavesTheOtherEntryForBoth) {
+    // What is selected when the tick is asked for counts, not what was clicked first.
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    open({pathA, pathB});
+    loop.atYield(1, [&] {
+        choose(1);
+        tick();
+    });
+    choose(0);
+    EXPECT_THAT(lines(mainForm.List2), ElementsAre(pathB));
+    EXPECT_EQ(editor.Text5.text(), pathB);
+}
+
+// --- playing ---------------------------------------------------------------------------------
+
+TEST_F(EntryClicksTest, PlaysTheSelectedEntry) {
+    open({pathA, "  " + pathB + " "});
+    select(1);
+    editor.Command11.click();
+    EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathB, "Play"));
+}
+
+TEST_F(EntryClicksTest, PlayStopsNothingFirst) {
+    open({pathA, pathB});
+    select(0);
+    editor.Command11.click();
+    select(1);
+    editor.Command11.click();
+    EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathA, "Play", "SourceFile " + pathB, "Play"));
+    EXPECT_TRUE(editor.Command11.enabled());
+    EXPECT_TRUE(editor.Command12.enabled());
+}
+
+TEST_F(EntryClicksTest, PlaysAnEmptyPathWithNothingSelected) {
+    open({pathA});
+    editor.Command11.click();
+    EXPECT_THAT(mp3.log, ElementsAre("SourceFile ", "Play"));
+}
+
+TEST_F(EntryClicksTest, PlaysNothingOfAnEmptyList) {
+    open({});
+    editor.Command11.click();
+    EXPECT_THAT(mp3.log, IsEmpty());
+}
+
+TEST_F(EntryClicksTest, ASourceThatFailsIsNotPlayed) {
+    open({pathA});
+    select(0);
+    mp3.failSource = Error{ErrorNumber::fileNotFound, "File not found"};
+    editor.Command11.click();
+    EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathA));
+}
+
+TEST_F(EntryClicksTest, StopsWhetherItPlaysOrNot) {
+    open({});
+    editor.Command12.click();
+    mp3.failStop = Error{ErrorNumber::deviceUnavailable, ""};
+    editor.Command12.click();
+    EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(EntryClicksTest, PlaysWithAControlOfItsOwn) {
+    const int before = mp3.created;
+    open({pathA});
+    EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
+    // Closing the window destroys the control, and so ends the playing.
+    editor.unload();
+    EXPECT_EQ(mp3.created, before + 1);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playlist/file_operations.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+#include "support/playlist_world.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using test::FakeFileSystem;
+using test::ShownBox;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const ShownBox deletionQuestion{"Are you sure you want to delete this file?", BoxIcon::warning,
+                                BoxButtons::yesNoCancel, "Delete File"};
+const ShownBox noDataBox{"File contains no data"};
+
+class FileDeletionTest : public test::PlaylistWorld {
+  protected:
+    /// The window with three files, all of them entries.
+    void openThree() {
+        addMp3(pathA, "Title A");
+        addMp3(pathB, "Title B");
+        addMp3(pathC, "Title C");
+        open({pathA, pathB, pathC});
+    }
+    void remove(const std::string& path, BoxAnswer answer = BoxAnswer::yes) {
+        editor.Text5.setText(path);
+        boxes.answers = {answer};
+        editor.Command10.click();
+    }
+    static ShownBox deleted(const std::string& path) { return {path + " has been Deleted"}; }
+};
+
+TEST_F(FileDeletionTest, AsksDeletesReportsAndDelists) {
+    openThree();
+    choose(1);
+    remove(pathB);
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB)));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+    EXPECT_EQ(store.fileWrites, 1);
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_THAT(boxes4(), Each(""));
+    EXPECT_THAT(lines(editor.List1), IsEmpty());
+}
+
+TEST_F(FileDeletionTest, DoesNothingForBlanks) {
+    openThree();
+    for (const char* nothing : {"", "  "}) {
+        remove(nothing);
+    }
+    EXPECT_THAT(boxes.shown, IsEmpty());
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(FileDeletionTest, NoAndCancelLeaveTheBareLength) {
+    for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
+        openThree();
+        choose(0);
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes");
+        remove(pathA, answer);
+        EXPECT_EQ(editor.Text4(8).text(), "48000");
+        EXPECT_TRUE(disk.fileExists(pathA));
+        EXPECT_EQ(editor.Text5.text(), pathA);
+        EXPECT_EQ(editor.List1.listCount(), 12);
+        EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+        EXPECT_THAT(store.writes, IsEmpty());
+        editor.unload();
+    }
+}
+
+TEST_F(FileDeletionTest, AnEmptyFileGoesWithoutAQuestionAndKeepsItsEntry) {
+    openThree();
+    choose(1);
+    disk.addFile(pathB, "");
+    const int yields = loop.yieldCount();
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(noDataBox));
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_EQ(editor.Text5.text(), pathB);
+    EXPECT_EQ(editor.Text4(8).text(), "0");
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_GT(loop.yieldCount(), yields + 1);
+}
+
+TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAndDelisted) {
+    openThree();
+    choose(1);
+    disk.addFile(pathB, "");
+    disk.failWith(FakeFileSystem::Operation::removeFile, pathB, ErrorNumber::permissionDenied);
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(noDataBox, deleted(pathB)));
+    EXPECT_TRUE(disk.fileExists(pathB));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_THAT(boxes4(), Each(""));
+}
+
+TEST_F(FileDeletionTest, OnThatWayAFailedCompactionEndsTheProcedure) {
+    openThree();
+    disk.addFile("c:\\other.mp3", "");
+    disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",
+                  ErrorNumber::permissionDenied);
+    remove("c:\\other.mp3");
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_EQ(editor.Text5.text(), "c:\\other.mp3");
+    EXPECT_EQ(editor.Text4(8).text(), "0");
+    EXPECT_EQ(store.held("music", "-1"), "");
+}
+
+TEST_F(FileDeletionTest, AFileThatIsGoneIsReportedAndTheRestBreaksOff) {
+    openThree();
+    choose(1);
+    EXPECT_TRUE(disk.removeFile(pathB).ok());
+    disk.log.clear();
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deleted(pathB)));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_EQ(editor.Text5.text(), pathB);
+    EXPECT_EQ(editor.Text4(8).text(), "48000 bytes");
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(FileDeletionTest, AFileThatComesBackWhileItIsReportedIsDelistedAfterAll) {
+    openThree();
+    choose(1);
+    EXPECT_TRUE(disk.removeFile(pathB).ok());
+    boxes.whileUp = [&](const ShownBox&) {
+        addMp3(pathB, "again");
+    };
+    remove(pathB);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+    EXPECT_TRUE(disk.fileExists(pathB));
+}
+
+TEST_F(FileDeletionTest, ADeletionThatFailsIsReportedAllTheSame) {
+    openThree();
+    choose(1);
+    for (const auto operation :
+         {FakeFileSystem::Operation::touchForWriting, FakeFileSystem::Operation::removeFile}) {
+        disk.failWith(operation, pathB, ErrorNumber::permissionDenied);
+    }
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB)));
+    EXPECT_TRUE(disk.fileExists(pathB));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+TEST_F(FileDeletionTest, TakesThePathWithoutBlanksButFindsItsEntryWithThem) {
+    openThree();
+    remove("  " + pathB + " ");
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB)));
+    // No entry matches and none is selected: the list stays, the boxes are cleared.
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_THAT(store.writes, ElementsAre(test::StoreWrite{"music", "-1", ""}));
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_THAT(boxes4(), Each(""));
+}
+
+TEST_F(FileDeletionTest, WithoutAMatchTheSelectedEntryGoes) {
+    openThree();
+    addMp3("c:\\other.mp3", "Other");
+    choose(2);
+    remove("c:\\other.mp3");
+    EXPECT_FALSE(disk.fileExists("c:\\other.mp3"));
+    EXPECT_TRUE(disk.fileExists(pathC));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+}
+
+TEST_F(FileDeletionTest, SelectsTheFirstEntryThatMatches) {
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    open({pathA, "c:\\*b.mp3", pathB});
+    select(2);
+    remove(pathB);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+}
+
+TEST_F(FileDeletionTest, SelectingAnotherEntryIsAClickOnIt) {
+    openThree();
+    choose(0);
+    remove(pathB);
+    // The click reads the deleted file.
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_THAT(boxes4(), Each(""));
+}
+
+TEST_F(FileDeletionTest, ClearsTheBoxesAfterTheReport) {
+    openThree();
+    choose(1);
+    boxes.whileUp = [&](const ShownBox& box) {
+        if (box == deleted(pathB)) {
+            EXPECT_EQ(editor.Text5.text(), pathB);
+            // The length that the file had.
+            EXPECT_EQ(editor.Text4(8).text(), "48000");
+            EXPECT_EQ(editor.Text4(2).text(), "Title B");
+            EXPECT_EQ(editor.List2.listCount(), 3);
+        }
+    };
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, Contains(deleted(pathB)));
+}
+
+// --- what comes in between -------------------------------------------------------------------
+
+TEST_F(FileDeletionTest, AClickWhileTheFileIsDeletedTakesAnotherFileInHand) {
+    openThree();
+    choose(0);
+    loop.after(100ms, [&] { choose(2); });
+    remove(pathA);
+    EXPECT_FALSE(disk.fileExists(pathA));
+    EXPECT_TRUE(disk.fileExists(pathC));
+    // The report names what is in hand by then, and its entry goes.
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+    EXPECT_EQ(editor.Text5.text(), "");
+}
+
+TEST_F(FileDeletionTest, AClickInAnyYieldEndsWithTheListAndTheStoreAgreeing) {
+    openThree();
+    choose(0);
+    const int before = loop.yieldCount();
+    remove(pathA);
+    const int yields = loop.yieldCount() - before;
+    ASSERT_GT(yields, 3);
+    for (int yield = 1; yield <= yields; ++yield) {
+        SCOPED_TRACE(yield);
+        editor.unload();
+        openThree();
+        choose(0);
+        boxes.shown.clear();
+        bool clicked = false;
+        loop.atYield(yield, [&] {
+            choose(2);
+            clicked = true;
+        });
+        remove(pathA);
+        EXPECT_TRUE(clicked);
+        EXPECT_FALSE(disk.fileExists(pathA));
+        EXPECT_TRUE(disk.fileExists(pathB));
+        EXPECT_TRUE(disk.fileExists(pathC));
+        EXPECT_EQ(lines(editor.List2), inStore());
+        EXPECT_EQ(editor.List2.listCount(), 2);
+        EXPECT_EQ(editor.Text5.text(), "");
+    }
+}
+
+TEST_F(FileDeletionTest, ABoxEmptiedInTheYieldStopsItWithoutADelisting) {
+    openThree();
+    choose(1);
+    loop.after(100ms, [&] {
+        editor.Text4(8).setText("  ");
+        editor.Text5.setText(pathB);
+    });
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, noDataBox));
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
+    EXPECT_EQ(editor.Text5.text(), pathB);
+}
+
+TEST_F(FileDeletionTest, AWindowClosedMeanwhileStillLeavesTheStoreRight) {
+    openThree();
+    choose(1);
+    loop.after(100ms, [&] { editor.unload(); });
+    remove(pathB);
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+}
+
+} // namespace
+} // namespace sonarith

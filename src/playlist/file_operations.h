@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Renames and deletes the file in hand (Text5). The list follows a deletion in the store, and a
+// rename on the screen alone.
+#pragma once
+
+#include <string>
+
+#include "forms/frm_playlist.h"
+#include "platform/platform.h"
+#include "platform/result.h"
+#include "playlist/playlist_entries.h"
+
+namespace sonarith {
+
+class FileOperations {
+  public:
+    /// Becomes the handler of Command2 and Command10. All outlive this.
+    FileOperations(const Platform& platform, FrmPlayList& form, PlaylistEntries& entries);
+    FileOperations(const FileOperations&) = delete;
+    FileOperations& operator=(const FileOperations&) = delete;
+
+    /// "Rename File": to a path chosen in a dialog. Asks whether an existing file is to be
+    /// overwritten, and never overwrites one. A file that was in no entry becomes one.
+    void Command2_Click();
+    /// "Delete  File": asks, deletes, reports the file as deleted whether it is or not, and removes
+    /// its entry. An empty file is deleted without asking and keeps its entry. Yields.
+    void Command10_Click();
+
+  private:
+    /// How a deletion's first half ended.
+    enum class Deletion {
+        over,  ///< nothing follows
+        tried, ///< from now on failures of single steps are passed over
+        broken ///< a step failed; the next failure ends the procedure
+    };
+
+    Status renameFile();
+    void renameEntries(const std::string& target);
+    [[nodiscard]] Deletion deleteFile();
+    [[nodiscard]] Deletion deleteEmptyFile();
+    Status reportAndDelist(Deletion deletion);
+    Status showLength();
+    void selectEntry();
+    void clearDisplay();
+    /// The path in hand.
+    [[nodiscard]] std::string path() const;
+
+    const Platform& platform_;
+    FrmPlayList& form_;
+    PlaylistEntries& entries_;
+};
+
+} // namespace sonarith

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playlist/header_display.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+#include "support/playlist_world.h"
+
+namespace sonarith {
+namespace {
+
+using test::commonHeader;
+using test::FakeFileSystem;
+using test::Mp3Bytes;
+using test::ShownBox;
+using test::tagOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HeaderDisplayTest : public test::PlaylistWorld {
+  protected:
+    HeaderDisplayTest() { editor.load(); }
+
+    void read(const std::string& path) {
+        editor.Text5.setText(path);
+        editor.cmdHdr2.click();
+    }
+    [[nodiscard]] std::string line(int index) const { return editor.List1.list(index); }
+};
+
+// --- reading ---------------------------------------------------------------------------------
+
+TEST_F(HeaderDisplayTest, ShowsTwelveLinesAndTheTag) {
+    disk.addFile(pathA, Mp3Bytes(4'000'000)
+                            .header(1, 0xFFFA936D)
+                            .end(tagOf("Title", "Artist", "Album", "1999", "Comment", 17))
+                            .content);
+    read(pathA);
+    EXPECT_THAT(lines(editor.List1),
+                ElementsAre("Bitrate            128", "Frequency       44100",
+                            "Duration          250", "MpegVersion   1", "MpegLayer      3",
+                            "Original           yes", "Emphasis        50/15",
+                            "CopyRight        yes", "Mode               joint stereo",
+                            "Padding           yes", "CRC                yes",
+                            "Private             yes"));
+    EXPECT_THAT(boxes4(), ElementsAre("Artist", "Title", "Album", "1999", "Comment", "17", "True",
+                                      "4000000 bytes"));
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(HeaderDisplayTest, ShowsAFileWithoutATag) {
+    disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).content);
+    read(pathA);
+    EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "1000 bytes"));
+}
+
+TEST_F(HeaderDisplayTest, ShowsOfAVariableRateItsAverageAlone) {
+    disk.addFile(pathA, Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 6000).content);
+    read(pathA);
+    EXPECT_EQ(editor.List1.listCount(), 12);
+    EXPECT_EQ(line(0), "Bitrate            204");
+    EXPECT_EQ(line(2), "Duration          156");
+    EXPECT_TRUE(playlist.header.info().IsVbr);
+}
+
+TEST_F(HeaderDisplayTest, CutsBlanksAroundThePathAndFieldsAtTheirFirstNull) {
+    disk.addFile(pathA, Mp3Bytes(1000)
+                            .header(1, commonHeader)
+                            .end(tagOf(test::padded("Title", 30, '\0'), std::string("Art\0ist", 7)))
+                            .content);
+    read("  " + pathA + "  ");
+    EXPECT_EQ(editor.Text4(2).text(), "Title");
+    EXPECT_EQ(editor.Text4(1).text(), "Art");
+    EXPECT_EQ(playlist.header.info().Title, test::padded("Title", 30, '\0'));
+    EXPECT_EQ(editor.Text5.text(), "  " + pathA + "  ");
+}
+
+TEST_F(HeaderDisplayTest, DoesNothingForBlanks) {
+    addMp3(pathA, "Title");
+    read(pathA);
+    const auto before = boxes4();
+    for (const char* nothing : {"", "   "}) {
+        read(nothing);
+        EXPECT_EQ(boxes4(), before);
+        EXPECT_EQ(editor.List1.listCount(), 12);
+    }
+}
+
+TEST_F(HeaderDisplayTest, ClearsAllButTheLastTwoBoxesFirst) {
+    addMp3(pathA, "Title");
+    read(pathA);
+    boxes.whileUp = [&](const ShownBox&) {
+        EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "", "True", "48000 bytes"));
+        EXPECT_THAT(lines(editor.List1), IsEmpty());
+        EXPECT_EQ(editor.Text5.text(), "c:\\none.mp3");
+    };
+    read("c:\\none.mp3");
+    EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
+}
+
+TEST_F(HeaderDisplayTest, SaysThatAFileBelow100BytesOrAMissingOneHasNoData) {
+    std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
+    for (const std::size_t length : {0U, 1U, 99U}) {
+        paths.push_back("c:\\" + std::to_string(length) + ".mp3");
+        disk.addFile(paths.back(), std::string(length, 'x'));
+    }
+    disk.addFile(pathA, std::string(500, 'x'));
+    disk.failWith(FakeFileSystem::Operation::fileLength, pathA, ErrorNumber::permissionDenied);
+    paths.push_back(pathA);
+    for (const std::string& path : paths) {
+        boxes.shown.clear();
+        read(path);
+        EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"})) << path;
+        EXPECT_EQ(editor.Text5.text(), "");
+        EXPECT_EQ(editor.Text4(8).text(), "");
+        EXPECT_THAT(lines(editor.List1), IsEmpty());
+    }
+}
+
+TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsTheHeaderOfTheFileBefore) {
+    addMp3(pathA, "Title A");
+    read(pathA);
+    const auto header = lines(editor.List1);
+    for (const std::size_t length : {100U, 127U, 128U, 255U}) {
+        disk.addFile(pathB, std::string(length, 'x'));
+        read(pathB);
+        EXPECT_EQ(lines(editor.List1), header);
+        EXPECT_EQ(editor.Text4(2).text(), "Title A");
+        EXPECT_EQ(editor.Text4(8).text(), std::to_string(length) + " bytes");
+    }
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(HeaderDisplayTest, AFailedHeaderIsThatOfTheFileBeforeBesideTheNewTag) {
+    addMp3(pathA, "Title A");
+    read(pathA);
+    disk.addFile(pathB, Mp3Bytes(1000).header(1, 0xFFFB0000).end(tagOf("Title B", "B")).content);
+    read(pathB);
+    EXPECT_EQ(line(2), "Duration          3");
+    EXPECT_EQ(editor.Text4(2).text(), "Title B");
+}
+
+TEST_F(HeaderDisplayTest, BeforeAnyHeaderAllIsZeroOrEmpty) {
+    disk.addFile(pathA, std::string(100, 'x'));
+    read(pathA);
+    EXPECT_EQ(line(0), "Bitrate            0");
+    EXPECT_EQ(line(8), "Mode               ");
+    EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "0", "False", "100 bytes"));
+}
+
+TEST_F(HeaderDisplayTest, TheRecordOutlivesTheWindow) {
+    addMp3(pathA, "Title A");
+    read(pathA);
+    editor.unload();
+    editor.load();
+    disk.addFile(pathB, std::string(100, 'x'));
+    read(pathB);
+    EXPECT_EQ(line(0), "Bitrate            128");
+}
+
+TEST_F(HeaderDisplayTest, AGenreOf32LeavesTheNumberOfTheFileBefore) {
+    disk.addFile(
+        pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "", "", "", "", 17)).content);
+    disk.addFile(
+        pathB, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "", "", "", "", 32)).content);
+    read(pathA);
+    read(pathB);
+    EXPECT_EQ(editor.Text4(6).text(), "17");
+}
+
+TEST_F(HeaderDisplayTest, YieldsOnceBetweenTheAnalysisAndTheDisplay) {
+    addMp3(pathA, "Title A");
+    bool seen = false;
+    loop.atYield(1, [&] {
+        seen = true;
+        EXPECT_EQ(playlist.header.info().Title, "Title A");
+        EXPECT_THAT(lines(editor.List1), IsEmpty());
+        EXPECT_EQ(editor.Text4(2).text(), "");
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes");
+    });
+    read(pathA);
+    EXPECT_TRUE(seen);
+    EXPECT_EQ(loop.yieldCount(), 1);
+}
+
+TEST_F(HeaderDisplayTest, AReadingWithinTheYieldShowsItsLinesTwice) {
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    loop.atYield(1, [&] { read(pathB); });
+    read(pathA);
+    EXPECT_EQ(editor.List1.listCount(), 24);
+    EXPECT_EQ(editor.Text4(2).text(), "Title B");
+    EXPECT_EQ(editor.Text5.text(), pathB);
+}
+
+TEST_F(HeaderDisplayTest, ReadsHeadAndTailOfTheFileAlone) {
+    addMp3(pathA, "Title A");
+    disk.log.clear();
+    read(pathA);
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read",
+                                      "readBinary c:\\music\\a.mp3 0 5047",
+                                      "readBinary c:\\music\\a.mp3 47744 256"));
+}
+
+// --- browsing --------------------------------------------------------------------------------
+
+TEST_F(HeaderDisplayTest, TakesTheChosenFileInHandAndReadsIt) {
+    addMp3(pathA, "Title A");
+    dialog.choices = {pathA};
+    editor.Text5.setText("  " + pathB + " ");
+    editor.cmdHdr1.click();
+    ASSERT_EQ(dialog.opened.size(), 1U);
+    EXPECT_EQ(dialog.opened[0].initialFolder, pathB);
+    EXPECT_EQ(dialog.opened[0].fileName, "");
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_EQ(editor.Text4(8).text(), "48000 bytes");
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+    EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
+}
+
+TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileItWorks) {
+    addMp3(pathA, "Title A");
+    dialog.choices = {pathA};
+    dialog.whileUp = [&] {
+        EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass));
+    };
+    loop.atYield(1, [&] { EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass)); });
+    editor.cmdHdr1.click();
+    EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
+}
+
+TEST_F(HeaderDisplayTest, AFirstCancelDoesNothing) {
+    addMp3(pathA, "Title A");
+    editor.Text5.setText(pathA);
+    editor.cmdHdr1.click();
+    EXPECT_EQ(editor.List1.listCount(), 0);
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
+}
+
+TEST_F(HeaderDisplayTest, ALaterCancelReadsWhatIsInHand) {
+    addMp3(pathA, "Title A");
+    addMp3(pathB, "Title B");
+    dialog.choices = {pathA, std::nullopt};
+    editor.cmdHdr1.click();
+    editor.Text5.setText(pathB);
+    editor.cmdHdr1.click();
+    EXPECT_EQ(dialog.opened.back().fileName, pathA);
+    EXPECT_EQ(editor.Text5.text(), pathB);
+    EXPECT_EQ(editor.Text4(2).text(), "Title B");
+}
+
+TEST_F(HeaderDisplayTest, ANewWindowHasNoNameOfAPreviousUse) {
+    addMp3(pathA, "Title A");
+    dialog.choices = {pathA, std::nullopt};
+    editor.cmdHdr1.click();
+    editor.unload();
+    editor.load();
+    editor.Text5.setText(pathA);
+    editor.cmdHdr1.click();
+    EXPECT_EQ(editor.List1.listCount(), 0);
+}
+
+TEST_F(HeaderDisplayTest, AnotherFailureOfTheDialogTakesThePreviousNameAgain) {
+    addMp3(pathA, "Title A");
+    dialog.choices = {pathA};
+    editor.cmdHdr1.click();
+    editor.Text5.setText(pathB);
+    dialog.failure = Error{ErrorNumber::badFileName, "Bad file name or number"};
+    editor.cmdHdr1.click();
+    EXPECT_EQ(editor.Text5.text(), pathA);
+}
+
+TEST_F(HeaderDisplayTest, AChosenFileThatIsGoneShowsNoData) {
+    dialog.choices = {pathA};
+    editor.Text4(8).setText("before");
+    editor.cmdHdr1.click();
+    EXPECT_THAT(boxes.texts(), ElementsAre("File contains no data"));
+    EXPECT_EQ(editor.Text4(8).text(), "before");
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
+}
+
+} // namespace
+} // namespace sonarith

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playlist/playlist_entries.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/centred_form.h"
+#include "platform/text/blanks.h"
+#include "platform/text/numbers.h"
+#include "platform/text/wildcard.h"
+
+namespace sonarith {
+
+namespace {
+
+constexpr const char* countKey = "HowMany";
+/// The default of every key; as the value of an entry it stands for a missing one.
+constexpr const char* missing = "0";
+constexpr const char* emptyLine = "Empty";
+
+/// Ten times the longest list that the window is built for. A spoiled count would fill the list,
+/// and the memory, with lines "Empty".
+constexpr std::int32_t mostEntries = 100'000;
+
+std::string readText(const SettingsStore& store, const std::string& key) {
+    return store.GetSetting(applicationName, playlistSection, key, missing);
+}
+
+/// 0 for a count that is no number.
+std::int32_t storedCount(const SettingsStore& store) {
+    return std::min(toInteger32(readText(store, countKey)).valueOr(0), mostEntries);
+}
+
+bool isMp3(const std::string& entry) {
+    return entry.ends_with("mp3") || entry.ends_with("MP3");
+}
+
+} // namespace
+
+std::vector<std::string> playlistPathKeys(const SettingsStore& store) {
+    std::vector<std::string> keys;
+    const std::int32_t count = storedCount(store);
+    for (std::int32_t i = 1; i <= count; ++i) {
+        keys.push_back(std::to_string(i));
+    }
+    return keys;
+}
+
+PlaylistEntries::PlaylistEntries(const Platform& platform, FrmPlayList& form)
+    : platform_(platform), form_(form) {
+    form_.onLoad = [this] {
+        Form_Load();
+    };
+    form_.Command20.onClick = [this] {
+        Command20_Click();
+    };
+    form_.Command6.onClick = [this] {
+        Command6_Click();
+    };
+}
+
+void PlaylistEntries::Form_Load() {
+    centreOnScreen(form_, platform_.shell);
+    LoadPlayList();
+}
+
+void PlaylistEntries::LoadPlayList() {
+    const std::int32_t count = storedCount(platform_.store);
+    for (std::int32_t i = 1; i <= count; ++i) {
+        const std::string entry = readText(platform_.store, std::to_string(i));
+        form_.List2.addItem(entry == missing ? emptyLine : entry);
+    }
+}
+
+void PlaylistEntries::Command20_Click() {
+    const std::string path = form_.Text5.text();
+    if (holdsOnlyBlanks(path)) {
+        return;
+    }
+    ListBox& list = form_.List2;
+    for (int i = 0; i < list.listCount(); ++i) {
+        // The entry is the pattern: one that holds a bracket may not match its own path.
+        if (matches(path, list.list(i))) {
+            return;
+        }
+    }
+    {
+        const StoreTransaction oneStep(platform_.store);
+        list.addItem(path);
+        saveCount();
+        save(std::to_string(list.listCount()), path);
+    }
+    form_.Text5.setText("");
+}
+
+void PlaylistEntries::Command6_Click() {
+    const StoreTransaction oneStep(platform_.store);
+    removeSelected().passOver();
+    moveMp3EntriesOut(Counting::atTheEnd);
+    moveEntriesBack();
+}
+
+Status PlaylistEntries::CompactPlayList() {
+    const StoreTransaction oneStep(platform_.store);
+    if (Status removed = removeSelected(); !removed.ok()) {
+        return removed;
+    }
+    moveMp3EntriesOut(Counting::atEachRound);
+    moveEntriesBack();
+    return {};
+}
+
+Status PlaylistEntries::removeSelected() {
+    const int selected = form_.List2.listIndex();
+    // The index counts from 0 and the keys from 1, so that this empties the key of the entry
+    // before, or a key "0" or "-1" that no entry has. That is meant; the true keys follow below.
+    save(std::to_string(selected), "");
+    return form_.List2.removeItem(selected);
+}
+
+/// Into List3; entries of other types are dropped here.
+void PlaylistEntries::moveMp3EntriesOut(Counting counting) {
+    ListBox& list = form_.List2;
+    form_.List3.clear();
+    const bool countAtTheEnd = counting == Counting::atTheEnd || list.listCount() == 0;
+    while (list.listCount() > 0) {
+        if (const std::string entry = list.list(0); isMp3(entry)) {
+            form_.List3.addItem(entry);
+        }
+        list.removeItem(0).passOver();
+        if (counting == Counting::atEachRound) {
+            saveCount();
+        }
+    }
+    if (countAtTheEnd) {
+        saveCount();
+    }
+}
+
+void PlaylistEntries::moveEntriesBack() {
+    const int rounds = form_.List3.listCount();
+    for (int i = 0; i < rounds; ++i) {
+        const std::string entry = form_.List3.list(0);
+        form_.List2.addItem(entry);
+        saveCount();
+        save(std::to_string(form_.List2.listCount()), entry);
+        form_.List3.removeItem(0).passOver();
+    }
+}
+
+void PlaylistEntries::save(const std::string& key, const std::string& value) {
+    platform_.store.SaveSetting(applicationName, playlistSection, key, value);
+}
+
+void PlaylistEntries::saveCount() {
+    save(countKey, std::to_string(form_.List2.listCount()));
+}
+
+} // namespace sonarith

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The playlist and its stored form, which follows each change of it at once, but for a rename. What
+// the user does with a chosen entry, and with its file, is elsewhere.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/frm_playlist.h"
+#include "platform/platform.h"
+#include "platform/result.h"
+#include "platform/settings_store.h"
+
+namespace sonarith {
+
+/// The store's section of the list: the number of entries under "HowMany", and their paths under
+/// "1", "2" and so on.
+inline constexpr const char* playlistSection = "music";
+
+/// The keys of the section that hold paths, in the logic's form.
+[[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
+
+class PlaylistEntries {
+  public:
+    /// Becomes the handler of the form's load, of Command20 and of Command6. Both outlive this.
+    PlaylistEntries(const Platform& platform, FrmPlayList& form);
+    PlaylistEntries(const PlaylistEntries&) = delete;
+    PlaylistEntries& operator=(const PlaylistEntries&) = delete;
+
+    void Form_Load();
+    /// Adds what is stored to the list. An entry whose key is missing becomes a line "Empty".
+    void LoadPlayList();
+
+    /// "Add to PlayList": the path in hand, unless an entry matches it; entries are patterns here.
+    void Command20_Click();
+    /// "Delist": removes the selected entry, and every other whose last three characters are
+    /// neither "mp3" nor "MP3". With none selected only those others.
+    void Command6_Click();
+    /// The same, but nothing is removed if no entry is selected: subscriptOutOfRange.
+    Status CompactPlayList();
+
+  private:
+    enum class Counting { atEachRound, atTheEnd };
+
+    Status removeSelected();
+    void moveMp3EntriesOut(Counting counting);
+    void moveEntriesBack();
+    void save(const std::string& key, const std::string& value);
+    void saveCount();
+
+    const Platform& platform_;
+    FrmPlayList& form_;
+};
+
+} // namespace sonarith

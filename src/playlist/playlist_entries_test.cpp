@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playlist/playlist_entries.h"
+
+#include <gmock/gmock.h>
+
+#include "support/playlist_world.h"
+
+namespace sonarith {
+namespace {
+
+using test::StoreWrite;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class PlaylistEntriesTest : public test::PlaylistWorld {
+  protected:
+    static StoreWrite wrote(const std::string& key, const std::string& value) {
+        return {"music", key, value};
+    }
+    void add(const std::string& path) {
+        editor.Text5.setText(path);
+        editor.Command20.click();
+    }
+};
+
+// --- loading ---------------------------------------------------------------------------------
+
+TEST_F(PlaylistEntriesTest, LoadsWhatIsStoredIntoACentredWindow) {
+    stored({pathB, pathA});
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
+    EXPECT_EQ(editor.left(), (shell.screenWidth() - editor.width()) / 2);
+    EXPECT_EQ(editor.top(), (shell.screenHeight() - editor.height()) / 2);
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_EQ(editor.List2.listIndex(), -1);
+}
+
+TEST_F(PlaylistEntriesTest, LoadsNothingFromAFreshStore) {
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), IsEmpty());
+    EXPECT_THAT(store.readKeys, testing::Contains("HowMany"));
+    EXPECT_THAT(store.readKeys, testing::Not(testing::Contains("1")));
+}
+
+TEST_F(PlaylistEntriesTest, ShowsMissingEntriesAsEmptyOnes) {
+    store.put("music", "HowMany", "4");
+    store.put("music", "1", pathA);
+    store.put("music", "3", "0");
+    store.put("music", "4", "");
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "Empty", "Empty", ""));
+}
+
+TEST_F(PlaylistEntriesTest, IgnoresKeysBeyondTheCount) {
+    stored({pathA, pathB});
+    store.put("music", "HowMany", "1");
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA));
+}
+
+TEST_F(PlaylistEntriesTest, LoadsNothingForACountThatIsNone) {
+    for (const char* count : {"-1", "0", "x", "", " ", "1x", "-70000", "99999999999", "1e300"}) {
+        stored({pathA});
+        store.put("music", "HowMany", count);
+        editor.unload();
+        editor.load();
+        EXPECT_THAT(lines(editor.List2), IsEmpty()) << count;
+    }
+}
+
+TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountSaysUpToABound) {
+    struct Row {
+        const char* count;
+        int lines;
+    };
+    for (const Row& row : {Row{"32767", 32767}, Row{"70000", 70'000}, Row{"2147483647", 100'000}}) {
+        store.put("music", "HowMany", row.count);
+        editor.unload();
+        editor.load();
+        EXPECT_EQ(editor.List2.listCount(), row.lines);
+        EXPECT_EQ(editor.List2.list(row.lines - 1), "Empty");
+    }
+}
+
+TEST_F(PlaylistEntriesTest, IsTheSameAfterTheWindowWasClosed) {
+    open({pathA});
+    add(pathB);
+    editor.unload();
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+}
+
+TEST_F(PlaylistEntriesTest, NamesTheKeysThatHoldPaths) {
+    EXPECT_THAT(playlistPathKeys(store), IsEmpty());
+    stored({pathA, pathB, pathC});
+    EXPECT_THAT(playlistPathKeys(store), ElementsAre("1", "2", "3"));
+    store.put("music", "HowMany", "x");
+    EXPECT_THAT(playlistPathKeys(store), IsEmpty());
+    store.put("music", "HowMany", "2000000000");
+    EXPECT_THAT(playlistPathKeys(store), SizeIs(100'000));
+}
+
+// --- adding ----------------------------------------------------------------------------------
+
+TEST_F(PlaylistEntriesTest, AddsThePathInHandAtTheEndAndClearsIt) {
+    open({pathA});
+    add(pathB);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+    EXPECT_THAT(store.writes, ElementsAre(wrote("HowMany", "2"), wrote("2", pathB)));
+    EXPECT_EQ(store.fileWrites, 1);
+    EXPECT_EQ(editor.Text5.text(), "");
+    EXPECT_EQ(editor.List2.listIndex(), -1);
+}
+
+TEST_F(PlaylistEntriesTest, AddsAnythingWithoutLookingAtIt) {
+    open({});
+    add("  no file at all.wav ");
+    EXPECT_THAT(lines(editor.List2), ElementsAre("  no file at all.wav "));
+    EXPECT_EQ(store.held("music", "1"), "  no file at all.wav ");
+    EXPECT_THAT(disk.log, IsEmpty());
+}
+
+TEST_F(PlaylistEntriesTest, AddsNoBlanks) {
+    open({});
+    for (const char* nothing : {"", " ", "    "}) {
+        add(nothing);
+        EXPECT_THAT(lines(editor.List2), IsEmpty());
+        EXPECT_EQ(editor.Text5.text(), nothing);
+    }
+    EXPECT_THAT(store.writes, IsEmpty());
+}
+
+TEST_F(PlaylistEntriesTest, APathThatIsInTheListStaysInHand) {
+    open({pathA, pathB});
+    add(pathB);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+    EXPECT_THAT(store.writes, IsEmpty());
+    EXPECT_EQ(editor.Text5.text(), pathB);
+}
+
+TEST_F(PlaylistEntriesTest, ComparesCaseAndBlanks) {
+    open({pathA});
+    add("C:\\music\\a.mp3");
+    add(pathA + " ");
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "C:\\music\\a.mp3", pathA + " "));
+}
+
+TEST_F(PlaylistEntriesTest, EntriesAreThePatterns) {
+    open({"c:\\*.mp3", "d:\\#?.mp3", "e:\\[ab].mp3"});
+    for (const char* known : {"c:\\x\\y.mp3", "d:\\1z.mp3", "e:\\b.mp3"}) {
+        add(known);
+        EXPECT_EQ(editor.Text5.text(), known);
+    }
+    EXPECT_THAT(store.writes, IsEmpty());
+    // Not the path in hand.
+    add("*");
+    EXPECT_EQ(editor.List2.listCount(), 4);
+}
+
+TEST_F(PlaylistEntriesTest, APathWithABracketCanBeAddedTwice) {
+    open({});
+    add("c:\\[x.mp3");
+    add("c:\\[x.mp3");
+    add("c:\\[12].mp3");
+    add("c:\\[12].mp3");
+    EXPECT_EQ(editor.List2.listCount(), 4);
+}
+
+// --- delisting -------------------------------------------------------------------------------
+
+TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneStepOfTheStore) {
+    open({pathA, pathB, pathC});
+    select(1);
+    const int yields = loop.yieldCount();
+    editor.Command6.click();
+    EXPECT_EQ(loop.yieldCount(), yields);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathC));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
+    EXPECT_EQ(store.fileWrites, 1);
+    EXPECT_THAT(lines(editor.List3), IsEmpty());
+    EXPECT_EQ(editor.List2.listIndex(), -1);
+    // The index is not the key: it is the entry before whose key is emptied meanwhile.
+    EXPECT_THAT(store.writes,
+                ElementsAre(wrote("1", ""), wrote("HowMany", "0"), wrote("HowMany", "1"),
+                            wrote("1", pathA), wrote("HowMany", "2"), wrote("2", pathC)));
+}
+
+TEST_F(PlaylistEntriesTest, KeepsTheHigherKeys) {
+    open({pathA, pathB, pathC});
+    select(2);
+    editor.Command6.click();
+    EXPECT_EQ(store.held("music", "3"), pathC);
+    EXPECT_EQ(store.held("music", "HowMany"), "2");
+}
+
+TEST_F(PlaylistEntriesTest, DelistingTheOnlyEntryLeavesItsKeyAndAKey0) {
+    for (const bool byProcedure : {false, true}) {
+        open({pathA});
+        select(0);
+        if (byProcedure) {
+            EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
+        } else {
+            editor.Command6.click();
+        }
+        EXPECT_THAT(lines(editor.List2), IsEmpty());
+        EXPECT_EQ(store.held("music", "HowMany"), "0");
+        EXPECT_EQ(store.held("music", "1"), pathA);
+        EXPECT_EQ(store.held("music", "0"), "");
+        EXPECT_THAT(store.writes, ElementsAre(wrote("0", ""), wrote("HowMany", "0")));
+        editor.unload();
+    }
+}
+
+TEST_F(PlaylistEntriesTest, DropsEveryEntryOfAnotherEnding) {
+    open({pathA, "Empty", "c:\\b.wav", "c:\\c.Mp3", "c:\\d.MP3", "mp3", "c:\\e.mp3 ", pathB});
+    select(7);
+    editor.Command6.click();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "c:\\d.MP3", "mp3"));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, "c:\\d.MP3", "mp3"));
+}
+
+TEST_F(PlaylistEntriesTest, AnAddedWavStaysUntilTheNextDelisting) {
+    open({pathA, pathB});
+    add("c:\\b.wav");
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathB, "c:\\b.wav"));
+    select(0);
+    editor.Command6.click();
+    EXPECT_THAT(inStore(), ElementsAre(pathB));
+}
+
+TEST_F(PlaylistEntriesTest, ClosesTheGapOfAMissingKey) {
+    store.put("music", "HowMany", "3");
+    store.put("music", "1", pathA);
+    store.put("music", "3", pathC);
+    editor.load();
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "Empty", pathC));
+    select(2);
+    editor.Command6.click();
+    EXPECT_THAT(inStore(), ElementsAre(pathA));
+}
+
+TEST_F(PlaylistEntriesTest, WithNothingSelectedTheButtonStillCompacts) {
+    open({pathA, "Empty", pathB});
+    editor.Command6.click();
+    EXPECT_EQ(store.held("music", "-1"), "");
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathB));
+}
+
+TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureStops) {
+    open({pathA, "Empty", pathB});
+    editor.List3.addItem("left");
+    const Status status = playlist.entries.CompactPlayList();
+    ASSERT_FALSE(status.ok());
+    EXPECT_EQ(status.error().number, ErrorNumber::subscriptOutOfRange);
+    EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "Empty", pathB));
+    EXPECT_THAT(lines(editor.List3), ElementsAre("left"));
+    EXPECT_THAT(store.writes, ElementsAre(wrote("-1", "")));
+    EXPECT_THAT(inStore(), ElementsAre(pathA, "Empty", pathB));
+}
+
+TEST_F(PlaylistEntriesTest, TheProcedureCountsDownEntryByEntry) {
+    open({pathA, pathB, pathC});
+    select(0);
+    EXPECT_TRUE(playlist.entries.CompactPlayList().ok());
+    EXPECT_EQ(store.fileWrites, 1);
+    EXPECT_THAT(store.writes,
+                ElementsAre(wrote("0", ""), wrote("HowMany", "1"), wrote("HowMany", "0"),
+                            wrote("HowMany", "1"), wrote("1", pathB), wrote("HowMany", "2"),
+                            wrote("2", pathC)));
+}
+
+TEST_F(PlaylistEntriesTest, AnEmptyListCanBeDelistedFrom) {
+    open({});
+    editor.Command6.click();
+    EXPECT_THAT(store.writes, ElementsAre(wrote("-1", ""), wrote("HowMany", "0")));
+}
+
+TEST_F(PlaylistEntriesTest, KeepsPathsOfAnyBytes) {
+    const std::vector<std::string> odd = {"  c:\\blanks.mp3", "c:\\\xff\xfe.mp3", "c:\\[.mp3",
+                                          "c:\\\"q\".mp3",
+                                          "c:\\" + std::string(4096, 'x') + ".mp3"};
+    open({});
+    for (const std::string& path : odd) {
+        add(path);
+    }
+    EXPECT_EQ(lines(editor.List2), odd);
+    add(pathA);
+    select(5);
+    editor.Command6.click();
+    EXPECT_EQ(lines(editor.List2), odd);
+    editor.unload();
+    editor.load();
+    EXPECT_EQ(lines(editor.List2), odd);
+}
+
+} // namespace
+} // namespace sonarith
