@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The peak of a sound between two readings, passed from the card's thread to the meter without a
+// lock. It does not decide which sound is measured (sound_card.h).
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <span>
+
+#include "platform/linux/sound/sample_source.h"
+
+namespace sonarith::sound {
+
+/// The largest absolute sample of both channels, 0 to 32768; 0 for no frames.
+[[nodiscard]] inline int peakOf(std::span<const StereoFrame> frames) {
+    int lowest = 0;
+    int highest = 0;
+    for (const StereoFrame& frame : frames) {
+        const int left = frame.left;
+        const int right = frame.right;
+        lowest = std::min(lowest, std::min(left, right));
+        highest = std::max(highest, std::max(left, right));
+    }
+    return std::max(-lowest, highest);
+}
+
+/// One thread at a time calls `note`; any thread calls `read`. Neither waits or allocates.
+class PeakMeter {
+  public:
+    using Time = std::chrono::nanoseconds; ///< of the card's clock
+
+    /// After so long without sound the level is 0: five blocks of the card, so that a card thread
+    /// that is a little late does not make the meter flicker.
+    static constexpr std::chrono::milliseconds holdTime{50};
+
+    /// A block with this peak has passed at `now`.
+    void note(int peak, Time now) {
+        lastNote_.store(now.count(), std::memory_order_relaxed);
+        int before = sinceReading_.load(std::memory_order_relaxed);
+        while (before < peak &&
+               !sinceReading_.compare_exchange_weak(before, peak, std::memory_order_release,
+                                                    std::memory_order_relaxed)) {
+        }
+    }
+
+    /// The largest peak since the last reading; the last reading again if no block has passed
+    /// since; 0 if none has passed for holdTime.
+    [[nodiscard]] int read(Time now) {
+        const int noted = sinceReading_.exchange(nothing, std::memory_order_acquire);
+        if (noted != nothing) {
+            held_.store(noted, std::memory_order_relaxed);
+        }
+        if (now.count() - lastNote_.load(std::memory_order_relaxed) >= Time(holdTime).count()) {
+            held_.store(0, std::memory_order_relaxed);
+        }
+        return held_.load(std::memory_order_relaxed);
+    }
+
+  private:
+    static constexpr int nothing = -1;
+
+    std::atomic<int> sinceReading_ = nothing;
+    /// Long ago at first; half of the lowest number, so that no difference overflows.
+    std::atomic<std::int64_t> lastNote_ = std::numeric_limits<std::int64_t>::min() / 2;
+    std::atomic<int> held_ = 0;
+};
+
+} // namespace sonarith::sound

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Bass and treble of the speakers: two shelf filters, and the headroom that a boost needs. In the
+// middle of both sliders samples pass unchanged. Never used for what is recorded.
+//
+// Headroom: a boost may lift a sound above 16 bits. The sound is then turned down just as far as
+// its peak needs, and recovers slowly, so a loud sound with a boost is not clipped; a sound that
+// fits is not turned down.
+#pragma once
+
+#include <atomic>
+#include <span>
+
+#include "platform/linux/sound/mixing.h"
+#include "platform/linux/sound/shelf_filter.h"
+
+namespace sonarith::sound {
+
+class ToneControl {
+  public:
+    // Sliders run from 0 to highest; the middle is neutral.
+    static constexpr int middle = 32768;
+    static constexpr int highest = 65535;
+    /// The gain of a shelf at the ends of its slider: 12 dB down at 0, 12 dB up (less 0.0004) at
+    /// highest, and in proportion in between. Four times the amplitude: more is not needed to even
+    /// out loudspeakers or a room, and overloads small speakers.
+    static constexpr double spanDb = 12;
+    /// The makers of amplifiers state the effect of tone controls at 100 Hz and 10 kHz. Corners one
+    /// octave from there give 11 dB at these frequencies, and change 1 kHz by less than 0.1 dB.
+    static constexpr double bassCornerHz = 200;
+    static constexpr double trebleCornerHz = 5000;
+
+    // Any thread; without waiting.
+    void setBass(int position) { bass_ = position; }
+    [[nodiscard]] int bass() const { return bass_; }
+    void setTreble(int position) { treble_ = position; }
+    [[nodiscard]] int treble() const { return treble_; }
+
+    [[nodiscard]] static double gainDb(int position) {
+        return (position - middle) * spanDb / middle;
+    }
+
+    // One thread at a time; never allocates.
+
+    /// Filters `frames` in place. After a change of a slider the gain is a ramp. What was filtered
+    /// fits into 16 bits.
+    void apply(std::span<WideFrame> frames);
+    /// The sound begins anew: takes the sliders' positions at once.
+    void restart();
+
+  private:
+    void limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted);
+
+    std::atomic<int> bass_ = middle;
+    std::atomic<int> treble_ = middle;
+    ShelfFilter low_{ShelfFilter::Side::low, bassCornerHz};
+    ShelfFilter high_{ShelfFilter::Side::high, trebleCornerHz};
+    double reduction_ = 1; ///< the factor by which the sound is turned down
+};
+
+} // namespace sonarith::sound
