@@ -37,11 +37,13 @@ std::unique_ptr<PcmPlayback> openAlsaPlayback(const std::string& name) {
     return pcm ? std::make_unique<AlsaPlayback>(std::move(pcm)) : nullptr;
 }
 
-std::shared_ptr<SpeakerSink> makeOutput(const std::string& name, PlaybackTiming timing) {
+std::shared_ptr<SpeakerSink> makeOutput(const std::string& name, PlaybackTiming timing,
+                                        ReportDevice report) {
     if (namesNoDevice(name)) {
         return std::make_shared<NullOutput>();
     }
-    return std::make_shared<PlaybackPump>([name] { return openAlsaPlayback(name); }, timing);
+    return std::make_shared<PlaybackPump>([name] { return openAlsaPlayback(name); }, timing,
+                                          std::move(report));
 }
 
 std::vector<DeviceEntry> listOutputs() {

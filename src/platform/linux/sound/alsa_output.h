@@ -21,8 +21,8 @@ class NullOutput : public SpeakerSink {
 
 /// The output for the settings store's `Output`: "" and "none" are a NullOutput, all else is the
 /// name of an ALSA device. It need not exist: it is sought when there is sound, and again later.
-[[nodiscard]] std::shared_ptr<SpeakerSink> makeOutput(const std::string& name,
-                                                      PlaybackTiming timing = {});
+[[nodiscard]] std::shared_ptr<SpeakerSink>
+makeOutput(const std::string& name, PlaybackTiming timing = {}, ReportDevice report = {});
 
 /// Opens an ALSA device for playing; empty if that fails.
 [[nodiscard]] std::unique_ptr<PcmPlayback> openAlsaPlayback(const std::string& name);

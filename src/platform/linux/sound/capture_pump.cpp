@@ -21,7 +21,7 @@ constexpr std::size_t backlogFrames = frameRate / 2;
 /// card takes leaves no gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
 /// How long one wait for frames lasts, and with it how soon the pump sees that it is to leave.
-constexpr std::chrono::milliseconds frameWait{100};
+constexpr std::chrono::milliseconds frameWait{20};
 /// After a device said that it had frames and then had none.
 constexpr std::chrono::milliseconds emptyReadRest{10};
 /// Restarts in a row without one frame in between, until the device counts as lost.
@@ -35,8 +35,16 @@ struct CaptureBacklog {
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
     bool flowing = false; ///< the cushion was reached and has not run out since
+    CapturePump::Opening opening = CapturePump::Opening::pending;
     bool leaving = false;
 
+    void setOpening(CapturePump::Opening value) {
+        {
+            const std::lock_guard lock(mutex);
+            opening = value;
+        }
+        changed.notify_all();
+    }
     bool isLeaving() {
         const std::lock_guard lock(mutex);
         return leaving;
@@ -57,18 +65,19 @@ struct CaptureBacklog {
 namespace {
 
 /// Reads from one open device until it is lost or it is time to leave.
-void listen(PcmCapture& device, CaptureBacklog& backlog) {
+void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& report) {
     std::vector<StereoFrame> block(blockFrames);
     int restarts = 0;
-    if (device.restart() < 0) {
-        return;
-    }
+    bool works = false;
     while (!backlog.isLeaving()) {
         long result = device.read(block);
         if (result > 0) {
             restarts = 0;
             const auto count = std::min(static_cast<std::size_t>(result), block.size());
             backlog.add(std::span(block).first(count));
+            if (!std::exchange(works, true)) {
+                report(DeviceState::works);
+            }
             continue;
         }
         if (result == 0 || result == -EAGAIN) {
@@ -89,10 +98,19 @@ void listen(PcmCapture& device, CaptureBacklog& backlog) {
     }
 }
 
-void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming& timing) {
+void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming& timing,
+          const ReportDevice& report) {
+    int failures = 0;
     while (!backlog.isLeaving()) {
-        if (const std::unique_ptr<PcmCapture> device = open()) {
-            listen(*device, backlog);
+        if (const std::unique_ptr<PcmCapture> device = open(); device && device->restart() >= 0) {
+            backlog.setOpening(CapturePump::Opening::open);
+            failures = 1; // once it was open, each failure counts
+            listen(*device, backlog, report);
+        } else {
+            backlog.setOpening(CapturePump::Opening::failed);
+            if (++failures >= 2 && !backlog.isLeaving()) {
+                report(DeviceState::lost);
+            }
         }
         backlog.rest(timing.retryAfter);
     }
@@ -100,11 +118,13 @@ void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming&
 
 } // namespace
 
-CapturePump::CapturePump(OpenCapture open, CaptureTiming timing)
+CapturePump::CapturePump(OpenCapture open, CaptureTiming timing, ReportDevice report)
     : backlog_(std::make_shared<CaptureBacklog>()),
       timing_(timing),
-      thread_(
-          [backlog = backlog_, open = std::move(open), timing] { pump(*backlog, open, timing); }) {}
+      report_(report ? std::move(report) : [](DeviceState) {}),
+      thread_([backlog = backlog_, open = std::move(open), timing, reportDevice = report_] {
+          pump(*backlog, open, timing, reportDevice);
+      }) {}
 
 CapturePump::~CapturePump() {
     {
@@ -113,6 +133,14 @@ CapturePump::~CapturePump() {
     }
     backlog_->changed.notify_all();
     thread_.leave(timing_.patience);
+    report_(DeviceState::unused);
+}
+
+CapturePump::Opening CapturePump::opening(std::chrono::milliseconds atMost) {
+    std::unique_lock lock(backlog_->mutex);
+    backlog_->changed.wait_for(lock, atMost,
+                               [this] { return backlog_->opening != Opening::pending; });
+    return backlog_->opening;
 }
 
 Pulled CapturePump::pull(std::span<StereoFrame> block) {

@@ -3,12 +3,12 @@
 
 #include <gmock/gmock.h>
 
-#include <atomic>
 #include <cerrno>
-#include <condition_variable>
-#include <deque>
 #include <mutex>
+#include <vector>
 
+#include "platform/linux/sound/capture_fixture.h"
+#include "support/device_reports.h"
 #include "support/fake_sound.h"
 #include "support/sound_matchers.h"
 #include "support/waiting.h"
@@ -24,74 +24,9 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// A device whose state outlives it, so that a test can look at it.
-struct CaptureDevice {
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::int64_t position = 0;
-    std::int64_t available = 0;
-    std::deque<long> refusals; ///< answers of the next reads
-    bool drained = false;      ///< a read found nothing more
-    bool hangs = false;
-    std::atomic<int> opened = 0;
-    std::atomic<int> closed = 0;
-    std::atomic<int> restarts = 0;
-
-    void provide(std::int64_t frames) {
-        const std::lock_guard lock(mutex);
-        available += frames;
-        drained = false;
-    }
-    /// Whether all that was provided has passed through the pump.
-    bool isDrained() {
-        const std::lock_guard lock(mutex);
-        return drained;
-    }
-};
-
-class FakeCapture : public PcmCapture {
-  public:
-    explicit FakeCapture(std::shared_ptr<CaptureDevice> device) : device_(std::move(device)) {
-        ++device_->opened;
-    }
-    ~FakeCapture() override { ++device_->closed; }
-
-    long read(std::span<StereoFrame> frames) override {
-        std::unique_lock lock(device_->mutex);
-        device_->changed.wait(lock, [this] { return !device_->hangs; });
-        if (!device_->refusals.empty()) {
-            const long answer = device_->refusals.front();
-            device_->refusals.pop_front();
-            return answer;
-        }
-        const auto count = std::min(static_cast<std::int64_t>(frames.size()), device_->available);
-        for (std::int64_t i = 0; i < count; ++i) {
-            frames[static_cast<std::size_t>(i)] = fakes::patternFrame(device_->position++);
-        }
-        device_->available -= count;
-        device_->drained = count == 0;
-        return count > 0 ? static_cast<long>(count) : -EAGAIN;
-    }
-    int waitForFrames(std::chrono::milliseconds) override {
-        std::this_thread::sleep_for(1ms);
-        return 0;
-    }
-    int restart() override {
-        ++device_->restarts;
-        return 0;
-    }
-
-  private:
-    std::shared_ptr<CaptureDevice> device_;
-};
-
 class CapturePumpTest : public testing::Test {
   protected:
-    OpenCapture opener() {
-        return [device = device] {
-            return std::make_unique<FakeCapture>(device);
-        };
-    }
+    OpenCapture opener() { return openerOf(device); }
     /// Pulls a block; the source must always fill it.
     static Frames pull(CapturePump& pump, std::size_t count) {
         Frames block(count, StereoFrame{99, 99});
@@ -182,12 +117,69 @@ TEST_F(CapturePumpTest, DoesNotDelayItsEndForADeviceThatHangs) {
         CapturePump pump(opener(), timing);
         EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
     }
-    {
-        const std::lock_guard lock(device->mutex);
-        device->hangs = false;
-        device->changed.notify_all();
-    }
+    device->release();
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
+}
+
+TEST_F(CapturePumpTest, SaysWhetherTheDeviceCouldBeOpened) {
+    {
+        CapturePump pump(opener(), timing);
+        EXPECT_EQ(pump.opening(30s), CapturePump::Opening::open);
+    }
+    device->missing = true;
+    CapturePump pump(opener(), timing);
+    EXPECT_EQ(pump.opening(30s), CapturePump::Opening::failed);
+    device->missing = false;
+    EXPECT_TRUE(eventually([&] { return pump.opening(0ms) == CapturePump::Opening::open; }));
+}
+
+TEST_F(CapturePumpTest, DoesNotWaitForADeviceWhoseOpeningHangs) {
+    device->openHangs = true;
+    timing.patience = 1ms;
+    {
+        CapturePump pump(opener(), timing);
+        EXPECT_EQ(pump.opening(1ms), CapturePump::Opening::pending);
+        EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
+    }
+    device->release();
+    EXPECT_TRUE(eventually([&] { return device.use_count() == 1; }));
+}
+
+TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndGoesOnWithIt) {
+    fakes::DeviceReports reports;
+    device->provide(441 * 20);
+    {
+        CapturePump pump(opener(), timing, reports.sink());
+        pullSound(pump, 441);
+        EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
+        EXPECT_FALSE(reports.hold(DeviceState::lost));
+        {
+            const std::lock_guard lock(device->mutex);
+            device->missing = true;
+            device->refusals = {-ENODEV};
+        }
+        EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::lost); }));
+        EXPECT_TRUE(eventually([&] { return pull(pump, 441) == silence(441); }));
+        device->missing = false;
+        device->provide(441 * 20);
+        pullSound(pump, 441);
+        EXPECT_TRUE(eventually([&] { return reports.states().back() == DeviceState::works; }));
+    }
+    EXPECT_EQ(reports.states().back(), DeviceState::unused);
+}
+
+TEST_F(CapturePumpTest, ReportsADeviceThatWasNeverOpenAtItsSecondFailure) {
+    fakes::DeviceReports reports;
+    device->missing = true;
+    timing.retryAfter = 24h;
+    {
+        const CapturePump once(opener(), timing, reports.sink());
+        ASSERT_TRUE(eventually([&] { return device->refused == 1; }));
+    }
+    EXPECT_EQ(reports.states(), std::vector{DeviceState::unused});
+    timing.retryAfter = 1ms;
+    const CapturePump again(opener(), timing, reports.sink());
+    EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::lost); }));
 }
 
 } // namespace

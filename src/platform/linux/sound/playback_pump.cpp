@@ -2,6 +2,7 @@
 #include "platform/linux/sound/playback_pump.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -13,10 +14,14 @@ namespace sonarith::sound {
 namespace {
 
 /// The thread: opens a device when there is something to hear, and again after a loss.
-void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& timing) {
+void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& timing,
+          const ReportDevice& report) {
     using Clock = std::chrono::steady_clock;
     using Ending = PlaybackSession::Ending;
     std::optional<Clock::time_point> nextTry;
+    const std::function<void()> onPlays = [&] {
+        report(DeviceState::works);
+    };
     while (true) {
         feed.awaitSound();
         if (feed.isLeaving()) {
@@ -30,13 +35,14 @@ void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& ti
         Ending ending = Ending::lost;
         if (const std::unique_ptr<PcmPlayback> device = open()) {
             feed.setDeviceOpen(true);
-            ending = PlaybackSession(*device, feed, timing).run();
+            ending = PlaybackSession(*device, feed, timing, onPlays).run();
             feed.setDeviceOpen(false);
         }
-        if (ending == Ending::leaving) {
+        if (ending == Ending::leaving || feed.isLeaving()) {
             return;
         }
         if (ending == Ending::lost) {
+            report(DeviceState::lost);
             nextTry = Clock::now() + timing.retryAfter;
             feed.forgetQueued();
         }
@@ -45,14 +51,18 @@ void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& ti
 
 } // namespace
 
-PlaybackPump::PlaybackPump(OpenPlayback open, PlaybackTiming timing)
+PlaybackPump::PlaybackPump(OpenPlayback open, PlaybackTiming timing, ReportDevice report)
     : feed_(std::make_shared<PlaybackFeed>()),
       timing_(timing),
-      thread_([feed = feed_, open = std::move(open), timing] { pump(*feed, open, timing); }) {}
+      report_(report ? std::move(report) : [](DeviceState) {}),
+      thread_([feed = feed_, open = std::move(open), timing, reportDevice = report_] {
+          pump(*feed, open, timing, reportDevice);
+      }) {}
 
 PlaybackPump::~PlaybackPump() {
     feed_->leave();
     thread_.leave(timing_.patience);
+    report_(DeviceState::unused);
 }
 
 void PlaybackPump::play(std::span<const StereoFrame> frames) {

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/linux/sound/abandonable_thread.h"
+#include "platform/linux/sound/device_report.h"
 #include "platform/linux/sound/pcm_stream.h"
 #include "platform/linux/sound/playback_timing.h"
 #include "platform/linux/sound/sound_card.h"
@@ -17,8 +18,9 @@ class PlaybackFeed;
 
 class PlaybackPump : public SpeakerSink {
   public:
-    /// `open` is called at the first sound, and again after a loss; it must own what it uses.
-    explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {});
+    /// `open` is called at the first sound, and again after a loss. Both functions must own what
+    /// they use.
+    explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {});
     ~PlaybackPump() override;
     PlaybackPump(const PlaybackPump&) = delete;
     PlaybackPump& operator=(const PlaybackPump&) = delete;
@@ -28,6 +30,7 @@ class PlaybackPump : public SpeakerSink {
   private:
     std::shared_ptr<PlaybackFeed> feed_; ///< shared with the thread, which may be left behind
     PlaybackTiming timing_;
+    ReportDevice report_;
     AbandonableThread thread_;
 };
 

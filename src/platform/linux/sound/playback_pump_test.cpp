@@ -11,6 +11,7 @@
 #include <functional>
 #include <mutex>
 
+#include "support/device_reports.h"
 #include "support/fake_sound.h"
 #include "support/sound_matchers.h"
 #include "support/waiting.h"
@@ -324,6 +325,49 @@ TEST_F(PlaybackPumpTest, EndsWhereTheDeviceCannotBeOpened) {
         patient);
     play(pump, 0, 441);
     EXPECT_TRUE(eventually([&] { return attempts == 1; }));
+}
+
+TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
+    fakes::DeviceReports reports;
+    std::atomic<bool> missing = true;
+    patient.retryAfter = 1ms;
+    {
+        PlaybackPump pump(
+            [&]() -> std::unique_ptr<PcmPlayback> {
+                return missing ? nullptr : std::make_unique<FakePlayback>(device);
+            },
+            patient, reports.sink());
+        EXPECT_TRUE(eventually([&] {
+            play(pump, 0, 441);
+            return reports.hold(DeviceState::lost);
+        }));
+        missing = false;
+        EXPECT_TRUE(eventually([&] {
+            EXPECT_FALSE(reports.hold(DeviceState::works) &&
+                         device->heardFrames() < static_cast<std::size_t>(frameRate) / 2);
+            play(pump, 0, 441);
+            return reports.hold(DeviceState::works);
+        }));
+        device->refuseFrom = 0;
+        {
+            const std::lock_guard lock(device->mutex);
+            device->refusals = {-ENODEV};
+        }
+        missing = true;
+        EXPECT_TRUE(eventually([&] {
+            play(pump, 0, 441);
+            return reports.states().back() == DeviceState::lost;
+        }));
+    }
+    EXPECT_EQ(reports.states().back(), DeviceState::unused);
+}
+
+TEST_F(PlaybackPumpTest, ReportsAShortSoundThatEndedAsPlayed) {
+    fakes::DeviceReports reports;
+    patient.closeAfter = 1ms;
+    PlaybackPump pump(opener(), patient, reports.sink());
+    play(pump, 0, 441);
+    EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
 }
 
 } // namespace

@@ -19,6 +19,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t prefillFrames = frameRate / 10;
 /// Written after the last sound, 50 ms: what a device repeats when it runs dry is then silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
+/// Taken by the device, half a second: more than it keeps, so some of it was heard.
+constexpr std::size_t certainFrames = frameRate / 2;
 /// How long one wait for room lasts, and with it how soon the pump sees that it is to leave.
 constexpr std::chrono::milliseconds roomWait{100};
 /// Written at once, 30 ms: a sound server is a process of its own, and every write wakes it. Less
@@ -43,6 +45,7 @@ PlaybackSession::Ending PlaybackSession::run() {
         }
         if (quietForTooLong()) {
             device_.stop();
+            notePlaying();
             return Ending::quiet;
         }
     }
@@ -94,6 +97,12 @@ bool PlaybackSession::quietForTooLong() const {
            (phase_ == Phase::stopped && Clock::now() - stoppedAt_ >= timing_.closeAfter);
 }
 
+void PlaybackSession::notePlaying() {
+    if (!std::exchange(playing_, true)) {
+        onPlays_();
+    }
+}
+
 bool PlaybackSession::prepareAgain() {
     phase_ = Phase::filling;
     written_ = 0;
@@ -119,6 +128,9 @@ bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
             written_ += static_cast<std::size_t>(result);
             recoveries = 0;
             stalledSince = Clock::now();
+            if (written_ >= certainFrames) {
+                notePlaying();
+            }
             if (written_ >= prefillFrames && !startIfFilling()) {
                 return false;
             }

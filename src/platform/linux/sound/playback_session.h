@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <span>
 
 #include "platform/linux/sound/pcm_stream.h"
@@ -15,9 +16,10 @@ namespace sonarith::sound {
 
 class PlaybackSession {
   public:
-    /// All three outlive it.
-    PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing)
-        : device_(device), feed_(feed), timing_(timing) {}
+    /// All four outlive it. `onPlays` is called once, when it is certain that the device plays.
+    PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing,
+                    const std::function<void()>& onPlays)
+        : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}
 
     /// How it ended: after a long silence, with a device that takes nothing any more, or because
     /// the thread is to leave.
@@ -36,6 +38,7 @@ class PlaybackSession {
     bool playBlock(std::span<const StereoFrame> frames);
     bool goOnDry();
     [[nodiscard]] bool quietForTooLong() const;
+    void notePlaying();
     bool prepareAgain();
     bool startIfFilling();
     bool writeAll(std::span<const StereoFrame> frames);
@@ -44,6 +47,8 @@ class PlaybackSession {
     PcmPlayback& device_;
     PlaybackFeed& feed_;
     const PlaybackTiming& timing_;
+    const std::function<void()>& onPlays_;
+    bool playing_ = false; ///< onPlays_ was called
     Phase phase_ = Phase::filling;
     std::size_t written_ = 0;      ///< frames since the device was prepared
     std::size_t silentFrames_ = 0; ///< at the end of what was written

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A capture device for tests: it hears the test sound as far as a test provides it, refuses, hangs
+// or is missing.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <thread>
+#include <utility>
+
+#include "platform/linux/sound/pcm_stream.h"
+#include "support/fake_sound.h"
+
+namespace sonarith::sound {
+
+/// A device whose state outlives it, so that a test can look at it.
+struct CaptureDevice {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::int64_t position = 0;
+    std::int64_t available = 0;
+    std::deque<long> refusals; ///< answers of the next reads
+    bool drained = false;      ///< a read found nothing more
+    bool hangs = false;        ///< a read does not return
+    bool openHangs = false;    ///< to open it does not return
+    std::atomic<bool> missing = false;
+    std::atomic<int> refused = 0; ///< times that it could not be opened
+    std::atomic<int> opened = 0;
+    std::atomic<int> closed = 0;
+    std::atomic<int> restarts = 0;
+
+    void provide(std::int64_t frames) {
+        const std::lock_guard lock(mutex);
+        available += frames;
+        drained = false;
+    }
+    /// What hung returns.
+    void release() {
+        const std::lock_guard lock(mutex);
+        hangs = false;
+        openHangs = false;
+        changed.notify_all();
+    }
+    /// Whether all that was provided has passed through the pump.
+    bool isDrained() {
+        const std::lock_guard lock(mutex);
+        return drained;
+    }
+};
+
+class FakeCapture : public PcmCapture {
+  public:
+    explicit FakeCapture(std::shared_ptr<CaptureDevice> device) : device_(std::move(device)) {
+        ++device_->opened;
+    }
+    ~FakeCapture() override { ++device_->closed; }
+
+    long read(std::span<StereoFrame> frames) override {
+        std::unique_lock lock(device_->mutex);
+        device_->changed.wait(lock, [this] { return !device_->hangs; });
+        if (!device_->refusals.empty()) {
+            const long answer = device_->refusals.front();
+            device_->refusals.pop_front();
+            return answer;
+        }
+        const auto count = std::min(static_cast<std::int64_t>(frames.size()), device_->available);
+        for (std::int64_t i = 0; i < count; ++i) {
+            frames[static_cast<std::size_t>(i)] = fakes::patternFrame(device_->position++);
+        }
+        device_->available -= count;
+        device_->drained = count == 0;
+        return count > 0 ? static_cast<long>(count) : -EAGAIN;
+    }
+    int waitForFrames(std::chrono::milliseconds) override {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return 0;
+    }
+    int restart() override {
+        ++device_->restarts;
+        return 0;
+    }
+
+  private:
+    std::shared_ptr<CaptureDevice> device_;
+};
+
+/// Opens `device` for a pump; fails while it is missing.
+inline OpenCapture openerOf(std::shared_ptr<CaptureDevice> device) {
+    return [device = std::move(device)]() -> std::unique_ptr<PcmCapture> {
+        {
+            std::unique_lock lock(device->mutex);
+            device->changed.wait(lock, [&] { return !device->openHangs; });
+        }
+        if (device->missing) {
+            ++device->refused;
+            return nullptr;
+        }
+        return std::make_unique<FakeCapture>(device);
+    };
+}
+
+} // namespace sonarith::sound

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/device_notices.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/notice_board.h"
+#include "support/fake_notices.h"
+
+namespace sonarith::sound {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class DeviceNoticesTest : public testing::Test {
+  protected:
+    NoticeBoard board;
+    std::shared_ptr<DeviceNotices> notices = std::make_shared<DeviceNotices>(board);
+    ReportDevice output = reportTo(notices, SoundDevice::output, "hw:0");
+};
+
+TEST_F(DeviceNoticesTest, TellOnceOfALossAndOnceOfTheReturnHoweverOftenItIsTried) {
+    output(DeviceState::works);
+    EXPECT_THAT(board.texts(), IsEmpty());
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        output(DeviceState::lost);
+    }
+    output(DeviceState::works);
+    output(DeviceState::works);
+    EXPECT_THAT(
+        board.texts(),
+        ElementsAre("The sound output \"hw:0\" cannot be used: it is missing, in use or was "
+                    "unplugged. Playing goes on silently until it is back.",
+                    "The sound output \"hw:0\" is back."));
+    output(DeviceState::lost);
+    EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss";
+}
+
+TEST_F(DeviceNoticesTest, TellOfInputAndOutputOfOneNameApart) {
+    output(DeviceState::lost);
+    reportTo(notices, SoundDevice::input, "hw:0")(DeviceState::lost);
+    EXPECT_THAT(board.texts(), SizeIs(2));
+    EXPECT_EQ(board.texts().back(),
+              "The sound input \"hw:0\" cannot be used: it is missing, in use "
+              "or was unplugged. The input is silent until it is back.");
+}
+
+TEST_F(DeviceNoticesTest, CallTheDefaultDeviceByWords) {
+    reportTo(notices, SoundDevice::output, "default")(DeviceState::lost);
+    EXPECT_THAT(board.texts().front(), testing::StartsWith("The default sound output cannot"));
+}
+
+TEST_F(DeviceNoticesTest, ForgetADeviceThatIsNoLongerUsed) {
+    test::FakeNotices told;
+    const auto notes = std::make_shared<DeviceNotices>(told);
+    const ReportDevice device = reportTo(notes, SoundDevice::output, "hw:0");
+    device(DeviceState::unused);
+    EXPECT_THAT(told.texts(), IsEmpty());
+    device(DeviceState::lost);
+    device(DeviceState::unused);
+    EXPECT_THAT(told.texts(), ElementsAre(testing::_, "settled output hw:0"));
+}
+
+TEST_F(DeviceNoticesTest, AreSilentOnceTheyAreMute) {
+    notices->mute();
+    output(DeviceState::lost);
+    EXPECT_THAT(board.texts(), IsEmpty());
+}
+
+} // namespace
+} // namespace sonarith::sound

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Keeps what the pumps say of their devices. Any thread may report and look.
+#pragma once
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+#include "platform/linux/sound/device_report.h"
+
+namespace sonarith::fakes {
+
+/// What a pump has reported, on whichever thread.
+class DeviceReports {
+  public:
+    [[nodiscard]] sound::ReportDevice sink() {
+        return [this](sound::DeviceState state) {
+            const std::lock_guard lock(mutex_);
+            states_.push_back(state);
+        };
+    }
+    [[nodiscard]] bool hold(sound::DeviceState state) {
+        const std::lock_guard lock(mutex_);
+        return std::find(states_.begin(), states_.end(), state) != states_.end();
+    }
+    [[nodiscard]] std::vector<sound::DeviceState> states() {
+        const std::lock_guard lock(mutex_);
+        return states_;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::vector<sound::DeviceState> states_;
+};
+
+} // namespace sonarith::fakes
