@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/sound/external_input.h"
+
 namespace sonarith::sound {
 
 namespace {
@@ -29,9 +31,7 @@ void SoundCard::attach(Line line, std::shared_ptr<SampleSource> source, Time now
     {
         const std::lock_guard lock(mutex_);
         produceDue(now, released);
-        if (!hasWork()) {
-            restartClock(now);
-        }
+        beginAnewIfIdle(now);
         std::swap(channel(line).source, source);
         channel(line).lost = false;
     }
@@ -61,24 +61,82 @@ void SoundCard::startRecording(std::shared_ptr<RecordingSink> sink, Time now) {
     {
         const std::lock_guard lock(mutex_);
         produceDue(now, released);
-        if (!hasWork()) {
-            restartClock(now);
-        }
+        beginAnewIfIdle(now);
         std::swap(recorder_, sink);
     }
+    followInput();
     wakeUp();
 }
 
 void SoundCard::stopRecording(Time now) {
     Released released;
-    const std::lock_guard lock(mutex_);
-    produceDue(now, released);
-    released.push_back(std::exchange(recorder_, nullptr));
+    {
+        const std::lock_guard lock(mutex_);
+        produceDue(now, released);
+        released.push_back(std::exchange(recorder_, nullptr));
+    }
+    followInput();
 }
 
-void SoundCard::setRecordingSource(RecordingSource source) {
+void SoundCard::setListener(std::shared_ptr<RecordingSink> sink, Time now) {
+    Released released;
+    {
+        const std::lock_guard lock(mutex_);
+        produceDue(now, released);
+        if (sink) {
+            beginAnewIfIdle(now);
+        }
+        std::swap(listener_, sink);
+    }
+    followInput();
+    wakeUp();
+}
+
+void SoundCard::setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input) {
+    {
+        const std::lock_guard lock(mutex_);
+        recordingSource_ = source;
+        std::swap(input_, input);
+    }
+    followInput();
+}
+
+std::shared_ptr<ExternalInput> SoundCard::externalInput() const {
     const std::lock_guard lock(mutex_);
-    recordingSource_ = source;
+    return recordingSource_ == RecordingSource::externalInput ? input_ : nullptr;
+}
+
+bool SoundCard::wantsInput() const {
+    return recordingSource_ == RecordingSource::externalInput && input_ && (recorder_ || listener_);
+}
+
+void SoundCard::followInput() {
+    std::shared_ptr<SampleSource> closed;
+    std::shared_ptr<ExternalInput> wanted;
+    {
+        const std::lock_guard lock(mutex_);
+        if (wantsInput()) {
+            wanted = input_;
+        }
+        if (openedInput_ && channel(Line::externalInput).source == openedInput_ &&
+            !(wanted && wanted->isRunning(*openedInput_))) {
+            channel(Line::externalInput).source = nullptr;
+        }
+        if (!channel(Line::externalInput).source) {
+            std::swap(openedInput_, closed);
+        }
+    }
+    closed.reset(); // before another one is opened: it may be the same device
+    if (!wanted) {
+        return;
+    }
+    // Outside the lock, since it starts a thread.
+    const std::shared_ptr<SampleSource> opened = wanted->acquire();
+    const std::lock_guard lock(mutex_);
+    if (wantsInput() && input_ == wanted && !channel(Line::externalInput).source) {
+        channel(Line::externalInput).source = opened;
+        openedInput_ = opened;
+    }
 }
 
 void SoundCard::setSpeakers(std::shared_ptr<SpeakerSink> sink) {
@@ -88,42 +146,34 @@ void SoundCard::setSpeakers(std::shared_ptr<SpeakerSink> sink) {
 }
 
 void SoundCard::setVolume(Line line, int level) {
-    const std::lock_guard lock(mutex_);
     channel(line).volume = std::clamp(level, 0, fullVolume);
 }
 
 int SoundCard::volume(Line line) const {
-    const std::lock_guard lock(mutex_);
     return channel(line).volume;
 }
 
 void SoundCard::setMuted(Line line, bool muted) {
-    const std::lock_guard lock(mutex_);
     channel(line).muted = muted;
 }
 
 bool SoundCard::muted(Line line) const {
-    const std::lock_guard lock(mutex_);
     return channel(line).muted;
 }
 
 void SoundCard::setMasterVolume(int level) {
-    const std::lock_guard lock(mutex_);
     masterVolume_ = std::clamp(level, 0, fullVolume);
 }
 
 int SoundCard::masterVolume() const {
-    const std::lock_guard lock(mutex_);
     return masterVolume_;
 }
 
 void SoundCard::setMasterMuted(bool muted) {
-    const std::lock_guard lock(mutex_);
     masterMuted_ = muted;
 }
 
 bool SoundCard::masterMuted() const {
-    const std::lock_guard lock(mutex_);
     return masterMuted_;
 }
 
@@ -151,9 +201,17 @@ void SoundCard::wakeUp() {
 }
 
 bool SoundCard::hasWork() const {
-    return recorder_ || std::any_of(channels_.begin(), channels_.end(), [](const Channel& line) {
-               return line.source || line.waitingFrames > 0;
-           });
+    return recorder_ || listener_ ||
+           std::any_of(channels_.begin(), channels_.end(),
+                       [](const Channel& line) { return line.source || line.waitingFrames > 0; });
+}
+
+/// A card that rested has a new clock, and its filters know no earlier sound.
+void SoundCard::beginAnewIfIdle(Time now) {
+    if (!hasWork()) {
+        restartClock(now);
+        tone_.restart();
+    }
 }
 
 void SoundCard::restartClock(Time now) {
@@ -168,7 +226,7 @@ void SoundCard::produceDue(Time now, Released& released) {
             return;
         }
         const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(due, blockFrames));
-        const std::size_t made = produceBlock(wanted, released);
+        const std::size_t made = produceBlock(wanted, now, released);
         produced_ += static_cast<std::int64_t>(made);
         if (made < wanted) {
             // A line starves or the recording has no room, and holds the card: the time that it
@@ -181,7 +239,7 @@ void SoundCard::produceDue(Time now, Released& released) {
 
 /// Produces up to `wanted` frames, and answers how many: as many as every line can give and the
 /// recording can take.
-std::size_t SoundCard::produceBlock(std::size_t wanted, Released& released) {
+std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& released) {
     // Before anything is pulled, so that no line counts a frame that is not recorded.
     std::size_t frames = recorder_ ? std::min(wanted, recorder_->room()) : wanted;
     for (const Line line : pullOrder) {
@@ -196,7 +254,7 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Released& released) {
                       line.waiting.begin() + static_cast<std::ptrdiff_t>(frames), StereoFrame{});
         }
     }
-    feedRecorder(frames);
+    feedRecorder(frames, now);
     feedSpeakers(frames);
     for (Channel& line : channels_) {
         const std::size_t used = std::min(frames, line.waitingFrames);
@@ -230,28 +288,52 @@ std::size_t SoundCard::recordable(const Channel& line, std::size_t frames) {
     return line.lost ? std::min(frames, line.waitingFrames) : frames;
 }
 
-void SoundCard::feedRecorder(std::size_t frames) {
-    if (!recorder_) {
-        return;
-    }
-    if (const std::optional<Line> source = lineOf(recordingSource_)) {
-        const Channel& line = channel(*source);
-        recorder_->record(std::span(line.waiting).first(recordable(line, frames)));
-        return;
-    }
-    for (const Channel& line : channels_) {
-        frames = recordable(line, frames);
-    }
+void SoundCard::feedRecorder(std::size_t frames, Time now) {
+    const std::optional<Line> source = lineOf(recordingSource_);
+    std::size_t kept = frames;
     Block sum;
-    for (std::size_t i = 0; i < frames; ++i) {
-        WideFrame wide;
+    std::span<const StereoFrame> sound;
+    if (source) {
+        kept = recordable(channel(*source), frames);
+        sound = std::span(channel(*source).waiting).first(frames);
+    } else {
         for (const Channel& line : channels_) {
-            wide.left += line.waiting[i].left;
-            wide.right += line.waiting[i].right;
+            kept = recordable(line, kept);
         }
-        sum[i] = saturated(wide);
+        for (std::size_t i = 0; i < frames; ++i) {
+            WideFrame wide;
+            for (const Channel& line : channels_) {
+                wide.left += line.waiting[i].left;
+                wide.right += line.waiting[i].right;
+            }
+            sum[i] = saturated(wide);
+        }
+        sound = std::span(sum).first(frames);
     }
-    recorder_->record(std::span(sum).first(frames));
+    if (recorder_) {
+        recorder_->record(sound.first(kept));
+    }
+    if (listener_) {
+        listener_->record(sound);
+    }
+    notePeaks(sound, now);
+}
+
+/// A line without a source brings nothing: its meter goes to 0 by itself.
+void SoundCard::notePeaks(std::span<const StereoFrame> recorderSound, Time now) {
+    const auto brings = [](const Channel& line) {
+        return line.waitingFrames > 0;
+    };
+    for (Channel& line : channels_) {
+        if (brings(line)) {
+            line.peak.note(peakOf(std::span(line.waiting).first(recorderSound.size())), now);
+        }
+    }
+    const std::optional<Line> source = lineOf(recordingSource_);
+    if (source ? brings(channel(*source))
+               : std::any_of(channels_.begin(), channels_.end(), brings)) {
+        recorderPeak_.note(peakOf(recorderSound), now);
+    }
 }
 
 void SoundCard::feedSpeakers(std::size_t frames) {
@@ -260,7 +342,7 @@ void SoundCard::feedSpeakers(std::size_t frames) {
     }
     std::array<WideFrame, blockFrames> mix{};
     for (const Channel& line : channels_) {
-        const int level = line.muted || masterMuted_ ? 0 : line.volume;
+        const int level = line.muted || masterMuted_ ? 0 : line.volume.load();
         if (level == 0 || (!line.source && line.waitingFrames == 0)) {
             continue;
         }
@@ -269,11 +351,15 @@ void SoundCard::feedSpeakers(std::size_t frames) {
             mix[i].right += atLevel(line.waiting[i].right, level);
         }
     }
-    Block out;
-    for (std::size_t i = 0; i < frames; ++i) {
-        out[i] = saturated(
-            WideFrame{atLevel(mix[i].left, masterVolume_), atLevel(mix[i].right, masterVolume_)});
+    const int master = masterVolume_;
+    for (WideFrame& frame : std::span(mix).first(frames)) {
+        frame = {atLevel(frame.left, master), atLevel(frame.right, master)};
     }
+    // Behind the volumes: a sound that was turned down has room for a boost.
+    tone_.apply(std::span(mix).first(frames));
+    Block out;
+    std::transform(mix.begin(), mix.begin() + static_cast<std::ptrdiff_t>(frames), out.begin(),
+                   [](const WideFrame& frame) { return saturated(frame); });
     speakers_->play(std::span(out).first(frames));
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The software sound card: lines with volume and mute, a mixer for the speakers, and a recorder
-// that taps its source before them. It holds no thread (sound_card_thread.h drives it) and opens
-// no device (alsa_output.h).
+// The software sound card: lines with volume and mute, a mixer with bass and treble for the
+// speakers, and a recorder that taps its source before them. It holds no thread
+// (sound_card_thread.h drives it) and opens no device (alsa_output.h, external_input.h).
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -17,9 +18,13 @@
 #include <vector>
 
 #include "platform/linux/sound/mixing.h"
+#include "platform/linux/sound/peak_meter.h"
 #include "platform/linux/sound/sample_source.h"
+#include "platform/linux/sound/tone_control.h"
 
 namespace sonarith::sound {
+
+class ExternalInput;
 
 enum class Line { compactDisc, waveOut, externalInput };
 inline constexpr int lineCount = 3;
@@ -96,10 +101,19 @@ class SoundCard {
     void startRecording(std::shared_ptr<RecordingSink> sink, Time now);
     /// After this returns, the sink is called no more; all frames due up to `now` have reached it.
     void stopRecording(Time now);
-    /// Holds from the next frame that is produced.
-    void setRecordingSource(RecordingSource source);
+    /// From now on `sink` hears the recorder's source, recording or not, in place of an earlier
+    /// listener; null for nobody. Where the source is silent or lost, it hears silence. It never
+    /// holds the card: its `room` is not asked.
+    void setListener(std::shared_ptr<RecordingSink> sink, Time now);
+    /// Holds from the next frame that is produced. While `source` is the external input, `input` is
+    /// open for as long as there is a recording or a listener.
+    void setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input = nullptr);
+    /// The input that the recorder's source opens; null where that is another source.
+    [[nodiscard]] std::shared_ptr<ExternalInput> externalInput() const;
 
     void setSpeakers(std::shared_ptr<SpeakerSink> sink);
+
+    // The mixer. None of these members waits for the card. They hold from its next block on.
 
     /// Levels are clamped to 0..fullVolume and are linear in amplitude.
     void setVolume(Line line, int level);
@@ -110,6 +124,12 @@ class SoundCard {
     [[nodiscard]] int masterVolume() const;
     void setMasterMuted(bool muted);
     [[nodiscard]] bool masterMuted() const;
+    /// Bass and treble of the speakers.
+    [[nodiscard]] ToneControl& tone() { return tone_; }
+    /// The largest absolute sample, before volume and mute, that the recorder's source or a line
+    /// has brought since the last reading; see PeakMeter::read.
+    [[nodiscard]] int recorderPeak(Time now) { return recorderPeak_.read(now); }
+    [[nodiscard]] int linePeak(Line line, Time now) { return channel(line).peak.read(now); }
 
     /// Produces every frame that is due at `now`, in blocks. A late call makes up what was missed;
     /// a starving line, or a recording sink without room, holds the whole card until it has frames
@@ -118,8 +138,8 @@ class SoundCard {
     /// replaced or detached, the recorder that listens to it takes nothing. A `now` that lies
     /// before an earlier one changes nothing.
     void advance(Time now);
-    /// Whether there is anything to do: a line with a source, or a recording. While false, the
-    /// card needs no calls of advance.
+    /// Whether there is anything to do: a line with a source, a recording or a listener. While
+    /// false, the card needs no calls of advance.
     [[nodiscard]] bool active() const;
 
     /// `hook` is called, outside the card's lock, whenever the card may have become active. After
@@ -135,8 +155,9 @@ class SoundCard {
         std::shared_ptr<SampleSource> source;
         Block waiting;
         std::size_t waitingFrames = 0;
-        int volume = fullVolume;
-        bool muted = false;
+        std::atomic<int> volume = fullVolume;
+        std::atomic<bool> muted = false;
+        PeakMeter peak;
         bool lost = false; ///< its last source, before it was attached to or detached from again
     };
     /// What a member lets go of, kept until the lock has been given back.
@@ -147,13 +168,19 @@ class SoundCard {
 
     // All of these are called under mutex_.
     [[nodiscard]] bool hasWork() const;
+    void beginAnewIfIdle(Time now);
     void restartClock(Time now);
     void produceDue(Time now, Released& released);
-    std::size_t produceBlock(std::size_t wanted, Released& released);
+    std::size_t produceBlock(std::size_t wanted, Time now, Released& released);
     static std::size_t fill(Channel& channel, std::size_t wanted, Released& released);
     void feedSpeakers(std::size_t frames);
     [[nodiscard]] static std::size_t recordable(const Channel& line, std::size_t frames);
-    void feedRecorder(std::size_t frames);
+    void feedRecorder(std::size_t frames, Time now);
+    void notePeaks(std::span<const StereoFrame> recorderSound, Time now);
+    [[nodiscard]] bool wantsInput() const;
+
+    /// Opens or closes the external input, as the recorder needs it. Takes mutex_.
+    void followInput();
 
     void wakeUp();
 
@@ -162,8 +189,13 @@ class SoundCard {
     std::shared_ptr<SpeakerSink> speakers_;
     std::shared_ptr<RecordingSink> recorder_;
     RecordingSource recordingSource_ = RecordingSource::compactDisc;
-    int masterVolume_ = fullVolume;
-    bool masterMuted_ = false;
+    std::shared_ptr<RecordingSink> listener_;
+    std::shared_ptr<ExternalInput> input_;
+    std::shared_ptr<SampleSource> openedInput_; ///< what followInput attached
+    std::atomic<int> masterVolume_ = fullVolume;
+    std::atomic<bool> masterMuted_ = false;
+    ToneControl tone_; ///< applied under mutex_
+    PeakMeter recorderPeak_;
     Time origin_{};             ///< when the frames began to be due
     std::int64_t produced_ = 0; ///< frames since then
 
