@@ -4,7 +4,6 @@
 namespace sonarith {
 
 namespace {
-constexpr const char* section = "Devices";
 constexpr const char* driveKey = "Drive";
 constexpr const char* outputKey = "Output";
 constexpr const char* sourceKey = "Source";

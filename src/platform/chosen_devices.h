@@ -10,6 +10,8 @@ namespace sonarith {
 
 class ChosenDevices {
   public:
+    /// The section of the store.
+    static constexpr const char* section = "Devices";
     /// The recording source that is all that goes to the speakers.
     static constexpr const char* mixSource = "mix";
 
@@ -21,7 +23,7 @@ class ChosenDevices {
     [[nodiscard]] std::string drive() const;
     /// The name of an ALSA device, or "none".
     [[nodiscard]] std::string output() const;
-    /// Empty: the compact disc line; else `mixSource`.
+    /// Empty: the compact disc line; `mixSource`; else the name of an ALSA device.
     [[nodiscard]] std::string source() const;
     void setDrive(const std::string& drive);
     void setOutput(const std::string& output);

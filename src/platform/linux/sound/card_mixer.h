@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The mixer of this machine: lines and controls of the software sound card, by the numbers of the
+// mixer interface. It holds no levels itself (sound_card.h) and stores none (kept_tone.h).
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "platform/mixer.h"
+
+namespace sonarith::sound {
+
+/// The identifiers of lines and controls hold for every handle.
+class CardMixer final : public Mixer {
+  public:
+    /// A null `card` stands for a machine without a mixer: nothing can be opened. The card outlives
+    /// this; `now` is the clock that moves it. `toneChanged` is called after each write of bass or
+    /// treble.
+    explicit CardMixer(SoundCard* card, std::function<void()> toneChanged = {},
+                       SoundCardThread::Clock now = monotonicNow);
+
+    MixerResult open(MixerHandle& mixer) override;
+    MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) override;
+    MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) override;
+    MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) override;
+    MixerResult setControlDetails(MixerHandle mixer, const MixerControlDetails& details) override;
+
+  private:
+    [[nodiscard]] bool isOpen(MixerHandle mixer) const { return mixer >= 1 && mixer <= opened_; }
+    [[nodiscard]] MixerResult check(MixerHandle mixer, const MixerControlDetails& details) const;
+
+    SoundCard* card_;
+    std::function<void()> toneChanged_;
+    SoundCardThread::Clock now_;
+    MixerHandle opened_ = 0; ///< the number of handles, and the last one
+};
+
+} // namespace sonarith::sound

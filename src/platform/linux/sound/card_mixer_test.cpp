@@ -1,0 +1,420 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/card_mixer.h"
+
+#include <gmock/gmock.h>
+
+#include <complex>
+#include <set>
+
+#include "support/fake_sound.h"
+#include "support/sound_matchers.h"
+#include "support/tones.h"
+
+namespace sonarith::sound {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::amplitudeAt;
+using fakes::decibels;
+using fakes::IsSound;
+using fakes::MemorySink;
+using fakes::pattern;
+using fakes::PatternSource;
+using fakes::silence;
+using fakes::ToneSource;
+
+using Frames = std::vector<StereoFrame>;
+
+/// A mixer with its card in virtual time, as the logic uses it.
+class CardMixerTest : public testing::Test {
+  protected:
+    CardMixerTest() { EXPECT_EQ(mixer.open(handle), MixerResult::noError); }
+
+    std::uint32_t lineOfType(std::uint32_t type) {
+        MixerLine line{mixerLineSize, 0, type};
+        EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::noError) << type;
+        return line.dwLineID;
+    }
+    MixerResult find(std::uint32_t line, std::uint32_t type, MixerControl& control) {
+        MixerLineControls controls{mixerLineControlsSize, lineOfType(line), type, 1,
+                                   mixerControlSize,      &control};
+        return mixer.getLineControls(handle, controls);
+    }
+    std::uint32_t control(std::uint32_t line, std::uint32_t type) {
+        MixerControl found;
+        EXPECT_EQ(find(line, type, found), MixerResult::noError) << line << " " << type;
+        return found.dwControlID;
+    }
+    MixerControlDetails details(std::uint32_t identifier, std::int32_t& value) {
+        return {mixerControlDetailsSize, identifier, 1, 0, 4, &value};
+    }
+    std::int32_t get(std::uint32_t line, std::uint32_t type) {
+        std::int32_t value = -77;
+        MixerControlDetails record = details(control(line, type), value);
+        EXPECT_EQ(mixer.getControlDetails(handle, record), MixerResult::noError);
+        return value;
+    }
+    MixerResult set(std::uint32_t line, std::uint32_t type, std::int32_t value) {
+        return mixer.setControlDetails(handle, details(control(line, type), value));
+    }
+    void play(Line line, std::shared_ptr<SampleSource> source) {
+        card.attach(line, std::move(source), now);
+    }
+    /// What the speakers are given in `time`.
+    Frames hear(SoundCard::Time time) {
+        const auto speakers = std::make_shared<MemorySink>();
+        card.setSpeakers(speakers);
+        now += time;
+        card.advance(now);
+        return speakers->frames();
+    }
+
+    SoundCard card;
+    SoundCard::Time now{};
+    int toneChanges = 0;
+    CardMixer mixer{&card, [this] { ++toneChanges; },
+                    [this] {
+                        return now;
+                    }};
+    MixerHandle handle = 0;
+};
+
+struct Place {
+    std::uint32_t line;
+    std::uint32_t type;
+    std::int32_t start;
+    std::int32_t highest; ///< -1: it cannot be set
+};
+
+const std::vector<Place>& allControls() {
+    static const std::vector<Place> all{
+        {4, 0x50030001, 65535, 65535},      // master volume
+        {4, 0x50030002, 32768, 65535},      // bass
+        {4, 0x50030003, 32768, 65535},      // treble
+        {4, 0x20010002, 0, 1},              // master mute
+        {0x1005, 0x50030001, 65535, 65535}, // disc volume
+        {0x1005, 0x20010002, 0, 1},         // disc mute
+        {0x1008, 0x20010002, 0, 1},         // wave mute
+        {0x1008, 0x10020001, 0, -1},        // wave peak
+        {7, 0x10020001, 0, -1},             // what is recorded: peak
+        {0x1003, 0x10020001, 0, -1},        // external input: peak
+    };
+    return all;
+}
+
+TEST_F(CardMixerTest, HasEachControlOnceWithAnIdentifierOfItsOwn) {
+    std::set<std::uint32_t> identifiers;
+    for (const Place& place : allControls()) {
+        MixerControl found;
+        ASSERT_EQ(find(place.line, place.type, found), MixerResult::noError);
+        EXPECT_EQ(found.cbStruct, 152U);
+        EXPECT_EQ(found.dwControlType, place.type);
+        EXPECT_EQ(found.cMultipleItems, 0U);
+        EXPECT_NE(found.dwControlID, 0U);
+        EXPECT_TRUE(identifiers.insert(found.dwControlID).second);
+    }
+}
+
+TEST_F(CardMixerTest, BeginsFullOpenNeutralAndSilent) {
+    for (const Place& place : allControls()) {
+        EXPECT_EQ(get(place.line, place.type), place.start) << place.line << " " << place.type;
+    }
+}
+
+TEST_F(CardMixerTest, KeepsWhatIsWrittenAndTakesNothingOutOfRange) {
+    for (const Place& place : allControls()) {
+        if (place.highest < 0) {
+            EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue) << "a meter";
+            continue;
+        }
+        for (const std::int32_t value : {place.highest, 0, 1}) {
+            EXPECT_EQ(set(place.line, place.type, value), MixerResult::noError);
+            EXPECT_EQ(get(place.line, place.type), value);
+        }
+        for (const std::int32_t value : {place.highest + 1, -1, INT32_MIN, INT32_MAX}) {
+            EXPECT_EQ(set(place.line, place.type, value), MixerResult::invalidValue) << value;
+            EXPECT_EQ(get(place.line, place.type), 1);
+        }
+    }
+}
+
+TEST_F(CardMixerTest, CallsBackForBassAndTrebleAlone) {
+    for (const Place& place : allControls()) {
+        static_cast<void>(set(place.line, place.type, 1));
+    }
+    EXPECT_EQ(toneChanges, 2);
+    EXPECT_EQ(set(4, 0x50030002, 70'000), MixerResult::invalidValue);
+    EXPECT_EQ(toneChanges, 2);
+}
+
+TEST_F(CardMixerTest, AnswersWhatACardLacks) {
+    MixerLine line{mixerLineSize, 99, 0x1004};
+    EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidLine);
+    EXPECT_EQ(line.dwLineID, 99U);
+    MixerControl found{1, 2, 3, 4};
+    EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl) << "bass of the disc";
+    EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl) << "peak of the speakers";
+    MixerLineControls controls{mixerLineControlsSize, 4, 0x50030001, 1, mixerControlSize, &found};
+    EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidLine)
+        << "a component type is no line's identifier";
+    EXPECT_EQ(found.dwControlID, 2U);
+    for (const std::uint32_t identifier : {0U, 11U, 0xFFFFFFFFU}) {
+        std::int32_t value = 5;
+        MixerControlDetails record = details(identifier, value);
+        EXPECT_EQ(mixer.getControlDetails(handle, record), MixerResult::invalidControl);
+        EXPECT_EQ(mixer.setControlDetails(handle, record), MixerResult::invalidControl);
+        EXPECT_EQ(value, 5);
+    }
+}
+
+TEST_F(CardMixerTest, RefusesRecordsOfAWrongSizeAndMissingBlocks) {
+    MixerLine line{mixerLineSize - 1, 99, 4};
+    EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidParameter);
+    EXPECT_EQ(line.dwLineID, 99U);
+    MixerControl found;
+    const MixerLineControls good{mixerLineControlsSize, lineOfType(4), 0x50030001, 1,
+                                 mixerControlSize,      &found};
+    for (int wrong = 0; wrong < 4; ++wrong) {
+        MixerLineControls controls = good;
+        (wrong == 0   ? controls.cbStruct
+         : wrong == 1 ? controls.cControls
+                      : controls.cbmxctrl) += wrong < 3 ? 1 : 0;
+        controls.pamxctrl = wrong == 3 ? nullptr : &found;
+        EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidParameter) << wrong;
+    }
+    EXPECT_EQ(found.dwControlID, 0U);
+    std::int32_t value = 5;
+    const MixerControlDetails whole = details(control(4, 0x50030001), value);
+    for (int wrong = 0; wrong < 4; ++wrong) {
+        MixerControlDetails record = whole;
+        (wrong == 0   ? record.cbStruct
+         : wrong == 1 ? record.cChannels
+                      : record.cbDetails) += wrong < 3 ? 1 : 0;
+        record.paDetails = wrong == 3 ? nullptr : &value;
+        EXPECT_EQ(mixer.getControlDetails(handle, record), MixerResult::invalidParameter) << wrong;
+        EXPECT_EQ(mixer.setControlDetails(handle, record), MixerResult::invalidParameter) << wrong;
+    }
+    EXPECT_EQ(value, 5);
+    EXPECT_EQ(card.masterVolume(), 65535);
+}
+
+TEST_F(CardMixerTest, TakesEveryHandleThatWasOpenedAndNoOther) {
+    MixerHandle second = 0;
+    EXPECT_EQ(mixer.open(second), MixerResult::noError);
+    EXPECT_NE(second, handle);
+    MixerLine line{mixerLineSize, 0, 4};
+    EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::noError);
+    EXPECT_EQ(mixer.getLineInfo(second, line), MixerResult::noError);
+    std::int32_t value = 1;
+    MixerControlDetails record = details(control(4, 0x50030001), value);
+    MixerControl found;
+    MixerLineControls controls{mixerLineControlsSize, line.dwLineID, 0x50030001, 1,
+                               mixerControlSize,      &found};
+    for (const MixerHandle none : {0U, second + 1}) {
+        EXPECT_EQ(mixer.getLineInfo(none, line), MixerResult::invalidHandle);
+        EXPECT_EQ(mixer.getLineControls(none, controls), MixerResult::invalidHandle);
+        EXPECT_EQ(mixer.getControlDetails(none, record), MixerResult::invalidHandle);
+        EXPECT_EQ(mixer.setControlDetails(none, record), MixerResult::invalidHandle);
+    }
+    EXPECT_EQ(card.masterVolume(), 65535);
+}
+
+TEST(CardMixer, IsAbsentWithoutACard) {
+    CardMixer none(nullptr);
+    MixerHandle handle = 42;
+    EXPECT_EQ(none.open(handle), MixerResult::badDevice);
+    EXPECT_EQ(handle, 42U);
+    MixerLine line{mixerLineSize, 0, 4};
+    EXPECT_EQ(none.getLineInfo(handle, line), MixerResult::invalidHandle);
+    std::int32_t value = 0;
+    MixerControlDetails record{mixerControlDetailsSize, 1, 1, 0, 4, &value};
+    EXPECT_EQ(none.getControlDetails(handle, record), MixerResult::invalidHandle);
+    EXPECT_EQ(none.setControlDetails(handle, record), MixerResult::invalidHandle);
+}
+
+// --- what is heard -----------------------------------------------------------------------------
+
+TEST_F(CardMixerTest, VolumesAndMutesReachTheSpeakers) {
+    constexpr double hz = 1000;
+    play(Line::compactDisc, std::make_shared<ToneSource>(hz, 20'000));
+    const auto heardDb = [&] {
+        const Frames heard = hear(1s);
+        return decibels(amplitudeAt(fakes::leftOf(heard), hz, frameRate) / 20'000);
+    };
+    EXPECT_NEAR(heardDb(), 0, 0.01);
+    EXPECT_EQ(set(4, mixer_control::volume, 32768), MixerResult::noError);
+    EXPECT_NEAR(heardDb(), -6.02, 0.2);
+    EXPECT_EQ(set(0x1005, mixer_control::volume, 6553), MixerResult::noError);
+    EXPECT_NEAR(heardDb(), -26.02, 0.2);
+    EXPECT_EQ(set(4, mixer_control::volume, 65535), MixerResult::noError);
+    EXPECT_EQ(set(0x1005, mixer_control::volume, 65535), MixerResult::noError);
+    EXPECT_EQ(set(0x1008, mixer_control::mute, 1), MixerResult::noError);
+    EXPECT_NEAR(heardDb(), 0, 0.01) << "another line's mute";
+    EXPECT_EQ(set(0x1005, mixer_control::mute, 1), MixerResult::noError);
+    EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
+    EXPECT_EQ(set(0x1005, mixer_control::mute, 0), MixerResult::noError);
+    EXPECT_NEAR(heardDb(), 0, 0.01);
+    EXPECT_EQ(set(4, mixer_control::mute, 1), MixerResult::noError);
+    EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
+}
+
+/// The stated curves, from the analog model: `side` is 1 for the low shelf and -1 for the high one.
+double shelfDb(double hz, double cornerHz, double gainDb, int side) {
+    const auto warped = [](double frequency) {
+        return std::tan(std::numbers::pi * frequency / frameRate);
+    };
+    const double ratio = warped(hz) / warped(cornerHz);
+    const std::complex<double> s =
+        side > 0 ? std::complex<double>(0, ratio) : 1.0 / std::complex<double>(0, ratio);
+    const double a = std::pow(10, gainDb / 40);
+    const std::complex<double> width = std::sqrt(2 * a) * s;
+    return decibels(std::abs(a * (s * s + width + a) / (a * s * s + width + 1.0)));
+}
+
+struct ToneCase {
+    std::uint32_t control;
+    double cornerHz;
+    int side;
+};
+
+class CardMixerTone : public CardMixerTest, public testing::WithParamInterface<ToneCase> {};
+
+TEST_P(CardMixerTone, FollowsItsCurveWithinAFifthOfADecibel) {
+    constexpr double amplitude = 4000; // with 12 dB more it still fits
+    for (const std::int32_t position : {0, 16384, 32767, 49152, 65535}) {
+        const double gain = (position - 32768) * 12.0 / 32768;
+        EXPECT_EQ(set(4, GetParam().control, position), MixerResult::noError);
+        for (const double hz : {40.0, 100.0, 200.0, 1000.0, 5000.0, 10'000.0, 15'000.0}) {
+            play(Line::compactDisc, std::make_shared<ToneSource>(hz, amplitude));
+            hear(200ms); // until it has settled
+            const Frames heard = hear(250ms);
+            const double expected = shelfDb(hz, GetParam().cornerHz, gain, GetParam().side);
+            const double left = amplitudeAt(fakes::leftOf(heard), hz, frameRate) / amplitude;
+            const double right = amplitudeAt(fakes::rightOf(heard), hz, frameRate) / amplitude;
+            EXPECT_NEAR(decibels(left), expected, 0.2) << hz << " Hz at " << position;
+            EXPECT_NEAR(decibels(right * 2), expected, 0.2) << hz << " Hz at " << position;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(BassAndTreble, CardMixerTone,
+                         testing::Values(ToneCase{mixer_control::bass, 200, 1},
+                                         ToneCase{mixer_control::treble, 5000, -1}));
+
+TEST_F(CardMixerTest, BassAndTrebleHaveTheGainAtTheFrequenciesThatAreStated) {
+    EXPECT_NEAR(shelfDb(100, ToneControl::bassCornerHz, 12, 1), 11, 0.5);
+    EXPECT_NEAR(shelfDb(10'000, ToneControl::trebleCornerHz, 12, -1), 11, 0.5);
+    EXPECT_LT(shelfDb(1000, ToneControl::bassCornerHz, 12, 1), 0.1);
+    EXPECT_LT(shelfDb(1000, ToneControl::trebleCornerHz, 12, -1), 0.1);
+}
+
+TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
+    play(Line::compactDisc, std::make_shared<PatternSource>()); // reaches both ends of the range
+    EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
+}
+
+TEST_F(CardMixerTest, NeutralAgainAfterABoostChangesNoSample) {
+    play(Line::compactDisc, std::make_shared<PatternSource>());
+    EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
+    EXPECT_EQ(set(4, mixer_control::treble, 0), MixerResult::noError);
+    EXPECT_NE(hear(1s), pattern(0, 44'100));
+    EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
+    EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
+    hear(4s); // the ramp, and the recovery of what was turned down
+    EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
+}
+
+TEST_F(CardMixerTest, RecordsBitForBitWhateverTheSlidersDo) {
+    const auto tape = std::make_shared<MemorySink>();
+    card.startRecording(tape, now);
+    play(Line::compactDisc, std::make_shared<PatternSource>());
+    for (int step = 0; step < 200; ++step) {
+        const std::int32_t position = step * 7919 % 65536;
+        for (const Place& place : allControls()) {
+            if (place.highest > 0) {
+                EXPECT_EQ(set(place.line, place.type, std::min(position, place.highest)),
+                          MixerResult::noError);
+            }
+        }
+        hear(10ms);
+    }
+    card.stopRecording(now);
+    EXPECT_THAT(tape->frames(), IsSound(pattern(0, 88'200)));
+}
+
+/// The largest change of the slope between neighbouring samples: large at a click.
+double roughness(const std::vector<double>& samples) {
+    double most = 0;
+    for (std::size_t i = 2; i < samples.size(); ++i) {
+        most = std::max(most, std::abs(samples[i] - 2 * samples[i - 1] + samples[i - 2]));
+    }
+    return most;
+}
+
+TEST_F(CardMixerTest, AMoveOfASliderIsARampAndNoClick) {
+    // Low tones, whose own slope hardly changes from sample to sample.
+    for (const std::uint32_t type : {mixer_control::bass, mixer_control::treble}) {
+        play(Line::compactDisc, std::make_shared<ToneSource>(60, 7000));
+        hear(200ms);
+        for (const std::int32_t position : {65535, 0, 65535, 32768, 0, 32768}) {
+            EXPECT_EQ(set(4, type, position), MixerResult::noError);
+            const Frames heard = hear(300ms);
+            // At 60 Hz and 28000: 2; rounding to whole samples adds up to 2. A step of the gain
+            // from one sample to the next would be thousands.
+            EXPECT_LT(roughness(fakes::leftOf(heard)), 8) << type << " to " << position;
+        }
+    }
+}
+
+TEST_F(CardMixerTest, ABoostOfALoudSoundIsTurnedDownAndNotClipped) {
+    constexpr double hz = 60;
+    play(Line::compactDisc, std::make_shared<ToneSource>(hz, 32'700));
+    EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
+    hear(1s);
+    const std::vector<double> heard = fakes::leftOf(hear(1s));
+    const double whole = amplitudeAt(heard, hz, frameRate);
+    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "as loud as it can be";
+    // A clipped wave would hold a third of its amplitude as third harmonic.
+    EXPECT_LT(decibels(amplitudeAt(heard, 3 * hz, frameRate) / whole), -50);
+    EXPECT_LT(decibels(amplitudeAt(heard, 5 * hz, frameRate) / whole), -50);
+}
+
+TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasTurnedDown) {
+    EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
+    play(Line::compactDisc, std::make_shared<ToneSource>(60, 32'700));
+    hear(1s);
+    play(Line::compactDisc, std::make_shared<ToneSource>(1000, 4000)); // no bass in it
+    hear(3s);
+    EXPECT_NEAR(amplitudeAt(fakes::leftOf(hear(1s)), 1000, frameRate), 4000, 40);
+}
+
+TEST_F(CardMixerTest, AVolumeThatIsTurnedDownLeavesRoomForABoost) {
+    EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
+    EXPECT_EQ(set(4, mixer_control::volume, 65535 / 5), MixerResult::noError);
+    play(Line::compactDisc, std::make_shared<ToneSource>(40, 32'700));
+    hear(1s);
+    EXPECT_NEAR(decibels(amplitudeAt(fakes::leftOf(hear(1s)), 40, frameRate) / 6540),
+                shelfDb(40, 200, 12, 1), 0.2);
+}
+
+TEST_F(CardMixerTest, SilenceStaysSilenceUnderABoost) {
+    EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
+    EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
+    play(Line::compactDisc, std::make_shared<PatternSource>(1000));
+    play(Line::waveOut, std::make_shared<fakes::ConstantSource>(StereoFrame{}));
+    hear(1s);
+    EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
+}
+
+TEST_F(CardMixerTest, ASoundAfterARestBeginsWithTheToneThatIsSet) {
+    play(Line::compactDisc, std::make_shared<PatternSource>(441));
+    hear(20ms);
+    EXPECT_FALSE(card.active());
+    EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
+    EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
+    play(Line::compactDisc, std::make_shared<PatternSource>());
+    EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410))) << "no ramp from what nobody heard";
+}
+
+} // namespace
+} // namespace sonarith::sound
