@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The machine's wave input: device 0 is what the software sound card's recorder hears, whatever its
+// source is. It records no file (recording.h) and measures no peak (sound_card.h).
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/linux/sound/sound_card.h"
+#include "platform/linux/sound/sound_card_thread.h"
+#include "platform/wave_input.h"
+
+namespace sonarith::sound {
+
+class CardWaveInput final : public WaveInput {
+  public:
+    /// `open` waits so long for an external input to say whether it can be opened: no user notices
+    /// it. One that takes longer counts as opened, and is silent if it fails after all.
+    static constexpr std::chrono::milliseconds inputPatience{40};
+
+    /// The card outlives it; `now` is the clock that moves it.
+    explicit CardWaveInput(SoundCard& card, SoundCardThread::Clock now = monotonicNow);
+    ~CardWaveInput() override;
+    CardWaveInput(const CardWaveInput&) = delete;
+    CardWaveInput& operator=(const CardWaveInput&) = delete;
+
+    WaveResult open(WaveInHandle& handle, std::uint32_t device, const WaveFormat& format) override;
+    WaveResult prepareHeader(WaveInHandle handle, WaveHeader& header) override;
+    WaveResult unprepareHeader(WaveInHandle handle, WaveHeader& header) override;
+    WaveResult addBuffer(WaveInHandle handle, WaveHeader& header) override;
+    WaveResult start(WaveInHandle handle) override;
+    /// A buffer that is filled in part is marked done; empty ones stay with the device.
+    WaveResult stop(WaveInHandle handle) override;
+    WaveResult reset(WaveInHandle handle) override;
+    WaveResult close(WaveInHandle handle) override;
+    [[nodiscard]] std::string errorText(WaveResult result) const override;
+
+  private:
+    class Tape;
+
+    [[nodiscard]] bool isOpen(WaveInHandle handle) const { return tape_ && handle == handle_; }
+    /// Opens the external input, where that is the recorder's source; false if that fails.
+    [[nodiscard]] bool openInput();
+    void stopListening();
+
+    SoundCard& card_;
+    SoundCardThread::Clock now_;
+    WaveInHandle handle_ = 0;            ///< the last one given
+    std::shared_ptr<Tape> tape_;         ///< while it is open
+    std::shared_ptr<SampleSource> held_; ///< the input between open and start
+    bool running_ = false;
+    std::string failedInput_; ///< the name of the input that `open` failed for
+};
+
+} // namespace sonarith::sound

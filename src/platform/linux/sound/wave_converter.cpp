@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/sound/wave_converter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/linux/sound/mixing.h"
+#include "platform/linux/sound/sound_card.h"
+
+namespace sonarith::sound {
+
+namespace {
+
+constexpr std::uint16_t pcm = 1;
+constexpr std::uint32_t lowestRate = 4000;
+constexpr std::uint32_t highestRate = 192'000;
+
+/// Frames that the rate converter may hold back and give with a later block.
+constexpr std::size_t heldBackFrames = 256;
+
+bool isOffered(const WaveFormat& format) {
+    const unsigned block = format.nChannels * format.wBitsPerSample / 8U;
+    return format.wFormatTag == pcm && (format.nChannels == 1 || format.nChannels == 2) &&
+           (format.wBitsPerSample == 8 || format.wBitsPerSample == 16) &&
+           format.nSamplesPerSec >= lowestRate && format.nSamplesPerSec <= highestRate &&
+           format.nBlockAlign == block && format.nAvgBytesPerSec == format.nSamplesPerSec * block;
+}
+
+} // namespace
+
+std::unique_ptr<WaveConverter> WaveConverter::create(const WaveFormat& format) {
+    if (!isOffered(format)) {
+        return nullptr;
+    }
+    Resampler resampler;
+    if (format.nSamplesPerSec != frameRate) {
+        int error = 0;
+        resampler.reset(src_new(SRC_SINC_FASTEST, format.nChannels, &error));
+        if (!resampler) {
+            return nullptr;
+        }
+    }
+    return std::unique_ptr<WaveConverter>(new WaveConverter(format, std::move(resampler)));
+}
+
+WaveConverter::WaveConverter(const WaveFormat& format, Resampler resampler)
+    : channels_(format.nChannels),
+      bytesPerSample_(format.wBitsPerSample / 8U),
+      ratio_(static_cast<double>(format.nSamplesPerSec) / frameRate),
+      resampler_(std::move(resampler)),
+      samples_(blockFrames * channels_) {
+    const std::size_t most =
+        (static_cast<std::size_t>(std::ceil(blockFrames * ratio_)) + heldBackFrames) * channels_;
+    if (resampler_) {
+        input_.resize(samples_.size());
+        output_.resize(most);
+        resampled_.resize(most);
+    }
+    bytes_.resize(most * bytesPerSample_);
+}
+
+std::span<const std::byte> WaveConverter::convert(std::span<const StereoFrame> frames) {
+    bytesUsed_ = 0;
+    std::size_t count = 0;
+    for (const StereoFrame& frame : frames.first(std::min(frames.size(), blockFrames))) {
+        if (channels_ == 1) {
+            samples_[count++] = meanOf(frame);
+        } else {
+            samples_[count++] = frame.left;
+            samples_[count++] = frame.right;
+        }
+    }
+    if (resampler_) {
+        resample(count);
+    } else {
+        encode(std::span(samples_).first(count));
+    }
+    return std::span(bytes_).first(bytesUsed_);
+}
+
+void WaveConverter::resample(std::size_t samples) {
+    src_short_to_float_array(samples_.data(), input_.data(), static_cast<int>(samples));
+    SRC_DATA data{};
+    data.data_in = input_.data();
+    data.input_frames = static_cast<long>(samples / channels_);
+    data.src_ratio = ratio_;
+    do {
+        // Never more than fits behind what this block has given already.
+        const std::size_t room = (bytes_.size() - bytesUsed_) / frameBytes();
+        data.data_out = output_.data();
+        data.output_frames = static_cast<long>(room);
+        if (src_process(resampler_.get(), &data) != 0) {
+            return;
+        }
+        const auto made = static_cast<std::size_t>(data.output_frames_gen) * channels_;
+        src_float_to_short_array(output_.data(), resampled_.data(), static_cast<int>(made));
+        encode(std::span(resampled_).first(made));
+        data.data_in += static_cast<std::size_t>(data.input_frames_used) * channels_;
+        data.input_frames -= data.input_frames_used;
+    } while (data.input_frames > 0 && (data.input_frames_used > 0 || data.output_frames_gen > 0));
+}
+
+void WaveConverter::encode(std::span<const std::int16_t> samples) {
+    for (const std::int16_t sample : samples) {
+        const auto bits = static_cast<std::uint16_t>(sample);
+        if (bytesPerSample_ == 1) {
+            bytes_[bytesUsed_++] = static_cast<std::byte>((bits ^ 0x8000U) >> 8);
+        } else {
+            bytes_[bytesUsed_++] = static_cast<std::byte>(bits & 0xFFU);
+            bytes_[bytesUsed_++] = static_cast<std::byte>(bits >> 8);
+        }
+    }
+}
+
+} // namespace sonarith::sound
