@@ -13,6 +13,7 @@ Application::Application(const Platform& platform)
       conversion_(platform_, process_, windows_, workTree_.adder),
       player_(platform_, process_, windows_),
       preferences_(platform_, process_, windows_, extraction_.monitor),
+      playlist_(platform_, windows_, workTree_.adder),
       clip_(platform_, windows_.Form1),
       controlPanel_(platform_, windows_),
       mainWindow_(platform_, process_, windows_, extraction_.inspection, workTree_.tree) {}

@@ -13,6 +13,7 @@
 #include "forms/windows.h"
 #include "platform/platform.h"
 #include "player/player.h"
+#include "playlist/playlist.h"
 #include "settings/preferences/preferences.h"
 #include "settings/process_state.h"
 #include "worktree/work_tree_jobs.h"
@@ -47,6 +48,7 @@ class Application {
     Conversion conversion_;
     Player player_;
     Preferences preferences_;
+    Playlist playlist_;
     ActivityClip clip_;
     ControlPanel controlPanel_;
     MainWindow mainWindow_;
