@@ -16,6 +16,14 @@
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
+#if defined(__SANITIZE_THREAD__)
+/// A forked process that reaches the machine patiently has threads, which the sanitizer refuses
+/// unless it is told otherwise.
+extern "C" const char* __tsan_default_options() {
+    return "die_after_fork=0";
+}
+#endif
+
 namespace sonarith {
 namespace {
 
