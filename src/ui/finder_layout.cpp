@@ -32,11 +32,11 @@ QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
     rows->setSpacing(windowGap);
     auto* wanted = new QFormLayout;
     wanted->setSpacing(windowGap);
-    auto* name = new TextBoxView(form.Text1, QObject::tr("Name, without its extension"), side);
+    auto* name = new TextBoxView(form.Text1, QObject::tr("File Name (optional)"), side);
     name->setPlaceholderText(QObject::tr("all names"));
-    wanted->addRow(makeFixedText(QObject::tr("Name"), name, side), name);
-    auto* extension = new TextBoxView(form.zFileExt, QObject::tr("Extension"), side);
-    wanted->addRow(makeFixedText(QObject::tr("Extension"), extension, side), extension);
+    wanted->addRow(makeFixedText(QObject::tr("File Name (optional)"), name, side), name);
+    auto* extension = new TextBoxView(form.zFileExt, QObject::tr("File Type"), side);
+    wanted->addRow(makeFixedText(QObject::tr("File Type"), extension, side), extension);
     rows->addLayout(wanted);
     auto* drive = new DriveListView(form.Drive1, QObject::tr("Drive"), side);
     rows->addWidget(makeFixedText(QObject::tr("Search in"), drive, side));
