@@ -43,7 +43,7 @@ int runProgram() {
     NoticeBoard notices;
     IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;
-    Machine machine(store, waiting, notices, {{settingsSection, decodePathKey}},
+    Machine machine(loop, store, waiting, notices, {{settingsSection, decodePathKey}},
                     [&] { return process->settings.decodePath; });
     const auto toMachine = [&](const std::string& path) {
         return machine.toMachine(path);

@@ -56,7 +56,7 @@ def output_and_source_are_chosen(desktop, program):
         return [line for line in section.splitlines() if line.startswith(("Output=", "Source="))]
 
     def choose(former, key, entry, line):
-        """Opens the list of the box that shows `former`, and goes to an entry at its end."""
+        """Opens the list of the box that shows `former`, and goes to an entry by `key`."""
         started.click(former, "combo box")
         desktop.press(key, "Return")
         started.get(entry, "combo box")
@@ -66,7 +66,7 @@ def output_and_source_are_chosen(desktop, program):
     started.wait_for_window()
     open_devices(started)
     choose("None", "Home", "Default sound device", "Output=default")
-    choose("Compact disc", "End", "All that is played", "Source=mix")
+    choose("Compact disc", "Down", "All that is played", "Source=mix")
     close(started)
     check_equal(sorted(stored()), ["Output=default", "Source=mix"], "the store after the end")
 

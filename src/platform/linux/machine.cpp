@@ -37,7 +37,7 @@ PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
 
 } // namespace
 
-Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
+Machine::Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
                  const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
     : shared_(sharedPaths(store, homeNamedIn(store, storedPaths))),
@@ -47,7 +47,7 @@ Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
       destination_(std::move(destination)),
       slot_([this] { return devices_.drive(); },
             disc::realDriveMakers({threads_, waiting, notices})),
-      devices_(store, slot_, card_),
+      devices_(store, slot_, card_, notices),
       cardThread_(std::make_unique<sound::SoundCardThread>(card_)),
       media_(mci::devicesOf(
           {card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
@@ -58,15 +58,19 @@ Machine::Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
           card_, sound::monotonicNow,
           [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
           notices, saves_),
+      keptTone_(card_.tone(), store, loop),
+      mixer_(&card_, [this] { keptTone_.changed(); }),
+      waveInput_(card_),
       drives_(*shared_.letters, shared_.home),
       drivePaths_(drives_, mounts_),
       system_([this] { return drivePaths_.drives().drives(); },
               [this](const std::string& path) { return drivePaths_.logicPathOf(path); }) {}
 
 void Machine::stop() {
+    keptTone_.keep();
     mp3Controls_.stopAll();
     cardThread_.reset();
-    card_.setSpeakers(nullptr);
+    devices_.release();
     saves_->noneWithin(patienceWithSaves);
 }
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/absent_devices.h"
+#include "platform/event_loop.h"
 #include "platform/linux/disc/drive_slot.h"
 #include "platform/linux/machine_device_choice.h"
 #include "platform/linux/mci/interpreter.h"
@@ -23,6 +23,9 @@
 #include "platform/linux/paths/path_map.h"
 #include "platform/linux/paths/patient_directories.h"
 #include "platform/linux/paths/patient_file_system.h"
+#include "platform/linux/sound/card_mixer.h"
+#include "platform/linux/sound/card_wave_input.h"
+#include "platform/linux/sound/kept_tone.h"
 #include "platform/linux/sound/pending_saves.h"
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/sound_card_thread.h"
@@ -36,18 +39,18 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in the
-    /// logic's form. `destination` returns the destination folder in that form: recordings are made
-    /// there first, since they are saved there without being copied. Disks and drives that may hang
-    /// are waited for with `waiting`, and report to `notices`, which lives until the process ends:
-    /// threads that a hanging device keeps hold it.
-    Machine(SettingsStore& store, Waiting& waiting, Notices& notices,
+    /// `loop`, `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in
+    /// the logic's form. `destination` returns the destination folder in that form: recordings are
+    /// made there first, since they are saved there without being copied. Disks and drives that may
+    /// hang are waited for with `waiting`, and report to `notices`, which lives until the process
+    /// ends: threads that a hanging device keeps hold it.
+    Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    /// The end of the program: sound stops, threads end, and saves that were asked for get a moment
-    /// to reach the disk. Nothing of the machine is used any more.
+    /// The end of the program: bass and treble are stored, sound stops, threads end, and saves that
+    /// were asked for get a moment to reach the disk. Nothing of the machine is used any more.
     void stop();
 
     /// From a path of the logic to one of the machine, and back; empty where there is none, or its
@@ -87,8 +90,9 @@ class Machine {
     std::unique_ptr<sound::SoundCardThread> cardThread_;
     mci::Interpreter media_;
     mp3::Mpg123Controls mp3Controls_;
-    AbsentMixer mixer_;
-    AbsentWaveInput waveInput_;
+    sound::KeptTone keptTone_;
+    sound::CardMixer mixer_;
+    sound::CardWaveInput waveInput_;
     // Letters and their mounts, as the kernel lists them: no disk is asked.
     MountInfo mounts_;
     DriveTable drives_;

@@ -2,16 +2,32 @@
 #include "platform/linux/machine_device_choice.h"
 
 #include "platform/linux/disc/optical_drive.h"
-#include "platform/linux/sound/alsa_devices.h"
+#include "platform/linux/sound/alsa_input.h"
 #include "platform/linux/sound/alsa_output.h"
 
 namespace sonarith {
 
 MachineDeviceChoice::MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot,
-                                         sound::SoundCard& card)
-    : chosen_(store), slot_(slot), card_(card) {
+                                         sound::SoundCard& card, Notices& notices)
+    : chosen_(store),
+      slot_(slot),
+      card_(card),
+      notices_(std::make_shared<sound::DeviceNotices>(notices)) {
+    // An input is recorded and not played: a microphone near the speakers would howl, and an input
+    // that hears what is played would hear itself for ever.
+    card_.setMuted(sound::Line::externalInput, true);
     applyOutput();
     applySource();
+}
+
+MachineDeviceChoice::~MachineDeviceChoice() {
+    notices_->mute();
+}
+
+void MachineDeviceChoice::release() {
+    notices_->mute();
+    card_.setSpeakers(nullptr);
+    card_.setRecordingSource(sound::RecordingSource::compactDisc);
 }
 
 std::vector<std::string> MachineDeviceChoice::opticalDrives() const {
@@ -19,15 +35,15 @@ std::vector<std::string> MachineDeviceChoice::opticalDrives() const {
 }
 
 std::vector<DeviceEntry> MachineDeviceChoice::outputs() const {
-    std::vector<DeviceEntry> entries;
-    for (const sound::DeviceEntry& entry : sound::listOutputs()) {
-        entries.push_back({entry.name, entry.description});
-    }
-    return entries;
+    return sound::listOutputs();
 }
 
 std::vector<DeviceEntry> MachineDeviceChoice::sources() const {
-    return {{"", "Compact disc"}, {ChosenDevices::mixSource, "All that is played"}};
+    std::vector<DeviceEntry> entries{{"", "Compact disc"},
+                                     {ChosenDevices::mixSource, "All that is played"}};
+    const std::vector<DeviceEntry> inputs = sound::listInputs();
+    entries.insert(entries.end(), inputs.begin(), inputs.end());
+    return entries;
 }
 
 void MachineDeviceChoice::setDrive(const std::string& drive) {
@@ -46,13 +62,22 @@ void MachineDeviceChoice::setSource(const std::string& name) {
 }
 
 void MachineDeviceChoice::applyOutput() {
-    card_.setSpeakers(sound::makeOutput(chosen_.output()));
+    const std::string name = chosen_.output();
+    card_.setSpeakers(
+        sound::makeOutput(name, {}, sound::reportTo(notices_, sound::SoundDevice::output, name)));
 }
 
 void MachineDeviceChoice::applySource() {
-    card_.setRecordingSource(chosen_.source() == ChosenDevices::mixSource
-                                 ? sound::RecordingSource::mix
-                                 : sound::RecordingSource::compactDisc);
+    const std::string name = chosen_.source();
+    if (name.empty()) {
+        card_.setRecordingSource(sound::RecordingSource::compactDisc);
+    } else if (name == ChosenDevices::mixSource) {
+        card_.setRecordingSource(sound::RecordingSource::mix);
+    } else {
+        card_.setRecordingSource(
+            sound::RecordingSource::externalInput,
+            sound::makeInput(name, sound::reportTo(notices_, sound::SoundDevice::input, name)));
+    }
 }
 
 } // namespace sonarith

@@ -2,18 +2,30 @@
 // The choice of this machine's devices: what is stored reaches the drive slot and the sound card.
 #pragma once
 
+#include <memory>
+
 #include "platform/chosen_devices.h"
 #include "platform/device_choice.h"
 #include "platform/linux/disc/drive_slot.h"
+#include "platform/linux/sound/device_notices.h"
 #include "platform/linux/sound/sound_card.h"
+#include "platform/notices.h"
 #include "platform/settings_store.h"
 
 namespace sonarith {
 
 class MachineDeviceChoice final : public DeviceChoice {
   public:
-    /// Gives the card what is chosen. All outlive this; `slot` asks drive() for its drive.
-    MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card);
+    /// Gives the card what is chosen; sound devices that are lost go to `notices`. All outlive
+    /// this; `slot` asks drive() for its drive.
+    MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
+                        Notices& notices);
+    ~MachineDeviceChoice() override;
+    MachineDeviceChoice(const MachineDeviceChoice&) = delete;
+    MachineDeviceChoice& operator=(const MachineDeviceChoice&) = delete;
+
+    /// Takes the sound devices from the card and closes them. Nothing is reported any more.
+    void release();
 
     [[nodiscard]] std::vector<std::string> opticalDrives() const override;
     [[nodiscard]] std::vector<DeviceEntry> outputs() const override;
@@ -33,6 +45,7 @@ class MachineDeviceChoice final : public DeviceChoice {
     ChosenDevices chosen_;
     disc::DriveSlot& slot_;
     sound::SoundCard& card_;
+    std::shared_ptr<sound::DeviceNotices> notices_; ///< threads that hang may keep it
 };
 
 } // namespace sonarith

@@ -2,9 +2,10 @@
 #include "platform/linux/sound/alsa_devices.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
+#include <string_view>
 
 #include "platform/linux/sound/sample_source.h"
 
@@ -51,6 +52,33 @@ std::string onOneLine(std::string text) {
     return text;
 }
 
+/// Card names that play or hear one device in stereo, before ":CARD=...". The others mix in ALSA
+/// itself (dmix, dsnoop) or are for more than two channels (surround51).
+bool namesCardDevice(std::string_view name) {
+    constexpr std::string_view kinds[] = {"sysdefault", "front", "hw", "plughw", "hdmi", "iec958"};
+    const std::string_view kind = name.substr(0, name.find(':'));
+    return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
+}
+
+/// A device of ALSA's own that is neither a real one nor a server. Plug-ins say so themselves
+/// ("Rate Converter Plugin Using ..."); a name alone tells nothing, as users name their own, too.
+bool isPlugIn(const DeviceHint& hint) {
+    std::string words = hint.description;
+    std::transform(words.begin(), words.end(), words.begin(),
+                   [](unsigned char letter) { return std::tolower(letter); });
+    // "null" swallows everything; the entry "none" is ours. "oss" is an interface that Linux has no
+    // more, under which no device is found.
+    return words.find("plugin") != std::string::npos ||
+           words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
+}
+
+bool isChoosable(const DeviceHint& hint) {
+    if (namesNoDevice(hint.name) || hint.name == "default") {
+        return false; // entries of our own
+    }
+    return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
+}
+
 } // namespace
 
 bool namesNoDevice(const std::string& name) {
@@ -74,27 +102,37 @@ PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction) {
     return pcm;
 }
 
+std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
+                                   snd_pcm_stream_t direction) {
+    const bool playing = direction == SND_PCM_STREAM_PLAYBACK;
+    const std::string other = playing ? "Input" : "Output";
+    std::vector<DeviceEntry> entries{
+        {"default", playing ? "Default sound device" : "Default sound input"}};
+    for (const DeviceHint& hint : hints) {
+        if (hint.direction != other && isChoosable(hint)) {
+            const std::string description = onOneLine(hint.description);
+            entries.push_back({hint.name, description.empty() ? hint.name : description});
+        }
+    }
+    if (playing) {
+        entries.push_back({noDevice, "None"});
+    }
+    return entries;
+}
+
 std::vector<DeviceEntry> listDevices(snd_pcm_stream_t direction) {
     silenceMessages();
-    std::vector<DeviceEntry> entries{{"default", "Default sound device"}};
-    const std::string other = direction == SND_PCM_STREAM_PLAYBACK ? "Input" : "Output";
+    std::vector<DeviceHint> found;
     constexpr int allCards = -1;
     void** hints = nullptr;
     if (snd_device_name_hint(allCards, "pcm", &hints) >= 0) {
         for (void** hint = hints; *hint != nullptr; ++hint) {
-            const std::string name = hintField(*hint, "NAME");
-            // "null" is ALSA's own device that swallows everything: the entry "none" is ours.
-            if (namesNoDevice(name) || name == "null" || name == "default" ||
-                hintField(*hint, "IOID") == other) {
-                continue;
-            }
-            const std::string description = onOneLine(hintField(*hint, "DESC"));
-            entries.push_back({name, description.empty() ? name : description});
+            found.push_back(
+                {hintField(*hint, "NAME"), hintField(*hint, "DESC"), hintField(*hint, "IOID")});
         }
         snd_device_name_free_hint(hints);
     }
-    entries.push_back({noDevice, "None"});
-    return entries;
+    return choosable(found, direction);
 }
 
 } // namespace sonarith::sound

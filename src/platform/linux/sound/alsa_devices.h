@@ -7,15 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/device_choice.h"
 #include "platform/linux/late/alsa.h"
 
 namespace sonarith::sound {
-
-/// A device as it is chosen: `name` is what the settings store keeps, `description` what is shown.
-struct DeviceEntry {
-    std::string name;
-    std::string description;
-};
 
 /// The name that stands for no device at all; an empty name means the same.
 inline constexpr const char* noDevice = "none";
@@ -32,7 +27,21 @@ using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
 /// the first call on, ALSA prints no messages of its own.
 [[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
 
-/// The devices of ALSA's configuration for `direction`, the default device first, and none last.
+/// One entry of ALSA's list of devices.
+struct DeviceHint {
+    std::string name;
+    std::string description; ///< of several lines
+    std::string direction;   ///< "Input", "Output", or empty for both
+};
+
+/// What of `hints` can be chosen for `direction`: the default device first, whether it is among
+/// them or not; then sound servers, real devices and what the user has configured, in their order.
+/// ALSA's plug-ins are left out (converters, mixers, device files of its own), as are the card
+/// names for more channels than two. For playing, "none" is last.
+[[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
+                                                 snd_pcm_stream_t direction);
+
+/// The same for ALSA's configuration as it is now.
 [[nodiscard]] std::vector<DeviceEntry> listDevices(snd_pcm_stream_t direction);
 
 } // namespace sonarith::sound

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/alsa_input.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace sonarith::sound {
@@ -27,14 +26,6 @@ class AlsaCapture : public PcmCapture {
     PcmHandle pcm_;
 };
 
-class SilentInput : public SampleSource {
-  public:
-    Pulled pull(std::span<StereoFrame> block) override {
-        std::fill(block.begin(), block.end(), StereoFrame{});
-        return {block.size(), Supply::flowing};
-    }
-};
-
 } // namespace
 
 std::unique_ptr<PcmCapture> openAlsaCapture(const std::string& name) {
@@ -42,11 +33,10 @@ std::unique_ptr<PcmCapture> openAlsaCapture(const std::string& name) {
     return pcm ? std::make_unique<AlsaCapture>(std::move(pcm)) : nullptr;
 }
 
-std::shared_ptr<SampleSource> makeInput(const std::string& name, CaptureTiming timing) {
-    if (namesNoDevice(name)) {
-        return std::make_shared<SilentInput>();
-    }
-    return std::make_shared<CapturePump>([name] { return openAlsaCapture(name); }, timing);
+std::shared_ptr<ExternalInput> makeInput(const std::string& name, ReportDevice report,
+                                         CaptureTiming timing) {
+    return std::make_shared<ExternalInput>(
+        name, [name] { return openAlsaCapture(name); }, std::move(report), timing);
 }
 
 std::vector<DeviceEntry> listInputs() {
