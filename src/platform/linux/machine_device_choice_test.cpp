@@ -26,9 +26,8 @@ class MachineDeviceChoiceTest : public testing::Test {
     test::FakeSettingsStore store;
     test::FakeNotices notices;
     // There is no drive, and none is asked for.
-    disc::DriveSlot slot{[] { return std::string(); }, {.listOptical = [] {
-                             return std::vector<std::string>();
-                         }}};
+    disc::DriveSlot slot{[] { return std::string(); },
+                         {[] { return std::vector<std::string>(); }, {}, {}}};
     sound::SoundCard card;
 };
 
