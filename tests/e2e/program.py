@@ -217,13 +217,18 @@ class Program:
         return below[:end]
 
     def wait_for_window(self):
-        """Until the main window stands with its tree filled; then makes it large enough to show
-        all rows of a small disc, as a person would by its edge."""
+        """Until the main window stands with its tree filled, and the player's panel beside it; then
+        makes the main window large enough to show all rows of a small disc, as a person would by
+        its edge, and moves it to where the panel covers none of it."""
         def stands():
             check(self.running, f"the program ended by itself with {self.process.returncode}")
             return "MP3 Files" in self.rows()
         wait_for("the main window and its tree", stands)
-        self.desktop.xdotool("windowsize", "--sync", self.main_window_id(), 480, 720)
+        wait_for("the player's panel", lambda: self.window("CD Player"))
+        main = self.main_window_id()
+        self.desktop.xdotool("windowsize", "--sync", main, 480, 720)
+        self.desktop.xdotool("windowmove", main, 20, 20)
+        self.desktop.xdotool("windowactivate", "--sync", main)
 
     def open_row(self, name):
         """Opens a row of the tree by the arrow before it."""
