@@ -18,7 +18,7 @@ inline constexpr std::size_t tagLength = 128;
 inline constexpr std::size_t tagSearchLength = 256;
 
 /// Stores the tag's fields in `info`. The tag begins at the first "tag" of the file's last bytes,
-/// in upper or lower case, wherever it stands: letters of the sound before it are taken for it.
+/// in upper or lower case, wherever it is: letters of the sound before it are taken for it.
 /// Without one the texts are empty and the genre is 255. Blanks at the end of a field are cut,
 /// other padding is not. A genre of code 32, and one behind the end, leaves that of the file
 /// before.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Four bytes as a text of binary digits, and such a text as a number. What the digits mean is
-// told in mp3_header.h.
+// Four bytes as a text of binary digits, and such a text as a number. mp3_header.h knows what the
+// digits mean.
 #pragma once
 
 #include <array>
