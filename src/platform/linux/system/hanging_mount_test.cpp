@@ -58,6 +58,10 @@ int lookAtAHangingMount(const std::string& point) {
     if (information.driveKind("D:\\") != DriveKind::fixed) {
         return 1;
     }
+    if (!information.diskSpace("C:\\")) {
+        return 7;
+    }
+    const int threadsBefore = threadsNow(); // the one that asks among them
     const auto start = std::chrono::steady_clock::now();
     if (information.diskSpace("D:\\")) {
         return 2;
@@ -71,7 +75,7 @@ int lookAtAHangingMount(const std::string& point) {
             return 4;
         }
     }
-    if (information.unanswered() != 1 || threadsNow() != 3) { // this one, the waiting, the idle
+    if (information.unanswered() != 1 || threadsNow() != threadsBefore + 1) {
         return 5;
     }
     ::close(device); // the kernel fails the waiting call
