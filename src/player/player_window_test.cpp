@@ -226,6 +226,7 @@ TEST_F(PlayerSurfacesTest, TwoPicturesDragTheWindowByAMoveWithTheLeftButton) {
         EXPECT_EQ(dragsOf([&] { run(picture->onMouseMove, right); }), 0);
         EXPECT_EQ(dragsOf([&] { run(picture->onMouseDown, left); }), 0);
     }
+    EXPECT_THAT(popups, IsEmpty());
 }
 
 TEST_F(PlayerSurfacesTest, ThreeSurfacesDragTheWindowByAPressOfTheLeftButton) {
