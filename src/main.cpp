@@ -3,6 +3,7 @@
 // and runs them.
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QApplication>
 
@@ -22,6 +23,7 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_tray.h"
 #include "platform/qt/qt_waiting.h"
+#include "playlist/playlist_entries.h"
 #include "ui/devices_window.h"
 #include "ui/finder_layout.h"
 #include "ui/icons.h"
@@ -37,13 +39,22 @@ namespace {
 
 using namespace sonarith;
 
+std::vector<StoredPath> storedPaths(const SettingsStore& store) {
+    std::vector<StoredPath> paths{{settingsSection, decodePathKey}};
+    for (const std::string& key : playlistPathKeys(store)) {
+        paths.push_back({playlistSection, key});
+    }
+    return paths;
+}
+
 int runProgram() {
     QtEventLoop loop;
     QtWaiting waiting;
-    NoticeBoard notices;
+    // Never destroyed: threads that a hanging device keeps report to it until the process ends.
+    static NoticeBoard& notices = *new NoticeBoard;
     IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;
-    Machine machine(loop, store, waiting, notices, {{settingsSection, decodePathKey}},
+    Machine machine(loop, store, waiting, notices, storedPaths(store),
                     [&] { return process->settings.decodePath; });
     const auto toMachine = [&](const std::string& path) {
         return machine.toMachine(path);
