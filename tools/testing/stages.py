@@ -125,7 +125,7 @@ STAGES = (
           selection=("-LE", "^e2e$")),
     # They sleep more than they work, and look at what is seen for half a second only.
     Stage("e2e", "the real program in a real window",
-          preset="asan", targets=("sonarith", "drag_source", "embedding_panel"),
+          preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
           jobs=PROCESSORS + 1),
 )

@@ -1,0 +1,128 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Disks and drives that do not answer for a while, or ever: the window stays in the user's hands,
+nothing that was captured is lost, and the program ends when it is asked to."""
+
+import contextlib
+import os
+import pathlib
+import sys
+import time
+
+from driver import make_disc, run
+from program import Program
+from scenes import MUSIC, close, start_track, start_with_disc, wavs_by_track
+from sound import check_track, disc_samples
+from waiting import check, check_equal, wait_for
+
+LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
+# The program itself answers within a tenth of a second and ends within a second. These are for a
+# program with sanitizers on a busy machine.
+SECONDS_TO_ANSWER = 3
+SECONDS_TO_END = 6
+
+
+@contextlib.contextmanager
+def files_that_stall(desktop, folder):
+    """Programs that start within this wait for files below `folder` while the yielded path
+    exists."""
+    switch = desktop.home / "stalled"
+    switch.unlink(missing_ok=True)
+    before = dict(desktop.environment)
+    options = before.get("ASAN_OPTIONS", "")
+    desktop.environment.update({
+        "LD_PRELOAD": LIBRARY, "STALLED_FOLDER": str(folder), "STALLED_WHILE": str(switch),
+        # The library stands before the sanitizer's.
+        "ASAN_OPTIONS": f"{options}:verify_asan_link_order=0".lstrip(":")})
+    try:
+        yield switch
+    finally:
+        switch.unlink(missing_ok=True)
+        for key in ("LD_PRELOAD", "STALLED_FOLDER", "STALLED_WHILE", "ASAN_OPTIONS"):
+            desktop.environment.pop(key)
+        desktop.environment.update(before)
+
+
+def seconds_until(what, condition):
+    began = time.monotonic()
+    wait_for(what, condition)
+    return time.monotonic() - began
+
+
+def notice(started):
+    """The line below the work area that tells what the platform knows; empty for none."""
+    return " ".join(started.labels("Notice"))
+
+
+def a_stalling_destination_costs_no_sample(desktop, program):
+    with files_that_stall(desktop, desktop.home / MUSIC) as switch:
+        started, sheet, destination = start_with_disc(desktop, program, seconds=8)
+        start_track(started, "Track  1 - 00:00:08")
+        switch.touch()
+        before = started.figures()[1]
+        wait_for("the notice of the stall", lambda: "does not answer" in notice(started))
+        check(started.figures()[1] > before, "the capture stands still while the disk stalls")
+        switch.unlink()
+        wait_for("the end of the capture",
+                 lambda: started.is_enabled("Preferences", "push button"))
+        wavs = wavs_by_track(destination)
+        check_equal(list(wavs), [1], "tracks in the destination")
+        check_track(wavs[1], disc_samples(sheet), 1, 8)
+        close(started)
+
+
+def a_hanging_destination_does_not_hold_cancel_or_the_end(desktop, program):
+    with files_that_stall(desktop, desktop.home / MUSIC) as switch:
+        started, _, _ = start_with_disc(desktop, program, seconds=30)
+        start_track(started, "Track  1 - 00:00:30")
+        switch.touch()
+        wait_for("the notice of the stall", lambda: "does not answer" in notice(started))
+        started.click("Cancel", "push button")
+        seconds = seconds_until("the end of the action",
+                                lambda: started.is_enabled("Preferences", "push button"))
+        check(seconds < SECONDS_TO_ANSWER, f"Cancel took {seconds:.1f} s")
+        started.close_window()
+        seconds = seconds_until("the end of the program", lambda: not started.running)
+        check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
+
+
+def a_drive_that_takes_long_is_waited_for(desktop, program):
+    discs = desktop.home / "slow discs"
+    with files_that_stall(desktop, discs) as switch:
+        sheet = make_disc(discs, tracks=2, seconds=4, signal="ramp")
+        desktop.write_store(sheet, desktop.home / MUSIC)
+        started = Program(desktop, program)
+        started.wait_for_window()
+        other = make_disc(discs, name="other", tracks=2, seconds=9, signal="ramp")
+        os.replace(other, sheet)
+        switch.touch()
+        started.choose_menu("Action", "Refresh List")
+        time.sleep(4)
+        check(started.running, "the program ended while the drive was waited for")
+        switch.unlink()
+        started.open_row("Available Tracks")
+        wait_for("the other disc's tracks", lambda: started.group("Available Tracks") ==
+                 [f"Track  {number} - 00:00:09" for number in (1, 2)])
+        close(started)
+
+
+def a_drive_that_hangs_does_not_hold_the_end(desktop, program):
+    discs = desktop.home / "slow discs"
+    with files_that_stall(desktop, discs) as switch:
+        sheet = make_disc(discs, tracks=2, seconds=4, signal="ramp")
+        desktop.write_store(sheet, desktop.home / MUSIC)
+        started = Program(desktop, program)
+        started.wait_for_window()
+        os.utime(sheet)
+        switch.touch()
+        started.choose_menu("Action", "Refresh List")
+        time.sleep(1)
+        started.close_window()
+        seconds = seconds_until("the end of the program", lambda: not started.running)
+        check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
+
+
+if __name__ == "__main__":
+    run(a_stalling_destination_costs_no_sample,
+        a_hanging_destination_does_not_hold_cancel_or_the_end,
+        a_drive_that_takes_long_is_waited_for,
+        a_drive_that_hangs_does_not_hold_the_end)
