@@ -3,9 +3,9 @@
 // is the layout's; what it does is the form's. The main window has a class of its own
 // (main_window_view.h). Windows are made when they are first shown: lazy_window.h.
 //
-// How a window is laid out: a file ui/<name>_window.cpp with one function that describes it.
+// How a window is laid out: a file ui/<name>_layout.cpp with one function that describes it.
 //
-//     WindowLayout finderWindow(FrmSearch& form) {
+//     WindowLayout finderLayout(FrmSearch& form) {
 //         return {.form = form,
 //                 .icon = Symbol::search,
 //                 .cancelButton = &form.cmdend,
@@ -21,8 +21,8 @@
 //                 }};
 //     }
 //
-// In main.cpp: `const LazyWindow finder(finderWindow(windows.frmsearch), help);`
-// In its test: `FormWindow window(finderWindow(form)); form.show();`
+// In main.cpp: `const LazyWindow finder(finderLayout(windows.frmsearch), help);`
+// In its test: `FormWindow window(finderLayout(form)); form.show();`
 //
 // Each view names its control for screen readers by the control's caption, its tool tip, or the
 // label that the layout gives. A drop-down list (ComboBoxView, DriveListView) needs a fixed text
