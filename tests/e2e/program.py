@@ -230,6 +230,14 @@ class Program:
         self.desktop.xdotool("windowmove", main, 20, 20)
         self.desktop.xdotool("windowactivate", "--sync", main)
 
+    def close_panel(self):
+        """Closes the player's panel, for scenes that count windows or need the focus."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                str(self.process.pid), "--name", "^CD Player$"], check=False,
+                               env=self.desktop.environment, capture_output=True, text=True)
+        self.desktop.ask_to_close(found.stdout.split()[0])
+        wait_for("the closed panel", lambda: self.window("CD Player") is None)
+
     def open_row(self, name):
         """Opens a row of the tree by the arrow before it."""
         before = len(self.rows())

@@ -56,6 +56,7 @@ def an_image_is_refused_while_the_drive_is_in_use(desktop, program):
 
 def a_question_stands_above_the_window_though_another_program_is_in_front(desktop, program):
     started, _, _ = start_with_disc(desktop, program, seconds=2)
+    started.close_panel()
     torn = desktop.home / "torn.cue"
     torn.write_text("FILE")
     main = started.main_window_id()

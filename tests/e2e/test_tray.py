@@ -189,7 +189,12 @@ def start_minimizing_by_keys(desktop, program):
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     started = Program(desktop, program)
     window = started.main_window_id()
-    wait_for("the focus", lambda: desktop.active_window() == window)
+    def has_focus():
+        # The player's panel comes last, and has it then.
+        desktop.xdotool("windowactivate", window)
+        time.sleep(0.5)
+        return desktop.active_window() == window
+    wait_for("the focus", has_focus)
     def works():
         # The first keys may come before the tree has its rows.
         desktop.press("Home", "Down", "Down", "Return", "alt+s")
@@ -264,6 +269,7 @@ class EmbeddingPanel:
 def an_embedded_icon_opens_its_menu(desktop, program):
     host = EmbeddingPanel(desktop)
     started, _, _ = start_with_disc(desktop, program, SECONDS)
+    started.close_panel()
     for _ in range(2):
         window = minimize(started)
         icons = wait_for("the icon in the panel", host.icons)
@@ -281,6 +287,7 @@ def an_embedded_icon_opens_its_menu(desktop, program):
 def an_embedding_panel_that_dies_gives_the_window_back(desktop, program):
     first = EmbeddingPanel(desktop)
     started, _, _ = start_with_disc(desktop, program, SECONDS)
+    started.close_panel()
     window = minimize(started)
     wait_for("the icon in the panel", first.icons)
     wait_for_state(desktop, window, "Withdrawn")
@@ -297,6 +304,7 @@ def an_embedding_panel_that_dies_gives_the_window_back(desktop, program):
 def a_panel_of_the_desktops_embeds_the_icon(desktop, program):
     desktop.launch("/usr/bin/trayer", "--edge", "top", "--align", "left", "--height", "24")
     started, _, _ = start_with_disc(desktop, program, SECONDS)
+    started.close_panel()
     window = minimize(started)
     wait_for_state(desktop, window, "Withdrawn")
     icon, = wait_for("the icon", lambda: desktop.windows_of(started.process.pid))
