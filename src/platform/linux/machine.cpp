@@ -62,8 +62,9 @@ Machine::Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notice
       waveInput_(card_),
       drives_(*shared_.letters, shared_.home),
       drivePaths_(drives_, mounts_),
-      system_([this] { return drivePaths_.drives().drives(); },
-              [this](const std::string& path) { return drivePaths_.logicPathOf(path); }) {}
+      system_(
+          threads_, waiting, [this] { return drivePaths_.drives().drives(); },
+          [this](const std::string& path) { return drivePaths_.logicPathOf(path); }) {}
 
 void Machine::stop() {
     keptTone_.keep();

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <limits>
@@ -26,7 +25,7 @@ namespace {
 using namespace system_information;
 
 /// What the interface allows any of its members.
-constexpr std::chrono::milliseconds patience{100};
+constexpr Waiting::Duration patience{100};
 
 std::string textOfFile(const std::string& path) {
     std::ifstream file(path);
@@ -85,7 +84,8 @@ std::uint32_t serialNumberIn(const std::string& uuid) {
     return number;
 }
 
-LinuxSystemInformation::LinuxSystemInformation(Drives drives, ToLogic toLogic,
+LinuxSystemInformation::LinuxSystemInformation(waiting::WorkerThreads& threads, Waiting& waiting,
+                                               Drives drives, ToLogic toLogic,
                                                const InformationPlaces& places,
                                                SpaceReader readSpace)
     : drives_(std::move(drives)),
@@ -94,10 +94,17 @@ LinuxSystemInformation::LinuxSystemInformation(Drives drives, ToLogic toLogic,
       readSpace_(std::move(readSpace)),
       devices_(places.sys, places.disks),
       mounts_(places.mountList),
-      calls_(patience) {}
+      calls_(threads, waiting, patience) {}
+
+const std::vector<Drive>& LinuxSystemInformation::drivesNow() const {
+    if (mounts_.update() || drivesKnown_.empty()) {
+        drivesKnown_ = drives_();
+    }
+    return drivesKnown_;
+}
 
 std::optional<Drive> LinuxSystemInformation::driveOf(const std::string& root) const {
-    const std::vector<Drive> drives = drives_();
+    const std::vector<Drive>& drives = drivesNow();
     const auto found = std::find_if(drives.begin(), drives.end(), [&](const Drive& drive) {
         return !root.empty() &&
                drive.letter == std::toupper(static_cast<unsigned char>(root.front()));
@@ -110,7 +117,7 @@ std::optional<Drive> LinuxSystemInformation::driveOf(const std::string& root) co
 std::size_t LinuxSystemInformation::logicalDriveStrings(std::string& buffer,
                                                         std::size_t size) const {
     std::string list;
-    for (const Drive& drive : drives_()) {
+    for (const Drive& drive : drivesNow()) {
         list.append(1, drive.letter).append(":\\").push_back('\0');
     }
     if (list.size() + 1 > size) {

@@ -12,7 +12,9 @@
 #include "platform/linux/system/block_devices.h"
 #include "platform/linux/system/mount_table.h"
 #include "platform/linux/system/patient_calls.h"
+#include "platform/linux/waiting/worker_threads.h"
 #include "platform/system_information.h"
+#include "platform/waiting.h"
 
 namespace sonarith {
 
@@ -33,14 +35,16 @@ struct InformationPlaces {
 /// a mount, and the user's name, which may come from a server.
 class LinuxSystemInformation final : public SystemInformation {
   public:
-    /// The drives that there are now.
+    /// The drives that there are now. Called when the kernel's list of mounts has changed.
     using Drives = std::function<std::vector<Drive>()>;
     /// From an absolute machine path to the logic's.
     using ToLogic = std::function<std::string(const std::string&)>;
     /// As spaceOf(). Called on another thread, which may outlive this.
     using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;
 
-    LinuxSystemInformation(Drives drives, ToLogic toLogic, const InformationPlaces& places = {},
+    /// What may hang is waited for with `threads` and `waiting`, which outlive this.
+    LinuxSystemInformation(waiting::WorkerThreads& threads, Waiting& waiting, Drives drives,
+                           ToLogic toLogic, const InformationPlaces& places = {},
                            SpaceReader readSpace = spaceOf);
 
     [[nodiscard]] std::size_t logicalDriveStrings(std::string& buffer,
@@ -66,6 +70,7 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::size_t unanswered() const { return calls_.unanswered(); }
 
   private:
+    [[nodiscard]] const std::vector<Drive>& drivesNow() const;
     [[nodiscard]] std::optional<Drive> driveOf(const std::string& root) const;
     [[nodiscard]] std::string folderText(const std::string& machinePath) const;
 
@@ -75,6 +80,7 @@ class LinuxSystemInformation final : public SystemInformation {
     SpaceReader readSpace_;
     system_information::BlockDevices devices_;
     mutable system_information::MountTable mounts_;
+    mutable std::vector<Drive> drivesKnown_;
     mutable system_information::PatientCalls calls_;
 };
 

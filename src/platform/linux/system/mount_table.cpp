@@ -7,10 +7,15 @@
 
 namespace sonarith::system_information {
 
-std::optional<MountPoint> MountTable::holding(std::string_view path) {
-    if (auto changed = kernel_.allChanged()) {
+bool MountTable::update() {
+    auto changed = kernel_.allChanged();
+    if (changed) {
         mounts_ = std::move(*changed);
     }
+    return changed.has_value();
+}
+
+std::optional<MountPoint> MountTable::holding(std::string_view path) const {
     const MountPoint* deepest = nullptr;
     for (const MountPoint& mount : mounts_) {
         const bool holds = mount.path == "/" || isWithin(path, mount.path);

@@ -17,8 +17,10 @@ class MountTable {
     /// `list` is a file of the form of /proc/self/mountinfo.
     explicit MountTable(const std::string& list) : kernel_(list) {}
 
+    /// Brings the table up to date; whether the kernel's list has changed. True at the first call.
+    [[nodiscard]] bool update();
     /// The deepest mount that holds the plain machine path. Nothing without a list.
-    [[nodiscard]] std::optional<MountPoint> holding(std::string_view path);
+    [[nodiscard]] std::optional<MountPoint> holding(std::string_view path) const;
 
   private:
     MountInfo kernel_;

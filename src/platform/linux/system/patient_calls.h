@@ -1,54 +1,51 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Questions to things that may never answer (a mount whose server is gone): each is waited for a
-// bounded time on a thread of its own. Not for work that must be done: an answer that is late is
-// dropped.
+// Questions to things by name (a mount, a directory service), each of which is waited for a bounded
+// time. How a call that hangs is left behind stands in waiting/blocking_calls.h.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
-#include <functional>
 #include <map>
-#include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
+#include "platform/linux/waiting/blocking_calls.h"
+
 namespace sonarith::system_information {
 
-/// Belongs to one thread. One idle thread serves all questions; a thing that does not answer keeps
-/// the thread that asked it, and the next question starts another.
+/// For the thread of the logic.
 class PatientCalls {
   public:
-    explicit PatientCalls(std::chrono::milliseconds patience) : patience_(patience) {}
-    /// Leaves behind the threads that wait for an answer.
-    ~PatientCalls();
-    PatientCalls(const PatientCalls&) = delete;
-    PatientCalls& operator=(const PatientCalls&) = delete;
+    /// Both outlive this.
+    PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
+        : threads_(threads), waiting_(waiting), patience_(patience) {}
 
     /// What `question` returns, a std::optional; empty if it does not return within the patience,
-    /// and at once while an earlier question to the same thing has not returned. `question` must
-    /// own all that it touches, as it may outlive this.
+    /// and at once while an earlier question to the same thing has not returned: a thing that does
+    /// not answer keeps one thread. `question` must own all that it touches.
     template <typename Question>
     [[nodiscard]] auto ask(const std::string& thing, Question question) {
-        using Answer = decltype(question());
-        const auto answer = std::make_shared<Answer>();
-        const bool came =
-            callWithin(thing, [answer, question = std::move(question)] { *answer = question(); });
-        return came ? std::move(*answer) : Answer();
+        forgetThoseThatAnswered();
+        waiting::BlockingCalls& calls =
+            unanswered_.try_emplace(thing, threads_, waiting_).first->second;
+        auto answer = calls.ask(patience_, std::move(question));
+        return answer ? std::move(*answer) : decltype(question())();
     }
 
     /// Things that have not answered yet, each of which holds one thread.
-    [[nodiscard]] std::size_t unanswered();
+    [[nodiscard]] std::size_t unanswered() {
+        forgetThoseThatAnswered();
+        return unanswered_.size();
+    }
 
   private:
-    struct Worker;
+    void forgetThoseThatAnswered() {
+        std::erase_if(unanswered_, [](const auto& entry) { return entry.second.idle(); });
+    }
 
-    [[nodiscard]] bool callWithin(const std::string& thing, std::function<void()> call);
-    void takeBackThoseThatAnswered();
-
-    std::chrono::milliseconds patience_;
-    std::shared_ptr<Worker> idle_;                        ///< none before the first question
-    std::map<std::string, std::shared_ptr<Worker>> late_; ///< by what they wait for
+    waiting::WorkerThreads& threads_;
+    Waiting& waiting_;
+    Waiting::Duration patience_;
+    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< and the thing asked last
 };
 
 } // namespace sonarith::system_information

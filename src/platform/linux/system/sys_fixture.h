@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A made-up /sys and /dev/disk in a folder, for tests.
+// For tests: a made-up /sys and /dev/disk in a folder, and how to ask on a busy machine.
 //
 //     FakeSys sys;
 //     sys.addDisk("sda", "8:0", RemovableFlag::set);
@@ -7,10 +7,14 @@
 //     sys.addLink("by-label", "MY\\x20STICK", "sda1");
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <thread>
 
+#include "platform/system_information.h"
 #include "support/temp_folder.h"
 
 namespace sonarith::system_information {
@@ -60,5 +64,20 @@ class FakeSys {
 
     fakes::TempFolder folder_;
 };
+
+/// The space of a drive that answers: a busy machine may be late, and counts as refusing then.
+[[nodiscard]] inline std::optional<DiskSpace> spaceAtLast(const SystemInformation& information,
+                                                          const std::string& root) {
+    constexpr int mostTries = 300;
+    constexpr std::chrono::milliseconds pause{10};
+    std::optional<DiskSpace> space;
+    for (int tries = 0; tries < mostTries && !space; ++tries) {
+        space = information.diskSpace(root);
+        if (!space) {
+            std::this_thread::sleep_for(pause);
+        }
+    }
+    return space;
+}
 
 } // namespace sonarith::system_information
