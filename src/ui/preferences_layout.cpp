@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 
+#include "platform/qt/text.h"
 #include "ui/button_view.h"
 #include "ui/check_box_view.h"
 #include "ui/combo_box_view.h"
@@ -24,6 +25,11 @@ namespace {
 // Device-independent pixels.
 constexpr int limitWidth = 70;
 constexpr int folderListHeight = 120;
+
+/// A label of the form's, whose text never changes, as the name of `named` (may be null).
+QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
+    return makeFixedText(toQString(label.caption()), named, parent);
+}
 
 /// A box to tick, and the limit that goes with it.
 QLayout* makeLimit(CheckBox& box, TextBox& limit, QWidget* parent) {
@@ -51,7 +57,7 @@ void layOutDiskSpace(FrmPrefs& form, FormWindow& window, QWidget& page) {
     rows->addLayout(set);
     auto* space =
         new TextLinesView(form.Text6, QObject::tr("Available space in hard drive(s)"), frame);
-    rows->addWidget(makeFixedText(QObject::tr("Available space in hard drive(s):"), space, frame));
+    rows->addWidget(makeText(form.lblSpace, space, frame));
     rows->addWidget(space, 1);
     auto* refresh = new QHBoxLayout;
     refresh->addStretch();
@@ -59,9 +65,9 @@ void layOutDiskSpace(FrmPrefs& form, FormWindow& window, QWidget& page) {
     rows->addLayout(refresh);
 }
 
-void addChoice(QFormLayout& rows, const QString& label, ComboBox& box, QWidget* parent) {
-    auto* view = new ComboBoxView(box, label, parent);
-    rows.addRow(makeFixedText(label, view, parent), view);
+void addChoice(QFormLayout& rows, const Label& label, ComboBox& box, QWidget* parent) {
+    auto* view = new ComboBoxView(box, toQString(label.caption()), parent);
+    rows.addRow(makeText(label, view, parent), view);
 }
 
 void layOutAudio(FrmPrefs& form, QWidget& page) {
@@ -71,21 +77,20 @@ void layOutAudio(FrmPrefs& form, QWidget& page) {
     rows->addWidget(encoding);
     auto* encodingRows = new QFormLayout(encoding);
     encodingRows->setSpacing(windowGap);
-    addChoice(*encodingRows, QObject::tr("Encoding Quality"), form.Combo1, encoding);
-    addChoice(*encodingRows, QObject::tr("Encoding Bitsize"), form.Combo2, encoding);
+    addChoice(*encodingRows, form.lblQuality, form.Combo1, encoding);
+    addChoice(*encodingRows, form.lblBitsize, form.Combo2, encoding);
     for (CheckBox* box : {&form.Check11, &form.Check10, &form.Check3, &form.Check5}) {
         encodingRows->addRow(new CheckBoxView(*box, QString(), encoding));
     }
-    encodingRows->addRow(new CheckBoxView(
-        form.Check4, QObject::tr("Minimize program to Desktop Tray Now"), encoding));
+    encodingRows->addRow(
+        new CheckBoxView(form.Check4, toQString(form.lblTray.caption()), encoding));
     auto* audio = new FrameView(form.Audio, &page);
     rows->addWidget(audio);
     auto* audioRows = new QFormLayout(audio);
     audioRows->setSpacing(windowGap);
-    addChoice(*audioRows, QObject::tr("Audio Format"), form.cbxFormat, audio);
+    addChoice(*audioRows, form.lblFormat, form.cbxFormat, audio);
     auto* mute = new CheckBoxView(form.Check1, QString(), audio);
-    audioRows->addRow(
-        makeFixedText(QObject::tr("Turn off/on CD sound while extracting"), mute, audio), mute);
+    audioRows->addRow(makeText(form.lblMute, mute, audio), mute);
     rows->addStretch(1);
 }
 
@@ -98,15 +103,10 @@ QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     auto* left = new QVBoxLayout;
     left->setSpacing(windowGap);
     auto* name = new TextBoxView(form.Text10, QObject::tr("Name of the new directory"), choice);
-    left->addWidget(
-        makeFixedText(QObject::tr("To create a new Destination Directory:"), name, choice));
+    left->addWidget(makeText(form.lblCreate, name, choice));
     left->addWidget(name);
-    for (const QString& step :
-         {QObject::tr("1. Enter a name in the space above"),
-          QObject::tr("2. Use the file controls on your right to select a parent drive and "
-                      "directory."),
-          QObject::tr("3. Click \"Create\"")}) {
-        QLabel* line = makeFixedText(step, nullptr, choice);
+    for (const Label* step : {&form.lblCreate1, &form.lblCreate2, &form.lblCreate3}) {
+        QLabel* line = makeText(*step, nullptr, choice);
         line->setWordWrap(true);
         left->addWidget(line);
     }
@@ -127,8 +127,7 @@ void layOutDestination(FrmPrefs& form, FormWindow& window, QWidget& page) {
     auto* rows = new QVBoxLayout(&page);
     rows->setSpacing(windowGap);
     auto* path = new TextBoxView(form.Text9, QObject::tr("Destination path"), &page);
-    rows->addWidget(
-        makeFixedText(QObject::tr("Destination Path for converted files (WAV, MP3)"), path, &page));
+    rows->addWidget(makeText(form.lblDestination, path, &page));
     rows->addWidget(path);
     rows->addWidget(new CheckBoxView(form.Check2, QString(), &page));
     rows->addWidget(makeFolderChoice(form, window, &page), 1);
