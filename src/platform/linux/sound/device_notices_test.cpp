@@ -37,6 +37,19 @@ TEST_F(DeviceNoticesTest, TellOnceOfALossAndOnceOfTheReturnHoweverOftenItIsTried
     EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss";
 }
 
+TEST_F(DeviceNoticesTest, PassOverRepetitionsThemselves) {
+    test::FakeNotices told;
+    const ReportDevice device =
+        reportTo(std::make_shared<DeviceNotices>(told), SoundDevice::output, "hw:0");
+    device(DeviceState::lost);
+    device(DeviceState::lost);
+    device(DeviceState::works);
+    device(DeviceState::works);
+    EXPECT_THAT(told.texts(),
+                ElementsAre(testing::StartsWith("The sound output \"hw:0\" cannot"),
+                            "settled output hw:0: The sound output \"hw:0\" is back."));
+}
+
 TEST_F(DeviceNoticesTest, TellOfInputAndOutputOfOneNameApart) {
     output(DeviceState::lost);
     reportTo(notices, SoundDevice::input, "hw:0")(DeviceState::lost);

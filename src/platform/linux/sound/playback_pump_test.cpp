@@ -343,11 +343,12 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
         }));
         missing = false;
         EXPECT_TRUE(eventually([&] {
-            EXPECT_FALSE(reports.hold(DeviceState::works) &&
-                         device->heardFrames() < static_cast<std::size_t>(frameRate) / 2);
             play(pump, 0, 441);
+            std::this_thread::sleep_for(5ms); // the pump takes it faster than it is played
             return reports.hold(DeviceState::works);
         }));
+        EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
+            << "one that takes a few frames and fails again is not back";
         device->refuseFrom = 0;
         {
             const std::lock_guard lock(device->mutex);
