@@ -114,6 +114,39 @@ class Program:
             return None
         return wait_for("the main window", look)
 
+    def window_id(self, title):
+        """The X window of that caption, or None."""
+        for window in self.desktop.windows_of(self.process.pid):
+            name = subprocess.run(["xdotool", "getwindowname", window], check=False,
+                                  env=self.desktop.environment, capture_output=True, text=True)
+            if name.stdout.strip() == title:
+                return window
+        return None
+
+    def activate(self, title):
+        """Gives a window the keyboard; returns it."""
+        window = wait_for(f"the window {title!r}", lambda: self.window_id(title))
+        self.desktop.xdotool("windowactivate", "--sync", window)
+        return window
+
+    def extents(self, name, role=None):
+        """Where an element is on the screen, with x, y, width and height; None for none."""
+        def look():
+            element = self.find(name, role)
+            return element and element.get_extents(self._atspi.CoordType.SCREEN)
+        return self._tolerant(look, None)
+
+    def is_checked(self, element):
+        return self._has_state(element, self._atspi.StateType.CHECKED)
+
+    def tab_to(self, name, role=None, most=40):
+        """Moves the keyboard by the tab key to an element of the active window."""
+        for _ in range(most):
+            if self.has_focus(name, role):
+                return
+            self.desktop.press("Tab")
+        check(self.has_focus(name, role), f"the tab key does not come to {role} {name!r}")
+
     def _label_elements(self, bar):
         found = self.find(bar)
         return [] if found is None else [
@@ -139,9 +172,53 @@ class Program:
             return None if field is None else field.get_text(0, field.get_character_count())
         return self._tolerant(look, None)
 
-    def value(self, name):
+    def lines(self, name):
+        """The lines of a list box, from the first to the last."""
         def look():
-            element = self.find(name)
+            box = self.find(name, "list")
+            return [] if box is None else [line.get_name() for line in self._children(box)]
+        return self._tolerant(look, [])
+
+    def click_line(self, box, line, button=1, times=1):
+        """Clicks on a line of a list box; its other buttons choose nothing."""
+        def place():
+            within = self.find(box, "list")
+            element = within and self.find(line, within=within)
+            return element and self._tolerant(lambda: self.place_of(element), None)
+        self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", place), times, button)
+
+    def open_window(self, button, title):
+        """Opens a window by the main window's button."""
+        self.click(button, "push button")
+        wait_for(f"the window {title!r}", lambda: self.window(title))
+        return self.activate(title)
+
+    def close_other(self, title):
+        """Closes a window by its close button."""
+        self.desktop.ask_to_close(wait_for(f"the window {title!r}",
+                                           lambda: self.window_id(title)))
+        wait_for(f"the closed window {title!r}", lambda: self.window(title) is None)
+
+    def type_into(self, name, text):
+        """Puts a text into a text field, in the place of what stands there."""
+        self.click(name, "text")
+        wait_for(f"the focus in {name!r}", lambda: self.has_focus(name, "text"))
+        self.desktop.press("ctrl+a")
+        self.desktop.type(text)
+
+    def choose_from_popup(self, open_it, mnemonic):
+        """Opens a popup menu and chooses from it by its letter: menus that hang in no menu bar are
+        not in the accessibility tree."""
+        def shown():
+            return len(self.desktop.windows_of(self.process.pid))
+        before = shown()
+        open_it()
+        wait_for("the popup menu", lambda: shown() > before)
+        self.desktop.press(mnemonic)
+
+    def value(self, name, role=None):
+        def look():
+            element = self.find(name, role)
             return None if element is None else element.get_current_value()
         return self._tolerant(look, None)
 

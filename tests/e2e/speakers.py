@@ -4,6 +4,7 @@ touches no server and no configuration of the user."""
 
 import signal
 
+from sound import BYTES_PER_FRAME, FRAME_RATE
 from waiting import wait_for
 
 SINK = "sonarith"
@@ -42,6 +43,20 @@ class Speakers:
     def heard(self):
         """The bytes of all that has been played, silence included."""
         return self._heard.read_bytes()
+
+    def latest(self, seconds=0.4):
+        """The samples of the last moments."""
+        count = int(seconds * FRAME_RATE) * BYTES_PER_FRAME
+        size = self._heard.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
+        with open(self._heard, "rb") as heard:
+            heard.seek(max(0, size - count))
+            return heard.read(count)
+
+    def wait_for_sound(self, what):
+        wait_for(f"sound: {what}", lambda: any(self.latest()))
+
+    def wait_for_silence(self, what):
+        wait_for(f"silence: {what}", lambda: not any(self.latest()))
 
     def unplug(self):
         self._server.kill()
