@@ -160,6 +160,14 @@ class Desktop:
     def store(self):
         return pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "sonarith" / "Sonarith v2.0.ini"
 
+    def stored(self, section):
+        """The values of a section of the store by their keys, both as the file writes them."""
+        if not self.store.exists():
+            return {}
+        text = self.store.read_text(encoding="utf-8")
+        lines = text.partition(f"[{section}]\n")[2].partition("\n[")[0].splitlines()
+        return dict(line.partition("=")[::2] for line in lines if "=" in line)
+
     def write_store(self, drive, destination, output="none", **settings):
         """The settings store with this disc in the drive, this folder (a path of the machine) as
         the destination, and this sound output. The path is written as before the home had a drive

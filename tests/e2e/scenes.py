@@ -31,11 +31,11 @@ def music_folder(desktop):
     return folder
 
 
-def start_in(desktop, program, destination, full_paths=False):
+def start_in(desktop, program, destination, full_paths=False, output="none"):
     """The program with this destination folder, whose files the tree shows by their paths or by
     their names alone, and with a disc that nothing is done with."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
-    desktop.write_store(sheet, destination, **{"show%20full%20path": int(full_paths)})
+    desktop.write_store(sheet, destination, output, **{"show%20full%20path": int(full_paths)})
     started = Program(desktop, program)
     started.wait_for_window()
     return started

@@ -1,0 +1,275 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The playlist editor: header and tag of a file, the list and its entries, the files behind them,
+and playing."""
+
+import subprocess
+import tempfile
+import wave
+
+from driver import run
+from mp3 import make_mp3
+from program import Program
+from scenes import check_box, close, music_folder, row_of, start_in
+from sound import bytes_of, find_run
+from speakers import Speakers
+from waiting import check, check_equal, wait_for
+
+TITLE = "Playlist Editor"
+TAG_BYTES = 128
+FIELDS = ("Artist", "Title", "Album", "Year", "Comment", "Genre")
+HEADER_LINES = 12
+
+
+def tag_of(title, artist, album, year, comment, genre, filled_with=b"\0"):
+    """The 128 bytes of a tag."""
+    texts = ((title, 30), (artist, 30), (album, 30), (year, 4), (comment, 30))
+    return b"TAG" + b"".join(text.encode("cp1252").ljust(length, filled_with)
+                             for text, length in texts) + bytes([genre])
+
+
+def make_tagged(path, *tag, seconds=1):
+    make_mp3(path, seconds)
+    with open(path, "ab") as target:
+        target.write(tag_of(*tag))
+
+
+def path_of(path):
+    """As the window names a file in a music_folder()."""
+    drive, *below = row_of(path).split("\\")
+    return "\\".join([drive.upper(), *path.parts[-len(below):]])
+
+
+def same_path(seen, path):
+    return (seen or "").lower() == row_of(path)
+
+
+def start_editor(desktop, program, destination):
+    started = start_in(desktop, program, destination)
+    started.open_window(TITLE, TITLE)
+    return started
+
+
+def browse(desktop, started, path):
+    started.click("...", "push button")
+    wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
+    desktop.type(str(path))
+    desktop.press("Return")
+    wait_for("the file in hand", lambda: same_path(in_hand(started), path))
+
+
+def in_hand(started):
+    return started.text("Currently editing this file")
+
+
+def tag_shown(started):
+    return tuple(started.text(field) for field in FIELDS)
+
+
+def wait_for_tag(started, *values):
+    wait_for(f"the tag {values}", lambda: tag_shown(started) == values)
+
+
+def header(started):
+    """Values by their labels."""
+    return dict(line.split(maxsplit=1) for line in started.lines("Header Info")
+                if len(line.split(maxsplit=1)) == 2)
+
+
+def stored_list(desktop):
+    section = desktop.stored("music")
+    return [section.get(str(i), "").replace("\\\\", "\\").lower()
+            for i in range(1, int(section.get("HowMany", 0)) + 1)]
+
+
+def wait_for_list(desktop, started, *paths):
+    rows = [row_of(path) for path in paths]
+    wait_for(f"{len(rows)} lines", lambda: [line.lower() for line in started.lines("PlayList")] ==
+             rows)
+    wait_for("the stored list", lambda: stored_list(desktop) == rows)
+
+
+def line_of(started, path):
+    return next(line for line in started.lines("PlayList") if same_path(line, path))
+
+
+def click_entry(started, path):
+    started.click_line("PlayList", line_of(started, path))
+    wait_for("the file in hand", lambda: same_path(in_hand(started), path))
+
+
+def files_are_read_listed_and_found_again(desktop, program):
+    destination = music_folder(desktop)
+    one, two = destination / "One.mp3", destination / "Two.mp3"
+    make_tagged(one, "Morning", "The Larks", "Birds", "1999", "first take", 17)
+    make_mp3(two, seconds=2)
+    started = start_editor(desktop, program, destination)
+    browse(desktop, started, one)
+    wait_for_tag(started, "The Larks", "Morning", "Birds", "1999", "first take", "17")
+    check_equal(started.text("HasTag"), "True", "whether there is a tag")
+    check_equal(started.text("Length"), f"{one.stat().st_size} bytes", "the length")
+    lines = started.lines("Header Info")
+    check_equal(len(lines), HEADER_LINES, "header lines")
+    seen = header(started)
+    check(seen["Bitrate"].startswith("128"), f"bit rate {seen['Bitrate']}")
+    check_equal(seen["Frequency"], "44100", "frequency")
+
+    started.click("Add to PlayList", "push button")
+    wait_for_list(desktop, started, one)
+    check_equal(in_hand(started), "", "the file in hand after it was added")
+    browse(desktop, started, two)
+    wait_for("no tag", lambda: started.text("HasTag") == "False")
+    started.click("Add to PlayList", "push button")
+    wait_for_list(desktop, started, one, two)
+
+    click_entry(started, one)
+    wait_for_tag(started, "The Larks", "Morning", "Birds", "1999", "first take", "17")
+    click_entry(started, two)
+    wait_for("no tag", lambda: started.text("HasTag") == "False" and
+             started.text("Title") == "" and
+             started.text("Length") == f"{two.stat().st_size} bytes")
+    close(started)
+
+    again = Program(desktop, program)
+    again.wait_for_window()
+    again.open_window(TITLE, TITLE)
+    wait_for_list(desktop, again, one, two)
+    # By keys: the tab key comes to the list, and an arrow chooses.
+    again.tab_to("PlayList", "list")
+    desktop.press("Home")
+    wait_for_tag(again, "The Larks", "Morning", "Birds", "1999", "first take", "17")
+    click_entry(again, two)
+    again.click("Delist", "push button")
+    wait_for_list(desktop, again, one)
+    check(two.exists(), "a delisted file is gone")
+    close(again)
+
+
+def a_tag_is_edited_and_written(desktop, program):
+    destination = music_folder(desktop)
+    path = destination / "One.mp3"
+    make_tagged(path, "Morning", "The Larks", "Birds", "1999", "first take", 17)
+    before = path.read_bytes()
+    started = start_editor(desktop, program, destination)
+    browse(desktop, started, path)
+    wait_for_tag(started, "The Larks", "Morning", "Birds", "1999", "first take", "17")
+    for field, text in (("Album", "Nightingales"), ("Year", "2001"), ("Genre", "9")):
+        started.type_into(field, text)
+    started.click(" Write tag", "push button")
+    wait_for("the written tag", lambda: path.read_bytes() != before)
+    after = path.read_bytes()
+    check_equal(len(after), len(before), "the length of the file")
+    check(after[:-TAG_BYTES] == before[:-TAG_BYTES], "bytes before the tag were changed")
+    # The first box goes to the title's place, which is the artist's.
+    written = tag_of("The Larks", "Morning", "Nightingales", "2001", "first take", 9, b" ")
+    check_equal(after[-TAG_BYTES:], written, "the tag")
+    started.click("Read header", "push button")
+    wait_for_tag(started, "Morning", "The Larks", "Nightingales", "2001", "first take", "9")
+    close(started)
+
+
+def files_are_renamed_and_deleted(desktop, program):
+    destination = music_folder(desktop)
+    one, two = destination / "One.mp3", destination / "Two.mp3"
+    for path in (one, two):
+        make_mp3(path, seconds=1)
+    started = start_editor(desktop, program, destination)
+    for path in (one, two):
+        browse(desktop, started, path)
+        started.click("Add to PlayList", "push button")
+        wait_for("the entry", lambda: any(same_path(line, path)
+                                          for line in started.lines("PlayList")))
+    wait_for_list(desktop, started, one, two)
+
+    click_entry(started, one)
+    content = one.read_bytes()
+    started.click("Rename File", "push button")
+    wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
+    desktop.press("ctrl+a")
+    other = destination / "Other Name.mp3"
+    desktop.type(str(other))
+    desktop.press("Return")
+    wait_for("the renamed file", lambda: other.exists() and not one.exists())
+    check(other.read_bytes() == content, "the renamed file has another content")
+    wait_for("the new line", lambda: [line.lower() for line in started.lines("PlayList")] ==
+             [row_of(other), row_of(two)])
+
+    click_entry(started, two)
+    for answer in ("No", "Yes"):
+        started.click("Delete  File", "push button")
+        wait_for("the question", lambda: started.find(
+            "Are you sure you want to delete this file?", "label"))
+        check(two.exists(), "it was deleted before the answer")
+        started.click(answer, "push button")
+        wait_for("the closed question", lambda: started.find(
+            "Are you sure you want to delete this file?", "label") is None)
+    wait_for("the message", lambda: started.find("OK", "push button"))
+    check(not two.exists(), "the file is still there")
+    started.click("OK", "push button")
+    wait_for_list(desktop, started, other)
+    check_equal(in_hand(started), "", "the file in hand after it was deleted")
+    close(started)
+
+
+def clicked_entries_reach_the_work_tree(desktop, program):
+    destination = music_folder(desktop)
+    elsewhere = desktop.home / "Else Where"
+    path = elsewhere / "One.mp3"
+    make_mp3(path, seconds=1)
+    started = start_editor(desktop, program, destination)
+    started.click("...", "push button")
+    wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
+    desktop.type(str(path))
+    desktop.press("Return")
+    wait_for("the file in hand", lambda: (in_hand(started) or "").lower().endswith("one.mp3"))
+    started.click("Add to PlayList", "push button")
+    line = wait_for("the entry", lambda: started.lines("PlayList"))[0]
+    check_equal(started.group("MP3 Files"), [], "files of the tree")
+    started.click_line("PlayList", line)
+    wait_for("the file in hand", lambda: in_hand(started))
+    check_equal(started.group("MP3 Files"), [], "files of the tree without the tick")
+    started.click("Click on a file to add it to the Files List", "check box")
+    started.click_line("PlayList", line)
+    wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
+    close(started)
+
+
+def decoded(path):
+    """Another decoder's samples."""
+    with tempfile.NamedTemporaryFile(suffix=".wav") as other:
+        subprocess.run(["mpg123", "-q", "-w", other.name, str(path)], check=True,
+                       capture_output=True)
+        with wave.open(other.name, "rb") as source:
+            return source.readframes(source.getnframes())
+
+
+def an_entry_is_played_and_stopped(desktop, program):
+    speakers = Speakers(desktop)
+    destination = music_folder(desktop)
+    path = destination / "One.mp3"
+    make_mp3(path, seconds=20)
+    started = start_in(desktop, program, destination, output="default")
+    started.open_window(TITLE, TITLE)
+    browse(desktop, started, path)
+    started.click("Add to PlayList", "push button")
+    wait_for_list(desktop, started, path)
+    click_entry(started, path)
+    check(not any(speakers.latest()), "sound before it plays")
+    window = started.window(TITLE)
+    started.click("Play", "push button", within=window)
+    part = decoded(path)[bytes_of(1):bytes_of(1) + bytes_of(1) // 4]
+    wait_for("the file in the speakers", lambda: find_run(speakers.heard(), part) >= 0)
+    started.click("Stop", "push button", within=window)
+    speakers.wait_for_silence("stopped")
+    # What is stopped begins anew.
+    start = len(speakers.heard()) // 4 * 4
+    started.click("Play", "push button", within=window)
+    wait_for("it from its beginning", lambda: find_run(speakers.heard()[start:], part) >= 0)
+    started.close_other(TITLE)
+    speakers.wait_for_silence("closed")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(files_are_read_listed_and_found_again, a_tag_is_edited_and_written,
+        files_are_renamed_and_deleted, clicked_entries_reach_the_work_tree,
+        an_entry_is_played_and_stopped)
