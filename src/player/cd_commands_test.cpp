@@ -24,6 +24,7 @@ TEST_F(CdCommandsTest, AnUncheckedCommandLeavesItsStatusInFileIndex) {
     EXPECT_EQ(process.fileIndex, 0);
     EXPECT_TRUE(form.loaded());
     EXPECT_THAT(media.replySizes, testing::Each(0U));
+    EXPECT_THAT(media.errorsAsked, IsEmpty());
 }
 
 TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsTouchesNothing) {
@@ -44,6 +45,8 @@ TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithou
     // Once more at the end of the unload.
     EXPECT_EQ(media.log.back(), "close all");
     EXPECT_EQ(std::count(media.log.begin(), media.log.end(), "close all"), 3);
+    // Its text is fetched and dropped.
+    EXPECT_THAT(media.errorsAsked, ElementsAre(275));
     EXPECT_FALSE(form.loaded());
     EXPECT_FALSE(process.PlayerOpen);
     EXPECT_THAT(boxes.shown, IsEmpty());

@@ -201,6 +201,23 @@ TEST(PowerSwitchWithoutMixer, OnPassesTheResetOverAndPlays) {
     EXPECT_TRUE(bench.off());
 }
 
+TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
+    // The reset, which stops it too, has ended before it comes so far.
+    test::PlayerBench bench;
+    bench.switchOn();
+    bench.mixer.present = false;
+    bool reached = false;
+    bench.media.onCommand = [&](std::string_view command) {
+        if (command.starts_with("open cdaudio")) {
+            reached = true;
+            EXPECT_FALSE(bench.form.Timer6.enabled());
+            EXPECT_FALSE(bench.player.disc.CDLoaded);
+        }
+    };
+    bench.form.OptCD.choose();
+    EXPECT_TRUE(reached);
+}
+
 // --- off -----------------------------------------------------------------------------------
 
 TEST_F(PowerSwitchTest, OffTakesItsStepsInOrder) {

@@ -209,6 +209,19 @@ TEST_F(TransportTest, AfterAPausePlayGoesOnWithoutATrackAndShowsPlaying) {
     EXPECT_EQ(click(form.play), thenLook({"play cd from 2"}));
 }
 
+TEST_F(TransportTest, AfterAPausePlayDisablesEjectFirstToo) {
+    form.pause.click();
+    form.eject.setEnabled(true);
+    bool sent = false;
+    media.onCommand = [&](std::string_view command) {
+        sent = command == "play cd";
+        EXPECT_FALSE(form.eject.enabled());
+    };
+    form.play.click();
+    EXPECT_TRUE(sent);
+    EXPECT_FALSE(form.eject.enabled());
+}
+
 TEST_F(TransportTest, WhilePausedTheLookClearsPlayingSoThatASkipOnlyMoves) {
     form.play.click();
     form.pause.click();

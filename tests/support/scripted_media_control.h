@@ -31,6 +31,8 @@ class ScriptedMediaControl final : public MediaControl {
     std::vector<std::string> log;
     /// Room for the reply to each of them, in characters; 0 where none was wanted.
     std::vector<std::size_t> replySizes;
+    /// The statuses whose text was asked for, oldest first.
+    mutable std::vector<int> errorsAsked;
     /// Runs after a command was logged and before it is answered.
     std::function<void(std::string_view)> onCommand;
     /// Answers what no script answers; without it such a command succeeds with no words.
@@ -76,6 +78,7 @@ class ScriptedMediaControl final : public MediaControl {
         return answer.status;
     }
     [[nodiscard]] std::string errorString(int status) const override {
+        errorsAsked.push_back(status);
         return status == mciSuccess ? std::string() : "Error " + std::to_string(status);
     }
 
