@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The header analysis against an independent decoder, over files that an encoder makes: what both
+// read alike, and where the analysis reads less on purpose.
+#include "formats/mp3_analysis.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "on_disk/second_opinion.h"
+#include "platform/linux/paths/binary_file_fixture.h"
+#include "support/sound_files.h"
+
+namespace sonarith {
+namespace {
+
+using test::SecondOpinion;
+
+constexpr int samplesPerFrame = 1152; // of MPEG 1 Layer III
+/// Far from a whole second, so that a frame more or less makes no other duration.
+constexpr double soundSeconds = 2.5;
+
+/// Noise that comes and goes, so that a variable bit rate varies.
+std::vector<std::int16_t> swellingNoise(int rate, int channels) {
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(rate * soundSeconds) *
+                                      static_cast<std::size_t>(channels));
+    std::uint32_t random = 7;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        random = random * 1664525 + 1013904223; // Numerical Recipes' generator
+        const double noise = random / 4294967296.0 - 0.5;
+        samples[i] = static_cast<std::int16_t>(noise * static_cast<double>(i % 30'000));
+    }
+    return samples;
+}
+
+class HeaderAnalysisTest : public testing::Test {
+  protected:
+    /// Encodes, and has the file read by both. `options` are the encoder's.
+    void encode(int rate, int channels, const std::string& options) {
+        encode(rate, channels, options, swellingNoise(rate, channels));
+    }
+    void encode(int rate, int channels, const std::string& options,
+                const std::vector<std::int16_t>& samples) {
+        ASSERT_TRUE(test::writeWav(world.parent() / "in.wav", {rate, channels}, samples));
+        ASSERT_TRUE(test::encodeMp3(world.parent() / "in.wav", options, file()))
+            << "lame is missing or failed: " << options;
+        opinion = test::secondOpinionOf(file());
+        ASSERT_TRUE(opinion) << options;
+        info = {};
+        analysed =
+            GetMp3Info(world.files(), "d:\\a.mp3", TagReading::yes, HeaderReading::yes, info).ok();
+    }
+    [[nodiscard]] std::filesystem::path file() const { return world.disk() / "a.mp3"; }
+    [[nodiscard]] std::int64_t bytes() const {
+        return static_cast<std::int64_t>(std::filesystem::file_size(file()));
+    }
+    static std::string yesIf(bool condition) { return condition ? "yes" : "no"; }
+
+    /// All fields but bit rate and duration.
+    void expectTheDecodersHeader() const {
+        const mpg123_frameinfo& first = opinion->first;
+        EXPECT_TRUE(analysed);
+        EXPECT_EQ(first.version, MPG123_1_0);
+        EXPECT_EQ(info.MpegVersion, 1);
+        EXPECT_EQ(info.MpegLayer, first.layer);
+        EXPECT_EQ(info.Frequency, first.rate);
+        EXPECT_EQ(info.CRC, yesIf((first.flags & MPG123_CRC) != 0));
+        EXPECT_EQ(info.CopyRight, yesIf((first.flags & MPG123_COPYRIGHT) != 0));
+        EXPECT_EQ(info.Private, yesIf((first.flags & MPG123_PRIVATE) != 0));
+        EXPECT_EQ(info.Original, yesIf((first.flags & MPG123_ORIGINAL) != 0));
+        // A frame is as many bytes as the rates make, cut, and one more with padding.
+        const std::int64_t plainBytes = 144'000LL * first.bitrate / first.rate;
+        EXPECT_EQ(info.Padding, yesIf(first.framesize != plainBytes));
+        const std::vector<std::string> modes{"stereo", "joint stereo", "dual channel",
+                                             "single channel"};
+        EXPECT_EQ(info.Mode, modes.at(static_cast<std::size_t>(first.mode)));
+        const std::vector<std::string> emphases{"no", "50/15", "reserved", "CCITT J 17"};
+        EXPECT_EQ(info.Emphasis, emphases.at(static_cast<std::size_t>(first.emphasis)));
+    }
+    [[nodiscard]] double seconds(std::int64_t frames) const {
+        return static_cast<double>(frames * samplesPerFrame) /
+               static_cast<double>(opinion->first.rate);
+    }
+
+    test::MachineWorld world;
+    std::optional<SecondOpinion> opinion;
+    Mp3Info info;
+    bool analysed = false;
+};
+
+// All bit rates at all sampling rates of MPEG 1.
+TEST_F(HeaderAnalysisTest, OfConstantRatesReadsWhatADecoderReads) {
+    int files = 0;
+    for (const int rate : {44100, 48000, 32000}) {
+        for (const int kilobits : {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}) {
+            SCOPED_TRACE(std::to_string(rate) + " Hz, " + std::to_string(kilobits) + " kbit/s");
+            encode(rate, 2,
+                   "-b " + std::to_string(kilobits) + " --resample " + std::to_string(rate));
+            expectTheDecodersHeader();
+            EXPECT_FALSE(info.IsVbr);
+            EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
+            EXPECT_EQ(info.Bitrate, kilobits);
+            EXPECT_EQ(info.Duration, std::floor(seconds(opinion->frames)));
+            ++files;
+        }
+    }
+    EXPECT_EQ(files, 42);
+}
+
+TEST_F(HeaderAnalysisTest, ReadsModesAndFlagsAsADecoderDoes) {
+    const char* all[] = {"-m s",         "-m j",
+                         "-m f",         "-m d",
+                         "-p",           "-c",
+                         "-o",           "-e 5",
+                         "-e c",         "-p -c -o",
+                         "-t",           "-t -p -m s",
+                         "-m s -e c -c", "--id3v1-only --tt Title"};
+    for (const char* options : all) {
+        SCOPED_TRACE(options);
+        encode(44100, 2, std::string("-b 128 ") + options);
+        expectTheDecodersHeader();
+        EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
+    }
+    SCOPED_TRACE("one channel");
+    encode(44100, 1, "-b 64");
+    expectTheDecodersHeader();
+    EXPECT_EQ(info.Mode, "single channel");
+    EXPECT_EQ(info.Bitrate, 64);
+}
+
+TEST_F(HeaderAnalysisTest, OfVariableStereoRatesShowsTheAverageOfAllFrames) {
+    for (const char* options : {"-V 0", "-V 2", "-V 4", "-V 6", "--abr 112", "--abr 190"}) {
+        SCOPED_TRACE(options);
+        encode(44100, 2, std::string("--resample 44.1 ") + options);
+        expectTheDecodersHeader();
+        EXPECT_TRUE(info.IsVbr);
+        // The count leaves out the frame that holds it.
+        EXPECT_EQ(info.Frames, opinion->frames - 1);
+        const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
+        EXPECT_NEAR(info.Bitrate, average, 0.5);
+        EXPECT_EQ(info.Duration, std::floor(seconds(info.Frames)));
+    }
+}
+
+TEST_F(HeaderAnalysisTest, FindsTheTagThatADecoderFinds) {
+    encode(44100, 2, "-b 128 --id3v1-only --tt Title --ta Artist --tl Album --ty 1999 --tg 17");
+    EXPECT_TRUE(info.HasTag);
+    EXPECT_EQ(opinion->title, "Title");
+    EXPECT_EQ(info.Title.substr(0, info.Title.find('\0')), opinion->title);
+    EXPECT_EQ(info.Artist.substr(0, info.Artist.find('\0')), "Artist");
+    EXPECT_EQ(info.Album.substr(0, info.Album.find('\0')), "Album");
+    EXPECT_EQ(info.Year, "1999");
+    EXPECT_EQ(info.Genre, 17);
+    encode(44100, 2, "-b 128");
+    EXPECT_EQ(info.HasTag, opinion->title.has_value());
+}
+
+// --- where the analysis departs from a decoder, on purpose ------------------------------------
+
+// Of silence, in which no chance pair of bytes passes for a frame.
+TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
+    for (const int rate : {24000, 22050, 16000, 11025}) {
+        SCOPED_TRACE(rate);
+        encode(rate, 2, "-t -b 32 --resample " + std::to_string(rate),
+               std::vector<std::int16_t>(static_cast<std::size_t>(rate) * 4));
+        EXPECT_NE(opinion->first.version, MPG123_1_0);
+        EXPECT_EQ(opinion->first.rate, rate);
+        EXPECT_EQ(info.Frequency, 0);
+        EXPECT_EQ(info.Bitrate, 0);
+    }
+}
+
+TEST_F(HeaderAnalysisTest, TakesAVariableRateInOneChannelForAConstantOne) {
+    encode(44100, 1, "-V 4 --resample 44.1");
+    expectTheDecodersHeader();
+    EXPECT_FALSE(info.IsVbr);
+    EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
+    EXPECT_EQ(info.Duration, bytes() * 8 / info.Bitrate / 1000);
+}
+
+TEST_F(HeaderAnalysisTest, DoesNotStepOverALongLeadingTag) {
+    encode(44100, 2, "-b 128 --id3v2-only --pad-id3v2-size 6000 --tt Title");
+    EXPECT_EQ(opinion->first.bitrate, 128);
+    EXPECT_EQ(info.Bitrate, 0);
+    EXPECT_FALSE(info.HasTag);
+}
+
+} // namespace
+} // namespace sonarith
