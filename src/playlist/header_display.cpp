@@ -7,6 +7,16 @@
 
 namespace sonarith {
 
+namespace {
+
+/// 0 for a file that cannot be found or read: the length alone is known of unreadable ones too.
+std::int64_t readableLength(FileSystem& files, const std::string& path) {
+    const std::int64_t length = files.fileLength(path).valueOr(0);
+    return length > 0 && files.openBinary(path, FileAccess::read).ok() ? length : 0;
+}
+
+} // namespace
+
 HeaderDisplay::HeaderDisplay(const Platform& platform, FrmPlayList& form)
     : platform_(platform), form_(form) {
     form_.cmdHdr1.onClick = [this] {
@@ -45,7 +55,7 @@ void HeaderDisplay::cmdHdr2_Click() {
         form_.Text4(number).setText("");
     }
     Mp3Path_ = withoutBlanksAround(form_.Text5.text());
-    const std::int64_t length = platform_.files.fileLength(Mp3Path_).valueOr(0);
+    const std::int64_t length = readableLength(platform_.files, Mp3Path_);
     if (length < leastFileLength) {
         platform_.boxes.show(noDataText);
         form_.Text5.setText("");

@@ -109,6 +109,10 @@ TEST_F(HeaderDisplayTest, SaysThatAFileBelow100BytesOrAMissingOneHasNoData) {
     disk.addFile(pathA, std::string(500, 'x'));
     disk.failWith(FakeFileSystem::Operation::fileLength, pathA, ErrorNumber::permissionDenied);
     paths.push_back(pathA);
+    // Its length is known, but it may not be read.
+    addMp3(pathB, "Title B");
+    disk.failWith(FakeFileSystem::Operation::openBinary, pathB, ErrorNumber::permissionDenied);
+    paths.push_back(pathB);
     for (const std::string& path : paths) {
         boxes.shown.clear();
         read(path);
@@ -199,7 +203,8 @@ TEST_F(HeaderDisplayTest, ReadsHeadAndTailOfTheFileAlone) {
     addMp3(pathA, "Title A");
     disk.log.clear();
     read(pathA);
-    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read",
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read", // whether it may be read
+                                      "openBinary c:\\music\\a.mp3 read",
                                       "readBinary c:\\music\\a.mp3 0 5047",
                                       "readBinary c:\\music\\a.mp3 47744 256"));
 }
