@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The finder as the work tree uses it: works its boxes and its button as a person would, with the
+// The finder as the work tree uses it: works its boxes and its button as a user would, with the
 // window unshown. It searches nothing itself.
 #pragma once
 
