@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The MP3 control as the logic addresses it: decodes one file to WAV or sounds it, on threads of
-// its own, and raises no events. Interface only.
+// The MP3 control as the logic sees it: decodes one file to WAV or plays it, on its own threads. It
+// raises no events. Interface only.
 //
-// Life cycle: a window owns its control, from the window's load to its unload (ActiveMp3Host). All
-// members belong to the logic's thread and return at once. Destroying a control stops it.
+// Life cycle: a window owns its control from the window's load to its unload (ActiveMp3Host). All
+// members are called on the logic thread and return at once. The destructor stops the control.
 #pragma once
 
 #include <cstdint>
@@ -17,11 +17,11 @@ namespace sonarith {
 class ActiveMP3 {
   public:
     virtual ~ActiveMP3() = default;
-    /// The MP3 to work on, in the logic's path form.
+    /// The MP3 file to work on; a path in the logic's form.
     virtual Status setSourceFile(const std::string& path) = 0;
     /// True from the start of a decoding until its end.
     [[nodiscard]] virtual bool Busy() const = 0;
-    /// Work done so far, in the unit of Length.
+    /// Progress of the current work, in the unit of Length.
     [[nodiscard]] virtual std::int32_t Position() const = 0;
     /// Total work of the file; above 0 while Busy.
     [[nodiscard]] virtual std::int32_t Length() const = 0;

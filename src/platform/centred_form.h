@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where a form stands that is centred on the screen.
+// Places a form in the centre of the screen.
 #pragma once
 
 #include "platform/controls/form.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which devices the user has chosen: the store's section "Devices".
+// The devices that the user has chosen, stored in section "Devices" of the settings store.
 #pragma once
 
 #include <string>
@@ -10,20 +10,20 @@ namespace sonarith {
 
 class ChosenDevices {
   public:
-    /// The section of the store.
+    /// Section of the settings store.
     static constexpr const char* section = "Devices";
-    /// The recording source that is all that goes to the speakers.
+    /// The recording source that records everything sent to the speakers.
     static constexpr const char* mixSource = "mix";
 
-    /// The store outlives it.
+    /// `store` must outlive this object.
     explicit ChosenDevices(SettingsStore& store) : store_(store) {}
 
-    /// Empty: the first optical drive found; else a device node or a disc image's path, in the
-    /// machine's form.
+    /// Empty for the first optical drive found; otherwise a device node or the path of a disc
+    /// image, in the machine's form.
     [[nodiscard]] std::string drive() const;
     /// The name of an ALSA device, or "none".
     [[nodiscard]] std::string output() const;
-    /// Empty: the compact disc line; `mixSource`; else the name of an ALSA device.
+    /// Empty for the compact disc line; otherwise `mixSource` or the name of an ALSA device.
     [[nodiscard]] std::string source() const;
     void setDrive(const std::string& drive);
     void setOutput(const std::string& output);

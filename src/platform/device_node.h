@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells a drive's device node from the path of a disc image, of which a choice may hold either. It
-// opens neither.
+// Distinguishes the device node of a drive from the path of a disc image; a choice may hold either.
+// It opens neither.
 #pragma once
 
 #include <string>
 
 namespace sonarith {
 
-/// Whether `chosen` means a drive: a block device below /dev, or a name directly below /dev that is
-/// not there, since a drive that was unplugged must not turn into a missing image. Below /dev there
-/// are folders for ordinary files, too ("/dev/shm"). Paths elsewhere are not looked at, as they may
-/// lie on a server that does not answer.
+/// True if `chosen` names a drive: a block device below /dev, or a missing name directly below
+/// /dev, because an unplugged drive must not be taken for a missing image. /dev also contains
+/// folders for ordinary files ("/dev/shm"). Paths elsewhere are not checked, since they may be on a
+/// server that does not respond.
 [[nodiscard]] bool namesADevice(const std::string& chosen);
 
 } // namespace sonarith

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Folders and what they hold, for whoever walks through them. Paths are the logic's own
-// ("c:\music\"). It reads no file and changes nothing; that is file_system.h.
+// Lists folders and walks folder trees. Paths are in the logic's form ("c:\music\"). It reads no
+// files and changes nothing; file_system.h does that.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace sonarith {
 
-/// Bits of an entry's attributes, the classic values of the file systems that have drive letters.
+/// Bits of an entry's attributes; the classic values of file systems with drive letters.
 namespace file_attribute {
 inline constexpr std::uint32_t hidden = 2;
 inline constexpr std::uint32_t system = 4;
@@ -23,30 +23,31 @@ inline constexpr std::uint32_t archive = 32;
 /// One entry of a folder.
 struct FindRecord {
     std::uint32_t attributes = 0;
-    /// Without its folder and without a NUL; empty in a record that nothing was found for.
+    /// Name without the folder; empty in a record that no call has filled.
     std::string name = {};
 };
 
 /// A listing in progress. Never 0.
 using FindHandle = int;
-/// What FindFirst() returns for a failure: it is not 0 either.
+/// FindFirst() returns this on failure. It is not 0 either.
 inline constexpr FindHandle invalidFindHandle = -1;
 
-/// One walk through a tree of folders, one listing after another or several at a time. Each folder
-/// is listed once in a walk, whatever paths and links lead to it, so that a loop of links ends.
+/// One walk through a folder tree. Listings may follow each other or be open at the same time. Each
+/// folder is listed once per walk, whatever paths and links lead to it, so that a loop of links
+/// ends.
 class DirectoryWalk {
   public:
     virtual ~DirectoryWalk() = default;
 
-    /// Begins the listing of a folder: `pattern` is its path, a backslash and "*.*", which means
-    /// all entries, hidden ones too. The first entries are "." and "..".
-    /// invalidFindHandle, and `record` as it was, for a folder that does not exist, cannot be read
+    /// Starts the listing of a folder. `pattern` is the path of the folder, a backslash and "*.*",
+    /// which means all entries, including hidden ones. The first entries are "." and "..". Returns
+    /// invalidFindHandle and leaves `record` unchanged if the folder does not exist, cannot be read
     /// or was listed before in this walk, and for any other pattern.
     virtual FindHandle FindFirst(const std::string& pattern, FindRecord& record) = 0;
-    /// The next entry; false, and `record` as it was, at the end, for a folder that has vanished
-    /// and for a handle that is not open.
+    /// Reads the next entry. Returns false and leaves `record` unchanged at the end, if the folder
+    /// has been removed, and for a handle that is not open.
     virtual bool FindNext(FindHandle handle, FindRecord& record) = 0;
-    /// Nothing for a handle that is not open.
+    /// Does nothing for a handle that is not open.
     virtual void FindClose(FindHandle handle) = 0;
 };
 
@@ -56,12 +57,12 @@ class Directories {
 
     [[nodiscard]] virtual std::unique_ptr<DirectoryWalk> startWalk() = 0;
 
-    /// The whole path of an existing folder, in the spelling given, without a backslash at its end
-    /// but for the root of a drive ("c:\"). Relative paths begin in the current folder. Errors:
-    /// pathNotFound for anything that is no folder or cannot be reached.
+    /// The absolute path of an existing folder, in the spelling given. It has no backslash at its
+    /// end except for the root of a drive ("c:\"). Relative paths start in the current folder.
+    /// Error: pathNotFound if the path is not a folder or cannot be reached.
     [[nodiscard]] virtual Result<std::string> folder(const std::string& path) const = 0;
 
-    /// The drives that there are now, as "c:", in the order of their letters.
+    /// The drives that exist now, as "c:", in the order of their letters.
     [[nodiscard]] virtual std::vector<std::string> drives() const = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The one thread's event loop: yields, waits, clock, wake-ups and the end of the program. Long work
-// runs inside the handler that began it and yields; this is the only interleaving there is.
+// The event loop of the logic thread: yields, waits, clock, wake-ups and the end of the program.
+// Long work runs inside the handler that started it and yields; no other interleaving exists.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace sonarith {
 
-/// A pending call by the loop; destroying it takes the call back.
+/// A pending call from the loop. Destroying it cancels the call.
 class Wakeup {
   public:
     virtual ~Wakeup() = default;
@@ -18,34 +18,34 @@ class Wakeup {
 class EventLoop {
   public:
     using Duration = std::chrono::milliseconds;
-    /// Monotonic time since an origin that means nothing.
+    /// Monotonic time since an unspecified origin.
     using Time = std::chrono::milliseconds;
 
     virtual ~EventLoop() = default;
 
-    /// Runs what is due (input, timers, painting), then returns.
+    /// Handles everything that is due (input, timers, painting), then returns.
     virtual void yield() = 0;
 
-    /// Yields for as long as `condition` holds. It is asked again after each handled event; while
-    /// no event is due the processor rests.
+    /// Yields while `condition` is true. The condition is evaluated after each handled event; while
+    /// no event is due, the thread sleeps.
     virtual void waitWhile(const std::function<bool()>& condition) = 0;
 
     [[nodiscard]] virtual Time now() const = 0;
 
-    /// Wall-clock seconds since midnight, with their fraction.
+    /// Wall-clock seconds since midnight, with fraction.
     [[nodiscard]] virtual double secondsSinceMidnight() const = 0;
 
     /// Calls `handler` every `interval` (1 ms or more) until the Wakeup is destroyed, which the
-    /// handler itself may do. Never re-enters a handler that has not returned: what fell due in
-    /// the meantime is dropped.
+    /// handler itself may do. A handler that has not returned is never re-entered; calls that
+    /// become due in the meantime are dropped.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> every(Duration interval,
                                                         std::function<void()> handler) = 0;
 
-    /// Ends the process from any depth of nested handlers, waits and message boxes. Nothing of the
-    /// logic runs after it, and nothing yields: the call does not return.
+    /// Ends the process from any depth of nested handlers, waits and message boxes. No code of the
+    /// logic runs afterwards, and the call neither yields nor returns.
     [[noreturn]] virtual void endProgram() = 0;
 
-    /// Yields until `duration` has passed; returns at once if it is not above 0.
+    /// Yields until `duration` has passed. Returns at once if it is 0 or less.
     void waitFor(Duration duration);
 };
 

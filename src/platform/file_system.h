@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders as the logic names them: drive letter and backslashes ("c:\music\track1.wav").
-// How a machine's own paths look is the business of the implementation.
+// Files and folders by the names that the logic uses: drive letter and backslashes
+// ("c:\music\track1.wav"). The implementation maps these to the paths of the machine.
 #pragma once
 
 #include <chrono>
@@ -22,32 +22,32 @@ class FileSystem {
     /// Length in bytes. Errors: fileNotFound, pathNotFound, permissionDenied.
     [[nodiscard]] virtual Result<std::int64_t> fileLength(const std::string& path) const = 0;
     [[nodiscard]] virtual bool fileExists(const std::string& path) const = 0;
-    /// When the file's content was last changed. Errors: as fileLength().
+    /// Time of the last change to the file's content. Errors: as fileLength().
     [[nodiscard]] virtual Result<FileTime> fileDate(const std::string& path) const = 0;
 
-    /// Opens a file where it is: its content, permissions, owner, links and times stay until it is
-    /// written to. Never waits for another program. With `write` or `readWrite` a missing file is
-    /// created. Errors: fileNotFound (read only), pathNotFound, pathFileAccess (a folder),
+    /// Opens a file in place: content, permissions, owner, links and times stay unchanged until
+    /// something is written. Never waits for another program. `write` and `readWrite` create a
+    /// missing file. Errors: fileNotFound (read only), pathNotFound, pathFileAccess (a folder),
     /// permissionDenied (also a pipe, socket or device).
     [[nodiscard]] virtual Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                          FileAccess access) = 0;
 
-    /// Never replaces an existing file (fileAlreadyExists); a change of case alone works.
+    /// Never replaces an existing file (fileAlreadyExists). A change of case only is allowed.
     virtual Status rename(const std::string& from, const std::string& to) = 0;
-    /// Opens for binary writing and closes at once; a missing file is created, the content of an
-    /// existing one stays. Errors: permissionDenied, pathNotFound, pathFileAccess (a folder).
+    /// Opens for binary writing and closes at once. Creates a missing file; keeps the content of an
+    /// existing one. Errors: permissionDenied, pathNotFound, pathFileAccess (a folder).
     virtual Status touchForWriting(const std::string& path) = 0;
     virtual Status removeFile(const std::string& path) = 0;
 
-    /// Drive and folder that relative names mean. "c:" or longer; only the letter counts.
+    /// Sets the drive for relative names. `path` is "c:" or longer; only the letter counts.
     virtual Status changeDrive(const std::string& path) = 0;
     /// An absolute path, or a name below the current folder.
     virtual Status changeFolder(const std::string& path) = 0;
     [[nodiscard]] virtual std::string currentFolder() const = 0;
-    /// Makes one folder. pathFileAccess (75) if anything of that name exists.
+    /// Creates one folder. Error: pathFileAccess (75) if anything of that name exists.
     virtual Status makeFolder(const std::string& name) = 0;
 
-    /// The folder that belongs to the program, without a trailing backslash.
+    /// The folder of the program, without a trailing backslash.
     [[nodiscard]] virtual std::string programFolder() const = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The media control string interface: the logic speaks to disc, recorder and clip devices by
-// command texts. This is the interface alone; the Linux machine's interpreter implements it.
+// The media control string interface: the logic controls disc, recorder and clip devices by command
+// strings. Interface only; the Linux machine's interpreter implements it.
 #pragma once
 
 #include <algorithm>
@@ -13,11 +13,11 @@ namespace sonarith {
 /// Status of a command that succeeded; every other value is an error number.
 inline constexpr int mciSuccess = 0;
 
-/// A caller's fixed reply buffer, as the command interface fills it: the reply, cut to size - 1
-/// bytes, and a NUL behind it. What stands behind that NUL is what stood there before.
+/// A fixed reply buffer of the caller, filled like those of the command interface: the reply, cut
+/// to size - 1 bytes, followed by a NUL. The bytes after that NUL keep their old values.
 class ReplyBuffer {
   public:
-    /// A buffer of `size` bytes, all blanks, without a NUL.
+    /// A buffer of `size` blanks without a NUL.
     explicit ReplyBuffer(std::size_t size) : bytes_(size, ' ') {}
 
     void write(std::string_view reply) {
@@ -28,7 +28,7 @@ class ReplyBuffer {
         bytes_.replace(0, length, reply.substr(0, length));
         bytes_[length] = '\0';
     }
-    /// All bytes of the buffer, the NUL among them.
+    /// All bytes of the buffer, including the NUL.
     [[nodiscard]] const std::string& bytes() const { return bytes_; }
 
   private:
@@ -38,11 +38,11 @@ class ReplyBuffer {
 class MediaControl {
   public:
     virtual ~MediaControl() = default;
-    /// Carries out one command. Returns mciSuccess or an error number. With `reply` given, it is
-    /// written in every case: the answer, or an empty text for a failed or wordless command.
+    /// Executes one command. Returns mciSuccess or an error number. `reply`, if given, is always
+    /// written: the answer, or an empty text if the command failed or has no answer.
     virtual int sendString(std::string_view command, ReplyBuffer* reply) = 0;
     int sendString(std::string_view command) { return sendString(command, nullptr); }
-    /// The text for an error number; empty for a number that means nothing.
+    /// The text for an error number; empty for an unknown number.
     [[nodiscard]] virtual std::string errorString(int status) const = 0;
 };
 

@@ -1,29 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound card's mixer as the logic addresses it: lines by what they are connected to, the
-// controls of a line by their type, and the value of a control. Interface only; no sound passes
-// here.
+// The mixer of the sound card as the logic sees it: lines by the type of their connection, the
+// controls of a line by their type, and the value of a control. Interface only; no samples pass
+// through it.
 //
-// Life cycle: open() gives a handle, which is never closed; any number may be open. All other
-// members take such a handle. Used by the logic's thread alone; no member waits for the card.
+// Life cycle: open() returns a handle, which is never closed; any number may be open. All other
+// members take such a handle. Used on the logic thread only; no member waits for the card.
 #pragma once
 
 #include <cstdint>
 
 namespace sonarith {
 
-/// What an operation answers; 0 is success. The numbers are the classic interface's.
+/// Result of an operation; 0 is success. The numbers are those of the classic interface.
 enum class MixerResult : int {
     noError = 0,
     badDevice = 2,         ///< there is no mixer
     invalidHandle = 5,     ///< the handle was never opened
-    notSupported = 8,      ///< the query is of no kind that exists
+    notSupported = 8,      ///< unknown kind of query
     invalidParameter = 11, ///< a record's size field is wrong, or a block is missing
     invalidLine = 1024,    ///< the card has no such line
     invalidControl = 1025, ///< the line has no such control
-    invalidValue = 1026,   ///< the control does not take that value
+    invalidValue = 1026,   ///< the value is outside the control's range
 };
 
-/// 0 stands for none.
+/// 0 means none.
 using MixerHandle = std::uint32_t;
 
 /// Component types of lines.
@@ -55,13 +55,13 @@ inline constexpr std::uint32_t mixerLineSize = 168;
 /// A control of a line.
 struct MixerControl {
     std::uint32_t cbStruct = 0;    ///< mixerControlSize
-    std::uint32_t dwControlID = 0; ///< 0: never looked up; no control has it
+    std::uint32_t dwControlID = 0; ///< 0: not looked up; no control has this number
     std::uint32_t dwControlType = 0;
     std::uint32_t cMultipleItems = 0;
 };
 inline constexpr std::uint32_t mixerControlSize = 152;
 
-/// Asks for one control of a line, by its type.
+/// Query for one control of a line, by the control's type.
 struct MixerLineControls {
     std::uint32_t cbStruct = 0; ///< mixerLineControlsSize
     std::uint32_t dwLineID = 0;
@@ -86,18 +86,19 @@ inline constexpr std::uint32_t mixerControlDetailsSize = 24;
 class Mixer {
   public:
     virtual ~Mixer() = default;
-    /// Opens the first mixer. Errors: badDevice, and `mixer` as it was.
+    /// Opens the first mixer. Error: badDevice, which leaves `mixer` unchanged.
     virtual MixerResult open(MixerHandle& mixer) = 0;
     /// Finds a line by its component type and fills `line`. Errors: invalidHandle,
-    /// invalidParameter, invalidLine; `line` is then as it was.
+    /// invalidParameter, invalidLine; they leave `line` unchanged.
     virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
     /// Finds the one control of `controls.dwControlType` and fills `*controls.pamxctrl`. Errors:
-    /// invalidHandle, invalidParameter, invalidLine, invalidControl; the block is then as it was.
+    /// invalidHandle, invalidParameter, invalidLine, invalidControl; they leave the block
+    /// unchanged.
     virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;
-    /// Writes the control's value to `*details.paDetails`. Allocates nothing. Errors:
-    /// invalidHandle, invalidParameter, invalidControl; the value is then as it was.
+    /// Writes the control's value to `*details.paDetails`. Does not allocate. Errors:
+    /// invalidHandle, invalidParameter, invalidControl; they leave the value unchanged.
     virtual MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) = 0;
-    /// Sets the control to `*details.paDetails`. Errors: as above, and invalidValue.
+    /// Sets the control to `*details.paDetails`. Errors: as getControlDetails(), and invalidValue.
     virtual MixerResult setControlDetails(MixerHandle mixer,
                                           const MixerControlDetails& details) = 0;
 };

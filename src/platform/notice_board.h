@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the last notices to the user, and shows one cause once. It shows nothing itself: views read
-// it when they are notified.
+// Keeps the most recent notices to the user and shows each cause once. It has no display of its
+// own: views read it when they are notified.
 #pragma once
 
 #include <cstddef>
@@ -18,16 +18,16 @@ namespace sonarith {
 /// Any thread may call any member.
 class NoticeBoard final : public Notices {
   public:
-    /// How many texts are kept: what a user may want to read of a long run.
+    /// Maximum number of texts kept: enough for what a user may want to read after a long run.
     static constexpr std::size_t most = 100;
 
     void report(Notice notice) override;
     void settled(const std::string& cause, const std::string& text) override;
 
-    /// The texts kept, oldest first.
+    /// The texts that are kept, oldest first.
     [[nodiscard]] std::vector<std::string> texts() const;
-    /// `handler` runs for each text that is posted from now on, on the thread that posts it. It
-    /// must not post.
+    /// `handler` runs for each text posted from now on, on the thread that posts it. It must not
+    /// post.
     void setOnPosted(std::function<void(const std::string& text)> handler);
 
   private:
@@ -35,7 +35,7 @@ class NoticeBoard final : public Notices {
 
     mutable std::mutex mutex_;
     std::deque<std::string> texts_;
-    std::set<std::string> causes_; ///< that hold
+    std::set<std::string> causes_; ///< the causes that hold now
     std::function<void(const std::string&)> onPosted_;
 };
 

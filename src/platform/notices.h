@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the platform has to tell the user while the logic stays silent: a track that was not saved,
-// sound that could not be read, an output that was lost. How it is shown is decided elsewhere.
+// Notices of the platform to the user about failures that the logic does not report: a track that
+// was not saved, audio that could not be read, an output that was lost. The display is implemented
+// elsewhere.
 #pragma once
 
 #include <string>
@@ -9,21 +10,22 @@ namespace sonarith {
 
 /// One report to the user.
 struct Notice {
-    /// A whole sentence with file, place and cause: "Track 2 was not saved: no space left in
+    /// A complete sentence with file, place and cause: "Track 2 was not saved: no space left in
     /// /music; 0:42 are kept".
     std::string text;
-    /// Names what went wrong ("output hw:0", "store"). While a cause holds, further notices of it
+    /// Identifies the cause ("output hw:0", "store"). While a cause holds, further notices of it
     /// are not shown. Empty: every notice is shown.
     std::string cause = {};
 };
 
-/// Any thread may call the members. They return at once and take no lock for longer than a copy.
+/// All members may be called on any thread. They return at once and hold a lock no longer than a
+/// copy takes.
 class Notices {
   public:
     virtual ~Notices() = default;
     virtual void report(Notice notice) = 0;
-    /// The cause no longer holds: its next notice is shown again. `text`, if not empty, is shown
-    /// ("The output ... is back"), but only if a notice of this cause was.
+    /// The cause no longer holds: its next notice is shown again. A `text` that is not empty ("The
+    /// output ... is back") is shown only if a notice of this cause was shown.
     virtual void settled(const std::string& cause, const std::string& text) = 0;
 };
 

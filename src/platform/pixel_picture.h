@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A picture as pixels, for logic that reads colours off it. It is not drawn from here; what a
-// window shows is the view's.
+// A picture as pixels, for logic that reads colours from it. It does not draw; the view does.
 #pragma once
 
 #include <cassert>
@@ -12,13 +11,13 @@
 
 namespace sonarith {
 
-/// Blue, green and red from the high byte of three to the low one: 0xBBGGRR.
+/// 0xBBGGRR: blue in the high byte of the three, then green, then red.
 using PixelColour = std::uint32_t;
 inline constexpr PixelColour whitePixel = 0xFFFFFF;
 
 class PixelPicture {
   public:
-    /// `pixels` row by row from the top, width times height of them.
+    /// `pixels` holds width * height pixels, row by row from the top.
     PixelPicture(int width, int height, std::vector<PixelColour> pixels)
         : width_(width), height_(height), pixels_(std::move(pixels)) {
         assert(width >= 0 && height >= 0);
@@ -32,8 +31,8 @@ class PixelPicture {
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
 
-    /// Any place may be asked for. Outside the picture there is no colour, which equals no colour
-    /// that there is.
+    /// Any position is allowed. Outside the picture there is no value, which compares unequal to
+    /// every colour.
     [[nodiscard]] virtual std::optional<PixelColour> pixel(int x, int y) const {
         if (x < 0 || y < 0 || x >= width_ || y >= height_) {
             return std::nullopt;

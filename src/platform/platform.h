@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All that the logic asks of the world, by reference: one struct to hand in, be it the real machine
-// or a test's. It owns nothing and does nothing.
+// References to everything outside that the logic uses: one struct to pass, for the real machine or
+// for a test's. It owns nothing and has no behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -21,7 +21,7 @@
 
 namespace sonarith {
 
-/// Built with the members' names: Platform{.loop = loop, .media = media, ...}.
+/// Initialized by member names: Platform{.loop = loop, .media = media, ...}.
 struct Platform {
     EventLoop& loop;
     MediaControl& media;

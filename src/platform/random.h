@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random fractions as the logic draws them.
+// Random fractions for the logic.
 #pragma once
 
 namespace sonarith {
@@ -8,7 +8,7 @@ class Random {
   public:
     virtual ~Random() = default;
     virtual void reseedFromClock() = 0;
-    /// A single-precision fraction from 0 up to, not including, 1.
+    /// A single-precision fraction from 0 up to, but not including, 1.
     [[nodiscard]] virtual float fraction() = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Failures as values: an operation that can fail returns a Status or a Result.
-// This is not for programming mistakes (those are assertions) and nothing here throws.
+// Failures as values: an operation that can fail returns a Status or a Result. Not for programming
+// errors, which are assertions. Nothing here throws.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace sonarith {
 
-/// The failure numbers that the logic tells apart or passes on.
+/// The failure numbers that the logic distinguishes or passes on.
 enum class ErrorNumber : int {
     invalidProcedureCall = 5,
     overflow = 6,
@@ -35,8 +35,8 @@ enum class ErrorNumber : int {
     elementRemoved = 35605,
 };
 
-/// Why an operation failed: a number for the logic, a text for people, and the procedure that
-/// passed the failure on (empty where nobody asks).
+/// Why an operation failed: a number for the logic, a text for users, and the name of the procedure
+/// that passed the failure on (empty where it is not needed).
 struct Error {
     ErrorNumber number;
     std::string text;
@@ -51,17 +51,17 @@ class [[nodiscard]] Status {
     Status(ErrorNumber number, std::string text) : outcome_(Error{number, std::move(text)}) {}
 
     [[nodiscard]] bool ok() const { return std::holds_alternative<std::monostate>(outcome_); }
-    /// Only after a failure.
+    /// Valid only after a failure.
     [[nodiscard]] const Error& error() const { return std::get<Error>(outcome_); }
 
-    /// The failure of this step is passed over: its target keeps what it held.
+    /// Ignores the failure of this step; its target keeps its value.
     void passOver() const {}
 
   private:
     std::variant<std::monostate, Error> outcome_;
 };
 
-/// A value, or why there is none.
+/// A value, or the reason why there is none.
 template <typename T>
 class [[nodiscard]] Result {
   public:
@@ -71,17 +71,17 @@ class [[nodiscard]] Result {
         : outcome_(std::in_place_index<1>, Error{number, std::move(text)}) {}
 
     [[nodiscard]] bool ok() const { return outcome_.index() == 0; }
-    /// Only after success.
+    /// Valid only after success.
     [[nodiscard]] const T& value() const { return std::get<0>(outcome_); }
     [[nodiscard]] T& value() { return std::get<0>(outcome_); }
-    /// Only after a failure.
+    /// Valid only after a failure.
     [[nodiscard]] const Error& error() const { return std::get<1>(outcome_); }
     [[nodiscard]] T valueOr(T fallback) const { return ok() ? value() : std::move(fallback); }
 
-    /// The failure of this step is passed over; its value, if there is one, is not needed.
+    /// Ignores the failure of this step; a value, if there is one, is not needed.
     void passOver() const {}
 
-    /// Writes the value to `target`; a failure is passed over and leaves `target` as it was.
+    /// Writes the value to `target`. A failure is ignored and leaves `target` unchanged.
     void storeIn(T& target) const {
         if (ok()) {
             target = value();

@@ -6,7 +6,7 @@
 
 namespace sonarith {
 
-/// The one application name under which everything is stored.
+/// The one application name for all stored values.
 inline constexpr const char* applicationName = "Sonarith v2.0";
 
 class SettingsStore {
@@ -16,8 +16,8 @@ class SettingsStore {
     [[nodiscard]] virtual std::string GetSetting(const std::string& application,
                                                  const std::string& section, const std::string& key,
                                                  const std::string& fallback) const = 0;
-    /// The value is on disk when this returns, or at the end of the transaction that goes on. A
-    /// failure to write is silent.
+    /// The value is on disk when this returns, or at the end of the current transaction. A failure
+    /// to write is not reported to the caller.
     virtual void SaveSetting(const std::string& application, const std::string& section,
                              const std::string& key, const std::string& value) = 0;
     virtual void DeleteSetting(const std::string& application, const std::string& section,
@@ -29,9 +29,10 @@ class SettingsStore {
     virtual void endTransaction() = 0;
 };
 
-/// For as long as it lives, changes of the store wait, and reads see them; its end brings them to
-/// the disk as one replacement of the file, so that a kill leaves the file of before or of after.
-/// Transactions may stand within each other: the outermost one counts. None lives across a yield.
+/// While an instance exists, changes to the store are held back from the disk, and reads return the
+/// new values. Its end writes them as one replacement of the file, so that a killed process leaves
+/// either the old or the new file. Transactions may be nested: the outermost one counts. None may
+/// exist across a yield.
 class StoreTransaction {
   public:
     explicit StoreTransaction(SettingsStore& store) : store_(store) { store_.beginTransaction(); }

@@ -12,7 +12,7 @@ class SilentNotices final : public Notices {
     void settled(const std::string&, const std::string&) override {}
 };
 
-/// One that lives as long as the program.
+/// An instance that exists until the program ends.
 inline SilentNotices& silentNotices() {
     static SilentNotices notices;
     return notices;

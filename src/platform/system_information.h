@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the machine can tell of itself, of its drives and of its user. Interface only: the texts and
-// rules that the product makes of these answers are the logic's.
+// Information about the machine, its drives and its user. Interface only: the texts and rules that
+// the product derives from it belong to the logic.
 //
-// All members belong to the logic's thread and return within 100 ms: a drive that does not answer
-// in that time counts as one that refuses, and is not asked again before it has answered.
+// All members are called on the logic thread and return within 100 ms: a drive that does not
+// respond in that time counts as one that refuses, and is not queried again until it has responded.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// Sizes in bytes. `freeBytes` is what this user can still write.
+/// Sizes in bytes. `freeBytes` is the space that this user can still write.
 struct DiskSpace {
     std::int64_t totalBytes = 0;
     std::int64_t freeBytes = 0;
@@ -56,12 +56,12 @@ struct SystemVersion {
 class SystemInformation {
   public:
     virtual ~SystemInformation() = default;
-    /// The root paths of all drives ("c:\"), each followed by a NUL, and a NUL behind the last. At
-    /// most `size` characters are written to `buffer`; the length of the text without its last NUL,
-    /// or the length needed, that NUL counted, if it does not fit.
+    /// The root paths of all drives ("c:\"), each followed by a NUL, and one more NUL at the end.
+    /// Writes at most `size` characters to `buffer`. Returns the length of the text without its
+    /// last NUL; if it does not fit, the length needed, including that NUL.
     [[nodiscard]] virtual std::size_t logicalDriveStrings(std::string& buffer,
                                                           std::size_t size) const = 0;
-    /// Nothing for a drive that refuses or does not answer.
+    /// Nothing for a drive that refuses or does not respond.
     [[nodiscard]] virtual std::optional<DiskSpace> diskSpace(const std::string& root) const = 0;
     [[nodiscard]] virtual DriveKind driveKind(const std::string& root) const = 0;
     [[nodiscard]] virtual std::optional<VolumeInformation>
@@ -69,11 +69,11 @@ class SystemInformation {
     [[nodiscard]] virtual MemoryStatus memoryStatus() const = 0;
     [[nodiscard]] virtual ProcessorInformation processor() const = 0;
     [[nodiscard]] virtual std::optional<SystemVersion> version() const = 0;
-    /// The classic number of the keyboard's type; 0 if unknown.
+    /// The classic number of the keyboard type; 0 if unknown.
     [[nodiscard]] virtual int keyboardType() const = 0;
     [[nodiscard]] virtual int functionKeys() const = 0;
-    // Texts with a NUL behind them, as in a fixed buffer; nothing on failure. Folders are in the
-    // logic's form.
+    // Texts followed by a NUL, as in a fixed buffer; nothing on failure. Folders are in the logic's
+    // form.
     [[nodiscard]] virtual std::optional<std::string> tempFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> systemFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> windowsFolder() const = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the thread of the logic waits for work that another thread does. What the window does
-// meanwhile is up to the implementation; which work it is, and on which thread, is not known here.
+// How the logic thread waits for work on another thread. The implementation decides what the window
+// does meanwhile. This file does not know the work or its thread.
 #pragma once
 
 #include <chrono>
@@ -12,10 +12,11 @@ namespace sonarith {
 /// An event that happens once, on another thread.
 class Completion {
   public:
-    /// For any thread.
+    /// May be called on any thread.
     void complete();
     [[nodiscard]] bool isComplete() const;
-    /// Rests until the event has happened, for `bound` at most; whether it has. Handles nothing.
+    /// Blocks until the event has happened, for `bound` at most. Returns whether it has. Handles no
+    /// events.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:
@@ -24,8 +25,8 @@ class Completion {
     bool complete_ = false;
 };
 
-/// For the thread of the logic alone. One wait at a time: an implementation runs no handler of the
-/// logic while it waits, so none can begin a second wait.
+/// Used on the logic thread only. One wait at a time: an implementation runs no handler of the
+/// logic while it waits, so a second wait cannot start.
 class Waiting {
   public:
     using Duration = std::chrono::milliseconds;
@@ -36,8 +37,8 @@ class Waiting {
         ended, ///< the program is about to end: the caller finishes without the event
     };
 
-    /// A wait up to this long is a mere rest: short enough to go unnoticed by the user, and far
-    /// longer than what ordinary calls take.
+    /// A wait up to this long only blocks: short enough for the user not to notice, and far longer
+    /// than ordinary calls take.
     static constexpr Duration plainMoment{50};
 
     virtual ~Waiting() = default;
@@ -45,7 +46,7 @@ class Waiting {
     [[nodiscard]] virtual Outcome wait(const Completion& completion, Duration bound) = 0;
 };
 
-/// Rests only: for programs without windows, and tests.
+/// Only blocks: for programs without windows, and for tests.
 class PlainWaiting final : public Waiting {
   public:
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Wave input as the logic addresses it: an input device that fills buffers with samples. Interface
-// only.
+// Wave input as the logic sees it: an input device that fills buffers with samples. Interface only.
 //
-// Life cycle: open, then for each buffer prepare and add; start; while it runs, buffers are filled
-// in the order in which they were added and marked done; a done buffer may be added again. reset
-// gives all buffers back, marked done; stop keeps what is filled; unprepare each buffer, then
-// close. Any member may be called at any time: one that does not fit answers an error and changes
-// nothing. All members belong to the logic's thread and return at once; the device writes to added
-// buffers, and to their flags, from a thread of its own.
+// Life cycle: open; prepare and add each buffer; start. While the device runs, it fills the buffers
+// in the order in which they were added and marks them done; a done buffer may be added again.
+// reset returns all buffers, marked done; stop keeps the filled part. Unprepare each buffer, then
+// close. Any member may be called at any time: a call that does not fit the state returns an error
+// and changes nothing. All members are called on the logic thread and return at once; the device
+// writes to added buffers and to their flags on its own thread.
 #pragma once
 
 #include <atomic>
@@ -17,20 +16,20 @@
 
 namespace sonarith {
 
-/// What an operation answers; 0 is success. The numbers are the classic interface's.
+/// Result of an operation; 0 is success. The numbers are those of the classic interface.
 enum class WaveResult : int {
     noError = 0,
-    badDevice = 2,     ///< there is no such input
-    notEnabled = 3,    ///< the input exists and cannot be opened
-    allocated = 4,     ///< it is open already
+    badDevice = 2,     ///< no such input
+    notEnabled = 3,    ///< the input exists but cannot be opened
+    allocated = 4,     ///< already open
     invalidHandle = 5, ///< not open
     invalidParameter = 11,
     badFormat = 32,
-    stillPlaying = 33, ///< buffers are still with the device
+    stillPlaying = 33, ///< the device still holds buffers
     unprepared = 34,
 };
 
-/// 0 stands for none.
+/// 0 means none.
 using WaveInHandle = std::uint32_t;
 
 /// The format of the samples (the classic WAVEFORMATEX).
@@ -51,7 +50,7 @@ inline constexpr std::uint32_t prepared = 2;
 inline constexpr std::uint32_t inQueue = 16;
 } // namespace wave_header
 
-/// A buffer. It must not move or end between add and done.
+/// A buffer. It must not be moved or destroyed between add and done.
 struct WaveHeader {
     std::byte* lpData = nullptr;
     std::uint32_t dwBufferLength = 0;
@@ -63,7 +62,8 @@ struct WaveHeader {
 class WaveInput {
   public:
     virtual ~WaveInput() = default;
-    /// Opens device 0, 1, ... Errors: badDevice, notEnabled, badFormat; `handle` is then as it was.
+    /// Opens device 0, 1, ... Errors: badDevice, notEnabled, badFormat; they leave `handle`
+    /// unchanged.
     virtual WaveResult open(WaveInHandle& handle, std::uint32_t device,
                             const WaveFormat& format) = 0;
     virtual WaveResult prepareHeader(WaveInHandle handle, WaveHeader& header) = 0;
@@ -73,7 +73,8 @@ class WaveInput {
     virtual WaveResult stop(WaveInHandle handle) = 0;
     virtual WaveResult reset(WaveInHandle handle) = 0;
     virtual WaveResult close(WaveInHandle handle) = 0;
-    /// The platform's words for an error, naming the device where that matters; empty for success.
+    /// The platform's message for an error, with the name of the device where it matters; empty for
+    /// success.
     [[nodiscard]] virtual std::string errorText(WaveResult result) const = 0;
 };
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of a window that is left when some of it is cut away: rectangles of pixels that do not
-// overlap. It computes nothing and knows no window.
+// The part of a window that remains when some of it is cut away: non-overlapping rectangles of
+// pixels. It computes nothing and knows no window.
 #pragma once
 
 #include <vector>
 
 namespace sonarith {
 
-/// From (left, top) up to, not including, (right, bottom); in pixels from the window's corner.
+/// Pixels relative to the window's corner; (right, bottom) is exclusive.
 struct PixelRectangle {
     int left = 0;
     int top = 0;
@@ -16,7 +16,7 @@ struct PixelRectangle {
     bool operator==(const PixelRectangle&) const = default;
 };
 
-/// No rectangle at all: nothing is left.
+/// An empty list means that nothing of the window remains.
 struct WindowRegion {
     std::vector<PixelRectangle> rectangles;
     bool operator==(const WindowRegion&) const = default;
