@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The place of an MP3 control on a form: each load of the form finds a new control there.
+// Owns the MP3 control of a form. Each load of the form creates a new control.
 #pragma once
 
 #include <memory>
@@ -19,7 +19,8 @@ class ActiveMp3Host : public FormPart {
     [[nodiscard]] ActiveMP3* operator->() const { return control_.get(); }
 
   private:
-    /// What the control does ends with its form; a control that is reached for later is idle.
+    /// Decoding and playing end when the form is unloaded; a control that is accessed later is
+    /// idle.
     void atUnload() override { control_ = controls_.create(); }
 
     Mp3Controls& controls_;

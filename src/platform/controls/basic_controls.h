@@ -17,7 +17,7 @@ struct CaptionState {
     std::string caption;
 };
 
-/// A line of text; also serves as a store.
+/// A line of text; the logic also uses labels as stores.
 class Label : public ControlWith<CaptionState> {
   public:
     Label(Form& owner, std::string name, std::string caption = {})
@@ -52,8 +52,8 @@ class CommandButton : public ControlWith<CaptionState> {
     }
 
     Handler<> onClick;
-    /// What a user's click does, whether the button is visible and enabled or not: logic calls it
-    /// as a procedure.
+    /// Runs the handler of a user's click, whether the button is visible and enabled or not: the
+    /// logic calls it as a procedure.
     void click() { run(onClick); }
 };
 
@@ -62,7 +62,7 @@ struct CheckBoxState {
     int value = 0;
 };
 
-/// 0 or 1. Setting it to another value from code runs the click handler as a user's click does.
+/// 0 or 1. Setting another value from code runs the click handler, as a user's click does.
 class CheckBox : public ControlWith<CheckBoxState> {
   public:
     CheckBox(Form& owner, std::string name, std::string caption = {})
@@ -74,7 +74,7 @@ class CheckBox : public ControlWith<CheckBoxState> {
         assign(state_.caption, std::move(caption), Property::caption);
     }
     [[nodiscard]] int value() const { return state_.value; }
-    /// invalidPropertyValue, and no change, for anything but 0 and 1.
+    /// Error: invalidPropertyValue, with no change, for values other than 0 and 1.
     Status setValue(std::int64_t value);
 
     Handler<> onClick;
@@ -87,7 +87,7 @@ struct TextBoxState {
     bool locked = false;
 };
 
-/// Keeps the text before the first NUL of what is set.
+/// A text that is set is kept up to its first NUL.
 class TextBox : public ControlWith<TextBoxState> {
   public:
     TextBox(Form& owner, std::string name, std::string text = {})
@@ -96,20 +96,20 @@ class TextBox : public ControlWith<TextBoxState> {
     }
     [[nodiscard]] const std::string& text() const { return state_.text; }
     void setText(const std::string& text);
-    /// The most characters that can be typed; 0: no limit. Code may set more.
+    /// Maximum number of characters that can be typed; 0: no limit. Code may set longer texts.
     [[nodiscard]] int typingLimit() const { return state_.typingLimit; }
     void setTypingLimit(int limit) { assign(state_.typingLimit, limit, Property::typingLimit); }
-    /// A locked box shows its text and takes no typing; code may set it all the same.
+    /// A locked box shows its text but accepts no typing. Code may still set the text.
     [[nodiscard]] bool locked() const { return state_.locked; }
     void setLocked(bool locked) { assign(state_.locked, locked, Property::locked); }
-    /// In points; 0: the window's own.
+    /// In points; 0: the font size of the window.
     [[nodiscard]] int fontSize() const { return state_.fontSize; }
     void setFontSize(int points) { assign(state_.fontSize, points, Property::fontSize); }
 
     Handler<> onChange;
-    /// A key goes down in the box, before it changes the text.
+    /// A key was pressed in the box; runs before the key changes the text.
     Handler<> onKeyDown;
-    /// A press on the box.
+    /// A mouse button was pressed on the box.
     Handler<MouseButtons> onMouseDown;
 };
 
@@ -126,7 +126,7 @@ class ProgressBar : public ControlWith<ProgressBarState> {
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
     [[nodiscard]] int value() const { return state_.value; }
-    /// invalidPropertyValue, and no change, outside the range.
+    /// Error: invalidPropertyValue, with no change, outside the range.
     Status setValue(std::int64_t value);
 
   private:
@@ -138,7 +138,7 @@ struct TabControlState {
     int tab = 0;
 };
 
-/// Pages with captions, one of them in front. What stands on a page is the view's layout.
+/// Pages with captions, one of them in front. The layout of a page belongs to the view.
 class TabControl : public ControlWith<TabControlState> {
   public:
     TabControl(Form& owner, std::string name, std::vector<std::string> captions)
@@ -146,7 +146,7 @@ class TabControl : public ControlWith<TabControlState> {
     [[nodiscard]] const std::vector<std::string>& captions() const { return captions_; }
     /// The page in front, from 0.
     [[nodiscard]] int tab() const { return state_.tab; }
-    /// invalidPropertyValue, and no change, for a page that does not exist.
+    /// Error: invalidPropertyValue, with no change, for a page that does not exist.
     Status setTab(int tab);
 
   private:

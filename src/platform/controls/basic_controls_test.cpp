@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Counts how often a control tells that it has changed.
+/// Counts the change notifications of a control.
 class ChangeCount {
   public:
     explicit ChangeCount(Control& control)
@@ -35,7 +35,7 @@ TEST(Control, StartsVisibleAndEnabled) {
     EXPECT_TRUE(label.enabled());
 }
 
-TEST(Control, TellsOfEachChangedPropertyAndOfNothingElse) {
+TEST(Control, NotifiesOfEachChangedPropertyOnly) {
     Form form("Form1");
     Label label(form, "Label2", "x");
     const ChangeCount changes(label);
@@ -59,7 +59,7 @@ TEST(Control, TellsOfEachChangedPropertyAndOfNothingElse) {
                 ElementsAre(1_twips, 2_twips, 3_twips, 4_twips));
 }
 
-TEST(Label, RunsItsHandlerForEachCaptionThatIsAnotherOne) {
+TEST(Label, RunsItsHandlerWhenTheCaptionChanges) {
     Form form("Form1");
     Label label(form, "lbltime", "x");
     std::vector<std::string> captions;
@@ -74,7 +74,7 @@ TEST(Label, RunsItsHandlerForEachCaptionThatIsAnotherOne) {
     EXPECT_THAT(captions, ElementsAre("y", "final"));
 }
 
-TEST(Control, HoldsItsNewValueWhenItTellsOfIt) {
+TEST(Control, HasItsNewValueWhenItNotifies) {
     Form form("Form1");
     Label label(form, "Label2", "old");
     std::string seen;
@@ -98,7 +98,7 @@ TEST(Handler, MayReplaceItselfWhileItRuns) {
     EXPECT_EQ(calls, "first second ");
 }
 
-TEST(CommandButton, IsAProcedureEvenWhenNobodyCanPressIt) {
+TEST(CommandButton, CanBeClickedByCodeWhenHiddenOrDisabled) {
     Form form("Form1");
     CommandButton button(form, "cmdStart", "Start");
     int clicks = 0;
@@ -111,14 +111,14 @@ TEST(CommandButton, IsAProcedureEvenWhenNobodyCanPressIt) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(CommandButton, WithoutAHandlerLetsAClickPass) {
+TEST(CommandButton, IgnoresAClickWithoutAHandler) {
     Form form("Form1");
     CommandButton button(form, "cmdStart", "Start");
     button.click();
     EXPECT_EQ(button.caption(), "Start");
 }
 
-TEST(CheckBox, SetFromCodeRunsItsClickWithTheNewValueInPlace) {
+TEST(CheckBox, SettingItFromCodeRunsItsClickWithTheNewValue) {
     Form form("Form1");
     CheckBox box(form, "Check9");
     std::vector<int> seen;
@@ -131,7 +131,7 @@ TEST(CheckBox, SetFromCodeRunsItsClickWithTheNewValueInPlace) {
     EXPECT_THAT(seen, ElementsAre(1, 0));
 }
 
-TEST(CheckBox, RefusesAnythingButZeroAndOneAndStaysAsItWas) {
+TEST(CheckBox, RefusesValuesOtherThanZeroAndOne) {
     Form form("Form1");
     CheckBox box(form, "Check9");
     int clicks = 0;
@@ -148,7 +148,7 @@ TEST(CheckBox, RefusesAnythingButZeroAndOneAndStaysAsItWas) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST(CheckBox, MayBePutBackByItsOwnClick) {
+TEST(CheckBox, CanBeResetByItsOwnClick) {
     Form form("Form1");
     CheckBox box(form, "Check9");
     int clicks = 0;
@@ -161,7 +161,7 @@ TEST(CheckBox, MayBePutBackByItsOwnClick) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST(TextBox, KeepsWhatStandsBeforeTheFirstNul) {
+TEST(TextBox, KeepsTheTextBeforeTheFirstNul) {
     Form form("Form1");
     TextBox box(form, "Text1");
     box.setText(std::string("abc\0def", 7));
@@ -170,7 +170,7 @@ TEST(TextBox, KeepsWhatStandsBeforeTheFirstNul) {
     EXPECT_EQ(box.text(), "");
 }
 
-TEST(TextBox, TellsOfAnotherTextOnly) {
+TEST(TextBox, NotifiesOnlyWhenTheTextChanges) {
     Form form("Form1");
     TextBox box(form, "Text1", "abc");
     int changes = 0;
@@ -184,7 +184,7 @@ TEST(TextBox, TellsOfAnotherTextOnly) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST(TextBox, TakesMoreFromCodeThanCanBeTyped) {
+TEST(TextBox, AcceptsLongerTextsFromCodeThanCanBeTyped) {
     Form form("Form1");
     TextBox box(form, "Text1");
     box.setTypingLimit(2);
@@ -201,7 +201,7 @@ TEST(ProgressBar, StartsAtItsMinimum) {
     EXPECT_EQ(bar.value(), 5);
 }
 
-TEST(ProgressBar, TakesBothEndsOfItsRange) {
+TEST(ProgressBar, AcceptsBothEndsOfItsRange) {
     Form form("Form1");
     ProgressBar bar(form, "ProgressBar1", 0, 100);
     EXPECT_TRUE(bar.setValue(100).ok());
@@ -210,7 +210,7 @@ TEST(ProgressBar, TakesBothEndsOfItsRange) {
     EXPECT_EQ(bar.value(), 0);
 }
 
-TEST(ProgressBar, RefusesWhatLiesOutsideAndStaysAsItWas) {
+TEST(ProgressBar, RefusesValuesOutsideItsRange) {
     Form form("Form1");
     ProgressBar bar(form, "ProgressBar1", 0, 100);
     bar.setValue(40).passOver();
@@ -237,7 +237,7 @@ TEST(MenuItem, HoldsItsEntriesInOrderAndItsMark) {
     EXPECT_EQ(changes.count, 1);
 }
 
-TEST(MenuItem, IsAProcedureEvenWhenItIsClosed) {
+TEST(MenuItem, CanBeClickedByCodeWhileTheMenuIsClosed) {
     Form form("Form1");
     MenuItem entry(form, "mnuMinimize", "Minimize");
     int clicks = 0;

@@ -22,7 +22,7 @@ struct ComboBoxTest : testing::Test {
     }
 };
 
-TEST_F(ComboBoxTest, BeginsWithNothingSelected) {
+TEST_F(ComboBoxTest, StartsWithNothingSelected) {
     EXPECT_EQ(box.listIndex(), -1);
     EXPECT_EQ(box.text(), "");
     EXPECT_EQ(box.list(1), "Normal");
@@ -30,7 +30,7 @@ TEST_F(ComboBoxTest, BeginsWithNothingSelected) {
     EXPECT_EQ(box.list(-1), "");
 }
 
-TEST_F(ComboBoxTest, ASelectionByCodeIsAClickIfItIsAnotherOne) {
+TEST_F(ComboBoxTest, ASelectionByCodeRunsTheClickIfItChanges) {
     EXPECT_TRUE(box.setListIndex(1).ok());
     EXPECT_TRUE(box.setListIndex(1).ok());
     EXPECT_EQ(box.text(), "Normal");
@@ -46,7 +46,7 @@ TEST_F(ComboBoxTest, AnIndexOutsideTheListFailsAndChangesNothing) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxTest, AUsersChoiceOfTheSelectedEntryIsAClickToo) {
+TEST_F(ComboBoxTest, ChoosingTheSelectedEntryAlsoRunsTheClick) {
     box.choose(0);
     box.choose(0);
     EXPECT_EQ(clicks, 2);
@@ -55,7 +55,7 @@ TEST_F(ComboBoxTest, AUsersChoiceOfTheSelectedEntryIsAClickToo) {
     EXPECT_EQ(box.listIndex(), 0);
 }
 
-TEST_F(ComboBoxTest, ClearingLeavesNothingSelectedSilently) {
+TEST_F(ComboBoxTest, ClearRemovesTheSelectionSilently) {
     box.setListIndex(1).passOver();
     box.clear();
     EXPECT_EQ(box.listIndex(), -1);

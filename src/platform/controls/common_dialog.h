@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A file dialog as a part of a form: what it was last given and what it last chose stay with it
-// from one use to the next, until the form is loaded again.
+// A file dialog as a part of a form. It keeps its last settings and its last choice from one use to
+// the next, until the form is loaded again.
 #pragma once
 
 #include <string>
@@ -17,12 +17,12 @@ class CommonDialog : public FormPart {
 
     /// Where the dialog opens: a folder, or a file in it.
     std::string InitDir;
-    /// The name that the dialog begins with; afterwards the path that was chosen, or what it was
-    /// before if none was.
+    /// The name that the dialog starts with. Afterwards the chosen path, or the old value if the
+    /// user chose none.
     std::string FileName;
 
-    /// Shows the dialog with these properties in place of the request's own. Yields. Errors:
-    /// dialogCancelled (32755), and what else the dialog fails with.
+    /// Shows the dialog with these properties in place of those of the request. Yields. Errors:
+    /// dialogCancelled (32755), and other failures of the dialog.
     Status ShowOpen(FileDialog& dialog, FileDialogRequest request) {
         return taken(dialog.open(filled(std::move(request))));
     }

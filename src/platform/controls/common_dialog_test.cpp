@@ -44,7 +44,7 @@ TEST_F(CommonDialogTest, ShowsItsPropertiesWithTheRequest) {
     EXPECT_EQ(dialogs.savings[0].fileName, "name");
 }
 
-TEST_F(CommonDialogTest, BeginsAnewWithItsForm) {
+TEST_F(CommonDialogTest, IsResetWhenItsFormLoads) {
     form.load();
     dialog.InitDir = "c:\\music";
     dialog.FileName = "name";

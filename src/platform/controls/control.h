@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What all form controls have in common: a name, a place, whether they are visible and enabled.
-// Models only; a view elsewhere shows them.
+// The base of all form controls: name, position, size, visible and enabled. Models only; views show
+// them.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace sonarith {
 
 /// Which property of a control has changed.
 enum class Property : std::uint8_t {
-    all, ///< any number of them: the control is back in its designed state
+    all, ///< any number of properties: the control was reset to its designed state
     visible,
     enabled,
     toolTip,
@@ -26,7 +26,7 @@ enum class Property : std::uint8_t {
     height,
     caption,
     text,
-    value,     ///< of a check box, an option button, a slider, a bar: what it is set to
+    value,     ///< value of a check box, an option button, a slider or a bar
     checked,   ///< a menu entry's tick
     listIndex, ///< the current line or entry, or the current tab
     entries,   ///< of a combo box
@@ -62,14 +62,14 @@ class Control : public FormPart {
     void setWidth(Twips width) { assign(common_.width, width, Property::width); }
     void setHeight(Twips height) { assign(common_.height, height, Property::height); }
 
-    /// A property has got another value.
+    /// A property has changed its value.
     Signal<Property> changed;
 
   protected:
-    /// For a form, which is a part of none.
+    /// For a form, which is not a part of another form.
     explicit Control(std::string name) : name_(std::move(name)) {}
 
-    /// Stores a property and notifies of it, unless it has that value already.
+    /// Stores a property and notifies of it, unless it already has that value.
     template <typename T>
     void assign(T& property, T value, Property which) {
         if (property != value) {
@@ -78,7 +78,7 @@ class Control : public FormPart {
         }
     }
 
-    /// Gives the control a size, now and at each load.
+    /// Sets the size now and at each load.
     void designSize(Twips width, Twips height) {
         designed_.width = width;
         designed_.height = height;
@@ -108,7 +108,7 @@ class Control : public FormPart {
     Common designed_;
 };
 
-/// A control whose further properties are one struct.
+/// A control that keeps its other properties in one struct.
 template <typename State>
 class ControlWith : public Control {
   public:
@@ -130,7 +130,7 @@ class ControlWith : public Control {
     State designed_;
 };
 
-/// The product's single handler of an event; an event without one passes.
+/// The single handler that the product defines for an event. An event without a handler is ignored.
 template <typename... Args>
 using Handler = std::function<void(Args...)>;
 

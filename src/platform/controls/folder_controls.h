@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two controls with which a user chooses a folder: the list of folders and the list of drives.
-// Each stands on something that exists; what exists they ask of directory_walk.h.
+// The two controls with which the user chooses a folder: the list of folders and the list of
+// drives. Each points to a folder or drive that existed when it was set; directory_walk.h tells
+// which ones exist.
 #pragma once
 
 #include <map>
@@ -15,25 +16,25 @@
 
 namespace sonarith {
 
-/// A list of folders that stands in one of them.
+/// A list of folders with a current folder.
 class DirListBox : public Control {
   public:
-    /// `directories` and `files` outlive this. At each load it stands in the program's folder. Not
-    /// in the current one: a destination that could not be made leaves that at the root of a drive,
-    /// and a search from there would walk all of it.
+    /// `directories` and `files` must outlive this object. Each load sets it to the program's
+    /// folder. Not to the current folder: that is the root of a drive after a destination folder
+    /// could not be created, and a search from there would walk the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
-    /// Without a backslash at its end but for the root of a drive.
+    /// Without a backslash at its end, except for the root of a drive.
     [[nodiscard]] const std::string& path() const { return path_; }
-    /// Errors: pathNotFound, which leaves it where it stands. A drive alone ("d:") means the folder
-    /// of that drive in which it stood last, or else the drive's root.
+    /// Error: pathNotFound, which leaves the path unchanged. A drive alone ("d:") means the folder
+    /// that was last current on that drive, or else the root of the drive.
     Status setPath(const std::string& path);
-    /// The folders in the one in which it stands, in no particular order, by their names. Empty for
-    /// a folder that cannot be read. It does not yield.
+    /// Names of the subfolders of the current folder, in no particular order. Empty for a folder
+    /// that cannot be read. Does not yield.
     [[nodiscard]] std::vector<std::string> subfolders() const;
 
-    /// The path has become another one.
+    /// The path has changed.
     Handler<> onChange;
 
   protected:
@@ -49,24 +50,24 @@ class DirListBox : public Control {
     std::map<char, std::string> lastOnDrive_; ///< by lower-case letter
 };
 
-/// A list of drives, one of them chosen.
+/// A list of drives with one chosen drive.
 class DriveListBox : public Control {
   public:
-    /// `directories` and `files` outlive this. At each load it stands on the drive of the program's
-    /// folder.
+    /// `directories` and `files` must outlive this object. Each load sets it to the drive of the
+    /// program's folder.
     DriveListBox(Form& owner, std::string name, const Directories& directories,
                  const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
-    /// Letter and colon, lower case.
+    /// Letter and colon, in lower case.
     [[nodiscard]] const std::string& drive() const { return drive_; }
-    /// A drive or a path on it: the letter counts. Errors: deviceUnavailable, and no change, if
-    /// there is no such drive.
+    /// Takes a drive or a path on it; only the letter counts. Error: deviceUnavailable, with no
+    /// change, if the drive does not exist.
     Status setDrive(const std::string& path);
     /// All drives that exist now.
     [[nodiscard]] std::vector<std::string> drives() const { return directories_.drives(); }
 
-    /// The drive has become another one.
+    /// The drive has changed.
     Handler<> onChange;
 
   protected:

@@ -35,20 +35,20 @@ class FolderControlsTest : public testing::Test {
     int driveChanges = 0;
 };
 
-TEST_F(FolderControlsTest, BeginInTheProgramsFolderSilently) {
+TEST_F(FolderControlsTest, StartInTheProgramsFolderSilently) {
     EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_EQ(drive.drive(), "c:");
     EXPECT_EQ(folderChanges, 0);
     EXPECT_EQ(driveChanges, 0);
 }
 
-TEST_F(FolderControlsTest, AFolderThatExistsIsEnteredInTheSpellingGiven) {
+TEST_F(FolderControlsTest, AnExistingFolderKeepsTheSpellingGiven) {
     EXPECT_TRUE(folder.setPath("C:\\Music\\ONE\\").ok());
     EXPECT_EQ(folder.path(), "C:\\Music\\ONE");
     EXPECT_EQ(folderChanges, 1);
 }
 
-TEST_F(FolderControlsTest, AFolderThatDoesNotExistLeavesThePath) {
+TEST_F(FolderControlsTest, AMissingFolderLeavesThePathUnchanged) {
     const Status status = folder.setPath("c:\\none");
     ASSERT_FALSE(status.ok());
     EXPECT_EQ(status.error().number, ErrorNumber::pathNotFound);
@@ -58,12 +58,12 @@ TEST_F(FolderControlsTest, AFolderThatDoesNotExistLeavesThePath) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, TheSameFolderAgainIsNoChange) {
+TEST_F(FolderControlsTest, SettingTheSameFolderIsNoChange) {
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, ADriveAloneMeansTheFolderWhereItWasLeft) {
+TEST_F(FolderControlsTest, ADriveAloneMeansItsLastFolder) {
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
@@ -73,7 +73,7 @@ TEST_F(FolderControlsTest, ADriveAloneMeansTheFolderWhereItWasLeft) {
     EXPECT_EQ(folder.path(), "d:\\albums");
 }
 
-TEST_F(FolderControlsTest, ADriveWhoseFolderIsGoneIsEnteredAtItsRoot) {
+TEST_F(FolderControlsTest, ADriveWhoseLastFolderWasRemovedOpensAtItsRoot) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     disk.removeFolder("d:\\albums");
@@ -81,7 +81,7 @@ TEST_F(FolderControlsTest, ADriveWhoseFolderIsGoneIsEnteredAtItsRoot) {
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, ALoadForgetsWhereElseItStood) {
+TEST_F(FolderControlsTest, ALoadClearsTheLastFoldersOfOtherDrives) {
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
     form.unload();
     form.load();
@@ -90,14 +90,14 @@ TEST_F(FolderControlsTest, ALoadForgetsWhereElseItStood) {
     EXPECT_EQ(folder.path(), "d:\\");
 }
 
-TEST_F(FolderControlsTest, ADriveIsChosenByItsLetterOrByAPathOnIt) {
+TEST_F(FolderControlsTest, ADriveIsChosenByLetterOrPath) {
     EXPECT_TRUE(drive.setDrive("D:\\albums").ok());
     EXPECT_EQ(drive.drive(), "d:");
     EXPECT_TRUE(drive.setDrive("d:").ok());
     EXPECT_EQ(driveChanges, 1);
 }
 
-TEST_F(FolderControlsTest, ADriveThatIsNotThereLeavesTheChoice) {
+TEST_F(FolderControlsTest, AMissingDriveLeavesTheChoiceUnchanged) {
     const Status status = drive.setDrive("x:");
     ASSERT_FALSE(status.ok());
     EXPECT_EQ(status.error().number, ErrorNumber::deviceUnavailable);
@@ -107,7 +107,7 @@ TEST_F(FolderControlsTest, ADriveThatIsNotThereLeavesTheChoice) {
     EXPECT_EQ(driveChanges, 0);
 }
 
-TEST_F(FolderControlsTest, ListsTheFoldersInTheOneInWhichItStands) {
+TEST_F(FolderControlsTest, ListsTheSubfoldersOfTheCurrentFolder) {
     EXPECT_THAT(folder.subfolders(), ElementsAre("one"));
     EXPECT_TRUE(folder.setPath("d:\\").ok());
     EXPECT_THAT(folder.subfolders(), ElementsAre("albums"));
@@ -115,7 +115,7 @@ TEST_F(FolderControlsTest, ListsTheFoldersInTheOneInWhichItStands) {
     EXPECT_THAT(folder.subfolders(), testing::IsEmpty());
 }
 
-TEST_F(FolderControlsTest, TheDrivesAreThoseThatThereAreNow) {
+TEST_F(FolderControlsTest, ListsTheDrivesThatExistNow) {
     EXPECT_THAT(drive.drives(), ElementsAre("c:", "d:"));
     disk.addFolder("e:\\");
     EXPECT_THAT(drive.drives(), ElementsAre("c:", "d:", "e:"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A window as the logic knows it: its parts, whether it is loaded and shown, its caption, place and
-// size. What its controls do is the business of the logic that is wired to it.
+// A window as the logic sees it: its parts, whether it is loaded and shown, its caption, position
+// and size. The behaviour of its controls is implemented by the logic that is wired to it.
 #pragma once
 
 #include <optional>
@@ -15,20 +15,20 @@
 
 namespace sonarith {
 
-/// What a form has beyond the properties of any control.
+/// Properties that a form has in addition to those of a control.
 struct FormState {
     std::string caption;
     std::optional<WindowRegion> region;
 };
 
-/// The one default instance of a window. Its controls live as long as the program. A form's class
-/// declares them as members, sets how they are designed in its constructor, and ends that with
-/// keepDesign().
+/// The one default instance of a window. Its controls exist until the program ends. A form's class
+/// declares them as members, sets their designed state in its constructor, and calls keepDesign()
+/// at the end of it.
 ///
-/// Life cycle: load() gives every part its designed state, silently, and then runs the load step;
-/// unload() asks, runs the unload step and stops the form's timers; then the form can be loaded
-/// again. Showing a form that is not loaded loads it first; so does reaching for one of its
-/// controls (touched(), below), without showing it.
+/// Life cycle: load() resets every part silently to its designed state and then runs the load step.
+/// unload() runs the query step and the unload step and stops the form's timers; then the form can
+/// be loaded again. Showing a form that is not loaded loads it first. Accessing one of its controls
+/// (touched(), below) loads it without showing it.
 class Form : public ControlWith<FormState> {
   public:
     explicit Form(std::string name, std::string caption = {});
@@ -39,30 +39,30 @@ class Form : public ControlWith<FormState> {
     }
 
     [[nodiscard]] bool loaded() const { return loaded_; }
-    /// How often the form has been loaded. A step that yields can tell by it whether the form that
-    /// it goes on with is the one that it began with.
+    /// Number of loads so far. A step that yields can use it to detect that the form was unloaded
+    /// and loaded again in the meantime.
     [[nodiscard]] int timesLoaded() const { return timesLoaded_; }
-    /// A second load is no load.
+    /// Does nothing if the form is already loaded.
     void load();
-    /// Loads the form, unshown, unless it is loaded.
+    /// Loads the form without showing it, unless it is loaded.
     void touch() { load(); }
     void show();
     void hide() { setVisible(false); }
-    /// Runs onQueryUnload, then onUnload, then stops the timers and hides. Nothing for a form that
-    /// is not loaded; for one whose unloading has begun, onUnloadAgain.
+    /// Runs onQueryUnload and onUnload, then stops the timers and hides the form. Does nothing for
+    /// a form that is not loaded; runs onUnloadAgain if the unload has already started.
     void unload();
 
-    /// The size that the form has at each load from now on, and now. A view calls this whose
-    /// contents need another size than the designed one.
+    /// Sets the size, now and at each later load. Called by a view whose contents need a size other
+    /// than the designed one.
     void setDesignedSize(Twips width, Twips height);
 
-    /// The client area's size, set by the view.
+    /// Width of the client area, set by the view.
     [[nodiscard]] Twips innerWidth() const { return innerWidth_; }
     [[nodiscard]] Twips innerHeight() const { return innerHeight_; }
-    /// Runs onResize if the size is another one.
+    /// Runs onResize if the size changes.
     void setInnerSize(Twips width, Twips height);
 
-    /// The part of the window that is left, in pixels from its outer corner; none: all of it.
+    /// The part of the window that remains, in pixels from its outer corner; no value: all of it.
     [[nodiscard]] const std::optional<WindowRegion>& windowRegion() const { return state_.region; }
     void setWindowRegion(std::optional<WindowRegion> region) {
         assign(state_.region, std::move(region), Property::region);
@@ -71,27 +71,26 @@ class Form : public ControlWith<FormState> {
     Handler<> onLoad;
     Handler<> onQueryUnload;
     Handler<> onUnload;
-    /// The window is to close while a step of its unloading waits.
+    /// The window was asked to close while a step of its unload is waiting.
     Handler<> onUnloadAgain;
     Handler<> onResize;
-    /// A press on the bare surface.
+    /// A mouse button was pressed on the bare surface of the form.
     Handler<MouseButtons> onMouseDown;
 
-    /// The window is to follow the pointer as if its caption had been grasped.
+    /// Requests that the window follow the pointer as if the user dragged its caption.
     Signal<> captionGrasped;
-    /// The menu is to open at the pointer.
+    /// Requests that the menu open at the pointer.
     Signal<MenuItem&> popupRequested;
-    /// The window is to shrink to its task bar entry.
+    /// Requests that the window be minimized to its task bar entry.
     Signal<> minimizeRequested;
-    /// The window was shown, whether it was visible already or not: one that is shrunk to its task
-    /// bar entry comes back.
+    /// The window was shown, whether it was visible before or not: a minimized window is restored.
     Signal<> showRequested;
 
-    /// For the constructors of parts alone.
+    /// Called only by the constructors of parts.
     void adopt(FormPart& part) { parts_.push_back(&part); }
 
   protected:
-    /// The present state of the form and of all parts is the designed one. The last step of a
+    /// Makes the present state of the form and of all parts the designed state. The last step of a
     /// form's constructor.
     void keepDesign() override;
 
@@ -104,8 +103,8 @@ class Form : public ControlWith<FormState> {
     bool unloading_ = false;
 };
 
-/// The form, loaded: `touched(windows.FrmPrefs).Label4`. How code outside of a window reaches for
-/// one of its controls.
+/// Loads the form if needed and returns it: `touched(windows.FrmPrefs).Label4`. Code outside of a
+/// window accesses its controls in this way.
 template <typename SomeForm>
 [[nodiscard]] SomeForm& touched(SomeForm& form) {
     form.touch();

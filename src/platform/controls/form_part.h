@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a form does with each of its parts (controls, timers, players): it keeps how the part was
-// designed, and puts it back into that state at each load.
+// The interface through which a form saves and restores the designed state of its parts (controls,
+// timers, players). The form restores it at each load.
 #pragma once
 
 namespace sonarith {
@@ -18,9 +18,9 @@ class FormPart {
 
   private:
     friend class Form;
-    /// The present state is the designed one.
+    /// Makes the present state the designed state.
     virtual void keepDesign() {}
-    /// The form loads: back to the designed state. No handler of the part runs.
+    /// The form is being loaded: restores the designed state. Runs no handler of the part.
     virtual void atLoad() {}
     /// The form has been unloaded.
     virtual void atUnload() {}

@@ -39,13 +39,13 @@ struct FormTest : testing::Test {
     }
 };
 
-TEST_F(FormTest, StartsNeitherLoadedNorSeen) {
+TEST_F(FormTest, StartsUnloadedAndHidden) {
     EXPECT_FALSE(form.loaded());
     EXPECT_FALSE(form.visible());
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(FormTest, LoadsOnceAndUnseen) {
+TEST_F(FormTest, LoadsOnceAndStaysHidden) {
     form.load();
     form.load();
     EXPECT_TRUE(form.loaded());
@@ -76,7 +76,7 @@ TEST_F(FormTest, ItsOwnLoadStepMayShowIt) {
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(FormTest, StaysUnseenIfItsLoadStepUnloadsIt) {
+TEST_F(FormTest, StaysHiddenIfItsLoadStepUnloadsIt) {
     form.onLoad = [&] {
         form.unload();
     };
@@ -109,13 +109,13 @@ TEST_F(FormTest, UnloadingAsksThenUnloadsThenHides) {
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(FormTest, UnloadingWhatIsNotLoadedDoesNothing) {
+TEST_F(FormTest, UnloadingAnUnloadedFormDoesNothing) {
     form.unload();
     EXPECT_THAT(events, IsEmpty());
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(FormTest, AnUnloadWithinTheUnloadingDoesNothing) {
+TEST_F(FormTest, ANestedUnloadDoesNothing) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();
@@ -129,7 +129,7 @@ TEST_F(FormTest, AnUnloadWithinTheUnloadingDoesNothing) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, TellsOfAnUnloadWithinTheUnloading) {
+TEST_F(FormTest, NotifiesOfANestedUnload) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();
@@ -142,7 +142,7 @@ TEST_F(FormTest, TellsOfAnUnloadWithinTheUnloading) {
     EXPECT_THAT(events, ElementsAre("load", "query", "again", "unload"));
 }
 
-TEST_F(FormTest, ShowingWithinTheUnloadingDoesNotSaveIt) {
+TEST_F(FormTest, ShowingDuringTheUnloadDoesNotCancelIt) {
     form.onUnload = [&] {
         form.show();
     };
@@ -160,7 +160,7 @@ TEST_F(FormTest, LoadsAgainAfterAnUnload) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload", "load"));
 }
 
-TEST_F(FormTest, IsNotLoadedAnyMoreWhenItTellsThatItIsHidden) {
+TEST_F(FormTest, IsUnloadedWhenItNotifiesThatItIsHidden) {
     form.show();
     bool loadedWhenTold = true;
     const Connection connection =
@@ -169,7 +169,7 @@ TEST_F(FormTest, IsNotLoadedAnyMoreWhenItTellsThatItIsHidden) {
     EXPECT_FALSE(loadedWhenTold);
 }
 
-TEST_F(FormTest, RunsItsResizeForAnotherSizeOnly) {
+TEST_F(FormTest, RunsItsResizeOnlyWhenTheSizeChanges) {
     form.setInnerSize(3990_twips, 5490_twips);
     form.setInnerSize(3990_twips, 5490_twips);
     EXPECT_THAT(events, ElementsAre("resize"));
@@ -179,7 +179,7 @@ TEST_F(FormTest, RunsItsResizeForAnotherSizeOnly) {
     EXPECT_THAT(events, ElementsAre("resize", "resize"));
 }
 
-TEST_F(FormTest, PassesTheMenuThatIsToOpen) {
+TEST_F(FormTest, PassesTheMenuToOpen) {
     MenuItem menu(form, "mnupopup", "popup");
     const MenuItem* asked = nullptr;
     const Connection connection =
@@ -188,7 +188,7 @@ TEST_F(FormTest, PassesTheMenuThatIsToOpen) {
     EXPECT_EQ(asked, &menu);
 }
 
-/// A form with one part of each kind that keeps a design.
+/// A form with one part of each kind that has a designed state.
 struct DesignedForm : Form {
     explicit DesignedForm(EventLoop& loop) : Form("FrmPrefs", "Preferences"), tick(*this, loop) {
         hidden.setVisible(false);
@@ -246,7 +246,7 @@ struct DesignTest : testing::Test {
     }
 };
 
-TEST_F(DesignTest, EachLoadBeginsWithTheDesignedState) {
+TEST_F(DesignTest, EachLoadStartsWithTheDesignedState) {
     form.load();
     spoil();
     form.unload();
@@ -297,7 +297,7 @@ TEST_F(DesignTest, ALoadStartsTheTimersThatAreOnByDesignAndAnUnloadStopsAll) {
     EXPECT_FALSE(form.tick.off.enabled());
 }
 
-TEST_F(DesignTest, TimersRunOnWhileTheUnloadingWaits) {
+TEST_F(DesignTest, TimersKeepRunningWhileTheUnloadWaits) {
     form.load();
     bool enabled = false;
     form.onUnload = [&] {
@@ -307,7 +307,7 @@ TEST_F(DesignTest, TimersRunOnWhileTheUnloadingWaits) {
     EXPECT_TRUE(enabled);
 }
 
-TEST_F(DesignTest, ReachingForAControlLoadsTheFormUnshown) {
+TEST_F(DesignTest, AccessingAControlLoadsTheFormWithoutShowingIt) {
     EXPECT_EQ(touched(form).text.text(), "100");
     EXPECT_TRUE(form.loaded());
     EXPECT_FALSE(form.visible());
@@ -316,7 +316,7 @@ TEST_F(DesignTest, ReachingForAControlLoadsTheFormUnshown) {
     EXPECT_EQ(form.timesLoaded(), 1);
 }
 
-TEST_F(DesignTest, ADesignedSizeHoldsForEachLoad) {
+TEST_F(DesignTest, ADesignedSizeAppliesToEachLoad) {
     form.load();
     form.setDesignedSize(300_twips, 400_twips);
     EXPECT_EQ(form.height(), 400_twips);

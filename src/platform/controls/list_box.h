@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list box: an ordered list of texts with a current line, marks and a number for each line. Many
-// are never shown and serve as the program's stores.
+// A list box: an ordered list of texts with a current line, and a mark and a number for each line.
+// Many list boxes are never shown and serve as the program's stores.
 #pragma once
 
 #include <cstdint>
@@ -13,13 +13,13 @@
 
 namespace sonarith {
 
-/// What a view needs to know of a change of the lines. Sent after the change.
+/// Describes a change of the lines to a view. Sent after the change.
 struct ListChange {
     enum class Kind {
-        inserted, ///< the line is new; those from it on have moved up by one
-        removed,  ///< the line is gone; those behind it have moved down by one
-        edited,   ///< the line's text or mark is another one
-        cleared,  ///< all lines are gone
+        inserted, ///< the line is new; the lines after it have moved up by one
+        removed,  ///< the line was removed; the lines after it have moved down by one
+        edited,   ///< the line's text or mark has changed
+        cleared,  ///< all lines were removed
     };
     Kind kind;
     int index = 0;
@@ -30,23 +30,24 @@ class ListBox : public Control {
     using Control::Control;
 
     [[nodiscard]] int listCount() const { return static_cast<int>(lines_.size()); }
-    /// The text of a line counted from 0; empty outside the list.
+    /// The text of line `index`, from 0; empty outside the list.
     [[nodiscard]] std::string list(int index) const;
-    /// subscriptOutOfRange, and no change, outside the list.
+    /// Error: subscriptOutOfRange, with no change, outside the list.
     Status setList(int index, const std::string& text);
 
-    /// Adds at the end. A text is kept up to its first NUL, here and below.
+    /// Appends a line. Here and below, a text is kept up to its first NUL.
     void addItem(const std::string& text);
-    /// Adds before line `index`, 0 to listCount(); invalidProcedureCall outside that.
+    /// Inserts before line `index`, 0 to listCount(). Error: invalidProcedureCall outside that
+    /// range.
     Status addItem(const std::string& text, int index);
-    /// subscriptOutOfRange outside the list.
+    /// Error: subscriptOutOfRange outside the list.
     Status removeItem(int index);
     void clear();
 
-    /// The current line, -1 for none. It follows its line through additions and removals before
-    /// it, and becomes -1 when its line goes.
+    /// The current line, -1 for none. The index is adjusted when lines before it are inserted or
+    /// removed, and becomes -1 when the current line is removed.
     [[nodiscard]] int listIndex() const { return listIndex_; }
-    /// -1 to listCount() - 1; invalidPropertyValue, and no change, outside that.
+    /// -1 to listCount() - 1. Error: invalidPropertyValue, with no change, outside that range.
     Status setListIndex(int index);
     /// The text of the current line; empty for none.
     [[nodiscard]] std::string text() const { return list(listIndex_); }
@@ -54,16 +55,16 @@ class ListBox : public Control {
     /// Whether a line is marked; false outside the list.
     [[nodiscard]] bool selected(int index) const;
     Status setSelected(int index, bool selected);
-    /// The number kept with a line; 0 outside the list.
+    /// The number stored with a line; 0 outside the list.
     [[nodiscard]] std::int32_t itemData(int index) const;
     Status setItemData(int index, std::int32_t data);
 
-    /// The current line was changed to another by code, or chosen by the user.
+    /// Code has changed the current line, or the user has chosen a line.
     Handler<> onClick;
-    /// A press on the list, after a left press has chosen its line.
+    /// A mouse button was pressed on the list. Runs after a left press has chosen its line.
     Handler<MouseButtons> onMouseDown;
-    /// A user's click on a line makes it the current one and runs onClick, also on the line that is
-    /// current already. Nothing for a line that does not exist.
+    /// A user's click on a line: makes it the current line and runs onClick, also for the line that
+    /// is already current. Does nothing for a line that does not exist.
     void choose(int index);
 
     Signal<ListChange> listChanged;
@@ -79,15 +80,15 @@ class ListBox : public Control {
     };
     [[nodiscard]] bool holds(int index) const { return index >= 0 && index < listCount(); }
 
-    /// Long lists are worked on at their front as well as at their end.
+    /// A deque: long lists are changed at the front as well as at the end.
     std::deque<Line> lines_;
     int listIndex_ = -1;
 };
 
-/// Makes `text` the first line of `list`, by way of the scratch list, which is left filled.
+/// Moves `text` to the first line of `list`. Uses the scratch list, which stays filled.
 void putOnTop(ListBox& list, const std::string& text, ListBox& scratch);
 
-/// Turns the order of `list` round, by way of the scratch list, which is left filled.
+/// Reverses the order of `list`. Uses the scratch list, which stays filled.
 void reverse(ListBox& list, ListBox& scratch);
 
 } // namespace sonarith

@@ -54,7 +54,7 @@ TEST_F(ListBoxTest, ReadsAsEmptyOutsideTheList) {
     EXPECT_EQ(list.text(), "");
 }
 
-TEST_F(ListBoxTest, RefusesWritesOutsideTheListAndStaysAsItWas) {
+TEST_F(ListBoxTest, RefusesWritesOutsideTheListWithoutAChange) {
     for (const int outside : {-1, 3}) {
         EXPECT_EQ(list.setList(outside, "x").error().number, ErrorNumber::subscriptOutOfRange);
         EXPECT_EQ(list.removeItem(outside).error().number, ErrorNumber::subscriptOutOfRange);
@@ -67,7 +67,7 @@ TEST_F(ListBoxTest, RefusesWritesOutsideTheListAndStaysAsItWas) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(ListBoxTest, KeepsWhatStandsBeforeTheFirstNul) {
+TEST_F(ListBoxTest, KeepsTheTextBeforeTheFirstNul) {
     const std::string torn("x\0y", 3);
     list.addItem(torn);
     list.addItem(torn, 0).passOver();
@@ -75,13 +75,13 @@ TEST_F(ListBoxTest, KeepsWhatStandsBeforeTheFirstNul) {
     EXPECT_THAT(linesOf(list), ElementsAre("x", "x", "b", "c", "x"));
 }
 
-TEST_F(ListBoxTest, AddsBeforeALineOrBehindTheLast) {
+TEST_F(ListBoxTest, AddsBeforeALineOrAfterTheLast) {
     EXPECT_TRUE(list.addItem("first", 0).ok());
     EXPECT_TRUE(list.addItem("last", 4).ok());
     EXPECT_THAT(linesOf(list), ElementsAre("first", "a", "b", "c", "last"));
 }
 
-TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOneItHas) {
+TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOldOne) {
     list.setListIndex(1).passOver();
     for (const int outside : {-2, 3}) {
         EXPECT_EQ(list.setListIndex(outside).error().number, ErrorNumber::invalidPropertyValue);
@@ -93,12 +93,12 @@ TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOneItHas) {
 
 TEST_F(ListBoxTest, TheLastLineOfAnEmptyListIsNone) {
     list.clear();
-    // What "ListCount minus 1" comes to.
+    // The value of "ListCount minus 1".
     EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, RunsItsClickForAnotherCurrentLineOnly) {
+TEST_F(ListBoxTest, RunsItsClickOnlyWhenTheCurrentLineChanges) {
     list.setListIndex(2).passOver();
     list.setListIndex(2).passOver();
     EXPECT_EQ(clicks, 1);
@@ -106,7 +106,7 @@ TEST_F(ListBoxTest, RunsItsClickForAnotherCurrentLineOnly) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(ListBoxTest, TheCurrentLineIsFollowedThroughAdditionsAndRemovals) {
+TEST_F(ListBoxTest, TheCurrentIndexFollowsItsLine) {
     list.setListIndex(1).passOver();
     list.addItem("before", 0).passOver();
     EXPECT_EQ(list.text(), "b");
@@ -124,7 +124,7 @@ TEST_F(ListBoxTest, TheCurrentLineIsFollowedThroughAdditionsAndRemovals) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ListBoxTest, TheCurrentLineIsNoneOnceItsLineHasGone) {
+TEST_F(ListBoxTest, TheCurrentIndexIsNoneAfterItsLineIsRemoved) {
     list.setListIndex(1).passOver();
     list.removeItem(1).passOver();
     EXPECT_EQ(list.listIndex(), -1);
@@ -133,7 +133,7 @@ TEST_F(ListBoxTest, TheCurrentLineIsNoneOnceItsLineHasGone) {
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, MarksAndNumbersGoWithTheirLines) {
+TEST_F(ListBoxTest, MarksAndNumbersMoveWithTheirLines) {
     list.setSelected(1, true).passOver();
     list.setItemData(1, 42).passOver();
     list.addItem("first", 0).passOver();
@@ -145,7 +145,7 @@ TEST_F(ListBoxTest, MarksAndNumbersGoWithTheirLines) {
     EXPECT_EQ(list.itemData(2), 0);
 }
 
-TEST_F(ListBoxTest, TellsOfEveryChangeOfItsLines) {
+TEST_F(ListBoxTest, NotifiesOfEveryChangeOfItsLines) {
     list.addItem("d");
     list.setList(0, "A").passOver();
     list.setList(0, "A").passOver();
@@ -157,7 +157,7 @@ TEST_F(ListBoxTest, TellsOfEveryChangeOfItsLines) {
     EXPECT_EQ(list.listCount(), 0);
 }
 
-TEST_F(ListBoxTest, ALineThatWasReadStaysReadWhenItsListChanges) {
+TEST_F(ListBoxTest, ATextReadFromALineIsACopy) {
     const auto& line = list.list(0);
     list.clear();
     EXPECT_EQ(line, "a");
@@ -170,7 +170,7 @@ TEST_F(ListBoxTest, CanAddOneOfItsOwnLines) {
     EXPECT_EQ(list.list(102), "a");
 }
 
-TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineIsAClick) {
+TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineRunsTheClick) {
     list.choose(1);
     list.choose(1);
     EXPECT_EQ(clicks, 2);
@@ -205,7 +205,7 @@ struct ReorderTest : ListBoxTest {
     ReorderTest() { scratch.addItem("left over"); }
 };
 
-TEST_F(ReorderTest, PutOnTopGoesByWayOfTheScratchList) {
+TEST_F(ReorderTest, PutOnTopUsesTheScratchList) {
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top", "a", "b", "c"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));
@@ -217,12 +217,12 @@ TEST_F(ReorderTest, PutOnTopOfAnEmptyListMakesOneLine) {
     EXPECT_THAT(linesOf(list), ElementsAre("top"));
 }
 
-TEST_F(ReorderTest, PutOnTopTakesALineOfTheScratchListToo) {
+TEST_F(ReorderTest, PutOnTopAcceptsALineOfTheScratchList) {
     putOnTop(list, scratch.list(0), scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("left over", "a", "b", "c"));
 }
 
-TEST_F(ReorderTest, ReverseGoesByWayOfTheScratchList) {
+TEST_F(ReorderTest, ReverseUsesTheScratchList) {
     reverse(list, scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("c", "b", "a"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("c", "b", "a"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A menu heading or entry. How a menu opens is the view's affair.
+// A menu heading or entry. The view opens the menu.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ struct MenuItemState {
     bool checked = false;
 };
 
-/// Its caption is fixed. Entries are owned elsewhere, as named members. "-" is the caption of a
-/// line between entries.
+/// The caption is constant. Entries are named members of another object, which owns them. The
+/// caption "-" makes a separator.
 class MenuItem : public ControlWith<MenuItemState> {
   public:
     MenuItem(Form& owner, std::string name, std::string caption,

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mouse buttons as a control's events name them.
+// Mouse buttons in the events of controls.
 #pragma once
 
 namespace sonarith {
 
-/// Which buttons are down, or were pressed.
+/// The buttons that are down, or that were pressed.
 struct MouseButtons {
     bool left = false;
     bool right = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Option buttons: of a group at most one is selected. Selecting one from code runs no handler; the
-// logic names the handler to run.
+// Option buttons: at most one of a group is selected. Selecting one from code runs no handler; the
+// logic calls the handler by name.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace sonarith {
 
 class OptionButton;
 
-/// The buttons that exclude each other.
+/// The buttons of which at most one is selected.
 class OptionGroup {
   public:
     [[nodiscard]] const std::vector<OptionButton*>& buttons() const { return buttons_; }
@@ -30,7 +30,7 @@ struct OptionButtonState {
 
 class OptionButton : public ControlWith<OptionButtonState> {
   public:
-    /// `group` outlives the button.
+    /// `group` must outlive the button.
     OptionButton(Form& owner, OptionGroup& group, std::string name, std::string caption = {})
         : ControlWith(owner, std::move(name)), group_(group) {
         state_.caption = std::move(caption);
@@ -40,7 +40,7 @@ class OptionButton : public ControlWith<OptionButtonState> {
     [[nodiscard]] const OptionGroup& group() const { return group_; }
 
     [[nodiscard]] bool selected() const { return state_.selected; }
-    /// Selecting it takes the selection from the others of its group. Code may leave none selected.
+    /// Selecting this button deselects the others of its group. Code may leave none selected.
     void setSelected(bool selected) {
         if (selected) {
             for (OptionButton* other : group_.buttons_) {
@@ -53,13 +53,13 @@ class OptionButton : public ControlWith<OptionButtonState> {
     }
 
     Handler<> onClick;
-    /// A user's click: selects the button and runs the handler, also of a button that is selected
-    /// already, since code may have undone what it stands for.
+    /// A user's click: selects the button and runs the handler, also if the button is already
+    /// selected, since code may have changed the state that it represents.
     void choose() {
         setSelected(true);
         click();
     }
-    /// The handler alone: logic calls it as a procedure.
+    /// Runs the handler only: the logic calls it as a procedure.
     void click() { run(onClick); }
 
   private:

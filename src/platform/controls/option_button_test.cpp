@@ -24,7 +24,7 @@ struct OptionButtonTest : testing::Test {
     }
 };
 
-TEST_F(OptionButtonTest, AUsersChoiceTakesTheSelectionFromItsGroupAlone) {
+TEST_F(OptionButtonTest, AUsersChoiceDeselectsOnlyItsOwnGroup) {
     unmute.setSelected(true);
     other.setSelected(true);
     mute.choose();
@@ -34,7 +34,7 @@ TEST_F(OptionButtonTest, AUsersChoiceTakesTheSelectionFromItsGroupAlone) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(OptionButtonTest, ChoosingTheSelectedOneIsAClickToo) {
+TEST_F(OptionButtonTest, ChoosingTheSelectedButtonAlsoRunsTheClick) {
     mute.choose();
     mute.choose();
     EXPECT_EQ(clicks, 2);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A picture, or a bar that holds other controls. Lines that are drawn on it stay until it is
-// cleared. Colours are the view's.
+// A picture, or a bar that contains other controls. Drawn lines stay until they are cleared. The
+// view chooses the colours.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +13,8 @@
 
 namespace sonarith {
 
-/// A place on a picture, in twips from its upper left corner. It may lie outside: what is drawn
-/// there is cut off.
+/// A position on a picture, in twips from its upper left corner. It may be outside: lines are
+/// clipped there.
 struct PicturePoint {
     double x = 0;
     double y = 0;
@@ -31,23 +31,23 @@ class PictureBox : public Control {
   public:
     using Control::Control;
 
-    /// A press on the picture.
+    /// A mouse button was pressed on the picture.
     Handler<MouseButtons> onMouseDown;
-    /// The pointer moves over the picture, with these buttons down.
+    /// The pointer moves over the picture while these buttons are down.
     Handler<MouseButtons> onMouseMove;
 
-    /// Draws a line. Allocates only beyond the room that reserveLines() has made.
+    /// Draws a line. Allocates only when the capacity set by reserveLines() is exceeded.
     void line(PicturePoint from, PicturePoint to) {
         lines_.push_back({from, to});
         lineDrawn.emit(lines_.back());
     }
-    /// Takes all lines off.
+    /// Removes all lines.
     void clear() {
         lines_.clear();
         cleared.emit();
     }
     [[nodiscard]] const std::vector<PictureLine>& lines() const { return lines_; }
-    /// Makes room for that many lines, once.
+    /// Reserves capacity for `count` lines.
     void reserveLines(std::size_t count) { lines_.reserve(count); }
 
     Signal<PictureLine> lineDrawn;

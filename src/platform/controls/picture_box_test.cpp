@@ -39,7 +39,7 @@ TEST(PictureBox, ALoadOfItsFormClearsIt) {
     EXPECT_THAT(picture.lines(), IsEmpty());
 }
 
-TEST(PictureBox, DoesNotAllocateWithinTheRoomThatWasReserved) {
+TEST(PictureBox, DoesNotAllocateWithinTheReservedCapacity) {
     Form form("Form4");
     PictureBox picture(form, "picPeakVol");
     picture.reserveLines(3);

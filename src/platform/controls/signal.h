@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a model notifies the views that show it. For notifications alone: what the product does on an
-// event is the single handler of that event (onClick and its like).
+// Signals with which a model notifies its views. For notifications only: the product's reaction to
+// an event is the single handler of that event (onClick and the like).
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// Keeps a slot connected for as long as it lives. It may outlive the signal.
+/// Keeps a slot connected while this object exists. It may outlive the signal.
 class Connection {
   public:
     Connection() = default;
@@ -37,8 +37,8 @@ class Signal {
         return Connection(std::move(kept));
     }
 
-    /// Calls every slot in the order of connection. Slots may connect and disconnect meanwhile: one
-    /// that is new waits for the next emission. Does not allocate.
+    /// Calls every slot in the order of connection. Slots may connect and disconnect during the
+    /// call; a new slot is first called by the next emission. Does not allocate.
     void emit(Args... args) {
         const Emission emission(*this);
         const std::size_t count = slots_.size();
@@ -50,7 +50,7 @@ class Signal {
     }
 
   private:
-    /// Counts emissions that stand within each other: places may move in none of them.
+    /// Counts nested emissions: slots must not be moved during any of them.
     class Emission {
       public:
         explicit Emission(Signal& signal) : signal_(signal) { ++signal_.emissions_; }

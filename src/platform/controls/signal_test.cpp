@@ -34,7 +34,7 @@ TEST_F(SignalTest, CallsEverySlotInTheOrderOfConnection) {
     EXPECT_THAT(calls, ElementsAre("a7", "b7"));
 }
 
-TEST_F(SignalTest, ASlotIsConnectedForAsLongAsItsConnectionLives) {
+TEST_F(SignalTest, ASlotIsConnectedWhileItsConnectionExists) {
     {
         const Connection connection = signal.connect(note("a"));
         signal.emit(1);
@@ -43,14 +43,14 @@ TEST_F(SignalTest, ASlotIsConnectedForAsLongAsItsConnectionLives) {
     EXPECT_THAT(calls, ElementsAre("a1"));
 }
 
-TEST_F(SignalTest, AnAssignedConnectionDropsTheFormerSlot) {
+TEST_F(SignalTest, AssigningAConnectionDisconnectsTheOldSlot) {
     Connection connection = signal.connect(note("a"));
     connection = signal.connect(note("b"));
     signal.emit(1);
     EXPECT_THAT(calls, ElementsAre("b1"));
 }
 
-TEST_F(SignalTest, ASlotDisconnectedByAnEarlierOneIsNotCalledAnyMore) {
+TEST_F(SignalTest, ASlotDisconnectedByAnEarlierOneIsNotCalled) {
     Connection second;
     const Connection first = signal.connect([&](int) { second = Connection(); });
     second = signal.connect(note("b"));
@@ -70,7 +70,7 @@ TEST_F(SignalTest, ASlotMayDisconnectItselfAndStillFinish) {
     EXPECT_THAT(calls, ElementsAre(name));
 }
 
-TEST_F(SignalTest, ASlotConnectedMeanwhileIsFirstCalledTheNextTime) {
+TEST_F(SignalTest, ASlotConnectedDuringAnEmissionIsFirstCalledByTheNext) {
     Connection late;
     const Connection first = signal.connect([&](int value) {
         calls.push_back("a" + std::to_string(value));
@@ -107,7 +107,7 @@ TEST_F(SignalTest, AnEmissionDoesNotAllocate) {
     EXPECT_EQ(sum, 200);
 }
 
-TEST_F(SignalTest, ADisconnectionWithinANestedEmissionLeavesTheOuterOneInOrder) {
+TEST_F(SignalTest, ADisconnectionInANestedEmissionDoesNotDisturbTheOuterOne) {
     Connection second = signal.connect(note("b"));
     bool nested = false;
     const Connection first = signal.connect([&](int value) {

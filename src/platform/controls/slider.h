@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A slider. A move by code runs no handler; a move by the user does.
+// A slider. A change from code runs no handler; a change by the user does.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ class Slider : public ControlWith<SliderState> {
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
     [[nodiscard]] int value() const { return state_.value; }
-    /// From code. invalidPropertyValue, and no change, outside the range.
+    /// Sets the value from code. Error: invalidPropertyValue, with no change, outside the range.
     Status setValue(std::int64_t value) {
         if (value < minimum_ || value > maximum_) {
             return {ErrorNumber::invalidPropertyValue,
@@ -37,7 +37,7 @@ class Slider : public ControlWith<SliderState> {
 
     /// The user has moved the slider.
     Handler<> onScroll;
-    /// A user's move, held to the range. Runs the handler if the place is another one.
+    /// A user's move, limited to the range. Runs the handler if the value changes.
     void moveTo(int value) {
         const int held = std::clamp(value, minimum_, maximum_);
         if (held != state_.value) {

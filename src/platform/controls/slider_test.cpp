@@ -20,13 +20,13 @@ struct SliderTest : testing::Test {
     }
 };
 
-TEST_F(SliderTest, CodeMovesItSilently) {
+TEST_F(SliderTest, AChangeFromCodeIsSilent) {
     EXPECT_TRUE(slider.setValue(65535).ok());
     EXPECT_EQ(slider.value(), 65535);
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderTest, CodeIsRefusedOutsideTheRange) {
+TEST_F(SliderTest, CodeCannotSetAValueOutsideTheRange) {
     EXPECT_TRUE(slider.setValue(7).ok());
     for (const std::int64_t outside : {std::int64_t{-1}, std::int64_t{65536}, INT64_MAX}) {
         EXPECT_EQ(slider.setValue(outside).error().number, ErrorNumber::invalidPropertyValue);
@@ -34,7 +34,7 @@ TEST_F(SliderTest, CodeIsRefusedOutsideTheRange) {
     EXPECT_EQ(slider.value(), 7);
 }
 
-TEST_F(SliderTest, TheUserIsHeldToTheRange) {
+TEST_F(SliderTest, AUsersMoveIsLimitedToTheRange) {
     slider.moveTo(70000);
     EXPECT_EQ(slider.value(), 65535);
     slider.moveTo(-5);
@@ -42,7 +42,7 @@ TEST_F(SliderTest, TheUserIsHeldToTheRange) {
     EXPECT_EQ(moves, 2);
 }
 
-TEST_F(SliderTest, AMoveToThePlaceWhereItStandsIsNone) {
+TEST_F(SliderTest, AMoveToTheCurrentValueRunsNoHandler) {
     slider.moveTo(0);
     EXPECT_EQ(moves, 0);
 }

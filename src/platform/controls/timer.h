@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A form's timer: fires again and again while enabled, and does not fire while its tick runs. A
-// tick that switches it off and on has started it anew: from then on it fires also while that tick
-// waits for something, so a job that one tick starts is watched like any other.
+// A form's timer: fires repeatedly while enabled, but not while its tick runs. A tick that disables
+// and enables the timer restarts it: from then on it also fires while that tick waits, so that a
+// job started by one tick is monitored like any other.
 #pragma once
 
 #include <memory>
@@ -14,10 +14,10 @@
 
 namespace sonarith {
 
-/// Whether a timer is on when its form loads.
+/// Whether a timer is enabled when its form loads.
 enum class TimerAtLoad { off, on };
 
-/// Its form's unload switches it off.
+/// Disabled when its form is unloaded.
 class Timer : public FormPart {
   public:
     Timer(Form& owner, EventLoop& loop, std::string name, EventLoop::Duration interval,
@@ -29,7 +29,7 @@ class Timer : public FormPart {
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] EventLoop::Duration interval() const { return interval_; }
     [[nodiscard]] bool enabled() const { return wakeup_ != nullptr; }
-    /// Enabling starts a full interval; a timer that is on already runs on undisturbed.
+    /// Enabling starts a full interval. Enabling a running timer has no effect.
     void setEnabled(bool enabled) {
         if (!enabled) {
             wakeup_.reset();
@@ -39,7 +39,7 @@ class Timer : public FormPart {
     }
 
     Handler<> onTimer;
-    /// One tick, whether the timer is on or not.
+    /// Runs one tick, whether the timer is enabled or not.
     void fire() { run(onTimer); }
 
   private:

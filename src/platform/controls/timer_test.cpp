@@ -65,7 +65,7 @@ TEST_F(TimerTest, EnablingAgainStartsAFullInterval) {
     EXPECT_EQ(ticks, 1);
 }
 
-TEST_F(TimerTest, MaySwitchItselfOffInItsOwnTick) {
+TEST_F(TimerTest, CanBeDisabledInItsOwnTick) {
     timer.onTimer = [this] {
         ++ticks;
         timer.setEnabled(false);
@@ -76,7 +76,7 @@ TEST_F(TimerTest, MaySwitchItselfOffInItsOwnTick) {
     EXPECT_FALSE(timer.enabled());
 }
 
-TEST_F(TimerTest, MaySwitchItselfOffAndOnInItsOwnTick) {
+TEST_F(TimerTest, CanBeRestartedInItsOwnTick) {
     timer.onTimer = [this] {
         ++ticks;
         timer.setEnabled(false);
@@ -88,7 +88,7 @@ TEST_F(TimerTest, MaySwitchItselfOffAndOnInItsOwnTick) {
     EXPECT_TRUE(timer.enabled());
 }
 
-TEST_F(TimerTest, NeverEntersATickThatHasNotReturned) {
+TEST_F(TimerTest, NeverReentersATickThatHasNotReturned) {
     int depth = 0;
     timer.onTimer = [&] {
         EXPECT_EQ(++depth, 1);
@@ -101,7 +101,7 @@ TEST_F(TimerTest, NeverEntersATickThatHasNotReturned) {
     EXPECT_EQ(ticks, 1);
 }
 
-TEST_F(TimerTest, ATickThatRestartedTheTimerDoesNotHoldBackTheTicksOfTheNewStart) {
+TEST_F(TimerTest, ATickThatRestartedTheTimerDoesNotDelayFurtherTicks) {
     timer.onTimer = [&] {
         if (++ticks == 1) {
             timer.setEnabled(false);
@@ -115,13 +115,13 @@ TEST_F(TimerTest, ATickThatRestartedTheTimerDoesNotHoldBackTheTicksOfTheNewStart
     EXPECT_EQ(ticks, 3);
 }
 
-TEST_F(TimerTest, FiresByHandWhetherItIsOnOrNot) {
+TEST_F(TimerTest, FireRunsATickWhetherEnabledOrNot) {
     timer.fire();
     EXPECT_EQ(ticks, 1);
     EXPECT_FALSE(timer.enabled());
 }
 
-TEST_F(TimerTest, ATickThatEndsTheProgramLeavesTheTimerFree) {
+TEST_F(TimerTest, ATickThatEndsTheProgramDoesNotBlockTheTimer) {
     timer.onTimer = [this] {
         ++ticks;
         loop.endProgram();

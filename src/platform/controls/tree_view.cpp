@@ -63,7 +63,7 @@ Status TreeView::remove(int index) {
 }
 
 Status TreeView::remove(const NodeRef& node) {
-    // A copy: the caller's reference may be one that this very removal empties.
+    // A copy: the caller's reference may be to a member that this removal clears.
     const NodeRef leaving = node; // NOLINT(performance-unnecessary-copy-initialization)
     if (Status status = usable(leaving); !status.ok()) {
         return status;
@@ -105,8 +105,8 @@ void TreeView::detachFromSiblings(const NodeRef& node) {
     }
 }
 
-/// Takes all marks of belonging from a detached node and all below it; gives the lowest index
-/// among them. A loop and not a recursion, so that the depth of the tree does not matter.
+/// Clears index, parent and the like of a detached node and its subtree; returns the lowest index
+/// among them. A loop instead of recursion, so that the depth of the tree does not matter.
 int TreeView::forgetSubtree(const NodeRef& top) {
     int lowest = top->index_;
     std::vector<NodeRef> leaving = {top};
@@ -139,7 +139,7 @@ void TreeView::renumberFrom(int index) {
 }
 
 Status TreeView::setParent(const NodeRef& child, const NodeRef& newParent) {
-    // Copies: the caller's references may be places in the very lists that change here.
+    // Copies: the caller's references may be to elements of the lists that change here.
     const NodeRef node = child;       // NOLINT(performance-unnecessary-copy-initialization)
     const NodeRef parent = newParent; // NOLINT(performance-unnecessary-copy-initialization)
     for (const NodeRef& involved : {node, parent}) {
@@ -238,7 +238,7 @@ Status TreeView::startLabelEdit() {
     }
     bool cancel = false;
     run(onBeforeLabelEdit, cancel);
-    // The handler was asked about this node and no other, so only this one may be edited.
+    // The handler decided about this node only, so no other node may be edited.
     if (cancel || selected_ != node) {
         return {};
     }
@@ -252,7 +252,7 @@ Status TreeView::startLabelEdit() {
     return {};
 }
 
-// By value: the handler may change the very text that the caller refers to.
+// By value: the handler may change the text that the caller refers to.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TreeView::finishLabelEdit(std::string text) {
     const NodeRef finished = std::exchange(edited_, nullptr);
@@ -262,7 +262,7 @@ void TreeView::finishLabelEdit(std::string text) {
     bool cancel = false;
     run(onAfterLabelEdit, cancel, text);
     if (!cancel) {
-        // The handler may have yielded, and the node may be gone.
+        // The handler may have yielded, and the node may have been removed.
         setText(finished, text).passOver();
     }
 }

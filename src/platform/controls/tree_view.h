@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A tree control as a model: nodes with keys and indices, a selection, a drop highlight, in-place
-// label editing with a before and an after event, and parents that can be assigned.
+// label editing with events before and after it, and parents that can be changed.
 #pragma once
 
 #include <memory>
@@ -16,24 +16,24 @@
 namespace sonarith {
 
 class TreeNode;
-/// A reference to a node. It outlives the node's removal: a removed node can still be asked for its
-/// key and text, but it has no parent and no children any more, and nothing can be done with it.
+/// A reference to a node. It outlives the node's removal: the key and text of a removed node can
+/// still be read, but it has no parent and no children, and every operation on it fails.
 using NodeRef = std::shared_ptr<TreeNode>;
 
 class TreeNode {
   public:
-    /// Unique in the tree, and fixed.
+    /// Unique in the tree; never changes.
     [[nodiscard]] const std::string& key() const { return key_; }
     [[nodiscard]] const std::string& text() const { return text_; }
     [[nodiscard]] int image() const { return image_; }
     [[nodiscard]] int selectedImage() const { return selectedImage_; }
-    /// Place in the tree's one numbering, from 1, in the order of creation. When a node is removed,
-    /// every later one moves down by one. 0 once removed.
+    /// Number of the node in the tree, from 1, in the order of creation. When a node is removed,
+    /// all higher indices decrease by one. 0 after removal.
     [[nodiscard]] int index() const { return index_; }
-    /// Empty for a root, and once removed.
+    /// Empty for a root and after removal.
     [[nodiscard]] NodeRef parent() const { return parent_.lock(); }
     [[nodiscard]] const std::vector<NodeRef>& children() const { return children_; }
-    /// Place among the siblings, from 0.
+    /// Position among the siblings, from 0.
     [[nodiscard]] int position() const { return position_; }
     [[nodiscard]] bool removed() const { return index_ == 0; }
 
@@ -49,14 +49,14 @@ class TreeNode {
     std::vector<NodeRef> children_;
 };
 
-/// Follows every change of a tree, so that a widget can show it.
+/// Receives every change of a tree, so that a widget can show it.
 class TreeObserver {
   public:
     virtual ~TreeObserver() = default;
     /// A node is about to become child number `position` of `parent` (empty: a root).
     virtual void beforeInsert(const NodeRef& parent, int position) = 0;
     virtual void afterInsert(const NodeRef& node) = 0;
-    /// `node` is about to go, with all that stands below it.
+    /// `node` and its subtree are about to be removed.
     virtual void beforeRemove(const NodeRef& node) = 0;
     virtual void afterRemove() = 0;
     /// `node` is about to become the last child of `parent`, number `position`.
@@ -65,14 +65,14 @@ class TreeObserver {
     virtual void textChanged(const NodeRef& node) = 0;
     virtual void selectionChanged() = 0;
     virtual void dropHighlightChanged() = 0;
-    /// The node's ancestors are to be opened and the node scrolled into sight.
+    /// Requests that the node's ancestors be expanded and the node scrolled into view.
     virtual void revealRequested(const NodeRef& node) = 0;
-    /// The in-place editor is to open on the node; its end is TreeView::finishLabelEdit.
+    /// Requests that the in-place editor open on the node; TreeView::finishLabelEdit ends it.
     virtual void editRequested(const NodeRef& node) = 0;
-    /// The open editor is to close, and what stands in it is thrown away: its node has gone, or
-    /// another node is about to be edited.
+    /// Requests that the open editor close and discard its text: its node was removed, or another
+    /// node is about to be edited.
     virtual void editAbandoned() {}
-    /// The pointer, its button down, carries a node from here on.
+    /// From now on the pointer drags a node with its button down.
     virtual void dragRequested() = 0;
 };
 
@@ -81,7 +81,7 @@ class TreeView : public Control {
     using Control::Control;
 
     [[nodiscard]] int count() const { return static_cast<int>(nodes_.size()); }
-    /// The node of an index from 1 to count(); empty outside.
+    /// The node with an index from 1 to count(); empty for any other index.
     [[nodiscard]] NodeRef node(int index) const;
     [[nodiscard]] const std::vector<NodeRef>& roots() const { return roots_; }
 
@@ -89,16 +89,15 @@ class TreeView : public Control {
     /// elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
-    /// Removes a node with all that stands below it, in time that grows with the number of nodes
-    /// behind the first one that goes. The selection and the drop highlight are emptied if they
-    /// stood there; an editor that stood there is abandoned. Errors: elementNotFound, objectNotSet,
-    /// elementRemoved.
+    /// Removes a node and its subtree, in time proportional to the number of nodes after the first
+    /// removed one. Clears the selection and the drop highlight if they were in the subtree, and
+    /// abandons an editor there. Errors: elementNotFound, objectNotSet, elementRemoved.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();
 
-    /// Makes a node the last child of `parent`, with all that stands below it. Nothing happens
-    /// for the parent it has already. Errors, with no change: objectNotSet for an empty node or
+    /// Moves a node and its subtree: the node becomes the last child of `parent`. Does nothing if
+    /// that is already its parent. Errors, with no change: objectNotSet for an empty node or
     /// parent, elementRemoved, invalidPropertyValue for a parent within the node's own subtree.
     Status setParent(const NodeRef& node, const NodeRef& parent);
     Status setText(const NodeRef& node, const std::string& text);
@@ -113,35 +112,35 @@ class TreeView : public Control {
     [[nodiscard]] NodeRef dropHighlight() const { return dropHighlight_; }
     /// An empty node clears it. Error, with no change: elementRemoved.
     Status setDropHighlight(const NodeRef& node);
-    /// Opens the node's ancestors and brings it into sight. Errors as setSelectedItem.
+    /// Expands the node's ancestors and scrolls it into view. Errors as setSelectedItem.
     Status ensureVisible(const NodeRef& node);
 
-    /// Runs onBeforeLabelEdit for the selected node, and opens the editor unless that refuses, or
-    /// has taken the selection elsewhere. An editor that is open on another node is abandoned.
+    /// Runs onBeforeLabelEdit for the selected node and opens the editor, unless the handler
+    /// refuses or has changed the selection. An editor that is open on another node is abandoned.
     /// Error: objectNotSet with nothing selected.
     Status startLabelEdit();
-    /// The node under the editor; empty while none is open.
+    /// The node that is being edited; empty while no editor is open.
     [[nodiscard]] NodeRef editedNode() const { return edited_; }
-    /// A person has ended the editor with a new text: runs onAfterLabelEdit and gives the node its
-    /// label, unless the handler refuses it. Nothing without an open editor.
+    /// The user has ended the editor with a new text. Runs onAfterLabelEdit and sets the node's
+    /// label, unless the handler refuses it. Does nothing without an open editor.
     void finishLabelEdit(std::string text);
-    /// The editor was left without a new text.
+    /// The editor was closed without a new text.
     void cancelLabelEdit() { edited_.reset(); }
     void beginDrag();
 
-    // A person's input. `at` is the node under the pointer, empty if there is none.
+    // User input. `at` is the node under the pointer, empty if there is none.
     Handler<MouseButtons, NodeRef> onMouseDown;
     Handler<MouseButtons, NodeRef> onMouseUp;
     Handler<MouseButtons, NodeRef> onMouseMove;
     Handler<> onDoubleClick;
     Handler<NodeRef> onDragOver;
     Handler<NodeRef> onDragDrop;
-    /// `cancel` starts false; true keeps the editor closed.
+    /// `cancel` starts as false; true keeps the editor closed.
     Handler<bool&> onBeforeLabelEdit;
-    /// `cancel` starts false; true keeps the former label.
+    /// `cancel` starts as false; true keeps the old label.
     Handler<bool&, const std::string&> onAfterLabelEdit;
 
-    /// Whoever shows the tree; empty while nobody does.
+    /// Sets the view of the tree; null while there is none.
     void setObserver(TreeObserver* observer) { observer_ = observer; }
 
   protected:

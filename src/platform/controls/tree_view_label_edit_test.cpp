@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Label editing in the tree; the rest of it is in tree_view_test.cpp.
+// Label editing in the tree; tree_view_test.cpp tests everything else.
 #include "platform/controls/tree_view.h"
 
 #include "support/tree_view_world.h"
@@ -30,7 +30,7 @@ struct TreeLabelEditTest : test::ObservedTree {
     }
 };
 
-TEST_F(TreeLabelEditTest, AsksThenOpensTheEditorOnTheSelectedNode) {
+TEST_F(TreeLabelEditTest, RunsTheHandlerThenOpensTheEditorOnTheSelectedNode) {
     EXPECT_TRUE(tree.startLabelEdit().ok());
     EXPECT_EQ(tree.editedNode(), a);
     EXPECT_THAT(events, ElementsAre("before"));
@@ -44,7 +44,7 @@ TEST_F(TreeLabelEditTest, ARefusalKeepsTheEditorClosed) {
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, NothingSelectedIsAFailureAndAsksNobody) {
+TEST_F(TreeLabelEditTest, NothingSelectedIsAFailureAndRunsNoHandler) {
     tree.remove(a).passOver();
     EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
     EXPECT_THAT(events, IsEmpty());
@@ -63,7 +63,7 @@ TEST_F(TreeLabelEditTest, TheNewTextBecomesTheLabelAfterTheHandler) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, ARefusedLabelStaysAsItWas) {
+TEST_F(TreeLabelEditTest, ARefusedLabelIsNotSet) {
     refuseLabel = true;
     tree.startLabelEdit().passOver();
     tree.finishLabelEdit("new");
@@ -71,7 +71,7 @@ TEST_F(TreeLabelEditTest, ARefusedLabelStaysAsItWas) {
     EXPECT_THAT(events, ElementsAre("before", "after new"));
 }
 
-TEST_F(TreeLabelEditTest, ALeftEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
+TEST_F(TreeLabelEditTest, ACancelledEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesNothing) {
     tree.startLabelEdit().passOver();
     tree.cancelLabelEdit();
     EXPECT_EQ(tree.editedNode(), nullptr);
@@ -80,7 +80,7 @@ TEST_F(TreeLabelEditTest, ALeftEditorRunsNoHandlerAndAFinishWithoutAnEditorDoesN
     EXPECT_EQ(a->text(), "a");
 }
 
-TEST_F(TreeLabelEditTest, ANodeThatIsNotAskedAboutIsNotEdited) {
+TEST_F(TreeLabelEditTest, ANodeSelectedByTheHandlerIsNotEdited) {
     tree.onBeforeLabelEdit = [this](bool&) {
         tree.setSelectedItem(b).passOver();
     };
@@ -93,7 +93,7 @@ TEST_F(TreeLabelEditTest, ANodeThatIsNotAskedAboutIsNotEdited) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsAbandonedAndItsTextGivenToNobody) {
+TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsAbandonedWithItsText) {
     tree.startLabelEdit().passOver();
     tree.setSelectedItem(b).passOver();
     observer.log.clear();
@@ -104,7 +104,7 @@ TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsAbandonedAndItsTextGivenToNobod
     EXPECT_EQ(b->text(), "new");
 }
 
-TEST_F(TreeLabelEditTest, AnEditorIsAbandonedWhenItsNodeGoes) {
+TEST_F(TreeLabelEditTest, AnEditorIsAbandonedWhenItsNodeIsRemoved) {
     tree.startLabelEdit().passOver();
     observer.log.clear();
     tree.remove(A).passOver();
@@ -115,7 +115,7 @@ TEST_F(TreeLabelEditTest, AnEditorIsAbandonedWhenItsNodeGoes) {
     EXPECT_EQ(a->text(), "a");
 }
 
-TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeOutlivesARemoval) {
+TEST_F(TreeLabelEditTest, AnEditorStaysOpenWhenAnotherNodeIsRemoved) {
     tree.startLabelEdit().passOver();
     tree.remove(b).passOver();
     EXPECT_EQ(tree.editedNode(), a);

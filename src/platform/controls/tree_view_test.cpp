@@ -31,7 +31,7 @@ std::vector<std::string> numbering(const TreeView& tree) {
     return texts;
 }
 
-/// Every node's index, position and parent agree with the places where it can be found.
+/// Checks that every node's index, position and parent agree with its place in the tree.
 void expectConsistent(const TreeView& tree) {
     for (int i = 1; i <= tree.count(); ++i) {
         const NodeRef node = tree.node(i);
@@ -54,7 +54,7 @@ TEST_F(TreeViewTest, NumbersItsNodesInTheOrderOfCreation) {
     EXPECT_EQ(tree.node(7), nullptr);
 }
 
-TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasWhatItWasGiven) {
+TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasItsKeyAndText) {
     EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A", "B"));
     EXPECT_THAT(textsOf(a->children()), ElementsAre("a1", "a2"));
     EXPECT_EQ(a2->key(), "key a2");
@@ -64,7 +64,7 @@ TEST_F(TreeViewTest, AnAddedNodeIsTheLastChildAndHasWhatItWasGiven) {
     EXPECT_EQ(B->parent(), nullptr);
 }
 
-TEST_F(TreeViewTest, AnAddWithAKeyThatExistsFailsAndChangesNothing) {
+TEST_F(TreeViewTest, AddingAnExistingKeyFailsAndChangesNothing) {
     tree.setObserver(&observer);
     const auto added = tree.add(B, "key a1", "twin", 1, 1);
     ASSERT_FALSE(added.ok());
@@ -79,14 +79,14 @@ TEST_F(TreeViewTest, KeysDifferByCaseAndAnyByte) {
     EXPECT_TRUE(tree.add(A, std::string("key a1\0", 7), "x", 1, 1).ok());
 }
 
-TEST_F(TreeViewTest, AKeyIsFreeAgainOnceItsNodeHasGone) {
+TEST_F(TreeViewTest, AKeyIsFreeAgainAfterItsNodeIsRemoved) {
     tree.remove(a).passOver();
     EXPECT_TRUE(tree.add(B, "key a", "x", 1, 1).ok());
     EXPECT_TRUE(tree.add(B, "key a1", "x", 1, 1).ok());
     EXPECT_FALSE(tree.add(B, "key b", "x", 1, 1).ok());
 }
 
-TEST_F(TreeViewTest, ANodeCannotBeAddedBelowOneThatHasGone) {
+TEST_F(TreeViewTest, ANodeCannotBeAddedBelowARemovedOne) {
     tree.remove(A).passOver();
     const auto added = tree.add(a, "new", "new", 1, 1);
     ASSERT_FALSE(added.ok());
@@ -94,7 +94,7 @@ TEST_F(TreeViewTest, ANodeCannotBeAddedBelowOneThatHasGone) {
     EXPECT_EQ(tree.count(), 1);
 }
 
-TEST_F(TreeViewTest, ARemovalMovesEveryLaterIndexDownByOne) {
+TEST_F(TreeViewTest, ARemovalDecrementsEveryHigherIndex) {
     EXPECT_TRUE(tree.remove(4).ok());
     EXPECT_THAT(numbering(tree), ElementsAre("A", "a", "a1", "B", "a2"));
     EXPECT_TRUE(tree.remove(1).ok());
@@ -102,7 +102,7 @@ TEST_F(TreeViewTest, ARemovalMovesEveryLaterIndexDownByOne) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, ARemovalTakesTheSubtreeWhereverItsIndicesStand) {
+TEST_F(TreeViewTest, ARemovalIncludesTheSubtreeWhateverItsIndices) {
     tree.remove(a).passOver();
     EXPECT_THAT(numbering(tree), ElementsAre("A", "b", "B"));
     expectConsistent(tree);
@@ -113,7 +113,7 @@ TEST_F(TreeViewTest, ARemovalTakesTheSubtreeWhereverItsIndicesStand) {
     EXPECT_FALSE(b->removed());
 }
 
-TEST_F(TreeViewTest, ARemovalTakesChildrenThatAreOlderThanTheirParent) {
+TEST_F(TreeViewTest, ARemovalIncludesChildrenOlderThanTheirParent) {
     tree.setParent(a, B).passOver();
     tree.remove(B).passOver();
     EXPECT_THAT(numbering(tree), ElementsAre("A", "b"));
@@ -121,14 +121,14 @@ TEST_F(TreeViewTest, ARemovalTakesChildrenThatAreOlderThanTheirParent) {
     EXPECT_TRUE(a1->removed());
 }
 
-TEST_F(TreeViewTest, AnIndexOutsideCannotBeRemoved) {
+TEST_F(TreeViewTest, AnIndexOutOfRangeCannotBeRemoved) {
     for (const int index : {-1, 0, 7}) {
         EXPECT_EQ(numberOf(tree.remove(index)), ErrorNumber::elementNotFound);
     }
     EXPECT_EQ(tree.count(), 6);
 }
 
-TEST_F(TreeViewTest, ARemovedNodeCanBeAskedAndNothingElse) {
+TEST_F(TreeViewTest, ARemovedNodeCanOnlyBeRead) {
     tree.remove(a).passOver();
     for (const NodeRef& gone : {a, a1}) {
         EXPECT_FALSE(gone->text().empty());
@@ -149,7 +149,7 @@ TEST_F(TreeViewTest, ARemovedNodeCanBeAskedAndNothingElse) {
     EXPECT_EQ(b->parent(), A);
 }
 
-TEST_F(TreeViewTest, NothingCanBeDoneWithNoNode) {
+TEST_F(TreeViewTest, OperationsOnNoNodeFail) {
     EXPECT_EQ(numberOf(tree.remove(NodeRef())), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setText(nullptr, "x")), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setParent(nullptr, A)), ErrorNumber::objectNotSet);
@@ -166,7 +166,7 @@ TEST_F(TreeViewTest, TheSelectedNodeCanBeRemovedByItsOwnReference) {
     EXPECT_EQ(tree.selectedItem(), nullptr);
 }
 
-TEST_F(TreeViewTest, ClearTakesEverything) {
+TEST_F(TreeViewTest, ClearRemovesEverything) {
     tree.setSelectedItem(a1).passOver();
     tree.clear();
     EXPECT_EQ(tree.count(), 0);
@@ -175,7 +175,7 @@ TEST_F(TreeViewTest, ClearTakesEverything) {
     EXPECT_TRUE(tree.add(nullptr, "key a", "a", 1, 1).ok());
 }
 
-TEST_F(TreeViewTest, AChangeOfParentTakesTheSubtreeAlongAndKeepsTheNumbering) {
+TEST_F(TreeViewTest, AChangeOfParentMovesTheSubtreeAndKeepsTheIndices) {
     EXPECT_TRUE(tree.setParent(a, B).ok());
     EXPECT_THAT(textsOf(A->children()), ElementsAre("b"));
     EXPECT_THAT(textsOf(B->children()), ElementsAre("a"));
@@ -197,14 +197,14 @@ TEST_F(TreeViewTest, ARootCanBeMovedBelowAnother) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, TheParentThatANodeHasAlreadyChangesNothing) {
+TEST_F(TreeViewTest, SettingTheSameParentChangesNothing) {
     tree.setObserver(&observer);
     EXPECT_TRUE(tree.setParent(a, A).ok());
     EXPECT_THAT(textsOf(A->children()), ElementsAre("a", "b"));
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeViewTest, ANodeCannotStandBelowItself) {
+TEST_F(TreeViewTest, ANodeCannotBecomeItsOwnDescendant) {
     for (const NodeRef& below : {A, a, a1}) {
         EXPECT_EQ(numberOf(tree.setParent(A, below)), ErrorNumber::invalidPropertyValue);
     }
@@ -212,7 +212,7 @@ TEST_F(TreeViewTest, ANodeCannotStandBelowItself) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, SiblingsFollowThePlacesAndNotTheNumbering) {
+TEST_F(TreeViewTest, SiblingsFollowPositionsNotIndices) {
     tree.setParent(a1, A).passOver();
     EXPECT_EQ(tree.nextSibling(b), a1);
     EXPECT_EQ(tree.previousSibling(a1), b);
@@ -223,7 +223,7 @@ TEST_F(TreeViewTest, SiblingsFollowThePlacesAndNotTheNumbering) {
     EXPECT_EQ(tree.nextSibling(B), nullptr);
 }
 
-TEST_F(TreeViewTest, TheSelectionGoesWithItsNodeOnly) {
+TEST_F(TreeViewTest, TheSelectionIsClearedOnlyWithItsNode) {
     tree.setSelectedItem(a1).passOver();
     tree.remove(b).passOver();
     EXPECT_EQ(tree.selectedItem(), a1);
@@ -231,7 +231,7 @@ TEST_F(TreeViewTest, TheSelectionGoesWithItsNodeOnly) {
     EXPECT_EQ(tree.selectedItem(), nullptr);
 }
 
-TEST_F(TreeViewTest, AFailedSelectionKeepsTheFormerOne) {
+TEST_F(TreeViewTest, AFailedSelectionKeepsTheOldOne) {
     tree.setSelectedItem(a1).passOver();
     tree.setSelectedItem(nullptr).passOver();
     EXPECT_EQ(tree.selectedItem(), a1);
@@ -247,12 +247,12 @@ TEST_F(TreeViewTest, TheDropHighlightIsSetReadClearedAndLostWithItsNode) {
     tree.remove(a).passOver();
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     tree.setSelectedItem(b).passOver();
-    // What the mouse release does with an empty highlight.
+    // The mouse release does this with an empty highlight.
     EXPECT_EQ(numberOf(tree.setSelectedItem(tree.dropHighlight())), ErrorNumber::objectNotSet);
     EXPECT_EQ(tree.selectedItem(), b);
 }
 
-TEST_F(ObservedTree, TellsOfAdditionsMovesAndRemovalsBeforeAndAfter) {
+TEST_F(ObservedTree, NotifiesBeforeAndAfterAdditionsMovesAndRemovals) {
     make(b, "new");
     tree.setParent(a1, B).passOver();
     tree.remove(A).passOver();
@@ -261,7 +261,7 @@ TEST_F(ObservedTree, TellsOfAdditionsMovesAndRemovalsBeforeAndAfter) {
                             "moved a1 to B", "before remove A of none", "removed"));
 }
 
-TEST_F(ObservedTree, TellsThatSelectionAndHighlightWentWithTheirNode) {
+TEST_F(ObservedTree, NotifiesThatSelectionAndHighlightWereClearedWithTheirNode) {
     tree.setSelectedItem(a1).passOver();
     tree.setDropHighlight(a).passOver();
     observer.log.clear();
@@ -270,7 +270,7 @@ TEST_F(ObservedTree, TellsThatSelectionAndHighlightWentWithTheirNode) {
                 ElementsAre("before remove a of A", "removed", "selection", "highlight"));
 }
 
-TEST_F(ObservedTree, TellsOfEachChangeOnce) {
+TEST_F(ObservedTree, NotifiesOfEachChangeOnce) {
     tree.setSelectedItem(a).passOver();
     tree.setSelectedItem(a).passOver();
     tree.setDropHighlight(a).passOver();
@@ -282,8 +282,8 @@ TEST_F(ObservedTree, TellsOfEachChangeOnce) {
     EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
 }
 
-/// Counts comparisons of nothing: what is asserted is that the work is done at all within the time
-/// limit that every test has. Quadratic work on this many nodes would take minutes.
+/// Measures nothing: the assertion is that the work finishes within the time limit of every test.
+/// Quadratic work on this many nodes would take minutes.
 TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
     constexpr int nodes = 100'000;
     Form form("Form1");
@@ -304,7 +304,7 @@ TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
     }
 }
 
-TEST(DeepTree, AHundredThousandLevelsAreRemovedAtOnce) {
+TEST(DeepTree, RemovesAHundredThousandLevelsAtOnce) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     NodeRef deepest;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The logic's window measure, 1440 to the inch, as a type of its own: it does not mix with pixels
-// or counts. The conversion to pixels is the desktop's (platform/qt/twips.h).
+// The logic's unit of window measures, 1440 to the inch. A type of its own, so that it does not mix
+// with pixels or counts. platform/qt/twips.h converts to pixels.
 #pragma once
 
 #include <compare>
@@ -11,7 +11,7 @@ class Twips {
   public:
     constexpr Twips() = default;
     constexpr explicit Twips(int count) : count_(count) {}
-    /// The nearest whole twip, halves away from zero. `count` fits an int.
+    /// The nearest whole twip, halves away from zero. `count` must fit an int.
     [[nodiscard]] static constexpr Twips rounded(double count) {
         return Twips(static_cast<int>(count < 0 ? count - 0.5 : count + 0.5));
     }
@@ -31,7 +31,7 @@ class Twips {
     friend constexpr Twips operator-(Twips a, Twips b) { return a -= b; }
     friend constexpr Twips operator-(Twips a) { return Twips(-a.count_); }
     friend constexpr Twips operator*(Twips a, int factor) { return Twips(a.count_ * factor); }
-    /// Towards zero.
+    /// Rounds towards zero.
     friend constexpr Twips operator/(Twips a, int divisor) { return Twips(a.count_ / divisor); }
 
   private:
