@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blanks at the ends of texts. A blank is the character of code 32 alone: no tab, no line end and
-// no other space counts.
+// Blanks at the ends of texts. A blank is character code 32 only, not a tab, a line end or another
+// space.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// The empty text too.
+/// True for the empty text, too.
 [[nodiscard]] inline bool holdsOnlyBlanks(std::string_view text) {
     return text.find_first_not_of(' ') == std::string_view::npos;
 }

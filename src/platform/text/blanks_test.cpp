@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Blanks, AreCutAtBothEndsOrBehind) {
+TEST(Blanks, AreRemovedAtBothEndsOrAtTheEnd) {
     EXPECT_EQ(withoutBlanksAround("  a b  "), "a b");
     EXPECT_EQ(withoutBlanksBehind("  a b  "), "  a b");
     EXPECT_EQ(withoutBlanksAround("ab"), "ab");
@@ -19,7 +19,7 @@ TEST(Blanks, AreCutAtBothEndsOrBehind) {
     EXPECT_FALSE(holdsOnlyBlanks(" a "));
 }
 
-TEST(Blanks, AreNoOtherCharacters) {
+TEST(Blanks, DoNotIncludeOtherCharacters) {
     using namespace std::string_literals;
     for (const std::string& other : {"\t"s, "\n"s, "\0"s, "\xc2\xa0"s}) {
         EXPECT_FALSE(holdsOnlyBlanks(other));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the answer out of a fixed reply buffer. Not for ordinary text: a text without a NUL is
-// taken for a reply that never came.
+// Reads the answer from a fixed reply buffer. Not for ordinary text: a text without a NUL means
+// that no reply was written.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// What stands before the first NUL; empty, not the text itself, if there is none.
+/// The text before the first NUL; empty, not the text itself, if there is no NUL.
 [[nodiscard]] inline std::string CutAtNull(std::string_view text) {
     const auto end = text.find('\0');
     return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end));

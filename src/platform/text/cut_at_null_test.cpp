@@ -6,16 +6,16 @@
 namespace sonarith {
 namespace {
 
-TEST(CutAtNull, TakesWhatStandsBeforeTheFirstNul) {
+TEST(CutAtNull, ReturnsTheTextBeforeTheFirstNul) {
     EXPECT_EQ(CutAtNull(std::string_view("12\0 34\0", 7)), "12");
 }
 
-TEST(CutAtNull, GivesAnEmptyTextIfThereIsNoNul) {
+TEST(CutAtNull, ReturnsAnEmptyTextIfThereIsNoNul) {
     EXPECT_EQ(CutAtNull("12"), "");
     EXPECT_EQ(CutAtNull(""), "");
 }
 
-TEST(CutAtNull, GivesAnEmptyTextForALeadingNul) {
+TEST(CutAtNull, ReturnsAnEmptyTextForALeadingNul) {
     EXPECT_EQ(CutAtNull(std::string_view("\0abc", 4)), "");
 }
 

@@ -29,8 +29,8 @@ std::size_t digitsAt(std::string_view text, std::size_t position) {
     return end - position;
 }
 
-/// Length of the number at the start of `text`, 0 if there is none: sign, digits with at most one
-/// point among or beside them, and an exponent if digits follow its letter.
+/// Length of the number at the start of `text`, 0 if there is none: a sign, digits with at most one
+/// decimal point, and an exponent if digits follow its letter.
 std::size_t numberLength(std::string_view text) {
     std::size_t end = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
     std::size_t digits = digitsAt(text, end);
@@ -56,8 +56,8 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// Whether the number, written as 0.ddd times a power of ten, has a power of 0 or less. For numbers
-/// that are not 0.
+/// Whether the number, written as 0.ddd times a power of ten, has an exponent of 0 or less. For
+/// numbers other than 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -70,36 +70,37 @@ bool isBelowOne(std::string_view number) {
         if (negative || digits.front() == '+') {
             digits.remove_prefix(1);
         }
-        // An exponent of more than 18 digits outweighs any mantissa that fits in memory.
+        // An exponent of more than 18 digits outweighs every mantissa that fits in memory.
         constexpr std::int64_t huge = 1'000'000'000'000'000'000;
         const auto outcome =
             std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
         exponent = outcome.ec == std::errc() ? std::min(exponent, huge) : huge;
         exponent = negative ? -exponent : exponent;
     }
-    // Digits behind the point lower the power by one for each zero before them.
+    // Each zero directly after the point lowers the exponent by one.
     const std::int64_t power = firstDigit < point ? point - firstDigit : point - firstDigit + 1;
     return power + exponent <= 0;
 }
 
-/// The value of a text that numberLength() takes whole; nothing beyond the range of double.
+/// The value of a text that numberLength() accepts as a whole; nothing if it exceeds the range of
+/// double.
 std::optional<double> valueOf(std::string_view number) {
     if (number.front() == '+') {
-        number.remove_prefix(1); // from_chars knows no plus sign
+        number.remove_prefix(1); // from_chars does not accept a plus sign
     }
     double value = 0;
     const auto outcome = std::from_chars(number.data(), number.data() + number.size(), value);
     if (outcome.ec == std::errc()) {
         return value;
     }
-    // Out of range, and from_chars does not say on which side.
+    // Out of range; from_chars does not report on which side.
     return isBelowOne(number) ? std::optional(0.0) : std::nullopt;
 }
 
 template <typename Integer>
 Result<Integer> rounded(double number) {
-    // nearbyint() takes a half to the even integer in the default rounding mode, which nothing in
-    // this program changes.
+    // nearbyint() rounds halves to the even integer in the default rounding mode, which this
+    // program never changes.
     const double whole = std::nearbyint(number);
     if (!(whole >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
           whole <= static_cast<double>(std::numeric_limits<Integer>::max()))) {

@@ -9,7 +9,7 @@
 namespace sonarith {
 namespace {
 
-TEST(NumberOf, ReadsTheNumberThatTheTextBeginsWith) {
+TEST(NumberOf, ReadsTheNumberAtTheStartOfTheText) {
     EXPECT_EQ(numberOf("12abc"), 12);
     EXPECT_EQ(numberOf("-3.5x"), -3.5);
     EXPECT_EQ(numberOf("+7"), 7);
@@ -23,7 +23,7 @@ TEST(NumberOf, SkipsBlanksBeforeAndInsideTheNumber) {
     EXPECT_EQ(numberOf("\t- 1\n2"), -12);
 }
 
-TEST(NumberOf, TakesAnExponentOnlyWithDigits) {
+TEST(NumberOf, AcceptsAnExponentOnlyWithDigits) {
     EXPECT_EQ(numberOf("1e3"), 1000);
     EXPECT_EQ(numberOf("1E-2x"), 0.01);
     EXPECT_EQ(numberOf("1e"), 1);
@@ -43,12 +43,12 @@ TEST(NumberOf, IsZeroWithoutANumber) {
               0);
 }
 
-TEST(NumberOf, TakesANumberBeyondDoubleForNone) {
+TEST(NumberOf, TreatsANumberBeyondDoubleAsNone) {
     EXPECT_EQ(numberOf("1e999"), 0);
     EXPECT_EQ(numberOf(std::string(100000, '9')), 0);
 }
 
-TEST(ToDouble, WantsTheWholeTextToBeANumber) {
+TEST(ToDouble, RequiresTheWholeTextToBeANumber) {
     EXPECT_EQ(toDouble(" 1.5 ").value(), 1.5);
     EXPECT_EQ(toDouble("-2e2").value(), -200);
     for (const char* text :

@@ -7,7 +7,7 @@ namespace sonarith {
 
 namespace {
 
-/// Whether the quotes of a value are closed and no backslash waits for a next character.
+/// Whether the quotes of a value are closed and no backslash is left without a character after it.
 bool isClosed(std::string_view value) {
     bool quoted = false;
     for (std::size_t i = 0; i < value.size(); ++i) {
@@ -50,7 +50,7 @@ StoreFileState checkStoreFile(std::string_view bytes) {
     }
     if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
         bytes.remove_prefix(
-            byteOrderMark.size()); // an editor's; a person may mend the file by hand
+            byteOrderMark.size()); // added by an editor; the user may repair the file by hand
     }
     while (!bytes.empty()) {
         const auto end = bytes.find('\n');

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Judges the bytes of a settings file before anybody trusts them. It reads no values and knows no
-// keys: it tells a whole file of our form from a torn one and from somebody else's.
+// Checks the bytes of a settings file before they are used. It reads no values and knows no keys;
+// it distinguishes a complete file of our form from a torn file and from a foreign one.
 #pragma once
 
 #include <cstddef>
@@ -11,16 +11,16 @@ namespace sonarith {
 enum class StoreFileState {
     whole,
     torn,   ///< ends in the middle of a line or of a value
-    foreign ///< holds what no settings file holds
+    foreign ///< contains something that no settings file contains
 };
 
-/// A settings file of more bytes than this is taken for foreign. The largest that the program
-/// writes is a playlist of some 100,000 paths.
+/// A settings file with more bytes than this counts as foreign. The largest file that the program
+/// writes is a playlist of about 100,000 paths.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
-/// The form: UTF-8 without NUL; each line, ended by a line feed, is blank, a comment (';';
-/// QSettings takes a '#' for the beginning of a key), a section in brackets, or a key, '=' and a
-/// value with balanced quotes that does not end in a lone backslash. An empty file is whole.
+/// The form: UTF-8 without NUL; each line ends with a line feed and is blank, a comment (';';
+/// QSettings reads '#' as the start of a key), a section in brackets, or a key, '=' and a value
+/// with balanced quotes that does not end in a single backslash. An empty file is complete.
 [[nodiscard]] StoreFileState checkStoreFile(std::string_view bytes);
 
 } // namespace sonarith

@@ -9,7 +9,7 @@ namespace sonarith {
 
 namespace {
 
-/// Code points end at 0x10FFFF; a stray byte b is told as this plus b.
+/// Code points end at 0x10FFFF; a stray byte b is represented as this plus b.
 constexpr std::int32_t strayByteBase = 0x110000;
 
 /// One character at the start of a text: its value and its length in bytes.
@@ -18,10 +18,10 @@ struct Character {
     std::size_t length;
 };
 
-/// Of a text that begins with no character, or is empty: nothing, and a length of 0.
+/// For a text that is empty or does not start with a character: no value, and a length of 0.
 Character wellFormedCharacter(std::string_view text) {
     utf8proc_int32_t codePoint = -1;
-    // Four bytes are the longest character; the bound also keeps the length within the library's
+    // The longest character has four bytes; the bound also keeps the length within the library's
     // signed type.
     const std::string_view window = text.substr(0, 4);
     const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(window.data()),
@@ -42,7 +42,7 @@ void append(std::string& target, std::int32_t codePoint) {
     target.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(length));
 }
 
-/// The byte position behind the first `count` characters.
+/// The byte position after the first `count` characters.
 std::size_t bytesOf(std::string_view text, std::size_t count) {
     std::size_t position = 0;
     for (; count > 0 && position < text.size(); --count) {
@@ -67,7 +67,7 @@ std::vector<std::int32_t> charactersOf(std::string_view text) {
 std::string lowerCase(std::string_view text) {
     std::string lower;
     lower.reserve(text.size());
-    // Paths are lower-cased by the hundred thousand, and most are plain ASCII throughout.
+    // Fast path: paths are lower-cased by the hundred thousand, and most are plain ASCII.
     std::size_t plain = 0;
     while (plain < text.size() && static_cast<unsigned char>(text[plain]) < 0x80) {
         const char c = text[plain++];
@@ -95,7 +95,7 @@ std::string caseFolded(std::string_view text) {
             folded += text.front();
         } else {
             // Lower case first: the dotted capital I (U+0130) folds to two characters but
-            // lower-cases to one, and a path that was lower-cased must still find its file.
+            // lower-cases to one, and a lower-cased path must still find its file.
             std::array<utf8proc_int32_t, 4> parts{};
             int boundClass = 0;
             const auto count = utf8proc_decompose_char(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Case and characters of UTF-8 text by Unicode's rules, the same in every locale.
-// A byte that is not part of valid UTF-8 counts as one character and is never changed, so that file
-// names of any bytes pass through unharmed. No normalization.
+// Case and characters of UTF-8 text by Unicode's rules, the same in every locale. A byte that is
+// not part of valid UTF-8 counts as one character and is never changed, so that file names of
+// arbitrary bytes are preserved. No normalization.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,18 @@
 
 namespace sonarith {
 
-/// One character each: its Unicode code point, or for a byte that is not valid UTF-8 a value above
-/// all code points that is different for different bytes.
+/// One value for each character: its Unicode code point, or for a byte that is not valid UTF-8 a
+/// value above all code points, different for different bytes.
 [[nodiscard]] std::vector<std::int32_t> charactersOf(std::string_view text);
 
-/// Every character by its simple lower-case mapping.
+/// Maps every character to its simple lower case.
 [[nodiscard]] std::string lowerCase(std::string_view text);
 
-/// Whether two texts are equal but for case (full case folding: "Straße" equals "STRASSE"). A text
-/// always equals its lowerCase().
+/// Whether two texts are equal except for case (full case folding: "Straße" equals "STRASSE"). A
+/// text always equals its lowerCase().
 [[nodiscard]] bool equalIgnoringCase(std::string_view a, std::string_view b);
 
-/// What equal texts in the sense of equalIgnoringCase() have in common: a key for maps.
+/// A map key that is the same for all texts that equalIgnoringCase() considers equal.
 [[nodiscard]] std::string caseFolded(std::string_view text);
 
 /// The first `count` characters; the whole text if it is shorter.
@@ -33,8 +33,8 @@ namespace sonarith {
                                         std::size_t count);
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
-/// How many bytes the well-formed UTF-8 character (RFC 3629) has that `text` begins with; 0 if it
-/// begins with none.
+/// Length in bytes of the well-formed UTF-8 character (RFC 3629) at the start of `text`; 0 if there
+/// is none.
 [[nodiscard]] std::size_t characterBytes(std::string_view text);
 
 /// Whether the whole text is valid UTF-8.

@@ -10,14 +10,14 @@
 namespace sonarith {
 namespace {
 
-TEST(LowerCase, ChangesLettersOfEveryAlphabetAndNothingElse) {
+TEST(LowerCase, ChangesOnlyLettersAndOfEveryAlphabet) {
     EXPECT_EQ(lowerCase("C:\\Music\\Track 1.WAV"), "c:\\music\\track 1.wav");
     EXPECT_EQ(lowerCase("ÄÖÜ ΑΒΓ ЖЩ"), "äöü αβγ жщ");
     EXPECT_EQ(lowerCase("日本 ß 123"), "日本 ß 123");
     EXPECT_EQ(lowerCase(""), "");
 }
 
-TEST(LowerCase, LeavesBytesThatAreNotUtf8AsTheyAre) {
+TEST(LowerCase, LeavesBytesThatAreNotUtf8Unchanged) {
     EXPECT_EQ(lowerCase("A\xffZ\xc3"), "a\xffz\xc3");
     // An encoded surrogate and an overlong slash are not valid UTF-8 either.
     EXPECT_EQ(lowerCase("\xed\xa0\x80"
@@ -37,7 +37,7 @@ TEST(EqualIgnoringCase, FollowsFullCaseFolding) {
     EXPECT_FALSE(equalIgnoringCase("track", "track "));
 }
 
-TEST(EqualIgnoringCase, TellsDifferentStrayBytesApart) {
+TEST(EqualIgnoringCase, DistinguishesStrayBytes) {
     EXPECT_TRUE(equalIgnoringCase("A\xff", "a\xff"));
     EXPECT_FALSE(equalIgnoringCase("A\xff", "a\xfe"));
     EXPECT_FALSE(equalIgnoringCase("\xe9", "é"));
@@ -65,7 +65,7 @@ TEST(CharacterBytes, CountsOneWellFormedCharacter) {
     EXPECT_EQ(characterBytes(""), 0U);
 }
 
-TEST(CharacterBytes, CountsNothingOfWhatIsNone) {
+TEST(CharacterBytes, IsZeroWithoutAWellFormedCharacter) {
     for (const char* text :
          {"\x80", "\xff", "\xc3", "\xc3z", "\xc0\xaf", "\xe0\x9f\xbf", "\xe6\x97", "\xed\xa0\x80",
           "\xf0\x8f\xbf\xbf", "\xf4\x90\x80\x80", "\xf5\x80\x80\x80"}) {
@@ -93,7 +93,7 @@ TEST(Characters, EndWhereTheTextEnds) {
     EXPECT_EQ(midCharacters("ab", 5, 1), "");
 }
 
-TEST(IsValidUtf8, TellsValidFromTornText) {
+TEST(IsValidUtf8, DistinguishesValidFromTornText) {
     EXPECT_TRUE(isValidUtf8("añ日\n"));
     EXPECT_TRUE(isValidUtf8(""));
     EXPECT_FALSE(isValidUtf8("a\xc3"));

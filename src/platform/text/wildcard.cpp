@@ -21,7 +21,7 @@ struct Range {
     std::int32_t last;
 };
 
-/// What one place of the pattern takes: a run of anything, or one character.
+/// One element of the pattern: a run of any characters, or one character.
 struct Element {
     enum class Kind { run, anyOne, inList, notInList };
     Kind kind;
@@ -38,7 +38,7 @@ struct Element {
     }
 };
 
-/// The ranges between the brackets; nothing for a range that runs backwards.
+/// The ranges between the brackets; nothing for a reversed range.
 std::optional<std::vector<Range>> rangesOf(const Characters& list) {
     std::vector<Range> ranges;
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -57,7 +57,7 @@ std::optional<std::vector<Range>> rangesOf(const Characters& list) {
     return ranges;
 }
 
-/// The element for what stands between two brackets; no ranges for the empty list.
+/// The element for the text between two brackets; no ranges for an empty list.
 std::optional<Element> listElement(Characters list) {
     const bool negated = list.size() > 1 && list.front() == '!';
     if (negated) {
@@ -70,7 +70,7 @@ std::optional<Element> listElement(Characters list) {
     return Element{negated ? Element::Kind::notInList : Element::Kind::inList, std::move(*ranges)};
 }
 
-/// Nothing for a pattern that can match no text.
+/// Nothing for a pattern that matches no text.
 std::optional<std::vector<Element>> elementsOf(const Characters& pattern) {
     std::vector<Element> elements;
     for (auto at = pattern.begin(); at != pattern.end(); ++at) {
@@ -89,7 +89,7 @@ std::optional<std::vector<Element>> elementsOf(const Characters& pattern) {
             if (!element) {
                 return std::nullopt;
             }
-            if (!element->ranges.empty()) { // "[]" takes the empty text: no element at all
+            if (!element->ranges.empty()) { // "[]" matches the empty text and needs no element
                 elements.push_back(std::move(*element));
             }
             at = close;
@@ -110,7 +110,7 @@ bool matches(std::string_view text, std::string_view pattern) {
     const Characters characters = charactersOf(text);
     constexpr std::size_t none = static_cast<std::size_t>(-1);
     std::size_t element = 0;
-    std::size_t lastRun = none; // the run that takes one more character when the rest fails
+    std::size_t lastRun = none; // the run that is extended by one character when the rest fails
     std::size_t lastRunEnd = 0;
     std::size_t i = 0;
     while (i < characters.size()) {
@@ -122,8 +122,9 @@ bool matches(std::string_view text, std::string_view pattern) {
             ++element;
             ++i;
         } else if (lastRun != none) {
-            // Only the last run need be lengthened: an earlier one could but skip what this one
-            // takes as well. That keeps hostile patterns from exploding.
+            // Only the last run needs to be extended: extending an earlier run could only skip
+            // characters that the last one matches as well. This prevents exponential backtracking
+            // on hostile patterns.
             element = lastRun + 1;
             i = ++lastRunEnd;
         } else {

@@ -16,8 +16,8 @@ namespace sonarith {
 
 namespace {
 
-/// Where the page differs from the code points of the same numbers: bytes 80 to 9F, as
-/// https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT has them.
+/// The bytes 80 to 9F, where the page differs from the code points of the same numbers. Source:
+/// https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT
 constexpr unsigned char firstSpecial = 0x80;
 constexpr std::array<std::int32_t, 32> specials = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, //
@@ -42,7 +42,7 @@ char byteOf(std::int32_t character) {
     return ofSameNumber ? static_cast<char>(character) : '?';
 }
 
-/// Valid UTF-8 with letters and their accents as one character where there is one.
+/// Valid UTF-8, with each letter and its accents composed to one character where Unicode has one.
 std::string composed(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
     const utf8proc_ssize_t length =
@@ -50,7 +50,7 @@ std::string composed(std::string_view text) {
                      static_cast<utf8proc_ssize_t>(text.size()), &result,
                      static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
-    // It fails for want of memory alone, and the text is then taken as it is.
+    // Fails only when memory is exhausted; the text is then used unchanged.
     return length < 0 ? std::string(text)
                       : std::string(reinterpret_cast<const char*>(result),
                                     static_cast<std::size_t>(length));
@@ -60,8 +60,8 @@ bool isAccent(std::string_view character) {
     return utf8proc_get_property(charactersOf(character).front())->combining_class != 0;
 }
 
-/// How many bytes the character has that `text` begins with, and the accents behind it; 0 for a
-/// byte that is no character.
+/// Length in bytes of the character at the start of `text` including the accents after it; 0 for a
+/// byte that is not a character.
 std::size_t bytesWithAccents(std::string_view text) {
     std::size_t bytes = characterBytes(text);
     std::size_t next = bytes;
@@ -99,7 +99,7 @@ std::string windows1252Of(std::string_view text) {
         }
         const std::vector<std::int32_t> given = charactersOf(text.substr(0, length));
         const std::vector<std::int32_t> combined = charactersOf(composed(text.substr(0, length)));
-        // Unicode takes some characters apart that it does not put together again.
+        // Unicode decomposes some characters that it does not compose again.
         for (const std::int32_t character : combined.size() <= given.size() ? combined : given) {
             bytes += byteOf(character);
         }

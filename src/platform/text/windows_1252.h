@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The code page of single-byte texts in files, Windows-1252, from and to UTF-8. The five bytes that
-// the page leaves undefined (81, 8D, 8F, 90, 9D) are the control characters of the same codes, so
-// that every byte has a character and comes back as the byte it was.
+// Conversion between Windows-1252, the code page of single-byte texts in files, and UTF-8. The five
+// bytes that the page leaves undefined (81, 8D, 8F, 90, 9D) map to the control characters of the
+// same codes, so that every byte survives a round trip.
 #pragma once
 
 #include <string>
@@ -12,9 +12,9 @@ namespace sonarith {
 /// One character for each byte.
 [[nodiscard]] std::string textOfWindows1252(std::string_view bytes);
 
-/// One byte for each character, "?" for one that the page has not (a byte that is not valid UTF-8
-/// too). A letter with accents behind it is the accented letter if Unicode has one: "e" and U+0301
-/// are one byte, E9.
+/// One byte for each character, "?" for a character that the page does not contain (including a
+/// byte that is not valid UTF-8). A letter followed by accents counts as the accented letter if
+/// Unicode has one: "e" and U+0301 become one byte, E9.
 [[nodiscard]] std::string windows1252Of(std::string_view text);
 
 } // namespace sonarith

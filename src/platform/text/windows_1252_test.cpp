@@ -16,7 +16,7 @@ std::string allBytes() {
     return bytes;
 }
 
-TEST(Windows1252, EveryByteIsOneCharacterAndComesBack) {
+TEST(Windows1252, EveryByteIsOneCharacterAndSurvivesARoundTrip) {
     const std::string text = textOfWindows1252(allBytes());
     EXPECT_TRUE(isValidUtf8(text));
     EXPECT_EQ(characterCount(text), 256U);
@@ -33,19 +33,19 @@ TEST(Windows1252, HasItsOwnCharactersBetween80And9F) {
     EXPECT_EQ(textOfWindows1252("Z\xfcrich \xff\xa0"), "Zürich ÿ\xc2\xa0");
 }
 
-TEST(Windows1252, CarriesTheFiveUndefinedBytesThrough) {
+TEST(Windows1252, PreservesTheFiveUndefinedBytes) {
     EXPECT_EQ(textOfWindows1252("\x81\x8d\x8f\x90\x9d"),
               "\xc2\x81\xc2\x8d\xc2\x8f\xc2\x90\xc2\x9d");
     EXPECT_EQ(windows1252Of("\xc2\x81\xc2\x8d\xc2\x8f\xc2\x90\xc2\x9d"), "\x81\x8d\x8f\x90\x9d");
-    // The other control characters of that range are no characters of the page.
+    // The page does not contain the other control characters of that range.
     EXPECT_EQ(windows1252Of("\xc2\x80\xc2\x9f"), "??");
 }
 
-TEST(Windows1252, WritesAQuestionMarkForEachCharacterThatItHasNot) {
+TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacter) {
     EXPECT_EQ(windows1252Of("a\xc5\x82\xe4\xb8\xad\xf0\x9f\x8e\xb5z"), "a???z");
     EXPECT_EQ(windows1252Of("\xff\xc3q\xe4\xb8"), "??q??");
     EXPECT_EQ(windows1252Of(""), "");
-    // One that Unicode would make two of.
+    // A character that Unicode would decompose into two.
     EXPECT_EQ(windows1252Of("a\xe0\xa5\x98z"), "a?z");
 }
 
@@ -53,12 +53,12 @@ TEST(Windows1252, ComposesAccents) {
     EXPECT_EQ(windows1252Of("caf"
                             "e\xcc\x81 Zu\xcc\x88rich S\xcc\x8c A\xcc\x8a"),
               "caf\xe9 Z\xfcrich \x8a \xc5");
-    EXPECT_EQ(windows1252Of("\xe2\x84\xab"), "\xc5"); // the sign of the unit
-    // An accent without a letter, or with one that has none of this kind.
+    EXPECT_EQ(windows1252Of("\xe2\x84\xab"), "\xc5"); // the angstrom sign
+    // An accent without a letter, or with a letter that has no such accented form.
     EXPECT_EQ(windows1252Of("\xcc\x81"
                             "b\xcc\x81"),
               "?b?");
-    // A byte that is not UTF-8 parts letter and accent.
+    // A byte that is not UTF-8 separates letter and accent.
     EXPECT_EQ(windows1252Of("e\xff\xcc\x81"), "e??");
 }
 
