@@ -33,7 +33,7 @@ void notify(const QDBusConnection& bus, const QString& title, const QString& tex
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     constexpr uint replacesNone = 0;
     constexpr int desktopsOwnTime = -1;
-    // The body may be markup, and file names are none.
+    // The body may be interpreted as markup; file names are not markup.
     call << title << replacesNone << QStringLiteral("sonarith") << title << text.toHtmlEscaped()
          << QStringList() << QVariantMap() << desktopsOwnTime;
     bus.call(call);

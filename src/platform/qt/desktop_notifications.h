@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notifications of the desktop (freedesktop.org, Desktop Notifications Specification 1.2), for what
-// happens while no window is seen. Without a notification service nothing happens.
+// Notifications of the desktop (freedesktop.org, Desktop Notifications Specification 1.2), for
+// events while no window is visible. Without a notification service nothing happens.
 #pragma once
 
 #include <memory>
@@ -16,8 +16,8 @@ class DesktopNotifications {
     DesktopNotifications(const DesktopNotifications&) = delete;
     DesktopNotifications& operator=(const DesktopNotifications&) = delete;
 
-    /// Sends a notification, and returns at once: the bus may hang, and is spoken to on a thread of
-    /// its own. While that waits, the last text alone is kept for it.
+    /// Sends a notification and returns at once. The bus may hang, so a thread of its own talks to
+    /// it. While that thread waits, only the last text is kept for it.
     void send(const QString& text);
 
   private:

@@ -37,7 +37,7 @@ bool isInput(QEvent::Type type) {
     }
 }
 
-/// Whether a person who does this expects something to happen.
+/// Whether the user expects a reaction to this event.
 bool isPress(QEvent::Type type) {
     switch (type) {
     case QEvent::MouseButtonPress:
@@ -51,14 +51,14 @@ bool isPress(QEvent::Type type) {
     }
 }
 
-/// The dialogs that run, each opened while the one before it was up.
+/// The running dialogs; each was opened while the one before it was open.
 std::vector<QDialog*>& running() {
     static std::vector<QDialog*> dialogs;
     return dialogs;
 }
 
-/// What a widget is a part of. A completer's list has no parent: it stands for the line that it
-/// completes, to which it hands its keys.
+/// The owner of a widget. A completer's list has no parent: its owner is the line that it
+/// completes, to which it passes its keys.
 const QWidget* ownerOf(const QWidget& widget) {
     if (widget.parentWidget() || widget.windowType() != Qt::Popup) {
         return widget.parentWidget();
@@ -67,7 +67,7 @@ const QWidget* ownerOf(const QWidget& widget) {
     return line && !widget.isAncestorOf(line) ? line : nullptr;
 }
 
-/// Its own controls, lists and menus do, and a question that it asks in turn.
+/// The dialog's own controls, lists and menus do, and so does a dialog that it opens.
 bool takesInput(const QWidget& widget, const QDialog& dialog) {
     const QWidget* above = &widget;
     while (above && above != &dialog) {
@@ -84,7 +84,7 @@ void bringToFront(QDialog& dialog) {
     dialog.activateWindow();
 }
 
-/// Keeps input from all windows but the dialog that was opened last.
+/// Blocks input to all windows except the dialog that was opened last.
 class InputGuard : public QObject {
   public:
     InputGuard() { qApp->installEventFilter(this); }
@@ -96,15 +96,15 @@ class InputGuard : public QObject {
             return false;
         }
         if (isPress(event->type())) {
-            // The window that was pressed may cover the dialog that it waits for.
+            // The pressed window may cover the dialog that it waits for.
             bringToFront(inFront);
         }
         return true;
     }
 
   private:
-    /// The widget that an event is for: the object itself, the one that a window of the desktop
-    /// shows, or the one that a shortcut or an action belongs to. Null where there is none.
+    /// The widget that an event is for: the object itself, the widget that a window of the desktop
+    /// shows, or the owner of a shortcut or an action. Null if there is none.
     [[nodiscard]] static const QWidget* widgetOf(const QObject* watched) {
         if (const auto* window = qobject_cast<const QWindow*>(watched)) {
             for (const QWidget* top : QApplication::topLevelWidgets()) {
@@ -120,8 +120,8 @@ class InputGuard : public QObject {
     }
 };
 
-/// Tells the windows, and all that stands in them, that they get no more input, as Qt's own modal
-/// dialogs do: whoever follows the mouse lets go of it, since its release will not come.
+/// Notifies the windows and all their widgets that they are blocked, as Qt's own modal dialogs do:
+/// widgets that track the mouse stop, since they will not receive its release.
 void tellOthersTheyAreBlocked(const QDialog& dialog) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != &dialog) {
@@ -144,7 +144,7 @@ int runDialog(QDialog& dialog) {
     dialog.raise();
     dialog.activateWindow();
     loop.exec();
-    // Those above have been answered before: their loops ran within this one.
+    // Dialogs opened after it have been answered already: their loops ran within this one.
     running().pop_back();
     return dialog.result();
 }

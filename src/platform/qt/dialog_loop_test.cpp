@@ -19,7 +19,7 @@
 namespace sonarith {
 namespace {
 
-/// Counts what reaches it.
+/// Counts the events that reach it.
 class OtherWindow : public QWidget {
   public:
     OtherWindow() {
@@ -38,7 +38,7 @@ class OtherWindow : public QWidget {
     QPushButton button{this};
 };
 
-/// A menu with one entry, which counts its choosing.
+/// A menu with one entry; counts how often the entry is triggered.
 class CountingMenu : public QMenu {
   public:
     explicit CountingMenu(QWidget* parent) : QMenu(parent) {
@@ -58,7 +58,7 @@ void moveOver(QWidget& widget) {
     QCoreApplication::sendEvent(&widget, &move);
 }
 
-/// Runs `dialog`, and `act` while it is up, before it is accepted.
+/// Runs `dialog` and calls `act` while it is open; then accepts it.
 int runAnd(QDialog& dialog, const std::function<void()>& act) {
     QTimer::singleShot(0, &dialog, [&] {
         act();
@@ -67,7 +67,7 @@ int runAnd(QDialog& dialog, const std::function<void()>& act) {
     return runDialog(dialog);
 }
 
-TEST(RunDialog, GivesTheDialogsResult) {
+TEST(RunDialog, ReturnsTheDialogsResult) {
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [&] { dialog.done(7); });
     EXPECT_EQ(runDialog(dialog), 7);
@@ -86,7 +86,7 @@ TEST(RunDialog, OtherWindowsGetNoMouseAndNoKeysMeanwhile) {
     EXPECT_EQ(other.clicks, 1);
 }
 
-TEST(RunDialog, OtherWindowsDoNotHearOfThePointerMeanwhile) {
+TEST(RunDialog, OtherWindowsGetNoPointerEventsMeanwhile) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { moveOver(other); });
@@ -105,7 +105,7 @@ TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
     int owns = 0;
     QObject::connect(&own, &QShortcut::activated, [&] { ++owns; });
     (void)runAnd(dialog, [&] {
-        // A press brings the dialog to the front; the other window has the keys each time.
+        // A press brings the dialog to the front; the other window has the focus each time.
         other.activateWindow();
         QCoreApplication::processEvents();
         QTest::keyClick(&other, Qt::Key_F10);
@@ -121,7 +121,7 @@ TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
     EXPECT_EQ(others, 1);
 }
 
-TEST(RunDialog, MenusThatAreOpenCloseBeforeItIsShown) {
+TEST(RunDialog, OpenMenusCloseBeforeItIsShown) {
     OtherWindow other;
     CountingMenu menu(&other);
     CountingMenu below(&menu);
@@ -155,7 +155,7 @@ TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItIsTheDialogs) {
     EXPECT_EQ(own.chosen, 1);
 }
 
-TEST(RunDialog, AListWithoutParentWorksIfItStandsForALineOfTheDialog) {
+TEST(RunDialog, AListWithoutParentWorksIfItCompletesALineOfTheDialog) {
     OtherWindow other;
     QDialog dialog;
     QLineEdit line(&dialog);
@@ -205,7 +205,7 @@ TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
     });
 }
 
-TEST(RunDialog, APressOnAnotherWindowBringsItBackFromTheTaskBar) {
+TEST(RunDialog, APressOnAnotherWindowRestoresItFromTheTaskBar) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] {
@@ -216,7 +216,7 @@ TEST(RunDialog, APressOnAnotherWindowBringsItBackFromTheTaskBar) {
     });
 }
 
-TEST(RunDialog, EveryWidgetOfOtherWindowsIsToldThatItIsBlocked) {
+TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatItIsBlocked) {
     struct Blockable : QWidget {
         explicit Blockable(QWidget* parent) : QWidget(parent) {}
         bool event(QEvent* event) override {
@@ -247,7 +247,7 @@ TEST(RunDialog, ItsOwnControlsWork) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(RunDialog, OfTwoTheLaterOneAloneTakesInput) {
+TEST(RunDialog, OfTwoDialogsOnlyTheLaterOneReceivesInput) {
     QDialog first;
     QPushButton below(&first);
     int clicks = 0;

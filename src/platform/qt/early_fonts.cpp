@@ -7,7 +7,7 @@ namespace sonarith {
 
 EarlyFonts::EarlyFonts()
     : reader_([] {
-          // A failure shows when Qt looks for fonts: it has words for it.
+          // A failure is ignored here: Qt reports it when it looks for fonts.
           static_cast<void>(FcInit());
       }) {}
 

@@ -7,7 +7,7 @@
 namespace sonarith {
 namespace {
 
-TEST(EarlyFonts, LeaveTheLibrarysOwnConfigurationReadAndUnchangedByALaterReading) {
+TEST(EarlyFonts, ReadTheLibrarysConfigurationOnce) {
     { const EarlyFonts fonts; }
     FcConfig* const read = FcConfigGetCurrent();
     ASSERT_NE(read, nullptr);

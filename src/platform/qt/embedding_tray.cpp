@@ -18,7 +18,7 @@ struct Free {
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, Free>;
 
-/// The screen that DISPLAY names; Qt uses no other.
+/// The screen given by DISPLAY; Qt uses no other.
 int screenNumber() {
     char* host = nullptr;
     int display = 0;

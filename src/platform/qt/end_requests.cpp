@@ -20,13 +20,14 @@ constexpr std::array endSignals = {SIGTERM, SIGINT, SIGHUP};
 
 const QLatin1String notifierName("end request");
 
-/// Where the handler tells the event loop that a signal came; -1 while nobody listens.
+/// The pipe through which the handler notifies the event loop of a signal; -1 while there is no
+/// listener.
 volatile std::sig_atomic_t writeEnd = -1;
 
 void tellEventLoop(int) {
     const int kept = errno;
     const char byte = 0;
-    // A pipe that is full has told it already.
+    // A full pipe has already notified it.
     static_cast<void>(::write(static_cast<int>(writeEnd), &byte, 1));
     errno = kept;
 }
@@ -61,7 +62,7 @@ EndRequests::EndRequests(std::function<void()> end, std::function<void()> save) 
         [save = std::move(save)](QSessionManager&) { save(); }, Qt::DirectConnection);
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
-        return; // signals end the process then, as they do any other
+        return; // signals then end the process by default
     }
     readEnd_ = ends[0];
     writeEnd = ends[1];

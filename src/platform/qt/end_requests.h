@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Who else may ask the program to end: the system by a signal, and the desktop at the end of the
-// session. What the program does then is its own matter.
+// Requests from outside to end the program: signals from the system, and the end of the desktop
+// session. The caller decides what to do.
 #pragma once
 
 #include <functional>
@@ -10,17 +10,17 @@
 
 namespace sonarith {
 
-/// Whether `notifier` is the one of an EndRequests: its activation means that a signal has arrived
-/// that asks the program to end.
+/// Whether `notifier` belongs to an EndRequests: its activation means that a signal to end the
+/// program has arrived.
 [[nodiscard]] bool isEndRequest(const QObject& notifier);
 
-/// One for each process, while it lives; for the user-interface thread.
+/// At most one instance per process; for the user-interface thread.
 class EndRequests {
   public:
-    /// `end` runs within the event loop for SIGTERM, SIGINT and SIGHUP (the latter unless it is
-    /// ignored, as under nohup). Each is caught once: who sends it again wants the process gone.
+    /// `end` runs within the event loop for SIGTERM, SIGINT and SIGHUP (SIGHUP only if it is not
+    /// ignored, as it is under nohup). Each signal is caught once: a second one ends the process.
     /// `save` runs when the desktop's session manager asks all programs to save; the session may
-    /// still go on after that.
+    /// continue after that.
     EndRequests(std::function<void()> end, std::function<void()> save);
     ~EndRequests();
     EndRequests(const EndRequests&) = delete;

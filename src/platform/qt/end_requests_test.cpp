@@ -47,7 +47,7 @@ TEST_P(EndRequestsTest, LeaveTheSecondSignalToEndTheProcess) {
         KilledBySignal(GetParam()), "");
 }
 
-TEST_P(EndRequestsTest, LeaveSignalsAsTheyWereWhenTheyGo) {
+TEST_P(EndRequestsTest, RestoreTheSignalsWhenDestroyed) {
     { const EndRequests requests(end, save); }
     EXPECT_EXIT(::raise(GetParam()), KilledBySignal(GetParam()), "");
 }
@@ -67,7 +67,7 @@ TEST_F(EndRequestsTest, LeaveAnIgnoredSignalIgnored) {
 
 TEST_F(EndRequestsTest, RunTheSavingWhenTheSessionIsAboutToEnd) {
     const EndRequests requests(end, save);
-    // No session manager runs here; what Qt emits for it does not look at its argument.
+    // No session manager runs here; the handler of Qt's signal ignores its argument.
     alignas(QSessionManager) char memory[sizeof(QSessionManager)];
     Q_EMIT qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(memory));
     EXPECT_EQ(saves, 1);

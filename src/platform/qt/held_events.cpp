@@ -15,14 +15,14 @@ namespace sonarith {
 namespace {
 
 enum class Treatment {
-    pass,     ///< painting, and what Qt does for itself
-    keep,     ///< handed out later
-    keepDrag, ///< accepted, and handed out later
-    refuse,   ///< it is as if nobody had been there
+    pass,     ///< painting, and Qt's internal events
+    keep,     ///< delivered later
+    keepDrag, ///< accepted, and delivered later
+    refuse,   ///< dropped without a reply
 };
 
-/// Calls over the session's bus: assistive programs, panels with a menu of this program. They run
-/// handlers as clicks do, and cannot be kept.
+/// Calls over the session bus, from assistive programs and from panels with a menu of this program.
+/// They run handlers as clicks do, and cannot be held.
 bool isCalledFromOutside(const QObject& object) {
     return object.inherits("QDBusVirtualObject") ||
            QByteArray(object.metaObject()->className()).startsWith("QDBus");
@@ -48,7 +48,7 @@ Treatment treatmentOf(const QObject& watched, QEvent::Type type) {
     case QEvent::FocusOut:
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
-    case QEvent::LayoutRequest: // moves and resizes what the handlers hear of
+    case QEvent::LayoutRequest: // moves and resizes widgets, which runs handlers
         return Treatment::keep;
     case QEvent::Move:
     case QEvent::Resize:
@@ -60,14 +60,14 @@ Treatment treatmentOf(const QObject& watched, QEvent::Type type) {
         return Treatment::keepDrag;
     case QEvent::DragLeave:
         return Treatment::keep;
-    case QEvent::TouchBegin: // Qt makes a mouse event of what nobody takes, and that one is kept
+    case QEvent::TouchBegin: // Qt turns unaccepted touches into mouse events, which are kept
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
     case QEvent::TabletPress:
     case QEvent::TabletMove:
     case QEvent::TabletRelease:
-    case QEvent::SockAct: // comes again for as long as the socket is not read
+    case QEvent::SockAct: // repeats until the socket is read
         return Treatment::refuse;
     case QEvent::MetaCall:
         return isCalledFromOutside(watched) ? Treatment::refuse : Treatment::pass;
@@ -76,8 +76,8 @@ Treatment treatmentOf(const QObject& watched, QEvent::Type type) {
     }
 }
 
-/// The data belong to the program that the drag comes from, and are gone after the drop. Other
-/// formats are left out: that program would have to convert them now.
+/// The data belongs to the program that is the source of the drag and is destroyed after the drop.
+/// Other formats are omitted: that program would have to convert them now.
 std::unique_ptr<QMimeData> copyOf(const QMimeData& data) {
     auto copy = std::make_unique<QMimeData>();
     if (data.hasUrls()) {
@@ -121,8 +121,8 @@ void HeldEvents::hold() {
 
 void HeldEvents::release() {
     holding_ = false;
-    // By a timer, so that a signal that has arrived is handled before what was held: the notifier
-    // of its pipe comes first in every event loop.
+    // Uses a timer, so that a signal that has arrived is handled before the held events: every
+    // event loop handles the notifier of its pipe first.
     handOut_.start(0, this);
 }
 
@@ -130,7 +130,7 @@ bool HeldEvents::eventFilter(QObject* watched, QEvent* event) {
     if (event == delivered_) {
         return false;
     }
-    // While the held events are handed out, those that come from the window system get in line.
+    // During the delivery, new events from the window system are queued after the held ones.
     const bool getsInLine =
         holding_ ||
         (!held_.empty() && (watched->isWindowType() || event->type() == QEvent::Shortcut));
@@ -218,8 +218,9 @@ void HeldEvents::timerEvent(QTimerEvent*) {
         watching_ = false;
         return;
     }
-    // Anew, since a timer does not fire within its own event: a handler that is called here and
-    // yields gets the rest of the input in its yield, as it would from the window system.
+    // Restarts the timer, since a timer does not fire within its own event: a handler that is
+    // called here and yields receives the rest of the input in its yield, as it would from the
+    // window system.
     handOut_.start(0, this);
     deliver(takeNext());
 }
@@ -229,7 +230,7 @@ void HeldEvents::deliver(const Held& held) {
         return;
     }
     const QEvent* const outer = std::exchange(delivered_, held.event.get());
-    // Not by sendEvent(), which would take from the event that it came from the window system.
+    // Not sendEvent(), which would clear the flag that the event came from the window system.
     qApp->notify(held.receiver, held.event.get());
     delivered_ = outer;
 }

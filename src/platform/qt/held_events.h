@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the window system's events from the windows while the program waits for something that may
-// hang, and hands them out afterwards in their order. Windows are painted meanwhile. How long that
-// lasts is decided in qt_waiting.h.
+// Holds back the window system's events while the program waits for something that may hang, and
+// delivers them afterwards in their order. Windows are still painted. qt_waiting.h decides how long
+// this lasts.
 #pragma once
 
 #include <cstddef>
@@ -20,34 +20,35 @@ namespace sonarith {
 /// For the user-interface thread.
 class HeldEvents final : private QObject {
   public:
-    /// More events are not held but lost: a minute of a key that repeats itself, or an hour of
-    /// clicks at what seems to be dead.
+    /// Further events are dropped: the limit covers a minute of key repeat, or an hour of clicks on
+    /// a window that seems to hang.
     static constexpr std::size_t mostHeld = 2000;
 
     HeldEvents() = default;
     ~HeldEvents() override;
 
-    /// From now on no input reaches a window or a control: mouse, keys, wheel, touch, drops, calls
-    /// of assistive programs, a window that is closed, moved, resized or activated; and no
-    /// notification of a socket. Touches become mouse input, and are held as such. A drop is
-    /// accepted in the window's name; of its data only texts and file names are kept. A call of an
-    /// assistive program is not answered.
+    /// From now on no input reaches a window or a control: mouse, keyboard, wheel, touch, drops,
+    /// calls from assistive programs, and requests to close, move, resize or activate a window; nor
+    /// does a notification of a socket. Touches become mouse input and are held as such. A drop is
+    /// accepted on behalf of the window, and only texts and file names of its data are kept. A call
+    /// from an assistive program gets no reply.
     void hold();
 
-    /// Ends that: what was held is handed out, one event after the other, when control is back in
-    /// an event loop, that of a yield included; that a window is closed comes first. A window that
-    /// is gone by then gets nothing. What arrives until all is handed out comes behind it.
+    /// Ends hold(). The held events are delivered one after the other when control is back in an
+    /// event loop, including that of a yield; requests to close a window come first. Events for a
+    /// window that was destroyed are dropped. Events that arrive before all are delivered are
+    /// queued after them.
     void release();
 
-    /// Whether a window was to be closed, or a signal to end the program has arrived, since hold();
-    /// until control is back in an event loop.
+    /// Whether, since hold(), a window was asked to close or a signal to end the program has
+    /// arrived. Reset when control is back in an event loop.
     [[nodiscard]] bool endAsked() const { return endAsked_; }
 
   private:
     struct Held {
         QPointer<QObject> receiver;
         std::unique_ptr<QEvent> event;
-        std::unique_ptr<QMimeData> data; ///< what a drag carries; the event refers to it
+        std::unique_ptr<QMimeData> data; ///< the data of a drag; the event refers to it
     };
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -61,8 +62,8 @@ class HeldEvents final : private QObject {
 
     std::deque<Held> held_;
     QBasicTimer handOut_;
-    const QEvent* delivered_ = nullptr; ///< the event that is being handed out
-    bool watching_ = false;             ///< installed as a filter
+    const QEvent* delivered_ = nullptr; ///< the event that is being delivered
+    bool watching_ = false;             ///< installed as an event filter
     bool holding_ = false;
     bool endAsked_ = false;
 };

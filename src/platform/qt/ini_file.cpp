@@ -19,7 +19,7 @@ namespace sonarith {
 
 namespace {
 
-/// Text as the file's own text where it is UTF-8, so that people can read it; other bytes as bytes.
+/// Stored as text if it is UTF-8, so that users can read it; otherwise as bytes.
 QVariant variantOf(const std::string& value) {
     const QString text = QString::fromStdString(value);
     if (text.toStdString() == value) {
@@ -33,13 +33,13 @@ std::string textOf(const QVariant& stored) {
         return stored.toByteArray().toStdString();
     }
     if (stored.typeId() == QMetaType::QStringList) {
-        // Unquoted commas, as a person's editor leaves them, read as a list.
+        // QSettings reads unquoted commas, which a text editor may leave, as a list.
         return stored.toStringList().join(QStringLiteral(", ")).toStdString();
     }
     return stored.toString().toStdString();
 }
 
-/// The file itself, where `path` is a link to it.
+/// The file itself if `path` is a link to it.
 QString fileMeantBy(const QString& path) {
     const QString real = QFileInfo(path).canonicalFilePath();
     return real.isEmpty() ? path : real;
@@ -64,7 +64,7 @@ IniValues valuesOf(const QSettings& file) {
     return values;
 }
 
-/// Answers what the file must read as.
+/// Returns the content that the file must have when it is read.
 IniValues writeUnchecked(const QString& path, const IniValues& values) {
     QSettings file(path, QSettings::IniFormat);
     for (const auto& [name, text] : values) {
@@ -74,7 +74,7 @@ IniValues writeUnchecked(const QString& path, const IniValues& values) {
     return valuesOf(file);
 }
 
-/// A file that was cut before its very last byte reads as it should, and counts as torn later.
+/// A file that lacks only its last byte would pass, and would count as torn later.
 bool endsWithALine(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) &&
@@ -89,7 +89,7 @@ void flushFolder(const QString& folder) {
     const int opened =
         ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (opened >= 0) {
-        ::fsync(opened); // a failure is silent, as all are here
+        ::fsync(opened); // a failure is ignored, as all are here
         ::close(opened);
     }
 }
@@ -106,9 +106,9 @@ bool writeIniFile(const QString& path, const IniValues& values) {
     if (old.exists() && !old.isWritable()) {
         return false;
     }
-    // QSettings (6.4) puts its file under the name, and says that all is well, even where a full
-    // disk took a part of it alone. So it gets another name first, and is read again: under a third
-    // one, as QSettings remembers what it wrote under the other.
+    // QSettings (6.4) renames its file to the target and reports success even if a full disk took
+    // only a part of it. So the file first gets another name, and is read again under a third one,
+    // because QSettings caches what it wrote under the second.
     static int writes = 0;
     const QString written = unfinishedName(target);
     const QString checked = written + QString::number(++writes);
@@ -126,9 +126,9 @@ bool writeIniFile(const QString& path, const IniValues& values) {
     return done;
 }
 
-/// QSettings locks a file by a second one while it writes. Killed in the instant before its number
-/// stood in there, a program leaves a lock that would hold up the next one's first write for half a
-/// minute. The kernel's lock on it tells whether anybody still lives who holds it.
+/// QSettings locks a file with a lock file while it writes. A process that is killed before it has
+/// written its number there leaves a lock that would delay the next process's first write for half
+/// a minute. The kernel's lock on that file shows whether a running process holds it.
 void removeUnfinishedIniFiles(const QString& path) {
     const QString written = unfinishedName(fileMeantBy(path));
     const QString lock = written + QStringLiteral(".lock");

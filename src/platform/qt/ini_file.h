@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An INI file in QSettings' form as a whole: read at once, and written in one step, so that it
-// holds the old values or the new ones whatever happens. It knows no key, and does not judge
-// whether a file may be trusted (text/store_file_check.h).
+// Reads an INI file in QSettings' form as a whole and writes it in one step, so that it contains
+// either the old or the new values after any failure. It knows no keys and does not check whether a
+// file may be trusted (text/store_file_check.h).
 #pragma once
 
 #include <map>
@@ -11,19 +11,20 @@
 
 namespace sonarith {
 
-/// Texts, which may be any bytes, by "section/key".
+/// Values by "section/key". A value may contain any bytes.
 using IniValues = std::map<QString, std::string>;
 
-/// What is no text (a list, as unquoted commas are read) is given as one. A file that is missing
-/// has no values.
+/// A value that is not a text (a list, as which QSettings reads unquoted commas) is converted to
+/// one. A missing file has no values.
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
-/// Gives the file these values and no others, on the disk, before it returns. It keeps its mode; a
-/// symbolic link is followed. False: it could not be written, or may not be, and is as it was.
+/// Replaces the content of the file by these values. They are on the disk when the function
+/// returns. The mode of the file is kept; a symbolic link is followed. Returns false and leaves the
+/// file unchanged if it cannot or must not be written.
 [[nodiscard]] bool writeIniFile(const QString& path, const IniValues& values);
 
-/// Removes what a program that was killed while it wrote left beside the file. If one that lives
-/// is writing, nothing is removed.
+/// Removes temporary files that a process left beside the file when it was killed during a write.
+/// Removes nothing while a running process is writing.
 void removeUnfinishedIniFiles(const QString& path);
 
 } // namespace sonarith

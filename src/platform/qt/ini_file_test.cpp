@@ -46,7 +46,7 @@ class IniFileTest : public testing::Test {
     [[nodiscard]] bool write(const IniValues& values) const {
         return writeIniFile(text(path), values);
     }
-    /// What stands on the disk, from a copy: QSettings remembers files that it met.
+    /// The content on the disk, read from a copy: QSettings caches files that it has opened.
     [[nodiscard]] IniValues onDisk() const {
         const fakes::TempFolder elsewhere;
         fs::copy(path, elsewhere / "copy.ini");
@@ -57,7 +57,7 @@ class IniFileTest : public testing::Test {
     const fs::path path = folder / "a.ini";
 };
 
-TEST_F(IniFileTest, HoldsWhatItWasGivenAndNothingElse) {
+TEST_F(IniFileTest, ContainsExactlyTheWrittenValues) {
     EXPECT_EQ(read(), IniValues());
     ASSERT_TRUE(write({{"S/a", "1"}, {"T/b", "caf\xe9"}, {"T/c", ""}}));
     EXPECT_EQ(onDisk(), (IniValues{{"S/a", "1"}, {"T/b", "caf\xe9"}, {"T/c", ""}}));
@@ -80,10 +80,10 @@ TEST_F(IniFileTest, KeepsTheModeAndFollowsALink) {
     EXPECT_EQ(entriesIn(folder / "real"), 1);
 }
 
-TEST_F(IniFileTest, LeavesAFileAloneThatMayNotBeWrittenTo) {
+TEST_F(IniFileTest, DoesNotChangeAFileWithoutWritePermission) {
     write("[S]\na=1\n");
-    // The superuser's, for the one who tries; and his own that he protected, where the tests are
-    // run by somebody else.
+    // A file of the superuser if the user runs the tests, and a write-protected file of the user's
+    // own if somebody else does.
     fs::permissions(path, fs::perms(::geteuid() == 0 ? 0644 : 0444));
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] { return write({{"S/a", "2"}}) ? 1 : 0; }), 0);
@@ -95,8 +95,8 @@ TEST_F(IniFileTest, IsNotWrittenIntoAFolderThatIsMissing) {
     EXPECT_FALSE(writeIniFile(text(folder / "none/a.ini"), {{"S/a", "1"}}));
 }
 
-// QSettings alone put a part of the file in the place of the old one, and said that all was well.
-TEST_F(IniFileTest, HoldsTheOldValuesWhereTheNewOnesDoNotFit) {
+// QSettings alone replaced the old file by a part of the new one and reported success.
+TEST_F(IniFileTest, KeepsTheOldValuesIfTheNewOnesDoNotFit) {
     constexpr int values = 2000;
     IniValues many;
     for (int i = 0; i < values; ++i) {
@@ -106,14 +106,14 @@ TEST_F(IniFileTest, HoldsTheOldValuesWhereTheNewOnesDoNotFit) {
     const auto whole = static_cast<int>(fs::file_size(path));
     fs::permissions(folder.path(), fs::perms(0777));
     int failures = 0;
-    // In the middle of a line and between two, in what is flushed first, in between, and last.
+    // Limits within a line and between two, in the first, a middle and the last flushed block.
     for (const int limit : {100, 1000, 16384, 16385, 20000, 32768, whole - 25, whole - 1, whole}) {
         write("[S]\nold=1\n");
         fs::permissions(path, fs::perms(0666));
         const int answer = test::runUnprivileged([&] {
             std::signal(SIGXFSZ, SIG_IGN);
             const rlimit size{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
-            ::setrlimit(RLIMIT_FSIZE, &size); // stands in for the full disk
+            ::setrlimit(RLIMIT_FSIZE, &size); // simulates the full disk
             return write(many) ? 1 : 0;
         });
         EXPECT_EQ(answer, limit == whole ? 1 : 0) << limit;
@@ -124,7 +124,7 @@ TEST_F(IniFileTest, HoldsTheOldValuesWhereTheNewOnesDoNotFit) {
     EXPECT_EQ(failures, 8);
 }
 
-TEST_F(IniFileTest, HoldsNothingOfAnEarlierWriteThatFailed) {
+TEST_F(IniFileTest, ContainsNothingOfAnEarlierFailedWrite) {
     fs::permissions(folder.path(), fs::perms(0777));
     for (const rlim_t limit : {10, 1000}) { // the first does not even let QSettings lock it
         EXPECT_EQ(test::runUnprivileged([&] {
@@ -145,7 +145,7 @@ TEST_F(IniFileTest, HoldsNothingOfAnEarlierWriteThatFailed) {
     }
 }
 
-TEST_F(IniFileTest, HoldsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
+TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
     int call = 0;
     for (KillOutcome outcome = KillOutcome::killed; outcome == KillOutcome::killed; ++call) {
         const fakes::TempFolder fresh;
@@ -169,7 +169,7 @@ TEST_F(IniFileTest, HoldsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
 }
 
 // An empty lock once held up the first write after a kill for 30 seconds.
-TEST_F(IniFileTest, IsRidOfTheLockOfAProgramThatWasKilled) {
+TEST_F(IniFileTest, RemovesTheLockOfAKilledProcess) {
     write("[S]\na=1\n");
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished", "a.ini.unfinished7"}) {
         std::ofstream(folder / name) << "";
@@ -180,7 +180,7 @@ TEST_F(IniFileTest, IsRidOfTheLockOfAProgramThatWasKilled) {
     EXPECT_EQ(contentOf(path), "[S]\na=1\n");
 }
 
-TEST_F(IniFileTest, LeavesAloneWhatAProgramThatLivesIsWriting) {
+TEST_F(IniFileTest, KeepsTheFilesOfARunningWriter) {
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished"}) {
         std::ofstream(folder / name) << "";
     }
@@ -191,7 +191,7 @@ TEST_F(IniFileTest, LeavesAloneWhatAProgramThatLivesIsWriting) {
     ::close(held);
 }
 
-TEST_F(IniFileTest, CanBeWrittenWhateverAPersonTypedIntoIt) {
+TEST_F(IniFileTest, CanBeWrittenAfterAnyEditByTheUser) {
     std::mt19937 random(1);
     const auto typed = [&random] {
         static constexpr std::string_view alphabet = "ab=[]\\/\"%@(),; #:\t\r01xU";

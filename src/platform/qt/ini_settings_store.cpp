@@ -22,10 +22,10 @@ QString settingName(const std::pair<std::string, std::string>& key) {
            QString::fromStdString(key.second);
 }
 
-/// Nothing if it cannot be read. What is no regular file reads as a byte that no settings file
-/// holds.
+/// Nothing if it cannot be read. Anything but a regular file reads as a byte that no settings file
+/// contains.
 std::optional<QByteArray> bytesOf(const QString& path) {
-    // Not to wait for the other end of a pipe that somebody put there.
+    // Avoids waiting for the other end if the file is a pipe.
     const int opened =
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (opened < 0) {
@@ -46,9 +46,10 @@ std::optional<QByteArray> bytesOf(const QString& path) {
     return bytes;
 }
 
-/// Gives the file a name of its own beside its old one; never that of an earlier one.
+/// Renames the file to a new name beside the old one; never to an existing name.
 bool putAside(const QString& path) {
-    // Nobody keeps a thousand damaged files; without a bound a full folder could hold the start up.
+    // A bound, so that a folder full of such names cannot block the start. A thousand damaged files
+    // are not expected.
     constexpr int mostKept = 1000;
     for (int number = 1; number <= mostKept; ++number) {
         const QString aside = path + QStringLiteral(".damaged-%1").arg(number);
@@ -56,7 +57,7 @@ bool putAside(const QString& path) {
         if (!taken.exists() && !taken.isSymLink()) {
             return ::renameat2(AT_FDCWD, QFile::encodeName(path).constData(), AT_FDCWD,
                                QFile::encodeName(aside).constData(), RENAME_NOREPLACE) == 0 ||
-                   QFile::rename(path, aside); // where the file system knows no exclusive rename
+                   QFile::rename(path, aside); // for file systems without an exclusive rename
         }
     }
     return false;
@@ -85,7 +86,7 @@ IniSettingsStore::Stamp IniSettingsStore::stampNow() const {
 bool IniSettingsStore::makeFileTrustworthy() {
     const auto bytes = bytesOf(path_);
     if (!bytes) {
-        return !QFileInfo::exists(path_); // one that may not be read is nobody's to replace
+        return !QFileInfo::exists(path_); // a file that may not be read must not be replaced
     }
     const std::string_view view(bytes->constData(), static_cast<std::size_t>(bytes->size()));
     return checkStoreFile(view) == StoreFileState::whole || putAside(path_);
@@ -135,9 +136,9 @@ void IniSettingsStore::endTransaction() {
 void IniSettingsStore::saveChanges() {
     changesWait_ = false;
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
-        read(); // another program wrote the file, or made way
+        read(); // another program wrote or removed the file
     } else if (state_ == State::written && withChanges() == onDisk_) {
-        return; // it is on disk already; a write waits for the disk, and each start saves much
+        return; // already on disk; a write waits for the disk, and each start saves many values
     }
     if (state_ != State::untouchable) {
         writeOut();
@@ -197,7 +198,7 @@ void IniSettingsStore::writeOut() {
     stamp_ = stampNow();
 }
 
-/// Its own user's alone, as the desktop's convention has it for the configuration folder.
+/// Accessible to its user only, by the desktop's convention for the configuration folder.
 void IniSettingsStore::makeFolder() {
     if (!QFileInfo::exists(folder_) && QDir().mkpath(folder_)) {
         QFile::setPermissions(folder_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

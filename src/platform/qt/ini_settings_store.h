@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The settings store as an INI file of the user's. It knows no key and no default. What cannot be
-// written holds for the run all the same, and is reported once.
+// The settings store as an INI file of the user. It knows no keys and no defaults. Values that
+// cannot be written stay valid for the run, and the failure is reported once.
 #pragma once
 
 #include <map>
@@ -22,13 +22,13 @@ class IniSettingsStore final : public SettingsStore {
     /// "sonarith" below the user's configuration folder.
     [[nodiscard]] static QString defaultFolder();
 
-    /// Opens, or is going to make, "Sonarith v2.0.ini" in `folder`. A file there that is torn or
-    /// not of this form is kept aside under another name, and the store is empty. `notices`
-    /// outlives the store; without them it is silent.
+    /// Opens `folder`/"Sonarith v2.0.ini", or creates it at the first write. A file that is torn or
+    /// not of this form is renamed and kept, and the store is empty. `notices` must outlive the
+    /// store; without it failures are not reported.
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
-    // Sections are the file's groups. Names of sections and keys hold no slash and no backslash.
-    // Values are any bytes. An application name other than applicationName has no keys.
+    // Sections are the file's groups. Names of sections and keys contain no slash and no backslash.
+    // Values may be any bytes. An application name other than applicationName has no keys.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;
@@ -42,7 +42,7 @@ class IniSettingsStore final : public SettingsStore {
     void endTransaction() override;
 
     using Key = std::pair<std::string, std::string>;
-    /// What tells that somebody else wrote the file.
+    /// Identifies a state of the file; it differs after another program has written it.
     struct Stamp {
         qint64 bytes = -1;
         QDateTime changed;
@@ -50,13 +50,14 @@ class IniSettingsStore final : public SettingsStore {
     };
 
     enum class State {
-        written,     ///< the file holds all that was changed
-        toBeWritten, ///< the last write failed; each change tries again
-        untouchable  ///< a file that is not to be touched stands in the way
+        written,     ///< the file contains all changes
+        toBeWritten, ///< the last write failed; each change retries
+        untouchable  ///< a file that must not be changed has this name
     };
 
     [[nodiscard]] Stamp stampNow() const;
-    /// Whether the file may be read and written over: it is whole, or absent, or was put aside.
+    /// Makes sure that the file may be read and overwritten: it is complete or missing, or it was
+    /// renamed.
     [[nodiscard]] bool makeFileTrustworthy();
     void read();
     void change(const Key& key, const std::optional<std::string>& value);
@@ -70,12 +71,12 @@ class IniSettingsStore final : public SettingsStore {
     QString path_;
     Notices* notices_;
     State state_ = State::written;
-    /// The file as it was left by this object, and what it holds.
+    /// State and content of the file after this object last read or wrote it.
     Stamp stamp_;
     IniValues onDisk_;
-    /// What this run saved or deleted (nothing): it holds whatever becomes of the file.
+    /// What this run has saved, or deleted (no value). It is valid whatever happens to the file.
     std::map<Key, std::optional<std::string>> changes_;
-    int transactions_ = 0; ///< that stand within each other
+    int transactions_ = 0; ///< nesting depth
     bool changesWait_ = false;
 };
 

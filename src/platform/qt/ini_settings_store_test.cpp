@@ -66,7 +66,7 @@ class IniSettingsStoreTest : public ::testing::Test {
     fakes::TempFolder temp_;
 };
 
-TEST_F(IniSettingsStoreTest, GivesTheReadersDefaultForAnAbsentKeyAndWritesNothing) {
+TEST_F(IniSettingsStoreTest, ReturnsTheFallbackForAnAbsentKeyAndWritesNothing) {
     const IniSettingsStore store(folder());
     EXPECT_EQ(get(store, "HDWarning"), "(default)");
     EXPECT_FALSE(fs::exists(file()));
@@ -81,7 +81,7 @@ TEST_F(IniSettingsStoreTest, HasEachValueOnDiskWhenTheCallReturns) {
     EXPECT_EQ(read(file()).find("=1"), std::string::npos);
 }
 
-TEST_F(IniSettingsStoreTest, GivesAnyBytesBackAtTheNextStart) {
+TEST_F(IniSettingsStoreTest, ReturnsAnyBytesAtTheNextStart) {
     const std::vector<std::string> values = {"",
                                              " ",
                                              "1",
@@ -111,7 +111,7 @@ TEST_F(IniSettingsStoreTest, GivesAnyBytesBackAtTheNextStart) {
         }
     }
     ASSERT_EQ(checkStoreFile(read(file())), StoreFileState::whole);
-    // Read from a copy, so that nothing can come out of a cache of the process.
+    // Read from a copy, so that no cache of the process can supply the values.
     fs::create_directory(temp_ / "copy");
     fs::copy(file(), temp_ / "copy");
     const IniSettingsStore next(QString::fromStdString((temp_ / "copy").string()));
@@ -131,7 +131,7 @@ TEST_F(IniSettingsStoreTest, KeepsSectionsApart) {
     EXPECT_EQ(get(store, "D", "music"), "(default)");
 }
 
-TEST_F(IniSettingsStoreTest, DeletesAKeyForGood) {
+TEST_F(IniSettingsStoreTest, DeletesAKeyPermanently) {
     write("[Settings]\nHDWarning=0\nHDStopNo=7\n");
     IniSettingsStore store(folder());
     store.DeleteSetting(applicationName, "Settings", "HDWarning");
@@ -140,7 +140,7 @@ TEST_F(IniSettingsStoreTest, DeletesAKeyForGood) {
     EXPECT_EQ(get(IniSettingsStore(folder()), "HDStopNo"), "7");
 }
 
-TEST_F(IniSettingsStoreTest, LeavesTheFileAloneIfItHoldsTheValueAlready) {
+TEST_F(IniSettingsStoreTest, DoesNotWriteAnUnchangedValue) {
     write("; a person's comment\n[Settings]\nHDWarning=0\n");
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
@@ -152,7 +152,7 @@ TEST_F(IniSettingsStoreTest, LeavesTheFileAloneIfItHoldsTheValueAlready) {
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
 }
 
-TEST_F(IniSettingsStoreTest, WritesTheFileAnewIfItWasRemovedDuringTheRun) {
+TEST_F(IniSettingsStoreTest, RewritesTheFileIfItWasRemovedDuringTheRun) {
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     fs::remove(file());
@@ -183,14 +183,14 @@ TEST_F(IniSettingsStoreTest, KnowsItsOwnApplicationOnly) {
     EXPECT_FALSE(fs::exists(file()));
 }
 
-TEST_F(IniSettingsStoreTest, ReadsWhatAPersonTypedIntoTheFile) {
+TEST_F(IniSettingsStoreTest, ReadsWhatTheUserTypedIntoTheFile) {
     write("[Settings]\r\nHDWarningNo = 250\r\nDecodePath=C:\\\\a, b\r\n");
     const IniSettingsStore store(folder());
     EXPECT_EQ(get(store, "HDWarningNo"), "250");
     EXPECT_EQ(get(store, "DecodePath"), "C:\\a, b");
 }
 
-TEST_F(IniSettingsStoreTest, KeepsATornOrForeignFileAsideAndStartsEmpty) {
+TEST_F(IniSettingsStoreTest, RenamesATornOrForeignFileAndStartsEmpty) {
     for (const std::string content :
          {"[Settings]\nHDWarning=0\nHDStop", "hello\n", "[Settings]\nx=\"open\n"}) {
         write(content);
@@ -203,7 +203,7 @@ TEST_F(IniSettingsStoreTest, KeepsATornOrForeignFileAsideAndStartsEmpty) {
     EXPECT_EQ(read(file(".damaged-3")), "[Settings]\nx=\"open\n");
 }
 
-TEST_F(IniSettingsStoreTest, PutsAPipeOutOfItsWay) {
+TEST_F(IniSettingsStoreTest, RenamesAPipeAtItsPath) {
     fs::create_directories(file().parent_path());
     ASSERT_EQ(::mkfifo(file().c_str(), 0666), 0);
     IniSettingsStore store(folder());
@@ -223,7 +223,7 @@ TEST_F(IniSettingsStoreTest, NeverWritesOverAFileThatBecameForeignDuringTheRun) 
     EXPECT_EQ(get(next, "HDStopNo"), "7");
 }
 
-TEST_F(IniSettingsStoreTest, HoldsItsValuesForTheRunWhereNothingCanBeWritten) {
+TEST_F(IniSettingsStoreTest, KeepsItsValuesForTheRunIfNothingCanBeWritten) {
     std::ofstream(temp_ / "config") << "a file where the folder should be";
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
@@ -234,7 +234,7 @@ TEST_F(IniSettingsStoreTest, HoldsItsValuesForTheRunWhereNothingCanBeWritten) {
     EXPECT_EQ(read(temp_ / "config"), "a file where the folder should be");
 }
 
-TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatItMayNotReadAndHoldsItsValuesForTheRun) {
+TEST_F(IniSettingsStoreTest, NeverReplacesAnUnreadableFileAndKeepsItsValuesForTheRun) {
     write("[Settings]\nHDWarning=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0222));
@@ -255,7 +255,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatItMayNotReadAndHoldsItsValues
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadToItsEnd) {
+TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadCompletely) {
     write("[Settings]\nHDWarning=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms::all);
@@ -282,7 +282,7 @@ TEST_F(IniSettingsStoreTest, WritesTheEarlierValuesTooOnceADiskIsNoLongerFull) {
                   rlimit limit{};
                   ::getrlimit(RLIMIT_FSIZE, &limit);
                   const rlim_t unlimited = std::exchange(limit.rlim_cur, 10'000);
-                  ::setrlimit(RLIMIT_FSIZE, &limit); // stands in for the full disk
+                  ::setrlimit(RLIMIT_FSIZE, &limit); // simulates the full disk
                   save(store, "filler", std::string(20'000, 'x'));
                   save(store, "second", "2");
                   if (read(file()) != "[Settings]\nfirst=1\n") {
@@ -293,7 +293,7 @@ TEST_F(IniSettingsStoreTest, WritesTheEarlierValuesTooOnceADiskIsNoLongerFull) {
                   }
                   limit.rlim_cur = unlimited;
                   ::setrlimit(RLIMIT_FSIZE, &limit);
-                  save(store, "first", "1"); // nothing new, and still a reason to try again
+                  save(store, "first", "1"); // unchanged value, but it triggers a retry
                   return 0;
               }),
               0);
@@ -304,7 +304,7 @@ TEST_F(IniSettingsStoreTest, WritesTheEarlierValuesTooOnceADiskIsNoLongerFull) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, IsRidOfWhatAProgramThatWasKilledLeftUnfinished) {
+TEST_F(IniSettingsStoreTest, RemovesTheUnfinishedFilesOfAKilledProcess) {
     write("[Settings]\nHDWarning=1\n");
     write("", ".unfinished.lock");
     write("[Settings]\nHDWarn", ".unfinished");
@@ -313,7 +313,7 @@ TEST_F(IniSettingsStoreTest, IsRidOfWhatAProgramThatWasKilledLeftUnfinished) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, MakesItsFolderForItsUserAlone) {
+TEST_F(IniSettingsStoreTest, CreatesItsFolderForItsUserOnly) {
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     EXPECT_EQ(fs::status(file().parent_path()).permissions(), fs::perms::owner_all);
@@ -354,7 +354,7 @@ TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
         const int kept = std::stoi(get(next, "first"));
         EXPECT_GE(kept, acknowledged);
         EXPECT_THAT(get(next, "filler"), AnyOf(filler(kept), filler(kept - 1)));
-        save(next, "after", "the kill"); // what the dead program left locks nobody out
+        save(next, "after", "the kill"); // files of the killed process block no later one
         EXPECT_THAT(read(path), HasSubstr("after=the kill"));
     }
 }

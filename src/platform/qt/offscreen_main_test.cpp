@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The test program's own main: these tests need the one QApplication, and no display.
+// The main function of the test program: these tests need the one QApplication and no display.
 #include <QApplication>
 #include <gmock/gmock.h>
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&argc, argv);
-    // Death tests start the program anew: a forked copy would share its event sources.
+    // Death tests start the program again: a forked copy would share its event sources.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where the screen stands on which the program places its windows. The logic knows this one screen
-// and counts from its corner; on a desktop of several screens that corner may be anywhere.
+// Position of the screen on which the program places its windows. The logic knows only this screen
+// and uses coordinates relative to its corner, which on a desktop of several screens may be
+// anywhere.
 #pragma once
 
 #include <QRect>

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(PrimaryScreen, IsWhereTheDesktopHasIt) {
+TEST(PrimaryScreen, HasTheDesktopsPosition) {
     ASSERT_FALSE(primaryScreen().isEmpty());
     EXPECT_EQ(primaryScreen(), QGuiApplication::primaryScreen()->geometry());
 }

@@ -14,14 +14,14 @@
 namespace sonarith {
 namespace {
 
-/// One repeating timer. Its own event handler rather than a QTimer's signal, so that the Wakeup
-/// may be destroyed from within the call.
+/// One repeating timer. It handles the timer event itself instead of using a QTimer's signal, so
+/// that the Wakeup may be destroyed within the call.
 class QtWakeup : public Wakeup, private QObject {
   public:
     QtWakeup(EventLoop::Duration interval, std::function<void()> handler)
         : call_(std::make_shared<Call>(Call{std::move(handler)})) {
-        // Precise whatever the interval: a coarse timer may fire up to 5 % early, and whoever
-        // waits for a time to pass would then rest through a second interval.
+        // Precise for every interval: a coarse timer may fire up to 5 % early, and code that waits
+        // for a time to pass would then wait through a second interval.
         startTimer(std::max(interval, EventLoop::Duration(1)), Qt::PreciseTimer);
     }
 
@@ -32,7 +32,7 @@ class QtWakeup : public Wakeup, private QObject {
     };
 
     void timerEvent(QTimerEvent*) override {
-        // Held here, since the handler may destroy this object; nothing below touches it.
+        // Copied, since the handler may destroy this object; nothing below accesses it.
         const std::shared_ptr<Call> call = call_;
         if (!call->running) {
             call->running = true;
@@ -47,7 +47,7 @@ class QtWakeup : public Wakeup, private QObject {
 } // namespace
 
 QtEventLoop::QtEventLoop() {
-    // The program ends by endProgram alone: it also runs with every window hidden.
+    // Only endProgram() ends the program: it also runs with every window hidden.
     QApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setQuitLockEnabled(false);
 }
@@ -61,8 +61,8 @@ void QtEventLoop::yield() {
 }
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
-    // Not every dispatcher of Qt's comes back between handling what is there and resting: this
-    // wait would rest through its own end. Whatever waits or runs within it rests as it will.
+    // Some of Qt's dispatchers do not return between handling pending events and sleeping: this
+    // wait would sleep past its own end. A wait or a loop nested within it sleeps on its own.
     QAbstractEventDispatcher& dispatcher = *QAbstractEventDispatcher::instance();
     const int depth = ++waitDepth_;
     const int level = QThread::currentThread()->loopLevel();
@@ -75,7 +75,7 @@ void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
             }
         });
     while (condition()) {
-        // Rests until there is an event, and comes back once it has been handled.
+        // Sleeps until an event arrives and returns after it has been handled.
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     QObject::disconnect(beforeRest);
@@ -96,9 +96,9 @@ std::unique_ptr<Wakeup> QtEventLoop::every(Duration interval, std::function<void
 
 void QtEventLoop::endProgram() {
     // Not QApplication::quit(): that only asks each nested loop to return, so the handlers below
-    // would go on, and every wait among them would yield again after the end has begun. The
-    // process leaves from here, whatever stands on the stack; no destructor runs and no event is
-    // handled any more. The last steps are taken out first: a second end within them just ends.
+    // would continue, and every wait among them would yield again after the end has begun. The
+    // process exits from here, whatever is on the stack; no destructor runs and no further event is
+    // handled. The last steps are moved out first: a nested endProgram() then exits at once.
     if (const auto lastSteps = std::exchange(lastSteps_, nullptr)) {
         lastSteps();
     }

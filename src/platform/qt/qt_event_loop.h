@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real event loop, on Qt's. It needs the one QApplication to exist; it owns no window and
-// knows none. For use on the user-interface thread alone.
+// The real event loop, based on Qt's. It requires the one QApplication; it owns no window and knows
+// none. For use on the user-interface thread only.
 #pragma once
 
 #include <functional>
@@ -14,12 +14,12 @@ class QtEventLoop : public EventLoop {
   public:
     QtEventLoop();
 
-    /// What endProgram does before the process goes: stop threads, close devices. It must not
-    /// yield.
+    /// Sets the steps that endProgram() runs before the process exits: stop threads, close devices.
+    /// They must not yield.
     void setLastSteps(std::function<void()> lastSteps) { lastSteps_ = std::move(lastSteps); }
 
-    /// Runs the program: handles events until endProgram. Windows that are all closed or hidden
-    /// do not end it.
+    /// Runs the program: handles events until endProgram(). Closing or hiding all windows does not
+    /// end it.
     void run();
 
     void yield() override;
@@ -32,7 +32,7 @@ class QtEventLoop : public EventLoop {
 
   private:
     std::function<void()> lastSteps_;
-    int waitDepth_ = 0; // how many waits stand within each other
+    int waitDepth_ = 0; // nesting depth of the waits
 };
 
 } // namespace sonarith

@@ -44,7 +44,7 @@ TEST_F(QtEventLoopTest, YieldRunsWhatIsDueAndReturnsWithNothingDue) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(QtEventLoopTest, AWaitWhoseConditionDoesNotHoldHandlesNothing) {
+TEST_F(QtEventLoopTest, AWaitWithAFalseConditionHandlesNothing) {
     int calls = 0;
     post(context, [&] { ++calls; });
     loop.waitWhile([] { return false; });
@@ -52,7 +52,7 @@ TEST_F(QtEventLoopTest, AWaitWhoseConditionDoesNotHoldHandlesNothing) {
     loop.yield();
 }
 
-TEST_F(QtEventLoopTest, AWaitGoesOnAtTheEventThatEndsIt) {
+TEST_F(QtEventLoopTest, AWaitReturnsAfterTheEventThatEndsIt) {
     std::vector<std::string> log;
     bool waiting = true;
     const auto tick = loop.every(1ms, [&] {
@@ -63,7 +63,7 @@ TEST_F(QtEventLoopTest, AWaitGoesOnAtTheEventThatEndsIt) {
     EXPECT_THAT(log, ElementsAre("tick", "tick", "tick"));
 }
 
-TEST_F(QtEventLoopTest, AWaitRestsInsteadOfSpinning) {
+TEST_F(QtEventLoopTest, AWaitSleepsInsteadOfSpinning) {
     int asked = 0;
     int rests = 0;
     bool waiting = true;
@@ -74,7 +74,7 @@ TEST_F(QtEventLoopTest, AWaitRestsInsteadOfSpinning) {
         ++asked;
         return waiting;
     });
-    // A loop that spins for 60 ms asks some ten thousand times.
+    // A loop that spins for 60 ms evaluates the condition about ten thousand times.
     EXPECT_LT(asked, 20);
     EXPECT_GT(rests, 0);
 }
@@ -96,7 +96,7 @@ TEST_F(QtEventLoopTest, NestedWaitsEndFromTheInnermostOut) {
     EXPECT_THAT(log, ElementsAre("inner", "outer"));
 }
 
-TEST_F(QtEventLoopTest, AnOuterWaitThatHasEndedLetsTheInnerOneRest) {
+TEST_F(QtEventLoopTest, AnEndedOuterWaitLetsTheInnerOneSleep) {
     bool outer = true;
     bool inner = true;
     int asked = 0;
@@ -112,7 +112,7 @@ TEST_F(QtEventLoopTest, AnOuterWaitThatHasEndedLetsTheInnerOneRest) {
     EXPECT_LT(asked, 20);
 }
 
-TEST_F(QtEventLoopTest, AWaitThatHasEndedLetsTheDialogWithinItRest) {
+TEST_F(QtEventLoopTest, AnEndedWaitLetsTheDialogWithinItSleep) {
     bool waiting = true;
     int asked = 0;
     post(context, [&] {
@@ -128,13 +128,13 @@ TEST_F(QtEventLoopTest, AWaitThatHasEndedLetsTheDialogWithinItRest) {
     EXPECT_LT(asked, 20);
 }
 
-TEST_F(QtEventLoopTest, WaitForComesBackWhenTheTimeHasPassed) {
+TEST_F(QtEventLoopTest, WaitForReturnsWhenTheTimeHasPassed) {
     const auto begin = loop.now();
     loop.waitFor(30ms);
     EXPECT_GE(loop.now() - begin, 30ms);
 }
 
-TEST_F(QtEventLoopTest, ATimerNeverEntersItsHandlerASecondTime) {
+TEST_F(QtEventLoopTest, ATimerNeverReentersItsHandler) {
     int depth = 0;
     int deepest = 0;
     int calls = 0;
@@ -163,7 +163,7 @@ TEST_F(QtEventLoopTest, OtherTimersRunWhileAHandlerWaits) {
     EXPECT_GE(others, 3);
 }
 
-TEST_F(QtEventLoopTest, AHandlerMayTakeItsOwnTimerBack) {
+TEST_F(QtEventLoopTest, AHandlerMayCancelItsOwnTimer) {
     int calls = 0;
     std::unique_ptr<Wakeup> timer;
     timer = loop.every(1ms, [&] {
@@ -176,7 +176,7 @@ TEST_F(QtEventLoopTest, AHandlerMayTakeItsOwnTimerBack) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(QtEventLoopTest, ATimerThatWasTakenBackNeverFires) {
+TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     int calls = 0;
     loop.every(1ms, [&] { ++calls; }).reset();
     loop.waitFor(10ms);
@@ -192,12 +192,12 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightAreTheWallClocks) {
     std::tm wall{};
     ASSERT_NE(::localtime_r(&before, &wall), nullptr);
     const double expected = wall.tm_hour * 3600 + wall.tm_min * 60 + wall.tm_sec;
-    // Midnight may have passed in between.
+    // Midnight may have passed between the two readings.
     EXPECT_LT(std::fmod(seconds - expected + day, day), 2.0);
 }
 
-/// Ends the program inside a message box, shown inside a timer's handler, inside a wait; says what
-/// runs after that.
+/// Ends the program inside a message box, inside a timer's handler, inside a wait; prints any step
+/// that runs after that.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");
@@ -218,7 +218,7 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightAreTheWallClocks) {
     std::_Exit(4);
 }
 
-TEST_F(QtEventLoopTest, TheEndComesFromWithinABoxWithinATickWithinAWait) {
+TEST_F(QtEventLoopTest, EndProgramWorksInsideABoxInsideATickInsideAWait) {
     EXPECT_EXIT(endInsideANestedBox(), ExitedWithCode(0),
                 AllOf(HasSubstr("last steps;"), Not(HasSubstr("yielded;")),
                       Not(HasSubstr("box returned;"))));
@@ -252,7 +252,7 @@ TEST_F(QtEventLoopTest, AnEndWithinTheLastStepsEndsAtOnce) {
     std::_Exit(5);
 }
 
-TEST_F(QtEventLoopTest, TheLastWindowThatClosesDoesNotEndTheProgram) {
+TEST_F(QtEventLoopTest, ClosingTheLastWindowDoesNotEndTheProgram) {
     EXPECT_EXIT(runWithoutWindows(), ExitedWithCode(0), HasSubstr("still here;"));
 }
 

@@ -50,7 +50,8 @@ Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequ
     }
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setAccessibleName(dialog.windowTitle());
-    // Our own on every desktop: a desktop's may know neither the filter's case nor our keys.
+    // Qt's own dialog on every desktop: a desktop's dialog may support neither a case-insensitive
+    // filter nor our keys.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!request.filter.empty()) {
         dialog.setNameFilters(nameFilters(request.filter));
@@ -79,7 +80,7 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
         request.initialFolder.empty() ? std::string() : toMachine_(request.initialFolder);
     if (!start.empty()) {
         const QFileInfo initial(machineText(start));
-        // The path of a file stands for the folder that holds it.
+        // The path of a file means the folder that contains it.
         dialog.setDirectory(initial.isDir() ? initial.absoluteFilePath() : initial.absolutePath());
     }
     if (request.fileName.empty()) {
@@ -91,8 +92,8 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
     if (isPath && !name.isEmpty()) {
         dialog.setDirectory(QFileInfo(name).absolutePath());
     }
-    // In the dialog's line quotes part several names, so that such a name cannot stand there; it
-    // can be chosen in the list.
+    // In the dialog's line quotes separate several names, so a name with quotes cannot be shown
+    // there; the user can select it in the list.
     if (!name.isEmpty() && !name.contains(QLatin1Char('"'))) {
         dialog.selectFile(name);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop's file dialog. It runs a loop of its own until closed, so timers and jobs go on
-// beneath it. It opens no file.
+// The desktop's file dialog. It runs its own event loop until it is closed, so timers and jobs
+// continue meanwhile. It opens no file.
 #pragma once
 
 #include <functional>
@@ -14,18 +14,19 @@ namespace sonarith {
 
 class QtFileDialog : public FileDialog {
   public:
-    /// From a path of the logic's form to the machine's and back; an empty result stands for a path
-    /// that has no counterpart.
+    /// Converts a path from the logic's form to the machine's, or back. An empty result means that
+    /// the path has no counterpart.
     using Translate = std::function<std::string(const std::string&)>;
 
     QtFileDialog(Translate toMachine, Translate toLogic)
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
-    /// Shows the files that the filter names, whatever their case, and takes one that exists. It
-    /// begins in the folder of `request.fileName`, or in the initial folder, or else where it was
-    /// left. Errors: dialogCancelled; badFileName for a file that the logic has no path for.
+    /// Shows the files that match the filter, ignoring case, and accepts an existing one. It starts
+    /// in the folder of `request.fileName`, else in the initial folder, else in the folder where it
+    /// was last closed. Errors: dialogCancelled; badFileName for a file without a path in the
+    /// logic's form.
     Result<std::string> open(const FileDialogRequest& request) override;
-    /// The same for a name that may be taken: the dialog does not ask.
+    /// As open(), for a new or an existing name: the dialog does not ask before replacing a file.
     Result<std::string> save(const FileDialogRequest& request) override;
 
   private:
@@ -34,7 +35,7 @@ class QtFileDialog : public FileDialog {
 
     Translate toMachine_;
     Translate toLogic_;
-    /// The folder in which it was left last, a machine path.
+    /// The folder in which the dialog was last closed; a machine path.
     std::string folder_;
 };
 

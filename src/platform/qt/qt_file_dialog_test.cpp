@@ -31,7 +31,8 @@ class QtFileDialogTest : public testing::Test {
         }
     }
 
-    /// Runs `act` on the next dialog, once it is open, and cancels what is left open.
+    /// Runs `act` on the next dialog once it is open; cancels the dialog if it is still open
+    /// afterwards.
     void onDialog(std::function<void(QFileDialog&)> act) {
         QTimer::singleShot(0, &context, [act = std::move(act)] {
             auto* shown = qobject_cast<QFileDialog*>(runningDialog());
@@ -45,17 +46,18 @@ class QtFileDialogTest : public testing::Test {
     static void type(QFileDialog& shown, const std::string& name) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
-        // Key by key, and in the line that has the focus: else it is no typing to the dialog.
+        // Key by key, and to the line that has the focus: otherwise the dialog does not treat it as
+        // typing.
         EXPECT_TRUE(QTest::qWaitForWindowActive(&shown));
         line->setFocus();
         line->selectAll();
         QTest::keyClicks(line, QString::fromStdString(name));
         QTest::keyClick(line, Qt::Key_Return);
     }
-    /// The list of files, once it shows so many.
+    /// The list of files, once it shows that many.
     static QListView& filledList(QFileDialog& shown, int count) {
         auto* view = shown.findChild<QListView*>(QStringLiteral("listView"));
-        // The folder is read by a thread of the dialog's own.
+        // A thread of the dialog reads the folder.
         EXPECT_TRUE(
             QTest::qWaitFor([&] { return view->model()->rowCount(view->rootIndex()) >= count; }));
         return *view;
@@ -70,7 +72,7 @@ class QtFileDialogTest : public testing::Test {
 
     QObject context;
     fakes::TempFolder folder;
-    /// "L:" stands before every machine path.
+    /// Machine paths are prefixed with "L:".
     QtFileDialog dialog{
         [](const std::string& logic) { return logic.substr(logic.empty() ? 0 : 2); },
         [](const std::string& path) {
@@ -82,7 +84,7 @@ class QtFileDialogTest : public testing::Test {
                               .fileName = "L:" + machine("one.wav")};
 };
 
-TEST_F(QtFileDialogTest, ShowsWhatItIsAskedWith) {
+TEST_F(QtFileDialogTest, ShowsTheRequest) {
     onDialog([&](QFileDialog& shown) {
         EXPECT_EQ(shown.windowTitle(), "Select WAV or MP3 file");
         EXPECT_EQ(shown.nameFilters(), QStringList{"WAV, MP3 (*.wav *.mp3)"});
@@ -92,14 +94,14 @@ TEST_F(QtFileDialogTest, ShowsWhatItIsAskedWith) {
     static_cast<void>(dialog.open(request));
 }
 
-TEST_F(QtFileDialogTest, GivesTheChosenFileAsTheLogicNamesIt) {
+TEST_F(QtFileDialogTest, ReturnsTheChosenFileInTheLogicsForm) {
     onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
     const auto chosen = dialog.open(request);
     ASSERT_TRUE(chosen.ok());
     EXPECT_EQ(chosen.value(), "L:" + machine("TWO.WAV"));
 }
 
-TEST_F(QtFileDialogTest, TakesTheFileThatWasChosenBeforeOnReturn) {
+TEST_F(QtFileDialogTest, ReturnAcceptsThePreviouslyChosenFile) {
     onDialog([&](QFileDialog& shown) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
@@ -109,7 +111,7 @@ TEST_F(QtFileDialogTest, TakesTheFileThatWasChosenBeforeOnReturn) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
 }
 
-TEST_F(QtFileDialogTest, ShowsFilesOfTheFilterWhateverTheirCase) {
+TEST_F(QtFileDialogTest, FiltersFilesIgnoringCase) {
     std::vector<std::string> names;
     onDialog([&](QFileDialog& shown) {
         QListView& view = filledList(shown, 3);
@@ -127,12 +129,12 @@ TEST_F(QtFileDialogTest, AFileOfAnotherTypeMayBeTyped) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("four.txt"));
 }
 
-TEST_F(QtFileDialogTest, ANameWithoutAnEndingGetsTheDefaultOne) {
+TEST_F(QtFileDialogTest, ANameWithoutAnExtensionGetsTheDefaultOne) {
     onDialog([&](QFileDialog& shown) { type(shown, "one"); });
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
 }
 
-TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndOtherScriptsComeBackAsTheyAre) {
+TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndOtherScriptsAreUnchanged) {
     const std::string name = "it's  Größe [1] 音.wav";
     std::ofstream(folder.path() / name) << "x";
     request.fileName = "L:" + machine(name);
@@ -173,7 +175,7 @@ TEST_F(QtFileDialogTest, CancelAndEscapeAndCloseAreFailureNumber32755) {
     }
 }
 
-TEST_F(QtFileDialogTest, AFileThatTheLogicHasNoPathForIsABadName) {
+TEST_F(QtFileDialogTest, AFileWithoutALogicPathIsABadName) {
     QtFileDialog lost([](const std::string&) { return std::string(); },
                       [](const std::string&) { return std::string(); });
     onDialog([&](QFileDialog& shown) {
@@ -183,7 +185,7 @@ TEST_F(QtFileDialogTest, AFileThatTheLogicHasNoPathForIsABadName) {
     EXPECT_EQ(numberOf(lost.open(request)), ErrorNumber::badFileName);
 }
 
-TEST_F(QtFileDialogTest, BeginsWhereItWasLeftWhenNoFileIsGiven) {
+TEST_F(QtFileDialogTest, OpensInTheLastFolderIfNoFileIsGiven) {
     onDialog([&](QFileDialog& shown) {
         shown.setDirectory(QString::fromStdString(folder.path().string()));
     });
@@ -219,7 +221,7 @@ TEST_F(QtFileDialogTest, OpensInTheInitialFolderWithAnEmptyName) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, AnInitialFileStandsForItsFolder) {
+TEST_F(QtFileDialogTest, AnInitialFileMeansItsFolder) {
     const FileDialogRequest inFolder{.initialFolder = "L:" + machine("one.wav")};
     onDialog([&](QFileDialog& shown) {
         EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
@@ -227,7 +229,7 @@ TEST_F(QtFileDialogTest, AnInitialFileStandsForItsFolder) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, AnInitialFolderThatIsNowhereLeavesTheDialogWhereItWas) {
+TEST_F(QtFileDialogTest, AMissingInitialFolderMeansTheLastFolder) {
     onDialog([](QFileDialog&) {});
     static_cast<void>(dialog.open(request));
     onDialog([&](QFileDialog& shown) {
@@ -244,8 +246,8 @@ TEST_F(QtFileDialogTest, SavesUnderANewName) {
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("new.mp3"));
 }
 
-// The logic asks about a name that is taken; two questions would be one too many.
-TEST_F(QtFileDialogTest, SavesUnderANameThatIsTakenWithoutAQuestion) {
+// The logic asks before it replaces a file; the dialog must not ask as well.
+TEST_F(QtFileDialogTest, SavesUnderAnExistingNameWithoutAQuestion) {
     onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("TWO.WAV"));
 }

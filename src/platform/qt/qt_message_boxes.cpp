@@ -48,7 +48,7 @@ BoxAnswer QtMessageBoxes::show(const std::string& text, BoxIcon icon, BoxButtons
     QMessageBox box(iconOf(icon), heading, toQString(text), shown, dialogParent());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setAccessibleName(heading);
-    // File names in a text are no markup.
+    // Plain text: file names in a text are not markup.
     box.setTextFormat(Qt::PlainText);
     box.setEscapeButton(buttons == BoxButtons::ok ? QMessageBox::Ok : QMessageBox::Cancel);
     return answerOf(runDialog(box));

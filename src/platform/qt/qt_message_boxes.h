@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes of the desktop. They run a loop of their own until answered, so timers and jobs go
-// on beneath them.
+// Message boxes of the desktop. They run their own event loop until they are answered, so timers
+// and jobs continue meanwhile.
 #pragma once
 
 #include "platform/message_box.h"
@@ -9,10 +9,10 @@ namespace sonarith {
 
 class QtMessageBoxes : public MessageBoxes {
   public:
-    /// `defaultTitle` is shown where the caller gives none.
+    /// `defaultTitle` is shown if the caller passes no title.
     explicit QtMessageBoxes(std::string defaultTitle) : defaultTitle_(std::move(defaultTitle)) {}
 
-    /// Escape and the window's close answer cancel where there is one, and ok otherwise.
+    /// Escape and closing the window answer cancel if the box has it, otherwise ok.
     BoxAnswer show(const std::string& text, BoxIcon icon = BoxIcon::none,
                    BoxButtons buttons = BoxButtons::ok, const std::string& title = {}) override;
 

@@ -92,7 +92,7 @@ TEST_F(QtMessageBoxesTest, EscapeCancelsAQuestion) {
     EXPECT_EQ(boxes.show("Sure?", BoxIcon::none, BoxButtons::yesNoCancel), BoxAnswer::cancel);
 }
 
-TEST_F(QtMessageBoxesTest, ABoxStandsAboveTheMainWindow) {
+TEST_F(QtMessageBoxesTest, ABoxIsAboveTheMainWindow) {
     QMainWindow mainWindow;
     mainWindow.show();
     QCoreApplication::processEvents();

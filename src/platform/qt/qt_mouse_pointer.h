@@ -9,7 +9,7 @@ namespace sonarith {
 class QtMousePointer : public MousePointer {
   public:
     ~QtMousePointer() override;
-    /// Setting the shape that stands already changes nothing.
+    /// Setting the current shape again changes nothing.
     void set(Pointer pointer) override;
 
   private:

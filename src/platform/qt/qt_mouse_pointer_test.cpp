@@ -25,7 +25,7 @@ TEST(QtMousePointer, TwoHourglassesNeedOneNormalPointer) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, ANormalPointerThatStandsAlreadyIsNoError) {
+TEST(QtMousePointer, SettingTheNormalPointerTwiceIsNoError) {
     QGuiApplication::setOverrideCursor(Qt::CrossCursor);
     QtMousePointer pointer;
     pointer.set(Pointer::normal);

@@ -17,7 +17,7 @@
 namespace sonarith {
 namespace {
 
-/// Percent-encoded byte for byte, so that a name that is not UTF-8 reaches the viewer too.
+/// Percent-encoded byte by byte, so that a name that is not UTF-8 also reaches the viewer.
 void openInDesktopViewer(const std::string& machinePath) {
     const QByteArray encoded = QByteArray::fromStdString(machinePath).toPercentEncoding("/");
     QDesktopServices::openUrl(QUrl::fromEncoded("file://" + encoded));
@@ -70,7 +70,7 @@ void QtShell::showAboutBox() {
         QStringLiteral("Turns the tracks of an audio CD and MP3 files into WAV files, plays CDs, "
                        "keeps a playlist, edits the tags of MP3 files, and finds audio files.\n\n"
                        "Free software under the GNU General Public License, version 3 or later."));
-    // Taken at the size that message boxes give their own pictures.
+    // The size that message boxes use for their own pictures.
     const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
     box.setIconPixmap(QApplication::windowIcon().pixmap(QSize(side, side), box.devicePixelRatio()));
     static_cast<void>(runDialog(box));

@@ -12,20 +12,20 @@ namespace sonarith {
 
 class QtShell : public Shell {
   public:
-    /// Turns a path of the logic's form into the machine's, and opens a file in its viewer; the
-    /// latter is the desktop's own when empty.
+    /// Converts a path from the logic's form to the machine's, and opens a file in its viewer; if
+    /// the latter is empty, the desktop's viewer is used.
     using ToMachinePath = std::function<std::string(const std::string&)>;
     using OpenFile = std::function<void(const std::string& machinePath)>;
 
-    /// `notices` outlives the shell.
+    /// `notices` must outlive the shell.
     QtShell(std::string title, ToMachinePath toMachinePath, Notices& notices,
             OpenFile openFile = {});
 
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
-    /// A file that is not there is reported as a notice; no viewer for it is the desktop's affair.
+    /// A missing file is reported as a notice. If no viewer is installed, the desktop reports it.
     void showHelp(const std::string& path) override;
-    /// Returns when the box was closed.
+    /// Returns when the user has closed the box.
     void showAboutBox() override;
     [[nodiscard]] std::uint64_t windowHandle(const Control& control) const override;
 

@@ -62,7 +62,7 @@ TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreReportedAndNotOpened) {
                                              "There is no help file " + there + "/."));
 }
 
-TEST_F(QtShellTest, AControlIsShownByTheWindowThatItStandsIn) {
+TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {
     Form form("Form1");
     const PictureBox clip(form, "Picture6");
     EXPECT_EQ(shell.windowHandle(clip), 0U);

@@ -15,7 +15,7 @@ QtTray::QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts)
       hosts_(std::move(hosts)),
       hostsChanged_(hosts_.changed.connect([this] { followHosts(); })) {}
 
-// The icons before the menu that they show.
+// The icons are destroyed before the menu that they show.
 QtTray::~QtTray() {
     entries_.clear();
 }
@@ -100,11 +100,11 @@ void QtTray::show(Entry& entry) {
             openMenuHere();
         }
     });
-    // A panel that comes back later gets it again from Qt.
+    // Qt passes it on to a panel that appears later.
     shown.show();
 }
 
-/// Some panels on the bus leave the menu to the program, and ask for it so.
+/// Some panels on the bus leave the menu to the program and request it this way.
 void QtTray::openMenuHere() {
     if (way_ == Way::statusNotifier && drawnHere_) {
         drawnHere_->popup(QCursor::pos());

@@ -87,7 +87,7 @@ TEST_F(QtTrayTest, AnIconIsAddedOnceModifiedAndRemovedOnce) {
     EXPECT_FALSE(shown());
 }
 
-TEST_F(QtTrayTest, EachIdentifierHasAnIconOfItsOwn) {
+TEST_F(QtTrayTest, EachIdentifierHasItsOwnIcon) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_TRUE(tray.add({2, &form, "two"}));
@@ -122,7 +122,7 @@ TEST_F(QtTrayTest, AnIconWaitsForAPanelAndIsShownWithItsLatestTip) {
     EXPECT_EQ(iconsDrawn, 1);
 }
 
-TEST_F(QtTrayTest, AnIconRemovedBeforeAnyPanelCameIsNeverShown) {
+TEST_F(QtTrayTest, AnIconRemovedBeforeAnyPanelExistsIsNeverShown) {
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_TRUE(tray.remove(1));
     test::NotifierWatcher watcher(bus);
@@ -184,7 +184,7 @@ TEST_F(QtTrayTest, TheModelsStateShowsInTheMenu) {
     EXPECT_TRUE(action("stop")->isEnabled());
 }
 
-TEST_F(QtTrayTest, TheModelHearsOfTheMenuBeforeItOpens) {
+TEST_F(QtTrayTest, TheModelIsNotifiedBeforeTheMenuOpens) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     int opened = 0;
@@ -194,13 +194,13 @@ TEST_F(QtTrayTest, TheModelHearsOfTheMenuBeforeItOpens) {
     };
     shown()->contextMenu()->popup(QPoint()); // as Qt does
     EXPECT_EQ(opened, 1);
-    // Which it then tells of, too.
+    // Qt then notifies of it, too.
     Q_EMIT shown()->activated(QSystemTrayIcon::Context);
     EXPECT_EQ(opened, 1);
     shown()->contextMenu()->close();
 }
 
-TEST_F(QtTrayTest, APanelOnTheBusThatDrawsNoMenuHasItDrawn) {
+TEST_F(QtTrayTest, TheMenuIsDrawnForABusPanelThatDrawsNone) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -255,7 +255,7 @@ TEST_F(QtTrayTest, ThePanelsOnTheBusAreKnownBeforeAnyIcon) {
     EXPECT_FALSE(shown());
 }
 
-TEST_F(QtTrayTest, ThePanelsThatComeAndGoAreNotified) {
+TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_THAT(hosts, IsEmpty());
     test::NotifierWatcher watcher(bus);
@@ -270,7 +270,7 @@ TEST_F(QtTrayTest, ThePanelsThatComeAndGoAreNotified) {
     EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
 }
 
-TEST_F(QtTrayTest, AnIconOnTheBusIsReachedByNoOtherPanel) {
+TEST_F(QtTrayTest, AnIconOnTheBusAppearsInNoOtherPanel) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -280,7 +280,7 @@ TEST_F(QtTrayTest, AnIconOnTheBusIsReachedByNoOtherPanel) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, AnEmbeddedIconIsReachedByNoOtherPanel) {
+TEST_F(QtTrayTest, AnEmbeddedIconAppearsInNoOtherPanel) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_THAT(hosts, ElementsAre(true));
@@ -293,7 +293,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconIsReachedByNoOtherPanel) {
     EXPECT_THAT(hosts, ElementsAre(true, false));
 }
 
-TEST_F(QtTrayTest, WhereBothKindsAreTheOneOnTheBusIsTaken) {
+TEST_F(QtTrayTest, PrefersThePanelOnTheBusToAnEmbeddingOne) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     embedding = true;
@@ -307,7 +307,7 @@ TEST_F(QtTrayTest, WhereBothKindsAreTheOneOnTheBusIsTaken) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, ABusThatDiesUnderAnIconHarmsNothing) {
+TEST_F(QtTrayTest, LosingTheBusOfAnIconIsHarmless) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -323,7 +323,7 @@ TEST_F(QtTrayTest, ABusThatDiesUnderAnIconHarmsNothing) {
 
 // --- the icon's sizes -----------------------------------------------------------------------
 
-TEST(SizedIcon, IsDrawnAnewForEachSizeThatPanelsAskFor) {
+TEST(SizedIcon, IsDrawnForEachSizeThatPanelsRequest) {
     const QIcon icon = withPanelSizes(redIcon());
     std::vector<int> sides;
     for (const QSize& size : icon.availableSizes()) {

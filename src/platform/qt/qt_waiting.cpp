@@ -12,10 +12,10 @@
 namespace sonarith {
 namespace {
 
-/// How long a wait rests between two looks at the window system: painting lags by that much at
-/// most, and a wait of seconds costs next to no processor time.
+/// How long a wait sleeps between two polls of the window system: painting is delayed by that much
+/// at most, and a wait of seconds costs almost no processor time.
 constexpr Waiting::Duration frame{20};
-/// One pass of an event dispatcher may leave behind what a prior event of the same pass has posted.
+/// One pass of an event dispatcher may leave events behind that were posted during the same pass.
 constexpr int passesPerFrame = 4;
 
 class Hourglass {
@@ -26,11 +26,11 @@ class Hourglass {
     Hourglass& operator=(const Hourglass&) = delete;
 };
 
-/// Paints, and lets the filter see what the window system has sent.
+/// Paints, and passes new events of the window system to the filter.
 void handleEvents() {
     for (int pass = 0; pass < passesPerFrame; ++pass) {
-        // The timers are the logic's, most of them; the name is older than the flag's use on all
-        // dispatchers of Unix systems.
+        // Excludes timers, most of which belong to the logic. Despite its X11 name, the flag works
+        // on all dispatchers of Unix systems.
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::X11ExcludeTimers);
     }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Waits for work on another thread while the windows stay painted and can be closed. It starts no
+// Waits for work on another thread while the windows are painted and can be closed. It starts no
 // work itself; linux/waiting/ does.
 #pragma once
 
@@ -10,17 +10,18 @@
 
 namespace sonarith {
 
-/// One for each program, beside the one QApplication, on its thread.
+/// One per program, together with the one QApplication, on its thread.
 ///
-/// A wait first rests for plainMoment. If that is not enough, the windows are painted and the mouse
-/// pointer is an hourglass until the wait ends. No handler runs meanwhile: timers do not fire (what
-/// falls due fires afterwards, as after any long handler), and input is held back (HeldEvents). A
-/// window that is closed, or a signal that ends the program, ends the wait. Queued calls of the
-/// program's own do run: whoever enters the logic from outside of an event uses runLater().
+/// A wait first blocks for plainMoment. If that is not enough, the windows are painted and the
+/// mouse pointer is an hourglass until the wait ends. No handler runs meanwhile: timers do not fire
+/// (due timers fire afterwards, as after any long handler), and input is held back (HeldEvents).
+/// Closing a window, or a signal to end the program, ends the wait. Queued calls of the program's
+/// own do run: code that enters the logic from outside of an event must use runLater().
 class QtWaiting final : public Waiting {
   public:
-    /// For all waits together from the one that a close has ended until control is back in an event
-    /// loop: work that is done at once is still waited for, but what hangs cannot hold up the end.
+    /// Total bound of all waits after a close has ended one, until control is back in an event
+    /// loop: short work is still waited for, but work that hangs cannot delay the end of the
+    /// program.
     static constexpr Duration haste{200};
 
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

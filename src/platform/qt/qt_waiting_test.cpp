@@ -30,7 +30,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Outcome = Waiting::Outcome;
 
-/// Notes what reaches it.
+/// Logs the events that reach it.
 class NotingWindow : public QWidget {
   public:
     explicit NotingWindow(std::vector<std::string>& log, std::string name = "")
@@ -77,7 +77,7 @@ class NotingWindow : public QWidget {
     std::string name_;
 };
 
-// What the window system does, as far as this platform can be made to do it.
+// Simulates the window system, as far as this platform allows.
 void press(QWidget& window, QEvent::Type type = QEvent::MouseButtonPress) {
     const bool down = type != QEvent::MouseButtonRelease;
     qt_handleMouseEvent(window.windowHandle(), {5, 5}, window.mapToGlobal(QPoint(5, 5)),
@@ -107,13 +107,13 @@ class QtWaitingTest : public testing::Test {
     void soon(std::function<void()> act) {
         QMetaObject::invokeMethod(&context, std::move(act), Qt::QueuedConnection);
     }
-    /// Waits for what never happens, and has `act` done meanwhile.
+    /// Waits for an event that never happens; `act` runs meanwhile.
     Outcome waitAnd(std::function<void()> act, Waiting::Duration bound = 150ms) {
         soon(std::move(act));
         const Completion never;
         return waiting.wait(never, bound);
     }
-    /// Handles events until all that was held has been handed out.
+    /// Handles events until all held events have been delivered.
     void goOn() {
         for (int i = 0; i < 50; ++i) {
             loop.yield();
@@ -126,7 +126,7 @@ class QtWaitingTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(QtWaitingTest, AnAnswerThatComesAtOnceIsTakenBeforeAnyEventIsHandled) {
+TEST_F(QtWaitingTest, AnImmediateCompletionIsAcceptedBeforeAnyEventIsHandled) {
     bool handled = false;
     soon([&] { handled = true; });
     Completion done;
@@ -140,7 +140,7 @@ TEST_F(QtWaitingTest, AnAnswerThatComesAtOnceIsTakenBeforeAnyEventIsHandled) {
     loop.yield();
 }
 
-TEST_F(QtWaitingTest, EndsWithTheAnswer) {
+TEST_F(QtWaitingTest, EndsWithTheCompletion) {
     Completion done;
     std::thread worker([&] {
         std::this_thread::sleep_for(100ms);
@@ -172,7 +172,7 @@ TEST_F(QtWaitingTest, ShowsTheHourglassMeanwhile) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(QtWaitingTest, HoldsInputAndHandsItOutInItsOrderOnceTheLoopGoesOn) {
+TEST_F(QtWaitingTest, HoldsInputAndDeliversItInOrderWhenTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] {
         press(window);
@@ -237,7 +237,7 @@ TEST_F(QtWaitingTest, ManyMovesOfTheMouseAreHeldAsOne) {
     EXPECT_EQ(moves.count, 1);
 }
 
-TEST_F(QtWaitingTest, AShortcutThatIsPressedMeanwhileActsAfterwards) {
+TEST_F(QtWaitingTest, AShortcutPressedMeanwhileActsAfterwards) {
     NotingWindow window(log);
     window.activateWindow();
     QCoreApplication::processEvents();
@@ -253,7 +253,7 @@ TEST_F(QtWaitingTest, AShortcutThatIsPressedMeanwhileActsAfterwards) {
     EXPECT_EQ(activated, 1);
 }
 
-TEST_F(QtWaitingTest, AWindowThatIsGoneGetsNothing) {
+TEST_F(QtWaitingTest, ADestroyedWindowReceivesNothing) {
     auto gone = std::make_unique<NotingWindow>(log, "gone ");
     NotingWindow other(log, "other ");
     (void)waitAnd([&] {
@@ -273,7 +273,7 @@ TEST_F(QtWaitingTest, HoldsAResizeWhoseHandlersWouldRun) {
     EXPECT_THAT(log, testing::Contains("resize 200"));
 }
 
-TEST_F(QtWaitingTest, InputOfAHandlersYieldComesBehindWhatIsStillHeld) {
+TEST_F(QtWaitingTest, InputOfAHandlersYieldIsQueuedAfterHeldInput) {
     NotingWindow window(log);
     bool first = true;
     window.onPress = [&] {
@@ -308,7 +308,7 @@ TEST_F(QtWaitingTest, AHandlerOfHeldInputMayWaitAgain) {
     EXPECT_THAT(log, ElementsAre("press", "handler returns", "key a", "key b"));
 }
 
-TEST_F(QtWaitingTest, TheLogicsTimersFireAfterwardsAsAfterALongHandler) {
+TEST_F(QtWaitingTest, TimersFireAfterwardsAsAfterALongHandler) {
     int ticks = 0;
     const auto timer = loop.every(10ms, [&] { ++ticks; });
     int once = 0;
@@ -321,7 +321,7 @@ TEST_F(QtWaitingTest, TheLogicsTimersFireAfterwardsAsAfterALongHandler) {
     EXPECT_EQ(once, 1);
 }
 
-TEST_F(QtWaitingTest, AClosedWindowEndsTheWaitAndIsClosedOnceTheLoopGoesOn) {
+TEST_F(QtWaitingTest, ClosingAWindowEndsTheWaitAndClosesItWhenTheLoopContinues) {
     NotingWindow window(log);
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([&] { window.close(); }, 1h), Outcome::ended);
@@ -343,7 +343,7 @@ TEST_F(QtWaitingTest, TheCloseComesBeforeOtherInput) {
     EXPECT_THAT(log, ElementsAre("close", "press"));
 }
 
-TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndUntilTheLoopGoesOn) {
+TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.close(); }, 1h);
     const auto begin = loop.now();
@@ -374,7 +374,7 @@ TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {
     EXPECT_THAT(log, ElementsAre("end", "press"));
 }
 
-/// Stands for the bridge to assistive programs, whose calls press buttons.
+/// Simulates the bridge to assistive programs, whose calls press buttons.
 class Bridge : public QDBusVirtualObject {
   public:
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
@@ -395,13 +395,13 @@ TEST_F(QtWaitingTest, ACallFromOutsideRunsNoHandlerMeanwhile) {
     EXPECT_EQ(calls, 1) << "outside of waits it is answered";
 }
 
-TEST_F(QtWaitingTest, CountsAsNoSecondWaitWhatFollowsTheFirst) {
+TEST_F(QtWaitingTest, AFollowingWaitIsNotANestedOne) {
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
 }
 
 #ifndef NDEBUG
-TEST_F(QtWaitingTest, AWaitWithinAWaitIsAMistake) {
+TEST_F(QtWaitingTest, ANestedWaitIsAProgrammingError) {
     EXPECT_DEATH((void)waitAnd([&] {
                      const Completion never;
                      (void)waiting.wait(never, 60ms);

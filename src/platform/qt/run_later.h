@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs work when the present event has been handled. For work of the logic: unlike a queued call,
-// and a single shot of QTimer without a delay, which is one, it never runs within a wait
-// (qt_waiting.h).
+// Runs work after the current event has been handled. For work of the logic: it never runs within a
+// wait (qt_waiting.h), unlike a queued call and unlike QTimer's single shot without a delay, which
+// is a queued call.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` once control is back in an event loop, that of a yield included; never if `context`
+/// Runs `work` once control is back in an event loop, including that of a yield; never if `context`
 /// is destroyed before.
 void runLater(QObject& context, std::function<void()> work);
 

@@ -21,7 +21,7 @@ class RunLaterTest : public testing::Test {
     int runs = 0;
 };
 
-TEST_F(RunLaterTest, RunsOnceWhenTheLoopGoesOn) {
+TEST_F(RunLaterTest, RunsOnceWhenTheLoopContinues) {
     runLater(*context, [this] { ++runs; });
     EXPECT_EQ(runs, 0);
     loop.yield();
@@ -29,7 +29,7 @@ TEST_F(RunLaterTest, RunsOnceWhenTheLoopGoesOn) {
     EXPECT_EQ(runs, 1);
 }
 
-TEST_F(RunLaterTest, RunsNothingForAContextThatIsGone) {
+TEST_F(RunLaterTest, RunsNothingForADestroyedContext) {
     runLater(*context, [this] { ++runs; });
     context.reset();
     loop.yield();

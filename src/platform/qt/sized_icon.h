@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An icon that is drawn at any size and says which sizes it has: the desktop's panels ask for
-// those, and would be sent two sizes to scale otherwise.
+// An icon that is drawn at any size and reports the sizes it has: the desktop's panels ask for
+// these, and would otherwise receive two sizes to scale.
 #pragma once
 
 #include <QIcon>
 
 namespace sonarith {
 
-/// `icon` as it is, with the sizes that panels draw icons at.
+/// Returns `icon` with the sizes at which panels draw icons.
 [[nodiscard]] QIcon withPanelSizes(const QIcon& icon);
 
 } // namespace sonarith

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transactions of the settings store: what the file, the readers and a kill see of them.
+// Transactions of the settings store: their effect on the file, on readers and after a kill.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-/// Counts how often a file is put into a folder under this name.
+/// Counts how often a file with this name is created in a folder or renamed into it.
 class ReplacementCount {
   public:
     ReplacementCount(const fs::path& folder, std::string name)
@@ -74,7 +74,7 @@ class StoreTransactionTest : public ::testing::Test {
     static std::string read(const IniSettingsStore& store, const std::string& key) {
         return store.GetSetting(applicationName, "Settings", key, "(default)");
     }
-    /// Runs `body` in a process that is killed once it has written a byte to the pipe that it gets.
+    /// Runs `body` in a process that is killed once it has written a byte to the pipe passed to it.
     template <typename Body>
     static void killDuring(Body body, int bytes) {
         int ready[2];
@@ -99,7 +99,7 @@ class StoreTransactionTest : public ::testing::Test {
     fakes::TempFolder temp_;
 };
 
-TEST_F(StoreTransactionTest, BringsSeveralWritesToTheDiskAsOneReplacement) {
+TEST_F(StoreTransactionTest, WritesSeveralChangesAsOneReplacement) {
     IniSettingsStore store(folder());
     put(store, "HDWarning", "0");
     ReplacementCount replacements(temp_.path(), fileName);
@@ -118,7 +118,7 @@ TEST_F(StoreTransactionTest, BringsSeveralWritesToTheDiskAsOneReplacement) {
         EXPECT_THAT(fileText(), HasSubstr("key" + std::to_string(i) + "=1"));
     }
     EXPECT_THAT(fileText(), Not(HasSubstr("HDWarning")));
-    // Without one, each is its own.
+    // Without a transaction each write is a replacement of its own.
     put(store, "a", "1");
     put(store, "b", "1");
     EXPECT_EQ(replacements.sinceLastAsked(), 2);
@@ -138,7 +138,7 @@ TEST_F(StoreTransactionTest, ShowsNewValuesToReadersInside) {
     EXPECT_EQ(read(IniSettingsStore(folder()), "HDWarning"), "0"); // on disk
 }
 
-TEST_F(StoreTransactionTest, EndsWithTheOutermostOfSeveral) {
+TEST_F(StoreTransactionTest, WritesAtTheEndOfTheOutermost) {
     IniSettingsStore store(folder());
     {
         const StoreTransaction outer(store);
@@ -186,7 +186,7 @@ TEST_F(StoreTransactionTest, KeepsWhatAnotherProgramWroteMeanwhile) {
     EXPECT_EQ(read(next, "HDWarning"), "0");
 }
 
-TEST_F(StoreTransactionTest, LeavesTheFileOfBeforeToAKillInside) {
+TEST_F(StoreTransactionTest, AKillInsideLeavesTheOldFile) {
     {
         IniSettingsStore store(folder());
         put(store, "HDWarning", "0");
@@ -206,7 +206,7 @@ TEST_F(StoreTransactionTest, LeavesTheFileOfBeforeToAKillInside) {
     EXPECT_EQ(test::entriesIn(temp_.path()), 1);
 }
 
-TEST_F(StoreTransactionTest, LeavesTheFileOfBeforeOrOfAfterToAKillAtItsEnd) {
+TEST_F(StoreTransactionTest, AKillAtItsEndLeavesTheOldOrTheNewFile) {
     for (int round = 0; round < 5; ++round) {
         killDuring(
             [this](int ready) {
@@ -230,7 +230,7 @@ TEST_F(StoreTransactionTest, LeavesTheFileOfBeforeOrOfAfterToAKillAtItsEnd) {
     }
 }
 
-TEST_F(StoreTransactionTest, ThatADiskTookNothingOfHoldsForTheRunAndIsTriedAgain) {
+TEST_F(StoreTransactionTest, AFailedOneStaysValidForTheRunAndIsRetried) {
     fs::permissions(temp_.path(), fs::perms::all);
     EXPECT_EQ(test::runUnprivileged([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
@@ -240,14 +240,14 @@ TEST_F(StoreTransactionTest, ThatADiskTookNothingOfHoldsForTheRunAndIsTriedAgain
                   rlimit limit{};
                   ::getrlimit(RLIMIT_FSIZE, &limit);
                   const rlim_t unlimited = std::exchange(limit.rlim_cur, 10'000);
-                  ::setrlimit(RLIMIT_FSIZE, &limit); // stands in for the full disk
+                  ::setrlimit(RLIMIT_FSIZE, &limit); // simulates the full disk
                   {
                       const StoreTransaction transaction(store);
                       put(store, "filler", std::string(20'000, 'x'));
                       put(store, "second", "2");
                   }
                   if (fileText() != before || read(store, "second") != "2") {
-                      return 1; // neither all nor a part of it
+                      return 1; // neither all nor a part of it was written
                   }
                   limit.rlim_cur = unlimited;
                   ::setrlimit(RLIMIT_FSIZE, &limit);

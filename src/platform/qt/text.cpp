@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-/// A lone surrogate from here to here + 0x7F stands for a byte from 0x80 to 0xFF.
+/// Lone surrogates from here to here + 0x7F represent the bytes 0x80 to 0xFF.
 constexpr char16_t firstByteSurrogate = 0xDC80;
 constexpr char16_t lastByteSurrogate = 0xDCFF;
 constexpr char16_t byteSurrogateBase = 0xDC00;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Between the logic's texts and the desktop's: UTF-8 bytes and QString. File names are bytes that
-// need not be UTF-8; they survive the way there and back. Not for display rules (mnemonics.h).
+// Converts between the logic's texts and the desktop's: UTF-8 bytes and QString. File names are
+// bytes that need not be UTF-8; they survive the round trip. Not for display rules (mnemonics.h).
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@
 
 namespace sonarith {
 
-/// Each byte that is not part of valid UTF-8 becomes one lone low surrogate, U+DC00 + byte, which
-/// no valid text holds.
+/// Each byte that is not part of valid UTF-8 becomes a lone low surrogate, U+DC00 + byte, which no
+/// valid text contains.
 [[nodiscard]] QString toQString(std::string_view text);
 
-/// The inverse of toQString. A surrogate that stands alone and is no such byte becomes U+FFFD.
+/// The inverse of toQString. A lone surrogate that represents no such byte becomes U+FFFD.
 [[nodiscard]] std::string toText(const QString& text);
 
 } // namespace sonarith

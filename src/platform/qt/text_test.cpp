@@ -8,13 +8,13 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(Text, ValidUtf8IsShownAsItReads) {
+TEST(Text, ValidUtf8IsUnchanged) {
     EXPECT_EQ(toQString("Lied für Örtlichkeiten ♪ \xF0\x9F\x8E\xB5"),
               QString::fromUtf8("Lied für Örtlichkeiten ♪ \xF0\x9F\x8E\xB5"));
     EXPECT_EQ(toText(QString::fromUtf8("Ü\xF0\x9F\x8E\xB5")), "Ü\xF0\x9F\x8E\xB5");
 }
 
-TEST(Text, BytesThatAreNotUtf8SurviveTheWayThereAndBack) {
+TEST(Text, BytesThatAreNotUtf8SurviveTheRoundTrip) {
     const std::string names[] = {
         "\xFF"s,         "caf\xE9.wav"s,      "\xC3"s,
         "a\xC3"s,        "\xE2\x82"s,         "\xED\xA0\x80"s,
@@ -27,7 +27,7 @@ TEST(Text, BytesThatAreNotUtf8SurviveTheWayThereAndBack) {
     }
 }
 
-TEST(Text, EveryPairOfBytesSurvivesTheWayThereAndBack) {
+TEST(Text, EveryPairOfBytesSurvivesTheRoundTrip) {
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
             const std::string text = {static_cast<char>(first), static_cast<char>(second)};
@@ -36,12 +36,12 @@ TEST(Text, EveryPairOfBytesSurvivesTheWayThereAndBack) {
     }
 }
 
-TEST(Text, AnEncodedSurrogateDoesNotTurnIntoTheByteItWouldStandFor) {
+TEST(Text, AnEncodedSurrogateIsNotConvertedToTheByteItWouldRepresent) {
     EXPECT_EQ(toText(toQString("\xED\xB3\xA9")), "\xED\xB3\xA9");
     EXPECT_EQ(toQString("\xED\xB3\xA9").size(), 3);
 }
 
-TEST(Text, ASurrogateAloneThatIsNoByteBecomesTheReplacementCharacter) {
+TEST(Text, ALoneSurrogateThatIsNoByteBecomesTheReplacementCharacter) {
     EXPECT_EQ(toText(QString(QChar(0xD800))), "\xEF\xBF\xBD");
     EXPECT_EQ(toText(QString(QChar(0xDD00))), "\xEF\xBF\xBD");
 }

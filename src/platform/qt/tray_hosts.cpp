@@ -13,8 +13,8 @@
 namespace sonarith {
 namespace {
 
-// freedesktop.org, StatusNotifierItem; every desktop uses this name for the watcher, not the
-// document's.
+// freedesktop.org, StatusNotifierItem; every desktop uses this name for the watcher, which differs
+// from the one in that document.
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
@@ -43,12 +43,12 @@ void TrayHosts::watchBus() {
                                                    QDBusServiceWatcher::WatchForOwnerChange);
     connect(owner_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &recheck_,
             [this] { recheck_.start(); });
-    // From any sender: to name one would be a question that is waited for.
+    // From any sender: to name one would need a query that waits for its reply.
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus_->connect(QString(), watcherPath, watcherName, QLatin1String(signal), &recheck_,
                       SLOT(start()));
     }
-    // The connection's own notice of its end.
+    // The connection's own signal that it was closed.
     bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                   &recheck_, SLOT(start()));

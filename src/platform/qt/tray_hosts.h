@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which panels that show icons there are: a host of status notifiers on the session bus, or one
+// Detects the panels that show icons: a host of status notifiers on the session bus, or a panel
 // that embeds windows under X11. It shows no icon.
 #pragma once
 
@@ -15,30 +15,30 @@
 
 namespace sonarith {
 
-/// No question to the bus is waited for: a bus or a panel that hangs counts as none until it
-/// answers. For the user-interface thread.
+/// Never waits for a reply from the bus: a bus or a panel that hangs counts as missing until it
+/// replies. For the user-interface thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {
         std::function<QDBusConnection()> bus; ///< connects
         std::function<bool()> embedding;      ///< whether a panel embeds windows now
     };
-    /// Those of the desktop.
+    /// The sources of the desktop.
     [[nodiscard]] static Sources desktop();
 
     explicit TrayHosts(Sources sources);
 
-    /// Connects to the bus and watches it from now on. Nothing if it does so already.
+    /// Connects to the bus and watches it from now on. Does nothing if it already does.
     void watchBus();
-    /// Whether changes of embedding() are looked for, once a second: the X server sends no event of
-    /// them that Qt passes on.
+    /// Turns on polling of embedding(), once a second: Qt passes on no event of the X server for
+    /// its changes.
     void pollEmbedding(bool poll);
 
-    /// Whether a host of status notifiers is registered; false before the bus has answered.
+    /// Whether a host of status notifiers is registered; false until the bus has replied.
     [[nodiscard]] bool statusNotifier() const { return statusNotifier_; }
     [[nodiscard]] bool embedding() const { return sources_.embedding(); }
 
-    /// Either may have become another.
+    /// One of the two has changed.
     Signal<> changed;
 
   private:
@@ -49,9 +49,9 @@ class TrayHosts : public QObject {
     Sources sources_;
     std::optional<QDBusConnection> bus_;
     std::unique_ptr<QDBusServiceWatcher> owner_;
-    QTimer recheck_; ///< started by the bus's signals; asks
+    QTimer recheck_; ///< started by signals from the bus; queries it
     QTimer poll_;
-    unsigned lastQuestion_ = 0; ///< the reply to an older one says nothing any more
+    unsigned lastQuestion_ = 0; ///< replies to older ones are ignored
     bool statusNotifier_ = false;
     bool embeddingSeen_ = false;
 };

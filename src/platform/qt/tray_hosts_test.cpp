@@ -14,7 +14,7 @@ using test::NotifierWatcher;
 using test::PrivateBus;
 
 constexpr int patienceMilliseconds = 30'000;
-/// Longer than any reply on an idle bus takes; a test that waits in vain is the slower for it.
+/// Longer than any reply on an idle bus takes; a test that expects no reply waits this long.
 constexpr int quietMilliseconds = 300;
 
 class TrayHostsTest : public testing::Test {
@@ -38,7 +38,7 @@ class TrayHostsTest : public testing::Test {
     Connection counted = hosts.changed.connect([this] { ++changes; });
 };
 
-TEST_F(TrayHostsTest, KnowsOfNoneBeforeItWatches) {
+TEST_F(TrayHostsTest, KnowsNoneBeforeItWatches) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     QTest::qWait(quietMilliseconds);
@@ -46,11 +46,11 @@ TEST_F(TrayHostsTest, KnowsOfNoneBeforeItWatches) {
     EXPECT_EQ(watcher.questions(), 0);
 }
 
-TEST_F(TrayHostsTest, FindsAHostThatIsThere) {
+TEST_F(TrayHostsTest, FindsAnExistingHost) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
-    EXPECT_FALSE(hosts.statusNotifier()); // not asked and waited for
+    EXPECT_FALSE(hosts.statusNotifier()); // no blocking query
     EXPECT_TRUE(changesTo(true));
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
@@ -68,7 +68,7 @@ TEST_F(TrayHostsTest, AWatcherWithoutAHostIsNone) {
     EXPECT_TRUE(changesTo(false));
 }
 
-TEST_F(TrayHostsTest, AHostMayComeLaterGoAndComeBack) {
+TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
     EXPECT_FALSE(hosts.statusNotifier());
@@ -81,7 +81,7 @@ TEST_F(TrayHostsTest, AHostMayComeLaterGoAndComeBack) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItAnswers) {
+TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItReplies) {
     NotifierWatcher watcher(bus, NotifierWatcher::Manner::hangs);
     watcher.setHost(true);
     hosts.watchBus();
@@ -92,7 +92,7 @@ TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItAnswers) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, ABusThatDiesTakesItsHostAlong) {
+TEST_F(TrayHostsTest, LosingTheBusRemovesItsHost) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -109,7 +109,7 @@ TEST_F(TrayHostsTest, WithoutABusThereIsNone) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(TrayHostsTest, LooksForEmbeddingPanelsWhilePolledAlone) {
+TEST_F(TrayHostsTest, LooksForEmbeddingPanelsOnlyWhilePolling) {
     embedding = true;
     EXPECT_TRUE(hosts.embedding());
     QTest::qWait(1500);
@@ -117,7 +117,7 @@ TEST_F(TrayHostsTest, LooksForEmbeddingPanelsWhilePolledAlone) {
     hosts.pollEmbedding(true);
     EXPECT_EQ(changes, 0);
     embedding = false;
-    hosts.pollEmbedding(true); // no new beginning
+    hosts.pollEmbedding(true); // does not restart it
     EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; }, patienceMilliseconds));
     embedding = true;
     EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 2; }, patienceMilliseconds));

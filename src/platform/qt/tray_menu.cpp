@@ -18,7 +18,7 @@ TrayMenu::TrayMenu(MenuItem& heading) {
 }
 
 void TrayMenu::add(MenuItem& entry) {
-    // A single "&" would mark a letter.
+    // A single "&" would mark a mnemonic.
     QAction* action =
         addAction(toQString(entry.caption()).replace(QLatin1Char('&'), QLatin1String("&&")));
     action->setObjectName(toQString(entry.name()));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The menu on the icon in the desktop's panel: MenuItem models as a menu that Qt opens itself or
-// hands to the panel over the bus.
+// The menu of the icon in the desktop's panel: MenuItem models as a menu that Qt opens itself or
+// exports to the panel over the bus.
 #pragma once
 
 #include <vector>
@@ -13,9 +13,9 @@ namespace sonarith {
 
 class TrayMenu : public QMenu {
   public:
-    /// The heading's entries, which have none of their own; all outlive this. An entry's click runs
-    /// in the event loop and not within the panel's request, which would wait for it: what the
-    /// entry does may take long, take the icon away or end the program.
+    /// Shows the entries of `heading`, which have no submenus; heading and entries must outlive
+    /// this object. An entry's click runs in the event loop and not within the panel's request,
+    /// which would wait for it: the click may take long, remove the icon or end the program.
     explicit TrayMenu(MenuItem& heading);
 
   private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Between the logic's window measure and the desktop's: twips and device-independent pixels. The
-// desktop scales its pixels by itself on fine screens; nothing here knows a real one.
+// Converts between the logic's unit of window measures and the desktop's: twips and
+// device-independent pixels. The desktop scales its pixels on high-resolution screens; physical
+// pixels are unknown here.
 #pragma once
 
 #include "platform/controls/twips.h"
@@ -17,7 +18,8 @@ inline constexpr int twipsPerPixel = 1440 / 96;
 /// Rounded to the nearest pixel, halves upwards.
 [[nodiscard]] constexpr int toPixels(Twips twips) {
     const int raised = twips.count() + twipsPerPixel / 2;
-    // Division rounds towards zero; places left of or above the screen's corner are negative.
+    // Integer division rounds towards zero; positions left of or above the screen's corner are
+    // negative.
     return raised >= 0 ? raised / twipsPerPixel : -((-raised + twipsPerPixel - 1) / twipsPerPixel);
 }
 

@@ -12,13 +12,13 @@ TEST(Twips, TheDesignedClientAreaIs266By366Pixels) {
     EXPECT_EQ(toTwips(266), 3990_twips);
 }
 
-TEST(Twips, PixelsSurviveTheWayThereAndBackOnBothSidesOfZero) {
+TEST(Twips, PixelsSurviveTheRoundTripOnBothSidesOfZero) {
     for (int pixels = -2000; pixels <= 2000; ++pixels) {
         ASSERT_EQ(toPixels(toTwips(pixels)), pixels);
     }
 }
 
-TEST(Twips, PartsOfAPixelAreRoundedToTheNearest) {
+TEST(Twips, FractionsOfAPixelAreRoundedToTheNearest) {
     EXPECT_EQ(toPixels(Twips(7)), 0);
     EXPECT_EQ(toPixels(Twips(8)), 1);
     EXPECT_EQ(toPixels(Twips(-7)), 0);
