@@ -44,12 +44,15 @@ class Speakers:
         """The bytes of all that has been played, silence included."""
         return self._heard.read_bytes()
 
+    def position(self):
+        """How many bytes of heard() there are, in whole frames."""
+        return self._heard.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
+
     def latest(self, seconds=0.4):
         """The samples of the last moments."""
         count = int(seconds * FRAME_RATE) * BYTES_PER_FRAME
-        size = self._heard.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
         with open(self._heard, "rb") as heard:
-            heard.seek(max(0, size - count))
+            heard.seek(max(0, self.position() - count))
             return heard.read(count)
 
     def wait_for_sound(self, what):

@@ -13,11 +13,10 @@ SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
 SMALLEST_STEP = 65535 // 50  # of a slider by one key
 KEYS = 6  # so many steps change the number beside it
-CUBE_HEIGHT = 3480 // 15  # pixels
 
 
 def part_of_track(sheet, number, second):
-    """A quarter of a second from a track."""
+    """A quarter of a second of a track."""
     track = track_samples(disc_samples(sheet), number, SECONDS)
     start = bytes_of(second)
     return track[start:start + bytes_of(1) // 4]
@@ -33,12 +32,8 @@ def start_playing(desktop, program, output="default", seconds=SECONDS):
     return started, panel, sheet, destination
 
 
-def heard_since(speakers, start):
-    return speakers.heard()[start:]
-
-
 def wait_to_hear(speakers, part, what, start=0):
-    wait_for(f"{what} in the speakers", lambda: find_run(heard_since(speakers, start), part) >= 0)
+    wait_for(f"{what} in the speakers", lambda: find_run(speakers.heard()[start:], part) >= 0)
 
 
 def a_disc_is_played_and_heard(desktop, program):
@@ -71,11 +66,11 @@ def a_disc_is_played_and_heard(desktop, program):
     # It goes on in the second where it paused.
     panel.wait_for_position("moving on", lambda track, second: track == 1 and second > paused[1])
 
-    start = len(speakers.heard()) // 4 * 4
+    start = speakers.position()
     panel.press("Next Track")
     panel.wait_for_position("the second track", lambda track, second: track == 2 and second >= 1)
     wait_to_hear(speakers, part_of_track(sheet, 2, 0), "the second track's beginning", start)
-    start = len(speakers.heard()) // 4 * 4
+    start = speakers.position()
     panel.press("Previous Track")
     # Within a track it goes to its beginning.
     wait_to_hear(speakers, part_of_track(sheet, 2, 0), "the second track once more", start)
@@ -90,11 +85,7 @@ def a_disc_is_played_and_heard(desktop, program):
     close(started)
 
 
-def lines_are_muted_and_open_again(desktop, program):
-    speakers = Speakers(desktop)
-    started, panel, _, _ = start_playing(desktop, program)
-    # The power switch opens both lines.
-    speakers.wait_for_sound("unmuted")
+def lines_are_muted_and_open_again(speakers, panel):
     for line in ("Master", "CD"):
         panel.switch(line, "Mute")
         speakers.wait_for_silence(f"{line} is muted")
@@ -108,12 +99,9 @@ def lines_are_muted_and_open_again(desktop, program):
     _, second = panel.position()
     panel.wait_for_position("going on", lambda _, shown: shown > second)
     check(any(speakers.latest()), "muting the wave line has silenced the disc")
-    close(started)
 
 
-def sliders_are_moved_by_keys(desktop, program):
-    speakers = Speakers(desktop)
-    started, panel, _, _ = start_playing(desktop, program)
+def sliders_are_moved_by_keys(desktop, started, panel):
     started.activate(TITLE)
     for name, before in (("Master", 10), ("CD", 10), ("Bass", 5), ("Treble", 5)):
         check_equal(panel.number(name), str(before), f"the number of {name}")
@@ -127,10 +115,19 @@ def sliders_are_moved_by_keys(desktop, program):
         check(int(expected) < before, f"the number of {name} has not fallen")
         desktop.press(*["Up"] * KEYS)
         wait_for(f"{name} as before", lambda: panel.number(name) == str(before))
+
+
+def the_mixer_is_worked_and_heard(desktop, program):
+    speakers = Speakers(desktop)
+    started, panel, _, _ = start_playing(desktop, program)
+    # The power switch opens both lines.
+    speakers.wait_for_sound("unmuted")
+    lines_are_muted_and_open_again(speakers, panel)
+    sliders_are_moved_by_keys(desktop, started, panel)
     started.tab_to("Master", "slider")
     desktop.press("End")
     wait_for("the lowest level", lambda: panel.slider("Master") == 65535)
-    check_equal(panel.number("Master"), "0", "the number of the lowest level")
+    wait_for("its number", lambda: panel.number("Master") == "0")
     speakers.wait_for_silence("turned down")
     close(started)
 
@@ -195,37 +192,40 @@ def an_ejected_disc_is_seen(desktop, program):
 def a_capture_switches_it_off_and_is_silent(desktop, program):
     speakers = Speakers(desktop)
     seconds = 3
-    started, _, _ = start_with_disc(desktop, program, seconds, "default")
-    sheet = desktop.home / "discs" / "disc.cue"
+    started, sheet, destination = start_with_disc(desktop, program, seconds, "default")
     panel = PlayerPanel(started)
     panel.switch_on()
     panel.press("Play")
     speakers.wait_for_sound("playing")
     start_row(started, f"Track  3 - 00:00:0{seconds}")
     wait_for("the capture", lambda: started.title == "Extracting Track 3")
-    start = len(speakers.heard()) // 4 * 4
+    start = speakers.position()
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
     check(not panel.is_open("Play"), "it can be played during a capture")
     wait_for("the end of the capture", lambda: started.title == "Sonarith v2.0")
-    found = wavs_by_track(desktop.home / "My Music")
+    found = wavs_by_track(destination)
     check_equal(list(found), [3], "tracks in the destination folder")
     check_run(found[3], disc_samples(sheet), 3, seconds)
     track = track_samples(disc_samples(sheet), 3, seconds)
     for second in range(seconds):
         part = track[bytes_of(second):bytes_of(second) + FRAME_RATE]
-        check(find_run(heard_since(speakers, start), part) < 0, "the capture was heard")
+        check(find_run(speakers.heard()[start:], part) < 0, "the capture was heard")
     close(started)
 
 
-def another_disc_is_chosen_while_it_plays(desktop, program):
-    started, panel, _, _ = start_playing(desktop, program, output="none")
+def another_disc_is_put_in_while_it_plays(desktop, program):
+    started, panel, sheet, _ = start_playing(desktop, program, output="none")
+    # In the place of the image that plays.
+    make_disc(sheet.parent, tracks=2, seconds=9, signal="ramp")
+    wait_for("the other disc", lambda: panel.shows("Track time: 00:09:00"))
+
+    # Chosen in the Devices window. The main window reads it, and so closes the one that both share.
     other = make_disc(desktop.home / "discs", name="other", tracks=2, seconds=7)
     started.choose_menu("Preferences", "Devices")
     started.click("Choose Disc Image...", "push button")
     wait_for("the file dialog", lambda: started.window("Choose Disc Image"))
     desktop.type(str(other))
     desktop.press("Return")
-    # The main window has read the new disc, and so closed the one that both share.
     wait_for("the player without its disc", lambda: panel.mode() == "No CD")
     check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open without a disc")
     started.click("Close", "push button")
@@ -238,15 +238,7 @@ def another_disc_is_chosen_while_it_plays(desktop, program):
     close(started)
 
 
-def its_image_is_replaced_while_it_plays(desktop, program):
-    started, panel, sheet, _ = start_playing(desktop, program, output="none")
-    make_disc(sheet.parent, tracks=2, seconds=9, signal="ramp")
-    wait_for("the other disc", lambda: panel.shows("Track time: 00:09:00"))
-    close(started)
-
-
 if __name__ == "__main__":
-    run(a_disc_is_played_and_heard, lines_are_muted_and_open_again, sliders_are_moved_by_keys,
-        its_menus_shape_and_close_it, an_ejected_disc_is_seen,
-        a_capture_switches_it_off_and_is_silent, another_disc_is_chosen_while_it_plays,
-        its_image_is_replaced_while_it_plays)
+    run(a_disc_is_played_and_heard, the_mixer_is_worked_and_heard, its_menus_shape_and_close_it,
+        an_ejected_disc_is_seen, a_capture_switches_it_off_and_is_silent,
+        another_disc_is_put_in_while_it_plays)

@@ -9,7 +9,7 @@ import wave
 from driver import run
 from mp3 import make_mp3
 from program import Program
-from scenes import check_box, close, music_folder, row_of, start_in
+from scenes import close, music_folder, row_of, start_in
 from sound import bytes_of, find_run
 from speakers import Speakers
 from waiting import check, check_equal, wait_for
@@ -31,12 +31,6 @@ def make_tagged(path, *tag, seconds=1):
     make_mp3(path, seconds)
     with open(path, "ab") as target:
         target.write(tag_of(*tag))
-
-
-def path_of(path):
-    """As the window names a file in a music_folder()."""
-    drive, *below = row_of(path).split("\\")
-    return "\\".join([drive.upper(), *path.parts[-len(below):]])
 
 
 def same_path(seen, path):
@@ -261,7 +255,7 @@ def an_entry_is_played_and_stopped(desktop, program):
     started.click("Stop", "push button", within=window)
     speakers.wait_for_silence("stopped")
     # What is stopped begins anew.
-    start = len(speakers.heard()) // 4 * 4
+    start = speakers.position()
     started.click("Play", "push button", within=window)
     wait_for("it from its beginning", lambda: find_run(speakers.heard()[start:], part) >= 0)
     started.close_other(TITLE)
