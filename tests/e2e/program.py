@@ -7,6 +7,8 @@ from gi.repository import GLib
 
 from waiting import check, wait_for
 
+MOST_LINES_WALKED = 200
+
 
 class Program:
     """The started program as it is seen and handled."""
@@ -52,6 +54,9 @@ class Program:
 
     def _walk(self, accessible):
         yield accessible
+        if (accessible.get_role_name() == "list" and
+                accessible.get_child_count() > MOST_LINES_WALKED):
+            return  # each line costs a call; lines() sees them
         for child in self._children(accessible):
             yield from self._walk(child)
 
@@ -135,6 +140,9 @@ class Program:
             element = self.find(name, role)
             return element and element.get_extents(self._atspi.CoordType.SCREEN)
         return self._tolerant(look, None)
+
+    def shows(self, element):
+        return self._has_state(element, self._atspi.StateType.SHOWING)
 
     def is_checked(self, element):
         return self._has_state(element, self._atspi.StateType.CHECKED)

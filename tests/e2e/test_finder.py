@@ -1,0 +1,232 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The file finder: searching a tree of files, stopping, its lists, the popup of what was found, and
+closing in the middle."""
+
+from driver import run
+from mp3 import make_mp3
+from scenes import close, music_folder, start_in
+from waiting import check, check_equal, wait_for
+
+BUTTON = "Search for Files"
+TITLE = "File Finder"
+SEARCH, STOP = "Search !", "Stop!"
+QUESTION = "Are you sure you want to delete this file?"
+
+
+def start_finder(desktop, program):
+    """The program with its finder open on the home's drive."""
+    destination = desktop.home / "My Music"
+    if not destination.exists():
+        music_folder(desktop)
+    started = start_in(desktop, program, destination)
+    open_finder(desktop, started)
+    return started
+
+
+def open_finder(desktop, started):
+    started.open_window(BUTTON, TITLE)
+    choose_home(desktop, started)
+
+
+def choose_folder(started, name):
+    started.click_line("Folder", name, times=2)
+
+
+def choose_home(desktop, started):
+    """The home's drive. The finder of a started program stands in the destination, and one that is
+    opened anew in the program's folder."""
+    if "h:\\" in wait_for("a folder", lambda: started.lines("Folder")):
+        choose_folder(started, "h:\\")
+        wait_for("the home's folders", lambda: "discs" in started.lines("Folder"))
+    else:
+        choose_home_by_drive(desktop, started)
+
+
+def choose_home_by_drive(desktop, started):
+    started.click("c:", "combo box", within=started.window(TITLE))
+    desktop.press("End", "Return")
+    wait_for("the home's folders", lambda: "discs" in started.lines("Folder"))
+
+
+def search_for(started, extension, name=None):
+    started.type_into("File Type", extension)
+    if name is not None:
+        started.type_into("File Name (optional)", name)
+    started.click(SEARCH, "push button")
+
+
+def wait_for_end(started):
+    wait_for("the end of the search", lambda: started.find(SEARCH, "push button") and
+             started.is_enabled("File Type", "text"))
+
+
+def summary(started):
+    """(folders, files)."""
+    words = next((text for text in started.labels(TITLE) if text.startswith("Directories: ")), "")
+    parts = words.split()
+    return (int(parts[1]), int(parts[3])) if len(parts) == 4 else None
+
+
+def as_found(path, home):
+    """A file as the finder names it: folders in lower case."""
+    return "\\".join(["h:", *path.relative_to(home).parts]).lower()
+
+
+def found(started):
+    return sorted(line.lower() for line in started.lines("Files found"))
+
+
+def make_files(desktop, *names):
+    for name in names:
+        path = desktop.home / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(b"x" * 2000)
+    return [desktop.home / name for name in names]
+
+
+def folders_below(folder):
+    """Those that do not begin with a dot."""
+    count = 0
+    for entry in folder.iterdir():
+        if entry.is_dir() and not entry.name.startswith("."):
+            count += 1 + folders_below(entry)
+    return count
+
+
+def files_are_found_by_extension_and_name(desktop, program):
+    mp3s = make_files(desktop, "a/One.mp3", "a/deep/Two.MP3", "b/Three.mp3")
+    make_files(desktop, "a/One.wav", "b/notes.txt", ".hidden/Four.mp3")
+    started = start_finder(desktop, program)
+    folders = folders_below(desktop.home)
+    search_for(started, "mp3")
+    wait_for_end(started)
+    check_equal(found(started), sorted(as_found(path, desktop.home) for path in mp3s),
+                "files found")
+    check_equal(summary(started), (folders, len(mp3s)), "the summary")
+    check("h:\\a\\deep\\" in [line.lower() for line in started.lines("Folders searched")],
+          "a folder is missing from those searched")
+    check_equal(started.text("File Type"), ".mp3", "the extension after the search")
+
+    search_for(started, ".wav")
+    wait_for_end(started)
+    check_equal(found(started), ["h:\\a\\one.wav"], "WAV files found")
+    search_for(started, ".mp3", "three")
+    wait_for_end(started)
+    check_equal(found(started), ["h:\\b\\three.mp3"], "files of that name found")
+    search_for(started, ".ogg", "")
+    wait_for_end(started)
+    check_equal((found(started), summary(started)), ([], (folders, 0)), "an empty search")
+    close(started)
+
+
+class LongSearch:
+    """A search that no machine has ended before a hand reaches the button. What it shows is looked
+    up before, since the busy program takes its time to answer for a whole window."""
+
+    def __init__(self, desktop, started):
+        self._desktop = desktop
+        self._started = started
+        started.click("h:", "combo box", within=started.window(TITLE))
+        desktop.press("Home", "Return")
+        wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
+        choose_folder(started, "C:\\")
+        wait_for("its folders", lambda: "usr" in started.lines("Folder"))
+        started.type_into("File Type", "so")
+        self.lists = [started.get(name, "list") for name in ("Files found", "Folders searched")]
+        self.wanted = started.get("File Type", "text")
+        self.labels = started.watch_labels(TITLE)
+        self.button = started.get(SEARCH, "push button")
+        self._place = started.place_of(self.button)
+        self.press_button()
+        wait_for("the search", lambda: self.button.get_name() == STOP)
+
+    def press_button(self):
+        self._desktop.click_at(*self._place)
+
+
+def a_search_with_hidden_lists_is_stopped(desktop, program):
+    started = start_finder(desktop, program)
+    started.click("Hide lists when searching", "check box")
+    search = LongSearch(desktop, started)
+    wait_for("the hidden lists", lambda: not any(map(started.shows, search.lists)))
+    check(not started.shows_enabled(search.wanted), "what is searched for is open meanwhile")
+    seen = set()
+
+    def folders_go_by():
+        seen.update(text for text in search.labels() if text.startswith("Searching . . . "))
+        return len(seen) >= 3
+
+    wait_for("the folders going by", folders_go_by)
+    search.press_button()
+    wait_for("the end", lambda: search.button.get_name() == SEARCH and
+             started.shows_enabled(search.wanted))
+    wait_for("the shown lists", lambda: all(map(started.shows, search.lists)))
+    _, files = wait_for("the summary", lambda: summary(started))
+    check_equal(files, search.lists[0].get_child_count(), "the number of files found")
+    # And the next one goes as if nothing had been.
+    choose_home_by_drive(desktop, started)
+    choose_folder(started, "discs")
+    wait_for("the small folder", lambda: ".config" not in started.lines("Folder"))
+    search_for(started, "cue")
+    wait_for_end(started)
+    check_equal(found(started), ["h:\\discs\\disc.cue"], "sheets found")
+    close(started)
+
+
+def found_files_are_selected_dropped_and_deleted(desktop, program):
+    names = ("One.mp3", "Two.mp3", "Three.mp3")
+    for name in names:
+        make_mp3(desktop.home / "found" / name, seconds=0.5)
+    one, two, three = (as_found(desktop.home / "found" / name, desktop.home) for name in names)
+    started = start_finder(desktop, program)
+    search_for(started, "mp3")
+    wait_for_end(started)
+    check_equal(found(started), sorted([one, two, three]), "files found")
+
+    def choose(file, mnemonic):
+        line = next(line for line in started.lines("Files found") if line.lower() == file)
+        started.click_line("Files found", line)
+        started.choose_from_popup(lambda: started.click_line("Files found", line, button=3),
+                                  mnemonic)
+
+    choose(one, "s")  # "Select for Conversion"
+    wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
+    choose(two, "r")  # "Remove File from list"
+    wait_for("the shorter list", lambda: found(started) == sorted([one, three]))
+    check((desktop.home / "found" / "Two.mp3").exists(), "a file that was dropped is gone")
+    for answer in ("No", "Yes"):
+        check((desktop.home / "found" / "Three.mp3").exists(), "it was deleted before the answer")
+        choose(three, "d")  # "Delete File"
+        wait_for("the question", lambda: started.find(QUESTION, "label"))
+        started.click(answer, "push button")
+        wait_for("the closed question", lambda: started.find(QUESTION, "label") is None)
+    wait_for("the shorter list", lambda: found(started) == [one])
+    check_equal(sorted(path.name for path in (desktop.home / "found").iterdir()),
+                ["One.mp3", "Two.mp3"], "the files")
+    choose(one, "c")  # "Close Window"
+    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    close(started)
+
+
+def closing_in_the_middle_ends_the_search(desktop, program):
+    make_files(desktop, "small/One.wav")
+    started = start_finder(desktop, program)
+    LongSearch(desktop, started)
+    desktop.press("Escape")
+    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    # The next one is fresh, and searches a small folder to its end.
+    started.open_window(BUTTON, TITLE)
+    check_equal((found(started), summary(started)), ([], None), "a finder opened anew")
+    started.get(SEARCH, "push button")
+    choose_home(desktop, started)
+    choose_folder(started, "small")
+    wait_for("the small folder", lambda: "discs" not in started.lines("Folder"))
+    search_for(started, "wav")
+    wait_for_end(started)
+    check_equal(found(started), ["h:\\small\\one.wav"], "files found")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(files_are_found_by_extension_and_name, a_search_with_hidden_lists_is_stopped,
+        found_files_are_selected_dropped_and_deleted, closing_in_the_middle_ends_the_search)
