@@ -50,6 +50,25 @@ TEST_F(LevelMeterTest, AStepReadsTheInputsPeak) {
     EXPECT_THAT(operationsOf([&] { tick(100); }), ElementsAre("mixer get 7 10020001"));
 }
 
+TEST_F(LevelMeterTest, EachReadTakesIdentifierAndItemCountFromTheControlAndOneBlock) {
+    // The card's meter has one item for all channels, another one's may have one for each.
+    MixerState& state = player.mixerState;
+    state.InputMeterCtrl.cMultipleItems = 2;
+    state.WaveMeterCtrl.cMultipleItems = 3;
+    tick(100);
+    const MixerControlDetails first = mixer.lastDetails;
+    EXPECT_EQ(first.dwControlID, state.InputMeterCtrl.dwControlID);
+    EXPECT_EQ(first.cMultipleItems, 2U);
+    for (Timer* timer : {&form.Timer2, &form.Timer4}) {
+        timer->fire();
+        EXPECT_EQ(mixer.lastDetails.dwControlID, state.WaveMeterCtrl.dwControlID);
+        EXPECT_EQ(mixer.lastDetails.cMultipleItems, 3U);
+        EXPECT_EQ(mixer.lastDetails.paDetails, first.paDetails);
+    }
+    tick(100);
+    EXPECT_EQ(mixer.lastDetails.cMultipleItems, 2U);
+}
+
 TEST_F(LevelMeterTest, TheBarRisesFromTheBottomOfItsPicture) {
     struct Row {
         int level;

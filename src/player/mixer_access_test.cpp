@@ -76,6 +76,17 @@ TEST_F(MixerAccessTest, ReadsAndWritesAValueAndKeepsHowThatEnded) {
     EXPECT_EQ(process.mixerLastError, MixerResult::noError);
 }
 
+TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsWhateverTheControlHas) {
+    find(mixer_line::waveIn, mixer_control::peakMeter);
+    ASSERT_EQ(record.cMultipleItems, 1U);
+    EXPECT_EQ(access.GetControlValue(handle, record), 0);
+    EXPECT_EQ(mixer.lastDetails.cChannels, 1U);
+    EXPECT_EQ(mixer.lastDetails.cMultipleItems, 0U);
+    access.SetControlValue(handle, record, 7);
+    EXPECT_EQ(mixer.lastDetails.cMultipleItems, 0U);
+    EXPECT_EQ(mixer.lastDetails.dwControlID, record.dwControlID);
+}
+
 TEST_F(MixerAccessTest, WithoutAMixerEverythingFails) {
     handle = 99;
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));

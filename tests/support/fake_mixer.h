@@ -49,6 +49,8 @@ class FakeMixer final : public Mixer {
     std::vector<std::string> log;
     /// Runs with each entry of the log.
     std::function<void(const std::string&)> onOperation;
+    /// What the last read or write of a value was asked with.
+    MixerControlDetails lastDetails;
 
     void removeLine(std::uint32_t line) {
         std::erase_if(values_, [&](const auto& entry) { return entry.first.first == line; });
@@ -108,6 +110,7 @@ class FakeMixer final : public Mixer {
         return MixerResult::noError;
     }
     MixerResult getControlDetails(MixerHandle mixer, MixerControlDetails& details) override {
+        lastDetails = details;
         const auto found = find(details.dwControlID);
         note("get " + (found == values_.end() ? "none" : text(found->first)));
         if (const MixerResult result = check(mixer, details); result != MixerResult::noError) {
@@ -120,6 +123,7 @@ class FakeMixer final : public Mixer {
         return MixerResult::noError;
     }
     MixerResult setControlDetails(MixerHandle mixer, const MixerControlDetails& details) override {
+        lastDetails = details;
         const auto found = find(details.dwControlID);
         note("set " + (found == values_.end() ? "none" : text(found->first)) + " " +
              (details.paDetails ? std::to_string(*details.paDetails) : "-"));
