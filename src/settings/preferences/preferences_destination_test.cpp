@@ -106,6 +106,24 @@ TEST_F(PreferencesDestination, ThatCannotBeMadeShowsTwoMessagesAndKeepsTheKey) {
     EXPECT_TRUE(form.loaded());
 }
 
+TEST_F(PreferencesDestination, IsShownAndInForceBeforeItsFoldersAreMade) {
+    start();
+    files.failWith(Operation::makeFolder, "d:\\New", ErrorNumber::permissionDenied);
+    form.Text9.setText("d:\\");
+    int boxesUp = 0;
+    boxes.whileUp = [&](const test::ShownBox&) {
+        ++boxesUp;
+        EXPECT_EQ(form.Text9.text(), "d:\\New");
+        EXPECT_EQ(form.Text10.text(), "New");
+        EXPECT_EQ(settings.decodePath, "d:\\new");
+        // What closes the choice comes behind both messages.
+        EXPECT_TRUE(form.Picture6.visible());
+        EXPECT_EQ(form.Check2.value(), 1);
+    };
+    create("New");
+    EXPECT_EQ(boxesUp, 2);
+}
+
 TEST_F(PreferencesDestination, ThatIsReadOnlyFullOrAFileShowsTwoMessages) {
     struct Row {
         const char* reason;

@@ -104,6 +104,33 @@ TEST_F(PreferencesLoad, OfSwitchesThatAreOffSavesNothing) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
+TEST_F(PreferencesLoad, OfAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
+    for (const char* key : {hdWarningKey, hdStopDecodingKey, desktopIconKey, minimizeOnStartKey,
+                            deleteWavKey, showFullPathKey, encodeAfterExtractingKey}) {
+        store.put("Settings", key, "1");
+    }
+    store.put("Settings", "mute button", "1");
+    store.put("Settings", "HDWarningNo", "300");
+    store.put("Settings", "HDStopNo", "200");
+    store.put("Settings", "Encoding quality", "0");
+    store.put("Settings", "Encoding bitrate", "0");
+    store.put("Settings", "Audio format", "0");
+    store.put("Settings", "DecodePath", "C:\\Music\\Wav");
+    start();
+    EXPECT_THAT(written(), ElementsAre("HDWarning=1", "HDstopdecoding=1", "desktop icon=1",
+                                       "minimize onstart=1", "Delete WAV=1", "show full path=1",
+                                       "encode after extracting=1", "mute button=1",
+                                       "DecodePath=C:\\Music\\Wav"));
+    EXPECT_EQ(store.fileWrites, 1);
+    // Limits and lists are shown and not saved.
+    EXPECT_EQ(store.size(), 14U);
+    EXPECT_EQ(form.Text7.text(), "300");
+    EXPECT_EQ(form.Text8.text(), "200");
+    EXPECT_EQ(form.Combo1.listIndex(), 0);
+    EXPECT_EQ(form.Combo2.listIndex(), 0);
+    EXPECT_EQ(form.cbxFormat.listIndex(), 0);
+}
+
 TEST_F(PreferencesLoad, SavesEachDefaultOfOneThatIsMissing) {
     const std::vector<std::string> switches = {hdWarningKey,  hdStopDecodingKey,
                                                deleteWavKey,  showFullPathKey,
