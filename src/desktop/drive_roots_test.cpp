@@ -50,6 +50,14 @@ TEST(DriveRoots, AskAsOftenAsTheListGrows) {
     EXPECT_EQ(asked, 5);
 }
 
+TEST(DriveRoots, LeaveARestOfLessThanFourCharactersOut) {
+    test::FakeSystemInformation machine;
+    machine.listOfRoots = [] {
+        return std::vector<std::string>{"C:\\", "D:"};
+    };
+    EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\"));
+}
+
 TEST(DriveRoots, AreAHundredAtMost) {
     test::FakeSystemInformation machine;
     machine.listOfRoots = [] {
