@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What the file's writer is given to finish with it.
+/// Gives the process that writes the file time to finish.
 constexpr EventLoop::Duration settlingTime = 300ms;
 
 } // namespace
@@ -31,7 +31,8 @@ void FileAdder::Cmaddfile2(std::string path) {
     }
     TreeView& tree = form_.TreeView1;
     const std::string name = SplitPath(path, process_);
-    // All nodes are asked, not one group's: a name that stands anywhere is there already.
+    // Compares with the nodes of all groups: a name that exists anywhere in the tree is a
+    // duplicate.
     for (int i = 1; i <= tree.count(); ++i) {
         const std::string& text = tree.node(i)->text();
         if (text == path || text == name) {
@@ -49,7 +50,7 @@ void FileAdder::Cmaddfile2(std::string path) {
     platform_.loop.yield();
 
     const std::string text = process_.settings.showFullPath != 0 ? path : name;
-    // A file of another type has no group, and so gets no node.
+    // A file of another type has no group and therefore gets no node.
     if (const auto added = addItem(tree, group, "p name" + text, text); added.ok()) {
         tree.ensureVisible(added.value()).passOver();
     }
@@ -58,7 +59,7 @@ void FileAdder::Cmaddfile2(std::string path) {
     if (!isWav && !isMp3) {
         return;
     }
-    // The entry goes on top while the node went to the end. Nothing relies on their order.
+    // The entry is added at the top, the node at the end. Nothing relies on their order.
     ListBox& list = isWav ? form_.List1 : form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
         if (list.list(i) == path) {

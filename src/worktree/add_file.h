@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The one road by which a new file enters the work tree and its lists: a finished capture, a
-// decoded file, a file picked by hand. Scans of the destination folder have a road of their own.
+// Adds one new file to the work tree and its lists: a finished capture, a decoded file or a file
+// that the user picks. Scans of the destination folder use WorkTree::showfiles() instead.
 #pragma once
 
 #include <string>
@@ -13,13 +13,13 @@ namespace sonarith {
 
 class FileAdder {
   public:
-    /// All outlive this.
+    /// All parameters must outlive this object.
     FileAdder(const Platform& platform, ProcessState& process, Form1& form)
         : platform_(platform), process_(process), form_(form) {}
 
-    /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group, an entry on top
-    /// of its list, both in lower case. Nothing happens, and nobody is told, for a file that is too
-    /// short or cannot be read, or whose name stands in the tree already.
+    /// Waits 0.3 s, then adds one WAV or MP3 file: a node at the end of its group and an entry at
+    /// the top of its list, both in lower case. Does nothing, without a message, if the file is too
+    /// short or cannot be read, or if its name is already in the tree.
     void Cmaddfile2(std::string path);
 
   private:

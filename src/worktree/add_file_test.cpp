@@ -41,7 +41,7 @@ TEST_F(Cmaddfile2Test, AddsAnMp3ToItsOwnGroupAndList) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondAndYieldsAllTheWhile) {
+TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondAndYieldsMeanwhile) {
     put("c:\\music\\a.wav");
     const auto start = loop.now();
     int ticks = 0;
@@ -51,7 +51,7 @@ TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondAndYieldsAllTheWhile) {
     EXPECT_GE(ticks, 2);
 }
 
-TEST_F(Cmaddfile2Test, LooksAtTheFileAfterTheWait) {
+TEST_F(Cmaddfile2Test, ReadsTheFileAfterTheWait) {
     loop.after(200ms, [this] { put("c:\\music\\late.wav"); });
     adder.Cmaddfile2("c:\\music\\late.wav");
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\late.wav"));
@@ -64,7 +64,7 @@ TEST_F(Cmaddfile2Test, StoresThePathInLowerCase) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\ärger.wav"));
 }
 
-TEST_F(Cmaddfile2Test, ShowsTheNameAloneWithoutFullPathsAndStoresThePath) {
+TEST_F(Cmaddfile2Test, WithoutFullPathsShowsOnlyTheNameAndStoresThePath) {
     process.settings.showFullPath = 0;
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
@@ -74,7 +74,7 @@ TEST_F(Cmaddfile2Test, ShowsTheNameAloneWithoutFullPathsAndStoresThePath) {
     EXPECT_EQ(process.SplitDir, "c:\\music\\");
 }
 
-TEST_F(Cmaddfile2Test, ANameWithABracketStandsForItselfAlone) {
+TEST_F(Cmaddfile2Test, ANameWithABracketIsComparedLiterally) {
     put("c:\\music\\x1.wav");
     put("c:\\music\\x[1].wav");
     adder.Cmaddfile2("c:\\music\\x1.wav");
@@ -94,7 +94,7 @@ TEST_F(Cmaddfile2Test, AnEntryWithABracketAndWithoutANodeIsNotDoubled) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\x[1].wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesDoesNothingAndSaysNothing) {
+TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesIsIgnoredSilently) {
     const auto before = outline();
     put("c:\\music\\short.wav", 99);
     adder.Cmaddfile2("c:\\music\\short.wav");
@@ -105,7 +105,7 @@ TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesDoesNothingAndSaysNothing) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\enough.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileThatCannotBeReadDoesNothing) {
+TEST_F(Cmaddfile2Test, AFileThatCannotBeReadIsIgnored) {
     const auto before = outline();
     put("c:\\music\\locked.wav");
     disk.failWith(test::FakeFileSystem::Operation::fileLength, "c:\\music\\locked.wav",
@@ -126,7 +126,7 @@ TEST_F(Cmaddfile2Test, TheSameFileTwiceLeavesOneNodeAndOneEntry) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, ANameThatStandsInTheTreeKeepsAFileOfAnotherFolderOut) {
+TEST_F(Cmaddfile2Test, ANameInTheTreeBlocksAFileOfAnotherFolder) {
     process.settings.showFullPath = 0;
     put("c:\\one\\a.wav");
     put("c:\\two\\a.wav");
@@ -136,7 +136,7 @@ TEST_F(Cmaddfile2Test, ANameThatStandsInTheTreeKeepsAFileOfAnotherFolderOut) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\one\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, WithFullPathsFilesOfTheSameNameInTwoFoldersBothStand) {
+TEST_F(Cmaddfile2Test, WithFullPathsFilesOfOneNameInTwoFoldersAreBothAdded) {
     put("c:\\one\\a.wav");
     put("c:\\two\\a.wav");
     adder.Cmaddfile2("c:\\one\\a.wav");
@@ -146,14 +146,14 @@ TEST_F(Cmaddfile2Test, WithFullPathsFilesOfTheSameNameInTwoFoldersBothStand) {
 
 TEST_F(Cmaddfile2Test, ANameOfAnyNodeOfAnyGroupCountsAsADuplicate) {
     put("c:\\music\\a.wav");
-    // A stray item of the first group, of which the test is no less true.
+    // A stray item of the first group; the rule applies to it as well.
     addItem(view, node("Selected Tracks"), "p stray", "a.wav").passOver();
     adder.Cmaddfile2("c:\\music\\a.wav");
     EXPECT_THAT(childrenOf("WAV Files"), IsEmpty());
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, AnEntryThatIsThereAlreadyIsNotAddedAgainThoughItsNodeIs) {
+TEST_F(Cmaddfile2Test, AnExistingEntryIsNotAddedAgainButItsNodeIs) {
     put("c:\\music\\a.mp3");
     fill(form.List2, {"x", "c:\\music\\a.mp3"});
     adder.Cmaddfile2("c:\\music\\a.mp3");
@@ -161,7 +161,7 @@ TEST_F(Cmaddfile2Test, AnEntryThatIsThereAlreadyIsNotAddedAgainThoughItsNodeIs) 
     EXPECT_THAT(lines(form.List2), ElementsAre("x", "c:\\music\\a.mp3"));
 }
 
-TEST_F(Cmaddfile2Test, TheNameThatARenamedFileHadGetsAnEntryAndNoNode) {
+TEST_F(Cmaddfile2Test, TheOldNameOfARenamedFileGetsAnEntryButNoNode) {
     process.settings.showFullPath = 0;
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
@@ -170,7 +170,7 @@ TEST_F(Cmaddfile2Test, TheNameThatARenamedFileHadGetsAnEntryAndNoNode) {
     ASSERT_EQ(node("b.wav")->key(), "p namea.wav");
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
-    // The renamed node keeps its key, which the new one would have: its add fails.
+    // The renamed node keeps its key, which the new node would need: adding it fails.
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("b.wav"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
 }
@@ -203,16 +203,16 @@ TEST_F(Cmaddfile2Test, WithoutItsGroupTheEntryIsAddedAndTheNodeIsNot) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AGroupThatGoesBetweenItsTwoYieldsLosesTheNodeAndNotTheEntry) {
+TEST_F(Cmaddfile2Test, AGroupRemovedBetweenTheYieldsLosesTheNodeButNotTheEntry) {
     put("c:\\music\\a.wav");
-    // The wait is one yield; the next one stands between finding the group and adding to it.
+    // The wait is one yield; the next one is between finding the group and adding to it.
     loop.atYield(2, [this] { view.remove(node("WAV Files Folder")).passOver(); });
     adder.Cmaddfile2("c:\\music\\a.wav");
     EXPECT_EQ(node("c:\\music\\a.wav"), nullptr);
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-/// Another call for the same file, begun inside each of the yields of the first one in turn.
+/// Starts another call for the same file inside each yield of the first call in turn.
 struct OverlappingCalls : Cmaddfile2Test, testing::WithParamInterface<int> {};
 
 TEST_P(OverlappingCalls, LeaveOneNodeAndOneEntry) {

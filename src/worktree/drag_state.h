@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What all events of the work tree share. Nothing resets it between events unless an event says so.
+// State shared by all events of the work tree. It persists between events unless an event resets
+// it.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +13,13 @@ namespace sonarith {
 struct DragState {
     /// The node under the pointer at the last mouse press; may be empty.
     NodeRef DragNode;
-    /// NodeLevel of DragNode, from the last time that a drag or the popup began.
+    /// NodeLevel of DragNode at the last start of a drag or opening of the popup.
     std::int32_t DragLevel = 0;
-    /// The node that a drag passed over last, or the group that a move addressed last.
+    /// The last node that a drag passed over, or the target group of the last move.
     NodeRef DropTarget;
     /// Tested before a drag starts. Nothing sets it.
     bool InDrag = false;
-    /// Tested at a mouse press. Only ever set empty.
+    /// Tested at a mouse press. Only ever set to an empty text.
     std::string LabelEditGuard;
 };
 

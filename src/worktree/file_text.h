@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whether a node's text is that of a file that may be renamed or removed. Texts alone: the level
-// of the node and the file on disk are not looked at.
+// Whether a node's text names a file that may be renamed or removed. Compares texts only, not the
+// level of the node or the file on disk.
 #pragma once
 
 #include <string>

@@ -6,13 +6,13 @@
 namespace sonarith {
 namespace {
 
-TEST(HasFileEnding, HoldsForTheTwoEndingsInOneCase) {
+TEST(HasFileEnding, IsTrueForTheTwoEndingsInOneCase) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
         EXPECT_TRUE(hasFileEnding(text)) << text;
     }
 }
 
-TEST(HasFileEnding, DoesNotHoldForMixedCaseOrAnythingElse) {
+TEST(HasFileEnding, IsFalseForMixedCaseOrAnythingElse) {
     for (const char* text : {"a.Wav", "a.wAV", "a.Mp3", "awav", "a.ogg", "a.wav ", "wav", ""}) {
         EXPECT_FALSE(hasFileEnding(text)) << text;
     }

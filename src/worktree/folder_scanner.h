@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The file finder as the work tree uses it: one search of a folder at a time, and its result list.
-// The finder's own window and its other uses are not the tree's business.
+// It does not include the finder's window and its other uses.
 #pragma once
 
 #include <string>
@@ -13,13 +13,13 @@ namespace sonarith {
 class FolderScanner {
   public:
     virtual ~FolderScanner() = default;
-    /// The folder (`Dir1`) that searches begin in. Errors, keeping the former folder: pathNotFound
-    /// and whatever else keeps it from being entered.
+    /// Sets the folder (`Dir1`) in which searches start. Errors, which keep the old folder:
+    /// pathNotFound and any other failure to enter the folder.
     virtual Status setFolder(const std::string& path) = 0;
-    /// A whole search (`zFileExt`, then `Command1_Click`) for files of an extension such as "wav",
-    /// in place of the former result. Yields while it runs.
+    /// Runs a complete search (`zFileExt`, then `Command1_Click`) for files with an extension such
+    /// as "wav" and replaces the previous result. Yields while it runs.
     virtual void search(const std::string& extension) = 0;
-    /// The paths found, and the current entry.
+    /// The paths found; its current line is the finder's selection.
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;
 };
 

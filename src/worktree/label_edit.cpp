@@ -27,7 +27,7 @@ void LabelEdit::TreeView1_AfterLabelEdit(bool& cancel, const std::string& newTex
     if (rename(newText).ok()) {
         return;
     }
-    // The label goes on naming the file that is there.
+    // The label must keep the name of the existing file.
     cancel = true;
     form_.TreeView1.startLabelEdit().passOver();
     takeAsSelection(drag_.DragNode);
@@ -39,12 +39,12 @@ Status LabelEdit::rename(const std::string& newText) {
         return {ErrorNumber::objectNotSet, "No node is selected."};
     }
     const std::string lowered = lowerCase(newText);
-    // Another case alone is a new label and no new name.
+    // A change of case only sets a new label but renames nothing.
     if (lowerCase(selected->text()) == lowered) {
         return {};
     }
     const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
-    // The new ending chooses the lists: a WAV that is to become an MP3 is found in none.
+    // The new ending selects the lists: a WAV file that gets the ending of an MP3 is found in none.
     Status renamed;
     if (lowered.ends_with("wav")) {
         renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});
@@ -61,8 +61,8 @@ Status LabelEdit::rename(const std::string& newText) {
     return {};
 }
 
-/// Renames the file of the first entry whose name matches `oldName`, a pattern in lower case, and
-/// the entry. No such entry is no failure.
+/// Renames the first entry whose name matches `oldName`, a pattern in lower case, and its file. A
+/// missing entry is not a failure.
 Status LabelEdit::renameFirst(const std::string& oldName, const std::string& newText,
                               std::initializer_list<ListBox*> lists) {
     for (ListBox* list : lists) {
@@ -71,7 +71,7 @@ Status LabelEdit::renameFirst(const std::string& oldName, const std::string& new
             if (!matches(lowerCase(SplitPath(entry, process_)), oldName)) {
                 continue;
             }
-            // The folder of this very entry, set by the call above.
+            // SplitDir is the folder of this entry, set by the call above.
             const std::string renamed = process_.SplitDir + newText;
             const Status status = platform_.files.rename(entry, renamed);
             return status.ok() ? list->setList(i, renamed) : status;

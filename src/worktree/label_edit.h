@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// In-place editing of the work tree's labels: which nodes may be renamed, and the renaming of file
-// and list entry that a new label asks for. The editor itself belongs to whoever shows the tree.
+// In-place editing of the work tree's labels: which nodes may be renamed, and the renaming of the
+// file and the list entry after a new label. The editor itself belongs to the view of the tree.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ namespace sonarith {
 
 class LabelEdit {
   public:
-    /// Becomes the handler of the tree's label edits. All outlive this.
+    /// Sets the handlers of the tree's label edits. All parameters must outlive this object.
     LabelEdit(const Platform& platform, ProcessState& process, Form1& form, DragState& drag);
     LabelEdit(const LabelEdit&) = delete;
     LabelEdit& operator=(const LabelEdit&) = delete;
@@ -24,8 +24,8 @@ class LabelEdit {
     /// or ".MP3".
     void TreeView1_BeforeLabelEdit(bool& cancel) const;
     /// Renames the selected node's file and its list entry. If the file cannot be renamed, the old
-    /// label stays (`cancel`) and the editor opens again. A new name of another type renames
-    /// nothing, and is left to the tree as a label.
+    /// label stays (`cancel`) and the editor opens again. A new name with the ending of another
+    /// type renames nothing; the tree shows it as the label.
     void TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText);
 
   private:

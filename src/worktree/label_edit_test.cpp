@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Files behind bare names, as the tree shows them without full paths.
+/// Files listed by bare names, as the tree shows them without full paths.
 struct LabelEditTest : test::WorkTreeWorld {
     LabelEditTest() {
         process.settings.showFullPath = 0;
@@ -21,7 +21,7 @@ struct LabelEditTest : test::WorkTreeWorld {
         tree.showfiles();
     }
 
-    /// A person presses the node, types and ends with Return.
+    /// The user presses the node, types, and ends with Return.
     void relabel(const std::string& text, const std::string& newText) {
         press(node(text));
         ASSERT_EQ(view.editedNode(), node(text)) << text;
@@ -42,7 +42,7 @@ struct LabelEditTest : test::WorkTreeWorld {
 
 // --- before ------------------------------------------------------------------------------------
 
-TEST_F(LabelEditTest, FilesMayBeEditedWhoseEndingIsInOneCase) {
+TEST_F(LabelEditTest, FilesWithAnEndingInOneCaseMayBeEdited) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
         EXPECT_FALSE(refused(text)) << text;
     }
@@ -84,7 +84,7 @@ TEST_F(LabelEditTest, ANewNameRenamesFileEntryAndLabelAndKeepsTheKey) {
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, ANewNameMakesTheNodeTheDraggedOneAndClearsTheGuard) {
+TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsTheGuard) {
     press(node("a.wav"));
     drag.DragNode = nullptr;
     drag.LabelEditGuard = "x";
@@ -103,7 +103,7 @@ TEST_F(LabelEditTest, AnMp3IsLookedForInItsOwnLists) {
     EXPECT_THAT(lines(form.List4), ElementsAre("x", "c:\\music\\m.mp3"));
 }
 
-TEST_F(LabelEditTest, ASelectedWavIsFoundInTheSecondListAndOneEntryAloneIsRenamed) {
+TEST_F(LabelEditTest, ASelectedWavIsFoundInTheSecondListAndOnlyOneEntryIsRenamed) {
     disk.addFile("d:\\a.wav", "d");
     fill(form.List1, {"c:\\music\\taken.wav"});
     fill(form.List5, {"d:\\a.wav", "c:\\music\\a.wav"});
@@ -122,14 +122,14 @@ TEST_F(LabelEditTest, AnUpperCaseEndingMayBecomeALowerCaseOne) {
     EXPECT_EQ(node("quiet.wav")->key(), "p loud");
 }
 
-TEST_F(LabelEditTest, AnotherCaseAloneIsANewLabelAndNoRename) {
+TEST_F(LabelEditTest, AChangeOfCaseOnlyChangesTheLabel) {
     relabel("a.wav", "A.wav");
     EXPECT_THAT(disk.log, IsEmpty());
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));
     EXPECT_NE(node("A.wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, AnEndingOfTheOtherTypeFindsNoEntryAndChangesTheLabelAlone) {
+TEST_F(LabelEditTest, AnEndingOfTheOtherTypeChangesOnlyTheLabel) {
     relabel("a.wav", "a.mp3");
     EXPECT_THAT(disk.log, IsEmpty());
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));
@@ -155,7 +155,7 @@ TEST_F(LabelEditTest, AnEmptyLabelHasNoEndingEither) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));
     EXPECT_EQ(file->text(), "");
     EXPECT_EQ(view.editedNode(), nullptr);
-    // Such a node is no file any more: neither renamed nor removed.
+    // Such a node no longer counts as a file: it can be neither renamed nor removed.
     press(file);
     EXPECT_EQ(view.editedNode(), nullptr);
     form.mnuRemoveDelete.click();
@@ -163,7 +163,7 @@ TEST_F(LabelEditTest, AnEmptyLabelHasNoEndingEither) {
     EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesAndLeavesTheDraggedNodeAlone) {
+TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesButDoesNotSetDragNode) {
     press(node("a.wav"));
     drag.DragNode = nullptr;
     view.finishLabelEdit("n.Wav");
@@ -173,7 +173,7 @@ TEST_F(LabelEditTest, AnEndingOfMixedCaseRenamesAndLeavesTheDraggedNodeAlone) {
     EXPECT_NE(node("n.Wav"), nullptr);
 }
 
-TEST_F(LabelEditTest, ANameThatIsTakenKeepsAllAsItWasAndOpensTheEditorAgain) {
+TEST_F(LabelEditTest, AnExistingNameChangesNothingAndOpensTheEditorAgain) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "taken.wav");
     EXPECT_EQ(contentOf("c:\\music\\taken.wav"), "c:\\music\\taken.wav");
@@ -189,7 +189,7 @@ TEST_F(LabelEditTest, ANameThatIsTakenKeepsAllAsItWasAndOpensTheEditorAgain) {
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, AfterARefusalTheDraggedNodeIsTheSelectionAndTheHighlight) {
+TEST_F(LabelEditTest, ARefusalSelectsAndHighlightsDragNode) {
     press(node("a.wav"));
     drag.DragNode = node("b.mp3");
     view.finishLabelEdit("taken.wav");
@@ -217,7 +217,7 @@ TEST_F(LabelEditTest, AWholePathAsLabelMakesANameThatFailsAndTheEditorOpensAgain
     EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(LabelEditTest, TheOldNameIsAPatternSoThatABracketMissesItsOwnEntry) {
+TEST_F(LabelEditTest, TheOldNameIsAPatternSoABracketDoesNotMatchItsOwnEntry) {
     disk.addFile("c:\\music\\x[1].wav", "x");
     fill(form.List1, {"c:\\music\\x[1].wav"});
     addItem(view, node("WAV Files"), "p x", "x[1].wav").passOver();

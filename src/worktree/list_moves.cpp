@@ -11,7 +11,7 @@ namespace sonarith {
 
 namespace {
 
-/// The first line that matches `s`, taken as a pattern; -1 if there is none.
+/// The first line that matches `s` as a pattern; -1 if there is none.
 int firstMatch(const ListBox& list, const std::string& s) {
     for (int i = 0; i < list.listCount(); ++i) {
         if (matches(list.list(i), s)) {
@@ -35,7 +35,7 @@ void ListMoves::moveEntry(const std::string& text, MovedBy movedBy) {
 }
 
 void ListMoves::moveFileEntry(const std::string& s, MovedBy movedBy) {
-    // WAV files go by the selected node's parent, MP3 files by DragNode's.
+    // The parent of the selected node decides for WAV files, the parent of DragNode for MP3 files.
     const std::string selected = parentText(form_.TreeView1.selectedItem());
     const std::string dragged = parentText(drag_.DragNode);
     if (s.ends_with("wav") && selected == wavFilesText) {
@@ -49,7 +49,7 @@ void ListMoves::moveFileEntry(const std::string& s, MovedBy movedBy) {
     }
 }
 
-/// The first entry whose file name matches that of `text`, or `text` itself if there is none.
+/// The first entry whose file name matches that of `text`, else `text` itself.
 std::string ListMoves::wholeEntry(const std::string& text) {
     std::array<const ListBox*, 2> lists;
     if (text.ends_with("wav")) {
@@ -75,7 +75,7 @@ void ListMoves::selectTrack(const std::string& s) {
     if (found < 0) {
         return;
     }
-    // On top: the track that was chosen last is extracted first.
+    // At the top: the track that was chosen last is extracted first.
     putOnTop(form_.lstRecord, form_.lstTracks.list(found), form_.List7);
     form_.lstTracks.removeItem(found).passOver();
 }
@@ -85,7 +85,7 @@ void ListMoves::returnTrack(const std::string& s) {
     if (found < 0) {
         return;
     }
-    // At the end, not at its number's place.
+    // At the end, not at the position of its number.
     form_.lstTracks.addItem(form_.lstRecord.list(found));
     form_.lstRecord.removeItem(found).passOver();
 }
@@ -119,8 +119,8 @@ void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // Unlike a WAV file, and a drag: List2 is emptied and List4 is not, so that its former entries
-    // stand there twice, before and behind the new one. A start then decodes them twice.
+    // Unlike a WAV file and unlike a drag: List2 is cleared but List4 is not, so its old entries
+    // occur twice, before and after the new one. A start then decodes them twice.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {
@@ -138,8 +138,9 @@ void ListMoves::returnMp3(const std::string& s) {
     putOnTop(form_.List2, s, form_.List7);
 }
 
-/// Passes over the entry that slides into a removed one's place, as its users expect: the bound is
-/// taken once and the index goes on. Past the shrunken end a removal fails and is passed over.
+/// Skips the entry that moves into the place of a removed one, which users rely on: the bound is
+/// taken once, and the index always advances. Beyond the shortened end a removal fails and is
+/// ignored.
 void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
     const int bound = list.listCount();
     for (int i = 0; i < bound; ++i) {

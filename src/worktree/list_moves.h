@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lists' half of a move between the "available" and the "selected" side: which entry leaves
-// which list and where it arrives. The nodes are moved by TreeMoves.
+// Moves list entries between the "available" and the "selected" side: which entry leaves which list
+// and where it is inserted. TreeMoves moves the nodes.
 #pragma once
 
 #include <functional>
@@ -13,18 +13,19 @@
 
 namespace sonarith {
 
-/// What asked for a move. A drag knows a file by its whole path and selects an MP3 as a WAV; a
-/// double click does neither.
+/// The trigger of a move. A drag identifies a file by its whole path and treats a selected MP3 as a
+/// WAV is treated; a double click does neither.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
   public:
-    /// All outlive this.
+    /// All parameters must outlive this object.
     ListMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
         : loop_(loop), process_(process), form_(form), drag_(drag) {}
 
-    /// Moves the entry that `text` names, by the parents of DragNode and of the selected node: the
-    /// first rule that fits, or none. Yields after each entry that it removes from a file list.
+    /// Moves the entry that `text` names. The parents of DragNode and of the selected node choose
+    /// the rule: the first one that fits, or none. Yields after each entry that it removes from a
+    /// file list.
     void moveEntry(const std::string& text, MovedBy movedBy);
 
   private:

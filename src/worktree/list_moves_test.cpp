@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// One root with all six groups, and an item in each that DragNode and the selection can stand on.
+/// One root with all six groups and an item in each, for DragNode and the selection.
 struct ListMovesTest : test::WorkTreeWorld {
     ListMoves lists{loop, process, form, drag};
 
@@ -29,7 +29,7 @@ struct ListMovesTest : test::WorkTreeWorld {
         return children.empty() ? addItem(view, node(group), "p in " + group, "item").value()
                                 : children.front();
     }
-    /// All lists but the scratch one, in one text for each that holds something.
+    /// All lists except the scratch list, one text for each list that is not empty.
     std::vector<std::string> all() const {
         std::vector<std::string> found;
         for (const ListBox* list : {&form.lstTracks, &form.lstRecord, &form.List1, &form.List5,
@@ -46,7 +46,7 @@ struct ListMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(ListMovesTest, ATrackGoesFromItsListToTheTopOfTheQueue) {
+TEST_F(ListMovesTest, ATrackMovesFromItsListToTheTopOfTheQueue) {
     fill(form.lstTracks, {"Track_1", "Track_2", "Track_3"});
     fill(form.lstRecord, {"Track_9"});
     move("Track_2", "Available Tracks");
@@ -62,13 +62,13 @@ TEST_F(ListMovesTest, ATrackReturnsToTheEndOfItsList) {
     EXPECT_THAT(lines(form.List7), ElementsAre("left over"));
 }
 
-TEST_F(ListMovesTest, OfTwoLikeTracksTheFirstOneMoves) {
+TEST_F(ListMovesTest, OfTwoEqualTracksTheFirstOneMoves) {
     fill(form.lstTracks, {"Track_1", "Track_2", "Track_1"});
     move("Track_1", "Available Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_1", "lstRecord: Track_1"));
 }
 
-TEST_F(ListMovesTest, ATrackThatNoListHoldsMovesNothing) {
+TEST_F(ListMovesTest, ATrackInNoListMovesNothing) {
     fill(form.lstTracks, {"Track_1"});
     fill(form.lstRecord, {"Track_2"});
     move("Track_5", "Available Tracks");
@@ -77,7 +77,7 @@ TEST_F(ListMovesTest, ATrackThatNoListHoldsMovesNothing) {
     EXPECT_THAT(lines(form.List7), ElementsAre("left over"));
 }
 
-TEST_F(ListMovesTest, ATracksEntryIsSoughtByWildcardAndMovedAsItStands) {
+TEST_F(ListMovesTest, ATracksEntryIsFoundByWildcardAndMovedUnchanged) {
     fill(form.lstTracks, {"Track_1", "Track_2"});
     move("Track_#", "Available Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2", "lstRecord: Track_1"));
@@ -86,7 +86,7 @@ TEST_F(ListMovesTest, ATracksEntryIsSoughtByWildcardAndMovedAsItStands) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_7"));
 }
 
-TEST_F(ListMovesTest, AnEmptiedQueueLineTakesItsPlaceInTheListAlong) {
+TEST_F(ListMovesTest, AnEmptyQueueLineIsMovedToTheList) {
     fill(form.lstRecord, {"Track_1", "Track_2", "Track_3"});
     form.lstRecord.setListIndex(2).passOver();
     move("Track_1", "Selected Tracks");
@@ -101,7 +101,7 @@ TEST_F(ListMovesTest, AWavGoesToTheTopOfTheSelectedOnes) {
     EXPECT_THAT(lines(form.List7), ElementsAre("b.wav", "c.wav"));
 }
 
-TEST_F(ListMovesTest, AWavReturnsToTheTopAndLeavesLikeEntriesOfTheTargetAlone) {
+TEST_F(ListMovesTest, AWavReturnsToTheTopAndKeepsEqualEntriesOfTheTarget) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "Selected WAV Files");
@@ -123,7 +123,7 @@ TEST_F(ListMovesTest, AWavWithABracketDoesNotFindItself) {
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
 }
 
-TEST_F(ListMovesTest, AWavGoesByTheSelectedNodesParentAndNotByDragNodes) {
+TEST_F(ListMovesTest, ForAWavTheSelectedNodesParentDecides) {
     fill(form.List1, {"a.wav"});
     moveFrom("a.wav", "MP3 Files", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
@@ -135,7 +135,7 @@ TEST_F(ListMovesTest, AWavGoesByTheSelectedNodesParentAndNotByDragNodes) {
     EXPECT_THAT(all(), ElementsAre("List1: a.wav"));
 }
 
-TEST_F(ListMovesTest, TracksAndMp3FilesGoByDragNodesParentAndNotByTheSelectedNodes) {
+TEST_F(ListMovesTest, ForTracksAndMp3FilesDragNodesParentDecides) {
     fill(form.lstTracks, {"Track_1"});
     moveFrom("Track_1", "Available Tracks", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1"));
@@ -152,20 +152,20 @@ TEST_F(ListMovesTest, ASelectedMp3EmptiesTheAvailableListAndDoublesTheSelectedOn
     EXPECT_THAT(lines(form.List7), ElementsAre("b.mp3", "d.mp3", "e.mp3"));
 }
 
-TEST_F(ListMovesTest, ASelectedMp3LeavesEmptyEntriesOut) {
+TEST_F(ListMovesTest, ASelectedMp3OmitsEmptyEntries) {
     fill(form.List4, {"", "e.mp3"});
     move("b.mp3", "MP3 Files");
     EXPECT_THAT(lines(form.List4), ElementsAre("", "e.mp3", "b.mp3", "e.mp3"));
 }
 
-TEST_F(ListMovesTest, AReturningMp3GoesToTheTopAndLeavesTheOthersWhereTheyAre) {
+TEST_F(ListMovesTest, AReturningMp3MovesToTheTopAndKeepsTheOthers) {
     fill(form.List2, {"a.mp3", "b.mp3"});
     fill(form.List4, {"b.mp3", "c.mp3"});
     move("b.mp3", "Selected MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: b.mp3 a.mp3", "List4: c.mp3"));
 }
 
-TEST_F(ListMovesTest, Mp3FilesAreSoughtByWildcardOnBothWays) {
+TEST_F(ListMovesTest, Mp3FilesAreFoundByWildcardInBothDirections) {
     fill(form.List4, {"1.mp3", "a.mp3"});
     move("#.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List4: a.mp3 #.mp3 a.mp3"));
@@ -175,20 +175,20 @@ TEST_F(ListMovesTest, Mp3FilesAreSoughtByWildcardOnBothWays) {
     EXPECT_THAT(all(), ElementsAre("List2: #.mp3"));
 }
 
-TEST_F(ListMovesTest, ABareNameFindsNoPathAndLandsOnTop) {
+TEST_F(ListMovesTest, ABareNameMatchesNoPathAndIsInsertedAtTheTop) {
     fill(form.List1, {"c:\\x\\a.wav"});
     move("a.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\x\\a.wav", "List5: a.wav"));
 }
 
-TEST_F(ListMovesTest, TheEntryThatSlidesIntoARemovedPlaceIsPassedOver) {
+TEST_F(ListMovesTest, TheEntryThatMovesIntoARemovedPlaceIsSkipped) {
     fill(form.List1, {"a.wav", "a.wav", "a.wav", "b.wav", "a.wav"});
     move("a.wav", "WAV Files");
-    // The second and the last one slid; the index had gone on.
+    // The second and the last one moved up after the index had advanced.
     EXPECT_THAT(lines(form.List1), ElementsAre("a.wav", "b.wav"));
 }
 
-TEST_F(ListMovesTest, AnEntryThatComesBehindTheEndInsideAYieldIsNotLookedAt) {
+TEST_F(ListMovesTest, AnEntryAppendedInsideAYieldIsNotVisited) {
     fill(form.List1, {"b.wav", "a.wav"});
     loop.atYield(1, [this] {
         form.List1.addItem("c.wav");
@@ -222,14 +222,14 @@ TEST_F(ListMovesTest, AListThatIsClearedInsideAYieldIsReadAsEmptyFromThenOn) {
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
 }
 
-TEST_F(ListMovesTest, AMoveBegunInsideAYieldFinishesFirst) {
+TEST_F(ListMovesTest, AMoveStartedInsideAYieldFinishesFirst) {
     fill(form.List1, {"a.wav", "b.wav"});
     loop.atYield(1, [this] { move("b.wav", "WAV Files"); });
     move("a.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List5: a.wav b.wav"));
 }
 
-TEST_F(ListMovesTest, WhatFitsNoRuleMovesNothing) {
+TEST_F(ListMovesTest, WithoutAMatchingRuleNothingMoves) {
     fill(form.lstTracks, {"Track_1"});
     fill(form.List1, {"a.wav", "a.WAV"});
     fill(form.List2, {"a.mp3", "a.MP3"});
@@ -279,7 +279,7 @@ TEST_F(DraggedListMovesTest, ATrackMovesAsByADoubleClick) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
 }
 
-TEST_F(DraggedListMovesTest, ABareNameMovesItsWholePath) {
+TEST_F(DraggedListMovesTest, ABareNameMovesTheWholePath) {
     fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
     drag_("b.wav", "WAV Files");
@@ -304,7 +304,7 @@ TEST_F(DraggedListMovesTest, TheAvailableListIsSearchedBeforeTheSelectedOne) {
     EXPECT_THAT(all(), ElementsAre("List2: c:\\one\\a.mp3", "List4: c:\\two\\a.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, ANameInNoListMovesAsItStands) {
+TEST_F(DraggedListMovesTest, ANameInNoListMovesUnchanged) {
     drag_("x.wav", "WAV Files");
     drag_("x.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List5: x.wav", "List4: x.mp3"));
@@ -316,7 +316,7 @@ TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNames) {
     EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, AnMp3LeavesTheOthersAvailableAndStandsOnceAmongTheSelected) {
+TEST_F(DraggedListMovesTest, AnMp3KeepsTheOthersAvailableAndIsSelectedOnce) {
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
     fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
     drag_("b.mp3", "MP3 Files");

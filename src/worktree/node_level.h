@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The level of a work tree's node, told by its key. Not its depth: a node that was moved elsewhere
-// keeps its level.
+// The level of a work tree's node, derived from its key. Not its depth: a node that was moved
+// elsewhere keeps its level.
 #pragma once
 
 #include "platform/controls/tree_view.h"
 
 namespace sonarith {
 
-/// Of what holds items, inside a collection.
+/// Level of a group: it contains items and belongs to a collection.
 inline constexpr int groupLevel = 2;
-/// Of a track or a file.
+/// Level of a track or a file.
 inline constexpr int itemLevel = 3;
 
 /// 1 for a collection, `groupLevel` or `itemLevel`: keys that begin with "f", "g" and "p". 0 for no

@@ -14,7 +14,7 @@ int levelOfKey(const std::string& key) {
     return NodeLevel(tree.add(nullptr, key, "p text", 1, 1).value());
 }
 
-TEST(NodeLevel, IsToldByTheFirstCharacterOfTheKey) {
+TEST(NodeLevel, DependsOnTheFirstCharacterOfTheKey) {
     EXPECT_EQ(levelOfKey("f Collection 1"), 1);
     EXPECT_EQ(levelOfKey("g Selected Tracks"), 2);
     EXPECT_EQ(levelOfKey("p Track  1 - 00:03:05"), 3);
@@ -29,7 +29,7 @@ TEST(NodeLevel, IsZeroForNoNodeAndForAnyOtherKey) {
     EXPECT_EQ(levelOfKey(" p"), 0);
 }
 
-TEST(NodeLevel, StaysWhatItIsWhereverTheNodeIsMoved) {
+TEST(NodeLevel, DoesNotChangeWhenTheNodeIsMoved) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     const NodeRef root = tree.add(nullptr, "f 1", "a", 1, 1).value();

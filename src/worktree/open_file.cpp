@@ -22,8 +22,8 @@ void OpenFile::mnuOpenfile_Click() {
     if (FileName_.empty()) {
         return;
     }
-    // After a cancel it is the name of the time before, which stands in the tree and is turned
-    // away there. Nothing here looks at the ending: the dialog's filter is the only guard.
+    // After a cancel this is the name from the previous use, which is rejected because it is
+    // already in the tree. The ending is not checked here: only the dialog's filter limits it.
     adder_.Cmaddfile2(FileName_);
 }
 

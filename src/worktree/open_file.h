@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds a file that the user picks by hand. Whether it is worth adding is FileAdder's to say.
+// Adds a file that the user picks. FileAdder decides whether it is accepted.
 #pragma once
 
 #include <string>
@@ -13,20 +13,20 @@ namespace sonarith {
 
 class OpenFile {
   public:
-    /// Becomes the handler of mnuOpenfile. All outlive this.
+    /// Sets the handler of mnuOpenfile. All parameters must outlive this object.
     OpenFile(FileDialog& CommonDialog1, const ProcessState& process, Form1& form, FileAdder& adder);
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    /// Lets the user choose a file and adds it. Yields while the dialog is up, and as long as
-    /// Cmaddfile2 does.
+    /// Lets the user choose a file and adds it. Yields while the dialog is open and during
+    /// Cmaddfile2.
     void mnuOpenfile_Click();
 
   private:
     FileDialog& CommonDialog1_;
     const ProcessState& process_;
     FileAdder& adder_;
-    /// The dialog's file name, kept from use to use.
+    /// The dialog's file name, kept from one use to the next.
     std::string FileName_;
 };
 

@@ -37,7 +37,7 @@ TEST_F(OpenFileTest, AddsTheChosenFile) {
     EXPECT_THAT(lines(form.List2), ElementsAre("d:\\b.mp3"));
 }
 
-TEST_F(OpenFileTest, TheDialogKeepsItsFileNameFromUseToUse) {
+TEST_F(OpenFileTest, TheDialogKeepsItsFileNameBetweenUses) {
     dialog.choices = {"d:\\New.wav", std::nullopt, std::nullopt};
     form.mnuOpenfile.click();
     form.mnuOpenfile.click();
@@ -54,7 +54,7 @@ TEST_F(OpenFileTest, ACancelOfTheFirstUseDoesNothingAtOnce) {
     EXPECT_EQ(loop.now(), start);
 }
 
-TEST_F(OpenFileTest, ALaterCancelOffersTheFormerFileAgainWhichIsTurnedAway) {
+TEST_F(OpenFileTest, ALaterCancelOffersThePreviousFileAgainWhichIsRejected) {
     dialog.choices = {"d:\\New.wav", std::nullopt};
     form.mnuOpenfile.click();
     const auto before = outline();

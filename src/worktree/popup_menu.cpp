@@ -44,8 +44,8 @@ PopupMenu::PopupMenu(const Platform& platform, ProcessState& process, Form1& for
 void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
-    // One after the other, each overriding the last. A group that none of them names ("WAV Files")
-    // offers what the menu offered the time before.
+    // Applied in this order; each rule overrides the ones before. A group without a rule ("WAV
+    // Files") keeps the state of the previous opening.
     if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
         set({});
     }
@@ -85,8 +85,8 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // The whole entry, unlike the command below: a node that shows a bare name takes no
-            // path out of its list, and a start still decodes such an MP3 file.
+            // Compares the whole entry, unlike the command below: a node that shows a bare name
+            // removes no path from its list, and a start still decodes such an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;
@@ -118,11 +118,11 @@ void PopupMenu::removeNode(const std::string& text) {
     form_.TreeView1.remove(firstNodeOfText(form_.TreeView1, text)).passOver();
 }
 
-/// Deletes the file of an entry, and the entry whatever became of the file.
+/// Deletes the file of an entry, and the entry even if the file could not be deleted.
 void PopupMenu::destroy(ListBox& list, int index) {
     const std::string entry = list.list(index);
     p_DestroyFile(entry, platform_.files, platform_.loop).passOver();
-    // The deletion yields: by now the entry may stand elsewhere, or be gone.
+    // The deletion yields: the entry may have moved or been removed meanwhile.
     int now = 0;
     while (now < list.listCount() && list.list(now) != entry) {
         ++now;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's popup: which of its entries are open for a node, and the two that take a file out
-// of the tree. Starting, minimizing and ending are wired elsewhere.
+// The work tree's popup: which of its entries are enabled for a node, and the two entries that
+// remove a file from the tree. Starting, minimizing and ending are wired elsewhere.
 #pragma once
 
 #include <string>
@@ -14,22 +14,23 @@ namespace sonarith {
 
 class PopupMenu {
   public:
-    /// Becomes the handler of the popup and of its two entries. All outlive this.
+    /// Sets the handlers of the popup and of its two entries. All parameters must outlive this
+    /// object.
     PopupMenu(const Platform& platform, ProcessState& process, Form1& form, DragState& drag);
     PopupMenu(const PopupMenu&) = delete;
     PopupMenu& operator=(const PopupMenu&) = delete;
 
-    /// Opens and closes the entries by DragNode before the menu shows. An entry that no rule
-    /// touches keeps the state of the time before.
+    /// Enables and disables the entries according to DragNode before the menu opens. An entry
+    /// without a matching rule keeps its previous state.
     void mnupopup_Open();
-    /// Takes DragNode's file out of the tree and its list, and keeps it on disk. Yields once.
+    /// Removes DragNode's file from the tree and its list, but keeps it on disk. Yields once.
     void mnuFileRemove_Click();
-    /// Takes DragNode's file out of the tree and its list and deletes it, unasked. A file that no
-    /// list holds stays on disk. Yields, for 0.2 s if it deletes.
+    /// Removes DragNode's file from the tree and its list and deletes it without a question. A file
+    /// that is in no list stays on disk. Yields, for 0.2 s if it deletes.
     void mnuRemoveDelete_Click();
 
   private:
-    /// Which entries are open.
+    /// Which entries are enabled.
     struct Open {
         bool mnuRemoveDelete = false;
         bool mnuStart2 = false;

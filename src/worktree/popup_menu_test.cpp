@@ -33,7 +33,7 @@ struct PopupMenuTest : test::WorkTreeWorld {
     NodeRef addTo(const std::string& group, const std::string& text) {
         return addItem(view, node(group), "p added " + text, text).value();
     }
-    /// Which of mnuRemoveDelete, mnuStart2 and mnuFileRemove are on, as letters.
+    /// The enabled entries among mnuRemoveDelete, mnuStart2 and mnuFileRemove, as letters.
     std::string open(const NodeRef& at) {
         drag.DragNode = at;
         run(form.mnupopup.onOpen);
@@ -68,9 +68,9 @@ TEST_F(PopupMenuTest, AnMp3CanBeStartedToo) {
     expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
 }
 
-TEST_F(PopupMenuTest, ATrackCanBeStartedAlone) {
+TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
     expectBothWays(node("Track  1 - 00:03:05"), "-S-");
-    // Later rows override earlier ones, also for a file of such a name.
+    // Later rules override earlier ones, also for a file with such a name.
     expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
@@ -85,7 +85,7 @@ TEST_F(PopupMenuTest, FourGroupsCanBeStarted) {
     }
 }
 
-TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsTheStateOfTheOpeningBefore) {
+TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsThePreviousState) {
     open(node(mp3File));
     EXPECT_EQ(open(node("WAV Files")), "DSR");
     open(node(wavFile));
@@ -94,7 +94,7 @@ TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsTheStateOfTheOpeningBefore) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ACollectionAndNoNodeCloseAllThreeAndLeaveTheOthersOpen) {
+TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesAllThreeOnly) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -114,7 +114,7 @@ TEST_F(PopupMenuTest, OpeningTakesTheLevelOfTheNode) {
 
 // --- remove from the list ------------------------------------------------------------------------
 
-TEST_F(PopupMenuTest, RemoveTakesNodeAndEntryAndKeepsTheFile) {
+TEST_F(PopupMenuTest, RemoveDeletesNodeAndEntryAndKeepsTheFile) {
     press(node(wavFile), {.right = true});
     form.mnuFileRemove.click();
     EXPECT_EQ(node(wavFile), nullptr);
@@ -123,7 +123,7 @@ TEST_F(PopupMenuTest, RemoveTakesNodeAndEntryAndKeepsTheFile) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, RemoveLooksThroughTheListsInOrderAndStopsAtTheFirstHit) {
+TEST_F(PopupMenuTest, RemoveSearchesTheListsInOrderAndStopsAtTheFirstMatch) {
     for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
         fill(*list, {"x", wavFile, wavFile});
     }
@@ -140,7 +140,7 @@ TEST_F(PopupMenuTest, RemoveLooksThroughTheListsInOrderAndStopsAtTheFirstHit) {
     }
 }
 
-TEST_F(PopupMenuTest, RemoveOfABareNameLeavesTheEntrySoThatTheFileIsStillWorkedOn) {
+TEST_F(PopupMenuTest, RemoveOfABareNameKeepsTheEntrySoTheFileIsStillProcessed) {
     bareNames();
     press(node("b.mp3"), {.right = true});
     form.mnuFileRemove.click();
@@ -160,7 +160,7 @@ TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
     EXPECT_EQ(loop.yieldCount(), yields);
 }
 
-TEST_F(PopupMenuTest, RemoveYieldsBeforeItLooksForTheNode) {
+TEST_F(PopupMenuTest, RemoveYieldsBeforeItSearchesTheNode) {
     press(node(wavFile), {.right = true});
     const int yields = loop.yieldCount();
     bool stoodThere = false;
@@ -170,7 +170,7 @@ TEST_F(PopupMenuTest, RemoveYieldsBeforeItLooksForTheNode) {
     EXPECT_TRUE(stoodThere);
 }
 
-TEST_F(PopupMenuTest, TheFirstNodeOfTheTextGoesWhicheverWasClicked) {
+TEST_F(PopupMenuTest, TheFirstNodeWithTheTextIsRemovedWhicheverWasClicked) {
     const NodeRef first = node(wavFile);
     drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
@@ -188,7 +188,7 @@ TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheEntries) {
 
 // --- remove and delete ---------------------------------------------------------------------------
 
-TEST_F(PopupMenuTest, DeleteTakesNodeFileAndEntryUnasked) {
+TEST_F(PopupMenuTest, DeleteRemovesNodeFileAndEntryWithoutAQuestion) {
     press(node(mp3File), {.right = true});
     form.mnuRemoveDelete.click();
     EXPECT_EQ(node(mp3File), nullptr);
@@ -205,7 +205,7 @@ TEST_F(PopupMenuTest, DeleteFindsTheEntryOfABareNameUnlikeRemove) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteTakesAMixedEndingUnlikeRemove) {
+TEST_F(PopupMenuTest, DeleteAcceptsAMixedEndingUnlikeRemove) {
     disk.addFile("c:\\music\\C.Wav", "x");
     fill(form.List1, {"c:\\music\\C.Wav"});
     drag.DragNode = addTo("WAV Files", "c:\\music\\C.Wav");
@@ -224,7 +224,7 @@ TEST_F(PopupMenuTest, DeleteDoesNothingForAnythingElse) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, AFileThatCannotBeDeletedStaysWhileNodeAndEntryAreGone) {
+TEST_F(PopupMenuTest, AFileThatCannotBeDeletedLosesNodeAndEntry) {
     disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
     press(node(wavFile), {.right = true});
@@ -234,7 +234,7 @@ TEST_F(PopupMenuTest, AFileThatCannotBeDeletedStaysWhileNodeAndEntryAreGone) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, AFileThatNoListHoldsStaysOnDisk) {
+TEST_F(PopupMenuTest, AFileInNoListStaysOnDisk) {
     form.List1.clear();
     press(node(wavFile), {.right = true});
     form.mnuRemoveDelete.click();
@@ -268,14 +268,14 @@ TEST_F(PopupMenuTest, OneCommandDeletesOneFile) {
     EXPECT_THAT(lines(form.List4), ElementsAre("c:\\other\\b.mp3"));
 }
 
-TEST_F(PopupMenuTest, TheEntryGoesAlsoWhenTheListHasMovedDuringTheDeletion) {
+TEST_F(PopupMenuTest, TheEntryIsRemovedIfTheListChangedDuringTheDeletion) {
     press(node(wavFile), {.right = true});
     loop.after(100ms, [this] { putOnTop(form.List1, "c:\\music\\new.wav", form.List7); });
     form.mnuRemoveDelete.click();
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav"));
 }
 
-TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotTurnTheCommandToAnotherFile) {
+TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotRedirectTheCommand) {
     press(node(wavFile), {.right = true});
     loop.atYield(1, [this] { press(node(mp3File)); });
     form.mnuRemoveDelete.click();
@@ -284,20 +284,20 @@ TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotTurnTheCommandToAnotherFile) {
     EXPECT_NE(node(mp3File), nullptr);
 }
 
-/// What else may happen while a file is deleted: before it is looked for (the first yield), and
-/// while its deletion takes its time.
+/// An event during a deletion: before the file is searched (the first yield), and while it is being
+/// deleted.
 struct InTheMeantime {
     const char* what;
     std::function<void(PopupMenuTest&)> event;
-    /// Whether the file is deleted all the same if this comes before it is looked for.
+    /// Whether the file is still deleted if the event occurs before it is searched.
     bool fileGoesAtFirstYield;
 };
 
-TEST_F(PopupMenuTest, WhateverHappensInsideADeletionTreeAndListsAgree) {
+TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     const InTheMeantime cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
-        // Before the file was looked for, its entry goes and it is found in no list.
+        // Its entry is removed before the file is searched, so it is found in no list.
         {"the other command", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); }, false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
     };
@@ -324,7 +324,7 @@ TEST_F(PopupMenuTest, WhateverHappensInsideADeletionTreeAndListsAgree) {
     }
 }
 
-TEST_F(PopupMenuTest, ARefreshInsideADeletionTakesTheFileOutAgainOnlyIfItComesFirst) {
+TEST_F(PopupMenuTest, ARefreshInsideADeletionMustComeFirstForTheFileToBeRemoved) {
     for (int n = 1; n <= 10; ++n) {
         SCOPED_TRACE(n);
         disk.addFile(wavFile, "x");
@@ -334,7 +334,7 @@ TEST_F(PopupMenuTest, ARefreshInsideADeletionTakesTheFileOutAgainOnlyIfItComesFi
         loop.atYield(n, [this] { tree.showfiles(); });
         form.mnuRemoveDelete.click();
         EXPECT_FALSE(disk.fileExists(wavFile));
-        // The scan of a refresh that comes later still finds the file, and the node comes back.
+        // The scan of a later refresh still finds the file, and the node is added again.
         EXPECT_EQ(node(wavFile) != nullptr, n > 1);
         EXPECT_THAT(lines(form.List1), IsEmpty());
     }

@@ -14,7 +14,7 @@ ActionStarter::ActionStarter(ProcessState& process, Windows& windows)
 
 void ActionStarter::CmdSelectAction_Click() {
     if (process_.PlayerOpen) {
-        // The player may hold the disc.
+        // The player may be using the disc.
         windows_.Form4.Command6.click();
     }
     form_.Label5.setVisible(false);
@@ -36,7 +36,7 @@ void ActionStarter::CmdSelectAction_Click() {
 }
 
 void ActionStarter::runActionFor(const std::string& text) {
-    // The order counts: a file whose name begins with "Track" is taken for a track.
+    // The order matters: a file whose name begins with "Track" counts as a track.
     if (text == selectedTracksText || text == availableTracksText || isTrackText(text)) {
         form_.cmdStart.click();
     } else if (text.ends_with(".mp3") || text == selectedMp3FilesText || text == mp3FilesText) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Turns the selected node into an action, and puts the window back to rest when that has ended. The
+// Starts the action for the selected node and resets the window to idle when it has ended. The
 // actions themselves are procedures of the main window.
 #pragma once
 
@@ -12,7 +12,7 @@ namespace sonarith {
 
 class ActionStarter {
   public:
-    /// Becomes the handler of CmdSelectAction. All outlive this.
+    /// Sets the handler of CmdSelectAction. Both parameters must outlive this object.
     ActionStarter(ProcessState& process, Windows& windows);
     ActionStarter(const ActionStarter&) = delete;
     ActionStarter& operator=(const ActionStarter&) = delete;

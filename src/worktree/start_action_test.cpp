@@ -49,7 +49,7 @@ struct StartActionTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(StartActionTest, TheSelectedNodesTextChoosesTheAction) {
+TEST_F(StartActionTest, TheSelectedNodesTextSelectsTheAction) {
     EXPECT_THAT(start("Selected Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start("Available Tracks"), ElementsAre("cmdStart"));
     EXPECT_THAT(start(t1), ElementsAre("cmdStart"));
@@ -65,12 +65,12 @@ TEST_F(StartActionTest, EverythingElseStartsNothing) {
     }
 }
 
-TEST_F(StartActionTest, AFileNamedLikeATrackIsTakenForOne) {
+TEST_F(StartActionTest, AFileNamedLikeATrackCountsAsOne) {
     EXPECT_THAT(start("Track 1.mp3"), ElementsAre("cmdStart"));
     EXPECT_THAT(start("Trackless.wav"), ElementsAre("cmdStart"));
 }
 
-TEST_F(StartActionTest, WithNothingSelectedItStillComesToRest) {
+TEST_F(StartActionTest, WithNothingSelectedItStillReturnsToIdle) {
     form.Disablem();
     form.hide();
     starter.CmdSelectAction_Click();
@@ -126,7 +126,7 @@ TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
     EXPECT_FALSE(windows.frmpopup.loaded());
 }
 
-TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfItIsWanted) {
+TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfEnabled) {
     bool guarded = true;
     form.cmdStart.onClick = [&] {
         guarded = form.tmrWarning.enabled();
@@ -143,7 +143,7 @@ TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfItIsWanted) {
     EXPECT_FALSE(form.tmrWarning.enabled());
 }
 
-TEST_F(StartActionTest, MinimizesForTheValueOneAlone) {
+TEST_F(StartActionTest, MinimizesOnlyForTheValueOne) {
     int minimized = 0;
     form.mnuMinimize.onClick = [&] {
         ++minimized;
@@ -170,7 +170,7 @@ TEST_F(StartActionTest, AWavNodeStartsNothingButMinimizesRestoresAndStartsTheTim
     EXPECT_TRUE(form.Timer1.enabled());
 }
 
-TEST_F(StartActionTest, ATrayThatIsNotThereIsNotLoaded) {
+TEST_F(StartActionTest, AnUnloadedTrayFormIsNotLoaded) {
     bool loaded = false;
     windows.frmpopup.onLoad = [&] {
         loaded = true;
@@ -179,7 +179,7 @@ TEST_F(StartActionTest, ATrayThatIsNotThereIsNotLoaded) {
     EXPECT_FALSE(loaded);
 }
 
-TEST_F(StartActionTest, ComesToRestOnlyAfterTheActionAndAlsoAfterAStop) {
+TEST_F(StartActionTest, ReturnsToIdleOnlyAfterTheActionAndAlsoAfterAStop) {
     form.tmrRecord.setEnabled(true);
     form.cmdStart.onClick = [this] {
         loop.after(10s, [this] { process.stopRequested = true; });
@@ -193,7 +193,7 @@ TEST_F(StartActionTest, ComesToRestOnlyAfterTheActionAndAlsoAfterAStop) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-TEST_F(StartActionTest, TheNodeSelectedAfterMinimizingCounts) {
+TEST_F(StartActionTest, TheNodeSelectedAfterMinimizingIsUsed) {
     process.settings.minimizeOnStart = 1;
     form.mnuMinimize.onClick = [this] {
         select("MP3 Files");
@@ -236,7 +236,7 @@ struct ActionAndTreeTest : StartActionTest {
             starter.CmdSelectAction_Click();
         };
     }
-    /// What comes while an action runs, a second after its start.
+    /// Runs `event` during an action, a second after its start.
     void during(const std::function<void()>& event) {
         form.cmdStart.onClick = [this, event] {
             form.Disablem();
@@ -252,14 +252,14 @@ TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheFirst) {
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     EXPECT_TRUE(form.mnuStart2.enabled());
-    // The button is let go before an entry is chosen. The left click's highlight is still there,
-    // and takes the selection back: meant so.
+    // The button is released before an entry is chosen. The left click's highlight still exists and
+    // takes over the selection; this is intended.
     release(node(mp3), {.right = true});
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
     EXPECT_EQ(view.selectedItem(), node(t1));
     form.mnuStart2.click();
     EXPECT_THAT(log, ElementsAre("cmdStart"));
-    // The other entries are about the node that was clicked.
+    // The other entries refer to the node that was clicked.
     form.mnuRemoveDelete.click();
     EXPECT_FALSE(disk.fileExists(mp3));
     EXPECT_NE(node(t1), nullptr);

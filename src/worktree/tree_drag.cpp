@@ -8,8 +8,8 @@ namespace sonarith {
 
 namespace {
 
-/// Whether a node of the text `target` keeps one of the text `dragged` out. A track passes over
-/// every track, a file over the groups of its kind alone.
+/// Whether a node with the text `target` refuses one with the text `dragged`. A track is accepted
+/// over every track, a file only over the groups of its kind.
 bool refuses(const std::string& target, const std::string& dragged) {
     const bool keepsTrackOut =
         isTrackText(dragged) && target != selectedTracksText && !isTrackText(target);
@@ -41,7 +41,7 @@ void TreeDrag::TreeView1_MouseMove(MouseButtons down) {
     }
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     if (drag_.DragLevel != groupLevel) {
-        // The drag's picture is known to whoever shows the tree.
+        // The view of the tree draws the dragged picture.
         form_.TreeView1.setSelectedItem(drag_.DragNode).passOver();
         form_.TreeView1.beginDrag();
     }
@@ -53,8 +53,8 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // Once for each node that is reached; but a move leaves the group that it addressed here, so
-    // that the next event over the same item counts as a change, and the item goes back again.
+    // Once for each node that is reached. But a move stores its target group here, so that the next
+    // event over the same item counts as a change, and the item moves back.
     if (target == drag_.DropTarget) {
         return;
     }
@@ -62,7 +62,7 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     TreeView& tree = form_.TreeView1;
     const std::string dragged = textOf(drag_.DragNode);
     if (!levelsFit(target)) {
-        // The move takes place all the same: a node of the wrong level refuses the drop alone.
+        // The move still takes place: a node of the wrong level refuses only the drop.
         tree.setDropHighlight(nullptr).passOver();
     } else if (refuses(target->text(), dragged)) {
         return;
@@ -77,8 +77,8 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
 
 void TreeDrag::TreeView1_DragDrop() {
     TreeView& tree = form_.TreeView1;
-    // A track's move has cleared the highlight; a file goes under the group at the pointer,
-    // whatever the moves on the way have left.
+    // A track's move has cleared the highlight; a file is put under the group at the pointer,
+    // whatever the moves during the drag did.
     if (const NodeRef highlighted = tree.dropHighlight()) {
         tree.setParent(drag_.DragNode, highlighted).passOver();
         tree.setDropHighlight(nullptr).passOver();

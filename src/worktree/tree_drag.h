@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drag over the work tree: how it starts, which nodes let it pass, and the drop. An item moves
-// while the pointer still moves; how it moves is TreeMoves' affair.
+// A drag over the work tree: how it starts, which nodes accept it, and the drop. An item moves
+// while the pointer is still moving; TreeMoves moves it.
 #pragma once
 
 #include <string>
@@ -13,15 +13,16 @@ namespace sonarith {
 
 class TreeDrag {
   public:
-    /// Becomes the handler of the tree's mouse moves and drags. All outlive this.
+    /// Sets the handlers of the tree's mouse moves and drags. All parameters must outlive this
+    /// object.
     TreeDrag(Form1& form, DragState& drag, TreeMoves& moves);
     TreeDrag(const TreeDrag&) = delete;
     TreeDrag& operator=(const TreeDrag&) = delete;
 
-    /// Begins to drag DragNode if the left button alone is down. Groups are not dragged.
+    /// Starts to drag DragNode if only the left button is down. Groups cannot be dragged.
     void TreeView1_MouseMove(MouseButtons down);
-    /// The pointer carries DragNode over `target` (empty: no node). Moves DragNode to the other
-    /// side, unless `target` is the node of the time before or refuses DragNode's kind. Yields.
+    /// The pointer drags DragNode over `target` (empty: no node). Moves DragNode to the other side,
+    /// unless `target` is the same node as in the previous call or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
     /// Puts DragNode below the highlighted node, if there is one, and ends the drag.
     void TreeView1_DragDrop();

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Counts the drags that the tree was asked to begin.
+/// Counts the requests to start a drag.
 struct DragLog : test::RevealLog {
     int drags = 0;
     void dragRequested() override { ++drags; }
@@ -61,7 +61,7 @@ TEST_F(TreeDragTest, GroupsAreNotDragged) {
     EXPECT_EQ(drag.DragLevel, 2);
 }
 
-TEST_F(TreeDragTest, TheLeftButtonAloneDrags) {
+TEST_F(TreeDragTest, OnlyTheLeftButtonDrags) {
     press(node(t1));
     for (const MouseButtons down :
          {MouseButtons{}, MouseButtons{.right = true}, MouseButtons{.left = true, .right = true}}) {
@@ -78,13 +78,13 @@ TEST_F(TreeDragTest, ADragThatIsMarkedAsRunningStartsNoOther) {
     EXPECT_EQ(observer.drags, 0);
 }
 
-TEST_F(TreeDragTest, StartingLeavesTheMarkAsItIs) {
+TEST_F(TreeDragTest, StartingDoesNotSetTheMark) {
     press(node(t1));
     move({.left = true});
     EXPECT_FALSE(drag.InDrag);
 }
 
-TEST_F(TreeDragTest, APressOnNothingDragsNothingAnywhere) {
+TEST_F(TreeDragTest, APressOnNoNodeDragsNothing) {
     const auto before = outline();
     press(nullptr);
     move({.left = true});
@@ -97,7 +97,7 @@ TEST_F(TreeDragTest, APressOnNothingDragsNothingAnywhere) {
     EXPECT_EQ(outline(), before);
 }
 
-// --- which nodes let a drag pass ---------------------------------------------------------------
+// --- which nodes accept a drag ---------------------------------------------------------------
 
 struct Passage {
     std::string dragged;
@@ -127,19 +127,19 @@ struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {
                 {mp3, "Available Tracks", false},
                 // An MP3 over an MP3 is refused, a track over a track is not.
                 {mp3, otherMp3, false},
-                // Endings in capitals are no file's to these filters: nothing refuses them.
+                // These filters do not know endings in capitals, so nothing refuses them.
                 {"x.WAV", "Available Tracks", true},
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
                 {"track 9", "MP3 Files", true},
-                // Both filters at once: no group is left.
+                // Both filters apply: no group accepts it.
                 {"Track.wav", "WAV Files", false},
                 {"Track.wav", "Selected Tracks", false},
                 {"CD Tracks", "WAV Files Folder", true}};
     }
 };
 
-TEST_P(PassageTest, TheHighlightTellsWhoWasLetThrough) {
+TEST_P(PassageTest, TheHighlightShowsWhichDragIsAccepted) {
     const Passage& passage = GetParam();
     addGroup(view, node("WAV Files Folder"), "g Selected WAV Files", "Selected WAV Files")
         .passOver();
@@ -152,7 +152,7 @@ TEST_P(PassageTest, TheHighlightTellsWhoWasLetThrough) {
     const int yields = loop.yieldCount();
     dragOver(passage.target);
     EXPECT_EQ(loop.yieldCount() > yields, passage.passes);
-    // Refused: the highlight stays as it was. Passed: the target's, or cleared by a track's move.
+    // Refused: the highlight is unchanged. Accepted: the target's, or cleared by a track's move.
     EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
 }
 
@@ -165,7 +165,7 @@ TEST_F(TreeDragTest, AnItemOverAnItemHighlightsTheItemsGroup) {
     EXPECT_EQ(view.dropHighlight(), node("WAV Files"));
 }
 
-TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightAndTheItemMovesAllTheSame) {
+TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightButTheItemMoves) {
     beginDrag(mp3);
     dragOver("CD Tracks");
     EXPECT_EQ(view.dropHighlight(), nullptr);
@@ -183,7 +183,7 @@ TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndMovesTheItemToo) {
 
 // --- the move while the pointer moves ----------------------------------------------------------
 
-TEST_F(TreeDragTest, TheItemMovesAsSoonAsANodePassesAndNotAtTheDrop) {
+TEST_F(TreeDragTest, TheItemMovesWhenANodeAcceptsItNotAtTheDrop) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
@@ -200,7 +200,7 @@ TEST_F(TreeDragTest, TheSameNodeASecondTimeDoesNothing) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
 }
 
-TEST_F(TreeDragTest, TwoNodesThatPassMoveTheItemThereAndBack) {
+TEST_F(TreeDragTest, TwoAcceptingNodesMoveTheItemThereAndBack) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver("MP3 Files");
@@ -209,12 +209,13 @@ TEST_F(TreeDragTest, TwoNodesThatPassMoveTheItemThereAndBack) {
     EXPECT_THAT(lines(form.List4), IsEmpty());
 }
 
-TEST_F(TreeDragTest, TheTargetStaysFromDragToDrag) {
+TEST_F(TreeDragTest, TheTargetIsKeptBetweenDrags) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     drop();
     EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
-    // The first node of the next drag is the last one of this: nothing, until it has been left.
+    // The first node of the next drag is the last one of this drag: it has no effect until the
+    // pointer leaves it.
     beginDrag(otherMp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
@@ -223,7 +224,7 @@ TEST_F(TreeDragTest, TheTargetStaysFromDragToDrag) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3, otherMp3));
 }
 
-TEST_F(TreeDragTest, TheGroupThatAMoveAddressesBecomesTheTargetSoThatTheNextEventCountsAgain) {
+TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventCountsAgain) {
     beginDrag(t1);
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
@@ -232,7 +233,7 @@ TEST_F(TreeDragTest, TheGroupThatAMoveAddressesBecomesTheTargetSoThatTheNextEven
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
-    // The rebuild has thrown the dragged node away: it moves no more.
+    // The rebuild has removed the dragged node, so it moves no more.
     EXPECT_TRUE(drag.DragNode->removed());
     dragOver("Selected Tracks");
     dragOver(t2);
@@ -242,7 +243,7 @@ TEST_F(TreeDragTest, TheGroupThatAMoveAddressesBecomesTheTargetSoThatTheNextEven
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
 }
 
-TEST_F(TreeDragTest, AWavGoesToTheOtherListWithoutASiblingToGoTo) {
+TEST_F(TreeDragTest, AWavMovesToTheOtherListWithoutASiblingGroup) {
     beginDrag(wav);
     dragOver("WAV Files");
     EXPECT_THAT(lines(form.List1), IsEmpty());
@@ -263,18 +264,18 @@ TEST_F(TreeDragTest, BareNamesMoveWithTheirWholePaths) {
 
 // --- the drop --------------------------------------------------------------------------------
 
-TEST_F(TreeDragTest, ADropPutsAFileUnderTheHighlightedGroupWhateverTheMovesHaveLeft) {
+TEST_F(TreeDragTest, ADropPutsAFileUnderTheHighlightedGroup) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver("MP3 Files");
-    // Back in its old group; the highlight is put elsewhere, and decides.
+    // Back in its old group; the highlight is set elsewhere and decides.
     view.setDropHighlight(node("WAV Files")).passOver();
     drop();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav, mp3));
     EXPECT_EQ(view.dropHighlight(), nullptr);
 }
 
-TEST_F(TreeDragTest, ADroppedTrackStaysWhereItsMoveHasPutIt) {
+TEST_F(TreeDragTest, ADroppedTrackStaysWhereItsMovePutIt) {
     beginDrag(t1);
     dragOver("Selected Tracks");
     EXPECT_EQ(view.dropHighlight(), nullptr);
@@ -290,7 +291,7 @@ TEST_F(TreeDragTest, ADropEndsTheDrag) {
     EXPECT_EQ(drag.DragLevel, 0);
 }
 
-TEST_F(TreeDragTest, ADropOnItselfOrNowhereMovesNothing) {
+TEST_F(TreeDragTest, ADropOnItselfOrOnNoNodeMovesNothing) {
     const auto before = outline();
     beginDrag(mp3);
     // The press has highlighted the node itself.
@@ -313,8 +314,8 @@ TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnother) {
 
 // --- what other handlers do inside the yields --------------------------------------------------
 
-/// What else may happen inside a move, in the yield of its lists (1) or in that of its tree (2),
-/// and what groups and lists hold when the drag has ended.
+/// An event during a move, in the yield of its lists (1) or in that of its tree (2), and the
+/// content of groups and lists after the drag.
 struct Interruption {
     const char* what;
     std::function<void(TreeDragTest&)> event;
@@ -325,7 +326,7 @@ struct Interruption {
     std::vector<std::string> otherList;
 };
 
-TEST_F(TreeDragTest, WhateverHappensInsideAMoveTreeAndListsHoldWhatItsStepsLeave) {
+TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
     const auto clear = [](TreeDragTest& t) {
         t.view.clear();
     };
@@ -351,14 +352,15 @@ TEST_F(TreeDragTest, WhateverHappensInsideAMoveTreeAndListsHoldWhatItsStepsLeave
         {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
         {"drop", letGo, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         {"drop", letGo, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The entry has gone by then, and its node is no longer the one that is moved.
+        // The entry has been moved by then, and its node is no longer the one being moved.
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The other node goes there, and with the rest of this move back again.
+        // The other node moves to the other side and, with the rest of this move, back again.
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
-        // Its former entries stand there twice.
+        // Its old entries occur twice there.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
-        // The node goes there inside the yield, and with the rest of the move back again.
+        // The node moves to the other side inside the yield and, with the rest of the move, back
+        // again.
         {"drag back", dragBack, 1, {}, {otherMp3, mp3}, {mp3}, {otherMp3}},
         {"drag back", dragBack, 2, {}, {otherMp3, mp3}, {}, {mp3, otherMp3}},
     };

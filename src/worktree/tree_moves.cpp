@@ -7,8 +7,8 @@ namespace sonarith {
 
 namespace {
 
-/// Where the two groups of tracks stand on a first build. After a later build other nodes stand
-/// there, and a user sees a track go under those ("WAV Files").
+/// Indices of the two groups of tracks after a first build. After a later build other nodes have
+/// these indices, and the user sees a track move under those ("WAV Files").
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;
 
@@ -19,7 +19,7 @@ struct FileMove {
     Neighbour target;  ///< which sibling of the node's parent takes the node
 };
 
-/// The first one that fits counts.
+/// The first matching rule applies.
 constexpr FileMove fileMoves[] = {
     {wavFilesText, Neighbour::before},
     {selectedWavFilesText, Neighbour::after},
@@ -74,11 +74,11 @@ void TreeMoves::moveUnderNode(int index) {
     tree.setDropHighlight(nullptr).passOver();
 }
 
-/// Throws the group's nodes away and makes them anew in the order of lstTracks.
+/// Removes the group's nodes and adds new ones in the order of lstTracks.
 void TreeMoves::rebuildAvailableTracks() {
     TreeView& tree = form_.TreeView1;
-    // From the last to the first, so that a long group goes in linear time. All children go, those
-    // that are no tracks too.
+    // From the last to the first, so that a long group is removed in linear time. Removes all
+    // children, including those that are not tracks.
     for (int i = tree.count(); i >= 2; --i) {
         if (parentText(tree.node(i)) == availableTracksText) {
             tree.remove(i).passOver();
@@ -103,7 +103,7 @@ void TreeMoves::moveFileNode() {
     const std::string text = textOf(drag_.DragNode);
     const std::string parent = parentText(drag_.DragNode);
     for (const FileMove& move : fileMoves) {
-        // The group itself fits as well as what stands in it.
+        // A rule matches the group itself as well as its items.
         if (text != move.group && parent != move.group) {
             continue;
         }
@@ -111,7 +111,7 @@ void TreeMoves::moveFileNode() {
         const NodeRef from = selected ? selected->parent() : nullptr;
         drag_.DropTarget =
             move.target == Neighbour::before ? tree.previousSibling(from) : tree.nextSibling(from);
-        // Without a sibling the node stays where it is, whatever its entry has done.
+        // Without a sibling the node does not move, even if its entry did.
         tree.setParent(selected, drag_.DropTarget).passOver();
         return;
     }

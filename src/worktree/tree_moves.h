@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Moves an item of the work tree between the "available" and the "selected" side of its collection:
-// first its entry in the lists, then its node. Which item, and what asked for it, is the caller's.
+// first its entry in the lists, then its node. The caller chooses the item.
 #pragma once
 
 #include <string>
@@ -15,17 +15,17 @@ namespace sonarith {
 
 class TreeMoves {
   public:
-    /// All outlive this.
+    /// All parameters must outlive this object.
     TreeMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
         : loop_(loop), form_(form), drag_(drag), lists_(loop, process, form, drag) {}
 
-    /// The move that a double click asks for, of the selected node's text and DragNode. Nothing
-    /// happens if nothing is selected. Yields; DragNode may be another one from then on.
+    /// The move after a double click, of the selected node's text and DragNode. Does nothing
+    /// without a selection. Yields; DragNode may change during the yield.
     void moveSelected();
 
-    /// The move step of a drag, of DragNode, whose text the caller gives. A file is found in the
-    /// lists by its name, so that its whole path moves whatever the node shows. Nothing happens for
-    /// an empty text. Yields.
+    /// The move step of a drag, for DragNode with the text `text`. A file is found in the lists by
+    /// its name, so that its whole path moves whatever the node shows. Does nothing for an empty
+    /// text. Yields.
     void MoveDraggedNode(const std::string& text);
 
   private:

@@ -34,7 +34,7 @@ struct TreeMovesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(TreeMovesTest, ATrackGoesToTheTopOfTheQueueAndToTheEndOfItsGroup) {
+TEST_F(TreeMovesTest, ATrackMovesToTheTopOfTheQueueAndToTheEndOfItsGroup) {
     doubleClick(t2);
     doubleClick(t1);
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1, t2));
@@ -54,7 +54,7 @@ TEST_F(TreeMovesTest, AMovedTrackKeepsItsNodeAndLeavesNoHighlight) {
     EXPECT_EQ(drag.DragNode, track);
 }
 
-TEST_F(TreeMovesTest, AReturningTrackStandsAtTheEndInTheOrderOfItsListWithNodesMadeAnew) {
+TEST_F(TreeMovesTest, AReturningTrackRebuildsTheGroupInTheOrderOfItsList) {
     doubleClick(t1);
     const NodeRef formerSecond = node(t2);
     doubleClick(t1);
@@ -71,14 +71,14 @@ TEST_F(TreeMovesTest, AReturningTrackStandsAtTheEndInTheOrderOfItsListWithNodesM
     EXPECT_EQ(view.dropHighlight(), nullptr);
 }
 
-TEST_F(TreeMovesTest, TheRebuildTakesTheSelectionWithIt) {
+TEST_F(TreeMovesTest, TheRebuildClearsTheSelection) {
     doubleClick(t1);
     doubleClick(t1);
     EXPECT_EQ(view.selectedItem(), nullptr);
     EXPECT_TRUE(drag.DragNode->removed());
 }
 
-TEST_F(TreeMovesTest, ATrackCanGoBackAndForthForEver) {
+TEST_F(TreeMovesTest, ATrackCanMoveBackAndForthRepeatedly) {
     for (int i = 0; i < 20; ++i) {
         doubleClick(t2);
         ASSERT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
@@ -89,7 +89,7 @@ TEST_F(TreeMovesTest, ATrackCanGoBackAndForthForEver) {
     EXPECT_EQ(view.count(), 14);
 }
 
-TEST_F(TreeMovesTest, AReturnYieldsAfterEachTrackThatIsMadeAnew) {
+TEST_F(TreeMovesTest, AReturnYieldsAfterEachRebuiltTrack) {
     doubleClick(t1);
     press(node(t1));
     const int before = loop.yieldCount();
@@ -97,11 +97,11 @@ TEST_F(TreeMovesTest, AReturnYieldsAfterEachTrackThatIsMadeAnew) {
     EXPECT_EQ(loop.yieldCount() - before, 3 + 1);
 }
 
-TEST_F(TreeMovesTest, TheRebuildThrowsOutWhateverElseStandsInTheGroup) {
+TEST_F(TreeMovesTest, TheRebuildRemovesAllOtherNodesOfTheGroup) {
     finder.files[destination]["wav"] = {wav, "c:\\music\\new.wav"};
     tree.showfiles();
     ASSERT_THAT(childrenOf("Available Tracks"), Contains("c:\\music\\new.wav"));
-    // Tracks leave and come back by the groups' old indices, so the group is addressed by hand.
+    // Tracks move by the groups' old indices, so the test moves the node to the group itself.
     view.setParent(node(t1), node("Selected Tracks")).passOver();
     fill(form.lstTracks, {t2, t3});
     fill(form.lstRecord, {t1});
@@ -110,7 +110,7 @@ TEST_F(TreeMovesTest, TheRebuildThrowsOutWhateverElseStandsInTheGroup) {
     EXPECT_THAT(lines(form.List1), Contains("c:\\music\\new.wav"));
 }
 
-TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderWhateverStandsAtTheOldIndex) {
+TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderTheNodeAtTheOldIndex) {
     tree.showfiles();
     ASSERT_EQ(view.node(2)->text(), "WAV Files");
     doubleClick(t1);
@@ -119,7 +119,7 @@ TEST_F(TreeMovesTest, AfterARefreshATrackMovesUnderWhateverStandsAtTheOldIndex) 
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
 }
 
-TEST_F(TreeMovesTest, AWavHasNoSiblingToGoToWhileItsEntryGoes) {
+TEST_F(TreeMovesTest, AWavsEntryMovesButItsNodeHasNoSiblingGroup) {
     const auto before = outline();
     doubleClick(wav);
     EXPECT_EQ(outline(), before);
@@ -132,7 +132,7 @@ TEST_F(TreeMovesTest, AWavHasNoSiblingToGoToWhileItsEntryGoes) {
     EXPECT_THAT(lines(form.List5), ElementsAre(wav));
 }
 
-TEST_F(TreeMovesTest, AnMp3GoesToTheSiblingBeforeItsGroupAndBack) {
+TEST_F(TreeMovesTest, AnMp3MovesToTheSiblingBeforeItsGroupAndBack) {
     doubleClick(mp3);
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3));
@@ -168,14 +168,14 @@ TEST_F(TreeMovesTest, TheGroupMp3FilesMovesUnderWavFilesFolder) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesHasNoCollectionBehindItsOwn) {
+TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesHasNoCollectionAfterItsOwn) {
     const auto before = outline();
     doubleClick("Selected MP3 Files");
     EXPECT_EQ(outline(), before);
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, TheTracksGroupsAndTheCollectionsStayWhereTheyAre) {
+TEST_F(TreeMovesTest, TheGroupsOfTracksAndTheCollectionsDoNotMove) {
     const auto before = outline();
     for (const char* text : {"Selected Tracks", "Available Tracks", "CD Tracks", "WAV Files Folder",
                              "MP3 Files Folder"}) {
@@ -185,7 +185,7 @@ TEST_F(TreeMovesTest, TheTracksGroupsAndTheCollectionsStayWhereTheyAre) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, WithoutFullPathsTheNodeMovesAndTheBareNameLandsInTheList) {
+TEST_F(TreeMovesTest, WithoutFullPathsTheNodeMovesAndTheListGetsTheBareName) {
     process.settings.showFullPath = 0;
     view.clear();
     tree.showfiles();
@@ -194,7 +194,7 @@ TEST_F(TreeMovesTest, WithoutFullPathsTheNodeMovesAndTheBareNameLandsInTheList) 
     EXPECT_THAT(lines(form.List4), ElementsAre("b.mp3"));
 }
 
-TEST_F(TreeMovesTest, WithNothingSelectedNothingHappensAtAll) {
+TEST_F(TreeMovesTest, WithNothingSelectedNothingHappens) {
     drag.DragNode = node(t1);
     const int before = loop.yieldCount();
     moves.moveSelected();
@@ -202,7 +202,7 @@ TEST_F(TreeMovesTest, WithNothingSelectedNothingHappensAtAll) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, ADoubleClickBesideTheNodesMovesTheSelectedWavsEntryAndNoNode) {
+TEST_F(TreeMovesTest, ADoubleClickOutsideTheNodesMovesOnlyTheSelectedWavsEntry) {
     click(wav);
     const auto before = outline();
     doubleClick(NodeRef());
@@ -235,14 +235,14 @@ TEST_F(TreeMovesTest, EndsWithAYield) {
 
 // --- the move step of a drag -------------------------------------------------------------------
 
-TEST_F(TreeMovesTest, ADraggedNodeMovesByTheTextThatIsGivenAndNotByTheSelectionsText) {
+TEST_F(TreeMovesTest, ADraggedNodeMovesByTheGivenText) {
     press(node(mp3));
     moves.MoveDraggedNode(otherMp3);
     EXPECT_THAT(lines(form.List4), ElementsAre(otherMp3));
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
 }
 
-TEST_F(TreeMovesTest, ADraggedMp3LeavesTheOthersInTheirList) {
+TEST_F(TreeMovesTest, ADraggedMp3KeepsTheOthersInTheirList) {
     press(node(mp3));
     moves.MoveDraggedNode(mp3);
     EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
@@ -314,12 +314,12 @@ TEST_F(TreeMovesTest, ADoubleClickInsideTheRebuildFinishesFirst) {
     moves.moveSelected();
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t2));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
-    // t2 left the list after its turn, so t1 slid into the place that came next.
+    // t2 was removed from the list after its turn, so t1 moved into the next place.
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t3, t1));
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t1));
 }
 
-TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesAWholeTree) {
+TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesACompleteTree) {
     doubleClick(mp3);
     press(node(mp3));
     loop.atYield(1, [this] { tree.showfiles(); });
@@ -335,7 +335,7 @@ TEST_F(TreeMovesTest, AReturnIsFastBesideAHundredThousandFiles) {
         many.push_back("c:\\music\\" + std::to_string(i) + ".wav");
     }
     finder.files[destination]["wav"] = many;
-    // All of them new on a second build: they stand under "Available Tracks".
+    // All of them are new on a second build: they are added under "Available Tracks".
     tree.showfiles();
     ASSERT_GT(node("Available Tracks")->children().size(), 100'000U);
     view.setParent(node(t1), node("Selected Tracks")).passOver();

@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// Pictures by number: of a node, and of a node while it is selected.
+/// Picture numbers of a node: normal, and while it is selected.
 struct Images {
     int normal;
     int selected;
@@ -14,7 +14,7 @@ constexpr Images collectionImages = {1, 4};
 constexpr Images groupImages = {2, 5};
 constexpr Images itemImages = {3, 6};
 
-/// Without a parent an add fails: a group or an item never becomes a root.
+/// Without a parent this fails: a group or an item never becomes a root.
 Result<NodeRef> addBelow(TreeView& tree, const NodeRef& parent, const std::string& key,
                          const std::string& text, Images images) {
     if (!parent) {

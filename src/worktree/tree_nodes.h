@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The nodes of the work tree: the texts of its groups, the three kinds of nodes with their
-// pictures, and how a node is found. What stands under what is decided by those who build and move.
+// pictures, and how a node is found. WorkTree and TreeMoves decide where nodes are added.
 #pragma once
 
 #include <string>
@@ -35,7 +35,7 @@ Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string&
 /// The text of a node's parent; empty for no node, a root or a removed node.
 [[nodiscard]] std::string parentText(const NodeRef& node);
 
-/// Whether this is the text of a track, wherever its node stands: it begins with "Track".
+/// Whether this is the text of a track (it begins with "Track"), wherever its node is.
 [[nodiscard]] bool isTrackText(const std::string& text);
 
 } // namespace sonarith

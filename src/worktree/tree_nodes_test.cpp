@@ -56,7 +56,7 @@ TEST_F(TreeNodesTest, AParentsTextIsEmptyWhereThereIsNoParent) {
     EXPECT_EQ(parentText(item), "");
 }
 
-TEST(IsTrackText, LooksAtTheFirstFiveCharactersAsTheyStand) {
+TEST(IsTrackText, ComparesTheFirstFiveCharactersExactly) {
     EXPECT_TRUE(isTrackText("Track  1 - 00:03:05"));
     EXPECT_TRUE(isTrackText("Tracklist.mp3"));
     EXPECT_FALSE(isTrackText("track  1 - 00:03:05"));

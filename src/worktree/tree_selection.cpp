@@ -29,7 +29,7 @@ void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at)
         return;
     }
     if (buttons.right) {
-        // A menu that is closed for the time of an action does not open.
+        // The menu is disabled during an action and then does not open.
         if (form_.mnupopup.enabled()) {
             form_.popupRequested.emit(form_.mnupopup);
         }
@@ -45,14 +45,14 @@ void TreeSelection::TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at)
 void TreeSelection::TreeView1_MouseUp() {
     TreeView& tree = form_.TreeView1;
     if (const NodeRef selected = tree.selectedItem()) {
-        // The text is not looked at: a node for which there is no action reads the same.
+        // The text is not examined: a node without an action is shown in the same way.
         form_.Label3.setCaption("Next Action:  Process  " + selected->text());
     }
-    // Fails and is passed over while no node is highlighted.
+    // Fails while no node is highlighted, which is ignored.
     tree.setSelectedItem(tree.dropHighlight()).passOver();
     const NodeRef selected = tree.selectedItem();
     if (selected && lowerCase(selected->text()).starts_with("track ")) {
-        // "Track 12 - 00:03:05": the number stands in characters 7 and 8.
+        // "Track 12 - 00:03:05": the number is in characters 7 and 8.
         roundedToInteger32(numberOf(midCharacters(selected->text(), 7, 2)))
             .storeIn(process_.currentTrack);
     }

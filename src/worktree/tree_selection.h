@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What mouse presses, releases and double clicks on the work tree do: the selection is the only way
-// of saying what is to be done next. Drags and label edits are not here.
+// Mouse presses, releases and double clicks on the work tree. Only the selection chooses the next
+// action. Drags and label edits are not here.
 #pragma once
 
 #include "forms/form1.h"
@@ -13,7 +13,8 @@ namespace sonarith {
 
 class TreeSelection {
   public:
-    /// Becomes the handler of the tree's presses, releases and double clicks. All outlive this.
+    /// Sets the handlers of the tree's presses, releases and double clicks. All parameters must
+    /// outlive this object.
     TreeSelection(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag,
                   TreeMoves& moves);
     TreeSelection(const TreeSelection&) = delete;
@@ -22,7 +23,7 @@ class TreeSelection {
     /// Selects the node under the pointer, then opens the popup (right button) or starts label
     /// editing. The first step that fails ends it.
     void TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at);
-    /// Shows the next action and takes a track's number as the track in hand.
+    /// Shows the next action; for a track, also sets the current track number.
     void TreeView1_MouseUp();
     /// Moves the item to the other side of its collection.
     void TreeView1_DblClick();

@@ -42,14 +42,14 @@ TEST_F(TreeSelectionTest, APressStartsLabelEditingAndYields) {
     EXPECT_EQ(loop.yieldCount() - before, 1);
 }
 
-TEST_F(TreeSelectionTest, APressOnANodeThatRefusesEditingYieldsAllTheSame) {
+TEST_F(TreeSelectionTest, APressOnANodeThatRefusesEditingStillYields) {
     const int before = loop.yieldCount();
     press(node(t1));
     EXPECT_EQ(view.editedNode(), nullptr);
     EXPECT_EQ(loop.yieldCount() - before, 1);
 }
 
-TEST_F(TreeSelectionTest, APressBesideTheNodesEmptiesDragNodeAndKeepsTheSelection) {
+TEST_F(TreeSelectionTest, APressOutsideTheNodesClearsDragNodeAndKeepsTheSelection) {
     press(node(t1));
     const int before = loop.yieldCount();
     press(nullptr);
@@ -86,7 +86,7 @@ TEST_F(TreeSelectionTest, TheNodeIsSelectedWhenThePopupOpens) {
     EXPECT_EQ(selectedThen, node(wav));
 }
 
-TEST_F(TreeSelectionTest, AClosedPopupDoesNotOpenAndTheNodeIsSelectedAllTheSame) {
+TEST_F(TreeSelectionTest, ADisabledPopupDoesNotOpenButTheNodeIsSelected) {
     form.Disablem();
     press(node(wav), right);
     EXPECT_THAT(popups, IsEmpty());
@@ -106,7 +106,7 @@ TEST_F(TreeSelectionTest, AReleaseNamesTheNextActionForANodeOfAnyKind) {
     for (const std::string& text :
          std::vector<std::string>{t1, wav, "Selected Tracks", "CD Tracks", "WAV Files Folder"}) {
         click(text);
-        // Also where there is no action: the text is not looked at.
+        // Also without an action: the text is not examined.
         EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + text);
     }
 }
@@ -120,7 +120,7 @@ TEST_F(TreeSelectionTest, AReleaseWithNothingSelectedChangesNothing) {
     EXPECT_EQ(view.selectedItem(), nullptr);
 }
 
-TEST_F(TreeSelectionTest, AReleaseGivesTheSelectionToTheHighlightedNodeAfterNamingTheOther) {
+TEST_F(TreeSelectionTest, AReleaseSelectsTheHighlightedNodeAfterNamingTheOther) {
     press(node(wav), right);
     view.setDropHighlight(node(t12)).passOver();
     release(node(wav), right);
@@ -137,7 +137,7 @@ TEST_F(TreeSelectionTest, AReleaseWithoutAHighlightKeepsTheSelection) {
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + wav);
 }
 
-TEST_F(TreeSelectionTest, ATracksNumberBecomesTheTrackInHand) {
+TEST_F(TreeSelectionTest, ATracksNumberBecomesTheCurrentTrack) {
     click(t1);
     EXPECT_EQ(process.currentTrack, 1);
     click(t12);
@@ -151,7 +151,7 @@ TEST_F(TreeSelectionTest, AnyTextThatBeginsLikeATrackIsReadInAnyCase) {
     addItem(view, group, "p a", "TRACK 07.mp3").passOver();
     click("TRACK 07.mp3");
     EXPECT_EQ(process.currentTrack, 7);
-    // Two characters are read and no more.
+    // Only two characters are read.
     addItem(view, group, "p e", "Track 123.wav").passOver();
     click("Track 123.wav");
     EXPECT_EQ(process.currentTrack, 12);
@@ -167,7 +167,7 @@ TEST_F(TreeSelectionTest, AnyTextThatBeginsLikeATrackIsReadInAnyCase) {
     EXPECT_EQ(process.currentTrack, 0);
 }
 
-TEST_F(TreeSelectionTest, ADoubleClickComesAfterItsFirstClickHasRun) {
+TEST_F(TreeSelectionTest, ADoubleClickRunsAfterItsFirstClick) {
     doubleClick(t12);
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + t12);
     EXPECT_EQ(process.currentTrack, 12);
@@ -179,7 +179,7 @@ TEST_F(TreeSelectionTest, ADoubleClickWithNothingSelectedMovesNothing) {
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t1, t12));
 }
 
-TEST_F(TreeSelectionTest, ANodeThatGoesInsideThePresssYieldIsNobodysSelection) {
+TEST_F(TreeSelectionTest, ANodeRemovedInsideThePresssYieldIsNotSelected) {
     loop.atYield(1, [this] { view.remove(node("CD Tracks")).passOver(); });
     form.Label3.setCaption("as it was");
     press(node(t1));
@@ -191,7 +191,7 @@ TEST_F(TreeSelectionTest, ANodeThatGoesInsideThePresssYieldIsNobodysSelection) {
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t1, t12));
 }
 
-TEST_F(TreeSelectionTest, APressOnANodeThatHasGoneSelectsNothing) {
+TEST_F(TreeSelectionTest, APressOnARemovedNodeSelectsNothing) {
     const NodeRef gone = node(wav);
     press(node(t1));
     view.remove(gone).passOver();

@@ -8,7 +8,7 @@ namespace sonarith {
 
 namespace {
 
-/// A file's text without its folder: a scanned file always shows the ending in lower case.
+/// A file's text without its folder: a scanned file is always shown with a lower-case ending.
 Result<std::string> baseWithEnding(const std::string& path, const std::string& ending) {
     Result<std::string> base = FileBaseName(path);
     return base.ok() ? Result<std::string>(base.value() + ending) : base;
@@ -19,14 +19,14 @@ Result<std::string> baseWithEnding(const std::string& path, const std::string& e
 void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
-    // The first collection alone, by index: the others are left from the build before.
+    // Only the first collection, by index: the others stay from the previous build.
     tree.remove(2).passOver();
     tree.remove(1).passOver();
     scanDestination();
     form_.show();
 
-    // A failed add keeps the parent of before: what is new on a later build goes under the group
-    // that was added last, whatever its kind, be it in an earlier build.
+    // A failed add keeps the previous parent: a new node of a later build is added under the group
+    // that was added last, whatever its kind, even in an earlier build.
     addCollection(tree, "f Collection 1", "CD Tracks").storeIn(collection_);
     addGroup(tree, collection_, "g Selected Tracks", selectedTracksText).storeIn(group_);
     tree.ensureVisible(group_).passOver();
@@ -42,13 +42,13 @@ void WorkTree::showfiles() {
 
     addCollection(tree, "f Collection 3", "MP3 Files Folder").storeIn(collection_);
     addGroup(tree, collection_, "g Selected MP3 Files", selectedMp3FilesText).storeIn(group_);
-    // The key says "Available" where the text does not.
+    // The key contains "Available", the text does not.
     addGroup(tree, collection_, "g Available MP3 Files", mp3FilesText).storeIn(group_);
     reverse(form_.List1, form_.List7);
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    // The group itself: on a later build it is not the one added last.
+    // Found by its text: on a later build it is not the group added last.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);
@@ -58,7 +58,7 @@ void WorkTree::scanDestination() {
     for (ListBox* list : {&form_.List1, &form_.List2, &form_.List4, &form_.List5}) {
         list->clear();
     }
-    // A missing folder is passed over: the search runs where the finder stood before.
+    // A missing folder is ignored: the search then runs in the finder's previous folder.
     finder_.setFolder(process_.settings.decodePath).passOver();
     scan("wav", form_.List1);
     scan("mp3", form_.List2);
@@ -110,14 +110,14 @@ void WorkTree::showfiles3() {
             }
         }
     }
-    // Crossed on purpose: each type lands in the other type's list.
+    // Crossed on purpose: each type is added to the other type's list.
     if (chosen.ends_with(".wav")) {
         form_.List2.addItem(chosen);
     }
     if (chosen.ends_with(".mp3")) {
         form_.List1.addItem(chosen);
     }
-    // The entry's number, which is meant, names no file: nothing comes of this but the wait.
+    // Passing the entry's number is intended. It names no file, so the only effect is the wait.
     adder_.Cmaddfile2(std::to_string(found.listIndex()));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Builds the work tree from the lists behind it, and fills the file lists from the destination
-// folder. The lists are the truth; the tree is a view of them that nothing keeps in step.
+// Builds the work tree from its lists, and fills the file lists from the destination folder. The
+// lists hold the data; the tree is a view that is not kept in step with them.
 #pragma once
 
 #include <string>
@@ -15,20 +15,20 @@ namespace sonarith {
 
 class WorkTree {
   public:
-    /// All outlive this.
+    /// All parameters must outlive this object.
     WorkTree(ProcessState& process, Form1& form, FolderScanner& finder, FileAdder& adder)
         : process_(process), form_(form), finder_(finder), adder_(adder) {}
 
-    /// Shows the window, scans the destination folder into the file lists and builds the tree. On a
-    /// later build only the collection that stands first is made anew: adds with keys that exist
-    /// fail, and those nodes stay, stale ones included. Yields while the finder searches.
+    /// Shows the window, scans the destination folder into the file lists and builds the tree. A
+    /// later build only replaces the first collection: adding existing keys fails, and those nodes
+    /// stay, including stale ones. Yields while the finder searches.
     void showfiles();
 
-    /// What follows the finder's "Select for Conversion": looks whether the finder's current entry
-    /// stands in a list, and enters it if it does not. Takes as long as Cmaddfile2.
+    /// Runs after the finder's "Select for Conversion": checks whether the finder's current entry
+    /// is in a list, and adds it if not. Takes as long as Cmaddfile2.
     void showfiles3();
 
-    /// The layout in which all groups are siblings below one root. Nothing calls it.
+    /// A layout in which all groups are siblings below one root. Nothing calls it.
     void ShowFilesOneRoot();
 
   private:
@@ -45,7 +45,7 @@ class WorkTree {
     Form1& form_;
     FolderScanner& finder_;
     FileAdder& adder_;
-    /// The last collection and the last group that showfiles() has added, in any of its builds.
+    /// The last collection and the last group that showfiles() has added in any of its builds.
     NodeRef collection_;
     NodeRef group_;
 };

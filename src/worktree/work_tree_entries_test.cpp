@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// showfiles3 and ShowFilesOneRoot; the builds of showfiles stand in work_tree_test.cpp.
+// showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests the builds of showfiles.
 #include <chrono>
 #include <utility>
 
@@ -55,7 +55,7 @@ TEST_F(Showfiles3Test, PutsAnMp3AtTheEndOfTheWavList) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Showfiles3Test, TakesNoBracketForAWildcard) {
+TEST_F(Showfiles3Test, ComparesABracketLiterally) {
     fill(finder.list, {"c:\\x\\[a].wav"});
     choose(0);
     fill(form.List1, {"c:\\x\\a.wav"});
@@ -72,12 +72,12 @@ TEST_F(Showfiles3Test, AddsNothingOfAnotherTypeOrWithoutAChoice) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Showfiles3Test, AsksForAFileNamedByTheEntrysNumber) {
+TEST_F(Showfiles3Test, AddsAFileNamedByTheEntrysNumber) {
     choose(2);
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);
     EXPECT_EQ(outline(), before);
-    // A file of that very name in the current folder shows what was asked for.
+    // A file of that name in the current folder shows which path was added.
     disk.changeFolder("c:\\sonarith").passOver();
     disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
     process.SplitDir = "untouched";

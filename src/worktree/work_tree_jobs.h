@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's jobs, each wired to the main window. No behaviour lives here.
+// Creates the work tree's jobs, each wired to the main window. It has no behaviour of its own.
 #pragma once
 
 #include "forms/windows.h"
@@ -20,7 +20,7 @@
 namespace sonarith {
 
 struct WorkTreeJobs {
-    /// All outlive this.
+    /// All parameters must outlive this object.
     WorkTreeJobs(const Platform& platform, ProcessState& process, Windows& windows,
                  FolderScanner& finder)
         : adder(platform, process, windows.Form1),

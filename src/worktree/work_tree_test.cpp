@@ -17,7 +17,7 @@ struct ShowfilesTest : test::WorkTreeWorld {
         finder.files[destination]["wav"] = wavFiles;
         finder.files[destination]["mp3"] = mp3Files;
     }
-    /// Key, pictures and level of the node at an index, for whole rows to be compared.
+    /// Key, text, pictures, parent and level of the node at an index, to compare whole rows.
     std::string row(int index) const {
         const NodeRef at = view.node(index);
         const NodeRef parent = at->parent();
@@ -48,7 +48,7 @@ TEST_F(ShowfilesTest, TheFirstBuildMakesTheNodesOfTheTableInItsOrder) {
                             "p c:\\music\\a.wav|c:\\music\\a.wav|3,6|WAV Files|3",
                             "f Collection 3|MP3 Files Folder|1,4|none|1",
                             "g Selected MP3 Files|Selected MP3 Files|2,5|MP3 Files Folder|2",
-                            // The key says "Available" where the text does not.
+                            // The key contains "Available", the text does not.
                             "g Available MP3 Files|MP3 Files|2,5|MP3 Files Folder|2",
                             "p c:\\music\\b.mp3|c:\\music\\b.mp3|3,6|MP3 Files|3"));
 }
@@ -80,7 +80,7 @@ TEST_F(ShowfilesTest, ScansTheDestinationForWavThenForMp3) {
     EXPECT_THAT(finder.log, ElementsAre("folder c:\\music", "search wav", "search mp3"));
 }
 
-TEST_F(ShowfilesTest, NodesAndListsStandInTheReverseOfTheScan) {
+TEST_F(ShowfilesTest, NodesAndListsAreInReverseScanOrder) {
     files({"c:\\music\\1.wav", "c:\\music\\2.wav", "c:\\music\\3.wav"},
           {"c:\\music\\1.mp3", "c:\\music\\2.mp3"});
     tree.showfiles();
@@ -91,14 +91,14 @@ TEST_F(ShowfilesTest, NodesAndListsStandInTheReverseOfTheScan) {
     EXPECT_EQ(lines(form.List2), childrenOf("MP3 Files"));
 }
 
-TEST_F(ShowfilesTest, TracksStandInTheOrderOfTheirList) {
+TEST_F(ShowfilesTest, TracksAreInTheOrderOfTheirList) {
     disc(twoTracks);
     tree.showfiles();
     EXPECT_EQ(childrenOf("Available Tracks"), twoTracks);
     EXPECT_EQ(lines(form.lstTracks), twoTracks);
 }
 
-TEST_F(ShowfilesTest, TheQueueIsLeftToTheDiscsReaderAndNotShown) {
+TEST_F(ShowfilesTest, TheQueueIsNeitherChangedNorShown) {
     fill(form.lstRecord, {"Track  9 - 00:01:00"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
@@ -121,7 +121,7 @@ TEST_F(ShowfilesTest, WithoutFullPathsShowsTheBaseWithALowerCaseEnding) {
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Name.wav"));
     EXPECT_EQ(node("Name.wav")->key(), "p Name.wav");
-    // Four characters are cut, whatever they are.
+    // Four characters are removed, whatever they are.
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("Tune.mp3", "Long..mp3"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\Name.WAV"));
 }
@@ -155,7 +155,7 @@ TEST_F(ShowfilesTest, TwoTracksOfOneLineGiveOneNode) {
     EXPECT_EQ(form.lstTracks.listCount(), 2);
 }
 
-TEST_F(ShowfilesTest, AMissingDestinationIsPassedOverAndTheFinderSearchesWhereItStood) {
+TEST_F(ShowfilesTest, AMissingDestinationIsIgnoredAndTheFinderKeepsItsFolder) {
     process.settings.decodePath = "x:\\gone";
     form.Label2.setCaption("x:\\gone\\");
     finder.files["c:\\sonarith"]["wav"] = {"c:\\sonarith\\ring.wav"};
@@ -194,7 +194,7 @@ TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleOnALaterBuildToo) {
     test::RevealLog reveals;
     view.setObserver(&reveals);
     tree.showfiles();
-    // It stands from before; the group added last is another one, and is revealed in its turn.
+    // It exists from the earlier build; the group added last is another one and is revealed later.
     EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
                                            "Available Tracks", "MP3 Files"));
     view.setObserver(nullptr);
@@ -202,7 +202,7 @@ TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleOnALaterBuildToo) {
 
 // --- later builds ---------------------------------------------------------------------------
 
-TEST_F(ShowfilesTest, TheSecondBuildReplacesTheFirstCollectionAloneAndPutsItLast) {
+TEST_F(ShowfilesTest, TheSecondBuildReplacesOnlyTheFirstCollectionAndPutsItLast) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -257,23 +257,23 @@ TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscGoesUnderTheGroupOfTheBuildBefore) 
     tree.showfiles();
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
-    // Collection 1 stands, so that none of its adds succeeds: the parent is the one remembered.
+    // Collection 1 exists, so all of its adds fail: the parent is the remembered one.
     EXPECT_THAT(childrenOf("Available Tracks"),
                 ElementsAre(twoTracks[0], twoTracks[1], "Track  1 - 00:07:07"));
 }
 
-TEST_F(ShowfilesTest, OnTheFourthBuildTheParentRememberedMayHaveGone) {
+TEST_F(ShowfilesTest, OnTheFourthBuildTheRememberedParentMayHaveBeenRemoved) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();
-    // The group added last is "WAV Files"; the collections stand as 3, 1, 2.
+    // The group added last is "WAV Files"; the collections are in the order 3, 1, 2.
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("Track  1 - 00:07:07"));
     EXPECT_THAT(view.roots().back()->text(), "MP3 Files Folder");
 }
 
-TEST_F(ShowfilesTest, TheThirdBuildReplacesWhatThenStandsFirst) {
+TEST_F(ShowfilesTest, TheThirdBuildReplacesTheCollectionThatIsFirstThen) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -287,20 +287,20 @@ TEST_F(ShowfilesTest, TheThirdBuildReplacesWhatThenStandsFirst) {
                             "WAV Files Folder", "  WAV Files", "    c:\\music\\c.wav"));
 }
 
-TEST_F(ShowfilesTest, ABuildRemovesTheNodeAtTheSecondIndexForItselfToo) {
+TEST_F(ShowfilesTest, ABuildAlsoRemovesTheNodeAtTheSecondIndex) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();
     ASSERT_EQ(view.node(1), node("MP3 Files Folder"));
     ASSERT_EQ(view.node(2), node("Selected MP3 Files"));
-    // The group is no longer a part of what goes with the node at index 1.
+    // The group no longer belongs to the subtree that is removed with the node at index 1.
     ASSERT_TRUE(view.setParent(node("Selected MP3 Files"), node("CD Tracks")).ok());
     tree.showfiles();
     EXPECT_THAT(childrenOf("CD Tracks"), ElementsAre("Selected Tracks", "Available Tracks"));
     EXPECT_THAT(childrenOf("MP3 Files Folder"), ElementsAre("Selected MP3 Files", "MP3 Files"));
 }
 
-TEST_F(ShowfilesTest, TheTreeCanBeUsedWhileTheScanYieldsAndTheOldCollectionIsGone) {
+TEST_F(ShowfilesTest, TheTreeCanBeUsedWhileTheScanYieldsWithoutTheOldCollection) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -319,7 +319,7 @@ TEST_F(ShowfilesTest, TheTreeCanBeUsedWhileTheScanYieldsAndTheOldCollectionIsGon
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileThatEntersWhileTheScanYieldsStandsInItsList) {
+TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsIsInItsList) {
     files({"c:\\music\\a.wav"}, {});
     disk.addFile("c:\\other\\x.wav", std::string(200, 'x'));
     bool added = false;
@@ -329,12 +329,12 @@ TEST_F(ShowfilesTest, AFileThatEntersWhileTheScanYieldsStandsInItsList) {
         }
     };
     tree.showfiles();
-    // It came first, without a group to stand in; the build that follows gives it its node.
+    // It was added before its group existed; the following build adds its node.
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
 }
 
-TEST_F(ShowfilesTest, AHundredThousandFilesAreShownAgainAndAgain) {
+TEST_F(ShowfilesTest, AHundredThousandFilesAreShownRepeatedly) {
     constexpr int count = 50'000;
     std::vector<std::string> wavFiles;
     std::vector<std::string> mp3Files;
