@@ -10,8 +10,8 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
     const auto read = [&](const char* key, const std::string& fallback) {
         return store.GetSetting(applicationName, settingsSection, key, fallback);
     };
-    // A broken value leaves its field at what it held, at the start of a run 0, and not at the
-    // default: a store that was spoiled by hand is not to look like a fresh one.
+    // An invalid value leaves its field unchanged (0 at the start of a run) and does not set the
+    // default: a store with an editing error must not look like a new one.
     const auto number = [&](const char* key, const char* fallback, std::int16_t& field) {
         toInteger16(read(key, fallback)).storeIn(field);
     };
@@ -22,7 +22,7 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
     number(hdWarningNoKey, "100", settings.hdWarningNo);
     number(hdStopDecodingKey, "1", settings.hdStopDecoding);
     number(hdStopNoKey, "50", settings.hdStopNo);
-    // Taken as it stands: whether the folder exists is asked when it is made.
+    // Not checked here: whether the folder exists matters when it is created.
     settings.decodePath = read(decodePathKey, programFolder);
     number(desktopIconKey, "0", settings.desktopIcon);
     number(minimizeOnStartKey, "0", settings.minimizeOnStart);

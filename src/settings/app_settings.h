@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The run-time copy of the store's section "Settings", and the loader that fills it at program
-// start. Running code reads the record; only the preferences write the store.
+// The run-time copy of the store's section "Settings", and its loader for the program start.
+// Running code reads this record; only the preferences write the store.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@
 
 namespace sonarith {
 
-/// The section that the fields of AppSettings come from.
+/// The section that contains the fields of AppSettings.
 inline constexpr const char* settingsSection = "Settings";
 
-// Its keys. The destination folder's is also read again by the preferences.
+// Its keys. The preferences also read the key of the destination folder again.
 inline constexpr const char* audioFormatKey = "Audio format";
 inline constexpr const char* encodingQualityKey = "Encoding quality";
 inline constexpr const char* encodingBitrateKey = "Encoding bitrate";
@@ -31,7 +31,7 @@ inline constexpr const char* muteButtonKey = "mute button";
 
 /// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
 struct AppSettings {
-    std::int16_t audioFormat = 0;     ///< index into the capture formats: 0 mono, 1 stereo
+    std::int16_t audioFormat = 0;     ///< index in the capture formats: 0 mono, 1 stereo
     std::int16_t encodingQuality = 0; ///< shown by the preferences, nothing else
     std::int16_t encodingBitrate = 0; ///< shown by the preferences, nothing else
     std::int16_t hdWarning = 0;
@@ -48,7 +48,7 @@ struct AppSettings {
 };
 
 /// Fills `settings` from `store`, key by key, with `programFolder` as the default destination.
-/// Never writes. A value that is no number or does not fit 16 bits leaves its field as it was.
+/// Never writes. A value that is not a number or does not fit 16 bits leaves its field unchanged.
 void LoadSettings(const SettingsStore& store, const std::string& programFolder,
                   AppSettings& settings);
 

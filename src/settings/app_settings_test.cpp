@@ -17,7 +17,7 @@ AppSettings loadedFrom(const FakeSettingsStore& store) {
     return settings;
 }
 
-TEST(LoadSettings, GivesTheDefaultsForAnEmptyStore) {
+TEST(LoadSettings, ReturnsTheDefaultsForAnEmptyStore) {
     const AppSettings settings = loadedFrom(FakeSettingsStore());
     EXPECT_EQ(settings.audioFormat, 1);
     EXPECT_EQ(settings.encodingQuality, 5);
@@ -67,10 +67,10 @@ TEST(LoadSettings, PutsEachKeyIntoItsOwnField) {
                     s.hdStopDecoding, s.hdStopNo, s.desktopIcon, s.minimizeOnStart, s.deleteWav,
                     s.showFullPath, s.encodeAfterExtracting, s.muteButton}),
         ElementsAre(10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22));
-    EXPECT_EQ(s.decodePath, "X:\\No\\Such"); // as it stands, with its case
+    EXPECT_EQ(s.decodePath, "X:\\No\\Such"); // unchanged, including its case
 }
 
-TEST(LoadSettings, LeavesAFieldThatIsNoNumberAtItsOldValueAndNotAtTheDefault) {
+TEST(LoadSettings, KeepsTheOldValueAndNotTheDefaultForAValueThatIsNoNumber) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "1o0");
     store.put("Settings", "HDStopNo", "");
@@ -83,7 +83,7 @@ TEST(LoadSettings, LeavesAFieldThatIsNoNumberAtItsOldValueAndNotAtTheDefault) {
     EXPECT_EQ(running.hdWarningNo, 77);
 }
 
-TEST(LoadSettings, LeavesAFieldWhoseNumberDoesNotFitAtItsOldValue) {
+TEST(LoadSettings, KeepsTheOldValueForANumberThatDoesNotFit) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "70000");
     store.put("Settings", "HDStopNo", "-40000");
@@ -91,7 +91,7 @@ TEST(LoadSettings, LeavesAFieldWhoseNumberDoesNotFitAtItsOldValue) {
     EXPECT_EQ(loadedFrom(store).hdStopNo, 0);
 }
 
-TEST(LoadSettings, GoesOnBehindABrokenValue) {
+TEST(LoadSettings, ContinuesAfterAnInvalidValue) {
     FakeSettingsStore store;
     store.put("Settings", "Audio format", "garbage");
     store.put("Settings", "mute button", "0");

@@ -13,18 +13,18 @@ Status passedOn(const Status& failure) {
     return error;
 }
 
-/// Yields until 0.2 seconds have passed by the clock in seconds since midnight.
+/// Yields until 0.2 seconds have passed on the clock of seconds since midnight.
 void pause(EventLoop& loop) {
     constexpr double pauseSeconds = 0.2;
     constexpr double secondsOfADay = 86400.0;
     const double start = loop.secondsSinceMidnight();
-    // The wait asks again after each event, so there has to be one. A tenth of the pause makes it
-    // at most that much longer.
+    // The wait evaluates its condition after each event, so events are needed. A tenth of the pause
+    // makes it at most that much longer.
     const auto wakeup = loop.every(std::chrono::milliseconds(20), [] {});
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;
         if (passed < 0) {
-            // Past midnight; or the clock was set back, which then ends the pause.
+            // Midnight has passed; or the clock was set back, which then ends the pause.
             passed += secondsOfADay;
         }
         return passed < pauseSeconds;
@@ -34,7 +34,7 @@ void pause(EventLoop& loop) {
 } // namespace
 
 Status p_DestroyFile(const std::string& path, FileSystem& fileSystem, EventLoop& loop) {
-    // A file that did not exist is created here, so that the next step has something to delete.
+    // Creates a missing file, so that the next step has something to delete.
     if (const Status opened = fileSystem.touchForWriting(path); !opened.ok()) {
         return passedOn(opened);
     }

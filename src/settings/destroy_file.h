@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The one way in which the program removes a file from disk. It asks nobody; callers have.
+// The only function with which the program deletes a file on behalf of the user. It asks no
+// question; callers do.
 #pragma once
 
 #include <string>
@@ -11,7 +12,7 @@
 namespace sonarith {
 
 /// Deletes the file, then yields for 0.2 seconds. A file that cannot be opened for writing (in use,
-/// read-only) stays. A failure of either step is passed on at once, with its number and text and
+/// read-only) stays. A failure of either step is returned at once, with its number and text and
 /// "p_DestroyFile" as its source.
 Status p_DestroyFile(const std::string& path, FileSystem& fileSystem, EventLoop& loop);
 

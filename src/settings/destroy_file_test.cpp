@@ -69,7 +69,7 @@ TEST_F(DestroyFileTest, EndsItsPauseIfTheClockIsSetBack) {
     EXPECT_THAT(destroyTime(), Le(120ms));
 }
 
-TEST_F(DestroyFileTest, LeavesAFileInUseAndPassesTheFailureOnAtOnce) {
+TEST_F(DestroyFileTest, KeepsAFileInUseAndReturnsTheFailureAtOnce) {
     disk_.addFile("c:\\music\\a.wav", "sound");
     disk_.failWith(Operation::touchForWriting, "c:\\music\\a.wav", ErrorNumber::permissionDenied);
     const Status status = destroy();
@@ -81,7 +81,7 @@ TEST_F(DestroyFileTest, LeavesAFileInUseAndPassesTheFailureOnAtOnce) {
     EXPECT_EQ(loop_.yieldCount(), 0);
 }
 
-TEST_F(DestroyFileTest, PassesAFailureToDeleteOnWithoutThePause) {
+TEST_F(DestroyFileTest, ReturnsAFailureToDeleteWithoutThePause) {
     disk_.addFile("c:\\music\\a.wav", "sound");
     disk_.failWith(Operation::removeFile, "c:\\music\\a.wav", ErrorNumber::pathFileAccess);
     const Status status = destroy();

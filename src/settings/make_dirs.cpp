@@ -12,13 +12,13 @@ bool makeChain(const std::string& path, FileSystem& fileSystem) {
         return false;
     }
     fileSystem.changeFolder("\\").passOver();
-    // The third character is taken for the backslash behind the drive letter, whatever it is.
+    // The third character counts as the backslash after the drive letter, whatever it is.
     std::size_t start = 2;
     for (std::size_t end = path.find('\\', start + 1); end != std::string::npos;
          end = path.find('\\', start + 1)) {
         const std::string name = path.substr(start + 1, end - start - 1);
         const Status made = fileSystem.makeFolder(name);
-        // Path/file access error is what a folder that already exists gives.
+        // An existing folder gives the error "path/file access".
         if (!made.ok() && made.error().number != ErrorNumber::pathFileAccess) {
             return false;
         }

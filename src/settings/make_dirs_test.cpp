@@ -32,7 +32,7 @@ class MakeDirsTest : public ::testing::Test {
     test::FakeMousePointer pointer_;
 };
 
-TEST_F(MakeDirsTest, MakesEachLevelAndMovesIntoItInThisOrder) {
+TEST_F(MakeDirsTest, CreatesAndEntersEachLevelInThisOrder) {
     EXPECT_TRUE(make("c:\\Music\\Wav"));
     EXPECT_THAT(disk_.log,
                 ElementsAre("changeDrive c:\\Music\\Wav\\", "changeFolder \\", "makeFolder Music",
@@ -47,52 +47,53 @@ TEST_F(MakeDirsTest, LeavesTheProgramInTheLastFolder) {
     EXPECT_EQ(disk_.currentFolder(), "c:\\Music\\Wav");
 }
 
-TEST_F(MakeDirsTest, PassesOverFoldersThatExist) {
+TEST_F(MakeDirsTest, SkipsExistingFolders) {
     disk_.addFolder("c:\\music\\wav");
     EXPECT_TRUE(make("c:\\MUSIC\\wav\\new"));
     EXPECT_TRUE(disk_.folderExists("c:\\music\\wav\\new"));
 }
 
-TEST_F(MakeDirsTest, NeedsNothingMadeForTheRoot) {
+TEST_F(MakeDirsTest, CreatesNothingForTheRoot) {
     EXPECT_TRUE(make("c:"));
     EXPECT_THAT(disk_.log, ElementsAre("changeDrive c:\\", "changeFolder \\"));
 }
 
-TEST_F(MakeDirsTest, TellsOfADriveThatCannotBeReadAndTakesTheHourglassAway) {
+TEST_F(MakeDirsTest, ReportsAnUnreadableDriveAndResetsThePointer) {
     expectFailure("x:\\music");
     EXPECT_THAT(disk_.log, ElementsAre("changeDrive x:\\music\\"));
 }
 
-TEST_F(MakeDirsTest, TellsOfAnEmptyPath) {
+TEST_F(MakeDirsTest, ReportsAnEmptyPath) {
     expectFailure("");
 }
 
-TEST_F(MakeDirsTest, ShowsTheHourglassWhileTheBoxIsUp) {
+TEST_F(MakeDirsTest, ShowsTheHourglassWhileTheBoxIsOpen) {
     boxes_.whileUp = [&](const test::ShownBox&) {
         EXPECT_THAT(pointer_.shapes, ElementsAre(Pointer::hourglass));
     };
     EXPECT_FALSE(make("x:\\music"));
 }
 
-TEST_F(MakeDirsTest, GoesOnIfTheRootCannotBeEntered) {
+TEST_F(MakeDirsTest, ContinuesIfTheRootCannotBeEntered) {
     disk_.failWith(Operation::changeFolder, "c:\\", ErrorNumber::pathNotFound);
     EXPECT_TRUE(make("c:\\music"));
 }
 
-TEST_F(MakeDirsTest, EndsAtAnyOtherFailureToMakeAFolder) {
+TEST_F(MakeDirsTest, StopsAtAnyOtherFailureToCreateAFolder) {
     disk_.failWith(Operation::makeFolder, "c:\\music", ErrorNumber::permissionDenied);
     expectFailure("c:\\music\\wav");
     EXPECT_EQ(disk_.log.back(), "makeFolder music");
 }
 
-TEST_F(MakeDirsTest, EndsWhereAFolderCannotBeEntered) {
-    disk_.addFile("c:\\music"); // a file of that name: error 75 is passed over, entering it is not
+TEST_F(MakeDirsTest, StopsAtAFolderThatCannotBeEntered) {
+    disk_.addFile(
+        "c:\\music"); // a file of that name: error 75 is ignored, a failure to enter is not
     expectFailure("c:\\music\\wav");
     EXPECT_EQ(disk_.log.back(), "changeFolder music");
     EXPECT_EQ(disk_.currentFolder(), "c:\\");
 }
 
-TEST_F(MakeDirsTest, TakesTheThirdCharacterForABackslash) {
+TEST_F(MakeDirsTest, TreatsTheThirdCharacterAsABackslash) {
     EXPECT_TRUE(make("c:music\\wav"));
     EXPECT_TRUE(disk_.folderExists("c:\\usic\\wav"));
 }

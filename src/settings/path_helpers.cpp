@@ -9,7 +9,7 @@ namespace sonarith {
 
 namespace {
 
-/// Where the file name begins: behind the last backslash, or at 0 if nothing follows it.
+/// Start of the file name: after the last backslash, or 0 if nothing follows it.
 std::size_t nameStart(const std::string& path) {
     const std::size_t last = path.rfind('\\');
     return last == std::string::npos || last + 1 == path.size() ? 0 : last + 1;
@@ -19,7 +19,7 @@ std::size_t nameStart(const std::string& path) {
 
 Result<std::string> FileBaseName(const std::string& path) {
     const std::string name = path.substr(nameStart(path));
-    // Four characters are cut, whatever they are: "name.mpeg" keeps its point.
+    // Four characters are removed, whatever they are: "name.mpeg" keeps its dot.
     constexpr std::size_t extensionLength = 4;
     const std::size_t length = characterCount(name);
     if (length < extensionLength) {
@@ -30,7 +30,7 @@ Result<std::string> FileBaseName(const std::string& path) {
 
 std::string SplitPath(const std::string& path, ProcessState& process) {
     const std::size_t start = nameStart(path);
-    // A copy first: the path may be SplitDir itself.
+    // Copied first: `path` may be SplitDir itself.
     std::string name = path.substr(start);
     process.SplitDir = path.substr(0, start);
     return name;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Takes paths of the logic's form (drive letter, backslashes) apart, as texts alone: nothing here
-// looks at a disk.
+// Splits paths in the logic's form (drive letter, backslashes) as texts; nothing here accesses a
+// disk.
 #pragma once
 
 #include <string>
@@ -10,13 +10,13 @@
 
 namespace sonarith {
 
-/// The file name without its folder and without its last four characters, taken for the extension.
-/// Error: invalidProcedureCall if there are fewer than four to cut.
+/// The file name without its folder and without its last four characters, which count as the
+/// extension. Error: invalidProcedureCall if it has fewer than four characters.
 [[nodiscard]] Result<std::string> FileBaseName(const std::string& path);
 
-/// The file name: what stands behind the last backslash, or the whole path if nothing does. Also
-/// sets `process.SplitDir` to what stands before the name, with its trailing backslash, so that
-/// SplitDir and a new name make a full path.
+/// Returns the file name: the text after the last backslash, or the whole path if that text is
+/// empty. Also sets `process.SplitDir` to the text before the name, with its trailing backslash, so
+/// that SplitDir and a new name make a full path.
 std::string SplitPath(const std::string& path, ProcessState& process);
 
 } // namespace sonarith

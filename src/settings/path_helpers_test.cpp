@@ -11,14 +11,14 @@ TEST(FileBaseName, DropsFolderAndExtension) {
     EXPECT_EQ(FileBaseName("track1.wav").value(), "track1");
 }
 
-TEST(FileBaseName, CutsFourCharactersWhateverTheyAre) {
+TEST(FileBaseName, RemovesAnyFourCharacters) {
     EXPECT_EQ(FileBaseName("c:\\music\\name.mpeg").value(), "name.");
     EXPECT_EQ(FileBaseName("c:\\music\\readme").value(), "re");
     EXPECT_EQ(FileBaseName("c:\\música\\日本語の歌").value(), "日");
     EXPECT_EQ(FileBaseName(".wav").value(), "");
 }
 
-TEST(FileBaseName, TakesTheWholePathIfNothingFollowsTheLastBackslash) {
+TEST(FileBaseName, UsesTheWholePathIfNothingFollowsTheLastBackslash) {
     EXPECT_EQ(FileBaseName("c:\\music\\").value(), "c:\\mu");
 }
 
@@ -30,20 +30,20 @@ TEST(FileBaseName, FailsOnANameOfFewerThanFourCharacters) {
     }
 }
 
-TEST(SplitPath, GivesTheNameAndKeepsTheFolderWithItsBackslash) {
+TEST(SplitPath, ReturnsTheNameAndStoresTheFolderWithItsBackslash) {
     ProcessState process;
     EXPECT_EQ(SplitPath("c:\\music\\track1.wav", process), "track1.wav");
     EXPECT_EQ(process.SplitDir, "c:\\music\\");
 }
 
-TEST(SplitPath, GivesAWholeNameAndAnEmptyFolder) {
+TEST(SplitPath, ReturnsAWholeNameAndAnEmptyFolder) {
     ProcessState process;
     process.SplitDir = "from before";
     EXPECT_EQ(SplitPath("track1.wav", process), "track1.wav");
     EXPECT_EQ(process.SplitDir, "");
 }
 
-TEST(SplitPath, TakesAPathThatEndsInABackslashForAName) {
+TEST(SplitPath, TreatsAPathWithATrailingBackslashAsAName) {
     ProcessState process;
     EXPECT_EQ(SplitPath("c:\\music\\", process), "c:\\music\\");
     EXPECT_EQ(process.SplitDir, "");
