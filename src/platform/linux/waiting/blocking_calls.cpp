@@ -12,8 +12,8 @@ struct BlockingCalls::Line {
         std::shared_ptr<Completion> returned;
     };
 
-    /// A thread's job: all calls, also those that are added meanwhile. Gives the completion of the
-    /// last one, which is not completed yet; null if none was left to do.
+    /// Body of a thread's job: runs all calls, including those added meanwhile. Returns the
+    /// completion of the last one, which is not completed yet; null if the queue was empty.
     std::shared_ptr<Completion> carryOut() {
         std::shared_ptr<Completion> before;
         for (;;) {
@@ -31,22 +31,22 @@ struct BlockingCalls::Line {
                 before->complete();
             }
             entry.call();
-            entry.call = nullptr; // what it owns is released before anyone learns of its end
+            entry.call = nullptr; // what it owns is released before its end is signalled
             before = std::move(entry.returned);
         }
     }
 
     std::mutex mutex;
-    std::deque<Entry> entries;        ///< those that have not begun
-    bool running = false;             ///< a thread carries them out
-    std::shared_ptr<Completion> last; ///< of the call that was added last
+    std::deque<Entry> entries;        ///< not yet begun
+    bool running = false;             ///< a thread is running them
+    std::shared_ptr<Completion> last; ///< of the most recently added call
 };
 
 BlockingCalls::BlockingCalls(WorkerThreads& threads, Waiting& waiting)
     : threads_(threads), waiting_(waiting), line_(std::make_shared<Line>()) {}
 
 BlockingCalls::~BlockingCalls() {
-    // Destroyed outside of the lock: what a call owns may take its time to end.
+    // Destroyed outside the lock: the destructors of what a call owns may be slow.
     std::deque<Line::Entry> dropped;
     const std::lock_guard lock(line_->mutex);
     dropped.swap(line_->entries);

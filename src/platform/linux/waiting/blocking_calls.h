@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The calls to one object that may hang (a drive, a mount, an open file): they run on a thread of
-// their own, one after the other, and are waited for with a bound. What is called is not known
-// here, nor what the window does during a wait (platform/waiting.h).
+// Runs the calls to one object that may hang (a drive, a mount, an open file) on a separate thread,
+// one after the other, and waits for them with a bound. It knows neither what is called nor what
+// the window does during a wait (platform/waiting.h).
 #pragma once
 
 #include <cstddef>
@@ -15,27 +15,27 @@
 
 namespace sonarith::waiting {
 
-/// For the thread of the logic. Of one object at most one thread hangs, as a call is refused while
-/// the one before it has not returned.
+/// For the thread of the logic. At most one thread hangs per object: a call is refused while the
+/// previous one has not returned.
 class BlockingCalls {
   public:
     using Duration = Waiting::Duration;
     using Call = std::function<void()>;
 
-    /// Commands that wait for their turn, at most: a user's repeated clicks must not all be carried
-    /// out when a drive answers again.
+    /// Limit of queued commands: a user's repeated clicks must not all be carried out when a drive
+    /// responds again.
     static constexpr std::size_t mostWaiting = 4;
 
-    /// Both outlive this.
+    /// Both must outlive this.
     BlockingCalls(WorkerThreads& threads, Waiting& waiting);
-    /// Calls that have not begun are dropped, one that is under way is left behind.
+    /// Drops calls that have not begun; a running call is left behind.
     ~BlockingCalls();
     BlockingCalls(const BlockingCalls&) = delete;
     BlockingCalls& operator=(const BlockingCalls&) = delete;
 
-    /// The answer, if it comes within the bound. Empty at once while an earlier call has not
-    /// returned. `question` must own all that it touches: it may go on after this has returned, and
-    /// its answer is dropped then.
+    /// The result of `question` if it arrives within the bound; empty at once while an earlier call
+    /// has not returned. `question` must own everything that it accesses: it may continue after
+    /// this has returned, and its result is then dropped.
     template <typename Question>
     [[nodiscard]] auto ask(Duration bound, Question question) {
         using Answer = decltype(question());
@@ -49,14 +49,14 @@ class BlockingCalls {
 
     enum class Told {
         done,    ///< carried out
-        waits,   ///< not yet carried out, but it will be
-        refused, ///< never carried out: mostWaiting commands wait already
+        waits,   ///< queued, and will be carried out
+        refused, ///< never carried out: mostWaiting commands are queued already
     };
-    /// Carries `command` out when all calls before it have returned, also after this has returned,
-    /// and waits for that within the bound.
+    /// Queues `command` behind all earlier calls and waits for it within the bound. The command may
+    /// also run after this has returned.
     Told tell(Duration bound, Call command);
 
-    /// Waits for the calls that are under way, within the bound; whether all have returned.
+    /// Waits for the running calls within the bound. Returns whether all have returned.
     [[nodiscard]] bool finish(Duration bound);
 
     /// All calls have returned.

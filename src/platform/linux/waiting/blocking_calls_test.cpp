@@ -18,7 +18,7 @@ using Told = BlockingCalls::Told;
 
 class BlockingCallsTest : public testing::Test {
   protected:
-    /// Notes its name behind the gate.
+    /// A call that waits at the gate and then records its name.
     BlockingCalls::Call noting(const std::string& name) {
         return [state = state, name] {
             state->gate.pass();
@@ -42,7 +42,7 @@ class BlockingCallsTest : public testing::Test {
     BlockingCalls calls{threads, waiting};
 };
 
-TEST_F(BlockingCallsTest, GiveTheAnswer) {
+TEST_F(BlockingCallsTest, ReturnTheResult) {
     for (int question = 0; question < 500; ++question) {
         ASSERT_EQ(calls.ask(1h, [question] { return question; }), question);
         ASSERT_TRUE(calls.idle());
@@ -60,7 +60,7 @@ TEST_F(BlockingCallsTest, AreRefusedWhileOneHangs) {
     EXPECT_EQ(state->gate.arrivals(), 1);
 }
 
-TEST_F(BlockingCallsTest, OfAnotherObjectGoOnWhileThoseOfOneHang) {
+TEST_F(BlockingCallsTest, OfOtherObjectsContinueWhileThoseOfOneHang) {
     state->gate.close();
     EXPECT_EQ(calls.tell(0ms, noting("hangs")), Told::waits);
     BlockingCalls others(threads, waiting);
@@ -69,7 +69,7 @@ TEST_F(BlockingCallsTest, OfAnotherObjectGoOnWhileThoseOfOneHang) {
     EXPECT_TRUE(calls.finish(1h));
 }
 
-TEST_F(BlockingCallsTest, CarryCommandsOutInTheirOrderOnceTheyCan) {
+TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderOnceTheyCan) {
     state->gate.close();
     EXPECT_EQ(calls.tell(1ms, noting("first")), Told::waits);
     EXPECT_EQ(calls.tell(1ms, noting("second")), Told::waits);
@@ -92,7 +92,7 @@ TEST_F(BlockingCallsTest, DoNotPileUp) {
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));
 }
 
-TEST_F(BlockingCallsTest, LeaveBehindWhatHangsAndDropWhatHasNotBegun) {
+TEST_F(BlockingCallsTest, LeaveHangingCallsBehindAndDropThoseNotBegun) {
     state->gate.close();
     {
         BlockingCalls left(threads, waiting);
@@ -105,7 +105,7 @@ TEST_F(BlockingCallsTest, LeaveBehindWhatHangsAndDropWhatHasNotBegun) {
     EXPECT_THAT(done(), ElementsAre("hangs"));
 }
 
-/// Ends each wait at once, as a window does whose user wants to close it.
+/// Ends each wait at once, like a window that the user wants to close.
 class EndingWait final : public Waiting {
   public:
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }

@@ -11,7 +11,7 @@ void releaseElsewhere(std::shared_ptr<const void> object) {
     try {
         std::thread([owned = std::move(object)]() mutable { owned.reset(); }).detach();
     } catch (const std::system_error&) {
-        // The system has no thread to give: the object has ended here.
+        // The system cannot create a thread: the object has been destroyed on this one.
         return;
     }
 }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Destroys an object whose end may block (a file on a server that is gone, a drive that is busy)
-// on another thread.
+// Destroys an object on another thread if its destructor may block (a file on a dead server, a busy
+// drive).
 #pragma once
 
 #include <memory>
 
 namespace sonarith::waiting {
 
-/// Releases `object` on a thread of its own. For any thread; returns at once.
+/// Releases `object` on a separate thread. May be called on any thread; returns at once.
 void releaseElsewhere(std::shared_ptr<const void> object);
 
-/// The same object, whose last owner has it released elsewhere.
+/// The same object; when the last owner releases it, it is destroyed on another thread.
 template <typename Object>
 [[nodiscard]] std::shared_ptr<Object> releasedElsewhere(std::shared_ptr<Object> object) {
     Object* const raw = object.get();

@@ -9,7 +9,7 @@
 namespace sonarith::waiting {
 namespace {
 
-/// Its end waits at a gate.
+/// Its destructor waits at a gate.
 struct Slow {
     explicit Slow(std::shared_ptr<fakes::Gate> passed) : gate(std::move(passed)) {}
     ~Slow() { gate->pass(); }
@@ -18,7 +18,7 @@ struct Slow {
     std::shared_ptr<fakes::Gate> gate;
 };
 
-TEST(ReleasedElsewhere, HoldsUpNobodyWhenItEnds) {
+TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     auto slow = releasedElsewhere(std::make_shared<Slow>(gate));

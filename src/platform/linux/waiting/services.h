@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What everything that may hang is given so that it can be waited for.
+// The services that every object that may hang needs for being waited for.
 #pragma once
 
 #include "platform/linux/waiting/worker_threads.h"
@@ -8,11 +8,11 @@
 
 namespace sonarith::waiting {
 
-/// All outlive what is given them.
+/// All must outlive the objects that use them.
 struct Services {
     WorkerThreads& threads;
     Waiting& waiting;
-    Notices& notices; ///< hears what does not answer, and that it answers again
+    Notices& notices; ///< receives what does not respond, and when it responds again
 };
 
 } // namespace sonarith::waiting

@@ -18,15 +18,15 @@ struct WorkerThreads::State {
 
     std::mutex mutex;
     std::condition_variable changed;
-    std::optional<Work> next; ///< for the idle thread, which has not begun it
-    bool idle = false;        ///< a thread is kept for `next`
+    std::optional<Work> next; ///< for the idle thread, which has not started it
+    bool idle = false;        ///< a thread waits for `next`
     bool quitting = false;
 
-    /// The body of a thread, which begins with `work`.
+    /// The body of a thread, which starts with `work`.
     void carryOut(Work work) {
         for (;;) {
             work.job();
-            work.job = nullptr; // what it owns is released before anyone learns of its end
+            work.job = nullptr; // what it owns is released before its end is signalled
             std::unique_lock lock(mutex);
             const bool stays = !idle && !quitting;
             idle = idle || stays;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Threads for calls that may block, and may never return. It starts them and reuses what is idle;
-// which calls may run at the same time, and who waits for them, is decided in blocking_calls.h.
+// Threads for calls that may block or never return. It starts threads and reuses idle ones. Which
+// calls may run concurrently, and which thread waits for them, is decided in blocking_calls.h.
 #pragma once
 
 #include <functional>
@@ -8,7 +8,7 @@
 
 namespace sonarith::waiting {
 
-/// Any thread may call the members.
+/// Thread-safe.
 class WorkerThreads {
   public:
     WorkerThreads();
@@ -20,11 +20,11 @@ class WorkerThreads {
     using Job = std::function<void()>;
 
     /// Runs `job` on the idle thread, or on a new one. The job must own (by shared pointers or
-    /// copies) all that it touches, as it may outlive this object. One thread is kept idle; those
-    /// beyond it end with their job. `afterwards` runs on the same thread once the job is gone and
-    /// the thread can take another: whoever learns from it that the job is done may give the next
-    /// one at once, and costs no new thread. False if the system has no thread to give: neither
-    /// runs.
+    /// copies) everything that it accesses, as it may outlive this object. One thread is kept idle;
+    /// further ones end with their job. `afterwards` runs on the same thread after the job has been
+    /// destroyed and the thread is available again, so that the next job may be started at once
+    /// from there without a new thread. Returns false if the system cannot create a thread: neither
+    /// is run.
     [[nodiscard]] bool run(Job job, Job afterwards);
 
   private:

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Which threads have worked.
+/// Counts the threads that have run jobs.
 class Threads {
   public:
     void note() {
@@ -33,7 +33,7 @@ class Threads {
     std::set<std::thread::id> ids_;
 };
 
-TEST(WorkerThreads, OneThreadDoesAllJobsThatAreGivenOneAfterTheOther) {
+TEST(WorkerThreads, OneThreadRunsAllConsecutiveJobs) {
     Threads used;
     WorkerThreads workers;
     for (int job = 0; job < 500; ++job) {
@@ -44,7 +44,7 @@ TEST(WorkerThreads, OneThreadDoesAllJobsThatAreGivenOneAfterTheOther) {
     EXPECT_EQ(used.count(), 1u);
 }
 
-TEST(WorkerThreads, AJobThatHangsCostsAThreadAndHoldsUpNoOther) {
+TEST(WorkerThreads, AHangingJobCostsAThreadAndBlocksNoOther) {
     const auto gate = std::make_shared<fakes::Gate>();
     const auto owned = std::make_shared<int>();
     gate->close();
@@ -59,7 +59,7 @@ TEST(WorkerThreads, AJobThatHangsCostsAThreadAndHoldsUpNoOther) {
     EXPECT_TRUE(fakes::eventually([&] { return owned.use_count() == 1; }));
 }
 
-TEST(WorkerThreads, WhatTheJobOwnsIsGoneBeforeItsEndIsTold) {
+TEST(WorkerThreads, WhatTheJobOwnsIsDestroyedBeforeItsEndIsSignalled) {
     WorkerThreads workers;
     const auto owned = std::make_shared<int>();
     WorkerThreads::Job job = [owned] {
@@ -74,7 +74,7 @@ TEST(WorkerThreads, WhatTheJobOwnsIsGoneBeforeItsEndIsTold) {
     EXPECT_EQ(ownersAtItsEnd, 1);
 }
 
-TEST(WorkerThreads, AreLeftBehindWithWhatHangs) {
+TEST(WorkerThreads, AreLeftBehindIfTheirJobHangs) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     {
