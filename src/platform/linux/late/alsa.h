@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The functions of ALSA's library that are called here, loaded when they are first called.
+// The ALSA functions that this program calls, loaded on their first call.
 #pragma once
 
 #include <alsa/asoundlib.h>

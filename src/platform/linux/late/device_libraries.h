@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All late libraries at once.
+// All late-loaded libraries at once.
 #pragma once
 
 namespace sonarith {
 
-/// Loads them, for when there is time: a first capture does not wait for that, and what is missing
-/// shows before anything could be lost by it.
+/// Loads them in advance, so that a first capture does not wait for it and a missing library shows
+/// before data could be lost.
 void loadDeviceLibraries();
 
 } // namespace sonarith

@@ -10,7 +10,7 @@ namespace sonarith {
 
 namespace {
 
-/// What the dynamic linker ends a program with whose library is missing.
+/// The exit status of the dynamic linker if a library is missing.
 constexpr int linkerFailed = 127;
 
 [[noreturn]] void endForWantOf(const char* name) {
@@ -25,7 +25,7 @@ void LateLibrary::load() const {
     if (handle_.load(std::memory_order_acquire) != nullptr) {
         return;
     }
-    // Opened once too often by two threads at once, it is the same library. It is never closed.
+    // If two threads open it at once, both get the same library. It is never closed.
     void* const opened = ::dlopen(name_, RTLD_LAZY | RTLD_LOCAL);
     if (opened == nullptr) {
         endForWantOf(name_);

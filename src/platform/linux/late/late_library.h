@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Libraries that are loaded when they are first called and not when the program starts. They stand
-// for the functions of a library and know none of them; those are listed in a header for each.
+// Libraries that are loaded on their first call and not when the program starts. The functions of
+// each library are listed in a header of its own.
 #pragma once
 
 #include <atomic>
 
 namespace sonarith {
 
-/// A shared library by the name that the dynamic linker knows it by ("libsndfile.so.1"). What is
-/// missing ends the process with the linker's own words and its status 127, as it would at the
-/// start of a program that is linked to it.
+/// A shared library by its name for the dynamic linker ("libsndfile.so.1"). A missing library or
+/// symbol ends the process with the linker's own message and its status 127, as at the start of a
+/// program that is linked to it.
 class LateLibrary {
   public:
     explicit constexpr LateLibrary(const char* name) : name_(name) {}
 
-    /// Once; later calls do nothing. From any thread.
+    /// Loads the library on the first call; later calls do nothing. Thread-safe.
     void load() const;
     /// The address of a function or variable; loads the library.
     [[nodiscard]] void* symbol(const char* name) const;
@@ -24,8 +24,8 @@ class LateLibrary {
     mutable std::atomic<void*> handle_ = nullptr;
 };
 
-/// One function of a library, called as if the program were linked to it. It bears the function's
-/// own name within our namespace, so that callers find it in the library's place.
+/// One function of a library, called as if the program were linked to it. It has the function's own
+/// name within our namespace, so that callers find it instead of the library's.
 template <typename Function>
 class LateFunction {
   public:
@@ -36,7 +36,7 @@ class LateFunction {
     operator Function*() const { // NOLINT(google-explicit-constructor)
         Function* function = function_.load(std::memory_order_acquire);
         if (function == nullptr) {
-            // Two threads may both look it up; they find the same.
+            // Two threads may both look it up; the result is the same.
             function = reinterpret_cast<Function*>(library_.symbol(name_));
             function_.store(function, std::memory_order_release);
         }
@@ -67,8 +67,8 @@ class LateVariable {
 
 } // namespace sonarith
 
-/// Lists a function of a library that a header of the library declares: its name is wanted as a
-/// name, as a type and as a text.
+/// Declares a function of a library from the library's header: the macro needs its name as a name,
+/// as a type and as a text.
 #define SONARITH_LATE_FUNCTION(library, name)                                                      \
     inline constinit const LateFunction<decltype(::name)> name {                                   \
         library, #name                                                                             \

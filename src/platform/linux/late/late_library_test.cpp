@@ -25,12 +25,12 @@ bool isLoaded(const char* name) {
     return handle != nullptr;
 }
 
-/// Runs in a process of its own: what is loaded stays loaded.
+/// Runs in a child process, because a library stays loaded.
 void endWith(bool good) {
     std::_Exit(good ? 0 : 1);
 }
 
-TEST(LateLibrary, IsLoadedWithTheFirstCallAndNotBefore) {
+TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
     EXPECT_EXIT(
         {
             const bool before = isLoaded("libsamplerate.so.0");
@@ -40,7 +40,7 @@ TEST(LateLibrary, IsLoadedWithTheFirstCallAndNotBefore) {
         ExitedWithCode(0), "");
 }
 
-TEST(LateLibrary, ComesWithAllOthersWhenThereIsTime) {
+TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
     EXPECT_EXIT(
         {
             const bool before = isLoaded("libsndfile.so.1") || isLoaded("libcdio.so.19");
@@ -57,7 +57,7 @@ TEST(LateLibrary, ComesWithAllOthersWhenThereIsTime) {
 }
 
 TEST(LateLibrary, FindsEachFunctionUnderItsOwnName) {
-    // As the linker would have it, from two threads at once.
+    // From two threads at once, as the dynamic linker would allow it.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });
@@ -67,13 +67,13 @@ TEST(LateLibrary, FindsEachFunctionUnderItsOwnName) {
     EXPECT_EQ(words[1], words[0]);
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheLinkerWhereItIsMissing) {
+TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfItIsMissing) {
     static constexpr LateLibrary missing("libno-such-thing.so.7");
     EXPECT_EXIT(missing.load(), ExitedWithCode(127),
                 "sonarith: libno-such-thing.so.7: cannot open");
 }
 
-TEST(LateLibrary, EndsTheProgramLikeTheLinkerWhereAFunctionIsMissing) {
+TEST(LateLibrary, EndsTheProgramLikeTheLinkerIfAFunctionIsMissing) {
     static const LateFunction<int(int)> missing(samplerateLibrary, "src_no_such_function");
     EXPECT_EXIT(static_cast<void>(missing(1)), ExitedWithCode(127), "src_no_such_function");
 }

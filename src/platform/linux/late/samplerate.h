@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The functions of libsamplerate that are called here, loaded when they are first called.
+// The libsamplerate functions that this program calls, loaded on their first call.
 #pragma once
 
 #include <samplerate.h>
