@@ -14,7 +14,7 @@ namespace {
 struct Meaning {
     int error; ///< an errno value
     ErrorNumber number;
-    const char* words; ///< follow the path; nullptr: the system's own
+    const char* words; ///< follow the path; nullptr: the system's own message
 };
 
 constexpr std::array meanings{
@@ -30,7 +30,7 @@ constexpr std::array meanings{
     Meaning{EROFS, ErrorNumber::permissionDenied, "is on a disk that can only be read"},
     Meaning{EBUSY, ErrorNumber::permissionDenied, "is in use"},
     Meaning{ETXTBSY, ErrorNumber::permissionDenied, "is in use"},
-    // What an open without blocking says of a file that another program has a lease on.
+    // Returned by a non-blocking open of a file on which another program has a lease.
     Meaning{EAGAIN, ErrorNumber::permissionDenied, "is in use"},
     Meaning{ENOSPC, ErrorNumber::diskFull, "does not fit: the disk is full"},
     Meaning{EDQUOT, ErrorNumber::diskFull, "does not fit: the disk is full"},
@@ -43,7 +43,7 @@ constexpr std::array meanings{
 Meaning meaningOf(int error) {
     const auto* const found = std::find_if(meanings.begin(), meanings.end(),
                                            [&](const Meaning& m) { return m.error == error; });
-    // Another disk, no more descriptors...
+    // Another disk, no more descriptors, and so on.
     return found != meanings.end() ? *found : Meaning{error, ErrorNumber::pathFileAccess, nullptr};
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a failed system call on a file or folder means: the number that the logic tells apart, and
-// the words that the user reads. It calls nothing itself; devices have texts of their own.
+// Maps a failed system call on a file or folder to the error number that the logic distinguishes
+// and the error message for the user. It calls nothing itself; devices have their own messages.
 #pragma once
 
 #include <filesystem>
@@ -10,22 +10,23 @@
 
 namespace sonarith {
 
-/// The number with its classic text.
+/// The number with its standard message.
 [[nodiscard]] Error fileError(ErrorNumber number);
 
-/// The number that `systemErrorNumber` (a value of errno) stands for, with its classic text.
-/// ENOENT is fileNotFound: a caller that knows the folder to be missing says pathNotFound itself.
-/// An errno that means nothing special to the logic is pathFileAccess.
+/// The number for `systemErrorNumber` (a value of errno), with its standard message. ENOENT is
+/// fileNotFound; a caller that knows that the folder is missing uses pathNotFound itself. Every
+/// errno without a special meaning for the logic is pathFileAccess.
 [[nodiscard]] Error fileErrorOfSystem(int systemErrorNumber);
 
 } // namespace sonarith
 
 namespace sonarith::files {
 
-/// The same number with words that name `path`. For files that are about to be written or are read
-/// by their whole path; so ENOENT is pathNotFound here, whichever part of the path is missing.
+/// The same number with a message that names `path`. For files that are about to be written, or
+/// that are read by their whole path; so ENOENT is pathNotFound here, whichever part of the path is
+/// missing.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
-/// What it means by itself, for a sentence that names the file elsewhere: "no space is left".
+/// The cause alone, for a sentence that names the file elsewhere: "no space is left".
 [[nodiscard]] std::string reasonOf(int error);
 
 } // namespace sonarith::files

@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(SystemError, SaysInWordsWhatIsWrong) {
+TEST(SystemError, DescribesTheCause) {
     EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" does not fit: the disk is full");
     EXPECT_EQ(systemError(EEXIST, "/a/b").text, "\"/a/b\" exists already");
     EXPECT_EQ(systemError(EROFS, "/a").number, ErrorNumber::permissionDenied);
@@ -18,12 +18,12 @@ TEST(SystemError, SaysInWordsWhatIsWrong) {
     EXPECT_THAT(systemError(EIO, "/a").text, HasSubstr("failed: "));
 }
 
-TEST(SystemError, SaysThatAPathIsMissingWhicheverPartOfItIs) {
+TEST(SystemError, ReportsAMissingPathWhicheverPartIsMissing) {
     EXPECT_EQ(systemError(ENOENT, "/a").number, ErrorNumber::pathNotFound);
     EXPECT_EQ(systemError(ENOENT, "/a").text, "\"/a\" does not exist");
 }
 
-TEST(FileErrorOfSystem, KnowsTheFailuresThatTheLogicTellsApart) {
+TEST(FileErrorOfSystem, MapsTheFailuresThatTheLogicDistinguishes) {
     EXPECT_EQ(fileErrorOfSystem(ENOENT).number, ErrorNumber::fileNotFound);
     EXPECT_EQ(fileErrorOfSystem(ENOTDIR).number, ErrorNumber::pathNotFound);
     EXPECT_EQ(fileErrorOfSystem(ELOOP).number, ErrorNumber::pathNotFound);
@@ -38,23 +38,23 @@ TEST(FileErrorOfSystem, KnowsTheFailuresThatTheLogicTellsApart) {
     EXPECT_EQ(fileErrorOfSystem(ENXIO).number, ErrorNumber::deviceUnavailable);
 }
 
-// The classic meaning of number 70 is a write-protected disk as well as a missing permission.
-TEST(FileErrorOfSystem, TakesAReadOnlyDiskForAMissingPermission) {
+// The standard meaning of number 70 covers a write-protected disk as well as a missing permission.
+TEST(FileErrorOfSystem, TreatsAReadOnlyDiskAsAMissingPermission) {
     EXPECT_EQ(fileErrorOfSystem(EROFS).number, ErrorNumber::permissionDenied);
 }
 
-TEST(FileErrorOfSystem, TakesEverythingElseForAnAccessError) {
+TEST(FileErrorOfSystem, TreatsEverythingElseAsAnAccessError) {
     EXPECT_EQ(fileErrorOfSystem(EXDEV).number, ErrorNumber::pathFileAccess);
     EXPECT_EQ(systemError(EXDEV, "/a").number, ErrorNumber::pathFileAccess);
 }
 
-TEST(FileError, CarriesTheClassicText) {
+TEST(FileError, HasTheStandardText) {
     EXPECT_EQ(fileError(ErrorNumber::fileNotFound).text, "File not found");
     EXPECT_EQ(fileError(ErrorNumber::pathFileAccess).text, "Path/File access error");
     EXPECT_EQ(fileErrorOfSystem(EACCES).text, "Permission denied");
 }
 
-TEST(SystemError, HasAReasonThatStandsByItself) {
+TEST(SystemError, HasACauseThatCanBeShownAlone) {
     EXPECT_EQ(reasonOf(ENOSPC), "no space is left");
     EXPECT_EQ(reasonOf(EDQUOT), "the quota of the disk is used up");
     EXPECT_EQ(reasonOf(EFBIG), "the file would be too large");

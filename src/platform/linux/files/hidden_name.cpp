@@ -30,23 +30,23 @@ std::string hexadecimal(std::uint32_t value) {
     return digits.data();
 }
 
-/// The machine's identity; empty where it has none.
+/// The machine's identity; empty if it has none.
 std::string machineIdentity() {
     std::string identity;
     std::getline(std::ifstream("/etc/machine-id"), identity);
     if (identity.empty()) {
-        std::array<char, 65> name{}; // HOST_NAME_MAX and its end
+        std::array<char, 65> name{}; // HOST_NAME_MAX plus the terminating NUL
         static_cast<void>(::gethostname(name.data(), name.size() - 1));
         identity = name.data();
     }
     return identity;
 }
 
-/// What the hidden names of this machine begin with. On some network file systems a lock is known
-/// to the machine alone that holds it, so another one's files are nobody's to judge.
+/// Prefix of this machine's hidden names. On some network file systems a lock is visible only to
+/// the machine that holds it, so no other machine can judge its files.
 const std::string& machinePrefix() {
     static const std::string prefix = [] {
-        // FNV-1a: the identity itself is not for others to read.
+        // FNV-1a: the identity itself must not be readable by others.
         std::uint32_t hash = 2166136261;
         for (const char character : machineIdentity()) {
             hash = (hash ^ static_cast<unsigned char>(character)) * 16777619;
@@ -98,8 +98,8 @@ int HiddenName::renameTo(const FileDescriptor& folder, const std::string& name) 
         return errno;
     }
     name_.clear();
-    // Of another folder than the new name's, too: the old name must not come back after a power
-    // failure.
+    // Also the old folder if it differs from the new one: the old name must not reappear after a
+    // power failure.
     static_cast<void>(::fsync(folder_.get()));
     return 0;
 }
@@ -114,14 +114,15 @@ void unclaim(const FileDescriptor& file) {
 
 void removeLeftovers(const FileDescriptor& folder) {
     for (const std::string& name : hiddenNamesIn(folder)) {
-        // Open for writing: some network file systems lock no others. Not to wait for a pipe.
+        // Open for writing: some network file systems lock only such files. Non-blocking, so that a
+        // pipe does not block it.
         const FileDescriptor file(
             ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat found {};
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            // Held until it is gone, so that a program that has just made it sees that and makes
-            // another.
+            // The lock is held until the file is deleted, so that a program that has just created
+            // it notices and creates another.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Hidden names, under which a file stands in somebody's folder while it is not whole or not yet
-// where it belongs, and the removal of those files that a program left when it was killed. Nothing
-// is known here of what the files hold.
+// Hidden names for files that are incomplete or not yet in their final place, and the deletion of
+// such files left by a killed process. It does not know the contents of the files.
 #pragma once
 
 #include <string>
@@ -11,10 +10,11 @@
 
 namespace sonarith::files {
 
-/// ".sonarith-", eight digits that stand for this machine, "-", sixteen random ones; hexadecimal.
+/// ".sonarith-", eight digits that identify this machine, "-", sixteen random ones; all
+/// hexadecimal.
 [[nodiscard]] std::string newHiddenName();
 
-/// The name that a file bears in a folder; taken away with this object, unless it was changed.
+/// The name of a file in a folder. The destructor deletes the file unless it has been renamed.
 class HiddenName {
   public:
     /// `folder` need not stay open.
@@ -23,23 +23,23 @@ class HiddenName {
     HiddenName(const HiddenName&) = delete;
     HiddenName& operator=(const HiddenName&) = delete;
 
-    /// Makes it `name` in `folder` instead, in place of what stands there, in one step. Answers an
-    /// errno value; 0 is success.
+    /// Renames it to `name` in `folder` in one step, replacing an existing file. Returns an errno
+    /// value; 0 is success.
     [[nodiscard]] int renameTo(const FileDescriptor& folder, const std::string& name);
 
   private:
     FileDescriptor folder_;
-    std::string name_; ///< empty once it was changed
+    std::string name_; ///< empty after a rename
 };
 
-/// Says that the owner of `file` lives, for as long as it or a duplicate is open, or until
-/// `unclaim`. False only where somebody else has it, who takes it for a dead program's. Where the
-/// file system has no locks nothing can be said, and nothing is ever removed.
+/// Marks `file` as owned by a live process, for as long as it or a duplicate is open, or until
+/// `unclaim`. False only if another process has claimed it because it considers the owner dead.
+/// Without file locks in the file system no claim can be seen, and no file is ever deleted.
 [[nodiscard]] bool claim(const FileDescriptor& file);
 void unclaim(const FileDescriptor& file);
 
-/// Removes the hidden files of `folder` that nobody claims: plain files of this user under names
-/// that `newHiddenName` gives on this machine. What fails is passed over.
+/// Deletes the unclaimed hidden files of `folder`: regular files of this user with names that
+/// `newHiddenName` creates on this machine. Failures are ignored.
 void removeLeftovers(const FileDescriptor& folder);
 
 } // namespace sonarith::files

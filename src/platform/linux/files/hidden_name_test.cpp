@@ -25,7 +25,7 @@ using testing::MatchesRegex;
 
 class HiddenNameTest : public testing::Test {
   protected:
-    /// A hidden file of this machine's that nobody claims.
+    /// An unclaimed hidden file with this machine's prefix.
     fs::path leftover() const {
         const fs::path path = folder / newHiddenName();
         std::ofstream(path) << "half a recording";
@@ -46,7 +46,7 @@ TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
     EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19)) << "one machine, one prefix";
 }
 
-TEST_F(HiddenNameTest, IsTakenAwayAtItsEnd) {
+TEST_F(HiddenNameTest, IsDeletedByItsDestructor) {
     const fs::path path = leftover();
     {
         const HiddenName name(openFolder(folder.path()), path.filename());
@@ -55,7 +55,7 @@ TEST_F(HiddenNameTest, IsTakenAwayAtItsEnd) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, BecomesAnotherNameInPlaceOfWhatStoodThere) {
+TEST_F(HiddenNameTest, IsRenamedOverAnExistingFile) {
     fs::create_directory(folder / "other");
     std::ofstream(folder / "other/a.wav") << "old";
     const fs::path path = leftover();
@@ -69,7 +69,7 @@ TEST_F(HiddenNameTest, BecomesAnotherNameInPlaceOfWhatStoodThere) {
     EXPECT_EQ(fs::file_size(folder / "other/a.wav"), 16U);
 }
 
-TEST_F(HiddenNameTest, IsSweptAwayIfNobodyClaimsItsFile) {
+TEST_F(HiddenNameTest, IsDeletedIfItsFileIsUnclaimed) {
     const fs::path first = leftover();
     const fs::path second = leftover();
     sweep();
@@ -77,7 +77,7 @@ TEST_F(HiddenNameTest, IsSweptAwayIfNobodyClaimsItsFile) {
     EXPECT_FALSE(fs::exists(second));
 }
 
-TEST_F(HiddenNameTest, StaysForAsLongAsItsFileIsClaimed) {
+TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
     const fs::path path = leftover();
     {
         const FileDescriptor file = open(path);
@@ -96,7 +96,7 @@ TEST_F(HiddenNameTest, StaysForAsLongAsItsFileIsClaimed) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, IsSweptAwayOnceItsProgramWasKilled) {
+TEST_F(HiddenNameTest, IsDeletedOnceItsProcessWasKilled) {
     const fs::path path = leftover();
     int ready[2];
     ASSERT_EQ(::pipe(ready), 0);
@@ -121,7 +121,7 @@ TEST_F(HiddenNameTest, IsSweptAwayOnceItsProgramWasKilled) {
     ::close(ready[1]);
 }
 
-TEST_F(HiddenNameTest, NoOtherNameIsSweptAway) {
+TEST_F(HiddenNameTest, NoOtherNameIsDeleted) {
     std::string ofAnotherMachine = newHiddenName();
     ofAnotherMachine[10] = ofAnotherMachine[10] == '0' ? '1' : '0';
     std::string inCapitals = newHiddenName();
@@ -139,7 +139,7 @@ TEST_F(HiddenNameTest, NoOtherNameIsSweptAway) {
     }
 }
 
-TEST_F(HiddenNameTest, NothingButAPlainFileIsSweptAway) {
+TEST_F(HiddenNameTest, OnlyRegularFilesAreDeleted) {
     const fs::path subfolder = folder / newHiddenName();
     const fs::path pipe = folder / newHiddenName();
     const fs::path link = folder / newHiddenName();
@@ -157,7 +157,7 @@ TEST_F(HiddenNameTest, NothingButAPlainFileIsSweptAway) {
     EXPECT_TRUE(fs::exists(folder / "mine"));
 }
 
-TEST_F(HiddenNameTest, AnotherUsersFileIsNotSweptAway) {
+TEST_F(HiddenNameTest, AnotherUsersFileIsNotDeleted) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only the superuser can make a file of somebody else's";
     }
@@ -171,7 +171,7 @@ TEST_F(HiddenNameTest, AnotherUsersFileIsNotSweptAway) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, NothingIsSweptAwayWhereThereAreNoLocks) {
+TEST_F(HiddenNameTest, NothingIsDeletedWithoutFileLocks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   if (!test::refuseFileLocks()) {
@@ -185,7 +185,7 @@ TEST_F(HiddenNameTest, NothingIsSweptAwayWhereThereAreNoLocks) {
               0);
 }
 
-TEST_F(HiddenNameTest, AFolderThatCannotBeListedIsPassedOver) {
+TEST_F(HiddenNameTest, AFolderThatCannotBeListedIsSkipped) {
     removeLeftovers(openFolder(folder / "none"));
     const fs::path path = leftover();
     fs::permissions(path, fs::perms(0666));

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The path that `target` means, should it be a symbolic link to a file that exists.
+/// The target of the link, if `target` is a symbolic link to an existing file.
 fs::path withoutLink(const fs::path& target) {
     std::error_code error;
     if (!fs::is_symlink(target, error)) {
@@ -26,7 +26,7 @@ fs::path withoutLink(const fs::path& target) {
     return error ? target : real;
 }
 
-/// What stands under the name may be replaced: it is nothing, or a plain file that may be written.
+/// The name may be replaced if nothing has it, or a regular file with write permission.
 Status inspect(SavePlace& place, const fs::path& target) {
     struct stat found {};
     if (::fstatat(place.folder.get(), place.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -50,7 +50,7 @@ Status inspect(SavePlace& place, const fs::path& target) {
 
 Result<SavePlace> locate(const fs::path& target) {
     if (target.native().find('\0') != std::string::npos) {
-        // The system would take what stands before the NUL for the name.
+        // The system would take the part before the NUL as the name.
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
     const fs::path path = withoutLink(target);
@@ -79,8 +79,8 @@ FileDescriptor openFolder(const fs::path& folder) {
 }
 
 int flushFolder(const FileDescriptor& folder) {
-    // Some file systems cannot flush folders, and say EINVAL. EBADF: it may not be listed, and is
-    // open for its names alone.
+    // Some file systems cannot flush folders and return EINVAL. EBADF: the folder may not be listed
+    // and is open with O_PATH only.
     return ::fsync(folder.get()) == 0 || errno == EINVAL || errno == EBADF ? 0 : errno;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where a file is to stand: its folder, held open, and its name there, with what must hold before
-// something may be replaced. It names and replaces nothing itself.
+// The place where a file is to be saved: its folder, held open, its name there, and the checks
+// before an existing file may be replaced. It renames and replaces nothing itself.
 #pragma once
 
 #include <filesystem>
@@ -17,20 +17,20 @@ namespace sonarith::files {
 struct SavePlace {
     FileDescriptor folder;
     std::string name;
-    std::optional<mode_t> mode; ///< of the file that stands there now, if there is one
+    std::optional<mode_t> mode; ///< of the existing file, if there is one
 };
 
-/// The place that `target` means; a symbolic link to a file is followed. Fails where the folder is
-/// missing, and for what may not be replaced: a folder, anything else that is no plain file, and a
-/// file that may not be written to.
+/// The place that `target` names; a symbolic link to a file is followed. Fails if the folder is
+/// missing, and for targets that must not be replaced: a folder, any other non-regular file, and a
+/// file without write permission.
 [[nodiscard]] Result<SavePlace> locate(const std::filesystem::path& target);
 
-/// Open for making files in it, also where it may not be listed. Invalid, with errno, after a
-/// failure.
+/// Opens a folder for creating files in it, even if it cannot be listed. Invalid, with errno, after
+/// a failure.
 [[nodiscard]] FileDescriptor openFolder(const std::filesystem::path& folder);
 
-/// Brings the folder's names to the disk. Answers an errno value; 0 is success, and so is a folder
-/// that cannot be flushed.
+/// Flushes the folder's directory entries to the disk. Returns an errno value; 0 is success, also
+/// for a folder that does not support flushing.
 [[nodiscard]] int flushFolder(const FileDescriptor& folder);
 
 } // namespace sonarith::files

@@ -24,7 +24,7 @@ class SavePlaceTest : public testing::Test {
         EXPECT_FALSE(place.ok()) << target;
         return place.ok() ? ErrorNumber{} : place.error().number;
     }
-    /// Whether the place is in this folder, whatever paths lead to it.
+    /// Whether the place is in this folder, by whatever path it is reached.
     static bool isIn(const SavePlace& place, const fs::path& path) {
         struct stat opened {};
         struct stat wanted {};
@@ -34,7 +34,7 @@ class SavePlaceTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(SavePlaceTest, IsTheFolderAndTheName) {
+TEST_F(SavePlaceTest, HoldsTheFolderAndTheName) {
     const Result<SavePlace> place = locate(folder / "new.wav");
     ASSERT_TRUE(place.ok());
     EXPECT_EQ(place.value().name, "new.wav");
@@ -42,13 +42,13 @@ TEST_F(SavePlaceTest, IsTheFolderAndTheName) {
     EXPECT_TRUE(isIn(place.value(), folder.path()));
 }
 
-TEST_F(SavePlaceTest, TellsTheModeOfTheFileThatStandsThere) {
+TEST_F(SavePlaceTest, HoldsTheModeOfAnExistingFile) {
     std::ofstream(folder / "old.wav") << "old";
     fs::permissions(folder / "old.wav", fs::perms(0640));
     EXPECT_EQ(locate(folder / "old.wav").value().mode, mode_t{0640});
 }
 
-TEST_F(SavePlaceTest, IsWhereASymbolicLinkLeads) {
+TEST_F(SavePlaceTest, FollowsASymbolicLink) {
     fs::create_directory(folder / "real");
     std::ofstream(folder / "real/file.wav") << "old";
     fs::create_symlink("real/file.wav", folder / "link.wav");
@@ -58,7 +58,7 @@ TEST_F(SavePlaceTest, IsWhereASymbolicLinkLeads) {
     EXPECT_TRUE(isIn(place.value(), folder / "real"));
 }
 
-TEST_F(SavePlaceTest, IsNotWhereNoFileMayBeReplaced) {
+TEST_F(SavePlaceTest, IsRefusedWhereNoFileMayBeReplaced) {
     fs::create_directory(folder / "folder");
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     fs::create_symlink("nowhere", folder / "dangling");
@@ -74,7 +74,7 @@ TEST_F(SavePlaceTest, IsNotWhereNoFileMayBeReplaced) {
     EXPECT_EQ(failure(folder / std::string(256, 'n')), ErrorNumber::badFileName);
 }
 
-TEST_F(SavePlaceTest, OpensAndFlushesAFolderThatMayNotBeListed) {
+TEST_F(SavePlaceTest, OpensAndFlushesAFolderThatCannotBeListed) {
     fs::permissions(folder.path(), fs::perms(0333));
     EXPECT_EQ(test::runUnprivileged([&] {
                   const FileDescriptor opened = openFolder(folder.path());
@@ -87,7 +87,7 @@ TEST_F(SavePlaceTest, OpensAndFlushesAFolderThatMayNotBeListed) {
     EXPECT_EQ(flushFolder(openFolder(folder.path())), 0);
 }
 
-TEST_F(SavePlaceTest, OpensNothingButAFolder) {
+TEST_F(SavePlaceTest, OpensOnlyFolders) {
     std::ofstream(folder / "file") << "old";
     EXPECT_FALSE(openFolder(folder / "file").valid());
     EXPECT_EQ(errno, ENOTDIR);

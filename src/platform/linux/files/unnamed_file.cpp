@@ -18,26 +18,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// New files are readable and writable by all, less what the user's umask takes away.
+/// New files are readable and writable by all, minus the user's umask.
 constexpr mode_t newFileMode = 0666;
-/// Names that are tried before it counts as impossible to find a free one; one is enough unless
-/// 64 random bits repeat, or somebody looks for leftovers at this very moment.
+/// Attempts to find a free name before it counts as impossible. One is enough unless 64 random bits
+/// repeat or another process deletes leftovers at this moment.
 constexpr int nameAttempts = 8;
 
 /// An errno value; 0 is success.
 using ErrorCode = int;
 
-/// The mode that it passes on, then the data on the disk.
+/// Sets the mode to keep, then flushes the data to the disk.
 ErrorCode makeReady(const FileDescriptor& file, const SavePlace& place) {
     if (place.mode) {
-        // Not every file system has modes; the data matter more.
+        // Not every file system has modes; the data are more important.
         static_cast<void>(::fchmod(file.get(), *place.mode));
     }
     return ::fsync(file.get()) == 0 ? 0 : errno;
 }
 
 ErrorCode link(const FileDescriptor& file, const FileDescriptor& folder, const std::string& name) {
-    // An unnamed file is linked through its entry in /proc: the other road needs privileges.
+    // An unnamed file is linked through its entry in /proc: linkat with AT_EMPTY_PATH needs
+    // privileges.
     const std::string self = "/proc/self/fd/" + std::to_string(file.get());
     return ::linkat(AT_FDCWD, self.c_str(), folder.get(), name.c_str(), AT_SYMLINK_FOLLOW) == 0
                ? 0
@@ -50,7 +51,8 @@ bool exists(const FileDescriptor& folder, const std::string& name) {
 }
 
 ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
-    std::vector<char> buffer(256 * 1024); // large enough that the calls do not count
+    std::vector<char> buffer(
+        256 * 1024); // large enough that the cost of the system calls does not matter
     off_t offset = 0;
     while (true) {
         const ssize_t count = ::pread(from.get(), buffer.data(), buffer.size(), offset);
@@ -72,8 +74,8 @@ ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
     }
 }
 
-/// Whether an attempt to give the name failed for a reason that a copy does not share: another file
-/// system, one without links, or a file that has lost the right to a name.
+/// Whether giving the file its name failed for a reason that a copy avoids: another file system,
+/// one without links, or a file that can no longer be linked.
 bool copyingHelps(ErrorCode error) {
     return error == EXDEV || error == EPERM || error == EOPNOTSUPP || error == ENOENT ||
            error == EMLINK;
@@ -103,7 +105,7 @@ ErrorCode UnnamedFile::openIn(const FileDescriptor& folder, Concealment concealm
     if (!file_.valid()) {
         return openUnderHiddenName(folder);
     }
-    // It may get a hidden name later. Nobody else can have it yet.
+    // It may get a hidden name later. No other process can have claimed it yet.
     static_cast<void>(claim(file_));
     return 0;
 }
@@ -116,7 +118,7 @@ ErrorCode UnnamedFile::openUnderHiddenName(const FileDescriptor& folder) {
         if (!file_.valid() && errno != EEXIST) {
             return errno;
         }
-        // Until it was claimed, it could be taken for a leftover.
+        // Until it is claimed, another process may delete it as a leftover.
         if (file_.valid() && claim(file_) && exists(folder, name)) {
             hiddenName_ = std::make_unique<HiddenName>(folder, name);
             return 0;
@@ -137,7 +139,7 @@ ErrorCode UnnamedFile::linkUnderHiddenName(const FileDescriptor& folder) {
     return error;
 }
 
-/// Gives the file itself the name.
+/// Gives the file itself the name, without a copy.
 ErrorCode UnnamedFile::moveTo(const SavePlace& place) {
     if (const ErrorCode error = makeReady(file_, place); error != 0) {
         return error;
@@ -145,7 +147,7 @@ ErrorCode UnnamedFile::moveTo(const SavePlace& place) {
     if (!hiddenName_) {
         ErrorCode error = place.mode ? EEXIST : link(file_, place.folder, place.name);
         if (error == EEXIST) {
-            // A link never replaces a file, and a rename does: so it gets a hidden name first.
+            // A link never replaces a file, but a rename does: so it gets a hidden name first.
             error = linkUnderHiddenName(place.folder);
         }
         if (error != 0 || !hiddenName_) {
@@ -174,14 +176,14 @@ Status UnnamedFile::publish(const fs::path& target) {
         return located.error();
     }
     const SavePlace& place = located.value();
-    // A file with a name is never given a second one: both would be the same file.
+    // A published file never gets a second name: both would be the same file.
     ErrorCode error = published_ ? EXDEV : moveTo(place);
     if (!published_ && error == 0) {
         published_ = true;
         unclaim(file_);
     }
     if (copyingHelps(error)) {
-        // A hidden name needs no link, should it be that which is missing here.
+        // A hidden name needs no link, in case links are what is missing here.
         error = copyTo(place, error == EXDEV ? concealment_ : Concealment::hiddenName);
     }
     if (error == 0) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files that nobody sees until they are whole: made in a folder, written, and put under their name
-// in one step, so that whatever happens the name holds the old file or the new one. Nothing is
-// known here of what the files hold.
+// Files that stay invisible until they are complete: created in a folder, written, and given their
+// name in one step, so that the name always refers to either the complete old file or the complete
+// new one. It does not know the contents of the files.
 #pragma once
 
 #include <filesystem>
@@ -15,32 +15,32 @@ namespace sonarith::files {
 
 struct SavePlace;
 
-/// How a file is kept out of sight.
+/// How a file is hidden.
 enum class Concealment {
-    noName,    ///< it has no name; on a file system that has no such files, as below
+    noName,    ///< it has no name; if the file system does not support that, as below
     hiddenName ///< it has a hidden name in its folder
 };
 
 class UnnamedFile {
   public:
-    /// An empty file in `folder`, open for reading and writing. It is gone when this object is, or
-    /// when the process ends, unless it was published; but a killed program leaves a hidden name,
-    /// which the next file made in that folder removes.
+    /// Creates an empty file in `folder`, open for reading and writing. It disappears with this
+    /// object or with the process unless it was published; but a killed process leaves a hidden
+    /// name, which is deleted when the next file is created in that folder.
     [[nodiscard]] static Result<UnnamedFile> create(const std::filesystem::path& folder,
                                                     Concealment concealment = Concealment::noName);
 
     [[nodiscard]] const FileDescriptor& descriptor() const { return file_; }
 
-    /// Puts what the file holds under the name `target`, and on the disk, before it returns. A file
-    /// of that name is replaced in one step and passes on its mode; a symbolic link is followed.
-    /// Only for another file system, and for a second name, it is copied. After a failure `target`
-    /// is what it was, and this file can still be published. Fails for folders and for anything
-    /// else that is no plain file, and for files that may not be written to.
+    /// Gives the file the name `target` and flushes it to the disk before it returns. An existing
+    /// file of that name is replaced in one step, and its mode is kept; a symbolic link is
+    /// followed. The contents are copied only for another file system or for a second name. After a
+    /// failure `target` is unchanged, and this file can still be published. Fails for folders,
+    /// other non-regular files and files without write permission.
     [[nodiscard]] Status publish(const std::filesystem::path& target);
 
   private:
     UnnamedFile() = default;
-    // These answer an errno value; 0 is success.
+    // These return an errno value; 0 is success.
     [[nodiscard]] int openIn(const FileDescriptor& folder, Concealment concealment);
     [[nodiscard]] int openUnderHiddenName(const FileDescriptor& folder);
     [[nodiscard]] int linkUnderHiddenName(const FileDescriptor& folder);
@@ -48,7 +48,7 @@ class UnnamedFile {
     [[nodiscard]] int copyTo(const SavePlace& place, Concealment concealment) const;
 
     FileDescriptor file_;
-    std::unique_ptr<HiddenName> hiddenName_; ///< while it has one
+    std::unique_ptr<HiddenName> hiddenName_; ///< only if it has one
     Concealment concealment_ = Concealment::noName;
     bool published_ = false;
 };

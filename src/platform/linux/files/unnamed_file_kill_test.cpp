@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a kill leaves on the disk, at whichever system call of a save it comes.
+// What a kill leaves on the disk, at each system call of a save.
 #include "platform/linux/files/unnamed_file.h"
 
 #include <gmock/gmock.h>
@@ -25,12 +25,12 @@ using testing::Combine;
 using testing::Values;
 
 enum class Target { isNew, isReplaced };
-/// How the name is given: the file itself gets it, or a copy, as it has another one already.
+/// How the name is given: to the file itself, or to a copy because the file already has a name.
 enum class Road { itself, copy };
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Road>> {
   protected:
-    /// One save in `folder`, killed at its system call number `call`.
+    /// One save in `folder`, killed at system call number `call`.
     KillOutcome save(const fs::path& folder, int call) const {
         std::optional<UnnamedFile> file;
         return test::killAtCall(
@@ -50,7 +50,7 @@ class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Tar
     const Road road = std::get<2>(GetParam());
 };
 
-TEST_P(KilledSaveTest, LeavesTheOldFileOrTheNewOneAndWhatTheNextFileSweepsAway) {
+TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDeletes) {
     const std::string before = target == Target::isReplaced ? "old" : "(none)";
     bool usesHiddenNames = concealment == Concealment::hiddenName || target == Target::isReplaced;
     int leftovers = 0;

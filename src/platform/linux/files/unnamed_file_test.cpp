@@ -44,14 +44,14 @@ ErrorNumber numberOf(const Status& status) {
     return status.ok() ? ErrorNumber{} : status.error().number;
 }
 
-/// Stands in for a full disk.
+/// Simulates a full disk.
 void allowNoFileBeyond(rlim_t bytes) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-/// Runs `body` in a process of its own, with its own mounts; answers what it answers.
+/// Runs `body` in a child process with its own mounts; returns its result.
 int inChild(const std::function<int()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -62,7 +62,7 @@ int inChild(const std::function<int()>& body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// On a file system that has unnamed files, and as on one that has none.
+/// With unnamed files, and as on a file system that does not support them.
 class UnnamedFileTest : public testing::TestWithParam<Concealment> {
   protected:
     Result<UnnamedFile> create(const fs::path& where) const {
@@ -75,7 +75,7 @@ class UnnamedFileTest : public testing::TestWithParam<Concealment> {
                   static_cast<ssize_t>(content.size()));
         return std::move(made.value());
     }
-    /// What an unfinished file shows in its folder.
+    /// The number of directory entries of one unfinished file.
     int entriesOfOne() const {
         return GetParam() == Concealment::hiddenName || !test::hasUnnamedFiles(folder.path()) ? 1
                                                                                               : 0;
@@ -85,7 +85,7 @@ class UnnamedFileTest : public testing::TestWithParam<Concealment> {
     const fs::path target = folder / "target.wav";
 };
 
-TEST_P(UnnamedFileTest, IsSeenByNobodyUntilItIsPublished) {
+TEST_P(UnnamedFileTest, IsInvisibleUntilItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_FALSE(fs::exists(target));
     EXPECT_EQ(entriesIn(folder.path()), entriesOfOne());
@@ -129,7 +129,7 @@ TEST_P(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     std::string name = "/dev/shm/sonarith-test-XXXXXX";
     ASSERT_NE(::mkdtemp(name.data()), nullptr);
     const fs::path other = name;
-    const std::string content(3'000'000, 'x'); // several buffers of the copy
+    const std::string content(3'000'000, 'x'); // several copy buffers
     UnnamedFile file = unnamed(content);
     EXPECT_TRUE(file.publish(other / "fresh").ok());
     EXPECT_EQ(contentOf(other / "fresh"), content);
@@ -140,7 +140,7 @@ TEST_P(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     fs::remove_all(other);
 }
 
-TEST_P(UnnamedFileTest, IsGoneIfItIsNotPublished) {
+TEST_P(UnnamedFileTest, DisappearsIfItIsNotPublished) {
     {
         const UnnamedFile file = unnamed("new");
         const UnnamedFile other = unnamed("other");
@@ -149,7 +149,7 @@ TEST_P(UnnamedFileTest, IsGoneIfItIsNotPublished) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_P(UnnamedFileTest, IsItselfWhatStandsUnderTheNameAndNoCopy) {
+TEST_P(UnnamedFileTest, GetsTheNameItselfWithoutACopy) {
     for (const bool replaces : {false, true}) {
         const fs::path path = folder / (replaces ? "old.wav" : "fresh.wav");
         if (replaces) {
@@ -163,7 +163,7 @@ TEST_P(UnnamedFileTest, IsItselfWhatStandsUnderTheNameAndNoCopy) {
     }
 }
 
-TEST_P(UnnamedFileTest, IsNobodysToSweepAwayAndNobodysToLockOnceItIsPublished) {
+TEST_P(UnnamedFileTest, IsNeitherDeletedNorLockedOnceItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
@@ -178,7 +178,7 @@ TEST_P(UnnamedFileTest, CanStillBePublishedAfterAFailure) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_P(UnnamedFileTest, IsCopiedIfSomebodyRemovedItsHiddenName) {
+TEST_P(UnnamedFileTest, IsCopiedIfItsHiddenNameWasRemoved) {
     UnnamedFile file = unnamed("new");
     for (const auto& entry : fs::directory_iterator(folder.path())) {
         fs::remove(entry.path());
@@ -188,7 +188,7 @@ TEST_P(UnnamedFileTest, IsCopiedIfSomebodyRemovedItsHiddenName) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, IsNotSweptAwayBetweenARenameThatFailedAndTheNextTry) {
+TEST_P(UnnamedFileTest, IsNotDeletedBetweenAFailedRenameAndTheNextAttempt) {
     writeFile(target, "old");
     fs::permissions(folder.path(), fs::perms(0777));
     fs::permissions(target, fs::perms(0666));
@@ -199,7 +199,7 @@ TEST_P(UnnamedFileTest, IsNotSweptAwayBetweenARenameThatFailedAndTheNextTry) {
                   }
                   const bool failed =
                       numberOf(file.publish(target)) == ErrorNumber::deviceInputOutput;
-                  const bool created = create(folder.path()).ok(); // and gone again
+                  const bool created = create(folder.path()).ok(); // and deleted again
                   const bool kept = test::hiddenEntriesIn(folder.path()) == 1;
                   return (failed ? 0 : 2) + (created && kept ? 0 : 4);
               }),
@@ -282,7 +282,7 @@ TEST_P(UnnamedFileTest, NeverReplacesAFolder) {
     EXPECT_EQ(entriesIn(folder.path()), 1 + entriesOfOne());
 }
 
-TEST_P(UnnamedFileTest, NeverReplacesWhatIsNoPlainFile) {
+TEST_P(UnnamedFileTest, NeverReplacesANonRegularFile) {
     ASSERT_EQ(::mkfifo(target.c_str(), 0600), 0);
     UnnamedFile file = unnamed("new");
     EXPECT_EQ(numberOf(file.publish(target)), ErrorNumber::pathFileAccess);
@@ -302,8 +302,8 @@ TEST_P(UnnamedFileTest, TakesNoEmptyName) {
     EXPECT_FALSE(unnamed("new").publish("").ok());
 }
 
-TEST_P(UnnamedFileTest, IsNotPublishedWhereNobodyMayWrite) {
-    // The system's process table takes files from nobody, whatever their rights.
+TEST_P(UnnamedFileTest, IsNotPublishedWhereNoUserMayWrite) {
+    // No user can create files in the system's process table, whatever their permissions.
     EXPECT_FALSE(unnamed("new").publish("/proc/target.wav").ok());
     EXPECT_FALSE(create("/proc").ok());
 }
@@ -333,7 +333,7 @@ TEST_P(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
     EXPECT_EQ(entriesIn(closed), 1);
 }
 
-TEST_P(UnnamedFileTest, LeavesTheOldFileWhereACopyDoesNotFit) {
+TEST_P(UnnamedFileTest, LeavesTheOldFileIfACopyDoesNotFit) {
     writeFile(target, "old");
     UnnamedFile file = unnamed(std::string(100'000, 'x'));
     EXPECT_TRUE(file.publish(folder / "first.wav").ok());
@@ -348,7 +348,7 @@ TEST_P(UnnamedFileTest, LeavesTheOldFileWhereACopyDoesNotFit) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_P(UnnamedFileTest, NeedsNoRoomForACopy) {
+TEST_P(UnnamedFileTest, NeedsNoSpaceForACopy) {
     writeFile(target, "old");
     const std::string content(100'000, 'x');
     fs::permissions(folder.path(), fs::perms(0777));
@@ -366,7 +366,7 @@ TEST_P(UnnamedFileTest, NeedsNoRoomForACopy) {
     EXPECT_EQ(entriesIn(folder.path()), 2);
 }
 
-TEST_P(UnnamedFileTest, IsSavedOnADiskThatHasNoRoomForACopy) {
+TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
     constexpr int mayNotMount = 77;
     const int answer = inChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
