@@ -12,10 +12,11 @@ namespace sonarith {
 
 namespace {
 
-/// An output and an input that hang take 650 ms at the end; with this it is less than a second.
+/// An output and an input that hang take 650 ms at the end; with this, the total is less than a
+/// second.
 constexpr std::chrono::milliseconds patienceWithSaves{300};
 
-/// The user's home folder, once the store speaks of it by its own letter.
+/// The user's home folder, if the store names it by its own letter.
 std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
     moveToHomeLetter(store, home, storedPaths);
@@ -28,7 +29,7 @@ SharedPaths sharedPaths(const SettingsStore& store, const std::string& home) {
             .programFolder = programFolder(executableFolder(), musicFolder)};
 }
 
-/// `store` is used by the thread of the logic alone.
+/// Only the thread of the logic uses `store`.
 PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
     return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
             [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};

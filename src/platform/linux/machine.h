@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// This machine as a whole, but for its desktop: paths and files, the drive, the sound card with its
-// thread, the device commands and the MP3 controls, built in the order in which they need each
-// other.
+// This machine except its desktop: paths and files, the drive, the sound card with its thread, the
+// device commands and the MP3 controls, built in the order of their dependencies.
 #pragma once
 
 #include <filesystem>
@@ -39,22 +38,23 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `loop`, `store` and `waiting` outlive it; of the store's keys `storedPaths` hold paths in
-    /// the logic's form. `destination` returns the destination folder in that form: recordings are
-    /// made there first, since they are saved there without being copied. Disks and drives that may
-    /// hang are waited for with `waiting`, and report to `notices`, which lives until the process
-    /// ends: threads that a hanging device keeps hold it.
+    /// `loop`, `store` and `waiting` must outlive this; the keys `storedPaths` of the store hold
+    /// paths in the logic's form. `destination` returns the destination folder in that form:
+    /// recordings are created there, so that saving them needs no copy. Disks and drives that may
+    /// hang are waited for with `waiting` and report to `notices`. `notices` must live until the
+    /// process ends, because threads left with a hanging device keep a reference to it.
     Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    /// The end of the program: bass and treble are stored, sound stops, threads end, and saves that
-    /// were asked for get a moment to reach the disk. Nothing of the machine is used any more.
+    /// Called at the end of the program: stores bass and treble, stops sound, ends the threads, and
+    /// waits a moment for requested saves to reach the disk. The machine must not be used
+    /// afterwards.
     void stop();
 
-    /// From a path of the logic to one of the machine, and back; empty where there is none, or its
-    /// disk does not answer.
+    /// Translates a path of the logic to one of the machine, and back. Empty if there is no such
+    /// path, or if its disk does not respond.
     [[nodiscard]] std::string toMachine(const std::string& path) const {
         return files_.machinePath(path);
     }
@@ -93,7 +93,7 @@ class Machine {
     sound::KeptTone keptTone_;
     sound::CardMixer mixer_;
     sound::CardWaveInput waveInput_;
-    // Letters and their mounts, as the kernel lists them: no disk is asked.
+    // drive letters and their mounts, as the kernel lists them; no disk is accessed
     MountInfo mounts_;
     DriveTable drives_;
     PathMap drivePaths_;

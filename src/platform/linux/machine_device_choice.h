@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The choice of this machine's devices: what is stored reaches the drive slot and the sound card.
+// Applies the stored choice of devices to the drive slot and the sound card.
 #pragma once
 
 #include <memory>
@@ -16,15 +16,15 @@ namespace sonarith {
 
 class MachineDeviceChoice final : public DeviceChoice {
   public:
-    /// Gives the card what is chosen; sound devices that are lost go to `notices`. All outlive
-    /// this; `slot` asks drive() for its drive.
+    /// Applies the stored choice to the card; `notices` receives lost sound devices. All arguments
+    /// must outlive this. `slot` calls drive() to learn its drive.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;
     MachineDeviceChoice(const MachineDeviceChoice&) = delete;
     MachineDeviceChoice& operator=(const MachineDeviceChoice&) = delete;
 
-    /// Takes the sound devices from the card and closes them. Nothing is reported any more.
+    /// Takes the sound devices from the card and closes them. Nothing is reported afterwards.
     void release();
 
     [[nodiscard]] std::vector<std::string> opticalDrives() const override;

@@ -22,10 +22,10 @@ using testing::StartsWith;
 
 class MachineDeviceChoiceTest : public testing::Test {
   protected:
-    const fakes::PulseServer server; // its configuration of ALSA; the server itself does not run
+    const fakes::PulseServer server; // only its ALSA configuration; the server itself does not run
     test::FakeSettingsStore store;
     test::FakeNotices notices;
-    // There is no drive, and none is asked for.
+    // There is no drive, so no drive is queried.
     disc::DriveSlot slot{[] { return std::string(); },
                          {[] { return std::vector<std::string>(); }, {}, {}}};
     sound::SoundCard card;
@@ -64,7 +64,7 @@ TEST_F(MachineDeviceChoiceTest, TakesAStoredInputAtTheStartAndDoesNotPlayIt) {
     EXPECT_TRUE(card.muted(sound::Line::externalInput));
 }
 
-TEST_F(MachineDeviceChoiceTest, TellsOnceOfAnOutputThatCannotBeUsedUntilAnotherIsChosen) {
+TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen) {
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     const sound::SoundCardThread thread(card);
