@@ -7,15 +7,15 @@ namespace sonarith::disc {
 
 namespace {
 
-// What one command may take: longer than a drive's spin-up with its own retries, and far less than
-// the library's three minutes, for which a program that ends would have to wait.
+// The longest time for one command: longer than a drive's spin-up with its own retries, and far
+// less than the library's three minutes, for which an ending program would have to wait.
 constexpr std::uint32_t readTimeoutMs = 20000;
 
 void setUpLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
-        // Failures are seen in return values. Above all levels, since two threads that say
-        // something at the same time end the process, whatever handler there is (measured, 2.1.0).
+        // Failures show in return values. The threshold is above all levels, since two threads that
+        // log at the same time end the process, whatever handler is installed (measured, 2.1.0).
         cdio_loglevel_default.value() = static_cast<cdio_log_level_t>(CDIO_LOG_ASSERT + 1);
         cdio_init();
         mmc_read_timeout_ms.value() = readTimeoutMs;
@@ -26,7 +26,7 @@ void setUpLibrary() {
 
 CdioHandle openCdio(const std::string& path, driver_id_t driver) {
     setUpLibrary();
-    // With no access mode named, the library opens devices with O_NONBLOCK (measured, 2.1.0).
+    // If no access mode is named, the library opens devices with O_NONBLOCK (measured, 2.1.0).
     return CdioHandle(cdio_open(path.c_str(), driver));
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ownership of libcdio's handle, made safe to open: the library's own log handler ends the process.
-// Also the table as the library tells it. It judges nothing (optical_layout.h does). Once the log
-// is silent, handles share nothing: each may be used on a thread of its own, but by one at a time.
+// Ownership of libcdio's handle and safe opening: the library's own log handler ends the process.
+// Also the table of contents as the library returns it, unchecked (optical_layout.h checks it).
+// Once the log is silent, handles share no state: each may be used on any thread, by one thread at
+// a time.
 #pragma once
 
 #include <memory>
@@ -17,15 +18,15 @@ struct CdioCloser {
 };
 using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
 
-/// Opens a device node, without pulling in an open tray, or what stands for a drive if another
-/// `driver` is named. Empty if it cannot be opened. Something that is no drive may open too.
+/// Opens a device node without closing an open tray, or the source of another named `driver` that
+/// emulates a drive. Empty if it cannot be opened. A file that is no drive may open too.
 [[nodiscard]] CdioHandle openCdio(const std::string& path, driver_id_t driver = DRIVER_DEVICE);
 
-/// Both are passed over by a drive that refuses or has no tray.
+/// Both are ignored by a drive that refuses or has no tray.
 void openTrayOf(const std::string& device);
 void closeTrayOf(const std::string& device);
 
-/// The table of the disc; without tracks if there is none.
+/// The disc's table; without tracks if there is no disc.
 [[nodiscard]] RawToc rawTocOf(CdIo_t* cdio);
 
 } // namespace sonarith::disc

@@ -12,8 +12,8 @@ namespace sonarith::disc {
 
 namespace {
 
-/// Cuts the file's name off `rest`, which is left with the type. Without quotation marks a name may
-/// hold blanks all the same: the type is the last word. Errors tell the cause alone.
+/// Removes the file's name from `rest`, which then holds the type. A name without quotation marks
+/// may still contain blanks: the type is the last word. Errors state the cause only.
 Result<std::string_view> takeFileName(std::string_view& rest) {
     if (rest.starts_with('"')) {
         const auto mark = rest.find('"', 1);
@@ -49,14 +49,14 @@ class CueParser {
         std::optional<std::int64_t> postgapSectors;
         SheetTrack content;
     };
-    /// How far the indices of a file have come, in sectors and in bytes: tracks of one file can
+    /// How far the indices of a file have advanced, in sectors and in bytes: tracks of one file can
     /// have sectors of different sizes.
     struct FilePosition {
         std::int64_t sector = 0;
         std::int64_t byte = 0;
-        int sectorBytes = 0; ///< of the track that goes on here; 0: no INDEX yet
+        int sectorBytes = 0; ///< of the track that continues here; 0: no INDEX yet
     };
-    /// An INDEX whose end is not known before the next one comes.
+    /// An INDEX whose end is unknown until the next one is read.
     struct OpenPoint {
         std::size_t file;
         std::int64_t sector;
@@ -91,8 +91,8 @@ class CueParser {
     std::int64_t session_ = 1;
     bool sessionOpens_ = false;
     std::vector<LayoutFile> files_;
-    std::vector<FilePosition> positions_; ///< one for each of files_
-    std::optional<std::size_t> file_;     ///< the file that INDEX means
+    std::vector<FilePosition> positions_; ///< one per entry of files_
+    std::optional<std::size_t> file_;     ///< the file to which INDEX refers
     int fileLine_ = 0;                    ///< the line of the sheet that names it
     bool fileUsed_ = false;
     std::vector<Track> tracks_;
@@ -140,7 +140,7 @@ Status CueParser::readLine(std::string_view line) {
     return fail("the word " + shown(word) + " is not known in a CUE sheet");
 }
 
-// Of all comments only "REM SESSION n" means something; no comment is ever wrong.
+// Of all comments only "REM SESSION n" has a meaning; no comment is an error.
 Status CueParser::readRemark(std::string_view rest) {
     if (sameWord(takeWord(rest), "SESSION")) {
         const auto number = parseNumber(takeWord(rest), maxTracks);
@@ -219,7 +219,7 @@ Status CueParser::checkIndexNumber(int number) const {
     return {};
 }
 
-/// A time in sectors, which ends its line.
+/// A time in sectors; nothing may follow it on its line.
 Result<std::int64_t> CueParser::readTime(std::string_view rest) const {
     const auto time = parseMsf(takeWord(rest));
     if (!time.ok()) {
@@ -265,7 +265,7 @@ Status CueParser::readIndex(std::string_view rest) {
     position = {sector, byte, track.sectorBytes};
     fileUsed_ = true;
     track.lastIndex = index;
-    // An index within a track does not part its sound, unless it goes on in another file.
+    // An index within a track does not split its sound, unless it continues in another file.
     if (index <= 1 || open_->file != *file_) {
         closePoint(*file_, sector);
         open_ = OpenPoint{*file_, sector, byte, tracks_.size() - 1, index};
@@ -312,7 +312,7 @@ Status CueParser::closeTrack() const {
     return {};
 }
 
-/// Now that the next INDEX is known, the segment that the open one began can be written down.
+/// The next INDEX is now known, so the segment of the open one can be stored.
 void CueParser::closePoint(std::size_t nextFile, std::int64_t nextSector) {
     if (!open_) {
         return;
@@ -340,7 +340,7 @@ Result<ImageLayout> CueParser::finish() {
     if (tracks_.empty()) {
         return fail("the sheet has no TRACK");
     }
-    closePoint(files_.size(), 0); // no file: the last segment goes on to the end of its own
+    closePoint(files_.size(), 0); // no file: the last segment extends to the end of its own
     std::vector<SheetTrack> contents;
     for (Track& track : tracks_) {
         const auto silence = [](std::int64_t sectors) {

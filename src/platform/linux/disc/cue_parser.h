@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the text of a CUE sheet into a layout. Strict: what it does not know it refuses, with file,
-// line and cause. It opens no file.
+// Parses the text of a CUE sheet into a layout. Strict: unknown content is refused with file, line
+// and cause. It opens no file.
 #pragma once
 
 #include <string_view>
@@ -10,11 +10,11 @@
 
 namespace sonarith::disc {
 
-/// `sheet` is the name to call the sheet by in errors. Keywords may have any case. Understood are
-/// FILE (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; comments and
-/// descriptions are passed over. What INDEX 00 begins is stored in the file, PREGAP and POSTGAP
-/// are silence that is not. Several FILEs may hold one track's parts, and one file may be named
-/// again and again.
+/// `sheet` is the sheet's name in error messages. Keywords are case-insensitive. Supported are FILE
+/// (BINARY, MOTOROLA, WAVE), TRACK, INDEX, PREGAP, POSTGAP and "REM SESSION n"; comments and
+/// descriptions are skipped. The part that starts at INDEX 00 is stored in the file; PREGAP and
+/// POSTGAP are silence that is not stored. A track may be spread over several FILEs, and one file
+/// may be named repeatedly.
 [[nodiscard]] Result<ImageLayout> parseCue(std::string_view sheet, std::string_view text);
 
 } // namespace sonarith::disc

@@ -78,7 +78,7 @@ TEST(CueParser, APostgapIsSilenceAtTheEndOfItsTrack) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 300, toFileEnd), silenceOf(5)));
 }
 
-TEST(CueParser, ATrackOfEachFile) {
+TEST(CueParser, EachFileCanHoldOneTrack) {
     const auto layout = accepted("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "FILE 2.bin MOTOROLA\nTRACK 02 AUDIO\nINDEX 00 00:00:00\n"
                                  "INDEX 01 00:02:00\n");
@@ -89,7 +89,7 @@ TEST(CueParser, ATrackOfEachFile) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 150, toFileEnd)));
 }
 
-TEST(CueParser, APauseCanStandAtTheEndOfTheFileBefore) {
+TEST(CueParser, APauseCanBeAtTheEndOfThePreviousFile) {
     const auto layout = accepted("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\n"
                                  "FILE 2.wav WAVE\nINDEX 01 00:00:00\n");
@@ -98,20 +98,20 @@ TEST(CueParser, APauseCanStandAtTheEndOfTheFileBefore) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 0, toFileEnd)));
 }
 
-TEST(CueParser, AFileNamedAgainGoesOn) {
+TEST(CueParser, AFileNamedAgainContinues) {
     const auto layout = accepted("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "FILE a.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:01:00\n");
     EXPECT_THAT(layout.files, SizeIs(1));
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 75)));
 }
 
-TEST(CueParser, AnIndexWithinATrackPartsNothing) {
+TEST(CueParser, AnIndexWithinATrackSplitsNothing) {
     const auto layout = accepted(oneTrack + "INDEX 02 00:01:00\nINDEX 03 00:02:00\n"
                                             "TRACK 02 AUDIO\nINDEX 01 00:03:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 225)));
 }
 
-TEST(CueParser, AnIndexWithinATrackCanGoOnInAnotherFile) {
+TEST(CueParser, AnIndexWithinATrackCanContinueInAnotherFile) {
     const auto layout = accepted(oneTrack + "FILE b.bin BINARY\nINDEX 02 00:00:00\nTRACK 02 AUDIO\n"
                                             "INDEX 01 00:03:00\n");
     EXPECT_THAT(layout.tracks[0].segments,
@@ -140,7 +140,7 @@ TEST(CueParser, TheLastSoundOfAnEnhancedDiscEndsWhereThePauseOfTheDataBegins) {
                 ElementsAre(Segment{SegmentKind::data, 0, 450 * 2352, toFileEnd}));
 }
 
-TEST(CueParser, TheGapBeforeASecondSessionIsOffTheLine) {
+TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheLine) {
     const auto layout = accepted("REM SESSION 01\n" + oneTrack +
                                  "rem session 02\nTRACK 02 AUDIO\n"
                                  "INDEX 00 00:04:00\nINDEX 01 00:06:00\n"
@@ -167,7 +167,7 @@ TEST(CueParser, TakesNamesWithAndWithoutQuotationMarks) {
     EXPECT_EQ(nameIn("FILE \" a \"WAVE"), " a ");
 }
 
-TEST(CueParser, PassesOverDescriptions) {
+TEST(CueParser, SkipsDescriptions) {
     const auto layout = accepted("REM GENRE Rock\nREM\nREM SESSION x\nCATALOG 1234567890123\n"
                                  "CDTEXTFILE \"a.cdt\"\nPERFORMER \"P\"\nTITLE \"A \"\" title\"\n"
                                  "SONGWRITER s\nFILE a.bin BINARY\nTRACK 01 AUDIO\nTITLE \"x\n"
@@ -212,7 +212,7 @@ TEST(CueParser, RefusesTimesOutOfRange) {
                 HasSubstr("minutes go up to 99"));
 }
 
-TEST(CueParser, RefusesASheetTornAtAnyByteOrReadsWhatIsWhole) {
+TEST(CueParser, RefusesASheetTruncatedAtAnyByteOrReadsItsCompleteTracks) {
     const std::string whole = "FILE \"a.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                               "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00";
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -225,7 +225,7 @@ TEST(CueParser, RefusesASheetTornAtAnyByteOrReadsWhatIsWhole) {
     }
 }
 
-TEST(CueParser, SaysWhatIsTorn) {
+TEST(CueParser, ReportsWhatIsTruncated) {
     EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n\nREM\n"),
                 HasSubstr("line 1: no INDEX belongs to"));
@@ -240,7 +240,7 @@ TEST(CueParser, SaysWhatIsTorn) {
     EXPECT_THAT(refused(oneTrack + "TRA"), HasSubstr("the word \"TRA\" is not known"));
 }
 
-TEST(CueParser, SaysWhatIsInTheWrongPlace) {
+TEST(CueParser, ReportsMisplacedStatements) {
     EXPECT_THAT(refused("TRACK 01 AUDIO\n"), HasSubstr("before the first FILE"));
     EXPECT_THAT(refused("FILE a BINARY\nINDEX 01 00:00:00\n"), HasSubstr("before the first TRACK"));
     EXPECT_THAT(refused("FILE a BINARY\nPREGAP 00:02:00\n"), HasSubstr("before the first TRACK"));
@@ -270,7 +270,7 @@ TEST(CueParser, RefusesPathsOutOfBounds) {
     EXPECT_THAT(refused("FILE \"C:\\Music\\a.bin\" BINARY\n"), HasSubstr("absolute path"));
 }
 
-TEST(CueParser, RefusesTextThatIsTooLongOrNoText) {
+TEST(CueParser, RefusesTextThatIsTooLongAndBinaryData) {
     EXPECT_THAT(refused(oneTrack + std::string(maxSheetBytes, '\n')), HasSubstr("1 MiB"));
     EXPECT_THAT(refused(oneTrack + "REM " + std::string(maxLineBytes, 'x')),
                 StartsWith("disc.cue, line 4: the line is longer"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The words of CUE sheets and what they mean, in any case of letters. No grammar is known here.
+// The keywords of CUE sheets and their meanings, case-insensitive. It knows no grammar.
 #pragma once
 
 #include <optional>
@@ -11,14 +11,14 @@ namespace sonarith::disc {
 
 struct CueTrackMode {
     TrackKind kind = TrackKind::audio;
-    int sectorBytes = bytesPerSector; ///< what one sector takes up in the file
+    int sectorBytes = bytesPerSector; ///< size of one sector in the file
 };
 
-/// "AUDIO", "MODE1/2352" and their like.
+/// "AUDIO", "MODE1/2352" and similar modes.
 [[nodiscard]] std::optional<CueTrackMode> cueTrackMode(std::string_view word);
 /// "BINARY", "MOTOROLA" or "WAVE".
 [[nodiscard]] std::optional<ImageFormat> cueFileFormat(std::string_view word);
-/// Keywords of lines that describe the disc and its tracks and change nothing of the sound.
+/// Keywords of lines that describe the disc and its tracks and do not affect the sound.
 [[nodiscard]] bool isCueDescription(std::string_view word);
 
 } // namespace sonarith::disc

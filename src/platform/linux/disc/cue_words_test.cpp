@@ -6,7 +6,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(CueWords, ModesTellKindAndSectorSize) {
+TEST(CueWords, ModesHaveAKindAndASectorSize) {
     EXPECT_EQ(cueTrackMode("audio")->kind, TrackKind::audio);
     EXPECT_EQ(cueTrackMode("AUDIO")->sectorBytes, 2352);
     EXPECT_EQ(cueTrackMode("Mode1/2048")->kind, TrackKind::data);
@@ -21,14 +21,14 @@ TEST(CueWords, ModesThatCannotBeReadAreUnknown) {
     EXPECT_FALSE(cueTrackMode("").has_value());
 }
 
-TEST(CueWords, FormatsTellTheOrderOfBytes) {
+TEST(CueWords, FormatsHaveAByteOrder) {
     EXPECT_EQ(cueFileFormat("binary"), ImageFormat::littleEndian);
     EXPECT_EQ(cueFileFormat("Motorola"), ImageFormat::bigEndian);
     EXPECT_EQ(cueFileFormat("WAVE"), ImageFormat::wave);
     EXPECT_FALSE(cueFileFormat("MP3").has_value());
 }
 
-TEST(CueWords, DescriptionsAreKnown) {
+TEST(CueWords, DescriptionsAreRecognised) {
     EXPECT_TRUE(isCueDescription("title"));
     EXPECT_TRUE(isCueDescription("FLAGS"));
     EXPECT_FALSE(isCueDescription("INDEX"));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which sectors of a disc could not be read, each counted once however often it was tried, and how
-// each was delivered last. It may be kept longer than the disc, for the next time that the same
-// disc is loaded.
+// Records which sectors of a disc could not be read, each counted once however often it was tried,
+// and how each was last delivered. It may be kept longer than the disc, for the next load of the
+// same disc.
 #pragma once
 
 #include <cstdint>
@@ -12,27 +12,27 @@
 
 namespace sonarith::disc {
 
-/// How a sector reached the player.
+/// How a damaged sector was delivered to the player.
 enum class Delivery {
     whole,
     guess,   ///< as the drive's best guess
-    silence, ///< nothing of it could be read
+    silence, ///< nothing could be read
 };
 
-/// All members may be called from any thread.
+/// Thread-safe.
 class DamageRecord {
   public:
-    /// `sector` in the drive's numbers, not negative.
+    /// `sector` uses the drive's numbering and is not negative.
     void note(std::int64_t sector, Delivery delivery);
-    /// How many different sectors have not been whole at some time.
+    /// The number of different sectors that have been damaged at any time.
     [[nodiscard]] std::int64_t sectors() const;
-    /// How many of those from `first` up to `end` were not whole when they were delivered last.
+    /// How many of those in [`first`, `end`) were damaged when they were last delivered.
     [[nodiscard]] Damage among(std::int64_t first, std::int64_t end) const;
 
   private:
     mutable std::mutex mutex_;
-    // By sector, up to the last that was damaged; 56 KB each for the longest disc.
-    std::vector<bool> damaged_; ///< at some time
+    // Indexed by sector, up to the last damaged one; 56 KB each for the longest disc.
+    std::vector<bool> damaged_; ///< at any time
     std::vector<bool> guessed_; ///< the last time
     std::vector<bool> silent_;  ///< the last time
     std::int64_t count_ = 0;

@@ -16,7 +16,7 @@ TEST(DamageRecord, CountsEachSectorOnce) {
     EXPECT_EQ(damage.sectors(), 3);
 }
 
-TEST(DamageRecord, TellsHowTheSectorsOfARangeWereDeliveredLast) {
+TEST(DamageRecord, ReturnsHowTheSectorsOfARangeWereLastDelivered) {
     DamageRecord damage;
     EXPECT_EQ(damage.among(0, 1000), Damage{});
     damage.note(3, Delivery::silence);

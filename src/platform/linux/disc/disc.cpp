@@ -7,12 +7,13 @@ namespace sonarith::disc {
 
 namespace {
 
-// FNV-1a, 64 bits (public domain; draft-eastlake-fnv): short, and every bit of the table counts.
+// FNV-1a, 64 bits (public domain; draft-eastlake-fnv): short, and every bit of the table affects
+// it.
 constexpr std::uint64_t fnvOffset = 14695981039346656037U;
 constexpr std::uint64_t fnvPrime = 1099511628211U;
 
-// The identity is no 0. Times a fraction below 1, plus one and without its decimals, it becomes a
-// file's number, which has 32 bits and a sign.
+// The identity is never 0. Multiplied by a fraction below 1, plus one and without decimals, it
+// becomes a file's number, which is a signed 32-bit value.
 constexpr std::uint64_t largestIdentity = 2147483646U;
 
 std::uint64_t mixIn(std::uint64_t hash, std::uint64_t value) {

@@ -17,16 +17,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Four seconds ride out a drive that spins up again or reads a scratch a few times.
+// Four seconds cover a drive that spins up again or reads a scratch several times.
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
-// One read: a third of a second, and the most that a drive takes in one command.
+// One read: a third of a second, and the most that a drive accepts in one command.
 constexpr int sectorsPerRead = 25;
-// Longer than an image takes for one read. The player's question for the medium may end a playing,
-// and must not be noticed in a window: see PatientDrive::mediumMoment.
+// Longer than an image takes for one read. The once-a-second check of the medium may destroy a
+// player, and must not delay the window noticeably: see PatientDrive::mediumMoment.
 constexpr std::chrono::milliseconds patience{5};
 
-/// Where playing from `sector` must stop: at `endSector`, or where the first data track at or
-/// after `sector` begins.
+/// Where playing from `sector` must stop: at `endSector`, or at the start of the first data track
+/// at or after `sector`.
 std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t endSector) {
     std::int64_t start = 0;
     for (const Track& track : table.tracks) {
@@ -41,9 +41,9 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 
 } // namespace
 
-// All that the reader's thread touches, since it may outlive the player. All state is behind one
-// mutex that is held for a copy of some kilobytes at the most, never while the disc is read; that
-// is short enough for the engine's thread.
+// Everything that the reader's thread accesses, since it may outlive the player. All state is
+// protected by one mutex, which is held at most for copying some kilobytes and never while the disc
+// is read; that is short enough for the engine's thread.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
@@ -145,7 +145,7 @@ class DiscPlayer::Reader {
     }
 
   private:
-    /// Makes the reader's present work void, so that nothing of it is ever delivered.
+    /// Invalidates the reader's current work, so that nothing of it is ever delivered.
     void discardReadAhead() {
         ++generation_;
         ready_.clear();
@@ -167,7 +167,7 @@ class DiscPlayer::Reader {
         if (frames == wanted) {
             return sound::Supply::flowing;
         }
-        // Once the medium is gone no more will come, though the mode says that it plays.
+        // Once the medium is gone no more sound arrives, although the mode is still `playing`.
         if (mode_ == PlayerMode::stopped) {
             return sound::Supply::ended;
         }
@@ -204,17 +204,17 @@ class DiscPlayer::Reader {
 
     const std::shared_ptr<Disc> disc_;
     mutable std::mutex mutex_;
-    std::condition_variable work_; ///< told whenever mayRead() or quit_ may have become true
-    sound::FrameQueue ready_;      ///< read and not yet taken
+    std::condition_variable work_; ///< notified whenever mayRead() or quit_ may have become true
+    sound::FrameQueue ready_;      ///< read and not yet pulled
     PlayerMode mode_ = PlayerMode::stopped;
     std::int64_t position_ = 0;    ///< in frames
-    std::int64_t nextSector_ = 0;  ///< the first one that was not read yet
-    std::int64_t endSector_ = 0;   ///< not played any more
-    std::uint64_t generation_ = 0; ///< moves on when what is being read is no longer wanted
-    bool reading_ = false;         ///< the reader is inside disc_->read: needs no waking
+    std::int64_t nextSector_ = 0;  ///< the first one not read yet
+    std::int64_t endSector_ = 0;   ///< the first one not to be played
+    std::uint64_t generation_ = 0; ///< incremented when the data being read is no longer wanted
+    bool reading_ = false;         ///< the reader is inside disc_->read: it needs no notification
     Clock::time_point readBegan_;  ///< while reading_
     bool gone_ = false;
-    std::stop_source quit_; ///< the player has gone
+    std::stop_source quit_; ///< the player has been destroyed
 };
 
 DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays a disc into a line of the sound card: a reader thread keeps seconds of sound ready, the
-// engine pulls them, and the position is what the engine has taken. No commands are parsed here.
+// Plays a disc into a line of the sound card: a reader thread reads seconds of sound ahead, the
+// engine pulls them, and the position is what the engine has pulled. It parses no commands.
 #pragma once
 
 #include <chrono>
@@ -16,12 +16,12 @@ namespace sonarith::disc {
 
 enum class PlayerMode { stopped, playing, paused };
 
-/// All members but `pull` belong to the logic's thread; `pull` to the sound engine's.
+/// All members except `pull` are for the logic's thread; `pull` is for the sound engine's.
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc);
-    /// Stops the read that is under way, and waits a moment for it. One that hangs is left behind,
-    /// and the disc with it, until the device lets it return.
+    /// Stops the current read and waits a moment for it. A read that hangs is left behind, together
+    /// with the disc, until the device returns.
     ~DiscPlayer() override;
     DiscPlayer(const DiscPlayer&) = delete;
     DiscPlayer& operator=(const DiscPlayer&) = delete;
@@ -37,20 +37,20 @@ class DiscPlayer : public sound::SampleSource {
     /// Stops, and moves the position.
     void seek(std::int64_t sector);
 
-    /// `playing` turns to `stopped` by itself at the end; a disc that vanished stays `playing`
-    /// with a position that no longer moves.
+    /// `playing` changes to `stopped` by itself at the end; after the disc has vanished the mode
+    /// stays `playing`, and the position no longer moves.
     [[nodiscard]] PlayerMode mode() const;
-    /// In frames of the disc's time line (framesPerSector to a sector): all frames before it have
-    /// been taken by the engine. At the end of playing it is exactly the end sector's first frame.
+    /// In frames of the disc's time line (framesPerSector per sector): the engine has pulled all
+    /// frames before it. At the end of playing it is exactly the end sector's first frame.
     [[nodiscard]] std::int64_t positionInFrames() const;
-    /// How long the read that is under way has taken so far; 0 if none is.
+    /// How long the current read has taken so far; 0 if there is none.
     [[nodiscard]] std::chrono::milliseconds readingFor() const;
-    /// True from the moment a read said that the medium is gone.
+    /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// Starving while the reader has nothing yet, and while paused. Ended while stopped. Lost once
-    /// the medium is gone and what was read before has been taken, though the mode says `playing`.
-    /// A full block is always `flowing`, even the last one.
+    /// Starving while nothing has been read yet, and while paused. Ended while stopped. Lost once
+    /// the medium is gone and everything read before has been pulled, although the mode is still
+    /// `playing`. A full block is always `flowing`, even the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a player ends while its disc is being read; disc_player_test.cpp has the rest.
+// How a player is destroyed while its disc is being read; disc_player_test.cpp has the rest.
 #include "platform/linux/disc/disc_player.h"
 
 #include <atomic>
@@ -17,7 +17,7 @@ Table longTable() {
     return {{{TrackKind::audio, 10000}}};
 }
 
-/// A disc whose read goes on and on until it is told to stop.
+/// A disc whose read continues until it is asked to stop.
 class ScratchedDisc : public Disc {
   public:
     const Table& table() const override { return table_; }
@@ -39,7 +39,7 @@ class ScratchedDisc : public Disc {
     const Table table_ = longTable();
 };
 
-TEST(APlayer, IsTakenDownInTheMiddleOfARead) {
+TEST(APlayer, CanBeDestroyedInTheMiddleOfARead) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
@@ -51,7 +51,7 @@ TEST(APlayer, IsTakenDownInTheMiddleOfARead) {
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
 }
 
-TEST(APlayer, LeavesAReadBehindThatDoesNotReturn) {
+TEST(APlayer, LeavesAHangingReadBehind) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
@@ -64,7 +64,7 @@ TEST(APlayer, LeavesAReadBehindThatDoesNotReturn) {
     EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read for nobody";
 }
 
-TEST(APlayer, StopsTheReadThatIsUnderWayWhenItIsTakenDown) {
+TEST(APlayer, StopsTheCurrentReadWhenItIsDestroyed) {
     const auto disc = std::make_shared<ScratchedDisc>();
     auto player = std::make_unique<DiscPlayer>(disc);
     player->play(0, 1000);

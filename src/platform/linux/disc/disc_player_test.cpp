@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a player is taken down stands in disc_player_close_test.cpp.
+// The destruction of a player is tested in disc_player_close_test.cpp.
 #include "platform/linux/disc/disc_player.h"
 
 #include <atomic>
@@ -17,7 +17,7 @@ using sound::Pulled;
 using sound::StereoFrame;
 using sound::Supply;
 
-// 10 ms at 44100 Hz: not a divisor of a sector, so that blocks and sectors never fall together.
+// 10 ms at 44100 Hz: not a divisor of a sector, so that block and sector boundaries differ.
 constexpr std::size_t blockFrames = 441;
 
 std::shared_ptr<FakeDisc> discOf(std::vector<Track> tracks) {
@@ -28,7 +28,7 @@ std::shared_ptr<FakeDisc> longDisc() {
     return discOf({{TrackKind::audio, 10000}});
 }
 
-/// Pulls until `wanted` frames have come or the source has ended, as a patient engine does.
+/// Pulls until `wanted` frames have arrived or the source has ended, as a patient engine does.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
     std::vector<StereoFrame> heard;
     std::vector<StereoFrame> block(blockFrames);
@@ -97,7 +97,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     player.play(0, 10000);
-    // Nothing is pulled, so these are all the reads that the ring has room for.
+    // Nothing is pulled, so these are all the reads that fit into the ring.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -151,7 +151,7 @@ TEST(DiscPlayer, StarvesWhileTheFirstReadTakesItsTime) {
     EXPECT_EQ(playToItsEnd(player), framesAt(0, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatIsStillBeingRead) {
+TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatIsStillBeingRead) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -163,7 +163,7 @@ TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatIsStillBeingRead) {
     EXPECT_EQ(playToItsEnd(player), framesAt(5000 * framesPerSector, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatWasReadAlready) {
+TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatWasReadAhead) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     player.play(0, 1000);
@@ -174,7 +174,7 @@ TEST(DiscPlayer, DeliversNothingOfAFormerPlaceThatWasReadAlready) {
     EXPECT_EQ(playToItsEnd(player), framesAt(77 * framesPerSector, framesPerSector));
 }
 
-TEST(DiscPlayer, GoesOnAfterAPauseWithTheVeryNextFrame) {
+TEST(DiscPlayer, ContinuesAfterAPauseWithTheNextFrame) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     player.play(0, 100);
@@ -189,7 +189,7 @@ TEST(DiscPlayer, GoesOnAfterAPauseWithTheVeryNextFrame) {
     EXPECT_EQ(playToItsEnd(player), framesAt(1000, 100 * framesPerSector - 1000));
 }
 
-TEST(DiscPlayer, KeepsWhatAReadBringsDuringAPause) {
+TEST(DiscPlayer, KeepsDataReadDuringAPause) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -210,14 +210,14 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
     disc->waitForReads(1);
     player.pause();
     disc->release();
-    // Long enough for a reader that does not rest to show itself; one that rests always passes.
+    // Long enough to reveal a reader that does not rest; one that rests always passes.
     for (int i = 0; i < 20 && disc->reads().size() == 1; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     EXPECT_EQ(disc->reads().size(), 1u);
 }
 
-TEST(DiscPlayer, StopsWhereItIsAndSeeksWhereItIsTold) {
+TEST(DiscPlayer, StopsAtItsPositionAndSeeksToTheGivenOne) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     player.play(10, 1000);
@@ -234,7 +234,7 @@ TEST(DiscPlayer, StopsWhereItIsAndSeeksWhereItIsTold) {
     EXPECT_EQ(pullBlock(player).frames, 0u);
 }
 
-TEST(DiscPlayer, PausesAndResumesOnlyWhatPlays) {
+TEST(DiscPlayer, PausesAndResumesOnlyWhilePlaying) {
     DiscPlayer player(longDisc());
     player.pause();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
@@ -247,7 +247,7 @@ TEST(DiscPlayer, PausesAndResumesOnlyWhatPlays) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-TEST(DiscPlayer, GoesOnSayingThatItPlaysWhenTheMediumIsGone) {
+TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
     const auto disc = longDisc();
     disc->vanishFrom(60);
     DiscPlayer player(disc);
@@ -256,7 +256,7 @@ TEST(DiscPlayer, GoesOnSayingThatItPlaysWhenTheMediumIsGone) {
     const std::vector<StereoFrame> heard = playToItsEnd(player);
     EXPECT_TRUE(player.gone());
     EXPECT_EQ(player.mode(), PlayerMode::playing);
-    // The reads before the one that failed were whole, and all of them was heard.
+    // The reads before the failed one were complete, and all of them were heard.
     EXPECT_EQ(heard, framesAt(0, disc->reads().back().first * framesPerSector));
     EXPECT_EQ(player.positionInFrames(), static_cast<std::int64_t>(heard.size()));
 
@@ -270,7 +270,7 @@ TEST(DiscPlayer, GoesOnSayingThatItPlaysWhenTheMediumIsGone) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-TEST(DiscPlayer, SeesThatTheMediumIsGoneThoughTheReadWasNoLongerWanted) {
+TEST(DiscPlayer, NoticesThatTheMediumIsGoneInAnObsoleteRead) {
     const auto disc = longDisc();
     disc->vanishFrom(0);
     disc->hold();
@@ -285,8 +285,8 @@ TEST(DiscPlayer, SeesThatTheMediumIsGoneThoughTheReadWasNoLongerWanted) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-// The engine pulls on its own thread while commands rain down. Whatever it hears must be runs of
-// neighbouring frames, and a run may begin only where a command has put the position.
+// The engine pulls on its own thread while many commands are issued. It may hear only runs of
+// consecutive frames, and a run may begin only where a command has set the position.
 TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
@@ -339,7 +339,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
         }
         std::this_thread::yield();
     }
-    // Ends with a stretch that is played whole, so that something was heard on any machine.
+    // Ends with a stretch that is played completely, so that sound is heard on any machine.
     player.play(0, 30);
     while (player.mode() == PlayerMode::playing) {
         std::this_thread::yield();

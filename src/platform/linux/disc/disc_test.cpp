@@ -38,7 +38,7 @@ TEST(Table, ASectorBelongsToTheTrackThatHoldsIt) {
     EXPECT_EQ(table.trackAt(1199), 3);
 }
 
-TEST(Table, FromTheEndOfTheLineOnTheLastTrackIsMeant) {
+TEST(Table, BeyondTheEndOfTheLineTheLastTrackIsReturned) {
     EXPECT_EQ(threeTracks().trackAt(1200), 3);
     EXPECT_EQ(threeTracks().trackAt(99999), 3);
 }
@@ -53,7 +53,7 @@ TEST(Identity, EqualTablesHaveEqualIdentities) {
     EXPECT_EQ(identityOf(threeTracks()), identityOf(threeTracks()));
 }
 
-TEST(Identity, OneSectorOrOneKindMakesAnotherIdentity) {
+TEST(Identity, OneSectorOrOneKindChangesTheIdentity) {
     Table longer = threeTracks();
     longer.tracks[1].sectors += 1;
     Table playable = threeTracks();
@@ -74,8 +74,8 @@ TEST(Identity, IsAPositiveNumberThatStillFitsIn32BitsWhenOneIsAdded) {
     EXPECT_EQ(std::set(identities.begin(), identities.end()).size(), identities.size());
 }
 
-TEST(Identity, StaysWhatItIsFromOneVersionToTheNext) {
-    // Names of captures are made from it; a change of the sum would not show anywhere else.
+TEST(Identity, DoesNotChangeBetweenVersions) {
+    // The names of captures are made from it; no other test would notice a change of the hash.
     EXPECT_EQ(identityOf({{{TrackKind::audio, 300}}}), "1454843024");
 }
 

@@ -16,8 +16,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A drive may spin up before its table is read, and a disk with images too. A tray takes a few
-// seconds to move; who waits for it to close asks for the medium anyway.
+// A drive may spin up before its table is read, and so may a hard disk with images. A tray takes a
+// few seconds to move; a caller that waits for it to close queries the medium anyway.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
@@ -37,11 +37,11 @@ DriveMakers realDriveMakers(waiting::Services services) {
             }};
 }
 
-/// What there is to say of the last load, also after its disc has gone.
+/// The messages of the last load, kept also after its disc has been destroyed.
 struct DriveSlot::Words {
     class SpokenDisc;
 
-    /// The drive is empty: what was said of a former disc holds no more.
+    /// The drive is empty: messages of an earlier disc no longer apply.
     void forgetDisc() {
         const std::lock_guard lock(mutex);
         disc = nullptr;
@@ -49,12 +49,12 @@ struct DriveSlot::Words {
     }
 
     DriveReport problem;
-    std::mutex mutex; ///< of what stands below: a player may let go of its disc on any thread
+    std::mutex mutex; ///< protects the members below: a player may release its disc on any thread
     const SpokenDisc* disc = nullptr; ///< its remark may grow while it is read
-    std::string lastRemark;           ///< of that disc, once it has gone
+    std::string lastRemark;           ///< of that disc, once it has been destroyed
 };
 
-/// Passes all on to the disc it stands before, and leaves its remark behind when it goes.
+/// Forwards all calls to the wrapped disc, and stores its remark when it is destroyed.
 class DriveSlot::Words::SpokenDisc : public Disc {
   public:
     SpokenDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Words> words)
@@ -89,7 +89,7 @@ class DriveSlot::Words::SpokenDisc : public Disc {
     const std::shared_ptr<Words> words_;
 };
 
-/// Passes all on to the drive it stands before, and notes what a load had to say.
+/// Forwards all calls to the wrapped drive, and records the messages of each load.
 class DriveSlot::ReportingDrive : public Drive {
   public:
     ReportingDrive(std::shared_ptr<Drive> drive, std::shared_ptr<Words> words)
@@ -144,7 +144,8 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
     if (drive_ && chosen == chosen_) {
         return drive_;
     }
-    // Words of their own for each choice: a former drive that is still in use says no more here.
+    // A separate object for each choice: a previous drive that is still in use no longer reports
+    // here.
     words_ = std::make_shared<Words>();
     chosen_ = chosen;
     optical_ = firstFound || namesADevice(chosen);

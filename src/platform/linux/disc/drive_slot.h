@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which drive is in use, by what the user has chosen, and what there is to say of it. It neither
-// stores the choice nor shows the words.
+// Selects the drive in use according to the user's choice, and reports its problems. It neither
+// stores the choice nor shows the messages.
 #pragma once
 
 #include <functional>
@@ -13,37 +13,35 @@
 
 namespace sonarith::disc {
 
-/// How the slot comes to drives; tests put others here.
+/// How the slot creates drives; tests replace it.
 struct DriveMakers {
     std::function<std::vector<std::string>()> listOptical;
     std::function<std::shared_ptr<Drive>(const std::string& device)> makeOptical;
     std::function<std::shared_ptr<Drive>(const std::string& path)> makeImage;
 };
 
-/// The drives of this machine. `services` outlive them.
+/// The drives of this machine. `services` must outlive them.
 [[nodiscard]] DriveMakers realDriveMakers(waiting::Services services);
 
-/// All members belong to the logic's thread.
+/// For the logic's thread only.
 class DriveSlot {
   public:
-    /// `configured` gives the choice: empty for the first optical drive that is found, a device
-    /// node below /dev, or else the path of a disc image, in the machine's own form.
+    /// `configured` returns the choice: empty for the first optical drive found, a device node
+    /// below /dev, or else the machine path of a disc image.
     DriveSlot(std::function<std::string()> configured, DriveMakers makers);
     ~DriveSlot();
     DriveSlot(const DriveSlot&) = delete;
     DriveSlot& operator=(const DriveSlot&) = delete;
 
-    /// The drive that is chosen now, or empty if the machine has none. It is the same object for
-    /// as long as the choice is the same (so that an open tray stays open), and may be kept longer
-    /// than the slot.
+    /// The drive chosen now, or empty if the machine has none. It is the same object as long as the
+    /// choice is the same (so that an open tray stays open), and may outlive the slot.
     [[nodiscard]] std::shared_ptr<Drive> openDrive();
 
-    /// A person has just made the choice, perhaps the same again: an image that had been ejected is
-    /// put in again. The tray of an optical drive is left alone.
+    /// The user has just made the choice, perhaps the same one again: an ejected image is inserted
+    /// again. The tray of an optical drive is not moved.
     void choiceMade();
 
-    /// Why the last load of the chosen drive found no disc, or what its disc has to remark at this
-    /// moment.
+    /// Why the last load of the chosen drive found no disc, or the current remark of its disc.
     [[nodiscard]] DriveReport report() const;
 
   private:
@@ -53,9 +51,9 @@ class DriveSlot {
     const std::function<std::string()> configured_;
     const DriveMakers makers_;
     std::shared_ptr<Words> words_;
-    std::string chosen_; ///< what drive_ was made for
+    std::string chosen_; ///< the choice that drive_ was made for
     std::shared_ptr<Drive> drive_;
-    bool optical_ = false; ///< drive_ is no image
+    bool optical_ = false; ///< drive_ is not an image
 };
 
 } // namespace sonarith::disc

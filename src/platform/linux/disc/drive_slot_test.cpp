@@ -21,7 +21,7 @@ class RemarkingDisc : public FakeDisc {
     std::string words;
 };
 
-// A drive whose tray and disc are in the test's hands.
+// A drive whose tray and disc the test controls.
 struct FakeDriveState {
     Loaded loaded;
     bool open = false;
@@ -66,7 +66,7 @@ TEST_F(DriveSlotTest, TakesTheFirstOpticalDriveIfNothingIsChosen) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndSaysSo) {
+TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndReportsIt) {
     EXPECT_EQ(slot.openDrive(), nullptr);
     EXPECT_THAT(slot.report().text, HasSubstr("no optical drive"));
     EXPECT_EQ(slot.report().kind, DeviceProblem::missing);
@@ -75,7 +75,7 @@ TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndSaysSo) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, TellsADeviceNodeFromAnImage) {
+TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
     for (const char* const choice :
          {"/dev/no-such-drive", "/home/me/disc.cue", "/dev/shm/disc.cue", "disc.toc"}) {
         configured = choice;
@@ -99,7 +99,7 @@ TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilAChoiceIsMade) {
     EXPECT_THAT(made, ElementsAre("image /a.cue", "image /b.cue"));
 }
 
-TEST_F(DriveSlotTest, LeavesTheTrayOfAFormerChoiceAndOfAnOpticalDriveAlone) {
+TEST_F(DriveSlotTest, DoesNotMoveTheTrayOfAPreviousChoiceOrOfAnOpticalDrive) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     configured = "/b.cue";
@@ -124,7 +124,7 @@ TEST_F(DriveSlotTest, ReportsTheProblemOfTheLastLoad) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
+TEST_F(DriveSlotTest, ReportsTheCurrentRemarkOfTheDisc) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     state->loaded.disc = disc;
@@ -134,7 +134,7 @@ TEST_F(DriveSlotTest, ReportsWhatTheDiscRemarksAtThisMoment) {
     EXPECT_EQ(slot.report().text, "2 sectors could not be read");
 }
 
-TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
+TEST_F(DriveSlotTest, KeepsTheMessageOfADiscThatIsNoLongerOpen) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "disc.bin is shorter than its table";
@@ -143,7 +143,7 @@ TEST_F(DriveSlotTest, KeepsTheWordsOfADiscThatIsNoLongerOpen) {
     EXPECT_EQ(slot.report().text, "disc.bin is shorter than its table");
 }
 
-TEST_F(DriveSlotTest, ForgetsTheWordsOfAFormerDiscWhenTheDriveIsFoundEmpty) {
+TEST_F(DriveSlotTest, ForgetsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "torn";
@@ -156,7 +156,7 @@ TEST_F(DriveSlotTest, ForgetsTheWordsOfAFormerDiscWhenTheDriveIsFoundEmpty) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
+TEST_F(DriveSlotTest, APreviousDiscDoesNotReportForTheOneLoadedAfterIt) {
     configured = "/a.cue";
     const auto torn = std::make_shared<RemarkingDisc>();
     torn->words = "torn";
@@ -168,7 +168,7 @@ TEST_F(DriveSlotTest, AFormerDiscDoesNotSpeakForTheOneLoadedAfterIt) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, HearsNoMoreOfADriveThatIsNoLongerChosen) {
+TEST_F(DriveSlotTest, IgnoresADriveThatIsNoLongerChosen) {
     configured = "/a.cue";
     const std::shared_ptr<Drive> former = slot.openDrive();
     configured = "/b.cue";
@@ -187,8 +187,8 @@ class RealDriveSlot : public testing::Test {
     DriveMakers makers = realDriveMakers({threads, waiting, notices});
 };
 
-// In a queue each track opens the drive anew.
-TEST_F(RealDriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
+// In a queue of captures each track opens the drive again.
+TEST_F(RealDriveSlot, KeepsTheDamageCountAcrossOpens) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));
     folder.write("a.cue", "FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
@@ -215,7 +215,7 @@ TEST_F(RealDriveSlot, KeepsCountOfTheDamageFromOneOpenToTheNext) {
     EXPECT_THAT(slot.report().text, HasSubstr("1 sector of the disc could not be read"));
 }
 
-TEST_F(RealDriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
+TEST_F(RealDriveSlot, InsertsAnEjectedImageAgainWhenItIsChosenAgain) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const std::string image =
@@ -228,7 +228,7 @@ TEST_F(RealDriveSlot, PutsAnEjectedImageInAgainWhenItIsChosenAgain) {
     EXPECT_NE(slot.openDrive()->load().disc, nullptr);
 }
 
-TEST_F(RealDriveSlot, GivesAMissingImageADriveThatSaysWhatIsWrong) {
+TEST_F(RealDriveSlot, CreatesADriveThatReportsAMissingImage) {
     DriveSlot slot([] { return std::string("/no/such/folder/disc.cue"); }, makers);
     const std::shared_ptr<Drive> drive = slot.openDrive();
     ASSERT_NE(drive, nullptr);

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits> // for CDSL_CURRENT, whose header forgets it
+#include <climits> // for CDSL_CURRENT, whose header does not include it
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -20,7 +20,7 @@ namespace sonarith::disc {
 
 namespace {
 
-// The list has one short name for each drive; no machine's list comes near this.
+// The list has one short name for each drive; no machine's list approaches this size.
 constexpr std::size_t maxInformationBytes = 65536;
 
 std::string headOf(const char* path) {
@@ -46,14 +46,14 @@ DriveStatus statusOfAnswer(int answer, int error) {
     case CDS_NO_INFO:
         return {DriveState::unknown};
     default:
-        // ENOSYS is a true drive's word for a question that it does not understand.
+        // ENOSYS is the error of a real drive that does not support the query.
         return error == ENOSYS ? DriveStatus{DriveState::unknown}
                                : DriveStatus{DriveState::unreachable, error};
     }
 }
 
 DriveStatus statusOf(const std::string& device) {
-    // Without O_NONBLOCK the kernel would pull in an open tray and wait for a disc.
+    // Without O_NONBLOCK the kernel would close an open tray and wait for a disc.
     const int descriptor = open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return {DriveState::unreachable, errno};
@@ -97,7 +97,7 @@ std::vector<std::string> driveNames(std::string_view information) {
     const std::string_view line = information.substr(at + label.size());
     std::istringstream words{std::string(line.substr(0, line.find('\n')))};
     std::vector<std::string> names{std::istream_iterator<std::string>(words), {}};
-    // Shorter names first, so that sr2 stands before sr10.
+    // Shorter names first, so that sr2 precedes sr10.
     std::ranges::sort(names, [](const std::string& a, const std::string& b) {
         return a.size() != b.size() ? a.size() < b.size() : a < b;
     });

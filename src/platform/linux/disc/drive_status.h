@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Asks the kernel what a drive is doing: which drives there are, and whether a disc is in one.
-// Never pulls an open tray in, and reads nothing of the disc.
+// Queries the kernel for the state of drives: which drives exist, and whether a disc is in one.
+// Never closes an open tray, and reads nothing from the disc.
 #pragma once
 
 #include <functional>
@@ -13,12 +13,12 @@
 namespace sonarith::disc {
 
 enum class DriveState {
-    loaded, ///< a disc is in
-    empty,  ///< none is in; or the tray is open, which some drives cannot tell
+    loaded, ///< a disc is in the drive
+    empty,  ///< no disc; or the tray is open, which some drives cannot report
     trayOpen,
     notReady,    ///< a disc may be spinning up
-    unknown,     ///< the drive cannot tell
-    unreachable, ///< no such device, not permitted, or no optical drive at all
+    unknown,     ///< the drive cannot report it
+    unreachable, ///< no such device, no permission, or not an optical drive
 };
 
 struct DriveStatus {
@@ -26,21 +26,21 @@ struct DriveStatus {
     int error = 0; ///< errno of an unreachable drive
 };
 
-/// What the kernel's answer to CDROM_DRIVE_STATUS means; `error` is errno after it.
+/// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after it.
 [[nodiscard]] DriveStatus statusOfAnswer(int answer, int error);
 
-/// Cheap enough for every second. `device` is a device node.
+/// Cheap enough to be called each second. `device` is a device node.
 [[nodiscard]] DriveStatus statusOf(const std::string& device);
 
-/// Why a drive cannot be used, in words for the user. `error` as in DriveStatus.
+/// Why a drive cannot be used, with a message for the user. `error` as in DriveStatus.
 [[nodiscard]] DriveReport problemOf(const std::string& device, int error);
 
-/// The kernel's names ("sr0") in its list of optical drives, in the order of their numbers.
-/// `information` is the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest
-/// drive first (kernel documentation, cdrom).
+/// The kernel's names ("sr0") in its list of optical drives, ordered by number. `information` is
+/// the text of /proc/sys/dev/cdrom/info, whose line "drive name:" lists the newest drive first
+/// (kernel documentation, cdrom).
 [[nodiscard]] std::vector<std::string> driveNames(std::string_view information);
 
-/// The device nodes of the drives in that list, but for those that `isThere` denies.
+/// The device nodes of the drives in that list for which `isThere` is true.
 [[nodiscard]] std::vector<std::string>
 driveDevices(std::string_view information,
              const std::function<bool(const std::string& device)>& isThere);

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(DriveStatus, TellsAMissingDeviceFromSomethingThatIsNoDrive) {
+TEST(DriveStatus, DistinguishesAMissingDeviceFromANonDrive) {
     const DriveStatus missing = statusOf("/dev/no-such-drive");
     EXPECT_EQ(missing.state, DriveState::unreachable);
     EXPECT_EQ(problemOf("/dev/no-such-drive", missing.error).text,
@@ -25,7 +25,7 @@ TEST(DriveStatus, TellsAMissingDeviceFromSomethingThatIsNoDrive) {
     EXPECT_EQ(problemOf("/dev/null", noDrive.error).text, "/dev/null is not an optical drive.");
 }
 
-TEST(DriveStatus, TellsTheProblemsKindAndNamesTheDrive) {
+TEST(DriveStatus, ReportsTheProblemsKindAndNamesTheDrive) {
     constexpr struct {
         int error;
         DeviceProblem kind;
@@ -51,7 +51,7 @@ TEST(DriveStatus, TellsTheProblemsKindAndNamesTheDrive) {
     }
 }
 
-TEST(DriveStatus, TellsAnOpenTrayFromAnEmptyDrive) {
+TEST(DriveStatus, DistinguishesAnOpenTrayFromAnEmptyDrive) {
     constexpr struct {
         int answer;
         int error;
@@ -68,20 +68,20 @@ TEST(DriveStatus, TellsAnOpenTrayFromAnEmptyDrive) {
     EXPECT_EQ(statusOfAnswer(-1, EACCES).error, EACCES);
 }
 
-TEST(DriveStatus, ReadsTheKernelsListInTheOrderOfTheNumbers) {
+TEST(DriveStatus, OrdersTheKernelsListByNumber) {
     const char* const text = "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n"
                              "drive name:\t\tsr10\tsr1\tsr0\n"
                              "drive speed:\t\t48\t24\t24\n";
     EXPECT_THAT(driveNames(text), ElementsAre("sr0", "sr1", "sr10"));
 }
 
-TEST(DriveStatus, FindsNoDrivesInALineOrTextWithoutAny) {
+TEST(DriveStatus, FindsNoDrivesInALineOrTextWithoutThem) {
     EXPECT_THAT(driveNames("CD-ROM information\n\ndrive name:\t\n\ndrive speed:\t\n"), IsEmpty());
     EXPECT_THAT(driveNames("drive name:"), IsEmpty());
     EXPECT_THAT(driveNames(""), IsEmpty());
 }
 
-TEST(DriveStatus, ListsTheDevicesOfTheKernelsListThatAreThere) {
+TEST(DriveStatus, ListsTheExistingDevicesOfTheKernelsList) {
     const auto isThere = [](const std::string& device) {
         return device != "/dev/sr1";
     };

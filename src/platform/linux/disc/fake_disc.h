@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc for tests whose every frame tells its place on the time line, and whose reads can be held
-// up, watched and ended. For tests only.
+// A disc for tests: each frame encodes its position on the time line, and reads can be held up,
+// watched and ended. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -15,12 +15,12 @@
 
 namespace sonarith::disc {
 
-/// The frame that stands at place `index` of a fake disc's time line; no two are equal.
+/// The frame at position `index` of a fake disc's time line; no two are equal.
 inline sound::StereoFrame frameAt(std::int64_t index) {
     return {static_cast<std::int16_t>(index & 0xffff), static_cast<std::int16_t>(index >> 16)};
 }
 
-/// The `count` frames from place `first` on.
+/// The `count` frames from position `first` on.
 inline std::vector<sound::StereoFrame> framesAt(std::int64_t first, std::int64_t count) {
     std::vector<sound::StereoFrame> frames;
     for (std::int64_t i = first; i < first + count; ++i) {
@@ -42,7 +42,7 @@ class FakeDisc : public Disc {
     std::string remark() const override { return {}; }
     Damage damageIn(std::int64_t, std::int64_t) const override { return {}; }
 
-    /// From now on every read waits until release().
+    /// Blocks every read from now on until release().
     void hold() {
         const std::lock_guard lock(mutex_);
         held_ = true;
@@ -52,7 +52,7 @@ class FakeDisc : public Disc {
         held_ = false;
         changed_.notify_all();
     }
-    /// Reads that reach to `sector` or further find the medium gone.
+    /// Makes reads that reach `sector` or further find the medium gone.
     void vanishFrom(std::int64_t sector) {
         const std::lock_guard lock(mutex_);
         goneFrom_ = sector;
@@ -62,12 +62,12 @@ class FakeDisc : public Disc {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return reads_.size() >= count; });
     }
-    /// All reads that have begun, in their order.
+    /// All reads that have begun, in order.
     std::vector<Read> reads() const {
         const std::lock_guard lock(mutex_);
         return reads_;
     }
-    /// One past the furthest sector that was ever asked for.
+    /// One past the highest sector that was ever requested.
     std::int64_t furthest() const {
         std::int64_t end = 0;
         for (const Read& read : reads()) {
@@ -77,7 +77,7 @@ class FakeDisc : public Disc {
     }
 
   private:
-    // Like a device that hangs, it never looks whether it should stop.
+    // Like a device that hangs, it never checks for a stop request.
     ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                             const std::stop_token& /*stop*/) override {
         std::unique_lock lock(mutex_);

@@ -33,7 +33,7 @@ Error causeOf(int systemError) {
 Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
     FileHandle handle;
     handle.path_ = path;
-    // Without O_NONBLOCK a named pipe would make this call wait for somebody who writes.
+    // Without O_NONBLOCK opening a named pipe would block until another process writes to it.
     handle.descriptor_ =
         files::FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An ordinary file opened for reading. Devices, pipes and folders are
-// refused: a read of them could wait for ever.
+// A regular file opened for reading. Devices, pipes and folders are refused: reading them could
+// block forever.
 #pragma once
 
 #include <cstdint>
@@ -17,18 +17,18 @@ namespace sonarith::disc {
 
 class FileHandle {
   public:
-    /// Errors, as causes in words: not there, not allowed, no ordinary file.
+    /// Errors, with the cause as a message: missing, no permission, not a regular file.
     [[nodiscard]] static Result<FileHandle> open(const std::filesystem::path& path);
 
     [[nodiscard]] int descriptor() const { return descriptor_.get(); }
-    /// Length in bytes when it was opened.
+    /// Length in bytes when the file was opened.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
-    /// Whether its path still leads to this very file.
+    /// Whether its path still refers to this file.
     [[nodiscard]] bool stillThere() const;
-    /// Whether its path still leads to this very file, and nobody has written to it.
+    /// Whether its path still refers to this file, and the file has not been written to.
     [[nodiscard]] bool unchanged() const;
-    /// Reads from byte `offset` on; returns how many bytes were there, fewer at the end or after an
-    /// error of the device.
+    /// Reads from byte `offset` on; returns the number of bytes read, which is smaller at the end
+    /// or after a device error.
     [[nodiscard]] std::size_t readAt(std::int64_t offset, std::span<std::byte> out) const;
 
   private:

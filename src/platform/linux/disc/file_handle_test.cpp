@@ -12,7 +12,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(FileHandle, ReadsWhatIsThereAndSaysHowMuch) {
+TEST(FileHandle, ReadsTheAvailableBytesAndReturnsTheirNumber) {
     const ImageFolder folder;
     const auto handle = FileHandle::open(folder.write("a", "0123456789"));
     ASSERT_TRUE(handle.ok());
@@ -33,7 +33,7 @@ TEST(FileHandle, NoticesThatItsFileIsGone) {
     EXPECT_FALSE(handle.value().stillThere());
 }
 
-TEST(FileHandle, NoticesThatAnotherFileHasTakenItsName) {
+TEST(FileHandle, NoticesThatItsFileWasReplaced) {
     const ImageFolder folder;
     const auto path = folder.write("a", "x");
     const auto handle = FileHandle::open(path);
@@ -42,7 +42,7 @@ TEST(FileHandle, NoticesThatAnotherFileHasTakenItsName) {
     EXPECT_FALSE(handle.value().stillThere());
 }
 
-TEST(FileHandle, RefusesWhatIsNoOrdinaryFile) {
+TEST(FileHandle, RefusesNonRegularFiles) {
     const ImageFolder folder;
     EXPECT_EQ(FileHandle::open(folder.path("none")).error().number, ErrorNumber::fileNotFound);
     EXPECT_EQ(FileHandle::open(folder.path("")).error().text, "it is no ordinary file");

@@ -19,8 +19,8 @@ namespace {
 
 enum class SheetKind { cue, toc };
 
-/// What the first telling line of a sheet says: a TOC's header or comment, or a TRACK with a mode
-/// where a CUE has a number; a FILE before any TRACK stands in a CUE.
+/// The kind of a sheet by its first distinctive line: a TOC's header or comment, or a TRACK with a
+/// mode where a CUE has a number; a FILE before any TRACK occurs only in a CUE.
 std::optional<SheetKind> kindOfText(const std::vector<std::string_view>& lines) {
     for (const std::string_view line : lines) {
         std::string_view rest = line;
@@ -63,8 +63,9 @@ Result<SheetKind> kindOf(const fs::path& path, std::string_view sheet, std::stri
                              "the disc's tracks");
 }
 
-/// At most one byte more than a sheet may have, so that a longer one shows. Nothing for a sheet
-/// that cannot be read to its end: what is there of it may look like a whole one of a shorter disc.
+/// Reads at most one byte more than a sheet may have, so that a longer one is noticed. Empty for a
+/// sheet that cannot be read to its end: the readable part may look like a complete sheet of a
+/// shorter disc.
 std::optional<std::string> textOf(const FileHandle& file) {
     std::string text(
         std::min<std::size_t>(static_cast<std::size_t>(file.bytes()), maxSheetBytes + 1), '\0');
@@ -72,7 +73,7 @@ std::optional<std::string> textOf(const FileHandle& file) {
     return whole ? std::optional(text) : std::nullopt;
 }
 
-/// Opens the layout's files; an error names the sheet's line that names the file.
+/// Opens the layout's files; an error message names the line of the sheet that names the file.
 Result<std::vector<std::unique_ptr<ImageFile>>>
 openFiles(const fs::path& folder, std::string_view sheet, const ImageLayout& layout) {
     std::vector<std::unique_ptr<ImageFile>> files;
@@ -102,7 +103,7 @@ ImageDisc::ImageDisc(FileHandle sheet, std::vector<std::unique_ptr<ImageFile>> f
 
 Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     const std::string quoted = shown(path.filename().string());
-    const std::string sheet = quoted.substr(1, quoted.size() - 2); // errors begin with it
+    const std::string sheet = quoted.substr(1, quoted.size() - 2); // the prefix of error messages
     auto handle = FileHandle::open(path);
     if (!handle.ok()) {
         return sheetError(sheet, 0,
@@ -121,7 +122,7 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     if (!layout.ok()) {
         return layout.error();
     }
-    // A bare name has no folder that could be searched.
+    // A plain file name has no folder part to search.
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     auto files = openFiles(folder, sheet, layout.value());
     if (!files.ok()) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc that stands in files: a CUE or TOC sheet and the files that it names. Choosing one and
-// loading it again is the business of ImageDrive.
+// A disc stored in files: a CUE or TOC sheet and the files that it names. Choosing and reloading an
+// image is the job of ImageDrive.
 #pragma once
 
 #include <atomic>
@@ -18,10 +18,10 @@ namespace sonarith::disc {
 
 class ImageDisc final : public Disc {
   public:
-    /// Reads the sheet at `path` and opens its files. The ending ".cue" or ".toc" in any case tells
-    /// the kind of sheet, else its text does. Errors, in words with file, line and cause:
-    /// fileNotFound and permissionDenied for the sheet or a file that it names, any other number
-    /// for whatever else keeps the disc from being played.
+    /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc" in any case
+    /// determines the kind of sheet, else its text does. Errors, with file, line and cause in the
+    /// message: fileNotFound and permissionDenied for the sheet or a file that it names, any other
+    /// number for every other reason that the disc cannot be played.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
@@ -29,15 +29,15 @@ class ImageDisc final : public Disc {
     [[nodiscard]] Damage damageIn(std::int64_t first, std::int64_t end) const override {
         return {.silent = lostSectors(line_, first, end), .guessed = 0};
     }
-    /// Whether the sheet and its files are those that were opened. May be called while another
-    /// thread reads.
+    /// Whether the sheet and its files are unchanged since they were opened. May be called while
+    /// another thread reads.
     [[nodiscard]] bool unchanged() const;
-    /// Takes the disc out for good. May be called from another thread than `read`.
+    /// Removes the disc for good. May be called on another thread than `read`.
     void eject() { ejected_ = true; }
 
   private:
-    /// `gone` from the moment the sheet or the file that is read is no longer at its path or gives
-    /// less than it held, and after `eject`.
+    /// `gone` as soon as the sheet or the file being read is no longer at its path or has less data
+    /// than before, and after `eject`.
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                           const std::stop_token& stop) override;
 

@@ -43,7 +43,7 @@ std::string twoTracks(const std::string& file) {
            "TRACK 02 AUDIO\nINDEX 00 00:00:10\nINDEX 01 00:00:15\n";
 }
 
-TEST(ImageDisc, PlaysABinarySampleBySample) {
+TEST(ImageDisc, PlaysEverySampleOfABinary) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const auto path = folder.write("a.cue", twoTracks("a.bin BINARY"));
@@ -57,7 +57,7 @@ TEST(ImageDisc, PlaysHighBytesFirst) {
     expectLine(folder.write("a.cue", twoTracks("a.bin MOTOROLA")), rampSectors(0, 30));
 }
 
-TEST(ImageDisc, PlaysAWaveAndFillsUpItsLastSector) {
+TEST(ImageDisc, PlaysAWaveAndPadsItsLastSector) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 30 * 588 + 5));
     expectLine(folder.write("a.cue", twoTracks("a.wav WAVE")),
@@ -151,7 +151,7 @@ TEST(ImageDisc, DataIsListedAndReadsAsSilence) {
     EXPECT_EQ(opened(path)->table().tracks[1].kind, TrackKind::data);
 }
 
-TEST(ImageDisc, FindsFilesInAnyCaseAndTellsTheSheetByItsText) {
+TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheSheetByItsText) {
     const ImageFolder folder;
     folder.writeFrames("Disc.Bin", rampSectors(0, 30));
     const auto cue = twoTracks("DISC.BIN BINARY");
@@ -163,7 +163,7 @@ TEST(ImageDisc, FindsFilesInAnyCaseAndTellsTheSheetByItsText) {
     EXPECT_THAT(refused(folder.path("Disc.Bin")), StartsWith("Disc.Bin"));
 }
 
-TEST(ImageDisc, ABinShorterThanItsTablePlaysWhatIsThereAndSaysSo) {
+TEST(ImageDisc, ABinShorterThanItsTablePlaysItsContentAndReportsTheRest) {
     const ImageFolder folder;
     std::string bytes(17 * 2352 + 1000, '\x42');
     folder.write("a.bin", bytes);
@@ -181,7 +181,7 @@ TEST(ImageDisc, ABinShorterThanItsTablePlaysWhatIsThereAndSaysSo) {
                                       HasSubstr("from 00:00:07 on"), HasSubstr("track 3")));
 }
 
-TEST(ImageDisc, SaysWhichFileOfWhichLineCannotBeRead) {
+TEST(ImageDisc, ReportsWhichFileOfWhichLineCannotBeRead) {
     const ImageFolder folder;
     EXPECT_EQ(refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
               "a.cue, line 2: \"b.bin\" cannot be read: there is no such file beside the image");
@@ -216,7 +216,7 @@ TEST(ImageDisc, RefusesAnEmptyBin) {
                 StartsWith("a.cue, line 2: nothing of the disc is there"));
 }
 
-TEST(ImageDisc, ReadsNoMoreThanABitOfTwoGibibytesOfText) {
+TEST(ImageDisc, ReadsOnlyASmallPartOfTwoGibibytesOfText) {
     const ImageFolder folder;
     for (const char* name : {"a.cue", "a.toc", "a.xyz"}) {
         folder.write(name, "REM\n");
@@ -261,7 +261,7 @@ TEST_F(VanishingImage, IsGoneWhenItsSheetIsDeleted) {
     EXPECT_EQ(readOne(0), ReadOutcome::gone);
 }
 
-TEST_F(VanishingImage, IsGoneWhereItsFileIsCutOff) {
+TEST_F(VanishingImage, IsGoneWhereItsFileIsTruncated) {
     std::filesystem::resize_file(folder_.path("a.bin"), 10 * 2352);
     EXPECT_EQ(readOne(9), ReadOutcome::ok);
     EXPECT_EQ(readOne(10), ReadOutcome::gone);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drive whose disc is an image file that a person has chosen. It remembers no disc: each load
-// reads the files afresh.
+// A drive whose disc is an image file that the user has chosen. It caches no disc: each load reads
+// the files again.
 #pragma once
 
 #include <filesystem>
@@ -19,14 +19,14 @@ class ImageDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::image; }
     [[nodiscard]] std::string name() const override { return "the disc image " + sheet_.string(); }
-    /// The image's errors in words; trayOpen without words while the tray is open.
+    /// The image's errors with their messages; trayOpen without a message while the tray is open.
     [[nodiscard]] Loaded load() override;
-    /// The tray is closed and the sheet exists; if the last load failed, what stands there now can
-    /// be read again. False once when a file of the disc that was loaded last, and is still in use,
-    /// has been replaced, written to or deleted: that disc is gone from then on, and what the files
-    /// hold now can be loaded.
+    /// Whether the tray is closed and the sheet exists; after a failed load, whether the files can
+    /// now be read. False once when a file of the loaded disc, still in use, has been replaced,
+    /// written to or deleted: that disc is gone from then on, and the present contents of the files
+    /// can be loaded.
     [[nodiscard]] bool mediaPresent() override;
-    /// The disc that was loaded is gone from now on, even for who still plays it.
+    /// The loaded disc is gone from now on, also for an owner that still plays it.
     void openTray() override;
     void closeTray() override;
 

@@ -33,13 +33,13 @@ class ImageDriveTest : public ::testing::Test {
     ImageDrive drive_{folder_.path("a.cue")};
 };
 
-TEST_F(ImageDriveTest, ReadsTheImageAfreshEachTime) {
+TEST_F(ImageDriveTest, ReadsTheImageAgainOnEachLoad) {
     EXPECT_EQ(drive_.load().disc->table().tracks.size(), 1U);
     writeTracks(3);
     EXPECT_EQ(drive_.load().disc->table().tracks.size(), 3U);
 }
 
-TEST_F(ImageDriveTest, ADiscIsInWhileTheImageExists) {
+TEST_F(ImageDriveTest, ADiscIsPresentWhileTheImageExists) {
     EXPECT_TRUE(drive_.mediaPresent());
     EXPECT_NE(drive_.load().disc, nullptr);
     EXPECT_TRUE(drive_.mediaPresent());
@@ -55,7 +55,7 @@ TEST_F(ImageDriveTest, AnImageThatCannotBeReadIsAnEmptyDriveWithAProblem) {
     EXPECT_FALSE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, TellsTheKindOfEachProblem) {
+TEST_F(ImageDriveTest, ReportsTheKindOfEachProblem) {
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::none);
     drive_.openTray();
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::trayOpen);
@@ -73,7 +73,7 @@ TEST_F(ImageDriveTest, TellsTheKindOfEachProblem) {
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::missing);
 }
 
-TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
+TEST_F(ImageDriveTest, ARepairedImageIsPresentAtOnce) {
     std::filesystem::remove(folder_.path("a.bin"));
     EXPECT_EQ(drive_.load().disc, nullptr);
     EXPECT_FALSE(drive_.mediaPresent());
@@ -85,7 +85,7 @@ TEST_F(ImageDriveTest, AnImageThatHasBeenMendedIsPresentAtOnce) {
     EXPECT_TRUE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, AFileThatChangesUnderThePlayerTakesTheDiscOutAndPutsAnotherIn) {
+TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     const auto bin = folder_.path("a.bin");
     const struct {
         const char* what;
@@ -121,13 +121,13 @@ TEST_F(ImageDriveTest, AFileThatChangesUnderThePlayerTakesTheDiscOutAndPutsAnoth
     EXPECT_FALSE(drive_.mediaPresent()) << "the sound is deleted";
 }
 
-TEST_F(ImageDriveTest, AFileThatChangesUnderNobodyIsJustReadAnew) {
+TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsJustReadAgain) {
     EXPECT_NE(drive_.load().disc, nullptr);
     writeTracks(2);
     EXPECT_TRUE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, AnOpenTrayHoldsNoDiscAndHasNoProblem) {
+TEST_F(ImageDriveTest, AnOpenTrayHasNoDiscAndNoProblem) {
     const auto played = drive_.load().disc;
     drive_.openTray();
     EXPECT_FALSE(drive_.mediaPresent());

@@ -23,7 +23,7 @@ std::int16_t swapped(std::int16_t sample) {
     return static_cast<std::int16_t>(static_cast<std::uint16_t>((bits << 8U) | (bits >> 8U)));
 }
 
-/// Bare samples, one after the other.
+/// Raw samples without a header.
 class RawFile final : public ImageFile {
   public:
     RawFile(FileHandle handle, std::endian order) : handle_(std::move(handle)), order_(order) {}
@@ -49,7 +49,7 @@ class RawFile final : public ImageFile {
     std::endian order_;
 };
 
-/// A RIFF WAVE file or one of its larger kin, through libsndfile.
+/// A RIFF WAVE file or one of its larger variants, through libsndfile.
 class WaveFile final : public ImageFile {
   public:
     [[nodiscard]] static Result<std::unique_ptr<ImageFile>> open(FileHandle handle);
@@ -65,7 +65,7 @@ class WaveFile final : public ImageFile {
     [[nodiscard]] bool read(std::int64_t offset, std::span<sound::StereoFrame> out) override {
         const auto first = static_cast<sf_count_t>(offset / bytesPerFrame);
         const auto count = static_cast<sf_count_t>(out.size());
-        // The library takes frames as pairs of samples, which is what StereoFrame is.
+        // The library takes frames as pairs of samples, which is the layout of StereoFrame.
         auto* samples = reinterpret_cast<short*>(out.data());
         return handle_.stillThere() && sf_seek(file_, first, SEEK_SET) == first &&
                sf_readf_short(file_, samples, count) == count;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One opened file of a disc image: stereo frames at byte offsets, whatever its format. Where those
-// frames stand on a disc is not known here.
+// One opened file of a disc image: stereo frames at byte offsets, whatever its format. It does not
+// know where those frames are on a disc.
 #pragma once
 
 #include <cstdint>
@@ -17,18 +17,18 @@ namespace sonarith::disc {
 class ImageFile {
   public:
     virtual ~ImageFile() = default;
-    /// Length of the samples in bytes (4 to a frame), as it was when the file was opened.
+    /// Length of the samples in bytes (4 per frame) when the file was opened.
     [[nodiscard]] virtual std::int64_t bytes() const = 0;
-    /// Whether it is still at its path and nobody has written to it since it was opened. May be
-    /// called while another thread reads.
+    /// Whether the file is still at its path and has not been written to since it was opened. May
+    /// be called while another thread reads.
     [[nodiscard]] virtual bool unchanged() const = 0;
-    /// Fills `out` from byte `offset` on. False if the file is no longer at its path or does not
-    /// give what it held when it was opened; `out` is then of no use.
+    /// Fills `out` from byte `offset` on. False if the file is no longer at its path or has less
+    /// data than when it was opened; `out` is then unspecified.
     [[nodiscard]] virtual bool read(std::int64_t offset, std::span<sound::StereoFrame> out) = 0;
 };
 
-/// Opens `path` for reading. Errors, in words that follow "cannot be read: ": not there, no
-/// ordinary file, not allowed, no WAVE, not 16 bit stereo at 44100 Hz.
+/// Opens `path` for reading. Errors, with messages that continue "cannot be read: ": missing, not a
+/// regular file, no permission, no WAVE, not 16 bit stereo at 44100 Hz.
 [[nodiscard]] Result<std::unique_ptr<ImageFile>> openImageFile(const std::filesystem::path& path,
                                                                ImageFormat format);
 

@@ -16,7 +16,7 @@ void expectReads(ImageFile& file, std::int64_t firstFrame, std::int64_t count) {
     expectFrames(frames, ramp(firstFrame, count));
 }
 
-TEST(ImageFile, ReadsBareSamplesInBothOrders) {
+TEST(ImageFile, ReadsRawSamplesInBothByteOrders) {
     const ImageFolder folder;
     folder.writeFrames("l.bin", ramp(0, 1000), std::endian::little);
     folder.writeFrames("b.bin", ramp(0, 1000), std::endian::big);
@@ -27,7 +27,7 @@ TEST(ImageFile, ReadsBareSamplesInBothOrders) {
     expectReads(*big.value(), 17, 983);
 }
 
-TEST(ImageFile, ReadsWaveFilesFromAnyPlace) {
+TEST(ImageFile, ReadsWaveFilesFromAnyOffset) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 1000));
     const auto file = openImageFile(folder.path("a.wav"), ImageFormat::wave);
@@ -38,7 +38,7 @@ TEST(ImageFile, ReadsWaveFilesFromAnyPlace) {
     expectReads(*file.value(), 17, 5);
 }
 
-TEST(ImageFile, AWaveFileThatIsTornHoldsWhatIsThere) {
+TEST(ImageFile, ATruncatedWaveFileHasItsRemainingSamples) {
     const ImageFolder folder;
     folder.writeWave("a.wav", ramp(0, 1000));
     std::filesystem::resize_file(folder.path("a.wav"),
@@ -49,7 +49,7 @@ TEST(ImageFile, AWaveFileThatIsTornHoldsWhatIsThere) {
     expectReads(*file.value(), 0, 500);
 }
 
-TEST(ImageFile, RefusesSoundThatNoDiscHolds) {
+TEST(ImageFile, RefusesSoundInOtherFormatsThanADiscs) {
     const ImageFolder folder;
     const auto refusal = [&](int rate, int channels, int format) {
         folder.writeWave("a.wav", ramp(0, 1000), rate, channels, format);
@@ -65,7 +65,7 @@ TEST(ImageFile, RefusesSoundThatNoDiscHolds) {
     EXPECT_EQ(refusal(44100, 2, SF_FORMAT_WAVEX | SF_FORMAT_PCM_16), "accepted");
 }
 
-TEST(ImageFile, RefusesWhatIsNoWave) {
+TEST(ImageFile, RefusesFilesThatAreNoWave) {
     const ImageFolder folder;
     folder.write("a.wav", "this is no sound at all, though it is long enough to hold a header");
     folder.write("empty.wav", "");
@@ -75,7 +75,7 @@ TEST(ImageFile, RefusesWhatIsNoWave) {
                 HasSubstr("it is no WAVE file"));
 }
 
-TEST(ImageFile, GivesNothingWhenItIsGoneOrCutShort) {
+TEST(ImageFile, FailsWhenItIsDeletedOrTruncated) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", ramp(0, 1000));
     folder.writeWave("a.wav", ramp(0, 1000));

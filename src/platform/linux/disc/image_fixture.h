@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A folder of its own for a test, and the files of small disc images in it, whose every frame tells
-// its number. For tests only.
+// A temporary folder for a test, and small disc images in it in which each frame encodes its
+// number. For tests only.
 #pragma once
 
 #include <bit>
@@ -19,7 +19,7 @@
 
 namespace sonarith::disc {
 
-/// Frame `number` of the ramp that tools/make_disc_image.py makes too; none of them is silent.
+/// Frame `number` of the same ramp that tools/make_disc_image.py creates; none is silent.
 inline sound::StereoFrame rampFrame(std::int64_t number) {
     return {static_cast<std::int16_t>(static_cast<std::uint16_t>(number & 0xffff)),
             static_cast<std::int16_t>(static_cast<std::uint16_t>((number >> 16) ^ 0x5a5a))};
@@ -41,7 +41,7 @@ inline std::vector<sound::StereoFrame> silentSectors(std::int64_t count) {
     return std::vector<sound::StereoFrame>(static_cast<std::size_t>(count * framesPerSector));
 }
 
-/// The runs one after the other.
+/// Concatenates the runs.
 inline std::vector<sound::StereoFrame>
 joined(std::initializer_list<std::vector<sound::StereoFrame>> runs) {
     std::vector<sound::StereoFrame> all;
@@ -51,13 +51,13 @@ joined(std::initializer_list<std::vector<sound::StereoFrame>> runs) {
     return all;
 }
 
-/// The whole line of `disc`, read in blocks of `sectorsAtOnce`.
+/// The whole time line of `disc`, read in blocks of `sectorsAtOnce`.
 inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sectorsAtOnce = 7) {
     std::vector<sound::StereoFrame> all;
     const std::int64_t end = disc.table().sectors();
     for (std::int64_t sector = 0; sector < end; sector += sectorsAtOnce) {
         const auto count = std::min(sectorsAtOnce, end - sector);
-        // Never silent by itself, so that a frame that is not written shows.
+        // Not silent initially, so that a frame that is not written is noticed.
         std::vector<sound::StereoFrame> block(static_cast<std::size_t>(count * framesPerSector),
                                               {0x1111, 0x1111});
         EXPECT_EQ(disc.read(sector, block), ReadOutcome::ok) << "at sector " << sector;
@@ -66,7 +66,7 @@ inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sector
     return all;
 }
 
-/// EXPECT_EQ of 100,000 frames would print them all.
+/// Reports the first difference: EXPECT_EQ of 100,000 frames would print them all.
 inline void expectFrames(const std::vector<sound::StereoFrame>& actual,
                          const std::vector<sound::StereoFrame>& expected) {
     ASSERT_EQ(actual.size(), expected.size());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a disc image's sheet (CUE or TOC) states: its files, and for each track the pieces of sound
-// that make it up. This is text turned into numbers; no file has been looked at yet.
+// What a disc image's sheet (CUE or TOC) states: its files, and the segments of sound of each
+// track. This is the parsed text; no file has been examined yet.
 #pragma once
 
 #include <cstddef>
@@ -12,44 +12,45 @@
 
 namespace sonarith::disc {
 
-/// How a file of an image holds its sound: 16 bit, stereo, 44100 Hz in all of them.
+/// How an image file stores its sound: always 16 bit, stereo, 44100 Hz.
 enum class ImageFormat {
-    littleEndian, ///< bare samples, low byte first ("BINARY")
-    bigEndian,    ///< bare samples, high byte first ("MOTOROLA", and the bare files of a TOC)
+    littleEndian, ///< raw samples, low byte first ("BINARY")
+    bigEndian,    ///< raw samples, high byte first ("MOTOROLA", and the raw files of a TOC)
     wave,         ///< a RIFF WAVE file
 };
 
 struct LayoutFile {
     std::string name; ///< as the sheet writes it, relative to the sheet's folder
     ImageFormat format = ImageFormat::littleEndian;
-    int line = 0; ///< of the sheet
+    int line = 0; ///< in the sheet
     friend bool operator==(const LayoutFile&, const LayoutFile&) = default;
 };
 
-/// The length of a segment that goes on to the end of its file.
+/// The length of a segment that extends to the end of its file.
 inline constexpr std::int64_t toFileEnd = -1;
 
 enum class SegmentKind { silence, sound, data };
 
-/// A run of one track's content.
+/// A contiguous part of one track.
 struct Segment {
     SegmentKind kind = SegmentKind::silence;
-    std::size_t file = 0;    ///< index in ImageLayout::files; without meaning for silence
-    std::int64_t offset = 0; ///< in bytes: into the file, or into the samples of a WAVE
+    std::size_t file = 0;    ///< index in ImageLayout::files; unused for silence
+    std::int64_t offset = 0; ///< in bytes: in the file, or in the samples of a WAVE
     std::int64_t frames = 0; ///< length on the time line, or toFileEnd
-    int sectorBytes = 2352;  ///< what one sector takes up in the file
-    /// What a length that the file decides is rounded to: sectors in a CUE, single frames in a TOC.
+    int sectorBytes = 2352;  ///< size of one sector in the file
+    /// Granularity, in frames, to which a length that the file determines is rounded: sectors in a
+    /// CUE, single frames in a TOC.
     int roundedTo = framesPerSector;
-    /// The bytes that a stated length of data leaves out of its last sector.
+    /// The number of bytes by which a stated data length falls short of a whole last sector.
     int lastSectorLacks = 0;
     friend bool operator==(const Segment&, const Segment&) = default;
 };
 
 struct LayoutTrack {
     TrackKind kind = TrackKind::audio;
-    int line = 0; ///< of the sheet
-    /// From INDEX 01 up to the next track's INDEX 01. A total that is no whole number of sectors
-    /// ends in silence up to the next one.
+    int line = 0; ///< in the sheet
+    /// From INDEX 01 to the next track's INDEX 01. A total that is not a whole number of sectors is
+    /// filled up with silence.
     std::vector<Segment> segments;
 };
 
@@ -58,23 +59,23 @@ struct ImageLayout {
     std::vector<LayoutTrack> tracks;
 };
 
-/// A track as sheets describe it: with the pause before it.
+/// A track as sheets describe it: together with the pause before it.
 struct SheetTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0;
-    bool opensSession = false;  ///< a gap between sessions lies before it
-    std::vector<Segment> pause; ///< what stands before its INDEX 01
+    bool opensSession = false;  ///< a gap between sessions precedes it
+    std::vector<Segment> pause; ///< the part before its INDEX 01
     std::vector<Segment> body;  ///< from its INDEX 01 on
 };
 
-/// Gives each pause to the track before it. Pauses before the first track, before a new session
-/// and between sound and data are left out: nothing that can be played goes on there.
+/// Appends each pause to the preceding track. Pauses before the first track, before a new session
+/// and between sound and data are left out: playing never continues there.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
 
-/// How many bytes of its file `segment`, whose length is stated, takes up.
+/// How many bytes of its file `segment` takes up. Precondition: its length is stated.
 [[nodiscard]] std::int64_t statedBytes(const Segment& segment);
 
-/// The sum of the lengths of `segments` in frames, or toFileEnd if a file decides it.
+/// The sum of the lengths of `segments` in frames, or toFileEnd if a file determines it.
 [[nodiscard]] std::int64_t statedFrames(const std::vector<Segment>& segments);
 
 } // namespace sonarith::disc

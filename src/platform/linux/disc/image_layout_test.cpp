@@ -16,7 +16,7 @@ SheetTrack trackOf(TrackKind kind, std::int64_t pause, std::int64_t body) {
     return {kind, 1, false, {silence(pause)}, {silence(body)}};
 }
 
-TEST(JoinPauses, GivesAPauseToTheTrackBeforeIt) {
+TEST(JoinPauses, AppendsAPauseToThePrecedingTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::audio, 1, 10), trackOf(TrackKind::audio, 2, 20)});
     ASSERT_EQ(tracks.size(), 2U);
@@ -43,13 +43,13 @@ TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
                 ElementsAre(silence(10)));
 }
 
-TEST(StatedBytes, CountTheVeryBytesThatTheSheetAsksFor) {
+TEST(StatedBytes, CountTheExactBytesThatTheSheetStates) {
     EXPECT_EQ(statedBytes({SegmentKind::sound, 0, 44, 1234567}), 4 * 1234567);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048}), 3 * 2048);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);
 }
 
-TEST(StatedFrames, AreASumUnlessAFileDecides) {
+TEST(StatedFrames, AreASumUnlessAFileDeterminesThem) {
     EXPECT_EQ(statedFrames({}), 0);
     EXPECT_EQ(statedFrames({silence(3), silence(4)}), 7);
     EXPECT_EQ(statedFrames({silence(3), silence(toFileEnd)}), toFileEnd);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the files that a disc image's sheet names, though sheets come from systems that do not
-// tell upper case from lower case. What a name may be is checked by the readers of sheets.
+// Finds the files that a disc image's sheet names; sheets may come from case-insensitive systems.
+// The readers of sheets check which names are valid.
 #pragma once
 
 #include <filesystem>
@@ -9,9 +9,9 @@
 
 namespace sonarith::disc {
 
-/// The file in `folder` that `name` means: that very name, else with backslashes between its parts
-/// taken as slashes, and each part that is not there as it is written matched without regard to
-/// case by Unicode's rules (the first match in byte order). Empty if there is none.
+/// The file in `folder` for `name`: the exact name first; else backslashes count as separators, and
+/// each part that does not exist as written is matched case-insensitively by Unicode's rules (the
+/// first match in byte order). Empty if there is none.
 [[nodiscard]] std::optional<std::filesystem::path>
 findImageFile(const std::filesystem::path& folder, std::string_view name);
 

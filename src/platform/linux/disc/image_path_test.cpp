@@ -8,7 +8,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(ImagePath, TakesTheExactNameFirst) {
+TEST(ImagePath, PrefersTheExactName) {
     const ImageFolder folder;
     folder.write("a.bin", "1");
     folder.write("A.BIN", "2");
@@ -18,7 +18,7 @@ TEST(ImagePath, TakesTheExactNameFirst) {
         << "the first in byte order";
 }
 
-TEST(ImagePath, FindsFilesBelowInAnyCaseAndWithBackslashes) {
+TEST(ImagePath, FindsFilesInSubfoldersInAnyCaseAndWithBackslashes) {
     const ImageFolder folder;
     folder.write("Disc One/Track.Wav", "1");
     EXPECT_EQ(findImageFile(folder.path(""), "disc one\\TRACK.WAV"),
@@ -36,14 +36,14 @@ TEST(ImagePath, FindsNamesOfAnyScriptInAnyCase) {
               folder.path("") / "Straße" / "Σίσυφος.wav");
 }
 
-TEST(ImagePath, FindsNamesThatAreNoUtf8) {
+TEST(ImagePath, FindsNamesThatAreNotUtf8) {
     const ImageFolder folder;
     folder.write("caf\xe9.bin", "1");
     EXPECT_EQ(findImageFile(folder.path(""), "CAF\xe9.BIN"), folder.path("caf\xe9.bin"));
     EXPECT_FALSE(findImageFile(folder.path(""), "caf\xc9.bin").has_value());
 }
 
-TEST(ImagePath, FindsNothingThatIsNotThere) {
+TEST(ImagePath, DoesNotFindMissingFiles) {
     const ImageFolder folder;
     folder.write("a.bin", "1");
     EXPECT_FALSE(findImageFile(folder.path(""), "b.bin").has_value());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs tools/make_disc_image.py for tests that play what it makes. For tests only.
+// Runs tools/make_disc_image.py for tests that play its images. For tests only.
 #pragma once
 
 #include <cstdlib>
@@ -12,17 +12,17 @@
 
 namespace sonarith::disc {
 
-/// All layouts that the script knows.
+/// All layouts that the script supports.
 inline constexpr const char* imageLayouts[] = {"cue", "cue-multi", "motorola", "wave", "toc"};
 
-/// A layout's name as a part of a test's name.
+/// A layout's name as part of a test's name.
 inline std::string layoutName(const ::testing::TestParamInfo<const char*>& instance) {
     std::string name = instance.param;
     std::erase(name, '-');
     return name;
 }
 
-/// Makes an image in `folder`; returns the path of its sheet.
+/// Creates an image in `folder`; returns the path of its sheet.
 inline std::filesystem::path makeImage(const ImageFolder& folder, const std::string& layout,
                                        const std::string& options) {
     const std::filesystem::path script =

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays what tools/make_disc_image.py makes, in each of its layouts, sample by sample.
+// Plays the images of tools/make_disc_image.py, in each of its layouts, sample by sample.
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/image_drive.h"
@@ -18,7 +18,7 @@ class ImageScript : public ::testing::TestWithParam<const char*> {
     ImageFolder folder_;
 };
 
-TEST_P(ImageScript, MakesARampThatPlaysAsOneRun) {
+TEST_P(ImageScript, CreatesARampThatPlaysWithoutGaps) {
     ImageDrive drive(make("--tracks 3 --sectors 200 --pause 20 --signal ramp"));
     const Loaded loaded = drive.load();
     ASSERT_NE(loaded.disc, nullptr) << loaded.problem.text;

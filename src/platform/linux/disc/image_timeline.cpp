@@ -14,7 +14,7 @@ namespace {
 // IEC 60908: no track is shorter than 4 seconds.
 constexpr std::int64_t shortestTrackSectors = 4 * sectorsPerSecond;
 
-/// How much of a segment is stated, and how much of that its file holds. Both in frames.
+/// The stated length of a segment, and the part of it that its file contains. Both in frames.
 struct Extent {
     std::int64_t stated = 0;
     std::int64_t present = 0;
@@ -24,30 +24,31 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
     const std::int64_t bytes = std::max<std::int64_t>(fileBytes - segment.offset, 0);
     const std::int64_t wholeSectors = bytes / segment.sectorBytes;
     if (segment.frames != toFileEnd) {
-        // A stated length may end anywhere in a sector, but what is torn is of use in whole ones.
+        // A stated length may end anywhere in a sector, but of a truncated file only whole sectors
+        // are usable.
         const bool whole = bytes >= statedBytes(segment);
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
     if (format == ImageFormat::wave || segment.roundedTo == 1) {
-        // A sound file may have any length; the sector that it ends in is filled up with silence.
+        // A sound file may have any length; its last sector is padded with silence.
         const std::int64_t frames =
             bytes / segment.sectorBytes * framesPerSector +
             bytes % segment.sectorBytes * framesPerSector / segment.sectorBytes;
         const std::int64_t unit = segment.roundedTo;
         return {(frames + unit - 1) / unit * unit, frames};
     }
-    // Bare sectors: an incomplete one at the end is no part of the disc.
+    // Raw sectors: an incomplete one at the end does not belong to the disc.
     return {wholeSectors * framesPerSector, wholeSectors * framesPerSector};
 }
 
-/// A track whose file does not hold what the sheet states.
+/// A track whose file has less than the sheet states.
 struct Shortage {
     enum class Kind { torn, missing, lengthUnknown };
     Kind kind = Kind::torn;
     std::size_t file = 0;
     int firstTrack = 0;
     int lastTrack = 0;
-    std::int64_t wholeFrames = 0; ///< of a torn track: what is there
+    std::int64_t wholeFrames = 0; ///< of a truncated track: the frames that can be read
 };
 
 std::string wordsOf(const Shortage& shortage) {
@@ -93,7 +94,7 @@ class LineBuilder {
     std::int64_t at_ = 0;         ///< in frames
     bool anythingThere_ = false;
     std::vector<Shortage> shortages_;
-    // Of the track that is being added: where and in which file it falls short first, if it does.
+    // of the track being added: where and in which file its first shortage is, if any
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
 };
 
@@ -123,7 +124,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
     std::int64_t sectors = (at_ - trackStart_ + framesPerSector - 1) / framesPerSector;
     const bool lengthUnknown = sectors == 0;
     if (lengthUnknown) {
-        // Without a place in the table the tracks after this one would change their numbers.
+        // Without an entry in the table the tracks after this one would change their numbers.
         sectors = shortestTrackSectors;
         if (track.kind == TrackKind::audio) {
             line_.lost.push_back({trackStart_, sectors * framesPerSector});
@@ -142,7 +143,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
 
 void LineBuilder::addSegment(const Segment& segment) {
     if (at_ > maxDiscFrames) {
-        return; // the disc is refused; more of it might not fit the number
+        return; // the disc is refused; adding more might overflow
     }
     if (segment.kind == SegmentKind::silence) {
         at_ += segment.frames;
@@ -150,7 +151,7 @@ void LineBuilder::addSegment(const Segment& segment) {
     }
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
-    // A pause that is stored to its file's end may be empty; the beginning of a track may not.
+    // A pause that is stored up to its file's end may be empty; the beginning of a track may not.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     if (!shortFrom_ &&
         (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Puts a layout on the disc's time line, now that the lengths of its files are known, and tells in
-// words what the files are short of. It reads no file.
+// Places a layout on the disc's time line once the lengths of its files are known, and reports
+// files that are too short. It reads no file.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 
 namespace sonarith::disc {
 
-/// Sound that is there to be read. What no stretch covers is silent.
+/// Sound that can be read. Parts not covered by any stretch are silent.
 struct SoundStretch {
     std::int64_t start = 0; ///< on the time line, in frames
     std::int64_t frames = 0;
@@ -23,7 +23,7 @@ struct SoundStretch {
     std::int64_t offset = 0; ///< in bytes, as in Segment
 };
 
-/// Sound that is stated and not there: it reads as silence.
+/// Sound that the sheet states but the file does not contain: it reads as silence.
 struct LostStretch {
     std::int64_t start = 0; ///< on the time line, in frames
     std::int64_t frames = 0;
@@ -31,19 +31,19 @@ struct LostStretch {
 
 struct ImageTimeline {
     Table table;
-    std::vector<SoundStretch> sound; ///< by rising start, none overlapping another
+    std::vector<SoundStretch> sound; ///< in ascending order of start, without overlaps
     std::vector<LostStretch> lost;   ///< likewise
-    std::string remark;              ///< which files are shorter than stated; empty: none
+    std::string remark;              ///< which files are shorter than stated; empty if none
 };
 
-/// How many sectors from `first` up to `end` have something of what is lost in them.
+/// How many sectors in [`first`, `end`) contain lost sound.
 [[nodiscard]] std::int64_t lostSectors(const ImageTimeline& line, std::int64_t first,
                                        std::int64_t end);
 
-/// `fileBytes` holds the length of each of the layout's files: of a WAVE, of its samples. A track
-/// whose file ends early keeps its stated length; one that has no stated length and begins beyond
-/// its file's end keeps its place with the shortest length a track may have. Errors: nothing at all
-/// is there; more than a disc can hold. `sheet` is the name to call the sheet by.
+/// `fileBytes` holds the length of each of the layout's files; for a WAVE, of its samples. A track
+/// whose file ends early keeps its stated length; one without a stated length that begins beyond
+/// its file's end keeps its number, with the shortest length that a track may have. Errors: no
+/// sound at all; more than fits on a disc. `sheet` is the sheet's name in messages.
 [[nodiscard]] Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                               std::span<const std::int64_t> fileBytes);
 

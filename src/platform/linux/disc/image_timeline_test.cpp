@@ -41,7 +41,7 @@ std::int64_t soundFrames(const ImageTimeline& line) {
     return frames;
 }
 
-TEST(Timeline, TheLastTrackTakesTheWholeSectorsOfTheFile) {
+TEST(Timeline, TheLastTrackHasTheWholeSectorsOfTheFile) {
     const auto line = cueLine(threeTrackSheet, {1000 * 2352 + 2351});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 400));
@@ -49,7 +49,7 @@ TEST(Timeline, TheLastTrackTakesTheWholeSectorsOfTheFile) {
     EXPECT_EQ(soundFrames(line.value()), 1000 * 588);
 }
 
-TEST(Timeline, TheLastSectorOfASoundFileIsFilledUp) {
+TEST(Timeline, TheLastSectorOfASoundFileIsPadded) {
     const auto line = cueLine("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                               "FILE 2.wav WAVE\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
                               {(300 * 588 + 1) * 4, 300 * 588 * 4});
@@ -81,7 +81,7 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
     EXPECT_EQ(line.value().sound[2].frames, 1);
 }
 
-TEST(Timeline, AFileThatIsOneByteShortOfItsStatedLengthIsTorn) {
+TEST(Timeline, AFileOneByteShorterThanStatedIsTruncated) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
     EXPECT_EQ(line.value().sound[0].frames, 1234567 / 588 * 588);
     EXPECT_THAT(line.value().remark, HasSubstr("track 1 is torn"));
@@ -94,13 +94,13 @@ TEST(Timeline, DataMayEndAnywhereInASectorToo) {
     EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
     EXPECT_THAT(whole.value().remark, IsEmpty());
     EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is torn"));
-    // The last sector goes to the track, whatever stands before its start.
+    // The last sector belongs to the track, whatever precedes its start.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
     EXPECT_THAT(tocLine(parted, {2352, 4096}).value().remark, HasSubstr("track 2 is missing"));
 }
 
-TEST(Timeline, ATornTrackKeepsItsStatedLength) {
+TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
     const auto line = cueLine(threeTrackSheet, {400 * 2352 + 100});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
@@ -111,18 +111,18 @@ TEST(Timeline, ATornTrackKeepsItsStatedLength) {
                           "ended already"));
 }
 
-TEST(Timeline, TellsHowManySectorsOfARangeAreLost) {
+TEST(Timeline, CountsTheLostSectorsOfARange) {
     const ImageTimeline torn = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
     EXPECT_EQ(lostSectors(torn, 0, 900), 500) << "the rest of track 2, and all of track 3";
     EXPECT_EQ(lostSectors(torn, 300, 600), 200);
     EXPECT_EQ(lostSectors(torn, 0, 400), 0);
     EXPECT_EQ(lostSectors(torn, 399, 401), 1);
     EXPECT_EQ(lostSectors(torn, 600, 500), 0);
-    // What a sound file or a pause leaves open is meant to be silent.
+    // The padding of a sound file and a pause are meant to be silent.
     const ImageTimeline whole =
         tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4}).value();
     EXPECT_EQ(lostSectors(whole, 0, 999), 0);
-    // Two pieces end and begin within one sector.
+    // Two segments end and begin within one sector.
     const ImageTimeline pieces =
         tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
                 {2352, 0})
@@ -131,7 +131,7 @@ TEST(Timeline, TellsHowManySectorsOfARangeAreLost) {
     EXPECT_EQ(lostSectors(pieces, 0, 4), 3);
 }
 
-TEST(Timeline, MissingTracksAreToldAsOneRange) {
+TEST(Timeline, MissingTracksAreReportedAsOneRange) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
                               "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",
                               {2352});
@@ -160,7 +160,7 @@ TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNoShortage) {
     EXPECT_THAT(line.value().remark, IsEmpty());
 }
 
-TEST(Timeline, ATornDataTrackIsToldToo) {
+TEST(Timeline, ATruncatedDataTrackIsReportedToo) {
     const auto line = cueLine("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
                               "FILE b.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
                               {100 * 2048, 2352});
@@ -169,7 +169,7 @@ TEST(Timeline, ATornDataTrackIsToldToo) {
     EXPECT_EQ(line.value().sound.size(), 1U) << "data is no sound";
 }
 
-TEST(Timeline, NothingThereIsAnError) {
+TEST(Timeline, ADiscWithoutAnyContentIsAnError) {
     const auto line = cueLine(threeTrackSheet, {2351});
     ASSERT_FALSE(line.ok());
     EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: nothing of the disc is there"));
@@ -191,7 +191,7 @@ TEST(Timeline, MoreThanADiscHoldsIsAnError) {
     EXPECT_FALSE(cueLine(threeTrackSheet, {INT64_MAX}).ok());
 }
 
-TEST(Timeline, HugeFilesManyTimesOverDoNotOverflow) {
+TEST(Timeline, ManyReferencesToHugeFilesDoNotOverflow) {
     std::string text = "TRACK AUDIO\n";
     for (int i = 0; i < 100; ++i) {
         text += "FILE \"a.bin\" 0\n";

@@ -66,7 +66,8 @@ ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::Stereo
         const bool onTheLine = stretch.sectors > 0;
         const std::int64_t sectors = onTheLine ? std::min(wanted, stretch.sectors) : wanted;
         const auto frames = out.first(static_cast<std::size_t>(sectors) * framesPerSector);
-        // Data are never asked of the drive as sound, nor is what lies past the end: both silent.
+        // Data and sectors past the end are never requested from the drive as sound: both are
+        // silent.
         if (!onTheLine || stretch.kind == TrackKind::data) {
             std::ranges::fill(frames, sound::StereoFrame{});
         } else if (const auto outcome = readStretch(stretch, frames, stop);
@@ -107,7 +108,8 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
         }
-        // A sound sector costs nothing: a drive that spins up is slow, but loses no sector.
+        // A sector without errors costs nothing: a drive that spins up is slow, but loses no
+        // sector.
         if (outcome != SectorOutcome::ok) {
             trouble_ += clock_() - begin;
         }

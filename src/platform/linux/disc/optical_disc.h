@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The disc in an optical drive: maps the time line to the drive's sectors, bounds the effort for
-// damaged ones and counts them. How a drive is asked for a sector stands behind AudioSectors.
+// damaged ones and counts them. Reading a sector from the drive is behind AudioSectors.
 #pragma once
 
 #include <chrono>
@@ -17,21 +17,21 @@ namespace sonarith::disc {
 
 enum class SectorOutcome {
     ok,
-    repaired, ///< it came whole, though not at the first attempt
+    repaired, ///< read completely, but not at the first attempt
     guessed,  ///< the best guess was delivered
-    silent,   ///< nothing of it came; silence was delivered
-    gone,     ///< the medium or the drive is no longer there
+    silent,   ///< nothing could be read; silence was delivered
+    gone,     ///< the medium or the drive has been removed
 };
 
-/// The sound of a disc, sector by sector, in the drive's numbers.
+/// The sound of a disc, sector by sector, in the drive's numbering.
 class AudioSectors {
   public:
     virtual ~AudioSectors() = default;
-    /// The next sector is `first`; nothing at `end` or after it is ever asked of the drive.
+    /// The next sector is `first`; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
-    /// Fills `out` (framesPerSector frames) with the next sector and goes on to the one after it.
-    /// The effort is not `none`. Once something has failed, no attempt begins after the limit. Once
-    /// `stop` asks for it no command is given to the drive any more, and `out` is of no use.
+    /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
+    /// the effort is not `none`. After a failure, no attempt begins after the limit. After a stop
+    /// request, no command is sent to the drive any more, and `out` is unspecified.
     [[nodiscard]] virtual SectorOutcome
     next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };
@@ -41,7 +41,7 @@ class OpticalDisc : public Disc {
     /// Any monotonic time.
     using Clock = std::function<ReadEffort::Duration()>;
 
-    /// `damage` takes what could not be read of this disc, beside what it holds already.
+    /// `damage` receives the sectors that cannot be read, in addition to what it already holds.
     OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
                 std::shared_ptr<DamageRecord> damage = std::make_shared<DamageRecord>());
 
@@ -59,8 +59,9 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    ReadEffort::Duration trouble_{0};  ///< what damaged sectors have cost in this read
-    std::optional<std::int64_t> next_; ///< what sectors_ would deliver, in the drive's numbers
+    ReadEffort::Duration trouble_{0}; ///< time that damaged sectors have cost in this read
+    std::optional<std::int64_t>
+        next_; ///< the next sector that sectors_ would deliver, in the drive's numbering
     bool gone_ = false;
     const std::shared_ptr<DamageRecord> damage_; ///< also read on the logic's thread
 };

@@ -15,18 +15,18 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// What the disc saw of the drive, and how the drive behaves; the time moves with each sector.
+// The calls to the drive and the drive's behaviour; the time advances with each sector.
 struct SectorsState {
     std::vector<std::pair<std::int64_t, std::int64_t>> seeks; ///< first, end
     std::vector<Effort> efforts;
     std::int64_t cursor = 0;
-    std::int64_t badFrom = INT64_MAX; ///< sectors that come damaged
+    std::int64_t badFrom = INT64_MAX; ///< the range of damaged sectors
     SectorOutcome howBad = SectorOutcome::silent;
     std::int64_t repairedFrom = INT64_MAX;
     std::int64_t goneFrom = INT64_MAX;
     ReadEffort::Duration now{0};
     ReadEffort::Duration sectorTime{0};
-    std::int64_t stopAt = INT64_MAX; ///< the sector during which the reader is told to stop
+    std::int64_t stopAt = INT64_MAX; ///< the sector during which the reader is asked to stop
     std::stop_source stop;
 };
 
@@ -86,7 +86,7 @@ std::vector<StereoFrame> silentSectors(std::int64_t sectors) {
     return std::vector<StereoFrame>(static_cast<std::size_t>(sectors) * framesPerSector);
 }
 
-TEST_F(OpticalDiscTest, ReadsOnWithoutSeekingAndSeeksForAnotherPlace) {
+TEST_F(OpticalDiscTest, ReadsConsecutivelyWithoutSeekingAndSeeksForAnotherPosition) {
     EXPECT_EQ(read(100, 25), sectorsAt(100, 25));
     EXPECT_EQ(read(125, 25), sectorsAt(125, 25));
     EXPECT_EQ(read(7, 1), sectorsAt(7, 1));
@@ -94,12 +94,12 @@ TEST_F(OpticalDiscTest, ReadsOnWithoutSeekingAndSeeksForAnotherPlace) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, FindsSoundBehindTheGapAtTheDrivesOwnPlace) {
+TEST_F(OpticalDiscTest, FindsSoundAfterTheGapAtTheDrivesOwnSector) {
     EXPECT_EQ(read(38600, 2), sectorsAt(50000, 2));
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
 }
 
-TEST_F(OpticalDiscTest, AsksTheDriveNeitherForDataNorPastTheEnd) {
+TEST_F(OpticalDiscTest, RequestsNeitherDataNorSectorsPastTheEnd) {
     EXPECT_EQ(read(30000, 3), silentSectors(3));
     EXPECT_EQ(read(48600, 3), silentSectors(3));
     EXPECT_THAT(drive->efforts, IsEmpty());
@@ -118,7 +118,7 @@ TEST_F(OpticalDiscTest, CountsDamagedSectorsInItsRemark) {
     EXPECT_THAT(disc.remark(), testing::StartsWith("4 sectors of the disc"));
 }
 
-TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndFillsUpWithSilence) {
+TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndPadsWithSilence) {
     drive->sectorTime = 1s;
     drive->badFrom = 0;
     const std::vector<StereoFrame> frames = read(0, 25);
@@ -132,7 +132,7 @@ TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndFillsUpWithSilence) {
               silentSectors(17));
     EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
 
-    // The next read has half the time, and begins at its own place all the same.
+    // The next read has half the time, and still begins at its own position.
     EXPECT_EQ(read(25, 4), sectorsAt(25, 4));
     EXPECT_EQ(drive->now, 12s);
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(0, 28600), Pair(25, 28600)));
@@ -153,7 +153,7 @@ TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, AsksNoFurtherOnceItIsToStopAndReadsOnLater) {
+TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndReadsLater) {
     drive->badFrom = 0;
     drive->stopAt = 3;
     std::vector<StereoFrame> frames = silentSectors(10);
@@ -166,7 +166,7 @@ TEST_F(OpticalDiscTest, AsksNoFurtherOnceItIsToStopAndReadsOnLater) {
     EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }
 
-TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
+TEST_F(OpticalDiscTest, AddsItsDamageToTheExistingRecord) {
     const auto damage = std::make_shared<DamageRecord>();
     damage->note(40, Delivery::silence);
     damage->note(41, Delivery::guess);
@@ -180,8 +180,8 @@ TEST_F(OpticalDiscTest, AddsItsDamageToWhatIsKnownAlready) {
     EXPECT_THAT(again.remark(), testing::StartsWith("3 sectors of the disc"));
 }
 
-TEST_F(OpticalDiscTest, TellsWhichSectorsOfItsLineWereNotWhole) {
-    // The second sound track begins at 38600 of the line and at 50000 of the drive's sectors.
+TEST_F(OpticalDiscTest, ReportsWhichSectorsOfItsLineWereDamaged) {
+    // The second sound track begins at sector 38600 of the line and at the drive's sector 50000.
     drive->badFrom = 50002;
     EXPECT_EQ(read(38595, 10).size(), 10u * framesPerSector);
     EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 3, .guessed = 0}));
@@ -193,12 +193,12 @@ TEST_F(OpticalDiscTest, TellsWhichSectorsOfItsLineWereNotWhole) {
     EXPECT_EQ(disc.damageIn(0, 999999), (Damage{.silent = 2, .guessed = 1}));
 }
 
-TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveSaysSo) {
+TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveReportsIt) {
     drive->goneFrom = 5;
     std::vector<StereoFrame> frames = silentSectors(10);
     EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);
     EXPECT_EQ(drive->efforts.size(), 6u);
-    drive->goneFrom = INT64_MAX; // another disc is in now
+    drive->goneFrom = INT64_MAX; // another disc has been inserted
     EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);
     EXPECT_EQ(drive->efforts.size(), 6u);
 }

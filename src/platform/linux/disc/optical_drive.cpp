@@ -13,16 +13,16 @@ namespace sonarith::disc {
 
 namespace {
 
-// Often enough that nobody waits for it, seldom enough for a drive that is busy.
+// Frequent enough to cause no noticeable delay, rare enough for a busy drive.
 constexpr std::chrono::milliseconds spinUpPoll{250};
 
-/// The table as the drive tells it now; handles remember the table that they were opened with.
+/// The table that the drive reports now; handles cache the table that they were opened with.
 RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
     const CdioHandle cdio = access.open(device);
     return cdio ? access.table(cdio.get()) : RawToc{};
 }
 
-/// Whether the disc whose table is `toc` has left the drive. A "cannot tell" is no.
+/// Whether the disc whose table is `toc` has left the drive. "Unknown" counts as no.
 bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
              const RawToc& toc) {
     const DriveState state = access.status(device).state;
@@ -30,7 +30,7 @@ bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdi
         state == DriveState::unreachable) {
         return true;
     }
-    // Some drives claim a change at each question, so the table has the last word.
+    // Some drives report a change at each query, so the comparison of the tables decides.
     return access.mediaChanged(cdio) > 0 && currentTocOf(access, device) != toc;
 }
 
@@ -38,7 +38,7 @@ std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& d
                                CdioHandle cdio, const RawToc& toc, OpticalLayout layout,
                                std::shared_ptr<DamageRecord> damage) {
     CdIo_t* const raw = cdio.get(); // owned by the sectors below, as are both functions
-    // Asked once, since the answer tells of a change since the question before.
+    // Called once here, because the result covers the time since the previous call.
     (void)access.mediaChanged(raw);
     auto command = [raw, read = access.read](std::int64_t first, std::int64_t count,
                                              std::byte* out) {
@@ -90,7 +90,7 @@ Loaded OpticalDrive::load() {
                           "or look whether the disc is clean and lies right.");
     case DriveState::empty:
     case DriveState::trayOpen:
-        toc_ = {}; // what comes next is another disc, or has perhaps been cleaned
+        toc_ = {}; // the next disc is a different one, or may have been cleaned
         return noDisc(status.state == DriveState::empty ? DeviceProblem::noMedium
                                                         : DeviceProblem::trayOpen);
     case DriveState::loaded:
@@ -128,7 +128,7 @@ bool OpticalDrive::mediaPresent() {
     case DriveState::loaded:
         return true;
     case DriveState::notReady:
-        return !disc_.expired(); // a disc that was read already spins up again
+        return !disc_.expired(); // a disc that was already read is spinning up again
     case DriveState::unknown:
         return OpticalLayout::of(currentTocOf(access_, device_)).has_value();
     case DriveState::empty:

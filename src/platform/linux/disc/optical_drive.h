@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's optical drive: its tray, whether a disc is in it, and that disc's table. How its
-// sound is read is the work of optical_disc.h and paranoia_sectors.h.
+// The machine's optical drive: its tray, whether a disc is in it, and that disc's table. Its sound
+// is read by optical_disc.h and paranoia_sectors.h.
 #pragma once
 
 #include <chrono>
@@ -17,16 +17,16 @@
 
 namespace sonarith::disc {
 
-/// What an optical drive asks of the machine; tests put others here. A disc that is loaded asks on
-/// the thread that reads it.
+/// What an optical drive calls on the machine; tests replace it. A loaded disc calls it on the
+/// thread that reads it.
 struct OpticalAccess {
     std::function<DriveStatus(const std::string& device)> status = statusOf;
     std::function<CdioHandle(const std::string& device)> open = [](const std::string& device) {
         return openCdio(device);
     };
     std::function<RawToc(CdIo_t*)> table = rawTocOf;
-    /// Whether the medium was changed since the question before: 0 for no, positive for yes,
-    /// negative if the drive cannot tell.
+    /// Whether the medium was changed since the previous call: 0 for no, positive for yes, negative
+    /// if the drive cannot report it.
     std::function<int(CdIo_t*)> mediaChanged = [](CdIo_t* cdio) {
         return cdio_get_media_changed(cdio);
     };
@@ -42,16 +42,16 @@ struct OpticalAccess {
 
 class OpticalDrive : public Drive {
   public:
-    /// `device` is a device node; that it is there and is a drive is seen at each call.
+    /// `device` is a device node; each call checks that it exists and is a drive.
     explicit OpticalDrive(std::string device, OpticalAccess access = {});
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::optical; }
     [[nodiscard]] std::string name() const override { return "the drive " + device_; }
-    /// Waits for a disc that spins up, for `longestSpinUp` at the most. What could not be read of
-    /// a disc is remembered for the next load, if that finds the same table.
+    /// Waits at most `longestSpinUp` for a disc that spins up. The record of unreadable sectors is
+    /// kept for the next load, if that finds the same table.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
-    /// Passed over by a drive that refuses or has no tray, as are all failures of both.
+    /// Ignored by a drive that refuses or has no tray; failures of both are ignored too.
     void openTray() override;
     void closeTray() override;
 
@@ -63,7 +63,7 @@ class OpticalDrive : public Drive {
 
     const std::string device_;
     const OpticalAccess access_;
-    std::weak_ptr<Disc> disc_; ///< the one that was loaded last
+    std::weak_ptr<Disc> disc_; ///< the most recently loaded one
     RawToc toc_;               ///< of that disc
     std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of that disc
 };

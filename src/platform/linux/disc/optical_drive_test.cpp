@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is said of a drive on a machine that has none, and a drive of which all that it is asked is
-// in the test's hands; the library takes an image for its disc.
+// The messages for a drive on a machine without one, and a drive whose replies the test controls;
+// the library uses an image as its disc.
 #include "platform/linux/disc/optical_drive.h"
 
 #include <cerrno>
@@ -20,11 +20,11 @@ using testing::StartsWith;
 
 class NoDrive : public testing::TestWithParam<const char*> {};
 
-// The library opens the second of them without complaint.
+// The library opens the second of them without an error.
 INSTANTIATE_TEST_SUITE_P(OpticalDrive, NoDrive,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 
-TEST_P(NoDrive, SaysInWordsWhyItCannotBeRead) {
+TEST_P(NoDrive, ReportsWhyItCannotBeRead) {
     OpticalDrive drive(GetParam());
     const Loaded loaded = drive.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -33,7 +33,7 @@ TEST_P(NoDrive, SaysInWordsWhyItCannotBeRead) {
                 testing::AnyOf(HasSubstr("no drive at"), HasSubstr("not an optical drive")));
 }
 
-TEST_P(NoDrive, HoldsNoDiscAndPassesOverItsTray) {
+TEST_P(NoDrive, HasNoDiscAndIgnoresTrayCommands) {
     OpticalDrive drive(GetParam());
     EXPECT_FALSE(drive.mediaPresent());
     drive.openTray();
@@ -93,7 +93,7 @@ class OpticalDriveTest : public testing::Test {
     }
 
     ImageFolder folder_;
-    /// What the drive answers one after the other; the last one for good.
+    /// The successive replies of the drive; the last one is repeated.
     std::deque<DriveStatus> statuses_ = {{DriveState::loaded}};
     std::string inDrive_ = "disc.cue";
     int changed_ = 0;
@@ -122,7 +122,7 @@ TEST_F(OpticalDriveTest, WaitsForADiscThatSpinsUp) {
     EXPECT_EQ(paused_, 750ms);
 }
 
-TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveSaysSo) {
+TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveReportsIt) {
     statuses_ = {{DriveState::notReady}, {DriveState::empty}};
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -130,7 +130,7 @@ TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveSaysSo) {
     EXPECT_EQ(paused_, 250ms);
 }
 
-TEST_F(OpticalDriveTest, SaysThatADriveDoesNotGetReady) {
+TEST_F(OpticalDriveTest, ReportsADriveThatDoesNotBecomeReady) {
     statuses_ = {{DriveState::notReady}};
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -138,7 +138,7 @@ TEST_F(OpticalDriveTest, SaysThatADriveDoesNotGetReady) {
     EXPECT_EQ(paused_, 8s);
 }
 
-TEST_F(OpticalDriveTest, TellsADiscThatCannotBeReadFromADriveThatCannotTell) {
+TEST_F(OpticalDriveTest, DistinguishesAnUnreadableDiscFromAnUnknownState) {
     inDrive_ = "nothing.cue";
     EXPECT_THAT(drive_.load().problem.text, StartsWith("The drive /dev/sr0 cannot be used"));
     OpticalAccess noTable = access();
@@ -152,7 +152,7 @@ TEST_F(OpticalDriveTest, TellsADiscThatCannotBeReadFromADriveThatCannotTell) {
     EXPECT_FALSE(drive.mediaPresent());
 }
 
-TEST_F(OpticalDriveTest, TellsTheKindOfEachProblem) {
+TEST_F(OpticalDriveTest, ReportsTheKindOfEachProblem) {
     const struct {
         DriveStatus status;
         DeviceProblem kind;
@@ -183,13 +183,13 @@ TEST_F(OpticalDriveTest, ADiscIsGoneWhileTheTrayIsOpen) {
     EXPECT_EQ(disc->read(0, frames), ReadOutcome::gone);
 }
 
-TEST_F(OpticalDriveTest, AsksForTheTableIfTheDriveCannotTellWhetherADiscIsIn) {
+TEST_F(OpticalDriveTest, ReadsTheTableIfTheDriveCannotReportWhetherADiscIsPresent) {
     statuses_ = {{DriveState::unknown}};
     EXPECT_TRUE(drive_.mediaPresent());
     EXPECT_NE(drive_.load().disc, nullptr);
 }
 
-TEST_F(OpticalDriveTest, HoldsADiscThatSpinsUpAgainButNoneThatWasNeverRead) {
+TEST_F(OpticalDriveTest, HasADiscThatSpinsUpAgainButNotOneThatWasNeverRead) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_FALSE(drive_.mediaPresent());
     statuses_ = {{DriveState::loaded}};
@@ -210,21 +210,21 @@ class DamagedDisc : public OpticalDriveTest {
     Loaded loaded_;
 };
 
-TEST_F(DamagedDisc, IsStillThereIfTheDriveCannotTellOfAChange) {
+TEST_F(DamagedDisc, IsStillPresentIfTheDriveCannotReportAChange) {
     changed_ = -1;
-    inDrive_ = "other.cue"; // must not be looked at
+    inDrive_ = "other.cue"; // must not be read
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
     EXPECT_GT(askedForChange_, 0);
     EXPECT_THAT(loaded_.disc->remark(), StartsWith("1 sector of the disc"));
 }
 
-TEST_F(DamagedDisc, IsStillThereInADriveThatAlwaysClaimsAChange) {
+TEST_F(DamagedDisc, IsStillPresentInADriveThatAlwaysReportsAChange) {
     changed_ = 1;
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
     EXPECT_GT(askedForChange_, 0);
 }
 
-TEST_F(DamagedDisc, IsStillThereWhileTheDriveSpinsUpAgain) {
+TEST_F(DamagedDisc, IsStillPresentWhileTheDriveSpinsUpAgain) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
 }
@@ -245,7 +245,7 @@ TEST_F(DamagedDisc, HasLeftWhenTheDriveIsEmptyOrGone) {
     }
 }
 
-TEST_F(DamagedDisc, IsNotAskedWhetherItHasLeftWhileItReadsWell) {
+TEST_F(DamagedDisc, IsNotCheckedForRemovalWhileReadsSucceed) {
     changed_ = 1;
     inDrive_ = "other.cue";
     EXPECT_EQ(readAt(*loaded_.disc, 30), ReadOutcome::ok);
@@ -263,7 +263,7 @@ TEST_F(DamagedDisc, AddsUpItsDamageOverSeveralLoads) {
     EXPECT_THAT(loaded_.disc->remark(), StartsWith("3 sectors of the disc"));
 }
 
-TEST_F(DamagedDisc, IsForgottenForAnotherDiscAndWhenTheDriveWasEmpty) {
+TEST_F(DamagedDisc, IsDiscardedForAnotherDiscAndAfterAnEmptyDrive) {
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
     inDrive_ = "other.cue";
     EXPECT_EQ(drive_.load().disc->remark(), "");

@@ -5,7 +5,7 @@ namespace sonarith::disc {
 
 namespace {
 
-// 100 minutes: the lead-out of a disc is told in minutes of two decimal digits.
+// 100 minutes: the lead-out of a disc is stored in minutes of two decimal digits.
 constexpr std::int64_t maxLeadOut = std::int64_t{100} * 60 * sectorsPerSecond;
 
 bool isSound(const RawToc& toc) {
@@ -22,8 +22,8 @@ bool isSound(const RawToc& toc) {
     return toc.leadOut > before && toc.leadOut <= maxLeadOut;
 }
 
-/// Whether a new session begins with track `index`, as far as the drive's words allow to tell: they
-/// name the last session alone, so a session of sound between two others is not seen.
+/// Whether a new session begins with track `index`, as far as the drive's data show: they contain
+/// only the last session, so a sound session between two others is not detected.
 bool beginsSession(const RawToc& toc, std::size_t index) {
     if (index == 0) {
         return false;
@@ -34,10 +34,11 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     }
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
-    // A disc of one session that mixes kinds has its data first, so data after audio is taken for a
-    // session of its own, unless the drive says that the last session began between the first track
-    // and it. That it began with the first track is what a drive says, too, that could not tell:
-    // two minutes too few are better than a read into the gap, where drives hang.
+    // A disc of one session that mixes kinds has its data first, so data after audio counts as a
+    // separate session, unless the drive reports that the last session began between the first
+    // track and it. A drive that has no information also reports the first track as the session's
+    // start: a track that is two minutes too short is better than a read into the gap, where drives
+    // hang.
     const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
     const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
     return dataAfterAudio && !beganBefore;
@@ -50,14 +51,14 @@ std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
         return std::nullopt;
     }
     OpticalLayout layout;
-    // With a session that is not seen the gap is taken for the first one, the longer of the two: a
-    // minute too few is better than a read into the gap.
+    // If a session is not detected, the gap is assumed to be the first one, the longer of the two:
+    // a track that is a minute too short is better than a read into the gap.
     std::int64_t gap = firstSessionGapSectors;
     for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
         const bool last = i + 1 == toc.tracks.size();
         std::int64_t sectors = (last ? toc.leadOut : toc.tracks[i + 1].start) - toc.tracks[i].start;
         if (!last && beginsSession(toc, i + 1)) {
-            // A track that is no longer than the gap cannot have it at its end.
+            // A track no longer than the gap cannot contain it.
             sectors -= sectors > gap ? gap : 0;
             gap = laterSessionGapSectors;
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From the table of contents as a drive tells it to the time line of disc.h, and back from a place
-// on that line to the drive's own sector number. Pure arithmetic: no drive is touched here.
+// Converts a drive's table of contents to the time line of disc.h, and a position on that line to
+// the drive's sector number. Pure arithmetic: it accesses no drive.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 namespace sonarith::disc {
 
 /// The gap between the last track of a session and the first one of the next, in sectors. The
-/// drive's table counts it to the track before. After the first session: 6750 of lead-out, 4500 of
-/// lead-in and 150 of pause; later lead-outs have 2250 (Orange Book part II; Blue Book for the
+/// drive's table counts it to the preceding track. After the first session: 6750 of lead-out, 4500
+/// of lead-in and 150 of pause; later lead-outs have 2250 (Orange Book part II; Blue Book for the
 /// enhanced disc).
 inline constexpr std::int64_t firstSessionGapSectors = 6750 + 4500 + 150;
 inline constexpr std::int64_t laterSessionGapSectors = 2250 + 4500 + 150;
@@ -26,38 +26,38 @@ struct RawTrack {
     friend bool operator==(const RawTrack&, const RawTrack&) = default;
 };
 
-/// The drive's table, in the order of the tracks.
+/// The drive's table, in track order.
 struct RawToc {
     std::vector<RawTrack> tracks;
     std::int64_t leadOut = 0; ///< first sector after the last track
-    /// First sector of the last session: that of the first track if there is one session only;
-    /// empty if the drive cannot tell.
+    /// First sector of the last session: that of the first track if there is only one session;
+    /// empty if the drive cannot report it.
     std::optional<std::int64_t> lastSessionStart;
     friend bool operator==(const RawToc&, const RawToc&) = default;
 };
 
-/// Where a stretch of the time line lies on the disc.
+/// Where a stretch of the time line is on the disc.
 struct Stretch {
     TrackKind kind = TrackKind::audio;
     std::int64_t first = 0;   ///< the drive's number of the first sector
-    std::int64_t sectors = 0; ///< how many follow one another from there
+    std::int64_t sectors = 0; ///< number of consecutive sectors from there
 };
 
-/// The table together with the way back to the drive's sectors.
+/// The table, with the mapping from the time line to the drive's sectors.
 class OpticalLayout {
   public:
-    /// Empty if the table is none that a disc can have: an opened thing that is no drive, or a
-    /// drive that has nothing to say, answers with such.
+    /// Empty if no disc can have such a table: a file that is not a drive, or a drive without
+    /// information, returns such tables.
     [[nodiscard]] static std::optional<OpticalLayout> of(const RawToc& toc);
 
     [[nodiscard]] const Table& table() const { return table_; }
-    /// The longest stretch of sectors of one kind that lies in one piece on the disc from `sector`
-    /// of the time line on. No sectors at or after the line's end.
+    /// The longest stretch of sectors of one kind that is contiguous on the disc, starting at
+    /// `sector` of the time line. No sectors at or after the line's end.
     [[nodiscard]] Stretch stretchAt(std::int64_t sector) const;
 
   private:
     Table table_;
-    std::vector<std::int64_t> starts_; ///< of each track, in the drive's numbers
+    std::vector<std::int64_t> starts_; ///< of each track, in the drive's numbering
 };
 
 } // namespace sonarith::disc

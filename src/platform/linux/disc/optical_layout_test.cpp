@@ -30,7 +30,7 @@ void expectStretch(const Stretch& stretch, TrackKind kind, std::int64_t first,
     EXPECT_EQ(stretch.sectors, sectors);
 }
 
-TEST(OpticalLayout, LetsATrackReachToTheNextOne) {
+TEST(OpticalLayout, ATrackExtendsToTheNextOne) {
     const auto layout = OpticalLayout::of({{{audio, 150}, {audio, 1150}}, 4150, 150});
     EXPECT_THAT(lengthsOf(layout), testing::ElementsAre(1000, 3000));
 }
@@ -41,22 +41,22 @@ TEST(OpticalLayout, EndsTheSoundOfAnEnhancedDiscBeforeTheSessionGap) {
                 testing::ElementsAre(20000, 40000 - 11400, 10000));
 }
 
-TEST(OpticalLayout, TakesDataAfterAudioForASessionIfTheDriveCannotTell) {
+TEST(OpticalLayout, DataAfterAudioIsASessionIfTheDriveHasNoInformation) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(std::nullopt))),
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, TakesASessionThatBeginsWithTheFirstTrackForADriveThatCannotTell) {
+TEST(OpticalLayout, ASessionThatBeginsWithTheFirstTrackMeansNoInformation) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(0))),
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, SeesNoGapWhereTheLastSessionBeganBeforeTheData) {
+TEST(OpticalLayout, AssumesNoGapIfTheLastSessionBeganBeforeTheData) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(20000))),
                 testing::ElementsAre(8600, 40000, 10000));
 }
 
-TEST(OpticalLayout, SeesTheGapBeforeTheFirstOfSeveralDataSessions) {
+TEST(OpticalLayout, DetectsTheGapBeforeTheFirstOfSeveralDataSessions) {
     RawToc toc = enhanced(90000);
     toc.tracks.push_back({data, 90000});
     toc.leadOut = 95000;
@@ -65,22 +65,22 @@ TEST(OpticalLayout, SeesTheGapBeforeTheFirstOfSeveralDataSessions) {
                 testing::ElementsAre(20000, 28600, 30000 - 6900, 5000));
 }
 
-TEST(OpticalLayout, TakesTheLongerGapBeforeASessionThatMayBeTheSecond) {
+TEST(OpticalLayout, AssumesTheLongerGapBeforeASessionThatMayBeTheSecond) {
     const RawToc toc{{{audio, 0}, {audio, 40000}, {audio, 80000}}, 90000, 80000};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(40000, 28600, 10000));
 }
 
-TEST(OpticalLayout, SeesTheGapBeforeASecondSessionOfSound) {
+TEST(OpticalLayout, DetectsTheGapBeforeASecondSessionOfSound) {
     const RawToc toc{{{audio, 0}, {audio, 40000}}, 60000, 40000};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(28600, 20000));
 }
 
-TEST(OpticalLayout, SeesNoGapWhereTheDataStandFirst) {
+TEST(OpticalLayout, AssumesNoGapIfTheDataAreFirst) {
     const RawToc toc{{{data, 0}, {audio, 40000}}, 60000, std::nullopt};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(40000, 20000));
 }
 
-TEST(OpticalLayout, TakesNoGapFromATrackThatIsNoLongerThanIt) {
+TEST(OpticalLayout, SubtractsNoGapFromATrackNoLongerThanIt) {
     const RawToc toc{{{audio, 0}, {data, 11400}}, 20000, 11400};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(11400, 8600));
 }
@@ -103,7 +103,7 @@ TEST(OpticalLayout, RefusesTablesThatNoDiscCanHave) {
     EXPECT_FALSE(OpticalLayout::of(crowded));
 }
 
-TEST(OpticalLayout, FindsTheDrivesSectorsOfAPlaceOnTheLine) {
+TEST(OpticalLayout, MapsAPositionOnTheLineToTheDrivesSectors) {
     const auto layout = OpticalLayout::of(
         {{{audio, 150}, {audio, 20150}, {data, 60150}, {audio, 70150}}, 80150, 60150});
     ASSERT_TRUE(layout);

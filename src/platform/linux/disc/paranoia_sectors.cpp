@@ -11,17 +11,17 @@ namespace sonarith::disc {
 
 namespace {
 
-// How often a place is read again before the best guess stands; the library's own 20 is known to
-// users of rippers as hours for one scratch. It must be a multiple of 5: the library looks at its
-// count only then, and goes on for ever past any other number (measured, 10.2+2.0.1).
+// How often a sector is read again before the best guess is delivered; the library's default of 20
+// is known to cost hours for one scratch. It must be a multiple of 5: the library checks its count
+// only then, and never stops with any other number (measured, 10.2+2.0.1).
 constexpr int maxRetries = 10;
 
-// How far the library reads before it delivers, and assumes that a drive remembers, in sectors.
-// Its own 1200 would let a start wait for 16 s of sound to be read twice.
+// How far the library reads before it delivers, and how much it assumes that a drive caches, in
+// sectors. Its default of 1200 would delay a start until 16 s of sound have been read twice.
 constexpr int cacheSectors = 300;
 
-// The library's callbacks carry no pointer of ours, so the reader that is at work on this thread is
-// kept here, and whether a place had to be given up.
+// The library's callbacks carry no user pointer, so the reader that is active on this thread is
+// stored here, with the flag whether a position had to be given up.
 thread_local ParanoiaSectors* atWork = nullptr;
 thread_local bool gaveUp = false;
 
@@ -47,7 +47,7 @@ ParanoiaSectors::ParanoiaSectors(CdioHandle cdio, SectorCommands::Command comman
       commands_([this](std::int64_t first, std::int64_t count, std::byte* out) {
           return this->command(first, count, out);
       }) {
-    // Time counts only when something has failed: a drive that spins up is slow, but sound.
+    // The time limit applies only after a failure: a drive that spins up is slow, but works.
     commands_.setMayGoOn([this] { return !isOver() && !(failed_ && Clock::now() >= deadline_); });
 }
 
@@ -60,7 +60,7 @@ ParanoiaSectors::~ParanoiaSectors() {
     }
 }
 
-// At the first read and not before, since the library tries the drive out, which takes its time.
+// At the first read and not before, since the library probes the drive, which takes time.
 void ParanoiaSectors::openReader() {
     triedToOpen_ = true;
     char* messages = nullptr;
@@ -71,12 +71,13 @@ void ParanoiaSectors::openReader() {
     if (!drive_) {
         return;
     }
-    drive_->error_retry = 0; // it tries the drive out with a read; no need to insist there
+    drive_->error_retry =
+        0; // the library probes the drive with a read; retries are of no use there
     if (cdio_cddap_open(drive_) == 0) {
         drive_->nsectors = SectorCommands::mostSectors;
         drive_->read_audio = readAudio;
-        // All drives of today's interfaces deliver the low byte first; the library would else read
-        // some sound and guess from it.
+        // All drives with current interfaces deliver the low byte first; otherwise the library
+        // would read some sound and guess from it.
         drive_->bigendianp = 0;
         makeParanoia();
     }
@@ -110,7 +111,7 @@ void ParanoiaSectors::seek(std::int64_t first, std::int64_t end) {
     next_ = first;
     end_ = end;
     repositioned_ = true;
-    // Who comes back to a place wants it tried again.
+    // A seek back to a position is a new attempt to read it.
     failures_.clear();
     bad_.clear();
 }
@@ -146,8 +147,8 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     return came ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
-// The library goes on for ever over a place that cannot be read at all, and takes silence that
-// stands for it for sound. So it never sees such a place: it reads up to it and behind it.
+// The library never stops at a position that cannot be read at all, and takes the silence that
+// replaces it for sound. So it never gets such a position: it reads up to it and after it.
 SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
     for (;;) {
         if (bad_.contains(next_)) {
@@ -169,7 +170,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) { // or memory is gone
+        if (isOver() || bad_.size() == badBefore) { // or memory is exhausted
             return attemptOnce(out);
         }
     }
@@ -185,8 +186,8 @@ SectorOutcome ParanoiaSectors::attemptOnce(std::span<sound::StereoFrame> out) {
 void ParanoiaSectors::position() {
     const auto bad = bad_.lower_bound(next_);
     limit_ = bad == bad_.end() ? end_ : std::min(*bad, end_);
-    // Seeking drops what was read for the old place, and sets the range to the library's own idea
-    // of the track, so the range comes second.
+    // Seeking drops the data of the old position and sets the range to the library's own boundaries
+    // of the track, so the range is set afterwards.
     cdio_paranoia_seek(paranoia_, static_cast<std::int32_t>(next_), SEEK_SET);
     cdio_paranoia_set_range(paranoia_, next_, limit_ - 1);
     commands_.setBounds(next_, limit_);
@@ -216,7 +217,7 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
         errno = ENOMEDIUM; // makes the library return at once
         return -1;
     }
-    errno = EIO; // of what is missing
+    errno = EIO; // for the missing sectors
     return done;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound of a disc through libcdio's paranoia reader, with every command to the drive under our
-// own bounds of place, size and time. It knows no time line (optical_disc.h does).
+// The sound of a disc through libcdio's paranoia reader, with every command to the drive bounded in
+// position, size and time. It knows no time line (optical_disc.h does).
 #pragma once
 
 #include <array>
@@ -18,8 +18,8 @@ namespace sonarith::disc {
 
 class ParanoiaSectors : public AudioSectors {
   public:
-    /// `command` reads sectors from the drive. `gone` is asked after a command failed, and tells
-    /// whether the medium is no longer there.
+    /// `command` reads sectors from the drive. `gone` is called after a failed command and returns
+    /// whether the medium has been removed.
     ParanoiaSectors(CdioHandle cdio, SectorCommands::Command command, std::function<bool()> gone);
     ~ParanoiaSectors() override;
     ParanoiaSectors(const ParanoiaSectors&) = delete;
@@ -35,7 +35,7 @@ class ParanoiaSectors : public AudioSectors {
     void openReader();
     void makeParanoia();
     void position();
-    /// Nothing that is asked of the drive any more would be of use.
+    /// No further command to the drive would be of use.
     [[nodiscard]] bool isOver() const { return gone_ || stop_.stop_requested(); }
     [[nodiscard]] bool command(std::int64_t first, std::int64_t count, std::byte* out);
     [[nodiscard]] SectorOutcome readOnce(std::span<sound::StereoFrame> out);
@@ -43,27 +43,27 @@ class ParanoiaSectors : public AudioSectors {
     [[nodiscard]] SectorOutcome repair(std::span<sound::StereoFrame> out);
     [[nodiscard]] std::int64_t readForRepair(std::int64_t first, std::int64_t count,
                                              std::byte* out);
-    /// Reads for no other end than that the drive's cache forgets another place.
+    /// Reads only to evict another position from the drive's cache.
     void readToForget(std::int64_t first, std::int64_t count);
-    /// What the library calls in place of its own reading, from inside repair().
+    /// Called by the library instead of its own reading, from inside repair().
     static long readAudio(cdrom_drive_t* drive, void* out, lsn_t first, long count);
 
     CdioHandle cdio_;
     const SectorCommands::Command command_;
     const std::function<bool()> isGone_;
     SectorCommands commands_;
-    cdrom_drive_t* drive_ = nullptr;       ///< null if the library does not take this drive
-    cdrom_paranoia_t* paranoia_ = nullptr; ///< null if there is no drive_, or no memory
+    cdrom_drive_t* drive_ = nullptr;       ///< null if the library does not support this drive
+    cdrom_paranoia_t* paranoia_ = nullptr; ///< null if there is no drive_ or no memory
     bool triedToOpen_ = false;
-    bool repositioned_ = false; ///< the paranoia reader stands elsewhere than next_
+    bool repositioned_ = false; ///< the paranoia reader is not positioned at next_
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;
-    std::stop_token stop_;                 ///< of the present call of next()
-    bool failed_ = false;                  ///< a command has failed since next() was called
-    std::map<std::int64_t, int> failures_; ///< of each sector, since the last seek
-    std::set<std::int64_t> bad_;           ///< those that are not tried with repair any more
-    std::int64_t limit_ = 0;               ///< how far repair may reach: the next bad one, or end_
+    std::stop_token stop_;                 ///< of the current call of next()
+    bool failed_ = false;                  ///< a command has failed in this call of next()
+    std::map<std::int64_t, int> failures_; ///< per sector, since the last seek
+    std::set<std::int64_t> bad_;           ///< no longer tried with repair
+    std::int64_t limit_ = 0; ///< how far repair may read: the next bad sector, or end_
     bool gone_ = false;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real paranoia reader of the library at work, on an image that the library takes for a drive.
+// The library's real paranoia reader, on an image that the library treats as a drive.
 #include "platform/linux/disc/paranoia_sectors.h"
 
 #include <filesystem>
@@ -26,7 +26,7 @@ class ParanoiaSectorsTest : public testing::Test {
         folder_ = std::filesystem::path(testing::TempDir()) /
                   (std::string("paranoia_") + test->name() + std::to_string(::getpid()));
         std::filesystem::create_directories(folder_);
-        std::mt19937 random(7); // noise, so that no two places match by chance
+        std::mt19937 random(7); // noise, so that no two positions match by chance
         for (std::int64_t i = 0; i < imageSectors * framesPerSector; ++i) {
             frames_.push_back(
                 {static_cast<std::int16_t>(random()), static_cast<std::int16_t>(random())});
@@ -89,7 +89,7 @@ class ParanoiaSectorsTest : public testing::Test {
 constexpr ReadEffort::Plan patient{Effort::repair, 1h};
 constexpr ReadEffort::Plan single{Effort::once, 1h};
 
-TEST_F(ParanoiaSectorsTest, TellsTheTableOfTheDisc) {
+TEST_F(ParanoiaSectorsTest, ReturnsTheTableOfTheDisc) {
     const CdioHandle cdio = openDisc();
     ASSERT_TRUE(cdio);
     const RawToc toc = rawTocOf(cdio.get());
@@ -112,7 +112,7 @@ TEST_F(ParanoiaSectorsTest, DeliversEverySampleAndNeverReadsPastTheEnd) {
     EXPECT_LE(largest_, 25);
 }
 
-TEST_F(ParanoiaSectorsTest, FindsItsPlaceAgainAfterSeeksAndSingleReads) {
+TEST_F(ParanoiaSectorsTest, FindsItsPositionAgainAfterSeeksAndSingleReads) {
     const auto reader = makeReader();
     std::vector<StereoFrame> out(framesPerSector);
     for (const std::int64_t place : {100, 10, 290, 150}) {
@@ -125,9 +125,9 @@ TEST_F(ParanoiaSectorsTest, FindsItsPlaceAgainAfterSeeksAndSingleReads) {
     }
 }
 
-TEST_F(ParanoiaSectorsTest, RepairsWhatCanBeReadAtLast) {
+TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    failures_ = 3; // the great command, the small one, the single one
+    failures_ = 3; // the large command, the small one, the single one
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -157,7 +157,7 @@ TEST_F(ParanoiaSectorsTest, LosesOnlyTheSectorThatCannotBeRead) {
     EXPECT_LT(failed_[60], 50);
 }
 
-TEST_F(ParanoiaSectorsTest, GivesSilenceForASingleReadThatFails) {
+TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     bad_ = {60};
     failures_ = INT_MAX;
     const auto reader = makeReader();
@@ -169,7 +169,7 @@ TEST_F(ParanoiaSectorsTest, GivesSilenceForASingleReadThatFails) {
     EXPECT_EQ(out, sector(61));
 }
 
-TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
+TEST_F(ParanoiaSectorsTest, EndsRepairsWhenTheTimeIsOver) {
     for (std::int64_t i = 60; i < 80; ++i) {
         bad_.insert(i);
     }
@@ -180,9 +180,9 @@ TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // One great command, a small one and a single one find the time over, and then a last attempt.
+    // One large command, a small one and a single one exceed the time, and then a last attempt.
     EXPECT_LE(commands_, 4 * 20);
-    // Nothing of the silence that was made up is left behind.
+    // No substituted silence is left in the cache.
     failures_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
         ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
@@ -193,7 +193,7 @@ TEST_F(ParanoiaSectorsTest, CutsRepairsShortWhenTheTimeIsOver) {
     EXPECT_EQ(out, sector(60));
 }
 
-TEST_F(ParanoiaSectorsTest, TakesItsTimeWhileNothingFails) {
+TEST_F(ParanoiaSectorsTest, HasNoTimeLimitWhileNothingFails) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -201,7 +201,7 @@ TEST_F(ParanoiaSectorsTest, TakesItsTimeWhileNothingFails) {
     EXPECT_EQ(out, sector(60));
 }
 
-TEST_F(ParanoiaSectorsTest, GivesNoCommandOnceItIsToStop) {
+TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
     bad_ = {60, 61, 62};
     failures_ = INT_MAX;
     const auto reader = makeReader();
@@ -219,7 +219,7 @@ TEST_F(ParanoiaSectorsTest, GivesNoCommandOnceItIsToStop) {
             EXPECT_EQ(commands_, command);
         }
     }
-    // Nothing of what was cut short is left behind.
+    // Nothing of the interrupted read is left in the cache.
     stopAtCommand_ = 0;
     failures_ = 0;
     reader->seek(60, endOfSound);
@@ -227,7 +227,7 @@ TEST_F(ParanoiaSectorsTest, GivesNoCommandOnceItIsToStop) {
     EXPECT_EQ(out, sector(60));
 }
 
-TEST_F(ParanoiaSectorsTest, SaysAtOnceThatTheMediumIsGone) {
+TEST_F(ParanoiaSectorsTest, ReportsAtOnceThatTheMediumIsGone) {
     const auto reader = makeReader();
     reader->seek(60, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);

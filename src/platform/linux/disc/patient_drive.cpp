@@ -10,15 +10,15 @@
 
 namespace sonarith::disc {
 
-/// What the drive has answered, to be read when it is needed.
+/// The results of the drive, stored until they are needed.
 struct PatientDrive::Known {
     std::mutex mutex;
     bool present = false;
     bool loading = false;
-    std::optional<Loaded> loaded; ///< nobody has taken it yet
-    /// Answers to questions from before the tray was opened are not wanted any more.
+    std::optional<Loaded> loaded; ///< not fetched yet
+    /// Results of calls from before the tray was opened are ignored.
     std::int64_t trayOpenings = 0;
-    std::int64_t wantedLoad = 0; ///< the number of the load whose outcome is wanted
+    std::int64_t wantedLoad = 0; ///< the number of the load whose result is wanted
 };
 
 PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
@@ -30,7 +30,7 @@ PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std:
       known_(std::make_shared<Known>()),
       calls_(services.threads, services.waiting) {}
 
-/// Whether it has ended within the bound.
+/// Returns whether the load has ended within the bound.
 bool PatientDrive::beginLoad(std::chrono::milliseconds bound) {
     std::int64_t number = 0;
     std::int64_t trayOpenings = 0;
@@ -119,7 +119,7 @@ std::optional<Loaded> PatientDrive::loadSoon() {
 
 bool PatientDrive::mediaPresent() {
     sayThatItAnswers();
-    // Questions that pile up would all be asked one day.
+    // Queued queries would all be sent to the drive later.
     if (calls_.idle()) {
         std::int64_t trayOpenings = 0;
         {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands before a drive whose device may hang (a scratched disc, an image on a server that has
-// gone): all that is asked of the drive is done on a thread of its own, and waited for with a
-// bound. It reads no disc itself, and does nothing for the reads of a disc that is loaded.
+// Wraps a drive whose device may hang (a scratched disc, an image on a dead server): all calls to
+// the drive run on a separate thread and are waited for with a bound. It reads no disc itself, and
+// does not cover the reads of a loaded disc.
 #pragma once
 
 #include <chrono>
@@ -23,27 +23,27 @@ class PatientDrive final : public Drive {
         std::chrono::milliseconds other; ///< for the tray
     };
 
-    /// What the questions that are asked each second wait for an answer: together with the end of a
-    /// disc's playing, they stay within Waiting::plainMoment.
+    /// How long the calls made each second wait for a result: together with the end of a disc's
+    /// playing, they stay within Waiting::plainMoment.
     static constexpr std::chrono::milliseconds mediumMoment{35};
     static constexpr std::chrono::milliseconds tableMoment{10};
 
-    /// `noAnswer` says in words that the drive did not answer in time.
+    /// `noAnswer` is the message for a drive that did not respond in time.
     PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
                  waiting::Services services);
 
     [[nodiscard]] DriveKind kind() const override { return drive_->kind(); }
     [[nodiscard]] std::string name() const override { return drive_->name(); }
-    /// `hung`, and no disc, if none comes in time; at once as long as a load that did not come in
-    /// time has not returned. Its disc is dropped then, as whoever wanted it has gone on.
+    /// `hung`, and no disc, if there is no result in time; at once while an earlier load that timed
+    /// out has not returned. The disc of that load is then dropped, since its caller has given up.
     [[nodiscard]] Loaded load() override;
-    /// Waits for tableMoment at most. The read goes on meanwhile, and its outcome is given
-    /// to the next call of this or of load().
+    /// Waits for tableMoment at most. The read continues meanwhile, and its result is returned by
+    /// the next call of this or of load().
     [[nodiscard]] std::optional<Loaded> loadSoon() override;
-    /// Waits for mediumMoment at most: what was known before, if no answer comes in time or
-    /// the drive is busy. The answer that comes late is what is known then.
+    /// Waits for mediumMoment at most: the previous value if there is no result in time or the
+    /// drive is busy. A late result becomes the known value.
     [[nodiscard]] bool mediaPresent() override;
-    /// Done when the drive comes to it, also after this has returned; in the order of the calls.
+    /// Carried out when the drive is free, also after this has returned; in the order of the calls.
     void openTray() override;
     void closeTray() override;
 
@@ -63,7 +63,7 @@ class PatientDrive final : public Drive {
     const std::shared_ptr<Known> known_; ///< shared with the calls
     waiting::BlockingCalls calls_;
     Clock::time_point loadBegan_;
-    bool loadUnanswered_ = false; ///< the last load has not come in time
+    bool loadUnanswered_ = false; ///< the last load has timed out
     bool saidThatItHangs_ = false;
 };
 

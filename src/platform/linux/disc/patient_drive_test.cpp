@@ -19,7 +19,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What a drive does, and a gate before all that it does; used by the test and the drive's thread.
+// The drive's behaviour, with a gate in front of every call; used by the test and the drive's
+// thread.
 class Device {
   public:
     void hang() {
@@ -80,14 +81,14 @@ class HangingDrive : public Drive {
 
 class PatientDriveTest : public testing::Test {
   protected:
-    /// A drive that is waited for as long as it takes while it answers, and hardly at all when the
-    /// test lets it hang.
+    /// A drive that is waited for without a practical limit while it responds, and only briefly
+    /// when the test makes it hang.
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
             "It does not answer.", waiting::Services{threads, waiting, notices});
     }
-    /// Whether the disc that was left in a load nobody wanted any more has been dropped.
+    /// Whether the disc of an abandoned load has been dropped.
     bool discIsDropped() {
         return fakes::eventually([this] { return device->disc.use_count() == 1; });
     }
@@ -97,7 +98,7 @@ class PatientDriveTest : public testing::Test {
     std::shared_ptr<Device> device = std::make_shared<Device>();
 };
 
-/// Notes how long it was to wait, and rests hardly at all.
+/// Records how long it was to wait, and waits only briefly.
 class NotingWaiting final : public Waiting {
   public:
     Outcome wait(const Completion& completion, Duration bound) override {
@@ -107,7 +108,7 @@ class NotingWaiting final : public Waiting {
     std::vector<Duration> bounds;
 };
 
-TEST_F(PatientDriveTest, WaitsForAMomentOnlyWhenItIsAskedEachSecond) {
+TEST_F(PatientDriveTest, WaitsOnlyBrieflyForTheCallsOfEachSecond) {
     NotingWaiting noting;
     PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not answer.",
                        waiting::Services{threads, noting, notices});
@@ -124,7 +125,7 @@ TEST_F(PatientDriveTest, WaitsForAMomentOnlyWhenItIsAskedEachSecond) {
     device->recover();
 }
 
-/// Waits for an answer as long as it takes on a machine that is busy.
+/// Waits for a result as long as it takes on a busy machine.
 class GenerousWaiting final : public Waiting {
   public:
     Outcome wait(const Completion& completion, Duration) override {
@@ -132,7 +133,7 @@ class GenerousWaiting final : public Waiting {
     }
 };
 
-TEST_F(PatientDriveTest, PassesAllOnInItsOrder) {
+TEST_F(PatientDriveTest, ForwardsAllCallsInOrder) {
     GenerousWaiting generous;
     PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
                        waiting::Services{threads, generous, notices});
@@ -147,21 +148,21 @@ TEST_F(PatientDriveTest, PassesAllOnInItsOrder) {
     EXPECT_EQ(drive.load().problem.text, "torn");
 }
 
-TEST_F(PatientDriveTest, SaysThatTheDriveDoesNotAnswerAndAsksNoFurtherUntilItDoes) {
+TEST_F(PatientDriveTest, ReportsAHangingDriveAndCallsItNoMoreUntilItResponds) {
     const auto drive = driveWith(1ms);
     device->hang();
     EXPECT_EQ(drive->load().problem, (DriveReport{DeviceProblem::hung, "It does not answer."}));
     EXPECT_EQ(drive->load().problem.text, "It does not answer.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
-    // The late disc was nobody's any more.
+    // The late disc had no owner any more.
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     EXPECT_TRUE(discIsDropped());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
     EXPECT_TRUE(fakes::eventually([&] { return drive->load().disc.get() == device->disc.get(); }));
 }
 
-TEST_F(PatientDriveTest, KeepsToWhatWasKnownOfTheMediumWhileTheDriveHangs) {
+TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->present = false;
@@ -175,7 +176,7 @@ TEST_F(PatientDriveTest, KeepsToWhatWasKnownOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, OpensTheTrayWhenTheDriveComesToItAndHoldsNoDiscFromNowOn) {
+TEST_F(PatientDriveTest, OpensTheTrayWhenTheDriveIsFreeAndHasNoDiscFromThenOn) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();
@@ -189,7 +190,7 @@ TEST_F(PatientDriveTest, OpensTheTrayWhenTheDriveComesToItAndHoldsNoDiscFromNowO
     }));
 }
 
-TEST_F(PatientDriveTest, LeavesBehindWhatHangs) {
+TEST_F(PatientDriveTest, LeavesHangingCallsBehind) {
     device->hang();
     auto drive = driveWith(1ms);
     EXPECT_EQ(drive->load().disc, nullptr);
@@ -201,7 +202,7 @@ TEST_F(PatientDriveTest, LeavesBehindWhatHangs) {
     EXPECT_THAT(device->calls(), ElementsAre("load")) << "nobody waits for the rest any more";
 }
 
-TEST_F(PatientDriveTest, LoadsWithoutHoldingUpWhoAsksAgainAndAgain) {
+TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
     const auto drive = driveWith(1h);
     device->hang();
     for (int second = 0; second < 3; ++second) {
@@ -218,7 +219,7 @@ TEST_F(PatientDriveTest, LoadsWithoutHoldingUpWhoAsksAgainAndAgain) {
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
-/// Lets the device go on once somebody waits for it for long.
+/// Makes the device continue once a long wait begins.
 class RecoveringWaiting final : public Waiting {
   public:
     explicit RecoveringWaiting(Device& device) : device_(device) {}
@@ -234,7 +235,7 @@ class RecoveringWaiting final : public Waiting {
     Device& device_;
 };
 
-TEST_F(PatientDriveTest, ALoadWaitsForTheOneThatIsUnderWay) {
+TEST_F(PatientDriveTest, ALoadWaitsForTheRunningOne) {
     RecoveringWaiting recovering(*device);
     PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
                        waiting::Services{threads, recovering, notices});
@@ -244,7 +245,7 @@ TEST_F(PatientDriveTest, ALoadWaitsForTheOneThatIsUnderWay) {
     EXPECT_THAT(device->calls(), ElementsAre("load"));
 }
 
-TEST_F(PatientDriveTest, ALoadReadsTheDiscAnewThoughOneWasLeftUntaken) {
+TEST_F(PatientDriveTest, ALoadReadsTheDiscAgainDespiteAnUnfetchedResult) {
     const auto drive = driveWith(1h);
     device->hang();
     EXPECT_EQ(drive->loadSoon(), std::nullopt);
@@ -254,7 +255,7 @@ TEST_F(PatientDriveTest, ALoadReadsTheDiscAnewThoughOneWasLeftUntaken) {
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
-TEST_F(PatientDriveTest, ADiscThatIsStillBeingReadWhenTheTrayOpensIsNotGiven) {
+TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
     const auto drive = driveWith(1h);
     device->hang();
     EXPECT_EQ(drive->loadSoon(), std::nullopt);
@@ -266,7 +267,7 @@ TEST_F(PatientDriveTest, ADiscThatIsStillBeingReadWhenTheTrayOpensIsNotGiven) {
     EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "it is read anew";
 }
 
-TEST_F(PatientDriveTest, SaysOnceThatTheDriveHangsAndOnceThatItAnswersAgain) {
+TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {
     const auto drive = driveWith(1ms);
     device->hang();
     EXPECT_EQ(drive->load().disc, nullptr);
@@ -282,7 +283,7 @@ TEST_F(PatientDriveTest, SaysOnceThatTheDriveHangsAndOnceThatItAnswersAgain) {
               "settled the drive /dev/sr7: It answers again: the drive /dev/sr7.");
 }
 
-TEST_F(PatientDriveTest, SaysThatTheDriveHangsToWhoAsksAgainAndAgain) {
+TEST_F(PatientDriveTest, ReportsAHangingDriveToACallerThatPolls) {
     const auto drive = driveWith(1ms);
     device->hang();
     EXPECT_TRUE(fakes::eventually([&] {
@@ -293,7 +294,7 @@ TEST_F(PatientDriveTest, SaysThatTheDriveHangsToWhoAsksAgainAndAgain) {
     device->recover();
 }
 
-/// Ends no disc until it may.
+/// A disc whose destructor waits at a gate.
 class StickyDisc : public FakeDisc {
   public:
     explicit StickyDisc(std::shared_ptr<fakes::Gate> gate)
@@ -304,7 +305,7 @@ class StickyDisc : public FakeDisc {
     std::shared_ptr<fakes::Gate> gate_;
 };
 
-TEST_F(PatientDriveTest, ADiscWhoseFileHangsWhenItIsClosedHoldsUpNobody) {
+TEST_F(PatientDriveTest, ADiscWhoseFileHangsWhenItIsClosedBlocksNoThread) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     device->disc = std::make_shared<StickyDisc>(gate);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How hard a damaged disc is tried: a time budget for each read, that shrinks while reads keep
-// using it up. Pure arithmetic on times that the caller measures; it reads nothing.
+// How much time is spent on a damaged disc: a time budget for each read, which shrinks while reads
+// keep using it up. Pure arithmetic on times that the caller measures; it reads nothing.
 #pragma once
 
 #include <chrono>
@@ -8,9 +8,9 @@
 namespace sonarith::disc {
 
 enum class Effort {
-    repair, ///< read several times and compare, as often as it takes and the time allows
+    repair, ///< read several times and compare, as often as needed and the time allows
     once,   ///< one attempt
-    none,   ///< not at all: silence stands for the sector
+    none,   ///< no attempt: silence is delivered for the sector
 };
 
 class ReadEffort {
@@ -19,20 +19,20 @@ class ReadEffort {
 
     struct Plan {
         Effort effort = Effort::none;
-        Duration limit{0}; ///< begin no further attempt at this sector after this time
+        Duration limit{0}; ///< no further attempt at this sector begins after this time
     };
 
-    /// What to do for the next sector when bad sectors have cost `trouble` in this read so far.
+    /// The effort for the next sector when bad sectors have cost `trouble` in this read so far.
     [[nodiscard]] Plan plan(Duration trouble) const;
-    /// A read has ended in which bad sectors cost `trouble`. The next one has the whole budget
-    /// again if this one kept within its own, and half of it otherwise.
+    /// Ends a read in which bad sectors cost `trouble`. The next read has the whole budget again if
+    /// this one stayed within its own, else half of it.
     void finish(Duration trouble);
 
-    /// The budget for repairs in one read; as much time again is there for single attempts. As
-    /// long as the player's read-ahead lasts: more would be heard as a stop anyway.
+    /// The budget for repairs in one read; single attempts have the same time again. It equals the
+    /// duration of the player's read-ahead: a longer one would interrupt the sound anyway.
     static constexpr Duration wholeBudget = std::chrono::seconds(4);
-    /// The budget after many bad reads in a row: that of a third of a second of sound, so that a
-    /// ruined disc takes little longer than it would play.
+    /// The budget after many bad reads in a row: the duration of one read (a third of a second of
+    /// sound), so that a ruined disc takes little longer than its playing time.
     static constexpr Duration leastBudget = std::chrono::milliseconds(333);
 
   private:

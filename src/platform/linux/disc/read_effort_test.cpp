@@ -20,7 +20,7 @@ TEST(ReadEffort, RepairsThenTriesOnceThenGivesUp) {
     EXPECT_EQ(effort.plan(1h).limit, 0s);
 }
 
-TEST(ReadEffort, HalvesTheBudgetOfABadStretchDownToItsLeast) {
+TEST(ReadEffort, HalvesTheBudgetOfABadStretchDownToTheMinimum) {
     ReadEffort effort;
     effort.finish(9s);
     EXPECT_EQ(effort.plan(0s).limit, 2s);
@@ -32,7 +32,7 @@ TEST(ReadEffort, HalvesTheBudgetOfABadStretchDownToItsLeast) {
     EXPECT_EQ(effort.plan(0s).limit, ReadEffort::leastBudget);
 }
 
-TEST(ReadEffort, GivesTheWholeBudgetBackAfterAGoodRead) {
+TEST(ReadEffort, RestoresTheWholeBudgetAfterAGoodRead) {
     ReadEffort effort;
     effort.finish(9s);
     effort.finish(2s);

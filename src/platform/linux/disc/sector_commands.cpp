@@ -43,7 +43,8 @@ std::int64_t SectorCommands::read(std::int64_t first, std::int64_t count, std::b
         if (command_(first + done, sectors, place)) {
             done += sectors;
         } else if (perCommand_ > fewSectors && sectors > fewSectors) {
-            // Perhaps it was not the disc but the size; it costs little to stay with the small one.
+            // The cause may have been the size and not the disc; keeping the small size costs
+            // little.
             perCommand_ = fewSectors;
         } else {
             const std::int64_t single = readSingly(first + done, sectors, place);

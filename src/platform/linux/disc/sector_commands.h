@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits the reading of many sectors into commands that a drive can take, and keeps every command
-// inside the bounds of the sound. It repairs nothing, and the command itself is handed in.
+// Splits the reading of many sectors into commands that a drive accepts, and keeps every command
+// within the bounds of the sound. It repairs nothing, and the caller supplies the command itself.
 #pragma once
 
 #include <cstddef>
@@ -12,23 +12,23 @@ namespace sonarith::disc {
 class SectorCommands {
   public:
     /// Reads `count` sectors from the drive's sector `first` to `out` (bytesPerSector each); true
-    /// only if all of them came.
+    /// only if all of them were read.
     using Command = std::function<bool(std::int64_t first, std::int64_t count, std::byte* out)>;
 
     explicit SectorCommands(Command command);
 
-    /// No command reaches before `first`, or to `end` and further.
+    /// Sets the range of all commands: from `first` up to, not including, `end`.
     void setBounds(std::int64_t first, std::int64_t end);
-    /// Asked before each command: once it says false, no more are given in that read.
+    /// Called before each command: once it returns false, that read issues no more.
     void setMayGoOn(std::function<bool()> mayGoOn);
 
-    /// Reads up to `count` sectors; returns how many came at the head of `out`: it stops at the
-    /// first one that cannot be read. What stands behind them is undefined.
+    /// Reads up to `count` sectors; returns how many are valid at the beginning of `out`: it stops
+    /// at the first one that cannot be read. The rest of `out` is undefined.
     [[nodiscard]] std::int64_t read(std::int64_t first, std::int64_t count, std::byte* out);
 
-    /// The most sectors in one command: what fits into the 64 KiB that drives and kernels take.
+    /// The most sectors in one command: what fits into the 64 KiB that drives and kernels accept.
     static constexpr std::int64_t mostSectors = 25;
-    /// After a failure: what even picky drives and adapters take.
+    /// After a failure: accepted even by restrictive drives and adapters.
     static constexpr std::int64_t fewSectors = 8;
 
   private:

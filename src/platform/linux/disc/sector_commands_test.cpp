@@ -15,7 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// A drive whose sectors each hold their own number, that may have bad ones and a greatest size.
+// A drive whose sectors each contain their own number, with optional bad sectors and a maximum
+// command size.
 struct FakeSectorDrive {
     std::vector<std::pair<std::int64_t, std::int64_t>> commands; ///< first, count
     std::set<std::int64_t> bad;
@@ -46,7 +47,7 @@ class SectorCommandsTest : public testing::Test {
 
     void SetUp() override { commands.setBounds(0, 200); }
 
-    /// The numbers that stand in the first `count` sectors of the buffer.
+    /// The numbers in the first `count` sectors of the buffer.
     std::vector<int> numbers(std::int64_t count) const {
         std::vector<int> found;
         for (std::int64_t i = 0; i < count; ++i) {
@@ -56,7 +57,7 @@ class SectorCommandsTest : public testing::Test {
     }
 };
 
-TEST_F(SectorCommandsTest, TakesTwentyFiveSectorsInOneCommandAtTheMost) {
+TEST_F(SectorCommandsTest, ReadsAtMostTwentyFiveSectorsInOneCommand) {
     EXPECT_EQ(commands.read(10, 60, buffer.data()), 60);
     EXPECT_THAT(drive.commands, ElementsAre(Pair(10, 25), Pair(35, 25), Pair(60, 10)));
     EXPECT_EQ(numbers(60).front(), 10);
@@ -72,11 +73,11 @@ TEST_F(SectorCommandsTest, FallsBackToEightAndStaysThere) {
     EXPECT_THAT(drive.commands, ElementsAre(Pair(20, 8), Pair(28, 1)));
 }
 
-TEST_F(SectorCommandsTest, DeliversAllThatStandsBeforeABadSector) {
+TEST_F(SectorCommandsTest, DeliversEverythingBeforeABadSector) {
     drive.bad = {12};
     EXPECT_EQ(commands.read(0, 30, buffer.data()), 12);
     EXPECT_EQ(numbers(12).back(), 11);
-    // Only the bad place is read singly.
+    // Only the bad position is read sector by sector.
     EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 25), Pair(0, 8), Pair(8, 8), Pair(8, 1),
                                             Pair(9, 1), Pair(10, 1), Pair(11, 1), Pair(12, 1)));
 }
@@ -92,7 +93,7 @@ TEST_F(SectorCommandsTest, NeverLeavesTheBounds) {
     EXPECT_THAT(drive.commands, IsEmpty());
 }
 
-TEST_F(SectorCommandsTest, GivesNoCommandAfterItsTime) {
+TEST_F(SectorCommandsTest, IssuesNoCommandAfterItsTime) {
     int left = 2;
     commands.setMayGoOn([&left] { return left-- > 0; });
     EXPECT_EQ(commands.read(0, 100, buffer.data()), 50);

@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t";
-// Of a name in an error message: enough to know it by, short enough for a line of a window.
+// The length of a name in an error message: enough to recognise it, short enough for one line of a
+// window.
 constexpr std::size_t maxShownBytes = 100;
 
 Error cause(std::string text) {

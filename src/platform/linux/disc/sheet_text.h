@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the readers of CUE and TOC sheets share: bounds, lines, words, numbers, times and the
-// wording of errors. It knows neither format.
+// Shared by the readers of CUE and TOC sheets: bounds, lines, words, numbers, times and error
+// messages. It knows neither format.
 #pragma once
 
 #include <cstddef>
@@ -15,45 +15,47 @@
 
 namespace sonarith::disc {
 
-/// The longest sheet that is read. 99 tracks with 99 indices each come to some 300 KiB.
+/// The longest sheet that is read. 99 tracks with 99 indices each take about 300 KiB.
 inline constexpr std::size_t maxSheetBytes = std::size_t{1} << 20;
-/// The longest line: the longest path of the system (4096 bytes), and as much again for the rest.
+/// The longest line: the longest path of the system (4096 bytes), and the same again for the rest.
 inline constexpr std::size_t maxLineBytes = 8192;
 /// The most files of one image: two for each track (its pause and its sound). All are held open.
 inline constexpr std::size_t maxImageFiles = 2 * maxTracks;
 /// The times of a disc's table end at 99:59:74 (IEC 60908: two digits for each part).
 inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
-/// The longest content that any disc has room for; it keeps all sums far from overflow.
+/// The longest content of any disc; it keeps all sums far from overflow.
 inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
-/// The words "SHEET, line N: cause", or "SHEET: cause" for line 0; deviceInputOutput.
+/// The message "SHEET, line N: cause", or "SHEET: cause" for line 0; deviceInputOutput.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);
 /// The same with the number of `cause`.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, const Error& cause);
-/// `text` in quotation marks, fit to be shown: valid UTF-8, no control characters, not too long.
+/// `text` in quotation marks, safe to display: valid UTF-8, no control characters, bounded in
+/// length.
 [[nodiscard]] std::string shown(std::string_view text);
 /// A length as mm:ss:ff.
 [[nodiscard]] std::string msfText(std::int64_t sectors);
 
-/// The lines of a sheet without their ends (LF, CR LF or CR) and without a byte-order mark.
-/// Errors, with `sheet` and the line: too long a text or line; a NUL, as no text has one.
+/// The lines of a sheet without their ends (LF, CR LF or CR) and without a byte-order mark. Errors,
+/// with `sheet` and the line: the text or a line is too long; a NUL, which no text contains.
 [[nodiscard]] Result<std::vector<std::string_view>> linesOf(std::string_view sheet,
                                                             std::string_view text);
 
-/// Cuts the first word (up to a blank or tab) off `rest`, and the blanks around it.
+/// Removes and returns the first word of `rest` (up to a blank or tab), with the blanks around it
+/// removed.
 [[nodiscard]] std::string_view takeWord(std::string_view& rest);
-/// Equal but for the case of ASCII letters.
+/// Equality that ignores the case of ASCII letters.
 [[nodiscard]] bool sameWord(std::string_view a, std::string_view b);
 
-/// A whole number from 0 to `most`, digits only. Errors tell the cause without sheet and line.
+/// A whole number from 0 to `most`, digits only. Errors state the cause without sheet and line.
 [[nodiscard]] Result<std::int64_t> parseNumber(std::string_view word, std::int64_t most);
 /// A time mm:ss:ff in sectors. Errors as with parseNumber.
 [[nodiscard]] Result<std::int64_t> parseMsf(std::string_view word);
 
-/// Refuses names that lead out of the sheet's folder. Errors as with parseNumber.
+/// Refuses names that lead outside the sheet's folder. Errors as with parseNumber.
 [[nodiscard]] Status checkImageName(std::string_view name);
 
-/// The index of `file` in `files`, where it is put if it is new. Errors as with parseNumber.
+/// The index of `file` in `files`, to which it is added if it is new. Errors as with parseNumber.
 [[nodiscard]] Result<std::size_t> fileIndex(std::vector<LayoutFile>& files, LayoutFile file);
 
 } // namespace sonarith::disc

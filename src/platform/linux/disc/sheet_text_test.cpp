@@ -15,7 +15,7 @@ TEST(SheetLines, EndWithLineFeedCarriageReturnOrBoth) {
                 ElementsAre("one", "two", "three", "four"));
 }
 
-TEST(SheetLines, KeepEmptyLinesSoThatNumbersAreRight) {
+TEST(SheetLines, IncludeEmptyLinesSoThatLineNumbersAreRight) {
     EXPECT_THAT(linesOf("a.cue", "\r\n\r\nx\n\n").value(), ElementsAre("", "", "x", ""));
 }
 
@@ -37,12 +37,12 @@ TEST(SheetLines, AreRefusedInATextBeyondTheBound) {
                 HasSubstr("longer than 1 MiB"));
 }
 
-TEST(SheetLines, HoldNoNul) {
+TEST(SheetLines, ContainNoNul) {
     EXPECT_EQ(linesOf("a.cue", std::string_view("REM\nT\0I", 7)).error().text,
               "a.cue, line 2: holds a NUL; a sheet must be UTF-8 text");
 }
 
-TEST(Words, AreTakenOneByOne) {
+TEST(Words, AreSplitOffOneByOne) {
     std::string_view rest = "  TRACK\t 01  AUDIO ";
     EXPECT_EQ(takeWord(rest), "TRACK");
     EXPECT_EQ(takeWord(rest), "01");
@@ -76,7 +76,7 @@ TEST(Msf, CountsSectors) {
     EXPECT_EQ(msfText(parseMsf("12:34:56").value()), "12:34:56");
 }
 
-TEST(Msf, SaysWhichPartIsOutOfRange) {
+TEST(Msf, ReportsWhichPartIsOutOfRange) {
     EXPECT_THAT(parseMsf("100:00:00").error().text, HasSubstr("minutes go up to 99"));
     EXPECT_THAT(parseMsf("00:60:00").error().text, HasSubstr("seconds go up to 59"));
     EXPECT_THAT(parseMsf("00:00:75").error().text, HasSubstr("frames go up to 74"));
@@ -104,7 +104,7 @@ TEST(ImageNames, MayHaveAColonThatFollowsNoLetter) {
     EXPECT_TRUE(checkImageName("ab:c.wav").ok());
 }
 
-TEST(ImageNames, MayNotLeadElsewhere) {
+TEST(ImageNames, MustNotLeadOutsideTheFolder) {
     for (const char* name : {"", "..", "../a.bin", "sub/../../a", "sub\\..\\a", "/etc/passwd",
                              "\\\\server\\a", "C:\\a.bin", "c:a.bin", "a/.."}) {
         EXPECT_FALSE(checkImageName(name).ok()) << name;
@@ -120,7 +120,7 @@ TEST(Shown, IsFitForAWindow) {
     EXPECT_EQ(shown(std::string(5000, 'x')), "\"" + std::string(100, 'x') + "...\"");
 }
 
-TEST(FileIndex, KnowsAFileAgain) {
+TEST(FileIndex, RecognisesARepeatedFile) {
     std::vector<LayoutFile> files;
     EXPECT_EQ(fileIndex(files, {"a", ImageFormat::wave, 1}).value(), 0U);
     EXPECT_EQ(fileIndex(files, {"b", ImageFormat::wave, 2}).value(), 1U);

@@ -6,7 +6,7 @@
 namespace sonarith::disc {
 namespace {
 
-TEST(TocMode, TellsTheKindAndTheSizeOfASector) {
+TEST(TocMode, HasAKindAndASectorSize) {
     const TocMode* const audio = tocModeNamed("audio");
     ASSERT_NE(audio, nullptr);
     EXPECT_EQ(audio->kind, TrackKind::audio);

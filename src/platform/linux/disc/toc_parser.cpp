@@ -16,11 +16,11 @@ namespace sonarith::disc {
 
 namespace {
 
-// No file system here holds larger files (8 EiB), and offsets of such files add up without
-// overflow.
+// No supported file system holds larger files (8 EiB), and offsets of such files can be added
+// without overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
 
-/// A length on the time line, and how many bytes of its last sector it leaves out.
+/// A length on the time line, and how many bytes of its last sector are missing.
 struct Length {
     std::int64_t frames = 0;
     int lastSectorLacks = 0;
@@ -60,12 +60,12 @@ class TocParser {
     Result<std::int64_t> readFileOffset();
     Status addFile(const TocToken& name, ImageFormat format, Segment segment);
 
-    /// The next token; the one that closes the text is never passed.
+    /// The next token; the terminating one is never passed.
     const TocToken& take() {
         line_ = next_->line;
         return next_->kind == TocTokenKind::end ? *next_ : *next_++;
     }
-    /// Takes the next token if it is that word.
+    /// Consumes the next token if it is that word.
     bool takeIf(std::string_view word) {
         const bool same = next_->kind == TocTokenKind::word && sameWord(next_->text, word);
         if (same) {
@@ -85,7 +85,7 @@ class TocParser {
     int line_ = 1;
     std::vector<LayoutFile> files_;
     std::vector<SheetTrack> closed_;
-    std::optional<TocTrack> track_; ///< the one that statements belong to
+    std::optional<TocTrack> track_; ///< the one to which statements apply
 };
 
 Result<ImageLayout> TocParser::parse() {
@@ -169,7 +169,7 @@ Status TocParser::readTrackStatement(const TocToken& word) {
     return readFlag(word);
 }
 
-/// What is said of a disc or track without changing its sound.
+/// Properties of a disc or track that do not affect its sound.
 Status TocParser::readFlag(const TocToken& word) {
     for (const std::string_view code : {"ISRC", "CATALOG"}) {
         if (sameWord(word.text, code)) {
@@ -236,13 +236,13 @@ Result<Length> TocParser::readLength() {
                   static_cast<int>(sectors * sectorBytes - count.value())};
 }
 
-/// No length of a file, and a length of 0, mean all that follows in it.
+/// A missing file length and a length of 0 both mean the rest of the file.
 Result<Length> TocParser::readLengthOrToFileEnd() {
     const auto length = startsNumber(*next_) ? readLength() : Length{toFileEnd};
     return length.ok() && length.value().frames == 0 ? Length{toFileEnd} : length;
 }
 
-/// "#" and a number of bytes at the head of a file that do not belong to it; may be missing.
+/// "#" and the number of bytes to skip at the beginning of a file; optional.
 Result<std::int64_t> TocParser::readFileOffset() {
     if (next_->kind != TocTokenKind::word || !next_->text.starts_with('#')) {
         return 0;
@@ -282,7 +282,7 @@ Status TocParser::readSoundFile() {
     if (!length.ok()) {
         return length.error();
     }
-    // The last four bytes of the name tell; the text may be shorter than that.
+    // The last four bytes of the name decide; the text may be shorter than that.
     const auto ending =
         name.text.substr(name.text.size() - std::min<std::size_t>(name.text.size(), 4));
     const bool wave = sameWord(ending, ".wav");
@@ -315,7 +315,7 @@ Status TocParser::readDataFile() {
     if (!length.ok()) {
         return length.error();
     }
-    // The order of bytes means nothing to data, which is not played.
+    // The byte order is irrelevant for data, which is not played.
     return addFile(name, ImageFormat::bigEndian,
                    {.kind = SegmentKind::data,
                     .offset = offset.value(),

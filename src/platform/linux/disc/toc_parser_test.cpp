@@ -46,7 +46,7 @@ TEST(TocParser, ReadsFilesWithStartAndLength) {
     EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundFrames(1, 44100, toFileEnd)));
 }
 
-TEST(TocParser, TakesALengthOfZeroForTheRestOfTheFile) {
+TEST(TocParser, ALengthOfZeroMeansTheRestOfTheFile) {
     const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 588\nFILE \"a.wav\" 588 0\n"
                                     "TRACK AUDIO\nFILE \"b.wav\" 0 00:00:00\n");
     EXPECT_THAT(layout.tracks[0].segments,
@@ -54,7 +54,7 @@ TEST(TocParser, TakesALengthOfZeroForTheRestOfTheFile) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(1, 0, toFileEnd)));
 }
 
-TEST(TocParser, KnowsTheByteOrderAndWhereAFileBegins) {
+TEST(TocParser, AppliesTheByteOrderAndTheOffsetOfAFile) {
     const auto layout = acceptedToc("TRACK AUDIO\nFILE \"a.raw\" SWAP #44 588 588\n"
                                     "FILE \"B.WAV\" 0 588\n");
     EXPECT_EQ(layout.files[0].format, ImageFormat::littleEndian);
@@ -71,7 +71,7 @@ TEST(TocParser, SilenceCountsSamplesOrTime) {
                 ElementsAre(silentFrames(100), silentFrames(44100), soundFrames(0, 0, toFileEnd)));
 }
 
-TEST(TocParser, WhatStandsBeforeStartBelongsToTheTrackBefore) {
+TEST(TocParser, ContentBeforeStartBelongsToThePrecedingTrack) {
     const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 0 588\n"
                                     "TRACK AUDIO\nSILENCE 00:02:00\nSTART\nFILE \"a.bin\" 588 588\n"
                                     "TRACK AUDIO\nFILE \"a.bin\" 1176 1764\nSTART 00:00:01\n");
@@ -104,7 +104,7 @@ TEST(TocParser, DataIsCountedInBytesOrTime) {
     EXPECT_EQ(layout.tracks[2].segments[0].sectorBytes, 2352);
 }
 
-TEST(TocParser, PassesOverTextCodesFlagsAndComments) {
+TEST(TocParser, SkipsTextCodesFlagsAndComments) {
     const auto layout = acceptedToc(
         "// made by hand\nCATALOG \"1234567890123\"\ncd_da\n"
         "CD_TEXT { LANGUAGE_MAP { 0 : EN }\n LANGUAGE 0 { TITLE \"} {\" \n"
@@ -151,7 +151,7 @@ TEST(TocParser, RefusesNumbersThatOverflow) {
                 HasSubstr("too large"));
 }
 
-TEST(TocParser, SaysWhatIsTornOrInTheWrongPlace) {
+TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
     EXPECT_THAT(refusedToc(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refusedToc("CD_DA\n"), HasSubstr("no TRACK"));
     EXPECT_THAT(refusedToc("FILE \"a\" 0\n"), HasSubstr("before the first TRACK"));
@@ -183,7 +183,7 @@ TEST(TocParser, RefusesPathsOutOfBoundsHoweverTheyAreWritten) {
 }
 
 TEST(TocParser, ReadsTheLongestTextInOneGo) {
-    // A start behind a hundred thousand segments: nothing may take their square in time.
+    // A start after a hundred thousand segments: no step may take quadratic time.
     std::string text = "TRACK AUDIO\n";
     while (text.size() + 32 < maxSheetBytes) {
         text += "SILENCE 1\n";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cuts the text of a cdrdao TOC into words, strings and braces. It knows no grammar.
+// Splits the text of a cdrdao TOC into words, strings and braces. It knows no grammar.
 #pragma once
 
 #include <string>
@@ -14,17 +14,16 @@ enum class TocTokenKind { word, string, openBrace, closeBrace, end };
 
 struct TocToken {
     TocTokenKind kind = TocTokenKind::end;
-    std::string_view
-        text; ///< of a string: what stands between its quotation marks, escapes and all
+    std::string_view text; ///< of a string: the text between its quotation marks, with its escapes
     int line = 0;
 };
 
-/// The tokens of `text` (which must outlive them), closed by one of kind `end`. Comments begin with
-/// two slashes and end with their line. Errors: those of linesOf; a string without its end.
+/// The tokens of `text` (which must outlive them), terminated by one of kind `end`. Comments begin
+/// with two slashes and end with their line. Errors: those of linesOf; an unterminated string.
 [[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
                                                       std::string_view text);
 
-/// The text that a string token means: \" and \\ and \ooo (a byte in three octal digits).
+/// The decoded text of a string token: \" and \\ and \ooo (a byte in three octal digits).
 [[nodiscard]] std::string unescaped(std::string_view text);
 
 } // namespace sonarith::disc

@@ -24,7 +24,7 @@ TEST(TocTokens, AreWordsStringsAndBraces) {
                 ElementsAre("FILE", "a b.wav", "0", "{", "TITLE", "x", "}", ""));
 }
 
-TEST(TocTokens, KnowTheirLines) {
+TEST(TocTokens, HaveTheirLineNumbers) {
     const auto tokens = tocTokens("a.toc", "one\r\n// two\n\nthree // four\n");
     ASSERT_TRUE(tokens.ok());
     ASSERT_EQ(tokens.value().size(), 3U);
@@ -43,7 +43,7 @@ TEST(TocTokens, AStringEndsOnItsLine) {
     EXPECT_FALSE(tocTokens("a.toc", "\"abc\\\"").ok());
 }
 
-TEST(Unescaped, KnowsMarksAndOctalBytes) {
+TEST(Unescaped, DecodesMarksAndOctalBytes) {
     EXPECT_EQ(unescaped("a\\\"b\\\\c"), "a\"b\\c");
     EXPECT_EQ(unescaped("\\303\\244"), "ä");
     EXPECT_EQ(unescaped("\\12x\\"), "12x\\");

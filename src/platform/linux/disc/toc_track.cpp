@@ -79,8 +79,8 @@ TocTrackCheck TocTrack::close() {
     return {};
 }
 
-/// Moves the first `frames` frames of the body to the pause. What is left of a segment that its
-/// file ends goes on to that end. False if the body is shorter.
+/// Moves the first `frames` frames of the body to the pause. The rest of a segment that extends to
+/// its file's end keeps that end. False if the body is shorter.
 bool TocTrack::splitBody(std::int64_t frames) {
     auto& body = content_.body;
     auto segment = body.begin();
@@ -90,7 +90,7 @@ bool TocTrack::splitBody(std::int64_t frames) {
         frames -= part.frames;
         const bool split = part.frames != segment->frames;
         if (split) {
-            part.lastSectorLacks = 0; // the rest has the last sector
+            part.lastSectorLacks = 0; // the last sector is in the rest
         }
         content_.pause.push_back(part);
         if (split) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One track of a cdrdao TOC while its statements come in: its content, where it starts in it, and
-// whether its times make sense. It reads no text.
+// One track of a cdrdao TOC while its statements are read: its content, its start, and checks of
+// its times. It reads no text.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace sonarith::disc {
 
-/// What goes wrong in a track, with the line of the statement to blame.
+/// An error in a track, with the line of the statement that caused it.
 struct TocTrackProblem {
     int line = 0;
     std::string cause;
@@ -25,18 +25,18 @@ class TocTrack {
     [[nodiscard]] TrackKind kind() const { return content_.kind; }
     [[nodiscard]] int sectorBytes() const { return sectorBytes_; }
 
-    /// A segment without length is none.
+    /// A segment of length 0 is ignored.
     void add(Segment segment);
-    /// All content so far stands before INDEX 01.
+    /// All content so far precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startHere(int line);
-    /// That much of the content, some of it still to come, stands before INDEX 01.
+    /// The given amount of content, part of which may follow later, precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startAt(std::int64_t sectors, int line);
-    /// Silence stands before INDEX 01, which is the first of the content.
+    /// Silence precedes INDEX 01, at which the content begins.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);
-    /// An index parts nothing here, but a wrong one betrays a torn sheet.
+    /// An index splits nothing here, but a wrong one reveals a truncated sheet.
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
-    /// After the last statement: parts the content at its start.
+    /// After the last statement: splits the content at its start.
     [[nodiscard]] TocTrackCheck close();
     /// Only after close.
     [[nodiscard]] const SheetTrack& content() const { return content_; }

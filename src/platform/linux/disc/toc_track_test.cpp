@@ -20,7 +20,7 @@ TocTrack audioTrack() {
     return {TrackKind::audio, bytesPerSector, 5};
 }
 
-TEST(TocTrack, ATimeOfStartPartsTheContentToTheFrame) {
+TEST(TocTrack, AStartTimeSplitsTheContentAtTheExactFrame) {
     TocTrack track = audioTrack();
     track.add(silentSegment(100));
     track.add(sound(40, 1000));
@@ -30,7 +30,7 @@ TEST(TocTrack, ATimeOfStartPartsTheContentToTheFrame) {
     EXPECT_THAT(track.content().body, ElementsAre(sound(40 + 488 * 4, 512)));
 }
 
-TEST(TocTrack, TheRestOfPartedDataKeepsTheLastSector) {
+TEST(TocTrack, TheRestOfSplitDataKeepsTheLastSector) {
     TocTrack track(TrackKind::data, 2048, 5);
     const Segment data{SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047};
     track.add(data);
@@ -42,7 +42,7 @@ TEST(TocTrack, TheRestOfPartedDataKeepsTheLastSector) {
                 ElementsAre(Segment{SegmentKind::data, 0, 16 + 2048, 2 * 588, 2048, 588, 2047}));
 }
 
-TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
+TEST(TocTrack, AFileOfUnknownLengthIsSplitToo) {
     TocTrack track = audioTrack();
     track.add(sound(0, toFileEnd));
     ASSERT_FALSE(track.startAt(2, 6));
@@ -51,7 +51,7 @@ TEST(TocTrack, AFileOfUnknownLengthIsPartedToo) {
     EXPECT_THAT(track.content().body, ElementsAre(sound(4704, toFileEnd)));
 }
 
-TEST(TocTrack, AStartBetweenSegmentsPartsNone) {
+TEST(TocTrack, AStartBetweenSegmentsSplitsNone) {
     TocTrack track = audioTrack();
     track.add(silentSegment(588));
     ASSERT_FALSE(track.startHere(6));
@@ -61,7 +61,7 @@ TEST(TocTrack, AStartBetweenSegmentsPartsNone) {
     EXPECT_THAT(track.content().body, ElementsAre(silentSegment(1)));
 }
 
-TEST(TocTrack, RefusesWhatMakesNoSense) {
+TEST(TocTrack, RefusesInconsistentTimes) {
     TocTrack track = audioTrack();
     EXPECT_FALSE(track.pregap(150, 6));
     EXPECT_EQ(track.startHere(7)->line, 7);
