@@ -40,7 +40,7 @@ Status CardRecorder::start(int channels) {
         }
         recording_ = std::move(begun.value());
     }
-    // Only what is due from this moment on is heard: the card plays what was due before by itself.
+    // Only sound due from this moment on is recorded: the card first plays earlier sound by itself.
     card_.startRecording(recording_->sink(), now_());
     input_->user = this;
     return {};

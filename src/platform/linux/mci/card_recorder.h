@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lead from the sound card to a recording: attaches it to the card's recorder, one at a time.
-// It writes nothing itself (recording.h does) and knows no command.
+// Connects the sound card to a recording: attaches it to the card's recorder, one recording at a
+// time. It writes nothing itself (recording.h does) and knows no commands.
 #pragma once
 
 #include <filesystem>
@@ -17,13 +17,13 @@ namespace sonarith::mci {
 
 class CardRecorder;
 
-/// The card's one recorder: which CardRecorder has it, and what their recordings share. All
+/// The card's single recorder: which CardRecorder uses it, and what their recordings share. All
 /// CardRecorders of a card share one.
 struct RecordingInput {
     /// `saves` may be a null pointer.
     RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
                    const sound::RecordingTiming& timing = {});
-    ~RecordingInput(); ///< of what threads that hang learn afterwards, nothing is reported
+    ~RecordingInput(); ///< Ends the reports of threads that hang.
     RecordingInput(const RecordingInput&) = delete;
     RecordingInput& operator=(const RecordingInput&) = delete;
 
@@ -31,15 +31,15 @@ struct RecordingInput {
     const CardRecorder* user = nullptr;
 };
 
-/// Where recordings may lie while they have no name, the best folder first.
+/// The folders for recordings that have no name yet, the best one first.
 using RecordingFolders = std::function<std::vector<std::filesystem::path>()>;
 
-/// The card outlives it. No member waits for a disk for longer than sound::RecordingTiming says.
+/// The card must outlive it. No member waits for a disk longer than sound::RecordingTiming defines.
 class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
                  std::shared_ptr<RecordingInput> input);
-    /// Takes the recording off the card. A save that is under way is finished without it.
+    /// Detaches the recording from the card. A running save continues without it.
     ~CardRecorder() override;
 
     Status start(int channels) override;
@@ -53,8 +53,8 @@ class CardRecorder : public Recorder {
     Clock now_;
     RecordingFolders folders_;
     std::shared_ptr<RecordingInput> input_;
-    std::unique_ptr<sound::Recording> recording_; ///< empty until there was a start
-    bool finished_ = false;                       ///< a save has begun: it takes no more
+    std::unique_ptr<sound::Recording> recording_; ///< empty before the first start
+    bool finished_ = false;                       ///< a save has begun: it accepts no more sound
 };
 
 } // namespace sonarith::mci

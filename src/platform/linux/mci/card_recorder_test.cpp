@@ -42,7 +42,7 @@ class ARecorder : public testing::Test {
     sound::SoundCard::Time time = 3s;
 };
 
-TEST_F(ARecorder, CountsToThisVeryMoment) {
+TEST_F(ARecorder, CountsUpToThePresentMoment) {
     const auto recorder = make();
     EXPECT_EQ(recorder->bytes(), 0);
     ASSERT_TRUE(recorder->start(2).ok());
@@ -57,9 +57,9 @@ TEST_F(ARecorder, CountsToThisVeryMoment) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ARecorder, TakesOnlyWhatIsDueAfterItsStart) {
+TEST_F(ARecorder, RecordsOnlySoundDueAfterItsStart) {
     card.attach(sound::Line::compactDisc, std::make_shared<Tone>(), time);
-    time += 10s; // nobody moved the card meanwhile
+    time += 10s; // the card was not advanced meanwhile
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     EXPECT_EQ(recorder->bytes(), 0);
@@ -80,7 +80,7 @@ TEST_F(ARecorder, SavesMonoAsTheMeanOfBothChannels) {
     EXPECT_THAT(wav->samples, Each(8));
 }
 
-TEST_F(ARecorder, GoesOnAtItsEndUntilItIsSaved) {
+TEST_F(ARecorder, ContinuesAtItsEndUntilItIsSaved) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     time += 10ms;
@@ -98,7 +98,7 @@ TEST_F(ARecorder, GoesOnAtItsEndUntilItIsSaved) {
     EXPECT_EQ(fs::file_size(folder / "a.wav"), fs::file_size(folder / "b.wav"));
 }
 
-TEST_F(ARecorder, WaitsForNobodyWhileAnotherRecords) {
+TEST_F(ARecorder, FailsAtOnceWhileAnotherRecords) {
     auto first = make();
     const auto second = make();
     ASSERT_TRUE(first->start(2).ok());
@@ -106,7 +106,7 @@ TEST_F(ARecorder, WaitsForNobodyWhileAnotherRecords) {
     const Status busy = second->start(2);
     ASSERT_FALSE(busy.ok());
     EXPECT_EQ(busy.error().number, ErrorNumber::deviceUnavailable);
-    second->stop(); // not its own to stop
+    second->stop(); // it must not stop the other one's recording
     EXPECT_TRUE(first->recording());
     first.reset();
     EXPECT_FALSE(card.active());
@@ -123,7 +123,7 @@ TEST_F(ARecorder, FailsWithoutAFolderOrARecording) {
     EXPECT_TRUE(recorder->start(2).ok());
 }
 
-TEST_F(ARecorder, ThatFailsToSaveHarmsNoFileAndMayTryElsewhere) {
+TEST_F(ARecorder, LeavesFilesIntactAfterAFailedSaveAndCanBeSavedElsewhere) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     fs::create_directory(folder / "taken.wav");
@@ -133,7 +133,7 @@ TEST_F(ARecorder, ThatFailsToSaveHarmsNoFileAndMayTryElsewhere) {
     EXPECT_TRUE(recorder->save(folder / "a.wav").ok());
 }
 
-TEST_F(ARecorder, LeavesNothingBehindUnlessSaved) {
+TEST_F(ARecorder, LeavesNoFileUnlessSaved) {
     {
         const auto recorder = make();
         ASSERT_TRUE(recorder->start(2).ok());

@@ -69,7 +69,7 @@ void CardTransport::attach() {
     card_.attach(sound::Line::compactDisc, player_, now_());
 }
 
-// What is due is played first, so that the place where the disc stops is that of this moment.
+// Sound that is due is played first, so that the disc stops at the position of this moment.
 void CardTransport::detach() {
     settle();
     if (attached_) {

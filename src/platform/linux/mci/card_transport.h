@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lead from the disc to the sound card: plays a disc into the card's compact disc line. It
-// reads no sector itself (disc_player.h does) and knows no command.
+// Connects the disc to the sound card: plays a disc into the card's compact disc line. It reads no
+// sector itself (disc_player.h does) and knows no commands.
 #pragma once
 
 #include <functional>
@@ -15,12 +15,12 @@ namespace sonarith::mci {
 /// The clock of the sound card's thread.
 using Clock = std::function<sound::SoundCard::Time()>;
 
-/// The card outlives it. While it plays, the line is its own; at rest the line has no source, so
-/// that an idle card sleeps and a paused disc holds up no recording.
+/// The card must outlive it. While it plays, it is the line's source; at rest the line has no
+/// source, so that an idle card sleeps and a paused disc does not block a recording.
 class CardTransport : public Transport {
   public:
     CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now);
-    ~CardTransport() override; ///< takes the disc off the line
+    ~CardTransport() override; ///< detaches the disc from the line
 
     void play(std::int64_t sector, std::int64_t endSector) override;
     void pause() override;
@@ -33,7 +33,7 @@ class CardTransport : public Transport {
     [[nodiscard]] bool gone() override;
 
   private:
-    /// Brings the player to this very moment.
+    /// Advances the player to the present moment.
     void settle();
     void attach();
     void detach();

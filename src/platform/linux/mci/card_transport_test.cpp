@@ -16,7 +16,7 @@ using fakes::FakeDisc;
 
 constexpr std::int64_t frames = disc::framesPerSector;
 
-/// Keeps what the card's recorder hears.
+/// Stores the sound that the card's recorder receives.
 class Heard : public sound::RecordingSink {
   public:
     void record(std::span<const sound::StereoFrame> block) override {
@@ -25,12 +25,12 @@ class Heard : public sound::RecordingSink {
     std::vector<sound::StereoFrame> sound;
 };
 
-/// A card on a clock that stands still until it is moved.
+/// A card on a clock that moves only when the test advances it.
 class Bench {
   public:
-    /// Lets time pass until the transport has come to `frame`. The player's reader is a thread of
-    /// its own, and while it has nothing ready the card waits for it: so the clock is moved on, in
-    /// steps, until the sound has arrived.
+    /// Advances the time until the transport has reached `frame`. The player's reader is a separate
+    /// thread, and the card waits for it while it has nothing ready; so the clock is advanced in
+    /// steps until the sound has arrived.
     void playUntil(CardTransport& transport, std::int64_t frame) {
         while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {
             time_ += 1ms;
@@ -68,7 +68,7 @@ TEST(ATransport, PlaysTheDiscIntoTheCardsDiscLine) {
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST(ATransport, LetsTheCardRestWhenItDoesNotPlay) {
+TEST(ATransport, LetsTheCardSleepWhenItDoesNotPlay) {
     Bench bench;
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
@@ -115,12 +115,12 @@ TEST(APausedTransport, LosesAndRepeatsNoSample) {
     }
 }
 
-TEST(ATransport, StopsAtTheVeryMomentThatItIsToldTo) {
+TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     Bench bench;
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
     transport.play(0, 1000);
-    bench.playUntil(transport, 1); // whole sectors are ready from here on, so 10 ms surely are
+    bench.playUntil(transport, 1); // from here on whole sectors are buffered, so at least 10 ms
     const std::int64_t place = transport.positionInFrames();
     bench.pass(10ms);
     transport.stop();
@@ -146,7 +146,7 @@ TEST(ATransport, StopsMovingWhenItsDiscVanishes) {
     EXPECT_EQ(transport.positionInFrames(), place);
 }
 
-TEST(ATransportThatEnds, TakesItsDiscOffTheLine) {
+TEST(ATransportThatEnds, DetachesItsDiscFromTheLine) {
     Bench bench;
     {
         CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,

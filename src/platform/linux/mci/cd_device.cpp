@@ -42,7 +42,7 @@ Reply CdDevice::run(const Command& command) {
     if (command.verb == Verb::resume) {
         return resume();
     }
-    // Pausing or stopping what does not play is no failure: it is as quiet as was asked for.
+    // Pausing or stopping a disc that does not play is no failure: it is already silent.
     if (command.verb == Verb::stop) {
         medium_.stop();
     } else if (medium_.mode() == PlayerMode::playing) {
@@ -114,7 +114,7 @@ Reply CdDevice::status(const Command& command) {
 Reply CdDevice::deviceStatus(std::string_view item) {
     medium_.watch();
     if (item == "type") {
-        return MciError::missingParameter; // the type is that of a track, and none is named
+        return MciError::missingParameter; // "type" needs a track, and none is named
     }
     if (item == "time format") {
         return std::string(nameOf(format_));
@@ -168,7 +168,7 @@ Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
         const auto index = static_cast<std::size_t>(track.value - 1);
         return std::string(table.tracks[index].kind == disc::TrackKind::audio ? "audio" : "other");
     }
-    // Said with the track's own number: a track without sectors starts where the next one does.
+    // Uses the track's own number: a track without sectors starts where the next one does.
     if (format_ == TimeFormat::tmsf) {
         return (track.value < 10 ? "0" : "") + std::to_string(track.value) + ":00:00:00";
     }
@@ -198,7 +198,7 @@ Reply CdDevice::play(const Command& command) {
     if (first.value > end.value) {
         return MciError::outOfRange;
     }
-    // What is under way to the same end goes on from its very sample, not from its sector's start.
+    // Playing with the same end continues at its exact sample, not at its sector's start.
     if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }
@@ -262,8 +262,8 @@ std::string_view CdDevice::mode() const {
     return "stopped";
 }
 
-// Whole sectors only: within a sector the place reads as the sector's start, so nothing reads as
-// past an end that has not been reached.
+// Whole sectors only: within a sector the position reads as the sector's start, so that no end
+// reads as passed before it has been reached.
 std::int64_t CdDevice::currentSector() const {
     return medium_.positionInFrames() / disc::framesPerSector;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The device type "cdaudio": the disc in a drive, its table, and its playing, by commands. How a
-// disc is read or heard is not known here.
+// The device type "cdaudio": the disc in a drive, its table and its playing, controlled by
+// commands. It does not know how a disc is read or heard.
 #pragma once
 
 #include <cstdint>
@@ -15,19 +15,19 @@
 
 namespace sonarith::mci {
 
-/// Commands and keywords: info (identity); status (number of tracks, length, position, each with
-/// or without track n, type track n, current track, mode, media present, ready, time format); set
+/// Commands and keywords: info (identity); status (number of tracks, length, position, each with or
+/// without track n, type track n, current track, mode, media present, ready, time format); set
 /// (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
-/// "status media present" never waits for the drive: while a disc's table is being read, none is
-/// present. When another drive has been chosen since the device was opened, that question finds no
-/// medium once, and then what is in the other drive.
+/// "status media present" never waits for the drive: while a disc's table is being read, the result
+/// is no disc. After another drive has been chosen since the device was opened, that query reports
+/// no medium once, and then the medium of the other drive.
 ///
-/// Errors beyond those of words and numbers: deviceNotReady without a disc, dataTrack where playing
+/// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack where playing
 /// would begin in data. Playing ends at "to", at the line's end, or where a data track begins.
 class CdDevice : public Device {
   public:
-    /// Reads the drive. A drive without a disc makes a device that is not ready.
+    /// Reads the drive. A drive without a disc creates a device that is not ready.
     CdDevice(std::shared_ptr<disc::Drive> drive, const Devices& devices);
 
     [[nodiscard]] Reply run(const Command& command) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The disc device while discs come, go and cannot be read; cd_device_test.cpp has the rest.
+// The disc device while discs are inserted, removed or unreadable; cd_device_test.cpp has the rest.
 #include "platform/linux/mci/cd_device.h"
 
 #include <gmock/gmock.h>
@@ -68,7 +68,7 @@ TEST(ADiscTakenOut, IsMissedAndTheNextOneRead) {
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
-TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilSomeoneAsksForIt) {
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilItIsQueried) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(75 * framesPerSector);
@@ -80,7 +80,7 @@ TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilSomeoneAsksForIt) {
     EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
 }
 
-TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
+TEST(ADiscChangedBetweenTwoQuestions, IsReadOnceTheOldOneCannotBeRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
@@ -91,12 +91,12 @@ TEST(ADiscChangedBetweenTwoQuestions, IsReadAnewOnceTheOldOneCannotBeRead) {
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
 }
 
-TEST(AnOpenDevice, FollowsTheChoiceOfAnotherDriveAsItDoesADiscThatIsChanged) {
+TEST(AnOpenDevice, TreatsTheChoiceOfAnotherDriveLikeAChangedDisc) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.drive =
         std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
-    // Until somebody asks for the medium, the table and the sound are those of the former disc.
+    // Until the medium is queried, the table and the sound are those of the previous disc.
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     EXPECT_EQ(session.send("status cd mode"), said("playing"));
     EXPECT_EQ(session.send("status cd media present"), said("false"));
@@ -122,7 +122,7 @@ TEST(AnOpenDevice, HasNoMediumWhenTheMachineLosesItsDrive) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(AnOpenDevice, TurnsItsTrayToTheDriveThatIsChosen) {
+TEST(AnOpenDevice, MovesTheTrayOfTheChosenDrive) {
     CdSession session(threeTracks());
     const auto former = session.machine.drive;
     session.machine.drive = std::make_shared<fakes::FakeDrive>();
@@ -131,7 +131,7 @@ TEST(AnOpenDevice, TurnsItsTrayToTheDriveThatIsChosen) {
     EXPECT_TRUE(session.machine.drive->trayOpen);
 }
 
-/// Reads its table for as long as it likes, and holds up nobody.
+/// Reads its table for any length of time without blocking the caller.
 class SlowDrive : public fakes::FakeDrive {
   public:
     using FakeDrive::FakeDrive;
@@ -160,7 +160,7 @@ TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
     EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
 }
 
-TEST(ADiscThatIsNotRead, IsToldToTheUserOnceWhileItPlays) {
+TEST(ADiscThatIsNotRead, IsReportedToTheUserOnceWhileItPlays) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead - std::chrono::milliseconds(1);
@@ -177,7 +177,7 @@ TEST(ADiscThatIsNotRead, IsToldToTheUserOnceWhileItPlays) {
               "settled the drive fake: It answers again: the drive fake.");
 }
 
-TEST(ADiscThatIsNotRead, IsNoMatterOnceItIsStoppedOrClosed) {
+TEST(ADiscThatIsNotRead, IsNotReportedOnceItIsStoppedOrClosed) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead;
@@ -192,7 +192,7 @@ TEST(ADiscThatIsNotRead, IsNoMatterOnceItIsStoppedOrClosed) {
                             "settled the drive fake"));
 }
 
-TEST(AnImageThatVanishes, IsToldToTheUserOnce) {
+TEST(AnImageThatVanishes, IsReportedToTheUserOnce) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -207,7 +207,7 @@ TEST(AnImageThatVanishes, IsToldToTheUserOnce) {
                             "changed."));
 }
 
-TEST(AnImageThatVanishes, IsToldBeforeItsSoundRunsDry) {
+TEST(AnImageThatVanishes, IsReportedBeforeItsBufferIsEmpty) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -216,7 +216,7 @@ TEST(AnImageThatVanishes, IsToldBeforeItsSoundRunsDry) {
     EXPECT_EQ(session.machine.notices.texts().size(), 1u);
 }
 
-TEST(AnImageThatVanishes, IsNoNewsWhenItIsEjectedAnotherIsChosenOrItDoesNotPlay) {
+TEST(AnImageThatVanishes, IsNotReportedWhenItIsEjectedAnotherIsChosenOrItDoesNotPlay) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -235,7 +235,7 @@ TEST(AnImageThatVanishes, IsNoNewsWhenItIsEjectedAnotherIsChosenOrItDoesNotPlay)
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(ADiscThatTheUserTakesOut, IsNoNews) {
+TEST(ADiscThatTheUserTakesOut, IsNotReported) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->isGone = true;
@@ -245,7 +245,7 @@ TEST(ADiscThatTheUserTakesOut, IsNoNews) {
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(EachOpen, ReadsTheDriveAnew) {
+TEST(EachOpen, ReadsTheDriveAgain) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.machine.drive->loads, 1);
     session.send("status cd number of tracks");
@@ -269,7 +269,7 @@ TEST(AnUnreadableDisc, IsTriedAFewTimesAndThenCountsAsNone) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(AnUnreadableDisc, IsForgottenWhenAnyCommandFindsTheDriveEmpty) {
+TEST(AnUnreadableDisc, IsResetWhenAnyCommandFindsTheDriveEmpty) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");

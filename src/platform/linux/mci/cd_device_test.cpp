@@ -19,7 +19,7 @@ using testing::ElementsAre;
 
 using disc::framesPerSector;
 
-TEST(InspectingADisc, AnswersEachCommandOfTheWay) {
+TEST(InspectingADisc, RepliesToEachCommandOfACapture) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("stop cd"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("close cd"), refused(MciError::invalidDeviceName));
@@ -34,7 +34,8 @@ TEST(InspectingADisc, AnswersEachCommandOfTheWay) {
     EXPECT_EQ(session.send("status cd length track 2"), said("60133"));
     EXPECT_EQ(session.send("status cd length track 3"), said("10000"));
     EXPECT_EQ(session.send("close cd"), fine());
-    EXPECT_EQ(session.machine.transport, nullptr); // nothing was set to reading sound for that
+    EXPECT_EQ(session.machine.transport,
+              nullptr); // the drive was not prepared for reading sound for that
 }
 
 TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
@@ -47,7 +48,7 @@ TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
     EXPECT_TRUE(parseInteger(identity).ok());
 }
 
-TEST(ThePlayersPoll, IsAnsweredInTmsf) {
+TEST(ThePlayersPoll, IsReturnedInTmsf) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("open cdaudio alias cd wait shareable"), fine());
     EXPECT_EQ(session.send("set cd time format tmsf wait"), fine());
@@ -93,7 +94,7 @@ TEST(ThePosition, AtTheDiscsEndIsExactlyItsLength) {
     EXPECT_EQ(session.send("status cd position"), said("03:00:10:00"));
 }
 
-TEST(PlayingFromHere, GoesToTheDiscsEnd) {
+TEST(PlayingFromHere, ContinuesToTheDiscsEnd) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("play cd"), fine());
     EXPECT_THAT(session.machine.transport->calls, ElementsAre("play 0 19135"));
@@ -105,12 +106,12 @@ TEST(PlayingFromATime, BeginsAtItsSector) {
     EXPECT_EQ(session.send("play cd from 185000"), fine());
     EXPECT_EQ(session.send("play cd from 0"), fine());
     EXPECT_EQ(session.send("play cd to 1000 from 500"), fine());
-    EXPECT_EQ(session.send("play cd from 255133"), fine()); // the line's very end: nothing to play
+    EXPECT_EQ(session.send("play cd from 255133"), fine()); // the end of the line: nothing to play
     EXPECT_THAT(session.machine.transport->calls,
                 ElementsAre("play 13875 19135", "play 0 19135", "play 38 75", "play 19135 19135"));
 }
 
-TEST(PlayingFromABadPlace, FailsAndLeavesWhatPlays) {
+TEST(PlayingFromABadPlace, FailsAndLeavesThePlayingUnchanged) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     session.send("play cd from 1000");
@@ -128,7 +129,7 @@ TEST(PlayingFromABadPlace, FailsAndLeavesWhatPlays) {
     EXPECT_EQ(session.playerMode(), disc::PlayerMode::playing);
 }
 
-TEST(APausedDisc, GoesOnFromItsSampleByPlayOrResume) {
+TEST(APausedDisc, ContinuesAtItsSampleByPlayOrResume) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(framesPerSector + 1);
@@ -146,7 +147,7 @@ TEST(APausedDisc, GoesOnFromItsSampleByPlayOrResume) {
                 ElementsAre("play 0 19135", "pause", "resume", "pause", "resume"));
 }
 
-TEST(APausedDisc, TakesANewEnd) {
+TEST(APausedDisc, AcceptsANewEnd) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000 to 2000");
@@ -218,7 +219,7 @@ TEST(TracksByTheirNumber, TellStartLengthAndType) {
     EXPECT_EQ(session.send("status cd type"), refused(MciError::missingParameter));
 }
 
-TEST(ADataTrack, IsListedAndRefusesToPlayInWords) {
+TEST(ADataTrack, IsListedAndRefusesToPlayWithAMessage) {
     CdSession session(enhancedDisc());
     session.send("set cd time format tmsf");
     EXPECT_EQ(session.send("status cd number of tracks"), said("3"));
@@ -255,11 +256,11 @@ TEST(TheTimeFormat, IsMsfUntilOneIsSet) {
     EXPECT_EQ(session.send("set cd"), refused(MciError::missingParameter));
     EXPECT_EQ(session.send("set cd time format frames door open"),
               refused(MciError::badTimeFormat));
-    EXPECT_FALSE(session.machine.drive->trayOpen); // a command that fails does no part of its work
+    EXPECT_FALSE(session.machine.drive->trayOpen); // a command that fails has no effect at all
     EXPECT_EQ(session.send("status cd time format"), said("milliseconds"));
 }
 
-TEST(WrongCommandsToADisc, SayWhatIsWrong) {
+TEST(WrongCommandsToADisc, ReportTheCause) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("record cd"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("save cd c:\\a.wav"), refused(MciError::unsupportedFunction));

@@ -10,9 +10,9 @@ namespace {
 
 using disc::PlayerMode;
 
-/// How often a disc that is there but cannot be read is tried before it counts as none until it is
-/// taken out. A drive may need a second try while it spins up; each may take as long as the drive
-/// takes, and the player asks once a second.
+/// How many loads of an unreadable disc are tried before it counts as no disc until it is removed.
+/// A drive may need a second try while it spins up; each may take as long as the drive takes, and
+/// the player queries once a second.
 constexpr int maxLoadTries = 3;
 
 } // namespace
@@ -43,12 +43,12 @@ disc::Disc* CdMedium::disc() {
 }
 
 bool CdMedium::present() {
-    // Once, so that who asks forgets the former disc before it sees the next one.
+    // False once, so that the caller drops the previous disc before it sees the next one.
     if (followChoice() || !drive_) {
         return false;
     }
     const bool inDrive = drive_->mediaPresent();
-    // A disc that was changed between two questions shows in that the old one cannot be read.
+    // If a disc was changed between two queries, reading the old one fails.
     if (!inDrive || (transport_ && transport_->gone())) {
         if (mode() == PlayerMode::playing) {
             sayThatItVanished();
@@ -66,7 +66,7 @@ bool CdMedium::present() {
 void CdMedium::take(disc::Loaded loaded) {
     disc_ = std::move(loaded.disc);
     if (disc_ && disc_->table().tracks.empty()) {
-        disc_.reset(); // nothing on it that a command could name
+        disc_.reset(); // it has no track that a command could name
     }
     if (disc_) {
         trayOpened_ = false;
@@ -87,7 +87,7 @@ void CdMedium::release() {
     failedLoads_ = 0;
 }
 
-/// Turns to the drive that is chosen now; whether it is another one.
+/// Switches to the drive that is chosen now; returns whether it is another one.
 bool CdMedium::followChoice() {
     std::shared_ptr<disc::Drive> chosen = chosenDrive_();
     if (chosen == drive_) {
@@ -181,7 +181,7 @@ void CdMedium::watch() {
     }
 }
 
-/// Not of a disc that has left an optical drive: the user has taken it out.
+/// Not for a disc that has left an optical drive: the user has removed it.
 void CdMedium::sayThatItVanished() {
     if (drive_->kind() == disc::DriveKind::image && !std::exchange(saidThatItVanished_, true)) {
         notices_.report(discHasVanished(drive_->name()));

@@ -23,7 +23,8 @@ void skipBlanks(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
 }
 
-/// Takes one word off the head of `text`, which begins with no blank and is not empty.
+/// Removes one word from the beginning of `text`, which is not empty and does not begin with a
+/// blank.
 Outcome<Word> takeWord(std::string_view& text) {
     if (text.front() != '"') {
         const std::size_t length = std::min(text.find_first_of(blanks), text.size());
@@ -139,7 +140,7 @@ Outcome<Command> parseCommand(std::string_view text) {
     }
     Command command{*verb, asciiLowerCase(device.value.text), {}, {}};
     skipBlanks(text);
-    // The path is not quoted by those who send it, and may hold blanks.
+    // Callers do not quote the path, and it may contain blanks.
     if (command.verb == Verb::save) {
         command.path = withoutQuotes(text);
         return command;

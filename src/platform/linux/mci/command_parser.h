@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From the text of a media control command to its verb, its device and its words, and from the
-// words to keywords with values. What the words mean is for the devices to say.
+// Splits the text of a media control command into its verb, its device and its words, and the words
+// into keywords with values. The devices interpret the words.
 #pragma once
 
 #include <map>
@@ -13,8 +13,8 @@
 
 namespace sonarith::mci {
 
-/// A longer command is refused. The longest that has a purpose is "save" with a path, and a path
-/// of this system has at most 4096 bytes.
+/// A longer command is refused. The longest useful one is "save" with a path, and a path of this
+/// system has at most 4096 bytes.
 inline constexpr std::size_t maxCommandBytes = 8192;
 
 enum class Verb {
@@ -34,7 +34,7 @@ enum class Verb {
     capability,
 };
 
-/// One word of a command. A quoted one has lost its quotes and is never a keyword.
+/// One word of a command. A quoted word is stored without its quotes and is never a keyword.
 struct Word {
     std::string text;
     bool quoted = false;
@@ -43,18 +43,18 @@ struct Word {
 struct Command {
     Verb verb = Verb::open;
     std::string device;      ///< the second word: alias, device name or "new"; ASCII lower case
-    std::vector<Word> words; ///< what follows the device; empty for "save"
-    std::string path;        ///< of "save" alone: the rest of the line, quotes around it dropped
+    std::vector<Word> words; ///< the words after the device; empty for "save"
+    std::string path;        ///< for "save" only: the rest of the line without surrounding quotes
 };
 
-/// Takes a command apart. The text ends at its first NUL. Verb and device are case-blind.
-/// Errors: missingCommandString, unrecognizedCommand, missingDeviceName, noClosingQuote,
-/// extraCharacters (behind a closing quote), commandTooLong.
+/// Parses a command. The text ends at its first NUL. Verb and device are case-insensitive. Errors:
+/// missingCommandString, unrecognizedCommand, missingDeviceName, noClosingQuote, extraCharacters
+/// (after a closing quote), commandTooLong.
 [[nodiscard]] Outcome<Command> parseCommand(std::string_view text);
 
 enum class Takes { nothing, value };
 
-/// A keyword that a command understands: one or several words ("number of tracks"), lower case.
+/// A keyword that a command supports: one or several words ("number of tracks"), lower case.
 struct Keyword {
     std::string_view text;
     Takes takes = Takes::nothing;
@@ -64,7 +64,8 @@ struct Keyword {
 class Arguments {
   public:
     [[nodiscard]] bool has(std::string_view keyword) const;
-    /// The value given to `keyword`, or a null pointer. Valid while the object lives.
+    /// The value of `keyword`, or a null pointer if it was not given. Valid during the lifetime of
+    /// this object.
     [[nodiscard]] const std::string* value(std::string_view keyword) const;
     /// Whether no keyword was given.
     [[nodiscard]] bool empty() const { return found_.empty(); }
@@ -74,14 +75,14 @@ class Arguments {
     std::map<std::string, std::string, std::less<>> found_;
 };
 
-/// Finds `keywords`, case-blind, the longest one that fits first. "wait" and "notify" are
-/// understood with every command and stand in no result: each command has done its work when it
-/// returns, or goes on by itself, and there is nobody to notify.
-/// Errors: unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
+/// Matches `keywords`, case-insensitive, the longest one first. "wait" and "notify" are accepted
+/// with every command and never in the result: each command has completed when it returns, or
+/// continues in the background, and there is no window to notify. Errors: unrecognizedKeyword,
+/// missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 
-/// The one of `keywords` that takes no value and was given. Errors: flagsNotCompatible for two of
+/// The one of `keywords` without a value that was given. Errors: flagsNotCompatible for two of
 /// them, missingParameter for none.
 [[nodiscard]] Outcome<std::string_view> onlyItem(const Arguments& arguments,
                                                  std::span<const Keyword> keywords);
@@ -89,7 +90,7 @@ class Arguments {
 /// Decimal digits, 0 to 2147483647. Errors: badInteger.
 [[nodiscard]] Outcome<int> parseInteger(std::string_view text);
 
-/// ASCII letters in lower case; everything else as it is.
+/// Converts ASCII letters to lower case; everything else is unchanged.
 [[nodiscard]] std::string asciiLowerCase(std::string_view text);
 
 } // namespace sonarith::mci

@@ -65,7 +65,7 @@ TEST(ACommand, FailsWithoutItsParts) {
     EXPECT_EQ(errorOf("play \"\""), MciError::missingDeviceName);
 }
 
-TEST(ACommand, FailsWithTornQuotes) {
+TEST(ACommand, FailsWithUnbalancedQuotes) {
     EXPECT_EQ(errorOf("\"play cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("play \"cd"), MciError::noClosingQuote);
     EXPECT_EQ(errorOf("open cdaudio alias \""), MciError::noClosingQuote);
@@ -81,7 +81,7 @@ TEST(ACommand, IsRefusedBeyondItsLongestLength) {
     EXPECT_EQ(errorOf(std::string(100'000'000, ' ')), MciError::commandTooLong);
 }
 
-TEST(ACommand, ToSaveTakesTheRestOfTheLineAsItsPath) {
+TEST(ACommand, ToSaveUsesTheRestOfTheLineAsItsPath) {
     const auto path = [](std::string_view text) {
         const auto command = parseCommand(text);
         EXPECT_TRUE(command.ok());
@@ -119,7 +119,7 @@ TEST(Keywords, AreFoundWithTheirValuesInAnyOrderAndCase) {
     EXPECT_FALSE(arguments.value.empty());
 }
 
-TEST(Keywords, OfSeveralWordsWinOverShorterOnes) {
+TEST(Keywords, OfSeveralWordsTakePrecedenceOverShorterOnes) {
     const auto arguments = argumentsOf("time format tmsf number of Tracks");
     ASSERT_TRUE(arguments.ok());
     EXPECT_EQ(*arguments.value.value("time format"), "tmsf");
@@ -127,7 +127,7 @@ TEST(Keywords, OfSeveralWordsWinOverShorterOnes) {
     EXPECT_FALSE(arguments.value.has("time"));
 }
 
-TEST(Keywords, WaitAndNotifyAreUnderstoodAndMeanNothing) {
+TEST(Keywords, WaitAndNotifyAreAcceptedAndIgnored) {
     const auto arguments = argumentsOf("wait from 3 notify wait");
     ASSERT_TRUE(arguments.ok());
     EXPECT_EQ(*arguments.value.value("from"), "3");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The beginnings that commands of every device have in common: how their words are read before a
-// device looks at what they mean. What a single keyword is, command_parser.h knows.
+// Parsing that the commands of all devices share, before a device interprets the words. The syntax
+// of a single keyword is in command_parser.h.
 #pragma once
 
 #include <span>
@@ -15,14 +15,14 @@ namespace sonarith::mci {
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
 /// For a command that needs a keyword ("set", "info"). Errors: those of parseArguments, and
-/// missingParameter where there is none.
+/// missingParameter if there is none.
 [[nodiscard]] Outcome<Arguments> parseSome(std::span<const Word> words,
                                            std::span<const Keyword> keywords);
 
-/// What a "status" asks for.
+/// The item that a "status" command queries.
 struct Question {
     std::string_view item; ///< one of the keywords
-    Arguments arguments;   ///< it, and what was said about it ("track 2")
+    Arguments arguments;   ///< the item and its qualifiers ("track 2")
 };
 /// Errors: those of parseArguments and of onlyItem.
 [[nodiscard]] Outcome<Question> parseQuestion(std::span<const Word> words,

@@ -27,7 +27,7 @@ TEST(CommonArguments, OfACommandThatNeedsOneAreSome) {
     EXPECT_EQ(parseSome(wordsOf("sideways"), lengthKeywords).error, MciError::unrecognizedKeyword);
 }
 
-TEST(CommonArguments, OfAQuestionAreOneItemAndWhatIsSaidAboutIt) {
+TEST(CommonArguments, OfAQuestionAreOneItemAndItsQualifiers) {
     const auto question = parseQuestion(wordsOf("length track 3"), lengthKeywords);
     ASSERT_TRUE(question.ok());
     EXPECT_EQ(question.value.item, "length");

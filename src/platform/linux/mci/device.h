@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A device that an alias stands for: it carries out every command but "open" and "close".
+// The device behind an alias: it carries out every command except "open" and "close".
 #pragma once
 
 #include "platform/linux/mci/command_parser.h"
@@ -15,7 +15,7 @@ class Device {
     Device& operator=(const Device&) = delete;
 
     /// Never waits for sound to be played or recorded. Errors: unsupportedFunction for a verb that
-    /// the device does not have; what the verb's words and the device's state say.
+    /// the device does not support; errors of the verb's words and of the device's state.
     [[nodiscard]] virtual Reply run(const Command& command) = 0;
 };
 

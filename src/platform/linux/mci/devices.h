@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the command devices ask of the machine: a drive, something that plays a disc, something
-// that records, and where a file lies. The implementations of a real machine are in
-// machine_devices.h; tests and the fuzzer have others.
+// What the command devices need from the machine: a drive, a player of discs, a recorder, and the
+// translation of paths. The implementations for a real machine are in machine_devices.h; tests and
+// the fuzzer have others.
 #pragma once
 
 #include <chrono>
@@ -19,8 +19,8 @@
 
 namespace sonarith::mci {
 
-/// Plays one disc so that it can be heard and recorded. Made stopped, at sector 0; its end stops
-/// it. Used by the logic's thread alone.
+/// Plays one disc so that it can be heard and recorded. Initially stopped at sector 0; destroying
+/// it stops it. For the logic's thread only.
 class Transport {
   public:
     virtual ~Transport() = default;
@@ -31,43 +31,45 @@ class Transport {
     virtual void stop() = 0;
     virtual void seek(std::int64_t sector) = 0;
     [[nodiscard]] virtual disc::PlayerMode mode() = 0;
-    /// As DiscPlayer::positionInFrames, at this very moment.
+    /// As DiscPlayer::positionInFrames, at the present moment.
     [[nodiscard]] virtual std::int64_t positionInFrames() = 0;
-    /// How long the disc has been read for what is to be played next; 0 if it is not being read.
+    /// How long the current read of the next sound has taken; 0 if there is none.
     [[nodiscard]] virtual std::chrono::milliseconds readingFor() = 0;
-    /// True from the moment on from which the disc cannot be read any more.
+    /// True once the disc cannot be read any more.
     [[nodiscard]] virtual bool gone() = 0;
 };
 
-/// One recording of 16 bit samples at 44100 Hz, kept out of sight until it is saved; what was not
-/// saved ends with the object. Used by the logic's thread alone.
+/// One recording of 16 bit samples at 44100 Hz, hidden until it is saved; unsaved sound is deleted
+/// with the object. For the logic's thread only.
 class Recorder {
   public:
     virtual ~Recorder() = default;
-    /// Begins a recording of 1 or 2 channels, or goes on at its end. The channels of a recording
+    /// Begins a recording of 1 or 2 channels, or continues at its end. The channels of a recording
     /// never change. Errors: deviceUnavailable while another recorder is recording,
-    /// invalidProcedureCall once a save has been tried, those of the file that is made. A disk that
-    /// does not answer is no error: what is heard waits for it.
+    /// invalidProcedureCall after a save has been tried, those of creating the file. A disk that
+    /// does not respond is no error: the sound is buffered for it.
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;
-    /// Bytes of samples taken up to this very moment; those that are kept, once the disk has
-    /// failed.
+    /// Bytes of samples recorded up to the present moment; after a disk failure, those that are
+    /// kept.
     [[nodiscard]] virtual std::int64_t bytes() = 0;
-    /// Puts a stopped recording under its name, as a WAV file; after a failure of the disk, what is
-    /// kept of it. A disk that does not answer in time is an error, and the save goes on by itself.
+    /// Saves a stopped recording under its name, as a WAV file; after a disk failure, the part that
+    /// is kept. A disk that does not respond in time is an error, and the save continues in the
+    /// background.
     virtual Status save(const std::filesystem::path& path) = 0;
 };
 
 struct Devices {
-    /// The drive that is chosen now; a null pointer if the machine has none. It is the same for as
-    /// long as the choice is.
+    /// The drive chosen now; a null pointer if the machine has none. It is the same object as long
+    /// as the choice is the same.
     std::function<std::shared_ptr<disc::Drive>()> drive;
     std::function<std::unique_ptr<Transport>(std::shared_ptr<disc::Disc>)> transport;
     std::function<std::unique_ptr<Recorder>()> recorder;
-    /// From a path of the logic ("c:\music\a.wav") to one of the machine; empty if it names none.
+    /// Translates a path of the logic ("c:\music\a.wav") to one of the machine; empty if it is not
+    /// a valid path.
     std::function<std::filesystem::path(const std::string&)> path;
-    /// Hears what the replies to commands do not say. Outlives the devices.
+    /// Receives messages that the replies to commands do not contain. Must outlive the devices.
     Notices* notices = &silentNotices();
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user is told of a disc that plays or was recorded, in words. When it is told is decided
-// by the devices.
+// Messages for the user about a disc that plays or was recorded. The devices decide when they are
+// shown.
 #pragma once
 
 #include <chrono>
@@ -13,15 +13,15 @@
 
 namespace sonarith::mci {
 
-/// What was lost of one track while it was played.
+/// The loss in one track while it was played.
 struct TrackLoss {
     int track = 0;
-    disc::Damage damage; ///< not nothing
+    disc::Damage damage; ///< never empty
     friend bool operator==(const TrackLoss&, const TrackLoss&) = default;
 };
 
-/// "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is that of the recording
-/// as the logic names it; its last name is shown. Times are rounded up to a tenth of a second.
+/// "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is the recording's path
+/// in the logic's form; its last name is shown. Times are rounded up to a tenth of a second.
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
 /// `drive` as Drive::name(); it is the notice's cause.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A capture whose destination hangs or is full, by commands through the real player, sound card and
-// recording: the commands return all the same, and what reached the disk is kept.
+// recording: the commands still return, and the data that reached the disk are kept.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
@@ -37,14 +37,14 @@ class FailingCapture : public MachineSession {
         EXPECT_EQ(send("record capture overwrite"), fine());
         EXPECT_EQ(send("play cd"), fine());
     }
-    /// The frames of the recording so far.
+    /// The length of the recording so far, in frames.
     std::int64_t length() { return std::stoll(send("status capture length").reply) / 4; }
 
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(
         std::make_shared<fakes::FakeDisc>(fakes::audioTable({750, 75})));
 };
 
-/// That the file holds that many frames of the disc, from its beginning on, and nothing else.
+/// Expects that the file holds that many frames from the beginning of the disc, and nothing else.
 void expectStartOfDisc(const std::filesystem::path& path, std::int64_t count) {
     const auto wav = fakes::readWav(path);
     ASSERT_TRUE(wav);
@@ -63,7 +63,7 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
                              (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) == O_TMPFILE);
         return isMeant ? CallJudge::hold : CallJudge::letThrough;
     }
-    /// Runs `body` in front of it.
+    /// Runs `body` while the disk hangs.
     static void hang(const std::function<void(CallJudge&)>& body) {
         if (!CallJudge::run({GetParam()}, verdict, body)) {
             GTEST_SKIP() << "this kernel passes no calls to another thread";
@@ -71,7 +71,7 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
     }
 };
 
-TEST_P(ADestinationThatHangs, IsLeftByACancelAndGetsTheFileWhenItIsBack) {
+TEST_P(ADestinationThatHangs, IsAbandonedByACancelAndGetsTheFileOnceItResponds) {
     hang([](CallJudge& judge) {
         FailingCapture session(sound::briefTiming);
         session.begin();
@@ -92,7 +92,7 @@ TEST_P(ADestinationThatHangs, IsLeftByACancelAndGetsTheFileWhenItIsBack) {
     });
 }
 
-TEST_P(ADestinationThatHangs, HindersNoOtherCapture) {
+TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
     hang([](CallJudge& judge) {
         FailingCapture session(sound::briefTiming);
         session.begin();
@@ -110,7 +110,7 @@ TEST_P(ADestinationThatHangs, HindersNoOtherCapture) {
     });
 }
 
-TEST_P(ADestinationThatHangs, MayComeBackAfterTheDevicesAreGone) {
+TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
     hang([](CallJudge& judge) {
         std::shared_ptr<sound::PendingSaves> saves;
         {
@@ -120,7 +120,7 @@ TEST_P(ADestinationThatHangs, MayComeBackAfterTheDevicesAreGone) {
             session.tickUntil(500);
             EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
         }
-        // The folder is gone, too: that the save fails is reported to nobody.
+        // The folder is deleted, too: the failure of the save is reported to no window.
         judge.release();
         EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30)));
     });
@@ -129,7 +129,7 @@ TEST_P(ADestinationThatHangs, MayComeBackAfterTheDevicesAreGone) {
 INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
                          testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
 
-TEST(ADestinationThatIsFull, KeepsTheWholeStartOfTheTrackAndTheUserLearnsOfIt) {
+TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) {
     constexpr int mayNotMount = 77;
     const fakes::TempFolder result; // on another disk
     const pid_t child = ::fork();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // From an image's files to the saved capture, in each layout of tools/make_disc_image.py: every
-// sample of the ramp must come out where it belongs, and nothing but it.
+// sample of the ramp must be at its place in the output, with nothing else.
 #include <algorithm>
 
 #include <gmock/gmock.h>
@@ -16,8 +16,7 @@ namespace {
 using fakes::said;
 using sound::StereoFrame;
 
-// Each track but the last with the pause that the next one has before it: 2.4 s, 2.4 s and 2.1333
-// s.
+// Each track except the last includes the pause before the next one: 2.4 s, 2.4 s and 2.1333 s.
 constexpr const char* scriptOptions = "--tracks 3 --sectors 160 --pause 20 --signal ramp";
 constexpr std::int64_t discSectors = 520;
 
@@ -30,8 +29,8 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
         std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), scriptOptions));
 };
 
-/// The file must be silent for the time between the two commands that begin it, hold the disc from
-/// `firstSector` on up to `endSector` at least, and end within the tick after that.
+/// The file must be silent between the two commands that begin it, contain the disc from
+/// `firstSector` to at least `endSector`, and end within the tick after that.
 void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
                    std::int64_t endSector) {
     const auto wav = fakes::readWav(path);
@@ -60,7 +59,7 @@ void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
     disc::expectFrames({sound, saved.end()}, expected);
 }
 
-TEST_P(AnImage, IsSavedSampleBySample) {
+TEST_P(AnImage, IsSavedWithEverySample) {
     capture("", 2400, "1.wav");
     capture(" from 2400", 4800, "2.wav");
     capture(" from 4800", 6933, "3.wav");
@@ -70,7 +69,7 @@ TEST_P(AnImage, IsSavedSampleBySample) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_P(AnImage, TellsItsTracks) {
+TEST_P(AnImage, ReportsItsTracks) {
     EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());
     EXPECT_EQ(send("set cd time format milliseconds"), fakes::fine());
     EXPECT_EQ(send("status cd number of tracks"), said("3"));
@@ -87,7 +86,7 @@ class ATornImage : public testing::Test, protected MachineSession {
     std::shared_ptr<disc::Drive> drive_ = std::make_shared<disc::ImageDrive>(images_.path("a.cue"));
 };
 
-TEST_F(ATornImage, IsFoundByAnOpenDeviceOnceItIsMended) {
+TEST_F(ATornImage, IsFoundByAnOpenDeviceOnceItIsRepaired) {
     images_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:0");
     images_.writeFrames("a.bin", disc::rampSectors(0, 75));
     EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());

@@ -62,8 +62,8 @@ void Interpreter::reportLosses(const std::string& path) {
 Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
-    // "cdaudio", or a type and what it is to open ("avivideo!c:\a.avi"). The type is looked at
-    // before the words: the path behind it may hold blanks, and so look like words.
+    // "cdaudio", or a type and the file to open ("avivideo!c:\a.avi"). The type is checked before
+    // the words: the path after it may contain blanks and so look like words.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

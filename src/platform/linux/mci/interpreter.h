@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's interpreter of media control strings: which device types there are, and which
-// devices are open under which alias. What a device does with a command is the device's own.
+// The machine's interpreter of media control strings: the available device types, and the open
+// devices by alias. The devices carry out the commands.
 #pragma once
 
 #include <map>
@@ -15,13 +15,13 @@
 
 namespace sonarith::mci {
 
-/// Used by the logic's thread alone.
+/// For the logic's thread only.
 ///
-/// Opens "cdaudio" (once, or several times where each open says "shareable": the aliases then stand
-/// for one and the same device), and "waveaudio" as "new". Closing a device stops it and drops what
-/// it has not saved. No command waits for sound, with "wait" or without; for a drive's table one
-/// may (platform/waiting.h). When a recording is saved, the user is told what of the disc that was
-/// played could not be read.
+/// Opens "cdaudio" (once, or several times if each open says "shareable": the aliases then name the
+/// same device), and "waveaudio" as "new". Closing a device stops it and drops its unsaved sound.
+/// No command waits for sound, with or without "wait"; one may wait for a drive's table
+/// (platform/waiting.h). When a recording is saved, the user is notified of the parts of the played
+/// disc that could not be read.
 class Interpreter : public MediaControl {
   public:
     explicit Interpreter(Devices devices) : devices_(std::move(devices)) {}
@@ -34,7 +34,7 @@ class Interpreter : public MediaControl {
     [[nodiscard]] Reply run(std::string_view text);
     [[nodiscard]] Reply open(const Command& command);
     [[nodiscard]] Reply close(const Command& command);
-    /// A recording has been saved at `path`: tells the user what is missing in it.
+    /// Called after a recording was saved at `path`: notifies the user of what is missing in it.
     void reportLosses(const std::string& path);
     [[nodiscard]] Outcome<std::shared_ptr<Device>>
     makeDevice(const std::string& type, const std::string& element, bool shareable);
@@ -42,8 +42,8 @@ class Interpreter : public MediaControl {
 
     Devices devices_;
     std::map<std::string, std::shared_ptr<Device>> open_; ///< by alias in lower case
-    std::weak_ptr<CdDevice> cd_;                          ///< while any alias stands for it
-    bool cdShareable_ = false;                            ///< as cd_ was opened
+    std::weak_ptr<CdDevice> cd_;                          ///< as long as any alias names it
+    bool cdShareable_ = false;                            ///< whether cd_ was opened as shareable
 };
 
 } // namespace sonarith::mci

@@ -24,7 +24,7 @@ TEST(Opening, GivesADeviceItsAlias) {
     EXPECT_EQ(session.send("status other mode"), said("stopped"));
 }
 
-TEST(Opening, WithoutAnAliasTakesTheDevicesName) {
+TEST(Opening, WithoutAnAliasUsesTheDevicesName) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open cdaudio"), fine());
     EXPECT_EQ(session.send("status cdaudio number of tracks"), said("1"));
@@ -50,7 +50,7 @@ TEST(Opening, FailsWithoutADrive) {
     EXPECT_EQ(session.send("open new type waveaudio alias capture"), fine());
 }
 
-TEST(Opening, KnowsItsDeviceTypesAndNoOthers) {
+TEST(Opening, SupportsItsDeviceTypesAndNoOthers) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open sequencer alias x"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("open new type sequencer alias x"),
@@ -65,7 +65,7 @@ TEST(Opening, KnowsItsDeviceTypesAndNoOthers) {
     EXPECT_EQ(session.send("close x"), refused(MciError::invalidDeviceName));
 }
 
-TEST(Opening, SaysWhatIsWrongWithItsWords) {
+TEST(Opening, ReportsErrorsInItsWords) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open new alias x"), refused(MciError::deviceTypeRequired));
     EXPECT_EQ(session.send("open new type waveaudio"), refused(MciError::newRequiresAlias));
@@ -175,7 +175,7 @@ TEST(AReply, IsWrittenInEveryCase) {
     EXPECT_EQ(session.interpreter.sendString("status cd length", &nothing), mciSuccess);
 }
 
-TEST(ErrorTexts, AreThoseOfTheNumbersThatCommandsAnswer) {
+TEST(ErrorTexts, AreThoseOfTheNumbersThatCommandsReturn) {
     MciSession session;
     const int status = session.interpreter.sendString("stop voice1");
     EXPECT_EQ(status, 263);

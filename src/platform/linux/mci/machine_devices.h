@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The devices of a real machine for the interpreter: discs that are heard through the software
-// sound card, and recordings of what it hears. Which drive and which folders is for others to say.
+// The devices of a real machine for the interpreter: discs that are played through the software
+// sound card, and recordings of its sound. The caller chooses the drive and the folders.
 #pragma once
 
 #include <filesystem>
@@ -17,13 +17,13 @@
 namespace sonarith::mci {
 
 struct Machine {
-    sound::SoundCard& card;                              ///< outlives the interpreter
+    sound::SoundCard& card;                              ///< must outlive the interpreter
     Clock now;                                           ///< the clock that moves the card
     std::function<std::shared_ptr<disc::Drive>()> drive; ///< as Devices::drive
     RecordingFolders recordingFolders;
     std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path
-    Notices& notices; ///< of discs and recordings; outlives the interpreter
-    /// Counts what the recorders' disks have not finished; may be a null pointer.
+    Notices& notices; ///< about discs and recordings; must outlive the interpreter
+    /// Counts the recordings that are still being written; may be a null pointer.
     std::shared_ptr<sound::PendingSaves> saves = {};
     sound::RecordingTiming recordingTiming = {};
 };

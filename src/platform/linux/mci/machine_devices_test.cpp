@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The commands of a capture, from the disc's samples to the saved file, through the real player,
-// sound card and recording; the clock alone is the test's.
+// sound card and recording; only the clock is the test's.
 #include "platform/linux/mci/machine_devices.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ using fakes::said;
 
 using disc::framesPerSector;
 
-/// What two tracks of 2 s and 1 s and 7 sectors, and one of 5 s, lie in.
+/// Two tracks of 2 s and of 1 s and 7 sectors, and one of 5 s.
 disc::Table shortTracks() {
     return fakes::audioTable({150, 82, 375});
 }
@@ -33,8 +33,8 @@ class ACapture : public testing::Test, protected MachineSession {
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(disc);
 };
 
-/// Where in the stereo file the run of the disc's frames from `first` up to `end` begins; -1 if
-/// the file does not hold it, whole and in one piece.
+/// The position in the stereo file at which the disc's frames [`first`, `end`) begin; -1 if the
+/// file does not contain them completely and contiguously.
 std::int64_t runAt(const fakes::WavSamples& wav, std::int64_t first, std::int64_t end) {
     const auto frameOf = [&](std::int64_t i) {
         const auto place = static_cast<std::size_t>(2 * i);
@@ -53,7 +53,7 @@ std::int64_t runAt(const fakes::WavSamples& wav, std::int64_t first, std::int64_
     return lead;
 }
 
-TEST_F(ACapture, HoldsTheTracksSamplesBitForBitAsOneRun) {
+TEST_F(ACapture, ContainsTheTracksSamplesBitForBitWithoutGaps) {
     capture(" from 2000", 3093, "4711-2.wav");
     const auto wav = fakes::readWav(folder / "4711-2.wav");
     ASSERT_TRUE(wav);
@@ -67,7 +67,7 @@ TEST_F(ACapture, HoldsTheTracksSamplesBitForBitAsOneRun) {
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsWholeToo) {
+TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsCompleteToo) {
     capture("", 2000, "my music 1.wav");
     capture(" from 3093", 8093, "3.wav");
     const auto first = fakes::readWav(folder / "my music 1.wav");
@@ -122,7 +122,7 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
     EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
-    // And the ticks of a minute and more behind it have not made it longer.
+    // The ticks of more than a minute after it have not extended it.
     EXPECT_LT(wav->samples.size(), 10U * 2 * 44100);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter on the real player, sound card and recording, and the commands of a capture; the
-// clock alone is the test's. For tests only.
+// An interpreter on the real player, sound card and recording, with the commands of a capture; only
+// the clock is the test's. For tests only.
 #pragma once
 
 #include <chrono>
@@ -34,9 +34,9 @@ class MachineSession {
 
     fakes::Answer send(const std::string& command) { return fakes::ask(interpreter, command); }
 
-    /// Ticks as the monitor does, each a little late, until the disc has come to `milliseconds`.
+    /// Ticks like the monitor, each a little late, until the disc has reached `milliseconds`.
     void tickUntil(int milliseconds) {
-        // The reader's thread brings the sound meanwhile; the card waits for it.
+        // The reader's thread delivers the sound meanwhile; the card waits for it.
         EXPECT_TRUE(fakes::eventually([&] {
             if (std::stoi(send("status cd position").reply) >= milliseconds) {
                 return true;
@@ -46,7 +46,7 @@ class MachineSession {
         }));
     }
 
-    /// A whole capture of what lies between two places, in the order of the monitor's commands.
+    /// A whole capture of the range between two positions, in the order of the monitor's commands.
     void capture(const std::string& from, int endMilliseconds, const std::string& path) {
         EXPECT_EQ(send("open new type waveaudio alias capture"), fakes::fine());
         EXPECT_EQ(send(stereo), fakes::fine());

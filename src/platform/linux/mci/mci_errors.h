@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The error numbers of the media control strings, their texts, and the outcome types that carry
-// them inside the interpreter. Nothing here knows a command or a device.
+// The error numbers of the media control strings, their texts, and the result types that carry them
+// inside the interpreter. It knows no command and no device.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@
 
 namespace sonarith::mci {
 
-/// Numbers as programs of this command interface know them: the general ones start at 256, those
-/// of wave devices at 320, and a device's own at 512.
+/// Numbers as used by programs of this command interface: general ones start at 256, those of wave
+/// devices at 320, and a device's own at 512.
 enum class MciError : int {
     none = mciSuccess,
     unrecognizedKeyword = 259,
@@ -44,14 +44,14 @@ enum class MciError : int {
     deviceNotInstalled = 306,
     waveInputsInUse = 322,
     waveInputsUnsuitable = 328,
-    dataTrack = 512,      ///< our compact disc device's own: a data track was to be played
-    commandTooLong = 513, ///< our interpreter's own: see maxCommandBytes
+    dataTrack = 512,      ///< specific to our compact disc device: a data track was to be played
+    commandTooLong = 513, ///< specific to our interpreter: see maxCommandBytes
 };
 
-/// The text for a number; empty for 0 and for a number that is none of MciError's.
+/// The text for a number; empty for 0 and for numbers outside MciError.
 [[nodiscard]] std::string_view errorText(int status);
 
-/// A value, or the number of what went wrong.
+/// A value, or the error number.
 template <typename T>
 struct Outcome {
     MciError error = MciError::none;
@@ -62,10 +62,10 @@ struct Outcome {
     [[nodiscard]] bool ok() const { return error == MciError::none; }
 };
 
-/// What a command answers: a text (empty for a command without one), or an error.
+/// The result of a command: a text (empty for a command without one), or an error.
 using Reply = Outcome<std::string>;
 
-/// The reply of a command that did its work and has nothing to say.
+/// The reply of a successful command without a text.
 [[nodiscard]] inline Reply done() {
     return {std::string()};
 }

@@ -9,7 +9,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(MciErrorTexts, SayWhatIsWrong) {
+TEST(MciErrorTexts, DescribeTheError) {
     EXPECT_THAT(std::string(errorText(261)), HasSubstr("command"));
     EXPECT_THAT(std::string(errorText(263)), HasSubstr("not open"));
     EXPECT_THAT(std::string(errorText(289)), HasSubstr("alias"));
@@ -17,7 +17,7 @@ TEST(MciErrorTexts, SayWhatIsWrong) {
     EXPECT_THAT(std::string(errorText(512)), HasSubstr("data"));
 }
 
-TEST(MciErrorTexts, AreEmptyForSuccessAndForNumbersThatMeanNothing) {
+TEST(MciErrorTexts, AreEmptyForSuccessAndForUnknownNumbers) {
     for (const int status : {0, -1, 1, 255, 256, 258, 2147483647}) {
         EXPECT_THAT(std::string(errorText(status)), IsEmpty()) << status;
     }

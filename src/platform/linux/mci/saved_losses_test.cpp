@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user is told of a recording when it is saved: what of the disc could not be read.
+// The notice about a recording that is saved: which parts of the disc could not be read.
 #include <gmock/gmock.h>
 
 #include "support/cd_session.h"
@@ -38,7 +38,7 @@ class SavedLosses : public testing::Test {
     std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
 };
 
-TEST_F(SavedLosses, AreThoseOfWhatWasPlayed) {
+TEST_F(SavedLosses, AreThoseOfThePlayedRange) {
     disc->silentSectors = {13874, 13875, 13876, 13975};
     disc->guessedSectors = {13900};
     play("2", 100);
@@ -48,7 +48,7 @@ TEST_F(SavedLosses, AreThoseOfWhatWasPlayed) {
                                     "guess in 1234-2.wav."));
 }
 
-TEST_F(SavedLosses, CountASectorOfWhichOnlyAPartWasPlayed) {
+TEST_F(SavedLosses, CountAPartlyPlayedSector) {
     disc->silentSectors = {13875};
     EXPECT_EQ(session.send("record capture"), fine());
     EXPECT_EQ(session.send("play cd from 2"), fine());
@@ -72,7 +72,7 @@ TEST_F(SavedLosses, AreNoneOfAWholeTrack) {
     EXPECT_THAT(told(), IsEmpty());
 }
 
-TEST_F(SavedLosses, AreToldOnceAndAfterASaveThatWorkedOnly) {
+TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.recorder.unwritable = true;
@@ -84,7 +84,7 @@ TEST_F(SavedLosses, AreToldOnceAndAfterASaveThatWorkedOnly) {
     EXPECT_EQ(told().size(), 1u);
 }
 
-TEST_F(SavedLosses, AreNotLookedForOnADiscThatIsClosedOrGone) {
+TEST_F(SavedLosses, AreNotQueriedOnADiscThatIsClosedOrRemoved) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;
@@ -95,7 +95,7 @@ TEST_F(SavedLosses, AreNotLookedForOnADiscThatIsClosedOrGone) {
     EXPECT_THAT(told(), IsEmpty());
 }
 
-TEST_F(SavedLosses, DoNotCountWhatASeekHasPassedOver) {
+TEST_F(SavedLosses, DoNotCountSectorsThatASeekSkipped) {
     disc->silentSectors = {14000};
     EXPECT_EQ(session.send("seek cd to 2"), fine());
     EXPECT_EQ(session.send("seek cd to 3"), fine());

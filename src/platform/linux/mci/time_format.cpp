@@ -12,11 +12,11 @@ namespace {
 constexpr std::int64_t perSecond = disc::sectorsPerSecond;
 constexpr std::int64_t perMinute = 60 * perSecond;
 constexpr std::int64_t perHour = 60 * perMinute;
-/// Fields of tmsf, the format with the most of them.
+/// Number of fields in tmsf, the format with the most of them.
 constexpr std::size_t maxFields = 4;
 using Fields = std::array<std::int64_t, maxFields>;
 
-/// Two digits at least in each field, as readers who cut at fixed places expect.
+/// At least two digits in each field, as callers expect that cut at fixed positions.
 std::string joined(std::initializer_list<std::int64_t> fields) {
     std::string text;
     for (const std::int64_t field : fields) {
@@ -39,7 +39,7 @@ std::string msfText(std::int64_t sectors) {
     return joined({sectors / perMinute, sectors / perSecond % 60, sectors % perSecond});
 }
 
-/// The numbers between colons, at most `count` of them; 0 where the text has ended.
+/// The numbers between colons, at most `count` of them; 0 for missing ones.
 Outcome<Fields> split(std::string_view text, std::size_t count) {
     Fields fields{};
     for (std::size_t i = 0; i < count; ++i) {
@@ -139,7 +139,8 @@ std::string_view nameOf(TimeFormat format) {
     return "tmsf";
 }
 
-// A sector lasts 40/3 ms. Thirds never tie, so adding 1 before the division rounds to the nearest.
+// A sector lasts 40/3 ms. Thirds are never halfway between integers, so adding 1 before the
+// division rounds to the nearest.
 std::int64_t millisecondsOfSector(std::int64_t sector) {
     return (sector * 40 + 1) / 3;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Places and lengths on a disc's time line as texts in the four time formats, and back. Pure
-// arithmetic: no device, no state.
+// Converts positions and lengths on a disc's time line to texts in the four time formats, and back.
+// Pure arithmetic: no device, no state.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace sonarith::mci {
 
 enum class TimeFormat {
     milliseconds,
-    hms,  ///< hours:minutes:seconds, what is left of a second dropped
+    hms,  ///< hours:minutes:seconds, fractions of a second dropped
     msf,  ///< minutes:seconds:sectors (75 to a second)
     tmsf, ///< track:minutes:seconds:sectors, counted from the track's start
 };
@@ -25,21 +25,21 @@ enum class TimeFormat {
 [[nodiscard]] std::string_view nameOf(TimeFormat format);
 
 /// Milliseconds at which a sector starts, rounded to the nearest. A length in milliseconds is the
-/// difference of two such places, and not rounded by itself, so that lengths add up exactly.
+/// difference of two such positions and is not rounded itself, so that lengths add up exactly.
 [[nodiscard]] std::int64_t millisecondsOfSector(std::int64_t sector);
-/// The sector that starts nearest to a time; gives back the sector of millisecondsOfSector.
+/// The sector whose start is nearest to a time; the inverse of millisecondsOfSector.
 [[nodiscard]] std::int64_t sectorOfMilliseconds(std::int64_t milliseconds);
 
 /// `sector` of the line as a text.
 [[nodiscard]] std::string positionText(const disc::Table& table, std::int64_t sector,
                                        TimeFormat format);
-/// What lies between two sectors of the line as a text. In tmsf as "mm:ss:ff", since a length
-/// belongs to no track.
+/// The length between two sectors of the line as a text. In tmsf as "mm:ss:ff", since a length has
+/// no track.
 [[nodiscard]] std::string lengthText(std::int64_t first, std::int64_t end, TimeFormat format);
 
-/// The sector that a text names. Fields missing at a text's end are 0, so in tmsf "3" is the start
-/// of track 3. Errors: badInteger (no number, or too many fields), outOfRange (61 seconds, a track
-/// that is not there, a place beyond the track's or the line's end).
+/// The sector that a text names. Fields missing at the end are 0, so in tmsf "3" is the start of
+/// track 3. Errors: badInteger (not a number, or too many fields), outOfRange (61 seconds, a track
+/// that does not exist, a position beyond the track's or the line's end).
 [[nodiscard]] Outcome<std::int64_t> parsePosition(const disc::Table& table, std::string_view text,
                                                   TimeFormat format);
 

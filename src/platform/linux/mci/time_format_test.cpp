@@ -35,7 +35,7 @@ TEST(Milliseconds, AreTheNearestToASectorsStart) {
     }
 }
 
-TEST(Milliseconds, BetweenSectorsMeanTheNearestSector) {
+TEST(Milliseconds, BetweenSectorsAreRoundedToTheNearestSector) {
     EXPECT_EQ(sectorOfMilliseconds(6), 0); // a sector lasts 13.33 ms
     EXPECT_EQ(sectorOfMilliseconds(7), 1);
     EXPECT_EQ(sectorOfMilliseconds(19), 1);
@@ -93,7 +93,7 @@ TEST(Positions, AreReadBackFromTheirText) {
     }
 }
 
-TEST(Positions, MayLeaveTheirLastFieldsOut) {
+TEST(Positions, MayOmitTheirLastFields) {
     const disc::Table table = audioTable({75 * 3600 * 2, 75 * 200});
     EXPECT_EQ(parsePosition(table, "2", tmsf).value, table.start(2));
     EXPECT_EQ(parsePosition(table, "02:01", tmsf).value, table.start(2) + 75 * 60);

@@ -10,7 +10,7 @@
 namespace sonarith::mci {
 namespace {
 
-// The sound card has one rate and one width of samples; see sound/sample_source.h.
+// The sound card has one sample rate and one sample size; see sound/sample_source.h.
 constexpr int samplesPerSecond = sound::frameRate;
 constexpr int bitsPerSample = 16;
 
@@ -45,7 +45,7 @@ MciError recordingError(ErrorNumber number) {
     case ErrorNumber::invalidProcedureCall:
         return MciError::nonapplicableFunction;
     default:
-        return MciError::fileNotSaved; // there is no room for it on the disk
+        return MciError::fileNotSaved; // there is not enough space for it on the disk
     }
 }
 
@@ -105,7 +105,7 @@ Reply WaveRecorder::set(const Command& command) {
     return done();
 }
 
-/// Takes the fields that are given, if together they are a format that the card records.
+/// Applies the given fields if together they are a format that the card records.
 MciError WaveRecorder::setFormat(const Arguments& arguments) {
     int channels = channels_;
     if (const std::string* text = arguments.value("channels")) {
@@ -131,7 +131,7 @@ MciError WaveRecorder::setFormat(const Arguments& arguments) {
             return MciError::waveInputsUnsuitable;
         }
     }
-    // What has been recorded keeps its channels.
+    // The channels of a recording never change.
     if (recorder_ && channels != channels_) {
         return MciError::nonapplicableFunction;
     }
@@ -189,7 +189,7 @@ Reply WaveRecorder::status(const Command& command) {
         return std::string(recording() ? "recording" : "stopped");
     }
     if (item == "ready" || item == "media present") {
-        return std::string("true"); // the software sound card is always there
+        return std::string("true"); // the software sound card always exists
     }
     if (item == "time format") {
         return std::string(unit_ == LengthUnit::bytes     ? "bytes"

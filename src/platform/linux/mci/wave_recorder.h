@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The device type "waveaudio", as a recorder of new sounds: its format, its recording and the
-// saving of it, by commands. It plays nothing, opens no existing file, and writes none itself.
+// The device type "waveaudio", as a recorder of new sounds: its format, recording and saving,
+// controlled by commands. It plays nothing, opens no existing file, and writes none itself.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,9 @@ namespace sonarith::mci {
 /// format); record (overwrite, insert); stop; save; status (length, position, mode, ready, media
 /// present, time format, and the names of the format's values).
 ///
-/// A new device has no sound, the format 44100 Hz, 16 bit, stereo, and counts milliseconds. Its
-/// place is always the end of what it holds, so overwriting and inserting both go on there.
+/// A new device has no sound, the format 44100 Hz, 16 bit, stereo, and the time format
+/// milliseconds. Its position is always the end of the recorded sound, so overwriting and inserting
+/// both continue there.
 class WaveRecorder : public Device {
   public:
     explicit WaveRecorder(const Devices& devices);

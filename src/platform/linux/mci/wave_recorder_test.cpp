@@ -22,7 +22,7 @@ class Opened : public MciSession {
     [[nodiscard]] fakes::RecorderState& recorder() { return machine.recorder; }
 };
 
-TEST(CapturingATrack, AnswersEachCommandOfTheWay) {
+TEST(CapturingATrack, RepliesToEachCommandOfACapture) {
     Opened session;
     EXPECT_EQ(session.send("set capture samplespersec 44100 channels 2 bitspersample 16 "
                            "alignment 4 bytespersec 176400"),
@@ -78,7 +78,7 @@ TEST(TheFormat, OfAnyOtherKindFailsAndChangesNothing) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
-TEST(TheFormat, CannotChangeUnderARecording) {
+TEST(TheFormat, CannotChangeDuringARecording) {
     Opened session;
     session.send("record capture");
     EXPECT_EQ(session.send("set capture channels 1"), refused(MciError::nonapplicableFunction));
@@ -86,7 +86,7 @@ TEST(TheFormat, CannotChangeUnderARecording) {
     EXPECT_EQ(session.send("status capture channels"), said("2"));
 }
 
-TEST(TheFormat, CannotChangeUnderWhatWasRecordedAndIsNotSaved) {
+TEST(TheFormat, CannotChangeWhileUnsavedSoundExists) {
     Opened session;
     session.send("record capture");
     session.send("stop capture");
@@ -128,7 +128,7 @@ TEST(TheUnit, HasANameAndOnlyOfThese) {
     EXPECT_EQ(session.send("status capture time format"), said("bytes"));
 }
 
-TEST(Recording, GoesOnAfterAStop) {
+TEST(Recording, ContinuesAfterAStop) {
     Opened session;
     EXPECT_EQ(session.send("record capture overwrite"), fine());
     EXPECT_EQ(session.send("record capture insert"), fine()); // it records already
@@ -142,7 +142,7 @@ TEST(Recording, GoesOnAfterAStop) {
     EXPECT_EQ(session.send("record capture sideways"), refused(MciError::unrecognizedKeyword));
 }
 
-TEST(Recording, FailsWithWordsWhereItCannotBegin) {
+TEST(Recording, FailsWithAMessageIfItCannotBegin) {
     Opened session;
     session.recorder().busy = true;
     EXPECT_EQ(session.send("record capture overwrite"), refused(MciError::waveInputsInUse));
@@ -164,7 +164,7 @@ TEST(Saving, NeedsANameAndARecording) {
     EXPECT_TRUE(session.recorder().recording);
 }
 
-TEST(Saving, StopsWhatStillRecords) {
+TEST(Saving, StopsARunningRecording) {
     Opened session;
     session.send("record capture");
     EXPECT_EQ(session.send("save capture \"c:\\My Music\\a.wav\""), fine());
@@ -182,7 +182,7 @@ TEST(Saving, ThatFailsKeepsTheRecording) {
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
 }
 
-TEST(Closing, DropsWhatWasNotSaved) {
+TEST(Closing, DropsUnsavedSound) {
     Opened session;
     session.send("record capture");
     EXPECT_EQ(session.send("close capture"), fine());
@@ -192,7 +192,7 @@ TEST(Closing, DropsWhatWasNotSaved) {
     EXPECT_THAT(session.recorder().saved, IsEmpty());
 }
 
-TEST(WrongCommandsToARecorder, SayWhatIsWrong) {
+TEST(WrongCommandsToARecorder, ReportTheCause) {
     Opened session;
     EXPECT_EQ(session.send("stop capture"), fine()); // at rest already
     EXPECT_EQ(session.send("play capture"), refused(MciError::unsupportedFunction));
