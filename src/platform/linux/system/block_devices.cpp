@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A disk below a volume below an encryption: three levels. More would be a circle.
+/// A disk below a volume below an encryption: three levels. More would be a cycle.
 constexpr int deepestStack = 8;
 
 bool holdsOne(const fs::path& file) {
@@ -29,7 +29,8 @@ std::optional<std::string> BlockDevices::nameOf(const MountPoint& mount) const {
     if (!failed) {
         return device.filename().string();
     }
-    // File systems of several devices have a number of their own, and name one of these.
+    // File systems on several devices have a device number of their own, and name one of these
+    // devices.
     constexpr std::string_view devices = "/dev/";
     if (!mount.source.starts_with(devices)) {
         return std::nullopt;
@@ -56,7 +57,7 @@ bool BlockDevices::isRemovable(const std::string& name, int depth) const {
     if (holdsOne(device / "removable")) {
         return true;
     }
-    // The folder lists the parts that a mapped device is made of.
+    // The folder lists the devices below a mapped device.
     for (fs::directory_iterator part(device / "slaves", failed), end; !failed && part != end;
          part.increment(failed)) {
         if (isRemovable(part->path().filename().string(), depth + 1)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the kernel and the device manager tell of the block device below a mount. It opens no
+// What the kernel and the device manager report about the block device below a mount. It opens no
 // device: one that hangs or sleeps is neither waited for nor woken.
 #pragma once
 
@@ -12,14 +12,14 @@ namespace sonarith::system_information {
 
 class BlockDevices {
   public:
-    /// `sys` has the form of /sys, `disks` of /dev/disk.
+    /// `sys` has the layout of /sys, `disks` that of /dev/disk.
     BlockDevices(std::string sys, std::string disks)
         : sys_(std::move(sys)), disks_(std::move(disks)) {}
 
-    /// The kernel's name of the device ("sda1", "dm-0"); nothing for a mount without one.
+    /// The kernel's name of the device ("sda1", "dm-0"); empty for a mount without one.
     [[nodiscard]] std::optional<std::string> nameOf(const MountPoint& mount) const;
-    /// The kernel's flag, of the whole disk that a partition belongs to, or of a disk that a
-    /// mapped device (encryption, volumes) is made of.
+    /// The kernel's removable flag: that of the whole disk of a partition, or of a disk below a
+    /// mapped device (encryption, volumes).
     [[nodiscard]] bool isRemovable(const std::string& name) const;
 
     /// The file system's label; empty for none.
@@ -35,7 +35,7 @@ class BlockDevices {
     std::string disks_;
 };
 
-/// A name below /dev/disk, in which the device manager writes odd bytes as \x20.
+/// Decodes a name below /dev/disk, in which the device manager writes special bytes as \x20.
 [[nodiscard]] std::string plainDiskName(const std::string& text);
 
 } // namespace sonarith::system_information

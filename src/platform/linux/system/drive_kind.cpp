@@ -15,12 +15,12 @@ bool isOneOf(const std::array<std::string_view, Count>& types, const std::string
 }
 
 bool isOptical(const MountPoint& mount) {
-    // 11 is the kernel's number of optical drives (its devices.txt). Sticks may hold the second
-    // type, discs and their images hold the first alone.
+    // 11 is the kernel's device number of optical drives (its devices.txt). Memory sticks may have
+    // the second type; only discs and their images have the first.
     return mount.device.starts_with("11:") || mount.fileSystemType == "iso9660";
 }
 
-/// A server's folder, or a host's that a virtual machine sees.
+/// A server's folder, or a host's folder in a virtual machine.
 bool isRemote(const MountPoint& mount) {
     static constexpr std::array<std::string_view, 19> types = {
         "9p",     "afs",  "beegfs",    "ceph",   "cifs",    "coda", "davfs",
@@ -31,7 +31,7 @@ bool isRemote(const MountPoint& mount) {
         "fuse.davfs2",     "fuse.gcsfuse",  "fuse.glusterfs",   "fuse.goofys",
         "fuse.gvfsd-fuse", "fuse.kio-fuse", "fuse.rclone",      "fuse.s3fs",
         "fuse.smbnetfs",   "fuse.sshfs",    "fuse.vmhgfs-fuse", "fuse.webdavfs"};
-    // Whatever else names a host: "//host/share", "host:/folder", "https://host".
+    // Other sources that name a host: "//host/share", "host:/folder", "https://host".
     const bool namesHost =
         mount.source.starts_with("//") || mount.source.find(":/") != std::string::npos;
     return isOneOf(types, mount.fileSystemType) || isOneOf(programs, mount.fileSystemType) ||
@@ -46,9 +46,9 @@ DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
     }
     const auto device = devices.nameOf(mount);
     if (!device) {
-        // Without a device of its own: a pool of disks, a folder that a program encrypts, or a
-        // tmpfs, which is no RAM disk to the kernel either: it takes from memory and swap what its
-        // files need, and is full at a size that can be watched.
+        // No device of its own: a pool of disks, a folder that a program encrypts, or a tmpfs. The
+        // kernel does not treat a tmpfs as a RAM disk either: it takes the space for its files from
+        // memory and swap, and has a size limit that can be monitored.
         return isRemote(mount) ? DriveKind::network : DriveKind::fixed;
     }
     if (device->starts_with("ram") || device->starts_with("zram")) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which kind of drive a mount is to a user, by its file system's type and its device.
+// Determines the kind of drive that the user sees for a mount, from its file system's type and its
+// device.
 #pragma once
 
 #include "platform/linux/paths/mount_info.h"
@@ -8,7 +9,7 @@
 
 namespace sonarith::system_information {
 
-/// Never asks the mount itself.
+/// Never accesses the mount itself.
 [[nodiscard]] DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices);
 
 } // namespace sonarith::system_information

@@ -55,7 +55,7 @@ TEST_F(DriveKindTest, FollowsItThroughMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:2"), DriveKind::removable);
 }
 
-TEST_F(DriveKindTest, StandsACircleOfMappedDevices) {
+TEST_F(DriveKindTest, ToleratesACycleOfMappedDevices) {
     sys.addDisk("dm-8", "253:8");
     sys.addDisk("dm-9", "253:9");
     sys.addSlave("dm-8", "dm-9");
@@ -65,7 +65,7 @@ TEST_F(DriveKindTest, StandsACircleOfMappedDevices) {
 
 TEST_F(DriveKindTest, OfAFileSystemWithItsOwnNumberIsThatOfItsSource) {
     std::filesystem::create_directories(sys / "dev");
-    // A source below /dev that exists nowhere counts as none.
+    // A source below /dev that does not exist is ignored.
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/no-such-disk"), DriveKind::fixed);
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/sda1"), DriveKind::removable);
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/sdb1"), DriveKind::fixed);
@@ -83,7 +83,7 @@ TEST_F(DriveKindTest, OfABlockDeviceInMemoryIsRamDisk) {
     EXPECT_EQ(kindOf("ext4", "252:1"), DriveKind::ramDisk);
 }
 
-TEST_F(DriveKindTest, OfATmpfsIsFixedSoThatItIsWatched) {
+TEST_F(DriveKindTest, OfATmpfsIsFixedSoThatItsSpaceIsMonitored) {
     EXPECT_EQ(kindOf("tmpfs", "0:23", "tmpfs"), DriveKind::fixed);
 }
 
@@ -94,7 +94,7 @@ TEST_F(DriveKindTest, OfAServersFolderIsNetwork) {
         const bool known = std::string(type) != "webdavfs.fuse";
         EXPECT_EQ(kindOf(type, "0:50"), known ? DriveKind::network : DriveKind::fixed) << type;
     }
-    // Of an unknown type, but from a host.
+    // An unknown type, but with a host.
     EXPECT_EQ(kindOf("fuse", "0:50", "https://host/dav"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "host:/folder"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "//host/share"), DriveKind::network);
@@ -106,7 +106,7 @@ TEST_F(DriveKindTest, OfAProgramsLocalFolderIsFixed) {
     }
 }
 
-TEST_F(DriveKindTest, IsFixedWhereTheKernelTellsNothing) {
+TEST_F(DriveKindTest, IsFixedIfTheKernelHasNoInformation) {
     const BlockDevices nothing("/no/sys", "/no/disk");
     EXPECT_EQ(driveKindOf({"/mnt", "ext4", false, "8:1", "/dev/sda1"}, nothing), DriveKind::fixed);
 }

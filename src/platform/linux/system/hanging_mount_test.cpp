@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A real mount whose calls never return: a FUSE file system of which nobody serves the requests.
-// Only where a test may mount.
+// A real mount whose calls never return: a FUSE file system without a process that serves its
+// requests. Only where a test may mount.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -64,7 +64,7 @@ int lookAtAHangingMount(const std::string& point) {
     if (!system_information::spaceAtLast(information, "C:\\")) {
         return 7;
     }
-    const int threadsBefore = threadsNow(); // the one that asks among them
+    const int threadsBefore = threadsNow(); // includes the thread that queries
     const auto start = std::chrono::steady_clock::now();
     if (information.diskSpace("D:\\")) {
         return 2;
@@ -92,7 +92,7 @@ int lookAtAHangingMount(const std::string& point) {
     return information.unanswered() == 0 && !information.diskSpace("D:\\") ? 0 : 6;
 }
 
-TEST(AHangingMount, HoldsUpOneThreadAndNothingElse) {
+TEST(AHangingMount, BlocksOneThreadAndNothingElse) {
     const fakes::TempFolder folder;
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);

@@ -32,13 +32,13 @@ std::string textOfFile(const std::string& path) {
     return (std::stringstream() << file.rdbuf()).str();
 }
 
-/// As in a fixed buffer.
+/// With a terminating NUL, as in a fixed buffer.
 std::string withNul(std::string text) {
     text.push_back('\0');
     return text;
 }
 
-/// Some programs' file systems claim sizes that no number holds.
+/// Some FUSE file systems report sizes that overflow every number.
 std::int64_t product(std::uint64_t blocks, std::uint64_t blockBytes) {
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     const bool fits = blockBytes == 0 || blocks <= most / blockBytes;
@@ -47,7 +47,7 @@ std::int64_t product(std::uint64_t blocks, std::uint64_t blockBytes) {
 
 std::optional<std::string> accountName() {
     constexpr std::size_t entryBytes =
-        16384; // what getpwuid_r() suggests on no system exceeds this
+        16384; // no known system's recommendation for getpwuid_r() exceeds this
     std::string buffer(entryBytes, '\0');
     passwd entry{};
     passwd* found = nullptr;
@@ -65,7 +65,7 @@ std::optional<DiskSpace> spaceOf(const std::string& machinePath) {
     if (::statvfs(machinePath.c_str(), &sizes) != 0) {
         return std::nullopt;
     }
-    // "bavail" leaves out what is kept for the superuser.
+    // "bavail" excludes the space reserved for the superuser.
     return DiskSpace{product(sizes.f_blocks, sizes.f_frsize),
                      product(sizes.f_bavail, sizes.f_frsize)};
 }
@@ -132,7 +132,8 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // Several drives of one mount hang together. Another mount on the same point is another thing.
+    // Several drives of one mount hang together. Another mount on the same mount point is a
+    // different object.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string thing = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(thing, [read = readSpace_, path = drive->mountPoint] { return read(path); });
@@ -167,7 +168,8 @@ MemoryStatus LinuxSystemInformation::memoryStatus() const {
 }
 
 ProcessorInformation LinuxSystemInformation::processor() const {
-    // The newest number that the product has a name for; its processors understand the same code.
+    // The newest processor number for which the product has a name; these processors are compatible
+    // with it.
 #if defined(__x86_64__) || defined(__i386__)
     constexpr int type = 586;
 #else
@@ -184,7 +186,7 @@ std::optional<SystemVersion> LinuxSystemInformation::version() const {
 }
 
 int LinuxSystemInformation::keyboardType() const {
-    // "Enhanced": what keyboards have been since; the kernel does not tell older ones apart.
+    // "Enhanced": the type of all current keyboards; the kernel does not distinguish older ones.
     constexpr int enhanced = 4;
     return keyboardIn(textOfFile(places_.inputDevices)).present ? enhanced : 0;
 }
@@ -200,7 +202,7 @@ std::string LinuxSystemInformation::folderText(const std::string& machinePath) c
 }
 
 std::optional<std::string> LinuxSystemInformation::tempFolder() const {
-    // The system's own variable for it, which is to be a whole path.
+    // The system's own variable for it; only an absolute path is used.
     const char* named = std::getenv("TMPDIR");
     return folderText(named != nullptr && *named == '/' ? named : "/tmp");
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a Linux machine tells of itself, of its drives and of its user. Which letter stands for
-// which mount is not decided here, and no text of the product is made here.
+// Information about a Linux machine, its drives and its user. It neither assigns letters to mounts
+// nor creates texts of the product.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,7 @@
 
 namespace sonarith {
 
-/// Where the kernel and the device manager tell; another place in tests.
+/// The files of the kernel and the device manager; other paths in tests.
 struct InformationPlaces {
     std::string mountList = "/proc/self/mountinfo";
     std::string memory = "/proc/meminfo";
@@ -27,17 +27,17 @@ struct InformationPlaces {
     std::string disks = "/dev/disk";
 };
 
-/// The sizes of the file system that holds a machine path; nothing if it refuses. It may never
+/// The sizes of the file system that contains a machine path; empty if the call fails. It may never
 /// return.
 [[nodiscard]] std::optional<DiskSpace> spaceOf(const std::string& machinePath);
 
-/// A drive is a letter with its folder. What may hang is asked on a thread of its own: the sizes of
-/// a mount, and the user's name, which may come from a server.
+/// A drive is a letter with its folder. Queries that may hang run on a separate thread: the sizes
+/// of a mount, and the user's name, which may come from a server.
 class LinuxSystemInformation final : public SystemInformation {
   public:
     /// The drives that there are now. Called when the kernel's list of mounts has changed.
     using Drives = std::function<std::vector<Drive>()>;
-    /// From an absolute machine path to the logic's.
+    /// Translates an absolute machine path to the logic's.
     using ToLogic = std::function<std::string(const std::string&)>;
     /// As spaceOf(). Called on another thread, which may outlive this.
     using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;
@@ -51,8 +51,8 @@ class LinuxSystemInformation final : public SystemInformation {
                                                   std::size_t size) const override;
     [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
     [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
-    /// The serial number is the end of the file system's UUID: all of it where that has eight
-    /// digits, and what other systems show where it has sixteen.
+    /// The serial number is the end of the file system's UUID: all of it if it has eight digits,
+    /// and the part that other systems show if it has sixteen.
     [[nodiscard]] std::optional<VolumeInformation>
     volumeInformation(const std::string& root) const override;
     [[nodiscard]] MemoryStatus memoryStatus() const override;
@@ -66,7 +66,7 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> computerName() const override;
     [[nodiscard]] std::optional<std::string> userName() const override;
 
-    /// Mounts that have not answered yet, each of which holds one thread.
+    /// Mounts that have not responded yet, each of which occupies one thread.
     [[nodiscard]] std::size_t unanswered() const { return calls_.unanswered(); }
 
   private:

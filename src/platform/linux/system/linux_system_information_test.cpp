@@ -28,7 +28,7 @@ std::string unchanged(const std::string& path) {
     return path;
 }
 
-/// What a command prints, without its last line end.
+/// The output of a command, without its last line end.
 std::string printedBy(const std::string& command) {
     std::string text;
     FILE* pipe = ::popen(command.c_str(), "r");
@@ -74,7 +74,7 @@ TEST_F(ThisMachine, HasTheSizesThatDfPrints) {
         std::int64_t available = 0;
         df >> total >> available;
         EXPECT_EQ(space->totalBytes, total);
-        // Other programs write meanwhile.
+        // Other programs write to the disk meanwhile.
         constexpr double tolerance = 256e6;
         EXPECT_NEAR(static_cast<double>(space->freeBytes), static_cast<double>(available),
                     tolerance);
@@ -87,10 +87,10 @@ TEST_F(ThisMachine, RefusesAHomeThatDoesNotExist) {
     EXPECT_FALSE(information.diskSpace("").has_value());
 }
 
-TEST_F(ThisMachine, KnowsItsDrivesByFindmnt) {
+TEST_F(ThisMachine, HasTheDrivesThatFindmntPrints) {
     const std::string type = printedBy("findmnt -n -o FSTYPE --target /");
     ASSERT_FALSE(type.empty());
-    // Tests run on no stick and on no server.
+    // Tests run neither on a memory stick nor on a server.
     EXPECT_EQ(information.driveKind("C:\\"), DriveKind::fixed) << type;
     EXPECT_EQ(information.driveKind("c:\\"), DriveKind::fixed);
     EXPECT_EQ(printedBy("findmnt -n -o FSTYPE --target /dev/shm | tail -1"), "tmpfs");
@@ -146,12 +146,12 @@ TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
     EXPECT_EQ(beforeNul(mapped.tempFolder()), "C:" + printedBy("echo ${TMPDIR:-/tmp}"));
 }
 
-TEST_F(ThisMachine, KnowsItsKeyboardIfItHasOne) {
+TEST_F(ThisMachine, HasAKeyboardIfTheMachineHasOne) {
     const int type = information.keyboardType();
     EXPECT_EQ(type, information.functionKeys() > 0 ? 4 : 0);
 }
 
-TEST_F(ThisMachine, WritesTheListOfDrivesAsTheInterfaceSays) {
+TEST_F(ThisMachine, FormatsTheListOfDrivesAsTheInterfaceDefines) {
     std::string buffer(10, ' ');
     EXPECT_EQ(information.logicalDriveStrings(buffer, buffer.size()), 13U);
     EXPECT_EQ(buffer, std::string(10, ' '));
@@ -217,7 +217,7 @@ TEST_F(MadeUpMachine, TellsKindsLabelsAndSerialNumbers) {
     EXPECT_FALSE(information.volumeInformation("X:\\").has_value());
 }
 
-TEST_F(MadeUpMachine, WithoutAListOfMountsKnowsNoKind) {
+TEST_F(MadeUpMachine, WithoutAListOfMountsTheKindIsUnknown) {
     places.mountList = "/no/such/list";
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);
@@ -233,7 +233,7 @@ TEST_F(MadeUpMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
     EXPECT_EQ(serialNumberIn("xyz"), 0U);
 }
 
-TEST_F(MadeUpMachine, PassesSizesOfAnyNumberOn) {
+TEST_F(MadeUpMachine, ForwardsSizesOfAnyMagnitude) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,
@@ -270,7 +270,7 @@ struct HangingReader {
     }
 };
 
-TEST_F(MadeUpMachine, AMountThatHangsCostsOneWaitAndOneThread) {
+TEST_F(MadeUpMachine, AHangingMountCostsOneWaitAndOneThread) {
     const auto reader = std::make_shared<HangingReader>();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,

@@ -11,7 +11,7 @@ namespace sonarith::system_information {
 
 namespace {
 
-/// Takes a number from the front of `text`; nothing, and `text` as it was, if none is there.
+/// Removes a number from the beginning of `text`; empty, with `text` unchanged, if there is none.
 template <typename Number>
 std::optional<Number> takeNumber(std::string_view& text, int base = 10) {
     Number number = 0;
@@ -29,7 +29,7 @@ bool takeCharacter(std::string_view& text, char wanted) {
     return there;
 }
 
-/// Which keys a device has: words of 64 keys each, the highest first.
+/// The keys of a device: words of 64 keys each, the highest first.
 class KeySet {
   public:
     explicit KeySet(const std::string& words) {
@@ -64,7 +64,7 @@ Keyboard keyboardOf(const KeySet& keys) {
     constexpr int lettersOfTheRow = 10;
     Keyboard keyboard;
     keyboard.present = keys.countOf(letterQ, letterP) == lettersOfTheRow;
-    // Not F13 to F24: drivers claim these for keyboards that do not have them.
+    // Not F13 to F24: drivers report these for keyboards that do not have them.
     constexpr std::size_t f1 = 59, f10 = 68, f11 = 87, f12 = 88;
     keyboard.functionKeys = keyboard.present ? keys.countOf(f1, f10) + keys.countOf(f11, f12) : 0;
     return keyboard;
@@ -96,7 +96,7 @@ MemoryStatus memoryIn(std::string_view memInfo) {
 }
 
 OnlineProcessors processorsIn(std::string_view list) {
-    // More than any kernel is built for; a list that claims more is not believed.
+    // More than any kernel supports; a list with more is not trusted.
     constexpr int mostProcessors = 65536;
     constexpr int bits = 64;
     OnlineProcessors online;
@@ -135,7 +135,8 @@ std::optional<SystemVersion> versionIn(std::string_view release) {
     if (!minor) {
         return std::nullopt;
     }
-    // 2 stood for the system of the time that has users, rights and protected memory.
+    // 2 is the platform number of the contemporary system with users, permissions and protected
+    // memory.
     return SystemVersion{2, *major, *minor};
 }
 

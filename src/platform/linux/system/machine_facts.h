@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the kernel's texts say of memory, processors and keyboards. Text alone: it opens no file.
+// Parses the kernel's texts about memory, processors and keyboards. Text only: it opens no file.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +10,15 @@
 
 namespace sonarith::system_information {
 
-/// From the text of /proc/meminfo. All 0 where that has another form.
+/// From the text of /proc/meminfo. All 0 if it has another format.
 [[nodiscard]] MemoryStatus memoryIn(std::string_view memInfo);
 
 struct OnlineProcessors {
     int count = 0;
-    std::uint64_t mask = 0; ///< the first 64
+    std::uint64_t mask = 0; ///< the first 64 processors
 };
-/// From a list as in /sys/devices/system/cpu/online: "0-3,5". Ends at what has another form.
+/// From a list as in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first part with
+/// another format.
 [[nodiscard]] OnlineProcessors processorsIn(std::string_view list);
 
 struct Keyboard {
@@ -25,11 +26,10 @@ struct Keyboard {
     int functionKeys = 0;
 };
 /// The keyboard with the most function keys (12 at most), from the text of /proc/bus/input/devices.
-/// Buttons and remote controls that the kernel counts among keyboards have no letters, and are none
-/// here.
+/// Buttons and remote controls that the kernel lists as keyboards have no letters and are ignored.
 [[nodiscard]] Keyboard keyboardIn(std::string_view inputDevices);
 
-/// The first two numbers of a kernel's release, "6.1.0-32-amd64"; nothing for another form.
+/// The first two numbers of a kernel's release, "6.1.0-32-amd64"; empty for another format.
 [[nodiscard]] std::optional<SystemVersion> versionIn(std::string_view release);
 
 } // namespace sonarith::system_information

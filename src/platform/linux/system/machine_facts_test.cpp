@@ -17,7 +17,7 @@ TEST(MemoryIn, ReadsTotalAndAvailable) {
     EXPECT_EQ(status.loadPercent, 75);
 }
 
-TEST(MemoryIn, IsZeroForAnotherForm) {
+TEST(MemoryIn, IsZeroForAnotherFormat) {
     for (const char* text : {"", "MemTotal", "MemTotal: x kB\n", "\n\n", "MemTotal: 0 kB\n"}) {
         const MemoryStatus status = memoryIn(text);
         EXPECT_EQ(status.totalBytes, 0) << text;
@@ -34,7 +34,7 @@ TEST(ProcessorsIn, CountsRangesAndSingleOnes) {
     EXPECT_EQ(processorsIn("0-127").mask, ~std::uint64_t{0});
 }
 
-TEST(ProcessorsIn, EndsAtWhatHasAnotherForm) {
+TEST(ProcessorsIn, EndsAtTheFirstPartWithAnotherFormat) {
     EXPECT_EQ(processorsIn("").count, 0);
     EXPECT_EQ(processorsIn("x").count, 0);
     EXPECT_EQ(processorsIn("0-").count, 0);
@@ -43,7 +43,7 @@ TEST(ProcessorsIn, EndsAtWhatHasAnotherForm) {
     EXPECT_EQ(processorsIn("0-99999999").count, 0);
 }
 
-// Lines as the kernel writes them of a keyboard, a power button and a mouse.
+// The kernel's lines for a keyboard, a power button and a mouse.
 constexpr const char* keyboardKeys =
     "B: KEY=402000000 3803078f800d001 feffffdfffefffff fffffffffffffffe\n";
 constexpr const char* buttonKeys = "B: KEY=10000000000000 0\n";
@@ -56,21 +56,21 @@ TEST(KeyboardIn, CountsItsFunctionKeys) {
     EXPECT_EQ(keyboard.functionKeys, 12);
 }
 
-TEST(KeyboardIn, KnowsButtonsAndMiceForNone) {
+TEST(KeyboardIn, DoesNotCountButtonsAndMice) {
     EXPECT_FALSE(keyboardIn("").present);
     EXPECT_FALSE(keyboardIn(std::string(buttonKeys) + mouseKeys).present);
     EXPECT_EQ(keyboardIn(std::string(buttonKeys) + mouseKeys).functionKeys, 0);
     EXPECT_FALSE(keyboardIn("B: KEY=\nB: KEY=zz\n").present);
 }
 
-TEST(KeyboardIn, TakesTheOneWithTheMost) {
-    // Letters, F1 and F2 alone.
+TEST(KeyboardIn, PrefersTheOneWithTheMost) {
+    // Only letters, F1 and F2.
     const std::string small = "B: KEY=0 1ffffffffffffff8\n";
     EXPECT_EQ(keyboardIn(small).functionKeys, 2);
     EXPECT_EQ(keyboardIn(small + keyboardKeys + small).functionKeys, 12);
 }
 
-TEST(KeyboardIn, DoesNotBelieveDriversThatClaimMoreThanTwelve) {
+TEST(KeyboardIn, DoesNotTrustDriversThatReportMoreThanTwelve) {
     const std::string every = "B: KEY=ffffffffffffffff ffffffffffffffff ffffffffffffffff "
                               "ffffffffffffffff\n";
     EXPECT_EQ(keyboardIn(every).functionKeys, 12);

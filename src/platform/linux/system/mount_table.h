@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which mount a path lies on, as the kernel's list has it now. It looks at no mount, so that one
-// that hangs holds up nobody.
+// Finds the mount of a path in the kernel's current list. It accesses no mount, so a hanging one
+// blocks no caller.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@ namespace sonarith::system_information {
 
 class MountTable {
   public:
-    /// `list` is a file of the form of /proc/self/mountinfo.
+    /// `list` is a file in the format of /proc/self/mountinfo.
     explicit MountTable(const std::string& list) : kernel_(list) {}
 
     /// Brings the table up to date; whether the kernel's list has changed. True at the first call.

@@ -39,7 +39,7 @@ class FakeSys {
         addDevice("devices/" + disk + "/" + name, name, number);
         std::ofstream(sys() + "/devices/" + disk + "/" + name + "/partition") << "1\n";
     }
-    /// `part` is one of the devices that the mapped device `name` is made of.
+    /// `part` is one of the devices below the mapped device `name`.
     void addSlave(const std::string& name, const std::string& part) {
         const std::string slaves = sys() + "/devices/" + name + "/slaves";
         std::filesystem::create_directories(slaves);
