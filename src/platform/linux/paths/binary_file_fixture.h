@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What tests of opened files share: a folder d:\ with files on the machine's disk, and the same in
-// memory, so that one test holds both to the same behaviour.
+// Shared by tests of opened files: a folder d:\ with files on the machine's disk, and the same in
+// memory, so that one test checks that both behave the same.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -50,13 +50,13 @@ inline ErrorNumber readFailure(BinaryFile& file, std::int64_t offset) {
     return file.read(offset, buffer).error().number;
 }
 
-/// A folder d:\ with the machine's files, or the same in memory: what is tested holds for both.
+/// A folder d:\ with the machine's files, or the same in memory; each test must hold for both.
 struct BinaryWorld {
     virtual ~BinaryWorld() = default;
     virtual FileSystem& files() = 0;
     virtual void put(const std::string& name, const std::string& content) = 0;
     virtual void makeFolder(const std::string& name) = 0;
-    /// Nothing for a file that does not exist.
+    /// Empty for a file that does not exist.
     virtual std::optional<std::string> content(const std::string& name) = 0;
 };
 

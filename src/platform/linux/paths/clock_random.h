@@ -15,7 +15,7 @@ class ClockRandom final : public Random {
     /// The machine's wall clock in nanoseconds.
     [[nodiscard]] static std::uint64_t clockReading();
 
-    /// Seeded at once. `clock` is read at each seeding.
+    /// Seeded by the constructor. `clock` is read at each seeding.
     explicit ClockRandom(std::function<std::uint64_t()> clock = clockReading);
 
     void reseedFromClock() override;

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(ClockRandom, DrawsFractionsFromZeroUpToButNotOne) {
+TEST(ClockRandom, DrawsFractionsFromZeroToBelowOne) {
     ClockRandom random([] { return 7ULL; });
     double sum = 0;
     constexpr int draws = 100000;
@@ -32,7 +32,7 @@ TEST(ClockRandom, DrawsTheSameForTheSameClockReading) {
     EXPECT_NE(random.fraction(), first);
 }
 
-TEST(ClockRandom, TakesTheHighHalfOfTheClockIntoAccount) {
+TEST(ClockRandom, UsesTheHighHalfOfTheClock) {
     std::set<float> drawn;
     for (std::uint64_t high = 0; high < 100; ++high) {
         drawn.insert(ClockRandom([&] { return high << 32; }).fraction());

@@ -22,7 +22,7 @@ char upperLetter(char letter) {
 std::string storedMountPoint(const SettingsStore& store, char letter) {
     const std::string stored =
         store.GetSetting(applicationName, drivesSection, std::string(1, letter), "");
-    // What is no absolute path was not put there by this program: the letter is free.
+    // This program never stores a relative path here: the letter is free.
     return stored.starts_with('/') ? stored : std::string();
 }
 
@@ -85,9 +85,9 @@ std::optional<std::string> DriveTable::mountPointOf(char letter) const {
 }
 
 const Drive& DriveTable::driveOf(std::string_view machinePath) const {
-    const Drive* deepest = &drives_.front(); // C:, the root, holds every path
+    const Drive* deepest = &drives_.front(); // C:, the root, contains every path
     for (const Drive& drive : drives_) {
-        // Holders of one path that are as deep as each other are the same folder.
+        // Two mount points of equal depth that contain the same path are the same folder.
         const std::size_t depth = drive.mountPoint.size();
         const std::size_t deepestYet = deepest->mountPoint.size();
         if (isWithin(machinePath, drive.mountPoint) &&

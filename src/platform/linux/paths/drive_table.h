@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which drive letter stands for which part of the machine's files. C: is the root file system, H:
-// the user's home; mounted file systems get the other letters from D: to Z: in the order in which
-// they are first seen, and keep them in the settings store, so that a stored path means the same
-// disk tomorrow. It translates no paths and looks at no disk.
+// Maps drive letters to parts of the machine's file tree. C: is the root file system, H: the user's
+// home; mounted file systems get the other letters from D: to Z: in the order in which they are
+// first seen, and keep them in the settings store, so that a stored path always names the same
+// disk. It translates no paths and accesses no disk.
 #pragma once
 
 #include <optional>
@@ -15,37 +15,39 @@
 
 namespace sonarith {
 
-/// The store's section with one key for each letter given; the value is the mount point.
+/// The store's section with one key for each assigned letter; the value is the mount point.
 inline constexpr const char* drivesSection = "Drives";
 
-/// The home has a letter so that its own path, which may hold a dot (/home/jane.doe), is no part of
-/// the logic's: a file's extension is taken from the first dot of a whole path.
+/// The home has its own letter so that its path, which may contain a dot (/home/jane.doe), is not
+/// part of the logic's paths: a file's extension is taken from the first dot of a whole path.
 inline constexpr char homeLetter = 'H';
 
 struct Drive {
     char letter;            ///< upper case
-    std::string mountPoint; ///< or the home
+    std::string mountPoint; ///< or the home folder
 
     bool operator==(const Drive&) const = default;
 };
 
 class DriveTable {
   public:
-    /// `home` is a machine path; it has its letter whether it exists or not. None: "/" or empty.
-    /// Knows C: and H: alone until update(). The store must outlive this.
+    /// `home` is a machine path; it has its letter whether it exists or not. "/" or empty: no home.
+    /// Only C: and H: exist before the first update(). The store must outlive this.
     explicit DriveTable(SettingsStore& store, std::string_view home = {});
 
-    /// What is mounted now. A mount point seen for the first time gets a letter, which is stored.
-    /// H: is never given to one, whatever the store says. A mount on the home itself is H:; it has
-    /// a second letter only if the store gave it one before, for the paths that name it.
-    /// With all letters given, a further mount belongs to the drive that it is mounted in.
+    /// Updates the drives to the current mounts. A mount point seen for the first time is assigned
+    /// a letter, which is stored. H: is never assigned to a mount, whatever the store contains. A
+    /// mount on the home itself is H:; it has a second letter only if the store already has one for
+    /// it, for the paths that use it. When all letters are assigned, a further mount belongs to the
+    /// drive that contains its mount point.
     void update(const std::vector<MountPoint>& mounts);
 
     /// The drives that are mounted, by letter.
     [[nodiscard]] const std::vector<Drive>& drives() const { return drives_; }
-    /// Nothing for a letter that is not given or whose disk is not mounted. Case does not count.
+    /// Empty for a letter that is not assigned or whose disk is not mounted. Case-insensitive.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
-    /// The drive with the deepest mount point that holds the absolute machine path; H: of two.
+    /// The drive with the deepest mount point that contains the absolute machine path; H: if two
+    /// have the same.
     [[nodiscard]] const Drive& driveOf(std::string_view machinePath) const;
 
   private:
@@ -56,12 +58,12 @@ class DriveTable {
     std::vector<Drive> drives_;
 };
 
-/// The letter that the store holds for a mount point; nothing if there is none.
+/// The letter that the store has for a mount point; empty if there is none.
 [[nodiscard]] std::optional<char> storedLetterOf(const SettingsStore& store,
                                                  const std::string& mountPoint);
-/// The same, or else a free one, which is stored; nothing if none is free.
+/// As storedLetterOf(), or else a free letter, which is stored; empty if none is free.
 [[nodiscard]] std::optional<char> giveLetter(SettingsStore& store, const std::string& mountPoint);
-/// The mount point that the store holds for a letter; empty if there is none.
+/// The mount point that the store has for a letter; empty if there is none.
 [[nodiscard]] std::string storedMountPoint(const SettingsStore& store, char letter);
 
 } // namespace sonarith

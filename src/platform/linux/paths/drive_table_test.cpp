@@ -46,10 +46,10 @@ TEST(DriveTable, KeepsALetterOnceGiven) {
     later.update(mountsOn({"/", "/media/c", "/media/b"}));
     EXPECT_THAT(later.drives(),
                 ElementsAre(Drive{'C', "/"}, Drive{'E', "/media/b"}, Drive{'F', "/media/c"}));
-    EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // absent, and still its own
+    EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // not mounted, and still assigned
 }
 
-TEST(DriveTable, KnowsNoLetterWhoseDiskIsNotMounted) {
+TEST(DriveTable, HasNoLetterWhoseDiskIsNotMounted) {
     FakeSettingsStore store;
     store.put("Drives", "D", "/media/a");
     DriveTable table(store);
@@ -70,7 +70,7 @@ TEST(DriveTable, FindsTheDeepestDriveThatHoldsAPath) {
     EXPECT_EQ(table.driveOf("/").letter, 'C');
 }
 
-TEST(DriveTable, TakesGarbageInTheStoreForAFreeLetter) {
+TEST(DriveTable, TreatsALetterWithGarbageInTheStoreAsFree) {
     FakeSettingsStore store;
     store.put("Drives", "D", "garbage");
     store.put("Drives", "E", "/home");
@@ -80,7 +80,7 @@ TEST(DriveTable, TakesGarbageInTheStoreForAFreeLetter) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'E', "/home"}));
 }
 
-TEST(DriveTable, LeavesMountsBeyondTheAlphabetToTheDriveAroundThem) {
+TEST(DriveTable, AssignsMountsBeyondTheAlphabetToTheEnclosingDrive) {
     FakeSettingsStore store;
     DriveTable table(store);
     std::vector<MountPoint> mounts;
@@ -135,7 +135,7 @@ TEST(DriveTable, NeverGivesTheHomesLetterToAMount) {
     EXPECT_EQ(store.held("Drives", "I"), "/5");
 }
 
-TEST(DriveTable, TheHomeWinsAgainstAMountThatHadItsLetter) {
+TEST(DriveTable, TheHomeTakesPrecedenceOverAMountThatHadItsLetter) {
     FakeSettingsStore store;
     store.put("Drives", "H", "/media/a");
     DriveTable table(store, "/home/jane");

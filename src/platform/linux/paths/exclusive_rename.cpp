@@ -15,11 +15,12 @@ int renameByLink(const std::string& from, const std::string& to) {
             return 0;
         }
         const int reason = errno;
-        ::unlink(to.c_str()); // the link made just now; the file itself is still under `from`
+        ::unlink(to.c_str()); // the link that was just created; the file itself still has the name
+                              // `from`
         return reason;
     }
-    // EPERM is the answer of file systems without links, and for folders. The kernel looks for the
-    // new name before it asks the file system, so the answer would be EEXIST if that were taken.
+    // EPERM is the error of file systems without links, and for folders. The kernel checks the new
+    // name before it calls the file system, so an existing one would have caused EEXIST.
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) {
         return errno;
     }

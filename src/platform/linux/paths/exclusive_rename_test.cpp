@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Both roads keep the same promises.
+/// Both implementations meet the same guarantees.
 class ExclusiveRenameTest
     : public ::testing::TestWithParam<int (*)(const std::string&, const std::string&)> {
   protected:
@@ -64,7 +64,7 @@ TEST_P(ExclusiveRenameTest, RenamesAFolderAndReplacesNone) {
     EXPECT_EQ(rename("b", "c"), EEXIST);
 }
 
-TEST_P(ExclusiveRenameTest, TellsOfAMissingFile) {
+TEST_P(ExclusiveRenameTest, ReportsAMissingFile) {
     EXPECT_EQ(rename("a", "b"), ENOENT);
 }
 

@@ -24,7 +24,7 @@ EntryKind FolderListing::kindOf(const dirent& entry) const {
     case DT_REG:
         return EntryKind::file;
     case DT_LNK:
-    case DT_UNKNOWN: { // a file system that does not tell
+    case DT_UNKNOWN: { // a file system that does not report kinds
         struct stat status {};
         if (::fstatat(::dirfd(opened_.get()), entry.d_name, &status, 0) != 0) {
             return EntryKind::other;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The entries of one folder of the machine, one at a time as the kernel gives them. Machine paths
-// and names; it knows nothing of drives, nor of other folders.
+// The entries of one folder of the machine, one at a time in the kernel's order. Machine paths and
+// names; it knows neither drives nor other folders.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ struct ListedEntry {
     EntryKind kind;
 };
 
-/// Which folder it is, whatever paths lead to it.
+/// Identifies a folder, by whatever path it is reached.
 struct FolderIdentity {
     dev_t device;
     ino_t inode;
@@ -31,21 +31,21 @@ struct FolderIdentity {
 struct CloseFolder {
     void operator()(DIR* opened) const { ::closedir(opened); }
 };
-/// A folder that is being listed; closed by itself.
+/// A folder being listed; closed automatically.
 using OpenedFolder = std::unique_ptr<DIR, CloseFolder>;
 
 class FolderListing {
   public:
-    /// Nothing for what is no folder or cannot be read.
+    /// Empty if the path is not a folder or cannot be read.
     [[nodiscard]] static std::optional<FolderListing> open(std::string machinePath);
 
     [[nodiscard]] const FolderIdentity& identity() const { return identity_; }
-    /// The path given.
+    /// As passed to open().
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// Without "." and "..", links followed. False at the end and once the folder has vanished or
-    /// its disk fails. Asks the kernel about an entry only where the listing does not tell its
-    /// kind.
+    /// Reads the next entry, except "." and ".."; links are followed. False at the end, and once
+    /// the folder has been deleted or its disk fails. Queries the kernel about an entry only if the
+    /// listing does not contain its kind.
     bool next(ListedEntry& entry);
 
   private:

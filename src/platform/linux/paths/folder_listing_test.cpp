@@ -37,7 +37,7 @@ class FolderListingTest : public testing::Test {
     }
 };
 
-TEST_F(FolderListingTest, TellsFilesFromFoldersAndLeavesTheDotsOut) {
+TEST_F(FolderListingTest, DistinguishesFilesFromFoldersAndOmitsTheDots) {
     write("a");
     fs::create_directory(folder_ / "b");
     EXPECT_THAT(entries(),
@@ -63,7 +63,7 @@ TEST_F(FolderListingTest, APipeIsNoFile) {
     EXPECT_THAT(entries(), UnorderedElementsAre(Pair("pipe.wav", EntryKind::other)));
 }
 
-TEST_F(FolderListingTest, NamesOfAnyBytesComeAsTheyAre) {
+TEST_F(FolderListingTest, NamesOfAnyBytesAreUnchanged) {
     const std::string longest(255, 'n');
     for (const std::string& name : {std::string("\xff\xfe.wav"), std::string(" a\nb "), longest}) {
         write(name);
@@ -73,7 +73,7 @@ TEST_F(FolderListingTest, NamesOfAnyBytesComeAsTheyAre) {
                                                 Pair(longest, EntryKind::file)));
 }
 
-TEST_F(FolderListingTest, WhatIsNoFolderIsNotOpened) {
+TEST_F(FolderListingTest, OnlyFoldersAreOpened) {
     write("file");
     EXPECT_FALSE(FolderListing::open((folder_ / "file").string()).has_value());
     EXPECT_FALSE(FolderListing::open((folder_ / "none").string()).has_value());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the patient parts do while a mount hangs; all that they do otherwise is tested with the
-// machine's files themselves.
+// The patient classes while a mount hangs; their behaviour otherwise is tested with the machine's
+// files themselves.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -50,14 +50,14 @@ class HangingFilesTest : public testing::Test, public test::HangingWorld {
     }
 };
 
-TEST_F(HangingFilesTest, ACallThatIsNotAnsweredFailsAndTheUserIsTold) {
+TEST_F(HangingFilesTest, ACallThatTimesOutFailsAndTheUserIsNotified) {
     mounts->hang(d);
     EXPECT_EQ(numberOf(files.fileLength("d:\\music\\a.wav")), ErrorNumber::deviceUnavailable);
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
     EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
 }
 
-TEST_F(HangingFilesTest, AMountThatHangsIsNotAskedAgainAndCostsNoFurtherThread) {
+TEST_F(HangingFilesTest, AHangingMountIsNotCalledAgainAndCostsNoFurtherThread) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     const int hanging = mounts->blocked();
@@ -80,7 +80,7 @@ TEST_F(HangingFilesTest, AMountThatHangsIsNotAskedAgainAndCostsNoFurtherThread) 
     EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
 }
 
-TEST_F(HangingFilesTest, AMountThatAnswersAgainIsAskedAgain) {
+TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     mounts->answer(d);
@@ -121,7 +121,7 @@ TEST_F(HangingFilesTest, APathThatHangsForAnotherReasonIsRefusedAloneUntilItsCal
     const auto ask = [&](const std::string& path) {
         return paths.ask({path}, [mounts = mounts, d = d, &asked](MachineFiles&) {
             ++asked;
-            mounts->touch(d); // as a folder does that holds a link to the mount
+            mounts->touch(d); // like a folder that contains a link to the mount
             return true;
         });
     };
@@ -168,7 +168,7 @@ TEST_F(HangingFilesTest, TheCurrentFolderIsKeptWhenACallIsLeftBehind) {
     EXPECT_EQ(files.currentFolder(), "E:\\sub");
 }
 
-TEST_F(HangingFilesTest, ADriveIsComeBackToWhereItWasLeftAfterACallWasLeftBehind) {
+TEST_F(HangingFilesTest, ADriveKeepsItsCurrentFolderAfterACallWasLeftBehind) {
     fs::create_directory(e + "/sub");
     ASSERT_TRUE(files.changeFolder("e:\\sub").ok());
     ASSERT_TRUE(files.changeFolder("c:\\").ok());
@@ -180,7 +180,7 @@ TEST_F(HangingFilesTest, ADriveIsComeBackToWhereItWasLeftAfterACallWasLeftBehind
 
 // --- opened files -----------------------------------------------------------------------------
 
-TEST_F(HangingFilesTest, AnOpenFileFailsWhileItsDiskHangsAndGoesOnAfterwards) {
+TEST_F(HangingFilesTest, AnOpenFileFailsWhileItsDiskHangsAndWorksAfterwards) {
     auto opened = files.openBinary("d:\\music\\a.wav", FileAccess::readWrite);
     ASSERT_TRUE(opened.ok());
     BinaryFile& file = *opened.value();
@@ -208,7 +208,7 @@ TEST_F(HangingFilesTest, AnOpenFileCanBeClosedWhileItsDiskHangs) {
 
 // --- walks ------------------------------------------------------------------------------------
 
-TEST_F(HangingFilesTest, AWalkPassesOverAFolderThatHangsAndGoesOn) {
+TEST_F(HangingFilesTest, AWalkSkipsAHangingFolderAndContinues) {
     const auto walk = directories.startWalk();
     EXPECT_THAT(namesIn(*walk, "d:\\"), ElementsAre(".", "..", "music"));
     mounts->hang(d);
@@ -226,7 +226,7 @@ TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceThoughACallWasLeftBehind) {
 }
 
 TEST_F(HangingFilesTest, AFolderThatHangsInTheMiddleEndsThere) {
-    constexpr int many = 1500; // more than are handed over at once
+    constexpr int many = 1500; // more than one part of a listing holds
     for (int i = 0; i < many; ++i) {
         mounts->write("e/many/" + std::to_string(i));
     }
@@ -259,7 +259,7 @@ TEST_F(HangingFilesTest, TheDrivesAreKnownWhileADiskHangs) {
     EXPECT_THAT(directories.drives(), ElementsAre("c:", "d:", "e:"));
 }
 
-TEST_F(HangingFilesTest, LettersGivenOnTheOtherThreadReachTheStore) {
+TEST_F(HangingFilesTest, LettersAssignedOnTheOtherThreadReachTheStore) {
     EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "D", ""), d);
     EXPECT_EQ(store.GetSetting(applicationName, drivesSection, "E", ""), e);
 }

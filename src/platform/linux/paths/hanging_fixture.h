@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine whose mounts can be made to hang: folders of the test's own, with a gate before each
-// mount that every call passes which would ask it. For tests only.
+// A machine whose mounts can be made to hang: temporary folders, with a gate for each mount that
+// every call to this mount must pass. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +23,7 @@
 
 namespace sonarith::test {
 
-/// C:, with the test's folders in it, and D: and E: therein. Any thread may pass.
+/// C:, which contains the test's folders, and D: and E: in it. Thread-safe.
 class HangingMounts {
   public:
     HangingMounts() {
@@ -53,14 +53,14 @@ class HangingMounts {
         const std::lock_guard lock(mutex_);
         gates_.at(mount).closed = true;
     }
-    /// Returns when all calls go on that hung.
+    /// Returns when all calls that hung have continued.
     void answer(const std::string& mount) {
         std::unique_lock lock(mutex_);
         gates_.at(mount).closed = false;
         changed_.notify_all();
         changed_.wait(lock, [&] { return gates_.at(mount).blocked == 0; });
     }
-    /// Calls that hang now.
+    /// The number of calls that hang now.
     [[nodiscard]] int blocked() const {
         const std::lock_guard lock(mutex_);
         int all = 0;
@@ -69,13 +69,13 @@ class HangingMounts {
         }
         return all;
     }
-    /// How often a mount was asked.
+    /// How many calls were made to a mount.
     [[nodiscard]] int askings(const std::string& mount) const {
         const std::lock_guard lock(mutex_);
         return gates_.at(mount).askings;
     }
 
-    /// Asks the mount of a machine path, links in it followed.
+    /// A call to the mount of a machine path, links in it followed.
     void touch(const std::string& machinePath) {
         std::error_code none;
         const std::string real = std::filesystem::weakly_canonical(machinePath, none).string();
@@ -91,7 +91,7 @@ class HangingMounts {
         --gate.blocked;
         changed_.notify_all();
     }
-    /// The same, but the last name is looked at itself if it is a link.
+    /// The same, but the last name is not followed if it is a link.
     void touchLink(const std::string& machinePath) {
         const std::filesystem::path whole(machinePath);
         std::error_code none;
@@ -114,12 +114,12 @@ class HangingMounts {
     };
 
     fakes::TempFolder folder_;
-    mutable std::mutex mutex_; ///< of all below
+    mutable std::mutex mutex_; ///< protects all members below
     std::condition_variable changed_;
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// Does not go by the clock: a call is late when it hangs at a gate.
+/// Does not use the clock: a call is late when it hangs at a gate.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
@@ -141,7 +141,7 @@ class GateWaiting final : public Waiting {
 
   private:
     const HangingMounts& mounts_;
-    int late_ = 0; ///< calls that hang and have been waited for
+    int late_ = 0; ///< number of hanging calls that have been waited for
 };
 
 /// The machine's files behind the gates.
@@ -161,7 +161,7 @@ class HangingMachine final : public MachineFiles {
     }
     [[nodiscard]] Result<Located> locate(const std::string& path) override {
         Result<Located> located = machine_->locate(path);
-        if (located.ok() && !located.value().givenName.empty()) { // a root is not asked
+        if (located.ok() && !located.value().givenName.empty()) { // a root needs no call
             mounts_->touchLink(located.value().path);
         }
         return located;
@@ -302,7 +302,7 @@ class HangingMachine final : public MachineFiles {
     Folders directories_;
 };
 
-/// The patient parts on such a machine. At its end no thread hangs any more.
+/// The patient classes on such a machine. After its destructor no thread hangs any more.
 class HangingWorld {
   public:
     HangingWorld() = default;
@@ -310,7 +310,7 @@ class HangingWorld {
         for (const std::string& mount : mounts->points()) {
             mounts->answer(mount);
         }
-        std::filesystem::current_path("/"); // not in a folder that is about to be removed
+        std::filesystem::current_path("/"); // not in a folder that is about to be deleted
     }
     HangingWorld(const HangingWorld&) = delete;
     HangingWorld& operator=(const HangingWorld&) = delete;

@@ -32,7 +32,7 @@ std::string joinedBehind(std::string_view drive, const std::vector<std::string>&
     return path;
 }
 
-/// Where a disk is found that has lost H:; from the root if no other letter was free.
+/// The new path of a disk that has lost H:; a path from the root if no other letter was free.
 std::string newStartOf(std::optional<char> letter, const std::string& mountPoint) {
     if (letter) {
         return std::string(1, *letter) + ":";
@@ -42,7 +42,7 @@ std::string newStartOf(std::optional<char> letter, const std::string& mountPoint
     return joinedBehind(rootDrive, names);
 }
 
-/// The mount point that a letter means; empty for a letter that means none, and for H:.
+/// The mount point of a letter; empty for an unassigned letter and for H:.
 std::string mountPointOf(const SettingsStore& store, char letter) {
     constexpr char caseBit = 'a' - 'A';
     const char upper =
@@ -53,7 +53,7 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` by H:, if it leads below the home by another letter.
+/// `path` with H:, if it leads below the home by another letter.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();
@@ -99,7 +99,7 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
         changeEach([&](const std::string& path) {
             return isOnHomeLetter(path) ? std::optional(start + path.substr(2)) : std::nullopt;
         });
-        // Last: until then a call that was interrupted is to go on with the paths.
+        // Last: until then the paths of an interrupted call can still be completed.
         store.DeleteSetting(applicationName, drivesSection, key);
     }
     if (plainHome != "/") {

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class MoveToHomeLetterTest : public testing::Test {
   protected:
-    /// What becomes of a stored destination.
+    /// The result for a stored destination.
     std::string moved(const std::string& path, const std::string& home = "/home/jane") {
         store_.put("Settings", "DecodePath", path);
         move(home);
@@ -27,7 +27,7 @@ class MoveToHomeLetterTest : public testing::Test {
     FakeSettingsStore store_;
 };
 
-TEST_F(MoveToHomeLetterTest, WritesNothingToAStoreThatNeedsNothing) {
+TEST_F(MoveToHomeLetterTest, WritesNothingToAStoreThatNeedsNoChange) {
     move();
     EXPECT_EQ(store_.size(), 0U);
     store_.put("Drives", "D", "/media/a");
@@ -50,8 +50,8 @@ TEST_F(MoveToHomeLetterTest, NamesADestinationInTheHomeByItsLetter) {
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
-// The last name of a stored path is the folder, also an empty one; see destination_folder.h.
-TEST_F(MoveToHomeLetterTest, KeepsWhereThePathIsPartedIntoParentAndName) {
+// The last name of a stored path is the folder, even an empty one; see destination_folder.h.
+TEST_F(MoveToHomeLetterTest, KeepsWhereThePathIsSplitIntoParentAndName) {
     EXPECT_EQ(moved("C:\\home\\jane"), "C:\\home\\jane");
     EXPECT_EQ(moved("C:\\home\\jane\\"), "H:\\");
     EXPECT_EQ(moved("C:\\home\\jane\\x\\"), "H:\\x\\");
@@ -67,13 +67,13 @@ TEST_F(MoveToHomeLetterTest, LeavesEverythingWhereThereIsNoHome) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterTakesItsPathsToAnother) {
+TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterGetsAnotherInItsPathsToo) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");
     EXPECT_EQ(store_.held("Drives", "E"), "/media/b");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
-    move(); // nothing is done twice
+    move(); // a second call changes nothing
     EXPECT_EQ(store_.held("Settings", "DecodePath"), "E:\\My Music");
     DriveTable table(store_, "/home/jane");
     table.update({{"/media/b", "ext4"}});
@@ -81,13 +81,13 @@ TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterTakesItsPathsToAnother) {
 }
 
 TEST_F(MoveToHomeLetterTest, AnInterruptedMoveIsFinished) {
-    store_.put("Drives", "E", "/media/b"); // given already, and nothing else done
+    store_.put("Drives", "E", "/media/b"); // already assigned, and no other step done
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("h:\\music"), "E:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
 }
 
-TEST_F(MoveToHomeLetterTest, ADiskForWhichNoLetterIsLeftIsReachedFromTheRoot) {
+TEST_F(MoveToHomeLetterTest, ADiskWithoutAFreeLetterIsReachedFromTheRoot) {
     for (char letter = 'D'; letter <= 'Z'; ++letter) {
         store_.put("Drives", std::string(1, letter), std::string("/media/") + letter + ":");
     }

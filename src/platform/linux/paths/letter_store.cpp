@@ -47,7 +47,7 @@ void LetterStore::SaveSetting(const std::string& /*application*/, const std::str
     changed_[key] = value;
 }
 
-// The table of drives deletes no letter: a disk that is not mounted keeps its own.
+// The table of drives deletes no letter: an unmounted disk keeps its own.
 void LetterStore::DeleteSetting(const std::string& /*application*/, const std::string& /*section*/,
                                 const std::string& /*key*/) {}
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The stored drive letters for threads that may not use the settings store: a copy, whose changes
-// the thread of the logic brings to the store.
+// A copy of the stored drive letters for threads that may not use the settings store; the thread of
+// the logic writes its changes to the store.
 #pragma once
 
 #include <map>
@@ -16,10 +16,10 @@ class LetterStore final : public SettingsStore {
     /// Copies the letters of `store`. For the thread of the logic.
     explicit LetterStore(const SettingsStore& store);
 
-    /// Writes what was given since the last call. For the thread of the logic.
+    /// Writes the changes since the last call. For the thread of the logic.
     void writeTo(SettingsStore& store);
 
-    // Any thread may call these, for the section of the drives.
+    // Thread-safe; for the section of the drives only.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;
@@ -29,7 +29,7 @@ class LetterStore final : public SettingsStore {
                        const std::string& key) override;
 
   private:
-    // Nothing is written here: writeTo() is one transaction.
+    // Nothing is written here; writeTo() is one transaction.
     void beginTransaction() override {}
     void endTransaction() override {}
 

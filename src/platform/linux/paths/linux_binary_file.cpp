@@ -20,7 +20,7 @@ static_assert(sizeof(off_t) == sizeof(std::int64_t), "files may be larger than 2
 constexpr std::int64_t largestOffset = std::numeric_limits<std::int64_t>::max();
 
 int flagsOf(FileAccess access) {
-    // Without O_NONBLOCK a pipe that takes the file's place just now would make the call wait.
+    // Without O_NONBLOCK the call would block if a pipe replaces the file at this moment.
     constexpr int always = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     switch (access) {
     case FileAccess::read:
@@ -60,12 +60,12 @@ Result<std::unique_ptr<BinaryFile>> LinuxBinaryFile::open(const std::string& mac
             return fileErrorOfSystem(refusal);
         }
     }
-    constexpr mode_t asTheUserWishes = 0666; // less the bits of the umask
+    constexpr mode_t asTheUserWishes = 0666; // minus the umask
     files::FileDescriptor opened(::open(machinePath.c_str(), flagsOf(access), asTheUserWishes));
     if (!opened.valid() || ::fstat(opened.get(), &status) != 0) {
         return fileErrorOfSystem(errno);
     }
-    // Something else may have taken the file's place since the first look.
+    // The file may have been replaced since the first check.
     if (const int refusal = refusalOf(status); refusal != 0) {
         return fileErrorOfSystem(refusal);
     }
@@ -87,7 +87,7 @@ Result<std::size_t> LinuxBinaryFile::read(std::int64_t offset, std::span<std::by
     if (access_ == FileAccess::write) {
         return fileError(ErrorNumber::badFileMode);
     }
-    // The system refuses a read that would end behind the largest offset; no file reaches that far.
+    // The system refuses a read that would end beyond the largest offset; no file is that long.
     const auto wanted = static_cast<std::size_t>(
         std::min<std::uint64_t>(into.size(), static_cast<std::uint64_t>(largestOffset - offset)));
     std::size_t done = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An ordinary file of the machine, opened in place. It knows machine paths alone; which path a name
-// of the logic means is path_map.h's business.
+// A regular file of the machine, opened in place. It uses machine paths only; path_map.h translates
+// the logic's paths.
 #pragma once
 
 #include <memory>
@@ -15,18 +15,18 @@
 
 namespace sonarith {
 
-/// Whether this is an ordinary file, as an errno value: 0, EISDIR for a folder, EACCES for a pipe,
-/// socket or device, whose opening or reading could wait for ever or start something.
+/// Whether this is a regular file, as an errno value: 0; EISDIR for a folder; EACCES for a pipe,
+/// socket or device, because opening or reading one could block forever or have side effects.
 [[nodiscard]] int refusalOf(const struct stat& status);
 
-/// The time of last change as FileTime can hold it: of years beyond 2262 or before 1677, which only
-/// damaged or hostile file systems have, the nearest.
+/// The modification time in the range of FileTime. Times after the year 2262 or before 1677, which
+/// occur only on damaged or hostile file systems, are clamped.
 [[nodiscard]] FileTime fileTimeOf(const timespec& changed);
 
 class LinuxBinaryFile final : public BinaryFile {
   public:
-    /// Opens as FileSystem::openBinary() does. A missing folder is fileNotFound here, as a missing
-    /// file is.
+    /// Opens as FileSystem::openBinary() does. A missing folder is fileNotFound here, like a
+    /// missing file.
     [[nodiscard]] static Result<std::unique_ptr<BinaryFile>> open(const std::string& machinePath,
                                                                   FileAccess access);
 

@@ -36,7 +36,7 @@ using test::MachineWorld;
 using test::readFailure;
 using test::textAt;
 
-constexpr std::size_t tagBytes = 128; // what is written in one step in practice
+constexpr std::size_t tagBytes = 128; // written in one step in practice
 
 class LinuxBinaryFileTest : public BinaryFileTest<MachineWorld> {
   protected:
@@ -65,7 +65,7 @@ TEST_F(LinuxBinaryFileTest, WorksInFilesBeyondTheOldLimits) {
     }
 }
 
-TEST_F(LinuxBinaryFileTest, RefusesWhatWouldMakeTheFileTooLarge) {
+TEST_F(LinuxBinaryFileTest, RefusesWritesThatWouldMakeTheFileTooLarge) {
     const auto file = open("a.mp3", FileAccess::readWrite);
     const std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(file->write(largest - 1, bytesOf("abc")).error().number, ErrorNumber::diskFull);
@@ -105,7 +105,7 @@ TEST_F(LinuxBinaryFileTest, LeavesAFileThatMayNotBeWrittenAsItIs) {
     EXPECT_EQ(world_.content("a.mp3"), "0123");
 }
 
-TEST_F(LinuxBinaryFileTest, WritesToTheVeryFileWithAllThatBelongsToIt) {
+TEST_F(LinuxBinaryFileTest, WritesInPlaceAndKeepsLinksAndAttributes) {
     world_.put("a.mp3", std::string(tagBytes * 2, 'x'));
     fs::permissions(path("a.mp3"),
                     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
@@ -133,7 +133,7 @@ TEST_F(LinuxBinaryFileTest, WritesToTheVeryFileWithAllThatBelongsToIt) {
     }
 }
 
-TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsFull) {
+TEST_F(LinuxBinaryFileTest, ReportsAFullDisk) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);
     fs::permissions(path("a.mp3"), fs::perms::all);
@@ -148,7 +148,7 @@ TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsFull) {
               static_cast<int>(ErrorNumber::diskFull));
 }
 
-TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsBroken) {
+TEST_F(LinuxBinaryFileTest, ReportsABrokenDisk) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);
     EXPECT_EQ(test::runUnprivileged([&] {
@@ -161,8 +161,8 @@ TEST_F(LinuxBinaryFileTest, SaysThatTheDiskIsBroken) {
               static_cast<int>(ErrorNumber::deviceInputOutput));
 }
 
-// The system writes the four bytes up to the limit and refuses the rest in a call of its own.
-TEST_F(LinuxBinaryFileTest, GoesOnAfterAShortWrite) {
+// The system writes the four bytes up to the limit and refuses the rest in a separate call.
+TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);
     fs::permissions(path("a.mp3"), fs::perms::all);
@@ -180,7 +180,7 @@ TEST_F(LinuxBinaryFileTest, GoesOnAfterAShortWrite) {
     EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
 }
 
-// No other reader finds half of a tag, and neither does a kill leave one.
+// No other reader sees half of a tag, and a kill leaves none either.
 TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
     const std::string old(tagBytes, 'o');
     const std::string tag(tagBytes, 't');
@@ -194,11 +194,11 @@ TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
         ASSERT_NE(outcome, test::KillOutcome::failed);
         left.push_back(world_.content("a.mp3"));
     }
-    // Killed before the write, at the end of the process, and not at all.
+    // Killed before the write, at the end of the process, and not killed.
     EXPECT_EQ(left, (std::vector<std::optional<std::string>>{old, tag, tag}));
 }
 
-TEST_F(LinuxBinaryFileTest, TellsTheDateOfLastChange) {
+TEST_F(LinuxBinaryFileTest, ReturnsTheModificationTime) {
     world_.put("a.mp3", "0123");
     const std::array<timespec, 2> times{{{1, 0}, {1'000'000'000, 123'456'789}}};
     ASSERT_EQ(::utimensat(AT_FDCWD, path("a.mp3").c_str(), times.data(), 0), 0);
@@ -206,7 +206,7 @@ TEST_F(LinuxBinaryFileTest, TellsTheDateOfLastChange) {
     EXPECT_EQ(date.time_since_epoch(), std::chrono::nanoseconds(1'000'000'000'123'456'789));
 }
 
-TEST(FileTimeOf, HoldsDatesThatNoClockHas) {
+TEST(FileTimeOf, ClampsDatesOutsideTheRange) {
     constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
     EXPECT_GT(fileTimeOf({never, 999'999'999}), fileTimeOf({9'000'000'000, 0}));
     EXPECT_LT(fileTimeOf({-never, 0}), fileTimeOf({-9'000'000'000, 0}));

@@ -21,8 +21,8 @@ namespace sonarith {
 
 namespace {
 
-/// Whether a lower-cased path that fits both names of one folder means `name` rather than `other`:
-/// the choice of PathMap::locate().
+/// Whether a lower-case path that matches both names of one folder means `name` rather than
+/// `other`: the same preference as PathMap::locate().
 bool preferred(std::string_view name, std::string_view other) {
     return name == lowerCase(name) || (other != lowerCase(other) && name < other);
 }
@@ -40,7 +40,7 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     struct Listing {
         std::string folder; ///< the logic's path, with its backslash
         FolderListing entries;
-        bool parentToCome = true; ///< ".." has not been told yet
+        bool parentToCome = true; ///< ".." has not been returned yet
     };
 
     [[nodiscard]] std::optional<std::string> machinePathOf(const std::string& folder);
@@ -51,14 +51,14 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// Where the folders are that were met and not walked yet, by the logic's path in lower case
-    /// with its backslash: a name that was just read need not be sought again.
+    /// The folders found and not walked yet, keyed by the logic's path in lower case with its
+    /// backslash: a name that was just read need not be searched again.
     std::unordered_map<std::string, std::string> met_;
 };
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // The same choice as for the files that will be listed there.
+        // The same preference as for the files that will be listed there.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }
@@ -118,13 +118,13 @@ void LinuxDirectoryWalk::noteFolder(const Listing& listing, const std::string& n
     path.append(nameStart - parent.size(), '/').append(name);
     const auto [known, isNew] =
         met_.try_emplace(lowerCase(listing.folder + logicalName + "\\"), path);
-    // Of two names that differ in case alone the logic's path means one.
+    // If two names differ only in case, the logic's path means one of them.
     if (!isNew && preferred(name, std::string_view(known->second).substr(nameStart))) {
         known->second = path;
     }
 }
 
-/// A path with its drive and no detours, parted by backslashes.
+/// An absolute path with its drive, normalised, with backslashes.
 std::string plainPath(std::string_view path) {
     std::string plain(path.substr(0, 2));
     const std::vector<std::string> names = namesOf(path.substr(2), "\\/");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folders of the Linux machine under the logic's paths: walks through them, and which exist.
-// It opens no files.
+// The folders of the Linux machine under the logic's paths: walks through them, and whether they
+// exist. It opens no files.
 #pragma once
 
 #include <cstddef>
@@ -18,16 +18,18 @@
 
 namespace sonarith {
 
-/// The folders that one walk has listed, whatever objects carry it on. Any thread may call add().
+/// The folders that one walk has listed, also when another object continues it. add() is
+/// thread-safe.
 class WalkedFolders {
   public:
-    /// False if it was there before.
+    /// False if it was already in the set.
     [[nodiscard]] bool add(const FolderIdentity& folder);
 
   private:
     struct Hash {
         std::size_t operator()(const FolderIdentity& identity) const {
-            // Inodes of one disk differ; folders of two disks that collide cost a comparison.
+            // Inodes of one disk are unique; a collision between folders of two disks costs a
+            // comparison.
             return std::hash<ino_t>()(identity.inode) ^ (std::hash<dev_t>()(identity.device) << 1);
         }
     };
@@ -36,16 +38,16 @@ class WalkedFolders {
     std::unordered_set<FolderIdentity, Hash> folders_;
 };
 
-/// Of a folder's entries those are listed that are folders or regular files, or links to such: a
-/// pipe, a device or a link that leads nowhere is no file to the logic. Names that begin with a dot
-/// are hidden; files have the archive bit; no entry has others.
+/// Lists folders, regular files and links to them. A pipe, a device or a dangling link is no file
+/// to the logic. Names that begin with a dot are hidden; files have the archive bit; there are no
+/// other attributes.
 class LinuxDirectories final : public Directories {
   public:
-    /// Both must outlive this and its walks. `files` tells the current folder.
+    /// Both must outlive this and its walks. `files` provides the current folder.
     LinuxDirectories(PathMap& paths, const FileSystem& files) : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
-    /// Carries a walk on that has listed `walked` already, and adds to that what it lists.
+    /// Continues a walk that has already listed `walked`, and adds the folders that it lists to it.
     [[nodiscard]] std::unique_ptr<DirectoryWalk>
     continueWalk(std::shared_ptr<WalkedFolders> walked);
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;

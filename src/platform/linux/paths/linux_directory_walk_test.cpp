@@ -27,10 +27,10 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
-/// D: is a folder of the test's own; C: the machine's root.
+/// D: is a temporary folder; C: the machine's root.
 class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
   protected:
-    // The process is to stand in no folder that is about to be removed.
+    // The process must not remain in a folder that is about to be deleted.
     ~LinuxDirectoryWalkTest() override { fs::current_path("/"); }
 
     void write(const std::string& name) {
@@ -42,7 +42,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         fs::create_directory_symlink(target, disk_ + "/" + name);
     }
 
-    /// The names of one folder in the order in which they come.
+    /// The names of one folder in the order of the listing.
     static std::vector<std::string> names(DirectoryWalk& walk, const std::string& pattern) {
         std::vector<std::string> all;
         FindRecord entry;
@@ -54,8 +54,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         walk.FindClose(handle);
         return all;
     }
-    /// All files below a folder, as the finder walks: the path in lower case, dots passed over, the
-    /// folder found last first.
+    /// All files below a folder, as the finder walks: paths in lower case, dots skipped, the most
+    /// recently found folder first.
     std::vector<std::string> filesBelow(const std::string& start) {
         return filesBelow(start, directories_);
     }
@@ -94,7 +94,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return 0;
     }
 
-    /// The kernel's list as this test has it; the disk is made, too.
+    /// The kernel's list for this test; the disk is created, too.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -103,8 +103,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Nothing if the machine is reached directly. A forked process makes one of its own, since the
-    /// other's threads are not in it.
+    /// Null if the machine is accessed directly. A forked process creates its own, since it does
+    /// not inherit the other's threads.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
@@ -151,7 +151,7 @@ TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasItsDots) {
     EXPECT_THAT(names(*walk, "d:\\empty\\*.*"), ElementsAre(".", ".."));
 }
 
-TEST_P(LinuxDirectoryWalkTest, TellsFoldersFilesAndHiddenOnes) {
+TEST_P(LinuxDirectoryWalkTest, DistinguishesFoldersFilesAndHiddenOnes) {
     write("a.wav");
     write(".b");
     makeFolder("x");
@@ -163,7 +163,7 @@ TEST_P(LinuxDirectoryWalkTest, TellsFoldersFilesAndHiddenOnes) {
     EXPECT_EQ(attributesOf(".."), file_attribute::directory);
 }
 
-TEST_P(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
+TEST_P(LinuxDirectoryWalkTest, ListsNoPipesAndNoDanglingLinks) {
     ASSERT_EQ(::mkfifo((disk_ + "/pipe.wav").c_str(), 0600), 0);
     link("nowhere.wav", "dangling.wav");
     write("real.wav");
@@ -171,14 +171,14 @@ TEST_P(LinuxDirectoryWalkTest, ListsNoPipesAndNoLinksThatLeadNowhere) {
     EXPECT_THAT(filesBelow("d:"), UnorderedElementsAre("d:\\real.wav", "d:\\link.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, ShowsTheCharactersOfNoLogicNameInTheirPlacesOfTheMap) {
+TEST_P(LinuxDirectoryWalkTest, MapsTheCharactersThatTheLogicDoesNotAllow) {
     write("a\\b:c*/d:e?.wav");
     const auto files = filesBelow("d:");
     ASSERT_THAT(files, ElementsAre("d:\\" + logicName("a\\b:c*") + "\\" + logicName("d:e?.wav")));
     EXPECT_TRUE(files_.fileExists(files[0]));
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFileWithAQuestionMarkIsRemovedAloneByThePathThatIsListed) {
+TEST_P(LinuxDirectoryWalkTest, TheListedPathOfAFileWithAQuestionMarkRemovesOnlyThatFile) {
     write("what?.mp3");
     write("whats.mp3");
     EXPECT_FALSE(files_.removeFile("d:\\what?.mp3").ok());
@@ -206,7 +206,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderInWhateverCaseItIsNamed) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferInCaseAloneThatOneIsWalkedThatThePathMeans) {
+TEST_P(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferOnlyInCaseTheOneThePathMeansIsWalked) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -218,7 +218,7 @@ TEST_P(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferInCaseAloneThatOneIsWalkedT
 
 // --- failures -------------------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, AFolderThatIsNoneLeavesTheRecordAsItWas) {
+TEST_P(LinuxDirectoryWalkTest, ANonFolderLeavesTheRecordUnchanged) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",
@@ -244,7 +244,7 @@ TEST_P(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNext) {
     EXPECT_EQ(entry.name, ".");
 }
 
-TEST_P(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordAsItWas) {
+TEST_P(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordUnchanged) {
     makeFolder("x");
     const auto walk = directories_.startWalk();
     FindRecord entry;
@@ -255,7 +255,7 @@ TEST_P(LinuxDirectoryWalkTest, TheEndOfAFolderLeavesTheRecordAsItWas) {
     EXPECT_EQ(entry.name, "..");
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsPassedOver) {
+TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsSkipped) {
     write("open/a.wav");
     write("locked/b.wav");
     fs::permissions(folder_.path(), fs::perms::all);
@@ -270,7 +270,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsPassedOver) {
     fs::permissions(disk_ + "/locked", fs::perms::all);
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderThatVanishesIsPassedOverOrEnds) {
+TEST_P(LinuxDirectoryWalkTest, AFolderThatVanishesIsSkippedOrEnds) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -283,11 +283,11 @@ TEST_P(LinuxDirectoryWalkTest, AFolderThatVanishesIsPassedOverOrEnds) {
     while (walk->FindNext(handle, entry)) {
         ++rest;
     }
-    EXPECT_LE(rest, 2); // "..", and what was read already
+    EXPECT_LE(rest, 2); // "..", and entries that were already read
     EXPECT_EQ(walk->FindFirst("d:\\y\\*.*", entry), invalidFindHandle);
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderThatAFileHasReplacedIsPassedOver) {
+TEST_P(LinuxDirectoryWalkTest, AFolderReplacedByAFileIsSkipped) {
     makeFolder("x");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\*.*"), SizeIs(3));
@@ -341,7 +341,7 @@ TEST_P(LinuxDirectoryWalkTest, ManyFoldersThatAllLinkToEachOtherEndSoon) {
     EXPECT_LE(foldersVisited_, 1 + count + count * count);
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAnewInTheNext) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAgainInTheNext) {
     write("x/a.wav");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\x\\*.*"), SizeIs(3));
@@ -350,7 +350,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderIsListedOnceInAWalkAndAnewInTheNext) {
     EXPECT_THAT(names(*next, "d:\\x\\*.*"), SizeIs(3));
 }
 
-TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkGoOnSideBySide) {
+TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkCanInterleave) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -369,7 +369,7 @@ TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkGoOnSideBySide) {
 
 // --- which folders there are ----------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, AFolderIsToldInTheSpellingGiven) {
+TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedInTheGivenSpelling) {
     makeFolder("Music/One");
     EXPECT_EQ(directories_.folder("D:\\music\\ONE").value(), "D:\\music\\ONE");
     EXPECT_EQ(directories_.folder("d:\\Music\\One\\").value(), "d:\\Music\\One");
@@ -379,7 +379,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderIsToldInTheSpellingGiven) {
     EXPECT_EQ(directories_.folder("d:\\..\\..").value(), "d:\\");
 }
 
-TEST_P(LinuxDirectoryWalkTest, ARelativeFolderBeginsInTheCurrentOne) {
+TEST_P(LinuxDirectoryWalkTest, ARelativeFolderStartsInTheCurrentOne) {
     makeFolder("Music/One");
     ASSERT_TRUE(files_.changeFolder("d:\\Music").ok());
     EXPECT_EQ(directories_.folder("one").value(), "D:\\Music\\one");
@@ -387,7 +387,7 @@ TEST_P(LinuxDirectoryWalkTest, ARelativeFolderBeginsInTheCurrentOne) {
     EXPECT_EQ(directories_.folder(".").value(), "D:\\Music");
 }
 
-TEST_P(LinuxDirectoryWalkTest, WhatIsNoFolderIsNotFound) {
+TEST_P(LinuxDirectoryWalkTest, OnlyFoldersAreFound) {
     write("file");
     link("nowhere", "dangling");
     for (const char* path :

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders of the Linux machine under the logic's paths. One object holds one current
-// drive and folder, which it also makes the process's own.
+// Files and folders of the Linux machine under the logic's paths. An object has one current drive
+// and folder, and also sets the process's current folder to it.
 #pragma once
 
 #include <map>
@@ -34,15 +34,15 @@ class LinuxFileSystem final : public FileSystem {
     Status makeFolder(const std::string& name) override;
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
 
-    /// Where a path of the logic, relative ones too, leads on the machine.
+    /// The machine path of a path of the logic, which may be relative.
     [[nodiscard]] Result<Located> locate(const std::string& path,
                                          PathCase pathCase = PathCase::maybeLowered) const;
 
   private:
-    /// What the system says of an ordinary file; anything else is fileNotFound.
+    /// The stat record of a regular file; anything else is fileNotFound.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
-    /// As locate(), but a path that names the same folder in the same words as `knownPath` means
-    /// the folder where that was found.
+    /// As locate(), but if the path names the same folder by the same text as `knownPath`, that
+    /// folder's location is reused.
     [[nodiscard]] Result<Located> locateBeside(const Result<Located>& known,
                                                const std::string& knownPath,
                                                const std::string& path) const;
@@ -50,8 +50,7 @@ class LinuxFileSystem final : public FileSystem {
     PathMap& paths_;
     std::string programFolder_;
     char currentLetter_ = 'C';
-    /// Of each drive that was current, the folder that was: a drive is come back to where it was
-    /// left.
+    /// The last current folder of each drive: changing to a drive returns to it.
     std::map<char, std::string> currentFolders_;
 };
 

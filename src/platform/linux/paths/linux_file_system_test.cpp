@@ -17,8 +17,8 @@
 #include "support/unprivileged.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// A forked process that reaches the machine patiently has threads, which the sanitizer refuses
-/// unless it is told otherwise.
+/// A forked process that uses the patient classes has threads, which the sanitizer refuses by
+/// default.
 extern "C" const char* __tsan_default_options() {
     return "die_after_fork=0";
 }
@@ -29,24 +29,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// D: is a folder of the test's own; C: the machine's root.
+/// D: is a temporary folder; C: the machine's root.
 class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
   protected:
-    // The process is to stand in no folder that is about to be removed.
+    // The process must not remain in a folder that is about to be deleted.
     ~LinuxFileSystemTest() override { fs::current_path("/"); }
 
     void write(const std::string& name, const std::string& content = "sound") {
         fs::create_directories(fs::path(disk_ + "/" + name).parent_path());
         std::ofstream(disk_ + "/" + name) << content;
     }
-    /// Nothing for a name that is not there exactly so.
+    /// Empty if no file has exactly this name.
     std::optional<std::string> read(const std::string& name) {
         std::ifstream file(disk_ + "/" + name);
         return file ? std::optional((std::stringstream() << file.rdbuf()).str()) : std::nullopt;
     }
     static ErrorNumber numberOf(const Status& status) { return status.error().number; }
 
-    /// The kernel's list as this test has it; the disk is made, too.
+    /// The kernel's list for this test; the disk is created, too.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -56,15 +56,15 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Nothing if the machine is reached directly. A forked process makes one of its own, since the
-    /// other's threads are not in it.
+    /// Null if the machine is accessed directly. A forked process creates its own, since it does
+    /// not inherit the other's threads.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
                                                             disk_)
                    : nullptr;
     }
-    /// What a step on the files comes to for a user without privileges.
+    /// The result of a step on the files for a user without privileges.
     int unprivileged(const std::function<Status(FileSystem&)>& step) {
         return test::runUnprivileged([&] {
             const auto reached = reach();
@@ -88,13 +88,13 @@ INSTANTIATE_TEST_SUITE_P(Reached, LinuxFileSystemTest,
                          ::testing::Values(test::Reach::directly, test::Reach::patiently),
                          [](const auto& reach) { return test::nameOf(reach.param); });
 
-TEST_P(LinuxFileSystemTest, TellsTheLengthOfAFileInAnyCase) {
+TEST_P(LinuxFileSystemTest, ReturnsTheLengthOfAFileInAnyCase) {
     write("Music/Track.WAV", std::string(123, 'x'));
     EXPECT_EQ(files_.fileLength("d:\\music\\track.wav").value(), 123);
     EXPECT_TRUE(files_.fileExists("D:\\MUSIC\\TRACK.WAV"));
 }
 
-TEST_P(LinuxFileSystemTest, TellsAMissingFileFromAMissingFolder) {
+TEST_P(LinuxFileSystemTest, DistinguishesAMissingFileFromAMissingFolder) {
     fs::create_directory(disk_ + "/music");
     EXPECT_EQ(files_.fileLength("d:\\music\\a.wav").error().number, ErrorNumber::fileNotFound);
     EXPECT_EQ(files_.fileLength("d:\\none\\a.wav").error().number, ErrorNumber::pathNotFound);
@@ -118,7 +118,7 @@ TEST_P(LinuxFileSystemTest, NeverReplacesAFileByRenaming) {
     EXPECT_EQ(read("B.WAV"), "b");
 }
 
-TEST_P(LinuxFileSystemTest, ChangesTheCaseOfANameAlone) {
+TEST_P(LinuxFileSystemTest, ChangesOnlyTheCaseOfAName) {
     write("Track.WAV");
     EXPECT_TRUE(files_.rename("d:\\track.wav", "d:\\track.wav").ok());
     EXPECT_EQ(read("track.wav"), "sound");
@@ -132,7 +132,7 @@ TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, RefusesToRenameIntoNothingness) {
+TEST_P(LinuxFileSystemTest, RefusesToRenameIntoAMissingFolder) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -211,7 +211,7 @@ TEST_P(LinuxFileSystemTest, MovesThroughDrivesAndFolders) {
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
-TEST_P(LinuxFileSystemTest, ComesBackToWhereADriveWasLeft) {
+TEST_P(LinuxFileSystemTest, ReturnsToTheLastFolderOfADrive) {
     fs::create_directory(disk_ + "/Music");
     ASSERT_TRUE(files_.changeFolder("d:\\music").ok());
     ASSERT_TRUE(files_.changeFolder("c:\\").ok());
@@ -227,14 +227,14 @@ TEST_P(LinuxFileSystemTest, StaysWhereItIsIfAFolderCannotBeEntered) {
     EXPECT_EQ(files_.currentFolder(), "D:\\");
 }
 
-TEST_P(LinuxFileSystemTest, CannotChangeToADriveThatIsNotThere) {
+TEST_P(LinuxFileSystemTest, CannotChangeToAMissingDrive) {
     EXPECT_EQ(numberOf(files_.changeDrive("x:\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("\\")), ErrorNumber::deviceUnavailable);
     EXPECT_EQ(numberOf(files_.changeDrive("")), ErrorNumber::deviceUnavailable);
-    EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable); // pulled out
+    EXPECT_EQ(numberOf(files_.changeDrive("e:")), ErrorNumber::deviceUnavailable); // unplugged
 }
 
-TEST_P(LinuxFileSystemTest, TakesRelativeNamesBelowTheCurrentFolder) {
+TEST_P(LinuxFileSystemTest, ResolvesRelativeNamesInTheCurrentFolder) {
     write("music/a.wav", "12345");
     ASSERT_TRUE(files_.changeFolder("d:\\music").ok());
     EXPECT_EQ(files_.fileLength("A.wav").value(), 5);
@@ -248,7 +248,7 @@ TEST_P(LinuxFileSystemTest, MakesAFolderInTheCaseGiven) {
     EXPECT_TRUE(fs::is_directory(disk_ + "/My Music"));
 }
 
-TEST_P(LinuxFileSystemTest, AnswersWithNumber75ForAFolderThatExistsInAnyCase) {
+TEST_P(LinuxFileSystemTest, FailsWithNumber75ForAFolderThatExistsInAnyCase) {
     fs::create_directory(disk_ + "/Music");
     write("File");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());

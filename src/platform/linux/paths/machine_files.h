@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files together with all state that belongs to reaching them, so that a call that
-// hangs can be left behind with all that it touches. Who waits for a call, and for how long, is
-// decided in patient_paths.h.
+// The machine's files together with all state for accessing them, so that a call that hangs can be
+// left behind with everything that it accesses. patient_paths.h decides which thread waits for a
+// call and how long.
 #pragma once
 
 #include <functional>
@@ -19,7 +19,7 @@
 
 namespace sonarith {
 
-/// Used by one thread at a time.
+/// For one thread at a time.
 class MachineFiles : public std::enable_shared_from_this<MachineFiles> {
   public:
     virtual ~MachineFiles() = default;
@@ -34,7 +34,7 @@ class MachineFiles : public std::enable_shared_from_this<MachineFiles> {
     [[nodiscard]] virtual std::string toLogic(const std::string& machinePath) = 0;
 };
 
-/// What objects of this kind share, each on its own thread.
+/// Shared by objects of this kind, each on its own thread.
 struct SharedPaths {
     std::shared_ptr<LetterStore> letters;
     std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>();

@@ -17,7 +17,7 @@ constexpr std::array<Sign, 4> signs{{{'\\', "\u2216", "\uf05c"},
                                      {':', "\u02d0", "\uf03a"},
                                      {'*', "\u2217", "\uf02a"},
                                      {'?', "\u0294", "\uf03f"}}};
-/// "Not": the next character stands for itself.
+/// The escape character: the next character is literal.
 constexpr std::string_view mark = "\u00ac";
 constexpr unsigned char firstBeyondAscii = 0x80;
 
@@ -27,7 +27,7 @@ const Sign* signOf(char character) {
     return found != signs.end() ? found : nullptr;
 }
 
-/// The sign whose stand-in `text` begins with.
+/// The sign whose replacement character `text` begins with.
 const Sign* signShownAt(std::string_view text) {
     const auto* const found = std::find_if(signs.begin(), signs.end(), [&](const Sign& s) {
         return text.starts_with(s.shown) || text.starts_with(s.former);
@@ -35,9 +35,9 @@ const Sign* signShownAt(std::string_view text) {
     return found != signs.end() ? found : nullptr;
 }
 
-/// The bytes of the character with a meaning of its own that `text` begins with; 0 for any other.
-/// Bytes are compared: such a character begins with a byte that no other one contains, so that it
-/// is found in names that are no valid text as well.
+/// The length in bytes of the special character that `text` begins with; 0 for any other. Bytes are
+/// compared: the first byte of each such character occurs in no other one, so that they are found
+/// in names with invalid UTF-8, too.
 std::size_t specialBytesAt(std::string_view text) {
     if (text.empty() || static_cast<unsigned char>(text.front()) < firstBeyondAscii) {
         return 0;
@@ -52,7 +52,7 @@ std::size_t specialBytesAt(std::string_view text) {
     return text.starts_with(sign->shown) ? sign->shown.size() : sign->former.size();
 }
 
-/// Of nearly all names both forms are the same, and a search asks for each file that it meets.
+/// For nearly all names both forms are equal, and a search calls this for each file.
 bool isPlain(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < firstBeyondAscii && signOf(c) == nullptr;
@@ -85,7 +85,7 @@ std::string machineName(std::string_view logicName) {
     name.reserve(logicName.size());
     while (!logicName.empty()) {
         if (logicName.starts_with(mark)) {
-            // One before nothing special was typed and means itself.
+            // A mark that precedes no special character was typed and is literal.
             const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
             name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
             logicName.remove_prefix(mark.size() + marked);

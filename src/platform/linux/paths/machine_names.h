@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One name of a file or folder in the machine's form and in the logic's. It looks at no disk and
-// knows no paths.
+// Converts one name of a file or folder between the machine's form and the logic's. It accesses no
+// disk and knows no paths.
 #pragma once
 
 #include <string>
@@ -8,23 +8,23 @@
 
 namespace sonarith {
 
-/// The machine's name in the logic's form. A backslash, colon, star or question mark, which no name
-/// of the logic holds or which it takes for a wildcard, is shown by a character that looks alike
-/// and that the common fonts have: U+2216, U+02D0, U+2217, U+0294. Where the name itself holds one
-/// of these, U+00AC precedes it, as it precedes itself. All other bytes stay as they are.
-/// None of these characters has an upper or lower case, so that they survive the logic's lower
-/// case. Different names have different forms.
+/// The machine's name in the logic's form. Backslash, colon, star and question mark, which the
+/// logic does not allow in names or treats as wildcards, are replaced by characters that look
+/// similar and that common fonts contain: U+2216, U+02D0, U+2217, U+0294. If the name itself
+/// contains one of these, U+00AC precedes it, as it precedes itself. All other bytes are unchanged.
+/// None of these characters has an upper or lower case, so they survive the logic's conversion to
+/// lower case. The mapping is injective.
 [[nodiscard]] std::string logicName(std::string_view machineName);
 
-/// Back from logicName(). Also takes U+F05C, U+F03A, U+F02A and U+F03F for the four: stores written
-/// before hold names in which these private-use characters, boxes on the screen, stood for them.
+/// The inverse of logicName(). Also accepts U+F05C, U+F03A, U+F02A and U+F03F for the four: older
+/// stores contain names with these private-use characters, shown as boxes on the screen.
 [[nodiscard]] std::string machineName(std::string_view logicName);
 
-/// The form that stores written before hold: private-use characters for the four, and nothing
-/// before a character that looks like one of them. Different names may have the same form.
+/// The form in older stores: private-use characters for the four, and no mark before a character
+/// that looks like one of them. Different names may have the same form.
 [[nodiscard]] std::string formerLogicName(std::string_view machineName);
 
-/// Whether the name of the logic would read differently in the former form.
+/// Whether the logic's name has a different meaning in the former form.
 [[nodiscard]] bool mayBeFormer(std::string_view logicName);
 
 } // namespace sonarith

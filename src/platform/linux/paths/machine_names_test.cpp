@@ -12,14 +12,14 @@
 namespace sonarith {
 namespace {
 
-TEST(MachineName, MapsWhatNoNameOfTheLogicHoldsAndNothingElse) {
+TEST(MachineName, MapsOnlyCharactersThatTheLogicDoesNotAllow) {
     EXPECT_EQ(logicName("a\\b:c"), "a\u2216b\u02d0c");
     EXPECT_EQ(logicName("what?*"), "what\u0294\u2217");
     EXPECT_EQ(machineName(logicName("a\\b:c*?d")), "a\\b:c*?d");
     EXPECT_EQ(logicName("plain \xff\xfe#[x]!"), "plain \xff\xfe#[x]!");
 }
 
-TEST(MachineName, MarksACharacterThatOnlyLooksLikeAStandIn) {
+TEST(MachineName, EscapesACharacterThatLooksLikeAReplacement) {
     EXPECT_EQ(logicName("a\u2217b"), "a\u00ac\u2217b");
     EXPECT_EQ(logicName("\uf02a"), "\u00ac\uf02a");
     EXPECT_EQ(logicName("not \u00ac"), "not \u00ac\u00ac");
@@ -27,19 +27,19 @@ TEST(MachineName, MarksACharacterThatOnlyLooksLikeAStandIn) {
     EXPECT_EQ(machineName("\u00ac\u00ac\u2217"), "\u00ac*");
 }
 
-TEST(MachineName, TakesAMarkBeforeAnythingElseAsTyped) {
+TEST(MachineName, TreatsAMarkBeforeAnyOtherCharacterAsLiteral) {
     EXPECT_EQ(machineName("\u00acx"), "\u00acx");
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
-TEST(MachineName, IsNoPatternForItsNeighbours) {
+TEST(MachineName, DoesNotMatchItsNeighboursAsAPattern) {
     EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
     EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
 }
 
-TEST(MachineName, ReadsTheFormOfStoresWrittenBefore) {
+TEST(MachineName, ReadsTheFormOfOlderStores) {
     EXPECT_EQ(formerLogicName("a\\b:c*?d"), "a\uf05c"
                                             "b\uf03a"
                                             "c\uf02a\uf03f"
@@ -48,14 +48,14 @@ TEST(MachineName, ReadsTheFormOfStoresWrittenBefore) {
     EXPECT_EQ(formerLogicName("\u2217\u00ac\uf02a"), "\u2217\u00ac\uf02a");
 }
 
-TEST(MachineName, TellsWhatTheFormerFormWroteDifferently) {
+TEST(MachineName, DetectsNamesThatDifferInTheFormerForm) {
     EXPECT_FALSE(mayBeFormer("plain \xff\xe2\x88 name"));
     EXPECT_TRUE(mayBeFormer("x\uf02a"));
     EXPECT_TRUE(mayBeFormer("x\u00ac"));
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A name of the characters that matter, whole and torn, and of some others.
+/// A random name of special characters, complete and truncated, and some others.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
@@ -71,8 +71,8 @@ std::string randomName(std::mt19937& random) {
 
 constexpr int randomNames = 50'000;
 
-TEST(MachineName, ComesBackWholeWhateverTheNameHolds) {
-    std::mt19937 random(1); // the same names at each run
+TEST(MachineName, RoundTripsForAnyName) {
+    std::mt19937 random(1); // the same names in each run
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
         const std::string logic = logicName(name);
@@ -90,7 +90,7 @@ TEST(MachineName, SurvivesTheLogicsLowerCase) {
     }
 }
 
-TEST(MachineName, ComesBackFromTheFormerFormUnlessItHoldsACharacterOfTheNew) {
+TEST(MachineName, RoundTripsFromTheFormerFormUnlessItContainsNewCharacters) {
     std::mt19937 random(3);
     int plain = 0;
     for (int i = 0; i < randomNames; ++i) {

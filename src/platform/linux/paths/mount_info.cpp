@@ -20,7 +20,7 @@ bool isOctal(char c) {
     return c >= '0' && c <= '7';
 }
 
-/// The kernel writes blank, tab, line end and backslash as a backslash and three octal digits.
+/// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
 std::string unescaped(std::string_view text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -50,7 +50,7 @@ std::optional<MountPoint> parseLine(const std::string& line) {
     return MountPoint{unescaped(point), type, root != "/", device, unescaped(source)};
 }
 
-/// Whether a program or a server far away answers for the files.
+/// Whether a program or a remote server may serve the files.
 bool mayBeRemote(const MountPoint& mount) {
     static constexpr std::array remoteTypes = {"9p",    "afs", "ceph", "cifs", "lustre",
                                                "ncpfs", "nfs", "nfs4", "smb3", "smbfs"};
@@ -86,18 +86,19 @@ std::vector<MountPoint> parseMountInfo(std::string_view text) {
 }
 
 bool holdsUserFiles(const MountPoint& mount) {
-    // The kernel's own tables and controls: no disk, no files of a person.
+    // The kernel's own tables and controls: no disk, no files of a user.
     static constexpr std::array kernelTypes = {
         "autofs",     "binfmt_misc", "bpf",      "cgroup",   "cgroup2", "configfs",
         "debugfs",    "devpts",      "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",
         "mqueue",     "nsfs",        "proc",     "pstore",   "ramfs",   "rpc_pipefs",
         "securityfs", "selinuxfs",   "sysfs",    "tracefs"};
-    // Packages and containers: mounted by the dozen, read-only or behind a program's back.
+    // Packages and containers: mounted in large numbers, read-only or internal to a program.
     static constexpr std::array packageTypes = {"fuse.portal", "overlay", "squashfs"};
     const auto isOf = [&](const auto& types) {
         return std::find(types.begin(), types.end(), mount.fileSystemType) != types.end();
     };
-    // A disc in memory may hold files (/tmp), but not where the system keeps its run-time state.
+    // A file system in memory may contain the user's files (/tmp), but not where the system keeps
+    // its run-time state.
     const bool systemState = mount.fileSystemType == "tmpfs" &&
                              (isBelow(mount.path, "/run") || isBelow(mount.path, "/dev") ||
                               isBelow(mount.path, "/sys") || isBelow(mount.path, "/proc"));
@@ -115,7 +116,7 @@ MountInfo::~MountInfo() {
 
 std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     if (readBefore_) {
-        // The kernel marks this file as being in error when a mount came or went; see proc(5).
+        // The kernel reports an error condition on this file after a mount or unmount; see proc(5).
         pollfd change{descriptor_, POLLPRI, 0};
         if (descriptor_ < 0 || ::poll(&change, 1, 0) <= 0) {
             return std::nullopt;
@@ -125,7 +126,7 @@ std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     std::string text;
     std::array<char, 4096> block{};
     off_t position = 0;
-    // A machine has some hundred mounts of some hundred bytes; the bound is there for a list that
+    // A machine has some hundred mounts with some hundred bytes each; the bound covers a list that
     // grows while it is read.
     constexpr off_t longestList = 16 * 1024 * 1024;
     while (descriptor_ >= 0 && position < longestList) {
@@ -145,8 +146,8 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // Only partial mounts of this machine's own disks are looked at. Servers' folders are
-        // partial mounts, too, and asking one that is gone would hang.
+        // Only partial mounts of this machine's own disks are checked. Servers' folders are partial
+        // mounts, too, and accessing one of a dead server would hang.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

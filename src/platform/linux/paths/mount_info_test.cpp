@@ -22,7 +22,7 @@ TEST(ParseMountInfo, ReadsPointTypeAndDeviceOfEachMount) {
                             MountPoint{"/data", "btrfs", true, "0:5", "/dev/sdb"}));
 }
 
-TEST(ParseMountInfo, UnderstandsTheKernelsOctalEscapes) {
+TEST(ParseMountInfo, DecodesTheKernelsOctalEscapes) {
     EXPECT_THAT(
         parseMountInfo(
             "30 25 0:9 / /media/My\\040Disk\\011a\\134b rw - cifs //host/My\\040Disk rw\n"
@@ -31,20 +31,20 @@ TEST(ParseMountInfo, UnderstandsTheKernelsOctalEscapes) {
                     MountPoint{"/media/none", "fuse", false, "0:10", ""}));
 }
 
-TEST(ParseMountInfo, TakesTheLastMountOnAPointThatIsCovered) {
+TEST(ParseMountInfo, ReturnsTheLastMountOnACoveredMountPoint) {
     EXPECT_THAT(parseMountInfo("30 25 8:3 / /mnt rw - autofs systemd-1 rw\n"
                                "31 30 8:4 / /mnt rw - ext4 /dev/sdb1 rw\n"),
                 ElementsAre(MountPoint{"/mnt", "ext4", false, "8:4", "/dev/sdb1"}));
 }
 
-TEST(ParseMountInfo, LeavesOutLinesOfAnotherForm) {
+TEST(ParseMountInfo, SkipsLinesInAnotherFormat) {
     EXPECT_THAT(parseMountInfo(""), IsEmpty());
     EXPECT_THAT(parseMountInfo("garbage\n\n1 2 3\n30 25 8:3 / home rw - ext4 x rw\n"
                                "30 25 8:3 / /home rw shared:1\n30 25 8:3 / /home rw -\n"),
                 IsEmpty());
 }
 
-TEST(HoldsUserFiles, SaysYesToDisks) {
+TEST(HoldsUserFiles, AcceptsDisks) {
     for (const char* type : {"ext4", "xfs", "btrfs", "vfat", "ntfs3", "nfs4", "cifs", "fuseblk"}) {
         EXPECT_TRUE(holdsUserFiles({"/media/disk", type})) << type;
     }
@@ -52,7 +52,7 @@ TEST(HoldsUserFiles, SaysYesToDisks) {
     EXPECT_TRUE(holdsUserFiles({"/tmp", "tmpfs"}));
 }
 
-TEST(HoldsUserFiles, SaysNoToTheKernelsTablesAndToPackages) {
+TEST(HoldsUserFiles, RejectsTheKernelsTablesAndPackages) {
     for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "devpts", "squashfs"}) {
         EXPECT_FALSE(holdsUserFiles({"/somewhere", type})) << type;
     }
@@ -61,13 +61,13 @@ TEST(HoldsUserFiles, SaysNoToTheKernelsTablesAndToPackages) {
     EXPECT_TRUE(holdsUserFiles({"/runs", "tmpfs"}));
 }
 
-TEST(MountInfo, GivesTheListOnceWhileNothingChanges) {
+TEST(MountInfo, ReturnsTheListOnceWhileNothingChanges) {
     MountInfo mounts;
     EXPECT_TRUE(mounts.changed().has_value());
     EXPECT_FALSE(mounts.changed().has_value());
 }
 
-TEST(MountInfo, LeavesOutPartialMountsThatAreNoFolders) {
+TEST(MountInfo, OmitsPartialMountsThatAreNoFolders) {
     const fakes::TempFolder folder;
     std::filesystem::create_directory(folder / "part");
     std::ofstream(folder / "file") << "x";
@@ -82,9 +82,9 @@ TEST(MountInfo, LeavesOutPartialMountsThatAreNoFolders) {
                                        {"/gone", "nfs", false, "8:1", "server:/"}}));
 }
 
-// A server's folder may be a partial mount; to ask one that is gone would hang. What is not looked
-// at is listed, whatever it is: here a path without a folder.
-TEST(MountInfo, LooksAtNoPartialMountThatMayBeOfAServer) {
+// A server's folder may be a partial mount; accessing one of a dead server would hang. A mount that
+// is not checked is listed, whatever it is: here a path without a folder.
+TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeAServers) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"
                                    << "2 0 0:41 /b /gone/ssh rw - fuse.sshfs server: rw\n"
@@ -95,7 +95,7 @@ TEST(MountInfo, LooksAtNoPartialMountThatMayBeOfAServer) {
                                        {"/gone/ssh", "fuse.sshfs", true, "0:41", "server:"}}));
 }
 
-TEST(MountInfo, GivesAllMountsToThoseWhoLookAtNone) {
+TEST(MountInfo, AllChangedReturnsAllMountsWithoutAccessingThem) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:30 / / rw - overlay overlay rw\n"
                                    << "2 0 8:1 /b /gone/disk rw - ext4 /dev/x rw\n"
@@ -107,7 +107,7 @@ TEST(MountInfo, GivesAllMountsToThoseWhoLookAtNone) {
     EXPECT_FALSE(mounts.allChanged().has_value());
 }
 
-TEST(MountInfo, GivesAnEmptyListWhereThereIsNone) {
+TEST(MountInfo, ReturnsAnEmptyListIfThereIsNone) {
     MountInfo mounts("/no/such/list");
     EXPECT_EQ(mounts.changed(), std::vector<MountPoint>());
     EXPECT_FALSE(mounts.changed().has_value());

@@ -36,7 +36,8 @@ Error badName() {
     return {ErrorNumber::badFileName, "Bad file name or number"};
 }
 
-/// A name in whatever case the folder lists it; nothing if there is none or it cannot be listed.
+/// The name as the folder lists it, matched case-insensitively; empty if there is none or the
+/// folder cannot be listed.
 std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
@@ -60,7 +61,7 @@ std::optional<std::string> listedSpelling(const std::string& folder, const std::
     return first ? first : firstFormer;
 }
 
-/// The name under which `memory` holds an entry of this very folder, if that exists.
+/// The spelling that `memory` has for an entry of this exact folder, if the entry exists.
 std::optional<std::string> rememberedName(SpellingMemory& memory, const std::string& folder,
                                           const std::string& machineName) {
     const auto spelled = memory.find(joined(folder, machineName));
@@ -72,8 +73,8 @@ std::optional<std::string> rememberedName(SpellingMemory& memory, const std::str
                                                                 : std::nullopt;
 }
 
-/// Whether a path that reads so on the machine may be what is left of `spelled` once some of its
-/// names are in lower case. Both are equal but for case.
+/// Whether the path `asked` may be `spelled` with some of its names converted to lower case.
+/// Precondition: both are equal except for case.
 bool mayBeLoweredOf(std::string_view spelled, std::string_view asked) {
     const std::vector<std::string> spelledNames = namesOf(spelled, "/");
     const std::vector<std::string> askedNames = namesOf(asked, "/");
@@ -117,7 +118,7 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
     const auto spelled = spellings_->chosen.find(machinePath);
-    // Not on another disk whose mount point differs in case alone.
+    // Not on another disk whose mount point differs only in case.
     const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Translates between the logic's paths ("C:\Music\track1.wav") and the machine's ("/Music/..."),
-// and finds names without regard to case. It opens and changes no file.
+// and finds names case-insensitively. It opens and changes no file.
 //
-// The logic keeps its paths in lower case, so that a path may fit several names on the disk, and a
-// folder that may be entered but not listed hides them all. So spellings that passed through here
-// are remembered for the run. What a name means, best first:
-//   - a name in lower case, which may have been lowered: the spelling that was chosen (a folder
-//   made
-//     or entered, a file picked in a dialog; of several the last one), the very name, the spelling
-//     that a walk listed, whatever the folder lists in another case (of several the first in byte
+// The logic converts its paths to lower case, so a path may match several names on the disk, and a
+// folder that can be entered but not listed cannot be searched. Therefore the spellings of paths
+// that pass through here are remembered while the program runs. The match for a name, in order of
+// preference:
+//   - for a name in lower case, which may have been converted: the spelling that was chosen (a
+//     folder created or entered, a file picked in a dialog; the most recent of several), the exact
+//     name, the spelling that a walk listed, any case variant in the folder (the first in byte
 //     order);
-//   - a name with capitals, which nobody lowered, and any name that is given to make or to enter a
-//     folder: the very name first, then the same.
-// A remembered spelling that exists no more means nothing. A whole path is sought before its parts:
-// a file picked from "my music" stays that file while the destination is "My Music".
+//   - for a name with capitals, which was not converted, and for the name of a folder to create or
+//     enter: the exact name, then as above.
+// A remembered spelling that no longer exists is ignored. A whole path is looked up before its
+// parts: a file picked from "my music" remains that file while the destination is "My Music".
 #pragma once
 
 #include <memory>
@@ -30,28 +30,28 @@
 
 namespace sonarith {
 
-/// Where a path of the logic leads on the machine.
+/// The machine's location of a path of the logic.
 struct Located {
-    /// The whole machine path: as it stands on disk as far as it exists, then as it was given.
+    /// The whole machine path: the existing part in the disk's spelling, the rest as given.
     std::string path;
-    /// The folder part of `path`, and the last name in the case in which it was given. For the root
-    /// of a drive the name is empty.
+    /// The folder part of `path`, and the last name with its case as given. For the root of a drive
+    /// the name is empty.
     std::string folder;
     std::string givenName;
-    /// Something of that name exists.
+    /// An entry of that name exists.
     bool found = false;
 };
 
-/// The spellings of a run.
+/// The spellings remembered while the program runs.
 struct Spellings {
     SpellingMemory chosen;
     SpellingMemory walked;
 };
 
-/// Whether the logic may have put a path in lower case.
+/// Whether the logic may have converted a path to lower case.
 enum class PathCase {
     maybeLowered,
-    asGiven ///< by the user or the store: the path of a folder to make or to enter
+    asGiven ///< by the user or the store: the path of a folder to create or enter
 };
 
 class PathMap {
@@ -61,23 +61,22 @@ class PathMap {
             std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>())
         : drives_(drives), mounts_(mounts), spellings_(std::move(spellings)) {}
 
-    /// `logicPath` begins with a drive letter and a colon. Names are found as described above. "."
-    /// and
-    /// ".." are worked out by text; a slash parts names as a backslash does. Errors: badFileName
-    /// (no drive, a colon, star, question mark or NUL in a name), pathNotFound (a letter without a
-    /// disk).
+    /// `logicPath` begins with a drive letter and a colon. Names are matched as described above.
+    /// "." and ".." are resolved textually; slash and backslash are separators. Errors: badFileName
+    /// (no drive, or a colon, star, question mark or NUL in a name), pathNotFound (a letter without
+    /// a disk).
     [[nodiscard]] Result<Located> locate(std::string_view logicPath,
                                          PathCase pathCase = PathCase::maybeLowered);
-    /// The name of the logic, of any case, in a folder of the machine. Errors: badFileName.
+    /// As locate(), for one name of the logic in a folder of the machine. Errors: badFileName.
     [[nodiscard]] Result<Located> locateIn(const std::string& folder, const std::string& name);
 
-    /// The logic's form of an absolute machine path; "." and ".." are worked out by text. The root
+    /// The logic's form of an absolute machine path; "." and ".." are resolved textually. The root
     /// of a drive is "D:\".
     [[nodiscard]] std::string logicPathOf(std::string_view machinePath);
-    /// The same for a path that was chosen: it and the folders above it are remembered; these only
-    /// where no other spelling was chosen that still exists.
+    /// The same for a chosen path: it and its parent folders are remembered, the parents only if no
+    /// other existing spelling of them was chosen.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
-    /// Remembers a plain machine path alone as chosen.
+    /// Remembers only a plain machine path itself as chosen.
     void rememberChosen(const std::string& machinePath) {
         spellings_->chosen.remember(machinePath);
     }
@@ -85,22 +84,22 @@ class PathMap {
     void rememberWalked(const std::string& machinePath) {
         spellings_->walked.remember(machinePath);
     }
-    /// The machine path that was chosen for the whole of the logic's path, if it still exists.
+    /// The machine path that was chosen for the logic's whole path, if it still exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
 
-    /// Whether chosenFor() can find anything for a path that leads to this one in some case.
+    /// Whether chosenFor() may find a result for any path that matches this one case-insensitively.
     [[nodiscard]] bool hasChosen(const std::string& machinePath) {
         return spellings_->chosen.find(machinePath).has_value();
     }
 
-    /// The drives as they are mounted now.
+    /// The drives with the current mounts.
     [[nodiscard]] const DriveTable& drives();
 
   private:
-    /// A path of the logic as machine names below a drive's mount point.
+    /// A path of the logic, as names below a drive's mount point.
     struct Asked {
         std::string mountPoint;
-        std::vector<std::string> names; ///< of the logic
+        std::vector<std::string> names; ///< in the logic's form
         /// The path's first `count` names as a machine path.
         [[nodiscard]] std::string machinePath(std::size_t count) const;
     };

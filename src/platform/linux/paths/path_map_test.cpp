@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A disk of its own (D:) in a temporary folder, below the machine's root (C:).
+/// A separate disk (D:) in a temporary folder, below the machine's root (C:).
 class PathMapTest : public ::testing::Test {
   protected:
     void addFile(const std::string& name) {
@@ -34,7 +34,7 @@ class PathMapTest : public ::testing::Test {
     }
     ErrorNumber failure(std::string_view logic) { return paths_.locate(logic).error().number; }
 
-    /// The kernel's list as this test has it; the disk is made, too.
+    /// The kernel's list for this test; the disk is created, too.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -51,7 +51,7 @@ class PathMapTest : public ::testing::Test {
     PathMap paths_{drives_, mounts_};
 };
 
-TEST_F(PathMapTest, LeadsEachLetterToItsDisk) {
+TEST_F(PathMapTest, MapsEachLetterToItsDisk) {
     EXPECT_EQ(machine("c:\\no\\such"), "/no/such");
     EXPECT_EQ(machine("C:\\"), "/");
     EXPECT_EQ(machine("d:\\"), disk_);
@@ -91,7 +91,7 @@ TEST_F(PathMapTest, KeepsTheCaseOfNamesThatDoNotExist) {
     EXPECT_FALSE(located.found);
 }
 
-TEST_F(PathMapTest, TellsTheNameGivenFromTheNameFound) {
+TEST_F(PathMapTest, DistinguishesTheGivenNameFromTheFoundName) {
     addFile("Track.WAV");
     const Located located = paths_.locate("d:\\track.wav").value();
     EXPECT_TRUE(located.found);
@@ -99,7 +99,7 @@ TEST_F(PathMapTest, TellsTheNameGivenFromTheNameFound) {
     EXPECT_EQ(located.givenName, "track.wav");
 }
 
-TEST_F(PathMapTest, CarriesAwkwardNamesThereAndBack) {
+TEST_F(PathMapTest, RoundTripsAwkwardNames) {
     for (const std::string name :
          {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", "x\xef\x80\xaay\xef\x80\xbf",
           " . ", "*?[a]", "What?*.mp3", "new\nline", "\xef\x80", "C:", "...", "\u2217",
@@ -111,7 +111,7 @@ TEST_F(PathMapTest, CarriesAwkwardNamesThereAndBack) {
     }
 }
 
-TEST_F(PathMapTest, TellsAFileOfAWildcardsNameFromItsNeighbour) {
+TEST_F(PathMapTest, DistinguishesAFileWithAWildcardInItsNameFromItsNeighbour) {
     addFile("What?.MP3");
     addFile("whats.mp3");
     const std::string logic = lowerCase(paths_.toLogic(disk_ + "/What?.MP3"));
@@ -121,7 +121,7 @@ TEST_F(PathMapTest, TellsAFileOfAWildcardsNameFromItsNeighbour) {
     EXPECT_FALSE(paths_.locate(logic).value().found);
 }
 
-TEST_F(PathMapTest, FindsWhatAStoreWrittenBeforeNames) {
+TEST_F(PathMapTest, FindsFilesNamedInAnOlderStore) {
     for (const std::string name :
          {"What?.MP3", "a\\b:c*d", "truly \uf02a", "\u2217 \u00ac\u00ac", "*\uf02a\u2217"}) {
         addFile(name);
@@ -131,24 +131,24 @@ TEST_F(PathMapTest, FindsWhatAStoreWrittenBeforeNames) {
     }
 }
 
-TEST_F(PathMapTest, MakesANameOfTheFormerFormWithTheCharacterThatItStoodFor) {
+TEST_F(PathMapTest, CreatesANameOfTheFormerFormWithItsOriginalCharacter) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 
-TEST_F(PathMapTest, PrefersTheFormOfTodayToTheFormerOne) {
+TEST_F(PathMapTest, PrefersTheCurrentFormToTheFormerOne) {
     addFile("a\u00acB");
     addFile("a\u00ac\u00acB");
     EXPECT_EQ(onDisk("d:\\a\u00ac\u00acb"), "/a\u00acB");
 }
 
-TEST_F(PathMapTest, WorksDotsOutByText) {
+TEST_F(PathMapTest, ResolvesDotsTextually) {
     addFile("a/b.wav");
     EXPECT_EQ(onDisk("d:\\a\\..\\.\\a\\\\b.wav"), "/a/b.wav");
     EXPECT_EQ(machine("d:\\..\\..\\a"), disk_ + "/a"); // never above the drive
     EXPECT_EQ(onDisk("d:/a/b.wav"), "/a/b.wav");
 }
 
-TEST_F(PathMapTest, RefusesWhatIsNoPath) {
+TEST_F(PathMapTest, RefusesInvalidPaths) {
     EXPECT_EQ(failure(""), ErrorNumber::badFileName);
     EXPECT_EQ(failure("music\\a.wav"), ErrorNumber::badFileName);
     EXPECT_EQ(failure("d:\\music\\c:\\music\\a.wav"), ErrorNumber::badFileName);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What stands in a path, of the logic's form or of the machine's. It looks at no disk.
+// Splits and normalises paths in the logic's form or the machine's. It accesses no disk.
 #pragma once
 
 #include <string>
@@ -8,18 +8,18 @@
 
 namespace sonarith {
 
-/// The names of a path, "." and ".." worked out; ".." at the root stays there.
+/// The names of a path, with "." and ".." resolved; ".." at the root is dropped.
 [[nodiscard]] std::vector<std::string> namesOf(std::string_view path, std::string_view separators);
 
-/// An absolute machine path with "." and ".." worked out by text, no doubled slash and none at its
-/// end; "/" for the root and for an empty path.
+/// An absolute machine path with "." and ".." resolved textually, without doubled and trailing
+/// slashes; "/" for the root and for an empty path.
 [[nodiscard]] std::string plainMachinePath(std::string_view path);
 
-/// Whether the plain machine path is `folder` or leads below it.
+/// Whether the plain machine path is `folder` or inside it.
 [[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
 
-/// A path of the logic's form from its drive's letter on: one without a letter begins at the root
-/// of `currentFolder`'s drive, or in that folder.
+/// The absolute form of a path of the logic: a path without a drive letter starts at the root of
+/// `currentFolder`'s drive, or in that folder.
 [[nodiscard]] std::string absolutePath(const std::string& path, const std::string& currentFolder);
 
 } // namespace sonarith

@@ -9,26 +9,26 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(PathNames, AreWhatStandsBetweenSeparators) {
+TEST(PathNames, AreThePartsBetweenSeparators) {
     EXPECT_THAT(namesOf("\\Music\\old/new.wav", "\\/"), ElementsAre("Music", "old", "new.wav"));
     EXPECT_THAT(namesOf("/a\\b//c/", "/"), ElementsAre("a\\b", "c"));
     EXPECT_THAT(namesOf("", "/"), IsEmpty());
     EXPECT_THAT(namesOf("//", "/"), IsEmpty());
 }
 
-TEST(PathNames, DotsAreWorkedOutAndLeadNowhereAboveTheRoot) {
+TEST(PathNames, DotsAreResolvedAndNeverLeadAboveTheRoot) {
     EXPECT_THAT(namesOf("/a/./b/../c", "/"), ElementsAre("a", "c"));
     EXPECT_THAT(namesOf("/../../a/...", "/"), ElementsAre("a", "..."));
 }
 
-TEST(PlainMachinePath, HasNoDetours) {
+TEST(PlainMachinePath, IsNormalised) {
     EXPECT_EQ(plainMachinePath("/home//me/./x/.."), "/home/me");
     EXPECT_EQ(plainMachinePath("/home/me/"), "/home/me");
     EXPECT_EQ(plainMachinePath("/"), "/");
     EXPECT_EQ(plainMachinePath(""), "/");
 }
 
-TEST(IsWithin, KnowsAFolderFromItsNeighbour) {
+TEST(IsWithin, DistinguishesAFolderFromItsNeighbour) {
     EXPECT_TRUE(isWithin("/home/me", "/home/me"));
     EXPECT_TRUE(isWithin("/home/me/x", "/home/me"));
     EXPECT_TRUE(isWithin("/home", "/"));
@@ -36,7 +36,7 @@ TEST(IsWithin, KnowsAFolderFromItsNeighbour) {
     EXPECT_FALSE(isWithin("/home", "/home/me"));
 }
 
-TEST(AbsolutePath, BeginsWithItsDriveWhateverItWas) {
+TEST(AbsolutePath, AlwaysBeginsWithItsDrive) {
     const std::string here = "d:\\music";
     EXPECT_EQ(absolutePath("c:\\a", here), "c:\\a");
     EXPECT_EQ(absolutePath("c:", here), "c:");

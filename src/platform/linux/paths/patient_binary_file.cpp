@@ -15,8 +15,8 @@ PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
     : file_(std::move(file)), bound_(bound), calls_(threads, waiting) {}
 
 PatientBinaryFile::~PatientBinaryFile() {
-    // A close may hang as a read may. Most are done within the moment, so that what is done next
-    // with the file's name finds it closed.
+    // A close may hang as a read may. Most are completed within the short wait, so that the next
+    // operation on the file's name finds it closed.
     calls_.tell(Waiting::plainMoment,
                 [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
 }
@@ -27,7 +27,7 @@ Result<std::int64_t> PatientBinaryFile::length() const {
 }
 
 Result<std::size_t> PatientBinaryFile::read(std::int64_t offset, std::span<std::byte> into) {
-    // Into memory of its own: the caller's may be gone when a read that hung returns.
+    // Into a separate buffer: the caller's may have been destroyed when a read that hung returns.
     const auto bytes = std::make_shared<std::vector<std::byte>>(into.size());
     auto answer =
         calls_.ask(bound_, [file = file_, offset, bytes] { return file->read(offset, *bytes); });

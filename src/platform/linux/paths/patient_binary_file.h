@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands before an open file on a disk or server that may not answer: its calls run on another
-// thread and are waited for with a bound. It opens no file (patient_file_system.h).
+// Wraps an open file on a disk or server that may not respond: its calls run on another thread and
+// are waited for with a bound. It opens no file (patient_file_system.h does).
 #pragma once
 
 #include <memory>
@@ -10,11 +10,11 @@
 
 namespace sonarith {
 
-/// A call that is not answered in time fails with deviceUnavailable, though it may be carried out
-/// later; so do all further ones, at once, until it has returned. Closed on the other thread.
+/// A call that times out fails with deviceUnavailable, though it may be carried out later; all
+/// further ones fail at once until it has returned. The file is closed on the other thread.
 class PatientBinaryFile final : public BinaryFile {
   public:
-    /// `threads` and `waiting` outlive this.
+    /// `threads` and `waiting` must outlive this.
     PatientBinaryFile(std::shared_ptr<BinaryFile> file, waiting::WorkerThreads& threads,
                       Waiting& waiting, Waiting::Duration bound);
     ~PatientBinaryFile() override;

@@ -13,16 +13,16 @@ namespace sonarith {
 
 namespace {
 
-/// How much of a folder is handed over at once. Nearly all folders come whole, and one that holds
-/// millions of files is not waited for as one.
+/// Entries per call. Nearly all folders fit into one part, and a folder with millions of files is
+/// not waited for as a whole.
 constexpr std::size_t mostRecords = 1000;
 
-/// The machine's side of a walk: belongs to the calls, and is left behind with one that hangs.
+/// The machine's side of a walk: owned by the calls, and left behind with one that hangs.
 struct MachineWalk {
     explicit MachineWalk(std::shared_ptr<WalkedFolders> folders) : walked(std::move(folders)) {}
 
-    /// The walk through these files. They are others once a call to the former ones, not of this
-    /// walk perhaps, was left behind.
+    /// The walk through these files. They are new objects after a call to the previous ones,
+    /// perhaps not of this walk, was left behind.
     DirectoryWalk& of(MachineFiles& machine) {
         if (owner.get() != &machine) {
             walk = machine.continueWalk(walked);
@@ -33,9 +33,9 @@ struct MachineWalk {
     }
 
     const std::shared_ptr<WalkedFolders> walked;
-    std::shared_ptr<MachineFiles> owner; ///< whose walk it is, which must not outlive it
+    std::shared_ptr<MachineFiles> owner; ///< owner of the walk, which must not outlive it
     std::unique_ptr<DirectoryWalk> walk;
-    int number = 0; ///< of the walk: handles mean something in it alone
+    int number = 0; ///< identifies the walk: handles are valid only in it
 };
 
 /// A part of a folder.
@@ -43,7 +43,7 @@ struct Part {
     int walk = 0;                          ///< as MachineWalk::number
     FindHandle handle = invalidFindHandle; ///< in that walk
     std::vector<FindRecord> records{};
-    bool atEnd = false; ///< nothing comes after them, and the machine's side is closed
+    bool atEnd = false; ///< no more follow, and the machine's side is closed
 };
 
 void readOn(DirectoryWalk& walk, Part& part) {
@@ -62,7 +62,7 @@ class PatientWalk final : public DirectoryWalk {
   public:
     explicit PatientWalk(PatientPaths& paths) : paths_(paths) {}
     ~PatientWalk() override {
-        // Folders that are open still are closed with it.
+        // This also closes folders that are still open.
         waiting::releaseElsewhere(std::move(machine_));
     }
     PatientWalk(const PatientWalk&) = delete;
@@ -77,10 +77,10 @@ class PatientWalk final : public DirectoryWalk {
         std::string folder;
         Part part;
         std::size_t next = 0;                 ///< in the part's records
-        std::weak_ptr<MachineWalk> machine{}; ///< where the rest of the folder is open
+        std::weak_ptr<MachineWalk> machine{}; ///< the owner of the open folder with the rest
     };
 
-    /// `question` gets the machine's side and its walk.
+    /// `question` is called with the machine's side and its walk.
     template <typename Question>
     auto ask(const std::string& folder, Question question);
     [[nodiscard]] bool fetch(Listing& listing);
@@ -95,8 +95,8 @@ class PatientWalk final : public DirectoryWalk {
     FindHandle lastHandle_ = 0;
 };
 
-/// The answer of the machine's side. One that does not answer is left behind: what it has listed
-/// is remembered, and the folders that it has open are not read on.
+/// The result of a call to the machine's side. If it times out, that side is left behind: the list
+/// of its folders is kept, and the rest of its open folders is not read.
 template <typename Question>
 auto PatientWalk::ask(const std::string& folder, Question question) {
     auto answer = paths_.ask({folder}, [machine = machine_, question = std::move(question)](

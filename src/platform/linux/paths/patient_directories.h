@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's folders for the thread of the logic: what may hang is waited for with a bound, and
-// the windows are painted meanwhile. How folders are listed stands in linux_directory_walk.h.
+// The machine's folders for the thread of the logic: calls that may hang are waited for with a
+// bound, and the windows are repainted meanwhile. linux_directory_walk.h lists the folders.
 #pragma once
 
 #include <memory>
@@ -13,18 +13,18 @@
 
 namespace sonarith {
 
-/// A folder that is not answered for within PatientPaths::bound() is passed over in a walk, as one
-/// that cannot be read, and at once while an earlier call to its mount has not returned; the walk
-/// goes on with the next one. Everything else is as LinuxDirectories has it.
+/// A folder that does not respond within PatientPaths::bound() is skipped in a walk like an
+/// unreadable one, and at once while an earlier call to its mount has not returned; the walk
+/// continues with the next one. Everything else is as in LinuxDirectories.
 class PatientDirectories final : public Directories {
   public:
-    /// Both outlive this and its walks. `files` tells the current folder.
+    /// Both must outlive this and its walks. `files` provides the current folder.
     PatientDirectories(PatientPaths& paths, const FileSystem& files)
         : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;
-    /// Those known last, if no answer comes.
+    /// The previous result if the call times out.
     [[nodiscard]] std::vector<std::string> drives() const override;
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files as the program reaches them, with waits and bounds. For tests only.
+// The machine's files as the program uses them, with waits and bounds. For tests only.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@
 
 namespace sonarith::test {
 
-/// How a test reaches the machine's files: what holds for one holds for the other.
+/// How a test accesses the machine's files; each test must hold for both.
 enum class Reach { directly, patiently };
 
 inline std::string nameOf(Reach reach) {

@@ -14,8 +14,8 @@ std::string causeOf(const std::string& mount) {
 
 } // namespace
 
-/// Goes along the paths and remembers the mount that is being asked, for the thread of the logic to
-/// read while that hangs.
+/// Follows the paths and stores the mount of the current step, which the thread of the logic reads
+/// while the step hangs.
 class PatientPaths::Search {
   public:
     void run(MachineFiles& machine, const PlaceAccess& places,
@@ -27,9 +27,9 @@ class PatientPaths::Search {
         for (const std::string& path : paths) {
             static_cast<void>(walkToPlace(machine, places, path, note));
         }
-        set(""); // they have all answered
+        set(""); // all have responded
     }
-    /// Empty if none hangs, as far as is known.
+    /// The mount that hangs; empty if none is known to.
     [[nodiscard]] std::string mount() const {
         const std::lock_guard lock(mutex_);
         return mount_;
@@ -48,7 +48,7 @@ class PatientPaths::Search {
 struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
-    /// Made by the first call, on its thread, and used by the calls alone.
+    /// Created by the first call, on its thread, and used only by the calls.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;
@@ -77,7 +77,7 @@ bool PatientPaths::carryOut(const std::vector<std::string>& paths, Job job) {
         const auto mayAsk = [&](const std::string& mount) {
             return !hanging.contains(mount);
         };
-        // To go through the path takes longer than most calls: only while something hangs.
+        // Following the path takes longer than most calls, so it is done only while a call hangs.
         *refused = !hanging.empty() &&
                    !std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
                        return walkToPlace(**machine, places, path, mayAsk);
@@ -134,7 +134,7 @@ void PatientPaths::forgetWhatHasReturned() {
     });
 }
 
-/// Compared as they are given: who asks again in other words waits again.
+/// Compared as text: another spelling of the same path waits again.
 bool PatientPaths::isUnanswered(const std::vector<std::string>& paths) const {
     return std::any_of(left_.begin(), left_.end(), [&](const LeftBehind& left) {
         return std::find_first_of(paths.begin(), paths.end(), left.paths.begin(),

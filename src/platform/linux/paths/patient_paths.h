@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls to the machine's files for the thread of the logic, which must not be held up by a disk or
-// server that does not answer: each runs on another thread and is waited for with a bound. A mount
-// that has not answered is not asked again until it has; nor is a path whose call hangs for another
-// reason (a folder with a link to such a mount). What is asked stands in patient_file_system.h and
-// patient_directories.h.
+// Calls to the machine's files for the thread of the logic, which must not be blocked by a disk or
+// server that does not respond: each runs on another thread and is waited for with a bound. A mount
+// that has not responded is not called again until it has; nor is a path whose call hangs for
+// another reason (a folder with a link to such a mount). The calls themselves are in
+// patient_file_system.h and patient_directories.h.
 #pragma once
 
 #include <functional>
@@ -21,26 +21,26 @@
 
 namespace sonarith {
 
-/// How PatientPaths comes to the machine's files; tests put others here.
+/// How PatientPaths creates the machine's files; tests replace it.
 struct PathAccess {
-    /// Makes the files with fresh state; called on any thread.
+    /// Creates the files with fresh state; called on any thread.
     std::function<std::shared_ptr<MachineFiles>()> make;
-    /// Called on the thread of the logic after each call that was answered: brings to the settings
-    /// store what the call had to store.
+    /// Called on the thread of the logic after each call that returned in time: writes the call's
+    /// changes to the settings store.
     std::function<void()> afterCall;
     PlaceAccess places;
 };
 
-/// For the thread of the logic. A call that is not answered may still be carried out later.
+/// For the thread of the logic. A call that times out may still be carried out later.
 class PatientPaths {
   public:
-    /// A disk that sleeps takes up to ten seconds to spin up. The windows are painted meanwhile,
-    /// and closing one ends the wait.
+    /// A sleeping disk takes up to ten seconds to spin up. The windows are repainted meanwhile, and
+    /// closing one ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
-    /// To find out which mount does not answer, once one has not: it hangs at once, or it has come
-    /// back.
+    /// The bound for finding out which mount does not respond, after a timeout: the search hangs at
+    /// once, or the mount has recovered.
     static constexpr Waiting::Duration searchBound{1000};
-    /// Calls that are left behind, at most. Two hang for each mount that does not answer.
+    /// Limit of calls that are left behind. Two hang for each mount that does not respond.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,
@@ -49,10 +49,10 @@ class PatientPaths {
     PatientPaths(const PatientPaths&) = delete;
     PatientPaths& operator=(const PatientPaths&) = delete;
 
-    /// The answer to `question`, which is asked with a MachineFiles& and has to do with `paths`:
-    /// whole paths of the logic. Empty if none has come within the bound, and at once for a path on
-    /// a mount that has not answered before, or that itself has not been answered for. The question
-    /// must own all that it touches.
+    /// The result of `question`, which is called with a MachineFiles& and concerns `paths`: whole
+    /// paths of the logic. Empty if it has not returned within the bound, and at once for a path on
+    /// a mount that is known not to respond, or with an earlier call that has not returned. The
+    /// question must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         using Answer = decltype(question(std::declval<MachineFiles&>()));
@@ -70,14 +70,14 @@ class PatientPaths {
   private:
     using Job = std::function<void(MachineFiles&)>;
 
-    /// One after the other, calls to one object with the machine's files.
+    /// Serialises the calls to one object with the machine's files.
     struct Lane;
     /// Finds the mount that hangs.
     class Search;
-    /// A lane whose call was not answered.
+    /// A lane whose call timed out.
     struct LeftBehind {
         std::unique_ptr<Lane> lane;
-        std::vector<std::string> paths; ///< what the call had to do with
+        std::vector<std::string> paths; ///< the paths that the call concerned
         std::shared_ptr<const Search> search;
     };
 
@@ -94,7 +94,7 @@ class PatientPaths {
     const Waiting::Duration bound_;
     std::unique_ptr<Lane> lane_;
     std::vector<LeftBehind> left_;
-    std::set<std::string> reported_; ///< mounts of which the user was told that they hang
+    std::set<std::string> reported_; ///< mounts that were reported to the user as hanging
 };
 
 } // namespace sonarith

@@ -18,15 +18,15 @@ namespace sonarith {
 
 namespace {
 
-// As many as the kernel follows (path_resolution(7)).
+// The kernel's own limit (path_resolution(7)).
 constexpr int mostLinks = 40;
 
 std::string joined(const std::string& folder, const std::string& name) {
     return folder == "/" ? "/" + name : folder + "/" + name;
 }
 
-/// The deepest mount point that holds the path, in whatever case: how the machine spells the path
-/// is not known before its mount has been asked.
+/// The deepest mount point that contains the path, case-insensitive: the machine's spelling of the
+/// path is unknown until its mount has been accessed.
 std::string mountOf(const std::vector<std::string>& mountPoints, const std::string& path) {
     const std::string folded = caseFolded(path);
     std::string deepest = "/";
@@ -47,8 +47,8 @@ class PlaceWalk {
         return mayAsk_(mountOf(mountPoints_, machinePath));
     }
 
-    /// Where `name` in `folder`, which is reached by no link, leads to; nothing if it may not be
-    /// asked.
+    /// The target of `name` in `folder`, which itself contains no link; empty if it may not be
+    /// accessed.
     std::optional<std::string> follow(const std::string& folder, const std::string& name) {
         std::string at = folder;
         std::deque<std::string> names{name};
@@ -65,7 +65,7 @@ class PlaceWalk {
                 continue;
             }
             ++links_;
-            // What ".." means behind a link is worked out by text: good enough for a mount.
+            // ".." after a link is resolved textually: accurate enough to find a mount.
             const std::string whole = target->starts_with('/') ? *target : at + "/" + *target;
             const std::vector<std::string> targets = namesOf(whole, "/");
             names.insert(names.begin(), targets.begin(), targets.end());
@@ -107,7 +107,7 @@ bool walkToPlace(MachineFiles& machine, const PlaceAccess& access, const std::st
     std::string part = path.substr(0, 2);
     const Result<Located> root = machine.locate(part + "\\");
     if (!root.ok()) {
-        return true; // no such drive: nothing will be asked
+        return true; // no such drive: no mount will be accessed
     }
     std::string place = root.value().path;
     if (!walk.mayAsk(place)) {

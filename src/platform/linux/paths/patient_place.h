@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds out step by step on which mounts a path of the logic lies, so that the mount that does not
-// answer is known by the step that hangs, and is not asked a second time. It waits for nothing.
+// Finds step by step on which mounts a path of the logic is, so that the hanging step identifies
+// the mount that does not respond, and that mount is not called a second time. It waits for
+// nothing.
 #pragma once
 
 #include <functional>
@@ -12,20 +13,20 @@
 
 namespace sonarith {
 
-/// What the search asks of the machine; tests put others here.
+/// What the search calls on the machine; tests replace it.
 struct PlaceAccess {
-    /// All mount points there are now.
+    /// All current mount points.
     std::function<std::vector<std::string>()> mountPoints;
-    /// What a symbolic link says; nothing for anything else.
+    /// The target of a symbolic link; empty for anything else.
     std::function<std::optional<std::string>(const std::string& path)> linkTarget;
 };
 
-/// Of this machine.
+/// The real machine's.
 [[nodiscard]] PlaceAccess placesOfThisMachine();
 
-/// Calls `mayAsk` with its mount point ahead of each step that asks a mount about the path, as far
-/// as the path exists, and goes through all links on the way. False once `mayAsk` returns false.
-/// Each step may block.
+/// Follows the path as far as it exists, with all its links, and calls `mayAsk` with the mount
+/// point before each step that accesses a mount. False once `mayAsk` returns false. Each step may
+/// block.
 [[nodiscard]] bool walkToPlace(MachineFiles& machine, const PlaceAccess& access,
                                const std::string& path,
                                const std::function<bool(const std::string& mount)>& mayAsk);

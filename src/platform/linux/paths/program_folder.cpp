@@ -21,7 +21,7 @@ std::string programFolder(const std::string& executableFolder,
     const std::string folder = musicFolder() + "/Sonarith";
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
-    // A program that cannot enter its folder never shows a window.
+    // A program that cannot enter its folder would never show a window.
     const bool usable = std::filesystem::is_directory(folder, failed);
     return usable || executableFolder.empty() ? folder : executableFolder;
 }

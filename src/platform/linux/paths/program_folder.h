@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folder that belongs to the program, as a machine path. Not the settings' folder, which is the
-// store's own business.
+// The program's folder, as a machine path. The settings' folder is determined by the store.
 #pragma once
 
 #include <functional>
@@ -8,13 +7,13 @@
 
 namespace sonarith {
 
-/// The folder of the running executable; empty if the kernel does not tell.
+/// The folder of the running executable; empty if the kernel cannot report it.
 [[nodiscard]] std::string executableFolder();
 
-/// "The program's folder": that of the executable if it may be written there, else (an installed
-/// program) "Sonarith" below `musicFolder`, which is asked for then, and made. If that fails, the
-/// executable's all the same: it can be entered, and what is written there fails with a message of
-/// its own.
+/// "The program's folder": that of the executable if it is writable, else (for an installed
+/// program) "Sonarith" below `musicFolder`, which is only then called; that folder is created. If
+/// this fails, the executable's folder: it can be entered, and writing to it fails with its own
+/// error message.
 [[nodiscard]] std::string programFolder(const std::string& executableFolder,
                                         const std::function<std::string()>& musicFolder);
 

@@ -13,11 +13,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(ExecutableFolder, HoldsTheRunningProgram) {
+TEST(ExecutableFolder, ContainsTheRunningProgram) {
     EXPECT_TRUE(fs::exists(executableFolder() + "/paths_test"));
 }
 
-TEST(ProgramFolder, IsThatOfTheExecutableIfItMayBeWritten) {
+TEST(ProgramFolder, IsThatOfTheExecutableIfItIsWritable) {
     const fakes::TempFolder folder;
     const auto never = [] {
         ADD_FAILURE() << "the music folder is not needed";

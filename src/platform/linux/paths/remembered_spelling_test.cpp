@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the logic's lower-case paths mean where a guess would be wrong: in folders that cannot be
-// listed, and beside names that differ in case alone.
+// The meaning of the logic's lower-case paths where a guess would be wrong: in folders that cannot
+// be listed, and with names that differ only in case.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-/// H: is a home of the test's own, with capitals and a dot in its path; C: the machine's root.
+/// H: is a temporary home, with capitals and a dot in its path; C: the machine's root.
 class RememberedSpellingTest : public testing::Test {
   protected:
     RememberedSpellingTest() { fs::create_directories(home_); }
@@ -28,7 +28,8 @@ class RememberedSpellingTest : public testing::Test {
         for (const std::string& name : hidden_) {
             fs::permissions(home_ + "/" + name, fs::perms::owner_all); // or it could not be removed
         }
-        fs::current_path("/"); // the process is to stand in no folder that is about to be removed
+        fs::current_path(
+            "/"); // the process must not remain in a folder that is about to be deleted
     }
 
     void write(const std::string& name) {
@@ -36,7 +37,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Nobody may list the folder; all may pass through, and make entries if `more` says so.
+    /// No user may list the folder; all may enter it, and create entries if `more` allows it.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;
         fs::permissions(home_ + "/" + name, perms::owner_write | perms::owner_exec |
@@ -45,7 +46,7 @@ class RememberedSpellingTest : public testing::Test {
     }
     void allowAll(const std::string& name) { fs::permissions(home_ + "/" + name, fs::perms::all); }
 
-    /// As the program does with its destination at each start: level by level, in the case of the
+    /// As the program does with its destination at each start: level by level, with the case in the
     /// store.
     bool makeDestination(const std::vector<std::string>& names, const std::string& drive = "H:") {
         bool made = files_.changeDrive(drive).ok() && files_.changeFolder("\\").ok();
@@ -77,7 +78,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(folder_ / "mounts") << "1 0 8:1 / / rw - ext4 /dev/a rw\n";
         return (folder_ / "mounts").string();
     }
-    /// As a user for whom permissions count; 0 if `holds` does.
+    /// Runs as a user who is subject to permissions; 0 if `holds` returns true.
     int withoutPrivileges(const std::function<bool()>& holds) {
         fs::permissions(folder_.path(), fs::perms::all);
         return test::runUnprivileged([&] { return holds() ? 0 : 1; });
@@ -96,7 +97,7 @@ class RememberedSpellingTest : public testing::Test {
 
 // --- folders that may be entered but not listed -----------------------------------------------
 
-TEST_F(RememberedSpellingTest, ADestinationIsFoundWhereNothingCanBeListed) {
+TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
     makeFolder("Shared/My Music/CDs");
     allowAll("Shared/My Music/CDs");
     hideEntriesOf("Shared/My Music");
@@ -125,7 +126,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundByTheRootsLetterAsWell) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, AFolderThatIsMadeThereIsFoundAgain) {
+TEST_F(RememberedSpellingTest, AFolderCreatedThereIsFoundAgain) {
     makeFolder("Drop");
     hideEntriesOf("Drop", fs::perms::others_write);
     EXPECT_EQ(withoutPrivileges([&] {
@@ -154,7 +155,7 @@ TEST_F(RememberedSpellingTest, ALoweredPathMeansTheDestinationOfTheStore) {
     makeFolder("My Music");
     makeFolder("my music");
     makeFolder("MY MUSIC");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav"); // the very name, as a guess
+    EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav"); // the exact name, as a guess
     ASSERT_TRUE(makeDestination({"My Music"}));
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("h:\\my music"), "My Music");
@@ -171,10 +172,11 @@ TEST_F(RememberedSpellingTest, APathWithCapitalsMeansItself) {
     ASSERT_TRUE(makeDestination({"my music"}));
     EXPECT_EQ(meant("H:\\My Music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("H:\\My Music\\sub\\1.wav"), "My Music/Sub/1.wav");
-    EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"), "my music/1.wav"); // neither; the one chosen
+    EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"),
+              "my music/1.wav"); // neither name matches exactly; the chosen one
 }
 
-TEST_F(RememberedSpellingTest, ANameBehindTheDestinationKeepsTheCaseGiven) {
+TEST_F(RememberedSpellingTest, ANameBelowTheDestinationKeepsTheGivenCase) {
     makeFolder("My Music");
     makeFolder("my music");
     write("My Music/Track.wav");
@@ -183,25 +185,25 @@ TEST_F(RememberedSpellingTest, ANameBehindTheDestinationKeepsTheCaseGiven) {
     EXPECT_EQ(meant("h:\\my music\\track.wav"), "My Music/Track.wav");
 }
 
-TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedMeansNothingMore) {
+TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     makeFolder("My Music");
     makeFolder("my music");
     ASSERT_TRUE(makeDestination({"My Music"}));
     fs::rename(home_ + "/My Music", home_ + "/Other");
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
     fs::rename(home_ + "/Other", home_ + "/My Music");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // it is back
+    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // it exists again
     fs::remove(home_ + "/My Music");
     fs::remove(home_ + "/my music");
     EXPECT_FALSE(files_.locate("h:\\my music\\1.wav").value().found);
     EXPECT_EQ(meant("h:\\my music"), "my music");
     write("my music/Song.mp3");
     EXPECT_EQ(paths_.toLogic(home_ + "/my music/Song.mp3"), "H:\\my music\\Song.mp3");
-    makeFolder("My Music"); // too late: the folder of what was picked is meant meanwhile
+    makeFolder("My Music"); // too late: the folder of the picked file is meant by now
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, OneBelowTheOtherSpellingIsNotTakenForIt) {
+TEST_F(RememberedSpellingTest, OneBelowTheOtherSpellingIsNotMistakenForIt) {
     makeFolder("My Music/CDs");
     makeFolder("my music/cds");
     ASSERT_TRUE(makeDestination({"My Music", "CDs"}));
@@ -219,7 +221,7 @@ TEST_F(RememberedSpellingTest, ALoweredNameMeansWhatWasChosenHoweverItsFolderIsN
     EXPECT_EQ(meant("H:\\MY MUSIC\\cd\\1.wav"), "My Music/CD/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, WhatWasChosenOnOneDiskIsNothingOnAnother) {
+TEST_F(RememberedSpellingTest, AChoiceOnOneDiskDoesNotApplyToAnother) {
     write("Stick/A.wav");
     write("stick/a.wav");
     store_.put("Drives", "D", home_ + "/stick");
@@ -236,7 +238,7 @@ TEST_F(RememberedSpellingTest, AFilePickedBesideTheDestinationStaysThatFile) {
     const std::string picked = lowerCase(paths_.toLogic(home_ + "/my music/Song.mp3"));
     EXPECT_EQ(meant(picked), "my music/Song.mp3");
     EXPECT_EQ(meant("h:\\my music\\new.wav"), "My Music/new.wav");
-    // Renamed or removed, it is that file, too, and it stays in its folder.
+    // Renaming and removing also affect that file, and it stays in its folder.
     ASSERT_TRUE(files_.rename(picked, "h:\\my music\\renamed.mp3").ok());
     EXPECT_TRUE(fs::exists(home_ + "/my music/renamed.mp3"));
     EXPECT_TRUE(fs::exists(home_ + "/My Music/song.mp3"));
@@ -244,7 +246,7 @@ TEST_F(RememberedSpellingTest, AFilePickedBesideTheDestinationStaysThatFile) {
     EXPECT_FALSE(fs::exists(home_ + "/my music/renamed.mp3"));
 }
 
-TEST_F(RememberedSpellingTest, AFileIsMovedToAnotherFolderThatIsNamedInOtherWords) {
+TEST_F(RememberedSpellingTest, AFileIsMovedToAnotherFolderThatIsSpelledDifferently) {
     write("One/a.wav");
     makeFolder("Two");
     ASSERT_TRUE(files_.rename("h:\\one\\a.wav", "h:\\two\\a.wav").ok());
@@ -282,13 +284,13 @@ TEST_F(RememberedSpellingTest, AWalkThatReachesTheDestinationFromAboveListsTheSa
 TEST_F(RememberedSpellingTest, AFolderThatAWalkListedIsPreferredToAGuess) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
-    makeFolder("MUSIC"); // comes before the other in byte order
+    makeFolder("MUSIC"); // precedes the other in byte order
     EXPECT_EQ(meant("h:\\music\\a.wav"), "Music/a.wav");
-    makeFolder("music"); // the very name
+    makeFolder("music"); // the exact name
     EXPECT_EQ(meant("h:\\music\\a.wav"), "music/a.wav");
 }
 
-TEST_F(RememberedSpellingTest, WhereTheProgramStandsAtItsStartIsNothingChosen) {
+TEST_F(RememberedSpellingTest, TheCurrentFolderAtTheStartDoesNotCountAsChosen) {
     makeFolder("My Music");
     makeFolder("my music");
     fs::current_path(home_ + "/My Music");

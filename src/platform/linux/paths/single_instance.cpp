@@ -14,8 +14,8 @@ namespace sonarith {
 
 namespace {
 
-/// With those above it, its user's alone, as the desktop's convention has it for the
-/// configuration's.
+/// Creates the folder and its parents, accessible to this user only, as the desktop's convention
+/// requires for the configuration's.
 void makeFolder(const std::string& path) {
     for (std::size_t end = 0; end < path.size();) {
         end = std::min(path.find('/', end + 1), path.size());

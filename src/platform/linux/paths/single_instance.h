@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells whether this user already runs the program. It keeps a second one from nothing by itself,
-// and brings no window to the front.
+// Detects whether this user already runs the program. It does not itself stop a second instance or
+// bring a window to the front.
 #pragma once
 
 #include <string>
@@ -8,14 +8,15 @@
 
 namespace sonarith {
 
-/// Where to seek the lock, best first. `storeFolder` is the settings store's, and is made: the lock
-/// lies beside what it guards, where all sessions of a user look, whatever their environment. Next
-/// $XDG_RUNTIME_DIR, if it is what it should be (absolute, this user's, writable by nobody else).
+/// The folders for the lock, best first. `storeFolder` is the settings store's and is created: the
+/// lock is beside the data that it protects, which all sessions of a user find, whatever their
+/// environment. Next $XDG_RUNTIME_DIR, if it is valid (absolute, owned by this user, writable by no
+/// other user).
 [[nodiscard]] std::vector<std::string> instanceFolders(const std::string& storeFolder);
 
-/// Holds a lock on a file for as long as it lives, in the first of the folders that has locks: one
-/// may be read-only, or on a network without them. The kernel releases it at the end of the
-/// process, however that comes.
+/// Holds a lock on a file during its lifetime, in the first of the folders that supports locks: a
+/// folder may be read-only, or on a network without locks. The kernel releases it when the process
+/// ends, in whatever way.
 class SingleInstance {
   public:
     explicit SingleInstance(const std::vector<std::string>& folders);
@@ -23,8 +24,8 @@ class SingleInstance {
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// False only if another one is known to hold the lock: where no lock can be had at all, the
-    /// program starts rather than never.
+    /// False only if another instance is known to hold the lock: if no lock is possible at all, the
+    /// program starts anyway.
     [[nodiscard]] bool isFirst() const { return first_; }
 
   private:

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-TEST(SingleInstance, LetsOneAtATimeBeTheFirst) {
+TEST(SingleInstance, AllowsOneFirstInstanceAtATime) {
     const fakes::TempFolder folder;
     {
         const SingleInstance first({folder.path().string()});
@@ -62,18 +62,18 @@ TEST(SingleInstance, IsFreeAgainAfterAKill) {
     ::close(ready[1]);
 }
 
-TEST(SingleInstance, StartsRatherThanNeverWhereNoLockCanBeHad) {
+TEST(SingleInstance, StartsIfNoLockIsPossible) {
     EXPECT_TRUE(SingleInstance({"/no/such/folder"}).isFirst());
 }
 
-TEST(SingleInstance, FollowsNoLinkThatSomebodyPutThere) {
+TEST(SingleInstance, FollowsNoLinkThatAnotherUserCreated) {
     const fakes::TempFolder folder;
     fs::create_symlink(folder / "victim", folder / "sonarith.lock");
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
     EXPECT_FALSE(fs::exists(folder / "victim"));
 }
 
-TEST(SingleInstance, TakesTheNextFolderWhereOneHasNoLocks) {
+TEST(SingleInstance, UsesTheNextFolderIfOneHasNoLocks) {
     const fakes::TempFolder folder;
     const std::vector<std::string> folders{"/no/such/folder", folder.path().string()};
     const SingleInstance first(folders);
@@ -81,7 +81,7 @@ TEST(SingleInstance, TakesTheNextFolderWhereOneHasNoLocks) {
     EXPECT_FALSE(SingleInstance(folders).isFirst());
 }
 
-TEST(SingleInstance, AsksNoFurtherFolderOnceItIsKnown) {
+TEST(SingleInstance, TriesNoFurtherFolderOnceTheResultIsKnown) {
     const fakes::TempFolder one;
     const fakes::TempFolder other;
     const SingleInstance first({one.path().string()});
@@ -119,7 +119,7 @@ TEST(SingleInstance, StartsWithAFolderThatCanOnlyBeRead) {
     fs::permissions(closed.path(), fs::perms(0755));
 }
 
-/// Puts the environment's value back when it ends.
+/// Restores the environment variable at the end.
 class RunTimeFolder {
   public:
     explicit RunTimeFolder(const std::string& path) {
@@ -164,7 +164,7 @@ TEST(InstanceFolders, NeverHoldARunTimeFolderThatOthersCanWrite) {
     }
 }
 
-TEST(InstanceFolders, LetTwoSessionsOfOneUserFindEachOther) {
+TEST(InstanceFolders, LetTwoSessionsOfOneUserDetectEachOther) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     const SingleInstance first(instanceFolders(store));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How machine paths that passed through the program are spelled, found again by their lower case.
-// It looks at no disk: what it remembers may exist no more.
+// Remembers the spelling of machine paths that were used, and finds them case-insensitively. It
+// accesses no disk: a remembered path may no longer exist.
 #pragma once
 
 #include <cstddef>
@@ -13,19 +13,19 @@
 
 namespace sonarith {
 
-/// Any thread may call the members.
+/// Thread-safe.
 class SpellingMemory {
   public:
-    /// Some 5,000 paths of a usual length. Nobody chooses more, and of the folders that a search of
-    /// a whole disk visits those are forgotten first that were not used for longest.
+    /// About 5,000 paths of usual length. No user chooses more; of the folders that a search of a
+    /// whole disk visits, the least recently used are forgotten first.
     static constexpr std::size_t usualBytes = std::size_t{1} << 20;
 
-    /// `mostBytes` bounds the paths' text.
+    /// `mostBytes` limits the total length of the paths.
     explicit SpellingMemory(std::size_t mostBytes = usualBytes) : mostBytes_(mostBytes) {}
 
-    /// Takes the place of another spelling of the same path.
+    /// Replaces another spelling of the same path.
     void remember(const std::string& path);
-    /// The spelling of a path given in any case; nothing if there is none.
+    /// The remembered spelling of a path given in any case; empty if there is none.
     [[nodiscard]] std::optional<std::string> find(std::string_view path);
 
   private:
@@ -35,11 +35,11 @@ class SpellingMemory {
     };
 
     const std::size_t mostBytes_;
-    std::mutex mutex_; ///< of all below
+    std::mutex mutex_; ///< protects all members below
     std::size_t bytes_ = 0;
-    /// The one used last comes first.
+    /// The most recently used one is first.
     std::list<Entry> entries_;
-    /// The keys are texts of the entries, which do not move.
+    /// The keys refer to the texts of the entries, which do not move.
     std::unordered_map<std::string_view, std::list<Entry>::iterator> byLowered_;
 };
 

@@ -30,7 +30,7 @@ TEST(SpellingMemory, TheLastOfSeveralSpellingsCounts) {
 }
 
 // Each of these paths costs twice its four bytes.
-TEST(SpellingMemory, ForgetsWhatWasNotUsedForLongest) {
+TEST(SpellingMemory, ForgetsTheLeastRecentlyUsed) {
     SpellingMemory memory(3 * 8);
     memory.remember("/One");
     memory.remember("/Two");
@@ -54,7 +54,7 @@ TEST(SpellingMemory, CountsNoSpellingThatWasReplaced) {
     EXPECT_EQ(found(memory, "/two"), "/TWO");
 }
 
-TEST(SpellingMemory, KeepsNothingThatIsLargerThanItself) {
+TEST(SpellingMemory, KeepsNoPathLargerThanItsLimit) {
     SpellingMemory memory(100);
     memory.remember("/a");
     memory.remember("/" + std::string(100, 'x'));

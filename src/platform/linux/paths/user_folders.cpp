@@ -22,8 +22,8 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The text between double quotes as the shell reads it; nothing unless `text` is that, maybe
-/// with blanks behind it.
+/// The text between double quotes as the shell reads it; empty unless `text` is that, optionally
+/// followed by blanks.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;
@@ -53,9 +53,9 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
     return closed ? std::optional(value) : std::nullopt;
 }
 
-/// The file's text; empty for one that cannot be read or is no ordinary file.
+/// The file's text; empty for one that cannot be read or is not a regular file.
 std::string textOfFile(const std::string& path) {
-    // Eight folders are named there. A larger file is no such file.
+    // The file names eight folders. A larger file is not a user-dirs.dirs file.
     constexpr std::size_t mostBytes = 64 * 1024;
     const auto file = LinuxBinaryFile::open(path, FileAccess::read);
     std::string text(mostBytes, '\0');

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folders that the account and its desktop name for a user's files, as machine paths. It makes
-// none of them, and does not look at the home folder, which may lie on a server that is gone.
+// The folders that the account and its desktop define for a user's files, as machine paths. It
+// creates none of them, and does not access the home folder, which may be on a dead server.
 #pragma once
 
 #include <optional>
@@ -17,16 +17,15 @@ namespace sonarith {
 [[nodiscard]] std::string userDataFolder();
 
 /// XDG_MUSIC_DIR in the text of a user-dirs.dirs file (format: user-dirs.dirs(5)): a path in double
-/// quotes that begins with $HOME or a slash, with backslashes before characters that mean something
-/// to the shell. Of several lines the last good one counts; a line of any other form counts as
-/// absent.
+/// quotes that begins with $HOME or a slash, with backslashes before the shell's special
+/// characters. Of several lines the last valid one counts; a line in any other format is ignored.
 [[nodiscard]] std::optional<std::string> musicFolderIn(std::string_view userDirs,
                                                        const std::string& home);
 
-/// The user's folder for music: what user-dirs.dirs in $XDG_CONFIG_HOME (if that is an absolute
-/// path) or in ~/.config names, else "Music" in the home. A folder with a dot in its path below the
-/// home, or anywhere if it lies elsewhere, is passed over: the search for audio files takes a
-/// file's extension from the first dot of the whole path, and would never find one there.
+/// The user's folder for music: the one in user-dirs.dirs in $XDG_CONFIG_HOME (if that is an
+/// absolute path) or in ~/.config, else "Music" in the home. A folder with a dot in its path below
+/// the home, or anywhere in its path if it is elsewhere, is skipped: the search for audio files
+/// takes a file's extension from the first dot of the whole path, and would never find one there.
 [[nodiscard]] std::string musicFolder();
 
 } // namespace sonarith

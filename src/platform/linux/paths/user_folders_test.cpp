@@ -16,7 +16,7 @@
 namespace sonarith {
 namespace {
 
-/// Sets the variables that name a user's folders for one test.
+/// Sets the environment variables for a user's folders during one test.
 class UserFoldersTest : public testing::Test {
   protected:
     static constexpr std::array names = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"};
@@ -73,7 +73,7 @@ TEST_F(UserFoldersTest, MusicIsInTheHomeByDefault) {
     EXPECT_EQ(musicFolder(), "/home/jane.doe/Music");
 }
 
-TEST_F(UserFoldersTest, MusicIsWhereTheDesktopHasIt) {
+TEST_F(UserFoldersTest, MusicIsWhereTheDesktopDefinesIt) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/Musik\"\n");
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
@@ -84,7 +84,7 @@ TEST_F(UserFoldersTest, MusicIsWhereTheDesktopHasIt) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-TEST_F(UserFoldersTest, MusicIsNowhereThatASearchFindsNoFiles) {
+TEST_F(UserFoldersTest, MusicIsNeverWhereASearchFindsNoFiles) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", (home_ / ".config").c_str(), 1);
@@ -98,7 +98,7 @@ TEST_F(UserFoldersTest, MusicIsNowhereThatASearchFindsNoFiles) {
     EXPECT_EQ(musicFolder(), home);
 }
 
-TEST_F(UserFoldersTest, ReadsNoUserDirsThatAreNoOrdinaryFileOrTooLarge) {
+TEST_F(UserFoldersTest, IgnoresUserDirsThatAreNotARegularFileOrTooLarge) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"/srv/music\"\n" + std::string(70'000, '#'));
     EXPECT_EQ(musicFolder(), homePath_ + "/Music");
@@ -107,7 +107,7 @@ TEST_F(UserFoldersTest, ReadsNoUserDirsThatAreNoOrdinaryFileOrTooLarge) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Music");
 }
 
-TEST(MusicFolderIn, ReadsTheFilesForm) {
+TEST(MusicFolderIn, ParsesTheFormat) {
     const auto in = [](const char* text) {
         return musicFolderIn(text, "/home/me").value_or("none");
     };
@@ -119,7 +119,7 @@ TEST(MusicFolderIn, ReadsTheFilesForm) {
     EXPECT_EQ(in("XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"/two\"\nXDG_MUSIC_DIR=x\n"), "/two");
 }
 
-TEST(MusicFolderIn, TakesNothingElse) {
+TEST(MusicFolderIn, RejectsEverythingElse) {
     for (const char* text : {"",
                              "XDG_MUSIC_DIR",
                              "XDG_MUSIC_DIR=",
