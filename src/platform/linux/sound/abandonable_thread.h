@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A thread for calls into devices that may never come back (a hung sound server): its owner waits
-// for it a moment, and then leaves it behind. Not for work whose end must be certain.
+// A thread for device calls that may never return (a hung sound server): its owner waits for it a
+// moment and then leaves it behind. Not for work whose completion must be certain.
 #pragma once
 
 #include <chrono>
@@ -11,15 +11,15 @@ namespace sonarith::sound {
 
 class AbandonableThread {
   public:
-    /// Runs `body`, which must own (by shared pointers or copies) everything that it touches, as it
-    /// may outlive whoever started it.
+    /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses, as
+    /// it may outlive its creator.
     explicit AbandonableThread(std::function<void()> body);
     ~AbandonableThread();
     AbandonableThread(const AbandonableThread&) = delete;
     AbandonableThread& operator=(const AbandonableThread&) = delete;
 
-    /// Waits until the body has returned, for `patience` at most; then the thread is on its own.
-    /// Tell the body to come to its end before this is called.
+    /// Waits at most `patience` until the body has returned; then the thread is detached. Ask the
+    /// body to end before this call.
     void leave(std::chrono::milliseconds patience);
 
   private:

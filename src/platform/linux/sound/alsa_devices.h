@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What playing and listening through ALSA have in common: opening a device in the card's format,
-// and the list of devices. No sound passes here.
+// Shared by playback and capture through ALSA: opening a device in the card's format, and the list
+// of devices. It transfers no sound.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace sonarith::sound {
 
-/// The name that stands for no device at all; an empty name means the same.
+/// The name for no device at all; an empty name has the same meaning.
 inline constexpr const char* noDevice = "none";
 
 [[nodiscard]] bool namesNoDevice(const std::string& name);
@@ -22,26 +22,26 @@ struct ClosePcm {
 };
 using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
 
-/// Opens `name` without blocking reads and writes, for stereo frames at the card's rate (converted
-/// by ALSA where the device has another), and starts nothing by itself. Empty if that fails. From
-/// the first call on, ALSA prints no messages of its own.
+/// Opens `name` for non-blocking reads and writes of stereo frames at the card's rate (converted by
+/// ALSA if the device has another one), and does not start it. Empty if that fails. From the first
+/// call on, ALSA prints no messages.
 [[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
 
 /// One entry of ALSA's list of devices.
 struct DeviceHint {
     std::string name;
-    std::string description; ///< of several lines
+    std::string description; ///< may have several lines
     std::string direction;   ///< "Input", "Output", or empty for both
 };
 
-/// What of `hints` can be chosen for `direction`: the default device first, whether it is among
-/// them or not; then sound servers, real devices and what the user has configured, in their order.
-/// ALSA's plug-ins are left out (converters, mixers, device files of its own), as are the card
-/// names for more channels than two. For playing, "none" is last.
+/// The entries of `hints` that can be chosen for `direction`: the default device first, whether it
+/// is in the list or not; then sound servers, real devices and devices from the user's
+/// configuration, in their order. ALSA's plug-ins (converters, mixers, its own device files) and
+/// device names for more than two channels are omitted. For playback, "none" is last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
                                                  snd_pcm_stream_t direction);
 
-/// The same for ALSA's configuration as it is now.
+/// The same for ALSA's current configuration.
 [[nodiscard]] std::vector<DeviceEntry> listDevices(snd_pcm_stream_t direction);
 
 } // namespace sonarith::sound

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Capture devices of ALSA as external inputs of the card. It is not the recorder (sound_card.h) and
-// decides no timing (capture_pump.h).
+// ALSA capture devices as external inputs of the card. It is not the recorder (sound_card.h) and
+// determines no timing (capture_pump.h).
 #pragma once
 
 #include <memory>
@@ -12,14 +12,15 @@
 
 namespace sonarith::sound {
 
-/// The input with ALSA's name `name`. It need not exist: its source is silent where it has nothing.
+/// The input with ALSA's name `name`, which need not exist: without data from the device its source
+/// is silent.
 [[nodiscard]] std::shared_ptr<ExternalInput>
 makeInput(const std::string& name, ReportDevice report = {}, CaptureTiming timing = {});
 
-/// Opens an ALSA device for listening; empty if that fails.
+/// Opens an ALSA device for capture; empty if that fails.
 [[nodiscard]] std::unique_ptr<PcmCapture> openAlsaCapture(const std::string& name);
 
-/// What can be chosen as input: "default" first, then ALSA's devices.
+/// The choices for the input: "default" first, then ALSA's devices.
 [[nodiscard]] std::vector<DeviceEntry> listInputs();
 
 } // namespace sonarith::sound

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The speakers: an ALSA device by its name, or none. Desktop sound servers are reached by the name
-// "default" too. It is not the mixer (sound_card.h) and decides no timing (playback_pump.h).
+// The speakers: an ALSA device by its name, or none. The name "default" also reaches desktop sound
+// servers. It is not the mixer (sound_card.h) and determines no timing (playback_pump.h).
 #pragma once
 
 #include <memory>
@@ -13,21 +13,22 @@
 
 namespace sonarith::sound {
 
-/// Speakers that nobody hears.
+/// Speakers that discard the sound.
 class NullOutput : public SpeakerSink {
   public:
     void play(std::span<const StereoFrame>) override {}
 };
 
-/// The output for the settings store's `Output`: "" and "none" are a NullOutput, all else is the
-/// name of an ALSA device. It need not exist: it is sought when there is sound, and again later.
+/// The output for the settings store's `Output`: "" and "none" are a NullOutput, everything else is
+/// the name of an ALSA device. It need not exist: it is opened when there is sound, and tried again
+/// later.
 [[nodiscard]] std::shared_ptr<SpeakerSink>
 makeOutput(const std::string& name, PlaybackTiming timing = {}, ReportDevice report = {});
 
-/// Opens an ALSA device for playing; empty if that fails.
+/// Opens an ALSA device for playback; empty if that fails.
 [[nodiscard]] std::unique_ptr<PcmPlayback> openAlsaPlayback(const std::string& name);
 
-/// What can be chosen as output: "default" first, then ALSA's devices, "none" last.
+/// The choices for the output: "default" first, then ALSA's devices, "none" last.
 [[nodiscard]] std::vector<DeviceEntry> listOutputs();
 
 } // namespace sonarith::sound

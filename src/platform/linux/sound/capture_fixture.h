@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A capture device for tests: it hears the test sound as far as a test provides it, refuses, hangs
-// or is missing.
+// A capture device for tests: it delivers the test sound that a test provides, fails, hangs or is
+// missing.
 #pragma once
 
 #include <algorithm>
@@ -21,18 +21,18 @@
 
 namespace sonarith::sound {
 
-/// A device whose state outlives it, so that a test can look at it.
+/// A device whose state outlives it, so that a test can inspect it.
 struct CaptureDevice {
     std::mutex mutex;
     std::condition_variable changed;
     std::int64_t position = 0;
     std::int64_t available = 0;
-    std::deque<long> refusals; ///< answers of the next reads
-    bool drained = false;      ///< a read found nothing more
+    std::deque<long> refusals; ///< results of the next reads
+    bool drained = false;      ///< a read found no more data
     bool hangs = false;        ///< a read does not return
-    bool openHangs = false;    ///< to open it does not return
+    bool openHangs = false;    ///< opening it does not return
     std::atomic<bool> missing = false;
-    std::atomic<int> refused = 0; ///< times that it could not be opened
+    std::atomic<int> refused = 0; ///< number of failed opens
     std::atomic<int> opened = 0;
     std::atomic<int> closed = 0;
     std::atomic<int> restarts = 0;
@@ -42,14 +42,14 @@ struct CaptureDevice {
         available += frames;
         drained = false;
     }
-    /// What hung returns.
+    /// Makes the calls that hang return.
     void release() {
         const std::lock_guard lock(mutex);
         hangs = false;
         openHangs = false;
         changed.notify_all();
     }
-    /// Whether all that was provided has passed through the pump.
+    /// Whether all provided sound has passed through the pump.
     bool isDrained() {
         const std::lock_guard lock(mutex);
         return drained;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Brings what a device hears to a line of the card, on a thread of its own. The device is open for
-// as long as this object lives. It knows no sound library, and it never holds the card: where the
-// device has nothing, the line is silent.
+// Transfers the sound of a capture device to a line of the card, on a separate thread. The device
+// is open during the lifetime of this object. It knows no sound library and never blocks the card:
+// without data from the device the line is silent.
 #pragma once
 
 #include <chrono>
@@ -15,12 +15,12 @@
 
 namespace sonarith::sound {
 
-/// The times that the pump goes by; none was measured.
+/// The pump's times; none was measured.
 struct CaptureTiming {
-    /// A device that was lost or cannot be opened is tried again no sooner than this.
+    /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};
-    /// The destructor waits so long for a device that does not return from a call. The window waits
-    /// with it; one that works takes a few milliseconds.
+    /// How long the destructor waits for a device call that does not return. The window waits with
+    /// it; a working device takes a few milliseconds.
     std::chrono::milliseconds patience{150};
 };
 
@@ -28,19 +28,19 @@ struct CaptureBacklog;
 
 class CapturePump : public SampleSource {
   public:
-    /// `open` is called at once, and again after a loss; both functions must own what they use.
-    /// A loss is reported when the device cannot be opened again, twice in a row at the start: the
-    /// first failure is what `opening` is for.
+    /// `open` is called at once, and again after a loss; both functions must own what they use. A
+    /// loss is reported when the device cannot be opened again; at the start, after two failures in
+    /// a row, since `opening` reports the first one.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {});
     ~CapturePump() override;
     CapturePump(const CapturePump&) = delete;
     CapturePump& operator=(const CapturePump&) = delete;
 
-    /// How the last attempt to open the device ended; waits `atMost` for the first one.
+    /// The result of the last attempt to open the device; waits at most `atMost` for the first one.
     enum class Opening { pending, open, failed };
     [[nodiscard]] Opening opening(std::chrono::milliseconds atMost);
 
-    /// Always fills the whole block, with silence where the device has nothing.
+    /// Always fills the whole block, with silence where the device has no data.
     [[nodiscard]] Pulled pull(std::span<StereoFrame> block) override;
 
   private:

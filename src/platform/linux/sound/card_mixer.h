@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer of this machine: lines and controls of the software sound card, by the numbers of the
+// The mixer of this machine: lines and controls of the software sound card, with the numbers of the
 // mixer interface. It holds no levels itself (sound_card.h) and stores none (kept_tone.h).
 #pragma once
 
@@ -12,11 +12,11 @@
 
 namespace sonarith::sound {
 
-/// The identifiers of lines and controls hold for every handle.
+/// The identifiers of lines and controls are valid for every handle.
 class CardMixer final : public Mixer {
   public:
-    /// A null `card` stands for a machine without a mixer: nothing can be opened. The card outlives
-    /// this; `now` is the clock that moves it. `toneChanged` is called after each write of bass or
+    /// A null `card` means a machine without a mixer: opening fails. The card must outlive this;
+    /// `now` is the clock that advances it. `toneChanged` is called after each write of bass or
     /// treble.
     explicit CardMixer(SoundCard* card, std::function<void()> toneChanged = {},
                        SoundCardThread::Clock now = monotonicNow);
@@ -34,7 +34,7 @@ class CardMixer final : public Mixer {
     SoundCard* card_;
     std::function<void()> toneChanged_;
     SoundCardThread::Clock now_;
-    MixerHandle opened_ = 0; ///< the number of handles, and the last one
+    MixerHandle opened_ = 0; ///< the number of handles, and the most recent one
 };
 
 } // namespace sonarith::sound

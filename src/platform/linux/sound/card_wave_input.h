@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's wave input: device 0 is what the software sound card's recorder hears, whatever its
-// source is. It records no file (recording.h) and measures no peak (sound_card.h).
+// The machine's wave input: device 0 delivers the sound of the software sound card's recorder,
+// whatever its source is. It records no file (recording.h) and measures no peak (sound_card.h).
 #pragma once
 
 #include <chrono>
@@ -16,11 +16,11 @@ namespace sonarith::sound {
 
 class CardWaveInput final : public WaveInput {
   public:
-    /// `open` waits so long for an external input to say whether it can be opened: no user notices
-    /// it. One that takes longer counts as opened, and is silent if it fails after all.
+    /// How long `open` waits for the result of opening an external input; too short for the user to
+    /// notice. An input that takes longer counts as opened, and is silent if opening fails later.
     static constexpr std::chrono::milliseconds inputPatience{40};
 
-    /// The card outlives it; `now` is the clock that moves it.
+    /// The card must outlive it; `now` is the clock that advances it.
     explicit CardWaveInput(SoundCard& card, SoundCardThread::Clock now = monotonicNow);
     ~CardWaveInput() override;
     CardWaveInput(const CardWaveInput&) = delete;
@@ -31,7 +31,7 @@ class CardWaveInput final : public WaveInput {
     WaveResult unprepareHeader(WaveInHandle handle, WaveHeader& header) override;
     WaveResult addBuffer(WaveInHandle handle, WaveHeader& header) override;
     WaveResult start(WaveInHandle handle) override;
-    /// A buffer that is filled in part is marked done; empty ones stay with the device.
+    /// A partly filled buffer is marked done; empty ones stay with the device.
     WaveResult stop(WaveInHandle handle) override;
     WaveResult reset(WaveInHandle handle) override;
     WaveResult close(WaveInHandle handle) override;
@@ -41,17 +41,17 @@ class CardWaveInput final : public WaveInput {
     class Tape;
 
     [[nodiscard]] bool isOpen(WaveInHandle handle) const { return tape_ && handle == handle_; }
-    /// Opens the external input, where that is the recorder's source; false if that fails.
+    /// Opens the external input if it is the recorder's source; false if that fails.
     [[nodiscard]] bool openInput();
     void stopListening();
 
     SoundCard& card_;
     SoundCardThread::Clock now_;
-    WaveInHandle handle_ = 0;            ///< the last one given
-    std::shared_ptr<Tape> tape_;         ///< while it is open
-    std::shared_ptr<SampleSource> held_; ///< the input between open and start
+    WaveInHandle handle_ = 0;            ///< the most recently issued one
+    std::shared_ptr<Tape> tape_;         ///< non-null while it is open
+    std::shared_ptr<SampleSource> held_; ///< keeps the input between open and start
     bool running_ = false;
-    std::string failedInput_; ///< the name of the input that `open` failed for
+    std::string failedInput_; ///< the name of the input for which `open` failed
 };
 
 } // namespace sonarith::sound

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A sound device that was lost and one that is back, as sentences for the user: each once, however
-// often the device is tried. It decides nothing.
+// Notices for the user about a sound device that was lost or works again: each once, however often
+// the device is tried. It decides nothing.
 #pragma once
 
 #include <memory>
@@ -15,23 +15,23 @@ namespace sonarith::sound {
 
 enum class SoundDevice { output, input };
 
-/// Any thread may call any member.
+/// Thread-safe.
 class DeviceNotices {
   public:
     explicit DeviceNotices(Notices& notices) : notices_(&notices) {}
-    /// Nothing is reported any more; the Notices are not used after this returns. Threads that hang
-    /// may keep this object for longer.
+    /// Stops all reports; the Notices are not used after this returns. Threads that hang may keep
+    /// this object longer.
     void mute();
 
     void report(SoundDevice kind, const std::string& name, DeviceState state);
 
   private:
     std::mutex mutex_;
-    Notices* notices_;           ///< a null pointer once it is mute
+    Notices* notices_;           ///< a null pointer after mute()
     std::set<std::string> lost_; ///< causes
 };
 
-/// What a pump is given for the device `name`. It keeps `notices`.
+/// The report function for the pump of device `name`. It keeps `notices` alive.
 [[nodiscard]] ReportDevice reportTo(std::shared_ptr<DeviceNotices> notices, SoundDevice kind,
                                     std::string name);
 

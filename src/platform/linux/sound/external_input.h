@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The input device that the recorder may listen to: opened once for all that need it at a time,
-// and closed when nothing does. It is not the line of the card that it feeds.
+// The external input of the recorder: opened once for all concurrent users, and closed when there
+// is none. It is not the card's line that it feeds.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@
 
 namespace sonarith::sound {
 
-/// Any thread may call any member.
+/// Thread-safe.
 class ExternalInput {
   public:
     /// `name` is shown to the user. `open` must own what it uses.
@@ -19,10 +19,10 @@ class ExternalInput {
                   CaptureTiming timing = {});
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// The running input, which closes when the last owner releases it. Returns at once: the device
-    /// is opened on a thread of its own, and is silent where it has nothing.
+    /// The running input, which is closed when the last owner releases it. Returns at once: the
+    /// device is opened on a separate thread, and is silent while it has no data.
     [[nodiscard]] std::shared_ptr<CapturePump> acquire();
-    /// Whether `source` is what `acquire` returns now.
+    /// Whether `source` is the input that `acquire` would return now.
     [[nodiscard]] bool isRunning(const SampleSource& source);
 
   private:

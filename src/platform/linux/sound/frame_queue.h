@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A queue of frames in a fixed store, made once, between the card and the thread of a device or of
-// a reader. It has no lock of its own: both sides hold theirs for the copying alone.
+// A queue of frames in a fixed buffer, allocated once, between the card and the thread of a device
+// or a reader. It has no lock of its own: both sides hold theirs only while copying.
 #pragma once
 
 #include <algorithm>
@@ -15,18 +15,18 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Holds `capacity` frames, at least one. Memory that no frame has lain in costs none: a large
-    /// queue that is emptied often stays as small as what it has held at once.
+    /// Holds `capacity` frames, at least one. Memory pages are used only once a frame has been in
+    /// them: a large queue that is emptied often uses only as much memory as it has held at once.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}
 
     [[nodiscard]] std::size_t size() const { return size_; }
-    /// How many frames still fit.
+    /// How many more frames fit.
     [[nodiscard]] std::size_t space() const { return capacity_ - size_; }
     [[nodiscard]] bool empty() const { return size_ == 0; }
 
-    /// Puts the head of `frames` behind what is queued; answers how many fitted.
+    /// Appends the first frames of `frames`; returns how many fitted.
     std::size_t push(std::span<const StereoFrame> frames) {
         const std::size_t count = std::min(frames.size(), space());
         const std::size_t tail = (head_ + size_) % capacity_;
@@ -37,7 +37,7 @@ class FrameQueue {
         return count;
     }
 
-    /// Takes the oldest frames into the head of `out`; answers how many there were.
+    /// Moves the oldest frames to the beginning of `out`; returns how many there were.
     std::size_t pop(std::span<StereoFrame> out) {
         const std::size_t count = std::min(out.size(), size_);
         const std::size_t untilWrap = std::min(count, capacity_ - head_);
@@ -47,17 +47,17 @@ class FrameQueue {
         return count;
     }
 
-    /// Takes the oldest `count` frames (or all, if there are fewer) and forgets them.
+    /// Removes the oldest `count` frames (or all, if there are fewer).
     void drop(std::size_t count) {
         count = std::min(count, size_);
         size_ -= count;
-        // An empty queue begins anew, in memory that was used before.
+        // An empty queue starts at the beginning again, in memory that was used before.
         head_ = size_ == 0 ? 0 : (head_ + count) % capacity_;
     }
 
     void clear() { drop(size_); }
 
-    /// Forgets the silent frames at the head, if there are any.
+    /// Removes leading silent frames.
     void dropSilence() {
         while (size_ > 0 && store_[head_] == StereoFrame{}) {
             drop(1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Bass and treble in the store's section "Devices": read at the start, written when a slider has
-// come to rest, as sound cards keep them. Volumes and mutes are not kept.
+// come to rest, as sound cards keep them. Volumes and mutes are not stored.
 #pragma once
 
 #include <chrono>
@@ -12,26 +12,27 @@
 
 namespace sonarith::sound {
 
-/// Used by the loop's thread alone.
+/// For the loop's thread only.
 class KeptTone {
   public:
-    /// A slider without a change for so long rests; a drag has no longer pauses.
+    /// A slider counts as at rest after this time without a change; a drag has no longer pauses.
     static constexpr std::chrono::milliseconds restTime{500};
 
-    /// Sets `tone` to what is stored; what is no number from 0 to ToneControl::highest is the
-    /// middle. All outlive it.
+    /// Sets `tone` to the stored values; a value that is not a number from 0 to
+    /// ToneControl::highest becomes the middle. All arguments must outlive it.
     KeptTone(ToneControl& tone, SettingsStore& store, EventLoop& loop);
 
-    /// A slider has moved: its position is written after restTime, if no other change follows.
+    /// Called after a slider has moved: its position is written after restTime unless another
+    /// change follows.
     void changed();
-    /// Writes now what would be written later: the end of the program.
+    /// Writes pending changes now, at the end of the program.
     void keep();
 
   private:
     ToneControl& tone_;
     SettingsStore& store_;
     EventLoop& loop_;
-    std::unique_ptr<Wakeup> rest_; ///< while something is to be written
+    std::unique_ptr<Wakeup> rest_; ///< non-null while a write is pending
 };
 
 } // namespace sonarith::sound

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer's arithmetic on 16-bit samples: levels, sums that saturate, the mean of both channels.
-// It knows no lines and no devices.
+// The mixer's arithmetic on 16-bit samples: levels, saturating sums, the mean of both channels. It
+// knows no lines and no devices.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace sonarith::sound {
 /// Mixer levels run from 0 to this.
 inline constexpr int fullVolume = 65535;
 
-/// A frame with room above 16 bits, so that a sum of lines does not wrap round.
+/// A frame with more than 16 bits per sample, so that a sum of lines does not overflow.
 struct WideFrame {
     std::int32_t left = 0;
     std::int32_t right = 0;
@@ -27,7 +27,7 @@ struct WideFrame {
     return static_cast<std::int32_t>((scaled + (scaled < 0 ? -half : half)) / fullVolume);
 }
 
-/// The nearest 16-bit sample: a sum that is too loud is clipped and does not wrap round.
+/// The nearest 16-bit sample: a sum that is too loud is clipped and does not overflow.
 [[nodiscard]] constexpr std::int16_t saturated(std::int32_t value) {
     return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
 }
@@ -36,7 +36,7 @@ struct WideFrame {
     return {saturated(frame.left), saturated(frame.right)};
 }
 
-/// The mean of both channels; a half is rounded toward zero, so that mono has no offset of its own.
+/// The mean of both channels; a half is rounded toward zero, so that mono gets no DC offset.
 [[nodiscard]] constexpr std::int16_t meanOf(StereoFrame frame) {
     return static_cast<std::int16_t>((std::int32_t{frame.left} + frame.right) / 2);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The peak of a sound between two readings, passed from the card's thread to the meter without a
-// lock. It does not decide which sound is measured (sound_card.h).
+// lock. The sound to be measured is chosen in sound_card.h.
 #pragma once
 
 #include <algorithm>
@@ -27,16 +27,16 @@ namespace sonarith::sound {
     return std::max(-lowest, highest);
 }
 
-/// One thread at a time calls `note`; any thread calls `read`. Neither waits or allocates.
+/// `note` is called by one thread at a time, `read` by any thread. Neither blocks or allocates.
 class PeakMeter {
   public:
     using Time = std::chrono::nanoseconds; ///< of the card's clock
 
-    /// After so long without sound the level is 0: five blocks of the card, so that a card thread
-    /// that is a little late does not make the meter flicker.
+    /// After this time without sound the level is 0: five blocks of the card, so that a slightly
+    /// late card thread does not make the meter flicker.
     static constexpr std::chrono::milliseconds holdTime{50};
 
-    /// A block with this peak has passed at `now`.
+    /// Records the peak of a block that passed at `now`.
     void note(int peak, Time now) {
         lastNote_.store(now.count(), std::memory_order_relaxed);
         int before = sinceReading_.load(std::memory_order_relaxed);
@@ -46,8 +46,8 @@ class PeakMeter {
         }
     }
 
-    /// The largest peak since the last reading; the last reading again if no block has passed
-    /// since; 0 if none has passed for holdTime.
+    /// The largest peak since the last reading; the last result again if no block has passed since;
+    /// 0 if none has passed for holdTime.
     [[nodiscard]] int read(Time now) {
         const int noted = sinceReading_.exchange(nothing, std::memory_order_acquire);
         if (noted != nothing) {
@@ -63,7 +63,7 @@ class PeakMeter {
     static constexpr int nothing = -1;
 
     std::atomic<int> sinceReading_ = nothing;
-    /// Long ago at first; half of the lowest number, so that no difference overflows.
+    /// Far in the past at first; half of the lowest number, so that no difference overflows.
     std::atomic<std::int64_t> lastNote_ = std::numeric_limits<std::int64_t>::min() / 2;
     std::atomic<int> held_ = 0;
 };

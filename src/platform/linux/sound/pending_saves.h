@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts the saves that were asked for and are not finished, so that the end of the program can
-// give them a moment: what has no name when the process ends is lost.
+// Counts requested saves that are not complete, so that the end of the program can wait for them a
+// moment: a file without a name is lost when the process ends.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace sonarith::sound {
 
-/// Any thread may call any member.
+/// Thread-safe.
 class PendingSaves {
   public:
     void add() {
@@ -21,7 +21,7 @@ class PendingSaves {
         --count_;
         changed_.notify_all();
     }
-    /// Waits, for `patience` at most, until there are none; returns whether that is so.
+    /// Waits at most `patience` until there are none; returns whether there are none.
     bool noneWithin(std::chrono::milliseconds patience) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, patience, [this] { return count_ == 0; });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frames between the card, which hands them over and goes on, and the thread that writes them
-// to a device and waits here for more. Both sides call it at any time.
+// The queue of frames between the card, which adds frames without blocking, and the thread that
+// writes them to a device and waits here for more. Thread-safe.
 #pragma once
 
 #include <chrono>
@@ -17,28 +17,29 @@ class PlaybackFeed {
   public:
     // The card's side.
 
-    /// What does not fit is dropped, and so is silence while nothing is heard anyway.
+    /// Frames that do not fit are dropped, and so is silence while no device is open.
     void add(std::span<const StereoFrame> frames);
-    /// The thread is to end; nothing makes it wait any more.
+    /// Asks the thread to end; its waits return.
     void leave();
 
     // The thread's side.
 
     [[nodiscard]] bool isLeaving() const;
-    /// Waits, for as long as it takes, until there is something to hear or it is time to leave.
-    /// The silence before it is dropped: it may be left over from a device that was just closed.
+    /// Waits without a time limit until there is sound or the thread is asked to end. The silence
+    /// before the sound is dropped: it may be left over from a device that was just closed.
     void awaitSound();
-    /// Waits `forAny` for frames, and once there are some `forAll` until `out` is full. Answers how
-    /// many frames at the head of `out` were written.
+    /// Waits `forAny` for the first frames, and then `forAll` until `out` is full. Returns the
+    /// number of frames at the beginning of `out`.
     [[nodiscard]] std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
                                    std::chrono::milliseconds forAll);
     void restUntil(std::chrono::steady_clock::time_point time);
-    /// While a device is open, it is to hear the silence between sounds, too.
+    /// While a device is open, it also receives the silence between sounds.
     void setDeviceOpen(bool open);
     void forgetQueued();
 
   private:
-    /// What waits for the device at the most: 250 ms, so that a slow device cannot lag far behind.
+    /// The most frames that wait for the device: 250 ms, so that a slow device cannot lag far
+    /// behind.
     static constexpr std::size_t queueFrames = frameRate / 4;
 
     mutable std::mutex mutex_;
@@ -48,7 +49,7 @@ class PlaybackFeed {
     bool leaving_ = false;
 };
 
-/// Whether there is nothing to hear in these frames.
+/// Whether all these frames are silent.
 [[nodiscard]] bool isSilent(std::span<const StereoFrame> frames);
 
 } // namespace sonarith::sound

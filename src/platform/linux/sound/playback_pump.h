@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Brings the speakers' mix to a device, on a thread of its own: the card hands its frames over and
-// goes on. The device is open only while there is something to hear. It knows no sound library.
+// Transfers the speakers' mix to a device, on a separate thread: the card adds its frames without
+// blocking. The device is open only while there is sound. It knows no sound library.
 #pragma once
 
 #include <memory>

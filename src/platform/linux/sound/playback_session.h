@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The time with one open device, from its first frames until it is closed: it is filled before it
-// starts, its end is let be heard, and an underrun is mended.
+// Plays on one open device, from its first frames until it is closed: it is filled before it
+// starts, the end of the sound is played out, and underruns are recovered.
 #pragma once
 
 #include <chrono>
@@ -16,22 +16,23 @@ namespace sonarith::sound {
 
 class PlaybackSession {
   public:
-    /// All four outlive it. `onPlays` is called once, when it is certain that the device plays.
+    /// All four must outlive it. `onPlays` is called once, when it is certain that the device
+    /// plays.
     PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing,
                     const std::function<void()>& onPlays)
         : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}
 
-    /// How it ended: after a long silence, with a device that takes nothing any more, or because
-    /// the thread is to leave.
+    /// How it ended: after a long silence, with a device that accepts no more frames, or because
+    /// the thread was asked to end.
     enum class Ending { quiet, lost, leaving };
-    /// Plays until then.
+    /// Plays until one of these.
     Ending run();
 
   private:
     enum class Phase {
         filling,  ///< prepared, not started yet
         running,  ///< started
-        draining, ///< started; nothing more has come, and the end is being heard
+        draining, ///< started; no more frames have arrived, and the end is being played
         stopped,  ///< open and silent
     };
 
@@ -51,7 +52,7 @@ class PlaybackSession {
     bool playing_ = false; ///< onPlays_ was called
     Phase phase_ = Phase::filling;
     std::size_t written_ = 0;      ///< frames since the device was prepared
-    std::size_t silentFrames_ = 0; ///< at the end of what was written
+    std::size_t silentFrames_ = 0; ///< at the end of the written frames
     bool hadRoom_ = false;
     std::chrono::steady_clock::time_point drainingSince_{};
     std::chrono::steady_clock::time_point stoppedAt_{};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording under way: what the card's recorder hears goes to a file on the disk
-// (recording_file.h), and neither the card nor the logic waits for that disk. It does not decide
+// A recording in progress: the sound of the card's recorder is written to a file on the disk
+// (recording_file.h), and neither the card nor the logic waits for that disk. The caller chooses
 // where it is saved.
 #pragma once
 
@@ -19,20 +19,20 @@
 
 namespace sonarith::sound {
 
-/// The times that a recording goes by; none was measured.
+/// The times of a recording; none was measured.
 struct RecordingTiming {
-    /// The logic's thread waits so long for the disk at the most, in `begin`, in `save` and in the
-    /// destructor; not in the destructor if it waited in vain before. So a stop, a save and an end
-    /// together take less than the 100 ms that pass unnoticed.
+    /// The longest time that the logic's thread waits for the disk, in `begin`, in `save` and in
+    /// the destructor; the destructor does not wait if an earlier wait timed out. So a stop, a save
+    /// and a destruction together take less than the 100 ms that the user does not notice.
     std::chrono::milliseconds command{80};
-    /// A folder in which no file is made within this time is passed over, if there is another one.
-    /// For four folders that is less than what the queue holds.
+    /// A folder in which no file can be created within this time is skipped if there is another
+    /// one. For four folders that is less than the queue holds.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};
 };
 
-/// What all recordings of a card share.
+/// Shared by all recordings of a card.
 struct RecordingContext {
     std::shared_ptr<RecordingNotices> notices;
     std::shared_ptr<PendingSaves> saves; ///< may be a null pointer
@@ -41,42 +41,45 @@ struct RecordingContext {
 
 struct RecordingJob;
 
-/// Made, used and destroyed by the logic's thread; a thread of its own writes.
+/// Created, used and destroyed on the logic's thread; a separate thread writes.
 ///
-/// What waits for a slow disk is bounded, and holds the card at that bound: see RecordingQueue.
-/// What is on a full disk or before a failure of it is kept and can be saved: see RecordingFile.
+/// The amount of sound that waits for a slow disk is bounded, and the card stops at that bound: see
+/// RecordingQueue. Sound that was written before the disk became full or failed is kept and can be
+/// saved: see RecordingFile.
 ///
-/// A disk that hangs is left alone with its thread. If it comes back while the program runs, the
-/// save that was asked for is done then, whole. What a recording without a name holds cannot be
-/// named after the process has ended: of a disk that hangs until then, an unsaved recording is lost
-/// with the process, also what had reached that disk.
+/// A disk that hangs is left behind with its thread. If it responds again while the program runs, a
+/// requested save is then completed. The file of an unsaved recording has no name and cannot get
+/// one after the process has ended: if the disk hangs until then, the recording is lost with the
+/// process, including the part that had reached the disk.
 class Recording {
   public:
-    /// In the first of `folders` that takes a file; best is the one that it will be saved in, as it
-    /// needs no copy then. Fails, with the last folder's reason, if none does. Where a folder does
-    /// not answer in time it succeeds: what is heard waits until a folder takes it.
+    /// Creates the file in the first of `folders` that allows it; best is the folder in which it
+    /// will be saved, as no copy is needed then. Fails, with the last folder's reason, if none
+    /// does. If a folder does not respond in time it succeeds: the sound is queued until a file can
+    /// be created.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
-    /// Drops what was not saved; a save that is under way is finished without it.
+    /// Drops unsaved sound; a running save continues without it.
     ~Recording();
     Recording(const Recording&) = delete;
     Recording& operator=(const Recording&) = delete;
 
-    /// For the card; the card may keep it for longer than this lives.
+    /// For the card, which may keep it longer than the lifetime of this object.
     [[nodiscard]] std::shared_ptr<RecordingSink> sink() const;
-    /// Bytes of samples that the card has handed over so far. After a failure of the disk: that
-    /// are kept. It never waits.
+    /// Bytes of samples that the card has delivered so far; after a disk failure, those that are
+    /// kept. Never blocks.
     [[nodiscard]] std::int64_t bytes() const;
-    /// Puts the recording, which takes no more from then on, under the name `target` as
-    /// `RecordingFile::save` does. What takes too long fails, with deviceInputOutput, and goes on;
-    /// another call with this name waits on for it. May be called again, as there.
+    /// Saves the recording as `target`, as `RecordingFile::save` does; no more sound is accepted
+    /// from then on. After a timeout it fails with deviceInputOutput and continues in the
+    /// background; another call with this name resumes waiting for it. May be called again, as
+    /// there.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
     explicit Recording(std::shared_ptr<RecordingJob> job);
 
     std::shared_ptr<RecordingJob> job_; ///< shared with the threads
-    bool slow_ = false;                 ///< the logic's thread has waited in vain
+    bool slow_ = false;                 ///< a wait of the logic's thread has timed out
     AbandonableThread thread_;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording on the disk: a WAV file without a name until it is saved. What reached the disk can
-// be saved whatever happens to it afterwards. It waits for the disk; recording.h is what does not.
+// A recording on the disk: a WAV file without a name until it is saved. Data that reached the disk
+// can be saved whatever fails afterwards. Its calls wait for the disk; those of recording.h do not.
 #pragma once
 
 #include <cstdint>
@@ -14,29 +14,29 @@
 
 namespace sonarith::sound {
 
-/// 16 bits, 44100 Hz; mono is the mean of both channels. Used by one thread; each call takes as
+/// 16 bits, 44100 Hz; mono is the mean of both channels. For one thread only; each call takes as
 /// long as the disk does.
 class RecordingFile {
   public:
-    /// An empty one in `folder`; best is the one that it will be saved in, as it needs no copy
-    /// then. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
+    /// Creates an empty file in `folder`; best is the folder in which it will be saved, as no copy
+    /// is needed then. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
     [[nodiscard]] static Result<RecordingFile>
     create(Channels channels, const std::filesystem::path& folder,
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// False if not all of it reached the disk, and from then on: nothing is put behind a gap.
-    /// Once a save was tried it does nothing.
+    /// False if the frames did not all reach the disk, and from then on: nothing is appended after
+    /// a gap. After the first call of save it does nothing.
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
-    /// The whole frames that are kept. Less than what was appended only after a failure.
+    /// The whole frames that are kept. Fewer than were appended only after a failure.
     [[nodiscard]] std::int64_t frames() const { return frames_; }
-    /// An errno value: why the recording has ended early; 0 while it has not.
+    /// The errno value of the failure that ended the recording early; 0 if there was none.
     [[nodiscard]] int failure() const { return failure_; }
 
-    /// Puts what is kept under the name `target` in one step, as `UnnamedFile::publish` does, also
-    /// after a failure: as a valid WAV that ends early. It fails where a failure has left nothing
-    /// to keep. May be called again: for another name, or after it has failed.
+    /// Gives the kept frames the name `target` in one step, as `UnnamedFile::publish` does, also
+    /// after a failure: as a valid WAV that ends early. Fails if a failure has left no frames. May
+    /// be called again: for another name, or after it has failed.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
@@ -51,15 +51,15 @@ class RecordingFile {
     [[nodiscard]] int flush();
     [[nodiscard]] int cutToWhatIsKept();
     [[nodiscard]] int finishInPlace();
-    // `target` is for the words of an error alone.
+    // `target` is used only in error messages.
     [[nodiscard]] Status finish(const std::filesystem::path& target);
     [[nodiscard]] Status rewrite(WavForm form, const std::filesystem::path& target);
 
-    /// What becomes of the file.
+    /// The stages of the file.
     enum class Stage {
         recording,
         finishing, ///< a save was tried
-        whole,     ///< it is a WAV of what is kept
+        whole,     ///< it is a complete WAV of the kept frames
     };
 
     Channels channels_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording in a folder of the test's own, what the user is told of it, and disks that hang or
-// fail. For tests only.
+// A recording in a temporary folder, the notices for the user, and disks that hang or fail. For
+// tests only.
 #pragma once
 
 #include <atomic>
@@ -27,8 +27,8 @@
 
 namespace sonarith::sound {
 
-// No test asserts how long anything took: where a disk hangs its bounds are so short that a test
-// need not wait for them, and where it works they are longer than any load makes it take.
+// No test asserts a duration: where a disk hangs its bounds are so short that a test need not wait
+// for them, and where it works they are longer than any load can delay it.
 inline constexpr RecordingTiming briefTiming{
     std::chrono::milliseconds{20}, std::chrono::milliseconds{30}, std::chrono::milliseconds{10}};
 inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::chrono::seconds{30},
@@ -36,7 +36,7 @@ inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::ch
 
 class RecordingFixture : public testing::Test {
   public:
-    /// A write of samples: it has an offset.
+    /// Whether the call writes samples: it has an offset.
     static bool isSamples(const seccomp_data& call) {
         return call.nr == SYS_pwrite64 && call.args[3] > 0;
     }
@@ -53,13 +53,13 @@ class RecordingFixture : public testing::Test {
         return begin({folder.path()}, timing);
     }
 
-    /// Whether the disk has all but what is less than a batch.
+    /// Whether the disk has all frames except less than a batch.
     [[nodiscard]] static bool isTaken(const Recording& recording) {
         const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
         return waiting < RecordingQueue::batchFrames;
     }
 
-    /// Runs `body` with chosen calls on files before `verdict`; see CallJudge.
+    /// Runs `body` with `verdict` deciding about selected calls on files; see CallJudge.
     static void judged(const test::CallJudge::Verdict& verdict,
                        const std::function<void(test::CallJudge&)>& body) {
         const bool ran = test::CallJudge::run(
@@ -68,7 +68,7 @@ class RecordingFixture : public testing::Test {
             GTEST_SKIP() << "this kernel passes no calls to another thread";
         }
     }
-    /// The creation of an unnamed file, in `where`.
+    /// Whether the call creates an unnamed file in `where`.
     static bool isCreation(const seccomp_data& call, const std::filesystem::path& where) {
         if (call.nr != SYS_openat || (call.args[2] & O_TMPFILE) != O_TMPFILE) {
             return false;
@@ -78,7 +78,7 @@ class RecordingFixture : public testing::Test {
         return opened == std::filesystem::canonical(where);
     }
 
-    /// What a test waits for.
+    /// A condition for a test's wait.
     [[nodiscard]] bool noSaveIsPending() const {
         return context.saves->noneWithin(std::chrono::seconds(30));
     }

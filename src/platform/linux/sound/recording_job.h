@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work of a recording's threads, and what they share with the logic's: one makes the file,
-// writes and saves; another watches that no folder keeps it for ever. Nothing here is waited for.
+// The work of a recording's threads, and the state that they share with the logic's: one creates
+// the file, writes and saves; another watches that no folder blocks it forever. No caller waits
+// here.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +15,7 @@
 
 namespace sonarith::sound {
 
-/// Owns all that the threads touch, as they may outlive whoever started them.
+/// Owns everything that the threads access, as they may outlive their creator.
 struct RecordingJob {
     RecordingJob(Channels channelsToRecord, std::vector<std::filesystem::path> candidates,
                  RecordingContext shared);
@@ -27,13 +28,14 @@ struct RecordingJob {
     RecordingQueue queue;
 };
 
-/// The body of the thread whose turn it is: makes a file in the first folder from number
-/// `candidate` on that takes one, writes what the queue gets, and saves as is ordered, until
-/// nothing more is.
+/// The body of the thread whose turn it is: creates a file in the first usable folder from number
+/// `candidate` on, writes the frames of the queue, and saves as ordered, until no more orders
+/// follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
-/// Goes on with the next folder, on a thread of its own, where the writer hangs in one for longer
-/// than RecordingTiming::folder. The last one is waited for: what was heard is lost if it is not.
+/// Starts another thread for the next folder if the writer hangs in one longer than
+/// RecordingTiming::folder. The last folder is waited for without a limit, because the sound would
+/// be lost otherwise.
 void relieveHangingWriters(const std::shared_ptr<RecordingJob>& job);
 
 } // namespace sonarith::sound

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the sound card's lines carry: stereo frames at 44100 Hz, pulled by the engine in blocks.
+// The sound on the sound card's lines: stereo frames at 44100 Hz, pulled by the engine in blocks.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace sonarith::sound {
 
-/// The card's one rate, that of the compact disc, so that a disc's samples pass unchanged.
+/// The card's only rate, that of the compact disc, so that a disc's samples pass unchanged.
 inline constexpr int frameRate = 44100;
 
 /// One sample for each of the two channels, 16 bits, native byte order.
@@ -18,26 +18,26 @@ struct StereoFrame {
     friend bool operator==(const StereoFrame&, const StereoFrame&) = default;
 };
 
-/// What a source can say after delivering some frames.
+/// The state that a source returns with its frames.
 enum class Supply {
     flowing,  ///< it filled the whole block
-    starving, ///< it has no more at this moment (a drive spinning up); the rest will come
-    ended,    ///< it has no more, and none will come: the line falls silent
-    lost,     ///< as `ended`, before its time: its medium is gone
+    starving, ///< it has no more at this moment (a drive spinning up); the rest will follow
+    ended,    ///< it has no more, and none will follow: the line becomes silent
+    lost,     ///< as `ended`, but prematurely: its medium is gone
 };
 
 struct Pulled {
-    std::size_t frames = 0; ///< how many frames at the head of the block were written
+    std::size_t frames = 0; ///< number of frames at the beginning of the block
     Supply supply = Supply::flowing;
 };
 
-/// Feeds one line of the sound card. `pull` is called under the card's lock, on whichever thread is
-/// moving the card on; it never blocks and never calls the card.
+/// Feeds one line of the sound card. `pull` is called under the card's lock, on any thread that
+/// advances the card; it never blocks and never calls the card.
 class SampleSource {
   public:
     virtual ~SampleSource() = default;
-    /// Fills the head of `block`; the rest of it is left as it was. Frames that were delivered are
-    /// consumed: they are neither delivered again nor skipped.
+    /// Fills the beginning of `block`; the rest is unchanged. Delivered frames are consumed: they
+    /// are neither delivered again nor skipped.
     [[nodiscard]] virtual Pulled pull(std::span<StereoFrame> block) = 0;
 };
 

@@ -14,35 +14,35 @@
 
 namespace sonarith::sound {
 
-/// A frame while it is filtered, in units of a 16-bit sample.
+/// A frame during filtering, in units of a 16-bit sample.
 struct FilterFrame {
     double left = 0;
     double right = 0;
 };
 
-/// Used by one thread at a time. Never allocates.
+/// For one thread at a time. Never allocates.
 class ShelfFilter {
   public:
     enum class Side { low, high };
 
-    /// `cornerHz` lies below half of the card's rate. The gain is 0 dB at first.
+    /// `cornerHz` is below half of the card's rate. The initial gain is 0 dB.
     ShelfFilter(Side side, double cornerHz);
 
-    /// Filters `frames` in place. The gain moves from where it was towards `gainDb`, by
-    /// rampDbPerSecond at the most, and stays there.
+    /// Filters `frames` in place. The gain moves from its present value towards `gainDb`, by
+    /// rampDbPerSecond at most, and stays there.
     void filter(std::span<FilterFrame> frames, double gainDb);
-    /// Takes `gainDb` at once, and forgets the sound so far.
+    /// Applies `gainDb` at once and clears the filter's state.
     void restart(double gainDb);
-    /// Whether frames pass unchanged while the gain is to be 0 dB: it is, and what is left of
-    /// earlier sound is less than a thousandth of a sample.
+    /// Whether frames pass unchanged while the requested gain is 0 dB: the gain has reached it, and
+    /// the rest of earlier sound is below a thousandth of a sample.
     [[nodiscard]] bool isTransparent() const;
 
     /// From one end of a tone slider to the other in a tenth of a second: faster than a hand moves
-    /// it, and slow enough that the change of a loud tone is no click.
+    /// it, and slow enough that the change of a loud tone does not click.
     static constexpr double rampDbPerSecond = 240;
 
   private:
-    /// Of the difference equation, divided by a0.
+    /// Coefficients of the difference equation, divided by a0.
     struct Coefficients {
         double b0 = 1;
         double b1 = 0;
@@ -50,7 +50,7 @@ class ShelfFilter {
         double a1 = 0;
         double a2 = 0;
     };
-    /// What one channel remembers (transposed direct form II, which bears changing coefficients).
+    /// The state of one channel (transposed direct form II, which tolerates changing coefficients).
     struct Memory {
         double first = 0;
         double second = 0;
@@ -63,7 +63,7 @@ class ShelfFilter {
     void forgetTraces();
 
     Side side_;
-    double cornerRadians_; ///< for each frame
+    double cornerRadians_; ///< per frame
     double gainDb_ = 0;
     Coefficients coefficients_;
     Memory left_;

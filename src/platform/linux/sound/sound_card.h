@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The software sound card: lines with volume and mute, a mixer with bass and treble for the
-// speakers, and a recorder that taps its source before them. It holds no thread
-// (sound_card_thread.h drives it) and opens no device (alsa_output.h, external_input.h).
+// speakers, and a recorder that taps its source before them. It has no thread (sound_card_thread.h
+// drives it) and opens no device (alsa_output.h, external_input.h).
 #pragma once
 
 #include <array>
@@ -29,10 +29,10 @@ class ExternalInput;
 enum class Line { compactDisc, waveOut, externalInput };
 inline constexpr int lineCount = 3;
 
-/// What the recorder listens to: one line, or the sum of all lines.
+/// The recorder's source: one line, or the sum of all lines.
 enum class RecordingSource { compactDisc, waveOut, externalInput, mix };
 
-/// The one line that `source` is; none for the sum of all.
+/// The line of `source`; empty for the sum of all.
 [[nodiscard]] constexpr std::optional<Line> lineOf(RecordingSource source) {
     switch (source) {
     case RecordingSource::compactDisc:
@@ -47,73 +47,74 @@ enum class RecordingSource { compactDisc, waveOut, externalInput, mix };
     return std::nullopt;
 }
 
-/// The most frames that pass through the card at once: 10 ms.
+/// The largest block of frames: 10 ms.
 inline constexpr std::size_t blockFrames = frameRate / 100;
 
-/// Takes the mix for the speakers. `play` is called under the card's lock and never blocks: what
-/// does not fit is dropped, since a slow output must not delay the card.
+/// Receives the mix for the speakers. `play` is called under the card's lock and never blocks:
+/// frames that do not fit are dropped, since a slow output must not delay the card.
 class SpeakerSink {
   public:
     virtual ~SpeakerSink() = default;
     virtual void play(std::span<const StereoFrame> frames) = 0;
 };
 
-/// Takes what the recorder hears, untouched by volumes and mutes. Called under the card's lock; it
+/// Receives the recorder's sound, unaffected by volumes and mutes. Called under the card's lock; it
 /// never blocks.
 class RecordingSink {
   public:
     virtual ~RecordingSink() = default;
-    /// At most `room()` frames, all of which it takes.
+    /// Precondition: at most `room()` frames. Accepts all of them.
     virtual void record(std::span<const StereoFrame> frames) = 0;
-    /// How many frames it can take now. Only `record` makes it less. The card produces no more than
-    /// this: a sink without room holds the card as a starving line does, and no frame is lost.
+    /// How many frames it can accept now. Only `record` reduces it. The card produces no more than
+    /// this: a sink without space stops the card as a starving line does, and no frame is lost.
     [[nodiscard]] virtual std::size_t room() const {
         return std::numeric_limits<std::size_t>::max();
     }
 };
 
-/// All members may be called from any thread, and return without waiting for sound to be played.
+/// Thread-safe; no member waits for sound to be played.
 ///
-/// Sources and sinks are called under the card's lock, by whichever thread is inside the card at
-/// that moment: its own thread, or one that calls `advance` so that what it asks next (a position,
-/// a number of recorded bytes) is exact. They must not call the card back. The card lets go of
-/// them outside its lock, so that a slow destructor holds nobody up.
+/// Sources and sinks are called under the card's lock, by the thread that is inside the card at
+/// that moment: its own thread, or one that calls `advance` so that its next query (a position, a
+/// number of recorded bytes) is exact. They must not call the card. The card releases them outside
+/// its lock, so that a slow destructor blocks no other thread.
 class SoundCard {
   public:
-    using Time = std::chrono::nanoseconds; ///< of a monotonic clock, from any origin
+    using Time = std::chrono::nanoseconds; ///< of a monotonic clock with any origin
 
     SoundCard() = default;
     SoundCard(const SoundCard&) = delete;
     SoundCard& operator=(const SoundCard&) = delete;
 
-    /// From here on the card pulls from `source`, in place of an earlier source of that line.
-    /// `now` is the moment from which its frames are due; what was due before is produced first.
+    /// From now on the card pulls from `source`, which replaces an earlier source of that line.
+    /// `now` is the time from which its frames are due; frames due earlier are produced first.
     void attach(Line line, std::shared_ptr<SampleSource> source, Time now);
-    /// After this returns, the card calls the line's source no more. What was due and has not been
-    /// produced yet is not pulled: call `advance` first where that matters. What was pulled is
-    /// still played; of a disc, all of it has been by now.
+    /// After this returns, the card does not call the line's source any more. Frames that were due
+    /// and have not been produced yet are not pulled: call `advance` first if that matters. Frames
+    /// that were pulled are still played; for a disc, all of them have been by now.
     void detach(Line line);
-    /// As `detach`, but only if `source` is still the line's: one that was attached in its place
+    /// As `detach`, but only if `source` is still the line's source: one that has replaced it
     /// stays. Returns whether it was; a source that has ended is not.
     bool detachSource(Line line, const SampleSource& source);
 
-    /// Every frame that is due after `now` goes to `sink`, in place of an earlier sink.
+    /// Delivers every frame that is due after `now` to `sink`, which replaces an earlier sink.
     void startRecording(std::shared_ptr<RecordingSink> sink, Time now);
-    /// After this returns, the sink is called no more; all frames due up to `now` have reached it.
+    /// After this returns, the sink is not called any more; all frames due up to `now` have been
+    /// delivered to it.
     void stopRecording(Time now);
-    /// From now on `sink` hears the recorder's source, recording or not, in place of an earlier
-    /// listener; null for nobody. Where the source is silent or lost, it hears silence. It never
-    /// holds the card: its `room` is not asked.
+    /// From now on `sink` receives the recorder's source, whether it records or not, and replaces
+    /// an earlier listener; null for none. While the source is silent or lost, it receives silence.
+    /// It never stops the card: its `room` is not called.
     void setListener(std::shared_ptr<RecordingSink> sink, Time now);
-    /// Holds from the next frame that is produced. While `source` is the external input, `input` is
-    /// open for as long as there is a recording or a listener.
+    /// Takes effect with the next frame that is produced. While `source` is the external input,
+    /// `input` is open as long as there is a recording or a listener.
     void setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input = nullptr);
-    /// The input that the recorder's source opens; null where that is another source.
+    /// The input that the recorder's source opens; null if the source is a different one.
     [[nodiscard]] std::shared_ptr<ExternalInput> externalInput() const;
 
     void setSpeakers(std::shared_ptr<SpeakerSink> sink);
 
-    // The mixer. None of these members waits for the card. They hold from its next block on.
+    // The mixer. None of these members waits for the card. They take effect with its next block.
 
     /// Levels are clamped to 0..fullVolume and are linear in amplitude.
     void setVolume(Line line, int level);
@@ -126,31 +127,31 @@ class SoundCard {
     [[nodiscard]] bool masterMuted() const;
     /// Bass and treble of the speakers.
     [[nodiscard]] ToneControl& tone() { return tone_; }
-    /// The largest absolute sample, before volume and mute, that the recorder's source or a line
-    /// has brought since the last reading; see PeakMeter::read.
+    /// The largest absolute sample, before volume and mute, from the recorder's source or a line
+    /// since the last reading; see PeakMeter::read.
     [[nodiscard]] int recorderPeak(Time now) { return recorderPeak_.read(now); }
     [[nodiscard]] int linePeak(Line line, Time now) { return channel(line).peak.read(now); }
 
-    /// Produces every frame that is due at `now`, in blocks. A late call makes up what was missed;
-    /// a starving line, or a recording sink without room, holds the whole card until it has frames
-    /// or room again, and that time is not made up: nothing is skipped and no silence slips in. A
-    /// source that has ended is let go, and its line falls silent; while one that was lost is not
-    /// replaced or detached, the recorder that listens to it takes nothing. A `now` that lies
-    /// before an earlier one changes nothing.
+    /// Produces every frame that is due at `now`, in blocks. A late call catches up; a starving
+    /// line, or a recording sink without space, stops the whole card until it has frames or space
+    /// again, and that time is not caught up: no frame is skipped and no silence is inserted. A
+    /// source that has ended is released, and its line becomes silent; while a lost source is
+    /// neither replaced nor detached, a recorder that listens to it records nothing. A `now` before
+    /// an earlier one has no effect.
     void advance(Time now);
-    /// Whether there is anything to do: a line with a source, a recording or a listener. While
-    /// false, the card needs no calls of advance.
+    /// Whether there is any work: a line with a source, a recording or a listener. While false, the
+    /// card needs no calls of advance.
     [[nodiscard]] bool active() const;
 
     /// `hook` is called, outside the card's lock, whenever the card may have become active. After
-    /// this returns, an earlier hook is called no more. The hook must not call this member.
+    /// this returns, an earlier hook is not called any more. The hook must not call this member.
     void setWakeUp(std::function<void()> hook);
 
   private:
     using Block = std::array<StereoFrame, blockFrames>;
 
-    /// One line. `waiting` holds frames that were pulled while another line held the card; they are
-    /// played first, whatever becomes of their source. The disc's line never holds any.
+    /// One line. `waiting` holds frames that were pulled while another line stopped the card; they
+    /// are played first, even if their source is removed. The disc's line never holds any.
     struct Channel {
         std::shared_ptr<SampleSource> source;
         Block waiting;
@@ -158,15 +159,15 @@ class SoundCard {
         std::atomic<int> volume = fullVolume;
         std::atomic<bool> muted = false;
         PeakMeter peak;
-        bool lost = false; ///< its last source, before it was attached to or detached from again
+        bool lost = false; ///< its last source was lost, until the next attach or detach
     };
-    /// What a member lets go of, kept until the lock has been given back.
+    /// Objects that a member releases, kept until the lock has been unlocked.
     using Released = std::vector<std::shared_ptr<void>>;
 
     Channel& channel(Line line) { return channels_.at(static_cast<std::size_t>(line)); }
     const Channel& channel(Line line) const { return channels_.at(static_cast<std::size_t>(line)); }
 
-    // All of these are called under mutex_.
+    // Precondition of all of these: mutex_ is locked.
     [[nodiscard]] bool hasWork() const;
     void beginAnewIfIdle(Time now);
     void restartClock(Time now);
@@ -179,7 +180,7 @@ class SoundCard {
     void notePeaks(std::span<const StereoFrame> recorderSound, Time now);
     [[nodiscard]] bool wantsInput() const;
 
-    /// Opens or closes the external input, as the recorder needs it. Takes mutex_.
+    /// Opens or closes the external input as the recorder needs it. Locks mutex_.
     void followInput();
 
     void wakeUp();
@@ -191,15 +192,15 @@ class SoundCard {
     RecordingSource recordingSource_ = RecordingSource::compactDisc;
     std::shared_ptr<RecordingSink> listener_;
     std::shared_ptr<ExternalInput> input_;
-    std::shared_ptr<SampleSource> openedInput_; ///< what followInput attached
+    std::shared_ptr<SampleSource> openedInput_; ///< the source that followInput attached
     std::atomic<int> masterVolume_ = fullVolume;
     std::atomic<bool> masterMuted_ = false;
     ToneControl tone_; ///< applied under mutex_
     PeakMeter recorderPeak_;
-    Time origin_{};             ///< when the frames began to be due
+    Time origin_{};             ///< the time from which frames are due
     std::int64_t produced_ = 0; ///< frames since then
 
-    std::mutex wakeUpMutex_; ///< never taken together with mutex_
+    std::mutex wakeUpMutex_; ///< never locked together with mutex_
     std::function<void()> wakeUpHook_;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The thread that moves a sound card on, every 10 ms while the card has anything to do, and the
-// clock that it goes by. While the card rests, the thread sleeps without waking up.
+// The thread that advances a sound card every 10 ms while the card has work, and its clock. While
+// the card is idle, the thread sleeps without waking up.
 #pragma once
 
 #include <condition_variable>
@@ -13,11 +13,11 @@
 
 namespace sonarith::sound {
 
-/// The machine's monotonic clock: what every `now` of the card is taken from.
+/// The machine's monotonic clock, the source of every `now` of the card.
 [[nodiscard]] SoundCard::Time monotonicNow();
 
-/// Moves `card` from its construction to its destruction; the card outlives it. One for each card:
-/// it takes the card's wake-up hook.
+/// Advances `card` during the lifetime of this object; the card must outlive it. One per card: it
+/// uses the card's wake-up hook.
 class SoundCardThread {
   public:
     using Clock = std::function<SoundCard::Time()>;
@@ -34,7 +34,7 @@ class SoundCardThread {
     Clock clock_;
     std::mutex mutex_;
     std::condition_variable_any wake_;
-    bool called_ = false; ///< the card may have become active since it was last looked at
+    bool called_ = false; ///< the card may have become active since the last check
     std::jthread thread_;
 };
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bass and treble of the speakers: two shelf filters, and the headroom that a boost needs. In the
-// middle of both sliders samples pass unchanged. Never used for what is recorded.
+// Bass and treble of the speakers: two shelf filters, and the headroom that a boost needs. With
+// both sliders in the middle samples pass unchanged. Recorded sound is never affected.
 //
-// Headroom: a boost may lift a sound above 16 bits. The sound is then turned down just as far as
+// Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated only as far as
 // its peak needs, and recovers slowly, so a loud sound with a boost is not clipped; a sound that
-// fits is not turned down.
+// fits is not attenuated.
 #pragma once
 
 #include <atomic>
@@ -21,15 +21,15 @@ class ToneControl {
     static constexpr int middle = 32768;
     static constexpr int highest = 65535;
     /// The gain of a shelf at the ends of its slider: 12 dB down at 0, 12 dB up (less 0.0004) at
-    /// highest, and in proportion in between. Four times the amplitude: more is not needed to even
-    /// out loudspeakers or a room, and overloads small speakers.
+    /// highest, and in proportion in between. 12 dB is four times the amplitude: more is not needed
+    /// to correct loudspeakers or a room, and would overload small speakers.
     static constexpr double spanDb = 12;
-    /// The makers of amplifiers state the effect of tone controls at 100 Hz and 10 kHz. Corners one
+    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. Corners one
     /// octave from there give 11 dB at these frequencies, and change 1 kHz by less than 0.1 dB.
     static constexpr double bassCornerHz = 200;
     static constexpr double trebleCornerHz = 5000;
 
-    // Any thread; without waiting.
+    // Thread-safe, without blocking.
     void setBass(int position) { bass_ = position; }
     [[nodiscard]] int bass() const { return bass_; }
     void setTreble(int position) { treble_ = position; }
@@ -41,10 +41,10 @@ class ToneControl {
 
     // One thread at a time; never allocates.
 
-    /// Filters `frames` in place. After a change of a slider the gain is a ramp. What was filtered
-    /// fits into 16 bits.
+    /// Filters `frames` in place. After a change of a slider the gain is a ramp. The result fits
+    /// into 16 bits.
     void apply(std::span<WideFrame> frames);
-    /// The sound begins anew: takes the sliders' positions at once.
+    /// Starts a new sound: applies the sliders' positions at once.
     void restart();
 
   private:
@@ -54,7 +54,7 @@ class ToneControl {
     std::atomic<int> treble_ = middle;
     ShelfFilter low_{ShelfFilter::Side::low, bassCornerHz};
     ShelfFilter high_{ShelfFilter::Side::high, trebleCornerHz};
-    double reduction_ = 1; ///< the factor by which the sound is turned down
+    double reduction_ = 1; ///< the factor by which the sound is attenuated
 };
 
 } // namespace sonarith::sound

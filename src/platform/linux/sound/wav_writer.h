@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes 16-bit samples at the card's rate as a WAV into an open file, from front to back. It
-// neither opens nor names files.
+// Writes 16-bit samples at the card's rate sequentially as a WAV into an open file. It neither
+// opens nor names files.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace sonarith::sound {
 
 enum class Channels { mono = 1, stereo = 2 };
 
-/// In a file of that many channels.
+/// In a file with this number of channels.
 [[nodiscard]] constexpr std::int64_t bytesPerFrame(Channels channels) {
     return static_cast<std::int64_t>(channels) * static_cast<std::int64_t>(sizeof(std::int16_t));
 }
@@ -24,10 +24,10 @@ class WavWriter {
     /// Writes to `file` from its beginning. The file must stay open.
     WavWriter(const files::FileDescriptor& file, Channels channels, WavForm form);
 
-    /// Writes the header for `sampleBytes` bytes of samples, also once more when there are others.
-    /// False: it could not be written.
+    /// Writes the header for `sampleBytes` bytes of samples; may be called again when the number
+    /// has changed. False on failure.
     [[nodiscard]] bool writeHeader(std::int64_t sampleBytes);
-    /// Appends interleaved samples. Returns how many whole ones were written: fewer than given is
+    /// Appends interleaved samples. Returns how many whole ones were written: fewer than passed is
     /// a failure, after which nothing may be appended.
     [[nodiscard]] std::size_t append(std::span<const std::int16_t> samples);
     /// The errno value of the last failure.
@@ -36,10 +36,10 @@ class WavWriter {
   private:
     [[nodiscard]] std::size_t write(std::span<const std::byte> bytes, std::int64_t offset);
 
-    int file_; ///< not its own
+    int file_; ///< not owned
     Channels channels_;
     WavForm form_;
-    std::int64_t end_ = 0; ///< where the next samples go
+    std::int64_t end_ = 0; ///< the position of the next samples
     int errorNumber_ = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Brings the card's frames to a format that a program asks a wave input for: PCM of another rate,
-// mono or stereo, 8 or 16 bits. It fills no buffers (card_wave_input.h).
+// Converts the card's frames to the format that a program requests from a wave input: PCM of
+// another rate, mono or stereo, 8 or 16 bits. It fills no buffers (card_wave_input.h).
 #pragma once
 
 #include <cstddef>
@@ -17,14 +17,14 @@ namespace sonarith::sound {
 
 class WaveConverter {
   public:
-    /// Empty for a format that is not consistent, no PCM, of other than 1 or 2 channels and 8 or 16
-    /// bits, or of a rate that no sound card has (below 4000 or above 192000 Hz).
+    /// Empty for a format that is inconsistent, not PCM, with other than 1 or 2 channels and 8 or
+    /// 16 bits, or with a rate that no sound card has (below 4000 or above 192000 Hz).
     [[nodiscard]] static std::unique_ptr<WaveConverter> create(const WaveFormat& format);
 
-    /// What `frames`, at most blockFrames of the card, become: whole frames of the format, until
-    /// the next call. 16 bits are little-endian; 8 bits have no sign, 128 is silence. Mono is the
-    /// mean of both channels. The sound of another rate is band-limited and a few milliseconds
-    /// late; over time there is as much of it as the rate says. Never allocates.
+    /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
+    /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
+    /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
+    /// milliseconds late; its amount matches the rate over time. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.
@@ -42,14 +42,14 @@ class WaveConverter {
 
     std::size_t channels_;
     std::size_t bytesPerSample_;
-    double ratio_;        ///< the format's rate to the card's
+    double ratio_;        ///< the format's rate divided by the card's
     Resampler resampler_; ///< null: the rate is the card's
-    // Of fixed size: for the largest block, in samples.
+    // Fixed size: for the largest block, in samples.
     std::vector<std::int16_t> samples_;
     std::vector<float> input_;
     std::vector<float> output_;
     std::vector<std::int16_t> resampled_;
-    std::vector<std::byte> bytes_; ///< as far as bytesUsed_
+    std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
 };
 
