@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What MP3 streams are read from: a file, or bytes in memory, at any place and from several threads
-// at once. And a window over it for reading from front to back. No formats here.
+// The input of MP3 streams: a file, or bytes in memory, readable at any offset and by several
+// threads at once; and a window over it for sequential reading. It knows no formats.
 #pragma once
 
 #include <atomic>
@@ -18,24 +18,25 @@
 
 namespace sonarith::mp3 {
 
-/// What a reading gave, and why it gave no more.
+/// The result of a read, and why it was short.
 struct Reading {
-    std::size_t bytes = 0; ///< at the head of the buffer: all that was asked for, or a failure
+    std::size_t bytes = 0; ///< valid at the beginning of the buffer: all that was requested, or
+                           ///< fewer after a failure
     std::optional<Error> failure;
 };
 
 class ByteSource {
   public:
     virtual ~ByteSource() = default;
-    /// Does not change while the source lives.
+    /// Constant during the lifetime of the source.
     [[nodiscard]] virtual std::int64_t size() const = 0;
-    /// Fills `out` from `offset` on, as far as that can be read.
-    /// Precondition: all of it lies within size().
+    /// Fills `out` from `offset` on, as far as that can be read. Precondition: the range is within
+    /// size().
     [[nodiscard]] virtual Reading readAt(std::int64_t offset,
                                          std::span<std::uint8_t> out) const = 0;
 };
 
-/// Bytes that their owner keeps for longer than the source lives.
+/// Bytes whose owner keeps them longer than the source's lifetime.
 class MemorySource : public ByteSource {
   public:
     explicit MemorySource(Bytes bytes) : bytes_(bytes) {}
@@ -48,7 +49,7 @@ class MemorySource : public ByteSource {
     Bytes bytes_;
 };
 
-/// Which file it was, and in what state: two that are equal were not changed in between.
+/// Identifies a file and its state: if two are equal, the file was not changed in between.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -64,9 +65,9 @@ struct FileIdentity {
 
 class FileSource : public ByteSource {
   public:
-    /// Only plain files: a pipe could hold the caller up for ever. Once `stop` is true every
-    /// reading fails, so that a scan of the file ends; it must outlive the source. The texts of
-    /// failures are the system's words alone, without the path.
+    /// Opens regular files only: a pipe could block the caller forever. Once `stop` is true every
+    /// read fails, so that a scan of the file ends; `stop` must outlive the source. The messages of
+    /// failures are the system's alone, without the path.
     [[nodiscard]] static Result<std::unique_ptr<FileSource>> open(const std::filesystem::path& path,
                                                                   const std::atomic<bool>& stop);
 
@@ -84,19 +85,19 @@ class FileSource : public ByteSource {
     const std::atomic<bool>* stop_;
 };
 
-/// For one thread. A place that cannot be read looks like the end of the source; `failure` tells
-/// them apart. What lies behind such a place can be read again.
+/// For one thread. An offset that cannot be read looks like the end of the source; `failure`
+/// distinguishes them. The data after it can be read again.
 class SourceWindow {
   public:
     explicit SourceWindow(const ByteSource& source);
 
     /// The bytes from `offset` on: at least `lookAhead` of them, fewer only at the end of the
-    /// source and before a place that cannot be read. They stay until the next call.
+    /// source and before an offset that cannot be read. Valid until the next call.
     [[nodiscard]] Bytes at(std::int64_t offset);
-    /// Why the window ends where it does, if not because it is full or the source ends.
+    /// Why the window ends there, unless it is full or the source ends.
     [[nodiscard]] const std::optional<Error>& failure() const { return failure_; }
 
-    /// Enough for four frames of any kind in a row.
+    /// Enough for four consecutive frames of any kind.
     static constexpr std::size_t lookAhead = 4 * maxFrameBytes + headerBytes;
 
   private:
@@ -105,7 +106,7 @@ class SourceWindow {
 
     const ByteSource* source_;
     std::vector<std::uint8_t> store_;
-    std::int64_t start_ = 0; ///< where in the source the store begins
+    std::int64_t start_ = 0; ///< the offset in the source at which the buffer begins
     std::size_t filled_ = 0;
     std::optional<Error> failure_;
 };

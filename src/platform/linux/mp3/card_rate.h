@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Brings sound of any rate, mono or stereo, to what the sound card's lines carry, through
-// libsamplerate. Sound that is at the card's rate already passes unchanged.
+// Converts sound of any rate, mono or stereo, to the format of the sound card's lines, through
+// libsamplerate. Sound at the card's rate passes unchanged.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ class CardRate {
   public:
     [[nodiscard]] static Result<CardRate> create(const PcmFormat& format);
 
-    /// What the next samples (interleaved, whole frames) become; none at all mean the end, and give
-    /// what the converter still holds. It stays until the next call.
+    /// Converts the next samples (interleaved, whole frames); an empty span means the end and
+    /// returns what the converter still holds. Valid until the next call.
     [[nodiscard]] std::span<const sound::StereoFrame>
     convert(std::span<const std::int16_t> samples);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Why a decoding ended before its end, and at which of its steps. Words for the user are made
-// elsewhere (decode_notice.h).
+// Why a decoding ended early, and at which step. The messages for the user are created elsewhere
+// (decode_notice.h).
 #pragma once
 
 #include "platform/result.h"
@@ -11,7 +11,7 @@ enum class DecodeStep {
     opening, ///< of the source
     reading, ///< from the source
     decoding,
-    writing, ///< making, writing and naming the WAV
+    writing, ///< creating, writing and naming the WAV
 };
 
 struct DecodeFailure {

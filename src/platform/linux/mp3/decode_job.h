@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The decoding of one MP3 file to one WAV file on threads of its own: one object is one attempt.
-// How it is done is in decoding.h; here is only who waits for what.
+// Decodes one MP3 file to one WAV file on separate threads: one object is one attempt. The decoding
+// itself is in decoding.h; this is only the synchronisation.
 #pragma once
 
 #include <atomic>
@@ -18,7 +18,7 @@
 
 namespace sonarith::mp3 {
 
-/// The files of a decoding that was completed, as they were then.
+/// The files of a completed decoding, with their state at that time.
 struct CompletedDecoding {
     DecodeResult result;
     FileIdentity source;
@@ -27,44 +27,45 @@ struct CompletedDecoding {
 
 /// Life cycle:
 ///
-///     constructed  ->  busy  ->  over           it came to its end
-///                            ->  stopped -> over    `stop`, or the end of the object
+///     constructed  ->  busy  ->  over           it has ended by itself
+///                            ->  stopped -> over    by `stop` or the destructor
 ///
-/// busy and over follow each other at once: the WAV has its name by then. A stopped decoding is not
-/// busy any more, but only over when the disk has taken what was decoded; that may last, and the
-/// thread goes on alone when the object is gone. Until it is over, it keeps its turn for the target
-/// (target_turn.h), so that the next decoding of that file begins behind it.
+/// busy changes directly to over: the WAV has its name by then. A stopped decoding is no longer
+/// busy, but over only when the disk has stored the decoded part; that may take long, and the
+/// thread continues alone after the object is destroyed. Until it is over, it keeps its turn for
+/// the target (target_turn.h), so that the next decoding of that file begins after it.
 ///
-/// Threads: one thread constructs, stops and destroys, and never waits for a disk. Any thread may
-/// call the const members. The thread of the decoding owns all that it touches; so does `report`.
+/// Threads: one thread constructs, stops and destroys, and never waits for a disk. The const
+/// members are thread-safe. The thread of the decoding owns everything that it accesses; so does
+/// `report`.
 class DecodeJob {
   public:
-    /// Called once, on the thread of the decoding, when it is as good as over; not if it was
-    /// spared. It must own what it uses, as it may be called after the job is gone.
+    /// Called once, on the thread of the decoding, just before it is over; not if it was skipped.
+    /// It must own what it uses, as it may be called after the job is destroyed.
     using Report = std::function<void(const DecodeResult&)>;
 
-    /// Begins. If `former` is of the same two files, and neither has changed since, nothing is
-    /// done, and its result is the result. It is among `saves` until it is over.
+    /// Starts. If `former` is of the same two files and neither has changed since, nothing is
+    /// decoded, and its result is reused. The decoding counts among `saves` until it is over.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }
     DecodeJob(const DecodeJob&) = delete;
     DecodeJob& operator=(const DecodeJob&) = delete;
 
-    /// Ends it, if it has not ended, and returns when it is over, or after `patience`.
+    /// Stops the decoding if it has not ended, and returns when it is over, or after `patience`.
     void stop(std::chrono::milliseconds patience);
     /// True from the constructor's return until it is over or stopped.
     [[nodiscard]] bool busy() const;
-    /// Nothing of it is going on any more.
+    /// All of its work has ended.
     [[nodiscard]] bool over() const;
-    /// Waits until it is over, for `patience` at most; whether it is.
+    /// Waits at most `patience` until it is over; returns whether it is.
     bool awaitEnd(std::chrono::milliseconds patience) const;
     [[nodiscard]] const Progress& progress() const;
 
     [[nodiscard]] bool isFor(const DecodeOrder& order) const;
     /// Precondition: over.
     [[nodiscard]] const DecodeResult& result() const;
-    /// If it is over and was completed.
+    /// Not empty if it is over and was completed.
     [[nodiscard]] std::optional<CompletedDecoding> completed() const;
 
   private:

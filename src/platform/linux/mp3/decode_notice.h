@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user should know of a decoding, in one sentence. Only the words: they are reported
+// The notice for the user about a decoding, in one sentence. Only the text: it is reported
 // elsewhere, and the logic shows none of this.
 #pragma once
 
@@ -11,17 +11,17 @@
 
 namespace sonarith::mp3 {
 
-/// The names of a decoding's files as the user knows them.
+/// The names of a decoding's files for the user.
 struct DecodeNames {
     std::string source;           ///< without its folder
-    std::string target;           ///< the same
+    std::string target;           ///< without its folder
     std::filesystem::path folder; ///< of the target
 };
 
-/// Empty if there is nothing to say: all was decoded, or as much as the user wanted.
+/// Empty if there is nothing to report: everything was decoded, or as much as the user wanted.
 [[nodiscard]] std::string decodeNotice(const DecodeNames& names, const DecodeResult& result);
 
-/// "3:12", or "1:03:12", for that many samples of each channel; parts of a second are cut.
+/// "3:12", or "1:03:12", for that many samples of each channel; fractions of a second are dropped.
 [[nodiscard]] std::string playingTime(std::int64_t samples, int rate);
 
 } // namespace sonarith::mp3

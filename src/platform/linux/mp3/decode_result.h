@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What became of a decoding: more than the product shows anywhere.
+// The result of a decoding, in more detail than the product shows.
 #pragma once
 
 #include <cstdint>
@@ -12,25 +12,25 @@ namespace sonarith::mp3 {
 
 enum class DecodeOutcome {
     none,      ///< no decoding has ended yet
-    completed, ///< the WAV has all there is
-    stopped,   ///< the WAV has all up to the stop; there is none if that was nothing
-    noFrames,  ///< nothing to decode was found, and nothing was written
-    failed,    ///< the WAV has all up to the failure; there is none if that was nothing
+    completed, ///< the WAV is complete
+    stopped,   ///< the WAV has everything up to the stop; none was saved if that was nothing
+    noFrames,  ///< no frame was found, and nothing was written
+    failed,    ///< the WAV has everything up to the failure; none was saved if that was nothing
 };
 
 enum class DecodeMethod {
     none,
     sequential,
     segments,
-    mixed, ///< segments up to a frame that the library gives up, or a full disk, and one pass from
-           ///< there on
+    mixed, ///< segments up to a frame that the library gives up, or up to a full disk, and one pass
+           ///< from there on
 };
 
 struct DecodeResult {
     DecodeOutcome outcome = DecodeOutcome::none;
     DecodeMethod method = DecodeMethod::none;
     PcmFormat format;
-    std::int64_t samples = 0; ///< per channel, in the WAV that was named; 0: none was
+    std::int64_t samples = 0; ///< per channel, in the saved WAV; 0: none was saved
     DecodeCount count;
     std::optional<DecodeFailure> failure; ///< only if it failed
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work of decoding one MP3 file to one WAV file, from the opening of the source to the name of
-// the WAV, on the thread that calls. Threads and life cycles are elsewhere (decode_job.h).
+// Decodes one MP3 file to one WAV file, from opening the source to naming the WAV, on the calling
+// thread. Threads and life cycles are elsewhere (decode_job.h).
 #pragma once
 
 #include <atomic>
@@ -17,21 +17,21 @@ namespace sonarith::mp3 {
 struct DecodeOrder {
     std::filesystem::path source;
     std::filesystem::path target;
-    Division division; ///< on one thread one decoder goes through the file
+    Division division; ///< with one thread, one decoder decodes the whole file
 };
 
-/// One attempt. Waits for the disk wherever that takes its time; nothing but `stop` is shared with
-/// other threads, and Progress.
+/// One attempt. Waits for the disk without a bound; only `stop` and Progress are shared with other
+/// threads.
 class Decoding {
   public:
-    /// All that is handed in must outlive the object. After `stop` turns true, `run` gives the WAV
-    /// what was decoded so far, and returns when the disk lets it.
+    /// All arguments must outlive the object. After `stop` becomes true, `run` saves the decoded
+    /// part in the WAV and returns as soon as the disk allows.
     Decoding(const DecodeOrder& order, const std::atomic<bool>& stop, Progress& progress)
         : order_(order), stop_(stop), progress_(progress) {}
 
-    /// Waits first for an earlier decoding that has not named this target yet.
+    /// First waits for an earlier decoding that has not named this target yet.
     [[nodiscard]] DecodeResult run();
-    /// The state of the source when it was opened, if it was.
+    /// The state of the source when it was opened; empty if it was not.
     [[nodiscard]] const std::optional<FileIdentity>& sourceIdentity() const {
         return sourceIdentity_;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes whole frames, one after the other, through libmpg123. It is given exactly the frames:
-// finding them, and trimming the result, is for others.
+// Decodes consecutive whole frames through libmpg123. It gets exactly the frames: finding them and
+// trimming the result is done elsewhere.
 #pragma once
 
 #include <cstddef>
@@ -23,8 +23,8 @@ using DecoderHandle = std::unique_ptr<mpg123_handle, CloseDecoder>;
 
 enum class SampleType { sixteenBit, floatingPoint };
 
-/// A handle that gives samples of `type` at the stream's own rate and channels. All handles of the
-/// program use the same of the library's decoders: they differ in the last bit.
+/// A handle that delivers samples of `type` at the stream's own rate and channels. All handles of
+/// the program use the same one of the library's decoders, since these differ in the last bit.
 [[nodiscard]] Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags,
                                                       long removedFlags);
 
@@ -33,12 +33,12 @@ class FrameDecoder {
   public:
     [[nodiscard]] static Result<FrameDecoder> create();
 
-    /// What the frame sounds like after the ones before it: always samplesPerFrame() times channels
-    /// interleaved samples, zeros for what cannot be decoded. They stay until the next call.
+    /// Decodes the frame after the preceding ones: always samplesPerFrame() times channels
+    /// interleaved samples, zeros where decoding is impossible. Valid until the next call.
     [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
-    /// The last frame was silenced, since what it builds on is missing.
+    /// The last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
-    /// Frames that were silenced since what they build on is missing.
+    /// Number of frames that were silenced, since data that they refer to are missing.
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells frames from chance likenesses: a frame counts if enough others of its format follow it.
-// Also the tags between frames. It looks at bytes at hand; going through a source is the scanner's.
+// Distinguishes frames from chance matches: a frame counts if enough others of its format follow
+// it. Also the tags between frames. It examines bytes in memory; the scanner reads the source.
 #pragma once
 
 #include <cstddef>
@@ -13,31 +13,31 @@
 
 namespace sonarith::mp3 {
 
-/// The length that the tag at the head of `bytes` claims (ID3v1, ID3v2, APE), whether or not that
-/// is true; 0 if there is no tag.
+/// The length that the tag at the beginning of `bytes` states (ID3v1, ID3v2, APE), whether or not
+/// that is true; 0 if there is no tag.
 [[nodiscard]] std::int64_t claimedTagBytes(Bytes bytes);
 
-/// The next place from `offset` on where a header may begin; the size of `bytes` if there is none.
+/// The next offset from `offset` on at which a header may begin; the size of `bytes` if there is
+/// none.
 [[nodiscard]] std::size_t findHeader(Bytes bytes, std::size_t offset);
 
-/// Whether no frame is to be expected at `offset` of `bytes`: the source ends there, or a tag
-/// begins.
+/// Whether no frame is expected at `offset` of `bytes`: the source ends there, or a tag begins.
 [[nodiscard]] bool rowEndsAt(Bytes bytes, std::size_t offset);
 
 /// Whether the frame at `offset` of `bytes` is followed by two more of its format, or by fewer and
 /// the end of the row. Needs three whole frames from `offset` on, unless the source ends.
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
-/// Remembers where rows of frames begin ahead of a place that only goes forward, so that each place
-/// is tried once, however often it is asked for: headers can be made to stand at every fourth byte.
+/// Remembers where rows of frames begin ahead of a position that only advances, so that each offset
+/// is tried once, however often it is queried: hostile data can have headers at every fourth byte.
 class RowsAhead {
   public:
-    /// Whether a row of `format` begins from `begin` of the source on and before `end`. `bytes` are
-    /// the source's from `position` on, and reach three whole frames beyond `end`, unless the
-    /// source ends. Precondition: position <= begin, which is not below an earlier call's.
+    /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the source's
+    /// from `position` on, and extend three whole frames beyond `end`, unless the source ends.
+    /// Precondition: position <= begin, and begin never decreases between calls.
     [[nodiscard]] bool anyWithin(const StreamFormat& format, std::int64_t begin, std::int64_t end,
                                  Bytes bytes, std::int64_t position);
-    /// How many places were tried, all in all.
+    /// How many offsets were tried in total.
     [[nodiscard]] std::int64_t placesTried() const { return placesTried_; }
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frames of a stream that are decoded, numbered from 0: those of one format that the scanner
-// finds, less the information frame that heads them, whose trimming it keeps. It decodes nothing.
+// The frames of a stream to be decoded, numbered from 0: those of one format that the scanner
+// finds, except the leading information frame, whose trimming is kept. It decodes nothing.
 #pragma once
 
 #include <cstdint>
@@ -17,10 +17,10 @@ struct NumberedFrame : Frame {
 
 class FrameSequence {
   public:
-    /// The frames of `format` from the beginning; looks for the first one at once. `source` must
+    /// The frames of `format` from the beginning; searches the first one at once. `source` must
     /// outlive it.
     FrameSequence(const ByteSource& source, const StreamFormat& format);
-    /// Goes on at frame `number`, which another sequence found at `offset`.
+    /// Continues at frame `number`, which another sequence found at `offset`.
     FrameSequence(const ByteSource& source, const StreamFormat& format, std::int64_t number,
                   std::int64_t offset)
         : scanner_(source, format, offset), format_(format), number_(number) {}
@@ -29,7 +29,7 @@ class FrameSequence {
     [[nodiscard]] const GaplessTrim& trim() const { return trim_; }
     [[nodiscard]] std::optional<NumberedFrame> next();
     [[nodiscard]] Bytes bytesOf(const Frame& frame) { return scanner_.bytesOf(frame); }
-    /// The number of the frame that `next` would give.
+    /// The number of the frame that `next` would return.
     [[nodiscard]] std::int64_t number() const { return number_; }
     [[nodiscard]] const FrameScanner& scanner() const { return scanner_; }
 
@@ -37,7 +37,7 @@ class FrameSequence {
     FrameScanner scanner_;
     StreamFormat format_;
     GaplessTrim trim_;
-    std::optional<Frame> first_; ///< found by the constructor, not given out yet
+    std::optional<Frame> first_; ///< found by the constructor, not returned yet
     std::int64_t number_ = 0;
 };
 

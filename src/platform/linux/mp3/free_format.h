@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells streams in free format: their headers leave the bit rate open, and the frame size is the
-// distance from one header to the next. It only recognizes them; the library reads them.
+// Detects streams in free format: their headers do not contain the bit rate, and the frame size is
+// the distance from one header to the next. It only detects them; the library reads them.
 #pragma once
 
 #include "platform/linux/mp3/mp3_header.h"
 
 namespace sonarith::mp3 {
 
-/// Whether a row of free-format frames begins at the head of `bytes`, which are better many (three
-/// frames). An information frame may stand before it, as encoders give that a bit rate.
+/// Whether a row of free-format frames begins at the beginning of `bytes`, which should contain
+/// three frames. An information frame may precede it, as encoders write that with a bit rate.
 [[nodiscard]] bool isFreeFormat(Bytes bytes);
 
 } // namespace sonarith::mp3

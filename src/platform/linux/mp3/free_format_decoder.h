@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes streams in free format: the library finds the frames itself, since only it guesses their
-// size, and one pass over the whole stream is all there is. Not for other streams.
+// Decodes streams in free format: the library finds the frames itself, since only it can guess
+// their size, so only one pass over the whole stream is possible. Not for other streams.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
-    /// For each frame that it gives up the library takes a time in proportion to the frames before
-    /// it (measured: 3 ns for each), so that a long stream of damaged ones would take hours. When
-    /// so many frames come together, a third of a second of work, another decoder begins behind a
-    /// frame that ends in silence, as those do: there it loses nothing.
+    /// For each frame that it gives up, the library needs time in proportion to the number of
+    /// preceding frames (measured: 3 ns for each), so a long stream of damaged ones would take
+    /// hours. When this many frames have accumulated, a third of a second of work, another decoder
+    /// begins after a frame that ends in silence, as those do: nothing is lost there.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame there.
@@ -29,15 +29,15 @@ class FreeFormatDecoder : public PcmReader {
     [[nodiscard]] std::optional<Error> failure() const override { return input_->window.failure(); }
     [[nodiscard]] DecodeCount count() const override { return count_; }
     [[nodiscard]] std::int64_t sourcePosition() const override { return input_->position; }
-    /// How often another decoder has begun.
+    /// How many further decoders have been started.
     [[nodiscard]] int renewals() const { return renewals_; }
 
   private:
-    /// What the library's reading functions are given.
+    /// The state of the library's read callbacks.
     struct Input {
         SourceWindow window; ///< the library asks for a few bytes at a time
         std::int64_t size;
-        std::int64_t begin; ///< where the library's offset 0 is
+        std::int64_t begin; ///< the source offset that is the library's offset 0
         std::int64_t position;
     };
     static mpg123_ssize_t read(void* input, void* out, std::size_t bytes);
@@ -51,14 +51,14 @@ class FreeFormatDecoder : public PcmReader {
     void noteWork(std::span<const std::int16_t> samples);
     [[nodiscard]] bool renew();
 
-    std::unique_ptr<Input> input_; ///< at an address that stays, for the library
+    std::unique_ptr<Input> input_; ///< on the heap, since the library keeps its address
     DecoderHandle handle_;
     PcmFormat format_;
     PcmFormat current_;
     DecodeCount count_;
     std::int64_t patience_;
-    std::int64_t frames_ = 0; ///< of the present decoder
-    std::int64_t work_ = 0;   ///< frames that it may have gone over again
+    std::int64_t frames_ = 0; ///< of the current decoder
+    std::int64_t work_ = 0;   ///< frames that it may have processed again
     int renewals_ = 0;
 };
 

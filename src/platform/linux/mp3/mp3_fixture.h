@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// MP3 streams for tests, made by the LAME encoder from a fixed sound or written by hand, and the
-// ways to decode them as functions. Only tests include this.
+// MP3 streams for tests, created by the LAME encoder from a fixed sound or written by hand, and
+// functions that decode them. Only tests include this.
 #pragma once
 
 #include <algorithm>
@@ -60,8 +60,8 @@ inline Data readFile(const std::filesystem::path& path) {
     return test::readBytes(path);
 }
 
-/// Noise that swells, pure tones, clicks, silence, and noise again; each is made once in a process.
-/// It is written plainly, since under the sanitizers it takes a third of the time of many a test.
+/// Swelling noise, pure tones, clicks, silence, and noise again; each is created once per process.
+/// The code is plain, since under the sanitizers it takes a third of the time of many tests.
 inline const Samples& sound(int rate, int channels, double seconds) {
     static std::map<std::tuple<int, int, double>, Samples> made;
     Samples& samples = made[{rate, channels, seconds}];
@@ -92,7 +92,7 @@ inline const Samples& sound(int rate, int channels, double seconds) {
     return samples;
 }
 
-/// What the encoder makes of the sound; each is made once in a process.
+/// The encoded sound; each is created once per process.
 inline const Data& encoded(int rate, int channels, const std::string& options, double seconds = 4) {
     static std::map<std::string, Data> made;
     const std::string key = std::to_string(rate) + " " + std::to_string(channels) + " " + options +
@@ -110,7 +110,7 @@ inline const Data& encoded(int rate, int channels, const std::string& options, d
     return data;
 }
 
-/// The stream that most tests take: 128 kbit/s, with an information frame; 155 frames.
+/// The stream of most tests: 128 kbit/s, with an information frame; 155 frames.
 inline const Data& ordinary() {
     return encoded(44100, 2, "-b 128");
 }
@@ -140,7 +140,7 @@ inline Data layer2(int frames) {
     return data;
 }
 
-/// Those of the format that the stream is decoded in; none in free format.
+/// The frames of the format in which the stream is decoded; none in free format.
 inline std::vector<NumberedFrame> framesOf(const Data& data) {
     const MemorySource source(data);
     const std::optional<StreamFormat> format = surveyStream(source).format;
@@ -154,7 +154,7 @@ inline std::vector<NumberedFrame> framesOf(const Data& data) {
     return found;
 }
 
-/// Bytes of which some cannot be read.
+/// A source with some bytes that cannot be read.
 class BadPlaceSource : public ByteSource {
   public:
     BadPlaceSource(const Data& data, std::size_t begin, std::size_t end)
@@ -174,7 +174,7 @@ class BadPlaceSource : public ByteSource {
         reading.failure = Error{ErrorNumber::deviceInputOutput, "bad place"};
         return reading;
     }
-    /// Readings that met the place.
+    /// Reads that reached that place.
     mutable std::atomic<int> failures = 0;
 
   private:
@@ -183,7 +183,7 @@ class BadPlaceSource : public ByteSource {
     std::int64_t end_;
 };
 
-/// All of a stream's sound, and what was said about it.
+/// All of a stream's sound, and the counts of its decoding.
 struct Heard {
     PcmFormat format{0, 0};
     Samples samples;
@@ -211,7 +211,7 @@ inline Heard sequentially(const Data& data) {
     return sequentially(MemorySource(data));
 }
 
-/// The same with a fresh decoder for each segment. Precondition: Layer III, no free format.
+/// The same with a new decoder for each segment. Precondition: Layer III, no free format.
 inline Heard inSegments(const ByteSource& source, std::int64_t framesPerSegment) {
     Heard heard;
     const std::optional<StreamFormat> format = surveyStream(source).format;
@@ -260,7 +260,7 @@ inline Heard readWav(const std::filesystem::path& path) {
     return heard;
 }
 
-/// What the decoding library's own tool makes of it.
+/// The result of the decoding library's own tool.
 inline Heard byTool(const Data& data) {
     const fakes::TempFolder folder;
     writeFile(folder / "in.mp3", data);
@@ -278,7 +278,7 @@ inline std::optional<std::size_t> difference(const Samples& first, const Samples
                : std::optional(static_cast<std::size_t>(a - first.begin()));
 }
 
-/// A path that nothing changes.
+/// Returns the path unchanged.
 inline std::filesystem::path asItIs(const std::string& path) {
     return path;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four bytes at the head of an MPEG audio frame (ISO/IEC 11172-3 and 13818-3, and the "2.5"
-// extension for low rates): what they say, and where the parts of the frame lie. Nothing is
-// decoded.
+// The four-byte header of an MPEG audio frame (ISO/IEC 11172-3 and 13818-3, and the "2.5" extension
+// for low rates): its contents, and the layout of the frame. Nothing is decoded.
 #pragma once
 
 #include <cstddef>
@@ -16,10 +15,10 @@ using Bytes = std::span<const std::uint8_t>;
 enum class MpegVersion : std::uint8_t { mpeg1, mpeg2, mpeg25 };
 
 inline constexpr std::size_t headerBytes = 4;
-/// No frame of a stated bit rate is larger: Layer II at 160 kbit/s and 8000 Hz, padded.
+/// The largest frame with a stated bit rate: Layer II at 160 kbit/s and 8000 Hz, padded.
 inline constexpr int maxFrameBytes = 2881;
 
-/// What all frames of one stream share.
+/// Common to all frames of a stream.
 struct StreamFormat {
     MpegVersion version = MpegVersion::mpeg1;
     int layer = 3;    ///< 1 to 3
@@ -27,7 +26,7 @@ struct StreamFormat {
     int channels = 2; ///< 1 or 2
     friend bool operator==(const StreamFormat&, const StreamFormat&) = default;
 
-    /// What one frame decodes to, samples per channel.
+    /// The number of decoded samples of one frame, per channel.
     [[nodiscard]] int samplesPerFrame() const;
     /// How far back, in bytes, a Layer III frame may begin its main data.
     [[nodiscard]] int maxReservoirBytes() const {
@@ -37,19 +36,19 @@ struct StreamFormat {
 
 struct FrameHeader {
     StreamFormat format;
-    int bytes = 0; ///< of the whole frame; 0 means free format: the header does not tell
+    int bytes = 0; ///< of the whole frame; 0 means free format: the header does not contain it
     bool hasChecksum = false;
 
-    /// Where the side information of a Layer III frame begins.
+    /// The offset of the side information of a Layer III frame.
     [[nodiscard]] std::size_t sideInfoOffset() const {
         return headerBytes + (hasChecksum ? 2U : 0U);
     }
     [[nodiscard]] std::size_t sideInfoBytes() const;
-    /// What a Layer III frame adds to the bit reservoir.
+    /// The bytes that a Layer III frame adds to the bit reservoir.
     [[nodiscard]] int mainDataBytes() const;
 };
 
-/// Empty if `bytes` are fewer than four or no header.
+/// Empty if `bytes` are fewer than four or not a header.
 [[nodiscard]] std::optional<FrameHeader> parseHeader(Bytes bytes);
 
 } // namespace sonarith::mp3

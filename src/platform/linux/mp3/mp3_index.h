@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Divides a stream into segments that can be decoded apart, while it is being scanned. It keeps no
-// list of frames: its memory is the same for a song and for a day.
+// Divides a stream into segments that can be decoded independently, during the scan. It keeps no
+// list of frames: its memory does not depend on the length of the stream.
 #pragma once
 
 #include <cstdint>
@@ -16,23 +16,24 @@ namespace sonarith::mp3 {
 struct Segment {
     std::int64_t firstFrame = 0;
     std::int64_t frames = 0;      ///< at least 1
-    Preroll preroll;              ///< where decoding begins; before firstFrame, or the same
-    std::int64_t sourceBytes = 0; ///< of the source that it stands for
+    Preroll preroll;              ///< where decoding begins; at firstFrame or before
+    std::int64_t sourceBytes = 0; ///< the part of the source that it covers
 };
 
 /// For one thread at a time.
 class SegmentIndex {
   public:
-    /// Goes on from the beginning of `frames`. All segments but the last have `framesPerSegment`
-    /// frames.
+    /// Continues from the beginning of `frames`. All segments except the last have
+    /// `framesPerSegment` frames.
     SegmentIndex(FrameSequence frames, std::int64_t framesPerSegment)
         : frames_(std::move(frames)), framesPerSegment_(framesPerSegment) {}
 
-    /// The next segment; empty at the end. All frames before a place that cannot be read are given.
+    /// The next segment; empty at the end. All frames before an offset that cannot be read are
+    /// included.
     [[nodiscard]] std::optional<Segment> next();
-    /// What the segments that were given so far hold.
+    /// The contents of the segments returned so far.
     [[nodiscard]] const DecodeCount& count() const { return count_; }
-    /// Once there is no next segment: why the stream ended before the end of the source, if it did.
+    /// After the last segment: why the stream ended before the end of the source, if it did.
     [[nodiscard]] const std::optional<Error>& failure() const {
         return frames_.scanner().failure();
     }

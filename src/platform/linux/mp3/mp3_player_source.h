@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sounds an MP3 file on a line of the sound card: a thread of its own opens the file and decodes
-// ahead into a small ring, from which the card pulls. It knows no card and writes no files, and it
-// is quiet about files that cannot be played.
+// Plays an MP3 file on a line of the sound card: a separate thread opens the file and decodes ahead
+// into a small ring, from which the card pulls. It knows no card and writes no files, and reports
+// nothing about files that cannot be played.
 #pragma once
 
 #include <chrono>
@@ -16,14 +16,15 @@
 
 namespace sonarith::mp3 {
 
-/// Nothing waits for the file: a disk that hangs keeps the thread, which is left behind when the
-/// object is gone. What comes before a place that cannot be read is played, then it ends.
+/// No caller waits for the file: a disk that hangs blocks only the thread, which is left behind
+/// when the object is destroyed. The part before an offset that cannot be read is played, then it
+/// ends.
 class Mp3PlayerSource : public sound::SampleSource {
   public:
     /// A monotonic clock, from any origin.
     using Clock = std::function<std::chrono::nanoseconds()>;
-    /// How long it holds up the card while the file has no sound ready: a disk that was asleep may
-    /// take longer, but other lines are not to fall silent for that.
+    /// How long it stops the card while the file has no sound ready: a sleeping disk may take
+    /// longer, but other lines must not become silent for that.
     static constexpr std::chrono::milliseconds patience{300};
 
     Mp3PlayerSource(std::filesystem::path path, Clock clock);
@@ -31,8 +32,8 @@ class Mp3PlayerSource : public sound::SampleSource {
     Mp3PlayerSource(const Mp3PlayerSource&) = delete;
     Mp3PlayerSource& operator=(const Mp3PlayerSource&) = delete;
 
-    /// Starving while nothing is ready, and after `patience` of that silence until there is. Ended
-    /// behind the last sample, and for a file that cannot be read or has no frame.
+    /// Starving while nothing is ready, and silent after `patience` of that until there is. Ended
+    /// after the last sample, and for a file that cannot be read or has no frame.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real MP3 control: decodes on all cores and sounds files on the sound card's wave line. Here
-// are the rules of the control alone; how it is done is in decode_job.h and mp3_player_source.h.
+// The real MP3 control: decodes on all cores and plays files on the sound card's wave line. This
+// file has only the rules of the control; decode_job.h and mp3_player_source.h do the work.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +17,7 @@
 
 namespace sonarith::mp3 {
 
-/// As many threads as the machine has cores, within reason.
+/// As many threads as the machine has cores, within limits.
 [[nodiscard]] Division divisionForThisMachine();
 
 /// One for each window that needs one, any number at a time, on one card: the wave line belongs to
@@ -42,12 +42,12 @@ namespace sonarith::mp3 {
 class Mpg123Control : public ActiveMP3 {
   public:
     using Clock = std::function<sound::SoundCard::Time()>;
-    /// From the logic's path form to a path of this machine.
+    /// Translates the logic's paths to this machine's.
     using PathMapper = std::function<std::filesystem::path(const std::string&)>;
 
     /// `card` must outlive the control; `clock` is the card's, and may be called on its thread.
-    /// `notices` must live until the process ends: a decoding that was left behind may report yet.
-    /// Each decoding is among `saves` until it has ended.
+    /// `notices` must live until the process ends: a decoding that was left behind may still
+    /// report. Each decoding counts among `saves` until it has ended.
     Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath, Notices& notices,
                   std::shared_ptr<sound::PendingSaves> saves,
                   const Division& division = divisionForThisMachine());
@@ -55,20 +55,20 @@ class Mpg123Control : public ActiveMP3 {
     Mpg123Control(const Mpg123Control&) = delete;
     Mpg123Control& operator=(const Mpg123Control&) = delete;
 
-    /// Holds for the next Play or DecodeToWav; what is running goes on.
+    /// Takes effect with the next Play or DecodeToWav; running ones continue.
     Status setSourceFile(const std::string& path) override;
     [[nodiscard]] bool Busy() const override;
     [[nodiscard]] std::int32_t Position() const override;
     [[nodiscard]] std::int32_t Length() const override;
-    /// Begins at the file's beginning, also if it is playing. A file that cannot be played is
-    /// silent, and so is its failure.
+    /// Starts at the file's beginning, also if it is playing. A file that cannot be played is
+    /// silent, and its failure is not reported.
     Status Play() override;
-    /// Of this control's playing and decoding.
+    /// Stops this control's playing and decoding.
     Status Stop() override;
-    /// What goes wrong later than here ends the decoding, and is reported to the user.
+    /// Later failures end the decoding and are reported to the user.
     Status DecodeToWav(const std::string& path) override;
 
-    /// What became of the last decoding; `none` while there was no such, or while it goes on.
+    /// The result of the last decoding; `none` if there was none, or while it is running.
     [[nodiscard]] DecodeResult lastResult() const;
 
   private:
@@ -82,7 +82,7 @@ class Mpg123Control : public ActiveMP3 {
     std::shared_ptr<sound::PendingSaves> saves_;
     std::shared_ptr<Reporter> reporter_; ///< shared with the decodings
     std::string sourceFile_;
-    std::unique_ptr<DecodeJob> job_; ///< the last one, going on or not
+    std::unique_ptr<DecodeJob> job_; ///< the last one, running or not
     std::shared_ptr<Mp3PlayerSource> playing_;
 };
 

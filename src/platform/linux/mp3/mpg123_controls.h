@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes this machine's MP3 controls: one for each window that needs one.
+// Creates this machine's MP3 controls: one for each window that needs one.
 #pragma once
 
 #include <memory>
@@ -14,14 +14,14 @@ namespace sonarith::mp3 {
 
 class Mpg123Controls final : public Mp3Controls {
   public:
-    /// As of each control: see there.
+    /// The arguments are those of each control: see Mpg123Control.
     Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
                    Mpg123Control::PathMapper mapPath, Notices& notices,
                    std::shared_ptr<sound::PendingSaves> saves);
 
     [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
-    /// At the end of the program: stops every control that exists. What they decoded is among the
-    /// pending saves until the disk has taken it.
+    /// At the end of the program: stops every existing control. Their decoded parts count among the
+    /// pending saves until they are on the disk.
     void stopAll();
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A stream read from front to back as sound: the interface of every decoder that goes through an
-// MP3 in one pass, and the choice of the one for a stream.
+// A stream read sequentially as sound: the interface of every decoder that decodes an MP3 in one
+// pass, and the choice of the decoder for a stream.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +20,10 @@ struct PcmFormat {
     friend bool operator==(const PcmFormat&, const PcmFormat&) = default;
 };
 
-/// What was decoded and what was lost on the way.
+/// The decoded and the lost frames.
 struct DecodeCount {
     std::int64_t framesDecoded = 0;
-    std::int64_t framesSilenced = 0; ///< of those: what they build on is missing
+    std::int64_t framesSilenced = 0; ///< of those: data that they refer to are missing
     ScanLoss loss;
     friend bool operator==(const DecodeCount&, const DecodeCount&) = default;
 };
@@ -32,17 +32,18 @@ class PcmReader {
   public:
     virtual ~PcmReader() = default;
     [[nodiscard]] virtual PcmFormat format() const = 0;
-    /// The next samples, interleaved; none at the end and after a failure. They stay until the next
+    /// The next samples, interleaved; none at the end and after a failure. Valid until the next
     /// call.
     [[nodiscard]] virtual std::span<const std::int16_t> next() = 0;
-    /// Once `next` has given none: why the reading ended before the end of the source, if it did.
+    /// After `next` has returned none: why the reading ended before the end of the source, if it
+    /// did.
     [[nodiscard]] virtual std::optional<Error> failure() const = 0;
     [[nodiscard]] virtual DecodeCount count() const = 0;
-    /// All before this place in the source has been looked at.
+    /// Everything before this offset in the source has been examined.
     [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
 };
 
-/// A reader of `source`, which must outlive it and was surveyed; null if there is no frame in it.
+/// A reader of `source`, which must outlive it and which was surveyed; null if it has no frame.
 [[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
                                                                const StreamSurvey& survey);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Remembers the last frames of a stream, and tells from which of them a fresh decoder must begin to
-// give the same samples as one that began at the stream's first frame.
+// Remembers the last frames of a stream, and computes at which of them a new decoder must begin to
+// deliver the same samples as one that began at the stream's first frame.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace sonarith::mp3 {
 
-/// A frame to begin decoding at, and where it is.
+/// The frame at which decoding begins, and its offset.
 struct Preroll {
     std::int64_t frame = 0;
     std::int64_t offset = 0;
@@ -18,10 +18,10 @@ struct Preroll {
 
 class PrerollHistory {
   public:
-    /// To be told of every frame, in order.
+    /// Must be called for every frame, in order.
     void add(const NumberedFrame& frame);
-    /// Where to begin for `frame`, which is among the frames told of, or the next one.
-    /// Precondition: a frame was told of.
+    /// Where to begin for `frame`, which is one of the added frames or the next one. Precondition:
+    /// a frame was added.
     [[nodiscard]] Preroll before(std::int64_t frame) const;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How far a job has come, for any thread to ask: a part of a fixed whole, so that neither can
-// overflow and the whole never changes under who divides by it.
+// The progress of a job, thread-safe: a part of a fixed whole, so that neither can overflow and the
+// divisor never changes.
 #pragma once
 
 #include <algorithm>
@@ -11,14 +11,14 @@ namespace sonarith::mp3 {
 
 class Progress {
   public:
-    /// What `position` reaches at the end: fine enough for any display.
+    /// The final value of `position`: fine enough for any display.
     static constexpr std::int32_t length = 1'000'000;
 
-    /// Before the work begins. `bytes` may be 0.
+    /// Call before the work begins. `bytes` may be 0.
     void setTotal(std::int64_t bytes) { total_ = std::max<std::int64_t>(bytes, 1); }
     [[nodiscard]] std::int64_t total() const { return total_; }
     void add(std::int64_t bytes) { done_ += bytes; }
-    /// For work that begins anew after some was done: the position only goes forward.
+    /// For work that restarts after a part was done: the position never decreases.
     void raiseTo(std::int64_t bytes) {
         std::int64_t before = done_;
         while (before < bytes && !done_.compare_exchange_weak(before, bytes)) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes a stream of any length, frame by frame, replacing the library's decoder now and then: for
-// each frame that the library gives up it takes a time in proportion to the frames before it, so
-// that a long stream of damaged frames would take hours. The samples do not show the replacements.
+// Decodes a stream of any length, frame by frame, replacing the library's decoder periodically: for
+// each frame that the library gives up, it needs time in proportion to the number of preceding
+// frames, so a long stream of damaged frames would take hours. The replacements do not affect the
+// samples.
 #pragma once
 
 #include <cstdint>
@@ -16,28 +17,28 @@
 
 namespace sonarith::mp3 {
 
-/// A decoder is replaced where the frame's number is a multiple of the period, whatever came
-/// before: so all passes over a stream replace it at the same places and give the same samples,
-/// also behind frames that the library gave up.
+/// A decoder is replaced where the frame's number is a multiple of the period, whatever preceded
+/// it: so all passes over a stream replace it at the same frames and deliver the same samples, also
+/// after frames that the library gave up.
 class RenewedDecoder {
   public:
-    /// Seven minutes: the frames that are decoded twice are 2 of 100, and a frame that is given up
-    /// takes twice the time of a good one (measured: 3 ns for each frame before it).
+    /// Seven minutes: 2 of 100 frames are decoded twice, and a frame that is given up takes twice
+    /// the time of a good one (measured: 3 ns for each preceding frame).
     static constexpr std::int64_t usualPeriod = 16'384;
     static constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
-    /// A new decoder begins so many frames early: as PrerollHistory says, that is enough for any
-    /// stream, and it is a multiple of the library's window turn.
+    /// A new decoder begins this many frames early: by PrerollHistory's rules that is enough for
+    /// any stream, and it is a multiple of the library's window period.
     static constexpr std::int64_t lead = 280;
 
     /// `period`, in frames: a multiple of 8, and longer than `lead`.
     [[nodiscard]] static Result<RenewedDecoder> create(std::int64_t period);
 
-    /// As FrameDecoder::decode. The numbers go up by one from call to call.
+    /// As FrameDecoder::decode. The numbers are consecutive from call to call.
     [[nodiscard]] std::span<const std::int16_t> decode(const NumberedFrame& frame, Bytes bytes);
-    /// The last frame was silenced, since what it builds on is missing.
+    /// The last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
-    /// How many frames the present decoder was given.
+    /// The number of frames passed to the current decoder.
     [[nodiscard]] std::int64_t framesOfDecoder() const { return framesOfDecoder_; }
 
   private:
@@ -46,7 +47,7 @@ class RenewedDecoder {
     void prepareNext(const NumberedFrame& frame, Bytes bytes);
 
     FrameDecoder<std::int16_t> decoder_;
-    std::optional<FrameDecoder<std::int16_t>> next_; ///< decodes the frames of the lead, too
+    std::optional<FrameDecoder<std::int16_t>> next_; ///< also decodes the frames of the lead
     std::int64_t period_;
     std::int64_t framesOfDecoder_ = 0;
     bool silencedLast_ = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes one segment with a decoder of its own, to exactly the samples that the sequential pass
-// has there. Which thread decodes which segment, and where the samples go, is decided elsewhere.
+// Decodes one segment with a decoder of its own, to exactly the samples of the sequential pass. The
+// caller assigns segments to threads and stores the samples.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +18,8 @@ namespace sonarith::mp3 {
 
 enum class SegmentEnd {
     complete,
-    stopped, ///< the taker wants no more
-    broken,  ///< there is a frame in it that the library gives up: all from it on needs one pass
+    stopped, ///< the receiver wants no more
+    broken,  ///< it contains a frame that the library gives up: from it on one pass is needed
     failed,
 };
 
@@ -28,18 +28,18 @@ struct SegmentOutcome {
     std::optional<DecodeFailure> failure = std::nullopt; ///< only if it failed
 };
 
-/// Takes samples per frame: `frame` is the number after the last one that they hold, `first` their
-/// place in the result, per channel. True: go on. A failure is one of writing them.
+/// Receives samples in whole frames: `frame` is the number after their last one, `first` their
+/// position in the result, per channel. True: continue. A failure is one of writing them.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 
 enum class Until {
     segmentEnd,
-    streamEnd, ///< goes on from the segment to the end of the stream, through broken frames too
+    streamEnd, ///< continues from the segment to the end of the stream, through broken frames too
 };
 
-/// Gives the segment's samples to `take`, in order, several frames at a time. Where the source
-/// fails, `take` has had all frames before that place.
+/// Passes the segment's samples to `take`, in order, several frames at a time. If the source fails,
+/// `take` has received all frames before that offset.
 [[nodiscard]] SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                                            const GaplessTrim& trim, const Segment& segment,
                                            const TakeSamples& take,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which segment which worker decodes, how far each has come, and how much of the stream is whole in
-// the end. It decodes nothing and starts no thread.
+// Assigns segments to workers, and tracks the progress of each and how much of the stream is
+// complete in the end. It decodes nothing and starts no thread.
 #pragma once
 
 #include <atomic>
@@ -15,43 +15,43 @@
 
 namespace sonarith::mp3 {
 
-/// Segments are given in the order of the stream. When one fails, or needs one pass, those before
-/// it are decoded to their end and those after it are not wanted: so all of the stream before the
-/// first such place is in the result.
+/// Segments are assigned in the order of the stream. When one fails, or needs one pass, those
+/// before it are decoded to their end and those after it are dropped: so the result contains the
+/// complete stream before the first such place.
 ///
-/// Each worker calls the members that take its number from one thread; the others are called when
-/// no worker works.
+/// Each worker calls the members with its number on one thread; the others are called when no
+/// worker runs.
 class SegmentSchedule {
   public:
     /// `frames` is at its beginning; `workers` are numbered from 0.
     SegmentSchedule(FrameSequence frames, std::int64_t framesPerSegment, std::size_t workers)
         : index_(std::move(frames), framesPerSegment), works_(workers) {}
 
-    /// What the worker decodes next; empty if there is nothing more for it.
+    /// The worker's next segment; empty if there is no more work for it.
     [[nodiscard]] std::optional<Segment> take(std::size_t worker);
     /// All frames of the worker's segment before `frame` are in the result.
     void advance(std::size_t worker, std::int64_t frame) { works_[worker].done = frame; }
     [[nodiscard]] std::int64_t done(std::size_t worker) const { return works_[worker].done; }
-    /// Whether the worker's segment has not turned out to lie behind a failure.
+    /// False once the worker's segment is known to be after a failure.
     [[nodiscard]] bool wanted(std::size_t worker) const {
         return works_[worker].segment.firstFrame <= lastWanted_;
     }
     /// The worker's segment cannot be decoded further.
     void fail(std::size_t worker, const DecodeFailure& failure);
-    /// A frame in the worker's segment is broken: all from that segment on needs one pass.
+    /// A frame in the worker's segment is broken: from that segment on one pass is needed.
     void needOnePass(std::size_t worker);
 
     /// The first segment that needs one pass or failed. Everything before it is in the result,
     /// unless the workers were stopped.
     [[nodiscard]] std::optional<Segment> rest() const;
-    /// The next segment of the scan, for what it counts. Nobody decodes it.
+    /// The next segment of the scan, for its counts only. It is not decoded.
     [[nodiscard]] std::optional<Segment> skim() { return index_.next(); }
     /// All frames before this one are in the result.
     [[nodiscard]] std::int64_t wholeFrames() const;
-    /// Every frame of the stream is in the result. That is only said where the scan came to the end
-    /// of the source, and every segment to its own.
+    /// Every frame of the stream is in the result: the scan reached the end of the source, and
+    /// every segment its own.
     [[nodiscard]] bool complete() const;
-    /// What ended the decoding before that; empty if what is left needs one pass, or after a stop.
+    /// What ended the decoding before that; empty if the rest needs one pass, or after a stop.
     [[nodiscard]] std::optional<DecodeFailure> failure() const;
     [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
 
@@ -62,7 +62,7 @@ class SegmentSchedule {
         std::int64_t done = 0;
         [[nodiscard]] std::int64_t end() const { return segment.firstFrame + segment.frames; }
     };
-    /// The first segment, in the order of the stream, that did not come to its end.
+    /// The first segment, in the order of the stream, that was not completed.
     struct End {
         Segment segment;
         std::optional<DecodeFailure> failure; ///< empty if it needs one pass
@@ -70,9 +70,9 @@ class SegmentSchedule {
     void endAt(std::size_t worker, const std::optional<DecodeFailure>& failure);
 
     SegmentIndex index_;
-    std::vector<Work> works_; ///< each is touched by its worker alone
+    std::vector<Work> works_; ///< each is accessed only by its worker
     std::atomic<std::int64_t> lastWanted_ = std::numeric_limits<std::int64_t>::max();
-    std::mutex mutex_; ///< for the index and what follows
+    std::mutex mutex_; ///< protects the index and the members below
     std::optional<End> end_;
     bool scanned_ = false; ///< there are no more segments
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes on all cores: several threads take segments in the order of the stream and put their
-// samples at their places in the WAV. From a frame on that the library gives up, one goes on alone;
-// and on a full disk, so that what is there is a whole beginning.
-// It neither opens nor names the WAV.
+// Decodes on all cores: several threads take segments in the order of the stream and write their
+// samples to their positions in the WAV. From a frame that the library gives up, one thread
+// continues alone; likewise on a full disk, so that the result is a contiguous beginning. It
+// neither opens nor names the WAV.
 #pragma once
 
 #include <atomic>
@@ -21,34 +21,33 @@ namespace sonarith::mp3 {
 /// How the work is divided.
 struct Division {
     unsigned threads = 1;
-    /// Some 27 seconds: the frames that are decoded twice are 3 of 100, and a song still has
-    /// enough segments for all cores.
+    /// About 27 seconds: 3 of 100 frames are decoded twice, and a song still has enough segments
+    /// for all cores.
     std::int64_t framesPerSegment = 1024;
 };
 
-/// What came of a decoding, however it was done.
+/// The result of a decoding, by either method.
 struct Decoded {
-    /// The WAV has every sample up to here, per channel.
+    /// The WAV has every sample up to this one, per channel.
     std::int64_t samples = 0;
     bool complete = false; ///< these are all of the stream
-    /// From this frame on the stream was decoded by one decoder; empty if there was no need for
-    /// that.
+    /// From this frame on one decoder decoded the stream; empty if that was not needed.
     std::optional<std::int64_t> sequentialFrom;
-    /// Why it is not complete; empty after a stop. The samples before that place are there.
+    /// Why it is not complete; empty after a stop. The samples before that place are in the WAV.
     std::optional<DecodeFailure> failure;
-    DecodeCount count; ///< of the whole stream, or of what was looked at before the end
+    DecodeCount count; ///< of the whole stream, or of the part examined before the end
 };
 
-/// The samples at the head of a WAV stay valid whatever happens: `run` may be stopped, a reading or
-/// a writing may fail at any place.
+/// The samples at the beginning of a WAV stay valid in all cases: `run` may be stopped, and a read
+/// or a write may fail anywhere.
 class SegmentWorkers {
   public:
-    /// All that is handed in must outlive the object. Precondition: `frames` are of Layer III and
-    /// at their beginning.
+    /// All arguments must outlive the object. Precondition: `frames` are of Layer III and at their
+    /// beginning.
     SegmentWorkers(const ByteSource& source, FrameSequence frames, WavTarget& target,
                    const Division& division, const std::atomic<bool>& stop, Progress& progress);
 
-    /// Returns when all is decoded, or soon after a stop or a failure. Once.
+    /// Returns when everything is decoded, or soon after a stop or a failure. May be called once.
     [[nodiscard]] Decoded run();
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One decoder goes over all frames from front to back. Its samples are the truth that the segments
-// are compared with. Not for streams in free format.
+// One decoder decodes all frames in order. Its samples are the reference for the segments. Not for
+// streams in free format.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace sonarith::mp3 {
 
 class SequentialDecoder : public PcmReader {
   public:
-    /// Reads `frames`, which are at their beginning.
+    /// Reads `frames`, which must be at their beginning.
     [[nodiscard]] static Result<std::unique_ptr<PcmReader>> create(FrameSequence frames);
 
     [[nodiscard]] PcmFormat format() const override;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lets one decoding at a time write to a file: the next one begins when the one before has named
-// its WAV, however long the disk takes for that. It knows this process alone, and opens no file.
+// Lets one decoding at a time write to a file: the next one begins when the previous one has named
+// its WAV, however long the disk takes for that. It covers only this process, and opens no file.
 #pragma once
 
 #include <atomic>
@@ -14,13 +14,13 @@
 
 namespace sonarith::mp3 {
 
-/// The right to write to one place, from `take` to the end of the object. Any thread.
+/// The right to write to one place, from `take` until the destructor. Thread-safe.
 class TargetTurn {
   public:
     /// Waits until no other object has the turn for that place; empty once `stop` is true.
     [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
                                                         const std::atomic<bool>& stop);
-    /// Every waiting `take` looks at its `stop` again.
+    /// Makes every waiting `take` check its `stop` again.
     static void wakeWaiting();
 
     ~TargetTurn();
@@ -28,13 +28,13 @@ class TargetTurn {
     TargetTurn& operator=(TargetTurn&&) = delete;
 
   private:
-    /// The folder's device and number, so that all paths to a file mean the same, and the name.
+    /// The folder's device and inode, so that all paths to a file are equal, and the name.
     using Place = std::tuple<dev_t, ino_t, std::string>;
     struct Table;
     static Table& table();
     explicit TargetTurn(Place place) : place_(std::move(place)) {}
 
-    std::optional<Place> place_; ///< empty once it was moved
+    std::optional<Place> place_; ///< empty after a move
 };
 
 } // namespace sonarith::mp3

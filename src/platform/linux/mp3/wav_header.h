@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The header of a 16-bit WAV whose samples are written elsewhere, in both forms. libsndfile writes
-// a header only together with the samples, front to back, and these come from many threads.
+// a header only together with sequential samples, and these are written by many threads.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A WAV that is being made: samples are put at their places in an unnamed file, in any order, from
-// several threads, and at the end the file gets its header and its name. It does not know what is
-// missing.
+// A WAV being created: samples are written to their positions in an unnamed file, in any order, by
+// several threads, and at the end the file gets its header and its name. It does not track which
+// samples are missing.
 #pragma once
 
 #include <cstdint>
@@ -18,22 +18,22 @@ namespace sonarith::mp3 {
 
 class WavTarget {
   public:
-    /// In the folder of `target`, which is not touched yet. WAVs of more than `longestWavBytes`
-    /// sample bytes become RF64.
+    /// Creates the file in the folder of `target`, which is not changed yet. WAVs of more than
+    /// `longestWavBytes` sample bytes become RF64.
     [[nodiscard]] static Result<std::unique_ptr<WavTarget>>
     create(const std::filesystem::path& target, const PcmFormat& format,
            std::int64_t longestWavBytes = sound::maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// Puts interleaved samples so that the first is number `first` of its channel.
+    /// Writes interleaved samples so that the first is number `first` of its channel.
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
-    /// Gives up what was placed behind the first `samples` samples per channel, and its room. No
-    /// other thread may be placing any.
+    /// Drops the samples after the first `samples` per channel, and frees their space. No other
+    /// thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
     /// The WAV ends after `samples` samples per channel, which have all been placed: names it, and
-    /// returns how many it holds. On a disk that is full the RF64 form holds the last few of them
-    /// no more, as its header needs their room. After a failure what stood under the name is as it
-    /// was. Waits for the disk.
+    /// returns how many it holds. On a full disk the RF64 form loses the last few of them, as its
+    /// header needs their space. After a failure the previous file of that name is unchanged. Waits
+    /// for the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:
