@@ -21,24 +21,23 @@ namespace sonarith::mp3 {
 [[nodiscard]] Division divisionForThisMachine();
 
 /// One for each window that needs one, any number at a time, on one card: the wave line belongs to
-/// the one that played last, and the others' Stop does not touch it. Their decodings go on side by
-/// side; two of one target go on one after the other.
+/// the control that played last, and Stop of the others does not affect it. Their decodings run
+/// concurrently; two decodings of one target run one after the other.
 ///
-/// All members belong to one thread, the logic's. None of them waits for a disk, but for two short
-/// and bounded moments in which a disk that works is done; `mapPath` is called on that thread, too.
+/// For the logic's thread only. No member waits for a disk, except for two short and bounded waits
+/// within which a working disk is done; `mapPath` is called on that thread, too.
 ///
-/// A decoding's states, as Busy tells them (decode_job.h has the whole of it):
+/// A decoding's states, as Busy returns them (all of them: decode_job.h):
 ///
 ///     DecodeToWav        Busy is true, also while an earlier decoding of that target is being
-///     named its end            Busy is false; the WAV has its name, also after a failure: with
-///     what was
-///                        decoded up to there
+///                        named
+///     its end            Busy is false; the WAV has its name, also after a failure: with
+///                        everything decoded before it
 ///     Stop, or DecodeToWav for other files
-///                        Busy is false at once; what was decoded gets its name when the disk lets
-///                        it, also after the control is gone
-///     DecodeToWav again  for what is Busy, or was completed and has not changed since: nothing;
-///     for
-///                        what was stopped or failed: all anew
+///                        Busy is false at once; the decoded part gets its name when the disk
+///                        allows, also after the control is destroyed
+///     DecodeToWav again  for files that are Busy, or were completed and have not changed
+///                        since: no effect; after a stop or a failure: decodes everything again
 class Mpg123Control : public ActiveMP3 {
   public:
     using Clock = std::function<sound::SoundCard::Time()>;
