@@ -19,7 +19,7 @@ AbandonableThread::AbandonableThread(std::function<void()> body)
     : state_(std::make_shared<State>()) {
     state_->thread = std::thread([state = state_, run = std::move(body)]() mutable {
         run();
-        run = nullptr; // what the body owns is gone before the owner is told
+        run = nullptr; // what the body owns is destroyed before the owner is notified
         const std::lock_guard lock(state->mutex);
         state->finished = true;
         state->changed.notify_all();

@@ -13,10 +13,10 @@ namespace sonarith::sound {
 
 namespace {
 
-/// What the device keeps, in microseconds: 200 ms, twice the time that the card may be late.
+/// The device's buffer in microseconds: 200 ms, twice the card's possible delay.
 constexpr unsigned int bufferMicroseconds = 200'000;
 
-// A variadic function is what ALSA asks for here.
+// ALSA requires a variadic function here.
 void ignoreMessage(const char*, int, const char*, int, const char*, ...) {}
 
 void silenceMessages() {
@@ -24,7 +24,7 @@ void silenceMessages() {
     std::call_once(once, [] { snd_lib_error_set_handler(ignoreMessage); });
 }
 
-/// Takes away ALSA's own start, which would come at the first frame or at a full buffer.
+/// Disables ALSA's automatic start, which would occur at the first frame or at a full buffer.
 int startOnDemand(snd_pcm_t* pcm) {
     snd_pcm_sw_params_t* params = nullptr;
     snd_pcm_sw_params_alloca(&params);
@@ -52,29 +52,30 @@ std::string onOneLine(std::string text) {
     return text;
 }
 
-/// Card names that play or hear one device in stereo, before ":CARD=...". The others mix in ALSA
-/// itself (dmix, dsnoop) or are for more than two channels (surround51).
+/// Device names before ":CARD=..." that play or capture one device in stereo. The others mix in
+/// ALSA itself (dmix, dsnoop) or are for more than two channels (surround51).
 bool namesCardDevice(std::string_view name) {
     constexpr std::string_view kinds[] = {"sysdefault", "front", "hw", "plughw", "hdmi", "iec958"};
     const std::string_view kind = name.substr(0, name.find(':'));
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
 
-/// A device of ALSA's own that is neither a real one nor a server. Plug-ins say so themselves
-/// ("Rate Converter Plugin Using ..."); a name alone tells nothing, as users name their own, too.
+/// A device of ALSA's own that is neither a real one nor a server. Plug-ins are recognised by their
+/// description ("Rate Converter Plugin Using ..."); a name is no criterion, as users choose names
+/// for their own devices, too.
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" swallows everything; the entry "none" is ours. "oss" is an interface that Linux has no
-    // more, under which no device is found.
+    // "null" discards all sound; our own entry is "none". "oss" is an interface that Linux no
+    // longer has, so no device is found under it.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }
 
 bool isChoosable(const DeviceHint& hint) {
     if (namesNoDevice(hint.name) || hint.name == "default") {
-        return false; // entries of our own
+        return false; // our own entries
     }
     return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
 }

@@ -15,26 +15,26 @@ namespace sonarith::sound {
 
 namespace {
 
-/// What waits for the card at the most: 500 ms. Beyond that the oldest frames go.
+/// The most frames that wait for the card: 500 ms. Beyond that the oldest frames are dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
-/// The line is silent until 60 ms wait, so that a device that delivers in larger lumps than the
-/// card takes leaves no gaps.
+/// The line is silent until 60 ms are buffered, so that a device that delivers in larger blocks
+/// than the card takes causes no gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
-/// How long one wait for frames lasts, and with it how soon the pump sees that it is to leave.
+/// How long one wait for frames lasts, and so how soon the pump notices a request to end.
 constexpr std::chrono::milliseconds frameWait{20};
-/// After a device said that it had frames and then had none.
+/// The delay after a device reported frames but had none.
 constexpr std::chrono::milliseconds emptyReadRest{10};
-/// Restarts in a row without one frame in between, until the device counts as lost.
+/// Consecutive restarts without one frame in between before the device counts as lost.
 constexpr int maxFruitlessRestarts = 3;
 
 } // namespace
 
-/// What the card's side and the pump's thread share.
+/// State shared by the card's side and the pump's thread.
 struct CaptureBacklog {
     std::mutex mutex;
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
-    bool flowing = false; ///< the cushion was reached and has not run out since
+    bool flowing = false; ///< the cushion was reached and has not been used up since
     CapturePump::Opening opening = CapturePump::Opening::pending;
     bool leaving = false;
 
@@ -64,7 +64,7 @@ struct CaptureBacklog {
 
 namespace {
 
-/// Reads from one open device until it is lost or it is time to leave.
+/// Reads from one open device until it is lost or the pump is asked to end.
 void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& report) {
     std::vector<StereoFrame> block(blockFrames);
     int restarts = 0;
@@ -83,8 +83,8 @@ void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& rep
         if (result == 0 || result == -EAGAIN) {
             result = device.waitForFrames(frameWait);
             if (result > 0) {
-                // Devices that answer too early, and then have nothing, must not make it spin. The
-                // rest is shorter than what any device keeps.
+                // Devices that return early without data must not make it spin. The delay is
+                // shorter than any device's buffer.
                 backlog.rest(emptyReadRest);
             }
         }

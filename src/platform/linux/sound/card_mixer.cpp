@@ -11,7 +11,7 @@ namespace sonarith::sound {
 
 namespace {
 
-/// What a control's value is at the card. A meter cannot be set.
+/// How a control's value is read and set on the card. A meter cannot be set.
 struct Access {
     std::int32_t (*get)(SoundCard& card, SoundCard::Time now);
     void (*set)(SoundCard& card, std::int32_t value);
@@ -20,7 +20,7 @@ struct Access {
 struct Control {
     std::uint32_t line; ///< its component type
     std::uint32_t type;
-    std::int32_t highest; ///< the values that it takes reach from 0 to this
+    std::int32_t highest; ///< the range of its values is 0 to this
     Access access;
 };
 
@@ -74,7 +74,7 @@ constexpr Access recorderPeak{
     [](SoundCard& card, SoundCard::Time now) -> std::int32_t { return card.recorderPeak(now); },
     nullptr};
 
-/// The whole mixer. The identifier of a control is its place here, counted from 1.
+/// The whole mixer. A control's identifier is its index here, counted from 1.
 constexpr Control controlTable[] = {
     {mixer_line::speakers, mixer_control::volume, fullVolume, masterVolume},
     {mixer_line::speakers, mixer_control::bass, ToneControl::highest, bass},
@@ -88,15 +88,15 @@ constexpr Control controlTable[] = {
     {mixer_line::microphone, mixer_control::peakMeter, 0, linePeak<Line::externalInput>},
 };
 
-/// Line identifiers are apart from component types and control identifiers, so that one is not
-/// taken for the other unnoticed.
+/// Line identifiers differ from component types and control identifiers, so that a confusion is
+/// noticed.
 constexpr std::uint32_t lineIdBase = 0x00010000;
 
 constexpr std::uint32_t lineId(std::uint32_t componentType) {
     return lineIdBase + componentType;
 }
 
-/// Null for an identifier that no control has.
+/// Null for an unknown identifier.
 const Control* controlOf(std::uint32_t identifier) {
     const bool exists = identifier >= 1 && identifier <= std::size(controlTable);
     return exists ? &controlTable[identifier - 1] : nullptr;

@@ -30,13 +30,13 @@ void markDone(WaveHeader& header) {
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {
-        queue_.reserve(16); // enough for all callers that there are: no tick allocates
+        queue_.reserve(16); // enough for all existing callers, so that no tick allocates
     }
 
     void record(std::span<const StereoFrame> frames) override {
         const std::lock_guard lock(mutex_);
         if (queue_.empty()) {
-            return; // nobody asks for this sound
+            return; // no caller has requested this sound
         }
         std::span<const std::byte> bytes = converter_->convert(frames);
         while (!bytes.empty() && !queue_.empty()) {
@@ -176,7 +176,7 @@ WaveResult CardWaveInput::start(WaveInHandle handle) {
     }
     if (!std::exchange(running_, true)) {
         card_.setListener(tape_, now_());
-        held_ = nullptr; // the card has it
+        held_ = nullptr; // the card owns it now
     }
     return WaveResult::noError;
 }

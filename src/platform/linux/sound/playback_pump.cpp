@@ -13,7 +13,7 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The thread: opens a device when there is something to hear, and again after a loss.
+/// The body of the thread: opens a device when there is sound, and again after a loss.
 void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& timing,
           const ReportDevice& report) {
     using Clock = std::chrono::steady_clock;
@@ -29,7 +29,7 @@ void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& ti
         }
         if (nextTry && Clock::now() < *nextTry) {
             feed.restUntil(*nextTry);
-            feed.forgetQueued(); // stale by now
+            feed.forgetQueued(); // outdated by now
             continue;
         }
         Ending ending = Ending::lost;

@@ -15,21 +15,22 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// Written before the device is started: 100 ms, so that no beginning is clipped, and so that the
-/// card may be late by nearly as much before the device runs dry.
+/// card may be nearly as late before the device underruns.
 constexpr std::size_t prefillFrames = frameRate / 10;
-/// Written after the last sound, 50 ms: what a device repeats when it runs dry is then silence.
+/// Written after the last sound, 50 ms: a device that underruns and repeats its buffer then repeats
+/// silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
-/// Taken by the device, half a second: more than it keeps, so some of it was heard.
+/// Half a second that the device has accepted: more than its buffer, so some of it was played.
 constexpr std::size_t certainFrames = frameRate / 2;
-/// How long one wait for room lasts, and with it how soon the pump sees that it is to leave.
+/// How long one wait for space lasts, and so how soon the pump notices a request to end.
 constexpr std::chrono::milliseconds roomWait{100};
-/// Written at once, 30 ms: a sound server is a process of its own, and every write wakes it. Less
-/// than the device holds in advance by far.
+/// Written at once, 30 ms: a sound server is a separate process, and every write wakes it. Far less
+/// than the device buffers.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// Between two looks at how much of the end is still to be heard, and after a device said that it
-/// had room and then had none.
+/// Between two checks of how much of the end is still to be played, and after a device reported
+/// space but had none.
 constexpr std::chrono::milliseconds shortRest{10};
-/// Underruns in a row without one frame played in between, until the device counts as lost.
+/// Consecutive underruns without one frame played in between before the device counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace
@@ -63,8 +64,8 @@ bool PlaybackSession::playBlock(std::span<const StereoFrame> frames) {
     return writeAll(frames);
 }
 
-/// Nothing came for a while: lets the end be heard, then stops the device, so that it does not
-/// underrun for ever.
+/// No frames for a while: plays the end, then stops the device, so that it does not underrun
+/// forever.
 bool PlaybackSession::goOnDry() {
     switch (phase_) {
     case Phase::filling: // a sound shorter than the prefill
@@ -76,7 +77,7 @@ bool PlaybackSession::goOnDry() {
         drainingSince_ = Clock::now();
         return true;
     case Phase::draining:
-        // An error here (an underrun most likely) means just as well that all has been heard.
+        // An error here (most likely an underrun) also means that everything has been played.
         if (device_.queued() <= static_cast<long>(paddingFrames) / 2 ||
             Clock::now() - drainingSince_ > timing_.stallLimit) {
             device_.stop();
@@ -117,7 +118,7 @@ bool PlaybackSession::startIfFilling() {
     return device_.start() >= 0;
 }
 
-/// Writes all of `frames`. False: the device is lost, or it is time to leave.
+/// Writes all of `frames`. False: the device is lost, or the pump is asked to end.
 bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
     int recoveries = 0;
     auto stalledSince = Clock::now();
@@ -135,12 +136,12 @@ bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
                 return false;
             }
         } else if (result == 0 || result == -EAGAIN) {
-            // A device may hold less than the prefill: full means filled, then.
+            // A device may hold less than the prefill: then a full buffer counts as filled.
             if (!startIfFilling() || !awaitRoom(stalledSince)) {
                 return false;
             }
         } else if (result == -EPIPE || result == -ESTRPIPE) {
-            // The rejected frames are sent again by the next turn.
+            // The next iteration writes the rejected frames again.
             if (++recoveries > maxFruitlessRecoveries || !prepareAgain()) {
                 return false;
             }
@@ -157,12 +158,12 @@ bool PlaybackSession::awaitRoom(Clock::time_point stalledSince) {
         return false;
     }
     if (room > 0 && std::exchange(hadRoom_, true)) {
-        // Some devices answer that there is room and then take nothing: do not spin on them.
+        // Some devices report space and then accept nothing: do not spin on them.
         feed_.restUntil(Clock::now() + shortRest);
     } else if (room <= 0) {
         hadRoom_ = false;
     }
-    // Underruns show again, and are dealt with, at the next write.
+    // Underruns are reported again, and handled, at the next write.
     return room >= 0 || room == -EPIPE || room == -ESTRPIPE || room == -EINTR;
 }
 

@@ -22,9 +22,9 @@ namespace fs = std::filesystem;
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
 /// Frames that are written at once.
 constexpr std::size_t framesPerWrite = 4096;
-/// What was recorded is brought to the disk every 5 s, about as often as the system does it by
-/// itself. So a save has little left to wait for, and a disk that takes samples and fails to store
-/// them afterwards (a network folder that is full) costs these seconds and not the whole recording.
+/// The recording is flushed to the disk every 5 s, about as often as the system does it by itself.
+/// So a save has little left to wait for, and a disk that accepts samples and later fails to store
+/// them (a network folder that is full) costs these seconds and not the whole recording.
 constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace
@@ -89,7 +89,7 @@ bool RecordingFile::write(std::span<const StereoFrame> frames) {
     return true;
 }
 
-/// A failure means that what was written since the last flush may not be on the disk.
+/// A failure means that data written since the last flush may not be on the disk.
 int RecordingFile::flush() {
     if (::fdatasync(file_.descriptor().get()) != 0) {
         return errno;
@@ -110,7 +110,7 @@ Status RecordingFile::save(const fs::path& target) {
     return file_.publish(target);
 }
 
-/// Makes the file a whole WAV, once.
+/// Makes the file a complete WAV, once.
 Status RecordingFile::finish(const fs::path& target) {
     if (stage_ == Stage::whole) {
         return {};
@@ -123,7 +123,7 @@ Status RecordingFile::finish(const fs::path& target) {
         if (rewrite(WavForm::rf64, target).ok()) {
             return {};
         }
-        // Hours of sound without room for their copy: what a plain file can hold is kept.
+        // Hours of sound without space for a copy: the part that fits into a plain file is kept.
         endEarly(EFBIG, longestWavBytes_ / bytesPerFrame(channels_));
     }
     const int error = finishInPlace();
@@ -131,7 +131,7 @@ Status RecordingFile::finish(const fs::path& target) {
         stage_ = Stage::whole;
         return {};
     }
-    // A header that cannot be changed can perhaps be written anew, in front of a copy.
+    // A header that cannot be changed may still be written to a copy of the samples.
     return nothingKept() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
 }
 
@@ -140,7 +140,7 @@ int RecordingFile::finishInPlace() {
     if (error == 0) {
         error = flush();
         if (error != 0) {
-            // Some samples that the disk seemed to take are lost; those before them are not.
+            // Some samples that the disk seemed to accept are lost; those before them are not.
             endEarly(error, flushedFrames_);
             if (frames_ > 0) {
                 error = cutToWhatIsKept();
@@ -151,7 +151,7 @@ int RecordingFile::finishInPlace() {
     if (error != 0) {
         return error;
     }
-    // The last check before it gets its name: that all which was counted is really there.
+    // The last check before it gets its name: all counted frames must be in the file.
     struct stat found {};
     if (::fstat(file_.descriptor().get(), &found) != 0 ||
         found.st_size != wavHeaderBytes + bytes()) {
@@ -167,9 +167,9 @@ int RecordingFile::cutToWhatIsKept() {
     return writer_.writeHeader(bytes()) ? 0 : writer_.errorNumber();
 }
 
-/// Copies what is kept behind a header of `form`. Recordings of more than 4 GiB (6.7 hours of
-/// stereo) need a larger one: reserving its room in each file would cost the small ones their plain
-/// header, which is what every other program reads.
+/// Copies the kept frames after a header of `form`. Recordings of more than 4 GiB (6.7 hours of
+/// stereo) need a larger header: reserving its space in each file would cost small ones their plain
+/// header, which every other program reads.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {
@@ -179,7 +179,8 @@ Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     if (!copy.writeHeader(bytes())) {
         return files::systemError(copy.errorNumber(), target);
     }
-    std::vector<std::int16_t> samples(64 * 1024); // large enough that the calls do not count
+    std::vector<std::int16_t> samples(
+        64 * 1024); // large enough that the cost of system calls does not matter
     for (std::int64_t done = 0; done < bytes();) {
         const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(
             bytes() - done, static_cast<std::int64_t>(samples.size()) * bytesPerSample));

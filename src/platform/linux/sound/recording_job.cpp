@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 /// Until the recording ends or the disk fails.
 void writeFrames(RecordingJob& job, const fs::path& folder, RecordingFile& file) {
-    // Twice a batch: what comes while the thread wakes up goes with it, so that the queue is
-    // emptied.
+    // Twice a batch: frames that arrive while the thread wakes up are included, so that the queue
+    // is emptied.
     std::vector<StereoFrame> frames(2 * RecordingQueue::batchFrames);
     while (const std::size_t count = job.queue.take(frames)) {
         if (!file.append(std::span(frames).first(count))) {
@@ -44,7 +44,7 @@ void saveOnce(RecordingJob& job, RecordingFile& file, const fs::path& target) {
     });
 }
 
-/// Until nothing more is asked for; the file is closed then.
+/// Until no more orders follow; the file is closed then.
 void writeAndSave(RecordingJob& job, const fs::path& folder, RecordingFile file) {
     writeFrames(job, folder, file);
     fs::path target;

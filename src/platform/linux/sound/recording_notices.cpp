@@ -61,7 +61,7 @@ void RecordingNotices::report(const std::string& cause, const std::string& text)
     }
 }
 
-/// Whether the cause was held.
+/// Returns whether the cause was in effect.
 bool RecordingNotices::settle(const std::string& cause, const std::string& text) {
     const bool held = held_.erase(cause) > 0;
     if (notices_ != nullptr && held) {

@@ -19,7 +19,8 @@ std::optional<Status> RecordingOrders::saveWithin(Patience patience, const fs::p
         return Status(ErrorNumber::deviceUnavailable,
                       "the recording is still being saved as \"" + target_.string() + "\"");
     }
-    const bool isKnown = outcome_ && target == target_; // it was late, and nobody has learnt of it
+    const bool isKnown =
+        outcome_ && target == target_; // it was late, and no caller has received it
     if (!saving_ && !isKnown) {
         saving_ = true;
         target_ = target;
@@ -48,7 +49,7 @@ bool RecordingOrders::finishedWithin(Patience patience) {
 std::optional<RecordingOrders::Relief> RecordingOrders::relieveWithin(Patience patience) {
     std::unique_lock lock(mutex_);
     while (!begun_ && !isUnwanted() && candidate_ + 1 < candidates_) {
-        const std::size_t watched = candidate_; // each has all its time
+        const std::size_t watched = candidate_; // each candidate has the full time
         if (!changed_.wait_for(lock, patience,
                                [&] { return begun_ || isUnwanted() || candidate_ != watched; })) {
             return Relief{++turn_, watched};

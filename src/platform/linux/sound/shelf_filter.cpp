@@ -16,9 +16,10 @@ namespace {
 /// between; coefficients between those of two stable filters are stable, too.
 constexpr std::size_t pieceFrames = 32;
 
-/// Well below what rounding to 16 bits makes visible.
+/// Far below the resolution of 16 bits.
 constexpr double negligible = 1e-3;
-/// Below it a memory is 0: numbers that went on decaying would become denormal, which are slow.
+/// A filter state below this is set to 0: further decay would lead to denormal numbers, which are
+/// slow.
 constexpr double trace = 1e-12;
 
 } // namespace
@@ -30,7 +31,7 @@ ShelfFilter::ShelfFilter(Side side, double cornerHz)
 
 ShelfFilter::Coefficients ShelfFilter::design(double gainDb) const {
     const double a = std::pow(10.0, gainDb / 40);
-    // The high shelf is the low shelf with the frequency axis turned round.
+    // The high shelf is the low shelf with the frequency axis reversed.
     const double turn = side_ == Side::low ? 1 : -1;
     const double cosine = turn * std::cos(cornerRadians_);
     const double alpha = std::sin(cornerRadians_) / std::numbers::sqrt2; // slope 1
@@ -101,7 +102,7 @@ void ShelfFilter::rampPiece(std::span<FilterFrame> piece, double gainDb) {
         frame.left = step(now, left_, frame.left);
         frame.right = step(now, right_, frame.right);
     }
-    now = end; // without the rounding of the sums
+    now = end; // removes the rounding errors of the sums
 }
 
 void ShelfFilter::forgetTraces() {

@@ -10,8 +10,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The frames that are due in `span`, rounded down. Whole seconds and the rest are converted apart,
-/// in whole numbers: nothing overflows within centuries, and nothing drifts.
+/// The number of frames due in `span`, rounded down. Whole seconds and the rest are converted
+/// separately, in integers: nothing overflows within centuries, and nothing drifts.
 std::int64_t framesIn(SoundCard::Time span) {
     constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
     const std::int64_t seconds = span.count() / nanosecondsPerSecond;
@@ -19,8 +19,9 @@ std::int64_t framesIn(SoundCard::Time span) {
     return seconds * frameRate + rest * frameRate / nanosecondsPerSecond;
 }
 
-/// The disc is pulled last: only then is it known how many frames the other lines can give, and it
-/// is asked for no more. What it has counted has been heard, so a track ends where it says.
+/// The disc is pulled last: only then is it known how many frames the other lines can deliver, and
+/// no more are requested from it. All frames that it has counted are played, so a track ends at its
+/// exact position.
 constexpr std::array<Line, lineCount> pullOrder{Line::externalInput, Line::waveOut,
                                                 Line::compactDisc};
 
@@ -126,7 +127,7 @@ void SoundCard::followInput() {
             std::swap(openedInput_, closed);
         }
     }
-    closed.reset(); // before another one is opened: it may be the same device
+    closed.reset(); // before another one is opened, which may be the same device
     if (!wanted) {
         return;
     }
@@ -140,7 +141,7 @@ void SoundCard::followInput() {
 }
 
 void SoundCard::setSpeakers(std::shared_ptr<SpeakerSink> sink) {
-    // `sink` outlives the lock: a parameter is destroyed after the locals.
+    // `sink` is destroyed after the unlock: a parameter outlives the locals.
     const std::lock_guard lock(mutex_);
     std::swap(speakers_, sink);
 }
@@ -206,7 +207,7 @@ bool SoundCard::hasWork() const {
                        [](const Channel& line) { return line.source || line.waitingFrames > 0; });
 }
 
-/// A card that rested has a new clock, and its filters know no earlier sound.
+/// A card that was idle gets a new clock, and its filters are cleared.
 void SoundCard::beginAnewIfIdle(Time now) {
     if (!hasWork()) {
         restartClock(now);
@@ -229,16 +230,16 @@ void SoundCard::produceDue(Time now, Released& released) {
         const std::size_t made = produceBlock(wanted, now, released);
         produced_ += static_cast<std::int64_t>(made);
         if (made < wanted) {
-            // A line starves or the recording has no room, and holds the card: the time that it
-            // costs is given up, not made up.
+            // A line starves or the recording has no space, and stops the card: the time that this
+            // takes is skipped, not caught up.
             restartClock(now);
             return;
         }
     }
 }
 
-/// Produces up to `wanted` frames, and answers how many: as many as every line can give and the
-/// recording can take.
+/// Produces up to `wanted` frames and returns how many: as many as every line can deliver and the
+/// recording can accept.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& released) {
     // Before anything is pulled, so that no line counts a frame that is not recorded.
     std::size_t frames = recorder_ ? std::min(wanted, recorder_->room()) : wanted;
@@ -249,7 +250,7 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
         return 0;
     }
     for (Channel& line : channels_) {
-        if (line.waitingFrames < frames) { // it has no source, or none any more
+        if (line.waitingFrames < frames) { // it has no source, or no longer has one
             std::fill(line.waiting.begin() + static_cast<std::ptrdiff_t>(line.waitingFrames),
                       line.waiting.begin() + static_cast<std::ptrdiff_t>(frames), StereoFrame{});
         }
@@ -266,8 +267,8 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
     return frames;
 }
 
-/// Pulls until `wanted` frames wait, and answers how many frames the line can take part in. That is
-/// all of them for a line without a source: it is silent.
+/// Pulls until `wanted` frames wait, and returns how many frames the line can deliver. That is all
+/// of them for a line without a source: it is silent.
 std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& released) {
     if (line.source && line.waitingFrames < wanted) {
         const std::size_t room = wanted - line.waitingFrames;
@@ -282,8 +283,8 @@ std::size_t SoundCard::fill(Channel& line, std::size_t wanted, Released& release
     return line.source ? std::min(line.waitingFrames, wanted) : wanted;
 }
 
-/// How many frames of a block are recorded: after the last one of a line that lost its source no
-/// more, since hours of silence behind it would fill the disk.
+/// How many frames of a block are recorded: none after the last one of a line that lost its source,
+/// since hours of silence after it would fill the disk.
 std::size_t SoundCard::recordable(const Channel& line, std::size_t frames) {
     return line.lost ? std::min(frames, line.waitingFrames) : frames;
 }
@@ -319,7 +320,7 @@ void SoundCard::feedRecorder(std::size_t frames, Time now) {
     notePeaks(sound, now);
 }
 
-/// A line without a source brings nothing: its meter goes to 0 by itself.
+/// A line without a source has no sound: its meter falls to 0 by itself.
 void SoundCard::notePeaks(std::span<const StereoFrame> recorderSound, Time now) {
     const auto brings = [](const Channel& line) {
         return line.waitingFrames > 0;
@@ -355,7 +356,7 @@ void SoundCard::feedSpeakers(std::size_t frames) {
     for (WideFrame& frame : std::span(mix).first(frames)) {
         frame = {atLevel(frame.left, master), atLevel(frame.right, master)};
     }
-    // Behind the volumes: a sound that was turned down has room for a boost.
+    // After the volumes: a sound with reduced volume has headroom for a boost.
     tone_.apply(std::span(mix).first(frames));
     Block out;
     std::transform(mix.begin(), mix.begin() + static_cast<std::ptrdiff_t>(frames), out.begin(),

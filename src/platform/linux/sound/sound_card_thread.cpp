@@ -29,15 +29,15 @@ SoundCardThread::~SoundCardThread() {
 }
 
 void SoundCardThread::run(const std::stop_token& stop) {
-    // One block of the card: long enough to cost next to nothing, and short beside what the
-    // output keeps ready.
+    // One block of the card: long enough to cost very little, and short compared with the output's
+    // buffer.
     constexpr std::chrono::milliseconds interval{10};
     while (!stop.stop_requested()) {
         {
             const std::lock_guard lock(mutex_);
             called_ = false;
         }
-        // The card is looked at after the flag was taken back, so no call falls in between.
+        // The card is checked after the flag was reset, so that no call is missed.
         const bool active = card_.active();
         if (active) {
             card_.advance(clock_());

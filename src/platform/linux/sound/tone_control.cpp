@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t chunkFrames = 128;
 
-/// How fast a sound that was turned down recovers. Slow beside the lowest tones, whose peaks, 10 ms
+/// How fast an attenuated sound recovers. Slow compared with the lowest tones, whose peaks, 10 ms
 /// apart at 50 Hz, are then flattened by no more than 0.1 dB.
 constexpr double recoveryDbPerSecond = 10;
 const double recoveryForEachFrame = std::pow(10.0, recoveryDbPerSecond / 20 / frameRate);
@@ -49,7 +49,7 @@ void ToneControl::apply(std::span<WideFrame> frames) {
     }
 }
 
-/// `boosted`: peaks turn the sound down. Without a boost it only recovers: lines whose sum is too
+/// `boosted`: peaks attenuate the sound. Without a boost it only recovers: lines whose sum is too
 /// loud are clipped as they are at neutral sliders.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
     for (std::size_t i = 0; i < frames.size(); ++i) {

@@ -38,7 +38,7 @@ class HeaderBytes {
     std::vector<std::uint8_t> bytes_;
 };
 
-constexpr std::int64_t inOtherChunk = 0xFFFFFFFF; ///< a size that "ds64" has
+constexpr std::int64_t inOtherChunk = 0xFFFFFFFF; ///< the size is in "ds64"
 
 std::vector<std::uint8_t> plainHeader(const WavFormat& format, std::int64_t sampleBytes) {
     constexpr std::int64_t bytesAfterSize = wavHeaderBytes - 8;

@@ -11,7 +11,7 @@
 
 namespace sonarith::sound {
 
-// A WAV's samples are stored with their lowest byte first, and are written as they lie in memory.
+// A WAV's samples are stored with the lowest byte first, and are written with their memory layout.
 static_assert(std::endian::native == std::endian::little);
 
 namespace {

@@ -16,7 +16,7 @@ constexpr std::uint16_t pcm = 1;
 constexpr std::uint32_t lowestRate = 4000;
 constexpr std::uint32_t highestRate = 192'000;
 
-/// Frames that the rate converter may hold back and give with a later block.
+/// Frames that the rate converter may hold back and deliver with a later block.
 constexpr std::size_t heldBackFrames = 256;
 
 bool isOffered(const WaveFormat& format) {
@@ -86,7 +86,7 @@ void WaveConverter::resample(std::size_t samples) {
     data.input_frames = static_cast<long>(samples / channels_);
     data.src_ratio = ratio_;
     do {
-        // Never more than fits behind what this block has given already.
+        // Never more than fits after the output of this block so far.
         const std::size_t room = (bytes_.size() - bytesUsed_) / frameBytes();
         data.data_out = output_.data();
         data.output_frames = static_cast<long>(room);
