@@ -11,20 +11,20 @@ namespace {
 struct Layout {
     int mainDataBeginBits;
     int privateBits;
-    int shareBits; ///< which scale factors the second granule takes over from the first
+    int shareBits; ///< which scale factors the second granule shares with the first
     int granules;
     int channels;
     int scaleFactorBits;
     int granuleBits; ///< for one channel
 };
 
-// The fields of one granule and channel, in their order; the scale factors stand before "windows".
+// The fields of one granule and channel, in order; the scale factors precede "windows".
 constexpr int lengthBits = 12;
 constexpr int bigValuesBits = 9;
 constexpr int gainBits = 8;
-constexpr int windowsBits = 1; ///< whether there are other windows than the ordinary one
+constexpr int windowsBits = 1; ///< whether other windows than the normal one are used
 constexpr int tableBits = 5;
-/// Where they begin.
+/// The offset of that field.
 constexpr int bigValuesAt = lengthBits;
 constexpr int gainAt = bigValuesAt + bigValuesBits;
 constexpr int scaleFactorAt = gainAt + gainBits;
@@ -37,7 +37,7 @@ Layout layoutOf(const StreamFormat& format) {
     return {8, mono ? 1 : 2, 0, 1, format.channels, 9, 63};
 }
 
-/// `count` bits from bit `first` on, the highest of a byte first.
+/// `count` bits from bit `first` on, the most significant bit of a byte first.
 unsigned bitsAt(Bytes bytes, int first, int count) {
     unsigned value = 0;
     for (int i = first; i < first + count; ++i) {

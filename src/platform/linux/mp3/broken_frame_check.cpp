@@ -10,8 +10,8 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The library fills the rest of a frame that it gives up with zeros, so its last granule is
-/// silent.
+/// The library fills the rest of a frame that it gives up with zeros, so the frame's last granule
+/// is silent.
 template <typename Sample>
 bool endsInSilence(const StreamFormat& format, std::span<const Sample> samples) {
     constexpr std::size_t samplesPerGranule = 576;
@@ -32,8 +32,8 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
     if (!endsInSilence(frame.header.format, samples) || isEmptySideInfo(frame.header, bytes)) {
         return false;
     }
-    // It is decoded once more, after a frame that sounds: that one's end can be heard in it, unless
-    // it is given up. Whether it is depends on its own data alone.
+    // The frame is decoded once more, after a frame with sound: unless the library gives it up, the
+    // end of that sound overlaps into it. Whether it is given up depends on its own data alone.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {
@@ -58,16 +58,16 @@ void BrokenFrameCheck::pass(const Frame& frame, Bytes bytes) {
 }
 
 std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir) {
-    // The same header, but for no checksum, the highest bit rate (so that the reservoir fits), no
-    // padding, and channels that are coded apart.
+    // The same header, but without a checksum, with the highest bit rate (so that the reservoir
+    // fits), without padding, and with independently coded channels.
     std::vector<std::uint8_t> frame(like.begin(), like.begin() + headerBytes);
     frame[1] |= 0x01;
     frame[2] = static_cast<std::uint8_t>(0xE0 | (frame[2] & 0x0C));
     frame[3] &= 0xCF;
     const FrameHeader header = *parseHeader(frame);
     frame.resize(static_cast<std::size_t>(header.bytes));
-    // In every granule and channel two lines of the spectrum have the value 1: with Huffman table 1
-    // that is five bits, all of them zero, as are all the other fields.
+    // In every granule and channel two spectral lines have the value 1: in Huffman table 1 that is
+    // five bits, all zero, like all other fields.
     setTone(header, frame);
     std::copy(reservoir.begin(), reservoir.end(),
               frame.end() - static_cast<std::ptrdiff_t>(reservoir.size()));

@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Large enough that the system calls do not count, small enough for one on each of many cores.
+/// Large enough that the cost of system calls does not matter, small enough for one on each of many
+/// cores.
 constexpr std::size_t windowBytes = 48 * 1024;
 
 FileIdentity identityIn(const struct stat& found) {
@@ -52,7 +53,7 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
     if (path.native().find('\0') != std::string::npos) {
         return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
     }
-    // Non-blocking, since opening a pipe that nobody writes to would not return.
+    // Non-blocking, since opening a pipe without a writer would not return.
     files::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat found {};
     if (!file.valid() || ::fstat(file.get(), &found) != 0) {
@@ -91,8 +92,8 @@ Reading FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) con
 
 SourceWindow::SourceWindow(const ByteSource& source) : source_(&source), store_(windowBytes) {}
 
-/// A place that could not be read is not tried again from each of the bytes before it: a disk may
-/// take seconds to say so.
+/// An offset that could not be read is not tried again from each of the bytes before it: a disk may
+/// take seconds to fail.
 bool SourceWindow::mustRead(std::int64_t offset, std::int64_t wanted) const {
     const bool beforeBadPlace = failure_ && offset <= end();
     return offset < start_ || (offset + wanted > end() && !beforeBadPlace);

@@ -19,7 +19,7 @@ bool unchanged(const DecodeOrder& order, const CompletedDecoding& former) {
 
 } // namespace
 
-/// All that the thread touches, since it may outlive the job.
+/// Everything that the thread accesses, since it may outlive the job.
 struct DecodeJob::Run {
     Run(DecodeOrder ordered, Report reports, std::shared_ptr<sound::PendingSaves> pending,
         std::optional<CompletedDecoding> before)
@@ -52,7 +52,7 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        report = nullptr; // what it owns may be waited for
+        report = nullptr; // other threads may wait for what it owns
     }
 
     void end() {
@@ -74,12 +74,12 @@ struct DecodeJob::Run {
     Progress progress;
     std::atomic<bool> stop = false;
     std::atomic<bool> over = false;
-    std::mutex mutex; ///< for those who wait for `over`
+    std::mutex mutex; ///< for the threads that wait for `over`
     std::condition_variable changed;
-    // The thread's until it is over, and not changed any more afterwards.
+    // Accessed only by the thread until it is over, and constant afterwards.
     Report report;
     DecodeResult result;
-    std::optional<CompletedDecoding> completed; ///< at first the former one
+    std::optional<CompletedDecoding> completed; ///< initially the former one
 };
 
 DecodeJob::DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,

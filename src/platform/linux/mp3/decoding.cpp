@@ -30,7 +30,7 @@ DecodeResult failedAt(DecodeStep step, const Error& error) {
 
 DecodeResult Decoding::run() {
     const Result<files::SavePlace> place = files::locate(order_.target);
-    if (!place.ok()) { // better known now than after the work
+    if (!place.ok()) { // reported now rather than after the work
         return failedAt(DecodeStep::writing, place.error());
     }
     const std::optional<TargetTurn> turn = TargetTurn::take(place.value(), stop_);
@@ -53,8 +53,8 @@ DecodeResult Decoding::runInTurn() {
         return survey.failure ? failedAt(DecodeStep::reading, *survey.failure)
                               : endedWith(DecodeOutcome::noFrames);
     }
-    // What could be read is decoded also where the survey failed; then the decoding fails there,
-    // too.
+    // The readable part is decoded even if the survey failed; the decoding then fails at the same
+    // place.
     return decode(source, survey);
 }
 
@@ -96,7 +96,8 @@ DecodeResult Decoding::decode(const FileSource& source, const StreamSurvey& surv
 }
 
 Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
-    constexpr std::size_t samplesPerBatch = 64 * 1024; // so that the system calls do not count
+    constexpr std::size_t samplesPerBatch =
+        64 * 1024; // so that the cost of system calls does not matter
     Decoded decoded;
     std::vector<std::int16_t> batch;
     const int channels = reader.format().channels;
@@ -119,7 +120,7 @@ Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
     if (ended && !decoded.failure) {
         const std::optional<Error> failure = reader.failure();
         decoded.complete = !failure;
-        if (failure && !stop_) { // a reading that the stop made fail is no failure
+        if (failure && !stop_) { // a read that failed because of the stop is no failure
             decoded.failure = DecodeFailure{DecodeStep::reading, *failure};
         }
     }
@@ -127,7 +128,7 @@ Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
     return decoded;
 }
 
-/// Names the WAV, also after a failure, or drops it without a name.
+/// Names the WAV, also after a failure, or drops it.
 void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& result) {
     result.count = decoded.count;
     result.failure = decoded.failure;
@@ -135,8 +136,8 @@ void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& r
                      : !decoded.complete ? DecodeOutcome::stopped
                                          : DecodeOutcome::completed;
     if (decoded.samples == 0) {
-        // Without a sample, a file of that name stays: it would be replaced by nothing. A
-        // stream may be a tag's frame alone.
+        // Without a sample, an existing file of that name is kept: there is nothing to replace it
+        // with. A stream may consist of an information frame alone.
         if (result.outcome == DecodeOutcome::completed) {
             result.outcome = DecodeOutcome::noFrames;
         }

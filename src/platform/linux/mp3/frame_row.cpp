@@ -10,8 +10,8 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// How many frames must follow one that no other frame leads to. Four random bytes pass for a
-/// header once in some 5,000 places; with two more in the right places it is once in 10^13.
+/// How many frames must follow one that no other frame leads to. Four random bytes are a valid
+/// header once in about 5,000 offsets; with two more at the right offsets, once in 10^13.
 constexpr int followers = 2;
 
 bool startsWith(Bytes bytes, std::string_view sign) {
@@ -26,7 +26,7 @@ std::int64_t id3v2Bytes(Bytes bytes) {
     }
     std::int64_t length = 0;
     for (std::size_t i = 6; i < ownHeaderBytes; ++i) {
-        if (bytes[i] >= 0x80) { // seven bits to a byte
+        if (bytes[i] >= 0x80) { // seven bits per byte
             return 0;
         }
         length = length << 7 | bytes[i];
@@ -84,7 +84,7 @@ bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset) {
         }
         offset += static_cast<std::size_t>(last.bytes);
         if (offset > bytes.size()) {
-            return i > 0; // the file ends within the follower, which is torn
+            return i > 0; // the file ends within the follower, which is truncated
         }
         if (rowEndsAt(bytes, offset)) {
             return true;

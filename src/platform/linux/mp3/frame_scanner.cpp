@@ -11,8 +11,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// Places that are tried for the beginning of a stream in free format; each takes a long look, and
-/// junk can be made of nothing else. Random junk of 70,000 bytes has one such place.
+/// Limit of offsets that are tried as the beginning of a stream in free format; each try is
+/// expensive, and hostile junk can consist of nothing else. Random junk of 70,000 bytes has one
+/// such offset.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -49,7 +50,7 @@ Bytes FrameScanner::bytesOf(const Frame& frame) {
     return bytes.first(std::min(bytes.size(), static_cast<std::size_t>(frame.header.bytes)));
 }
 
-/// Steps over the frame at position_; empty if it is of another format and is dropped.
+/// Advances over the frame at position_; empty if it is of another format and is dropped.
 std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     const std::int64_t offset = position_;
     position_ += header.bytes;
@@ -67,7 +68,7 @@ std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     return Frame{offset, header, std::exchange(gap_, false)};
 }
 
-/// Whether what stands at the head of `bytes` is a whole frame and no chance likeness of one.
+/// Whether the beginning of `bytes` is a whole frame and not a chance match.
 bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     if (header.bytes == 0 || bytes.size() < static_cast<std::size_t>(header.bytes)) {
         return false;
@@ -94,15 +95,15 @@ bool FrameScanner::verified(const FrameHeader& header, Bytes bytes, std::size_t 
     return beginsRow(header, bytes, offset);
 }
 
-/// The length of the tag at position_, where `bytes` begin; 0 if there is none that can be trusted:
-/// its end must be the end of the file, or something of sound or another tag must stand there.
+/// The length of the tag at position_, where `bytes` begin; 0 if there is no trustworthy one: its
+/// end must be the end of the file, or be followed by sound or another tag.
 std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
     const std::int64_t claimed = claimedTagBytes(bytes);
     return claimed > 0 && leadsOn(position_ + claimed) ? claimed : 0;
 }
 
 bool FrameScanner::leadsOn(std::int64_t offset) const {
-    // Read past the window: a look for the end of a tag that lies is for nothing, and there may be
+    // Read outside the window: the end of a tag with a false length is useless, and there may be
     // very many.
     std::array<std::uint8_t, 32> store{};
     const std::int64_t left = source_->size() - offset;
@@ -117,7 +118,7 @@ bool FrameScanner::leadsOn(std::int64_t offset) const {
     return parseHeader(bytes).has_value() || claimedTagBytes(bytes) > 0;
 }
 
-/// Goes on to the next place where a row of frames begins, or to the end.
+/// Advances to the next offset at which a row of frames begins, or to the end.
 void FrameScanner::skipJunk() {
     gap_ = true;
     current_.reset();
@@ -131,8 +132,8 @@ void FrameScanner::skipJunk() {
             freeFormat_ = position_;
             return;
         }
-        // What lies within the look-ahead of the window's end is left for the next round, unless
-        // the source ends there or cannot be read on.
+        // Offsets within the look-ahead of the window's end are left for the next iteration, unless
+        // the source ends there or cannot be read further.
         const bool last = bytes.size() < SourceWindow::lookAhead ||
                           position_ + static_cast<std::int64_t>(bytes.size()) == source_->size();
         const std::size_t limit = last ? bytes.size() : bytes.size() - SourceWindow::lookAhead + 1;

@@ -11,8 +11,8 @@ bool isFreeHeader(const std::optional<FrameHeader>& header, const StreamFormat& 
     return header && header->bytes == 0 && header->format == format;
 }
 
-/// What no frame with sound in it is smaller than: its header and side information; and in the
-/// other layers what 8 kbit/s come to, which is the lowest rate that encoders know.
+/// The minimum size of a frame with sound: its header and side information; in the other layers the
+/// size at 8 kbit/s, the lowest rate of encoders.
 std::size_t smallestFrame(const FrameHeader& header) {
     constexpr std::size_t otherLayers = 24;
     return header.format.layer == 3 ? header.sideInfoOffset() + header.sideInfoBytes()
@@ -32,14 +32,15 @@ bool isFreeFormat(Bytes bytes) {
                isFreeHeader(parseHeader(bytes.subspan(size)), first->format) &&
                isFreeFormat(bytes.subspan(size));
     }
-    // A slot of padding makes neighbours differ by one byte (Layer I: four).
+    // A slot of padding changes the size of a frame by one byte (Layer I: four).
     const std::size_t slot = first->format.layer == 1 ? 4 : 1;
     for (std::size_t size = headerBytes; 2 * size + slot + headerBytes <= bytes.size(); ++size) {
         if (!isFreeHeader(parseHeader(bytes.subspan(size)), first->format)) {
             continue;
         }
         if (size < smallestFrame(*first)) {
-            return false; // the library would make frames of that size, a thousand times the sound
+            return false; // the library would produce frames of that size, a thousand times the
+                          // sound
         }
         for (const std::size_t third : {2 * size, 2 * size - slot, 2 * size + slot}) {
             if (isFreeHeader(parseHeader(bytes.subspan(third)), first->format)) {

@@ -75,7 +75,7 @@ FreeFormatDecoder::create(const ByteSource& source, std::int64_t offset, std::in
 }
 
 std::optional<PcmFormat> FreeFormatDecoder::formatOf(const DecoderHandle& handle) {
-    constexpr int forget = 1; // that it is a new one, which is otherwise said with the first frame
+    constexpr int forget = 1; // reports a new stream, as otherwise with the first frame
     long rate = 0;
     int channels = 0;
     int encoding = 0;
@@ -100,7 +100,7 @@ std::span<const std::int16_t> FreeFormatDecoder::next() {
 }
 
 /// The next frame that has samples, in its own format; none at the end, and where the library
-/// cannot go on.
+/// cannot continue.
 std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     while (true) {
         unsigned char* sound = nullptr;
@@ -122,17 +122,17 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     }
 }
 
-/// The library fills the rest of a frame that it gives up with zeros. A silent frame counts as such
-/// a one: another decoder more costs little.
+/// The library fills the rest of a frame that it gives up with zeros. Every silent frame counts as
+/// such: an unnecessary new decoder costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
-    constexpr std::size_t end = 2 * 32; // the least that one step of the synthesis gives
+    constexpr std::size_t end = 2 * 32; // the smallest output of one synthesis step
     const auto last = samples.last(std::min(samples.size(), end));
     const bool silent =
         std::all_of(last.begin(), last.end(), [](std::int16_t sample) { return sample == 0; });
     work_ += silent ? frames_ : 0;
 }
 
-/// Begins another decoder behind the last frame.
+/// Starts another decoder after the last frame.
 bool FreeFormatDecoder::renew() {
     const std::int64_t lastFrame = input_->begin + mpg123_framepos(handle_.get());
     Result<DecoderHandle> opened = open(*input_, lastFrame);
@@ -149,7 +149,7 @@ bool FreeFormatDecoder::renew() {
     work_ = 0;
     ++renewals_;
     const DecodeCount count = count_;
-    const bool found = !decodeFrame().empty(); // the last frame again, which has been given
+    const bool found = !decodeFrame().empty(); // the last frame again, which was already returned
     count_ = count;
     return found;
 }

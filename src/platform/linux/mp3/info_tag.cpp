@@ -8,7 +8,7 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// What every decoder of Layer III adds before the first sample (LAME's technical FAQ).
+/// The delay of every Layer III decoder before the first sample (LAME's technical FAQ).
 constexpr std::int64_t decoderDelay = 529;
 
 std::int64_t bigEndian32(Bytes bytes) {
@@ -51,8 +51,8 @@ std::optional<GaplessTrim> parseInfoTag(const FrameHeader& header, Bytes frame) 
     if (header.format.layer != 3) {
         return std::nullopt;
     }
-    // The tag stands behind the side information, which is empty. Encoders differ in whether the
-    // checksum moves it.
+    // The tag follows the side information, which is empty. Encoders differ in whether the checksum
+    // moves it.
     const std::size_t begin = header.sideInfoOffset();
     for (const std::size_t offset :
          {headerBytes + header.sideInfoBytes(), begin + header.sideInfoBytes()}) {

@@ -22,7 +22,7 @@ constexpr std::array<BitRates, 3> mpeg2BitRates{{
 }};
 constexpr std::array<int, 3> mpeg1Rates{44100, 48000, 32000};
 
-/// By how much a version's rates are lower than MPEG-1's.
+/// The divisor of a version's rates relative to MPEG-1's.
 int rateDivisor(MpegVersion version) {
     switch (version) {
     case MpegVersion::mpeg1:

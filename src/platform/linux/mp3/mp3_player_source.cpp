@@ -16,8 +16,8 @@
 
 namespace sonarith::mp3 {
 
-/// All that the thread touches, since it may outlive the player. The mutex is held for copying
-/// alone, never while the file is read.
+/// Everything that the thread accesses, since it may outlive the player. The mutex is held only
+/// while copying, never while the file is read.
 class Mp3PlayerSource::Decoder {
   public:
     explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}
@@ -39,7 +39,7 @@ class Mp3PlayerSource::Decoder {
         room_.notify_all();
     }
 
-    /// Starving if it has fewer frames than the block takes, and more may come.
+    /// Starving if it has fewer frames than the block needs, and more may follow.
     sound::Pulled pull(std::span<sound::StereoFrame> block) {
         const std::lock_guard lock(mutex_);
         const std::size_t frames = queue_.pop(block);
@@ -56,7 +56,7 @@ class Mp3PlayerSource::Decoder {
         if (!file.ok()) {
             return;
         }
-        // Half a minute at the highest rate: it is to begin at once, from slow disks too.
+        // Half a minute at the highest rate: playing must start at once, from slow disks too.
         constexpr std::int64_t surveyedBytes = 1024 * 1024;
         const Result<std::unique_ptr<PcmReader>> reader =
             openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));
@@ -70,7 +70,7 @@ class Mp3PlayerSource::Decoder {
         }
     }
 
-    /// Waits for room. False: the playing was ended.
+    /// Waits for space. False: the playing was ended.
     bool put(std::span<const sound::StereoFrame> frames) {
         std::unique_lock lock(mutex_);
         while (!stop_ && !frames.empty()) {
@@ -84,7 +84,7 @@ class Mp3PlayerSource::Decoder {
 
     const std::filesystem::path path_;
     std::atomic<bool> stop_ = false;
-    std::mutex mutex_; ///< for what follows
+    std::mutex mutex_; ///< protects the members below
     std::condition_variable room_;
     /// Half a second ahead: decoding takes a hundredth of that.
     sound::FrameQueue queue_{sound::frameRate / 2};
@@ -96,13 +96,13 @@ Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock)
     try {
         thread_.emplace([decoder = decoder_] { decoder->run(); });
     } catch (const std::system_error&) {
-        decoder_->end(); // the system has no more threads: it is silent
+        decoder_->end(); // the system cannot create a thread: the source is silent
     }
 }
 
 Mp3PlayerSource::~Mp3PlayerSource() {
-    // A thread that is not in the middle of a reading ends within that time. It is short enough for
-    // the card's thread, on which this may be.
+    // A thread that is not in the middle of a read ends within that time. It is short enough for
+    // the card's thread, on which the destructor may run.
     constexpr std::chrono::milliseconds moment{10};
     decoder_->stop();
     if (thread_) {

@@ -17,20 +17,20 @@ namespace {
 
 const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is set"};
 
-/// A disk that works has named a stopped WAV by then, and the user does not feel it.
+/// A working disk has named a stopped WAV by then, and the user does not notice it.
 constexpr std::chrono::milliseconds stopPatience{40};
-/// A disk that works has told by then whether the files of a completed decoding were changed.
+/// Within this time a working disk reports whether the files of a completed decoding were changed.
 constexpr std::chrono::milliseconds lookPatience{20};
 
-/// Of the logic's path form, or of the machine's.
+/// The file name of a path in the logic's form or the machine's.
 std::string nameIn(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
 } // namespace
 
-/// Reports what became of the decodings of one control. The logic may start a decoding that failed
-/// once more by itself; that fails in the same way, and is said once.
+/// Reports the results of one control's decodings. The logic may restart a failed decoding once by
+/// itself; that fails in the same way, and is reported once.
 class Mpg123Control::Reporter {
   public:
     explicit Reporter(Notices& notices) : notices_(notices) {}
@@ -46,7 +46,7 @@ class Mpg123Control::Reporter {
         }
         notices_.report({std::move(text)});
     }
-    /// The next decoding is the user's.
+    /// The next decoding was started by the user.
     void forget() {
         const std::lock_guard lock(mutex_);
         last_.clear();
@@ -59,7 +59,7 @@ class Mpg123Control::Reporter {
 };
 
 Division divisionForThisMachine() {
-    constexpr unsigned most = 32; // each takes half a megabyte, and no disk feeds more
+    constexpr unsigned most = 32; // each takes half a megabyte, and no disk is fast enough for more
     Division division;
     division.threads = std::clamp(std::thread::hardware_concurrency(), 1U, most);
     return division;
@@ -131,7 +131,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
     }
     const DecodeNames names{nameIn(sourceFile_), nameIn(path), order.target.parent_path()};
     const bool mayBeSpared = former.has_value();
-    job_.reset(); // stops it before the next one begins
+    job_.reset(); // its destructor stops it before the next one begins
     job_ = std::make_unique<DecodeJob>(
         order,
         [reporter = reporter_, names](const DecodeResult& result) {
@@ -150,7 +150,7 @@ DecodeResult Mpg123Control::lastResult() const {
 
 void Mpg123Control::endPlaying() {
     if (playing_) {
-        // The card may have released it at its end, or another control may have the line by now.
+        // The card may have released it at its end, or another control may use the line by now.
         card_.detachSource(sound::Line::waveOut, *playing_);
         playing_.reset();
     }

@@ -5,7 +5,7 @@
 
 namespace sonarith::mp3 {
 
-/// A control that is known for as long as it lives.
+/// A control that is registered during its lifetime.
 class Mpg123Controls::Registered final : public Mpg123Control {
   public:
     Registered(const Mpg123Controls& maker, std::shared_ptr<std::set<ActiveMP3*>> alive)

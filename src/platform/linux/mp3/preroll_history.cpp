@@ -5,16 +5,16 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// The library's synthesis window turns by 4 (MPEG-1) or 2 (MPEG-2) of its 16 places with each
-/// frame, and its rounding differs from place to place: after 8 frames it is where it began.
+/// The library's synthesis window advances by 4 (MPEG-1) or 2 (MPEG-2) of its 16 positions per
+/// frame, and its rounding depends on the position: after 8 frames it is at its starting position.
 constexpr std::int64_t windowTurn = 8;
-/// At least so many frames early. One would do for the overlap of neighbouring frames, which is all
-/// that lasts; the rest was measured to be safe, and costs little.
+/// The minimum number of preceding frames. One would suffice for the overlap of neighbouring
+/// frames, the only lasting effect; the rest was measured to be safe, and costs little.
 constexpr std::int64_t leastFrames = 24;
-/// So many of these before the boundary must find all they build on.
+/// For this many frames before the boundary, all data that they refer to must be available.
 constexpr std::int64_t soundFrames = 8;
-/// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) bring one byte of
-/// main data, and a frame may reach back over 255: so many frames are enough for any stream.
+/// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
+/// data, and a frame may refer back over 255: this many frames are enough for any stream.
 constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
 
 } // namespace

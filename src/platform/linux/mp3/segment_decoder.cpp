@@ -14,8 +14,8 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// Frames that are handed over together: enough that the system calls do not count, few enough
-/// that a stop loses no sound worth keeping, on however many cores.
+/// Frames per batch: enough that the cost of system calls does not matter, few enough that a stop
+/// loses no significant sound, on any number of cores.
 constexpr std::int64_t framesPerBatch = 32;
 
 Error changedSource() {
@@ -44,7 +44,8 @@ class SegmentRun {
             }
             const Bytes bytes = frames_.bytesOf(*frame);
             const std::span<const std::int16_t> samples = decoder.decode(*frame, bytes);
-            const bool mine = frame->number >= first; // others are checked by others
+            const bool mine =
+                frame->number >= first; // frames before it are checked in their own segment
             if (mine && until_ == Until::segmentEnd && !decoder.silencedLast() &&
                 check_.isBroken(*frame, bytes, samples)) {
                 return {SegmentEnd::broken};
@@ -81,7 +82,7 @@ class SegmentRun {
         return {};
     }
 
-    /// What was decoded of the frames before `done`, and was not handed over yet.
+    /// Passes on the samples of the frames before `done` that have not been passed on yet.
     SegmentOutcome handOver(std::int64_t done) {
         const Result<bool> goOn =
             take_(done, trim_.keptBefore(batchFrame_ * format_.samplesPerFrame()), batch_);

@@ -40,7 +40,7 @@ std::optional<Segment> SegmentSchedule::rest() const {
     return end_ ? std::optional(end_->segment) : std::nullopt;
 }
 
-/// All before the first segment that is not complete are, since they are taken in order.
+/// Everything before the first incomplete segment is complete, since segments are taken in order.
 std::int64_t SegmentSchedule::wholeFrames() const {
     std::int64_t frames = index_.count().framesDecoded;
     for (const Work& work : works_) {

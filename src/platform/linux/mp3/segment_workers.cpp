@@ -28,7 +28,7 @@ Decoded SegmentWorkers::run() {
             threads.emplace_back([this, worker] { work(worker); });
         }
     } catch (const std::system_error&) {
-        // The system has no more threads: those that there are do it all.
+        // The system cannot create more threads: the existing ones do all the work.
     }
     work(0);
     for (std::thread& thread : threads) {
@@ -44,7 +44,7 @@ Decoded SegmentWorkers::run() {
         }
     }
     if (stop_) {
-        decoded.failure.reset(); // a reading that the stop made fail is no failure
+        decoded.failure.reset(); // a read that failed because of the stop is no failure
     }
     decoded.samples = trim_.keptBefore(frames * format_.samplesPerFrame());
     decoded.count = schedule_.count();
@@ -83,20 +83,20 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
         });
 }
 
-/// After a full disk: what others wrote behind the place took the room that was missing there.
-/// Whether there is room now.
+/// After a full disk: samples that other workers wrote after this position took the space that was
+/// missing. Returns whether there is space now.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
 }
 
-/// Goes on alone from that segment to the end. All before it is complete, and without broken
-/// frames, so that a fresh decoder comes to it in the same state as one from the beginning. Returns
-/// the frame before which all are in the WAV.
+/// Continues alone from that segment to the end. Everything before it is complete and without
+/// broken frames, so that a new decoder reaches it in the same state as one from the beginning.
+/// Returns the frame before which everything is in the WAV.
 std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
     std::int64_t frames = rest.firstFrame;
     decoded.sequentialFrom = frames;
-    // The scan goes on with it, for what it counts and for the progress.
+    // The scan continues in parallel, for its counts and the progress.
     std::int64_t scanned = 0;
     SegmentOutcome outcome = decodeSegment(
         source_, format_, trim_, rest,
@@ -116,7 +116,7 @@ std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
         Until::streamEnd);
     decoded.complete = outcome.end == SegmentEnd::complete;
     decoded.failure = std::move(outcome.failure);
-    while (!stop_ && schedule_.skim()) { // what comes after the last frame counts, too
+    while (!stop_ && schedule_.skim()) { // data after the last frame count, too
     }
     return frames;
 }

@@ -16,7 +16,7 @@ struct FormatCount {
     std::int64_t frames = 0;
 };
 
-/// Counts the frames of each format. There are 54 formats, and mostly one.
+/// Counts the frames of each format. 54 formats exist, and usually one occurs.
 class FormatCounts {
   public:
     void add(const Frame& frame, FrameScanner& scanner) {
@@ -26,7 +26,7 @@ class FormatCounts {
         ++counts_[last_].frames;
     }
     [[nodiscard]] std::optional<StreamFormat> most() const {
-        const auto most = std::max_element( // the first of equals
+        const auto most = std::max_element( // the first of equal counts
             counts_.begin(), counts_.end(),
             [](const FormatCount& a, const FormatCount& b) { return a.frames < b.frames; });
         return most == counts_.end() ? std::nullopt : std::optional(most->format);
@@ -46,7 +46,7 @@ class FormatCounts {
         return index;
     }
 
-    std::vector<FormatCount> counts_; ///< in the order of the first frames
+    std::vector<FormatCount> counts_; ///< in the order of their first frames
     std::size_t last_ = 0;
 };
 

@@ -25,7 +25,7 @@ TargetTurn::Table& TargetTurn::table() {
 std::optional<TargetTurn> TargetTurn::take(const files::SavePlace& place,
                                            const std::atomic<bool>& stop) {
     struct stat folder {};
-    static_cast<void>(::fstat(place.folder.get(), &folder)); // it is open
+    static_cast<void>(::fstat(place.folder.get(), &folder)); // cannot fail: the folder is open
     Place wanted(folder.st_dev, folder.st_ino, place.name);
     Table& turns = table();
     std::unique_lock lock(turns.mutex);
@@ -39,7 +39,7 @@ std::optional<TargetTurn> TargetTurn::take(const files::SavePlace& place,
 
 void TargetTurn::wakeWaiting() {
     Table& turns = table();
-    // Taken and released: a thread between its look at `stop` and its wait is waited for.
+    // Locked and unlocked, so that a thread between its check of `stop` and its wait is not missed.
     { const std::lock_guard lock(turns.mutex); }
     turns.changed.notify_all();
 }

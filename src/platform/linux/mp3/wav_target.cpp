@@ -28,7 +28,7 @@ Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
         return {ErrorNumber::badFileName, "there is no name to write to"};
     }
     std::error_code noSuchFile;
-    if (fs::is_directory(target, noSuchFile)) { // better known now than after the work
+    if (fs::is_directory(target, noSuchFile)) { // reported now rather than after the work
         return files::systemError(EISDIR, target);
     }
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
@@ -50,8 +50,8 @@ Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> sample
                           samples.size_bytes());
     Status status = write(offset, bytes);
     if (status.ok()) {
-        // The disk begins at once, so that little is left to wait for at the end. It is no more
-        // than a hint: file systems without it lose nothing.
+        // Starts writing to the disk at once, so that little remains for the end. It is only a
+        // hint: file systems without it are not affected.
         static_cast<void>(::sync_file_range(file_.descriptor().get(), offset,
                                             static_cast<off_t>(bytes.size()),
                                             SYNC_FILE_RANGE_WRITE));
@@ -77,7 +77,7 @@ Status WavTarget::write(std::int64_t offset, std::span<const std::uint8_t> bytes
 
 Result<std::int64_t> WavTarget::finish(std::int64_t samples) {
     const bool large = samples * bytesPerFrame() > longestWavBytes_;
-    // First what was placed after the end: on a full disk it is the only room there is.
+    // First drops the samples after the end: on a full disk their space is the only free space.
     if (const Status status = cutTo(samples); !status.ok()) {
         return status.error();
     }
@@ -111,18 +111,19 @@ Status WavTarget::cut(std::int64_t bytes) {
                : Status(files::systemError(errno, target_));
 }
 
-/// How many of `samples` can be moved up by `distance`: where there is no room beyond them, as many
-/// as do not need it.
+/// How many of `samples` can be moved up by `distance`: if there is no space after them, as many as
+/// need none.
 std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
     const std::vector<std::uint8_t> beyond(static_cast<std::size_t>(distance));
     const bool hasRoom = write(sound::wavHeaderBytes + samples * bytesPerFrame(), beyond).ok();
     return hasRoom ? samples : samples - (distance + bytesPerFrame() - 1) / bytesPerFrame();
 }
 
-/// Makes room for the larger header, from the end of the samples to their beginning. Keeping the
-/// room free in each file would cost the small ones their plain header.
+/// Makes space for the larger header, from the end of the samples to their beginning. Reserving the
+/// space in each file would cost small files their plain header.
 Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
-    std::vector<std::uint8_t> block(256 * 1024); // large enough that the calls do not count
+    std::vector<std::uint8_t> block(
+        256 * 1024); // large enough that the cost of system calls does not matter
     for (std::int64_t left = bytes; left > 0;) {
         const auto count = std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size()));
         const std::int64_t offset = sound::wavHeaderBytes + left - count;
