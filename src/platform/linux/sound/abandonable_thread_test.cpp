@@ -24,7 +24,7 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
     EXPECT_EQ(owned.use_count(), 1) << "the body is gone when leave returns";
 }
 
-TEST(AbandonableThread, LeavesABodyBehindThatDoesNotReturn) {
+TEST(AbandonableThread, LeavesAHangingBodyBehind) {
     std::promise<void> release;
     const auto finished = std::make_shared<std::atomic<bool>>(false);
     {

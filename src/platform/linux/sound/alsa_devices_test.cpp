@@ -57,7 +57,7 @@ TEST(AlsaDevices, OutputsAreServersRealDevicesAndTheUsersOwn) {
                             "none"));
 }
 
-TEST(AlsaDevices, InputsAreTheSameKindsThatCanHear) {
+TEST(AlsaDevices, InputsAreTheSameKindsThatCanCapture) {
     EXPECT_THAT(namesOf(choosable(hintsOfAMachine(), SND_PCM_STREAM_CAPTURE)),
                 ElementsAre("default", "jack", "pipewire", "pulse", "living-room",
                             "hw:CARD=PCH,DEV=0", "plughw:CARD=PCH,DEV=0", "sysdefault:CARD=PCH",

@@ -41,7 +41,7 @@ int longestRun(const Frames& frames) {
     return longest;
 }
 
-TEST(AlsaInput, RecordsWhatTheServersMonitorHears) {
+TEST(AlsaInput, RecordsTheServersMonitor) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     // One card plays and another one listens, as two programs would.
@@ -60,7 +60,7 @@ TEST(AlsaInput, RecordsWhatTheServersMonitorHears) {
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 
-TEST(AlsaInput, IsSilentWhereThereIsNoDevice) {
+TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     const auto input = makeInput("no-such-device")->acquire();
     Frames block(441, StereoFrame{1, 1});
     const Pulled pulled = input->pull(block);

@@ -80,7 +80,7 @@ class PlayingCard {
 /// Half a second of the card's sound; what one wait of a test plays.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
-TEST(AlsaOutput, BringsEverySampleOfASoundToTheServer) {
+TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     ASSERT_TRUE(server.listen());
@@ -90,7 +90,7 @@ TEST(AlsaOutput, BringsEverySampleOfASoundToTheServer) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, CapturesTheWholeSoundThoughTheServerDiesInMidPlay) {
+TEST(AlsaOutput, CapturesTheWholeSoundIfTheServerDiesWhilePlaying) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     PlayingCard playing("default");
@@ -100,7 +100,7 @@ TEST(AlsaOutput, CapturesTheWholeSoundThoughTheServerDiesInMidPlay) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, IsHeardAgainWhenTheServerIsBack) {
+TEST(AlsaOutput, PlaysAgainWhenTheServerRunsAgain) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     PlaybackTiming timing;
@@ -119,7 +119,7 @@ TEST(AlsaOutput, IsHeardAgainWhenTheServerIsBack) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, NeitherStopsTheCardNorItsOwnEndWhereTheServerHangs) {
+TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     {
@@ -134,7 +134,7 @@ TEST(AlsaOutput, NeitherStopsTheCardNorItsOwnEndWhereTheServerHangs) {
     server.kill(); // lets a thread that was left behind come back
 }
 
-TEST(AlsaOutput, PlaysToNobodyWhereTheDeviceDoesNotExist) {
+TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
     testing::internal::CaptureStderr();
     {
         PlayingCard playing("no-such-device");
@@ -144,7 +144,7 @@ TEST(AlsaOutput, PlaysToNobodyWhereTheDeviceDoesNotExist) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library's own messages";
 }
 
-TEST(AlsaOutput, TakesAnEmptyNameAndNoneForNoOutput) {
+TEST(AlsaOutput, TreatsAnEmptyNameAndNoneAsNoOutput) {
     EXPECT_NE(std::dynamic_pointer_cast<NullOutput>(makeOutput("")), nullptr);
     EXPECT_NE(std::dynamic_pointer_cast<NullOutput>(makeOutput("none")), nullptr);
     EXPECT_EQ(std::dynamic_pointer_cast<NullOutput>(makeOutput("default")), nullptr);

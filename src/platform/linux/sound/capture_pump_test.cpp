@@ -49,17 +49,17 @@ class CapturePumpTest : public testing::Test {
     CaptureTiming timing{.retryAfter = 1ms, .patience = 30s};
 };
 
-TEST_F(CapturePumpTest, IsSilentWhereTheDeviceHasNothing) {
+TEST_F(CapturePumpTest, IsSilentWhileTheDeviceHasNoData) {
     CapturePump pump(opener(), timing);
     EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
 }
 
-TEST_F(CapturePumpTest, IsSilentWhereThereIsNoDevice) {
+TEST_F(CapturePumpTest, IsSilentIfThereIsNoDevice) {
     CapturePump pump([] { return nullptr; }, timing);
     EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
 }
 
-TEST_F(CapturePumpTest, DeliversWhatTheDeviceHearsWithoutAGap) {
+TEST_F(CapturePumpTest, DeliversTheDevicesSoundWithoutAGap) {
     device->provide(20'000);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
@@ -84,7 +84,7 @@ TEST_F(CapturePumpTest, WaitsForACushionAfterItRanOut) {
     EXPECT_THAT(pullSound(pump, 441), IsSound(pattern(441 * 7, 441)));
 }
 
-TEST_F(CapturePumpTest, StartsADeviceAgainThatWasOverrun) {
+TEST_F(CapturePumpTest, RestartsADeviceAfterAnOverrun) {
     device->refusals = {-EPIPE, -ESTRPIPE};
     device->provide(10'000);
     CapturePump pump(opener(), timing);
@@ -102,7 +102,7 @@ TEST_F(CapturePumpTest, OpensALostDeviceAgain) {
     EXPECT_EQ(device->closed, 1);
 }
 
-TEST_F(CapturePumpTest, DropsTheOldestWhereNobodyPulls) {
+TEST_F(CapturePumpTest, DropsTheOldestFramesIfNothingPulls) {
     device->provide(3 * frameRate);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
@@ -110,7 +110,7 @@ TEST_F(CapturePumpTest, DropsTheOldestWhereNobodyPulls) {
     EXPECT_THAT(block, IsSound(pattern(3 * frameRate - frameRate / 2, 441)));
 }
 
-TEST_F(CapturePumpTest, DoesNotDelayItsEndForADeviceThatHangs) {
+TEST_F(CapturePumpTest, DoesNotDelayItsDestructorForAHangingDevice) {
     device->hangs = true;
     timing.patience = 1ms;
     {
@@ -121,7 +121,7 @@ TEST_F(CapturePumpTest, DoesNotDelayItsEndForADeviceThatHangs) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(CapturePumpTest, SaysWhetherTheDeviceCouldBeOpened) {
+TEST_F(CapturePumpTest, ReportsWhetherTheDeviceCouldBeOpened) {
     {
         CapturePump pump(opener(), timing);
         EXPECT_EQ(pump.opening(30s), CapturePump::Opening::open);
@@ -145,7 +145,7 @@ TEST_F(CapturePumpTest, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_TRUE(eventually([&] { return device.use_count() == 1; }));
 }
 
-TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndGoesOnWithIt) {
+TEST_F(CapturePumpTest, IsSilentWhileTheDeviceIsUnpluggedAndContinuesAfterwards) {
     fakes::DeviceReports reports;
     device->provide(441 * 20);
     {

@@ -115,13 +115,13 @@ TEST_F(CardMixerTest, HasEachControlOnceWithAnIdentifierOfItsOwn) {
     }
 }
 
-TEST_F(CardMixerTest, BeginsFullOpenNeutralAndSilent) {
+TEST_F(CardMixerTest, StartsAtFullVolumeUnmutedNeutralAndSilent) {
     for (const Place& place : allControls()) {
         EXPECT_EQ(get(place.line, place.type), place.start) << place.line << " " << place.type;
     }
 }
 
-TEST_F(CardMixerTest, KeepsWhatIsWrittenAndTakesNothingOutOfRange) {
+TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsThoseOutOfRange) {
     for (const Place& place : allControls()) {
         if (place.highest < 0) {
             EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue) << "a meter";
@@ -138,7 +138,7 @@ TEST_F(CardMixerTest, KeepsWhatIsWrittenAndTakesNothingOutOfRange) {
     }
 }
 
-TEST_F(CardMixerTest, CallsBackForBassAndTrebleAlone) {
+TEST_F(CardMixerTest, CallsBackOnlyForBassAndTreble) {
     for (const Place& place : allControls()) {
         static_cast<void>(set(place.line, place.type, 1));
     }
@@ -147,7 +147,7 @@ TEST_F(CardMixerTest, CallsBackForBassAndTrebleAlone) {
     EXPECT_EQ(toneChanges, 2);
 }
 
-TEST_F(CardMixerTest, AnswersWhatACardLacks) {
+TEST_F(CardMixerTest, ReportsWhatACardLacks) {
     MixerLine line{mixerLineSize, 99, 0x1004};
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidLine);
     EXPECT_EQ(line.dwLineID, 99U);
@@ -198,7 +198,7 @@ TEST_F(CardMixerTest, RefusesRecordsOfAWrongSizeAndMissingBlocks) {
     EXPECT_EQ(card.masterVolume(), 65535);
 }
 
-TEST_F(CardMixerTest, TakesEveryHandleThatWasOpenedAndNoOther) {
+TEST_F(CardMixerTest, AcceptsEveryOpenedHandleAndNoOther) {
     MixerHandle second = 0;
     EXPECT_EQ(mixer.open(second), MixerResult::noError);
     EXPECT_NE(second, handle);
@@ -324,7 +324,7 @@ TEST_F(CardMixerTest, NeutralAgainAfterABoostChangesNoSample) {
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
 
-TEST_F(CardMixerTest, RecordsBitForBitWhateverTheSlidersDo) {
+TEST_F(CardMixerTest, RecordsBitForBitAtAnySliderPosition) {
     const auto tape = std::make_shared<MemorySink>();
     card.startRecording(tape, now);
     play(Line::compactDisc, std::make_shared<PatternSource>());
@@ -366,7 +366,7 @@ TEST_F(CardMixerTest, AMoveOfASliderIsARampAndNoClick) {
     }
 }
 
-TEST_F(CardMixerTest, ABoostOfALoudSoundIsTurnedDownAndNotClipped) {
+TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     constexpr double hz = 60;
     play(Line::compactDisc, std::make_shared<ToneSource>(hz, 32'700));
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
@@ -379,7 +379,7 @@ TEST_F(CardMixerTest, ABoostOfALoudSoundIsTurnedDownAndNotClipped) {
     EXPECT_LT(decibels(amplitudeAt(heard, 5 * hz, frameRate) / whole), -50);
 }
 
-TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasTurnedDown) {
+TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasAttenuated) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<ToneSource>(60, 32'700));
     hear(1s);
@@ -388,7 +388,7 @@ TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasTurnedDown) {
     EXPECT_NEAR(amplitudeAt(fakes::leftOf(hear(1s)), 1000, frameRate), 4000, 40);
 }
 
-TEST_F(CardMixerTest, AVolumeThatIsTurnedDownLeavesRoomForABoost) {
+TEST_F(CardMixerTest, AReducedVolumeLeavesHeadroomForABoost) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::volume, 65535 / 5), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<ToneSource>(40, 32'700));
@@ -406,7 +406,7 @@ TEST_F(CardMixerTest, SilenceStaysSilenceUnderABoost) {
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
 }
 
-TEST_F(CardMixerTest, ASoundAfterARestBeginsWithTheToneThatIsSet) {
+TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     play(Line::compactDisc, std::make_shared<PatternSource>(441));
     hear(20ms);
     EXPECT_FALSE(card.active());

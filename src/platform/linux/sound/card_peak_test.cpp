@@ -67,7 +67,7 @@ TEST(CardPeak, IsEachTimeTheLargestSampleSinceTheLastReading) {
     }
 }
 
-TEST(CardPeak, HoldsBetweenTwoBlocksAndIsZeroOnceNothingComes) {
+TEST(CardPeak, HoldsBetweenTwoBlocksAndIsZeroWithoutSound) {
     SoundCard card;
     Frames sound(blockFrames, {5, -900});
     card.attach(Line::compactDisc, std::make_shared<ListSource>(sound), 0ns);
@@ -80,7 +80,7 @@ TEST(CardPeak, HoldsBetweenTwoBlocksAndIsZeroOnceNothingComes) {
     EXPECT_EQ(card.recorderPeak(10s), 0);
 }
 
-TEST(CardPeak, IsZeroAtAReadingThatComesLongAfterTheSound) {
+TEST(CardPeak, IsZeroAtAReadingLongAfterTheSound) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ListSource>(Frames(441, {900, 0})), 0ns);
     card.advance(10ms);
@@ -111,7 +111,7 @@ TEST(CardPeak, IsTakenBeforeVolumesAndMutes) {
     EXPECT_EQ(card.recorderPeak(10ms), 32768);
 }
 
-TEST(CardPeak, TellsTheRecordersSourceAndTheWaveLineApart) {
+TEST(CardPeak, DistinguishesTheRecordersSourceFromTheWaveLine) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ConstantSource>(StereoFrame{100, 0}), 0ns);
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{0, -200}), 0ns);
@@ -141,7 +141,7 @@ TEST(CardPeak, OfAllThatIsPlayedIsThatOfTheSumThatIsRecorded) {
     EXPECT_EQ(card.recorderPeak(20ms), 32767) << "the sum is clipped, and so is what is recorded";
 }
 
-TEST(CardPeak, IsZeroForASourceThatBringsNothingBesideOneThatPlays) {
+TEST(CardPeak, IsZeroForASilentSourceBesideOneThatPlays) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{700, 0}), 0ns);
     card.advance(10ms);

@@ -74,7 +74,7 @@ TEST(CardThreads, RecordABitForBitTrackWhileTheMixerIsUsed) {
                 IsSound(pattern(0, played)));
 }
 
-TEST(CardThreads, OpenAndCloseAnInputFromSeveralSides) {
+TEST(CardThreads, OpenAndCloseAnInputConcurrently) {
     const auto device = std::make_shared<CaptureDevice>();
     {
         SoundCard card;

@@ -100,7 +100,7 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     EXPECT_THAT(first.frames(), IsSound(pattern(4 * 441, 1000)));
 }
 
-TEST_F(CardWaveInputTest, RunsAtTheFormatsPaceWhetherAnythingPlaysOrNot) {
+TEST_F(CardWaveInputTest, RunsAtTheFormatsRateWithAndWithoutSound) {
     open(meterFormat);
     std::array<Buffer, 2> buffers{Buffer(800), Buffer(800)};
     for (Buffer& buffer : buffers) {
@@ -127,7 +127,7 @@ TEST_F(CardWaveInputTest, RunsAtTheFormatsPaceWhetherAnythingPlaysOrNot) {
     EXPECT_FALSE(card.active()) << "the card rests again";
 }
 
-TEST_F(CardWaveInputTest, HearsWhatTheRecordingHearsAndDisturbsItNot) {
+TEST_F(CardWaveInputTest, ReceivesTheRecordingsSoundWithoutAffectingIt) {
     const auto tape = std::make_shared<MemorySink>();
     open(cardFormat);
     Buffer buffer(4 * 4410);
@@ -205,7 +205,7 @@ TEST_F(CardWaveInputTest, OpensOneDeviceOnce) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputTest, TakesNoBufferThatHoldsNoWholeFrame) {
+TEST_F(CardWaveInputTest, RejectsABufferSmallerThanAFrame) {
     open(cardFormat);
     Buffer tiny(3);
     EXPECT_EQ(input.prepareHeader(handle, tiny.header), WaveResult::invalidParameter);
@@ -232,7 +232,7 @@ TEST_F(CardWaveInputTest, NamesEachError) {
     EXPECT_EQ(std::adjacent_find(texts.begin(), texts.end()), texts.end());
 }
 
-TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsEnd) {
+TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
     Buffer buffer(4 * 4410);
     {
         CardWaveInput ending(card, [this] { return now; });
@@ -337,7 +337,7 @@ class AnyOrder {
     bool running_ = false;
 };
 
-TEST(CardWaveInput, AnswersInEveryOrderOfFourOperationsFromEachState) {
+TEST(CardWaveInput, ReturnsTheModelsResultsInEveryOrderOfFourOperations) {
     const std::vector<std::vector<int>> beginnings{{},        {0},          {0, 1},
                                                    {0, 1, 3}, {0, 1, 3, 4}, {0, 1, 3, 4, 8}};
     for (const std::vector<int>& beginning : beginnings) {
@@ -356,7 +356,7 @@ TEST(CardWaveInput, AnswersInEveryOrderOfFourOperationsFromEachState) {
     }
 }
 
-TEST(CardWaveInput, AnswersInLongRandomOrders) {
+TEST(CardWaveInput, ReturnsTheModelsResultsInLongRandomOrders) {
     for (unsigned seed = 0; seed < 20; ++seed) {
         std::mt19937 random(seed);
         AnyOrder device;
@@ -406,7 +406,7 @@ TEST_F(CardWaveInputExternal, IsOpenWhileTheInputRunsAndNoLonger) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputExternal, BringsItsSoundToBuffersPeakAndRecordingAndNotToTheDisc) {
+TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeakAndRecordingButNotToTheDisc) {
     const auto tape = std::make_shared<MemorySink>();
     device->provide(20 * 441);
     open(cardFormat);
@@ -427,7 +427,7 @@ TEST_F(CardWaveInputExternal, BringsItsSoundToBuffersPeakAndRecordingAndNotToThe
     EXPECT_THAT(tape->frames(), IsSound(pattern(0, 4 * 441)));
 }
 
-TEST_F(CardWaveInputExternal, IsAnErrorThatNamesTheDeviceWhereItCannotBeOpened) {
+TEST_F(CardWaveInputExternal, IsAnErrorThatNamesTheDeviceIfItCannotBeOpened) {
     device->missing = true;
     WaveInHandle other = 5;
     // On a machine under load the answer may come too late, and the open then succeeds.
@@ -481,7 +481,7 @@ TEST_F(CardWaveInputExternal, ClosesWhenAnotherSourceIsChosenAndOpensWithIt) {
 
 // --- beside the card's thread ------------------------------------------------------------------
 
-TEST(CardWaveInput, FillsBuffersBesideTheCardsThread) {
+TEST(CardWaveInput, FillsBuffersConcurrentlyWithTheCardsThread) {
     SoundCard card;
     const SoundCardThread thread(card);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), monotonicNow());

@@ -20,7 +20,7 @@ class DeviceNoticesTest : public testing::Test {
     ReportDevice output = reportTo(notices, SoundDevice::output, "hw:0");
 };
 
-TEST_F(DeviceNoticesTest, TellOnceOfALossAndOnceOfTheReturnHoweverOftenItIsTried) {
+TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenItIsTried) {
     output(DeviceState::works);
     EXPECT_THAT(board.texts(), IsEmpty());
     for (int attempt = 0; attempt < 3; ++attempt) {
@@ -37,7 +37,7 @@ TEST_F(DeviceNoticesTest, TellOnceOfALossAndOnceOfTheReturnHoweverOftenItIsTried
     EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss";
 }
 
-TEST_F(DeviceNoticesTest, PassOverRepetitionsThemselves) {
+TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
     test::FakeNotices told;
     const ReportDevice device =
         reportTo(std::make_shared<DeviceNotices>(told), SoundDevice::output, "hw:0");
@@ -50,7 +50,7 @@ TEST_F(DeviceNoticesTest, PassOverRepetitionsThemselves) {
                             "settled output hw:0: The sound output \"hw:0\" is back."));
 }
 
-TEST_F(DeviceNoticesTest, TellOfInputAndOutputOfOneNameApart) {
+TEST_F(DeviceNoticesTest, DistinguishInputAndOutputOfOneName) {
     output(DeviceState::lost);
     reportTo(notices, SoundDevice::input, "hw:0")(DeviceState::lost);
     EXPECT_THAT(board.texts(), SizeIs(2));
@@ -59,7 +59,7 @@ TEST_F(DeviceNoticesTest, TellOfInputAndOutputOfOneNameApart) {
               "or was unplugged. The input is silent until it is back.");
 }
 
-TEST_F(DeviceNoticesTest, CallTheDefaultDeviceByWords) {
+TEST_F(DeviceNoticesTest, DescribeTheDefaultDevice) {
     reportTo(notices, SoundDevice::output, "default")(DeviceState::lost);
     EXPECT_THAT(board.texts().front(), testing::StartsWith("The default sound output cannot"));
 }

@@ -12,7 +12,7 @@ namespace {
 
 using fakes::IsSound;
 
-TEST(FrameQueue, GivesFramesBackInTheirOrderAcrossTheEndOfItsStore) {
+TEST(FrameQueue, ReturnsFramesInOrderAcrossTheEndOfItsBuffer) {
     FrameQueue queue(10);
     std::int64_t in = 0;
     std::int64_t out = 0;
@@ -27,7 +27,7 @@ TEST(FrameQueue, GivesFramesBackInTheirOrderAcrossTheEndOfItsStore) {
     EXPECT_TRUE(queue.empty());
 }
 
-TEST(FrameQueue, TakesOnlyWhatFits) {
+TEST(FrameQueue, AcceptsOnlyFramesThatFit) {
     FrameQueue queue(10);
     EXPECT_EQ(queue.push(fakes::pattern(0, 8)), 8U);
     EXPECT_EQ(queue.push(fakes::pattern(8, 8)), 2U);
@@ -37,7 +37,7 @@ TEST(FrameQueue, TakesOnlyWhatFits) {
     EXPECT_THAT(taken, IsSound(fakes::pattern(0, 10)));
 }
 
-TEST(FrameQueue, LeavesTheRestOfWhatItIsTakenIntoAsItWas) {
+TEST(FrameQueue, LeavesTheRestOfTheOutputUnchanged) {
     FrameQueue queue(3);
     queue.push(fakes::pattern(0, 1));
     std::vector<StereoFrame> taken = fakes::pattern(7, 2);
@@ -74,7 +74,7 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundAndNotAfterIt) {
     EXPECT_EQ(queue.size(), 3U);
 }
 
-TEST(FrameQueue, UsesNoMoreMemoryThanWhatItHoldsAtOnce) {
+TEST(FrameQueue, UsesOnlyTheMemoryForFramesHeldAtOnce) {
     constexpr std::size_t capacity = 16 * 1024 * 1024; // 64 MiB
     constexpr std::size_t batch = 4410;
     FrameQueue queue(capacity);

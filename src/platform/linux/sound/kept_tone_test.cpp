@@ -30,7 +30,7 @@ TEST_F(KeptToneTest, IsNeutralAtTheFirstStart) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(KeptToneTest, TakesTheEndsOfTheRange) {
+TEST_F(KeptToneTest, AcceptsTheEndsOfTheRange) {
     store.put("Devices", "Bass", "0");
     store.put("Devices", "Treble", "65535");
     const KeptTone kept(tone, store, loop);
@@ -38,7 +38,7 @@ TEST_F(KeptToneTest, TakesTheEndsOfTheRange) {
     EXPECT_EQ(tone.treble(), 65535);
 }
 
-TEST_F(KeptToneTest, TakesWhatIsNoPositionForTheMiddle) {
+TEST_F(KeptToneTest, TreatsInvalidPositionsAsTheMiddle) {
     for (const char* text :
          {"", "loud", "-1", "65536", "99999999999999999999", "100x", " 100", "1.5", "0x10", "+5"}) {
         store.put("Devices", "Bass", text);
@@ -79,7 +79,7 @@ TEST_F(KeptToneTest, WritesBothSlidersAtOnce) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, IsWrittenAtTheEndIfItStillMoved) {
+TEST_F(KeptToneTest, IsWrittenAtTheEndIfItWasStillMoving) {
     KeptTone kept(tone, store, loop);
     tone.setTreble(6);
     kept.changed();
@@ -90,7 +90,7 @@ TEST_F(KeptToneTest, IsWrittenAtTheEndIfItStillMoved) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, WritesNothingForASliderThatCameBack) {
+TEST_F(KeptToneTest, WritesNothingForASliderThatReturnedToItsPosition) {
     store.put("Devices", "Bass", "100");
     KeptTone kept(tone, store, loop);
     tone.setBass(200);

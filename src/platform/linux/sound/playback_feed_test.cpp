@@ -23,7 +23,7 @@ std::vector<StereoFrame> taken(PlaybackFeed& feed, std::size_t wanted) {
     return frames;
 }
 
-TEST(PlaybackFeed, GivesWhatWasAdded) {
+TEST(PlaybackFeed, ReturnsAddedFrames) {
     PlaybackFeed feed;
     feed.add(pattern(0, 100));
     feed.awaitSound();
@@ -32,7 +32,7 @@ TEST(PlaybackFeed, GivesWhatWasAdded) {
     EXPECT_TRUE(taken(feed, 60).empty());
 }
 
-TEST(PlaybackFeed, KeepsSilenceForAnOpenDeviceAlone) {
+TEST(PlaybackFeed, KeepsSilenceOnlyForAnOpenDevice) {
     PlaybackFeed feed;
     feed.add(silence(10));
     EXPECT_TRUE(taken(feed, 10).empty());
@@ -51,7 +51,7 @@ TEST(PlaybackFeed, DropsTheSilenceBeforeTheSoundThatItWaitsFor) {
     EXPECT_THAT(taken(feed, 20), IsSound(pattern(0, 5)));
 }
 
-TEST(PlaybackFeed, DropsWhatASlowDeviceLeavesTooLong) {
+TEST(PlaybackFeed, DropsFramesThatASlowDeviceDoesNotTake) {
     PlaybackFeed feed;
     feed.add(pattern(0, frameRate));
     EXPECT_THAT(taken(feed, frameRate), IsSound(pattern(0, frameRate / 4)));
@@ -60,7 +60,7 @@ TEST(PlaybackFeed, DropsWhatASlowDeviceLeavesTooLong) {
     EXPECT_TRUE(taken(feed, 100).empty());
 }
 
-TEST(PlaybackFeed, EndsEveryWaitWhenItIsTimeToLeave) {
+TEST(PlaybackFeed, EndsEveryWaitWhenAskedToEnd) {
     PlaybackFeed feed;
     EXPECT_FALSE(feed.isLeaving());
     std::thread leaver([&] { feed.leave(); });

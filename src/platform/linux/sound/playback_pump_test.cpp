@@ -131,7 +131,7 @@ class PlaybackPumpTest : public testing::Test {
         .dryAfter = 1h, .closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
 };
 
-TEST_F(PlaybackPumpTest, LetsAShortSoundBeHeardWhole) {
+TEST_F(PlaybackPumpTest, PlaysAShortSoundCompletely) {
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 1000);
     EXPECT_TRUE(eventually([&] { return device->stopped == 1; }));
@@ -171,7 +171,7 @@ TEST_F(PlaybackPumpTest, WakesTheDeviceOnceForThreeBlocksOfTheCard) {
     EXPECT_EQ(device->offered.size(), 7U * 5U);
 }
 
-TEST_F(PlaybackPumpTest, KeepsTheEndOfASoundNoLongerThanABatchWaits) {
+TEST_F(PlaybackPumpTest, DelaysTheEndOfASoundNoLongerThanTheBatchWait) {
     endless.batchWait = 5ms;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 4 * blockFrames);
@@ -181,7 +181,7 @@ TEST_F(PlaybackPumpTest, KeepsTheEndOfASoundNoLongerThanABatchWaits) {
 
 class PlaybackPumpRecovery : public PlaybackPumpTest, public testing::WithParamInterface<long> {};
 
-TEST_P(PlaybackPumpRecovery, PreparesTheDeviceAndSendsTheRejectedFramesAgain) {
+TEST_P(PlaybackPumpRecovery, PreparesTheDeviceAndWritesTheRejectedFramesAgain) {
     device->refuseFrom = 6000;
     device->refusals = {GetParam(), GetParam()};
     PlaybackPump pump(opener(), endless);
@@ -212,7 +212,7 @@ TEST_P(PlaybackPumpLoss, OpensALostDeviceAgainWhileSoundFlows) {
     EXPECT_EQ(device->closed, 1);
 }
 
-TEST_P(PlaybackPumpLoss, TriesALostDeviceNoSoonerThanItShould) {
+TEST_P(PlaybackPumpLoss, RetriesALostDeviceNoSoonerThanRetryAfter) {
     device->refusals = {GetParam()};
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
@@ -227,14 +227,14 @@ TEST_P(PlaybackPumpLoss, TriesALostDeviceNoSoonerThanItShould) {
 INSTANTIATE_TEST_SUITE_P(UnpluggedAndBroken, PlaybackPumpLoss,
                          testing::Values(-ENODEV, -EIO, -EBADFD));
 
-TEST_F(PlaybackPumpTest, GivesUpADeviceThatUnderrunsForEver) {
+TEST_F(PlaybackPumpTest, GivesUpADeviceThatAlwaysUnderruns) {
     device->refusals = std::deque<long>(1000, -EPIPE);
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
     EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
 }
 
-TEST_F(PlaybackPumpTest, GivesUpADeviceThatTakesNothing) {
+TEST_F(PlaybackPumpTest, GivesUpADeviceThatAcceptsNothing) {
     device->full = true;
     patient.stallLimit = 5ms;
     PlaybackPump pump(opener(), patient);
@@ -255,7 +255,7 @@ TEST_F(PlaybackPumpTest, ClosesTheDeviceAfterSilence) {
     EXPECT_EQ(device->opened, 1) << "the silence that follows opens it again";
 }
 
-TEST_F(PlaybackPumpTest, OpensNoDeviceForTheSilenceThatCameInWhileItWasClosed) {
+TEST_F(PlaybackPumpTest, OpensNoDeviceForSilenceAddedWhileItWasClosed) {
     patient.closeAfter = 100ms;
     PlaybackPump pump(opener(), patient);
     device->onStop = [&pump] {
@@ -268,7 +268,7 @@ TEST_F(PlaybackPumpTest, OpensNoDeviceForTheSilenceThatCameInWhileItWasClosed) {
     EXPECT_EQ(device->opened, 1);
 }
 
-TEST_F(PlaybackPumpTest, ClosesTheDeviceWhereNothingComesAnyMore) {
+TEST_F(PlaybackPumpTest, ClosesTheDeviceWhenNoMoreFramesArrive) {
     patient.closeAfter = 1ms;
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
@@ -290,7 +290,7 @@ TEST_F(PlaybackPumpTest, PlaysOnTheSameDeviceAfterAPause) {
     EXPECT_EQ(device->prepared, 1);
 }
 
-TEST_F(PlaybackPumpTest, NeitherDelaysTheCardNorItsOwnEndForADeviceThatHangs) {
+TEST_F(PlaybackPumpTest, DelaysNeitherTheCardNorItsDestructorForAHangingDevice) {
     device->hangs = true;
     patient.patience = 1ms;
     {
@@ -303,7 +303,7 @@ TEST_F(PlaybackPumpTest, NeitherDelaysTheCardNorItsOwnEndForADeviceThatHangs) {
     EXPECT_TRUE(eventually([&] { return device->closed == device->opened; }));
 }
 
-TEST_F(PlaybackPumpTest, DropsWhatDoesNotFit) {
+TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFit) {
     device->hangs = true;
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 10 * frameRate);
@@ -315,7 +315,7 @@ TEST_F(PlaybackPumpTest, DropsWhatDoesNotFit) {
     EXPECT_THAT(device->firstHeard(10'000), IsSound(pattern(0, 10'000)));
 }
 
-TEST_F(PlaybackPumpTest, EndsWhereTheDeviceCannotBeOpened) {
+TEST_F(PlaybackPumpTest, EndsIfTheDeviceCannotBeOpened) {
     std::atomic<int> attempts = 0;
     PlaybackPump pump(
         [&attempts]() -> std::unique_ptr<PcmPlayback> {

@@ -79,7 +79,7 @@ void limitFileSize(rlim_t bytes) {
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingBehindThem) {
+TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
     std::ofstream(target) << "old";
     EXPECT_EQ(exitStatusOf([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
@@ -98,7 +98,7 @@ TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingBehindThem) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, SavesWhatASmallDiskHoldsOnThatVeryDisk) {
+TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
     constexpr int mayNotMount = 77;
     const fakes::TempFolder result; // on another disk
     const int status = exitStatusOf([&] {
@@ -128,7 +128,7 @@ TEST_F(FailingDiskTest, SavesWhatASmallDiskHoldsOnThatVeryDisk) {
     expectPlainWav(result / "copy.wav", pattern(0, frames));
 }
 
-TEST_F(FailingDiskTest, KeepsWhatWasWrittenBeforeAnyWriteThatFails) {
+TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
     for (const int error : {ENOSPC, EDQUOT, EIO, EFBIG}) {
         for (const bool recovers : {true, false}) {
             for (int failing = 0; failing < 4; ++failing) {
@@ -160,7 +160,7 @@ TEST_F(FailingDiskTest, KeepsWhatWasWrittenBeforeAnyWriteThatFails) {
     }
 }
 
-TEST_F(FailingDiskTest, LeavesTheOldFileWhereThereIsNothingToKeep) {
+TEST_F(FailingDiskTest, LeavesTheOldFileIfThereIsNothingToKeep) {
     std::ofstream(target) << "old";
     judged(
         [](const seccomp_data& call) { return isSamples(call) ? ENOSPC : CallJudge::letThrough; },
@@ -177,7 +177,7 @@ TEST_F(FailingDiskTest, LeavesTheOldFileWhereThereIsNothingToKeep) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, FailsAtTheVeryFirstByteAndLeavesNothing) {
+TEST_F(FailingDiskTest, FailsAtTheFirstByteAndLeavesNoFile) {
     judged(
         [](const seccomp_data& call) {
             return isHeader(call) || isSamples(call) ? ENOSPC : CallJudge::letThrough;
@@ -190,7 +190,7 @@ TEST_F(FailingDiskTest, FailsAtTheVeryFirstByteAndLeavesNothing) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(FailingDiskTest, IsCopiedWhereItsHeaderCannotBeChanged) {
+TEST_F(FailingDiskTest, IsCopiedIfItsHeaderCannotBeChanged) {
     int headers = 0;
     judged(
         [&](const seccomp_data& call) {
@@ -206,7 +206,7 @@ TEST_F(FailingDiskTest, IsCopiedWhereItsHeaderCannotBeChanged) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, IsCopiedWhereItCannotBeCut) {
+TEST_F(FailingDiskTest, IsCopiedIfItCannotBeTruncated) {
     int cuts = 0;
     judged(
         [&](const seccomp_data& call) {
@@ -225,7 +225,7 @@ TEST_F(FailingDiskTest, IsCopiedWhereItCannotBeCut) {
     expectPlainWav(target, pattern(0, 100));
 }
 
-TEST_F(FailingDiskTest, GivesNoNameWhileNoHeaderCanBeWrittenAndOneAfterwards) {
+TEST_F(FailingDiskTest, IsNamedOnlyOnceItsHeaderCanBeWritten) {
     std::atomic<bool> broken = false;
     judged(
         [&](const seccomp_data& call) {
@@ -243,7 +243,7 @@ TEST_F(FailingDiskTest, GivesNoNameWhileNoHeaderCanBeWrittenAndOneAfterwards) {
     expectPlainWav(target, pattern(0, 100));
 }
 
-TEST_F(FailingDiskTest, KeepsWhatTheDiskHasConfirmedWhereItLosesTheRest) {
+TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRest) {
     int flushes = 0;
     judged(
         [&](const seccomp_data& call) {
@@ -264,7 +264,7 @@ TEST_F(FailingDiskTest, KeepsWhatTheDiskHasConfirmedWhereItLosesTheRest) {
         });
 }
 
-TEST_F(FailingDiskTest, KeepsWhatTheDiskHasConfirmedWhereItLosesTheRestAtTheSave) {
+TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRestAtTheSave) {
     std::atomic<int> lost = 0;
     judged(
         [&](const seccomp_data& call) {
@@ -285,7 +285,7 @@ TEST_F(FailingDiskTest, KeepsWhatTheDiskHasConfirmedWhereItLosesTheRestAtTheSave
         });
 }
 
-TEST_F(FailingDiskTest, NamesNothingWhereTheDiskHasLostAll) {
+TEST_F(FailingDiskTest, NamesNoFileIfTheDiskHasLostEverything) {
     judged(
         [](const seccomp_data& call) {
             return call.nr == SYS_fdatasync ? EIO : CallJudge::letThrough;
@@ -300,7 +300,7 @@ TEST_F(FailingDiskTest, NamesNothingWhereTheDiskHasLostAll) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(FailingDiskTest, KeepsWhatAPlainFileHoldsWhereThereIsNoRoomForTheLargeForm) {
+TEST_F(FailingDiskTest, KeepsThePlainFilesPartIfThereIsNoSpaceForTheLargeForm) {
     constexpr std::int64_t smallLimit = 400'002; // in the middle of a frame
     judged(
         [](const seccomp_data& call) {
@@ -317,7 +317,7 @@ TEST_F(FailingDiskTest, KeepsWhatAPlainFileHoldsWhereThereIsNoRoomForTheLargeFor
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, GivesNoNameToAFileThatHasLostSamplesUnseen) {
+TEST_F(FailingDiskTest, NamesNoFileThatHasLostSamplesUnnoticed) {
     auto made = RecordingFile::create(Channels::stereo, folder.path(), maxWavSampleBytes,
                                       files::Concealment::hiddenName);
     ASSERT_TRUE(made.ok());

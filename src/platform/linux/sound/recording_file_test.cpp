@@ -67,7 +67,7 @@ TEST_F(RecordingFileTest, SavesARecordingWithoutAnySound) {
     expectPlainWav(target, {});
 }
 
-TEST_F(RecordingFileTest, LeavesNothingBehindIfItIsNotSaved) {
+TEST_F(RecordingFileTest, LeavesNoFileIfItIsNotSaved) {
     EXPECT_TRUE(create(Channels::stereo).append(pattern(0, 100'000)));
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
@@ -81,7 +81,7 @@ TEST_F(RecordingFileTest, ReplacesAFileOfThatName) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(RecordingFileTest, CanBeSavedAgainAfterASaveThatFailed) {
+TEST_F(RecordingFileTest, CanBeSavedAgainAfterAFailedSave) {
     std::ofstream(target) << "old";
     RecordingFile recording = create(Channels::stereo);
     EXPECT_TRUE(recording.append(pattern(0, 10)));
@@ -100,7 +100,7 @@ TEST_F(RecordingFileTest, CanBeSavedAgainAfterASaveThatFailed) {
     expectPlainWav(folder / "good.wav", pattern(0, 10));
 }
 
-TEST_F(RecordingFileTest, IgnoresWhatIsRecordedAfterItWasSaved) {
+TEST_F(RecordingFileTest, IgnoresFramesAppendedAfterASave) {
     RecordingFile recording = create(Channels::stereo);
     EXPECT_TRUE(recording.append(pattern(0, 10)));
     ASSERT_TRUE(recording.save(target).ok());
@@ -109,7 +109,7 @@ TEST_F(RecordingFileTest, IgnoresWhatIsRecordedAfterItWasSaved) {
     expectPlainWav(target, pattern(0, 10));
 }
 
-TEST_F(RecordingFileTest, FailsWhereNoFileCanBeMade) {
+TEST_F(RecordingFileTest, FailsIfNoFileCanBeCreated) {
     const auto made = RecordingFile::create(Channels::stereo, folder / "missing");
     ASSERT_FALSE(made.ok());
     EXPECT_EQ(made.error().number, ErrorNumber::pathNotFound);
@@ -117,7 +117,7 @@ TEST_F(RecordingFileTest, FailsWhereNoFileCanBeMade) {
     EXPECT_FALSE(RecordingFile::create(Channels::stereo, "/proc").ok());
 }
 
-TEST_F(RecordingFileTest, TakesTheLargeFormForARecordingThatIsTooLongForAPlainOne) {
+TEST_F(RecordingFileTest, UsesTheLargeFormForARecordingTooLongForThePlainOne) {
     constexpr std::int64_t smallLimit = 400'000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 100'001)));
@@ -137,7 +137,7 @@ TEST_F(RecordingFileTest, KeepsThePlainFormUpToItsLimit) {
     expectPlainWav(target, pattern(0, 1000));
 }
 
-TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
+TEST_F(RecordingFileTest, IsSavedInEitherFormFromAHiddenName) {
     std::ofstream(target) << "old";
     constexpr std::int64_t smallLimit = 4000;
     for (const std::size_t frames : {std::size_t{1000}, std::size_t{1001}}) {
@@ -167,7 +167,7 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromUnderAHiddenName) {
     }
 }
 
-TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingSweepsUp) {
+TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLeftovers) {
     for (const files::Concealment concealment :
          {files::Concealment::noName, files::Concealment::hiddenName}) {
         for (int told = 1; told < 12; ++told) {

@@ -57,7 +57,7 @@ bool hitsSamples(const seccomp_data& call) {
     return RecordingFixture::isSamples(call);
 }
 
-TEST_F(HangingDiskTest, HoldsUpNeitherTheCardNorItsSpeakersNorItsQuestions) {
+TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsSpeakersNorItsQueries) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
     judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
@@ -76,7 +76,7 @@ TEST_F(HangingDiskTest, HoldsUpNeitherTheCardNorItsSpeakersNorItsQuestions) {
            });
 }
 
-TEST_F(HangingDiskTest, MakesNoTrackLongerOrShorterAndChangesNoSampleOfIt) {
+TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
     std::atomic<bool> hanging = false;
     judged(
         [&](const seccomp_data& call) {
@@ -105,7 +105,7 @@ TEST_F(HangingDiskTest, MakesNoTrackLongerOrShorterAndChangesNoSampleOfIt) {
                                                  HasSubstr("answers again"))));
 }
 
-TEST_F(HangingDiskTest, HoldsTheDiscAtTheBoundAndLosesNothing) {
+TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
     judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
                const auto recording = begin();
@@ -131,7 +131,7 @@ TEST_F(HangingDiskTest, HoldsTheDiscAtTheBoundAndLosesNothing) {
 
 class HangingCallTest : public HangingDiskTest, public testing::WithParamInterface<Hang> {};
 
-TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskIsBack) {
+TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain) {
     judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
                auto recording = begin(briefTiming);
@@ -158,7 +158,7 @@ TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskIsBack) {
                             AllOf(HasSubstr("settled"), HasSubstr("is saved now"))));
 }
 
-TEST_P(HangingCallTest, IsLeftByTheLogicAndNothingRemainsOfWhatNobodyWants) {
+TEST_P(HangingCallTest, IsLeftByTheLogicAndAnUnwantedRecordingLeavesNoFile) {
     judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
                auto recording = begin(briefTiming);
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                                               }}),
                          [](const auto& hang) { return hang.param.name; });
 
-TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheEndAfterIt) {
+TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
     judged(
         [](const seccomp_data& call) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
@@ -223,7 +223,7 @@ TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheEndAfterIt) {
            });
 }
 
-TEST_F(HangingDiskTest, IsPassedOverForTheNextFolderAndNothingIsLost) {
+TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
     const fakes::TempFolder other;
     judged(
         [&](const seccomp_data& call) {
@@ -249,7 +249,7 @@ TEST_F(HangingDiskTest, IsPassedOverForTheNextFolderAndNothingIsLost) {
                                         HasSubstr("does not answer"), HasSubstr("another folder")));
 }
 
-TEST_F(HangingDiskTest, IsUsedIfItAnswersBeforeItIsPassedOver) {
+TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {
     const fakes::TempFolder other;
     judged(
         [&](const seccomp_data& call) {
@@ -270,7 +270,7 @@ TEST_F(HangingDiskTest, IsUsedIfItAnswersBeforeItIsPassedOver) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(HangingDiskTest, IsWaitedForWhereEveryFolderHangs) {
+TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
     judged(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;

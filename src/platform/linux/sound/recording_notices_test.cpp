@@ -23,7 +23,7 @@ class RecordingNoticesTest : public testing::Test {
     const std::int64_t kept = std::int64_t{42} * 44100;
 };
 
-TEST_F(RecordingNoticesTest, SaysWhatIsKeptOfARecordingThatEndedEarlyAndThenAsWhichFile) {
+TEST_F(RecordingNoticesTest, ReportsTheKeptPartOfARecordingThatEndedEarlyAndThenItsFile) {
     notices.endedEarly(first, "/music", ENOSPC, kept);
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
@@ -33,26 +33,26 @@ TEST_F(RecordingNoticesTest, SaysWhatIsKeptOfARecordingThatEndedEarlyAndThenAsWh
                                      "saved in part: no space is left; 0:42 are kept"));
 }
 
-TEST_F(RecordingNoticesTest, SaysSoWhereTheSaveItselfFindsThatNotAllIsKept) {
+TEST_F(RecordingNoticesTest, ReportsALossThatTheSaveDetects) {
     notices.saved(first, "/music/1234-3.wav", EIO, kept);
     EXPECT_THAT(texts(), ElementsAre("\"1234-3.wav\" in \"/music\" was saved in part: "
                                      "Input/output error; 0:42 are kept"));
 }
 
-TEST_F(RecordingNoticesTest, SaysThatNothingIsKeptWhereNotOneFrameIs) {
+TEST_F(RecordingNoticesTest, ReportsThatNothingIsKeptWithoutAFrame) {
     notices.endedEarly(first, "/music", EDQUOT, 0);
     EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: the quota of the disk "
                                      "is used up; nothing is kept"));
 }
 
-TEST_F(RecordingNoticesTest, SaysNothingOfARecordingThatIsSavedWhole) {
+TEST_F(RecordingNoticesTest, ReportsNothingForACompleteRecording) {
     notices.begun("/music");
     notices.saved(first, "/music/1234-3.wav", 0, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
     EXPECT_THAT(texts(), IsEmpty());
 }
 
-TEST_F(RecordingNoticesTest, SaysOnceThatAFileWasNotSavedUntilItIs) {
+TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
     const Error error{ErrorNumber::pathNotFound, "\"/gone\" does not exist"};
     notices.notSaved("/gone/1234-3.wav", error);
     notices.notSaved("/gone/1234-3.wav", error);
@@ -68,7 +68,7 @@ TEST_F(RecordingNoticesTest, SaysOnceThatAFileWasNotSavedUntilItIs) {
                             "settled save of /gone/1234-3.wav", text));
 }
 
-TEST_F(RecordingNoticesTest, SaysOnceThatADiskDoesNotAnswerAndThatItDoesAgain) {
+TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndThatItDoesAgain) {
     notices.stalled("/music");
     notices.passedOver("/music");
     notices.answers("/music");
@@ -84,7 +84,7 @@ TEST_F(RecordingNoticesTest, SaysOnceThatADiskDoesNotAnswerAndThatItDoesAgain) {
             "settled no answer from /music: \"/music\" answers again"));
 }
 
-TEST_F(RecordingNoticesTest, SaysThatASaveIsLateAndHowItEnds) {
+TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
     const std::string late = "\"1234-3.wav\" in \"/music\" is not saved yet: the disk does not "
                              "answer. It will be if the disk answers before the program ends";
     notices.saveIsLate("/music/1234-3.wav");
@@ -101,7 +101,7 @@ TEST_F(RecordingNoticesTest, SaysThatASaveIsLateAndHowItEnds) {
                             "it is full"));
 }
 
-TEST_F(RecordingNoticesTest, SaysOnceThatNoFolderTakesARecordingUntilOneDoes) {
+TEST_F(RecordingNoticesTest, ReportsOnceThatNoFolderCanHoldARecordingUntilOneCan) {
     const Error error{ErrorNumber::diskFull, "\"/music\" does not fit: the disk is full"};
     notices.cannotBegin(error);
     notices.cannotBegin(error);
@@ -123,14 +123,14 @@ TEST_F(RecordingNoticesTest, ForgetsTheCausesOfARecordingThatIsClosed) {
                             "settled save of /music/a.wav", "settled late save of /music/a.wav"));
 }
 
-TEST_F(RecordingNoticesTest, TellsRecordingsApart) {
+TEST_F(RecordingNoticesTest, DistinguishesRecordings) {
     const RecordingNumber second = notices.newRecording();
     notices.endedEarly(first, "/music", EIO, 0);
     notices.endedEarly(second, "/music", EIO, 0);
     EXPECT_EQ(texts().size(), 2U);
 }
 
-TEST_F(RecordingNoticesTest, IsMuteForThoseThatOutliveTheNotices) {
+TEST_F(RecordingNoticesTest, IsMuteForThreadsThatOutliveTheNotices) {
     notices.stalled("/music");
     notices.mute();
     notices.answers("/music");

@@ -21,7 +21,7 @@ class RecordingOrdersTest : public testing::Test {
     RecordingOrders orders{3, saves};
 };
 
-TEST_F(RecordingOrdersTest, TellWhetherThereIsAFile) {
+TEST_F(RecordingOrdersTest, ReportWhetherThereIsAFile) {
     EXPECT_FALSE(orders.begunWithin(0ms));
     ASSERT_TRUE(orders.tries(0, 0));
     ASSERT_TRUE(orders.tries(0, 1));
@@ -30,7 +30,7 @@ TEST_F(RecordingOrdersTest, TellWhetherThereIsAFile) {
     EXPECT_TRUE(orders.begunWithin(0ms)->ok());
 }
 
-TEST_F(RecordingOrdersTest, TellThatThereIsNone) {
+TEST_F(RecordingOrdersTest, ReportThatThereIsNone) {
     ASSERT_TRUE(orders.fails(0, noFolder, nothing));
     ASSERT_FALSE(orders.begunWithin(0ms)->ok());
     EXPECT_EQ(orders.begunWithin(0ms)->error().text, "there is none");
@@ -53,7 +53,7 @@ TEST_F(RecordingOrdersTest, RelieveAWriterThatHangsUntilTheLastCandidate) {
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
-TEST_F(RecordingOrdersTest, RelieveNobodyWhoHasAFileOrNeedsNone) {
+TEST_F(RecordingOrdersTest, RelieveNoWriterThatHasAFileOrNeedsNone) {
     ASSERT_TRUE(orders.begins(0, nothing));
     EXPECT_FALSE(orders.relieveWithin(1ms));
     RecordingOrders closed(3, nullptr);
@@ -62,7 +62,7 @@ TEST_F(RecordingOrdersTest, RelieveNobodyWhoHasAFileOrNeedsNone) {
     EXPECT_FALSE(closed.tries(0, 0));
 }
 
-TEST_F(RecordingOrdersTest, GiveEachCandidateAllItsTime) {
+TEST_F(RecordingOrdersTest, GiveEachCandidateTheFullTime) {
     // Together they take longer than one may; only a load of seconds could tear this.
     std::thread writer([this] {
         for (std::size_t candidate = 0; candidate < 2; ++candidate) {
@@ -75,7 +75,7 @@ TEST_F(RecordingOrdersTest, GiveEachCandidateAllItsTime) {
     writer.join();
 }
 
-TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndItsOutcomeBack) {
+TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
     std::thread writer([this] {
         EXPECT_EQ(orders.nextSave(), fs::path("/a.wav"));
         orders.saved({}, nothing);
@@ -92,7 +92,7 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndItsOutcomeBack) {
     writer.join();
 }
 
-TEST_F(RecordingOrdersTest, KeepASaveThatIsLateForThoseWhoAskAgain) {
+TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     EXPECT_FALSE(orders.saveWithin(1ms, "/a.wav"));
     EXPECT_FALSE(saves->noneWithin(0ms));
     EXPECT_EQ(orders.saveWithin(1ms, "/b.wav")->error().number, ErrorNumber::deviceUnavailable);
@@ -106,7 +106,7 @@ TEST_F(RecordingOrdersTest, KeepASaveThatIsLateForThoseWhoAskAgain) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav")) << "and now it is";
 }
 
-TEST_F(RecordingOrdersTest, StandAfterTheEndUntilTheSaveIsDone) {
+TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsDone) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     EXPECT_TRUE(orders.close());
     EXPECT_FALSE(orders.abandoned());

@@ -30,7 +30,7 @@ class RecordingQueueTest : public testing::Test {
     }};
 };
 
-TEST_F(RecordingQueueTest, HasRoomForTenSecondsAndTellsWhenItIsFull) {
+TEST_F(RecordingQueueTest, HasSpaceForTenSecondsAndReportsWhenItIsFull) {
     EXPECT_EQ(queue.room(), 441'000U);
     queue.record(pattern(0, 440'000));
     EXPECT_EQ(queue.room(), 1000U);
@@ -41,7 +41,7 @@ TEST_F(RecordingQueueTest, HasRoomForTenSecondsAndTellsWhenItIsFull) {
     EXPECT_EQ(queue.room(), 20'000U);
 }
 
-TEST_F(RecordingQueueTest, PassesOnTheRestOnceItHasEnded) {
+TEST_F(RecordingQueueTest, DeliversTheRestOnceItHasEnded) {
     queue.record(pattern(0, 100));
     queue.end();
     queue.record(pattern(100, 100));
@@ -51,13 +51,13 @@ TEST_F(RecordingQueueTest, PassesOnTheRestOnceItHasEnded) {
     EXPECT_THAT(take(70), IsEmpty());
 }
 
-TEST_F(RecordingQueueTest, NeverHoldsTheCardOnceItHasEnded) {
+TEST_F(RecordingQueueTest, NeverStopsTheCardOnceItHasEnded) {
     queue.record(pattern(0, 441'000));
     queue.end();
     EXPECT_GT(queue.room(), 1'000'000U);
 }
 
-TEST_F(RecordingQueueTest, ForgetsWhatWaitsWhenItIsGivenUpAndCountsWhatIsKept) {
+TEST_F(RecordingQueueTest, DropsWaitingFramesWhenGivenUpAndCountsTheKeptOnes) {
     queue.record(pattern(0, 50'000));
     queue.giveUp(123);
     queue.record(pattern(0, 1000));
@@ -87,7 +87,7 @@ TEST_F(RecordingQueueTest, WakesItsReaderForABatchAndForTheEnd) {
     EXPECT_THAT(taken, ElementsAre(RecordingQueue::batchFrames + 1, 5U));
 }
 
-TEST_F(RecordingQueueTest, TellsOnceOfAStallAndOnceOfItsEnd) {
+TEST_F(RecordingQueueTest, ReportsAStallOnceAndItsEndOnce) {
     using Flow = RecordingQueue::Flow;
     queue.record(pattern(0, RecordingQueue::stallFrames - 1));
     EXPECT_THAT(flow, IsEmpty());

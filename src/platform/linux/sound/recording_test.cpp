@@ -34,7 +34,7 @@ static_assert(4 * RecordingTiming{}.folder <
 
 class RecordingTest : public RecordingFixture {};
 
-TEST_F(RecordingTest, SavesEveryFrameThatTheCardHandedOver) {
+TEST_F(RecordingTest, SavesEveryFrameThatTheCardDelivered) {
     const auto recording = begin();
     std::int64_t handed = 0;
     for (int block = 0; block < 700; ++block) { // seven seconds, in uneven blocks
@@ -62,7 +62,7 @@ TEST_F(RecordingTest, CountsTheBytesOfOneChannelInMono) {
     EXPECT_EQ(fs::file_size(target), 244U);
 }
 
-TEST_F(RecordingTest, TakesTheFirstFolderThatWill) {
+TEST_F(RecordingTest, UsesTheFirstFolderThatAllowsIt) {
     const auto recording =
         begin({folder / "missing", fs::path("/proc"), folder.path()}, patientTiming);
     recording->sink()->record(pattern(0, 10));
@@ -71,7 +71,7 @@ TEST_F(RecordingTest, TakesTheFirstFolderThatWill) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, FailsAndSaysSoWhereNoFolderWill) {
+TEST_F(RecordingTest, FailsWithANoticeIfNoFolderAllowsIt) {
     for (const std::vector<fs::path>& folders :
          {std::vector<fs::path>{fs::path("/proc"), folder / "missing"}, std::vector<fs::path>{}}) {
         const auto begun = Recording::begin(Channels::stereo, folders, context);
@@ -85,7 +85,7 @@ TEST_F(RecordingTest, FailsAndSaysSoWhereNoFolderWill) {
     EXPECT_EQ(shown.texts().size(), 2U) << "it is settled";
 }
 
-TEST_F(RecordingTest, LeavesNothingBehindUnlessItIsSaved) {
+TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
     for (const std::size_t frames : {0U, 100U, 100'000U}) {
         begin()->sink()->record(pattern(0, frames));
         EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -93,13 +93,13 @@ TEST_F(RecordingTest, LeavesNothingBehindUnlessItIsSaved) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, LeavesItsSinkToTheCardWhichThenKeepsNothing) {
+TEST_F(RecordingTest, LeavesItsSinkToTheCardWhichThenStoresNothing) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
     EXPECT_GT(sink->room(), 1'000'000U) << "it never holds the card";
 }
 
-TEST_F(RecordingTest, CanBeSavedAgainAndTakesNoMore) {
+TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
     const auto recording = begin();
     recording->sink()->record(pattern(0, 10));
     EXPECT_FALSE(recording->save(folder / "missing" / "1234-3.wav").ok());
@@ -115,7 +115,7 @@ TEST_F(RecordingTest, CanBeSavedAgainAndTakesNoMore) {
                                            HasSubstr("missing\" does not exist"))));
 }
 
-TEST_F(RecordingTest, KeepsWhatReachedAFullDiskAndSaysSoAtOnceAndAtTheSave) {
+TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
     std::atomic<bool> full = false;
     judged(
         [&](const seccomp_data& call) {
@@ -146,7 +146,7 @@ TEST_F(RecordingTest, KeepsWhatReachedAFullDiskAndSaysSoAtOnceAndAtTheSave) {
                                HasSubstr("no space is left; 0:0"), HasSubstr("are kept")));
 }
 
-TEST_F(RecordingTest, CountsWhatIsKeptWhereTheSaveFindsOutThatTheDiskLostSome) {
+TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
     std::atomic<bool> loses = false;
     judged(
         [&](const seccomp_data& call) {
@@ -173,7 +173,7 @@ TEST_F(RecordingTest, CountsWhatIsKeptWhereTheSaveFindsOutThatTheDiskLostSome) {
                                            HasSubstr("Input/output error"))));
 }
 
-TEST_F(RecordingTest, SaysNothingOfAFailureThatNobodyWantsToKnowAnyMore) {
+TEST_F(RecordingTest, ReportsNoFailureOfAnAbandonedRecording) {
     judged(
         [&](const seccomp_data& call) {
             return isSamples(call) ? CallJudge::hold : CallJudge::letThrough;
@@ -189,7 +189,7 @@ TEST_F(RecordingTest, SaysNothingOfAFailureThatNobodyWantsToKnowAnyMore) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(RecordingTest, NeedsNoMoreMemoryTheLongerItGets) {
+TEST_F(RecordingTest, NeedsConstantMemory) {
     const auto recording = begin();
     const auto block = pattern(0, blockFrames);
     const auto recordSeconds = [&](int seconds) {

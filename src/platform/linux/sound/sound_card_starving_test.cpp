@@ -37,7 +37,7 @@ class StarvingSoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
-TEST_F(StarvingSoundCardTest, RecordsNothingBehindASourceThatWasLost) {
+TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
     for (const RecordingSource source : {RecordingSource::compactDisc, RecordingSource::mix}) {
         SoundCard losing;
         const auto tape = std::make_shared<MemorySink>();
@@ -58,7 +58,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingBehindASourceThatWasLost) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALineThatWasLostIsDetached) {
+TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALostLineIsDetached) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.startRecording(recorder, 0s);
     card.advance(1s);
@@ -68,7 +68,7 @@ TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALineThatWasLostIsDetached) {
     EXPECT_EQ(recorder->size(), 441U + 44100U);
 }
 
-TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedThoughTheDiscsWasLost) {
+TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedAfterTheDiscsWasLost) {
     card.setRecordingSource(RecordingSource::waveOut);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.attach(Line::waveOut, disc, 0s);
@@ -77,7 +77,7 @@ TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedThoughTheDiscsWasLost) {
     EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 44100)));
 }
 
-TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhereItsSourceStarves) {
+TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhileItsSourceStarves) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -98,7 +98,7 @@ TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhereItsSourceStarves) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, GivesUpTheTimeThatAStarvingSourceHoldsIt) {
+TEST_F(StarvingSoundCardTest, SkipsTheTimeForWhichAStarvingSourceStopsIt) {
     disc->allow(100);
     card.startRecording(recorder, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
@@ -111,7 +111,7 @@ TEST_F(StarvingSoundCardTest, GivesUpTheTimeThatAStarvingSourceHoldsIt) {
     EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 541)));
 }
 
-TEST_F(StarvingSoundCardTest, KeepsTwoLinesInStepWhereBothStarve) {
+TEST_F(StarvingSoundCardTest, KeepsTwoLinesSynchronousIfBothStarve) {
     // Both play the same sound, so the mix is the doubled sound if no frame of either is lost.
     for (unsigned seed = 0; seed < 20; ++seed) {
         SoundCard two;
@@ -136,7 +136,7 @@ TEST_F(StarvingSoundCardTest, KeepsTwoLinesInStepWhereBothStarve) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, PlaysWhatItTookFromALineBeforeItWasDetached) {
+TEST_F(StarvingSoundCardTest, PlaysFramesPulledFromALineBeforeItWasDetached) {
     const auto file = std::make_shared<PatternSource>();
     card.setRecordingSource(RecordingSource::waveOut);
     card.startRecording(recorder, 0ns);
@@ -174,18 +174,18 @@ class DiscBesideAStarvingLineTest : public StarvingSoundCardTest {
     std::shared_ptr<PatternSource> file = std::make_shared<PatternSource>();
 };
 
-TEST_F(DiscBesideAStarvingLineTest, CountsNoFrameOfTheDiscThatIsNotHeardYet) {
+TEST_F(DiscBesideAStarvingLineTest, CountsNoFrameOfTheDiscThatIsNotPlayedYet) {
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscBesideAStarvingLineTest, EndsARecordingWhereTheDiscHasCome) {
+TEST_F(DiscBesideAStarvingLineTest, EndsARecordingAtTheDiscsPosition) {
     card.stopRecording(60ms);
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsTakenOffAndPutBack) {
+TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAgain) {
     card.advance(60ms);
     card.detach(Line::compactDisc);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
@@ -196,7 +196,7 @@ TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsTakenOffAndPutBack)
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(StarvingSoundCardTest, RecordsWhatTheDiscCountsHoweverTheOtherLinesStarve) {
+TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesHoweverTheOtherLinesStarve) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -249,7 +249,7 @@ class FullRecordingTest : public StarvingSoundCardTest {
     std::shared_ptr<NarrowSink> narrow = std::make_shared<NarrowSink>();
 };
 
-TEST_F(FullRecordingTest, HoldsTheCardAndLosesAndInsertsNothing) {
+TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     const auto speakers = std::make_shared<MemorySink>();
     card.setSpeakers(speakers);
     card.startRecording(narrow, 0ns);
@@ -266,7 +266,7 @@ TEST_F(FullRecordingTest, HoldsTheCardAndLosesAndInsertsNothing) {
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is heard as it is recorded";
 }
 
-TEST_F(FullRecordingTest, HoldsNothingOnceItHasEnded) {
+TEST_F(FullRecordingTest, StopsNothingOnceItHasEnded) {
     card.startRecording(narrow, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
     card.stopRecording(10ms);
@@ -275,7 +275,7 @@ TEST_F(FullRecordingTest, HoldsNothingOnceItHasEnded) {
     EXPECT_EQ(narrow->size(), 0U);
 }
 
-TEST_F(FullRecordingTest, RecordsWhatTheDiscCountsHoweverItsRoomComes) {
+TEST_F(FullRecordingTest, RecordsTheDiscsFramesHoweverItsSpaceArises) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard held;
         const auto tape = std::make_shared<NarrowSink>();

@@ -35,7 +35,7 @@ class SoundCardTest : public testing::Test {
     std::shared_ptr<PatternSource> disc = std::make_shared<PatternSource>();
 };
 
-TEST_F(SoundCardTest, RestsUntilThereIsASourceOrARecording) {
+TEST_F(SoundCardTest, IsIdleUntilThereIsASourceOrARecording) {
     EXPECT_FALSE(card.active());
     card.attach(Line::waveOut, disc, 0ns);
     EXPECT_TRUE(card.active());
@@ -74,7 +74,7 @@ TEST_F(SoundCardTest, RecordsATrackBitForBitWhateverTheJitterOfItsCalls) {
     }
 }
 
-TEST_F(SoundCardTest, MakesUpForALateCall) {
+TEST_F(SoundCardTest, CatchesUpAfterALateCall) {
     card.attach(Line::compactDisc, disc, 0ns);
     card.advance(10ms);
     card.advance(3s);
@@ -90,7 +90,7 @@ TEST_F(SoundCardTest, ProducesNothingTwiceIfTimeSeemsToRunBackwards) {
     EXPECT_EQ(disc->position(), frameRate + 441);
 }
 
-TEST_F(SoundCardTest, DoesNotDriftOverMinutesOfCrookedSteps) {
+TEST_F(SoundCardTest, DoesNotDriftOverMinutesOfUnevenSteps) {
     const SoundCard::Time start{123'456'789'012'345};
     card.attach(Line::compactDisc, disc, start);
     for (int second = 1; second <= 180; ++second) {
@@ -103,7 +103,7 @@ TEST_F(SoundCardTest, DoesNotDriftOverMinutesOfCrookedSteps) {
     }
 }
 
-TEST_F(SoundCardTest, LetsASourceGoThatHasEndedAndRests) {
+TEST_F(SoundCardTest, ReleasesAnEndedSourceAndIsIdle) {
     auto source = std::make_shared<PatternSource>(1000);
     const std::weak_ptr<PatternSource> watch = source;
     card.attach(Line::compactDisc, std::move(source), 0ns);
@@ -121,7 +121,7 @@ TEST_F(SoundCardTest, RecordsSilenceAfterASourceHasEnded) {
     EXPECT_THAT(recorder->frames(), IsSound(pattern(0, 1000) + silence(3410)));
 }
 
-TEST_F(SoundCardTest, DoesNotMakeUpForTheTimeInWhichItRested) {
+TEST_F(SoundCardTest, DoesNotCatchUpIdleTime) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 0ns);
     card.advance(20ms);
     ASSERT_FALSE(card.active());
@@ -130,7 +130,7 @@ TEST_F(SoundCardTest, DoesNotMakeUpForTheTimeInWhichItRested) {
     EXPECT_EQ(disc->position(), 441);
 }
 
-TEST_F(SoundCardTest, PullsFromADetachedOrReplacedSourceNoMore) {
+TEST_F(SoundCardTest, DoesNotPullFromADetachedOrReplacedSource) {
     const auto second = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, disc, 0ns);
     card.attach(Line::compactDisc, second, 10ms);
@@ -178,7 +178,7 @@ class AskingSource : public PatternSource {
     int& destroyed_;
 };
 
-TEST_F(SoundCardTest, LetsGoOfSourcesOutsideItsLock) {
+TEST_F(SoundCardTest, ReleasesSourcesOutsideItsLock) {
     int destroyed = 0;
     card.attach(Line::compactDisc, std::make_shared<AskingSource>(card, destroyed), 0ns);
     card.attach(Line::compactDisc, std::make_shared<AskingSource>(card, destroyed), 0ns);
@@ -190,7 +190,7 @@ TEST_F(SoundCardTest, LetsGoOfSourcesOutsideItsLock) {
     EXPECT_EQ(destroyed, 3);
 }
 
-TEST_F(SoundCardTest, CopiesSilentlyWhereTheDiscIsMuted) {
+TEST_F(SoundCardTest, RecordsAMutedDiscWithoutPlayingIt) {
     card.setSpeakers(speakers);
     card.setMuted(Line::compactDisc, true);
     card.setVolume(Line::compactDisc, 1000);
@@ -208,7 +208,7 @@ TEST_F(SoundCardTest, PlaysOneLineAtFullVolumeBitForBit) {
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 4410)));
 }
 
-TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterToTheSpeakersAlone) {
+TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterOnlyToTheSpeakers) {
     card.setSpeakers(speakers);
     card.setVolume(Line::waveOut, fullVolume / 3);
     card.setMasterVolume(fullVolume / 5);
@@ -267,7 +267,7 @@ TEST_F(SoundCardTest, RecordsTheSumOfAllLinesBeforeTheirVolumes) {
     EXPECT_EQ(recorder->size(), 441U);
 }
 
-TEST_F(SoundCardTest, RecordsTheChosenLineAlone) {
+TEST_F(SoundCardTest, RecordsOnlyTheChosenLine) {
     card.attach(Line::compactDisc, disc, 0ns);
     card.attach(Line::externalInput, std::make_shared<ConstantSource>(StereoFrame{1, 2}), 0ns);
     card.startRecording(recorder, 0ns);
@@ -288,7 +288,7 @@ TEST_F(SoundCardTest, StopsTheSinkAtTheMomentOfStopping) {
     EXPECT_THAT(recorder->frames(), IsSound(pattern(441, 882)));
 }
 
-TEST_F(SoundCardTest, HandsARecordingOverToTheNextWithoutAGap) {
+TEST_F(SoundCardTest, SwitchesToTheNextRecordingWithoutAGap) {
     const auto next = std::make_shared<MemorySink>();
     card.attach(Line::compactDisc, disc, 0ns);
     card.startRecording(recorder, 0ns);
@@ -298,7 +298,7 @@ TEST_F(SoundCardTest, HandsARecordingOverToTheNextWithoutAGap) {
     EXPECT_THAT(next->frames(), IsSound(pattern(882, 441)));
 }
 
-TEST_F(SoundCardTest, TakesAttachDetachRecordAndStopInEveryOrder) {
+TEST_F(SoundCardTest, AcceptsAttachDetachRecordAndStopInEveryOrder) {
     constexpr std::size_t slice = 441; // 10 ms
     for (unsigned seed = 0; seed < 500; ++seed) {
         std::mt19937 random(seed);
@@ -347,7 +347,7 @@ TEST_F(SoundCardTest, TakesAttachDetachRecordAndStopInEveryOrder) {
     }
 }
 
-TEST_F(SoundCardTest, CallsTheWakeUpHookWhenThereIsSomethingToDo) {
+TEST_F(SoundCardTest, CallsTheWakeUpHookWhenThereIsWork) {
     int calls = 0;
     card.setWakeUp([&calls] { ++calls; });
     card.attach(Line::compactDisc, disc, 0ns);

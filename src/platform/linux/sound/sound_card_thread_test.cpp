@@ -17,7 +17,7 @@ using fakes::eventually;
 using fakes::MemorySink;
 using fakes::PatternSource;
 
-TEST(SoundCardThread, MovesACardThatBecameActive) {
+TEST(SoundCardThread, AdvancesACardThatBecameActive) {
     SoundCard card;
     const SoundCardThread thread(card);
     const auto source = std::make_shared<PatternSource>();
@@ -25,7 +25,7 @@ TEST(SoundCardThread, MovesACardThatBecameActive) {
     EXPECT_TRUE(eventually([&] { return source->position() > 3 * 441; }));
 }
 
-TEST(SoundCardThread, MovesACardThatWasActiveBefore) {
+TEST(SoundCardThread, AdvancesACardThatWasActiveBefore) {
     SoundCard card;
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -33,7 +33,7 @@ TEST(SoundCardThread, MovesACardThatWasActiveBefore) {
     EXPECT_TRUE(eventually([&] { return source->position() > 441; }));
 }
 
-TEST(SoundCardThread, SleepsWhileTheCardRests) {
+TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     SoundCard card;
     std::atomic<int> looks = 0;
     const SoundCardThread thread(card, [&looks] {

@@ -60,7 +60,7 @@ TEST_F(WavWriterTest, WritesMonoAndTheLargeForm) {
     EXPECT_THAT(wav->samples, ElementsAre(1, -2, INT16_MAX, INT16_MIN));
 }
 
-TEST_F(WavWriterTest, SaysWhyNothingCanBeWritten) {
+TEST_F(WavWriterTest, ReportsWhyNothingCanBeWritten) {
     const files::FileDescriptor full(::open("/dev/full", O_RDWR | O_CLOEXEC));
     ASSERT_TRUE(full.valid());
     WavWriter writer(full, Channels::stereo, WavForm::plain);

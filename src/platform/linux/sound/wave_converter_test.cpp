@@ -38,7 +38,7 @@ TEST(WaveConverter, KeepsTheCardsOwnFormatBitForBit) {
                             0x34, 0x12, 3, 0));
 }
 
-TEST(WaveConverter, HasEightBitsWithoutASign) {
+TEST(WaveConverter, HasUnsignedEightBitSamples) {
     const auto converter = WaveConverter::create(pcmFormat(2, 44100, 8));
     EXPECT_THAT(numbers(converter->convert(corners())),
                 ElementsAre(128, 128, 255, 255, 0, 0, 129, 127, 128 + 0x12, 128));
@@ -50,7 +50,7 @@ TEST(WaveConverter, IsTheMeanOfBothChannelsInMono) {
     EXPECT_THAT(numbers(converter->convert(corners())), ElementsAre(128, 255, 0, 128, 128 + 0x09));
 }
 
-TEST(WaveConverter, TakesNoFormatThatIsNotPcmOrNotConsistent) {
+TEST(WaveConverter, RejectsFormatsThatAreNotPcmOrNotConsistent) {
     EXPECT_NE(WaveConverter::create(pcmFormat(1, 8000, 8)), nullptr);
     EXPECT_NE(WaveConverter::create(pcmFormat(2, 192'000, 16)), nullptr);
     EXPECT_EQ(WaveConverter::create({}), nullptr);
@@ -102,7 +102,7 @@ TEST_P(WaveConverterRate, KeepsLengthAndLevelOfATone) {
 INSTANTIATE_TEST_SUITE_P(Rates, WaveConverterRate,
                          testing::Values(4000, 8000, 11'025, 44'099, 48'000, 192'000));
 
-TEST(WaveConverter, LeavesOutWhatTheRateCannotHold) {
+TEST(WaveConverter, RemovesFrequenciesBeyondTheRate) {
     const auto converter = WaveConverter::create(pcmFormat(1, 8000, 8));
     fakes::ToneSource tone(7000, 20'000);
     Frames block(blockFrames);
