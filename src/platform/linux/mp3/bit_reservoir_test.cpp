@@ -26,14 +26,14 @@ std::optional<int> admit(BitReservoir& reservoir, const Data& frame) {
     return reservoir.admit(*parseHeader(frame), frame);
 }
 
-TEST(BitReservoirTest, AdmitsWhatReachesBackToWhatIsThere) {
+TEST(BitReservoirTest, AdmitsFramesThatReferToAvailableData) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(0)), std::nullopt);
     EXPECT_EQ(admit(reservoir, frameReaching(381)), std::nullopt);
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt);
 }
 
-TEST(BitReservoirTest, TellsHowFarAFrameMayReachThatReachesTooFar) {
+TEST(BitReservoirTest, ReturnsTheLimitForAFrameThatRefersTooFarBack) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
@@ -42,21 +42,21 @@ TEST(BitReservoirTest, TellsHowFarAFrameMayReachThatReachesTooFar) {
     EXPECT_EQ(admit(reservoir, frameReaching(200)), 0);
 }
 
-TEST(BitReservoirTest, DoesNotReachOverAFrameThatReachedNotAtAll) {
+TEST(BitReservoirTest, DoesNotExtendAcrossAFrameWithoutAReservoir) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(0)), std::nullopt);
     EXPECT_EQ(admit(reservoir, frameReaching(0)), std::nullopt);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
 }
 
-TEST(BitReservoirTest, IsNoMatterOfOtherLayersOrOfTornFrames) {
+TEST(BitReservoirTest, IgnoresOtherLayersAndTruncatedFrames) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, fixture::layer2(1)), std::nullopt);
     const Data frame = frameReaching(300);
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilenceLeavesNothingButTheReachOfAFrame) {
+TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);

@@ -28,7 +28,7 @@ int brokenFrames(const Data& data) {
     return broken;
 }
 
-TEST(BrokenFrameCheckTest, TakesNoFrameOfAnEncoderForBrokenHoweverSilent) {
+TEST(BrokenFrameCheckTest, TreatsNoEncodersFrameAsBrokenHoweverSilent) {
     // At 8 kbit/s there are many frames whose data are there and say nothing.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {
@@ -60,7 +60,7 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryGivesUp) {
     }
 }
 
-TEST(BrokenFrameCheckTest, TheSoundingFrameSoundsAndHandsTheReservoirOn) {
+TEST(BrokenFrameCheckTest, TheSoundingFrameSoundsAndKeepsTheReservoir) {
     for (const Data& like : {Data{0xFF, 0xFA, 0x92, 0x64}, Data{0xFF, 0xFB, 0x14, 0xC4},
                              Data{0xFF, 0xF2, 0x14, 0x64}, Data{0xFF, 0xE3, 0x18, 0xC4}}) {
         const FrameHeader original = *parseHeader(like);

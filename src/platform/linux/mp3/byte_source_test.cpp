@@ -26,7 +26,7 @@ class FileSourceTest : public testing::Test {
     std::atomic<bool> stop = false;
 };
 
-TEST_F(FileSourceTest, ReadsAtAnyPlace) {
+TEST_F(FileSourceTest, ReadsAtAnyOffset) {
     const Data data = junk(5000);
     writeFile(folder / "a", data);
     const auto source = FileSource::open(folder / "a", stop);
@@ -37,7 +37,7 @@ TEST_F(FileSourceTest, ReadsAtAnyPlace) {
     EXPECT_EQ(got, fixture::part(data, 4900, 5000));
 }
 
-TEST_F(FileSourceTest, RefusesFoldersPipesAndWhatIsNotThere) {
+TEST_F(FileSourceTest, RefusesFoldersPipesAndMissingFiles) {
     EXPECT_EQ(failureOf(folder.path()), ErrorNumber::pathFileAccess);
     EXPECT_EQ(failureOf(folder / "none"), ErrorNumber::pathNotFound);
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
@@ -45,7 +45,7 @@ TEST_F(FileSourceTest, RefusesFoldersPipesAndWhatIsNotThere) {
     EXPECT_EQ(failureOf(std::string("a\0b", 3)), ErrorNumber::badFileName);
 }
 
-TEST_F(FileSourceTest, FailsWhereTheFileHasBecomeShorter) {
+TEST_F(FileSourceTest, FailsIfTheFileHasBecomeShorter) {
     writeFile(folder / "a", junk(5000));
     const auto source = FileSource::open(folder / "a", stop);
     fs::resize_file(folder / "a", 1000);
@@ -64,7 +64,7 @@ TEST_F(FileSourceTest, FailsOnceItIsStopped) {
     EXPECT_TRUE(source.value()->readAt(0, got).failure);
 }
 
-TEST_F(FileSourceTest, TellsAChangedFileFromAnUnchangedOne) {
+TEST_F(FileSourceTest, DistinguishesAChangedFileFromAnUnchangedOne) {
     writeFile(folder / "a", junk(50));
     const auto before = FileIdentity::of(folder / "a");
     ASSERT_TRUE(before);
@@ -105,7 +105,7 @@ TEST(SourceWindowTest, ShowsAllBytesBeforeAPlaceThatCannotBeRead) {
     EXPECT_EQ(source.failures, 1) << "a disk may take seconds for each";
 }
 
-TEST(SourceWindowTest, ReadsBehindAPlaceThatCannotBeRead) {
+TEST(SourceWindowTest, ReadsAfterAPlaceThatCannotBeRead) {
     const Data data = junk(200'000);
     const fixture::BadPlaceSource source(data, 100'000, 101'000);
     SourceWindow window(source);
@@ -115,7 +115,7 @@ TEST(SourceWindowTest, ReadsBehindAPlaceThatCannotBeRead) {
     EXPECT_FALSE(window.failure());
 }
 
-TEST_F(FileSourceTest, TellsWhyInWordsWithoutThePath) {
+TEST_F(FileSourceTest, ReportsTheCauseWithoutThePath) {
     EXPECT_EQ(FileSource::open(folder / "none", stop).error().text, "No such file or directory");
     EXPECT_EQ(FileSource::open(folder.path(), stop).error().text, "Is a directory");
 }

@@ -106,7 +106,7 @@ TEST_F(DecodeJobTest, KeepsEachFilesOwnRateAndChannels) {
     EXPECT_EQ(fixture::readWav(target).format, (PcmFormat{48000, 2}));
 }
 
-TEST_F(DecodeJobTest, DecodesInOnePassWhatCannotBeDivided) {
+TEST_F(DecodeJobTest, DecodesIndivisibleStreamsInOnePass) {
     for (const Data& data :
          {fixture::layer1(50), fixture::layer2(50), encoded(44100, 2, "--freeformat -b 400")}) {
         const DecodeResult result = decode(data);
@@ -118,7 +118,7 @@ TEST_F(DecodeJobTest, DecodesInOnePassWhatCannotBeDivided) {
     }
 }
 
-TEST_F(DecodeJobTest, GoesOnInOnePassFromAFrameThatTheLibraryGivesUp) {
+TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatTheLibraryGivesUp) {
     Data broken = ordinary();
     for (std::size_t i = 20'000; i < 30'000; i += 37) {
         broken[i] ^= 0xFF;
@@ -131,7 +131,7 @@ TEST_F(DecodeJobTest, GoesOnInOnePassFromAFrameThatTheLibraryGivesUp) {
     EXPECT_EQ(fixture::difference(fixture::readWav(target).samples, whole.samples), std::nullopt);
 }
 
-TEST_F(DecodeJobTest, WritesNothingWhereThereIsNoFrame) {
+TEST_F(DecodeJobTest, WritesNothingIfThereIsNoFrame) {
     writeFile(target, text("old"));
     for (const Data& data : {Data{}, Data(5000, 0), fixture::junk(70'000)}) {
         EXPECT_EQ(decode(data).outcome, DecodeOutcome::noFrames);
@@ -173,7 +173,7 @@ TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndSaysWhy) {
+TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndReportsWhy) {
     fs::create_directory(target);
     const DecodeResult result = decode(ordinary());
     EXPECT_EQ(result.outcome, DecodeOutcome::failed);
@@ -252,7 +252,7 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, KeepsWhatCameBeforeAPlaceThatCannotBeRead) {
+TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
     // The file becomes shorter while it is read, as one on a disk that goes.
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::Heard whole = fixture::sequentially(data);
@@ -301,7 +301,7 @@ int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned thre
     }
     return std::equal(part.begin(), part.end(), whole.begin()) ? 0 : 5;
 }
-TEST_F(DecodeJobTest, KeepsWhatFitsOnAFullDisk) {
+TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
     constexpr int mayNotMount = 77;
     writeFile(source, ordinary());
     const fs::path disk = folder / "disk";
@@ -321,7 +321,7 @@ TEST_F(DecodeJobTest, KeepsWhatFitsOnAFullDisk) {
     }
 }
 
-TEST_F(DecodeJobTest, KeepsWhatALimitAllows) {
+TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
     writeFile(source, ordinary());
     for (const unsigned threads : {1U, 2U}) {
         const int code = inChild([&] {
@@ -350,7 +350,7 @@ TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesByEitherMethod) {
     }
 }
 
-TEST_F(DecodeJobTest, IsSparedUntilOneOfItsFilesIsChanged) {
+TEST_F(DecodeJobTest, IsSkippedUntilOneOfItsFilesIsChanged) {
     writeFile(source, ordinary());
     int reports = 0;
     const auto run = [&](const std::optional<CompletedDecoding>& former) {
@@ -382,7 +382,7 @@ TEST_F(DecodeJobTest, IsSparedUntilOneOfItsFilesIsChanged) {
     EXPECT_FALSE(spared(former));
 }
 
-TEST_F(DecodeJobTest, IsNoReasonToSpareAnotherUnlessItWasCompleted) {
+TEST_F(DecodeJobTest, IsReusedOnlyIfItWasCompleted) {
     writeFile(source, fixture::junk(5000));
     const auto job = start(target);
     EXPECT_TRUE(waitFor(*job));
@@ -392,7 +392,7 @@ TEST_F(DecodeJobTest, IsNoReasonToSpareAnotherUnlessItWasCompleted) {
     EXPECT_FALSE(job->isFor({target, target, {}}));
 }
 
-TEST_F(DecodeJobTest, TakesNamesOfEveryKind) {
+TEST_F(DecodeJobTest, AcceptsNamesOfEveryKind) {
     for (const std::string& name :
          {std::string("a b 'c' \"d\" [e].wav"), std::string("\xC3\xA4\xE2\x82\xAC.wav"),
           std::string("bad\xFF\xE4.wav"), std::string(251, 'n') + ".wav"}) {
@@ -410,7 +410,7 @@ TEST_F(DecodeJobTest, MayReplaceItsOwnSource) {
     EXPECT_EQ(fixture::readWav(source).samples.size(), 4U * 44100 * 2);
 }
 
-TEST_F(DecodeJobTest, DecodingsOfOneTargetGoOnOneAfterTheOther) {
+TEST_F(DecodeJobTest, DecodingsOfOneTargetRunOneAfterTheOther) {
     writeFile(source, ordinary());
     writeFile(target, text("old"));
     fs::create_symlink(target, folder / "link.wav");

@@ -25,7 +25,7 @@ DecodeResult lossyResult(std::int64_t foreign, std::int64_t damaged) {
     return result;
 }
 
-TEST(DecodeNoticeTest, SaysWhereReadingFailedAndWhatIsKept) {
+TEST(DecodeNoticeTest, ReportsWhereReadingFailedAndTheKeptPart) {
     const Error error{ErrorNumber::deviceInputOutput, "Input/output error"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::reading, error, 192)),
               "song.mp3: read error at 3:12 (Input/output error); 3:12 are kept in song.wav");
@@ -33,14 +33,14 @@ TEST(DecodeNoticeTest, SaysWhereReadingFailedAndWhatIsKept) {
               "song.mp3: read error at 0:00 (Input/output error)");
 }
 
-TEST(DecodeNoticeTest, SaysWhyAFileCannotBeRead) {
+TEST(DecodeNoticeTest, ReportsWhyAFileCannotBeRead) {
     EXPECT_EQ(decodeNotice(
                   names, failedResult(DecodeStep::opening,
                                       {ErrorNumber::pathNotFound, "No such file or directory"}, 0)),
               "song.mp3 cannot be read (No such file or directory)");
 }
 
-TEST(DecodeNoticeTest, SaysWhyAFileWasNotSavedAndWhatIsKept) {
+TEST(DecodeNoticeTest, ReportsWhyAFileWasNotSavedAndTheKeptPart) {
     const Error full{ErrorNumber::diskFull, "\"/music/song.wav\" does not fit"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 42)),
               "song.wav was not saved: no space left in /music; 0:42 are kept");
@@ -51,19 +51,19 @@ TEST(DecodeNoticeTest, SaysWhyAFileWasNotSavedAndWhatIsKept) {
               "song.wav was not saved: \"/music/song.wav\" may not be written to");
 }
 
-TEST(DecodeNoticeTest, SaysWhyAFileWasNotDecoded) {
+TEST(DecodeNoticeTest, ReportsWhyAFileWasNotDecoded) {
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::decoding,
                                                {ErrorNumber::deviceUnavailable, "no decoder"}, 0)),
               "song.mp3 was not decoded: no decoder");
 }
 
-TEST(DecodeNoticeTest, SaysThatThereWasNothingToDecode) {
+TEST(DecodeNoticeTest, ReportsThatThereWasNothingToDecode) {
     DecodeResult result;
     result.outcome = DecodeOutcome::noFrames;
     EXPECT_EQ(decodeNotice(names, result), "song.mp3: nothing to decode was found");
 }
 
-TEST(DecodeNoticeTest, SaysWhatWasLeftOut) {
+TEST(DecodeNoticeTest, ReportsOmittedParts) {
     EXPECT_EQ(decodeNotice(names, lossyResult(3, 0)),
               "song.mp3: 3 frames of another format were left out");
     EXPECT_EQ(decodeNotice(names, lossyResult(1, 0)),
@@ -73,7 +73,7 @@ TEST(DecodeNoticeTest, SaysWhatWasLeftOut) {
               "song.mp3: 3 frames of another format were left out, 2 damaged places were skipped");
 }
 
-TEST(DecodeNoticeTest, IsEmptyForWhatIsWholeAndForWhatTheUserStopped) {
+TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndThoseTheUserStopped) {
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
         << "junk at the ends is in many good files";
     DecodeResult stopped = lossyResult(3, 2);

@@ -23,7 +23,7 @@ Data bytesOf(const Data& stream, const Frame& frame) {
     return fixture::part(stream, begin, begin + static_cast<std::size_t>(frame.header.bytes));
 }
 
-TEST(FrameDecoderTest, GivesEachFrameAtOnceAndWhole) {
+TEST(FrameDecoderTest, ReturnsEachFrameAtOnceAndComplete) {
     for (const Data& stream : {fixture::ordinary(), fixture::encoded(22050, 1, "-b 32"),
                                fixture::layer1(5), fixture::layer2(5)}) {
         FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
@@ -58,7 +58,7 @@ TEST(FrameDecoderTest, SilencesFramesWhoseReservoirIsMissing) {
     EXPECT_GE(decoder.silencedFrames(), 1);
 }
 
-TEST(FrameDecoderTest, GivesZerosForWhatIsNoFrame) {
+TEST(FrameDecoderTest, ReturnsZerosForInvalidFrames) {
     FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
     const auto frames = fixture::framesOf(fixture::ordinary());
     const auto samples = decoder.decode(frames[0], Data(417, 0));
@@ -66,7 +66,7 @@ TEST(FrameDecoderTest, GivesZerosForWhatIsNoFrame) {
     EXPECT_THAT(samples, Each(0));
 }
 
-TEST(FrameDecoderTest, GivesFinerSamplesOnDemand) {
+TEST(FrameDecoderTest, ReturnsFinerSamplesOnDemand) {
     const Data& stream = fixture::ordinary();
     FrameDecoder<float> fine = newDecoder<float>();
     FrameDecoder<std::int16_t> coarse = newDecoder<std::int16_t>();

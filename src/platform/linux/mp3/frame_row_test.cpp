@@ -33,7 +33,7 @@ TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0)) << "it is torn itself";
 }
 
-TEST(RowsAheadTest, FindsRowsOfTheFormatThatIsAskedFor) {
+TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
     const Data data = Data(100, 0) + row(3) + Data(40, 0);
     const StreamFormat format = parseHeader(row(1))->format;
     StreamFormat mono = format;
@@ -46,7 +46,7 @@ TEST(RowsAheadTest, FindsRowsOfTheFormatThatIsAskedFor) {
     EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0)) << "it lies behind";
 }
 
-TEST(RowsAheadTest, KnowsThePlacesOfTheSourceWhereverTheBytesBegin) {
+TEST(RowsAheadTest, ReturnsOffsetsInTheSourceWhereverTheBytesBegin) {
     const Data data = Data(100, 0) + row(3);
     const StreamFormat format = parseHeader(row(1))->format;
     RowsAhead rows;

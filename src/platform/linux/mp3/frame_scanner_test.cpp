@@ -79,7 +79,7 @@ TEST(FrameScannerTest, LosesNoFrameToJunkBetweenFrames) {
     }
 }
 
-TEST(FrameScannerTest, LosesOnlyTheFrameThatIsTorn) {
+TEST(FrameScannerTest, LosesOnlyTheTruncatedFrame) {
     const std::size_t place = middle();
     for (const std::size_t missing : {1U, 100U, 414U}) { // the header is there
         const Scan scan(part(ordinary(), 0, place + 418 - missing) +
@@ -96,7 +96,7 @@ TEST(FrameScannerTest, LosesOnlyTheFrameThatIsTorn) {
     }
 }
 
-TEST(FrameScannerTest, LosesNothingButTheTornEndWhereverTheFileEnds) {
+TEST(FrameScannerTest, LosesOnlyTheTruncatedEndWhereverTheFileEnds) {
     const Scan whole(ordinary());
     for (std::size_t frame = 0; frame < 5; ++frame) {
         const auto begin = static_cast<std::size_t>(whole.frames[frame].offset);
@@ -117,7 +117,7 @@ TEST(FrameScannerTest, SkipsTagsWithoutCountingThemAsLost) {
     EXPECT_EQ(scan.gaps(), 2);
 }
 
-TEST(FrameScannerTest, DoesNotBelieveTagsThatLieAboutTheirLength) {
+TEST(FrameScannerTest, DoesNotTrustTagsWithAFalseLength) {
     for (const Data& size : {Data{0x7F, 0x7F, 0x7F, 0x7F}, Data{0, 1, 0, 3}, Data{0, 0, 0, 1},
                              Data{0xFF, 0xFF, 0xFF, 0xFF}}) {
         const Scan scan(fixture::text("ID3") + Data{4, 0, 0} + size + ordinary());
@@ -140,7 +140,7 @@ TEST(FrameScannerTest, DropsFramesOfAnotherFormat) {
     }
 }
 
-TEST(FrameScannerTest, FindsNoFrameInWhatIsNone) {
+TEST(FrameScannerTest, FindsNoFrameInOtherData) {
     for (const Data& data : {Data{}, Data(1, 0xFF), Data(100'000, 0), Data(100'000, 0xFF),
                              junk(200'000), Data{0xFF, 0xFB, 0x90, 0x64}}) {
         const Scan scan(data);
@@ -149,11 +149,11 @@ TEST(FrameScannerTest, FindsNoFrameInWhatIsNone) {
     }
 }
 
-TEST(FrameScannerTest, TakesAFileOfOneFrame) {
+TEST(FrameScannerTest, AcceptsAFileOfOneFrame) {
     EXPECT_EQ(Scan(fixture::layer2(1)).frames.size(), 1U);
 }
 
-TEST(FrameScannerTest, TellsFreeFormatWithAndWithoutInformationFrameAndBehindJunk) {
+TEST(FrameScannerTest, DetectsFreeFormatWithAndWithoutInformationFrameAndAfterJunk) {
     const Data& tagged = fixture::encoded(44100, 2, "--freeformat -b 400");
     const Data& plain = fixture::encoded(44100, 2, "-t --freeformat -b 400");
     for (const Data& data : {tagged, plain, junk(4096) + plain}) {
@@ -164,7 +164,7 @@ TEST(FrameScannerTest, TellsFreeFormatWithAndWithoutInformationFrameAndBehindJun
     EXPECT_FALSE(Scan(ordinary()).freeFormat);
 }
 
-TEST(FrameScannerTest, GoesOnFromAnyFrameAsIfItCameFromTheFront) {
+TEST(FrameScannerTest, FindsTheSameFramesFromAnyFrameAsFromTheBeginning) {
     const std::size_t place = middle();
     const Data data = junk(700) + part(ordinary(), 0, place + 200) + junk(3000, 2) +
                       part(ordinary(), place + 300, SIZE_MAX) +
@@ -212,7 +212,7 @@ TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
     EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a torn frame";
 }
 
-TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadAndHasAllBefore) {
+TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadWithEverythingBefore) {
     const Scan whole(ordinary());
     for (const std::size_t number : {0U, 1U, 80U, 155U}) {
         const auto bad = static_cast<std::size_t>(whole.frames[number].offset);
@@ -232,7 +232,7 @@ TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadAndHasAllBefore) {
     }
 }
 
-TEST(FrameScannerTest, NeedsNotReadWhatLiesInATag) {
+TEST(FrameScannerTest, NeedNotReadTheContentsOfATag) {
     const Data tagged =
         fixture::text("ID3") + Data{4, 0, 0, 0, 4, 0, 0} + Data(65'536, 0) + ordinary();
     const fixture::BadPlaceSource source(tagged, 1000, 2000);
@@ -265,7 +265,7 @@ TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
     EXPECT_LE(scan.placesTried, 2 * static_cast<std::int64_t>(data.size()) / 4);
 }
 
-TEST(FrameScannerTest, ComesToItsEndOnJunkMadeToKeepItBusy) {
+TEST(FrameScannerTest, EndsOnHostileJunk) {
     Data headers; // nothing but beginnings of frames in free format
     while (headers.size() < 400'000) {
         headers = headers.size() < 4096 ? headers + Data{0xFF, 0xFB, 0, 0, 0xFF, 0xF3, 4, 0}

@@ -11,7 +11,7 @@ namespace {
 using fixture::Data;
 using fixture::operator+;
 
-TEST(FrameSequenceTest, NumbersTheFramesAndLeavesTheInformationFrameOut) {
+TEST(FrameSequenceTest, NumbersTheFramesAndOmitsTheInformationFrame) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     ASSERT_EQ(frames.size(), 155U);
     EXPECT_EQ(frames.front().number, 0);
@@ -29,7 +29,7 @@ TEST(FrameSequenceTest, KeepsLaterInformationFramesAsTheyAreSoundToADecoder) {
     EXPECT_EQ(fixture::framesOf(fixture::ordinary() + fixture::ordinary()).size(), 311U);
 }
 
-TEST(FrameSequenceTest, LeavesOutTheInformationFrameThatHeadsItsFormat) {
+TEST(FrameSequenceTest, OmitsTheInformationFrameBeforeItsFormat) {
     const Data& other = fixture::encoded(48000, 2, "-b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + fixture::ordinary();
     const MemorySource source(data);
@@ -49,7 +49,7 @@ TEST(FrameSequenceTest, IsEmptyWithoutAFrameOfTheFormat) {
     EXPECT_FALSE(FrameSequence(source, mono).next());
 }
 
-TEST(FrameSequenceTest, GoesOnWithTheNumberThatItIsGiven) {
+TEST(FrameSequenceTest, ContinuesWithTheGivenNumber) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     const MemorySource source(fixture::ordinary());
     FrameSequence rest(source, frames[40].header.format, 40, frames[40].offset);

@@ -26,7 +26,7 @@ TEST(FreeFormatDecoderTest, DecodesToTheSamplesOfTheLibrarysOwnTool) {
     }
 }
 
-TEST(FreeFormatDecoderTest, DecodesBehindJunk) {
+TEST(FreeFormatDecoderTest, DecodesAfterJunk) {
     const Data& data = encoded(44100, 2, "-t --freeformat -b 400");
     EXPECT_EQ(fixture::difference(fixture::sequentially(fixture::junk(4096) + data).samples,
                                   fixture::sequentially(data).samples),
@@ -41,7 +41,7 @@ TEST(FreeFormatDecoderTest, DropsFramesOfAnotherFormat) {
     EXPECT_LE(heard.samples.size(), 156U * 2304);
 }
 
-TEST(FreeFormatDecoderTest, EndsWithAFailureWhereReadingFails) {
+TEST(FreeFormatDecoderTest, EndsWithAFailureIfReadingFails) {
     const fakes::TempFolder folder;
     fixture::writeFile(folder / "a", encoded(44100, 2, "-t --freeformat -b 400"));
     const std::atomic<bool> stop = false;
@@ -80,7 +80,7 @@ TEST(FreeFormatDecoderTest, AnotherDecoderTakesOverWithoutATrace) {
     }
 }
 
-TEST(FreeFormatDecoderTest, NoDecoderGoesOnForLongThroughFramesThatItGivesUp) {
+TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItGivesUp) {
     Data frame{0xFF, 0xFB, 0x00, 0x64};
     frame.resize(800, 0xFE); // more values than there are
     Data data;

@@ -27,7 +27,7 @@ TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {
     EXPECT_FALSE(isFreeFormat(info + info + info));
 }
 
-TEST(FreeFormatTest, IsNotSeenInHeadersAtOtherDistances) {
+TEST(FreeFormatTest, IsNotDetectedInHeadersAtOtherDistances) {
     EXPECT_FALSE(isFreeFormat({}));
     EXPECT_FALSE(isFreeFormat(freeFrame(500)));
     EXPECT_FALSE(isFreeFormat(freeFrame(500) + freeFrame(700) + freeFrame(900)));

@@ -63,7 +63,7 @@ class HangingDiskTest : public testing::Test {
     std::unique_ptr<Mpg123Control> control;
 };
 
-TEST_F(HangingDiskTest, StopReturnsAndTheWavGetsItsNameWhenTheDiskLetsIt) {
+TEST_F(HangingDiskTest, StopReturnsAndTheWavGetsItsNameWhenTheDiskAllows) {
     for (const std::uint32_t call : {SYS_pwrite64, SYS_ftruncate, SYS_fsync}) {
         HeldCalls disk({call}, test::ofPath("/slow/"));
         hangIn(disk, slow / "out.wav");
@@ -109,7 +109,7 @@ TEST_F(HangingDiskTest, NothingWaitsForTheOpeningAndReadingOfTheSource) {
     }
 }
 
-TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileTheFormerIsBeingNamed) {
+TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileThePreviousOneIsBeingNamed) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     ASSERT_TRUE(disk.run([&] {
@@ -124,7 +124,7 @@ TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileTheFormerIsBeingNamed) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsBehindTheFormer) {
+TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);
@@ -148,7 +148,7 @@ TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsBehindTheFormer) {
     next.reset();
 }
 
-TEST_F(HangingDiskTest, OneThatIsStoppedBehindTheFormerLeavesItsWav) {
+TEST_F(HangingDiskTest, OneThatIsStoppedWhileWaitingLeavesThePreviousWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);

@@ -33,12 +33,12 @@ TEST(InfoTagTest, LeavesExactlyTheSamplesThatWereEncoded) {
         seconds * 22050);
 }
 
-TEST(InfoTagTest, IsNotSeenInOrdinaryFrames) {
+TEST(InfoTagTest, IsNotDetectedInOrdinaryFrames) {
     EXPECT_FALSE(tagOf(encoded(44100, 2, "-t -b 128")));
     EXPECT_FALSE(tagOf(fixture::layer2(1)));
 }
 
-TEST(InfoTagTest, IsReadForItsPresenceAloneIfItIsTorn) {
+TEST(InfoTagTest, IsDetectedButNotReadIfItIsTruncated) {
     const Data& data = fixture::ordinary();
     for (std::size_t bytes = 0; bytes < 200; ++bytes) {
         const auto tag = parseInfoTag(*parseHeader(data), Bytes(data).first(bytes));
@@ -49,7 +49,7 @@ TEST(InfoTagTest, IsReadForItsPresenceAloneIfItIsTorn) {
     }
 }
 
-TEST(InfoTagTest, TrimsNothingIfItIsOfNoEncoderThatTellsWhatItAdded) {
+TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
     Data data = fixture::ordinary();
     data[156] = 0; // the encoder's name: 36 + 8 + 4 + 4 + 100 + 4
     EXPECT_EQ(tagOf(data), GaplessTrim());
@@ -58,7 +58,7 @@ TEST(InfoTagTest, TrimsNothingIfItIsOfNoEncoderThatTellsWhatItAdded) {
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
-TEST(InfoTagTest, TrimsNothingIfItsNumbersCannotBe) {
+TEST(InfoTagTest, TrimsNothingIfItsNumbersAreImpossible) {
     Data data = fixture::ordinary();
     std::fill(data.begin() + 44, data.begin() + 48, 0); // no frames at all
     EXPECT_EQ(tagOf(data), GaplessTrim());

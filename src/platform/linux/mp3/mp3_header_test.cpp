@@ -17,7 +17,7 @@ struct Case {
     int samples;
 };
 
-TEST(Mp3HeaderTest, TellsFormatAndSizeOfEveryKindOfFrame) {
+TEST(Mp3HeaderTest, ReturnsFormatAndSizeOfEveryKindOfFrame) {
     const std::vector<Case> cases{
         {{0xFF, 0xFB, 0x90, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 417, 1152},
         {{0xFF, 0xFB, 0x92, 0x64}, {MpegVersion::mpeg1, 3, 44100, 2}, 418, 1152},
@@ -38,7 +38,7 @@ TEST(Mp3HeaderTest, TellsFormatAndSizeOfEveryKindOfFrame) {
     }
 }
 
-TEST(Mp3HeaderTest, RefusesWhatIsNoHeader) {
+TEST(Mp3HeaderTest, RefusesInvalidHeaders) {
     const std::vector<Data> cases{
         {},
         {0xFF, 0xFB, 0x90},       // too short
@@ -54,7 +54,7 @@ TEST(Mp3HeaderTest, RefusesWhatIsNoHeader) {
     }
 }
 
-TEST(Mp3HeaderTest, KnowsWhereTheSideInformationLies) {
+TEST(Mp3HeaderTest, ReturnsTheOffsetOfTheSideInformation) {
     const FrameHeader plain = *parseHeader(Data{0xFF, 0xFB, 0x90, 0x64});
     EXPECT_EQ(plain.sideInfoOffset(), 4U);
     EXPECT_EQ(plain.sideInfoBytes(), 32U);

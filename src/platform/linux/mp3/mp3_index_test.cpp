@@ -37,7 +37,7 @@ TEST(SegmentIndexTest, DividesAllFramesWithoutGapsOrOverlaps) {
     }
 }
 
-TEST(SegmentIndexTest, KnowsWhereThePrerollBegins) {
+TEST(SegmentIndexTest, ReturnsWhereThePrerollBegins) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     for (const Segment& segment : segmentsOf(fixture::ordinary(), 10)) {
         EXPECT_EQ(segment.preroll.offset,

@@ -46,7 +46,7 @@ class Mp3PlayerSourceTest : public testing::Test {
     std::array<StereoFrame, 441> block{};
 };
 
-TEST_F(Mp3PlayerSourceTest, GivesTheSamplesOfAFileOfTheCardsRate) {
+TEST_F(Mp3PlayerSourceTest, ReturnsTheSamplesOfAFileOfTheCardsRate) {
     const auto frames = all(*play(fixture::ordinary()));
     const fixture::Samples samples = fixture::sequentially(fixture::ordinary()).samples;
     ASSERT_EQ(frames.size() * 2, samples.size());
@@ -55,12 +55,12 @@ TEST_F(Mp3PlayerSourceTest, GivesTheSamplesOfAFileOfTheCardsRate) {
     }
 }
 
-TEST_F(Mp3PlayerSourceTest, BringsOtherRatesToTheCards) {
+TEST_F(Mp3PlayerSourceTest, ConvertsOtherRatesToTheCards) {
     EXPECT_NEAR(static_cast<double>(all(*play(encoded(22050, 1, "-b 64"))).size()), 4 * 44100, 50);
     EXPECT_NEAR(static_cast<double>(all(*play(encoded(48000, 2, "-b 128"))).size()), 4 * 44100, 50);
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsAtOnceWhereThereIsNoFrame) {
+TEST_F(Mp3PlayerSourceTest, EndsAtOnceIfThereIsNoFrame) {
     EXPECT_TRUE(all(*play(fixture::junk(5000))).empty());
 }
 
@@ -90,7 +90,7 @@ TEST_F(Mp3PlayerSourceTest, EndsWhileItsRingIsFull) {
     player.reset(); // hangs if the thread waits for room that nobody makes
 }
 
-TEST_F(Mp3PlayerSourceTest, HoldsTheCardUpForAMomentAloneWhileTheDiskHangs) {
+TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     test::HeldCalls disk({SYS_openat}, test::ofPath("a.mp3"));
     std::shared_ptr<Mp3PlayerSource> player;
@@ -112,7 +112,7 @@ TEST_F(Mp3PlayerSourceTest, HoldsTheCardUpForAMomentAloneWhileTheDiskHangs) {
     }));
 }
 
-TEST_F(Mp3PlayerSourceTest, IsGoneAtOnceWhileTheDiskHangs) {
+TEST_F(Mp3PlayerSourceTest, IsDestroyedAtOnceWhileTheDiskHangs) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
         test::HeldCalls disk({call}, test::ofPath("a.mp3"));

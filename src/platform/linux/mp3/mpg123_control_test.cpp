@@ -56,7 +56,7 @@ class Mpg123ControlTest : public testing::Test {
     Mpg123Control other{card, [this] { return now; }, fixture::asItIs, notices, saves, {2, 16}};
 };
 
-TEST_F(Mpg123ControlTest, RestsUntilItIsToldToDecode) {
+TEST_F(Mpg123ControlTest, IsIdleUntilDecodingIsRequested) {
     EXPECT_FALSE(control.Busy());
     EXPECT_EQ(control.Position(), 0);
     EXPECT_TRUE(control.Stop().ok());
@@ -121,7 +121,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainIfTheWavOrItsSourceWasChanged) {
     EXPECT_EQ(fixture::readWav(target).format, (PcmFormat{22050, 1}));
 }
 
-TEST_F(Mpg123ControlTest, DecodesAgainWhatWasStoppedAndWhatFailed) {
+TEST_F(Mpg123ControlTest, DecodesAgainAfterAStopAndAfterAFailure) {
     decode();
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_FALSE(control.Busy());
@@ -156,7 +156,7 @@ TEST_F(Mpg123ControlTest, StopsTheRunningJobForAnotherTarget) {
     }
 }
 
-TEST_F(Mpg123ControlTest, AJobGoesOnWhenOnlyTheSourceFileIsSet) {
+TEST_F(Mpg123ControlTest, AJobContinuesWhenOnlyTheSourceFileIsSet) {
     decode();
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     finish();
@@ -191,7 +191,7 @@ TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
     EXPECT_FALSE(control.Busy());
 }
 
-TEST_F(Mpg123ControlTest, IsQuietAboutWhatCannotBePlayed) {
+TEST_F(Mpg123ControlTest, ReportsNothingAboutFilesThatCannotBePlayed) {
     writeFile(folder / "junk", fixture::junk(5000));
     for (const fs::path& path : {folder / "none.mp3", folder.path(), folder / "junk"}) {
         EXPECT_TRUE(control.setSourceFile(path).ok());
@@ -205,7 +205,7 @@ TEST_F(Mpg123ControlTest, IsQuietAboutWhatCannotBePlayed) {
     EXPECT_THAT(notices.texts(), testing::IsEmpty());
 }
 
-TEST_F(Mpg123ControlTest, PlayingBeginsAnewAndStopsWithoutPlayingInAnyOrder) {
+TEST_F(Mpg123ControlTest, PlayingRestartsAndStopsInAnyOrder) {
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_TRUE(control.setSourceFile(source).ok());
     for (int i = 0; i < 3; ++i) {
@@ -218,7 +218,7 @@ TEST_F(Mpg123ControlTest, PlayingBeginsAnewAndStopsWithoutPlayingInAnyOrder) {
     }
 }
 
-TEST_F(Mpg123ControlTest, LeavesTheLineToAnotherThatTookItOver) {
+TEST_F(Mpg123ControlTest, LeavesTheLineToAnotherControlThatUsesIt) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.attach(Line::waveOut, std::make_shared<fakes::PatternSource>(), now);
@@ -243,7 +243,7 @@ TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlTest, TheEndOfAControlSilencesItsOwnPlayingAlone) {
+TEST_F(Mpg123ControlTest, DestroyingAControlStopsOnlyItsOwnPlaying) {
     auto third = std::make_unique<Mpg123Control>(
         card, [this] { return now; }, fixture::asItIs, notices, saves, Division{2, 16});
     EXPECT_TRUE(third->setSourceFile(source).ok());
@@ -307,7 +307,7 @@ TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
 }
 
-TEST_F(Mpg123ControlTest, ReportsWhatAWholeDecodingLeftOut) {
+TEST_F(Mpg123ControlTest, ReportsPartsThatACompleteDecodingOmitted) {
     writeFile(source, ordinary());
     decode();
     finish();
@@ -320,7 +320,7 @@ TEST_F(Mpg123ControlTest, ReportsWhatAWholeDecodingLeftOut) {
                 testing::ElementsAre("in.mp3: 3 frames of another format were left out"));
 }
 
-TEST_F(Mpg123ControlTest, ReportsNamesAsTheLogicHasThem) {
+TEST_F(Mpg123ControlTest, ReportsNamesInTheLogicsForm) {
     writeFile(source, fixture::junk(5000));
     Mpg123Control mapped(
         card, [] { return 0ns; },

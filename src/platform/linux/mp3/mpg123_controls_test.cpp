@@ -38,7 +38,7 @@ class Mpg123ControlsTest : public testing::Test {
     Mpg123Controls controls{card, [] { return 0ns; }, fixture::asItIs, notices, saves};
 };
 
-TEST_F(Mpg123ControlsTest, MakesControlsThatDecodeAndReportSideBySide) {
+TEST_F(Mpg123ControlsTest, CreatesControlsThatDecodeAndReportConcurrently) {
     const auto first = decodingTo(target);
     const auto second = decodingTo(folder / "second.wav");
     const auto third = controls.create();
@@ -63,7 +63,7 @@ TEST_F(Mpg123ControlsTest, AtTheEndAllStop) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlsTest, AtTheEndTheSavesArePendingThatTheDiskHoldsUp) {
+TEST_F(Mpg123ControlsTest, AtTheEndSavesDelayedByTheDiskArePending) {
     HeldCalls disk({SYS_fsync});
     std::unique_ptr<ActiveMP3> control;
     ASSERT_TRUE(disk.run([&] { control = decodingTo(target); }));

@@ -29,14 +29,14 @@ TEST(PrerollHistoryTest, BeginsAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
     EXPECT_EQ(history.before(1001).frame, 976);
 }
 
-TEST(PrerollHistoryTest, BeginsAtTheFirstFrameOfAStreamWhereItIsNear) {
+TEST(PrerollHistoryTest, BeginsAtTheFirstFrameOfAStreamIfItIsNear) {
     const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 30);
     for (const std::int64_t frame : {0, 1, 24, 29}) {
         EXPECT_EQ(history.before(frame).frame, 0) << frame;
     }
 }
 
-TEST(PrerollHistoryTest, BeginsEarlierWhereTheReservoirNeedsIt) {
+TEST(PrerollHistoryTest, BeginsEarlierIfTheReservoirRequiresIt) {
     // 8 kbit/s, stereo: three bytes of each frame are main data, so 255 take 85 frames.
     const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
     EXPECT_EQ(low.before(1000).frame, 904);

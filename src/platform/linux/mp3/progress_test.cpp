@@ -25,7 +25,7 @@ TEST(ProgressTest, NeverOverflowsHoweverLargeTheFile) {
     EXPECT_NEAR(progress.position(), Progress::length / 2, 1);
 }
 
-TEST(ProgressTest, StaysWithinTheWholeWhateverItIsTold) {
+TEST(ProgressTest, StaysWithinTheWholeForAnyInput) {
     Progress progress;
     progress.setTotal(0);
     progress.add(1000);

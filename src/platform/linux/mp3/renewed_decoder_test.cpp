@@ -47,7 +47,7 @@ Data song(const std::string& options, int times) {
     return data;
 }
 
-TEST(RenewedDecoderTest, GivesTheSamplesOfOneDecoder) {
+TEST(RenewedDecoderTest, ReturnsTheSamplesOfOneDecoder) {
     for (const char* options : {"-b 128", "-t -V 4", "-b 8 --resample 24", "-t -m m -b 32"}) {
         const Data data = song(options, 9);
         const Pass one = decodeFrom(data, RenewedDecoder::never);
@@ -58,7 +58,7 @@ TEST(RenewedDecoderTest, GivesTheSamplesOfOneDecoder) {
     }
 }
 
-TEST(RenewedDecoderTest, NoDecoderIsGivenMoreFramesThanThePeriodAndItsLead) {
+TEST(RenewedDecoderTest, NoDecoderGetsMoreFramesThanThePeriodAndItsLead) {
     EXPECT_LE(decodeFrom(song("-b 128", 9), shortPeriod).mostFrames,
               shortPeriod + RenewedDecoder::lead);
 }
@@ -84,7 +84,7 @@ void spoil(Data& data, std::size_t number) {
     setBits(granule + 29, 4, 0xF); // the largest scale factors
 }
 
-TEST(RenewedDecoderTest, GivesTheSameSamplesBehindBrokenFramesWhereverItBegan) {
+TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverItBegan) {
     constexpr std::int64_t period = 576; // the second decoder begins at frame 296
     constexpr std::size_t replaced = period * 2304;
     Data data = song("-b 128", 16);

@@ -35,7 +35,7 @@ bool expectSame(const Data& data, const std::string& name) {
     return !broken;
 }
 
-TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfMpeg1) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfMpeg1) {
     for (const char* options :
          {"-b 128", "-t -b 128", "-V 2", "-V 9 --resample 44.1", "-t -V 4", "--abr 140", "-b 320",
           "-b 32 --resample 44.1", "-p -b 160", "--nores -b 128", "-m m -b 64", "-m s -b 192"}) {
@@ -47,7 +47,7 @@ TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfMpeg1) {
     }
 }
 
-TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfLowRates) {
+TEST(SegmentDecoderTest, MatchesOnePassForStreamsOfLowRates) {
     for (const double rate : {24.0, 22.05, 16.0, 12.0, 11.025, 8.0}) {
         for (const char* options : {"-b 8", "-b 64", "-V 5"}) {
             const std::string all = std::string(options) + " --resample " + std::to_string(rate);
@@ -58,7 +58,7 @@ TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForStreamsOfLowRates) {
     EXPECT_TRUE(expectSame(encoded(44100, 2, "-p -b 8 --resample 24"), "the smallest frames"));
 }
 
-TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForDamagedStreams) {
+TEST(SegmentDecoderTest, MatchesOnePassForDamagedStreams) {
     const std::vector<Data> streams{ordinary(), encoded(44100, 2, "-V 2"),
                                     encoded(44100, 2, "-b 8 --resample 24")};
     for (const Data& data : streams) {
@@ -78,7 +78,7 @@ TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForDamagedStreams) {
     }
 }
 
-TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForSpoiltBitsOrRefuses) {
+TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrRefuses) {
     int refused = 0;
     int same = 0;
     std::mt19937 random(11);
@@ -93,7 +93,7 @@ TEST(SegmentDecoderTest, GivesTheBytesOfOnePassForSpoiltBitsOrRefuses) {
     EXPECT_GT(same, 0);
 }
 
-TEST(SegmentDecoderTest, EndsWhenItsTakerHasEnough) {
+TEST(SegmentDecoderTest, EndsWhenItsReceiverHasEnough) {
     const MemorySource source(ordinary());
     const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
@@ -108,7 +108,7 @@ TEST(SegmentDecoderTest, EndsWhenItsTakerHasEnough) {
     EXPECT_LT(last, 100);
 }
 
-TEST(SegmentDecoderTest, PassesItsTakersFailureOn) {
+TEST(SegmentDecoderTest, ReturnsItsReceiversFailure) {
     const MemorySource source(ordinary());
     const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
@@ -134,7 +134,7 @@ TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanItHad) {
     EXPECT_EQ(outcome.failure->step, DecodeStep::reading);
 }
 
-TEST(SegmentDecoderTest, GivesAllBeforeAPlaceThatCannotBeRead) {
+TEST(SegmentDecoderTest, ReturnsEverythingBeforeAPlaceThatCannotBeRead) {
     const auto found = fixture::framesOf(ordinary());
     const auto bad = static_cast<std::size_t>(found[77].offset) + 5;
     const fixture::BadPlaceSource source(ordinary(), bad, SIZE_MAX);

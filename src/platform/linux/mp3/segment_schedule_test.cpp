@@ -49,7 +49,7 @@ TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
-TEST_F(SegmentScheduleTest, AStopBehindABrokenFrameIsNotComplete) {
+TEST_F(SegmentScheduleTest, AStopAfterABrokenFrameIsNotComplete) {
     // The second segment is broken. Then comes the stop, while the first worker hands over the last
     // frames of its segment; there is no more for it to take.
     const auto first = schedule.take(0);
@@ -73,7 +73,7 @@ TEST_F(SegmentScheduleTest, OnePassBeginsAtTheFirstSegmentThatNeedsIt) {
     EXPECT_EQ(schedule.wholeFrames(), 0);
 }
 
-TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseBehindItAreNot) {
+TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseAfterItAreNot) {
     const auto first = schedule.take(0);
     const auto second = schedule.take(1);
     finish(0, *first);
@@ -88,7 +88,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseBehindItAreNo
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, TheFirstPlaceCountsWhereOneFailsAndOneNeedsOnePass) {
+TEST_F(SegmentScheduleTest, TheFirstPlaceCountsIfOneFailsAndOneNeedsOnePass) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

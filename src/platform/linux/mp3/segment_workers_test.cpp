@@ -62,7 +62,7 @@ Data brokenAt(std::vector<std::size_t> frames) {
     return data;
 }
 
-TEST_F(SegmentWorkersTest, GiveTheSamplesOfOnePassHoweverManyTheyAre) {
+TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
     const Data& data = encoded(44100, 2, "-V 2");
     const fixture::Heard whole = fixture::sequentially(data);
     for (const unsigned threads : {0U, 1U, 2U, 3U, 8U}) {
@@ -98,7 +98,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
     EXPECT_GT(between, 0) << "a poor example: there was no stop in the middle";
 }
 
-TEST_F(SegmentWorkersTest, KeepAllBeforeAPlaceThatCannotBeRead) {
+TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeRead) {
     const Data& data = encoded(44100, 2, "-b 320");
     const auto frames = fixture::framesOf(data);
     const fixture::Heard whole = fixture::sequentially(data);
@@ -118,7 +118,7 @@ TEST_F(SegmentWorkersTest, KeepAllBeforeAPlaceThatCannotBeRead) {
     }
 }
 
-TEST_F(SegmentWorkersTest, KeepAllBeforeAPlaceThatCannotBeReadInOnePassToo) {
+TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeReadInOnePassToo) {
     const Data data = brokenAt({25});
     const auto bad = static_cast<std::size_t>(fixture::framesOf(data)[90].offset);
     const fixture::BadPlaceSource source(data, bad, SIZE_MAX);
@@ -131,7 +131,7 @@ TEST_F(SegmentWorkersTest, KeepAllBeforeAPlaceThatCannotBeReadInOnePassToo) {
     EXPECT_EQ(part.size(), 90U * 2304 - 1105 * 2);
 }
 
-TEST_F(SegmentWorkersTest, OneGoesOnAloneFromTheFirstBrokenSegment) {
+TEST_F(SegmentWorkersTest, OneContinuesAloneFromTheFirstBrokenSegment) {
     for (const auto& frames : {std::vector<std::size_t>{0}, {75}, {100, 119, 120}, {150}}) {
         const Data data = brokenAt(frames);
         const fixture::Heard whole = fixture::sequentially(data);
@@ -148,7 +148,7 @@ TEST_F(SegmentWorkersTest, OneGoesOnAloneFromTheFirstBrokenSegment) {
     }
 }
 
-TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereTheOneIsStopped) {
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
     const Data data = brokenAt({75});
     const fixture::Heard whole = fixture::sequentially(data);
     int beyond = 0;

@@ -60,7 +60,7 @@ TEST(SequentialDecoderTest, HasExactlyTheSamplesThatWereEncoded) {
     EXPECT_EQ(sequentially(ordinary()).count, (DecodeCount{155, 0, {}}));
 }
 
-TEST(SequentialDecoderTest, SavesEveryFrameBesideTheDamage) {
+TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
     const std::size_t place = static_cast<std::size_t>(fixture::framesOf(ordinary())[70].offset);
     const Heard whole = sequentially(ordinary());
     for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
@@ -99,14 +99,14 @@ TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
         std::nullopt);
 }
 
-TEST(SequentialDecoderTest, GivesNoReaderForWhatHasNoFrame) {
+TEST(SequentialDecoderTest, ReturnsNoReaderWithoutAFrame) {
     for (const Data& data : {Data{}, junk(100'000), Data(70'000, 0)}) {
         EXPECT_TRUE(sequentially(data).samples.empty());
         EXPECT_EQ(sequentially(data).format, (PcmFormat{0, 0}));
     }
 }
 
-TEST(SequentialDecoderTest, EndsWithAFailureWhereReadingFailsAndGivesAllBefore) {
+TEST(SequentialDecoderTest, EndsWithAFailureIfReadingFailsAfterEverythingBefore) {
     const auto bad = static_cast<std::size_t>(fixture::framesOf(ordinary())[100].offset);
     const Heard heard = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
     ASSERT_TRUE(heard.failure);
@@ -116,7 +116,7 @@ TEST(SequentialDecoderTest, EndsWithAFailureWhereReadingFailsAndGivesAllBefore) 
     EXPECT_TRUE(std::equal(heard.samples.begin(), heard.samples.end(), whole.samples.begin()));
 }
 
-TEST(SequentialDecoderTest, TakesFromEachFrameThePartThatIsKept) {
+TEST(SequentialDecoderTest, ReturnsTheKeptPartOfEachFrame) {
     const StreamFormat format; // 1152 samples, stereo
     const std::vector<std::int16_t> samples(2304);
     const GaplessTrim trim(1500, 2500, 3456);

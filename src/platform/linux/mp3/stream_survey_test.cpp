@@ -34,7 +34,7 @@ int rateOf(const Data& data) {
     return found.format ? found.format->rate : 0;
 }
 
-TEST(StreamSurveyTest, TakesTheFormatOfMostFramesWhereverTheyAre) {
+TEST(StreamSurveyTest, ChoosesTheFormatOfMostFramesWhereverTheyAre) {
     EXPECT_EQ(rateOf(frames(slow(), 4) + ordinary()), 44100);
     EXPECT_EQ(rateOf(ordinary() + frames(slow(), 4)), 44100);
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30)), 48000);
@@ -48,7 +48,7 @@ TEST(StreamSurveyTest, CountsFramesAndNotBytes) {
     EXPECT_EQ(rateOf(frames(thick, 20) + frames(slow(), 21)), 32000);
 }
 
-TEST(StreamSurveyTest, OfAsManyFramesTheFirstFormatWins) {
+TEST(StreamSurveyTest, OfEquallyManyFramesTheFirstFormatIsChosen) {
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 20)), 32000);
     EXPECT_EQ(rateOf(frames(fast(), 20) + frames(slow(), 20)), 48000);
     EXPECT_EQ(rateOf(frames(fast(), 10) + frames(slow(), 20) + frames(fast(), 10)), 48000);
@@ -70,7 +70,7 @@ TEST(StreamSurveyTest, AFormatIsVersionLayerRateAndChannels) {
     EXPECT_EQ(survey(fixture::layer1(5) + fixture::layer2(4)).format->layer, 1);
 }
 
-TEST(StreamSurveyTest, TellsFreeFormat) {
+TEST(StreamSurveyTest, DetectsFreeFormat) {
     const StreamSurvey found =
         survey(fixture::junk(300) + encoded(44100, 2, "-t --freeformat -b 400", 1.5));
     EXPECT_EQ(found.freeFormatOffset, 300);
@@ -85,13 +85,13 @@ TEST(StreamSurveyTest, HasNoFormatWithoutAnyFrame) {
     }
 }
 
-TEST(StreamSurveyTest, GoesAsFarAsItIsAsked) {
+TEST(StreamSurveyTest, EndsAtTheGivenOffset) {
     const Data data = frames(slow(), 10) + frames(fast(), 50);
     EXPECT_EQ(surveyStream(MemorySource(data), 10 * 432).format->rate, 32000);
     EXPECT_EQ(surveyStream(MemorySource(data), 30 * 432).format->rate, 48000);
 }
 
-TEST(StreamSurveyTest, SaysWhatItFoundBeforeAPlaceThatCannotBeRead) {
+TEST(StreamSurveyTest, ReportsThePartBeforeAPlaceThatCannotBeRead) {
     const Data data = frames(slow(), 10) + frames(fast(), 50);
     const StreamSurvey found = surveyStream(fixture::BadPlaceSource(data, 15 * 432, SIZE_MAX));
     EXPECT_TRUE(found.failure);

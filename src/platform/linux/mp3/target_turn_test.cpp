@@ -33,7 +33,7 @@ TEST_F(TargetTurnTest, IsTakenAtOnceForDifferentFiles) {
     EXPECT_TRUE(a && b && c);
 }
 
-TEST_F(TargetTurnTest, WaitsForTheOneBeforeWhateverTheFileIsCalled) {
+TEST_F(TargetTurnTest, WaitsForThePreviousOneByWhateverPath) {
     std::ofstream(path) << "old";
     fs::create_symlink(path, folder / "link.wav");
     std::optional<TargetTurn> first = take(path);

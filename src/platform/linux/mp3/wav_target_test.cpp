@@ -29,7 +29,7 @@ class WavTargetTest : public testing::Test {
     const fs::path path = folder / "a.wav";
 };
 
-TEST_F(WavTargetTest, IsSeenByNobodyUntilItIsFinished) {
+TEST_F(WavTargetTest, IsInvisibleUntilItIsFinished) {
     const auto target = create();
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
     EXPECT_EQ(test::visibleEntriesIn(folder.path()), 0);
@@ -37,7 +37,7 @@ TEST_F(WavTargetTest, IsSeenByNobodyUntilItIsFinished) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, IsFinishedOrGoneUnderAHiddenNameToo) {
+TEST_F(WavTargetTest, IsFinishedOrDeletedWithAHiddenNameToo) {
     const auto hidden = [&] {
         return std::move(WavTarget::create(path, {22050, 2}, sound::maxWavSampleBytes,
                                            files::Concealment::hiddenName)
@@ -65,7 +65,7 @@ TEST_F(WavTargetTest, HasEverySampleAtItsPlaceWhateverTheOrder) {
     EXPECT_EQ(heard.samples, (Samples{1, 2, 3, 4, 5, 6}));
 }
 
-TEST_F(WavTargetTest, IsCutWhereItIsSaidToEnd) {
+TEST_F(WavTargetTest, IsTruncatedAtItsGivenEnd) {
     const auto target = create();
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
     EXPECT_TRUE(target->place(1000, Samples{9, 9}).ok());
@@ -74,7 +74,7 @@ TEST_F(WavTargetTest, IsCutWhereItIsSaidToEnd) {
     EXPECT_EQ(fs::file_size(path), 48U);
 }
 
-TEST_F(WavTargetTest, BecomesLargeFormBeyondWhatThePlainOneHolds) {
+TEST_F(WavTargetTest, UsesTheLargeFormBeyondThePlainOnesLimit) {
     Samples samples(400'000); // more than one block of the move
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<std::int16_t>(i * 7);
@@ -86,14 +86,14 @@ TEST_F(WavTargetTest, BecomesLargeFormBeyondWhatThePlainOneHolds) {
     EXPECT_EQ(fixture::readWav(path).samples, samples);
 }
 
-TEST_F(WavTargetTest, RefusesAtOnceWhatCannotBeWritten) {
+TEST_F(WavTargetTest, RefusesAtOnceTargetsThatCannotBeWritten) {
     EXPECT_FALSE(WavTarget::create(folder / "none" / "a.wav", {}).ok());
     EXPECT_FALSE(WavTarget::create(std::string("a\0.wav", 6), {}).ok());
     fs::create_directory(path);
     EXPECT_FALSE(WavTarget::create(path, {}).ok());
 }
 
-TEST_F(WavTargetTest, AFullDiskIsToldAndLeavesTheOldFile) {
+TEST_F(WavTargetTest, AFullDiskIsReportedAndLeavesTheOldFile) {
     fixture::writeFile(path, fixture::text("old"));
     fs::permissions(folder.path(), fs::perms(0777));
     const int code = test::runUnprivileged([&] {
@@ -113,7 +113,7 @@ TEST_F(WavTargetTest, AFullDiskIsToldAndLeavesTheOldFile) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, IsNotMadeForAPathWithoutAName) {
+TEST_F(WavTargetTest, IsNotCreatedForAPathWithoutAName) {
     EXPECT_FALSE(WavTarget::create("", {44100, 2}).ok());
     EXPECT_FALSE(WavTarget::create(folder.path() / "", {44100, 2}).ok());
 }
