@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// What a Debian machine with one card and a sound server lists, and a device of a user's own.
+/// The list of a Debian machine with one card and a sound server, and a device of the user's own.
 std::vector<DeviceHint> hintsOfAMachine() {
     const std::string card = "HDA Intel PCH, ALC287 Analog";
     return {

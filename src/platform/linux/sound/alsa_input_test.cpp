@@ -25,7 +25,7 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The most frames in a row of which each is the test sound's successor of the one before.
+/// The longest run of frames in which each is the successor of the previous one in the test sound.
 int longestRun(const Frames& frames) {
     int longest = 0;
     int run = 0;
@@ -56,7 +56,7 @@ TEST(AlsaInput, RecordsTheServersMonitor) {
     player.setSpeakers(makeOutput("default"));
     player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
 
-    // A fifth of a second as one run, from wherever the input came in.
+    // A fifth of a second as one run, from any point at which the input started.
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 

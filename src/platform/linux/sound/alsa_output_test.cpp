@@ -13,7 +13,7 @@
 
 #if defined(__SANITIZE_THREAD__)
 /// The sound server's client library is not built for the thread sanitizer, which therefore cannot
-/// see how its threads wait for each other. Reports that involve our own code alone still come.
+/// see how its threads synchronise. Reports that involve only our own code remain.
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libpulse\nrace:libasound_module\nmutex:libpulse\nthread:libpulse\n";
 }
@@ -31,7 +31,7 @@ using fakes::PatternSource;
 
 using Frames = std::vector<StereoFrame>;
 
-/// Whether `whole` holds `part` as one run.
+/// Whether `whole` contains `part` contiguously.
 bool holds(const Frames& whole, const Frames& part) {
     return std::search(whole.begin(), whole.end(), part.begin(), part.end()) != whole.end();
 }
@@ -52,12 +52,12 @@ class PlayingCard {
         return eventually([&] { return disc_->position() >= end; });
     }
     void changeOutput(const std::string& output) { card_.setSpeakers(makeOutput(output)); }
-    /// What was recorded is the disc's sound from its first frame on, and nothing is missing.
+    /// Expects that the recording is the disc's sound from its first frame on, without gaps.
     void expectWholeCapture() {
         const std::int64_t played = disc_->position();
         card_.stopRecording(monotonicNow());
         Frames recorded = tape_->frames();
-        // The card's thread may have come in between the two calls of the constructor.
+        // The card's thread may have run between the two calls of the constructor.
         const auto isSound = [](StereoFrame frame) {
             return frame != StereoFrame{};
         };
@@ -131,7 +131,7 @@ TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    server.kill(); // lets a thread that was left behind come back
+    server.kill(); // lets a thread that was left behind return
 }
 
 TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {

@@ -35,7 +35,7 @@ class CapturePumpTest : public testing::Test {
         EXPECT_EQ(pulled.supply, Supply::flowing);
         return block;
     }
-    /// Pulls until something else than silence comes.
+    /// Pulls until the block is not silent.
     static Frames pullSound(CapturePump& pump, std::size_t count) {
         Frames block;
         EXPECT_TRUE(eventually([&] {

@@ -60,7 +60,7 @@ class CardMixerTest : public testing::Test {
     void play(Line line, std::shared_ptr<SampleSource> source) {
         card.attach(line, std::move(source), now);
     }
-    /// What the speakers are given in `time`.
+    /// The speakers' sound during `time`.
     Frames hear(SoundCard::Time time) {
         const auto speakers = std::make_shared<MemorySink>();
         card.setSpeakers(speakers);
@@ -320,7 +320,7 @@ TEST_F(CardMixerTest, NeutralAgainAfterABoostChangesNoSample) {
     EXPECT_NE(hear(1s), pattern(0, 44'100));
     EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
-    hear(4s); // the ramp, and the recovery of what was turned down
+    hear(4s); // the ramp, and the recovery of the attenuated sound
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
 
@@ -374,7 +374,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     const std::vector<double> heard = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(heard, hz, frameRate);
     EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "as loud as it can be";
-    // A clipped wave would hold a third of its amplitude as third harmonic.
+    // A clipped wave would have a third harmonic with a third of its amplitude.
     EXPECT_LT(decibels(amplitudeAt(heard, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(heard, 5 * hz, frameRate) / whole), -50);
 }

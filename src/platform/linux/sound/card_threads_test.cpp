@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Mixer, peak reading, wave input and a change of source, each from the thread that uses it in the
-// program or from more than one, while the card's own thread runs. The thread sanitizer looks on.
+// program or from several, while the card's own thread runs. For the thread sanitizer.
 #include <gmock/gmock.h>
 
 #include <atomic>

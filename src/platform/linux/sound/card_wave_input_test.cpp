@@ -93,7 +93,7 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     EXPECT_TRUE(second.isDone());
     EXPECT_THAT(first.frames(), IsSound(pattern(0, 1000)));
     EXPECT_THAT(second.frames(), IsSound(pattern(1000, 500)));
-    // 264 frames found no buffer; the next one goes on with what comes now.
+    // 264 frames found no buffer; the next one continues with the present frames.
     EXPECT_EQ(input.addBuffer(handle, first.header), WaveResult::noError);
     EXPECT_FALSE(first.isDone());
     pass(30ms);
@@ -252,8 +252,8 @@ TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
 
 // --- every order -------------------------------------------------------------------------------
 
-/// One buffer of one block on one device, driven through operations in any order beside a model of
-/// what each has to answer.
+/// One buffer of one block on one device, driven through operations in any order and compared with
+/// a model of the expected results.
 class AnyOrder {
   public:
     static constexpr int operations = 9;
@@ -311,7 +311,7 @@ class AnyOrder {
             queued_ = queued_ && !running_;
         }
     }
-    /// What the header says, against the model.
+    /// Compares the header with the model.
     void check() const {
         ASSERT_EQ(buffer_.isQueued(), queued_);
         ASSERT_FALSE(queued_ && buffer_.isDone());
@@ -430,7 +430,7 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeakAndRecordingButNotToT
 TEST_F(CardWaveInputExternal, IsAnErrorThatNamesTheDeviceIfItCannotBeOpened) {
     device->missing = true;
     WaveInHandle other = 5;
-    // On a machine under load the answer may come too late, and the open then succeeds.
+    // On a machine under load the result may be late, and the open then succeeds.
     ASSERT_TRUE(eventually([&] {
         const WaveResult result = input.open(other, 0, cardFormat);
         if (result == WaveResult::noError) {

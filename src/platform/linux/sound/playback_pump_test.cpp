@@ -31,19 +31,19 @@ using Frames = std::vector<StereoFrame>;
 struct PlaybackDevice {
     std::mutex mutex;
     std::condition_variable changed;
-    Frames heard;                       ///< all that was written
-    std::deque<long> refusals;          ///< answers of the next writes, before they succeed again
+    Frames heard;                       ///< all written frames
+    std::deque<long> refusals;          ///< results of the next writes, before they succeed again
     std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
     std::vector<std::size_t> startedAt; ///< frames written when it was started
     std::vector<std::size_t> offered;   ///< frames of each write, with those that it did not take
     std::function<void()> onStop;       ///< called when it is stopped
-    bool hangs = false;                 ///< a write does not come back
+    bool hangs = false;                 ///< a write does not return
     bool full = false;                  ///< it has no room
     std::atomic<int> opened = 0;
     std::atomic<int> closed = 0;
     std::atomic<int> prepared = 0;
     std::atomic<int> stopped = 0;
-    std::atomic<bool> hanging = false; ///< in a write that does not come back
+    std::atomic<bool> hanging = false; ///< in a write that does not return
 
     std::size_t heardFrames() {
         const std::lock_guard lock(mutex);
@@ -81,7 +81,7 @@ class FakePlayback : public PcmPlayback {
             device_->refusals.pop_front();
             return answer;
         }
-        // Takes a part only, as devices do.
+        // Accepts only a part, as devices do.
         const std::size_t count = std::min<std::size_t>(frames.size(), 300);
         device_->heard.insert(device_->heard.end(), frames.begin(),
                               frames.begin() + static_cast<std::ptrdiff_t>(count));
@@ -111,7 +111,7 @@ class FakePlayback : public PcmPlayback {
 
 class PlaybackPumpTest : public testing::Test {
   protected:
-    /// Hands `count` frames of the test sound over, as the card would.
+    /// Adds `count` frames of the test sound, as the card would.
     static void play(PlaybackPump& pump, std::int64_t first, std::size_t count) {
         const Frames frames = pattern(first, count);
         for (std::size_t done = 0; done < count; done += blockFrames) {
@@ -126,7 +126,7 @@ class PlaybackPumpTest : public testing::Test {
 
     std::shared_ptr<PlaybackDevice> device = std::make_shared<PlaybackDevice>();
     PlaybackTiming patient{.closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
-    /// Never takes a sound for ended, however late this thread is with the next block of it.
+    /// Never treats a sound as ended, however late this thread is with its next block.
     PlaybackTiming endless{
         .dryAfter = 1h, .closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is kept of a recording whose disk is full or fails, at whichever call of it.
+// The part of a recording that is kept when its disk is full or fails, at each of its system calls.
 #include "platform/linux/sound/recording_file.h"
 
 #include <gmock/gmock.h>
@@ -61,7 +61,7 @@ class FailingDiskTest : public testing::Test {
     const fs::path target = folder / "track.wav";
 };
 
-/// Child processes say by their exit status what did not hold.
+/// Child processes report the failed expectation by their exit status.
 int exitStatusOf(const std::function<int()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -87,7 +87,7 @@ TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
                   RecordingFile recording = create();
                   const bool fitted = recording.append(pattern(0, 2000));
                   const bool failed = !recording.append(pattern(2000, 2000));
-                  limitFileSize(RLIM_INFINITY); // there is room again, behind a gap
+                  limitFileSize(RLIM_INFINITY); // there is space again, after a gap
                   const bool ended = !recording.append(pattern(4000, 2000)) &&
                                      recording.frames() == 2489 && recording.failure() == EFBIG;
                   const bool saved = recording.save(target).ok();
@@ -114,7 +114,7 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
         const std::int64_t room = test::smallDiskBytes - 64 * 1024; // the disk's own needs
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
-        // Nothing is left behind of the next one, which does not get to its first byte.
+        // The next file, which cannot get its first byte, leaves nothing behind.
         const bool refused = !RecordingFile::create(Channels::stereo, folder.path()).ok() &&
                              entriesIn(folder.path()) == 1;
         fs::copy(target, result / "copy.wav");

@@ -154,7 +154,7 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromAHiddenName) {
     EXPECT_EQ(contentOf(target).substr(0, 4), "RF64");
 }
 
-/// Records and saves, longer each time, until it is killed; tells before each save and after it.
+/// Records and saves, longer each time, until it is killed; reports before and after each save.
 [[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment, int tell) {
     for (std::size_t frames = 1000;; frames += 1000) {
         auto made = RecordingFile::create(Channels::stereo, folder, maxWavSampleBytes, concealment);

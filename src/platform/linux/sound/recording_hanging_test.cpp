@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Disks that do not answer, for a while or for ever: neither the card nor the logic waits for them,
-// and what was recorded is whole once they are back.
+// Disks that do not respond, for a while or forever: neither the card nor the logic waits for them,
+// and the recording is complete once they respond again.
 #include "platform/linux/sound/recording.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +27,7 @@ using testing::IsEmpty;
 
 class HangingDiskTest : public RecordingFixture {
   protected:
-    /// Plays `disc` into a recording and moves the card on by `time` in the steps of its thread.
+    /// Plays `disc` into a recording and advances the card by `time` in the steps of its thread.
     void play(std::chrono::milliseconds time) {
         for (const SoundCard::Time end = now + time; now < end;) {
             card.advance(now += 10ms);
@@ -201,7 +201,7 @@ TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
         },
         [&](CallJudge& judge) {
-            // So long that a load cannot make one wait look like two.
+            // So long that load cannot make one wait look like two.
             auto recording = begin({2s, 1h, 1h});
             recording->sink()->record(pattern(0, 100));
             const auto start = std::chrono::steady_clock::now();

@@ -63,7 +63,7 @@ TEST_F(RecordingOrdersTest, RelieveNoWriterThatHasAFileOrNeedsNone) {
 }
 
 TEST_F(RecordingOrdersTest, GiveEachCandidateTheFullTime) {
-    // Together they take longer than one may; only a load of seconds could tear this.
+    // Together they take longer than one may; only a load of seconds could break this.
     std::thread writer([this] {
         for (std::size_t candidate = 0; candidate < 2; ++candidate) {
             EXPECT_TRUE(orders.tries(0, candidate));

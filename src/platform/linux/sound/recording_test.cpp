@@ -27,7 +27,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A stop, a save and an end wait once together, and a folder after the other finds room to wait.
+// A stop, a save and a destruction wait only once together, and trying the folders in turn fits
+// into the queue.
 static_assert(RecordingTiming{}.command < 100ms);
 static_assert(4 * RecordingTiming{}.folder <
               std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
@@ -125,7 +126,8 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
             const auto recording = begin();
             recording->sink()->record(pattern(0, 88'200));
             ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
-            // It is written when the next batch is asked for; that all of it was is seen below.
+            // It is written when the next batch is requested; a check below shows that all of it
+            // was.
             full = true;
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
@@ -195,7 +197,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     const auto recordSeconds = [&](int seconds) {
         for (int i = 0; i < seconds * 100; ++i) {
             recording->sink()->record(block);
-            if (i % 40 == 0) { // as in real time, the disk is not far behind
+            if (i % 40 == 0) { // as in real time, the disk is not far behind the card
                 ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
             }
         }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound card where a source has nothing to give for a while, or the recording takes nothing.
+// The sound card while a source has no frames, or the recording accepts none.
 #include "platform/linux/sound/sound_card.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +47,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
         losing.advance(1min);
         EXPECT_THAT(tape->frames(), IsSound(pattern(0, 1000)));
         EXPECT_TRUE(losing.active());
-        // From whatever comes to that line next it records again.
+        // From the next source of that line on it records again.
         losing.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 1min);
         losing.advance(1min + 10ms);
         Frames both = pattern(0, 1000);
@@ -167,7 +167,7 @@ class DiscBesideAStarvingLineTest : public StarvingSoundCardTest {
         card.attach(Line::compactDisc, disc, 0ns);
         card.advance(50ms);
     }
-    /// The frames of the disc that it has counted, and so many the recorder has heard.
+    /// The frames of the disc that it has counted; the recorder has received the same number.
     [[nodiscard]] Frames counted() const {
         return pattern(0, static_cast<std::size_t>(disc->position()));
     }
@@ -231,7 +231,7 @@ TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesHoweverTheOtherLinesStarve) {
     }
 }
 
-/// Takes so many frames as it is told to have room for.
+/// Accepts as many frames as the test sets its space to.
 class NarrowSink : public MemorySink {
   public:
     std::size_t space = 0;

@@ -166,7 +166,7 @@ TEST_F(SoundCardTest, DoesNotDetachASourceThatHasEnded) {
     EXPECT_EQ(recorder->size(), 441U) << "the line still counts as lost";
 }
 
-/// Asks the card from its destructor: that would never return if the card still held its lock.
+/// Calls the card from its destructor: that would never return if the card still held its lock.
 class AskingSource : public PatternSource {
   public:
     AskingSource(SoundCard& card, int& destroyed)
