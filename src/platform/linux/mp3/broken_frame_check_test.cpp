@@ -13,7 +13,7 @@ using fixture::Data;
 using testing::Each;
 using testing::ElementsAreArray;
 
-/// How many frames of the stream the check takes for broken.
+/// How many frames of the stream the check considers broken.
 int brokenFrames(const Data& data) {
     FrameDecoder<std::int16_t> decoder = std::move(FrameDecoder<std::int16_t>::create().value());
     BrokenFrameCheck check;
@@ -29,7 +29,7 @@ int brokenFrames(const Data& data) {
 }
 
 TEST(BrokenFrameCheckTest, TreatsNoEncodersFrameAsBrokenHoweverSilent) {
-    // At 8 kbit/s there are many frames whose data are there and say nothing.
+    // At 8 kbit/s many frames have data without sound.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {
         EXPECT_EQ(brokenFrames(fixture::encoded(44100, 2, options, 1.5)), 0) << options;
@@ -45,7 +45,8 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryGivesUp) {
         for (const std::size_t number : {30U, 50U, 51U, 120U}) {
             const Frame& frame = frames[number];
             const auto at = static_cast<std::size_t>(frame.offset);
-            // Other windows, of the kind that is the ordinary one: no decoder can do that.
+            // Window switching with the normal window type, which is invalid: no decoder can decode
+            // it.
             const bool first = frame.header.format.version == MpegVersion::mpeg1;
             const int bit = first ? 20 + 33 : 10 + 38;
             const std::size_t byte = at + frame.header.sideInfoOffset();

@@ -42,7 +42,7 @@ bool isOpen(const fs::path& path) {
     return false;
 }
 
-/// The value that `step` returns in a child process, whose mounts are its own.
+/// The result of `step` in a child process with its own mounts.
 int inChild(const std::function<int()>& step) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -239,7 +239,7 @@ TEST_F(DecodeJobTest, CountsAsStoppedIfItIsStoppedWhileItWrites) {
 }
 
 TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSample) {
-    // A few frames, and then so many zeros that the scan goes on for long.
+    // A few frames, and then so many zeros that the scan takes long.
     writeFile(source, fixture::part(ordinary(), 0, 4000));
     fs::resize_file(source, std::uintmax_t{1} << 40);
     writeFile(target, text("old"));
@@ -253,12 +253,12 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
 }
 
 TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
-    // The file becomes shorter while it is read, as one on a disk that goes.
+    // The file becomes shorter while it is read, as on a failing disk.
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::Heard whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
         writeFile(source, data);
-        fs::resize_file(source, std::uintmax_t{1} << 40); // so that the scan goes on for long
+        fs::resize_file(source, std::uintmax_t{1} << 40); // so that the scan takes long
         const auto job = start(target, {threads, 16});
         EXPECT_TRUE(fakes::eventually([&] { return isOpen(source); }));
         fs::resize_file(source, 100'000);
@@ -276,8 +276,7 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
 
 constexpr int room = 480'000; ///< in bytes
 
-/// Decodes, in a process of its own, to where there is room for two thirds of the sound: 0 if those
-/// are kept.
+/// Decodes, in a child process, with space for two thirds of the sound: 0 if these are kept.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
     DecodeJob job({source, wav, {threads, 16}}, &nobodyAsks,
                   std::make_shared<sound::PendingSaves>());

@@ -253,8 +253,8 @@ TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
     const Data other = Data{0xFF, 0xF3, 0x14, 0xC4} + large + large + large + large + large;
     Data data;
     while (data.size() < 100'000) {
-        // Each large frame seems torn, since the row of small ones begins within it; and each must
-        // be looked through to its end for that.
+        // Each large frame seems truncated, since the row of small ones begins within it; to find
+        // that, each must be searched to its end.
         for (int i = 0; i < 37; ++i) {
             data = data + large + other + other + other;
         }
@@ -266,17 +266,17 @@ TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
 }
 
 TEST(FrameScannerTest, EndsOnHostileJunk) {
-    Data headers; // nothing but beginnings of frames in free format
+    Data headers; // only beginnings of frames in free format
     while (headers.size() < 400'000) {
         headers = headers.size() < 4096 ? headers + Data{0xFF, 0xFB, 0, 0, 0xFF, 0xF3, 4, 0}
                                         : headers + headers;
     }
-    Data tags; // tags that lie, with room for a frame between them
+    Data tags; // tags with false lengths, with space for a frame between them
     while (tags.size() < 400'000) {
         tags = tags.size() < 40 ? fixture::text("ID3") + Data{4, 0, 0, 0, 0x7F, 0, 0} + Data(30, 0)
                                 : tags + tags;
     }
-    static_cast<void>(Scan(headers)); // what they are found to be does not matter
+    static_cast<void>(Scan(headers)); // the result does not matter
     EXPECT_TRUE(Scan(tags).frames.empty());
 }
 

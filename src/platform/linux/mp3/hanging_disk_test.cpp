@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The MP3 control on a disk that hangs: none of its members waits for it, and nothing that was
-// decoded is lost.
+// The MP3 control on a disk that hangs: none of its members waits for it, and no decoded sound is
+// lost.
 #include <gmock/gmock.h>
 
 #include <memory>

@@ -87,7 +87,7 @@ TEST_F(Mp3PlayerSourceTest, EndsWhereTheFileBecameShorter) {
 TEST_F(Mp3PlayerSourceTest, EndsWhileItsRingIsFull) {
     auto player = play(encoded(44100, 2, "-b 128"));
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    player.reset(); // hangs if the thread waits for room that nobody makes
+    player.reset(); // hangs if the thread waits for space without end
 }
 
 TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
@@ -106,7 +106,7 @@ TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
     EXPECT_EQ(pulled.frames, block.size());
     EXPECT_THAT(block, testing::Each(StereoFrame{}));
     disk.release();
-    // The silence ends where the sound is there, and none of that is lost.
+    // The silence ends as soon as there is sound, and none of that is lost.
     EXPECT_TRUE(fakes::eventually([&] {
         return player->pull(block).supply == Supply::flowing && block != decltype(block){};
     }));

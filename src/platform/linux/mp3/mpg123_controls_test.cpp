@@ -56,7 +56,7 @@ TEST_F(Mpg123ControlsTest, AtTheEndAllStop) {
     const auto first = decodingTo(target);
     const auto second = decodingTo(folder / "second.wav");
     EXPECT_TRUE(second->Play().ok());
-    controls.create().reset(); // one that is gone is left alone
+    controls.create().reset(); // a destroyed control is not called
     controls.stopAll();
     EXPECT_FALSE(first->Busy());
     EXPECT_FALSE(second->Busy());

@@ -63,9 +63,9 @@ TEST(RenewedDecoderTest, NoDecoderGetsMoreFramesThanThePeriodAndItsLead) {
               shortPeriod + RenewedDecoder::lead);
 }
 
-/// Changes a frame (MPEG-1, stereo, no checksum) so that the library gives it up behind its first
-/// granule: the second one has less data than its scale factors take. That leaves a trace in the
-/// last bit of all that follows; giving up a whole frame leaves none.
+/// Changes a frame (MPEG-1, stereo, no checksum) so that the library gives it up after its first
+/// granule: the second one has less data than its scale factors need. That affects the last bit of
+/// all following samples; giving up a whole frame does not.
 void spoil(Data& data, std::size_t number) {
     const auto side = static_cast<std::size_t>(fixture::framesOf(data)[number].offset) + 4;
     const auto setBits = [&](std::size_t first, std::size_t count, unsigned value) {
@@ -77,7 +77,7 @@ void spoil(Data& data, std::size_t number) {
             byte = static_cast<std::uint8_t>(set ? byte | mask : byte & ~mask);
         }
     };
-    constexpr std::size_t share = 12; // which scale factors the second granule takes over
+    constexpr std::size_t share = 12; // which scale factors the second granule shares
     constexpr std::size_t granule = 20 + 2 * 59;
     setBits(share, 8, 0);
     setBits(granule, 12, 1);       // bits of data
@@ -95,7 +95,7 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverItBegan) 
     const Samples one = decodeFrom(data, RenewedDecoder::never).samples;
     EXPECT_NE(fixture::difference(whole, one), std::nullopt)
         << "a poor example: no decoder was replaced, or no frame is broken";
-    // The first damage leaves a trace up to the replacement alone, and the others leave theirs.
+    // The first damage has an effect only up to the replacement, and the others have theirs.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;
         EXPECT_TRUE(std::equal(whole.begin() + replaced, whole.end(),

@@ -17,7 +17,8 @@ using fixture::operator+;
 using fixture::ordinary;
 using fixture::part;
 
-/// Segments of odd sizes give what one pass gives, byte for byte. Answers whether they could.
+/// Expects that segments of odd sizes match one pass byte for byte. Returns whether they could be
+/// decoded.
 bool expectSame(const Data& data, const std::string& name) {
     const Heard whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;

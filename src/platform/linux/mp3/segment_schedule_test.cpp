@@ -50,8 +50,8 @@ TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
 }
 
 TEST_F(SegmentScheduleTest, AStopAfterABrokenFrameIsNotComplete) {
-    // The second segment is broken. Then comes the stop, while the first worker hands over the last
-    // frames of its segment; there is no more for it to take.
+    // The second segment is broken. Then the stop occurs while the first worker passes on the last
+    // frames of its segment; there is no more work for it.
     const auto first = schedule.take(0);
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

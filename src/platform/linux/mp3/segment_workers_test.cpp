@@ -11,7 +11,7 @@ namespace {
 using fixture::Data;
 using fixture::encoded;
 
-/// Calls back at each reading of a certain number, and can fail from there on.
+/// Calls back at a given read, and can fail from there on.
 class WatchedSource : public ByteSource {
   public:
     explicit WatchedSource(const Data& data) : memory_(data) {}
@@ -53,11 +53,11 @@ Data brokenAt(std::vector<std::size_t> frames) {
     Data data = encoded(44100, 2, "-b 320");
     const auto found = fixture::framesOf(data);
     for (const std::size_t number : frames) {
-        // Other windows, of the kind that is the ordinary one: no decoder can do that.
+        // Window switching with the normal window type, which is invalid: no decoder can decode it.
         const auto side = static_cast<std::size_t>(found[number].offset) + 4;
         data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
     }
-    const Data tail = fixture::junk(300); // counted as lost where the scan comes to the end
+    const Data tail = fixture::junk(300); // counted as lost if the scan reaches the end
     data.insert(data.end(), tail.begin(), tail.end());
     return data;
 }

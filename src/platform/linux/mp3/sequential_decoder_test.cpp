@@ -73,7 +73,7 @@ TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
         EXPECT_EQ(inside.count.framesDecoded, 155);
         EXPECT_EQ(inside.count.loss.bytesSkipped, static_cast<std::int64_t>(bytes));
         EXPECT_LE(inside.count.framesSilenced, 3);
-        // All is as it was but for the few frames that build on what the junk parts them from.
+        // Everything is unchanged except the few frames that refer to data before the junk.
         const std::size_t before = 70 * 1152 * 2 - 1105 * 2;
         const std::size_t after = before + 5 * 1152 * 2;
         const auto differs = difference(inside.samples, whole.samples);
@@ -93,7 +93,7 @@ TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
     EXPECT_EQ(heard.count.framesDecoded, 155 + 156);
     EXPECT_EQ(heard.count.loss.framesDropped, 4 + 168 + 155 + 2);
     EXPECT_EQ(heard.count.loss.bytesSkipped, 0);
-    // As if the others had never been there.
+    // As if the others did not exist.
     EXPECT_EQ(
         difference(sequentially(jingle + ordinary()).samples, sequentially(ordinary()).samples),
         std::nullopt);

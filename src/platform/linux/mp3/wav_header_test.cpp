@@ -14,7 +14,7 @@ using fixture::operator+;
 
 class WavHeaderTest : public testing::Test {
   protected:
-    /// What libsndfile makes of a file with this header and `bytes` bytes of samples.
+    /// How libsndfile reads a file with this header and `bytes` bytes of samples.
     SF_INFO read(const Data& header, std::size_t bytes) {
         fixture::writeFile(folder / "a.wav", header + Data(bytes, 1));
         SF_INFO info{};

@@ -97,7 +97,7 @@ TEST_F(WavTargetTest, AFullDiskIsReportedAndLeavesTheOldFile) {
     fixture::writeFile(path, fixture::text("old"));
     fs::permissions(folder.path(), fs::perms(0777));
     const int code = test::runUnprivileged([&] {
-        // A limit of the file size stands in for the full disk.
+        // A file size limit simulates the full disk.
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{10'000, 10'000};
         ::setrlimit(RLIMIT_FSIZE, &limit);
