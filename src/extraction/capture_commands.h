@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The texts of the device commands that several extraction jobs send, and the capture formats. When
-// they are sent is the business of the jobs.
+// The texts of device commands that several extraction jobs send, and the capture formats. The jobs
+// decide when to send them.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,8 @@
 
 namespace sonarith {
 
-/// Linear samples as the recorder takes them. All zero: no format at all, which the device refuses.
+/// Linear samples in the form that the recorder takes. All zero: no format, which the device
+/// refuses.
 struct CaptureFormat {
     int samplesPerSecond = 0;
     int bitsPerSample = 0;
@@ -23,20 +24,20 @@ struct CaptureFormat {
     bool operator==(const CaptureFormat&) const = default;
 };
 
-/// 0: mono, 1: stereo, both of 16 bits at 44100 Hz; anything else: no format.
+/// 0: mono, 1: stereo, both 16 bits at 44100 Hz; any other value: no format.
 [[nodiscard]] CaptureFormat captureFormat(std::int16_t audioFormat);
 
-/// The format of an entry of the preferences' format list, compared as a whole text.
+/// The format of an entry of the preferences' format list; the whole text is compared.
 [[nodiscard]] CaptureFormat captureFormatNamed(std::string_view entry);
 
 /// The command that sets `format` on the open recorder.
 [[nodiscard]] std::string setFormatCommand(const CaptureFormat& format);
 
-/// Sends `command` and gives the reply up to its first NUL; empty for a command that failed.
+/// Sends `command` and returns the reply up to its first NUL; empty if the command failed.
 [[nodiscard]] std::string ask(MediaControl& media, const std::string& command, ReplyBuffer& reply);
 
-/// Stops both devices, saves the recording under `path` and closes them. No status is looked at: on
-/// a capture that has been ended already the commands fail harmlessly.
+/// Stops both devices, saves the recording under `path` and closes them. Ignores all results: if
+/// the capture has already ended, the commands fail without effect.
 void saveAndClose(MediaControl& media, const std::string& path);
 
 } // namespace sonarith

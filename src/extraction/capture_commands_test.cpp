@@ -35,17 +35,17 @@ TEST(CaptureFormat, IsFoundByTheWholeTextOfItsEntry) {
     EXPECT_EQ(captureFormatNamed(""), CaptureFormat{});
 }
 
-TEST(Ask, GivesTheReplyUpToTheFirstNul) {
+TEST(Ask, ReturnsTheReplyUpToTheFirstNul) {
     test::ScriptedMediaControl media;
     media.answer("status cd position", {.reply = "1234"});
     ReplyBuffer reply(64);
     EXPECT_EQ(ask(media, "status cd position", reply), "1234");
-    // What stood in the buffer before does not show through.
+    // The previous content of the buffer is not part of the result.
     media.answer("status cd position", {.reply = "5"});
     EXPECT_EQ(ask(media, "status cd position", reply), "5");
 }
 
-TEST(Ask, GivesNothingForACommandThatFailed) {
+TEST(Ask, ReturnsNothingForAFailedCommand) {
     test::ScriptedMediaControl media;
     media.answer("status cd position", {.status = 263, .reply = "1234"});
     ReplyBuffer reply(64);

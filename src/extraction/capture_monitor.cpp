@@ -54,20 +54,20 @@ void CaptureMonitor::tmrRecord_Timer() {
             endByStop();
             return;
         }
-        // Asked for and not used: the device's track number plays no part.
+        // Queried but not used: the device's track number has no effect.
         platform_.media.sendString("status cd current track", &reply);
         showProgress(positionMs);
         platform_.loop.yield();
     }
-    // A stop in that yield has zeroed trackEndMs, and the track ends here. There is no margin: a
-    // file may carry up to one tick of the track that follows.
+    // A stop in that yield has set trackEndMs to 0, and the track ends here. There is no margin: a
+    // file may contain up to one tick of the following track.
     if (form_.Check9.value() == 1 || positionMs >= capture_.trackEndMs) {
         endTrack();
     }
 }
 
 std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
-    // Without a position the reply is empty and reads 0: only a stop then ends the track.
+    // Without a position the reply is empty and reads as 0: then only a stop ends the track.
     return roundedToInteger32(numberOf(ask(platform_.media, "status cd position", reply)))
         .valueOr(0);
 }
@@ -75,12 +75,12 @@ std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
 void CaptureMonitor::showProgress(std::int32_t positionMs) {
     const auto start = static_cast<double>(capture_.trackStartMs);
     const auto end = static_cast<double>(capture_.trackEndMs);
-    std::int64_t shown = 0; // stays so for a track without length, which has no percentage
+    std::int64_t shown = 0; // unchanged for a track without length, which has no percentage
     if (end != start) {
         shown = static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     }
     form_.Label33.setCaption(std::to_string(shown) + "%");
-    // Before the track's start the value is negative, and the bar stays as it is.
+    // Before the track's start the value is negative, and the bar does not change.
     form_.ProgressBar1.setValue(shown).passOver();
 }
 
@@ -103,7 +103,7 @@ void CaptureMonitor::startNextLine() {
     form_.lstRecord.setListIndex(form_.lstRecord.listIndex() + 1).passOver();
     trackNumberIn(form_.lstRecord.text()).storeIn(process_.currentTrack);
     form_.Label3.setCaption("Extracting Track " + std::to_string(process_.currentTrack));
-    // Still the file just saved.
+    // Still the file that was just saved.
     form_.Label2.setCaption(process_.currentFile);
     form_.setCaption(form_.Label3.caption());
     form_.Command2.setVisible(true);
@@ -111,11 +111,11 @@ void CaptureMonitor::startNextLine() {
 }
 
 void CaptureMonitor::finishQueue() {
-    // The files of a run that ended by itself enter the tree at the next scan of the folder.
+    // The files of a run that ended by itself are added to the tree by the next scan of the folder.
     if (capture_.trackEndMs != 0) {
         form_.Enablem();
     } else if (process_.stopRequested) {
-        // The stop came during this tick. The MP3 of that name is offered too, should there be one.
+        // The stop happened during this tick. An MP3 file of that name is added too, if it exists.
         form_.Enablem();
         files_.Cmaddfile2(process_.currentFile);
         const auto base = FileBaseName(process_.currentFile);
@@ -140,7 +140,7 @@ void CaptureMonitor::endByStop() {
 void CaptureMonitor::stopTimers() {
     form_.Check9.setValue(0).passOver();
     form_.tmrRecord.setEnabled(false);
-    // Only the start of an action turns it on again: in a queue it watches the first track alone.
+    // Only the start of an action enables it again: in a queue it monitors only the first track.
     form_.tmrWarning.setEnabled(false);
 }
 
@@ -161,7 +161,7 @@ void CaptureMonitor::Command8_Click() {
     process_.stopRequested = true;
     form_.Timer1.setEnabled(true);
     form_.Enablem();
-    // With no capture running it stays at 1 until the next start.
+    // Without a running capture it stays at 1 until the next start.
     form_.Check9.setValue(1).passOver();
     capture_.trackEndMs = 0;
     if (!form_.tmrRecord.enabled()) {
@@ -179,7 +179,7 @@ void CaptureMonitor::Command8_Click() {
 
 void CaptureMonitor::Command2_Click() {
     process_.stopRequested = true;
-    // Never taken back.
+    // Never reset.
     process_.cancelRequested = true;
     windows_.Form6.unload();
     form_.Command8.click();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Watches a running capture from the outside, ends each track at its position on the disc and calls
-// for the next one; holds every way of ending a capture early. How a track starts is not known
-// here.
+// Monitors a running capture, ends each track at its position on the disc and starts the next one.
+// Contains every way to end a capture early. It does not know how a track is started.
 #pragma once
 
 #include <cstdint>
@@ -18,27 +17,28 @@ namespace sonarith {
 
 class CaptureMonitor {
   public:
-    /// Becomes the handler of tmrRecord, Command8 and Command2. `startTrack` starts the capture of
-    /// a track; it is a call and no reference to the job that does it, since that job in turn ends
-    /// its failures through this one. All else outlives this.
+    /// Sets the handlers of tmrRecord, Command8 and Command2. `startTrack` starts the capture of a
+    /// track; it is a function and not a reference to that job, since that job calls this one when
+    /// it fails. All other parameters must outlive this object.
     CaptureMonitor(const Platform& platform, ProcessState& process, Windows& windows,
                    CaptureState& capture, FileAdder& files,
                    std::function<void(std::int32_t)> startTrack);
     CaptureMonitor(const CaptureMonitor&) = delete;
     CaptureMonitor& operator=(const CaptureMonitor&) = delete;
 
-    /// One tick: shows the progress, and ends the track where its end has been reached. Yields.
+    /// One tick: shows the progress, and ends the track when its end has been reached. Yields.
     void tmrRecord_Timer();
-    /// The bytes captured so far into lblStatus, which keeps its text if the device gives none.
+    /// Shows the number of bytes captured in lblStatus, which keeps its text if the device reports
+    /// none.
     void ShowCaptureLength();
 
-    /// After a device failure: the queue is over, the commands stay closed.
+    /// After a device failure: ends the queue and leaves the commands disabled.
     void cmdCancel_Click();
-    /// Stop everything. What was captured is saved and added to the tree.
+    /// Stops everything. The captured audio is saved and added to the tree.
     void Command8_Click();
-    /// Cancel. Every later queue ends after its first track until the program is started again.
+    /// Cancel. Every later queue ends after its first track until the program is restarted.
     void Command2_Click();
-    /// The disk is too full to go on.
+    /// Stops because the disk is too full to continue.
     void Command1_Click();
 
   private:

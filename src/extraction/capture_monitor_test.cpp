@@ -57,7 +57,7 @@ TEST(CaptureMonitor, ShowsBytesPercentageAndBarInEachTick) {
         EXPECT_EQ(bench.form.Label33.caption(), "50%");
         EXPECT_EQ(bench.form.ProgressBar1.value(), 50);
     });
-    // The second track's figures begin afresh.
+    // The second track's figures start again.
     bench.loop.after(1150ms, [&] {
         EXPECT_EQ(bench.form.lblStatus.caption(), "17640 Bytes");
         EXPECT_EQ(bench.form.Label33.caption(), "10%");
@@ -76,7 +76,7 @@ TEST(CaptureMonitor, RunsAQueueOfTwoTwice) {
     EXPECT_EQ(bench.state.currentTrack, 2);
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.idle());
-    // The displays are idle again at once, and no file of the run stands in tree or list.
+    // The displays are idle at once, and no file of the run is in the tree or in a list.
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
     EXPECT_EQ(bench.form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(bench.form.caption(), "Sonarith v2.0");
@@ -99,8 +99,8 @@ TEST(CaptureMonitor, NamesTheFileJustSavedBetweenTwoTracks) {
     std::string label2;
     std::string label3;
     std::string caption;
-    // The monitor sets its texts before it calls for the next track, which writes Label3 and the
-    // caption alike; Label2 alone tells them apart.
+    // The monitor sets its texts before it starts the next track, which writes both Label3 and the
+    // caption; only Label2 distinguishes them.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
@@ -126,7 +126,7 @@ TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
         }
     });
     bench.form.cmdStart.click();
-    // The next track's own start writes the same text, which is no change.
+    // The start of the next track writes the same text, which is no change.
     EXPECT_THAT(visible, ElementsAre(false));
 }
 
@@ -138,7 +138,7 @@ TEST(CaptureMonitor, ShowsTheCancelButtonAgainForEachNextTrack) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(CaptureMonitor, WatchesTheDiskDuringTheFirstTrackAlone) {
+TEST(CaptureMonitor, MonitorsTheDiskOnlyDuringTheFirstTrack) {
     QueueBench bench(2);
     bench.form.tmrWarning.setEnabled(true);
     bench.loop.after(500ms, [&] { EXPECT_TRUE(bench.form.tmrWarning.enabled()); });
@@ -147,23 +147,23 @@ TEST(CaptureMonitor, WatchesTheDiskDuringTheFirstTrackAlone) {
     EXPECT_FALSE(bench.form.tmrWarning.enabled());
 }
 
-TEST(CaptureMonitor, EndsATrackOnTheFirstTickAtOrBehindItsEnd) {
+TEST(CaptureMonitor, EndsATrackOnTheFirstTickAtOrAfterItsEnd) {
     ExtractionBench bench({950, 1000});
     bench.insertDisc();
     bench.select("Track  1 - 00:00:00");
     bench.form.cmdStart.click();
-    // 50 ms of the track that follows are in the file.
+    // The file contains 50 ms of the following track.
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 176400}));
     EXPECT_EQ(bench.timesSent("status cd position"), 10);
 }
 
-TEST(CaptureMonitor, StopsTheQueueAtALineThatIsNoTrack) {
+TEST(CaptureMonitor, StopsTheQueueAtALineThatIsNotATrack) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.setList(1, "Track 99 - 00:00:01").ok());
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_TRUE(bench.idle());
-    // Nobody opens the commands on this road but the end of the action.
+    // In this case only the end of the action enables the commands.
     EXPECT_FALSE(bench.commandsOpen());
 }
 
@@ -188,7 +188,7 @@ struct Progress {
 TEST(CaptureMonitor, ShowsThePercentageRoundedDownAndABarThatStaysInItsRange) {
     const Progress cases[] = {
         {"1000", "0%", 0},     {"1999", "24%", 24},   {"2000", "25%", 25},
-        {"999", "-1%", 42}, // just before the start; the bar is refused and stays
+        {"999", "-1%", 42}, // just before the start; the bar refuses the value and does not change
         {"0", "-25%", 42},     {"", "-25%", 42},      {"no position", "-25%", 42},
         {"4999.4", "99%", 99}, {"5000", "100%", 100}, {"9000", "200%", 42},
         {"9e99", "-25%", 42}, // beyond 32 bits: no position
@@ -239,7 +239,7 @@ TEST(CaptureMonitor, NeverEndsATrackWhosePositionFails) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(CaptureMonitor, KeepsTheLastCountOfBytesWhereTheDeviceGivesNone) {
+TEST(CaptureMonitor, KeepsTheLastCountOfBytesIfTheDeviceReportsNone) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status capture length", {.reply = "1234"});
     bench.monitor.ShowCaptureLength();

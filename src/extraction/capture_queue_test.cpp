@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What cmdStart_Click makes of the selected node. How one track starts is tested elsewhere.
+// How cmdStart_Click uses the selected node. The start of one track is tested elsewhere.
 #include "extraction/track_capture.h"
 
 #include <initializer_list>
@@ -51,19 +51,19 @@ TEST(CmdStart, PlaysTheFirstTrackWithoutANumber) {
                             "close capture", "close cd"));
 }
 
-TEST(CmdStart, CarriesOnWithAnEarlierQueueAfterASingleTrack) {
+TEST(CmdStart, ContinuesWithAnEarlierQueueAfterASingleTrack) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
     ASSERT_TRUE(bench.form.lstRecord.setListIndex(0).ok());
     bench.select("Track  2 - 00:00:01");
     bench.form.cmdStart.click();
-    // The single track stands in for the current line; the one behind it follows.
+    // The single track replaces the current line; the line after it follows.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400}));
 }
 
-TEST(CmdStart, CarriesOnWithAllLinesOfAQueueThatHasNoCurrentOne) {
+TEST(CmdStart, ContinuesWithAllLinesOfAQueueWithoutACurrentLine) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
@@ -75,7 +75,7 @@ TEST(CmdStart, CarriesOnWithAllLinesOfAQueueThatHasNoCurrentOne) {
                                               test::SavedCapture{savedAs(3), 176400}));
 }
 
-TEST(CmdStart, LeavesAQueueOfOneLineBehindASingleTrack) {
+TEST(CmdStart, IgnoresAQueueOfOneLineAfterASingleTrack) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.choose({1});
@@ -85,7 +85,7 @@ TEST(CmdStart, LeavesAQueueOfOneLineBehindASingleTrack) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, LeavesAQueueThatHasEndedBehindASingleTrack) {
+TEST(CmdStart, IgnoresAnEndedQueueAfterASingleTrack) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 3});
@@ -97,7 +97,7 @@ TEST(CmdStart, LeavesAQueueThatHasEndedBehindASingleTrack) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, GoesThroughTheWholeQueueAgainOnceATrackIsChosenDuringIt) {
+TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
     ExtractionBench bench({1000, 1000, 1000});
     bench.insertDisc();
     bench.choose({1, 2});
@@ -106,7 +106,8 @@ TEST(CmdStart, GoesThroughTheWholeQueueAgainOnceATrackIsChosenDuringIt) {
         putOnTop(bench.form.lstRecord, bench.form.lstTracks.list(2), bench.form.List7);
     });
     bench.form.cmdStart.click();
-    // The list was filled anew, and has no current line; what was captured already follows again.
+    // The list was filled again and has no current line; tracks that were already captured follow
+    // again.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 176400},
                                               test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400},
@@ -114,7 +115,7 @@ TEST(CmdStart, GoesThroughTheWholeQueueAgainOnceATrackIsChosenDuringIt) {
                                               test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, KeepsTheTrackInHandWhereTheNumberDoesNotFit) {
+TEST(CmdStart, KeepsTheCurrentTrackIfTheNumberDoesNotFit) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -133,12 +134,12 @@ TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
     ASSERT_EQ(bench.form.lstRecord.listCount(), 2);
     EXPECT_EQ(bench.form.lstRecord.list(0), "Track  1 - 00:00:01");
     EXPECT_EQ(bench.form.lstRecord.list(1), "Track  2 - 00:00:01");
-    // The queue does not shrink: its current line has moved on.
+    // The queue does not shrink: its current line has advanced.
     EXPECT_EQ(bench.form.lstRecord.listIndex(), 1);
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(CmdStart, EndsQuietlyOnAvailableTracksThatAreAllTaken) {
+TEST(CmdStart, EndsSilentlyIfNoAvailableTrackIsLeft) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Available Tracks");
@@ -188,12 +189,12 @@ TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
                           test::endCommands(savedAs(1))}));
 }
 
-TEST(CmdStart, EndsAQueueAfterItsFirstTrackOnceAnythingWasCancelled) {
+TEST(CmdStart, EndsAQueueAfterItsFirstTrackAfterAnyCancel) {
     test::QueueBench bench(5);
     bench.form.Command2.click();
     bench.media.log.clear();
     bench.form.cmdStart.click();
-    // The stop road repeats the commands of the end, for a capture that is closed already.
+    // The stop repeats the commands of the end for a capture that is already closed.
     EXPECT_EQ(bench.media.logWithoutTicks(),
               commandsOf({startCommands(0), test::endCommands(savedAs(1)),
                           test::endCommands(savedAs(1))}));
@@ -215,7 +216,7 @@ TEST(CmdStart, OnlyShowsAMessageForAnEmptySelection) {
     EXPECT_EQ(bench.state.currentTrack, 7);
 }
 
-TEST(CmdStart, KeepsTheTrackInHandForAnyOtherNode) {
+TEST(CmdStart, KeepsTheCurrentTrackForAnyOtherNode) {
     for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
         ExtractionBench bench({1000, 1000});
         bench.insertDisc();
@@ -226,7 +227,7 @@ TEST(CmdStart, KeepsTheTrackInHandForAnyOtherNode) {
     }
 }
 
-TEST(CmdStart, KeepsTheTrackInHandWithNothingSelected) {
+TEST(CmdStart, KeepsTheCurrentTrackWithNothingSelected) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -253,7 +254,7 @@ TEST(CmdStart, MarksAGroupsCaptureAsNotYetUnderWayAndLeavesASingleTracks) {
     }
 }
 
-TEST(CmdStart, TakesBackAnEarlierStop) {
+TEST(CmdStart, ResetsAnEarlierStop) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.form.Command8.click();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the extraction jobs share about the disc and the track in hand: track lengths and the two
-// ends of the running track, all in milliseconds. No table of start positions exists anywhere.
+// State shared by the extraction jobs about the disc and the current track: track lengths and the
+// start and end of the current track, all in milliseconds. There is no table of start positions.
 #pragma once
 
 #include <cstddef>
@@ -11,17 +11,17 @@
 
 namespace sonarith {
 
-/// One length in milliseconds for each track, counted from 1.
+/// One length in milliseconds for each track; the first track is 1.
 class TrackLengths {
   public:
     [[nodiscard]] std::int32_t count() const { return static_cast<std::int32_t>(lengths_.size()); }
 
-    /// Tracks 1 to `count`, all of length 0; what was held before is gone.
+    /// Sets tracks 1 to `count`, all with length 0; discards the old lengths.
     void reallocate(std::int32_t count) {
         lengths_.assign(static_cast<std::size_t>(count > 0 ? count : 0), 0);
     }
 
-    /// subscriptOutOfRange outside 1 to count().
+    /// Error: subscriptOutOfRange outside 1 to count().
     [[nodiscard]] Result<std::int32_t> operator()(std::int32_t track) const {
         if (track < 1 || track > count()) {
             return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
@@ -29,7 +29,7 @@ class TrackLengths {
         return lengths_[static_cast<std::size_t>(track - 1)];
     }
 
-    /// subscriptOutOfRange, and no change, outside 1 to count().
+    /// Error: subscriptOutOfRange, with no change, outside 1 to count().
     Status set(std::int32_t track, std::int32_t milliseconds) {
         if (track < 1 || track > count()) {
             return {ErrorNumber::subscriptOutOfRange, "There is no track of that number."};
@@ -44,15 +44,15 @@ class TrackLengths {
 
 struct CaptureState {
     TrackLengths trackLengthMs;
-    /// Where the track in hand begins and ends on the disc.
+    /// Start of the current track on the disc.
     std::int32_t trackStartMs = 0;
-    /// 0 also says that no capture is under way; every stop zeroes it.
+    /// End of the current track; 0 means that no capture is running. Every stop sets it to 0.
     std::int32_t trackEndMs = 0;
 };
 
-/// Where `track` begins: the plain sum of the lengths before it, with no margin or pre-gap. The
-/// walk ends at `track` or behind track number `trackCount`, whichever comes first; a length that
-/// is not there, or that would leave 32 bits, adds nothing.
+/// Start of `track`: the plain sum of the lengths before it, without margin or pre-gap. The sum
+/// ends at `track` or after track number `trackCount`, whichever comes first. A length that is
+/// missing or would overflow 32 bits is not added.
 [[nodiscard]] std::int32_t startOfTrackMs(const TrackLengths& lengths, std::int32_t track,
                                           double trackCount);
 

@@ -32,7 +32,7 @@ TEST(TrackLengths, FailOutsideTheTracks) {
     EXPECT_EQ(lengths(1).value(), 100);
 }
 
-TEST(TrackLengths, LoseWhatTheyHeldWhenReallocated) {
+TEST(TrackLengths, AreDiscardedWhenReallocated) {
     TrackLengths lengths = lengthsOf({100, 200, 300});
     lengths.reallocate(2);
     EXPECT_EQ(lengths.count(), 2);
@@ -69,7 +69,7 @@ TEST(StartOfTrack, IsThePlainSumOfTheLengthsBeforeIt) {
     }
 }
 
-TEST(StartOfTrack, LeavesOutALengthThatWouldLeaveThirtyTwoBits) {
+TEST(StartOfTrack, OmitsALengthThatWouldOverflowThirtyTwoBits) {
     const TrackLengths lengths = lengthsOf({INT32_MAX - 1, 5, 1, 7});
     EXPECT_EQ(startOfTrackMs(lengths, 3, 4), INT32_MAX - 1);
     EXPECT_EQ(startOfTrackMs(lengths, 4, 4), INT32_MAX);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every way of ending a capture early, one by one. The sweep over all moments is a test of its own.
+// Every way to end a capture early, one by one. stop_sweep_test.cpp stops at all moments.
 #include "extraction/capture_monitor.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ TEST(StopEverything, SavesWhatWasCapturedAndAddsItToTheTree) {
     EXPECT_THAT(linesOf(bench.form.List1), ElementsAre(savedAs(2)));
     EXPECT_TRUE(bench.treeHolds(savedAs(2)));
     EXPECT_TRUE(bench.idle());
-    // The stop outside a tick leaves its mark; the next start takes it back.
+    // A stop outside a tick sets its mark; the next start resets it.
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
@@ -80,7 +80,7 @@ TEST(StopEverything, LeavesTheFinalFiguresUpForFiveSeconds) {
 TEST(StopEverything, RepeatsTheEndWithinATickAndOffersTheMp3OfThatNameToo) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
-    // Yield 1 and 2 are those of the start, 3 is the wait's own round, 4 the tick's.
+    // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
     bench.loop.atYield(4, [&] {
         ASSERT_EQ(bench.media.log.back(), "status cd current track");
         bench.media.log.clear();
@@ -100,7 +100,7 @@ TEST(StopEverything, RepeatsTheEndWithinATickAndOffersTheMp3OfThatNameToo) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(StopEverything, TakesTheStopRoadBetweenTwoTracks) {
+TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
     for (const int offset : {1, 2}) {
         SCOPED_TRACE(offset);
         QueueBench bench(2);
@@ -113,7 +113,7 @@ TEST(StopEverything, TakesTheStopRoadBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The stop found no timer running, so the queue stays at its line, which is marked.
+        // The stop found no running timer, so the queue stays at its line, which is marked.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -123,11 +123,11 @@ TEST(StopEverything, TakesTheStopRoadBetweenTwoTracks) {
     }
 }
 
-TEST(StopEverything, IsTakenUpByTheFirstTickWhereItCameBeforeTheDevicesOpened) {
+TEST(StopEverything, BeforeTheDevicesOpenedTakesEffectAtTheFirstTick) {
     QueueBench bench(2);
     bench.loop.atYield(2, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
-    // The first tick takes the stop road at once, without asking for the device's track.
+    // The first tick stops at once, without querying the device's track.
     EXPECT_EQ(bench.timesSent("status cd current track"), 0);
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{savedAs(1), 17640}));
     EXPECT_TRUE(bench.form.lstRecord.selected(0));
@@ -135,8 +135,8 @@ TEST(StopEverything, IsTakenUpByTheFirstTickWhereItCameBeforeTheDevicesOpened) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, OnlyCutsTheFirstTrackShortWhereItCameBeforeThatTrackBegan) {
-    // StartTrackRecording2 takes the request back, while Check9 ends the track on its first tick.
+TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
+    // StartTrackRecording2 resets the request, while Check9 ends the track on its first tick.
     QueueBench bench(2);
     bench.loop.atYield(1, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -161,7 +161,7 @@ TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesOffersTheMp3Too) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, ListsTheFileInItsOwnCaseAndTheTreesInLowerCase) {
+TEST(StopEverything, ListsTheFileInItsCaseAndInTheTreeInLowerCase) {
     QueueBench bench(2);
     bench.state.settings.decodePath = "C:\\WavFiles";
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -170,7 +170,7 @@ TEST(StopEverything, ListsTheFileInItsOwnCaseAndTheTreesInLowerCase) {
                 ElementsAre("c:\\wavfiles\\12053477-1.wav", "C:\\WavFiles\\12053477-1.wav"));
 }
 
-TEST(StopEverything, ListsAFileThatWasNotSavedAndGivesItNoNode) {
+TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
     QueueBench bench(2);
     bench.media.answerPrefix("save capture", {.status = 300});
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -202,7 +202,7 @@ TEST(Cancel, EndsEveryLaterQueueAfterItsFirstTrack) {
     for (const std::size_t runs : {1U, 2U}) {
         bench.form.cmdStart.click();
         EXPECT_EQ(bench.disc.saved.size(), runs);
-        // The first track is whole, and the stop road adds it to the tree.
+        // The first track is complete, and the stop adds it to the tree.
         EXPECT_EQ(bench.disc.saved.back(), (SavedCapture{savedAs(1), 176400}));
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -211,7 +211,7 @@ TEST(Cancel, EndsEveryLaterQueueAfterItsFirstTrack) {
     }
 }
 
-TEST(Cancel, LetsALaterQueueOfOneEndAsEver) {
+TEST(Cancel, DoesNotAffectALaterQueueOfOne) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.removeItem(1).ok());
     bench.form.Command2.click();

@@ -12,8 +12,7 @@ namespace sonarith {
 namespace {
 
 constexpr std::size_t replySize = 64;
-/// No disc's table comes near it (99 is the most a disc holds); it keeps a nonsense reply from
-/// filling the memory.
+/// Far above the count of any disc (at most 99); keeps an invalid reply from exhausting the memory.
 constexpr double mostTracks = 9999;
 
 std::string lengthQuestion(std::int32_t track) {
@@ -30,17 +29,18 @@ void DiscInspection::InspectCD() {
     if (platform_.media.sendString("open cdaudio alias cd") != mciSuccess) {
         return;
     }
-    // One buffer for all replies, never filled with blanks again.
+    // One buffer for all replies; it is not cleared between them.
     ReplyBuffer reply(replySize);
     form_.lblCDID.setCaption(ask(platform_.media, "info cd identity", reply));
-    // A number is formed of the draw and the identity here and dropped; what lasts is the seed.
+    // The number derived from this draw and the identity is discarded; only the seed has a lasting
+    // effect.
     platform_.random.reseedFromClock();
     static_cast<void>(platform_.random.fraction());
     form_.lblNumTracks.setCaption(ask(platform_.media, "status cd number of tracks", reply));
     platform_.loop.yield();
     const double trackCount = numberOf(form_.lblNumTracks.caption());
     if (trackCount < 2) {
-        // The disc stays open on this road; the next inspection closes it.
+        // The disc stays open in this case; the next inspection closes it.
         tellUnusable(trackCount);
         return;
     }
@@ -57,7 +57,7 @@ void DiscInspection::clearDisc() {
 
 void DiscInspection::tellUnusable(double trackCount) {
     platform_.loop.yield();
-    // The test is on the number of tracks and nothing else, also for a music disc of one track.
+    // Only the number of tracks is tested, also for a music disc with one track.
     if (trackCount == 1) {
         platform_.boxes.show(
             "The current CD is not a music CD. If you wish to use your CD as a source, "
@@ -70,7 +70,7 @@ void DiscInspection::tellUnusable(double trackCount) {
 }
 
 void DiscInspection::readTracks(double trackCount, ReplyBuffer& reply) {
-    // Each length is asked for twice: as a text to show, and as a number to count with.
+    // Each length is queried twice: as a text to show, and as a number for calculations.
     platform_.media.sendString("set cd time format hms");
     for (std::int32_t i = 1; i <= trackCount; ++i) {
         form_.lstTracks.addItem(trackLine(i, ask(platform_.media, lengthQuestion(i), reply)));

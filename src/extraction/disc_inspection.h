@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the disc's table into the main window: identity, track count, one line and one length for
-// each track. A disc that is changed later is not noticed; extraction itself is done elsewhere.
+// Reads the disc's table of contents into the main window: identity, track count, and one line and
+// one length for each track. It does not notice a later change of the disc. It extracts nothing.
 #pragma once
 
 #include "extraction/capture_state.h"
@@ -12,14 +12,14 @@ namespace sonarith {
 
 class DiscInspection {
   public:
-    /// All outlive this.
+    /// All parameters must outlive this object.
     DiscInspection(const Platform& platform, Form1& form, CaptureState& capture)
         : platform_(platform), form_(form), capture_(capture) {}
 
-    /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and empties
-    /// lstRecord. Without a device the labels and lists stay empty, silently; with fewer than two
-    /// tracks a message may say so, and the disc stays open. In both cases the lengths stay as
-    /// they were. Yields once or twice.
+    /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
+    /// lstRecord. Without a device the labels and lists stay empty, without a message; with fewer
+    /// than two tracks a message may be shown, and the disc stays open. In both cases the lengths
+    /// are unchanged. Yields once or twice.
     void InspectCD();
 
   private:

@@ -66,7 +66,7 @@ TEST(InspectCD, StopsSilentlyWithoutADevice) {
     EXPECT_EQ(bench.form.lblNumTracks.caption(), "");
     EXPECT_THAT(linesOf(bench.form.lstTracks), IsEmpty());
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
-    // The lengths of before stand.
+    // The previous lengths are unchanged.
     EXPECT_EQ(bench.captureState.trackLengthMs(1).value(), 185000);
 }
 
@@ -75,7 +75,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, LeavesADiscOfFewerThanTwoTracksOpenAndSaysWhyForOneAndNone) {
+TEST(InspectCD, LeavesADiscOfFewerThanTwoTracksOpenWithAMessage) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},
@@ -106,7 +106,7 @@ TEST(InspectCD, ShowsItsMessagesAsPlainBoxes) {
     EXPECT_THAT(bench.boxes.shown, ElementsAre(test::ShownBox{notMusic}));
 }
 
-TEST(InspectCD, WorksAgainAfterADiscThatWasLeftOpen) {
+TEST(InspectCD, WorksAfterADiscWasLeftOpen) {
     ExtractionBench bench({185000, 61000});
     bench.media.answer("status cd number of tracks", {.reply = "1"});
     bench.inspection.InspectCD();
@@ -117,7 +117,7 @@ TEST(InspectCD, WorksAgainAfterADiscThatWasLeftOpen) {
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST(InspectCD, KeepsAnIdentityThatIsNoNumber) {
+TEST(InspectCD, KeepsAnIdentityThatIsNotANumber) {
     ExtractionBench bench({1000, 1000});
     bench.disc.identity = "1A2B-C";
     bench.inspection.InspectCD();
@@ -131,17 +131,17 @@ TEST(InspectCD, CutsRepliesToSixtyThreeCharacters) {
     EXPECT_EQ(bench.form.lblCDID.caption(), std::string(63, '4'));
 }
 
-TEST(InspectCD, TakesTheTextOfALengthAsTheDeviceGivesIt) {
+TEST(InspectCD, ShowsTheTextOfALengthUnchanged) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd length track 1", {.reply = "three minutes"});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.form.lstTracks.list(0), "Track  1 - three minutes");
-    // It is no number either, and the fresh element keeps its 0.
+    // The reply is not a number either, and the new element keeps its 0.
     EXPECT_EQ(bench.captureState.trackLengthMs(1).value(), 0);
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 1000);
 }
 
-TEST(InspectCD, RoundsANumberOfMillisecondsAndPassesOverOneThatIsTooLarge) {
+TEST(InspectCD, RoundsANumberOfMillisecondsAndIgnoresATooLargeOne) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd length track 1", {.reply = " 2500.6 "});
     bench.media.answer("status cd length track 2", {.reply = "3000000000"});
@@ -150,7 +150,7 @@ TEST(InspectCD, RoundsANumberOfMillisecondsAndPassesOverOneThatIsTooLarge) {
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 0);
 }
 
-TEST(InspectCD, BoundsACountThatNoDiscHas) {
+TEST(InspectCD, LimitsAnInvalidTrackCount) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd number of tracks", {.reply = "1e15"});
     bench.inspection.InspectCD();
@@ -166,8 +166,8 @@ TEST(InspectCD, ReadsTheCountAfterItsYield) {
 }
 
 TEST(InspectCD, CanRunWithinItsOwnYield) {
-    // A refresh pressed while a refresh yields: the inner one closes the disc, so the outer one
-    // finds no lengths. Nothing breaks, and the next refresh is whole.
+    // The user presses refresh while a refresh yields: the inner one closes the disc, so the outer
+    // one finds no lengths. Nothing fails, and the next refresh is complete.
     ExtractionBench bench({1000, 2000});
     bench.loop.atYield(1, [&] { bench.inspection.InspectCD(); });
     bench.inspection.InspectCD();

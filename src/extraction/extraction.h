@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The extraction's jobs, each wired to the main window. No behaviour lives here.
+// Creates the extraction jobs, each wired to the main window. It has no behaviour of its own.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@
 namespace sonarith {
 
 struct Extraction {
-    /// All outlive this.
+    /// All parameters must outlive this object.
     Extraction(const Platform& platform, ProcessState& process, Windows& windows, FileAdder& files)
         : inspection(platform, windows.Form1, state),
           monitor(platform, process, windows, state, files,

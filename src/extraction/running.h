@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Marks a procedure as running for as long as it lives, also when the end of the program unwinds
-// through it. Procedures that yield may run within each other, so it counts.
+// Marks a procedure as running while this object exists, also when the end of the program unwinds
+// the stack. It is a counter, since procedures that yield may be nested.
 #pragma once
 
 namespace sonarith {
 
 class Running {
   public:
-    /// `count` outlives this.
+    /// `count` must outlive this object.
     explicit Running(int& count) : count_(count) { ++count_; }
     ~Running() { --count_; }
     Running(const Running&) = delete;

@@ -33,7 +33,7 @@ std::vector<StopKind> stopKinds() {
          [](ExtractionBench& bench) {
              bench.monitor.Command1_Click();
          }},
-        // Loses the capture; its ticks go on until everything is stopped.
+        // Loses the capture; its ticks continue until everything is stopped.
         {"Command12",
          [](ExtractionBench& bench) {
              bench.form.Command12.click();
@@ -52,7 +52,7 @@ std::vector<StopKind> stopKinds() {
     };
 }
 
-/// Stops at yield `n` of what follows, if that comes so far, and at none behind it.
+/// Stops at yield `n` of the following steps, if they yield that often.
 class StopAtYield {
   public:
     StopAtYield(ExtractionBench& bench, const StopKind& kind, int n) {
@@ -66,7 +66,7 @@ class StopAtYield {
     StopAtYield(const StopAtYield&) = delete;
     StopAtYield& operator=(const StopAtYield&) = delete;
 
-    /// What was to be stopped has ended. Whether the yield was reached.
+    /// Called when the stopped job has ended. Returns whether the yield was reached.
     bool ended() {
         over_ = true;
         return reached_;
@@ -89,14 +89,14 @@ class ShortRun : public ExtractionBench {
         EXPECT_TRUE(idle());
         EXPECT_TRUE(commandsOpen());
         EXPECT_FALSE(form.tmrWarning.enabled());
-        // What was saved is there, each file under its own name and none twice.
+        // All captures were saved, each under its own name.
         for (std::size_t i = 0; i < disc.saved.size(); ++i) {
             EXPECT_TRUE(files.fileExists(disc.saved[i].path));
             for (std::size_t j = 0; j < i; ++j) {
                 EXPECT_NE(disc.saved[i].path, disc.saved[j].path);
             }
         }
-        // The displays come to rest, and stay there.
+        // The displays become idle and stay idle.
         loop.advance(40s);
         EXPECT_TRUE(idle());
         EXPECT_FALSE(form.Timer1.enabled());
@@ -134,7 +134,7 @@ TEST(EveryStop, AtEveryYieldOfARunRegainsIdleAndTheNextRunWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // Starts, ticks, ends of tracks: a run has far more yields than a handful.
+        // Starts, ticks and ends of tracks: a run has many more yields than this.
         EXPECT_GT(n, 20) << kind.name;
     }
 }
@@ -147,7 +147,7 @@ TEST(EveryStop, BetweenTwoTicksRegainsIdleAndKeepsWhatWasCaptured) {
             bench.loop.after(moment, [&] { kind.stop(bench); });
             bench.form.cmdStart.click();
             bench.expectIdleRegained();
-            // The tracks finished so far, and the one in hand unless it was lost.
+            // The tracks finished so far, and the current one unless it was lost.
             const auto finished = static_cast<std::size_t>(moment / 200ms);
             EXPECT_EQ(bench.disc.saved.size(), finished + (kind.name == "Command12" ? 0 : 1));
             bench.expectNextRunWorks();
@@ -175,8 +175,8 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // Behind a disc that failed the commands are closed once more; the end of the
-                    // action, which is not a part of this bench, opens them.
+                    // After a disc failure the commands are disabled again; the end of the action,
+                    // which is not part of this test, enables them.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();
@@ -189,7 +189,7 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
     }
 }
 
-TEST(EveryStop, InsideTheMessageOfAnEmptySelectionLeavesEverythingAtRest) {
+TEST(EveryStop, InsideTheMessageOfAnEmptySelectionLeavesEverythingIdle) {
     for (const StopKind& kind : stopKinds()) {
         SCOPED_TRACE(kind.name);
         ShortRun bench;
@@ -222,7 +222,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             bench.loop.advance(40s);
-            // What a lost device did not answer is there after the next inspection.
+            // The next inspection reads the values that a lost device did not report.
             bench.inspection.InspectCD();
             bench.choose({1, 2, 3});
             bench.select("Selected Tracks");
@@ -234,7 +234,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
     }
 }
 
-TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingAtRest) {
+TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingIdle) {
     for (const char* tracks : {"0", "1"}) {
         for (const StopKind& kind : stopKinds()) {
             SCOPED_TRACE(kind.name + " in the box of a disc of " + tracks);
@@ -260,7 +260,7 @@ TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingAtRest) {
 }
 
 TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
-    // That box stands inside the tick that ended the track before it.
+    // That box is shown inside the tick that ended the previous track.
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
                               "open cdaudio alias cd", "play cd"};
     for (const StopKind& kind : stopKinds()) {
@@ -273,7 +273,7 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
                 int boxes = 0;
                 bench.boxes.whileUp = [&](const test::ShownBox&) {
                     ++boxes;
-                    bench.loop.advance(150ms); // a tick, or where it would be
+                    bench.loop.advance(150ms); // the time of one tick
                     kind.stop(bench);
                     bench.loop.advance(behind);
                 };

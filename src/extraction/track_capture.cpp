@@ -31,20 +31,19 @@ void TrackCapture::cmdStart_Click() {
         platform_.boxes.show("You must select tracks to record.", BoxIcon::information);
         return;
     }
-    // The leading blank is meant; StartTrackRecording2 writes the text again without it.
+    // The leading blank is intended; StartTrackRecording2 writes the text again without it.
     tellTrack(" Extracting Track " + std::to_string(process_.currentTrack));
     platform_.loop.yield();
     form_.Command2.setVisible(true);
     StartTrackRecording2(process_.currentTrack);
-    // All further tracks run inside this wait, in the monitor's ticks.
+    // All further tracks run inside this wait, in the ticks of the monitor.
     platform_.loop.waitWhile([this] { return form_.tmrRecord.enabled(); });
 }
 
 TrackCapture::Queue TrackCapture::takeQueue() {
     const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
-        // The queue is left as it is: the monitor goes on with lines that stand behind its current
-        // one.
+        // The queue is not changed: the monitor continues with the lines after its current one.
         trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
         form_.lstRecord.clear();
@@ -84,13 +83,13 @@ void TrackCapture::StartTrackRecording2(std::int32_t TrackNum) {
         form_.tmrRecord.setEnabled(false);
         return;
     }
-    // The ticks begin before the devices are open.
+    // The timer is enabled before the devices are open.
     form_.tmrRecord.setEnabled(true);
     startDevices(captureFormat(process_.settings.audioFormat));
 }
 
 void TrackCapture::StartTrackRecording1(std::int32_t TrackNum) {
-    // The argument counts only where the queue has no current line.
+    // The argument is used only if the queue has no current line.
     if (const int line = form_.lstRecord.listIndex(); line >= 0) {
         TrackNum = form_.lstRecord.itemData(line);
     }
@@ -106,7 +105,7 @@ void TrackCapture::nameFile(std::int32_t track) {
     platform_.random.reseedFromClock();
     const float fraction = platform_.random.fraction();
     const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
-    // Nothing tests whether the file is there already; the number is all that keeps names apart.
+    // Does not test whether the file exists; only the number makes names different.
     process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
                            std::to_string(track) + ".wav";
 }
@@ -134,14 +133,14 @@ void TrackCapture::locateTrack(std::int32_t track) {
 
 void TrackCapture::startDevices(const CaptureFormat& format) {
     bool recorderReady = openRecorder();
-    // A failure zeroes trackEndMs, so it is asked afresh before each further step.
+    // A failure sets trackEndMs to 0, so it is tested before each further step.
     if (capture_.trackEndMs != 0) {
         recorderReady = setFormat(format);
     }
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // Also after a disc that failed: only a recorder that failed leaves the commands open.
+    // Also after a disc failure: only a recorder failure leaves the commands enabled.
     if (recorderReady) {
         form_.Disablem();
     }
@@ -171,10 +170,10 @@ void TrackCapture::playAndRecord() {
         return;
     }
     platform_.media.sendString("set cd time format milliseconds");
-    // Recording begins before playing, so each file starts with the short gap between the two.
+    // Recording starts before playing, so each file begins with the short gap between the two.
     platform_.media.sendString("record capture overwrite");
     const std::int32_t start = capture_.trackStartMs;
-    // No "to": the monitor ends the track.
+    // Without "to": the monitor ends the track.
     const std::string play =
         start != 0 ? "play cd from " + std::to_string(start) : std::string("play cd");
     if (platform_.media.sendString(play) != mciSuccess) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts the capture of tracks: takes the queue, names the file, works out where the track lies,
-// and sets recorder and disc going. Watching and ending a capture is the monitor's work.
+// Starts the capture of tracks: reads the queue, names the file, calculates the position of the
+// track, and starts recorder and disc. CaptureMonitor monitors and ends a capture.
 #pragma once
 
 #include <cstdint>
@@ -18,28 +18,28 @@ namespace sonarith {
 
 class TrackCapture {
   public:
-    /// Becomes the handler of cmdStart. All outlive this.
+    /// Sets the handler of cmdStart. All parameters must outlive this object.
     TrackCapture(const Platform& platform, ProcessState& process, Windows& windows,
                  CaptureState& capture, CaptureMonitor& monitor);
     TrackCapture(const TrackCapture&) = delete;
     TrackCapture& operator=(const TrackCapture&) = delete;
 
-    /// Captures what the tree's selected node stands for, a track or one of the two groups of
-    /// tracks. Returns when the whole queue has ended, yielding all the while.
+    /// Captures the selected node of the tree: a track or one of the two groups of tracks. Yields,
+    /// and returns when the whole queue has ended.
     void cmdStart_Click();
-    /// Whether a queue is worked through: the drive is opened anew for each of its tracks.
+    /// Whether a queue is being processed: the drive is opened again for each of its tracks.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
-    /// Starts one track and returns with its capture running, or ended by a failure that a message
-    /// has told of. Yields once.
+    /// Starts one track. On return its capture is running, or a failure has ended it and a message
+    /// was shown. Yields once.
     void StartTrackRecording2(std::int32_t TrackNum);
 
-    /// The sister: takes its track from ItemData of the current line of lstRecord and its format
-    /// from the preferences' list, and leaves the monitor's timer alone. Nothing calls it.
+    /// A variant: uses ItemData of the current line of lstRecord as the track and the preferences'
+    /// list for the format, and does not start the monitor's timer. Nothing calls it.
     void StartTrackRecording1(std::int32_t TrackNum);
 
   private:
-    /// Whether there is anything to start.
+    /// Whether there is a track to start.
     enum class Queue { taken, empty };
     Queue takeQueue();
     void takeFirstLine();
@@ -61,8 +61,8 @@ class TrackCapture {
     int running_ = 0;
 };
 
-/// The number that begins a capture's file name: the integer part of the disc's identity times
-/// `fraction` plus 1. 0 where the identity is no number or the result does not fit 32 bits.
+/// The number at the start of a capture's file name: the integer part of the disc's identity times
+/// `fraction` plus 1. 0 if the identity is not a number or the result does not fit 32 bits.
 [[nodiscard]] std::int32_t fileNumber(const std::string& identity, float fraction);
 
 } // namespace sonarith

@@ -65,7 +65,7 @@ std::vector<DeviceFailure> deviceFailures() {
          "Error setting capture recording paramaters",
          {openRecorder, setStereo, "close capture"},
          true},
-        // From here on the commands are closed in spite of the failure, and stay so.
+        // From here on the commands are disabled in spite of the failure, and stay disabled.
         {openDisc, "Error opening cd!", {openRecorder, setStereo, openDisc}, false},
         {"play cd from 60000",
          "Error playing cd!",
@@ -94,7 +94,7 @@ TEST(StartTrackRecording, EndsTheQueueWithAMessageWhereADeviceFails) {
     }
 }
 
-TEST(StartTrackRecording, EndsAtTheSetCommandForAFormatThatIsNone) {
+TEST(StartTrackRecording, EndsAtTheSetCommandForAnInvalidFormat) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.audioFormat = 2;
@@ -119,7 +119,7 @@ TEST(StartTrackRecording, DoesNotNoticeARecorderThatDoesNotRecord) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 0}));
 }
 
-TEST(StartTrackRecording, TicksWhileAMessageIsUp) {
+TEST(StartTrackRecording, TicksWhileAMessageIsOpen) {
     for (const DeviceFailure& failure : deviceFailures()) {
         SCOPED_TRACE(failure.message);
         ExtractionBench bench({60000, 30000});
@@ -144,7 +144,7 @@ struct NoTrack {
     std::string count;
 };
 
-TEST(StartTrackRecording, LeavesQuietlyWhereNoTrackIs) {
+TEST(StartTrackRecording, EndsSilentlyWithoutATrack) {
     for (const NoTrack& c : {NoTrack{0, "2"}, NoTrack{3, "2"}, NoTrack{-1, "2"}, NoTrack{5, ""}}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -158,7 +158,7 @@ TEST(StartTrackRecording, LeavesQuietlyWhereNoTrackIs) {
     }
 }
 
-TEST(StartTrackRecording, LeavesQuietlyForATrackThatEndsBeforeOneMillisecond) {
+TEST(StartTrackRecording, EndsSilentlyForATrackThatEndsBeforeOneMillisecond) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, -5).passOver();
@@ -167,7 +167,7 @@ TEST(StartTrackRecording, LeavesQuietlyForATrackThatEndsBeforeOneMillisecond) {
     EXPECT_THAT(bench.media.log, IsEmpty());
 }
 
-TEST(StartTrackRecording, LeavesQuietlyForAnEndBeyondThirtyTwoBits) {
+TEST(StartTrackRecording, EndsSilentlyForAnEndBeyondThirtyTwoBits) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, INT32_MAX).passOver();
@@ -176,7 +176,7 @@ TEST(StartTrackRecording, LeavesQuietlyForAnEndBeyondThirtyTwoBits) {
     EXPECT_THAT(bench.media.log, IsEmpty());
 }
 
-TEST(StartTrackRecording, WorksOutThePositionsAfterItsYield) {
+TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.loop.atYield(1, [&] { bench.captureState.trackLengthMs.set(1, 500).passOver(); });
@@ -185,8 +185,8 @@ TEST(StartTrackRecording, WorksOutThePositionsAfterItsYield) {
     EXPECT_EQ(bench.captureState.trackEndMs, 30500);
 }
 
-TEST(StartTrackRecording, StartsAtZeroWhereTheCountIsGoneAndTheLengthsAreNot) {
-    // As after a refresh that found no device.
+TEST(StartTrackRecording, StartsAtZeroWithLengthsButWithoutATrackCount) {
+    // As after a refresh without a device.
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.lblNumTracks.setCaption("");
@@ -278,7 +278,7 @@ TEST(StartTrackRecording1, TakesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfT
     EXPECT_EQ(bench.form.Label2.caption(), "To: " + savedAs(2));
     EXPECT_FALSE(bench.state.stopRequested);
     EXPECT_FALSE(bench.commandsOpen());
-    // Neither a yield nor a timer, unlike its sister.
+    // It neither yields nor starts a timer, unlike StartTrackRecording2.
     EXPECT_EQ(bench.loop.yieldCount(), yields);
     EXPECT_FALSE(bench.form.tmrRecord.enabled());
 }

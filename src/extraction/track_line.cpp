@@ -7,7 +7,7 @@ namespace sonarith {
 
 namespace {
 constexpr std::size_t numberWidth = 2;
-// Counted from 0; the blank before the two-character number is read with it.
+// From 0; includes the blank before the two-character number.
 constexpr std::size_t numberPosition = 5;
 constexpr std::size_t readWidth = 3;
 } // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The one line form in which a track stands in lists and tree: "Track  1 - 00:03:05". This is the
-// text alone; which list holds it is not known here.
+// The form of a track's line in lists and tree: "Track  1 - 00:03:05". Text only; it knows no list.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +10,13 @@
 
 namespace sonarith {
 
-/// The line of track `number`. The number stands right-aligned in two characters, which drop what
-/// does not fit; `length` is the device's own text.
+/// The line of track `number`. The number is right-aligned in two characters and cut to fit;
+/// `length` is the text from the device.
 [[nodiscard]] std::string trackLine(std::int32_t number, std::string_view length);
 
-/// The track number in a line: its three characters from position 6 (from 1), read leniently. 0 for
-/// a text that holds no number there, the empty text among them. Error: overflow, for one with an
-/// exponent ("9e9").
+/// The track number in a line: the three characters from position 6 (from 1), read leniently. 0 if
+/// there is no number, also for the empty text. Error: overflow, for a number with an exponent
+/// ("9e9").
 [[nodiscard]] Result<std::int32_t> trackNumberIn(std::string_view line);
 
 } // namespace sonarith

@@ -23,7 +23,7 @@ TEST(TrackLine, KeepsTheDevicesTextAsItIs) {
 TEST(TrackLine, IsReadBackFromThreeCharactersAtPositionSix) {
     EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05").valueOr(-1), 1);
     EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05").valueOr(-1), 12);
-    // The number's field is three wide for a reader.
+    // The field is three characters wide when it is read.
     EXPECT_EQ(trackNumberIn("Track123 - 00:03:05").valueOr(-1), 123);
     EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD bar's two buttons: lets the track in hand be heard, and silences it. Nothing is captured.
+// The two buttons of the CD bar: plays the current track, and stops it. Captures nothing.
 #pragma once
 
 #include "extraction/capture_state.h"
@@ -11,7 +11,7 @@ namespace sonarith {
 
 class TrackPreview {
   public:
-    /// Becomes the handler of Command11 and Command12. All outlive this.
+    /// Sets the handlers of Command11 and Command12. All parameters must outlive this object.
     TrackPreview(const Platform& platform, ProcessState& process, Form1& form,
                  const CaptureState& capture);
     TrackPreview(const TrackPreview&) = delete;
@@ -19,8 +19,8 @@ class TrackPreview {
 
     /// Plays the disc from the start of currentTrack; the device stays open.
     void Command11_Click();
-    /// Stops and closes recorder and disc. A running capture is lost unsaved while its monitor goes
-    /// on, until Cancel or the close button ends it.
+    /// Stops and closes recorder and disc. A running capture is lost without being saved, while its
+    /// monitor continues until Cancel or the close button ends it.
     void Command12_Click();
 
   private:

@@ -11,7 +11,7 @@ namespace {
 using test::ExtractionBench;
 using testing::ElementsAre;
 
-TEST(TrackPreview, PlaysFromTheStartOfTheTrackInHand) {
+TEST(TrackPreview, PlaysFromTheStartOfTheCurrentTrack) {
     ExtractionBench bench({60000, 30000, 10000});
     bench.insertDisc();
     bench.state.currentTrack = 3;
