@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversion's jobs, each wired to its window. No behaviour lives here.
+// Creates the conversion jobs, each wired to its window. It has no behaviour of its own.
 #pragma once
 
 #include "conversion/conversion_worker.h"
@@ -13,7 +13,7 @@
 namespace sonarith {
 
 struct Conversion {
-    /// All outlive this.
+    /// All parameters must outlive this object.
     Conversion(const Platform& platform, ProcessState& process, Windows& windows, FileAdder& adder)
         : worker(platform, process, windows),
           driver(platform, process, windows, adder),

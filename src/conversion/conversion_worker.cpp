@@ -13,7 +13,7 @@ namespace sonarith {
 
 namespace {
 
-/// "mp3" or "wav", without the point.
+/// "mp3" or "wav", without the dot.
 constexpr std::size_t extensionLength = 3;
 
 Status tooShort() {
@@ -84,7 +84,8 @@ Status ConversionWorker::start() {
     if (!length.ok()) {
         return length.error();
     }
-    // Nothing then unloads the window: the main window says "Decoding" until Cancel is pressed.
+    // In this case nothing unloads the window: the main window shows "Decoding" until the user
+    // presses Cancel.
     if (length.value() < leastFileLength) {
         return tooShort();
     }
@@ -101,8 +102,8 @@ Status ConversionWorker::start() {
 
 void ConversionWorker::Timer1_Timer() {
     form6_.Timer1.setEnabled(false);
-    // The same file a second time, while the first start may be at work: what that means is the
-    // control's to decide.
+    // Starts the same file again, possibly while the first start is working. The control decides
+    // what this means.
     StartMP3(process_.currentWavFile);
 }
 
@@ -133,7 +134,7 @@ Status ConversionWorker::showEnd() {
     if (Status stopped = form6_.ActiveMP31->Stop(); !stopped.ok()) {
         return stopped;
     }
-    // With a blank, unlike the percentages before it.
+    // With a blank, unlike the percentages before.
     form_.Label33.setCaption("100 %");
     if (Status shown = form_.ProgressBar1.setValue(100); !shown.ok()) {
         return shown;
@@ -149,7 +150,7 @@ Status ConversionWorker::showProgress() {
         return percentage.error();
     }
     form_.Label33.setCaption(std::to_string(percentage.value()) + "%");
-    // Read afresh: the bar may be ahead of the text.
+    // Read again: the bar may be ahead of the text.
     const auto afresh = readPercentage();
     return afresh.ok() ? form_.ProgressBar1.setValue(afresh.value()) : Status(afresh.error());
 }
@@ -157,11 +158,11 @@ Status ConversionWorker::showProgress() {
 Result<std::int16_t> ConversionWorker::readPercentage() const {
     const std::int32_t length = form6_.ActiveMP31->Length();
     const std::int32_t position = form6_.ActiveMP31->Position();
-    // A length of 0 makes this fail, and so ends the job.
+    // A length of 0 makes this fail and therefore ends the job.
     return roundedToInteger16(static_cast<double>(position) / static_cast<double>(length) * 100);
 }
 
-/// The closing block of every end.
+/// The final steps of every end.
 void ConversionWorker::finish(int load) {
     if (!stillLoaded(load)) {
         return;
@@ -190,7 +191,7 @@ void ConversionWorker::StartDecoding() {
     if (!form6_.ActiveMP31->Busy()) {
         form6_.unload();
     }
-    // The timer's ticks are the events at which this is asked again.
+    // The timer's ticks are the events after which the condition is evaluated.
     platform_.loop.waitWhile(
         [this, load] { return stillLoaded(load) && form6_.ActiveMP31->Busy(); });
     platform_.loop.yield();
@@ -200,14 +201,14 @@ void ConversionWorker::StartDecoding() {
     }
 }
 
-/// Fails for a file that is too short, or not there; the control's failures are passed over.
+/// Fails for a file that is too short or missing; failures of the control are ignored.
 Status ConversionWorker::startBeside() {
     const std::string& path = process_.currentWavFile;
     if (platform_.files.fileLength(path).valueOr(0) < leastFileLength) {
         return tooShort();
     }
     if (const auto base = FileBaseName(path); base.ok()) {
-        // The backslash before the ending is meant.
+        // The backslash before the ending is intended.
         form_.setCaption("Decoding " + base.value() + "\\.mp3");
     }
     form6_.ActiveMP31->setSourceFile(path).passOver();

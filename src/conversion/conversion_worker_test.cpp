@@ -50,7 +50,7 @@ TEST_F(WorkerTest, WithAStopRequestedItUnloadsInItsLoad) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, EachLoadHasAWorkerOfItsOwn) {
+TEST_F(WorkerTest, EachLoadHasItsOwnWorker) {
     window.load();
     window.Timer1.setEnabled(false);
     window.unload();
@@ -71,7 +71,7 @@ TEST_F(WorkerTest, HalfASecondAfterTheLoadTheSameFileIsStartedASecondTime) {
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, setSource, decodeToWav));
     EXPECT_FALSE(window.Timer1.enabled());
     EXPECT_TRUE(window.Timer2.enabled());
-    // Once: the third tick of the other timer starts nothing.
+    // Only once: the third tick of the other timer starts nothing.
     loop.advance(1s);
     EXPECT_EQ(mp3.log.size(), 4U);
 }
@@ -179,7 +179,7 @@ TEST_F(WorkerTest, TheEndIsShownWithABlankAndUnloadsTheWindow) {
     loop.advance(1ms);
     EXPECT_EQ(shown, "100 % 100");
     EXPECT_EQ(loop.yieldCount() - yields, 2);
-    // Its own, the closing block's and the unload's.
+    // From the tick, the final steps and the unload.
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop", "Stop"));
     EXPECT_FALSE(window.loaded());
     EXPECT_FALSE(process.workerBusy);
@@ -208,7 +208,7 @@ TEST_F(WorkerTest, AStopEndsTheJobAtTheNextTickAndLeavesTheDisplayAsItIs) {
     EXPECT_EQ(disk.content("c:\\music\\Song.wav")->size(), mp3.partialBytes);
 }
 
-TEST_F(WorkerTest, AnEndThatIsFoundFirstCountsMoreThanAStop) {
+TEST_F(WorkerTest, AnEndDetectedFirstOverridesAStop) {
     mp3.duration = 300ms;
     window.load();
     process.stopRequested = true;
@@ -274,7 +274,7 @@ TEST_F(WorkerTest, AnUnloadFromOutsideStopsTheControlAndKeepsWhatWasWritten) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, TheStopComesBeforeTheFlagFalls) {
+TEST_F(WorkerTest, TheControlStopsBeforeTheFlagIsCleared) {
     window.load();
     bool busyAtStop = false;
     mp3.onCall = [&](const std::string& call) {
@@ -331,7 +331,7 @@ TEST_F(WorkerTest, ManyLoadsInsideTicksLeaveNothingRunning) {
     }
 }
 
-TEST_F(WorkerTest, TheProgramsEndInsideATickIsTheEnd) {
+TEST_F(WorkerTest, TheProgramCanEndInsideATick) {
     mp3.duration = 10s;
     window.load();
     loop.atYield(1, [this] { loop.endProgram(); });

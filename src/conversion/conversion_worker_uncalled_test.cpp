@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The worker's procedures that nothing calls; the road that is used is in
-// conversion_worker_test.cpp.
+// The worker's procedures that nothing calls; conversion_worker_test.cpp tests the others.
 #include "conversion/conversion_worker.h"
 
 #include "support/conversion_world.h"
@@ -33,7 +32,7 @@ TEST_F(StartDecodingTest, DecodesBesideTheFileAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
-    // Asked after each event, of which the end of the decoding is one here.
+    // The condition is evaluated after each event; the end of the decoding is one here.
     EXPECT_EQ(loop.now() - start, 1200ms);
     EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
     EXPECT_EQ(mp3.log[0], setSource);
@@ -120,12 +119,12 @@ TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
     };
     worker().DecodeCheckedFiles();
     EXPECT_EQ(form.List4.listIndex(), 0);
-    // Set again by the log of the unload's stop; cleared in between.
+    // The log of the unload's stop sets it again; it was cleared in between.
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, CheckedFilesClearsARequestThatStoodBefore) {
+TEST_F(StartDecodingTest, CheckedFilesClearsAnEarlierRequest) {
     fill(form.List4, {"a"});
     form.List4.setSelected(0, true).passOver();
     process.stopRequested = true;

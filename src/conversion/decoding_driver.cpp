@@ -39,8 +39,8 @@ void DecodingDriver::decodeAll() {
         platform_.boxes.show("No files in list.", BoxIcon::information);
         return;
     }
-    // The bound is taken once. The counter is the process's: an action that runs nested in one of
-    // the yields moves it.
+    // The bound is read once. The counter is process-wide: a nested action in one of the yields
+    // changes it.
     const int bound = list.listCount();
     std::int32_t& fileIndex = process_.fileIndex;
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
@@ -60,7 +60,7 @@ void DecodingDriver::decodeSelected() {
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
         decodeLine(list, Case::asItStands);
     }
-    // With the loop stopped before its first file this is the file of an earlier run.
+    // If the loop was stopped before its first file, this is the file of an earlier run.
     if (const auto length = platform_.files.fileLength(process_.currentWavFile); length.ok()) {
         form_.lblStatus.setCaption(std::to_string(length.value()) + " bytes");
     }
@@ -82,7 +82,7 @@ void DecodingDriver::decodeLine(const ListBox& list, Case letters) {
     }
     fileStep();
     wavPath.storeIn(process_.currentWavFile);
-    // Also after a stop: what was written so far is kept and shown.
+    // Also after a stop: a partial WAV is kept and shown.
     adder_.Cmaddfile2(process_.currentWavFile);
 }
 
@@ -102,23 +102,23 @@ void DecodingDriver::decodeOne(const std::string& text) {
     finish();
 }
 
-/// Sets currentFile to the path that a node's text stands for, or misses it in a way that is meant
-/// so.
+/// Sets currentFile to the path for a node's text. The cases in which it finds another path or none
+/// are intended.
 void DecodingDriver::findFile(const std::string& text) {
-    // Not lowered: a name with capitals is found in neither list.
+    // Not lower-cased: a name with capitals is found in neither list.
     const std::string name = SplitPath(text, process_);
     if (!findIn(form_.List2, name)) {
         static_cast<void>(findIn(form_.List4, name));
     }
     if (text != process_.currentFile) {
-        // From List2, wherever the search has left off: for a file of List4 behind a bare name, and
-        // for one that was not found, that is another one's line or none.
+        // From List2, at the index where the search ended. For a file of List4 listed by its bare
+        // name, and for a missing file, this is the line of another file or none.
         process_.currentFile = lowerCase(form_.List2.list(process_.fileIndex));
     }
 }
 
-/// Leaves fileIndex at the line found, or behind the last one, and currentFile at the line's path
-/// or at the last name looked at.
+/// Leaves fileIndex at the line found, or after the last one, and currentFile at the line's path or
+/// at the last name compared.
 bool DecodingDriver::findIn(const ListBox& list, const std::string& name) {
     for (process_.fileIndex = 0; process_.fileIndex < list.listCount(); ++process_.fileIndex) {
         const std::string line = list.list(process_.fileIndex);
@@ -139,11 +139,11 @@ void DecodingDriver::tellCaption() {
 
 void DecodingDriver::fileStep() {
     process_.workerBusy = true;
-    // Unloads a worker that was left from earlier, which puts workerBusy back.
+    // Unloads a worker that is left from an earlier action, which clears workerBusy.
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });
-    // The next load makes a new worker.
+    // The next load creates a new worker.
     form_.Command2.setVisible(false);
 }
 
@@ -157,7 +157,7 @@ void DecodingDriver::StartDecoding(const std::string& path) {
 
 void DecodingDriver::finish() {
     form_.Timer1.setEnabled(true);
-    // The way is closed for the next worker until the next start.
+    // Blocks the next worker until the next start.
     process_.stopRequested = true;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Turns the MP3 files that the selected node stands for into WAV files, one after the other: all of
-// them, the selected ones, or one. The work on each file is the conversion worker's.
+// Converts the MP3 files of the selected node to WAV files, one after the other: all, the selected
+// ones, or one. The conversion worker converts each file.
 #pragma once
 
 #include <string>
@@ -14,17 +14,17 @@ namespace sonarith {
 
 class DecodingDriver {
   public:
-    /// Becomes the handler of CmdDecoder. All outlive this.
+    /// Sets the handler of CmdDecoder. All parameters must outlive this object.
     DecodingDriver(const Platform& platform, ProcessState& process, Windows& windows,
                    FileAdder& adder);
     DecodingDriver(const DecodingDriver&) = delete;
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
-    /// Returns when all is done or stopped, with stopRequested set. Yields all the while. A file
-    /// that is not there any more makes it wait for the end of the program.
+    /// Yields, and returns when all files are done or a stop was requested, with stopRequested set.
+    /// If a file no longer exists, it waits until the program ends.
     void CmdDecoder_Click();
 
-    /// Loads a worker for currentFile if there is a file of `path`; else nothing.
+    /// Loads a worker for currentFile if the file `path` exists; otherwise does nothing.
     void StartDecoding(const std::string& path);
 
   private:

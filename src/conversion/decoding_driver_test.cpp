@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
-    /// The displays at each start of the control, the second start of each file left out.
+    /// The displays at each start of the control, without the second start of each file.
     std::vector<std::string> shown;
 
     DriverTest() {
@@ -34,7 +34,7 @@ struct DriverTest : test::ConversionWorld {
     }
 };
 
-// --- road A: all files
+// --- case A: all files
 // -----------------------------------------------------------------------------
 
 TEST_F(DriverTest, AllFilesAreDecodedOneAfterTheOther) {
@@ -93,7 +93,7 @@ TEST_F(DriverTest, TheCommandsAreClosedAndCancelIsSeenWhileAFileIsDecoded) {
     decode("MP3 Files");
     EXPECT_TRUE(seen);
     EXPECT_FALSE(form.Command2.visible());
-    // The commands are opened by whoever began the action.
+    // The caller of the action enables the commands.
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 
@@ -126,10 +126,10 @@ TEST_F(DriverTest, FilesOfOneNameShareOneWav) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\b.wav"));
 }
 
-// --- road B: the selected files
+// --- case B: the selected files
 // --------------------------------------------------------------------
 
-TEST_F(DriverTest, TheSelectedFilesAreDecodedUnderTheirNamesAsTheyStand) {
+TEST_F(DriverTest, TheSelectedFilesAreDecodedUnderTheirUnchangedNames) {
     fill(form.List4, {"c:\\mp3\\A.mp3", "c:\\mp3\\b.mp3"});
     decode("Selected MP3 Files");
     EXPECT_THAT(shown, ElementsAre("Decoding A.mp3 | Decoding #1 of 2 files | c:\\music\\A.wav",
@@ -160,7 +160,7 @@ TEST_F(DriverTest, SelectedFilesStoppedBeforeTheFirstShowTheLengthOfAnEarlierFil
     EXPECT_TRUE(form.Timer1.enabled());
 }
 
-// --- road C: one file
+// --- case C: one file
 // ------------------------------------------------------------------------------
 
 TEST_F(DriverTest, OneFileIsFoundByItsBareName) {
@@ -186,19 +186,19 @@ TEST_F(DriverTest, OneFileIsFoundByItsWholePathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, AFileOfTheSelectedListBehindABareNameTakesTheOtherListsLineOfThatNumber) {
+TEST_F(DriverTest, ASelectedFileWithABareNameUsesTheOtherListsLineOfThatIndex) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
     EXPECT_EQ(process.fileIndex, 1);
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
-    // The control writes under the source's name; the display and the tree go by the node's text.
+    // The control uses the source's name for the WAV; the display and the tree use the node's text.
     EXPECT_EQ(shown.front(), "Decoding a.mp3 | Decoding  b.mp3 | c:\\music\\b.wav");
     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, AFileOfTheSelectedListWithoutSuchALineTakesNothingAndWaits) {
+TEST_F(DriverTest, ASelectedFileWithoutSuchALineDecodesNothingAndWaits) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");
@@ -208,12 +208,12 @@ TEST_F(DriverTest, AFileOfTheSelectedListWithoutSuchALineTakesNothingAndWaits) {
     EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
 }
 
-TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndTakesTheLineBehindTheSearch) {
-    // The search of an empty second list leaves off at 0: the first line, whatever it is.
+TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndUsesTheLineAfterTheSearch) {
+    // The search of an empty second list ends at 0: the first line, whatever it is.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     decode("A.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
-    // And that of a second list of one line at 1.
+    // The search of a second list with one line ends at 1.
     fill(form.List4, {"c:\\mp3\\z.mp3"});
     process.stopRequested = false;
     mp3.log.clear();
@@ -228,7 +228,7 @@ TEST_F(DriverTest, TheFirstLineOfTheNameCounts) {
     EXPECT_EQ(mp3.log.front(), "SourceFile d:\\b.mp3");
 }
 
-TEST_F(DriverTest, AnythingElseRequestsAStopAndSaysNothing) {
+TEST_F(DriverTest, AnyOtherNodeRequestsAStopSilently) {
     for (const char* text : {"c:\\music\\a.wav", "WAV Files", "a.MP3", "CD Tracks"}) {
         process.stopRequested = false;
         form.Timer1.setEnabled(false);
@@ -255,7 +255,7 @@ TEST_F(DriverTest, OneFileWithAStopRequestedIsNotDecoded) {
 // --- files that cannot be decoded
 // --------------------------------------------------------------------
 
-TEST_F(DriverTest, AFileThatIsGoneWaitsForTheEndOfTheProgramWithCancelHidden) {
+TEST_F(DriverTest, AMissingFileWaitsForTheEndOfTheProgramWithCancelHidden) {
     fill(form.List2, {"c:\\mp3\\gone.mp3"});
     loop.after(1h, [this] {
         EXPECT_TRUE(process.workerBusy);
@@ -272,8 +272,8 @@ TEST_F(DriverTest, AFileThatIsGoneWaitsForTheEndOfTheProgramWithCancelHidden) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-// The flag is set before the commands are closed, which unloads that worker and clears it again.
-TEST_F(DriverTest, AFileThatIsGoneIsNotWaitedForIfAWorkerWasLeftFromEarlier) {
+// The flag is set before the commands are disabled, which unloads that worker and clears the flag.
+TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
     windows.Form6.load();
@@ -304,7 +304,7 @@ TEST_F(DriverTest, AListThatIsEmptiedMeanwhileEndsInTheWaitForAFileThatIsNotTher
     loop.after(1h, [this] { loop.endProgram(); });
     EXPECT_THROW(decode("MP3 Files"), test::ProgramEnded);
     EXPECT_EQ(process.currentFile, "");
-    // A name without a base leaves the texts of the file before.
+    // A name without a base keeps the texts of the previous file.
     EXPECT_EQ(form.caption(), "Decoding b.mp3");
     EXPECT_EQ(form.Label2.caption(), "c:\\music\\b.wav");
     EXPECT_EQ(form.Label3.caption(), "Decoding #2 of 0 files");

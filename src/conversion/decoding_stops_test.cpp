@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every stop at every yield of a run of decodings, and the end of the program there.
+// Every stop at every yield of a decoding run, and the end of the program at every yield.
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-/// Five files, each of some ticks.
+/// Five files; each takes several ticks.
 struct Decodings : test::ConversionWorld {
     Decodings() {
         std::vector<std::string> paths;
@@ -26,7 +26,7 @@ struct Decodings : test::ConversionWorld {
     }
     void TestBody() override {}
 
-    /// What the buttons for it do.
+    /// Does what the buttons for it do.
     void stop() {
         process.stopRequested = true;
         windows.Form6.unload();
@@ -39,7 +39,7 @@ struct Decodings : test::ConversionWorld {
 
 struct StopKind {
     std::string name;
-    bool ends; ///< the whole run, and not the file in hand alone
+    bool ends; ///< the whole run, not only the current file
     std::function<void(Decodings&)> stop;
 };
 
@@ -101,10 +101,10 @@ TEST(EveryStopOfADecoding, AtEveryYieldRegainsIdleAndTheNextRunWorks) {
                 EXPECT_TRUE(run.process.stopRequested);
                 EXPECT_TRUE(run.form.Timer1.enabled());
                 if (reached && kind.ends) {
-                    // Complete before the stop, or while the last tick was on its way.
+                    // Completed before the stop, or during the last tick.
                     EXPECT_LE(run.mp3.finished.size(), whole + 1);
                 }
-                // Whatever was begun is in the tree, whole or partial.
+                // Every started file is in the tree, complete or partial.
                 for (const std::string& path : run.mp3.finished) {
                     EXPECT_NE(run.node(path), nullptr) << path;
                 }
@@ -114,7 +114,7 @@ TEST(EveryStopOfADecoding, AtEveryYieldRegainsIdleAndTheNextRunWorks) {
                 EXPECT_EQ(run.mp3.finished.size(), 5U);
                 EXPECT_TRUE(run.idle());
                 run.loop.advance(1s);
-                // The timer that clears the displays is all that is left.
+                // Only the timer that clears the displays is left.
                 EXPECT_EQ(run.loop.wakeupCount(), 1U);
             }
             EXPECT_GT(n, 5) << kind.name;
@@ -141,7 +141,7 @@ TEST(EveryStopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheS
     }
 }
 
-TEST(TheEndOfTheProgram, AtEveryYieldOfADecodingIsTheEnd) {
+TEST(TheEndOfTheProgram, WorksAtEveryYieldOfADecoding) {
     bool reached = true;
     int n = 0;
     while (reached) {

@@ -27,7 +27,7 @@ TEST(ConvertBase, TakesLettersOfEitherCase) {
     EXPECT_EQ(ConvertBase("z", 36, 10), "35");
 }
 
-TEST(ConvertBase, EveryByteComesBack) {
+TEST(ConvertBase, EveryByteSurvivesARoundTrip) {
     for (std::int16_t base = 2; base <= 36; ++base) {
         for (int byte = 0; byte < 256; ++byte) {
             const std::string digits = ConvertBase(std::to_string(byte), 10, base);
@@ -54,7 +54,7 @@ TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
 }
 
 TEST(ConvertBase, TakesBase1ForItsResult) {
-    // Above 0 it would never end, as no digit of that base is taken off the number.
+    // Above 0 it would never return, as no digit of that base reduces the number.
     EXPECT_EQ(ConvertBase("0", 10, 1), "0");
 }
 

@@ -17,8 +17,9 @@ namespace sonarith {
 
 namespace {
 
-/// The low byte of a rate's field, in hexadecimal, for the rate. These integers are the hexadecimal
-/// digits written as decimal ones. 16000 Hz has the low byte 80 too, and passes for 48000.
+/// The low byte of the rate field, in hexadecimal, for each rate. These integers are the
+/// hexadecimal digits written as decimal ones. 16000 Hz also has the low byte 80 and reads as
+/// 48000.
 struct SampleRate {
     int lowByteDigits;
     const char* hertz;
@@ -32,12 +33,13 @@ constexpr std::array<SampleRate, 6> sampleRates = {{
     {80, "48000"},
 }};
 
-/// Taken for the size of the header, in bits; it has 44 bytes.
+/// Assumed size of the header, in bits; the real header has 44 bytes.
 constexpr double headerBits = 8000;
 
 constexpr std::string_view riffMark = "RIFF";
 
-/// As a binary file is opened where nothing is said of its use: for both, or else for reading.
+/// Opens like a binary file without a stated use: for reading and writing, or else for reading
+/// only.
 std::unique_ptr<BinaryFile> openForBoth(FileSystem& files, const std::string& path) {
     auto both = files.openBinary(path, FileAccess::readWrite);
     if (both.ok()) {
@@ -47,7 +49,7 @@ std::unique_ptr<BinaryFile> openForBoth(FileSystem& files, const std::string& pa
     return reading.ok() ? std::move(reading.value()) : nullptr;
 }
 
-/// Nothing if not all of them are there.
+/// Nothing if the file has fewer bytes.
 template <std::size_t count>
 std::optional<std::array<std::byte, count>> bytesAt(BinaryFile* file, std::int64_t offset) {
     std::array<std::byte, count> bytes{};
@@ -70,7 +72,7 @@ bool isRiff(const std::optional<std::array<std::byte, 4>>& bytes) {
                         riffMark;
 }
 
-/// Two digits at least, rounded, a half away from zero. What is rounded to 0 keeps its sign.
+/// At least two digits, rounded half away from zero. A value that is rounded to 0 keeps its sign.
 std::string twoDigits(double number) {
     const double whole = std::round(std::fabs(number));
     std::string digits = std::to_string(static_cast<std::int64_t>(whole));
@@ -80,7 +82,7 @@ std::string twoDigits(double number) {
     return (number < 0 ? "-" : "") + digits;
 }
 
-/// A rounded up last half second makes the minutes one too many, and the seconds negative.
+/// If the last half second is rounded up, the minutes are one too high and the seconds negative.
 std::string durationText(double seconds) {
     const std::int32_t minutes = roundedToInteger32(seconds).valueOr(0) / 60;
     return twoDigits(minutes) + ":" + twoDigits(seconds - minutes * 60.0);
@@ -117,7 +119,7 @@ bool WavHeadReader::wHeadInfo(const std::string& path) {
     return true;
 }
 
-/// A step that fails leaves its field, and what follows from it, as they were.
+/// A step that fails leaves its field, and the fields derived from it, unchanged.
 void WavHeadReader::workOut() {
     if (const auto rate = toInteger32(head_.wavSampleRate); rate.ok()) {
         const std::int64_t product = std::int64_t{head_.wavBits} * head_.wavChannels * rate.value();

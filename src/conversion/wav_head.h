@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the format fields of a WAV file, at fixed places of its first 36 bytes, and works out how
-// long it plays. It searches for no chunk, and nothing in the program calls it.
+// Reads the format fields of a WAV file at fixed offsets in its first 36 bytes, and calculates its
+// duration. It does not search for chunks, and nothing in the program calls it.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace sonarith {
 
-/// What the last files left: a field that a file does not come to store is that of a file before.
+/// Results of the last files: a field that is not set for a file keeps the value of an earlier one.
 struct WavHead {
     std::string wavFileLength; ///< bytes, in decimal
     std::int16_t wavChannels = 0;
@@ -22,12 +22,12 @@ struct WavHead {
 
 class WavHeadReader {
   public:
-    /// `files` outlives this.
+    /// `files` must outlive this object.
     explicit WavHeadReader(FileSystem& files) : files_(files) {}
 
-    /// Whether the file begins with "RIFF". Length, channels and bits are stored whether it does or
-    /// not, the others if it does. What cannot be read is passed over. A file that does not exist
-    /// is made, empty.
+    /// Returns whether the file begins with "RIFF". Length, channels and bits are always stored,
+    /// the other fields only if it does. Fields that cannot be read are skipped. A missing file is
+    /// created, empty.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

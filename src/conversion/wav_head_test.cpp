@@ -142,7 +142,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
         return head().wavDuration;
     };
     EXPECT_EQ(duration(59'400), "00:59");
-    // Minutes too many, seconds below 0.
+    // One minute too many, and seconds below 0.
     EXPECT_EQ(duration(59'700), "01:-00");
     EXPECT_EQ(duration(59'500), "01:-01");
     EXPECT_EQ(duration(60'400), "01:00");
@@ -151,7 +151,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
 }
 
 TEST_F(WavHeadTest, ABitRateOfZeroLeavesTheDurationOfTheFileBefore) {
-    // No rate was ever known.
+    // No rate is known.
     EXPECT_TRUE(read(wav(1000, 2, 16, 0x1234)));
     EXPECT_EQ(head().wavBitRate, 0);
     EXPECT_EQ(head().wavDuration, "");
@@ -187,7 +187,7 @@ TEST_F(WavHeadTest, OfAShortFileTheFieldsBehindItsEndStay) {
     EXPECT_TRUE(read(wav(100, 1, 8, 44100).substr(0, 24)));
     EXPECT_EQ(head().wavChannels, 1);
     EXPECT_EQ(head().wavBits, 16);
-    // No byte counts as the byte 0.
+    // A missing byte counts as 0.
     EXPECT_EQ(head().wavSampleRate, "32000");
     EXPECT_TRUE(read(wav(100, 9, 8, 44100).substr(0, 35)));
     EXPECT_EQ(head().wavChannels, 9);
@@ -195,7 +195,7 @@ TEST_F(WavHeadTest, OfAShortFileTheFieldsBehindItsEndStay) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, MakesAFileThatDoesNotExistAndChangesNothing) {
+TEST_F(WavHeadTest, CreatesAMissingFileAndChangesNothing) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     const WavHead before = head();
     EXPECT_FALSE(reader.wHeadInfo("c:\\new.wav"));
@@ -240,7 +240,7 @@ TEST_F(WavHeadTest, ReadsAFileThatCannotBeWrittenTo) {
     EXPECT_EQ(other.head().wavDuration, "00:01");
 }
 
-TEST_F(WavHeadTest, PassesOverWhatCannotBeOpenedOrRead) {
+TEST_F(WavHeadTest, IgnoresFilesThatCannotBeOpenedOrRead) {
     for (const auto operation :
          {FakeFileSystem::Operation::openBinary, FakeFileSystem::Operation::readBinary}) {
         disk.failWith(operation, path, ErrorNumber::permissionDenied);
