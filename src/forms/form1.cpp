@@ -35,7 +35,7 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     Label5.setVisible(false);
     Command2.setVisible(false);
     mnupopup.setVisible(false);
-    // The popup opens these three for the node that it is asked for.
+    // The popup enables these three according to its node.
     for (MenuItem* entry : {&mnuStart2, &mnuFileRemove, &mnuRemoveDelete}) {
         entry->setEnabled(false);
     }
@@ -46,7 +46,7 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     for (ListBox* list : {&lstTracks, &lstRecord, &List1, &List2, &List3, &List4, &List5, &List7}) {
         list->setVisible(false);
     }
-    // As designed, until a view says what its contents need.
+    // The designed size, until a view reports what its contents need.
     setDesignedSize(designWidth, designHeight);
     setInnerSize(designWidth, designHeight);
     keepDesign();
@@ -73,7 +73,7 @@ void Form1::enableCommands(bool enabled) {
 }
 
 void Form1::ClearActivity() {
-    // The lower-case a is meant: the form's own text reads "Next Action:".
+    // The lower-case a is intended: the designed text is "Next Action:".
     Label3.setCaption("Next action:");
     Label2.setCaption(state_.settings.decodePath + "\\");
     setCaption(applicationTitle);

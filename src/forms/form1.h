@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window's controls and lists, and the few procedures that the jobs reach back for. What
-// the controls do is wired by the application; the jobs live in folders of their own.
+// The main window's controls and lists, and the few procedures that several jobs call. The
+// application wires the controls; the jobs are in their own folders.
 #pragma once
 
 #include <memory>
@@ -30,17 +30,17 @@ inline constexpr Twips gripWidth = 285_twips;
 
 class Form1 : public Form {
   public:
-    /// Disablem() unloads `closedByActions`. All outlive this.
+    /// Disablem() unloads `closedByActions`. All parameters must outlive this object.
     Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions);
 
-    /// Closes the commands for the time of an action, and unloads the windows that may not stay
-    /// open during it.
+    /// Disables the commands during an action, and unloads the windows that must not stay open
+    /// during it.
     void Disablem();
     void Enablem();
-    /// The displays back to idle.
+    /// Resets the displays to idle.
     void ClearActivity();
 
-    /// What the window's shape can be taken from; null: no picture, as the window is designed.
+    /// The picture for the window's shape; null: no picture, which is the designed state.
     [[nodiscard]] const std::shared_ptr<const PixelPicture>& picture() const { return picture_; }
     void setPicture(std::shared_ptr<const PixelPicture> picture) { picture_ = std::move(picture); }
 
@@ -63,8 +63,8 @@ class Form1 : public Form {
     PictureBox Picture6{*this, "Picture6"}; ///< host area of the activity clip
 
     // CD bar. lblCDID and lblNumTracks are stores as well: they are read back as numbers.
-    CommandButton Command11{*this, "Command11"}; ///< lets the track in hand be heard
-    CommandButton Command12{*this, "Command12"}; ///< silences it
+    CommandButton Command11{*this, "Command11"}; ///< plays the current track
+    CommandButton Command12{*this, "Command12"}; ///< stops it
     Label Label5{*this, "Label5", "Low Drive space"};
     Label lblCDID{*this, "lblCDID"};
     Label lblNumTracks{*this, "lblNumTracks"};
@@ -72,8 +72,8 @@ class Form1 : public Form {
     // Activity bar.
     PictureBox Image5{*this, "Image5"};
     PictureBox Image4{*this, "Image4"};
-    Label Label3{*this, "Label3", "Next Action:"}; ///< the action that goes on or comes next
-    Label Label2{*this, "Label2"}; ///< the file that is written, or the destination folder
+    Label Label3{*this, "Label3", "Next Action:"}; ///< the current or the next action
+    Label Label2{*this, "Label2"}; ///< the file being written, or the destination folder
 
     // Status bar.
     ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
@@ -83,7 +83,7 @@ class Form1 : public Form {
 
     TreeView TreeView1{*this, "TreeView1"};
 
-    // Never seen: the lists are the truth behind the tree, the rest is called as procedures.
+    // Never visible: the lists hold the data behind the tree, the others are called as procedures.
     ListBox lstTracks{*this, "lstTracks"}; ///< tracks not chosen
     ListBox lstRecord{*this,
                       "lstRecord"};   ///< queue of tracks to extract; progress is its ListIndex
@@ -92,13 +92,14 @@ class Form1 : public Form {
     ListBox List3{*this, "List3"};    ///< no role
     ListBox List4{*this, "List4"};    ///< selected MP3 paths
     ListBox List5{*this, "List5"};    ///< selected WAV paths
-    ListBox List7{*this, "List7"};    ///< scratch, holds no meaning between two uses
+    ListBox List7{*this, "List7"};    ///< scratch list, unused between two operations
     CheckBox Check9{*this, "Check9"}; ///< 1: end this track on the next tick
     CommandButton cmdStart{*this, "cmdStart", "Start"};      ///< extracts tracks
     CommandButton CmdDecoder{*this, "CmdDecoder", "decode"}; ///< decodes MP3 files
-    CommandButton Command8{*this, "Command8", "Cancel"}; ///< ends what goes on, keeps what is there
+    CommandButton Command8{*this, "Command8",
+                           "Cancel"}; ///< stops the current action, keeps its results
 
-    Timer Timer1;     ///< one-shot return of the displays to idle
+    Timer Timer1;     ///< resets the displays to idle once
     Timer tmrRecord;  ///< capture monitor; its enabled state marks a capture in progress
     Timer tmrWarning; ///< disk space guard
     Timer Timeravi;   ///< activity clip; nothing starts it
@@ -135,7 +136,7 @@ class Form1 : public Form {
     MenuItem mnuCDplayer{*this, "mnuCDplayer", "CD Player", {&MnuOpenCD, &mnuCloseCD}};
     MenuItem mnuSearch{*this, "mnuSearch", "Search"};
     MenuItem mnuPlaylist{*this, "mnuPlaylist", "Playlist"};
-    MenuItem mnuDevices{*this, "mnuDevices", "Devices"}; ///< the platform's own window
+    MenuItem mnuDevices{*this, "mnuDevices", "Devices"}; ///< opens the platform's own window
     MenuItem mnuPrefs{
         *this,
         "mnuPrefs",

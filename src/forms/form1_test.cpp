@@ -54,7 +54,7 @@ TEST_F(Form1Test, ShowsThreeBarsAndTheGripAndHidesTheCdBar) {
     EXPECT_EQ(form.Picture5.width(), 285_twips);
 }
 
-TEST_F(Form1Test, ClosesThePopupsThreeEntriesUntilANodeOpensThem) {
+TEST_F(Form1Test, DisablesThePopupsThreeEntriesUntilANodeEnablesThem) {
     EXPECT_FALSE(form.mnuStart2.enabled());
     EXPECT_FALSE(form.mnuFileRemove.enabled());
     EXPECT_FALSE(form.mnuRemoveDelete.enabled());
@@ -93,7 +93,7 @@ TEST_F(Form1Test, NamesItsButtonsAndLabels) {
     EXPECT_EQ(form.Label5.caption(), "Low Drive space");
 }
 
-TEST_F(Form1Test, TellsInTipsWhatHasNoCaptionOrMoreThanIt) {
+TEST_F(Form1Test, HasToolTipsForControlsThatNeedThem) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.Command11, "Play Selected track"},
         {&form.Command12, "Stop playing CD"},
@@ -108,7 +108,7 @@ TEST_F(Form1Test, TellsInTipsWhatHasNoCaptionOrMoreThanIt) {
     }
 }
 
-TEST_F(Form1Test, HidesAtRestWhatAnActionOrALowDiskShows) {
+TEST_F(Form1Test, HidesTheControlsOfAnActionAndALowDiskWhileIdle) {
     EXPECT_FALSE(form.Command2.visible());
     EXPECT_FALSE(form.Label5.visible());
 }
@@ -157,7 +157,7 @@ TEST_F(Form1Test, OrdersItsMenus) {
     EXPECT_THAT(captions(form.mnuHelp), ElementsAre("Help File", "About"));
 }
 
-TEST_F(Form1Test, DisablemClosesTheTwelveCommandsAndNoOthers) {
+TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     form.Enablem();
     form.Disablem();
     EXPECT_THAT(namesOfOpen(), IsEmpty());
@@ -189,7 +189,7 @@ TEST_F(Form1Test, DisablemLoadsNothing) {
     EXPECT_FALSE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, EnablemOpensAllTwelveTheThreeClosedAtLoadAmongThem) {
+TEST_F(Form1Test, EnablemEnablesAllTwelveIncludingTheThreeDisabledAtLoad) {
     form.Enablem();
     EXPECT_EQ(namesOfOpen().size(), commands.size());
     form.Enablem();
@@ -202,7 +202,7 @@ TEST_F(Form1Test, EnablemUnloadsNothing) {
     EXPECT_TRUE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, ClearActivityPutsTheDisplaysBackToIdle) {
+TEST_F(Form1Test, ClearActivityResetsTheDisplaysToIdle) {
     process.settings.decodePath = "c:\\wavfiles";
     form.Label3.setCaption("Extracting Track 1");
     form.Label2.setCaption("x");
@@ -212,7 +212,7 @@ TEST_F(Form1Test, ClearActivityPutsTheDisplaysBackToIdle) {
     form.Label33.setCaption("50%");
     form.Status.setCaption("50.00%");
     form.ClearActivity();
-    // A lower-case a, unlike the text that the window starts with.
+    // A lower-case a, unlike the designed text.
     EXPECT_EQ(form.Label3.caption(), "Next action:");
     EXPECT_EQ(form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(form.caption(), "Sonarith v2.0");

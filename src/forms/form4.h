@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the CD player's panel: transport, display, mixer and level meter. What they do is
-// the business of the folder player/.
+// The controls of the CD player's panel: transport, display, mixer and level meter. The folder
+// player/ implements their behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -15,7 +15,7 @@ namespace sonarith {
 
 class Form4 : public Form {
   public:
-    /// The loop outlives this.
+    /// The loop must outlive this object.
     explicit Form4(EventLoop& loop);
 
     // Display.
@@ -36,8 +36,8 @@ class Form4 : public Form {
     CommandButton btrack{*this, "btrack"};
     CommandButton eject{*this, "eject"};
 
-    // Mixer. A slider is upside down against the mixer: 0 is the loudest. The number beside each
-    // runs from 0 to 10 once it has been written.
+    // Mixer. A slider is inverted with respect to the mixer: 0 is the loudest. The number beside
+    // each slider runs from 0 to 10 once it has been written.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};
@@ -62,30 +62,30 @@ class Form4 : public Form {
     OptionButton Option13{*this, cdMute, "Option13"};
     OptionButton Option14{*this, cdMute, "Option14"};
     CheckBox Check3{*this, "Check3", "input"}; ///< the meter's wave input runs
-    // Neither shown nor handled.
+    // Neither visible nor handled.
     CheckBox Check1{*this, "Check1"};
     CheckBox Check2{*this, "Check2"};
     CheckBox Check6{*this, "Check6"};
 
     CommandButton Command1{*this, "Command1", "EXIT"};
     CommandButton Command2{*this, "Command2", "MIXER"}; ///< reads the mixer into the sliders
-    // Called as procedures alone.
+    // Only called as procedures.
     CommandButton Command3{*this, "Command3"};
     CommandButton Command4{*this, "Command4"};
     CommandButton Command5{*this, "Command5"};
     CommandButton Command6{*this, "Command6"}; ///< switches the whole panel off
 
-    // Level meter, and surfaces by which the panel is dragged.
+    // Level meter, and surfaces with which the user drags the panel.
     PictureBox picPeakVol{*this, "picPeakVol"}; ///< the running trace
     PictureBox Picture8{*this, "Picture8"};     ///< clips the bar
-    Label Label4{*this, "Label4"};              ///< the bar; its top tells the level
+    Label Label4{*this, "Label4"};              ///< the bar; its top shows the level
     PictureBox Picture3{*this, "Picture3"};
     PictureBox Picture4{*this, "Picture4"};
     PictureBox Picture10{*this, "Picture10"};
 
     Timer Timer6; ///< poll of the disc
-    Timer Timer1; ///< has the poll's handler; nothing switches it on
-    Timer Timer2; ///< two variants of the meter's step; nothing switches them on
+    Timer Timer1; ///< has the poll's handler; nothing enables it
+    Timer Timer2; ///< two variants of the meter's step; nothing enables it
     Timer Timer4;
     Timer Timer3; ///< the meter's step
 
@@ -104,7 +104,7 @@ class Form4 : public Form {
 
     MenuItem mnuCDonp{*this, "mnuCDonp", "CD On"};
     MenuItem mnuPlayCDp{*this, "mnuPlayCDp", "Play CD"};
-    MenuItem mnuStopPlayp{*this, "mnuStopPlayp", "mnuStopPlay"}; ///< the caption is meant
+    MenuItem mnuStopPlayp{*this, "mnuStopPlayp", "mnuStopPlay"}; ///< the caption is intended
     MenuItem mnuCDOffp{*this, "mnuCDOffp", "CD Off"};
     MenuItem mnuMinimCDp{*this, "mnuMinimCDp", "Minimize CD Player"};
     MenuItem mnuCubeitp{*this, "mnuCubeitp", "Show as Cube"};

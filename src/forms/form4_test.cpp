@@ -107,7 +107,7 @@ TEST_F(Form4Test, PlacesTheMeter) {
     }
 }
 
-TEST_F(Form4Test, TimersAreOffAndKnowTheirIntervals) {
+TEST_F(Form4Test, TimersAreOffAndHaveTheirIntervals) {
     const std::pair<const Timer*, EventLoop::Duration> timers[] = {{&form.Timer6, 1000ms},
                                                                    {&form.Timer1, 1000ms},
                                                                    {&form.Timer2, 10ms},
@@ -127,13 +127,13 @@ TEST_F(Form4Test, HasAMenuAndAPopupOfTheSameEntries) {
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // The third shows its own name, on purpose.
+    // The third caption is the control's own name, which is intended.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));
 }
 
-TEST_F(Form4Test, AnotherLoadBringsTheDesignBack) {
+TEST_F(Form4Test, AnotherLoadRestoresTheDesignedState) {
     form.load();
     form.CD.setText("Cd Ready");
     form.timeWindow.setText("[01] 00:00");

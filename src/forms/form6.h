@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversion worker's window, which is never shown: one load of it is the conversion of one
-// file. What it does is the business of the folder conversion/.
+// The conversion worker's window, which is never shown: each load of it converts one file. The
+// folder conversion/ implements its behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -14,7 +14,7 @@ namespace sonarith {
 
 class Form6 : public Form {
   public:
-    /// Both outlive this.
+    /// Both parameters must outlive this object.
     Form6(EventLoop& loop, Mp3Controls& mp3Controls);
 
     ActiveMp3Host ActiveMP31;

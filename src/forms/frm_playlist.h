@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the playlist editor: the list, the file in hand with its header and tag, and the
-// window's own player. What they do is the business of the folder playlist/.
+// The controls of the playlist editor: the list, the current file with its header and tag, and the
+// window's own player. The folder playlist/ implements their behaviour.
 #pragma once
 
 #include <array>
@@ -16,7 +16,7 @@ namespace sonarith {
 
 class FrmPlayList : public Form {
   public:
-    /// `mp3Controls` outlives this.
+    /// `mp3Controls` must outlive this object.
     explicit FrmPlayList(Mp3Controls& mp3Controls);
 
     // The playlist.
@@ -30,7 +30,7 @@ class FrmPlayList : public Form {
     CheckBox Check11{*this, "Check11", "Click on a file to add it to the Files List"};
     ActiveMp3Host ActiveMP31;
 
-    // The file in hand.
+    // The current file.
     TextBox Text5{*this, "Text5"}; ///< its path
     CommandButton cmdHdr1{*this, "cmdHdr1", "..."};
     CommandButton cmdHdr2{*this, "cmdHdr2", "Read header"};
@@ -41,11 +41,11 @@ class FrmPlayList : public Form {
     ListBox List1{*this, "List1"}; ///< header lines
 
     static constexpr std::size_t text4Count = 8;
-    /// What is written beside Text4(1) to Text4(8).
+    /// The labels of Text4(1) to Text4(8).
     static constexpr std::array<const char*, text4Count> text4Labels = {
         "Artist", "Title", "Album", "Year", "Comment", "Genre", "HasTag", "Length"};
-    /// The boxes Text4(1) to Text4(8): the tag's fields with the genre as its number, whether there
-    /// is a tag, and the file's length.
+    /// The boxes Text4(1) to Text4(8): the tag's fields with the genre as a number, whether there
+    /// is a tag, and the length of the file.
     [[nodiscard]] TextBox& Text4(std::size_t number) { return text4_.at(number - 1); }
 
   private:

@@ -13,7 +13,7 @@ class FrmPlayListTest : public testing::Test, protected test::FakeMachine {
     FrmPlayList editor{mp3};
 };
 
-TEST_F(FrmPlayListTest, BeginsWithTheTextsOfAFreshWindow) {
+TEST_F(FrmPlayListTest, StartsWithTheDesignedTexts) {
     EXPECT_EQ(editor.caption(), "Playlist Editor");
     EXPECT_EQ(editor.Playlist.caption(), "MP3 PlayList ");
     EXPECT_EQ(editor.Command20.caption(), "Add to PlayList");
@@ -53,7 +53,7 @@ TEST_F(FrmPlayListTest, HidesItsWorkList) {
     EXPECT_TRUE(editor.List1.visible());
 }
 
-TEST_F(FrmPlayListTest, HasAPlayerOfItsOwnThatEndsWithIt) {
+TEST_F(FrmPlayListTest, HasItsOwnPlayerWhichStopsAtItsUnload) {
     EXPECT_EQ(mp3.created, 1);
     editor.load();
     editor.unload();

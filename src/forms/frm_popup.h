@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The form that owns the icon in the desktop's notification area, and its menu. It is never shown.
-// What it does is the business of the folder desktop/.
+// The folder desktop/ implements its behaviour.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace sonarith {
 
 class FrmPopup : public Form {
   public:
-    /// The loop outlives this.
+    /// The loop must outlive this object.
     explicit FrmPopup(EventLoop& loop);
 
-    std::uint32_t Icon = 1; ///< the number of the form's icon, which is the program's
+    std::uint32_t Icon = 1; ///< the number of the form's icon, the program's icon
 
     Timer Timer1; ///< the icon's tip follows the main window's title
     Timer Timer2; ///< so does this form's title

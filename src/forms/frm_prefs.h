@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the preferences. Two of its labels are stores: the free space of the
-// destination's drive is read out of them. What the controls do is the business of
-// settings/preferences/.
+// The controls of the preferences. Two of its labels are stores: code reads the free space of the
+// destination's drive from them. The folder settings/preferences/ implements the behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -16,7 +15,7 @@ namespace sonarith {
 
 class FrmPrefs : public Form {
   public:
-    /// Both outlive this.
+    /// Both parameters must outlive this object.
     FrmPrefs(const FileSystem& files, Directories& directories);
 
     TabControl SSTab2{*this, "SSTab2", {"Disk Space", "Audio, Misc.", " Destination Path"}};
@@ -30,8 +29,8 @@ class FrmPrefs : public Form {
     TextBox Text6{*this, "Text6"};        ///< a line for each fixed drive
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
-    Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< over Text6
-    // Stores, never shown. Their designed texts are their names; Label4's reads as 0 MB.
+    Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< above Text6
+    // Stores, never visible. Their designed texts are their names; Label4's reads as 0 MB.
     Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
     Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB
 
@@ -51,14 +50,14 @@ class FrmPrefs : public Form {
     Label lblFormat{*this, "lblFormat", "Audio Format"};                      ///< beside cbxFormat
     ComboBox cbxFormat{*this, "cbxFormat"};                                   ///< capture format
     Label lblMute{*this, "lblMute", "Turn off/on CD sound while extracting"}; ///< beside Check1
-    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption says what a ticked one does
+    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption names the effect of the tick
 
     // " Destination Path"
     Label lblDestination{*this, "lblDestination",
-                         "Destination Path for converted files (WAV, MP3)"}; ///< over Text9
+                         "Destination Path for converted files (WAV, MP3)"}; ///< above Text9
     TextBox Text9{*this, "Text9"};                                           ///< the whole path
     CheckBox Check2{*this, "Check2", "I'll select the destination path and directory"};
-    PictureBox Picture6{*this, "Picture6"}; ///< holds what follows; hidden at load
+    PictureBox Picture6{*this, "Picture6"}; ///< contains the controls below; hidden at load
     Label lblCreate{*this, "lblCreate", "To create a new Destination Directory:"};
     TextBox Text10{*this, "Text10"}; ///< name of the new folder
     Label lblCreate1{*this, "lblCreate1", "1. Enter a name in the space above"};

@@ -20,7 +20,7 @@ class FrmPrefsTest : public ::testing::Test, public test::FakeMachine {
 
 TEST_F(FrmPrefsTest, HasThreeTabs) {
     EXPECT_EQ(form.caption(), "Preferences");
-    // The blank before the last one is meant.
+    // The blank before the last one is intended.
     EXPECT_THAT(form.SSTab2.captions(),
                 ElementsAre("Disk Space", "Audio, Misc.", " Destination Path"));
     EXPECT_EQ(form.SSTab2.tab(), 0);
@@ -61,7 +61,7 @@ TEST_F(FrmPrefsTest, HasTheTextsOfItsFramesAndLabels) {
     EXPECT_EQ(form.lblCreate3.caption(), "3. Click \"Create\"");
 }
 
-TEST_F(FrmPrefsTest, IsDesignedUntickedWithLimitsOfAHundred) {
+TEST_F(FrmPrefsTest, StartsUntickedWithLimitsOfAHundred) {
     for (const CheckBox* box :
          {&form.Check6, &form.Check7, &form.Check11, &form.Check10, &form.Check3, &form.Check5,
           &form.Check4, &form.Check1, &form.Check2}) {

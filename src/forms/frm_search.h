@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the file finder's window. Its lists are the search's only data store: what stands
-// in them is what is found and what is still to do. No behaviour lives here.
+// The controls of the file finder's window. Its lists are the only data of a search: the results
+// and the remaining work. No behaviour here.
 #pragma once
 
 #include <cstdint>
@@ -14,29 +14,29 @@
 
 namespace sonarith {
 
-/// The captions of Command1 that tell what its click does.
+/// Captions of Command1; each names the effect of the next click.
 inline constexpr const char* searchCaption = "Search !";
-inline constexpr const char* continueCaption = "Continue"; ///< within a click alone
+inline constexpr const char* continueCaption = "Continue"; ///< only within a click
 inline constexpr const char* stopCaption = "Stop!";
 
-/// lbltime before a search, and from a stop to the search's end.
+/// Text of lbltime before a search, and from a stop to the end of the search.
 inline constexpr const char* noTimeCaption = "Time taken: 0 second(s)";
 
 class FrmSearch : public Form {
   public:
-    /// Both outlive this.
+    /// Both parameters must outlive this object.
     FrmSearch(const FileSystem& files, Directories& directories);
 
-    ListBox lstdirs{*this, "lstdirs"};   ///< folders still to scan, the one under scan first
-    ListBox List1{*this, "List1"};       ///< all folders met
+    ListBox lstdirs{*this, "lstdirs"};   ///< folders still to scan; the current one is first
+    ListBox List1{*this, "List1"};       ///< all folders found
     ListBox lstfiles{*this, "lstfiles"}; ///< the results, in order of finding
-    TextBox zFileExt{*this, "zFileExt", ".wav"}; ///< the extension wanted
-    TextBox Text1{*this, "Text1"};               ///< the name wanted, without its extension
-    TextBox zFileExt2{*this, "zFileExt2"};       ///< the extension of the entry under test
-    TextBox Text2{*this, "Text2"};               ///< the name of the entry under test
+    TextBox zFileExt{*this, "zFileExt", ".wav"}; ///< the extension to search for
+    TextBox Text1{*this, "Text1"};               ///< the name to search for, without extension
+    TextBox zFileExt2{*this, "zFileExt2"};       ///< the extension of the current entry
+    TextBox Text2{*this, "Text2"};               ///< the name of the current entry
     DriveListBox Drive1;
     DirListBox Dir1;
-    /// Starts and stops; its caption is the search's state.
+    /// Starts and stops a search; its caption is the state of the search.
     CommandButton Command1{*this, "Command1", searchCaption};
     CommandButton cmdend{*this, "cmdend", "Close"};
     CheckBox chkhidelist{*this, "chkhidelist", "Hide lists when searching"};
@@ -55,13 +55,13 @@ class FrmSearch : public Form {
     std::int16_t FileCount = 0; ///< entries of lstfiles at the end of a search
 };
 
-// What both ends of a search, its own and the stop's, have in common.
+// Steps that both ends of a search have in common: its own end and a stop.
 
-/// FileCount becomes the count of lstfiles; a count above 32767 leaves it as it is.
+/// Sets FileCount to the count of lstfiles; a count above 32767 leaves it unchanged.
 void countFiles(FrmSearch& finder);
-/// Writes the summary line from the counters, which then begin anew.
+/// Writes the summary line from the counters and resets them.
 void showSummary(FrmSearch& finder);
-/// Opens what is closed while a search runs.
+/// Enables the controls that are disabled during a search.
 void reopenControls(FrmSearch& finder);
 
 } // namespace sonarith

@@ -20,7 +20,7 @@ class FrmSearchTest : public testing::Test {
     FrmSearch finder{files, disk};
 };
 
-TEST_F(FrmSearchTest, BeginsWithTheTextsOfAFreshWindow) {
+TEST_F(FrmSearchTest, StartsWithTheDesignedTexts) {
     EXPECT_EQ(finder.zFileExt.text(), ".wav");
     EXPECT_EQ(finder.zFileExt.typingLimit(), 4);
     EXPECT_EQ(finder.Text1.text(), "");
@@ -35,7 +35,7 @@ TEST_F(FrmSearchTest, BeginsWithTheTextsOfAFreshWindow) {
     EXPECT_EQ(finder.lstfiles.listCount(), 0);
 }
 
-TEST_F(FrmSearchTest, StandsInTheProgramsFolderWhateverIsCurrent) {
+TEST_F(FrmSearchTest, StartsInTheProgramsFolderWhateverIsCurrent) {
     files.addFolder("d:\\elsewhere");
     ASSERT_TRUE(files.changeFolder("d:\\elsewhere").ok());
     finder.load();
@@ -53,7 +53,7 @@ TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
                                       "Delete File", "Close Window"));
 }
 
-TEST_F(FrmSearchTest, ATouchLoadsTheWindowAndShowsNothing) {
+TEST_F(FrmSearchTest, ATouchLoadsTheWindowWithoutShowingIt) {
     int loads = 0;
     finder.onLoad = [&] {
         ++loads;
@@ -65,7 +65,7 @@ TEST_F(FrmSearchTest, ATouchLoadsTheWindowAndShowsNothing) {
     EXPECT_EQ(loads, 1);
 }
 
-TEST_F(FrmSearchTest, TheSummaryBeginsTheCountersAnew) {
+TEST_F(FrmSearchTest, TheSummaryResetsTheCounters) {
     finder.lstfiles.addItem("a");
     finder.DirCount = 12;
     countFiles(finder);
@@ -76,7 +76,7 @@ TEST_F(FrmSearchTest, TheSummaryBeginsTheCountersAnew) {
     EXPECT_EQ(finder.FileCount, 0);
 }
 
-TEST_F(FrmSearchTest, TheFileCounterHoldsItsHighestAndNoMore) {
+TEST_F(FrmSearchTest, TheFileCounterKeepsItsValueAboveItsMaximum) {
     constexpr int highest = std::numeric_limits<std::int16_t>::max();
     for (int i = 0; i < highest; ++i) {
         finder.lstfiles.addItem("a");

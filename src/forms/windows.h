@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All windows of the program: one default instance each. The logic that is wired to them is not
-// known here.
+// All windows of the program: one default instance of each. It does not know the logic that is
+// wired to them.
 #pragma once
 
 #include "forms/form1.h"
@@ -16,7 +16,7 @@
 namespace sonarith {
 
 struct Windows {
-    /// Both outlive this.
+    /// Both parameters must outlive this object.
     Windows(const Platform& platform, const ProcessState& process)
         : Form4(platform.loop),
           FrmPrefs(platform.files, platform.directories),
