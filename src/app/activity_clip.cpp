@@ -19,7 +19,7 @@ void ActivityClip::Timeravi_Timer() {
         platform_.boxes.show("Error! Probably file not found. Modify the code to point to an .AVI "
                              "file on your system.");
     }
-    // Whatever came of the steps before.
+    // Sent even if the earlier steps failed.
     send("play movie");
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The activity clip on the tool bar: what its timer does. It stands ready; nothing starts the
-// timer.
+// The activity clip on the tool bar: the handler of its timer, which nothing starts.
 #pragma once
 
 #include "forms/form1.h"
@@ -10,7 +9,7 @@ namespace sonarith {
 
 class ActivityClip {
   public:
-    /// Becomes the handler of Timeravi. Both outlive this.
+    /// Sets the handler of Timeravi. Both parameters must outlive this object.
     ActivityClip(const Platform& platform, Form1& form) : platform_(platform), form_(form) {
         form_.Timeravi.onTimer = [this] {
             Timeravi_Timer();
@@ -19,8 +18,8 @@ class ActivityClip {
     ActivityClip(const ActivityClip&) = delete;
     ActivityClip& operator=(const ActivityClip&) = delete;
 
-    /// Opens the clip "download.avi" of the program's folder in Picture6 and plays it; a message
-    /// tells of a clip that cannot be placed there.
+    /// Opens the clip "download.avi" of the program's folder in Picture6 and plays it. If the clip
+    /// cannot be placed there, a message is shown.
     void Timeravi_Timer();
 
   private:

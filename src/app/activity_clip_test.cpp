@@ -28,7 +28,7 @@ TEST(ActivityClip, OpensAndPlaysTheClipOfTheProgramsFolder) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(ActivityClip, SaysSoWhereTheClipCannotBePlacedAndGoesOn) {
+TEST(ActivityClip, ShowsAMessageIfTheClipCannotBePlacedAndContinues) {
     ApplicationBench bench({1000, 1000});
     bench.media.answer("put movie window client at 0 0 0 0", {.status = 263});
     bench.form.Timeravi.fire();

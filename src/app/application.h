@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The whole program below its views: owns the process-wide variables, the windows and every job.
-// The jobs wire themselves to their windows; nothing is done here.
+// The jobs wire themselves to their windows; this class has no further behaviour.
 #pragma once
 
 #include "app/activity_clip.h"
@@ -22,18 +22,18 @@ namespace sonarith {
 
 class Application {
   public:
-    /// The platform's parts outlive the application. No step of the logic runs here.
+    /// The parts of `platform` must outlive the application. Runs no step of the logic.
     explicit Application(const Platform& platform);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
     /// Makes the program's folder the current one and loads the main window, which yields. The
-    /// program's end may come before this returns.
+    /// program may end before this returns.
     void start();
 
     [[nodiscard]] Windows& windows() { return windows_; }
     [[nodiscard]] ProcessState& process() { return process_; }
-    /// Whether an action opens the drive again for each of its tracks: it cannot be changed then.
+    /// Whether an action opens the drive again for each of its tracks: it must not be changed then.
     [[nodiscard]] bool driveInUse() const { return extraction_.capture.running(); }
 
   private:

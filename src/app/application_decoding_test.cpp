@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files coming in and MP3 files becoming WAV files, through the whole application: the tree's
-// events, the buttons that stop, and the end of the program at every yield.
+// Adding files and decoding MP3 files to WAV through the whole application: the tree's events, the
+// stop buttons, and the end of the program at every yield.
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 const std::string folder = ApplicationBench::destination;
 
-/// Three MP3 files in the destination folder, shown by their names, each decoded within some ticks.
+/// Three MP3 files in the destination folder, shown by name; each is decoded within a few ticks.
 struct DecodingBench : ApplicationBench {
     DecodingBench() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -213,7 +213,7 @@ TEST(EveryStopOfADecodingAction, KeepsWhatWasDecoded) {
 
 // --- every end -----------------------------------------------------------------------------------
 
-TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgramForGood) {
+TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgram) {
     const Ending ends[] = {
         {"close",
          [](DecodingBench& bench) {
@@ -249,12 +249,12 @@ TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgramForGood) {
     }
 }
 
-TEST(EveryEndOfADecodingAction, EndsTheWaitForAFileThatIsGone) {
+TEST(EveryEndOfADecodingAction, EndsTheWaitForAMissingFile) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // No button gets out of it.
+    // No button ends this wait.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });
     const auto start = bench.loop.now();

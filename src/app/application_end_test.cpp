@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every way to end the program, in every state of it; application_test.cpp has the rest.
+// Every way to end the program, in every state; application_test.cpp tests everything else.
 #include "app/application.h"
 
 #include <functional>
@@ -63,7 +63,7 @@ std::vector<EndKind> endKinds() {
          [](ApplicationBench& bench) {
              bench.loop.atYield(1, [&bench] { bench.form.unload(); });
              bench.form.Command8.click();
-             // With nothing running the stop does not yield.
+             // With nothing running, the stop does not yield.
              bench.form.unload();
          }},
     };
@@ -81,7 +81,7 @@ void expectCleanEnd(ApplicationBench& bench) {
     }
 }
 
-TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgramForGood) {
+TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgram) {
     for (const EndKind& kind : endKinds()) {
         for (int n = 1;; ++n) {
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
@@ -105,7 +105,7 @@ TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgramForGood) {
                 break;
             }
             expectCleanEnd(bench);
-            // A capture that ran is kept.
+            // A running capture is saved.
             EXPECT_EQ(bench.disc.saved.size(), savedBefore + (wasCapturing ? 1U : 0U));
         }
     }
@@ -163,7 +163,7 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
             const bool ended = bench.endsProgram([&] { bench.application.start(); });
             EXPECT_EQ(ended, reached);
             if (!reached) {
-                // Five yields of the load, and two of each search of the empty folder.
+                // Five yields of the load, and two of each search in the empty folder.
                 EXPECT_EQ(n, 10);
                 break;
             }
@@ -182,7 +182,7 @@ TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
         };
         EXPECT_TRUE(bench.endsProgram([&] { bench.application.start(); }));
         EXPECT_EQ(bench.boxes.shown.size(), 1U);
-        // The disc that was left open is closed on the way out.
+        // The disc that was left open is closed by the end.
         EXPECT_FALSE(bench.disc.discOpen());
         EXPECT_EQ(bench.loop.yieldsAfterEnd(), 0);
     }
@@ -219,12 +219,12 @@ TEST(ExitDuringAClose, EndsTheProgramAtOnce) {
     const auto start = bench.loop.now();
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.CmdSelectAction.click(); }));
     EXPECT_EQ(bench.loop.now() - start, 1100ms);
-    // What was captured had been saved before the close began to wait.
+    // The captured audio was saved before the close started to wait.
     EXPECT_THAT(bench.disc.saved, ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 176400}));
 }
 
-/// The program with a capture of a minute under way, whose window is closed; while the close waits
-/// for what was captured to enter the tree, "Start " is pressed again.
+/// The program captures a track of one minute, and its window is closed; while the close waits
+/// until the capture has been added to the tree, "Start " is pressed again.
 void startWithinAClose(ApplicationBench& bench) {
     bench.application.start();
     bench.select("Track  1 - 00:01:00");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player within the program: its loading, muting, showing and unloading, and its switch-off
-// before an action.
+// The CD player within the program: how it is loaded, muted, shown and unloaded, and how it is
+// switched off before an action.
 #include "app/application.h"
 
 #include <algorithm>
@@ -56,7 +56,7 @@ TEST_F(PlayerInApplication, IsLoadedUnshownBehindTheSettingsAndBeforeTheDiscIsRe
         steps.emplace_back(command);
     };
     bench.application.start();
-    // The load reads four levels and drives three; the disc's mute comes behind it.
+    // The load reads four levels and uses three; then the disc is muted.
     ASSERT_GE(steps.size(), 21U);
     EXPECT_EQ(steps[0], "open");
     EXPECT_THAT(std::vector(steps.begin() + 13, steps.begin() + 19),
@@ -74,7 +74,7 @@ TEST_F(PlayerInApplication, TheSettingMutesTheDiscOrUnmutesIt) {
         const char* setting;
         bool muted;
     };
-    // Anything but 1 unmutes.
+    // Any value other than 1 unmutes.
     for (const Row& row : {Row{"1", true}, Row{"0", false}, Row{"2", false}, Row{"-1", false}}) {
         SCOPED_TRACE(row.setting);
         ApplicationBench fresh({1000, 1000});
@@ -102,7 +102,8 @@ TEST_F(PlayerInApplication, IsShownBehindTheMainWindow) {
         });
     }
     bench.application.start();
-    // The scan of the folder shows the main window already; the panel comes before the last yield.
+    // The scan of the folder already shows the main window; the panel follows before the last
+    // yield.
     EXPECT_THAT(seen,
                 ElementsAre("", "", "main", "main", "main", "main", "main", "main", "main panel"));
     EXPECT_EQ(bench.loop.yieldCount(), 9);
@@ -139,7 +140,7 @@ TEST_F(PlayerInApplication, TheMenuShowsAndUnloadsIt) {
     EXPECT_TRUE(panel.visible());
     EXPECT_TRUE(bench.process.PlayerOpen);
     EXPECT_EQ(panel.left(), 50_twips + bench.form.width());
-    // A panel that is open already is not loaded again.
+    // A panel that is already open is not loaded again.
     panel.setLeft(99_twips);
     bench.form.MnuOpenCD.click();
     EXPECT_EQ(panel.left(), 99_twips);
@@ -178,17 +179,17 @@ TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhichIsWholeAndSilent) {
     EXPECT_THAT(bench.disc.saved,
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 60 * 176400}));
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
-    // Nothing opens the disc's line again, whatever the setting says.
+    // Nothing unmutes the disc's line again, whatever the setting is.
     bench.loop.advance(10s);
     EXPECT_TRUE(discMuted());
     EXPECT_TRUE(panel.loaded());
     EXPECT_EQ(panel.CD.text(), "OFF");
-    // Until the player is switched on.
+    // Until the user switches the player on.
     switchOnAndPlay();
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, APanelThatIsOffIsSwitchedOffAllTheSame) {
+TEST_F(PlayerInApplication, APanelThatIsOffIsStillSwitchedOff) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     EXPECT_FALSE(discMuted());

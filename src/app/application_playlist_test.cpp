@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor as a part of the program: what opens it, what closes it, what it hands on.
+// The playlist editor as a part of the program: how it is opened and closed, and what it passes on.
 #include "app/application.h"
 
 #include <gmock/gmock.h>
@@ -63,7 +63,7 @@ TEST(PlaylistEditor, AnActionClosesItAndEndsItsPlaying) {
     bench.form.Disablem();
     EXPECT_FALSE(bench.editor.loaded());
     EXPECT_FALSE(bench.editor.visible());
-    // The control that played is destroyed, and a new one waits in its place.
+    // The control that played is destroyed and replaced by a new one.
     EXPECT_EQ(bench.mp3.created, controls + 1);
 }
 

@@ -72,7 +72,7 @@ TEST(PreferencesAtStart, ThatEndEarlyLeaveTheMainWindowsLoadGoingOn) {
             bench.store.put("Settings", key, bad);
             bench.application.start();
             EXPECT_TRUE(bench.form.visible());
-            // The loader's destination: nobody has made one of its own.
+            // The loader's destination: the preferences have not changed it.
             EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\");
             EXPECT_GT(bench.form.TreeView1.count(), 0);
             bench.form.Copt.click();
@@ -150,7 +150,7 @@ TEST(GuardOfAnExtraction, WarnsThenStopsAndKeepsWhatWasCaptured) {
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.form.Label5.visible());
     EXPECT_FALSE(bench.form.tmrWarning.enabled());
-    // The next start of an action takes the warning back.
+    // The next start of an action hides the warning.
     leaveFree(bench, 5000);
     bench.select("Track  1 - 00:01:00");
     bench.loop.after(1s, [&] {
@@ -171,7 +171,7 @@ TEST(GuardOfAnExtraction, StopsANearlyFullDestinationAtItsFirstTick) {
 }
 
 TEST(GuardOfAnExtraction, HasNoStopWithoutTheWarning) {
-    // Only the warning's switch starts the timer.
+    // Only the switch of the warning starts the timer.
     ApplicationBench bench({5000, 5000});
     leaveFree(bench, 1);
     bench.store.put("Settings", "HDWarning", "0");
@@ -183,7 +183,7 @@ TEST(GuardOfAnExtraction, HasNoStopWithoutTheWarning) {
     EXPECT_FALSE(bench.form.Label5.visible());
 }
 
-TEST(GuardOfAnExtraction, LooksAtTheFirstTrackOfAQueueAlone) {
+TEST(GuardOfAnExtraction, RunsOnlyDuringTheFirstTrackOfAQueue) {
     ApplicationBench bench({5000, 5000});
     bench.application.start();
     bench.loop.after(6s, [&] { leaveFree(bench, 1); }); // in the second track
@@ -203,7 +203,7 @@ TEST(GuardOfAnExtraction, WritesNothingToTheStore) {
     EXPECT_THAT(bench.store.writes, IsEmpty());
 }
 
-TEST(GuardOfAnExtraction, StandsAWindowThatIsClosedMeanwhile) {
+TEST(GuardOfAnExtraction, WorksIfTheWindowIsClosedMeanwhile) {
     ApplicationBench bench({9000, 9000});
     bench.application.start();
     bench.loop.after(1s, [&] { bench.windows.FrmPrefs.unload(); });
@@ -217,7 +217,7 @@ TEST(GuardOfAnExtraction, StandsAWindowThatIsClosedMeanwhile) {
     EXPECT_TRUE(bench.idle());
 }
 
-/// What happens to the preferences' window besides the guard's tick.
+/// An event on the preferences' window during the guard's tick.
 enum class PreferencesAre { kept, closed };
 
 void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
@@ -271,7 +271,7 @@ TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextRunWorks) {
     }
 }
 
-/// Three MP3 files, each decoded within some ticks.
+/// Three MP3 files; each is decoded within a few ticks.
 struct GuardedDecoding : ApplicationBench {
     GuardedDecoding() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {

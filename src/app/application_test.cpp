@@ -78,7 +78,7 @@ TEST(Application, TogglesTheBarsByTheirEntries) {
     }
 }
 
-TEST(Application, LaysTheWindowOutAnewWhenItsSizeChanges) {
+TEST(Application, LaysOutTheWindowAgainWhenItsSizeChanges) {
     ApplicationBench bench({1000, 1000});
     bench.form.setInnerSize(8000_twips, 9000_twips);
     EXPECT_EQ(bench.form.TreeView1.width(), 8000_twips - gripWidth);
@@ -136,7 +136,7 @@ TEST(Extraction, ASecondStartAtAnyYieldOfARunEndsByItselfToo) {
         bool reached = false;
         bench.loop.atYield(n, [&] {
             reached = true;
-            // One track: the queue is at work already.
+            // One track: the queue is being processed already.
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });
@@ -150,10 +150,10 @@ TEST(Extraction, ASecondStartAtAnyYieldOfARunEndsByItselfToo) {
     }
 }
 
-TEST(Extraction, ASecondStartWithNothingToDoStopsTheWatchAndNotTheDevices) {
-    // "Start " stays open during an action, and the end of each action stops the capture's timer. A
-    // second action that has nothing to do thus leaves the first one's recording running,
-    // unwatched.
+TEST(Extraction, ASecondStartWithNothingToDoStopsTheMonitorButNotTheDevices) {
+    // "Start " stays enabled during an action, and the end of each action stops the capture's
+    // timer. A second action with nothing to do therefore leaves the first one's recording running
+    // without its monitor.
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Track  1 - 00:01:00");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program in the tray, through the whole application: how it gets there, what the icon's menu
-// does to a job that runs, and how it comes back.
+// The program in the tray, through the whole application: minimizing, the effect of the icon's menu
+// on a running job, and restoring.
 #include "app/application.h"
 
 #include <chrono>
@@ -22,7 +22,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// The program after its start, with a disc of two tracks of a minute.
+/// The program after its start, with a disc of two tracks of one minute each.
 struct TrayBench : ApplicationBench {
     TrayBench() : ApplicationBench({60000, 60000}) {
         application.start();
@@ -91,7 +91,7 @@ TEST(MinimizeOnStart, WithoutIt0TheWindowStaysInSight) {
     EXPECT_THAT(bench.tray.log, IsEmpty());
 }
 
-TEST(TheEndOfAnAction, TakesTheProgramOutOfTheTrayHoweverItGotThere) {
+TEST(TheEndOfAnAction, RestoresTheProgramFromTheTray) {
     TrayBench bench;
     bench.loop.after(2s, [&] { bench.form.mnuMinimize.click(); });
     bench.loop.after(4s, [&] { EXPECT_FALSE(bench.form.visible()); });
@@ -100,7 +100,7 @@ TEST(TheEndOfAnAction, TakesTheProgramOutOfTheTrayHoweverItGotThere) {
     EXPECT_FALSE(bench.popup.loaded());
 }
 
-TEST(StopConversion, EndsACaptureAndKeepsItsSound) {
+TEST(StopConversion, EndsACaptureAndKeepsItsAudio) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] { bench.popup.mnuStopencoding.click(); });
@@ -114,7 +114,7 @@ TEST(StopConversion, EndsACaptureAndKeepsItsSound) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(StopConversion, WithNothingRunningShowsTheWindowAndCancelsAllTheSame) {
+TEST(StopConversion, WithNothingRunningStillShowsTheWindowAndCancels) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     bench.process.cancelRequested = false;

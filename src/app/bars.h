@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four bars of the main window and their menu entries. What stands on the bars is not known
-// here.
+// The four bars of the main window and their menu entries. It does not know the contents of the
+// bars.
 #pragma once
 
 #include "forms/form1.h"
 
 namespace sonarith {
 
-// Each hides its bar if its entry is checked and shows it if not, and lays the window out anew.
+// Each toggles its bar, by the state of its entry, and lays out the window again.
 void mnuToolbar_Click(Form1& form);
 void mnuCDbar_Click(Form1& form);
 void mnuActivityBar_Click(Form1& form);
 void mnuStatusbar_Click(Form1& form);
 
-/// The tool bar is seen from here on, whatever its entry says.
+/// Shows the tool bar, whatever the state of its entry.
 void forceToolBarOn(Form1& form);
 
 } // namespace sonarith

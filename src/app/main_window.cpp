@@ -10,7 +10,7 @@
 namespace sonarith {
 
 namespace {
-/// The window stands so far left of the screen's centre.
+/// Distance of the window from the screen's centre, to the left.
 constexpr Twips leftOfCentre = 1500_twips;
 } // namespace
 
@@ -77,7 +77,7 @@ void MainWindow::wireToolBar() {
 }
 
 void MainWindow::wireMenus() {
-    // mnuDevices belongs to the machine that the program runs on.
+    // The machine on which the program runs handles mnuDevices.
     form_.mnuExit.onClick = [this] {
         form_.Command5.click();
     };
@@ -153,7 +153,7 @@ Status MainWindow::runLoadSteps() {
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     loadPlayer();
     inspection_.InspectCD();
-    // Unshown. Makes the destination folder, and saves each switch that is on.
+    // Loaded without being shown. Creates the destination folder, and saves each switch that is on.
     windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();
@@ -189,7 +189,7 @@ void MainWindow::Form_Unload() {
         platform_.media.sendString(command);
     }
     windows_.Form4.Option14.click();
-    // Mutes the disc's line again, unless the panel is closed already.
+    // Mutes the disc's line again, unless the panel is already closed.
     windows_.Form4.unload();
     windows_.frmpopup.unload();
     platform_.loop.endProgram();
@@ -197,7 +197,7 @@ void MainWindow::Form_Unload() {
 
 void MainWindow::Command5_Click() {
     windows_.Form4.unload();
-    // Ends the process by itself, unless an unload is under way already.
+    // Ends the process, unless an unload has already started.
     form_.unload();
     platform_.loop.endProgram();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window's life: its load step, its end, and the commands that concern the window itself.
-// The jobs that its buttons start live in folders of their own; the application wires both.
+// The life cycle of the main window: its load step, its end, and the commands for the window
+// itself. The jobs that its buttons start are in their own folders; the application wires both.
 #pragma once
 
 #include <string>
@@ -15,18 +15,18 @@ namespace sonarith {
 
 class MainWindow {
   public:
-    /// Becomes the handler of the window's own events, its tool bar and its menus. All outlive
-    /// this.
+    /// Sets the handlers of the window's own events, its tool bar and its menus. All parameters
+    /// must outlive this object.
     MainWindow(const Platform& platform, ProcessState& process, Windows& windows,
                DiscInspection& inspection, WorkTree& tree);
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
     /// Places the window, reads settings, disc and destination folder, and shows it. A failure ends
-    /// the load where it stands; the pointer is the normal one afterwards. Yields.
+    /// the load at that step; the pointer is then the normal one. Yields.
     void Form_Load();
-    /// Stops everything; never refuses the close. Yields while a capture is saved. Again for a
-    /// close meanwhile: something may have been started in that yield, and would hold the first up.
+    /// Stops everything; never refuses the close. Yields while a capture is saved. Runs again for a
+    /// close during that yield: a job started meanwhile would otherwise block the first close.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();
@@ -34,18 +34,18 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
-    /// Asks the help viewer to show a help file (a path in the logic's form). The text that comes
-    /// back is empty, whatever the viewer makes of it.
+    /// Asks the help viewer to show a help file (a path in the logic's form). Returns an empty
+    /// text, whatever the viewer does.
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();
     /// "Refresh List": reads the disc again and rebuilds the tree.
     void C1212_Click();
-    /// The displays go back to idle, once.
+    /// Resets the displays to idle, once.
     void Timer1_Timer();
-    /// Lets the window follow the pointer as if its caption had been grasped.
+    /// Makes the window follow the pointer as if the user dragged its caption.
     void N1Drag();
-    /// Gives the window the shape of its picture, with white cut away. Nothing calls it.
+    /// Shapes the window by its picture, with white areas cut away. Nothing calls it.
     void ShapeFromPicture();
 
   private:
@@ -53,8 +53,8 @@ class MainWindow {
     void wireToolBar();
     void wireMenus();
     Status runLoadSteps();
-    /// The panel, unshown, and the disc's line muted or not as the settings say. Yields in the
-    /// message of a missing mixer.
+    /// Loads the panel without showing it, and mutes or unmutes the disc's line according to the
+    /// settings. Yields in the message about a missing mixer.
     void loadPlayer();
     void placeWindow();
 

@@ -54,7 +54,7 @@ TEST(FormLoad, TakesItsStepsInOrder) {
     bench.media.onCommand = [&](std::string_view command) {
         if (command == "open cdaudio alias cd") {
             steps.push_back("inspection");
-            // The settings are there, the destination is not.
+            // The settings are loaded, the destination is not.
             EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
             EXPECT_EQ(bench.process.settings.hdWarningNo, 100);
             EXPECT_EQ(bench.process.settings.decodePath, "c:\\sonarith");
@@ -93,7 +93,7 @@ TEST(FormLoad, EndsAtAProgramFolderThatCannotBeEntered) {
     EXPECT_FALSE(bench.form.visible());
 }
 
-TEST(FormLoad, StandsWithoutADisc) {
+TEST(FormLoad, WorksWithoutADisc) {
     ApplicationBench bench({});
     bench.media.answer("open cdaudio alias cd", {.status = 266});
     bench.application.start();
@@ -165,7 +165,7 @@ TEST(Timer1, ClearsTheDisplaysOnce) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(Moving, GraspsTheCaptionFromTheBareFormAndFromTheHandGrip) {
+TEST(Moving, DragsTheWindowByTheBareFormAndByTheHandGrip) {
     ApplicationBench bench({1000, 1000});
     int grasped = 0;
     const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });
@@ -211,7 +211,7 @@ TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
     };
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
     EXPECT_TRUE(bench.process.stopRequested);
-    // The player's own two commands switch it off, which its unload does first.
+    // The player sends its own two commands when it is switched off, which its unload does first.
     EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "stop cd", "close cd",
                                    "Form4", "frmpopup"));
     EXPECT_FALSE(bench.windows.Form4.loaded());
@@ -219,7 +219,7 @@ TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
     EXPECT_TRUE(bench.loop.ended());
 }
 
-TEST(Close, IgnoresEveryFailureOnTheWayOut) {
+TEST(Close, IgnoresEveryFailureOfItsSteps) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.answerPrefix("", {.status = 263});

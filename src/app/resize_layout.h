@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the main window divides its surface: the tree takes what the visible bars leave. Only the
-// tree and the grip image are placed; the bars hold to their edges by themselves.
+// How the main window divides its area: the tree fills the space between the visible bars. Only the
+// tree and the grip image are placed; the bars stay at their edges by themselves.
 #pragma once
 
 #include "forms/form1.h"
@@ -12,7 +12,7 @@ struct BarState {
     bool visible = false;
 };
 
-/// Sizes and visibilities as they stand, in twips.
+/// Current sizes and visibilities, in twips.
 struct LayoutSnapshot {
     Twips innerWidth = {};
     Twips innerHeight = {};
@@ -24,7 +24,7 @@ struct LayoutSnapshot {
     Twips gripStripHeight = {};
 };
 
-/// What the layout sets, in twips. The tree's left edge is never among it.
+/// Results of the layout, in twips. The tree's left edge never changes.
 struct LayoutPlan {
     Twips gripHeight = {};
     Twips treeTop = {};
@@ -34,10 +34,10 @@ struct LayoutPlan {
     bool operator==(const LayoutPlan&) const = default;
 };
 
-/// A window smaller than its bars leaves the tree a size of 0.
+/// If the window is smaller than its bars, the tree gets a size of 0.
 [[nodiscard]] LayoutPlan planLayout(const LayoutSnapshot& window);
 
-/// Plans the layout for the window as it stands, and carries it out.
+/// Plans the layout for the current state of the window, and applies it.
 void runResizeLayout(Form1& form);
 
 } // namespace sonarith

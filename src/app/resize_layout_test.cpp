@@ -36,7 +36,7 @@ struct LayoutCase {
     LayoutPlan plan;
 };
 
-TEST(ResizeLayout, GivesTheTreeWhatTheVisibleBarsLeave) {
+TEST(ResizeLayout, GivesTheTreeTheSpaceBetweenTheVisibleBars) {
     const LayoutCase cases[] = {
         {"as at start",
          windowWith(true, false, true, true),
@@ -62,14 +62,14 @@ TEST(ResizeLayout, GivesTheTreeWhatTheVisibleBarsLeave) {
     }
 }
 
-TEST(ResizeLayout, LeavesTheTreeNothingInAWindowSmallerThanItsBars) {
+TEST(ResizeLayout, GivesTheTreeNoSpaceInAWindowSmallerThanItsBars) {
     LayoutSnapshot window = windowWith(true, true, true, true);
     window.innerWidth = 100_twips;
     window.innerHeight = 1500_twips;
     EXPECT_EQ(planLayout(window), (LayoutPlan{3890_twips, 1000_twips, 0_twips, 0_twips}));
 }
 
-TEST(ResizeLayout, PlacesTreeAndGripImageAndNothingElse) {
+TEST(ResizeLayout, PlacesOnlyTheTreeAndTheGripImage) {
     test::VirtualEventLoop loop;
     ProcessState state;
     Form1 form(loop, state, {});
