@@ -75,7 +75,7 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
-    // It takes no room before it appears, but the window keeps wide enough for it.
+    // It takes no space before it appears, but the window stays wide enough for it.
     bar->setMinimumWidth(columns->minimumSize().width() + columns->horizontalSpacing() +
                          warning->minimumSizeHint().width());
     return bar;
@@ -97,7 +97,7 @@ BarView* makeActivityBar(Form1& form, QWidget* parent) {
         1, 0);
     auto* destination =
         new LabelView(form.Label2, QObject::tr("Destination"), LabelView::Cut::middle, bar);
-    // Not the action in bold: a second font would take a twentieth of the time of a start.
+    // The action is not bold: a second font would take a twentieth of the start-up time.
     destination->setSecondary();
     rows->addWidget(destination, 1, 1);
     rows->setColumnStretch(1, 1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the main window's bars hold, and how it stands within each. Where the bars themselves
-// stand is the window's (main_window_view.h).
+// The widgets of the main window's bars and their layout within each bar. The window places the
+// bars (main_window_view.h).
 #pragma once
 
 #include "forms/form1.h"
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// Each makes a bar with all its widgets, as a child of `parent`.
+/// Each function creates a bar with all its widgets, as a child of `parent`.
 /// `takenLetters`: see TextButtonView.
 [[nodiscard]] BarView* makeToolBar(Form1& form, const QString& takenLetters, QWidget* parent);
 [[nodiscard]] BarView* makeCdBar(Form1& form, QWidget* parent);

@@ -30,7 +30,7 @@ TEST_F(BarsTest, EachBarFitsIntoTheNarrowWindow) {
     }
 }
 
-TEST_F(BarsTest, ABarsHeightDoesNotHangOnWhatItsLabelsSay) {
+TEST_F(BarsTest, ABarsHeightDoesNotDependOnItsLabels) {
     const BarView* bar = makeStatusBar(form, &window);
     const int before = bar->sizeHint().height();
     form.ClearActivity();
@@ -44,7 +44,7 @@ TEST_F(BarsTest, CancelAndStartAreReadAsTexts) {
     EXPECT_EQ(bar->findChild<QAbstractButton*>("CmdSelectAction")->text(), "&Start ");
 }
 
-TEST_F(BarsTest, TheCdBarsHeadingsStandAboveTheirValues) {
+TEST_F(BarsTest, TheCdBarsHeadingsAreAboveTheirValues) {
     BarView* bar = makeCdBar(form, &window);
     window.show();
     bar->resize(266, bar->sizeHint().height());

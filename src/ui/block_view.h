@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label without a text as a block of one colour that stands where the control says. What
-// it stands on cuts it off: a bar that grows is a block that moves.
+// Shows a Label without a text as a block of one colour at the control's position, clipped by its
+// parent: the block moves to make a bar grow.
 #pragma once
 
 #include <QColor>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a CommandButton, as a picture with a tool tip or as a text. A click, by mouse or key, is
-// the control's click; a double click is one click, since a second one in the middle of what the
-// first has started is nothing that a person means.
+// Shows a CommandButton, as a picture with a tool tip or as a text. A click by mouse or key clicks
+// the control. A double click counts as one click, since no user intends a second click while the
+// first one's action runs.
 #pragma once
 
 #include <QPushButton>
@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// The caption, or the control's own tool tip, is shown as tool tip.
+/// The tool tip is the control's own one, or else the caption.
 class IconButtonView : public QToolButton {
   public:
     IconButtonView(CommandButton& model, Symbol symbol, QWidget* parent);
@@ -27,7 +27,7 @@ class IconButtonView : public QToolButton {
 
 class TextButtonView : public QPushButton {
   public:
-    /// `takenLetters` (lower case) are those that Alt already gives to others.
+    /// `takenLetters` (lower case) are the Alt letters that are already in use.
     TextButtonView(CommandButton& model, QString takenLetters, QWidget* parent);
 
   protected:

@@ -63,7 +63,7 @@ TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithALetterThatIsFree) {
     EXPECT_EQ(view.objectName(), "CmdSelectAction");
 }
 
-TEST_F(ButtonViewTest, APictureButtonTellsItsCaptionAsToolTip) {
+TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTip) {
     const IconButtonView view(model, Symbol::search, &parent);
     EXPECT_EQ(view.toolTip(), "Start ");
     EXPECT_EQ(view.accessibleName(), "Start ");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a CheckBox. A user's tick is the control's, with its click.
+// Shows a CheckBox. A user's tick sets the control, which runs its click.
 #pragma once
 
 #include <QCheckBox>
@@ -11,7 +11,7 @@ namespace sonarith {
 
 class CheckBoxView : public QCheckBox {
   public:
-    /// `label` stands beside the box while it has no caption of its own.
+    /// `label` is shown beside the box while it has no caption of its own.
     CheckBoxView(CheckBox& box, const QString& label, QWidget* parent);
 
   private:

@@ -13,7 +13,7 @@ ComboBoxView::ComboBoxView(ComboBox& box, QString label, QWidget* parent)
       }) {
     connect(this, &QComboBox::activated, this, [this](int index) {
         box_.choose(index);
-        // The handler may have chosen otherwise.
+        // The handler may have chosen another entry.
         showEntries();
     });
 }

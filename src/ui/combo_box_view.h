@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a ComboBox. The choice of an entry that is selected already is a choice too.
+// Shows a ComboBox. Choosing the entry that is already selected also counts as a choice.
 #pragma once
 
 #include "platform/controls/combo_box.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What every widget shows of its control: name, visibility, whether it is open, tool tip and
-// accessible name. What a kind of control shows beyond that is its own view's.
+// The properties that every widget shows of its control: name, visibility, enabled state, tool tip
+// and accessible name. The view of each kind of control shows the others.
 #pragma once
 
 #include <functional>
@@ -12,22 +12,22 @@
 
 namespace sonarith {
 
-/// Whether `changed` is one of the properties `shown`, or stands for all of them.
+/// Whether `changed` is one of the properties `shown`, or means all of them.
 template <typename... Properties>
 [[nodiscard]] constexpr bool concerns(Property changed, Properties... shown) {
     return changed == Property::all || ((changed == shown) || ...);
 }
 
-/// Whether a widget is placed by a layout or the window, or stands where its control says.
+/// Whether a layout or the window places the widget, or the control's own position does.
 enum class Placement { elsewhere, byControl };
 
-/// Keeps a widget in step with its control. A member of the widget's own class, or destroyed
+/// Updates a widget when its control changes. A member of the widget's own class, or destroyed
 /// before the widget.
 class ControlView {
   public:
-    /// `caption` returns the control's caption (empty: it has none). `label` is the name of a
-    /// control that has neither caption nor tool tip. `showMore` shows what else the property that
-    /// has changed stands for; Property::all stands for every one.
+    /// `caption` returns the control's caption (empty: it has none). `label` names a control that
+    /// has neither caption nor tool tip. `showMore` shows further properties; Property::all means
+    /// every one.
     ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
                 QString label, std::function<void(Property)> showMore = {},
                 Placement placement = Placement::elsewhere);
@@ -46,7 +46,7 @@ class ControlView {
     Connection changed_;
 };
 
-/// Its caption, or its tool tip where it has none, or its label.
+/// The caption, else the tool tip, else the label.
 [[nodiscard]] QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
                                        const QString& label);
 

@@ -22,9 +22,9 @@
 namespace sonarith {
 namespace {
 
-/// Where a list entry keeps what it stands for, as bytes.
+/// Item role for the value of a list entry, as bytes.
 constexpr int nameRole = Qt::UserRole;
-/// How old what is told of the disc can be.
+/// Interval between two updates of the disc report.
 constexpr std::chrono::milliseconds reportInterval{500};
 
 QByteArray asData(const std::string& name) {
@@ -42,7 +42,7 @@ Widget* named(Widget* widget, const char* objectName, const QString& accessibleN
     return widget;
 }
 
-/// Fills a box with the devices and shows the stored one, which need not be there just now.
+/// Fills a box with the devices and selects the stored one, which may be missing at present.
 void fill(QComboBox& box, const std::vector<DeviceEntry>& devices, const std::string& stored) {
     box.clear();
     for (const DeviceEntry& device : devices) {
@@ -76,7 +76,7 @@ DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
     setAccessibleName(tr("Devices"));
     setModal(false);
     buildLayout();
-    // Device-independent pixels: all of it in sight, and no higher than that.
+    // Device-independent pixels: all of it visible, and no higher than that.
     resize(330, 430);
 
     const auto chooseItem = [this](const QListWidgetItem* item) {
@@ -107,7 +107,7 @@ void DevicesWindow::buildLayout() {
     report_->setTabChangesFocus(true);
     report_->setMinimumHeight(60);
     for (QComboBox* box : {output_, source_}) {
-        // Long names of devices are cut rather than widening the window.
+        // Long device names are shortened instead of widening the window.
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         box->setMinimumContentsLength(24);
     }
@@ -203,14 +203,14 @@ void DevicesWindow::showReport() {
     for (auto notice = notices.rbegin(); notice != notices.rend(); ++notice) {
         text += QStringLiteral("\n") + toQString(*notice);
     }
-    // What a person has marked in it, and the place that is in sight, stay while it is the same.
+    // The user's selection in it and the scroll position are kept while the text is unchanged.
     if (text != report_->toPlainText()) {
         report_->setPlainText(text);
     }
 }
 
-/// A drive that is chosen already is read again, but not for a double click or a Return that
-/// follows the click that has chosen it.
+/// A drive that is already chosen is read again, except for a double click or a Return that follows
+/// the click that chose it.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =
@@ -225,7 +225,7 @@ void DevicesWindow::choose(const QListWidgetItem& item) {
 void DevicesWindow::chooseDrive(const std::string& drive) {
     if (calls_.driveInUse()) {
         if (!isVisible()) {
-            // Of an image that was dropped elsewhere: what follows is to be read.
+            // For an image that was dropped elsewhere: the user must see the result.
             open();
         }
         refused_ = true;
@@ -235,7 +235,7 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
     }
     refused_ = false;
     devices_.setDrive(drive);
-    // Refreshing yields; a choice in the middle of it is refreshed after it, not inside.
+    // A refresh yields; a choice during it is refreshed afterwards, not inside it.
     refreshAgain_ = refreshing_;
     if (refreshing_) {
         return;

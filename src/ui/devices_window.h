@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The Devices window: which drive or disc image, which sound output and which recording source are
-// used, and what is wrong with the disc. It knows no device but through DeviceChoice.
+// The Devices window: the drive or disc image, the sound output and the recording source in use,
+// and problems with the disc. It accesses devices only through DeviceChoice.
 #pragma once
 
 #include <functional>
@@ -18,28 +18,29 @@
 
 namespace sonarith {
 
-/// What the window asks of the program beside the devices.
+/// Callbacks into the program, except for the devices.
 struct DevicesWindowCalls {
-    /// Whether an action is using the drive: it cannot be changed until that has ended.
+    /// Whether an action is using the drive, which cannot be changed until the action ends.
     std::function<bool()> driveInUse;
     /// "Refresh List"; it may yield.
     std::function<void()> refreshList;
     /// The notices to the user so far, oldest first.
     std::function<std::vector<std::string>()> notices;
-    /// Lets the user pick a disc image; empty if none was picked. Not set: the desktop's dialog.
+    /// Lets the user pick a disc image; returns an empty text if none was picked. Not set: the
+    /// desktop's dialog.
     std::function<std::string(const std::string& current)> pickImage = {};
 };
 
 class DevicesWindow : public QDialog {
   public:
-    /// `devices` outlives this.
+    /// `devices` must outlive this object.
     DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls);
 
-    /// Looks for devices anew, and shows the window.
+    /// Searches for devices again and shows the window.
     void open() override;
-    /// Stores a drive, a device node or the path of an image, and refreshes. While the drive is in
-    /// use it only says so, and shows itself for that. For images that are dropped on the main
-    /// window, too.
+    /// Stores a drive (a device node or the path of an image) and refreshes. While the drive is in
+    /// use, the window is shown with a message instead. Also used for images that are dropped on
+    /// the main window.
     void chooseDrive(const std::string& drive);
 
   protected:
@@ -62,11 +63,11 @@ class DevicesWindow : public QDialog {
     QComboBox* output_;
     QComboBox* source_;
     QPlainTextEdit* report_;
-    /// A disc is read again, and damage is found, while the window stands open.
+    /// Updates the report: while the window is open, a disc may be read again and damage found.
     QTimer reportTimer_;
-    /// Since a drive was last chosen from the list.
+    /// Time since a drive was last chosen from the list.
     QElapsedTimer sinceChoice_;
-    bool refused_ = false; ///< the last choice was, since the drive was in use
+    bool refused_ = false; ///< the last choice was refused because the drive was in use
     bool refreshing_ = false;
     bool refreshAgain_ = false;
 };

@@ -192,7 +192,7 @@ TEST_F(DevicesWindowTest, NamesAreNoMarkupInToolTips) {
               plainToolTip(QStringLiteral("<b>Loud</b> & clear")));
 }
 
-TEST_F(DevicesWindowTest, ShowsWhatBecomesKnownOfTheDiscWhileItStandsOpen) {
+TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     window.open();
     auto& shown = child<QPlainTextEdit>("report");
     report = "Sector 12 is torn.";
@@ -239,13 +239,13 @@ TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {
     }
 }
 
-TEST_F(DevicesWindowTest, LeavesADriveThatIsInUseAsItIsAndSaysSo) {
+TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseWithAMessage) {
     drive = "/dev/sr0";
     inUse = true;
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(drive, "/dev/sr0");
-    // Whoever dropped an image on another window is to read this.
+    // The user who dropped an image on another window must see this.
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
               "The drive is in use. Choose again when the action has ended.");

@@ -15,7 +15,7 @@ DriveListView::DriveListView(DriveListBox& drives, QString label, QWidget* paren
       }) {
     connect(this, &QComboBox::activated, this, [this](int index) {
         drives_.setDrive(toText(itemText(index))).passOver();
-        // It may have stayed where it was.
+        // The control may have refused the change.
         showDrives();
     });
 }
@@ -27,7 +27,7 @@ void DriveListView::showDrives() {
     }
     const QString chosen = toQString(drives_.drive());
     if (!chosen.isEmpty() && !present.contains(chosen)) {
-        // It has gone since it was chosen.
+        // It was removed after it was chosen.
         present.prepend(chosen);
     }
     show(present, static_cast<int>(present.indexOf(chosen)));

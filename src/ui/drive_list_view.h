@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a DriveListBox as a drop-down list of the drives that there are when it opens. A drive that
-// has gone in the meantime cannot be chosen: the box stays at the one before.
+// Shows a DriveListBox as a drop-down list of the drives that exist when it opens. A drive that was
+// removed meanwhile cannot be chosen: the box keeps the previous one.
 #pragma once
 
 #include "platform/controls/folder_controls.h"
@@ -13,11 +13,11 @@ class DriveListView : public DropDown {
   public:
     DriveListView(DriveListBox& drives, QString label, QWidget* parent);
 
-    /// Looks for drives anew.
+    /// Lists the drives again.
     void showPopup() override;
 
   protected:
-    /// Looks for drives anew: keys choose without opening the list.
+    /// Lists the drives again: keys choose without opening the list.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drop-down list of a few texts, for the controls that are one. Turning the wheel over the closed
-// box changes nothing: a choice may start something, and the hand may have meant to scroll.
+// A drop-down list of a few texts, the base of several views. The mouse wheel over the closed box
+// changes nothing: a choice may start an action, and the user may have wanted to scroll.
 #pragma once
 
 #include <QComboBox>
@@ -12,7 +12,7 @@ class DropDown : public QComboBox {
   public:
     explicit DropDown(QWidget* parent);
 
-    /// The texts, and which of them is selected (-1: none). An open list whose texts change closes.
+    /// Sets the texts and the selected one (-1: none). An open list closes when its texts change.
     void show(const QStringList& texts, int selected);
     using QComboBox::show;
 

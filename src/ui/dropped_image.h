@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the disc image among what a file manager drops. It does not look into the file.
+// Finds the disc image among files dropped from a file manager. It does not open the file.
 #pragma once
 
 #include <string>

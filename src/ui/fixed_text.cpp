@@ -12,7 +12,7 @@ QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent) {
     label->setTextFormat(Qt::PlainText);
     if (named) {
         label->setBuddy(named);
-        // A text with a buddy reads an ampersand as the mark of a letter.
+        // In a label with a buddy, an ampersand marks a mnemonic letter.
         label->setText(withoutMnemonic(text));
     } else {
         label->setText(text);
@@ -23,7 +23,7 @@ QLabel* makeFixedText(const QString& text, QWidget* named, QWidget* parent) {
 QLabel* makeHeading(const QString& text, QWidget* parent) {
     QLabel* heading = makeFixedText(text, nullptr, parent);
     heading->setObjectName(QStringLiteral("heading ") + text);
-    // Quieter than the value, on light and dark palettes alike.
+    // Paler than the value, on light and dark palettes alike.
     QPalette quiet = heading->palette();
     QColor color = quiet.color(QPalette::WindowText);
     color.setAlphaF(0.65F);

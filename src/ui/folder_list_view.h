@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a DirListBox: the way from the drive to the folder in which it stands, and the folders in
-// that one. A double click or the enter key moves the list into a folder; a click or a cursor key
-// only points at one. Folders are read when the list is seen, when it moves, and at F5.
+// Shows a DirListBox: the path from the drive to the current folder, and its subfolders. A double
+// click or the enter key enters a folder; a click or a cursor key only moves the cursor. Folders
+// are read when the list is shown, when the current folder changes, and at F5.
 #pragma once
 
 #include <QAbstractListModel>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The rows of a list of folders: from the drive down to the folder in which the list stands, and
-// the folders in that one. Pure logic; folder_list_view.h shows it.
+// The rows of a list of folders: the path from the drive to the current folder, and its subfolders.
+// Pure logic; folder_list_view.h shows them.
 #pragma once
 
 #include <string>
@@ -10,18 +10,18 @@ namespace sonarith {
 
 struct FolderRow {
     std::string name;
-    std::string path; ///< without a backslash at its end but for the root of a drive
+    std::string path; ///< without a backslash at its end, except for the root of a drive
     int depth = 0;    ///< 0 for the drive
     bool operator==(const FolderRow&) const = default;
 };
 
 struct FolderRows {
     std::vector<FolderRow> rows;
-    int current = -1; ///< the row of the folder in which the list stands; -1 without a path
+    int current = -1; ///< the row of the current folder; -1 without a path
 };
 
-/// `path` as DirListBox::path(); `subfolders` are the names of the folders in it, in any order.
-/// They become ordered by name, capitals or not.
+/// `path` as DirListBox::path(); `subfolders` are the names of its folders in any order. They are
+/// sorted by name, ignoring case.
 [[nodiscard]] FolderRows folderRows(const std::string& path,
                                     const std::vector<std::string>& subfolders);
 

@@ -124,7 +124,8 @@ void FormAdapter::designSize() {
 }
 
 void FormAdapter::followPlace() {
-    // Both before the form hears of the first: half a new place is no place to move to.
+    // Both are read before the form is notified of the first: a position with only one new
+    // coordinate must not move the window.
     const QPoint place = window_.pos() - primaryScreen().topLeft();
     following_ = true;
     form_.setLeft(toTwips(place.x()));
@@ -144,14 +145,13 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// The frame counts to the size that the logic asked for. It is known once the window is on the
-/// screen.
+/// The frame is part of the size that the logic sets. It is known once the window is on the screen.
 void FormAdapter::takeFrame() {
     const QSize frame = window_.frameGeometry().size() - window_.size();
     if (frameIsToCome_ && !frame.isNull()) {
         frameIsToCome_ = false;
         window_.resize(window_.size() - frame);
-        // It may have been too small for the window's contents.
+        // The size may have been too small for the window's contents.
         followSize();
     }
 }
@@ -160,18 +160,18 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::Close:
         if (watched == &window_) {
-            // The window never goes by itself: unloading hides it, or ends the program.
+            // The window never closes by itself: unloading hides it, or ends the program.
             event->ignore();
             form_.unload();
             return true;
         }
         break;
     case QEvent::Show:
-        // Some desktops give the frame at once and send no event for it.
+        // Some desktops add the frame at once and send no event for it.
         QTimer::singleShot(0, this, [this] { takeFrame(); });
         break;
     case QEvent::Move:
-        // A window that is not on the screen yet has no place of its own to tell of.
+        // A window that is not on the screen yet has no position to report.
         if (watched == &window_ && window_.isVisible() && !window_.isMinimized()) {
             followPlace();
             takeFrame();
@@ -186,7 +186,7 @@ bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     case QEvent::MouseButtonPress:
-        // Widgets pass on the presses that they have no use for; only the bare surface's is meant.
+        // Widgets pass on presses that they do not handle; only presses on the bare surface count.
         if (const auto& press = *static_cast<QMouseEvent*>(event);
             watched == &client_ && !client_.childAt(press.position().toPoint())) {
             const PopupPlace place(press.globalPosition().toPoint());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties a Form to the window that shows it: visible or not, enabled or not, caption, place (from the
-// primary screen's corner), size, region, and the close that the window manager asks for. The
-// window's contents are its own.
+// Connects a Form to the window that shows it: visibility, enabled state, caption, position
+// (relative to the primary screen's corner), size, region, and close requests of the window
+// manager. The contents of the window are not its task.
 #pragma once
 
 #include <functional>
@@ -14,13 +14,14 @@ namespace sonarith {
 
 class FormAdapter : public QObject {
   public:
-    /// `client` is the part of `window` whose size is the form's inner size: the window itself,
-    /// or what stands below its menu bar. `beforeResize` runs before the form hears of a new
-    /// size. Both widgets outlive the adapter's last event.
+    /// `client` is the part of `window` whose size is the form's inner size: the window itself, or
+    /// the part below its menu bar. `beforeResize` runs before the form is notified of a new size.
+    /// Both widgets must outlive the adapter's last event.
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 
-    /// The window's present size is the form's designed one. For a view whose contents decide it.
+    /// Makes the window's present size the form's designed size. For a view whose contents
+    /// determine it.
     void designSize();
 
   protected:
@@ -42,17 +43,17 @@ class FormAdapter : public QObject {
     QWidget& window_;
     QWidget& client_;
     std::function<void()> beforeResize_;
-    /// The place that window and form agreed on last; none before the first. The window moves only
-    /// where the form says another one; else it stands where the window manager and the user have
-    /// put it.
+    /// The last position on which window and form agreed; none at first. The window moves only when
+    /// the form sets another one; otherwise it stays where the window manager and the user have put
+    /// it.
     Twips agreedLeft_;
     Twips agreedTop_;
-    /// The same of the size, the window's frame included.
+    /// The same for the size, including the window's frame.
     Twips agreedWidth_;
     Twips agreedHeight_;
-    /// Form and window are told of what the desktop has done: nothing is to be done to the window.
+    /// The form is being updated after a change by the desktop: the window must not be changed.
     bool following_ = false;
-    /// The size was set before the desktop had given the window its frame.
+    /// The size was set before the desktop had added the window's frame.
     bool frameIsToCome_ = false;
     Connection changed_;
     Connection shown_;

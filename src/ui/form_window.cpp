@@ -21,7 +21,7 @@ FormWindow::FormWindow(WindowLayout layout, HelpCall help)
     build();
     connectKeys();
     growToContents();
-    // Last of all: it shows a window whose form is visible already.
+    // Created last: it shows a window whose form is already visible.
     popups_.emplace(layout_.form, *this, bar_);
     adapter_.emplace(layout_.form, *this, *client_);
 }
@@ -66,7 +66,7 @@ TextButtonView* FormWindow::makeButton(CommandButton& model, QWidget* parent) {
     return button;
 }
 
-/// A window that its load step has put into the middle of the screen stays there.
+/// A window that its load step has centred on the screen stays centred.
 void FormWindow::growToContents() {
     ensurePolished();
     Form& form = layout_.form;
@@ -90,7 +90,7 @@ void FormWindow::growToContents() {
 void FormWindow::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
     if (event->reason() != QContextMenuEvent::Keyboard) {
-        // By mouse, the press was it.
+        // For a mouse event, the press has opened it.
         return;
     }
     const QWidget* at = QApplication::focusWidget();

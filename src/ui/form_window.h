@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The top-level window of a form, and the description from which it is made. What is on the window
-// is the layout's; what it does is the form's. The main window has a class of its own
-// (main_window_view.h). Windows are made when they are first shown: lazy_window.h.
+// The top-level window of a form, and its description. The layout creates its contents; the form
+// has its behaviour. The main window has a class of its own (main_window_view.h). Windows are
+// created when they are first shown: lazy_window.h.
 //
 // How a window is laid out: a file ui/<name>_layout.cpp with one function that describes it.
 //
@@ -24,14 +24,14 @@
 // In main.cpp: `const LazyWindow finder(finderLayout(windows.frmsearch), help);`
 // In its test: `FormWindow window(finderLayout(form)); form.show();`
 //
-// Each view names its control for screen readers by the control's caption, its tool tip, or the
-// label that the layout gives. A drop-down list (ComboBoxView, DriveListView) needs a fixed text
-// that names it as well: screen readers read that one.
+// Each view takes the name of its control for screen readers from the control's caption, its tool
+// tip, or the label that the layout passes. A drop-down list (ComboBoxView, DriveListView) also
+// needs a fixed text as its label: screen readers read that one.
 //
-// The order in which the widgets are made is the order of the tab key. The widget of a control is
-// named as the control is: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
-// (TabControlView::page) and a picture that holds controls (PictureView) are the parents of what is
-// on them.
+// The tab order is the order in which the widgets are created. The widget of a control has the
+// control's name: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page
+// (TabControlView::page) and a picture that contains controls (PictureView) are the parents of the
+// widgets on them.
 #pragma once
 
 #include <functional>
@@ -51,36 +51,36 @@ namespace sonarith {
 
 class FormWindow;
 
-/// Whether the window can be made smaller than its contents, which are then cut off.
+/// Whether the window can be made smaller than its contents, which are then clipped.
 enum class LeastSize { contents, none };
 
 struct WindowLayout {
-    /// Outlives the window.
+    /// Must outlive the window.
     Form& form;
     Symbol icon = Symbol::program;
     /// The headings of the window's menu bar; none: no bar.
     std::vector<MenuItem*> menus = {};
     LeastSize leastSize = LeastSize::contents;
-    /// The escape key clicks it while it is visible and enabled. Null: that key does nothing.
+    /// The escape key clicks it while it is visible and enabled. Null: the key does nothing.
     CommandButton* cancelButton = nullptr;
-    /// The menu key on a widget that has no menu of its own. Not set: a right press on the form.
+    /// The menu key on a widget without its own menu. Not set: a right press on the form.
     std::function<void()> menuKey = {};
-    /// Puts the widgets on `window.client()`.
+    /// Creates the widgets on `window.client()`.
     std::function<void(FormWindow& window)> layOut;
 };
 
-/// The user wants help on the window of a form.
+/// The user requests help for the window of a form.
 using HelpCall = std::function<void(const Form&)>;
 
 class FormWindow : public QWidget {
   public:
-    /// Shows itself at once if the form is visible. A designed size that is too small for the
-    /// contents becomes theirs.
+    /// Shows the window at once if the form is visible. If the designed size is too small for the
+    /// contents, the size of the contents replaces it.
     explicit FormWindow(WindowLayout layout, HelpCall help = {});
 
-    /// What is below the menu bar.
+    /// The part of the window below the menu bar.
     [[nodiscard]] QWidget& client() { return *client_; }
-    /// A button with a letter that neither the menu bar nor another of these buttons has.
+    /// A button with a mnemonic letter that neither the menu bar nor another of these buttons uses.
     [[nodiscard]] TextButtonView* makeButton(CommandButton& model, QWidget* parent);
 
   protected:
@@ -93,7 +93,7 @@ class FormWindow : public QWidget {
 
     WindowLayout layout_;
     HelpCall help_;
-    QString letters_; ///< that are taken, in lower case
+    QString letters_; ///< the letters in use, in lower case
     MenuBarView* bar_ = nullptr;
     QWidget* client_;
     std::optional<FormAdapter> adapter_;

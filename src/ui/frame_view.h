@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Frame: a border with its caption. The window lays out what stands in it.
+// Shows a Frame: a border with its caption. The window lays out its contents.
 #pragma once
 
 #include <QGroupBox>

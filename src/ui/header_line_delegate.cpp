@@ -7,7 +7,7 @@
 namespace sonarith {
 namespace {
 
-/// The value's column begins behind the longest label and some air.
+/// The column of the values starts after the longest label and a margin.
 constexpr auto longestLabel = "MpegVersion    ";
 constexpr int sideMargin = 4; // device-independent pixels
 

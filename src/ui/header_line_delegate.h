@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a line of the header display in two columns. Its label is padded with blanks for one
-// particular font; here the value begins at the same place in every font.
+// Paints a line of the header display in two columns. The label is padded with blanks for one
+// particular font; here the value starts at the same position in every font.
 #pragma once
 
 #include <QStyledItemDelegate>
@@ -15,8 +15,8 @@ class HeaderLineDelegate : public QStyledItemDelegate {
                const QModelIndex& index) const override;
 };
 
-/// A line at the end of its run of blanks: the label, and the value. A line without two blanks in a
-/// row is all label.
+/// Splits a line at the end of its run of blanks into label and value. A line without two
+/// consecutive blanks consists of a label only.
 struct HeaderLine {
     QString label;
     QString value;

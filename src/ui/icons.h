@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's pictures, drawn when they are needed: sharp at every scale, and in the colours of
-// the desktop's palette, light or dark. No picture files.
-#pragma once
+// The program's pictures, drawn on demand: sharp at every scale, and in the colours of the
+// desktop's palette, light or dark. No picture files.
 
 #include <QIcon>
 
@@ -29,15 +28,15 @@ enum class Symbol {
     item,
     itemOpen,
     program,
-    more, ///< there are further entries to the right
+    more, ///< more entries to the right
 };
-/// For whoever goes through all of them.
+/// For iterating over all of them.
 inline constexpr Symbol lastSymbol = Symbol::more;
 
 [[nodiscard]] QIcon makeIcon(Symbol symbol);
 
-/// Picture 1 to 12 of the work tree: 1 to 3 collection, group and item, 4 to 6 the same when
-/// selected, 7 to 12 without a meaning of their own. An empty icon for other numbers.
+/// Pictures 1 to 12 of the work tree: 1 to 3 collection, group and item, 4 to 6 the same when
+/// selected, 7 to 12 without a defined meaning. An empty icon for other numbers.
 [[nodiscard]] QIcon treeImage(int number);
 
 } // namespace sonarith

@@ -30,7 +30,7 @@ void LabelEditor::cancel() {
 
 bool LabelEditor::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Plain keys are text or the editor's own, whatever they mean to the window.
+        // Plain keys are text or belong to the editor, even if they are shortcuts of the window.
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Escape || key->key() == Qt::Key_Return) {
             event->accept();
@@ -51,7 +51,7 @@ void LabelEditor::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         QLineEdit::keyPressEvent(event);
-        // Keys that mean nothing here (up, down) must not move the tree beneath.
+        // Keys without a meaning here (up, down) must not move the tree's cursor.
         event->accept();
     }
 }
@@ -66,7 +66,7 @@ void LabelEditor::focusOutEvent(QFocusEvent* event) {
         break;
     case Qt::PopupFocusReason:
     case Qt::MenuBarFocusReason:
-        // The editor's own menu, or the window's: the focus comes back.
+        // A menu of the editor or the window took the focus, which returns.
         break;
     default:
         cancel();

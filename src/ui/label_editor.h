@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The line of text that opens over a node's label. It only says how it was left; what the text
-// does then is the tree's affair.
+// The line edit over a node's label. It only reports how it ended; the tree handles the text.
 #pragma once
 
 #include <functional>
@@ -13,12 +12,12 @@ class LabelEditor : public QLineEdit {
   public:
     LabelEditor(const QString& text, QWidget* parent);
 
-    /// How it ended; called once. Return, and a move of the focus to another part of the window
-    /// by mouse or tab key, finish the edit. Escape cancels it, and so does whatever else takes
-    /// the focus (another window, a message box, hiding): a file is not renamed by accident.
+    /// How the edit ended; called once. Return, and a move of the focus within the window by mouse
+    /// or tab key, finish the edit. Escape cancels it, as does any other loss of the focus (another
+    /// window, a message box, hiding), so that no file is renamed by accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
-    /// Asked for each press: true takes it away from the editor.
+    /// Called for each press: true keeps it from the editor.
     std::function<bool(QMouseEvent&)> takesPress;
 
   protected:

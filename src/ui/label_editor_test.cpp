@@ -43,12 +43,12 @@ TEST_F(LabelEditorTest, ItEndsOnceHoweverItIsLeftAfterwards) {
     EXPECT_THAT(log, ElementsAre("finished one.wav"));
 }
 
-TEST_F(LabelEditorTest, AFocusThatAPersonMovesWithinTheWindowFinishes) {
+TEST_F(LabelEditorTest, MovingTheFocusWithinTheWindowFinishes) {
     loseFocus(Qt::TabFocusReason);
     EXPECT_THAT(log, ElementsAre("finished one.wav"));
 }
 
-TEST_F(LabelEditorTest, AFocusThatAnotherWindowTakesCancels) {
+TEST_F(LabelEditorTest, LosingTheFocusToAnotherWindowCancels) {
     loseFocus(Qt::ActiveWindowFocusReason);
     EXPECT_THAT(log, ElementsAre("cancelled"));
 }
@@ -59,7 +59,7 @@ TEST_F(LabelEditorTest, AMenuTakesTheFocusForAWhileOnly) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(LabelEditorTest, UpAndDownDoNotReachWhatStandsBeneath) {
+TEST_F(LabelEditorTest, UpAndDownDoNotReachTheWidgetBelow) {
     QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
     down.ignore();
     QCoreApplication::sendEvent(&editor, &down);

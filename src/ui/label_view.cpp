@@ -11,7 +11,7 @@ namespace sonarith {
 
 namespace {
 
-/// Of the text's own colour: black on light grey keeps a contrast of eight to one.
+/// Opacity of the text's own colour: black on light grey keeps a contrast of eight to one.
 constexpr double secondaryOpacity = 0.7;
 
 } // namespace
@@ -32,12 +32,12 @@ LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
           }) {}
 
 void LabelView::showCaption() {
-    // Paths and names are no markup.
+    // Plain text: paths and names are not markup.
     setTextFormat(Qt::PlainText);
     setText(toQString(model_.caption()));
 }
 
-/// The whole text, where it may be cut and the control has no tip of its own.
+/// The whole text as tool tip if it may be shortened and the control has no tool tip of its own.
 void LabelView::showToolTip() {
     if (cut_ != Cut::never && model_.toolTip().empty()) {
         setToolTip(plainToolTip(text()));
@@ -50,7 +50,7 @@ void LabelView::setSecondary() {
 }
 
 QSize LabelView::sizeHint() const {
-    // An empty label keeps its line, so that the bars do not change their height.
+    // An empty label keeps its height, so that the bars do not change theirs.
     return QLabel::sizeHint().expandedTo(QSize(0, fontMetrics().height()));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label as one line of text, cut where it does not fit.
+// Shows a Label as one line of text, shortened where it does not fit.
 #pragma once
 
 #include <QLabel>
@@ -11,14 +11,15 @@ namespace sonarith {
 
 class LabelView : public QLabel {
   public:
-    /// Where a text that is too long loses letters. One that is never cut asks for its full width.
+    /// Where a text that is too long is shortened. A text that is never shortened requests its full
+    /// width.
     enum class Cut { never, middle, end };
 
-    /// `label` names it for screen readers while its caption is empty.
+    /// `label` is its name for screen readers while the caption is empty.
     LabelView(Label& model, QString label, Cut cut, QWidget* parent);
 
-    /// Paints its text paler, as what is second to the text beside it. Not for one that is never
-    /// cut.
+    /// Paints the text paler, as secondary to the text beside it. Not for a text that is never
+    /// shortened.
     void setSecondary();
 
     [[nodiscard]] QSize sizeHint() const override;

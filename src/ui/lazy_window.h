@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes the window of a form when the form is first shown: a start builds only what it shows. From
-// then on the window lives as long as this.
+// Creates the window of a form when the form is first shown: the program start builds only the
+// windows that it shows. From then on the window exists as long as this object.
 #pragma once
 
 #include <memory>
@@ -11,10 +11,11 @@ namespace sonarith {
 
 class LazyWindow {
   public:
-    /// The form of `layout` outlives this. `help` runs when the user asks for help in the window.
+    /// The form of `layout` must outlive this object. `help` runs when the user requests help in
+    /// the window.
     explicit LazyWindow(WindowLayout layout, HelpCall help = {});
 
-    /// Null before the form was first visible.
+    /// Null until the form is first visible.
     [[nodiscard]] FormWindow* window() const { return window_.get(); }
 
   private:

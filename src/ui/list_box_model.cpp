@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-/// A line that appears this late appears at once to the eye.
+/// A delay that the user does not notice.
 constexpr std::chrono::milliseconds longestWait{30};
 
 } // namespace

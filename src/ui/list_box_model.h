@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lines of a ListBox as Qt's item model. It holds no copy of them. Lines that are added at the
-// end are announced together, up to 30 ms late: a search adds them one by one for minutes.
+// The lines of a ListBox as Qt's item model, without a copy of them. Lines added at the end are
+// announced together, up to 30 ms late: a search adds lines one by one for minutes.
 #pragma once
 
 #include <QAbstractListModel>
@@ -12,10 +12,10 @@ namespace sonarith {
 
 class ListBoxModel : public QAbstractListModel {
   public:
-    /// `list` outlives this.
+    /// `list` must outlive this object.
     explicit ListBoxModel(ListBox& list);
 
-    /// Announces the lines that wait for it.
+    /// Announces the pending lines.
     void showAll();
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -27,7 +27,7 @@ class ListBoxModel : public QAbstractListModel {
     void remove(int row);
 
     ListBox& list_;
-    /// The rows that were announced: the first ones of the list, without a gap.
+    /// The number of announced rows: the first rows of the list, without a gap.
     int shown_;
     QTimer waiting_;
     Connection changed_;

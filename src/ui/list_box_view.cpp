@@ -35,7 +35,7 @@ ListBoxView::ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* p
       }) {
     setModel(&model_);
     showCurrent();
-    // The item view moves its own current row when that one's line is removed.
+    // The item view moves its own current row when the current line is removed.
     linesChanged_ = list_.listChanged.connect([this](const ListChange& change) {
         if (change.kind != ListChange::Kind::edited) {
             showCurrent();
@@ -53,7 +53,7 @@ void ListBoxView::showCurrent() {
     const QModelIndex wanted = model_.index(list_.listIndex());
     showingCurrent_ = true;
     if (!wanted.isValid()) {
-        // The focus stays at the row beside the one that was removed.
+        // The focus stays at the row next to the removed one.
         selectionModel()->clearSelection();
     } else if (wanted != currentIndex() || !selectionModel()->isSelected(wanted)) {
         selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::ClearAndSelect);
@@ -63,7 +63,7 @@ void ListBoxView::showCurrent() {
 
 QItemSelectionModel::SelectionFlags ListBoxView::selectionCommand(const QModelIndex&,
                                                                   const QEvent*) const {
-    // The current line is the list's alone.
+    // Only the list sets the current line.
     return QItemSelectionModel::NoUpdate;
 }
 
@@ -73,8 +73,8 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
     if (showingCurrent_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the row. It gets a click on the line, outside of its call, since
-    // a click may yield.
+    // A screen reader has selected the row. This becomes a click on the line, outside of the call,
+    // since a click may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     QMetaObject::invokeMethod(
         this,
@@ -117,7 +117,7 @@ void ListBoxView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void ListBoxView::mouseMoveEvent(QMouseEvent* event) {
-    // A drag over the lines chooses none: each choice may start something long.
+    // A drag over the lines chooses none: each choice may start a long action.
     event->accept();
 }
 
@@ -127,7 +127,7 @@ void ListBoxView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
-    // By mouse, the press was it.
+    // For a mouse event, the press has opened it.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const QModelIndex current = currentIndex();
         scrollTo(current);
@@ -140,7 +140,7 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
 
 void ListBoxView::keyPressEvent(QKeyEvent* event) {
     event->accept();
-    // Without a current line, the row that has the focus is the first one to be chosen.
+    // Without a current line, the row with the focus is the first one chosen.
     const int focused = std::max(0, currentIndex().row());
     if (const int row = rowFor(event->key(), list_.listIndex()); row >= 0) {
         const bool endToEnd = event->key() == Qt::Key_Home || event->key() == Qt::Key_End;

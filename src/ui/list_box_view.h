@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a ListBox: its lines, the current one and the marked ones. A press or a cursor key chooses
-// a line; the second press of a double click does not choose it again.
+// Shows a ListBox: its lines, the current line and the marked lines. A press or a cursor key
+// chooses a line; the second press of a double click does not choose it again.
 #pragma once
 
 #include "platform/controls/list_box.h"
@@ -12,10 +12,10 @@ namespace sonarith {
 
 class ListBoxView : public RowList {
   public:
-    /// Whether the pointer over a line that is cut shows all of it.
+    /// Whether a tool tip shows the whole text of a shortened line.
     enum class LineTips { none, whenCut };
 
-    /// Lines are cut in their middle, as paths are; setTextElideMode() changes that.
+    /// Lines are shortened in the middle, as paths are; setTextElideMode() changes that.
     ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent);
 
   protected:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whether all that the main window shows has the room that it needs. These tests also run as
-// programs of their own with QT_SCALE_FACTOR set: on fine screens fonts, pictures and gaps are
-// rounded otherwise.
+// Whether every widget of the main window has the space that it needs. These tests also run as
+// separate programs with QT_SCALE_FACTOR set: on high-resolution screens fonts, pictures and gaps
+// are rounded differently.
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QLabel>
@@ -30,7 +30,7 @@ class MainWindowFit : public testing::Test {
         row = tree.add(group, "p", "Track  1 - 00:03:05", 3, 6).value();
         tree.ensureVisible(row).passOver();
     }
-    /// All bars and all that may be seen on them, as full as they get.
+    /// All bars with every widget visible and the longest contents.
     void showEverything() {
         form.Picture4.setVisible(true);
         form.Command2.setVisible(true);
@@ -54,7 +54,7 @@ class MainWindowFit : public testing::Test {
         EXPECT_NE(found, nullptr) << name;
         return found->geometry();
     }
-    /// Each widget that is seen has its least size, inside of what it stands in.
+    /// Each visible widget has its minimum size, inside of its parent.
     void expectRoomForEach() {
         for (const QWidget* child : view.findChildren<QWidget*>()) {
             if (!child->isVisible() || child->isWindow()) {

@@ -18,7 +18,7 @@
 namespace sonarith {
 namespace {
 
-/// The work tree keeps room for about three rows, in device-independent pixels.
+/// The minimum height of the work tree, about three rows, in device-independent pixels.
 constexpr int leastTreeHeight = 72;
 constexpr int gripIconSide = 16;
 
@@ -64,16 +64,16 @@ MainWindowView::MainWindowView(Form1& form)
 bool MainWindowView::event(QEvent* event) {
     const bool handled = QMainWindow::event(event);
     if (event->type() == QEvent::Paint && QApplication::windowIcon().isNull()) {
-        // Of the whole program: message boxes show it too. It is drawn in many sizes, so it waits
-        // until the window stands on the screen.
+        // The icon of the whole program: message boxes also show it. It is drawn in many sizes, so
+        // this waits until the window is on the screen.
         QTimer::singleShot(0, this, [] { QApplication::setWindowIcon(makeIcon(Symbol::program)); });
     }
     return handled;
 }
 
 void MainWindowView::followBars() {
-    // The strip between the bars is as high as they leave it, and the resize layout, which runs
-    // after each toggle of a bar, reads its height.
+    // The strip fills the height between the bars, and the resize layout, which runs after each
+    // toggle of a bar, reads its height.
     for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
                             &form_.Picture5, &form_.Image3}) {
         connections_.push_back(bar->changed.connect([this](Property) { arrange(); }));
@@ -152,7 +152,8 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     answerDrag(*event);
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
-        // After the drop has ended: reading the disc may ask a question, and whoever dropped waits.
+        // After the drop has ended: reading the disc may show a question, and the source of the
+        // drop waits.
         runLater(*this, [this, path] { onImageDropped(path); });
     }
 }

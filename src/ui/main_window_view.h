@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window as a person sees it: menus, bars at its edges, the grip strip and the work tree.
-// What the controls do is wired elsewhere; where the tree stands is the form's resize layout.
+// The main window as the user sees it: menus, bars at its edges, the grip strip and the work tree.
+// Other files wire the controls; the form's resize layout places the tree.
 #pragma once
 
 #include <functional>
@@ -21,18 +21,18 @@ namespace sonarith {
 
 class MainWindowView : public QMainWindow {
   public:
-    /// Gives the form its designed inner size and the bars their heights, so that the form can be
-    /// loaded next. Shows nothing: the form's visibility does.
+    /// Sets the form's designed inner size and the heights of the bars, so that the form can be
+    /// loaded next. Shows nothing: that depends on the form's visibility.
     explicit MainWindowView(Form1& form);
 
     /// The line below the client area.
     [[nodiscard]] NoticeBar& noticeBar() { return *notices_; }
 
-    /// Whether a disc image may be dropped now; asked all the while that one is held over the
+    /// Whether a disc image may be dropped now; called repeatedly while one is dragged over the
     /// window. Not set: always.
     std::function<bool()> acceptsImages;
     /// A disc image (.cue, .toc) was dropped from a file manager: its path in the machine's form,
-    /// byte for byte. Also of one that could not be accepted any more in the last moment.
+    /// byte for byte. Also called for one that became unacceptable at the last moment.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:

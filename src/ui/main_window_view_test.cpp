@@ -201,7 +201,7 @@ TEST_F(MainWindowViewTest, F1AsksForHelpWhileThatCanBeAskedFor) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(MainWindowViewTest, StartAndCancelSayWhatTheyDo) {
+TEST_F(MainWindowViewTest, StartAndCancelAreLabelledWithTheirAction) {
     EXPECT_EQ(widget("CmdSelectAction").toolTip(), "Start the next action");
     EXPECT_EQ(widget("Command2").toolTip(), "Cancel the action that is running");
 }
@@ -297,7 +297,7 @@ TEST_F(MainWindowViewTest, NoMenuOpensUnderADialog) {
     EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
 }
 
-/// A file is held over the window, moved and let go; whether each was accepted.
+/// Drags a file over the window and drops it; returns whether each event was accepted.
 struct Offered {
     bool onEnter;
     bool onMove;
@@ -322,7 +322,7 @@ Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& be
     return {enter.isAccepted(), move.isAccepted(), drop.isAccepted()};
 }
 
-TEST_F(MainWindowViewTest, ADiscImageThatIsDroppedIsTold) {
+TEST_F(MainWindowViewTest, NotifiesOfADroppedDiscImage) {
     show();
     std::vector<std::string> dropped;
     view.onImageDropped = [&](const std::string& path) {
@@ -333,11 +333,11 @@ TEST_F(MainWindowViewTest, ADiscImageThatIsDroppedIsTold) {
     EXPECT_THAT(dropped, IsEmpty());
     const Offered image = dropOn(view, "file:///m/disc.cue\r\n");
     EXPECT_TRUE(image.onEnter && image.onMove && image.onDrop);
-    // Not inside the drop, whose sender waits for its end.
+    // Not inside the drop, whose source waits for its end.
     EXPECT_THAT(dropped, IsEmpty());
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));
-    // The tree must leave files to the window that it stands in.
+    // The tree must leave dropped files to its window.
     EXPECT_FALSE(static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport()->acceptDrops());
 }
 
@@ -353,7 +353,7 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileItCannotBeTaken) {
     };
     const Offered busy = dropOn(view, "file:///m/disc.cue\r\n");
     EXPECT_FALSE(busy.onEnter || busy.onMove || busy.onDrop);
-    // An action that begins while the image is held over the window.
+    // An action starts while the image is dragged over the window.
     accepts = true;
     const Offered late = dropOn(view, "file:///m/late.cue\r\n", [&] { accepts = false; });
     EXPECT_TRUE(late.onEnter && late.onMove);

@@ -21,7 +21,7 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
 }
 
 void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
-    // A menu with a tick is one of ticks: its other entries show that they have none.
+    // In a menu with a ticked entry the other entries show empty tick boxes.
     const bool anyTick = std::any_of(heading.entries().begin(), heading.entries().end(),
                                      [](const MenuItem* entry) { return entry->checked(); });
     const auto ticks = anyTick ? MenuItemView::Ticks::yes : MenuItemView::Ticks::no;
@@ -55,7 +55,7 @@ MenuItemView::MenuItemView(MenuItem& model, QAction& action, Ticks ticks)
     action_.setCheckable(ticks == Ticks::yes);
     if (!action_.menu()) {
         connect(&action_, &QAction::triggered, this, [this] {
-            // A tick is the model's to set; the action has toggled its own.
+            // Only the model sets a tick; the action has toggled its own.
             showTick();
             model_.click();
         });
@@ -97,7 +97,7 @@ MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent
     : QMenuBar(parent) {
     setObjectName(QStringLiteral("menuBar"));
     setAccessibleName(tr("Menu"));
-    // In the window on every desktop: it is part of the narrow window's face.
+    // Inside the window on every desktop: it is part of the narrow window's layout.
     setNativeMenuBar(false);
     const QStringList marked = withMnemonics(captionsOf(headings));
     for (std::size_t i = 0; i < headings.size(); ++i) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows MenuItem models as the desktop's menus: captions (which are fixed), ticks, open or closed
-// entries, lines between them, and the step that runs before a menu opens. Menus that open at the
-// pointer are in popup_menus.h.
+// Shows MenuItem models as the desktop's menus: captions (which are constant), ticks, enabled or
+// disabled entries, separators, and the step that runs before a menu opens. popup_menus.h opens
+// menus at the pointer.
 #pragma once
 
 #include <unordered_map>
@@ -14,10 +14,11 @@
 
 namespace sonarith {
 
-/// One entry or heading, tied to its action; a child of the action.
+/// One entry or heading, connected to its action; a child of the action.
 class MenuItemView : public QObject {
   public:
-    /// `ticks`: whether the entry shows a tick box. One that gets a tick shows it from then on.
+    /// `ticks`: whether the entry shows a tick box. An entry that is ticked later shows it from
+    /// then on.
     enum class Ticks { no, yes };
     MenuItemView(MenuItem& model, QAction& action, Ticks ticks);
 
@@ -33,14 +34,14 @@ class MenuItemView : public QObject {
 /// The menus of headings.
 using MenusOfHeadings = std::unordered_map<const MenuItem*, QMenu*>;
 
-/// Makes the menu of a heading, a child of `parent`, and the menus below it; each is noted in
-/// `made`. The heading outlives them.
+/// Creates the menu of a heading, a child of `parent`, and its submenus, and adds each to `made`.
+/// The heading must outlive them.
 QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made);
 
-/// Opens at the top of any window; F10 takes the keyboard there.
+/// The menu bar at the top of a window; F10 moves the keyboard focus to it.
 class MenuBarView : public QMenuBar {
   public:
-    /// `parent` is the window whose bar this becomes.
+    /// `parent` is the window that gets the menu bar.
     MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent);
 
     /// The menu of a heading of the bar or below it; null for any other.

@@ -4,7 +4,7 @@
 namespace sonarith {
 namespace {
 
-/// Where the caption's letter stands, or -1 if all of its letters are taken.
+/// Index of the caption's letter, or -1 if all of its letters are in use.
 qsizetype findFreeLetter(const QString& caption, const QString& taken) {
     const auto isFree = [&](qsizetype i) {
         return caption[i].isLetterOrNumber() && !taken.contains(caption[i].toLower());
@@ -44,7 +44,7 @@ QStringList withMnemonics(const QStringList& captions, const QString& taken) {
 QString mnemonicOf(const QString& marked) {
     for (qsizetype at = marked.indexOf(QLatin1Char('&')); at >= 0 && at + 1 < marked.size();
          at = marked.indexOf(QLatin1Char('&'), at + 2)) {
-        // A doubled one stands for itself.
+        // A doubled ampersand is a literal one.
         if (marked[at + 1] != QLatin1Char('&')) {
             return marked.mid(at + 1, 1).toLower();
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keyboard letters for captions that name none: one letter of each is underlined, and the text
-// that is read stays as it is.
+// Chooses mnemonic letters for captions that define none: one letter of each is underlined, and the
+// visible text does not change.
 #pragma once
 
 #include <QString>
@@ -8,15 +8,15 @@
 
 namespace sonarith {
 
-/// The captions with "&" before the letter that opens each, all letters different as far as that
-/// goes: the first letter of a word first, then any letter. An ampersand of the caption's own is
-/// doubled, so that it is shown. Letters in `taken` (lower case) are left to others.
+/// Returns the captions with "&" before their letters, all different as far as possible: first
+/// letters of words are preferred. Ampersands in the captions are doubled, so that they are shown.
+/// Letters in `taken` (lower case) are not used.
 [[nodiscard]] QStringList withMnemonics(const QStringList& captions, const QString& taken = {});
 
-/// The letter that opens a caption of withMnemonics(), in lower case; empty for one without.
+/// The mnemonic letter of a caption from withMnemonics(), in lower case; empty if there is none.
 [[nodiscard]] QString mnemonicOf(const QString& marked);
 
-/// The caption as it is, its ampersands doubled.
+/// The caption with its ampersands doubled.
 [[nodiscard]] QString withoutMnemonic(const QString& caption);
 
 } // namespace sonarith

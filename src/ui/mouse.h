@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mouse events of the desktop as the controls' events name them.
+// Converts mouse events of the desktop to those of the controls.
 #pragma once
 
 #include <QMouseEvent>
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// The button whose press or release this is.
+/// The button that was pressed or released.
 [[nodiscard]] inline MouseButtons pressed(const QMouseEvent& event) {
     return {event.button() == Qt::LeftButton, event.button() == Qt::RightButton};
 }

@@ -19,7 +19,7 @@ QToolButton* makeButton(const QString& name, const QString& text, QWidget* paren
     button->setAccessibleName(text);
     button->setToolTip(text);
     button->setAutoRaise(true);
-    // Reached by Tab alone: a click leaves the focus where the user works.
+    // Focused by Tab only: a click does not move the user's focus.
     button->setFocusPolicy(Qt::TabFocus);
     return button;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The line at the bottom of the main window that shows the last notice to the user, outside of the
-// logic's controls. It takes no focus and holds nothing up.
+// The line at the bottom of the main window that shows the last notice to the user, separate from
+// the logic's controls. It takes no focus and blocks nothing.
 #pragma once
 
 #include <functional>
@@ -14,17 +14,17 @@ namespace sonarith {
 
 class NoticeBar : public QWidget {
   public:
-    /// Hidden until there is something to show.
+    /// Hidden until there is a notice.
     explicit NoticeBar(QWidget* parent);
 
-    /// Shows a notice in place of the one before; how many there are since the bar was dismissed
-    /// stands before it. Screen readers announce it.
+    /// Shows a notice in place of the previous one, preceded by the number of notices since the bar
+    /// was dismissed. Screen readers announce it.
     void show(const QString& text);
     /// Hides the bar.
     void dismiss();
     [[nodiscard]] QString text() const { return text_; }
 
-    /// The user wants to read all of them.
+    /// The user requests the list of all notices.
     std::function<void()> onDetails;
 
   protected:

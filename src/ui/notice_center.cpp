@@ -11,7 +11,7 @@ NoticeCenter::NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
                            std::function<void(const QString&)> notify)
     : board_(board), window_(window), bar_(bar), notify_(std::move(notify)) {
     board_.setOnPosted([this](const std::string& text) {
-        // From any thread, and never within the step that reports.
+        // May be called on any thread; queued, so that it never runs within the reporting step.
         QMetaObject::invokeMethod(
             this, [this, shown = toQString(text)] { show(shown); }, Qt::QueuedConnection);
     });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Brings the notices to the user: to the main window's notice bar, or as a notification of the
-// desktop while that window is hidden or minimized.
+// Shows notices to the user: in the main window's notice bar, or as a notification of the desktop
+// while that window is hidden or minimized.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ namespace sonarith {
 
 class NoticeCenter : public QObject {
   public:
-    /// `notify` sends a notification of the desktop. All outlive this.
+    /// `notify` sends a notification of the desktop. All parameters must outlive this object.
     NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
                  std::function<void(const QString&)> notify);
     ~NoticeCenter() override;

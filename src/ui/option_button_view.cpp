@@ -25,8 +25,8 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
                   setChecked(button_.selected());
               }
           }) {
-    // Which ones exclude each other is the models' affair. In a group of its own it excludes none,
-    // and screen readers still take it for a radio button.
+    // The models make the buttons exclude each other. A group of its own excludes no other button,
+    // and screen readers still treat this one as a radio button.
     auto* alone = new QButtonGroup(this);
     alone->setExclusive(false);
     alone->addButton(this);
@@ -41,7 +41,7 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
     showTabStop();
 }
 
-/// The tab key stops at the selected button of the group, or at each while none is.
+/// The tab key stops at the selected button of the group, or at each button if none is selected.
 void OptionButtonView::showTabStop() {
     const auto& buttons = button_.group().buttons();
     const bool elsewhere =
@@ -66,7 +66,7 @@ void OptionButtonView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// The next button of the group that can be used, round its ends.
+/// The next enabled button of the group, wrapping at its ends.
 void OptionButtonView::chooseNeighbour(int step) {
     const auto& buttons = button_.group().buttons();
     const int count = static_cast<int>(buttons.size());

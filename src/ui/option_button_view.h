@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows an OptionButton. Which one of a group is selected is the models' affair; here are the
-// pointer and the keys: arrows select the next one of the group, and the tab key stops once in it.
+// Shows an OptionButton. The models decide which button of a group is selected; this view handles
+// pointer and keys: arrows select the next button of the group, and the tab key stops once in it.
 #pragma once
 
 #include <vector>
@@ -14,13 +14,14 @@ namespace sonarith {
 
 class OptionButtonView : public QRadioButton {
   public:
-    /// `label` stands beside the button while it has no caption of its own.
+    /// `label` is shown beside the button while it has no caption of its own.
     OptionButtonView(OptionButton& button, const QString& label, QWidget* parent);
 
   protected:
-    /// The state is the model's to change.
+    /// Only the model changes the state.
     void nextCheckState() override {}
-    /// The second press of a double click is none: the first click's handler may go on for long.
+    /// The second press of a double click is ignored: the first click's handler may still be
+    /// running.
     void mouseDoubleClickEvent(QMouseEvent*) override {}
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -13,7 +13,7 @@ BarView::BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* paren
     : QWidget(parent), line_(line), view_(model, *this, {}, std::move(label)) {}
 
 void BarView::paintEvent(QPaintEvent*) {
-    // Between Window and its shade, so that it is seen on light and dark palettes alike.
+    // Between Window and its shade, so that it is visible on light and dark palettes alike.
     QColor color = palette().color(QPalette::WindowText);
     color.setAlphaF(0.18F);
     const QRect all = rect();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a PictureBox: a bar that holds other widgets, or a picture of ours.
+// Shows a PictureBox: a bar that contains other widgets, or one of the program's pictures.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@
 
 namespace sonarith {
 
-/// A bar with a thin line along the edge that faces the work tree.
+/// A bar with a thin line along the edge next to the work tree.
 class BarView : public QWidget {
   public:
     BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent);
@@ -25,7 +25,7 @@ class BarView : public QWidget {
     ControlView view_;
 };
 
-/// A picture, drawn in the middle of its surface; without a symbol the surface stays bare.
+/// A picture in the centre of its area; without a symbol the area stays empty.
 class PictureView : public QWidget {
   public:
     PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,
@@ -36,7 +36,7 @@ class PictureView : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    /// Presses that the model has no handler for are left to the widgets beneath.
+    /// Presses without a handler in the model are passed to the widgets below.
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-/// Handlers may yield, so one press is handled inside of another.
+/// A stack: handlers may yield, so one press may be handled inside another.
 std::optional<QPoint> newest;
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where a menu opens that is asked for while a press or a key is handled: at the press, or at what
-// the key was meant for. It opens no menu; that is popup_menus.h.
+// The position of a menu that is requested while a press or a key is handled: at the press, or at
+// the target of the key. It opens no menu; popup_menus.h does.
 #pragma once
 
 #include <optional>
@@ -9,17 +9,17 @@
 
 namespace sonarith {
 
-/// While an object of this class exists, menus open at its place; of several, at the newest one's.
-/// A view makes one around a handler of the logic.
+/// While an object of this class exists, menus open at its position; with several objects, at that
+/// of the newest. A view creates one around a handler of the logic.
 class PopupPlace {
   public:
-    /// `global` is a place on the screen.
+    /// `global` is a position on the screen.
     explicit PopupPlace(const QPoint& global);
     ~PopupPlace();
     PopupPlace(const PopupPlace&) = delete;
     PopupPlace& operator=(const PopupPlace&) = delete;
 
-    /// Without an object, the pointer's place.
+    /// Without an object, the position of the pointer.
     [[nodiscard]] static QPoint current();
 
   private:

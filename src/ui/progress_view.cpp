@@ -13,7 +13,7 @@ ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
               setValue(model.value());
           }
       }) {
-    // The figures stand in labels of their own.
+    // Labels show the figures.
     setTextVisible(false);
 }
 

@@ -11,7 +11,7 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
-// The base class's base is called on purpose: the base class keeps a layout of its own.
+// The base class's base is called deliberately: the base class keeps a layout of its own.
 // NOLINTBEGIN(bugprone-parent-virtual-call)
 
 namespace sonarith {
@@ -19,10 +19,10 @@ namespace {
 
 /// Above and below a row's text, in device-independent pixels.
 constexpr int textMargin = 2;
-/// No screen shows more characters in a row; to shape all of a very long text takes long.
+/// No screen shows more characters in a row; shaping a very long text is slow.
 constexpr qsizetype mostPaintedCharacters = 2000;
 
-/// What is painted of a text: one line, without the middle of a very long one.
+/// The part of a text that is painted: one line, without the middle of a very long one.
 QString painted(QString text) {
     if (text.size() > mostPaintedCharacters) {
         text = text.left(mostPaintedCharacters / 2) + QChar(0x2026) +
@@ -55,18 +55,18 @@ RowList::RowList(QWidget* parent) : QListView(parent) {
     setTextElideMode(Qt::ElideMiddle);
     setUniformItemSizes(true);
     setItemDelegate(new RowDelegate(this));
-    // A row that is current by itself is no row to scroll to; subclasses say which is.
+    // A row that became current automatically is not scrolled to; subclasses decide.
     setAutoScroll(false);
 }
 
 void RowList::setModel(QAbstractItemModel* model) {
     QListView::setModel(model);
-    // After what the base class does with the same signal.
+    // Runs after the base class has handled the same signal.
     connect(model, &QAbstractItemModel::rowsRemoved, this,
             [this](const QModelIndex&, int first, int last) { rowsWereRemoved(first, last); });
 }
 
-// Where rows are.
+// Positions of rows.
 
 int RowList::rowHeight() const {
     const int icon = iconSize().isValid() ? iconSize().height() : 0;
@@ -90,7 +90,7 @@ QRect RowList::rowRect(int row) const {
 }
 
 QRect RowList::visualRect(const QModelIndex& index) const {
-    // Far outside of what is seen, places would not fit an int.
+    // Positions far outside the visible area would overflow an int.
     const int far = 2 * wholeRows() + 2;
     if (!index.isValid() || index.row() < firstRow() - far || index.row() > firstRow() + far) {
         return {};
@@ -243,7 +243,7 @@ void RowList::rowsInserted(const QModelIndex& parent, int first, int last) {
 
 void RowList::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
     QAbstractItemView::rowsAboutToBeRemoved(parent, first, last);
-    // A list that has become shorter may scroll by itself.
+    // A list that has become shorter may scroll automatically.
     firstBeforeRemoval_ = firstRow();
 }
 
@@ -255,7 +255,7 @@ void RowList::rowsWereRemoved(int first, int last) {
     updateFrom(first);
 }
 
-/// Repaints a row and those below it, as far as they are in sight.
+/// Repaints a row and those below it, if visible.
 void RowList::updateFrom(int row) {
     if (row <= firstRow() + wholeRows()) {
         const int top = std::max(0, row - firstRow()) * rowHeight();
@@ -268,7 +268,7 @@ void RowList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
-// Selection. The base class would announce it by the places of its own layout.
+// Selection. The base class would announce it by the positions of its own layout.
 
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list whose rows all have one height, so that nothing takes longer in a longer list: adding
-// rows, scrolling, painting. It is a QListView for what screen readers know of it; that one's own
-// layout looks at every row again when a row is added. What rows mean is up to subclasses.
+// A list whose rows have the same height, so that no operation takes longer in a longer list:
+// adding rows, scrolling, painting. It derives from QListView for its support of screen readers;
+// that class's own layout visits every row again when a row is added. Subclasses define the meaning
+// of the rows.
 #pragma once
 
 #include <QListView>
@@ -17,20 +18,20 @@ class RowList : public QListView {
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     void doItemsLayout() override;
-    /// The cursor is the current row: the desktop asks where a menu belongs that a key opens.
+    /// The cursor is the current row: the desktop uses it to place a menu that is opened by a key.
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   protected:
     /// Device-independent pixels.
     [[nodiscard]] int rowHeight() const;
     [[nodiscard]] int rowCount() const;
-    /// Whether a row is painted as selected though it is not.
+    /// Whether a row is painted as selected although it is not.
     [[nodiscard]] virtual bool isMarked(const QModelIndex& index) const;
-    /// By how much a row begins further right, in device-independent pixels.
+    /// Indentation of a row, in device-independent pixels.
     [[nodiscard]] virtual int indentOf(const QModelIndex& index) const;
-    /// Whether the row's text is cut where it is shown.
+    /// Whether the row's text is shortened where it is shown.
     [[nodiscard]] bool isElided(const QModelIndex& index) const;
-    /// The row that a cursor key leads to from `from`, within the list; -1 in an empty list and
+    /// The row to which a cursor key moves from `from`, within the list; -1 in an empty list and
     /// for other keys.
     [[nodiscard]] int rowFor(int key, int from) const;
 

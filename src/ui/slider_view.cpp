@@ -8,7 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// Of the whole range: a key's step is 2 %, a page 10 %. One notch of a wheel is three steps.
+/// Percentages of the range: a key's step is 2 %, a page 10 %. One notch of the wheel is three
+/// steps.
 constexpr int stepsInRange = 50;
 constexpr int pagesInRange = 10;
 
@@ -31,13 +32,13 @@ SliderView::SliderView(Slider& slider, QString label, Qt::Orientation orientatio
     setPageStep(std::max(1, range / pagesInRange));
     connect(this, &QSlider::valueChanged, this, [this](int value) {
         slider_.moveTo(value);
-        // The handler may have put it elsewhere.
+        // The handler may have set another value.
         showValue();
     });
 }
 
 void SliderView::showValue() {
-    // Signals are for what the user does.
+    // Signals are for actions of the user only.
     const QSignalBlocker quiet(this);
     setRange(slider_.minimum(), slider_.maximum());
     setValue(slider_.value());

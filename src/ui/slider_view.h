@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Slider, upright or lying. Code's moves are shown; the user's are the control's.
+// Shows a Slider, vertical or horizontal. Moves by code are shown; moves by the user set the
+// control.
 #pragma once
 
 #include <QSlider>
@@ -11,8 +12,8 @@ namespace sonarith {
 
 class SliderView : public QSlider {
   public:
-    /// The end at which the greatest value is. The keys and the wheel move the handle: up is up on
-    /// the screen, whichever value that is.
+    /// The end with the highest value. Keys and wheel move the handle: up means up on the screen,
+    /// whichever value that is.
     enum class Greatest { topOrRight, bottomOrLeft };
 
     SliderView(Slider& slider, QString label, Qt::Orientation orientation, Greatest greatest,

@@ -18,17 +18,17 @@ class Pencils {
   public:
     Pencils(QPainter& painter, QIcon::Mode mode) : painter_(painter), mode_(mode) {}
 
-    /// From here on: lines of the text's colour, no filling.
+    /// From here on: lines in the text's colour, no filling.
     void line(qreal width = 1.7) {
         painter_.setPen(QPen(ink(), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter_.setBrush(Qt::NoBrush);
     }
-    /// Areas of the text's colour, without an outline.
+    /// Areas in the text's colour, without an outline.
     void area() {
         painter_.setPen(Qt::NoPen);
         painter_.setBrush(ink());
     }
-    /// Areas of a colour of our own, outlined by a darker shade of it. Disabled: grey.
+    /// Areas in a colour of our own, outlined in a darker shade of it. Disabled: grey.
     void paint(QColor color, qreal outline = 1.2) {
         if (mode_ == QIcon::Disabled) {
             color = ink();
@@ -53,7 +53,7 @@ class Pencils {
     QIcon::Mode mode_;
 };
 
-// Middle tones, so that each is seen on white and on near-black.
+// Medium tones, so that each is visible on white and on near-black.
 const QColor green(0x3C, 0xA3, 0x5E);
 const QColor red(0xD2, 0x53, 0x4A);
 const QColor amber(0xE8, 0xB4, 0x4C);

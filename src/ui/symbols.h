@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How each symbol is drawn: lines and areas on a grid of 24 by 24. Not an icon yet; see icons.h.
+// Draws each symbol: lines and areas on a grid of 24 by 24. Icons are in icons.h.
 #pragma once
 
 #include <QIcon>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TabControl: an empty page for each caption, which the window fills.
+// Shows a TabControl: an empty page for each caption. The window fills the pages.
 #pragma once
 
 #include <QTabWidget>
@@ -13,7 +13,7 @@ class TabControlView : public QTabWidget {
   public:
     TabControlView(TabControl& tabs, QString label, QWidget* parent);
 
-    /// A page to lay things out on, from 0; it belongs to this.
+    /// A page for a layout, from 0; owned by this object.
     [[nodiscard]] QWidget& page(int number) const { return *widget(number); }
 
   private:

@@ -25,10 +25,10 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
     : QLineEdit(parent),
       box_(box),
       view_(box, *this, {}, std::move(label), [this](Property which) { apply(which); }) {
-    // Typed, pasted, deleted, undone.
+    // Text was typed, pasted, deleted or undone.
     connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
         box_.setText(toText(typed));
-        // What the control did not take is taken back.
+        // Removes text that the control did not accept.
         showText();
         showTypingLimit();
     });
@@ -54,14 +54,14 @@ void TextBoxView::showText() {
     if (shown == text()) {
         return;
     }
-    // The caret stays at its character, or at the end where it was there.
+    // The caret stays at its character, or at the end if it was there.
     const bool atEnd = cursorPosition() == text().size();
     const int caret = cursorPosition();
     if (shown.size() > maxLength()) {
-        // Code may set more than can be typed.
+        // Code may set longer texts than can be typed.
         setMaxLength(static_cast<int>(shown.size()));
     }
-    // This forgets what could be undone: undoing would bring back what code has replaced.
+    // This clears the undo history: undo would restore text that code has replaced.
     setText(shown);
     setCursorPosition(atEnd ? static_cast<int>(shown.size())
                             : std::min(caret, static_cast<int>(shown.size())));
@@ -72,7 +72,7 @@ void TextBoxView::showTypingLimit() {
     const int limit = box_.typingLimit() > 0 ? box_.typingLimit() : std::numeric_limits<int>::max();
     const int most = std::max(limit, static_cast<int>(text().size()));
     if (most != maxLength()) {
-        // Setting it sets the text anew.
+        // Setting it replaces the text.
         const int caret = cursorPosition();
         setMaxLength(most);
         setCursorPosition(caret);
@@ -81,14 +81,14 @@ void TextBoxView::showTypingLimit() {
 
 void TextBoxView::keyPressEvent(QKeyEvent* event) {
     run(box_.onKeyDown);
-    // The handler may have closed the box.
+    // The handler may have disabled the box.
     if (isEnabled()) {
         QLineEdit::keyPressEvent(event);
     }
 }
 
 void TextBoxView::mousePressEvent(QMouseEvent* event) {
-    // A box that only shows something can be a handle to drag the window by: no text is marked.
+    // A read-only box can be a handle to drag the window: no text is selected.
     if (!box_.locked() || !box_.onMouseDown) {
         QLineEdit::mousePressEvent(event);
     }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TextBox as one line that can be typed into. Boxes of several lines are in
-// text_lines_view.h.
+// Shows a TextBox as one editable line. text_lines_view.h shows boxes with several lines.
 #pragma once
 
 #include <QLineEdit>
@@ -27,7 +26,7 @@ class TextBoxView : public QLineEdit {
     ControlView view_;
 };
 
-/// `font` in `points`, or in the size that it inherits for 0.
+/// `font` in `points`, or in its inherited size if that is 0.
 [[nodiscard]] QFont withPoints(QFont font, int points);
 
 } // namespace sonarith

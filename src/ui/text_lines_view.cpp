@@ -18,7 +18,7 @@ TextLinesView::TextLinesView(TextBox& box, QString label, QWidget* parent)
     setUndoRedoEnabled(false);
     setTabChangesFocus(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);
-    // Also without a mouse: a caret to read by, and to mark from.
+    // Works without a mouse, too: a caret for reading and for selecting.
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 
@@ -37,7 +37,7 @@ void TextLinesView::showText() {
     if (lines == toPlainText()) {
         return;
     }
-    // The figures of a list change while it is read: the lines in sight stay.
+    // The figures of a list change while the user reads it: the visible lines stay.
     const int inSight = verticalScrollBar()->value();
     setPlainText(lines);
     verticalScrollBar()->setValue(inSight);

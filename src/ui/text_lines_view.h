@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TextBox as a list of lines that can be read, marked and copied, but not typed into. Lines
+// Shows a TextBox as a list of lines that can be read, selected and copied, but not edited. Lines
 // end with CR LF or LF.
 #pragma once
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tool tips that say a text as it stands. A desktop's tool tip takes what looks like markup for
+// Tool tips that show a text literally. A desktop's tool tip interprets text that looks like
 // markup, and a file may be named "<b>x</b>.mp3".
 #pragma once
 
@@ -7,7 +7,7 @@
 
 namespace sonarith {
 
-/// What is to be set as a tool tip so that `text` is read, letter for letter.
+/// The tool tip to set so that `text` is shown literally.
 [[nodiscard]] QString plainToolTip(const QString& text);
 
 } // namespace sonarith

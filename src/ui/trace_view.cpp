@@ -14,7 +14,7 @@ namespace {
 
 /// In device-independent pixels.
 constexpr int lineWidth = 1;
-/// Far outside of any screen. A widget's rectangles are whole numbers.
+/// Far outside of any screen; the rectangles of widgets are integers.
 constexpr double farthest = 1e6;
 
 QPointF inPixels(const PicturePoint& point) {
@@ -25,7 +25,7 @@ QPointF inPixels(const PicturePoint& point) {
     return {held(point.x), held(point.y)};
 }
 
-/// Where the line leaves paint.
+/// The rectangle that the line paints.
 QRect placeOf(const PictureLine& line) {
     const QRectF box = QRectF(inPixels(line.from), inPixels(line.to)).normalized();
     return box.toAlignedRect().adjusted(-lineWidth, -lineWidth, lineWidth, lineWidth);

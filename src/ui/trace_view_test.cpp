@@ -14,7 +14,7 @@ namespace {
 
 const TraceView::Colors colors{Qt::black, Qt::green};
 
-/// Notes what is repainted.
+/// Logs the repainted rectangles.
 class WatchedTrace : public TraceView {
   public:
     using TraceView::TraceView;

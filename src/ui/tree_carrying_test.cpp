@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nodes that are carried about in the widget, by hand and by keys, with the handlers of the
-// product: wherever a node was carried and dropped, tree and lists say the same in the end.
+// Nodes that are dragged in the widget, by mouse and by keys, with the handlers of the product:
+// wherever a node was dropped, tree and lists agree in the end.
 #include <algorithm>
 #include <vector>
 
@@ -15,7 +15,7 @@ using testing::UnorderedElementsAreArray;
 
 const std::string t1 = "Track  1 - 00:03:05";
 const std::string t2 = "Track  2 - 00:04:00";
-/// Stands for the place below all rows.
+/// Represents the area below all rows.
 const std::string noRow;
 
 struct TreeCarryingTest : test::TreeEditingWorld {
@@ -25,7 +25,7 @@ struct TreeCarryingTest : test::TreeEditingWorld {
         tree.showfiles();
     }
 
-    /// The texts of the open rows from top to bottom, and the place below them.
+    /// The texts of the visible rows from top to bottom, and the area below them.
     std::vector<std::string> places() {
         widget().expandAll();
         std::vector<std::string> texts;
@@ -39,13 +39,13 @@ struct TreeCarryingTest : test::TreeEditingWorld {
     QPoint pointOf(const std::string& place) {
         return place == noRow ? QPoint(50, widget().viewport()->height() - 2) : placeOf(place);
     }
-    /// The pointer goes slowly over a row: many movements, all within it.
+    /// Moves the pointer slowly over a row: many movements within it.
     void creepOver(const std::string& place, int movements) {
         for (int i = 0; i < movements; ++i) {
             movePointer(pointOf(place) + QPoint(i, 0));
         }
     }
-    /// From the node's row over all rows between to `target`, and let go.
+    /// Drags from the node's row over all rows between to `target` and releases.
     void carry(const std::string& text, const std::string& target, int movementsPerRow) {
         const std::vector<std::string> way = places();
         auto at = std::find(way.begin(), way.end(), text);

@@ -8,9 +8,9 @@
 namespace sonarith {
 namespace {
 
-/// Air above and below a row's text, in device-independent pixels.
+/// Margin above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
-/// As a desktop shows what has been cut out and not put anywhere yet.
+/// Opacity of a carried node, as desktops show items that were cut.
 constexpr double carriedOpacity = 0.4;
 
 void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
@@ -30,7 +30,7 @@ void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     const NodeRef node = model_.nodeAt(index);
-    // A node that is selected as well looks selected: every press highlights the node it selects.
+    // A node that is also selected looks selected: every press highlights the node that it selects.
     if (node == tree_.dropHighlight() && node != tree_.selectedItem()) {
         paintDropMark(*painter, option);
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree: with the drop highlight, and pale while it is carried by keys.
+// Paints a row of the work tree: with the drop highlight, and pale while keys carry its node.
 #pragma once
 
 #include <utility>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's editing by mouse and keys in its widget: the widget's events reach the handlers
-// of the product, and what these do is seen.
+// Editing the work tree by mouse and keys: the widget's events reach the handlers of the product,
+// and the tests check their results.
 #include "support/tree_editing_world.h"
 
 namespace sonarith {

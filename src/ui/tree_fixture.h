@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small tree in a shown window, for tests of the tree's widget: one collection, two groups, and
-// a log of the events that reach the TreeView. It decides nothing that the product decides.
+// A small tree in a shown window for tests of the tree's widget: one collection, two groups, and a
+// log of the events that reach the TreeView. It contains no logic of the product.
 #pragma once
 
 #include <functional>
@@ -61,7 +61,7 @@ class TreeFixture : public testing::Test {
     }
 
     NodeRef add(const NodeRef& parent, const std::string& text) {
-        // A key begins with the letter of its node's level.
+        // A key starts with the letter of its node's level.
         const std::string level = !parent ? "f " : parent == collection ? "g " : "p ";
         return tree.add(parent, level + text, text, 1, 4).value();
     }
@@ -69,7 +69,7 @@ class TreeFixture : public testing::Test {
         log.push_back(event + (buttons.left ? " left" : "") + (buttons.right ? " right" : "") +
                       " " + (node ? node->text() : "nothing"));
     }
-    /// As the product does: a press selects, and starts an edit.
+    /// As in the product: a press selects, and starts an edit.
     void editOnPress() {
         tree.onMouseDown = [this](MouseButtons, NodeRef node) {
             tree.setSelectedItem(node).passOver();
@@ -77,7 +77,7 @@ class TreeFixture : public testing::Test {
         };
     }
 
-    /// As the product does: a movement of the pressed mouse begins a drag.
+    /// As in the product: moving the pressed mouse starts a drag.
     void dragOnMove() {
         tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
             if (buttons.left) {
@@ -115,7 +115,7 @@ class TreeFixture : public testing::Test {
     void releaseAt(const NodeRef& node, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseRelease(widget().viewport(), button, {}, placeOf(node));
     }
-    /// The pointer over a node, the left button down.
+    /// Moves the pointer over a node with the left button down.
     void moveTo(const NodeRef& node) { movePointer(placeOf(node)); }
     void movePointer(const QPoint& at) {
         QWidget* viewport = widget().viewport();

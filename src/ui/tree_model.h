@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's nodes as Qt's item views ask for them. It copies nothing and changes nothing:
-// it reads the TreeView, and is told before and after each change of structure.
+// The work tree's nodes for Qt's item views. It copies and changes nothing: it reads the TreeView
+// and is notified before and after each change of structure.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -25,7 +25,7 @@ class TreeModel : public QAbstractItemModel {
     void afterRemove() { endRemoveRows(); }
     void beforeMove(const NodeRef& node, const NodeRef& parent, int position);
     void afterMove() { endMoveRows(); }
-    /// The node's text or picture is another one.
+    /// The node's text or picture has changed.
     void nodeChanged(const NodeRef& node);
 
     [[nodiscard]] QModelIndex index(int row, int column,

@@ -40,7 +40,7 @@ void TreeViewAdapter::beforeMove(const NodeRef& node, const NodeRef& parent, int
 
 void TreeViewAdapter::afterMove(const NodeRef& node) {
     model_.afterMove();
-    // A person sees where the node went that was chosen, also into a group that was closed.
+    // Shows the user where the selected node was moved, even into a collapsed group.
     if (node == tree_.selectedItem()) {
         widget_.reveal(node);
     }
@@ -51,8 +51,8 @@ void TreeViewAdapter::textChanged(const NodeRef& node) {
 }
 
 void TreeViewAdapter::selectionChanged() {
-    // A new label is taken for the selected node's: an editor over another one would rename the
-    // wrong file.
+    // A new label applies to the selected node: an editor over another node would rename the wrong
+    // file.
     if (tree_.editedNode() && tree_.editedNode() != tree_.selectedItem()) {
         tree_.cancelLabelEdit();
         editAbandoned();

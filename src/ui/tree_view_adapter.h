@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties a TreeView to the widget that shows it: every change reaches the item model and the widget
-// in the order that item views ask for.
+// Connects a TreeView to the widget that shows it: every change reaches the item model and the
+// widget in the order that item views require.
 #pragma once
 
 #include "platform/controls/tree_view.h"
@@ -12,8 +12,8 @@ namespace sonarith {
 
 class TreeViewAdapter : public TreeObserver {
   public:
-    /// Becomes the tree's observer. `tree` outlives the adapter; the widget belongs to the
-    /// adapter, so a parent goes after it.
+    /// Registers as the tree's observer. `tree` must outlive the adapter. The adapter owns the
+    /// widget, so it must be destroyed before the widget's parent.
     TreeViewAdapter(TreeView& tree, QString label, QWidget* parent);
     ~TreeViewAdapter() override;
     TreeViewAdapter(const TreeViewAdapter&) = delete;
@@ -40,7 +40,7 @@ class TreeViewAdapter : public TreeObserver {
     TreeModel model_;
     TreeWidget widget_;
     ControlView view_;
-    /// Whose picture shows it selected.
+    /// The node whose picture shows it as selected.
     NodeRef shownSelection_;
 };
 

@@ -16,7 +16,7 @@ namespace {
 
 /// Side of the nodes' pictures, in device-independent pixels.
 constexpr int nodeIconSide = 18;
-/// Of each level: the window is narrow.
+/// Indentation of each level: the window is narrow.
 constexpr int levelIndentation = 16;
 
 MouseButtons buttonsOf(Qt::MouseButtons buttons) {
@@ -40,12 +40,12 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
     setIndentation(levelIndentation);
     setFrameShape(QFrame::NoFrame);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    // Of single items, so that a screen reader's selecting reaches the very node.
+    // Single selection, so that a screen reader selects exactly this node.
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setExpandsOnDoubleClick(false);
     setDragDropMode(QAbstractItemView::NoDragDrop);
-    // Files that are dropped are the window's.
+    // The window handles dropped files.
     setAcceptDrops(false);
     viewport()->setAcceptDrops(false);
 
@@ -55,7 +55,7 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
             scrollTo(toReveal_);
         }
     });
-    // A row every 60 ms is quick, and slow enough to stop at the one that is meant.
+    // One row every 60 ms is fast, but slow enough to stop at the intended row.
     dragScrollTimer_.setInterval(60);
     connect(&dragScrollTimer_, &QTimer::timeout, this, [this] { scrollWhileDragging(); });
 }
@@ -65,7 +65,7 @@ TreeWidget::~TreeWidget() {
     closeEditor(Focus::untouched);
 }
 
-// What the tree says.
+// Notifications from the tree.
 
 void TreeWidget::showSelection() {
     const QModelIndex index = model_.indexOf(tree_.selectedItem());
@@ -92,8 +92,8 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
     if (showingSelection_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the node in this widget. It gets what it means, a click, and
-    // outside of its call, since a click may yield.
+    // A screen reader has selected the node in this widget. This becomes a click, outside of the
+    // call, since a click may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     runLater(*this, [this, chosen] {
         showSelection();
@@ -105,11 +105,11 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
 
 QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,
                                                                  const QEvent*) const {
-    // Mouse and keys move at most the current row; the selection follows the tree's alone.
+    // Mouse and keys move only the current row; the selection always follows the tree.
     return QItemSelectionModel::NoUpdate;
 }
 
-// Where things are.
+// Positions.
 
 NodeRef TreeWidget::nodeAtGlobal(const QPoint& global) const {
     const QPoint position = viewport()->mapFromGlobal(global);
@@ -126,7 +126,7 @@ QModelIndex TreeWidget::branchAt(const QPoint& position) const {
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
     if (dragging() || takingUp_) {
-        // Its own button cannot be pressed again, unless its release went elsewhere.
+        // The same button cannot be pressed again, unless its release went elsewhere.
         if (drag_ == Drag::byMouse && event->button() == Qt::LeftButton) {
             abandonPress();
         }
@@ -158,18 +158,18 @@ void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 void TreeWidget::press(MouseButtons buttons, const NodeRef& node, const QPoint& global) {
     pressedAt_ = global;
     movedFar_ = false;
-    // From before the handler on: it may wait, and the button is let go meanwhile.
+    // Recorded before the handler runs: it may wait, and the button may be released meanwhile.
     watchForRelease(true);
     const PopupPlace place(global);
     run(tree_.onMouseDown, buttons, node);
 }
 
 void TreeWidget::doubleClick(const NodeRef& node) {
-    // Its second press is no press to the tree, but its release is a release.
+    // The second press of a double click is not passed on, but its release is.
     movedFar_ = false;
     watchForRelease(true);
     run(tree_.onDoubleClick);
-    // The handler has no use for a double click on a collection; there it opens and closes.
+    // The handler ignores a double click on a collection, so it expands and collapses it.
     if (node && !node->removed() && !node->parent()) {
         const QModelIndex index = model_.indexOf(node);
         setExpanded(index, !isExpanded(index));
@@ -182,7 +182,7 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
         dragOver(nodeAtGlobal(global));
         return;
     }
-    // A hand that trembles during a click does not drag.
+    // A small movement during a click does not start a drag.
     movedFar_ = movedFar_ || (global - pressedAt_).manhattanLength() >=
                                  QGuiApplication::styleHints()->startDragDistance();
     if (watchingRelease_ && movedFar_) {
@@ -194,7 +194,7 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
-    // Seen by eventFilter, wherever it went.
+    // eventFilter() sees it, wherever it went.
     event->accept();
 }
 
@@ -204,8 +204,8 @@ void TreeWidget::watchForRelease(bool watch) {
     }
     watchingRelease_ = watch;
     if (watch) {
-        // Of all windows: a release that ends a press here may go to the menu or the editor that
-        // the press has opened.
+        // Watches all windows: a release that ends a press here may go to the menu or the editor
+        // that the press has opened.
         qApp->installEventFilter(this);
     } else {
         qApp->removeEventFilter(this);
@@ -213,7 +213,7 @@ void TreeWidget::watchForRelease(bool watch) {
 }
 
 bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
-    // It comes to the desktop's window first, and no further where the pressed widget is gone.
+    // The desktop's window receives it first, and no other if the pressed widget was destroyed.
     if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         if (!dragging() || mouse.button() == Qt::LeftButton) {
@@ -223,7 +223,7 @@ bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watchingRelease_ && event->type() == QEvent::MouseMove &&
         static_cast<const QMouseEvent&>(*event).buttons() == Qt::NoButton) {
-        // The release was somebody else's.
+        // The release belonged to another press.
         abandonPress();
     }
     return QTreeView::eventFilter(watched, event);
@@ -243,11 +243,11 @@ bool TreeWidget::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::WindowBlocked: // by a dialog
     case QEvent::Hide:
-        // The release will be somebody else's.
+        // Another window will receive the release.
         abandonPress();
         break;
     case QEvent::WindowDeactivate:
-        // A press may go on: some desktops take its own menu for another window.
+        // A press may continue: some desktops treat its own menu as another window.
         if (dragging()) {
             abandonPress();
         }
@@ -264,7 +264,7 @@ bool TreeWidget::event(QEvent* event) {
         }
         break;
     case QEvent::KeyPress:
-        // Before the tab key takes the focus elsewhere.
+        // Before the tab key moves the focus elsewhere.
         if (dragging()) {
             keyWhileDragging(static_cast<QKeyEvent&>(*event));
             return true;
@@ -276,7 +276,7 @@ bool TreeWidget::event(QEvent* event) {
     return QTreeView::event(event);
 }
 
-/// The press, and the drag that it has become, end without a release.
+/// Ends the press, and the drag that it has become, without a release.
 void TreeWidget::abandonPress() {
     endDrag();
     watchForRelease(false);
@@ -297,7 +297,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Space:
     case Qt::Key_F2:
-        // A click opens the editor where there is something to rename.
+        // As a click does, opens the editor if the node can be renamed.
         clickByKey({.left = true}, index);
         break;
     default:
@@ -311,7 +311,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// As if the mouse were pressed in the middle of a row.
+/// Simulates a mouse press in the middle of a row.
 void TreeWidget::pressByKey(MouseButtons buttons, const QModelIndex& index) {
     scrollTo(index);
     const PopupPlace place(viewport()->mapToGlobal(visualRect(index).center()));
@@ -339,7 +339,7 @@ void TreeWidget::doubleClickByKey(const QModelIndex& index) {
 }
 
 void TreeWidget::contextMenuEvent(QContextMenuEvent* event) {
-    // By mouse, the press has opened the menu already.
+    // For a mouse event, the press has already opened the menu.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         clickByKey({.right = true}, currentIndex());
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree as a person sees and works it. It turns mouse and keys into the TreeView's events
-// and shows what the TreeView says; it selects, edits and moves nothing by itself.
+// The work tree as the user sees and operates it. It turns mouse and keyboard input into the
+// TreeView's events and shows the TreeView's state; it does not select, edit or move nodes itself.
 #pragma once
 
 #include <optional>
@@ -19,19 +19,19 @@ class TreeDelegate;
 
 class TreeWidget : public QTreeView {
   public:
-    /// `tree` and `model` outlive the widget. `parent` is there from the first edit on: the editor
-    /// over a label is its child.
+    /// `tree` and `model` must outlive the widget. `parent` must exist when the first edit starts:
+    /// the editor over a label is its child.
     TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
     ~TreeWidget() override;
 
-    // What the adapter passes on from the tree.
+    // Notifications from the tree, passed on by the adapter.
     void showSelection();
     void showDropHighlight() { viewport()->update(); }
-    /// Opens the node's ancestors now and scrolls it into sight with the next events: a thousand
-    /// nodes are added one after the other, each to be seen.
+    /// Expands the node's ancestors now and scrolls it into view with the next events, since a
+    /// thousand nodes may be added and revealed one after the other.
     void reveal(const NodeRef& node);
     void openEditor(const NodeRef& node);
-    /// The edited node is gone.
+    /// The edited node was removed.
     void dropEditorWithoutNode();
     void startDrag();
 
@@ -67,7 +67,7 @@ class TreeWidget : public QTreeView {
     void clickByKey(MouseButtons buttons, const QModelIndex& index);
     void doubleClickByKey(const QModelIndex& index);
 
-    /// What carries a node about. By keys it is taken up, and dropped at the current row.
+    /// How a node is dragged. With keys it is picked up and dropped at the current row.
     enum class Drag { none, byMouse, byKeys };
     [[nodiscard]] bool dragging() const { return drag_ != Drag::none; }
     void takeUpByKeys();
@@ -91,14 +91,15 @@ class TreeWidget : public QTreeView {
     QPersistentModelIndex toReveal_;
     QTimer revealTimer_;
     QTimer dragScrollTimer_;
-    /// The last press on a node by mouse: where on the screen, and when by the events' own clock.
+    /// The last mouse press on a node: its screen position, and its time by the clock of the
+    /// events.
     QPoint pressedAt_;
     quint64 pressedMilliseconds_ = 0;
     bool watchingRelease_ = false;
     bool movedFar_ = false;
     Drag drag_ = Drag::none;
     bool takingUp_ = false;
-    /// The node that the drag was over last, empty for no node; nothing before it was anywhere.
+    /// The node that the drag was last over, empty for no node; no value before the first one.
     std::optional<NodeRef> over_;
     bool showingSelection_ = false;
 };

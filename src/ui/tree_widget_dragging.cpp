@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of the work tree's widget that carries a node about, by mouse and by keys. The pointer
-// is followed here and not by the desktop's drag and drop, which would keep the nodes' handlers
-// from running while the pointer moves.
+// The part of the work tree's widget that drags a node, by mouse and by keys. It follows the
+// pointer itself instead of using the desktop's drag and drop, which would prevent the nodes'
+// handlers from running while the pointer moves.
 #include <utility>
 #include <vector>
 
@@ -53,7 +53,7 @@ void TreeWidget::startDrag() {
         QGuiApplication::setOverrideCursor(QCursor(picture, 0, 0));
         dragScrollTimer_.start();
     } else {
-        // The pointer may be anywhere: the row itself shows that it has been taken up.
+        // The pointer may be anywhere: the row itself shows that it was picked up.
         delegate_->setCarried(tree_.selectedItem());
         viewport()->update();
     }
@@ -61,9 +61,9 @@ void TreeWidget::startDrag() {
 
 void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
-    // A pointer that stays tells so again and again. The handler takes each telling for a change,
-    // and needs two of them to settle over a group. Where there is no group it never settles: the
-    // carried node would go to and fro.
+    // A resting pointer sends repeated events. The handler treats each event as a change, and needs
+    // two of them to settle over a group. Without a group it never settles: the dragged node would
+    // move back and forth.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }
@@ -119,7 +119,7 @@ void TreeWidget::takeUpByKeys() {
     run(tree_.onMouseMove, left, node);
     takingUp_ = false;
     if (!dragging()) {
-        // Not every node is carried; this one was clicked.
+        // Not every node can be dragged; this one was clicked.
         run(tree_.onMouseUp, left, node);
     }
 }
@@ -139,9 +139,9 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // As a pointer would that comes from the node's own row: the handler passes over the place
-    // where the move before has ended, until it has been told of another one. Then as one that
-    // rests on a group, where the handler settles at the second time.
+    // First as a pointer that comes from the node's own row: the handler ignores the position where
+    // the previous move ended until it has received another one. Then as a pointer that rests on a
+    // group, where the handler settles at the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);

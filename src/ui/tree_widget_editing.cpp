@@ -13,7 +13,7 @@
 namespace sonarith {
 
 QRect TreeWidget::labelRect(const QModelIndex& index) const {
-    // The style puts a margin at each side of the picture.
+    // The style adds a margin at each side of the picture.
     const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
     return visualRect(index).adjusted(iconSize().width() + 2 * margin, 0, 0, 0);
 }
@@ -28,7 +28,7 @@ void TreeWidget::openEditor(const NodeRef& node) {
     const QModelIndex index = model_.indexOf(node);
     scrollTo(index);
     editedIndex_ = index;
-    // Beside the tree and not in it: assistive programs see nothing in a tree but its nodes.
+    // A sibling of the tree and not its child: assistive programs see only the nodes in a tree.
     editor_ = new LabelEditor(toQString(node->text()), parentWidget());
     editor_->onFinished = [this](const QString& text) {
         finishEdit(text);
@@ -50,7 +50,7 @@ void TreeWidget::finishEdit(const QString& text) {
     const NodeRef& edited = tree_.editedNode();
     const bool changed = edited && toText(text) != edited->text();
     closeEditor(Focus::toTree);
-    // The handler may open the editor anew.
+    // The handler may open the editor again.
     if (changed) {
         tree_.finishLabelEdit(toText(text));
     } else {
@@ -64,7 +64,7 @@ void TreeWidget::closeEditor(Focus focus) {
     }
     LabelEditor* closing = std::exchange(editor_, nullptr);
     editedIndex_ = QModelIndex();
-    // It is left by now; the focus that it loses by hiding says nothing more.
+    // The edit has ended; the loss of focus by hiding must not be reported.
     closing->onFinished = [](const QString&) {
     };
     closing->onCancelled = [] {
@@ -73,7 +73,7 @@ void TreeWidget::closeEditor(Focus focus) {
         setFocus(Qt::OtherFocusReason);
     }
     closing->hide();
-    // It may be in the middle of its own event.
+    // It may be handling its own event.
     closing->deleteLater();
 }
 
@@ -86,7 +86,7 @@ void TreeWidget::dropEditorWithoutNode() {
 void TreeWidget::updateEditorGeometries() {
     QTreeView::updateEditorGeometries();
     if (editor_ && editedIndex_.isValid()) {
-        // What is scrolled out of sight does not stand over the tree's surroundings.
+        // Hidden when its node is scrolled out of view, so that it does not cover other widgets.
         const QRect seen = labelRect(editedIndex_) & viewport()->rect();
         editor_->setGeometry(QRect(viewport()->mapTo(parentWidget(), seen.topLeft()), seen.size()));
     }
@@ -112,8 +112,8 @@ bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {
     if (!second) {
         return false;
     }
-    // The first press of this double click has opened the editor; the second is meant for the
-    // tree, as if no editor stood in its way.
+    // The first press of this double click has opened the editor; the second one belongs to the
+    // tree.
     const NodeRef node = tree_.editedNode();
     tree_.cancelLabelEdit();
     closeEditor(Focus::toTree);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the windows' layouts have in common, in device-independent pixels.
+// Sizes shared by the layouts of the windows, in device-independent pixels.
 #pragma once
 
 namespace sonarith {
