@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The libraries that are called; docs/architecture.md says why these. Found here, at the top, so that
-# sources, tests and benchmarks see them alike.
+# The libraries that the program uses; docs/architecture.md gives the reasons. Found at the top level,
+# so that sources, tests and benchmarks use the same ones.
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
 if(SONARITH_DEVICES)
   find_package(Threads REQUIRED)
-  # Their headers: they are loaded when they are first called.
+  # Only their headers are needed: the libraries are loaded at the first call.
   pkg_check_modules(LATE REQUIRED libcdio libcdio_paranoia libcdio_cdda alsa sndfile libmpg123
                     samplerate)
 endif()

@@ -1,24 +1,24 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# How the folders under src/ become libraries and test programs. A module is a set of folders: its
-# sources are all *.cpp that are no tests, its test program all *_test.cpp beside them.
+# Builds libraries and test programs from the folders under src/. A module is a set of folders: its
+# sources are all *.cpp except tests, its test program consists of all *_test.cpp beside them.
 
 add_library(sonarith_flags INTERFACE)
 target_include_directories(sonarith_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
-# GCC 12 reports overlapping copies in std::string that cannot be (its bug 105651): -Wno-restrict.
+# -Wno-restrict: GCC 12 reports impossible overlapping copies in std::string (its bug 105651).
 target_compile_options(sonarith_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -Werror)
 if(SONARITH_SANITIZE)
   target_compile_options(sonarith_flags INTERFACE -fsanitize=${SONARITH_SANITIZE}
                                                   -fno-omit-frame-pointer
                                                   -fno-sanitize-recover=all)
-  # In instrumented std::string code GCC 12 sees bounds crossed that are not.
+  # GCC 12 reports false out-of-bounds accesses in instrumented std::string code.
   target_compile_options(
     sonarith_flags INTERFACE "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
   target_link_options(sonarith_flags INTERFACE -fsanitize=${SONARITH_SANITIZE})
 endif()
 
 # sonarith_module(NAME FILES pattern... [DEPENDS target...] [EXCLUDE pattern...])
-# Makes library sonarith_NAME and, with tests, the program NAME_test.
+# Creates library sonarith_NAME and, if tests are enabled, the program NAME_test.
 function(sonarith_module name)
   cmake_parse_arguments(PARSE_ARGV 1 M "" "" "FILES;DEPENDS;EXCLUDE")
   file(GLOB files CONFIGURE_DEPENDS ${M_FILES})
@@ -39,10 +39,10 @@ function(sonarith_module name)
   if(SONARITH_TESTS AND tests)
     add_executable(${name}_test ${tests})
     target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    # For the scripts in tools/ that make what a test reads.
+    # For the scripts in tools/ that create test data.
     target_compile_definitions(${name}_test PRIVATE SONARITH_SOURCES="${PROJECT_SOURCE_DIR}")
     target_link_libraries(${name}_test PRIVATE sonarith_${name} GTest::gmock_main)
-    # To optimize what the sanitizers add to a test would take half of its build.
+    # Optimizing the code that the sanitizers add to a test would take half of its build time.
     target_compile_options(${name}_test PRIVATE -O0)
     list(TRANSFORM M_FILES REPLACE "/[^/]*$" "" OUTPUT_VARIABLE folders)
     list(REMOVE_DUPLICATES folders)

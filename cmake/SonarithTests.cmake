@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# How tests are given to CTest. ./test chooses among them by name: "MODULE.tests", "e2e.SCRIPT",
+# Adds tests to CTest. ./test selects them by name: "MODULE.tests", "e2e.SCRIPT",
 # "fuzz.TARGET", "lint.CHECK".
 set(SONARITH_PYTHON /usr/bin/python3) # Debian's own: its accessibility modules are for no other
 set(SONARITH_TEST_TOOLS ${PROJECT_SOURCE_DIR}/tools/testing)
 
-# What the thread sanitizer does not run: tests that take it longest and know one thread only.
+# Excluded under the thread sanitizer: the slowest tests that use only one thread.
 if(SONARITH_SANITIZE STREQUAL "thread")
   set(SONARITH_EXCLUDED_TESTS
       SegmentDecoderTest.*
@@ -14,7 +14,7 @@ list(JOIN SONARITH_EXCLUDED_TESTS ":" SONARITH_EXCLUDED_TESTS)
 
 # sonarith_remembered_test(NAME INPUTS file... COMMAND argument...)
 # Adds a test that is skipped once it has passed with the same command and content of the inputs.
-# Verdicts are in the build folder; ./test forgets those of tests that are asked for by name.
+# Results are in the build folder; ./test discards those of tests that are selected by name.
 function(sonarith_remembered_test name)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "INPUTS;COMMAND")
   add_test(NAME ${name}
@@ -25,11 +25,11 @@ function(sonarith_remembered_test name)
 endfunction()
 
 # sonarith_unit_tests(MODULE FOLDERS folder...)
-# Adds the test "MODULE.tests", which runs the tests of program MODULE_test in one process: one for
-# each test would cost more than the tests do. Its labels are "unit" and the folders below src/.
+# Adds the test "MODULE.tests", which runs the tests of program MODULE_test in one process: one process
+# per test would take longer than the tests. Its labels are "unit" and the folders below src/.
 function(sonarith_unit_tests module)
   cmake_parse_arguments(PARSE_ARGV 1 T "" "" "FOLDERS")
-  # Programs of the tests make their material with the scripts in tools/.
+  # The test programs create their data with the scripts in tools/.
   file(GLOB scripts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/*.py)
   sonarith_remembered_test(
     ${module}.tests

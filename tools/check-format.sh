@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Every C++ source stands as .clang-format says.
+# Checks that every C++ source is formatted according to .clang-format.
 set -u
 cd "$(dirname "$0")/.." || exit 1
 mapfile -t sources < <(find src tests bench -name '*.h' -o -name '*.cpp')

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Makes a disc image for tests and demonstrations; equal arguments make equal bytes.
+"""Creates a disc image for tests and demonstrations; equal arguments produce equal bytes.
 
     make_disc_image.py OUTDIR [--name demo] [--tracks 3] [--seconds 4] [--sectors N] [--pause N]
                        [--layout cue|cue-multi|motorola|wave|toc] [--signal ramp|music] [--data N]
@@ -25,14 +25,14 @@ FRAME_RATE = SECTORS_PER_SECOND * FRAMES_PER_SECTOR
 BYTES_PER_SECTOR = 2352
 RAMP_MARK = 0x5A5A
 
-# Four chords (whole hertz, so that one second of each repeats without a seam) that every tune of
-# the demonstration walks through from another one on.
+# Four chords of whole hertz, so that one second of each repeats without a gap. Every tune of the
+# demonstration plays them in order, each tune starting with another one.
 CHORDS = ((262, 330, 392, 523), (220, 262, 330, 440), (175, 262, 349, 440), (196, 247, 294, 392))
 PEAK = 0.6 * 32767
 
 
 def interleaved(left, right):
-    """Signed 16 bit samples in the machine's order, left and right by turns."""
+    """Signed 16 bit samples in the machine's byte order, left and right interleaved."""
     samples = array.array("h", bytes(4 * len(left)))
     samples[0::2] = left
     samples[1::2] = right
@@ -51,7 +51,7 @@ def ramp(first, frames):
 
 
 def chord_second(chord):
-    """One second of a chord for each channel; the right one leans to the higher notes."""
+    """One second of a chord for each channel; the higher notes are louder in the right one."""
     turn = 2 * math.pi / FRAME_RATE
     channels = []
     for weights in ((0.4, 0.3, 0.2, 0.1), (0.25, 0.25, 0.25, 0.25)):
@@ -61,7 +61,7 @@ def chord_second(chord):
 
 
 def music(track, frames):
-    """A short tune: a chord a second, each struck and dying away, faded in and out as a whole."""
+    """A short tune: one decaying chord per second, with a fade-in and a fade-out of the whole."""
     seconds = {chord: chord_second(chord) for chord in CHORDS}
     fade = min(FRAME_RATE // 2, frames // 2) or 1
     decay = [min(n / 400, 1.0) * math.exp(-2.0 * n / FRAME_RATE) for n in range(FRAME_RATE)]
@@ -78,7 +78,7 @@ def music(track, frames):
 
 
 def ordered(samples, order):
-    """The samples' bytes, "little" or "big" end first."""
+    """The samples as bytes in the order "little" or "big" endian."""
     if sys.byteorder != order:
         samples = array.array("h", samples)
         samples.byteswap()
@@ -98,7 +98,7 @@ def write_wave(path, samples):
 
 
 def make_parts(options):
-    """For each track its pause in sectors, and the samples of the pause and of the track."""
+    """For each track the length of its pause in sectors, and the samples of pause and track."""
     parts = []
     at = 0
     for number in range(1, options.tracks + 1):

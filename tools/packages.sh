@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The Debian 12 packages that Sonarith needs, and how they get onto the machine. Sourced by ./run
+# The Debian 12 packages that Sonarith needs, and a function that installs them. Sourced by ./run
 # and ./test.
 
 build_packages=(
@@ -7,7 +7,7 @@ build_packages=(
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev libxcb1-dev
 )
-# For a machine without a display: a virtual one, and what plays a person in front of it.
+# For a machine without a display: a virtual display, and tools that simulate user input.
 demo_packages=(
   xvfb openbox xdotool imagemagick x11-utils dbus at-spi2-core python3-gi
   gir1.2-atspi-2.0 fonts-dejavu-core
@@ -17,7 +17,7 @@ test_packages=(
   libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123 trayer
 )
 
-# install_missing PACKAGE... : installs those that are not there, saying so; quiet if none is missing.
+# install_missing PACKAGE... : installs the missing packages with a message; silent if none is missing.
 install_missing() {
   local missing=() package
   for package in "$@"; do

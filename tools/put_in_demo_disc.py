@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Puts a small demo disc, made on the spot, into the drive of a machine that has no optical drive
-and whose user has chosen none. Everything else in the settings store stays as it is."""
+"""Creates a small demo disc image and selects it as the drive, if the machine has no optical drive
+and its user has chosen none. Everything else in the settings store stays unchanged."""
 import glob
 import os
 import pathlib
@@ -20,7 +20,7 @@ DISC = (
 
 
 def with_drive(lines, drive):
-    """The store's lines with the demo disc as the drive; None if a drive is chosen already."""
+    """The store's lines with the demo disc as the drive; None if a drive is already chosen."""
     section = None
     for number, line in enumerate(lines):
         text = line.strip()
@@ -39,10 +39,10 @@ def with_drive(lines, drive):
 def main():
     if glob.glob("/dev/sr*"):
         return 0
-    # Bytes that are no UTF-8 in a stored path pass through unchanged.
+    # Preserves bytes in a stored path that are not UTF-8.
     text = STORE.read_text(encoding="utf-8", errors="surrogateescape") if STORE.exists() else ""
     cue = DISC / "demo.cue"
-    # The store's writing of a value: a backslash or a quote would have to be escaped.
+    # The store's form of a value: backslashes must be escaped.
     lines = with_drive(text.splitlines(), str(cue).replace("\\", "\\\\"))
     if lines is None:
         return 0
