@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Holds every #include below src/ against the floors of the house (docs/architecture.md).
+"""Checks every #include below src/ against the layers of the program (docs/architecture.md).
 
-A file may include from its own floor's folder and from floors below; floors 0 to 3 know no
-library but the standard one and utf8proc. Folders of one floor may know each other, but not in a
-circle. Exits 1 and names each arrow that runs back up, and each folder on a circle.
+A file may include from its own folder of its layer and from lower layers. Layers 0 to 3 may use
+only the standard library and utf8proc. Folders of one layer may include each other, but not in a
+cycle. Exits with 1 and lists each include that breaks a rule, and each folder in a cycle.
 """
 import pathlib
 import re
@@ -24,20 +24,20 @@ FLOORS = [
     (2, r"(extraction|conversion|worktree|playlist|player|finder|desktop)/"),
     (3, r"app/"),
 ]
-# On floor 4 each house knows the floors below and these folders of its own floor.
+# In layer 4 each module may include lower layers and these folders of its own layer.
 NEIGHBOURS = {
     "ui": ("ui/", "platform/qt/"),
     "platform/linux/late": ("platform/linux/late/",),
     "platform/linux": ("platform/linux/",),
     "platform/qt": ("platform/qt/",),
 }
-# What a floor-4 folder does not know of the floors below: devices know no application.
+# Folders of layer 4 that may include only layer 0 below them: devices do not know the application.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
-# Libraries by the folder that may call them; floors 0 to 3 have the first row alone.
+# Libraries by the folder that may use them; layers 0 to 3 may use only the first row.
 LIBRARIES = {
     "": r"utf8proc\.h",
     "platform/linux": r"(sys|linux)/.*|(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
-    # Loaded when they are first called: whoever included their headers would be linked to them.
+    # Loaded at the first call; including their headers elsewhere would link the program to them.
     "platform/linux/late": r"(cdio|alsa)/.*|(sndfile|samplerate|mpg123|dlfcn)\.h",
     "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
@@ -66,27 +66,27 @@ def wrong_arrow(path, bracket, target):
     floor, house = floor_of(path), house_of(path)
     is_test = bool(re.search(r"(_test\.cpp|_fixture\.h)$", path))
     if floor is None:
-        return "stands on no floor"
+        return "belongs to no layer"
     if bracket == "<":
         allowed = [LIBRARIES[""], LIBRARIES.get(house, "")]
         if is_test:
             allowed.append(r"(gtest|gmock|fontconfig)/.*|Q\w+|sys/.*|(fcntl|unistd|signal)\.h")
         known = STANDARD.fullmatch(target) or any(re.fullmatch(a, target) for a in allowed if a)
-        return None if known else f"floor {floor} does not know <{target}>"
+        return None if known else f"layer {floor} may not use <{target}>"
     if is_test and target.startswith("support/"):
         return None
     other = floor_of(target)
     if other is None:
-        return f'"{target}" stands on no floor'
+        return f'"{target}" belongs to no layer'
     if floor == 5:
         return None
     if other > floor:
-        return f'an arrow up, from floor {floor} to floor {other}: "{target}"'
+        return f'an include of a higher layer, from {floor} to {other}: "{target}"'
     if floor == 4:
         if other == 4 and not target.startswith(NEIGHBOURS[house]):
-            return f'another house of floor 4: "{target}"'
+            return f'an include of another module of layer 4: "{target}"'
         if other in (1, 2, 3) and house in BELOW_ONLY_PLATFORM:
-            return f'devices know the platform alone: "{target}"'
+            return f'devices may include only the platform: "{target}"'
     return None
 
 
@@ -99,13 +99,13 @@ def arrows(root):
 
 
 def peers(path, target):
-    """The two folders of an arrow within a floor; None for other arrows. Floor 0 is one folder."""
+    """The two folders of an include within a layer; None for others. Layer 0 counts as one folder."""
     floor, folders = floor_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if floor and floor == floor_of(target) and folders[0] != folders[1] else None
 
 
 def on_circles(links):
-    """The folders from which arrows lead back to themselves, of those that each folder includes."""
+    """The folders in cycles; `links` maps each folder to the folders that it includes."""
     reached = {folder: set(others) for folder, others in links.items()}
     for _ in links:
         for others in reached.values():
@@ -114,7 +114,7 @@ def on_circles(links):
 
 
 def self_test():
-    """The check must be able to fail: each made-up arrow is wrong or right as stated."""
+    """Tests the check itself with includes that are known to be wrong or right."""
     wrong = [
         ("platform/controls/a.h", '"', "forms/form1.h"),
         ("settings/a.h", '"', "extraction/b.h"),
@@ -138,12 +138,12 @@ def self_test():
     if peers("finder/a.h", "worktree/b.h") != ["finder", "worktree"]:
         failures.append("finder to worktree")
     if peers("finder/a.h", "forms/form1.h") or peers("platform/a.h", "platform/text/b.h"):
-        failures.append("arrows that are not between folders of a floor")
+        failures.append("includes that are not between folders of a layer")
     circle = {"a": {"b"}, "b": {"c"}, "c": {"d"}, "d": {"b"}}
     if on_circles(circle) != ["b", "c", "d"] or on_circles({"a": {"b", "c"}, "b": {"c"}}):
-        failures.append("circles")
+        failures.append("cycles")
     for arrow in failures:
-        print("the check itself judges wrongly:", arrow)
+        print("the check itself gives a wrong result for:", arrow)
     return not failures
 
 
@@ -161,8 +161,8 @@ def main():
             links.setdefault(pair[0], set()).add(pair[1])
     for folder in on_circles(links):
         found += 1
-        print(f"src/{folder}: its includes lead back to it")
-    print(f"{count} includes looked at, {found} run against the floors")
+        print(f"src/{folder}: it is in a cycle of includes")
+    print(f"{count} includes checked, {found} break the rules of the layers")
     return 0 if self_test() and count and not found else 1
 
 
