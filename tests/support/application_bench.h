@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The whole application over a machine of fakes, with a simulated disc, in virtual time.
+// The whole application on a machine of fakes, with a simulated disc, in virtual time.
 //
 //     ApplicationBench bench({60000, 30000});
 //     bench.application.start();
@@ -20,9 +20,9 @@ namespace sonarith::test {
 
 class ApplicationBench : public FakeMachine {
   public:
-    /// Where captures land in a fresh store, as the logic names it.
+    /// Destination folder of captures in a new store, in the logic's form.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
-    /// Of the disc that stands in the drive.
+    /// Identity of the disc in the drive.
     static std::string savedAs(int track) {
         return destination + "\\24106954-" + std::to_string(track) + ".wav";
     }
@@ -44,7 +44,7 @@ class ApplicationBench : public FakeMachine {
             }
         }
     }
-    /// Runs `step`; whether it ended the program.
+    /// Runs `step`; returns whether it ended the program.
     template <typename Step>
     bool endsProgram(Step step) {
         try {
@@ -57,7 +57,7 @@ class ApplicationBench : public FakeMachine {
     [[nodiscard]] bool commandsOpen() const {
         return form.mnuFile.enabled() && form.Copt.enabled();
     }
-    /// Whether nothing is left running or open of any capture.
+    /// Whether no capture is running and no device is open.
     [[nodiscard]] bool idle() const {
         return !form.tmrRecord.enabled() && !disc.discOpen() && !disc.recorderOpen();
     }

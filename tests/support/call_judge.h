@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands between a step and the kernel: chosen system calls come before a function of the test,
-// which lets each through, has it fail, or holds it as a device does that hangs. Other threads of
-// the process are not touched, and nothing has to be undone.
+// Intercepts chosen system calls of a step: a function of the test lets each call through, makes it
+// fail, or holds it as a hanging device does. Other threads of the process are not affected, and
+// nothing has to be undone.
 #pragma once
 
 #include <atomic>
@@ -24,16 +24,17 @@ namespace sonarith::test {
 
 class CallJudge {
   public:
-    /// What becomes of a call: `letThrough`, `hold` until `release`, or an errno that it fails
-    /// with.
+    /// What happens to a call: `letThrough`, `hold` until `release`, or the errno with which it
+    /// fails.
     static constexpr int letThrough = 0;
     static constexpr int hold = -1;
-    /// On a thread of its own, for one call after the other. The sanitizers call `write`, too.
+    /// Runs on a thread of its own, for one call after the other. The sanitizers call `write`, too.
     using Verdict = std::function<int(const seccomp_data& call)>;
 
-    /// Runs `body` on a thread of its own; its calls of those numbers (SYS_...), and the calls of
-    /// all threads that it starts, are judged. Returns when the last of these threads has ended;
-    /// what is still held when `body` returns is released. False if the kernel has no such filters.
+    /// Runs `body` on a thread of its own and intercepts the calls with those numbers (SYS_...),
+    /// also of all threads that it starts. Returns when the last of these threads has ended; calls
+    /// that are still held when `body` returns are released. False if the kernel has no such
+    /// filters.
     [[nodiscard]] static bool run(const std::vector<std::uint32_t>& numbers, Verdict verdict,
                                   const std::function<void(CallJudge&)>& body) {
         CallJudge judge(std::move(verdict));
@@ -57,7 +58,7 @@ class CallJudge {
         return judged;
     }
 
-    /// The device has come back: every call is let through from now on. Those that are held get
+    /// The device responds again: every call is let through from now on. Held calls are let
     /// through, too, or fail with `error` (an errno value).
     void release(int error = letThrough) {
         heldVerdict_ = error;
@@ -69,7 +70,7 @@ class CallJudge {
   private:
     explicit CallJudge(Verdict verdict) : verdict_(std::move(verdict)) {}
 
-    /// The descriptor on which the calls arrive, or -1.
+    /// The descriptor through which the calls arrive, or -1.
     static int install(const std::vector<std::uint32_t>& numbers) {
         std::vector<sock_filter> steps{
             BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
@@ -91,7 +92,7 @@ class CallJudge {
             return;
         }
         std::vector<std::uint64_t> heldCalls;
-        // Looks up from time to time: `release` must make no call that could be judged itself.
+        // Polls with a timeout: `release` must make no call that could itself be intercepted.
         constexpr int lookUpMilliseconds = 2;
         for (pollfd calls{listener, POLLIN, 0};;) {
             calls.revents = 0;
@@ -115,7 +116,7 @@ class CallJudge {
                 }
                 heldCalls.clear();
             }
-            if ((calls.revents & POLLHUP) != 0) { // nobody is left
+            if ((calls.revents & POLLHUP) != 0) { // no thread is left
                 ::close(listener);
                 return;
             }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter with the disc device open, and discs to put into its drive.
+// An interpreter with the disc device open, and discs for its drive.
 #pragma once
 
 #include <gtest/gtest.h>

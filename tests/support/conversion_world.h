@@ -16,7 +16,7 @@
 namespace sonarith::test {
 
 struct ConversionWorld : WorkTreeWorld {
-    /// A file, and the calls that decode it.
+    /// Adds a file, and returns the calls that decode it.
     inline static const std::string source = "c:\\mp3\\Song.mp3";
     inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
     inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";

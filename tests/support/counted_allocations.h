@@ -12,7 +12,7 @@ namespace sonarith::test {
 
 inline std::atomic<long> allocationCount = 0;
 
-/// How many allocations `step` makes, on any thread.
+/// Number of allocations by `step`, on any thread.
 template <typename Step>
 [[nodiscard]] long allocationsOf(Step step) {
     const long before = allocationCount;
@@ -29,7 +29,7 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
-// A sanitizer would bring its own of this one, whose memory is not malloc's.
+// Under a sanitizer the default version of this one would not use malloc's memory.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++sonarith::test::allocationCount;
     return std::malloc(size > 0 ? size : 1);

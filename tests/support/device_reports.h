@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps what the pumps say of their devices. Any thread may report and look.
+// Keeps the reports of the pumps about their devices. Any thread may report and read.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace sonarith::fakes {
 
-/// What a pump has reported, on whichever thread.
+/// The reports of a pump, from any thread.
 class DeviceReports {
   public:
     [[nodiscard]] sound::ReportDevice sink() {

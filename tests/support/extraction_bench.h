@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The extraction jobs, wired to the main window as the program wires them, over a simulated disc in
-// virtual time. Without the rest of the application.
+// The extraction jobs, wired to the main window as in the program, with a simulated disc in virtual
+// time. Without the rest of the application.
 //
 //     ExtractionBench bench({60000, 30000});
 //     bench.insertDisc();                     // lists and lengths as an inspection leaves them
@@ -33,7 +33,7 @@ class ExtractionBench : public FakeMachine {
         : disc(loop, std::move(lengthsMs)) {
         form.load();
         media.device = disc.device();
-        // Saved captures exist, long enough to enter the tree.
+        // Saved captures exist and are long enough to be added to the tree.
         disc.onSave = [this](const SavedCapture& save) {
             files.addFile(save.path, std::string(200, 'w'));
         };
@@ -45,19 +45,19 @@ class ExtractionBench : public FakeMachine {
             form.Timer1.setEnabled(false);
             form.ClearActivity();
         };
-        // The groups that the jobs read or add to.
+        // The groups that the jobs read or extend.
         for (const char* group :
              {"Selected Tracks", "Available Tracks", "WAV Files", "MP3 Files"}) {
             static_cast<void>(form.TreeView1.add(nullptr, std::string("g ") + group, group, 2, 5));
         }
     }
 
-    /// Inspects the disc and forgets the commands of it.
+    /// Inspects the disc and clears the log of its commands.
     void insertDisc() {
         inspection.InspectCD();
         media.log.clear();
     }
-    /// Selects the node of this text, adding one if there is none.
+    /// Selects the node with this text; adds it if there is none.
     void select(const std::string& text) {
         for (int i = 1; i <= form.TreeView1.count(); ++i) {
             if (form.TreeView1.node(i)->text() == text) {
@@ -74,14 +74,14 @@ class ExtractionBench : public FakeMachine {
             form.lstRecord.addItem(form.lstTracks.list(track - 1));
         }
     }
-    /// Whether the commands of the window are open.
+    /// Whether the commands of the window are enabled.
     [[nodiscard]] bool commandsOpen() const {
         return form.mnuFile.enabled() && form.Copt.enabled() && form.C777.enabled();
     }
     [[nodiscard]] long timesSent(const std::string& command) const {
         return std::count(media.log.begin(), media.log.end(), command);
     }
-    /// Whether nothing is left running or open of any capture.
+    /// Whether no capture is running and no device is open.
     [[nodiscard]] bool idle() const {
         return !form.tmrRecord.enabled() && !disc.discOpen() && !disc.recorderOpen();
     }
@@ -99,7 +99,7 @@ class ExtractionBench : public FakeMachine {
     TrackCapture& capture = jobs.capture;
 };
 
-/// A disc of tracks of one second each, all of them queued, "Selected Tracks" selected.
+/// A disc of tracks of one second each, all of them queued, with "Selected Tracks" selected.
 class QueueBench : public ExtractionBench {
   public:
     explicit QueueBench(int tracks)
@@ -120,7 +120,7 @@ class QueueBench : public ExtractionBench {
     }
 };
 
-// The commands that start a track, but for the last one, which tells from where it is played.
+// The commands that start a track, except for the last one, which contains the position.
 inline constexpr const char* openRecorder = "open new type waveaudio alias capture";
 inline constexpr const char* setStereo =
     "set capture samplespersec 44100 channels 2 bitspersample 16 "

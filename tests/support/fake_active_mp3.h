@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// MP3 controls for tests, in virtual time over files in memory: a decoding takes as long as is set,
-// and leaves a WAV file at its end or when it is stopped. All controls share one script and one
-// log.
+// MP3 controls for tests, in virtual time with files in memory: a decoding takes a configured time
+// and leaves a WAV file when it ends or is stopped. All controls share one script and one log.
 //
 //     FakeMp3Controls mp3{loop, disk};
 //     mp3.duration = 2000ms;                       // of every decoding from now on
@@ -32,15 +31,15 @@ class FakeMp3Controls final : public Mp3Controls {
 
     std::chrono::milliseconds duration{1000};
     std::int32_t length = 1000;
-    /// In place of the position that follows from the time.
+    /// Replaces the position that is derived from the time.
     std::optional<std::int32_t> position;
-    /// The Error of every setting of the source, of every start and of every stop.
+    /// Error returned when the source is set, at every start and at every stop.
     std::optional<Error> failSource;
     std::optional<Error> failDecode;
     std::optional<Error> failStop;
-    /// Runs at each call that is logged, with what is logged.
+    /// Runs at each logged call, with the log entry.
     std::function<void(const std::string&)> onCall;
-    /// Bytes of a whole result, and of one that was stopped.
+    /// Size in bytes of a complete result, and of a stopped one.
     std::size_t wholeBytes = 4000;
     std::size_t partialBytes = 400;
 
@@ -50,9 +49,9 @@ class FakeMp3Controls final : public Mp3Controls {
     std::vector<std::string> log;
     /// Reads of Busy, Length and Position, oldest first.
     std::vector<std::string> reads;
-    /// Results written, whole ones alone.
+    /// Paths of complete results.
     std::vector<std::string> finished;
-    /// Controls made so far.
+    /// Number of controls created so far.
     int created = 0;
     /// Whether any control is decoding.
     [[nodiscard]] bool busy() const {
@@ -126,7 +125,7 @@ class FakeMp3Controls final : public Mp3Controls {
             }
             job_ = std::make_shared<Job>(Job{source_, path, all_.loop_.now()});
             all_.jobs_.push_back(job_);
-            // A job that was stopped, or whose control is gone, never ends by itself.
+            // A stopped job, or one whose control was destroyed, never ends by itself.
             all_.loop_.after(all_.duration, [&all = all_, job = std::weak_ptr<Job>(job_)] {
                 if (const auto kept = job.lock()) {
                     kept->done = true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // An open file of FakeFileSystem: its bytes in memory. It stays usable when the file is renamed or
-// removed, as an open file of the machine does.
+// removed, as a real open file does.
 #pragma once
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace sonarith::test {
 class FakeBinaryFile final : public BinaryFile {
   public:
     enum class Use { read, write };
-    /// Asked before each read and write, which it may refuse; logs it.
+    /// Called before each read and write, which it may refuse; logs it.
     using Gate =
         std::function<std::optional<Error>(Use use, std::int64_t offset, std::size_t bytes)>;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Folders in memory for walks. Entries come in the order in which they were added, after "." and
-// ".." unless a folder is to have none; names are found without regard to case.
+// Folders in memory for walks. Entries are listed in the order in which they were added, after "."
+// and ".." unless a folder is to have none; names are found regardless of case.
 //
 //     FakeDirectories disk;
 //     disk.addFile("c:\\music\\A.WAV");                     // with the folders above it
@@ -43,16 +43,16 @@ class FakeDirectories final : public Directories {
     void removeFolder(const std::string& path) { folders_.erase(caseFolded(plain(path))); }
     void makeUnreadable(const std::string& path) { unreadable_.insert(caseFolded(plain(path))); }
     void withoutDots(const std::string& path) { dotless_.insert(caseFolded(plain(path))); }
-    /// FindFirst() answers 0 for this folder.
+    /// FindFirst() returns 0 for this folder.
     void answerZeroFor(const std::string& path) { zero_.insert(caseFolded(plain(path))); }
-    /// Runs at each FindFirst(), before its answer.
+    /// Runs at each FindFirst(), before it returns.
     std::function<void()> whileListing;
 
     // --- what a test looks at --------------------------------------------------------------
 
-    /// The patterns given to FindFirst(), oldest first.
+    /// The patterns passed to FindFirst(), oldest first.
     std::vector<std::string> listed;
-    /// The handles given to FindClose(), oldest first.
+    /// The handles passed to FindClose(), oldest first.
     std::vector<FindHandle> closed;
     int walksStarted = 0;
 
@@ -136,7 +136,7 @@ class FakeDirectories final : public Directories {
     };
 
     static bool isRoot(const std::string& path) { return path.size() == 3; }
-    /// Without a backslash at the end but for a root.
+    /// Without a backslash at the end, except for a root.
     static std::string plain(std::string path) {
         while (path.size() > 3 && path.back() == '\\') {
             path.pop_back();

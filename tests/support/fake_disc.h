@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc and a drive for tests: sound that can be told apart sample by sample, and state that can
-// be looked at and changed. They hold no threads and read no files.
+// A disc and a drive for tests: audio that differs from sample to sample, and state that tests can
+// read and change. They have no threads and read no files.
 #pragma once
 
 #include <atomic>
@@ -15,7 +15,7 @@
 
 namespace sonarith::fakes {
 
-/// A table of audio tracks with these lengths in sectors.
+/// A table of contents of audio tracks with these lengths in sectors.
 inline disc::Table audioTable(const std::vector<std::int64_t>& sectors) {
     disc::Table table;
     for (const std::int64_t length : sectors) {
@@ -24,13 +24,13 @@ inline disc::Table audioTable(const std::vector<std::int64_t>& sectors) {
     return table;
 }
 
-/// A disc whose sound is computed: no two near frames are equal, and none is silent.
+/// A disc with computed audio: no two neighbouring frames are equal, and none is silent.
 class FakeDisc : public disc::Disc {
   public:
     explicit FakeDisc(disc::Table table, std::string remark = {})
         : table_(std::move(table)), remark_(std::move(remark)) {}
 
-    /// The frame at `index` of the time line.
+    /// The frame at `index` of the disc.
     [[nodiscard]] static sound::StereoFrame frameAt(std::int64_t index) {
         // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
         return {static_cast<std::int16_t>(1 + index % 32749),
@@ -49,13 +49,13 @@ class FakeDisc : public disc::Disc {
         }
         return damage;
     }
-    /// What damageIn() tells of; the sound is whole all the same.
+    /// The result of damageIn(); the audio itself is undamaged.
     std::vector<std::int64_t> silentSectors;
     std::vector<std::int64_t> guessedSectors;
 
-    /// From here on every read says that the medium is gone.
+    /// From now on every read reports that the medium was removed.
     void vanish() { vanished_ = true; }
-    /// Reads outside the time line, or of broken sectors.
+    /// Number of reads outside the disc, or of bad sectors.
     [[nodiscard]] int wrongReads() const { return wrongReads_; }
 
   private:
@@ -82,7 +82,7 @@ class FakeDisc : public disc::Disc {
     std::atomic<int> wrongReads_ = 0;
 };
 
-/// A drive with a tray. What `disc` holds is in it, unless the tray is open.
+/// A drive with a tray. It contains `disc`, unless the tray is open.
 class FakeDrive : public disc::Drive {
   public:
     explicit FakeDrive(std::shared_ptr<disc::Disc> inserted = nullptr)
@@ -106,7 +106,7 @@ class FakeDrive : public disc::Drive {
     std::shared_ptr<disc::Disc> disc;
     disc::DriveKind driveKind = disc::DriveKind::optical;
     bool trayOpen = false;
-    bool unreadable = false; ///< there is a disc, and its table cannot be read
+    bool unreadable = false; ///< there is a disc, but its table of contents cannot be read
     int loads = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A file dialog for tests: the user's choices are put in line beforehand.
+// A file dialog for tests: the user's choices are queued in advance.
 //
 //     FakeFileDialog dialog;
 //     dialog.choices = {"c:\\music\\a.wav", std::nullopt};   // chosen, then cancelled
@@ -18,14 +18,14 @@ namespace sonarith::test {
 
 class FakeFileDialog final : public FileDialog {
   public:
-    /// Oldest first; nothing: cancelled, as is a dialog that finds none.
+    /// Oldest first; no value means cancelled, as does an empty queue.
     std::deque<std::optional<std::string>> choices;
-    /// What each dialog was shown with, oldest first: those for opening, and those for saving.
+    /// The requests of the dialogs, oldest first: those for opening, and those for saving.
     std::vector<FileDialogRequest> opened;
     std::vector<FileDialogRequest> savings;
-    /// In place of a choice: every dialog fails with it.
+    /// If set, every dialog fails with it.
     std::optional<Error> failure;
-    /// Runs while a dialog is up.
+    /// Runs while a dialog is open.
     std::function<void()> whileUp;
 
     Result<std::string> open(const FileDialogRequest& request) override {

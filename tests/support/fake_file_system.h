@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders in memory, found without regard to case as on the real one.
+// Files and folders in memory, found regardless of case as on the real file system.
 //
 //     FakeFileSystem disk;                                   // program folder c:\sonarith
 //     disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
@@ -46,7 +46,7 @@ class FakeFileSystem final : public FileSystem {
 
     void addDrive(char letter) { drives_.insert(lowerCase(std::string(1, letter))); }
     void removeDrive(char letter) { drives_.erase(lowerCase(std::string(1, letter))); }
-    /// With all folders above it.
+    /// Also adds all folders above it.
     void addFolder(const std::string& path) {
         const std::string full = absolute(path);
         addDrive(full[0]);
@@ -59,8 +59,8 @@ class FakeFileSystem final : public FileSystem {
             }
         }
     }
-    /// With all folders above it. Replaces the content of an existing one, which an opened file
-    /// sees.
+    /// Also adds all folders above it. Replaces the content of an existing file; files that are
+    /// open see the new content.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));
@@ -69,11 +69,12 @@ class FakeFileSystem final : public FileSystem {
         entry.folder = false;
         *entry.content = content;
     }
-    /// The date that fileDate() gives, for a file that exists; at first the clock's zero.
+    /// The result of fileDate() for an existing file; initially the clock's zero.
     void setFileDate(const std::string& path, FileTime date) {
         entries_.at(caseFolded(absolute(path))).date = date;
     }
-    /// From now on `operation` on `path` (as the call names it, made absolute; case-blind) fails.
+    /// From now on `operation` fails on `path` (as passed to the call, made absolute; ignoring
+    /// case).
     void failWith(Operation operation, const std::string& path, ErrorNumber number) {
         failures_.insert_or_assign(std::pair(operation, caseFolded(absolute(path))), number);
     }
@@ -85,9 +86,9 @@ class FakeFileSystem final : public FileSystem {
 
     // --- what a test looks at --------------------------------------------------------------
 
-    /// The changing calls, oldest first: the operation's name, a blank, its arguments as given.
-    /// Also "openBinary PATH read" ("write", "readWrite"), and of an opened file "readBinary PATH
-    /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path given to openBinary().
+    /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
+    /// Also "openBinary PATH read" ("write", "readWrite"), and for an open file "readBinary PATH
+    /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path passed to openBinary().
     std::vector<std::string> log;
 
     [[nodiscard]] bool folderExists(const std::string& path) const {
@@ -95,12 +96,13 @@ class FakeFileSystem final : public FileSystem {
         return isRoot(full) ? drives_.contains(lowerCase(full.substr(0, 1)))
                             : find(full) != nullptr && find(full)->folder;
     }
-    /// The content of a file; nothing if there is no such file.
+    /// The content of a file; no value if the file does not exist.
     [[nodiscard]] std::optional<std::string> content(const std::string& path) const {
         const Entry* entry = find(absolute(path));
         return entry != nullptr && !entry->folder ? std::optional(*entry->content) : std::nullopt;
     }
-    /// The full path of a file or folder in the case in which it was made; empty if there is none.
+    /// The full path of a file or folder in the case in which it was created; empty if it does not
+    /// exist.
     [[nodiscard]] std::string pathAsMade(const std::string& path) const {
         const Entry* entry = find(absolute(path));
         return entry != nullptr ? entry->path : std::string();
@@ -166,7 +168,7 @@ class FakeFileSystem final : public FileSystem {
         if (find(source) == nullptr) {
             return missing(source);
         }
-        // A colon behind the drive's own is part of no file name.
+        // A colon after the drive's own is not allowed in a file name.
         if (target.find(':', 2) != std::string::npos) {
             return {ErrorNumber::badFileName, "Bad file name or number"};
         }
@@ -263,7 +265,7 @@ class FakeFileSystem final : public FileSystem {
                : access == FileAccess::write ? "write"
                                              : "readWrite";
     }
-    /// Opening for writing: a missing file is made.
+    /// Opening for writing creates a missing file.
     Status create(const std::string& full) {
         const Entry* entry = find(full);
         if (isRoot(full) || (entry != nullptr && entry->folder)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A finder for tests: what it finds is set by folder and extension, and it logs what it is asked.
+// A finder for tests: its results are set by folder and extension, and it logs its calls.
 //
 //     FakeFolderScanner finder;
 //     finder.files["c:\\music"]["wav"] = {"c:\\music\\a.wav"};
@@ -18,13 +18,13 @@ namespace sonarith::test {
 
 class FakeFolderScanner final : public FolderScanner {
   public:
-    /// Folder, extension, paths. A folder that is not here does not exist.
+    /// Folder, extension, paths. A folder without an entry does not exist.
     std::map<std::string, std::map<std::string, std::vector<std::string>>> files;
     /// The folder of the next search.
     std::string folder = "c:\\sonarith";
     /// "folder PATH" and "search EXTENSION", oldest first.
     std::vector<std::string> log;
-    /// Runs inside each search, before its result is there.
+    /// Runs inside each search, before its result is available.
     std::function<void()> whileSearching;
     Form form{"frmsearch"};
     ListBox list{form, "lstfiles"};

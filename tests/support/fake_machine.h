@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A whole machine of fakes, and the platform made of it. Base class of the worlds in which the jobs
-// are tested.
+// A whole machine of fakes and its Platform. Base class of the worlds in which the jobs are tested.
 #pragma once
 
 #include "platform/platform.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the command devices ask of a machine, for tests of them: a transport that moves when it is
-// told to, and a recorder that only counts. No sound passes through either.
+// The machine behind the command devices, for their tests: a transport that moves on request, and a
+// recorder that only counts. It processes no audio.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace sonarith::fakes {
 
 class FakeTransport : public mci::Transport {
   public:
-    /// `seat` points at this transport for as long as it lives.
+    /// `seat` points at this transport while it exists.
     FakeTransport(std::shared_ptr<disc::Disc> disc, FakeTransport*& seat)
         : disc_(std::move(disc)), seat_(seat) {
         seat_ = this;
@@ -59,7 +59,7 @@ class FakeTransport : public mci::Transport {
     [[nodiscard]] std::chrono::milliseconds readingFor() override { return reading; }
     [[nodiscard]] bool gone() override { return isGone; }
 
-    /// Lets so much sound pass, if it plays.
+    /// Advances by so much audio, if it plays.
     void advance(std::int64_t frames) {
         if (mode_ != disc::PlayerMode::playing) {
             return;
@@ -94,9 +94,9 @@ class FakeTransport : public mci::Transport {
     disc::PlayerMode mode_ = disc::PlayerMode::stopped;
 };
 
-/// What a test sees of the recorders, which live inside their devices.
+/// State of the recorders, visible to tests; the recorders are inside their devices.
 struct RecorderState {
-    std::int64_t bytes = 0; ///< what a recorder has taken; the test sets it
+    std::int64_t bytes = 0; ///< number of bytes recorded; set by the test
     int channels = 0;       ///< of the latest start
     int living = 0;
     bool recording = false;
@@ -138,10 +138,10 @@ class FakeRecorder : public mci::Recorder {
     RecorderState& state_;
 };
 
-/// A machine of fakes. It outlives the interpreter that is given its devices().
+/// A machine of fakes. It must outlive the interpreter that receives its devices().
 struct FakeMachine {
     std::shared_ptr<FakeDrive> drive;   ///< a null pointer: the machine has no drive
-    FakeTransport* transport = nullptr; ///< the one made last, while it lives
+    FakeTransport* transport = nullptr; ///< the one created last, while it exists
     RecorderState recorder;
     test::FakeNotices notices;
 
@@ -156,7 +156,7 @@ struct FakeMachine {
         devices.recorder = [this] {
             return std::make_unique<FakeRecorder>(recorder);
         };
-        // "c:\x y\a.wav" lies at "/x y/a.wav" on this machine; other drives are not there.
+        // "c:\x y\a.wav" is "/x y/a.wav" on this machine; other drives do not exist.
         devices.path = [](const std::string& path) -> std::filesystem::path {
             if (path.size() < 2 || (path[0] != 'c' && path[0] != 'C') || path[1] != ':') {
                 return {};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests: every box is recorded and answered at once.
-// Answers of OK boxes need no script; for others put the answers into `answers` in order. Set
-// `whileUp` to let something happen while a box stands (yield the loop, stop the job...).
+// Message boxes for tests: every box is recorded and answered at once. OK boxes need no script; for
+// others put the answers into `answers` in order. `whileUp` runs while a box is open (yield the
+// loop, stop the job...).
 #pragma once
 
 #include <deque>
@@ -31,14 +31,14 @@ inline std::ostream& operator<<(std::ostream& out, const ShownBox& box) {
 
 class FakeMessageBoxes final : public MessageBoxes {
   public:
-    /// All boxes so far, oldest first. A box is entered when it opens.
+    /// All boxes so far, oldest first. A box is added when it opens.
     std::vector<ShownBox> shown;
-    /// Answers for the boxes that ask something, oldest first; one that finds none throws.
+    /// Answers for the boxes with a question, oldest first; a box without an answer throws.
     std::deque<BoxAnswer> answers;
-    /// Runs while a box is up, before its answer is taken. May show boxes itself.
+    /// Runs while a box is open, before its answer is read. May show boxes itself.
     std::function<void(const ShownBox&)> whileUp;
 
-    /// The texts alone, oldest first.
+    /// Only the texts, oldest first.
     [[nodiscard]] std::vector<std::string> texts() const {
         std::vector<std::string> all;
         for (const ShownBox& box : shown) {

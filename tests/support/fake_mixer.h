@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A mixer for tests: which lines and controls exist is set beforehand, values are kept, and every
-// operation is logged.
+// A mixer for tests: its lines and controls are configurable, values are kept, and every operation
+// is logged.
 //
 //     FakeMixer mixer;                                        // a whole card
 //     mixer.present = false;                                  // no mixer at all
@@ -44,8 +44,8 @@ class FakeMixer final : public Mixer {
     bool present = true;
     /// Every read or write of a control's value fails.
     bool detailsFail = false;
-    /// What was asked, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001",
-    /// "set 4 50030001 65535"; types in hexadecimal. The identifier 0 stands as "set none 65535".
+    /// The operations, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001", "set
+    /// 4 50030001 65535"; types in hexadecimal. Identifier 0 is logged as "set none 65535".
     std::vector<std::string> log;
     /// Runs with each entry of the log.
     std::function<void(const std::string&)> onOperation;
@@ -155,7 +155,7 @@ class FakeMixer final : public Mixer {
             return 0;
         }
     }
-    /// Not the component type itself, so that a caller who passes that on is found out.
+    /// Differs from the component type, to detect a caller that passes that on.
     static std::uint32_t lineId(std::uint32_t line) { return line + 1'000'000; }
     static std::uint32_t controlId(const Place& place) {
         return place.first * 16 + (place.second & 0xF) + (place.second >> 28);

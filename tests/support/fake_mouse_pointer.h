@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A mouse pointer that remembers every shape it was given.
+// A mouse pointer that records every shape that was set.
 #pragma once
 
 #include <vector>
@@ -10,7 +10,7 @@ namespace sonarith::test {
 
 class FakeMousePointer final : public MousePointer {
   public:
-    /// Oldest first; the last one is what stands now.
+    /// Oldest first; the last one is the current shape.
     std::vector<Pointer> shapes;
 
     void set(Pointer pointer) override { shapes.push_back(pointer); }

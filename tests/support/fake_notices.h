@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps what was reported to the user, in order. Any thread may report; a test reads from one.
+// Records the notices to the user in order. Any thread may report; a test reads on one thread.
 #pragma once
 
 #include <mutex>
@@ -21,7 +21,7 @@ class FakeNotices final : public Notices {
         const std::lock_guard lock(mutex_);
         texts_.push_back("settled " + cause + (text.empty() ? "" : ": " + text));
     }
-    /// All texts so far; a cause that no longer holds stands as "settled CAUSE: TEXT".
+    /// All texts so far; a cause that no longer holds is recorded as "settled CAUSE: TEXT".
     [[nodiscard]] std::vector<std::string> texts() const {
         const std::lock_guard lock(mutex_);
         return texts_;

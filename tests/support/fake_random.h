@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random fractions that a test chooses.
+// Random fractions chosen by the test.
 #pragma once
 
 #include "platform/random.h"
@@ -8,7 +8,7 @@ namespace sonarith::test {
 
 class FakeRandom final : public Random {
   public:
-    /// What every draw gives.
+    /// The result of every draw.
     float next = 0.5F;
     int reseeds = 0;
     int draws = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A settings store in memory that logs what is read and written.
+// A settings store in memory that logs reads and writes.
 #pragma once
 
 #include <map>
@@ -31,14 +31,15 @@ class FakeSettingsStore final : public SettingsStore {
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
-    /// How often a file would have been written: once for each change, or for each transaction.
+    /// How often a file would have been written: once for each change outside a transaction, and
+    /// once for each transaction.
     int fileWrites = 0;
 
-    /// Puts a value there before the test; not logged.
+    /// Sets a value before the test; not logged.
     void put(const std::string& section, const std::string& key, const std::string& value) {
         values_[{applicationName, section, key}] = value;
     }
-    /// What the store holds for the program's own application name.
+    /// The values under the program's own application name.
     [[nodiscard]] std::optional<std::string> held(const std::string& section,
                                                   const std::string& key) const {
         const auto found = values_.find({applicationName, section, key});

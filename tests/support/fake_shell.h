@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A desktop for tests: a screen of a set size, and a log of what was asked of it.
+// A desktop for tests: a screen of a configurable size, and a log of the requests.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sources and sinks for tests of the sound card: sound that can be told apart frame by frame, and
-// memories of what was heard. They hold no threads.
+// Sources and sinks for tests of the sound card: audio that differs from frame to frame, and sinks
+// that record it. They have no threads.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 
 namespace sonarith::fakes {
 
-/// Frame `index` of the test sound: never silent, and no two frames near each other are equal.
+/// Frame `index` of the test audio: never silent, and no two neighbouring frames are equal.
 inline sound::StereoFrame patternFrame(std::int64_t index) {
     // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
     return {static_cast<std::int16_t>(1 + index % 32749),
@@ -35,17 +35,17 @@ inline std::vector<sound::StereoFrame> silence(std::size_t count) {
     return std::vector<sound::StereoFrame>(count);
 }
 
-/// Delivers the test sound from frame 0 on.
+/// Delivers the test audio from frame 0 on.
 class PatternSource : public sound::SampleSource {
   public:
     static constexpr std::int64_t endless = std::numeric_limits<std::int64_t>::max();
-    /// How it says that it has given all of its frames.
+    /// How it reports that it has delivered all of its frames.
     explicit PatternSource(std::int64_t length = endless, sound::Supply end = sound::Supply::ended)
         : length_(length), end_(end) {}
 
-    /// From now on it has no more than `frames` to give, until it is told otherwise.
+    /// From now on it has only `frames` to deliver, until the next call.
     void allow(std::int64_t frames) { allowed_ = frames; }
-    /// From now on each pull gives a random part of what is asked for, nothing at all included.
+    /// From now on each pull delivers a random part of the requested frames, possibly none.
     void starveAtRandom(unsigned seed) {
         random_.seed(seed);
         erratic_ = true;
@@ -85,7 +85,7 @@ class PatternSource : public sound::SampleSource {
     std::mt19937 random_;
 };
 
-/// Delivers one and the same frame for ever.
+/// Delivers the same frame repeatedly.
 class ConstantSource : public sound::SampleSource {
   public:
     explicit ConstantSource(sound::StereoFrame frame) : frame_(frame) {}
@@ -98,7 +98,7 @@ class ConstantSource : public sound::SampleSource {
     sound::StereoFrame frame_;
 };
 
-/// Remembers every frame; any thread may look at them.
+/// Records every frame; any thread may read them.
 class MemorySink : public sound::RecordingSink, public sound::SpeakerSink {
   public:
     void record(std::span<const sound::StereoFrame> frames) override { keep(frames); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine's answers about itself for tests, each of which can be set. At first one fixed drive C.
+// Information about a machine for tests, each value configurable. Initially one fixed drive C.
 #pragma once
 
 #include <cstdint>
@@ -32,9 +32,9 @@ class FakeSystemInformation final : public SystemInformation {
     std::optional<std::string> windows;
     std::optional<std::string> computer;
     std::optional<std::string> user;
-    /// The roots of each question for the list, if set; else those of `drives`.
+    /// The roots returned by each query of the list, if set; else those of `drives`.
     std::function<std::vector<std::string>()> listOfRoots;
-    /// Roots whose space was asked for, oldest first.
+    /// Roots whose space was queried, oldest first.
     mutable std::vector<std::string> spaceAsked;
 
     [[nodiscard]] std::size_t logicalDriveStrings(std::string& buffer,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A notification area for tests: logs what is asked of it, and a panel that comes and goes.
+// A notification area for tests: logs its calls; its panel can appear and disappear.
 #pragma once
 
 #include <map>
@@ -12,7 +12,7 @@ namespace sonarith::test {
 
 class FakeTray final : public Tray {
   public:
-    /// "add TIP", "modify TIP", "remove"; with " failed" behind it where it was not done.
+    /// "add TIP", "modify TIP", "remove"; followed by " failed" if it was not done.
     std::vector<std::string> log;
     /// Tips by identifier.
     std::map<std::uint32_t, std::string> icons;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A wave input for tests: logs every operation, fails the ones it is told to, and fills buffers
-// when a test says so.
+// A wave input for tests: logs every operation, fails the configured ones, and fills buffers on
+// request.
 //
 //     FakeWaveInput input;
 //     input.failures["open"] = WaveResult::notEnabled;
@@ -22,7 +22,7 @@ class FakeWaveInput final : public WaveInput {
   public:
     /// By operation: "open", "prepare", "unprepare", "add", "start", "stop", "reset", "close".
     std::map<std::string, WaveResult> failures;
-    /// Operations with their results where they failed, oldest first.
+    /// Operations, with their results if they failed, oldest first.
     std::vector<std::string> log;
     /// Runs with each entry of the log.
     std::function<void(const std::string&)> onOperation;
@@ -30,7 +30,7 @@ class FakeWaveInput final : public WaveInput {
     WaveFormat format;
     bool isOpen = false;
     bool running = false;
-    /// Opens that succeeded.
+    /// Number of successful opens.
     int opened = 0;
 
     /// Marks the oldest buffer done.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What stands in a file, for tests that compare it.
+// Reads the content of a file, for tests that compare it.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace sonarith::test {
 
-/// Its bytes; "(none)" where there is no file that can be read.
+/// Its bytes; "(none)" if there is no readable file.
 inline std::string contentOf(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file finder over folders in memory, in virtual time, with the main window that it reaches
-// back for. Base class of the finder's tests.
+// The file finder on folders in memory, in virtual time, with the main window that it uses. Base
+// class of the finder's tests.
 //
 //     disk.addFile("c:\\music\\a.wav");
 //     search("c:\\music", ".wav");
@@ -40,7 +40,7 @@ struct FinderWorld : FakeMachine {
         windows.frmsearch.load();
     }
 
-    /// What the user does: chooses a folder and a type, and presses the button.
+    /// Simulates the user: chooses a folder and a type, and presses the button.
     void search(const std::string& folder, const std::string& type) {
         EXPECT_TRUE(finder.Dir1.setPath(folder).ok());
         finder.zFileExt.setText(type);

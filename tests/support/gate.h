@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A place where a thread can be held up, as by a device that hangs. For tests; any thread may use
-// it.
+// A gate that can block a thread, as a hanging device does. For tests; any thread may use it.
 #pragma once
 
 #include <condition_variable>

@@ -6,8 +6,8 @@
 //     EXPECT_TRUE(disk.waitForCall());                // its thread, or one that it made, is held
 //     disk.release();
 //
-// Only threads that `run` makes, and those that they make, are held: the test itself goes on, and
-// notices what never returns.
+// Only threads that `run` creates, and their own threads, are held: the test itself continues and
+// detects calls that never return.
 #pragma once
 
 #include <atomic>
@@ -32,7 +32,7 @@ namespace sonarith::test {
 
 class HeldCalls {
   public:
-    /// Which of the calls are held; all of them by default. Pointers among the arguments can be
+    /// Which of the calls are held; by default all of them. Pointers among the arguments can be
     /// read.
     using Choice = std::function<bool(const seccomp_data& call)>;
 
@@ -48,8 +48,8 @@ class HeldCalls {
     HeldCalls(const HeldCalls&) = delete;
     HeldCalls& operator=(const HeldCalls&) = delete;
 
-    /// Runs `body` on a thread whose calls can be held; returns whether it came to its end in time.
-    /// One that did not goes on, and is waited for by the destructor.
+    /// Runs `body` on a thread whose calls can be held; returns whether it finished in time. A body
+    /// that did not finish continues, and the destructor waits for it.
     bool run(std::function<void()> body) {
         const auto done = std::make_shared<std::atomic<bool>>(false);
         threads_.emplace_back([this, done, body = std::move(body)] {
@@ -59,7 +59,7 @@ class HeldCalls {
                     add(judge);
                     body();
                     *done = true;
-                    while (!released_) { // the judge would release what is held
+                    while (!released_) { // the judge would release the held calls
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
                 });
@@ -71,7 +71,7 @@ class HeldCalls {
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }
-    /// From now on no call is held. From any thread.
+    /// From now on no call is held. May be called on any thread.
     void release() {
         const std::lock_guard lock(mutex_);
         for (CallJudge* judge : std::exchange(judges_, {})) {
@@ -102,7 +102,7 @@ class HeldCalls {
     std::atomic<bool> released_ = false;
     std::atomic<int> held_ = 0;
     std::mutex mutex_;
-    std::vector<CallJudge*> judges_; ///< each lives until it is released
+    std::vector<CallJudge*> judges_; ///< each exists until it is released
     std::vector<std::thread> threads_;
 };
 
@@ -116,8 +116,8 @@ class HeldCalls {
     return path;
 }
 
-/// The text that an argument points to. The kernel reads it: the other thread waits in the call,
-/// but the thread sanitizer does not know that.
+/// The text that an argument points to. The kernel reads it: the other thread is waiting in the
+/// call, but the thread sanitizer does not know that.
 [[nodiscard]] inline std::string textAt(std::uint64_t address) {
     std::string text(4096, '\0');
     const iovec to{text.data(), text.size()};
@@ -127,7 +127,7 @@ class HeldCalls {
     return text.substr(0, text.find('\0'));
 }
 
-/// Calls on files whose path has `part` in it.
+/// Selects calls on files whose path contains `part`.
 [[nodiscard]] inline HeldCalls::Choice ofPath(std::string part) {
     return [part = std::move(part)](const seccomp_data& call) {
         const bool named = call.nr == SYS_openat || call.nr == SYS_newfstatat;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Kills a step at a chosen one of its system calls, so that a test can meet every moment at which a
-// kill leaves something else on the disk. No clock is involved: the same call is met each time.
+// Kills a step at a chosen one of its system calls, so that a test can cover every moment at which
+// a kill leaves a different state on the disk. Independent of time: the same call is hit each time.
 #pragma once
 
 #include <csignal>
@@ -15,7 +15,7 @@ namespace sonarith::test {
 enum class KillOutcome {
     killed,
     finished, ///< the step has fewer calls
-    failed    ///< no child could be made or watched, or it ended in another way
+    failed    ///< no child could be created or traced, or it ended in another way
 };
 
 /// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is

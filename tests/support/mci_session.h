@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter on a machine of fakes, and what it answered: for tests that speak in commands.
+// An interpreter on a machine of fakes, and its replies: for tests that send commands.
 #pragma once
 
 #include <memory>
@@ -24,11 +24,11 @@ struct Answer {
     }
 };
 
-/// A command that worked, with its reply.
+/// A successful command with this reply.
 inline Answer said(std::string reply) {
     return {mci::MciError::none, std::move(reply)};
 }
-/// A command that worked and has no reply.
+/// A successful command without a reply.
 inline Answer fine() {
     return said("");
 }
@@ -43,7 +43,7 @@ inline Answer ask(MediaControl& control, std::string_view command) {
     return {static_cast<mci::MciError>(status), bytes.substr(0, bytes.find('\0'))};
 }
 
-/// A machine with a drive, and a disc in it unless the table is empty.
+/// A machine with a drive, and with a disc in it unless the table of contents is empty.
 class MciSession {
   public:
     explicit MciSession(const disc::Table& table = {}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How much memory this process uses, for tests that hold it against a bound.
+// Memory use of this process, for tests that compare it with a bound.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace sonarith::test {
 
-/// Kibibytes of this process that are in memory now.
+/// Resident memory of this process in KiB.
 inline std::int64_t memoryInKibibytes() {
     std::ifstream in("/proc/self/statm");
     std::int64_t total = 0;

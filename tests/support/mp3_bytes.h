@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bytes of MP3 files for tests: headers, frame counts and tags at chosen places of a file that is
-// otherwise silent (zeros). No sound.
+// Bytes of MP3 files for tests: headers, frame counts and tags at chosen offsets of a file that
+// otherwise contains zeros. No audio.
 //
 //     disk.addFile("c:\\a.mp3", Mp3Bytes(4'000'000).header(1, commonHeader).content);
 //     disk.addFile("c:\\b.mp3", Mp3Bytes(1000).header(1,
@@ -21,7 +21,7 @@ struct Mp3Bytes {
 
     explicit Mp3Bytes(std::size_t length) : content(length, '\0') {}
 
-    /// Overwrites the bytes from a position that counts from 1.
+    /// Overwrites the bytes from `position` on, which counts from 1.
     Mp3Bytes& at(std::size_t position, std::string_view bytes) {
         content.replace(position - 1, bytes.size(), bytes);
         return *this;
@@ -45,7 +45,7 @@ struct Mp3Bytes {
     }
 };
 
-/// A field of a tag, filled up with blanks.
+/// A field of a tag, padded with blanks.
 inline std::string padded(std::string text, std::size_t length, char filler = ' ') {
     text.resize(length, filler);
     return text;

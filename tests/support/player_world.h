@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player over a machine of fakes with a simulated disc, in virtual time: the panel and its
+// The CD player on a machine of fakes with a simulated disc, in virtual time: the panel and its
 // jobs as the program wires them, without the rest of the application. Base class of the player's
 // tests.
 //
@@ -41,8 +41,8 @@ struct PlayerBench : FakeMachine {
         form.load();
     }
 
-    /// All that was asked of devices, mixer ("mixer open") and wave input ("wave open"), oldest
-    /// first; within operationsOf() the yields too ("yield").
+    /// All calls to devices, mixer ("mixer open") and wave input ("wave open"), oldest first;
+    /// within operationsOf() also the yields ("yield").
     std::vector<std::string> operations;
 
     template <typename Step>
@@ -61,7 +61,7 @@ struct PlayerBench : FakeMachine {
         return operations;
     }
 
-    /// The device commands alone.
+    /// Only the device commands.
     template <typename Step>
     std::vector<std::string> commandsOf(Step step) {
         std::vector<std::string> commands;
@@ -80,7 +80,8 @@ struct PlayerBench : FakeMachine {
         loop.advance(std::chrono::seconds(1));
         operations.clear();
     }
-    /// Whether the panel holds nothing of the machine: neither device nor input, and no timer runs.
+    /// Whether the panel uses nothing of the machine: no device or input is open, and no timer
+    /// runs.
     [[nodiscard]] bool off() const {
         return !disc.discOpen() && !waveInput.isOpen && !waveInput.running &&
                waveInput.queue.empty() && !player.capture.running() && !form.Timer6.enabled() &&

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor over files in memory, in virtual time, with the main window and the work tree
-// that it feeds. Base class of the playlist's tests.
+// The playlist editor on files in memory, in virtual time, with the main window and the work tree
+// that it updates. Base class of the playlist's tests.
 //
 //     stored({"c:\\a.mp3", "c:\\b.mp3"});
 //     editor.load();
@@ -44,7 +44,7 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         jobs.tree.showfiles();
     }
 
-    /// The list in the store, as earlier runs have left it.
+    /// Sets the list in the store, as left by an earlier run.
     void stored(const std::vector<std::string>& paths) {
         store.put("music", "HowMany", std::to_string(paths.size()));
         for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -58,7 +58,7 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         store.writes.clear();
         store.fileWrites = 0;
     }
-    /// What the store holds: the entries that "HowMany" counts.
+    /// The stored entries, as counted by "HowMany".
     [[nodiscard]] std::vector<std::string> inStore() const {
         std::vector<std::string> all;
         const int count = std::stoi(store.held("music", "HowMany").value_or("0"));

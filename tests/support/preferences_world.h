@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences, the disk guard and the extraction that it stops, wired as the program wires
-// them, over a machine of fakes in virtual time.
+// The preferences, the disk guard and the extraction that it stops, wired as in the program, on a
+// machine of fakes in virtual time.
 //
 //     store.put("Settings", "HDWarning", "0");
 //     start();                                     // loads the settings, then the preferences
@@ -47,7 +47,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         };
     }
 
-    /// What a start of the program does of this.
+    /// The steps of a program start that concern these.
     void start() {
         LoadSettings(store, files.programFolder(), settings);
         form.load();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A message bus of a test's own, with the watcher of status notifiers that a desktop's panel
-// brings: the test plays it. It touches no bus of the user.
+// A message bus private to a test, with the watcher of status notifiers that a desktop's panel
+// provides; the test simulates it. It does not use the bus of the user.
 //
 //     PrivateBus bus;
 //     NotifierWatcher watcher(bus);     // no host yet
@@ -85,10 +85,10 @@ class NotifierWatcher final : public QDBusVirtualObject {
                                        present ? QStringLiteral("StatusNotifierHostRegistered")
                                                : QStringLiteral("StatusNotifierHostUnregistered")));
     }
-    /// The process that watches has ended.
+    /// Simulates that the watcher's process has ended.
     void leave() { bus_.unregisterService(name); }
     void comeBack() { bus_.registerService(name); }
-    /// Replies to what it has been asked while it hung.
+    /// Replies to the queries that arrived while it hung.
     void wakeUp() {
         manner_ = Manner::answers;
         for (const QDBusMessage& question : std::exchange(unanswered_, {})) {

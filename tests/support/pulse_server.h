@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A PulseAudio server of a test's own, with a null sink that paces like a sound card, and an ALSA
-// configuration whose devices lead to it: "default" plays into the sink, "monitor" hears what it
-// plays. It touches no server and no configuration of the user.
+// A PulseAudio server private to a test, with a null sink that paces like a sound card, and an ALSA
+// configuration whose devices use it: "default" plays into the sink, "monitor" records what the
+// sink plays. It does not use any server or configuration of the user.
 #pragma once
 
 #include <algorithm>
@@ -27,7 +27,7 @@
 
 namespace sonarith::fakes {
 
-/// A program that runs beside the test and ends with it. Its standard output goes to a file.
+/// A program that runs during the test and ends with it. Its standard output goes to a file.
 class ChildProcess {
   public:
     ChildProcess(std::vector<std::string> arguments, std::vector<std::string> environment,
@@ -38,7 +38,7 @@ class ChildProcess {
         if (pid_ < 0) {
             throw std::runtime_error("no process for " + arguments.front());
         }
-        if (pid_ == 0) { // only calls that are safe after fork
+        if (pid_ == 0) { // only calls that are safe after fork()
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
             const int out = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             const int null = ::open("/dev/null", O_RDWR);
@@ -58,7 +58,7 @@ class ChildProcess {
             ::kill(pid_, number);
         }
     }
-    /// Ends it at once, and waits until it is gone.
+    /// Kills it and waits until it has ended.
     void kill() {
         if (pid_ > 0) {
             signal(SIGKILL);
@@ -82,7 +82,7 @@ class ChildProcess {
 
 class PulseServer {
   public:
-    /// Writes ALSA's configuration and leads the process to it; the server is not running yet.
+    /// Writes ALSA's configuration and points the process to it; the server is not running yet.
     PulseServer() {
         const std::string server = "server \"" + address() + "\"";
         std::ofstream(file("asound.conf"))
@@ -101,8 +101,8 @@ class PulseServer {
     /// Starts the server and waits until it listens; false if it does not.
     bool start() {
         std::filesystem::remove(file("native"));
-        // A sink that rewinds takes back what its monitor has given away already when a stream
-        // begins, so the listener would miss the first frames of every stream.
+        // When a stream begins, a sink that rewinds revokes audio that its monitor has already
+        // delivered, so the listener would miss the first frames of every stream.
         server_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{
                 "pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--use-pid-file=no",
@@ -114,12 +114,12 @@ class PulseServer {
             environment(), file("pulse.out"));
         return eventually([this] { return std::filesystem::exists(file("native")); });
     }
-    /// Ends the server in the middle of what it does.
+    /// Kills the server during its work.
     void kill() { server_.reset(); }
-    /// Stops the server from answering, as a hung one would.
+    /// Stops the server from responding, as if it hung.
     void freeze() { server_->signal(SIGSTOP); }
 
-    /// Begins to keep what the sink plays; false if nothing arrives.
+    /// Starts to record what the sink plays; false if nothing arrives.
     bool listen() {
         listener_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{"parec", "--server=" + address(), "--raw", "--format=s16le",
@@ -132,7 +132,7 @@ class PulseServer {
             return !error && size > 0;
         });
     }
-    /// What the sink has played since `listen`, silence included.
+    /// What the sink has played since `listen`, including silence.
     [[nodiscard]] std::vector<sound::StereoFrame> heard() const {
         std::ifstream in(file("heard.raw"), std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(in), {}};
@@ -150,7 +150,7 @@ class PulseServer {
     [[nodiscard]] std::filesystem::path file(const char* name) const {
         return folder_.path() / name;
     }
-    /// Everything that server and listener would keep goes to the test's folder.
+    /// Everything that server and listener store goes to the test's folder.
     [[nodiscard]] std::vector<std::string> environment() const {
         const std::string folder = folder_.path().string();
         const char* path = std::getenv("PATH");

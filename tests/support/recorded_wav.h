@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a saved recording must be: a WAV whose header says just what the file holds, and in it
-// the frames that were heard.
+// Checks a saved recording: a WAV file whose header matches the content of the file and which
+// contains the frames that were recorded.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ inline std::int64_t numberAt(const std::string& content, std::size_t offset) {
     return number;
 }
 
-/// That `path` holds these frames in stereo and in the plain form, and nothing else.
+/// Expects that `path` contains exactly these frames in stereo and in the plain form.
 inline void expectPlainWav(const std::filesystem::path& path,
                            const std::vector<sound::StereoFrame>& frames) {
     const std::string content = contentOf(path);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lets one kind of system call fail from then on, as it does on file systems that lack something or
-// are broken. For a child process, since it cannot be undone.
+// Makes one kind of system call fail from then on, as on file systems that lack a feature or are
+// damaged. For a child process, since it cannot be undone.
 #pragma once
 
 #include <cerrno>
@@ -14,7 +14,7 @@
 
 namespace sonarith::test {
 
-/// Every call of that number fails with `error` (an errno value). False if the kernel will not.
+/// Every call with that number fails with `error` (an errno value). False if the kernel refuses.
 [[nodiscard]] inline bool refuseCall(std::uint32_t number, std::uint32_t error) {
     sock_filter steps[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -27,25 +27,25 @@ namespace sonarith::test {
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-/// As where there are no locks.
+/// Simulates a file system without locks.
 [[nodiscard]] inline bool refuseFileLocks() {
     return refuseCall(SYS_flock, ENOLCK);
 }
 
-/// As where a file cannot get a second name, nor an unnamed one its first.
+/// Simulates a file system without hard links, on which an unnamed file cannot get a name.
 [[nodiscard]] inline bool refuseLinks() {
     return refuseCall(SYS_linkat, EPERM);
 }
 
-/// As of a file on a disk that is broken.
+/// Simulates a file on a damaged disk.
 [[nodiscard]] inline bool refuseReads() {
     return refuseCall(SYS_read, EIO) && refuseCall(SYS_pread64, EIO);
 }
 
-/// As on a disk that is broken.
+/// Simulates a damaged disk.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);
-#ifdef SYS_renameat // not on every kind of machine
+#ifdef SYS_renameat // not on every architecture
     refused = refused && refuseCall(SYS_renameat, EIO);
 #endif
     return refused;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A device interpreter for tests: logs every command and answers by script.
+// A device interpreter for tests: logs every command and replies by script.
 //
 //     ScriptedMediaControl media;
 //     media.answer("status cd number of tracks", {.reply = "12"});
@@ -29,30 +29,32 @@ class ScriptedMediaControl final : public MediaControl {
   public:
     /// Every command, oldest first.
     std::vector<std::string> log;
-    /// Room for the reply to each of them, in characters; 0 where none was wanted.
+    /// Buffer size for the reply to each of them, in characters; 0 if no reply was requested.
     std::vector<std::size_t> replySizes;
-    /// The statuses whose text was asked for, oldest first.
+    /// The status numbers whose texts were queried, oldest first.
     mutable std::vector<int> errorsAsked;
-    /// Runs after a command was logged and before it is answered.
+    /// Runs after a command was logged and before the reply.
     std::function<void(std::string_view)> onCommand;
-    /// Answers what no script answers; without it such a command succeeds with no words.
+    /// Handles commands without a script; if it is not set, such a command succeeds without a
+    /// reply.
     std::function<MciAnswer(std::string_view)> device;
 
-    /// From now on this very command is answered so.
+    /// From now on exactly this command gets this reply.
     void answer(const std::string& command, MciAnswer answer) {
         exact_[command] = std::move(answer);
     }
-    /// From now on every command that begins so and has no answer of its own; the longest counts.
+    /// From now on every command with this prefix and without a reply of its own gets this reply;
+    /// the longest prefix counts.
     void answerPrefix(const std::string& prefix, MciAnswer answer) {
         prefixes_[prefix] = std::move(answer);
     }
-    /// Takes all scripted answers back.
+    /// Removes all scripted replies.
     void forgetAnswers() {
         exact_.clear();
         prefixes_.clear();
     }
 
-    /// The log without the questions that each tick asks.
+    /// The log without the queries of each tick.
     [[nodiscard]] std::vector<std::string> logWithoutTicks() const {
         std::vector<std::string> rest;
         for (const std::string& command : log) {
@@ -88,7 +90,7 @@ class ScriptedMediaControl final : public MediaControl {
             return found->second;
         }
         std::optional<MciAnswer> longest;
-        // In the order of the map a longer prefix stands behind the shorter one that it extends.
+        // In the order of the map a longer prefix follows the shorter one that it extends.
         for (const auto& [prefix, answer] : prefixes_) {
             if (command.starts_with(prefix)) {
                 longest = answer;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc and a recorder as the command interface shows them, on the virtual clock: the position
-// moves while it plays, the bytes grow while it records, a save is remembered. For
-// ScriptedMediaControl::device; it knows the commands of inspection, extraction and player and
-// fails others.
+// A disc and a recorder behind the command interface, on the virtual clock: the position advances
+// while it plays, the number of bytes grows while it records, and saves are recorded. For
+// ScriptedMediaControl::device; it supports the commands of inspection, extraction and player and
+// fails all others.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();
@@ -37,24 +37,24 @@ struct SavedCapture {
 
 class SimulatedDisc {
   public:
-    /// The status of a command that the state does not allow or the device does not know.
+    /// The status of a command that is unknown or not allowed in the current state.
     static constexpr int refused = 263;
 
     SimulatedDisc(EventLoop& loop, std::vector<std::int32_t> lengthsMs)
         : loop_(loop), lengthsMs_(std::move(lengthsMs)) {}
 
     std::string identity = "48213906";
-    /// Every save that had a recording to save, oldest first.
+    /// Every save of a recording, oldest first.
     std::vector<SavedCapture> saved;
-    /// Runs for each of them.
+    /// Runs for each such save.
     std::function<void(const SavedCapture&)> onSave;
 
-    /// Takes the disc out of the drive.
+    /// Removes the disc from the drive.
     void remove() {
         present_ = false;
         moveTo(0);
     }
-    /// Puts a disc in, at once in the place of one that is in.
+    /// Inserts a disc, replacing the present one.
     void insert(std::vector<std::int32_t> lengthsMs) {
         lengthsMs_ = std::move(lengthsMs);
         present_ = true;
@@ -103,7 +103,7 @@ class SimulatedDisc {
     static MciAnswer failure() { return {refused, ""}; }
     static MciAnswer done(std::string reply = {}) { return {mciSuccess, std::move(reply)}; }
 
-    /// Whether `word` is the command's second word: the alias it goes to.
+    /// Whether `word` is the command's second word: the alias it is sent to.
     static bool mentions(std::string_view command, std::string_view word) {
         const std::size_t start = command.find(' ') + 1;
         return command.substr(start, command.find(' ', start) - start) == word;
@@ -216,13 +216,13 @@ class SimulatedDisc {
         return text;
     }
 
-    /// Where track number `track` begins; the number behind the last one stands for the end.
+    /// Start of track number `track`; one more than the last number means the end.
     [[nodiscard]] std::int64_t startOf(std::size_t track) const {
         return std::accumulate(lengthsMs_.begin(),
                                lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
                                std::int64_t{0});
     }
-    /// The place that a number of a command stands for, in the present format.
+    /// The position for a number in a command, in the current time format.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
         if (format_ != Format::tmsf) {
             return number;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disk of one mebibyte that can really become full. For a child process, which alone sees it.
+// A disk of one MiB that can actually become full. For a child process, since only that sees it.
 #pragma once
 
 #include <fstream>
@@ -13,8 +13,8 @@ namespace sonarith::test {
 
 inline constexpr int smallDiskBytes = 1024 * 1024;
 
-/// Gives the process mounts of its own. Others than the superuser may have them in a name space of
-/// users of their own, in which they are it.
+/// Gives the process its own mounts. Users other than the superuser need a user namespace of their
+/// own, in which they are the superuser.
 [[nodiscard]] inline bool leaveSharedMounts() {
     const uid_t user = ::geteuid();
     const gid_t group = ::getegid();
@@ -29,7 +29,7 @@ inline constexpr int smallDiskBytes = 1024 * 1024;
     return ::geteuid() == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Mounts the disk on `folder` until the process ends. False where this user may not mount.
+/// Mounts the disk on `folder` until the process ends. False if this user may not mount.
 [[nodiscard]] inline bool mountSmallDisk(const std::string& folder) {
     return leaveSharedMounts() && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
 }

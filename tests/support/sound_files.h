@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sound files for tests and benchmarks: WAVs of given samples, MP3s that the LAME encoder makes of
-// them, long ones of short ones. And the running of the programs that this takes.
+// Sound files for tests and benchmarks: WAVs with given samples, MP3s encoded from them by LAME,
+// and long files made of short ones. Also runs the programs for this.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@
 
 namespace sonarith::test {
 
-/// Runs a program (looked for in PATH, as all words are) and waits for it; whether it succeeded.
+/// Runs a program (found through PATH) and waits for it; returns whether it succeeded.
 [[nodiscard]] inline bool runProgram(std::vector<std::string> words) {
     std::vector<char*> arguments;
     for (std::string& word : words) {
@@ -60,7 +60,7 @@ namespace sonarith::test {
     return writeBytes(path, data);
 }
 
-/// `options` are LAME's, parted by blanks.
+/// `options` are LAME's, separated by blanks.
 [[nodiscard]] inline bool encodeMp3(const std::filesystem::path& wav, const std::string& options,
                                     const std::filesystem::path& mp3) {
     std::vector<std::string> words{"lame", "--quiet"};
@@ -71,7 +71,8 @@ namespace sonarith::test {
     return runProgram(std::move(words));
 }
 
-/// The bytes `times` times. Copies of an MP3 without information frame (option "-t") join.
+/// Repeats the bytes `times` times. Copies of an MP3 without information frame (option "-t") can be
+/// concatenated.
 [[nodiscard]] inline bool writeRepeated(const std::filesystem::path& path,
                                         std::span<const std::uint8_t> data, int times) {
     std::ofstream out(path, std::ios::binary);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A matcher for long sounds: it compares them at once and says where they begin to differ, instead
-// of writing them out.
+// A matcher for long audio: it compares the whole and reports the first difference instead of
+// printing the samples.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace sonarith::fakes {
 
-/// Holds for a sequence of frames or samples that equals `expected` in length and in every element.
+/// Matches a sequence of frames or samples that equals `expected` in length and in every element.
 MATCHER_P(IsSound, expected, "") {
     const auto [at, other] =
         std::mismatch(arg.begin(), arg.end(), expected.begin(), expected.end());

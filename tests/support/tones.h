@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tones and what is left of them: sine waves as sources of the card, and the amplitude of one
-// frequency in a sound.
+// Tones and their analysis: sine waves as sources of the card, and the amplitude of one frequency
+// in a signal.
 #pragma once
 
 #include <cmath>
@@ -14,7 +14,7 @@
 
 namespace sonarith::fakes {
 
-/// Sine waves of the same frequency, the right one of half the amplitude.
+/// Sine waves of the same frequency; the right one has half the amplitude.
 class ToneSource : public sound::SampleSource {
   public:
     ToneSource(double hz, double amplitude) : hz_(hz), amplitude_(amplitude) {}
@@ -36,7 +36,7 @@ class ToneSource : public sound::SampleSource {
     std::int64_t position_ = 0;
 };
 
-/// The amplitude of the frequency `hz` in `samples`, which hold a whole number of its periods.
+/// The amplitude of the frequency `hz` in `samples`, which contain a whole number of its periods.
 inline double amplitudeAt(const std::vector<double>& samples, double hz, double rate) {
     double sine = 0;
     double cosine = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree in a shown window, wired to the handlers of the product: what a person does with
-// mouse and keys is seen in tree, lists and files. For tests that look at widget and logic at once.
+// The work tree in a shown window, wired to the handlers of the product: tests simulate mouse and
+// keys and check tree, lists and files. For tests of widget and logic together.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@
 
 namespace sonarith::test {
 
-/// Two MP3 and two WAV files behind bare names, in a shown window.
+/// Two MP3 and two WAV files shown by bare names, in a shown window.
 struct TreeEditingWorld : WorkTreeWorld {
     QWidget window;
     std::unique_ptr<TreeViewAdapter> adapter;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small tree for the tree control's tests, and an observer that writes down what it is told.
+// A small tree for the tree control's tests, and an observer that logs its notifications.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@
 
 namespace sonarith::test {
 
-/// Writes down what it is told.
+/// Logs its notifications.
 struct LoggingObserver : TreeObserver {
     std::vector<std::string> log;
     static std::string name(const NodeRef& node) { return node ? node->text() : "none"; }
@@ -40,7 +40,7 @@ struct LoggingObserver : TreeObserver {
     void dragRequested() override { log.push_back("drag"); }
 };
 
-/// Two roots A and B; A holds a (with a1, a2) and b.
+/// Two roots A and B; A contains a (with a1, a2) and b.
 struct TreeViewTest : testing::Test {
     Form form{"Form1"};
     TreeView tree{form, "TreeView1"};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a step as a user without privileges, so that permissions count even where the tests run as
-// the superuser. In a child process: nothing that the step does to memory is seen afterwards.
+// Runs a step as a user without privileges, so that permissions apply even if the superuser runs
+// the tests. In a child process: changes of memory by the step are not visible afterwards.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace sonarith::test {
 
-/// The value (0 to 99) that `step` returns; 100 or more if it did not get that far.
+/// The value (0 to 99) that `step` returns; 100 or more if the step was not reached.
 inline int runUnprivileged(const std::function<int()>& step) {
     const pid_t child = ::fork();
     if (child == 0) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The event loop in virtual time: an hour's capture runs in milliseconds, and every interleaving
-// can be played on purpose. It never sleeps and reads no clock of the machine.
+// The event loop in virtual time: a capture of an hour runs in milliseconds, and a test can produce
+// every interleaving. It never sleeps and reads no clock of the machine.
 //
 //     VirtualEventLoop loop;
 //     loop.atYield(3, [&] { form.Command2.click(); });       // inside the third yield from now
@@ -25,12 +25,12 @@
 
 namespace sonarith::test {
 
-/// Thrown by endProgram() in place of the end of the process. It is no std::exception, so that no
-/// handler takes it for a failure.
+/// Thrown by endProgram() instead of ending the process. Not derived from std::exception, so that
+/// no handler treats it as a failure.
 struct ProgramEnded {};
 
-/// A wait that would never end on the real loop: nothing is due and the condition still holds, or
-/// it held for longer than any job of the program takes.
+/// Thrown for a wait that would never end on the real loop: nothing is due and the condition is
+/// still true, or it was true for longer than any job of the program takes.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -41,7 +41,7 @@ class VirtualEventLoop final : public EventLoop {
     // --- the loop's own operations ---------------------------------------------------------
 
     /// Runs the actions scripted for this yield, then every timer and action that is due at the
-    /// current virtual time. Time does not move.
+    /// current virtual time. Does not advance the time.
     void yield() override {
         if (!beginYield()) {
             return;
@@ -49,15 +49,15 @@ class VirtualEventLoop final : public EventLoop {
         if (++yieldsWithoutTime_ > maximumYieldsWithoutTime) {
             throw WaitNeverEnds("a loop of yields that nothing ends; use waitWhile or waitFor");
         }
-        // What falls due by what runs here waits for the next yield: one round for each yield.
+        // Calls that become due during this yield wait for the next one: one round per yield.
         const auto round = due(now_);
         for (const auto& entry : round) {
             run(entry);
         }
     }
 
-    /// One event after another; the condition is asked after each. With none due, time jumps to
-    /// the next. Each round counts as one yield.
+    /// Handles one event after another and evaluates the condition after each. If none is due, the
+    /// time advances to the next one. Each round counts as one yield.
     void waitWhile(const std::function<bool()>& condition) override {
         const Time deadline = now_ + longestWait;
         while (!ended_ && condition()) {
@@ -103,11 +103,11 @@ class VirtualEventLoop final : public EventLoop {
     void atYield(int n, std::function<void()> action) {
         yieldActions_.emplace(yieldCount_ + n, std::move(action));
     }
-    /// Runs `action` once, `delay` from now, inside the yield or wait that goes on then.
+    /// Runs `action` once, `delay` from now, inside the yield or wait that is running then.
     void after(Duration delay, std::function<void()> action) {
         add(now_ + delay, Duration(0), std::move(action));
     }
-    /// Lets time pass while the program is idle: timers and actions run, each at its own moment.
+    /// Advances the time while the program is idle: timers and actions run, each at its own time.
     void advance(Duration duration) {
         const Time end = now_ + duration;
         for (auto next = nextEntry(); !ended_ && next && next->due <= end; next = nextEntry()) {
@@ -124,13 +124,13 @@ class VirtualEventLoop final : public EventLoop {
 
     // --- what a test looks at --------------------------------------------------------------
 
-    /// Yields so far, the rounds of waits among them.
+    /// Number of yields so far, including the rounds of waits.
     [[nodiscard]] int yieldCount() const { return yieldCount_; }
-    /// endProgram() was called.
+    /// True after endProgram() was called.
     [[nodiscard]] bool ended() const { return ended_; }
-    /// Yields and waits after the end of the program: must stay 0.
+    /// Number of yields and waits after the end of the program: must stay 0.
     [[nodiscard]] int yieldsAfterEnd() const { return yieldsAfterEnd_; }
-    /// Wake-ups alive (timers that are on, waits that go on).
+    /// Number of existing wake-ups (enabled timers, running waits).
     [[nodiscard]] std::size_t wakeupCount() const {
         return static_cast<std::size_t>(
             std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) {
@@ -138,7 +138,7 @@ class VirtualEventLoop final : public EventLoop {
             }));
     }
 
-    /// A longer wait is taken for one that never ends: a day is far beyond any disc.
+    /// A longer wait counts as one that never ends: a day is far longer than any disc.
     Duration longestWait = std::chrono::hours(24);
 
   private:
@@ -162,7 +162,7 @@ class VirtualEventLoop final : public EventLoop {
         EntryPointer entry_;
     };
 
-    /// Far beyond any plain loop of yields of the program, small enough to fail within a second.
+    /// Far more than any plain loop of yields in the program, small enough to fail within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
     /// Counts the yield and runs its scripted actions; false after the end of the program.
@@ -207,7 +207,7 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry that is due first, the older of two; none if all that is left is running.
+    /// The entry that is due first, the older of two; none if all others are running.
     [[nodiscard]] EntryPointer nextEntry() {
         forgetDead();
         EntryPointer next;
@@ -227,7 +227,7 @@ class VirtualEventLoop final : public EventLoop {
     }
 
     void run(const EntryPointer& entry) {
-        // A handler before this one may have taken it back, ended the program, or run it already.
+        // An earlier handler may have cancelled it, ended the program, or run it already.
         if (!entry->alive || entry->running || ended_ || entry->due > now_) {
             return;
         }
@@ -242,7 +242,8 @@ class VirtualEventLoop final : public EventLoop {
         entry->handler();
     }
 
-    /// At the end of a handler, thrown out of or not: ticks that fell due meanwhile are dropped.
+    /// Runs at the end of a handler, also after an exception: ticks that became due meanwhile are
+    /// dropped.
     struct Rearm {
         VirtualEventLoop& loop;
         Entry& entry;
@@ -254,7 +255,7 @@ class VirtualEventLoop final : public EventLoop {
         }
     };
 
-    /// The origin means nothing; not 0, so that nobody takes it for one.
+    /// An arbitrary origin; not 0, so that no code treats it as one.
     Time now_ = std::chrono::hours(3);
     double secondsAtReference_ = 43200.0; // noon
     Time midnightReference_ = now_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads a whole WAV file of 16 bit samples for tests, through libsndfile. For small files only.
+// Reads a whole WAV file of 16 bit samples for tests, with libsndfile. For small files only.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct WavSamples {
     std::vector<std::int16_t> samples; ///< interleaved
 };
 
-/// Empty if the file is none, or holds other samples than those of 16 bits.
+/// Empty if it is not such a file, or has samples other than 16 bit.
 inline std::optional<WavSamples> readWav(const std::filesystem::path& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window with its work tree in virtual time, wired as the program wires it: presses,
-// releases and double clicks reach the tree's handlers. Base class of the work tree's tests.
+// The main window with its work tree in virtual time, wired as in the program: presses, releases
+// and double clicks reach the tree's handlers. Base class of the work tree's tests.
 //
 //     finder.files[destination]["mp3"] = {"c:\\music\\a.mp3"};
 //     disc({"Track  1 - 00:03:05"});
@@ -22,7 +22,7 @@
 
 namespace sonarith::test {
 
-/// Writes down which nodes were to be brought into sight.
+/// Logs the nodes that were to be revealed.
 struct RevealLog : TreeObserver {
     std::vector<std::string> texts;
     void beforeInsert(const NodeRef&, int) override {}
@@ -67,7 +67,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
 
     // --- what a test sets up ---------------------------------------------------------------
 
-    /// What reading a disc leaves: its lines, and an empty queue.
+    /// The state after a disc was read: its lines, and an empty queue.
     void disc(const std::vector<std::string>& lines) {
         form.lstRecord.clear();
         fill(form.lstTracks, lines);
@@ -130,7 +130,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         }
         return all;
     }
-    /// The tree as it is seen, two blanks for each level.
+    /// The visible tree, with two blanks for each level.
     [[nodiscard]] std::vector<std::string> outline() const {
         std::vector<std::string> all;
         for (const NodeRef& root : view.roots()) {
