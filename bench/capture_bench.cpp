@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a capture costs: memory for 74 minutes against one minute, processor time against a limit of
-// 3 % of one core, whether every sample survives two busy cores, and how long a disk that hangs
-// holds the others up. No windows: the device commands drive the real drive, sound card and
-// recorder.
+// Cost of a capture: memory for 74 minutes compared with one minute, processor time against a limit
+// of 3 % of one core, whether every sample is recorded while two cores are busy, and how long a
+// hanging disk blocks other threads. No windows: the device commands use the real drive, sound card
+// and recorder.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,7 +37,7 @@ using namespace sonarith;
 
 constexpr std::int64_t bytesPerSecond = 44100 * 4;
 
-/// A disc image of one track pair; each frame of the first track holds its own number.
+/// A disc image; each frame of the first track contains its own number.
 fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
     const fs::path bin = folder / "disc.bin";
     std::ofstream(bin).close();
@@ -50,7 +50,7 @@ fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
         out.write(reinterpret_cast<const char*>(frames.data()),
                   static_cast<std::streamsize>(frames.size() * sizeof(frames[0])));
     }
-    // A second track of two seconds, so that the disc is one with more than one track.
+    // A second track of two seconds, because a disc needs more than one track.
     fs::resize_file(bin, static_cast<std::uintmax_t>((seconds + 2) * bytesPerSecond));
     const fs::path cue = folder / "disc.cue";
     char second[64];
@@ -62,7 +62,7 @@ fs::path makeDisc(const fs::path& folder, std::int64_t seconds, bool numbered) {
     return cue;
 }
 
-/// The interpreter on a disc image, a card, and recordings in the image's folder.
+/// The interpreter with a disc image, a card, and recordings in the image's folder.
 class Bench {
   public:
     Bench(const fs::path& cue, sound::SoundCard& card, const mci::Clock& clock,
@@ -81,7 +81,7 @@ class Bench {
         }
         return std::string(reply.bytes().c_str());
     }
-    /// As the capture's end, which looks at no status.
+    /// Like the end of a capture, which ignores all results.
     void sendUnchecked(const std::string& command) { media_.sendString(command); }
 
     void begin() {
@@ -99,11 +99,11 @@ class Bench {
     mci::Interpreter media_;
 };
 
-/// A disk that works is waited for, so that its time can be seen.
+/// Waits for a working disk, so that its time is measured.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
-/// Captures the first track by the monitor's commands. `tick` passes the time of one tick. Returns
-/// how long the save took.
+/// Captures the first track with the monitor's commands. `tick` waits for the time of one tick.
+/// Returns the duration of the save.
 std::chrono::duration<double, std::milli>
 captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& card,
                   const mci::Clock& clock, const std::function<void()>& tick) {
@@ -124,7 +124,7 @@ captureFirstTrack(const fs::path& cue, std::int64_t seconds, sound::SoundCard& c
     return time;
 }
 
-/// Runs `work` in a process of its own and answers what the system says it used.
+/// Runs `work` in a process of its own and returns the resource use reported by the system.
 rusage measured(const std::function<void()>& work) {
     const pid_t child = fork();
     if (child == 0) {
@@ -147,7 +147,7 @@ long peakKilobytes(std::int64_t seconds) {
     return measured([&] {
                sound::SoundCard card;
                sound::SoundCard::Time now{};
-               // As fast as the disc can be read: the clock is ours.
+               // As fast as the disc can be read: the benchmark drives the clock.
                captureFirstTrack(
                    cue, seconds, card, [&] { return now; },
                    [&] {
@@ -170,7 +170,7 @@ double secondsOf(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-/// Share of one core that a capture in real time takes, and its memory.
+/// Share of one core that a real-time capture uses, and its memory.
 double coreShare(std::int64_t seconds, long& peakKilobytes) {
     const fakes::TempFolder folder;
     const fs::path cue = makeDisc(folder.path(), seconds, true);
@@ -179,7 +179,7 @@ double coreShare(std::int64_t seconds, long& peakKilobytes) {
     return (secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime)) / static_cast<double>(seconds);
 }
 
-/// Frames of the track that are not where they belong in the WAV; -1 if it does not begin at all.
+/// Number of frames of the track at a wrong position in the WAV; -1 if the track is not found.
 std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& tailMs,
                                   double& saveMs) {
     const fakes::TempFolder folder;
@@ -221,9 +221,9 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
-/// How long others wait while no write comes back, in milliseconds.
+/// How long other threads wait while no write returns, in milliseconds.
 struct Waits {
-    double mute = 0;   ///< the longest of many, among them those while nothing more can wait
+    double mute = 0;   ///< the longest of many, among them those while the queue is full
     double cancel = 0; ///< stop, save and close
 };
 
@@ -248,7 +248,7 @@ Waits waitsForAHangingDisk() {
             const sound::SoundCardThread thread(card);
             Bench bench(cue, card, sound::monotonicNow, {});
             bench.begin();
-            for (int tick = 0; tick < 1300; ++tick) { // 13 s, of which 10 s can wait
+            for (int tick = 0; tick < 1300; ++tick) { // 13 s, of which 10 s fit into the queue
                 waits.mute = std::max(waits.mute, millisecondsOf([&] {
                                           card.setMuted(sound::Line::compactDisc, true);
                                       }));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long a click would have to wait while a long file is decoded on all cores: the longest time
-// without an event of the real loop, against the limit of 50 ms. Needs lame.
+// How long a click would wait while a long file is decoded on all cores: the longest time without
+// an event of the real loop, against the limit of 50 ms. Needs lame.
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -25,7 +25,7 @@ namespace {
 
 using namespace sonarith;
 
-/// An hour of one encoded second of noise.
+/// An hour of noise, made of one encoded second.
 bool writeHour(const std::filesystem::path& folder) {
     std::mt19937 random(1);
     std::vector<std::int16_t> second(2 * 44100);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Compares the decoding of long MP3 files with `mpg123 -w`, the decoding library's own tool, on the
-// same files in turns: the ratio of the median times, and what the memory grew by. Goals on two
-// cores: 0.6 in segments, 1.05 in one pass, 48 MB. Then files that are made to keep a decoder busy,
-// whose time is to grow with their size alone. Needs lame and mpg123.
+// same files alternately: the ratio of the median times, and the growth of the memory. Goals on two
+// cores: 0.6 in segments, 1.05 in one pass, 48 MB. Then files that are designed to slow a decoder
+// down, whose time must grow only in proportion to their size. Needs lame and mpg123.
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -34,7 +34,7 @@ namespace fs = std::filesystem;
 constexpr int longMinutes = 30;
 constexpr int rounds = 5;
 
-/// One minute that an encoder finds neither easy nor hopeless: chords under swelling noise.
+/// One minute of average difficulty for an encoder: chords under swelling noise.
 bool writeMinute(const fs::path& path) {
     constexpr int rate = 44100;
     std::mt19937 random(1);
@@ -52,7 +52,7 @@ bool writeMinute(const fs::path& path) {
     return test::writeWav(path, {rate, 2}, samples);
 }
 
-/// The minute, encoded, as many times as it takes.
+/// The minute, encoded, repeated as often as needed.
 bool writeLong(const fs::path& minute, const fs::path& path, const std::string& options,
                int minutes) {
     const std::string encoded = path.string() + ".part";
@@ -60,7 +60,7 @@ bool writeLong(const fs::path& minute, const fs::path& path, const std::string& 
            test::writeRepeated(path, test::readBytes(encoded), minutes);
 }
 
-/// The peer. Without it there would be nothing to compare with.
+/// The tool to compare with. Required.
 void theTool(std::vector<std::string> words) {
     if (!test::runProgram(std::move(words))) {
         std::fprintf(stderr, "the tool failed: is mpg123 there?\n");
@@ -83,7 +83,7 @@ double secondsOf(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// A line of this process's status, in KB: "VmRSS" is the memory now, "VmHWM" its peak.
+/// A line of this process's status, in KB: "VmRSS" is the current memory, "VmHWM" its peak.
 long statusKilobytes(const std::string& name) {
     std::ifstream in("/proc/self/status");
     for (std::string line; std::getline(in, line);) {
@@ -95,7 +95,7 @@ long statusKilobytes(const std::string& name) {
 }
 
 void forgetPeak() {
-    std::ofstream("/proc/self/clear_refs") << "5"; // proc(5): resets the peak to what is used now
+    std::ofstream("/proc/self/clear_refs") << "5"; // proc(5): resets the peak to the current value
 }
 
 void compare(const std::string& name, const fs::path& mp3, double goal) {
@@ -120,7 +120,7 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     fs::remove(ours);
 }
 
-/// Many files of three minutes, one after the other, each against one call of the tool.
+/// Many files of three minutes, one after the other, each compared with one call of the tool.
 void compareMany(const fs::path& mp3) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";
@@ -138,8 +138,8 @@ void compareMany(const fs::path& mp3) {
                 files, tool, control, control / tool, completed ? "" : "  FAILED");
 }
 
-/// Files that are made to keep a decoder busy, against others of the same kind of half their size:
-/// a ratio near 2 means that the time grows with the size alone.
+/// Files that are designed to slow a decoder down, compared with files of the same kind and half
+/// the size: a ratio near 2 means that the time is proportional to the size.
 void compareHalves(const char* name, const fs::path& folder,
                    const std::vector<std::uint8_t>& unit) {
     constexpr int bytes = 40 * 1024 * 1024;
@@ -200,7 +200,8 @@ int main() {
         return 1;
     }
     compareMany(shortMp3);
-    // A header of 160 kbit/s and 48000 Hz, whose frames have 480 bytes: the library gives up each.
+    // A header of 160 kbit/s and 48000 Hz, whose frames have 480 bytes; the library rejects each
+    // frame.
     compareHalves("headers at every fourth byte", folder.path(),
                   bytesOf({0xFF, 0xFB, 0xA4, 0x64}, 4, 0));
     compareHalves("no frame behind headers", folder.path(),

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The peer of the start-up benchmark: what any Qt Widgets program costs before it does anything.
+// The reference for the start-up benchmark: the cost of any Qt Widgets program before it does
+// anything.
 #include <QApplication>
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long "Refresh List" takes for a disc of 99 tracks beyond the device's own time, with the real
-// interpreter, the real window (off screen) and an empty destination folder. Limit: 20 ms.
+// How long "Refresh List" takes for a disc of 99 tracks, without the device's own time, with the
+// real interpreter, the real window (off screen) and an empty destination folder. Limit: 20 ms.
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -28,7 +28,7 @@ using namespace sonarith;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Passes commands on and adds up the time that the device takes.
+/// Passes commands on and sums up the device's time.
 class TimedMedia : public MediaControl {
   public:
     explicit TimedMedia(MediaControl& device) : device_(device) {}

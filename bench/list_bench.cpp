@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list box on the screen with a million lines: what adding a line, painting the list and choosing
-// its last line cost, against the same with ten thousand lines; limit 3 times. The list is shown
-// off screen, and painted while lines are added, as it is while a search finds them.
+// A list box on the screen with a million lines: the cost of adding a line, painting the list and
+// choosing its last line, compared with ten thousand lines; limit 3 times. The list is shown off
+// screen, and painted while lines are added, as during a search.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -38,7 +38,7 @@ double timeOf(Step step) {
 }
 
 struct Costs {
-    double addUs = 0; ///< for each line
+    double addUs = 0; ///< per line
     double paintUs = 0;
     double chooseUs = 0;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the start's scan and tree grow with the destination folder: 10,000 files against 100,000,
-// with the real walk and the real window (off screen); limit 12 times. Also the longest time for
-// which a click would have had to wait while the folder was searched; limit 50 ms.
+// How the time of the start's scan and tree grows with the destination folder: 10,000 files
+// compared with 100,000, with the real walk and the real window (off screen); limit 12 times. Also
+// the longest time that a click would wait during the search; limit 50 ms.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -87,7 +87,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     bench::LongestGap gap;
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, [&] {
-        // Only while the search runs: the building of the nodes is one step.
+        // Only during the search: building the nodes is one step.
         gap.beat(application.windows().frmsearch.loaded() && form.List2.listCount() == 0);
     });
     heart.start(1);
@@ -99,7 +99,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     return measured;
 }
 
-/// In a process of its own, since a program starts once.
+/// In a process of its own, since a program can start only once.
 Measured measure(int count, int argc, char** argv) {
     const fakes::TempFolder folder;
     makeFiles(folder / "files", count);
