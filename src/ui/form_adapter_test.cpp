@@ -72,7 +72,7 @@ TEST_F(FormAdapterTest, AnUnloadedWindowCanBeShownAgain) {
     EXPECT_EQ(loads, 2);
 }
 
-TEST_F(FormAdapterTest, TheFormHearsOfTheInnerSizeInTwips) {
+TEST_F(FormAdapterTest, TheFormIsNotifiedOfTheInnerSizeInTwips) {
     form.show();
     int resizes = 0;
     form.onResize = [&] {

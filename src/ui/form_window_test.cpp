@@ -27,7 +27,7 @@ class FormWindowTest : public testing::Test {
             open->close();
         }
     }
-    /// What a window's file is: a description, and a layout.
+    /// The content of a window's layout file: a description and a layout.
     WindowLayout layout() {
         return {.form = form,
                 .icon = Symbol::search,
@@ -215,7 +215,7 @@ TEST_F(FormWindowTest, AWindowInTheMiddleOfTheScreenGrowsAroundIt) {
     };
     form.show();
     const FormWindow window(layout());
-    // But for the frame, which is not known before the window is on the screen.
+    // Except for the frame, which is unknown until the window is on the screen.
     EXPECT_NEAR(window.geometry().center().x(), screen.center().x(), 2);
     EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 2);
 }

@@ -30,7 +30,7 @@ TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
     EXPECT_EQ(view.accessibleName(), "Größe");
 }
 
-TEST(LabelView, ATextThatMayBeCutAsksForNoWidthAndTellsTheWholeInItsToolTip) {
+TEST(LabelView, AShortenableTextNeedsNoWidthAndHasItsWholeTextAsToolTip) {
     Form form("Form1");
     Label model(form, "Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
     QWidget parent;

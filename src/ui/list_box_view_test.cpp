@@ -37,7 +37,7 @@ class ListBoxViewTest : public testing::Test {
         parent.activateWindow();
         flush();
     }
-    /// Lines that are added at the end are shown together, soon.
+    /// Lines that are added at the end are shown together, after a short delay.
     void flush() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == model.listCount(); }));
     }
@@ -249,7 +249,7 @@ TEST_F(ListBoxViewTest, AMillionLinesAreScrolledAndPaintedLikeThree) {
     EXPECT_EQ(model.listIndex(), 1'000'002);
     EXPECT_EQ(view.indexAt(placeOf(1'000'002)).data().toString(), "c:\\music\\999999.mp3");
     EXPECT_TRUE(view.viewport()->rect().contains(placeOf(1'000'002)));
-    // Far above what is seen there is no place.
+    // A row far above the visible area has no position.
     EXPECT_FALSE(view.visualRect(view.model()->index(0, 0)).isValid());
 }
 

@@ -109,7 +109,7 @@ TEST_F(TreeDraggingTest, ADragCannotBeginWithoutAButtonDown) {
     EXPECT_FALSE(isDragCursorShown());
 }
 
-TEST_F(TreeDraggingTest, APointerThatStaysTellsAGroupAndAnItemAgain) {
+TEST_F(TreeDraggingTest, ARestingPointerRepeatsTheEventOverAGroupAndAnItem) {
     beginMouseDrag();
     for (const NodeRef& node : {second, mp3}) {
         log.clear();
@@ -122,7 +122,7 @@ TEST_F(TreeDraggingTest, APointerThatStaysTellsAGroupAndAnItemAgain) {
     releaseAt(mp3);
 }
 
-TEST_F(TreeDraggingTest, APointerThatStaysOverACollectionOrNoNodeTellsItOnce) {
+TEST_F(TreeDraggingTest, ARestingPointerOverACollectionOrNoNodeSendsOneEvent) {
     beginMouseDrag();
     for (int i = 0; i < 3; ++i) {
         movePointer(placeOf(collection) + QPoint(i, 0));
