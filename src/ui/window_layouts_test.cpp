@@ -226,8 +226,7 @@ TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return header->model()->rowCount() == 1; }));
     const int row = header->visualRect(header->model()->index(0, 0)).height();
     ASSERT_GT(row, 0);
-    EXPECT_GE(header->viewport()->height(), 12 * row)
-        << "all twelve lines without scrolling";
+    EXPECT_GE(header->viewport()->height(), 12 * row) << "all twelve lines without scrolling";
     const auto* artist = window.findChild<QWidget*>("Text4(1)");
     EXPECT_GE(artist->width(), 30 * artist->fontMetrics().averageCharWidth());
 }
