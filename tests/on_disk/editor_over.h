@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The playlist editor's logic over files and a settings store of the machine; all else is fake. For
+// tests and benchmarks; tests/support/playlist_world.h has it over files in memory.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/frm_playlist.h"
+#include "playlist/header_display.h"
+#include "playlist/playlist_entries.h"
+#include "playlist/tag_editor.h"
+#include "support/fake_machine.h"
+
+namespace sonarith::test {
+
+struct EditorOver {
+    /// Loads the window, with the list that is stored. Both outlive this.
+    EditorOver(FileSystem& files, SettingsStore& store)
+        : platform{.loop = machine.loop,
+                   .media = machine.media,
+                   .store = store,
+                   .files = files,
+                   .boxes = machine.boxes,
+                   .pointer = machine.pointer,
+                   .random = machine.random,
+                   .shell = machine.shell,
+                   .directories = machine.directories,
+                   .mp3Controls = machine.mp3,
+                   .fileDialog = machine.dialog,
+                   .mixer = machine.mixer,
+                   .waveInput = machine.waveInput,
+                   .tray = machine.tray,
+                   .system = machine.system} {
+        form.load();
+    }
+    [[nodiscard]] std::vector<std::string> lines() const {
+        std::vector<std::string> all;
+        for (int i = 0; i < form.List2.listCount(); ++i) {
+            all.push_back(form.List2.list(i));
+        }
+        return all;
+    }
+
+    test::FakeMachine machine;
+    FrmPlayList form{machine.mp3};
+
+    Platform platform;
+    PlaylistEntries entries{platform, form};
+    HeaderDisplay header{platform, form};
+    TagEditor tag{platform, form};
+};
+
+} // namespace sonarith::test
