@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The stored playlist in the user's settings file: what a kill at any system call of a change
+// leaves.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "on_disk/editor_over.h"
+#include "platform/qt/ini_settings_store.h"
+#include "support/killed_at_call.h"
+#include "support/temp_folder.h"
+
+namespace sonarith {
+namespace {
+
+namespace fs = std::filesystem;
+using test::KillOutcome;
+using testing::AnyOf;
+
+using Editor = test::EditorOver;
+using Lines = std::vector<std::string>;
+
+struct Change {
+    const char* name;
+    void (*make)(Editor& editor);
+    Lines after;
+};
+
+class StoredListTest : public testing::TestWithParam<Change> {
+  protected:
+    static QString text(const fs::path& path) { return QString::fromStdString(path.string()); }
+    static Lines storedIn(const fs::path& folder) {
+        test::FakeFileSystem files;
+        IniSettingsStore store(text(folder));
+        return Editor(files, store).lines();
+    }
+    inline static const Lines before{"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"};
+};
+
+TEST_P(StoredListTest, AKillAtAnyCallLeavesItAsItWasOrAsItWillBe) {
+    const fakes::TempFolder original;
+    {
+        IniSettingsStore store(text(original.path()));
+        const StoreTransaction oneStep(store);
+        store.SaveSetting(applicationName, playlistSection, "HowMany", "3");
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            store.SaveSetting(applicationName, playlistSection, std::to_string(i + 1), before[i]);
+        }
+    }
+    int leftBefore = 0;
+    int leftAfter = 0;
+    int call = 0;
+    for (KillOutcome outcome = KillOutcome::killed; outcome == KillOutcome::killed; ++call) {
+        const fakes::TempFolder folder;
+        fs::copy(original.path(), folder.path());
+        test::FakeFileSystem files;
+        std::unique_ptr<IniSettingsStore> store;
+        std::unique_ptr<Editor> editor;
+        outcome = test::killAtCall(
+            call,
+            [&] {
+                store = std::make_unique<IniSettingsStore>(text(folder.path()));
+                editor = std::make_unique<Editor>(files, *store);
+            },
+            [&] { GetParam().make(*editor); });
+        ASSERT_NE(outcome, KillOutcome::failed) << "call " << call;
+        const Lines left = storedIn(folder.path());
+        ASSERT_THAT(left, AnyOf(before, GetParam().after)) << "call " << call;
+        ++(left == before ? leftBefore : leftAfter);
+    }
+    EXPECT_GT(leftBefore, 5) << "before the file is replaced";
+    EXPECT_GT(leftAfter, 1) << "behind it, and without a kill";
+}
+
+INSTANTIATE_TEST_SUITE_P(Changes, StoredListTest,
+                         testing::Values(Change{"DelistingByTheButton",
+                                                [](Editor& editor) {
+                                                    editor.form.List2.setListIndex(1).passOver();
+                                                    editor.form.Command6.click();
+                                                },
+                                                {"c:\\a.mp3", "c:\\c.mp3"}},
+                                         Change{"DelistingOfADeletedFile",
+                                                [](Editor& editor) {
+                                                    editor.form.List2.setListIndex(0).passOver();
+                                                    editor.entries.CompactPlayList().passOver();
+                                                },
+                                                {"c:\\b.mp3", "c:\\c.mp3"}},
+                                         Change{
+                                             "Adding",
+                                             [](Editor& editor) {
+                                                 editor.form.Text5.setText("c:\\d.mp3");
+                                                 editor.form.Command20.click();
+                                             },
+                                             {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3", "c:\\d.mp3"}}),
+                         [](const auto& change) { return std::string(change.param.name); });
+
+} // namespace
+} // namespace sonarith
