@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program's pictures, drawn on demand: sharp at every scale, and in the colours of the
 // desktop's palette, light or dark. No picture files.
+#pragma once
 
 #include <QIcon>
 
