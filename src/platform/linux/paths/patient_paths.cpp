@@ -63,8 +63,9 @@ std::unique_ptr<PatientPaths::Lane> PatientPaths::makeLane() {
     return std::make_unique<Lane>(services_.threads, services_.waiting);
 }
 
-bool PatientPaths::carryOut(const std::vector<std::string>& paths, Job job) {
+bool PatientPaths::carryOut(const Concerned& concerned, Job job) {
     forgetWhatHasReturned();
+    const std::vector<std::string> paths = concerned();
     if (left_.size() >= mostLeftBehind || isUnanswered(paths)) {
         return false;
     }
@@ -87,7 +88,7 @@ bool PatientPaths::carryOut(const std::vector<std::string>& paths, Job job) {
         }
     };
     if (lane_->calls.tell(bound_, std::move(call)) != waiting::BlockingCalls::Told::done) {
-        leaveBehind(paths);
+        leaveBehind(concerned());
         return false;
     }
     access_.afterCall();

@@ -49,21 +49,32 @@ class PatientPaths {
     PatientPaths(const PatientPaths&) = delete;
     PatientPaths& operator=(const PatientPaths&) = delete;
 
+    using Concerned = std::function<std::vector<std::string>()>;
+
     /// The result of `question`, which is called with a MachineFiles& and concerns `paths`: whole
     /// paths of the logic. Empty if it has not returned within the bound, and at once for a path on
     /// a mount that is known not to respond, or with an earlier call that has not returned. The
     /// question must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
+        return askInSteps([&paths] { return paths; }, std::move(question));
+    }
+
+    /// The same for a call of several steps. `concerned` returns the paths of the current step; it
+    /// is called before the call and once that has timed out.
+    template <typename Question>
+    [[nodiscard]] auto askInSteps(const Concerned& concerned, Question question) {
         using Answer = decltype(question(std::declval<MachineFiles&>()));
         const auto answer = std::make_shared<std::optional<Answer>>();
         const bool came = carryOut(
-            paths, [answer, question = std::move(question)](MachineFiles& machine) mutable {
+            concerned, [answer, question = std::move(question)](MachineFiles& machine) mutable {
                 answer->emplace(question(machine));
             });
         return came ? std::move(*answer) : std::nullopt;
     }
 
+    /// No call that timed out is still running.
+    [[nodiscard]] bool allReturned() const { return left_.empty(); }
     [[nodiscard]] const waiting::Services& services() const { return services_; }
     [[nodiscard]] Waiting::Duration bound() const { return bound_; }
 
@@ -81,7 +92,7 @@ class PatientPaths {
         std::shared_ptr<const Search> search;
     };
 
-    [[nodiscard]] bool carryOut(const std::vector<std::string>& paths, Job job);
+    [[nodiscard]] bool carryOut(const Concerned& concerned, Job job);
     void leaveBehind(const std::vector<std::string>& paths);
     [[nodiscard]] std::shared_ptr<const Search> search(const std::vector<std::string>& paths);
     void forgetWhatHasReturned();

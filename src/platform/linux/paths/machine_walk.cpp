@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/machine_walk.h"
+
+#include <cstddef>
+
+#include "platform/text/unicode.h"
+
+namespace sonarith {
+
+namespace {
+
+// Bounds the memory of one call that reads ahead.
+constexpr std::size_t mostReadAhead = 4000;
+
+void readInto(DirectoryWalk& walk, FolderPart& part) {
+    FindRecord record;
+    while (part.records.size() < FolderPart::mostRecords) {
+        if (!walk.FindNext(part.handle, record)) {
+            walk.FindClose(part.handle);
+            part.atEnd = true;
+            return;
+        }
+        part.records.push_back(std::move(record));
+    }
+}
+
+/// The folders that a walk will list after `listed`, last one first.
+void queueFoldersOf(const ReadFolder& listed, std::vector<std::string>& queue) {
+    for (const FindRecord& entry : listed.part.records) {
+        if ((entry.attributes & file_attribute::directory) != 0 && !entry.name.starts_with('.')) {
+            queue.push_back(lowerCase(listed.folder + entry.name + "\\"));
+        }
+    }
+}
+
+} // namespace
+
+void ReadFolders::access(const std::string& folder) {
+    const std::lock_guard lock(mutex_);
+    folder_ = folder;
+}
+
+void ReadFolders::add(ReadFolder folder) {
+    const std::lock_guard lock(mutex_);
+    read_.push_back(std::move(folder));
+}
+
+std::vector<ReadFolder> ReadFolders::take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(read_, {});
+}
+
+std::string ReadFolders::folder() const {
+    const std::lock_guard lock(mutex_);
+    return folder_;
+}
+
+/// The walk through these files. They are new objects after a call to the previous ones, perhaps
+/// not of this walk, was left behind.
+DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
+    if (owner_.get() != &machine) {
+        walk_ = machine.continueWalk(walked_);
+        owner_ = machine.shared_from_this();
+        ++number_;
+    }
+    return *walk_;
+}
+
+void MachineWalk::read(MachineFiles& machine, const std::string& folder, ReadAhead ahead,
+                       ReadFolders& read) {
+    DirectoryWalk& walk = of(machine);
+    const auto latest = std::chrono::steady_clock::now() + longestReadAhead_;
+    std::vector<std::string> queue{folder};
+    std::size_t records = 0;
+    do {
+        ReadFolder next{.folder = std::move(queue.back()), .part = {.walk = number_}};
+        queue.pop_back();
+        FindRecord first;
+        read.access(next.folder);
+        next.part.handle = walk.FindFirst(next.folder + "*.*", first);
+        if (next.part.handle == invalidFindHandle) {
+            continue;
+        }
+        next.part.records.push_back(std::move(first));
+        readInto(walk, next.part);
+        records += next.part.records.size();
+        const bool whole = next.part.atEnd;
+        queueFoldersOf(next, queue);
+        read.add(std::move(next));
+        if (!whole) {
+            return; // the walk continues with a folder that is not known yet
+        }
+    } while (ahead == ReadAhead::yes && !queue.empty() && records < mostReadAhead &&
+             std::chrono::steady_clock::now() < latest);
+}
+
+FolderPart MachineWalk::readOn(MachineFiles& machine, FolderPart part) {
+    DirectoryWalk& walk = of(machine);
+    part.records.clear();
+    if (part.walk == number_) {
+        readInto(walk, part);
+    }
+    return part;
+}
+
+void MachineWalk::close(MachineFiles& machine, const FolderPart& part) {
+    DirectoryWalk& walk = of(machine);
+    if (part.walk == number_) {
+        walk.FindClose(part.handle);
+    }
+}
+
+} // namespace sonarith
