@@ -9,20 +9,23 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/linux/files/file_error.h"
+
 namespace sonarith::disc {
 
 namespace {
 
+/// The rest of a sentence about the file, which the caller names.
 Error causeOf(int systemError) {
-    switch (systemError) {
-    case ENOENT:
-    case ENOTDIR:
+    const ErrorNumber number = fileErrorOfSystem(systemError).number;
+    switch (number) {
+    case ErrorNumber::fileNotFound:
+    case ErrorNumber::pathNotFound:
         return {ErrorNumber::fileNotFound, "there is no such file"};
-    case EACCES:
-    case EPERM:
-        return {ErrorNumber::permissionDenied, "you have no permission to read it"};
-    case ENAMETOOLONG:
-        return {ErrorNumber::badFileName, "the name is longer than the file system takes"};
+    case ErrorNumber::permissionDenied:
+        return {number, "you have no permission to read it"};
+    case ErrorNumber::badFileName:
+        return {number, "the name is longer than the file system takes"};
     default:
         return {ErrorNumber::deviceInputOutput, std::generic_category().message(systemError)};
     }
