@@ -169,6 +169,20 @@ TEST(Extraction, ASecondStartWithNothingToDoStopsTheMonitorButNotTheDevices) {
     EXPECT_THAT(bench.disc.saved, IsEmpty());
 }
 
+TEST(Extraction, UsesTheDriveFromTheFirstTrackToTheEndOfTheLast) {
+    ApplicationBench bench({300, 300});
+    bench.application.start();
+    EXPECT_FALSE(bench.application.driveInUse());
+    std::vector<bool> inUse;
+    bench.disc.onSave = [&](const SavedCapture&) {
+        inUse.push_back(bench.application.driveInUse());
+    };
+    bench.select("Available Tracks");
+    bench.form.CmdSelectAction.click();
+    EXPECT_THAT(inUse, ElementsAre(true, true));
+    EXPECT_FALSE(bench.application.driveInUse());
+}
+
 TEST(Extraction, OpensTheCommandsAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <vector>
+
 #include "platform/controls/basic_controls.h"
 #include "platform/controls/form.h"
 
@@ -49,6 +51,31 @@ TEST_F(ControlViewTest, APlaceIsTakenFromTheControlOnlyWhereThatIsAskedFor) {
     model.setWidth(300_twips);
     model.setHeight(45_twips);
     EXPECT_EQ(placed.geometry(), QRect(10, 2, 20, 3));
+}
+
+TEST_F(ControlViewTest, AChangeAppliesItsOwnPropertyAlone) {
+    std::vector<Property> shown;
+    QWidget other(&parent);
+    const ControlView otherView(
+        model, other, [this] { return model.caption(); }, "",
+        [&](Property which) { shown.push_back(which); }, Placement::byControl);
+    shown.clear();
+    // What another property's change must leave as it is.
+    const QRect place(1, 2, 3, 4);
+    other.setGeometry(place);
+    other.setToolTip("kept");
+    other.setEnabled(false);
+    other.setVisible(false);
+    model.setCaption("13 Bytes");
+    EXPECT_EQ(other.accessibleName(), "13 Bytes");
+    EXPECT_EQ(other.geometry(), place);
+    EXPECT_EQ(other.toolTip(), "kept");
+    EXPECT_FALSE(other.isEnabled());
+    EXPECT_TRUE(other.isHidden());
+    other.setAccessibleName("kept");
+    model.setEnabled(false);
+    EXPECT_EQ(other.accessibleName(), "kept");
+    EXPECT_THAT(shown, testing::ElementsAre(Property::caption, Property::enabled));
 }
 
 TEST_F(ControlViewTest, AControlMayChangeAfterItsWidgetIsGone) {
