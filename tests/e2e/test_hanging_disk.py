@@ -5,6 +5,7 @@ nothing that was captured is lost, and the program ends when it is asked to."""
 import contextlib
 import os
 import pathlib
+import subprocess
 import sys
 import time
 
@@ -53,6 +54,28 @@ def notice(started):
     return " ".join(started.labels("Notice"))
 
 
+def check_painted(desktop, started, when):
+    """The window's contents, moved out of the screen and back, are seen again: the server keeps
+    nothing of what is out of sight."""
+    window = started.main_window_id()
+    before, after = (desktop.home / f"{name}.png" for name in ("before", "after"))
+    place = [int(line.partition("=")[2]) for line in
+             desktop.xdotool("getwindowgeometry", "--shell", window)
+             if line.startswith(("X=", "Y="))]
+    desktop.screenshot(before, window)
+
+    def is_as_before():
+        desktop.screenshot(after, window)
+        return subprocess.run(["compare", "-metric", "AE", before, after, "null:"],
+                              env=desktop.environment, check=False,
+                              capture_output=True).returncode == 0
+
+    desktop.xdotool("windowmove", window, 3000, 3000)
+    time.sleep(0.3)
+    desktop.xdotool("windowmove", window, *place)
+    wait_for(f"the window's contents {when}", is_as_before, patience=SECONDS_TO_ANSWER)
+
+
 def a_stalling_destination_costs_no_sample(desktop, program):
     with files_that_stall(desktop, desktop.home / MUSIC) as switch:
         started, sheet, destination = start_with_disc(desktop, program, seconds=8)
@@ -96,8 +119,10 @@ def a_drive_that_takes_long_is_waited_for(desktop, program):
         os.replace(other, sheet)
         switch.touch()
         started.choose_menu("Action", "Refresh List")
-        time.sleep(4)
-        check(started.running, "the program ended while the drive was waited for")
+        for second in (1, 7):
+            time.sleep(second)
+            check(started.running, "the program ended while the drive was waited for")
+            check_painted(desktop, started, f"{second} s later")
         switch.unlink()
         started.open_row("Available Tracks")
         wait_for("the other disc's tracks", lambda: started.group("Available Tracks") ==
