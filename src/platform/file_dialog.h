@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog in which the user chooses a file to open or a name to save under. It does not open or
-// write the file; the caller does.
+// write the file; the caller does. Used on the logic thread only.
 #pragma once
 
 #include <string>

@@ -21,6 +21,7 @@
 
 namespace sonarith {
 
+/// All members of these interfaces are for the logic's thread, unless their header says otherwise.
 /// Initialized by member names: Platform{.loop = loop, .media = media, ...}.
 struct Platform {
     EventLoop& loop;

@@ -31,11 +31,15 @@ class FakeTransport : public mci::Transport {
         }
     }
 
-    void play(std::int64_t sector, std::int64_t endSector) override {
+    Status play(std::int64_t sector, std::int64_t endSector) override {
+        if (refusesToPlay) {
+            return {ErrorNumber::deviceUnavailable, "no thread is left"};
+        }
         calls.push_back("play " + std::to_string(sector) + " " + std::to_string(endSector));
         frame_ = sector * disc::framesPerSector;
         end_ = playableEnd(sector, endSector) * disc::framesPerSector;
         mode_ = frame_ < end_ ? disc::PlayerMode::playing : disc::PlayerMode::stopped;
+        return {};
     }
     void pause() override {
         calls.push_back("pause");
@@ -73,6 +77,7 @@ class FakeTransport : public mci::Transport {
     std::vector<std::string> calls;
     std::chrono::milliseconds reading{0};
     bool isGone = false;
+    bool refusesToPlay = false;
 
   private:
     [[nodiscard]] std::int64_t playableEnd(std::int64_t sector, std::int64_t endSector) const {

@@ -4,7 +4,6 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include <QDBusConnection>
@@ -59,7 +58,8 @@ void DesktopNotifications::Mailbox::deliver() {
     QDBusConnection::disconnectFromBus(name);
 }
 
-DesktopNotifications::DesktopNotifications(QString title) : mailbox_(std::make_shared<Mailbox>()) {
+DesktopNotifications::DesktopNotifications(QString title, ThreadStarter starter)
+    : starter_(std::move(starter)), mailbox_(std::make_shared<Mailbox>()) {
     mailbox_->title = std::move(title);
 }
 
@@ -73,8 +73,13 @@ void DesktopNotifications::send(const QString& text) {
     const std::lock_guard lock(mailbox_->mutex);
     mailbox_->text = text;
     mailbox_->changed.notify_all();
-    if (!std::exchange(mailbox_->threadRuns, true)) {
-        std::thread([mailbox = mailbox_] { mailbox->deliver(); }).detach();
+    if (mailbox_->threadRuns) {
+        return;
+    }
+    Result<std::thread> thread = starter_([mailbox = mailbox_] { mailbox->deliver(); });
+    if (thread.ok()) {
+        thread.value().detach();
+        mailbox_->threadRuns = true;
     }
 }
 

@@ -7,22 +7,25 @@
 
 #include <QString>
 
+#include "platform/thread_start.h"
+
 namespace sonarith {
 
 class DesktopNotifications {
   public:
-    explicit DesktopNotifications(QString title);
+    explicit DesktopNotifications(QString title, ThreadStarter starter = startThread);
     ~DesktopNotifications();
     DesktopNotifications(const DesktopNotifications&) = delete;
     DesktopNotifications& operator=(const DesktopNotifications&) = delete;
 
     /// Sends a notification and returns at once. The bus may hang, so a thread of its own talks to
-    /// it. While that thread waits, only the last text is kept for it.
+    /// it. While that thread waits, or cannot be started, only the last text is kept for it.
     void send(const QString& text);
 
   private:
     struct Mailbox;
 
+    ThreadStarter starter_;
     std::shared_ptr<Mailbox> mailbox_; ///< shared with the thread
 };
 

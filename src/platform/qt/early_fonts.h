@@ -5,6 +5,8 @@
 
 #include <thread>
 
+#include "platform/thread_start.h"
+
 namespace sonarith {
 
 /// The constructor starts the reading; the destructor waits for its end. The configuration belongs
@@ -13,10 +15,13 @@ namespace sonarith {
 /// how much time is saved depends on a free core.
 class EarlyFonts {
   public:
-    EarlyFonts();
+    explicit EarlyFonts(const ThreadStarter& starter = startThread);
+    ~EarlyFonts();
+    EarlyFonts(const EarlyFonts&) = delete;
+    EarlyFonts& operator=(const EarlyFonts&) = delete;
 
   private:
-    std::jthread reader_;
+    std::thread reader_; ///< none if the system has no thread left: Qt reads it then
 };
 
 } // namespace sonarith

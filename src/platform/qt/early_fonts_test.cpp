@@ -4,6 +4,8 @@
 #include <fontconfig/fontconfig.h>
 #include <gmock/gmock.h>
 
+#include "support/limited_threads.h"
+
 namespace sonarith {
 namespace {
 
@@ -13,6 +15,13 @@ TEST(EarlyFonts, ReadTheLibrarysConfigurationOnce) {
     ASSERT_NE(read, nullptr);
     EXPECT_TRUE(FcInit());
     EXPECT_EQ(FcConfigGetCurrent(), read);
+}
+
+TEST(EarlyFonts, AreLeftToTheLibraryIfTheSystemHasNoThread) {
+    const fakes::LimitedThreads threads(0);
+    { const EarlyFonts fonts(threads.starter()); }
+    EXPECT_EQ(threads.refused(), 1);
+    EXPECT_TRUE(FcInit());
 }
 
 } // namespace

@@ -217,17 +217,23 @@ class DiscPlayer::Reader {
     std::stop_source quit_; ///< the player has been destroyed
 };
 
-DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc)
-    : reader_(std::make_shared<Reader>(std::move(disc))),
-      thread_([reader = reader_] { reader->run(); }) {}
+DiscPlayer::DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter)
+    : reader_(std::make_shared<Reader>(std::move(disc))), starter_(std::move(starter)) {}
 
 DiscPlayer::~DiscPlayer() {
     reader_->quit();
     thread_.leave(patience);
 }
 
-void DiscPlayer::play(std::int64_t sector, std::int64_t endSector) {
+Status DiscPlayer::play(std::int64_t sector, std::int64_t endSector) {
+    if (!thread_.started()) {
+        Status started = thread_.start([reader = reader_] { reader->run(); }, starter_);
+        if (!started.ok()) {
+            return started;
+        }
+    }
     reader_->play(sector, endSector);
+    return {};
 }
 
 void DiscPlayer::pause() {

@@ -11,6 +11,8 @@
 #include "platform/linux/disc/disc.h"
 #include "platform/linux/sound/abandonable_thread.h"
 #include "platform/linux/sound/sample_source.h"
+#include "platform/result.h"
+#include "platform/thread_start.h"
 
 namespace sonarith::disc {
 
@@ -19,7 +21,7 @@ enum class PlayerMode { stopped, playing, paused };
 /// All members except `pull` are for the logic's thread; `pull` is for the sound engine's.
 class DiscPlayer : public sound::SampleSource {
   public:
-    explicit DiscPlayer(std::shared_ptr<Disc> disc);
+    explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);
     /// Stops the current read and waits a moment for it. A read that hangs is left behind, together
     /// with the disc, until the device returns.
     ~DiscPlayer() override;
@@ -28,8 +30,9 @@ class DiscPlayer : public sound::SampleSource {
 
     /// Plays from `sector` on, up to (not including) `endSector`. Plays across audio tracks and
     /// stops where a data track begins, or at `endSector`.
-    /// Precondition: 0 <= sector <= endSector <= table().sectors().
-    void play(std::int64_t sector, std::int64_t endSector);
+    /// Precondition: 0 <= sector <= endSector <= table().sectors(). Fails, and changes nothing, if
+    /// no thread can be started to read the disc.
+    [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void pause();
     void resume();
     /// Stops; the position stays where it is.
@@ -56,7 +59,8 @@ class DiscPlayer : public sound::SampleSource {
   private:
     class Reader;
     std::shared_ptr<Reader> reader_; ///< shared with its thread
-    sound::AbandonableThread thread_;
+    ThreadStarter starter_;
+    sound::AbandonableThread thread_; ///< from the first `play` on
 };
 
 } // namespace sonarith::disc

@@ -43,7 +43,7 @@ TEST(APlayer, CanBeDestroyedInTheMiddleOfARead) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
-    player->play(0, 1000);
+    ASSERT_TRUE(player->play(0, 1000).ok());
     disc->waitForReads(1);
     std::thread destroyer([&player] { player.reset(); });
     disc->release();
@@ -55,7 +55,7 @@ TEST(APlayer, LeavesAHangingReadBehind) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
-    player->play(0, 1000);
+    ASSERT_TRUE(player->play(0, 1000).ok());
     disc->waitForReads(1);
     player.reset();
     EXPECT_GT(disc.use_count(), 1) << "the read that hangs keeps its disc";
@@ -67,7 +67,7 @@ TEST(APlayer, LeavesAHangingReadBehind) {
 TEST(APlayer, StopsTheCurrentReadWhenItIsDestroyed) {
     const auto disc = std::make_shared<ScratchedDisc>();
     auto player = std::make_unique<DiscPlayer>(disc);
-    player->play(0, 1000);
+    ASSERT_TRUE(player->play(0, 1000).ok());
     EXPECT_TRUE(fakes::eventually([&] { return disc->begun == 1; }));
     player->stop();
     player.reset();

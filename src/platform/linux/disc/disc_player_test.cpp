@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/fake_disc.h"
+#include "support/limited_threads.h"
 
 namespace sonarith::disc {
 namespace {
@@ -68,7 +69,7 @@ TEST(DiscPlayer, IsStoppedAtTheBeginningAndReadsNothing) {
 
 TEST(DiscPlayer, DeliversEveryFrameOfTheStretchOnceAndInOrder) {
     DiscPlayer player(longDisc());
-    player.play(7, 1007);
+    ASSERT_TRUE(player.play(7, 1007).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 1000 * framesPerSector));
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     EXPECT_EQ(player.positionInFrames(), 1007 * framesPerSector);
@@ -76,7 +77,7 @@ TEST(DiscPlayer, DeliversEveryFrameOfTheStretchOnceAndInOrder) {
 
 TEST(DiscPlayer, CountsThePositionInFramesThatWereTaken) {
     DiscPlayer player(longDisc());
-    player.play(100, 200);
+    ASSERT_TRUE(player.play(100, 200).ok());
     EXPECT_EQ(player.positionInFrames(), 100 * framesPerSector);
     EXPECT_EQ(play(player, 1000).size(), 1000u);
     EXPECT_EQ(player.positionInFrames(), 100 * framesPerSector + 1000);
@@ -87,7 +88,7 @@ TEST(DiscPlayer, ReadsNoSectorPastTheEndWhateverItsLength) {
     for (std::int64_t length = 1; length <= 60; ++length) {
         const auto disc = longDisc();
         DiscPlayer player(disc);
-        player.play(500, 500 + length);
+        ASSERT_TRUE(player.play(500, 500 + length).ok());
         EXPECT_EQ(playToItsEnd(player).size(), static_cast<std::size_t>(length * framesPerSector));
         EXPECT_EQ(disc->furthest(), 500 + length);
     }
@@ -96,7 +97,7 @@ TEST(DiscPlayer, ReadsNoSectorPastTheEndWhateverItsLength) {
 TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
-    player.play(0, 10000);
+    ASSERT_TRUE(player.play(0, 10000).ok());
     // Nothing is pulled, so these are all the reads that fit into the ring.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
@@ -116,22 +117,22 @@ TEST(DiscPlayer, PlaysAcrossAudioTracksAndStopsWhereADataTrackBegins) {
                               {TrackKind::data, 50},
                               {TrackKind::audio, 60}});
     DiscPlayer player(disc);
-    player.play(10, 180);
+    ASSERT_TRUE(player.play(10, 180).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(10 * framesPerSector, 60 * framesPerSector));
     EXPECT_EQ(player.positionInFrames(), 70 * framesPerSector);
     EXPECT_EQ(disc->furthest(), 70);
 
-    player.play(120, 180);
+    ASSERT_TRUE(player.play(120, 180).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(120 * framesPerSector, 60 * framesPerSector));
 }
 
 TEST(DiscPlayer, EndsAtOnceInADataTrackAndOnAnEmptyStretch) {
     const auto disc = discOf({{TrackKind::data, 50}, {TrackKind::audio, 60}});
     DiscPlayer player(disc);
-    player.play(20, 110);
+    ASSERT_TRUE(player.play(20, 110).ok());
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     EXPECT_EQ(player.positionInFrames(), 20 * framesPerSector);
-    player.play(60, 60);
+    ASSERT_TRUE(player.play(60, 60).ok());
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     EXPECT_EQ(player.positionInFrames(), 60 * framesPerSector);
     EXPECT_TRUE(disc->reads().empty());
@@ -141,7 +142,7 @@ TEST(DiscPlayer, StarvesWhileTheFirstReadTakesItsTime) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
-    player.play(0, 100);
+    ASSERT_TRUE(player.play(0, 100).ok());
     disc->waitForReads(1);
     const Pulled pulled = pullBlock(player);
     EXPECT_EQ(pulled.frames, 0u);
@@ -155,9 +156,9 @@ TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatIsStillBeingRead) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
-    player.play(0, 1000);
+    ASSERT_TRUE(player.play(0, 1000).ok());
     disc->waitForReads(1);
-    player.play(5000, 5100);
+    ASSERT_TRUE(player.play(5000, 5100).ok());
     EXPECT_EQ(player.positionInFrames(), 5000 * framesPerSector);
     disc->release();
     EXPECT_EQ(playToItsEnd(player), framesAt(5000 * framesPerSector, 100 * framesPerSector));
@@ -166,18 +167,18 @@ TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatIsStillBeingRead) {
 TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatWasReadAhead) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
-    player.play(0, 1000);
+    ASSERT_TRUE(player.play(0, 1000).ok());
     EXPECT_EQ(play(player, 1000).size(), 1000u);
-    player.play(0, 1000);
+    ASSERT_TRUE(player.play(0, 1000).ok());
     EXPECT_EQ(play(player, 2000), framesAt(0, 2000));
-    player.play(77, 78);
+    ASSERT_TRUE(player.play(77, 78).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(77 * framesPerSector, framesPerSector));
 }
 
 TEST(DiscPlayer, ContinuesAfterAPauseWithTheNextFrame) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
-    player.play(0, 100);
+    ASSERT_TRUE(player.play(0, 100).ok());
     EXPECT_EQ(play(player, 1000), framesAt(0, 1000));
     player.pause();
     EXPECT_EQ(player.mode(), PlayerMode::paused);
@@ -193,7 +194,7 @@ TEST(DiscPlayer, KeepsDataReadDuringAPause) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
-    player.play(0, 20);
+    ASSERT_TRUE(player.play(0, 20).ok());
     disc->waitForReads(1);
     player.pause();
     disc->release();
@@ -206,7 +207,7 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
-    player.play(0, 1000);
+    ASSERT_TRUE(player.play(0, 1000).ok());
     disc->waitForReads(1);
     player.pause();
     disc->release();
@@ -220,14 +221,14 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
 TEST(DiscPlayer, StopsAtItsPositionAndSeeksToTheGivenOne) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
-    player.play(10, 1000);
+    ASSERT_TRUE(player.play(10, 1000).ok());
     EXPECT_EQ(play(player, 600).size(), 600u);
     player.stop();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     EXPECT_EQ(player.positionInFrames(), 10 * framesPerSector + 600);
     EXPECT_EQ(pullBlock(player).supply, Supply::ended);
 
-    player.play(10, 1000);
+    ASSERT_TRUE(player.play(10, 1000).ok());
     player.seek(33);
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     EXPECT_EQ(player.positionInFrames(), 33 * framesPerSector);
@@ -240,7 +241,7 @@ TEST(DiscPlayer, PausesAndResumesOnlyWhilePlaying) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
     player.resume();
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
-    player.play(0, 100);
+    ASSERT_TRUE(player.play(0, 100).ok());
     player.pause();
     player.stop();
     player.resume();
@@ -252,7 +253,7 @@ TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
     disc->vanishFrom(60);
     DiscPlayer player(disc);
     EXPECT_FALSE(player.gone());
-    player.play(0, 1000);
+    ASSERT_TRUE(player.play(0, 1000).ok());
     const std::vector<StereoFrame> heard = playToItsEnd(player);
     EXPECT_TRUE(player.gone());
     EXPECT_EQ(player.mode(), PlayerMode::playing);
@@ -262,7 +263,7 @@ TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
 
     const std::size_t reads = disc->reads().size();
     EXPECT_EQ(pullBlock(player).supply, Supply::lost);
-    player.play(0, 10);
+    ASSERT_TRUE(player.play(0, 10).ok());
     EXPECT_EQ(player.mode(), PlayerMode::playing);
     EXPECT_EQ(pullBlock(player).supply, Supply::lost);
     EXPECT_EQ(disc->reads().size(), reads);
@@ -275,7 +276,7 @@ TEST(DiscPlayer, NoticesThatTheMediumIsGoneInAnObsoleteRead) {
     disc->vanishFrom(0);
     disc->hold();
     DiscPlayer player(disc);
-    player.play(0, 100);
+    ASSERT_TRUE(player.play(0, 100).ok());
     disc->waitForReads(1);
     player.stop();
     disc->release();
@@ -332,7 +333,8 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
             player.seek(sector);
             break;
         default:
-            player.play(sector, sector + 1 + static_cast<std::int64_t>(random() % 900));
+            ASSERT_TRUE(
+                player.play(sector, sector + 1 + static_cast<std::int64_t>(random() % 900)).ok());
         }
         if (player.positionInFrames() > 10000 * framesPerSector) {
             ++strays;
@@ -340,7 +342,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
         std::this_thread::yield();
     }
     // Ends with a stretch that is played completely, so that sound is heard on any machine.
-    player.play(0, 30);
+    ASSERT_TRUE(player.play(0, 30).ok());
     while (player.mode() == PlayerMode::playing) {
         std::this_thread::yield();
     }
@@ -349,6 +351,21 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     EXPECT_EQ(strays, 0);
     EXPECT_GE(heard, 30 * framesPerSector);
     EXPECT_LE(disc->furthest(), 10000);
+}
+
+TEST(DiscPlayer, RefusesToPlayWhileTheSystemHasNoThread) {
+    fakes::LimitedThreads threads(0);
+    DiscPlayer player(longDisc(), threads.starter());
+    player.seek(5);
+    const Status refused = player.play(7, 9);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().number, ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(player.mode(), PlayerMode::stopped);
+    EXPECT_EQ(player.positionInFrames(), 5 * framesPerSector);
+    threads.free(1);
+    ASSERT_TRUE(player.play(7, 9).ok());
+    EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
+    ASSERT_TRUE(player.play(1, 2).ok()) << "one thread serves all plays";
 }
 
 } // namespace

@@ -5,19 +5,23 @@
 
 namespace sonarith::mci {
 
-CardTransport::CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now)
+CardTransport::CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now,
+                             ThreadStarter starter)
     : card_(card),
       now_(std::move(now)),
-      player_(std::make_shared<disc::DiscPlayer>(std::move(disc))) {}
+      player_(std::make_shared<disc::DiscPlayer>(std::move(disc), std::move(starter))) {}
 
 CardTransport::~CardTransport() {
     detach();
 }
 
-void CardTransport::play(std::int64_t sector, std::int64_t endSector) {
+Status CardTransport::play(std::int64_t sector, std::int64_t endSector) {
     detach();
-    player_->play(sector, endSector);
-    attach();
+    Status played = player_->play(sector, endSector);
+    if (played.ok()) {
+        attach();
+    }
+    return played;
 }
 
 void CardTransport::pause() {

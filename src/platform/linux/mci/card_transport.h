@@ -19,10 +19,11 @@ using Clock = std::function<sound::SoundCard::Time()>;
 /// source, so that an idle card sleeps and a paused disc does not block a recording.
 class CardTransport : public Transport {
   public:
-    CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now);
+    CardTransport(std::shared_ptr<disc::Disc> disc, sound::SoundCard& card, Clock now,
+                  ThreadStarter starter = startThread);
     ~CardTransport() override; ///< detaches the disc from the line
 
-    void play(std::int64_t sector, std::int64_t endSector) override;
+    Status play(std::int64_t sector, std::int64_t endSector) override;
     void pause() override;
     void resume() override;
     void stop() override;

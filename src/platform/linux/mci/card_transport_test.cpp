@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "support/fake_disc.h"
+#include "support/limited_threads.h"
 
 namespace sonarith::mci {
 namespace {
@@ -55,7 +56,7 @@ TEST(ATransport, PlaysTheDiscIntoTheCardsDiscLine) {
     CardTransport transport(disc, bench.card, bench.now);
     EXPECT_FALSE(bench.card.active());
     bench.card.startRecording(heard, bench.now());
-    transport.play(40, 100);
+    ASSERT_TRUE(transport.play(40, 100).ok());
     EXPECT_EQ(transport.mode(), PlayerMode::playing);
     EXPECT_EQ(transport.positionInFrames(), 40 * frames);
     bench.playUntil(transport, 100 * frames);
@@ -72,7 +73,7 @@ TEST(ATransport, LetsTheCardSleepWhenItDoesNotPlay) {
     Bench bench;
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
-    transport.play(0, 1000);
+    ASSERT_TRUE(transport.play(0, 1000).ok());
     EXPECT_TRUE(bench.card.active());
     transport.pause();
     EXPECT_FALSE(bench.card.active());
@@ -80,11 +81,11 @@ TEST(ATransport, LetsTheCardSleepWhenItDoesNotPlay) {
     EXPECT_TRUE(bench.card.active());
     transport.stop();
     EXPECT_FALSE(bench.card.active());
-    transport.play(3, 5);
+    ASSERT_TRUE(transport.play(3, 5).ok());
     transport.seek(7);
     EXPECT_FALSE(bench.card.active());
     EXPECT_EQ(transport.positionInFrames(), 7 * frames);
-    transport.play(10, 12);
+    ASSERT_TRUE(transport.play(10, 12).ok());
     bench.playUntil(transport, 12 * frames);
     EXPECT_FALSE(bench.card.active());
 }
@@ -94,7 +95,7 @@ TEST(APausedTransport, LosesAndRepeatsNoSample) {
     auto heard = std::make_shared<Heard>();
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
-    transport.play(0, 1000);
+    ASSERT_TRUE(transport.play(0, 1000).ok());
     bench.card.startRecording(heard, bench.now());
     bench.playUntil(transport, 1234);
     transport.pause();
@@ -119,7 +120,7 @@ TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     Bench bench;
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
-    transport.play(0, 1000);
+    ASSERT_TRUE(transport.play(0, 1000).ok());
     bench.playUntil(transport, 1); // from here on whole sectors are buffered, so at least 10 ms
     const std::int64_t place = transport.positionInFrames();
     bench.pass(10ms);
@@ -131,7 +132,7 @@ TEST(ATransport, StopsMovingWhenItsDiscVanishes) {
     Bench bench;
     const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({100'000}));
     CardTransport transport(disc, bench.card, bench.now);
-    transport.play(0, 100'000);
+    ASSERT_TRUE(transport.play(0, 100'000).ok());
     bench.playUntil(transport, 1);
     disc->vanish();
     std::int64_t place = -1;
@@ -151,11 +152,21 @@ TEST(ATransportThatEnds, DetachesItsDiscFromTheLine) {
     {
         CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                                 bench.now);
-        transport.play(0, 1000);
+        ASSERT_TRUE(transport.play(0, 1000).ok());
         EXPECT_TRUE(bench.card.active());
     }
     EXPECT_FALSE(bench.card.active());
     bench.card.advance(bench.now() + 1s);
+}
+
+TEST(ATransport, LeavesTheCardAloneIfTheDiscCannotBePlayed) {
+    Bench bench;
+    const fakes::LimitedThreads threads(0);
+    CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
+                            bench.now, threads.starter());
+    EXPECT_FALSE(transport.play(0, 1000).ok());
+    EXPECT_FALSE(bench.card.active());
+    EXPECT_EQ(transport.mode(), PlayerMode::stopped);
 }
 
 } // namespace

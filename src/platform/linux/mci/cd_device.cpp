@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/linux/mci/common_arguments.h"
+
 namespace sonarith::mci {
 namespace {
 
@@ -36,8 +38,8 @@ Reply CdDevice::run(const Command& command) {
     default:
         return MciError::unsupportedFunction;
     }
-    if (const auto arguments = parseArguments(command.words, {}); !arguments.ok()) {
-        return arguments.error;
+    if (const MciError error = parseNothing(command.words); error != MciError::none) {
+        return error;
     }
     if (command.verb == Verb::resume) {
         return resume();
@@ -53,12 +55,8 @@ Reply CdDevice::run(const Command& command) {
 
 Reply CdDevice::info(const Command& command) {
     static constexpr Keyword keywords[] = {{"identity"}};
-    const auto arguments = parseArguments(command.words, keywords);
-    if (!arguments.ok()) {
+    if (const auto arguments = parseSome(command.words, keywords); !arguments.ok()) {
         return arguments.error;
-    }
-    if (arguments.value.empty()) {
-        return MciError::missingParameter;
     }
     const disc::Disc* disc = medium_.disc();
     return disc ? Reply(disc::identityOf(disc->table())) : MciError::deviceNotReady;
@@ -66,15 +64,12 @@ Reply CdDevice::info(const Command& command) {
 
 Reply CdDevice::set(const Command& command) {
     static constexpr Keyword keywords[] = {{"time format", Takes::value}, {"door", Takes::value}};
-    const auto arguments = parseArguments(command.words, keywords);
+    const auto arguments = parseSome(command.words, keywords);
     if (!arguments.ok()) {
         return arguments.error;
     }
     const std::string* format = arguments.value.value("time format");
     const std::string* door = arguments.value.value("door");
-    if (!format && !door) {
-        return MciError::missingParameter;
-    }
     if (format && !timeFormatNamed(*format)) {
         return MciError::badTimeFormat;
     }
@@ -96,16 +91,12 @@ Reply CdDevice::status(const Command& command) {
                                            {"current track"},      {"type"},   {"mode"},
                                            {"media present"},      {"ready"},  {"time format"},
                                            {"track", Takes::value}};
-    const auto arguments = parseArguments(command.words, keywords);
-    if (!arguments.ok()) {
-        return arguments.error;
+    const auto question = parseQuestion(command.words, keywords);
+    if (!question.ok()) {
+        return question.error;
     }
-    const auto found = onlyItem(arguments.value, keywords);
-    if (!found.ok()) {
-        return found.error;
-    }
-    const std::string_view item = found.value;
-    if (const std::string* track = arguments.value.value("track")) {
+    const std::string_view item = question.value.item;
+    if (const std::string* track = question.value.arguments.value("track")) {
         return trackStatus(item, *track);
     }
     return deviceStatus(item);
@@ -206,8 +197,7 @@ Reply CdDevice::play(const Command& command) {
     if (table.tracks[track].kind == disc::TrackKind::data) {
         return MciError::dataTrack;
     }
-    medium_.play(first.value, end.value);
-    return done();
+    return medium_.play(first.value, end.value).ok() ? done() : MciError::deviceNotReady;
 }
 
 Reply CdDevice::resume() {
@@ -223,18 +213,15 @@ Reply CdDevice::resume() {
 
 Reply CdDevice::seek(const Command& command) {
     static constexpr Keyword keywords[] = {{"to", Takes::value}};
-    const auto arguments = parseArguments(command.words, keywords);
+    const auto arguments = parseSome(command.words, keywords);
     if (!arguments.ok()) {
         return arguments.error;
-    }
-    const std::string* to = arguments.value.value("to");
-    if (!to) {
-        return MciError::missingParameter;
     }
     const disc::Disc* disc = medium_.disc();
     if (!disc) {
         return MciError::deviceNotReady;
     }
+    const std::string* to = arguments.value.value("to");
     const std::string place = asciiLowerCase(*to);
     const Outcome<std::int64_t> sector = place == "start" ? Outcome<std::int64_t>(0)
                                          : place == "end"

@@ -277,5 +277,15 @@ TEST(WrongCommandsToADisc, ReportTheCause) {
     EXPECT_EQ(session.send("dance cd"), refused(MciError::unrecognizedCommand));
 }
 
+TEST(Playing, FailsIfTheMachineCannotPlayTheDisc) {
+    CdSession session(threeTracks());
+    session.send("seek cd to 1");
+    session.machine.transport->refusesToPlay = true;
+    EXPECT_EQ(session.send("play cd from 2"), refused(MciError::deviceNotReady));
+    EXPECT_EQ(session.send("status cd mode"), said("stopped"));
+    session.machine.transport->refusesToPlay = false;
+    EXPECT_EQ(session.send("play cd from 2"), fine());
+}
+
 } // namespace
 } // namespace sonarith::mci

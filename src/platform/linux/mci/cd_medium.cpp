@@ -135,10 +135,13 @@ Transport& CdMedium::transport() {
     return *transport_;
 }
 
-void CdMedium::play(std::int64_t sector, std::int64_t endSector) {
-    transport().play(sector, endSector);
-    playedFrom_ = sector;
-    playEnd_ = endSector;
+Status CdMedium::play(std::int64_t sector, std::int64_t endSector) {
+    Status played = transport().play(sector, endSector);
+    if (played.ok()) {
+        playedFrom_ = sector;
+        playEnd_ = endSector;
+    }
+    return played;
 }
 
 void CdMedium::seek(std::int64_t sector) {

@@ -50,7 +50,7 @@ class CdMedium {
     [[nodiscard]] std::int64_t playEnd() const { return playEnd_; }
 
     // Precondition: a disc is loaded.
-    void play(std::int64_t sector, std::int64_t endSector);
+    [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void seek(std::int64_t sector);
     // Without effect if nothing has been played.
     void pause();

@@ -25,7 +25,7 @@ class Transport {
   public:
     virtual ~Transport() = default;
     /// As DiscPlayer::play.
-    virtual void play(std::int64_t sector, std::int64_t endSector) = 0;
+    virtual Status play(std::int64_t sector, std::int64_t endSector) = 0;
     virtual void pause() = 0;
     virtual void resume() = 0;
     virtual void stop() = 0;

@@ -3,7 +3,6 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 #include "platform/linux/mp3/target_turn.h"
@@ -86,13 +85,12 @@ DecodeJob::DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::Pe
                      std::optional<CompletedDecoding> former)
     : run_(std::make_shared<Run>(std::move(order), std::move(report), std::move(saves),
                                  std::move(former))) {
-    try {
-        thread_.emplace([run = run_] { run->execute(); });
-    } catch (const std::system_error& error) {
+    const Status started =
+        thread_.start([run = run_] { run->execute(); }, run_->order.division.starter);
+    if (!started.ok()) {
         run_->completed.reset();
         run_->result.outcome = DecodeOutcome::failed;
-        run_->result.failure =
-            DecodeFailure{DecodeStep::decoding, {ErrorNumber::deviceUnavailable, error.what()}};
+        run_->result.failure = DecodeFailure{DecodeStep::decoding, started.error()};
         run_->report(run_->result);
         run_->end();
     }

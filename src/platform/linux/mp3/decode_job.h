@@ -46,6 +46,7 @@ class DecodeJob {
 
     /// Starts. If `former` is of the same two files and neither has changed since, nothing is
     /// decoded, and its result is reused. The decoding counts among `saves` until it is over.
+    /// Without a thread (Division::starter) it is over at once, and has failed.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }
@@ -71,7 +72,7 @@ class DecodeJob {
   private:
     struct Run;
     std::shared_ptr<Run> run_; ///< shared with its thread
-    std::optional<sound::AbandonableThread> thread_;
+    sound::AbandonableThread thread_;
 };
 
 } // namespace sonarith::mp3

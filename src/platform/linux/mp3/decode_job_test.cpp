@@ -13,6 +13,7 @@
 
 #include "platform/linux/mp3/mp3_fixture.h"
 #include "support/held_calls.h"
+#include "support/limited_threads.h"
 #include "support/small_disk.h"
 #include "support/unprivileged.h"
 #include "support/waiting.h"
@@ -423,6 +424,23 @@ TEST_F(DecodeJobTest, DecodingsOfOneTargetRunOneAfterTheOther) {
     }
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);
     EXPECT_EQ(entries(), 3);
+}
+
+TEST_F(DecodeJobTest, FailsAtOnceIfTheSystemHasNoThread) {
+    writeFile(source, ordinary());
+    const fakes::LimitedThreads threads(0);
+    int reports = 0;
+    const DecodeJob job(
+        DecodeOrder{source, target, {2, 16, threads.starter()}},
+        [&](const DecodeResult& /*result*/) { ++reports; }, saves);
+    EXPECT_TRUE(job.over());
+    EXPECT_FALSE(job.busy());
+    EXPECT_EQ(reports, 1);
+    EXPECT_EQ(job.result().outcome, DecodeOutcome::failed);
+    ASSERT_TRUE(job.result().failure);
+    EXPECT_EQ(job.result().failure->error.number, ErrorNumber::deviceUnavailable);
+    EXPECT_FALSE(job.completed());
+    EXPECT_EQ(entries(), 1);
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 #include "platform/linux/mp3/byte_source.h"
@@ -91,12 +90,11 @@ class Mp3PlayerSource::Decoder {
     bool ended_ = false; ///< nothing is added to the queue any more
 };
 
-Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock)
+Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock,
+                                 const ThreadStarter& starter)
     : clock_(std::move(clock)), decoder_(std::make_shared<Decoder>(std::move(path))) {
-    try {
-        thread_.emplace([decoder = decoder_] { decoder->run(); });
-    } catch (const std::system_error&) {
-        decoder_->end(); // the system cannot create a thread: the source is silent
+    if (!thread_.start([decoder = decoder_] { decoder->run(); }, starter).ok()) {
+        decoder_->end();
     }
 }
 
@@ -105,9 +103,7 @@ Mp3PlayerSource::~Mp3PlayerSource() {
     // the card's thread, on which the destructor may run.
     constexpr std::chrono::milliseconds moment{10};
     decoder_->stop();
-    if (thread_) {
-        thread_->leave(moment);
-    }
+    thread_.leave(moment);
 }
 
 sound::Pulled Mp3PlayerSource::pull(std::span<sound::StereoFrame> block) {

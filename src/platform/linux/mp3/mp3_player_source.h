@@ -27,7 +27,9 @@ class Mp3PlayerSource : public sound::SampleSource {
     /// longer, but other lines must not become silent for that.
     static constexpr std::chrono::milliseconds patience{300};
 
-    Mp3PlayerSource(std::filesystem::path path, Clock clock);
+    /// Without a thread it ends at once.
+    Mp3PlayerSource(std::filesystem::path path, Clock clock,
+                    const ThreadStarter& starter = startThread);
     ~Mp3PlayerSource() override;
     Mp3PlayerSource(const Mp3PlayerSource&) = delete;
     Mp3PlayerSource& operator=(const Mp3PlayerSource&) = delete;
@@ -41,7 +43,7 @@ class Mp3PlayerSource : public sound::SampleSource {
     Clock clock_;
     std::shared_ptr<Decoder> decoder_; ///< shared with its thread
     std::optional<std::chrono::nanoseconds> starvingSince_;
-    std::optional<sound::AbandonableThread> thread_;
+    sound::AbandonableThread thread_;
 };
 
 } // namespace sonarith::mp3

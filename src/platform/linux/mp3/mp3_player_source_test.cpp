@@ -8,6 +8,7 @@
 
 #include "platform/linux/mp3/mp3_fixture.h"
 #include "support/held_calls.h"
+#include "support/limited_threads.h"
 #include "support/waiting.h"
 
 namespace sonarith::mp3 {
@@ -121,6 +122,16 @@ TEST_F(Mp3PlayerSourceTest, IsDestroyedAtOnceWhileTheDiskHangs) {
         ASSERT_TRUE(disk.waitForCall());
         EXPECT_TRUE(disk.run([&] { player.reset(); }));
     }
+}
+
+TEST_F(Mp3PlayerSourceTest, EndsAtOnceIfTheSystemHasNoThread) {
+    fixture::writeFile(folder / "a.mp3", fixture::ordinary());
+    const fakes::LimitedThreads threads(0);
+    Mp3PlayerSource player(
+        folder / "a.mp3", [this] { return now; }, threads.starter());
+    const sound::Pulled pulled = player.pull(block);
+    EXPECT_EQ(pulled.frames, 0U);
+    EXPECT_EQ(pulled.supply, Supply::ended);
 }
 
 } // namespace

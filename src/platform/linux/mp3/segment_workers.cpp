@@ -2,7 +2,6 @@
 #include "platform/linux/mp3/segment_workers.h"
 
 #include <algorithm>
-#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -17,18 +16,19 @@ SegmentWorkers::SegmentWorkers(const ByteSource& source, FrameSequence frames, W
       trim_(frames.trim()),
       target_(target),
       workers_(std::max(division.threads, 1U)),
+      starter_(division.starter),
       stop_(stop),
       progress_(progress),
       schedule_(std::move(frames), division.framesPerSegment, workers_) {}
 
 Decoded SegmentWorkers::run() {
     std::vector<std::thread> threads;
-    try {
-        for (std::size_t worker = 1; worker < workers_; ++worker) {
-            threads.emplace_back([this, worker] { work(worker); });
+    for (std::size_t worker = 1; worker < workers_; ++worker) {
+        Result<std::thread> thread = starter_([this, worker] { work(worker); });
+        if (!thread.ok()) {
+            break; // the existing ones do all the work
         }
-    } catch (const std::system_error&) {
-        // The system cannot create more threads: the existing ones do all the work.
+        threads.push_back(std::move(thread.value()));
     }
     work(0);
     for (std::thread& thread : threads) {

@@ -15,6 +15,7 @@
 #include "platform/linux/mp3/segment_decoder.h"
 #include "platform/linux/mp3/segment_schedule.h"
 #include "platform/linux/mp3/wav_target.h"
+#include "platform/thread_start.h"
 
 namespace sonarith::mp3 {
 
@@ -24,6 +25,8 @@ struct Division {
     /// About 27 seconds: 3 of 100 frames are decoded twice, and a song still has enough segments
     /// for all cores.
     std::int64_t framesPerSegment = 1024;
+    /// Fewer threads do the work if the system has no more.
+    ThreadStarter starter = startThread;
 };
 
 /// The result of a decoding, by either method.
@@ -61,6 +64,7 @@ class SegmentWorkers {
     GaplessTrim trim_;
     WavTarget& target_;
     std::size_t workers_;
+    const ThreadStarter& starter_;
     const std::atomic<bool>& stop_;
     Progress& progress_;
     SegmentSchedule schedule_;

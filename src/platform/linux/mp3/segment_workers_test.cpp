@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/linux/mp3/mp3_fixture.h"
+#include "support/limited_threads.h"
 
 namespace sonarith::mp3 {
 namespace {
@@ -93,6 +94,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
         const fixture::Samples part = written(decoded);
         ASSERT_LE(part.size(), whole.samples.size());
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << at;
+        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << at;
         between += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
     }
     EXPECT_GT(between, 0) << "a poor example: there was no stop in the middle";
@@ -169,9 +171,23 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
         const fixture::Samples part = written(decoded);
         ASSERT_LE(part.size(), whole.samples.size());
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin())) << readings;
+        EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << readings;
         beyond += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
     EXPECT_GT(beyond, 0) << "a poor example: the one was never stopped";
+}
+
+TEST_F(SegmentWorkersTest, DoTheWorkWithTheThreadsThatTheSystemHas) {
+    const Data& data = encoded(44100, 2, "-V 2");
+    const fixture::Heard whole = fixture::sequentially(data);
+    for (const int left : {0, 1, 2}) {
+        const fakes::LimitedThreads threads(left);
+        const MemorySource source(data);
+        const Decoded decoded = decode(source, {4, 13, threads.starter()});
+        EXPECT_EQ(threads.refused(), 1);
+        EXPECT_TRUE(decoded.complete);
+        EXPECT_EQ(fixture::difference(written(decoded), whole.samples), std::nullopt) << left;
+    }
 }
 
 } // namespace

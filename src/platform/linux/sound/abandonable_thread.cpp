@@ -15,15 +15,21 @@ struct AbandonableThread::State {
     std::thread thread;
 };
 
-AbandonableThread::AbandonableThread(std::function<void()> body)
-    : state_(std::make_shared<State>()) {
-    state_->thread = std::thread([state = state_, run = std::move(body)]() mutable {
+Status AbandonableThread::start(std::function<void()> body, const ThreadStarter& starter) {
+    const auto shared = std::make_shared<State>();
+    Result<std::thread> thread = starter([shared, run = std::move(body)]() mutable {
         run();
         run = nullptr; // what the body owns is destroyed before the owner is notified
-        const std::lock_guard lock(state->mutex);
-        state->finished = true;
-        state->changed.notify_all();
+        const std::lock_guard lock(shared->mutex);
+        shared->finished = true;
+        shared->changed.notify_all();
     });
+    if (!thread.ok()) {
+        return thread.error();
+    }
+    shared->thread = std::move(thread.value());
+    state_ = shared;
+    return {};
 }
 
 AbandonableThread::~AbandonableThread() {
@@ -31,7 +37,7 @@ AbandonableThread::~AbandonableThread() {
 }
 
 void AbandonableThread::leave(std::chrono::milliseconds patience) {
-    if (std::exchange(left_, true)) {
+    if (!state_ || std::exchange(left_, true)) {
         return;
     }
     bool finished = false;

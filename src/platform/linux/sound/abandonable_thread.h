@@ -7,19 +7,28 @@
 #include <functional>
 #include <memory>
 
+#include "platform/result.h"
+#include "platform/thread_start.h"
+
 namespace sonarith::sound {
 
 class AbandonableThread {
   public:
-    /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses, as
-    /// it may outlive its creator.
-    explicit AbandonableThread(std::function<void()> body);
+    AbandonableThread() = default;
     ~AbandonableThread();
     AbandonableThread(const AbandonableThread&) = delete;
     AbandonableThread& operator=(const AbandonableThread&) = delete;
 
+    /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses, as
+    /// it may outlive its creator. A failure is that of `starter`; `start` may be called again
+    /// then. Precondition: no thread was started before.
+    [[nodiscard]] Status start(std::function<void()> body,
+                               const ThreadStarter& starter = startThread);
+    /// Whether a thread was started.
+    [[nodiscard]] bool started() const { return state_ != nullptr; }
+
     /// Waits at most `patience` until the body has returned; then the thread is detached. Ask the
-    /// body to end before this call.
+    /// body to end before this call. Without effect if no thread was started.
     void leave(std::chrono::milliseconds patience);
 
   private:

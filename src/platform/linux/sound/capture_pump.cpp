@@ -118,13 +118,20 @@ void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming&
 
 } // namespace
 
-CapturePump::CapturePump(OpenCapture open, CaptureTiming timing, ReportDevice report)
+CapturePump::CapturePump(OpenCapture open, CaptureTiming timing, ReportDevice report,
+                         const ThreadStarter& starter)
     : backlog_(std::make_shared<CaptureBacklog>()),
       timing_(timing),
-      report_(report ? std::move(report) : [](DeviceState) {}),
-      thread_([backlog = backlog_, open = std::move(open), timing, reportDevice = report_] {
-          pump(*backlog, open, timing, reportDevice);
-      }) {}
+      report_(report ? std::move(report) : [](DeviceState) {}) {
+    const Status started =
+        thread_.start([backlog = backlog_, open = std::move(open), timing,
+                       reportDevice = report_] { pump(*backlog, open, timing, reportDevice); },
+                      starter);
+    if (!started.ok()) {
+        backlog_->setOpening(Opening::failed);
+        report_(DeviceState::lost);
+    }
+}
 
 CapturePump::~CapturePump() {
     {

@@ -31,7 +31,9 @@ class CapturePump : public SampleSource {
     /// `open` is called at once, and again after a loss; both functions must own what they use. A
     /// loss is reported when the device cannot be opened again; at the start, after two failures in
     /// a row, since `opening` reports the first one.
-    explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {});
+    /// Without a thread the input stays silent, and counts as lost.
+    explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
+                         const ThreadStarter& starter = startThread);
     ~CapturePump() override;
     CapturePump(const CapturePump&) = delete;
     CapturePump& operator=(const CapturePump&) = delete;

@@ -10,6 +10,7 @@
 #include "platform/linux/sound/capture_fixture.h"
 #include "support/device_reports.h"
 #include "support/fake_sound.h"
+#include "support/limited_threads.h"
 #include "support/sound_matchers.h"
 #include "support/waiting.h"
 
@@ -180,6 +181,18 @@ TEST_F(CapturePumpTest, ReportsADeviceThatWasNeverOpenAtItsSecondFailure) {
     timing.retryAfter = 1ms;
     const CapturePump again(opener(), timing, reports.sink());
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::lost); }));
+}
+
+TEST_F(CapturePumpTest, IsSilentAndLostIfTheSystemHasNoThread) {
+    const fakes::LimitedThreads threads(0);
+    fakes::DeviceReports reports;
+    {
+        CapturePump pump(opener(), timing, reports.sink(), threads.starter());
+        EXPECT_EQ(pump.opening(0ms), CapturePump::Opening::failed);
+        EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
+        EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
+    }
+    EXPECT_EQ(reports.states(), (std::vector{DeviceState::lost, DeviceState::unused}));
 }
 
 } // namespace

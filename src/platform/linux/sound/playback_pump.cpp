@@ -51,13 +51,25 @@ void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& ti
 
 } // namespace
 
-PlaybackPump::PlaybackPump(OpenPlayback open, PlaybackTiming timing, ReportDevice report)
+PlaybackPump::PlaybackPump(OpenPlayback open, PlaybackTiming timing, ReportDevice report,
+                           ThreadStarter starter)
     : feed_(std::make_shared<PlaybackFeed>()),
       timing_(timing),
       report_(report ? std::move(report) : [](DeviceState) {}),
-      thread_([feed = feed_, open = std::move(open), timing, reportDevice = report_] {
-          pump(*feed, open, timing, reportDevice);
-      }) {}
+      open_(std::move(open)),
+      starter_(std::move(starter)) {
+    start();
+}
+
+void PlaybackPump::start() {
+    const Status started = thread_.start([feed = feed_, open = open_, timing = timing_,
+                                          report = report_] { pump(*feed, open, timing, report); },
+                                         starter_);
+    if (!started.ok()) {
+        report_(DeviceState::lost);
+        nextStart_ = std::chrono::steady_clock::now() + timing_.retryAfter;
+    }
+}
 
 PlaybackPump::~PlaybackPump() {
     feed_->leave();
@@ -66,6 +78,12 @@ PlaybackPump::~PlaybackPump() {
 }
 
 void PlaybackPump::play(std::span<const StereoFrame> frames) {
+    if (!thread_.started()) {
+        if (std::chrono::steady_clock::now() < nextStart_) {
+            return; // outdated by then
+        }
+        start();
+    }
     feed_->add(frames);
 }
 

@@ -3,6 +3,7 @@
 // blocking. The device is open only while there is sound. It knows no sound library.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <span>
 
@@ -19,8 +20,10 @@ class PlaybackFeed;
 class PlaybackPump : public SpeakerSink {
   public:
     /// `open` is called at the first sound, and again after a loss. Both functions must own what
-    /// they use.
-    explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {});
+    /// they use. If no thread can be started, the device counts as lost, and `play` tries again
+    /// after `retryAfter`.
+    explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {},
+                          ThreadStarter starter = startThread);
     ~PlaybackPump() override;
     PlaybackPump(const PlaybackPump&) = delete;
     PlaybackPump& operator=(const PlaybackPump&) = delete;
@@ -28,9 +31,14 @@ class PlaybackPump : public SpeakerSink {
     void play(std::span<const StereoFrame> frames) override;
 
   private:
+    void start();
+
     std::shared_ptr<PlaybackFeed> feed_; ///< shared with the thread, which may be left behind
     PlaybackTiming timing_;
     ReportDevice report_;
+    OpenPlayback open_;
+    ThreadStarter starter_;
+    std::chrono::steady_clock::time_point nextStart_; ///< while there is no thread
     AbandonableThread thread_;
 };
 

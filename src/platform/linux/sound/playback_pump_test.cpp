@@ -13,6 +13,7 @@
 
 #include "support/device_reports.h"
 #include "support/fake_sound.h"
+#include "support/limited_threads.h"
 #include "support/sound_matchers.h"
 #include "support/waiting.h"
 
@@ -369,6 +370,23 @@ TEST_F(PlaybackPumpTest, ReportsAShortSoundThatEndedAsPlayed) {
     PlaybackPump pump(opener(), patient, reports.sink());
     play(pump, 0, 441);
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
+}
+
+TEST_F(PlaybackPumpTest, TriesAgainAfterAWhileIfTheSystemHadNoThread) {
+    fakes::LimitedThreads threads(0);
+    fakes::DeviceReports reports;
+    PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());
+    EXPECT_EQ(reports.states(), std::vector{DeviceState::lost});
+    play(waiting, 0, 2000);
+    EXPECT_EQ(threads.refused(), 1) << "the hour before the next try has not passed";
+    endless.retryAfter = 0ms;
+    PlaybackPump pump(opener(), endless, reports.sink(), threads.starter());
+    pump.play(pattern(0, 441));
+    EXPECT_EQ(threads.refused(), 3);
+    threads.free(1);
+    play(pump, 0, 5000);
+    EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 5000; }));
+    EXPECT_TRUE(reports.hold(DeviceState::works));
 }
 
 } // namespace

@@ -15,20 +15,25 @@ Recording::begin(Channels channels, std::vector<fs::path> folders, RecordingCont
     const auto job =
         std::make_shared<RecordingJob>(channels, std::move(folders), std::move(context));
     std::unique_ptr<Recording> recording(new Recording(job));
+    const Status started = recording->thread_.start(
+        [job] { writeRecording(*job, RecordingOrders::Turn{0}, 0); }, job->context.starter);
+    if (!started.ok()) {
+        failRecording(*job, started.error());
+    }
     const std::optional<Status> begun = job->orders.begunWithin(job->context.timing.command);
     if (begun && !begun->ok()) {
         return begun->error();
     }
     if (!begun) {
         recording->slow_ = true;
-        const AbandonableThread watch([job] { relieveHangingWriters(job); });
+        AbandonableThread watch;
+        // Without it the first folder is waited for, however long.
+        watch.start([job] { relieveHangingWriters(job); }, job->context.starter).passOver();
     }
     return recording;
 }
 
-Recording::Recording(std::shared_ptr<RecordingJob> job)
-    : job_(std::move(job)),
-      thread_([shared = job_] { writeRecording(*shared, RecordingOrders::Turn{0}, 0); }) {}
+Recording::Recording(std::shared_ptr<RecordingJob> job) : job_(std::move(job)) {}
 
 Recording::~Recording() {
     const bool isSaving = job_->orders.close();
@@ -56,10 +61,16 @@ Status Recording::save(const fs::path& target) {
         return *std::move(saved);
     }
     slow_ = true;
-    const AbandonableThread watch([job = job_, target] {
-        job->orders.watchSave(job->context.timing.lateSave,
-                              [&] { job->context.notices->saveIsLate(target); });
-    });
+    const auto watchSave = [job = job_, target](std::chrono::milliseconds lateAfter) {
+        job->orders.watchSave(lateAfter, [&] { job->context.notices->saveIsLate(target); });
+    };
+    AbandonableThread watch;
+    const Status watched = watch.start(
+        [watchSave, lateAfter = job_->context.timing.lateSave] { watchSave(lateAfter); },
+        job_->context.starter);
+    if (!watched.ok()) {
+        watchSave(std::chrono::milliseconds{0}); // reported early rather than never
+    }
     return {ErrorNumber::deviceInputOutput,
             "\"" + target.string() + "\" is not saved yet: the disk does not answer"};
 }

@@ -16,6 +16,7 @@
 #include "platform/linux/sound/sound_card.h"
 #include "platform/linux/sound/wav_writer.h"
 #include "platform/result.h"
+#include "platform/thread_start.h"
 
 namespace sonarith::sound {
 
@@ -37,6 +38,7 @@ struct RecordingContext {
     std::shared_ptr<RecordingNotices> notices;
     std::shared_ptr<PendingSaves> saves; ///< may be a null pointer
     RecordingTiming timing = {};
+    ThreadStarter starter = startThread;
 };
 
 struct RecordingJob;
@@ -56,7 +58,7 @@ class Recording {
     /// Creates the file in the first of `folders` that allows it; best is the folder in which it
     /// will be saved, as no copy is needed then. Fails, with the last folder's reason, if none
     /// does. If a folder does not respond in time it succeeds: the sound is queued until a file can
-    /// be created.
+    /// be created. Without a thread to write on it fails, with a notice to the user.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without it.

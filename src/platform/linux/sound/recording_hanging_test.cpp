@@ -8,6 +8,7 @@
 #include "platform/linux/sound/recording_fixture.h"
 #include "platform/linux/sound/recording_queue.h"
 #include "support/folder_entries.h"
+#include "support/limited_threads.h"
 #include "support/recorded_wav.h"
 
 namespace sonarith::sound {
@@ -312,6 +313,67 @@ TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
         });
     expectPlainWav(target, pattern(0, 100));
     EXPECT_EQ(entriesIn(folder.path()), 1);
+}
+
+TEST_F(HangingDiskTest, IsSkippedByTheThreadThatWatchesItIfThereIsNoOther) {
+    const fakes::TempFolder other;
+    const fakes::LimitedThreads threads(2);
+    context.starter = threads.starter();
+    judged(
+        [&](const seccomp_data& call) {
+            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({folder.path(), other.path()}, briefTiming);
+            startRecording(*recording);
+            play(2s);
+            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            EXPECT_EQ(threads.refused(), 1);
+            card.stopRecording(now);
+            static_cast<void>(recording->save(other / "1234-3.wav"));
+            EXPECT_TRUE(noSaveIsPending());
+            judge.release();
+        });
+    expectPlainWav(other / "1234-3.wav", played());
+}
+
+TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
+    const fakes::TempFolder other;
+    const fakes::LimitedThreads threads(1);
+    context.starter = threads.starter();
+    judged(
+        [&](const seccomp_data& call) {
+            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({folder.path(), other.path()}, briefTiming);
+            startRecording(*recording);
+            play(2s);
+            judge.release();
+            card.stopRecording(now);
+            static_cast<void>(recording->save(target));
+            EXPECT_TRUE(noSaveIsPending());
+        });
+    EXPECT_GE(threads.refused(), 1);
+    expectPlainWav(target, played());
+}
+
+TEST_F(HangingDiskTest, IsReportedAtOnceIfTheSystemHasNoThreadToReportItLater) {
+    const fakes::LimitedThreads threads(1);
+    context.starter = threads.starter();
+    judged(
+        [](const seccomp_data& call) {
+            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
+        },
+        [&](CallJudge& judge) {
+            const auto recording = begin({20ms, 1h, 1h});
+            recording->sink()->record(pattern(0, 100));
+            EXPECT_FALSE(recording->save(target).ok());
+            EXPECT_EQ(shown.texts().size(), 1U);
+            judge.release();
+            EXPECT_TRUE(noSaveIsPending());
+        });
+    expectPlainWav(target, pattern(0, 100));
 }
 
 } // namespace

@@ -106,13 +106,24 @@ void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t c
     }
 }
 
+void failRecording(RecordingJob& job, const Error& error) {
+    static_cast<void>(job.orders.fails(RecordingOrders::Turn{0}, error,
+                                       [&] { job.context.notices->cannotBegin(error); }));
+    job.context.notices->closed(job.number, {}, {});
+    job.orders.finished();
+}
+
 void relieveHangingWriters(const std::shared_ptr<RecordingJob>& job) {
     while (const std::optional<RecordingOrders::Relief> relief =
                job->orders.relieveWithin(job->context.timing.folder)) {
         job->context.notices->passedOver(job->folders[relief->hanging]);
-        const AbandonableThread next([job, turn = relief->turn, hanging = relief->hanging] {
+        const auto writeOn = [job, turn = relief->turn, hanging = relief->hanging] {
             writeRecording(*job, turn, hanging + 1);
-        });
+        };
+        AbandonableThread next;
+        if (!next.start(writeOn, job->context.starter).ok()) {
+            writeOn();
+        }
     }
 }
 

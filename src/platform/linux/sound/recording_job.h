@@ -33,9 +33,13 @@ struct RecordingJob {
 /// follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
+/// In place of the first writer, which could not be started: reports that to the user and to the
+/// threads that wait for the file.
+void failRecording(RecordingJob& job, const Error& error);
+
 /// Starts another thread for the next folder if the writer hangs in one longer than
-/// RecordingTiming::folder. The last folder is waited for without a limit, because the sound would
-/// be lost otherwise.
+/// RecordingTiming::folder; without one, this thread becomes the writer. The last folder is waited
+/// for without a limit, because the sound would be lost otherwise.
 void relieveHangingWriters(const std::shared_ptr<RecordingJob>& job);
 
 } // namespace sonarith::sound

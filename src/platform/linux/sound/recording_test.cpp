@@ -10,6 +10,7 @@
 #include "platform/linux/sound/recording_queue.h"
 #include "support/file_content.h"
 #include "support/folder_entries.h"
+#include "support/limited_threads.h"
 #include "support/memory_use.h"
 #include "support/recorded_wav.h"
 
@@ -208,6 +209,16 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
         << "of more than 100,000 that were recorded, and of 1,700 that could wait";
+}
+
+TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {
+    const fakes::LimitedThreads threads(0);
+    context.starter = threads.starter();
+    const auto begun = Recording::begin(Channels::stereo, {folder.path()}, context);
+    ASSERT_FALSE(begun.ok());
+    EXPECT_EQ(begun.error().number, ErrorNumber::deviceUnavailable);
+    EXPECT_EQ(test::entriesIn(folder.path()), 0);
+    EXPECT_THAT(shown.texts(), ElementsAre(HasSubstr("no thread is left")));
 }
 
 } // namespace

@@ -10,22 +10,36 @@ SoundCard::Time monotonicNow() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
-SoundCardThread::SoundCardThread(SoundCard& card, Clock clock)
-    : card_(card), clock_(std::move(clock)) {
+SoundCardThread::SoundCardThread(SoundCard& card, Clock clock, ThreadStarter starter)
+    : card_(card), clock_(std::move(clock)), starter_(std::move(starter)) {
     card_.setWakeUp([this] {
         {
             const std::lock_guard lock(mutex_);
             called_ = true;
         }
         wake_.notify_one();
+        startUnlessStarted();
     });
-    thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+    startUnlessStarted();
+}
+
+void SoundCardThread::startUnlessStarted() {
+    const std::lock_guard lock(mutex_);
+    if (thread_.joinable()) {
+        return;
+    }
+    Result<std::thread> thread = starter_([this, stop = stop_.get_token()] { run(stop); });
+    if (thread.ok()) {
+        thread_ = std::move(thread.value());
+    }
 }
 
 SoundCardThread::~SoundCardThread() {
     card_.setWakeUp(nullptr);
-    thread_.request_stop();
-    thread_.join();
+    stop_.request_stop();
+    if (thread_.joinable()) {
+        thread_.join();
+    }
 }
 
 void SoundCardThread::run(const std::stop_token& stop) {

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "platform/linux/sound/sound_card.h"
+#include "platform/thread_start.h"
 
 namespace sonarith::sound {
 
@@ -17,25 +18,30 @@ namespace sonarith::sound {
 [[nodiscard]] SoundCard::Time monotonicNow();
 
 /// Advances `card` during the lifetime of this object; the card must outlive it. One per card: it
-/// uses the card's wake-up hook.
+/// uses the card's wake-up hook. If no thread can be started, the card stands still but for the
+/// questions that advance it, and each wake-up tries again.
 class SoundCardThread {
   public:
     using Clock = std::function<SoundCard::Time()>;
 
-    explicit SoundCardThread(SoundCard& card, Clock clock = monotonicNow);
+    explicit SoundCardThread(SoundCard& card, Clock clock = monotonicNow,
+                             ThreadStarter starter = startThread);
     ~SoundCardThread();
     SoundCardThread(const SoundCardThread&) = delete;
     SoundCardThread& operator=(const SoundCardThread&) = delete;
 
   private:
+    void startUnlessStarted();
     void run(const std::stop_token& stop);
 
     SoundCard& card_;
     Clock clock_;
+    ThreadStarter starter_;
     std::mutex mutex_;
     std::condition_variable_any wake_;
     bool called_ = false; ///< the card may have become active since the last check
-    std::jthread thread_;
+    std::stop_source stop_;
+    std::thread thread_; ///< started under the mutex
 };
 
 } // namespace sonarith::sound

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "support/fake_sound.h"
+#include "support/limited_threads.h"
 #include "support/waiting.h"
 
 namespace sonarith::sound {
@@ -118,6 +119,23 @@ TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
         audible += tape->size();
     }
     EXPECT_GT(audible, 0U);
+}
+
+TEST(SoundCardThread, StartsWithALaterSoundIfTheSystemHadNoThread) {
+    fakes::LimitedThreads threads(0);
+    SoundCard card;
+    const SoundCardThread thread(card, monotonicNow, threads.starter());
+    const auto first = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, first, monotonicNow());
+    EXPECT_EQ(threads.refused(), 2);
+    card.advance(monotonicNow() + 1s);
+    EXPECT_GT(first->position(), 0) << "questions advance it all the same";
+    threads.free(2);
+    const auto second = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, second, monotonicNow());
+    EXPECT_TRUE(eventually([&] { return second->position() > 3 * 441; }));
+    card.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
+    EXPECT_EQ(threads.refused(), 2) << "one thread is enough";
 }
 
 } // namespace

@@ -5,10 +5,14 @@
 
 #include <memory>
 
+#include "platform/thread_start.h"
+
 namespace sonarith::waiting {
 
-/// Releases `object` on a separate thread. May be called on any thread; returns at once.
-void releaseElsewhere(std::shared_ptr<const void> object);
+/// Releases `object` on a separate thread, or on this one if the system cannot create a thread. May
+/// be called on any thread; returns at once if there is a thread.
+void releaseElsewhere(std::shared_ptr<const void> object,
+                      const ThreadStarter& starter = startThread);
 
 /// The same object; when the last owner releases it, it is destroyed on another thread.
 template <typename Object>

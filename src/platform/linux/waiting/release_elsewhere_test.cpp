@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "support/gate.h"
+#include "support/limited_threads.h"
 #include "support/waiting.h"
 
 namespace sonarith::waiting {
@@ -30,6 +31,15 @@ TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
     gate->waitForArrivals(1);
     gate->open();
     EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
+}
+
+TEST(ReleaseElsewhere, ReleasesOnThisThreadIfTheSystemHasNoOther) {
+    const fakes::LimitedThreads threads(0);
+    auto owned = std::make_shared<int>();
+    const std::weak_ptr<int> watched = owned;
+    releaseElsewhere(std::move(owned), threads.starter());
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(threads.refused(), 1);
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace sonarith::waiting {
@@ -48,7 +46,8 @@ struct WorkerThreads::State {
     }
 };
 
-WorkerThreads::WorkerThreads() : state_(std::make_shared<State>()) {}
+WorkerThreads::WorkerThreads(ThreadStarter starter)
+    : starter_(std::move(starter)), state_(std::make_shared<State>()) {}
 
 WorkerThreads::~WorkerThreads() {
     const std::lock_guard lock(state_->mutex);
@@ -66,14 +65,12 @@ bool WorkerThreads::run(Job job, Job afterwards) {
             return true;
         }
     }
-    try {
-        std::thread([state = state_, first = std::move(work)]() mutable {
-            state->carryOut(std::move(first));
-        }).detach();
-        return true;
-    } catch (const std::system_error&) {
-        return false; // the system's limit of threads is reached
+    Result<std::thread> thread = starter_(
+        [state = state_, first = std::move(work)]() mutable { state->carryOut(std::move(first)); });
+    if (thread.ok()) {
+        thread.value().detach();
     }
+    return thread.ok();
 }
 
 } // namespace sonarith::waiting

@@ -6,12 +6,14 @@
 #include <functional>
 #include <memory>
 
+#include "platform/thread_start.h"
+
 namespace sonarith::waiting {
 
 /// Thread-safe.
 class WorkerThreads {
   public:
-    WorkerThreads();
+    explicit WorkerThreads(ThreadStarter starter = startThread);
     /// Ends the idle thread. A thread whose job has not returned is left behind.
     ~WorkerThreads();
     WorkerThreads(const WorkerThreads&) = delete;
@@ -29,6 +31,7 @@ class WorkerThreads {
 
   private:
     struct State;
+    const ThreadStarter starter_;
     std::shared_ptr<State> state_; ///< shared with the threads
 };
 

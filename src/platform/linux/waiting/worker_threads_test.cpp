@@ -9,6 +9,7 @@
 
 #include "platform/waiting.h"
 #include "support/gate.h"
+#include "support/limited_threads.h"
 #include "support/waiting.h"
 
 namespace sonarith::waiting {
@@ -84,6 +85,19 @@ TEST(WorkerThreads, AreLeftBehindIfTheirJobHangs) {
     }
     gate->open();
     EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
+}
+
+TEST(WorkerThreads, RunNothingIfTheSystemHasNoThread) {
+    fakes::LimitedThreads threads(0);
+    WorkerThreads workers(threads.starter());
+    const auto ran = std::make_shared<int>(0);
+    EXPECT_FALSE(workers.run([ran] { ++*ran; }, [ran] { ++*ran; }));
+    EXPECT_EQ(*ran, 0);
+    EXPECT_EQ(ran.use_count(), 1);
+    threads.free(1);
+    Completion done;
+    EXPECT_TRUE(workers.run([] {}, [&] { done.complete(); }));
+    EXPECT_TRUE(done.restFor(1h));
 }
 
 } // namespace

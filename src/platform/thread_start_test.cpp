@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/thread_start.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace sonarith {
+namespace {
+
+TEST(StartThread, RunsTheBodyOnAThreadOfItsOwn) {
+    std::thread::id there;
+    Result<std::thread> started = startThread([&] { there = std::this_thread::get_id(); });
+    ASSERT_TRUE(started.ok());
+    started.value().join();
+    EXPECT_NE(there, std::thread::id());
+    EXPECT_NE(there, std::this_thread::get_id());
+}
+
+/// The exit code of a child process in which no thread can be started.
+int withoutThreads() {
+    // A user's limit counts processes and threads alike; it does not apply to the superuser.
+    const rlimit none{1, 1};
+    if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::geteuid() == 0 && ::setuid(65534) != 0)) {
+        return 2;
+    }
+    const auto owned = std::make_shared<int>();
+    Result<std::thread> started = startThread([owned] {});
+    if (started.ok()) {
+        started.value().join();
+        return 3;
+    }
+    const bool isDestroyed = owned.use_count() == 1;
+    return started.error().number == ErrorNumber::deviceUnavailable && isDestroyed ? 0 : 1;
+}
+
+TEST(StartThread, FailsWithAValueAtTheSystemsLimit) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        // The first process of another user is within the limit, a thread of it is not.
+        ::_exit(withoutThreads());
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+} // namespace
+} // namespace sonarith
