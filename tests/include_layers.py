@@ -11,7 +11,7 @@ import re
 import sys
 
 # First match wins: patterns are regular expressions on the path below src/.
-FLOORS = [
+LAYERS = [
     (5, r"main\.cpp"),
     (4, r"ui/"),
     (4, r"platform/linux/"),
@@ -31,7 +31,7 @@ NEIGHBOURS = {
     "platform/linux": ("platform/linux/",),
     "platform/qt": ("platform/qt/",),
 }
-# Folders of layer 4 that may include only layer 0 below them: devices do not know the application.
+# Folders of layer 4 that may include only layer 0 below them: devices do not use the application.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
 # Libraries by the folder that may use them; layers 0 to 3 may use only the first row.
 LIBRARIES = {
@@ -47,50 +47,50 @@ STANDARD = re.compile(r"[a-z_0-9]+|(stdint|stddef|string|errno)\.h")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
-def floor_of(path):
-    for floor, pattern in FLOORS:
+def layer_of(path):
+    for layer, pattern in LAYERS:
         if re.match(pattern, path):
-            return floor
+            return layer
     return None
 
 
-def house_of(path):
-    for house in ("platform/linux/late", "platform/linux", "platform/qt", "ui"):
-        if path.startswith(house + "/"):
-            return house
+def module_of(path):
+    for module in ("platform/linux/late", "platform/linux", "platform/qt", "ui"):
+        if path.startswith(module + "/"):
+            return module
     return "main" if path == "main.cpp" else ""
 
 
-def wrong_arrow(path, bracket, target):
+def broken_rule(path, bracket, target):
     """Why `path` may not include `target`; None if it may."""
-    floor, house = floor_of(path), house_of(path)
+    layer, module = layer_of(path), module_of(path)
     is_test = bool(re.search(r"(_test\.cpp|_fixture\.h)$", path))
-    if floor is None:
+    if layer is None:
         return "belongs to no layer"
     if bracket == "<":
-        allowed = [LIBRARIES[""], LIBRARIES.get(house, "")]
+        allowed = [LIBRARIES[""], LIBRARIES.get(module, "")]
         if is_test:
             allowed.append(r"(gtest|gmock|fontconfig)/.*|Q\w+|sys/.*|(fcntl|unistd|signal)\.h")
         known = STANDARD.fullmatch(target) or any(re.fullmatch(a, target) for a in allowed if a)
-        return None if known else f"layer {floor} may not use <{target}>"
+        return None if known else f"layer {layer} may not use <{target}>"
     if is_test and target.startswith("support/"):
         return None
-    other = floor_of(target)
+    other = layer_of(target)
     if other is None:
         return f'"{target}" belongs to no layer'
-    if floor == 5:
+    if layer == 5:
         return None
-    if other > floor:
-        return f'an include of a higher layer, from {floor} to {other}: "{target}"'
-    if floor == 4:
-        if other == 4 and not target.startswith(NEIGHBOURS[house]):
+    if other > layer:
+        return f'an include of a higher layer, from {layer} to {other}: "{target}"'
+    if layer == 4:
+        if other == 4 and not target.startswith(NEIGHBOURS[module]):
             return f'an include of another module of layer 4: "{target}"'
-        if other in (1, 2, 3) and house in BELOW_ONLY_PLATFORM:
+        if other in (1, 2, 3) and module in BELOW_ONLY_PLATFORM:
             return f'devices may include only the platform: "{target}"'
     return None
 
 
-def arrows(root):
+def includes(root):
     for source in sorted(root.rglob("*")):
         if source.suffix in (".h", ".cpp"):
             path = source.relative_to(root).as_posix()
@@ -100,11 +100,11 @@ def arrows(root):
 
 def peers(path, target):
     """The two folders of an include within a layer; None for others. Layer 0 counts as one folder."""
-    floor, folders = floor_of(path), [p.rpartition("/")[0] for p in (path, target)]
-    return folders if floor and floor == floor_of(target) and folders[0] != folders[1] else None
+    layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
+    return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 
 
-def on_circles(links):
+def in_cycles(links):
     """The folders in cycles; `links` maps each folder to the folders that it includes."""
     reached = {folder: set(others) for folder, others in links.items()}
     for _ in links:
@@ -134,16 +134,16 @@ def self_test():
         ("main.cpp", '"', "platform/linux/disc/disc.h"),
         ("platform/a_test.cpp", "<", "gtest/gtest.h"),
     ]
-    failures = [a for a in wrong if not wrong_arrow(*a)] + [a for a in right if wrong_arrow(*a)]
+    failures = [a for a in wrong if not broken_rule(*a)] + [a for a in right if broken_rule(*a)]
     if peers("finder/a.h", "worktree/b.h") != ["finder", "worktree"]:
         failures.append("finder to worktree")
     if peers("finder/a.h", "forms/form1.h") or peers("platform/a.h", "platform/text/b.h"):
         failures.append("includes that are not between folders of a layer")
-    circle = {"a": {"b"}, "b": {"c"}, "c": {"d"}, "d": {"b"}}
-    if on_circles(circle) != ["b", "c", "d"] or on_circles({"a": {"b", "c"}, "b": {"c"}}):
+    cycle = {"a": {"b"}, "b": {"c"}, "c": {"d"}, "d": {"b"}}
+    if in_cycles(cycle) != ["b", "c", "d"] or in_cycles({"a": {"b", "c"}, "b": {"c"}}):
         failures.append("cycles")
-    for arrow in failures:
-        print("the check itself gives a wrong result for:", arrow)
+    for failure in failures:
+        print("the check itself gives a wrong result for:", failure)
     return not failures
 
 
@@ -151,15 +151,15 @@ def main():
     root = pathlib.Path(sys.argv[1])
     count, found = 0, 0
     links = {}
-    for path, bracket, target in arrows(root):
+    for path, bracket, target in includes(root):
         count += 1
-        why = wrong_arrow(path, bracket, target)
+        why = broken_rule(path, bracket, target)
         if why:
             found += 1
             print(f"src/{path}: {why}")
         if bracket == '"' and (pair := peers(path, target)):
             links.setdefault(pair[0], set()).add(pair[1])
-    for folder in on_circles(links):
+    for folder in in_cycles(links):
         found += 1
         print(f"src/{folder}: it is in a cycle of includes")
     print(f"{count} includes checked, {found} break the rules of the layers")
