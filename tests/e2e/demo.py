@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Plays one extraction on a virtual screen as a person would, and leaves the WAV and screenshots.
+"""Plays one extraction on a virtual screen with simulated user input; keeps the WAV file and
+screenshots.
 
     demo.py PROGRAM OUTPUT_FOLDER
 
-Ends with 0 if every step went well.
+Exits with 0 if every step succeeded.
 """
 
 import pathlib

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A virtual screen with a window manager, a message bus and the accessibility services, a home of
-its own for the programs started on it, and a person's hands: mouse and keys."""
+"""A virtual screen with a window manager, a message bus, the accessibility services and a home
+folder for the programs started on it; and simulated mouse and keyboard input."""
 
 import atexit
 import ctypes
@@ -15,16 +15,16 @@ import time
 
 from waiting import check, wait_for
 
-# Longer than a desktop's double click, so that two clicks on one place stay two.
+# Longer than a desktop's double-click interval, so that two clicks at one position stay two clicks.
 SECONDS_BETWEEN_CLICKS = 0.6
-# As a hand needs them; the program is not the faster for it, and not the slower.
+# As long as a user needs between two steps; the program's speed does not depend on it.
 SECONDS_BETWEEN_DRAG_STEPS = 0.2
-# More than a hand that trembles while it clicks.
+# More than the pointer moves during an unsteady click.
 PIXELS_OF_A_DRAG = 16
 
 
 def _adopt_orphans():
-    """What the services have started becomes this process's when they end."""
+    """Makes this process the parent of the services' children when the services end."""
     set_child_subreaper = 36
     check(ctypes.CDLL(None).prctl(set_child_subreaper, 1, 0, 0, 0) == 0, "prctl failed")
 
@@ -33,13 +33,14 @@ def _end_adopted():
     children = pathlib.Path("/proc/thread-self/children")
     while pids := [int(pid) for pid in children.read_text().split()]:
         for pid in pids:
-            # One that ended meanwhile is waited for all the same.
+            # A child that has already ended must be waited for, too.
             os.kill(pid, signal.SIGKILL)
             os.waitpid(pid, 0)
 
 
 class Desktop:
-    """The virtual screen and its services. Use as a context; everything ends with it."""
+    """The virtual screen and its services. Use as a context manager; its end kills all
+    processes."""
 
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-e2e-"))
@@ -49,7 +50,7 @@ class Desktop:
         self._last_click = (None, 0.0)
         self.environment = {
             **{key: os.environ[key] for key in ("PATH",) if key in os.environ},
-            # Reports of the sanitizers, if the program has any, are to end it as they do elsewhere.
+            # A sanitizer's report must end the program here as in other tests.
             **{key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")},
             "LANG": "C.UTF-8",
             "XDG_RUNTIME_DIR": str(self.folder / "runtime"),
@@ -61,7 +62,7 @@ class Desktop:
     def __enter__(self):
         atexit.register(self.close)
         _adopt_orphans()
-        # A killed test, too, leaves nothing behind.
+        # A killed test must clean up, too.
         signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended from outside"))
         try:
             runtime = pathlib.Path(self.environment["XDG_RUNTIME_DIR"])
@@ -89,7 +90,7 @@ class Desktop:
 
     def _start_screen(self):
         reading, writing = os.pipe()
-        # Without a reset: else it would throw everybody out when its first client leaves.
+        # Without a reset: it would disconnect all clients when the first one disconnects.
         self._start("Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x960x24",
                     "-nolisten", "tcp", "-noreset", pass_fds=(writing,))
         os.close(writing)
@@ -101,10 +102,10 @@ class Desktop:
     def _start_window_manager(self):
         self._start("openbox", "--sm-disable")
         def manages():
-            asked = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
+            done = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
                                    env=self.environment, check=False, capture_output=True,
                                    text=True)
-            return "window id" in asked.stdout
+            return "window id" in done.stdout
         wait_for("the window manager", manages)
 
     def _start_bus(self):
@@ -116,7 +117,7 @@ class Desktop:
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
 
     def _open_accessibility(self):
-        # The library finds the bus through the environment, once for a process.
+        # The library reads the bus address from the environment, once per process.
         for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
             os.environ[key] = self.environment[key]
         os.environ.pop("AT_SPI_BUS_ADDRESS", None)
@@ -128,8 +129,8 @@ class Desktop:
              "org.a11y.Bus.GetAddress"], env=self.environment, capture_output=True,
             check=False).returncode == 0)
         Atspi.init()
-        Atspi.set_timeout(20_000, 20_000)  # milliseconds; a slow program is no dead one
-        # What is remembered would be a picture of a moment ago.
+        Atspi.set_timeout(20_000, 20_000)  # milliseconds; a slow program has not crashed
+        # Cached values may be outdated.
         Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
         return Atspi
 
@@ -143,10 +144,10 @@ class Desktop:
         _end_adopted()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    # The program's surroundings.
+    # The environment of the programs.
 
     def move_to(self, home):
-        """Gives the programs that start from now on another home."""
+        """Sets another home folder for the programs that are started from now on."""
         self.home = pathlib.Path(home).absolute()
         self.environment.update({
             "HOME": str(self.home),
@@ -161,7 +162,8 @@ class Desktop:
         return pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "sonarith" / "Sonarith v2.0.ini"
 
     def stored(self, section):
-        """The values of a section of the store by their keys, both as the file writes them."""
+        """The values of a section of the store by key, with keys and values in the form of the
+        file."""
         if not self.store.exists():
             return {}
         text = self.store.read_text(encoding="utf-8")
@@ -169,8 +171,8 @@ class Desktop:
         return dict(line.partition("=")[::2] for line in lines if "=" in line)
 
     def write_store(self, drive, destination, output="none", **settings):
-        """The settings store with this disc in the drive, this folder (a path of the machine) as
-        the destination, and this sound output. The path is written as before the home had a drive
+        """Writes a settings store that selects a disc image, a destination folder (a path of the
+        machine) and a sound output. The path has the form that it had before the home got a drive
         letter."""
         escaped = ("C:" + str(destination).replace("/", "\\")).replace("\\", "\\\\")
         lines = ["[Devices]", f'Drive="{drive}"', f"Output={output}", "", "[Settings]",
@@ -179,8 +181,8 @@ class Desktop:
         self.store.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
     def launch(self, program, *arguments, log=None):
-        """Starts a program in this home; its process. What it says is kept, in the open file `log`
-        if one is given."""
+        """Starts a program in this home and returns its process. Its output goes to the open file
+        `log` or, without one, to program.log."""
         with open(self.home / "program.log", "ab") as errors:
             process = self._start(str(pathlib.Path(program).absolute()), *arguments,
                                   stdout=log or errors, stderr=errors, cwd=self.home)
@@ -197,7 +199,7 @@ class Desktop:
         log = self.home / "program.log"
         return log.read_text(errors="replace") if log.exists() else ""
 
-    # Hands.
+    # User input.
 
     def xdotool(self, *arguments):
         done = subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=True,
@@ -212,8 +214,8 @@ class Desktop:
         self._last_click = ((x, y), time.monotonic())
 
     def drag(self, start, end):
-        """With the left button from one place to the other: a little aside, as a hand begins, and
-        then in one leap."""
+        """Drags with the left button from one position to another: first a few pixels aside, as a
+        user does, then in one step."""
         place, when = self._last_click
         if place == start:
             time.sleep(max(0.0, when + SECONDS_BETWEEN_CLICKS - time.monotonic()))
@@ -224,35 +226,35 @@ class Desktop:
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS)
 
     def move_slowly(self, start, end, steps=8):
-        """Moves the pointer, whatever is down, in so many steps: who drags something between
-        programs has to be answered on the way."""
+        """Moves the pointer in `steps` steps: during a drag between two programs, each step must be
+        acknowledged by the window below the pointer."""
         for step in range(1, steps + 1):
             x, y = (round(a + (b - a) * step / steps) for a, b in zip(start, end))
             self.xdotool("mousemove", x, y)
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS / 2)
 
     def press(self, *keys):
-        """Keys one after the other, in xdotool's writing ("alt+a", "Return")."""
+        """Presses keys one after the other, named as xdotool names them ("alt+a", "Return")."""
         self.xdotool("key", "--delay", 60, *keys)
 
     def type(self, text):
         self.xdotool("type", "--delay", 20, text)
 
-    # Eyes.
+    # What the screen shows.
 
     def screenshot(self, path, window="root"):
         subprocess.run(["import", "-frame", "-window", window, str(path)], env=self.environment,
                        check=True, capture_output=True)
 
     def windows_of(self, pid):
-        """The X windows on the screen that a process shows."""
+        """The visible X windows of a process."""
         done = subprocess.run(["xdotool", "search", "--onlyvisible", "--all", "--pid", str(pid),
                                "--name", ""], env=self.environment, check=False,
                               capture_output=True, text=True)
         return done.stdout.split()
 
     def owner_of(self, window):
-        """The X window that a window belongs to and stands above; None for none."""
+        """The X window that owns a window, which stays above it; None for none."""
         done = subprocess.run(["xprop", "-id", str(window), "WM_TRANSIENT_FOR"], check=True,
                               env=self.environment, capture_output=True, text=True)
         number = done.stdout.partition("#")[2].strip()
@@ -272,7 +274,7 @@ class Desktop:
         message = _ClientMessage(type=33, send_event=1, display=display.value, window=int(window),
                                  message_type=x11.XInternAtom(display, b"_NET_CLOSE_WINDOW", 0),
                                  format=32)
-        message.data[1] = 2  # a person asks, not an application
+        message.data[1] = 2  # the source of the request: a user, not an application
         redirect_and_notify = (1 << 20) | (1 << 19)
         root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
         x11.XSendEvent(display, root, 0, ctypes.c_long(redirect_and_notify), ctypes.byref(message))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands for a file manager: a window from which one file can be dragged, and which says what
-// becomes of it. It prints "taken" when whatever is below the pointer would take the file, and at
-// the end of the drag "dropped" or "refused".
+// Replaces a file manager in tests: a window from which one file can be dragged. It prints
+// "accepted" when the window below the pointer accepts the file, and "dropped" or "refused" at the
+// end of the drag.
 //
 //     drag_source FILE
 #include <cstdio>
@@ -16,7 +16,7 @@
 
 namespace {
 
-void say(const char* what) {
+void print(const char* what) {
     std::puts(what);
     std::fflush(stdout);
 }
@@ -29,7 +29,8 @@ class FileLabel : public QLabel {
     }
 
   protected:
-    // A label leaves presses to its parent; this one keeps them, and so the movements after them.
+    // A label passes presses to its parent; this one accepts them, so that it receives the
+    // movements that follow.
     void mousePressEvent(QMouseEvent* event) override { event->accept(); }
     void mouseMoveEvent(QMouseEvent*) override {
         auto* file = new QMimeData;
@@ -38,10 +39,10 @@ class FileLabel : public QLabel {
         drag->setMimeData(file);
         connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
             if (action == Qt::CopyAction) {
-                say("taken");
+                print("accepted");
             }
         });
-        say(drag->exec(Qt::CopyAction) == Qt::CopyAction ? "dropped" : "refused");
+        print(drag->exec(Qt::CopyAction) == Qt::CopyAction ? "dropped" : "refused");
     }
 
   private:

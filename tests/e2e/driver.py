@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a test script needs around its scenarios: a disc image, and the screen to play them on."""
+"""Runs the scenarios of a test script on a virtual screen, and creates disc images for them."""
 
 import pathlib
 import subprocess
@@ -13,8 +13,8 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 
 
 def make_disc(folder, name="disc", **options):
-    """An image by the project's script; options as the script's (tracks=3, signal="ramp"). Returns
-    the sheet's path."""
+    """Creates a disc image with tools/make_disc_image.py, which documents the options (tracks=3,
+    signal="ramp"). Returns the sheet's path."""
     arguments = [f"--{key}={value}" for key, value in options.items()]
     maker = REPOSITORY / "tools" / "make_disc_image.py"
     made = subprocess.run([sys.executable, maker, folder, "--name", name, *arguments],
@@ -23,10 +23,10 @@ def make_disc(folder, name="disc", **options):
 
 
 def run(*scenarios):
-    """A test script's main part: plays each scenario(desktop, program path) with a home of its own
-    on one screen, and ends with 0 if all held. Of a failed one a screenshot stays."""
+    """Runs each scenario(desktop, program path) on one screen, each in its own home folder. Exits
+    with 0 if all of them passed. A failed scenario leaves a screenshot."""
     program = pathlib.Path(sys.argv[1]).absolute()
-    check(program.is_file(), f"there is no program {program}")
+    check(program.is_file(), f"the program {program} does not exist")
     failed = []
     with Desktop() as desktop:
         for scenario in scenarios:
@@ -35,7 +35,7 @@ def run(*scenarios):
             desktop.move_to(desktop.folder / name)
             try:
                 scenario(desktop, program)
-            except Exception:  # whatever went wrong, the other scenarios are of interest
+            except Exception:  # the other scenarios run, whatever has failed
                 failed.append(name)
                 traceback.print_exc()
                 picture = pathlib.Path.cwd() / f"{name}.png"
@@ -43,5 +43,5 @@ def run(*scenarios):
                 print(f"The screen: {picture}", desktop.program_output(), sep="\n", flush=True)
             finally:
                 desktop.end_programs()
-    print(f"{len(scenarios) - len(failed)} of {len(scenarios)} scenarios held.")
+    print(f"{len(scenarios) - len(failed)} of {len(scenarios)} scenarios passed.")
     sys.exit(1 if failed else 0)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A panel that embeds tray icons (freedesktop.org, System Tray Protocol 0.4), in the screen's upper
-// left corner: side by side, 24 pixels each. It writes "ready", and "docked ID" and "left ID" for
-// each icon's window, and runs until it is killed.
+// left corner: side by side, 24 pixels each. It prints "ready", and "docked ID" and "left ID" for
+// each icon's window. It runs until it is killed.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,43 +1,43 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Another program with a window of its own, from which a file is dragged as from a file manager's."""
+"""Drags a file from the window of another program, as from a file manager."""
 
 from waiting import check_equal, wait_for
 
-# Where nothing of the program stands.
-PLACE = (1040, 40)
-MIDDLE = (PLACE[0] + 100, PLACE[1] + 60)
+# A position outside the windows of the program under test.
+POSITION = (1040, 40)
+MIDDLE = (POSITION[0] + 100, POSITION[1] + 60)
 
 
 class FilesWindow:
-    """The started stand-in for a file manager, and the one file in it."""
+    """The running drag_source program, which replaces a file manager, with its one file."""
 
-    def __init__(self, desktop, stand_in, path):
+    def __init__(self, desktop, drag_source, path):
         self.desktop = desktop
-        self._said = desktop.home / "files_window.log"
-        with open(self._said, "wb") as log:
-            self.process = desktop.launch(stand_in, str(path), log=log)
+        self._log = desktop.home / "files_window.log"
+        with open(self._log, "wb") as log:
+            self.process = desktop.launch(drag_source, str(path), log=log)
         self.window = wait_for("the other program's window",
                                lambda: next(iter(desktop.windows_of(self.process.pid)), None))
-        desktop.xdotool("windowmove", "--sync", self.window, *PLACE)
+        desktop.xdotool("windowmove", "--sync", self.window, *POSITION)
 
-    def said(self):
-        return self._said.read_text().split()
+    def output(self):
+        return self._log.read_text().split()
 
     def activate(self):
         self.desktop.xdotool("windowactivate", "--sync", self.window)
 
-    def hold_over(self, place):
-        """Takes the file up and carries it to a place on the screen."""
+    def hold_over(self, position):
+        """Begins a drag of the file and moves it to a position on the screen."""
         self.desktop.xdotool("mousemove", *MIDDLE, "mousedown", 1)
-        self.desktop.move_slowly(MIDDLE, place)
+        self.desktop.move_slowly(MIDDLE, position)
 
-    def let_go(self, expected):
-        """Lets the file go, which then was "dropped" or "refused"."""
+    def drop(self, expected):
+        """Ends the drag; `expected` is its outcome, "dropped" or "refused"."""
         self.desktop.xdotool("mouseup", 1)
-        wait_for("the end of the drag", lambda: set(self.said()) & {"dropped", "refused"})
-        check_equal(self.said()[-1], expected, "the end of the drag")
+        wait_for("the end of the drag", lambda: set(self.output()) & {"dropped", "refused"})
+        check_equal(self.output()[-1], expected, "the end of the drag")
 
-    def drop_on(self, place):
-        self.hold_over(place)
-        wait_for("a window that takes the file", lambda: "taken" in self.said())
-        self.let_go("dropped")
+    def drop_on(self, position):
+        self.hold_over(position)
+        wait_for("a window that accepts the file", lambda: "accepted" in self.output())
+        self.drop("dropped")

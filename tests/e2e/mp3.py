@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Makes MP3 files at test time, and holds decoded WAV files against another decoder's samples."""
+"""Creates MP3 files, and compares decoded WAV files with the samples of another decoder."""
 
 import array
 import contextlib
@@ -13,13 +13,13 @@ import wave
 from sound import BYTES_PER_FRAME, FRAME_RATE, check_format, samples_of
 from waiting import check, check_equal
 
-PEAK = 12000  # of the tones; well below clipping
+PEAK = 12000  # of the tones: well below clipping
 BYTES_AT_A_TIME = 1 << 20
 
 
 def _encode(samples, path, *options):
-    """Stereo samples (an array of signed 16 bit numbers) as an MP3. Into a file, since the encoder
-    goes back to its beginning for the tag."""
+    """Encodes stereo samples (an array of signed 16 bit numbers) into an MP3 file. Not to a pipe:
+    the encoder returns to the beginning for the tag."""
     path.parent.mkdir(parents=True, exist_ok=True)
     if sys.byteorder == "big":
         samples.byteswap()
@@ -30,7 +30,7 @@ def _encode(samples, path, *options):
 
 
 def tone(seconds, hertz):
-    """A sine in the left channel and one of half the loudness in the right one."""
+    """A sine in the left channel and the same with half the amplitude in the right one."""
     turn = 2 * math.pi * hertz / FRAME_RATE
     samples = array.array("h")
     for n in range(int(seconds * FRAME_RATE)):
@@ -40,16 +40,16 @@ def tone(seconds, hertz):
 
 
 def make_mp3(path, seconds=2, hertz=440):
-    """An MP3 of a tone, with the tag that tells its length to the sample."""
+    """Creates an MP3 of a tone, with the tag that gives its length in samples."""
     _encode(tone(seconds, hertz), path)
 
 
 def make_long_mp3(path, hours):
-    """An MP3 of noise, made fast: the frames of some seconds again and again. Noise, since it takes
-    a decoder the longest, and since no two places in it are alike."""
+    """Creates a long MP3 fast, by repeating the frames of some seconds of noise. Noise takes a
+    decoder longest, and no two parts of it are equal."""
     seconds = 20
     noise = array.array("h", random.Random(1).randbytes(seconds * FRAME_RATE * BYTES_PER_FRAME))
-    # No tag that tells a length, and each frame for itself, so that they can be strung together.
+    # No tag with a length, and no frame that depends on another, so that they can be repeated.
     _encode(noise, path, "-t", "--nores")
     frames = path.read_bytes()
     with open(path, "ab") as target:
@@ -58,7 +58,7 @@ def make_long_mp3(path, hours):
 
 
 def check_decoded(wav, mp3, seconds, hertz):
-    """The WAV holds the same samples as another decoder's, and the tone that was encoded."""
+    """Checks that the WAV holds the samples of another decoder, and the tone that was encoded."""
     samples = samples_of(wav)
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(mp3)], check=True,
@@ -71,13 +71,14 @@ def check_decoded(wav, mp3, seconds, hertz):
     decoded = array.array("h", samples)
     check_equal(len(decoded), len(original), f"samples of {wav.name}")
     error = sum((a - b) ** 2 for a, b in zip(original, decoded))
-    # A tone survives the encoding with far less than a hundredth of its power lost.
+    # The encoding of a tone loses far less than a hundredth of its power.
     check(error * 100 < sum(a * a for a in original), f"{wav.name} does not hold the tone")
 
 
 def check_beginning(wav, mp3, hours):
-    """The WAV of a long MP3 that was stopped in the middle: another decoder's samples from the
-    first one on, without a hole, and not all of them. Returns the seconds that are there."""
+    """Checks the WAV of a long MP3 whose decoding was stopped in the middle: it holds another
+    decoder's samples from the first one on, without a gap, but not all of them. Returns its
+    seconds."""
     with wave.open(str(wav), "rb") as kept, contextlib.ExitStack() as ending:
         check_format(kept, wav.name)
         check(kept.getnframes() < hours * 3600 * FRAME_RATE, f"{wav.name} holds the whole file")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The player's panel as a person sees and handles it."""
+"""Operates the player's panel as a user does: through the accessibility tree and the mouse."""
 
 import re
 
@@ -9,7 +9,7 @@ TITLE = "CD Player"
 
 
 class PlayerPanel:
-    """The panel of a started program."""
+    """The player's panel of a running program."""
 
     def __init__(self, started):
         self.started = started
@@ -20,7 +20,7 @@ class PlayerPanel:
         return self.started.text("Mode")
 
     def position(self):
-        """(track, seconds) of the display; None while it shows none."""
+        """(track, seconds) of the display; None while it shows no position."""
         shown = re.fullmatch(r"\[(\d+)\] (\d+):(\d+)", self.started.text("Track and time") or "")
         return shown and (int(shown[1]), int(shown[2]) * 60 + int(shown[3]))
 
@@ -32,7 +32,7 @@ class PlayerPanel:
         return self.position()
 
     def switch_on(self):
-        """With a disc in the drive."""
+        """Switches the player on; a disc must be in the drive."""
         self.started.click("Open CD Player", "radio button")
         wait_for("the disc", lambda: self.mode() == "Cd Ready" and
                  self.position() == (1, 0))
@@ -62,7 +62,7 @@ class PlayerPanel:
     # Meter.
 
     def bar_height(self):
-        """Pixels of the bar that stand in its window."""
+        """The visible height of the bar in pixels."""
         clip = self.started.extents("Level")
         bar = self.started.extents("Level bar")
         return clip.y + clip.height - max(clip.y, bar.y) if clip and bar else 0

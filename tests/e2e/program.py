@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program as a person sees and handles it: through the accessibility tree and the mouse."""
+"""Operates the program as a user does: through the accessibility tree and the mouse."""
 
 import subprocess
 
@@ -11,15 +11,15 @@ MOST_LINES_WALKED = 200
 
 
 class Program:
-    """The started program as it is seen and handled."""
+    """A running program: reads its windows and sends input to them."""
 
     def __init__(self, desktop, path):
-        """Starts it; its window need not be there yet."""
+        """Starts the program, and does not wait for its window."""
         self.desktop = desktop
         self.process = desktop.launch(path)
         self._atspi = desktop.atspi
 
-    # Its process.
+    # The process.
 
     @property
     def running(self):
@@ -33,7 +33,7 @@ class Program:
         self.process.kill()
         self.process.wait()
 
-    # Eyes. Whatever vanishes while it is looked at counts as not there.
+    # What the windows show. An element that vanishes while it is read counts as missing.
 
     def _application(self):
         root = self._atspi.get_desktop(0)
@@ -44,7 +44,7 @@ class Program:
         return None
 
     def _children(self, accessible):
-        # By turns with the count: rows come and go meanwhile.
+        # The count is read each time: rows are added and removed meanwhile.
         i = 0
         while i < accessible.get_child_count():
             child = accessible.get_child_at_index(i)
@@ -56,15 +56,15 @@ class Program:
         yield accessible
         if (accessible.get_role_name() == "list" and
                 accessible.get_child_count() > MOST_LINES_WALKED):
-            return  # each line costs a call; lines() sees them
+            return  # each line costs a call; lines() reads them
         for child in self._children(accessible):
             yield from self._walk(child)
 
-    def _tolerant(self, look, otherwise):
+    def _tolerant(self, read, otherwise):
         while GLib.MainContext.default().iteration(False):
             pass
         try:
-            return look()
+            return read()
         except GLib.Error:
             return otherwise
 
@@ -72,16 +72,17 @@ class Program:
         return accessible.get_state_set().contains(self._atspi.StateType.SHOWING)
 
     def top_windows(self):
-        """The accessible windows on the screen, main window and boxes alike."""
-        def look():
+        """The visible windows as accessible elements: main window, other windows and message
+        boxes."""
+        def read():
             application = self._application()
             return [] if application is None else [
                 window for window in self._children(application) if self._shows(window)]
-        return self._tolerant(look, [])
+        return self._tolerant(read, [])
 
     def find(self, name, role=None, within=None):
-        """The first element on the screen of that name (and role name), or None."""
-        def look():
+        """The first visible element of that name (and role name), or None."""
+        def read():
             for window in [within] if within is not None else self.top_windows():
                 for element in self._walk(window):
                     if (element.get_name() == name and
@@ -89,18 +90,18 @@ class Program:
                             self._shows(element)):
                         return element
             return None
-        return self._tolerant(look, None)
+        return self._tolerant(read, None)
 
     def get(self, name, role=None, within=None):
         return wait_for(f"{role or 'element'} {name!r}", lambda: self.find(name, role, within))
 
     def window(self, title):
-        def look():
+        def read():
             for window in self.top_windows():
                 if window.get_name() == title:
                     return window
             return None
-        return self._tolerant(look, None)
+        return self._tolerant(read, None)
 
     @property
     def title(self):
@@ -109,7 +110,7 @@ class Program:
         return " ".join(done)
 
     def main_window_id(self):
-        def look():
+        def read():
             for window in self.desktop.windows_of(self.process.pid):
                 name = subprocess.run(["xdotool", "getwindowname", window], check=False,
                                       env=self.desktop.environment, capture_output=True, text=True)
@@ -117,7 +118,7 @@ class Program:
                         ("Sonarith v2.0", "Extracting Track", "Decoding ")):
                     return window
             return None
-        return wait_for("the main window", look)
+        return wait_for("the main window", read)
 
     def window_id(self, title):
         """The X window of that caption, or None."""
@@ -129,17 +130,17 @@ class Program:
         return None
 
     def activate(self, title):
-        """Gives a window the keyboard; returns it."""
+        """Activates a window and returns its X window."""
         window = wait_for(f"the window {title!r}", lambda: self.window_id(title))
         self.desktop.xdotool("windowactivate", "--sync", window)
         return window
 
     def extents(self, name, role=None):
-        """Where an element is on the screen, with x, y, width and height; None for none."""
-        def look():
+        """The position of an element on the screen (x, y, width, height); None for none."""
+        def read():
             element = self.find(name, role)
             return element and element.get_extents(self._atspi.CoordType.SCREEN)
-        return self._tolerant(look, None)
+        return self._tolerant(read, None)
 
     def shows(self, element):
         return self._has_state(element, self._atspi.StateType.SHOWING)
@@ -148,12 +149,12 @@ class Program:
         return self._has_state(element, self._atspi.StateType.CHECKED)
 
     def tab_to(self, name, role=None, most=40):
-        """Moves the keyboard by the tab key to an element of the active window."""
+        """Presses the tab key until an element of the active window has the focus."""
         for _ in range(most):
             if self.has_focus(name, role):
                 return
             self.desktop.press("Tab")
-        check(self.has_focus(name, role), f"the tab key does not come to {role} {name!r}")
+        check(self.has_focus(name, role), f"the tab key does not reach {role} {name!r}")
 
     def _label_elements(self, bar):
         found = self.find(bar)
@@ -162,61 +163,61 @@ class Program:
             if element.get_role_name() == "label" and self._shows(element)]
 
     def labels(self, bar):
-        """The texts of the labels in a bar, from the first to the last."""
+        """The texts of the labels in a bar, in order."""
         return self._tolerant(
             lambda: [element.get_name() for element in self._label_elements(bar)], [])
 
     def watch_labels(self, bar):
-        """Finds the labels in a bar, once. Returns what tells their texts from now on, a hundred
-        times as fast as labels() does: for what stands for half a second only."""
+        """Finds the labels in a bar once. Returns a function that reads their current texts a
+        hundred times as fast as labels(), for texts that are shown only for half a second."""
         elements = wait_for(f"the labels of {bar!r}", lambda: self._tolerant(
             lambda: self._label_elements(bar), []))
         return lambda: [element.get_name() for element in elements]
 
     def text(self, name, role="text"):
-        """What stands in a text field."""
-        def look():
+        """The content of a text field; None for none."""
+        def read():
             field = self.find(name, role)
             return None if field is None else field.get_text(0, field.get_character_count())
-        return self._tolerant(look, None)
+        return self._tolerant(read, None)
 
     def lines(self, name):
-        """The lines of a list box, from the first to the last."""
-        def look():
+        """The lines of a list box, in order."""
+        def read():
             box = self.find(name, "list")
             return [] if box is None else [line.get_name() for line in self._children(box)]
-        return self._tolerant(look, [])
+        return self._tolerant(read, [])
 
     def click_line(self, box, line, button=1, times=1):
-        """Clicks on a line of a list box; its other buttons choose nothing."""
-        def place():
+        """Clicks on a line of a list box; only the left button selects it."""
+        def centre():
             within = self.find(box, "list")
             element = within and self.find(line, within=within)
-            return element and self._tolerant(lambda: self.place_of(element), None)
-        self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", place), times, button)
+            return element and self._tolerant(lambda: self.centre_of(element), None)
+        self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", centre), times, button)
 
     def open_window(self, button, title):
-        """Opens a window by the main window's button."""
+        """Opens a window with a button of the main window."""
         self.click(button, "push button")
         wait_for(f"the window {title!r}", lambda: self.window(title))
         return self.activate(title)
 
     def close_other(self, title):
-        """Closes a window by its close button."""
+        """Closes another window with its close button."""
         self.desktop.ask_to_close(wait_for(f"the window {title!r}",
                                            lambda: self.window_id(title)))
         wait_for(f"the closed window {title!r}", lambda: self.window(title) is None)
 
     def type_into(self, name, text):
-        """Puts a text into a text field, in the place of what stands there."""
+        """Replaces the content of a text field."""
         self.click(name, "text")
         wait_for(f"the focus in {name!r}", lambda: self.has_focus(name, "text"))
         self.desktop.press("ctrl+a")
         self.desktop.type(text)
 
     def choose_from_popup(self, open_it, mnemonic):
-        """Opens a popup menu and chooses from it by its letter: menus that hang in no menu bar are
-        not in the accessibility tree."""
+        """Opens a popup menu and chooses an entry by its mnemonic: only menus of a menu bar are in
+        the accessibility tree."""
         def shown():
             return len(self.desktop.windows_of(self.process.pid))
         before = shown()
@@ -225,10 +226,10 @@ class Program:
         self.desktop.press(mnemonic)
 
     def value(self, name, role=None):
-        def look():
+        def read():
             element = self.find(name, role)
             return None if element is None else element.get_current_value()
-        return self._tolerant(look, None)
+        return self._tolerant(read, None)
 
     def _has_state(self, element, state):
         return element is not None and self._tolerant(
@@ -243,39 +244,39 @@ class Program:
     def has_focus(self, name, role=None):
         return self._has_state(self.find(name, role), self._atspi.StateType.FOCUSED)
 
-    # Hands.
+    # User input.
 
-    def place_of(self, element):
+    def centre_of(self, element):
         box = element.get_extents(self._atspi.CoordType.SCREEN)
         return box.x + box.width // 2, box.y + box.height // 2
 
-    def _settled_place(self, name, role=None, within=None):
-        """An element's middle, once it is there and stands still."""
-        def look():
+    def _settled_centre(self, name, role=None, within=None):
+        """The centre of an element, once it exists and no longer moves."""
+        def read():
             element = self.find(name, role, within)
-            return element and self._tolerant(lambda: self.place_of(element), None)
+            return element and self._tolerant(lambda: self.centre_of(element), None)
         def settled():
-            first = look()
-            return first if first is not None and first == look() else None
-        return wait_for(f"{role or 'element'} {name!r} to stand still", settled)
+            first = read()
+            return first if first is not None and first == read() else None
+        return wait_for(f"{role or 'element'} {name!r} to stop moving", settled)
 
     def click(self, name, role=None, times=1, within=None):
-        """Clicks in an element's middle with the mouse, once it is there and stands still."""
-        self.desktop.click_at(*self._settled_place(name, role, within), times)
+        """Clicks on the centre of an element, once it exists and no longer moves."""
+        self.desktop.click_at(*self._settled_centre(name, role, within), times)
 
     def choose_menu(self, *names):
-        """A menu and its entries, from heading to entry, with the mouse."""
+        """Clicks on a menu and its entries, from the heading to the last entry."""
         for name in names:
             self.click(name, "menu item")
 
-    # The main window's parts.
+    # The parts of the main window.
 
     def next_action(self):
         return (self.labels("Activity bar") or [""])[0]
 
     def figures(self):
-        """Percentage, bytes captured and progress bar, as (int, int, int); None where one shows
-        no number."""
+        """The shown percentage, captured bytes and progress, each an int, or None if no number is
+        shown."""
         labels = self.labels("Status bar")
         percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
         progress = self.value("Progress")
@@ -284,15 +285,15 @@ class Program:
                 None if progress is None else int(progress))
 
     def rows(self):
-        """The texts of the work tree's rows that are open, from top to bottom."""
-        def look():
+        """The texts of the visible rows of the work tree, from top to bottom."""
+        def read():
             tree = self.find("Work tree")
             return [] if tree is None else [row.get_name() for row in self._children(tree)
                                             if row.get_role_name() == "table cell"]
-        return self._tolerant(look, [])
+        return self._tolerant(read, [])
 
     def group(self, name):
-        """The rows below a group's row, down to the next group or collection."""
+        """The rows below a group's row, up to the next group or collection."""
         rows = self.rows()
         if name not in rows:
             return []
@@ -302,13 +303,13 @@ class Program:
         return below[:end]
 
     def wait_for_window(self):
-        """Until the main window stands with its tree filled, and the player's panel beside it; then
-        makes the main window large enough to show all rows of a small disc, as a person would by
-        its edge, and moves it to where the panel covers none of it."""
-        def stands():
-            check(self.running, f"the program ended by itself with {self.process.returncode}")
+        """Waits until the main window shows a filled tree and the player's panel is open. Then
+        enlarges the main window so that it shows all rows of a small disc, and moves it to a
+        position where the panel does not cover it."""
+        def is_ready():
+            check(self.running, f"the program ended unexpectedly with {self.process.returncode}")
             return "MP3 Files" in self.rows()
-        wait_for("the main window and its tree", stands)
+        wait_for("the main window and its tree", is_ready)
         wait_for("the player's panel", lambda: self.window("CD Player"))
         main = self.main_window_id()
         self.desktop.xdotool("windowsize", "--sync", main, 480, 720)
@@ -316,7 +317,7 @@ class Program:
         self.desktop.xdotool("windowactivate", "--sync", main)
 
     def close_panel(self):
-        """Closes the player's panel, for scenes that count windows or need the focus."""
+        """Closes the player's panel, for scenarios that count windows or need the focus."""
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
                                 str(self.process.pid), "--name", "^CD Player$"], check=False,
                                env=self.desktop.environment, capture_output=True, text=True)
@@ -324,13 +325,13 @@ class Program:
         wait_for("the closed panel", lambda: self.window("CD Player") is None)
 
     def open_row(self, name):
-        """Opens a row of the tree by the arrow before it."""
+        """Expands a row of the tree with the arrow before it."""
         before = len(self.rows())
-        def place():
+        def extents():
             row = self.find(name, "table cell")
             return row and self._tolerant(
                 lambda: row.get_extents(self._atspi.CoordType.SCREEN), None)
-        box = wait_for(f"row {name!r}", place)
+        box = wait_for(f"row {name!r}", extents)
         half_an_indent = 8  # pixels
         self.desktop.click_at(box.x - half_an_indent, box.y + box.height // 2)
         wait_for(f"the rows below {name!r}", lambda: len(self.rows()) > before)
@@ -339,13 +340,14 @@ class Program:
         self.click(name, "table cell", times)
 
     def drag_row(self, name, target):
-        """Drags a row of the tree to another one, over no row between the two."""
-        self.desktop.drag(self._settled_place(name, "table cell"),
-                          self._settled_place(target, "table cell"))
+        """Drags a row of the tree onto another one, in one step, so that no row between is
+        touched."""
+        self.desktop.drag(self._settled_centre(name, "table cell"),
+                          self._settled_centre(target, "table cell"))
 
     def open_popup(self, name):
-        """A row's popup menu, with the right mouse button."""
-        self.desktop.click_at(*self._settled_place(name, "table cell"), button=3)
+        """Opens the popup menu of a row with the right mouse button."""
+        self.desktop.click_at(*self._settled_centre(name, "table cell"), button=3)
         wait_for("the popup menu", lambda: self.find("Remove from List", "menu item"))
 
     def close_window(self):

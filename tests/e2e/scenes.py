@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What several scenarios begin or end with."""
+"""Steps that several scenarios share."""
 
 from driver import make_disc
 from program import Program
@@ -7,14 +7,14 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The destination in a home. A blank and capitals, since the logic lower-cases the path and names it
-# unquoted.
+# The destination folder below the home. With a blank and capitals, since the logic converts the
+# path to lower case and does not quote it.
 MUSIC = "My Music"
 
 
 def start_with_disc(desktop, program, seconds, output="none"):
-    """The program with a disc of three tracks of that length in the drive, its tracks shown and
-    this sound output; returns it, the sheet and the destination."""
+    """Starts the program with a disc of three tracks of equal length in the drive and expands the
+    group of its tracks. Returns the program, the sheet and the destination."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal="ramp")
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
@@ -25,15 +25,15 @@ def start_with_disc(desktop, program, seconds, output="none"):
 
 
 def music_folder(desktop):
-    """The destination, empty."""
+    """Creates the destination folder."""
     folder = desktop.home / MUSIC
     folder.mkdir()
     return folder
 
 
 def start_in(desktop, program, destination, full_paths=False, output="none"):
-    """The program with this destination folder, whose files the tree shows by their paths or by
-    their names alone, and with a disc that nothing is done with."""
+    """Starts the program with a destination folder, whose files the tree shows with or without
+    their paths, and with a disc of two tracks."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
     desktop.write_store(sheet, destination, output, **{"show%20full%20path": int(full_paths)})
     started = Program(desktop, program)
@@ -42,27 +42,27 @@ def start_in(desktop, program, destination, full_paths=False, output="none"):
 
 
 def go_to_row(desktop, started, name):
-    """Moves through the tree by arrow keys until the row has the keyboard."""
-    place = started.rows().index(name)
-    desktop.press("Home", *["Down"] * place)
+    """Moves the focus of the tree to a row with the arrow keys."""
+    row = started.rows().index(name)
+    desktop.press("Home", *["Down"] * row)
 
 
 def row_of(path):
-    """The row of a file in a music_folder() where the tree shows paths: the logic's path in lower
-    case. The home is its H:."""
+    """The row of a file in a music_folder() if the tree shows full paths: the path of the logic in
+    lower case. The home is drive H:."""
     below_home = path.parts[path.parts.index(MUSIC):]
     return "\\".join(["h:", *below_home]).lower()
 
 
 def check_box(started, text):
-    """A message box says so; it is closed by its button."""
+    """Waits for a message box with this text and closes it with its button."""
     wait_for(f"the message box {text!r}", lambda: started.find(text, "label"))
     started.click("OK", "push button")
     wait_for("the closed message box", lambda: started.find(text, "label") is None)
 
 
 def start_row(started, row):
-    """Selects a row and starts what it stands for."""
+    """Selects a row and starts its action."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
     started.click("Start ", "push button")
@@ -75,10 +75,10 @@ def start_track(started, row):
 
 
 def wavs_by_track(destination):
-    """The WAVs of the destination folder by their track numbers; nothing else may be there."""
+    """The WAV files of the destination folder by track number; it must contain nothing else."""
     found = {}
     for path in sorted(destination.iterdir()):
-        check(path.suffix == ".wav", f"{path.name} stands in the destination folder")
+        check(path.suffix == ".wav", f"unexpected file in the destination folder: {path.name}")
         number = int(path.stem.rpartition("-")[2])
         check(number not in found, f"two files of track {number}")
         found[number] = path
@@ -86,6 +86,6 @@ def wavs_by_track(destination):
 
 
 def close(started):
-    """Closes the main window; the program ends by itself, and well."""
+    """Closes the main window and checks that the program then ends with exit code 0."""
     started.close_window()
     check_equal(started.wait_for_end(), 0, "exit code")

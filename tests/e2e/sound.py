@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Holds captured WAV files against the disc image they were captured from, sample by sample."""
+"""Compares captured WAV files with the disc image, sample by sample."""
 
 import os
 import pathlib
@@ -14,13 +14,13 @@ MOST_TAIL_FRAMES = FRAME_RATE * 150 // 1000
 
 
 def check_format(wav, name):
-    """An open WAV has a disc's format."""
+    """Checks that an open WAV has the format of a disc."""
     shape = (wav.getnchannels(), wav.getsampwidth(), wav.getframerate())
     check_equal(shape, (2, 2, FRAME_RATE), f"the format of {name}")
 
 
 def samples_of(path):
-    """The bytes of a WAV's samples, which have a disc's format."""
+    """The bytes of a WAV's samples; checks its format."""
     with wave.open(str(path), "rb") as source:
         check_format(source, path.name)
         samples = source.readframes(source.getnframes())
@@ -29,7 +29,7 @@ def samples_of(path):
 
 
 def disc_samples(sheet):
-    """All samples of an image with one BINARY file."""
+    """The bytes of all samples of an image with one BINARY file."""
     return pathlib.Path(sheet).with_suffix(".bin").read_bytes()
 
 
@@ -38,14 +38,14 @@ def bytes_of(seconds):
 
 
 def track_samples(disc, number, seconds):
-    """Those of one track of a disc of equal tracks."""
+    """The bytes of one track of a disc whose tracks have equal lengths."""
     track = disc[bytes_of((number - 1) * seconds):bytes_of(number * seconds)]
     check_equal(len(track), bytes_of(seconds), f"the length of track {number} of the image")
     return track
 
 
 def find_run(samples, run):
-    """The frame at which the run begins, or -1; only whole frames count."""
+    """The frame of `samples` at which `run` begins, or -1; it must begin at a whole frame."""
     at = samples.find(run)
     while at > 0 and at % BYTES_PER_FRAME:
         at = samples.find(run, at + 1)
@@ -57,31 +57,32 @@ def check_silence(samples, start, name):
 
 
 def check_run(path, disc, number, seconds):
-    """The WAV is the whole track `number` of a disc of equal tracks, whose samples are given:
-    silence, the track as one run, and what follows on the disc. Returns the frames of the silence
-    and those of what follows."""
+    """Checks that the WAV holds the whole track `number` of a disc of equal tracks, whose samples
+    are `disc`: silence, the track without a gap, and the samples that follow on the disc. Returns
+    the number of frames before and after the track."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
-    check(start >= 0, f"{path.name} does not hold track {number} as one run")
+    check(start >= 0, f"{path.name} does not hold track {number} without a gap")
     check_silence(samples, start, path.name)
     tail = samples[start * BYTES_PER_FRAME + len(track):]
     follows = disc[bytes_of(number * seconds):] + bytes(len(tail))
-    check(follows.startswith(tail), f"{path.name}: what follows the track is not the disc's")
+    check(follows.startswith(tail),
+          f"{path.name}: the samples after the track differ from the disc's")
     return start, len(tail) // BYTES_PER_FRAME
 
 
 def check_track(path, disc, number, seconds):
-    """As check_run, with the bounds of what may stand before and after the track."""
+    """As check_run, and bounds the number of frames before and after the track."""
     lead_in, tail = check_run(path, disc, number, seconds)
     check(lead_in <= MOST_LEAD_IN_FRAMES, f"{path.name}: {lead_in} frames before the track")
     check(tail <= MOST_TAIL_FRAMES, f"{path.name}: {tail} frames after the track")
 
 
 def beginning_of_track(path, disc, number, seconds):
-    """The WAV is a track that was stopped in the middle: silence, then the track from its first
-    sample on, and nothing else but silence after it. Returns the bytes of the track that are there
-    and those of the silence after them."""
+    """Checks the WAV of a track that was stopped in the middle: silence, the track from its first
+    sample on, then only silence. Returns the bytes of the track and those of the silence after
+    them."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])

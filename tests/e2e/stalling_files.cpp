@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A library that a test loads before the program's own: calls on files below the folder
-// STALLED_FOLDER do not return while the file STALLED_WHILE exists, as on a disk that spins up or a
-// server that is gone. Everything else is the system's.
+// A library that a test preloads into the program: calls for files below the folder STALLED_FOLDER
+// do not return while the file STALLED_WHILE exists, as on a disk that spins up or a dead server.
+// All other calls go to the system unchanged.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr useconds_t microsecondsBetweenLooks = 20'000;
+constexpr useconds_t microsecondsBetweenPolls = 20'000;
 
 bool stalled() {
     const char* file = std::getenv("STALLED_WHILE");
@@ -30,7 +30,7 @@ bool isBelowFolder(const char* path) {
 
 void waitFor(const char* path) {
     while (isBelowFolder(path) && stalled()) {
-        ::usleep(microsecondsBetweenLooks);
+        ::usleep(microsecondsBetweenPolls);
     }
 }
 

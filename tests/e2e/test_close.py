@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The window may be closed at any moment, and the program ends well."""
+"""The program ends cleanly whenever its window is closed."""
 
 import signal
 
@@ -12,33 +12,33 @@ SECONDS = 60
 FIRST = "Track  1 - 00:01:00"
 
 
-def check_kept(sheet, destination):
+def check_capture_is_saved(sheet, destination):
     found = wavs_by_track(destination)
     check_equal(list(found), [1], "tracks in the destination folder")
     beginning_of_track(found[1], disc_samples(sheet), 1, SECONDS)
 
 
-def closing_ends_a_capture_and_keeps_it(desktop, program):
+def closing_saves_a_running_capture(desktop, program):
     started, sheet, destination = start_with_disc(desktop, program, SECONDS)
     start_track(started, FIRST)
     close(started)
-    check_kept(sheet, destination)
+    check_capture_is_saved(sheet, destination)
 
 
-def the_exit_button_ends_a_capture_and_keeps_it(desktop, program):
+def the_exit_button_saves_a_running_capture(desktop, program):
     started, sheet, destination = start_with_disc(desktop, program, SECONDS)
     start_track(started, FIRST)
     started.click("Exit", "push button")
     check_equal(started.wait_for_end(), 0, "exit code")
-    check_kept(sheet, destination)
+    check_capture_is_saved(sheet, destination)
 
 
-def a_signal_ends_a_capture_and_keeps_it(desktop, program):
+def a_signal_saves_a_running_capture(desktop, program):
     started, sheet, destination = start_with_disc(desktop, program, SECONDS)
     start_track(started, FIRST)
     started.process.send_signal(signal.SIGTERM)
     check_equal(started.wait_for_end(), 0, "exit code")
-    check_kept(sheet, destination)
+    check_capture_is_saved(sheet, destination)
 
 
 def closing_under_a_message_box_ends_the_program(desktop, program):
@@ -58,6 +58,6 @@ def closing_with_other_windows_open_ends_the_program(desktop, program):
 
 
 if __name__ == "__main__":
-    run(closing_ends_a_capture_and_keeps_it, the_exit_button_ends_a_capture_and_keeps_it,
-        a_signal_ends_a_capture_and_keeps_it, closing_under_a_message_box_ends_the_program,
+    run(closing_saves_a_running_capture, the_exit_button_saves_a_running_capture,
+        a_signal_saves_a_running_capture, closing_under_a_message_box_ends_the_program,
         closing_with_other_windows_open_ends_the_program)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""From MP3 files to WAV files: one, the selected ones, all of them, and stopping in the middle."""
+"""Decoding MP3 files to WAV files: one, the selected ones, all of them; cancelling and closing."""
 
 from driver import run
 from mp3 import check_beginning, check_decoded, make_long_mp3, make_mp3
@@ -8,12 +8,13 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 2
 HERTZ = {"first": 440, "second": 550, "third": 660}
-# So long that it is far from its end when a hand reaches the button.
+# Long enough that a click on Cancel comes far before the end.
 LONG_HOURS = 3
 
 
 def start_with_tones(desktop, program, full_paths=False):
-    """The program with the three short files in its destination; returns both."""
+    """Starts the program with the three short files in its destination. Returns program and
+    destination."""
     destination = music_folder(desktop)
     for name, hertz in HERTZ.items():
         make_mp3(destination / f"{name}.mp3", SECONDS, hertz)
@@ -34,7 +35,8 @@ def wavs(destination):
 
 
 def check_wavs(destination, names):
-    """These WAVs stand in the folder beside their sources, and hold their samples."""
+    """Checks that the folder holds the three MP3 files and these WAV files, with the right
+    samples."""
     check_equal(wavs(destination), sorted(names), "WAV files of the folder")
     check_equal(len(list(destination.iterdir())), len(HERTZ) + len(names), "files of the folder")
     for name in names:
@@ -43,9 +45,9 @@ def check_wavs(destination, names):
 
 
 def watch_decoding(started, row):
-    """Starts what a row stands for, and looks at the window until it has been decoded. Returns what
-    was seen, each in the order of its appearance: captions, lines of the activity bar, and last
-    lines of the status bar."""
+    """Starts the action of a row and reads the window until the decoding has ended. Returns the
+    distinct texts in order of appearance: captions, lines of the activity bar, and last labels of
+    the status bar."""
     captions, actions, status = [], [], []
     were_closed = False
     window = started.get("Sonarith v2.0", "frame")
@@ -57,16 +59,16 @@ def watch_decoding(started, row):
         if seen not in to:
             to.append(seen)
 
-    def look():
+    def read():
         return window.get_name(), activity_bar(), status_bar()[1:]
 
     def ended():
         nonlocal were_closed
         are_open = started.shows_enabled(commands)
         were_closed = were_closed or not are_open
-        seen = look()
-        if seen != look():
-            return False  # half of it may be of the next file
+        seen = read()
+        if seen != read():
+            return False  # read during the change to the next file
         caption, bar, figures = seen
         if bar[0].startswith("Decoding "):
             add(caption, captions)
@@ -79,14 +81,14 @@ def watch_decoding(started, row):
     return captions, actions, status
 
 
-def wait_for_rest(started):
-    """Until the displays are cleared, some seconds after the end."""
-    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+def wait_for_cleared_displays(started):
+    """Waits until the displays are cleared, some seconds after the end."""
+    wait_for("the cleared displays", lambda: started.title == "Sonarith v2.0" and
              started.next_action() == "Next action:")
 
 
 def destination_line(destination, name):
-    """What the window tells about a target."""
+    """The activity bar's text for a target file."""
     return f"{row_of(destination)}\\{name}.wav"
 
 
@@ -98,12 +100,12 @@ def one_mp3_becomes_a_wav_file(desktop, program):
     check_equal([(action, line.lower()) for action, line in actions],
                 [(f"Decoding  {row}", destination_line(destination, "second"))],
                 "lines of the activity bar")
-    check("100 %" in [percent for percent, _ in status], f"no end was shown: {status}")
+    check("100 %" in [percent for percent, _ in status], f"100 % was never shown: {status}")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") ==
              [row_of(destination / "second.wav")])
     check_wavs(destination, ["second"])
-    check(started.find("Cancel", "push button") is None, "there is still something to cancel")
-    wait_for_rest(started)
+    check(started.find("Cancel", "push button") is None, "the Cancel button is still shown")
+    wait_for_cleared_displays(started)
     close(started)
 
 
@@ -111,11 +113,11 @@ def all_mp3s_become_wav_files(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "third.mp3").unlink()
     started.open_popup("third.mp3")
-    # Of a file that is gone, the entry goes with the row all the same.
+    # Removes the entry and the row although the file no longer exists.
     started.click("Remove and Delete File", "menu item")
     wait_for("two MP3 files", lambda: sorted(started.group("MP3 Files")) ==
              ["first.mp3", "second.mp3"])
-    (destination / "second.wav").write_bytes(b"an older one of that name" * 100)
+    (destination / "second.wav").write_bytes(b"an older file of that name" * 100)
     order = [row.removesuffix(".mp3") for row in started.group("MP3 Files")]
     captions, actions, _ = watch_decoding(started, "MP3 Files")
     check_equal(captions, [f"Decoding {name}.mp3" for name in order], "captions")
@@ -140,7 +142,7 @@ def selected_mp3s_become_wav_files(desktop, program):
                  lambda: name in started.group("Selected MP3 Files"))
     check_equal(started.group("MP3 Files"), ["second.mp3"], "MP3 files that are not selected")
     captions, actions, status = watch_decoding(started, "Selected MP3 Files")
-    # The file that was chosen last stands first in the list.
+    # The file that was selected last is the first in the list.
     check_equal(captions, ["Decoding first.mp3", "Decoding third.mp3"], "captions")
     check_equal([action for action, _ in actions],
                 ["Decoding #1 of 2 files", "Decoding #2 of 2 files"], "lines of the activity bar")
@@ -153,7 +155,7 @@ def selected_mp3s_become_wav_files(desktop, program):
     close(started)
 
 
-def a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn(desktop, program):
+def a_broken_mp3_keeps_the_older_wav_and_the_next_file_is_decoded(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "first.mp3").write_bytes(bytes(5000))
     older = b"an older one of that name" * 100
@@ -163,26 +165,26 @@ def a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn(deskto
                 [f"Decoding #{number} of 3 files" for number in (1, 2, 3)],
                 "lines of the activity bar")
     check_equal(wavs(destination), ["first", "second", "third"], "WAV files of the folder")
-    check(older == (destination / "first.wav").read_bytes(), "the older WAV was touched")
+    check(older == (destination / "first.wav").read_bytes(), "the older WAV was changed")
     for name in ("second", "third"):
         check_decoded(destination / f"{name}.wav", destination / f"{name}.mp3", SECONDS,
                       HERTZ[name])
     close(started)
 
 
-def waiting_for_a_file_that_has_vanished_ends_with_the_program(desktop, program):
+def closing_ends_a_wait_for_a_vanished_file(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "first.mp3").unlink()
     start_row(started, "first.mp3")
     wait_for("the start", lambda: started.next_action() == "Decoding  first.mp3" and
              not started.is_enabled("Preferences", "push button"))
-    check(started.find("Cancel", "push button") is None, "there is something to cancel")
+    check(started.find("Cancel", "push button") is None, "the Cancel button is shown")
     close(started)
     check_equal(wavs(destination), [], "WAV files of the folder")
 
 
 def wait_for_moving_figures(started):
-    """Until percentage and progress have moved twice, far from the end."""
+    """Waits until percentage and progress have changed twice, and checks that the end is far."""
     percents, progress = set(), set()
 
     def moved():
@@ -193,37 +195,42 @@ def wait_for_moving_figures(started):
         return len(percents) >= 3 and len(progress) >= 3
 
     wait_for("moving figures", moved)
-    check(max(percents | progress) < 100, f"it was too near the end: {sorted(percents)}")
+    check(max(percents | progress) < 100,
+          f"the decoding was too close to its end: {sorted(percents)}")
 
 
-def check_kept(destination):
-    """What was decoded of the long file; nothing else was made."""
+def check_decoded_part(destination):
+    """Checks that the WAV holds the decoded part of the long file, and that there is no other new
+    file."""
     check_equal(sorted(path.name for path in destination.iterdir()),
                 ["long.mp3", "long.wav", "short.mp3"], "files of the folder")
     kept = check_beginning(destination / "long.wav", destination / "long.mp3", LONG_HOURS)
     check(kept >= 60, f"only {kept} seconds were kept")
 
 
-def a_cancelled_decoding_is_kept(desktop, program):
+def cancelling_keeps_the_decoded_part(desktop, program):
     started, destination = start_with_long_file(desktop, program)
-    check(started.find("Cancel", "push button") is None, "there is something to cancel at rest")
+    check(started.find("Cancel", "push button") is None,
+          "the Cancel button is shown without an action")
     start_row(started, "long.mp3")
     wait_for_moving_figures(started)
-    check(not started.is_enabled("Preferences", "push button"), "commands are open while it runs")
+    check(not started.is_enabled("Preferences", "push button"),
+          "commands are enabled during the action")
     check_equal(wavs(destination), [], "WAV files before the end")
     started.click("Cancel", "push button")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
     wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
-    wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
-    check_kept(destination)
-    # And the next one goes as if nothing had been. What is chosen too soon, the displays forget.
-    wait_for_rest(started)
+    wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
+    check_decoded_part(destination)
+    # The next decoding works as usual. It starts after the displays are cleared, which would clear
+    # its own texts, too.
+    wait_for_cleared_displays(started)
     watch_decoding(started, "short.mp3")
     check_decoded(destination / "short.wav", destination / "short.mp3", SECONDS, 440)
     close(started)
 
 
-def cancelling_the_first_of_two_leaves_the_second(desktop, program):
+def cancelling_the_first_of_two_files_skips_the_second(desktop, program):
     started, destination = start_with_long_file(desktop, program)
     for name in ("short.mp3", "long.mp3"):
         started.drag_row(name, "Selected MP3 Files")
@@ -234,22 +241,21 @@ def cancelling_the_first_of_two_leaves_the_second(desktop, program):
     wait_for_moving_figures(started)
     started.click("Cancel", "push button")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["long.wav"])
-    wait_for_rest(started)
-    check_kept(destination)
+    wait_for_cleared_displays(started)
+    check_decoded_part(destination)
     close(started)
 
 
-def closing_in_the_middle_ends_the_program_and_keeps_what_is_there(desktop, program):
+def closing_keeps_the_decoded_part(desktop, program):
     started, destination = start_with_long_file(desktop, program)
     start_row(started, "long.mp3")
     wait_for_moving_figures(started)
     close(started)
-    check_kept(destination)
+    check_decoded_part(destination)
 
 
 if __name__ == "__main__":
     run(one_mp3_becomes_a_wav_file, all_mp3s_become_wav_files, selected_mp3s_become_wav_files,
-        a_file_that_is_no_mp3_leaves_the_older_wav_and_the_next_file_its_turn,
-        waiting_for_a_file_that_has_vanished_ends_with_the_program,
-        a_cancelled_decoding_is_kept, cancelling_the_first_of_two_leaves_the_second,
-        closing_in_the_middle_ends_the_program_and_keeps_what_is_there)
+        a_broken_mp3_keeps_the_older_wav_and_the_next_file_is_decoded,
+        closing_ends_a_wait_for_a_vanished_file, cancelling_keeps_the_decoded_part,
+        cancelling_the_first_of_two_files_skips_the_second, closing_keeps_the_decoded_part)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The Devices window: another disc image is chosen, and it says what is wrong with a bad one."""
+"""The Devices window: choosing a disc image, output and source, and reports about faulty images."""
 
 from driver import make_disc, run
 from program import Program
@@ -21,7 +21,7 @@ def report_of(started):
     return started.text("The disc") or ""
 
 
-def another_image_is_chosen(desktop, program):
+def a_chosen_image_is_read_and_stored(desktop, program):
     started, _, destination = start_with_disc(desktop, program, seconds=2)
     other = make_disc(desktop.home / "discs", name="other", tracks=2, seconds=7)
     open_devices(started)
@@ -47,7 +47,7 @@ def another_image_is_chosen(desktop, program):
     check_equal(wavs_by_track(destination), {}, "files in the destination folder")
 
 
-def output_and_source_are_chosen(desktop, program):
+def output_and_source_are_stored(desktop, program):
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2)
     desktop.write_store(sheet, desktop.home / "My Music")
 
@@ -56,7 +56,7 @@ def output_and_source_are_chosen(desktop, program):
         return [line for line in section.splitlines() if line.startswith(("Output=", "Source="))]
 
     def choose(former, key, entry, line):
-        """Opens the list of the box that shows `former`, and goes to an entry by `key`."""
+        """Opens the combo box that shows `former`, and selects an entry with `key`."""
         started.click(former, "combo box")
         desktop.press(key, "Return")
         started.get(entry, "combo box")
@@ -79,32 +79,33 @@ def output_and_source_are_chosen(desktop, program):
     check_equal(sorted(stored()), ["Output=none", "Source="], "the store after the end")
 
 
-def a_torn_sheet_is_an_empty_drive(desktop, program):
+def an_incomplete_sheet_counts_as_an_empty_drive(desktop, program):
     sheet = make_disc(desktop.home / "discs", name="torn", tracks=2, seconds=2)
     lines = sheet.read_text().splitlines()
-    place = next(i for i, line in enumerate(lines) if "INDEX" in line)
-    lines[place] = lines[place][:-4]  # from mm:ss:ff to mm:s
-    sheet.write_text("\n".join(lines[:place + 1]))
+    bad_line = next(i for i, line in enumerate(lines) if "INDEX" in line)
+    lines[bad_line] = lines[bad_line][:-4]  # from mm:ss:ff to mm:s
+    sheet.write_text("\n".join(lines[:bad_line + 1]))
     desktop.write_store(sheet, desktop.home / "My Music")
     started = Program(desktop, program)
     wait_for("the message box", lambda: started.find(EMPTY_DRIVE, "label"))
     started.click("OK", "push button")
     started.wait_for_window()
-    check("Track" not in "".join(started.group("Available Tracks")), "tracks of a torn sheet")
+    check("Track" not in "".join(started.group("Available Tracks")),
+          "tracks of an incomplete sheet")
     open_devices(started)
-    wait_for("the report", lambda: f"torn.cue, line {place + 1}: " in report_of(started))
+    wait_for("the report", lambda: f"torn.cue, line {bad_line + 1}: " in report_of(started))
     close(started)
 
 
-def a_short_file_is_told_and_its_whole_tracks_extracted(desktop, program):
+def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
     seconds = 3
     sheet = make_disc(desktop.home / "discs", name="short", tracks=3, seconds=seconds,
                       signal="ramp")
     samples = disc_samples(sheet)
-    # In the middle of track 2, and not at a sector's border.
+    # Ends in the middle of track 2, and not at the end of a sector.
     whole_sectors = bytes_of(2 * seconds) * 3 // 4 // BYTES_PER_SECTOR
     sheet.with_suffix(".bin").write_bytes(samples[:whole_sectors * BYTES_PER_SECTOR + 1000])
-    heard = samples[:whole_sectors * BYTES_PER_SECTOR].ljust(bytes_of(3 * seconds), b"\0")
+    expected = samples[:whole_sectors * BYTES_PER_SECTOR].ljust(bytes_of(3 * seconds), b"\0")
 
     destination = desktop.home / "My Music"
     desktop.write_store(sheet, destination)
@@ -126,10 +127,11 @@ def a_short_file_is_told_and_its_whole_tracks_extracted(desktop, program):
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 2], "tracks in the destination folder")
     for number, path in found.items():
-        check_track(path, heard, number, seconds)
+        check_track(path, expected, number, seconds)
     close(started)
 
 
 if __name__ == "__main__":
-    run(another_image_is_chosen, output_and_source_are_chosen, a_torn_sheet_is_an_empty_drive,
-        a_short_file_is_told_and_its_whole_tracks_extracted)
+    run(a_chosen_image_is_read_and_stored, output_and_source_are_stored,
+        an_incomplete_sheet_counts_as_an_empty_drive,
+        a_truncated_image_is_reported_and_its_tracks_extracted)

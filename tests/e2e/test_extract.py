@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""From a disc to WAV files: choosing tracks, watching a capture, its samples, and cancelling."""
+"""Extracting tracks to WAV files: selecting tracks, the figures and samples of a capture,
+cancelling."""
 
 import contextlib
 import os
@@ -22,8 +23,8 @@ def wait_for_groups(started, selected, available):
 
 
 def watch_capture(started):
-    """Looks at the window until the capture has ended. Returns what was seen: lists of captions,
-    and of (percentage, bytes, progress) in the order of their appearance."""
+    """Reads the window until the capture has ended. Returns the captions, and the tuples
+    (percentage, bytes, progress), each in order of appearance."""
     captions, figures = [], []
 
     def ended():
@@ -31,7 +32,7 @@ def watch_capture(started):
         if caption.startswith("Extracting"):
             if caption not in captions:
                 captions.append(caption)
-            # The logic writes the three one after the other, so a look may fall between two.
+            # The logic sets the three one after the other: a reading may be incomplete.
             seen = started.figures()
             if None not in seen and seen not in figures:
                 figures.append(seen)
@@ -44,7 +45,7 @@ def watch_capture(started):
 def check_moving(figures):
     percents, captured, progress = (set(column) for column in zip(*figures))
     for name, values in (("percentage", percents), ("bytes", captured), ("progress", progress)):
-        check(len(values) >= 4, f"the {name} hardly moved: {sorted(values)}")
+        check(len(values) >= 4, f"the {name} changed too rarely: {sorted(values)}")
     check(all(value <= 100 for value in progress), f"progress beyond 100: {sorted(progress)}")
 
 
@@ -53,7 +54,7 @@ def tracks_move_between_the_groups(desktop, program):
     wait_for_groups(started, [], TRACKS)
     started.click_row(TRACKS[1], times=2)
     wait_for_groups(started, [TRACKS[1]], [TRACKS[0], TRACKS[2]])
-    # Back again it goes to the end of the list.
+    # A track that is moved back goes to the end of the list.
     started.click_row(TRACKS[1], times=2)
     wait_for_groups(started, [], [TRACKS[0], TRACKS[2], TRACKS[1]])
     close(started)
@@ -70,11 +71,11 @@ def selected_tracks_become_wav_files(desktop, program):
              lambda: started.next_action() == "Next Action:  Process  Selected Tracks")
     started.click("Start ", "push button")
     captions, figures = watch_capture(started)
-    # The track that was chosen last stands first in the queue.
+    # The track that was selected last is the first in the queue.
     check_equal(captions, ["Extracting Track 1", "Extracting Track 3"], "captions")
     check_moving(figures)
-    wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
-    check_equal(started.next_action(), "Next action:", "the line of the next action at rest")
+    wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
+    check_equal(started.next_action(), "Next action:", "the line of the next action after the end")
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 3], "tracks in the destination folder")
     for number, path in found.items():
@@ -84,7 +85,7 @@ def selected_tracks_become_wav_files(desktop, program):
 
 @contextlib.contextmanager
 def busy_machine():
-    """All processors have other work to do meanwhile."""
+    """Keeps all processors busy meanwhile."""
     others = [subprocess.Popen([sys.executable, "-c", "while True: pass"])
               for _ in range(os.cpu_count())]
     try:
@@ -106,16 +107,17 @@ def all_available_tracks_become_wav_files_on_a_busy_machine(desktop, program):
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 2, 3], "tracks in the destination folder")
     for number, path in found.items():
-        # When a track ends depends on when the program gets its turn; what it holds does not.
+        # The moment at which a track ends depends on the load of the machine; its samples do not.
         check_run(path, disc_samples(sheet), number, 2)
     close(started)
 
 
-def a_cancelled_capture_is_kept(desktop, program):
+def cancelling_saves_the_captured_part(desktop, program):
     seconds = 60
     started, sheet, destination = start_with_disc(desktop, program, seconds=seconds)
     start_track(started, "Track  2 - 00:01:00")
-    check(not started.is_enabled("Preferences", "push button"), "commands are open while it runs")
+    check(not started.is_enabled("Preferences", "push button"),
+          "commands are enabled during the action")
     check_equal(wavs_by_track(destination), {}, "files before the end of the capture")
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
@@ -127,11 +129,11 @@ def a_cancelled_capture_is_kept(desktop, program):
     row = wait_for("the WAV in the tree", lambda: started.group("WAV Files"))
     check_equal(len(row), 1, "rows of WAV files")
     check(row[0].endswith("\\" + found[2].name), f"the row reads {row[0]!r}")
-    wait_for("the displays at rest", lambda: started.title == "Sonarith v2.0" and
+    wait_for("the cleared displays", lambda: started.title == "Sonarith v2.0" and
              started.next_action() == "Next action:")
     close(started)
 
 
 if __name__ == "__main__":
     run(tracks_move_between_the_groups, selected_tracks_become_wav_files,
-        all_available_tracks_become_wav_files_on_a_busy_machine, a_cancelled_capture_is_kept)
+        all_available_tracks_become_wav_files_on_a_busy_machine, cancelling_saves_the_captured_part)

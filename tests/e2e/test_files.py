@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Files in the tree: they come from the folder and the file dialog, are dragged, renamed, removed
-from the list and deleted."""
+"""Files in the tree: adding them from the folder and the file dialog, dragging, renaming, removing
+from the list and deleting."""
 
 from driver import run
 from mp3 import make_mp3
@@ -14,13 +14,13 @@ SHORTEST_FILE = 100  # bytes; shorter ones are not added
 
 
 def make_wav(path):
-    """What stands for a WAV in the tree: nothing is read of one here."""
+    """Creates a file that the tree shows as a WAV; its content is not read here."""
     path.write_bytes(b"RIFF".ljust(bytes_of(1), b"\0"))
 
 
 def start_with_mp3s(desktop, program, *names, full_paths=False):
-    """The program with such files in its destination, each with content of its own; returns it,
-    the folder and the content by name."""
+    """Starts the program with MP3 files of these names, each with different content, in its
+    destination. Returns the program, the folder and the content by name."""
     destination = music_folder(desktop)
     for i, name in enumerate(names):
         make_mp3(destination / name, seconds=0.5, hertz=300 + 50 * i)
@@ -41,7 +41,7 @@ def wait_for_groups(started, selected, available):
 
 
 def edit_label(desktop, started, row):
-    """Opens the editor over a row's label, by the click that selects it."""
+    """Opens the editor of a row's label with a click on the row."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
     wait_for("the focus in the editor", lambda: started.has_focus("New name"))
@@ -53,27 +53,27 @@ def type_name(desktop, name):
     desktop.press("Return")
 
 
-def the_folders_files_stand_in_the_tree(desktop, program):
+def the_tree_shows_the_files_of_the_folder(desktop, program):
     destination = music_folder(desktop)
     make_wav(destination / "One.WAV")
     make_mp3(destination / "two.mp3", seconds=0.5)
     make_mp3(destination / "Deeper" / "Three.Mp3", seconds=0.5)
-    (destination / "notes.txt").write_text("neither of both")
+    (destination / "notes.txt").write_text("neither WAV nor MP3")
     started = start_in(desktop, program, destination, full_paths=True)
     wav, two, three = (row_of(destination / name)
                        for name in ("One.WAV", "two.mp3", "Deeper/Three.Mp3"))
     check_equal(started.group("WAV Files"), [wav], "WAV files at the start")
     check_equal(sorted(started.group("MP3 Files")), sorted([two, three]), "MP3 files at the start")
     check_equal(started.group("Selected MP3 Files"), [], "selected MP3 files at the start")
-    check(not any("notes" in row for row in started.rows()), "a text stands in the tree")
+    check(not any("notes" in row for row in started.rows()), "the tree shows a text file")
 
     make_mp3(destination / "four.mp3", seconds=0.5)
     make_wav(destination / "five.wav")
     (destination / "two.mp3").unlink()
     started.choose_menu("Action", "Refresh List")
     new = [row_of(destination / name) for name in ("four.mp3", "five.wav")]
-    # Collections of files stay as they are, and the disc's comes back below them with all that is
-    # new; a file that is gone keeps its row.
+    # Collections of files do not change, and the disc's collection is added again below them with
+    # all new files; a file that no longer exists keeps its row.
     wait_for("the new files", lambda: set(new) <= set(started.group("Available Tracks")))
     check_equal(started.group("WAV Files"), [wav], "WAV files after the refresh")
     check_equal(sorted(started.group("MP3 Files")), sorted([two, three]),
@@ -83,19 +83,19 @@ def the_folders_files_stand_in_the_tree(desktop, program):
 
 
 def files_are_found_in_a_home_with_a_dot_in_its_name(desktop, program):
-    # An extension is taken from the first dot of the whole path.
+    # The logic takes the extension from the first dot of the whole path.
     desktop.move_to(desktop.home / "jane.doe")
     started, _, _ = start_with_mp3s(desktop, program, "One.mp3", full_paths=True)
     close(started)
 
 
-def an_mp3_is_dragged_there_and_back(desktop, program):
+def an_mp3_is_dragged_to_the_selected_files_and_back(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     started.drag_row("one.mp3", "Selected MP3 Files")
     wait_for_groups(started, ["one.mp3"], ["two.mp3"])
     started.drag_row("one.mp3", "MP3 Files")
     wait_for_groups(started, [], ["one.mp3", "two.mp3"])
-    # The lists behind the groups have gone along.
+    # The lists of the logic match the groups.
     start_row(started, "Selected MP3 Files")
     check_box(started, NONE_SELECTED)
     check_equal(content_of(destination), content, "the files")
@@ -127,7 +127,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
         go_to_row(desktop, started, "Selected MP3 Files")
         desktop.press("Return")
         wait_for_groups(started, selected, available)
-    # What is taken up and let go by Escape stays; what is dropped where it was, too.
+    # Neither a cut that Escape cancels nor a paste into the same group moves the file.
     for last_keys in (("Escape",), ("ctrl+v",)):
         go_to_row(desktop, started, "three.mp3")
         desktop.press("ctrl+x")
@@ -138,7 +138,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     wait_for("the next action",
              lambda: started.next_action() == "Next Action:  Process  MP3 Files")
     wait_for_groups(started, ["one.mp3", "two.mp3"], ["three.mp3"])
-    # The list behind the group says the same: one file is decoded.
+    # The list of the logic matches the group: one file is decoded.
     desktop.press("alt+s")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["three.wav"])
     wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
@@ -151,7 +151,7 @@ def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
     started.drag_row("MP3 Files", "Selected MP3 Files")
-    # What comes last is seen, so that what came before it has had its time.
+    # The effect of the last drag is visible; so the drags before it have been handled.
     started.drag_row("two.mp3", "Selected MP3 Files")
     wait_for_groups(started, ["two.mp3"], ["one.mp3"])
     started.drag_row("two.mp3", "MP3 Files")
@@ -161,7 +161,7 @@ def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
     close(started)
 
 
-def files_are_renamed_in_place(desktop, program):
+def editing_a_label_renames_the_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "The First.mp3")
@@ -171,7 +171,7 @@ def files_are_renamed_in_place(desktop, program):
     close(started)
 
 
-def a_name_is_edited_by_keys(desktop, program):
+def keys_rename_a_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     go_to_row(desktop, started, "two.mp3")
     desktop.press("F2")
@@ -194,11 +194,11 @@ def a_refused_rename_opens_the_editor_again(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "two.mp3")
-    wait_for("the editor's end and return", lambda: started.text("New name") == "one.mp3")
+    wait_for("the editor to open again", lambda: started.text("New name") == "one.mp3")
     check_equal(content_of(destination), content, "the files after the refusal")
     check_equal(sorted(started.group("MP3 Files")), ["one.mp3", "two.mp3"],
                 "the labels after the refusal")
-    # It is open: keys alone, without another click, give a name that is free.
+    # The editor is open: the user types another name without a click.
     type_name(desktop, "three.mp3")
     wait_for_groups(started, [], ["three.mp3", "two.mp3"])
     check_equal(content_of(destination),
@@ -213,7 +213,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
     started.open_popup(one)
     started.click("Remove from List", "menu item")
     wait_for_groups(started, [], [two])
-    # The other one by keys.
+    # Removes the other file by keys.
     wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
     go_to_row(desktop, started, two)
     desktop.press("Menu")
@@ -228,7 +228,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
 
 def removing_and_deleting_deletes_the_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
-    # Renamed first: the list must know the new name.
+    # Renamed first: the list must hold the new name.
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "other.mp3")
     wait_for_groups(started, [], ["other.mp3", "two.mp3"])
@@ -240,14 +240,14 @@ def removing_and_deleting_deletes_the_file(desktop, program):
     close(started)
 
 
-def the_popup_of_a_collection_offers_nothing_for_files(desktop, program):
+def the_popup_of_a_collection_disables_commands_for_files(desktop, program):
     started, _, _ = start_with_mp3s(desktop, program, "one.mp3")
     commands = ("Start!", "Remove from List", "Remove and Delete File")
-    for row, open_commands in (("one.mp3", commands), ("MP3 Files Folder", ()),
+    for row, enabled in (("one.mp3", commands), ("MP3 Files Folder", ()),
                                ("MP3 Files", commands[:1])):
         started.open_popup(row)
         seen = tuple(name for name in commands if started.is_enabled(name, "menu item"))
-        check_equal(seen, open_commands, f"open commands of {row}")
+        check_equal(seen, enabled, f"enabled commands of {row}")
         desktop.press("Escape")
         wait_for("the closed menu", lambda: not started.find("Remove from List", "menu item"))
     close(started)
@@ -264,7 +264,7 @@ def files_are_added_by_the_file_dialog(desktop, program):
     def choose(*keys, path=None):
         started.choose_menu("File", "Open")
         title = "Select WAV or MP3 file"
-        # It is on the screen before it has the keyboard.
+        # The dialog is visible before it has the focus.
         wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
         if path:
             desktop.type(str(path))
@@ -277,7 +277,7 @@ def files_are_added_by_the_file_dialog(desktop, program):
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
     choose("Return", path=elsewhere / "Sound.wav")
     wait_for("the WAV file", lambda: started.group("WAV Files") == ["sound.wav"])
-    # Cancelled, the dialog gives the earlier name, which stands in the tree.
+    # Deliberate: a cancelled dialog returns the earlier name, which the tree already holds.
     choose("Escape")
     choose("Return", path=elsewhere / "Added.mp3")
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
@@ -286,10 +286,10 @@ def files_are_added_by_the_file_dialog(desktop, program):
 
 
 if __name__ == "__main__":
-    run(the_folders_files_stand_in_the_tree, files_are_found_in_a_home_with_a_dot_in_its_name,
-        an_mp3_is_dragged_there_and_back, all_mp3s_are_dragged_out_of_their_list,
-        two_mp3s_are_selected_by_keys_alone,
-        a_drag_onto_a_group_of_another_kind_changes_nothing, files_are_renamed_in_place,
-        a_name_is_edited_by_keys, a_refused_rename_opens_the_editor_again,
-        removing_from_the_list_keeps_the_file, removing_and_deleting_deletes_the_file,
-        the_popup_of_a_collection_offers_nothing_for_files, files_are_added_by_the_file_dialog)
+    run(the_tree_shows_the_files_of_the_folder, files_are_found_in_a_home_with_a_dot_in_its_name,
+        an_mp3_is_dragged_to_the_selected_files_and_back, all_mp3s_are_dragged_out_of_their_list,
+        two_mp3s_are_selected_by_keys_alone, a_drag_onto_a_group_of_another_kind_changes_nothing,
+        editing_a_label_renames_the_file, keys_rename_a_file,
+        a_refused_rename_opens_the_editor_again, removing_from_the_list_keeps_the_file,
+        removing_and_deleting_deletes_the_file,
+        the_popup_of_a_collection_disables_commands_for_files, files_are_added_by_the_file_dialog)

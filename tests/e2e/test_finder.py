@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The file finder: searching a tree of files, stopping, its lists, the popup of what was found, and
-closing in the middle."""
+"""The file finder: searching folders, stopping, its lists, the popup menu of the found files, and
+closing during a search."""
 
 from driver import run
 from mp3 import make_mp3
@@ -14,7 +14,7 @@ QUESTION = "Are you sure you want to delete this file?"
 
 
 def start_finder(desktop, program):
-    """The program with its finder open on the home's drive."""
+    """Starts the program and opens the finder on the drive of the home."""
     destination = desktop.home / "My Music"
     if not destination.exists():
         music_folder(desktop)
@@ -33,8 +33,8 @@ def choose_folder(started, name):
 
 
 def choose_home(desktop, started):
-    """The home's drive. The finder of a started program stands in the destination, and one that is
-    opened anew in the program's folder."""
+    """Selects the drive of the home. The first finder opens in the destination, a later one in the
+    program's folder."""
     if "h:\\" in wait_for("a folder", lambda: started.lines("Folder")):
         choose_folder(started, "h:\\")
         wait_for("the home's folders", lambda: "discs" in started.lines("Folder"))
@@ -68,7 +68,7 @@ def summary(started):
 
 
 def as_found(path, home):
-    """A file as the finder names it: folders in lower case."""
+    """The path of a file as the finder shows it, in lower case."""
     return "\\".join(["h:", *path.relative_to(home).parts]).lower()
 
 
@@ -85,7 +85,7 @@ def make_files(desktop, *names):
 
 
 def folders_below(folder):
-    """Those that do not begin with a dot."""
+    """The number of folders whose name does not begin with a dot."""
     count = 0
     for entry in folder.iterdir():
         if entry.is_dir() and not entry.name.startswith("."):
@@ -120,8 +120,8 @@ def files_are_found_by_extension_and_name(desktop, program):
 
 
 class LongSearch:
-    """A search that no machine has ended before a hand reaches the button. What it shows is looked
-    up before, since the busy program takes its time to answer for a whole window."""
+    """A search that runs longer than a click on its button takes. Its elements are looked up before
+    the start, since a busy program is slow to list a whole window."""
 
     def __init__(self, desktop, started):
         self._desktop = desktop
@@ -136,12 +136,12 @@ class LongSearch:
         self.wanted = started.get("File Type", "text")
         self.labels = started.watch_labels(TITLE)
         self.button = started.get(SEARCH, "push button")
-        self._place = started.place_of(self.button)
+        self._centre = started.centre_of(self.button)
         self.press_button()
         wait_for("the search", lambda: self.button.get_name() == STOP)
 
     def press_button(self):
-        self._desktop.click_at(*self._place)
+        self._desktop.click_at(*self._centre)
 
 
 def a_search_with_hidden_lists_is_stopped(desktop, program):
@@ -149,21 +149,21 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
     started.click("Hide lists when searching", "check box")
     search = LongSearch(desktop, started)
     wait_for("the hidden lists", lambda: not any(map(started.shows, search.lists)))
-    check(not started.shows_enabled(search.wanted), "what is searched for is open meanwhile")
+    check(not started.shows_enabled(search.wanted), "the file type can be edited during the search")
     seen = set()
 
     def folders_go_by():
         seen.update(text for text in search.labels() if text.startswith("Searching . . . "))
         return len(seen) >= 3
 
-    wait_for("the folders going by", folders_go_by)
+    wait_for("changing folder names", folders_go_by)
     search.press_button()
     wait_for("the end", lambda: search.button.get_name() == SEARCH and
              started.shows_enabled(search.wanted))
     wait_for("the shown lists", lambda: all(map(started.shows, search.lists)))
     _, files = wait_for("the summary", lambda: summary(started))
     check_equal(files, search.lists[0].get_child_count(), "the number of files found")
-    # And the next one goes as if nothing had been.
+    # The next search works as usual.
     choose_home_by_drive(desktop, started)
     choose_folder(started, "discs")
     wait_for("the small folder", lambda: ".config" not in started.lines("Folder"))
@@ -173,7 +173,7 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
     close(started)
 
 
-def found_files_are_selected_dropped_and_deleted(desktop, program):
+def the_popup_selects_removes_and_deletes_found_files(desktop, program):
     names = ("One.mp3", "Two.mp3", "Three.mp3")
     for name in names:
         make_mp3(desktop.home / "found" / name, seconds=0.5)
@@ -193,9 +193,11 @@ def found_files_are_selected_dropped_and_deleted(desktop, program):
     wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
     choose(two, "r")  # "Remove File from list"
     wait_for("the shorter list", lambda: found(started) == sorted([one, three]))
-    check((desktop.home / "found" / "Two.mp3").exists(), "a file that was dropped is gone")
+    check((desktop.home / "found" / "Two.mp3").exists(),
+          "removing a file from the list has deleted it")
     for answer in ("No", "Yes"):
-        check((desktop.home / "found" / "Three.mp3").exists(), "it was deleted before the answer")
+        check((desktop.home / "found" / "Three.mp3").exists(),
+              "the file was deleted before the user confirmed")
         choose(three, "d")  # "Delete File"
         wait_for("the question", lambda: started.find(QUESTION, "label"))
         started.click(answer, "push button")
@@ -208,13 +210,13 @@ def found_files_are_selected_dropped_and_deleted(desktop, program):
     close(started)
 
 
-def closing_in_the_middle_ends_the_search(desktop, program):
+def closing_ends_the_search(desktop, program):
     make_files(desktop, "small/One.wav")
     started = start_finder(desktop, program)
     LongSearch(desktop, started)
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
-    # The next one is fresh, and searches a small folder to its end.
+    # A new finder is empty, and searches a small folder to its end.
     started.open_window(BUTTON, TITLE)
     check_equal((found(started), summary(started)), ([], None), "a finder opened anew")
     started.get(SEARCH, "push button")
@@ -229,4 +231,4 @@ def closing_in_the_middle_ends_the_search(desktop, program):
 
 if __name__ == "__main__":
     run(files_are_found_by_extension_and_name, a_search_with_hidden_lists_is_stopped,
-        found_files_are_selected_dropped_and_deleted, closing_in_the_middle_ends_the_search)
+        the_popup_selects_removes_and_deletes_found_files, closing_ends_the_search)

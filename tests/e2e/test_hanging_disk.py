@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Disks and drives that do not answer for a while, or ever: the window stays in the user's hands,
-nothing that was captured is lost, and the program ends when it is asked to."""
+"""Disks and drives that do not respond for a while, or ever: the window stays usable, no captured
+sample is lost, and the program ends when the user closes it."""
 
 import contextlib
 import os
@@ -16,23 +16,23 @@ from sound import check_track, disc_samples
 from waiting import check, check_equal, wait_for
 
 LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
-# The program itself answers within a tenth of a second and ends within a second. These are for a
-# program with sanitizers on a busy machine.
-SECONDS_TO_ANSWER = 3
+# The program itself responds within a tenth of a second and ends within a second. These bounds
+# allow for sanitizers and a busy machine.
+SECONDS_TO_RESPOND = 3
 SECONDS_TO_END = 6
 
 
 @contextlib.contextmanager
 def files_that_stall(desktop, folder):
-    """Programs that start within this wait for files below `folder` while the yielded path
-    exists."""
+    """Makes programs that start in this context wait for files below `folder` while the yielded
+    path exists."""
     switch = desktop.home / "stalled"
     switch.unlink(missing_ok=True)
     before = dict(desktop.environment)
     options = before.get("ASAN_OPTIONS", "")
     desktop.environment.update({
         "LD_PRELOAD": LIBRARY, "STALLED_FOLDER": str(folder), "STALLED_WHILE": str(switch),
-        # The library stands before the sanitizer's.
+        # The library is loaded before the sanitizer's.
         "ASAN_OPTIONS": f"{options}:verify_asan_link_order=0".lstrip(":")})
     try:
         yield switch
@@ -50,7 +50,7 @@ def seconds_until(what, condition):
 
 
 def notice(started):
-    """The line below the work area that tells what the platform knows; empty for none."""
+    """The text of the notice bar below the work area; empty for none."""
     return " ".join(started.labels("Notice"))
 
 
@@ -83,7 +83,7 @@ def a_stalling_destination_costs_no_sample(desktop, program):
         switch.touch()
         before = started.figures()[1]
         wait_for("the notice of the stall", lambda: "does not answer" in notice(started))
-        check(started.figures()[1] > before, "the capture stands still while the disk stalls")
+        check(started.figures()[1] > before, "the capture stops while the disk stalls")
         switch.unlink()
         wait_for("the end of the capture",
                  lambda: started.is_enabled("Preferences", "push button"))
@@ -93,7 +93,7 @@ def a_stalling_destination_costs_no_sample(desktop, program):
         close(started)
 
 
-def a_hanging_destination_does_not_hold_cancel_or_the_end(desktop, program):
+def a_hanging_destination_does_not_delay_cancel_or_the_end(desktop, program):
     with files_that_stall(desktop, desktop.home / MUSIC) as switch:
         started, _, _ = start_with_disc(desktop, program, seconds=30)
         start_track(started, "Track  1 - 00:00:30")
@@ -102,13 +102,13 @@ def a_hanging_destination_does_not_hold_cancel_or_the_end(desktop, program):
         started.click("Cancel", "push button")
         seconds = seconds_until("the end of the action",
                                 lambda: started.is_enabled("Preferences", "push button"))
-        check(seconds < SECONDS_TO_ANSWER, f"Cancel took {seconds:.1f} s")
+        check(seconds < SECONDS_TO_RESPOND, f"Cancel took {seconds:.1f} s")
         started.close_window()
         seconds = seconds_until("the end of the program", lambda: not started.running)
         check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
 
 
-def a_drive_that_takes_long_is_waited_for(desktop, program):
+def the_program_waits_for_a_slow_drive(desktop, program):
     discs = desktop.home / "slow discs"
     with files_that_stall(desktop, discs) as switch:
         sheet = make_disc(discs, tracks=2, seconds=4, signal="ramp")
@@ -121,7 +121,7 @@ def a_drive_that_takes_long_is_waited_for(desktop, program):
         started.choose_menu("Action", "Refresh List")
         for second in (1, 7):
             time.sleep(second)
-            check(started.running, "the program ended while the drive was waited for")
+            check(started.running, "the program ended while it waited for the drive")
             check_painted(desktop, started, f"{second} s later")
         switch.unlink()
         started.open_row("Available Tracks")
@@ -130,7 +130,7 @@ def a_drive_that_takes_long_is_waited_for(desktop, program):
         close(started)
 
 
-def a_drive_that_hangs_does_not_hold_the_end(desktop, program):
+def a_hanging_drive_does_not_delay_the_end(desktop, program):
     discs = desktop.home / "slow discs"
     with files_that_stall(desktop, discs) as switch:
         sheet = make_disc(discs, tracks=2, seconds=4, signal="ramp")
@@ -148,6 +148,5 @@ def a_drive_that_hangs_does_not_hold_the_end(desktop, program):
 
 if __name__ == "__main__":
     run(a_stalling_destination_costs_no_sample,
-        a_hanging_destination_does_not_hold_cancel_or_the_end,
-        a_drive_that_takes_long_is_waited_for,
-        a_drive_that_hangs_does_not_hold_the_end)
+        a_hanging_destination_does_not_delay_cancel_or_the_end, the_program_waits_for_a_slow_drive,
+        a_hanging_drive_does_not_delay_the_end)

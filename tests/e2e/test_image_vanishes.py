@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The disc image is removed while it plays: nothing hangs, and what was captured is kept."""
+"""The disc image is deleted during a capture: nothing hangs, and the captured part is saved."""
 
 import time
 
@@ -11,33 +11,33 @@ from waiting import check, check_equal, wait_for
 SECONDS = 90
 
 
-def the_position_stops_and_the_sound_is_kept(desktop, program):
+def the_position_stops_and_the_captured_part_is_saved(desktop, program):
     started, sheet, destination = start_with_disc(desktop, program, SECONDS)
     samples = disc_samples(sheet)
     start_track(started, "Track  1 - 00:01:30")
     sheet.with_suffix(".bin").unlink()
-    standing = [None, 0]  # the figures, and when they were first seen
+    last = [None, 0]  # the figures, and the time at which they last changed
 
-    def figures_stand():
+    def figures_are_unchanged():
         figures = started.figures()
-        if figures != standing[0]:
-            standing[:] = figures, time.monotonic()
-        # A disc that plays moves them many times in that.
-        return time.monotonic() - standing[1] > 5
+        if figures != last[0]:
+            last[:] = figures, time.monotonic()
+        # A playing disc changes them many times in 5 seconds.
+        return time.monotonic() - last[1] > 5
 
-    wait_for("the standing figures", figures_stand)
-    percent, shown, _ = standing[0]
+    wait_for("unchanged figures", figures_are_unchanged)
+    percent, shown, _ = last[0]
     check(percent < 90, f"the track went on to {percent} %")
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
     check_equal(list(found), [1], "tracks in the destination folder")
     kept, silence = beginning_of_track(found[1], samples, 1, SECONDS)
     check(kept >= bytes_of(1), "less than a second was kept")
-    check_equal(silence, 0, "bytes of silence behind what was captured")
+    check_equal(silence, 0, "bytes of silence after the captured part")
     check(shown >= kept, f"{shown} bytes were shown of {kept}")
-    wait_for("the open commands", lambda: started.is_enabled("Preferences", "push button"))
+    wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     close(started)
 
 
 if __name__ == "__main__":
-    run(the_position_stops_and_the_sound_is_kept)
+    run(the_position_stops_and_the_captured_part_is_saved)

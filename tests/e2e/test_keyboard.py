@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Everything by keyboard alone: menus, the refreshed list, selecting and starting."""
+"""The program is usable by keyboard alone: menus, refreshing the list, selecting, starting,
+cancelling."""
 
 from driver import make_disc, run
 from program import Program
@@ -21,7 +22,7 @@ def start_focused(desktop, program, **disc):
     return started, sheet, destination
 
 
-def tracks_are_selected_and_started(desktop, program):
+def keys_select_and_start_tracks(desktop, program):
     started, sheet, destination = start_focused(desktop, program, tracks=3)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Right")
@@ -43,7 +44,7 @@ def tracks_are_selected_and_started(desktop, program):
     check_equal(started.wait_for_end(), 0, "exit code")
 
 
-def menus_refresh_the_list_and_end_the_program(desktop, program):
+def keys_in_menus_refresh_the_list_and_end_the_program(desktop, program):
     started, sheet, _ = start_focused(desktop, program, tracks=2)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Right")
@@ -53,7 +54,7 @@ def menus_refresh_the_list_and_end_the_program(desktop, program):
     desktop.press("alt+a")
     wait_for("the menu", lambda: started.find("Refresh List", "menu item"))
     desktop.press("r")
-    # The tree is built anew, its groups closed.
+    # The tree is rebuilt with its groups closed.
     wait_for("the rebuilt tree", lambda: started.rows() and
              started.rows()[-1] == "Available Tracks")
     go_to_row(desktop, started, "Available Tracks")
@@ -67,12 +68,12 @@ def menus_refresh_the_list_and_end_the_program(desktop, program):
     check_equal(started.wait_for_end(), 0, "exit code")
 
 
-def a_running_capture_is_cancelled(desktop, program):
+def a_key_cancels_a_capture(desktop, program):
     started, _, destination = start_focused(desktop, program, tracks=3)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Return", "alt+s")
     wait_for("sound", lambda: (started.figures()[1] or 0) > 0)
-    check(started.find("Cancel", "push button"), "there is no button to cancel with")
+    check(started.find("Cancel", "push button"), "the Cancel button is not shown")
     desktop.press("alt+c")
     wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
     check_equal(list(wavs_by_track(destination)), [1], "tracks in the destination folder")
@@ -81,5 +82,5 @@ def a_running_capture_is_cancelled(desktop, program):
 
 
 if __name__ == "__main__":
-    run(tracks_are_selected_and_started, menus_refresh_the_list_and_end_the_program,
-        a_running_capture_is_cancelled)
+    run(keys_select_and_start_tracks, keys_in_menus_refresh_the_list_and_end_the_program,
+        a_key_cancels_a_capture)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Beside another program: a disc image is dragged from its window, and questions are asked while it
-is in front."""
+"""With another program on the screen: a disc image is dragged from its window, and a message box
+opens while that window is in front."""
 
 import sys
 
@@ -10,19 +10,19 @@ from program import Program
 from scenes import close, start_with_disc, start_track
 from waiting import check, check_equal, wait_for
 
-STAND_IN = sys.argv[2]
+DRAG_SOURCE = sys.argv[2]
 EMPTY_DRIVE = ("The CD drive is empty. If you wish to use your CD as a source, please insert a "
                "music CD into the CD drive.")
 
 
-def tree_of(started):
-    return started.place_of(started.get("Work tree"))
+def centre_of_tree(started):
+    return started.centre_of(started.get("Work tree"))
 
 
-def an_image_is_dropped_on_the_window(desktop, program):
+def dropping_an_image_selects_it(desktop, program):
     started, _, _ = start_with_disc(desktop, program, seconds=2)
     other = make_disc(desktop.home / "Other Discs", name="ot her", tracks=2, seconds=7)
-    FilesWindow(desktop, STAND_IN, other).drop_on(tree_of(started))
+    FilesWindow(desktop, DRAG_SOURCE, other).drop_on(centre_of_tree(started))
     expected = ["Track  1 - 00:00:07", "Track  2 - 00:00:07"]
 
     def tracks():
@@ -33,51 +33,51 @@ def an_image_is_dropped_on_the_window(desktop, program):
     wait_for("the tracks of the dropped image", lambda: tracks() == expected)
     check(f'Drive="{other}"' in desktop.store.read_text() or
           f"Drive={other}" in desktop.store.read_text(), "the choice is not stored")
-    check(started.window("Devices") is None, "a window came that nobody asked for")
+    check(started.window("Devices") is None, "the Devices window opened")
     close(started)
 
 
-def an_image_is_refused_while_the_drive_is_in_use(desktop, program):
+def the_window_refuses_an_image_while_it_captures(desktop, program):
     seconds = 60
     started, sheet, _ = start_with_disc(desktop, program, seconds)
     other = make_disc(desktop.home / "other", tracks=2, seconds=7)
-    files = FilesWindow(desktop, STAND_IN, other)
+    files = FilesWindow(desktop, DRAG_SOURCE, other)
     started.desktop.xdotool("windowactivate", "--sync", started.main_window_id())
     start_track(started, "Track  1 - 00:01:00")
-    files.hold_over(tree_of(started))
-    files.let_go("refused")
-    check("taken" not in files.said(), "the window offered to take the image")
+    files.hold_over(centre_of_tree(started))
+    files.drop("refused")
+    check("accepted" not in files.output(), "the window offered to accept the image")
     check(str(sheet) in desktop.store.read_text(), "the drive was changed")
-    check(started.window("Devices") is None, "a window came that nobody asked for")
+    check(started.window("Devices") is None, "the Devices window opened")
     started.click("Cancel", "push button")
     wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
     close(started)
 
 
-def a_question_stands_above_the_window_though_another_program_is_in_front(desktop, program):
+def a_message_box_opens_above_its_window_while_another_program_is_active(desktop, program):
     started, _, _ = start_with_disc(desktop, program, seconds=2)
     started.close_panel()
     torn = desktop.home / "torn.cue"
     torn.write_text("FILE")
     main = started.main_window_id()
-    files = FilesWindow(desktop, STAND_IN, torn)
+    files = FilesWindow(desktop, DRAG_SOURCE, torn)
     files.activate()
-    files.drop_on(tree_of(started))
+    files.drop_on(centre_of_tree(started))
     wait_for("the message box", lambda: started.find(EMPTY_DRIVE, "label"))
     box = wait_for("its window", lambda: next(
         (window for window in desktop.windows_of(started.process.pid) if window != main), None))
     check_equal(desktop.owner_of(box), main, "the window that the box belongs to")
-    # Back in the program by a press on its main window, beside the box.
+    # A press on the main window, beside the box, activates the program again.
     files.activate()
-    place = started.place_of(started.get("Exit", "push button"))
+    place = started.centre_of(started.get("Exit", "push button"))
     desktop.click_at(*place)
     wait_for("the box in front", lambda: desktop.active_window() == box)
-    check(started.running, "a press reached the window below the question")
+    check(started.running, "a press reached the window below the message box")
     started.click("OK", "push button")
     wait_for("the closed message box", lambda: started.find(EMPTY_DRIVE, "label") is None)
     close(started)
 
 
 if __name__ == "__main__":
-    run(an_image_is_dropped_on_the_window, an_image_is_refused_while_the_drive_is_in_use,
-        a_question_stands_above_the_window_though_another_program_is_in_front)
+    run(dropping_an_image_selects_it, the_window_refuses_an_image_while_it_captures,
+        a_message_box_opens_above_its_window_while_another_program_is_active)

@@ -1,18 +1,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The player's panel plays a disc: display, transport, sound, mixer, its shapes, and beside other
-work of the program."""
+"""The player's panel plays a disc: display, transport, sound, mixer, the panel's shapes, and
+playing during other actions of the program."""
 
 from driver import make_disc, run
 from player_panel import TITLE, PlayerPanel
 from scenes import close, start_row, start_with_disc, wavs_by_track
 from sound import FRAME_RATE, bytes_of, check_run, disc_samples, find_run, track_samples
-from speakers import Speakers
+from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
 SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
-SMALLEST_STEP = 65535 // 50  # of a slider by one key
-KEYS = 6  # so many steps change the number beside it
+SMALLEST_STEP = 65535 // 50  # the least change of a slider by one key press
+KEYS = 6  # that many steps change the number beside the slider
 
 
 def part_of_track(sheet, number, second):
@@ -32,103 +32,105 @@ def start_playing(desktop, program, output="default", seconds=SECONDS):
     return started, panel, sheet, destination
 
 
-def wait_to_hear(speakers, part, what, start=0):
-    wait_for(f"{what} in the speakers", lambda: find_run(speakers.heard()[start:], part) >= 0)
+def wait_for_played(server, part, what, start=0):
+    wait_for(f"{what} in the output", lambda: find_run(server.played()[start:], part) >= 0)
 
 
-def a_disc_is_played_and_heard(desktop, program):
-    speakers = Speakers(desktop)
+def the_player_plays_a_disc(desktop, program):
+    server = SoundServer(desktop)
     started, sheet, _ = start_with_disc(desktop, program, SECONDS, "default")
     panel = PlayerPanel(started)
     check_equal(panel.mode(), "OFF", "the mode before")
-    check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open while it is off")
+    check(not any(panel.is_open(name) for name in TRANSPORT),
+          "buttons are enabled while the player is off")
     panel.switch_on()
-    check(panel.shows(f"Track time: 00:{SECONDS}:00"), "no length of the track")
-    check(all(panel.is_open(name) for name in (*TRANSPORT, "Eject")), "closed buttons with a disc")
-    check(not any(speakers.latest()), "sound before it plays")
+    check(panel.shows(f"Track time: 00:{SECONDS}:00"), "the length of the track is not shown")
+    check(all(panel.is_open(name) for name in (*TRANSPORT, "Eject")),
+          "buttons are disabled with a disc")
+    check(not any(server.latest()), "sound before the player plays")
     low = panel.bar_height()
 
     panel.press("Play")
     panel.wait_for_position("two seconds", lambda track, second: track == 1 and second >= 2)
-    wait_to_hear(speakers, part_of_track(sheet, 1, 0), "the first track's beginning")
+    wait_for_played(server, part_of_track(sheet, 1, 0), "the first track's beginning")
     wait_for("the bar to rise", lambda: panel.bar_height() > low + 5)
-    check(not panel.is_open("Eject"), "it can be ejected while it plays")
+    check(not panel.is_open("Eject"), "Eject is enabled while the player plays")
 
     panel.press("Pause")
-    speakers.wait_for_silence("paused")
+    server.wait_for_silence("paused")
     paused = panel.position()
     wait_for("the bar to sink", lambda: panel.bar_height() == low)
-    check(not any(speakers.latest()), "sound while it pauses")
+    check(not any(server.latest()), "sound during a pause")
     check_equal(panel.position(), paused, "the position in a pause")
     panel.press("Play")
     wait_for("the mode", lambda: panel.mode() == "Playing")
-    speakers.wait_for_sound("going on")
-    # It goes on in the second where it paused.
+    server.wait_for_sound("going on")
+    # It continues in the second at which it paused.
     panel.wait_for_position("moving on", lambda track, second: track == 1 and second > paused[1])
 
-    start = speakers.position()
+    start = server.position()
     panel.press("Next Track")
     panel.wait_for_position("the second track", lambda track, second: track == 2 and second >= 1)
-    wait_to_hear(speakers, part_of_track(sheet, 2, 0), "the second track's beginning", start)
-    start = speakers.position()
+    wait_for_played(server, part_of_track(sheet, 2, 0), "the second track's beginning", start)
+    start = server.position()
     panel.press("Previous Track")
-    # Within a track it goes to its beginning.
-    wait_to_hear(speakers, part_of_track(sheet, 2, 0), "the second track once more", start)
+    # Within a track, the button goes to the beginning of the track.
+    wait_for_played(server, part_of_track(sheet, 2, 0), "the second track again", start)
 
     panel.press("Stop")
-    speakers.wait_for_silence("stopped")
+    server.wait_for_silence("stopped")
     check_equal(panel.position(), (2, 0), "the position after the stop")
-    # At a track's beginning it goes to the track before.
+    # At the beginning of a track, the button goes to the previous track.
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
-    check(not any(speakers.latest()), "sound after a skip at rest")
+    check(not any(server.latest()), "sound after a skip while the player is stopped")
     close(started)
 
 
-def lines_are_muted_and_open_again(speakers, panel):
+def check_mute_of_each_line(server, panel):
     for line in ("Master", "CD"):
         panel.switch(line, "Mute")
-        speakers.wait_for_silence(f"{line} is muted")
+        server.wait_for_silence(f"{line} is muted")
         _, second = panel.position()
-        panel.wait_for_position("going on unheard", lambda _, shown: shown > second)
-        check(not any(speakers.latest()), f"sound although {line} is muted")
+        panel.wait_for_position("playing on while muted", lambda _, shown: shown > second)
+        check(not any(server.latest()), f"sound although {line} is muted")
         panel.switch(line, "Unmute")
-        speakers.wait_for_sound(f"{line} is open")
+        server.wait_for_sound(f"{line} is unmuted")
     panel.switch("Wave", "Mute")
     wait_for("the muted wave line", lambda: panel.is_muted("Wave"))
     _, second = panel.position()
     panel.wait_for_position("going on", lambda _, shown: shown > second)
-    check(any(speakers.latest()), "muting the wave line has silenced the disc")
+    check(any(server.latest()), "muting the wave line has muted the disc")
 
 
-def sliders_are_moved_by_keys(desktop, started, panel):
+def check_sliders(desktop, started, panel):
     started.activate(TITLE)
     for name, before in (("Master", 10), ("CD", 10), ("Bass", 5), ("Treble", 5)):
         check_equal(panel.number(name), str(before), f"the number of {name}")
         value = panel.slider(name)
         started.tab_to(name, "slider")
-        # Upside down: its least value is the loudest.
+        # The scale is inverted: the least value is the loudest.
         desktop.press(*["Down"] * KEYS)
         wait_for(f"{name} lower", lambda: panel.slider(name) >= value + KEYS * SMALLEST_STEP)
         expected = str((65535 - panel.slider(name)) // 6553)
         wait_for(f"the number {expected} of {name}", lambda: panel.number(name) == expected)
-        check(int(expected) < before, f"the number of {name} has not fallen")
+        check(int(expected) < before, f"the number of {name} is not lower")
         desktop.press(*["Up"] * KEYS)
         wait_for(f"{name} as before", lambda: panel.number(name) == str(before))
 
 
-def the_mixer_is_worked_and_heard(desktop, program):
-    speakers = Speakers(desktop)
+def the_mixer_changes_the_sound(desktop, program):
+    server = SoundServer(desktop)
     started, panel, _, _ = start_playing(desktop, program)
-    # The power switch opens both lines.
-    speakers.wait_for_sound("unmuted")
-    lines_are_muted_and_open_again(speakers, panel)
-    sliders_are_moved_by_keys(desktop, started, panel)
+    # The power switch unmutes both lines.
+    server.wait_for_sound("unmuted")
+    check_mute_of_each_line(server, panel)
+    check_sliders(desktop, started, panel)
     started.tab_to("Master", "slider")
     desktop.press("End")
     wait_for("the lowest level", lambda: panel.slider("Master") == 65535)
     wait_for("its number", lambda: panel.number("Master") == "0")
-    speakers.wait_for_silence("turned down")
+    server.wait_for_silence("turned down")
     close(started)
 
 
@@ -139,11 +141,11 @@ def height_of(desktop, window):
     return None
 
 
-def its_menus_shape_and_close_it(desktop, program):
+def the_menus_change_the_shape_and_close_the_panel(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    # The menu's first entry, by keys.
+    # Chooses the first entry of the menu by keys.
     desktop.press("alt+c")
     wait_for("the menu", lambda: started.find("CD On", "menu item"))
     desktop.press("c")
@@ -154,14 +156,14 @@ def its_menus_shape_and_close_it(desktop, program):
     wait_for("the display of the cube", lambda: panel.position() == (1, 0))
 
     def choose(mnemonic):
-        place = started.place_of(started.get("Level meter"))
+        place = started.centre_of(started.get("Level meter"))
         started.choose_from_popup(lambda: desktop.click_at(*place, button=3), mnemonic)
 
     choose("p")  # "Play CD"
     panel.wait_for_position("playing", lambda track, second: second >= 1)
     choose("o")  # "CD Off"
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
-    check(not panel.is_open("Play"), "it can be played while it is off")
+    check(not panel.is_open("Play"), "Play is enabled while the player is off")
     choose("l")  # "Close CD Player"
     wait_for("the closed panel", lambda: started.window(TITLE) is None)
 
@@ -176,7 +178,7 @@ def its_menus_shape_and_close_it(desktop, program):
     close(started)
 
 
-def an_ejected_disc_is_seen(desktop, program):
+def ejecting_shows_an_empty_drive(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     panel.press("Stop")
     wait_for("the open button", lambda: panel.is_open("Eject"))
@@ -189,19 +191,19 @@ def an_ejected_disc_is_seen(desktop, program):
     close(started)
 
 
-def a_capture_switches_it_off_and_is_silent(desktop, program):
-    speakers = Speakers(desktop)
+def a_capture_switches_the_player_off_and_is_silent(desktop, program):
+    server = SoundServer(desktop)
     seconds = 3
     started, sheet, destination = start_with_disc(desktop, program, seconds, "default")
     panel = PlayerPanel(started)
     panel.switch_on()
     panel.press("Play")
-    speakers.wait_for_sound("playing")
+    server.wait_for_sound("playing")
     start_row(started, f"Track  3 - 00:00:0{seconds}")
     wait_for("the capture", lambda: started.title == "Extracting Track 3")
-    start = speakers.position()
+    start = server.position()
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
-    check(not panel.is_open("Play"), "it can be played during a capture")
+    check(not panel.is_open("Play"), "Play is enabled during a capture")
     wait_for("the end of the capture", lambda: started.title == "Sonarith v2.0")
     found = wavs_by_track(destination)
     check_equal(list(found), [3], "tracks in the destination folder")
@@ -209,17 +211,18 @@ def a_capture_switches_it_off_and_is_silent(desktop, program):
     track = track_samples(disc_samples(sheet), 3, seconds)
     for second in range(seconds):
         part = track[bytes_of(second):bytes_of(second) + FRAME_RATE]
-        check(find_run(speakers.heard()[start:], part) < 0, "the capture was heard")
+        check(find_run(server.played()[start:], part) < 0, "the capture was audible")
     close(started)
 
 
-def another_disc_is_put_in_while_it_plays(desktop, program):
+def the_player_shows_another_disc_that_replaces_the_playing_one(desktop, program):
     started, panel, sheet, _ = start_playing(desktop, program, output="none")
-    # In the place of the image that plays.
+    # Replaces the image that is playing.
     make_disc(sheet.parent, tracks=2, seconds=9, signal="ramp")
     wait_for("the other disc", lambda: panel.shows("Track time: 00:09:00"))
 
-    # Chosen in the Devices window. The main window reads it, and so closes the one that both share.
+    # An image chosen in the Devices window: the main window reads it, which closes the device that
+    # it shares with the player.
     other = make_disc(desktop.home / "discs", name="other", tracks=2, seconds=7)
     started.choose_menu("Preferences", "Devices")
     started.click("Choose Disc Image...", "push button")
@@ -239,6 +242,7 @@ def another_disc_is_put_in_while_it_plays(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_disc_is_played_and_heard, the_mixer_is_worked_and_heard, its_menus_shape_and_close_it,
-        an_ejected_disc_is_seen, a_capture_switches_it_off_and_is_silent,
-        another_disc_is_put_in_while_it_plays)
+    run(the_player_plays_a_disc, the_mixer_changes_the_sound,
+        the_menus_change_the_shape_and_close_the_panel, ejecting_shows_an_empty_drive,
+        a_capture_switches_the_player_off_and_is_silent,
+        the_player_shows_another_disc_that_replaces_the_playing_one)

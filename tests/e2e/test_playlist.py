@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The playlist editor: header and tag of a file, the list and its entries, the files behind them,
-and playing."""
+"""The playlist editor: header and tag of a file, the list and its entries, renaming, deleting and
+playing files."""
 
 import subprocess
 import tempfile
@@ -11,7 +11,7 @@ from mp3 import make_mp3
 from program import Program
 from scenes import close, music_folder, row_of, start_in
 from sound import bytes_of, find_run
-from speakers import Speakers
+from sound_server import SoundServer
 from waiting import check, check_equal, wait_for
 
 TITLE = "Playlist Editor"
@@ -21,7 +21,7 @@ HEADER_LINES = 12
 
 
 def tag_of(title, artist, album, year, comment, genre, filled_with=b"\0"):
-    """The 128 bytes of a tag."""
+    """The 128 bytes of an ID3v1 tag."""
     texts = ((title, 30), (artist, 30), (album, 30), (year, 4), (comment, 30))
     return b"TAG" + b"".join(text.encode("cp1252").ljust(length, filled_with)
                              for text, length in texts) + bytes([genre])
@@ -48,10 +48,10 @@ def browse(desktop, started, path):
     wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
     desktop.type(str(path))
     desktop.press("Return")
-    wait_for("the file in hand", lambda: same_path(in_hand(started), path))
+    wait_for("the edited file", lambda: same_path(edited_file(started), path))
 
 
-def in_hand(started):
+def edited_file(started):
     return started.text("Currently editing this file")
 
 
@@ -88,10 +88,10 @@ def line_of(started, path):
 
 def click_entry(started, path):
     started.click_line("PlayList", line_of(started, path))
-    wait_for("the file in hand", lambda: same_path(in_hand(started), path))
+    wait_for("the edited file", lambda: same_path(edited_file(started), path))
 
 
-def files_are_read_listed_and_found_again(desktop, program):
+def the_editor_reads_files_and_stores_the_list(desktop, program):
     destination = music_folder(desktop)
     one, two = destination / "One.mp3", destination / "Two.mp3"
     make_tagged(one, "Morning", "The Larks", "Birds", "1999", "first take", 17)
@@ -109,7 +109,7 @@ def files_are_read_listed_and_found_again(desktop, program):
 
     started.click("Add to PlayList", "push button")
     wait_for_list(desktop, started, one)
-    check_equal(in_hand(started), "", "the file in hand after it was added")
+    check_equal(edited_file(started), "", "the edited file after it was added")
     browse(desktop, started, two)
     wait_for("no tag", lambda: started.text("HasTag") == "False")
     started.click("Add to PlayList", "push button")
@@ -127,18 +127,18 @@ def files_are_read_listed_and_found_again(desktop, program):
     again.wait_for_window()
     again.open_window(TITLE, TITLE)
     wait_for_list(desktop, again, one, two)
-    # By keys: the tab key comes to the list, and an arrow chooses.
+    # By keys: tab moves the focus to the list, and Home selects its first entry.
     again.tab_to("PlayList", "list")
     desktop.press("Home")
     wait_for_tag(again, "The Larks", "Morning", "Birds", "1999", "first take", "17")
     click_entry(again, two)
     again.click("Delist", "push button")
     wait_for_list(desktop, again, one)
-    check(two.exists(), "a delisted file is gone")
+    check(two.exists(), "delisting has deleted the file")
     close(again)
 
 
-def a_tag_is_edited_and_written(desktop, program):
+def the_editor_writes_a_tag(desktop, program):
     destination = music_folder(desktop)
     path = destination / "One.mp3"
     make_tagged(path, "Morning", "The Larks", "Birds", "1999", "first take", 17)
@@ -153,7 +153,7 @@ def a_tag_is_edited_and_written(desktop, program):
     after = path.read_bytes()
     check_equal(len(after), len(before), "the length of the file")
     check(after[:-TAG_BYTES] == before[:-TAG_BYTES], "bytes before the tag were changed")
-    # The first box goes to the title's place, which is the artist's.
+    # Deliberate: the box "Artist" is written to the field of the title, and the other way round.
     written = tag_of("The Larks", "Morning", "Nightingales", "2001", "first take", 9, b" ")
     check_equal(after[-TAG_BYTES:], written, "the tag")
     started.click("Read header", "push button")
@@ -161,7 +161,7 @@ def a_tag_is_edited_and_written(desktop, program):
     close(started)
 
 
-def files_are_renamed_and_deleted(desktop, program):
+def the_editor_renames_and_deletes_files(desktop, program):
     destination = music_folder(desktop)
     one, two = destination / "One.mp3", destination / "Two.mp3"
     for path in (one, two):
@@ -192,19 +192,19 @@ def files_are_renamed_and_deleted(desktop, program):
         started.click("Delete  File", "push button")
         wait_for("the question", lambda: started.find(
             "Are you sure you want to delete this file?", "label"))
-        check(two.exists(), "it was deleted before the answer")
+        check(two.exists(), "the file was deleted before the user confirmed")
         started.click(answer, "push button")
         wait_for("the closed question", lambda: started.find(
             "Are you sure you want to delete this file?", "label") is None)
     wait_for("the message", lambda: started.find("OK", "push button"))
-    check(not two.exists(), "the file is still there")
+    check(not two.exists(), "the file still exists")
     started.click("OK", "push button")
     wait_for_list(desktop, started, other)
-    check_equal(in_hand(started), "", "the file in hand after it was deleted")
+    check_equal(edited_file(started), "", "the edited file after it was deleted")
     close(started)
 
 
-def clicked_entries_reach_the_work_tree(desktop, program):
+def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
     destination = music_folder(desktop)
     elsewhere = desktop.home / "Else Where"
     path = elsewhere / "One.mp3"
@@ -214,12 +214,12 @@ def clicked_entries_reach_the_work_tree(desktop, program):
     wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
     desktop.type(str(path))
     desktop.press("Return")
-    wait_for("the file in hand", lambda: (in_hand(started) or "").lower().endswith("one.mp3"))
+    wait_for("the edited file", lambda: (edited_file(started) or "").lower().endswith("one.mp3"))
     started.click("Add to PlayList", "push button")
     line = wait_for("the entry", lambda: started.lines("PlayList"))[0]
     check_equal(started.group("MP3 Files"), [], "files of the tree")
     started.click_line("PlayList", line)
-    wait_for("the file in hand", lambda: in_hand(started))
+    wait_for("the edited file", lambda: edited_file(started))
     check_equal(started.group("MP3 Files"), [], "files of the tree without the tick")
     started.click("Click on a file to add it to the Files List", "check box")
     started.click_line("PlayList", line)
@@ -228,7 +228,7 @@ def clicked_entries_reach_the_work_tree(desktop, program):
 
 
 def decoded(path):
-    """Another decoder's samples."""
+    """The samples of another decoder."""
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(path)], check=True,
                        capture_output=True)
@@ -236,8 +236,8 @@ def decoded(path):
             return source.readframes(source.getnframes())
 
 
-def an_entry_is_played_and_stopped(desktop, program):
-    speakers = Speakers(desktop)
+def the_editor_plays_and_stops_an_entry(desktop, program):
+    server = SoundServer(desktop)
     destination = music_folder(desktop)
     path = destination / "One.mp3"
     make_mp3(path, seconds=20)
@@ -247,23 +247,23 @@ def an_entry_is_played_and_stopped(desktop, program):
     started.click("Add to PlayList", "push button")
     wait_for_list(desktop, started, path)
     click_entry(started, path)
-    check(not any(speakers.latest()), "sound before it plays")
+    check(not any(server.latest()), "sound before the file plays")
     window = started.window(TITLE)
     started.click("Play", "push button", within=window)
     part = decoded(path)[bytes_of(1):bytes_of(1) + bytes_of(1) // 4]
-    wait_for("the file in the speakers", lambda: find_run(speakers.heard(), part) >= 0)
+    wait_for("the file in the output", lambda: find_run(server.played(), part) >= 0)
     started.click("Stop", "push button", within=window)
-    speakers.wait_for_silence("stopped")
-    # What is stopped begins anew.
-    start = speakers.position()
+    server.wait_for_silence("stopped")
+    # After a stop, Play starts at the beginning.
+    start = server.position()
     started.click("Play", "push button", within=window)
-    wait_for("it from its beginning", lambda: find_run(speakers.heard()[start:], part) >= 0)
+    wait_for("the file from its beginning", lambda: find_run(server.played()[start:], part) >= 0)
     started.close_other(TITLE)
-    speakers.wait_for_silence("closed")
+    server.wait_for_silence("closed")
     close(started)
 
 
 if __name__ == "__main__":
-    run(files_are_read_listed_and_found_again, a_tag_is_edited_and_written,
-        files_are_renamed_and_deleted, clicked_entries_reach_the_work_tree,
-        an_entry_is_played_and_stopped)
+    run(the_editor_reads_files_and_stores_the_list, the_editor_writes_a_tag,
+        the_editor_renames_and_deletes_files, clicking_an_entry_adds_the_file_to_the_work_tree,
+        the_editor_plays_and_stops_an_entry)

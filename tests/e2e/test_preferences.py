@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The preferences: what reaches the store and when, the destination, the free space, and the guard
-that warns and stops on a disk that fills."""
+"""The preferences: which settings are stored and when, the destination, the free space, and the
+guard that warns and stops when the disk fills up."""
 
 import contextlib
 import os
@@ -45,8 +45,8 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-def ticks_reach_the_store_at_once(desktop, program):
-    # Captions, and what two of them become without their tick.
+def ticks_are_stored_at_once(desktop, program):
+    # The captions, and those of two boxes when they are not ticked.
     boxes = {
         TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
                   ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
@@ -69,7 +69,7 @@ def ticks_reach_the_store_at_once(desktop, program):
             shown = caption if caption not in unticked or not before else unticked[caption]
             wait_for(f"the changed box {shown!r}",
                      lambda: is_ticked(started, shown) == (not before))
-            # At the next start a box that is not ticked has its first caption again.
+            # Deliberate: at the next start a box that is not ticked has its first caption again.
             expected[tab, caption] = not before
     close(started)
 
@@ -81,12 +81,12 @@ def ticks_reach_the_store_at_once(desktop, program):
     close(again)
 
 
-def limits_by_keys_and_choices_are_kept(desktop, program):
+def limits_and_choices_are_stored(desktop, program):
     started = start_preferences(desktop, program)
     started.tab_to("Limit in MB", "text")
     desktop.press("ctrl+a")
     desktop.type("250")
-    # Over the box to tick to the other limit.
+    # Past the check box to the other limit.
     desktop.press("Tab", "Tab", "ctrl+a")
     desktop.type("120")
     started.tab_to("Set", "push button")
@@ -122,7 +122,8 @@ def a_new_destination_is_created(desktop, program):
     started = start_preferences(desktop, program)
     window = started.window(TITLE)
     open_tab(started, TABS[2])
-    check(started.find("Create", "push button") is None, "something can be created unasked")
+    check(started.find("Create", "push button") is None,
+          "Create is shown before the user chooses a path")
     tick = "I'll select the destination path and directory"
     started.click(tick, "check box")
     started.get("Create", "push button")
@@ -156,13 +157,13 @@ def a_new_destination_is_created(desktop, program):
 
 @contextlib.contextmanager
 def small_disk(folder, megabytes):
-    """A file system of that size in a folder; None where mounting is not allowed."""
+    """Mounts a file system of that size in a folder; yields None if the user may not mount."""
     folder.mkdir()
     mounted = subprocess.run(
         ["mount", "-t", "tmpfs", "-o", f"size={megabytes * MEGABYTE}", "tmpfs", str(folder)],
         check=False, capture_output=True)
     if mounted.returncode != 0:
-        print("  left out: this user may not mount anything", flush=True)
+        print("  skipped: this user may not mount a file system", flush=True)
         yield None
         return
     try:
@@ -176,14 +177,14 @@ def free_megabytes(folder):
     return disk.f_bavail * disk.f_frsize / MEGABYTE
 
 
-def leave_free(folder, megabytes):
-    """Fills a disk until so much is free."""
+def fill_until_free(folder, megabytes):
+    """Fills a disk until `megabytes` are free."""
     missing = free_megabytes(folder) - megabytes
     with open(folder / "filler", "ab") as filler:
         filler.write(bytes(int(missing * MEGABYTE)))
 
 
-def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
+def a_disk_that_fills_up_is_reported_and_ends_a_capture(desktop, program):
     with small_disk(desktop.folder / "small disk", 250) as home:
         if home is None:
             return
@@ -198,22 +199,22 @@ def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
             return int(line.split()[2]) if line.endswith(" MB available") else None
 
         for megabytes in (200, 150):
-            leave_free(home, megabytes)
+            fill_until_free(home, megabytes)
             started.click("Refresh data", "push button")
             wait_for(f"{megabytes} MB", lambda: shown() is not None and
                      abs(shown() - free_megabytes(home)) <= 1)
         started.close_other(TITLE)
-        # The warning stands in this bar, which is hidden at first.
+        # The warning is in this bar, which is hidden at first.
         started.choose_menu("Preferences", "Toolbars", "CD Bar")
 
         start_track(started, "Track  2 - 00:01:00")
         check(started.find(LOW, "label") is None, "a warning with 150 MB free")
-        leave_free(home, 80)
+        fill_until_free(home, 80)
         wait_for("the warning", lambda: started.find(LOW, "label"))
         check(started.title.startswith("Extracting"), "the warning has stopped the capture")
-        leave_free(home, 40)
+        fill_until_free(home, 40)
         wait_for("the stop", lambda: not started.title.startswith("Extracting"))
-        wait_for("the open commands", lambda: started.is_enabled(TITLE, "push button"))
+        wait_for("the enabled commands", lambda: started.is_enabled(TITLE, "push button"))
         found = wavs_by_track(destination)
         check_equal(list(found), [2], "tracks in the destination folder")
         kept, _ = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
@@ -223,5 +224,5 @@ def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(ticks_reach_the_store_at_once, limits_by_keys_and_choices_are_kept,
-        a_new_destination_is_created, a_disk_that_fills_is_seen_and_ends_a_capture)
+    run(ticks_are_stored_at_once, limits_and_choices_are_stored, a_new_destination_is_created,
+        a_disk_that_fills_up_is_reported_and_ends_a_capture)

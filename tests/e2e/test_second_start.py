@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""One program for each user, and a start after the program was killed."""
+"""Only one program runs for each user; and a start after the program was killed."""
 
 from driver import run
 from program import Program
@@ -32,18 +32,19 @@ def names_in(folder):
 
 
 def leftovers(folder):
-    """What a kill leaves on a file system without unnamed files; the next recording removes it."""
+    """Files of a killed process on a file system without unnamed files; the next recording deletes
+    them."""
     return {name for name in names_in(folder) if name.startswith(".sonarith-")}
 
 
-def a_killed_program_leaves_nothing_half_written(desktop, program):
+def a_killed_program_leaves_no_incomplete_file(desktop, program):
     seconds = 60
     killed, sheet, destination = start_with_disc(desktop, program, seconds)
     store = desktop.store.read_bytes()
     start_track(killed, "Track  1 - 00:01:00")
     killed.kill()
     check_equal(names_in(destination) - leftovers(destination), set(),
-                "what the killed program left")
+                "files of the killed program")
     check_equal(desktop.store.read_bytes(), store, "the settings store")
 
     next_one = Program(desktop, program)
@@ -59,4 +60,4 @@ def a_killed_program_leaves_nothing_half_written(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_second_start_ends_without_a_window, a_killed_program_leaves_nothing_half_written)
+    run(a_second_start_ends_without_a_window, a_killed_program_leaves_no_incomplete_file)

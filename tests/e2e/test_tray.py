@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program in the tray: its icon in panels that come, go and come back, its tip and its menu; and
-no window lost where there is no panel."""
+"""The program in the tray: its icon in panels that appear and disappear, its tool tip and its menu;
+without a panel the window stays reachable."""
 
 import signal
 import subprocess
@@ -17,7 +17,7 @@ from waiting import check, check_equal, wait_for
 SECONDS = 60
 FIRST = "Track  1 - 00:01:00"
 ENTRIES = ["Stop Conversion", "Restore Control panel", "-", "Shutdown program"]
-# Several of the tip's own.
+# Several intervals of the tool tip's timer.
 SECONDS_OF_QUIET = 3.5
 
 
@@ -26,7 +26,7 @@ def panel(desktop):
 
 
 def state_of(desktop, window):
-    """"Normal", "Iconic" (its task bar entry alone) or "Withdrawn" (hidden)."""
+    """The window's state: "Normal", "Iconic" (only in the task bar) or "Withdrawn" (hidden)."""
     asked = subprocess.run(["xprop", "-id", str(window), "WM_STATE"], env=desktop.environment,
                            check=True, capture_output=True, text=True)
     _, found, state = asked.stdout.partition("window state: ")
@@ -38,7 +38,7 @@ def wait_for_state(desktop, window, state):
 
 
 def minimize(started):
-    """By the tree's popup menu; the main window, as X knows it."""
+    """Minimizes with the tree's popup menu. Returns the X window of the main window."""
     window = started.main_window_id()
     started.open_popup("Available Tracks")
     started.click("Minimize", "menu item")
@@ -46,17 +46,18 @@ def minimize(started):
 
 
 def shown_besides(desktop, started, icons):
-    """The program's X windows on the screen, without those of its icons."""
+    """The visible X windows of the program without those of its icons."""
     return set(desktop.windows_of(started.process.pid)) - set(icons)
 
 
 def choose_restore_by_keys(desktop, started, icons=()):
-    """In the icon's menu, of which the accessibility tree has nothing: no window owns it."""
+    """Chooses Restore in the icon's menu, which has no owner window and so is not in the
+    accessibility tree."""
     wait_for("the menu", lambda: shown_besides(desktop, started, icons))
     desktop.press("Down", "Down", "Return")
 
 
-def check_kept(sheet, destination):
+def check_capture_is_saved(sheet, destination):
     found = wavs_by_track(destination)
     check_equal(list(found), [1], "tracks in the destination folder")
     beginning_of_track(found[1], disc_samples(sheet), 1, SECONDS)
@@ -68,7 +69,7 @@ def check_ends_by_signal(started):
 
 
 def start_minimizing(desktop, program):
-    """The program with a capture that runs, and the window that has gone out of sight for it."""
+    """Starts the program and a capture, which minimizes the window."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, **{"minimize%20onstart": 1})
@@ -105,7 +106,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # And once more: each minimizing has an icon of its own.
+        # Again: each minimizing adds a new icon.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -115,7 +116,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         close(started)
 
 
-def a_panel_that_draws_no_menu_has_it_drawn(desktop, program):
+def the_program_draws_the_menu_for_a_panel_without_menus(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
         window = minimize(started)
@@ -126,48 +127,48 @@ def a_panel_that_draws_no_menu_has_it_drawn(desktop, program):
         close(started)
 
 
-def the_tip_tells_the_work_and_stop_ends_it(desktop, program):
+def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
     with panel(desktop) as host:
         started, window, sheet, destination = start_minimizing(desktop, program)
         host.wait_for_icon()
-        wait_for("the work in the tip", lambda: host.tip().startswith("Extracting Track"))
+        wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         wait_for_state(desktop, window, "Withdrawn")
-        check("NewToolTip" in host.signals(), "the panel heard of no new tip")
+        check("NewToolTip" in host.signals(), "the panel received no signal of a new tool tip")
         host.choose("Stop Conversion")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
         wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
-        check_kept(sheet, destination)
+        check_capture_is_saved(sheet, destination)
         close(started)
 
 
-def shutdown_ends_a_capture_and_keeps_it(desktop, program):
+def shutdown_saves_a_running_capture(desktop, program):
     with panel(desktop) as host:
         started, _, sheet, destination = start_minimizing(desktop, program)
-        wait_for("the work in the tip", lambda: host.tip().startswith("Extracting Track"))
+        wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         time.sleep(2)
         host.choose("Shutdown program")
         check_equal(started.wait_for_end(), 0, "exit code")
-        check_kept(sheet, destination)
+        check_capture_is_saved(sheet, destination)
         host.wait_for_no_icon()
 
 
-def without_a_panel_the_window_shrinks(desktop, program):
+def without_a_panel_the_window_is_only_iconified(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     window = minimize(started)
     wait_for_state(desktop, window, "Iconic")
     with panel(desktop) as host:
-        # One that comes later shows the icon, and leaves the window where it is.
+        # A panel that starts later shows the icon and does not change the window.
         host.wait_for_icon()
         check_equal(host.entries(), ENTRIES, "the menu")
-        check_equal(state_of(desktop, window), "Iconic", "the window after a panel has come")
+        check_equal(state_of(desktop, window), "Iconic", "the window after a panel has started")
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
     close(started)
 
 
-def a_panel_that_dies_gives_the_window_back(desktop, program):
+def the_end_of_a_panel_iconifies_the_window(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     with panel(desktop) as first:
         window = minimize(started)
@@ -177,30 +178,30 @@ def a_panel_that_dies_gives_the_window_back(desktop, program):
         wait_for_state(desktop, window, "Iconic")
     with panel(desktop) as second:
         second.wait_for_icon()
-        check_equal(second.entries(), ENTRIES, "the menu in the panel that came back")
+        check_equal(second.entries(), ENTRIES, "the menu in the second panel")
         second.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
     close(started)
 
 
 def start_minimizing_by_keys(desktop, program):
-    """As start_minimizing(), on a bus by which nothing of the window can be read."""
+    """As start_minimizing(), by keys: on this bus the accessibility tree cannot be read."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     started = Program(desktop, program)
     window = started.main_window_id()
     def has_focus():
-        # The player's panel comes last, and has it then.
+        # The player's panel opens last and takes the focus.
         desktop.xdotool("windowactivate", window)
         time.sleep(0.5)
         return desktop.active_window() == window
     wait_for("the focus", has_focus)
-    def works():
-        # The first keys may come before the tree has its rows.
+    def is_capturing():
+        # The first keys may be sent before the tree has its rows.
         desktop.press("Home", "Down", "Down", "Return", "alt+s")
         time.sleep(1)
         return "Extracting" in desktop.xdotool("getwindowname", window)
-    wait_for("the capture", works)
+    wait_for("the capture", is_capturing)
     return started, window
 
 
@@ -213,7 +214,7 @@ def with_bus(desktop, address, scenario):
         desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = former
 
 
-def without_a_bus_the_window_shrinks(desktop, program):
+def without_a_bus_the_window_is_only_iconified(desktop, program):
     def scenario():
         started, window = start_minimizing_by_keys(desktop, program)
         wait_for_state(desktop, window, "Iconic")
@@ -221,7 +222,7 @@ def without_a_bus_the_window_shrinks(desktop, program):
     with_bus(desktop, f"unix:path={desktop.home}/none", scenario)
 
 
-def a_bus_that_dies_gives_the_window_back(desktop, program):
+def the_end_of_the_bus_iconifies_the_window(desktop, program):
     with subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
                           env=desktop.environment, stdout=subprocess.PIPE,
                           stderr=subprocess.DEVNULL, text=True) as bus:
@@ -234,7 +235,7 @@ def a_bus_that_dies_gives_the_window_back(desktop, program):
                 bus.kill()
                 wait_for_state(desktop, window, "Iconic")
                 time.sleep(SECONDS_OF_QUIET)
-                check(started.running, "the program died with the bus")
+                check(started.running, "the program ended with the bus")
                 check_ends_by_signal(started)
         try:
             with_bus(desktop, address, scenario)
@@ -243,7 +244,8 @@ def a_bus_that_dies_gives_the_window_back(desktop, program):
 
 
 class EmbeddingPanel:
-    """A panel of the older kind, which embeds the icons' windows in the screen's corner."""
+    """A panel of the older protocol, which embeds the windows of icons in a corner of the
+    screen."""
 
     FIRST_ICON = (12, 12)
 
@@ -284,7 +286,7 @@ def an_embedded_icon_opens_its_menu(desktop, program):
     close(started)
 
 
-def an_embedding_panel_that_dies_gives_the_window_back(desktop, program):
+def the_end_of_an_embedding_panel_iconifies_the_window(desktop, program):
     first = EmbeddingPanel(desktop)
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     started.close_panel()
@@ -294,40 +296,40 @@ def an_embedding_panel_that_dies_gives_the_window_back(desktop, program):
     first.die()
     wait_for_state(desktop, window, "Iconic")
     second = EmbeddingPanel(desktop)
-    icons = wait_for("the icon in the panel that came back", second.icons)
+    icons = wait_for("the icon in the second panel", second.icons)
     desktop.click_at(*second.FIRST_ICON, button=3)
     choose_restore_by_keys(desktop, started, icons)
     wait_for_state(desktop, window, "Normal")
     close(started)
 
 
-def a_panel_of_the_desktops_embeds_the_icon(desktop, program):
+def a_common_panel_program_embeds_the_icon(desktop, program):
     desktop.launch("/usr/bin/trayer", "--edge", "top", "--align", "left", "--height", "24")
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     started.close_panel()
     window = minimize(started)
     wait_for_state(desktop, window, "Withdrawn")
     icon, = wait_for("the icon", lambda: desktop.windows_of(started.process.pid))
-    def place():
+    def centre():
         values = dict(line.split("=") for line in
                       desktop.xdotool("getwindowgeometry", "--shell", icon))
         return (int(values["X"]) + int(values["WIDTH"]) // 2,
                 int(values["Y"]) + int(values["HEIGHT"]) // 2)
     def stays():
-        first = place()
+        first = centre()
         time.sleep(0.5)
-        return place() == first
-    wait_for("the icon at its place", stays)
-    desktop.click_at(*place(), button=3)
+        return centre() == first
+    wait_for("the icon to stop moving", stays)
+    desktop.click_at(*centre(), button=3)
     choose_restore_by_keys(desktop, started, [icon])
     wait_for_state(desktop, window, "Normal")
     close(started)
 
 
 if __name__ == "__main__":
-    run(an_icon_has_tip_menu_and_pictures, a_panel_that_draws_no_menu_has_it_drawn,
-        the_tip_tells_the_work_and_stop_ends_it, shutdown_ends_a_capture_and_keeps_it,
-        without_a_panel_the_window_shrinks, a_panel_that_dies_gives_the_window_back,
-        without_a_bus_the_window_shrinks, a_bus_that_dies_gives_the_window_back,
-        an_embedded_icon_opens_its_menu, an_embedding_panel_that_dies_gives_the_window_back,
-        a_panel_of_the_desktops_embeds_the_icon)
+    run(an_icon_has_tip_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
+        the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
+        without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
+        without_a_bus_the_window_is_only_iconified, the_end_of_the_bus_iconifies_the_window,
+        an_embedded_icon_opens_its_menu, the_end_of_an_embedding_panel_iconifies_the_window,
+        a_common_panel_program_embeds_the_icon)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A panel that shows status notifiers, as far as programs can tell: the watcher on the bus with
-which they register their icons, and a user who reads an icon's tip and menu and chooses entries."""
+"""Simulates a panel that shows status notifiers: the watcher on the bus with which programs
+register their icons, and the user who reads an icon's tool tip and chooses from its menu."""
 
 import threading
 
@@ -21,7 +21,7 @@ _WATCHER_XML = f"""<node><interface name="{WATCHER}">
 
 
 class TrayHost:
-    """Use as a context. It answers on a thread of its own, as another process would."""
+    """Use as a context manager. It replies on a thread of its own, as another process would."""
 
     def __init__(self, address):
         self._address = address
@@ -63,7 +63,7 @@ class TrayHost:
 
     def _on_call(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
-            # By a name, or by the path of an object in the caller.
+            # The argument is a bus name or the path of an object of the caller.
             name = arguments.unpack()[0]
             self._registered.append(sender if name.startswith("/") else name)
         invocation.return_value(None)
@@ -79,14 +79,15 @@ class TrayHost:
             self._registered = [item for item in self._registered if item != name]
 
     def die(self):
-        """Its process has ended: name and connection are gone."""
+        """Simulates the end of the panel's process: closes the connection, which releases the
+        name."""
         if self._thread.is_alive():
             if self._bus is not None and not self._bus.is_closed():
                 self._bus.close_sync(None)
             self._loop.quit()
             self._thread.join()
 
-    # What its user sees.
+    # What the user sees.
 
     def icons(self):
         return list(self._registered)
@@ -98,7 +99,7 @@ class TrayHost:
         wait_for("a panel without icons", lambda: not self.icons())
 
     def signals(self):
-        """What the icons have told of themselves so far, oldest first."""
+        """The signals of all icons, oldest first."""
         return [signal for _, signal in list(self._signals)]
 
     def _call(self, path, interface, method, arguments=None):
@@ -124,20 +125,20 @@ class TrayHost:
         return layout[2]
 
     def entries(self):
-        """The captions of the menu's entries, "-" for a line, once it has been opened."""
+        """Opens the menu and returns the captions of its entries, "-" for a separator."""
         self._call(self.read("Menu"), MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         return ["-" if values.get("type") == "separator" else values.get("label", "")
                 for _, values, _ in self._entries()]
 
-    # What its user does.
+    # What the user does.
 
     def choose(self, caption):
-        """An entry of the menu."""
+        """Chooses an entry of the menu."""
         number = next(number for number, values, _ in self._entries()
                       if values.get("label") == caption)
         self._call(self.read("Menu"), MENU, "Event",
                    GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)))
 
     def click(self, button):
-        """A click on the icon itself: "Activate", "SecondaryActivate" or "ContextMenu"."""
+        """Clicks on the icon; `button` is "Activate", "SecondaryActivate" or "ContextMenu"."""
         self._call("/StatusNotifierItem", ITEM, button, GLib.Variant("(ii)", (600, 400)))

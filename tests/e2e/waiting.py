@@ -1,28 +1,27 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Waiting for what should be seen, and saying what was not.
+"""Waits for conditions and reports those that are not met.
 
-Nothing here asserts on time: what is waited for is a condition, with a bound that only a hang
-reaches.
+No check depends on speed: the timeout is so long that only a hang reaches it.
 """
 
 import time
 
-PATIENCE = 60  # seconds until a condition counts as never coming; sanitizers make programs slow
+PATIENCE = 60  # seconds until a wait fails; sanitizers make programs slow
 
 
 class Failure(Exception):
-    """What a person would report: something that should have been seen was not."""
+    """A failed check, with its description."""
 
 
 def wait_for(what, condition, patience=PATIENCE):
-    """Polls until the condition returns something true, and returns that."""
+    """Polls until `condition()` returns a true value, and returns it."""
     end = time.monotonic() + patience
     while True:
-        seen = condition()
-        if seen:
-            return seen
+        value = condition()
+        if value:
+            return value
         if time.monotonic() > end:
-            raise Failure(f"waited for {what} in vain")
+            raise Failure(f"{what}: not value within {patience} s")
         time.sleep(0.05)
 
 
@@ -31,5 +30,5 @@ def check(holds, what):
         raise Failure(what)
 
 
-def check_equal(seen, expected, what):
-    check(seen == expected, f"{what}: saw {seen!r}, expected {expected!r}")
+def check_equal(value, expected, what):
+    check(value == expected, f"{what}: {value!r} instead of {expected!r}")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A sound server with a sink that paces like a sound card and is heard by nobody but the test. It
-touches no server and no configuration of the user."""
+"""A private sound server whose sink has the timing of a sound card and records what it plays. It
+does not touch the user's server and configuration."""
 
 import signal
 
@@ -10,50 +10,50 @@ from waiting import wait_for
 SINK = "sonarith"
 
 
-class Speakers:
-    """The ALSA device "default" of the programs that the desktop starts from now on. They end with
-    the desktop."""
+class SoundServer:
+    """Becomes the ALSA device "default" of the programs that the desktop starts from now on. Ends
+    with the desktop."""
 
     def __init__(self, desktop):
         self._folder = desktop.home / "sound"
         self._folder.mkdir()
         self._socket = self._folder / "native"
-        self._heard = self._folder / "heard.raw"
+        self._recording = self._folder / "played.raw"
         configuration = self._folder / "asound.conf"
         configuration.write_text(
             "</usr/share/alsa/alsa.conf>\n"
             f'pcm.!default {{ type pulse server "unix:{self._socket}" fallback "" '
             'hint.description "Test" }\n', encoding="utf-8")
-        surroundings = {"ALSA_CONFIG_PATH": str(configuration),
+        environment = {"ALSA_CONFIG_PATH": str(configuration),
                         "PULSE_RUNTIME_PATH": str(self._folder),
                         "PULSE_STATE_PATH": str(self._folder)}
-        desktop.environment.update(surroundings)
+        desktop.environment.update(environment)
         self._server = desktop.launch(
             "/usr/bin/pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n",
             "--use-pid-file=no", "-L",
             f"module-null-sink sink_name={SINK} format=s16le rate=44100 channels=2 norewinds=1",
             "-L", f"module-native-protocol-unix auth-anonymous=1 socket={self._socket}")
         wait_for("the sound server", self._socket.exists)
-        with open(self._heard, "wb") as heard:
+        with open(self._recording, "wb") as played:
             desktop.launch("/usr/bin/parec", f"--server=unix:{self._socket}", "--raw",
                            "--format=s16le", "--rate=44100", "--channels=2", "--latency-msec=20",
-                           f"--device={SINK}.monitor", log=heard)
-        wait_for("the sound of silence", lambda: self._heard.stat().st_size > 0)
+                           f"--device={SINK}.monitor", log=played)
+        wait_for("the recording of the sink", lambda: self._recording.stat().st_size > 0)
 
-    def heard(self):
-        """The bytes of all that has been played, silence included."""
-        return self._heard.read_bytes()
+    def played(self):
+        """The bytes of all samples played so far, including silence."""
+        return self._recording.read_bytes()
 
     def position(self):
-        """How many bytes of heard() there are, in whole frames."""
-        return self._heard.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
+        """The length of played() in bytes, rounded down to whole frames."""
+        return self._recording.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
 
     def latest(self, seconds=0.4):
-        """The samples of the last moments."""
+        """The samples played last."""
         count = int(seconds * FRAME_RATE) * BYTES_PER_FRAME
-        with open(self._heard, "rb") as heard:
-            heard.seek(max(0, self.position() - count))
-            return heard.read(count)
+        with open(self._recording, "rb") as played:
+            played.seek(max(0, self.position() - count))
+            return played.read(count)
 
     def wait_for_sound(self, what):
         wait_for(f"sound: {what}", lambda: any(self.latest()))
@@ -61,7 +61,7 @@ class Speakers:
     def wait_for_silence(self, what):
         wait_for(f"silence: {what}", lambda: not any(self.latest()))
 
-    def unplug(self):
+    def kill(self):
         self._server.kill()
         self._server.wait()
 
