@@ -193,12 +193,12 @@ void DevicesWindow::hideEvent(QHideEvent* event) {
 
 void DevicesWindow::showReport() {
     const std::string report = devices_.report();
-    QString text = refused_ ? tr("The drive is in use. Choose again when the action has ended.")
-                   : report.empty() ? tr("No faults are known.")
+    QString text = refused_ ? tr("The drive is in use. Choose again after the action has ended.")
+                   : report.empty() ? tr("No problems were found.")
                                     : toQString(report);
     const std::vector<std::string> notices = calls_.notices();
     if (!notices.empty()) {
-        text += QStringLiteral("\n\n") + tr("Notices, the newest first:");
+        text += QStringLiteral("\n\n") + tr("Notices, newest first:");
     }
     for (auto notice = notices.rbegin(); notice != notices.rend(); ++notice) {
         text += QStringLiteral("\n") + toQString(*notice);

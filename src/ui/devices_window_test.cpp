@@ -201,7 +201,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     QTest::qWait(600); // longer than it waits between two looks
     EXPECT_TRUE(shown.textCursor().hasSelection());
     report.clear();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No faults are known."; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No problems were found."; }));
 }
 
 TEST_F(DevicesWindowTest, AsksForNothingWhileItIsHidden) {
@@ -209,7 +209,7 @@ TEST_F(DevicesWindowTest, AsksForNothingWhileItIsHidden) {
     window.hide();
     report = "Sector 12 is torn.";
     QTest::qWait(600); // as above
-    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "No faults are known.");
+    EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "No problems were found.");
 }
 
 TEST_F(DevicesWindowTest, ADriveThatIsChosenAgainIsReadAgainAndADoubleClickChoosesOnce) {
@@ -248,7 +248,7 @@ TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseWithAMessage) {
     // The user who dropped an image on another window must see this.
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
-              "The drive is in use. Choose again when the action has ended.");
+              "The drive is in use. Choose again after the action has ended.");
     inUse = false;
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, ElementsAre("drive /discs/other.cue", "refresh /discs/other.cue"));
@@ -259,7 +259,7 @@ TEST_F(DevicesWindowTest, TheNoticesStandBelowTheReportNewestFirst) {
     notices = {"first", "second"};
     window.open();
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
-              "Sector 12 is torn.\n\nNotices, the newest first:\nsecond\nfirst");
+              "Sector 12 is torn.\n\nNotices, newest first:\nsecond\nfirst");
 }
 
 } // namespace

@@ -113,7 +113,7 @@ def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
     started.wait_for_window()
     open_devices(started)
     wait_for("the report", lambda: "short.cue, line 1" in report_of(started) and
-             "track 2 is torn" in report_of(started))
+             "track 2 is truncated" in report_of(started))
     started.click("Close", "push button")
     started.open_row("Available Tracks")
     for number in (2, 1):

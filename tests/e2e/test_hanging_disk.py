@@ -82,7 +82,7 @@ def a_stalling_destination_costs_no_sample(desktop, program):
         start_track(started, "Track  1 - 00:00:08")
         switch.touch()
         before = started.figures()[1]
-        wait_for("the notice of the stall", lambda: "does not answer" in notice(started))
+        wait_for("the notice of the stall", lambda: "does not respond" in notice(started))
         check(started.figures()[1] > before, "the capture stops while the disk stalls")
         switch.unlink()
         wait_for("the end of the capture",
@@ -98,7 +98,7 @@ def a_hanging_destination_does_not_delay_cancel_or_the_end(desktop, program):
         started, _, _ = start_with_disc(desktop, program, seconds=30)
         start_track(started, "Track  1 - 00:00:30")
         switch.touch()
-        wait_for("the notice of the stall", lambda: "does not answer" in notice(started))
+        wait_for("the notice of the stall", lambda: "does not respond" in notice(started))
         started.click("Cancel", "push button")
         seconds = seconds_until("the end of the action",
                                 lambda: started.is_enabled("Preferences", "push button"))

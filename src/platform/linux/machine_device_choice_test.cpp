@@ -73,7 +73,8 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     card.attach(sound::Line::compactDisc, disc, sound::monotonicNow());
     ASSERT_TRUE(eventually([&] { return !notices.texts().empty(); }));
     const std::int64_t played = disc->position();
-    EXPECT_TRUE(eventually([&] { return disc->position() > played + 4410; })) << "playing goes on";
+    EXPECT_TRUE(eventually([&] { return disc->position() > played + 4410; }))
+        << "playing continues";
     EXPECT_THAT(notices.texts(),
                 ElementsAre(StartsWith("The sound output \"no-such-device\" cannot be used")));
     devices.setOutput("none");

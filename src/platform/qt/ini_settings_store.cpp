@@ -158,10 +158,10 @@ void IniSettingsStore::reportState() {
         break;
     case State::toBeWritten:
         notices_->report(
-            {"Settings hold for this run only: " + file + " could not be written", cause});
+            {"Settings apply to this run only: " + file + " could not be written", cause});
         break;
     case State::untouchable:
-        notices_->report({"Settings hold for this run only: " + file + " may not be read", cause});
+        notices_->report({"Settings apply to this run only: " + file + " is not readable", cause});
         break;
     }
 }

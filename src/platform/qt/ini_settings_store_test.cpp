@@ -169,7 +169,7 @@ TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenUntilItCan) {
     save(store, "HDWarning", "1");
     const std::string name = (place / (std::string(applicationName) + ".ini")).string();
     EXPECT_THAT(notices.texts(),
-                ElementsAre("Settings hold for this run only: " + name + " could not be written"));
+                ElementsAre("Settings apply to this run only: " + name + " could not be written"));
     fs::remove(place);
     save(store, "HDWarning", "0");
     EXPECT_THAT(notices.texts(),

@@ -47,7 +47,8 @@ void QtShell::showHelp(const std::string& path) {
         openFile_(machinePath);
         return;
     }
-    notices_.report({"There is no help file " + (machinePath.empty() ? path : machinePath)});
+    notices_.report(
+        {"The help file does not exist: " + (machinePath.empty() ? path : machinePath)});
 }
 
 std::uint64_t QtShell::windowHandle(const Control& control) const {

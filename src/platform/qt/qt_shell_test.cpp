@@ -58,8 +58,9 @@ TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreReportedAndNotOpened) {
     shell.showHelp("c:\\.");
     EXPECT_THAT(opened, IsEmpty());
     const std::string there = folder.path().toStdString();
-    EXPECT_THAT(notices.texts(), ElementsAre("There is no help file " + there + "/sonarith.chm",
-                                             "There is no help file " + there + "/."));
+    EXPECT_THAT(notices.texts(),
+                ElementsAre("The help file does not exist: " + there + "/sonarith.chm",
+                            "The help file does not exist: " + there + "/."));
 }
 
 TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {

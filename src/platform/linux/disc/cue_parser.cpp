@@ -137,7 +137,7 @@ Status CueParser::readLine(std::string_view line) {
     if (isCueDescription(word)) {
         return {};
     }
-    return fail("the word " + shown(word) + " is not known in a CUE sheet");
+    return fail("the word " + shown(word) + " is not a keyword of CUE sheets");
 }
 
 // Of all comments only "REM SESSION n" has a meaning; no comment is an error.
@@ -163,7 +163,7 @@ Status CueParser::readFile(std::string_view rest) {
     const auto typeName = takeWord(rest);
     const auto format = cueFileFormat(typeName);
     if (!format || !rest.empty()) {
-        return fail("the file's type is " + shown(format ? rest : typeName) +
+        return fail("the type of the file is " + shown(format ? rest : typeName) +
                     "; it must be BINARY, MOTOROLA or WAVE");
     }
     const auto index = fileIndex(files_, {std::string(name.value()), *format, line_});
@@ -183,20 +183,20 @@ Status CueParser::readTrack(std::string_view rest) {
     }
     const auto number = parseNumber(takeWord(rest), maxTracks);
     if (!number.ok()) {
-        return fail("a track's number goes from 01 to 99: " + number.error().text);
+        return fail("a track number is between 01 and 99: " + number.error().text);
     }
     if (!file_) {
-        return fail("TRACK stands before the first FILE");
+        return fail("TRACK precedes the first FILE");
     }
     const auto due = static_cast<std::int64_t>(tracks_.size()) + 1;
     if (number.value() != due) {
-        return fail("track " + std::to_string(number.value()) + " stands where track " +
-                    std::to_string(due) + " is due");
+        return fail("track " + std::to_string(number.value()) + " is given where track " +
+                    std::to_string(due) + " is expected");
     }
     const auto modeName = takeWord(rest);
     const auto mode = cueTrackMode(modeName);
     if (!mode || !rest.empty()) {
-        return fail("the track's mode " + shown(mode ? rest : modeName) + " is not known");
+        return fail("the track's mode " + shown(mode ? rest : modeName) + " is not supported");
     }
     Track track;
     track.sectorBytes = mode->sectorBytes;
@@ -210,8 +210,8 @@ Status CueParser::readTrack(std::string_view rest) {
 Status CueParser::checkIndexNumber(int number) const {
     const int last = tracks_.back().lastIndex;
     if (number <= last) {
-        return fail("INDEX " + std::to_string(number) + " stands after INDEX " +
-                    std::to_string(last) + " of the same track");
+        return fail("INDEX " + std::to_string(number) + " follows INDEX " + std::to_string(last) +
+                    " of the same track");
     }
     if (number > 1 && last < 1) {
         return fail(trackName() + " has no INDEX 01 before INDEX " + std::to_string(number));
@@ -226,18 +226,18 @@ Result<std::int64_t> CueParser::readTime(std::string_view rest) const {
         return fail(time.error().text);
     }
     if (!rest.empty()) {
-        return fail("what is " + shown(rest) + " after the time?");
+        return fail("unexpected text " + shown(rest) + " after the time");
     }
     return time;
 }
 
 Status CueParser::readIndex(std::string_view rest) {
     if (tracks_.empty()) {
-        return fail("INDEX stands before the first TRACK");
+        return fail("INDEX precedes the first TRACK");
     }
     const auto number = parseNumber(takeWord(rest), 99); // IEC 60908: two digits
     if (!number.ok()) {
-        return fail("an index goes from 00 to 99: " + number.error().text);
+        return fail("an index number is between 00 and 99: " + number.error().text);
     }
     const int index = static_cast<int>(number.value());
     if (const Status status = checkIndexNumber(index); !status.ok()) {
@@ -249,7 +249,7 @@ Status CueParser::readIndex(std::string_view rest) {
     }
     Track& track = tracks_.back();
     if (track.postgapSectors) {
-        return fail("INDEX stands after the track's POSTGAP");
+        return fail("INDEX follows the POSTGAP of its track");
     }
     if (track.content.kind == TrackKind::data && files_[*file_].format == ImageFormat::wave) {
         return fail("a data track cannot be in a WAVE file");
@@ -257,7 +257,7 @@ Status CueParser::readIndex(std::string_view rest) {
     FilePosition& position = positions_[*file_];
     const std::int64_t sector = time.value();
     if (sector < position.sector) {
-        return fail("the times are out of order: " + msfText(sector) + " stands after " +
+        return fail("the times are out of order: " + msfText(sector) + " follows " +
                     msfText(position.sector) + " of the same file");
     }
     const int bytesBefore = position.sectorBytes > 0 ? position.sectorBytes : track.sectorBytes;
@@ -276,18 +276,18 @@ Status CueParser::readIndex(std::string_view rest) {
 Status CueParser::readGap(std::string_view name, std::string_view rest) {
     const bool before = sameWord(name, "PREGAP");
     if (tracks_.empty()) {
-        return fail(std::string(before ? "PREGAP" : "POSTGAP") + " stands before the first TRACK");
+        return fail(std::string(before ? "PREGAP" : "POSTGAP") + " precedes the first TRACK");
     }
     Track& track = tracks_.back();
     if (before && track.lastIndex >= 0) {
-        return fail("PREGAP stands after an INDEX of its track");
+        return fail("PREGAP follows an INDEX of its track");
     }
     if (!before && track.lastIndex < 1) {
-        return fail("POSTGAP stands before INDEX 01 of its track");
+        return fail("POSTGAP precedes INDEX 01 of its track");
     }
     auto& gap = before ? track.pregapSectors : track.postgapSectors;
     if (gap) {
-        return fail("the track has this gap already");
+        return fail("the track already has this gap");
     }
     const auto time = readTime(rest);
     if (!time.ok()) {
@@ -300,7 +300,7 @@ Status CueParser::readGap(std::string_view name, std::string_view rest) {
 Status CueParser::closeFile() const {
     if (file_ && !fileUsed_) {
         return sheetError(sheet_, fileLine_,
-                          "no INDEX belongs to the file " + shown(files_[*file_].name));
+                          "no INDEX follows the file " + shown(files_[*file_].name));
     }
     return {};
 }

@@ -54,7 +54,7 @@ TEST(CueParser, AStoredPauseBelongsToTheTrackBefore) {
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)))
-        << "what stands before track 1 is off the line";
+        << "the content before track 1 is not part of the line";
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
 
@@ -196,7 +196,7 @@ TEST(CueParser, RefusesThousandsOfTracksAtTheFirstOneTooMany) {
 TEST(CueParser, RefusesTimesOutOfOrder) {
     EXPECT_EQ(refused(oneTrack + "TRACK 02 AUDIO\nINDEX 01 00:09:00\n"
                                  "TRACK 03 AUDIO\nINDEX 01 00:08:74\n"),
-              "disc.cue, line 7: the times are out of order: 00:08:74 stands after 00:09:00 of the "
+              "disc.cue, line 7: the times are out of order: 00:08:74 follows 00:09:00 of the "
               "same file");
 }
 
@@ -235,18 +235,18 @@ TEST(CueParser, ReportsWhatIsTruncated) {
     EXPECT_THAT(refused("FILE\n"), HasSubstr("a name and a type"));
     EXPECT_THAT(refused(oneTrack + "TRACK 02 AUDIO\n"),
                 StartsWith("disc.cue, line 4: TRACK 02 has no INDEX 01"));
-    EXPECT_THAT(refused(oneTrack + "TRACK 02 AUD\n"), HasSubstr("mode \"AUD\" is not known"));
+    EXPECT_THAT(refused(oneTrack + "TRACK 02 AUD\n"), HasSubstr("mode \"AUD\" is not supported"));
     EXPECT_THAT(refused(oneTrack + "TRACK 02 AUDIO\nINDEX 01 00:0"), HasSubstr("mm:ss:ff"));
-    EXPECT_THAT(refused(oneTrack + "TRA"), HasSubstr("the word \"TRA\" is not known"));
+    EXPECT_THAT(refused(oneTrack + "TRA"), HasSubstr("the word \"TRA\" is not a keyword"));
 }
 
 TEST(CueParser, ReportsMisplacedStatements) {
     EXPECT_THAT(refused("TRACK 01 AUDIO\n"), HasSubstr("before the first FILE"));
     EXPECT_THAT(refused("FILE a BINARY\nINDEX 01 00:00:00\n"), HasSubstr("before the first TRACK"));
     EXPECT_THAT(refused("FILE a BINARY\nPREGAP 00:02:00\n"), HasSubstr("before the first TRACK"));
-    EXPECT_THAT(refused("FILE a BINARY\nTRACK 02 AUDIO\n"), HasSubstr("where track 1 is due"));
+    EXPECT_THAT(refused("FILE a BINARY\nTRACK 02 AUDIO\n"), HasSubstr("where track 1 is expected"));
     EXPECT_THAT(refused(oneTrack + "PREGAP 00:02:00\n"), HasSubstr("after an INDEX"));
-    EXPECT_THAT(refused(oneTrack + "INDEX 01 00:01:00\n"), HasSubstr("stands after INDEX 1"));
+    EXPECT_THAT(refused(oneTrack + "INDEX 01 00:01:00\n"), HasSubstr("follows INDEX 1"));
     EXPECT_THAT(refused(oneTrack + "POSTGAP 00:02:00\nPOSTGAP 00:02:00\n"), HasSubstr("already"));
     EXPECT_THAT(refused(oneTrack + "POSTGAP 00:02:00\nINDEX 02 00:03:00\n"), HasSubstr("POSTGAP"));
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 01 AUDIO\nPOSTGAP 00:02:00\n"),
@@ -254,7 +254,7 @@ TEST(CueParser, ReportsMisplacedStatements) {
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 02 00:02:00\n"),
                 HasSubstr("has no INDEX 01"));
     EXPECT_THAT(refused("FILE a BINARY\nFILE b BINARY\n"),
-                HasSubstr("line 1: no INDEX belongs to the file \"a\""));
+                HasSubstr("line 1: no INDEX follows the file \"a\""));
 }
 
 TEST(CueParser, RefusesFilesThatItCannotRead) {

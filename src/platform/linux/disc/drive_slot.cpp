@@ -28,12 +28,12 @@ DriveMakers realDriveMakers(waiting::Services services) {
             [services](const std::string& device) {
                 return std::make_shared<PatientDrive>(
                     std::make_shared<OpticalDrive>(device), opticalPatience,
-                    "The drive " + device + " does not answer.", services);
+                    "The drive " + device + " does not respond.", services);
             },
             [services](const std::string& path) {
                 return std::make_shared<PatientDrive>(
                     std::make_shared<ImageDrive>(path), imagePatience,
-                    path + ": the disk or server that holds it does not answer", services);
+                    path + ": the disk or server that holds it does not respond", services);
             }};
 }
 

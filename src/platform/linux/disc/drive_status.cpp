@@ -70,12 +70,12 @@ DriveReport problemOf(const std::string& device, int error) {
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return {DeviceProblem::missing, "There is no drive at " + device + "."};
+        return {DeviceProblem::missing, "The drive " + device + " does not exist."};
     case EACCES:
     case EPERM:
         return {DeviceProblem::noPermission,
                 "You have no permission to use the drive " + device +
-                    "; on most systems the members of the group \"cdrom\" have it."};
+                    "; on most systems the members of the group \"cdrom\" have this permission."};
     case EBUSY:
         return {DeviceProblem::busy, "The drive " + device + " is used by another program."};
     case ENOTTY:

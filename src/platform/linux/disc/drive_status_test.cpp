@@ -19,7 +19,7 @@ TEST(DriveStatus, DistinguishesAMissingDeviceFromANonDrive) {
     const DriveStatus missing = statusOf("/dev/no-such-drive");
     EXPECT_EQ(missing.state, DriveState::unreachable);
     EXPECT_EQ(problemOf("/dev/no-such-drive", missing.error).text,
-              "There is no drive at /dev/no-such-drive.");
+              "The drive /dev/no-such-drive does not exist.");
     const DriveStatus noDrive = statusOf("/dev/null");
     EXPECT_EQ(noDrive.state, DriveState::unreachable);
     EXPECT_EQ(problemOf("/dev/null", noDrive.error).text, "/dev/null is not an optical drive.");

@@ -21,11 +21,11 @@ Error causeOf(int systemError) {
     switch (number) {
     case ErrorNumber::fileNotFound:
     case ErrorNumber::pathNotFound:
-        return {ErrorNumber::fileNotFound, "there is no such file"};
+        return {ErrorNumber::fileNotFound, "the file does not exist"};
     case ErrorNumber::permissionDenied:
         return {number, "you have no permission to read it"};
     case ErrorNumber::badFileName:
-        return {number, "the name is longer than the file system takes"};
+        return {number, "the name is too long for the file system"};
     default:
         return {ErrorNumber::deviceInputOutput, std::generic_category().message(systemError)};
     }
@@ -44,7 +44,7 @@ Result<FileHandle> FileHandle::open(const std::filesystem::path& path) {
         return causeOf(errno);
     }
     if (!S_ISREG(status.st_mode)) {
-        return {ErrorNumber::pathFileAccess, "it is no ordinary file"};
+        return {ErrorNumber::pathFileAccess, "it is not a regular file"};
     }
     handle.bytes_ = status.st_size;
     handle.device_ = status.st_dev;

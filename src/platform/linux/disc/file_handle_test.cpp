@@ -45,10 +45,10 @@ TEST(FileHandle, NoticesThatItsFileWasReplaced) {
 TEST(FileHandle, RefusesNonRegularFiles) {
     const ImageFolder folder;
     EXPECT_EQ(FileHandle::open(folder.path("none")).error().number, ErrorNumber::fileNotFound);
-    EXPECT_EQ(FileHandle::open(folder.path("")).error().text, "it is no ordinary file");
+    EXPECT_EQ(FileHandle::open(folder.path("")).error().text, "it is not a regular file");
     ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(FileHandle::open(folder.path("pipe")).error().text, "it is no ordinary file");
-    EXPECT_EQ(FileHandle::open("/dev/zero").error().text, "it is no ordinary file");
+    EXPECT_EQ(FileHandle::open(folder.path("pipe")).error().text, "it is not a regular file");
+    EXPECT_EQ(FileHandle::open("/dev/zero").error().text, "it is not a regular file");
     EXPECT_EQ(FileHandle::open(folder.path(std::string(300, 'x'))).error().number,
               ErrorNumber::badFileName);
 }

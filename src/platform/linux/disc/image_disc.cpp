@@ -64,7 +64,7 @@ Result<SheetKind> kindOf(const fs::path& path, std::string_view sheet, std::stri
 }
 
 /// Reads at most one byte more than a sheet may have, so that a longer one is noticed. Empty for a
-/// sheet that cannot be read to its end: the readable part may look like a complete sheet of a
+/// sheet that cannot be read completely: the readable part may look like a complete sheet of a
 /// shorter disc.
 std::optional<std::string> textOf(const FileHandle& file) {
     std::string text(
@@ -84,7 +84,7 @@ openFiles(const fs::path& folder, std::string_view sheet, const ImageLayout& lay
         };
         const auto path = findImageFile(folder, entry.name);
         if (!path) {
-            return cannot({ErrorNumber::fileNotFound, "there is no such file beside the image"});
+            return cannot({ErrorNumber::fileNotFound, "the file was not found beside the image"});
         }
         auto file = openImageFile(*path, entry.format);
         if (!file.ok()) {
@@ -111,7 +111,7 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     }
     const std::optional<std::string> text = textOf(handle.value());
     if (!text) {
-        return sheetError(sheet, 0, "cannot be read to its end");
+        return sheetError(sheet, 0, "cannot be read completely");
     }
     const auto kind = kindOf(path, sheet, *text);
     if (!kind.ok()) {

@@ -177,22 +177,23 @@ TEST(ImageDisc, ABinShorterThanItsTablePlaysItsContentAndReportsTheRest) {
     const auto whole = wholeLine(*disc);
     expectFrames({whole.begin(), whole.begin() + 25 * 588}, expected);
     expectFrames({whole.begin() + 25 * 588, whole.end()}, silentSectors(300));
-    EXPECT_THAT(disc->remark(), AllOf(HasSubstr("a.bin"), HasSubstr("track 2 is torn"),
+    EXPECT_THAT(disc->remark(), AllOf(HasSubstr("a.bin"), HasSubstr("track 2 is truncated"),
                                       HasSubstr("from 00:00:07 on"), HasSubstr("track 3")));
 }
 
 TEST(ImageDisc, ReportsWhichFileOfWhichLineCannotBeRead) {
     const ImageFolder folder;
     EXPECT_EQ(refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
-              "a.cue, line 2: \"b.bin\" cannot be read: there is no such file beside the image");
+              "a.cue, line 2: \"b.bin\" cannot be read: the file was not found beside the image");
     std::filesystem::create_directory(folder.path("b.bin"));
     EXPECT_EQ(refused(folder.path("a.cue")),
-              "a.cue, line 2: \"b.bin\" cannot be read: it is no ordinary file");
+              "a.cue, line 2: \"b.bin\" cannot be read: it is not a regular file");
     folder.write("c.wav", "no sound");
     EXPECT_THAT(refused(folder.write("c.cue", twoTracks("c.wav WAVE"))),
-                StartsWith("c.cue, line 1: \"c.wav\" cannot be read: it is no WAVE file"));
-    EXPECT_EQ(refused(folder.path("none.cue")), "none.cue: cannot be read: there is no such file");
-    EXPECT_EQ(refused(folder.path("")), ": cannot be read: it is no ordinary file");
+                StartsWith("c.cue, line 1: \"c.wav\" cannot be read: it is not a WAVE file"));
+    EXPECT_EQ(refused(folder.path("none.cue")),
+              "none.cue: cannot be read: the file does not exist");
+    EXPECT_EQ(refused(folder.path("")), ": cannot be read: it is not a regular file");
 }
 
 TEST(ImageDisc, RefusesASheetThatCannotBeReadToItsEnd) {
@@ -204,7 +205,7 @@ TEST(ImageDisc, RefusesASheetThatCannotBeReadToItsEnd) {
                   if (!test::refuseReads()) {
                       return 1;
                   }
-                  return refused(sheet) == "a.cue: cannot be read to its end" ? 0 : 2;
+                  return refused(sheet) == "a.cue: cannot be read completely" ? 0 : 2;
               }),
               0);
 }
@@ -213,7 +214,7 @@ TEST(ImageDisc, RefusesAnEmptyBin) {
     const ImageFolder folder;
     folder.write("a.bin", "");
     EXPECT_THAT(refused(folder.write("a.cue", twoTracks("a.bin BINARY"))),
-                StartsWith("a.cue, line 2: nothing of the disc is there"));
+                StartsWith("a.cue, line 2: no content of the disc was found"));
 }
 
 TEST(ImageDisc, ReadsOnlyASmallPartOfTwoGibibytesOfText) {
@@ -229,10 +230,10 @@ TEST(ImageDisc, ReadsOnlyASmallPartOfTwoGibibytesOfText) {
 TEST(ImageDisc, DoesNotWaitForAPipe) {
     const ImageFolder folder;
     ASSERT_EQ(::mkfifo(folder.path("a.cue").c_str(), 0600), 0);
-    EXPECT_THAT(refused(folder.path("a.cue")), HasSubstr("no ordinary file"));
+    EXPECT_THAT(refused(folder.path("a.cue")), HasSubstr("not a regular file"));
     ASSERT_EQ(::mkfifo(folder.path("b.bin").c_str(), 0600), 0);
     EXPECT_THAT(refused(folder.write("b.cue", twoTracks("b.bin BINARY"))),
-                HasSubstr("no ordinary file"));
+                HasSubstr("not a regular file"));
 }
 
 class VanishingImage : public ::testing::Test {

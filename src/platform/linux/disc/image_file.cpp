@@ -92,7 +92,7 @@ Result<std::unique_ptr<ImageFile>> WaveFile::open(FileHandle handle) {
     SNDFILE* file = sf_open_fd(handle.descriptor(), SFM_READ, &info, SF_FALSE);
     if (file == nullptr) {
         return {ErrorNumber::deviceInputOutput,
-                "it is no WAVE file (" + std::string(sf_strerror(nullptr)) + ")"};
+                "it is not a WAVE file (" + std::string(sf_strerror(nullptr)) + ")"};
     }
     auto opened = std::make_unique<WaveFile>(std::move(handle), file, info.frames);
     const bool fits = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16 && info.channels == 2 &&
@@ -104,10 +104,10 @@ Result<std::unique_ptr<ImageFile>> WaveFile::open(FileHandle handle) {
                 "a disc needs a WAVE file with 16 bit, 2 channels, 44100 Hz; this one has " + bits +
                     ", " + std::to_string(info.channels) + " channel(s), " +
                     std::to_string(info.samplerate) + " Hz" +
-                    (isWave(info.format) ? "" : ", and it is no WAVE file")};
+                    (isWave(info.format) ? "" : ", and it is not a WAVE file")};
     }
     if (info.frames < 0 || info.seekable == 0) {
-        return {ErrorNumber::deviceInputOutput, "its length cannot be told"};
+        return {ErrorNumber::deviceInputOutput, "its length cannot be determined"};
     }
     return std::unique_ptr<ImageFile>(std::move(opened));
 }

@@ -61,7 +61,7 @@ TEST(ImageFile, RefusesSoundInOtherFormatsThanADiscs) {
     EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_24), HasSubstr("not 16 bit"));
     EXPECT_THAT(refusal(44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT), HasSubstr("not 16 bit"));
     EXPECT_THAT(refusal(44100, 2, SF_FORMAT_AIFF | SF_FORMAT_PCM_16),
-                HasSubstr("it is no WAVE file"));
+                HasSubstr("it is not a WAVE file"));
     EXPECT_EQ(refusal(44100, 2, SF_FORMAT_WAVEX | SF_FORMAT_PCM_16), "accepted");
 }
 
@@ -70,9 +70,9 @@ TEST(ImageFile, RefusesFilesThatAreNoWave) {
     folder.write("a.wav", "this is no sound at all, though it is long enough to hold a header");
     folder.write("empty.wav", "");
     EXPECT_THAT(openImageFile(folder.path("a.wav"), ImageFormat::wave).error().text,
-                HasSubstr("it is no WAVE file"));
+                HasSubstr("it is not a WAVE file"));
     EXPECT_THAT(openImageFile(folder.path("empty.wav"), ImageFormat::wave).error().text,
-                HasSubstr("it is no WAVE file"));
+                HasSubstr("it is not a WAVE file"));
 }
 
 TEST(ImageFile, FailsWhenItIsDeletedOrTruncated) {

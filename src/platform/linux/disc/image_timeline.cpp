@@ -58,7 +58,7 @@ std::string wordsOf(const Shortage& shortage) {
     text += several ? " to " + std::to_string(shortage.lastTrack) : "";
     switch (shortage.kind) {
     case Shortage::Kind::torn:
-        return text + " is torn and reads as silence from " +
+        return text + " is truncated and reads as silence from " +
                msfText(shortage.wholeFrames / framesPerSector) + " on";
     case Shortage::Kind::missing:
         return text +
@@ -67,8 +67,7 @@ std::string wordsOf(const Shortage& shortage) {
         break;
     }
     return text +
-           " begins where the file has ended already; its length is not known, and it is "
-           "listed with " +
+           " begins after the end of its file; its length is unknown, and it is listed with " +
            std::to_string(shortestTrackSectors / sectorsPerSecond) + " seconds of silence";
 }
 
@@ -102,15 +101,15 @@ Result<ImageTimeline> LineBuilder::build() {
     for (const LayoutTrack& track : layout_.tracks) {
         addTrack(track);
         if (at_ > maxDiscFrames) {
-            return sheetError(sheet_, track.line,
-                              "with this track the disc is longer than 99:59:74, the most that a "
-                              "disc's times can state");
+            return sheetError(
+                sheet_, track.line,
+                "this track makes the disc longer than 99:59:74, the longest possible disc");
         }
     }
     line_.remark = remark();
     if (!anythingThere_ && !shortages_.empty()) {
         return sheetError(sheet_, layout_.tracks.front().line,
-                          "nothing of the disc is there: " + line_.remark);
+                          "no content of the disc was found: " + line_.remark);
     }
     return std::move(line_);
 }

@@ -84,7 +84,7 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
 TEST(Timeline, AFileOneByteShorterThanStatedIsTruncated) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 1234567\n", {1234567 * 4 - 1});
     EXPECT_EQ(line.value().sound[0].frames, 1234567 / 588 * 588);
-    EXPECT_THAT(line.value().remark, HasSubstr("track 1 is torn"));
+    EXPECT_THAT(line.value().remark, HasSubstr("track 1 is truncated"));
 }
 
 TEST(Timeline, DataMayEndAnywhereInASectorToo) {
@@ -93,7 +93,7 @@ TEST(Timeline, DataMayEndAnywhereInASectorToo) {
     const auto whole = tocLine(text, {2352, 4097});
     EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
     EXPECT_THAT(whole.value().remark, IsEmpty());
-    EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is torn"));
+    EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is truncated"));
     // The last sector belongs to the track, whatever precedes its start.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
@@ -105,10 +105,11 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 300));
     EXPECT_EQ(soundFrames(line.value()), 400 * 588);
-    EXPECT_THAT(line.value().remark,
-                HasSubstr("\"a.bin\" is shorter than disc.cue, line 1, needs: track 2 is torn and "
-                          "reads as silence from 00:01:25 on; track 3 begins where the file has "
-                          "ended already"));
+    EXPECT_THAT(
+        line.value().remark,
+        HasSubstr("\"a.bin\" is shorter than disc.cue, line 1, needs: track 2 is truncated and "
+                  "reads as silence from 00:01:25 on; track 3 begins after the end "
+                  "of its file"));
 }
 
 TEST(Timeline, CountsTheLostSectorsOfARange) {
@@ -172,7 +173,7 @@ TEST(Timeline, ATruncatedDataTrackIsReportedToo) {
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {
     const auto line = cueLine(threeTrackSheet, {2351});
     ASSERT_FALSE(line.ok());
-    EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: nothing of the disc is there"));
+    EXPECT_THAT(line.error().text, HasSubstr("disc.cue, line 2: no content of the disc was found"));
     EXPECT_FALSE(cueLine(threeTrackSheet, {0}).ok());
 }
 

@@ -34,8 +34,8 @@ std::string OpticalDisc::remark() const {
         return {};
     }
     return std::to_string(damaged) + (damaged == 1 ? " sector" : " sectors") +
-           " of the disc could not be read without error; the drive's best guess, or silence, "
-           "stands in the place.";
+           " of the disc could not be read without error; the drive's best guess, or silence, is "
+           "used instead.";
 }
 
 Damage OpticalDisc::damageIn(std::int64_t first, std::int64_t end) const {

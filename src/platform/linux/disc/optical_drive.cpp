@@ -86,8 +86,8 @@ Loaded OpticalDrive::load() {
     case DriveState::notReady:
         return noDisc(DeviceProblem::busy,
                       "The drive " + device_ +
-                          " is not ready: it has tried to read its disc for a while. Try again, "
-                          "or look whether the disc is clean and lies right.");
+                          " is not ready: it is still trying to read its disc. Try again, or check "
+                          "that the disc is clean and correctly inserted.");
     case DriveState::empty:
     case DriveState::trayOpen:
         toc_ = {}; // the next disc is a different one, or may have been cleaned

@@ -162,7 +162,7 @@ void PatientDrive::sayThatItHangs() {
 void PatientDrive::sayThatItAnswers() {
     if (saidThatItHangs_ && calls_.idle()) {
         saidThatItHangs_ = false;
-        notices_.settled(name(), "It answers again: " + name() + ".");
+        notices_.settled(name(), "Responding again: " + name() + ".");
     }
 }
 

@@ -86,7 +86,7 @@ class PatientDriveTest : public testing::Test {
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
-            "It does not answer.", waiting::Services{threads, waiting, notices});
+            "It does not respond.", waiting::Services{threads, waiting, notices});
     }
     /// Whether the disc of an abandoned load has been dropped.
     bool discIsDropped() {
@@ -110,7 +110,7 @@ class NotingWaiting final : public Waiting {
 
 TEST_F(PatientDriveTest, WaitsOnlyBrieflyForTheCallsOfEachSecond) {
     NotingWaiting noting;
-    PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not answer.",
+    PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not respond.",
                        waiting::Services{threads, noting, notices});
     device->hang();
     EXPECT_FALSE(drive.mediaPresent());
@@ -135,7 +135,7 @@ class GenerousWaiting final : public Waiting {
 
 TEST_F(PatientDriveTest, ForwardsAllCallsInOrder) {
     GenerousWaiting generous;
-    PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
+    PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not respond.",
                        waiting::Services{threads, generous, notices});
     EXPECT_EQ(drive.load().disc.get(), device->disc.get());
     EXPECT_TRUE(drive.mediaPresent());
@@ -151,8 +151,8 @@ TEST_F(PatientDriveTest, ForwardsAllCallsInOrder) {
 TEST_F(PatientDriveTest, ReportsAHangingDriveAndCallsItNoMoreUntilItResponds) {
     const auto drive = driveWith(1ms);
     device->hang();
-    EXPECT_EQ(drive->load().problem, (DriveReport{DeviceProblem::hung, "It does not answer."}));
-    EXPECT_EQ(drive->load().problem.text, "It does not answer.");
+    EXPECT_EQ(drive->load().problem, (DriveReport{DeviceProblem::hung, "It does not respond."}));
+    EXPECT_EQ(drive->load().problem.text, "It does not respond.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
     // The late disc had no owner any more.
@@ -237,7 +237,7 @@ class RecoveringWaiting final : public Waiting {
 
 TEST_F(PatientDriveTest, ALoadWaitsForTheRunningOne) {
     RecoveringWaiting recovering(*device);
-    PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not answer.",
+    PatientDrive drive(std::make_shared<HangingDrive>(device), {1h, 1h}, "It does not respond.",
                        waiting::Services{threads, recovering, notices});
     device->hang();
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
@@ -272,7 +272,7 @@ TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain)
     device->hang();
     EXPECT_EQ(drive->load().disc, nullptr);
     EXPECT_EQ(drive->load().disc, nullptr);
-    EXPECT_THAT(notices.texts(), ElementsAre("It does not answer."));
+    EXPECT_THAT(notices.texts(), ElementsAre("It does not respond."));
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     EXPECT_TRUE(fakes::eventually([&] {
@@ -280,7 +280,7 @@ TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain)
         return notices.texts().size() == 2;
     }));
     EXPECT_EQ(notices.texts().back(),
-              "settled the drive /dev/sr7: It answers again: the drive /dev/sr7.");
+              "settled the drive /dev/sr7: Responding again: the drive /dev/sr7.");
 }
 
 TEST_F(PatientDriveTest, ReportsAHangingDriveToACallerThatPolls) {
@@ -290,7 +290,7 @@ TEST_F(PatientDriveTest, ReportsAHangingDriveToACallerThatPolls) {
         EXPECT_EQ(drive->loadSoon(), std::nullopt);
         return !notices.texts().empty();
     }));
-    EXPECT_THAT(notices.texts(), ElementsAre("It does not answer."));
+    EXPECT_THAT(notices.texts(), ElementsAre("It does not respond."));
     device->recover();
 }
 

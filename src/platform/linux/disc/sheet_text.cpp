@@ -87,7 +87,8 @@ Result<std::vector<std::string_view>> linesOf(std::string_view sheet, std::strin
             return sheetError(sheet, number, "the line is longer than 8192 bytes");
         }
         if (lines.back().find('\0') != std::string_view::npos) {
-            return sheetError(sheet, number, "holds a NUL; a sheet must be UTF-8 text");
+            return sheetError(sheet, number,
+                              "the line contains a NUL byte; a sheet must be UTF-8 text");
         }
         text.remove_prefix(end);
         text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);
@@ -155,7 +156,7 @@ Status checkImageName(std::string_view name) {
         return cause("the name of the file is empty");
     }
     if (name.find('\0') != std::string_view::npos) {
-        return cause("the name of the file holds a NUL");
+        return cause("the name of the file contains a NUL byte");
     }
     const bool driveLetter = name.size() > 1 && name[1] == ':' && isLetter(name[0]);
     if (name.front() == '/' || name.front() == '\\' || driveLetter) {

@@ -92,7 +92,7 @@ Result<ImageLayout> TocParser::parse() {
     while (next_->kind != TocTokenKind::end) {
         const TocToken& token = take();
         if (token.kind != TocTokenKind::word) {
-            return fail(shown(token.text) + " stands where a keyword is due");
+            return fail(shown(token.text) + " is given where a keyword is expected");
         }
         if (const Status status = readStatement(token); !status.ok()) {
             return status.error();
@@ -131,7 +131,8 @@ Status TocParser::readStatement(const TocToken& word) {
     if (sameWord(word.text, "CATALOG")) {
         return readFlag(word);
     }
-    return fail("the word " + shown(word.text) + " is not known before the first TRACK of a TOC");
+    return fail("the word " + shown(word.text) +
+                " is not a keyword that may precede the first TRACK of a TOC");
 }
 
 Status TocParser::readTrack() {
@@ -145,10 +146,10 @@ Status TocParser::readTrack() {
     const TocToken& name = take();
     const TocMode* mode = name.kind == TocTokenKind::word ? tocModeNamed(name.text) : nullptr;
     if (mode == nullptr) {
-        return fail("the track's mode " + shown(name.text) + " is not known");
+        return fail("the track's mode " + shown(name.text) + " is not supported");
     }
     if (takeIf("RW") || takeIf("RW_RAW")) {
-        return fail("files that hold subchannel data beside the sectors cannot be read");
+        return fail("files with subchannel data cannot be read");
     }
     track_.emplace(mode->kind, mode->sectorBytes, line);
     return {};
@@ -190,13 +191,13 @@ Status TocParser::readFlag(const TocToken& word) {
             return {};
         }
     }
-    return fail("the word " + shown(flag.text) + " is not known in a TOC");
+    return fail("the word " + shown(flag.text) + " is not a keyword of TOC files");
 }
 
 Status TocParser::skipBlock() {
     const int line = line_;
     if (take().kind != TocTokenKind::openBrace) {
-        return fail("a block in braces is due");
+        return fail("a block in braces is expected here");
     }
     for (int depth = 1; depth > 0;) {
         const TocToken& token = take();
@@ -214,7 +215,7 @@ Status TocParser::skipBlock() {
 Result<Length> TocParser::readLength() {
     const TocToken& token = take();
     if (!startsNumber(token)) {
-        return fail(shown(token.text) + " stands where a length is due");
+        return fail(shown(token.text) + " is given where a length is expected");
     }
     if (isMsf(token)) {
         const auto sectors = parseMsf(token.text);
@@ -263,7 +264,7 @@ Status TocParser::addFile(const TocToken& name, ImageFormat format, Segment segm
 
 Status TocParser::readSoundFile() {
     if (track_->kind() != TrackKind::audio) {
-        return fail("a file of sound stands in a data track");
+        return fail("an audio file cannot be in a data track");
     }
     const TocToken& name = take();
     if (name.kind != TocTokenKind::string) {
@@ -287,7 +288,7 @@ Status TocParser::readSoundFile() {
         name.text.substr(name.text.size() - std::min<std::size_t>(name.text.size(), 4));
     const bool wave = sameWord(ending, ".wav");
     if (wave && (swapped || offset.value() > 0)) {
-        return fail("a WAVE file knows its own byte order and where its sound begins");
+        return fail("a WAVE file defines its own byte order and the beginning of its sound");
     }
     const ImageFormat format = wave      ? ImageFormat::wave
                                : swapped ? ImageFormat::littleEndian
@@ -301,7 +302,7 @@ Status TocParser::readSoundFile() {
 
 Status TocParser::readDataFile() {
     if (track_->kind() != TrackKind::data) {
-        return fail("a file of data stands in an audio track");
+        return fail("a data file cannot be in an audio track");
     }
     const TocToken& name = take();
     if (name.kind != TocTokenKind::string) {

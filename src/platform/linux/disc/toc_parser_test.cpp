@@ -135,9 +135,9 @@ TEST(TocParser, RefusesTimesThatMakeNoSense) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:02:00\nINDEX 00:01:00\n"),
                 AllOf(StartsWith("disc.toc, line 4: "), HasSubstr("out of order")));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nSTART 00:05:00\n"),
-                StartsWith("disc.toc, line 3: START 00:05:00 lies beyond"));
+                StartsWith("disc.toc, line 3: START 00:05:00 is beyond"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:04:00\n"),
-                HasSubstr("lies beyond the end of the track"));
+                HasSubstr("is beyond the end of the track"));
 }
 
 TEST(TocParser, RefusesNumbersThatOverflow) {
@@ -160,18 +160,18 @@ TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
     EXPECT_THAT(refusedToc("TRACK AUDIO RW\n"), HasSubstr("subchannel"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE a 0\n"), HasSubstr("in quotation marks"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\n"), HasSubstr("closing quotation mark"));
-    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\"\n"), HasSubstr("where a length is due"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\"\n"), HasSubstr("where a length is expected"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nDATAFILE \"a\"\n"), HasSubstr("in an audio track"));
     EXPECT_THAT(refusedToc("TRACK MODE1\nFILE \"a\" 0\n"), HasSubstr("in a data track"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 1\nPREGAP 00:02:00\n"),
                 HasSubstr("after content"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSTART\nSTART\nSILENCE 1\n"), HasSubstr("already"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nISRC ABC\n"), HasSubstr("ISRC needs a text"));
-    EXPECT_THAT(refusedToc("TRACK AUDIO\nNO TWO_CHANNEL_AUDIO\n"), HasSubstr("not known"));
-    EXPECT_THAT(refusedToc("TRACK AUDIO\nFIFO \"a\" 5\n"), HasSubstr("\"FIFO\" is not known"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nNO TWO_CHANNEL_AUDIO\n"), HasSubstr("is not a keyword"));
+    EXPECT_THAT(refusedToc("TRACK AUDIO\nFIFO \"a\" 5\n"), HasSubstr("\"FIFO\" is not a keyword"));
     EXPECT_THAT(refusedToc("CD_DA\nCD_TEXT { { }\nTRACK AUDIO\n"),
                 StartsWith("disc.toc, line 2: the block that begins here"));
-    EXPECT_THAT(refusedToc("CD_DA }\n"), HasSubstr("where a keyword is due"));
+    EXPECT_THAT(refusedToc("CD_DA }\n"), HasSubstr("where a keyword is expected"));
 }
 
 TEST(TocParser, RefusesPathsOutOfBoundsHoweverTheyAreWritten) {

@@ -23,7 +23,7 @@ void TocTrack::add(Segment segment) {
 TocTrackCheck TocTrack::beginStart(int line) {
     startLine_ = line;
     if (std::exchange(started_, true)) {
-        return TocTrackProblem{line, "the track has a START or PREGAP already"};
+        return TocTrackProblem{line, "the track already has a START or PREGAP"};
     }
     return {};
 }
@@ -43,7 +43,7 @@ TocTrackCheck TocTrack::startAt(std::int64_t sectors, int line) {
 
 TocTrackCheck TocTrack::pregap(std::int64_t sectors, int line) {
     if (!content_.body.empty()) {
-        return TocTrackProblem{line, "PREGAP stands after content of its track"};
+        return TocTrackProblem{line, "PREGAP follows content of its track"};
     }
     auto problem = beginStart(line);
     if (!problem && sectors > 0) {
@@ -55,7 +55,7 @@ TocTrackCheck TocTrack::pregap(std::int64_t sectors, int line) {
 TocTrackCheck TocTrack::index(std::int64_t sectors, int line) {
     if (sectors <= lastIndexSectors_) {
         return TocTrackProblem{line, "the times are out of order: INDEX " + msfText(sectors) +
-                                         " stands after " + msfText(lastIndexSectors_)};
+                                         " follows " + msfText(lastIndexSectors_)};
     }
     lastIndexSectors_ = sectors;
     lastIndexLine_ = line;
@@ -65,7 +65,7 @@ TocTrackCheck TocTrack::index(std::int64_t sectors, int line) {
 TocTrackCheck TocTrack::close() {
     if (startSectors_ && !splitBody(*startSectors_ * framesPerSector)) {
         return TocTrackProblem{startLine_, "START " + msfText(*startSectors_) +
-                                               " lies beyond the end of the track"};
+                                               " is beyond the end of the track"};
     }
     if (content_.body.empty()) {
         return TocTrackProblem{content_.line, "the track has no content"};
@@ -74,7 +74,7 @@ TocTrackCheck TocTrack::close() {
     if (frames != toFileEnd && lastIndexSectors_ > 0 &&
         lastIndexSectors_ * framesPerSector >= frames) {
         return TocTrackProblem{lastIndexLine_, "INDEX " + msfText(lastIndexSectors_) +
-                                                   " lies beyond the end of the track"};
+                                                   " is beyond the end of the track"};
     }
     return {};
 }

@@ -71,14 +71,14 @@ TEST(TocTrack, RefusesInconsistentTimes) {
     EXPECT_THAT(track.index(5, 9)->cause, HasSubstr("out of order"));
     EXPECT_FALSE(track.close());
     EXPECT_FALSE(track.index(10, 10));
-    EXPECT_THAT(track.close()->cause, HasSubstr("INDEX 00:00:10 lies beyond"));
+    EXPECT_THAT(track.close()->cause, HasSubstr("INDEX 00:00:10 is beyond"));
 }
 
 TEST(TocTrack, RefusesAStartBeyondItsEnd) {
     TocTrack track = audioTrack();
     track.add(silentSegment(588));
     ASSERT_FALSE(track.startAt(2, 6));
-    EXPECT_THAT(track.close()->cause, HasSubstr("START 00:00:02 lies beyond"));
+    EXPECT_THAT(track.close()->cause, HasSubstr("START 00:00:02 is beyond"));
 }
 
 } // namespace

@@ -12,7 +12,7 @@ using testing::HasSubstr;
 
 TEST(SystemError, DescribesTheCause) {
     EXPECT_EQ(systemError(ENOSPC, "/a/b").text, "\"/a/b\" does not fit: the disk is full");
-    EXPECT_EQ(systemError(EEXIST, "/a/b").text, "\"/a/b\" exists already");
+    EXPECT_EQ(systemError(EEXIST, "/a/b").text, "\"/a/b\" already exists");
     EXPECT_EQ(systemError(EROFS, "/a").number, ErrorNumber::permissionDenied);
     EXPECT_EQ(systemError(EIO, "/a").number, ErrorNumber::deviceInputOutput);
     EXPECT_THAT(systemError(EIO, "/a").text, HasSubstr("failed: "));

@@ -36,7 +36,7 @@ Status inspect(SavePlace& place, const fs::path& target) {
         return systemError(EISDIR, target);
     }
     if (!S_ISREG(found.st_mode)) {
-        return {ErrorNumber::pathFileAccess, "\"" + target.string() + "\" is not a plain file"};
+        return {ErrorNumber::pathFileAccess, "\"" + target.string() + "\" is not a regular file"};
     }
     if (::faccessat(place.folder.get(), place.name.c_str(), W_OK, AT_EACCESS) != 0) {
         return systemError(errno, target);
@@ -51,7 +51,7 @@ Status inspect(SavePlace& place, const fs::path& target) {
 Result<SavePlace> locate(const fs::path& target) {
     if (target.native().find('\0') != std::string::npos) {
         // The system would take the part before the NUL as the name.
-        return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
+        return {ErrorNumber::badFileName, "a file name cannot contain a NUL byte"};
     }
     const fs::path path = withoutLink(target);
     SavePlace place;

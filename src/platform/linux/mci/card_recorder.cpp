@@ -26,7 +26,7 @@ Status CardRecorder::start(int channels) {
         return {};
     }
     if (input_->user) {
-        return {ErrorNumber::deviceUnavailable, "another recording is under way"};
+        return {ErrorNumber::deviceUnavailable, "another recording is running"};
     }
     if (finished_) {
         return {ErrorNumber::invalidProcedureCall, "the recording has been saved"};

@@ -170,11 +170,11 @@ TEST(ADiscThatIsNotRead, IsReportedToTheUserOnceWhileItPlays) {
     session.send("status cd position");
     session.send("status cd mode");
     EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing stands still: the drive fake has not answered for 15 s."));
+                ElementsAre("Playing is interrupted: the drive fake has not responded for 15 s."));
     session.machine.transport->reading = {};
     session.send("status cd position");
     EXPECT_EQ(session.machine.notices.texts().back(),
-              "settled the drive fake: It answers again: the drive fake.");
+              "settled the drive fake: Responding again: the drive fake.");
 }
 
 TEST(ADiscThatIsNotRead, IsNotReportedOnceItIsStoppedOrClosed) {
@@ -188,7 +188,7 @@ TEST(ADiscThatIsNotRead, IsNotReportedOnceItIsStoppedOrClosed) {
     session.send("status cd position");
     session.send("close cd");
     EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing stands still: the drive fake has not answered for 15 s.",
+                ElementsAre("Playing is interrupted: the drive fake has not responded for 15 s.",
                             "settled the drive fake"));
 }
 
@@ -203,8 +203,7 @@ TEST(AnImageThatVanishes, IsReportedToTheUserOnce) {
     session.send("status cd media present");
     session.send("status cd media present");
     EXPECT_THAT(session.machine.notices.texts(),
-                ElementsAre("Playing has ended: the drive fake is no longer there, or has "
-                            "changed."));
+                ElementsAre("Playing has ended: the drive fake was removed or has changed."));
 }
 
 TEST(AnImageThatVanishes, IsReportedBeforeItsBufferIsEmpty) {

@@ -176,7 +176,7 @@ void CdMedium::watch() {
     if (standsStill && !saidThatItStandsStill_) {
         notices_.report(playingStandsStill(drive_->name(), longestRead));
     } else if (!standsStill && saidThatItStandsStill_) {
-        notices_.settled(drive_->name(), "It answers again: " + drive_->name() + ".");
+        notices_.settled(drive_->name(), "Responding again: " + drive_->name() + ".");
     }
     saidThatItStandsStill_ = standsStill;
     if (transport_->gone()) {

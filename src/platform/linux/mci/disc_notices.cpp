@@ -39,13 +39,13 @@ Notice lostSound(std::span<const TrackLoss> losses, std::string_view path) {
 }
 
 Notice playingStandsStill(const std::string& drive, std::chrono::seconds since) {
-    return {"Playing stands still: " + drive + " has not answered for " +
+    return {"Playing is interrupted: " + drive + " has not responded for " +
                 std::to_string(since.count()) + " s.",
             drive};
 }
 
 Notice discHasVanished(const std::string& drive) {
-    return {"Playing has ended: " + drive + " is no longer there, or has changed."};
+    return {"Playing has ended: " + drive + " was removed or has changed."};
 }
 
 } // namespace sonarith::mci

@@ -51,7 +51,7 @@ std::optional<FileIdentity> FileIdentity::of(const files::FileDescriptor& file) 
 Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
                                                      const std::atomic<bool>& stop) {
     if (path.native().find('\0') != std::string::npos) {
-        return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
+        return {ErrorNumber::badFileName, "a file name cannot contain a NUL byte"};
     }
     // Non-blocking, since opening a pipe without a writer would not return.
     files::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -63,7 +63,7 @@ Result<std::unique_ptr<FileSource>> FileSource::open(const fs::path& path,
         return readError(EISDIR);
     }
     if (!S_ISREG(found.st_mode)) {
-        return {ErrorNumber::pathFileAccess, "not a plain file"};
+        return {ErrorNumber::pathFileAccess, "not a regular file"};
     }
     return std::unique_ptr<FileSource>(new FileSource(std::move(file), identityIn(found), stop));
 }
@@ -83,7 +83,7 @@ Reading FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) con
             return {done, readError(errno)};
         }
         if (got == 0) {
-            return {done, Error{ErrorNumber::deviceInputOutput, "the file has become shorter"}};
+            return {done, Error{ErrorNumber::deviceInputOutput, "the file was truncated"}};
         }
         done += static_cast<std::size_t>(got);
     }

@@ -58,7 +58,7 @@ struct FileIdentity {
     std::int64_t modifiedNanoseconds = 0;
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 
-    /// Empty if there is no such file.
+    /// Empty if the file does not exist.
     [[nodiscard]] static std::optional<FileIdentity> of(const std::filesystem::path& path);
     [[nodiscard]] static std::optional<FileIdentity> of(const files::FileDescriptor& file);
 };

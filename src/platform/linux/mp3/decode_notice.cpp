@@ -41,8 +41,8 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
 std::string lossNotice(const DecodeNames& names, const ScanLoss& loss) {
     std::string words;
     if (loss.framesDropped > 0) {
-        words = counted(loss.framesDropped, "frame of another format was left out",
-                        "frames of another format were left out");
+        words = counted(loss.framesDropped, "frame of another format was omitted",
+                        "frames of another format were omitted");
     }
     if (loss.damagedPlaces > 0) {
         words += words.empty() ? "" : ", ";

@@ -46,9 +46,9 @@ TEST(DecodeNoticeTest, ReportsWhyAFileWasNotSavedAndTheKeptPart) {
               "song.wav was not saved: no space left in /music; 0:42 are kept");
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, full, 0)),
               "song.wav was not saved: no space left in /music");
-    const Error refused{ErrorNumber::permissionDenied, "\"/music/song.wav\" may not be written to"};
+    const Error refused{ErrorNumber::permissionDenied, "\"/music/song.wav\" is not writable"};
     EXPECT_EQ(decodeNotice(names, failedResult(DecodeStep::writing, refused, 0)),
-              "song.wav was not saved: \"/music/song.wav\" may not be written to");
+              "song.wav was not saved: \"/music/song.wav\" is not writable");
 }
 
 TEST(DecodeNoticeTest, ReportsWhyAFileWasNotDecoded) {
@@ -65,12 +65,12 @@ TEST(DecodeNoticeTest, ReportsThatThereWasNothingToDecode) {
 
 TEST(DecodeNoticeTest, ReportsOmittedParts) {
     EXPECT_EQ(decodeNotice(names, lossyResult(3, 0)),
-              "song.mp3: 3 frames of another format were left out");
+              "song.mp3: 3 frames of another format were omitted");
     EXPECT_EQ(decodeNotice(names, lossyResult(1, 0)),
-              "song.mp3: 1 frame of another format was left out");
+              "song.mp3: 1 frame of another format was omitted");
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 1)), "song.mp3: 1 damaged place was skipped");
     EXPECT_EQ(decodeNotice(names, lossyResult(3, 2)),
-              "song.mp3: 3 frames of another format were left out, 2 damaged places were skipped");
+              "song.mp3: 3 frames of another format were omitted, 2 damaged places were skipped");
 }
 
 TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndThoseTheUserStopped) {

@@ -146,7 +146,7 @@ void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& r
     const Result<std::int64_t> finished = target.finish(decoded.samples);
     result.samples = finished.valueOr(0);
     if (result.samples < decoded.samples) {
-        const Error noRoom{ErrorNumber::diskFull, "there is no room for the header"};
+        const Error noRoom{ErrorNumber::diskFull, "there is no space for the header"};
         result.outcome = DecodeOutcome::failed;
         result.failure =
             DecodeFailure{DecodeStep::writing, finished.ok() ? noRoom : finished.error()};

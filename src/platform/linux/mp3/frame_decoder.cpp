@@ -41,7 +41,7 @@ Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags, long r
         mpg123_format_none(raw) != MPG123_OK ||
         mpg123_format2(raw, everyRate, MPG123_MONO | MPG123_STEREO, encoding) != MPG123_OK) {
         return {ErrorNumber::deviceUnavailable,
-                std::string("the MP3 decoder refuses: ") + mpg123_strerror(raw)};
+                std::string("the MP3 decoder reports an error: ") + mpg123_strerror(raw)};
     }
     return handle;
 }
@@ -56,7 +56,7 @@ Result<FrameDecoder<Sample>> FrameDecoder<Sample>::create() {
         return handle.error();
     }
     if (mpg123_open_feed(handle.value().get()) != MPG123_OK) {
-        return {ErrorNumber::deviceUnavailable, "the MP3 decoder takes no data"};
+        return {ErrorNumber::deviceUnavailable, "the MP3 decoder accepts no data"};
     }
     return FrameDecoder(std::move(handle.value()));
 }

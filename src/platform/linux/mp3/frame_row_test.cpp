@@ -30,7 +30,8 @@ TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
     EXPECT_TRUE(beginsRow(header, row(1), 0)) << "the end";
     EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0)) << "a tag";
     EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0)) << "a torn end";
-    EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0)) << "it is torn itself";
+    EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))
+        << "the first frame itself is truncated";
 }
 
 TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {

@@ -49,7 +49,7 @@ Result<DecoderHandle> FreeFormatDecoder::open(Input& input, std::int64_t offset)
     if (mpg123_replace_reader_handle(handle, &read, &seek, nullptr) != MPG123_OK ||
         mpg123_open_handle(handle, &input) != MPG123_OK) {
         return {ErrorNumber::deviceUnavailable,
-                std::string("the MP3 decoder takes no data: ") + mpg123_strerror(handle)};
+                std::string("the MP3 decoder accepts no data: ") + mpg123_strerror(handle)};
     }
     return made;
 }

@@ -172,7 +172,7 @@ TEST_F(HangingDiskTest, ASecondStartDoesNotWaitToSeeWhetherTheFilesHaveChanged) 
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         const auto before = FileIdentity::of(slow / "out.wav");
         EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
-        EXPECT_TRUE(control->Busy()) << "it is not known yet";
+        EXPECT_TRUE(control->Busy()) << "the check of the files still hangs";
         disk.release();
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         EXPECT_EQ(FileIdentity::of(slow / "out.wav"), before);

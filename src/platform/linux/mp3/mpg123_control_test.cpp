@@ -317,7 +317,7 @@ TEST_F(Mpg123ControlTest, ReportsPartsThatACompleteDecodingOmitted) {
     decode();
     finish();
     EXPECT_THAT(notices.texts(),
-                testing::ElementsAre("in.mp3: 3 frames of another format were left out"));
+                testing::ElementsAre("in.mp3: 3 frames of another format were omitted"));
 }
 
 TEST_F(Mpg123ControlTest, ReportsNamesInTheLogicsForm) {

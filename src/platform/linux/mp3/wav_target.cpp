@@ -22,10 +22,10 @@ Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
                                                      std::int64_t longestWavBytes,
                                                      files::Concealment concealment) {
     if (target.native().find('\0') != std::string::npos) {
-        return {ErrorNumber::badFileName, "a file name cannot hold a NUL"};
+        return {ErrorNumber::badFileName, "a file name cannot contain a NUL byte"};
     }
     if (!target.has_filename()) {
-        return {ErrorNumber::badFileName, "there is no name to write to"};
+        return {ErrorNumber::badFileName, "the file name is empty"};
     }
     std::error_code noSuchFile;
     if (fs::is_directory(target, noSuchFile)) { // reported now rather than after the work

@@ -31,10 +31,10 @@ class HangingFilesTest : public testing::Test, public test::HangingWorld {
         fs::create_symlink(d, e + "/link");
     }
     [[nodiscard]] std::string reportOf(const std::string& mount) const {
-        return "The disk or server at " + mount + " does not answer.";
+        return "The disk or server at " + mount + " does not respond.";
     }
     [[nodiscard]] std::string returnOf(const std::string& mount) const {
-        return "settled mount " + mount + ": The disk or server at " + mount + " answers again.";
+        return "settled mount " + mount + ": The disk or server at " + mount + " responds again.";
     }
 
     std::vector<std::string> namesIn(DirectoryWalk& walk, const std::string& folder) {

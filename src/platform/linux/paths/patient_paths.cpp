@@ -105,7 +105,7 @@ void PatientPaths::leaveBehind(const std::vector<std::string>& paths) {
     const std::string mount = found->mount();
     if (!mount.empty() && reported_.insert(mount).second) {
         services_.notices.report(
-            {"The disk or server at " + mount + " does not answer.", causeOf(mount)});
+            {"The disk or server at " + mount + " does not respond.", causeOf(mount)});
     }
 }
 
@@ -130,7 +130,7 @@ void PatientPaths::forgetWhatHasReturned() {
             return false;
         }
         services_.notices.settled(causeOf(mount),
-                                  "The disk or server at " + mount + " answers again.");
+                                  "The disk or server at " + mount + " responds again.");
         return true;
     });
 }

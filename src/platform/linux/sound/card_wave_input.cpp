@@ -223,18 +223,18 @@ std::string CardWaveInput::errorText(WaveResult result) const {
     case WaveResult::noError:
         return "";
     case WaveResult::badDevice:
-        return "There is no such sound input.";
+        return "The sound input does not exist.";
     case WaveResult::notEnabled:
         return "The sound input \"" + failedInput_ +
                "\" cannot be opened. It is missing or in use by another program.";
     case WaveResult::allocated:
-        return "The sound input is open already.";
+        return "The sound input is already open.";
     case WaveResult::invalidHandle:
         return "The sound input is not open.";
     case WaveResult::invalidParameter:
         return "The buffer for the sound input is empty.";
     case WaveResult::badFormat:
-        return "The sound input has no sound of this format.";
+        return "The sound input does not support this format.";
     case WaveResult::stillPlaying:
         return "The sound input still uses its buffers.";
     case WaveResult::unprepared:

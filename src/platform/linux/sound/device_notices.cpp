@@ -20,8 +20,9 @@ std::string subject(SoundDevice kind, const std::string& name) {
 
 std::string lossOf(SoundDevice kind, const std::string& name) {
     return subject(kind, name) + " cannot be used: it is missing, in use or was unplugged. " +
-           (kind == SoundDevice::output ? "Playing goes on silently" : "The input is silent") +
-           " until it is back.";
+           (kind == SoundDevice::output ? "Playing continues without sound"
+                                        : "The input is silent") +
+           " until it is available again.";
 }
 
 } // namespace
@@ -42,8 +43,9 @@ void DeviceNotices::report(SoundDevice kind, const std::string& name, DeviceStat
             notices_->report({lossOf(kind, name), cause});
         }
     } else if (lost_.erase(cause) > 0) {
-        notices_->settled(cause, state == DeviceState::works ? subject(kind, name) + " is back."
-                                                             : std::string());
+        notices_->settled(cause, state == DeviceState::works
+                                     ? subject(kind, name) + " is available again."
+                                     : std::string());
     }
 }
 

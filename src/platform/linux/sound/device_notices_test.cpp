@@ -31,8 +31,8 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenItIsTried
     EXPECT_THAT(
         board.texts(),
         ElementsAre("The sound output \"hw:0\" cannot be used: it is missing, in use or was "
-                    "unplugged. Playing goes on silently until it is back.",
-                    "The sound output \"hw:0\" is back."));
+                    "unplugged. Playing continues without sound until it is available again.",
+                    "The sound output \"hw:0\" is available again."));
     output(DeviceState::lost);
     EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss";
 }
@@ -47,7 +47,7 @@ TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
     device(DeviceState::works);
     EXPECT_THAT(told.texts(),
                 ElementsAre(testing::StartsWith("The sound output \"hw:0\" cannot"),
-                            "settled output hw:0: The sound output \"hw:0\" is back."));
+                            "settled output hw:0: The sound output \"hw:0\" is available again."));
 }
 
 TEST_F(DeviceNoticesTest, DistinguishInputAndOutputOfOneName) {
@@ -56,7 +56,7 @@ TEST_F(DeviceNoticesTest, DistinguishInputAndOutputOfOneName) {
     EXPECT_THAT(board.texts(), SizeIs(2));
     EXPECT_EQ(board.texts().back(),
               "The sound input \"hw:0\" cannot be used: it is missing, in use "
-              "or was unplugged. The input is silent until it is back.");
+              "or was unplugged. The input is silent until it is available again.");
 }
 
 TEST_F(DeviceNoticesTest, DescribeTheDefaultDevice) {

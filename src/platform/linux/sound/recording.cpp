@@ -72,7 +72,7 @@ Status Recording::save(const fs::path& target) {
         watchSave(std::chrono::milliseconds{0}); // reported early rather than never
     }
     return {ErrorNumber::deviceInputOutput,
-            "\"" + target.string() + "\" is not saved yet: the disk does not answer"};
+            "\"" + target.string() + "\" is not saved yet: the disk does not respond"};
 }
 
 } // namespace sonarith::sound

@@ -101,9 +101,9 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
         });
     expectPlainWav(target, played());
     const std::string place = "\"" + folder.path().string() + "\"";
-    EXPECT_THAT(shown.texts(), ElementsAre(AllOf(HasSubstr(place), HasSubstr("does not answer")),
+    EXPECT_THAT(shown.texts(), ElementsAre(AllOf(HasSubstr(place), HasSubstr("does not respond")),
                                            AllOf(HasSubstr("settled"), HasSubstr(place),
-                                                 HasSubstr("answers again"))));
+                                                 HasSubstr("responds again"))));
 }
 
 TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
@@ -155,8 +155,8 @@ TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain
            });
     EXPECT_EQ(entriesIn(folder.path()), 1);
     EXPECT_THAT(shown.texts(),
-                ElementsAre(AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("does not answer")),
-                            AllOf(HasSubstr("settled"), HasSubstr("is saved now"))));
+                ElementsAre(AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("does not respond")),
+                            AllOf(HasSubstr("settled"), HasSubstr("has now been saved"))));
 }
 
 TEST_P(HangingCallTest, IsLeftByTheLogicAndAnUnwantedRecordingLeavesNoFile) {
@@ -246,8 +246,9 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
     expectPlainWav(other / "1234-3.wav", played());
     EXPECT_EQ(entriesIn(folder.path()), 0) << "what was made there at last is gone";
     ASSERT_GE(shown.texts().size(), 1U);
-    EXPECT_THAT(shown.texts()[0], AllOf(HasSubstr("\"" + folder.path().string() + "\""),
-                                        HasSubstr("does not answer"), HasSubstr("another folder")));
+    EXPECT_THAT(shown.texts()[0],
+                AllOf(HasSubstr("\"" + folder.path().string() + "\""),
+                      HasSubstr("does not respond"), HasSubstr("another folder")));
 }
 
 TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {

@@ -84,7 +84,7 @@ RecordingJob::RecordingJob(Channels channelsToRecord, std::vector<fs::path> cand
       }) {}
 
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate) {
-    Error error{ErrorNumber::pathNotFound, "there is no folder to record to"};
+    Error error{ErrorNumber::pathNotFound, "there is no folder for recordings"};
     for (; candidate < job.folders.size(); ++candidate) {
         if (!job.orders.tries(turn, candidate)) {
             return;

@@ -17,7 +17,7 @@ std::string quoted(const fs::path& path) {
 }
 
 std::string noAnswerCause(const fs::path& folder) {
-    return "no answer from " + folder.string();
+    return "no response from " + folder.string();
 }
 
 std::string endCause(RecordingNumber number) {
@@ -78,31 +78,33 @@ void RecordingNotices::cannotBegin(const Error& error) {
 void RecordingNotices::begun(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
     settle(cannotBeginCause);
-    settle(noAnswerCause(folder), quoted(folder) + " answers again");
+    settle(noAnswerCause(folder), quoted(folder) + " responds again");
 }
 
 void RecordingNotices::passedOver(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
-    report(noAnswerCause(folder), quoted(folder) + " does not answer; the recording lies in "
-                                                   "another folder until it is saved");
+    report(noAnswerCause(folder),
+           quoted(folder) +
+               " does not respond; the recording is kept in another folder until it is saved");
 }
 
 void RecordingNotices::stalled(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
     report(noAnswerCause(folder),
-           quoted(folder) + " does not answer; the recording waits for it and loses nothing");
+           quoted(folder) + " does not respond; the recording waits for it and loses no sample");
 }
 
 void RecordingNotices::answers(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
-    settle(noAnswerCause(folder), quoted(folder) + " answers again");
+    settle(noAnswerCause(folder), quoted(folder) + " responds again");
 }
 
 void RecordingNotices::endedEarly(RecordingNumber number, const fs::path& folder, int error,
                                   std::int64_t keptFrames) {
     const std::lock_guard lock(mutex_);
-    const std::string kept =
-        keptFrames == 0 ? "nothing is kept" : lengthText(keptFrames) + " are kept for the save";
+    const std::string kept = keptFrames == 0
+                                 ? "nothing is kept"
+                                 : lengthText(keptFrames) + " are kept until it is saved";
     report(endCause(number), "The recording in " + quoted(folder) +
                                  " has ended: " + files::reasonOf(error) + "; " + kept);
 }
@@ -112,11 +114,11 @@ void RecordingNotices::saved(RecordingNumber number, const fs::path& target, int
     const std::lock_guard lock(mutex_);
     settle(saveCause(target));
     if (error == 0) {
-        settle(lateSaveCause(target), namedFile(target) + " is saved now");
+        settle(lateSaveCause(target), namedFile(target) + " has now been saved");
         return;
     }
     settle(lateSaveCause(target));
-    const std::string text = namedFile(target) + " was saved in part: " + files::reasonOf(error) +
+    const std::string text = namedFile(target) + " was saved partly: " + files::reasonOf(error) +
                              "; " + lengthText(keptFrames) + " are kept";
     if (!settle(endCause(number), text) && notices_ != nullptr) {
         notices_->report({text});
@@ -127,14 +129,14 @@ void RecordingNotices::notSaved(const fs::path& target, const Error& error) {
     const std::lock_guard lock(mutex_);
     settle(lateSaveCause(target));
     report(saveCause(target),
-           namedFile(target) + " was not saved and nothing of it is kept: " + error.text);
+           namedFile(target) + " was not saved, and nothing was kept: " + error.text);
 }
 
 void RecordingNotices::saveIsLate(const fs::path& target) {
     const std::lock_guard lock(mutex_);
     report(lateSaveCause(target),
-           namedFile(target) + " is not saved yet: the disk does not answer. It will be if the "
-                               "disk answers before the program ends");
+           namedFile(target) + " is not saved yet: the disk does not respond. It will be saved if "
+                               "the disk responds before the program ends");
 }
 
 void RecordingNotices::closed(RecordingNumber number, const fs::path& folder,

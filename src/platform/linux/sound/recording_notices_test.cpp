@@ -28,14 +28,14 @@ TEST_F(RecordingNoticesTest, ReportsTheKeptPartOfARecordingThatEndedEarlyAndThen
     notices.saved(first, "/music/1234-3.wav", ENOSPC, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
     EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: no space is left; "
-                                     "0:42 are kept for the save",
+                                     "0:42 are kept until it is saved",
                                      "settled end of recording 1: \"1234-3.wav\" in \"/music\" was "
-                                     "saved in part: no space is left; 0:42 are kept"));
+                                     "saved partly: no space is left; 0:42 are kept"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsALossThatTheSaveDetects) {
     notices.saved(first, "/music/1234-3.wav", EIO, kept);
-    EXPECT_THAT(texts(), ElementsAre("\"1234-3.wav\" in \"/music\" was saved in part: "
+    EXPECT_THAT(texts(), ElementsAre("\"1234-3.wav\" in \"/music\" was saved partly: "
                                      "Input/output error; 0:42 are kept"));
 }
 
@@ -59,11 +59,11 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
     notices.notSaved("/gone/1234-4.wav", error);
     notices.saved(first, "/gone/1234-3.wav", 0, kept);
     notices.notSaved("/gone/1234-3.wav", error);
-    const std::string text = "\"1234-3.wav\" in \"/gone\" was not saved and nothing of it is kept: "
+    const std::string text = "\"1234-3.wav\" in \"/gone\" was not saved, and nothing was kept: "
                              "\"/gone\" does not exist";
     EXPECT_THAT(texts(),
                 ElementsAre(text,
-                            "\"1234-4.wav\" in \"/gone\" was not saved and nothing of it is kept: "
+                            "\"1234-4.wav\" in \"/gone\" was not saved, and nothing was kept: "
                             "\"/gone\" does not exist",
                             "settled save of /gone/1234-3.wav", text));
 }
@@ -77,16 +77,17 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndThatItDoesAgai
     notices.begun("/music");
     EXPECT_THAT(
         texts(),
-        ElementsAre(
-            "\"/music\" does not answer; the recording waits for it and loses nothing",
-            "settled no answer from /music: \"/music\" answers again",
-            "\"/music\" does not answer; the recording lies in another folder until it is saved",
-            "settled no answer from /music: \"/music\" answers again"));
+        ElementsAre("\"/music\" does not respond; the recording waits for it and loses no sample",
+                    "settled no response from /music: \"/music\" responds again",
+                    "\"/music\" does not respond; the recording is kept in another folder until it "
+                    "is saved",
+                    "settled no response from /music: \"/music\" responds again"));
 }
 
 TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
-    const std::string late = "\"1234-3.wav\" in \"/music\" is not saved yet: the disk does not "
-                             "answer. It will be if the disk answers before the program ends";
+    const std::string late =
+        "\"1234-3.wav\" in \"/music\" is not saved yet: the disk does not respond. It will be "
+        "saved if the disk responds before the program ends";
     notices.saveIsLate("/music/1234-3.wav");
     notices.saveIsLate("/music/1234-3.wav");
     notices.saved(first, "/music/1234-3.wav", 0, kept);
@@ -95,9 +96,9 @@ TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
     EXPECT_THAT(texts(),
                 ElementsAre(late,
                             "settled late save of /music/1234-3.wav: \"1234-3.wav\" in \"/music\" "
-                            "is saved now",
+                            "has now been saved",
                             late, "settled late save of /music/1234-3.wav",
-                            "\"1234-3.wav\" in \"/music\" was not saved and nothing of it is kept: "
+                            "\"1234-3.wav\" in \"/music\" was not saved, and nothing was kept: "
                             "it is full"));
 }
 
@@ -119,7 +120,7 @@ TEST_F(RecordingNoticesTest, ForgetsTheCausesOfARecordingThatIsClosed) {
     notices.closed(first, "/music", "/music/a.wav");
     EXPECT_THAT(texts(),
                 ElementsAre(testing::_, testing::_, testing::_, testing::_,
-                            "settled end of recording 1", "settled no answer from /music",
+                            "settled end of recording 1", "settled no response from /music",
                             "settled save of /music/a.wav", "settled late save of /music/a.wav"));
 }
 

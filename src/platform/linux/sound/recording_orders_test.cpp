@@ -121,7 +121,7 @@ TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsDone) {
 TEST_F(RecordingOrdersTest, ReportALateSaveAndNoOther) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
-    EXPECT_EQ(late, 0) << "none is under way";
+    EXPECT_EQ(late, 0) << "no recording is running";
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 1);

@@ -41,7 +41,7 @@ TEST(WavHeader, InThePlainFormHoldsSizesUpTo32Bits) {
     ASSERT_EQ(static_cast<std::int64_t>(header.size()), wavHeaderBytes);
     EXPECT_EQ(std::vector(header.begin() + 4, header.begin() + 8),
               std::vector<std::uint8_t>(4, 0xFF))
-        << "the most that it can say";
+        << "the largest size that the field can hold";
 }
 
 } // namespace

@@ -21,7 +21,7 @@ class PatientCalls {
 
     /// What `question` returns, a std::optional; empty if it does not return within the patience,
     /// and at once while an earlier question to the same thing has not returned: a thing that does
-    /// not answer keeps one thread. `question` must own all that it touches.
+    /// not respond keeps one thread. `question` must own all that it touches.
     template <typename Question>
     [[nodiscard]] auto ask(const std::string& thing, Question question) {
         forgetThoseThatAnswered();
