@@ -123,7 +123,7 @@ TEST(Decoding, TurnsOneSelectedAndAllFilesIntoWavFiles) {
     EXPECT_TRUE(bench.decodingIdle());
 }
 
-TEST(Decoding, ShowsItsMessageForAnEmptyListAndOpensTheWindowAgain) {
+TEST(Decoding, ShowsItsMessageForAnEmptyListAndEnablesTheCommandsAgain) {
     DecodingBench bench;
     bench.start("Selected MP3 Files");
     EXPECT_THAT(bench.boxes.texts(), ElementsAre("No files selected"));
@@ -164,7 +164,7 @@ std::vector<Ending> stops() {
     };
 }
 
-TEST(EveryStopOfADecodingAction, RegainsIdleAndTheNextActionWorks) {
+TEST(StopOfADecodingAction, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     for (const Ending& stop : stops()) {
         bool reached = true;
         int n = 0;
@@ -197,7 +197,7 @@ TEST(EveryStopOfADecodingAction, RegainsIdleAndTheNextActionWorks) {
     }
 }
 
-TEST(EveryStopOfADecodingAction, KeepsWhatWasDecoded) {
+TEST(StopOfADecodingAction, KeepsWhatWasDecoded) {
     DecodingBench bench;
     bench.loop.after(2500ms, [&] { bench.form.Command2.click(); });
     bench.start("MP3 Files");
@@ -213,7 +213,7 @@ TEST(EveryStopOfADecodingAction, KeepsWhatWasDecoded) {
 
 // --- every end -----------------------------------------------------------------------------------
 
-TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgram) {
+TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     const Ending ends[] = {
         {"close",
          [](DecodingBench& bench) {
@@ -249,7 +249,7 @@ TEST(EveryEndOfADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EveryEndOfADecodingAction, EndsTheWaitForAMissingFile) {
+TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFile) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();

@@ -81,7 +81,7 @@ void expectCleanEnd(ApplicationBench& bench) {
     }
 }
 
-TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgram) {
+TEST(EveryEnd, AtEveryYieldOfACaptureEndsTheProgram) {
     for (const EndKind& kind : endKinds()) {
         for (int n = 1;; ++n) {
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));
@@ -111,7 +111,7 @@ TEST(EveryEnd, AtEveryYieldOfARunEndsTheProgram) {
     }
 }
 
-TEST(EveryEnd, BetweenTwoTicksKeepsWhatWasCaptured) {
+TEST(EveryEnd, BetweenTwoTicksSavesTheCapturedPart) {
     for (const EndKind& kind : endKinds()) {
         for (auto moment = 50ms; moment < 400ms; moment += 100ms) {
             SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");

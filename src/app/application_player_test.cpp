@@ -44,7 +44,7 @@ struct PlayerInApplication : testing::Test {
 
 // --- the start -----------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, IsLoadedUnshownBehindTheSettingsAndBeforeTheDiscIsRead) {
+TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead) {
     std::vector<std::string> steps;
     bench.mixer.onOperation = [&](const std::string& operation) {
         steps.push_back(operation);
@@ -69,7 +69,7 @@ TEST_F(PlayerInApplication, IsLoadedUnshownBehindTheSettingsAndBeforeTheDiscIsRe
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST_F(PlayerInApplication, TheSettingMutesTheDiscOrUnmutesIt) {
+TEST_F(PlayerInApplication, FollowsTheMuteSettingOfTheDisc) {
     struct Row {
         const char* setting;
         bool muted;
@@ -86,14 +86,14 @@ TEST_F(PlayerInApplication, TheSettingMutesTheDiscOrUnmutesIt) {
     }
 }
 
-TEST_F(PlayerInApplication, TakesItsPlaceBesideTheMainWindow) {
+TEST_F(PlayerInApplication, IsPlacedBesideTheMainWindow) {
     bench.application.start();
     EXPECT_EQ(panel.left(), bench.form.left() + bench.form.width());
     EXPECT_EQ(panel.top(), bench.form.top());
     EXPECT_EQ(panel.height(), bench.form.height());
 }
 
-TEST_F(PlayerInApplication, IsShownBehindTheMainWindow) {
+TEST_F(PlayerInApplication, IsShownAfterTheMainWindow) {
     std::vector<std::string> seen;
     for (int n = 1; n <= 9; ++n) {
         bench.loop.atYield(n, [&] {
@@ -158,7 +158,7 @@ TEST_F(PlayerInApplication, TheMenuUnloadsAPlayerThatPlays) {
 
 // --- actions -------------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhichIsWholeAndSilent) {
+TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhoseCaptureIsCompleteAndSilent) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     switchOnAndPlay();
@@ -189,7 +189,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhichIsWholeAndSilent) {
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, APanelThatIsOffIsStillSwitchedOff) {
+TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionThoughItIsOffAlready) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     EXPECT_FALSE(discMuted());
@@ -198,7 +198,7 @@ TEST_F(PlayerInApplication, APanelThatIsOffIsStillSwitchedOff) {
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PlayerInApplication, AClosedPanelMutesNothing) {
+TEST_F(PlayerInApplication, DoesNotMuteTheDiscWhileItsPanelIsClosed) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     panel.unload();
@@ -210,7 +210,7 @@ TEST_F(PlayerInApplication, AClosedPanelMutesNothing) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST_F(PlayerInApplication, TheStartButtonItselfLeavesThePlayerOn) {
+TEST_F(PlayerInApplication, StaysOnWhenTheStartButtonIsClickedDirectly) {
     // Only the choice of an action switches it off. The capture finds the disc in use.
     bench.application.start();
     switchOnAndPlay();
@@ -220,7 +220,7 @@ TEST_F(PlayerInApplication, TheStartButtonItselfLeavesThePlayerOn) {
     EXPECT_TRUE(panel.Timer6.enabled());
 }
 
-TEST_F(PlayerInApplication, SwitchedOnInTheMiddleOfACaptureItIsSavedFirst) {
+TEST_F(PlayerInApplication, SavesARunningCaptureBeforeItIsSwitchedOn) {
     bench.application.start();
     bench.select("Track  1 - 00:01:00");
     bench.loop.after(10s, [&] { panel.OptCD.choose(); });
@@ -233,7 +233,7 @@ TEST_F(PlayerInApplication, SwitchedOnInTheMiddleOfACaptureItIsSavedFirst) {
     EXPECT_EQ(panel.CD.text(), "Cd Ready");
 }
 
-TEST_F(PlayerInApplication, ClosedInTheMiddleOfACaptureItIsSavedFirst) {
+TEST_F(PlayerInApplication, SavesARunningCaptureBeforeItIsClosed) {
     const std::function<void()> closes[] = {[&] { bench.form.mnuCloseCD.click(); },
                                             [&] { panel.Command1.click(); },
                                             [&] {
@@ -254,7 +254,7 @@ TEST_F(PlayerInApplication, ClosedInTheMiddleOfACaptureItIsSavedFirst) {
     }
 }
 
-TEST_F(PlayerInApplication, ATrackSelectedInTheTreeIsTheOneThatIsPlayed) {
+TEST_F(PlayerInApplication, PlaysTheTrackThatIsSelectedInTheTree) {
     ApplicationBench three({60000, 60000, 60000});
     three.application.start();
     TreeView& tree = three.form.TreeView1;
@@ -271,7 +271,7 @@ TEST_F(PlayerInApplication, ATrackSelectedInTheTreeIsTheOneThatIsPlayed) {
 
 // --- the end -------------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheEndUnmutesTheDiscAndThePanelsUnloadMutesItAgain) {
+TEST_F(PlayerInApplication, TheProgramsEndUnmutesTheDiscAndThePanelsUnloadMutesItAgain) {
     bench.application.start();
     EXPECT_TRUE(discMuted());
     std::vector<std::string> mutes;
@@ -288,7 +288,7 @@ TEST_F(PlayerInApplication, TheEndUnmutesTheDiscAndThePanelsUnloadMutesItAgain) 
                 ElementsAre("set 4101 20010002 0", "set 4101 20010002 1", "set 4101 20010002 1"));
 }
 
-TEST_F(PlayerInApplication, WithoutAPanelTheEndLeavesTheDiscUnmuted) {
+TEST_F(PlayerInApplication, WithoutAPanelTheProgramsEndLeavesTheDiscUnmuted) {
     bench.application.start();
     panel.unload();
     EXPECT_TRUE(discMuted());
@@ -297,7 +297,7 @@ TEST_F(PlayerInApplication, WithoutAPanelTheEndLeavesTheDiscUnmuted) {
     EXPECT_FALSE(panel.loaded());
 }
 
-TEST_F(PlayerInApplication, ExitUnloadsThePanelFirstAndSoLeavesTheDiscUnmuted) {
+TEST_F(PlayerInApplication, ExitUnloadsThePanelFirstAndLeavesTheDiscUnmuted) {
     bench.application.start();
     switchOnAndPlay();
     bench.media.log.clear();
@@ -308,7 +308,7 @@ TEST_F(PlayerInApplication, ExitUnloadsThePanelFirstAndSoLeavesTheDiscUnmuted) {
     EXPECT_TRUE(playerOff());
 }
 
-TEST_F(PlayerInApplication, TheProgramEndsAtEveryYieldOfASwitchOffAndOfTheEndItself) {
+TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOffAndOfItsOwnEnd) {
     const std::pair<const char*, std::function<void(ApplicationBench&)>> jobs[] = {
         {"start of an action",
          [](ApplicationBench& run) {
@@ -372,7 +372,7 @@ TEST_F(PlayerInApplication, TheProgramEndsAtEveryYieldOfASwitchOffAndOfTheEndIts
 
 // --- the window's shape --------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheCubeChangesTheHeightAloneAndNoShape) {
+TEST_F(PlayerInApplication, TheCubeChangesOnlyTheHeightAndNoWindowRegion) {
     bench.application.start();
     const Twips width = panel.width();
     panel.mnuCubeit.click();

@@ -42,7 +42,7 @@ TEST(PlaylistEditor, OpensWithTheStoredListByButtonAndMenu) {
     }
 }
 
-TEST(PlaylistEditor, AClickWithATickEntersTheFileIntoTheWorkTree) {
+TEST(PlaylistEditor, AClickAddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     ASSERT_TRUE(bench.editor.Check11.setValue(1).ok());

@@ -27,7 +27,7 @@ void leaveFree(ApplicationBench& bench, std::int64_t megabytes) {
 
 // --- start and end -------------------------------------------------------------------------------
 
-TEST(PreferencesAtStart, AreLoadedUnshownBetweenTheDiscAndTheSearch) {
+TEST(PreferencesAtTheStart, AreLoadedHiddenAfterTheDiscAndBeforeTheSearch) {
     ApplicationBench bench({1000, 1000});
     std::vector<std::string> steps;
     bench.media.onCommand = [&](std::string_view command) {
@@ -52,7 +52,7 @@ TEST(PreferencesAtStart, AreLoadedUnshownBetweenTheDiscAndTheSearch) {
     EXPECT_TRUE(bench.form.visible());
 }
 
-TEST(PreferencesAtStart, OfAFreshStoreCostOneWriteOfIt) {
+TEST(PreferencesAtTheStart, WriteAnEmptyStoreOnce) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     EXPECT_EQ(bench.store.fileWrites, 1);
@@ -63,7 +63,7 @@ TEST(PreferencesAtStart, OfAFreshStoreCostOneWriteOfIt) {
     EXPECT_EQ(bench.store.held("Settings", "DecodePath"), "c:\\sonarith\\WAVFiles");
 }
 
-TEST(PreferencesAtStart, ThatEndEarlyLeaveTheMainWindowsLoadGoingOn) {
+TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
     for (const char* key : {"Encoding quality", "Encoding bitrate", "Audio format", "HDWarning",
                             "mute button", "desktop icon"}) {
         for (const char* bad : {"70", "-7", "32767"}) {
@@ -81,7 +81,7 @@ TEST(PreferencesAtStart, ThatEndEarlyLeaveTheMainWindowsLoadGoingOn) {
     }
 }
 
-TEST(PreferencesAtStart, ThatCannotMakeTheDestinationShowTwoMessagesAndTheWindow) {
+TEST(PreferencesAtTheStart, ShowTwoMessagesAndTheWindowIfTheDestinationCannotBeCreated) {
     ApplicationBench bench({1000, 1000});
     bench.store.put("Settings", "DecodePath", "x:\\gone\\wav");
     bench.application.start();
@@ -90,7 +90,7 @@ TEST(PreferencesAtStart, ThatCannotMakeTheDestinationShowTwoMessagesAndTheWindow
     EXPECT_EQ(bench.form.Label2.caption(), "x:\\gone\\wav\\");
 }
 
-TEST(PreferencesAtTheEnd, ThatWereNeverClosedLeaveTheThreeListsUnsaved) {
+TEST(PreferencesAtTheEnd, DoNotSaveTheThreeListsIfTheWindowWasNeverClosed) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Copt.click();
@@ -103,7 +103,7 @@ TEST(PreferencesAtTheEnd, ThatWereNeverClosedLeaveTheThreeListsUnsaved) {
 
 // --- in force ------------------------------------------------------------------------------------
 
-TEST(PreferencesInForce, ChooseTheFormatOfTheNextCapture) {
+TEST(AppliedPreferences, ChooseTheFormatOfTheNextCapture) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     for (const int format : {0, 1}) {
@@ -117,7 +117,7 @@ TEST(PreferencesInForce, ChooseTheFormatOfTheNextCapture) {
     }
 }
 
-TEST(PreferencesInForce, ChooseTheFolderOfTheNextCapture) {
+TEST(AppliedPreferences, ChooseTheFolderOfTheNextCapture) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     FrmPrefs& prefs = bench.windows.FrmPrefs;
@@ -133,7 +133,7 @@ TEST(PreferencesInForce, ChooseTheFolderOfTheNextCapture) {
 
 // --- the guard -----------------------------------------------------------------------------------
 
-TEST(GuardOfAnExtraction, WarnsThenStopsAndKeepsWhatWasCaptured) {
+TEST(GuardOfAnExtraction, WarnsThenStopsAndSavesTheCapturedPart) {
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.loop.after(3s, [&] { leaveFree(bench, 99); });
@@ -255,7 +255,7 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
-TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextRunWorks) {
+TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
     for (const PreferencesAre window : {PreferencesAre::kept, PreferencesAre::closed}) {
         bool reached = true;
         int n = 0;
@@ -302,7 +302,7 @@ TEST(GuardOfADecoding, StopsByItsOwnTimer) {
     EXPECT_TRUE(bench.process.stopRequested);
 }
 
-TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextRunWorks) {
+TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextActionWorks) {
     bool reached = true;
     int n = 0;
     while (reached) {

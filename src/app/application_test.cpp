@@ -85,7 +85,7 @@ TEST(Application, LaysOutTheWindowAgainWhenItsSizeChanges) {
     EXPECT_EQ(bench.form.TreeView1.height(), 9000_twips);
 }
 
-TEST(Application, LetsTheTreeSelectAndMove) {
+TEST(Application, SelectsAndMovesNodesOfTheTree) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     TreeView& tree = bench.form.TreeView1;
@@ -126,7 +126,7 @@ TEST(Extraction, TurnsAChosenQueueIntoFiles) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
-TEST(Extraction, ASecondStartAtAnyYieldOfARunEndsByItselfToo) {
+TEST(Extraction, ASecondStartAtAnyYieldOfACaptureEndsByItselfToo) {
     for (int n = 1;; ++n) {
         SCOPED_TRACE("at yield " + std::to_string(n));
         ASSERT_LT(n, 1000);

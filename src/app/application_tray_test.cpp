@@ -52,7 +52,7 @@ TEST(Minimize, LoadsTheTrayFormAndHidesTheWindow) {
     EXPECT_THAT(bench.tray.log, ElementsAre("add Sonarith"));
 }
 
-TEST(Minimize, ShrinksTheWindowWhereNoPanelShowsIcons) {
+TEST(Minimize, IconifiesTheWindowIfNoPanelShowsIcons) {
     TrayBench bench;
     bench.tray.setHost(false);
     bench.form.mnuMinimize.click();
@@ -61,7 +61,7 @@ TEST(Minimize, ShrinksTheWindowWhereNoPanelShowsIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStart, HidesTheWindowForTheTimeOfTheActionAndShowsTheWorkInTheTip) {
+TEST(MinimizeOnStart, HidesTheWindowDuringTheActionAndShowsItsProgressInTheTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);
@@ -84,7 +84,7 @@ TEST(MinimizeOnStart, HidesTheWindowForTheTimeOfTheActionAndShowsTheWorkInTheTip
     }
 }
 
-TEST(MinimizeOnStart, WithoutIt0TheWindowStaysInSight) {
+TEST(MinimizeOnStart, KeepsTheWindowVisibleIfTheSettingIs0) {
     TrayBench bench;
     bench.loop.after(5s, [&] { EXPECT_TRUE(bench.form.visible()); });
     bench.form.CmdSelectAction.click();
@@ -100,7 +100,7 @@ TEST(TheEndOfAnAction, RestoresTheProgramFromTheTray) {
     EXPECT_FALSE(bench.popup.loaded());
 }
 
-TEST(StopConversion, EndsACaptureAndKeepsItsAudio) {
+TEST(StopConversion, EndsACaptureAndSavesTheCapturedPart) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] { bench.popup.mnuStopencoding.click(); });
@@ -114,7 +114,7 @@ TEST(StopConversion, EndsACaptureAndKeepsItsAudio) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(StopConversion, WithNothingRunningStillShowsTheWindowAndCancels) {
+TEST(StopConversion, ShowsTheWindowAndCancelsWithoutARunningActionToo) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     bench.process.cancelRequested = false;
@@ -124,7 +124,7 @@ TEST(StopConversion, WithNothingRunningStillShowsTheWindowAndCancels) {
     EXPECT_FALSE(bench.popup.loaded());
 }
 
-TEST(RestoreControlPanel, ShowsTheWindowAndDisturbsNoJob) {
+TEST(RestoreControlPanel, ShowsTheWindowAndDoesNotAffectTheAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] {
@@ -137,7 +137,7 @@ TEST(RestoreControlPanel, ShowsTheWindowAndDisturbsNoJob) {
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 10584000}));
 }
 
-TEST(APanelThatGoes, BringsTheWindowBackAsAnEntryInTheMiddleOfAJob) {
+TEST(RemovalOfTheTrayPanel, IconifiesTheHiddenWindowDuringAnAction) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] {
@@ -151,7 +151,7 @@ TEST(APanelThatGoes, BringsTheWindowBackAsAnEntryInTheMiddleOfAJob) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(Shutdown, InTheMiddleOfACaptureKeepsWhatWasCaptured) {
+TEST(Shutdown, DuringACaptureSavesTheCapturedPart) {
     TrayBench bench;
     bench.process.settings.minimizeOnStart = 1;
     bench.loop.after(5s, [&] { bench.popup.mnuEnd.click(); });
@@ -164,7 +164,7 @@ TEST(Shutdown, InTheMiddleOfACaptureKeepsWhatWasCaptured) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(ACloseFromTheTray, RemovesTheIcon) {
+TEST(CloseFromTheTray, RemovesTheIcon) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));

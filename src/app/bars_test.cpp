@@ -35,7 +35,7 @@ struct BarCase {
     Twips treeHeight;
 };
 
-TEST(BarToggle, HidesACheckedBarShowsAnUncheckedOneAndLaysTheWindowOutAnew) {
+TEST(BarToggle, TogglesABarAndUpdatesTheLayout) {
     const BarCase cases[] = {
         {"tool bar", mnuToolbar_Click, &Form1::mnuToolbar, &Form1::Picture3, true, 0_twips,
          4000_twips},
@@ -65,7 +65,7 @@ TEST(BarToggle, HidesACheckedBarShowsAnUncheckedOneAndLaysTheWindowOutAnew) {
     }
 }
 
-TEST(BarToggle, LetsTheTreeFillTheWindowWithAllFourHidden) {
+TEST(BarToggle, WithAllFourHiddenTheTreeFillsTheWindow) {
     Window window;
     mnuToolbar_Click(window.form);
     mnuActivityBar_Click(window.form);
@@ -74,7 +74,7 @@ TEST(BarToggle, LetsTheTreeFillTheWindowWithAllFourHidden) {
     EXPECT_EQ(window.form.TreeView1.height(), 5000_twips);
 }
 
-TEST(BarToggle, GoesByTheEntryNotByTheBar) {
+TEST(BarToggle, UsesTheMenuEntrysStateAndNotTheBars) {
     Window window;
     window.form.Picture3.setVisible(false);
     mnuToolbar_Click(window.form);

@@ -39,7 +39,7 @@ TEST(FormLoad, ShowsTheWindowWithDiscAndFilesInItsTree) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(FormLoad, PlacesTheWindowLeftOfTheScreensCentre) {
+TEST(FormLoad, PlacesTheWindowLeftOfTheCentreOfTheScreen) {
     ApplicationBench bench({1000, 1000});
     bench.form.setDesignedSize(4000_twips, 6000_twips);
     bench.application.start();
@@ -47,7 +47,7 @@ TEST(FormLoad, PlacesTheWindowLeftOfTheScreensCentre) {
     EXPECT_EQ(bench.form.top(), Twips(16200 / 2 - 6000 / 2));
 }
 
-TEST(FormLoad, TakesItsStepsInOrder) {
+TEST(FormLoad, RunsItsStepsInOrder) {
     ApplicationBench bench({1000, 1000});
     bench.form.ProgressBar1.setValue(50).passOver();
     std::vector<std::string> steps;
@@ -81,7 +81,7 @@ TEST(FormLoad, TakesItsStepsInOrder) {
     EXPECT_EQ(bench.loop.yieldCount(), 9);
 }
 
-TEST(FormLoad, EndsAtAProgramFolderThatCannotBeEntered) {
+TEST(FormLoad, StopsIfTheProgramFolderCannotBeEntered) {
     ApplicationBench bench({1000, 1000});
     bench.files.failWith(test::FakeFileSystem::Operation::changeFolder, "c:\\sonarith",
                          ErrorNumber::pathNotFound);
@@ -117,7 +117,7 @@ TEST(RefreshList, ReadsTheDiscAgainAndRebuildsTheTree) {
                 ElementsAre("c:\\sonarith\\wavfiles\\*.*", "c:\\sonarith\\wavfiles\\*.*"));
 }
 
-TEST(Help, AsksForTheHelpFileOfTheProgramsFolder) {
+TEST(Help, RequestsTheHelpFileInTheProgramFolder) {
     ApplicationBench bench({1000, 1000});
     bench.files.addFolder("c:\\elsewhere");
     bench.files.changeFolder("c:\\elsewhere").passOver();
@@ -128,7 +128,7 @@ TEST(Help, AsksForTheHelpFileOfTheProgramsFolder) {
     EXPECT_EQ(bench.shell.helpShown.size(), 2U);
 }
 
-TEST(Help, EndsWhereTheProgramsFolderCannotBeEntered) {
+TEST(Help, DoesNothingIfTheProgramFolderCannotBeEntered) {
     ApplicationBench bench({1000, 1000});
     bench.files.failWith(test::FakeFileSystem::Operation::changeFolder, "c:\\sonarith",
                          ErrorNumber::pathNotFound);
@@ -165,7 +165,7 @@ TEST(Timer1, ClearsTheDisplaysOnce) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(Moving, DragsTheWindowByTheBareFormAndByTheHandGrip) {
+TEST(Moving, DragsTheWindowByAnEmptyPartOfTheFormAndByTheHandGrip) {
     ApplicationBench bench({1000, 1000});
     int grasped = 0;
     const Connection connection = bench.form.captionGrasped.connect([&] { ++grasped; });

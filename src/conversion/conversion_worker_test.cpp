@@ -50,7 +50,7 @@ TEST_F(WorkerTest, WithAStopRequestedItUnloadsInItsLoad) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, EachLoadHasItsOwnWorker) {
+TEST_F(WorkerTest, EachLoadStartsItsOwnJob) {
     window.load();
     window.Timer1.setEnabled(false);
     window.unload();
@@ -126,7 +126,7 @@ TEST_F(WorkerTest, ASourceThatIsRefusedIsNotDecoded) {
     EXPECT_TRUE(window.Timer2.enabled());
 }
 
-TEST_F(WorkerTest, StartHereStartsTheCurrentFileWhateverItsArgumentSays) {
+TEST_F(WorkerTest, StartHereStartsTheCurrentFileAndIgnoresItsArgument) {
     process.currentWavFile = "c:\\music\\other.wav";
     window.load();
     mp3.log.clear();
@@ -151,7 +151,7 @@ TEST_F(WorkerTest, EachTickShowsThePercentageWithHalvesToTheEvenNumber) {
     EXPECT_THAT(bars, ElementsAre(12, 25, 38, 50, 62, 75, 88));
 }
 
-TEST_F(WorkerTest, ATickReadsTheControlAfreshForTheBarAndYieldsOnce) {
+TEST_F(WorkerTest, ATickReadsTheControlAgainForTheBarAndYieldsOnce) {
     window.load();
     mp3.reads.clear();
     const int yields = loop.yieldCount();
@@ -161,7 +161,7 @@ TEST_F(WorkerTest, ATickReadsTheControlAfreshForTheBarAndYieldsOnce) {
     EXPECT_TRUE(window.loaded());
 }
 
-TEST_F(WorkerTest, TheEndIsShownWithABlankAndUnloadsTheWindow) {
+TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowUnloads) {
     mp3.duration = 1200ms;
     window.load();
     loop.advance(1499ms);
@@ -240,7 +240,7 @@ TEST_F(WorkerTest, APercentageThatTheBarRefusesIsShownAsTextAndEndsTheJob) {
     }
 }
 
-TEST_F(WorkerTest, APercentageBeyondSixteenBitsEndsTheJobUnshown) {
+TEST_F(WorkerTest, APercentageBeyondSixteenBitsEndsTheJobAndIsNotShown) {
     mp3.position = 1'000'000;
     window.load();
     loop.advance(500ms);
@@ -248,7 +248,7 @@ TEST_F(WorkerTest, APercentageBeyondSixteenBitsEndsTheJobUnshown) {
     EXPECT_EQ(form.Label33.caption(), "before");
 }
 
-TEST_F(WorkerTest, AControlThatFailsToStopEndsTheJobWithoutTheHundredPercent) {
+TEST_F(WorkerTest, AControlThatFailsToStopEndsTheJobWithout100Percent) {
     mp3.duration = 100ms;
     mp3.failStop = Error{ErrorNumber::deviceInputOutput, ""};
     window.load();
@@ -262,7 +262,7 @@ TEST_F(WorkerTest, AControlThatFailsToStopEndsTheJobWithoutTheHundredPercent) {
 
 // --- unloading from outside ----------------------------------------------------------------------
 
-TEST_F(WorkerTest, AnUnloadFromOutsideStopsTheControlAndKeepsWhatWasWritten) {
+TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheControlAndKeepsTheWrittenPart) {
     mp3.duration = 10s;
     window.load();
     loop.advance(700ms);
@@ -292,7 +292,7 @@ TEST_F(WorkerTest, CancelRequestsAStopAndUnloads) {
     EXPECT_FALSE(process.workerBusy);
 }
 
-TEST_F(WorkerTest, AWorkerUnloadedInsideItsTickLeavesTheNextOneAlone) {
+TEST_F(WorkerTest, AWorkerUnloadedInsideItsTickDoesNotAffectTheNextOne) {
     for (const auto& [duration, yield] : {std::pair(10s, 1), std::pair(0s, 1), std::pair(0s, 2)}) {
         SCOPED_TRACE(std::to_string(duration.count()) + " s, yield " + std::to_string(yield));
         mp3.duration = duration + 100ms;

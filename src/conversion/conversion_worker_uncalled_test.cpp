@@ -28,7 +28,7 @@ struct StartDecodingTest : test::ConversionWorld {
     ConversionWorker& worker() { return conversion.worker; }
 };
 
-TEST_F(StartDecodingTest, DecodesBesideTheFileAndWaitsForTheEnd) {
+TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
@@ -64,7 +64,7 @@ TEST_F(StartDecodingTest, AnIdleControlUnloadsAtOnceAndYieldsOnce) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, AnUnloadFromOutsideEndsTheWait) {
+TEST_F(StartDecodingTest, AnUnloadByOtherCodeEndsTheWait) {
     mp3.duration = 10h;
     loop.after(700ms, [this] { window.unload(); });
     const auto start = loop.now();
@@ -72,7 +72,7 @@ TEST_F(StartDecodingTest, AnUnloadFromOutsideEndsTheWait) {
     EXPECT_EQ(loop.now() - start, 700ms);
 }
 
-TEST_F(StartDecodingTest, TheNextWorkersJobDoesNotKeepTheWaitUp) {
+TEST_F(StartDecodingTest, TheNextWorkersJobDoesNotProlongTheWait) {
     mp3.duration = 10h;
     loop.after(700ms, [this] {
         window.unload();

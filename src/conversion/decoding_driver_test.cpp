@@ -77,7 +77,7 @@ TEST_F(DriverTest, AllFilesYieldOnceBeforeEachFileAndSelectedFilesDoNot) {
     }
 }
 
-TEST_F(DriverTest, TheCommandsAreClosedAndCancelIsSeenWhileAFileIsDecoded) {
+TEST_F(DriverTest, TheCommandsAreDisabledAndCancelIsVisibleWhileAFileIsDecoded) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     windows.frmsearch.load();
     bool seen = false;
@@ -97,7 +97,7 @@ TEST_F(DriverTest, TheCommandsAreClosedAndCancelIsSeenWhileAFileIsDecoded) {
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 
-TEST_F(DriverTest, TheCountIsTakenOnceAndTheDisplayedOneIsNot) {
+TEST_F(DriverTest, TheLoopReadsTheCountOnceAndTheDisplayReadsItEachTime) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     loop.after(700ms, [this] { form.List2.addItem("c:\\mp3\\c.mp3"); });
     decode("MP3 Files");
@@ -105,7 +105,7 @@ TEST_F(DriverTest, TheCountIsTakenOnceAndTheDisplayedOneIsNot) {
     EXPECT_EQ(shown[1], "Decoding a.mp3 | Decoding #2 of 3 files | c:\\music\\a.wav");
 }
 
-TEST_F(DriverTest, AWorkerLeftFromEarlierIsUnloadedFirst) {
+TEST_F(DriverTest, AnEarlierWorkerIsUnloadedFirst) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
     windows.Form6.load();
@@ -146,7 +146,7 @@ TEST_F(DriverTest, NoSelectedFilesShowAMessageAndNothingElse) {
     EXPECT_FALSE(form.Timer1.enabled());
 }
 
-TEST_F(DriverTest, SelectedFilesStoppedBeforeTheFirstShowTheLengthOfAnEarlierFile) {
+TEST_F(DriverTest, IfStoppedBeforeTheFirstSelectedFileItShowsTheLengthOfAnEarlierFile) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     form.lblStatus.setCaption("as before");
@@ -163,7 +163,7 @@ TEST_F(DriverTest, SelectedFilesStoppedBeforeTheFirstShowTheLengthOfAnEarlierFil
 // --- case C: one file
 // ------------------------------------------------------------------------------
 
-TEST_F(DriverTest, OneFileIsFoundByItsBareName) {
+TEST_F(DriverTest, OneFileIsFoundByItsNameWithoutAPath) {
     process.settings.showFullPath = 0;
     fill(form.List2, {"c:\\mp3\\A.mp3", "c:\\mp3\\B.mp3"});
     decode("b.mp3");
@@ -173,7 +173,7 @@ TEST_F(DriverTest, OneFileIsFoundByItsBareName) {
     expectFinished();
 }
 
-TEST_F(DriverTest, OneFileIsFoundByItsWholePathInEitherList) {
+TEST_F(DriverTest, OneFileIsFoundByItsFullPathInEitherList) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\b.mp3"});
     decode("c:\\mp3\\b.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
@@ -186,7 +186,7 @@ TEST_F(DriverTest, OneFileIsFoundByItsWholePathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, ASelectedFileWithABareNameUsesTheOtherListsLineOfThatIndex) {
+TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheOtherListsLineOfThatIndex) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
@@ -221,7 +221,7 @@ TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndUsesTheLineAfterTheSearch) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\a.mp3");
 }
 
-TEST_F(DriverTest, TheFirstLineOfTheNameCounts) {
+TEST_F(DriverTest, TheFirstLineWithTheNameIsUsed) {
     mp3File("d:\\b.mp3");
     fill(form.List2, {"d:\\b.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
@@ -284,7 +284,7 @@ TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     EXPECT_FALSE(windows.Form6.loaded());
 }
 
-TEST_F(DriverTest, AShortFileWaitsUntilTheWorkerIsUnloadedFromOutside) {
+TEST_F(DriverTest, AShortFileWaitsUntilOtherCodeUnloadsTheWorker) {
     mp3File("c:\\mp3\\short.mp3", 99);
     fill(form.List2, {"c:\\mp3\\short.mp3", "c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
@@ -298,7 +298,7 @@ TEST_F(DriverTest, AShortFileWaitsUntilTheWorkerIsUnloadedFromOutside) {
     expectFinished();
 }
 
-TEST_F(DriverTest, AListThatIsEmptiedMeanwhileEndsInTheWaitForAFileThatIsNotThere) {
+TEST_F(DriverTest, AListThatIsClearedMeanwhileEndsInTheWaitForAMissingFile) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     loop.after(700ms, [this] { form.List2.clear(); });
     loop.after(1h, [this] { loop.endProgram(); });
@@ -340,7 +340,7 @@ TEST_F(DriverTest, StartDecodingDoesNothingForAFileThatDoesNot) {
 // --- a second action inside the first
 // ------------------------------------------------------------------
 
-TEST_F(DriverTest, ASecondStartInsideTheFirstTakesOverAndEndsBoth) {
+TEST_F(DriverTest, ASecondStartInsideTheFirstRunsInsteadAndEndsBoth) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\A.mp3"});
     mp3.duration = 5s;

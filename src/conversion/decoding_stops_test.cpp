@@ -74,7 +74,7 @@ const std::vector<StopKind>& stopKinds() {
     return kinds;
 }
 
-TEST(EveryStopOfADecoding, AtEveryYieldRegainsIdleAndTheNextRunWorks) {
+TEST(EveryStopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     for (const char* group : {"MP3 Files", "Selected MP3 Files", "c:\\mp3\\b.mp3"}) {
         for (const StopKind& kind : stopKinds()) {
             bool reached = true;

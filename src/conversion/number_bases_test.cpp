@@ -21,7 +21,7 @@ TEST(ConvertBase, WritesANumberInAnotherBase) {
     EXPECT_EQ(ConvertBase("0042", 10, 10), "42");
 }
 
-TEST(ConvertBase, TakesLettersOfEitherCase) {
+TEST(ConvertBase, AcceptsLettersOfEitherCase) {
     EXPECT_EQ(ConvertBase("ff", 16, 10), "255");
     EXPECT_EQ(ConvertBase("Ff", 16, 10), "255");
     EXPECT_EQ(ConvertBase("z", 36, 10), "35");
@@ -53,12 +53,12 @@ TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
     EXPECT_EQ(ConvertBase("0", 1, 10), "Error");
 }
 
-TEST(ConvertBase, TakesBase1ForItsResult) {
+TEST(ConvertBase, AcceptsBase1ForTheResult) {
     // Above 0 it would never return, as no digit of that base reduces the number.
     EXPECT_EQ(ConvertBase("0", 10, 1), "0");
 }
 
-TEST(ConvertBase, IsExactUpTo53BitsAndEndsAboveThem) {
+TEST(ConvertBase, IsExactUpTo53BitsAndTerminatesAboveThem) {
     EXPECT_EQ(ConvertBase("9007199254740991", 10, 16), "1FFFFFFFFFFFFF");
     EXPECT_EQ(ConvertBase("18446744073709551616", 10, 16), "10000000000000000");
     EXPECT_EQ(ConvertBase(std::string(2000, '9'), 10, 16), "Error");
@@ -77,7 +77,7 @@ TEST(ModDouble, RoundsTheQuotientDownwards) {
     EXPECT_EQ(ModDouble(-17, -16).value(), -1);
 }
 
-TEST(ModDouble, FailsForNoDivisor) {
+TEST(ModDouble, FailsForADivisorOfZero) {
     EXPECT_EQ(ModDouble(1, 0).error().number, ErrorNumber::divisionByZero);
     EXPECT_EQ(ModDouble(0, 0).error().number, ErrorNumber::divisionByZero);
 }

@@ -51,14 +51,14 @@ TEST_F(WavHeadTest, ReadsTheFieldsOfAMonoFile) {
     EXPECT_EQ(head().wavDuration, "00:30");
 }
 
-TEST_F(WavHeadTest, ReadsFourPlacesInThisOrder) {
+TEST_F(WavHeadTest, ReadsFourFileOffsetsInThisOrder) {
     read(wav(100, 1, 16, 44100));
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.wav readWrite", "readBinary c:\\a.wav 0 4",
                                       "readBinary c:\\a.wav 22 2", "readBinary c:\\a.wav 34 2",
                                       "readBinary c:\\a.wav 24 1"));
 }
 
-TEST_F(WavHeadTest, KnowsSixRatesByTheirLowByte) {
+TEST_F(WavHeadTest, IdentifiesSixRatesByTheirLowByte) {
     struct Row {
         unsigned hertz;
         const char* shown;
@@ -71,7 +71,7 @@ TEST_F(WavHeadTest, KnowsSixRatesByTheirLowByte) {
     }
 }
 
-TEST_F(WavHeadTest, EveryOtherByteLeavesTheRateOfTheFileBefore) {
+TEST_F(WavHeadTest, KeepsThePreviousFilesRateForEveryOtherByte) {
     for (unsigned byte = 0; byte < 256; ++byte) {
         EXPECT_TRUE(read(wav(1000, 1, 8, 11025)));
         EXPECT_TRUE(read(wav(1000, 1, 16, byte)));
@@ -86,14 +86,14 @@ TEST_F(WavHeadTest, EveryOtherByteLeavesTheRateOfTheFileBefore) {
     }
 }
 
-TEST_F(WavHeadTest, TakesOtherRatesOfTheSameLowByteForThese) {
+TEST_F(WavHeadTest, MistakesOtherRatesWithTheSameLowByte) {
     EXPECT_TRUE(read(wav(1000, 1, 16, 16000)));
     EXPECT_EQ(head().wavSampleRate, "48000");
     EXPECT_TRUE(read(wav(1000, 1, 16, 0x1144)));
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, WithoutTheMarkOnlyLengthChannelsAndBitsChange) {
+TEST_F(WavHeadTest, WithoutTheWaveMarkOnlyLengthChannelsAndBitsChange) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
@@ -109,12 +109,12 @@ TEST_F(WavHeadTest, WithoutTheMarkOnlyLengthChannelsAndBitsChange) {
     }
 }
 
-TEST_F(WavHeadTest, LooksAtNoOtherMark) {
+TEST_F(WavHeadTest, ChecksNoOtherMark) {
     EXPECT_TRUE(read(wav(88'200 + 1000, 1, 16, 44100)));
     EXPECT_EQ(head().wavDuration, "00:01");
 }
 
-TEST_F(WavHeadTest, TakesOff1000BytesForTheHeader) {
+TEST_F(WavHeadTest, Subtracts1000BytesForTheHeader) {
     EXPECT_TRUE(read(wav(2000 * 10 + 1000, 1, 16, 8000)));
     EXPECT_EQ(head().wavDuration, "00:01");
     EXPECT_TRUE(read(wav(8000 + 1000, 1, 8, 8000)));
@@ -123,7 +123,7 @@ TEST_F(WavHeadTest, TakesOff1000BytesForTheHeader) {
     EXPECT_EQ(head().wavDuration, "00:-00");
 }
 
-TEST_F(WavHeadTest, WritesTwoDigitsAtLeast) {
+TEST_F(WavHeadTest, WritesAtLeastTwoDigits) {
     const auto duration = [&](int seconds) {
         read(wav(static_cast<std::size_t>(seconds) * 1000 + 1000, 1, 1, 8000));
         return head().wavDuration;
@@ -150,7 +150,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
     EXPECT_EQ(duration(29'500), "00:30");
 }
 
-TEST_F(WavHeadTest, ABitRateOfZeroLeavesTheDurationOfTheFileBefore) {
+TEST_F(WavHeadTest, ABitRateOfZeroKeepsThePreviousFilesDuration) {
     // No rate is known.
     EXPECT_TRUE(read(wav(1000, 2, 16, 0x1234)));
     EXPECT_EQ(head().wavBitRate, 0);
@@ -176,7 +176,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavDuration, "00:-01");
 }
 
-TEST_F(WavHeadTest, OfAShortFileTheFieldsBehindItsEndStay) {
+TEST_F(WavHeadTest, KeepsTheFieldsBeyondTheEndOfAShortFile) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     for (const std::size_t length : {0U, 1U, 3U}) {
         EXPECT_FALSE(read(wav(100, 1, 8, 44100).substr(0, length)));

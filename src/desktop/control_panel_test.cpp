@@ -58,7 +58,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
 
 // --- load and unload ------------------------------------------------------------------------
 
-TEST_F(ControlPanelTest, ItsFormHasItsOwnTitleAndTwoTimersThatRunFromTheLoad) {
+TEST_F(ControlPanelTest, ItsFormHasItsOwnTitleAndTwoTimersThatRunOnceItIsLoaded) {
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     EXPECT_FALSE(popup.Timer1.enabled());
     popup.load();
@@ -95,12 +95,12 @@ TEST_F(ControlPanelTest, TheUnloadDeletesTheIconTwiceAndTheSecondFails) {
     EXPECT_THAT(tray.log, ElementsAre("remove", "remove failed"));
 }
 
-TEST_F(ControlPanelTest, TheUnloadOfAFormThatIsNotLoadedIsNone) {
+TEST_F(ControlPanelTest, UnloadingAFormThatIsNotLoadedDoesNothing) {
     popup.unload();
     EXPECT_THAT(tray.log, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, EachLoadAddsAnIconAnew) {
+TEST_F(ControlPanelTest, EachLoadAddsANewIcon) {
     for (int i = 0; i < 3; ++i) {
         popup.load();
         EXPECT_THAT(tips(), ElementsAre("Sonarith"));
@@ -125,7 +125,7 @@ TEST_F(ControlPanelTest, TheTipFollowsTheMainWindowsTitleOnceASecond) {
     EXPECT_THAT(tips(), ElementsAre("Extracting Track 2"));
 }
 
-TEST_F(ControlPanelTest, ALongTitleIsCutInTheTipAlone) {
+TEST_F(ControlPanelTest, ALongTitleIsCutOnlyInTheTip) {
     popup.load();
     form.setCaption(std::string(80, 'x'));
     loop.advance(1s);
@@ -133,7 +133,7 @@ TEST_F(ControlPanelTest, ALongTitleIsCutInTheTipAlone) {
     EXPECT_EQ(popup.caption(), std::string(80, 'x'));
 }
 
-TEST_F(ControlPanelTest, TheFormsTitleFollowsOnceASecondToo) {
+TEST_F(ControlPanelTest, TheFormsTitleIsAlsoUpdatedOnceASecond) {
     popup.load();
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     form.setCaption("Decoding a.mp3");
@@ -155,7 +155,7 @@ TEST_F(ControlPanelTest, EachTimerYieldsAfterItsStep) {
     EXPECT_EQ(loop.yieldCount(), 2);
 }
 
-TEST_F(ControlPanelTest, TheFormMayBeUnloadedInItsTimersYields) {
+TEST_F(ControlPanelTest, TheFormMayBeUnloadedDuringAYieldOfItsTimers) {
     for (int n = 1; n <= 2; ++n) {
         popup.load();
         loop.atYield(n, [this] { popup.unload(); });
@@ -165,7 +165,7 @@ TEST_F(ControlPanelTest, TheFormMayBeUnloadedInItsTimersYields) {
     }
 }
 
-TEST_F(ControlPanelTest, TheTipIsRefreshedDuringLongWorkThatYields) {
+TEST_F(ControlPanelTest, TheTipIsUpdatedDuringLongWorkThatYields) {
     popup.load();
     form.setCaption("working");
     loop.waitFor(1500ms);
@@ -186,14 +186,14 @@ TEST_F(ControlPanelTest, TheMenuHasFourEntriesInThisOrder) {
     EXPECT_TRUE(popup.mnuspace1.isLine());
 }
 
-TEST_F(ControlPanelTest, OpeningTheMenuBringsTheFormsTitleUpToDate) {
+TEST_F(ControlPanelTest, OpeningTheMenuUpdatesTheFormsTitle) {
     popup.load();
     form.setCaption("Extracting Track 3");
     run(tray.menu->onOpen);
     EXPECT_EQ(popup.caption(), "Extracting Track 3");
 }
 
-TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndLeavesTheTrayInThisOrder) {
+TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndRemovesTheIconInThisOrder) {
     goToTray();
     EXPECT_FALSE(form.visible());
     form.Command2.onClick = [this] {
@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndLeavesTheTrayInTh
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, RestoreShowsTheWindowAndLeavesTheTray) {
+TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
     goToTray();
     int shown = 0;
     const Connection watch = form.showRequested.connect([&] {
@@ -224,7 +224,7 @@ TEST_F(ControlPanelTest, RestoreShowsTheWindowAndLeavesTheTray) {
     EXPECT_THAT(tips(), IsEmpty());
 }
 
-TEST_F(ControlPanelTest, RestoreBringsAWindowBackThatIsShrunk) {
+TEST_F(ControlPanelTest, RestoreShowsAnIconifiedWindow) {
     tray.setHost(false);
     goToTray();
     int shown = 0;
@@ -245,7 +245,7 @@ TEST_F(ControlPanelTest, ShutdownUnloadsFourWindowsInThisOrderAndEndsTheProgram)
     EXPECT_TRUE(loop.ended());
 }
 
-TEST_F(ControlPanelTest, ShutdownPassesOverWindowsThatAreNotLoaded) {
+TEST_F(ControlPanelTest, ShutdownSkipsWindowsThatAreNotLoaded) {
     form.unload();
     popup.load();
     EXPECT_THROW(popup.mnuEnd.click(), test::ProgramEnded);
@@ -256,13 +256,13 @@ TEST_F(ControlPanelTest, ShutdownPassesOverWindowsThatAreNotLoaded) {
 
 // --- panels that come and go ----------------------------------------------------------------
 
-TEST_F(ControlPanelTest, WithAPanelTheWindowHides) {
+TEST_F(ControlPanelTest, WithAPanelTheWindowIsHidden) {
     goToTray();
     EXPECT_FALSE(form.visible());
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, WithoutAPanelTheWindowShrinksAndAllElseIsTheSame) {
+TEST_F(ControlPanelTest, WithoutAPanelTheWindowIsIconifiedAndAllElseIsTheSame) {
     tray.setHost(false);
     goToTray();
     EXPECT_THAT(events, ElementsAre("shrink"));
@@ -275,7 +275,7 @@ TEST_F(ControlPanelTest, WithoutAPanelTheWindowShrinksAndAllElseIsTheSame) {
     EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
 }
 
-TEST_F(ControlPanelTest, APanelThatComesLaterLeavesTheShrunkWindowWhereItIs) {
+TEST_F(ControlPanelTest, APanelThatStartsLaterLeavesTheWindowIconified) {
     tray.setHost(false);
     goToTray();
     events.clear();
@@ -287,7 +287,7 @@ TEST_F(ControlPanelTest, APanelThatComesLaterLeavesTheShrunkWindowWhereItIs) {
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(ControlPanelTest, APanelThatGoesBringsTheHiddenWindowBackAsAnEntry) {
+TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
     goToTray();
     int shown = 0;
     const Connection watch = form.showRequested.connect([&] { ++shown; });
@@ -303,7 +303,7 @@ TEST_F(ControlPanelTest, APanelThatGoesBringsTheHiddenWindowBackAsAnEntry) {
     EXPECT_THAT(events, ElementsAre("shrink while hidden"));
 }
 
-TEST_F(ControlPanelTest, APanelThatGoesLeavesAWindowInSightAlone) {
+TEST_F(ControlPanelTest, RemovalOfThePanelDoesNotAffectAVisibleWindow) {
     popup.load(); // as the preferences do, which leave the main window alone
     tray.setHost(false);
     tray.setHost(true);
@@ -311,7 +311,7 @@ TEST_F(ControlPanelTest, APanelThatGoesLeavesAWindowInSightAlone) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, OutsideTheTrayPanelsMeanNothing) {
+TEST_F(ControlPanelTest, WithoutTheIconPanelsHaveNoEffect) {
     form.hide();
     tray.setHost(false);
     EXPECT_FALSE(form.visible());

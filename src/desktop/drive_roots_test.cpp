@@ -20,13 +20,13 @@ TEST(DriveRoots, AreEmptyForAMachineWithoutDrives) {
     EXPECT_THAT(driveRoots(machine), IsEmpty());
 }
 
-TEST(DriveRoots, ComeInTheMachinesOrder) {
+TEST(DriveRoots, AreInTheMachinesOrder) {
     test::FakeSystemInformation machine;
     machine.drives = {{"C:\\", {}}, {"A:\\", {}}};
     EXPECT_THAT(driveRoots(machine), ElementsAre("A:\\", "C:\\"));
 }
 
-TEST(DriveRoots, AskAgainWithTheRoomThatTheListNeeds) {
+TEST(DriveRoots, RequestTheListAgainWithTheNeededSpace) {
     test::FakeSystemInformation machine;
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
         machine.drives[root] = {}; // with C: more than the ten characters of the first question
@@ -34,7 +34,7 @@ TEST(DriveRoots, AskAgainWithTheRoomThatTheListNeeds) {
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\", "D:\\", "E:\\", "F:\\"));
 }
 
-TEST(DriveRoots, AskAsOftenAsTheListGrows) {
+TEST(DriveRoots, RequestTheListAgainAsOftenAsItGrows) {
     // A drive is plugged in before each question, until there are six.
     test::FakeSystemInformation machine;
     std::vector<std::string> now = {"C:\\", "D:\\"};
@@ -50,7 +50,7 @@ TEST(DriveRoots, AskAsOftenAsTheListGrows) {
     EXPECT_EQ(asked, 5);
 }
 
-TEST(DriveRoots, LeaveARestOfLessThanFourCharactersOut) {
+TEST(DriveRoots, OmitARestOfLessThanFourCharacters) {
     test::FakeSystemInformation machine;
     machine.listOfRoots = [] {
         return std::vector<std::string>{"C:\\", "D:"};
@@ -58,7 +58,7 @@ TEST(DriveRoots, LeaveARestOfLessThanFourCharactersOut) {
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\"));
 }
 
-TEST(DriveRoots, AreAHundredAtMost) {
+TEST(DriveRoots, AreAtMostAHundred) {
     test::FakeSystemInformation machine;
     machine.listOfRoots = [] {
         return std::vector<std::string>(101, "C:\\");

@@ -53,15 +53,15 @@ std::vector<PixelRectangle> leftOf(const std::vector<std::string>& rows,
     return region ? region->rectangles : std::vector<PixelRectangle>();
 }
 
-TEST(RegionFromBitmap, IsNoneWithoutAPicture) {
+TEST(RegionFromBitmap, IsEmptyWithoutAPicture) {
     EXPECT_EQ(RegionFromBitmap(nullptr, whitePixel), std::nullopt);
 }
 
-TEST(RegionFromBitmap, IsTheFullRectangleOfAPictureWithoutTheColour) {
+TEST(RegionFromBitmap, IsTheWholeRectangleForAPictureWithoutTheColour) {
     EXPECT_THAT(leftOf({"xxx", "xxx"}), ElementsAre(PixelRectangle{0, 0, 3, 2}));
 }
 
-TEST(RegionFromBitmap, IsEmptyForAPictureThatIsAllOfTheColour) {
+TEST(RegionFromBitmap, IsEmptyForAPictureInTheColourOnly) {
     const WatchedPicture picture({"   ", "   "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     ASSERT_TRUE(region.has_value());
@@ -73,14 +73,14 @@ TEST(RegionFromBitmap, IsEmptyForAPictureWithoutPixels) {
     EXPECT_THAT(leftOf({"", ""}), IsEmpty());
 }
 
-TEST(RegionFromBitmap, CutsRunsAtBothEdgesAndInTheMiddle) {
+TEST(RegionFromBitmap, RemovesRunsAtBothEdgesAndInTheMiddle) {
     EXPECT_THAT(leftOf({" x  x "}),
                 ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{4, 0, 5, 1}));
     EXPECT_THAT(leftOf({"x  x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{3, 0, 4, 1}));
 }
 
-TEST(RegionFromBitmap, CutsEverySecondColumn) {
+TEST(RegionFromBitmap, RemovesEverySecondColumn) {
     EXPECT_THAT(leftOf({"x x x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{2, 0, 3, 1},
                             PixelRectangle{4, 0, 5, 1}));
@@ -88,13 +88,13 @@ TEST(RegionFromBitmap, CutsEverySecondColumn) {
                 ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{3, 0, 4, 1}));
 }
 
-TEST(RegionFromBitmap, RowsThatAreLeftAlikeShareTheirRectangles) {
+TEST(RegionFromBitmap, EqualRowsShareTheirRectangles) {
     EXPECT_THAT(leftOf({"xx", "x ", "x ", "  ", "x "}),
                 ElementsAre(PixelRectangle{0, 0, 2, 1}, PixelRectangle{0, 1, 1, 3},
                             PixelRectangle{0, 4, 1, 5}));
 }
 
-TEST(RegionFromBitmap, CutsTheColourThatIsNamed) {
+TEST(RegionFromBitmap, RemovesTheGivenColour) {
     EXPECT_THAT(leftOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
     EXPECT_THAT(leftOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
     // The number that stands for "no pixel there" elsewhere is a colour that no pixel has.
@@ -110,13 +110,13 @@ TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
                                            std::pair(0, 1), std::pair(1, 1)));
 }
 
-TEST(RegionFromBitmap, ReadsPastAPictureWithoutPixelsToo) {
+TEST(RegionFromBitmap, AlsoReadsPastAPictureWithoutPixels) {
     const WatchedPicture picture({});
     static_cast<void>(RegionFromBitmap(&picture, whitePixel));
     EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));
 }
 
-TEST(RegionFromBitmap, ThePixelBehindARunIsNotTestedAsTheStartOfAnother) {
+TEST(RegionFromBitmap, ThePixelAfterARunIsNotTestedAsTheStartOfAnother) {
     const WatchedPicture picture({" x "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));
@@ -129,7 +129,7 @@ TEST(RegionFromBitmap, ThePixelBehindARunIsNotTestedAsTheStartOfAnother) {
 
 // --- any picture ---------------------------------------------------------------------------
 
-TEST(RegionFromBitmap, LeavesEveryPixelOfAnotherColourExactlyOnce) {
+TEST(RegionFromBitmap, CoversEveryPixelOfAnotherColourExactlyOnce) {
     std::mt19937 random(20260);
     for (int round = 0; round < 200; ++round) {
         const int width = static_cast<int>(random() % 12);

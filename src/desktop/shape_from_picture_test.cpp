@@ -32,12 +32,12 @@ class CountedPicture final : public PixelPicture {
     }
 };
 
-TEST_F(ShapeFromPictureTest, AtTheStartNoRegionHasBeenBuilt) {
+TEST_F(ShapeFromPictureTest, BuildsNoRegionAtTheStart) {
     EXPECT_FALSE(process.WindowRegion.has_value());
     EXPECT_FALSE(form.windowRegion().has_value());
 }
 
-TEST_F(ShapeFromPictureTest, MasksTheWindowWithWhatThePictureLeavesWithoutWhite) {
+TEST_F(ShapeFromPictureTest, MasksTheWindowWithAllPixelsOfThePictureButWhiteOnes) {
     form.setPicture(std::make_shared<PixelPicture>(2, 1, halfWhite));
     int masked = 0;
     const Connection connection = form.changed.connect(
@@ -65,7 +65,7 @@ TEST_F(ShapeFromPictureTest, AnotherPictureReplacesTheRegion) {
     EXPECT_EQ(form.windowRegion(), rightHalf);
 }
 
-TEST_F(ShapeFromPictureTest, WithoutAPictureTheWindowIsWhole) {
+TEST_F(ShapeFromPictureTest, WithoutAPictureTheWindowHasNoMask) {
     process.WindowRegion = rightHalf;
     form.setWindowRegion(rightHalf);
     ShapeFromPicture(form, process);

@@ -22,7 +22,7 @@ class SystemTest : public ::testing::Test {
 
 // --- drives --------------------------------------------------------------------------------------
 
-TEST_F(SystemTest, DriveInfoTellsTheBytesOfADiskOfAnySize) {
+TEST_F(SystemTest, DriveInfoReturnsTheBytesOfADiskOfAnySize) {
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t size : {std::int64_t{2'147'483'647}, std::int64_t{2'147'483'648},
                                     std::int64_t{20'000'000'000'000}, largest}) {
@@ -35,7 +35,7 @@ TEST_F(SystemTest, DriveInfoTellsTheBytesOfADiskOfAnySize) {
     }
 }
 
-TEST_F(SystemTest, DriveInfoIsZeroForADriveThatRefuses) {
+TEST_F(SystemTest, DriveInfoIsZeroForADriveThatFails) {
     machine.drives["D:\\"].space = std::nullopt;
     for (const char* root : {"D:\\", "X:\\"}) {
         std::int64_t total = 1;
@@ -46,7 +46,7 @@ TEST_F(SystemTest, DriveInfoIsZeroForADriveThatRefuses) {
     }
 }
 
-TEST_F(SystemTest, DriveTypeNamesFiveKinds) {
+TEST_F(SystemTest, DriveTypeHasFiveNames) {
     struct Row {
         DriveKind kind;
         const char* text;
@@ -65,7 +65,7 @@ TEST_F(SystemTest, DriveTypeOfAPathThatDoesNotExistIsEmpty) {
     EXPECT_EQ(system.DriveType("X:\\"), "");
 }
 
-TEST_F(SystemTest, DrivesAddsToTheCountersAndResetsNone) {
+TEST_F(SystemTest, DrivesAddsToTheCountersWithoutResettingThem) {
     machine.drives["D:\\"].kind = DriveKind::fixed;
     machine.drives["E:\\"].kind = DriveKind::removable;
     machine.drives["F:\\"].kind = DriveKind::network;
@@ -82,7 +82,7 @@ TEST_F(SystemTest, DrivesAddsToTheCountersAndResetsNone) {
     EXPECT_EQ(counts.ramDisks, 2);
 }
 
-TEST_F(SystemTest, SerialNumberIsTwoGroupsOfFourDigits) {
+TEST_F(SystemTest, SerialNumberHasTwoGroupsOfFourDigits) {
     machine.drives["C:\\"].volume = VolumeInformation{"", 0x1A2B3C4D};
     EXPECT_EQ(system.SerialNumber("C:\\"), "1A2B-3C4D");
     machine.drives["C:\\"].volume = VolumeInformation{"", 0xF};
@@ -90,7 +90,7 @@ TEST_F(SystemTest, SerialNumberIsTwoGroupsOfFourDigits) {
     EXPECT_EQ(system.SerialNumber("X:\\"), "0000-0000");
 }
 
-TEST_F(SystemTest, VolumeLabelOfADiskWithoutOneIsNoName) {
+TEST_F(SystemTest, VolumeLabelIsNoNameForADiskWithoutALabel) {
     machine.drives["C:\\"].volume = VolumeInformation{"MUSIC", 0};
     EXPECT_EQ(system.VolumeLabel("C:\\"), "MUSIC");
     machine.drives["C:\\"].volume = VolumeInformation{std::string("A\0B", 3), 0};
@@ -99,11 +99,11 @@ TEST_F(SystemTest, VolumeLabelOfADiskWithoutOneIsNoName) {
     EXPECT_EQ(system.VolumeLabel("C:\\"), "NoName");
 }
 
-TEST_F(SystemTest, VolumeLabelEndsWithNothingWhereTheSearchFails) {
+TEST_F(SystemTest, VolumeLabelIsEmptyIfTheCallFails) {
     EXPECT_EQ(system.VolumeLabel("X:\\"), "");
 }
 
-TEST_F(SystemTest, FastDiskSpaceAsksTheDriveAndComesBack) {
+TEST_F(SystemTest, FastDiskSpaceEntersTheDriveAndReturns) {
     disk.addFolder("d:\\");
     disk.addFolder("c:\\music");
     disk.changeFolder("c:\\music").passOver();
@@ -115,7 +115,7 @@ TEST_F(SystemTest, FastDiskSpaceAsksTheDriveAndComesBack) {
                                                "changeFolder c:\\music"));
 }
 
-TEST_F(SystemTest, FastDiskSpaceEndsSilentlyOnFailures) {
+TEST_F(SystemTest, FastDiskSpaceIgnoresFailures) {
     disk.addFolder("d:\\");
     EXPECT_EQ(system.FastDiskSpace("x:"), 0); // no such drive
     EXPECT_EQ(disk.log.size(), 1U);
@@ -126,7 +126,7 @@ TEST_F(SystemTest, FastDiskSpaceEndsSilentlyOnFailures) {
 
 // --- numbers -------------------------------------------------------------------------------------
 
-TEST_F(SystemTest, PutPointsPartsGroupsOfThreeDigits) {
+TEST_F(SystemTest, PutPointsSeparatesGroupsOfThreeDigits) {
     EXPECT_EQ(System::PutPoints(0), "0");
     EXPECT_EQ(System::PutPoints(999), "999");
     EXPECT_EQ(System::PutPoints(1000), "1.000");
@@ -137,7 +137,7 @@ TEST_F(SystemTest, PutPointsPartsGroupsOfThreeDigits) {
     EXPECT_EQ(System::PutPoints(-2147483648), "-2.147.483.648");
 }
 
-TEST_F(SystemTest, FreeMemoryIsInWholeKilobytes) {
+TEST_F(SystemTest, FreeMemoryIsCountedInWholeKilobytes) {
     machine.memory = {42, 16'000'000'000, 1536};
     System::Memory memory;
     system.FreeMemory(memory);
@@ -150,7 +150,7 @@ TEST_F(SystemTest, FreeMemoryIsInWholeKilobytes) {
     EXPECT_EQ(memory.availableKb, 1);
 }
 
-TEST_F(SystemTest, FunctionKeysAreTheMachines) {
+TEST_F(SystemTest, FunctionKeysIsTheMachinesNumber) {
     EXPECT_EQ(system.FunctionKeys(), 12);
 }
 
@@ -172,7 +172,7 @@ TEST_F(SystemTest, KeyboardTypeHasSevenNames) {
     EXPECT_EQ(system.KeyboardType(), "");
 }
 
-TEST_F(SystemTest, SystemInfoLeavesTheTextForAProcessorWithoutAName) {
+TEST_F(SystemTest, SystemInfoKeepsTheTextIfTheProcessorHasNoName) {
     System::Processors processors;
     machine.processorNow = {386, 1, 1};
     system.SystemInfo(processors);
@@ -191,7 +191,7 @@ TEST_F(SystemTest, SystemInfoLeavesTheTextForAProcessorWithoutAName) {
     EXPECT_EQ(processors.count, 2);
 }
 
-TEST_F(SystemTest, WinVerNamesThreePlatforms) {
+TEST_F(SystemTest, WinVerHasNamesForThreePlatforms) {
     System::Version version{7, 7, "x"};
     machine.versionNow = SystemVersion{0, 3, 10};
     system.WinVer(version);
@@ -217,7 +217,7 @@ std::string inBuffer(const std::string& text) {
     return text + '\0' + std::string(5, ' ');
 }
 
-TEST_F(SystemTest, FoldersEndInOneBackslash) {
+TEST_F(SystemTest, FoldersEndWithOneBackslash) {
     machine.temp = std::string("C:\\tmp") + '\0';
     machine.system = std::string("C:\\usr\\lib\\") + '\0';
     machine.windows = "C:\\"; // without a NUL
@@ -226,7 +226,7 @@ TEST_F(SystemTest, FoldersEndInOneBackslash) {
     EXPECT_EQ(system.WinDir(), "C:\\");
 }
 
-TEST_F(SystemTest, NamesHaveNoBackslash) {
+TEST_F(SystemTest, NamesEndWithoutABackslash) {
     machine.computer = inBuffer("desk");
     machine.user = inBuffer("jane");
     EXPECT_EQ(system.ComputerName(), "desk");
@@ -252,7 +252,7 @@ TEST_F(SystemTest, TextsAreEmptyOnFailure) {
               "");
 }
 
-TEST_F(SystemTest, TextsThatDoNotFitIntoFiftyCharactersAreEmpty) {
+TEST_F(SystemTest, TextsLongerThanFiftyCharactersAreEmpty) {
     machine.temp = inBuffer(std::string(49, 'x'));
     machine.user = inBuffer(std::string(49, 'x'));
     EXPECT_EQ(system.TempDir(), std::string(49, 'x') + "\\");

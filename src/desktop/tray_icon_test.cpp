@@ -33,7 +33,7 @@ TEST_F(TrayIconTest, AddsModifiesAndDeletesByTheIdentifier) {
     EXPECT_THAT(tray.log, ElementsAre("add Sonarith", "modify Extracting Track 1", "remove"));
 }
 
-TEST_F(TrayIconTest, PassesOverWhatTheTrayRefuses) {
+TEST_F(TrayIconTest, IgnoresFailuresOfTheTray) {
     icons.ModifyTrayIcon(7, form, "x");
     icons.DeleteTrayIcon(7);
     icons.AddTrayIcon(7, form, "x");
@@ -49,7 +49,7 @@ TEST_F(TrayIconTest, CutsTheTipAfter63Characters) {
     EXPECT_EQ(shownTip(""), "");
 }
 
-TEST_F(TrayIconTest, CutsBetweenCharactersAndNotWithinOne) {
+TEST_F(TrayIconTest, NeverCutsWithinACharacter) {
     icons.AddTrayIcon(7, form, "x");
     std::string title;
     std::string cut;

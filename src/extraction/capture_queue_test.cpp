@@ -235,7 +235,7 @@ TEST(CmdStart, KeepsTheCurrentTrackWithNothingSelected) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, MarksAGroupsCaptureAsNotYetUnderWayAndLeavesASingleTracks) {
+TEST(CmdStart, ResetsTheMarkOfARunningCaptureForAGroupOnly) {
     struct Case {
         const char* node;
         std::int32_t endMs;

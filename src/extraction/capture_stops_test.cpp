@@ -77,7 +77,7 @@ TEST(StopEverything, LeavesTheFinalFiguresUpForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, RepeatsTheEndWithinATickAndOffersTheMp3OfThatNameToo) {
+TEST(StopEverything, RepeatsTheEndWithinATickAndAddsTheMp3OfThatNameToo) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
@@ -144,7 +144,7 @@ TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
                 ElementsAre(SavedCapture{savedAs(1), 17640}, SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesOffersTheMp3Too) {
+TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheMp3Too) {
     QueueBench bench(2);
     bench.files.addFile("c:\\wavfiles\\12053477-2.mp3", std::string(200, 'm'));
     bench.disc.onSave = [&](const SavedCapture& save) {
@@ -255,7 +255,7 @@ TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsAsTheyAre) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopPlaying, LosesARunningCaptureWhoseTicksGoOnUntilEverythingIsStopped) {
+TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilEverythingIsStopped) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] { bench.form.Command12.click(); });
     bench.loop.after(10min, [&] {
@@ -270,7 +270,7 @@ TEST(StopPlaying, LosesARunningCaptureWhoseTicksGoOnUntilEverythingIsStopped) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(Finish, OnlyClearsTheDisplaysWhereTheTrackWasEndedWithoutAStop) {
+TEST(Finish, OnlyClearsTheDisplaysIfTheTrackEndedWithoutAStop) {
     QueueBench bench(1 + 1);
     bench.form.Disablem();
     bench.form.lstRecord.setListIndex(1).passOver();
@@ -281,7 +281,7 @@ TEST(Finish, OnlyClearsTheDisplaysWhereTheTrackWasEndedWithoutAStop) {
     EXPECT_THAT(linesOf(bench.form.List1), IsEmpty());
 }
 
-TEST(Finish, KeepsAFileNameThatIsTooShortToLoseAnEnding) {
+TEST(Finish, KeepsAFileNameThatIsTooShortToRemoveAnExtension) {
     QueueBench bench(1 + 1);
     bench.state.stopRequested = true;
     bench.state.currentFile = "a";

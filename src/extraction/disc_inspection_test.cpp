@@ -20,7 +20,7 @@ constexpr const char* emptyDrive =
     "The CD drive is empty. If you wish to use your CD as a source, please insert a music CD into "
     "the CD drive.";
 
-TEST(InspectCD, AsksForEachLengthTwiceInTheOrderOfTheSteps) {
+TEST(InspectCD, RequestsEachLengthTwiceInTheOrderOfTheSteps) {
     ExtractionBench bench({185000, 61000});
     bench.inspection.InspectCD();
     EXPECT_THAT(bench.media.log,
@@ -117,7 +117,7 @@ TEST(InspectCD, WorksAfterADiscWasLeftOpen) {
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST(InspectCD, KeepsAnIdentityThatIsNotANumber) {
+TEST(InspectCD, AcceptsAnIdentityThatIsNotANumber) {
     ExtractionBench bench({1000, 1000});
     bench.disc.identity = "1A2B-C";
     bench.inspection.InspectCD();

@@ -115,7 +115,7 @@ class ShortRun : public ExtractionBench {
     }
 };
 
-TEST(EveryStop, AtEveryYieldOfARunRegainsIdleAndTheNextRunWorks) {
+TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
     for (const StopKind& kind : stopKinds()) {
         bool reached = true;
         int n = 0;
@@ -139,7 +139,7 @@ TEST(EveryStop, AtEveryYieldOfARunRegainsIdleAndTheNextRunWorks) {
     }
 }
 
-TEST(EveryStop, BetweenTwoTicksRegainsIdleAndKeepsWhatWasCaptured) {
+TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
     for (const StopKind& kind : stopKinds()) {
         for (auto moment = 50ms; moment < 600ms; moment += 100ms) {
             SCOPED_TRACE(kind.name + " after " + std::to_string(moment.count()) + " ms");
@@ -291,7 +291,7 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
     }
 }
 
-TEST(EveryStop, OfARunOfOneTrackWithoutAQueueRegainsIdle) {
+TEST(EveryStop, OfOneTrackWithoutAQueueReturnsToIdle) {
     for (const StopKind& kind : stopKinds()) {
         for (int n = 1; n < 20; ++n) {
             SCOPED_TRACE(kind.name + " at yield " + std::to_string(n));

@@ -22,7 +22,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartTrackRecording, ClosesTheCommandsAndReturnsWithTheCaptureRunning) {
+TEST(StartTrackRecording, DisablesTheCommandsAndReturnsWithTheCaptureRunning) {
     ExtractionBench bench({60000, 30000, 20000});
     bench.insertDisc();
     bench.state.stopRequested = true;
@@ -258,7 +258,7 @@ void selectFormat(ExtractionBench& bench, const std::string& text) {
 
 // --- the sister ----------------------------------------------------------------------------
 
-TEST(StartTrackRecording1, TakesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfTheList) {
+TEST(StartTrackRecording1, UsesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfTheList) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1, 2});
@@ -293,7 +293,7 @@ TEST(StartTrackRecording1, OpensTheRecorderEvenWithoutATrackAndThenSkipsTheRest)
     EXPECT_FALSE(bench.commandsOpen());
 }
 
-TEST(StartTrackRecording1, TakesItsArgumentWhereTheQueueHasNoCurrentLine) {
+TEST(StartTrackRecording1, UsesItsArgumentIfTheQueueHasNoCurrentLine) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1});

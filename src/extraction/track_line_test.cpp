@@ -11,7 +11,7 @@ TEST(TrackLine, RightAlignsTheNumberInTwoCharacters) {
     EXPECT_EQ(trackLine(12, "00:03:05"), "Track 12 - 00:03:05");
 }
 
-TEST(TrackLine, DropsWhatDoesNotFitTheField) {
+TEST(TrackLine, DropsTheCharactersThatDoNotFitTheField) {
     EXPECT_EQ(trackLine(123, "x"), "Track 12 - x");
 }
 
@@ -28,7 +28,7 @@ TEST(TrackLine, IsReadBackFromThreeCharactersAtPositionSix) {
     EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }
 
-TEST(TrackLine, ReadsZeroWhereNoNumberStands) {
+TEST(TrackLine, ReadsZeroIfThereIsNoNumber) {
     EXPECT_EQ(trackNumberIn("").valueOr(-1), 0);
     EXPECT_EQ(trackNumberIn("Track").valueOr(-1), 0);
     EXPECT_EQ(trackNumberIn("Track ").valueOr(-1), 0);

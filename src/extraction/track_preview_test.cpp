@@ -31,7 +31,7 @@ TEST(TrackPreview, SendsZeroAsANumberToo) {
     EXPECT_EQ(bench.media.log.back(), "play cd from 0");
 }
 
-TEST(TrackPreview, PlaysFromZeroWhereTheCountIsNoSixteenBitNumber) {
+TEST(TrackPreview, PlaysFromZeroIfTheCountIsNoSixteenBitNumber) {
     for (const char* count : {"", "2 tracks", "70000"}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -51,7 +51,7 @@ TEST(TrackPreview, IgnoresFailures) {
     EXPECT_TRUE(bench.boxes.shown.empty());
 }
 
-TEST(TrackPreview, DoesNotMoveTheEndsOfATrackUnderCapture) {
+TEST(TrackPreview, DoesNotChangeTheEndOfATrackThatIsBeingCaptured) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackStartMs = 7;
@@ -62,7 +62,7 @@ TEST(TrackPreview, DoesNotMoveTheEndsOfATrackUnderCapture) {
     EXPECT_EQ(bench.captureState.trackEndMs, 8);
 }
 
-TEST(TrackPreview, StopsWithoutSavingAndWithoutTouchingATimer) {
+TEST(TrackPreview, StopsWithoutSavingAndWithoutChangingATimer) {
     ExtractionBench bench({60000, 30000});
     bench.form.tmrRecord.setEnabled(true);
     bench.form.tmrWarning.setEnabled(true);

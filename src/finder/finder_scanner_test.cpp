@@ -21,13 +21,13 @@ class FinderScannerTest : public testing::Test, protected test::FinderWorld {
     }
 };
 
-TEST_F(FinderScannerTest, LoadsTheWindowByTheFirstTouchAndShowsNothing) {
+TEST_F(FinderScannerTest, LoadsTheWindowAtItsFirstUseAndShowsNothing) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     EXPECT_TRUE(windows.frmsearch.loaded());
     EXPECT_FALSE(windows.frmsearch.visible());
 }
 
-TEST_F(FinderScannerTest, FindsATypeByItsBareName) {
+TEST_F(FinderScannerTest, FindsATypeWithoutItsDot) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     scanner.search("wav");
     EXPECT_THAT(lines(scanner.lstfiles()),
@@ -37,7 +37,7 @@ TEST_F(FinderScannerTest, FindsATypeByItsBareName) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderScannerTest, AMissingFolderFailsAndTheFormerOneIsSearched) {
+TEST_F(FinderScannerTest, AMissingFolderFailsAndThePreviousOneIsSearched) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     const Status status = scanner.setFolder("c:\\none");
     ASSERT_FALSE(status.ok());
@@ -53,14 +53,14 @@ TEST_F(FinderScannerTest, AtFirstTheProgramsFolderIsSearched) {
     EXPECT_THAT(lines(scanner.lstfiles()), ElementsAre("c:\\sonarith\\own.wav"));
 }
 
-TEST_F(FinderScannerTest, ANameLeftInTheFindersBoxNarrowsTheScan) {
+TEST_F(FinderScannerTest, ANameInTheFindersBoxLimitsTheScan) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     finder.Text1.setText("c");
     scanner.search("wav");
     EXPECT_THAT(lines(scanner.lstfiles()), ElementsAre("c:\\music\\sub\\c.wav"));
 }
 
-TEST_F(FinderScannerTest, ASearchThatRunsAlreadyIsStoppedByTheNext) {
+TEST_F(FinderScannerTest, AScanStopsARunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");
@@ -70,7 +70,7 @@ TEST_F(FinderScannerTest, ASearchThatRunsAlreadyIsStoppedByTheNext) {
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));
 }
 
-TEST_F(FinderScannerTest, TheTreeIsBuiltFromWhatTheFinderFinds) {
+TEST_F(FinderScannerTest, TheTreeIsBuiltFromTheFoundFiles) {
     process.settings.decodePath = "c:\\Music";
     process.settings.showFullPath = 1;
     tree.showfiles();
@@ -78,7 +78,7 @@ TEST_F(FinderScannerTest, TheTreeIsBuiltFromWhatTheFinderFinds) {
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(FinderScannerTest, ARefreshWithinARefreshComesToItsEndAtEveryYield) {
+TEST_F(FinderScannerTest, ARefreshInsideARefreshFinishesAtEveryYield) {
     process.settings.decodePath = "c:\\Music";
     tree.showfiles();
     const int yields = loop.yieldCount();

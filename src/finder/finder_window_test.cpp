@@ -38,7 +38,7 @@ class FinderWindowTest : public testing::Test, protected test::FinderWorld {
 
 // --- the button -----------------------------------------------------------------------------
 
-TEST_F(FinderWindowTest, AClickStartsASearchAndClearsWhatTheLastOneLeft) {
+TEST_F(FinderWindowTest, AClickStartsASearchAndClearsThePreviousResult) {
     disk.addFolder("c:\\m");
     finder.lstfiles.addItem("old");
     finder.lstdirs.addItem("old");
@@ -58,7 +58,7 @@ TEST_F(FinderWindowTest, AClickStartsASearchAndClearsWhatTheLastOneLeft) {
     EXPECT_TRUE(seen);
 }
 
-TEST_F(FinderWindowTest, TheButtonGoesThroughItsCaptionsAndIsClosedBetween) {
+TEST_F(FinderWindowTest, TheButtonChangesItsCaptionAndIsDisabledInBetween) {
     disk.addFolder("c:\\m");
     std::vector<std::string> states;
     const Connection watch = finder.Command1.changed.connect([&](Property) {
@@ -85,7 +85,7 @@ TEST_F(FinderWindowTest, ATickHidesTheListsUntilTheEnd) {
     EXPECT_TRUE(finder.lstfiles.visible());
 }
 
-TEST_F(FinderWindowTest, ACaptionThatMeansNothingDoesNothing) {
+TEST_F(FinderWindowTest, AnUnknownCaptionDoesNothing) {
     disk.addFolder("c:\\m");
     finder.Command1.setCaption("Search");
     finder.lstfiles.addItem("kept");
@@ -94,7 +94,7 @@ TEST_F(FinderWindowTest, ACaptionThatMeansNothingDoesNothing) {
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("kept"));
 }
 
-TEST_F(FinderWindowTest, ContinueAsItsCaptionStartsWithoutClearing) {
+TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
     disk.addFolder("c:\\m");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\m").ok());
     finder.List1.addItem("kept");
@@ -121,7 +121,7 @@ TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutItsPrefix) {
     EXPECT_EQ(caption, shown + "...");
 }
 
-TEST_F(FinderWindowTest, ACaptionOf200CharactersStays) {
+TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     const std::string prefix = "Searching . . . ";
     // Characters, not bytes.
     std::string name;
@@ -135,7 +135,7 @@ TEST_F(FinderWindowTest, ACaptionOf200CharactersStays) {
     EXPECT_EQ(caption, prefix + "c:\\" + name + "\\");
 }
 
-TEST_F(FinderWindowTest, APathThatIsTooLongByItselfIsShownAllTheSame) {
+TEST_F(FinderWindowTest, APathThatIsItselfTooLongIsShownAnyway) {
     finder.lstdirs.addItem(std::string(300, 'x'));
     finder.lbltime.setCaption(std::string(400, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
@@ -154,7 +154,7 @@ TEST_F(FinderWindowTest, DriveAndFolderFollowEachOther) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\music");
 }
 
-TEST_F(FinderWindowTest, EachFollowsTheOtherOnceAndNoFurther) {
+TEST_F(FinderWindowTest, EachFollowsTheOtherOnlyOnce) {
     disk.addFolder("d:\\albums");
     std::vector<std::string> moves;
     const Connection drives =
@@ -169,7 +169,7 @@ TEST_F(FinderWindowTest, EachFollowsTheOtherOnceAndNoFurther) {
     EXPECT_THAT(moves, ElementsAre("C:\\MUSIC", "c:"));
 }
 
-TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesDriveAndFolder) {
+TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) {
     disk.addFolder("c:\\music");
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
@@ -182,7 +182,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredLeavesDriveAndFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(FinderWindowTest, WithoutAnyDriveLeftBothStay) {
+TEST_F(FinderWindowTest, WithoutAnyDriveNeitherDriveNorFolderChanges) {
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
@@ -192,7 +192,7 @@ TEST_F(FinderWindowTest, WithoutAnyDriveLeftBothStay) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\sonarith");
 }
 
-TEST_F(FinderWindowTest, TheFolderListStaysOpenInASearchAndTheDriveFollowsIt) {
+TEST_F(FinderWindowTest, TheFolderListStaysEnabledDuringASearchAndTheDriveFollowsIt) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFolder("d:\\albums");
     loop.atYield(1, [this] {
@@ -208,7 +208,7 @@ TEST_F(FinderWindowTest, TheFolderListStaysOpenInASearchAndTheDriveFollowsIt) {
 
 // --- a found file ---------------------------------------------------------------------------
 
-TEST_F(FinderWindowTest, TheMenuOpensForTheSelectedWavOrMp3AndTheRightButton) {
+TEST_F(FinderWindowTest, TheMenuOpensForARightClickOnASelectedWavOrMp3) {
     fillResults({"c:\\a.wav", "c:\\b.MP3", "c:\\c.txt"});
     press({.right = true});
     EXPECT_THAT(opened, IsEmpty()); // nothing is selected
@@ -225,7 +225,7 @@ TEST_F(FinderWindowTest, TheMenuOpensForTheSelectedWavOrMp3AndTheRightButton) {
     EXPECT_THAT(opened, SizeIs(2));
 }
 
-TEST_F(FinderWindowTest, SelectForConversionEntersTheFileOnceAndKeepsItsLine) {
+TEST_F(FinderWindowTest, SelectForConversionAddsTheFileOnceAndKeepsItsLine) {
     process.settings.showFullPath = 1;
     NodeRef collection;
     addCollection(form.TreeView1, "f Collection 3", "MP3 Files Folder").storeIn(collection);
@@ -240,7 +240,7 @@ TEST_F(FinderWindowTest, SelectForConversionEntersTheFileOnceAndKeepsItsLine) {
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.mp3"));
 }
 
-TEST_F(FinderWindowTest, AFileTooShortToEnterLandsInTheOtherTypesList) {
+TEST_F(FinderWindowTest, AFileTooShortToAddIsAddedToTheOtherTypesList) {
     files.addFile("c:\\m\\a.wav", "short");
     fillResults({"c:\\m\\a.wav"});
     select(0);
@@ -249,7 +249,7 @@ TEST_F(FinderWindowTest, AFileTooShortToEnterLandsInTheOtherTypesList) {
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\m\\a.wav"));
 }
 
-TEST_F(FinderWindowTest, RemoveFileTakesTheLineAndLeavesTheFile) {
+TEST_F(FinderWindowTest, RemoveFileRemovesTheLineAndKeepsTheFile) {
     files.addFile("c:\\a.wav");
     fillResults({"c:\\a.wav", "c:\\b.wav"});
     select(0);
@@ -263,7 +263,7 @@ TEST_F(FinderWindowTest, RemoveFileTakesTheLineAndLeavesTheFile) {
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
 }
 
-TEST_F(FinderWindowTest, DeleteAsksFirst) {
+TEST_F(FinderWindowTest, DeleteAsksForConfirmation) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         files.addFile("c:\\a.wav");
         fillResults({"c:\\a.wav"});
@@ -290,7 +290,7 @@ TEST_F(FinderWindowTest, DeleteRemovesFileAndLine) {
     EXPECT_THAT(boxes.shown, SizeIs(1));
 }
 
-TEST_F(FinderWindowTest, ADeletionThatFailsTakesTheLineAllTheSame) {
+TEST_F(FinderWindowTest, ADeletionThatFailsStillRemovesTheLine) {
     files.addFile("c:\\a.wav");
     files.failWith(test::FakeFileSystem::Operation::removeFile, "c:\\a.wav",
                    ErrorNumber::permissionDenied);
@@ -308,7 +308,7 @@ TEST_F(FinderWindowTest, ADeletionThatFailsTakesTheLineAllTheSame) {
     EXPECT_THAT(boxes.shown, SizeIs(1));
 }
 
-TEST_F(FinderWindowTest, AWindowClosedUnderTheQuestionDeletesNothing) {
+TEST_F(FinderWindowTest, ClosingTheWindowDuringTheQuestionDeletesNothing) {
     files.addFile("c:\\a.wav");
     fillResults({"c:\\a.wav", "c:\\b.wav"});
     select(0);
@@ -322,7 +322,7 @@ TEST_F(FinderWindowTest, AWindowClosedUnderTheQuestionDeletesNothing) {
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
 }
 
-TEST_F(FinderWindowTest, DeletesWhatIsSelectedWhenTheQuestionIsAnswered) {
+TEST_F(FinderWindowTest, DeletesTheLineThatIsSelectedWhenTheUserConfirms) {
     files.addFile("c:\\a.wav");
     files.addFile("c:\\b.wav");
     fillResults({"c:\\a.wav", "c:\\b.wav"});
@@ -358,7 +358,7 @@ bool closesInYield(int n, MenuItem FrmSearch::*entry, bool keepsFile) {
     return closed;
 }
 
-TEST_F(FinderWindowTest, AWindowClosedWhileAFileIsWorkedOnHarmsNothing) {
+TEST_F(FinderWindowTest, TheWindowMayBeClosedWhileAFileIsBeingAddedOrDeleted) {
     int n = 1;
     for (; closesInYield(n, &FrmSearch::mnuSeelectfile, true); ++n) {
     }
@@ -370,7 +370,7 @@ TEST_F(FinderWindowTest, AWindowClosedWhileAFileIsWorkedOnHarmsNothing) {
 
 // --- the window -----------------------------------------------------------------------------
 
-TEST_F(FinderWindowTest, LoadsInTheMiddleOfTheScreen) {
+TEST_F(FinderWindowTest, LoadsAtTheCentreOfTheScreen) {
     windows.frmsearch.unload();
     windows.frmsearch.setDesignedSize(6000_twips, 4000_twips);
     windows.frmsearch.load();
@@ -378,7 +378,7 @@ TEST_F(FinderWindowTest, LoadsInTheMiddleOfTheScreen) {
     EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000_twips) / 2);
 }
 
-TEST_F(FinderWindowTest, BothWaysOfClosingUnloadIt) {
+TEST_F(FinderWindowTest, CloseEntryAndWindowManagerUnloadIt) {
     windows.frmsearch.show();
     finder.cmdend.click();
     EXPECT_FALSE(windows.frmsearch.loaded());
@@ -388,7 +388,7 @@ TEST_F(FinderWindowTest, BothWaysOfClosingUnloadIt) {
     EXPECT_FALSE(windows.frmsearch.visible());
 }
 
-TEST_F(FinderWindowTest, ComesBackNewAfterItWasClosed) {
+TEST_F(FinderWindowTest, IsResetWhenItIsOpenedAgain) {
     disk.addFile("c:\\m\\a.mp3");
     finder.Text1.setText("a");
     finder.chkhidelist.setValue(1).passOver();
@@ -405,7 +405,7 @@ TEST_F(FinderWindowTest, ComesBackNewAfterItWasClosed) {
     EXPECT_THAT(lines(finder.List1), IsEmpty());
 }
 
-TEST_F(FinderWindowTest, DuplicateFoldersGoAndTheFirstOfEachStays) {
+TEST_F(FinderWindowTest, RemovesDuplicateFoldersAndKeepsTheFirst) {
     for (const char* folder : {"a", "b", "a", "a", "A", "b", "a"}) {
         finder.List1.addItem(folder);
     }

@@ -20,7 +20,7 @@ class SearchEngineTest : public testing::Test, protected test::FinderWorld {
 
 // --- the first entry ------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, AFileThatComesFirstIsMatchedByItsExtensionAlone) {
+TEST_F(SearchEngineTest, TheFirstEntryIsMatchedByItsExtensionAloneIfItIsAFile) {
     disk.withoutDots("c:\\");
     disk.addFile("c:\\First.WAV");
     disk.addFile("c:\\second.wav");
@@ -32,7 +32,7 @@ TEST_F(SearchEngineTest, AFileThatComesFirstIsMatchedByItsExtensionAlone) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchEngineTest, AFolderThatComesFirstIsScannedButNotCounted) {
+TEST_F(SearchEngineTest, TheFirstEntryIsScannedButNotCountedIfItIsAFolder) {
     disk.withoutDots("c:\\");
     disk.addFile("c:\\first\\a.wav");
     disk.addFile("c:\\second\\b.wav");
@@ -41,7 +41,7 @@ TEST_F(SearchEngineTest, AFolderThatComesFirstIsScannedButNotCounted) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  2");
 }
 
-TEST_F(SearchEngineTest, AFirstFileWithoutADotTakesOnTheExtensionOfAnotherFolder) {
+TEST_F(SearchEngineTest, AFirstFileWithoutADotInheritsAnExtensionFromAnotherFolder) {
     disk.withoutDots("c:\\music\\x");
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\x\\first");
@@ -51,7 +51,7 @@ TEST_F(SearchEngineTest, AFirstFileWithoutADotTakesOnTheExtensionOfAnotherFolder
 
 // --- the walk -------------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, VisitsFoldersDepthFirstAndTheLastFoundFirst) {
+TEST_F(SearchEngineTest, VisitsFoldersDepthFirstStartingWithTheLastFound) {
     disk.addFolder("c:\\m\\A\\a1");
     disk.addFolder("c:\\m\\A\\a2");
     disk.addFolder("c:\\m\\B\\b1");
@@ -64,14 +64,14 @@ TEST_F(SearchEngineTest, VisitsFoldersDepthFirstAndTheLastFoundFirst) {
     EXPECT_EQ(disk.walksStarted, 1);
 }
 
-TEST_F(SearchEngineTest, AFoldersFilesComeBeforeThoseOfItsFolders) {
+TEST_F(SearchEngineTest, ListsAFoldersFilesBeforeThoseOfItsSubfolders) {
     disk.addFile("c:\\m\\x\\inner.wav");
     disk.addFile("c:\\m\\outer.wav");
     search("c:\\m", ".wav");
     EXPECT_THAT(found(), ElementsAre("c:\\m\\outer.wav", "c:\\m\\x\\inner.wav"));
 }
 
-TEST_F(SearchEngineTest, KeepsALogOfAllFoldersTheStartInItsOwnCase) {
+TEST_F(SearchEngineTest, LogsAllFoldersAndTheStartFolderInTheGivenCase) {
     disk.addFile("c:\\Music\\First\\A.wav");
     disk.addFolder("c:\\Music\\Second");
     search("c:\\Music", ".wav");
@@ -81,14 +81,14 @@ TEST_F(SearchEngineTest, KeepsALogOfAllFoldersTheStartInItsOwnCase) {
     EXPECT_THAT(lines(finder.lstdirs), IsEmpty());
 }
 
-TEST_F(SearchEngineTest, TheRootOfADriveGetsNoSecondBackslash) {
+TEST_F(SearchEngineTest, AddsNoSecondBackslashToTheRootOfADrive) {
     disk.addFile("c:\\a.wav");
     search("c:\\", ".wav");
     EXPECT_THAT(lines(finder.List1), ElementsAre("c:\\"));
     EXPECT_THAT(found(), ElementsAre("c:\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, AFolderThatCannotBeReadAddsNothingAndEndsAtItsFirstYield) {
+TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndEndsAtItsFirstYield) {
     disk.addFile("c:\\m\\last.wav");
     disk.addFolder("c:\\m\\locked");
     disk.makeUnreadable("c:\\m\\locked");
@@ -100,7 +100,7 @@ TEST_F(SearchEngineTest, AFolderThatCannotBeReadAddsNothingAndEndsAtItsFirstYiel
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  1");
 }
 
-TEST_F(SearchEngineTest, AnAnswerOfZeroEndsAFolderAtOnce) {
+TEST_F(SearchEngineTest, AHandleOfZeroEndsAFolderAtOnce) {
     disk.addFolder("c:\\m");
     disk.answerZeroFor("c:\\m");
     search("c:\\m", ".wav");
@@ -130,7 +130,7 @@ TEST_F(SearchEngineTest, YieldsOnceBeforeEachFurtherEntryAndTheEnd) {
     EXPECT_THAT(foundAtYield, ElementsAre(0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10));
 }
 
-TEST_F(SearchEngineTest, EverySearchIsAWalkOfItsOwn) {
+TEST_F(SearchEngineTest, EverySearchStartsItsOwnDirectoryWalk) {
     disk.addFile("c:\\m\\a.wav");
     search("c:\\m", ".wav");
     search("c:\\m", ".wav");
@@ -138,7 +138,7 @@ TEST_F(SearchEngineTest, EverySearchIsAWalkOfItsOwn) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, EverySearchTakesThePlaceOfTheLastResult) {
+TEST_F(SearchEngineTest, EverySearchReplacesThePreviousResult) {
     disk.addFile("c:\\m\\a.wav");
     ASSERT_TRUE(finder.Dir1.setPath("c:\\m").ok());
     finder.lstfiles.addItem("old");
@@ -146,7 +146,7 @@ TEST_F(SearchEngineTest, EverySearchTakesThePlaceOfTheLastResult) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, TheBoxesAreReadAnewForEveryEntry) {
+TEST_F(SearchEngineTest, TheBoxesAreReadAgainForEveryEntry) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFile("c:\\m\\b.mp3");
     loop.atYield(3, [this] { finder.zFileExt.setText(".mp3"); });
@@ -156,7 +156,7 @@ TEST_F(SearchEngineTest, TheBoxesAreReadAnewForEveryEntry) {
 
 // --- one folder -----------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, TheScanOfAFolderWritesItsPathBackTrimmedAndWithABackslash) {
+TEST_F(SearchEngineTest, TheScanOfAFolderStoresItsPathTrimmedAndWithABackslash) {
     disk.addFile("c:\\m\\a.wav");
     const auto walk = disk.startWalk();
     std::string path = "  c:\\m ";
@@ -168,7 +168,7 @@ TEST_F(SearchEngineTest, TheScanOfAFolderWritesItsPathBackTrimmedAndWithABacksla
     EXPECT_EQ(path, "\\");
 }
 
-TEST_F(SearchEngineTest, TheScanWithoutACallerTakesEveryFileAndCountsFolders) {
+TEST_F(SearchEngineTest, TheUncalledScanListsEveryFileAndCountsFolders) {
     disk.addFile("c:\\M\\A.txt");
     disk.addFolder("c:\\M\\X", file_attribute::hidden);
     disk.addFile("c:\\M\\my.b.c", file_attribute::system);
@@ -185,7 +185,7 @@ TEST_F(SearchEngineTest, TheScanWithoutACallerTakesEveryFileAndCountsFolders) {
     EXPECT_EQ(loop.yieldCount(), 5); // ".", "..", and three entries
 }
 
-TEST_F(SearchEngineTest, TheScanWithoutACallerListsNoEntryOfAnotherKind) {
+TEST_F(SearchEngineTest, TheUncalledScanListsNoOtherKindOfEntry) {
     constexpr std::uint32_t device = 64;
     disk.addFile("c:\\m\\printer", device);
     const auto walk = disk.startWalk();
@@ -199,7 +199,7 @@ TEST_F(SearchEngineTest, TheScanWithoutACallerListsNoEntryOfAnotherKind) {
 
 // --- what is shown --------------------------------------------------------------------------
 
-TEST_F(SearchEngineTest, ClosesTheBoxesWhileItRunsButLeavesTheFolderListOpen) {
+TEST_F(SearchEngineTest, DisablesTheBoxesButNotTheFolderListWhileItRuns) {
     disk.addFolder("c:\\m");
     finder.Label1.setCaption("old");
     bool seen = false;
@@ -218,7 +218,7 @@ TEST_F(SearchEngineTest, ClosesTheBoxesWhileItRunsButLeavesTheFolderListOpen) {
     EXPECT_TRUE(seen);
 }
 
-TEST_F(SearchEngineTest, OpensEverythingAtTheEnd) {
+TEST_F(SearchEngineTest, EnablesEverythingAtTheEnd) {
     disk.addFile("c:\\m\\x\\a.wav");
     finder.lstdirs.setVisible(false);
     search("c:\\m", ".wav");
@@ -235,13 +235,13 @@ TEST_F(SearchEngineTest, OpensEverythingAtTheEnd) {
     EXPECT_EQ(finder.FileCount, 0);
 }
 
-TEST_F(SearchEngineTest, CountsNothingWhereThereIsNothing) {
+TEST_F(SearchEngineTest, CountsZeroInAnEmptyFolder) {
     disk.addFolder("c:\\m");
     search("c:\\m", ".wav");
     EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  0");
 }
 
-TEST_F(SearchEngineTest, TheCountOfFoldersStaysAtItsHighest) {
+TEST_F(SearchEngineTest, TheCountOfFoldersStopsAtItsMaximum) {
     disk.addFolder("c:\\m\\a");
     disk.addFolder("c:\\m\\b");
     disk.addFolder("c:\\m\\c");
@@ -250,7 +250,7 @@ TEST_F(SearchEngineTest, TheCountOfFoldersStaysAtItsHighest) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 32767   Files:  0");
 }
 
-TEST_F(SearchEngineTest, MoreFilesThanTheCounterHoldsLeaveItAsItWas) {
+TEST_F(SearchEngineTest, TheCountOfFilesStopsAtItsMaximum) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");
@@ -271,7 +271,7 @@ struct Times {
 
 class SearchTimeTest : public testing::TestWithParam<Times>, protected test::FinderWorld {};
 
-TEST_P(SearchTimeTest, IsToldInSecondsWithSevenDigits) {
+TEST_P(SearchTimeTest, IsShownInSecondsWithSevenDigits) {
     disk.addFolder("c:\\m");
     loop.setSecondsSinceMidnight(GetParam().startSeconds);
     loop.atYield(1, [this] { loop.setSecondsSinceMidnight(GetParam().endSeconds); });

@@ -27,7 +27,7 @@ TEST_F(SearchMatchingTest, FindsATypeInAnyCaseAndListsItInLowerCase) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
 }
 
-TEST_F(SearchMatchingTest, MeasuresTheExtensionFromTheFirstDotOfTheWholePath) {
+TEST_F(SearchMatchingTest, TakesTheExtensionFromTheFirstDotOfTheWholePath) {
     disk.addFile("c:\\music\\my.album\\a.wav");
     disk.addFile("c:\\music\\a.b.wav");
     disk.addFile("c:\\music\\c.wav");
@@ -44,7 +44,7 @@ TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADot) {
     EXPECT_THAT(disk.listed, SizeIs(2));
 }
 
-TEST_F(SearchMatchingTest, PutsADotBeforeATypeThatHasNone) {
+TEST_F(SearchMatchingTest, AddsADotToATypeWithoutOne) {
     disk.addFile("c:\\music\\a.mp3");
     disk.addFile("c:\\music\\b.wav");
     search("c:\\music", "mp3");
@@ -52,7 +52,7 @@ TEST_F(SearchMatchingTest, PutsADotBeforeATypeThatHasNone) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(SearchMatchingTest, KnowsNoWildcards) {
+TEST_F(SearchMatchingTest, SupportsNoWildcards) {
     disk.addFile("c:\\music\\a.wav");
     search("c:\\music", "*.*");
     EXPECT_EQ(finder.zFileExt.text(), ".*.*");
@@ -62,7 +62,7 @@ TEST_F(SearchMatchingTest, KnowsNoWildcards) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchMatchingTest, TakesEveryTypeAsItIs) {
+TEST_F(SearchMatchingTest, UsesEveryOtherTypeUnchanged) {
     disk.addFile("c:\\music\\a.wav");
     for (const std::string& type :
          {std::string("*"), std::string("?"), std::string("a*b["), std::string("[!"),
@@ -85,7 +85,7 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) 
     EXPECT_THAT(found(), ElementsAre("c:\\music\\b."));
 }
 
-TEST_F(SearchMatchingTest, AcceptsEverythingWhileTheBoxSaysStarDotStar) {
+TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheBoxIsStarDotStar) {
     // Only code that writes to the box in the middle of a search can bring this about.
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");
@@ -94,7 +94,7 @@ TEST_F(SearchMatchingTest, AcceptsEverythingWhileTheBoxSaysStarDotStar) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.txt", "c:\\music\\b.c.d"));
 }
 
-TEST_F(SearchMatchingTest, ANameInTheBoxMustBeTheWholeNameInAnyCase) {
+TEST_F(SearchMatchingTest, MatchesAWholeNameInAnyCase) {
     disk.addFile("c:\\music\\track10.wav");
     disk.addFile("c:\\music\\Track1.WAV");
     disk.addFile("c:\\music\\track1.mp3");
@@ -114,7 +114,7 @@ TEST_F(SearchMatchingTest, TheNameEndsBeforeItsFirstDot) {
     EXPECT_THAT(found(), ElementsAre("c:\\other\\.wav"));
 }
 
-TEST_F(SearchMatchingTest, HiddenAndSystemEntriesCountLikeAnyOther) {
+TEST_F(SearchMatchingTest, IncludesHiddenAndSystemEntries) {
     disk.addFile("c:\\music\\a.wav", file_attribute::hidden);
     disk.addFile("c:\\music\\b.wav", file_attribute::system);
     disk.addFolder("c:\\music\\x", file_attribute::hidden | file_attribute::system);
@@ -132,7 +132,7 @@ TEST_F(SearchMatchingTest, SkipsFoldersWhoseNamesStartWithADot) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  0");
 }
 
-TEST_F(SearchMatchingTest, NamesOfAnyBytesPassThrough) {
+TEST_F(SearchMatchingTest, AcceptsNamesOfAnyBytes) {
     disk.addFile("c:\\music\\\xff\xfe Ä [x]\".WAV");
     search("c:\\music", ".wav");
     EXPECT_THAT(found(), ElementsAre("c:\\music\\\xff\xfe ä [x]\".wav"));
@@ -140,7 +140,7 @@ TEST_F(SearchMatchingTest, NamesOfAnyBytesPassThrough) {
 
 // --- names without a dot --------------------------------------------------------------------
 
-TEST_F(SearchMatchingTest, AFileWithoutAnyDotTakesOnTheExtensionOfTheOneBefore) {
+TEST_F(SearchMatchingTest, AFileWithoutADotInheritsThePreviousFilesExtension) {
     disk.addFile("c:\\music\\before");
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\after");
@@ -150,14 +150,14 @@ TEST_F(SearchMatchingTest, AFileWithoutAnyDotTakesOnTheExtensionOfTheOneBefore) 
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav", "c:\\music\\after"));
 }
 
-TEST_F(SearchMatchingTest, EachFolderBeginsWithoutAnExtensionToTakeOn) {
+TEST_F(SearchMatchingTest, TheInheritedExtensionIsResetForEachFolder) {
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\x\\first");
     search("c:\\music", ".wav");
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(SearchMatchingTest, AFileWithoutAnyDotHasTheExtensionOfTheOneBeforeAndItsOwnName) {
+TEST_F(SearchMatchingTest, AFileWithoutADotIsMatchedByItsOwnNameAndTheInheritedExtension) {
     disk.addFile("c:\\music\\track1.wav");
     disk.addFile("c:\\music\\other");
     disk.addFile("c:\\music\\Track1");

@@ -86,7 +86,7 @@ class SearchStopsTest : public testing::Test {
     }
 };
 
-TEST_F(SearchStopsTest, AWholeSearchHasTheYieldsWrittenDownHere) {
+TEST_F(SearchStopsTest, ACompleteSearchHasTheExpectedNumberOfYields) {
     const auto world = makeWorld();
     world->search("c:\\m", ".wav");
     EXPECT_EQ(world->loop.yieldCount(), stepCount);
@@ -96,7 +96,7 @@ TEST_F(SearchStopsTest, AWholeSearchHasTheYieldsWrittenDownHere) {
     expectIdle(*world);
 }
 
-TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchWithTheFolderUnderScan) {
+TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchInTheCurrentFolder) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -140,7 +140,7 @@ TEST_F(SearchStopsTest, AfterAStopTheLogOfFoldersStillGrows) {
     EXPECT_THAT(world->disk.listed, ElementsAre("c:\\m\\*.*"));
 }
 
-TEST_F(SearchStopsTest, ASearchBegunWithinAStoppedOneRunsToItsEndFirst) {
+TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
     for (int n = 1; n < stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -181,7 +181,7 @@ TEST_F(SearchStopsTest, TwoClicksAtDifferentYieldsStopAndStart) {
     }
 }
 
-TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchThere) {
+TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -206,7 +206,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchThere) {
     }
 }
 
-TEST_F(SearchStopsTest, AWindowOpenedAgainWithinTheSearchIsAnotherOne) {
+TEST_F(SearchStopsTest, AWindowReopenedDuringTheSearchIsIndependentOfIt) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -227,7 +227,7 @@ TEST_F(SearchStopsTest, AWindowOpenedAgainWithinTheSearchIsAnotherOne) {
     }
 }
 
-TEST_F(SearchStopsTest, TheScanWithoutACallerEndsWithItsWindowToo) {
+TEST_F(SearchStopsTest, TheUncalledScanAlsoEndsWithItsWindow) {
     const auto world = makeWorld();
     const auto walk = world->disk.startWalk();
     world->loop.atYield(4, [&] { world->finder.cmdend.click(); });
@@ -238,7 +238,7 @@ TEST_F(SearchStopsTest, TheScanWithoutACallerEndsWithItsWindowToo) {
     EXPECT_THAT(world->disk.closed, SizeIs(1));
 }
 
-TEST_F(SearchStopsTest, RemovingResultsAtEveryYieldHarmsNothing) {
+TEST_F(SearchStopsTest, ResultsMayBeRemovedAtEveryYield) {
     const auto world = makeWorld();
     FrmSearch& finder = world->finder;
     for (int n = 1; n <= stepCount; ++n) {
@@ -252,7 +252,7 @@ TEST_F(SearchStopsTest, RemovingResultsAtEveryYieldHarmsNothing) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  0");
 }
 
-TEST_F(SearchStopsTest, ADeletionYieldsWithinAYield) {
+TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     const auto world = makeWorld();
     FrmSearch& finder = world->finder;
     world->files.addFile("c:\\m\\a.wav", "sound");
@@ -270,7 +270,7 @@ TEST_F(SearchStopsTest, ADeletionYieldsWithinAYield) {
     expectIdle(*world);
 }
 
-TEST_F(SearchStopsTest, AnEndOfTheProgramLeavesTheSearchAtOnce) {
+TEST_F(SearchStopsTest, TheEndOfTheProgramEndsTheSearchAtOnce) {
     for (int n = 1; n <= stepCount; ++n) {
         const auto world = makeWorld();
         world->loop.atYield(n, [&] { world->loop.endProgram(); });

@@ -40,7 +40,7 @@ struct SharedWorld : test::FinderWorld {
 
 class SharedListsTest : public testing::Test, protected SharedWorld {};
 
-TEST_F(SharedListsTest, TheWindowOpensWithWhatTheScanHasLeft) {
+TEST_F(SharedListsTest, TheWindowOpensWithTheResultOfTheScan) {
     tree.showfiles();
     EXPECT_FALSE(finder.visible());
     form.mnuSearch.onClick = [this] {
@@ -58,7 +58,7 @@ TEST_F(SharedListsTest, TheWindowOpensWithWhatTheScanHasLeft) {
     expectTreeOfDestination();
 }
 
-TEST_F(SharedListsTest, AScanTakesThePlaceOfAnOpenWindowsResult) {
+TEST_F(SharedListsTest, AScanReplacesTheResultOfAnOpenWindow) {
     windows.frmsearch.show();
     search("c:\\Other", ".wav");
     tree.showfiles();
@@ -68,7 +68,7 @@ TEST_F(SharedListsTest, AScanTakesThePlaceOfAnOpenWindowsResult) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, AHiddenListInTheWindowChangesNothingForTheScan) {
+TEST_F(SharedListsTest, HiddenListsInTheWindowDoNotAffectTheScan) {
     windows.frmsearch.show();
     EXPECT_TRUE(finder.chkhidelist.setValue(1).ok());
     tree.showfiles();
@@ -76,7 +76,7 @@ TEST_F(SharedListsTest, AHiddenListInTheWindowChangesNothingForTheScan) {
     EXPECT_TRUE(finder.lstfiles.visible());
 }
 
-TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldOfTheScanDisturbsNothing) {
+TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldDoesNotAffectTheScan) {
     tree.showfiles();
     const int yields = loop.yieldCount();
     for (int n = 1; n <= yields; ++n) {
@@ -91,7 +91,7 @@ TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldOfTheScanDisturbsNothing) {
     }
 }
 
-TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfTheScanEndsThatSearchAlone) {
+TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldEndsOnlyTheScan) {
     tree.showfiles();
     const int yields = loop.yieldCount();
     for (int n = 1; n <= yields; ++n) {
@@ -110,7 +110,7 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfTheScanEndsThatSearchAlone) 
     }
 }
 
-TEST_F(SharedListsTest, TheStopButtonWithinAScanLeavesWhatWasFound) {
+TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     windows.frmsearch.show();
     // Before the second of the two files.
     disk.addFile("c:\\Music\\sub\\c.wav");
@@ -123,7 +123,7 @@ TEST_F(SharedListsTest, TheStopButtonWithinAScanLeavesWhatWasFound) {
 
 /// The scan presses the one button, which stops the search that it finds running. Its first list is
 /// then what that search had found; its second is a search of its own.
-TEST_F(SharedListsTest, AScanWithinASearchStopsItAndTakesItsResult) {
+TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
     windows.frmsearch.show();
     // After o.wav, before p.mp3.
     loop.atYield(3, [this] {
@@ -137,7 +137,7 @@ TEST_F(SharedListsTest, AScanWithinASearchStopsItAndTakesItsResult) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchComesToItsEndAndSoDoesTheSearch) {
+TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchFinishesAndSoDoesTheSearch) {
     windows.frmsearch.show();
     search("c:\\Other", ".wav");
     const int yields = loop.yieldCount();

@@ -34,7 +34,7 @@ std::string bytesOf(const Id3v1Fields& fields) {
 
 // --- reading ---------------------------------------------------------------------------------
 
-TEST(ReadId3v1Tag, TakesTheFieldsOfATagAtTheEnd) {
+TEST(ReadId3v1Tag, ReadsTheFieldsOfATagAtTheEnd) {
     const Mp3Info info =
         reading(withTagAt(129, tagOf("Title", "Artist", "Album", "1999", "Comment", 17)));
     EXPECT_TRUE(info.HasTag);
@@ -48,7 +48,7 @@ TEST(ReadId3v1Tag, TakesTheFieldsOfATagAtTheEnd) {
     EXPECT_EQ(info.TagMark, "");
 }
 
-TEST(ReadId3v1Tag, KnowsTheMarkInEitherCase) {
+TEST(ReadId3v1Tag, AcceptsTheMarkInEitherCase) {
     for (const char* mark : {"tag", "Tag", "tAG", "TAG"}) {
         std::string tag = tagOf("Title");
         tag.replace(0, 3, mark);
@@ -61,7 +61,7 @@ TEST(ReadId3v1Tag, KnowsTheMarkInEitherCase) {
     }
 }
 
-TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenre255) {
+TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenreIs255) {
     const Mp3Info before =
         reading(withTagAt(129, tagOf("T", "A", "B", "1999", padded("C", 30, '7'), 17)));
     ASSERT_EQ(before.Track, "7");
@@ -74,7 +74,7 @@ TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenre255) {
     }
 }
 
-TEST(ReadId3v1Tag, TakesTheFirstMarkWhereverItStands) {
+TEST(ReadId3v1Tag, UsesTheFirstMarkWhereverItIs) {
     // Places from 1 to 256; behind 254 the mark is not whole.
     std::string pattern;
     for (int i = 0; i < 256; ++i) {
@@ -109,7 +109,7 @@ TEST(ReadId3v1Tag, TakesTheFirstMarkWhereverItStands) {
     }
 }
 
-TEST(ReadId3v1Tag, AnEarlierMarkDisplacesTheRealTag) {
+TEST(ReadId3v1Tag, AnEarlierMarkIsUsedInsteadOfTheRealTag) {
     std::string bytes = withTagAt(129, tagOf("Title", "Artist"));
     bytes.replace(99, 3, "tag");
     bytes[226] = 42;
@@ -118,7 +118,7 @@ TEST(ReadId3v1Tag, AnEarlierMarkDisplacesTheRealTag) {
     EXPECT_EQ(info.Genre, 42);
 }
 
-TEST(ReadId3v1Tag, CutsBlanksBehindAndNothingElse) {
+TEST(ReadId3v1Tag, RemovesOnlyTrailingBlanks) {
     const Mp3Info info =
         reading(withTagAt(129, "TAG" + padded("  Title", 30) + padded("Artist", 30, '\0') +
                                    padded("Album\0 "s, 30) + "20  " + padded("", 30) + "\x05"));
@@ -136,7 +136,7 @@ TEST(ReadId3v1Tag, TheThirtiethByteOfTheCommentIsTheTrack) {
     EXPECT_EQ(info.Track, "0");
 }
 
-TEST(ReadId3v1Tag, EveryGenreIsItsCodeButABlank) {
+TEST(ReadId3v1Tag, EveryGenreButABlankIsItsByteValue) {
     for (int code = 0; code < 256; ++code) {
         Mp3Info before;
         before.Genre = 99;
@@ -159,14 +159,14 @@ TEST(ReadId3v1Tag, ReadsBytesNotCharacters) {
 
 // --- writing ---------------------------------------------------------------------------------
 
-TEST(Id3v1Tag, PutsEachFieldInItsPlaceFilledWithBlanks) {
+TEST(Id3v1Tag, WritesEachFieldAtItsOffsetPaddedWithBlanks) {
     EXPECT_EQ(bytesOf({"Title", "Artist", "Album", "1999", "Comment", 17}),
               tagOf("Title", "Artist", "Album", "1999", "Comment", 17));
     EXPECT_EQ(bytesOf({}), "TAG" + std::string(124, ' ') + '\0');
     EXPECT_EQ(bytesOf({.year = "20"}).substr(93, 4), "20  ");
 }
 
-TEST(Id3v1Tag, CutsWhatIsTooLong) {
+TEST(Id3v1Tag, CutsFieldsThatAreTooLong) {
     const std::string longText(31, 'x');
     const std::string tag = bytesOf({longText + "y", longText, longText, "20245", longText, 255});
     EXPECT_EQ(tag, "TAG" + std::string(90, 'x') + "2024" + std::string(30, 'x') + '\xff');

@@ -50,7 +50,7 @@ class Mp3AnalysisTest : public testing::Test {
 
 // --- the search ------------------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, FindsAFrameFromTheFirstByteToTheFiveThousandth) {
+TEST_F(Mp3AnalysisTest, FindsAFrameAtByte1To5000) {
     for (const std::size_t position : {1U, 2U, 36U, 255U, 4999U, 5000U}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(10'000).header(position, commonHeader)).ok());
@@ -62,14 +62,14 @@ TEST_F(Mp3AnalysisTest, FindsAFrameFromTheFirstByteToTheFiveThousandth) {
     EXPECT_EQ(digitsOf(Mp3Bytes(10'000).header(5001, commonHeader).content), "");
 }
 
-TEST_F(Mp3AnalysisTest, TakesTheFirstOfSeveralFrames) {
+TEST_F(Mp3AnalysisTest, UsesTheFirstOfSeveralFrames) {
     Mp3Bytes bytes(10'000);
     bytes.header(417, 0xFFFBB000).header(100, commonHeader);
     EXPECT_TRUE(analyse(bytes).ok());
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, PassesOverEverySecondByteButTwo) {
+TEST_F(Mp3AnalysisTest, SkipsEverySecondByteExceptTwo) {
     for (std::uint32_t second = 0; second < 256; ++second) {
         const std::string digits =
             digitsOf(Mp3Bytes(600).header(300, 0xFF000000U + second * 0x10000U + 0x9000U).content);
@@ -77,17 +77,17 @@ TEST_F(Mp3AnalysisTest, PassesOverEverySecondByteButTwo) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, SeesTheSyncBehindAnotherFF) {
+TEST_F(Mp3AnalysisTest, FindsTheSyncAfterAnotherFF) {
     EXPECT_TRUE(analyse(Mp3Bytes(600).at(299, "\xff").header(300, commonHeader)).ok());
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, DoesNotFindAFrameBehindATagOf6000Bytes) {
+TEST_F(Mp3AnalysisTest, DoesNotFindAFrameAfterATagOf6000Bytes) {
     EXPECT_TRUE(analyse(Mp3Bytes(20'000).at(1, "ID3").header(6001, commonHeader)).ok());
     EXPECT_EQ(info.Bitrate, 0);
 }
 
-TEST_F(Mp3AnalysisTest, TakesAChancePairInALeadingTagForTheFrame) {
+TEST_F(Mp3AnalysisTest, MistakesARandomPairInALeadingTagForAFrame) {
     Mp3Bytes bytes(20'000);
     bytes.at(1, "ID3").header(50, 0xFFFA1000).header(2000, commonHeader);
     EXPECT_TRUE(analyse(bytes).ok());
@@ -95,7 +95,7 @@ TEST_F(Mp3AnalysisTest, TakesAChancePairInALeadingTagForTheFrame) {
     EXPECT_EQ(info.CRC, "yes");
 }
 
-TEST_F(Mp3AnalysisTest, WalksAcrossTheEndOfAShortFile) {
+TEST_F(Mp3AnalysisTest, SearchesPastTheEndOfAShortFile) {
     // FF as the last byte has no second one.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
     // A sync as the last two has no further bytes: they count as zeros.
@@ -103,7 +103,7 @@ TEST_F(Mp3AnalysisTest, WalksAcrossTheEndOfAShortFile) {
               "11111111111110110000000000000000");
 }
 
-TEST_F(Mp3AnalysisTest, TakesBytes3And4OfTheFrameIntoTheDigits) {
+TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
     // What all 65536 values of both mean is held against a table beside decodeMp3Header().
     const auto expectDigits = [&](std::uint32_t header) {
         std::string expected;
@@ -120,12 +120,12 @@ TEST_F(Mp3AnalysisTest, TakesBytes3And4OfTheFrameIntoTheDigits) {
 
 // --- files without a frame -------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, OfAFileWithoutAFrameTheDigitsAreThoseOfItsFirstThreeBytes) {
+TEST_F(Mp3AnalysisTest, UsesTheFirstThreeBytesOfAFileWithoutAFrame) {
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).at(1, "ID3").content), "10010010100010000110011");
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).content), "");
 }
 
-TEST_F(Mp3AnalysisTest, InventsValuesForAFileThatIsNoMp3) {
+TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
     // 24 digits: 11 others, version "11", layer "10", protection "1", rate "1001", sampling "00",
     // padding "1", private "0". Mode, flags and emphasis lie behind the end.
     Mp3Bytes bytes(4000);
@@ -144,7 +144,7 @@ TEST_F(Mp3AnalysisTest, InventsValuesForAFileThatIsNoMp3) {
     EXPECT_EQ(info.Duration, 0);
 }
 
-TEST_F(Mp3AnalysisTest, LooksForTheMarkAtPosition36OfAFileWithoutAFrame) {
+TEST_F(Mp3AnalysisTest, SearchesTheMarkAtPosition36OfAFileWithoutAFrame) {
     Mp3Bytes bytes(4'000'000);
     bytes.at(1, "\x80\x1d\x90").at(36, "Xing").at(44, Mp3Bytes::bigEndian(30'000));
     EXPECT_TRUE(analyse(bytes).ok());
@@ -156,7 +156,7 @@ TEST_F(Mp3AnalysisTest, LooksForTheMarkAtPosition36OfAFileWithoutAFrame) {
 
 // --- variable bit rate -----------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnePlace) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnlyOffset) {
     EXPECT_TRUE(
         analyse(Mp3Bytes(4'000'000).header(500, commonHeader).variableRate(500, 6000)).ok());
     EXPECT_TRUE(info.IsVbr);
@@ -165,12 +165,12 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnePlace) {
     EXPECT_EQ(info.Duration, 156);
 }
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountBehindTheLastPositionOfAFrame) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAfterTheLastPositionOfAFrame) {
     EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
     EXPECT_EQ(info.Frames, 0x1234);
 }
 
-TEST_F(Mp3AnalysisTest, DoesNotLookAtTheFlagsOfTheCount) {
+TEST_F(Mp3AnalysisTest, IgnoresTheFlagsOfTheCount) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
                             .header(1, commonHeader)
                             .variableRate(1, 6000)
@@ -179,7 +179,7 @@ TEST_F(Mp3AnalysisTest, DoesNotLookAtTheFlagsOfTheCount) {
     EXPECT_EQ(info.Frames, 6000);
 }
 
-TEST_F(Mp3AnalysisTest, KnowsTheMarkInOneSpellingAtOnePlace) {
+TEST_F(Mp3AnalysisTest, AcceptsTheMarkInOneSpellingAtOneOffset) {
     for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
@@ -194,7 +194,7 @@ TEST_F(Mp3AnalysisTest, KnowsTheMarkInOneSpellingAtOnePlace) {
     EXPECT_EQ(info.Bitrate, 64);
 }
 
-TEST_F(Mp3AnalysisTest, AConstantRateLeavesTheFrameCountOfTheFileBefore) {
+TEST_F(Mp3AnalysisTest, AConstantRateKeepsThePreviousFilesFrameCount) {
     fillRecord();
     EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader)).ok());
     EXPECT_FALSE(info.IsVbr);
@@ -202,7 +202,7 @@ TEST_F(Mp3AnalysisTest, AConstantRateLeavesTheFrameCountOfTheFileBefore) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, ACountAbove32767EndsTheRunBeforeHeaderAndTag) {
+TEST_F(Mp3AnalysisTest, ACountAbove32767StopsBeforeHeaderAndTag) {
     for (const std::uint32_t count : {32768U, 65536U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         fillRecord();
         const Status status = analyse(
@@ -222,7 +222,7 @@ TEST_F(Mp3AnalysisTest, ACountAbove32767EndsTheRunBeforeHeaderAndTag) {
     EXPECT_TRUE(info.IsVbr);
 }
 
-TEST_F(Mp3AnalysisTest, TakesACountOf32767AndFailsForOneOf0) {
+TEST_F(Mp3AnalysisTest, AcceptsACountOf32767AndFailsForACountOf0) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 32767)).ok());
     EXPECT_EQ(info.Frames, 32767);
     EXPECT_EQ(info.Bitrate, 37);
@@ -252,7 +252,7 @@ TEST_F(Mp3AnalysisTest, FailsForAFileBelow256BytesAndStoresNothing) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, TakesAFileOf256BytesAndMore) {
+TEST_F(Mp3AnalysisTest, AcceptsAFileOf256BytesOrMore) {
     for (const std::size_t length : {256U, 257U}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(length).header(1, commonHeader).end(tagOf("Title"))).ok());
@@ -262,7 +262,7 @@ TEST_F(Mp3AnalysisTest, TakesAFileOf256BytesAndMore) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, ReadsNoMoreThanHeadAndTailOfALongFile) {
+TEST_F(Mp3AnalysisTest, ReadsOnlyTheHeadAndTheTailOfALongFile) {
     EXPECT_TRUE(analyse(Mp3Bytes(3'000'000).header(1, commonHeader)).ok());
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047",
                                       "readBinary c:\\a.mp3 2999744 256"));
@@ -281,7 +281,7 @@ TEST_F(Mp3AnalysisTest, AFileThatCannotBeOpenedOrReadFailsWithNothingStored) {
     EXPECT_EQ(info.Bitrate, 0);
 }
 
-TEST_F(Mp3AnalysisTest, ALengthThatCannotBeTakenLeavesTheHeaderBesideTheNewTag) {
+TEST_F(Mp3AnalysisTest, KeepsTheOldHeaderBesideTheNewTagIfTheLengthCannotBeRead) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
@@ -290,7 +290,7 @@ TEST_F(Mp3AnalysisTest, ALengthThatCannotBeTakenLeavesTheHeaderBesideTheNewTag) 
     EXPECT_EQ(info.Bitrate, 204);
 }
 
-TEST_F(Mp3AnalysisTest, AFailedHeaderKeepsTheFileBeforeBesideTheTagOfThisOne) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheHeaderFails) {
     fillRecord();
     const Status status = analyse(Mp3Bytes(4000).header(1, 0xFFFB0000).end(tagOf("new")));
     EXPECT_EQ(status.error().number, ErrorNumber::divisionByZero);

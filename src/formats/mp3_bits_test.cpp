@@ -15,7 +15,7 @@ TEST(BytesToBits, WritesElements1To4HighestBitFirst) {
     EXPECT_EQ(digitsOf({0xFF, 0x80, 0, 0, 1}), "10000000000000000000000000000001");
 }
 
-TEST(BytesToBits, DropsTheZerosBeforeTheFirstOne) {
+TEST(BytesToBits, DropsLeadingZeros) {
     EXPECT_EQ(digitsOf({0, 0, 0, 0, 0}), "");
     EXPECT_EQ(digitsOf({0, 0, 0, 0, 1}), "1");
     EXPECT_EQ(digitsOf({0, 0, 0x49, 0x44, 0x33}), "10010010100010000110011");
@@ -38,7 +38,7 @@ TEST(BitsToLong, AddsThePowersOfTwo) {
     EXPECT_EQ(BitsToLong("1111111111111111111111111111111").value(), 2147483647);
 }
 
-TEST(BitsToLong, TakesAnythingButAOneForAZero) {
+TEST(BitsToLong, TreatsAnyCharacterButOneAsZero) {
     EXPECT_EQ(BitsToLong("1x2 1").value(), 17);
 }
 

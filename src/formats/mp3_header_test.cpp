@@ -167,7 +167,7 @@ TEST(Mp3Header, StopsSilentlyForTheReservedLayerOfAConstantRate) {
     EXPECT_EQ(failureOf(0xFFF99000, fourMillion, variable(6000)), ErrorNumber::divisionByZero);
 }
 
-TEST(Mp3Header, KnowsTheBitRatesOfLayersOneAndTwo) {
+TEST(Mp3Header, DecodesTheBitRatesOfLayersOneAndTwo) {
     Mp3Info one;
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFF9000), fourMillion, one).ok());
     EXPECT_EQ(one.Bitrate, 288);
@@ -209,7 +209,7 @@ TEST(Mp3Header, FailsFrom256MiBOn) {
 
 // --- variable bit rate -----------------------------------------------------------------------
 
-TEST(Mp3Header, ShowsTheAverageRoundedAndTakesTheDurationFromTheExactOne) {
+TEST(Mp3Header, ShowsTheRoundedAverageAndComputesTheDurationFromTheExactOne) {
     Mp3Info info = variable(6000);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFB9000), fourMillion, info).ok());
     EXPECT_EQ(info.Bitrate, 204);
@@ -239,7 +239,7 @@ TEST(Mp3Header, UsesNoBitRateDigitsForAVariableRate) {
     }
 }
 
-TEST(Mp3Header, TakesTheCoefficientOfTheLayer) {
+TEST(Mp3Header, UsesTheCoefficientOfTheLayer) {
     Mp3Info one = variable(30000);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFF9000), fourMillion, one).ok());
     EXPECT_EQ(one.Bitrate, 490);
@@ -255,7 +255,7 @@ TEST(Mp3Header, FailsForNoFramesAndForAnAverageThatDoesNotFit) {
 
 // --- short texts -----------------------------------------------------------------------------
 
-TEST(Mp3Header, TakesWhatLiesBehindAShortTextForZeros) {
+TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
     // Digits 12 to 15 say version 1, layer 3; 17 to 20 say 128 kbit/s; the text ends there.
     Mp3Info info = untouched();
     ASSERT_TRUE(decodeMp3Header("11111111111110111001", fourMillion, info).ok());

@@ -28,7 +28,7 @@ std::vector<std::string> captionsOf(const MenuItem& menu) {
     return captions;
 }
 
-TEST_F(Form4Test, IsTheCdPlayerAndSwitchedOff) {
+TEST_F(Form4Test, IsTitledCdPlayerAndSwitchedOff) {
     EXPECT_EQ(form.name(), "Form4");
     EXPECT_EQ(form.caption(), "CD Player");
     EXPECT_EQ(form.CD.text(), "OFF");
@@ -47,7 +47,7 @@ TEST_F(Form4Test, IsTheCdPlayerAndSwitchedOff) {
     }
 }
 
-TEST_F(Form4Test, NamesItsControlsInTips) {
+TEST_F(Form4Test, NamesItsControlsInToolTips) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.OptCD, "Open CD Player"},
         {&form.optNoCD, "CD Player Off"},
@@ -77,7 +77,7 @@ TEST_F(Form4Test, NamesItsControlsInTips) {
     EXPECT_EQ(form.Cd.caption(), "CD");
 }
 
-TEST_F(Form4Test, SlidersReachFrom0To65535AndTheirNumbersShowTheDesignsValue) {
+TEST_F(Form4Test, SlidersHaveTheRange0To65535AndTheirNumbersShowTheDesignedValue) {
     for (const Slider* slider : {&form.sliderMasterVolume, &form.Slider1, &form.BassSlider,
                                  &form.trebleslider, &form.Slider2}) {
         EXPECT_EQ(slider->minimum(), 0) << slider->name();
@@ -92,7 +92,7 @@ TEST_F(Form4Test, SlidersReachFrom0To65535AndTheirNumbersShowTheDesignsValue) {
     EXPECT_TRUE(form.timeWindow.locked());
 }
 
-TEST_F(Form4Test, PlacesTheMeter) {
+TEST_F(Form4Test, PositionsTheMeter) {
     struct Row {
         const Control& control;
         Twips left, top, width, height;

@@ -53,7 +53,7 @@ TEST_F(FrmPlayListTest, HidesItsWorkList) {
     EXPECT_TRUE(editor.List1.visible());
 }
 
-TEST_F(FrmPlayListTest, HasItsOwnPlayerWhichStopsAtItsUnload) {
+TEST_F(FrmPlayListTest, HasItsOwnMp3PlayerWhichStopsAtItsUnload) {
     EXPECT_EQ(mp3.created, 1);
     editor.load();
     editor.unload();

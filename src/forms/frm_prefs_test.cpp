@@ -75,7 +75,7 @@ TEST_F(FrmPrefsTest, StartsUntickedWithLimitsOfAHundred) {
     EXPECT_EQ(form.Label4.caption(), "Label4");
 }
 
-TEST_F(FrmPrefsTest, HidesItsStoresAndThePictureOfTheNewFolder) {
+TEST_F(FrmPrefsTest, HidesItsInternalListsAndThePictureOfTheNewFolder) {
     EXPECT_FALSE(form.visible());
     EXPECT_FALSE(form.Label3.visible());
     EXPECT_FALSE(form.Label4.visible());

@@ -35,7 +35,7 @@ TEST_F(FrmSearchTest, StartsWithTheDesignedTexts) {
     EXPECT_EQ(finder.lstfiles.listCount(), 0);
 }
 
-TEST_F(FrmSearchTest, StartsInTheProgramsFolderWhateverIsCurrent) {
+TEST_F(FrmSearchTest, StartsInTheProgramFolderWhateverTheCurrentFolderIs) {
     files.addFolder("d:\\elsewhere");
     ASSERT_TRUE(files.changeFolder("d:\\elsewhere").ok());
     finder.load();
@@ -43,7 +43,7 @@ TEST_F(FrmSearchTest, StartsInTheProgramsFolderWhateverIsCurrent) {
     EXPECT_EQ(finder.Drive1.drive(), "c:");
 }
 
-TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
+TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndIsNotInTheMenuBar) {
     EXPECT_FALSE(finder.mnupopup.visible());
     std::vector<std::string> captions;
     for (const MenuItem* entry : finder.mnupopup.entries()) {
@@ -53,7 +53,7 @@ TEST_F(FrmSearchTest, ThePopupMenuHasFourEntriesAndNoPlaceInTheBar) {
                                       "Delete File", "Close Window"));
 }
 
-TEST_F(FrmSearchTest, ATouchLoadsTheWindowWithoutShowingIt) {
+TEST_F(FrmSearchTest, UsingAControlLoadsTheWindowWithoutShowingIt) {
     int loads = 0;
     finder.onLoad = [&] {
         ++loads;

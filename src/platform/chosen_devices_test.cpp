@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ChosenDevices, AreTheFirstDriveTheDesktopsOutputAndTheDiscUntilSomethingIsChosen) {
+TEST(ChosenDevices, DefaultToTheFirstDriveTheDefaultOutputAndTheDisc) {
     test::FakeSettingsStore store;
     const ChosenDevices chosen(store);
     EXPECT_EQ(chosen.drive(), "");
@@ -20,7 +20,7 @@ TEST(ChosenDevices, AreTheFirstDriveTheDesktopsOutputAndTheDiscUntilSomethingIsC
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(ChosenDevices, StandInTheirSectionOfTheStore) {
+TEST(ChosenDevices, AreStoredInTheirOwnSection) {
     test::FakeSettingsStore store;
     ChosenDevices chosen(store);
     chosen.setDrive("/discs/a.cue");
@@ -34,7 +34,7 @@ TEST(ChosenDevices, StandInTheirSectionOfTheStore) {
     EXPECT_EQ(chosen.source(), "mix");
 }
 
-TEST(ChosenDevices, AnEmptyDriveIsAChoiceToo) {
+TEST(ChosenDevices, AcceptAnEmptyDriveName) {
     test::FakeSettingsStore store;
     store.put("Devices", "Drive", "/dev/sr1");
     ChosenDevices chosen(store);

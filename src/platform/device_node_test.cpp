@@ -9,7 +9,7 @@
 namespace sonarith {
 namespace {
 
-TEST(NamesADevice, TellsADriveFromAnImage) {
+TEST(NamesADevice, DistinguishesADriveFromAnImage) {
     const struct {
         const char* chosen;
         bool device;

@@ -17,13 +17,13 @@ struct WaitFor : testing::Test {
     EventLoop::Duration passed() const { return loop.now() - start; }
 };
 
-TEST_F(WaitFor, ReturnsAtTheVeryMomentWithNothingElseGoingOn) {
+TEST_F(WaitFor, ReturnsExactlyOnTimeIfNothingElseHappens) {
     loop.waitFor(300ms);
     EXPECT_EQ(passed(), 300ms);
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WaitFor, LetsTimersRunMeanwhile) {
+TEST_F(WaitFor, RunsTimersMeanwhile) {
     int ticks = 0;
     const auto wakeup = loop.every(100ms, [&] { ++ticks; });
     loop.waitFor(350ms);

@@ -20,7 +20,7 @@ struct NoticeBoardTest : testing::Test {
     }
 };
 
-TEST_F(NoticeBoardTest, KeepsWhatIsReportedInOrder) {
+TEST_F(NoticeBoardTest, KeepsReportsInOrder) {
     board.report({"a"});
     board.report({"b"});
     EXPECT_THAT(board.texts(), ElementsAre("a", "b"));
@@ -41,7 +41,7 @@ TEST_F(NoticeBoardTest, ASettledCauseIsShownAgainTheNextTime) {
     EXPECT_THAT(posted, ElementsAre("lost", "back", "lost again"));
 }
 
-TEST_F(NoticeBoardTest, ACauseThatNeverHeldSettlesSilently) {
+TEST_F(NoticeBoardTest, ACauseThatWasNeverReportedSettlesSilently) {
     board.settled("output", "back");
     EXPECT_THAT(posted, IsEmpty());
     board.report({"lost", "output"});
@@ -65,7 +65,7 @@ TEST_F(NoticeBoardTest, KeepsTheLastHundred) {
     EXPECT_EQ(kept.back(), "149");
 }
 
-TEST_F(NoticeBoardTest, TakesReportsFromSeveralThreads) {
+TEST_F(NoticeBoardTest, AcceptsReportsFromSeveralThreads) {
     board.setOnPosted(nullptr);
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < 4; ++thread) {

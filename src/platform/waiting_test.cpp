@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(Completion, IsCompleteOnceAnotherThreadHasSaidSo) {
+TEST(Completion, IsCompleteOnceAnotherThreadCompletesIt) {
     Completion completion;
     EXPECT_FALSE(completion.isComplete());
     EXPECT_FALSE(completion.restFor(0ms));
@@ -20,7 +20,7 @@ TEST(Completion, IsCompleteOnceAnotherThreadHasSaidSo) {
     other.join();
 }
 
-TEST(PlainWaiting, TellsWhatHasHappenedFromWhatIsLate) {
+TEST(PlainWaiting, DistinguishesACompletionFromATimeout) {
     PlainWaiting waiting;
     Completion completion;
     EXPECT_EQ(waiting.wait(completion, 1ms), Waiting::Outcome::late);

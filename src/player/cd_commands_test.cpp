@@ -27,7 +27,7 @@ TEST_F(CdCommandsTest, AnUncheckedCommandLeavesItsStatusInFileIndex) {
     EXPECT_THAT(media.errorsAsked, IsEmpty());
 }
 
-TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsTouchesNothing) {
+TEST_F(CdCommandsTest, ACheckedCommandThatSucceedsChangesNothing) {
     process.fileIndex = 77;
     media.answer("play cd", {});
     EXPECT_THAT(
@@ -52,7 +52,7 @@ TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithou
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(CdCommandsTest, ACloseAllThatFailsOnThatPathIsNotFollowedAgain) {
+TEST_F(CdCommandsTest, AFailingCloseAllOnTheFailurePathIsNotHandledAgain) {
     media.answer("play cd", {.status = 275});
     media.answer("close all", {.status = 299});
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
@@ -61,7 +61,7 @@ TEST_F(CdCommandsTest, ACloseAllThatFailsOnThatPathIsNotFollowedAgain) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, AskingReturnsTheReplyUpToItsFirstNul) {
+TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
     media.answer("status cd mode", {.reply = "playing"});
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");
@@ -75,14 +75,14 @@ TEST_F(CdCommandsTest, AskingReturnsTheReplyUpToItsFirstNul) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, AReplyBeyondTheBufferIsCut) {
+TEST_F(CdCommandsTest, AReplyLongerThanTheBufferIsCut) {
     media.answer("status cd mode", {.reply = "0123456789012345678901234567890123456789"});
     EXPECT_EQ(commands.ask("status cd mode"), "01234567890123456789012345678");
 }
 
 /// A capture that runs, whose "Stop Everything" is written down.
-struct CaptureBesideTest : CdCommandsTest {
-    CaptureBesideTest() {
+struct CaptureDuringPlayerTest : CdCommandsTest {
+    CaptureDuringPlayerTest() {
         main.load();
         main.Command8.onClick = [this] {
             operations.emplace_back("stop everything");
@@ -93,7 +93,7 @@ struct CaptureBesideTest : CdCommandsTest {
     }
 };
 
-TEST_F(CaptureBesideTest, IsSavedBeforeAllDevicesAreClosed) {
+TEST_F(CaptureDuringPlayerTest, IsSavedBeforeAllDevicesAreClosed) {
     commands.closeAll(CommandCheck::unchecked);
     EXPECT_THAT(operations, ElementsAre("stop everything", "close all"));
     operations.clear();
@@ -101,7 +101,7 @@ TEST_F(CaptureBesideTest, IsSavedBeforeAllDevicesAreClosed) {
     EXPECT_THAT(operations, ElementsAre("close all"));
 }
 
-TEST_F(CaptureBesideTest, IsSavedWhenACheckedCommandFails) {
+TEST_F(CaptureDuringPlayerTest, IsSavedWhenACheckedCommandFails) {
     media.answer("play cd", {.status = 275});
     commands.SendMCI("play cd", CommandCheck::checked);
     ASSERT_GE(operations.size(), 4U);
@@ -110,27 +110,27 @@ TEST_F(CaptureBesideTest, IsSavedWhenACheckedCommandFails) {
     EXPECT_EQ(std::count(operations.begin(), operations.end(), "stop everything"), 1);
 }
 
-TEST_F(CaptureBesideTest, IsSavedWhenThePanelIsClosedBeforeItsDiscIsTaken) {
+TEST_F(CaptureDuringPlayerTest, IsSavedWhenThePanelIsClosedBeforeItsDiscIsTaken) {
     form.unload();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");
     EXPECT_EQ(operations.back(), "close all");
 }
 
-TEST_F(CaptureBesideTest, IsSavedByExit) {
+TEST_F(CaptureDuringPlayerTest, IsSavedByExit) {
     form.Command1.click();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");
 }
 
-TEST_F(CaptureBesideTest, IsSavedWhenThePlayerIsSwitchedOn) {
+TEST_F(CaptureDuringPlayerTest, IsSavedWhenThePlayerIsSwitchedOn) {
     form.OptCD.choose();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");
     EXPECT_EQ(operations[1], "wave open");
 }
 
-TEST_F(CaptureBesideTest, ThatBeginsWhileThePanelClosesIsSavedToo) {
+TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
     main.tmrRecord.setEnabled(false);
     loop.atYield(6, [&] { main.tmrRecord.setEnabled(true); });
     form.unload();
@@ -139,7 +139,7 @@ TEST_F(CaptureBesideTest, ThatBeginsWhileThePanelClosesIsSavedToo) {
     EXPECT_EQ(operations[operations.size() - 2], "stop everything");
 }
 
-TEST_F(CaptureBesideTest, IsNotStoppedByASwitchOffForAnAction) {
+TEST_F(CaptureDuringPlayerTest, IsNotStoppedByASwitchOffForAnAction) {
     // A second "Start " during a capture takes its disc, as any action does.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));

@@ -37,13 +37,13 @@ struct DiscPollTest : test::PlayerWorld {
 
 // --- when ----------------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, LooksOnceASecond) {
+TEST_F(DiscPollTest, PollsOnceASecond) {
     loop.advance(1s);
     const auto looks = commandsOf([&] { loop.advance(5s); });
     EXPECT_EQ(std::count(looks.begin(), looks.end(), "status cd media present"), 5);
 }
 
-TEST_F(DiscPollTest, TheTimerThatNothingStartsHasTheSameHandler) {
+TEST_F(DiscPollTest, TheTimerThatIsNeverStartedHasTheSameHandler) {
     poll();
     EXPECT_EQ(commandsOf([&] { form.Timer1.fire(); }), look);
     EXPECT_EQ(commandsOf([&] { form.Timer6.fire(); }), look);
@@ -52,7 +52,7 @@ TEST_F(DiscPollTest, TheTimerThatNothingStartsHasTheSameHandler) {
 
 // --- a disc is found -----------------------------------------------------------------------
 
-TEST_F(DiscPollTest, ADiscJustFoundIsReadAndMovedToItsFirstTrack) {
+TEST_F(DiscPollTest, ANewDiscIsReadAndMovedToItsFirstTrack) {
     EXPECT_THAT(poll(), ElementsAre("status cd media present", "status cd number of tracks wait",
                                     "status cd length wait", "status cd length track 1",
                                     "status cd length track 2", "status cd length track 3",
@@ -80,7 +80,7 @@ TEST_F(DiscPollTest, EveryReplyFitsThirtyCharacters) {
     }
 }
 
-TEST_F(DiscPollTest, WithoutADiscTheDisplayStaysUntouched) {
+TEST_F(DiscPollTest, WithoutADiscTheDisplayDoesNotChange) {
     disc.remove();
     EXPECT_THAT(wordsDuring([&] { EXPECT_THAT(poll(), ElementsAre("status cd media present")); }),
                 IsEmpty());
@@ -113,7 +113,7 @@ TEST_F(DiscPollTest, ADiscOfOneTrackIsNoAudioDiscAndIsReadAgainEachSecond) {
     EXPECT_EQ(enabledButtons(), allButtons);
 }
 
-TEST_F(DiscPollTest, ADataDiscLeftStandsAsNotAudio) {
+TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudio) {
     // What was no audio disc was never loaded, so its removal changes nothing.
     disc.insert({60000});
     poll();
@@ -139,7 +139,7 @@ TEST_F(DiscPollTest, AFullDiscAndAnEmptyTrackAreRead) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:00:00");
 }
 
-TEST_F(DiscPollTest, AnotherDiscIsAnotherTable) {
+TEST_F(DiscPollTest, AnotherDiscReplacesTheTable) {
     poll();
     disc.remove();
     poll();
@@ -150,7 +150,7 @@ TEST_F(DiscPollTest, AnotherDiscIsAnotherTable) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:30:00");
 }
 
-TEST_F(DiscPollTest, ATableStaysUntilTheDriveReportsThatItIsEmpty) {
+TEST_F(DiscPollTest, ATableIsKeptUntilTheDriveReportsThatItIsEmpty) {
     poll();
     disc.insert({30000, 31000});
     EXPECT_EQ(poll(), look);
@@ -177,7 +177,7 @@ TEST_F(DiscPollTest, ShowsTheLengthOfTheCurrentTrack) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 02:05:00");
 }
 
-TEST_F(DiscPollTest, ATrackBeyondTheTableKeepsTheLengthShown) {
+TEST_F(DiscPollTest, ATrackBeyondTheTableKeepsTheShownLength) {
     disc.insert({60000, 125000});
     poll();
     for (const char* position : {"03:00:10:00", "00:00:10:00", "-1:00:10:00"}) {
@@ -188,7 +188,7 @@ TEST_F(DiscPollTest, ATrackBeyondTheTableKeepsTheLengthShown) {
     EXPECT_EQ(form.timeWindow.text(), "[-01] 00:10");
 }
 
-TEST_F(DiscPollTest, PlaysWhileTheModeBeginsWithPlaying) {
+TEST_F(DiscPollTest, IsPlayingWhileTheModeBeginsWithPlaying) {
     poll();
     struct Row {
         const char* mode;
@@ -218,7 +218,7 @@ TEST_F(DiscPollTest, NeverWritesPlaying) {
 
 // --- the disc goes -------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, ADiscTakenOutWhileStoppedShowsNoCdWithinASecondAndKeepsThePosition) {
+TEST_F(DiscPollTest, ADiscRemovedWhileStoppedShowsNoCdWithinASecondAndKeepsThePosition) {
     loop.advance(1s);
     form.ftrack.click();
     disc.remove();
@@ -232,7 +232,7 @@ TEST_F(DiscPollTest, ADiscTakenOutWhileStoppedShowsNoCdWithinASecondAndKeepsTheP
     EXPECT_THAT(poll(), ElementsAre("status cd media present"));
 }
 
-TEST_F(DiscPollTest, ADiscTakenOutWhilePlayingPlaysNoLonger) {
+TEST_F(DiscPollTest, ADiscRemovedWhilePlayingPlaysNoLonger) {
     loop.advance(1s);
     form.play.click();
     loop.advance(3s);
@@ -244,7 +244,7 @@ TEST_F(DiscPollTest, ADiscTakenOutWhilePlayingPlaysNoLonger) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:03");
 }
 
-TEST_F(DiscPollTest, TheDiscsGoingLeavesEjectAsItIs) {
+TEST_F(DiscPollTest, RemovingTheDiscDoesNotChangeEject) {
     poll();
     disc.remove();
     poll();
@@ -253,7 +253,7 @@ TEST_F(DiscPollTest, TheDiscsGoingLeavesEjectAsItIs) {
 
 // --- failures ------------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, AnUnansweredLookTakesTheDiscForGone) {
+TEST_F(DiscPollTest, AFailedPollTreatsTheDiscAsRemoved) {
     poll();
     for (const test::MciAnswer& answer :
          {test::MciAnswer{.status = 263}, {.reply = "maybe"}, {.reply = ""}}) {
@@ -266,7 +266,7 @@ TEST_F(DiscPollTest, AnUnansweredLookTakesTheDiscForGone) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(DiscPollTest, ACountThatCannotBeReadLeavesTheOneThatWasThere) {
+TEST_F(DiscPollTest, ACountThatCannotBeReadKeepsThePreviousOne) {
     media.answer("status cd number of tracks wait", {.status = 263});
     EXPECT_THAT(poll(), ElementsAre("status cd media present", "status cd number of tracks wait",
                                     "status cd length wait", "seek cd to 1", "status cd position",
@@ -301,7 +301,7 @@ TEST_F(DiscPollTest, ALengthThatCannotBeReadIsEmpty) {
     EXPECT_EQ(state.TrackLengths[1], "01:00:00");
 }
 
-TEST_F(DiscPollTest, APositionThatCannotBeReadLeavesTheLastOne) {
+TEST_F(DiscPollTest, APositionThatCannotBeReadKeepsThePreviousOne) {
     poll();
     media.answer("status cd position", {.reply = "02:03:04:05"});
     poll();

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(SaysTrue, ReadsWordsAndNumbersAndTakesTheRestForFalse) {
+TEST(IsTrueText, ReadsWordsAndNumbersAndTreatsTheRestAsFalse) {
     for (const char* reply : {"true", "True", "TRUE", "1", "-1", " 2 "}) {
         EXPECT_TRUE(saysTrue(reply)) << reply;
     }
@@ -15,7 +15,7 @@ TEST(SaysTrue, ReadsWordsAndNumbersAndTakesTheRestForFalse) {
     }
 }
 
-TEST(ReadTrackCount, TakesTheFirstTwoCharacters) {
+TEST(ReadTrackCount, ReadsTheFirstTwoCharacters) {
     struct Row {
         const char* reply;
         int count;
@@ -29,7 +29,7 @@ TEST(ReadTrackCount, TakesTheFirstTwoCharacters) {
     }
 }
 
-TEST(ReadTrackCount, KeepsTheCountThatItCannotRead) {
+TEST(ReadTrackCount, KeepsTheCountIfItCannotReadANewOne) {
     for (const char* reply : {"", "x", "1x", "no tracks"}) {
         DiscState disc;
         disc.NumTracks = 5;
@@ -38,7 +38,7 @@ TEST(ReadTrackCount, KeepsTheCountThatItCannotRead) {
     }
 }
 
-TEST(ReadPosition, TakesEachNumberByItsPlace) {
+TEST(ReadPosition, ReadsEachNumberAtItsOffset) {
     DiscState disc;
     readPosition("03:01:05:74", disc);
     EXPECT_EQ(disc.CurTrack, 3);
@@ -62,7 +62,7 @@ TEST(ReadPosition, NumbersAreDecimal) {
     }
 }
 
-TEST(ReadPosition, APartThatIsNoNumberKeepsWhatWasThere) {
+TEST(ReadPosition, APartThatIsNoNumberKeepsItsOldValue) {
     struct Row {
         const char* reply;
         int track;
@@ -85,7 +85,7 @@ TEST(ReadPosition, APartThatIsNoNumberKeepsWhatWasThere) {
     }
 }
 
-TEST(PositionText, ShowsTwoDigitsAtLeast) {
+TEST(PositionText, ShowsAtLeastTwoDigits) {
     struct Row {
         int track;
         int minute;

@@ -25,7 +25,7 @@ struct LevelMeterTest : test::PlayerWorld {
 
 // --- looking up ----------------------------------------------------------------------------
 
-TEST_F(LevelMeterTest, PreparingLooksUpTheInputsPeakAndThatOfTheWaveLine) {
+TEST_F(LevelMeterTest, PreparingFindsThePeakControlsOfTheInputAndTheWaveLine) {
     EXPECT_THAT(operationsOf([&] { player.meter.prepare(); }),
                 ElementsAre("mixer line 7", "mixer control 7 10020001", "mixer line 4104",
                             "mixer control 4104 10020001"));
@@ -34,7 +34,7 @@ TEST_F(LevelMeterTest, PreparingLooksUpTheInputsPeakAndThatOfTheWaveLine) {
     EXPECT_NE(player.mixerState.WaveMeterCtrl.dwControlID, 0U);
 }
 
-TEST_F(LevelMeterTest, TheMicrophoneStandsInForAnInputWithoutPeak) {
+TEST_F(LevelMeterTest, UsesTheMicrophonesPeakIfTheInputHasNone) {
     mixer.removeLine(mixer_line::waveIn);
     EXPECT_THAT(operationsOf([&] { player.meter.prepare(); }),
                 ElementsAre("mixer line 7", "mixer line 4099", "mixer control 4099 10020001",
@@ -50,7 +50,7 @@ TEST_F(LevelMeterTest, AStepReadsTheInputsPeak) {
     EXPECT_THAT(operationsOf([&] { tick(100); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, EachReadTakesIdentifierAndItemCountFromTheControlAndOneBlock) {
+TEST_F(LevelMeterTest, EachReadUsesTheControlsIdentifierAndItemCountAndOneBlock) {
     // The card's meter has one item for all channels, another one's may have one for each.
     MixerState& state = player.mixerState;
     state.InputMeterCtrl.cMultipleItems = 2;
@@ -90,7 +90,7 @@ TEST_F(LevelMeterTest, TheFirstLineStartsLeftOfThePicture) {
     EXPECT_EQ(trace.lines()[2], (PictureLine{{20, -50}, {40, -1050}}));
 }
 
-TEST_F(LevelMeterTest, AtSilenceTheTraceIsAStraightLineAndNoBarShows) {
+TEST_F(LevelMeterTest, DuringSilenceTheTraceIsAStraightLineAndTheBarIsHidden) {
     tick(0);
     for (int i = 0; i < 50; ++i) {
         tick(0);
@@ -100,7 +100,7 @@ TEST_F(LevelMeterTest, AtSilenceTheTraceIsAStraightLineAndNoBarShows) {
     }
 }
 
-TEST_F(LevelMeterTest, BothSignsOfALevelDrawTheSamePoint) {
+TEST_F(LevelMeterTest, ALevelAndItsNegativeDrawTheSamePoint) {
     tick(-32768);
     const double below = lastLine().to.y;
     const Twips top = form.Label4.top();
@@ -111,13 +111,13 @@ TEST_F(LevelMeterTest, BothSignsOfALevelDrawTheSamePoint) {
     EXPECT_EQ(player.mixerState.Volume, -32768);
 }
 
-TEST_F(LevelMeterTest, ASenselessLevelIsDrawnSomewhere) {
+TEST_F(LevelMeterTest, AnInvalidLevelIsDrawnWithoutFailure) {
     tick(INT32_MIN);
     tick(INT32_MAX);
     EXPECT_EQ(trace.lines().size(), 2U);
 }
 
-TEST_F(LevelMeterTest, TheTraceStartsOverAtTheRightEdgeFromTheHeightThatItHad) {
+TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeAtItsCurrentHeight) {
     int cleared = 0;
     const Connection connection = trace.cleared.connect([&] { ++cleared; });
     for (int x = 0; x < 2440; x += 20) {
@@ -135,7 +135,7 @@ TEST_F(LevelMeterTest, TheTraceStartsOverAtTheRightEdgeFromTheHeightThatItHad) {
     EXPECT_EQ(cleared, 1);
 }
 
-TEST_F(LevelMeterTest, AWidthThatTheTraceMeetsExactlyStartsItOver) {
+TEST_F(LevelMeterTest, TheTraceRestartsIfItReachesTheWidthExactly) {
     trace.setWidth(40_twips);
     tick(0);
     EXPECT_EQ(trace.lines().size(), 1U);
@@ -143,7 +143,7 @@ TEST_F(LevelMeterTest, AWidthThatTheTraceMeetsExactlyStartsItOver) {
     EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(LevelMeterTest, AReadThatFailsGoesOnWithTheLastLevel) {
+TEST_F(LevelMeterTest, AFailedReadKeepsTheLastLevel) {
     tick(16384);
     mixer.detailsFail = true;
     // A slider shares the scratch value; the meter does not draw it.
@@ -158,7 +158,7 @@ TEST_F(LevelMeterTest, AReadThatFailsGoesOnWithTheLastLevel) {
     EXPECT_EQ(lastLine().to.y, 950);
 }
 
-TEST_F(LevelMeterTest, WithoutAPeakControlTheTraceGoesOnAtSilence) {
+TEST_F(LevelMeterTest, WithoutAPeakControlTheTraceShowsSilence) {
     mixer.removeLine(mixer_line::waveIn);
     mixer.removeLine(mixer_line::microphone);
     mixer.removeLine(mixer_line::waveOut);
@@ -171,7 +171,7 @@ TEST_F(LevelMeterTest, WithoutAPeakControlTheTraceGoesOnAtSilence) {
     EXPECT_EQ(trace.lines().size(), 1U);
 }
 
-TEST_F(LevelMeterTest, PreparingAgainForgetsTheLastLevel) {
+TEST_F(LevelMeterTest, PreparingAgainResetsTheLastLevel) {
     tick(16384);
     player.meter.prepare();
     mixer.detailsFail = true;
@@ -194,7 +194,7 @@ TEST(LevelMeterWithoutMixer, DrawsSilence) {
 
 // --- the input's buffers -------------------------------------------------------------------
 
-TEST_F(LevelMeterTest, AStepQueuesFilledBuffersAgainBeforeItReads) {
+TEST_F(LevelMeterTest, EachStepQueuesFilledBuffersAgainBeforeItReads) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }),
@@ -202,13 +202,13 @@ TEST_F(LevelMeterTest, AStepQueuesFilledBuffersAgainBeforeItReads) {
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, WithTheInputStoppedBuffersAreLeftAlone) {
+TEST_F(LevelMeterTest, BuffersAreNotQueuedWhileTheInputIsStopped) {
     player.capture.StartMeter();
     player.capture.StopMeter();
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, ABufferThatCannotBeQueuedIsOfferedAgain) {
+TEST_F(LevelMeterTest, ABufferThatCannotBeQueuedIsTriedAgain) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     waveInput.failures["add"] = WaveResult::invalidParameter;
@@ -222,7 +222,7 @@ TEST_F(LevelMeterTest, ABufferThatCannotBeQueuedIsOfferedAgain) {
 
 // --- the two variants ----------------------------------------------------------------------
 
-TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsTheBarAlone) {
+TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     setWave(16384);
@@ -234,7 +234,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsTheBarAlone) {
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAHeightThatStays) {
+TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAConstantHeight) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     setWave(16384);
@@ -247,7 +247,7 @@ TEST_F(LevelMeterTest, Timer4DrawsWiderStepsFromAHeightThatStays) {
     EXPECT_EQ(lastLine(), (PictureLine{{80, 0}, {100, 950}}));
 }
 
-TEST_F(LevelMeterTest, Timer4StartsOverAtTheRightEdgeToo) {
+TEST_F(LevelMeterTest, Timer4AlsoRestartsAtTheRightEdge) {
     for (int x = 0; x < 2400; x += 50) {
         form.Timer4.fire();
     }

@@ -54,7 +54,7 @@ TEST_F(MeterCaptureTest, StopResetsStopsUnpreparesAndCloses) {
     EXPECT_FALSE(waveInput.isOpen);
 }
 
-TEST_F(MeterCaptureTest, StopTwiceInARowOrWithoutAStartDoesNoHarm) {
+TEST_F(MeterCaptureTest, StopMayBeCalledTwiceOrWithoutAStart) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_THAT(operationsOf([&] { capture.StopMeter(); }),
                     ElementsAre("wave reset 5", "wave stop 5", "wave unprepare 5",
@@ -64,7 +64,7 @@ TEST_F(MeterCaptureTest, StopTwiceInARowOrWithoutAStartDoesNoHarm) {
     EXPECT_EQ(operationsOf([&] { capture.StartMeter(); }), started);
 }
 
-TEST_F(MeterCaptureTest, StartsAnewAfterAStopWithEmptyBuffers) {
+TEST_F(MeterCaptureTest, StartsAgainAfterAStopWithEmptyBuffers) {
     capture.StartMeter();
     std::fill_n(waveInput.queue[0]->lpData, 100, std::byte{7});
     waveInput.fill(100);
@@ -75,7 +75,7 @@ TEST_F(MeterCaptureTest, StartsAnewAfterAStopWithEmptyBuffers) {
     EXPECT_EQ(waveInput.queue[0]->lpData[0], std::byte{0});
 }
 
-TEST_F(MeterCaptureTest, ADeviceThatCannotBeOpenedIsReportedInThePlatformsWords) {
+TEST_F(MeterCaptureTest, ADeviceThatCannotBeOpenedIsReportedWithThePlatformsMessage) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     EXPECT_THAT(operationsOf([&] { EXPECT_FALSE(capture.StartMeter()); }),
                 ElementsAre("wave open 3"));
@@ -83,7 +83,7 @@ TEST_F(MeterCaptureTest, ADeviceThatCannotBeOpenedIsReportedInThePlatformsWords)
     EXPECT_FALSE(capture.running());
 }
 
-TEST_F(MeterCaptureTest, ABufferThatFailsIsReportedAndTheNextStepFollows) {
+TEST_F(MeterCaptureTest, ABufferThatFailsIsReportedAndTheNextStepRuns) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     EXPECT_THAT(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }),
                 ElementsAre("wave open", "wave prepare 11", "wave prepare 11", "wave add 34",
@@ -115,7 +115,7 @@ TEST_F(MeterCaptureTest, FailuresOfAStopAreIgnored) {
     capture.StopMeter();
 }
 
-TEST_F(MeterCaptureTest, AStopWhileAMessageIsUpEndsTheStart) {
+TEST_F(MeterCaptureTest, AStopWhileAMessageIsOpenEndsTheStart) {
     for (const char* operation : {"prepare", "add"}) {
         SCOPED_TRACE(operation);
         waveInput.failures[operation] = WaveResult::invalidParameter;
@@ -133,12 +133,12 @@ TEST_F(MeterCaptureTest, AStopWhileAMessageIsUpEndsTheStart) {
     }
 }
 
-TEST_F(MeterCaptureTest, TheBoxNamedInputStartsAndStopsIt) {
+TEST_F(MeterCaptureTest, TheInputBoxStartsAndStopsIt) {
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(1).passOver(); }), started);
     EXPECT_EQ(operationsOf([&] { form.Check3.setValue(0).passOver(); }), stopped);
 }
 
-TEST_F(MeterCaptureTest, QueuesTheBuffersThatAreDoneAgainAndNoOthers) {
+TEST_F(MeterCaptureTest, QueuesOnlyCompletedBuffersAgain) {
     capture.StartMeter();
     EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
     waveInput.fill(8192);
@@ -151,7 +151,7 @@ TEST_F(MeterCaptureTest, QueuesTheBuffersThatAreDoneAgainAndNoOthers) {
     EXPECT_THAT(operationsOf([&] { capture.requeueDoneBuffers(); }), IsEmpty());
 }
 
-TEST(MeterCaptureEnd, TakesItsBuffersBackFromAnInputThatRuns) {
+TEST(MeterCaptureEnd, WithdrawsItsBuffersFromARunningInput) {
     test::FakeMachine machine;
     Form4 form(machine.loop);
     {

@@ -18,7 +18,7 @@ TEST(BarTop, RisesFromTheBottomByOneTwipForEach20StepsOfTheLevel) {
     }
 }
 
-TEST(TraceHeight, LiesAt950ForSilenceAndAt2000TwipsAboveForTheFullLevel) {
+TEST(TraceHeight, IsAt950ForSilenceAnd2000TwipsHigherForTheFullLevel) {
     EXPECT_EQ(traceHeight(0, 950), 950);
     EXPECT_EQ(traceHeight(16384, 950), -50);
     EXPECT_EQ(traceHeight(32768, 950), -1050);
@@ -28,7 +28,7 @@ TEST(TraceHeight, LiesAt950ForSilenceAndAt2000TwipsAboveForTheFullLevel) {
     EXPECT_EQ(traceHeight(INT32_MIN, 950), -131072000.0 + 950);
 }
 
-TEST(Negated, KeepsTheNumberThatHasNoOpposite) {
+TEST(Negated, KeepsTheNumberWithoutAnOpposite) {
     EXPECT_EQ(negated(5), -5);
     EXPECT_EQ(negated(-32768), 32768);
     EXPECT_EQ(negated(INT32_MIN), INT32_MIN);

@@ -34,7 +34,7 @@ TEST_F(MixerAccessTest, FindsAControlByItsLineAndType) {
     EXPECT_EQ(record.cMultipleItems, 1U);
 }
 
-TEST_F(MixerAccessTest, AnAbsentLineLeavesTheRecordUntouched) {
+TEST_F(MixerAccessTest, AMissingLineDoesNotChangeTheRecord) {
     mixer.removeLine(mixer_line::speakers);
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));
     EXPECT_EQ(record.cbStruct, 0U);
@@ -42,14 +42,14 @@ TEST_F(MixerAccessTest, AnAbsentLineLeavesTheRecordUntouched) {
     EXPECT_EQ(mixer.log.back(), "line 4");
 }
 
-TEST_F(MixerAccessTest, AnAbsentControlLeavesTheRecordWithItsSizeAlone) {
+TEST_F(MixerAccessTest, AMissingControlSetsOnlyTheSizeOfTheRecord) {
     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::bass));
     EXPECT_EQ(record.cbStruct, 152U);
     EXPECT_EQ(record.dwControlID, 0U);
 }
 
-TEST_F(MixerAccessTest, ALaterLookUpThatFailsKeepsTheControlFoundBefore) {
+TEST_F(MixerAccessTest, AFailedLookUpKeepsThePreviousControl) {
     find(mixer_line::speakers, mixer_control::mute);
     const std::uint32_t master = record.dwControlID;
     mixer.removeControl(mixer_line::compactDisc, mixer_control::mute);
@@ -57,7 +57,7 @@ TEST_F(MixerAccessTest, ALaterLookUpThatFailsKeepsTheControlFoundBefore) {
     EXPECT_EQ(record.dwControlID, master);
 }
 
-TEST_F(MixerAccessTest, ReadsAndWritesAValueAndKeepsHowThatEnded) {
+TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResult) {
     find(mixer_line::compactDisc, mixer_control::volume);
     mixer.put(mixer_line::compactDisc, mixer_control::volume, 12345);
     EXPECT_EQ(access.GetControlValue(handle, record), 12345);
@@ -76,7 +76,7 @@ TEST_F(MixerAccessTest, ReadsAndWritesAValueAndKeepsHowThatEnded) {
     EXPECT_EQ(process.mixerLastError, MixerResult::noError);
 }
 
-TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsWhateverTheControlHas) {
+TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsWhateverTheControl) {
     find(mixer_line::waveIn, mixer_control::peakMeter);
     ASSERT_EQ(record.cMultipleItems, 1U);
     EXPECT_EQ(access.GetControlValue(handle, record), 0);

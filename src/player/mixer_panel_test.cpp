@@ -38,7 +38,7 @@ TEST_F(MixerPanelTest, Command2OpensTheMixerAndReadsFourLevelsInOrder) {
     EXPECT_TRUE(player.mixerState.mixerFound);
 }
 
-TEST_F(MixerPanelTest, ASliderIsUpsideDownAgainstItsLevelAndTheNumberRunsFrom0To10) {
+TEST_F(MixerPanelTest, ASliderIsInvertedAndItsNumberIsBetween0And10) {
     struct Row {
         int level;
         int slider;
@@ -71,7 +71,7 @@ TEST_F(MixerPanelTest, ReadingRunsNoSlidersHandler) {
     }
 }
 
-TEST_F(MixerPanelTest, ALevelThatIsNotFoundOrNotReadLeavesSliderAndNumber) {
+TEST_F(MixerPanelTest, ALevelThatCannotBeReadKeepsSliderAndNumber) {
     removeTone(mixer_control::bass);
     EXPECT_EQ(form.BassText.text(), "32768");
     EXPECT_EQ(form.BassSlider.value(), 0);
@@ -88,20 +88,20 @@ TEST_F(MixerPanelTest, ALevelThatIsNotFoundOrNotReadLeavesSliderAndNumber) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, ALevelBeyondTheSlidersRangeLeavesTheSlider) {
+TEST_F(MixerPanelTest, ALevelOutsideTheSlidersRangeKeepsTheSlider) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 70000);
     form.Command2.click();
     EXPECT_EQ(form.sliderMasterVolume.value(), 0);
     EXPECT_EQ(form.txtMasterVolume.text(), "10");
 }
 
-TEST_F(MixerPanelTest, WithoutAMixerAMessageAppearsAndNothingIsAsked) {
+TEST_F(MixerPanelTest, WithoutAMixerAMessageAppearsAndNothingIsRead) {
     mixer.present = false;
     EXPECT_THAT(operationsOf([&] { form.Command2.click(); }), ElementsAre("mixer open"));
     EXPECT_THAT(boxes.shown, ElementsAre(test::ShownBox{.text = noMixer}));
 }
 
-TEST_F(MixerPanelTest, EachOpenGivesANewHandleAndNoneIsClosed) {
+TEST_F(MixerPanelTest, EachOpenReturnsANewHandleAndNoHandleIsClosed) {
     const MixerHandle first = player.mixerState.hMixer;
     form.Command2.click();
     EXPECT_EQ(player.mixerState.hMixer, first + 1);
@@ -113,7 +113,7 @@ TEST_F(MixerPanelTest, EachOpenGivesANewHandleAndNoneIsClosed) {
 
 // --- the load ------------------------------------------------------------------------------
 
-TEST_F(MixerPanelTest, TheLoadDrivesMasterAndDiscToTheHighestAndTheSlidersShowWhatWasBefore) {
+TEST_F(MixerPanelTest, TheLoadSetsMasterAndDiscToFullVolumeAndTheSlidersShowThePreviousLevels) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 20000);
     mixer.put(mixer_line::compactDisc, mixer_control::volume, 0);
     form.unload();
@@ -131,7 +131,7 @@ TEST_F(MixerPanelTest, TheLoadDrivesMasterAndDiscToTheHighestAndTheSlidersShowWh
     EXPECT_EQ(player.mixerState.Volume, 65535);
 }
 
-TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsTheMessageOnceAndLeavesTheDesign) {
+TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsTheMessageOnceAndKeepsTheDesignedState) {
     form.unload();
     player.mixerState = {};
     mixer.present = false;
@@ -179,7 +179,7 @@ TEST_F(MixerPanelTest, AMovedSliderWritesItsLevelAndItsNumber) {
     }
 }
 
-TEST_F(MixerPanelTest, TheTrebleSliderLooksItsControlUpAtEachMove) {
+TEST_F(MixerPanelTest, TheTrebleSliderFindsItsControlAtEachMove) {
     for (const int place : {10, 20}) {
         EXPECT_THAT(operationsOf([&] { form.trebleslider.moveTo(place); }),
                     ElementsAre("mixer line 4", "mixer control 4 50030003",
@@ -188,7 +188,7 @@ TEST_F(MixerPanelTest, TheTrebleSliderLooksItsControlUpAtEachMove) {
     EXPECT_EQ(form.Treblesliderte.text(), "9");
 }
 
-TEST_F(MixerPanelTest, WithoutTrebleItsSliderChangesNothingNotEvenTheNumber) {
+TEST_F(MixerPanelTest, WithoutTrebleItsSliderDoesNotEvenChangeTheNumber) {
     removeTone(mixer_control::treble);
     player.mixerState.Volume = 77;
     EXPECT_THAT(operationsOf([&] { form.trebleslider.moveTo(30000); }),
@@ -205,7 +205,7 @@ TEST_F(MixerPanelTest, WithoutBassItsSliderWritesToNoControlAndChangesTheNumber)
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, AWriteThatFailsChangesTheNumberAndNotTheCard) {
+TEST_F(MixerPanelTest, AFailedWriteStillChangesTheNumber) {
     mixer.detailsFail = true;
     form.Slider1.moveTo(65535);
     EXPECT_EQ(form.Text1.text(), "0");
@@ -225,7 +225,7 @@ TEST_F(MixerPanelTest, ThePanSliderAndTheThreeCheckBoxesDoNothing) {
 
 // --- mutes ---------------------------------------------------------------------------------
 
-TEST_F(MixerPanelTest, TheMuteSwitchesLookUpAndWriteAtOnce) {
+TEST_F(MixerPanelTest, TheMuteSwitchesFindTheirControlAndWriteAtOnce) {
     struct Row {
         OptionButton& button;
         std::uint32_t line;
@@ -262,7 +262,7 @@ TEST_F(MixerPanelTest, TheSwitchesShareTwoScratchRecords) {
     }
 }
 
-TEST_F(MixerPanelTest, AnAbsentSwitchIsWrittenToAllTheSameAndNothingIsReported) {
+TEST_F(MixerPanelTest, AMissingSwitchIsWrittenToWithoutAReport) {
     mixer.removeLine(mixer_line::compactDisc);
     player.mixerState.MuteCtrlB = {};
     EXPECT_THAT(operationsOf([&] { form.Option13.click(); }),

@@ -16,7 +16,7 @@ struct PlayerWindowTest : test::PlayerWorld {};
 
 // --- load and unload -----------------------------------------------------------------------
 
-TEST_F(PlayerWindowTest, StandsAtTheMainWindowsRightEdgeWithItsHeightAndTop) {
+TEST_F(PlayerWindowTest, IsAtTheRightEdgeOfTheMainWindowWithItsTopAndHeight) {
     form.unload();
     main.setLeft(1000_twips);
     main.setTop(700_twips);
@@ -31,7 +31,7 @@ TEST_F(PlayerWindowTest, StandsAtTheMainWindowsRightEdgeWithItsHeightAndTop) {
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(PlayerWindowTest, TheLoadTakesItsStepsInOrder) {
+TEST_F(PlayerWindowTest, TheLoadRunsItsStepsInOrder) {
     form.unload();
     EXPECT_FALSE(process.PlayerOpen);
     player.disc.CDLoaded = true;
@@ -88,7 +88,7 @@ TEST_F(PlayerWindowTest, TheUnloadsCloseAllIsUnchecked) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, WhatThePlayerKnewOfADiscLastsWhenThePanelIsClosed) {
+TEST_F(PlayerWindowTest, TheStateOfADiscIsKeptWhenThePanelIsClosed) {
     switchOn();
     form.ftrack.click();
     form.unload();
@@ -129,7 +129,7 @@ TEST_F(PlayerWindowTest, ExitsSecondCloseAllIsChecked) {
 
 // --- menus ---------------------------------------------------------------------------------
 
-TEST_F(PlayerWindowTest, EntriesActAsClicksOnTheirButtonsEnabledOrNot) {
+TEST_F(PlayerWindowTest, EntriesActAsClicksOnTheirButtonsEvenIfDisabled) {
     std::vector<std::string> clicks;
     const auto note = [&](const Control& control) {
         return [&clicks, &control] {
@@ -150,7 +150,7 @@ TEST_F(PlayerWindowTest, EntriesActAsClicksOnTheirButtonsEnabledOrNot) {
                                     "stopbtn", "stopbtn"));
 }
 
-TEST_F(PlayerWindowTest, TheSwitchFollowsItsEntries) {
+TEST_F(PlayerWindowTest, TheEntriesSetThePowerSwitch) {
     form.mnuCDonp.click();
     EXPECT_TRUE(form.OptCD.selected());
     EXPECT_TRUE(on());
@@ -181,7 +181,7 @@ TEST_F(PlayerWindowTest, CloseUnloadsThePanel) {
     }
 }
 
-TEST_F(PlayerWindowTest, AsACubeItHasAnotherHeightUntilItIsLoadedAgain) {
+TEST_F(PlayerWindowTest, TheCubeHasItsHeightUntilTheNextLoad) {
     main.setHeight(6000_twips);
     for (MenuItem* entry : {&form.mnuCubeit, &form.mnuCubeitp}) {
         SCOPED_TRACE(entry->name());

@@ -60,7 +60,7 @@ struct PowerSwitchTest : test::PlayerWorld {
 
 // --- on ------------------------------------------------------------------------------------
 
-TEST_F(PowerSwitchTest, OnTakesItsStepsInOrder) {
+TEST_F(PowerSwitchTest, OnRunsItsStepsInOrder) {
     EXPECT_EQ(clickOn(),
               joined({inputStarts, unmutes, meterPrepared, discCloses, voiceCloses, discOpens}));
     EXPECT_TRUE(on());
@@ -74,7 +74,7 @@ TEST_F(PowerSwitchTest, OnTakesItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, OnOpensTheMouthOfTheSpeakersAndOfTheDisc) {
+TEST_F(PowerSwitchTest, OnUnmutesTheMasterAndTheDisc) {
     mixer.put(mixer_line::speakers, mixer_control::mute, 1);
     mixer.put(mixer_line::compactDisc, mixer_control::mute, 1);
     mixer.put(mixer_line::waveOut, mixer_control::mute, 1);
@@ -87,7 +87,7 @@ TEST_F(PowerSwitchTest, OnOpensTheMouthOfTheSpeakersAndOfTheDisc) {
     EXPECT_FALSE(form.Option14.selected());
 }
 
-TEST_F(PowerSwitchTest, TheResultsOfUncheckedCommandsGoToFileIndex) {
+TEST_F(PowerSwitchTest, TheStatusOfUncheckedCommandsIsStoredInFileIndex) {
     std::vector<std::int32_t> results;
     const auto log = media.onCommand;
     media.onCommand = [&](std::string_view command) {
@@ -104,7 +104,7 @@ TEST_F(PowerSwitchTest, TheResultsOfUncheckedCommandsGoToFileIndex) {
     EXPECT_EQ(process.fileIndex, 4);
 }
 
-TEST_F(PowerSwitchTest, OnWhileOnStartsTheDiscAnewAndTheInputOnce) {
+TEST_F(PowerSwitchTest, OnWhileOnReopensTheDiscAndStartsTheInputOnlyOnce) {
     switchOn();
     form.play.click();
     EXPECT_EQ(clickOn(), joined({unmutes, meterPrepared, discCloses, voiceCloses, discOpens}));
@@ -119,7 +119,7 @@ TEST_F(PowerSwitchTest, OnWhileOnStartsTheDiscAnewAndTheInputOnce) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
 }
 
-TEST_F(PowerSwitchTest, ThePollIsOffWhileTheDiscIsOpened) {
+TEST_F(PowerSwitchTest, ThePollIsStoppedWhileTheDiscIsOpened) {
     switchOn();
     bool reached = false;
     media.onCommand = [&](std::string_view command) {
@@ -134,7 +134,7 @@ TEST_F(PowerSwitchTest, ThePollIsOffWhileTheDiscIsOpened) {
     EXPECT_TRUE(form.Timer6.enabled());
 }
 
-TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelSilentlyAndTheSwitchFallsBack) {
+TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelSilentlyAndResetsTheSwitch) {
     media.answer("open cdaudio alias cd wait shareable", {.status = 266});
     const Operations sent = commandsOf([&] { form.OptCD.choose(); });
     EXPECT_THAT(sent, ElementsAre("stop cd", "close cd", "stop voice1", "close voice1",
@@ -163,7 +163,7 @@ TEST_F(PowerSwitchTest, ATimeFormatThatIsRefusedUnloadsThePanelAndStartsNothing)
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, AnInputThatCannotBeOpenedIsReportedAndThePlayerWorksWithoutIt) {
+TEST_F(PowerSwitchTest, AnInputThatCannotBeOpenedIsReportedAndThePlayerWorksAnyway) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     EXPECT_EQ(
         clickOn(),
@@ -176,7 +176,7 @@ TEST_F(PowerSwitchTest, AnInputThatCannotBeOpenedIsReportedAndThePlayerWorksWith
     EXPECT_FALSE(form.picPeakVol.lines().empty());
 }
 
-TEST(PowerSwitchWithoutMixer, OnPassesTheResetOverAndPlays) {
+TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
     test::PlayerBench bench;
     bench.form.unload();
     bench.player.mixerState = {};
@@ -220,7 +220,7 @@ TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
 
 // --- off -----------------------------------------------------------------------------------
 
-TEST_F(PowerSwitchTest, OffTakesItsStepsInOrder) {
+TEST_F(PowerSwitchTest, OffRunsItsStepsInOrder) {
     switchOn();
     form.play.click();
     showMeter();
@@ -244,7 +244,7 @@ TEST_F(PowerSwitchTest, OffTakesItsStepsInOrder) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PowerSwitchTest, OffSwitchesEveryTimerOff) {
+TEST_F(PowerSwitchTest, OffStopsEveryTimer) {
     switchOn();
     for (Timer* timer : {&form.Timer2, &form.Timer4}) {
         timer->setEnabled(true);
@@ -265,7 +265,7 @@ TEST_F(PowerSwitchTest, OffWhileOffRepeatsItsStepsHarmlessly) {
     EXPECT_EQ(process.fileIndex, test::SimulatedDisc::refused);
 }
 
-TEST_F(PowerSwitchTest, OffLeavesInputTicked) {
+TEST_F(PowerSwitchTest, OffKeepsTheInputBoxTicked) {
     switchOn();
     form.Check3.setValue(1).passOver();
     clickOff();
@@ -273,7 +273,7 @@ TEST_F(PowerSwitchTest, OffLeavesInputTicked) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, WhatTicksWhileItIsSwitchedOffIsNotLeftOnTheDisplays) {
+TEST_F(PowerSwitchTest, TicksDuringTheSwitchOffLeaveNothingOnTheDisplays) {
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
@@ -286,7 +286,7 @@ TEST_F(PowerSwitchTest, WhatTicksWhileItIsSwitchedOffIsNotLeftOnTheDisplays) {
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchTest, OnAndOffAgainAndAgainLeavesNothingBehind) {
+TEST_F(PowerSwitchTest, RepeatedOnAndOffLeavesNothingOpen) {
     for (int i = 0; i < 5; ++i) {
         switchOn();
         EXPECT_TRUE(on());
@@ -301,7 +301,7 @@ TEST_F(PowerSwitchTest, OnAndOffAgainAndAgainLeavesNothingBehind) {
 
 // --- off for an action ---------------------------------------------------------------------
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffTakesItsStepsInOrder) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     switchOn();
     form.play.click();
     EXPECT_EQ(switchOffForAnAction(),
@@ -318,7 +318,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffTakesItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksInputWhichStopsItOnceMore) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksInputWhichStopsItAgain) {
     switchOn();
     form.Check3.setValue(1).passOver();
     EXPECT_EQ(switchOffForAnAction(),
@@ -328,7 +328,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksInputWhichStopsItOnceMore) {
     EXPECT_EQ(form.Check3.value(), 0);
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffLeavesNoMuteSwitchOfTheDiscSelected) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsBothMuteSwitchesOfTheDisc) {
     form.Option13.choose();
     switchOffForAnAction();
     EXPECT_FALSE(form.Option13.selected());
@@ -380,7 +380,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffShowsItsStepsAtItsYields) {
     EXPECT_EQ(loop.yieldCount() - before, 7);
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffOfAPlayerThatIsOffMutesTheDiscToo) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffMutesTheDiscEvenIfThePlayerIsOff) {
     form.Option14.click();
     EXPECT_EQ(switchOffForAnAction(),
               joined({inputStopsAgain, yields, yields, yields, inputStopsAgain, mutesDisc, yields,

@@ -11,9 +11,9 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-struct PowerSwitchWithinOthersTest : test::PlayerWorld {};
+struct PowerSwitchDuringOtherStepsTest : test::PlayerWorld {};
 
-TEST_F(PowerSwitchWithinOthersTest, OnIsRefusedWhileItIsSwitchedOff) {
+TEST_F(PowerSwitchDuringOtherStepsTest, OnIsRefusedWhileItIsSwitchedOff) {
     switchOn();
     loop.atYield(1, [&] { form.OptCD.choose(); });
     EXPECT_THAT(commandsOf([&] { form.optNoCD.choose(); }), ElementsAre("stop cd", "close cd"));
@@ -21,7 +21,7 @@ TEST_F(PowerSwitchWithinOthersTest, OnIsRefusedWhileItIsSwitchedOff) {
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereThePanelIsClosedInTheInputsMessage) {
+TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePanelIsClosedDuringTheInputsMessage) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.unload();
@@ -33,7 +33,7 @@ TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereThePanelIsClosedInTheInputsMessag
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereItIsSwitchedOffInTheInputsMessage) {
+TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePlayerIsSwitchedOffDuringTheInputsMessage) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.optNoCD.choose();
@@ -45,7 +45,7 @@ TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereItIsSwitchedOffInTheInputsMessage
     EXPECT_TRUE(form.optNoCD.selected());
 }
 
-TEST_F(PowerSwitchWithinOthersTest, OnEndsWhereThePanelIsClosedWhileACaptureIsSaved) {
+TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePanelIsClosedWhileACaptureIsSaved) {
     main.load();
     main.Command8.onClick = [&] {
         main.tmrRecord.setEnabled(false);

@@ -187,7 +187,7 @@ void expectThatItWorksAgain(PlayerBench& bench) {
     EXPECT_TRUE(bench.discMuted());
 }
 
-TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsSilentAndWorksAgain) {
+TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             int n = 1;
@@ -211,7 +211,7 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsSilentAndWorksAgain) {
     }
 }
 
-TEST(EverySwitchOff, WithTheMeterInputTickedAtAnyYieldLeavesNoneBehindAClosedPanel) {
+TEST(EverySwitchOff, WithTheInputTickedAtAnyYieldLeavesNoInputOpen) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};
@@ -237,7 +237,7 @@ TEST(EverySwitchOff, WithTheMeterInputTickedAtAnyYieldLeavesNoneBehindAClosedPan
     }
 }
 
-TEST(EverySwitchOff, OfAnEmptyOrSilentPlayerWithAnyEventEndsSilentToo) {
+TEST(EverySwitchOff, OfAnEmptyOrSilentPlayerWithAnyEventAlsoEndsInSilence) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {

@@ -48,7 +48,7 @@ struct TransportTest : test::PlayerWorld {
 
 // --- each button in each state -------------------------------------------------------------
 
-TEST_F(TransportTest, EachButtonSendsWhatItsStateAsksFor) {
+TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
     struct Row {
         CommandButton& button;
         int track, minute, second;
@@ -124,7 +124,7 @@ TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
 
 // --- play and pause ------------------------------------------------------------------------
 
-TEST_F(TransportTest, PlayPlaysAndTheDisplayFollows) {
+TEST_F(TransportTest, PlayStartsPlayingAndUpdatesTheDisplay) {
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
     EXPECT_TRUE(disc.playing());
     EXPECT_TRUE(state.Playing);
@@ -134,7 +134,7 @@ TEST_F(TransportTest, PlayPlaysAndTheDisplayFollows) {
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(TransportTest, ATrackSelectedInTheMainWindowWinsOverTheCurrentOne) {
+TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentOne) {
     form.ftrack.click();
     EXPECT_EQ(state.CurTrack, 2);
     process.currentTrack = 1;
@@ -147,7 +147,7 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowWinsOverTheCurrentOne) {
     EXPECT_EQ(click(form.play), thenLook({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, ASelectedTrackThatIsTheLastOrBeyondSendsNothing) {
+TEST_F(TransportTest, ASelectedLastOrInvalidTrackSendsNothing) {
     for (const int track : {3, 4, 99}) {
         process.currentTrack = track;
         EXPECT_EQ(click(form.play), thenLook({})) << track;
@@ -155,7 +155,7 @@ TEST_F(TransportTest, ASelectedTrackThatIsTheLastOrBeyondSendsNothing) {
     }
 }
 
-TEST_F(TransportTest, ASelectedTrackThatDoesNotFitLeavesTheCurrentOne) {
+TEST_F(TransportTest, ASelectedTrackNumberThatOverflowsKeepsTheCurrentTrack) {
     form.ftrack.click();
     for (const std::int32_t track : {40000, INT32_MAX, -1, INT32_MIN, 0}) {
         process.currentTrack = track;
@@ -163,14 +163,14 @@ TEST_F(TransportTest, ASelectedTrackThatDoesNotFitLeavesTheCurrentOne) {
     }
 }
 
-TEST_F(TransportTest, ATrackBelowTheFirstIsTheFirst) {
+TEST_F(TransportTest, ATrackNumberBelowOneMeansTheFirstTrack) {
     media.answer("status cd position", {.reply = "00:00:00:00"});
     player.poll.UpdatePlayer();
     EXPECT_EQ(state.CurTrack, 0);
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
 }
 
-TEST_F(TransportTest, PlayOnTheLastTrackDisablesEjectAndDoesNoMore) {
+TEST_F(TransportTest, PlayOnTheLastTrackOnlyDisablesEject) {
     standAt(3, 0, 0, false);
     EXPECT_EQ(click(form.play), thenLook({}));
     EXPECT_FALSE(state.Playing);
@@ -187,7 +187,7 @@ TEST_F(TransportTest, PlayMarksPlayingBeforeItSends) {
     form.play.click();
 }
 
-TEST_F(TransportTest, AfterAPausePlayGoesOnWithoutATrackAndShowsPlaying) {
+TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying) {
     form.play.click();
     loop.advance(10s);
     EXPECT_EQ(click(form.pause), thenLook({"pause cd"}));
@@ -209,7 +209,7 @@ TEST_F(TransportTest, AfterAPausePlayGoesOnWithoutATrackAndShowsPlaying) {
     EXPECT_EQ(click(form.play), thenLook({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, AfterAPausePlayDisablesEjectFirstToo) {
+TEST_F(TransportTest, AfterAPausePlayAlsoDisablesEjectFirst) {
     form.pause.click();
     form.eject.setEnabled(true);
     bool sent = false;
@@ -222,7 +222,7 @@ TEST_F(TransportTest, AfterAPausePlayDisablesEjectFirstToo) {
     EXPECT_FALSE(form.eject.enabled());
 }
 
-TEST_F(TransportTest, WhilePausedTheLookClearsPlayingSoThatASkipOnlyMoves) {
+TEST_F(TransportTest, WhilePausedThePollClearsPlayingSoThatASkipOnlyMoves) {
     form.play.click();
     form.pause.click();
     state.Playing = true;
@@ -231,7 +231,7 @@ TEST_F(TransportTest, WhilePausedTheLookClearsPlayingSoThatASkipOnlyMoves) {
     EXPECT_EQ(click(form.ftrack), thenLook({"seek cd to 2"}));
 }
 
-TEST_F(TransportTest, OnlyPlayForgetsAPause) {
+TEST_F(TransportTest, OnlyPlayEndsAPause) {
     form.play.click();
     form.pause.click();
     for (CommandButton* button : {&form.stopbtn, &form.ftrack, &form.btrack, &form.eject}) {
@@ -279,7 +279,7 @@ TEST_F(TransportTest, PreviousAtTheVeryStartGoesToTheLastTrackAndLaterRestartsTh
     EXPECT_TRUE(disc.playing());
 }
 
-TEST_F(TransportTest, EjectOpensTheDoorAndStaysDisabled) {
+TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
     EXPECT_THAT(click(form.eject), ElementsAre("set cd door open", "status cd media present"));
     EXPECT_EQ(form.CD.text(), "No CD");
     EXPECT_THAT(enabledButtons(), IsEmpty());
@@ -293,7 +293,7 @@ TEST_F(TransportTest, EjectOpensTheDoorAndStaysDisabled) {
 
 // --- without a disc, with no audio disc, switched off: by the menu --------------------------
 
-TEST(TransportWithoutADisc, PlayOnlyLooks) {
+TEST(TransportWithoutADisc, PlayOnlyPolls) {
     test::PlayerBench bench;
     bench.disc.remove();
     bench.switchOn();
@@ -317,7 +317,7 @@ TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelSilently) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(TransportWithADataDisc, PlayOnlyLooks) {
+TEST(TransportWithADataDisc, PlayOnlyPolls) {
     test::PlayerBench bench({60000});
     bench.switchOn();
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
@@ -326,7 +326,7 @@ TEST(TransportWithADataDisc, PlayOnlyLooks) {
     EXPECT_EQ(bench.form.CD.text(), "Not audio");
 }
 
-TEST(TransportSwitchedOff, PlayOnlyLooksIfNoDiscWasEverRead) {
+TEST(TransportSwitchedOff, PlayOnlyPollsIfNoDiscWasEverRead) {
     test::PlayerBench bench;
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present"));
@@ -384,7 +384,7 @@ TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelSilently) {
     }
 }
 
-TEST_F(TransportTest, AfterAFailureTheHandlerGoesOn) {
+TEST_F(TransportTest, AfterAFailureTheHandlerContinues) {
     media.answer("stop cd wait", {.status = 275});
     EXPECT_THAT(commandsOf([&] { form.stopbtn.click(); }),
                 ElementsAre("stop cd wait",                           //
@@ -395,7 +395,7 @@ TEST_F(TransportTest, AfterAFailureTheHandlerGoesOn) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(TransportTest, AResumeThatFailsMarksPlayingAllTheSame) {
+TEST_F(TransportTest, AFailedResumeStillMarksPlaying) {
     form.pause.click();
     media.answer("play cd", {.status = 275});
     form.play.click();

@@ -33,7 +33,7 @@ class EntryClicksTest : public test::PlaylistWorld {
 
 // --- the click -------------------------------------------------------------------------------
 
-TEST_F(EntryClicksTest, TakesTheFileInHandAndReadsIt) {
+TEST_F(EntryClicksTest, MakesTheFileTheEditedOneAndReadsIt) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -64,7 +64,7 @@ TEST_F(EntryClicksTest, OfAnEmptyListDoesNothing) {
     EXPECT_EQ(loop.yieldCount(), 0);
 }
 
-TEST_F(EntryClicksTest, AnEmptyLineSaysThatThereIsNoData) {
+TEST_F(EntryClicksTest, AnEmptyLineShowsThatThereIsNoData) {
     store.put("music", "HowMany", "1");
     editor.load();
     choose(0);
@@ -74,7 +74,7 @@ TEST_F(EntryClicksTest, AnEmptyLineSaysThatThereIsNoData) {
 
 // --- adding to the work tree -----------------------------------------------------------------
 
-TEST_F(EntryClicksTest, WithATickTheFileEntersTheWorkTree) {
+TEST_F(EntryClicksTest, AddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
     addMp3(pathA, "Title A");
     open({pathA});
     tick();
@@ -97,7 +97,7 @@ TEST_F(EntryClicksTest, TheHeaderIsReadBeforeTheFileIsAdded) {
     EXPECT_TRUE(shown);
 }
 
-TEST_F(EntryClicksTest, AFileThatTheMainListKnowsIsNotAdded) {
+TEST_F(EntryClicksTest, AFileOfTheMainListIsNotAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
     mainForm.List2.addItem(pathA);
@@ -117,7 +117,7 @@ TEST_F(EntryClicksTest, LinesOfTheMainListArePatterns) {
     EXPECT_FALSE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, LooksAtAsManyLinesAsThePlaylistHas) {
+TEST_F(EntryClicksTest, ComparesAsManyLinesAsThePlaylistHas) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA});
@@ -138,7 +138,7 @@ TEST_F(EntryClicksTest, LooksAtAsManyLinesAsThePlaylistHas) {
     EXPECT_EQ(loop.now(), again);
 }
 
-TEST_F(EntryClicksTest, AShorterMainListMatchesNothingBehindItsEnd) {
+TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
     addMp3(pathA, "Title A");
     open({pathA, pathB, pathC});
     tick();
@@ -146,7 +146,7 @@ TEST_F(EntryClicksTest, AShorterMainListMatchesNothingBehindItsEnd) {
     EXPECT_TRUE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, TheEntryIsAddedAsItStandsInTheList) {
+TEST_F(EntryClicksTest, TheEntryIsAddedExactlyAsItIsInTheList) {
     // The blank before it makes it the name of another file.
     addMp3(" " + pathA, "Title");
     addMp3(pathA, "Title");
@@ -157,7 +157,7 @@ TEST_F(EntryClicksTest, TheEntryIsAddedAsItStandsInTheList) {
     EXPECT_THAT(lines(mainForm.List2), Not(Contains(pathA)));
 }
 
-TEST_F(EntryClicksTest, WithoutATickNothingIsAdded) {
+TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
     addMp3(pathA, "Title A");
     open({pathA});
     choose(0);
@@ -166,7 +166,7 @@ TEST_F(EntryClicksTest, WithoutATickNothingIsAdded) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, AClickInTheYieldLeavesTheOtherEntryForBoth) {
+TEST_F(EntryClicksTest, AClickDuringTheYieldMakesBothUseTheOtherEntry) {
     // What is selected when the tick is asked for counts, not what was clicked first.
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
@@ -220,7 +220,7 @@ TEST_F(EntryClicksTest, ASourceThatFailsIsNotPlayed) {
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathA));
 }
 
-TEST_F(EntryClicksTest, StopsWhetherItPlaysOrNot) {
+TEST_F(EntryClicksTest, StopsEvenIfNothingPlays) {
     open({});
     editor.Command12.click();
     mp3.failStop = Error{ErrorNumber::deviceUnavailable, ""};

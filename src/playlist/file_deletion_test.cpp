@@ -40,7 +40,7 @@ class FileDeletionTest : public test::PlaylistWorld {
     static ShownBox deleted(const std::string& path) { return {path + " has been Deleted"}; }
 };
 
-TEST_F(FileDeletionTest, AsksDeletesReportsAndDelists) {
+TEST_F(FileDeletionTest, AsksThenDeletesThenReportsThenDelists) {
     openThree();
     choose(1);
     remove(pathB);
@@ -63,7 +63,7 @@ TEST_F(FileDeletionTest, DoesNothingForBlanks) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, NoAndCancelLeaveTheBareLength) {
+TEST_F(FileDeletionTest, NoAndCancelShowOnlyTheLength) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         openThree();
         choose(0);
@@ -79,7 +79,7 @@ TEST_F(FileDeletionTest, NoAndCancelLeaveTheBareLength) {
     }
 }
 
-TEST_F(FileDeletionTest, AnEmptyFileGoesWithoutAQuestionAndKeepsItsEntry) {
+TEST_F(FileDeletionTest, AnEmptyFileIsDeletedWithoutAQuestionAndKeepsItsEntry) {
     openThree();
     choose(1);
     disk.addFile(pathB, "");
@@ -107,7 +107,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAndDelisted) {
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, OnThatWayAFailedCompactionEndsTheProcedure) {
+TEST_F(FileDeletionTest, ThenAFailedCompactionEndsTheProcedure) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",
@@ -119,7 +119,7 @@ TEST_F(FileDeletionTest, OnThatWayAFailedCompactionEndsTheProcedure) {
     EXPECT_EQ(store.held("music", "-1"), "");
 }
 
-TEST_F(FileDeletionTest, AFileThatIsGoneIsReportedAndTheRestBreaksOff) {
+TEST_F(FileDeletionTest, AMissingFileIsReportedAndTheProcedureStops) {
     openThree();
     choose(1);
     EXPECT_TRUE(disk.removeFile(pathB).ok());
@@ -133,7 +133,7 @@ TEST_F(FileDeletionTest, AFileThatIsGoneIsReportedAndTheRestBreaksOff) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, AFileThatComesBackWhileItIsReportedIsDelistedAfterAll) {
+TEST_F(FileDeletionTest, AFileRecreatedDuringTheReportIsDelisted) {
     openThree();
     choose(1);
     EXPECT_TRUE(disk.removeFile(pathB).ok());
@@ -145,7 +145,7 @@ TEST_F(FileDeletionTest, AFileThatComesBackWhileItIsReportedIsDelistedAfterAll) 
     EXPECT_TRUE(disk.fileExists(pathB));
 }
 
-TEST_F(FileDeletionTest, ADeletionThatFailsIsReportedAllTheSame) {
+TEST_F(FileDeletionTest, AFailedDeletionIsReportedLikeASuccessfulOne) {
     openThree();
     choose(1);
     for (const auto operation :
@@ -159,7 +159,7 @@ TEST_F(FileDeletionTest, ADeletionThatFailsIsReportedAllTheSame) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-TEST_F(FileDeletionTest, TakesThePathWithoutBlanksButFindsItsEntryWithThem) {
+TEST_F(FileDeletionTest, DeletesThePathWithoutBlanksButFindsItsEntryWithThem) {
     openThree();
     remove("  " + pathB + " ");
     EXPECT_FALSE(disk.fileExists(pathB));
@@ -171,7 +171,7 @@ TEST_F(FileDeletionTest, TakesThePathWithoutBlanksButFindsItsEntryWithThem) {
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, WithoutAMatchTheSelectedEntryGoes) {
+TEST_F(FileDeletionTest, WithoutAMatchTheSelectedEntryIsRemoved) {
     openThree();
     addMp3("c:\\other.mp3", "Other");
     choose(2);
@@ -190,7 +190,7 @@ TEST_F(FileDeletionTest, SelectsTheFirstEntryThatMatches) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(FileDeletionTest, SelectingAnotherEntryIsAClickOnIt) {
+TEST_F(FileDeletionTest, SelectingAnotherEntryRunsItsClick) {
     openThree();
     choose(0);
     remove(pathB);
@@ -219,7 +219,7 @@ TEST_F(FileDeletionTest, ClearsTheBoxesAfterTheReport) {
 
 // --- what comes in between -------------------------------------------------------------------
 
-TEST_F(FileDeletionTest, AClickWhileTheFileIsDeletedTakesAnotherFileInHand) {
+TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
     openThree();
     choose(0);
     loop.after(100ms, [&] { choose(2); });
@@ -232,7 +232,7 @@ TEST_F(FileDeletionTest, AClickWhileTheFileIsDeletedTakesAnotherFileInHand) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-TEST_F(FileDeletionTest, AClickInAnyYieldEndsWithTheListAndTheStoreAgreeing) {
+TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
     openThree();
     choose(0);
     const int before = loop.yieldCount();
@@ -261,7 +261,7 @@ TEST_F(FileDeletionTest, AClickInAnyYieldEndsWithTheListAndTheStoreAgreeing) {
     }
 }
 
-TEST_F(FileDeletionTest, ABoxEmptiedInTheYieldStopsItWithoutADelisting) {
+TEST_F(FileDeletionTest, ClearingTheBoxDuringTheYieldPreventsTheDelisting) {
     openThree();
     choose(1);
     loop.after(100ms, [&] {
@@ -275,7 +275,7 @@ TEST_F(FileDeletionTest, ABoxEmptiedInTheYieldStopsItWithoutADelisting) {
     EXPECT_EQ(editor.Text5.text(), pathB);
 }
 
-TEST_F(FileDeletionTest, AWindowClosedMeanwhileStillLeavesTheStoreRight) {
+TEST_F(FileDeletionTest, TheStoreIsCorrectEvenIfTheWindowIsClosedMeanwhile) {
     openThree();
     choose(1);
     loop.after(100ms, [&] { editor.unload(); });

@@ -38,7 +38,7 @@ class FileRenameTest : public test::PlaylistWorld {
     }
 };
 
-TEST_F(FileRenameTest, RenamesTheFileAndItsEntryOnTheScreenAlone) {
+TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
     addMp3(pathA, "Title A");
     open({pathB, pathA});
     rename(pathA, target);
@@ -63,7 +63,7 @@ TEST_F(FileRenameTest, TheNextCompactionStoresTheNewName) {
     EXPECT_THAT(inStore(), ElementsAre(target));
 }
 
-TEST_F(FileRenameTest, AddsAFileThatWasInNoEntry) {
+TEST_F(FileRenameTest, AddsAFileWithoutAnEntry) {
     addMp3(pathA, "Title A");
     open({pathB});
     rename(pathA, target);
@@ -72,7 +72,7 @@ TEST_F(FileRenameTest, AddsAFileThatWasInNoEntry) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-TEST_F(FileRenameTest, ShowsTheDialogInTheFilesFolderWithItsBareName) {
+TEST_F(FileRenameTest, ShowsTheDialogInTheFilesFolderWithItsName) {
     open({});
     rename("  " + pathA + " ", std::nullopt);
     ASSERT_EQ(dialog.savings.size(), 1U);
@@ -81,7 +81,7 @@ TEST_F(FileRenameTest, ShowsTheDialogInTheFilesFolderWithItsBareName) {
     EXPECT_THAT(dialog.opened, IsEmpty());
 }
 
-TEST_F(FileRenameTest, ReplacesTheEntryOnceAndHoldsTheOthersAgainstTheNewPath) {
+TEST_F(FileRenameTest, ReplacesTheEntryOnceAndComparesTheOthersWithTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
@@ -99,7 +99,7 @@ TEST_F(FileRenameTest, BlanksAroundThePathMatterInTheList) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, target));
 }
 
-TEST_F(FileRenameTest, StopsForBlanksForACancelAndForAnEmptyName) {
+TEST_F(FileRenameTest, StopsForBlanksACancelOrAnEmptyName) {
     addMp3(pathA, "Title A");
     open({pathA});
     for (const char* nothing : {"", "  "}) {
@@ -143,7 +143,7 @@ TEST_F(FileRenameTest, AsksForAnExistingTargetAndNeverOverwritesIt) {
     }
 }
 
-TEST_F(FileRenameTest, DoesNotAskForATargetWhoseDateCannotBeTaken) {
+TEST_F(FileRenameTest, DoesNotAskForATargetWhoseDateCannotBeRead) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     disk.failWith(FakeFileSystem::Operation::fileDate, pathB, ErrorNumber::permissionDenied);
@@ -167,7 +167,7 @@ TEST_F(FileRenameTest, ARenameThatFailsChangesNothing) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(FileRenameTest, ACancelledRenameLeavesTheBareNameInTheDialog) {
+TEST_F(FileRenameTest, ACancelledRenameKeepsTheNameWithoutItsFolderInTheDialog) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
@@ -177,7 +177,7 @@ TEST_F(FileRenameTest, ACancelledRenameLeavesTheBareNameInTheDialog) {
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(FileRenameTest, TheTargetIsTheNextDialogsName) {
+TEST_F(FileRenameTest, TheNextDialogShowsTheTargetsName) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, target);
@@ -185,7 +185,7 @@ TEST_F(FileRenameTest, TheTargetIsTheNextDialogsName) {
     EXPECT_EQ(dialog.opened.at(0).fileName, target);
 }
 
-TEST_F(FileRenameTest, RenamesWhatIsInHandAfterTheQuestion) {
+TEST_F(FileRenameTest, RenamesTheFileThatIsEditedAfterTheQuestion) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     addMp3(pathC, "Title C");

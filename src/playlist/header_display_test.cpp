@@ -56,7 +56,7 @@ TEST_F(HeaderDisplayTest, ShowsAFileWithoutATag) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "1000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, ShowsOfAVariableRateItsAverageAlone) {
+TEST_F(HeaderDisplayTest, ShowsOnlyTheAverageOfAVariableRate) {
     disk.addFile(pathA, Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 6000).content);
     read(pathA);
     EXPECT_EQ(editor.List1.listCount(), 12);
@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsAllButTheLastTwoBoxesFirst) {
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, SaysThatAFileBelow100BytesOrAMissingOneHasNoData) {
+TEST_F(HeaderDisplayTest, ShowsThatAMissingFileOrOneBelow100BytesHasNoData) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");
@@ -123,7 +123,7 @@ TEST_F(HeaderDisplayTest, SaysThatAFileBelow100BytesOrAMissingOneHasNoData) {
     }
 }
 
-TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsTheHeaderOfTheFileBefore) {
+TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeader) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
@@ -137,7 +137,7 @@ TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsTheHeaderOfTheFileBefore) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(HeaderDisplayTest, AFailedHeaderIsThatOfTheFileBeforeBesideTheNewTag) {
+TEST_F(HeaderDisplayTest, AFailedHeaderShowsThePreviousFilesHeaderBesideTheNewTag) {
     addMp3(pathA, "Title A");
     read(pathA);
     disk.addFile(pathB, Mp3Bytes(1000).header(1, 0xFFFB0000).end(tagOf("Title B", "B")).content);
@@ -146,7 +146,7 @@ TEST_F(HeaderDisplayTest, AFailedHeaderIsThatOfTheFileBeforeBesideTheNewTag) {
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, BeforeAnyHeaderAllIsZeroOrEmpty) {
+TEST_F(HeaderDisplayTest, BeforeTheFirstHeaderAllFieldsAreZeroOrEmpty) {
     disk.addFile(pathA, std::string(100, 'x'));
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            0");
@@ -154,7 +154,7 @@ TEST_F(HeaderDisplayTest, BeforeAnyHeaderAllIsZeroOrEmpty) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "0", "False", "100 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, TheRecordOutlivesTheWindow) {
+TEST_F(HeaderDisplayTest, TheRecordIsKeptWhenTheWindowCloses) {
     addMp3(pathA, "Title A");
     read(pathA);
     editor.unload();
@@ -164,7 +164,7 @@ TEST_F(HeaderDisplayTest, TheRecordOutlivesTheWindow) {
     EXPECT_EQ(line(0), "Bitrate            128");
 }
 
-TEST_F(HeaderDisplayTest, AGenreOf32LeavesTheNumberOfTheFileBefore) {
+TEST_F(HeaderDisplayTest, AGenreOf32KeepsThePreviousFilesNumber) {
     disk.addFile(
         pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "", "", "", "", 17)).content);
     disk.addFile(
@@ -189,7 +189,7 @@ TEST_F(HeaderDisplayTest, YieldsOnceBetweenTheAnalysisAndTheDisplay) {
     EXPECT_EQ(loop.yieldCount(), 1);
 }
 
-TEST_F(HeaderDisplayTest, AReadingWithinTheYieldShowsItsLinesTwice) {
+TEST_F(HeaderDisplayTest, AReadingDuringTheYieldShowsItsLinesTwice) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     loop.atYield(1, [&] { read(pathB); });
@@ -199,7 +199,7 @@ TEST_F(HeaderDisplayTest, AReadingWithinTheYieldShowsItsLinesTwice) {
     EXPECT_EQ(editor.Text5.text(), pathB);
 }
 
-TEST_F(HeaderDisplayTest, ReadsHeadAndTailOfTheFileAlone) {
+TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
     addMp3(pathA, "Title A");
     disk.log.clear();
     read(pathA);
@@ -211,7 +211,7 @@ TEST_F(HeaderDisplayTest, ReadsHeadAndTailOfTheFileAlone) {
 
 // --- browsing --------------------------------------------------------------------------------
 
-TEST_F(HeaderDisplayTest, TakesTheChosenFileInHandAndReadsIt) {
+TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedOneAndReadsIt) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.Text5.setText("  " + pathB + " ");
@@ -245,7 +245,7 @@ TEST_F(HeaderDisplayTest, AFirstCancelDoesNothing) {
     EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(HeaderDisplayTest, ALaterCancelReadsWhatIsInHand) {
+TEST_F(HeaderDisplayTest, ALaterCancelReadsTheEditedFile) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     dialog.choices = {pathA, std::nullopt};
@@ -257,7 +257,7 @@ TEST_F(HeaderDisplayTest, ALaterCancelReadsWhatIsInHand) {
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, ANewWindowHasNoNameOfAPreviousUse) {
+TEST_F(HeaderDisplayTest, ANewWindowHasNoNameFromAnEarlierDialog) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA, std::nullopt};
     editor.cmdHdr1.click();
@@ -268,7 +268,7 @@ TEST_F(HeaderDisplayTest, ANewWindowHasNoNameOfAPreviousUse) {
     EXPECT_EQ(editor.List1.listCount(), 0);
 }
 
-TEST_F(HeaderDisplayTest, AnotherFailureOfTheDialogTakesThePreviousNameAgain) {
+TEST_F(HeaderDisplayTest, AnotherFailureOfTheDialogUsesThePreviousNameAgain) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.cmdHdr1.click();
@@ -278,7 +278,7 @@ TEST_F(HeaderDisplayTest, AnotherFailureOfTheDialogTakesThePreviousNameAgain) {
     EXPECT_EQ(editor.Text5.text(), pathA);
 }
 
-TEST_F(HeaderDisplayTest, AChosenFileThatIsGoneShowsNoData) {
+TEST_F(HeaderDisplayTest, AChosenFileThatIsMissingShowsNoData) {
     dialog.choices = {pathA};
     editor.Text4(8).setText("before");
     editor.cmdHdr1.click();

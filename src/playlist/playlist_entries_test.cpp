@@ -26,7 +26,7 @@ class PlaylistEntriesTest : public test::PlaylistWorld {
 
 // --- loading ---------------------------------------------------------------------------------
 
-TEST_F(PlaylistEntriesTest, LoadsWhatIsStoredIntoACentredWindow) {
+TEST_F(PlaylistEntriesTest, LoadsTheStoredListIntoACentredWindow) {
     stored({pathB, pathA});
     editor.load();
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
@@ -59,7 +59,7 @@ TEST_F(PlaylistEntriesTest, IgnoresKeysBeyondTheCount) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, LoadsNothingForACountThatIsNone) {
+TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNoNumber) {
     for (const char* count : {"-1", "0", "x", "", " ", "1x", "-70000", "99999999999", "1e300"}) {
         stored({pathA});
         store.put("music", "HowMany", count);
@@ -69,7 +69,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingForACountThatIsNone) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountSaysUpToABound) {
+TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountUpToALimit) {
     struct Row {
         const char* count;
         int lines;
@@ -83,7 +83,7 @@ TEST_F(PlaylistEntriesTest, LoadsAsManyLinesAsTheCountSaysUpToABound) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, IsTheSameAfterTheWindowWasClosed) {
+TEST_F(PlaylistEntriesTest, HasTheSameEntriesAfterTheWindowWasClosed) {
     open({pathA});
     add(pathB);
     editor.unload();
@@ -91,7 +91,7 @@ TEST_F(PlaylistEntriesTest, IsTheSameAfterTheWindowWasClosed) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(PlaylistEntriesTest, NamesTheKeysThatHoldPaths) {
+TEST_F(PlaylistEntriesTest, ListsTheKeysThatContainPaths) {
     EXPECT_THAT(playlistPathKeys(store), IsEmpty());
     stored({pathA, pathB, pathC});
     EXPECT_THAT(playlistPathKeys(store), ElementsAre("1", "2", "3"));
@@ -103,7 +103,7 @@ TEST_F(PlaylistEntriesTest, NamesTheKeysThatHoldPaths) {
 
 // --- adding ----------------------------------------------------------------------------------
 
-TEST_F(PlaylistEntriesTest, AddsThePathInHandAtTheEndAndClearsIt) {
+TEST_F(PlaylistEntriesTest, AppendsTheEditedPathAndClearsIt) {
     open({pathA});
     add(pathB);
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
@@ -113,7 +113,7 @@ TEST_F(PlaylistEntriesTest, AddsThePathInHandAtTheEndAndClearsIt) {
     EXPECT_EQ(editor.List2.listIndex(), -1);
 }
 
-TEST_F(PlaylistEntriesTest, AddsAnythingWithoutLookingAtIt) {
+TEST_F(PlaylistEntriesTest, AddsAnyTextWithoutCheckingIt) {
     open({});
     add("  no file at all.wav ");
     EXPECT_THAT(lines(editor.List2), ElementsAre("  no file at all.wav "));
@@ -131,7 +131,7 @@ TEST_F(PlaylistEntriesTest, AddsNoBlanks) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PlaylistEntriesTest, APathThatIsInTheListStaysInHand) {
+TEST_F(PlaylistEntriesTest, APathOfTheListIsNotAddedAndStaysInTheBox) {
     open({pathA, pathB});
     add(pathB);
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
@@ -139,14 +139,14 @@ TEST_F(PlaylistEntriesTest, APathThatIsInTheListStaysInHand) {
     EXPECT_EQ(editor.Text5.text(), pathB);
 }
 
-TEST_F(PlaylistEntriesTest, ComparesCaseAndBlanks) {
+TEST_F(PlaylistEntriesTest, ComparisonIncludesCaseAndBlanks) {
     open({pathA});
     add("C:\\music\\a.mp3");
     add(pathA + " ");
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, "C:\\music\\a.mp3", pathA + " "));
 }
 
-TEST_F(PlaylistEntriesTest, EntriesAreThePatterns) {
+TEST_F(PlaylistEntriesTest, TreatsEntriesAsPatterns) {
     open({"c:\\*.mp3", "d:\\#?.mp3", "e:\\[ab].mp3"});
     for (const char* known : {"c:\\x\\y.mp3", "d:\\1z.mp3", "e:\\b.mp3"}) {
         add(known);
@@ -212,7 +212,7 @@ TEST_F(PlaylistEntriesTest, DelistingTheOnlyEntryLeavesItsKeyAndAKey0) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, DropsEveryEntryOfAnotherEnding) {
+TEST_F(PlaylistEntriesTest, DropsEveryEntryWithAnotherExtension) {
     open({pathA, "Empty", "c:\\b.wav", "c:\\c.Mp3", "c:\\d.MP3", "mp3", "c:\\e.mp3 ", pathB});
     select(7);
     editor.Command6.click();
@@ -220,7 +220,7 @@ TEST_F(PlaylistEntriesTest, DropsEveryEntryOfAnotherEnding) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, "c:\\d.MP3", "mp3"));
 }
 
-TEST_F(PlaylistEntriesTest, AnAddedWavStaysUntilTheNextDelisting) {
+TEST_F(PlaylistEntriesTest, AnAddedWavIsKeptUntilTheNextDelisting) {
     open({pathA, pathB});
     add("c:\\b.wav");
     EXPECT_THAT(inStore(), ElementsAre(pathA, pathB, "c:\\b.wav"));
@@ -260,7 +260,7 @@ TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureStops) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, "Empty", pathB));
 }
 
-TEST_F(PlaylistEntriesTest, TheProcedureCountsDownEntryByEntry) {
+TEST_F(PlaylistEntriesTest, TheProcedureDecrementsTheCountForEachEntry) {
     open({pathA, pathB, pathC});
     select(0);
     EXPECT_TRUE(playlist.entries.CompactPlayList().ok());

@@ -43,7 +43,7 @@ class TagEditorTest : public test::PlaylistWorld {
     }
 };
 
-TEST_F(TagEditorTest, PutsTheBoxesOverTheLast128BytesInOneWrite) {
+TEST_F(TagEditorTest, WritesTheBoxesOverTheLast128BytesInOneCall) {
     disk.addFile(pathA, sound(1000));
     fill({"Artist", "Title", "Album", "1999", "Comment", "17"});
     write("  " + pathA + " ");
@@ -56,7 +56,7 @@ TEST_F(TagEditorTest, PutsTheBoxesOverTheLast128BytesInOneWrite) {
     EXPECT_EQ(editor.Text5.text(), "  " + pathA + " ");
 }
 
-TEST_F(TagEditorTest, ExchangesTitleAndArtistAtEachRound) {
+TEST_F(TagEditorTest, SwapsTitleAndArtistAtEachReadAndWrite) {
     disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "A")).content);
     editor.Text5.setText(pathA);
     for (const bool exchanged : {true, false, true}) {
@@ -85,7 +85,7 @@ TEST_F(TagEditorTest, DoesNothingForBlanks) {
     }
 }
 
-TEST_F(TagEditorTest, WritesAShortFileOverFromItsStart) {
+TEST_F(TagEditorTest, OverwritesAShortFileFromItsStart) {
     fill({"Artist"});
     for (const std::size_t length : {0U, 1U, 99U, 127U}) {
         disk.addFile(pathA, sound(length));
@@ -94,7 +94,7 @@ TEST_F(TagEditorTest, WritesAShortFileOverFromItsStart) {
     }
 }
 
-TEST_F(TagEditorTest, WritesFrom128BytesOnToTheEnd) {
+TEST_F(TagEditorTest, WritesAtTheEndOfAFileOf128BytesOrMore) {
     fill({"Artist"});
     for (const std::size_t length : {128U, 129U, 255U, 256U, 257U}) {
         disk.addFile(pathA, sound(length));
@@ -103,14 +103,14 @@ TEST_F(TagEditorTest, WritesFrom128BytesOnToTheEnd) {
     }
 }
 
-TEST_F(TagEditorTest, MakesAFileThatDoesNotExist) {
+TEST_F(TagEditorTest, CreatesAMissingFile) {
     fill({"Artist"});
     disk.addFolder("c:\\music");
     write("c:\\music\\new.mp3");
     EXPECT_EQ(disk.content("c:\\music\\new.mp3"), tagOf("Artist"));
 }
 
-TEST_F(TagEditorTest, AFileWithoutATagLosesItsEndAndHasOneAtTheNextRead) {
+TEST_F(TagEditorTest, AFileWithoutATagLosesItsLastBytesAndHasATagAtTheNextRead) {
     disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).content);
     fill({"", "", "", "", "", "255"});
     write(pathA);
@@ -120,7 +120,7 @@ TEST_F(TagEditorTest, AFileWithoutATagLosesItsEndAndHasOneAtTheNextRead) {
     EXPECT_EQ(disk.content(pathA)->size(), 1000U);
 }
 
-TEST_F(TagEditorTest, TakesTheGenreAsACodeAnd0ForWhatIsNone) {
+TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNoNumber) {
     struct Row {
         const char* text;
         int code;
@@ -135,14 +135,14 @@ TEST_F(TagEditorTest, TakesTheGenreAsACodeAnd0ForWhatIsNone) {
     }
 }
 
-TEST_F(TagEditorTest, AnEmptyGenreIsReadAs0) {
+TEST_F(TagEditorTest, AnEmptyGenreIsReadBackAs0) {
     disk.addFile(pathA, Mp3Bytes(1000).header(1, commonHeader).content);
     write(pathA);
     editor.cmdHdr2.click();
     EXPECT_EQ(editor.Text4(6).text(), "0");
 }
 
-TEST_F(TagEditorTest, TheCommentsLastByteIsBlankedUnlessItIsTyped) {
+TEST_F(TagEditorTest, TheCommentsLastByteIsABlankUnlessTheUserTypesIt) {
     const std::string thirty = "123456789012345678901234567890";
     disk.addFile(
         pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "A", "", "", thirty)).content);
@@ -180,7 +180,7 @@ TEST_F(TagEditorTest, EveryByteButNullAndBlanksAtTheEndSurvivesAReadAndAWrite) {
     }
 }
 
-TEST_F(TagEditorTest, AFileThatCannotBeWrittenStaysAsItIs) {
+TEST_F(TagEditorTest, AFileThatCannotBeWrittenIsNotChanged) {
     fill({"Artist"});
     for (const auto operation :
          {FakeFileSystem::Operation::openBinary, FakeFileSystem::Operation::writeBinary}) {

@@ -35,7 +35,7 @@ TEST(LoadSettings, ReturnsTheDefaultsForAnEmptyStore) {
     EXPECT_EQ(settings.muteButton, 1);
 }
 
-TEST(LoadSettings, LeavesTheStoreEmpty) {
+TEST(LoadSettings, WritesNothingToTheStore) {
     FakeSettingsStore store;
     loadedFrom(store);
     EXPECT_EQ(store.size(), 0U);
@@ -51,7 +51,7 @@ TEST(LoadSettings, ReadsEachKeyOnceInTheFixedOrder) {
                             "encode after extracting", "mute button"));
 }
 
-TEST(LoadSettings, PutsEachKeyIntoItsOwnField) {
+TEST(LoadSettings, StoresEachKeyInItsOwnField) {
     FakeSettingsStore store;
     int value = 10;
     for (const char* key :

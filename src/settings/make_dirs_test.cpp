@@ -42,7 +42,7 @@ TEST_F(MakeDirsTest, CreatesAndEntersEachLevelInThisOrder) {
     EXPECT_THAT(pointer_.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(MakeDirsTest, LeavesTheProgramInTheLastFolder) {
+TEST_F(MakeDirsTest, TheLastFolderBecomesTheCurrentOne) {
     make("c:\\Music\\Wav\\");
     EXPECT_EQ(disk_.currentFolder(), "c:\\Music\\Wav");
 }

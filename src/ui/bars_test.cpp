@@ -38,7 +38,7 @@ TEST_F(BarsTest, ABarsHeightDoesNotDependOnItsLabels) {
     EXPECT_EQ(bar->sizeHint().height(), before);
 }
 
-TEST_F(BarsTest, CancelAndStartAreReadAsTexts) {
+TEST_F(BarsTest, CancelAndStartAreAccessibleAsTexts) {
     const BarView* bar = makeToolBar(form, "fap", &window);
     EXPECT_EQ(bar->findChild<QAbstractButton*>("Command2")->text(), "&Cancel");
     EXPECT_EQ(bar->findChild<QAbstractButton*>("CmdSelectAction")->text(), "&Start ");

@@ -48,7 +48,7 @@ TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     }
 }
 
-TEST_F(ButtonViewTest, AClosedButtonTakesNoClicks) {
+TEST_F(ButtonViewTest, ADisabledButtonIgnoresClicks) {
     IconButtonView view(model, Symbol::exit, &parent);
     parent.show();
     model.setEnabled(false);
@@ -56,7 +56,7 @@ TEST_F(ButtonViewTest, AClosedButtonTakesNoClicks) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithALetterThatIsFree) {
+TEST_F(ButtonViewTest, ATextButtonShowsItsCaptionWithAnUnusedMnemonic) {
     const TextButtonView view(model, "fs", &parent);
     EXPECT_EQ(view.text(), "S&tart ");
     EXPECT_EQ(view.accessibleName(), "Start ");
@@ -71,7 +71,7 @@ TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTip) {
     EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(ButtonViewTest, AToolTipOfItsOwnGoesFirst) {
+TEST_F(ButtonViewTest, TheControlsOwnToolTipTakesPrecedence) {
     CommandButton play(form, "Command11");
     play.setToolTip("Play Selected track");
     const IconButtonView view(play, Symbol::play, &parent);

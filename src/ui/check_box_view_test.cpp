@@ -38,7 +38,7 @@ TEST_F(CheckBoxViewTest, ShowsCaptionAndTick) {
     EXPECT_EQ(view.text(), "Off");
 }
 
-TEST_F(CheckBoxViewTest, ACodesTickIsOneClickAndNotAViewsSecond) {
+TEST_F(CheckBoxViewTest, TickingByCodeRunsTheClickOnce) {
     model.setValue(1).passOver();
     EXPECT_EQ(clicks, 1);
 }
@@ -52,7 +52,7 @@ TEST_F(CheckBoxViewTest, AMouseClickAndTheSpaceKeyTickTheControl) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(CheckBoxViewTest, ShowsWhatTheHandlerHasMadeOfTheClick) {
+TEST_F(CheckBoxViewTest, ShowsTheStateThatTheHandlerHasSet) {
     model.onClick = [this] {
         model.setValue(0).passOver();
     };
@@ -61,7 +61,7 @@ TEST_F(CheckBoxViewTest, ShowsWhatTheHandlerHasMadeOfTheClick) {
     EXPECT_FALSE(view.isChecked());
 }
 
-TEST_F(CheckBoxViewTest, WithoutACaptionItsLabelStandsBesideIt) {
+TEST_F(CheckBoxViewTest, WithoutACaptionItsLabelIsBesideIt) {
     CheckBox bare(form, "Check4");
     const CheckBoxView bareView(bare, "Minimize now", &parent);
     EXPECT_EQ(bareView.text(), "Minimize now");

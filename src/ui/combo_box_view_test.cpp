@@ -43,7 +43,7 @@ TEST_F(ComboBoxViewTest, ShowsEntriesAndSelectionAsCodeChangesThem) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxViewTest, KeysChooseAndRunTheHandlerOnce) {
+TEST_F(ComboBoxViewTest, KeysSelectAndRunTheHandlerOnce) {
     model.setListIndex(0).passOver();
     clicks = 0;
     QTest::keyClick(&view, Qt::Key_Down);
@@ -51,7 +51,7 @@ TEST_F(ComboBoxViewTest, KeysChooseAndRunTheHandlerOnce) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxViewTest, ChoosingTheSelectedEntryIsAChoice) {
+TEST_F(ComboBoxViewTest, ChoosingTheSelectedEntryRunsTheHandler) {
     model.setListIndex(1).passOver();
     clicks = 0;
     view.showPopup();
@@ -60,7 +60,7 @@ TEST_F(ComboBoxViewTest, ChoosingTheSelectedEntryIsAChoice) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxViewTest, ShowsWhatTheHandlerHasMadeOfTheChoice) {
+TEST_F(ComboBoxViewTest, ShowsTheSelectionThatTheHandlerHasSet) {
     model.setListIndex(2).passOver();
     model.onClick = [this] {
         if (model.listIndex() != 2) {
@@ -79,7 +79,7 @@ TEST_F(ComboBoxViewTest, AnOpenListClosesWhenItsEntriesChange) {
     EXPECT_EQ(view.count(), 4);
 }
 
-TEST_F(ComboBoxViewTest, TheWheelOverTheClosedBoxChoosesNothing) {
+TEST_F(ComboBoxViewTest, TheWheelOverTheClosedBoxSelectsNothing) {
     model.setListIndex(0).passOver();
     QWheelEvent turn(QPointF(2, 2), view.mapToGlobal(QPointF(2, 2)), {}, QPoint(0, -120),
                      Qt::NoButton, {}, Qt::NoScrollPhase, false);

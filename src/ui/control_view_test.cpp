@@ -20,11 +20,11 @@ class ControlViewTest : public testing::Test {
     ControlView view{model, widget, [this] { return model.caption(); }, "Bytes captured"};
 };
 
-TEST_F(ControlViewTest, TheWidgetCarriesTheControlsName) {
+TEST_F(ControlViewTest, TheWidgetHasTheControlsName) {
     EXPECT_EQ(widget.objectName(), "lblStatus");
 }
 
-TEST_F(ControlViewTest, VisibilityAndAccessFollowTheControl) {
+TEST_F(ControlViewTest, VisibleAndEnabledFollowTheControl) {
     model.setVisible(false);
     EXPECT_TRUE(widget.isHidden());
     model.setVisible(true);
@@ -33,7 +33,7 @@ TEST_F(ControlViewTest, VisibilityAndAccessFollowTheControl) {
     EXPECT_FALSE(widget.isEnabled());
 }
 
-TEST_F(ControlViewTest, TheSpokenNameIsTheCaptionElseTheToolTipElseTheLabel) {
+TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionElseTheToolTipElseTheLabel) {
     EXPECT_EQ(widget.accessibleName(), "12 Bytes");
     model.setCaption("");
     EXPECT_EQ(widget.accessibleName(), "Bytes captured");
@@ -42,7 +42,7 @@ TEST_F(ControlViewTest, TheSpokenNameIsTheCaptionElseTheToolTipElseTheLabel) {
     EXPECT_EQ(widget.toolTip(), "What came so far");
 }
 
-TEST_F(ControlViewTest, APlaceIsTakenFromTheControlOnlyWhereThatIsAskedFor) {
+TEST_F(ControlViewTest, APositionIsReadFromTheControlOnlyOnRequest) {
     model.setLeft(150_twips);
     EXPECT_EQ(widget.x(), 0);
     QWidget placed(&parent);
@@ -78,7 +78,7 @@ TEST_F(ControlViewTest, AChangeAppliesItsOwnPropertyAlone) {
     EXPECT_THAT(shown, testing::ElementsAre(Property::caption, Property::enabled));
 }
 
-TEST_F(ControlViewTest, AControlMayChangeAfterItsWidgetIsGone) {
+TEST_F(ControlViewTest, AControlMayChangeAfterItsWidgetIsDestroyed) {
     {
         QWidget brief(&parent);
         const ControlView briefView(model, brief, {}, "");

@@ -93,7 +93,7 @@ TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
     EXPECT_THAT(log, IsEmpty()) << "looking is not choosing";
 }
 
-TEST_F(DevicesWindowTest, AStoredImageAndADriveThatIsGoneAreListedToo) {
+TEST_F(DevicesWindowTest, AStoredImageAndAMissingDriveAreListed) {
     drive = "/m/Die Lieder.cue";
     window.open();
     EXPECT_EQ(listed().back(), "Disc image: Die Lieder.cue");
@@ -103,7 +103,7 @@ TEST_F(DevicesWindowTest, AStoredImageAndADriveThatIsGoneAreListedToo) {
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 3);
 }
 
-TEST_F(DevicesWindowTest, ADriveThatIsClickedIsStoredThenTheListRefreshedThenTheReportShown) {
+TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRefreshesTheListThenShowsTheReport) {
     window.open();
     onRefresh = [&] {
         report = "Sector 12 is torn.";
@@ -114,7 +114,7 @@ TEST_F(DevicesWindowTest, ADriveThatIsClickedIsStoredThenTheListRefreshedThenThe
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 1);
 }
 
-TEST_F(DevicesWindowTest, KeysMoveWithoutChoosingAndReturnChooses) {
+TEST_F(DevicesWindowTest, CursorKeysOnlyMoveAndReturnChooses) {
     window.open();
     auto& list = child<QListWidget>("drives");
     QTest::keyClick(&list, Qt::Key_Down);
@@ -124,7 +124,7 @@ TEST_F(DevicesWindowTest, KeysMoveWithoutChoosingAndReturnChooses) {
     EXPECT_EQ(drive, "/dev/sr1");
 }
 
-TEST_F(DevicesWindowTest, AnImageThatIsPickedIsStoredByteForByteAndReadAgainEachTime) {
+TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndReadAgainEachTime) {
     window.open();
     picked = "/m/caf\xE9.toc";
     child<QPushButton>("pickImage").click();
@@ -136,13 +136,13 @@ TEST_F(DevicesWindowTest, AnImageThatIsPickedIsStoredByteForByteAndReadAgainEach
     EXPECT_EQ(drive, "");
 }
 
-TEST_F(DevicesWindowTest, ADialogThatIsCancelledChoosesNothing) {
+TEST_F(DevicesWindowTest, ACancelledDialogChoosesNothing) {
     window.open();
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(DevicesWindowTest, AChoiceInTheMiddleOfARefreshIsRefreshedAfterIt) {
+TEST_F(DevicesWindowTest, AChoiceDuringARefreshCausesAnotherRefresh) {
     window.open();
     onRefresh = [&] {
         window.chooseDrive("/dev/sr1");
@@ -165,7 +165,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(source, "none");
 }
 
-TEST_F(DevicesWindowTest, AnOutputThatIsGoneIsStillShownAndKept) {
+TEST_F(DevicesWindowTest, AMissingOutputIsStillShownAndKept) {
     output = "hw:7";
     window.open();
     EXPECT_EQ(child<QComboBox>("output").currentText(), "hw:7 (not found)");
@@ -181,7 +181,7 @@ TEST_F(DevicesWindowTest, EscapeAndTheCloseButtonHideTheWindow) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(DevicesWindowTest, NamesAreNoMarkupInToolTips) {
+TEST_F(DevicesWindowTest, ToolTipsShowNamesAsPlainText) {
     drive = "/m/<b>Die Lieder</b>.cue";
     outputs = {{"hw:1", "<b>Loud</b> & clear"}};
     window.open();
@@ -204,7 +204,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No problems were found."; }));
 }
 
-TEST_F(DevicesWindowTest, AsksForNothingWhileItIsHidden) {
+TEST_F(DevicesWindowTest, ReadsNothingWhileItIsHidden) {
     window.open();
     window.hide();
     report = "Sector 12 is torn.";
@@ -212,7 +212,7 @@ TEST_F(DevicesWindowTest, AsksForNothingWhileItIsHidden) {
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "No problems were found.");
 }
 
-TEST_F(DevicesWindowTest, ADriveThatIsChosenAgainIsReadAgainAndADoubleClickChoosesOnce) {
+TEST_F(DevicesWindowTest, ChoosingADriveAgainReadsItAgainAndADoubleClickChoosesOnce) {
     found = {"/dev/sr0"};
     window.open();
     auto& list = child<QListWidget>("drives");
@@ -226,20 +226,20 @@ TEST_F(DevicesWindowTest, ADriveThatIsChosenAgainIsReadAgainAndADoubleClickChoos
                                  "refresh /dev/sr0"));
 }
 
-TEST_F(DevicesWindowTest, AnImageBelowDevIsNoMissingDrive) {
+TEST_F(DevicesWindowTest, AnImageBelowDevIsNotShownAsAMissingDrive) {
     drive = "/dev/shm/x.cue";
     window.open();
     EXPECT_EQ(listed().back(), "Disc image: x.cue");
 }
 
-TEST_F(DevicesWindowTest, EveryWidgetHasASpokenName) {
+TEST_F(DevicesWindowTest, EveryWidgetHasAnAccessibleName) {
     window.open();
     for (const char* name : {"drives", "pickImage", "output", "source", "report", "close"}) {
         EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;
     }
 }
 
-TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseWithAMessage) {
+TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseAndShowsAMessage) {
     drive = "/dev/sr0";
     inUse = true;
     window.chooseDrive("/discs/other.cue");
@@ -254,7 +254,7 @@ TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseWithAMessage) {
     EXPECT_THAT(log, ElementsAre("drive /discs/other.cue", "refresh /discs/other.cue"));
 }
 
-TEST_F(DevicesWindowTest, TheNoticesStandBelowTheReportNewestFirst) {
+TEST_F(DevicesWindowTest, ShowsTheNoticesBelowTheReportNewestFirst) {
     report = "Sector 12 is torn.";
     notices = {"first", "second"};
     window.open();

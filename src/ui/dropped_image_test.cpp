@@ -13,17 +13,17 @@ std::string dropping(const QByteArray& list) {
     return droppedImage(data);
 }
 
-TEST(DroppedImage, TheFirstImageAmongTheFilesIsTaken) {
+TEST(DroppedImage, TheFirstImageAmongTheFilesIsUsed) {
     EXPECT_EQ(dropping("file:///m/disc.bin\r\nfile:///m/disc.cue\r\nfile:///m/b.toc\r\n"),
               "/m/disc.cue");
     EXPECT_EQ(dropping("file:///m/DISC.TOC\r\n"), "/m/DISC.TOC");
 }
 
-TEST(DroppedImage, ANameIsTakenByteForByte) {
+TEST(DroppedImage, ANameIsUsedByteForByte) {
     EXPECT_EQ(dropping("file:///m/caf%E9%20%C3%BC%25.cue\r\n"), "/m/caf\xE9 \xC3\xBC%.cue");
 }
 
-TEST(DroppedImage, OtherFilesAndOtherPlacesAreNone) {
+TEST(DroppedImage, OtherFilesAndRemoteUrlsAreNoImages) {
     EXPECT_EQ(dropping("file:///m/song.wav\r\n"), "");
     EXPECT_EQ(dropping("http://example.org/disc.cue\r\n"), "");
     EXPECT_EQ(dropping(""), "");

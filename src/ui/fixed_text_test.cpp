@@ -7,7 +7,7 @@
 namespace sonarith {
 namespace {
 
-TEST(FixedText, IsShownLetterForLetterWithAndWithoutAWidgetThatItNames) {
+TEST(FixedText, IsShownAsPlainTextWithAndWithoutABuddyWidget) {
     QWidget parent;
     QLineEdit box(&parent);
     box.setAccessibleName("Folder");

@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(FolderRows, LeadFromTheDriveToTheFolderAndTheFoldersInIt) {
+TEST(FolderRows, AreTheDriveTheFoldersOfThePathAndTheSubfolders) {
     const FolderRows made = folderRows("c:\\music\\wav", {"b", "A"});
     EXPECT_THAT(made.rows,
                 ElementsAre(FolderRow{"c:\\", "c:\\", 0}, FolderRow{"music", "c:\\music", 1},
@@ -31,7 +31,7 @@ TEST(FolderRows, WithoutAPathThereAreNone) {
     EXPECT_EQ(made.current, -1);
 }
 
-TEST(FolderRows, NamesAreOrderedWithoutRegardToCapitalsAlsoBeyondAscii) {
+TEST(FolderRows, NamesAreSortedIgnoringCaseBeyondAsciiToo) {
     std::vector<std::string> names;
     for (const FolderRow& row : folderRows("c:\\", {"\xC3\x96"
                                                     "c",

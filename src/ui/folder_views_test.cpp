@@ -49,19 +49,19 @@ class FolderViewsTest : public testing::Test {
     DriveListView drives{drive, "Drive", &parent};
 };
 
-TEST_F(FolderViewsTest, TheListShowsTheWayToItsFolderAndTheFoldersInIt) {
+TEST_F(FolderViewsTest, TheListShowsThePathToItsFolderAndItsSubfolders) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     EXPECT_EQ(list.currentIndex().row(), 1);
     EXPECT_EQ(list.accessibleName(), "Folder");
 }
 
-TEST_F(FolderViewsTest, ACodesMoveIsShown) {
+TEST_F(FolderViewsTest, AChangeOfFolderByCodeIsShown) {
     folder.setPath("d:\\albums").passOver();
     EXPECT_THAT(shown(), ElementsAre("d:\\", "albums"));
     EXPECT_EQ(list.currentIndex().row(), 1);
 }
 
-TEST_F(FolderViewsTest, AClickPointsAndADoubleClickEnters) {
+TEST_F(FolderViewsTest, AClickSelectsAndADoubleClickEnters) {
     int changes = 0;
     folder.onChange = [&] {
         ++changes;
@@ -77,21 +77,21 @@ TEST_F(FolderViewsTest, AClickPointsAndADoubleClickEnters) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music"));
 }
 
-TEST_F(FolderViewsTest, CursorKeysPointAndEnterEnters) {
+TEST_F(FolderViewsTest, CursorKeysSelectAndEnterEnters) {
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(folder.path(), "c:\\music");
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(folder.path(), "c:\\music\\one");
 }
 
-TEST_F(FolderViewsTest, AFolderThatHasGoneIsNotEntered) {
+TEST_F(FolderViewsTest, AMissingFolderIsNotEntered) {
     disk.removeFolder("c:\\music\\two");
     doubleClick(3);
     EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_EQ(list.currentIndex().row(), 1);
 }
 
-TEST_F(FolderViewsTest, F5AndShowingItReadTheFolderAnew) {
+TEST_F(FolderViewsTest, F5AndShowingReadTheFolderAgain) {
     disk.addFolder("c:\\music\\new");
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     QTest::keyClick(&list, Qt::Key_F5);
@@ -102,7 +102,7 @@ TEST_F(FolderViewsTest, F5AndShowingItReadTheFolderAnew) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "later", "new", "one", "two"));
 }
 
-TEST_F(FolderViewsTest, DeeperFoldersBeginFurtherRight) {
+TEST_F(FolderViewsTest, DeeperFoldersAreIndented) {
     const QImage image = list.viewport()->grab().toImage();
     const auto firstInk = [&](int row) {
         const QRect place = list.visualRect(list.model()->index(row, 0));
@@ -128,7 +128,7 @@ TEST_F(FolderViewsTest, TheDrivesAreThoseThatExistWhenTheListOpens) {
     drives.hidePopup();
 }
 
-TEST_F(FolderViewsTest, AChosenDriveIsTheControls) {
+TEST_F(FolderViewsTest, AChosenDriveBecomesTheControlsDrive) {
     int changes = 0;
     drive.onChange = [&] {
         ++changes;
@@ -140,7 +140,7 @@ TEST_F(FolderViewsTest, AChosenDriveIsTheControls) {
     EXPECT_EQ(drives.currentText(), "c:");
 }
 
-TEST_F(FolderViewsTest, ADriveThatHasGoneCannotBeChosenAndAChosenOneStaysInSight) {
+TEST_F(FolderViewsTest, AMissingDriveCannotBeChosenAndTheChosenOneStaysVisible) {
     drives.showPopup();
     disk.removeFolder("d:\\albums");
     disk.removeFolder("d:\\");

@@ -21,7 +21,7 @@ class FormAdapterTest : public testing::Test {
     FormAdapter adapter{form, window, window};
 };
 
-TEST_F(FormAdapterTest, TheWindowIsSeenWhileTheFormIs) {
+TEST_F(FormAdapterTest, TheWindowIsVisibleWhileTheFormIs) {
     EXPECT_FALSE(window.isVisible());
     form.show();
     EXPECT_TRUE(window.isVisible());
@@ -33,7 +33,7 @@ TEST_F(FormAdapterTest, TheWindowIsSeenWhileTheFormIs) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsAndClosesNothingByItself) {
+TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsTheForm) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.push_back(window.isVisible() ? "query, seen" : "query");
@@ -48,7 +48,7 @@ TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsAndClosesNothingByItself) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ACloseInTheMiddleOfAnUnloadDoesNothing) {
+TEST_F(FormAdapterTest, ACloseDuringAnUnloadDoesNothing) {
     int unloads = 0;
     form.onQueryUnload = [&] {
         ++unloads;
@@ -85,7 +85,7 @@ TEST_F(FormAdapterTest, TheFormIsNotifiedOfTheInnerSizeInTwips) {
     EXPECT_EQ(resizes, 1);
 }
 
-TEST_F(FormAdapterTest, TheWindowMovesWhereTheFormSaysAndTheFormKnowsWhereItWasMoved) {
+TEST_F(FormAdapterTest, WindowAndFormFollowEachOthersPosition) {
     const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
     ASSERT_EQ(corner, QPoint(800, 100));
     form.show();
@@ -103,7 +103,7 @@ TEST_F(FormAdapterTest, TheWindowMovesWhereTheFormSaysAndTheFormKnowsWhereItWasM
     EXPECT_EQ(form.top(), Twips(-100 * 15));
 }
 
-TEST_F(FormAdapterTest, AWindowThatItsLoadStepPlacesStandsOnThePrimaryScreen) {
+TEST_F(FormAdapterTest, AWindowPositionedByItsLoadStepIsOnThePrimaryScreen) {
     form.onLoad = [&] {
         form.setLeft(1500_twips);
         form.setTop(750_twips);
@@ -135,7 +135,7 @@ TEST_F(FormAdapterTest, TheLogicResizesTheWindow) {
     EXPECT_EQ(window.size(), QSize(400, 250));
 }
 
-TEST_F(FormAdapterTest, AFormThatIsClosedClosesItsWindowsWidgets) {
+TEST_F(FormAdapterTest, ADisabledFormDisablesItsWidgets) {
     form.show();
     form.setEnabled(false);
     EXPECT_FALSE(window.isEnabled());
@@ -165,7 +165,7 @@ TEST_F(FormAdapterTest, ARegionMasksTheWindowUntilTheNextLoad) {
     EXPECT_TRUE(window.mask().isEmpty());
 }
 
-TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
+TEST_F(FormAdapterTest, AMinimizedWindowIsRestoredWhenShown) {
     form.show();
     form.minimizeRequested.emit();
     EXPECT_TRUE(window.isMinimized());
@@ -176,7 +176,7 @@ TEST_F(FormAdapterTest, AMinimizedWindowComesBackWhenShown) {
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ALeftPressOnTheBareSurfaceIsTheForms) {
+TEST_F(FormAdapterTest, ALeftPressOnTheEmptySurfaceIsReportedToTheForm) {
     int presses = 0;
     form.onMouseDown = [&](MouseButtons buttons) {
         presses += buttons.left ? 1 : 0;
@@ -192,7 +192,7 @@ TEST_F(FormAdapterTest, ALeftPressOnTheBareSurfaceIsTheForms) {
     EXPECT_EQ(presses, 1);
 }
 
-TEST_F(FormAdapterTest, AGraspOfTheCaptionBeforeTheWindowExistsIsPassedOver) {
+TEST_F(FormAdapterTest, ADragOfTheCaptionBeforeTheWindowExistsIsIgnored) {
     form.captionGrasped.emit();
     EXPECT_FALSE(window.isVisible());
 }

@@ -61,7 +61,7 @@ class FormWindowTest : public testing::Test {
     MenuItem menu{form, "mnuCD", "CD Menu", {&entry}};
 };
 
-TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithAnIconOfItsOwn) {
+TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithTheProgramsIcon) {
     const FormWindow window(layout());
     EXPECT_FALSE(window.isVisible());
     show();
@@ -74,7 +74,7 @@ TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithAnIconOfItsOwn) {
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 
-TEST_F(FormWindowTest, TheWindowManagersCloseIsTheFormsUnload) {
+TEST_F(FormWindowTest, TheWindowManagersCloseUnloadsItsForm) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.emplace_back("query");
@@ -91,7 +91,7 @@ TEST_F(FormWindowTest, TheWindowManagersCloseIsTheFormsUnload) {
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(FormWindowTest, AClosedFormTakesNoInput) {
+TEST_F(FormWindowTest, ADisabledFormIgnoresInput) {
     FormWindow window(layout());
     form.show();
     form.setEnabled(false);
@@ -101,7 +101,7 @@ TEST_F(FormWindowTest, AClosedFormTakesNoInput) {
     EXPECT_TRUE(window.findChild<QWidget*>("Text1")->isEnabled());
 }
 
-TEST_F(FormWindowTest, EscapeClicksTheCancelButtonWhileThatCanBeClicked) {
+TEST_F(FormWindowTest, EscapeClicksTheCancelButtonWhileItIsEnabled) {
     int clicks = 0;
     closeButton.onClick = [&] {
         ++clicks;
@@ -127,7 +127,7 @@ TEST_F(FormWindowTest, EscapeDoesNothingWithoutACancelButton) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(FormWindowTest, F1AsksForHelpOnTheForm) {
+TEST_F(FormWindowTest, F1RequestsHelpOnTheForm) {
     std::vector<std::string> asked;
     FormWindow window(layout(), [&](const Form& about) { asked.push_back(about.name()); });
     form.show();
@@ -136,7 +136,7 @@ TEST_F(FormWindowTest, F1AsksForHelpOnTheForm) {
     EXPECT_THAT(asked, ElementsAre("frmsearch"));
 }
 
-TEST_F(FormWindowTest, TheMenuBarStandsAboveTheClientArea) {
+TEST_F(FormWindowTest, TheMenuBarIsAboveTheClientArea) {
     FormWindow window(layout());
     show();
     EXPECT_GT(window.client().y(), 10);
@@ -144,13 +144,13 @@ TEST_F(FormWindowTest, TheMenuBarStandsAboveTheClientArea) {
     EXPECT_EQ(window.client().y() + window.client().height(), window.height());
 }
 
-TEST_F(FormWindowTest, MenusAndButtonsHaveALetterEach) {
+TEST_F(FormWindowTest, MenusAndButtonsHaveMnemonics) {
     const FormWindow window(layout());
     EXPECT_EQ(window.findChild<QPushButton*>("cmdend")->text(), "C&lose");
     EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
-TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrWhatTheLayoutSays) {
+TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrOnTheLayoutsChoice) {
     std::vector<std::string> log;
     QPoint place;
     form.onMouseDown = [&](MouseButtons buttons) {
@@ -184,7 +184,7 @@ TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrWhatTheLayoutSays) {
     EXPECT_THAT(log, ElementsAre("right", "own"));
 }
 
-TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallBecomesTheContents) {
+TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallGrowsToTheContents) {
     form.setDesignedSize(150_twips, 150_twips);
     form.onLoad = [&] {
         form.setLeft(1500_twips);
@@ -206,7 +206,7 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallBecomesTheContents) {
     EXPECT_EQ(window.size(), least);
 }
 
-TEST_F(FormWindowTest, AWindowInTheMiddleOfTheScreenGrowsAroundIt) {
+TEST_F(FormWindowTest, ACentredWindowStaysCentredWhenItGrows) {
     form.setDesignedSize(150_twips, 150_twips);
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     form.onLoad = [&] {
@@ -220,7 +220,7 @@ TEST_F(FormWindowTest, AWindowInTheMiddleOfTheScreenGrowsAroundIt) {
     EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 2);
 }
 
-TEST_F(FormWindowTest, AWindowOfAnySizeCutsItsContentsOff) {
+TEST_F(FormWindowTest, AWindowOfFreeSizeMayCutOffItsContents) {
     WindowLayout any = layout();
     any.leastSize = LeastSize::none;
     const FormWindow window(any);
@@ -229,7 +229,7 @@ TEST_F(FormWindowTest, AWindowOfAnySizeCutsItsContentsOff) {
     EXPECT_EQ(window.frameGeometry().size(), QSize(300, 40));
 }
 
-TEST_F(FormWindowTest, EveryWidgetHasASpokenName) {
+TEST_F(FormWindowTest, EveryWidgetHasAnAccessibleName) {
     FormWindow window(layout());
     EXPECT_EQ(window.accessibleName(), "File Finder");
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
@@ -253,7 +253,7 @@ TEST_F(FormWindowTest, ALazyWindowIsBuiltWhenItsFormIsFirstShown) {
     EXPECT_EQ(laidOut, 1);
 }
 
-TEST_F(FormWindowTest, ALazyWindowStandsWhereTheLoadStepHasPutItsForm) {
+TEST_F(FormWindowTest, ALazyWindowIsAtThePositionSetByTheLoadStep) {
     form.onLoad = [&] {
         form.setLeft(1500_twips);
         form.setTop(750_twips);

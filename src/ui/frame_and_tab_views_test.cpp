@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-TEST(FrameView, ShowsItsCaptionAndClosesWhatIsInIt) {
+TEST(FrameView, ShowsItsCaptionAndDisablesItsContents) {
     Form form("FrmPrefs");
     Frame model(form, "DriveSpace", "Drives & Space");
     QWidget parent;
@@ -41,7 +41,7 @@ TEST_F(TabControlViewTest, APageForEachCaption) {
     EXPECT_EQ(view.accessibleName(), "Preferences");
 }
 
-TEST_F(TabControlViewTest, CodeAndUserTurnToAPage) {
+TEST_F(TabControlViewTest, CodeAndUserCanSelectAPage) {
     model.setTab(2).passOver();
     EXPECT_EQ(view.currentIndex(), 2);
     QTest::keyClick(view.tabBar(), Qt::Key_Left);

@@ -27,7 +27,7 @@ bool isEmpty(const QImage& image) {
     return true;
 }
 
-TEST(Icons, EverySymbolIsDrawnOnATransparentGround) {
+TEST(Icons, EverySymbolIsDrawnOnATransparentBackground) {
     for (int i = 0; i <= static_cast<int>(lastSymbol); ++i) {
         const QImage image = paint(makeIcon(static_cast<Symbol>(i)));
         ASSERT_EQ(image.size(), QSize(48, 48));
@@ -36,7 +36,7 @@ TEST(Icons, EverySymbolIsDrawnOnATransparentGround) {
     }
 }
 
-TEST(Icons, TheTreeHasTwelvePicturesAndItsFirstSixDiffer) {
+TEST(Icons, TheTreeHasTwelvePicturesOfWhichTheFirstSixDiffer) {
     std::vector<QImage> seen;
     for (int number = 1; number <= 12; ++number) {
         const QImage image = paint(treeImage(number));

@@ -36,7 +36,7 @@ class LabelEditorTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(LabelEditorTest, ItEndsOnceHoweverItIsLeftAfterwards) {
+TEST_F(LabelEditorTest, EndsOnceWhateverHappensAfterwards) {
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClick(&editor, Qt::Key_Escape);
     loseFocus(Qt::MouseFocusReason);
@@ -53,7 +53,7 @@ TEST_F(LabelEditorTest, LosingTheFocusToAnotherWindowCancels) {
     EXPECT_THAT(log, ElementsAre("cancelled"));
 }
 
-TEST_F(LabelEditorTest, AMenuTakesTheFocusForAWhileOnly) {
+TEST_F(LabelEditorTest, AMenuTakesTheFocusTemporarily) {
     loseFocus(Qt::PopupFocusReason);
     loseFocus(Qt::MenuBarFocusReason);
     EXPECT_THAT(log, IsEmpty());
@@ -66,7 +66,7 @@ TEST_F(LabelEditorTest, UpAndDownDoNotReachTheWidgetBelow) {
     EXPECT_TRUE(down.isAccepted());
 }
 
-TEST_F(LabelEditorTest, APressThatIsTakenAwayLeavesTheSelectionAlone) {
+TEST_F(LabelEditorTest, ACancelledPressDoesNotChangeTheSelection) {
     takesPress = true;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "one.wav");

@@ -18,7 +18,7 @@ QImage paintedAt(LabelView& view, int width) {
     return view.grab().toImage();
 }
 
-TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
+TEST(LabelView, ShowsTheCaptionAsPlainText) {
     Form form("Form1");
     Label model(form, "Label3", "<b>Next & Action:</b>");
     QWidget parent;
@@ -30,7 +30,7 @@ TEST(LabelView, ShowsTheCaptionAsItStandsWithoutMarkup) {
     EXPECT_EQ(view.accessibleName(), "Größe");
 }
 
-TEST(LabelView, AShortenableTextNeedsNoWidthAndHasItsWholeTextAsToolTip) {
+TEST(LabelView, ATextThatMayBeCutNeedsNoWidthAndHasItsWholeTextAsToolTip) {
     Form form("Form1");
     Label model(form, "Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
     QWidget parent;
@@ -42,7 +42,7 @@ TEST(LabelView, AShortenableTextNeedsNoWidthAndHasItsWholeTextAsToolTip) {
     EXPECT_NE(view.toolTip(), view.text());
 }
 
-TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
+TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreVisible) {
     Form form("Form1");
     QWidget parent;
     Label whole(form, "a", "begin" + std::string(60, 'x') + "end");
@@ -57,7 +57,7 @@ TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreSeen) {
     EXPECT_EQ(paintedAt(longView, width), paintedAt(cutView, width));
 }
 
-TEST(LabelView, ASecondaryTextIsPalerAndStaysLegible) {
+TEST(LabelView, ASecondaryTextIsPalerButLegible) {
     Form form("Form1");
     const auto darkest = [](const QImage& image) {
         int least = 255;
@@ -87,7 +87,7 @@ TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
               view.fontMetrics().horizontalAdvance(QStringLiteral("00.00%")));
 }
 
-TEST(LabelView, AnEmptyLabelKeepsItsLine) {
+TEST(LabelView, AnEmptyLabelKeepsTheHeightOfALine) {
     Form form("Form1");
     Label model(form, "lblStatus");
     QWidget parent;

@@ -71,19 +71,19 @@ TEST_F(ListBoxViewTest, ShowsTheLinesAndTheCurrentOne) {
     EXPECT_TRUE(selectedRows().empty());
 }
 
-TEST_F(ListBoxViewTest, AClickChoosesAlsoTheCurrentLineAndThenReportsThePress) {
+TEST_F(ListBoxViewTest, AClickSelectsALineEvenTheCurrentOneAndThenReportsThePress) {
     click(1);
     click(1);
     EXPECT_THAT(log, ElementsAre("click two", "down left", "click two", "down left"));
 }
 
-TEST_F(ListBoxViewTest, TheSecondPressOfADoubleClickChoosesNothing) {
+TEST_F(ListBoxViewTest, TheSecondPressOfADoubleClickSelectsNothing) {
     click(1);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, placeOf(1));
     EXPECT_THAT(log, ElementsAre("click two", "down left"));
 }
 
-TEST_F(ListBoxViewTest, ARightPressChoosesNoLineAndOpensMenusWhereItWas) {
+TEST_F(ListBoxViewTest, ARightPressSelectsNoLineAndOpensMenusAtItsPosition) {
     click(0);
     log.clear();
     QPoint place;
@@ -107,13 +107,13 @@ TEST_F(ListBoxViewTest, TheMenuKeyIsARightPressAtTheCurrentLine) {
     EXPECT_THAT(log, ElementsAre("down right"));
 }
 
-TEST_F(ListBoxViewTest, APressBelowTheLinesChoosesNone) {
+TEST_F(ListBoxViewTest, APressBelowTheLinesSelectsNone) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, QPoint(50, 190));
     EXPECT_THAT(log, ElementsAre("down left"));
     EXPECT_EQ(model.listIndex(), -1);
 }
 
-TEST_F(ListBoxViewTest, CursorKeysChooseAndSpaceChoosesAgain) {
+TEST_F(ListBoxViewTest, CursorKeysSelectAndSpaceSelectsAgain) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_End);
     QTest::keyClick(&view, Qt::Key_Down);
@@ -122,7 +122,7 @@ TEST_F(ListBoxViewTest, CursorKeysChooseAndSpaceChoosesAgain) {
     EXPECT_THAT(log, ElementsAre("click three", "click two", "click two"));
 }
 
-TEST_F(ListBoxViewTest, TheFirstCursorKeyChoosesTheFirstLine) {
+TEST_F(ListBoxViewTest, TheFirstCursorKeySelectsTheFirstLine) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_Down);
     EXPECT_THAT(log, ElementsAre("click one"));
@@ -168,7 +168,7 @@ TEST_F(ListBoxViewTest, ALineThatIsMadeCurrentAtOnceIsShownAtOnce) {
     EXPECT_THAT(selectedRows(), ElementsAre(3));
 }
 
-TEST_F(ListBoxViewTest, OneLinesTextChangesAlone) {
+TEST_F(ListBoxViewTest, AChangedTextRepaintsOnlyItsLine) {
     QSignalSpy edited(view.model(), &QAbstractItemModel::dataChanged);
     model.setList(1, "2").passOver();
     ASSERT_EQ(edited.count(), 1);
@@ -176,7 +176,7 @@ TEST_F(ListBoxViewTest, OneLinesTextChangesAlone) {
     EXPECT_EQ(view.model()->index(1, 0).data().toString(), "2");
 }
 
-TEST_F(ListBoxViewTest, MarkedLinesArePaintedAsChosen) {
+TEST_F(ListBoxViewTest, MarkedLinesArePaintedAsSelected) {
     const QImage before =
         view.viewport()->grab(view.visualRect(view.model()->index(1, 0))).toImage();
     model.setSelected(1, true).passOver();
@@ -184,7 +184,7 @@ TEST_F(ListBoxViewTest, MarkedLinesArePaintedAsChosen) {
     EXPECT_EQ(model.listIndex(), -1);
 }
 
-TEST_F(ListBoxViewTest, LinesInSightStayWhenOthersAreAddedAndRemovedAboveThem) {
+TEST_F(ListBoxViewTest, VisibleLinesStayWhenOthersAreAddedOrRemovedAboveThem) {
     for (int i = 0; i < 1000; ++i) {
         model.addItem("line " + std::to_string(i));
     }
@@ -197,7 +197,7 @@ TEST_F(ListBoxViewTest, LinesInSightStayWhenOthersAreAddedAndRemovedAboveThem) {
     EXPECT_EQ(view.indexAt(QPoint(5, 5)).data().toString(), top);
 }
 
-TEST_F(ListBoxViewTest, ACutLineShowsAllOfItselfAndAWholeOneTheListsToolTip) {
+TEST_F(ListBoxViewTest, ACutLineHasItsTextAsToolTipAndOthersHaveTheLists) {
     model.setToolTip("PlayList");
     const std::string longLine = "c:\\" + std::string(300, 'x') + "<b>.mp3";
     model.setList(1, longLine).passOver();
@@ -211,7 +211,7 @@ TEST_F(ListBoxViewTest, ACutLineShowsAllOfItselfAndAWholeOneTheListsToolTip) {
     EXPECT_THAT(tipAt(1), testing::HasSubstr("xxx&lt;b&gt;.mp3"));
 }
 
-TEST_F(ListBoxViewTest, ABusyHandlerMayChangeTheListUnderAClick) {
+TEST_F(ListBoxViewTest, AHandlerMayChangeTheListDuringAClick) {
     model.onClick = [this] {
         model.clear();
     };
@@ -220,7 +220,7 @@ TEST_F(ListBoxViewTest, ABusyHandlerMayChangeTheListUnderAClick) {
     EXPECT_THAT(log, ElementsAre("down left"));
 }
 
-TEST_F(ListBoxViewTest, AScreenReaderFindsTheLinesAndItsChoiceIsAClick) {
+TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndItsSelectionIsAClick) {
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->role(), QAccessible::List);
@@ -239,7 +239,7 @@ TEST_F(ListBoxViewTest, AScreenReaderFindsTheLinesAndItsChoiceIsAClick) {
     EXPECT_TRUE(line->state().selected);
 }
 
-TEST_F(ListBoxViewTest, AMillionLinesAreScrolledAndPaintedLikeThree) {
+TEST_F(ListBoxViewTest, AMillionLinesAreScrolledAndPaintedAsFastAsThree) {
     for (int i = 0; i < 1'000'000; ++i) {
         model.addItem("c:\\music\\" + std::to_string(i) + ".mp3");
     }

@@ -109,27 +109,27 @@ class MainWindowFit : public testing::Test {
     NodeRef row;
 };
 
-TEST_F(MainWindowFit, TheScaleIsTheOneThatWasAskedFor) {
+TEST_F(MainWindowFit, TheScaleIsTheRequestedOne) {
     show();
     const QByteArray asked = qgetenv("QT_SCALE_FACTOR");
     EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), asked.isEmpty() ? 1.0 : asked.toDouble());
 }
 
-TEST_F(MainWindowFit, AtRestEverythingHasItsRoom) {
+TEST_F(MainWindowFit, WhileIdleAllTextsFit) {
     show();
     expectRoomForEach();
     expectWholeTexts();
     expectNeighboursApart({"Picture3", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, WithAllBarsFullEverythingHasItsRoom) {
+TEST_F(MainWindowFit, WithAllBarsFullAllTextsFit) {
     showEverything();
     expectRoomForEach();
     expectWholeTexts();
     expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, AtItsLeastSizeEverythingHasItsRoom) {
+TEST_F(MainWindowFit, AtTheMinimumSizeAllTextsFit) {
     showEverything();
     view.resize(1, 1);
     QCoreApplication::processEvents();
@@ -139,7 +139,7 @@ TEST_F(MainWindowFit, AtItsLeastSizeEverythingHasItsRoom) {
     expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, ARowOfTheTreeShowsItsWholeText) {
+TEST_F(MainWindowFit, TheTreeShowsTheWholeTextOfARow) {
     show();
     auto& tree = static_cast<TreeWidget&>(*view.findChild<QWidget*>("TreeView1"));
     auto& model = static_cast<TreeModel&>(*tree.model());

@@ -66,7 +66,7 @@ TEST_F(MainWindowViewTest, TheClientAreaHasItsDesignedSizeBeforeAndAfterItIsShow
     EXPECT_EQ(form.innerHeight(), designHeight);
 }
 
-TEST_F(MainWindowViewTest, TheBarsStandAtTheirEdgesAndTheTreeFillsTheRest) {
+TEST_F(MainWindowViewTest, TheBarsAreAtTheirEdgesAndTheTreeFillsTheRest) {
     show();
     const QRect tool = placeOf("Picture3");
     const QRect activity = placeOf("Picture2");
@@ -94,7 +94,7 @@ TEST_F(MainWindowViewTest, WithAllBarsHiddenTheTreeHasTheFullHeight) {
     EXPECT_EQ(form.Image3.height(), Twips(366 * 15));
 }
 
-TEST_F(MainWindowViewTest, TheCdBarStandsBelowTheToolBar) {
+TEST_F(MainWindowViewTest, TheCdBarIsBelowTheToolBar) {
     show();
     form.Picture4.setVisible(true);
     runResizeLayout(form);
@@ -102,7 +102,7 @@ TEST_F(MainWindowViewTest, TheCdBarStandsBelowTheToolBar) {
     EXPECT_EQ(placeOf("TreeView1").top(), placeOf("Picture4").bottom() + 1);
 }
 
-TEST_F(MainWindowViewTest, ALargerWindowGivesItsRoomToTheTree) {
+TEST_F(MainWindowViewTest, ALargerWindowEnlargesTheTree) {
     show();
     const QRect before = placeOf("TreeView1");
     view.resize(view.size() + QSize(100, 50));
@@ -121,7 +121,7 @@ TEST_F(MainWindowViewTest, TheWindowCannotBecomeSmallerThanItsBars) {
     EXPECT_GE(placeOf("Picture2").top(), placeOf("TreeView1").bottom());
 }
 
-TEST_F(MainWindowViewTest, EveryControlHasItsWidgetAndEveryWidgetASpokenName) {
+TEST_F(MainWindowViewTest, EveryControlHasAWidgetAndEveryWidgetAnAccessibleName) {
     const char* controls[] = {
         "Picture1", "Picture2", "Picture3",     "Picture4",        "Picture5",  "Picture6",
         "Image3",   "Image4",   "Image5",       "Command5",        "Cmdhelp",   "C5555555",
@@ -145,7 +145,7 @@ TEST_F(MainWindowViewTest, EveryControlHasItsWidgetAndEveryWidgetASpokenName) {
     EXPECT_EQ(widget("lblCDID").accessibleName(), "CD ID:");
 }
 
-TEST_F(MainWindowViewTest, AtRestCancelAndTheCdBarsControlsAreOutOfSight) {
+TEST_F(MainWindowViewTest, WhileIdleCancelAndTheCdBarsControlsAreHidden) {
     show();
     for (const char* name : {"Command2", "Label5", "Command11", "Command12"}) {
         EXPECT_FALSE(widget(name).isVisible()) << name;
@@ -155,7 +155,7 @@ TEST_F(MainWindowViewTest, AtRestCancelAndTheCdBarsControlsAreOutOfSight) {
     EXPECT_FALSE(widget("Label5").isVisible());
 }
 
-TEST_F(MainWindowViewTest, ControlsThatAreNeverSeenHaveNoWidget) {
+TEST_F(MainWindowViewTest, ControlsThatAreNeverVisibleHaveNoWidget) {
     for (const char* name : {"cmdStart", "CmdDecoder", "Command8", "Check9", "lstTracks"}) {
         EXPECT_EQ(view.findChild<QWidget*>(name), nullptr) << name;
     }
@@ -176,7 +176,7 @@ TEST_F(MainWindowViewTest, TheTabKeyReachesEveryButtonAndTheTree) {
                                                 "Command11", "Command12"}));
 }
 
-TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltAndALetterEach) {
+TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensEachMenu) {
     show();
     QTest::keyClick(&view, Qt::Key_F10);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
@@ -188,7 +188,7 @@ TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltAndALetterEach) {
     EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuPrefs");
 }
 
-TEST_F(MainWindowViewTest, F1AsksForHelpWhileThatCanBeAskedFor) {
+TEST_F(MainWindowViewTest, F1RequestsHelpWhileTheHelpEntryIsEnabled) {
     int calls = 0;
     form.Cmdhelp.onClick = [&] {
         ++calls;
@@ -206,7 +206,7 @@ TEST_F(MainWindowViewTest, StartAndCancelAreLabelledWithTheirAction) {
     EXPECT_EQ(widget("Command2").toolTip(), "Cancel the action that is running");
 }
 
-TEST_F(MainWindowViewTest, TheDiscsIdentityHasTheRoomThatTheWarningLeaves) {
+TEST_F(MainWindowViewTest, TheDiscsIdentityUsesTheSpaceBesideTheWarning) {
     form.lblCDID.setCaption("1234567890");
     form.lblNumTracks.setCaption("12");
     form.Picture4.setVisible(true);
@@ -219,7 +219,7 @@ TEST_F(MainWindowViewTest, TheDiscsIdentityHasTheRoomThatTheWarningLeaves) {
     EXPECT_LT(identity.width(), alone);
 }
 
-TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInItsMiddle) {
+TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInTheMiddle) {
     const std::string path = "Next Action:  Process  c:\\music\\" + std::string(80, 'x');
     form.Label3.setCaption(path + "A.wav");
     show();
@@ -228,7 +228,7 @@ TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInItsMiddle) {
     EXPECT_NE(widget("Label3").grab().toImage(), one) << "its end is seen";
 }
 
-TEST_F(MainWindowViewTest, StartHasALetterThatNoMenuHas) {
+TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {
     show();
     int starts = 0;
     form.CmdSelectAction.onClick = [&] {
@@ -240,7 +240,7 @@ TEST_F(MainWindowViewTest, StartHasALetterThatNoMenuHas) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyOpensThePopupAtTheNodeAfterItsOpeningStep) {
+TEST_F(MainWindowViewTest, TheMenuKeyRunsTheOpeningStepThenOpensThePopupAtTheNode) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
@@ -262,7 +262,7 @@ TEST_F(MainWindowViewTest, TheMenuKeyOpensThePopupAtTheNodeAfterItsOpeningStep) 
     EXPECT_TRUE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MainWindowViewTest, APressOnTheGripIsTheGripsOwn) {
+TEST_F(MainWindowViewTest, APressOnTheGripIsReportedToTheGrip) {
     show();
     int onGrip = 0;
     int onSurface = 0;
@@ -281,7 +281,7 @@ TEST_F(MainWindowViewTest, APressOnTheGripIsTheGripsOwn) {
     EXPECT_EQ(onSurface, 0);
 }
 
-TEST_F(MainWindowViewTest, NoMenuOpensUnderADialog) {
+TEST_F(MainWindowViewTest, NoMenuOpensWhileADialogIsOpen) {
     show();
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [&] {
@@ -341,7 +341,7 @@ TEST_F(MainWindowViewTest, NotifiesOfADroppedDiscImage) {
     EXPECT_FALSE(static_cast<QAbstractScrollArea&>(widget("TreeView1")).viewport()->acceptDrops());
 }
 
-TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileItCannotBeTaken) {
+TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     show();
     std::vector<std::string> dropped;
     view.onImageDropped = [&](const std::string& path) {
@@ -374,7 +374,7 @@ TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(MainWindowViewTest, DisablingTheCommandsLeavesExitAndTheTreeOpen) {
+TEST_F(MainWindowViewTest, DisablingTheCommandsKeepsExitAndTheTreeEnabled) {
     show();
     form.Disablem();
     EXPECT_FALSE(widget("Copt").isEnabled());

@@ -49,7 +49,7 @@ class MenuViewTest : public testing::Test {
     std::unique_ptr<PopupMenus> popups;
 };
 
-TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithALetterEach) {
+TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithMnemonics) {
     EXPECT_EQ(action("mnuFile").text(), "&File");
     EXPECT_EQ(action("mnuToolbar").text(), "&ToolBar");
     EXPECT_EQ(action("mnuCDbar").text(), "&CD Bar");
@@ -65,7 +65,7 @@ TEST_F(MenuViewTest, AnEntryClicksItsModel) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(MenuViewTest, TicksAreTheModelsAlone) {
+TEST_F(MenuViewTest, OnlyTheModelSetsTicks) {
     EXPECT_TRUE(action("mnuToolbar").isChecked());
     EXPECT_TRUE(action("mnuCDbar").isCheckable());
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
@@ -80,7 +80,7 @@ TEST_F(MenuViewTest, TicksAreTheModelsAlone) {
     EXPECT_FALSE(action("mnuCDbar").isChecked());
 }
 
-TEST_F(MenuViewTest, EntriesOpenCloseAndHideWithTheirModels) {
+TEST_F(MenuViewTest, EntriesAreEnabledAndVisibleLikeTheirModels) {
     EXPECT_FALSE(action("mnupopup").isVisible());
     open.setEnabled(false);
     EXPECT_FALSE(action("mnuOpenfile").isEnabled());
@@ -90,7 +90,7 @@ TEST_F(MenuViewTest, EntriesOpenCloseAndHideWithTheirModels) {
     EXPECT_FALSE(action("mnuOpenfile").isVisible());
 }
 
-TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsSeen) {
+TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsShown) {
     bool seenInStep = true;
     popup.onOpen = [&] {
         seenInStep = QApplication::activePopupWidget() != nullptr;
@@ -104,7 +104,7 @@ TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsSeen) {
     EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MenuViewTest, AHeadingThatIsClosedDoesNotPopUp) {
+TEST_F(MenuViewTest, ADisabledHeadingDoesNotOpen) {
     popup.setEnabled(false);
     form.popupRequested.emit(popup);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);

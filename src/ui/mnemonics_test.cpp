@@ -6,31 +6,31 @@
 namespace sonarith {
 namespace {
 
-TEST(Mnemonics, EachCaptionGetsTheFirstLetterThatIsFree) {
+TEST(Mnemonics, EachCaptionGetsItsFirstUnusedLetter) {
     EXPECT_EQ(withMnemonics({"File", "Action", "Preferences", "Help"}),
               QStringList({"&File", "&Action", "&Preferences", "&Help"}));
     EXPECT_EQ(withMnemonics({"Start ", "Stop", "Refresh List"}),
               QStringList({"&Start ", "S&top", "&Refresh List"}));
 }
 
-TEST(Mnemonics, TheFirstLetterOfALaterWordGoesBeforeLettersInside) {
+TEST(Mnemonics, TheFirstLetterOfALaterWordIsPreferredToInnerLetters) {
     EXPECT_EQ(withMnemonics({"Remove", "Remove and Delete File"}),
               QStringList({"&Remove", "Remove &and Delete File"}));
 }
 
-TEST(Mnemonics, LettersOfOthersAreLeftToThem) {
+TEST(Mnemonics, LettersThatOthersUseAreSkipped) {
     EXPECT_EQ(withMnemonics({"Cancel", "Start "}, "fcs"), QStringList({"C&ancel", "S&tart "}));
 }
 
-TEST(Mnemonics, ACaptionWithoutAFreeLetterStaysWithout) {
+TEST(Mnemonics, ACaptionWithoutAnUnusedLetterGetsNone) {
     EXPECT_EQ(withMnemonics({"A", "a", "", "..."}), QStringList({"&A", "a", "", "..."}));
 }
 
-TEST(Mnemonics, AnAmpersandOfItsOwnIsShown) {
+TEST(Mnemonics, AnAmpersandInACaptionIsShown) {
     EXPECT_EQ(withMnemonics({"Rock & Roll"}), QStringList({"&Rock && Roll"}));
 }
 
-TEST(Mnemonics, TheLetterOfACaptionIsTheOneThatIsMarked) {
+TEST(Mnemonics, TheMnemonicOfACaptionIsTheMarkedLetter) {
     EXPECT_EQ(mnemonicOf("S&tart"), "t");
     EXPECT_EQ(mnemonicOf("&Start"), "s");
     EXPECT_EQ(mnemonicOf("A && &B"), "b");

@@ -37,7 +37,7 @@ TEST_F(NoticeBarTest, IsHiddenUntilThereIsANotice) {
     EXPECT_EQ(line().accessibleName(), "Track 2 was not saved");
 }
 
-TEST_F(NoticeBarTest, ALongNoticeIsCutAndStandsWholeInItsTipAndForScreenReaders) {
+TEST_F(NoticeBarTest, ALongNoticeIsCutAndCompleteInItsToolTipAndForScreenReaders) {
     const QString text = "Track 2 was not saved: " + QString(200, 'x');
     bar->show(text);
     QCoreApplication::processEvents();
@@ -48,7 +48,7 @@ TEST_F(NoticeBarTest, ALongNoticeIsCutAndStandsWholeInItsTipAndForScreenReaders)
     EXPECT_LE(bar->minimumSizeHint().width(), 200);
 }
 
-TEST_F(NoticeBarTest, CountsWhatHasComeSinceItWasDismissed) {
+TEST_F(NoticeBarTest, CountsTheNoticesSinceItWasDismissed) {
     bar->show("one");
     bar->show("two");
     EXPECT_EQ(line().accessibleName(), "(2) two");
@@ -66,7 +66,7 @@ TEST_F(NoticeBarTest, TakesNoFocus) {
     EXPECT_TRUE(focused.hasFocus());
 }
 
-TEST_F(NoticeBarTest, ItsButtonAsksForTheDetails) {
+TEST_F(NoticeBarTest, ItsButtonRequestsTheDetails) {
     int asked = 0;
     bar->show("one");
     QTest::mouseClick(&button("noticeDetails"), Qt::LeftButton);

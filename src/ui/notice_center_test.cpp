@@ -20,7 +20,7 @@ struct NoticeCenterTest : testing::Test {
                         }};
 };
 
-TEST_F(NoticeCenterTest, ANoticeOfAnyThreadReachesTheBar) {
+TEST_F(NoticeCenterTest, ANoticeFromAnyThreadReachesTheBar) {
     window.show();
     std::jthread([this] { board.report({"lost"}); }).join();
     EXPECT_FALSE(bar.isVisible());

@@ -55,7 +55,7 @@ TEST_F(OptionButtonViewTest, CodeSelectsOneOrNoneOfAGroupAndRunsNoHandler) {
     EXPECT_TRUE(log.empty());
 }
 
-TEST_F(OptionButtonViewTest, AClickSelectsAlsoTheSelectedOne) {
+TEST_F(OptionButtonViewTest, AClickOnTheSelectedOneRunsTheHandlerToo) {
     press(onView);
     EXPECT_TRUE(on.selected());
     press(onView);
@@ -65,7 +65,7 @@ TEST_F(OptionButtonViewTest, AClickSelectsAlsoTheSelectedOne) {
     EXPECT_FALSE(onView.isChecked());
 }
 
-TEST_F(OptionButtonViewTest, ShowsWhatTheHandlerHasMadeOfTheClick) {
+TEST_F(OptionButtonViewTest, ShowsTheStateThatTheHandlerHasSet) {
     on.onClick = [this] {
         on.setSelected(false);
     };
@@ -73,7 +73,7 @@ TEST_F(OptionButtonViewTest, ShowsWhatTheHandlerHasMadeOfTheClick) {
     EXPECT_FALSE(onView.isChecked());
 }
 
-TEST_F(OptionButtonViewTest, ArrowsSelectTheNextOneOfTheGroupRoundItsEnds) {
+TEST_F(OptionButtonViewTest, ArrowsSelectTheNextOneOfTheGroupAndWrapAround) {
     onView.setFocus();
     QTest::keyClick(&onView, Qt::Key_Down);
     EXPECT_TRUE(off.selected());
@@ -84,7 +84,7 @@ TEST_F(OptionButtonViewTest, ArrowsSelectTheNextOneOfTheGroupRoundItsEnds) {
     EXPECT_FALSE(apart.selected());
 }
 
-TEST_F(OptionButtonViewTest, ArrowsPassOverAClosedButton) {
+TEST_F(OptionButtonViewTest, ArrowsSkipADisabledButton) {
     off.setEnabled(false);
     onView.setFocus();
     QTest::keyClick(&onView, Qt::Key_Down);
@@ -102,7 +102,7 @@ TEST_F(OptionButtonViewTest, TheTabKeyStopsOnceInAGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(OptionButtonViewTest, ItsToolTipNamesOneWithoutACaption) {
+TEST_F(OptionButtonViewTest, WithoutACaptionItsToolTipIsItsName) {
     EXPECT_EQ(onView.text(), "On");
     EXPECT_EQ(onView.accessibleName(), "On");
     on.setToolTip("Open CD Player");

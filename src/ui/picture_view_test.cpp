@@ -31,7 +31,7 @@ TEST(PictureView, PressesAndMovesAreReportedWithTheirButtons) {
     EXPECT_THAT(log, testing::ElementsAre("right", "left", "moved, left down"));
 }
 
-TEST(PictureView, APressWithoutAHandlerIsLeftToTheWidgetsBeneath) {
+TEST(PictureView, APressWithoutAHandlerIsPassedToTheWidgetBelow) {
     Form form("Form1");
     PictureBox model(form, "Image3");
     QWidget parent;
@@ -53,7 +53,7 @@ TEST(PictureView, PaintsItsSymbolAndNothingWithoutOne) {
     EXPECT_NE(bare.grab().toImage(), shown.grab().toImage());
 }
 
-TEST(BarView, DrawsItsLineAlongTheEdgeThatWasAskedFor) {
+TEST(BarView, DrawsItsLineAlongTheRequestedEdge) {
     Form form("Form1");
     PictureBox model(form, "Picture1");
     QWidget parent;

@@ -32,7 +32,7 @@ class PopupMenusTest : public testing::Test {
     PopupMenus menus{form, window, nullptr};
 };
 
-TEST_F(PopupMenusTest, OpensAtThePressThatAskedForIt) {
+TEST_F(PopupMenusTest, OpensAtThePositionOfItsPress) {
     const QPoint corner = window.mapToGlobal(QPoint(30, 40));
     {
         const PopupPlace place(corner);
@@ -74,7 +74,7 @@ TEST_F(PopupMenusTest, IsBuiltOnceAndRunsItsOpeningStepEachTime) {
     EXPECT_EQ(openings, 2);
 }
 
-TEST(PopupPlace, OfPressesWithinEachOtherTheNewestCounts) {
+TEST(PopupPlace, OfNestedPressesTheNewestIsUsed) {
     const PopupPlace outer(QPoint(1, 2));
     {
         const PopupPlace inner(QPoint(3, 4));
@@ -83,7 +83,7 @@ TEST(PopupPlace, OfPressesWithinEachOtherTheNewestCounts) {
     EXPECT_EQ(PopupPlace::current(), QPoint(1, 2));
 }
 
-TEST(PopupPlace, WithoutAPressItIsThePointers) {
+TEST(PopupPlace, WithoutAPressItIsThePointersPosition) {
     EXPECT_EQ(PopupPlace::current(), QCursor::pos());
 }
 

@@ -21,7 +21,7 @@ TEST(ProgramStyle, PaintsTheMenuBarsArrowItself) {
     EXPECT_EQ(painted(arrow), painted(makeIcon(Symbol::more)));
 }
 
-TEST(ProgramStyle, LeavesEveryOtherIconToTheDesktop) {
+TEST(ProgramStyle, UsesTheDesktopsIconsOtherwise) {
     const ProgramStyle style;
     const QIcon ours = style.standardIcon(QStyle::SP_MessageBoxCritical, nullptr, nullptr);
     const QIcon theirs =

@@ -35,7 +35,7 @@ TEST_F(SliderViewTest, ACodesMoveIsShownAndRunsNoHandler) {
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleAsTheyPoint) {
+TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleInTheirDirection) {
     // The greatest value is at the bottom.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
@@ -53,13 +53,13 @@ TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleAsTheyPoint) {
     EXPECT_LT(model.value(), 32768);
 }
 
-TEST_F(SliderViewTest, TheGreatestValueIsAtTheEndAskedFor) {
+TEST_F(SliderViewTest, TheGreatestValueIsAtTheRequestedEnd) {
     EXPECT_TRUE(view.invertedAppearance());
     const SliderView upright(model, "", Qt::Vertical, SliderView::Greatest::topOrRight, &parent);
     EXPECT_FALSE(upright.invertedAppearance());
 }
 
-TEST_F(SliderViewTest, ShowsWhereTheHandlerHasPutIt) {
+TEST_F(SliderViewTest, ShowsThePositionThatTheHandlerHasSet) {
     model.onScroll = [this] {
         model.setValue(100).passOver();
     };

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Symbols, NoDrawingLeavesItsGrid) {
+TEST(Symbols, NoDrawingExceedsItsGrid) {
     // Drawn in the middle of a surface three times as wide; only the middle may be touched.
     constexpr int side = static_cast<int>(symbolGrid);
     for (int i = 0; i <= static_cast<int>(lastSymbol); ++i) {

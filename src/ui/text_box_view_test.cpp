@@ -43,7 +43,7 @@ TEST_F(TextBoxViewTest, AKeyIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, CodesTextIsShownAndTheCaretStaysAtItsCharacter) {
+TEST_F(TextBoxViewTest, ATextSetByCodeIsShownAndTheCaretStaysAtItsCharacter) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");
@@ -53,7 +53,7 @@ TEST_F(TextBoxViewTest, CodesTextIsShownAndTheCaretStaysAtItsCharacter) {
     EXPECT_EQ(view.cursorPosition(), 11);
 }
 
-TEST_F(TextBoxViewTest, ShowsWhatTheHandlerHasMadeOfTheText) {
+TEST_F(TextBoxViewTest, ShowsTheTextThatTheHandlerHasSet) {
     model.onChange = [this] {
         std::string lower = model.text();
         for (char& c : lower) {
@@ -78,7 +78,7 @@ TEST_F(TextBoxViewTest, PastedAndDeletedTextReachesTheControl) {
     EXPECT_EQ(model.text(), "");
 }
 
-TEST_F(TextBoxViewTest, TypingStopsAtTheLimitAndCodeDoesNot) {
+TEST_F(TextBoxViewTest, TheLengthLimitAppliesToTypingAndNotToCode) {
     model.setTypingLimit(4);
     QTest::keyClick(&view, Qt::Key_End);
     QTest::keyClicks(&view, "567");
@@ -98,7 +98,7 @@ TEST_F(TextBoxViewTest, TypingStopsAtTheLimitAndCodeDoesNot) {
     EXPECT_EQ(model.text(), "1237890");
 }
 
-TEST_F(TextBoxViewTest, ALockedBoxTakesNoTypingAndShowsWhatCodeSets) {
+TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     model.setLocked(true);
     QTest::keyClicks(&view, "5");
     EXPECT_EQ(model.text(), "100");
@@ -114,7 +114,7 @@ TEST_F(TextBoxViewTest, TheFontSizeIsTheControlsOrTheWindows) {
     EXPECT_EQ(view.font().pointSizeF(), own);
 }
 
-TEST_F(TextBoxViewTest, APressOnALockedBoxMayDragTheWindowAndMarksNothing) {
+TEST_F(TextBoxViewTest, APressOnALockedBoxMayDragTheWindowAndSelectsNothing) {
     std::vector<std::string> presses;
     model.onMouseDown = [&](MouseButtons buttons) {
         presses.emplace_back(buttons.left ? "left" : "right");
@@ -130,7 +130,7 @@ TEST_F(TextBoxViewTest, APressOnALockedBoxMayDragTheWindowAndMarksNothing) {
     EXPECT_FALSE(view.hasSelectedText());
 }
 
-TEST_F(TextBoxViewTest, AKeysHandlerMayCloseTheBox) {
+TEST_F(TextBoxViewTest, AKeyHandlerMayDisableTheBox) {
     model.onKeyDown = [this] {
         model.setEnabled(false);
     };
@@ -157,7 +157,7 @@ TEST_F(TextLinesViewTest, ShowsLinesOfEitherEnding) {
     EXPECT_TRUE(view.isReadOnly());
 }
 
-TEST_F(TextLinesViewTest, TheLinesInSightStayWhenFiguresChange) {
+TEST_F(TextLinesViewTest, TheVisibleLinesStayWhenFiguresChange) {
     std::string lines;
     for (int i = 0; i < 100; ++i) {
         lines += "drive\r\n";
@@ -168,7 +168,7 @@ TEST_F(TextLinesViewTest, TheLinesInSightStayWhenFiguresChange) {
     EXPECT_EQ(view.verticalScrollBar()->value(), 50);
 }
 
-TEST_F(TextLinesViewTest, NothingCanBeTypedAndTheTabKeyLeavesIt) {
+TEST_F(TextLinesViewTest, IgnoresTypingAndTheTabKeyLeavesIt) {
     model.setText("a");
     QTest::keyClicks(&view, "b");
     EXPECT_EQ(model.text(), "a");

@@ -17,7 +17,7 @@ QString shown(const QString& toolTip) {
     return document.toPlainText();
 }
 
-TEST(PlainToolTip, ShowsEveryTextLetterForLetter) {
+TEST(PlainToolTip, ShowsEveryTextAsPlainText) {
     for (const char* text :
          {"one.mp3", "c:\\Große Lieder\\a & b.wav", "<b>x</b>.mp3", "<img src=\"/etc/passwd\">.wav",
           "a <i>b</i>  &amp; &lt;c.wav", "<br>%1<br>", ""}) {
@@ -26,7 +26,7 @@ TEST(PlainToolTip, ShowsEveryTextLetterForLetter) {
     }
 }
 
-TEST(PlainToolTip, LeavesAnOrdinaryTextAsItIs) {
+TEST(PlainToolTip, DoesNotChangeAnOrdinaryText) {
     EXPECT_EQ(plainToolTip(QStringLiteral("a & b < c.wav")), QStringLiteral("a & b < c.wav"));
 }
 

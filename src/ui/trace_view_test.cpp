@@ -67,7 +67,7 @@ TEST_F(TraceViewTest, LinesStayUntilTheyAreCleared) {
     EXPECT_FALSE(isLine(20, 20));
 }
 
-TEST_F(TraceViewTest, ANewLineRepaintsItsOwnPlaceAlone) {
+TEST_F(TraceViewTest, ANewLineRepaintsOnlyItsOwnArea) {
     model.line({150, 300}, {165, 315});
     QCoreApplication::processEvents();
     EXPECT_FALSE(view.repainted.isEmpty());
@@ -75,7 +75,7 @@ TEST_F(TraceViewTest, ANewLineRepaintsItsOwnPlaceAlone) {
         << view.repainted.boundingRect().width();
 }
 
-TEST_F(TraceViewTest, WhatIsDrawnOutsideIsCutOff) {
+TEST_F(TraceViewTest, LinesOutsideAreClipped) {
     model.line({-1e300, -1e300}, {1e300, 1e300});
     model.line({150, -1050}, {150, 900});
     EXPECT_TRUE(isLine(10, 0));
@@ -96,7 +96,7 @@ TEST_F(TraceViewTest, LinesAreDrawnInThePixelsOfTheScreen) {
     EXPECT_EQ(green, 2);
 }
 
-TEST_F(TraceViewTest, PressesAreTheControls) {
+TEST_F(TraceViewTest, PressesAreReportedToTheControl) {
     int right = 0;
     model.onMouseDown = [&](MouseButtons buttons) {
         right += buttons.right ? 1 : 0;
@@ -106,7 +106,7 @@ TEST_F(TraceViewTest, PressesAreTheControls) {
     EXPECT_EQ(view.accessibleName(), "Sound Level Meter");
 }
 
-TEST(BlockView, StandsWhereItsControlIsAndIsCutOffByWhatItStandsOn) {
+TEST(BlockView, IsAtItsControlsPositionAndClippedByItsParent) {
     Form form("Form4");
     PictureBox clip(form, "Picture8");
     Label bar(form, "Label4");

@@ -111,7 +111,7 @@ TEST_F(TreeCarryingTest, AfterASlowDragFromAnyItemToAnyRowTreeAndListsAgree) {
     }
 }
 
-TEST_F(TreeCarryingTest, HowLongThePointerRestsOnARowDoesNotMatter) {
+TEST_F(TreeCarryingTest, TheTimeThatThePointerRestsOnARowDoesNotMatter) {
     for (const std::string& target : places()) {
         std::vector<std::vector<std::string>> outcomes;
         for (const int movements : {3, 4, 5, 6}) {
@@ -145,7 +145,7 @@ TEST_F(TreeCarryingTest, TwoMp3sAreSelectedByKeysAlone) {
     expectTreeAndListsAgree();
 }
 
-TEST_F(TreeCarryingTest, ByKeysTooTreeAndListsAgreeWhereverAnItemIsDropped) {
+TEST_F(TreeCarryingTest, AfterADragByKeysFromAnyItemToAnyRowTreeAndListsAgree) {
     for (const std::string& target : places()) {
         for (const std::string& text :
              std::vector<std::string>{"a.mp3", "b.mp3", "a.wav", t1, t2}) {
@@ -166,7 +166,7 @@ TEST_F(TreeCarryingTest, ByKeysTooTreeAndListsAgreeWhereverAnItemIsDropped) {
     }
 }
 
-TEST_F(TreeCarryingTest, AGroupIsNotTakenUpByKeys) {
+TEST_F(TreeCarryingTest, AGroupCannotBeDraggedByKeys) {
     const auto before = outline();
     goTo("MP3 Files");
     key(Qt::Key_X, Qt::ControlModifier);

@@ -8,7 +8,7 @@ namespace {
 
 using TreeDelegateTest = TreeFixture;
 
-TEST_F(TreeDelegateTest, RowsAreOfOneHeightWithAirAroundTextAndPicture) {
+TEST_F(TreeDelegateTest, AllRowsHaveTheSameHeightWithPaddingAroundTextAndPicture) {
     const int height = widget().visualRect(indexOf(first)).height();
     EXPECT_GT(height, widget().fontMetrics().height());
     EXPECT_GT(height, widget().iconSize().height());
@@ -25,7 +25,7 @@ TEST_F(TreeDelegateTest, ANodeThatIsSelectedAndHighlightedLooksSelected) {
     EXPECT_EQ(row(), selected);
 }
 
-TEST_F(TreeDelegateTest, ACarriedNodesRowIsPaleAndTheOthersAreNot) {
+TEST_F(TreeDelegateTest, OnlyTheRowOfADraggedNodeIsPale) {
     const auto row = [&](const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     };

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 using TreeEditingTest = test::TreeEditingWorld;
 
-TEST_F(TreeEditingTest, AnMp3IsDraggedThereAndBackAndMovesBeforeTheDrop) {
+TEST_F(TreeEditingTest, AnMp3IsDraggedToAnotherGroupAndBackAndMovesBeforeTheDrop) {
     pressAt("a.mp3");
     moveTo("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("a.mp3"));
@@ -30,7 +30,7 @@ TEST_F(TreeEditingTest, AnMp3IsDraggedThereAndBackAndMovesBeforeTheDrop) {
     EXPECT_THAT(lines(form.List4), IsEmpty());
 }
 
-TEST_F(TreeEditingTest, AFileIsRenamedInPlace) {
+TEST_F(TreeEditingTest, AFileIsRenamedInTheTree) {
     pressAt("a.wav");
     releaseAt("a.wav");
     typeAndReturn("new.wav");
@@ -39,7 +39,7 @@ TEST_F(TreeEditingTest, AFileIsRenamedInPlace) {
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainOverTheOldLabel) {
+TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainWithTheOldLabel) {
     pressAt("a.wav");
     releaseAt("a.wav");
     typeAndReturn("b.wav");
@@ -51,7 +51,7 @@ TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainOverTheOldLabel) {
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeEditingTest, ARefusedNameThatAPressElsewhereHasFinishedLeavesTheOtherNodeChosen) {
+TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressElsewhereKeepsTheOtherNodeSelected) {
     pressAt("a.wav");
     releaseAt("a.wav");
     ASSERT_NE(editor(), nullptr);
@@ -70,7 +70,7 @@ TEST_F(TreeEditingTest, ARefusedNameThatAPressElsewhereHasFinishedLeavesTheOther
     EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");
 }
 
-TEST_F(TreeEditingTest, ARefusedNameOfAnEditByKeyNeverTurnsToTheFileThatWasPressedBefore) {
+TEST_F(TreeEditingTest, ARefusedNameEditedByKeyNeverRenamesThePreviouslyPressedFile) {
     pressAt("a.wav");
     releaseAt("a.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);
@@ -85,7 +85,7 @@ TEST_F(TreeEditingTest, ARefusedNameOfAnEditByKeyNeverTurnsToTheFileThatWasPress
     EXPECT_EQ(disk.content("c:\\music\\a.wav"), "c:\\music\\a.wav");
 }
 
-TEST_F(TreeEditingTest, ARightPressElsewhereClosesAnEditorThatHasOpenedAgain) {
+TEST_F(TreeEditingTest, ARightPressElsewhereClosesAReopenedEditor) {
     pressAt("a.wav");
     releaseAt("a.wav");
     typeAndReturn("b.wav");

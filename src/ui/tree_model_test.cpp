@@ -32,7 +32,7 @@ TEST(TreeModel, ReadsTextsAndStructureFromTheTree) {
     EXPECT_FALSE(model.index(-1, 0).isValid());
 }
 
-TEST(TreeModel, AFileNameIsNoMarkupInItsToolTip) {
+TEST(TreeModel, AToolTipShowsAFileNameAsPlainText) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     const NodeRef node = tree.add(nullptr, "p", "<b>x</b>.mp3", 3, 6).value();
@@ -67,7 +67,7 @@ TEST(TreeModel, TheSelectedNodeShowsItsOtherPicture) {
     EXPECT_NE(picture(), closed);
 }
 
-TEST(TreeModel, KeepsTheRulesOfItemModelsThroughEveryChange) {
+TEST(TreeModel, ObeysTheRulesOfItemModelsAtEveryChange) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     QWidget window;

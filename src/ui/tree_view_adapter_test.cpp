@@ -10,7 +10,7 @@ namespace {
 
 using TreeViewAdapterTest = TreeFixture;
 
-TEST_F(TreeViewAdapterTest, TheWidgetStandsWhereTheControlSays) {
+TEST_F(TreeViewAdapterTest, TheWidgetIsAtTheControlsPosition) {
     tree.setLeft(285_twips);
     tree.setTop(900_twips);
     EXPECT_EQ(widget().geometry(), QRect(19, 60, 300, 300));
@@ -18,7 +18,7 @@ TEST_F(TreeViewAdapterTest, TheWidgetStandsWhereTheControlSays) {
     EXPECT_EQ(widget().accessibleName(), "Work tree");
 }
 
-TEST_F(TreeViewAdapterTest, TheSelectionThatIsSeenIsTheTrees) {
+TEST_F(TreeViewAdapterTest, TheShownSelectionIsTheTrees) {
     tree.setSelectedItem(second).passOver();
     EXPECT_EQ(widget().selectionModel()->selectedIndexes(), QModelIndexList{indexOf(second)});
     EXPECT_EQ(widget().currentIndex(), indexOf(second));
@@ -26,7 +26,7 @@ TEST_F(TreeViewAdapterTest, TheSelectionThatIsSeenIsTheTrees) {
     EXPECT_FALSE(widget().selectionModel()->hasSelection());
 }
 
-TEST_F(TreeViewAdapterTest, ANodeIsRevealedWithItsAncestorsOpen) {
+TEST_F(TreeViewAdapterTest, RevealingANodeExpandsItsAncestors) {
     NodeRef last;
     for (int i = 0; i < 200; ++i) {
         last = add(mp3, "song " + std::to_string(i) + ".mp3");
@@ -38,7 +38,7 @@ TEST_F(TreeViewAdapterTest, ANodeIsRevealedWithItsAncestorsOpen) {
     EXPECT_TRUE(widget().viewport()->rect().intersects(widget().visualRect(indexOf(last))));
 }
 
-TEST_F(TreeViewAdapterTest, TheChosenNodeStaysInSightWhenItMovesIntoAClosedGroup) {
+TEST_F(TreeViewAdapterTest, TheSelectedNodeStaysVisibleWhenItMovesIntoACollapsedGroup) {
     tree.setSelectedItem(first).passOver();
     tree.setParent(first, mp3).passOver();
     QCoreApplication::processEvents();
@@ -46,7 +46,7 @@ TEST_F(TreeViewAdapterTest, TheChosenNodeStaysInSightWhenItMovesIntoAClosedGroup
     EXPECT_EQ(widget().selectionModel()->selectedIndexes(), QModelIndexList{indexOf(first)});
 }
 
-TEST_F(TreeViewAdapterTest, TheDropHighlightIsPaintedOnItsNodeAlone) {
+TEST_F(TreeViewAdapterTest, TheDropHighlightIsPaintedOnlyOnItsNode) {
     const auto rowOf = [&](const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     };
@@ -59,7 +59,7 @@ TEST_F(TreeViewAdapterTest, TheDropHighlightIsPaintedOnItsNodeAlone) {
     EXPECT_EQ(rowOf(mp3), plain);
 }
 
-TEST_F(TreeViewAdapterTest, AHundredThousandNodesAreShownEachRevealedAsItComes) {
+TEST_F(TreeViewAdapterTest, AHundredThousandNodesCanBeRevealedAsTheyAreAdded) {
     for (int i = 0; i < 100000; ++i) {
         tree.ensureVisible(add(mp3, std::to_string(i))).passOver();
     }
@@ -69,7 +69,7 @@ TEST_F(TreeViewAdapterTest, AHundredThousandNodesAreShownEachRevealedAsItComes) 
     EXPECT_GT(widget().verticalScrollBar()->maximum(), 0);
 }
 
-TEST_F(TreeViewAdapterTest, TheTreeMayChangeAfterItsWidgetIsGone) {
+TEST_F(TreeViewAdapterTest, TheTreeMayChangeAfterItsWidgetIsDestroyed) {
     adapter.reset();
     EXPECT_TRUE(tree.setSelectedItem(add(mp3, "later.mp3")).ok());
 }

@@ -37,14 +37,14 @@ class TreeDraggingTest : public TreeFixture {
     static constexpr QPoint belowAllNodes{50, 290};
 };
 
-TEST_F(TreeDraggingTest, AHandThatTremblesDuringAClickMovesNothing) {
+TEST_F(TreeDraggingTest, SmallMovementsDuringAClickDragNothing) {
     pressAt(first);
     movePointer(placeOf(first) + QPoint(2, 1));
     releaseAt(first);
     EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
 }
 
-TEST_F(TreeDraggingTest, ADragPassesOverEachNodeAndEndsInADrop) {
+TEST_F(TreeDraggingTest, ADragReportsEachNodeBelowThePointerAndEndsWithADrop) {
     dragOnMove();
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
@@ -63,7 +63,7 @@ TEST_F(TreeDraggingTest, ADragPassesOverEachNodeAndEndsInADrop) {
     EXPECT_FALSE(isDragCursorShown());
 }
 
-TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressHasOpened) {
+TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressOpened) {
     editOnPress();
     dragOnMove();
     pressAt(first);
@@ -75,7 +75,7 @@ TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressHasOpened) {
     EXPECT_THAT(log, ElementsAre("over MP3 Files", "drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, ADragGoesOnThoughItsHandlerMovesAndRemovesNodes) {
+TEST_F(TreeDraggingTest, ADragContinuesThoughItsHandlerMovesAndRemovesNodes) {
     dragOnMove();
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
@@ -104,7 +104,7 @@ TEST_F(TreeDraggingTest, EscapeEndsADragWithoutADrop) {
     EXPECT_FALSE(isDragCursorShown());
 }
 
-TEST_F(TreeDraggingTest, ADragCannotBeginWithoutAButtonDown) {
+TEST_F(TreeDraggingTest, ADragCannotBeginWithoutAPressedButton) {
     tree.beginDrag();
     EXPECT_FALSE(isDragCursorShown());
 }
@@ -140,7 +140,7 @@ TEST_F(TreeDraggingTest, ARestingPointerOverACollectionOrNoNodeSendsOneEvent) {
     releaseAt(collection);
 }
 
-TEST_F(TreeDraggingTest, TheFirstPlaceOfADragIsToldThoughTheDragBeforeEndedThere) {
+TEST_F(TreeDraggingTest, TheFirstNodeOfADragIsReportedEvenIfThePreviousDragEndedThere) {
     dragOnMove();
     for (int i = 0; i < 2; ++i) {
         pressAt(first);
@@ -194,7 +194,7 @@ TEST_F(TreeDraggingTest, KeysButEscapeDoNothingDuringADrag) {
     EXPECT_TRUE(activated);
 }
 
-TEST_F(TreeDraggingTest, AScreenReadersSelectingDoesNothingDuringADrag) {
+TEST_F(TreeDraggingTest, ASelectionByAScreenReaderDoesNothingDuringADrag) {
     beginMouseDrag();
     widget().selectionModel()->select(indexOf(second), QItemSelectionModel::Select);
     QCoreApplication::processEvents();
@@ -218,7 +218,7 @@ TEST_F(TreeDraggingTest, ADialogEndsADragWithoutADrop) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "over MP3 Files", "drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, ADialogThatComesWhileAHandlerOfTheDragRunsEndsItToo) {
+TEST_F(TreeDraggingTest, ADialogThatOpensDuringAHandlerOfTheDragAlsoEndsIt) {
     beginMouseDrag();
     tree.onDragOver = [&](NodeRef) {
         runDialogAnd([&] { releaseAt(mp3); });
@@ -229,7 +229,7 @@ TEST_F(TreeDraggingTest, ADialogThatComesWhileAHandlerOfTheDragRunsEndsItToo) {
     expectNoDrag();
 }
 
-TEST_F(TreeDraggingTest, APressWhoseReleaseADialogHasTakenWaitsForNoOther) {
+TEST_F(TreeDraggingTest, APressDoesNotWaitForAReleaseThatADialogReceived) {
     pressAt(first);
     runDialogAnd([&] { releaseAt(first); });
     log.clear();
@@ -239,7 +239,7 @@ TEST_F(TreeDraggingTest, APressWhoseReleaseADialogHasTakenWaitsForNoOther) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeDraggingTest, APressThatHidesItsWindowWaitsForNoRelease) {
+TEST_F(TreeDraggingTest, APressThatHidesItsWindowDoesNotWaitForARelease) {
     tree.onMouseDown = [&](MouseButtons, NodeRef) {
         window.hide();
     };
@@ -251,7 +251,7 @@ TEST_F(TreeDraggingTest, APressThatHidesItsWindowWaitsForNoRelease) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeDraggingTest, ADragEndsWhenItsReleaseHasGoneElsewhere) {
+TEST_F(TreeDraggingTest, ADragEndsWhenAnotherWindowReceivesItsRelease) {
     beginMouseDrag();
     sendMove(placeOf(mp3), Qt::NoButton);
     EXPECT_THAT(log, IsEmpty());

@@ -26,7 +26,7 @@ class TreeEditTest : public TreeFixture {
     }
 };
 
-TEST_F(TreeEditTest, TheEditorStandsOverTheLabelWithAllOfItSelected) {
+TEST_F(TreeEditTest, TheEditorCoversTheLabelAndSelectsItsWholeText) {
     ASSERT_NE(editor(), nullptr);
     EXPECT_EQ(editor()->selectedText(), "one.wav");
     EXPECT_TRUE(editor()->hasFocus());
@@ -46,12 +46,12 @@ bool isReachedFrom(QAccessibleInterface* top, const QWidget* widget) {
     return false;
 }
 
-TEST_F(TreeEditTest, AssistiveProgramsMeetTheEditor) {
+TEST_F(TreeEditTest, TheEditorIsAccessible) {
     EXPECT_TRUE(isReachedFrom(QAccessible::queryAccessibleInterface(&window), editor()));
     EXPECT_EQ(QAccessible::queryAccessibleInterface(editor())->text(QAccessible::Name), "New name");
 }
 
-TEST_F(TreeEditTest, TheEditorFollowsItsRowAndCoversNothingBesideTheTree) {
+TEST_F(TreeEditTest, TheEditorFollowsItsRowAndStaysWithinTheTree) {
     for (int i = 0; i < 50; ++i) {
         add(wav, std::to_string(i));
     }
@@ -70,7 +70,7 @@ TEST_F(TreeEditTest, TheEditorFollowsItsRowAndCoversNothingBesideTheTree) {
     EXPECT_THAT(log, ElementsAre("after later.wav"));
 }
 
-TEST_F(TreeEditTest, ReturnGivesTheNewTextToTheTree) {
+TEST_F(TreeEditTest, ReturnPassesTheNewTextToTheTree) {
     editor()->setText("caf\u00E9.wav");
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_THAT(log, ElementsAre("after caf\xC3\xA9.wav"));
@@ -79,13 +79,13 @@ TEST_F(TreeEditTest, ReturnGivesTheNewTextToTheTree) {
     EXPECT_TRUE(widget().hasFocus());
 }
 
-TEST_F(TreeEditTest, ReturnOnAnUntouchedTextRenamesNothing) {
+TEST_F(TreeEditTest, ReturnOnAnUnchangedTextRenamesNothing) {
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, EscapeLeavesTheLabelAsItWas) {
+TEST_F(TreeEditTest, EscapeKeepsTheLabel) {
     editor()->setText("other.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);
     EXPECT_THAT(log, IsEmpty());
@@ -122,13 +122,13 @@ TEST_F(TreeEditTest, ARefusedNameMayOpenTheEditorAgain) {
     EXPECT_EQ(tree.editedNode(), first);
 }
 
-TEST_F(TreeEditTest, TheEditorGoesWithItsNode) {
+TEST_F(TreeEditTest, RemovingTheNodeClosesItsEditor) {
     tree.remove(wav).passOver();
     EXPECT_EQ(editor(), nullptr);
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, TheEditorClosesWhenTheSelectionGoesToAnotherNode) {
+TEST_F(TreeEditTest, TheEditorClosesWhenAnotherNodeIsSelected) {
     tree.setSelectedItem(first).passOver();
     tree.startLabelEdit().passOver();
     ASSERT_NE(editor(), nullptr);

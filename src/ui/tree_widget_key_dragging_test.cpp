@@ -40,7 +40,7 @@ class TreeKeyDragTest : public TreeFixture {
     QImage before;
 };
 
-TEST_F(TreeKeyDragTest, TheCurrentNodeIsTakenUpAndDroppedAtTheRowWhereReturnIsPressed) {
+TEST_F(TreeKeyDragTest, KeysDragTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
     takeUp();
     EXPECT_FALSE(isDragCursorShown()) << "the pointer has nothing to do with it";
     key(Qt::Key_Down);
@@ -58,7 +58,7 @@ TEST_F(TreeKeyDragTest, TheCurrentNodeIsTakenUpAndDroppedAtTheRowWhereReturnIsPr
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVDropsTooAndAnItemAndACollectionAreToldOnce) {
+TEST_F(TreeKeyDragTest, ControlVDropsTooAndReportsAnItemOrACollectionOnce) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -71,7 +71,7 @@ TEST_F(TreeKeyDragTest, ControlVDropsTooAndAnItemAndACollectionAreToldOnce) {
     }
 }
 
-TEST_F(TreeKeyDragTest, EscapeLeavesTheNodeWhereItIs) {
+TEST_F(TreeKeyDragTest, EscapeCancelsTheDragByKeys) {
     takeUp();
     key(Qt::Key_Down);
     key(Qt::Key_Escape);
@@ -80,7 +80,7 @@ TEST_F(TreeKeyDragTest, EscapeLeavesTheNodeWhereItIs) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ANodeThatIsNotCarriedIsClicked) {
+TEST_F(TreeKeyDragTest, ReturnClicksANodeWhenNoneIsDragged) {
     tree.onMouseMove = [this](MouseButtons b, NodeRef node) {
         note("move", b, node);
     };
@@ -92,7 +92,7 @@ TEST_F(TreeKeyDragTest, ANodeThatIsNotCarriedIsClicked) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, TakingUpClosesTheEditorThatItsPressHasOpened) {
+TEST_F(TreeKeyDragTest, ADragByKeysClosesTheEditorThatAPressOpened) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);
@@ -103,7 +103,7 @@ TEST_F(TreeKeyDragTest, TakingUpClosesTheEditorThatItsPressHasOpened) {
     EXPECT_EQ(log.back(), "drop MP3 Files");
 }
 
-TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingMeanwhile) {
+TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingDuringADragByKeys) {
     QPushButton button(&window);
     button.show();
     takeUp();
@@ -124,7 +124,7 @@ TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingMeanwhile) {
     EXPECT_TRUE(isMarked());
 }
 
-TEST_F(TreeKeyDragTest, GroupsOpenAndCloseMeanwhile) {
+TEST_F(TreeKeyDragTest, GroupsExpandAndCollapseDuringADragByKeys) {
     takeUp();
     goTo(mp3);
     goTo(wav);
@@ -135,7 +135,7 @@ TEST_F(TreeKeyDragTest, GroupsOpenAndCloseMeanwhile) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ItEndsWhenTheFocusGoesElsewhereAndWhenADialogComes) {
+TEST_F(TreeKeyDragTest, ADragByKeysEndsWhenTheFocusChangesAndWhenADialogOpens) {
     QPushButton button(&window);
     button.show();
     takeUp();
@@ -162,7 +162,7 @@ TEST_F(TreeKeyDragTest, ADropThatIsCancelledInsideItsHandlerDropsNothing) {
     EXPECT_FALSE(isMarked());
 }
 
-TEST_F(TreeKeyDragTest, WithoutACurrentRowNothingIsTakenUp) {
+TEST_F(TreeKeyDragTest, WithoutACurrentRowNothingIsDragged) {
     tree.clear();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_THAT(log, IsEmpty());

@@ -24,7 +24,7 @@ TEST_F(TreeWidgetTest, AClickIsAPressAndAReleaseOnTheNode) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, APressBelowAllNodesIsOnNone) {
+TEST_F(TreeWidgetTest, APressBelowAllNodesReportsNoNode) {
     QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, QPoint(50, 290));
     EXPECT_THAT(log, ElementsAre("down left nothing", "up left nothing"));
 }
@@ -35,7 +35,7 @@ TEST_F(TreeWidgetTest, AClickSelectsNothingByItself) {
     EXPECT_FALSE(widget().selectionModel()->hasSelection());
 }
 
-TEST_F(TreeWidgetTest, TheBranchSignOpensAndClosesAndIsNoClick) {
+TEST_F(TreeWidgetTest, TheBranchIndicatorExpandsAndCollapsesWithoutAClick) {
     const QRect row = widget().visualRect(indexOf(wav));
     const QPoint sign(row.left() - 8, row.center().y());
     QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, sign);
@@ -45,7 +45,7 @@ TEST_F(TreeWidgetTest, TheBranchSignOpensAndClosesAndIsNoClick) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeWidgetTest, TheReleaseReachesTheTreeThoughThePressHasOpenedAMenu) {
+TEST_F(TreeWidgetTest, TheReleaseReachesTheTreeThoughThePressOpenedAMenu) {
     QMenu menu(&window);
     menu.addAction(QStringLiteral("Exit"));
     tree.onMouseDown = [&](MouseButtons, NodeRef) {
@@ -59,7 +59,7 @@ TEST_F(TreeWidgetTest, TheReleaseReachesTheTreeThoughThePressHasOpenedAMenu) {
     EXPECT_THAT(log, ElementsAre("up right one.wav"));
 }
 
-TEST_F(TreeWidgetTest, AReleaseWithoutAPressOnTheTreeIsNotTheTrees) {
+TEST_F(TreeWidgetTest, AReleaseWithoutAPressOnTheTreeIsNotReported) {
     QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(5, 5));
     EXPECT_THAT(log, IsEmpty());
 }
@@ -71,7 +71,7 @@ TEST_F(TreeWidgetTest, ADoubleClickComesAfterThePressAndReleaseOfItsFirstClick) 
                 ElementsAre("down left one.wav", "up left one.wav", "double", "up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, ADoubleClickReachesTheTreeThoughItsFirstPressHasOpenedTheEditor) {
+TEST_F(TreeWidgetTest, ADoubleClickReachesTheTreeThoughItsFirstPressOpenedTheEditor) {
     editOnPress();
     bool editorWasOpen = false;
     tree.onMouseUp = [&](MouseButtons, NodeRef node) {
@@ -86,7 +86,7 @@ TEST_F(TreeWidgetTest, ADoubleClickReachesTheTreeThoughItsFirstPressHasOpenedThe
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsTheEditorsOwn) {
+TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsHandledByTheEditor) {
     editOnPress();
     pressAt(first);
     releaseAt(first);
@@ -97,7 +97,7 @@ TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsTheEditorsOwn) {
     EXPECT_THAT(log, ElementsAre("up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, ADoubleClickOnACollectionOpensAndClosesIt) {
+TEST_F(TreeWidgetTest, ADoubleClickOnACollectionExpandsAndCollapsesIt) {
     const QPoint at = widget().viewport()->mapTo(&window, placeOf(collection));
     QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
     EXPECT_FALSE(widget().isExpanded(indexOf(collection)));
@@ -119,7 +119,7 @@ TEST_F(TreeWidgetTest, ArrowsMoveTheCurrentRowAndReturnAndSpaceClickIt) {
                                  "up left two.wav"));
 }
 
-TEST_F(TreeWidgetTest, ControlReturnDoubleClicksAlsoWhereTheClickOpensTheEditor) {
+TEST_F(TreeWidgetTest, ControlReturnDoubleClicksEvenIfTheClickOpensTheEditor) {
     tree.setSelectedItem(first).passOver();
     editOnPress();
     key(Qt::Key_Return, Qt::ControlModifier);
@@ -127,7 +127,7 @@ TEST_F(TreeWidgetTest, ControlReturnDoubleClicksAlsoWhereTheClickOpensTheEditor)
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeWidgetTest, F2RenamesTheCurrentNodeAsAClickOnItDoes) {
+TEST_F(TreeWidgetTest, F2EditsTheCurrentNodeLikeAClick) {
     tree.setSelectedItem(wav).passOver();
     editOnPress();
     key(Qt::Key_Down);
@@ -152,14 +152,14 @@ TEST_F(TreeWidgetTest, TheMenuKeyIsARightClickAtTheNode) {
     EXPECT_EQ(place, widget().viewport()->mapToGlobal(placeOf(second)));
 }
 
-TEST_F(TreeWidgetTest, TheMenuEventOfAMousePressIsNoSecondPress) {
+TEST_F(TreeWidgetTest, TheContextMenuEventOfAPressIsNoSecondPress) {
     QContextMenuEvent byMouse(QContextMenuEvent::Mouse, placeOf(first),
                               widget().viewport()->mapToGlobal(placeOf(first)));
     QCoreApplication::sendEvent(widget().viewport(), &byMouse);
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeWidgetTest, AScreenReadersSelectingIsAClick) {
+TEST_F(TreeWidgetTest, ASelectionByAScreenReaderIsAClick) {
     widget().selectionModel()->select(indexOf(second), QItemSelectionModel::Select);
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("down left two.wav", "up left two.wav"));

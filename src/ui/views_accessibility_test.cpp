@@ -69,7 +69,7 @@ TEST_F(ViewsAccessibility, Buttons) {
     EXPECT_EQ(read(picture), "Button: Set");
 }
 
-TEST_F(ViewsAccessibility, BoxesThatAreTicked) {
+TEST_F(ViewsAccessibility, TickableBoxes) {
     CheckBox box(form, "Check6", "Warn me");
     CheckBoxView boxView(box, "", &parent);
     EXPECT_EQ(read(boxView), "CheckBox: Warn me");
@@ -126,7 +126,7 @@ TEST_F(ViewsAccessibility, Lists) {
     EXPECT_EQ(list->child(1)->text(QAccessible::Name), "music");
 }
 
-TEST_F(ViewsAccessibility, WhatHoldsOtherControls) {
+TEST_F(ViewsAccessibility, Containers) {
     Frame frame(form, "Audio", "Audio Preferences");
     FrameView frameView(frame, &parent);
     EXPECT_EQ(read(frameView), "Grouping: Audio Preferences");

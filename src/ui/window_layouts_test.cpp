@@ -123,7 +123,7 @@ TEST_F(WindowLayouts, ThePlayersPanelShowsItsControls) {
     }
 }
 
-TEST_F(WindowLayouts, TheMetersBarSlidesWithinItsClip) {
+TEST_F(WindowLayouts, TheMetersBarMovesWithinItsClip) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -138,7 +138,7 @@ TEST_F(WindowLayouts, TheMetersBarSlidesWithinItsClip) {
 }
 
 // The entry sets the height and nothing else: what stands on top is what a cube is for.
-TEST_F(WindowLayouts, AsACubeThePanelShowsDisplayMeterAndTransport) {
+TEST_F(WindowLayouts, TheCubeShowsDisplayMeterAndTransport) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -169,7 +169,7 @@ TEST_F(WindowLayouts, TheFinderShowsItsControls) {
     EXPECT_EQ(window.findChild<QWidget*>("zFileExt2"), nullptr);
 }
 
-TEST_F(WindowLayouts, TheFoldersToDoAreSeenAtWorkWhileTheListsAreHidden) {
+TEST_F(WindowLayouts, TheFoldersToSearchAreVisibleWhileTheListsAreHidden) {
     FrmSearch form(machine.files, machine.directories);
     FormWindow window(finderLayout(form));
     form.show();

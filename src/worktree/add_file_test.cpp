@@ -86,7 +86,7 @@ TEST_F(Cmaddfile2Test, ANameWithABracketIsComparedLiterally) {
     }
 }
 
-TEST_F(Cmaddfile2Test, AnEntryWithABracketAndWithoutANodeIsNotDoubled) {
+TEST_F(Cmaddfile2Test, AnEntryWithABracketAndWithoutANodeIsNotDuplicated) {
     put("c:\\music\\x[1].wav");
     form.List1.addItem("c:\\music\\x[1].wav");
     adder.Cmaddfile2("c:\\music\\x[1].wav");
@@ -186,7 +186,7 @@ TEST_F(Cmaddfile2Test, AFileOfAnotherTypeChangesNeitherTreeNorLists) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, TheFirstNodeOfTheGroupsTextTakesTheFile) {
+TEST_F(Cmaddfile2Test, TheFileIsAddedToTheFirstNodeWithTheGroupsText) {
     const NodeRef later = addGroup(view, node("CD Tracks"), "g second", "WAV Files").value();
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");

@@ -93,7 +93,7 @@ TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsTheGuard) {
     EXPECT_EQ(drag.LabelEditGuard, "");
 }
 
-TEST_F(LabelEditTest, AnMp3IsLookedForInItsOwnLists) {
+TEST_F(LabelEditTest, AnMp3IsSearchedInItsOwnLists) {
     relabel("b.mp3", "n.mp3");
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\n.mp3"));
     EXPECT_TRUE(disk.fileExists("c:\\music\\n.mp3"));
@@ -207,7 +207,7 @@ TEST_F(LabelEditTest, WithNothingSelectedAnyMoreNothingIsRenamed) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(LabelEditTest, AWholePathAsLabelMakesANameThatFailsAndTheEditorOpensAgain) {
+TEST_F(LabelEditTest, AFullPathAsLabelFailsAndOpensTheEditorAgain) {
     process.settings.showFullPath = 1;
     view.clear();
     tree.showfiles();

@@ -86,7 +86,7 @@ TEST_F(StartActionTest, SwitchesThePlayerOffOnlyIfItIsOpen) {
     EXPECT_THAT(start("WAV Files"), ElementsAre("player off"));
 }
 
-TEST_F(StartActionTest, GoesThroughItsStepsInOrder) {
+TEST_F(StartActionTest, RunsItsStepsInOrder) {
     process.PlayerOpen = true;
     process.settings.hdWarning = 1;
     process.settings.minimizeOnStart = 1;
@@ -212,7 +212,7 @@ TEST_F(StartActionTest, AnEndOfTheProgramInsideTheActionRunsNoFurtherStep) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartActionTest, ATreeStillTakesDoubleClicksDuringAnAction) {
+TEST_F(StartActionTest, TheTreeStillAcceptsDoubleClicksDuringAnAction) {
     form.cmdStart.onClick = [this] {
         form.Disablem();
         loop.after(1s, [this] { doubleClick(t1); });

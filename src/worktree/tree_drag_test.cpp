@@ -105,7 +105,7 @@ struct Passage {
     bool passes;
 };
 
-struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {
+struct DragPathTest : TreeDragTest, testing::WithParamInterface<Passage> {
     static std::vector<Passage> everyRow() {
         return {{t1, "Selected Tracks", true},
                 {t1, t2, true},
@@ -139,7 +139,7 @@ struct PassageTest : TreeDragTest, testing::WithParamInterface<Passage> {
     }
 };
 
-TEST_P(PassageTest, TheHighlightShowsWhichDragIsAccepted) {
+TEST_P(DragPathTest, TheHighlightShowsWhichDragIsAccepted) {
     const Passage& passage = GetParam();
     addGroup(view, node("WAV Files Folder"), "g Selected WAV Files", "Selected WAV Files")
         .passOver();
@@ -156,7 +156,7 @@ TEST_P(PassageTest, TheHighlightShowsWhichDragIsAccepted) {
     EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryRow, PassageTest, testing::ValuesIn(PassageTest::everyRow()));
+INSTANTIATE_TEST_SUITE_P(EveryRow, DragPathTest, testing::ValuesIn(DragPathTest::everyRow()));
 
 TEST_F(TreeDragTest, AnItemOverAnItemHighlightsTheItemsGroup) {
     const NodeRef odd = addTo("WAV Files", "x.ogg");

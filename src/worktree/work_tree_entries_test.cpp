@@ -47,7 +47,7 @@ TEST_F(Showfiles3Test, ComparesExactlySoThatCapitalsDoNotMatchAndTheListsAreCros
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\x\\Two.wav"));
 }
 
-TEST_F(Showfiles3Test, PutsAnMp3AtTheEndOfTheWavList) {
+TEST_F(Showfiles3Test, AppendsAnMp3ToTheWavList) {
     fill(form.List1, {"c:\\x\\a.wav"});
     choose(3);
     tree.showfiles3();
@@ -106,7 +106,7 @@ TEST_F(OneRootTest, AllGroupsAreSiblingsBelowOneRoot) {
                             "  MP3 Files", "    c.mp3"));
 }
 
-TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheOtherLayout) {
+TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheLayoutWithThreeRoots) {
     const std::vector<std::pair<std::string, std::string>> keys = {
         {"CD Tracks, WAV, MP3 files", "f Collection 1"},
         {"Selected Tracks", "g Selected Tracks"},

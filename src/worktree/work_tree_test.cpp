@@ -34,7 +34,7 @@ struct ShowfilesTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(ShowfilesTest, TheFirstBuildMakesTheNodesOfTheTableInItsOrder) {
+TEST_F(ShowfilesTest, TheFirstBuildCreatesTheExpectedNodesInOrder) {
     disc({"Track  1 - 00:03:05"});
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -53,7 +53,7 @@ TEST_F(ShowfilesTest, TheFirstBuildMakesTheNodesOfTheTableInItsOrder) {
                             "p c:\\music\\b.mp3|c:\\music\\b.mp3|3,6|MP3 Files|3"));
 }
 
-TEST_F(ShowfilesTest, AnEmptyFolderAndNoDiscGiveThreeCollectionsWithEmptyGroups) {
+TEST_F(ShowfilesTest, WithoutFilesAndDiscThreeCollectionsHaveEmptyGroups) {
     tree.showfiles();
     EXPECT_THAT(outline(), ElementsAre("CD Tracks", "  Selected Tracks", "  Available Tracks",
                                        "WAV Files Folder", "  WAV Files", "MP3 Files Folder",
@@ -105,7 +105,7 @@ TEST_F(ShowfilesTest, TheQueueIsNeitherChangedNorShown) {
     EXPECT_THAT(lines(form.lstRecord), ElementsAre("Track  9 - 00:01:00"));
 }
 
-TEST_F(ShowfilesTest, TheSelectionsOfFilesAreLost) {
+TEST_F(ShowfilesTest, TheSelectedFilesAreLost) {
     for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
         fill(*list, {"stale"});
     }
@@ -273,7 +273,7 @@ TEST_F(ShowfilesTest, OnTheFourthBuildTheRememberedParentMayHaveBeenRemoved) {
     EXPECT_THAT(view.roots().back()->text(), "MP3 Files Folder");
 }
 
-TEST_F(ShowfilesTest, TheThirdBuildReplacesTheCollectionThatIsFirstThen) {
+TEST_F(ShowfilesTest, TheThirdBuildReplacesTheCollectionThatIsThenTheFirst) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();

@@ -92,7 +92,7 @@ class HeaderAnalysisTest : public testing::Test {
 };
 
 // All bit rates at all sampling rates of MPEG 1.
-TEST_F(HeaderAnalysisTest, OfConstantRatesReadsWhatADecoderReads) {
+TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAConstantRateAsADecoderDoes) {
     int files = 0;
     for (const int rate : {44100, 48000, 32000}) {
         for (const int kilobits : {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}) {
@@ -131,7 +131,7 @@ TEST_F(HeaderAnalysisTest, ReadsModesAndFlagsAsADecoderDoes) {
     EXPECT_EQ(info.Bitrate, 64);
 }
 
-TEST_F(HeaderAnalysisTest, OfVariableStereoRatesShowsTheAverageOfAllFrames) {
+TEST_F(HeaderAnalysisTest, ShowsTheAverageOfAllFramesForAVariableStereoRate) {
     for (const char* options : {"-V 0", "-V 2", "-V 4", "-V 6", "--abr 112", "--abr 190"}) {
         SCOPED_TRACE(options);
         encode(44100, 2, std::string("--resample 44.1 ") + options);
@@ -145,7 +145,7 @@ TEST_F(HeaderAnalysisTest, OfVariableStereoRatesShowsTheAverageOfAllFrames) {
     }
 }
 
-TEST_F(HeaderAnalysisTest, FindsTheTagThatADecoderFinds) {
+TEST_F(HeaderAnalysisTest, FindsTheSameTagAsADecoder) {
     encode(44100, 2, "-b 128 --id3v1-only --tt Title --ta Artist --tl Album --ty 1999 --tg 17");
     EXPECT_TRUE(info.HasTag);
     EXPECT_EQ(opinion->title, "Title");
@@ -173,7 +173,7 @@ TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
     }
 }
 
-TEST_F(HeaderAnalysisTest, TakesAVariableRateInOneChannelForAConstantOne) {
+TEST_F(HeaderAnalysisTest, MistakesAVariableRateInOneChannelForAConstantOne) {
     encode(44100, 1, "-V 4 --resample 44.1");
     expectTheDecodersHeader();
     EXPECT_FALSE(info.IsVbr);
@@ -181,7 +181,7 @@ TEST_F(HeaderAnalysisTest, TakesAVariableRateInOneChannelForAConstantOne) {
     EXPECT_EQ(info.Duration, bytes() * 8 / info.Bitrate / 1000);
 }
 
-TEST_F(HeaderAnalysisTest, DoesNotStepOverALongLeadingTag) {
+TEST_F(HeaderAnalysisTest, DoesNotSkipALongLeadingTag) {
     encode(44100, 2, "-b 128 --id3v2-only --pad-id3v2-size 6000 --tt Title");
     EXPECT_EQ(opinion->first.bitrate, 128);
     EXPECT_EQ(info.Bitrate, 0);

@@ -45,7 +45,7 @@ class PlaylistFilesTest : public testing::Test {
     Editor editor{world.files(), store};
 };
 
-TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldTagOrTheNewOne) {
+TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldOrTheNewTag) {
     const std::string old = mp3("Old");
     const std::string written =
         Mp3Bytes(48'000).header(1, commonHeader).end(tagOf("New", "", "", "", "", 7)).content;
@@ -71,7 +71,7 @@ TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldTagOrTheNewOne) {
     EXPECT_GT(leftWritten, 1) << "while it is closed, and without a kill";
 }
 
-TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndHoldNothingUp) {
+TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndBlockNothing) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
     fs::create_symlink("/dev/zero", world.disk() / "device.mp3");
@@ -104,7 +104,7 @@ TEST_F(PlaylistFilesTest, AFileThatMayNotBeReadHasNoData) {
               0);
 }
 
-TEST_F(PlaylistFilesTest, OfHugeFilesTheTagIsReadAndTheHeaderIsThatOfTheFileBefore) {
+TEST_F(PlaylistFilesTest, AHugeFileShowsItsTagAndThePreviousFilesHeader) {
     world.put("before.mp3", mp3("Before"));
     read("before.mp3");
     for (const std::int64_t bytes : {2 * test::gibibyte, 5 * test::gibibyte}) {

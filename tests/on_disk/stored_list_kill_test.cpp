@@ -40,7 +40,7 @@ class StoredListTest : public testing::TestWithParam<Change> {
     inline static const Lines before{"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"};
 };
 
-TEST_P(StoredListTest, AKillAtAnyCallLeavesItAsItWasOrAsItWillBe) {
+TEST_P(StoredListTest, AKillAtAnyCallLeavesTheOldOrTheNewList) {
     const fakes::TempFolder original;
     {
         IniSettingsStore store(text(original.path()));

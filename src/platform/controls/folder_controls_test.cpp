@@ -42,7 +42,7 @@ TEST_F(FolderControlsTest, StartInTheProgramsFolderSilently) {
     EXPECT_EQ(driveChanges, 0);
 }
 
-TEST_F(FolderControlsTest, AnExistingFolderKeepsTheSpellingGiven) {
+TEST_F(FolderControlsTest, AnExistingFolderKeepsTheGivenSpelling) {
     EXPECT_TRUE(folder.setPath("C:\\Music\\ONE\\").ok());
     EXPECT_EQ(folder.path(), "C:\\Music\\ONE");
     EXPECT_EQ(folderChanges, 1);

@@ -294,7 +294,7 @@ TEST(DialogParent, IsTheMainWindowWhileAnotherProgramIsInFront) {
     EXPECT_EQ(dialogParent(), &mainWindow);
 }
 
-TEST(DialogParent, IsNoWindowThatWouldHideTheDialog) {
+TEST(DialogParent, IsNoWindowThatWouldCoverTheDialog) {
     QMainWindow mainWindow;
     leaveNoWindowActive();
     EXPECT_EQ(dialogParent(), nullptr);

@@ -65,7 +65,7 @@ TEST_F(EndRequestsTest, LeaveAnIgnoredSignalIgnored) {
     std::signal(SIGHUP, SIG_DFL);
 }
 
-TEST_F(EndRequestsTest, RunTheSavingWhenTheSessionIsAboutToEnd) {
+TEST_F(EndRequestsTest, SaveBeforeTheSessionEnds) {
     const EndRequests requests(end, save);
     // No session manager runs here; the handler of Qt's signal ignores its argument.
     alignas(QSessionManager) char memory[sizeof(QSessionManager)];

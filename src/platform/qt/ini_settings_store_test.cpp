@@ -176,7 +176,7 @@ TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenUntilItCan) {
                 ElementsAre(_, "settled settings store: Settings are stored again in " + name));
 }
 
-TEST_F(IniSettingsStoreTest, KnowsItsOwnApplicationOnly) {
+TEST_F(IniSettingsStoreTest, ReadsOnlyTheValuesOfItsOwnApplication) {
     IniSettingsStore store(folder());
     store.SaveSetting("Other", "Settings", "HDWarning", "1");
     EXPECT_EQ(store.GetSetting("Other", "Settings", "HDWarning", "d"), "d");

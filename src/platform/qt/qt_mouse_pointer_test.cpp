@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(QtMousePointer, ShowsTheHourglassUntilSetBack) {
+TEST(QtMousePointer, ShowsTheHourglassUntilItIsReset) {
     QtMousePointer pointer;
     pointer.set(Pointer::hourglass);
     ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);

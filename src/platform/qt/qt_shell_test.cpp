@@ -75,7 +75,7 @@ TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {
     EXPECT_EQ(shell.windowHandle(PictureBox(form, "Picture5")), 0U);
 }
 
-TEST_F(QtShellTest, TheAboutBoxCarriesTheTitleAndClosesByKeyboard) {
+TEST_F(QtShellTest, TheAboutBoxShowsTheTitleAndClosesByKeyboard) {
     QString title;
     QTimer::singleShot(0, &context, [&] {
         auto* box = qobject_cast<QMessageBox*>(runningDialog());

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(DestinationOf, IsWavFilesInTheProgramsFolderWithoutAStoredFolder) {
+TEST(DestinationOf, IsWavFilesInTheProgramFolderIfNoFolderIsStored) {
     const DestinationFolder first{"C:\\Sonarith", "WAVFiles"};
     EXPECT_EQ(destinationOf("", "C:\\Sonarith"), first);
     EXPECT_EQ(destinationOf("music", "C:\\Sonarith"), first);
@@ -19,7 +19,7 @@ TEST(DestinationOf, SplitsTheStoredFolderAtItsLastBackslash) {
     EXPECT_EQ(destinationOf("c:\\wav", "C:\\P"), (DestinationFolder{"c:", "wav"}));
 }
 
-TEST(DestinationOf, TakesWavFilesForAnEmptyName) {
+TEST(DestinationOf, UsesWavFilesForAnEmptyName) {
     EXPECT_EQ(destinationOf("d:\\", "C:\\P"), (DestinationFolder{"d:", "WAVFiles"}));
     EXPECT_EQ(destinationOf("c:\\music\\", "C:\\P"), (DestinationFolder{"c:\\music", "WAVFiles"}));
 }

@@ -55,7 +55,7 @@ TEST_F(DiskGuardTest, ListsNoDriveOfAnotherKind) {
     }
 }
 
-TEST_F(DiskGuardTest, PassesOverADriveThatRefuses) {
+TEST_F(DiskGuardTest, SkipsADriveThatFails) {
     freeOn("D:\\", 5'000'000);
     system.drives["C:\\"].space = std::nullopt;
     system.drives["E:\\"].space = DiskSpace{0, 0};
@@ -66,7 +66,7 @@ TEST_F(DiskGuardTest, PassesOverADriveThatRefuses) {
     EXPECT_EQ(process.DriveFreeBytes, 0);
 }
 
-TEST_F(DiskGuardTest, KeepsTheLastDrivesFigures) {
+TEST_F(DiskGuardTest, KeepsTheFiguresOfTheLastDrive) {
     freeOn("D:\\", 5'000'001);
     preferences.guard.RefreshDriveSpace();
     EXPECT_EQ(process.DriveName, "D:\\");
@@ -74,7 +74,7 @@ TEST_F(DiskGuardTest, KeepsTheLastDrivesFigures) {
     EXPECT_EQ(process.DriveFreeBytes, 5'000'001);
 }
 
-TEST_F(DiskGuardTest, NeverTouchesDriveA) {
+TEST_F(DiskGuardTest, NeverAccessesDriveA) {
     for (const char* floppy : {"A:\\", "a:\\"}) {
         system.drives = {{floppy, {}}, {"C:\\", {}}};
         system.spaceAsked.clear();
@@ -85,7 +85,7 @@ TEST_F(DiskGuardTest, NeverTouchesDriveA) {
     }
 }
 
-TEST_F(DiskGuardTest, RoundsToWholeMegabytesHalvesToTheEvenOne) {
+TEST_F(DiskGuardTest, RoundsToWholeMegabytesAndHalvesToEven) {
     struct Row {
         std::int64_t bytes;
         const char* megabytes;
@@ -126,7 +126,7 @@ TEST_F(DiskGuardTest, NeverClearsTheDestinationsFigures) {
     }
 }
 
-TEST_F(DiskGuardTest, WalksOverAHundredDrivesWithoutAWrite) {
+TEST_F(DiskGuardTest, HandlesAHundredDrivesWithoutAWrite) {
     for (char letter = 'B'; letter <= 'Z'; ++letter) {
         freeOn(std::string(1, letter) + ":\\", 1'000'000'000);
     }
@@ -136,7 +136,7 @@ TEST_F(DiskGuardTest, WalksOverAHundredDrivesWithoutAWrite) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(DiskGuardTest, NotifiesNobodyOfFiguresThatStayTheSame) {
+TEST_F(DiskGuardTest, DoesNotNotifyViewsOfUnchangedFigures) {
     tick();
     int changes = 0;
     const Connection text = form.Text6.changed.connect([&](Property) { ++changes; });
@@ -213,7 +213,7 @@ TEST_F(DiskGuardTest, DoesNotReachTheWarningAfterAStop) {
     EXPECT_FALSE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, HeedsItsTwoSwitches) {
+TEST_F(DiskGuardTest, RunsOnlyIfItsTwoSwitchesAreOn) {
     freeOn("C:\\", 0);
     settings.hdStopDecoding = 0;
     tick();
@@ -228,7 +228,7 @@ TEST_F(DiskGuardTest, HeedsItsTwoSwitches) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, NeverFiresForALimitOfZeroOrLess) {
+TEST_F(DiskGuardTest, NeverStopsForALimitOfZeroOrLess) {
     freeOn("C:\\", 0);
     for (const std::int16_t limit : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{-32768}}) {
         settings.hdStopNo = limit;
@@ -239,7 +239,7 @@ TEST_F(DiskGuardTest, NeverFiresForALimitOfZeroOrLess) {
     }
 }
 
-TEST_F(DiskGuardTest, TakesTheLargestLimitAtItsWord) {
+TEST_F(DiskGuardTest, AcceptsTheLargestLimit) {
     settings.hdStopNo = 32767;
     freeOn("C:\\", 32'767'000'000);
     tick();
@@ -249,7 +249,7 @@ TEST_F(DiskGuardTest, TakesTheLargestLimitAtItsWord) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-TEST_F(DiskGuardTest, StopsWithALimitAboveTheWarningsToo) {
+TEST_F(DiskGuardTest, AlsoStopsIfItsLimitIsAboveTheWarningLimit) {
     settings.hdWarningNo = 10;
     settings.hdStopNo = 1000;
     freeOn("C:\\", 999'000'000);
@@ -257,7 +257,7 @@ TEST_F(DiskGuardTest, StopsWithALimitAboveTheWarningsToo) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, CountsADestinationOnNoFixedDriveAsFull) {
+TEST_F(DiskGuardTest, TreatsADestinationThatIsOnNoFixedDriveAsFull) {
     form.unload();
     system.drives["C:\\"].kind = DriveKind::removable;
     tick();
@@ -266,7 +266,7 @@ TEST_F(DiskGuardTest, CountsADestinationOnNoFixedDriveAsFull) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, ReadsWhatTheLabelHolds) {
+TEST_F(DiskGuardTest, ReadsTheTextOfTheLabel) {
     settings.decodePath = "x:\\";
     form.Label4.setCaption("51");
     tick();
@@ -278,7 +278,7 @@ TEST_F(DiskGuardTest, ReadsWhatTheLabelHolds) {
 
 // --- a window that comes and goes ----------------------------------------------------------------
 
-TEST_F(DiskGuardTest, LoadsAClosedWindowUnshownWithItsWholeLoadStep) {
+TEST_F(DiskGuardTest, LoadsAClosedWindowHiddenWithItsWholeLoadStep) {
     form.unload();
     muted.clear();
     settings.muteButton = 1;
@@ -291,7 +291,7 @@ TEST_F(DiskGuardTest, LoadsAClosedWindowUnshownWithItsWholeLoadStep) {
     EXPECT_TRUE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, StandsAWindowThatIsClosedInTheYieldOfItsLoad) {
+TEST_F(DiskGuardTest, ToleratesAWindowThatIsClosedDuringTheYieldOfItsLoad) {
     form.unload();
     freeOn("C:\\", 49'000'000);
     loop.atYield(1, [&] { form.unload(); });
@@ -300,7 +300,7 @@ TEST_F(DiskGuardTest, StandsAWindowThatIsClosedInTheYieldOfItsLoad) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, StandsAWindowThatIsClosedAndReopenedInTheYieldOfAStop) {
+TEST_F(DiskGuardTest, ToleratesAWindowThatIsReopenedDuringTheYieldOfAStop) {
     freeOn("C:\\", 0);
     loop.atYield(1, [&] {
         form.unload();
@@ -311,7 +311,7 @@ TEST_F(DiskGuardTest, StandsAWindowThatIsClosedAndReopenedInTheYieldOfAStop) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, DoesNotMindAClockThatJumps) {
+TEST_F(DiskGuardTest, ToleratesAClockThatJumps) {
     freeOn("C:\\", 99'000'000);
     Form1.tmrWarning.setEnabled(true);
     loop.setSecondsSinceMidnight(86399);

@@ -40,7 +40,7 @@ struct PreferencesDestination : test::PreferencesWorld {
 
 // --- at each start -------------------------------------------------------------------------------
 
-TEST_F(PreferencesDestination, IsWavFilesBesideTheProgramAtTheFirstStart) {
+TEST_F(PreferencesDestination, IsWavFilesInTheProgramFolderAtTheFirstStart) {
     files.setProgramFolder("C:\\Sonarith");
     start(); // the loader gave the program's folder itself
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
@@ -51,7 +51,7 @@ TEST_F(PreferencesDestination, IsWavFilesBesideTheProgramAtTheFirstStart) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsMadeAgainAtEachStart) {
+TEST_F(PreferencesDestination, IsCreatedAgainAtEachStart) {
     store.put("Settings", "DecodePath", "c:\\MÜSIC\\Wav");
     files.addFolder("c:\\MÜSIC\\Wav");
     start();
@@ -64,7 +64,7 @@ TEST_F(PreferencesDestination, IsMadeAgainAtEachStart) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, IsWavFilesForAStoredTextThatIsNoPath) {
+TEST_F(PreferencesDestination, IsWavFilesIfTheStoredTextIsNoPath) {
     for (const char* stored : {"", "music", "\\music", "\\"}) {
         SCOPED_TRACE(stored);
         PreferencesDestination run;
@@ -81,7 +81,7 @@ TEST_F(PreferencesDestination, IsWavFilesBelowAStoredRootOrFolderWithABackslash)
     EXPECT_TRUE(files.folderExists("d:\\wavfiles"));
 }
 
-TEST_F(PreferencesDestination, OfAnyNameIsMade) {
+TEST_F(PreferencesDestination, MayHaveAnyName) {
     for (const std::string& name :
          {std::string("My Music"), std::string("\"quoted\" 'name'"), std::string("añ日🎵"),
           std::string("caf\xe9"), std::string(255, 'n'), std::string("a.b.c")}) {
@@ -95,7 +95,7 @@ TEST_F(PreferencesDestination, OfAnyNameIsMade) {
     }
 }
 
-TEST_F(PreferencesDestination, ThatCannotBeMadeShowsTwoMessagesAndKeepsTheKey) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesAndKeepsTheKeyIfItCannotBeCreated) {
     store.put("Settings", "DecodePath", "X:\\Gone\\Wav");
     start();
     expectTwoMessagesFor("X:\\Gone\\Wav");
@@ -106,7 +106,7 @@ TEST_F(PreferencesDestination, ThatCannotBeMadeShowsTwoMessagesAndKeepsTheKey) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PreferencesDestination, IsShownAndInForceBeforeItsFoldersAreMade) {
+TEST_F(PreferencesDestination, IsShownAndAppliedBeforeItsFoldersAreCreated) {
     start();
     files.failWith(Operation::makeFolder, "d:\\New", ErrorNumber::permissionDenied);
     form.Text9.setText("d:\\");
@@ -123,7 +123,7 @@ TEST_F(PreferencesDestination, IsShownAndInForceBeforeItsFoldersAreMade) {
     EXPECT_EQ(boxesUp, 2);
 }
 
-TEST_F(PreferencesDestination, ThatIsReadOnlyFullOrAFileShowsTwoMessages) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesIfItIsReadOnlyFullOrAFile) {
     struct Row {
         const char* reason;
         ErrorNumber number;
@@ -160,7 +160,7 @@ TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
 }
 
-TEST_F(PreferencesDestination, StaysWhereTheDriveHasGone) {
+TEST_F(PreferencesDestination, IsNotChangedIfTheDriveWasRemoved) {
     start();
     store.writes.clear();
     directories.removeFolder("d:\\");
@@ -180,7 +180,7 @@ TEST_F(PreferencesDestination, ShowsTheNewFoldersControlsWhileItsBoxIsTicked) {
     EXPECT_FALSE(form.Picture6.visible());
 }
 
-TEST_F(PreferencesDestination, IsMadeBelowTheChosenFolder) {
+TEST_F(PreferencesDestination, IsCreatedBelowTheChosenFolder) {
     start();
     form.Dir2.setPath("d:\\music").passOver();
     store.writes.clear();
@@ -196,7 +196,7 @@ TEST_F(PreferencesDestination, IsMadeBelowTheChosenFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, LosesOneBackslashOfItsParent) {
+TEST_F(PreferencesDestination, HasOneBackslashOfItsParentRemoved) {
     start();
     form.Text9.setText("d:\\");
     create("new");
@@ -221,7 +221,7 @@ TEST_F(PreferencesDestination, NeedsAName) {
     EXPECT_THAT(files.log, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, ThatFailsIsInForceAllTheSameAndTheKeyIsNot) {
+TEST_F(PreferencesDestination, IsAppliedButNotStoredIfItsCreationFails) {
     start();
     files.failWith(Operation::makeFolder, "d:\\New", ErrorNumber::permissionDenied);
     form.Text9.setText("d:\\");
@@ -235,7 +235,7 @@ TEST_F(PreferencesDestination, ThatFailsIsInForceAllTheSameAndTheKeyIsNot) {
     EXPECT_EQ(form.Check2.value(), 0);
 }
 
-TEST_F(PreferencesDestination, WithItsBoxUntickedIsTheStoredOneAgain) {
+TEST_F(PreferencesDestination, IsTheStoredOneAgainIfItsBoxIsUnticked) {
     start();
     form.Text9.setText("d:\\music\\typed");
     form.Text10.setText("typed");
@@ -244,7 +244,7 @@ TEST_F(PreferencesDestination, WithItsBoxUntickedIsTheStoredOneAgain) {
     EXPECT_EQ(form.Text10.text(), "WAVFiles");
 }
 
-TEST_F(PreferencesDestination, IsSavedBeforeItsYieldAndItsControlsCloseAfterIt) {
+TEST_F(PreferencesDestination, IsSavedBeforeItsYieldAndHidesItsControlsAfterIt) {
     start();
     form.Text9.setText("d:\\");
     loop.atYield(1, [&] {
@@ -257,7 +257,7 @@ TEST_F(PreferencesDestination, IsSavedBeforeItsYieldAndItsControlsCloseAfterIt) 
     EXPECT_FALSE(form.Picture6.visible());
 }
 
-TEST_F(PreferencesDestination, StandsAWindowThatIsClosedInItsYield) {
+TEST_F(PreferencesDestination, ToleratesAWindowThatIsClosedDuringItsYield) {
     for (const bool reopen : {false, true}) {
         SCOPED_TRACE(reopen);
         PreferencesDestination run;

@@ -86,7 +86,7 @@ TEST_F(PreferencesLoad, ShowsEachSettingInItsControl) {
 
 // --- the store -----------------------------------------------------------------------------------
 
-TEST_F(PreferencesLoad, OfAFreshStoreSavesEachSwitchThatIsOnAndTheDestination) {
+TEST_F(PreferencesLoad, FromAnEmptyStoreSavesEachSwitchThatIsOnAndTheDestination) {
     start();
     EXPECT_THAT(written(), ElementsAre("HDWarning=1", "HDstopdecoding=1", "Delete WAV=1",
                                        "show full path=1", "encode after extracting=1",
@@ -95,7 +95,7 @@ TEST_F(PreferencesLoad, OfAFreshStoreSavesEachSwitchThatIsOnAndTheDestination) {
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
 }
 
-TEST_F(PreferencesLoad, OfSwitchesThatAreOffSavesNothing) {
+TEST_F(PreferencesLoad, SavesNoSwitchThatIsOff) {
     startWithAllOff();
     form.unload();
     store.writes.clear();
@@ -104,7 +104,7 @@ TEST_F(PreferencesLoad, OfSwitchesThatAreOffSavesNothing) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, OfAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
+TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderOfSetting) {
     for (const char* key : {hdWarningKey, hdStopDecodingKey, desktopIconKey, minimizeOnStartKey,
                             deleteWavKey, showFullPathKey, encodeAfterExtractingKey}) {
         store.put("Settings", key, "1");
@@ -131,7 +131,7 @@ TEST_F(PreferencesLoad, OfAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
 
-TEST_F(PreferencesLoad, SavesEachDefaultOfOneThatIsMissing) {
+TEST_F(PreferencesLoad, SavesTheDefaultOfEachMissingKey) {
     const std::vector<std::string> switches = {hdWarningKey,  hdStopDecodingKey,
                                                deleteWavKey,  showFullPathKey,
                                                muteButtonKey, encodeAfterExtractingKey};
@@ -149,7 +149,7 @@ TEST_F(PreferencesLoad, SavesEachDefaultOfOneThatIsMissing) {
     }
 }
 
-TEST_F(PreferencesLoad, IsOneWriteOfTheStore) {
+TEST_F(PreferencesLoad, WritesTheStoreOnce) {
     loop.atYield(1, [&] {
         EXPECT_EQ(store.fileWrites, 1); // done before the yield
         EXPECT_EQ(store.writes.size(), 7U);
@@ -173,7 +173,7 @@ TEST_F(PreferencesLoad, WritesTheStoreBeforeAMessageYields) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepMayYield) {
+TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepCanYield) {
     Form4.unload();
     Form4.onLoad = [&] {
         EXPECT_EQ(store.fileWrites, 1);
@@ -184,7 +184,7 @@ TEST_F(PreferencesLoad, WritesTheStoreBeforeThePlayersLoadStepMayYield) {
     EXPECT_FALSE(Form4.visible());
 }
 
-TEST_F(PreferencesLoad, LeavesNoWriteWaitingBehindAFailure) {
+TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAFailure) {
     store.put("Settings", "show full path", "7");
     start();
     EXPECT_EQ(store.fileWrites, 1);
@@ -194,14 +194,14 @@ TEST_F(PreferencesLoad, LeavesNoWriteWaitingBehindAFailure) {
 
 // --- side effects of what is on ------------------------------------------------------------------
 
-TEST_F(PreferencesLoad, MutesTheDiscsLineIfThatIsOn) {
+TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheSwitchIsOn) {
     start();
     EXPECT_THAT(muted, ElementsAre("Option13"));
     EXPECT_TRUE(Form4.Option13.selected());
     EXPECT_EQ(form.Check1.caption(), "Mute");
 }
 
-TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfThatIsOn) {
+TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfTheSwitchIsOn) {
     store.put("Settings", "desktop icon", "1");
     Form1.show();
     start();
@@ -211,14 +211,14 @@ TEST_F(PreferencesLoad, LoadsTheTrayFormAndHidesTheWindowIfThatIsOn) {
     EXPECT_THAT(written(), Contains("desktop icon=1"));
 }
 
-TEST_F(PreferencesLoad, OpensTheWindowWithTheTrayOn) {
+TEST_F(PreferencesLoad, OpensTheWindowEvenIfTheTraySwitchIsOn) {
     store.put("Settings", "desktop icon", "1");
     LoadSettings(store, files.programFolder(), settings);
     form.show();
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(PreferencesLoad, LeavesTheCaptionsOfSwitchesThatAreOff) {
+TEST_F(PreferencesLoad, KeepsTheCaptionsOfSwitchesThatAreOff) {
     // No click has run that would say "Do not Encode after extracting" and "Play".
     startWithAllOff();
     EXPECT_EQ(form.Check10.caption(), "Encode to MP3 after extracting");
@@ -299,7 +299,7 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, EndsAtEachSwitchOfTheGuardWithWhatCameBefore) {
+TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheGuardAndKeepsTheEarlierSteps) {
     store.put("Settings", "HDWarning", "-1");
     start();
     EXPECT_EQ(form.Text7.text(), "100");
@@ -312,7 +312,7 @@ TEST_F(PreferencesLoad, EndsAtEachSwitchOfTheGuardWithWhatCameBefore) {
     EXPECT_EQ(second.form.Text9.text(), "");
 }
 
-TEST_F(PreferencesLoad, GoesOnWithNothingSelectedForMinusOne) {
+TEST_F(PreferencesLoad, ContinuesWithNothingSelectedForMinusOne) {
     store.put("Settings", "Encoding quality", "-1");
     store.put("Settings", "Encoding bitrate", "-1");
     store.put("Settings", "Audio format", "-1");
@@ -322,7 +322,7 @@ TEST_F(PreferencesLoad, GoesOnWithNothingSelectedForMinusOne) {
     EXPECT_EQ(held("DecodePath"), "c:\\sonarith\\WAVFiles");
 }
 
-TEST_F(PreferencesLoad, StandsWithNumbersThatAreNone) {
+TEST_F(PreferencesLoad, ToleratesValuesThatAreNoNumbers) {
     // Each of these leaves its field at 0.
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
@@ -364,7 +364,7 @@ TEST_F(PreferencesLoad, RunsInFullAfterAClose) {
     EXPECT_EQ(store.held("Settings", "Encoding quality"), "5");
 }
 
-TEST_F(PreferencesLoad, StandsAWindowThatIsClosedAndReopenedInItsYield) {
+TEST_F(PreferencesLoad, ToleratesAWindowThatIsReopenedDuringItsYield) {
     for (const bool reopen : {false, true}) {
         SCOPED_TRACE(reopen);
         PreferencesLoad run;

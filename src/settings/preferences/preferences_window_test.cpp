@@ -24,7 +24,7 @@ struct PreferencesControls : test::PreferencesWorld {
 
 // --- switches ------------------------------------------------------------------------------------
 
-TEST_F(PreferencesControls, SaveAndApplyASwitchAtItsClick) {
+TEST_F(PreferencesControls, SaveAndApplyASwitchWhenItIsClicked) {
     struct Row {
         CheckBox* box;
         const char* key;
@@ -49,7 +49,7 @@ TEST_F(PreferencesControls, SaveAndApplyASwitchAtItsClick) {
     }
 }
 
-TEST_F(PreferencesControls, NameTheEncodingByItsState) {
+TEST_F(PreferencesControls, ChangeTheCaptionOfTheEncodingBox) {
     startWithAllOff();
     tick(form.Check10);
     EXPECT_EQ(form.Check10.caption(), "Encode to MP3 after extracting");
@@ -85,7 +85,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, LoadAPlayerThatIsClosed) {
+TEST_F(PreferencesControls, LoadTheClosedPlayer) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
@@ -94,7 +94,7 @@ TEST_F(PreferencesControls, LoadAPlayerThatIsClosed) {
     EXPECT_TRUE(Form4.Option13.selected());
 }
 
-TEST_F(PreferencesControls, GoToTheTrayAndComeBackAlone) {
+TEST_F(PreferencesControls, HideOnlyTheirOwnWindowForTheTrayIcon) {
     startWithAllOff();
     Form1.show();
     form.show();
@@ -124,7 +124,7 @@ TEST_F(PreferencesControls, SaveTheTraysSwitchBeforeItsFormLoads) {
 
 // --- lists ---------------------------------------------------------------------------------------
 
-TEST_F(PreferencesControls, CopyAChoiceOfALoadedListAndSaveNothing) {
+TEST_F(PreferencesControls, ApplyAListsChoiceWithoutSavingIt) {
     startWithAllOff();
     form.Combo1.choose(7);
     form.Combo2.choose(13);
@@ -147,7 +147,7 @@ TEST_F(PreferencesControls, SaveTheThreeListsWhenTheWindowCloses) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PreferencesControls, SaveNoListWhileTheWindowIsHiddenOnly) {
+TEST_F(PreferencesControls, SaveNoListWhenTheWindowIsOnlyHidden) {
     startWithAllOff();
     form.show();
     form.Combo1.choose(7);
@@ -155,7 +155,7 @@ TEST_F(PreferencesControls, SaveNoListWhileTheWindowIsHiddenOnly) {
     EXPECT_EQ(held("Encoding quality"), std::nullopt);
 }
 
-TEST_F(PreferencesControls, RefuseAnEntryThatTheListsDoNotHave) {
+TEST_F(PreferencesControls, RejectAnEntryOutsideTheLists) {
     startWithAllOff();
     EXPECT_FALSE(form.cbxFormat.setListIndex(2).ok());
     EXPECT_EQ(settings.audioFormat, 1);
@@ -164,7 +164,7 @@ TEST_F(PreferencesControls, RefuseAnEntryThatTheListsDoNotHave) {
 
 // --- limits --------------------------------------------------------------------------------------
 
-TEST_F(PreferencesControls, SaveALimitAsItWasBeforeTheKey) {
+TEST_F(PreferencesControls, SaveTheTextOfALimitFromBeforeTheKeyPress) {
     startWithAllOff();
     keyDown(form.Text7);
     form.Text7.setText("1005"); // what the key does
@@ -184,7 +184,7 @@ TEST_F(PreferencesControls, SaveALimitAsItWasBeforeTheKey) {
     EXPECT_EQ(settings.hdStopNo, 5);
 }
 
-TEST_F(PreferencesControls, SaveALimitThatIsNoNumberAndKeepTheOldOneInForce) {
+TEST_F(PreferencesControls, SaveALimitThatIsNoNumberButApplyTheOldOne) {
     startWithAllOff();
     for (const char* bad : {"", "letters", "12x", "32768", "-32769", "70000", "caf\xe9"}) {
         SCOPED_TRACE(bad);
@@ -199,7 +199,7 @@ TEST_F(PreferencesControls, SaveALimitThatIsNoNumberAndKeepTheOldOneInForce) {
     }
 }
 
-TEST_F(PreferencesControls, TakeAnyLimitThatFitsSixteenBits) {
+TEST_F(PreferencesControls, AcceptAnyLimitThatFitsSixteenBits) {
     startWithAllOff();
     for (const int limit : {0, -1, 32767, -32768}) {
         form.Text7.setText(std::to_string(limit));
@@ -258,7 +258,7 @@ TEST_F(PreferencesControls, RefreshMeasuresTheDrivesAgain) {
 
 // --- after a restart -----------------------------------------------------------------------------
 
-TEST_F(PreferencesControls, FindEverythingAgainAfterARestart) {
+TEST_F(PreferencesControls, HaveTheSameStateAfterARestart) {
     startWithAllOff();
     tick(form.Check6);
     tick(form.Check4);

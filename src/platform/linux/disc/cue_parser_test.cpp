@@ -175,7 +175,7 @@ TEST(CueParser, SkipsDescriptions) {
     EXPECT_THAT(layout.tracks, SizeIs(1));
 }
 
-TEST(CueParser, TakesNinetyNineTracksAndNoMore) {
+TEST(CueParser, AcceptsAtMostNinetyNineTracks) {
     std::string text = "FILE a.bin BINARY\n";
     for (int i = 1; i <= 99; ++i) {
         text += "TRACK " + std::to_string(i) + " AUDIO\nINDEX 01 " + msfText(i * 300) + "\n";

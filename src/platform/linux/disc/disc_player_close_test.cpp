@@ -39,7 +39,7 @@ class ScratchedDisc : public Disc {
     const Table table_ = longTable();
 };
 
-TEST(APlayer, CanBeDestroyedInTheMiddleOfARead) {
+TEST(ADiscPlayer, CanBeDestroyedInTheMiddleOfARead) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
@@ -51,7 +51,7 @@ TEST(APlayer, CanBeDestroyedInTheMiddleOfARead) {
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
 }
 
-TEST(APlayer, LeavesAHangingReadBehind) {
+TEST(ADiscPlayer, LeavesAHangingReadBehind) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
@@ -64,7 +64,7 @@ TEST(APlayer, LeavesAHangingReadBehind) {
     EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read for nobody";
 }
 
-TEST(APlayer, StopsTheCurrentReadWhenItIsDestroyed) {
+TEST(ADiscPlayer, StopsTheCurrentReadWhenItIsDestroyed) {
     const auto disc = std::make_shared<ScratchedDisc>();
     auto player = std::make_unique<DiscPlayer>(disc);
     ASSERT_TRUE(player->play(0, 1000).ok());

@@ -174,7 +174,7 @@ TEST_F(OpticalDriveTest, ReportsTheKindOfEachProblem) {
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::unreadable);
 }
 
-TEST_F(OpticalDriveTest, ADiscIsGoneWhileTheTrayIsOpen) {
+TEST_F(OpticalDriveTest, NoDiscIsPresentWhileTheTrayIsOpen) {
     const auto disc = drive_.load().disc;
     ASSERT_NE(disc, nullptr);
     statuses_ = {{DriveState::trayOpen}};

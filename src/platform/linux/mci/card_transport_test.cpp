@@ -69,7 +69,7 @@ TEST(ATransport, PlaysTheDiscIntoTheCardsDiscLine) {
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST(ATransport, LetsTheCardSleepWhenItDoesNotPlay) {
+TEST(ATransport, LeavesTheCardIdleWhenItDoesNotPlay) {
     Bench bench;
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);

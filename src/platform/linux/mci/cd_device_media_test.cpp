@@ -39,7 +39,7 @@ TEST(AnEmptyDrive, OpensAndIsNotReady) {
     EXPECT_EQ(session.send("close cd"), fine());
 }
 
-TEST(ADiscWithoutTracks, IsNone) {
+TEST(ADiscWithoutTracks, CountsAsMissing) {
     MciSession session;
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(disc::Table{});
     session.send("open cdaudio alias cd");
@@ -47,7 +47,7 @@ TEST(ADiscWithoutTracks, IsNone) {
     EXPECT_EQ(session.send("status cd number of tracks"), refused(MciError::deviceNotReady));
 }
 
-TEST(ADiscPutInLater, IsFoundByAnOpenDevice) {
+TEST(ADiscInsertedLater, IsFoundByAnOpenDevice) {
     CdSession session;
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -55,7 +55,7 @@ TEST(ADiscPutInLater, IsFoundByAnOpenDevice) {
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
 }
 
-TEST(ADiscTakenOut, IsMissedAndTheNextOneRead) {
+TEST(ARemovedDisc, IsNoticedAndTheNextDiscIsRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     const auto taken = std::exchange(session.machine.drive->disc, nullptr);
@@ -68,7 +68,7 @@ TEST(ADiscTakenOut, IsMissedAndTheNextOneRead) {
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
-TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilItIsQueried) {
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilItIsQueried) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(75 * framesPerSector);
@@ -80,7 +80,7 @@ TEST(ADiscThatVanishesWhilePlaying, KeepsItsPlaceUntilItIsQueried) {
     EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
 }
 
-TEST(ADiscChangedBetweenTwoQuestions, IsReadOnceTheOldOneCannotBeRead) {
+TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldOneCannotBeRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
@@ -234,7 +234,7 @@ TEST(AnImageThatVanishes, IsNotReportedWhenItIsEjectedAnotherIsChosenOrItDoesNot
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(ADiscThatTheUserTakesOut, IsNotReported) {
+TEST(ADiscThatTheUserEjects, IsNotReported) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->isGone = true;
@@ -253,7 +253,7 @@ TEST(EachOpen, ReadsTheDriveAgain) {
     EXPECT_EQ(session.machine.drive->loads, 2);
 }
 
-TEST(AnUnreadableDisc, IsTriedAFewTimesAndThenCountsAsNone) {
+TEST(AnUnreadableDisc, IsReadAFewTimesAndThenCountsAsMissing) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
@@ -282,7 +282,7 @@ TEST(AnUnreadableDisc, IsResetWhenAnyCommandFindsTheDriveEmpty) {
     EXPECT_EQ(session.send("status cd ready"), said("true"));
 }
 
-TEST(TheDoor, OpensAndCloses) {
+TEST(TheTray, OpensAndCloses) {
     CdSession session(threeTracks());
     session.send("play cd");
     EXPECT_EQ(session.send("set cd door open"), fine());

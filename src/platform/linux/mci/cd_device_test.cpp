@@ -94,7 +94,7 @@ TEST(ThePosition, AtTheDiscsEndIsExactlyItsLength) {
     EXPECT_EQ(session.send("status cd position"), said("03:00:10:00"));
 }
 
-TEST(PlayingFromHere, ContinuesToTheDiscsEnd) {
+TEST(PlayingFromTheCurrentPosition, ContinuesToTheDiscsEnd) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("play cd"), fine());
     EXPECT_THAT(session.machine.transport->calls, ElementsAre("play 0 19135"));
@@ -111,7 +111,7 @@ TEST(PlayingFromATime, BeginsAtItsSector) {
                 ElementsAre("play 13875 19135", "play 0 19135", "play 38 75", "play 19135 19135"));
 }
 
-TEST(PlayingFromABadPlace, FailsAndLeavesThePlayingUnchanged) {
+TEST(PlayingFromAnInvalidPosition, FailsAndDoesNotChangeThePlaying) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     session.send("play cd from 1000");
@@ -157,7 +157,7 @@ TEST(APausedDisc, AcceptsANewEnd) {
                 ElementsAre("play 75 150", "pause", "play 75 19135"));
 }
 
-TEST(ADiscAtRest, IsPausedAndStoppedWithoutFailureButNotResumed) {
+TEST(ADiscThatDoesNotPlay, IsPausedAndStoppedWithoutFailureButNotResumed) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("stop cd"), fine());
@@ -165,7 +165,7 @@ TEST(ADiscAtRest, IsPausedAndStoppedWithoutFailureButNotResumed) {
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
 }
 
-TEST(AStoppedDisc, StaysWhereItIs) {
+TEST(AStoppedDisc, StaysAtItsPosition) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000");
@@ -196,7 +196,7 @@ TEST(Seeking, MovesAndStops) {
     EXPECT_EQ(session.send("status cd position"), said("0"));
 }
 
-TEST(TracksByTheirNumber, TellStartLengthAndType) {
+TEST(TracksByTheirNumber, HaveStartLengthAndType) {
     CdSession session(enhancedDisc());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position track 1"), said("0"));

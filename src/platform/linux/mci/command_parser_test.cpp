@@ -22,7 +22,7 @@ MciError errorOf(std::string_view text) {
     return parseCommand(text).error;
 }
 
-TEST(ACommand, IsVerbDeviceAndWords) {
+TEST(ACommand, HasAVerbADeviceAndParameters) {
     const auto command = parseCommand("status cd length track 3");
     ASSERT_TRUE(command.ok());
     EXPECT_EQ(command.value.verb, Verb::status);
@@ -45,7 +45,7 @@ TEST(ACommand, EndsAtItsFirstNul) {
     EXPECT_THAT(wordsOf(command.value), IsEmpty());
 }
 
-TEST(ACommand, MayQuoteAWordWithBlanks) {
+TEST(ACommand, MayQuoteAParameterWithBlanks) {
     const auto command = parseCommand(R"(open "new" type waveaudio alias "My Wave")");
     ASSERT_TRUE(command.ok());
     EXPECT_EQ(command.value.device, "new");

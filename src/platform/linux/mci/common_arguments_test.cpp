@@ -12,13 +12,13 @@ std::vector<Word> wordsOf(const char* text) {
     return parseCommand(std::string("status cd ") + text).value.words;
 }
 
-TEST(CommonArguments, OfACommandWithoutKeywordsAreNone) {
+TEST(CommonArguments, AreEmptyForACommandWithoutKeywords) {
     EXPECT_EQ(parseNothing(wordsOf("")), MciError::none);
     EXPECT_EQ(parseNothing(wordsOf("wait")), MciError::none);
     EXPECT_EQ(parseNothing(wordsOf("now")), MciError::unrecognizedKeyword);
 }
 
-TEST(CommonArguments, OfACommandThatNeedsOneAreSome) {
+TEST(CommonArguments, ContainTheKeywordOfACommandThatNeedsOne) {
     const auto some = parseSome(wordsOf("track 2 wait"), lengthKeywords);
     ASSERT_TRUE(some.ok());
     EXPECT_EQ(*some.value.value("track"), "2");
@@ -27,7 +27,7 @@ TEST(CommonArguments, OfACommandThatNeedsOneAreSome) {
     EXPECT_EQ(parseSome(wordsOf("sideways"), lengthKeywords).error, MciError::unrecognizedKeyword);
 }
 
-TEST(CommonArguments, OfAQuestionAreOneItemAndItsQualifiers) {
+TEST(CommonArguments, ContainTheItemAndTheQualifiersOfAStatusCommand) {
     const auto question = parseQuestion(wordsOf("length track 3"), lengthKeywords);
     ASSERT_TRUE(question.ok());
     EXPECT_EQ(question.value.item, "length");

@@ -78,15 +78,15 @@ TEST_P(AnImage, ReportsItsTracks) {
     EXPECT_EQ(send("status cd length"), said("6933"));
 }
 
-class ATornImage : public testing::Test, protected MachineSession {
+class ATruncatedImage : public testing::Test, protected MachineSession {
   protected:
-    ATornImage() : MachineSession([this] { return drive_; }) {}
+    ATruncatedImage() : MachineSession([this] { return drive_; }) {}
 
     disc::ImageFolder images_;
     std::shared_ptr<disc::Drive> drive_ = std::make_shared<disc::ImageDrive>(images_.path("a.cue"));
 };
 
-TEST_F(ATornImage, IsFoundByAnOpenDeviceOnceItIsRepaired) {
+TEST_F(ATruncatedImage, IsFoundByAnOpenDeviceOnceItIsRepaired) {
     images_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:0");
     images_.writeFrames("a.bin", disc::rampSectors(0, 75));
     EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());

@@ -65,7 +65,7 @@ TEST(Opening, SupportsItsDeviceTypesAndNoOthers) {
     EXPECT_EQ(session.send("close x"), refused(MciError::invalidDeviceName));
 }
 
-TEST(Opening, ReportsErrorsInItsWords) {
+TEST(Opening, ReportsErrorsWithTheirTexts) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open new alias x"), refused(MciError::deviceTypeRequired));
     EXPECT_EQ(session.send("open new type waveaudio"), refused(MciError::newRequiresAlias));
@@ -110,7 +110,7 @@ TEST(ASharedDisc, IsOneDeviceUnderSeveralAliases) {
     EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(ADiscThatIsNotShared, IsOpenedOnce) {
+TEST(ADiscThatIsNotShareable, IsOpenedOnce) {
     MciSession session(audioTable({750, 750}));
     EXPECT_EQ(session.send("open cdaudio alias a"), fine());
     EXPECT_EQ(session.send("open cdaudio alias b shareable"), refused(MciError::mustUseShareable));
@@ -144,7 +144,7 @@ TEST(ClosingAll, ClosesEveryDevice) {
     EXPECT_EQ(session.send("stop all"), refused(MciError::cannotUseAll));
 }
 
-TEST(DevicesThatAreNotOpen, AreNotKnown) {
+TEST(DevicesThatAreNotOpen, AreRejected) {
     MciSession session(audioTable({750}));
     for (const char* command :
          {"stop voice1", "close voice1", "stop capture", "set capture time format bytes",
@@ -175,7 +175,7 @@ TEST(AReply, IsWrittenInEveryCase) {
     EXPECT_EQ(session.interpreter.sendString("status cd length", &nothing), mciSuccess);
 }
 
-TEST(ErrorTexts, AreThoseOfTheNumbersThatCommandsReturn) {
+TEST(ErrorTexts, AreDefinedForTheNumbersThatCommandsReturn) {
     MciSession session;
     const int status = session.interpreter.sendString("stop voice1");
     EXPECT_EQ(status, 263);

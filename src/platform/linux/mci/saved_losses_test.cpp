@@ -65,7 +65,7 @@ TEST_F(SavedLosses, NameEachTrackThatWasPlayed) {
                                     "s could not be read and are silent in a.wav."));
 }
 
-TEST_F(SavedLosses, AreNoneOfAWholeTrack) {
+TEST_F(SavedLosses, AreEmptyForACompleteTrack) {
     disc->silentSectors = {13000};
     play("2", 4510);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());

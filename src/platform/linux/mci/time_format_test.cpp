@@ -123,7 +123,7 @@ TEST(Positions, OutsideTheDiscAreOutOfRange) {
     }
 }
 
-TEST(Positions, ThatAreNoNumbersAreBadIntegers) {
+TEST(Positions, WithoutNumbersAreBadIntegers) {
     const disc::Table table = audioTable({150});
     for (const TimeFormat format : {ms, hms, msf, tmsf}) {
         for (const std::string_view text :

@@ -37,7 +37,7 @@ TEST(BrokenFrameCheckTest, TreatsNoEncodersFrameAsBrokenHoweverSilent) {
     }
 }
 
-TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryGivesUp) {
+TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
     for (const char* options : {"-b 128", "-b 64 --resample 22.05"}) {
         Data data = fixture::encoded(44100, 2, options);
         const auto frames = fixture::framesOf(data);
@@ -61,7 +61,7 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryGivesUp) {
     }
 }
 
-TEST(BrokenFrameCheckTest, TheSoundingFrameSoundsAndKeepsTheReservoir) {
+TEST(BrokenFrameCheckTest, TheTestFrameIsAudibleAndKeepsTheReservoir) {
     for (const Data& like : {Data{0xFF, 0xFA, 0x92, 0x64}, Data{0xFF, 0xFB, 0x14, 0xC4},
                              Data{0xFF, 0xF2, 0x14, 0x64}, Data{0xFF, 0xE3, 0x18, 0xC4}}) {
         const FrameHeader original = *parseHeader(like);

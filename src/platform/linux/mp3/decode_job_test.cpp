@@ -119,7 +119,7 @@ TEST_F(DecodeJobTest, DecodesIndivisibleStreamsInOnePass) {
     }
 }
 
-TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatTheLibraryGivesUp) {
+TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatTheLibraryCannotDecode) {
     Data broken = ordinary();
     for (std::size_t i = 20'000; i < 30'000; i += 37) {
         broken[i] ^= 0xFF;

@@ -57,7 +57,7 @@ TEST(RowsAheadTest, ReturnsOffsetsInTheSourceWhereverTheBytesBegin) {
     EXPECT_FALSE(rows.anyWithin(format, 5101, 5200, bytes.subspan(50), 5050));
 }
 
-TEST(RowsAheadTest, TriesEachPlaceOnce) {
+TEST(RowsAheadTest, ReadsEachCandidateOnce) {
     Data data;
     while (data.size() < 8000) {
         data = data + Data{0xFF, 0xFB, 0x90, 0x64};

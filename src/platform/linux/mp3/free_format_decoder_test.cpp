@@ -14,7 +14,7 @@ using fixture::Heard;
 using fixture::Samples;
 using fixture::operator+;
 
-TEST(FreeFormatDecoderTest, DecodesToTheSamplesOfTheLibrarysOwnTool) {
+TEST(FreeFormatDecoderTest, DecodesToTheSameSamplesAsTheLibrarysTool) {
     for (const char* options :
          {"--freeformat -b 400", "-t --freeformat -b 400", "-t --freeformat -b 37 --resample 32"}) {
         const Data& data = encoded(44100, 2, options, 1);
@@ -66,7 +66,7 @@ Samples decodeWith(const Data& data, std::int64_t patience, int& renewals) {
     return samples;
 }
 
-TEST(FreeFormatDecoderTest, AnotherDecoderTakesOverWithoutATrace) {
+TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithIdenticalSamples) {
     // There is silence in it.
     const Data& data = encoded(44100, 2, "-t --nores --freeformat -b 400");
     int renewals = 0;
@@ -80,7 +80,7 @@ TEST(FreeFormatDecoderTest, AnotherDecoderTakesOverWithoutATrace) {
     }
 }
 
-TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItGivesUp) {
+TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItCannotDecode) {
     Data frame{0xFF, 0xFB, 0x00, 0x64};
     frame.resize(800, 0xFE); // more values than there are
     Data data;

@@ -148,7 +148,7 @@ TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
     next.reset();
 }
 
-TEST_F(HangingDiskTest, OneThatIsStoppedWhileWaitingLeavesThePreviousWav) {
+TEST_F(HangingDiskTest, ADecodingStoppedWhileWaitingKeepsThePreviousWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);

@@ -83,7 +83,7 @@ TEST_F(Mpg123ControlTest, MapsThePathsOfTheLogic) {
     EXPECT_TRUE(fs::exists(target));
 }
 
-TEST_F(Mpg123ControlTest, PositionGoesForwardWithinLengthWhichIsAboveZeroAndStays) {
+TEST_F(Mpg123ControlTest, PositionIncreasesWithinAConstantPositiveLength) {
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
     std::int32_t last = 0;
@@ -256,7 +256,7 @@ TEST_F(Mpg123ControlTest, DestroyingAControlStopsOnlyItsOwnPlaying) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlTest, OneDecodesWhileAnotherPlays) {
+TEST_F(Mpg123ControlTest, OneControlDecodesWhileAnotherPlays) {
     const auto tape = std::make_shared<fakes::MemorySink>();
     card.setRecordingSource(sound::RecordingSource::waveOut);
     EXPECT_TRUE(other.setSourceFile(source).ok());
@@ -278,7 +278,7 @@ TEST_F(Mpg123ControlTest, OneDecodesWhileAnotherPlays) {
     card.stopRecording(now);
 }
 
-TEST_F(Mpg123ControlTest, TwoDecodeToOneTargetOneAfterTheOther) {
+TEST_F(Mpg123ControlTest, TwoControlsDecodeToOneTargetOneAfterTheOther) {
     writeFile(folder / "short.mp3", encoded(22050, 1, "-b 32"));
     decode();
     EXPECT_TRUE(other.setSourceFile(folder / "short.mp3").ok());

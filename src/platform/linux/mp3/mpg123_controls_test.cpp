@@ -52,7 +52,7 @@ TEST_F(Mpg123ControlsTest, CreatesControlsThatDecodeAndReportConcurrently) {
                 testing::ElementsAre("none.mp3 cannot be read (No such file or directory)"));
 }
 
-TEST_F(Mpg123ControlsTest, AtTheEndAllStop) {
+TEST_F(Mpg123ControlsTest, AllControlsStopAtTheEnd) {
     const auto first = decodingTo(target);
     const auto second = decodingTo(folder / "second.wav");
     EXPECT_TRUE(second->Play().ok());
@@ -63,7 +63,7 @@ TEST_F(Mpg123ControlsTest, AtTheEndAllStop) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlsTest, AtTheEndSavesDelayedByTheDiskArePending) {
+TEST_F(Mpg123ControlsTest, SavesDelayedByTheDiskArePendingAtTheEnd) {
     HeldCalls disk({SYS_fsync});
     std::unique_ptr<ActiveMP3> control;
     ASSERT_TRUE(disk.run([&] { control = decodingTo(target); }));

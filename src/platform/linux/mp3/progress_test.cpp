@@ -8,7 +8,7 @@
 namespace sonarith::mp3 {
 namespace {
 
-TEST(ProgressTest, IsAPartOfAFixedWhole) {
+TEST(ProgressTest, IsAPartOfAFixedMaximum) {
     Progress progress;
     EXPECT_EQ(progress.position(), 0);
     progress.setTotal(200);
@@ -25,14 +25,14 @@ TEST(ProgressTest, NeverOverflowsHoweverLargeTheFile) {
     EXPECT_NEAR(progress.position(), Progress::length / 2, 1);
 }
 
-TEST(ProgressTest, StaysWithinTheWholeForAnyInput) {
+TEST(ProgressTest, StaysWithinTheMaximumForAnyInput) {
     Progress progress;
     progress.setTotal(0);
     progress.add(1000);
     EXPECT_EQ(progress.position(), Progress::length);
 }
 
-TEST(ProgressTest, OnlyGoesForward) {
+TEST(ProgressTest, NeverDecreases) {
     Progress progress;
     progress.setTotal(100);
     progress.add(60);

@@ -28,7 +28,7 @@ void expectLikeTheTool(const Data& data, const std::string& name) {
     EXPECT_EQ(difference(ours.samples, tools.samples), std::nullopt) << name;
 }
 
-TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSamplesOfTheLibrarysOwnTool) {
+TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSameSamplesAsTheLibrarysTool) {
     constexpr double seconds = 1;
     for (const char* options :
          {"-b 128", "-t -b 128", "-V 2", "-t -V 4", "--abr 140", "-b 320", "-p -b 160",

@@ -48,7 +48,7 @@ TEST(StreamSurveyTest, CountsFramesAndNotBytes) {
     EXPECT_EQ(rateOf(frames(thick, 20) + frames(slow(), 21)), 32000);
 }
 
-TEST(StreamSurveyTest, OfEquallyManyFramesTheFirstFormatIsChosen) {
+TEST(StreamSurveyTest, TheFirstFormatIsChosenIfAllHaveEquallyManyFrames) {
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 20)), 32000);
     EXPECT_EQ(rateOf(frames(fast(), 20) + frames(slow(), 20)), 48000);
     EXPECT_EQ(rateOf(frames(fast(), 10) + frames(slow(), 20) + frames(fast(), 10)), 48000);

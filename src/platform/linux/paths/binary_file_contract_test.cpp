@@ -23,7 +23,7 @@ using test::textAt;
 using Worlds = testing::Types<MachineWorld, PatientWorld, FakeWorld>;
 TYPED_TEST_SUITE(BinaryFileTest, Worlds);
 
-TYPED_TEST(BinaryFileTest, ReadsWhatIsThere) {
+TYPED_TEST(BinaryFileTest, ReadsTheExistingBytes) {
     this->world_.put("a.mp3", "0123456789");
     const auto file = this->open("a.mp3", FileAccess::read);
     EXPECT_EQ(file->length().value(), 10);

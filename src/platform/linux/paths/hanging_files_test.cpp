@@ -57,7 +57,7 @@ TEST_F(HangingFilesTest, ACallThatTimesOutFailsAndTheUserIsNotified) {
     EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
 }
 
-TEST_F(HangingFilesTest, AHangingMountIsNotCalledAgainAndCostsNoFurtherThread) {
+TEST_F(HangingFilesTest, AHangingMountIsNotCalledAgainAndBlocksNoFurtherThread) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     const int hanging = mounts->blocked();
@@ -91,7 +91,7 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d), reportOf(d)));
 }
 
-TEST_F(HangingFilesTest, TheMountBehindALinkIsFoundAndTheLinksOwnIsNotBlamed) {
+TEST_F(HangingFilesTest, TheMountBehindALinkIsReportedAndNotTheLinksOwn) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));

@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(Reached, LinuxDirectoryWalkTest,
 
 // --- one folder -----------------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, TheTwoDotsComeFirstInEveryFolderAndAtTheRoot) {
+TEST_P(LinuxDirectoryWalkTest, TheTwoDotEntriesAreFirstInEveryFolderAndAtTheRoot) {
     write("a.wav");
     write("Sub/b.wav");
     const auto walk = directories_.startWalk();
@@ -206,7 +206,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderInWhateverCaseItIsNamed) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, OfTwoFoldersThatDifferOnlyInCaseTheOneThePathMeansIsWalked) {
+TEST_P(LinuxDirectoryWalkTest, IfTwoFoldersDifferOnlyInCaseTheExactOneIsWalked) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));

@@ -103,7 +103,7 @@ TEST_P(LinuxFileSystemTest, DistinguishesAMissingFileFromAMissingFolder) {
     EXPECT_FALSE(files_.fileExists("d:\\music"));
 }
 
-TEST_P(LinuxFileSystemTest, RenamesWithTheCaseGiven) {
+TEST_P(LinuxFileSystemTest, RenamesInTheGivenCase) {
     write("music/old.wav");
     EXPECT_TRUE(files_.rename("D:\\MUSIC\\OLD.WAV", "d:\\music\\New Name.WAV").ok());
     EXPECT_EQ(read("music/New Name.WAV"), "sound");
@@ -242,7 +242,7 @@ TEST_P(LinuxFileSystemTest, ResolvesRelativeNamesInTheCurrentFolder) {
     EXPECT_EQ(files_.fileLength("..\\music\\a.wav").value(), 5);
 }
 
-TEST_P(LinuxFileSystemTest, MakesAFolderInTheCaseGiven) {
+TEST_P(LinuxFileSystemTest, CreatesAFolderInTheGivenCase) {
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
     EXPECT_TRUE(files_.makeFolder("My Music").ok());
     EXPECT_TRUE(fs::is_directory(disk_ + "/My Music"));

@@ -26,7 +26,7 @@ TEST(ProgramFolder, IsThatOfTheExecutableIfItIsWritable) {
     EXPECT_EQ(programFolder(folder.path().string(), never), folder.path().string());
 }
 
-TEST(ProgramFolder, IsInTheUsersMusicForAnInstalledProgram) {
+TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgram) {
     const fakes::TempFolder folder;
     fs::create_directory(folder / "bin");
     fs::create_directory(folder / "music");
@@ -45,11 +45,11 @@ TEST(ProgramFolder, IsInTheUsersMusicForAnInstalledProgram) {
     EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
-TEST(ProgramFolder, IsTheExecutablesIfNoOtherCanBeMade) {
+TEST(ProgramFolder, IsTheExecutablesFolderIfNoOtherCanBeCreated) {
     EXPECT_EQ(programFolder("/proc", [] { return "/proc/no"; }), "/proc");
 }
 
-TEST(ProgramFolder, IsNamedEvenIfItCannotBeMade) {
+TEST(ProgramFolder, IsReturnedEvenIfItCannotBeCreated) {
     EXPECT_EQ(programFolder("", [] { return "/proc/no"; }), "/proc/no/Sonarith");
 }
 

@@ -203,7 +203,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, OneBelowTheOtherSpellingIsNotMistakenForIt) {
+TEST_F(RememberedSpellingTest, AFolderBelowTheOtherSpellingIsNotMistakenForIt) {
     makeFolder("My Music/CDs");
     makeFolder("my music/cds");
     ASSERT_TRUE(makeDestination({"My Music", "CDs"}));

@@ -145,7 +145,7 @@ TEST(InstanceFolders, AreTheStoresFirstAndThenTheRunTimeFolder) {
     EXPECT_THAT(instanceFolders(store), ElementsAre(store, folder.path().string()));
 }
 
-TEST(InstanceFolders, MakeTheStoresForItsUserAlone) {
+TEST(InstanceFolders, CreateTheStoresFolderForItsUserOnly) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     EXPECT_EQ(instanceFolders(store).front(), store);

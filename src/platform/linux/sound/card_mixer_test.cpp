@@ -102,7 +102,7 @@ const std::vector<Place>& allControls() {
     return all;
 }
 
-TEST_F(CardMixerTest, HasEachControlOnceWithAnIdentifierOfItsOwn) {
+TEST_F(CardMixerTest, HasEachControlOnceWithItsOwnIdentifier) {
     std::set<std::uint32_t> identifiers;
     for (const Place& place : allControls()) {
         MixerControl found;
@@ -147,7 +147,7 @@ TEST_F(CardMixerTest, CallsBackOnlyForBassAndTreble) {
     EXPECT_EQ(toneChanges, 2);
 }
 
-TEST_F(CardMixerTest, ReportsWhatACardLacks) {
+TEST_F(CardMixerTest, ReportsMissingControls) {
     MixerLine line{mixerLineSize, 99, 0x1004};
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidLine);
     EXPECT_EQ(line.dwLineID, 99U);
@@ -234,7 +234,7 @@ TEST(CardMixer, IsAbsentWithoutACard) {
 
 // --- what is heard -----------------------------------------------------------------------------
 
-TEST_F(CardMixerTest, VolumesAndMutesReachTheSpeakers) {
+TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     constexpr double hz = 1000;
     play(Line::compactDisc, std::make_shared<ToneSource>(hz, 20'000));
     const auto heardDb = [&] {
@@ -301,7 +301,7 @@ INSTANTIATE_TEST_SUITE_P(BassAndTreble, CardMixerTone,
                          testing::Values(ToneCase{mixer_control::bass, 200, 1},
                                          ToneCase{mixer_control::treble, 5000, -1}));
 
-TEST_F(CardMixerTest, BassAndTrebleHaveTheGainAtTheFrequenciesThatAreStated) {
+TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
     EXPECT_NEAR(shelfDb(100, ToneControl::bassCornerHz, 12, 1), 11, 0.5);
     EXPECT_NEAR(shelfDb(10'000, ToneControl::trebleCornerHz, 12, -1), 11, 0.5);
     EXPECT_LT(shelfDb(1000, ToneControl::bassCornerHz, 12, 1), 0.1);
@@ -351,7 +351,7 @@ double roughness(const std::vector<double>& samples) {
     return most;
 }
 
-TEST_F(CardMixerTest, AMoveOfASliderIsARampAndNoClick) {
+TEST_F(CardMixerTest, AMovedSliderChangesTheVolumeWithoutAClick) {
     // Low tones, whose own slope hardly changes from sample to sample.
     for (const std::uint32_t type : {mixer_control::bass, mixer_control::treble}) {
         play(Line::compactDisc, std::make_shared<ToneSource>(60, 7000));

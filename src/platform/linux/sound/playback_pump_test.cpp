@@ -159,7 +159,7 @@ TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
     EXPECT_LT(device->startedAt.front(), 5000U);
 }
 
-TEST_F(PlaybackPumpTest, WakesTheDeviceOnceForThreeBlocksOfTheCard) {
+TEST_F(PlaybackPumpTest, WritesToTheDeviceOnceForThreeBlocksOfTheCard) {
     endless.batchWait = 1h;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 21 * blockFrames);
@@ -172,7 +172,7 @@ TEST_F(PlaybackPumpTest, WakesTheDeviceOnceForThreeBlocksOfTheCard) {
     EXPECT_EQ(device->offered.size(), 7U * 5U);
 }
 
-TEST_F(PlaybackPumpTest, DelaysTheEndOfASoundNoLongerThanTheBatchWait) {
+TEST_F(PlaybackPumpTest, DelaysTheEndOfASoundByAtMostTheBatchWait) {
     endless.batchWait = 5ms;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 4 * blockFrames);
@@ -228,14 +228,14 @@ TEST_P(PlaybackPumpLoss, RetriesALostDeviceNoSoonerThanRetryAfter) {
 INSTANTIATE_TEST_SUITE_P(UnpluggedAndBroken, PlaybackPumpLoss,
                          testing::Values(-ENODEV, -EIO, -EBADFD));
 
-TEST_F(PlaybackPumpTest, GivesUpADeviceThatAlwaysUnderruns) {
+TEST_F(PlaybackPumpTest, ClosesADeviceThatAlwaysUnderruns) {
     device->refusals = std::deque<long>(1000, -EPIPE);
     PlaybackPump pump(opener(), patient);
     play(pump, 0, 441);
     EXPECT_TRUE(eventually([&] { return device->closed == 1; }));
 }
 
-TEST_F(PlaybackPumpTest, GivesUpADeviceThatAcceptsNothing) {
+TEST_F(PlaybackPumpTest, ClosesADeviceThatAcceptsNothing) {
     device->full = true;
     patient.stallLimit = 5ms;
     PlaybackPump pump(opener(), patient);

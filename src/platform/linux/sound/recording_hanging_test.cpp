@@ -58,7 +58,7 @@ bool hitsSamples(const seccomp_data& call) {
     return RecordingFixture::isSamples(call);
 }
 
-TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsSpeakersNorItsQueries) {
+TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsOutputNorItsQueries) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
     judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
@@ -132,7 +132,7 @@ TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
 
 class HangingCallTest : public HangingDiskTest, public testing::WithParamInterface<Hang> {};
 
-TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain) {
+TEST_P(HangingCallTest, DoesNotBlockTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain) {
     judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
                auto recording = begin(briefTiming);
@@ -159,7 +159,7 @@ TEST_P(HangingCallTest, IsLeftByTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain
                             AllOf(HasSubstr("settled"), HasSubstr("has now been saved"))));
 }
 
-TEST_P(HangingCallTest, IsLeftByTheLogicAndAnUnwantedRecordingLeavesNoFile) {
+TEST_P(HangingCallTest, DoesNotBlockTheLogicAndAnUnwantedRecordingLeavesNoFile) {
     judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
            [&](CallJudge& judge) {
                auto recording = begin(briefTiming);

@@ -36,7 +36,7 @@ TEST_F(RecordingOrdersTest, ReportThatThereIsNone) {
     EXPECT_EQ(orders.begunWithin(0ms)->error().text, "there is none");
 }
 
-TEST_F(RecordingOrdersTest, RelieveAWriterThatHangsUntilTheLastCandidate) {
+TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
     ASSERT_TRUE(orders.tries(0, 0));
     const auto first = orders.relieveWithin(1ms);
     ASSERT_TRUE(first);
@@ -53,7 +53,7 @@ TEST_F(RecordingOrdersTest, RelieveAWriterThatHangsUntilTheLastCandidate) {
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
-TEST_F(RecordingOrdersTest, RelieveNoWriterThatHasAFileOrNeedsNone) {
+TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
     ASSERT_TRUE(orders.begins(0, nothing));
     EXPECT_FALSE(orders.relieveWithin(1ms));
     RecordingOrders closed(3, nullptr);

@@ -158,7 +158,7 @@ TEST_F(StarvingSoundCardTest, PlaysFramesPulledFromALineBeforeItWasDetached) {
 }
 
 /// The disc plays beside a line that has 100 frames and then starves, for more than one block.
-class DiscBesideAStarvingLineTest : public StarvingSoundCardTest {
+class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
   protected:
     void SetUp() override {
         file->allow(100);
@@ -174,18 +174,18 @@ class DiscBesideAStarvingLineTest : public StarvingSoundCardTest {
     std::shared_ptr<PatternSource> file = std::make_shared<PatternSource>();
 };
 
-TEST_F(DiscBesideAStarvingLineTest, CountsNoFrameOfTheDiscThatIsNotPlayedYet) {
+TEST_F(DiscWithAStarvingLineTest, CountsOnlyFramesOfTheDiscThatWerePlayed) {
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscBesideAStarvingLineTest, EndsARecordingAtTheDiscsPosition) {
+TEST_F(DiscWithAStarvingLineTest, EndsARecordingAtTheDiscsPosition) {
     card.stopRecording(60ms);
     EXPECT_EQ(disc->position(), 100);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAgain) {
+TEST_F(DiscWithAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAgain) {
     card.advance(60ms);
     card.detach(Line::compactDisc);
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
@@ -196,7 +196,7 @@ TEST_F(DiscBesideAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttached
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesHoweverTheOtherLinesStarve) {
+TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhateverOtherLinesStarve) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -275,7 +275,7 @@ TEST_F(FullRecordingTest, StopsNothingOnceItHasEnded) {
     EXPECT_EQ(narrow->size(), 0U);
 }
 
-TEST_F(FullRecordingTest, RecordsTheDiscsFramesHoweverItsSpaceArises) {
+TEST_F(FullRecordingTest, RecordsTheDiscsFramesHoweverSpaceBecomesFree) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard held;
         const auto tape = std::make_shared<NarrowSink>();

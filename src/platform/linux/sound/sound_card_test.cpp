@@ -208,7 +208,7 @@ TEST_F(SoundCardTest, PlaysOneLineAtFullVolumeBitForBit) {
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 4410)));
 }
 
-TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterOnlyToTheSpeakers) {
+TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterOnlyToTheOutput) {
     card.setSpeakers(speakers);
     card.setVolume(Line::waveOut, fullVolume / 3);
     card.setMasterVolume(fullVolume / 5);

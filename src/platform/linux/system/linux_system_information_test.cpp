@@ -163,7 +163,7 @@ TEST_F(ThisMachine, FormatsTheListOfDrivesAsTheInterfaceDefines) {
     EXPECT_EQ(without.logicalDriveStrings(buffer, buffer.size()), 0U);
 }
 
-TEST_F(ThisMachine, AsksForItsDrivesOnceWhileTheMountsStay) {
+TEST_F(ThisMachine, ListsItsDrivesOnceWhileTheMountsDoNotChange) {
     int asked = 0;
     const LinuxSystemInformation counted(
         threads, plain,
@@ -182,9 +182,9 @@ TEST_F(ThisMachine, AsksForItsDrivesOnceWhileTheMountsStay) {
 
 // --- a machine made up ---------------------------------------------------------------------------
 
-class MadeUpMachine : public ::testing::Test {
+class SimulatedMachine : public ::testing::Test {
   protected:
-    MadeUpMachine() {
+    SimulatedMachine() {
         sys.addDisk("sda", "8:0", RemovableFlag::set);
         sys.addPartition("sda", "sda1", "8:1");
         sys.addLink("by-label", "STICK", "sda1");
@@ -204,7 +204,7 @@ class MadeUpMachine : public ::testing::Test {
         {'C', "/"}, {'D', "/media/stick"}, {'E', "/net"}, {'H', "/net/home/jane"}};
 };
 
-TEST_F(MadeUpMachine, TellsKindsLabelsAndSerialNumbers) {
+TEST_F(SimulatedMachine, ReturnsKindsLabelsAndSerialNumbers) {
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);
     EXPECT_EQ(information.driveKind("D:\\"), DriveKind::removable);
@@ -217,7 +217,7 @@ TEST_F(MadeUpMachine, TellsKindsLabelsAndSerialNumbers) {
     EXPECT_FALSE(information.volumeInformation("X:\\").has_value());
 }
 
-TEST_F(MadeUpMachine, WithoutAListOfMountsTheKindIsUnknown) {
+TEST_F(SimulatedMachine, WithoutAListOfMountsTheKindIsUnknown) {
     places.mountList = "/no/such/list";
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);
@@ -225,7 +225,7 @@ TEST_F(MadeUpMachine, WithoutAListOfMountsTheKindIsUnknown) {
     EXPECT_FALSE(information.volumeInformation("C:\\").has_value());
 }
 
-TEST_F(MadeUpMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
+TEST_F(SimulatedMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
     EXPECT_EQ(serialNumberIn("1A2B-3C4D"), 0x1A2B3C4DU);
     EXPECT_EQ(serialNumberIn("0123456789abcdef"), 0x89ABCDEFU);
     EXPECT_EQ(serialNumberIn("3e6be9de-8139-4a2b-9106-a43f08d823a6"), 0x08D823A6U);
@@ -233,7 +233,7 @@ TEST_F(MadeUpMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
     EXPECT_EQ(serialNumberIn("xyz"), 0U);
 }
 
-TEST_F(MadeUpMachine, ForwardsSizesOfAnyMagnitude) {
+TEST_F(SimulatedMachine, ForwardsSizesOfAnyMagnitude) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,
@@ -270,7 +270,7 @@ struct HangingReader {
     }
 };
 
-TEST_F(MadeUpMachine, AHangingMountCostsOneWaitAndOneThread) {
+TEST_F(SimulatedMachine, AHangingMountCausesOneWaitAndBlocksOneThread) {
     const auto reader = std::make_shared<HangingReader>();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,

@@ -45,19 +45,19 @@ class PatientCallsTest : public ::testing::Test {
     PatientCalls calls{threads, plain, 100ms};
 };
 
-TEST_F(PatientCallsTest, ReturnTheAnswerThatComesInTime) {
+TEST_F(PatientCallsTest, ReturnAReplyThatArrivesInTime) {
     PatientCalls unhurried(threads, plain, 60s);
     EXPECT_EQ(unhurried.ask("thing", [] { return std::optional(7); }), 7);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
-TEST_F(PatientCallsTest, ReturnARefusalAsItIs) {
+TEST_F(PatientCallsTest, ReturnAFailureUnchanged) {
     PatientCalls unhurried(threads, plain, 60s);
     EXPECT_EQ(unhurried.ask("thing", [] { return std::optional<int>(); }), std::nullopt);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
-TEST_F(PatientCallsTest, WaitNoLongerThanTheirPatience) {
+TEST_F(PatientCallsTest, WaitNoLongerThanTheirTimeout) {
     gate->close();
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(askGate(), std::nullopt);
@@ -67,7 +67,7 @@ TEST_F(PatientCallsTest, WaitNoLongerThanTheirPatience) {
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, AskNothingMoreOfAThingThatHasNotAnswered) {
+TEST_F(PatientCallsTest, DoNotCallAnObjectAgainThatHasNotReplied) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     const auto start = std::chrono::steady_clock::now();
@@ -79,7 +79,7 @@ TEST_F(PatientCallsTest, AskNothingMoreOfAThingThatHasNotAnswered) {
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, GoOnAskingTheOthers) {
+TEST_F(PatientCallsTest, ContinueToCallOtherObjects) {
     gate->close();
     EXPECT_EQ(askGate("first"), std::nullopt);
     EXPECT_EQ(askOther(), 8);
@@ -88,7 +88,7 @@ TEST_F(PatientCallsTest, GoOnAskingTheOthers) {
     EXPECT_EQ(gate->arrivals(), 2);
 }
 
-TEST_F(PatientCallsTest, AskAgainWhatHasAnsweredAtLast) {
+TEST_F(PatientCallsTest, CallAnObjectAgainOnceItHasReplied) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     gate->open();

@@ -45,7 +45,7 @@ TEST(WorkerThreads, OneThreadRunsAllConsecutiveJobs) {
     EXPECT_EQ(used.count(), 1u);
 }
 
-TEST(WorkerThreads, AHangingJobCostsAThreadAndBlocksNoOther) {
+TEST(WorkerThreads, AHangingJobBlocksOnlyItsThread) {
     const auto gate = std::make_shared<fakes::Gate>();
     const auto owned = std::make_shared<int>();
     gate->close();
