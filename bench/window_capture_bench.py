@@ -15,7 +15,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "
 from desktop import Desktop  # pylint: disable=wrong-import-position
 from program_bench import processor_ticks  # pylint: disable=wrong-import-position
 from scenes import start_track, start_with_disc  # pylint: disable=wrong-import-position
-from speakers import Speakers  # pylint: disable=wrong-import-position
+from sound_server import SoundServer  # pylint: disable=wrong-import-position
 
 TRACK_SECONDS = 50
 MEASURED_SECONDS = 40
@@ -35,7 +35,7 @@ def main():
         for output in ("none", "default"):
             desktop.move_to(desktop.folder / output)
             if output == "default":
-                Speakers(desktop)
+                SoundServer(desktop)
             started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, output)
             start_track(started, f"Track  1 - 00:00:{TRACK_SECONDS}")
             share = percent_of_a_core(started.process.pid)

@@ -126,7 +126,7 @@ ConversionWorker::Job ConversionWorker::tick() {
         return Job::over;
     }
     platform_.loop.yield();
-    return Job::goesOn;
+    return Job::continues;
 }
 
 Status ConversionWorker::showEnd() {

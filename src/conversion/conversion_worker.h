@@ -54,7 +54,7 @@ class ConversionWorker {
 
   private:
     /// Result of a tick.
-    enum class Job { goesOn, over };
+    enum class Job { continues, over };
     [[nodiscard]] Job tick();
     Status showEnd();
     Status showProgress();

@@ -58,7 +58,7 @@ void DecodingDriver::decodeSelected() {
     const int bound = list.listCount();
     std::int32_t& fileIndex = process_.fileIndex;
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
-        decodeLine(list, Case::asItStands);
+        decodeLine(list, Case::unchanged);
     }
     // If the loop was stopped before its first file, this is the file of an earlier run.
     if (const auto length = platform_.files.fileLength(process_.currentWavFile); length.ok()) {
@@ -70,7 +70,7 @@ void DecodingDriver::decodeSelected() {
 void DecodingDriver::decodeLine(const ListBox& list, Case letters) {
     const std::string line = list.list(process_.fileIndex);
     process_.currentFile = letters == Case::lowered ? lowerCase(line) : line;
-    tellCaption();
+    showCaption();
     form_.Label3.setCaption("Decoding #" + std::to_string(process_.fileIndex + 1) + " of " +
                             std::to_string(list.listCount()) + " files");
     const Result<std::string> wavPath = wavPathFor(process_.currentFile, process_);
@@ -96,7 +96,7 @@ void DecodingDriver::decodeOne(const std::string& text) {
     // Two blanks.
     form_.Label3.setCaption("Decoding  " + text);
     form_.Label2.setCaption(process_.currentWavFile);
-    tellCaption();
+    showCaption();
     fileStep();
     adder_.Cmaddfile2(process_.currentWavFile);
     finish();
@@ -131,7 +131,7 @@ bool DecodingDriver::findIn(const ListBox& list, const std::string& name) {
     return false;
 }
 
-void DecodingDriver::tellCaption() {
+void DecodingDriver::showCaption() {
     if (const auto base = FileBaseName(process_.currentFile); base.ok()) {
         form_.setCaption("Decoding " + base.value() + ".mp3");
     }

@@ -28,7 +28,7 @@ class DecodingDriver {
     void StartDecoding(const std::string& path);
 
   private:
-    enum class Case { lowered, asItStands };
+    enum class Case { lowered, unchanged };
 
     void decodeAll();
     void decodeSelected();
@@ -36,7 +36,7 @@ class DecodingDriver {
     void decodeLine(const ListBox& list, Case letters);
     void findFile(const std::string& text);
     [[nodiscard]] bool findIn(const ListBox& list, const std::string& name);
-    void tellCaption();
+    void showCaption();
     void fileStep();
     void finish();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small facade over what the machine can tell of itself: texts and numbers in the product's form.
-// It has no state. Only DriveInfo() and DriveType() have callers; the others belong to the class.
+// A small facade over the system information of the machine: texts and numbers in the product's
+// format. It has no state. Only DriveInfo() and DriveType() have callers; the others belong to the
+// class.
 #pragma once
 
 #include <cstdint>

@@ -41,7 +41,7 @@ void DiscInspection::InspectCD() {
     const double trackCount = numberOf(form_.lblNumTracks.caption());
     if (trackCount < 2) {
         // The disc stays open in this case; the next inspection closes it.
-        tellUnusable(trackCount);
+        showUnusable(trackCount);
         return;
     }
     readTracks(std::min(trackCount, mostTracks), reply);
@@ -55,7 +55,7 @@ void DiscInspection::clearDisc() {
     form_.lstRecord.clear();
 }
 
-void DiscInspection::tellUnusable(double trackCount) {
+void DiscInspection::showUnusable(double trackCount) {
     platform_.loop.yield();
     // Only the number of tracks is tested, also for a music disc with one track.
     if (trackCount == 1) {

@@ -24,7 +24,7 @@ class DiscInspection {
 
   private:
     void clearDisc();
-    void tellUnusable(double trackCount);
+    void showUnusable(double trackCount);
     void readTracks(double trackCount, ReplyBuffer& reply);
 
     const Platform& platform_;

@@ -32,7 +32,7 @@ void TrackCapture::cmdStart_Click() {
         return;
     }
     // The leading blank is intended; StartTrackRecording2 writes the text again without it.
-    tellTrack(" Extracting Track " + std::to_string(process_.currentTrack));
+    showTrack(" Extracting Track " + std::to_string(process_.currentTrack));
     platform_.loop.yield();
     form_.Command2.setVisible(true);
     StartTrackRecording2(process_.currentTrack);
@@ -67,14 +67,14 @@ void TrackCapture::takeFirstLine() {
     capture_.trackEndMs = 0;
 }
 
-void TrackCapture::tellTrack(const std::string& text) {
+void TrackCapture::showTrack(const std::string& text) {
     form_.setCaption(text);
     form_.Label3.setCaption(text);
 }
 
 void TrackCapture::StartTrackRecording2(std::int32_t TrackNum) {
     process_.stopRequested = false;
-    tellTrack("Extracting Track " + std::to_string(TrackNum));
+    showTrack("Extracting Track " + std::to_string(TrackNum));
     nameFile(TrackNum);
     form_.Label2.setCaption("To: " + process_.currentFile);
     platform_.loop.yield();
@@ -94,7 +94,7 @@ void TrackCapture::StartTrackRecording1(std::int32_t TrackNum) {
         TrackNum = form_.lstRecord.itemData(line);
     }
     process_.stopRequested = false;
-    tellTrack("Extracting Track " + std::to_string(TrackNum));
+    showTrack("Extracting Track " + std::to_string(TrackNum));
     nameFile(TrackNum);
     form_.Label2.setCaption("To: " + process_.currentFile);
     locateTrack(TrackNum);

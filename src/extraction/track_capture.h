@@ -43,7 +43,7 @@ class TrackCapture {
     enum class Queue { taken, empty };
     Queue takeQueue();
     void takeFirstLine();
-    void tellTrack(const std::string& text);
+    void showTrack(const std::string& text);
     void nameFile(std::int32_t track);
     void locateTrack(std::int32_t track);
     void startDevices(const CaptureFormat& format);

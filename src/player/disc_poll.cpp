@@ -30,7 +30,7 @@ DiscPoll::DiscPoll(Form4& form, CdCommands& commands, DiscState& disc)
 }
 
 void DiscPoll::UpdatePlayer() {
-    if (!saysTrue(commands_.ask("status cd media present"))) {
+    if (!isTrueText(commands_.ask("status cd media present"))) {
         if (disc_.CDLoaded) {
             discRemoved();
         }

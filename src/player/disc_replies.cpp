@@ -26,7 +26,7 @@ std::string atLeastTwoDigits(std::int16_t number) {
 
 } // namespace
 
-bool saysTrue(const std::string& reply) {
+bool isTrueText(const std::string& reply) {
     return lowerCase(reply) == "true" || toDouble(reply).valueOr(0) != 0;
 }
 

@@ -13,7 +13,7 @@ namespace sonarith {
 
 /// A reply read as a Boolean: "true" in any case, or a number other than 0. An empty or senseless
 /// reply is false.
-[[nodiscard]] bool saysTrue(const std::string& reply);
+[[nodiscard]] bool isTrueText(const std::string& reply);
 
 /// The count of tracks is the first two characters; `disc` keeps its own if they are no number.
 void readTrackCount(std::string_view reply, DiscState& disc);

@@ -8,10 +8,10 @@ namespace {
 
 TEST(IsTrueText, ReadsWordsAndNumbersAndTreatsTheRestAsFalse) {
     for (const char* reply : {"true", "True", "TRUE", "1", "-1", " 2 "}) {
-        EXPECT_TRUE(saysTrue(reply)) << reply;
+        EXPECT_TRUE(isTrueText(reply)) << reply;
     }
     for (const char* reply : {"false", "False", "0", "", " ", "yes", "true!", "not ready"}) {
-        EXPECT_FALSE(saysTrue(reply)) << reply;
+        EXPECT_FALSE(isTrueText(reply)) << reply;
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the player knows of the disc in the drive. Its buttons and its poll share it; a close of the
+// The player's state of the disc in the drive. Its buttons and its poll share it; a close of the
 // panel keeps it.
 #pragma once
 

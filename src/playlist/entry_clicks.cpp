@@ -28,14 +28,14 @@ void EntryClicks::List2_Click() {
     }
     form_.Text5.setText(withoutBlanksAround(list.text()));
     form_.cmdHdr2.click();
-    if (form_.Check11.value() != 0 && !mainListKnows(withoutBlanksAround(list.text()))) {
+    if (form_.Check11.value() != 0 && !mainListContains(withoutBlanksAround(list.text()))) {
         adder_.Cmaddfile2(list.text());
     }
 }
 
 /// Compares as many lines as the playlist has, not the list that is looked through. That is meant:
 /// the adder asks the tree once more.
-bool EntryClicks::mainListKnows(const std::string& path) const {
+bool EntryClicks::mainListContains(const std::string& path) const {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(path, mainForm_.List2.list(i))) {
             return true;

@@ -23,7 +23,7 @@ class EntryClicks {
     void Command12_Click();
 
   private:
-    [[nodiscard]] bool mainListKnows(const std::string& path) const;
+    [[nodiscard]] bool mainListContains(const std::string& path) const;
 
     FrmPlayList& form_;
     Form1& mainForm_;

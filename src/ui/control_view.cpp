@@ -9,8 +9,8 @@ namespace sonarith {
 
 QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
                          const QString& label) {
-    const QString spoken = toQString(caption).trimmed();
-    if (!spoken.isEmpty()) {
+    const QString name = toQString(caption).trimmed();
+    if (!name.isEmpty()) {
         return toQString(caption);
     }
     return toolTip.empty() ? label : toQString(toolTip);

@@ -68,11 +68,11 @@ void FormAdapter::showCaption() {
 }
 
 void FormAdapter::showPlace() {
-    if (form_.left() != agreedLeft_ || form_.top() != agreedTop_) {
-        agreedLeft_ = form_.left();
-        agreedTop_ = form_.top();
+    if (form_.left() != syncedLeft_ || form_.top() != syncedTop_) {
+        syncedLeft_ = form_.left();
+        syncedTop_ = form_.top();
         window_.move(primaryScreen().topLeft() +
-                     QPoint(toPixels(agreedLeft_), toPixels(agreedTop_)));
+                     QPoint(toPixels(syncedLeft_), toPixels(syncedTop_)));
     }
 }
 
@@ -84,7 +84,7 @@ void FormAdapter::showSize() {
     agreedHeight_ = form_.height();
     const QSize frame = window_.frameGeometry().size() - window_.size();
     window_.resize(QSize(toPixels(agreedWidth_), toPixels(agreedHeight_)) - frame);
-    frameIsToCome_ = frame.isNull();
+    frameIsPending_ = frame.isNull();
 }
 
 void FormAdapter::showRegion() {
@@ -119,7 +119,7 @@ void FormAdapter::designSize() {
     following_ = false;
     agreedWidth_ = form_.width();
     agreedHeight_ = form_.height();
-    frameIsToCome_ = false;
+    frameIsPending_ = false;
     reportSize();
 }
 
@@ -131,8 +131,8 @@ void FormAdapter::followPlace() {
     form_.setLeft(toTwips(place.x()));
     form_.setTop(toTwips(place.y()));
     following_ = false;
-    agreedLeft_ = form_.left();
-    agreedTop_ = form_.top();
+    syncedLeft_ = form_.left();
+    syncedTop_ = form_.top();
 }
 
 void FormAdapter::followSize() {
@@ -148,8 +148,8 @@ void FormAdapter::followSize() {
 /// The frame is part of the size that the logic sets. It is known once the window is on the screen.
 void FormAdapter::takeFrame() {
     const QSize frame = window_.frameGeometry().size() - window_.size();
-    if (frameIsToCome_ && !frame.isNull()) {
-        frameIsToCome_ = false;
+    if (frameIsPending_ && !frame.isNull()) {
+        frameIsPending_ = false;
         window_.resize(window_.size() - frame);
         // The size may have been too small for the window's contents.
         followSize();

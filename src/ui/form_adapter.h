@@ -46,15 +46,15 @@ class FormAdapter : public QObject {
     /// The last position on which window and form agreed; none at first. The window moves only when
     /// the form sets another one; otherwise it stays where the window manager and the user have put
     /// it.
-    Twips agreedLeft_;
-    Twips agreedTop_;
+    Twips syncedLeft_;
+    Twips syncedTop_;
     /// The same for the size, including the window's frame.
     Twips agreedWidth_;
     Twips agreedHeight_;
     /// The form is being updated after a change by the desktop: the window must not be changed.
     bool following_ = false;
     /// The size was set before the desktop had added the window's frame.
-    bool frameIsToCome_ = false;
+    bool frameIsPending_ = false;
     Connection changed_;
     Connection shown_;
     Connection grasped_;

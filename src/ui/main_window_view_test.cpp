@@ -360,7 +360,8 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     EXPECT_FALSE(late.onDrop);
     dropped.clear();
     QCoreApplication::processEvents();
-    EXPECT_THAT(dropped, Contains("/m/late.cue")) << "whoever dropped it is to hear why not";
+    EXPECT_THAT(dropped, Contains("/m/late.cue"))
+        << "the user is notified why the image is refused";
 }
 
 TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {

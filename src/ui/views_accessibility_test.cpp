@@ -37,16 +37,16 @@ class ViewsAccessibility : public testing::Test {
             return "nothing";
         }
         const QMetaEnum roles = QMetaEnum::fromType<QAccessible::Role>();
-        QString spoken = QString::fromLatin1(roles.valueToKey(found->role())) + ": " +
-                         found->text(QAccessible::Name);
+        QString description = QString::fromLatin1(roles.valueToKey(found->role())) + ": " +
+                              found->text(QAccessible::Name);
         const QString value = found->text(QAccessible::Value);
         if (!value.isEmpty() && value != found->text(QAccessible::Name)) {
-            spoken += " = " + value;
+            description += " = " + value;
         }
         if (found->state().checked) {
-            spoken += ", checked";
+            description += ", checked";
         }
-        return spoken.toStdString();
+        return description.toStdString();
     }
 
     /// The text that is said to be the label of the view.

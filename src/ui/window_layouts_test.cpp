@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What holds for every window's layout: each control that a user sees has its widget, a spoken name
-// and room for its text, and the tab key reaches all that take input.
+// What holds for every window's layout: each control that a user sees has its widget, an accessible
+// name and room for its text, and the tab key reaches all that take input.
 #include <QAbstractButton>
 #include <QApplication>
 #include <QTest>
@@ -33,7 +33,7 @@ class WindowLayouts : public testing::Test {
         }
         return names;
     }
-    /// Names of widgets that are seen and have no spoken name, or less room than they need.
+    /// Names of widgets that are visible and have no accessible name, or less space than they need.
     static std::vector<std::string> faults(FormWindow& window) {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
@@ -43,7 +43,7 @@ class WindowLayouts : public testing::Test {
                 continue;
             }
             if (child->accessibleName().isEmpty()) {
-                found.push_back(name + " has no spoken name");
+                found.push_back(name + " has no accessible name");
             }
             const QSize least = child->minimumSizeHint().boundedTo(child->maximumSize());
             if (child->width() < least.width() || child->height() < least.height()) {

@@ -23,7 +23,7 @@ using namespace sonarith;
 using fuzz::require;
 using namespace sonarith::mp3;
 
-struct Heard {
+struct DecodedSound {
     std::vector<std::int16_t> samples;
     DecodeCount count;
     bool failed = false;
@@ -51,23 +51,23 @@ class TornSource : public ByteSource {
     std::size_t end_;
 };
 
-Heard inOnePass(const ByteSource& source, const StreamSurvey& survey) {
-    Heard heard;
+DecodedSound inOnePass(const ByteSource& source, const StreamSurvey& survey) {
+    DecodedSound decoded;
     const auto reader = openPcmReader(source, survey);
-    heard.failed = !reader.ok();
+    decoded.failed = !reader.ok();
     if (reader.ok() && reader.value()) {
         for (auto part = reader.value()->next(); !part.empty(); part = reader.value()->next()) {
-            heard.samples.insert(heard.samples.end(), part.begin(), part.end());
+            decoded.samples.insert(decoded.samples.end(), part.begin(), part.end());
         }
-        heard.count = reader.value()->count();
-        heard.failed = reader.value()->failure().has_value();
-        require(heard.count.loss.bytesSkipped <= source.size());
+        decoded.count = reader.value()->count();
+        decoded.failed = reader.value()->failure().has_value();
+        require(decoded.count.loss.bytesSkipped <= source.size());
     }
-    return heard;
+    return decoded;
 }
 
-void compareSegments(const Heard& whole, const ByteSource& source, const StreamFormat& format,
-                     std::int64_t size) {
+void compareSegments(const DecodedSound& whole, const ByteSource& source,
+                     const StreamFormat& format, std::int64_t size) {
     const FrameSequence frames(source, format);
     SegmentIndex index(frames, size);
     std::size_t place = 0;
@@ -95,7 +95,7 @@ void compareSegments(const Heard& whole, const ByteSource& source, const StreamF
 
 void decode(const ByteSource& source, std::int64_t framesPerSegment) {
     const StreamSurvey survey = surveyStream(source);
-    const Heard whole = inOnePass(source, survey);
+    const DecodedSound whole = inOnePass(source, survey);
     if (survey.format && survey.format->layer == 3) {
         compareSegments(whole, source, *survey.format, framesPerSegment);
     }

@@ -39,23 +39,23 @@ class CallJudge {
                                   const std::function<void(CallJudge&)>& body) {
         CallJudge judge(std::move(verdict));
         std::promise<int> listener;
-        std::thread bench(
-            [&, opened = listener.get_future()]() mutable { judge.sit(opened.get()); });
-        bool judged = false;
-        std::thread accused([&] {
+        std::thread supervisor(
+            [&, opened = listener.get_future()]() mutable { judge.serve(opened.get()); });
+        bool installed = false;
+        std::thread intercepted([&] {
             const int opened = install(numbers);
             listener.set_value(opened);
-            judged = opened >= 0;
-            if (judged) {
+            installed = opened >= 0;
+            if (installed) {
                 body(judge);
             }
             if (!judge.released_) {
                 judge.release();
             }
         });
-        accused.join();
-        bench.join();
-        return judged;
+        intercepted.join();
+        supervisor.join();
+        return installed;
     }
 
     /// The device responds again: every call is let through from now on. Held calls are let
@@ -87,7 +87,7 @@ class CallJudge {
                                           SECCOMP_FILTER_FLAG_NEW_LISTENER, &program));
     }
 
-    void sit(int listener) {
+    void serve(int listener) {
         if (listener < 0) {
             return;
         }

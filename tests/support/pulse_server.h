@@ -125,16 +125,16 @@ class PulseServer {
             std::vector<std::string>{"parec", "--server=" + address(), "--raw", "--format=s16le",
                                      "--rate=44100", "--channels=2", "--latency-msec=20",
                                      std::string("--device=") + sinkName + ".monitor"},
-            environment(), file("heard.raw"));
+            environment(), file("played.raw"));
         return eventually([this] {
             std::error_code error;
-            const auto size = std::filesystem::file_size(file("heard.raw"), error);
+            const auto size = std::filesystem::file_size(file("played.raw"), error);
             return !error && size > 0;
         });
     }
     /// What the sink has played since `listen`, including silence.
-    [[nodiscard]] std::vector<sound::StereoFrame> heard() const {
-        std::ifstream in(file("heard.raw"), std::ios::binary);
+    [[nodiscard]] std::vector<sound::StereoFrame> played() const {
+        std::ifstream in(file("played.raw"), std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(in), {}};
         std::vector<sound::StereoFrame> frames(bytes.size() / sizeof(sound::StereoFrame));
         std::copy_n(bytes.data(), frames.size() * sizeof(sound::StereoFrame),

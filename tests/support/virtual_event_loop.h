@@ -134,7 +134,7 @@ class VirtualEventLoop final : public EventLoop {
     [[nodiscard]] std::size_t wakeupCount() const {
         return static_cast<std::size_t>(
             std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) {
-                return entry->alive && entry->interval.count() > 0;
+                return entry->active && entry->interval.count() > 0;
             }));
     }
 
@@ -146,7 +146,7 @@ class VirtualEventLoop final : public EventLoop {
         Time due;
         Duration interval; ///< 0: once
         std::function<void()> handler;
-        bool alive = true;
+        bool active = true;
         bool running = false;
     };
     using EntryPointer = std::shared_ptr<Entry>;
@@ -154,7 +154,7 @@ class VirtualEventLoop final : public EventLoop {
     class Handle final : public Wakeup {
       public:
         explicit Handle(EntryPointer entry) : entry_(std::move(entry)) {}
-        ~Handle() override { entry_->alive = false; }
+        ~Handle() override { entry_->active = false; }
         Handle(const Handle&) = delete;
         Handle& operator=(const Handle&) = delete;
 
@@ -190,12 +190,12 @@ class VirtualEventLoop final : public EventLoop {
         return entry;
     }
 
-    void forgetDead() {
-        std::erase_if(entries_, [](const auto& entry) { return !entry->alive; });
+    void removeInactive() {
+        std::erase_if(entries_, [](const auto& entry) { return !entry->active; });
     }
 
     [[nodiscard]] std::vector<EntryPointer> due(Time time) {
-        forgetDead();
+        removeInactive();
         std::vector<EntryPointer> found;
         for (const auto& entry : entries_) {
             if (!entry->running && entry->due <= time) {
@@ -209,7 +209,7 @@ class VirtualEventLoop final : public EventLoop {
 
     /// The entry that is due first, the older of two; none if all others are running.
     [[nodiscard]] EntryPointer nextEntry() {
-        forgetDead();
+        removeInactive();
         EntryPointer next;
         for (const auto& entry : entries_) {
             if (!entry->running && (!next || entry->due < next->due)) {
@@ -228,11 +228,11 @@ class VirtualEventLoop final : public EventLoop {
 
     void run(const EntryPointer& entry) {
         // An earlier handler may have cancelled it, ended the program, or run it already.
-        if (!entry->alive || entry->running || ended_ || entry->due > now_) {
+        if (!entry->active || entry->running || ended_ || entry->due > now_) {
             return;
         }
         if (entry->interval.count() == 0) {
-            entry->alive = false;
+            entry->active = false;
             const auto action = entry->handler;
             action();
             return;

@@ -162,11 +162,11 @@ TEST_F(FormTest, LoadsAgainAfterAnUnload) {
 
 TEST_F(FormTest, IsUnloadedWhenItNotifiesThatItIsHidden) {
     form.show();
-    bool loadedWhenTold = true;
+    bool loadedWhenNotified = true;
     const Connection connection =
-        form.changed.connect([&](Property) { loadedWhenTold = form.loaded(); });
+        form.changed.connect([&](Property) { loadedWhenNotified = form.loaded(); });
     form.unload();
-    EXPECT_FALSE(loadedWhenTold);
+    EXPECT_FALSE(loadedWhenNotified);
 }
 
 TEST_F(FormTest, RunsItsResizeOnlyWhenTheSizeChanges) {

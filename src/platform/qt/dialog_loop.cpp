@@ -122,7 +122,7 @@ class InputGuard : public QObject {
 
 /// Notifies the windows and all their widgets that they are blocked, as Qt's own modal dialogs do:
 /// widgets that track the mouse stop, since they will not receive its release.
-void tellOthersTheyAreBlocked(const QDialog& dialog) {
+void notifyBlockedWindows(const QDialog& dialog) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != &dialog) {
             QEvent blocked(QEvent::WindowBlocked);
@@ -135,7 +135,7 @@ void tellOthersTheyAreBlocked(const QDialog& dialog) {
 
 int runDialog(QDialog& dialog) {
     dialog.setModal(false);
-    tellOthersTheyAreBlocked(dialog);
+    notifyBlockedWindows(dialog);
     running().push_back(&dialog);
     const InputGuard guard;
     QEventLoop loop;

@@ -24,7 +24,7 @@ const QLatin1String notifierName("end request");
 /// listener.
 volatile std::sig_atomic_t writeEnd = -1;
 
-void tellEventLoop(int) {
+void notifyEventLoop(int) {
     const int kept = errno;
     const char byte = 0;
     // A full pipe has already notified it.
@@ -75,7 +75,7 @@ EndRequests::EndRequests(std::function<void()> end, std::function<void()> save) 
                      });
     for (const int signal : endSignals) {
         if (!isIgnored(signal)) {
-            setHandler(signal, tellEventLoop, SA_RESETHAND | SA_RESTART);
+            setHandler(signal, notifyEventLoop, SA_RESETHAND | SA_RESTART);
         }
     }
 }

@@ -116,7 +116,7 @@ void HeldEvents::hold() {
         QCoreApplication::instance()->installEventFilter(this);
     }
     holding_ = true;
-    endAsked_ = false;
+    endRequested_ = false;
 }
 
 void HeldEvents::release() {
@@ -134,15 +134,15 @@ bool HeldEvents::eventFilter(QObject* watched, QEvent* event) {
     const bool getsInLine =
         holding_ ||
         (!held_.empty() && (watched->isWindowType() || event->type() == QEvent::Shortcut));
-    return getsInLine && keepFromReceiver(watched, event);
+    return getsInLine && holdBack(watched, event);
 }
 
-bool HeldEvents::keepFromReceiver(QObject* watched, QEvent* event) {
+bool HeldEvents::holdBack(QObject* watched, QEvent* event) {
     switch (treatmentOf(*watched, event->type())) {
     case Treatment::pass:
         return false;
     case Treatment::keep:
-        endAsked_ = endAsked_ || (holding_ && event->type() == QEvent::Close);
+        endRequested_ = endRequested_ || (holding_ && event->type() == QEvent::Close);
         keep(watched, event);
         if (event->type() == QEvent::Close) {
             event->ignore();
@@ -152,7 +152,7 @@ bool HeldEvents::keepFromReceiver(QObject* watched, QEvent* event) {
         keepDrag(watched, event);
         return true;
     case Treatment::refuse:
-        endAsked_ = endAsked_ || (holding_ && isEndRequest(*watched));
+        endRequested_ = endRequested_ || (holding_ && isEndRequest(*watched));
         event->ignore();
         return true;
     }
@@ -211,7 +211,7 @@ HeldEvents::Held HeldEvents::takeNext() {
 }
 
 void HeldEvents::timerEvent(QTimerEvent*) {
-    endAsked_ = false;
+    endRequested_ = false;
     if (held_.empty()) {
         handOut_.stop();
         QCoreApplication::instance()->removeEventFilter(this);

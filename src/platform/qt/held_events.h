@@ -42,7 +42,7 @@ class HeldEvents final : private QObject {
 
     /// Whether, since hold(), a window was asked to close or a signal to end the program has
     /// arrived. Reset when control is back in an event loop.
-    [[nodiscard]] bool endAsked() const { return endAsked_; }
+    [[nodiscard]] bool endRequested() const { return endRequested_; }
 
   private:
     struct Held {
@@ -53,7 +53,7 @@ class HeldEvents final : private QObject {
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
-    [[nodiscard]] bool keepFromReceiver(QObject* watched, QEvent* event);
+    [[nodiscard]] bool holdBack(QObject* watched, QEvent* event);
     void keep(QObject* receiver, QEvent* event);
     void keepDrag(QObject* receiver, QEvent* event);
     [[nodiscard]] bool replacesLast(const QObject* receiver, const QEvent& event) const;
@@ -65,7 +65,7 @@ class HeldEvents final : private QObject {
     const QEvent* delivered_ = nullptr; ///< the event that is being delivered
     bool watching_ = false;             ///< installed as an event filter
     bool holding_ = false;
-    bool endAsked_ = false;
+    bool endRequested_ = false;
 };
 
 } // namespace sonarith

@@ -134,8 +134,8 @@ void removeUnfinishedIniFiles(const QString& path) {
     const QString lock = written + QStringLiteral(".lock");
     const int opened =
         ::open(QFile::encodeName(lock).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
-    const bool alive = opened >= 0 && ::flock(opened, LOCK_EX | LOCK_NB) != 0;
-    if (!alive) {
+    const bool running = opened >= 0 && ::flock(opened, LOCK_EX | LOCK_NB) != 0;
+    if (!running) {
         const QFileInfo file(written);
         const QDir folder = file.dir();
         const QStringList leftovers =

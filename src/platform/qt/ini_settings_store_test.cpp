@@ -141,11 +141,11 @@ TEST_F(IniSettingsStoreTest, DeletesAKeyPermanently) {
 }
 
 TEST_F(IniSettingsStoreTest, DoesNotWriteAnUnchangedValue) {
-    write("; a person's comment\n[Settings]\nHDWarning=0\n");
+    write("; a user's comment\n[Settings]\nHDWarning=0\n");
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     store.DeleteSetting(applicationName, "Settings", "HDStopNo");
-    EXPECT_EQ(read(file()), "; a person's comment\n[Settings]\nHDWarning=0\n");
+    EXPECT_EQ(read(file()), "; a user's comment\n[Settings]\nHDWarning=0\n");
     save(store, "HDWarning", "1");
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=1"));
     save(store, "HDWarning", "0");

@@ -40,7 +40,7 @@ void handleEvents() {
 Waiting::Outcome QtWaiting::wait(const Completion& completion, Duration bound) {
     assert(!waiting_ && "no handler runs during a wait, so none can wait");
     assert(QThread::currentThread() == QCoreApplication::instance()->thread());
-    if (held_.endAsked()) {
+    if (held_.endRequested()) {
         return waitInHaste(completion, bound);
     }
     const Clock::time_point deadline = Clock::now() + bound;
@@ -65,7 +65,7 @@ Waiting::Outcome QtWaiting::waitPainting(const Completion& completion, Clock::ti
     Outcome outcome = Outcome::late;
     for (;;) {
         handleEvents();
-        if (held_.endAsked()) {
+        if (held_.endRequested()) {
             outcome = Outcome::ended;
             hasteLeft_ = haste;
             break;

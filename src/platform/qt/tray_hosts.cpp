@@ -31,7 +31,7 @@ TrayHosts::TrayHosts(Sources sources) : sources_(std::move(sources)) {
     recheck_.setInterval(0);
     connect(&recheck_, &QTimer::timeout, this, [this] { ask(); });
     poll_.setInterval(pollMilliseconds);
-    connect(&poll_, &QTimer::timeout, this, [this] { lookAtEmbedding(); });
+    connect(&poll_, &QTimer::timeout, this, [this] { checkEmbedding(); });
 }
 
 void TrayHosts::watchBus() {
@@ -91,7 +91,7 @@ void TrayHosts::pollEmbedding(bool poll) {
     }
 }
 
-void TrayHosts::lookAtEmbedding() {
+void TrayHosts::checkEmbedding() {
     const bool present = embedding();
     if (std::exchange(embeddingSeen_, present) != present) {
         changed.emit();

@@ -44,7 +44,7 @@ class TrayHosts : public QObject {
   private:
     void ask();
     void setStatusNotifier(bool present);
-    void lookAtEmbedding();
+    void checkEmbedding();
 
     Sources sources_;
     std::optional<QDBusConnection> bus_;

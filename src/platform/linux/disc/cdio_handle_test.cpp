@@ -16,11 +16,11 @@ TEST(CdioHandle, KeepsTheLibrarysLogSilent) {
     EXPECT_FALSE(openCdio("/dev/no-such-drive"));
     static int messages = 0;
     const auto before = cdio_log_set_handler([](cdio_log_level_t, const char*) { ++messages; });
-    auto* const say = reinterpret_cast<void (*)(cdio_log_level_t, const char*, ...)>(
+    auto* const log = reinterpret_cast<void (*)(cdio_log_level_t, const char*, ...)>(
         cdioLibrary.symbol("cdio_log"));
     for (const auto level :
          {CDIO_LOG_DEBUG, CDIO_LOG_INFO, CDIO_LOG_WARN, CDIO_LOG_ERROR, CDIO_LOG_ASSERT}) {
-        say(level, "heard");
+        log(level, "message");
     }
     EXPECT_FALSE(openCdio("/dev/no-such-drive"));
     cdio_log_set_handler(before);

@@ -12,23 +12,23 @@ namespace sonarith::disc {
 namespace {
 
 template <typename Meaning>
-using Words = std::pair<std::string_view, Meaning>;
+using Keywords = std::pair<std::string_view, Meaning>;
 
 constexpr auto trackModes =
-    std::to_array<Words<CueTrackMode>>({{"AUDIO", {TrackKind::audio, bytesPerSector}},
-                                        {"MODE1/2048", {TrackKind::data, 2048}},
-                                        {"MODE1/2352", {TrackKind::data, 2352}},
-                                        {"MODE2/2048", {TrackKind::data, 2048}},
-                                        {"MODE2/2324", {TrackKind::data, 2324}},
-                                        {"MODE2/2336", {TrackKind::data, 2336}},
-                                        {"MODE2/2352", {TrackKind::data, 2352}},
-                                        {"CDI/2336", {TrackKind::data, 2336}},
-                                        {"CDI/2352", {TrackKind::data, 2352}}});
+    std::to_array<Keywords<CueTrackMode>>({{"AUDIO", {TrackKind::audio, bytesPerSector}},
+                                           {"MODE1/2048", {TrackKind::data, 2048}},
+                                           {"MODE1/2352", {TrackKind::data, 2352}},
+                                           {"MODE2/2048", {TrackKind::data, 2048}},
+                                           {"MODE2/2324", {TrackKind::data, 2324}},
+                                           {"MODE2/2336", {TrackKind::data, 2336}},
+                                           {"MODE2/2352", {TrackKind::data, 2352}},
+                                           {"CDI/2336", {TrackKind::data, 2336}},
+                                           {"CDI/2352", {TrackKind::data, 2352}}});
 
 constexpr auto fileFormats =
-    std::to_array<Words<ImageFormat>>({{"BINARY", ImageFormat::littleEndian},
-                                       {"MOTOROLA", ImageFormat::bigEndian},
-                                       {"WAVE", ImageFormat::wave}});
+    std::to_array<Keywords<ImageFormat>>({{"BINARY", ImageFormat::littleEndian},
+                                          {"MOTOROLA", ImageFormat::bigEndian},
+                                          {"WAVE", ImageFormat::wave}});
 
 constexpr auto descriptions = std::to_array<std::string_view>(
     {"CATALOG", "CDTEXT", "CDTEXTFILE", "TITLE", "PERFORMER", "SONGWRITER", "COMPOSER", "ARRANGER",

@@ -31,14 +31,14 @@ std::shared_ptr<FakeDisc> longDisc() {
 
 /// Pulls until `wanted` frames have arrived or the source has ended, as a patient engine does.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
-    std::vector<StereoFrame> heard;
+    std::vector<StereoFrame> played;
     std::vector<StereoFrame> block(blockFrames);
-    while (heard.size() < wanted) {
+    while (played.size() < wanted) {
         const std::span<StereoFrame> room(block.data(),
-                                          std::min(block.size(), wanted - heard.size()));
+                                          std::min(block.size(), wanted - played.size()));
         const Pulled pulled = player.pull(room);
-        heard.insert(heard.end(), block.begin(),
-                     block.begin() + static_cast<std::ptrdiff_t>(pulled.frames));
+        played.insert(played.end(), block.begin(),
+                      block.begin() + static_cast<std::ptrdiff_t>(pulled.frames));
         if (pulled.supply == Supply::ended || pulled.supply == Supply::lost) {
             break;
         }
@@ -46,7 +46,7 @@ std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
             std::this_thread::yield();
         }
     }
-    return heard;
+    return played;
 }
 
 std::vector<StereoFrame> playToItsEnd(DiscPlayer& player) {
@@ -254,12 +254,12 @@ TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
     DiscPlayer player(disc);
     EXPECT_FALSE(player.gone());
     ASSERT_TRUE(player.play(0, 1000).ok());
-    const std::vector<StereoFrame> heard = playToItsEnd(player);
+    const std::vector<StereoFrame> played = playToItsEnd(player);
     EXPECT_TRUE(player.gone());
     EXPECT_EQ(player.mode(), PlayerMode::playing);
-    // The reads before the failed one were complete, and all of them were heard.
-    EXPECT_EQ(heard, framesAt(0, disc->reads().back().first * framesPerSector));
-    EXPECT_EQ(player.positionInFrames(), static_cast<std::int64_t>(heard.size()));
+    // The reads before the failed one were complete, and all of them were played.
+    EXPECT_EQ(played, framesAt(0, disc->reads().back().first * framesPerSector));
+    EXPECT_EQ(player.positionInFrames(), static_cast<std::int64_t>(played.size()));
 
     const std::size_t reads = disc->reads().size();
     EXPECT_EQ(pullBlock(player).supply, Supply::lost);
@@ -293,7 +293,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     DiscPlayer player(disc);
     constexpr std::int64_t grid = 100; // all plays start on multiples of this many sectors
     std::atomic<bool> done = false;
-    std::int64_t heard = 0;
+    std::int64_t played = 0;
     std::int64_t strays = 0;
     std::thread engine([&] {
         std::vector<StereoFrame> block(blockFrames);
@@ -310,7 +310,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
                 }
                 last = block[i];
             }
-            heard += static_cast<std::int64_t>(pulled.frames);
+            played += static_cast<std::int64_t>(pulled.frames);
             if (pulled.frames == 0) {
                 std::this_thread::yield();
             }
@@ -341,7 +341,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
         }
         std::this_thread::yield();
     }
-    // Ends with a stretch that is played completely, so that sound is heard on any machine.
+    // Ends with a stretch that is played completely, so that sound is played on any machine.
     ASSERT_TRUE(player.play(0, 30).ok());
     while (player.mode() == PlayerMode::playing) {
         std::this_thread::yield();
@@ -349,7 +349,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     done = true;
     engine.join();
     EXPECT_EQ(strays, 0);
-    EXPECT_GE(heard, 30 * framesPerSector);
+    EXPECT_GE(played, 30 * framesPerSector);
     EXPECT_LE(disc->furthest(), 10000);
 }
 

@@ -38,11 +38,11 @@ DriveMakers realDriveMakers(waiting::Services services) {
 }
 
 /// The messages of the last load, kept also after its disc has been destroyed.
-struct DriveSlot::Words {
-    class SpokenDisc;
+struct DriveSlot::Reports {
+    class ReportedDisc;
 
     /// The drive is empty: messages of an earlier disc no longer apply.
-    void forgetDisc() {
+    void clearDisc() {
         const std::lock_guard lock(mutex);
         disc = nullptr;
         lastRemark.clear();
@@ -50,28 +50,28 @@ struct DriveSlot::Words {
 
     DriveReport problem;
     std::mutex mutex; ///< protects the members below: a player may release its disc on any thread
-    const SpokenDisc* disc = nullptr; ///< its remark may grow while it is read
-    std::string lastRemark;           ///< of that disc, once it has been destroyed
+    const ReportedDisc* disc = nullptr; ///< its remark may grow while it is read
+    std::string lastRemark;             ///< of that disc, once it has been destroyed
 };
 
 /// Forwards all calls to the wrapped disc, and stores its remark when it is destroyed.
-class DriveSlot::Words::SpokenDisc : public Disc {
+class DriveSlot::Reports::ReportedDisc : public Disc {
   public:
-    SpokenDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Words> words)
-        : disc_(std::move(disc)), words_(std::move(words)) {
-        const std::lock_guard lock(words_->mutex);
-        words_->disc = this;
-        words_->lastRemark.clear();
+    ReportedDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Reports> reports)
+        : disc_(std::move(disc)), reports_(std::move(reports)) {
+        const std::lock_guard lock(reports_->mutex);
+        reports_->disc = this;
+        reports_->lastRemark.clear();
     }
-    ~SpokenDisc() override {
-        const std::lock_guard lock(words_->mutex);
-        if (words_->disc == this) {
-            words_->lastRemark = disc_->remark();
-            words_->disc = nullptr;
+    ~ReportedDisc() override {
+        const std::lock_guard lock(reports_->mutex);
+        if (reports_->disc == this) {
+            reports_->lastRemark = disc_->remark();
+            reports_->disc = nullptr;
         }
     }
-    SpokenDisc(const SpokenDisc&) = delete;
-    SpokenDisc& operator=(const SpokenDisc&) = delete;
+    ReportedDisc(const ReportedDisc&) = delete;
+    ReportedDisc& operator=(const ReportedDisc&) = delete;
 
     [[nodiscard]] const Table& table() const override { return disc_->table(); }
     [[nodiscard]] std::string remark() const override { return disc_->remark(); }
@@ -86,45 +86,45 @@ class DriveSlot::Words::SpokenDisc : public Disc {
     }
 
     const std::shared_ptr<Disc> disc_;
-    const std::shared_ptr<Words> words_;
+    const std::shared_ptr<Reports> reports_;
 };
 
 /// Forwards all calls to the wrapped drive, and records the messages of each load.
 class DriveSlot::ReportingDrive : public Drive {
   public:
-    ReportingDrive(std::shared_ptr<Drive> drive, std::shared_ptr<Words> words)
-        : drive_(std::move(drive)), words_(std::move(words)) {}
+    ReportingDrive(std::shared_ptr<Drive> drive, std::shared_ptr<Reports> reports)
+        : drive_(std::move(drive)), reports_(std::move(reports)) {}
 
     DriveKind kind() const override { return drive_->kind(); }
     std::string name() const override { return drive_->name(); }
-    Loaded load() override { return noted(drive_->load()); }
+    Loaded load() override { return recorded(drive_->load()); }
     std::optional<Loaded> loadSoon() override {
         std::optional<Loaded> loaded = drive_->loadSoon();
-        return loaded ? std::optional(noted(std::move(*loaded))) : std::nullopt;
+        return loaded ? std::optional(recorded(std::move(*loaded))) : std::nullopt;
     }
     bool mediaPresent() override { return drive_->mediaPresent(); }
     void openTray() override { drive_->openTray(); }
     void closeTray() override { drive_->closeTray(); }
 
   private:
-    Loaded noted(Loaded loaded) {
-        words_->problem = loaded.problem;
+    Loaded recorded(Loaded loaded) {
+        reports_->problem = loaded.problem;
         if (loaded.disc) {
-            loaded.disc = std::make_shared<Words::SpokenDisc>(std::move(loaded.disc), words_);
+            loaded.disc = std::make_shared<Reports::ReportedDisc>(std::move(loaded.disc), reports_);
         } else if (loaded.problem.text.empty()) {
-            words_->forgetDisc();
+            reports_->clearDisc();
         }
         return loaded;
     }
 
     const std::shared_ptr<Drive> drive_;
-    const std::shared_ptr<Words> words_;
+    const std::shared_ptr<Reports> reports_;
 };
 
 DriveSlot::DriveSlot(std::function<std::string()> configured, DriveMakers makers)
     : configured_(std::move(configured)),
       makers_(std::move(makers)),
-      words_(std::make_shared<Words>()) {}
+      reports_(std::make_shared<Reports>()) {}
 
 DriveSlot::~DriveSlot() = default;
 
@@ -135,8 +135,8 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
         const std::vector<std::string> found = makers_.listOptical();
         if (found.empty()) {
             drive_.reset();
-            words_ = std::make_shared<Words>();
-            words_->problem = {DeviceProblem::missing, "This machine has no optical drive."};
+            reports_ = std::make_shared<Reports>();
+            reports_->problem = {DeviceProblem::missing, "This machine has no optical drive."};
             return nullptr;
         }
         chosen = found.front();
@@ -146,11 +146,11 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
     }
     // A separate object for each choice: a previous drive that is still in use no longer reports
     // here.
-    words_ = std::make_shared<Words>();
+    reports_ = std::make_shared<Reports>();
     chosen_ = chosen;
     optical_ = firstFound || namesADevice(chosen);
     drive_ = std::make_shared<ReportingDrive>(
-        optical_ ? makers_.makeOptical(chosen) : makers_.makeImage(chosen), words_);
+        optical_ ? makers_.makeOptical(chosen) : makers_.makeImage(chosen), reports_);
     return drive_;
 }
 
@@ -161,11 +161,12 @@ void DriveSlot::choiceMade() {
 }
 
 DriveReport DriveSlot::report() const {
-    if (!words_->problem.text.empty()) {
-        return words_->problem;
+    if (!reports_->problem.text.empty()) {
+        return reports_->problem;
     }
-    const std::lock_guard lock(words_->mutex);
-    return {words_->problem.kind, words_->disc ? words_->disc->remark() : words_->lastRemark};
+    const std::lock_guard lock(reports_->mutex);
+    return {reports_->problem.kind,
+            reports_->disc ? reports_->disc->remark() : reports_->lastRemark};
 }
 
 } // namespace sonarith::disc

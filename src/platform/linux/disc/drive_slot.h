@@ -45,12 +45,12 @@ class DriveSlot {
     [[nodiscard]] DriveReport report() const;
 
   private:
-    struct Words;
+    struct Reports;
     class ReportingDrive;
 
     const std::function<std::string()> configured_;
     const DriveMakers makers_;
-    std::shared_ptr<Words> words_;
+    std::shared_ptr<Reports> reports_;
     std::string chosen_; ///< the choice that drive_ was made for
     std::shared_ptr<Drive> drive_;
     bool optical_ = false; ///< drive_ is not an image

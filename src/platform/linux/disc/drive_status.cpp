@@ -33,8 +33,8 @@ std::string headOf(const char* path) {
 
 } // namespace
 
-DriveStatus statusOfAnswer(int answer, int error) {
-    switch (answer) {
+DriveStatus statusOfReply(int reply, int error) {
+    switch (reply) {
     case CDS_DISC_OK:
         return {DriveState::loaded};
     case CDS_NO_DISC:
@@ -59,8 +59,8 @@ DriveStatus statusOf(const std::string& device) {
         return {DriveState::unreachable, errno};
     }
     errno = 0;
-    const int answer = ioctl(descriptor, CDROM_DRIVE_STATUS, CDSL_CURRENT);
-    const DriveStatus status = statusOfAnswer(answer, errno);
+    const int reply = ioctl(descriptor, CDROM_DRIVE_STATUS, CDSL_CURRENT);
+    const DriveStatus status = statusOfReply(reply, errno);
     close(descriptor);
     return status;
 }
@@ -106,11 +106,11 @@ std::vector<std::string> driveNames(std::string_view information) {
 
 std::vector<std::string>
 driveDevices(std::string_view information,
-             const std::function<bool(const std::string& device)>& isThere) {
+             const std::function<bool(const std::string& device)>& exists) {
     std::vector<std::string> devices;
     for (const std::string& name : driveNames(information)) {
         std::string device = "/dev/" + name;
-        if (isThere(device)) {
+        if (exists(device)) {
             devices.push_back(std::move(device));
         }
     }

@@ -27,7 +27,7 @@ struct DriveStatus {
 };
 
 /// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after it.
-[[nodiscard]] DriveStatus statusOfAnswer(int answer, int error);
+[[nodiscard]] DriveStatus statusOfReply(int reply, int error);
 
 /// Cheap enough to be called each second. `device` is a device node.
 [[nodiscard]] DriveStatus statusOf(const std::string& device);
@@ -40,10 +40,10 @@ struct DriveStatus {
 /// (kernel documentation, cdrom).
 [[nodiscard]] std::vector<std::string> driveNames(std::string_view information);
 
-/// The device nodes of the drives in that list for which `isThere` is true.
+/// The device nodes of the drives in that list for which `exists` is true.
 [[nodiscard]] std::vector<std::string>
 driveDevices(std::string_view information,
-             const std::function<bool(const std::string& device)>& isThere);
+             const std::function<bool(const std::string& device)>& exists);
 
 /// The device nodes of the machine's optical drives; empty if it has none.
 [[nodiscard]] std::vector<std::string> opticalDrives();

@@ -53,7 +53,7 @@ TEST(DriveStatus, ReportsTheProblemsKindAndNamesTheDrive) {
 
 TEST(DriveStatus, DistinguishesAnOpenTrayFromAnEmptyDrive) {
     constexpr struct {
-        int answer;
+        int reply;
         int error;
         DriveState state;
     } rows[] = {
@@ -63,9 +63,9 @@ TEST(DriveStatus, DistinguishesAnOpenTrayFromAnEmptyDrive) {
         {-1, ENOMEDIUM, DriveState::unreachable},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(statusOfAnswer(row.answer, row.error).state, row.state) << row.answer;
+        EXPECT_EQ(statusOfReply(row.reply, row.error).state, row.state) << row.reply;
     }
-    EXPECT_EQ(statusOfAnswer(-1, EACCES).error, EACCES);
+    EXPECT_EQ(statusOfReply(-1, EACCES).error, EACCES);
 }
 
 TEST(DriveStatus, OrdersTheKernelsListByNumber) {
@@ -82,12 +82,12 @@ TEST(DriveStatus, FindsNoDrivesInALineOrTextWithoutThem) {
 }
 
 TEST(DriveStatus, ListsTheExistingDevicesOfTheKernelsList) {
-    const auto isThere = [](const std::string& device) {
+    const auto exists = [](const std::string& device) {
         return device != "/dev/sr1";
     };
-    EXPECT_THAT(driveDevices("drive name:\t\tsr2\tsr1\tsr0\n", isThere),
+    EXPECT_THAT(driveDevices("drive name:\t\tsr2\tsr1\tsr0\n", exists),
                 ElementsAre("/dev/sr0", "/dev/sr2"));
-    EXPECT_THAT(driveDevices("drive name:\t\tsr1\n", isThere), IsEmpty());
+    EXPECT_THAT(driveDevices("drive name:\t\tsr1\n", exists), IsEmpty());
 }
 
 } // namespace

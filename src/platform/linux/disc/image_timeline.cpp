@@ -43,21 +43,21 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
 
 /// A track whose file has less than the sheet states.
 struct Shortage {
-    enum class Kind { torn, missing, lengthUnknown };
-    Kind kind = Kind::torn;
+    enum class Kind { truncated, missing, lengthUnknown };
+    Kind kind = Kind::truncated;
     std::size_t file = 0;
     int firstTrack = 0;
     int lastTrack = 0;
     std::int64_t wholeFrames = 0; ///< of a truncated track: the frames that can be read
 };
 
-std::string wordsOf(const Shortage& shortage) {
+std::string textOf(const Shortage& shortage) {
     const bool several = shortage.lastTrack > shortage.firstTrack;
     std::string text = several ? "tracks " : "track ";
     text += std::to_string(shortage.firstTrack);
     text += several ? " to " + std::to_string(shortage.lastTrack) : "";
     switch (shortage.kind) {
-    case Shortage::Kind::torn:
+    case Shortage::Kind::truncated:
         return text + " is truncated and reads as silence from " +
                msfText(shortage.wholeFrames / framesPerSector) + " on";
     case Shortage::Kind::missing:
@@ -91,7 +91,7 @@ class LineBuilder {
     ImageTimeline line_;
     std::int64_t trackStart_ = 0; ///< in frames
     std::int64_t at_ = 0;         ///< in frames
-    bool anythingThere_ = false;
+    bool anyContent_ = false;
     std::vector<Shortage> shortages_;
     // of the track being added: where and in which file its first shortage is, if any
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
@@ -107,7 +107,7 @@ Result<ImageTimeline> LineBuilder::build() {
         }
     }
     line_.remark = remark();
-    if (!anythingThere_ && !shortages_.empty()) {
+    if (!anyContent_ && !shortages_.empty()) {
         return sheetError(sheet_, layout_.tracks.front().line,
                           "no content of the disc was found: " + line_.remark);
     }
@@ -135,7 +135,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
         noteShortage(Shortage::Kind::lengthUnknown, track.segments.front().file, 0);
     } else if (shortFrom_) {
         const auto [wholeFrames, file] = *shortFrom_;
-        noteShortage(wholeFrames == 0 ? Shortage::Kind::missing : Shortage::Kind::torn, file,
+        noteShortage(wholeFrames == 0 ? Shortage::Kind::missing : Shortage::Kind::truncated, file,
                      wholeFrames);
     }
 }
@@ -157,7 +157,7 @@ void LineBuilder::addSegment(const Segment& segment) {
         shortFrom_ = {at_ - trackStart_ + extent.present, segment.file};
     }
     if (extent.present > 0) {
-        anythingThere_ = true;
+        anyContent_ = true;
         if (segment.kind == SegmentKind::sound) {
             line_.sound.push_back({at_, extent.present, segment.file, segment.offset});
         }
@@ -192,7 +192,7 @@ std::string LineBuilder::remark() const {
             text += shown(entry.name) + " is shorter than " + std::string(sheet_) + ", line " +
                     std::to_string(entry.line) + ", needs: ";
         }
-        text += wordsOf(shortage);
+        text += textOf(shortage);
     }
     return text;
 }

@@ -113,12 +113,12 @@ TEST(Timeline, ATruncatedTrackKeepsItsStatedLength) {
 }
 
 TEST(Timeline, CountsTheLostSectorsOfARange) {
-    const ImageTimeline torn = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
-    EXPECT_EQ(lostSectors(torn, 0, 900), 500) << "the rest of track 2, and all of track 3";
-    EXPECT_EQ(lostSectors(torn, 300, 600), 200);
-    EXPECT_EQ(lostSectors(torn, 0, 400), 0);
-    EXPECT_EQ(lostSectors(torn, 399, 401), 1);
-    EXPECT_EQ(lostSectors(torn, 600, 500), 0);
+    const ImageTimeline truncated = cueLine(threeTrackSheet, {400 * 2352 + 100}).value();
+    EXPECT_EQ(lostSectors(truncated, 0, 900), 500) << "the rest of track 2, and all of track 3";
+    EXPECT_EQ(lostSectors(truncated, 300, 600), 200);
+    EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
+    EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
+    EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
     // The padding of a sound file and a pause are meant to be silent.
     const ImageTimeline whole =
         tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4}).value();

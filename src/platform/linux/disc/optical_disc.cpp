@@ -59,7 +59,7 @@ ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::Stereo
     if (gone_) {
         return ReadOutcome::gone;
     }
-    trouble_ = {};
+    repairTime_ = {};
     while (!out.empty()) {
         const Stretch stretch = layout_.stretchAt(first);
         const auto wanted = static_cast<std::int64_t>(out.size()) / framesPerSector;
@@ -78,7 +78,7 @@ ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::Stereo
         first += sectors;
         out = out.subspan(frames.size());
     }
-    effort_.finish(trouble_);
+    effort_.finish(repairTime_);
     return ReadOutcome::ok;
 }
 
@@ -90,7 +90,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
             return ReadOutcome::interrupted;
         }
         const auto frames = out.first(framesPerSector);
-        const ReadEffort::Plan plan = effort_.plan(trouble_);
+        const ReadEffort::Plan plan = effort_.plan(repairTime_);
         if (plan.effort == Effort::none) {
             std::ranges::fill(frames, sound::StereoFrame{});
             damage_->note(sector, Delivery::silence);
@@ -111,7 +111,7 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         // A sector without errors costs nothing: a drive that spins up is slow, but loses no
         // sector.
         if (outcome != SectorOutcome::ok) {
-            trouble_ += clock_() - begin;
+            repairTime_ += clock_() - begin;
         }
         damage_->note(sector, deliveryOf(outcome));
     }

@@ -59,7 +59,7 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    ReadEffort::Duration trouble_{0}; ///< time that damaged sectors have cost in this read
+    ReadEffort::Duration repairTime_{0}; ///< time that damaged sectors have cost in this read
     std::optional<std::int64_t>
         next_; ///< the next sector that sectors_ would deliver, in the drive's numbering
     bool gone_ = false;

@@ -23,8 +23,8 @@ RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
 }
 
 /// Whether the disc whose table is `toc` has left the drive. "Unknown" counts as no.
-bool hasLeft(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
-             const RawToc& toc) {
+bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
+                const RawToc& toc) {
     const DriveState state = access.status(device).state;
     if (state == DriveState::empty || state == DriveState::trayOpen ||
         state == DriveState::unreachable) {
@@ -45,7 +45,7 @@ std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& d
         return read(raw, first, count, out);
     };
     auto gone = [access, device, raw, toc] {
-        return hasLeft(access, device, raw, toc);
+        return wasRemoved(access, device, raw, toc);
     };
     return std::make_shared<OpticalDisc>(
         std::move(layout),

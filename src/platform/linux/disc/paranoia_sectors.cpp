@@ -137,14 +137,14 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     repositioned_ = true;
     std::array<std::byte, bytesPerSector> bytes{};
     commands_.setBounds(next_, end_);
-    const bool came = commands_.read(next_, 1, bytes.data()) == 1;
-    if (!came) {
+    const bool wasRead = commands_.read(next_, 1, bytes.data()) == 1;
+    if (!wasRead) {
         bytes.fill({});
     }
     for (std::size_t i = 0; i < out.size(); ++i) {
         out[i] = {sampleAt(&bytes[4 * i]), sampleAt(&bytes[4 * i + 2])};
     }
-    return came ? SectorOutcome::ok : SectorOutcome::silent;
+    return wasRead ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
 // The library never stops at a position that cannot be read at all, and takes the silence that

@@ -21,11 +21,11 @@ struct PatientDrive::Known {
     std::int64_t wantedLoad = 0; ///< the number of the load whose result is wanted
 };
 
-PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
+PatientDrive::PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string hangingText,
                            waiting::Services services)
     : drive_(std::move(drive)),
       patience_(patience),
-      noAnswer_(std::move(noAnswer)),
+      hangingText_(std::move(hangingText)),
       notices_(services.notices),
       known_(std::make_shared<Known>()),
       calls_(services.threads, services.waiting) {}
@@ -56,12 +56,12 @@ bool PatientDrive::beginLoad(std::chrono::milliseconds bound) {
             known->loaded = std::move(loaded);
         }
     };
-    const auto told = calls_.tell(bound, read);
-    if (told == waiting::BlockingCalls::Told::refused) {
+    const auto state = calls_.send(bound, read);
+    if (state == waiting::BlockingCalls::CommandState::refused) {
         const std::lock_guard lock(known_->mutex);
         known_->loading = false;
     }
-    return told == waiting::BlockingCalls::Told::done;
+    return state == waiting::BlockingCalls::CommandState::done;
 }
 
 std::optional<Loaded> PatientDrive::takeLoaded() {
@@ -70,7 +70,7 @@ std::optional<Loaded> PatientDrive::takeLoaded() {
 }
 
 Loaded PatientDrive::load() {
-    sayThatItAnswers();
+    reportResponding();
     bool underWay = false;
     {
         const std::lock_guard lock(known_->mutex);
@@ -95,12 +95,12 @@ Loaded PatientDrive::load() {
         known_->loaded.reset();
         known_->present = false;
     }
-    sayThatItHangs();
-    return noDisc(DeviceProblem::hung, noAnswer_);
+    reportHanging();
+    return noDisc(DeviceProblem::hung, hangingText_);
 }
 
 std::optional<Loaded> PatientDrive::loadSoon() {
-    sayThatItAnswers();
+    reportResponding();
     bool begins = false;
     {
         const std::lock_guard lock(known_->mutex);
@@ -112,13 +112,13 @@ std::optional<Loaded> PatientDrive::loadSoon() {
     }
     std::optional<Loaded> loaded = takeLoaded();
     if (!loaded && Clock::now() - loadBegan_ >= patience_.load) {
-        sayThatItHangs();
+        reportHanging();
     }
     return loaded;
 }
 
 bool PatientDrive::mediaPresent() {
-    sayThatItAnswers();
+    reportResponding();
     // Queued queries would all be sent to the drive later.
     if (calls_.idle()) {
         std::int64_t trayOpenings = 0;
@@ -126,7 +126,7 @@ bool PatientDrive::mediaPresent() {
             const std::lock_guard lock(known_->mutex);
             trayOpenings = known_->trayOpenings;
         }
-        calls_.tell(mediumMoment, [drive = drive_, known = known_, trayOpenings] {
+        calls_.send(mediumMoment, [drive = drive_, known = known_, trayOpenings] {
             const bool present = drive->mediaPresent();
             const std::lock_guard lock(known->mutex);
             if (trayOpenings == known->trayOpenings) {
@@ -146,22 +146,22 @@ void PatientDrive::openTray() {
         known_->loaded.reset();
         known_->present = false;
     }
-    calls_.tell(patience_.other, [drive = drive_] { drive->openTray(); });
+    calls_.send(patience_.other, [drive = drive_] { drive->openTray(); });
 }
 
 void PatientDrive::closeTray() {
-    calls_.tell(patience_.other, [drive = drive_] { drive->closeTray(); });
+    calls_.send(patience_.other, [drive = drive_] { drive->closeTray(); });
 }
 
-void PatientDrive::sayThatItHangs() {
-    if (!calls_.idle() && !std::exchange(saidThatItHangs_, true)) {
-        notices_.report({noAnswer_, name()});
+void PatientDrive::reportHanging() {
+    if (!calls_.idle() && !std::exchange(hangingReported_, true)) {
+        notices_.report({hangingText_, name()});
     }
 }
 
-void PatientDrive::sayThatItAnswers() {
-    if (saidThatItHangs_ && calls_.idle()) {
-        saidThatItHangs_ = false;
+void PatientDrive::reportResponding() {
+    if (hangingReported_ && calls_.idle()) {
+        hangingReported_ = false;
         notices_.settled(name(), "Responding again: " + name() + ".");
     }
 }

@@ -28,8 +28,8 @@ class PatientDrive final : public Drive {
     static constexpr std::chrono::milliseconds mediumMoment{35};
     static constexpr std::chrono::milliseconds tableMoment{10};
 
-    /// `noAnswer` is the message for a drive that did not respond in time.
-    PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string noAnswer,
+    /// `hangingText` is the message for a drive that did not respond in time.
+    PatientDrive(std::shared_ptr<Drive> drive, Patience patience, std::string hangingText,
                  waiting::Services services);
 
     [[nodiscard]] DriveKind kind() const override { return drive_->kind(); }
@@ -53,18 +53,18 @@ class PatientDrive final : public Drive {
 
     [[nodiscard]] bool beginLoad(std::chrono::milliseconds bound);
     [[nodiscard]] std::optional<Loaded> takeLoaded();
-    void sayThatItHangs();
-    void sayThatItAnswers();
+    void reportHanging();
+    void reportResponding();
 
     const std::shared_ptr<Drive> drive_;
     const Patience patience_;
-    const std::string noAnswer_;
+    const std::string hangingText_;
     Notices& notices_;
     const std::shared_ptr<Known> known_; ///< shared with the calls
     waiting::BlockingCalls calls_;
     Clock::time_point loadBegan_;
     bool loadUnanswered_ = false; ///< the last load has timed out
-    bool saidThatItHangs_ = false;
+    bool hangingReported_ = false;
 };
 
 } // namespace sonarith::disc

@@ -5,18 +5,18 @@
 
 namespace sonarith::disc {
 
-ReadEffort::Plan ReadEffort::plan(Duration trouble) const {
-    if (trouble < budget_) {
-        return {Effort::repair, budget_ - trouble};
+ReadEffort::Plan ReadEffort::plan(Duration repairTime) const {
+    if (repairTime < budget_) {
+        return {Effort::repair, budget_ - repairTime};
     }
-    if (trouble < 2 * budget_) {
-        return {Effort::once, 2 * budget_ - trouble};
+    if (repairTime < 2 * budget_) {
+        return {Effort::once, 2 * budget_ - repairTime};
     }
     return {};
 }
 
-void ReadEffort::finish(Duration trouble) {
-    budget_ = trouble <= budget_ ? wholeBudget : std::max(budget_ / 2, leastBudget);
+void ReadEffort::finish(Duration repairTime) {
+    budget_ = repairTime <= budget_ ? wholeBudget : std::max(budget_ / 2, leastBudget);
 }
 
 } // namespace sonarith::disc

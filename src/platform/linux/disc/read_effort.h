@@ -22,11 +22,11 @@ class ReadEffort {
         Duration limit{0}; ///< no further attempt at this sector begins after this time
     };
 
-    /// The effort for the next sector when bad sectors have cost `trouble` in this read so far.
-    [[nodiscard]] Plan plan(Duration trouble) const;
-    /// Ends a read in which bad sectors cost `trouble`. The next read has the whole budget again if
-    /// this one stayed within its own, else half of it.
-    void finish(Duration trouble);
+    /// The effort for the next sector when bad sectors have cost `repairTime` in this read so far.
+    [[nodiscard]] Plan plan(Duration repairTime) const;
+    /// Ends a read in which bad sectors cost `repairTime`. The next read has the whole budget again
+    /// if this one stayed within its own, else half of it.
+    void finish(Duration repairTime);
 
     /// The budget for repairs in one read; single attempts have the same time again. It equals the
     /// duration of the player's read-ahead: a longer one would interrupt the sound anyway.

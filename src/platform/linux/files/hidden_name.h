@@ -33,8 +33,9 @@ class HiddenName {
 };
 
 /// Marks `file` as owned by a live process, for as long as it or a duplicate is open, or until
-/// `unclaim`. False only if another process has claimed it because it considers the owner dead.
-/// Without file locks in the file system no claim can be seen, and no file is ever deleted.
+/// `unclaim`. False only if another process has claimed it because it takes the owner for a process
+/// that has ended. Without file locks in the file system no claim can be seen, and no file is ever
+/// deleted.
 [[nodiscard]] bool claim(const FileDescriptor& file);
 void unclaim(const FileDescriptor& file);
 

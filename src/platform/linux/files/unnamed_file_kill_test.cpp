@@ -26,9 +26,9 @@ using testing::Values;
 
 enum class Target { isNew, isReplaced };
 /// How the name is given: to the file itself, or to a copy because the file already has a name.
-enum class Road { itself, copy };
+enum class Method { itself, copy };
 
-class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Road>> {
+class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Method>> {
   protected:
     /// One save in `folder`, killed at system call number `call`.
     KillOutcome save(const fs::path& folder, int call) const {
@@ -38,7 +38,7 @@ class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Tar
             [&] {
                 file = std::move(UnnamedFile::create(folder, concealment).value());
                 static_cast<void>(::write(file->descriptor().get(), "new", 3));
-                if (road == Road::copy) {
+                if (method == Method::copy) {
                     file->publish(folder / "first.wav").passOver();
                 }
             },
@@ -47,7 +47,7 @@ class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Tar
 
     const Concealment concealment = std::get<0>(GetParam());
     const Target target = std::get<1>(GetParam());
-    const Road road = std::get<2>(GetParam());
+    const Method method = std::get<2>(GetParam());
 };
 
 TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDeletes) {
@@ -77,10 +77,10 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
     EXPECT_EQ(leftovers > 0, usesHiddenNames) << "the sweep must have been tried";
 }
 
-INSTANTIATE_TEST_SUITE_P(OnEveryRoad, KilledSaveTest,
+INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,
                          Combine(Values(Concealment::noName, Concealment::hiddenName),
                                  Values(Target::isNew, Target::isReplaced),
-                                 Values(Road::itself, Road::copy)));
+                                 Values(Method::itself, Method::copy)));
 
 } // namespace
 } // namespace sonarith::files

@@ -144,7 +144,8 @@ TEST_P(UnnamedFileTest, DisappearsIfItIsNotPublished) {
     {
         const UnnamedFile file = unnamed("new");
         const UnnamedFile other = unnamed("other");
-        EXPECT_EQ(entriesIn(folder.path()), 2 * entriesOfOne()) << "one takes the other for dead";
+        EXPECT_EQ(entriesIn(folder.path()), 2 * entriesOfOne())
+            << "one file was treated as a leftover of a killed process";
     }
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
@@ -388,8 +389,8 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
 
 INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,
                          testing::Values(Concealment::noName, Concealment::hiddenName),
-                         [](const auto& road) {
-                             return road.param == Concealment::noName ? "WithoutAName"
+                         [](const auto& info) {
+                             return info.param == Concealment::noName ? "WithoutAName"
                                                                       : "UnderAHiddenName";
                          });
 

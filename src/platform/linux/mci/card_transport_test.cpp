@@ -18,7 +18,7 @@ using fakes::FakeDisc;
 constexpr std::int64_t frames = disc::framesPerSector;
 
 /// Stores the sound that the card's recorder receives.
-class Heard : public sound::RecordingSink {
+class RecordedSound : public sound::RecordingSink {
   public:
     void record(std::span<const sound::StereoFrame> block) override {
         sound.insert(sound.end(), block.begin(), block.end());
@@ -51,20 +51,20 @@ class Bench {
 
 TEST(ATransport, PlaysTheDiscIntoTheCardsDiscLine) {
     Bench bench;
-    auto heard = std::make_shared<Heard>();
+    auto recorded = std::make_shared<RecordedSound>();
     const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({40, 60}));
     CardTransport transport(disc, bench.card, bench.now);
     EXPECT_FALSE(bench.card.active());
-    bench.card.startRecording(heard, bench.now());
+    bench.card.startRecording(recorded, bench.now());
     ASSERT_TRUE(transport.play(40, 100).ok());
     EXPECT_EQ(transport.mode(), PlayerMode::playing);
     EXPECT_EQ(transport.positionInFrames(), 40 * frames);
     bench.playUntil(transport, 100 * frames);
     EXPECT_EQ(transport.positionInFrames(), 100 * frames);
     EXPECT_EQ(transport.mode(), PlayerMode::stopped);
-    ASSERT_GE(heard->sound.size(), 60U * frames);
+    ASSERT_GE(recorded->sound.size(), 60U * frames);
     for (std::int64_t i = 0; i < 60 * frames; ++i) {
-        ASSERT_EQ(heard->sound[static_cast<std::size_t>(i)], FakeDisc::frameAt(40 * frames + i));
+        ASSERT_EQ(recorded->sound[static_cast<std::size_t>(i)], FakeDisc::frameAt(40 * frames + i));
     }
     EXPECT_EQ(disc->wrongReads(), 0);
 }
@@ -92,27 +92,27 @@ TEST(ATransport, LeavesTheCardIdleWhenItDoesNotPlay) {
 
 TEST(APausedTransport, LosesAndRepeatsNoSample) {
     Bench bench;
-    auto heard = std::make_shared<Heard>();
+    auto recorded = std::make_shared<RecordedSound>();
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
     ASSERT_TRUE(transport.play(0, 1000).ok());
-    bench.card.startRecording(heard, bench.now());
+    bench.card.startRecording(recorded, bench.now());
     bench.playUntil(transport, 1234);
     transport.pause();
     bench.card.stopRecording(bench.now());
     const std::int64_t place = transport.positionInFrames();
-    EXPECT_EQ(place, static_cast<std::int64_t>(heard->sound.size()));
+    EXPECT_EQ(place, static_cast<std::int64_t>(recorded->sound.size()));
     bench.pass(1h);
     EXPECT_EQ(transport.positionInFrames(), place);
     EXPECT_EQ(transport.mode(), PlayerMode::paused);
     transport.resume();
-    bench.card.startRecording(heard, bench.now());
+    bench.card.startRecording(recorded, bench.now());
     bench.playUntil(transport, place + 5000);
     transport.stop();
     bench.card.stopRecording(bench.now());
-    EXPECT_GE(heard->sound.size(), static_cast<std::size_t>(place) + 5000);
-    for (std::size_t i = 0; i < heard->sound.size(); ++i) {
-        ASSERT_EQ(heard->sound[i], FakeDisc::frameAt(static_cast<std::int64_t>(i))) << i;
+    EXPECT_GE(recorded->sound.size(), static_cast<std::size_t>(place) + 5000);
+    for (std::size_t i = 0; i < recorded->sound.size(); ++i) {
+        ASSERT_EQ(recorded->sound[i], FakeDisc::frameAt(static_cast<std::int64_t>(i))) << i;
     }
 }
 

@@ -51,7 +51,7 @@ bool CdMedium::present() {
     // If a disc was changed between two queries, reading the old one fails.
     if (!inDrive || (transport_ && transport_->gone())) {
         if (mode() == PlayerMode::playing) {
-            sayThatItVanished();
+            reportVanished();
         }
         release();
     }
@@ -76,11 +76,11 @@ void CdMedium::take(disc::Loaded loaded) {
 }
 
 void CdMedium::release() {
-    if (saidThatItStandsStill_) {
+    if (interruptionReported_) {
         notices_.settled(drive_->name(), "");
     }
-    saidThatItStandsStill_ = false;
-    saidThatItVanished_ = false;
+    interruptionReported_ = false;
+    vanishedReported_ = false;
     transport_.reset();
     playEnd_ = 0;
     disc_.reset();
@@ -171,22 +171,22 @@ void CdMedium::watch() {
     if (!transport_) {
         return;
     }
-    const bool standsStill =
+    const bool isInterrupted =
         mode() == PlayerMode::playing && transport_->readingFor() >= longestRead;
-    if (standsStill && !saidThatItStandsStill_) {
-        notices_.report(playingStandsStill(drive_->name(), longestRead));
-    } else if (!standsStill && saidThatItStandsStill_) {
+    if (isInterrupted && !interruptionReported_) {
+        notices_.report(playingIsInterrupted(drive_->name(), longestRead));
+    } else if (!isInterrupted && interruptionReported_) {
         notices_.settled(drive_->name(), "Responding again: " + drive_->name() + ".");
     }
-    saidThatItStandsStill_ = standsStill;
+    interruptionReported_ = isInterrupted;
     if (transport_->gone()) {
-        sayThatItVanished();
+        reportVanished();
     }
 }
 
 /// Not for a disc that has left an optical drive: the user has removed it.
-void CdMedium::sayThatItVanished() {
-    if (drive_->kind() == disc::DriveKind::image && !std::exchange(saidThatItVanished_, true)) {
+void CdMedium::reportVanished() {
+    if (drive_->kind() == disc::DriveKind::image && !std::exchange(vanishedReported_, true)) {
         notices_.report(discHasVanished(drive_->name()));
     }
 }

@@ -66,7 +66,7 @@ class CdMedium {
     void take(disc::Loaded loaded);
     void release();
     bool followChoice();
-    void sayThatItVanished();
+    void reportVanished();
     /// Created on first use: reading a table alone must not prepare the drive for reading sound.
     [[nodiscard]] Transport& transport();
 
@@ -80,8 +80,8 @@ class CdMedium {
     std::int64_t playEnd_ = 0;
     int failedLoads_ = 0; ///< since the drive was last seen empty
     bool trayOpened_ = false;
-    bool saidThatItStandsStill_ = false; ///< of this transport
-    bool saidThatItVanished_ = false;    ///< likewise
+    bool interruptionReported_ = false; ///< of this transport
+    bool vanishedReported_ = false;     ///< likewise
 };
 
 } // namespace sonarith::mci

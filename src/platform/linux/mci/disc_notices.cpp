@@ -38,7 +38,7 @@ Notice lostSound(std::span<const TrackLoss> losses, std::string_view path) {
     return {text + " in " + std::string(name) + "."};
 }
 
-Notice playingStandsStill(const std::string& drive, std::chrono::seconds since) {
+Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since) {
     return {"Playing is interrupted: " + drive + " has not responded for " +
                 std::to_string(since.count()) + " s.",
             drive};

@@ -25,7 +25,7 @@ struct TrackLoss {
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
 /// `drive` as Drive::name(); it is the notice's cause.
-[[nodiscard]] Notice playingStandsStill(const std::string& drive, std::chrono::seconds since);
+[[nodiscard]] Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since);
 [[nodiscard]] Notice discHasVanished(const std::string& drive);
 
 } // namespace sonarith::mci

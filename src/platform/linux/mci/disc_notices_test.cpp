@@ -36,7 +36,7 @@ TEST(LostSound, NamesTrackTimeAndFile) {
 }
 
 TEST(DiscNotices, NameTheDrive) {
-    const Notice still = playingStandsStill("the drive /dev/sr0", std::chrono::seconds(15));
+    const Notice still = playingIsInterrupted("the drive /dev/sr0", std::chrono::seconds(15));
     EXPECT_EQ(still.text, "Playing is interrupted: the drive /dev/sr0 has not responded for 15 s.");
     EXPECT_EQ(still.cause, "the drive /dev/sr0");
     EXPECT_EQ(discHasVanished("the disc image /a.cue").text,

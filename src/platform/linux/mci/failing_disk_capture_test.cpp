@@ -150,11 +150,11 @@ TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) 
         session.send("close all");
         const auto texts = session.notices.texts();
         const std::string place = "\"4711-1.wav\" in \"" + session.folder.path().string() + "\"";
-        const bool isSaid = texts.size() == 2 && texts[0].find("no space is left") < 200 &&
-                            texts[1].find(place) < 200 && texts[1].find("0:05 are kept") < 400;
+        const bool isReported = texts.size() == 2 && texts[0].find("no space is left") < 200 &&
+                                texts[1].find(place) < 200 && texts[1].find("0:05 are kept") < 400;
         std::filesystem::copy(session.folder / "4711-1.wav", result / "copy.wav");
         const bool isAlone = test::entriesIn(session.folder.path()) == 1;
-        ::_exit((hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isSaid ? 0 : 8) +
+        ::_exit((hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isReported ? 0 : 8) +
                 (isAlone ? 0 : 16));
     }
     int status = -1;

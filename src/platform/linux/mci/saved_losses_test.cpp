@@ -32,7 +32,7 @@ class SavedLosses : public testing::Test {
         EXPECT_EQ(session.send("stop capture"), fine());
         EXPECT_EQ(session.send("stop cd"), fine());
     }
-    std::vector<std::string> told() const { return session.machine.notices.texts(); }
+    std::vector<std::string> notices() const { return session.machine.notices.texts(); }
 
     CdSession session{threeTracks()};
     std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
@@ -43,9 +43,9 @@ TEST_F(SavedLosses, AreThoseOfThePlayedRange) {
     disc->guessedSectors = {13900};
     play("2", 100);
     EXPECT_EQ(session.send("save capture c:\\music\\1234-2.wav"), fine());
-    EXPECT_THAT(told(), ElementsAre("Track 2: 0.1 s could not be read and are silent, and 0.1 s "
-                                    "could not be read without error and are the drive's best "
-                                    "guess in 1234-2.wav."));
+    EXPECT_THAT(notices(), ElementsAre("Track 2: 0.1 s could not be read and are silent, and 0.1 s "
+                                       "could not be read without error and are the drive's best "
+                                       "guess in 1234-2.wav."));
 }
 
 TEST_F(SavedLosses, CountAPartlyPlayedSector) {
@@ -54,22 +54,23 @@ TEST_F(SavedLosses, CountAPartlyPlayedSector) {
     EXPECT_EQ(session.send("play cd from 2"), fine());
     session.machine.transport->advance(1);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
-    EXPECT_EQ(told().size(), 1u);
+    EXPECT_EQ(notices().size(), 1u);
 }
 
 TEST_F(SavedLosses, NameEachTrackThatWasPlayed) {
     disc->silentSectors = {13874, 13875};
     play("1:03:04:74", 3);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
-    EXPECT_THAT(told(), ElementsAre("Track 1: 0.1 s could not be read and are silent; Track 2: 0.1 "
-                                    "s could not be read and are silent in a.wav."));
+    EXPECT_THAT(notices(),
+                ElementsAre("Track 1: 0.1 s could not be read and are silent; Track 2: 0.1 "
+                            "s could not be read and are silent in a.wav."));
 }
 
 TEST_F(SavedLosses, AreEmptyForACompleteTrack) {
     disc->silentSectors = {13000};
     play("2", 4510);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
-    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(notices(), IsEmpty());
 }
 
 TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
@@ -77,11 +78,11 @@ TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     play("2", 100);
     session.machine.recorder.unwritable = true;
     EXPECT_EQ(session.send("save capture c:\\a.wav"), refused(MciError::fileNotSaved));
-    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(notices(), IsEmpty());
     session.machine.recorder.unwritable = false;
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
     EXPECT_EQ(session.send("save capture c:\\b.wav"), fine());
-    EXPECT_EQ(told().size(), 1u);
+    EXPECT_EQ(notices().size(), 1u);
 }
 
 TEST_F(SavedLosses, AreNotQueriedOnADiscThatIsClosedOrRemoved) {
@@ -92,7 +93,7 @@ TEST_F(SavedLosses, AreNotQueriedOnADiscThatIsClosedOrRemoved) {
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
     EXPECT_EQ(session.send("close cd"), fine());
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
-    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(notices(), IsEmpty());
 }
 
 TEST_F(SavedLosses, DoNotCountSectorsThatASeekSkipped) {
@@ -101,7 +102,7 @@ TEST_F(SavedLosses, DoNotCountSectorsThatASeekSkipped) {
     EXPECT_EQ(session.send("seek cd to 3"), fine());
     EXPECT_EQ(session.send("record capture"), fine());
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
-    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(notices(), IsEmpty());
 }
 
 } // namespace

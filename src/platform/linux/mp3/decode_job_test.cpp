@@ -30,7 +30,7 @@ using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
 
-void nobodyAsks(const DecodeResult& /*result*/) {}
+void ignoreEnd(const DecodeResult& /*result*/) {}
 
 /// Whether this process has the file open.
 bool isOpen(const fs::path& path) {
@@ -59,7 +59,7 @@ class DecodeJobTest : public testing::Test {
   protected:
     ~DecodeJobTest() override { EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30))); }
     std::unique_ptr<DecodeJob> start(const fs::path& to, const Division& division = {2, 16}) {
-        return std::make_unique<DecodeJob>(DecodeOrder{source, to, division}, &nobodyAsks, saves);
+        return std::make_unique<DecodeJob>(DecodeOrder{source, to, division}, &ignoreEnd, saves);
     }
     static bool waitFor(const DecodeJob& job) {
         return fakes::eventually([&] { return job.over(); });
@@ -83,7 +83,7 @@ class DecodeJobTest : public testing::Test {
 };
 
 TEST_F(DecodeJobTest, WritesTheWholeFileByEitherMethod) {
-    const fixture::Heard whole = fixture::sequentially(ordinary());
+    const fixture::DecodedSound whole = fixture::sequentially(ordinary());
     for (const Division& division : {Division{1, 16}, Division{2, 16}, Division{}}) {
         const DecodeResult result = decode(ordinary(), division);
         EXPECT_EQ(result.outcome, DecodeOutcome::completed);
@@ -92,9 +92,9 @@ TEST_F(DecodeJobTest, WritesTheWholeFileByEitherMethod) {
             << division.threads;
         EXPECT_EQ(result.count, whole.count);
         EXPECT_EQ(result.samples, 4 * 44100);
-        const fixture::Heard heard = fixture::readWav(target);
-        EXPECT_EQ(heard.format, result.format);
-        EXPECT_EQ(fixture::difference(heard.samples, whole.samples), std::nullopt);
+        const fixture::DecodedSound decoded = fixture::readWav(target);
+        EXPECT_EQ(decoded.format, result.format);
+        EXPECT_EQ(fixture::difference(decoded.samples, whole.samples), std::nullopt);
         EXPECT_EQ(entries(), 2);
         fs::remove(target);
     }
@@ -127,7 +127,7 @@ TEST_F(DecodeJobTest, ContinuesInOnePassFromAFrameThatTheLibraryCannotDecode) {
     const DecodeResult result = decode(broken);
     EXPECT_EQ(result.outcome, DecodeOutcome::completed);
     EXPECT_EQ(result.method, DecodeMethod::mixed);
-    const fixture::Heard whole = fixture::sequentially(broken);
+    const fixture::DecodedSound whole = fixture::sequentially(broken);
     EXPECT_EQ(result.count, whole.count);
     EXPECT_EQ(fixture::difference(fixture::readWav(target).samples, whole.samples), std::nullopt);
 }
@@ -187,7 +187,7 @@ TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndReportsWhy) {
 TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
     const Data& data = encoded(44100, 2, "-b 320");
     writeFile(source, data);
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
         for (const int percent : {0, 1, 20, 50, 80}) {
             writeFile(target, text("old"));
@@ -256,7 +256,7 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
 TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
     // The file becomes shorter while it is read, as on a failing disk.
     const Data& data = encoded(44100, 2, "-b 320");
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {1U, 2U}) {
         writeFile(source, data);
         fs::resize_file(source, std::uintmax_t{1} << 40); // so that the scan takes long
@@ -279,7 +279,7 @@ constexpr int room = 480'000; ///< in bytes
 
 /// Decodes, in a child process, with space for two thirds of the sound: 0 if these are kept.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
-    DecodeJob job({source, wav, {threads, 16}}, &nobodyAsks,
+    DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,
                   std::make_shared<sound::PendingSaves>());
     if (!fakes::eventually([&] { return job.over(); })) {
         return 1;
@@ -337,7 +337,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
 TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesByEitherMethod) {
     const Data& other = encoded(48000, 2, "-t -b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + ordinary() + other;
-    const fixture::Heard song = fixture::sequentially(ordinary());
+    const fixture::DecodedSound song = fixture::sequentially(ordinary());
     for (const unsigned threads : {1U, 2U}) {
         const DecodeResult result =
             decode(fixture::part(other, 0, 4 * 384) + ordinary(), {threads, 16});

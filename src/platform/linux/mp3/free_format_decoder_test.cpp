@@ -9,8 +9,8 @@ namespace sonarith::mp3 {
 namespace {
 
 using fixture::Data;
+using fixture::DecodedSound;
 using fixture::encoded;
-using fixture::Heard;
 using fixture::Samples;
 using fixture::operator+;
 
@@ -18,8 +18,8 @@ TEST(FreeFormatDecoderTest, DecodesToTheSameSamplesAsTheLibrarysTool) {
     for (const char* options :
          {"--freeformat -b 400", "-t --freeformat -b 400", "-t --freeformat -b 37 --resample 32"}) {
         const Data& data = encoded(44100, 2, options, 1);
-        const Heard ours = fixture::sequentially(data);
-        const Heard tools = fixture::byTool(data);
+        const DecodedSound ours = fixture::sequentially(data);
+        const DecodedSound tools = fixture::byTool(data);
         EXPECT_EQ(ours.format, tools.format) << options;
         EXPECT_GT(ours.samples.size(), 32000U * 2 - 1) << options;
         EXPECT_EQ(fixture::difference(ours.samples, tools.samples), std::nullopt) << options;
@@ -34,11 +34,11 @@ TEST(FreeFormatDecoderTest, DecodesAfterJunk) {
 }
 
 TEST(FreeFormatDecoderTest, DropsFramesOfAnotherFormat) {
-    const Heard heard = fixture::sequentially(encoded(44100, 2, "-t --freeformat -b 400") +
-                                              encoded(48000, 2, "-t -b 128"));
-    EXPECT_EQ(heard.format, (PcmFormat{44100, 2}));
-    EXPECT_GT(heard.count.loss.framesDropped, 100);
-    EXPECT_LE(heard.samples.size(), 156U * 2304);
+    const DecodedSound decoded = fixture::sequentially(encoded(44100, 2, "-t --freeformat -b 400") +
+                                                       encoded(48000, 2, "-t -b 128"));
+    EXPECT_EQ(decoded.format, (PcmFormat{44100, 2}));
+    EXPECT_GT(decoded.count.loss.framesDropped, 100);
+    EXPECT_LE(decoded.samples.size(), 156U * 2304);
 }
 
 TEST(FreeFormatDecoderTest, EndsWithAFailureIfReadingFails) {

@@ -184,7 +184,7 @@ class BadPlaceSource : public ByteSource {
 };
 
 /// All of a stream's sound, and the counts of its decoding.
-struct Heard {
+struct DecodedSound {
     PcmFormat format{0, 0};
     Samples samples;
     DecodeCount count;
@@ -192,76 +192,76 @@ struct Heard {
     std::optional<Error> failure = std::nullopt;
 };
 
-inline Heard sequentially(const ByteSource& source) {
+inline DecodedSound sequentially(const ByteSource& source) {
     const Result<std::unique_ptr<PcmReader>> reader = openPcmReader(source, surveyStream(source));
-    Heard heard;
+    DecodedSound decoded;
     EXPECT_TRUE(reader.ok());
     if (reader.ok() && reader.value()) {
-        heard.format = reader.value()->format();
+        decoded.format = reader.value()->format();
         for (auto part = reader.value()->next(); !part.empty(); part = reader.value()->next()) {
-            heard.samples.insert(heard.samples.end(), part.begin(), part.end());
+            decoded.samples.insert(decoded.samples.end(), part.begin(), part.end());
         }
-        heard.count = reader.value()->count();
-        heard.failure = reader.value()->failure();
+        decoded.count = reader.value()->count();
+        decoded.failure = reader.value()->failure();
     }
-    return heard;
+    return decoded;
 }
 
-inline Heard sequentially(const Data& data) {
+inline DecodedSound sequentially(const Data& data) {
     return sequentially(MemorySource(data));
 }
 
 /// The same with a new decoder for each segment. Precondition: Layer III, no free format.
-inline Heard inSegments(const ByteSource& source, std::int64_t framesPerSegment) {
-    Heard heard;
+inline DecodedSound inSegments(const ByteSource& source, std::int64_t framesPerSegment) {
+    DecodedSound decoded;
     const std::optional<StreamFormat> format = surveyStream(source).format;
     if (!format) {
-        return heard;
+        return decoded;
     }
     const FrameSequence frames(source, *format);
-    heard.format = {format->rate, format->channels};
+    decoded.format = {format->rate, format->channels};
     SegmentIndex index(frames, framesPerSegment);
     while (const std::optional<Segment> segment = index.next()) {
         const SegmentOutcome outcome = decodeSegment(
             source, *format, frames.trim(), *segment,
             [&](std::int64_t, std::int64_t first, std::span<const std::int16_t> samples) {
-                EXPECT_EQ(static_cast<std::size_t>(first * heard.format.channels),
-                          heard.samples.size());
-                heard.samples.insert(heard.samples.end(), samples.begin(), samples.end());
+                EXPECT_EQ(static_cast<std::size_t>(first * decoded.format.channels),
+                          decoded.samples.size());
+                decoded.samples.insert(decoded.samples.end(), samples.begin(), samples.end());
                 return Result<bool>(true);
             });
         EXPECT_FALSE(outcome.failure);
         if (outcome.end != SegmentEnd::complete) {
-            heard.broken = outcome.end == SegmentEnd::broken;
+            decoded.broken = outcome.end == SegmentEnd::broken;
             break;
         }
     }
-    heard.count = index.count();
-    heard.failure = index.failure();
-    return heard;
+    decoded.count = index.count();
+    decoded.failure = index.failure();
+    return decoded;
 }
 
-inline Heard inSegments(const Data& data, std::int64_t framesPerSegment) {
+inline DecodedSound inSegments(const Data& data, std::int64_t framesPerSegment) {
     return inSegments(MemorySource(data), framesPerSegment);
 }
 
-inline Heard readWav(const std::filesystem::path& path) {
-    Heard heard;
+inline DecodedSound readWav(const std::filesystem::path& path) {
+    DecodedSound decoded;
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
     EXPECT_NE(file, nullptr) << path;
     if (file != nullptr) {
         EXPECT_EQ(info.format & SF_FORMAT_SUBMASK, SF_FORMAT_PCM_16);
-        heard.format = {info.samplerate, info.channels};
-        heard.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-        EXPECT_EQ(sf_readf_short(file, heard.samples.data(), info.frames), info.frames);
+        decoded.format = {info.samplerate, info.channels};
+        decoded.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+        EXPECT_EQ(sf_readf_short(file, decoded.samples.data(), info.frames), info.frames);
         sf_close(file);
     }
-    return heard;
+    return decoded;
 }
 
 /// The result of the decoding library's own tool.
-inline Heard byTool(const Data& data) {
+inline DecodedSound byTool(const Data& data) {
     const fakes::TempFolder folder;
     writeFile(folder / "in.mp3", data);
     EXPECT_TRUE(test::runProgram(

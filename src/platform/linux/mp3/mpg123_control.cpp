@@ -20,7 +20,7 @@ const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is s
 /// A working disk has named a stopped WAV by then, and the user does not notice it.
 constexpr std::chrono::milliseconds stopPatience{40};
 /// Within this time a working disk reports whether the files of a completed decoding were changed.
-constexpr std::chrono::milliseconds lookPatience{20};
+constexpr std::chrono::milliseconds checkTimeout{20};
 
 /// The file name of a path in the logic's form or the machine's.
 std::string nameIn(const std::string& path) {
@@ -139,7 +139,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
         },
         saves_, std::move(former));
     if (mayBeSpared) {
-        job_->awaitEnd(lookPatience);
+        job_->awaitEnd(checkTimeout);
     }
     return {};
 }

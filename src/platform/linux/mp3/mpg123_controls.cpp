@@ -8,15 +8,15 @@ namespace sonarith::mp3 {
 /// A control that is registered during its lifetime.
 class Mpg123Controls::Registered final : public Mpg123Control {
   public:
-    Registered(const Mpg123Controls& maker, std::shared_ptr<std::set<ActiveMP3*>> alive)
+    Registered(const Mpg123Controls& maker, std::shared_ptr<std::set<ActiveMP3*>> controls)
         : Mpg123Control(maker.card_, maker.clock_, maker.mapPath_, maker.notices_, maker.saves_),
-          alive_(std::move(alive)) {
-        alive_->insert(this);
+          controls_(std::move(controls)) {
+        controls_->insert(this);
     }
-    ~Registered() override { alive_->erase(this); }
+    ~Registered() override { controls_->erase(this); }
 
   private:
-    std::shared_ptr<std::set<ActiveMP3*>> alive_;
+    std::shared_ptr<std::set<ActiveMP3*>> controls_;
 };
 
 Mpg123Controls::Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
@@ -29,11 +29,11 @@ Mpg123Controls::Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock cloc
       saves_(std::move(saves)) {}
 
 std::unique_ptr<ActiveMP3> Mpg123Controls::create() {
-    return std::make_unique<Registered>(*this, alive_);
+    return std::make_unique<Registered>(*this, controls_);
 }
 
 void Mpg123Controls::stopAll() {
-    for (ActiveMP3* control : *alive_) {
+    for (ActiveMP3* control : *controls_) {
         control->Stop().passOver();
     }
 }

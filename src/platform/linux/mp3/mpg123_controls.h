@@ -33,7 +33,7 @@ class Mpg123Controls final : public Mp3Controls {
     Notices& notices_;
     std::shared_ptr<sound::PendingSaves> saves_;
     /// Shared with the controls, which may outlive this.
-    std::shared_ptr<std::set<ActiveMP3*>> alive_ = std::make_shared<std::set<ActiveMP3*>>();
+    std::shared_ptr<std::set<ActiveMP3*>> controls_ = std::make_shared<std::set<ActiveMP3*>>();
 };
 
 } // namespace sonarith::mp3

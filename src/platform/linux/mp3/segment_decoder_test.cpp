@@ -9,9 +9,9 @@ namespace sonarith::mp3 {
 namespace {
 
 using fixture::Data;
+using fixture::DecodedSound;
 using fixture::difference;
 using fixture::encoded;
-using fixture::Heard;
 using fixture::junk;
 using fixture::operator+;
 using fixture::ordinary;
@@ -20,11 +20,11 @@ using fixture::part;
 /// Expects that segments of odd sizes match one pass byte for byte. Returns whether they could be
 /// decoded.
 bool expectSame(const Data& data, const std::string& name) {
-    const Heard whole = fixture::sequentially(data);
+    const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;
     bool broken = false;
     for (const std::int64_t size : {1, 7, 24, 61}) {
-        const Heard pieces = fixture::inSegments(data, size);
+        const DecodedSound pieces = fixture::inSegments(data, size);
         broken = broken || pieces.broken;
         if (!pieces.broken) {
             EXPECT_EQ(difference(pieces.samples, whole.samples), std::nullopt)

@@ -65,7 +65,7 @@ Data brokenAt(std::vector<std::size_t> frames) {
 
 TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
     const Data& data = encoded(44100, 2, "-V 2");
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const unsigned threads : {0U, 1U, 2U, 3U, 8U}) {
         const MemorySource source(data);
         const Decoded decoded = decode(source, {threads, 13});
@@ -79,7 +79,7 @@ TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
 
 TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
     const Data& data = encoded(44100, 2, "-b 320");
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     int between = 0;
     for (std::int64_t at = 0; at < static_cast<std::int64_t>(data.size()); at += 30'000) {
         stop = false;
@@ -103,7 +103,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
 TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeRead) {
     const Data& data = encoded(44100, 2, "-b 320");
     const auto frames = fixture::framesOf(data);
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const std::size_t number : {1U, 77U, 80U, 154U}) {
         const auto bad = static_cast<std::size_t>(frames[number].offset) + 500;
         for (const unsigned threads : {1U, 3U}) {
@@ -136,7 +136,7 @@ TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeReadInOnePassTo
 TEST_F(SegmentWorkersTest, OneContinuesAloneFromTheFirstBrokenSegment) {
     for (const auto& frames : {std::vector<std::size_t>{0}, {75}, {100, 119, 120}, {150}}) {
         const Data data = brokenAt(frames);
-        const fixture::Heard whole = fixture::sequentially(data);
+        const fixture::DecodedSound whole = fixture::sequentially(data);
         for (const unsigned threads : {1U, 2U, 4U}) {
             const MemorySource source(data);
             const Decoded decoded = decode(source, {threads, 20});
@@ -152,7 +152,7 @@ TEST_F(SegmentWorkersTest, OneContinuesAloneFromTheFirstBrokenSegment) {
 
 TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
     const Data data = brokenAt({75});
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     int beyond = 0;
     // The first reading is for the format. Who is how far at a reading is up to the scheduler: if
     // nobody was stopped behind the broken frame, it is tried again.

@@ -10,9 +10,9 @@ namespace {
 
 using fixture::byTool;
 using fixture::Data;
+using fixture::DecodedSound;
 using fixture::difference;
 using fixture::encoded;
-using fixture::Heard;
 using fixture::junk;
 using fixture::operator+;
 using fixture::ordinary;
@@ -20,8 +20,8 @@ using fixture::part;
 using fixture::sequentially;
 
 void expectLikeTheTool(const Data& data, const std::string& name) {
-    const Heard ours = sequentially(data);
-    const Heard tools = byTool(data);
+    const DecodedSound ours = sequentially(data);
+    const DecodedSound tools = byTool(data);
     EXPECT_EQ(ours.format, tools.format) << name;
     EXPECT_FALSE(ours.samples.empty()) << name;
     EXPECT_EQ(ours.samples.size(), tools.samples.size()) << name;
@@ -62,13 +62,13 @@ TEST(SequentialDecoderTest, HasExactlyTheSamplesThatWereEncoded) {
 
 TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
     const std::size_t place = static_cast<std::size_t>(fixture::framesOf(ordinary())[70].offset);
-    const Heard whole = sequentially(ordinary());
+    const DecodedSound whole = sequentially(ordinary());
     for (const std::size_t bytes : {500U, 1500U, 4096U, 70'000U}) {
         EXPECT_EQ(difference(sequentially(junk(bytes) + ordinary()).samples, whole.samples),
                   std::nullopt)
             << bytes;
-        const Heard inside = sequentially(part(ordinary(), 0, place) + junk(bytes) +
-                                          part(ordinary(), place, SIZE_MAX));
+        const DecodedSound inside = sequentially(part(ordinary(), 0, place) + junk(bytes) +
+                                                 part(ordinary(), place, SIZE_MAX));
         EXPECT_EQ(inside.samples.size(), whole.samples.size()) << bytes;
         EXPECT_EQ(inside.count.framesDecoded, 155);
         EXPECT_EQ(inside.count.loss.bytesSkipped, static_cast<std::int64_t>(bytes));
@@ -87,12 +87,12 @@ TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
 TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
     const Data& mono = encoded(44100, 1, "-b 64");
     const Data jingle = part(mono, 0, static_cast<std::size_t>(fixture::framesOf(mono)[3].offset));
-    const Heard heard =
+    const DecodedSound decoded =
         sequentially(jingle + ordinary() + encoded(48000, 2, "-b 128") + mono + ordinary());
-    EXPECT_EQ(heard.format, (PcmFormat{44100, 2}));
-    EXPECT_EQ(heard.count.framesDecoded, 155 + 156);
-    EXPECT_EQ(heard.count.loss.framesDropped, 4 + 168 + 155 + 2);
-    EXPECT_EQ(heard.count.loss.bytesSkipped, 0);
+    EXPECT_EQ(decoded.format, (PcmFormat{44100, 2}));
+    EXPECT_EQ(decoded.count.framesDecoded, 155 + 156);
+    EXPECT_EQ(decoded.count.loss.framesDropped, 4 + 168 + 155 + 2);
+    EXPECT_EQ(decoded.count.loss.bytesSkipped, 0);
     // As if the others did not exist.
     EXPECT_EQ(
         difference(sequentially(jingle + ordinary()).samples, sequentially(ordinary()).samples),
@@ -108,12 +108,12 @@ TEST(SequentialDecoderTest, ReturnsNoReaderWithoutAFrame) {
 
 TEST(SequentialDecoderTest, EndsWithAFailureIfReadingFailsAfterEverythingBefore) {
     const auto bad = static_cast<std::size_t>(fixture::framesOf(ordinary())[100].offset);
-    const Heard heard = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
-    ASSERT_TRUE(heard.failure);
-    EXPECT_EQ(heard.count.framesDecoded, 100);
-    const Heard whole = sequentially(ordinary());
-    ASSERT_GT(heard.samples.size(), 98U * 1152 * 2);
-    EXPECT_TRUE(std::equal(heard.samples.begin(), heard.samples.end(), whole.samples.begin()));
+    const DecodedSound decoded = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
+    ASSERT_TRUE(decoded.failure);
+    EXPECT_EQ(decoded.count.framesDecoded, 100);
+    const DecodedSound whole = sequentially(ordinary());
+    ASSERT_GT(decoded.samples.size(), 98U * 1152 * 2);
+    EXPECT_TRUE(std::equal(decoded.samples.begin(), decoded.samples.end(), whole.samples.begin()));
 }
 
 TEST(SequentialDecoderTest, ReturnsTheKeptPartOfEachFrame) {

@@ -60,9 +60,9 @@ TEST_F(WavTargetTest, HasEverySampleAtItsPlaceWhateverTheOrder) {
     EXPECT_TRUE(target->place(2, Samples{5, 6}).ok());
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
     EXPECT_TRUE(target->finish(3).ok());
-    const auto heard = fixture::readWav(path);
-    EXPECT_EQ(heard.format, (PcmFormat{22050, 2}));
-    EXPECT_EQ(heard.samples, (Samples{1, 2, 3, 4, 5, 6}));
+    const auto decoded = fixture::readWav(path);
+    EXPECT_EQ(decoded.format, (PcmFormat{22050, 2}));
+    EXPECT_EQ(decoded.samples, (Samples{1, 2, 3, 4, 5, 6}));
 }
 
 TEST_F(WavTargetTest, IsTruncatedAtItsGivenEnd) {

@@ -35,7 +35,7 @@ std::optional<char> storedLetterOf(const SettingsStore& store, const std::string
     return std::nullopt;
 }
 
-std::optional<char> giveLetter(SettingsStore& store, const std::string& mountPoint) {
+std::optional<char> assignLetter(SettingsStore& store, const std::string& mountPoint) {
     if (const auto stored = storedLetterOf(store, mountPoint)) {
         return stored;
     }
@@ -68,7 +68,7 @@ void DriveTable::update(const std::vector<MountPoint>& mounts) {
             continue;
         }
         const auto letter = mount.path == home_ ? storedLetterOf(store_, mount.path)
-                                                : giveLetter(store_, mount.path);
+                                                : assignLetter(store_, mount.path);
         if (letter) {
             drives_.push_back({*letter, mount.path});
         }

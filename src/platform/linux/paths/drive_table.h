@@ -62,7 +62,7 @@ class DriveTable {
 [[nodiscard]] std::optional<char> storedLetterOf(const SettingsStore& store,
                                                  const std::string& mountPoint);
 /// As storedLetterOf(), or else a free letter, which is stored; empty if none is free.
-[[nodiscard]] std::optional<char> giveLetter(SettingsStore& store, const std::string& mountPoint);
+[[nodiscard]] std::optional<char> assignLetter(SettingsStore& store, const std::string& mountPoint);
 /// The mount point that the store has for a letter; empty if there is none.
 [[nodiscard]] std::string storedMountPoint(const SettingsStore& store, char letter);
 

@@ -95,7 +95,7 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
     if (const std::string moved = storedMountPoint(store, homeLetter); moved == plainHome) {
         store.DeleteSetting(applicationName, drivesSection, key); // a mount on the home keeps H:
     } else if (!moved.empty()) {
-        const std::string start = newStartOf(giveLetter(store, moved), moved);
+        const std::string start = newStartOf(assignLetter(store, moved), moved);
         changeEach([&](const std::string& path) {
             return isOnHomeLetter(path) ? std::optional(start + path.substr(2)) : std::nullopt;
         });

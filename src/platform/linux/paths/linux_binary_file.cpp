@@ -60,8 +60,8 @@ Result<std::unique_ptr<BinaryFile>> LinuxBinaryFile::open(const std::string& mac
             return fileErrorOfSystem(refusal);
         }
     }
-    constexpr mode_t asTheUserWishes = 0666; // minus the umask
-    files::FileDescriptor opened(::open(machinePath.c_str(), flagsOf(access), asTheUserWishes));
+    constexpr mode_t defaultMode = 0666; // minus the umask
+    files::FileDescriptor opened(::open(machinePath.c_str(), flagsOf(access), defaultMode));
     if (!opened.valid() || ::fstat(opened.get(), &status) != 0) {
         return fileErrorOfSystem(errno);
     }

@@ -209,11 +209,11 @@ Status LinuxFileSystem::makeFolder(const std::string& name) {
     if (!located.ok()) {
         return located.error();
     }
-    constexpr mode_t asTheUserWishes = 0777; // minus the umask
+    constexpr mode_t defaultMode = 0777; // minus the umask
     if (located.value().found) {
         return fileError(ErrorNumber::pathFileAccess);
     }
-    if (::mkdir(located.value().path.c_str(), asTheUserWishes) == 0) {
+    if (::mkdir(located.value().path.c_str(), defaultMode) == 0) {
         paths_.rememberChosen(located.value().path);
         return {};
     }

@@ -17,7 +17,7 @@ PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
 PatientBinaryFile::~PatientBinaryFile() {
     // A close may hang as a read may. Most are completed within the short wait, so that the next
     // operation on the file's name finds it closed.
-    calls_.tell(Waiting::plainMoment,
+    calls_.send(Waiting::plainMoment,
                 [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
 }
 

@@ -64,7 +64,7 @@ std::unique_ptr<PatientPaths::Lane> PatientPaths::makeLane() {
 }
 
 bool PatientPaths::carryOut(const Concerned& concerned, Job job) {
-    forgetWhatHasReturned();
+    removeReturnedCalls();
     const std::vector<std::string> paths = concerned();
     if (left_.size() >= mostLeftBehind || isUnanswered(paths)) {
         return false;
@@ -75,19 +75,19 @@ bool PatientPaths::carryOut(const Concerned& concerned, Job job) {
         if (!*machine) {
             *machine = make();
         }
-        const auto mayAsk = [&](const std::string& mount) {
+        const auto mayCall = [&](const std::string& mount) {
             return !hanging.contains(mount);
         };
         // Following the path takes longer than most calls, so it is done only while a call hangs.
         *refused = !hanging.empty() &&
                    !std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
-                       return walkToPlace(**machine, places, path, mayAsk);
+                       return walkToPlace(**machine, places, path, mayCall);
                    });
         if (!*refused) {
             job(**machine);
         }
     };
-    if (lane_->calls.tell(bound_, std::move(call)) != waiting::BlockingCalls::Told::done) {
+    if (lane_->calls.send(bound_, std::move(call)) != waiting::BlockingCalls::CommandState::done) {
         leaveBehind(concerned());
         return false;
     }
@@ -112,7 +112,7 @@ void PatientPaths::leaveBehind(const std::vector<std::string>& paths) {
 std::shared_ptr<const PatientPaths::Search>
 PatientPaths::search(const std::vector<std::string>& paths) {
     const auto search = std::make_shared<Search>();
-    lane_->calls.tell(searchBound, [machine = lane_->machine, make = access_.make,
+    lane_->calls.send(searchBound, [machine = lane_->machine, make = access_.make,
                                     places = access_.places, paths, search] {
         if (!*machine) {
             *machine = make();
@@ -122,7 +122,7 @@ PatientPaths::search(const std::vector<std::string>& paths) {
     return search;
 }
 
-void PatientPaths::forgetWhatHasReturned() {
+void PatientPaths::removeReturnedCalls() {
     std::erase_if(left_, [](const LeftBehind& left) { return left.lane->calls.idle(); });
     const std::set<std::string> hanging = mountsThatHang();
     std::erase_if(reported_, [&](const std::string& mount) {

@@ -95,7 +95,7 @@ class PatientPaths {
     [[nodiscard]] bool carryOut(const Concerned& concerned, Job job);
     void leaveBehind(const std::vector<std::string>& paths);
     [[nodiscard]] std::shared_ptr<const Search> search(const std::vector<std::string>& paths);
-    void forgetWhatHasReturned();
+    void removeReturnedCalls();
     [[nodiscard]] bool isUnanswered(const std::vector<std::string>& paths) const;
     [[nodiscard]] std::set<std::string> mountsThatHang() const;
     [[nodiscard]] std::unique_ptr<Lane> makeLane();

@@ -40,11 +40,11 @@ std::string mountOf(const std::vector<std::string>& mountPoints, const std::stri
 
 class PlaceWalk {
   public:
-    PlaceWalk(const PlaceAccess& access, const std::function<bool(const std::string&)>& mayAsk)
-        : access_(access), mayAsk_(mayAsk), mountPoints_(access.mountPoints()) {}
+    PlaceWalk(const PlaceAccess& access, const std::function<bool(const std::string&)>& mayCall)
+        : access_(access), mayCall_(mayCall), mountPoints_(access.mountPoints()) {}
 
-    [[nodiscard]] bool mayAsk(const std::string& machinePath) const {
-        return mayAsk_(mountOf(mountPoints_, machinePath));
+    [[nodiscard]] bool mayCall(const std::string& machinePath) const {
+        return mayCall_(mountOf(mountPoints_, machinePath));
     }
 
     /// The target of `name` in `folder`, which itself contains no link; empty if it may not be
@@ -55,7 +55,7 @@ class PlaceWalk {
         while (!names.empty()) {
             const std::string next = joined(at, names.front());
             names.pop_front();
-            if (!mayAsk(next)) {
+            if (!mayCall(next)) {
                 return std::nullopt;
             }
             const std::optional<std::string> target =
@@ -76,7 +76,7 @@ class PlaceWalk {
 
   private:
     const PlaceAccess& access_;
-    const std::function<bool(const std::string&)>& mayAsk_;
+    const std::function<bool(const std::string&)>& mayCall_;
     const std::vector<std::string> mountPoints_;
     int links_ = 0;
 };
@@ -102,20 +102,20 @@ PlaceAccess placesOfThisMachine() {
 }
 
 bool walkToPlace(MachineFiles& machine, const PlaceAccess& access, const std::string& path,
-                 const std::function<bool(const std::string& mount)>& mayAsk) {
-    PlaceWalk walk(access, mayAsk);
+                 const std::function<bool(const std::string& mount)>& mayCall) {
+    PlaceWalk walk(access, mayCall);
     std::string part = path.substr(0, 2);
     const Result<Located> root = machine.locate(part + "\\");
     if (!root.ok()) {
         return true; // no such drive: no mount will be accessed
     }
     std::string place = root.value().path;
-    if (!walk.mayAsk(place)) {
+    if (!walk.mayCall(place)) {
         return false;
     }
     for (const std::string& name : namesOf(std::string_view(path).substr(part.size()), "\\/")) {
         part += "\\" + name;
-        if (!walk.mayAsk(joined(place, machineName(name)))) {
+        if (!walk.mayCall(joined(place, machineName(name)))) {
             return false;
         }
         const Result<Located> located = machine.locate(part);

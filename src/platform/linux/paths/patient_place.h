@@ -24,11 +24,11 @@ struct PlaceAccess {
 /// The real machine's.
 [[nodiscard]] PlaceAccess placesOfThisMachine();
 
-/// Follows the path as far as it exists, with all its links, and calls `mayAsk` with the mount
-/// point before each step that accesses a mount. False once `mayAsk` returns false. Each step may
+/// Follows the path as far as it exists, with all its links, and calls `mayCall` with the mount
+/// point before each step that accesses a mount. False once `mayCall` returns false. Each step may
 /// block.
 [[nodiscard]] bool walkToPlace(MachineFiles& machine, const PlaceAccess& access,
                                const std::string& path,
-                               const std::function<bool(const std::string& mount)>& mayAsk);
+                               const std::function<bool(const std::string& mount)>& mayCall);
 
 } // namespace sonarith

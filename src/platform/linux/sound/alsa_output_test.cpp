@@ -86,7 +86,7 @@ TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
     ASSERT_TRUE(server.listen());
     constexpr std::int64_t length = 25'000;
     PlayingCard playing("default", length);
-    EXPECT_TRUE(eventually([&] { return holds(server.heard(), pattern(0, length)); }));
+    EXPECT_TRUE(eventually([&] { return holds(server.played(), pattern(0, length)); }));
     playing.expectWholeCapture();
 }
 
@@ -112,9 +112,9 @@ TEST(AlsaOutput, PlaysAgainWhenTheServerRunsAgain) {
     ASSERT_TRUE(server.start());
     ASSERT_TRUE(server.listen());
     EXPECT_TRUE(eventually([&] {
-        const Frames heard = server.heard();
-        return std::count(heard.begin(), heard.end(), StereoFrame{}) <
-               static_cast<std::ptrdiff_t>(heard.size());
+        const Frames played = server.played();
+        return std::count(played.begin(), played.end(), StereoFrame{}) <
+               static_cast<std::ptrdiff_t>(played.size());
     }));
     playing.expectWholeCapture();
 }

@@ -232,14 +232,14 @@ TEST(CardMixer, IsAbsentWithoutACard) {
     EXPECT_EQ(none.setControlDetails(handle, record), MixerResult::invalidHandle);
 }
 
-// --- what is heard -----------------------------------------------------------------------------
+// --- what is played -----------------------------------------------------------------------------
 
 TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     constexpr double hz = 1000;
     play(Line::compactDisc, std::make_shared<ToneSource>(hz, 20'000));
     const auto heardDb = [&] {
-        const Frames heard = hear(1s);
-        return decibels(amplitudeAt(fakes::leftOf(heard), hz, frameRate) / 20'000);
+        const Frames played = hear(1s);
+        return decibels(amplitudeAt(fakes::leftOf(played), hz, frameRate) / 20'000);
     };
     EXPECT_NEAR(heardDb(), 0, 0.01);
     EXPECT_EQ(set(4, mixer_control::volume, 32768), MixerResult::noError);
@@ -287,10 +287,10 @@ TEST_P(CardMixerTone, FollowsItsCurveWithinAFifthOfADecibel) {
         for (const double hz : {40.0, 100.0, 200.0, 1000.0, 5000.0, 10'000.0, 15'000.0}) {
             play(Line::compactDisc, std::make_shared<ToneSource>(hz, amplitude));
             hear(200ms); // until it has settled
-            const Frames heard = hear(250ms);
+            const Frames played = hear(250ms);
             const double expected = shelfDb(hz, GetParam().cornerHz, gain, GetParam().side);
-            const double left = amplitudeAt(fakes::leftOf(heard), hz, frameRate) / amplitude;
-            const double right = amplitudeAt(fakes::rightOf(heard), hz, frameRate) / amplitude;
+            const double left = amplitudeAt(fakes::leftOf(played), hz, frameRate) / amplitude;
+            const double right = amplitudeAt(fakes::rightOf(played), hz, frameRate) / amplitude;
             EXPECT_NEAR(decibels(left), expected, 0.2) << hz << " Hz at " << position;
             EXPECT_NEAR(decibels(right * 2), expected, 0.2) << hz << " Hz at " << position;
         }
@@ -358,10 +358,10 @@ TEST_F(CardMixerTest, AMovedSliderChangesTheVolumeWithoutAClick) {
         hear(200ms);
         for (const std::int32_t position : {65535, 0, 65535, 32768, 0, 32768}) {
             EXPECT_EQ(set(4, type, position), MixerResult::noError);
-            const Frames heard = hear(300ms);
+            const Frames played = hear(300ms);
             // At 60 Hz and 28000: 2; rounding to whole samples adds up to 2. A step of the gain
             // from one sample to the next would be thousands.
-            EXPECT_LT(roughness(fakes::leftOf(heard)), 8) << type << " to " << position;
+            EXPECT_LT(roughness(fakes::leftOf(played)), 8) << type << " to " << position;
         }
     }
 }
@@ -371,12 +371,12 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     play(Line::compactDisc, std::make_shared<ToneSource>(hz, 32'700));
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     hear(1s);
-    const std::vector<double> heard = fakes::leftOf(hear(1s));
-    const double whole = amplitudeAt(heard, hz, frameRate);
+    const std::vector<double> played = fakes::leftOf(hear(1s));
+    const double whole = amplitudeAt(played, hz, frameRate);
     EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "as loud as it can be";
     // A clipped wave would have a third harmonic with a third of its amplitude.
-    EXPECT_LT(decibels(amplitudeAt(heard, 3 * hz, frameRate) / whole), -50);
-    EXPECT_LT(decibels(amplitudeAt(heard, 5 * hz, frameRate) / whole), -50);
+    EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
+    EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
 }
 
 TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasAttenuated) {
@@ -413,7 +413,7 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
-    EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410))) << "no ramp from what nobody heard";
+    EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410))) << "no ramp from what nobody played";
 }
 
 } // namespace

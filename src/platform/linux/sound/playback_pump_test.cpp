@@ -32,7 +32,7 @@ using Frames = std::vector<StereoFrame>;
 struct PlaybackDevice {
     std::mutex mutex;
     std::condition_variable changed;
-    Frames heard;                       ///< all written frames
+    Frames played;                      ///< all written frames
     std::deque<long> refusals;          ///< results of the next writes, before they succeed again
     std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
     std::vector<std::size_t> startedAt; ///< frames written when it was started
@@ -48,12 +48,12 @@ struct PlaybackDevice {
 
     std::size_t heardFrames() {
         const std::lock_guard lock(mutex);
-        return heard.size();
+        return played.size();
     }
     Frames firstHeard(std::size_t count) {
         const std::lock_guard lock(mutex);
-        return {heard.begin(),
-                heard.begin() + static_cast<std::ptrdiff_t>(std::min(count, heard.size()))};
+        return {played.begin(),
+                played.begin() + static_cast<std::ptrdiff_t>(std::min(count, played.size()))};
     }
     void release() {
         const std::lock_guard lock(mutex);
@@ -77,15 +77,15 @@ class FakePlayback : public PcmPlayback {
         if (device_->full) {
             return -EAGAIN;
         }
-        if (device_->heard.size() >= device_->refuseFrom && !device_->refusals.empty()) {
+        if (device_->played.size() >= device_->refuseFrom && !device_->refusals.empty()) {
             const long answer = device_->refusals.front();
             device_->refusals.pop_front();
             return answer;
         }
         // Accepts only a part, as devices do.
         const std::size_t count = std::min<std::size_t>(frames.size(), 300);
-        device_->heard.insert(device_->heard.end(), frames.begin(),
-                              frames.begin() + static_cast<std::ptrdiff_t>(count));
+        device_->played.insert(device_->played.end(), frames.begin(),
+                               frames.begin() + static_cast<std::ptrdiff_t>(count));
         return static_cast<long>(count);
     }
     int waitForRoom(std::chrono::milliseconds) override { return 0; }
@@ -95,7 +95,7 @@ class FakePlayback : public PcmPlayback {
     }
     int start() override {
         const std::lock_guard lock(device_->mutex);
-        device_->startedAt.push_back(device_->heard.size());
+        device_->startedAt.push_back(device_->played.size());
         return 0;
     }
     void stop() override {

@@ -40,11 +40,11 @@ PlaybackSession::Ending PlaybackSession::run() {
     while (!feed_.isLeaving()) {
         const auto rest = phase_ == Phase::draining ? shortRest : timing_.dryAfter;
         const std::size_t count = feed_.take(batch, rest, timing_.batchWait);
-        const bool alive = count > 0 ? playBlock(std::span(batch).first(count)) : goOnDry();
-        if (!alive) {
+        const bool playing = count > 0 ? playBlock(std::span(batch).first(count)) : goOnDry();
+        if (!playing) {
             return feed_.isLeaving() ? Ending::leaving : Ending::lost;
         }
-        if (quietForTooLong()) {
+        if (silentForTooLong()) {
             device_.stop();
             notePlaying();
             return Ending::quiet;
@@ -91,7 +91,7 @@ bool PlaybackSession::goOnDry() {
     return true;
 }
 
-bool PlaybackSession::quietForTooLong() const {
+bool PlaybackSession::silentForTooLong() const {
     const auto silentFor =
         std::chrono::milliseconds{static_cast<std::int64_t>(silentFrames_) * 1000 / frameRate};
     return silentFor >= timing_.closeAfter ||

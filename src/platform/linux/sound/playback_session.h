@@ -38,7 +38,7 @@ class PlaybackSession {
 
     bool playBlock(std::span<const StereoFrame> frames);
     bool goOnDry();
-    [[nodiscard]] bool quietForTooLong() const;
+    [[nodiscard]] bool silentForTooLong() const;
     void notePlaying();
     bool prepareAgain();
     bool startIfFilling();

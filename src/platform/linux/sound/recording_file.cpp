@@ -116,7 +116,7 @@ Status RecordingFile::finish(const fs::path& target) {
         return {};
     }
     stage_ = Stage::finishing;
-    if (nothingKept()) {
+    if (keepsNothing()) {
         return files::systemError(failure_, target);
     }
     if (bytes() > longestWavBytes_) {
@@ -132,18 +132,18 @@ Status RecordingFile::finish(const fs::path& target) {
         return {};
     }
     // A header that cannot be changed may still be written to a copy of the samples.
-    return nothingKept() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
+    return keepsNothing() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
 }
 
 int RecordingFile::finishInPlace() {
-    int error = cutToWhatIsKept();
+    int error = truncateToKeptFrames();
     if (error == 0) {
         error = flush();
         if (error != 0) {
             // Some samples that the disk seemed to accept are lost; those before them are not.
             endEarly(error, flushedFrames_);
             if (frames_ > 0) {
-                error = cutToWhatIsKept();
+                error = truncateToKeptFrames();
                 error = error == 0 ? flush() : error;
             }
         }
@@ -160,7 +160,7 @@ int RecordingFile::finishInPlace() {
     return 0;
 }
 
-int RecordingFile::cutToWhatIsKept() {
+int RecordingFile::truncateToKeptFrames() {
     if (failure_ != 0 && ::ftruncate(file_.descriptor().get(), wavHeaderBytes + bytes()) != 0) {
         return errno;
     }

@@ -44,12 +44,12 @@ class RecordingFile {
                   const WavWriter& writer, std::int64_t longestWavBytes,
                   files::Concealment concealment);
     [[nodiscard]] std::int64_t bytes() const { return frames_ * bytesPerFrame(channels_); }
-    [[nodiscard]] bool nothingKept() const { return failure_ != 0 && frames_ == 0; }
+    [[nodiscard]] bool keepsNothing() const { return failure_ != 0 && frames_ == 0; }
     [[nodiscard]] bool write(std::span<const StereoFrame> frames);
     void endEarly(int error, std::int64_t keptFrames);
     // These return an errno value; 0 is success.
     [[nodiscard]] int flush();
-    [[nodiscard]] int cutToWhatIsKept();
+    [[nodiscard]] int truncateToKeptFrames();
     [[nodiscard]] int finishInPlace();
     // `target` is used only in error messages.
     [[nodiscard]] Status finish(const std::filesystem::path& target);

@@ -155,22 +155,23 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromAHiddenName) {
 }
 
 /// Records and saves, longer each time, until it is killed; reports before and after each save.
-[[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment, int tell) {
+[[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment,
+                                int progress) {
     for (std::size_t frames = 1000;; frames += 1000) {
         auto made = RecordingFile::create(Channels::stereo, folder, maxWavSampleBytes, concealment);
         const bool appended = made.value().append(pattern(0, frames));
-        static_cast<void>(::write(tell, "x", 1));
+        static_cast<void>(::write(progress, "x", 1));
         if (!appended || !made.value().save(folder / "track.wav").ok()) {
             ::_exit(1);
         }
-        static_cast<void>(::write(tell, "x", 1));
+        static_cast<void>(::write(progress, "x", 1));
     }
 }
 
 TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLeftovers) {
     for (const files::Concealment concealment :
          {files::Concealment::noName, files::Concealment::hiddenName}) {
-        for (int told = 1; told < 12; ++told) {
+        for (int steps = 1; steps < 12; ++steps) {
             const fakes::TempFolder place;
             int pipe[2];
             ASSERT_EQ(::pipe(pipe), 0);
@@ -180,7 +181,7 @@ TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLe
                 recordForEver(place.path(), concealment, pipe[1]);
             }
             char byte = 0;
-            for (int i = 0; i < told; ++i) {
+            for (int i = 0; i < steps; ++i) {
                 ASSERT_EQ(::read(pipe[0], &byte, 1), 1);
             }
             ASSERT_EQ(::kill(child, SIGKILL), 0);
@@ -188,12 +189,12 @@ TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLe
             ::close(pipe[0]);
             ::close(pipe[1]);
             const bool saved = fs::exists(place / "track.wav");
-            EXPECT_TRUE(saved || told < 2);
+            EXPECT_TRUE(saved || steps < 2);
             if (saved) {
                 const auto wav = fakes::readWav(place / "track.wav");
                 ASSERT_TRUE(wav);
                 const std::size_t frames = wav->samples.size() / 2;
-                EXPECT_GE(frames, 1000U * static_cast<unsigned>(told / 2));
+                EXPECT_GE(frames, 1000U * static_cast<unsigned>(steps / 2));
                 EXPECT_THAT(wav->samples, IsSound(test::interleaved(pattern(0, frames))));
             }
             const auto next = RecordingFile::create(Channels::stereo, place.path(),
@@ -201,7 +202,7 @@ TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLe
             ASSERT_TRUE(next.ok());
             const bool unnamed =
                 concealment == files::Concealment::noName && test::hasUnnamedFiles(place.path());
-            EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1) << told;
+            EXPECT_EQ(test::hiddenEntriesIn(place.path()), unnamed ? 0 : 1) << steps;
         }
     }
 }

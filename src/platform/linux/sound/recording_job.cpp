@@ -79,7 +79,7 @@ RecordingJob::RecordingJob(Channels channelsToRecord, std::vector<fs::path> cand
           if (flow == RecordingQueue::Flow::stalled) {
               context.notices->stalled(folder);
           } else {
-              context.notices->answers(folder);
+              context.notices->responds(folder);
           }
       }) {}
 

@@ -16,7 +16,7 @@ std::string quoted(const fs::path& path) {
     return "\"" + path.string() + "\"";
 }
 
-std::string noAnswerCause(const fs::path& folder) {
+std::string noResponseCause(const fs::path& folder) {
     return "no response from " + folder.string();
 }
 
@@ -78,25 +78,25 @@ void RecordingNotices::cannotBegin(const Error& error) {
 void RecordingNotices::begun(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
     settle(cannotBeginCause);
-    settle(noAnswerCause(folder), quoted(folder) + " responds again");
+    settle(noResponseCause(folder), quoted(folder) + " responds again");
 }
 
 void RecordingNotices::passedOver(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
-    report(noAnswerCause(folder),
+    report(noResponseCause(folder),
            quoted(folder) +
                " does not respond; the recording is kept in another folder until it is saved");
 }
 
 void RecordingNotices::stalled(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
-    report(noAnswerCause(folder),
+    report(noResponseCause(folder),
            quoted(folder) + " does not respond; the recording waits for it and loses no sample");
 }
 
-void RecordingNotices::answers(const fs::path& folder) {
+void RecordingNotices::responds(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
-    settle(noAnswerCause(folder), quoted(folder) + " responds again");
+    settle(noResponseCause(folder), quoted(folder) + " responds again");
 }
 
 void RecordingNotices::endedEarly(RecordingNumber number, const fs::path& folder, int error,
@@ -143,7 +143,7 @@ void RecordingNotices::closed(RecordingNumber number, const fs::path& folder,
                               const fs::path& target) {
     const std::lock_guard lock(mutex_);
     settle(endCause(number));
-    settle(noAnswerCause(folder));
+    settle(noResponseCause(folder));
     settle(saveCause(target));
     settle(lateSaveCause(target));
 }

@@ -34,7 +34,7 @@ class RecordingNotices {
     void passedOver(const std::filesystem::path& folder);
     /// The recorded sound waits for the disk until it responds.
     void stalled(const std::filesystem::path& folder);
-    void answers(const std::filesystem::path& folder);
+    void responds(const std::filesystem::path& folder);
 
     /// A failure has ended the recording; `keptFrames` can be saved. `error` is an errno value.
     void endedEarly(RecordingNumber number, const std::filesystem::path& folder, int error,

@@ -71,8 +71,8 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
 TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndThatItDoesAgain) {
     notices.stalled("/music");
     notices.passedOver("/music");
-    notices.answers("/music");
-    notices.answers("/music");
+    notices.responds("/music");
+    notices.responds("/music");
     notices.passedOver("/music");
     notices.begun("/music");
     EXPECT_THAT(
@@ -134,7 +134,7 @@ TEST_F(RecordingNoticesTest, DistinguishesRecordings) {
 TEST_F(RecordingNoticesTest, IsMuteForThreadsThatOutliveTheNotices) {
     notices.stalled("/music");
     notices.mute();
-    notices.answers("/music");
+    notices.responds("/music");
     notices.passedOver("/music");
     EXPECT_EQ(texts().size(), 1U);
 }

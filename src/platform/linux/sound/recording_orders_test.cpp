@@ -97,9 +97,9 @@ TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     EXPECT_FALSE(saves->noneWithin(0ms));
     EXPECT_EQ(orders.saveWithin(1ms, "/b.wav")->error().number, ErrorNumber::deviceUnavailable);
     EXPECT_EQ(orders.nextSave(), fs::path("/a.wav"));
-    bool told = false;
-    orders.saved({}, [&] { told = true; });
-    EXPECT_TRUE(told);
+    bool notified = false;
+    orders.saved({}, [&] { notified = true; });
+    EXPECT_TRUE(notified);
     EXPECT_TRUE(saves->noneWithin(0ms));
     EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok()) << "it is not ordered once more";
     EXPECT_TRUE(saves->noneWithin(0ms));

@@ -60,7 +60,7 @@ class ShelfFilter {
     static double step(const Coefficients& c, Memory& memory, double in);
     void rampPiece(std::span<FilterFrame> piece, double gainDb);
     void steadyPiece(std::span<FilterFrame> piece);
-    void forgetTraces();
+    void resetHistory();
 
     Side side_;
     double cornerRadians_; ///< per frame

@@ -256,7 +256,7 @@ std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& rele
         }
     }
     feedRecorder(frames, now);
-    feedSpeakers(frames);
+    feedOutput(frames);
     for (Channel& line : channels_) {
         const std::size_t used = std::min(frames, line.waitingFrames);
         std::copy(line.waiting.begin() + static_cast<std::ptrdiff_t>(used),
@@ -337,7 +337,7 @@ void SoundCard::notePeaks(std::span<const StereoFrame> recorderSound, Time now) 
     }
 }
 
-void SoundCard::feedSpeakers(std::size_t frames) {
+void SoundCard::feedOutput(std::size_t frames) {
     if (!speakers_) {
         return;
     }

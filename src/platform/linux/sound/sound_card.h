@@ -174,7 +174,7 @@ class SoundCard {
     void produceDue(Time now, Released& released);
     std::size_t produceBlock(std::size_t wanted, Time now, Released& released);
     static std::size_t fill(Channel& channel, std::size_t wanted, Released& released);
-    void feedSpeakers(std::size_t frames);
+    void feedOutput(std::size_t frames);
     [[nodiscard]] static std::size_t recordable(const Channel& line, std::size_t frames);
     void feedRecorder(std::size_t frames, Time now);
     void notePeaks(std::span<const StereoFrame> recorderSound, Time now);

@@ -263,7 +263,7 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     narrow->space = 100'000;
     card.advance(60s + 10ms);
     EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141))) << "the minute is not made up";
-    EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is heard as it is recorded";
+    EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is played as it is recorded";
 }
 
 TEST_F(FullRecordingTest, StopsNothingOnceItHasEnded) {

@@ -135,8 +135,8 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     // Several drives of one mount hang together. Another mount on the same mount point is a
     // different object.
     const auto mount = mounts_.holding(drive->mountPoint);
-    const std::string thing = mount ? mount->device + " " + mount->path : drive->mountPoint;
-    return calls_.ask(thing, [read = readSpace_, path = drive->mountPoint] { return read(path); });
+    const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
+    return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });
 }
 
 DriveKind LinuxSystemInformation::driveKind(const std::string& root) const {

@@ -20,32 +20,32 @@ class PatientCalls {
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 
     /// What `question` returns, a std::optional; empty if it does not return within the patience,
-    /// and at once while an earlier question to the same thing has not returned: a thing that does
-    /// not respond keeps one thread. `question` must own all that it touches.
+    /// and at once while an earlier question to the same object has not returned: a object that
+    /// does not respond keeps one thread. `question` must own all that it touches.
     template <typename Question>
-    [[nodiscard]] auto ask(const std::string& thing, Question question) {
-        forgetThoseThatAnswered();
+    [[nodiscard]] auto ask(const std::string& object, Question question) {
+        removeReturnedCalls();
         waiting::BlockingCalls& calls =
-            unanswered_.try_emplace(thing, threads_, waiting_).first->second;
+            unanswered_.try_emplace(object, threads_, waiting_).first->second;
         auto answer = calls.ask(patience_, std::move(question));
         return answer ? std::move(*answer) : decltype(question())();
     }
 
     /// Things that have not answered yet, each of which holds one thread.
     [[nodiscard]] std::size_t unanswered() {
-        forgetThoseThatAnswered();
+        removeReturnedCalls();
         return unanswered_.size();
     }
 
   private:
-    void forgetThoseThatAnswered() {
+    void removeReturnedCalls() {
         std::erase_if(unanswered_, [](const auto& entry) { return entry.second.idle(); });
     }
 
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< and the thing asked last
+    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< and the object asked last
 };
 
 } // namespace sonarith::system_information

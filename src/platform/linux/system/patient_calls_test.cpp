@@ -19,8 +19,8 @@ class PatientCallsTest : public ::testing::Test {
   protected:
     ~PatientCallsTest() override { gate->open(); }
 
-    std::optional<int> askGate(const std::string& thing = "gate") {
-        return calls.ask(thing, [gate = gate] {
+    std::optional<int> askGate(const std::string& object = "gate") {
+        return calls.ask(object, [gate = gate] {
             gate->pass();
             return std::optional(7);
         });
@@ -47,13 +47,13 @@ class PatientCallsTest : public ::testing::Test {
 
 TEST_F(PatientCallsTest, ReturnAReplyThatArrivesInTime) {
     PatientCalls unhurried(threads, plain, 60s);
-    EXPECT_EQ(unhurried.ask("thing", [] { return std::optional(7); }), 7);
+    EXPECT_EQ(unhurried.ask("object", [] { return std::optional(7); }), 7);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
 TEST_F(PatientCallsTest, ReturnAFailureUnchanged) {
     PatientCalls unhurried(threads, plain, 60s);
-    EXPECT_EQ(unhurried.ask("thing", [] { return std::optional<int>(); }), std::nullopt);
+    EXPECT_EQ(unhurried.ask("object", [] { return std::optional<int>(); }), std::nullopt);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 

@@ -57,13 +57,13 @@ bool BlockingCalls::idle() const {
     return !line_->running;
 }
 
-BlockingCalls::Told BlockingCalls::tell(Duration bound, Call command) {
+BlockingCalls::CommandState BlockingCalls::send(Duration bound, Call command) {
     const auto returned = std::make_shared<Completion>();
     bool begun = false;
     {
         const std::lock_guard lock(line_->mutex);
         if (line_->running && line_->entries.size() >= mostWaiting) {
-            return Told::refused;
+            return CommandState::refused;
         }
         line_->entries.push_back({std::move(command), returned});
         line_->last = returned;
@@ -80,10 +80,11 @@ BlockingCalls::Told BlockingCalls::tell(Duration bound, Call command) {
             const std::lock_guard lock(line_->mutex);
             line_->entries.clear();
             line_->running = false;
-            return Told::refused;
+            return CommandState::refused;
         }
     }
-    return waiting_.wait(*returned, bound) == Waiting::Outcome::done ? Told::done : Told::waits;
+    return waiting_.wait(*returned, bound) == Waiting::Outcome::done ? CommandState::done
+                                                                     : CommandState::waits;
 }
 
 bool BlockingCalls::finish(Duration bound) {

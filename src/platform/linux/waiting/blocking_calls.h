@@ -43,18 +43,18 @@ class BlockingCalls {
         auto ask = [answer, question = std::move(question)]() mutable {
             answer->emplace(question());
         };
-        const bool came = idle() && tell(bound, std::move(ask)) == Told::done;
+        const bool came = idle() && send(bound, std::move(ask)) == CommandState::done;
         return came ? std::move(*answer) : std::nullopt;
     }
 
-    enum class Told {
+    enum class CommandState {
         done,    ///< carried out
         waits,   ///< queued, and will be carried out
         refused, ///< never carried out: mostWaiting commands are queued already
     };
     /// Queues `command` behind all earlier calls and waits for it within the bound. The command may
     /// also run after this has returned.
-    Told tell(Duration bound, Call command);
+    CommandState send(Duration bound, Call command);
 
     /// Waits for the running calls within the bound. Returns whether all have returned.
     [[nodiscard]] bool finish(Duration bound);

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using Told = BlockingCalls::Told;
+using CommandState = BlockingCalls::CommandState;
 
 class BlockingCallsTest : public testing::Test {
   protected:
@@ -62,7 +62,7 @@ TEST_F(BlockingCallsTest, AreRefusedWhileOneHangs) {
 
 TEST_F(BlockingCallsTest, OfOtherObjectsContinueWhileThoseOfOneHang) {
     state->gate.close();
-    EXPECT_EQ(calls.tell(0ms, noting("hangs")), Told::waits);
+    EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     BlockingCalls others(threads, waiting);
     EXPECT_EQ(others.ask(1h, [] { return 1; }), 1);
     state->gate.open();
@@ -71,22 +71,22 @@ TEST_F(BlockingCallsTest, OfOtherObjectsContinueWhileThoseOfOneHang) {
 
 TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderOnceTheyCan) {
     state->gate.close();
-    EXPECT_EQ(calls.tell(1ms, noting("first")), Told::waits);
-    EXPECT_EQ(calls.tell(1ms, noting("second")), Told::waits);
+    EXPECT_EQ(calls.send(1ms, noting("first")), CommandState::waits);
+    EXPECT_EQ(calls.send(1ms, noting("second")), CommandState::waits);
     EXPECT_THAT(done(), ElementsAre());
     state->gate.open();
-    EXPECT_EQ(calls.tell(1h, noting("third")), Told::done);
+    EXPECT_EQ(calls.send(1h, noting("third")), CommandState::done);
     EXPECT_THAT(done(), ElementsAre("first", "second", "third"));
 }
 
 TEST_F(BlockingCallsTest, DoNotPileUp) {
     state->gate.close();
-    EXPECT_EQ(calls.tell(0ms, noting("hangs")), Told::waits);
+    EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     state->gate.waitForArrivals(1);
     for (std::size_t i = 0; i < BlockingCalls::mostWaiting; ++i) {
-        EXPECT_EQ(calls.tell(0ms, noting("waits")), Told::waits);
+        EXPECT_EQ(calls.send(0ms, noting("waits")), CommandState::waits);
     }
-    EXPECT_EQ(calls.tell(1h, noting("one too many")), Told::refused) << "at once";
+    EXPECT_EQ(calls.send(1h, noting("one too many")), CommandState::refused) << "at once";
     state->gate.open();
     EXPECT_TRUE(calls.finish(1h));
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));
@@ -96,9 +96,9 @@ TEST_F(BlockingCallsTest, LeaveHangingCallsBehindAndDropThoseNotBegun) {
     state->gate.close();
     {
         BlockingCalls left(threads, waiting);
-        EXPECT_EQ(left.tell(0ms, noting("hangs")), Told::waits);
+        EXPECT_EQ(left.send(0ms, noting("hangs")), CommandState::waits);
         state->gate.waitForArrivals(1);
-        EXPECT_EQ(left.tell(0ms, noting("waits")), Told::waits);
+        EXPECT_EQ(left.send(0ms, noting("waits")), CommandState::waits);
     }
     state->gate.open();
     EXPECT_TRUE(fakes::eventually([&] { return state.use_count() == 1; }));
