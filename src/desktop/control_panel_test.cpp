@@ -215,7 +215,7 @@ TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
         EXPECT_TRUE(popup.loaded());
     });
     form.Command2.onClick = [] {
-        ADD_FAILURE() << "nothing is cancelled";
+        ADD_FAILURE() << "no action was cancelled";
     };
     popup.Exit.click();
     EXPECT_EQ(shown, 1);

@@ -38,7 +38,7 @@ TEST(NamesADevice, IsTrueOfEachBlockDevice) {
         }
     }
     if (found == 0) {
-        GTEST_SKIP() << "this machine shows no block device";
+        GTEST_SKIP() << "this machine has no block device";
     }
 }
 

@@ -90,7 +90,7 @@ TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
     EXPECT_EQ(window.windowTitle(), "Devices");
     EXPECT_THAT(listed(), ElementsAre("First drive found", "/dev/sr0", "/dev/sr1"));
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 0);
-    EXPECT_THAT(log, IsEmpty()) << "looking is not choosing";
+    EXPECT_THAT(log, IsEmpty()) << "moving the current row chooses nothing";
 }
 
 TEST_F(DevicesWindowTest, AStoredImageAndAMissingDriveAreListed) {

@@ -232,7 +232,8 @@ TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndItsSelectionIsAClick) {
     QAccessibleTableInterface* table = list->tableInterface();
     ASSERT_NE(table, nullptr);
     EXPECT_TRUE(table->selectRow(1));
-    EXPECT_TRUE(log.empty()) << "a click may yield, and is none inside of the reader's call";
+    EXPECT_TRUE(log.empty())
+        << "a click may yield, so it must not run inside the screen reader's call";
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("click two"));
     EXPECT_EQ(model.listIndex(), 1);

@@ -225,7 +225,7 @@ TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInTheMiddle) {
     show();
     const QImage one = widget("Label3").grab().toImage();
     form.Label3.setCaption(path + "B.wav");
-    EXPECT_NE(widget("Label3").grab().toImage(), one) << "its end is seen";
+    EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path is visible";
 }
 
 TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {

@@ -42,11 +42,11 @@ class TreeKeyDragTest : public TreeFixture {
 
 TEST_F(TreeKeyDragTest, KeysDragTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
     takeUp();
-    EXPECT_FALSE(isDragCursorShown()) << "the pointer has nothing to do with it";
+    EXPECT_FALSE(isDragCursorShown()) << "the pointer does not affect the drag by keys";
     key(Qt::Key_Down);
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(mp3));
-    EXPECT_THAT(log, IsEmpty()) << "arrow keys drag over nothing";
+    EXPECT_THAT(log, IsEmpty()) << "arrow keys report no node";
     EXPECT_TRUE(isMarked());
     key(Qt::Key_Return);
     // As by a pointer that comes from the node's row and rests on the group.

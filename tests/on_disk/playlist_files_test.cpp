@@ -116,7 +116,7 @@ TEST_F(PlaylistFilesTest, AHugeFileShowsItsTagAndThePreviousFilesHeader) {
         editor.form.cmdTag.click();
         EXPECT_EQ(fs::file_size(huge), static_cast<std::uintmax_t>(bytes));
         read("huge.mp3");
-        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "at the title's place";
+        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "in the field of the title";
         EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
         EXPECT_EQ(editor.form.List1.list(0), "Bitrate            128");
     }

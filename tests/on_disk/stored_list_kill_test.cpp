@@ -72,7 +72,7 @@ TEST_P(StoredListTest, AKillAtAnyCallLeavesTheOldOrTheNewList) {
         ++(left == before ? leftBefore : leftAfter);
     }
     EXPECT_GT(leftBefore, 5) << "before the file is replaced";
-    EXPECT_GT(leftAfter, 1) << "behind it, and without a kill";
+    EXPECT_GT(leftAfter, 1) << "after it, and without a kill";
 }
 
 INSTANTIATE_TEST_SUITE_P(Changes, StoredListTest,

@@ -63,7 +63,7 @@ class HeldCalls {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
                 });
-            EXPECT_TRUE(judged) << "this kernel holds no calls (Linux 5.5 does)";
+            EXPECT_TRUE(judged) << "this kernel cannot hold calls (Linux 5.5 can)";
         });
         return fakes::eventually([&] { return done->load(); });
     }

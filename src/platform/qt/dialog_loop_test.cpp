@@ -193,7 +193,7 @@ TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
             ASSERT_FALSE(dialog.isActiveWindow());
             moveOver(other);
             QCoreApplication::processEvents();
-            EXPECT_FALSE(dialog.isActiveWindow()) << "the pointer alone asks for nothing";
+            EXPECT_FALSE(dialog.isActiveWindow()) << "moving the pointer alone requests nothing";
             if (byKey) {
                 QTest::keyClick(&other.button, Qt::Key_Space);
             } else {

@@ -162,7 +162,7 @@ TEST_F(IniSettingsStoreTest, RewritesTheFileIfItWasRemovedDuringTheRun) {
 
 TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenUntilItCan) {
     const fs::path place = temp_ / "settings";
-    std::ofstream(place) << "a file stands where the folder is to be";
+    std::ofstream(place) << "a file at the path of the folder";
     test::FakeNotices notices;
     IniSettingsStore store(QString::fromStdString(place.string()), &notices);
     EXPECT_THAT(notices.texts(), IsEmpty());
@@ -224,14 +224,14 @@ TEST_F(IniSettingsStoreTest, NeverWritesOverAFileThatBecameForeignDuringTheRun) 
 }
 
 TEST_F(IniSettingsStoreTest, KeepsItsValuesForTheRunIfNothingCanBeWritten) {
-    std::ofstream(temp_ / "config") << "a file where the folder should be";
+    std::ofstream(temp_ / "config") << "a file at the path of the folder";
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     save(store, "HDStopNo", "7");
     store.DeleteSetting(applicationName, "Settings", "HDStopNo");
     EXPECT_EQ(get(store, "HDWarning"), "0");
     EXPECT_EQ(get(store, "HDStopNo"), "(default)");
-    EXPECT_EQ(read(temp_ / "config"), "a file where the folder should be");
+    EXPECT_EQ(read(temp_ / "config"), "a file at the path of the folder");
 }
 
 TEST_F(IniSettingsStoreTest, NeverReplacesAnUnreadableFileAndKeepsItsValuesForTheRun) {

@@ -29,7 +29,8 @@ TEST(QtMousePointer, SettingTheNormalPointerTwiceIsNoError) {
     QGuiApplication::setOverrideCursor(Qt::CrossCursor);
     QtMousePointer pointer;
     pointer.set(Pointer::normal);
-    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr) << "it took another's cursor away";
+    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr)
+        << "it removed the cursor of another caller";
     QGuiApplication::restoreOverrideCursor();
 }
 

@@ -136,7 +136,7 @@ TEST_F(QtWaitingTest, AnImmediateCompletionIsAcceptedBeforeAnyEventIsHandled) {
     EXPECT_FALSE(handled);
     const Completion never;
     EXPECT_EQ(waiting.wait(never, Waiting::plainMoment), Outcome::late);
-    EXPECT_FALSE(handled) << "nor in a wait that is short by its bound";
+    EXPECT_FALSE(handled) << "nor in a wait with a short bound";
     loop.yield();
 }
 
@@ -160,7 +160,7 @@ TEST_F(QtWaitingTest, PaintsMeanwhile) {
     NotingWindow window(log);
     window.update();
     (void)waitAnd([&] { QTimer::singleShot(0, &context, [&] { window.update(); }); });
-    EXPECT_GE(window.paints, 2) << "what was to be painted before, and what has changed since";
+    EXPECT_GE(window.paints, 2) << "earlier and later changes are painted";
 }
 
 TEST_F(QtWaitingTest, ShowsTheHourglassMeanwhile) {
@@ -207,7 +207,7 @@ TEST_F(QtWaitingTest, ATouchBecomesAHeldClick) {
         const auto touch = [&](QEvent::Type type, QEventPoint::State state) {
             QTouchEvent event(type, screen.get(), {}, {{1, state, at, at}});
             QCoreApplication::sendEvent(window.windowHandle(), &event);
-            EXPECT_FALSE(event.isAccepted()) << "so that Qt makes a mouse event of it";
+            EXPECT_FALSE(event.isAccepted()) << "so that Qt converts it to a mouse event";
         };
         touch(QEvent::TouchBegin, QEventPoint::Pressed);
         touch(QEvent::TouchEnd, QEventPoint::Released);
@@ -354,7 +354,7 @@ TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     EXPECT_LT(loop.now() - begin, 1s) << "all together";
     Completion done;
     done.complete();
-    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "what is there is taken";
+    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "the held input is delivered";
     goOn();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late) << "the close was refused";
 }
@@ -392,7 +392,7 @@ TEST_F(QtWaitingTest, ACallFromOutsideRunsNoHandlerMeanwhile) {
     QMetaObject::invokeMethod(
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     goOn();
-    EXPECT_EQ(calls, 1) << "outside of waits it is answered";
+    EXPECT_EQ(calls, 1) << "outside of waits the call is handled";
 }
 
 TEST_F(QtWaitingTest, AFollowingWaitIsNotANestedOne) {

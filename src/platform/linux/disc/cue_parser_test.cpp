@@ -218,7 +218,7 @@ TEST(CueParser, RefusesASheetTruncatedAtAnyByteOrReadsItsCompleteTracks) {
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const auto layout = parseCue("disc.cue", whole.substr(0, length));
         if (layout.ok()) {
-            EXPECT_GE(length, whole.find("TRACK 02") - 2) << "track 1 is not whole yet";
+            EXPECT_GE(length, whole.find("TRACK 02") - 2) << "track 1 is not complete yet";
         } else {
             EXPECT_THAT(layout.error().text, StartsWith("disc.cue"));
         }

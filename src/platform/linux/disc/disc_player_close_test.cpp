@@ -58,10 +58,10 @@ TEST(ADiscPlayer, LeavesAHangingReadBehind) {
     ASSERT_TRUE(player->play(0, 1000).ok());
     disc->waitForReads(1);
     player.reset();
-    EXPECT_GT(disc.use_count(), 1) << "the read that hangs keeps its disc";
+    EXPECT_GT(disc.use_count(), 1) << "the hanging read owns its disc";
     disc->release();
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
-    EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read for nobody";
+    EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read after the player's end";
 }
 
 TEST(ADiscPlayer, StopsTheCurrentReadWhenItIsDestroyed) {

@@ -91,7 +91,7 @@ TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilAChoiceIsMade) {
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
     EXPECT_EQ(made.size(), 1u);
     slot.choiceMade();
-    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image is put in again";
+    EXPECT_TRUE(slot.openDrive()->mediaPresent()) << "the same image is inserted again";
     EXPECT_EQ(made.size(), 1u);
     configured = "/b.cue";
     slot.choiceMade();
@@ -151,7 +151,7 @@ TEST_F(DriveSlotTest, ForgetsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
     Loaded former = slot.openDrive()->load();
     state->loaded = {};
     EXPECT_EQ(slot.openDrive()->load().disc, nullptr);
-    EXPECT_EQ(slot.report().text, "") << "though the former disc is still held";
+    EXPECT_EQ(slot.report().text, "") << "even while the previous disc is still in use";
     former.disc.reset();
     EXPECT_EQ(slot.report().text, "");
 }

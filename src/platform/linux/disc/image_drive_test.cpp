@@ -118,7 +118,7 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     const auto played = drive_.load().disc;
     std::filesystem::remove(bin);
     EXPECT_FALSE(drive_.mediaPresent());
-    EXPECT_FALSE(drive_.mediaPresent()) << "the sound is deleted";
+    EXPECT_FALSE(drive_.mediaPresent()) << "the sound file is deleted";
 }
 
 TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsJustReadAgain) {

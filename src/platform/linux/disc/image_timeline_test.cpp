@@ -77,7 +77,7 @@ TEST(Timeline, AStatedLengthMayEndAnywhereInASector) {
     ASSERT_EQ(line.value().sound.size(), 3U);
     EXPECT_EQ(line.value().sound[0].frames, 1234567);
     EXPECT_EQ(line.value().sound[1].frames, 589);
-    EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589) << "no hole";
+    EXPECT_EQ(line.value().sound[2].start, line.value().sound[1].start + 589) << "there is no gap";
     EXPECT_EQ(line.value().sound[2].frames, 1);
 }
 
@@ -167,7 +167,7 @@ TEST(Timeline, ATruncatedDataTrackIsReportedToo) {
                               {100 * 2048, 2352});
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(100, 1));
     EXPECT_EQ(line.value().table.tracks[0].kind, TrackKind::data);
-    EXPECT_EQ(line.value().sound.size(), 1U) << "data is no sound";
+    EXPECT_EQ(line.value().sound.size(), 1U) << "data does not count as sound";
 }
 
 TEST(Timeline, ADiscWithoutAnyContentIsAnError) {

@@ -161,7 +161,8 @@ TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndReadsLater) {
     EXPECT_EQ(drive->efforts.size(), 4u);
     EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
     EXPECT_EQ(drive->efforts.size(), 4u);
-    EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors")) << "the fourth was given up";
+    EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors"))
+        << "the fourth sector could not be read";
     drive->stopAt = INT64_MAX;
     EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }

@@ -117,7 +117,7 @@ TEST_F(PatientDriveTest, WaitsOnlyBrieflyForTheCallsOfEachSecond) {
     EXPECT_FALSE(drive.mediaPresent());
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
     EXPECT_EQ(drive.loadSoon(), std::nullopt);
-    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a drive that is busy is not asked";
+    EXPECT_THAT(noting.bounds, ElementsAre(35ms, 10ms)) << "a busy drive gets no further call";
     EXPECT_LE(PatientDrive::mediumMoment + PatientDrive::tableMoment, Waiting::plainMoment);
     EXPECT_EQ(drive.load().disc, nullptr);
     drive.openTray();
@@ -199,7 +199,7 @@ TEST_F(PatientDriveTest, LeavesHangingCallsBehind) {
     drive.reset();
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
-    EXPECT_THAT(device->calls(), ElementsAre("load")) << "nobody waits for the rest any more";
+    EXPECT_THAT(device->calls(), ElementsAre("load")) << "no thread waits for the other calls";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -264,7 +264,7 @@ TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
     drive->openTray();
     EXPECT_FALSE(drive->mediaPresent());
     EXPECT_TRUE(discIsDropped());
-    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "it is read anew";
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "it is read again";
 }
 
 TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {

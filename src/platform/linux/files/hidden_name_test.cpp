@@ -28,7 +28,7 @@ class HiddenNameTest : public testing::Test {
     /// An unclaimed hidden file with this machine's prefix.
     fs::path leftover() const {
         const fs::path path = folder / newHiddenName();
-        std::ofstream(path) << "half a recording";
+        std::ofstream(path) << "an incomplete recording";
         return path;
     }
     static FileDescriptor open(const fs::path& path) {
@@ -43,7 +43,8 @@ TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
     const std::string name = newHiddenName();
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
-    EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19)) << "one machine, one prefix";
+    EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19))
+        << "all names of a machine have one prefix";
 }
 
 TEST_F(HiddenNameTest, IsDeletedByItsDestructor) {
@@ -85,7 +86,7 @@ TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
         const FileDescriptor duplicate(::dup(file.get()));
         sweep();
         EXPECT_TRUE(fs::exists(path));
-        EXPECT_FALSE(claim(open(path))) << "it is another's already";
+        EXPECT_FALSE(claim(open(path))) << "it already belongs to another process";
         unclaim(file);
         EXPECT_TRUE(claim(open(path)));
         EXPECT_TRUE(claim(file));
@@ -159,7 +160,7 @@ TEST_F(HiddenNameTest, OnlyRegularFilesAreDeleted) {
 
 TEST_F(HiddenNameTest, AnotherUsersFileIsNotDeleted) {
     if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the superuser can make a file of somebody else's";
+        GTEST_SKIP() << "only root can create another user's file";
     }
     const fs::path path = leftover();
     constexpr uid_t nobody = 65534;

@@ -62,7 +62,7 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
             std::ofstream(folder / "target.wav") << before;
         }
         outcome = save(folder.path(), call);
-        ASSERT_NE(outcome, KillOutcome::failed) << "the child cannot be watched";
+        ASSERT_NE(outcome, KillOutcome::failed) << "the child's calls cannot be intercepted";
         const std::string after = contentOf(folder / "target.wav");
         EXPECT_THAT(after, AnyOf(before, "new")) << "call " << call;
         if (outcome == KillOutcome::finished) {
@@ -73,8 +73,8 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
         EXPECT_EQ(hiddenEntriesIn(folder.path()), 0) << "call " << call;
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
-    EXPECT_GT(call, 5) << "the flushes, the naming and what comes between them";
-    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "the sweep must have been tried";
+    EXPECT_GT(call, 5) << "at least the flushes, the naming and the calls between them";
+    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "deleting leftovers must have been tried";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

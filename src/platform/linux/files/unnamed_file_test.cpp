@@ -124,7 +124,7 @@ TEST_P(UnnamedFileTest, IsCopiedIntoAnotherFileSystem) {
     struct stat there {};
     ASSERT_EQ(::stat(folder.path().c_str(), &here), 0);
     if (::stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev) {
-        GTEST_SKIP() << "this machine has no second file system to write to";
+        GTEST_SKIP() << "this machine has no second writable file system";
     }
     std::string name = "/dev/shm/sonarith-test-XXXXXX";
     ASSERT_NE(::mkdtemp(name.data()), nullptr);
@@ -254,7 +254,8 @@ TEST_P(UnnamedFileTest, TakesTheLongestNameAndNoLongerOne) {
     UnnamedFile file = unnamed("new");
     const fs::path longest = folder / std::string(255, 'n');
     EXPECT_TRUE(file.publish(longest).ok());
-    EXPECT_TRUE(file.publish(longest).ok()) << "replacing it needs a hidden name that fits, too";
+    EXPECT_TRUE(file.publish(longest).ok())
+        << "replacing it needs a hidden name that is short enough, too";
     const Status status = file.publish(folder / std::string(256, 'n'));
     EXPECT_EQ(numberOf(status), ErrorNumber::badFileName);
     EXPECT_THAT(status.error().text, HasSubstr("too long"));
@@ -382,7 +383,8 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
         return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
     });
     if (answer == mayNotMount) {
-        GTEST_SKIP() << "this user may not mount a disk; NeedsNoRoomForACopy has it by a limit";
+        GTEST_SKIP()
+            << "this user may not mount a disk; NeedsNoSpaceForACopy tests it with a limit";
     }
     EXPECT_EQ(answer, 0);
 }

@@ -153,7 +153,7 @@ TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
     for (int second = 0; second < 10; ++second) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
-    EXPECT_EQ(drive->loads, loads) << "no load that would be waited for";
+    EXPECT_EQ(drive->loads, loads) << "no load that the caller waits for";
     EXPECT_EQ(drive->asked, 10);
     drive->ready = true;
     EXPECT_EQ(session.send("status cd media present"), said("true"));

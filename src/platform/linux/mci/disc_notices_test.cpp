@@ -31,7 +31,7 @@ TEST(LostSound, NamesTrackTimeAndFile) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
-        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "each one is shown";
+        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "each notice is shown";
     }
 }
 

@@ -66,7 +66,7 @@ class ADestinationThatHangs : public testing::TestWithParam<std::uint32_t> {
     /// Runs `body` while the disk hangs.
     static void hang(const std::function<void(CallJudge&)>& body) {
         if (!CallJudge::run({GetParam()}, verdict, body)) {
-            GTEST_SKIP() << "this kernel passes no calls to another thread";
+            GTEST_SKIP() << "this kernel cannot pass calls to another thread";
         }
     }
 };
@@ -104,7 +104,8 @@ TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
         EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
-        EXPECT_EQ(session.send("save capture 1.wav"), fine()) << "it learns that it was saved";
+        EXPECT_EQ(session.send("save capture 1.wav"), fine())
+            << "the notice of the save is received";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });
@@ -168,7 +169,7 @@ TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) 
     ASSERT_TRUE(wav);
     EXPECT_EQ(static_cast<std::size_t>(std::filesystem::file_size(result / "copy.wav")),
               44 + 2 * wav->samples.size())
-        << "whole frames, and the header says so";
+        << "the file holds whole frames and a matching header";
     expectStartOfDisc(result / "copy.wav", std::ssize(wav->samples) / 2);
 }
 

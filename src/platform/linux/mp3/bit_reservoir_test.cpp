@@ -37,7 +37,8 @@ TEST(BitReservoirTest, ReturnsTheLimitForAFrameThatRefersTooFarBack) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
-    EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt) << "what was there is passed on";
+    EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt)
+        << "the available data are passed on";
     reservoir.clear();
     EXPECT_EQ(admit(reservoir, frameReaching(200)), 0);
 }

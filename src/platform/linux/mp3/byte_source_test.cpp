@@ -53,7 +53,7 @@ TEST_F(FileSourceTest, FailsIfTheFileHasBecomeShorter) {
     EXPECT_FALSE(source.value()->readAt(900, got).failure);
     const Reading reading = source.value()->readAt(950, got);
     EXPECT_TRUE(reading.failure);
-    EXPECT_EQ(reading.bytes, 50U) << "what is still there is read";
+    EXPECT_EQ(reading.bytes, 50U) << "the remaining bytes are read";
 }
 
 TEST_F(FileSourceTest, FailsOnceItIsStopped) {

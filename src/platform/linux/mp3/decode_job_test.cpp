@@ -202,7 +202,8 @@ TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
             const DecodeResult& result = job->result();
             ASSERT_FALSE(result.failure);
             if (result.samples == 0) {
-                EXPECT_EQ(readFile(target), text("old")) << "nothing is no reason to replace it";
+                EXPECT_EQ(readFile(target), text("old"))
+                    << "an empty result does not replace the old file";
                 continue;
             }
             const fixture::Samples part = fixture::readWav(target).samples;
@@ -315,7 +316,8 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
             return decodeWithoutRoom(source, disk / "out.wav", threads);
         });
         if (code == mayNotMount) {
-            GTEST_SKIP() << "this user may not mount a disk; KeepsWhatALimitAllows has it, too";
+            GTEST_SKIP()
+                << "this user may not mount a disk; KeepsThePartThatALimitAllows tests it, too";
         }
         EXPECT_EQ(code, 0) << threads;
     }

@@ -75,7 +75,7 @@ TEST(DecodeNoticeTest, ReportsOmittedParts) {
 
 TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndThoseTheUserStopped) {
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
-        << "junk at the ends is in many good files";
+        << "many intact files have other data at their ends";
     DecodeResult stopped = lossyResult(3, 2);
     stopped.outcome = DecodeOutcome::stopped;
     EXPECT_EQ(decodeNotice(names, stopped), "");

@@ -47,7 +47,8 @@ TEST(FrameDecoderTest, SilencesFramesWhoseReservoirIsMissing) {
         Frame frame = frames[i];
         frame.afterGap = i == 100;
         const Data bytes = bytesOf(stream, frame);
-        ASSERT_TRUE(i != 100 || mainDataBegin(frame.header, bytes) > 0) << "a poor example";
+        ASSERT_TRUE(i != 100 || mainDataBegin(frame.header, bytes) > 0)
+            << "the test data have no such frame";
         const auto samples = decoder.decode(frame, bytes);
         if (i == 100) {
             EXPECT_THAT(samples, Each(0));

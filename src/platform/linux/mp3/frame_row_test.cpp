@@ -29,7 +29,7 @@ TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
     EXPECT_FALSE(beginsRow(header, row(1) + Data(500, 0), 0));
     EXPECT_TRUE(beginsRow(header, row(1), 0)) << "the end";
     EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0)) << "a tag";
-    EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0)) << "a torn end";
+    EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0)) << "a truncated end";
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))
         << "the first frame itself is truncated";
 }
@@ -44,7 +44,7 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
     EXPECT_FALSE(rows.anyWithin(mono, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 100, 101, data, 0));
-    EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0)) << "it lies behind";
+    EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0)) << "the row begins later";
 }
 
 TEST(RowsAheadTest, ReturnsOffsetsInTheSourceWhereverTheBytesBegin) {

@@ -209,7 +209,7 @@ TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
     EXPECT_EQ(Scan(head + id3v1 + tail).loss.damagedPlaces, 0);
     EXPECT_EQ(Scan(head + junk(700) + tail).loss.damagedPlaces, 1);
     EXPECT_EQ(Scan(head + junk(700) + tail + junk(9) + tail).loss.damagedPlaces, 2);
-    EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a torn frame";
+    EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a truncated frame";
 }
 
 TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadWithEverythingBefore) {

@@ -136,13 +136,14 @@ TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
         EXPECT_TRUE(next->DecodeToWav(wav).ok());
         std::this_thread::sleep_for(20ms);
         EXPECT_TRUE(next->Busy());
-        EXPECT_EQ(next->Position(), 0) << "it waits";
+        EXPECT_EQ(next->Position(), 0) << "the second one waits";
     }));
     EXPECT_EQ(test::visibleEntriesIn(slow), 0);
     disk.release();
     EXPECT_TRUE(fakes::eventually([&] { return !next->Busy(); }));
     EXPECT_EQ(next->lastResult().outcome, DecodeOutcome::completed);
-    EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1})) << "the later one is the last";
+    EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}))
+        << "the later decoding wrote last";
     EXPECT_TRUE(saves->noneWithin(30s));
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}));
     next.reset();

@@ -235,10 +235,10 @@ TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Play().ok());
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(card.active()) << "the other plays";
+    EXPECT_TRUE(card.active()) << "the other control plays";
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Stop().ok());
-    EXPECT_TRUE(card.active()) << "this one plays again";
+    EXPECT_TRUE(card.active()) << "the first control plays again";
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_FALSE(card.active());
 }
@@ -265,7 +265,7 @@ TEST_F(Mpg123ControlTest, OneControlDecodesWhileAnotherPlays) {
     decode();
     playOn(*tape, 10'000);
     finish();
-    EXPECT_TRUE(control.Stop().ok()) << "as its worker does at the end";
+    EXPECT_TRUE(control.Stop().ok()) << "as the worker's unload does at the end";
     const std::size_t before = tape->size();
     playOn(*tape, before + 10'000);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);

@@ -94,7 +94,7 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverItBegan) 
     const Samples whole = decodeFrom(data, period).samples;
     const Samples one = decodeFrom(data, RenewedDecoder::never).samples;
     EXPECT_NE(fixture::difference(whole, one), std::nullopt)
-        << "a poor example: no decoder was replaced, or no frame is broken";
+        << "unsuitable test data: no decoder was replaced, or no frame is broken";
     // The first damage has an effect only up to the replacement, and the others have theirs.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;

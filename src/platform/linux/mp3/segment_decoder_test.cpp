@@ -90,7 +90,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrRefuses) {
         }
         (expectSame(data, "round " + std::to_string(round)) ? same : refused)++;
     }
-    EXPECT_GT(refused, 0) << "a poor example: no frame was broken";
+    EXPECT_GT(refused, 0) << "unsuitable test data: no frame is broken";
     EXPECT_GT(same, 0);
 }
 

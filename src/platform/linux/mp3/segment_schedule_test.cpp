@@ -31,7 +31,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
     EXPECT_EQ(third->frames, 35);
     finish(1, *third);
     EXPECT_FALSE(schedule.take(1));
-    EXPECT_FALSE(schedule.complete()) << "the first is not done";
+    EXPECT_FALSE(schedule.complete()) << "the first segment is not done";
     EXPECT_EQ(schedule.wholeFrames(), 0);
     schedule.advance(0, 32);
     EXPECT_EQ(schedule.wholeFrames(), 32);
@@ -45,7 +45,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
 TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
     const auto first = schedule.take(0);
     finish(0, *first);
-    EXPECT_FALSE(schedule.complete()) << "a stop: nobody took the others";
+    EXPECT_FALSE(schedule.complete()) << "after the stop no worker took the others";
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 

@@ -97,7 +97,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
         EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << at;
         between += !part.empty() && part.size() < whole.samples.size() ? 1 : 0;
     }
-    EXPECT_GT(between, 0) << "a poor example: there was no stop in the middle";
+    EXPECT_GT(between, 0) << "unsuitable test data: no worker was stopped in the middle";
 }
 
 TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeRead) {
@@ -174,7 +174,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
         EXPECT_TRUE(!decoded.complete || part.size() == whole.samples.size()) << readings;
         beyond += !decoded.complete && part.size() > 80U * 2304 ? 1 : 0;
     }
-    EXPECT_GT(beyond, 0) << "a poor example: the one was never stopped";
+    EXPECT_GT(beyond, 0) << "unsuitable test data: the single worker was never stopped";
 }
 
 TEST_F(SegmentWorkersTest, DoTheWorkWithTheThreadsThatTheSystemHas) {

@@ -40,7 +40,7 @@ TEST(StreamSurveyTest, ChoosesTheFormatOfMostFramesWhereverTheyAre) {
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30)), 48000);
     EXPECT_EQ(rateOf(frames(slow(), 30) + frames(fast(), 20)), 32000);
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30) + frames(slow(), 20)), 32000)
-        << "they need not be together";
+        << "the frames need not be consecutive";
 }
 
 TEST(StreamSurveyTest, CountsFramesAndNotBytes) {

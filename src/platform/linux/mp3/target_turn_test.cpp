@@ -47,7 +47,7 @@ TEST_F(TargetTurnTest, WaitsForThePreviousOneByWhateverPath) {
     EXPECT_FALSE(taken);
     first.reset();
     second.join();
-    EXPECT_TRUE(take(path)) << "it is free again";
+    EXPECT_TRUE(take(path)) << "the target is free again";
 }
 
 TEST_F(TargetTurnTest, IsNotTakenByOneThatIsStopped) {
@@ -57,7 +57,7 @@ TEST_F(TargetTurnTest, IsNotTakenByOneThatIsStopped) {
     stop = true;
     TargetTurn::wakeWaiting();
     second.join(); // hangs if it still waits
-    EXPECT_FALSE(take(folder / "b.wav")) << "not even where nobody is";
+    EXPECT_FALSE(take(folder / "b.wav")) << "not even if no other decoding has the target";
 }
 
 } // namespace

@@ -106,7 +106,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
                   return meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/my music/cds/1.wav";
               }),
               0)
-        << "the guess finds it: this test proves nothing";
+        << "the lower-case path would be found anyway: this test proves nothing";
     EXPECT_EQ(withoutPrivileges([&] {
                   return makeDestination({"Shared", "My Music", "CDs"}) &&
                          meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/My Music/CDs/1.wav";

@@ -23,7 +23,7 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
         thread.leave(1h);
     }
     EXPECT_TRUE(*owned);
-    EXPECT_EQ(owned.use_count(), 1) << "the body is gone when leave returns";
+    EXPECT_EQ(owned.use_count(), 1) << "the body is destroyed when `leave` returns";
 }
 
 TEST(AbandonableThread, LeavesAHangingBodyBehind) {

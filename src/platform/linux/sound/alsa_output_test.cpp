@@ -164,7 +164,8 @@ TEST(AlsaOutput, ListsTheDefaultFirstTheConfiguredDevicesAndNoneLast) {
     }
     EXPECT_THAT(names, testing::Contains("monitor"));
     std::sort(names.begin(), names.end());
-    EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end()) << "each is there once";
+    EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end())
+        << "each device is listed once";
 }
 
 } // namespace

@@ -153,10 +153,10 @@ TEST_F(CardMixerTest, ReportsMissingControls) {
     EXPECT_EQ(line.dwLineID, 99U);
     MixerControl found{1, 2, 3, 4};
     EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl) << "bass of the disc";
-    EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl) << "peak of the speakers";
+    EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl) << "peak of the output";
     MixerLineControls controls{mixerLineControlsSize, 4, 0x50030001, 1, mixerControlSize, &found};
     EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidLine)
-        << "a component type is no line's identifier";
+        << "a component type is not the identifier of a line";
     EXPECT_EQ(found.dwControlID, 2U);
     for (const std::uint32_t identifier : {0U, 11U, 0xFFFFFFFFU}) {
         std::int32_t value = 5;
@@ -373,7 +373,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     hear(1s);
     const std::vector<double> played = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(played, hz, frameRate);
-    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "as loud as it can be";
+    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "at the maximum level";
     // A clipped wave would have a third harmonic with a third of its amplitude.
     EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
@@ -413,7 +413,8 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
-    EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410))) << "no ramp from what nobody played";
+    EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
+        << "no ramp from a volume that was never used";
 }
 
 } // namespace

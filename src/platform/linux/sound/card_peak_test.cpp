@@ -138,7 +138,7 @@ TEST(CardPeak, OfAllThatIsPlayedIsThatOfTheSumThatIsRecorded) {
     EXPECT_EQ(card.recorderPeak(10ms), 70);
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{32767, 0}), 10ms);
     card.advance(20ms);
-    EXPECT_EQ(card.recorderPeak(20ms), 32767) << "the sum is clipped, and so is what is recorded";
+    EXPECT_EQ(card.recorderPeak(20ms), 32767) << "the sum is clipped in the recording, too";
 }
 
 TEST(CardPeak, IsZeroForASilentSourceBesideOneThatPlays) {

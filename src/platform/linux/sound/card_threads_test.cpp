@@ -110,7 +110,7 @@ TEST(CardThreads, OpenAndCloseAnInputConcurrently) {
         listening.join();
         recording.join();
         choosing.join();
-        EXPECT_FALSE(card.active()) << "the input was taken from its line";
+        EXPECT_FALSE(card.active()) << "the input was detached from its line";
     }
     EXPECT_EQ(device->opened, device->closed);
 }

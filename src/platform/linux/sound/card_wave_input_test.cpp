@@ -124,7 +124,7 @@ TEST_F(CardWaveInputTest, RunsAtTheFormatsRateWithAndWithoutSound) {
     EXPECT_GE(filled, 99);
     EXPECT_LE(filled, 100);
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
-    EXPECT_FALSE(card.active()) << "the card rests again";
+    EXPECT_FALSE(card.active()) << "the card is idle again";
 }
 
 TEST_F(CardWaveInputTest, ReceivesTheRecordingsSoundWithoutAffectingIt) {
@@ -201,7 +201,7 @@ TEST_F(CardWaveInputTest, OpensOneDeviceOnce) {
     EXPECT_EQ(input.close(handle), WaveResult::invalidHandle);
     open(cardFormat);
     EXPECT_NE(handle, before);
-    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "a handle that was closed";
+    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "a closed handle";
     EXPECT_FALSE(card.active());
 }
 
@@ -387,11 +387,11 @@ class CardWaveInputExternal : public CardWaveInputTest {
 };
 
 TEST_F(CardWaveInputExternal, IsOpenWhileTheInputRunsAndNoLonger) {
-    EXPECT_EQ(device->opened, 0) << "nobody listens";
+    EXPECT_EQ(device->opened, 0) << "there is no listener";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
     EXPECT_EQ(input.start(handle), WaveResult::noError);
-    EXPECT_EQ(device->opened, 1) << "opened once for all";
+    EXPECT_EQ(device->opened, 1) << "the device is opened only once";
     EXPECT_EQ(input.stop(handle), WaveResult::noError);
     EXPECT_EQ(device->closed, 1);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
@@ -420,7 +420,7 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeakAndRecordingButNotToT
     EXPECT_EQ(card.recorderPeak(now), 882);
     EXPECT_EQ(card.linePeak(Line::externalInput, now), 882);
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
-    EXPECT_EQ(device->closed, 0) << "the recording still needs it";
+    EXPECT_EQ(device->closed, 0) << "the recording still uses the device";
     pass(20ms);
     card.stopRecording(now);
     EXPECT_EQ(device->closed, 1);
@@ -456,7 +456,7 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     add(buffer);
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     pass(10ms);
-    EXPECT_THAT(buffer.frames(), IsSound(silence(441))) << "the pace holds";
+    EXPECT_THAT(buffer.frames(), IsSound(silence(441))) << "the rate does not change";
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
     EXPECT_EQ(input.close(handle), WaveResult::noError);
     device->release();

@@ -64,7 +64,7 @@ TEST_F(KeptToneTest, IsWrittenOnceADragHasComeToRest) {
     EXPECT_THAT(store.writes, ElementsAre(StoreWrite{"Devices", "Bass", "40299"}));
     loop.advance(10s);
     EXPECT_EQ(store.fileWrites, 1);
-    EXPECT_EQ(loop.wakeupCount(), 0U) << "nothing wakes a program at rest";
+    EXPECT_EQ(loop.wakeupCount(), 0U) << "an idle program has no running timer";
 }
 
 TEST_F(KeptToneTest, WritesBothSlidersAtOnce) {

@@ -253,7 +253,7 @@ TEST_F(PlaybackPumpTest, ClosesTheDeviceAfterSilence) {
     }));
     pump.play(silence(441));
     std::this_thread::sleep_for(20ms);
-    EXPECT_EQ(device->opened, 1) << "the silence that follows opens it again";
+    EXPECT_EQ(device->opened, 1) << "silence after it opens the device again";
 }
 
 TEST_F(PlaybackPumpTest, OpensNoDeviceForSilenceAddedWhileItWasClosed) {
@@ -349,7 +349,7 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
-            << "one that takes a few frames and fails again is not back";
+            << "a device that accepts a few frames and fails again has not recovered";
         device->refuseFrom = 0;
         {
             const std::lock_guard lock(device->mutex);

@@ -53,7 +53,7 @@ class FailingDiskTest : public testing::Test {
                                          SYS_ftruncate, SYS_pread64, SYS_linkat},
                                         verdict, [&](CallJudge&) { body(); });
         if (!ran) {
-            GTEST_SKIP() << "this kernel passes no calls to another thread";
+            GTEST_SKIP() << "this kernel cannot pass calls to another thread";
         }
     }
 
@@ -148,7 +148,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
                         EXPECT_EQ(recording.frames(), failing * 1000);
                         EXPECT_EQ(recording.failure(), error);
                         EXPECT_EQ(recording.save(target).ok(), failing > 0)
-                            << "there may be nothing to keep";
+                            << "no frame may have been written";
                     });
                 EXPECT_EQ(entriesIn(folder.path()), failing > 0 ? 1 : 0);
                 if (failing > 0) {

@@ -65,7 +65,7 @@ class RecordingFixture : public testing::Test {
         const bool ran = test::CallJudge::run(
             {SYS_pwrite64, SYS_fdatasync, SYS_fsync, SYS_linkat, SYS_openat}, verdict, body);
         if (!ran) {
-            GTEST_SKIP() << "this kernel passes no calls to another thread";
+            GTEST_SKIP() << "this kernel cannot pass calls to another thread";
         }
     }
     /// Whether the call creates an unnamed file in `where`.

@@ -235,7 +235,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
             startRecording(*recording);
             play(2s);
             ASSERT_TRUE(eventually([&] { return isTaken(*recording); }))
-                << "the other folder takes it";
+                << "the recording uses the other folder";
             play(1s);
             card.stopRecording(now);
             EXPECT_EQ(judge.held(), 1);
@@ -244,7 +244,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
             judge.release();
         });
     expectPlainWav(other / "1234-3.wav", played());
-    EXPECT_EQ(entriesIn(folder.path()), 0) << "what was made there at last is gone";
+    EXPECT_EQ(entriesIn(folder.path()), 0) << "the file that was created there late is deleted";
     ASSERT_GE(shown.texts().size(), 1U);
     EXPECT_THAT(shown.texts()[0],
                 AllOf(HasSubstr("\"" + folder.path().string() + "\""),
@@ -282,7 +282,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
             startRecording(*recording);
             ASSERT_TRUE(eventually([&] { return judge.held() == 2; }));
             play(60s);
-            EXPECT_EQ(disc->position(), 441'000) << "all of it waits, and the disc does";
+            EXPECT_EQ(disc->position(), 441'000) << "all frames are queued, and the disc waits";
             judge.release();
             ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
             play(1s);
@@ -310,7 +310,7 @@ TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
             EXPECT_FALSE(recording->save(target).ok());
             judge.release();
             EXPECT_TRUE(noSaveIsPending());
-            EXPECT_TRUE(recording->save(target).ok()) << "it was done meanwhile";
+            EXPECT_TRUE(recording->save(target).ok()) << "the save was completed meanwhile";
         });
     expectPlainWav(target, pattern(0, 100));
     EXPECT_EQ(entriesIn(folder.path()), 1);

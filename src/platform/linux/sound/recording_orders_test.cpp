@@ -41,7 +41,7 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
     const auto first = orders.relieveWithin(1ms);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->hanging, 0U);
-    EXPECT_FALSE(orders.tries(0, 1)) << "its turn is over";
+    EXPECT_FALSE(orders.tries(0, 1)) << "another writer has replaced it";
     EXPECT_FALSE(orders.begins(0, [] { ADD_FAILURE(); }));
     EXPECT_FALSE(orders.fails(0, noFolder, [] { ADD_FAILURE(); }));
     ASSERT_TRUE(orders.tries(first->turn, 1));
@@ -49,7 +49,7 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
     ASSERT_TRUE(second);
     EXPECT_EQ(second->hanging, 1U);
     ASSERT_TRUE(orders.tries(second->turn, 2));
-    EXPECT_FALSE(orders.relieveWithin(1ms)) << "the last one is waited for";
+    EXPECT_FALSE(orders.relieveWithin(1ms)) << "there is no further candidate";
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
@@ -86,7 +86,7 @@ TEST_F(RecordingOrdersTest, PassASaveToTheWriterAndReturnItsOutcome) {
     });
     EXPECT_TRUE(orders.saveWithin(30s, "/a.wav")->ok());
     EXPECT_FALSE(orders.saveWithin(30s, "/b.wav")->ok());
-    EXPECT_FALSE(orders.close()) << "no save is left";
+    EXPECT_FALSE(orders.close()) << "no save is pending";
     EXPECT_TRUE(orders.abandoned());
     EXPECT_TRUE(orders.finishedWithin(30s));
     writer.join();
@@ -101,9 +101,9 @@ TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     orders.saved({}, [&] { notified = true; });
     EXPECT_TRUE(notified);
     EXPECT_TRUE(saves->noneWithin(0ms));
-    EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok()) << "it is not ordered once more";
+    EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok()) << "the save is not ordered twice";
     EXPECT_TRUE(saves->noneWithin(0ms));
-    EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav")) << "and now it is";
+    EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav")) << "it has now been saved";
 }
 
 TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsDone) {

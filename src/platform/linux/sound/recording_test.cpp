@@ -80,11 +80,11 @@ TEST_F(RecordingTest, FailsWithANoticeIfNoFolderAllowsIt) {
         ASSERT_FALSE(begun.ok());
         EXPECT_EQ(begun.error().number, ErrorNumber::pathNotFound);
     }
-    ASSERT_EQ(shown.texts().size(), 1U) << "for as long as none will";
+    ASSERT_EQ(shown.texts().size(), 1U) << "the notice is reported once while no folder allows it";
     EXPECT_THAT(shown.texts()[0], HasSubstr("Nothing is recorded: "));
     EXPECT_THAT(shown.texts()[0], HasSubstr("missing"));
     begin();
-    EXPECT_EQ(shown.texts().size(), 2U) << "it is settled";
+    EXPECT_EQ(shown.texts().size(), 2U) << "the notice is settled";
 }
 
 TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
@@ -98,7 +98,7 @@ TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
 TEST_F(RecordingTest, LeavesItsSinkToTheCardWhichThenStoresNothing) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
-    EXPECT_GT(sink->room(), 1'000'000U) << "it never holds the card";
+    EXPECT_GT(sink->room(), 1'000'000U) << "it never stops the card";
 }
 
 TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
@@ -133,7 +133,7 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
             const std::int64_t kept = recording->bytes() / 4;
-            EXPECT_GT(recording->sink()->room(), 1'000'000U) << "a full disk holds nobody up";
+            EXPECT_GT(recording->sink()->room(), 1'000'000U) << "a full disk blocks no thread";
             recording->sink()->record(pattern(0, 1000));
             EXPECT_EQ(recording->bytes(), kept * 4);
             EXPECT_TRUE(recording->save(target).ok());

@@ -94,7 +94,7 @@ TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhileItsSourceStarves) {
         }
         starving.stopRecording(now);
         ASSERT_THAT(soundOf(tape->frames()), IsSound(pattern(0, 40'000))) << "seed " << seed;
-        ASSERT_NE(tape->frames().front(), StereoFrame{}) << "silence slipped in at the beginning";
+        ASSERT_NE(tape->frames().front(), StereoFrame{}) << "silence was inserted at the beginning";
     }
 }
 
@@ -257,12 +257,13 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     narrow->space = 700;
     card.advance(20ms);
     EXPECT_EQ(narrow->size(), 700U);
-    EXPECT_EQ(disc->position(), 700) << "what is not recorded has not been played";
+    EXPECT_EQ(disc->position(), 700) << "frames that are not recorded are not played";
     card.advance(60s);
     EXPECT_EQ(narrow->size(), 700U);
     narrow->space = 100'000;
     card.advance(60s + 10ms);
-    EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141))) << "the minute is not made up";
+    EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141)))
+        << "the card does not catch up the minute";
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is played as it is recorded";
 }
 

@@ -103,7 +103,7 @@ TEST(AHangingMount, BlocksOneThreadAndNothingElse) {
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
     if (WEXITSTATUS(status) == mayNotMount) {
-        GTEST_SKIP() << "no mounts may be made here";
+        GTEST_SKIP() << "this user may not mount a disk";
     }
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }

@@ -26,7 +26,7 @@ TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
     EXPECT_EQ(slow->gate, gate);
     auto other = slow;
     slow.reset();
-    EXPECT_EQ(gate->arrivals(), 0) << "it has an owner";
+    EXPECT_EQ(gate->arrivals(), 0) << "the object still has an owner";
     other.reset();
     gate->waitForArrivals(1);
     gate->open();

@@ -55,7 +55,7 @@ TEST(WorkerThreads, AHangingJobBlocksOnlyItsThread) {
     Completion done;
     ASSERT_TRUE(workers.run([] {}, [&] { done.complete(); }));
     EXPECT_TRUE(done.restFor(1h));
-    EXPECT_EQ(owned.use_count(), 2) << "it hangs still";
+    EXPECT_EQ(owned.use_count(), 2) << "the call still hangs";
     gate->open();
     EXPECT_TRUE(fakes::eventually([&] { return owned.use_count() == 1; }));
 }
