@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The longest time for which an event loop handled nothing, by an event that comes every
-// millisecond: so long would a click have had to wait.
+// The longest time for which an event loop handled no event, measured with an event every
+// millisecond: a click would have had to wait that long.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace sonarith::bench {
 
 class LongestGap {
   public:
-    /// At each event. Gaps outside of what is measured are no matter.
+    /// Call at each event. Gaps outside the measured part do not count.
     void beat(bool measured = true) {
         const auto now = Clock::now();
         if (measured) {
@@ -20,7 +20,7 @@ class LongestGap {
         last_ = now;
         ++beats_;
     }
-    /// What came before does not count.
+    /// Earlier gaps do not count.
     void restart() { last_ = Clock::now(); }
 
     [[nodiscard]] double milliseconds() const {

@@ -24,7 +24,7 @@ TICKS = os.sysconf("SC_CLK_TCK")
 
 
 class XImage(ctypes.Structure):
-    """The head of Xlib's image record, as far as the pixels (Xlib.h)."""
+    """The first fields of Xlib's image record, up to the pixels (Xlib.h)."""
 
     _fields_ = [(name, ctypes.c_int) for name in ("width", "height", "xoffset", "format")] + [
         ("data", ctypes.POINTER(ctypes.c_ubyte)),
@@ -33,7 +33,7 @@ class XImage(ctypes.Structure):
 
 
 class Screen:
-    """A virtual X server, and whether anything is painted on its black root window."""
+    """A virtual X server; detects whether anything is painted on its black root window."""
 
     def __init__(self):
         reader, writer = os.pipe()
@@ -53,8 +53,8 @@ class Screen:
         self.root = ctypes.c_ulong(self.xlib.XDefaultRootWindow(self.display))
 
     def painted(self):
-        """Looks at strips of the screen so far apart that every window covers one. A look at all of
-        it would keep server and processor from the program that is being timed."""
+        """Reads strips of the screen that are close enough for every window to cover one. Reading
+        the whole screen would take server and processor time from the measured program."""
         every = ctypes.c_ulong(0xFFFFFFFF)
         for y in range(STRIP_DISTANCE // 2, SCREEN_HEIGHT, STRIP_DISTANCE):
             image = self.xlib.XGetImage(self.display, self.root, 0, y, SCREEN_WIDTH, 1, every, 2)
@@ -70,7 +70,7 @@ class Screen:
 
 
 def surroundings(home, screen):
-    """A user of its own: no disc, an empty destination folder, no sound."""
+    """A new user's environment: no disc, an empty destination folder, no sound."""
     store = home / ".config/sonarith"
     store.mkdir(parents=True)
     destination = home / "wav"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the benchmarks make of the figures of several rounds.
+// Statistics of the figures of several rounds.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace sonarith::bench {
 
-/// The middle one of the values, of which there is at least one.
+/// The median of at least one value.
 inline double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];

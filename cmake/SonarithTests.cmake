@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Adds tests to CTest. ./test selects them by name: "MODULE.tests", "e2e.SCRIPT",
 # "fuzz.TARGET", "lint.CHECK".
-set(SONARITH_PYTHON /usr/bin/python3) # Debian's own: its accessibility modules are for no other
+set(SONARITH_PYTHON /usr/bin/python3) # Debian's Python: only it has the accessibility modules
 set(SONARITH_TEST_TOOLS ${PROJECT_SOURCE_DIR}/tools/testing)
 
 # Excluded under the thread sanitizer: the slowest tests that use only one thread.

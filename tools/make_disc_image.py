@@ -8,8 +8,8 @@
 The path of the sheet is printed. With --signal ramp, frame n of the disc's time line (from INDEX 01
 of track 1 on) holds n's low 16 bits in the left channel and its high bits, exclusive-or 0x5a5a, in
 the right one. --pause gives each track but the first a stored pause of that many sectors (INDEX 00),
-which comes on top of --seconds and counts to the track before it. --data adds a data track of that
-many sectors at the end, as on an enhanced disc.
+in addition to --seconds; it belongs to the track before it. --data adds a data track of that many
+sectors at the end, as on an enhanced disc.
 """
 
 import argparse
@@ -25,8 +25,8 @@ FRAME_RATE = SECTORS_PER_SECOND * FRAMES_PER_SECTOR
 BYTES_PER_SECTOR = 2352
 RAMP_MARK = 0x5A5A
 
-# Four chords of whole hertz, so that one second of each repeats without a gap. Every tune of the
-# demonstration plays them in order, each tune starting with another one.
+# Four chords of whole hertz, so that a second of each can be repeated without a gap. Each track
+# plays them in order, starting with a different one.
 CHORDS = ((262, 330, 392, 523), (220, 262, 330, 440), (175, 262, 349, 440), (196, 247, 294, 392))
 PEAK = 0.6 * 32767
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Analyses arbitrary bytes as an MP3 file, after another file whose values must either stay or go
-// together.
+// Analyses arbitrary bytes as an MP3 file, after another file: its values must be either all kept
+// or all replaced.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -16,7 +16,7 @@ using fuzz::require;
 
 constexpr const char* path = "c:\\a.mp3";
 
-/// No header has these.
+/// Values that no header has.
 Mp3Info fileBefore() {
     Mp3Info info;
     info.Bitrate = -1;

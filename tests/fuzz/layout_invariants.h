@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What every layout of a disc image holds, however hostile its sheet was. Shared by the fuzz
-// targets of both kinds of sheet; it ends the process where something is broken.
+// The invariants of every layout of a disc image, however hostile its sheet is. Shared by the fuzz
+// targets of both kinds of sheet; ends the process if one is violated.
 #pragma once
 
 #include <algorithm>
@@ -50,8 +50,8 @@ inline void checkLayoutItself(const disc::ImageLayout& layout) {
     }
 }
 
-/// Files that hold all that the sheet asks for and no more: the very bytes of a stated length, and
-/// one sector where the file is to decide.
+/// Files that contain exactly what the sheet requires: the exact bytes of a stated length, and one
+/// sector if the file determines the length.
 inline FileLengths lengthsThatDo(const disc::ImageLayout& layout) {
     FileLengths bytes(layout.files.size(), 0);
     for (const disc::LayoutTrack& track : layout.tracks) {
@@ -79,7 +79,8 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     }
     const disc::ImageLayout& layout = parsed.value();
     checkLayoutItself(layout);
-    // Files of every size must do: none, a torn sector, half a disc, more than any disc.
+    // Files of any size must be accepted: empty, an incomplete sector, half a disc, more than any
+    // disc.
     for (const std::int64_t each :
          {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
         const FileLengths bytes(layout.files.size(), each);
@@ -88,7 +89,7 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
             checkLine(line.value(), layout, bytes);
         }
     }
-    // Files that hold what they should, or a bit more, leave nothing to remark.
+    // Complete files, or slightly longer ones, cause no remark.
     for (const std::int64_t more : {0, 1, 2351}) {
         FileLengths bytes = lengthsThatDo(layout);
         for (std::int64_t& length : bytes) {

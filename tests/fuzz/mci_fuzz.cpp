@@ -19,10 +19,10 @@ using fuzz::require;
 
 disc::Table tableFor(std::uint8_t choice) {
     disc::Table table;
-    // Bits 0 to 6: number of tracks; bit 7: every third one is data. 0 and 100 and more included.
+    // Bits 0 to 6: number of tracks, including 0 and more than 99; bit 7: every third one is data.
     for (int i = 0; i < (choice & 127); ++i) {
         const bool data = (choice & 128) != 0 && i % 3 == 2;
-        // Empty tracks among them, and one that is far longer than any disc.
+        // Includes empty tracks and one that is far longer than any disc.
         const std::int64_t sectors = i == 50 ? std::numeric_limits<std::int32_t>::max() : i * 977;
         table.tracks.push_back({data ? disc::TrackKind::data : disc::TrackKind::audio, sectors});
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over all, and the same in
-// segments, which must give the same samples unless they refuse the stream. Each also for a source
-// that cannot be read from some place on: they have the same samples up to there. The first byte of
-// an input chooses the size of the segments, the second one the place.
+// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over the file, and the same in
+// segments, which must return the same samples unless they refuse the stream. Then again with a
+// source that is unreadable from an offset on: the samples before it must be the same. The first
+// byte of an input selects the size of the segments, the second one the offset.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -29,7 +29,7 @@ struct DecodedSound {
     bool failed = false;
 };
 
-/// Bytes of which those from `end` on cannot be read.
+/// Bytes that are unreadable from `end` on.
 class TornSource : public ByteSource {
   public:
     TornSource(Bytes bytes, std::size_t end) : bytes_(bytes), end_(end) {}

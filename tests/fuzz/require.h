@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a fuzz target says what must hold: it ends the process where it does not.
+// The assertion of the fuzz targets: ends the process if the condition is false.
 #pragma once
 
 #include <cstdlib>

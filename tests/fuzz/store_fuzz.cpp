@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds the check of settings files.
+// Feeds arbitrary bytes to the check of settings files.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using sonarith::StoreFileState;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     if (checkStoreFile(bytes) == StoreFileState::whole) {
-        // Whole files have no torn end, and stay whole with a further key.
+        // A complete file has no truncated end, and stays complete with a further key.
         if (!bytes.empty() && bytes.back() != '\n' && bytes != "\xef\xbb\xbf") {
             std::abort();
         }

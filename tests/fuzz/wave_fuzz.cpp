@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Opens arbitrary bytes as a WAVE file of a disc image, and reads what it then claims to hold.
+// Opens arbitrary bytes as a WAVE file of a disc image, and reads all samples that its header
+// states.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -16,7 +17,7 @@ namespace {
 using namespace sonarith;
 using fuzz::require;
 
-/// A file without a place in any folder, that has a path all the same.
+/// A file in memory that has a path.
 class MemoryFile {
   public:
     MemoryFile(const std::uint8_t* data, std::size_t size)
@@ -45,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     disc::ImageFile& file = *opened.value();
-    // No header makes samples of nothing, whatever it claims.
+    // Whatever the header states, there are no more samples than bytes.
     const std::int64_t bytes = file.bytes();
     require(bytes >= 0 && bytes % 4 == 0 && bytes <= static_cast<std::int64_t>(size));
     const std::int64_t frames = bytes / 4;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds the wildcard comparison: what stands before the first NUL is the pattern, the rest the
-// text.
+// Feeds arbitrary bytes to the wildcard comparison: the bytes before the first NUL are the pattern,
+// the others the text.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor's logic over files and a settings store of the machine; all else is fake. For
-// tests and benchmarks; tests/support/playlist_world.h has it over files in memory.
+// The playlist editor's logic with real files and a real settings store; everything else is fake.
+// For tests and benchmarks; tests/support/playlist_world.h uses files in memory.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@
 namespace sonarith::test {
 
 struct EditorOver {
-    /// Loads the window, with the list that is stored. Both outlive this.
+    /// Loads the window with the stored list. Both must outlive this.
     EditorOver(FileSystem& files, SettingsStore& store)
         : platform{.loop = machine.loop,
                    .media = machine.media,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The header analysis against an independent decoder, over files that an encoder makes: what both
-// read alike, and where the analysis reads less on purpose.
+// Compares the header analysis with an independent decoder, on encoded files: what both read alike,
+// and where the analysis deliberately reads less.
 #include "formats/mp3_analysis.h"
 
 #include <gmock/gmock.h>
@@ -20,10 +20,10 @@ namespace {
 using test::SecondOpinion;
 
 constexpr int samplesPerFrame = 1152; // of MPEG 1 Layer III
-/// Far from a whole second, so that a frame more or less makes no other duration.
+/// Far from a whole second, so that one frame more or less does not change the duration.
 constexpr double soundSeconds = 2.5;
 
-/// Noise that comes and goes, so that a variable bit rate varies.
+/// Noise with a changing volume, so that a variable bit rate varies.
 std::vector<std::int16_t> swellingNoise(int rate, int channels) {
     std::vector<std::int16_t> samples(static_cast<std::size_t>(rate * soundSeconds) *
                                       static_cast<std::size_t>(channels));
@@ -38,7 +38,7 @@ std::vector<std::int16_t> swellingNoise(int rate, int channels) {
 
 class HeaderAnalysisTest : public testing::Test {
   protected:
-    /// Encodes, and has the file read by both. `options` are the encoder's.
+    /// Encodes a file, and reads it with both. `options` are the encoder's.
     void encode(int rate, int channels, const std::string& options) {
         encode(rate, channels, options, swellingNoise(rate, channels));
     }
@@ -71,7 +71,8 @@ class HeaderAnalysisTest : public testing::Test {
         EXPECT_EQ(info.CopyRight, yesIf((first.flags & MPG123_COPYRIGHT) != 0));
         EXPECT_EQ(info.Private, yesIf((first.flags & MPG123_PRIVATE) != 0));
         EXPECT_EQ(info.Original, yesIf((first.flags & MPG123_ORIGINAL) != 0));
-        // A frame is as many bytes as the rates make, cut, and one more with padding.
+        // The size of a frame is computed from the rates and rounded down, plus one byte with
+        // padding.
         const std::int64_t plainBytes = 144'000LL * first.bitrate / first.rate;
         EXPECT_EQ(info.Padding, yesIf(first.framesize != plainBytes));
         const std::vector<std::string> modes{"stereo", "joint stereo", "dual channel",
@@ -137,7 +138,7 @@ TEST_F(HeaderAnalysisTest, ShowsTheAverageOfAllFramesForAVariableStereoRate) {
         encode(44100, 2, std::string("--resample 44.1 ") + options);
         expectTheDecodersHeader();
         EXPECT_TRUE(info.IsVbr);
-        // The count leaves out the frame that holds it.
+        // The count does not include the frame that contains it.
         EXPECT_EQ(info.Frames, opinion->frames - 1);
         const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
         EXPECT_NEAR(info.Bitrate, average, 0.5);
@@ -158,9 +159,9 @@ TEST_F(HeaderAnalysisTest, FindsTheSameTagAsADecoder) {
     EXPECT_EQ(info.HasTag, opinion->title.has_value());
 }
 
-// --- where the analysis departs from a decoder, on purpose ------------------------------------
+// --- deliberate differences from a decoder ------------------------------------
 
-// Of silence, in which no chance pair of bytes passes for a frame.
+// Silence, in which no random pair of bytes looks like a frame.
 TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
     for (const int rate : {24000, 22050, 16000, 11025}) {
         SCOPED_TRACE(rate);

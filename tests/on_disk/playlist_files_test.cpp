@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor over the machine's files: what a kill at any system call leaves of a tag's
-// write, and files that are huge, closed to the user or none at all.
+// Tests the playlist editor with real files: the state of a file after a kill at any system call of
+// a tag's write, and files that are huge, unreadable or not regular.
 #include <gmock/gmock.h>
 
 #include <filesystem>

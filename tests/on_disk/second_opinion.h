@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What an independent decoder reads in an MP3 file: the header of its first frame, how many frames
-// follow, and the tag. For tests that hold the header analysis against it.
+// The values that an independent decoder reads from an MP3 file: the header of its first frame, the
+// number of frames, and the tag. For tests that compare the header analysis with it.
 #pragma once
 
 #include <cstdint>
@@ -19,12 +19,12 @@ SONARITH_LATE_FUNCTION(mpg123Library, mpg123_open);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_scan);
 
 struct SecondOpinion {
-    mpg123_frameinfo first{}; ///< of the first frame, a frame of information too
-    std::int64_t frames = 0;  ///< all, the frame of information too
+    mpg123_frameinfo first{}; ///< of the first frame, even an information frame
+    std::int64_t frames = 0;  ///< all, including the information frame
     std::optional<std::string> title = std::nullopt; ///< of a tag of the first version
 };
 
-/// Nothing for a file that the decoder takes for none of its own.
+/// Empty for a file that the decoder does not accept.
 [[nodiscard]] inline std::optional<SecondOpinion>
 secondOpinionOf(const std::filesystem::path& file) {
     mpg123_init();
@@ -32,7 +32,7 @@ secondOpinionOf(const std::filesystem::path& file) {
     mpg123_param2(decoder, MPG123_ADD_FLAGS, MPG123_QUIET | MPG123_IGNORE_INFOFRAME, 0);
     SecondOpinion opinion;
     bool read = mpg123_open(decoder, file.c_str()) == MPG123_OK;
-    // The scan leaves the header of the last frame behind it: it comes after the look at the first.
+    // The scan ends at the last frame: it runs after the header of the first one was read.
     read = read && mpg123_info(decoder, &opinion.first) == MPG123_OK;
     read = read && mpg123_scan(decoder) == MPG123_OK;
     opinion.frames = mpg123_framelength(decoder);

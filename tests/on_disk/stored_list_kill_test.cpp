@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The stored playlist in the user's settings file: what a kill at any system call of a change
-// leaves.
+// Tests the stored playlist in the user's settings file: its state after a kill at any system call
+// of a change.
 #include <gmock/gmock.h>
 
 #include <filesystem>

@@ -64,7 +64,7 @@ class CallJudge {
         heldVerdict_ = error;
         released_ = true;
     }
-    /// How many calls are held now.
+    /// The number of calls that are held now.
     [[nodiscard]] int held() const { return held_; }
 
   private:

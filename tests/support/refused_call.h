@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes one kind of system call fail from then on, as on file systems that lack a feature or are
-// damaged. For a child process, since it cannot be undone.
+// Makes one system call fail from then on, as on file systems that lack a feature or are damaged.
+// For a child process, since it cannot be undone.
 #pragma once
 
 #include <cerrno>

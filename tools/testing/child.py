@@ -10,12 +10,12 @@ _libc = ctypes.CDLL(None)
 
 
 def ends_with_parent():
-    """For `preexec_fn`: the child gets SIGTERM when its parent ends, killed or not."""
+    """For `preexec_fn`: the child receives SIGTERM when its parent ends, even if it was killed."""
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM, 0, 0, 0)
 
 
 def ends_with_parent_at_idle_priority():
-    """As above, for work that is to use only the time that nothing else wants."""
+    """As above, for a process that uses only idle processor time."""
     ends_with_parent()
     os.nice(19)
     try:

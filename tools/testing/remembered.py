@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs a test's command, unless it passed before with the very same program and inputs.
+"""Runs a test's command, unless it passed before with exactly the same program and inputs.
 
     remembered.py --verdicts FOLDER --name NAME [--inputs FILE...] -- COMMAND...
 
@@ -42,7 +42,7 @@ def main():
     began = time.monotonic()
     result = subprocess.run(options.command, preexec_fn=child.ends_with_parent, check=False)
     if result.returncode == 0 and key:
-        # Inputs that changed meanwhile may not be the ones that passed.
+        # An input may have changed during the run: then it is unknown which content has passed.
         verdicts.hash_of.cache_clear()
         if verdicts.key_of_command(options.command, inputs) == key:
             kept.remember(key, time.monotonic() - began)

@@ -39,24 +39,24 @@ class Remembered(unittest.TestCase):
         self.assertEqual(self.run_command("exit 3"), 3)
         self.assertEqual(self.times_run(), 2)
 
-    def test_another_command_has_another_verdict(self):
+    def test_another_command_has_its_own_result(self):
         self.run_command("true")
         self.assertEqual(self.run_command("true "), 0)
 
-    def test_a_changed_input_forgets_and_the_old_content_is_still_known(self):
+    def test_a_changed_input_runs_again_and_the_old_content_stays_cached(self):
         self.run_command("true")
         self.input.write_text("two")
         self.assertEqual(self.run_command("true"), 0)
         self.input.write_text("one")
         self.assertEqual(self.run_command("true"), CACHED)
 
-    def test_an_input_that_changes_during_the_run_is_not_remembered(self):
+    def test_an_input_that_changes_during_the_run_is_not_cached(self):
         shell = f"echo three > {self.input}"
         self.assertEqual(self.run_command(shell), 0)
         self.input.write_text("one")
         self.assertEqual(self.run_command(shell), 0)
 
-    def test_a_missing_input_is_not_remembered(self):
+    def test_a_run_with_a_missing_input_is_not_cached(self):
         missing = [self.input, self.folder / "missing"]
         self.assertEqual(self.run_command("true", missing), 0)
         self.assertEqual(self.run_command("true", missing), 0)
@@ -64,7 +64,7 @@ class Remembered(unittest.TestCase):
     def test_a_command_cannot_claim_to_be_cached(self):
         self.assertEqual(self.run_command(f"exit {CACHED}"), 1)
 
-    def test_a_command_that_a_signal_ends_has_failed(self):
+    def test_a_command_ended_by_a_signal_has_failed(self):
         self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
         self.assertNotIn(self.run_command("kill -9 $$"), (0, CACHED))
 

@@ -1,29 +1,30 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What became of the tests of one CTest run, read from its JUnit file."""
+"""The results of one CTest run, read from its JUnit file."""
 
 import dataclasses
 import re
 import xml.etree.ElementTree as ElementTree
 
 SKIPPED_AS_CACHED = "SKIP_RETURN_CODE=77"
-# What unit_program.py and tidy.py print of the tests and sources that they stand for.
+# The summaries that unit_program.py and tidy.py print.
 TESTS_OF_A_PROGRAM = re.compile(r"^(\d+) tests passed, (\d+) failed", re.MULTILINE)
 FAILED_TEST = re.compile(r"^FAILED  (\S+?)(?:_test)?: (.+)$", re.MULTILINE)
 SOURCES = re.compile(r"^(\d+) sources, (\d+) of them known to be clean", re.MULTILINE)
-# Of a failed test's output: the first failure is at its beginning, names and sums at its end.
+# The parts of a failed test's output to show: the first failure is at its beginning, names and sums
+# at its end.
 FIRST_LINES, LAST_LINES = 30, 30
 MOST_COLUMNS = 200
-# What XML cannot hold, and a program may print.
+# Characters that a program may print but XML does not allow.
 NO_XML = re.compile(r"[\x00-\x08\x0b\x0c\x0e-\x1f]")
 
 
 def shortened(text):
-    """The lines of a failed test's output that are worth repeating."""
+    """The first and the last lines of a failed test's output."""
     lines = [line[:MOST_COLUMNS] for line in text.rstrip().splitlines()]
-    left_out = len(lines) - FIRST_LINES - LAST_LINES
-    if left_out <= 0:
+    omitted = len(lines) - FIRST_LINES - LAST_LINES
+    if omitted <= 0:
         return lines
-    return [*lines[:FIRST_LINES], f"... {left_out} lines ...", *lines[-LAST_LINES:]]
+    return [*lines[:FIRST_LINES], f"... {omitted} lines ...", *lines[-LAST_LINES:]]
 
 
 @dataclasses.dataclass
@@ -33,17 +34,18 @@ class Report:
     failed: dict = dataclasses.field(default_factory=dict)  # name: lines of its output
     programs: int = 0  # of unit tests
     tests_of_programs: int = 0  # that passed
-    # Each test of a program by itself: how many passed, and the names of those that did not.
+    # Each test of a program counted separately: how many passed, and the names of those that
+    # failed.
     single_passed: int = 0
     single_failed: list = dataclasses.field(default_factory=list)
-    sources: tuple = ()  # of lint: all, and those whose verdict was known
+    sources: tuple = ()  # of lint: the number of all sources, and of those that were cached
 
     @property
     def total(self):
         return self.passed + self.cached + len(self.failed)
 
     def note(self):
-        """In a few words."""
+        """A short summary."""
         parts = [f"{self.total} tests" if self.total != 1 else "1 test"]
         if self.programs:
             parts.append(f"{self.tests_of_programs} in {self.programs} programs of unit tests")
@@ -57,7 +59,7 @@ class Report:
 
 
 def read(path):
-    """The report of a JUnit file. None if there is none, or none that is whole."""
+    """The report of a JUnit file. None if the file is missing or incomplete."""
     try:
         with open(path, encoding="utf-8", errors="replace") as file:
             root = ElementTree.fromstring(NO_XML.sub("?", file.read()))

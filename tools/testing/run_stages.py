@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs the stages of ./test, all or those that are named, and sums up at the end what passed, what
-failed, what was cached and what was not run. Exits with 0, 1 for failures, or 2 for words that name
-nothing."""
+"""Runs all stages of ./test, or the given ones, and prints a summary: what passed, what failed,
+what was cached and what was not run. Exits with 0, with 1 for failures, or with 2 for unknown
+names."""
 
 import atexit
 import collections
@@ -26,7 +26,7 @@ MOST_LINES_OF_A_BUILD = 40
 
 @dataclasses.dataclass
 class Step:
-    """How one step of a stage ended."""
+    """The result of one step of a stage."""
     title: str
     outcome: str  # passed, cached, FAILED or not run
     seconds: float = 0
@@ -35,7 +35,8 @@ class Step:
 
 
 class Clock:
-    """Time since its start: of the wall, and of the processors by child processes that ended."""
+    """Time since its creation: wall-clock time, and processor time of the child processes that have
+    ended."""
 
     def __init__(self):
         self._began = time.monotonic()
@@ -53,34 +54,34 @@ class Clock:
 def usage():
     width = max(len(stage.name) for stage in STAGES)
     lines = ["./test                         everything",
-             "./test STAGE [NAME...] ...     these stages; with names, only so much of a stage",
+             "./test STAGE [NAME...] ...     these stages; with names, only these parts of a stage",
              "", "Stages:"]
     lines += [f"  {stage.name:{width}}  {stage.about}" for stage in STAGES]
     lines += ["", "Names are modules or folders below src/ (unit, tsan, core), scripts (e2e),",
-              "targets (fuzz) and checks (lint). Without arguments, a program that passed and has",
-              "not changed since is not run again and counts as cached."]
+              "targets (fuzz) and checks (lint). Without arguments, a program that has passed and",
+              "has not changed since is not run again and counts as cached."]
     return "\n".join(lines)
 
 
 def parse(words):
-    """The words after each stage's name, by stage; for no words, all stages without any."""
+    """The names given after each stage, by stage; without arguments, all stages without names."""
     by_name = {stage.name: stage for stage in STAGES}
     if not words:
         return {stage: [] for stage in STAGES}
     if words[0] not in by_name:
-        raise UnknownName(f"there is no stage {words[0]!r}\n\n{usage()}")
-    asked = {}
+        raise UnknownName(f"unknown stage {words[0]!r}\n\n{usage()}")
+    requested = {}
     for word in words:
         if word in by_name:
-            current = asked.setdefault(by_name[word], [])
+            current = requested.setdefault(by_name[word], [])
         else:
             current.append(word)
-    return {stage: asked[stage] for stage in STAGES if stage in asked}
+    return {stage: requested[stage] for stage in STAGES if stage in requested}
 
 
 def relay(command):
-    """Runs a command and shows its output; returns its exit code and the lines at its end, from
-    the first error on where there is one."""
+    """Runs a command and shows its output. Returns its exit code and the lines from the first error
+    on or, without an error, its last lines."""
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, text=True, errors="replace")
     last, errors = collections.deque(maxlen=MOST_LINES_OF_A_BUILD), []
@@ -94,11 +95,11 @@ def relay(command):
 
 
 class Run:
-    """The steps of the stages that were asked for, and how they ended."""
+    """Runs the requested stages and keeps the results of their steps."""
 
-    def __init__(self, asked, whole):
-        """`asked`: names by stage, empty for all; `whole`: ./test without arguments."""
-        self._asked = asked
+    def __init__(self, requested, whole):
+        """`requested`: names by stage, empty for all; `whole`: ./test without arguments."""
+        self._requested = requested
         self._whole = whole
         self._configured = set()
         self._background = {}
@@ -108,11 +109,12 @@ class Run:
         self.single_failed = []
 
     def go(self):
-        beside = [stage for stage in self._asked if stage.in_background and len(self._asked) > 1]
-        for stage in beside:
+        background = [stage for stage in self._requested
+                  if stage.in_background and len(self._requested) > 1]
+        for stage in background:
             self._start_in_background(stage)
-        for stage in self._asked:
-            if stage not in beside:
+        for stage in self._requested:
+            if stage not in background:
                 self._run(stage)
         for stage in self._background:
             self._join(stage)
@@ -120,7 +122,7 @@ class Run:
     # One stage.
 
     def configure(self, stage):
-        """Makes the stage's build folder ready; False if that failed."""
+        """Configures the stage's build folder; False if that failed."""
         if stage.preset in self._configured:
             return True
         done = subprocess.run(stage.configure_command(), check=False, stdout=subprocess.PIPE,
@@ -134,7 +136,7 @@ class Run:
         return False
 
     def _run(self, stage):
-        names = self._asked[stage]
+        names = self._requested[stage]
         if not self.configure(stage):
             return
         build = stage.build_command(names)
@@ -151,29 +153,30 @@ class Run:
         clock = Clock()
         print(f"\n== {stage.name}: tests", flush=True)
         code = subprocess.run(command, stdin=subprocess.DEVNULL, check=False).returncode
-        self._judge(stage, code, junit, clock.read())
+        self._evaluate(stage, code, junit, clock.read())
 
     def _prepare_tests(self, stage):
-        """The command, and the file of what will become of the tests."""
+        """The command, and the file that will hold its results."""
         junit = stage.folder / f"report-{stage.name}.xml"
         junit.unlink(missing_ok=True)
-        if not self._whole and not stage.judges_texts:
-            self._forget_verdicts(stage)
-        return stage.test_command(self._asked[stage], junit), junit
+        if not self._whole and not stage.checks_texts:
+            self._delete_verdicts(stage)
+        return stage.test_command(self._requested[stage], junit), junit
 
-    def _forget_verdicts(self, stage):
-        """What was asked for by name is run, whether it passed before or not."""
-        names = self._asked[stage] or stage.default_names or stage.names()
+    def _delete_verdicts(self, stage):
+        """Deletes the cached results of tests that are requested by name, so that they run
+        again."""
+        names = self._requested[stage] or stage.default_names or stage.names()
         for name in names:
             test = f"{name}.tests" if stage.by_module else f"{stage.name}.{name}"
             shutil.rmtree(stage.folder / "verdicts" / test, ignore_errors=True)
 
-    def _judge(self, stage, code, junit, times):
-        """`times`: seconds of the wall and of the processors."""
+    def _evaluate(self, stage, code, junit, times):
+        """`times`: wall-clock and processor time in seconds."""
         title = f"{stage.name}: tests"
         found = report.read(junit)
         if found is None:
-            self._failed(title, [f"ctest ended with {code} and left no report"], times)
+            self._failed(title, [f"ctest ended with {code} and wrote no report"], times)
             return
         self.single_passed += found.single_passed
         self.single_failed += found.single_failed
@@ -193,7 +196,7 @@ class Run:
     def _skip(self, stage, why):
         self.steps.append(Step(f"{stage.name}: tests", "not run", note=why))
 
-    # Beside the others.
+    # Stages in the background.
 
     def _start_in_background(self, stage):
         if not self.configure(stage):
@@ -206,7 +209,7 @@ class Run:
                                        preexec_fn=child.ends_with_parent_at_idle_priority)
         atexit.register(end_group, process)
         self._background[stage] = (process, junit, log, time.time())
-        print(f"== {stage.name}: tests, beside what follows", flush=True)
+        print(f"== {stage.name}: tests, in the background", flush=True)
 
     def _join(self, stage):
         process, junit, log, began = self._background[stage]
@@ -215,21 +218,21 @@ class Run:
         code = process.wait()
         _, cpu_seconds = clock.read()
         print(log.read_text(encoding="utf-8", errors="replace"), end="", flush=True)
-        # It may have ended long before.
+        # The tests may have ended long before.
         ended = junit.stat().st_mtime if junit.exists() else time.time()
-        self._judge(stage, code, junit, (ended - began, cpu_seconds))
+        self._evaluate(stage, code, junit, (ended - began, cpu_seconds))
 
-    # The end.
+    # The summary.
 
     def not_run(self):
-        """What was not asked for, in words; empty for nothing."""
-        left = [stage.name for stage in STAGES if stage not in self._asked]
-        left += [f"{stage.name} but for {' '.join(names)}"
-                 for stage, names in self._asked.items() if names]
+        """A description of what was not requested; empty if everything was."""
+        left = [stage.name for stage in STAGES if stage not in self._requested]
+        left += [f"{stage.name} except {' '.join(names)}"
+                 for stage, names in self._requested.items() if names]
         return ", ".join(left)
 
     def sum_up(self):
-        """Prints the summary, and below it what failed; returns the exit code."""
+        """Prints the summary and the output of failed steps; returns the exit code."""
         print("\nSummary")
         for step in self.steps:
             times = f"{step.seconds:6.0f} s {step.cpu_seconds:6.0f} s CPU"
@@ -249,13 +252,13 @@ class Run:
         return 1
 
     def _count_single_tests(self):
-        """All stages together, each test of a program counted by itself, in the form of CTest's
-        closing lines."""
+        """Prints the totals of all stages, each unit test counted separately, in the form of
+        CTest's last lines."""
         failed = len(self.single_failed)
         total = self.single_passed + failed
         if not total:
             return
-        print("\nAll stages, each unit test counted by itself:")
+        print("\nAll stages, each unit test counted separately:")
         percent = 100 * self.single_passed // total
         print(f"{percent}% tests passed, {failed} tests failed out of {total}")
         if failed:
@@ -269,10 +272,10 @@ def end_group(process):
         os.killpg(process.pid, signal.SIGTERM)
 
 
-def resolved(asked, run):
-    """Names for the words after each stage; None if a build folder could not be configured."""
+def resolved(requested, run):
+    """Resolves the names given after each stage; None if a build folder could not be configured."""
     names = {}
-    for stage, words in asked.items():
+    for stage, words in requested.items():
         names[stage] = []
         if words and not run.configure(stage):
             return None
@@ -283,21 +286,21 @@ def resolved(asked, run):
 
 def main():
     os.chdir(REPOSITORY)
-    # So that what runs in the background ends, too.
+    # So that the stages in the background end, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     words = sys.argv[1:]
     if set(words) & {"-h", "--help", "help"}:
         print(usage())
         return 0
     try:
-        asked = parse(words)
-        run = Run(asked, whole=not words)
-        names = resolved(asked, run)
+        requested = parse(words)
+        run = Run(requested, whole=not words)
+        names = resolved(requested, run)
     except UnknownName as unknown:
         print(unknown, file=sys.stderr)
         return 2
     if names is not None:
-        asked.update(names)
+        requested.update(names)
         run.go()
     return run.sum_up()
 

@@ -22,19 +22,19 @@ def asked(*words):
     return {stage.name: names for stage, names in run_stages.parse(list(words)).items()}
 
 
-class Words(unittest.TestCase):
-    def test_no_words_ask_for_everything_in_order(self):
+class Arguments(unittest.TestCase):
+    def test_no_arguments_run_all_stages_in_order(self):
         self.assertEqual(list(asked()), [stage.name for stage in STAGES])
 
-    def test_words_after_a_stage_are_its_names(self):
+    def test_arguments_after_a_stage_are_its_names(self):
         self.assertEqual(asked("unit", "worktree", "mci", "e2e", "decode", "lint"),
                          {"lint": [], "unit": ["worktree", "mci"], "e2e": ["decode"]})
 
-    def test_a_stage_twice_is_one_stage(self):
+    def test_a_repeated_stage_runs_once(self):
         self.assertEqual(asked("unit", "mci", "e2e", "unit", "form1"),
                          {"unit": ["mci", "form1"], "e2e": []})
 
-    def test_a_word_before_every_stage_is_unknown(self):
+    def test_a_name_before_the_first_stage_is_unknown(self):
         with self.assertRaisesRegex(UnknownName, "worktree(.|\n)*lint(.|\n)*e2e"):
             asked("worktree", "unit")
 
@@ -43,18 +43,18 @@ class Words(unittest.TestCase):
         with mock.patch.object(Stage, "names", lambda _: there):
             return BY_NAME[stage].names_of(word)
 
-    def test_modules_folders_and_files_name_modules(self):
+    def test_modules_folders_and_files_select_modules(self):
         for word, names in (("worktree", ["worktree"]), ("platform", ["platform"]),
                             ("src/worktree/", ["worktree"]), ("app", ["form1", "application"]),
                             ("src/platform", ["platform", "mci"]), ("platform/linux", ["mci"]),
                             ("src/worktree/node_test.cpp", ["worktree"])):
             self.assertEqual(self.names_of("unit", word), names, word)
 
-    def test_scripts_and_files_name_scripts(self):
+    def test_scripts_and_files_select_scripts(self):
         for word in ("decode", "test_decode.py", "tests/e2e/test_decode.py"):
             self.assertEqual(self.names_of("e2e", word), ["decode"], word)
 
-    def test_other_words_say_what_there_is(self):
+    def test_an_unknown_name_lists_the_known_ones(self):
         for stage, word in (("unit", "work"), ("unit", "src/nothing"), ("e2e", "dec"),
                             ("unit", "")):
             with self.assertRaisesRegex(UnknownName, "close|worktree"):
@@ -62,7 +62,7 @@ class Words(unittest.TestCase):
 
 
 class Commands(unittest.TestCase):
-    def test_names_build_and_run_no_more_than_they_need(self):
+    def test_names_build_and_run_only_what_they_need(self):
         unit = BY_NAME["unit"]
         self.assertEqual(unit.build_command(["ui", "mci"])[-3:],
                          ["--target", "ui_test", "mci_test"])
@@ -72,7 +72,7 @@ class Commands(unittest.TestCase):
                          ["-R", r"^e2e\.(close)$"])
         self.assertIsNone(BY_NAME["lint"].build_command([]))
 
-    def test_every_stage_has_a_preset_and_looks_at_each_file_alone_in_lint_only(self):
+    def test_every_stage_has_a_preset_and_only_lint_has_no_unity_build(self):
         presets = (run_stages.REPOSITORY / "CMakePresets.json").read_text()
         for stage in STAGES:
             self.assertIn(f'"name": "{stage.preset}"', presets)
@@ -95,12 +95,12 @@ class Reports(unittest.TestCase):
             file.flush()
             return report.read(file.name)
 
-    def test_passes_and_cached_ones_are_counted(self):
+    def test_passed_and_cached_tests_are_counted(self):
         found = self.read("")
         self.assertEqual((found.passed, found.cached, found.failed), (2, 1, {}))
         self.assertEqual(found.note(), "3 tests, 15 in 2 programs of unit tests, 1 of 3 cached")
 
-    def test_known_sources_are_counted(self):
+    def test_cached_sources_are_counted(self):
         found = self.read('<testcase name="lint.tidy" status="run"><system-out>9 sources, 7 of '
                           'them known to be clean</system-out></testcase>')
         self.assertIn("7 of 9 sources cached", found.note())
@@ -120,52 +120,52 @@ class Reports(unittest.TestCase):
                           'executable"/><system-out>Unable</system-out></testcase>')
         self.assertEqual(list(found.failed), ["d"])
 
-    def test_no_file_is_no_report(self):
+    def test_a_missing_file_is_no_report(self):
         self.assertIsNone(report.read("/nowhere"))
 
 
 class Summary(unittest.TestCase):
-    def judge(self, code, found, words=()):
-        """Exit code and text of the summary after one stage whose tests ended so."""
+    def evaluate(self, code, found, words=()):
+        """Exit code and text of the summary after one stage with these test results."""
         stages = run_stages.parse(list(words))
         run = run_stages.Run(stages, whole=not words)
         output = io.StringIO()
         with mock.patch.object(report, "read", lambda _: found), contextlib.redirect_stdout(output):
-            run._judge(BY_NAME["unit"], code, None, (1.0, 2.0))
+            run._evaluate(BY_NAME["unit"], code, None, (1.0, 2.0))
             result = run.sum_up()
         return result, output.getvalue()
 
-    def test_passed_cached_and_failed_are_told_apart(self):
-        code, text = self.judge(0, report.Report(passed=2, cached=1))
+    def test_passed_cached_and_failed_are_distinguished(self):
+        code, text = self.evaluate(0, report.Report(passed=2, cached=1))
         self.assertEqual(code, 0)
         self.assertRegex(text, "passed +unit: tests .*1 of 3 cached")
-        code, text = self.judge(0, report.Report(cached=3))
+        code, text = self.evaluate(0, report.Report(cached=3))
         self.assertRegex(text, "cached +unit: tests")
-        code, text = self.judge(8, report.Report(passed=2, failed={"ui.tests": ["it broke"]}))
+        code, text = self.evaluate(8, report.Report(passed=2, failed={"ui.tests": ["it broke"]}))
         self.assertEqual(code, 1)
         self.assertRegex(text, "FAILED +unit: tests")
         self.assertRegex(text, r"-- ui.tests\nit broke\n\n1 of 1 steps failed: ui.tests\n$")
 
-    def test_ends_with_the_sum_of_all_single_tests(self):
-        _, text = self.judge(0, report.Report(passed=1, single_passed=7))
+    def test_the_summary_ends_with_the_totals_of_all_tests(self):
+        _, text = self.evaluate(0, report.Report(passed=1, single_passed=7))
         self.assertTrue(text.endswith("100% tests passed, 0 tests failed out of 7\n"))
         found = report.Report(failed={"ui.tests": []}, single_passed=199, single_failed=["ui.A.B"])
-        _, text = self.judge(8, found)
+        _, text = self.evaluate(8, found)
         self.assertIn("99% tests passed, 1 tests failed out of 200\n", text)
         self.assertTrue(text.endswith("The following tests FAILED:\n\tui.A.B (Failed)\n"))
 
     def test_ctest_that_fails_without_a_failed_test_is_a_failure(self):
-        self.assertEqual(self.judge(8, report.Report(passed=2))[0], 1)
+        self.assertEqual(self.evaluate(8, report.Report(passed=2))[0], 1)
 
     def test_ctest_without_a_report_is_a_failure(self):
-        code, text = self.judge(0, None)
+        code, text = self.evaluate(0, None)
         self.assertEqual(code, 1)
         self.assertIn("no report", text)
 
-    def test_what_was_not_run_is_said(self):
-        _, text = self.judge(0, report.Report(passed=1), ["unit", "mci"])
+    def test_the_summary_lists_what_was_not_run(self):
+        _, text = self.evaluate(0, report.Report(passed=1), ["unit", "mci"])
         self.assertIn("Not run: lint, tsan, core, fuzz, e2e, unit but for mci\n", text)
-        _, text = self.judge(0, report.Report(passed=1))
+        _, text = self.evaluate(0, report.Report(passed=1))
         self.assertNotIn("Not run", text)
 
 

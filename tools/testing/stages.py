@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What ./test consists of: for each stage a build folder, what is built in it, and which of its
-CTest tests belong to the stage. To add a stage, add it to STAGES; what is no test program can be a
-CTest test all the same (`add_test` with a script)."""
+"""The stages of ./test: for each stage its build folder, the targets to build, and the CTest tests
+that belong to it. To add a stage, add it to STAGES. A check without a test program can be a CTest
+test, too (`add_test` with a script)."""
 
 import dataclasses
 import json
@@ -14,7 +14,7 @@ PROCESSORS = len(os.sched_getaffinity(0))
 
 
 class UnknownName(Exception):
-    """A word that names nothing in a stage; says which names there are."""
+    """A name that a stage does not have; the message lists the existing names."""
 
 
 @dataclasses.dataclass(frozen=True)
@@ -22,7 +22,7 @@ class Stage:
     name: str
     about: str
     preset: str  # of CMakePresets.json; the build folder is build/PRESET
-    # Targets for the whole stage and for a chosen name; () and None where nothing is built.
+    # Targets for the whole stage and for a chosen name; () and None if nothing is built.
     targets: tuple = ()
     target_of_name: str | None = None
     # CTest options that select the whole stage in its build folder.
@@ -30,15 +30,16 @@ class Stage:
     # The names to choose from: modules and folders below src/, whose tests are MODULE.*, or the
     # scripts, targets and checks after the dot in STAGE.NAME.
     by_module: bool = False
-    # What the whole stage takes, if not all names.
+    # The names that the whole stage runs, if not all.
     default_names: tuple = ()
-    jobs: int = PROCESSORS  # tests at a time
-    # Runs beside the other stages, at idle priority.
+    jobs: int = PROCESSORS  # number of tests run at the same time
+    # Runs in the background, at idle priority.
     in_background: bool = False
-    # Its tests judge texts, so the same text has the same verdict: a pass is not repeated, even
-    # where the stage is named.
-    judges_texts: bool = False
-    # Compile eight files of a module at once: most of the time goes into headers that they share.
+    # Its tests check source texts only, so the same text has the same result: a pass is not
+    # repeated, even if the stage is requested by name.
+    checks_texts: bool = False
+    # Compiles eight files of a module at once: most of the time is spent on headers that they
+    # share.
     unity: bool = True
 
     @property
@@ -51,7 +52,7 @@ class Stage:
                 "-DCMAKE_UNITY_BUILD_BATCH_SIZE=8"]
 
     def build_command(self, names):
-        """None if there is nothing to build."""
+        """None if known is nothing to build."""
         chosen = names or self.default_names
         targets = self.targets
         if chosen and self.target_of_name:
@@ -89,28 +90,28 @@ class Stage:
         return found
 
     def names_of(self, word):
-        """The names that a word of the command line stands for: a name, a folder or a file."""
-        there = self.names()
-        if word in there:
+        """The names selected by an argument: a name, a folder or a file."""
+        known = self.names()
+        if word in known:
             return [word]
         path = word.removeprefix("./").removeprefix("src/").rstrip("/")
         if self.by_module:
             if pathlib.PurePath(path).suffix:
                 path = str(pathlib.PurePath(path).parent)
-            found = [name for name, folders in there.items()
+            found = [name for name, folders in known.items()
                      if any(f"{folder}/".startswith(f"{path}/") for folder in folders)]
         else:
             stem = pathlib.PurePath(path).stem
             found = [stem.removeprefix("test_").removesuffix(f"_{self.name}")]
-        if not found or any(name not in there for name in found):
-            raise UnknownName(f"{self.name} knows no {word!r}, but: {' '.join(sorted(there))}")
+        if not found or any(name not in known for name in found):
+            raise UnknownName(f"{self.name} has no {word!r}; it has: {' '.join(sorted(known))}")
         return found
 
 
 # In the order in which they run.
 STAGES = (
     Stage("lint", "format, clang-tidy, the include check, and the tests of the scripts for tests",
-          preset="lint", jobs=1, in_background=True, judges_texts=True,
+          preset="lint", jobs=1, in_background=True, checks_texts=True,
           unity=False),
     Stage("tsan", "files, drives, sound card, interpreter and MP3 under the thread sanitizer",
           preset="tsan", by_module=True, target_of_name="{}_test",
@@ -123,7 +124,7 @@ STAGES = (
     Stage("unit", "the unit tests of all modules under the address and undefined sanitizers",
           preset="asan", by_module=True, targets=("unit_tests",), target_of_name="{}_test",
           selection=("-LE", "^e2e$")),
-    # They sleep more than they work, and look at what is seen for half a second only.
+    # They mostly wait, and read texts that are shown only for half a second.
     Stage("e2e", "the real program in a real window",
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),

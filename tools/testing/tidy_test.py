@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""With the real tool, on sources of two lines."""
+"""Tests with the real tool, on sources of two lines."""
 
 import contextlib
 import io
@@ -37,7 +37,7 @@ class Tidy(unittest.TestCase):
         path = self.root / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(text)
-        os.utime(path, (1, 1))  # long before every look at it
+        os.utime(path, (1, 1))  # long before each check
 
     def write_commands(self, flags):
         source = str(self.root / "src/b/source.cpp")
@@ -46,7 +46,7 @@ class Tidy(unittest.TestCase):
              "command": f"c++ -I{self.root}/src {flags} -c {source}"}]))
 
     def run_tidy(self):
-        """Returns the exit code and how many sources were looked at."""
+        """Returns the exit code and the number of checked sources."""
         verdicts.hash_of.cache_clear()
         output = io.StringIO()
         with mock.patch.object(tidy, "REPOSITORY", self.root), \
@@ -60,58 +60,58 @@ class Tidy(unittest.TestCase):
         self.assertEqual(self.run_tidy(), (0, 1))
         self.assertEqual(self.run_tidy(), (0, 0))
 
-    def test_a_clean_source_is_looked_at_once(self):
+    def test_a_clean_source_is_checked_once(self):
         self.make_known()
 
-    def test_a_complaint_is_made_again_and_again(self):
+    def test_a_complaint_is_repeated_in_each_run(self):
         self.write("src/b/source.cpp", "int* f() { return 0; }\n")
         for _ in range(2):
             self.assertEqual(self.run_tidy(), (1, 1))
             self.assertIn("modernize-use-nullptr", self.said)
             self.assertIn("FAILED  src/b/source.cpp", self.said)
 
-    def test_what_does_not_compile_is_not_clean(self):
+    def test_a_source_that_does_not_compile_is_not_clean(self):
         self.write("src/b/source.cpp", '#include "a/missing.h"\n')
         for _ in range(2):
             self.assertEqual(self.run_tidy(), (1, 1))
             self.assertIn("missing.h", self.said)
 
-    def test_a_changed_source_is_looked_at(self):
+    def test_a_changed_source_is_checked(self):
         self.make_known()
         self.write("src/b/source.cpp", "int* f() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
-    def test_a_changed_header_is_looked_at(self):
+    def test_a_changed_header_is_checked(self):
         self.make_known()
         self.write("src/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
-    def test_a_changed_configuration_applies(self):
+    def test_a_changed_configuration_causes_a_check(self):
         self.make_known()
         self.write(".clang-tidy", CONFIGURATION + "# changed\n")
         self.assertEqual(self.run_tidy(), (0, 1))
         self.write("src/b/.clang-tidy", CONFIGURATION)
         self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_changed_command_applies(self):
+    def test_a_changed_command_causes_a_check(self):
         self.make_known()
         self.write_commands("-DX")
         self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_header_that_may_be_meant_instead_applies(self):
+    def test_a_new_header_that_an_include_may_find_causes_a_check(self):
         self.make_known()
         self.write("src/b/other.h", "")
         self.assertEqual(self.run_tidy(), (0, 0))
         self.write("src/b/a/used.h", "inline int* used() { return 0; }\n")
         self.assertEqual(self.run_tidy(), (1, 1))
 
-    def test_another_version_of_the_tool_looks_for_itself(self):
+    def test_another_version_of_the_tool_causes_a_check(self):
         self.make_known()
         with mock.patch.object(tidy, "tool_identity", lambda: "another"):
             self.assertEqual(self.run_tidy(), (0, 1))
 
-    def test_a_file_that_changes_meanwhile_is_not_remembered(self):
-        os.utime(self.root / "src/a/used.h")  # now, as if saved during the look
+    def test_a_file_that_changes_during_the_check_is_not_cached(self):
+        os.utime(self.root / "src/a/used.h")  # now, as if saved during the check
         with mock.patch.object(tidy.time, "time", lambda: 2.0):
             self.assertEqual(self.run_tidy(), (0, 1))
             self.assertEqual(self.run_tidy(), (0, 1))

@@ -4,9 +4,9 @@
 
     unit_program.py PROGRAM [--exclude FILTER] [--hangs-after SECONDS]
 
-One process for each test would cost more than the tests do. A test that crashes, hangs or ends the
-process takes down no other one: it counts as failed, and the program runs again for those that have
-not had their turn.
+One process for each test would take longer than the tests. A test that crashes, hangs or ends the
+process does not affect the others: it counts as failed, and the program runs again for the tests
+that have not run yet.
 """
 
 import argparse
@@ -29,14 +29,14 @@ SKIPPED = re.compile(r"\[  SKIPPED \] (\S+) \(")
 FAILED = re.compile(r"\[  FAILED  \] (\S+?)(?:, where | \()")
 END = re.compile(r"\[==========\] (\d+) tests? from \d+ test (?:suites?|cases?) ran\.")
 
-# The thread sanitizer reports, and lets the test go on and pass.
+# The thread sanitizer only prints a report, and the test continues and passes.
 SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
-# What the program prints between tests and says nothing of failures.
+# Lines that the program prints between tests and that report no failure.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
-# A program whose every test crashes is not run once for each.
+# Limit for a program all of whose tests crash: it is not run once for each test.
 MOST_RUNS = 10
-# Before the first test, on a machine that is busy with other things.
+# Until the first test begins, on a busy machine.
 SECONDS_FOR_THE_START = 60
 # After the end of the program, for processes that it left behind and that hold its output open.
 SECONDS_FOR_ORPHANS = 2
@@ -45,7 +45,7 @@ LINES_OUTSIDE_TESTS = 60
 
 @dataclasses.dataclass
 class Outcome:
-    """What is known after some runs of the program."""
+    """The results after one or more runs of the program."""
     passed: int = 0
     skipped: list = dataclasses.field(default_factory=list)
     failed: dict = dataclasses.field(default_factory=dict)  # name: lines
@@ -53,8 +53,8 @@ class Outcome:
 
 
 class Watchdog:
-    """Kills a process group whose current test has been running for too long, or that outlived
-    its leader."""
+    """Kills a process group whose current test runs for too long, or whose processes outlive its
+    leader."""
 
     def __init__(self, process, hangs_after):
         self.fired = False
@@ -104,9 +104,9 @@ def reported(lines):
 
 
 def run_once(program, filter_text, hangs_after, outcome):
-    """Runs the tests that the filter names. Returns True if the program came to its end, whatever
-    the tests' results; where it did not, the test that ran is among the failed ones."""
-    current, came_to_end = None, False
+    """Runs the tests that the filter selects. Returns True if the program ran to its end, whatever
+    the results; otherwise the test that was running counts as failed."""
+    current, finished = None, False
     lines, outside = [], collections.deque(maxlen=LINES_OUTSIDE_TESTS)
     failed_before = len(outcome.failed)
     with tempfile.NamedTemporaryFile("w", suffix=".flags") as flags:
@@ -123,7 +123,7 @@ def run_once(program, filter_text, hangs_after, outcome):
                 outcome.started.append(current)
                 watchdog.restart()
             elif match := END.search(line):
-                came_to_end, current = True, None
+                finished, current = True, None
             elif (match := OK.search(line)) and match[1] == current:
                 if reported(lines):
                     outcome.failed[current] = lines
@@ -147,7 +147,7 @@ def run_once(program, filter_text, hangs_after, outcome):
         outcome.failed[current] = [*lines, f"{current} {why}\n"]
         return False
     known = len(outcome.failed) > failed_before and not reported(outside)
-    if not came_to_end or (process.returncode != 0 and not known):
+    if not finished or (process.returncode != 0 and not known):
         outcome.failed["outside of any test"] = [*outside, f"{program} {why}\n"]
     return True
 
@@ -159,7 +159,7 @@ def run_all(program, exclude, hangs_after):
         filter_text = "*" + ("-" + ":".join(excluded) if excluded else "")
         if run_once(program, filter_text, hangs_after, outcome):
             return outcome
-    outcome.failed["the rest"] = [f"not run: {MOST_RUNS} tests have ended the program\n"]
+    outcome.failed["the rest"] = [f"not run: {MOST_RUNS} tests ended the program\n"]
     return outcome
 
 
@@ -168,7 +168,7 @@ def report(name, outcome, seconds):
         print(f"---- {name}: {test}")
         print("".join(lines), end="")
     if outcome.skipped:
-        print(f"{len(outcome.skipped)} tests skipped themselves: {' '.join(outcome.skipped)}")
+        print(f"{len(outcome.skipped)} tests were skipped: {' '.join(outcome.skipped)}")
     for test in outcome.failed:
         print(f"FAILED  {name}: {test}")
     print(f"{outcome.passed} tests passed, {len(outcome.failed)} failed, in {seconds:.1f} s")

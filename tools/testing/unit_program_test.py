@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Against stand-ins that print what GoogleTest prints; real programs are run by ./test itself."""
+"""Tests with small programs that print what GoogleTest prints; ./test itself runs real programs."""
 
 import pathlib
 import subprocess
@@ -10,8 +10,9 @@ import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-# A program of tests A.a, A.b and A.c. What each does is Python text, in which `line` prints.
-STAND_IN = """
+# A program with the tests A.a, A.b and A.c. Each test is Python code, in which `line` prints a
+# line.
+PROGRAM = """
 #!{python}
 import os, sys, time
 flags = open(sys.argv[1].partition("=")[2]).read()
@@ -46,34 +47,34 @@ class UnitProgram(unittest.TestCase):
         """Returns exit code and output."""
         with tempfile.TemporaryDirectory() as folder:
             program = pathlib.Path(folder) / "it_test"
-            program.write_text(textwrap.dedent(STAND_IN).lstrip().format(
+            program.write_text(textwrap.dedent(PROGRAM).lstrip().format(
                 python=sys.executable, tests=tests, at_end=at_end, after_end=after_end))
             program.chmod(0o755)
             done = subprocess.run([sys.executable, HERE / "unit_program.py", program, *options],
                                   check=False, capture_output=True, text=True, timeout=600)
         return done.returncode, done.stdout + done.stderr
 
-    def test_what_passes_is_counted_and_not_shown(self):
+    def test_passed_tests_are_counted_and_not_shown(self):
         code, output = self.run_with({"A.a": GOOD, "A.b": GOOD})
         self.assertEqual(code, 0)
         self.assertRegex(output, "^2 tests passed, 0 failed")
         self.assertNotIn("some output", output)
 
-    def test_what_fails_is_shown_and_named(self):
+    def test_failed_tests_are_shown_with_their_names(self):
         code, output = self.run_with({"A.a": GOOD, "A.b": "line('x.cpp:3: Failure'); bad(name)"})
         self.assertEqual(code, 1)
         self.assertIn("x.cpp:3: Failure", output)
         self.assertIn("FAILED  it_test: A.b\n1 tests passed, 1 failed", output)
         self.assertNotIn("some output", output)
 
-    def test_a_parameter_stands_behind_the_name(self):
+    def test_a_parameter_after_the_name_is_ignored(self):
         fails = ("line(f'[  FAILED  ] {name}, where GetParam() = (1, 2) (3 ms)'); "
                  "failed.append(name)")
         code, output = self.run_with({"A/B.c/0": fails})
         self.assertEqual(code, 1)
         self.assertIn("FAILED  it_test: A/B.c/0\n0 tests passed, 1 failed", output)
 
-    def test_a_crash_fails_one_test_and_the_others_have_their_turn(self):
+    def test_a_crash_fails_one_test_and_the_others_run(self):
         code, output = self.run_with({"A.a": GOOD, "A.b": "line('last words'); os.abort()",
                                       "A.c": GOOD})
         self.assertEqual(code, 1)
@@ -86,20 +87,20 @@ class UnitProgram(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
 
-    def test_a_hang_fails_one_test_and_the_others_have_their_turn(self):
+    def test_a_hang_fails_one_test_and_the_others_run(self):
         code, output = self.run_with({"A.a": "time.sleep(100)", "A.b": GOOD}, "--hangs-after", "5")
         self.assertEqual(code, 1)
         self.assertIn("A.a hung", output)
         self.assertIn("FAILED  it_test: A.a\n1 tests passed, 1 failed", output)
 
-    def test_a_race_in_a_test_that_passes_fails_it(self):
+    def test_a_race_fails_a_passing_test(self):
         races = "line('WARNING: ThreadSanitizer: data race (pid=1)'); good(name)"
         code, output = self.run_with({"A.a": GOOD, "A.b": races}, after_end="sys.exit(66)")
         self.assertEqual(code, 1)
         self.assertIn("data race", output)
         self.assertIn("FAILED  it_test: A.b\n1 tests passed, 1 failed", output)
 
-    def test_leaks_are_shown_beside_failures(self):
+    def test_leaks_are_shown_in_addition_to_failures(self):
         leaks = "line('ERROR: LeakSanitizer: detected memory leaks'); sys.exit(1)"
         code, output = self.run_with({"A.a": "bad(name)"}, after_end=leaks)
         self.assertEqual(code, 1)
@@ -117,26 +118,26 @@ class UnitProgram(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("SIGABRT", output)
 
-    def test_crashes_without_end_have_an_end(self):
+    def test_the_number_of_crashes_is_limited(self):
         code, output = self.run_with({f"A.t{n}": "os.abort()" for n in range(30)})
         self.assertEqual(code, 1)
-        self.assertIn("10 tests have ended the program", output)
+        self.assertIn("10 tests ended the program", output)
 
     def test_a_program_without_tests_fails(self):
         self.assertEqual(self.run_with({})[0], 1)
 
-    def test_what_is_excluded_is_not_run(self):
+    def test_excluded_tests_are_not_run(self):
         code, output = self.run_with({"A.a": GOOD, "A.b": "bad(name)"}, "--exclude=A.b")
         self.assertEqual(code, 0)
         self.assertIn("1 tests passed", output)
 
-    def test_a_test_that_skips_itself_is_named(self):
+    def test_skipped_tests_are_listed(self):
         skips = "line(f'[  SKIPPED ] {name} (0 ms)')"
         code, output = self.run_with({"A.a": GOOD, "A.b": skips})
         self.assertEqual(code, 0)
-        self.assertIn("skipped themselves: A.b", output)
+        self.assertIn("tests were skipped: A.b", output)
 
-    def test_a_program_that_leaves_a_process_behind_is_not_waited_for(self):
+    def test_a_remaining_child_process_does_not_delay_the_end(self):
         leaves = "os.fork() or time.sleep(1000); good(name)"
         self.assertEqual(self.run_with({"A.a": leaves})[0], 0)
 

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Which checks passed for which input, kept in files of a build folder. Only a pass is kept, and
-only under a key of everything that its outcome depends on; a failure is always run again.
+"""Stores which checks passed for which input, in files of a build folder. Only passes are stored,
+each under a key of everything on which the result depends; a failed check is always run again.
 
-Deleting a folder of verdicts, or the build folder around it, makes every check run anew.
+After a folder of verdicts, or its build folder, is deleted, every check runs again.
 """
 
 import functools
@@ -13,7 +13,7 @@ import pathlib
 import re
 import time
 
-# A package that is installed, upgraded or removed may change what a test finds.
+# An installed, upgraded or removed package may change the result of a test.
 PACKAGES = pathlib.Path("/var/lib/dpkg/status")
 # Environment variables that Qt, ALSA, PulseAudio and the sanitizers read.
 READ_BY_TESTS = re.compile(r"LANG|LC_\w+|TZ|QT_\w+|XDG_\w+|ALSA_\w+|PULSE_\w+|\w*SAN_OPTIONS|"
@@ -22,7 +22,7 @@ READ_BY_TESTS = re.compile(r"LANG|LC_\w+|TZ|QT_\w+|XDG_\w+|ALSA_\w+|PULSE_\w+|\w
 
 @functools.lru_cache(maxsize=None)
 def hash_of(path):
-    """The hash of a file's content; None if it cannot be read. Each file is read once a run."""
+    """The hash of a file's content; None if it cannot be read. Each file is read once per run."""
     try:
         with open(path, "rb") as file:
             return hashlib.file_digest(file, "sha256").hexdigest()
@@ -31,8 +31,8 @@ def hash_of(path):
 
 
 def key_of_command(command, inputs):
-    """A key of a command, its input files, the installed packages and the
-    environment. None if an input is missing: such a command is not to be remembered."""
+    """A key of a command, its input files, the installed packages and the environment. None if an
+    input is missing: then the result must not be stored."""
     hashes = {str(path): hash_of(path) for path in inputs}
     if None in hashes.values():
         return None
@@ -43,13 +43,13 @@ def key_of_command(command, inputs):
 
 
 class Verdicts:
-    """The passes of one check, a file for each key, in `folder`/`name`."""
+    """The passes of one check: a file for each key, in `folder`/`name`."""
 
     def __init__(self, folder, name):
         self._folder = pathlib.Path(folder) / name
 
     def passed(self, key):
-        """When a check passed with this key, and how long it took; None if no pass is known."""
+        """When the check passed with this key, and how long it took; None if it has not."""
         try:
             return json.loads((self._folder / key).read_text(encoding="utf-8"))
         except (OSError, ValueError):
@@ -62,7 +62,7 @@ class Verdicts:
 
 
 def _replace(path, text):
-    """A file that a killed process leaves is the old one or the new one."""
+    """Replaces a file in one step: after a kill it is the old or the new one."""
     temporary = path.with_name(f".{path.name}.{os.getpid()}")
     temporary.write_text(text, encoding="utf-8")
     temporary.replace(path)
@@ -74,7 +74,7 @@ def write_json(path, value):
 
 
 def read_json(path):
-    """The value in a file; None if there is none."""
+    """The value in a file; None if it is missing or invalid."""
     try:
         return json.loads(path.read_text(encoding="utf-8"))
     except (OSError, ValueError):
