@@ -164,7 +164,7 @@ class Summary(unittest.TestCase):
 
     def test_the_summary_lists_what_was_not_run(self):
         _, text = self.evaluate(0, report.Report(passed=1), ["unit", "mci"])
-        self.assertIn("Not run: lint, tsan, core, fuzz, e2e, unit but for mci\n", text)
+        self.assertIn("Not run: lint, tsan, core, fuzz, e2e, unit except mci\n", text)
         _, text = self.evaluate(0, report.Report(passed=1))
         self.assertNotIn("Not run", text)
 
