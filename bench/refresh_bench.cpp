@@ -99,7 +99,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     return measured;
 }
 
-/// In a process of its own, since a program can start only once.
+/// Runs in its own process, since the application can start only once per process.
 Measured measure(int count, int argc, char** argv) {
     const fakes::TempFolder folder;
     makeFiles(folder / "files", count);

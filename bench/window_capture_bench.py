@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The processor time of the real program while it captures a track, its window open: the share
-of one core, without speakers and with those of a sound server.
+"""The processor time of the real program while it captures a track with its window open: the share
+of one core, without a sound output and with a sound server.
 
 window_capture_bench.py FOLDER_OF_THE_PROGRAMS
 """

@@ -56,7 +56,7 @@ TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead
         steps.emplace_back(command);
     };
     bench.application.start();
-    // The load reads four levels and uses three; then the disc is muted.
+    // The load step reads four levels and sets three; then the disc is muted.
     ASSERT_GE(steps.size(), 21U);
     EXPECT_EQ(steps[0], "open");
     EXPECT_THAT(std::vector(steps.begin() + 13, steps.begin() + 19),
@@ -189,7 +189,7 @@ TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhoseCaptureIsCompleteAnd
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionThoughItIsOffAlready) {
+TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionEvenIfItIsAlreadyOff) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     EXPECT_FALSE(discMuted());
@@ -211,7 +211,7 @@ TEST_F(PlayerInApplication, DoesNotMuteTheDiscWhileItsPanelIsClosed) {
 }
 
 TEST_F(PlayerInApplication, StaysOnWhenTheStartButtonIsClickedDirectly) {
-    // Only the choice of an action switches it off. The capture finds the disc in use.
+    // Only CmdSelectAction switches the player off; here the capture finds the disc in use.
     bench.application.start();
     switchOnAndPlay();
     bench.select("Track  1 - 00:01:00");

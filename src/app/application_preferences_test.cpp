@@ -72,7 +72,7 @@ TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
             bench.store.put("Settings", key, bad);
             bench.application.start();
             EXPECT_TRUE(bench.form.visible());
-            // The loader's destination: the preferences have not changed it.
+            // The destination from LoadSettings, which the preferences have not changed.
             EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\");
             EXPECT_GT(bench.form.TreeView1.count(), 0);
             bench.form.Copt.click();
@@ -101,7 +101,7 @@ TEST(PreferencesAtTheEnd, DoNotSaveTheThreeListsIfTheWindowWasNeverClosed) {
     }
 }
 
-// --- in force ------------------------------------------------------------------------------------
+// --- applied -------------------------------------------------------------------------------------
 
 TEST(AppliedPreferences, ChooseTheFormatOfTheNextCapture) {
     ApplicationBench bench({1000, 1000});
@@ -217,7 +217,7 @@ TEST(GuardOfAnExtraction, WorksIfTheWindowIsClosedMeanwhile) {
     EXPECT_TRUE(bench.idle());
 }
 
-/// An event on the preferences' window during the guard's tick.
+/// The state of the preferences' window during the guard's tick.
 enum class PreferencesAre { kept, closed };
 
 void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {

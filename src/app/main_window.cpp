@@ -77,7 +77,7 @@ void MainWindow::wireToolBar() {
 }
 
 void MainWindow::wireMenus() {
-    // The machine on which the program runs handles mnuDevices.
+    // mnuDevices is handled outside the logic, by the composition.
     form_.mnuExit.onClick = [this] {
         form_.Command5.click();
     };

@@ -162,7 +162,7 @@ Result<std::int16_t> ConversionWorker::readPercentage() const {
     return roundedToInteger16(static_cast<double>(position) / static_cast<double>(length) * 100);
 }
 
-/// The final steps of every end.
+/// The final steps of every job, however it ends.
 void ConversionWorker::finish(int load) {
     if (!stillLoaded(load)) {
         return;

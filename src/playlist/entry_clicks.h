@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user does with an entry of the playlist: a click takes its file in hand, and two buttons
-// play and stop it.
+// Actions on an entry of the playlist: a click makes its file the edited one, and two buttons play
+// and stop it.
 #pragma once
 
 #include "forms/windows.h"
@@ -15,10 +15,10 @@ class EntryClicks {
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;
 
-    /// Reads header and tag of the selected entry; with Check11 ticked it then enters the file into
-    /// the work tree, unless a line of the main window's list matches it. Yields.
+    /// Reads header and tag of the selected entry; with Check11 ticked it then adds the file to the
+    /// work tree, unless a line of the main window's list matches it. Yields.
     void List2_Click();
-    /// Plays the selected entry, whatever is playing.
+    /// Plays the selected entry, even if another one is playing.
     void Command11_Click();
     void Command12_Click();
 

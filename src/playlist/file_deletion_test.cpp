@@ -226,7 +226,7 @@ TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
     remove(pathA);
     EXPECT_FALSE(disk.fileExists(pathA));
     EXPECT_TRUE(disk.fileExists(pathC));
-    // The report names what is in hand by then, and its entry goes.
+    // The report shows the file that is edited by then, and its entry is removed.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
     EXPECT_EQ(editor.Text5.text(), "");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Renames and deletes the file in hand (Text5). The list follows a deletion in the store, and a
+// Renames and deletes the edited file (Text5). The list follows a deletion in the store, and a
 // rename on the screen alone.
 #pragma once
 
@@ -42,7 +42,7 @@ class FileOperations {
     Status showLength();
     void selectEntry();
     void clearDisplay();
-    /// The path in hand.
+    /// The path of the edited file.
     [[nodiscard]] std::string path() const;
 
     const Platform& platform_;

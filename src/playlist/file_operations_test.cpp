@@ -48,7 +48,7 @@ TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
     EXPECT_EQ(editor.Text5.text(), target);
     EXPECT_THAT(store.writes, IsEmpty());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // So the old name is back after a restart, until something compacts the list.
+    // The old name is shown again after a restart, until the list is compacted.
     editor.unload();
     editor.load();
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
@@ -85,8 +85,8 @@ TEST_F(FileRenameTest, ReplacesTheEntryOnceAndComparesTheOthersWithTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
-    // The second is the old path still: what is in hand is the new one by then, which matches the
-    // third.
+    // The second entry keeps the old path: the edited file is the new path by then, which matches
+    // the third entry.
     EXPECT_THAT(lines(editor.List2), ElementsAre(target, pathA, target));
 }
 
@@ -171,7 +171,7 @@ TEST_F(FileRenameTest, ACancelledRenameKeepsTheNameWithoutItsFolderInTheDialog) 
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
-    // A cancelled browsing then finds a name, and reads what is in hand.
+    // A cancelled file dialog then has a name, and the edited file is read.
     editor.cmdHdr1.click();
     EXPECT_EQ(dialog.opened.at(0).fileName, "a");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows header and tag of the file in hand (Text5), and lets the user choose that file in a dialog.
+// Shows header and tag of the edited file (Text5), and lets the user choose that file in a dialog.
 // The analysis itself is formats/mp3_analysis.h.
 #pragma once
 
@@ -21,7 +21,7 @@ class HeaderDisplay {
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
-    /// "...": after a cancel it reads what is in hand.
+    /// "...": after a cancel it reads the edited file.
     void cmdHdr1_Click();
     /// "Read header". Of a file whose analysis fails it shows the values of the file before. Yields
     /// before it shows them.

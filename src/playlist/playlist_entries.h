@@ -31,7 +31,7 @@ class PlaylistEntries {
     /// Adds what is stored to the list. An entry whose key is missing becomes a line "Empty".
     void LoadPlayList();
 
-    /// "Add to PlayList": the path in hand, unless an entry matches it; entries are patterns here.
+    /// "Add to PlayList": the edited path, unless an entry matches it; entries are patterns here.
     void Command20_Click();
     /// "Delist": removes the selected entry, and every other whose last three characters are
     /// neither "mp3" nor "MP3". With none selected only those others.

@@ -153,7 +153,7 @@ TEST_F(PlaylistEntriesTest, TreatsEntriesAsPatterns) {
         EXPECT_EQ(editor.Text5.text(), known);
     }
     EXPECT_THAT(store.writes, IsEmpty());
-    // Not the path in hand.
+    // Not the edited path.
     add("*");
     EXPECT_EQ(editor.List2.listCount(), 4);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes the tag of the file in hand (Text5) from the boxes. It neither reads the file nor asks.
+// Writes the tag of the edited file (Text5) from the boxes. It neither reads the file nor asks.
 #pragma once
 
 #include "forms/frm_playlist.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The process-wide variables: one instance per program, passed to every job by reference. All are
-// plain values on the logic thread; each test creates a new instance. No behaviour here.
+// The process-wide variables: one instance per program, passed by reference to every class of the
+// logic. All are plain values on the logic thread; each test creates a new instance. No behaviour
+// here.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the playlist editor is laid out: the list and its player at the left, the file in hand with
+// How the playlist editor is laid out: the list and its player at the left, the edited file with
 // its header and its tag at the right.
 #pragma once
 

@@ -26,7 +26,7 @@ struct SectorsState {
     std::int64_t goneFrom = INT64_MAX;
     ReadEffort::Duration now{0};
     ReadEffort::Duration sectorTime{0};
-    std::int64_t stopAt = INT64_MAX; ///< the sector during which the reader is asked to stop
+    std::int64_t stopAt = INT64_MAX; ///< the sector during which a stop is requested
     std::stop_source stop;
 };
 

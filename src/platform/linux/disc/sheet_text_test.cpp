@@ -24,7 +24,7 @@ TEST(SheetLines, BeginAfterAByteOrderMark) {
     EXPECT_THAT(linesOf("a.cue", "").value(), IsEmpty());
 }
 
-TEST(SheetLines, MayBeAsLongAsTheBoundAndNoLonger) {
+TEST(SheetLines, MayBeAsLongAsTheLimit) {
     EXPECT_TRUE(linesOf("a.cue", std::string(maxLineBytes, 'x')).ok());
     const auto tooLong = linesOf("a.cue", "REM\n" + std::string(maxLineBytes + 1, 'x'));
     ASSERT_FALSE(tooLong.ok());
@@ -42,7 +42,7 @@ TEST(SheetLines, ContainNoNul) {
               "a.cue, line 2: the line contains a NUL byte; a sheet must be UTF-8 text");
 }
 
-TEST(Words, AreSplitOffOneByOne) {
+TEST(Words, AreTakenOneByOne) {
     std::string_view rest = "  TRACK\t 01  AUDIO ";
     EXPECT_EQ(takeWord(rest), "TRACK");
     EXPECT_EQ(takeWord(rest), "01");
@@ -56,7 +56,7 @@ TEST(Words, AreEqualInAnyCase) {
     EXPECT_FALSE(sameWord("[", "{"));
 }
 
-TEST(Numbers, AreDigitsUpToTheMost) {
+TEST(Numbers, AreDigitsUpToTheMaximum) {
     EXPECT_EQ(parseNumber("007", 99).value(), 7);
     EXPECT_EQ(parseNumber("99", 99).value(), 99);
     EXPECT_FALSE(parseNumber("100", 99).ok());
@@ -83,7 +83,7 @@ TEST(Msf, ReportsWhichPartIsOutOfRange) {
     EXPECT_THAT(parseMsf("00:00:99999999999999999999").error().text, HasSubstr("frames"));
 }
 
-TEST(Msf, IsNothingElse) {
+TEST(Msf, RejectsEveryOtherForm) {
     for (const char* text : {"", "1", "00:00", "00:00:", ":00:00", "00:00:00:00", "0-:00:00",
                              "-1:00:00", "00:00:00x", "00.00.00"}) {
         const auto time = parseMsf(text);
@@ -92,7 +92,7 @@ TEST(Msf, IsNothingElse) {
     }
 }
 
-TEST(ImageNames, MayLieInTheFolderOrBelow) {
+TEST(ImageNames, MayBeInTheFolderOrBelow) {
     for (const char* name :
          {"a.bin", "sub/a.bin", "sub\\a.bin", "..a.bin", "a..", "./a.bin", "ä"}) {
         EXPECT_TRUE(checkImageName(name).ok()) << name;
@@ -112,7 +112,7 @@ TEST(ImageNames, MustNotLeadOutsideTheFolder) {
     EXPECT_FALSE(checkImageName(std::string_view("a\0b", 3)).ok());
 }
 
-TEST(Shown, IsFitForAWindow) {
+TEST(Shown, CanBeShownInAWindow) {
     EXPECT_EQ(shown("Größe 音"), "\"Größe 音\"");
     EXPECT_EQ(shown("a\tb\x1b[31m\x7f"), "\"a?b?[31m?\"");
     EXPECT_EQ(shown("\xff\xc3"), "\"??\"");

@@ -83,7 +83,7 @@ void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& rep
         if (result == 0 || result == -EAGAIN) {
             result = device.waitForFrames(frameWait);
             if (result > 0) {
-                // Devices that return early without data must not make it spin. The delay is
+                // Devices that return early without data must not cause a busy loop. The delay is
                 // shorter than any device's buffer.
                 backlog.rest(emptyReadRest);
             }
@@ -104,7 +104,7 @@ void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming&
     while (!backlog.isLeaving()) {
         if (const std::unique_ptr<PcmCapture> device = open(); device && device->restart() >= 0) {
             backlog.setOpening(CapturePump::Opening::open);
-            failures = 1; // once it was open, each failure counts
+            failures = 1; // after the device was open, each failure is reported
             listen(*device, backlog, report);
         } else {
             backlog.setOpening(CapturePump::Opening::failed);

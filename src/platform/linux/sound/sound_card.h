@@ -50,8 +50,8 @@ enum class RecordingSource { compactDisc, waveOut, externalInput, mix };
 /// The largest block of frames: 10 ms.
 inline constexpr std::size_t blockFrames = frameRate / 100;
 
-/// Receives the mix for the speakers. `play` is called under the card's lock and never blocks:
-/// frames that do not fit are dropped, since a slow output must not delay the card.
+/// Receives the mix for the output. `play` is called under the card's lock and never blocks: frames
+/// that do not fit are dropped, since a slow output must not delay the card.
 class SpeakerSink {
   public:
     virtual ~SpeakerSink() = default;
