@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The reference for the start-up benchmark: the cost of any Qt Widgets program before it does
-// anything.
+// The reference for the start-up benchmark: a Qt Widgets program with an empty window.
 #include <QApplication>
 #include <QWidget>
 

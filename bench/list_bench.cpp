@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list box on the screen with a million lines: the cost of adding a line, painting the list and
-// choosing its last line, compared with ten thousand lines; limit 3 times. The list is shown off
+// A visible list box with a million lines: the cost of adding a line, painting the list and
+// choosing its last line, compared with ten thousand lines; limit 3 times. The list is rendered off
 // screen, and painted while lines are added, as during a search.
 #include <chrono>
 #include <cstdio>

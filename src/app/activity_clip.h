@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The activity clip on the tool bar: the handler of its timer, which nothing starts.
+// The activity clip on the tool bar: the handler of its timer, which is never started.
 #pragma once
 
 #include "forms/form1.h"
@@ -18,7 +18,7 @@ class ActivityClip {
     ActivityClip(const ActivityClip&) = delete;
     ActivityClip& operator=(const ActivityClip&) = delete;
 
-    /// Opens the clip "download.avi" of the program's folder in Picture6 and plays it. If the clip
+    /// Opens the clip "download.avi" of the program folder in Picture6 and plays it. If the clip
     /// cannot be placed there, a message is shown.
     void Timeravi_Timer();
 

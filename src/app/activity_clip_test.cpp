@@ -19,7 +19,7 @@ const std::vector<std::string> clipCommands = {
     "open AVIvideo!c:\\sonarith\\download.avi alias movie parent 4711 style child",
     "put movie window client at 0 0 0 0", "play movie"};
 
-TEST(ActivityClip, OpensAndPlaysTheClipOfTheProgramsFolder) {
+TEST(ActivityClip, OpensAndPlaysTheClipInTheProgramFolder) {
     ApplicationBench bench({1000, 1000});
     bench.media.answerPrefix("", {});
     bench.form.Timeravi.fire();
@@ -38,7 +38,7 @@ TEST(ActivityClip, ShowsAMessageIfTheClipCannotBePlacedAndContinues) {
                                            "point to an .AVI file on your system."}));
 }
 
-TEST(ActivityClip, IsNeverStartedByAnything) {
+TEST(ActivityClip, IsNeverStarted) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.select("Available Tracks");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The whole program below its views: owns the process-wide variables, the windows and every job.
-// The jobs wire themselves to their windows; this class has no further behaviour.
+// The whole logic of the program: owns the process-wide variables, the forms and every subsystem.
+// The subsystems wire themselves to their forms; this class has no further behaviour.
 #pragma once
 
 #include "app/activity_clip.h"
@@ -22,7 +22,8 @@ namespace sonarith {
 
 class Application {
   public:
-    /// The parts of `platform` must outlive the application. Runs no step of the logic.
+    /// The parts of `platform` must outlive the application. The constructor runs no step of the
+    /// logic.
     explicit Application(const Platform& platform);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -33,7 +34,8 @@ class Application {
 
     [[nodiscard]] Windows& windows() { return windows_; }
     [[nodiscard]] ProcessState& process() { return process_; }
-    /// Whether an action opens the drive again for each of its tracks: it must not be changed then.
+    /// Whether a running action opens the drive for each of its tracks; the drive must not be
+    /// changed then.
     [[nodiscard]] bool driveInUse() const { return extraction_.capture.running(); }
 
   private:

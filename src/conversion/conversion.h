@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the conversion jobs, each wired to its window. It has no behaviour of its own.
+// Holds the classes of the conversion, each wired to its window. It has no behaviour of its own.
 #pragma once
 
 #include "conversion/conversion_worker.h"

@@ -32,7 +32,7 @@ TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
     mp3.duration = 1200ms;
     const auto start = loop.now();
     worker().StartDecoding();
-    // The condition is evaluated after each event; the end of the decoding is one here.
+    // The condition is evaluated after each event; here the end of the decoding is an event.
     EXPECT_EQ(loop.now() - start, 1200ms);
     EXPECT_EQ(form.caption(), "Decoding Song\\.mp3");
     EXPECT_EQ(mp3.log[0], setSource);
@@ -42,7 +42,7 @@ TEST_F(StartDecodingTest, DecodesIntoTheFilesFolderAndWaitsForTheEnd) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(StartDecodingTest, WithAStopRequestedStopsAndUnloads) {
+TEST_F(StartDecodingTest, StopsAndUnloadsIfAStopIsRequested) {
     process.stopRequested = true;
     worker().StartDecoding();
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop"));
@@ -119,7 +119,7 @@ TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
     };
     worker().DecodeCheckedFiles();
     EXPECT_EQ(form.List4.listIndex(), 0);
-    // The log of the unload's stop sets it again; it was cleared in between.
+    // The handler sets the request again at the unload's "Stop"; it was cleared in between.
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
     EXPECT_FALSE(window.loaded());
 }

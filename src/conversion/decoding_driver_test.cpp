@@ -34,8 +34,7 @@ struct DriverTest : test::ConversionWorld {
     }
 };
 
-// --- case A: all files
-// -----------------------------------------------------------------------------
+// --- case A: all files -------------------------------------------------------------------------
 
 TEST_F(DriverTest, AllFilesAreDecodedOneAfterTheOther) {
     fill(form.List2, {"c:\\mp3\\A.mp3", "c:\\mp3\\b.mp3"});
@@ -77,7 +76,7 @@ TEST_F(DriverTest, AllFilesYieldOnceBeforeEachFileAndSelectedFilesDoNot) {
     }
 }
 
-TEST_F(DriverTest, TheCommandsAreDisabledAndCancelIsVisibleWhileAFileIsDecoded) {
+TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     windows.frmsearch.load();
     bool seen = false;
@@ -126,8 +125,7 @@ TEST_F(DriverTest, FilesOfOneNameShareOneWav) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\b.wav"));
 }
 
-// --- case B: the selected files
-// --------------------------------------------------------------------
+// --- case B: the selected files ----------------------------------------------------------------
 
 TEST_F(DriverTest, TheSelectedFilesAreDecodedUnderTheirUnchangedNames) {
     fill(form.List4, {"c:\\mp3\\A.mp3", "c:\\mp3\\b.mp3"});
@@ -160,8 +158,7 @@ TEST_F(DriverTest, IfStoppedBeforeTheFirstSelectedFileItShowsTheLengthOfAnEarlie
     EXPECT_TRUE(form.Timer1.enabled());
 }
 
-// --- case C: one file
-// ------------------------------------------------------------------------------
+// --- case C: one file --------------------------------------------------------------------------
 
 TEST_F(DriverTest, OneFileIsFoundByItsNameWithoutAPath) {
     process.settings.showFullPath = 0;
@@ -198,7 +195,7 @@ TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheOtherListsLineOfThatIndex) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, ASelectedFileWithoutSuchALineDecodesNothingAndWaits) {
+TEST_F(DriverTest, ASelectedFileWithoutSuchALineCausesAWaitWithoutADecoding) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");
@@ -244,7 +241,7 @@ TEST_F(DriverTest, AnyOtherNodeRequestsAStopSilently) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(DriverTest, OneFileWithAStopRequestedIsNotDecoded) {
+TEST_F(DriverTest, OneFileIsNotDecodedIfAStopIsRequested) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     process.stopRequested = true;
     decode("b.mp3");
@@ -252,10 +249,9 @@ TEST_F(DriverTest, OneFileWithAStopRequestedIsNotDecoded) {
     expectFinished();
 }
 
-// --- files that cannot be decoded
-// --------------------------------------------------------------------
+// --- files that cannot be decoded --------------------------------------------------------------
 
-TEST_F(DriverTest, AMissingFileWaitsForTheEndOfTheProgramWithCancelHidden) {
+TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndWithCancelHidden) {
     fill(form.List2, {"c:\\mp3\\gone.mp3"});
     loop.after(1h, [this] {
         EXPECT_TRUE(process.workerBusy);
@@ -272,7 +268,8 @@ TEST_F(DriverTest, AMissingFileWaitsForTheEndOfTheProgramWithCancelHidden) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-// The flag is set before the commands are disabled, which unloads that worker and clears the flag.
+// `workerBusy` is set before the commands are disabled, which unloads the earlier worker and clears
+// the flag.
 TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
@@ -284,7 +281,7 @@ TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     EXPECT_FALSE(windows.Form6.loaded());
 }
 
-TEST_F(DriverTest, AShortFileWaitsUntilOtherCodeUnloadsTheWorker) {
+TEST_F(DriverTest, AShortFileCausesAWaitUntilOtherCodeUnloadsTheWorker) {
     mp3File("c:\\mp3\\short.mp3", 99);
     fill(form.List2, {"c:\\mp3\\short.mp3", "c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
@@ -318,10 +315,9 @@ TEST_F(DriverTest, AResultBelowAHundredBytesIsNotShown) {
     EXPECT_EQ(process.currentWavFile, "c:\\music\\b.wav");
 }
 
-// --- StartDecoding
-// -----------------------------------------------------------------------------------
+// --- StartDecoding -----------------------------------------------------------------------------
 
-TEST_F(DriverTest, StartDecodingLoadsTheWorkerForAFileThatExists) {
+TEST_F(DriverTest, StartDecodingLoadsTheWorkerForAnExistingFile) {
     process.currentFile = "c:\\mp3\\b.mp3";
     driver.StartDecoding("c:\\mp3\\A.mp3");
     EXPECT_TRUE(form.Command2.visible());
@@ -330,15 +326,14 @@ TEST_F(DriverTest, StartDecodingLoadsTheWorkerForAFileThatExists) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, StartDecodingDoesNothingForAFileThatDoesNot) {
+TEST_F(DriverTest, StartDecodingDoesNothingForAMissingFile) {
     driver.StartDecoding("c:\\mp3\\gone.mp3");
     EXPECT_FALSE(form.Command2.visible());
     EXPECT_FALSE(process.workerBusy);
     EXPECT_FALSE(windows.Form6.loaded());
 }
 
-// --- a second action inside the first
-// ------------------------------------------------------------------
+// --- a second action inside the first ----------------------------------------------------------
 
 TEST_F(DriverTest, ASecondStartInsideTheFirstRunsInsteadAndEndsBoth) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every stop at every yield of a decoding run, and the end of the program at every yield.
+// Every kind of stop, and the end of the program, at every yield of a decoding.
 #include <functional>
 #include <string>
 #include <vector>
@@ -26,7 +26,7 @@ struct Decodings : test::ConversionWorld {
     }
     void TestBody() override {}
 
-    /// Does what the buttons for it do.
+    /// Does the same as the stop buttons.
     void stop() {
         process.stopRequested = true;
         windows.Form6.unload();
@@ -39,7 +39,7 @@ struct Decodings : test::ConversionWorld {
 
 struct StopKind {
     std::string name;
-    bool ends; ///< the whole run, not only the current file
+    bool ends; ///< ends the whole decoding, not only the current file
     std::function<void(Decodings&)> stop;
 };
 
@@ -74,7 +74,7 @@ const std::vector<StopKind>& stopKinds() {
     return kinds;
 }
 
-TEST(EveryStopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
+TEST(StopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     for (const char* group : {"MP3 Files", "Selected MP3 Files", "c:\\mp3\\b.mp3"}) {
         for (const StopKind& kind : stopKinds()) {
             bool reached = true;
@@ -122,7 +122,7 @@ TEST(EveryStopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     }
 }
 
-TEST(EveryStopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond) {
+TEST(StopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheSecond) {
     for (const StopKind& kind : stopKinds()) {
         if (!kind.ends) {
             continue;
@@ -141,7 +141,7 @@ TEST(EveryStopOfADecoding, DuringTheSecondOfFiveFilesKeepsTheFirstAndAPartOfTheS
     }
 }
 
-TEST(TheEndOfTheProgram, WorksAtEveryYieldOfADecoding) {
+TEST(EndOfTheProgram, IsPossibleAtEveryYieldOfADecoding) {
     bool reached = true;
     int n = 0;
     while (reached) {

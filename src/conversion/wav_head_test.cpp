@@ -142,7 +142,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
         return head().wavDuration;
     };
     EXPECT_EQ(duration(59'400), "00:59");
-    // One minute too many, and seconds below 0.
+    // Deliberate: one minute too many, and seconds below 0.
     EXPECT_EQ(duration(59'700), "01:-00");
     EXPECT_EQ(duration(59'500), "01:-01");
     EXPECT_EQ(duration(60'400), "01:00");
@@ -151,7 +151,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
 }
 
 TEST_F(WavHeadTest, ABitRateOfZeroKeepsThePreviousFilesDuration) {
-    // No rate is known.
+    // The rate is not one of the six.
     EXPECT_TRUE(read(wav(1000, 2, 16, 0x1234)));
     EXPECT_EQ(head().wavBitRate, 0);
     EXPECT_EQ(head().wavDuration, "");
@@ -169,7 +169,7 @@ TEST_F(WavHeadTest, ABitRateBeyond32BitsIsNotStored) {
     EXPECT_EQ(head().wavChannels, 32767);
     EXPECT_EQ(head().wavBitRate, 64'000);
     EXPECT_EQ(head().wavDuration, "00:02");
-    // Words are signed.
+    // The fields of two bytes are read as signed numbers.
     EXPECT_TRUE(read(wav(8000 + 1000, 0xFFFF, 8, 8000)));
     EXPECT_EQ(head().wavChannels, -1);
     EXPECT_EQ(head().wavBitRate, -64'000);
@@ -253,7 +253,7 @@ TEST_F(WavHeadTest, IgnoresFilesThatCannotBeOpenedOrRead) {
     EXPECT_EQ(head().wavFileLength, "500");
 }
 
-TEST_F(WavHeadTest, LeavesTheFileAsItIs) {
+TEST_F(WavHeadTest, DoesNotChangeTheFile) {
     const std::string before = wav(500, 1, 8, 8000);
     read(before);
     EXPECT_EQ(disk.content(path), before);

@@ -337,7 +337,7 @@ TEST_F(Mp3AnalysisTest, ReturnsAnEmptyRecord) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, LeavesTheFileAsItIs) {
+TEST_F(Mp3AnalysisTest, DoesNotChangeTheFile) {
     const std::string before = Mp3Bytes(4000).header(1, commonHeader).end(tagOf("T")).content;
     EXPECT_TRUE(analyse(before).ok());
     EXPECT_EQ(disk.content(path), before);

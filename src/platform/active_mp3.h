@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The MP3 control as the logic sees it: decodes one file to WAV or plays it, on its own threads. It
-// raises no events. Interface only.
+// The interface of the MP3 control for the logic: decodes one file to WAV or plays it, on its own
+// threads. It raises no events.
 //
 // Life cycle: a window owns its control from the window's load to its unload (ActiveMp3Host). All
 // members are called on the logic thread and return at once. The destructor stops the control.
@@ -25,17 +25,17 @@ class ActiveMP3 {
     [[nodiscard]] virtual std::int32_t Position() const = 0;
     /// Total work of the file; above 0 while Busy.
     [[nodiscard]] virtual std::int32_t Length() const = 0;
-    /// Sounds the source file through the sound card's wave line.
+    /// Plays the source file through the sound card's wave line.
     virtual Status Play() = 0;
     /// Ends playing or decoding; harmless when idle.
     virtual Status Stop() = 0;
     /// Begins to write the source file as a 16-bit WAV file to `path` and returns at once. Does
-    /// nothing for the source and target that it is working on, or has just completed unchanged;
-    /// for others it stops the running decoding first.
+    /// nothing if source and target are those of the running decoding, or of the last completed one
+    /// and both files are unchanged; otherwise it first stops a running decoding.
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 
-/// Makes controls.
+/// Creates controls.
 class Mp3Controls {
   public:
     virtual ~Mp3Controls() = default;

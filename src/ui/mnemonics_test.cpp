@@ -18,7 +18,7 @@ TEST(Mnemonics, TheFirstLetterOfALaterWordIsPreferredToInnerLetters) {
               QStringList({"&Remove", "Remove &and Delete File"}));
 }
 
-TEST(Mnemonics, LettersThatOthersUseAreSkipped) {
+TEST(Mnemonics, SkipsLettersThatOtherCaptionsUse) {
     EXPECT_EQ(withMnemonics({"Cancel", "Start "}, "fcs"), QStringList({"C&ancel", "S&tart "}));
 }
 

@@ -35,7 +35,7 @@ inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& 
     require(end <= line.table.sectors() * disc::framesPerSector);
 }
 
-inline void checkLayoutItself(const disc::ImageLayout& layout) {
+inline void checkStructure(const disc::ImageLayout& layout) {
     require(!layout.tracks.empty() && layout.tracks.size() <= disc::maxTracks);
     require(layout.files.size() <= disc::maxImageFiles);
     for (const disc::LayoutTrack& track : layout.tracks) {
@@ -52,7 +52,7 @@ inline void checkLayoutItself(const disc::ImageLayout& layout) {
 
 /// Files that contain exactly what the sheet requires: the exact bytes of a stated length, and one
 /// sector if the file determines the length.
-inline FileLengths lengthsThatDo(const disc::ImageLayout& layout) {
+inline FileLengths requiredLengths(const disc::ImageLayout& layout) {
     FileLengths bytes(layout.files.size(), 0);
     for (const disc::LayoutTrack& track : layout.tracks) {
         for (const disc::Segment& segment : track.segments) {
@@ -78,7 +78,7 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
         return;
     }
     const disc::ImageLayout& layout = parsed.value();
-    checkLayoutItself(layout);
+    checkStructure(layout);
     // Files of any size must be accepted: empty, an incomplete sector, half a disc, more than any
     // disc.
     for (const std::int64_t each :
@@ -91,7 +91,7 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     }
     // Complete files, or slightly longer ones, cause no remark.
     for (const std::int64_t more : {0, 1, 2351}) {
-        FileLengths bytes = lengthsThatDo(layout);
+        FileLengths bytes = requiredLengths(layout);
         for (std::int64_t& length : bytes) {
             length += more;
         }

@@ -22,8 +22,8 @@ QString settingName(const std::pair<std::string, std::string>& key) {
            QString::fromStdString(key.second);
 }
 
-/// Nothing if it cannot be read. Anything but a regular file reads as a byte that no settings file
-/// contains.
+/// The file's content; empty if it cannot be read. For anything but a regular file, one byte that
+/// no settings file contains.
 std::optional<QByteArray> bytesOf(const QString& path) {
     // Avoids waiting for the other end if the file is a pipe.
     const int opened =
@@ -136,9 +136,9 @@ void IniSettingsStore::endTransaction() {
 void IniSettingsStore::saveChanges() {
     changesWait_ = false;
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
-        read(); // another program wrote or removed the file
+        read(); // another program has written or removed the file
     } else if (state_ == State::written && withChanges() == onDisk_) {
-        return; // already on disk; a write waits for the disk, and each start saves many values
+        return; // already on disk: avoids waiting for the disk, since each start saves many values
     }
     if (state_ != State::untouchable) {
         writeOut();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The destination folder of the preferences: chosen, made, stored, and what becomes of failures.
+// The destination folder of the preferences: choosing, creating and storing it, and failures.
 #include <string>
 #include <vector>
 
@@ -21,7 +21,7 @@ struct PreferencesDestination : test::PreferencesWorld {
     }
     void TestBody() override {}
 
-    /// The steps of a user who makes a folder of their own.
+    /// The steps of a user who creates a new folder.
     void create(const std::string& name) {
         form.Check2.setValue(1).passOver();
         form.Text10.setText(name);
@@ -42,7 +42,7 @@ struct PreferencesDestination : test::PreferencesWorld {
 
 TEST_F(PreferencesDestination, IsWavFilesInTheProgramFolderAtTheFirstStart) {
     files.setProgramFolder("C:\\Sonarith");
-    start(); // the loader gave the program's folder itself
+    start(); // LoadSettings has set the program folder itself
     EXPECT_TRUE(files.folderExists("c:\\sonarith\\wavfiles"));
     EXPECT_EQ(held("DecodePath"), "C:\\Sonarith\\WAVFiles");
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
@@ -58,7 +58,7 @@ TEST_F(PreferencesDestination, IsCreatedAgainAtEachStart) {
     EXPECT_THAT(files.log,
                 ElementsAre("changeDrive c:\\MÜSIC\\Wav\\", "changeFolder \\", "makeFolder MÜSIC",
                             "changeFolder MÜSIC", "makeFolder Wav", "changeFolder Wav"));
-    EXPECT_EQ(held("DecodePath"), "c:\\MÜSIC\\Wav"); // the case as given
+    EXPECT_EQ(held("DecodePath"), "c:\\MÜSIC\\Wav"); // in the given case
     EXPECT_EQ(settings.decodePath, "c:\\müsic\\wav");
     EXPECT_EQ(form.Text10.text(), "Wav");
     EXPECT_THAT(boxes.shown, IsEmpty());
@@ -115,7 +115,7 @@ TEST_F(PreferencesDestination, IsShownAndAppliedBeforeItsFoldersAreCreated) {
         ++boxesUp;
         EXPECT_EQ(form.Text9.text(), "d:\\New");
         EXPECT_EQ(settings.decodePath, "d:\\new");
-        // What closes the choice comes behind both messages.
+        // The controls are hidden after both messages.
         EXPECT_TRUE(form.Picture6.visible());
         EXPECT_EQ(form.Check2.value(), 1);
     };
@@ -144,7 +144,7 @@ TEST_F(PreferencesDestination, ShowsTwoMessagesIfItIsReadOnlyFullOrAFile) {
     expectTwoMessagesFor("d:\\music\\wav");
 }
 
-// --- a folder of the user's own ------------------------------------------------------------------
+// --- a new folder ------------------------------------------------------------------
 
 TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
     start();
@@ -155,7 +155,7 @@ TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
     EXPECT_EQ(held("DecodePath"), "d:\\");
     form.Dir2.setPath("d:\\music").passOver();
     EXPECT_EQ(form.Text9.text(), "d:\\music");
-    // Saved at once, without a look at the folder; what runs goes on with the old one.
+    // Saved at once, without accessing the folder; running actions continue with the old one.
     EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\", "DecodePath=d:\\music"));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
 }
@@ -231,7 +231,7 @@ TEST_F(PreferencesDestination, IsAppliedButNotStoredIfItsCreationFails) {
     EXPECT_EQ(settings.decodePath, "d:\\new");
     EXPECT_EQ(form.Text9.text(), "d:\\New");
     EXPECT_THAT(store.writes, IsEmpty());
-    EXPECT_FALSE(form.Picture6.visible()); // the last step comes either way
+    EXPECT_FALSE(form.Picture6.visible()); // the last step runs in any case
     EXPECT_EQ(form.Check2.value(), 0);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The modes that a cdrdao TOC names for its tracks and zeros: their meaning and the sector size in
-// a file. It parses no statement.
+// The modes of tracks and ZERO statements in a cdrdao TOC: their meaning and the sector size in a
+// file. It parses no statement.
 #pragma once
 
 #include <string_view>
@@ -15,7 +15,7 @@ struct TocMode {
     int sectorBytes = bytesPerSector;
 };
 
-/// Case-insensitive for ASCII letters; a null pointer if there is no such mode.
+/// Case-insensitive for ASCII letters; null if the mode does not exist.
 [[nodiscard]] const TocMode* tocModeNamed(std::string_view name);
 
 } // namespace sonarith::disc

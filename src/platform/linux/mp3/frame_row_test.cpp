@@ -11,7 +11,7 @@ namespace {
 using fixture::Data;
 using fixture::operator+;
 
-/// Frames of 417 bytes with nothing in them.
+/// Frames of 417 bytes that contain only zeros after the header.
 Data row(int frames) {
     Data data;
     for (int i = 0; i < frames; ++i) {

@@ -37,7 +37,7 @@ TEST_F(WavTargetTest, IsInvisibleUntilItIsFinished) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, IsFinishedOrDeletedWithAHiddenNameToo) {
+TEST_F(WavTargetTest, IsAlsoFinishedOrDeletedIfItHasAHiddenName) {
     const auto hidden = [&] {
         return std::move(WavTarget::create(path, {22050, 2}, sound::maxWavSampleBytes,
                                            files::Concealment::hiddenName)
@@ -55,7 +55,7 @@ TEST_F(WavTargetTest, IsFinishedOrDeletedWithAHiddenNameToo) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, HasEverySampleAtItsPlaceWhateverTheOrder) {
+TEST_F(WavTargetTest, HasEverySampleAtItsOffsetWhateverTheOrder) {
     const auto target = create();
     EXPECT_TRUE(target->place(2, Samples{5, 6}).ok());
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
@@ -74,7 +74,7 @@ TEST_F(WavTargetTest, IsTruncatedAtItsGivenEnd) {
     EXPECT_EQ(fs::file_size(path), 48U);
 }
 
-TEST_F(WavTargetTest, UsesTheLargeFormBeyondThePlainOnesLimit) {
+TEST_F(WavTargetTest, UsesTheLargeFormBeyondTheLimitOfThePlainOne) {
     Samples samples(400'000); // more than one block of the move
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<std::int16_t>(i * 7);

@@ -22,8 +22,8 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The text between double quotes as the shell reads it; empty unless `text` is that, optionally
-/// followed by blanks.
+/// The content of a text in double quotes, unescaped as by the shell; empty unless `text` is such a
+/// text, optionally followed by blanks.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;
@@ -53,7 +53,7 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
     return closed ? std::optional(value) : std::nullopt;
 }
 
-/// The file's text; empty for one that cannot be read or is not a regular file.
+/// The file's content; empty if it cannot be read or is not a regular file.
 std::string textOfFile(const std::string& path) {
     // The file names eight folders. A larger file is not a user-dirs.dirs file.
     constexpr std::size_t mostBytes = 64 * 1024;

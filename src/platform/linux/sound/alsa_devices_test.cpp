@@ -8,7 +8,8 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The list of a Debian machine with one card and a sound server, and a device of the user's own.
+/// The list of a Debian machine with one card, a sound server, and a device that the user has
+/// defined.
 std::vector<DeviceHint> hintsOfAMachine() {
     const std::string card = "HDA Intel PCH, ALC287 Analog";
     return {
@@ -49,7 +50,7 @@ std::vector<std::string> namesOf(const std::vector<DeviceEntry>& entries) {
     return names;
 }
 
-TEST(AlsaDevices, OutputsAreServersRealDevicesAndTheUsersOwn) {
+TEST(AlsaDevices, OutputsAreSoundServersRealDevicesAndTheUsersOwnDevices) {
     EXPECT_THAT(namesOf(choosable(hintsOfAMachine(), SND_PCM_STREAM_PLAYBACK)),
                 ElementsAre("default", "jack", "pipewire", "pulse", "living-room",
                             "hw:CARD=PCH,DEV=0", "plughw:CARD=PCH,DEV=0", "sysdefault:CARD=PCH",
@@ -57,7 +58,7 @@ TEST(AlsaDevices, OutputsAreServersRealDevicesAndTheUsersOwn) {
                             "none"));
 }
 
-TEST(AlsaDevices, InputsAreTheSameKindsThatCanCapture) {
+TEST(AlsaDevices, InputsAreThoseOfTheSameKindsThatCanCapture) {
     EXPECT_THAT(namesOf(choosable(hintsOfAMachine(), SND_PCM_STREAM_CAPTURE)),
                 ElementsAre("default", "jack", "pipewire", "pulse", "living-room",
                             "hw:CARD=PCH,DEV=0", "plughw:CARD=PCH,DEV=0", "sysdefault:CARD=PCH",
@@ -74,7 +75,7 @@ TEST(AlsaDevices, DescriptionsAreOneLineAndNeverEmpty) {
     EXPECT_EQ(entries[8].description, "Webcam, USB Audio Direct hardware device");
 }
 
-TEST(AlsaDevices, AMachineWithoutSoundOffersTheDefaultAndForPlayingNone) {
+TEST(AlsaDevices, AMachineWithoutSoundOffersTheDefaultAndForOutputAlsoNone) {
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_PLAYBACK)), ElementsAre("default", "none"));
     EXPECT_THAT(namesOf(choosable({}, SND_PCM_STREAM_CAPTURE)), ElementsAre("default"));
 }

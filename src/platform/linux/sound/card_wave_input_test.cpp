@@ -93,7 +93,7 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     EXPECT_TRUE(second.isDone());
     EXPECT_THAT(first.frames(), IsSound(pattern(0, 1000)));
     EXPECT_THAT(second.frames(), IsSound(pattern(1000, 500)));
-    // 264 frames found no buffer; the next one continues with the present frames.
+    // 264 frames were dropped without a buffer; the next buffer continues with the present frames.
     EXPECT_EQ(input.addBuffer(handle, first.header), WaveResult::noError);
     EXPECT_FALSE(first.isDone());
     pass(30ms);
@@ -221,7 +221,7 @@ TEST_F(CardWaveInputTest, RejectsABufferSmallerThanAFrame) {
     EXPECT_EQ(odd.data.back(), std::byte{0x55}) << "no part of a frame is written";
 }
 
-TEST_F(CardWaveInputTest, NamesEachError) {
+TEST_F(CardWaveInputTest, HasATextForEachError) {
     EXPECT_EQ(input.errorText(WaveResult::noError), "");
     std::vector<std::string> texts;
     for (const int number : {2, 3, 4, 5, 11, 32, 33, 34, 99}) {
@@ -250,7 +250,8 @@ TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
     EXPECT_EQ(buffer.header.dwBytesRecorded, recorded);
 }
 
-// --- every order -------------------------------------------------------------------------------
+// --- operations in any order
+// -------------------------------------------------------------------------------
 
 /// One buffer of one block on one device, driven through operations in any order and compared with
 /// a model of the expected results.
@@ -386,7 +387,7 @@ class CardWaveInputExternal : public CardWaveInputTest {
     std::shared_ptr<CaptureDevice> device = std::make_shared<CaptureDevice>();
 };
 
-TEST_F(CardWaveInputExternal, IsOpenWhileTheInputRunsAndNoLonger) {
+TEST_F(CardWaveInputExternal, IsOpenOnlyWhileTheInputRuns) {
     EXPECT_EQ(device->opened, 0) << "there is no listener";
     open(cardFormat);
     EXPECT_TRUE(becomesOpen());
@@ -427,10 +428,10 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeakAndRecordingButNotToT
     EXPECT_THAT(tape->frames(), IsSound(pattern(0, 4 * 441)));
 }
 
-TEST_F(CardWaveInputExternal, IsAnErrorThatNamesTheDeviceIfItCannotBeOpened) {
+TEST_F(CardWaveInputExternal, ReportsTheNameOfADeviceThatCannotBeOpened) {
     device->missing = true;
     WaveInHandle other = 5;
-    // On a machine under load the result may be late, and the open then succeeds.
+    // On a busy machine the device's failure may arrive late; then the open succeeds.
     ASSERT_TRUE(eventually([&] {
         const WaveResult result = input.open(other, 0, cardFormat);
         if (result == WaveResult::noError) {
@@ -479,7 +480,8 @@ TEST_F(CardWaveInputExternal, ClosesWhenAnotherSourceIsChosenAndOpensWithIt) {
     EXPECT_TRUE(becomesOpen());
 }
 
-// --- beside the card's thread ------------------------------------------------------------------
+// --- concurrently with the card's thread
+// ------------------------------------------------------------------
 
 TEST(CardWaveInput, FillsBuffersConcurrentlyWithTheCardsThread) {
     SoundCard card;

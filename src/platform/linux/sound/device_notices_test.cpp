@@ -38,14 +38,14 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenItIsTried
 }
 
 TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
-    test::FakeNotices told;
+    test::FakeNotices notified;
     const ReportDevice device =
-        reportTo(std::make_shared<DeviceNotices>(told), SoundDevice::output, "hw:0");
+        reportTo(std::make_shared<DeviceNotices>(notified), SoundDevice::output, "hw:0");
     device(DeviceState::lost);
     device(DeviceState::lost);
     device(DeviceState::works);
     device(DeviceState::works);
-    EXPECT_THAT(told.texts(),
+    EXPECT_THAT(notified.texts(),
                 ElementsAre(testing::StartsWith("The sound output \"hw:0\" cannot"),
                             "settled output hw:0: The sound output \"hw:0\" is available again."));
 }
@@ -64,18 +64,18 @@ TEST_F(DeviceNoticesTest, DescribeTheDefaultDevice) {
     EXPECT_THAT(board.texts().front(), testing::StartsWith("The default sound output cannot"));
 }
 
-TEST_F(DeviceNoticesTest, ForgetADeviceThatIsNoLongerUsed) {
-    test::FakeNotices told;
-    const auto notes = std::make_shared<DeviceNotices>(told);
+TEST_F(DeviceNoticesTest, SettleSilentlyForADeviceThatIsNoLongerUsed) {
+    test::FakeNotices notified;
+    const auto notes = std::make_shared<DeviceNotices>(notified);
     const ReportDevice device = reportTo(notes, SoundDevice::output, "hw:0");
     device(DeviceState::unused);
-    EXPECT_THAT(told.texts(), IsEmpty());
+    EXPECT_THAT(notified.texts(), IsEmpty());
     device(DeviceState::lost);
     device(DeviceState::unused);
-    EXPECT_THAT(told.texts(), ElementsAre(testing::_, "settled output hw:0"));
+    EXPECT_THAT(notified.texts(), ElementsAre(testing::_, "settled output hw:0"));
 }
 
-TEST_F(DeviceNoticesTest, AreSilentOnceTheyAreMute) {
+TEST_F(DeviceNoticesTest, AreNotReportedOnceTheyAreMuted) {
     notices->mute();
     output(DeviceState::lost);
     EXPECT_THAT(board.texts(), IsEmpty());

@@ -26,14 +26,14 @@ TEST(Mixing, LevelsAreLinearAndRoundAwayFromZero) {
     EXPECT_EQ(atLevel(-2, third), -1);
 }
 
-TEST(Mixing, ThreeLinesAtTheirLoudestFit) {
+TEST(Mixing, ThreeLinesAtFullVolumeDoNotOverflow) {
     EXPECT_EQ(atLevel(3 * INT16_MIN, fullVolume), 3 * INT16_MIN);
     EXPECT_EQ(saturated(3 * INT16_MIN), INT16_MIN);
     EXPECT_EQ(saturated(3 * INT16_MAX), INT16_MAX);
     EXPECT_EQ(saturated(-5), -5);
 }
 
-TEST(Mixing, MonoIsTheMeanOfBothChannelsAtTheExtremesToo) {
+TEST(Mixing, MonoIsTheMeanOfBothChannelsEvenAtTheExtremes) {
     EXPECT_EQ(meanOf({INT16_MAX, INT16_MAX}), INT16_MAX);
     EXPECT_EQ(meanOf({INT16_MIN, INT16_MIN}), INT16_MIN);
     EXPECT_EQ(meanOf({INT16_MIN, INT16_MAX}), 0);

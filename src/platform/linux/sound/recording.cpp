@@ -28,7 +28,7 @@ Recording::begin(Channels channels, std::vector<fs::path> folders, RecordingCont
         recording->slow_ = true;
         AbandonableThread watch;
         // Without it the first folder is waited for, however long.
-        watch.start([job] { relieveHangingWriters(job); }, job->context.starter).passOver();
+        watch.start([job] { replaceHangingWriters(job); }, job->context.starter).passOver();
     }
     return recording;
 }

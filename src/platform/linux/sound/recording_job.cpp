@@ -13,10 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Until the recording ends or the disk fails.
+/// Writes frames until the recording ends or the disk fails.
 void writeFrames(RecordingJob& job, const fs::path& folder, RecordingFile& file) {
-    // Twice a batch: frames that arrive while the thread wakes up are included, so that the queue
-    // is emptied.
+    // Two batches, so that the queue is emptied although frames arrive while the thread wakes up.
     std::vector<StereoFrame> frames(2 * RecordingQueue::batchFrames);
     while (const std::size_t count = job.queue.take(frames)) {
         if (!file.append(std::span(frames).first(count))) {
@@ -44,7 +43,7 @@ void saveOnce(RecordingJob& job, RecordingFile& file, const fs::path& target) {
     });
 }
 
-/// Until no more orders follow; the file is closed then.
+/// Carries out orders to save until no more follow, then closes the file.
 void writeAndSave(RecordingJob& job, const fs::path& folder, RecordingFile file) {
     writeFrames(job, folder, file);
     fs::path target;
@@ -113,11 +112,11 @@ void failRecording(RecordingJob& job, const Error& error) {
     job.orders.finished();
 }
 
-void relieveHangingWriters(const std::shared_ptr<RecordingJob>& job) {
-    while (const std::optional<RecordingOrders::Relief> relief =
-               job->orders.relieveWithin(job->context.timing.folder)) {
-        job->context.notices->passedOver(job->folders[relief->hanging]);
-        const auto writeOn = [job, turn = relief->turn, hanging = relief->hanging] {
+void replaceHangingWriters(const std::shared_ptr<RecordingJob>& job) {
+    while (const std::optional<RecordingOrders::Replacement> replacement =
+               job->orders.replaceWithin(job->context.timing.folder)) {
+        job->context.notices->folderSkipped(job->folders[replacement->hanging]);
+        const auto writeOn = [job, turn = replacement->turn, hanging = replacement->hanging] {
             writeRecording(*job, turn, hanging + 1);
         };
         AbandonableThread next;

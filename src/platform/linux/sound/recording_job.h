@@ -40,6 +40,6 @@ void failRecording(RecordingJob& job, const Error& error);
 /// Starts another thread for the next folder if the writer hangs in one longer than
 /// RecordingTiming::folder; without one, this thread becomes the writer. The last folder is waited
 /// for without a limit, because the sound would be lost otherwise.
-void relieveHangingWriters(const std::shared_ptr<RecordingJob>& job);
+void replaceHangingWriters(const std::shared_ptr<RecordingJob>& job);
 
 } // namespace sonarith::sound

@@ -81,7 +81,7 @@ void RecordingNotices::begun(const fs::path& folder) {
     settle(noResponseCause(folder), quoted(folder) + " responds again");
 }
 
-void RecordingNotices::passedOver(const fs::path& folder) {
+void RecordingNotices::folderSkipped(const fs::path& folder) {
     const std::lock_guard lock(mutex_);
     report(noResponseCause(folder),
            quoted(folder) +

@@ -31,7 +31,7 @@ class RecordingNotices {
     void cannotBegin(const Error& error);
     void begun(const std::filesystem::path& folder);
     /// The folder has not responded, and the recording is created in the next one.
-    void passedOver(const std::filesystem::path& folder);
+    void folderSkipped(const std::filesystem::path& folder);
     /// The recorded sound waits for the disk until it responds.
     void stalled(const std::filesystem::path& folder);
     void responds(const std::filesystem::path& folder);

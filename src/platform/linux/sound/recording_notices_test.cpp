@@ -70,10 +70,10 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
 
 TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndThatItDoesAgain) {
     notices.stalled("/music");
-    notices.passedOver("/music");
+    notices.folderSkipped("/music");
     notices.responds("/music");
     notices.responds("/music");
-    notices.passedOver("/music");
+    notices.folderSkipped("/music");
     notices.begun("/music");
     EXPECT_THAT(
         texts(),
@@ -135,7 +135,7 @@ TEST_F(RecordingNoticesTest, IsMuteForThreadsThatOutliveTheNotices) {
     notices.stalled("/music");
     notices.mute();
     notices.responds("/music");
-    notices.passedOver("/music");
+    notices.folderSkipped("/music");
     EXPECT_EQ(texts().size(), 1U);
 }
 

@@ -46,13 +46,13 @@ bool RecordingOrders::finishedWithin(Patience patience) {
     return changed_.wait_for(lock, patience, [this] { return finished_; });
 }
 
-std::optional<RecordingOrders::Relief> RecordingOrders::relieveWithin(Patience patience) {
+std::optional<RecordingOrders::Replacement> RecordingOrders::replaceWithin(Patience patience) {
     std::unique_lock lock(mutex_);
     while (!begun_ && !isUnwanted() && candidate_ + 1 < candidates_) {
         const std::size_t watched = candidate_; // each candidate has the full time
         if (!changed_.wait_for(lock, patience,
                                [&] { return begun_ || isUnwanted() || candidate_ != watched; })) {
-            return Relief{++turn_, watched};
+            return Replacement{++turn_, watched};
         }
     }
     return std::nullopt;

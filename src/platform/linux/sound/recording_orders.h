@@ -47,13 +47,13 @@ class RecordingOrders {
     // For the threads that watch the writer.
 
     /// The turn after one that hangs in a candidate.
-    struct Relief {
+    struct Replacement {
         Turn turn;
         std::size_t hanging; ///< the number of the candidate
     };
     /// Ends the writer's turn if it tries one candidate longer than `patience`. Empty if there is a
     /// file, if all candidates have failed, or if no file is wanted any more.
-    [[nodiscard]] std::optional<Relief> relieveWithin(Patience patience);
+    [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);
 

@@ -38,27 +38,27 @@ TEST_F(RecordingOrdersTest, ReportThatThereIsNone) {
 
 TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
     ASSERT_TRUE(orders.tries(0, 0));
-    const auto first = orders.relieveWithin(1ms);
+    const auto first = orders.replaceWithin(1ms);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->hanging, 0U);
     EXPECT_FALSE(orders.tries(0, 1)) << "another writer has replaced it";
     EXPECT_FALSE(orders.begins(0, [] { ADD_FAILURE(); }));
     EXPECT_FALSE(orders.fails(0, noFolder, [] { ADD_FAILURE(); }));
     ASSERT_TRUE(orders.tries(first->turn, 1));
-    const auto second = orders.relieveWithin(1ms);
+    const auto second = orders.replaceWithin(1ms);
     ASSERT_TRUE(second);
     EXPECT_EQ(second->hanging, 1U);
     ASSERT_TRUE(orders.tries(second->turn, 2));
-    EXPECT_FALSE(orders.relieveWithin(1ms)) << "there is no further candidate";
+    EXPECT_FALSE(orders.replaceWithin(1ms)) << "there is no further candidate";
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
 TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
     ASSERT_TRUE(orders.begins(0, nothing));
-    EXPECT_FALSE(orders.relieveWithin(1ms));
+    EXPECT_FALSE(orders.replaceWithin(1ms));
     RecordingOrders closed(3, nullptr);
     closed.close();
-    EXPECT_FALSE(closed.relieveWithin(1ms));
+    EXPECT_FALSE(closed.replaceWithin(1ms));
     EXPECT_FALSE(closed.tries(0, 0));
 }
 
@@ -71,7 +71,7 @@ TEST_F(RecordingOrdersTest, GiveEachCandidateTheFullTime) {
         }
         EXPECT_TRUE(orders.begins(0, nothing));
     });
-    EXPECT_FALSE(orders.relieveWithin(1200ms));
+    EXPECT_FALSE(orders.replaceWithin(1200ms));
     writer.join();
 }
 

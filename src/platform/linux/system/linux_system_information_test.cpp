@@ -50,7 +50,8 @@ std::string beforeNul(const std::optional<std::string>& text) {
     return text.value_or("").substr(0, text.value_or("").find('\0'));
 }
 
-// --- this machine, against its own tools ---------------------------------------------------------
+// --- this machine, compared with its own tools
+// ---------------------------------------------------------
 
 class ThisMachine : public ::testing::Test {
   protected:
@@ -81,7 +82,7 @@ TEST_F(ThisMachine, HasTheSizesThatDfPrints) {
     }
 }
 
-TEST_F(ThisMachine, RefusesAHomeThatDoesNotExist) {
+TEST_F(ThisMachine, FailsForAHomeThatDoesNotExist) {
     EXPECT_FALSE(information.diskSpace("H:\\").has_value());
     EXPECT_FALSE(information.diskSpace("X:\\").has_value());
     EXPECT_FALSE(information.diskSpace("").has_value());
@@ -90,7 +91,7 @@ TEST_F(ThisMachine, RefusesAHomeThatDoesNotExist) {
 TEST_F(ThisMachine, HasTheDrivesThatFindmntPrints) {
     const std::string type = printedBy("findmnt -n -o FSTYPE --target /");
     ASSERT_FALSE(type.empty());
-    // Tests run neither on a memory stick nor on a server.
+    // Precondition: the tests run on a fixed disk.
     EXPECT_EQ(information.driveKind("C:\\"), DriveKind::fixed) << type;
     EXPECT_EQ(information.driveKind("c:\\"), DriveKind::fixed);
     EXPECT_EQ(printedBy("findmnt -n -o FSTYPE --target /dev/shm | tail -1"), "tmpfs");
@@ -132,7 +133,7 @@ TEST_F(ThisMachine, HasTheNamesThatItsToolsPrint) {
     EXPECT_EQ(beforeNul(information.computerName()), printedBy("uname -n"));
     std::optional<std::string> user;
     for (int tries = 0; tries < 300 && !user; ++tries) {
-        user = information.userName(); // late on a busy machine
+        user = information.userName(); // may time out on a busy machine
     }
     EXPECT_EQ(beforeNul(user), printedBy("id -un"));
 }
@@ -146,7 +147,7 @@ TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
     EXPECT_EQ(beforeNul(mapped.tempFolder()), "C:" + printedBy("echo ${TMPDIR:-/tmp}"));
 }
 
-TEST_F(ThisMachine, HasAKeyboardIfTheMachineHasOne) {
+TEST_F(ThisMachine, ReportsAKeyboardIfTheMachineHasOne) {
     const int type = information.keyboardType();
     EXPECT_EQ(type, information.functionKeys() > 0 ? 4 : 0);
 }
@@ -180,7 +181,8 @@ TEST_F(ThisMachine, ListsItsDrivesOnceWhileTheMountsDoNotChange) {
     EXPECT_LE(asked, 3); // once, unless another program mounts something meanwhile
 }
 
-// --- a machine made up ---------------------------------------------------------------------------
+// --- a simulated machine
+// ---------------------------------------------------------------------------
 
 class SimulatedMachine : public ::testing::Test {
   protected:
@@ -233,7 +235,7 @@ TEST_F(SimulatedMachine, TakesTheSerialNumberFromTheEndOfTheUuid) {
     EXPECT_EQ(serialNumberIn("xyz"), 0U);
 }
 
-TEST_F(SimulatedMachine, ForwardsSizesOfAnyMagnitude) {
+TEST_F(SimulatedMachine, ReturnsSizesOfAnyMagnitude) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,
@@ -251,7 +253,7 @@ TEST_F(SimulatedMachine, ForwardsSizesOfAnyMagnitude) {
 struct HangingReader {
     std::mutex mutex;
     std::condition_variable changed;
-    bool answers = false;
+    bool responding = false;
     std::atomic<int> asked = 0;
 
     std::optional<DiskSpace> read(const std::string& path) {
@@ -260,12 +262,12 @@ struct HangingReader {
         }
         ++asked;
         std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return answers; });
+        changed.wait(lock, [this] { return responding; });
         return DiskSpace{2000, 20};
     }
-    void answer() {
+    void respond() {
         const std::lock_guard lock(mutex);
-        answers = true;
+        responding = true;
         changed.notify_all();
     }
 };
@@ -287,7 +289,7 @@ TEST_F(SimulatedMachine, AHangingMountCausesOneWaitAndBlocksOneThread) {
     EXPECT_EQ(reader->asked, 1);
     EXPECT_EQ(information.unanswered(), 1U);
 
-    reader->answer();
+    reader->respond();
     while (information.unanswered() > 0) {
         std::this_thread::sleep_for(1ms);
     }
