@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The composition root: makes the machine, the desktop's services, the application and its windows,
-// and runs them.
+// The composition root: creates the machine, the desktop's services, the application and its
+// windows, and runs them.
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,7 +50,7 @@ std::vector<StoredPath> storedPaths(const SettingsStore& store) {
 int runProgram() {
     QtEventLoop loop;
     QtWaiting waiting;
-    // Never destroyed: threads that a hanging device keeps report to it until the process ends.
+    // Never destroyed: threads that hang in a device may report to it until the process ends.
     static NoticeBoard& notices = *new NoticeBoard;
     IniSettingsStore store(IniSettingsStore::defaultFolder(), &notices);
     const ProcessState* process = nullptr;
@@ -99,7 +99,7 @@ int runProgram() {
     calls.notices = [&] {
         return notices.texts();
     };
-    // Windows that a start does not show are built when they are first asked for.
+    // Windows that the start does not show are created when they are first requested.
     std::unique_ptr<DevicesWindow> devices;
     const auto devicesWindow = [&]() -> DevicesWindow& {
         if (!devices) {
@@ -130,7 +130,7 @@ int runProgram() {
     loop.setLastSteps([&] { machine.stop(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
-    // The window stands.
+    // The window is complete.
     tray.watchHosts();
     loadDeviceLibraries();
     loop.run();

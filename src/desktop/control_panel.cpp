@@ -4,7 +4,7 @@
 namespace sonarith {
 
 namespace {
-/// The tip until the main window's title takes its place, a second after the load.
+/// The tip for the first second, before the main window's title replaces it.
 constexpr const char* firstTip = "Sonarith";
 } // namespace
 
@@ -13,7 +13,8 @@ void minimizeToTray(Form& window, const Tray& tray) {
         window.hide();
         return;
     }
-    // In this order: a hidden window appears as its entry at once, and not in full before.
+    // In this order, so that a hidden window is minimized at once and does not appear in full
+    // first.
     window.minimizeRequested.emit();
     window.setVisible(true);
 }
@@ -65,7 +66,7 @@ void ControlPanel::Form_Unload() {
     if (keptIcon_) {
         icons_.DeleteTrayIcon(*keptIcon_);
     }
-    // The same entry once more, which fails: it would be another one had the form changed its icon.
+    // Deletes the same icon again, which fails, as designed.
     icons_.DeleteTrayIcon(form_.Icon);
     keptIcon_.reset();
 }
@@ -100,14 +101,14 @@ void ControlPanel::Exit_Click() {
 void ControlPanel::mnuEnd_Click() {
     windows_.Form6.unload();
     windows_.Form4.unload();
-    // Ends the process by itself, unless an unload is under way already.
+    // Ends the process, unless an unload has already started.
     windows_.Form1.unload();
     form_.unload();
     platform_.loop.endProgram();
 }
 
-/// The panel has come or gone. An icon that waits for a panel appears by itself; a window that was
-/// hidden behind an icon is not to be lost with it.
+/// A tray panel has started or ended. An icon that waits for a panel appears without further
+/// action; a window must not stay hidden without an icon.
 void ControlPanel::followHost() {
     if (form_.loaded() && !windows_.Form1.visible()) {
         minimizeToTray(windows_.Form1, platform_.tray);

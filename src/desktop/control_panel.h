@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program in the desktop's tray: its icon with a tip that follows the main window's title, and
-// the menu on it. It stands there for as long as frmpopup is loaded; who loads that form hides the
-// main window too, if it is to be hidden.
+// the icon's menu. The icon exists while frmpopup is loaded; hiding the main window is up to the
+// code that loads that form.
 #pragma once
 
 #include <cstdint>
@@ -13,13 +13,13 @@
 
 namespace sonarith {
 
-/// Takes a window out of sight: it hides while a panel shows the icon by which it comes back, and
-/// shrinks to its task bar entry where there is none.
+/// Hides a window if a panel shows the icon that restores it; otherwise minimizes it to its task
+/// bar entry.
 void minimizeToTray(Form& window, const Tray& tray);
 
 class ControlPanel {
   public:
-    /// Becomes the handler of frmpopup's events. Both outlive this.
+    /// Sets the handlers of frmpopup's events. Both must outlive this.
     ControlPanel(const Platform& platform, Windows& windows);
     ControlPanel(const ControlPanel&) = delete;
     ControlPanel& operator=(const ControlPanel&) = delete;
@@ -28,14 +28,14 @@ class ControlPanel {
     void Form_Unload();
     /// The tip follows the main window's title. Yields.
     void Timer1_Timer();
-    /// So does the form's own title. Yields.
+    /// The form's own title follows it, too. Yields.
     void Timer2_Timer();
     /// The menu is about to open. A left click on the icon has no handler: it does nothing.
     void Popup_Open();
 
     void mnuStopencoding_Click();
     void Exit_Click();
-    /// Ends the process, whatever runs.
+    /// Ends the process, even during an action.
     void mnuEnd_Click();
 
   private:

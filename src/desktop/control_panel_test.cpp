@@ -23,12 +23,12 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
         minimized_ = form.minimizeRequested.connect(
             [this] { events.push_back(form.visible() ? "shrink" : "shrink while hidden"); });
     }
-    /// What the main window's entry does.
+    /// The same steps as the main window's menu entry.
     void goToTray() {
         popup.load();
         minimizeToTray(form, tray);
     }
-    /// Writes down when a window is unloaded.
+    /// Logs the unload of a window.
     void logUnloads() {
         for (Form* window : std::initializer_list<Form*>{&windows.Form6, &windows.Form4, &form}) {
             window->load();
@@ -254,7 +254,7 @@ TEST_F(ControlPanelTest, ShutdownSkipsWindowsThatAreNotLoaded) {
     EXPECT_FALSE(windows.Form4.loaded());
 }
 
-// --- panels that come and go ----------------------------------------------------------------
+// --- panels that start and end ----------------------------------------------------------------
 
 TEST_F(ControlPanelTest, WithAPanelTheWindowIsHidden) {
     goToTray();
@@ -282,7 +282,7 @@ TEST_F(ControlPanelTest, APanelThatStartsLaterLeavesTheWindowIconified) {
     tray.setHost(true);
     EXPECT_TRUE(form.visible());
     EXPECT_THAT(events, IsEmpty());
-    // Asked again, it hides.
+    // Requested again, the window is hidden.
     goToTray();
     EXPECT_FALSE(form.visible());
 }
@@ -294,7 +294,7 @@ TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
     tray.setHost(false);
     EXPECT_THAT(events, ElementsAre("shrink while hidden"));
     EXPECT_TRUE(form.visible());
-    EXPECT_EQ(shown, 0); // which would bring it back in full
+    EXPECT_EQ(shown, 0); // which would show the window
     EXPECT_TRUE(popup.loaded());
     EXPECT_TRUE(popup.Timer1.enabled());
     tray.setHost(true);
@@ -304,7 +304,7 @@ TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
 }
 
 TEST_F(ControlPanelTest, RemovalOfThePanelDoesNotAffectAVisibleWindow) {
-    popup.load(); // as the preferences do, which leave the main window alone
+    popup.load(); // as the preferences do, without the main window
     tray.setHost(false);
     tray.setHost(true);
     EXPECT_TRUE(form.visible());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The root paths of all drives, out of the machine's one text of them. It asks no drive.
+// Splits the machine's list of drives into root paths. It accesses no drive.
 #pragma once
 
 #include <string>

@@ -29,13 +29,13 @@ TEST(DriveRoots, AreInTheMachinesOrder) {
 TEST(DriveRoots, RequestTheListAgainWithTheNeededSpace) {
     test::FakeSystemInformation machine;
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
-        machine.drives[root] = {}; // with C: more than the ten characters of the first question
+        machine.drives[root] = {}; // with C: more than the ten characters of the first call
     }
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\", "D:\\", "E:\\", "F:\\"));
 }
 
 TEST(DriveRoots, RequestTheListAgainAsOftenAsItGrows) {
-    // A drive is plugged in before each question, until there are six.
+    // A drive is added before each call, until there are six.
     test::FakeSystemInformation machine;
     std::vector<std::string> now = {"C:\\", "D:\\"};
     int asked = 0;

@@ -16,11 +16,11 @@ struct PixelRun {
     bool operator==(const PixelRun&) const = default;
 };
 
-/// The runs of the colour in row `y`, left to right. It reads up to and including the column at
-/// `width`, where no picture has a colour, so no run goes beyond the picture.
+/// The runs of the colour in row `y`, from left to right. Reads up to and including the column
+/// `width`, which no picture has, so that every run ends within the picture.
 std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour transparent, int y) {
     std::vector<PixelRun> runs;
-    // The column behind a run has ended that run; it is not looked at again.
+    // The column after a run has already been read and is skipped.
     for (int x = 0; x <= bitmap.width(); ++x) {
         while (x <= bitmap.width() && bitmap.pixel(x, y) != transparent) {
             ++x;
@@ -36,7 +36,7 @@ std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour tr
     return runs;
 }
 
-/// The columns of a row of `width` that `cut` leaves.
+/// The columns of a row of `width` without those in `cut`.
 std::vector<PixelRun> columnsLeft(const std::vector<PixelRun>& cut, int width) {
     std::vector<PixelRun> left;
     int start = 0;
@@ -61,8 +61,8 @@ std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelCo
     WindowRegion region;
     std::vector<PixelRun> columnsAbove;
     std::size_t firstOfBand = 0;
-    // Rows 0 to `height`, like columns 0 to `width`: the last of each lies outside the picture. It
-    // has no colours, and of the rectangle no part lies there.
+    // Rows 0 to `height`, like columns 0 to `width`: the last one is outside the picture and the
+    // rectangle, and has no colour.
     for (int y = 0; y <= bitmap->height(); ++y) {
         const int width = y < bitmap->height() ? bitmap->width() : 0;
         const std::vector<PixelRun> columns =

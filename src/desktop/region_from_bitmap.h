@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Turns a picture into a window region by cutting one colour away. Pure logic; no window is touched
-// here.
+// Computes a window region from a picture by removing one colour. Pure logic; it changes no window.
 #pragma once
 
 #include <optional>
@@ -10,9 +9,9 @@
 
 namespace sonarith {
 
-/// What is left of the rectangle of `bitmap` without its pixels of the colour `transparent`. Rows
-/// that are left alike share their rectangles. A picture that is all of that colour gives a region
-/// without rectangles; without a picture (null) there is no region at all.
+/// The rectangle of `bitmap` without its pixels of the colour `transparent`. Equal adjacent rows
+/// share their rectangles. A picture in that colour only results in a region without rectangles;
+/// without a picture (null) there is no region.
 [[nodiscard]] std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap,
                                                            PixelColour transparent);
 

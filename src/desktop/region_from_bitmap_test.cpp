@@ -31,7 +31,7 @@ int widthOf(const std::vector<std::string>& rows) {
     return rows.empty() ? 0 : static_cast<int>(rows.front().size());
 }
 
-/// Writes down which pixels are asked for.
+/// Logs which pixels are read.
 class WatchedPicture final : public PixelPicture {
   public:
     explicit WatchedPicture(const std::vector<std::string>& rows)
@@ -97,11 +97,11 @@ TEST(RegionFromBitmap, EqualRowsShareTheirRectangles) {
 TEST(RegionFromBitmap, RemovesTheGivenColour) {
     EXPECT_THAT(leftOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
     EXPECT_THAT(leftOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
-    // The number that stands for "no pixel there" elsewhere is a colour that no pixel has.
+    // The value that elsewhere means "no pixel" is a colour that no pixel has.
     EXPECT_THAT(leftOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
 }
 
-// --- which pixels are looked at, on purpose, to the last one ------------------------------
+// --- exactly which pixels are read, as designed ------------------------------
 
 TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
     const WatchedPicture picture({"x"});
@@ -122,7 +122,7 @@ TEST(RegionFromBitmap, ThePixelAfterARunIsNotTestedAsTheStartOfAnother) {
     EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));
     const std::vector<std::pair<int, int>> firstRow(picture.asked.begin(),
                                                     picture.asked.begin() + 6);
-    // The start of each run is looked at twice, the pixel that ended one a single time.
+    // The start of each run is read twice, the pixel that ends it once.
     EXPECT_THAT(firstRow, ElementsAre(std::pair(0, 0), std::pair(0, 0), std::pair(1, 0), //
                                       std::pair(2, 0), std::pair(2, 0), std::pair(3, 0)));
 }
@@ -140,7 +140,7 @@ TEST(RegionFromBitmap, CoversEveryPixelOfAnotherColourExactlyOnce) {
             for (int x = 0; x < width; ++x) {
                 row += random() % 2 != 0 ? 'x' : ' ';
             }
-            // Now and then a row like the one above it.
+            // Some rows equal the row above.
             rows.push_back(!rows.empty() && random() % 3 == 0 ? rows.back() : row);
         }
         std::vector<std::vector<int>> covered(static_cast<std::size_t>(height),

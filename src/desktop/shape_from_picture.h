@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Gives the main window the shape of its picture. Computes nothing itself (region_from_bitmap.h)
-// and masks nothing: the view does that.
+// Sets the region of the main window from its picture. The computation is in region_from_bitmap.h;
+// the view masks the window.
 #pragma once
 
 #include "forms/form1.h"
@@ -8,8 +8,8 @@
 
 namespace sonarith {
 
-/// Masks `form` with what its picture leaves without white, and keeps that region in
-/// `process.WindowRegion`. Without a picture the window is whole.
+/// Sets the region of `form` to all pixels of its picture that are not white, and stores it in
+/// `process.WindowRegion`. Without a picture the window has no region.
 void ShapeFromPicture(Form1& form, ProcessState& process);
 
 } // namespace sonarith

@@ -21,7 +21,7 @@ struct ShapeFromPictureTest : testing::Test, test::FakeMachine {
     const WindowRegion rightHalf{{{1, 0, 2, 1}}};
 };
 
-/// Counts how often its first pixel begins a search.
+/// Counts how often a search begins at its first pixel.
 class CountedPicture final : public PixelPicture {
   public:
     CountedPicture() : PixelPicture(1, 1, {0}) {}

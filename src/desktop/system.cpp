@@ -17,7 +17,7 @@ std::int64_t kilobytesRounded(std::int64_t bytes) {
     constexpr std::int64_t kilobyte = 1024;
     const std::int64_t whole = bytes / kilobyte;
     const std::int64_t rest = bytes % kilobyte;
-    // A half goes to the even number, as in every conversion of the program.
+    // Halves are rounded to even, as in every conversion of the program.
     const bool up = rest > kilobyte / 2 || (rest == kilobyte / 2 && whole % 2 != 0);
     return up ? whole + 1 : whole;
 }
@@ -207,7 +207,7 @@ std::string System::fromBuffer(const std::optional<std::string>& text) {
     if (!text) {
         return {};
     }
-    // Blanks go first: those before the NUL are a part of the name and stay.
+    // Blanks are removed first: those before the NUL are part of the name and are kept.
     const std::size_t last = text->find_last_not_of(' ');
     const std::string stripped =
         StripNul(text->substr(0, last == std::string::npos ? 0 : last + 1));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A small facade over the system information of the machine: texts and numbers in the product's
-// format. It has no state. Only DriveInfo() and DriveType() have callers; the others belong to the
-// class.
+// format. It has no state. Only DriveInfo() and DriveType() have callers.
 #pragma once
 
 #include <cstdint>
@@ -38,13 +37,13 @@ class System {
         std::string text;
     };
 
-    /// Both outlive this.
+    /// Both must outlive this.
     System(const SystemInformation& machine, FileSystem& files)
         : machine_(machine), files_(files) {}
 
     // A root path is letter, colon and backslash.
 
-    /// Bytes; both 0 for a drive that refuses. Free is what this user may still write.
+    /// In bytes; both 0 for a drive that fails. Free is the space available to this user.
     void DriveInfo(const std::string& root, std::int64_t& totalBytes,
                    std::int64_t& freeBytes) const;
     /// Adds 1 to a counter for each drive of its type. Counters are not reset first.
@@ -53,18 +52,18 @@ class System {
     [[nodiscard]] std::string DriveType(const std::string& root) const;
     /// With a point after every group of three digits from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
-    /// Free bytes of a drive ("c:" or longer), asked for from that drive, after which the program
-    /// is back in its folder. 0 if any step fails.
+    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads them and returns to the
+    /// program's folder. 0 if any step fails.
     [[nodiscard]] std::int64_t FastDiskSpace(const std::string& drive) const;
     void FreeMemory(Memory& memory) const;
     [[nodiscard]] std::uint8_t FunctionKeys() const;
     /// Empty for an unknown keyboard.
     [[nodiscard]] std::string KeyboardType() const;
-    /// Leaves the type's text as it was for a processor that has no name here.
+    /// Keeps the previous text of the type for a processor without a name here.
     void SystemInfo(Processors& processors) const;
 
-    // The next three are folders with a backslash at the end. All five are empty on failure, also
-    // for a text that does not fit into its buffer of 50 characters, NUL counted.
+    // The next three are folders with a trailing backslash. All five are empty on failure, also if
+    // the text does not fit into a buffer of 50 characters including the NUL.
     [[nodiscard]] std::string TempDir() const;
     [[nodiscard]] std::string SystemDir() const;
     [[nodiscard]] std::string WinDir() const;

@@ -119,7 +119,7 @@ TEST_F(SystemTest, FastDiskSpaceIgnoresFailures) {
     disk.addFolder("d:\\");
     EXPECT_EQ(system.FastDiskSpace("x:"), 0); // no such drive
     EXPECT_EQ(disk.log.size(), 1U);
-    machine.drives["d:\\"].space = std::nullopt; // one that refuses
+    machine.drives["d:\\"].space = std::nullopt; // one that fails
     EXPECT_EQ(system.FastDiskSpace("d:"), 0);
     EXPECT_EQ(disk.log.back().substr(0, 13), "changeFolder ");
 }
@@ -143,7 +143,7 @@ TEST_F(SystemTest, FreeMemoryIsCountedInWholeKilobytes) {
     system.FreeMemory(memory);
     EXPECT_EQ(memory.load, 42);
     EXPECT_EQ(memory.totalKb, 15'625'000);
-    EXPECT_EQ(memory.availableKb, 2); // a half goes to the even number
+    EXPECT_EQ(memory.availableKb, 2); // halves are rounded to even
     machine.memory = {42, 512, 513};
     system.FreeMemory(memory);
     EXPECT_EQ(memory.totalKb, 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The calls that place the program's icon in the notification area, over one record that all of
-// them fill. When they are made, and what the icon's menu does, is control_panel.h.
+// The calls that add, change and delete the program's icon in the notification area; all of them
+// fill one record. control_panel.h decides when they are made and handles the icon's menu.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@
 
 namespace sonarith {
 
-/// Whether a call succeeded is not looked at: without a panel there is nothing else to be done.
+/// Results are ignored: without a panel nothing else can be done.
 class TrayIconCalls {
   public:
-    /// `tray` outlives this.
+    /// `tray` must outlive this.
     explicit TrayIconCalls(Tray& tray) : tray_(tray) {}
 
-    /// `identifier` is the number of the icon, `form` its owner, which outlives the icon. Of `tip`
-    /// the first longestTrayTip characters are shown.
+    /// `identifier` is the number of the icon, `form` its owner, which must outlive the icon. Only
+    /// the first longestTrayTip characters of `tip` are shown.
     void AddTrayIcon(std::uint32_t identifier, Form& form, const std::string& tip);
     void ModifyTrayIcon(std::uint32_t identifier, Form& form, const std::string& tip);
     void DeleteTrayIcon(std::uint32_t identifier);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file finder: its search and its window's logic. No behaviour lives here.
+// The file finder: its search and its window's logic. It has no behaviour of its own.
 #pragma once
 
 #include "finder/finder_window.h"
@@ -12,7 +12,7 @@
 namespace sonarith {
 
 struct Finder {
-    /// All outlive this.
+    /// All must outlive this.
     Finder(const Platform& platform, Windows& windows, FileAdder& adder, WorkTree& tree)
         : engine(windows.frmsearch, platform.directories, platform.loop),
           window(platform, windows.frmsearch, engine, adder, tree) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The finder as the work tree uses it: works its boxes and its button as a user would, with the
-// window unshown. It searches nothing itself.
+// Searches files for the work tree: fills the finder's boxes and clicks its button as a user would,
+// without showing the window. It does not search itself.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ class FinderScanner final : public FolderScanner {
     explicit FinderScanner(FrmSearch& finder) : finder_(finder) {}
 
     Status setFolder(const std::string& path) override;
-    /// The click of Command1: a search that runs already is stopped by it.
+    /// Clicks Command1, which stops a running search.
     void search(const std::string& extension) override;
     [[nodiscard]] const ListBox& lstfiles() const override;
 

@@ -64,7 +64,8 @@ TEST_F(FinderScannerTest, AScanStopsARunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");
-    // The stop leaves the folder under scan to its end, with the type that stands in the box now.
+    // After the stop the current folder is scanned to its end, with the type that is now in the
+    // box.
     EXPECT_EQ(finder.Command1.caption(), "Search !");
     EXPECT_THAT(lines(scanner.lstfiles()), IsEmpty());
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));

@@ -55,7 +55,7 @@ void FinderWindow::wireEvents() {
 }
 
 void FinderWindow::Form_Load() {
-    // A fresh window's: a search that the last close has ended leaves its own behind.
+    // Resets the window: a search that was ended by the last close has not done so.
     finder_.DirCount = 0;
     finder_.FileCount = 0;
     centreOnScreen(finder_, platform_.shell);
@@ -86,7 +86,7 @@ void FinderWindow::startSearch() {
     engine_.SearchFiles();
 }
 
-/// Runs within the search that it stops, which at its end writes over most of what is written here.
+/// Runs inside the search that it stops; the end of that search overwrites most of these values.
 void FinderWindow::stopSearch() {
     finder_.lstdirs.setVisible(true);
     finder_.lstfiles.setVisible(true);
@@ -109,7 +109,7 @@ void FinderWindow::zFileExt_Change() {
 }
 
 void FinderWindow::lbltime_Change() {
-    constexpr std::size_t longestCaption = 200; // characters that the label has room for
+    constexpr std::size_t longestCaption = 200; // characters that fit into the label
     if (characterCount(finder_.lbltime.caption()) > longestCaption) {
         finder_.lbltime.setCaption(finder_.lstdirs.list(0) + "...");
     }
@@ -122,7 +122,7 @@ void FinderWindow::Dir1_Change() {
 void FinderWindow::Drive1_Change() {
     const std::string drive = finder_.Drive1.drive();
     if (lowerCase(finder_.Dir1.path()).starts_with(drive)) {
-        return; // it was Drive1 that followed
+        return; // Drive1 has followed Dir1
     }
     if (!finder_.Dir1.setPath(drive).ok()) {
         Dir1_Change();
@@ -153,10 +153,10 @@ void FinderWindow::mnuDelete_Click() {
     if (answer != BoxAnswer::yes) {
         return;
     }
-    // The window may have been closed under the question: then no file is selected.
+    // The window may have been closed during the question: then no file is selected.
     p_DestroyFile(touched(finder_).lstfiles.text(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Whether the file was deleted or not.
+    // Even if the file was not deleted.
     mnuRemoveFile_Click();
     tree_.showfiles3();
 }

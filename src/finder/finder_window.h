@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the file finder's window does on its events: starts and stops a search, and acts on a found
-// file. The search itself is search_engine.h; the widgets are elsewhere.
+// Handles the events of the file finder's window: starts and stops a search, and handles commands
+// for a found file. search_engine.h searches; ui/finder_layout.h has the widgets.
 #pragma once
 
 #include "finder/search_engine.h"
@@ -13,7 +13,7 @@ namespace sonarith {
 
 class FinderWindow {
   public:
-    /// Makes its procedures the handlers of the form's events. All must outlive this.
+    /// Sets the handlers of the form's events. All must outlive this.
     FinderWindow(const Platform& platform, FrmSearch& finder, SearchEngine& engine,
                  FileAdder& adder, WorkTree& tree);
     FinderWindow(const FinderWindow&) = delete;
@@ -21,27 +21,28 @@ class FinderWindow {
 
     void Form_Load();
 
-    /// Starts a search or stops the one that runs, by its caption. Returns at the search's end.
+    /// Starts a search or stops the running one, depending on its caption. Returns at the end of
+    /// the search.
     void Command1_Click();
-    /// Closes the window. A search that runs ends at its next step.
+    /// Closes the window. A running search ends at its next step.
     void cmdend_Click();
 
     void zFileExt_Change();
     void lbltime_Change();
     void Dir1_Change();
-    /// A drive that cannot be entered leaves both lists where they were.
+    /// A drive that cannot be entered changes neither list.
     void Drive1_Change();
 
     void lstfiles_MouseDown(MouseButtons buttons);
     void mnuSeelectfile_Click();
     void mnuRemoveFile_Click();
-    /// Asks before it deletes.
+    /// Asks for confirmation, then deletes.
     void mnuDelete_Click();
     void mnuClose_Click();
 
-    /// Removes each folder of List1 that stands there before. Nothing calls it.
+    /// Removes each folder of List1 that occurs earlier in the list. Nothing calls it.
     void RemoveDuplicateDirs();
-    /// What mnuRemoveFile_Click() does. Nothing calls it.
+    /// The same as mnuRemoveFile_Click(). Nothing calls it.
     void RemoveSelectedFile();
 
   private:

@@ -174,7 +174,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
-    // Even where the former folder could not be entered again either.
+    // Even if the previous folder cannot be entered again, either.
     disk.removeFolder("c:\\music");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Drive1.drive(), "c:");
@@ -202,7 +202,7 @@ TEST_F(FinderWindowTest, TheFolderListStaysEnabledDuringASearchAndTheDriveFollow
         EXPECT_EQ(finder.Drive1.drive(), "d:");
     });
     search("c:\\m", ".wav");
-    // The search goes on where it began.
+    // The search continues in its own folder.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.wav"));
 }
 
@@ -297,11 +297,11 @@ TEST_F(FinderWindowTest, ADeletionThatFailsStillRemovesTheLine) {
     fillResults({"c:\\a.wav"});
     select(0);
     boxes.answers = {BoxAnswer::yes};
-    // The yield before the line goes; the deletion itself does not come to its wait.
+    // The yield is before the removal of the line; the deletion itself fails before its wait.
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // The main window looks for the entry that is current now, which takes as long as an adding.
+    // The main window searches the entry that is current now, which takes as long as an addition.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
@@ -337,8 +337,8 @@ TEST_F(FinderWindowTest, DeletesTheLineThatIsSelectedWhenTheUserConfirms) {
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\a.wav"));
 }
 
-/// A menu entry of the finder, chosen for its one result, while the window is closed in the n-th
-/// yield of that. Whether there was such a yield.
+/// Chooses a menu entry for the only result, and closes the window in the n-th yield. Returns
+/// whether there was such a yield.
 bool closesInYield(int n, MenuItem FrmSearch::*entry, bool keepsFile) {
     test::FinderWorld world;
     const std::string path = "c:\\m\\a.mp3";

@@ -14,11 +14,11 @@ namespace {
 
 constexpr const char* allEntries = "*.*";
 
-/// What findfilesdir() lists beside plain files: 54.
+/// The attributes of the entries that findfilesdir() lists in addition to plain files: 54.
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
-/// Without blanks around it, with a backslash at its end.
+/// Without surrounding blanks and with a trailing backslash.
 std::string folderPath(const std::string& path) {
     const std::size_t first = path.find_first_not_of(' ');
     std::string folder = first == std::string::npos
@@ -27,7 +27,7 @@ std::string folderPath(const std::string& path) {
     return folder.ends_with('\\') ? folder : folder + "\\";
 }
 
-/// Seconds with the seven digits that a single-precision number has.
+/// Seconds with seven digits, the precision of a single-precision number.
 std::string secondsText(float seconds) {
     constexpr int digits = 7;
     std::array<char, 32> text{}; // sign, digits, point and exponent need 13 at most
@@ -55,7 +55,7 @@ void SearchEngine::SearchFiles() {
     const std::string startFolder = start.ends_with('\\') ? start : start + "\\";
     finder_.lstdirs.addItem(startFolder);
     finder_.List1.addItem(startFolder);
-    // A typed "*.*" thus becomes ".*.*", which no file has.
+    // So a typed "*.*" becomes ".*.*", which matches no file.
     if (!finder_.zFileExt.text().starts_with('.')) {
         finder_.zFileExt.setText("." + finder_.zFileExt.text());
     }
@@ -85,7 +85,7 @@ void SearchEngine::finish(double startSeconds) {
     finder_.lstdirs.setVisible(true);
     finder_.lstfiles.setVisible(true);
     countFiles(finder_);
-    // Below 0 if midnight has passed.
+    // Negative if midnight has passed.
     const auto elapsed = static_cast<float>(loop_.secondsSinceMidnight() - startSeconds);
     finder_.lbltime.setCaption("Time taken: " + secondsText(elapsed) + " second(s)");
     finder_.Command1.setCaption(searchCaption);
@@ -101,7 +101,7 @@ void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
     path = folderPath(path);
     FindRecord entry;
     const FindHandle handle = walk.FindFirst(path + pattern, entry);
-    // A folder that cannot be read answers with another value, and ends at the first FindNext.
+    // For an unreadable folder the handle has another value, and the first FindNext ends the loop.
     if (handle != 0) {
         takeFirstEntry(path, entry);
         std::string ext;
@@ -125,8 +125,8 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
     if (name.starts_with('.')) {
         return;
     }
-    // Ahead of all that wait: the folder found last is scanned next. After a stop the list is empty
-    // and has no place of that number.
+    // Inserted at the front: the folder found last is scanned next. After a stop the list is empty,
+    // and the insertion fails.
     const std::string folder = lowerCase(path + name + "\\");
     finder_.lstdirs.addItem(folder, 1).passOver();
     finder_.List1.addItem(folder, 1).passOver();
@@ -135,7 +135,8 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
     }
 }
 
-/// The first entry of a folder goes by shorter rules: no folder is counted, no name looked at.
+/// The first entry of a folder is handled differently, as designed: a folder is not counted, and a
+/// name is not compared.
 void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& entry) {
     if ((entry.attributes & file_attribute::directory) != 0) {
         queueFolder(path, entry.name, Counting::no);
@@ -155,13 +156,13 @@ void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& ent
 
 void SearchEngine::takeFile(const std::string& path, const std::string& name, std::string& ext) {
     const std::string full = path + name;
-    // From the first dot of the whole path on, not of the name: a dot in a folder's name or a
-    // second one in the file's makes an extension that nobody asks for. Without any dot the step
-    // fails, and the text of the entry before stands.
+    // Deliberate: from the first dot of the whole path, not of the name. With a dot in a folder's
+    // name, or a second one in the file's, the extension matches no search. Without any dot the
+    // step fails, and the text of the previous entry remains.
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }
-    // The name without its extension is what stands before its own first dot, or all of it.
+    // The name without its extension: the text before its first dot, or all of it.
     finder_.Text2.setText(lowerCase(name.substr(0, name.find('.'))));
     finder_.zFileExt2.setText(lowerCase(ext));
     if (isWanted()) {
@@ -169,7 +170,7 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     }
 }
 
-/// Whether the entry in the scratch boxes fits what stands in the boxes now.
+/// Whether the entry in the scratch boxes matches the current content of the search boxes.
 bool SearchEngine::isWanted() const {
     const std::string& wanted = finder_.zFileExt.text();
     const bool rightType = wanted == finder_.zFileExt2.text();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Walks through the folders below a chosen one and lists the files of a type. The walk does not
-// recurse: the folders to come stand in a list box, and a loop takes them one at a time. It shows
-// no message; a step that fails is passed over.
+// Lists the files of a type in the folders below a chosen one. The walk is not recursive: a list
+// box holds the folders still to scan, and a loop takes them one at a time. It shows no message;
+// failed steps are ignored.
 #pragma once
 
 #include <string>
@@ -18,26 +18,26 @@ class SearchEngine {
     SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
-    /// A whole search from Dir1's folder on, yielding before each directory entry. Clearing lstdirs
-    /// meanwhile stops it: the folder under scan is scanned to its end, and no other. Unloading the
-    /// window ends it at the yield in which that happens, and nothing of it reaches a window that
-    /// was loaded since.
+    /// A complete search from Dir1's folder on; yields before each directory entry. Clearing
+    /// lstdirs stops it: the current folder is scanned to its end, and no other. Unloading the
+    /// window during a yield ends the search there; it changes nothing in a window that is loaded
+    /// later.
     void SearchFiles();
 
-    /// Scans one folder; ends early with the window that it began in. `path` comes back without
-    /// blanks around it and with a backslash at its end. `pattern` is always "*.*".
+    /// Scans one folder; ends early if its window is unloaded. Removes surrounding blanks from
+    /// `path` and adds a trailing backslash. `pattern` is always "*.*".
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
-    /// A scan of the same shape that takes every file. Nothing calls it.
+    /// A similar scan that lists every file. Nothing calls it.
     void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
   private:
     enum class Counting { no, yes };
-    /// One of the window's loads, by its number.
+    /// Identifies one load of the window by its number.
     using WindowLoad = int;
 
     [[nodiscard]] WindowLoad presentLoad();
-    /// Whether the window is still the one of that load.
+    /// Whether the window has not been unloaded since that load.
     [[nodiscard]] bool isOpen(WindowLoad load) const;
     void begin();
     void finish(double startSeconds);

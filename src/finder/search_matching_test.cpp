@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which entries a search takes for what is wanted.
+// Which entries match a search.
 #include <gmock/gmock.h>
 
 #include "support/finder_world.h"
@@ -86,7 +86,7 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) 
 }
 
 TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheBoxIsStarDotStar) {
-    // Only code that writes to the box in the middle of a search can bring this about.
+    // Only possible if code sets the box during a search.
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");
     loop.atYield(1, [this] { finder.zFileExt.setText("*.*"); });

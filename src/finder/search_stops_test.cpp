@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A search stopped, started anew, closed and meddled with between any two of its yields.
+// Stopping, restarting and closing a search, and changing its lists, at each of its yields.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -17,14 +17,14 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::SizeIs;
 
-/// What a yield stands before: the next entry of a folder, or its end.
+/// What follows a yield: the next entry of a folder, or its end.
 struct Step {
-    int folder; ///< the how manieth folder of the walk
+    int folder; ///< the number of the folder in the walk
     std::string file = {};
     bool isFolder = false;
 };
 
-/// A tree of five folders, and by hand the yields of a search through it.
+/// A tree of five folders, and the expected yields of a search in it.
 class SearchStopsTest : public testing::Test {
   protected:
     static std::unique_ptr<test::FinderWorld> makeWorld() {
@@ -154,7 +154,7 @@ TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
         });
         world->search("c:\\m", ".wav");
         EXPECT_THAT(inner, ElementsAreArray(filesUpToFolder(4)));
-        // What the outer one still finds in its folder comes behind, and nothing else.
+        // Only the remaining files of the outer search's folder follow.
         EXPECT_THAT(world->lines(finder.lstfiles), IsSupersetOf(inner));
         int rest = 0;
         const int folder = steps[static_cast<std::size_t>(n - 1)].folder;
@@ -191,7 +191,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         world->search("c:\\m", ".wav");
         EXPECT_FALSE(finder.loaded());
         EXPECT_EQ(world->loop.yieldCount(), n);
-        // Nothing of the search is left open.
+        // The search has ended completely.
         EXPECT_EQ(world->disk.closed.size(), world->disk.listed.size());
         finder.show();
         expectIdle(*world);
@@ -200,7 +200,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         EXPECT_EQ(finder.zFileExt.text(), ".wav");
         EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
         EXPECT_EQ(finder.Label1.caption(), "");
-        // Its counters begin anew as well.
+        // Its counters start at 0, too.
         world->search("c:\\m", ".wav");
         EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
     }
@@ -218,7 +218,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringTheSearchIsIndependentOfIt) {
             world->search("c:\\other", ".mp3");
         });
         world->search("c:\\m", ".wav");
-        // The search that began in the closed window has left the new one's result alone.
+        // The search of the closed window has not changed the new one's result.
         EXPECT_THAT(world->lines(finder.lstfiles), ElementsAre("c:\\other\\o.mp3"));
         EXPECT_THAT(world->lines(finder.List1), ElementsAre("c:\\other\\"));
         EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  1");
@@ -260,7 +260,7 @@ TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     world->loop.atYield(4, [&] {
         EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
         finder.mnuDelete.click();
-        // The wait of a deletion, in the middle of the scan.
+        // The wait of a deletion, during the scan.
         EXPECT_THAT(world->loop.yieldCount(), Gt(5));
     });
     world->search("c:\\m", ".wav");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The finder's window serves the user and the work tree's scan with the same boxes and lists: who
-// searches last decides what stands in them. Both orders, and each in the middle of the other.
+// The user's searches and the work tree's scan share the finder's boxes and lists: these hold the
+// result of the last search. Tests both orders, and each one during the other.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -48,11 +48,11 @@ TEST_F(SharedListsTest, TheWindowOpensWithTheResultOfTheScan) {
     };
     form.mnuSearch.click();
     EXPECT_TRUE(finder.visible());
-    EXPECT_EQ(finder.timesLoaded(), 2); // with the one that the world began with
+    EXPECT_EQ(finder.timesLoaded(), 2); // including the one at the start of the test
     EXPECT_EQ(finder.Dir1.path(), "c:\\Music");
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3"));
-    // And searches what the user wants.
+    // Starts the user's search.
     search("c:\\Other", ".wav");
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\other\\o.wav", "c:\\other\\sub\\q.wav"));
     expectTreeOfDestination();
@@ -86,7 +86,7 @@ TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldDoesNotAffectTheScan) {
         world.tree.showfiles();
         world.expectTreeOfDestination();
         EXPECT_TRUE(world.finder.visible());
-        EXPECT_EQ(world.finder.timesLoaded(), 2); // with the one that the world began with
+        EXPECT_EQ(world.finder.timesLoaded(), 2); // including the one at the start of the test
         world.expectIdle();
     }
 }
@@ -100,12 +100,13 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldEndsOnlyTheScan) {
         world.windows.frmsearch.show();
         world.loop.atYield(n, [&] { world.finder.cmdend.click(); });
         world.tree.showfiles();
-        // What the scan touches next is a window fresh and unshown, and empty.
+        // The scan's next step loads a new window, hidden and empty.
         EXPECT_FALSE(world.finder.visible());
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // The second search begins in the folder of a fresh window, unless it was the one closed.
+        // The second search begins in the folder of a new window, unless it is the one that was
+        // closed.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }
@@ -121,8 +122,8 @@ TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     expectIdle();
 }
 
-/// The scan presses the one button, which stops the search that it finds running. Its first list is
-/// then what that search had found; its second is a search of its own.
+/// The scan clicks the button, which stops the running search. So its first result is that of the
+/// stopped search; its second one is its own.
 TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
     windows.frmsearch.show();
     // After o.wav, before p.mp3.
@@ -132,7 +133,7 @@ TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
         EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
     });
     search("c:\\Other", ".wav");
-    // The type box is the scan's by now: p.mp3 is found, and sub is scanned no more.
+    // The type box now has the scan's type: p.mp3 is found, and sub is not scanned.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3", "c:\\other\\p.mp3"));
     expectIdle();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The ID3v1 tag, the last 128 bytes of an MP3 file: read out of bytes and made as bytes. Reading
-// and writing do not mirror each other; see both. Texts are in the code page of windows_1252.h.
+// The ID3v1 tag, the last 128 bytes of an MP3 file: parses and creates its bytes. Deliberately,
+// reading is not the inverse of writing; see both. Texts are in the code page of windows_1252.h.
 #pragma once
 
 #include <array>
@@ -17,14 +17,13 @@ inline constexpr std::size_t tagLength = 128;
 /// How many bytes at the end of a file are searched for a tag.
 inline constexpr std::size_t tagSearchLength = 256;
 
-/// Stores the tag's fields in `info`. The tag begins at the first "tag" of the file's last bytes,
-/// in upper or lower case, wherever it is: letters of the sound before it are taken for it.
-/// Without one the texts are empty and the genre is 255. Blanks at the end of a field are cut,
-/// other padding is not. A genre of code 32, and one behind the end, leaves that of the file
-/// before.
+/// Stores the tag's fields in `info`. The tag begins at the first "tag" in the file's last bytes,
+/// in upper or lower case, even if those letters belong to the sound. Without one the texts are
+/// empty and the genre is 255. Blanks at the end of a field are removed, other padding is not. A
+/// genre of code 32, or one beyond the end, keeps the value of the previous file.
 void readId3v1Tag(std::string_view lastBytes, Mp3Info& info);
 
-/// What a tag is made of, by the places in the file.
+/// The fields of a tag, in the order of the file.
 struct Id3v1Fields {
     std::string title = {};   ///< 30 bytes from offset 3
     std::string artist = {};  ///< 30 from 33
@@ -34,7 +33,7 @@ struct Id3v1Fields {
     std::uint8_t genre = 0;
 };
 
-/// The whole tag. A shorter text is filled with blanks, a longer one is cut.
+/// The complete tag. A shorter text is padded with blanks, a longer one is cut.
 [[nodiscard]] std::array<std::byte, tagLength> id3v1Tag(const Id3v1Fields& fields);
 
 } // namespace sonarith

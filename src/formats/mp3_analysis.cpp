@@ -16,12 +16,13 @@ namespace sonarith {
 
 namespace {
 
-/// A shorter file is not looked at: it has no room for what is read from its end.
+/// Shorter files are refused: the part that is read from the end needs as many bytes.
 constexpr std::int64_t leastLength = 256;
 
-// Positions in the file count from 1, so that 0 stands for "no frame".
+// Positions in the file count from 1; 0 means "no frame".
 constexpr std::size_t lastFramePosition = 5000;
-/// From the frame's position: where the mark lies behind a stereo header of MPEG 1, and no other.
+/// Relative to the frame: the position of the mark after a stereo header of MPEG 1, and after no
+/// other.
 constexpr std::size_t markDistance = 36;
 constexpr std::size_t frameCountDistance = 44;
 constexpr std::size_t headLength = lastFramePosition + frameCountDistance + 3;
@@ -41,7 +42,7 @@ class Head {
         return head;
     }
 
-    /// 0 before the file's start and behind its end.
+    /// 0 before the start and after the end of the file.
     [[nodiscard]] std::uint8_t at(std::size_t position) const {
         return position >= 1 && position <= bytes_.size()
                    ? std::to_integer<std::uint8_t>(bytes_[position - 1])
@@ -63,7 +64,7 @@ class Head {
     std::vector<std::byte> bytes_;
 };
 
-/// Frames of MPEG 1 Layer III alone, with a CRC and without; 0 if none begins early enough.
+/// Only frames of MPEG 1 Layer III, with and without a CRC; 0 if none begins early enough.
 std::size_t framePositionIn(const Head& head) {
     for (std::size_t i = 1; i <= lastFramePosition; ++i) {
         if (head.at(i) == 0xFF && (head.at(i + 1) == 0xFA || head.at(i + 1) == 0xFB)) {

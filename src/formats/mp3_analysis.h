@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The analysis of one MP3 file: its first frame header, the frame count of a variable bit rate, and
-// the tag at its end. It looks at the first 5,047 bytes and the last 256, and checks nothing but
-// the two sync bytes: of a file that is no MP3 it may store what is nonsense.
+// the tag at its end. It reads the first 5,047 bytes and the last 256, and checks only the two sync
+// bytes: for a file that is no MP3 it may store meaningless values.
 #pragma once
 
 #include <string>
@@ -15,19 +15,18 @@ namespace sonarith {
 enum class TagReading { no, yes };
 enum class HeaderReading { no, yes };
 
-/// Analyses the file into `info`; what comes back on success is an empty record. Without
-/// HeaderReading::yes no field of the header changes. A failure may come with IsVbr, Frames and the
-/// tag stored already. Does not yield.
-/// Errors: those of ReadMp3Bits(), of FileSystem::fileLength() and of decodeMp3Header().
+/// Analyses the file and stores the results in `info`; deliberately, the returned record is empty.
+/// Without HeaderReading::yes no field of the header changes. On a failure IsVbr, Frames and the
+/// tag may already have been stored. Does not yield. Errors: those of ReadMp3Bits(), of
+/// FileSystem::fileLength() and of decodeMp3Header().
 Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReading readTag,
                            HeaderReading readHeader, Mp3Info& info);
 
-/// Finds the first frame, and stores IsVbr, Frames and the tag's fields. The digits of the four
-/// header bytes by BytesToBits(); of a file without a frame those of a zero and the file's first
-/// three bytes.
-/// Errors: those of FileSystem::openBinary() and of reading the file's head; invalidProcedureCall
-/// for a file below 256 bytes, with nothing stored; overflow for a frame count above 32767, with
-/// IsVbr stored.
+/// Finds the first frame, and stores IsVbr, Frames and the tag's fields. Returns the digits of the
+/// four header bytes by BytesToBits(); for a file without a frame, those of a zero byte and the
+/// file's first three bytes. Errors: those of FileSystem::openBinary() and of reading the file's
+/// head; invalidProcedureCall for a file below 256 bytes (nothing is stored); overflow for a frame
+/// count above 32767 (IsVbr is stored).
 Result<std::string> ReadMp3Bits(FileSystem& files, const std::string& path, TagReading readTag,
                                 HeaderReading readHeader, Mp3Info& info);
 

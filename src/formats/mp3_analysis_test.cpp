@@ -104,7 +104,7 @@ TEST_F(Mp3AnalysisTest, SearchesPastTheEndOfAShortFile) {
 }
 
 TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
-    // What all 65536 values of both mean is held against a table beside decodeMp3Header().
+    // A test of decodeMp3Header() compares all 65536 values of both with a table.
     const auto expectDigits = [&](std::uint32_t header) {
         std::string expected;
         for (int bit = 31; bit >= 0; --bit) {
@@ -127,7 +127,7 @@ TEST_F(Mp3AnalysisTest, UsesTheFirstThreeBytesOfAFileWithoutAFrame) {
 
 TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
     // 24 digits: 11 others, version "11", layer "10", protection "1", rate "1001", sampling "00",
-    // padding "1", private "0". Mode, flags and emphasis lie behind the end.
+    // padding "1", private "0". Mode, flags and emphasis are missing.
     Mp3Bytes bytes(4000);
     bytes.at(1, "\x80\x1d\x92");
     EXPECT_TRUE(analyse(bytes).ok());
@@ -186,7 +186,7 @@ TEST_F(Mp3AnalysisTest, AcceptsTheMarkInOneSpellingAtOneOffset) {
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // A mono frame has it 15 bytes earlier, and passes for one of constant rate.
+    // A mono frame has it 15 bytes earlier, and counts as one of constant rate.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());

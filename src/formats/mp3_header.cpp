@@ -22,14 +22,14 @@ constexpr std::array<const char*, 4> modes = {"stereo", "joint stereo", "dual ch
                                               "single channel"};
 constexpr std::array<const char*, 4> emphases = {"no", "50/15", "reserved", "CCITT J 17"};
 constexpr std::array<const char*, 2> flags = {"no", "yes"};
-/// The protection bit is 0 for a header that a CRC follows.
+/// The protection bit is 0 if a CRC follows the header.
 constexpr std::array<const char*, 2> crcFlags = {"yes", "no"};
 
 struct SamplingRates {
     std::int16_t version;
     std::array<std::int32_t, 3> ratesHz;
 };
-/// No version has the number 27, so that nothing but version 1 has rates. That is meant.
+/// Deliberate: no version has the number 27, so that only version 1 has rates.
 constexpr std::array<SamplingRates, 2> samplingRates = {{
     {1, {44100, 48000, 32000}},
     {27, {22050, 24000, 16000}},
@@ -39,7 +39,7 @@ struct BitRates {
     int key; ///< version and layer, written side by side
     std::array<int, 15> kilobits;
 };
-/// No version and layer make 255; the row is meant to stand.
+/// Deliberate: no version and layer result in 255.
 constexpr std::array<BitRates, 4> bitRates = {{
     {11, {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448}},
     {12, {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384}},
@@ -59,7 +59,7 @@ Error byZero() {
     return {ErrorNumber::divisionByZero, "Division by zero"};
 }
 
-/// The value of `count` digits from place `first`, 1 being the first; at most 4 digits.
+/// The value of `count` digits (at most 4) from position `first`, which counts from 1.
 std::size_t group(std::string_view digits, std::size_t first, std::size_t count) {
     const std::string_view part =
         first > digits.size() ? std::string_view() : digits.substr(first - 1, count);

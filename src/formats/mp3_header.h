@@ -11,9 +11,9 @@
 namespace sonarith {
 
 /// Stores the header's fields in `info`, all or none. `digits` are those of the four header bytes
-/// by BytesToBits(): of a text with fewer than 32 the fields come from the wrong places, and those
-/// behind its end are 0. `fileLength` is that of the whole file in bytes, tags included; bit rates
-/// and durations follow from it, and from IsVbr and Frames of `info`.
+/// by BytesToBits(): if there are fewer than 32, the fields are read at wrong positions, and
+/// missing digits count as 0. `fileLength` is the length of the whole file in bytes, including
+/// tags; bit rates and durations are computed from it, and from IsVbr and Frames of `info`.
 ///
 /// MPEG 2, 2.5 and reserved versions, and a reserved layer of a constant bit rate, end it silently.
 /// Errors: subscriptOutOfRange (a reserved sampling rate or bit rate), divisionByZero (a bit rate

@@ -21,7 +21,7 @@ std::string digitsOf(std::uint32_t header) {
     return digits;
 }
 
-/// Values that no header stores, to tell what was stored.
+/// Values that no header stores, to detect which fields were stored.
 Mp3Info untouched() {
     Mp3Info info;
     info.Bitrate = -1;
@@ -103,7 +103,7 @@ TEST(Mp3Header, ReadsEachFlagFromItsOwnBit) {
 
 // --- every header that the search finds ------------------------------------------------------
 
-// Written out here from the standard, in another form than the program's own.
+// From the standard, in another form than in the program.
 constexpr int standardKilobits[16] = {-1,  32,  40,  48,  56,  64,  80,  96,
                                       112, 128, 160, 192, 224, 256, 320, -1};
 constexpr int standardHertz[4] = {44100, 48000, 32000, -1};
@@ -256,7 +256,7 @@ TEST(Mp3Header, FailsForNoFramesAndForAnAverageThatDoesNotFit) {
 // --- short texts -----------------------------------------------------------------------------
 
 TEST(Mp3Header, TreatsMissingDigitsOfAShortTextAsZeros) {
-    // Digits 12 to 15 say version 1, layer 3; 17 to 20 say 128 kbit/s; the text ends there.
+    // Digits 12 to 15 mean version 1, layer 3; 17 to 20 mean 128 kbit/s; the text ends there.
     Mp3Info info = untouched();
     ASSERT_TRUE(decodeMp3Header("11111111111110111001", fourMillion, info).ok());
     EXPECT_EQ(info.Bitrate, 128);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the analysis of MP3 files leaves behind it: the fields of the last headers and of the last
-// tag. A program has one record. It is not cleared between files: what an analysis does not come to
-// store is the value of a file before.
+// The results of the analysis of MP3 files: the fields of the last header and of the last tag.
+// There is one record per program. It is not cleared between files: fields that an analysis does
+// not store keep the values of an earlier file.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace sonarith {
 
 struct Mp3Info {
-    // Of the header; stored together, at the end of an analysis that succeeds.
+    // Fields of the header; stored together at the end of a successful analysis.
     std::int16_t Bitrate = 0;   ///< kilobits per second
     std::int32_t Frequency = 0; ///< Hz
     std::string Mode;
@@ -24,18 +24,18 @@ struct Mp3Info {
     std::string Original;
     std::string Private;
 
-    // Of the tag. Texts are UTF-8, and keep the NULs that stand in the file.
+    // Fields of the tag. Texts are UTF-8, including the NULs of the file.
     bool HasTag = false;
     std::string TagMark; ///< neither written nor read
     std::string Title;
     std::string Artist;
     std::string Album;
     std::string Year;
-    std::string Comment;    ///< 29 characters of it
+    std::string Comment;    ///< the first 29 characters
     std::int16_t Genre = 0; ///< 0 to 255; 255 also for a file without a tag
     std::string Track;      ///< the comment's last character; nothing uses it
 
-    // Of the header of variable bit rates; stored as soon as they are read.
+    // Fields of the variable bit rate's header; stored as soon as they are read.
     bool IsVbr = false;
     std::int16_t Frames = 0;
 };

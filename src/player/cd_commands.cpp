@@ -36,10 +36,10 @@ void CdCommands::saveRunningCapture() {
 }
 
 void CdCommands::followFailure(int status) {
-    // Read and dropped: there is no message.
+    // Read and discarded: no message is shown.
     static_cast<void>(platform_.media.errorString(status));
     closeAll(CommandCheck::unchecked);
-    // This one is checked too, but its failure would lead here again, and so on for ever.
+    // Deliberate: not checked, since handling its failure would call this again, endlessly.
     platform_.media.sendString(closeAllCommand);
     windows_.Form4.unload();
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the player sends device commands: with or without a check of their outcome, and questions
-// with one reply buffer. Which commands are sent when is the business of the transport and the
-// poll.
+// Sends device commands for the player: with or without a check of their result, and queries with
+// one reply buffer. Transport and poll decide which commands are sent.
 #pragma once
 
 #include <cstddef>
@@ -16,30 +15,30 @@
 namespace sonarith {
 
 enum class CommandCheck {
-    unchecked, ///< the status goes to fileIndex, and nothing tests it there
+    unchecked, ///< the status is stored in fileIndex, where nothing tests it
     checked,   ///< a failure closes all devices and unloads the panel, without a message
 };
 
 class CdCommands {
   public:
-    /// All outlive this.
+    /// All must outlive this.
     CdCommands(const Platform& platform, ProcessState& process, Windows& windows)
         : platform_(platform), process_(process), windows_(windows) {}
     CdCommands(const CdCommands&) = delete;
     CdCommands& operator=(const CdCommands&) = delete;
 
-    /// Sends one command; whether it succeeded. Yields if a checked one fails.
+    /// Sends one command and returns whether it succeeded. Yields if a checked one fails.
     bool SendMCI(std::string_view command, CommandCheck check);
 
-    /// Sends a question and returns the reply up to its first NUL: 29 characters at most, none for
-    /// a question that failed. Not checked, and fileIndex stays.
+    /// Sends a query and returns the reply up to its first NUL: at most 29 characters, none if the
+    /// query failed. The result is not checked, and fileIndex does not change.
     [[nodiscard]] std::string ask(std::string_view question);
 
-    /// Closes every device of the process, a recorder among them; a capture that runs is stopped
-    /// and saved first. Yields in that case.
+    /// Closes every device of the process, including a recorder; a running capture is stopped and
+    /// saved first. Yields in that case.
     bool closeAll(CommandCheck check);
 
-    /// What "Stop Everything" does, if a capture runs: its recording would be lost, or go on
+    /// Stops everything if a capture is running: otherwise its recording would be lost, or continue
     /// without its disc. Yields in that case.
     void saveRunningCapture();
 
@@ -51,7 +50,7 @@ class CdCommands {
     const Platform& platform_;
     ProcessState& process_;
     Windows& windows_;
-    /// One buffer for all replies, never filled with blanks again.
+    /// One buffer for all replies; it is not cleared between them.
     ReplyBuffer MciBuffer{replySize};
 };
 

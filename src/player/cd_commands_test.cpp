@@ -42,10 +42,10 @@ TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithou
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
     const std::vector<std::string> start(media.log.begin(), media.log.begin() + 3);
     EXPECT_THAT(start, ElementsAre("play cd", "close all", "close all"));
-    // Once more at the end of the unload.
+    // Sent again at the end of the unload.
     EXPECT_EQ(media.log.back(), "close all");
     EXPECT_EQ(std::count(media.log.begin(), media.log.end(), "close all"), 3);
-    // Its text is fetched and dropped.
+    // Its text is read and discarded.
     EXPECT_THAT(media.errorsAsked, ElementsAre(275));
     EXPECT_FALSE(form.loaded());
     EXPECT_FALSE(process.PlayerOpen);
@@ -66,7 +66,7 @@ TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");
     EXPECT_THAT(media.replySizes, ElementsAre(30U));
-    // A shorter reply is not mixed with what the longer one left in the buffer.
+    // A shorter reply does not contain the rest of a longer one.
     media.answer("status cd mode", {.reply = "off"});
     EXPECT_EQ(commands.ask("status cd mode"), "off");
     media.answer("status cd mode", {.status = 263, .reply = "x"});
@@ -80,7 +80,7 @@ TEST_F(CdCommandsTest, AReplyLongerThanTheBufferIsCut) {
     EXPECT_EQ(commands.ask("status cd mode"), "01234567890123456789012345678");
 }
 
-/// A capture that runs, whose "Stop Everything" is written down.
+/// A running capture; logs the call of "Stop Everything".
 struct CaptureDuringPlayerTest : CdCommandsTest {
     CaptureDuringPlayerTest() {
         main.load();
@@ -140,7 +140,7 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
 }
 
 TEST_F(CaptureDuringPlayerTest, IsNotStoppedByASwitchOffForAnAction) {
-    // A second "Start " during a capture takes its disc, as any action does.
+    // A second "Start " during a capture closes its disc, as every action does.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

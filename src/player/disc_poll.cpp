@@ -9,7 +9,7 @@
 namespace sonarith {
 
 namespace {
-/// In points: the position is read from some way off.
+/// In points: large enough to read the position from a distance.
 constexpr int positionFontSize = 18;
 } // namespace
 
@@ -48,7 +48,7 @@ void DiscPoll::discRemoved() {
     disc_.CDLoaded = false;
     disc_.Playing = false;
     form_.tracktime.setCaption("");
-    // The position stays on the display.
+    // The display keeps the position.
     form_.CD.setText("No CD");
 }
 
@@ -56,8 +56,8 @@ DiscPoll::Found DiscPoll::readDisc() {
     readTrackCount(commands_.ask("status cd number of tracks wait"), disc_);
     form_.CD.setText("Cd Ready");
     if (disc_.NumTracks == 1) {
-        // Taken for a data disc, whatever the track holds. CDLoaded stays false, so that it is
-        // asked for again at each look.
+        // Treated as a data disc, whatever the track contains. CDLoaded stays false, so that the
+        // disc is read again at each poll.
         form_.CD.setText("Not audio");
         return Found::otherDisc;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's look at the drive, once a second and after each button: reads a disc that was put
-// in, notices one that was taken out, and shows track and time. It plays nothing.
+// The player's poll of the drive, once a second and after each button: reads an inserted disc,
+// notices a removed one, and shows track and time. It plays nothing.
 #pragma once
 
 #include "forms/form4.h"
@@ -11,13 +11,13 @@ namespace sonarith {
 
 class DiscPoll {
   public:
-    /// Becomes the handler of Timer6 and Timer1. All outlive this.
+    /// Sets the handlers of Timer6 and Timer1. All must outlive this.
     DiscPoll(Form4& form, CdCommands& commands, DiscState& disc);
     DiscPoll(const DiscPoll&) = delete;
     DiscPoll& operator=(const DiscPoll&) = delete;
 
-    /// One look. Every failure of a step is ignored: the step leaves its target as it was. Yields
-    /// if a disc that was just found cannot be moved to its first track.
+    /// Polls once. Failures of its steps are ignored: the targets keep their values. Yields if a
+    /// newly found disc cannot be moved to its first track.
     void UpdatePlayer();
 
   private:

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Switched on with three tracks of a minute in the drive; no look was taken yet.
+/// Switched on, with three tracks of a minute in the drive; not polled yet.
 struct DiscPollTest : test::PlayerWorld {
     const std::vector<std::string> look = {"status cd media present", "status cd position",
                                            "status cd mode"};
@@ -24,7 +24,7 @@ struct DiscPollTest : test::PlayerWorld {
     std::vector<std::string> poll() {
         return commandsOf([&] { player.poll.UpdatePlayer(); });
     }
-    /// All words that the mode display shows during `step`, in order.
+    /// All texts that the mode display shows during `step`, in order.
     template <typename Step>
     std::vector<std::string> wordsDuring(Step step) {
         std::vector<std::string> words;
@@ -66,7 +66,7 @@ TEST_F(DiscPollTest, ANewDiscIsReadAndMovedToItsFirstTrack) {
     EXPECT_EQ(state.NumTracks, 3);
     EXPECT_THAT(state.TrackLengths, ElementsAre("01:00:00", "01:00:00", "01:00:00"));
     EXPECT_FALSE(state.Playing);
-    // From then on only position and mode are asked for.
+    // From then on only position and mode are queried.
     EXPECT_EQ(poll(), look);
     EXPECT_TRUE(form.loaded());
 }
@@ -87,7 +87,7 @@ TEST_F(DiscPollTest, WithoutADiscTheDisplayDoesNotChange) {
     EXPECT_EQ(form.CD.text(), "OFF");
     EXPECT_EQ(form.timeWindow.text(), "");
     EXPECT_THAT(enabledButtons(), ElementsAre("eject"));
-    // One that is put in later is found.
+    // A disc that is inserted later is found.
     disc.insert({5000, 6000});
     loop.advance(1s);
     EXPECT_EQ(form.CD.text(), "Cd Ready");
@@ -114,7 +114,7 @@ TEST_F(DiscPollTest, ADiscOfOneTrackIsNoAudioDiscAndIsReadAgainEachSecond) {
 }
 
 TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudio) {
-    // What was no audio disc was never loaded, so its removal changes nothing.
+    // A disc without audio was never loaded, so its removal changes nothing.
     disc.insert({60000});
     poll();
     disc.remove();
@@ -216,7 +216,7 @@ TEST_F(DiscPollTest, NeverWritesPlaying) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:05");
 }
 
-// --- the disc goes -------------------------------------------------------------------------
+// --- the disc is removed -------------------------------------------------------------------------
 
 TEST_F(DiscPollTest, ADiscRemovedWhileStoppedShowsNoCdWithinASecondAndKeepsThePosition) {
     loop.advance(1s);
@@ -318,7 +318,7 @@ TEST_F(DiscPollTest, ADiscThatCannotBeMovedToItsStartClosesThePanelSilently) {
     EXPECT_FALSE(process.PlayerOpen);
     EXPECT_TRUE(off());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // Loaded again it starts as any panel, and reads the disc as a new one.
+    // After another load the panel starts as usual and reads the disc as a new one.
     media.forgetAnswers();
     form.load();
     EXPECT_EQ(form.CD.text(), "OFF");

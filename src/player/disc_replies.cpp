@@ -18,7 +18,7 @@ void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& tar
     }
 }
 
-/// Two digits at least.
+/// At least two digits.
 std::string atLeastTwoDigits(std::int16_t number) {
     const std::string digits = std::to_string(std::abs(number));
     return (number < 0 ? "-" : "") + std::string(digits.size() < 2 ? "0" : "") + digits;

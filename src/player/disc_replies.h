@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the disc device's replies and words what the panel's display shows. Pure functions; when
-// the device is asked is decided in disc_poll.h.
+// Parses the disc device's replies and formats the texts of the panel's display. Pure functions;
+// disc_poll.h queries the device.
 #pragma once
 
 #include <cstdint>
@@ -11,18 +11,18 @@
 
 namespace sonarith {
 
-/// A reply read as a Boolean: "true" in any case, or a number other than 0. An empty or senseless
+/// Parses a reply as a Boolean: "true" in any case, or a number other than 0. An empty or invalid
 /// reply is false.
 [[nodiscard]] bool isTrueText(const std::string& reply);
 
-/// The count of tracks is the first two characters; `disc` keeps its own if they are no number.
+/// The number of tracks is in the first two characters; `disc` keeps its number if they are none.
 void readTrackCount(std::string_view reply, DiscState& disc);
 
-/// Reads a position "tt:mm:ss:ff" by the places of its characters. A part that is no number leaves
-/// what `disc` had.
+/// Parses a position "tt:mm:ss:ff" by the offsets of its characters. A part that is no number keeps
+/// the value in `disc`.
 void readPosition(std::string_view reply, DiscState& disc);
 
-/// "[03] 01:05". Longer numbers take the room that they need.
+/// "[03] 01:05". Longer numbers are not cut.
 [[nodiscard]] std::string positionText(const DiscState& disc);
 
 } // namespace sonarith

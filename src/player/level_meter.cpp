@@ -63,8 +63,8 @@ void LevelMeter::readLevel(const MixerControl& control) {
     MeterDetails.dwControlID = control.dwControlID;
     MeterDetails.cMultipleItems = control.cMultipleItems;
     state_.mixerResult = platform_.mixer.getControlDetails(state_.hMixer, MeterDetails);
-    // Also after a failure: the meter goes on with what it read last, and never with what a slider
-    // has left in Volume.
+    // Also after a failure: the meter continues with its last reading, and not with a slider's
+    // value in Volume.
     state_.Volume = reading_;
 }
 
@@ -80,7 +80,7 @@ void LevelMeter::draw(const Variant& variant) {
         form_.picPeakVol.line({static_cast<double>(TraceX - variant.step), PrevTraceY},
                               {static_cast<double>(TraceX), TraceY});
     }
-    // The variant apart starts each of its lines at the height at which another one left off.
+    // Except in one variant, each line starts at the height at which the previous one ended.
     if (variant.drawing != Drawing::apart) {
         PrevTraceY = TraceY;
     }

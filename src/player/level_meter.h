@@ -15,28 +15,28 @@ namespace sonarith {
 
 class LevelMeter {
   public:
-    /// Becomes the handler of Timer2, Timer3 and Timer4. All outlive this.
+    /// Sets the handlers of Timer2, Timer3 and Timer4. All must outlive this.
     LevelMeter(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state,
                MeterCapture& capture);
     LevelMeter(const LevelMeter&) = delete;
     LevelMeter& operator=(const LevelMeter&) = delete;
 
-    /// Looks up the peak controls, with the mixer open, and makes ready for reading them.
+    /// Finds the peak controls and prepares reading them. The mixer must be open.
     void prepare();
-    /// Takes the trace off. The next line goes on from the last one's place.
+    /// Clears the trace. The next line continues at the position of the last one.
     void clearTrace();
-    /// The bar out of sight.
+    /// Hides the bar.
     void sinkBar();
 
-    /// One reading and one step of the drawing. Allocates nothing.
+    /// Reads the level once and draws one step. Allocates nothing.
     void Timer3_Timer();
-    /// Two variants of that, whose timers nothing starts.
+    /// Two variants of that, whose timers are never started.
     void Timer2_Timer();
     void Timer4_Timer();
 
   private:
     enum class Drawing { none, joined, apart };
-    /// In what the three differ.
+    /// The differences of the three.
     struct Variant {
         const MixerControl& control;
         double silenceAt; ///< the trace's height at silence, in twips
@@ -54,7 +54,7 @@ class LevelMeter {
     MeterCapture& capture_;
 
     MixerControlDetails MeterDetails;
-    /// What MeterDetails reads into. A read that fails leaves it as it was.
+    /// The target of MeterDetails. A failed read does not change it.
     std::int32_t reading_ = 0;
     std::int32_t TraceX = 0;
     double TraceY = 0;

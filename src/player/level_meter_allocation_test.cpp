@@ -90,7 +90,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
     LevelMeter meter(platform, form, access, state, capture);
     meter.prepare();
     capture.StartMeter();
-    // Views follow the bar and the trace.
+    // Views are connected to the bar and the trace.
     int steps = 0;
     const Connection moved = form.Label4.changed.connect([&](Property) { ++steps; });
     const Connection drawn =
@@ -106,7 +106,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
                   }
               }),
               0);
-    // It has drawn, and started over.
+    // It has drawn, and restarted at the edge.
     EXPECT_GT(steps, 1500);
     EXPECT_LT(form.picPeakVol.lines().size(), 123U);
 }

@@ -51,7 +51,7 @@ TEST_F(LevelMeterTest, AStepReadsTheInputsPeak) {
 }
 
 TEST_F(LevelMeterTest, EachReadUsesTheControlsIdentifierAndItemCountAndOneBlock) {
-    // The card's meter has one item for all channels, another one's may have one for each.
+    // The card's meter has one item for all channels; other cards may have one for each.
     MixerState& state = player.mixerState;
     state.InputMeterCtrl.cMultipleItems = 2;
     state.WaveMeterCtrl.cMultipleItems = 3;
@@ -127,7 +127,7 @@ TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeAtItsCurrentHeight) {
     EXPECT_EQ(lastLine().to.x, 2420);
     EXPECT_EQ(trace.lines().size(), 122U);
     tick(8192);
-    // That one ended at 2440, left of the edge at 2445; the next would not.
+    // That line ended at 2440, left of the edge at 2445; the next one would not.
     EXPECT_EQ(cleared, 1);
     EXPECT_THAT(trace.lines(), IsEmpty());
     tick(0);
@@ -229,7 +229,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_THAT(operationsOf([&] { form.Timer2.fire(); }), ElementsAre("mixer get 4104 10020001"));
     EXPECT_THAT(trace.lines(), IsEmpty());
     EXPECT_EQ(form.Label4.top(), Twips(915 - 819));
-    // It has not moved on, and left its height behind.
+    // It has neither moved on nor kept its height.
     tick(0);
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }

@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// 8000 samples a second of 8 bits, one channel: the least that there is, since the samples are not
+/// 8000 samples a second of 8 bits, one channel: the smallest format, since the samples are not
 /// used.
 constexpr WaveFormat MeterFormat = {.wFormatTag = 1,
                                     .nChannels = 1,
@@ -52,7 +52,7 @@ bool MeterCapture::StartMeter() {
         report(result);
         return false;
     }
-    // A stop while a message is up has closed the device: nothing of it is touched any more.
+    // A stop during a message has closed the device: it must not be used any more.
     const int stopsBefore = stops_;
     for (MeterBuffer& buffer : MeterBuffers) {
         report(input.prepareHeader(hWaveIn, buffer.header));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the sound card's input running while the level meter is to show it. What is recorded is
-// thrown away: the level comes from the mixer, not from these samples.
+// Keeps the sound card's input running while the level meter shows it. The samples are discarded:
+// the level is read from the mixer.
 #pragma once
 
 #include <array>
@@ -14,17 +14,17 @@ namespace sonarith {
 
 class MeterCapture {
   public:
-    /// Becomes the handler of Check3. Both outlive this.
+    /// Sets the handlers of Check3. Both must outlive this.
     MeterCapture(const Platform& platform, Form4& form);
-    ~MeterCapture(); ///< stops an input that still runs: it would write to the buffers
+    ~MeterCapture(); ///< stops a running input, which would write to the buffers
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
-    /// Opens device 0 and starts it; nothing if it runs already. Each failure but that of the start
-    /// itself appears as a message in the platform's words, which yields. False only if the device
-    /// could not be opened.
+    /// Opens device 0 and starts it; does nothing if it is running. Each failure except that of the
+    /// start itself is shown in a message with the platform's text, which yields. False only if the
+    /// device could not be opened.
     bool StartMeter();
-    /// Ends the input, failures ignored. May be called at any time.
+    /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();
     /// Queues the filled buffers for the input again, unread. Allocates nothing.
     void requeueDoneBuffers();
@@ -45,8 +45,8 @@ class MeterCapture {
     WaveInHandle hWaveIn = 0;
     bool MeterRunning = false;
     int stops_ = 0; ///< calls of StopMeter() so far
-    /// They last as long as this, not just until the input is stopped: one that failed to release a
-    /// buffer may still be writing to it.
+    /// They exist as long as this object, not only until the input is stopped: an input that failed
+    /// to release a buffer may still write to it.
     std::array<MeterBuffer, 2> MeterBuffers;
 };
 

@@ -108,7 +108,7 @@ TEST_F(MeterCaptureTest, FailuresOfAStopAreIgnored) {
     capture.StopMeter();
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_FALSE(capture.running());
-    // The input goes on writing where it may.
+    // The input continues to write to its buffers.
     ASSERT_EQ(waveInput.queue.size(), 2U);
     std::fill_n(waveInput.queue[0]->lpData, waveInput.queue[0]->dwBufferLength, std::byte{1});
     waveInput.failures.clear();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The few operations on mixer controls that the panel is built of: look up, read, write, unmute.
-// Which control belongs to which slider is not known here.
+// The operations on mixer controls that the panel needs: find, read, write, unmute. mixer_panel.h
+// assigns controls to sliders.
 #pragma once
 
 #include <cstdint>
@@ -12,19 +12,19 @@ namespace sonarith {
 
 class MixerAccess {
   public:
-    /// Both outlive this.
+    /// Both must outlive this.
     MixerAccess(Mixer& mixer, ProcessState& process) : mixer_(mixer), process_(process) {}
 
-    /// Looks up the control of `controlType` of the line of `componentType` (mixer_control,
-    /// mixer_line). Whether it was found; if not, `record` keeps the control that it had.
+    /// Finds the control `controlType` of the line `componentType` (mixer_control, mixer_line).
+    /// Returns whether it was found; if not, `record` keeps its previous control.
     bool GetMixerControl(MixerHandle mixer, std::uint32_t componentType, std::uint32_t controlType,
                          MixerControl& record);
     /// The control's value; -1 if it cannot be read. Sets mixerLastError.
     [[nodiscard]] std::int32_t GetControlValue(MixerHandle mixer, const MixerControl& record);
-    /// Whether the control has taken `value`. Sets mixerLastError.
+    /// Writes `value` and returns whether the control has accepted it. Sets mixerLastError.
     bool SetControlValue(MixerHandle mixer, const MixerControl& record, std::int32_t value);
-    /// Unmutes, whatever `state` is, which is meant so: muting is SetControlValue() with 1. Whether
-    /// the control has taken it.
+    /// Deliberate: unmutes whatever `state` is; muting is SetControlValue() with 1. Returns whether
+    /// the control has accepted it.
     bool SetMuteControl(MixerHandle mixer, const MixerControl& record, bool state);
 
   private:

@@ -7,10 +7,10 @@ namespace sonarith {
 
 namespace {
 
-/// The highest value of a level, and a slider's lowest place.
+/// The highest value of a level, at a slider's lowest position.
 constexpr std::int32_t highest = 65535;
 
-/// A level as the number beside its slider shows it, 0 to 10.
+/// The number, 0 to 10, that is shown beside the slider for a level.
 std::string numberOfLevel(std::int32_t value) {
     constexpr std::int32_t step = 6553;
     return std::to_string(value / step);
@@ -130,13 +130,14 @@ void MixerPanel::readLevel(const Level& level) {
 
 void MixerPanel::sliderMoved(const Level& level) {
     state_.Volume = highest - level.slider.value();
-    // The number changes whether the card takes the value or not.
+    // Deliberate: the number changes even if the card refuses the value.
     level.number.setText(numberOfLevel(state_.Volume));
     access_.SetControlValue(state_.hMixer, level.record, state_.Volume);
 }
 
 void MixerPanel::trebleMoved() {
-    // Alone among the sliders it is looked up at each move, and does nothing without its control.
+    // Deliberate: the only slider whose control is found again at each move, and which does nothing
+    // without it.
     find(treble_.line, treble_.controlType, treble_.record);
     if (state_.mixerFound) {
         sliderMoved(treble_);
@@ -148,7 +149,7 @@ void MixerPanel::driveToHighest(const MixerControl& record) {
     access_.SetControlValue(state_.hMixer, record, state_.Volume);
 }
 
-// The switches write whether the look-up succeeded or not: its result is kept and not acted on.
+// Deliberate: the switches write even if the control was not found; that result is only stored.
 
 void MixerPanel::mute(std::uint32_t line, MixerControl& record) {
     find(line, mixer_control::mute, record);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The panel's mixer: the sliders with their numbers, the mute switches, and the button that reads
-// the card's levels into them. Sound is not touched here, and the level meter is elsewhere.
+// the card's levels into them. It handles no sound; level_meter.h is the meter.
 #pragma once
 
 #include <cstdint>
@@ -14,22 +14,23 @@ namespace sonarith {
 
 class MixerPanel {
   public:
-    /// Becomes the handler of sliders, mute switches and Command2 to Command5. All outlive this.
+    /// Sets the handlers of sliders, mute switches and Command2 to Command5. All must outlive this.
     MixerPanel(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state);
     MixerPanel(const MixerPanel&) = delete;
     MixerPanel& operator=(const MixerPanel&) = delete;
 
-    /// Opens the mixer once more; whether there is one.
+    /// Opens the mixer again; returns whether there is one.
     bool open();
 
-    /// "MIXER": opens the mixer and reads its levels into sliders and numbers. A level that the
-    /// card does not have leaves both as they are. Without a mixer a message appears, which yields.
+    /// "MIXER": opens the mixer and reads its levels into sliders and numbers. Both keep their
+    /// values for a level that the card does not have. Without a mixer a message appears, which
+    /// yields.
     void Command2_Click();
-    /// Master volume to the highest. The slider keeps its place.
+    /// Sets the master volume to the maximum. The slider keeps its position.
     void Command3_Click();
-    /// The same of the disc's line.
+    /// The same for the disc's line.
     void Command4_Click();
-    /// The same of a control that does not exist: it has no effect, and is meant so.
+    /// Deliberate: the same for a control that does not exist, without any effect.
     void Command5_Click();
 
     /// Unmutes the disc's line, as Option14 does. Nothing calls it.

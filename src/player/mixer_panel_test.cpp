@@ -16,7 +16,7 @@ struct MixerPanelTest : test::PlayerWorld {
     MixerPanelTest() { operations.clear(); }
     void removeTone(std::uint32_t control) {
         mixer.removeControl(mixer_line::speakers, control);
-        // Loaded anew, so that the control was never found; its record has no identifier.
+        // A new panel whose control was never found; its record has no identifier.
         player.mixerState = {};
         form.unload();
         form.load();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the panel's mixer sliders, mutes and level meter share: the mixer's handle, the controls
-// that were looked up, and one scratch value. Nothing resets it: it lasts when the panel is closed.
+// The state shared by the panel's mixer sliders, mutes and level meter: the mixer's handle, the
+// found controls, and one scratch value. It is never reset, even when the panel is closed.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace sonarith {
 struct MixerState {
     /// The handle of the last open that succeeded; earlier ones stay open.
     MixerHandle hMixer = 0;
-    /// How the last call and the last look-up ended.
+    /// The results of the last call and of the last search of a control.
     MixerResult mixerResult = MixerResult::noError;
     bool mixerFound = false;
     /// Scratch value of sliders and meter. Each writes it before reading it, with no yield between.
@@ -22,7 +22,7 @@ struct MixerState {
     MixerControl MuteCtrlA; ///< scratch of the mute switches
     MixerControl MuteCtrlB; ///< another
     MixerControl VolCtrl;   ///< master volume
-    MixerControl SpareCtrl; ///< never looked up
+    MixerControl SpareCtrl; ///< never searched
     MixerControl CDVolCtrl;
     MixerControl TrebleCtrl;
     MixerControl BassCtrl;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player: one of each of its jobs, wired to the panel. No behaviour lives here.
+// The CD player: one object of each of its classes, wired to the panel. It has no behaviour of its
+// own.
 #pragma once
 
 #include "forms/windows.h"
@@ -20,7 +21,7 @@
 namespace sonarith {
 
 struct Player {
-    /// All outlive this.
+    /// All must outlive this.
     Player(const Platform& platform, ProcessState& process, Windows& windows)
         : access(platform.mixer, process),
           mixer(platform, windows.Form4, access, mixerState),

@@ -32,8 +32,8 @@ PlayerWindow::PlayerWindow(ProcessState& process, Windows& windows, CdCommands& 
 }
 
 void PlayerWindow::wireMenus() {
-    // As a click on the button, whether it is enabled or not. mnuMinCD and mnuMinimCDp have no
-    // action.
+    // Deliberate: acts as a click on the button even if that is disabled. mnuMinCD and mnuMinimCDp
+    // have no action.
     for (MenuItem* entry : {&form_.mnuCDon, &form_.mnuCDonp}) {
         entry->onClick = [this] {
             form_.OptCD.choose();
@@ -99,7 +99,7 @@ void PlayerWindow::Form_Load() {
 }
 
 void PlayerWindow::Form_QueryUnload() {
-    // Before the switch-off, which would take the disc from under the capture.
+    // Before the switch-off, which would close the disc of the capture.
     commands_.saveRunningCapture();
     form_.Command6.click();
 }
@@ -108,7 +108,8 @@ void PlayerWindow::Form_Unload() {
     process_.PlayerOpen = false;
     commands_.closeAll(CommandCheck::unchecked);
     if (meterCapture_.running()) {
-        // Started in one of the close's yields: a closed panel keeps no input running.
+        // It may have been started in one of the close's yields: a closed panel must not keep an
+        // input running.
         meterCapture_.StopMeter();
     }
 }

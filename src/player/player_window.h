@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The panel as a window: its load and unload, its menus, and the surfaces by which it is dragged.
-// Power, transport, mixer and meter are classes of their own.
+// The window of the panel: its load and unload, its menus, and the surfaces with which it is
+// dragged. Power, transport, mixer and meter are separate classes.
 #pragma once
 
 #include "forms/windows.h"
@@ -14,7 +14,7 @@ namespace sonarith {
 
 class PlayerWindow {
   public:
-    /// Becomes the handler of the window's own events, of its menus and of Command1. All outlive
+    /// Sets the handlers of the window's own events, of its menus and of Command1. All must outlive
     /// this.
     PlayerWindow(ProcessState& process, Windows& windows, CdCommands& commands,
                  MeterCapture& meterCapture, DiscState& disc);
@@ -22,9 +22,9 @@ class PlayerWindow {
     PlayerWindow& operator=(const PlayerWindow&) = delete;
 
     /// Places the panel at the main window's right edge and reads the mixer. Yields only in the
-    /// message of a missing mixer.
+    /// message about a missing mixer.
     void Form_Load();
-    /// Switches the player off; a capture that runs is stopped and saved first. Yields.
+    /// Switches the player off; a running capture is stopped and saved first. Yields.
     void Form_QueryUnload();
     /// Closes every device of the process. Yields while a capture that began meanwhile is saved.
     void Form_Unload();

@@ -99,7 +99,7 @@ TEST_F(PlayerWindowTest, TheStateOfADiscIsKeptWhenThePanelIsClosed) {
 }
 
 TEST_F(PlayerWindowTest, AClosedPanelKeepsNoInputRunning) {
-    // "input" is ticked in the last of the close's yields, behind every step that stops it.
+    // "input" is ticked in the last yield of the close, after every step that stops it.
     loop.atYield(7, [&] {
         form.Check3.setValue(1).passOver();
         EXPECT_TRUE(waveInput.running);
@@ -119,8 +119,8 @@ TEST_F(PlayerWindowTest, ExitClosesAllDevicesTwiceAndThenThePanel) {
 TEST_F(PlayerWindowTest, ExitsSecondCloseAllIsChecked) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
-                ElementsAre("close all", "close all",          // EXIT's own
-                            "close all", "close all",          // what follows the second's failure
+                ElementsAre("close all", "close all", // EXIT's own
+                            "close all", "close all", // after the failure of the second one
                             "stop cd", "close cd", "close all" // the panel's unload
                             ));
     EXPECT_FALSE(form.loaded());
@@ -189,7 +189,7 @@ TEST_F(PlayerWindowTest, TheCubeHasItsHeightUntilTheNextLoad) {
         form.load();
         EXPECT_EQ(form.height(), 6000_twips);
         const Twips width = form.width();
-        // A second time makes no difference: no entry brings the height back.
+        // A second time changes nothing: no entry restores the height.
         for (int i = 0; i < 2; ++i) {
             EXPECT_THAT(operationsOf([&] { entry->click(); }), IsEmpty());
             EXPECT_EQ(form.height(), 3480_twips);

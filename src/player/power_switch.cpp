@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// Counts a procedure for as long as it runs, also when the end of the program unwinds through it.
+/// Counts a procedure while it runs, even if the end of the program unwinds it.
 class UnderWay {
   public:
     explicit UnderWay(int& count) : count_(count) { ++count_; }
@@ -41,7 +41,7 @@ PowerSwitch::PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, Mix
 
 void PowerSwitch::OptCD_Click() {
     if (switchingOff_ > 0) {
-        // A press in one of the yields of that. The player would come out half on.
+        // The switch was pressed in a yield of a switch-off: the player would be left partly on.
         form_.OptCD.setSelected(false);
         return;
     }
@@ -70,7 +70,7 @@ void PowerSwitch::openDisc(int switchedOffBefore) {
         return;
     }
     commands_.SendMCI("set cd time format tmsf wait", CommandCheck::checked);
-    // A failure has unloaded the panel, and so switched it off.
+    // A failure has unloaded the panel, which switched the player off.
     if (timesSwitchedOff_ != switchedOffBefore) {
         return;
     }
@@ -100,7 +100,7 @@ void PowerSwitch::optNoCD_Click() {
     for (Timer* timer : {&form_.Timer6, &form_.Timer4, &form_.Timer2, &form_.Timer3}) {
         timer->setEnabled(false);
     }
-    // Again, for what ticked in that yield.
+    // Again, because of timers that ticked in that yield.
     showOff();
     closeDisc();
     disableTransport();

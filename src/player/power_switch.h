@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's power: what is opened when it is switched on, and what is closed and silenced when
-// it is switched off, by the user, by the start of an action or by the panel's close.
+// The player's power switch: opens devices when it is switched on, and closes and mutes them when
+// it is switched off by the user, by the start of an action or by the panel's close.
 #pragma once
 
 #include "forms/form4.h"
@@ -16,25 +16,24 @@ namespace sonarith {
 
 class PowerSwitch {
   public:
-    /// Becomes the handler of OptCD, optNoCD and Command6. All outlive this.
+    /// Sets the handlers of OptCD, optNoCD and Command6. All must outlive this.
     PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, MixerPanel& mixer,
                 MeterCapture& capture, LevelMeter& meter, DiscState& disc);
     PowerSwitch(const PowerSwitch&) = delete;
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
-    /// On. Without a disc device the panel unloads itself, silently. A capture that runs is stopped
-    /// and saved first. Only one instance of the program ever gets this far, so there is none to
-    /// ask for that may hold the disc. Yields in messages, in saving, and where a command fails.
-    /// Has no effect while the player is being switched off, and no further one once it was
-    /// switched off meanwhile.
+    /// Switches on. Without a disc device the panel unloads itself silently. A running capture is
+    /// stopped and saved first. Only one instance of the program runs per user, so no other one can
+    /// use the disc. Yields in messages, while saving, and if a command fails. Does nothing while
+    /// the player is being switched off, and stops if it is switched off meanwhile.
     void OptCD_Click();
-    /// Off. The disc's line stays muted. Yields once.
+    /// Switches off. The disc's line stays muted. Yields once.
     void optNoCD_Click();
-    /// The whole panel off, whatever its state. Leaves neither position of the switch selected.
-    /// Yields seven times.
+    /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
+    /// seven times.
     void Command6_Click();
 
-    /// Mixer, meter, device and display as they are before the disc is opened; nothing without a
+    /// Resets mixer, meter, device and display before the disc is opened; does nothing without a
     /// mixer.
     void ResetPlayer();
 
@@ -42,7 +41,7 @@ class PowerSwitch {
     void openDisc(int switchedOffBefore);
     void closeDisc();
     void disableTransport();
-    /// The meter at rest, and the word of the player that is off.
+    /// Resets the meter, and shows that the player is off.
     void showOff();
     void clearDisplay();
 
@@ -53,7 +52,7 @@ class PowerSwitch {
     MeterCapture& capture_;
     LevelMeter& meter_;
     DiscState& disc_;
-    int switchingOff_ = 0; ///< procedures under way that switch it off
+    int switchingOff_ = 0; ///< the number of running procedures that switch it off
     int timesSwitchedOff_ = 0;
 };
 

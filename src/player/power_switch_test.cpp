@@ -69,7 +69,7 @@ TEST_F(PowerSwitchTest, OnRunsItsStepsInOrder) {
     EXPECT_FALSE(form.Timer1.enabled());
     EXPECT_FALSE(form.Timer2.enabled());
     EXPECT_FALSE(form.Timer4.enabled());
-    // The word stays until the first look.
+    // The text stays until the first poll.
     EXPECT_EQ(form.CD.text(), "OFF");
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
@@ -82,7 +82,7 @@ TEST_F(PowerSwitchTest, OnUnmutesTheMasterAndTheDisc) {
     EXPECT_EQ(mixer.value(mixer_line::speakers, mixer_control::mute), 0);
     EXPECT_FALSE(discMuted());
     EXPECT_EQ(mixer.value(mixer_line::waveOut, mixer_control::mute), 1);
-    // The handlers alone run: the switches show what the user chose.
+    // Only the handlers run: the switches show the user's choice.
     EXPECT_FALSE(form.Option1.selected());
     EXPECT_FALSE(form.Option14.selected());
 }
@@ -202,7 +202,7 @@ TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
 }
 
 TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
-    // The reset, which stops it too, has ended before it comes so far.
+    // The reset, which stops it too, has already ended.
     test::PlayerBench bench;
     bench.switchOn();
     bench.mixer.present = false;
@@ -225,7 +225,7 @@ TEST_F(PowerSwitchTest, OffRunsItsStepsInOrder) {
     form.play.click();
     showMeter();
     loop.atYield(1, [&] {
-        // Before the yield the displays, behind it timers, disc and buttons.
+        // The displays before the yield; timers, disc and buttons after it.
         EXPECT_EQ(form.CD.text(), "OFF");
         EXPECT_THAT(form.picPeakVol.lines(), IsEmpty());
         EXPECT_EQ(form.Label4.top(), form.Picture8.height());
@@ -333,7 +333,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsBothMuteSwitchesOfTheDisc) {
     switchOffForAnAction();
     EXPECT_FALSE(form.Option13.selected());
     EXPECT_TRUE(discMuted());
-    // The other one is left as the user chose it, though the line is muted.
+    // The other one keeps the user's choice, though the line is muted.
     form.Option14.choose();
     switchOffForAnAction();
     EXPECT_TRUE(form.Option14.selected());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The power switch pressed while something else of the panel is under way, and the other way round.
-// Every yield of a switch-off is swept in switch_off_sweep_test.cpp.
+// The power switch pressed during another step of the panel, and vice versa. Every yield of a
+// switch-off is swept in switch_off_sweep_test.cpp.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"

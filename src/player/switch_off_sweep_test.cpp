@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Everything that may come between the steps of a switch-off: at each yield of Command6_Click, of
-// the panel's close and of a plain "off".
+// All events that may happen between the steps of a switch-off: at each yield of Command6_Click, of
+// the panel's close and of "off".
 #include <functional>
 #include <memory>
 #include <string>
@@ -131,7 +131,7 @@ std::vector<SwitchOff> switchOffs() {
     };
 }
 
-/// Runs `event` inside the n-th yield of `switchOff`, if that comes so far. Whether it did.
+/// Runs `event` inside the n-th yield of `switchOff`. Returns whether there was such a yield.
 bool runWith(PlayerBench& bench, const SwitchOff& switchOff, const Event& event, int n) {
     struct Progress {
         bool over = false;
@@ -164,7 +164,7 @@ void expectOffForGood(PlayerBench& bench) {
         EXPECT_FALSE(bench.form.visible());
     }
     EXPECT_TRUE(bench.boxes.shown.empty());
-    // And it stays so.
+    // This does not change later.
     EXPECT_TRUE(bench.operationsOf([&] { bench.loop.advance(5s); }).empty());
 }
 
@@ -221,7 +221,7 @@ TEST(EverySwitchOff, WithTheInputTickedAtAnyYieldLeavesNoInputOpen) {
             PlayerBench bench;
             bench.switchOn();
             EXPECT_TRUE(runWith(bench, switchOff, tick, n));
-            // The user's own wish is kept: the input runs beside a player that is off.
+            // The user's choice is kept: the input runs while the player is off.
             EXPECT_FALSE(bench.disc.discOpen());
             EXPECT_FALSE(bench.form.Timer6.enabled());
             EXPECT_EQ(bench.waveInput.isOpen, bench.player.capture.running());

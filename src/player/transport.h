@@ -14,24 +14,25 @@ namespace sonarith {
 
 class Transport {
   public:
-    /// Becomes the handler of the six buttons. All outlive this.
+    /// Sets the handlers of the six buttons. All must outlive this.
     Transport(ProcessState& process, Form4& form, CdCommands& commands, DiscPoll& poll,
               DiscState& disc);
     Transport(const Transport&) = delete;
     Transport& operator=(const Transport&) = delete;
 
-    // A checked command that fails unloads the panel, which yields; the handler goes on all the
-    // same, with commands that fail.
+    // Deliberate: a failed checked command unloads the panel, which yields; the handler then
+    // continues with commands that fail.
 
-    /// Goes on after a pause; else plays the main window's track or, without one, the current one.
-    /// On the last track nothing is sent, on purpose.
+    /// Continues after a pause; otherwise plays the main window's track or, without one, the
+    /// current one. Deliberate: on the last track nothing is sent.
     void play_Click();
     void pause_Click();
     /// Stops and moves to the current track's start. Enables "Eject".
     void stopbtn_Click();
-    /// The next track; behind the last one the first, which does not play.
+    /// Goes to the next track; after the last one to the first, which does not play.
     void ftrack_Click();
-    /// The current track's start; from there the track before it, or the last one.
+    /// Goes to the current track's start; from there to the previous track, or from the first to
+    /// the last one.
     void btrack_Click();
     void eject_Click();
 
@@ -39,7 +40,7 @@ class Transport {
     void goOn();
     void playFrom(int track);
     void seekTo(int track);
-    /// Plays on from that track's start if the disc plays, else moves to it.
+    /// Continues at that track's start if the disc plays, otherwise only moves to it.
     void skipTo(int track);
 
     ProcessState& process_;

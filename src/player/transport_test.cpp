@@ -16,14 +16,14 @@ using testing::IsEmpty;
 
 using Commands = std::vector<std::string>;
 
-/// Switched on, with three tracks of a minute that were read.
+/// Switched on, with a disc of three tracks of a minute that was read.
 struct TransportTest : test::PlayerWorld {
     DiscState& state = player.disc;
     const Commands allButtons = {"play", "pause", "stopbtn", "ftrack", "btrack", "eject"};
     const Commands allButEject = {"play", "pause", "stopbtn", "ftrack", "btrack"};
 
     TransportTest() { switchOn(); }
-    /// What a button sends, with the look that follows it.
+    /// The commands of a button, including those of the poll that follows it.
     static Commands thenLook(Commands commands) {
         for (const char* question :
              {"status cd media present", "status cd position", "status cd mode"}) {
@@ -34,7 +34,7 @@ struct TransportTest : test::PlayerWorld {
     Commands click(CommandButton& button) {
         return commandsOf([&] { button.click(); });
     }
-    /// The device answers as if it stood there, and the player knows it.
+    /// The device returns this position, and the player has read it.
     void standAt(int track, int minute, int second, bool playing) {
         const auto twoDigits = [](int number) {
             return (number < 10 ? "0" : "") + std::to_string(number);
@@ -56,7 +56,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         Commands sent;
     };
     const Row rows[] = {
-        // Play: from the current track's start, but for the last track.
+        // Play: from the current track's start, except on the last track.
         {form.play, 1, 0, 0, false, {"play cd from 1"}},
         {form.play, 2, 0, 30, false, {"play cd from 2"}},
         {form.play, 2, 0, 30, true, {"play cd from 2"}},
@@ -67,7 +67,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         // Stop: back to the current track's start.
         {form.stopbtn, 1, 0, 0, false, {"stop cd wait", "seek cd to 1"}},
         {form.stopbtn, 3, 0, 30, true, {"stop cd wait", "seek cd to 3"}},
-        // Next: plays on if it played; from the last track to the first, in both cases silent.
+        // Next: continues to play; from the last track it goes to the first, without playing.
         {form.ftrack, 1, 0, 0, false, {"seek cd to 2"}},
         {form.ftrack, 1, 0, 30, true, {"play cd from 2"}},
         {form.ftrack, 2, 0, 0, true, {"play cd from 3"}},
@@ -111,7 +111,7 @@ TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
         button->click();
         EXPECT_FALSE(enabledAtCommand);
         EXPECT_FALSE(form.eject.enabled());
-        // The door was open.
+        // The tray was open.
         disc.insert({60000, 60000, 60000});
         player.poll.UpdatePlayer();
     }
@@ -139,7 +139,7 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentOn
     EXPECT_EQ(state.CurTrack, 2);
     process.currentTrack = 1;
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
-    // It wins at each click, for as long as it is selected there.
+    // It is used at each click while it is selected there.
     form.ftrack.click();
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
     process.currentTrack = 0;
@@ -197,7 +197,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(form.CD.text(), "Cd Ready");
     loop.advance(10s);
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:10");
-    // A selected track does not win now, and there is no look.
+    // A selected track is not used now, and there is no poll.
     process.currentTrack = 2;
     EXPECT_THAT(click(form.play), ElementsAre("play cd"));
     EXPECT_FALSE(process.CDPaused);
@@ -283,7 +283,7 @@ TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
     EXPECT_THAT(click(form.eject), ElementsAre("set cd door open", "status cd media present"));
     EXPECT_EQ(form.CD.text(), "No CD");
     EXPECT_THAT(enabledButtons(), IsEmpty());
-    // Another disc enables the others; "Eject" comes back with a stop.
+    // Another disc enables the others; a stop enables "Eject".
     disc.insert({60000, 60000});
     loop.advance(1s);
     EXPECT_EQ(enabledButtons(), allButEject);
@@ -311,7 +311,7 @@ TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelSilently) {
                 ElementsAre("stop cd wait", "seek cd to 0",     //
                             "close all", "close all",           // what failed
                             "stop cd", "close cd", "close all", // the panel's unload
-                            "status cd media present"));        // the handler goes on
+                            "status cd media present"));        // the handler continues
     EXPECT_FALSE(bench.form.loaded());
     EXPECT_TRUE(bench.off());
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
@@ -374,7 +374,7 @@ TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelSilently) {
         EXPECT_FALSE(bench.process.PlayerOpen);
         EXPECT_TRUE(bench.off());
         EXPECT_THAT(bench.boxes.shown, IsEmpty());
-        // Opened again it works.
+        // It works after it is opened again.
         bench.media.forgetAnswers();
         bench.form.show();
         bench.switchOn();

@@ -33,8 +33,8 @@ void EntryClicks::List2_Click() {
     }
 }
 
-/// Compares as many lines as the playlist has, not the list that is looked through. That is meant:
-/// the adder asks the tree once more.
+/// Deliberate: compares as many lines as the playlist has, not as the searched list has. The adder
+/// checks the tree again.
 bool EntryClicks::mainListContains(const std::string& path) const {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(path, mainForm_.List2.list(i))) {

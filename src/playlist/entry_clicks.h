@@ -10,7 +10,7 @@ namespace sonarith {
 
 class EntryClicks {
   public:
-    /// Becomes the handler of List2, Command11 and Command12. Both outlive this.
+    /// Sets the handlers of List2, Command11 and Command12. Both must outlive this.
     EntryClicks(Windows& windows, FileAdder& adder);
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;

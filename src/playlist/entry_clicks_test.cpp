@@ -19,7 +19,7 @@ using testing::Not;
 class EntryClicksTest : public test::PlaylistWorld {
   protected:
     void tick() { ASSERT_TRUE(editor.Check11.setValue(1).ok()); }
-    /// Whether a click entered the file into the work tree.
+    /// Whether a click added the file to the work tree.
     [[nodiscard]] bool inTree(const std::string& text) {
         const TreeView& tree = mainForm.TreeView1;
         for (int i = 1; i <= tree.count(); ++i) {
@@ -127,10 +127,10 @@ TEST_F(EntryClicksTest, ComparesAsManyLinesAsThePlaylistHas) {
     tick();
     const auto before = loop.now();
     choose(0);
-    // The third line is beyond the bound, so that the adder is asked, which takes its time.
+    // The third line is not compared, so the adder is called, which waits.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
-    // Once the playlist is as long, it is found there.
+    // With a playlist of that length, the line is found.
     editor.List2.addItem(pathB);
     editor.List2.addItem(pathC);
     const auto again = loop.now();
@@ -147,7 +147,7 @@ TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
 }
 
 TEST_F(EntryClicksTest, TheEntryIsAddedExactlyAsItIsInTheList) {
-    // The blank before it makes it the name of another file.
+    // The leading blank makes it the name of another file.
     addMp3(" " + pathA, "Title");
     addMp3(pathA, "Title");
     open({"  " + pathA});
@@ -167,7 +167,7 @@ TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
 }
 
 TEST_F(EntryClicksTest, AClickDuringTheYieldMakesBothUseTheOtherEntry) {
-    // What is selected when the tick is asked for counts, not what was clicked first.
+    // The entry that is selected when the tick is read is used, not the clicked one.
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -233,7 +233,7 @@ TEST_F(EntryClicksTest, PlaysWithAControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // Closing the window destroys the control, and so ends the playing.
+    // Closing the window destroys the control, which ends the playing.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

@@ -58,7 +58,7 @@ Status FileOperations::renameFile() {
             return {};
         }
     }
-    // Fails for a file that exists, whatever was answered. That is meant.
+    // Deliberate: fails if the target exists, whatever the user has answered.
     if (Status renamed = platform_.files.rename(path(), target); !renamed.ok()) {
         return renamed;
     }
@@ -68,8 +68,8 @@ Status FileOperations::renameFile() {
     return {};
 }
 
-/// In the list alone: the store keeps the old path until the list is compacted. From the first
-/// entry that matches on, the others are held against the new path.
+/// Deliberate: only in the list; the store keeps the old path until the list is compacted. After
+/// the first match the other entries are compared with the new path.
 void FileOperations::renameEntries(const std::string& target) {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {
@@ -105,7 +105,7 @@ FileOperations::Deletion FileOperations::deleteFile() {
     }
     p_DestroyFile(path(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Of a deleted file this fails, and the box keeps what it showed.
+    // Fails for a deleted file; the box then keeps its text.
     showLength().passOver();
     if (holdsOnlyBlanks(form_.Text4(8).text())) {
         platform_.boxes.show(noDataText);
@@ -130,7 +130,7 @@ Status FileOperations::reportAndDelist(Deletion deletion) {
         return shown;
     }
     selectEntry();
-    // Without a match it is the entry selected before that goes. That is meant.
+    // Deliberate: without a match the entry that was selected before is removed.
     if (Status compacted = entries_.CompactPlayList();
         !compacted.ok() && deletion == Deletion::broken) {
         return compacted;
@@ -148,7 +148,7 @@ Status FileOperations::showLength() {
     return {};
 }
 
-/// Selecting another entry is a click on it, which reads its file.
+/// Selecting another entry runs its click, which reads its file.
 void FileOperations::selectEntry() {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Renames and deletes the edited file (Text5). The list follows a deletion in the store, and a
-// rename on the screen alone.
+// Renames and deletes the edited file (Text5). A deletion changes the list on the screen and in the
+// store, a rename only on the screen.
 #pragma once
 
 #include <string>
@@ -14,23 +14,23 @@ namespace sonarith {
 
 class FileOperations {
   public:
-    /// Becomes the handler of Command2 and Command10. All outlive this.
+    /// Sets the handlers of Command2 and Command10. All must outlive this.
     FileOperations(const Platform& platform, FrmPlayList& form, PlaylistEntries& entries);
     FileOperations(const FileOperations&) = delete;
     FileOperations& operator=(const FileOperations&) = delete;
 
     /// "Rename File": to a path chosen in a dialog. Asks whether an existing file is to be
-    /// overwritten, and never overwrites one. A file that was in no entry becomes one.
+    /// overwritten, and never overwrites one. A file without an entry gets one.
     void Command2_Click();
-    /// "Delete  File": asks, deletes, reports the file as deleted whether it is or not, and removes
+    /// "Delete  File": asks, deletes, reports the file as deleted even if it is not, and removes
     /// its entry. An empty file is deleted without asking and keeps its entry. Yields.
     void Command10_Click();
 
   private:
-    /// How a deletion's first half ended.
+    /// The result of the first half of a deletion.
     enum class Deletion {
         over,  ///< nothing follows
-        tried, ///< from now on failures of single steps are passed over
+        tried, ///< from now on failures of single steps are ignored
         broken ///< a step failed; the next failure ends the procedure
     };
 

@@ -9,7 +9,7 @@ namespace sonarith {
 
 namespace {
 
-/// 0 for a file that cannot be found or read: the length alone is known of unreadable ones too.
+/// 0 for a missing or unreadable file; fileLength() alone would succeed for an unreadable one.
 std::int64_t readableLength(FileSystem& files, const std::string& path) {
     const std::int64_t length = files.fileLength(path).valueOr(0);
     return length > 0 && files.openBinary(path, FileAccess::read).ok() ? length : 0;
@@ -33,7 +33,7 @@ void HeaderDisplay::cmdHdr1_Click() {
     dialog.InitDir = withoutBlanksAround(form_.Text5.text());
     const Status opened = dialog.ShowOpen(
         platform_.fileDialog, {.title = "Select MP3 file", .filter = "MP3|*.mp3|All files|*"});
-    // The name of the time before is still there after a cancel.
+    // After a cancel the dialog still has the previous name.
     if (!dialog.FileName.empty()) {
         if (opened.ok() || opened.error().number != ErrorNumber::dialogCancelled) {
             form_.Text5.setText(dialog.FileName);
@@ -71,7 +71,7 @@ void HeaderDisplay::cmdHdr2_Click() {
 
 void HeaderDisplay::showHeader() {
     const Mp3Info& info = Mp3Info_;
-    // The labels are filled with blanks to the width that the longest has in a proportional font.
+    // The labels are padded with blanks to the width of the longest one in a proportional font.
     for (const std::string& line : {
              "Bitrate            " + std::to_string(info.Bitrate),
              "Frequency       " + std::to_string(info.Frequency),

@@ -11,23 +11,23 @@
 
 namespace sonarith {
 
-/// Shown for a file that is too short, or cannot be read.
+/// The text for a file that is too short or cannot be read.
 inline constexpr const char* noDataText = "File contains no data";
 
 class HeaderDisplay {
   public:
-    /// Becomes the handler of cmdHdr1 and cmdHdr2. Both outlive this.
+    /// Sets the handlers of cmdHdr1 and cmdHdr2. Both must outlive this.
     HeaderDisplay(const Platform& platform, FrmPlayList& form);
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
     /// "...": after a cancel it reads the edited file.
     void cmdHdr1_Click();
-    /// "Read header". Of a file whose analysis fails it shows the values of the file before. Yields
+    /// "Read header": if the analysis fails, it shows the values of the previous file. Yields
     /// before it shows them.
     void cmdHdr2_Click();
 
-    /// What the analyses have left, for the time that the program runs.
+    /// The results of the analyses, kept as long as the program runs.
     [[nodiscard]] const Mp3Info& info() const { return Mp3Info_; }
 
   private:
@@ -37,7 +37,7 @@ class HeaderDisplay {
     const Platform& platform_;
     FrmPlayList& form_;
     Mp3Info Mp3Info_;
-    std::string Mp3Path_; ///< the file under analysis
+    std::string Mp3Path_; ///< the file that is analysed
 };
 
 } // namespace sonarith

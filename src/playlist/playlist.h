@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor's jobs, each wired to its window. No behaviour lives here.
+// The classes of the playlist editor, each wired to its window. It has no behaviour of its own.
 #pragma once
 
 #include "forms/windows.h"
@@ -14,7 +14,7 @@
 namespace sonarith {
 
 struct Playlist {
-    /// All outlive this.
+    /// All must outlive this.
     Playlist(const Platform& platform, Windows& windows, FileAdder& adder)
         : entries(platform, windows.frmPlayList),
           clicks(windows, adder),

@@ -14,12 +14,12 @@ namespace sonarith {
 namespace {
 
 constexpr const char* countKey = "HowMany";
-/// The default of every key; as the value of an entry it stands for a missing one.
+/// The default value of every key; an entry with this value counts as missing.
 constexpr const char* missing = "0";
 constexpr const char* emptyLine = "Empty";
 
-/// Ten times the longest list that the window is built for. A spoiled count would fill the list,
-/// and the memory, with lines "Empty".
+/// Ten times the longest list for which the window is designed. A damaged count would otherwise
+/// fill the list and the memory with "Empty" lines.
 constexpr std::int32_t mostEntries = 100'000;
 
 std::string readText(const SettingsStore& store, const std::string& key) {
@@ -79,7 +79,7 @@ void PlaylistEntries::Command20_Click() {
     }
     ListBox& list = form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
-        // The entry is the pattern: one that holds a bracket may not match its own path.
+        // The entry is the pattern: one with a bracket may not match its own path.
         if (matches(path, list.list(i))) {
             return;
         }
@@ -112,8 +112,8 @@ Status PlaylistEntries::CompactPlayList() {
 
 Status PlaylistEntries::removeSelected() {
     const int selected = form_.List2.listIndex();
-    // The index counts from 0 and the keys from 1, so that this empties the key of the entry
-    // before, or a key "0" or "-1" that no entry has. That is meant; the true keys follow below.
+    // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the
+    // previous entry, or a key "0" or "-1" that no entry has. The correct keys are written below.
     save(std::to_string(selected), "");
     return form_.List2.removeItem(selected);
 }

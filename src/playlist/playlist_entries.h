@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist and its stored form, which follows each change of it at once, but for a rename. What
-// the user does with a chosen entry, and with its file, is elsewhere.
+// The playlist and its stored form, which is updated at each change except a rename. entry_clicks.h
+// and file_operations.h handle commands for an entry and its file.
 #pragma once
 
 #include <string>
@@ -17,24 +17,24 @@ namespace sonarith {
 /// "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of the section that hold paths, in the logic's form.
+/// The keys of the section that contain paths, in the logic's form.
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {
   public:
-    /// Becomes the handler of the form's load, of Command20 and of Command6. Both outlive this.
+    /// Sets the handlers of the form's load, of Command20 and of Command6. Both must outlive this.
     PlaylistEntries(const Platform& platform, FrmPlayList& form);
     PlaylistEntries(const PlaylistEntries&) = delete;
     PlaylistEntries& operator=(const PlaylistEntries&) = delete;
 
     void Form_Load();
-    /// Adds what is stored to the list. An entry whose key is missing becomes a line "Empty".
+    /// Adds the stored entries to the list. An entry whose key is missing becomes the line "Empty".
     void LoadPlayList();
 
     /// "Add to PlayList": the edited path, unless an entry matches it; entries are patterns here.
     void Command20_Click();
     /// "Delist": removes the selected entry, and every other whose last three characters are
-    /// neither "mp3" nor "MP3". With none selected only those others.
+    /// neither "mp3" nor "MP3". Without a selection it removes only those others.
     void Command6_Click();
     /// The same, but nothing is removed if no entry is selected: subscriptOutOfRange.
     Status CompactPlayList();

@@ -180,7 +180,7 @@ TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneStepOfTheStore) {
     EXPECT_EQ(store.fileWrites, 1);
     EXPECT_THAT(lines(editor.List3), IsEmpty());
     EXPECT_EQ(editor.List2.listIndex(), -1);
-    // The index is not the key: it is the entry before whose key is emptied meanwhile.
+    // The index is not the key: the key of the previous entry is emptied meanwhile.
     EXPECT_THAT(store.writes,
                 ElementsAre(wrote("1", ""), wrote("HowMany", "0"), wrote("HowMany", "1"),
                             wrote("1", pathA), wrote("HowMany", "2"), wrote("2", pathC)));

@@ -13,7 +13,7 @@ namespace sonarith {
 
 namespace {
 
-/// 0 for what is no number from 0 to 255.
+/// 0 for a text that is no number from 0 to 255.
 std::uint8_t genreOf(const std::string& text) {
     const std::int32_t number = toInteger32(text).valueOr(0);
     return number >= 0 && number <= 255 ? static_cast<std::uint8_t>(number) : std::uint8_t{0};
@@ -33,8 +33,8 @@ void TagEditor::cmdTag_Click() {
         return;
     }
     const std::string path = withoutBlanksAround(form_.Text5.text());
-    // The box for the artist goes to the title's place and the other way round, while the display
-    // shows both as they are: each round of reading and writing exchanges them. That is meant.
+    // Deliberate: the artist's box is written to the title's field and vice versa, while the
+    // display shows both as stored: each read and write swaps them.
     const auto tag = id3v1Tag({.title = form_.Text4(1).text(),
                                .artist = form_.Text4(2).text(),
                                .album = form_.Text4(3).text(),
@@ -45,7 +45,7 @@ void TagEditor::cmdTag_Click() {
     if (!file.ok()) {
         return;
     }
-    // Without the length the place is not known; to write at the start would harm the file.
+    // Without the length the position is unknown; writing at the start would damage the file.
     const auto length = file.value()->length();
     if (length.ok()) {
         const std::int64_t place = length.value() - static_cast<std::int64_t>(tagLength);

@@ -9,14 +9,14 @@ namespace sonarith {
 
 class TagEditor {
   public:
-    /// Becomes the handler of cmdTag. Both outlive this.
+    /// Sets the handlers of cmdTag. Both must outlive this.
     TagEditor(const Platform& platform, FrmPlayList& form);
     TagEditor(const TagEditor&) = delete;
     TagEditor& operator=(const TagEditor&) = delete;
 
-    /// " Write tag": puts the tag over the file's last 128 bytes, whether they are one or not, in
-    /// one write. A shorter file is written over from its start; a missing one is made. A file that
-    /// cannot be opened for writing stays as it is, and nothing is said.
+    /// " Write tag": overwrites the file's last 128 bytes with the tag in one call, even if they
+    /// are no tag. A shorter file is overwritten from its start; a missing one is created. A file
+    /// that cannot be opened for writing is unchanged, without a message.
     void cmdTag_Click();
 
   private:

@@ -25,7 +25,7 @@ class TagEditorTest : public test::PlaylistWorld {
             editor.Text4(i + 1).setText(texts[i]);
         }
     }
-    /// A sound without a tag.
+    /// A file of sound without a tag.
     static std::string sound(std::size_t length) {
         std::string bytes;
         for (std::size_t i = 0; i < length; ++i) {

@@ -11,7 +11,7 @@ BlockView::BlockView(Label& model, QString label, const QColor& color, QWidget* 
     filled.setColor(QPalette::Window, color);
     setPalette(filled);
     setAutoFillBackground(true);
-    // Presses go to its parent.
+    // Passes presses to its parent.
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

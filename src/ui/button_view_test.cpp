@@ -38,9 +38,9 @@ TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     parent.show();
     for (QWidget* view : {static_cast<QWidget*>(&text), static_cast<QWidget*>(&icon)}) {
         clicks = 0;
-        // As the desktop tells it: press, release, the second press as a double click, release.
+        // As sent by the desktop: press, release, the second press as a double click, release.
         QTest::mouseClick(view, Qt::LeftButton);
-        QTest::mouseDClick(view, Qt::LeftButton); // the second press alone
+        QTest::mouseDClick(view, Qt::LeftButton); // only the second press
         QTest::mouseRelease(view, Qt::LeftButton);
         EXPECT_EQ(clicks, 1);
         QTest::mouseClick(view, Qt::LeftButton);

@@ -131,7 +131,7 @@ TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndReadAgainEachTime) {
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, ElementsAre("drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc",
                                  "drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc"));
-    // And chosen again from the list, after another.
+    // It is chosen again from the list, after another one.
     clickDrive(0);
     EXPECT_EQ(drive, "");
 }
@@ -159,7 +159,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(box.currentText(), "Default");
     QTest::keyClick(&box, Qt::Key_Down);
     EXPECT_EQ(output, "none");
-    // Nothing is stored yet, and the box says so.
+    // Nothing is stored yet, which the box shows.
     EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
     QTest::keyClick(&child<QComboBox>("source"), Qt::Key_Down);
     EXPECT_EQ(source, "none");
@@ -198,7 +198,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     report = "Sector 12 is torn.";
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "Sector 12 is torn."; }));
     shown.selectAll();
-    QTest::qWait(600); // longer than it waits between two looks
+    QTest::qWait(600); // longer than the interval between two updates
     EXPECT_TRUE(shown.textCursor().hasSelection());
     report.clear();
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No problems were found."; }));

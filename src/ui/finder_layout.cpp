@@ -51,8 +51,8 @@ QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
     return side;
 }
 
-/// The folders still to scan stand below the two other lists, and are seen at work while those are
-/// hidden.
+/// The folders still to scan are below the two other lists, and are visible during a search while
+/// those are hidden.
 QWidget* makeLists(FrmSearch& form, QWidget* parent) {
     using Tips = ListBoxView::LineTips;
     auto* lists = new QWidget(parent);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the file finder's window is laid out: what is wanted and where at the left, what was found at
-// the right.
+// The layout of the file finder's window: what to search and where at the left, the results at the
+// right.
 #pragma once
 
 #include "forms/frm_search.h"

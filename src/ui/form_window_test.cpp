@@ -42,7 +42,7 @@ class FormWindowTest : public testing::Test {
                     rows->addStretch();
                 }};
     }
-    /// And the desktop gives the window its frame.
+    /// The desktop adds the frame of the window.
     void show() {
         form.show();
         QCoreApplication::processEvents();

@@ -310,7 +310,7 @@ Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& be
     QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDragMoveEvent move(QPoint(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent drop(QPointF(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    // As they come from the desktop.
+    // As sent by the desktop.
     enter.ignore();
     drop.ignore();
     QCoreApplication::sendEvent(&window, &enter);

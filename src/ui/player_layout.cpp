@@ -57,7 +57,7 @@ QWidget* makeDisplay(Form4& form, QWidget* parent) {
     return display;
 }
 
-/// Trace and bar at their designed places: the meter's step computes in these.
+/// Trace and bar at their designed positions, with which the meter computes.
 QWidget* makeMeter(Form4& form, QWidget* parent) {
     auto* meter = new PlayerDisplay(form.Picture3, QObject::tr("Level meter"), parent);
     auto* trace = new TraceView(form.picPeakVol, QObject::tr("Sound Level Meter"),
@@ -108,7 +108,7 @@ QWidget* makeTransport(Form4& form, QWidget* parent) {
     return surface;
 }
 
-/// A slider's least position is the loudest, and at the top.
+/// A slider's least value is the loudest, and at the top.
 void addSlider(QGridLayout& grid, int column, const QString& name, Slider& slider, TextBox& number,
                QWidget* parent) {
     auto* view =
@@ -163,7 +163,7 @@ void layOut(Form4& form, FormWindow& window) {
     auto* rows = new QVBoxLayout(&client);
     rows->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
     rows->setSpacing(panelGap);
-    // A window that is lower cuts it off: nothing is squeezed.
+    // A smaller window cuts it off instead of compressing it.
     rows->setSizeConstraint(QLayout::SetMinimumSize);
     rows->addWidget(makeDisplay(form, &client));
     auto* second = new QHBoxLayout;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the CD player's panel is laid out: an instrument with display, meter and transport at the
-// top, so that they stay in sight when the panel is shown as a cube, and the mixer below.
+// The layout of the CD player's panel: display, meter and transport at the top, so that they stay
+// visible when the panel is shown as a cube, and the mixer below.
 #pragma once
 
 #include "forms/form4.h"

@@ -18,10 +18,10 @@ namespace {
 
 // Device-independent pixels.
 constexpr int listWidth = 300;
-/// What the tag's longest fields hold.
+/// The number of characters in the tag's longest fields.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
-constexpr int lineSpace = 4; ///< at the most, between two lines of a list
+constexpr int lineSpace = 4; ///< at most, between two lines of a list
 
 QWidget* makeList(FrmPlayList& form, FormWindow& window, QWidget* parent) {
     auto* frame = new FrameView(form.Playlist, parent);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the playlist editor is laid out: the list and its player at the left, the edited file with
-// its header and its tag at the right.
+// The layout of the playlist editor: the list and its player at the left, the edited file with its
+// header and its tag at the right.
 #pragma once
 
 #include "forms/frm_playlist.h"

@@ -26,12 +26,12 @@ namespace {
 constexpr int limitWidth = 70;
 constexpr int folderListHeight = 120;
 
-/// A label of the form's, whose text never changes, as the name of `named` (may be null).
+/// A label of the form whose text never changes; it names `named` (may be null) for screen readers.
 QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }
 
-/// A box to tick, and the limit that goes with it.
+/// A check box and its limit.
 QLayout* makeLimit(CheckBox& box, TextBox& limit, QWidget* parent) {
     auto* row = new QHBoxLayout;
     row->setSpacing(windowGap);
@@ -94,7 +94,7 @@ void layOutAudio(FrmPrefs& form, QWidget& page) {
     rows->addStretch(1);
 }
 
-/// What is needed to make a new folder; shown when the user wants to choose.
+/// The controls for a new folder; shown if the user wants to choose one.
 QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     auto* choice = new BarView(form.Picture6, QObject::tr("New destination"), Qt::TopEdge, parent);
     auto* columns = new QHBoxLayout(choice);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the preferences are laid out: a page for each of the three tabs.
+// The layout of the preferences: a page for each of the three tabs.
 #pragma once
 
 #include "forms/frm_prefs.h"

@@ -51,7 +51,7 @@ class TraceViewTest : public testing::Test {
 
 TEST_F(TraceViewTest, IsAsLargeAsItsControlWithTheLineAtItsEdge) {
     EXPECT_EQ(view.size(), QSize(164, 64));
-    // Silence lies at 950 of 945 twips.
+    // Silence is at 950 of 945 twips.
     model.line({0, 950}, {2445, 950});
     EXPECT_TRUE(isLine(80, 63));
     EXPECT_FALSE(isLine(80, 62));

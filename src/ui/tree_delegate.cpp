@@ -10,7 +10,7 @@ namespace {
 
 /// Margin above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
-/// Opacity of a carried node, as desktops show items that were cut.
+/// Opacity of a node that keys drag, as desktops show items that were cut.
 constexpr double carriedOpacity = 0.4;
 
 void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {

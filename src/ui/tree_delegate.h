@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree: with the drop highlight, and pale while keys carry its node.
+// Paints a row of the work tree: with the drop highlight, and pale while keys drag its node.
 #pragma once
 
 #include <utility>
@@ -15,7 +15,7 @@ class TreeDelegate : public QStyledItemDelegate {
     TreeDelegate(const TreeView& tree, const TreeModel& model, QObject* parent)
         : QStyledItemDelegate(parent), tree_(tree), model_(model) {}
 
-    /// The node that is being carried; empty for none.
+    /// The node that keys drag; empty for none.
     void setCarried(NodeRef node) { carried_ = std::move(node); }
     [[nodiscard]] const NodeRef& carried() const { return carried_; }
 

@@ -64,7 +64,7 @@ TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressElsewhereKeepsTheOtherNodeSe
     EXPECT_EQ(view.selectedItem(), node("b.mp3"));
     EXPECT_EQ(drag.DragNode, node("b.mp3"));
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  b.mp3");
-    // What the editor says now is the other node's name.
+    // The editor's text is now the other node's name.
     EXPECT_EQ(view.editedNode(), node("b.mp3"));
     typeAndReturn("c.mp3");
     EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");

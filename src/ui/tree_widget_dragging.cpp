@@ -139,9 +139,9 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // First as a pointer that comes from the node's own row: the handler ignores the position where
-    // the previous move ended until it has received another one. Then as a pointer that rests on a
-    // group, where the handler settles at the second event.
+    // First like a pointer that moves from the node's own row: the handler ignores the position
+    // where the previous move ended until it has received another one. Then like a pointer that
+    // rests on a group, where the handler settles at the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nodes that are carried by mouse; by keys: tree_widget_key_dragging_test.cpp.
+// Dragging nodes with the mouse; tree_widget_key_dragging_test.cpp tests dragging by keys.
 #include <QPushButton>
 #include <QShortcut>
 
@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 class TreeDraggingTest : public TreeFixture {
   protected:
-    /// The first node is carried by the mouse, over the second one.
+    /// The mouse drags the first node over the second one.
     void beginMouseDrag() {
         dragOnMove();
         pressAt(first);
@@ -211,7 +211,7 @@ TEST_F(TreeDraggingTest, ADialogEndsADragWithoutADrop) {
     });
     EXPECT_THAT(log, IsEmpty());
     expectNoDrag();
-    // The next one is as any other.
+    // The next drag works as usual.
     pressAt(first);
     moveTo(mp3);
     releaseAt(mp3);

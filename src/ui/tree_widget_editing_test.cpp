@@ -19,7 +19,7 @@ class TreeEditTest : public TreeFixture {
         tree.setSelectedItem(first).passOver();
         tree.startLabelEdit().passOver();
     }
-    /// Where a node's row stands in the window.
+    /// The position of a node's row in the window.
     QRect rowOf(const NodeRef& node) {
         const QRect row = widget().visualRect(indexOf(node));
         return {widget().viewport()->mapTo(&window, row.topLeft()), row.size()};
@@ -33,7 +33,7 @@ TEST_F(TreeEditTest, TheEditorCoversTheLabelAndSelectsItsWholeText) {
     EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
 }
 
-/// Whether an assistive program that walks down from `top` meets a widget.
+/// Whether an assistive program that visits the descendants of `top` finds a widget.
 bool isReachedFrom(QAccessibleInterface* top, const QWidget* widget) {
     if (!top || top->object() == widget) {
         return top != nullptr;

@@ -27,7 +27,7 @@ class TreeKeyDragTest : public TreeFixture {
     QImage rowOf(const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     }
-    /// Looked at as it was at first: the current row looks otherwise.
+    /// Compared in its initial state: the current row is painted differently.
     bool isMarked() {
         const QPersistentModelIndex current = widget().currentIndex();
         goTo(first);
@@ -49,7 +49,7 @@ TEST_F(TreeKeyDragTest, KeysDragTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
     EXPECT_THAT(log, IsEmpty()) << "arrow keys report no node";
     EXPECT_TRUE(isMarked());
     key(Qt::Key_Return);
-    // As by a pointer that comes from the node's row and rests on the group.
+    // Like a pointer that moves from the node's row and rests on the group.
     EXPECT_THAT(log,
                 ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
     EXPECT_FALSE(isMarked());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a screen reader finds of each kind of control: name, role, value or state.
+// What a screen reader reads from each kind of control: name, role, value or state.
 #include <QAccessible>
 #include <QMetaEnum>
 #include <QTabBar>
@@ -49,7 +49,7 @@ class ViewsAccessibility : public testing::Test {
         return description.toStdString();
     }
 
-    /// The text that is said to be the label of the view.
+    /// The text that is linked as the label of the view.
     static std::string labelOf(QWidget& view) {
         QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&view);
         const auto labels = found->relations(QAccessible::Label);
@@ -104,7 +104,7 @@ TEST_F(ViewsAccessibility, Lists) {
     combo.addItem("good");
     combo.setListIndex(0).passOver();
     ComboBoxView comboView(combo, "Encoding Quality", &parent);
-    // On this desktop the name of such a box is its value, and what it is stands in its label.
+    // On this desktop the name of such a box is its value, and its label describes it.
     EXPECT_EQ(read(comboView), "ComboBox: good");
     EXPECT_EQ(labelOf(comboView), "");
     static_cast<void>(makeFixedText("Encoding Quality", &comboView, &parent));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What holds for every window's layout: each control that a user sees has its widget, an accessible
-// name and room for its text, and the tab key reaches all that take input.
+// Requirements for every window's layout: each visible control has a widget, an accessible name and
+// enough space for its text, and the tab key reaches all widgets with input.
 #include <QAbstractButton>
 #include <QApplication>
 #include <QTest>
@@ -52,7 +52,7 @@ class WindowLayouts : public testing::Test {
         }
         return found;
     }
-    /// Names of the widgets that the tab key reaches, until it comes round.
+    /// Names of the widgets that the tab key reaches, in one round.
     static std::vector<std::string> reachedByTab(FormWindow& window) {
         std::vector<std::string> reached;
         window.activateWindow();
@@ -137,7 +137,7 @@ TEST_F(WindowLayouts, TheMetersBarMovesWithinItsClip) {
     EXPECT_EQ(bar->y(), 0);
 }
 
-// The entry sets the height and nothing else: what stands on top is what a cube is for.
+// The menu entry changes only the height: the cube shows the upper part of the panel.
 TEST_F(WindowLayouts, TheCubeShowsDisplayMeterAndTransport) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
@@ -200,7 +200,7 @@ TEST_F(WindowLayouts, ThePreferencesShowTheirControls) {
                  "Check10",  "Check3",     "Check5",   "Check4", "cbxFormat", "Check1", "Text9",
                  "Check2",   "Picture6",   "Text10",   "Co111",  "Drive2",    "Dir2"}),
         IsEmpty());
-    // They are stores.
+    // They only store data.
     EXPECT_THAT(missing(window, {"Label3", "Label4"}), testing::SizeIs(2));
     form.Picture6.setVisible(true);
     auto* tabs = window.findChild<QTabWidget*>();

@@ -43,7 +43,7 @@ class FakeMp3Controls final : public Mp3Controls {
     std::size_t wholeBytes = 4000;
     std::size_t partialBytes = 400;
 
-    // --- what a test looks at --------------------------------------------------------------
+    // --- what a test reads --------------------------------------------------------------
 
     /// Calls that change something, oldest first.
     std::vector<std::string> log;

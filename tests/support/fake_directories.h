@@ -48,7 +48,7 @@ class FakeDirectories final : public Directories {
     /// Runs at each FindFirst(), before it returns.
     std::function<void()> whileListing;
 
-    // --- what a test looks at --------------------------------------------------------------
+    // --- what a test reads --------------------------------------------------------------
 
     /// The patterns passed to FindFirst(), oldest first.
     std::vector<std::string> listed;

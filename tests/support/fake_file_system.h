@@ -84,7 +84,7 @@ class FakeFileSystem final : public FileSystem {
         addFolder(path);
     }
 
-    // --- what a test looks at --------------------------------------------------------------
+    // --- what a test reads --------------------------------------------------------------
 
     /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
     /// Also "openBinary PATH read" ("write", "readWrite"), and for an open file "readBinary PATH

@@ -122,7 +122,7 @@ class VirtualEventLoop final : public EventLoop {
         midnightReference_ = now_;
     }
 
-    // --- what a test looks at --------------------------------------------------------------
+    // --- what a test reads --------------------------------------------------------------
 
     /// Number of yields so far, including the rounds of waits.
     [[nodiscard]] int yieldCount() const { return yieldCount_; }

@@ -109,7 +109,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
     void dragOver(const std::string& text) { dragOver(node(text)); }
     void drop() { run(view.onDragDrop, NodeRef()); }
 
-    // --- what a test looks at --------------------------------------------------------------
+    // --- what a test reads --------------------------------------------------------------
 
     [[nodiscard]] NodeRef node(const std::string& text) const {
         return firstNodeOfText(view, text);

@@ -12,12 +12,12 @@ namespace sonarith {
 
 namespace {
 
-/// In integers alone: the bytes of a large disk are beyond what a double holds exactly.
+/// In integers only: a double cannot represent the bytes of a large disk exactly.
 std::string wholeMegabytes(std::int64_t bytes) {
     constexpr std::int64_t megabyte = 1'000'000;
     const std::int64_t whole = bytes / megabyte;
     const std::int64_t rest = bytes % megabyte;
-    // A half goes to the even number, as in every conversion of the program.
+    // Halves are rounded to even, as in every conversion of the program.
     const bool up = rest > megabyte / 2 || (rest == megabyte / 2 && whole % 2 != 0);
     return std::to_string(up ? whole + 1 : whole);
 }
@@ -43,12 +43,12 @@ DiskGuard::DiskGuard(const Platform& platform, ProcessState& process, Windows& w
 
 void DiskGuard::RefreshDriveSpace() {
     FrmPrefs& prefs = touched(windows_.FrmPrefs);
-    // Set once, at the end: a view has nothing to repaint while the figures stay the same.
+    // Set once at the end, so that a view repaints nothing while the figures do not change.
     std::string lines;
     for (const std::string& root : driveRoots(platform_.system)) {
         process_.DriveName = root;
         if (startsWithLetterOf(root, "A")) {
-            continue; // never touched: a floppy drive would start up at each tick
+            continue; // never accessed: a floppy drive would start up at each tick
         }
         system_.DriveInfo(root, process_.DriveTotalBytes, process_.DriveFreeBytes);
         if (process_.DriveTotalBytes == 0 || system_.DriveType(root) != "Fixed drive") {
@@ -67,8 +67,8 @@ void DiskGuard::RefreshDriveSpace() {
 void DiskGuard::tmrWarning_Timer() {
     RefreshDriveSpace();
     const AppSettings& settings = process_.settings;
-    // The designed text of the label reads as 0: a destination on a drive that is not fixed counts
-    // as full.
+    // Deliberate: the designed text of the label is read as 0, so a destination on a drive that is
+    // not fixed counts as full.
     const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
     if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
         process_.stopRequested = true;

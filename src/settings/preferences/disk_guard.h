@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Watches the free space of the destination's drive while an action runs: a warning below one
-// limit, the stop of the work below another. Also fills the preferences' list of drives. It shows
-// no message, and does not switch its timer on: the start of an action does.
+// Monitors the free space of the destination's drive while an action runs: warns below one limit
+// and stops the action below another. Also fills the preferences' list of drives. It shows no
+// message and does not start its timer: the start of an action does.
 #pragma once
 
 #include "desktop/system.h"
@@ -14,17 +14,17 @@ namespace sonarith {
 
 class DiskGuard {
   public:
-    /// Becomes the handler of tmrWarning. All outlive this.
+    /// Sets the handlers of tmrWarning. All must outlive this.
     DiskGuard(const Platform& platform, ProcessState& process, Windows& windows,
               const System& system, CaptureMonitor& monitor);
     DiskGuard(const DiskGuard&) = delete;
     DiskGuard& operator=(const DiskGuard&) = delete;
 
     /// Writes the fixed drives to Text6 of the preferences, and the destination's drive to Label3
-    /// and its free MB (1,000,000 bytes) to Label4. Those two stay as they were if the destination
-    /// lies on no fixed drive. Loads the preferences if they are not loaded, which yields.
+    /// and its free MB (1,000,000 bytes) to Label4. Those two do not change if the destination is
+    /// on no fixed drive. Loads the preferences if they are not loaded, which yields.
     void RefreshDriveSpace();
-    /// One look at the limits. Yields after a stop.
+    /// Checks the limits once. Yields after a stop.
     void tmrWarning_Timer();
 
   private:

@@ -28,7 +28,8 @@ struct DiskGuardTest : test::PreferencesWorld {
     [[nodiscard]] bool stopped() const { return process.stopRequested && Form1.Timer1.enabled(); }
 };
 
-// --- the walk ------------------------------------------------------------------------------------
+// --- the list of drives
+// ------------------------------------------------------------------------------------
 
 TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsMegabytes) {
     freeOn("C:\\", 1'500'000'000);
@@ -51,7 +52,7 @@ TEST_F(DiskGuardTest, ListsNoDriveOfAnotherKind) {
         freeOn("C:\\", 7'000'000, kind);
         preferences.guard.RefreshDriveSpace();
         EXPECT_EQ(form.Text6.text(), "") << static_cast<int>(kind);
-        EXPECT_EQ(form.Label4.caption(), "200000"); // of the walk at load
+        EXPECT_EQ(form.Label4.caption(), "200000"); // of the list at load
     }
 }
 
@@ -175,7 +176,7 @@ TEST_F(DiskGuardTest, IsSilentAtTheWarningLimitItself) {
     freeOn("C:\\", 99'000'000);
     tick();
     EXPECT_TRUE(Form1.Label5.visible());
-    // Nothing but the next start of an action takes the warning back.
+    // Only the next start of an action removes the warning.
     freeOn("C:\\", 900'000'000);
     tick();
     EXPECT_TRUE(Form1.Label5.visible());
@@ -185,7 +186,7 @@ TEST_F(DiskGuardTest, StopsInThisOrder) {
     freeOn("C:\\", 0);
     std::vector<std::string> steps;
     Form1.Command8.onClick = [&] {
-        // Command1_Click: everything is stopped, with the flag and the label set.
+        // Command1_Click: stops everything, and sets the flag and the label.
         steps.push_back("stop");
         EXPECT_TRUE(process.stopRequested);
         EXPECT_TRUE(Form1.Label5.visible());
@@ -276,7 +277,8 @@ TEST_F(DiskGuardTest, ReadsTheTextOfTheLabel) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-// --- a window that comes and goes ----------------------------------------------------------------
+// --- opening and closing the window
+// ----------------------------------------------------------------
 
 TEST_F(DiskGuardTest, LoadsAClosedWindowHiddenWithItsWholeLoadStep) {
     form.unload();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences' window, the guard on disk space that fills a part of it, and what the machine
-// tells both. No behaviour lives here.
+// The preferences' window, the guard on disk space, which fills a part of it, and the system
+// information that both use. It has no behaviour of its own.
 #pragma once
 
 #include "desktop/system.h"
@@ -14,7 +14,7 @@
 namespace sonarith {
 
 struct Preferences {
-    /// All outlive this. `monitor` stops everything when a disk is nearly full.
+    /// All must outlive this. `monitor` stops everything when a disk is nearly full.
     Preferences(const Platform& platform, ProcessState& process, Windows& windows,
                 CaptureMonitor& monitor)
         : system(platform.system, platform.files),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The load step of the preferences: what it shows, saves and sets off, and where it ends.
+// The load step of the preferences: what it shows, saves and starts, and where it ends.
 #include <string>
 #include <vector>
 
@@ -122,7 +122,7 @@ TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderOfSetting) {
                                        "encode after extracting=1", "mute button=1",
                                        "DecodePath=C:\\Music\\Wav"));
     EXPECT_EQ(store.fileWrites, 1);
-    // Limits and lists are shown and not saved.
+    // Limits and lists are only shown, not saved.
     EXPECT_EQ(store.size(), 14U);
     EXPECT_EQ(form.Text7.text(), "300");
     EXPECT_EQ(form.Text8.text(), "200");
@@ -158,7 +158,7 @@ TEST_F(PreferencesLoad, WritesTheStoreOnce) {
     EXPECT_EQ(loop.yieldCount(), 1);
     EXPECT_EQ(store.fileWrites, 1);
     form.Check6.setValue(0).passOver();
-    EXPECT_EQ(store.fileWrites, 2); // and no write waits for anything afterwards
+    EXPECT_EQ(store.fileWrites, 2); // and no write is pending afterwards
 }
 
 TEST_F(PreferencesLoad, WritesTheStoreBeforeAMessageYields) {
@@ -192,7 +192,8 @@ TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAFailure) {
     EXPECT_EQ(store.fileWrites, 2);
 }
 
-// --- side effects of what is on ------------------------------------------------------------------
+// --- side effects of switches that are on
+// ------------------------------------------------------------------
 
 TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheSwitchIsOn) {
     start();
@@ -219,7 +220,7 @@ TEST_F(PreferencesLoad, OpensTheWindowEvenIfTheTraySwitchIsOn) {
 }
 
 TEST_F(PreferencesLoad, KeepsTheCaptionsOfSwitchesThatAreOff) {
-    // No click has run that would say "Do not Encode after extracting" and "Play".
+    // No click has run, which would set "Do not Encode after extracting" and "Play".
     startWithAllOff();
     EXPECT_EQ(form.Check10.caption(), "Encode to MP3 after extracting");
     EXPECT_EQ(form.Check1.caption(), "Mute");
@@ -238,7 +239,7 @@ TEST_F(PreferencesLoad, MeasuresTheDrivesBeforeTheDestinationIsChosen) {
 }
 
 TEST_F(PreferencesLoad, MeasuresTheDriveOfTheLoadersDestinationAtTheFirstStart) {
-    // The drives are walked before Co111_Click.
+    // The drives are listed before Co111_Click.
     std::string first;
     loop.atYield(1, [&] { first = form.Label4.caption(); });
     start();
@@ -335,7 +336,7 @@ TEST_F(PreferencesLoad, ToleratesValuesThatAreNoNumbers) {
             run.start();
             EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
             EXPECT_THAT(run.boxes.shown, IsEmpty());
-            EXPECT_EQ(run.held(key), bad); // nobody mends it
+            EXPECT_EQ(run.held(key), bad); // the invalid value is kept
         }
     }
 }

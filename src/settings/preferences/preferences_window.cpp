@@ -27,7 +27,7 @@ void fill(ComboBox& box, const char* const (&entries)[Count]) {
     }
 }
 
-/// Boxes before which something else is done: a box yields.
+/// Runs a step before each message box, since a box yields.
 class BoxesAfter final : public MessageBoxes {
   public:
     BoxesAfter(MessageBoxes& boxes, std::function<void()> before)
@@ -96,7 +96,8 @@ void PreferencesWindow::wireOtherControls() {
     copyIndex(form_.Combo1, &AppSettings::encodingQuality);
     copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
     copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
-    // Before the key has changed the text: what is saved is one key behind until Command1.
+    // Deliberate: runs before the key changes the text, so the saved text is one key behind until
+    // Command1.
     form_.Text7.onKeyDown = [this] {
         saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
     };
@@ -155,7 +156,8 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A box that becomes ticked runs its click: what is 1 is saved again at each start.
+/// A box that becomes ticked runs its click: switches with the value 1 are saved again at each
+/// start.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {
@@ -224,7 +226,7 @@ void PreferencesWindow::Check10_Click() {
 
 void PreferencesWindow::Check4_Click() {
     saveSwitch(form_.Check4, desktopIconKey, process_.settings.desktopIcon);
-    // This window alone comes and goes; the main window is not touched.
+    // Only this window is hidden and shown; the main window is not affected.
     if (form_.Check4.value() == 1) {
         windows_.frmpopup.load();
         form_.hide();
@@ -275,14 +277,15 @@ void PreferencesWindow::Drive2_Change() {
 
 void PreferencesWindow::Dir2_Change() {
     form_.Text9.setText(form_.Dir2.path());
-    // decodePath keeps the folder of this run; nobody looks whether this one can be written.
+    // Deliberate: decodePath keeps the folder of this run, and it is not checked whether this one
+    // is writable.
     saveSetting(decodePathKey, form_.Text9.text());
 }
 
 std::optional<DestinationFolder> PreferencesWindow::chosenDestination() {
     if (form_.Check2.value() == 0) {
-        // Read with an empty default, not with the loader's: the first start makes "WAVFiles" below
-        // the program's folder although the loader names the program's folder itself.
+        // Read with an empty default, not that of LoadSettings: the first start creates "WAVFiles"
+        // in the program folder, although LoadSettings returns the program folder itself.
         const std::string stored =
             platform_.store.GetSetting(applicationName, settingsSection, decodePathKey, "");
         return destinationOf(stored, platform_.files.programFolder());
@@ -321,7 +324,7 @@ void PreferencesWindow::Co111_Click() {
         platform_.boxes.show("Error in creating the path " + path +
                              "  Create a new Destination path using the selection controls");
     }
-    // A window that was closed meanwhile stays closed, and a new one keeps what was begun in it.
+    // A window that was closed meanwhile stays closed, and a new one keeps its own state.
     if (form_.loaded() && form_.timesLoaded() == load) {
         form_.Picture6.setVisible(false);
         form_.Check2.setValue(0).passOver();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the preferences' controls do.
+// The effects of the preferences' controls.
 #include "settings/preferences/preferences_window.h"
 
 #include <functional>
@@ -167,7 +167,7 @@ TEST_F(PreferencesControls, RejectAnEntryOutsideTheLists) {
 TEST_F(PreferencesControls, SaveTheTextOfALimitFromBeforeTheKeyPress) {
     startWithAllOff();
     keyDown(form.Text7);
-    form.Text7.setText("1005"); // what the key does
+    form.Text7.setText("1005"); // the effect of the key
     EXPECT_EQ(held("HDWarningNo"), "100");
     EXPECT_EQ(settings.hdWarningNo, 100);
     keyDown(form.Text7);
