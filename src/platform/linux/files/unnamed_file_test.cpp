@@ -391,8 +391,8 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
 
 INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,
                          testing::Values(Concealment::noName, Concealment::hiddenName),
-                         [](const auto& info) {
-                             return info.param == Concealment::noName ? "WithoutAName"
+                         [](const auto& way) {
+                             return way.param == Concealment::noName ? "WithoutAName"
                                                                       : "UnderAHiddenName";
                          });
 
