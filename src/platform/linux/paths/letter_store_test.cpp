@@ -19,7 +19,7 @@ TEST(LetterStore, WritesNewLettersToTheStoreOnRequest) {
     LetterStore letters(store);
     EXPECT_EQ(stored(letters, "D"), "/mnt/old");
     EXPECT_EQ(stored(letters, "E"), "none");
-    EXPECT_EQ(giveLetter(letters, "/mnt/new"), 'E');
+    EXPECT_EQ(assignLetter(letters, "/mnt/new"), 'E');
     EXPECT_EQ(stored(letters, "E"), "/mnt/new");
     EXPECT_EQ(stored(store, "E"), "none");
     letters.writeTo(store);
@@ -30,7 +30,7 @@ TEST(LetterStore, WritesNewLettersToTheStoreOnRequest) {
 TEST(LetterStore, WritesEachLetterOnce) {
     test::FakeSettingsStore store;
     LetterStore letters(store);
-    EXPECT_EQ(giveLetter(letters, "/mnt/new"), 'D');
+    EXPECT_EQ(assignLetter(letters, "/mnt/new"), 'D');
     letters.writeTo(store);
     store.SaveSetting(applicationName, drivesSection, "D", "by another hand");
     letters.writeTo(store);
