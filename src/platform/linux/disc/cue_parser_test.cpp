@@ -228,7 +228,7 @@ TEST(CueParser, RefusesASheetTruncatedAtAnyByteOrReadsItsCompleteTracks) {
 TEST(CueParser, ReportsWhatIsTruncated) {
     EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n\nREM\n"),
-                HasSubstr("line 1: no INDEX belongs to"));
+                HasSubstr("line 1: no INDEX follows the file"));
     EXPECT_THAT(refused("FILE \"a.bin BINARY\n"), HasSubstr("closing quotation mark"));
     EXPECT_THAT(refused("FILE \"a.bin\"\n"), HasSubstr("BINARY, MOTOROLA or WAVE"));
     EXPECT_THAT(refused("FILE a.bin\n"), HasSubstr("a name and a type"));
@@ -241,16 +241,17 @@ TEST(CueParser, ReportsWhatIsTruncated) {
 }
 
 TEST(CueParser, ReportsMisplacedStatements) {
-    EXPECT_THAT(refused("TRACK 01 AUDIO\n"), HasSubstr("before the first FILE"));
-    EXPECT_THAT(refused("FILE a BINARY\nINDEX 01 00:00:00\n"), HasSubstr("before the first TRACK"));
-    EXPECT_THAT(refused("FILE a BINARY\nPREGAP 00:02:00\n"), HasSubstr("before the first TRACK"));
+    EXPECT_THAT(refused("TRACK 01 AUDIO\n"), HasSubstr("precedes the first FILE"));
+    EXPECT_THAT(refused("FILE a BINARY\nINDEX 01 00:00:00\n"),
+                HasSubstr("precedes the first TRACK"));
+    EXPECT_THAT(refused("FILE a BINARY\nPREGAP 00:02:00\n"), HasSubstr("precedes the first TRACK"));
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 02 AUDIO\n"), HasSubstr("where track 1 is expected"));
-    EXPECT_THAT(refused(oneTrack + "PREGAP 00:02:00\n"), HasSubstr("after an INDEX"));
+    EXPECT_THAT(refused(oneTrack + "PREGAP 00:02:00\n"), HasSubstr("PREGAP follows an INDEX"));
     EXPECT_THAT(refused(oneTrack + "INDEX 01 00:01:00\n"), HasSubstr("follows INDEX 1"));
     EXPECT_THAT(refused(oneTrack + "POSTGAP 00:02:00\nPOSTGAP 00:02:00\n"), HasSubstr("already"));
     EXPECT_THAT(refused(oneTrack + "POSTGAP 00:02:00\nINDEX 02 00:03:00\n"), HasSubstr("POSTGAP"));
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 01 AUDIO\nPOSTGAP 00:02:00\n"),
-                HasSubstr("before INDEX 01"));
+                HasSubstr("POSTGAP precedes INDEX 01"));
     EXPECT_THAT(refused("FILE a BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 02 00:02:00\n"),
                 HasSubstr("has no INDEX 01"));
     EXPECT_THAT(refused("FILE a BINARY\nFILE b BINARY\n"),
@@ -258,7 +259,7 @@ TEST(CueParser, ReportsMisplacedStatements) {
 }
 
 TEST(CueParser, RefusesFilesThatItCannotRead) {
-    EXPECT_THAT(refused("FILE a.mp3 MP3\n"), HasSubstr("type is \"MP3\""));
+    EXPECT_THAT(refused("FILE a.mp3 MP3\n"), HasSubstr("the type of the file is \"MP3\""));
     EXPECT_THAT(refused("FILE a.wav WAVE\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00\n"),
                 HasSubstr("data track cannot be in a WAVE file"));
 }

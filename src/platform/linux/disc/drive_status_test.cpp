@@ -31,9 +31,9 @@ TEST(DriveStatus, ReportsTheProblemsKindAndNamesTheDrive) {
         DeviceProblem kind;
         const char* words;
     } rows[] = {
-        {ENOENT, DeviceProblem::missing, "no drive at"},
-        {ENODEV, DeviceProblem::missing, "no drive at"},
-        {ENXIO, DeviceProblem::missing, "no drive at"},
+        {ENOENT, DeviceProblem::missing, "does not exist"},
+        {ENODEV, DeviceProblem::missing, "does not exist"},
+        {ENXIO, DeviceProblem::missing, "does not exist"},
         {ENOTTY, DeviceProblem::missing, "not an optical drive"},
         {EINVAL, DeviceProblem::missing, "not an optical drive"},
         {EISDIR, DeviceProblem::missing, "not an optical drive"},

@@ -188,7 +188,7 @@ TEST(Timeline, MoreThanADiscHoldsIsAnError) {
     const std::int64_t mostBytes = 450000LL * 2352;
     EXPECT_EQ(cueLine(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
     EXPECT_THAT(cueLine(threeTrackSheet, {mostBytes + 2352}).error().text,
-                HasSubstr("disc.cue, line 6: with this track the disc is longer than 99:59:74"));
+                HasSubstr("disc.cue, line 6: this track makes the disc longer than 99:59:74"));
     EXPECT_FALSE(cueLine(threeTrackSheet, {INT64_MAX}).ok());
 }
 

@@ -154,7 +154,7 @@ TEST(TocParser, RefusesNumbersThatOverflow) {
 TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
     EXPECT_THAT(refusedToc(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refusedToc("CD_DA\n"), HasSubstr("no TRACK"));
-    EXPECT_THAT(refusedToc("FILE \"a\" 0\n"), HasSubstr("before the first TRACK"));
+    EXPECT_THAT(refusedToc("FILE \"a\" 0\n"), HasSubstr("precede the first TRACK"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\n"), HasSubstr("no content"));
     EXPECT_THAT(refusedToc("TRACK\n"), HasSubstr("mode"));
     EXPECT_THAT(refusedToc("TRACK AUDIO RW\n"), HasSubstr("subchannel"));
@@ -164,7 +164,7 @@ TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nDATAFILE \"a\"\n"), HasSubstr("in an audio track"));
     EXPECT_THAT(refusedToc("TRACK MODE1\nFILE \"a\" 0\n"), HasSubstr("in a data track"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 1\nPREGAP 00:02:00\n"),
-                HasSubstr("after content"));
+                HasSubstr("follows content"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSTART\nSTART\nSILENCE 1\n"), HasSubstr("already"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nISRC ABC\n"), HasSubstr("ISRC needs a text"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nNO TWO_CHANNEL_AUDIO\n"), HasSubstr("is not a keyword"));
