@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four bars of the main window and their menu entries. It does not know the contents of the
-// bars.
+// The four bars of the main window and their menu entries. It does not depend on the contents of
+// the bars.
 #pragma once
 
 #include "forms/form1.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors a running capture, ends each track at its position on the disc and starts the next one.
-// Contains every way to end a capture early. It does not know how a track is started.
+// Contains every way to end a capture early. It does not start tracks.
 #pragma once
 
 #include <cstdint>

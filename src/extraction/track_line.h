@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The form of a track's line in lists and tree: "Track  1 - 00:03:05". Text only; it knows no list.
+// The form of a track's line in lists and tree: "Track  1 - 00:03:05". Text only; it uses no list.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One open file as bytes at offsets. Used to read and write headers and tags. It knows no records
-// and no text, and it does not open files; file_system.h does.
+// One open file as bytes at offsets. Used to read and write headers and tags. It has no records and
+// no text, and it does not open files; file_system.h does.
 #pragma once
 
 #include <cstddef>

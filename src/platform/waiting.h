@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the logic thread waits for work on another thread. The implementation decides what the window
-// does meanwhile. This file does not know the work or its thread.
+// does meanwhile. This file does not depend on the work or its thread.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The part of a window that remains when some of it is cut away: non-overlapping rectangles of
-// pixels. It computes nothing and knows no window.
+// pixels. It computes nothing and uses no window.
 #pragma once
 
 #include <vector>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reads an INI file in QSettings' form as a whole and writes it in one step, so that it contains
-// either the old or the new values after any failure. It knows no keys and does not check whether a
-// file may be trusted (text/store_file_check.h).
+// either the old or the new values after any failure. It interprets no keys and does not check
+// whether a file may be trusted (text/store_file_check.h).
 #pragma once
 
 #include <map>

@@ -83,7 +83,7 @@ TEST_F(IniFileTest, KeepsTheModeAndFollowsALink) {
 TEST_F(IniFileTest, DoesNotChangeAFileWithoutWritePermission) {
     write("[S]\na=1\n");
     // A file of the superuser if the user runs the tests, and a write-protected file of the user's
-    // own if somebody else does.
+    // own if another program does.
     fs::permissions(path, fs::perms(::geteuid() == 0 ? 0644 : 0444));
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] { return write({{"S/a", "2"}}) ? 1 : 0; }), 0);

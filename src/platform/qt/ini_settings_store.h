@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The settings store as an INI file of the user. It knows no keys and no defaults. Values that
+// The settings store as an INI file of the user. It defines no keys and no defaults. Values that
 // cannot be written stay valid for the run, and the failure is reported once.
 #pragma once
 

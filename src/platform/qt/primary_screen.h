@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Position of the screen on which the program places its windows. The logic knows only this screen
+// Position of the screen on which the program places its windows. The logic uses only this screen
 // and uses coordinates relative to its corner, which on a desktop of several screens may be
 // anywhere.
 #pragma once

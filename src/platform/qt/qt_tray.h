@@ -27,7 +27,7 @@ class QtTray : public QObject, public Tray {
     ~QtTray() override;
 
     /// Connects to the session bus and looks for panels, which takes a moment; the first add() does
-    /// so, too. Before that hostPresent() knows no panel on the bus.
+    /// so, too. Before that hostPresent() detects no panel on the bus.
     void watchHosts() { hosts_.watchBus(); }
 
     bool add(const TrayIcon& icon) override;

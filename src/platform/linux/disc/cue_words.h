@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The keywords of CUE sheets and their meanings, case-insensitive. It knows no grammar.
+// The keywords of CUE sheets and their meanings, case-insensitive. It parses no grammar.
 #pragma once
 
 #include <optional>

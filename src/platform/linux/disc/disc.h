@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The interface of a drive and its disc for the devices above: a table of tracks on one time line,
-// and sectors of sound. This is not the player (disc_player.h), and it knows no file format.
+// and sectors of sound. This is not the player (disc_player.h), and it depends on no file format.
 #pragma once
 
 #include <cstdint>

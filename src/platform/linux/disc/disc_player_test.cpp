@@ -286,7 +286,7 @@ TEST(DiscPlayer, NoticesThatTheMediumIsGoneInAnObsoleteRead) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-// The engine pulls on its own thread while many commands are issued. It may hear only runs of
+// The engine pulls on its own thread while many commands are issued. It may receive only runs of
 // consecutive frames, and a run may begin only where a command has set the position.
 TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     const auto disc = longDisc();

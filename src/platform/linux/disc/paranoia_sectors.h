@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The sound of a disc through libcdio's paranoia reader, with every command to the drive bounded in
-// position, size and time. It knows no time line (optical_disc.h does).
+// position, size and time. It uses no time line (optical_disc.h does).
 #pragma once
 
 #include <array>

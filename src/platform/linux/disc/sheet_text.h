@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shared by the readers of CUE and TOC sheets: bounds, lines, words, numbers, times and error
-// messages. It knows neither format.
+// messages. It is independent of both formats.
 #pragma once
 
 #include <cstddef>

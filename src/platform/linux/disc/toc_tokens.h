@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits the text of a cdrdao TOC into words, strings and braces. It knows no grammar.
+// Splits the text of a cdrdao TOC into words, strings and braces. It parses no grammar.
 #pragma once
 
 #include <string>

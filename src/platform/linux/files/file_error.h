@@ -14,8 +14,8 @@ namespace sonarith {
 [[nodiscard]] Error fileError(ErrorNumber number);
 
 /// The number for `systemErrorNumber` (a value of errno), with its standard message. ENOENT is
-/// fileNotFound; a caller that knows that the folder is missing uses pathNotFound itself. Every
-/// errno without a special meaning for the logic is pathFileAccess.
+/// fileNotFound; a caller that has found the folder missing uses pathNotFound itself. Every errno
+/// without a special meaning for the logic is pathFileAccess.
 [[nodiscard]] Error fileErrorOfSystem(int systemErrorNumber);
 
 } // namespace sonarith

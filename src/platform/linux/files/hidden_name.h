@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Hidden names for files that are incomplete or not yet in their final place, and the deletion of
-// such files left by a killed process. It does not know the contents of the files.
+// such files left by a killed process. It does not depend on the contents of the files.
 #pragma once
 
 #include <string>

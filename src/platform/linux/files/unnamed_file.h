@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Files that stay invisible until they are complete: created in a folder, written, and given their
 // name in one step, so that the name always refers to either the complete old file or the complete
-// new one. It does not know the contents of the files.
+// new one. It does not depend on the contents of the files.
 #pragma once
 
 #include <filesystem>

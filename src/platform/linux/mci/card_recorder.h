@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Connects the sound card to a recording: attaches it to the card's recorder, one recording at a
-// time. It writes nothing itself (recording.h does) and knows no commands.
+// time. It writes nothing itself (recording.h does) and handles no commands.
 #pragma once
 
 #include <filesystem>

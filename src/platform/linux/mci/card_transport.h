@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Connects the disc to the sound card: plays a disc into the card's compact disc line. It reads no
-// sector itself (disc_player.h does) and knows no commands.
+// sector itself (disc_player.h does) and handles no commands.
 #pragma once
 
 #include <functional>

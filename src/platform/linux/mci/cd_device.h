@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The device type "cdaudio": the disc in a drive, its table and its playing, controlled by
-// commands. It does not know how a disc is read or heard.
+// commands. It does not read or play a disc itself.
 #pragma once
 
 #include <cstdint>

@@ -19,8 +19,8 @@
 
 namespace sonarith::mci {
 
-/// Plays one disc so that it can be heard and recorded. Initially stopped at sector 0; destroying
-/// it stops it. For the logic's thread only.
+/// Plays one disc into the output and to the recorder. Initially stopped at sector 0; destroying it
+/// stops it. For the logic's thread only.
 class Transport {
   public:
     virtual ~Transport() = default;

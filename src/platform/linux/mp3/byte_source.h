@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The input of MP3 streams: a file, or bytes in memory, readable at any offset and by several
-// threads at once; and a window over it for sequential reading. It knows no formats.
+// threads at once; and a window over it for sequential reading. It depends on no format.
 #pragma once
 
 #include <atomic>

@@ -10,7 +10,7 @@ namespace {
 
 const DecodeFailure badDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
 
-/// Every interleaving of two workers can be played here, since the schedule knows no threads.
+/// Every interleaving of two workers can be played here, since the schedule uses no threads.
 class SegmentScheduleTest : public testing::Test {
   protected:
     /// The worker decodes its segment to the end.

@@ -155,7 +155,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int beyond = 0;
     // The first reading is for the format. Who is how far at a reading is up to the scheduler: if
-    // nobody was stopped behind the broken frame, it is tried again.
+    // no worker was stopped after the broken frame, it is tried again.
     constexpr int mostTries = 200;
     for (int i = 0; i < 8 || (beyond == 0 && i < mostTries); ++i) {
         const int readings = 4 + 3 * (i % 8);

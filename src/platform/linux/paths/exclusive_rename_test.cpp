@@ -68,7 +68,7 @@ TEST_P(ExclusiveRenameTest, ReportsAMissingFile) {
     EXPECT_EQ(rename("a", "b"), ENOENT);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, ExclusiveRenameTest,
+INSTANTIATE_TEST_SUITE_P(BothMethods, ExclusiveRenameTest,
                          ::testing::Values(&renameExclusively, &renameByLink));
 
 } // namespace

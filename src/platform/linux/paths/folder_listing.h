@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The entries of one folder of the machine, one at a time in the kernel's order. Machine paths and
-// names; it knows neither drives nor other folders.
+// names; it uses neither drives nor other folders.
 #pragma once
 
 #include <memory>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts one name of a file or folder between the machine's form and the logic's. It accesses no
-// disk and knows no paths.
+// disk and handles no paths.
 #pragma once
 
 #include <string>

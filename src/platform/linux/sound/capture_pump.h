@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Transfers the sound of a capture device to a line of the card, on a separate thread. The device
-// is open during the lifetime of this object. It knows no sound library and never blocks the card:
+// is open during the lifetime of this object. It uses no sound library and never blocks the card:
 // without data from the device the line is silent.
 #pragma once
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The mixer's arithmetic on 16-bit samples: levels, saturating sums, the mean of both channels. It
-// knows no lines and no devices.
+// uses no lines and no devices.
 #pragma once
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Transfers the speakers' mix to a device, on a separate thread: the card adds its frames without
-// blocking. The device is open only while there is sound. It knows no sound library.
+// blocking. The device is open only while there is sound. It uses no sound library.
 #pragma once
 
 #include <chrono>

@@ -48,7 +48,7 @@ class FailingDiskTest : public testing::Test {
         return std::move(made.value());
     }
     /// Runs `body` with its writes and flushes before `verdict`.
-    static void judged(const CallJudge::Verdict& verdict, const std::function<void()>& body) {
+    static void intercepted(const CallJudge::Verdict& verdict, const std::function<void()>& body) {
         const bool ran = CallJudge::run({SYS_write, SYS_pwrite64, SYS_fdatasync, SYS_fsync,
                                          SYS_ftruncate, SYS_pread64, SYS_linkat},
                                         verdict, [&](CallJudge&) { body(); });
@@ -133,7 +133,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
         for (const bool recovers : {true, false}) {
             for (int failing = 0; failing < 4; ++failing) {
                 int writes = 0;
-                judged(
+                intercepted(
                     [&](const seccomp_data& call) {
                         const int number = isSamples(call) ? writes++ : -1;
                         const bool fails = recovers ? number == failing : number >= failing;
@@ -162,7 +162,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
 
 TEST_F(FailingDiskTest, LeavesTheOldFileIfThereIsNothingToKeep) {
     std::ofstream(target) << "old";
-    judged(
+    intercepted(
         [](const seccomp_data& call) { return isSamples(call) ? ENOSPC : CallJudge::letThrough; },
         [&] {
             RecordingFile recording = create();
@@ -178,7 +178,7 @@ TEST_F(FailingDiskTest, LeavesTheOldFileIfThereIsNothingToKeep) {
 }
 
 TEST_F(FailingDiskTest, FailsAtTheFirstByteAndLeavesNoFile) {
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return isHeader(call) || isSamples(call) ? ENOSPC : CallJudge::letThrough;
         },
@@ -192,7 +192,7 @@ TEST_F(FailingDiskTest, FailsAtTheFirstByteAndLeavesNoFile) {
 
 TEST_F(FailingDiskTest, IsCopiedIfItsHeaderCannotBeChanged) {
     int headers = 0;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isHeader(call) && ++headers == 2 ? EIO : CallJudge::letThrough;
         },
@@ -208,7 +208,7 @@ TEST_F(FailingDiskTest, IsCopiedIfItsHeaderCannotBeChanged) {
 
 TEST_F(FailingDiskTest, IsCopiedIfItCannotBeTruncated) {
     int cuts = 0;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             cuts += call.nr == SYS_ftruncate ? 1 : 0;
             return call.nr == SYS_ftruncate || (isSamples(call) && call.args[2] == 404)
@@ -227,7 +227,7 @@ TEST_F(FailingDiskTest, IsCopiedIfItCannotBeTruncated) {
 
 TEST_F(FailingDiskTest, IsNamedOnlyOnceItsHeaderCanBeWritten) {
     std::atomic<bool> broken = false;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return broken && isHeader(call) ? ENOSPC : CallJudge::letThrough;
         },
@@ -245,7 +245,7 @@ TEST_F(FailingDiskTest, IsNamedOnlyOnceItsHeaderCanBeWritten) {
 
 TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRest) {
     int flushes = 0;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return call.nr == SYS_fdatasync && ++flushes == 3 ? EDQUOT : CallJudge::letThrough;
         },
@@ -266,7 +266,7 @@ TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRest) {
 
 TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRestAtTheSave) {
     std::atomic<int> lost = 0;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             const bool isLost = call.nr == SYS_fdatasync && lost-- > 0;
             const bool isCopied = call.nr == SYS_pread64; // for which there may be no room
@@ -286,7 +286,7 @@ TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRestAtTheSave) {
 }
 
 TEST_F(FailingDiskTest, NamesNoFileIfTheDiskHasLostEverything) {
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_fdatasync ? EIO : CallJudge::letThrough;
         },
@@ -302,7 +302,7 @@ TEST_F(FailingDiskTest, NamesNoFileIfTheDiskHasLostEverything) {
 
 TEST_F(FailingDiskTest, KeepsThePlainFilesPartIfThereIsNoSpaceForTheLargeForm) {
     constexpr std::int64_t smallLimit = 400'002; // in the middle of a frame
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_pread64 ? EIO : CallJudge::letThrough;
         },

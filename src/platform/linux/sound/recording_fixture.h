@@ -54,14 +54,14 @@ class RecordingFixture : public testing::Test {
     }
 
     /// Whether the disk has all frames except less than a batch.
-    [[nodiscard]] static bool isTaken(const Recording& recording) {
+    [[nodiscard]] static bool isWritten(const Recording& recording) {
         const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
         return waiting < RecordingQueue::batchFrames;
     }
 
     /// Runs `body` with `verdict` deciding about selected calls on files; see CallJudge.
-    static void judged(const test::CallJudge::Verdict& verdict,
-                       const std::function<void(test::CallJudge&)>& body) {
+    static void intercepted(const test::CallJudge::Verdict& verdict,
+                            const std::function<void(test::CallJudge&)>& body) {
         const bool ran = test::CallJudge::run(
             {SYS_pwrite64, SYS_fdatasync, SYS_fsync, SYS_linkat, SYS_openat}, verdict, body);
         if (!ran) {

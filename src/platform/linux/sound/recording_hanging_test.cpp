@@ -60,26 +60,26 @@ bool hitsSamples(const seccomp_data& call) {
 
 TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsOutputNorItsQueries) {
     const auto speakers = std::make_shared<fakes::MemorySink>();
-    judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
-           [&](CallJudge& judge) {
-               const auto recording = begin(briefTiming);
-               card.setSpeakers(speakers);
-               startRecording(*recording);
-               play(2s);
-               ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
-               play(3s);
-               card.setMuted(Line::compactDisc, true);
-               EXPECT_EQ(speakers->size(), 5U * 44'100);
-               EXPECT_EQ(disc->position(), 5 * 44'100);
-               EXPECT_EQ(recording->bytes(), 5 * 176'400);
-               card.stopRecording(now);
-               EXPECT_GT(judge.held(), 0);
-           });
+    intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
+                [&](CallJudge& judge) {
+                    const auto recording = begin(briefTiming);
+                    card.setSpeakers(speakers);
+                    startRecording(*recording);
+                    play(2s);
+                    ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+                    play(3s);
+                    card.setMuted(Line::compactDisc, true);
+                    EXPECT_EQ(speakers->size(), 5U * 44'100);
+                    EXPECT_EQ(disc->position(), 5 * 44'100);
+                    EXPECT_EQ(recording->bytes(), 5 * 176'400);
+                    card.stopRecording(now);
+                    EXPECT_GT(judge.held(), 0);
+                });
 }
 
 TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
     std::atomic<bool> hanging = false;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return hanging && hitsSamples(call) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -107,52 +107,54 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
 }
 
 TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
-    judged([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
-           [&](CallJudge& judge) {
-               const auto recording = begin();
-               startRecording(*recording);
-               play(1s);
-               ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
-               play(60s);
-               const std::int64_t bound = disc->position();
-               EXPECT_LE(bound, 441'000 + 44'100) << "what is queued, and what is being written";
-               EXPECT_GE(bound, 441'000);
-               EXPECT_EQ(recording->bytes(), bound * 4);
-               play(60s);
-               EXPECT_EQ(disc->position(), bound);
-               judge.release();
-               ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
-               play(2s);
-               card.stopRecording(now);
-               EXPECT_EQ(disc->position(), bound + 2 * 44'100);
-               EXPECT_TRUE(recording->save(target).ok());
-           });
+    intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
+                [&](CallJudge& judge) {
+                    const auto recording = begin();
+                    startRecording(*recording);
+                    play(1s);
+                    ASSERT_TRUE(eventually([&] { return judge.held() > 0; }));
+                    play(60s);
+                    const std::int64_t bound = disc->position();
+                    EXPECT_LE(bound, 441'000 + 44'100)
+                        << "what is queued, and what is being written";
+                    EXPECT_GE(bound, 441'000);
+                    EXPECT_EQ(recording->bytes(), bound * 4);
+                    play(60s);
+                    EXPECT_EQ(disc->position(), bound);
+                    judge.release();
+                    ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
+                    play(2s);
+                    card.stopRecording(now);
+                    EXPECT_EQ(disc->position(), bound + 2 * 44'100);
+                    EXPECT_TRUE(recording->save(target).ok());
+                });
     expectPlainWav(target, played());
 }
 
 class HangingCallTest : public HangingDiskTest, public testing::WithParamInterface<Hang> {};
 
 TEST_P(HangingCallTest, DoesNotBlockTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain) {
-    judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
-           [&](CallJudge& judge) {
-               auto recording = begin(briefTiming);
-               startRecording(*recording);
-               play(2s);
-               EXPECT_EQ(recording->bytes(), 2 * 176'400);
-               card.stopRecording(now);
-               const Status late = recording->save(target);
-               ASSERT_FALSE(late.ok());
-               EXPECT_EQ(late.error().number, ErrorNumber::deviceInputOutput);
-               EXPECT_THAT(late.error().text, HasSubstr("not saved yet"));
-               EXPECT_FALSE(context.saves->noneWithin(0ms));
-               recording.reset();
-               ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
-               EXPECT_TRUE(eventually([&] { return judge.held() == 1; }));
-               EXPECT_FALSE(fs::exists(target));
-               judge.release();
-               EXPECT_TRUE(noSaveIsPending());
-               expectPlainWav(target, played());
-           });
+    intercepted(
+        [](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
+        [&](CallJudge& judge) {
+            auto recording = begin(briefTiming);
+            startRecording(*recording);
+            play(2s);
+            EXPECT_EQ(recording->bytes(), 2 * 176'400);
+            card.stopRecording(now);
+            const Status late = recording->save(target);
+            ASSERT_FALSE(late.ok());
+            EXPECT_EQ(late.error().number, ErrorNumber::deviceInputOutput);
+            EXPECT_THAT(late.error().text, HasSubstr("not saved yet"));
+            EXPECT_FALSE(context.saves->noneWithin(0ms));
+            recording.reset();
+            ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
+            EXPECT_TRUE(eventually([&] { return judge.held() == 1; }));
+            EXPECT_FALSE(fs::exists(target));
+            judge.release();
+            EXPECT_TRUE(noSaveIsPending());
+            expectPlainWav(target, played());
+        });
     EXPECT_EQ(entriesIn(folder.path()), 1);
     EXPECT_THAT(shown.texts(),
                 ElementsAre(AllOf(HasSubstr("\"1234-3.wav\""), HasSubstr("does not respond")),
@@ -160,16 +162,17 @@ TEST_P(HangingCallTest, DoesNotBlockTheLogicAndTheSaveIsDoneWhenTheDiskRespondsA
 }
 
 TEST_P(HangingCallTest, DoesNotBlockTheLogicAndAnUnwantedRecordingLeavesNoFile) {
-    judged([](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
-           [&](CallJudge& judge) {
-               auto recording = begin(briefTiming);
-               startRecording(*recording);
-               play(7s); // with a flush
-               card.stopRecording(now);
-               recording.reset();
-               EXPECT_EQ(entriesIn(folder.path()), 0);
-               judge.release();
-           });
+    intercepted(
+        [](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
+        [&](CallJudge& judge) {
+            auto recording = begin(briefTiming);
+            startRecording(*recording);
+            play(7s); // with a flush
+            card.stopRecording(now);
+            recording.reset();
+            EXPECT_EQ(entriesIn(folder.path()), 0);
+            judge.release();
+        });
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
@@ -197,7 +200,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                          [](const auto& hang) { return hang.param.name; });
 
 TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -212,21 +215,21 @@ TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
             judge.release();
             EXPECT_TRUE(noSaveIsPending());
         });
-    judged([](const seccomp_data& call) { return isSamples(call) ? CallJudge::hold : 0; },
-           [&](CallJudge&) {
-               auto recording = begin({2s, 1h, 1h});
-               recording->sink()->record(pattern(0, 100));
-               const auto start = std::chrono::steady_clock::now();
-               EXPECT_FALSE(recording->save(target).ok());
-               EXPECT_FALSE(recording->save(folder / "other.wav").ok());
-               recording.reset();
-               EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
-           });
+    intercepted([](const seccomp_data& call) { return isSamples(call) ? CallJudge::hold : 0; },
+                [&](CallJudge&) {
+                    auto recording = begin({2s, 1h, 1h});
+                    recording->sink()->record(pattern(0, 100));
+                    const auto start = std::chrono::steady_clock::now();
+                    EXPECT_FALSE(recording->save(target).ok());
+                    EXPECT_FALSE(recording->save(folder / "other.wav").ok());
+                    recording.reset();
+                    EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
+                });
 }
 
 TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
     const fakes::TempFolder other;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -234,7 +237,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
             const auto recording = begin({folder.path(), other.path()}, briefTiming);
             startRecording(*recording);
             play(2s);
-            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }))
+            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }))
                 << "the recording uses the other folder";
             play(1s);
             card.stopRecording(now);
@@ -253,7 +256,7 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
 
 TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {
     const fakes::TempFolder other;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -273,7 +276,7 @@ TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {
 }
 
 TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -284,7 +287,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
             play(60s);
             EXPECT_EQ(disc->position(), 441'000) << "all frames are queued, and the disc waits";
             judge.release();
-            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             play(1s);
             card.stopRecording(now);
             static_cast<void>(recording->save(target));
@@ -296,7 +299,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
 }
 
 TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
         },

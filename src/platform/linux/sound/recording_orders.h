@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The logic's orders to a recording's writer (a file, a save, an end), and their results. The logic
-// waits for a bounded time; an order remains valid after a timeout. It knows no frames and no
+// waits for a bounded time; an order remains valid after a timeout. It handles no frames and no
 // files.
 #pragma once
 

@@ -119,7 +119,7 @@ TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
 
 TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
     std::atomic<bool> full = false;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return full && isSamples(call) ? ENOSPC : CallJudge::letThrough;
         },
@@ -151,7 +151,7 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
 
 TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
     std::atomic<bool> loses = false;
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return loses && call.nr == SYS_fdatasync && loses.exchange(false)
                        ? EIO
@@ -177,7 +177,7 @@ TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
 }
 
 TEST_F(RecordingTest, ReportsNoFailureOfAnAbandonedRecording) {
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isSamples(call) ? CallJudge::hold : CallJudge::letThrough;
         },

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A shelf filter: raises or lowers all frequencies below a corner, or above it, by some dB, and
-// moves to another gain without a click. It knows no slider and no limit of samples
+// moves to another gain without a click. It depends on no slider and no limit of samples
 // (tone_control.h).
 //
 // The formulas are those of the "Audio EQ Cookbook" (R. Bristow-Johnson; W3C Working Group Note of

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs the calls to one object that may hang (a drive, a mount, an open file) on a separate thread,
-// one after the other, and waits for them with a bound. It knows neither what is called nor what
-// the window does during a wait (platform/waiting.h).
+// one after the other, and waits for them with a bound. It depends neither on what is called nor on
+// what the window does during a wait (platform/waiting.h).
 #pragma once
 
 #include <cstddef>
