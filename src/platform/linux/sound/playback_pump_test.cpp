@@ -386,7 +386,7 @@ TEST_F(PlaybackPumpTest, TriesAgainAfterAWhileIfTheSystemHadNoThread) {
     threads.free(1);
     play(pump, 0, 5000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 5000; }));
-    EXPECT_TRUE(reports.hold(DeviceState::works));
+    EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
 }
 
 } // namespace

@@ -264,7 +264,7 @@ TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {
             const auto recording = begin({folder.path(), other.path()}, {20ms, 1h, 1h});
             startRecording(*recording);
             play(1s);
-            EXPECT_EQ(judge.held(), 1);
+            ASSERT_TRUE(eventually([&] { return judge.held() == 1; }));
             judge.release();
             play(1s);
             card.stopRecording(now);
