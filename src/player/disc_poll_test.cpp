@@ -71,6 +71,44 @@ TEST_F(DiscPollTest, ANewDiscIsReadAndMovedToItsFirstTrack) {
     EXPECT_TRUE(form.loaded());
 }
 
+TEST_F(DiscPollTest, ADiscJustFoundIsReadyBeforeItIsMovedToItsFirstTrack) {
+    int looks = 0;
+    media.onCommand = [&](std::string_view command) {
+        if (command == "status cd length wait") {
+            ++looks;
+            EXPECT_EQ(form.CD.text(), "Cd Ready");
+            EXPECT_FALSE(state.CDLoaded);
+            EXPECT_THAT(enabledButtons(), ElementsAre("eject"));
+        } else if (command == "status cd length track 1") {
+            ++looks;
+            EXPECT_EQ(state.TrackLengths.size(), 3U);
+            EXPECT_THAT(enabledButtons(), ElementsAre("eject"));
+        } else if (command == "seek cd to 1") {
+            ++looks;
+            EXPECT_EQ(state.TrackLengths.back(), "01:00:00");
+            EXPECT_EQ(form.timeWindow.fontSize(), 18);
+            EXPECT_EQ(enabledButtons(), allButtons);
+            EXPECT_TRUE(state.CDLoaded);
+        }
+    };
+    player.poll.UpdatePlayer();
+    EXPECT_EQ(looks, 3);
+}
+
+TEST_F(DiscPollTest, ALookWhoseMoveFailsGoesOnWithPositionAndMode) {
+    media.answer("seek cd to 1", {.status = 275});
+    const std::vector<std::string> sent = poll();
+    const auto failed = std::find(sent.begin(), sent.end(), "seek cd to 1");
+    ASSERT_NE(failed, sent.end());
+    EXPECT_THAT(std::vector(failed, sent.end()),
+                ElementsAre("seek cd to 1", "close all", "close all", //
+                            "stop cd", "close cd", "close all",       // the panel's unload
+                            "status cd position", "status cd mode"));
+    EXPECT_FALSE(form.loaded());
+    // Marked as read before the move, until the panel is loaded again.
+    EXPECT_TRUE(state.CDLoaded);
+}
+
 TEST_F(DiscPollTest, EveryReplyFitsThirtyCharacters) {
     media.replySizes.clear();
     media.log.clear();

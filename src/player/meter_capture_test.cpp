@@ -41,6 +41,17 @@ TEST_F(MeterCaptureTest, StartOpensPreparesAddsAndStarts) {
     }
 }
 
+TEST_F(MeterCaptureTest, CountsAsRunningFromBeforeTheStartUntilBeforeTheReset) {
+    std::vector<std::string> moments;
+    waveInput.onOperation = [&](const std::string& operation) {
+        moments.push_back(operation + (capture.running() ? " running" : ""));
+    };
+    capture.StartMeter();
+    capture.StopMeter();
+    EXPECT_THAT(moments, ElementsAre("open", "prepare", "prepare", "add", "add", "start running",
+                                     "reset", "stop", "unprepare", "unprepare", "close"));
+}
+
 TEST_F(MeterCaptureTest, TwoStartsOpenOneDevice) {
     capture.StartMeter();
     EXPECT_THAT(operationsOf([&] { EXPECT_TRUE(capture.StartMeter()); }), IsEmpty());

@@ -88,6 +88,19 @@ TEST_F(MixerPanelTest, ALevelThatCannotBeReadKeepsSliderAndNumber) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
+TEST_F(MixerPanelTest, AControlThatIsNotFoundIsNotRead) {
+    // Found before, so that its record still has an identifier.
+    mixer.removeControl(mixer_line::speakers, mixer_control::bass);
+    mixer.removeControl(mixer_line::speakers, mixer_control::treble);
+    EXPECT_THAT(operationsOf([&] { form.Command2.click(); }),
+                ElementsAre("mixer open",                                                       //
+                            "mixer line 4", "mixer control 4 50030001", "mixer get 4 50030001", //
+                            "mixer line 4101", "mixer control 4101 50030001",
+                            "mixer get 4101 50030001",                  //
+                            "mixer line 4", "mixer control 4 50030002", //
+                            "mixer line 4", "mixer control 4 50030003"));
+}
+
 TEST_F(MixerPanelTest, ALevelOutsideTheSlidersRangeKeepsTheSlider) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 70000);
     form.Command2.click();
@@ -147,6 +160,16 @@ TEST_F(MixerPanelTest, ALoadWithoutAMixerShowsTheMessageOnceAndKeepsTheDesignedS
     }
     EXPECT_TRUE(form.loaded());
     EXPECT_TRUE(process.PlayerOpen);
+}
+
+TEST_F(MixerPanelTest, ALoadWithoutAMixerStillTriesItsThreeWrites) {
+    form.unload();
+    player.mixerState = {};
+    mixer.present = false;
+    EXPECT_THAT(operationsOf([&] { form.load(); }),
+                ElementsAre("mixer open", "mixer set none 65535", "mixer set none 65535",
+                            "mixer set none 65535"));
+    EXPECT_EQ(process.mixerLastError, MixerResult::invalidHandle);
 }
 
 TEST_F(MixerPanelTest, TheSpareControlIsNeverLookedUpAndItsWriteHasNoEffect) {
@@ -213,6 +236,21 @@ TEST_F(MixerPanelTest, AFailedWriteStillChangesTheNumber) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
+TEST_F(MixerPanelTest, ANumberChangesBeforeItsLevelIsWritten) {
+    std::vector<std::string> numbers;
+    mixer.onOperation = [&](const std::string& operation) {
+        if (operation.starts_with("set ")) {
+            numbers.push_back(operation + ": " + form.Text1.text() + form.BassText.text() +
+                              form.Treblesliderte.text());
+        }
+    };
+    form.Slider1.moveTo(65535);
+    form.BassSlider.moveTo(65535);
+    form.trebleslider.moveTo(65535);
+    EXPECT_THAT(numbers, ElementsAre("set 4101 50030001 0: 055", "set 4 50030002 0: 005",
+                                     "set 4 50030003 0: 000"));
+}
+
 TEST_F(MixerPanelTest, ThePanSliderAndTheThreeCheckBoxesDoNothing) {
     EXPECT_THAT(operationsOf([&] {
                     form.Slider2.moveTo(1);
@@ -269,6 +307,18 @@ TEST_F(MixerPanelTest, AMissingSwitchIsWrittenToWithoutAReport) {
                 ElementsAre("mixer line 4101", "mixer set none 1"));
     EXPECT_FALSE(player.mixerState.mixerFound);
     EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(MixerPanelTest, AnAbsentSwitchIsWrittenToTheControlThatItsRecordHolds) {
+    // The result of the look-up is kept and not acted on, and the records are shared.
+    mixer.removeLine(mixer_line::compactDisc);
+    form.Option2.click();
+    mixer.put(mixer_line::speakers, mixer_control::mute, 0);
+    EXPECT_THAT(operationsOf([&] { form.Option13.click(); }),
+                ElementsAre("mixer line 4101", "mixer set 4 20010002 1"));
+    form.Option3.click();
+    EXPECT_THAT(operationsOf([&] { form.Option14.click(); }),
+                ElementsAre("mixer line 4101", "mixer set 4104 20010002 0"));
 }
 
 TEST_F(MixerPanelTest, SetMuteUnmutesTheDiscAsOption14Does) {
