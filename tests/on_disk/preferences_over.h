@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preferences' logic over files, folders and a settings store of the machine; all else is fake.
+// For tests; tests/support/preferences_world.h has it over files in memory.
+#pragma once
+
+#include "extraction/extraction.h"
+#include "forms/windows.h"
+#include "settings/preferences/preferences.h"
+#include "support/fake_machine.h"
+#include "worktree/add_file.h"
+
+namespace sonarith::test {
+
+struct PreferencesOver {
+    /// All outlive this.
+    PreferencesOver(FileSystem& files, Directories& directories, SettingsStore& store)
+        : platform{.loop = machine.loop,
+                   .media = machine.media,
+                   .store = store,
+                   .files = files,
+                   .boxes = machine.boxes,
+                   .pointer = machine.pointer,
+                   .random = machine.random,
+                   .shell = machine.shell,
+                   .directories = directories,
+                   .mp3Controls = machine.mp3,
+                   .fileDialog = machine.dialog,
+                   .mixer = machine.mixer,
+                   .waveInput = machine.waveInput,
+                   .tray = machine.tray,
+                   .system = machine.system} {
+        windows.Form1.load();
+        windows.Form4.load();
+    }
+    /// The steps of a program start that concern these.
+    void start() {
+        LoadSettings(platform.store, platform.files.programFolder(), process.settings);
+        form.load();
+    }
+
+    test::FakeMachine machine;
+    Platform platform;
+    ProcessState process;
+    Windows windows{platform, process};
+    FrmPrefs& form = windows.FrmPrefs;
+    FileAdder adder{platform, process, windows.Form1};
+    Extraction extraction{platform, process, windows, adder};
+    Preferences preferences{platform, process, windows, extraction.monitor};
+};
+
+} // namespace sonarith::test
