@@ -21,8 +21,8 @@ ENTRIES = ["Stop Conversion", "Restore Control panel", "-", "Shutdown program"]
 SECONDS_OF_QUIET = 3.5
 
 
-def panel(desktop):
-    return TrayHost(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+def panel(desktop, **options):
+    return TrayHost(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], **options)
 
 
 def state_of(desktop, window):
@@ -134,6 +134,12 @@ def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
         wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         wait_for_state(desktop, window, "Withdrawn")
         check("NewToolTip" in host.signals(), "the panel received no signal of a new tool tip")
+        # The title stays the same while the track is captured, and so does the tip.
+        before = len(host.signals())
+        tip = host.tip()
+        time.sleep(SECONDS_OF_QUIET)
+        check_equal((host.tip(), host.signals()[before:]), (tip, []),
+                    "the tip and its signals during the action")
         host.choose("Stop Conversion")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
@@ -181,6 +187,24 @@ def the_end_of_a_panel_iconifies_the_window(desktop, program):
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")
         second.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
+    close(started)
+
+
+def of_two_panels_the_second_takes_over(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, SECONDS)
+    with panel(desktop) as first, panel(desktop, waits_in_line=True) as second:
+        window = minimize(started)
+        first.wait_for_icon()
+        wait_for_state(desktop, window, "Withdrawn")
+        check_equal(second.icons(), [], "icons in the panel that waits in line")
+        first.die()
+        # Without a moment in which there is no watcher.
+        second.wait_for_icon()
+        check_equal(len(second.icons()), 1, "icons in the second panel")
+        check_equal(second.entries(), ENTRIES, "the menu in the second panel")
+        second.choose("Restore Control panel")
+        wait_for_state(desktop, window, "Normal")
+        second.wait_for_no_icon()
     close(started)
 
 
@@ -330,6 +354,6 @@ if __name__ == "__main__":
     run(an_icon_has_tip_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
         the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
         without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
-        without_a_bus_the_window_is_only_iconified, the_end_of_the_bus_iconifies_the_window,
+        of_two_panels_the_second_takes_over, without_a_bus_the_window_is_only_iconified, the_end_of_the_bus_iconifies_the_window,
         an_embedded_icon_opens_its_menu, the_end_of_an_embedding_panel_iconifies_the_window,
         a_common_panel_program_embeds_the_icon)

@@ -21,10 +21,12 @@ _WATCHER_XML = f"""<node><interface name="{WATCHER}">
 
 
 class TrayHost:
-    """Use as a context manager. It replies on a thread of its own, as another process would."""
+    """Use as a context manager. It replies on a thread of its own, as another process would. With
+    `waits_in_line` it takes over as soon as the panel that owns the watcher's name ends."""
 
-    def __init__(self, address):
+    def __init__(self, address, waits_in_line=False):
         self._address = address
+        self._waits_in_line = waits_in_line
         self._registered = []
         self._signals = []
         self._context = GLib.MainContext.new()
@@ -56,8 +58,11 @@ class TrayHost:
         self._bus.signal_subscribe("org.freedesktop.DBus", "org.freedesktop.DBus",
                                    "NameOwnerChanged", None, None, Gio.DBusSignalFlags.NONE,
                                    self._on_owner)
+        def is_ready(*_):
+            self._ready.set()
         Gio.bus_own_name_on_connection(self._bus, WATCHER, Gio.BusNameOwnerFlags.NONE,
-                                       lambda *_: self._ready.set(), None)
+                                       None if self._waits_in_line else is_ready,
+                                       is_ready if self._waits_in_line else None)
         self._loop.run()
         self._context.pop_thread_default()
 

@@ -7,12 +7,15 @@
 //     watcher.setHost(true);
 //     watcher.leave();
 //     bus.kill();
+//
+// Of two watchers the second waits in line for the name, and gets it when the first leaves.
 #pragma once
 
 #include <stdexcept>
 #include <utility>
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
@@ -71,7 +74,7 @@ class NotifierWatcher final : public QDBusVirtualObject {
     explicit NotifierWatcher(PrivateBus& bus, Manner manner = Manner::answers)
         : bus_(bus.connect()), manner_(manner) {
         bus_.registerVirtualObject(path, this);
-        bus_.registerService(name);
+        comeBack();
     }
     ~NotifierWatcher() override {
         leave();
@@ -87,7 +90,14 @@ class NotifierWatcher final : public QDBusVirtualObject {
     }
     /// Simulates that the watcher's process has ended.
     void leave() { bus_.unregisterService(name); }
-    void comeBack() { bus_.registerService(name); }
+    void comeBack() {
+        bus_.interface()->registerService(name, QDBusConnectionInterface::QueueService);
+    }
+    /// One of several hosts leaves; the others stay.
+    void loseOneOfSeveralHosts() {
+        bus_.send(QDBusMessage::createSignal(path, name,
+                                             QStringLiteral("StatusNotifierHostUnregistered")));
+    }
     /// Replies to the queries that arrived while it hung.
     void wakeUp() {
         manner_ = Manner::answers;

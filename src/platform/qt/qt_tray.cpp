@@ -13,7 +13,8 @@ namespace sonarith {
 QtTray::QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts)
     : icon_(std::move(icon)),
       hosts_(std::move(hosts)),
-      hostsChanged_(hosts_.changed.connect([this] { followHosts(); })) {}
+      hostsChanged_(hosts_.changed.connect([this] { followHosts(); })),
+      watcherReplaced_(hosts_.watcherReplaced.connect([this] { registerAnew(); })) {}
 
 // The icons are destroyed before the menu that they show.
 QtTray::~QtTray() {
@@ -82,6 +83,19 @@ void QtTray::followHosts() {
 void QtTray::showWaitingIcons() {
     for (auto& [identifier, entry] : entries_) {
         if (!entry.shown) {
+            show(entry);
+        }
+    }
+}
+
+/// Qt registers an icon with a watcher that appears, but not with one that replaces another.
+void QtTray::registerAnew() {
+    if (way_ != Way::statusNotifier) {
+        return;
+    }
+    for (auto& [identifier, entry] : entries_) {
+        if (entry.shown) {
+            entry.shown.reset();
             show(entry);
         }
     }

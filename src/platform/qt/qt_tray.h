@@ -46,12 +46,14 @@ class QtTray : public QObject, public Tray {
 
     void followHosts();
     void showWaitingIcons();
+    void registerAnew();
     void show(Entry& entry);
     void openMenuHere();
 
     std::function<QIcon()> icon_;
     TrayHosts hosts_;
     Connection hostsChanged_;
+    Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
     /// The first menu is drawn by a panel on the bus, or by Qt on an embedded icon. The second is

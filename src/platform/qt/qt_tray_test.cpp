@@ -307,6 +307,36 @@ TEST_F(QtTrayTest, PrefersThePanelOnTheBusToAnEmbeddingOne) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
+TEST_F(QtTrayTest, AnIconIsRegisteredAnewWhenAnotherWatcherTakesOver) {
+    test::NotifierWatcher first(bus);
+    test::NotifierWatcher second(bus);
+    first.setHost(true);
+    second.setHost(true);
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(hostBecomes(true));
+    EXPECT_TRUE(tray.modify({1, &form, "two"}));
+    first.leave();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return iconsDrawn == 2; }, trayPatienceMilliseconds));
+    ASSERT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
+    EXPECT_TRUE(shown()->isVisible());
+    EXPECT_EQ(shown()->toolTip(), "two");
+    EXPECT_EQ(shown()->contextMenu()->objectName(), "menu");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return second.questions() > 0; }, trayPatienceMilliseconds));
+    QTest::qWait(100);
+    EXPECT_THAT(hosts, ElementsAre(true));
+}
+
+TEST_F(QtTrayTest, AnEmbeddedIconStaysWhenAWatcherTakesOver) {
+    test::NotifierWatcher first(bus);
+    test::NotifierWatcher second(bus);
+    embedding = true;
+    EXPECT_TRUE(tray.add({1, &form, "one"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return first.questions() > 0; }, trayPatienceMilliseconds));
+    first.leave();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return second.questions() > 0; }, trayPatienceMilliseconds));
+    EXPECT_EQ(iconsDrawn, 1);
+}
+
 TEST_F(QtTrayTest, LosingTheBusOfAnIconIsHarmless) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);

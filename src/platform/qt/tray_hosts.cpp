@@ -42,7 +42,9 @@ void TrayHosts::watchBus() {
     owner_ = std::make_unique<QDBusServiceWatcher>(watcherName, *bus_,
                                                    QDBusServiceWatcher::WatchForOwnerChange);
     connect(owner_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &recheck_,
-            [this] { recheck_.start(); });
+            [this](const QString& /*name*/, const QString& former, const QString& present) {
+                followOwner(former, present);
+            });
     // From any sender: to name one would need a query that waits for its reply.
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus_->connect(QString(), watcherPath, watcherName, QLatin1String(signal), &recheck_,
@@ -53,6 +55,13 @@ void TrayHosts::watchBus() {
                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                   &recheck_, SLOT(start()));
     ask();
+}
+
+void TrayHosts::followOwner(const QString& former, const QString& present) {
+    recheck_.start();
+    if (!former.isEmpty() && !present.isEmpty()) {
+        watcherReplaced.emit();
+    }
 }
 
 void TrayHosts::ask() {

@@ -40,8 +40,12 @@ class TrayHosts : public QObject {
 
     /// One of the two has changed.
     Signal<> changed;
+    /// Another process has taken over the watcher of status notifiers at once, with no moment
+    /// without one: the icons that were registered with the previous watcher are unknown to it.
+    Signal<> watcherReplaced;
 
   private:
+    void followOwner(const QString& former, const QString& present);
     void ask();
     void setStatusNotifier(bool present);
     void checkEmbedding();

@@ -35,7 +35,9 @@ class TrayHostsTest : public testing::Test {
                          return embedding;
                      }}};
     int changes = 0;
+    int replacements = 0;
     Connection counted = hosts.changed.connect([this] { ++changes; });
+    Connection countedToo = hosts.watcherReplaced.connect([this] { ++replacements; });
 };
 
 TEST_F(TrayHostsTest, KnowsNoneBeforeItWatches) {
@@ -79,6 +81,50 @@ TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
     EXPECT_TRUE(changesTo(false));
     watcher.comeBack();
     EXPECT_TRUE(changesTo(true));
+}
+
+TEST_F(TrayHostsTest, OfTwoHostsOneMayLeave) {
+    NotifierWatcher watcher(bus);
+    watcher.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    const int before = watcher.questions();
+    watcher.loseOneOfSeveralHosts();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return watcher.questions() > before; }, patienceMilliseconds));
+    QTest::qWait(quietMilliseconds);
+    EXPECT_TRUE(hosts.statusNotifier());
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(replacements, 0);
+}
+
+TEST_F(TrayHostsTest, AWatcherMayTakeOverFromAnotherAtOnce) {
+    NotifierWatcher first(bus);
+    NotifierWatcher second(bus);
+    first.setHost(true);
+    second.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    EXPECT_EQ(second.questions(), 0);
+    first.leave();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return second.questions() > 0; }, patienceMilliseconds));
+    EXPECT_EQ(replacements, 1);
+    EXPECT_TRUE(hosts.statusNotifier());
+    EXPECT_EQ(changes, 1);
+    second.leave();
+    EXPECT_TRUE(changesTo(false));
+    EXPECT_EQ(replacements, 1);
+}
+
+TEST_F(TrayHostsTest, AWatcherThatTakesOverMayHaveNoHost) {
+    NotifierWatcher first(bus);
+    const NotifierWatcher second(bus);
+    first.setHost(true);
+    hosts.watchBus();
+    ASSERT_TRUE(becomes(true));
+    first.leave();
+    EXPECT_TRUE(changesTo(false));
+    EXPECT_EQ(replacements, 1);
 }
 
 TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItReplies) {
