@@ -207,6 +207,18 @@ TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndRemovesTheIconInT
     EXPECT_FALSE(popup.loaded());
 }
 
+TEST_F(ControlPanelTest, StopConversionCancelsThoughTheButtonIsDisabledAndNothingRuns) {
+    goToTray();
+    form.Command2.setEnabled(false);
+    form.Command2.onClick = [this] {
+        events.emplace_back("cancel");
+    };
+    popup.mnuStopencoding.click();
+    EXPECT_THAT(events, ElementsAre("cancel"));
+    EXPECT_TRUE(form.visible());
+    EXPECT_FALSE(popup.loaded());
+}
+
 TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
     goToTray();
     int shown = 0;

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <limits>
 
 #include "support/finder_world.h"
 #include "worktree/tree_nodes.h"
@@ -103,6 +104,18 @@ TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
     EXPECT_THAT(lines(finder.List1), ElementsAre("kept", "c:\\m\\"));
 }
 
+TEST_F(FinderWindowTest, AStopWithMoreFilesThanTheCounterHoldsLeavesItAsItWas) {
+    constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
+    for (int i = 0; i < tooMany; ++i) {
+        finder.lstfiles.addItem("c:\\" + std::to_string(i) + ".wav");
+    }
+    finder.DirCount = 7;
+    finder.Command1.setCaption("Stop!");
+    finder.Command1.click();
+    EXPECT_EQ(finder.Label1.caption(), "Directories: 7   Files:  0");
+    EXPECT_EQ(finder.lstfiles.listCount(), tooMany);
+}
+
 // --- boxes and labels -----------------------------------------------------------------------
 
 TEST_F(FinderWindowTest, TheTypeIsAlwaysShownInLowerCase) {
@@ -139,6 +152,11 @@ TEST_F(FinderWindowTest, APathThatIsItselfTooLongIsShownAnyway) {
     finder.lstdirs.addItem(std::string(300, 'x'));
     finder.lbltime.setCaption(std::string(400, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
+}
+
+TEST_F(FinderWindowTest, ALongCaptionWithoutAFolderToScanIsDroppedAsAWhole) {
+    finder.lbltime.setCaption(std::string(201, 'y'));
+    EXPECT_EQ(finder.lbltime.caption(), "...");
 }
 
 TEST_F(FinderWindowTest, DriveAndFolderFollowEachOther) {

@@ -10,6 +10,7 @@ namespace sonarith {
 namespace {
 
 using testing::AnyOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::Gt;
@@ -78,6 +79,7 @@ class SearchStopsTest : public testing::Test {
         EXPECT_TRUE(finder.Text1.enabled());
         EXPECT_TRUE(finder.zFileExt.enabled());
         EXPECT_TRUE(finder.chkhidelist.visible());
+        EXPECT_TRUE(finder.lstdirs.visible());
         EXPECT_TRUE(finder.List1.visible());
         EXPECT_TRUE(finder.lstfiles.visible());
         EXPECT_EQ(finder.lstdirs.listCount(), 0);
@@ -106,6 +108,7 @@ TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchInTheCurrentFolder) {
         world->loop.atYield(n, [&] {
             const std::string files = std::to_string(finder.lstfiles.listCount());
             const std::string folders = std::to_string(finder.DirCount);
+            finder.lstdirs.setVisible(false);
             finder.Command1.click();
             // At once.
             EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
@@ -268,6 +271,25 @@ TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     EXPECT_THAT(world->lines(finder.lstfiles), ElementsAre("c:\\m\\b.wav", "c:\\m\\y\\c.wav",
                                                            "c:\\m\\y\\d.wav", "c:\\m\\x\\e.wav"));
     expectIdle(*world);
+}
+
+TEST_F(SearchStopsTest, SelectingAFileForConversionAtAnyYieldLeavesTheSearchAlone) {
+    for (int n = 3; n <= stepCount; ++n) { // a.wav has been found
+        SCOPED_TRACE(n);
+        const auto world = makeWorld();
+        FrmSearch& finder = world->finder;
+        world->files.addFile("c:\\m\\a.wav", std::string(200, 'x'));
+        world->loop.atYield(n, [&] {
+            EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
+            finder.mnuSeelectfile.click();
+            EXPECT_EQ(finder.Command1.caption(), "Stop!");
+            EXPECT_THAT(world->lines(world->form.List1), Contains("c:\\m\\a.wav"));
+        });
+        world->search("c:\\m", ".wav");
+        EXPECT_THAT(world->lines(finder.lstfiles), ElementsAreArray(filesUpToFolder(4)));
+        EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
+        expectIdle(*world);
+    }
 }
 
 TEST_F(SearchStopsTest, TheEndOfTheProgramEndsTheSearchAtOnce) {

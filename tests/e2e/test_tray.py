@@ -354,6 +354,7 @@ if __name__ == "__main__":
     run(an_icon_has_tip_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
         the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
         without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
-        of_two_panels_the_second_takes_over, without_a_bus_the_window_is_only_iconified, the_end_of_the_bus_iconifies_the_window,
+        of_two_panels_the_second_takes_over, without_a_bus_the_window_is_only_iconified,
+        the_end_of_the_bus_iconifies_the_window,
         an_embedded_icon_opens_its_menu, the_end_of_an_embedding_panel_iconifies_the_window,
         a_common_panel_program_embeds_the_icon)
