@@ -2,6 +2,7 @@
 // A library that a test preloads into the program: calls for files below the folder STALLED_FOLDER
 // do not return while the file STALLED_WHILE exists, as on a disk that spins up or a dead server.
 // All other calls go to the system unchanged.
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -76,6 +77,11 @@ int open64(const char* path, int flags, ...) {
     va_end(arguments);
     waitFor(path);
     return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags | O_LARGEFILE, mode));
+}
+
+DIR* opendir(const char* path) {
+    waitFor(path);
+    return next(&opendir, "opendir")(path);
 }
 
 FILE* fopen64(const char* path, const char* mode) {

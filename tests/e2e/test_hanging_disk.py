@@ -11,7 +11,7 @@ import time
 
 from driver import make_disc, run
 from program import Program
-from scenes import MUSIC, close, start_track, start_with_disc, wavs_by_track
+from scenes import MUSIC, close, start_in, start_track, start_with_disc, wavs_by_track
 from sound import check_track, disc_samples
 from waiting import check, check_equal, wait_for
 
@@ -20,6 +20,8 @@ LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
 # allow for sanitizers and a busy machine.
 SECONDS_TO_RESPOND = 3
 SECONDS_TO_END = 6
+# The program waits twelve seconds for a folder, once.
+SECONDS_OF_A_WAIT = 25
 
 
 @contextlib.contextmanager
@@ -73,7 +75,7 @@ def check_painted(desktop, started, when):
     desktop.xdotool("windowmove", window, 3000, 3000)
     time.sleep(0.3)
     desktop.xdotool("windowmove", window, *place)
-    wait_for(f"the window's contents {when}", is_as_before, patience=SECONDS_TO_ANSWER)
+    wait_for(f"the window's contents {when}", is_as_before, patience=SECONDS_TO_RESPOND)
 
 
 def a_stalling_destination_costs_no_sample(desktop, program):
@@ -146,7 +148,36 @@ def a_hanging_drive_does_not_delay_the_end(desktop, program):
         check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
 
 
+def a_search_goes_on_beyond_a_folder_that_hangs(desktop, program):
+    music = desktop.home / MUSIC
+    for folder in ("before", "hanging", "zlast"):
+        (music / folder).mkdir(parents=True)
+        for kind in ("wav", "mp3"):
+            (music / folder / f"{folder}.{kind}").write_bytes(b"x" * 2000)
+    with files_that_stall(desktop, music / "hanging") as switch:
+        started = start_in(desktop, program, music)
+        started.open_window("Search for Files", "File Finder")
+        # The finder is in the destination folder, where the program's start has searched.
+        wait_for("the folders", lambda: "hanging" in started.lines("Folder"))
+        button = started.get("Search !", "push button")
+        place = started.place_of(button)
+        switch.touch()
+        # The first waits for the folder, and the second does not ask it again.
+        for kind, most_seconds in (("wav", SECONDS_OF_A_WAIT), ("mp3", SECONDS_TO_RESPOND)):
+            started.type_into("File Type", kind)
+            def finds(kind=kind):
+                return (button.get_name() == "Search !" and
+                        [line.rpartition("\\")[2] for line in sorted(started.lines("Files found"))]
+                        == [f"before.{kind}", f"zlast.{kind}"])
+            desktop.click_at(*place)
+            seconds = seconds_until("the files of the other folders", finds)
+            check(seconds < most_seconds, f"the search took {seconds:.1f} s")
+        switch.unlink()
+        close(started)
+
+
 if __name__ == "__main__":
     run(a_stalling_destination_costs_no_sample,
         a_hanging_destination_does_not_delay_cancel_or_the_end, the_program_waits_for_a_slow_drive,
-        a_hanging_drive_does_not_delay_the_end)
+        a_hanging_drive_does_not_delay_the_end,
+        a_search_goes_on_beyond_a_folder_that_hangs)
