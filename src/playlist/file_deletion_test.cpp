@@ -37,6 +37,15 @@ class FileDeletionTest : public test::PlaylistWorld {
         boxes.answers = {answer};
         editor.Command10.click();
     }
+    /// How often a deletion of an entry yields.
+    int yieldsOfADeletion() {
+        editor.unload();
+        openThree();
+        choose(0);
+        const int before = loop.yieldCount();
+        remove(pathA);
+        return loop.yieldCount() - before;
+    }
     static ShownBox deleted(const std::string& path) { return {path + " has been Deleted"}; }
 };
 
@@ -233,11 +242,7 @@ TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
 }
 
 TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
-    openThree();
-    choose(0);
-    const int before = loop.yieldCount();
-    remove(pathA);
-    const int yields = loop.yieldCount() - before;
+    const int yields = yieldsOfADeletion();
     ASSERT_GT(yields, 3);
     for (int yield = 1; yield <= yields; ++yield) {
         SCOPED_TRACE(yield);
@@ -259,6 +264,74 @@ TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
         EXPECT_EQ(editor.List2.listCount(), 2);
         EXPECT_EQ(editor.Text5.text(), "");
     }
+}
+
+// The procedure has no guard: any button may be pressed in the middle of it.
+TEST_F(FileDeletionTest, AnyButtonInAnyYieldLeavesTheListAndTheStoreAgreeing) {
+    const int yields = yieldsOfADeletion();
+    ASSERT_GT(yields, 3);
+    struct Press {
+        const char* name;
+        CommandButton FrmPlayList::*button;
+    };
+    for (const Press& press :
+         {Press{"Read header", &FrmPlayList::cmdHdr2}, Press{"...", &FrmPlayList::cmdHdr1},
+          Press{"Add", &FrmPlayList::Command20}, Press{"Delist", &FrmPlayList::Command6},
+          Press{"Delete", &FrmPlayList::Command10}, Press{"Write tag", &FrmPlayList::cmdTag},
+          Press{"Play", &FrmPlayList::Command11}, Press{"Stop", &FrmPlayList::Command12}}) {
+        for (int yield = 1; yield <= yields; ++yield) {
+            SCOPED_TRACE(std::string(press.name) + " in yield " + std::to_string(yield));
+            editor.unload();
+            openThree();
+            choose(0);
+            bool pressed = false;
+            loop.atYield(yield, [&] {
+                pressed = true;
+                boxes.answers = {BoxAnswer::yes};
+                (editor.*press.button).click();
+            });
+            remove(pathA);
+            while (!pressed) { // the pause has a yield more or less: this one comes after it
+                loop.yield();
+            }
+            EXPECT_EQ(lines(editor.List2), inStore());
+            EXPECT_TRUE(disk.fileExists(pathB));
+            EXPECT_TRUE(disk.fileExists(pathC));
+        }
+    }
+}
+
+// A rename changes the list alone; the compaction at the end stores it.
+TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredWithTheCompaction) {
+    const std::string target = "c:\\music\\new.mp3";
+    const int yields = yieldsOfADeletion();
+    for (int yield = 1; yield < yields; ++yield) {
+        SCOPED_TRACE(yield);
+        editor.unload();
+        disk.removeFile(target).passOver();
+        openThree();
+        choose(0);
+        loop.atYield(yield, [&] {
+            editor.Text5.setText(pathC);
+            dialog.choices = {target};
+            editor.Command2.click();
+        });
+        remove(pathA);
+        EXPECT_TRUE(disk.fileExists(target));
+        EXPECT_EQ(lines(editor.List2), inStore());
+        EXPECT_EQ(editor.List2.listCount(), 2);
+    }
+}
+
+TEST_F(FileDeletionTest, WithATickTheDeletedFileDoesNotEnterTheWorkTree) {
+    openThree();
+    choose(0);
+    ASSERT_TRUE(editor.Check11.setValue(1).ok());
+    // Its entry is selected, which is a click on it.
+    remove(pathB);
+    EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
+    EXPECT_THAT(lines(mainForm.List2), IsEmpty());
+    EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
 }
 
 TEST_F(FileDeletionTest, ClearingTheBoxDuringTheYieldPreventsTheDelisting) {

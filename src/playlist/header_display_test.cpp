@@ -137,6 +137,17 @@ TEST_F(HeaderDisplayTest, AFileOf100To255BytesShowsThePreviousFilesHeader) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
+TEST_F(HeaderDisplayTest, AFileOf256BytesAndMoreShowsItsOwnHeader) {
+    for (const std::size_t length : {256U, 257U}) {
+        addMp3(pathA, "Title A");
+        read(pathA);
+        disk.addFile(pathB, Mp3Bytes(length).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
+        read(pathB);
+        EXPECT_EQ(line(0), "Bitrate            192") << length;
+        EXPECT_EQ(editor.Text4(2).text(), "Title B") << length;
+    }
+}
+
 TEST_F(HeaderDisplayTest, AFailedHeaderShowsThePreviousFilesHeaderBesideTheNewTag) {
     addMp3(pathA, "Title A");
     read(pathA);
@@ -207,6 +218,69 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
                                       "openBinary c:\\music\\a.mp3 read",
                                       "readBinary c:\\music\\a.mp3 0 5047",
                                       "readBinary c:\\music\\a.mp3 47744 256"));
+}
+
+// --- a file that changes between two steps ----------------------------------------------------
+
+TEST_F(HeaderDisplayTest, AFileThatIsGoneAfterItsLengthShowsTheHeaderOfTheFileBefore) {
+    addMp3(pathA, "Title A");
+    read(pathA);
+    const auto header = lines(editor.List1);
+    addMp3(pathB, "Title B");
+    int openings = 0;
+    disk.meanwhile = [&](const std::string& entry) {
+        // The first opening is the test whether the file may be read.
+        if (entry == "openBinary " + pathB + " read" && ++openings == 2) {
+            disk.meanwhile = nullptr;
+            EXPECT_TRUE(disk.removeFile(pathB).ok());
+        }
+    };
+    read(pathB);
+    EXPECT_FALSE(disk.fileExists(pathB));
+    EXPECT_EQ(lines(editor.List1), header);
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+    EXPECT_EQ(editor.Text4(8).text(), "48000 bytes");
+    EXPECT_EQ(editor.Text5.text(), pathB);
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
+    addMp3(pathA, "Title A");
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry == "readBinary " + pathA + " 47744 256") {
+            disk.addFile(pathA, Mp3Bytes(300).header(1, commonHeader).content);
+        }
+    };
+    read(pathA);
+    EXPECT_EQ(line(0), "Bitrate            128");
+    EXPECT_EQ(line(2), "Duration          0") << "of the length that it has at the end";
+    EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
+}
+
+TEST_F(HeaderDisplayTest, AFileThatIsGoneAfterItsTagShowsItBesideTheHeaderOfTheFileBefore) {
+    addMp3(pathA, "Title A");
+    disk.addFile(pathB, Mp3Bytes(2000).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
+    read(pathB);
+    EXPECT_EQ(line(0), "Bitrate            192");
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry == "readBinary " + pathA + " 47744 256") {
+            disk.meanwhile = nullptr;
+            EXPECT_TRUE(disk.removeFile(pathA).ok());
+        }
+    };
+    read(pathA);
+    EXPECT_EQ(line(0), "Bitrate            192");
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+}
+
+TEST_F(HeaderDisplayTest, AFileThatIsGoneBeforeTheDisplayIsShownAsItWasRead) {
+    addMp3(pathA, "Title A");
+    loop.atYield(1, [&] { EXPECT_TRUE(disk.removeFile(pathA).ok()); });
+    read(pathA);
+    EXPECT_EQ(line(0), "Bitrate            128");
+    EXPECT_EQ(editor.Text4(2).text(), "Title A");
+    EXPECT_EQ(editor.Text5.text(), pathA);
+    EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
 // --- browsing --------------------------------------------------------------------------------

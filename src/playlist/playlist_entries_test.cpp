@@ -278,16 +278,25 @@ TEST_F(PlaylistEntriesTest, AnEmptyListCanBeDelistedFrom) {
 }
 
 TEST_F(PlaylistEntriesTest, KeepsPathsOfAnyBytes) {
-    const std::vector<std::string> odd = {"  c:\\blanks.mp3", "c:\\\xff\xfe.mp3", "c:\\[.mp3",
+    const std::vector<std::string> odd = {"  c:\\blanks.mp3",
+                                          "c:\\\xff\xfe.mp3",
+                                          "c:\\Z\xc3\xbcrich \xe4\xb8\xad.mp3",
+                                          "c:\\[.mp3",
+                                          "c:\\[1].mp3",
                                           "c:\\\"q\".mp3",
-                                          "c:\\" + std::string(4096, 'x') + ".mp3"};
+                                          "c:\\'q', %41;=.mp3",
+                                          "c:\\no. #1.mp3",
+                                          "c:\\what?.mp3",
+                                          "c:\\star*.mp3",
+                                          "c:\\" + std::string(4089, 'x') + ".mp3"};
+    ASSERT_EQ(odd.back().size(), 4096U);
     open({});
     for (const std::string& path : odd) {
         add(path);
     }
     EXPECT_EQ(lines(editor.List2), odd);
     add(pathA);
-    select(5);
+    select(static_cast<int>(odd.size()));
     editor.Command6.click();
     EXPECT_EQ(lines(editor.List2), odd);
     editor.unload();

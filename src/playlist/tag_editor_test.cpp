@@ -87,7 +87,7 @@ TEST_F(TagEditorTest, DoesNothingForBlanks) {
 
 TEST_F(TagEditorTest, OverwritesAShortFileFromItsStart) {
     fill({"Artist"});
-    for (const std::size_t length : {0U, 1U, 99U, 127U}) {
+    for (const std::size_t length : {0U, 1U, 99U, 100U, 127U}) {
         disk.addFile(pathA, sound(length));
         write(pathA);
         EXPECT_EQ(disk.content(pathA), tagOf("Artist")) << length;
@@ -178,6 +178,41 @@ TEST_F(TagEditorTest, EveryByteButNullAndBlanksAtTheEndSurvivesAReadAndAWrite) {
         editor.cmdTag.click();
         EXPECT_EQ(end(pathA), tag) << first;
     }
+}
+
+TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtTheEndThatItHas) {
+    for (const std::size_t length : {50U, 128U, 1000U}) {
+        addMp3(pathA, "Title");
+        editor.Text5.setText(pathA);
+        editor.cmdHdr2.click();
+        disk.addFile(pathA, sound(length));
+        editor.cmdTag.click();
+        const std::string kept = length < 128 ? "" : sound(length - 128);
+        EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length;
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "nothing is read again";
+    }
+}
+
+TEST_F(TagEditorTest, AFileThatIsGoneSinceItWasReadIsMadeOfTheTagAlone) {
+    addMp3(pathA, "Title");
+    editor.Text5.setText(pathA);
+    editor.cmdHdr2.click();
+    EXPECT_TRUE(disk.removeFile(pathA).ok());
+    editor.cmdTag.click();
+    EXPECT_EQ(disk.content(pathA), tagOf(pathA, "Title"));
+}
+
+TEST_F(TagEditorTest, AFileThatIsGoneSinceItWasOpenedStaysGone) {
+    disk.addFile(pathA, sound(500));
+    disk.meanwhile = [&](const std::string& entry) {
+        if (entry.starts_with("writeBinary ")) {
+            disk.meanwhile = nullptr;
+            EXPECT_TRUE(disk.removeFile(pathA).ok());
+        }
+    };
+    write(pathA);
+    EXPECT_FALSE(disk.fileExists(pathA));
+    EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
 TEST_F(TagEditorTest, AFileThatCannotBeWrittenIsNotChanged) {

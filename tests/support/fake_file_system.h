@@ -8,8 +8,10 @@
 //     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
 //     disk.failWith(FakeFileSystem::Operation::writeBinary, "c:\\music\\track1.wav",
 //                   ErrorNumber::diskFull);                  // also of a file that is open already
+//     disk.meanwhile = [&](const std::string& entry) { ... } // between two steps of the logic
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -90,6 +92,9 @@ class FakeFileSystem final : public FileSystem {
     /// Also "openBinary PATH read" ("write", "readWrite"), and for an open file "readBinary PATH
     /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path passed to openBinary().
     std::vector<std::string> log;
+    /// Runs within a call that the log holds, before it does anything, with its entry: what another
+    /// program does to the files between two steps.
+    std::function<void(const std::string& entry)> meanwhile;
 
     [[nodiscard]] bool folderExists(const std::string& path) const {
         const std::string full = absolute(path);
@@ -137,7 +142,7 @@ class FakeFileSystem final : public FileSystem {
     }
     [[nodiscard]] Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                  FileAccess access) override {
-        log.push_back("openBinary " + path + " " + nameOf(access));
+        note("openBinary " + path + " " + nameOf(access));
         const std::string full = absolute(path);
         if (const auto failure = scripted(Operation::openBinary, full)) {
             return *failure;
@@ -151,15 +156,15 @@ class FakeFileSystem final : public FileSystem {
         const auto gate = [this, path, full](FakeBinaryFile::Use use, std::int64_t offset,
                                              std::size_t bytes) {
             const bool reads = use == FakeBinaryFile::Use::read;
-            log.push_back((reads ? "readBinary " : "writeBinary ") + path + " " +
-                          std::to_string(offset) + " " + std::to_string(bytes));
+            note((reads ? "readBinary " : "writeBinary ") + path + " " + std::to_string(offset) +
+                 " " + std::to_string(bytes));
             return scripted(reads ? Operation::readBinary : Operation::writeBinary, full);
         };
         return std::unique_ptr<BinaryFile>(
             std::make_unique<FakeBinaryFile>(find(full)->content, access, gate));
     }
     Status rename(const std::string& from, const std::string& to) override {
-        log.push_back("rename " + from + " " + to);
+        note("rename " + from + " " + to);
         const std::string source = absolute(from);
         const std::string target = absolute(to);
         if (const auto failure = scripted(Operation::rename, source)) {
@@ -185,7 +190,7 @@ class FakeFileSystem final : public FileSystem {
         return {};
     }
     Status touchForWriting(const std::string& path) override {
-        log.push_back("touchForWriting " + path);
+        note("touchForWriting " + path);
         const std::string full = absolute(path);
         if (const auto failure = scripted(Operation::touchForWriting, full)) {
             return *failure;
@@ -193,7 +198,7 @@ class FakeFileSystem final : public FileSystem {
         return create(full);
     }
     Status removeFile(const std::string& path) override {
-        log.push_back("removeFile " + path);
+        note("removeFile " + path);
         const std::string full = absolute(path);
         if (const auto failure = scripted(Operation::removeFile, full)) {
             return *failure;
@@ -206,7 +211,7 @@ class FakeFileSystem final : public FileSystem {
         return {};
     }
     Status changeDrive(const std::string& path) override {
-        log.push_back("changeDrive " + path);
+        note("changeDrive " + path);
         const bool named = path.size() >= 2 && path[1] == ':';
         if (named) {
             if (const auto failure = scripted(Operation::changeDrive, path.substr(0, 2))) {
@@ -222,7 +227,7 @@ class FakeFileSystem final : public FileSystem {
         return {};
     }
     Status changeFolder(const std::string& path) override {
-        log.push_back("changeFolder " + path);
+        note("changeFolder " + path);
         const std::string full = absolute(path);
         if (const auto failure = scripted(Operation::changeFolder, full)) {
             return *failure;
@@ -235,7 +240,7 @@ class FakeFileSystem final : public FileSystem {
     }
     [[nodiscard]] std::string currentFolder() const override { return currentFolder_; }
     Status makeFolder(const std::string& name) override {
-        log.push_back("makeFolder " + name);
+        note("makeFolder " + name);
         const std::string full = absolute(name);
         if (const auto failure = scripted(Operation::makeFolder, full)) {
             return *failure;
@@ -252,6 +257,13 @@ class FakeFileSystem final : public FileSystem {
     [[nodiscard]] std::string programFolder() const override { return programFolder_; }
 
   private:
+    void note(const std::string& entry) {
+        log.push_back(entry);
+        if (const auto change = meanwhile) { // a copy: it may replace itself
+            change(entry);
+        }
+    }
+
     struct Entry {
         std::string path;
         /// Shared with the opened files.
