@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/list_box_model.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "platform/qt/text.h"
@@ -18,13 +19,13 @@ ListBoxModel::ListBoxModel(ListBox& list)
       shown_(list.listCount()),
       changed_(list.listChanged.connect([this](ListChange change) { follow(change); })) {
     waiting_.setSingleShot(true);
-    waiting_.setInterval(longestWait);
     connect(&waiting_, &QTimer::timeout, this, [this] { showAll(); });
 }
 
 void ListBoxModel::showAll() {
     waiting_.stop();
     if (shown_ < list_.listCount()) {
+        sinceAnnouncement_.start();
         beginInsertRows({}, shown_, list_.listCount() - 1);
         shown_ = list_.listCount();
         endInsertRows();
@@ -55,13 +56,22 @@ void ListBoxModel::follow(const ListChange& change) {
 void ListBoxModel::insert(int row) {
     if (row >= shown_) {
         if (!waiting_.isActive()) {
-            waiting_.start();
+            waiting_.start(timeToAnnouncement());
         }
         return;
     }
     beginInsertRows({}, row, row);
     ++shown_;
     endInsertRows();
+}
+
+/// None for the first line after a while: what a click shows appears at once.
+std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
+    if (!sinceAnnouncement_.isValid()) {
+        return std::chrono::milliseconds(0);
+    }
+    const std::chrono::milliseconds passed(sinceAnnouncement_.elapsed());
+    return std::max(longestWait - passed, std::chrono::milliseconds(0));
 }
 
 void ListBoxModel::remove(int row) {

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The lines of a ListBox as Qt's item model, without a copy of them. Lines added at the end are
-// announced together, up to 30 ms late: a search adds lines one by one for minutes.
+// announced together, at the next event, but at most once in 30 ms: a search adds lines one by one
+// for minutes.
 #pragma once
 
+#include <chrono>
+
 #include <QAbstractListModel>
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include "platform/controls/list_box.h"
@@ -25,11 +29,13 @@ class ListBoxModel : public QAbstractListModel {
     void follow(const ListChange& change);
     void insert(int row);
     void remove(int row);
+    [[nodiscard]] std::chrono::milliseconds timeToAnnouncement() const;
 
     ListBox& list_;
     /// The number of announced rows: the first rows of the list, without a gap.
     int shown_;
     QTimer waiting_;
+    QElapsedTimer sinceAnnouncement_; ///< of lines at the end; not valid before the first one
     Connection changed_;
 };
 

@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -37,7 +38,7 @@ class ListBoxViewTest : public testing::Test {
         parent.activateWindow();
         flush();
     }
-    /// Lines that are added at the end are shown together, after a short delay.
+    /// Lines that are added at the end are shown together, at a later event.
     void flush() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == model.listCount(); }));
     }
@@ -160,6 +161,24 @@ TEST_F(ListBoxViewTest, LinesAddedAtTheEndAreAnnouncedTogether) {
     flush();
     EXPECT_EQ(announced.count(), 1);
     EXPECT_EQ(rows(), 1001);
+}
+
+TEST_F(ListBoxViewTest, LinesAfterAWhileAreAnnouncedAtTheNextEventAndOthersLater) {
+    QTest::qWait(50);
+    model.addItem("four");
+    model.addItem("five");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rows(), 5);
+    // As a search that goes on: not each line by itself.
+    QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < 100) {
+        model.addItem("line");
+        QCoreApplication::processEvents();
+    }
+    EXPECT_GE(announced.count(), 1);
+    EXPECT_LE(announced.count(), time.elapsed() / 30 + 1);
 }
 
 TEST_F(ListBoxViewTest, ALineThatIsMadeCurrentAtOnceIsShownAtOnce) {
