@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "forms/frm_playlist.h"
+#include "playlist/file_operations.h"
 #include "playlist/header_display.h"
 #include "playlist/playlist_entries.h"
 #include "playlist/tag_editor.h"
@@ -49,6 +50,7 @@ struct EditorOver {
     PlaylistEntries entries{platform, form};
     HeaderDisplay header{platform, form};
     TagEditor tag{platform, form};
+    FileOperations operations{platform, form, entries};
 };
 
 } // namespace sonarith::test

@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -42,6 +44,8 @@ class PlaylistFilesTest : public testing::Test {
 
     MachineWorld world;
     test::FakeSettingsStore store;
+    /// The names that the program shows for the machine's.
+    PathMap& paths = world.paths();
     Editor editor{world.files(), store};
 };
 
@@ -87,6 +91,140 @@ TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndBlockNothing) {
     }
     EXPECT_TRUE(fs::is_fifo(world.disk() / "pipe.mp3"));
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
+}
+
+// As a file that is gone: without a question, and nothing more happens.
+TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedAndStay) {
+    ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
+    world.makeFolder("folder.mp3");
+    fs::create_symlink("/dev/zero", world.disk() / "device.mp3");
+    for (const std::string name : {"pipe.mp3", "folder.mp3", "device.mp3"}) {
+        editor.machine.boxes.shown.clear();
+        editor.form.Text5.setText("d:\\" + name);
+        editor.form.Command10.click();
+        EXPECT_THAT(editor.machine.boxes.shown,
+                    ElementsAre(ShownBox{"d:\\" + name + " has been Deleted"}));
+        EXPECT_TRUE(fs::exists(world.disk() / name)) << name;
+    }
+}
+
+TEST_F(PlaylistFilesTest, EveryNameThatADiskTakesIsReadTaggedListedRenamedAndDeleted) {
+    for (const std::string name :
+         {"a [live].mp3", "[.mp3", "star*.mp3", "what?.mp3", "no. #1.mp3", "\"quoted\" 'too'.mp3",
+          "  blanks before.mp3", "Z\xc3\xbcrich \xe4\xb8\xad\xe5\x9b\xbd.mp3",
+          "no text \xff\xfe\xfc.mp3", "%41,;=|<>.mp3"}) {
+        SCOPED_TRACE(name);
+        world.put(name, mp3("Title"));
+        const auto shown = paths.logicPathOf((world.disk() / name).string());
+        editor.machine.boxes.shown.clear();
+        editor.form.Text5.setText(shown);
+        editor.form.cmdHdr2.click();
+        EXPECT_EQ(editor.form.Text4(2).text(), "Title");
+        EXPECT_EQ(editor.form.List1.listCount(), 12);
+        editor.form.cmdTag.click();
+        EXPECT_EQ(world.content(name),
+                  Mp3Bytes(48'000).header(1, commonHeader).end(tagOf("Artist", "Title")).content);
+        editor.form.Command20.click();
+        EXPECT_EQ(editor.lines(), std::vector<std::string>{shown});
+        editor.form.unload();
+        editor.form.load();
+        EXPECT_EQ(editor.lines(), std::vector<std::string>{shown});
+        editor.form.Text5.setText(shown);
+        editor.machine.dialog.choices = {shown + " 2.mp3"};
+        editor.form.Command2.click();
+        EXPECT_FALSE(fs::exists(world.disk() / name));
+        EXPECT_TRUE(fs::exists(world.disk() / (name + " 2.mp3")));
+        editor.form.Text5.setText(shown + " 2.mp3");
+        editor.machine.boxes.answers = {BoxAnswer::yes};
+        editor.form.Command10.click();
+        EXPECT_FALSE(fs::exists(world.disk() / (name + " 2.mp3")));
+        store = {};
+        editor.form.unload();
+        editor.form.load();
+    }
+}
+
+// The kernel takes paths of 4,095 bytes.
+TEST_F(PlaylistFilesTest, AFileBehindALongPathIsReadAndOneBehindALongerPathHasNoData) {
+    fs::path folder = world.disk();
+    while (folder.string().size() + 201 < 4'080) {
+        folder /= std::string(200, 'f');
+        fs::create_directory(folder);
+    }
+    const auto named = [&](std::size_t bytes) {
+        return folder / (std::string(bytes - folder.string().size() - 5, 'n') + ".mp3");
+    };
+    const fs::path longest = named(4'095);
+    std::ofstream(longest, std::ios::binary) << mp3("Title");
+    ASSERT_TRUE(fs::exists(longest));
+    editor.form.Text5.setText(paths.logicPathOf(longest.string()));
+    editor.form.cmdHdr2.click();
+    EXPECT_EQ(editor.form.Text4(2).text(), "Title");
+    EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
+
+    for (const std::string& path :
+         {"d:\\" + std::string(4'089, 'x') + ".mp3", paths.logicPathOf(named(4'096).string()),
+          "d:\\" + std::string(100'000, 'x') + ".mp3"}) {
+        editor.machine.boxes.shown.clear();
+        editor.form.Text5.setText(path);
+        editor.form.cmdTag.click();
+        editor.form.Command10.click();
+        editor.machine.dialog.choices = {"d:\\b.mp3"};
+        editor.form.Command2.click();
+        editor.form.cmdHdr2.click();
+        EXPECT_THAT(editor.machine.boxes.texts(),
+                    ElementsAre(path + " has been Deleted", "File contains no data"));
+        editor.form.Text5.setText(longest.string());
+    }
+    EXPECT_TRUE(fs::exists(longest));
+}
+
+TEST_F(PlaylistFilesTest, AFileThatIsGoneOrShortBetweenTwoStepsHarmsNothing) {
+    world.put("a.mp3", mp3("Title"));
+    const fs::path file = world.disk() / "a.mp3";
+    // Between the analysis and the display.
+    editor.machine.loop.atYield(1, [&] { fs::remove(file); });
+    read("a.mp3");
+    EXPECT_EQ(editor.form.Text4(2).text(), "Title");
+    // Between the reading of the tag and its writing.
+    editor.form.cmdTag.click();
+    EXPECT_EQ(world.content("a.mp3"), tagOf("Artist", "Title"));
+    for (const std::uintmax_t bytes : {50U, 1000U}) {
+        world.put("a.mp3", mp3("Title"));
+        read("a.mp3");
+        fs::resize_file(file, bytes);
+        const std::string before = world.content("a.mp3").value();
+        editor.form.cmdTag.click();
+        EXPECT_EQ(world.content("a.mp3"),
+                  before.substr(0, bytes < 128 ? 0 : bytes - 128) + tagOf("Artist", "Title"));
+    }
+    EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
+}
+
+TEST_F(PlaylistFilesTest, AFileThatMayNotBeWrittenIsReadAndKeepsItsTagItsNameAndItself) {
+    world.put("a.mp3", mp3("Title"));
+    fs::permissions(world.disk() / "a.mp3",
+                    fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    const fs::perms walkable = fs::perms::owner_all | fs::perms::group_read |
+                               fs::perms::group_exec | fs::perms::others_read |
+                               fs::perms::others_exec;
+    fs::permissions(world.disk(), walkable);
+    fs::permissions(world.parent(), walkable);
+    EXPECT_EQ(test::runUnprivileged([&] {
+                  read("a.mp3");
+                  if (editor.form.Text4(2).text() != "Title") {
+                      return 1;
+                  }
+                  editor.form.Text4(1).setText("Other");
+                  editor.form.cmdTag.click();
+                  editor.machine.dialog.choices = {"d:\\b.mp3"};
+                  editor.form.Command2.click();
+                  editor.machine.boxes.answers = {BoxAnswer::yes};
+                  editor.form.Command10.click();
+                  return editor.machine.boxes.shown.size() == 2 ? 0 : 2;
+              }),
+              0);
+    EXPECT_EQ(world.content("a.mp3"), mp3("Title"));
 }
 
 TEST_F(PlaylistFilesTest, AFileThatMayNotBeReadHasNoData) {

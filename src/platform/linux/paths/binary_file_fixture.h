@@ -74,6 +74,7 @@ class MachineWorld : public BinaryWorld {
 
     [[nodiscard]] fs::path disk() const { return folder_ / "disk"; }
     [[nodiscard]] const fs::path& parent() const { return folder_.path(); }
+    [[nodiscard]] PathMap& paths() { return paths_; }
 
   private:
     std::string mountList() {
