@@ -179,7 +179,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
 
 TEST_F(SegmentWorkersTest, DoTheWorkWithTheThreadsThatTheSystemHas) {
     const Data& data = encoded(44100, 2, "-V 2");
-    const fixture::Heard whole = fixture::sequentially(data);
+    const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const int left : {0, 1, 2}) {
         const fakes::LimitedThreads threads(left);
         const MemorySource source(data);

@@ -323,7 +323,7 @@ TEST_F(HangingDiskTest, IsSkippedByTheThreadThatWatchesItIfThereIsNoOther) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(2);
     context.starter = threads.starter();
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -331,7 +331,7 @@ TEST_F(HangingDiskTest, IsSkippedByTheThreadThatWatchesItIfThereIsNoOther) {
             const auto recording = begin({folder.path(), other.path()}, briefTiming);
             startRecording(*recording);
             play(2s);
-            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             EXPECT_EQ(threads.refused(), 1);
             card.stopRecording(now);
             static_cast<void>(recording->save(other / "1234-3.wav"));
@@ -345,7 +345,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
-    judged(
+    intercepted(
         [&](const seccomp_data& call) {
             return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
         },
@@ -365,7 +365,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
 TEST_F(HangingDiskTest, IsReportedAtOnceIfTheSystemHasNoThreadToReportItLater) {
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
-    judged(
+    intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
         },

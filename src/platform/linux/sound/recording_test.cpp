@@ -45,7 +45,7 @@ TEST_F(RecordingTest, SavesEveryFrameThatTheCardDelivered) {
         handed += static_cast<std::int64_t>(count);
         ASSERT_EQ(recording->bytes(), handed * 4);
         if (block % 100 == 0) {
-            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
         }
     }
     EXPECT_EQ(test::visibleEntriesIn(folder.path()), 0);
@@ -126,7 +126,7 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
         [&](CallJudge&) {
             const auto recording = begin();
             recording->sink()->record(pattern(0, 88'200));
-            ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             // It is written when the next batch is requested; a check below shows that all of it
             // was.
             full = true;
@@ -162,7 +162,7 @@ TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
             for (std::int64_t second = 0; second < 7; ++second) {
                 recording->sink()->record(pattern(second * 44'100, 44'100));
                 // The write of what was taken may be going on; that of the second before is done.
-                ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+                ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
             loses = true;
             EXPECT_TRUE(recording->save(target).ok());
@@ -199,7 +199,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
         for (int i = 0; i < seconds * 100; ++i) {
             recording->sink()->record(block);
             if (i % 40 == 0) { // as in real time, the disk is not far behind the card
-                ASSERT_TRUE(eventually([&] { return isTaken(*recording); }));
+                ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
         }
     };
