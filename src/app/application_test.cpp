@@ -183,6 +183,18 @@ TEST(Extraction, UsesTheDriveFromTheFirstTrackToTheEndOfTheLast) {
     EXPECT_FALSE(bench.application.driveInUse());
 }
 
+TEST(Extraction, SendsNothingToTheMixer) {
+    // The start of an action has muted the disc's line; the capture itself does not, so that its
+    // own button leaves the line as it is.
+    ApplicationBench bench({300, 300});
+    bench.application.start();
+    bench.select("Available Tracks");
+    bench.mixer.log.clear();
+    bench.form.cmdStart.click();
+    EXPECT_EQ(bench.disc.saved.size(), 2U);
+    EXPECT_THAT(bench.mixer.log, IsEmpty());
+}
+
 TEST(Extraction, OpensTheCommandsAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
