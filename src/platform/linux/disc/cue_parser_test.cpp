@@ -182,7 +182,8 @@ TEST(CueParser, AcceptsAtMostNinetyNineTracks) {
     }
     EXPECT_THAT(accepted(text).tracks, SizeIs(99));
     text += "TRACK 100 AUDIO\nINDEX 01 60:00:00\n";
-    EXPECT_THAT(refused(text), AllOf(StartsWith("disc.cue, line 200: "), HasSubstr("01 to 99")));
+    EXPECT_THAT(refused(text),
+                AllOf(StartsWith("disc.cue, line 200: "), HasSubstr("between 01 and 99")));
 }
 
 TEST(CueParser, RefusesThousandsOfTracksAtTheFirstOneTooMany) {
