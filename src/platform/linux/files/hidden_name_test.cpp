@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,12 +24,14 @@ namespace {
 namespace fs = std::filesystem;
 using testing::MatchesRegex;
 
+constexpr std::string_view leftoverText = "an incomplete recording";
+
 class HiddenNameTest : public testing::Test {
   protected:
     /// An unclaimed hidden file with this machine's prefix.
     fs::path leftover() const {
         const fs::path path = folder / newHiddenName();
-        std::ofstream(path) << "an incomplete recording";
+        std::ofstream(path) << leftoverText;
         return path;
     }
     static FileDescriptor open(const fs::path& path) {
@@ -67,7 +70,7 @@ TEST_F(HiddenNameTest, IsRenamedOverAnExistingFile) {
         EXPECT_EQ(name.renameTo(openFolder(folder / "other"), "a.wav"), 0);
     }
     EXPECT_FALSE(fs::exists(path));
-    EXPECT_EQ(fs::file_size(folder / "other/a.wav"), 16U);
+    EXPECT_EQ(fs::file_size(folder / "other/a.wav"), leftoverText.size());
 }
 
 TEST_F(HiddenNameTest, IsDeletedIfItsFileIsUnclaimed) {
