@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/ini_file.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -67,8 +69,14 @@ IniValues valuesOf(const QSettings& file) {
 /// Returns the content that the file must have when it is read.
 IniValues writeUnchecked(const QString& path, const IniValues& values) {
     QSettings file(path, QSettings::IniFormat);
+    // Its lines have the order in which they are set: that of the names, for users who read it.
+    std::vector<QString> names;
     for (const auto& [name, text] : values) {
-        file.setValue(name, variantOf(text));
+        names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    for (const QString& name : names) {
+        file.setValue(name, variantOf(values.at(name)));
     }
     file.sync(); // flushes it
     return valuesOf(file);

@@ -4,15 +4,17 @@
 // whether a file may be trusted (text/store_file_check.h).
 #pragma once
 
-#include <map>
 #include <string>
+#include <unordered_map>
 
+#include <QHashFunctions>
 #include <QString>
 
 namespace sonarith {
 
-/// Values by "section/key". A value may contain any bytes.
-using IniValues = std::map<QString, std::string>;
+/// Values by "section/key". A value may contain any bytes. Hashed: a list of 10,000 paths is read
+/// key by key.
+using IniValues = std::unordered_map<QString, std::string>;
 
 /// A value that is not a text (a list, as which QSettings reads unquoted commas) is converted to
 /// one. A missing file has no values.

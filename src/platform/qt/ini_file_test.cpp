@@ -57,6 +57,17 @@ class IniFileTest : public testing::Test {
     const fs::path path = folder / "a.ini";
 };
 
+TEST_F(IniFileTest, HasItsLinesInTheOrderOfTheirNames) {
+    IniValues values;
+    std::string expected = "[S]\n";
+    for (char name = 'a'; name <= 'z'; ++name) {
+        values[QStringLiteral("S/") + QLatin1Char(name)] = name;
+        expected += std::string(1, name) + "=" + name + "\n";
+    }
+    ASSERT_TRUE(write(values));
+    EXPECT_EQ(contentOf(path), expected);
+}
+
 TEST_F(IniFileTest, ContainsExactlyTheWrittenValues) {
     EXPECT_EQ(read(), IniValues());
     ASSERT_TRUE(write({{"S/a", "1"}, {"T/b", "caf\xe9"}, {"T/c", ""}}));
