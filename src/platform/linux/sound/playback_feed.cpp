@@ -12,6 +12,9 @@ void PlaybackFeed::add(std::span<const StereoFrame> frames) {
             return; // no device is opened for silence
         }
         queue_.push(frames);
+        if (queue_.size() < wanted_) {
+            return;
+        }
     }
     changed_.notify_all();
 }
@@ -40,8 +43,15 @@ void PlaybackFeed::awaitSound() {
 std::size_t PlaybackFeed::take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
                                std::chrono::milliseconds forAll) {
     std::unique_lock lock(mutex_);
-    if (changed_.wait_for(lock, forAny, [this] { return leaving_ || !queue_.empty(); })) {
-        changed_.wait_for(lock, forAll, [&] { return leaving_ || queue_.size() >= out.size(); });
+    const auto isFull = [&] {
+        return leaving_ || queue_.size() >= out.size();
+    };
+    // While sound flows, one wake-up for each full `out`: the first frames are not waited for by
+    // themselves.
+    const auto first = std::min(forAny, forAll);
+    if (!waitFor(lock, first, out.size(), isFull) && queue_.empty() &&
+        waitFor(lock, forAny - first, 1, [this] { return leaving_ || !queue_.empty(); })) {
+        waitFor(lock, forAll, out.size(), isFull);
     }
     return queue_.pop(out);
 }

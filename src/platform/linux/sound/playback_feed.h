@@ -28,8 +28,8 @@ class PlaybackFeed {
     /// Waits without a time limit until there is sound or the thread is asked to end. The silence
     /// before the sound is dropped: it may be left over from a device that was just closed.
     void awaitSound();
-    /// Waits `forAny` for the first frames, and then `forAll` until `out` is full. Returns the
-    /// number of frames at the beginning of `out`.
+    /// Waits until `out` is full, but no longer than `forAll` for those behind the first frames,
+    /// and `forAny` for any. Returns the number of frames at the beginning of `out`.
     [[nodiscard]] std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
                                    std::chrono::milliseconds forAll);
     void restUntil(std::chrono::steady_clock::time_point time);
@@ -42,9 +42,22 @@ class PlaybackFeed {
     /// behind.
     static constexpr std::size_t queueFrames = frameRate / 4;
 
+    /// Until `done`, or for `atMost`; meanwhile the thread sleeps until `frames` frames wait.
+    template <typename Done>
+    bool waitFor(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds atMost,
+                 std::size_t frames, Done done) {
+        wanted_ = frames;
+        const bool isDone = changed_.wait_for(lock, atMost, done);
+        wanted_ = 1;
+        return isDone;
+    }
+
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     FrameQueue queue_{queueFrames};
+    /// With fewer frames the thread is not woken: the card adds small blocks, and a wake-up costs
+    /// more than all else that is done for one.
+    std::size_t wanted_ = 1;
     bool deviceOpen_ = false;
     bool leaving_ = false;
 };

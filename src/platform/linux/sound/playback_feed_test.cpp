@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/sound/playback_feed.h"
 
+#include <sys/resource.h>
+
 #include <gmock/gmock.h>
 
 #include <thread>
@@ -49,6 +51,29 @@ TEST(PlaybackFeed, DropsTheSilenceBeforeTheSoundThatItWaitsFor) {
     feed.add(pattern(0, 5));
     feed.awaitSound();
     EXPECT_THAT(taken(feed, 20), IsSound(pattern(0, 5)));
+}
+
+TEST(PlaybackFeed, WakesItsThreadOnceForAllTheFramesThatItWaitsFor) {
+    PlaybackFeed feed;
+    feed.setDeviceOpen(true);
+    constexpr int blocks = 200;
+    long waits = 0;
+    std::vector<StereoFrame> frames(blocks);
+    std::thread taker([&] {
+        rusage before{};
+        rusage after{};
+        ::getrusage(RUSAGE_THREAD, &before);
+        frames.resize(feed.take(frames, 30s, 30s));
+        ::getrusage(RUSAGE_THREAD, &after);
+        waits = after.ru_nvcsw - before.ru_nvcsw;
+    });
+    for (int i = 0; i < blocks; ++i) {
+        feed.add(pattern(i, 1));
+        std::this_thread::sleep_for(200us);
+    }
+    taker.join();
+    EXPECT_THAT(frames, IsSound(pattern(0, blocks)));
+    EXPECT_LT(waits, blocks / 4);
 }
 
 TEST(PlaybackFeed, DropsFramesThatASlowDeviceDoesNotTake) {

@@ -11,8 +11,9 @@ struct PlaybackTiming {
     /// After this time without frames the sound has ended for now. Longer than the card's delay
     /// under load.
     std::chrono::milliseconds dryAfter{60};
-    /// How long the first frames of a batch wait for its last ones.
-    std::chrono::milliseconds batchWait{25};
+    /// How long the first frames of a batch wait for its last ones: more than a batch lasts, so
+    /// that its thread wakes once for each.
+    std::chrono::milliseconds batchWait{40};
     /// After this time of silence, or without any frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};
     /// Minimum delay before a device that was lost or cannot be opened is tried again.

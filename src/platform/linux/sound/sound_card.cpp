@@ -189,6 +189,12 @@ bool SoundCard::active() const {
     return hasWork();
 }
 
+bool SoundCard::onlyPlaysFiles() const {
+    const std::lock_guard lock(mutex_);
+    return !recorder_ && !listener_ && !channel(Line::compactDisc).source &&
+           !channel(Line::externalInput).source;
+}
+
 void SoundCard::setWakeUp(std::function<void()> hook) {
     const std::lock_guard lock(wakeUpMutex_);
     wakeUpHook_ = std::move(hook);
@@ -347,14 +353,20 @@ void SoundCard::feedOutput(std::size_t frames) {
         if (level == 0 || (!line.source && line.waitingFrames == 0)) {
             continue;
         }
-        for (std::size_t i = 0; i < frames; ++i) {
+        // Full volume is the identity, and the usual one: no sample is scaled for it.
+        for (std::size_t i = 0; i < frames && level == fullVolume; ++i) {
+            mix[i].left += line.waiting[i].left;
+            mix[i].right += line.waiting[i].right;
+        }
+        for (std::size_t i = 0; i < frames && level != fullVolume; ++i) {
             mix[i].left += atLevel(line.waiting[i].left, level);
             mix[i].right += atLevel(line.waiting[i].right, level);
         }
     }
-    const int master = masterVolume_;
-    for (WideFrame& frame : std::span(mix).first(frames)) {
-        frame = {atLevel(frame.left, master), atLevel(frame.right, master)};
+    if (const int master = masterVolume_; master != fullVolume) {
+        for (WideFrame& frame : std::span(mix).first(frames)) {
+            frame = {atLevel(frame.left, master), atLevel(frame.right, master)};
+        }
     }
     // After the volumes: a sound with reduced volume has headroom for a boost.
     tone_.apply(std::span(mix).first(frames));

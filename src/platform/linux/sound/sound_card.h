@@ -142,6 +142,9 @@ class SoundCard {
     /// Whether there is any work: a line with a source, a recording or a listener. While false, the
     /// card needs no calls of advance.
     [[nodiscard]] bool active() const;
+    /// Whether nothing but Line::waveOut has work, and nothing is recorded. No position is read of
+    /// such a sound: the calls of advance may be further apart.
+    [[nodiscard]] bool onlyPlaysFiles() const;
 
     /// `hook` is called, outside the card's lock, whenever the card may have become active. After
     /// this returns, an earlier hook is not called any more. The hook must not call this member.

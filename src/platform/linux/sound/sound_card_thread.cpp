@@ -45,7 +45,9 @@ SoundCardThread::~SoundCardThread() {
 void SoundCardThread::run(const std::stop_token& stop) {
     // One block of the card: long enough to cost very little, and short compared with the output's
     // buffer.
-    constexpr std::chrono::milliseconds interval{10};
+    constexpr std::chrono::milliseconds shortInterval{10};
+    // What is written to the speakers at once. Each wake-up costs as much as the mixing.
+    constexpr std::chrono::milliseconds longInterval{30};
     while (!stop.stop_requested()) {
         {
             const std::lock_guard lock(mutex_);
@@ -56,6 +58,7 @@ void SoundCardThread::run(const std::stop_token& stop) {
         if (active) {
             card_.advance(clock_());
         }
+        const auto interval = card_.onlyPlaysFiles() ? longInterval : shortInterval;
         std::unique_lock lock(mutex_);
         if (active) {
             wake_.wait_for(lock, stop, interval, [] { return false; });

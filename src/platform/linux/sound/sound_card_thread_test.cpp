@@ -69,6 +69,40 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
     return true;
 }
 
+TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
+    SoundCard card;
+    EXPECT_TRUE(card.onlyPlaysFiles());
+    const auto sound = std::make_shared<PatternSource>();
+    const auto begin = monotonicNow();
+    std::atomic<int> advances = 0;
+    card.attach(Line::waveOut, sound, begin);
+    {
+        const SoundCardThread thread(card, [&] {
+            ++advances;
+            return monotonicNow();
+        });
+        EXPECT_TRUE(eventually([&] { return sound->position() >= frameRate / 2; }));
+    }
+    const auto passed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(monotonicNow() - begin);
+    EXPECT_LE(advances, passed.count() / 30 + 1);
+}
+
+TEST(SoundCardThread, WakesUpInShortStepsForTheDiscAndForRecordings) {
+    SoundCard card;
+    card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
+    EXPECT_TRUE(card.onlyPlaysFiles());
+    card.attach(Line::compactDisc, std::make_shared<PatternSource>(), {});
+    EXPECT_FALSE(card.onlyPlaysFiles());
+    card.detach(Line::compactDisc);
+    EXPECT_TRUE(card.onlyPlaysFiles());
+    card.startRecording(std::make_shared<MemorySink>(), {});
+    EXPECT_FALSE(card.onlyPlaysFiles());
+    card.stopRecording({});
+    card.setListener(std::make_shared<MemorySink>(), {});
+    EXPECT_FALSE(card.onlyPlaysFiles());
+}
+
 TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
     SoundCard card;
     // The card's time runs as fast as the test wants, and differs from thread to thread.
