@@ -41,6 +41,14 @@ class HeldCalls {
     /// Releases all calls, and waits until every thread that can be held has ended.
     ~HeldCalls() {
         release();
+        for (const auto& done : done_) {
+            while (!*done) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        }
+        if (atEnd_) {
+            atEnd_();
+        }
         for (std::thread& thread : threads_) {
             thread.join();
         }
@@ -52,6 +60,7 @@ class HeldCalls {
     /// that did not finish continues, and the destructor waits for it.
     bool run(std::function<void()> body) {
         const auto done = std::make_shared<std::atomic<bool>>(false);
+        done_.push_back(done);
         threads_.emplace_back([this, done, body = std::move(body)] {
             const bool judged = CallJudge::run(
                 numbers_, [this](const seccomp_data& call) { return verdictOn(call); },
@@ -64,9 +73,14 @@ class HeldCalls {
                     }
                 });
             EXPECT_TRUE(judged) << "this kernel cannot hold calls (Linux 5.5 can)";
+            *done = true;
         });
         return fakes::eventually([&] { return done->load(); });
     }
+    /// What the destructor does after the bodies have finished: destroys objects whose threads end
+    /// only then. Such objects must be declared before this one, since a body that did not finish
+    /// in time still makes them.
+    void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
     /// Whether a call is held, now or within half a minute.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
@@ -104,6 +118,8 @@ class HeldCalls {
     std::mutex mutex_;
     std::vector<CallJudge*> judges_; ///< each exists until it is released
     std::vector<std::thread> threads_;
+    std::vector<std::shared_ptr<std::atomic<bool>>> done_; ///< for each body
+    std::function<void()> atEnd_;
 };
 
 /// The path of an open file of this process; a file without a name has one that ends in

@@ -36,6 +36,7 @@ class HangingDiskTest : public testing::Test {
     }
     /// Begins a decoding on a thread that can be held, and waits until a call of it is.
     void hangIn(HeldCalls& disk, const fs::path& target) {
+        disk.atEnd([this] { control.reset(); });
         ASSERT_TRUE(disk.run([&] {
             control = makeControl();
             EXPECT_TRUE(control->DecodeToWav(target).ok());
@@ -126,9 +127,13 @@ TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileThePreviousOneIsBeingNamed) {
 
 TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
     const fs::path wav = slow / "out.wav";
+    std::unique_ptr<Mpg123Control> next;
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);
-    std::unique_ptr<Mpg123Control> next;
+    disk.atEnd([&] {
+        control.reset();
+        next.reset();
+    });
     ASSERT_TRUE(disk.run([&] {
         control.reset(); // as its window is unloaded
         fixture::writeFile(source, fixture::encoded(22050, 1, "-b 32"));

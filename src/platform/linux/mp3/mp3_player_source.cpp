@@ -42,7 +42,9 @@ class Mp3PlayerSource::Decoder {
     sound::Pulled pull(std::span<sound::StereoFrame> block) {
         const std::lock_guard lock(mutex_);
         const std::size_t frames = queue_.pop(block);
-        room_.notify_one();
+        if (queue_.space() >= refillFrames) {
+            room_.notify_one();
+        }
         if (frames == block.size()) {
             return {frames, sound::Supply::flowing};
         }
@@ -50,6 +52,10 @@ class Mp3PlayerSource::Decoder {
     }
 
   private:
+    /// The space for which the thread is woken. A wake-up for each block of the card would cost
+    /// more than the decoding.
+    static constexpr std::size_t refillFrames = sound::frameRate / 4;
+
     void decodeAll() {
         const Result<std::unique_ptr<FileSource>> file = FileSource::open(path_, stop_);
         if (!file.ok()) {
@@ -85,8 +91,8 @@ class Mp3PlayerSource::Decoder {
     std::atomic<bool> stop_ = false;
     std::mutex mutex_; ///< protects the members below
     std::condition_variable room_;
-    /// Half a second ahead: decoding takes a hundredth of that.
-    sound::FrameQueue queue_{sound::frameRate / 2};
+    /// Half a second ahead at least: decoding takes a hundredth of that.
+    sound::FrameQueue queue_{sound::frameRate / 2 + refillFrames};
     bool ended_ = false; ///< nothing is added to the queue any more
 };
 

@@ -93,8 +93,9 @@ TEST_F(Mp3PlayerSourceTest, EndsWhileItsRingIsFull) {
 
 TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
-    test::HeldCalls disk({SYS_openat}, test::ofPath("a.mp3"));
     std::shared_ptr<Mp3PlayerSource> player;
+    test::HeldCalls disk({SYS_openat}, test::ofPath("a.mp3"));
+    disk.atEnd([&] { player.reset(); });
     ASSERT_TRUE(disk.run([&] { player = playFile(folder / "a.mp3"); }));
     ASSERT_TRUE(disk.waitForCall());
     EXPECT_EQ(player->pull(block).supply, Supply::starving);
@@ -116,8 +117,9 @@ TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
 TEST_F(Mp3PlayerSourceTest, IsDestroyedAtOnceWhileTheDiskHangs) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
-        test::HeldCalls disk({call}, test::ofPath("a.mp3"));
         std::shared_ptr<Mp3PlayerSource> player;
+        test::HeldCalls disk({call}, test::ofPath("a.mp3"));
+        disk.atEnd([&] { player.reset(); });
         ASSERT_TRUE(disk.run([&] { player = playFile(folder / "a.mp3"); }));
         ASSERT_TRUE(disk.waitForCall());
         EXPECT_TRUE(disk.run([&] { player.reset(); }));
