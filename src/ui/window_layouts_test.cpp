@@ -221,6 +221,12 @@ TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
                 IsEmpty());
     EXPECT_EQ(window.findChild<QWidget*>("List3"), nullptr);
     EXPECT_THAT(faults(window), IsEmpty());
+    const auto reached = reachedByTab(window);
+    for (const char* name : {"List2", "Command11", "Command12", "Command20", "Command6", "Check11",
+                             "Text5", "cmdHdr1", "List1", "Text4(1)", "Text4(6)", "Text4(8)",
+                             "cmdHdr2", "cmdTag", "Command2", "Command10"}) {
+        EXPECT_THAT(reached, Contains(name));
+    }
     form.List1.addItem("Bitrate            128");
     const auto* header = window.findChild<QAbstractItemView*>("List1");
     ASSERT_TRUE(QTest::qWaitFor([&] { return header->model()->rowCount() == 1; }));
