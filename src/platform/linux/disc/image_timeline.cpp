@@ -51,7 +51,7 @@ struct Shortage {
     std::int64_t wholeFrames = 0; ///< of a truncated track: the frames that can be read
 };
 
-std::string textOf(const Shortage& shortage) {
+std::string describe(const Shortage& shortage) {
     const bool several = shortage.lastTrack > shortage.firstTrack;
     std::string text = several ? "tracks " : "track ";
     text += std::to_string(shortage.firstTrack);
@@ -192,7 +192,7 @@ std::string LineBuilder::remark() const {
             text += shown(entry.name) + " is shorter than " + std::string(sheet_) + ", line " +
                     std::to_string(entry.line) + ", needs: ";
         }
-        text += textOf(shortage);
+        text += describe(shortage);
     }
     return text;
 }
