@@ -160,7 +160,7 @@ def a_search_goes_on_beyond_a_folder_that_hangs(desktop, program):
         # The finder is in the destination folder, where the program's start has searched.
         wait_for("the folders", lambda: "hanging" in started.lines("Folder"))
         button = started.get("Search !", "push button")
-        place = started.place_of(button)
+        place = started.centre_of(button)
         switch.touch()
         # The first waits for the folder, and the second does not ask it again.
         for kind, most_seconds in (("wav", SECONDS_OF_A_WAIT), ("mp3", SECONDS_TO_RESPOND)):

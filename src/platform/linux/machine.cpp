@@ -45,15 +45,16 @@ Machine::Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notice
       files_(paths_),
       directories_(paths_, files_),
       destination_(std::move(destination)),
+      recordingPaths_(files_),
       slot_([this] { return devices_.drive(); },
             disc::realDriveMakers({threads_, waiting, notices})),
       devices_(store, slot_, card_, notices),
       cardThread_(std::make_unique<sound::SoundCardThread>(card_)),
-      media_(mci::devicesOf(
-          {card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
-           [this] { return recordingFolders(); },
-           [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
-           notices, saves_})),
+      media_(
+          mci::devicesOf({card_, sound::monotonicNow, [this] { return slot_.openDrive(); },
+                          [this] { return recordingFolders(); },
+                          [this](const std::string& path) { return recordingPaths_.saveAs(path); },
+                          notices, saves_})),
       mp3Controls_(
           card_, sound::monotonicNow,
           [this](const std::string& path) { return std::filesystem::path(toMachine(path)); },
@@ -75,8 +76,8 @@ void Machine::stop() {
     saves_->noneWithin(patienceWithSaves);
 }
 
-std::vector<std::filesystem::path> Machine::recordingFolders() const {
-    return {toMachine(destination_()), userDataFolder(), "/var/tmp", "/tmp"};
+std::vector<std::filesystem::path> Machine::recordingFolders() {
+    return {recordingPaths_.beginIn(destination_()), userDataFolder(), "/var/tmp", "/tmp"};
 }
 
 } // namespace sonarith

@@ -22,6 +22,7 @@
 #include "platform/linux/paths/path_map.h"
 #include "platform/linux/paths/patient_directories.h"
 #include "platform/linux/paths/patient_file_system.h"
+#include "platform/linux/paths/recording_paths.h"
 #include "platform/linux/sound/card_mixer.h"
 #include "platform/linux/sound/card_wave_input.h"
 #include "platform/linux/sound/kept_tone.h"
@@ -73,7 +74,7 @@ class Machine {
     DeviceChoice& devices() { return devices_; }
 
   private:
-    [[nodiscard]] std::vector<std::filesystem::path> recordingFolders() const;
+    [[nodiscard]] std::vector<std::filesystem::path> recordingFolders();
 
     waiting::WorkerThreads threads_;
     SharedPaths shared_;
@@ -83,6 +84,7 @@ class Machine {
     ClockRandom random_;
 
     std::function<std::string()> destination_;
+    RecordingPaths recordingPaths_;
     disc::DriveSlot slot_;
     sound::SoundCard card_;
     std::shared_ptr<sound::PendingSaves> saves_ = std::make_shared<sound::PendingSaves>();

@@ -127,8 +127,13 @@ Status PatientFileSystem::changeFolder(const std::string& path) {
 }
 
 std::string PatientFileSystem::machinePath(const std::string& path) const {
-    const auto located =
-        answered(paths_.ask({whole(path)}, [path = whole(path)](MachineFiles& machine) {
+    return machinePathWithin(paths_.bound(), path);
+}
+
+std::string PatientFileSystem::machinePathWithin(Waiting::Duration bound,
+                                                 const std::string& path) const {
+    const auto located = answered(
+        paths_.askWithin(bound, {whole(path)}, [path = whole(path)](MachineFiles& machine) {
             return machine.locate(path);
         }));
     return located.ok() ? located.value().path : std::string();

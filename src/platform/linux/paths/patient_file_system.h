@@ -45,6 +45,9 @@ class PatientFileSystem final : public FileSystem {
     /// The machine path of a path of the logic; empty if it is not a valid path or its disk does
     /// not respond.
     [[nodiscard]] std::string machinePath(const std::string& path) const;
+    /// The same with a bound of its own.
+    [[nodiscard]] std::string machinePathWithin(Waiting::Duration bound,
+                                                const std::string& path) const;
     /// As PathMap::toLogic; empty if a disk does not respond.
     [[nodiscard]] std::string toLogic(const std::string& machinePath) const;
 

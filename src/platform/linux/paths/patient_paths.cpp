@@ -63,7 +63,7 @@ std::unique_ptr<PatientPaths::Lane> PatientPaths::makeLane() {
     return std::make_unique<Lane>(services_.threads, services_.waiting);
 }
 
-bool PatientPaths::carryOut(const Concerned& concerned, Job job) {
+bool PatientPaths::carryOut(Waiting::Duration bound, const Concerned& concerned, Job job) {
     removeReturnedCalls();
     const std::vector<std::string> paths = concerned();
     if (left_.size() >= mostLeftBehind || isUnanswered(paths)) {
@@ -87,17 +87,17 @@ bool PatientPaths::carryOut(const Concerned& concerned, Job job) {
             job(**machine);
         }
     };
-    if (lane_->calls.send(bound_, std::move(call)) != waiting::BlockingCalls::CommandState::done) {
-        leaveBehind(concerned());
+    if (lane_->calls.send(bound, std::move(call)) != waiting::BlockingCalls::CommandState::done) {
+        leaveBehind(bound, concerned());
         return false;
     }
     access_.afterCall();
     return !*refused;
 }
 
-void PatientPaths::leaveBehind(const std::vector<std::string>& paths) {
+void PatientPaths::leaveBehind(Waiting::Duration bound, const std::vector<std::string>& paths) {
     std::unique_ptr<Lane> left = std::exchange(lane_, makeLane());
-    const auto found = search(paths);
+    const auto found = search(bound, paths);
     left_.push_back({std::move(left), paths, found});
     if (!lane_->calls.idle()) { // it hangs there, too
         left_.push_back({std::exchange(lane_, makeLane()), paths, found});
@@ -110,10 +110,10 @@ void PatientPaths::leaveBehind(const std::vector<std::string>& paths) {
 }
 
 std::shared_ptr<const PatientPaths::Search>
-PatientPaths::search(const std::vector<std::string>& paths) {
+PatientPaths::search(Waiting::Duration bound, const std::vector<std::string>& paths) {
     const auto search = std::make_shared<Search>();
-    lane_->calls.send(searchBound, [machine = lane_->machine, make = access_.make,
-                                    places = access_.places, paths, search] {
+    lane_->calls.send(std::min(bound, searchBound), [machine = lane_->machine, make = access_.make,
+                                                     places = access_.places, paths, search] {
         if (!*machine) {
             *machine = make();
         }

@@ -38,7 +38,7 @@ class PatientPaths {
     /// closing one ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
     /// The bound for finding out which mount does not respond, after a timeout: the search hangs at
-    /// once, or the mount has recovered.
+    /// once, or the mount has recovered. At most the bound of the call itself.
     static constexpr Waiting::Duration searchBound{1000};
     /// Limit of calls that are left behind. Two hang for each mount that does not respond.
     static constexpr std::size_t mostLeftBehind = 16;
@@ -57,19 +57,28 @@ class PatientPaths {
     /// question must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
-        return askInSteps([&paths] { return paths; }, std::move(question));
+        return askWithin(bound_, paths, std::move(question));
+    }
+    /// The same with a bound of its own.
+    template <typename Question>
+    [[nodiscard]] auto askWithin(Waiting::Duration bound, const std::vector<std::string>& paths,
+                                 Question question) {
+        return askInSteps(
+            bound, [&paths] { return paths; }, std::move(question));
     }
 
     /// The same for a call of several steps. `concerned` returns the paths of the current step; it
     /// is called before the call and once that has timed out.
     template <typename Question>
-    [[nodiscard]] auto askInSteps(const Concerned& concerned, Question question) {
+    [[nodiscard]] auto askInSteps(Waiting::Duration bound, const Concerned& concerned,
+                                  Question question) {
         using Answer = decltype(question(std::declval<MachineFiles&>()));
         const auto answer = std::make_shared<std::optional<Answer>>();
-        const bool came = carryOut(
-            concerned, [answer, question = std::move(question)](MachineFiles& machine) mutable {
-                answer->emplace(question(machine));
-            });
+        const bool came =
+            carryOut(bound, concerned,
+                     [answer, question = std::move(question)](MachineFiles& machine) mutable {
+                         answer->emplace(question(machine));
+                     });
         return came ? std::move(*answer) : std::nullopt;
     }
 
@@ -92,9 +101,10 @@ class PatientPaths {
         std::shared_ptr<const Search> search;
     };
 
-    [[nodiscard]] bool carryOut(const Concerned& concerned, Job job);
-    void leaveBehind(const std::vector<std::string>& paths);
-    [[nodiscard]] std::shared_ptr<const Search> search(const std::vector<std::string>& paths);
+    [[nodiscard]] bool carryOut(Waiting::Duration bound, const Concerned& concerned, Job job);
+    void leaveBehind(Waiting::Duration bound, const std::vector<std::string>& paths);
+    [[nodiscard]] std::shared_ptr<const Search> search(Waiting::Duration bound,
+                                                       const std::vector<std::string>& paths);
     void removeReturnedCalls();
     [[nodiscard]] bool isUnanswered(const std::vector<std::string>& paths) const;
     [[nodiscard]] std::set<std::string> mountsThatHang() const;

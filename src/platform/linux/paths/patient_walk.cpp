@@ -26,7 +26,7 @@ ReadAhead PatientWalk::mayReadAhead() const {
 void PatientWalk::read(const std::string& folder) {
     const auto folders = std::make_shared<ReadFolders>(folder);
     const auto read = paths_.askInSteps(
-        [folders] { return std::vector{folders->folder()}; },
+        paths_.bound(), [folders] { return std::vector{folders->folder()}; },
         [machine = machine_, folder, ahead = mayReadAhead(), folders](MachineFiles& files) {
             machine->read(files, folder, ahead, *folders);
             return true;

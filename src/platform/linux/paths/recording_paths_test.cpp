@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/paths/recording_paths.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/paths/hanging_fixture.h"
+
+namespace sonarith {
+namespace {
+
+class RecordingPathsTest : public testing::Test, protected test::HangingWorld {
+  protected:
+    RecordingPathsTest() { mounts->write("d/My Music/Old.wav"); }
+
+    const std::string folder = d + "/My Music/";
+    RecordingPaths recordings{files};
+};
+
+TEST_F(RecordingPathsTest, AnExistingFileIsNamedInItsOwnSpelling) {
+    EXPECT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\old.wav"), folder + "Old.wav");
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
+}
+
+TEST_F(RecordingPathsTest, ASaveOnADiskThatHangsIsNamedInTheFolderOfItsRecording) {
+    ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
+    mounts->hang(d);
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
+    // Each further one at once, and without a further thread.
+    const int hanging = mounts->blocked();
+    EXPECT_EQ(recordings.saveAs("D:\\My Music\\1234-2.wav"), folder + "1234-2.wav");
+    EXPECT_EQ(mounts->blocked(), hanging);
+}
+
+TEST_F(RecordingPathsTest, ASaveElsewhereOnADiskThatHangsHasNoName) {
+    ASSERT_EQ(recordings.beginIn("e:\\"), e);
+    mounts->hang(d);
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), "");
+    EXPECT_EQ(recordings.saveAs("e:\\1234-1.wav"), e + "/1234-1.wav");
+}
+
+TEST_F(RecordingPathsTest, AFolderThatHangsAtTheBeginningIsNotUsedForASave) {
+    ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
+    mounts->hang(e);
+    EXPECT_EQ(recordings.beginIn("e:\\"), "");
+    EXPECT_EQ(recordings.saveAs("e:\\1234-1.wav"), "");
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
+}
+
+TEST_F(RecordingPathsTest, CharactersOfTheLogicAreMappedWithoutTheDisk) {
+    ASSERT_EQ(recordings.beginIn("d:\\my music\\"), d + "/My Music");
+    const std::string answered = recordings.saveAs("d:\\my music\\what\xEF\xBC\x9F.wav");
+    mounts->hang(d);
+    EXPECT_EQ(recordings.saveAs("d:\\my music\\what\xEF\xBC\x9F.wav"), answered);
+}
+
+} // namespace
+} // namespace sonarith
