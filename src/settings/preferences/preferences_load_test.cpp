@@ -50,6 +50,11 @@ TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsWhatIsStored) {
     form.unload();
     form.load();
     EXPECT_EQ(form.Combo1.listCount(), 9); // cleared first
+    EXPECT_EQ(form.Combo2.listCount(), 14);
+    EXPECT_EQ(form.cbxFormat.listCount(), 2);
+    EXPECT_EQ(form.Combo1.text(), "Studio"); // clearing a list chooses nothing
+    EXPECT_EQ(form.Combo2.text(), "320");
+    EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
 
 TEST_F(PreferencesLoad, HasTheCaptureFormatsInTheOrderOfTheirNumbers) {
@@ -290,14 +295,26 @@ TEST_F(PreferencesLoad, EndsAtACaptureFormatOutsideItsList) {
 }
 
 TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
-    store.put("Settings", "Delete WAV", "2");
-    start();
-    EXPECT_THAT(written(), ElementsAre("HDWarning=1", "HDstopdecoding=1"));
-    EXPECT_EQ(form.Text9.text(), "c:\\sonarith");
-    EXPECT_EQ(form.Check5.value(), 0);
-    EXPECT_EQ(form.Check11.value(), 0);
-    EXPECT_EQ(form.cbxFormat.listCount(), 0);
-    EXPECT_THAT(muted, IsEmpty());
+    // In the order in which they are set.
+    const std::vector<std::string> switches = {
+        desktopIconKey,  minimizeOnStartKey,       deleteWavKey,
+        showFullPathKey, encodeAfterExtractingKey, muteButtonKey};
+    std::vector<std::string> before = {"HDWarning=1", "HDstopdecoding=1"};
+    for (const std::string& bad : switches) {
+        SCOPED_TRACE(bad);
+        PreferencesLoad run;
+        for (const std::string& key : switches) {
+            run.store.put("Settings", key, key == bad ? "2" : "1");
+        }
+        run.start();
+        EXPECT_EQ(run.written(), before);
+        EXPECT_EQ(run.form.Text9.text(), "c:\\sonarith"); // set before all of them
+        EXPECT_EQ(run.form.cbxFormat.listCount(), 0);
+        EXPECT_THAT(run.muted, IsEmpty());
+        run.form.show();
+        EXPECT_TRUE(run.form.visible());
+        before.push_back(bad + "=1");
+    }
 }
 
 TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheGuardAndKeepsTheEarlierSteps) {
@@ -329,7 +346,7 @@ TEST_F(PreferencesLoad, ToleratesValuesThatAreNoNumbers) {
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
           "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",
           "show full path", "encode after extracting", "mute button"}) {
-        for (const char* bad : {"", "70000", "-70000", "letters", "1x"}) {
+        for (const char* bad : {"", "32768", "-32769", "70000", "-70000", "letters", "1x"}) {
             SCOPED_TRACE(std::string(key) + "=" + bad);
             PreferencesLoad run;
             run.store.put("Settings", key, bad);
@@ -363,31 +380,6 @@ TEST_F(PreferencesLoad, RunsInFullAfterAClose) {
     EXPECT_EQ(store.writes.size(), 7U);
     EXPECT_THAT(muted, ElementsAre("Option13"));
     EXPECT_EQ(store.held("Settings", "Encoding quality"), "5");
-}
-
-TEST_F(PreferencesLoad, ToleratesAWindowThatIsReopenedDuringItsYield) {
-    for (const bool reopen : {false, true}) {
-        SCOPED_TRACE(reopen);
-        PreferencesLoad run;
-        run.loop.atYield(1, [&] {
-            run.form.unload();
-            if (reopen) {
-                run.form.show();
-                run.form.Check2.setValue(1).passOver();
-            }
-        });
-        run.start();
-        EXPECT_EQ(run.form.loaded(), reopen);
-        EXPECT_EQ(run.form.visible(), reopen);
-        EXPECT_EQ(run.form.Check2.value(), reopen ? 1 : 0); // begun in the new window
-        EXPECT_EQ(run.form.Picture6.visible(), reopen);
-        run.form.Check6.setValue(0).passOver();
-        EXPECT_EQ(run.held("HDWarning"), "0");
-        // No write waits for a transaction that has not ended.
-        const int before = run.store.fileWrites;
-        run.form.Check5.setValue(1).passOver();
-        EXPECT_EQ(run.store.fileWrites, before + 1);
-    }
 }
 
 } // namespace

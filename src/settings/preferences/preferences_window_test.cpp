@@ -57,6 +57,42 @@ TEST_F(PreferencesControls, ChangeTheCaptionOfTheEncodingBox) {
     EXPECT_EQ(form.Check10.caption(), "Do not Encode after extracting");
 }
 
+TEST_F(PreferencesControls, NameTheEncodingBeforeSavingIt) {
+    startWithAllOff();
+    int changes = 0;
+    const Connection caption = form.Check10.changed.connect([&](Property which) {
+        if (which == Property::caption) {
+            ++changes;
+            EXPECT_EQ(held("encode after extracting"), changes == 1 ? "0" : "1");
+            EXPECT_EQ(settings.encodeAfterExtracting, changes - 1);
+        }
+    });
+    untick(form.Check10); // no change, no click
+    EXPECT_EQ(changes, 0);
+    form.Check10.setCaption("x");
+    changes = 0;
+    tick(form.Check10);
+    EXPECT_EQ(changes, 1);
+    untick(form.Check10);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(PreferencesControls, NameTheMuteBeforeSavingItAndAfterApplyingIt) {
+    startWithAllOff();
+    form.Check1.setCaption("x");
+    int changes = 0;
+    const Connection caption = form.Check1.changed.connect([&](Property which) {
+        if (which == Property::caption) {
+            ++changes;
+            EXPECT_THAT(muted, ElementsAre("Option13"));
+            EXPECT_EQ(settings.muteButton, 0);
+            EXPECT_THAT(store.writes, IsEmpty());
+        }
+    });
+    tick(form.Check1);
+    EXPECT_EQ(changes, 1);
+}
+
 TEST_F(PreferencesControls, MuteAndUnmuteTheDiscsLine) {
     startWithAllOff();
     tick(form.Check1);
@@ -117,9 +153,18 @@ TEST_F(PreferencesControls, SaveTheTraysSwitchBeforeItsFormLoads) {
     windows.frmpopup.onLoad = [&] {
         EXPECT_EQ(held("desktop icon"), "1");
         EXPECT_EQ(settings.desktopIcon, 1);
+        EXPECT_TRUE(form.visible()); // hidden after it
     };
+    windows.frmpopup.onUnload = [&] {
+        EXPECT_EQ(held("desktop icon"), "0");
+        EXPECT_FALSE(form.visible()); // shown after it
+    };
+    form.show();
     tick(form.Check4);
     EXPECT_TRUE(windows.frmpopup.loaded());
+    EXPECT_FALSE(form.visible());
+    untick(form.Check4);
+    EXPECT_TRUE(form.visible());
 }
 
 // --- lists ---------------------------------------------------------------------------------------
