@@ -3,25 +3,16 @@
 // in the same run, both with warm caches: the directory walk alone, directly and as the program
 // does it (on another thread, folder by folder), and the whole search engine with its lists. No
 // windows: a yield handles nothing.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "finder/search_engine.h"
 #include "forms/frm_search.h"
+#include "music_tree.h"
 #include "platform/linux/paths/drive_table.h"
 #include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/linux/paths/linux_file_system.h"
@@ -37,32 +28,14 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace sonarith;
+using bench::linesOf;
 using bench::median;
+using bench::millisecondsOf;
+using bench::runFind;
 
-constexpr int folders = 5000;
-constexpr int filesPerFolder = 20;
 constexpr int rounds = 15;
 constexpr double limit = 1.2;
-
-/// Artists with albums, like a user's music: 100 folders with 49 folders in each, and a few files
-/// of each kind in every one.
-void makeTree(const fs::path& root) {
-    constexpr int artists = 100;
-    constexpr int foldersPerArtist = folders / artists;
-    for (int artist = 0; artist < artists; ++artist) {
-        const fs::path top = root / ("Artist " + std::to_string(artist));
-        for (int album = 0; album < foldersPerArtist; ++album) {
-            const fs::path folder = album == 0 ? top : top / ("Album " + std::to_string(album));
-            fs::create_directories(folder);
-            for (int file = 0; file < filesPerFolder; ++file) {
-                const char* ending = file % 2 == 0 ? ".wav" : ".MP3";
-                std::ofstream(folder / ("Track " + std::to_string(file) + ending));
-            }
-        }
-    }
-}
 
 /// Handles nothing: only the walk is measured.
 class NoLoop final : public EventLoop {
@@ -76,41 +49,6 @@ class NoLoop final : public EventLoop {
     }
     [[noreturn]] void endProgram() override { std::abort(); }
 };
-
-double millisecondsOf(const std::function<void()>& step) {
-    const auto start = std::chrono::steady_clock::now();
-    step();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-        .count();
-}
-
-/// Runs find and writes its output to a file.
-void runFind(const std::string& root, const std::string& output) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(),
-                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    std::vector<std::string> words{"find", root, "-iname", "*.wav"};
-    std::vector<char*> arguments;
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    int status = -1;
-    if (posix_spawnp(&child, "find", &actions, nullptr, arguments.data(), environ) != 0 ||
-        waitpid(child, &status, 0) != child || status != 0) {
-        std::fprintf(stderr, "find could not be run\n");
-        std::exit(EXIT_FAILURE);
-    }
-    posix_spawn_file_actions_destroy(&actions);
-}
-
-int linesOf(const std::string& path) {
-    std::ifstream in(path);
-    return static_cast<int>(
-        std::count(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>(), '\n'));
-}
 
 /// The walk alone: every entry of every folder, depth first; returns the number of WAV files.
 int walkAlone(Directories& directories, const std::string& root) {
@@ -139,7 +77,7 @@ int walkAlone(Directories& directories, const std::string& root) {
 int main() {
     const fakes::TempFolder tree; // no dot in its path, or the engine would find nothing
     const fakes::TempFolder output;
-    makeTree(tree.path());
+    bench::makeMusicTree(tree.path());
     const std::string list = (output / "found").string();
 
     test::FakeSettingsStore store;
@@ -190,15 +128,15 @@ int main() {
             engineMs.push_back(search);
         }
     }
-    const int wanted = folders * filesPerFolder / 2;
+    const int wanted = bench::treeWavs;
     if (linesOf(list) != wanted || walked != wanted || finder.lstfiles.listCount() != wanted) {
         std::fprintf(stderr, "found %d by find, %d by the walk, %d by the engine; there are %d\n",
                      linesOf(list), walked, finder.lstfiles.listCount(), wanted);
         return EXIT_FAILURE;
     }
     const double base = median(findMs);
-    std::printf("%d files in %d folders, median of %d rounds\n", folders * filesPerFolder, folders,
-                rounds);
+    std::printf("%d files in %d folders, median of %d rounds\n", bench::treeFiles,
+                bench::treeFolders, rounds);
     std::printf("find -iname       %8.1f ms\n", base);
     std::printf("walk, directly    %8.1f ms   ratio %.2f\n", median(directMs),
                 median(directMs) / base);

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A search of 100,000 files in 5,000 folders with the finder's window open, compared with the same
+// search without the window and with `find -iname`, interleaved in one run with warm caches; how
+// long a click on the window waits meanwhile, and how soon "Stop!" ends the search. The window is
+// off screen unless QT_QPA_PLATFORM names a screen.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+
+#include "finder/finder.h"
+#include "finder/finder_scanner.h"
+#include "longest_gap.h"
+#include "music_tree.h"
+#include "platform/linux/paths/drive_table.h"
+#include "platform/linux/paths/mount_info.h"
+#include "platform/linux/paths/path_map.h"
+#include "platform/linux/paths/patient_directories.h"
+#include "platform/linux/paths/patient_file_system.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/qt/qt_waiting.h"
+#include "platform/silent_notices.h"
+#include "statistics.h"
+#include "support/fake_machine.h"
+#include "support/temp_folder.h"
+#include "ui/finder_layout.h"
+#include "ui/form_window.h"
+#include "ui/program_style.h"
+#include "worktree/work_tree_jobs.h"
+
+namespace {
+
+using namespace sonarith;
+using bench::median;
+using bench::millisecondsOf;
+
+constexpr int rounds = 9;
+constexpr double windowLimit = 1.3;
+constexpr double findLimit = 1.5;
+constexpr std::chrono::milliseconds untilStop{100};
+
+/// The finder with the machine's folders, as the program has it.
+struct RealFinder {
+    explicit RealFinder(const std::string& root) : shared(sharedPaths(root)) {}
+
+    SharedPaths sharedPaths(const std::string& root) {
+        return {.letters = std::make_shared<LetterStore>(machine.store),
+                .home = {},
+                .programFolder = root};
+    }
+
+    test::FakeMachine machine;
+    QtEventLoop loop;
+    SharedPaths shared;
+    waiting::WorkerThreads threads;
+    QtWaiting waiting;
+    SilentNotices notices;
+    PatientPaths patient{{[this] { return std::make_shared<LinuxMachineFiles>(shared); }, [] {},
+                          placesOfThisMachine()},
+                         {threads, waiting, notices}};
+    PatientFileSystem files{patient};
+    PatientDirectories directories{patient, files};
+    Platform platform{.loop = loop,
+                      .media = machine.media,
+                      .store = machine.store,
+                      .files = files,
+                      .boxes = machine.boxes,
+                      .pointer = machine.pointer,
+                      .random = machine.random,
+                      .shell = machine.shell,
+                      .directories = directories,
+                      .mp3Controls = machine.mp3,
+                      .fileDialog = machine.dialog,
+                      .mixer = machine.mixer,
+                      .waveInput = machine.waveInput,
+                      .tray = machine.tray,
+                      .system = machine.system};
+    ProcessState process;
+    Windows windows{platform, process};
+    FrmSearch& form = windows.frmsearch;
+    FinderScanner scanner{form};
+    WorkTreeJobs jobs{platform, process, windows, scanner};
+    Finder finder{platform, windows, jobs.adder, jobs.tree};
+};
+
+void check(bool holds, const char* what) {
+    if (!holds) {
+        std::fprintf(stderr, "%s\n", what);
+        std::exit(EXIT_FAILURE);
+    }
+}
+
+/// Searches to the end.
+struct Searches {
+    std::vector<double> ms;
+    std::vector<double> processorMs; ///< of all threads; for a machine that does other work, too
+
+    void run(FrmSearch& form) {
+        const std::clock_t before = std::clock();
+        ms.push_back(millisecondsOf([&] { form.Command1.click(); }));
+        processorMs.push_back(1000.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC);
+        check(form.lstfiles.listCount() == bench::treeWavs, "not all files were found");
+    }
+};
+
+/// The window that a user opens, for as long as this exists.
+struct OpenWindow {
+    explicit OpenWindow(FrmSearch& finder) : form(finder), window(finderLayout(finder)) {
+        form.setVisible(true);
+        while (!window.windowHandle()->isExposed()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        QCoreApplication::processEvents();
+    }
+    ~OpenWindow() { form.setVisible(false); }
+    OpenWindow(const OpenWindow&) = delete;
+    OpenWindow& operator=(const OpenWindow&) = delete;
+
+    FrmSearch& form;
+    FormWindow window;
+};
+
+/// How long the event loop of a search handles nothing.
+double longestGap(FrmSearch& form) {
+    const OpenWindow open(form);
+    bench::LongestGap gap;
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout,
+                     [&] { gap.beat(form.Command1.caption() == stopCaption); });
+    heart.start(1);
+    Searches().run(form);
+    check(gap.beats() > 10, "the search has handled no events");
+    return gap.milliseconds();
+}
+
+/// The milliseconds from a press on the button to the end of the search.
+double timeToStop(FrmSearch& form) {
+    const OpenWindow open(form);
+    auto* button = open.window.findChild<QPushButton*>(QStringLiteral("Command1"));
+    check(button != nullptr, "the window has no button");
+    std::chrono::steady_clock::time_point pressed;
+    QTimer::singleShot(untilStop, button, [&] {
+        check(form.Command1.caption() == stopCaption, "the search was over before it was stopped");
+        pressed = std::chrono::steady_clock::now();
+        button->click();
+    });
+    form.Command1.click();
+    const auto ended = std::chrono::steady_clock::now();
+    check(form.lstfiles.listCount() < bench::treeWavs, "the search was not stopped");
+    return std::chrono::duration<double, std::milli>(ended - pressed).count();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QApplication qt(argc, argv);
+    QApplication::setStyle(new ProgramStyle);
+    const fakes::TempFolder tree; // no dot in its path, or the engine would find nothing
+    const fakes::TempFolder output;
+    bench::makeMusicTree(tree.path());
+    RealFinder real(tree.path().string());
+    FrmSearch& form = real.form;
+    form.load();
+
+    std::vector<double> findMs;
+    Searches alone;
+    Searches inWindow;
+    std::vector<double> gapMs;
+    std::vector<double> stopMs;
+    bench::runFind(tree.path().string(), (output / "found").string()); // warms the caches
+    for (int round = 0; round < rounds; ++round) {
+        findMs.push_back(millisecondsOf(
+            [&] { bench::runFind(tree.path().string(), (output / "found").string()); }));
+        alone.run(form);
+        {
+            const OpenWindow open(form);
+            inWindow.run(form);
+        }
+        gapMs.push_back(longestGap(form));
+        stopMs.push_back(timeToStop(form));
+    }
+    check(bench::linesOf((output / "found").string()) == bench::treeWavs,
+          "find has not found all files");
+    std::printf("%d files in %d folders, median of %d rounds\n", bench::treeFiles,
+                bench::treeFolders, rounds);
+    std::printf("find -iname               %8.1f ms\n", median(findMs));
+    std::printf("search without a window   %8.1f ms   %.2f times find\n", median(alone.ms),
+                median(alone.ms) / median(findMs));
+    std::printf(
+        "search with the window    %8.1f ms   %.2f times find (limit %.1f), %.2f times that "
+        "without (limit %.1f)\n",
+        median(inWindow.ms), median(inWindow.ms) / median(findMs), findLimit,
+        median(inWindow.ms) / median(alone.ms), windowLimit);
+    std::printf("its processor time        %8.1f ms   %.2f times that without\n",
+                median(inWindow.processorMs),
+                median(inWindow.processorMs) / median(alone.processorMs));
+    std::printf("from a press on Stop! to the end %.1f ms\n", median(stopMs));
+    bench::LongestGap::print("searching with the window, median", median(gapMs));
+    return EXIT_SUCCESS;
+}
