@@ -1,11 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/control_view.h"
 
+#include <chrono>
+#include <utility>
+
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
 #include "ui/tool_tip.h"
 
 namespace sonarith {
+namespace {
+
+/// As for the lists that change beside such a caption (list_box_model.h).
+constexpr std::chrono::milliseconds captionPause{100};
+
+} // namespace
 
 QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
                          const QString& label) {
@@ -17,16 +26,38 @@ QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
 }
 
 ControlView::ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
-                         QString label, std::function<void(Property)> showMore, Placement placement)
+                         QString label, std::function<void(Property)> showMore, Placement placement,
+                         Pace pace)
     : control_(control),
       widget_(widget),
       caption_(std::move(caption)),
       label_(std::move(label)),
       showMore_(std::move(showMore)),
       placement_(placement),
-      changed_(control.changed.connect([this](Property which) { apply(which); })) {
+      changed_(control.changed.connect([this](Property which) { follow(which); })) {
     widget_.setObjectName(toQString(control_.name()));
+    if (pace == Pace::limited) {
+        pause_ = std::make_unique<QTimer>();
+        pause_->setSingleShot(true);
+        pause_->setInterval(captionPause);
+        QObject::connect(pause_.get(), &QTimer::timeout, pause_.get(), [this] {
+            if (std::exchange(captionWaits_, false)) {
+                follow(Property::caption);
+            }
+        });
+    }
     apply(Property::all);
+}
+
+void ControlView::follow(Property which) {
+    if (which == Property::caption && pause_) {
+        if (pause_->isActive()) {
+            captionWaits_ = true;
+            return;
+        }
+        pause_->start();
+    }
+    apply(which);
 }
 
 void ControlView::apply(Property which) {

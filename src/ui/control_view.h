@@ -4,8 +4,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include <QTimer>
 #include <QWidget>
 
 #include "platform/controls/control.h"
@@ -21,6 +23,11 @@ template <typename... Properties>
 /// Whether a layout or the window places the widget, or the control's own position does.
 enum class Placement { elsewhere, byControl };
 
+/// How soon a new caption is shown. A limited one is shown at once after a pause, and then up to
+/// 100 ms late, so that a caption that changes a thousand times a second is laid out, painted and
+/// sent to screen readers a few times only.
+enum class Pace { atOnce, limited };
+
 /// Updates a widget when its control changes. A member of the widget's own class, or destroyed
 /// before the widget.
 class ControlView {
@@ -30,9 +37,10 @@ class ControlView {
     /// every one.
     ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
                 QString label, std::function<void(Property)> showMore = {},
-                Placement placement = Placement::elsewhere);
+                Placement placement = Placement::elsewhere, Pace pace = Pace::atOnce);
 
   private:
+    void follow(Property which);
     void apply(Property which);
     void showName();
     void showPlace();
@@ -43,6 +51,8 @@ class ControlView {
     QString label_;
     std::function<void(Property)> showMore_;
     Placement placement_;
+    std::unique_ptr<QTimer> pause_; ///< of a limited pace: runs after each caption shown
+    bool captionWaits_ = false;
     Connection changed_;
 };
 

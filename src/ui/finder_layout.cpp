@@ -55,6 +55,7 @@ QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
 /// those are hidden.
 QWidget* makeLists(FrmSearch& form, QWidget* parent) {
     using Tips = ListBoxView::LineTips;
+    using Gathered = ListBoxView::Gathered;
     auto* lists = new QWidget(parent);
     lists->setObjectName(QStringLiteral("lists"));
     lists->setAccessibleName(QObject::tr("Results"));
@@ -62,12 +63,13 @@ QWidget* makeLists(FrmSearch& form, QWidget* parent) {
     auto* grid = new QGridLayout(lists);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
-    auto* toDo =
-        new ListBoxView(form.lstdirs, QObject::tr("Folders to search"), Tips::whenCut, lists);
+    auto* toDo = new ListBoxView(form.lstdirs, QObject::tr("Folders to search"), Tips::whenCut,
+                                 lists, Gathered::changes);
     toDo->setFocusPolicy(Qt::ClickFocus);
-    auto* files = new ListBoxView(form.lstfiles, QObject::tr("Files found"), Tips::whenCut, lists);
-    auto* folders =
-        new ListBoxView(form.List1, QObject::tr("Folders searched"), Tips::whenCut, lists);
+    auto* files = new ListBoxView(form.lstfiles, QObject::tr("Files found"), Tips::whenCut, lists,
+                                  Gathered::changes);
+    auto* folders = new ListBoxView(form.List1, QObject::tr("Folders searched"), Tips::whenCut,
+                                    lists, Gathered::changes);
     grid->addWidget(toDo, 0, 0, 2, 1);
     grid->addWidget(files, 0, 0);
     grid->addWidget(folders, 1, 0);
@@ -86,8 +88,8 @@ void layOut(FrmSearch& form, FormWindow& window) {
     columns->addWidget(makeSide(form, window, &client));
     columns->addWidget(makeLists(form, &client), 1);
     rows->addLayout(columns, 1);
-    rows->addWidget(
-        new LabelView(form.lbltime, QObject::tr("Progress"), LabelView::Cut::middle, &client));
+    rows->addWidget(new LabelView(form.lbltime, QObject::tr("Progress"), LabelView::Cut::middle,
+                                  &client, Pace::limited));
     rows->addWidget(
         new LabelView(form.Label1, QObject::tr("Summary"), LabelView::Cut::end, &client));
     auto* hint = new LabelView(form.Label2, QObject::tr("Hint"), LabelView::Cut::end, &client);

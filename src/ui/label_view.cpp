@@ -16,7 +16,7 @@ constexpr double secondaryOpacity = 0.7;
 
 } // namespace
 
-LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
+LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace pace)
     : QLabel(parent),
       model_(model),
       cut_(cut),
@@ -29,7 +29,8 @@ LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent)
               if (concerns(which, Property::caption, Property::toolTip)) {
                   showToolTip();
               }
-          }) {}
+          },
+          Placement::elsewhere, pace) {}
 
 void LabelView::showCaption() {
     // Plain text: paths and names are not markup.

@@ -16,7 +16,7 @@ class LabelView : public QLabel {
     enum class Cut { never, middle, end };
 
     /// `label` is its name for screen readers while the caption is empty.
-    LabelView(Label& model, QString label, Cut cut, QWidget* parent);
+    LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace pace = Pace::atOnce);
 
     /// Paints the text paler, as secondary to the text beside it. Not for a text that is never
     /// shortened.

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <QImage>
+#include <QTest>
 #include <gmock/gmock.h>
 
 #include "ui/tool_tip.h"
@@ -28,6 +29,32 @@ TEST(LabelView, ShowsTheCaptionAsPlainText) {
     model.setCaption("Größe");
     EXPECT_EQ(view.text(), "Größe");
     EXPECT_EQ(view.accessibleName(), "Größe");
+}
+
+TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestCaptionAreShown) {
+    Form form("frmsearch");
+    Label model(form, "lbltime", "idle");
+    QWidget parent;
+    LabelView view(model, "Progress", LabelView::Cut::middle, &parent, Pace::limited);
+    EXPECT_EQ(view.text(), "idle");
+    model.setCaption("first");
+    EXPECT_EQ(view.text(), "first");
+    for (int i = 0; i < 100; ++i) {
+        model.setCaption("folder " + std::to_string(i));
+    }
+    EXPECT_EQ(view.text(), "first");
+    EXPECT_EQ(view.accessibleName(), "first");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.text() != "first"; }));
+    EXPECT_EQ(view.text(), "folder 99");
+    EXPECT_EQ(view.accessibleName(), "folder 99");
+    EXPECT_EQ(view.toolTip(), "folder 99");
+    // Other properties wait for nothing.
+    model.setEnabled(false);
+    EXPECT_FALSE(view.isEnabled());
+    // After a pause the next one is shown at once.
+    QTest::qWait(300);
+    model.setCaption("done");
+    EXPECT_EQ(view.text(), "done");
 }
 
 TEST(LabelView, ATextThatMayBeCutNeedsNoWidthAndHasItsWholeTextAsToolTip) {

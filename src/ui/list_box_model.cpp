@@ -10,12 +10,16 @@ namespace sonarith {
 namespace {
 
 /// A delay that the user does not notice.
-constexpr std::chrono::milliseconds longestWait{30};
+constexpr std::chrono::milliseconds shortWait{30};
+/// Short enough to show a search at work. Painting takes some milliseconds each time, and must take
+/// less than a tenth of a search's time.
+constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace
 
-ListBoxModel::ListBoxModel(ListBox& list)
+ListBoxModel::ListBoxModel(ListBox& list, Gathered gathered)
     : list_(list),
+      gathered_(gathered),
       shown_(list.listCount()),
       changed_(list.listChanged.connect([this](ListChange change) { follow(change); })) {
     waiting_.setSingleShot(true);
@@ -24,12 +28,66 @@ ListBoxModel::ListBoxModel(ListBox& list)
 
 void ListBoxModel::showAll() {
     waiting_.stop();
-    if (shown_ < list_.listCount()) {
-        sinceAnnouncement_.start();
-        beginInsertRows({}, shown_, list_.listCount() - 1);
-        shown_ = list_.listCount();
-        endInsertRows();
+    if (!pending_.any()) {
+        return;
     }
+    sinceAnnouncement_.start();
+    const auto [first, rows, lines] = pending_;
+    const auto settle = [this, added = lines - rows] {
+        pending_ = {};
+        shown_ += added;
+    };
+    if (lines > rows) {
+        beginInsertRows({}, first + rows, first + lines - 1);
+        settle();
+        endInsertRows();
+    } else if (rows > lines) {
+        beginRemoveRows({}, first + lines, first + rows - 1);
+        settle();
+        endRemoveRows();
+    } else {
+        settle();
+    }
+    if (const int changed = std::min(rows, lines); changed > 0) {
+        Q_EMIT dataChanged(index(first), index(first + changed - 1));
+    }
+    if (onShown) {
+        onShown();
+    }
+}
+
+void ListBoxModel::showLater() {
+    if (!waiting_.isActive()) {
+        waiting_.start(timeToAnnouncement());
+    }
+}
+
+/// None for the first added lines after a while: what a click shows appears at once.
+std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
+    if (gathered_ == Gathered::changes) {
+        return longWait;
+    }
+    if (!sinceAnnouncement_.isValid()) {
+        return std::chrono::milliseconds(0);
+    }
+    const std::chrono::milliseconds passed(sinceAnnouncement_.elapsed());
+    return std::max(shortWait - passed, std::chrono::milliseconds(0));
+}
+
+int ListBoxModel::rowOutside(int line) const {
+    return line < pending_.first ? line : line - pending_.lines + pending_.rows;
+}
+
+int ListBoxModel::rowOf(int line) const {
+    const bool isPending = line >= pending_.first && line < pending_.first + pending_.lines;
+    return isPending ? -1 : rowOutside(line);
+}
+
+int ListBoxModel::lineOf(int row) const {
+    if (row >= pending_.first + pending_.rows) {
+        return row - pending_.rows + pending_.lines;
+    }
+    return row < pending_.first + pending_.lines ? row : -1;
 }
 
 void ListBoxModel::follow(const ListChange& change) {
@@ -41,45 +99,93 @@ void ListBoxModel::follow(const ListChange& change) {
         remove(change.index);
         break;
     case ListChange::Kind::edited:
-        if (change.index < shown_) {
-            Q_EMIT dataChanged(index(change.index), index(change.index));
+        if (const int row = rowOf(change.index); row >= 0) {
+            Q_EMIT dataChanged(index(row), index(row));
         }
         break;
     case ListChange::Kind::cleared:
         beginResetModel();
+        pending_ = {};
         shown_ = 0;
         endResetModel();
         break;
     }
 }
 
-void ListBoxModel::insert(int row) {
-    if (row >= shown_) {
-        if (!waiting_.isActive()) {
-            waiting_.start(timeToAnnouncement());
+/// Widens the pending place to a line close by, which is one line of the list both before and after
+/// the changes, or returns false. A search removes the first folder and adds others behind the
+/// next: both are one place.
+bool ListBoxModel::reaches(int line, int end) {
+    constexpr int closeBy = 2;
+    const int before = std::max(0, pending_.first - line);
+    const int behind = std::max(0, line - end);
+    if (before + behind > (gathered_ == Gathered::changes ? closeBy : 0)) {
+        return false;
+    }
+    pending_.first -= before;
+    pending_.rows += before + behind;
+    pending_.lines += before + behind;
+    return true;
+}
+
+bool ListBoxModel::gathersInsertion(int line) {
+    if (!pending_.any()) {
+        if (line < shown_ && gathered_ == Gathered::additions) {
+            return false;
         }
+        pending_.first = line;
+    }
+    if (!reaches(line, pending_.first + pending_.lines)) {
+        return false;
+    }
+    ++pending_.lines;
+    return true;
+}
+
+void ListBoxModel::insert(int line) {
+    if (gathersInsertion(line)) {
+        showLater();
         return;
     }
+    const int row = rowOutside(line);
     beginInsertRows({}, row, row);
+    pending_.first += line < pending_.first ? 1 : 0;
     ++shown_;
     endInsertRows();
 }
 
-/// None for the first line after a while: what a click shows appears at once.
-std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
-    if (!sinceAnnouncement_.isValid()) {
-        return std::chrono::milliseconds(0);
+bool ListBoxModel::gathersRemoval(int line) {
+    const bool isPending = line >= pending_.first && line < pending_.first + pending_.lines;
+    if (isPending) {
+        --pending_.lines;
+        return true;
     }
-    const std::chrono::milliseconds passed(sinceAnnouncement_.elapsed());
-    return std::max(longestWait - passed, std::chrono::milliseconds(0));
+    if (gathered_ == Gathered::additions) {
+        return false;
+    }
+    if (!pending_.any()) {
+        pending_.first = line;
+    }
+    // The line itself is one of those that the place is widened to, or the one behind its end.
+    const bool isBefore = line < pending_.first;
+    if (!reaches(line, pending_.first + pending_.lines)) {
+        return false;
+    }
+    pending_.rows += isBefore ? 0 : 1;
+    pending_.lines -= isBefore ? 1 : 0;
+    return true;
 }
 
-void ListBoxModel::remove(int row) {
-    if (row < shown_) {
-        beginRemoveRows({}, row, row);
-        --shown_;
-        endRemoveRows();
+void ListBoxModel::remove(int line) {
+    if (gathersRemoval(line)) {
+        showLater();
+        return;
     }
+    const int row = rowOutside(line);
+    beginRemoveRows({}, row, row);
+    pending_.first -= line < pending_.first ? 1 : 0;
+    --shown_;
+    endRemoveRows();
 }
 
 int ListBoxModel::rowCount(const QModelIndex& parent) const {
@@ -93,7 +199,7 @@ QVariant ListBoxModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return toQString(list_.list(index.row()));
+        return toQString(list_.list(lineOf(index.row())));
     default:
         return {};
     }

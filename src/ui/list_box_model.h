@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lines of a ListBox as Qt's item model, without a copy of them. Lines added at the end are
-// announced together, at the next event, but at most once in 30 ms: a search adds lines one by one
-// for minutes.
+// The lines of a ListBox as Qt's item model, without a copy of them. A search changes its lists
+// line by line for minutes: such changes are announced together, since each announcement lays out
+// and paints the list, and is sent to screen readers.
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 #include <QAbstractListModel>
 #include <QElapsedTimer>
@@ -16,26 +17,54 @@ namespace sonarith {
 
 class ListBoxModel : public QAbstractListModel {
   public:
-    /// `list` must outlive this object.
-    explicit ListBoxModel(ListBox& list);
+    /// Which changes are announced together. All others are announced at once.
+    enum class Gathered {
+        additions, ///< lines added at the end; at the next event, but at most once in 30 ms
+        changes,   ///< lines added and removed at one place, wherever it is; 100 ms late
+    };
 
-    /// Announces the pending lines.
+    /// `list` must outlive this object.
+    explicit ListBoxModel(ListBox& list, Gathered gathered);
+
+    /// Announces the pending changes. Calls `onShown` if there were any.
     void showAll();
+    std::function<void()> onShown;
+
+    /// The row of a line; -1 for a line that is not announced yet, and for -1.
+    [[nodiscard]] int rowOf(int line) const;
+    /// The line of a row; -1 for a row whose line was removed, and for -1.
+    [[nodiscard]] int lineOf(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
+    /// The place with the pending changes: its rows were announced, its lines are now in the list.
+    /// Every row before and after it is the row of one line.
+    struct Pending {
+        int first = 0;
+        int rows = 0;
+        int lines = 0;
+        [[nodiscard]] bool any() const { return rows > 0 || lines > 0; }
+    };
+
     void follow(const ListChange& change);
-    void insert(int row);
-    void remove(int row);
+    void insert(int line);
+    void remove(int line);
+    [[nodiscard]] bool reaches(int line, int end);
+    [[nodiscard]] bool gathersInsertion(int line);
+    [[nodiscard]] bool gathersRemoval(int line);
+    void showLater();
     [[nodiscard]] std::chrono::milliseconds timeToAnnouncement() const;
+    /// The row of a line outside of the pending place.
+    [[nodiscard]] int rowOutside(int line) const;
 
     ListBox& list_;
-    /// The number of announced rows: the first rows of the list, without a gap.
-    int shown_;
+    Gathered gathered_;
+    int shown_; ///< the number of announced rows
+    Pending pending_;
     QTimer waiting_;
-    QElapsedTimer sinceAnnouncement_; ///< of lines at the end; not valid before the first one
+    QElapsedTimer sinceAnnouncement_; ///< not valid before the first one
     Connection changed_;
 };
 

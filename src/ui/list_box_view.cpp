@@ -22,19 +22,23 @@ constexpr qsizetype longestTip = 4000;
 
 } // namespace
 
-ListBoxView::ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent)
+ListBoxView::ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent,
+                         Gathered gathered)
     : RowList(parent),
       list_(list),
       tips_(tips),
-      model_(list),
+      model_(list, gathered),
       view_(list, *this, {}, std::move(label), [this](Property which) {
           if (concerns(which, Property::listIndex)) {
               showCurrent();
-              scrollTo(model_.index(list_.listIndex()));
+              scrollTo(model_.index(model_.rowOf(list_.listIndex())));
           }
       }) {
     setModel(&model_);
     showCurrent();
+    model_.onShown = [this] {
+        showCurrent();
+    };
     // The item view moves its own current row when the current line is removed.
     linesChanged_ = list_.listChanged.connect([this](const ListChange& change) {
         if (change.kind != ListChange::Kind::edited) {
@@ -47,10 +51,10 @@ void ListBoxView::showCurrent() {
     if (!selectionModel()) {
         return;
     }
-    if (list_.listIndex() >= model_.rowCount()) {
+    if (list_.listIndex() >= 0 && model_.rowOf(list_.listIndex()) < 0) {
         model_.showAll();
     }
-    const QModelIndex wanted = model_.index(list_.listIndex());
+    const QModelIndex wanted = model_.index(model_.rowOf(list_.listIndex()));
     showingCurrent_ = true;
     if (!wanted.isValid()) {
         // The focus stays at the row next to the removed one.
@@ -81,14 +85,14 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
         [this, chosen] {
             showCurrent();
             if (chosen.isValid()) {
-                list_.choose(chosen.row());
+                list_.choose(model_.lineOf(chosen.row()));
             }
         },
         Qt::QueuedConnection);
 }
 
 bool ListBoxView::isMarked(const QModelIndex& index) const {
-    return list_.selected(index.row());
+    return list_.selected(model_.lineOf(index.row()));
 }
 
 // Mouse.
@@ -99,7 +103,7 @@ void ListBoxView::mousePressEvent(QMouseEvent* event) {
     const MouseButtons buttons = sonarith::pressed(*event);
     const QPoint global = event->globalPosition().toPoint();
     if (buttons.left && index.isValid()) {
-        list_.choose(index.row());
+        list_.choose(model_.lineOf(index.row()));
     }
     press(buttons, global);
 }
@@ -140,6 +144,7 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
 
 void ListBoxView::keyPressEvent(QKeyEvent* event) {
     event->accept();
+    model_.showAll(); // from here on, rows are lines
     // Without a current line, the row with the focus is the first one chosen.
     const int focused = std::max(0, currentIndex().row());
     if (const int row = rowFor(event->key(), list_.listIndex()); row >= 0) {

@@ -15,8 +15,11 @@ class ListBoxView : public RowList {
     /// Whether a tool tip shows the whole text of a shortened line.
     enum class LineTips { none, whenCut };
 
+    using Gathered = ListBoxModel::Gathered;
+
     /// Lines are shortened in the middle, as paths are; setTextElideMode() changes that.
-    ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent);
+    ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent,
+                Gathered gathered = Gathered::additions);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;

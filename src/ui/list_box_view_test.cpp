@@ -187,6 +187,33 @@ TEST_F(ListBoxViewTest, ALineThatIsMadeCurrentAtOnceIsShownAtOnce) {
     EXPECT_THAT(selectedRows(), ElementsAre(3));
 }
 
+TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsSeen) {
+    ListBoxView gathering(model, "Folders", ListBoxView::LineTips::whenCut, &parent,
+                          ListBoxView::Gathered::changes);
+    gathering.resize(200, 200);
+    gathering.show();
+    gathering.setFocus();
+    const auto rowPlace = [&](int row) {
+        return gathering.visualRect(gathering.model()->index(row, 0)).center();
+    };
+    model.addItem("new", 1).passOver();
+    model.setSelected(2, true).passOver();
+    ASSERT_EQ(gathering.model()->rowCount(), 3);
+    QTest::mouseClick(gathering.viewport(), Qt::LeftButton, {}, rowPlace(1));
+    EXPECT_EQ(model.text(), "two");
+    EXPECT_EQ(gathering.currentIndex().data().toString(), "two");
+    // A cursor key goes by what is in the list, and a line made current is shown at once.
+    QTest::keyClick(&gathering, Qt::Key_Up);
+    EXPECT_EQ(model.text(), "new");
+    EXPECT_EQ(gathering.model()->rowCount(), 4);
+    EXPECT_EQ(gathering.currentIndex().data().toString(), "new");
+    // The current line is removed while that is pending.
+    model.removeItem(1).passOver();
+    EXPECT_TRUE(gathering.selectionModel()->selectedIndexes().empty());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return gathering.model()->rowCount() == 3; }));
+    EXPECT_TRUE(gathering.selectionModel()->selectedIndexes().empty());
+}
+
 TEST_F(ListBoxViewTest, AChangedTextRepaintsOnlyItsLine) {
     QSignalSpy edited(view.model(), &QAbstractItemModel::dataChanged);
     model.setList(1, "2").passOver();

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Requirements for every window's layout: each visible control has a widget, an accessible name and
 // enough space for its text, and the tab key reaches all widgets with input.
+#include <memory>
+
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QLabel>
+#include <QSignalSpy>
 #include <QTest>
 #include <gmock/gmock.h>
 
@@ -187,6 +192,41 @@ TEST_F(WindowLayouts, TheFoldersToSearchAreVisibleWhileTheListsAreHidden) {
     form.lstfiles.setVisible(false);
     QCoreApplication::processEvents();
     EXPECT_EQ(seenInTheMiddleOf(*toDo), toDo);
+}
+
+/// Each update would lay the window out and paint it, thousands of times in a search.
+TEST_F(WindowLayouts, OfASearchTheFinderShowsEachMomentAndNotEachFolder) {
+    FrmSearch form(machine.files, machine.directories);
+    FormWindow window(finderLayout(form));
+    form.show();
+    form.lstdirs.addItem("c:\\m\\");
+    form.List1.addItem("c:\\m\\");
+    QTest::qWait(300);
+    const auto* label = window.findChild<QLabel*>("lbltime");
+    std::vector<std::unique_ptr<QSignalSpy>> announced;
+    for (const char* name : {"lstdirs", "List1", "lstfiles"}) {
+        const auto* list = window.findChild<QAbstractItemView*>(name);
+        announced.push_back(
+            std::make_unique<QSignalSpy>(list->model(), &QAbstractItemModel::rowsInserted));
+        announced.push_back(
+            std::make_unique<QSignalSpy>(list->model(), &QAbstractItemModel::rowsRemoved));
+    }
+    for (int i = 0; i < 1000; ++i) {
+        const std::string folder = "c:\\m\\" + std::to_string(i) + "\\";
+        form.lbltime.setCaption("Searching . . . " + folder);
+        form.lstdirs.addItem(folder, 1).passOver();
+        form.List1.addItem(folder, 1).passOver();
+        form.lstfiles.addItem(folder + "a.wav");
+        form.lstdirs.removeItem(0).passOver();
+    }
+    EXPECT_EQ(label->text(), "Searching . . . c:\\m\\0\\");
+    for (const auto& spy : announced) {
+        EXPECT_EQ(spy->count(), 0);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return label->text() == "Searching . . . c:\\m\\999\\" && announced[2]->count() == 1 &&
+               announced[4]->count() == 1;
+    }));
 }
 
 TEST_F(WindowLayouts, ThePreferencesShowTheirControls) {

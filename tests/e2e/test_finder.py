@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The file finder: searching folders, stopping, its lists, the popup menu of the found files, and
-closing during a search."""
+closing during a search; in small folders, in a hundred thousand files and on the whole machine."""
+
+import os
 
 from driver import run
 from mp3 import make_mp3
@@ -119,19 +121,23 @@ def files_are_found_by_extension_and_name(desktop, program):
     close(started)
 
 
-class LongSearch:
-    """A search that runs longer than a click on its button takes. Its elements are looked up before
-    the start, since a busy program is slow to list a whole window."""
+def choose_machine(desktop, started):
+    """The whole machine: its search does not end before the button is clicked."""
+    started.click("h:", "combo box", within=started.window(TITLE))
+    desktop.press("Home", "Return")
+    wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
+    choose_folder(started, "C:\\")
+    wait_for("its folders", lambda: "usr" in started.lines("Folder"))
 
-    def __init__(self, desktop, started):
+
+class LongSearch:
+    """A search in the chosen folder. What it shows is looked up before, since the busy program takes
+    its time to answer for a whole window."""
+
+    def __init__(self, desktop, started, extension):
         self._desktop = desktop
         self._started = started
-        started.click("h:", "combo box", within=started.window(TITLE))
-        desktop.press("Home", "Return")
-        wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
-        choose_folder(started, "C:\\")
-        wait_for("its folders", lambda: "usr" in started.lines("Folder"))
-        started.type_into("File Type", "so")
+        started.type_into("File Type", extension)
         self.lists = [started.get(name, "list") for name in ("Files found", "Folders searched")]
         self.wanted = started.get("File Type", "text")
         self.labels = started.watch_labels(TITLE)
@@ -143,11 +149,20 @@ class LongSearch:
     def press_button(self):
         self._desktop.click_at(*self._centre)
 
+    def files_found(self):
+        return self.lists[0].get_child_count()
+
+    def centre_of_first_line(self):
+        """Its name and centre, as long as the list is not scrolled."""
+        line = self.lists[0].get_child_at_index(0)
+        return line.get_name(), self._started.centre_of(line)
+
 
 def a_search_with_hidden_lists_is_stopped(desktop, program):
     started = start_finder(desktop, program)
     started.click("Hide lists when searching", "check box")
-    search = LongSearch(desktop, started)
+    choose_machine(desktop, started)
+    search = LongSearch(desktop, started, "so")
     wait_for("the hidden lists", lambda: not any(map(started.shows, search.lists)))
     check(not started.shows_enabled(search.wanted), "the file type can be edited during the search")
     seen = set()
@@ -162,7 +177,7 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
              started.shows_enabled(search.wanted))
     wait_for("the shown lists", lambda: all(map(started.shows, search.lists)))
     _, files = wait_for("the summary", lambda: summary(started))
-    check_equal(files, search.lists[0].get_child_count(), "the number of files found")
+    check_equal(files, search.files_found(), "the number of files found")
     # The next search works as usual.
     choose_home_by_drive(desktop, started)
     choose_folder(started, "discs")
@@ -213,7 +228,8 @@ def the_popup_selects_removes_and_deletes_found_files(desktop, program):
 def closing_ends_the_search(desktop, program):
     make_files(desktop, "small/One.wav")
     started = start_finder(desktop, program)
-    LongSearch(desktop, started)
+    choose_machine(desktop, started)
+    LongSearch(desktop, started, "so")
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
     # A new finder is empty, and searches a small folder to its end.
@@ -229,6 +245,47 @@ def closing_ends_the_search(desktop, program):
     close(started)
 
 
+def make_large_tree(folder, folders=5000, files_each=20):
+    """Empty files, half of them WAVs by their names."""
+    names = [f"Track {i}{'.wav' if i % 2 == 0 else '.MP3'}" for i in range(files_each)]
+    folder.mkdir()
+    for number in range(folders):
+        if number % 50 == 0:
+            artist = folder / f"Artist {number // 50}"
+            album = artist
+        else:
+            album = artist / f"Album {number}"
+        album.mkdir()
+        opened = os.open(album, os.O_RDONLY | os.O_DIRECTORY)
+        for name in names:
+            os.close(os.open(name, os.O_CREAT | os.O_WRONLY, 0o600, dir_fd=opened))
+        os.close(opened)
+    return folders * files_each // 2
+
+
+def a_large_tree_is_searched_used_and_closed(desktop, program):
+    wavs = make_large_tree(desktop.home / "large")
+    started = start_finder(desktop, program)
+    choose_folder(started, "large")
+    wait_for("the large folder", lambda: "Artist 0" in started.lines("Folder"))
+    search = LongSearch(desktop, started, "wav")
+    wait_for("the end", lambda: search.button.get_name() == SEARCH and
+             search.files_found() == wavs)
+    # More files than the summary's counter holds, which stays as it was.
+    check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
+    first, centre = search.centre_of_first_line()
+    desktop.click_at(*centre)
+    started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "r")
+    wait_for("the shorter list", lambda: search.files_found() == wavs - 1)
+    check(search.centre_of_first_line()[0] != first, "another line was removed")
+    # Closed right after the start of the next one.
+    search.press_button()
+    desktop.press("Escape")
+    wait_for("the closed finder", lambda: started.window(TITLE) is None)
+    close(started)
+
+
 if __name__ == "__main__":
     run(files_are_found_by_extension_and_name, a_search_with_hidden_lists_is_stopped,
-        the_popup_selects_removes_and_deletes_found_files, closing_ends_the_search)
+        the_popup_selects_removes_and_deletes_found_files, closing_ends_the_search,
+        a_large_tree_is_searched_used_and_closed)

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/list_box_model.h"
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include <QSignalSpy>
+#include <gmock/gmock.h>
+
+#include "platform/controls/form.h"
+
+namespace sonarith {
+namespace {
+
+using testing::ElementsAre;
+using Gathered = ListBoxModel::Gathered;
+
+struct Announced {
+    explicit Announced(const QAbstractItemModel& model)
+        : inserted(&model, &QAbstractItemModel::rowsInserted),
+          removed(&model, &QAbstractItemModel::rowsRemoved),
+          changed(&model, &QAbstractItemModel::dataChanged) {}
+    [[nodiscard]] std::vector<qsizetype> counts() const {
+        return {inserted.count(), removed.count(), changed.count()};
+    }
+    QSignalSpy inserted;
+    QSignalSpy removed;
+    QSignalSpy changed;
+};
+
+std::vector<std::string> rowsOf(const ListBoxModel& model) {
+    std::vector<std::string> rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        rows.push_back(model.data(model.index(row), Qt::DisplayRole).toString().toStdString());
+    }
+    return rows;
+}
+
+class ListBoxModelTest : public testing::Test {
+  protected:
+    void fill(const std::vector<std::string>& lines) {
+        for (const std::string& line : lines) {
+            list.addItem(line);
+        }
+    }
+    Form form{"frmsearch"};
+    ListBox list{form, "lstdirs"};
+};
+
+/// What a search does with the folders to scan: adds those it finds behind the first, and removes
+/// the first.
+TEST_F(ListBoxModelTest, ChangesAtOnePlaceAreAnnouncedTogether) {
+    fill({"scanned", "waiting", "last"});
+    ListBoxModel model(list, Gathered::changes);
+    const Announced announced(model);
+    for (const char* folder : {"a", "b", "c"}) {
+        list.addItem(folder, 1).passOver();
+    }
+    list.removeItem(0).passOver();
+    list.addItem("d", 1).passOver();
+    list.removeItem(0).passOver();
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 0, 0));
+    EXPECT_EQ(model.rowCount(), 3);
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("d", "b", "a", "waiting", "last"));
+    EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 1));
+    model.showAll();
+    EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 1));
+}
+
+TEST_F(ListBoxModelTest, FoldersThatAreScannedWithoutFindingAnyAreAnnouncedTogetherToo) {
+    fill({"a", "b", "c", "d"});
+    ListBoxModel model(list, Gathered::changes);
+    const Announced announced(model);
+    for (int i = 0; i < 3; ++i) {
+        list.removeItem(0).passOver();
+    }
+    EXPECT_EQ(model.rowCount(), 4);
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("d"));
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 0));
+}
+
+TEST_F(ListBoxModelTest, WithoutGatheringOnlyLinesAtTheEndWait) {
+    fill({"a", "b", "c"});
+    ListBoxModel model(list, Gathered::additions);
+    const Announced announced(model);
+    list.addItem("first", 0).passOver();
+    EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 0));
+    list.removeItem(1).passOver();
+    EXPECT_THAT(announced.counts(), ElementsAre(1, 1, 0));
+    list.addItem("last");
+    list.addItem("before the last", 3).passOver();
+    EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c"));
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "before the last", "last"));
+}
+
+/// What a search does with folders that have none in them, and with the next that has.
+TEST_F(ListBoxModelTest, AChangeCloseByBelongsToTheSamePlace) {
+    fill({"a", "b", "c", "d", "e", "f"});
+    ListBoxModel model(list, Gathered::changes);
+    const Announced announced(model);
+    list.removeItem(0).passOver();
+    list.removeItem(0).passOver();
+    for (const char* folder : {"x", "y", "z"}) {
+        list.addItem(folder, 1).passOver();
+    }
+    list.removeItem(0).passOver();
+    list.removeItem(3).passOver();
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 0, 0));
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("z", "y", "x", "e", "f"));
+    EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 1));
+}
+
+TEST_F(ListBoxModelTest, AChangeElsewhereIsAnnouncedAtOnce) {
+    fill({"a", "b", "c", "d", "e", "f", "g", "h"});
+    ListBoxModel model(list, Gathered::changes);
+    list.addItem("new", 4).passOver();
+    list.removeItem(8).passOver();
+    EXPECT_THAT(rowsOf(model), ElementsAre("a", "b", "c", "d", "e", "f", "g"));
+    list.removeItem(0).passOver();
+    EXPECT_THAT(rowsOf(model), ElementsAre("b", "c", "d", "e", "f", "g"));
+    list.addItem("first", 0).passOver();
+    EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "d", "e", "f", "g"));
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "d", "new", "e", "f", "g"));
+}
+
+TEST_F(ListBoxModelTest, RowsAndLinesAreKnownMeanwhile) {
+    fill({"a", "b", "c"});
+    ListBoxModel model(list, Gathered::changes);
+    list.addItem("new", 1).passOver();
+    EXPECT_EQ(model.rowOf(0), 0);
+    EXPECT_EQ(model.rowOf(1), -1);
+    EXPECT_EQ(model.rowOf(3), 2);
+    EXPECT_EQ(model.rowOf(-1), -1);
+    EXPECT_EQ(model.lineOf(2), 3);
+    EXPECT_EQ(model.lineOf(-1), -1);
+    model.showAll();
+    list.removeItem(2).passOver();
+    EXPECT_EQ(model.lineOf(2), -1);
+    EXPECT_EQ(model.lineOf(3), 2);
+}
+
+TEST_F(ListBoxModelTest, AnEmptiedListForgetsWhatWasPending) {
+    fill({"a", "b"});
+    ListBoxModel model(list, Gathered::changes);
+    list.addItem("new", 1).passOver();
+    list.clear();
+    EXPECT_EQ(model.rowCount(), 0);
+    list.addItem("first");
+    model.showAll();
+    EXPECT_THAT(rowsOf(model), ElementsAre("first"));
+}
+
+/// Any changes in any order: at each moment the rows whose lines are known show these lines, and
+/// after an announcement all of them do.
+TEST_F(ListBoxModelTest, RandomChangesArriveInTheEnd) {
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto below = [&](int limit) {
+            return static_cast<int>(random() % static_cast<unsigned>(limit));
+        };
+        list.clear();
+        fill({"a", "b", "c", "d", "e"});
+        ListBoxModel model(list, seed % 2 == 0 ? Gathered::changes : Gathered::additions);
+        int announced = model.rowCount();
+        const auto added = [&](const QModelIndex&, int first, int last) {
+            EXPECT_LE(first, announced);
+            announced += last - first + 1;
+        };
+        const auto removed = [&](const QModelIndex&, int first, int last) {
+            EXPECT_LT(last, announced);
+            announced -= last - first + 1;
+        };
+        QObject::connect(&model, &QAbstractItemModel::rowsInserted, added);
+        QObject::connect(&model, &QAbstractItemModel::rowsRemoved, removed);
+        for (int step = 0; step < 200; ++step) {
+            const int count = list.listCount();
+            switch (below(8)) {
+            case 0:
+                list.addItem(std::to_string(step));
+                break;
+            case 1:
+            case 2:
+            case 3:
+                list.addItem(std::to_string(step), below(count + 1)).passOver();
+                break;
+            case 4:
+            case 5:
+                list.removeItem(count > 0 ? below(count) : 0).passOver();
+                break;
+            case 6:
+                list.setList(count > 0 ? below(count) : 0, "edited").passOver();
+                break;
+            default:
+                model.showAll();
+                ASSERT_EQ(model.rowCount(), count);
+                break;
+            }
+            ASSERT_EQ(model.rowCount(), announced);
+            for (int line = 0; line < list.listCount(); ++line) {
+                const int row = model.rowOf(line);
+                ASSERT_LT(row, model.rowCount());
+                if (row >= 0) {
+                    ASSERT_EQ(model.lineOf(row), line);
+                }
+            }
+        }
+        model.showAll();
+        ASSERT_EQ(model.rowCount(), list.listCount());
+        for (int line = 0; line < list.listCount(); ++line) {
+            ASSERT_EQ(model.data(model.index(line), Qt::DisplayRole).toString().toStdString(),
+                      list.list(line));
+        }
+    }
+}
+
+} // namespace
+} // namespace sonarith
