@@ -41,9 +41,10 @@ TEST_F(RecordingPathsTest, ASaveElsewhereOnADiskThatHangsHasNoName) {
 
 TEST_F(RecordingPathsTest, AFolderThatHangsAtTheBeginningIsNotUsedForASave) {
     ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
+    mounts->write("e/music/old.wav");
     mounts->hang(e);
-    EXPECT_EQ(recordings.beginIn("e:\\"), "");
-    EXPECT_EQ(recordings.saveAs("e:\\1234-1.wav"), "");
+    EXPECT_EQ(recordings.beginIn("e:\\music"), "");
+    EXPECT_EQ(recordings.saveAs("e:\\music\\1234-1.wav"), "");
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
