@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The preferences and the disk guard through the whole application: at the start, in an extraction,
 // in a decoding, and at the end of the program.
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -78,6 +79,48 @@ TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
             bench.form.Copt.click();
             EXPECT_TRUE(bench.windows.FrmPrefs.visible());
         }
+    }
+}
+
+TEST(PreferencesAtTheStart, OfAnyStoredTextComeToTheMainWindowAndOpen) {
+    for (const char* key :
+         {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
+          "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",
+          "show full path", "encode after extracting", "mute button", "DecodePath"}) {
+        for (const char* bad : {"", "-1", "32767", "32768", "70000", "letters", "caf\xe9\xff"}) {
+            SCOPED_TRACE(std::string(key) + "=" + bad);
+            ApplicationBench bench({1000, 1000});
+            bench.store.put("Settings", key, bad);
+            bench.application.start();
+            EXPECT_TRUE(bench.form.visible());
+            EXPECT_GT(bench.form.TreeView1.count(), 0);
+            bench.form.Copt.click();
+            EXPECT_TRUE(bench.windows.FrmPrefs.visible());
+            bench.windows.FrmPrefs.unload();
+            bench.form.Copt.click();
+            EXPECT_TRUE(bench.windows.FrmPrefs.visible());
+            EXPECT_THAT(bench.boxes.shown, IsEmpty());
+        }
+    }
+}
+
+TEST(PreferencesAtTheStart, MuteTheDiscsLineASecondTime) {
+    for (const char* muted : {"1", "0"}) {
+        ApplicationBench bench({1000, 1000});
+        bench.store.put("Settings", "mute button", muted);
+        int first = -1; // before the preferences are loaded
+        const auto changes = [&] {
+            return std::count(bench.mixer.log.begin(), bench.mixer.log.end(),
+                              std::string("set 4101 20010002 ") + muted);
+        };
+        bench.media.onCommand = [&](std::string_view) {
+            if (first < 0) {
+                first = static_cast<int>(changes());
+            }
+        };
+        bench.application.start();
+        EXPECT_EQ(first, 1);
+        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // a switch that is off sets nothing
     }
 }
 
@@ -217,8 +260,23 @@ TEST(GuardOfAnExtraction, WorksIfTheWindowIsClosedMeanwhile) {
     EXPECT_TRUE(bench.idle());
 }
 
-/// The state of the preferences' window during the guard's tick.
-enum class PreferencesAre { kept, closed };
+/// An event on the preferences' window before the guard's tick.
+enum class PreferencesAre { kept, closed, reopened };
+
+std::string nameOf(PreferencesAre window) {
+    return window == PreferencesAre::kept     ? "at"
+           : window == PreferencesAre::closed ? "closed, at"
+                                              : "reopened, at";
+}
+
+void bring(FrmPrefs& form, PreferencesAre state) {
+    if (state != PreferencesAre::kept) {
+        form.unload();
+    }
+    if (state == PreferencesAre::reopened) {
+        form.show();
+    }
+}
 
 void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     ApplicationBench bench({200, 200, 200});
@@ -228,9 +286,7 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     bench.loop.atYield(n, [&] {
         if (!over) {
             reached = true;
-            if (window == PreferencesAre::closed) {
-                bench.windows.FrmPrefs.unload();
-            }
+            bring(bench.windows.FrmPrefs, window);
             leaveFree(bench, 49);
             bench.form.tmrWarning.fire();
         }
@@ -256,13 +312,13 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
 }
 
 TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
-    for (const PreferencesAre window : {PreferencesAre::kept, PreferencesAre::closed}) {
+    for (const PreferencesAre window :
+         {PreferencesAre::kept, PreferencesAre::closed, PreferencesAre::reopened}) {
         bool reached = true;
         int n = 0;
         while (reached) {
             ++n;
-            SCOPED_TRACE(std::string(window == PreferencesAre::kept ? "at" : "closed, at") +
-                         " yield " + std::to_string(n));
+            SCOPED_TRACE(nameOf(window) + " yield " + std::to_string(n));
             ASSERT_LT(n, 200);
             reached = false;
             runWithStopAtYield(n, window, reached);
@@ -302,34 +358,42 @@ TEST(GuardOfADecoding, StopsByItsOwnTimer) {
     EXPECT_TRUE(bench.process.stopRequested);
 }
 
-TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextActionWorks) {
-    bool reached = true;
-    int n = 0;
-    while (reached) {
-        ++n;
-        SCOPED_TRACE(n);
-        ASSERT_LT(n, 300);
-        reached = false;
-        GuardedDecoding bench;
-        bool over = false;
-        bench.loop.atYield(n, [&] {
-            if (!over) {
-                reached = true;
-                leaveFree(bench, 49);
-                bench.form.tmrWarning.fire();
-            }
-        });
-        bench.decodeAll();
-        over = true;
-        EXPECT_TRUE(bench.atRest());
-        EXPECT_LE(bench.mp3.finished.size(), 3U);
-        leaveFree(bench, 5000);
-        bench.mp3.finished.clear();
-        bench.decodeAll();
-        EXPECT_EQ(bench.mp3.finished.size(), 3U);
-        EXPECT_TRUE(bench.atRest());
+void decodeWithStopAtYield(int n, PreferencesAre window, bool& reached) {
+    GuardedDecoding bench;
+    bool over = false;
+    bench.loop.atYield(n, [&] {
+        if (!over) {
+            reached = true;
+            bring(bench.windows.FrmPrefs, window);
+            leaveFree(bench, 49);
+            bench.form.tmrWarning.fire();
+        }
+    });
+    bench.decodeAll();
+    over = true;
+    EXPECT_TRUE(bench.atRest());
+    EXPECT_LE(bench.mp3.finished.size(), 3U);
+    leaveFree(bench, 5000);
+    bench.mp3.finished.clear();
+    bench.decodeAll();
+    EXPECT_EQ(bench.mp3.finished.size(), 3U);
+    EXPECT_TRUE(bench.atRest());
+}
+
+TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextRunWorks) {
+    for (const PreferencesAre window :
+         {PreferencesAre::kept, PreferencesAre::closed, PreferencesAre::reopened}) {
+        bool reached = true;
+        int n = 0;
+        while (reached) {
+            ++n;
+            SCOPED_TRACE(nameOf(window) + " yield " + std::to_string(n));
+            ASSERT_LT(n, 300);
+            reached = false;
+            decodeWithStopAtYield(n, window, reached);
+        }
+        EXPECT_GT(n, 20);
     }
-    EXPECT_GT(n, 20);
 }
 
 } // namespace

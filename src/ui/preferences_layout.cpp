@@ -31,12 +31,12 @@ QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }
 
-/// A check box and its limit.
-QLayout* makeLimit(CheckBox& box, TextBox& limit, QWidget* parent) {
+/// A check box and its limit, whose accessible name is `name`.
+QLayout* makeLimit(CheckBox& box, TextBox& limit, const QString& name, QWidget* parent) {
     auto* row = new QHBoxLayout;
     row->setSpacing(windowGap);
     row->addWidget(new CheckBoxView(box, QString(), parent), 1);
-    auto* number = new TextBoxView(limit, QObject::tr("Limit in MB"), parent);
+    auto* number = new TextBoxView(limit, name, parent);
     number->setFixedWidth(limitWidth);
     row->addWidget(number);
     row->addWidget(makeFixedText(QObject::tr("MB"), number, parent));
@@ -49,8 +49,8 @@ void layOutDiskSpace(FrmPrefs& form, FormWindow& window, QWidget& page) {
     pageRows->addWidget(frame);
     auto* rows = new QVBoxLayout(frame);
     rows->setSpacing(windowGap);
-    rows->addLayout(makeLimit(form.Check6, form.Text7, frame));
-    rows->addLayout(makeLimit(form.Check7, form.Text8, frame));
+    rows->addLayout(makeLimit(form.Check6, form.Text7, QObject::tr("Warning limit in MB"), frame));
+    rows->addLayout(makeLimit(form.Check7, form.Text8, QObject::tr("Stop limit in MB"), frame));
     auto* set = new QHBoxLayout;
     set->addStretch();
     set->addWidget(window.makeButton(form.Command1, frame));

@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The preferences: which settings are stored and when, the destination, the free space, and the
-guard that warns and stops when the disk fills up."""
+"""The preferences: what reaches the store and when, the destination, the free space, and the guard
+that warns and stops on a disk that fills."""
 
 import contextlib
 import os
 import subprocess
 
-from driver import run
+from driver import make_disc, run
 from program import Program
 from scenes import check_box, close, start_in, start_track, start_with_disc, wavs_by_track
 from sound import beginning_of_track, bytes_of, disc_samples
@@ -45,32 +45,54 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-def ticks_are_stored_at_once(desktop, program):
-    # The captions, and those of two boxes when they are not ticked.
-    boxes = {
-        TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
-                  ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
-        TABS[1]: (("Show File names as Full File Path", "show full path"),
-                  ("Encode to MP3 after extracting", "encode after extracting"),
-                  ("Delete WAV file after encoding", "Delete WAV"),
-                  ("Minimize program during conversion", "minimize onstart"),
-                  ("Mute", "mute button"))}
-    unticked = {"Encode to MP3 after extracting": "Do not Encode after extracting",
-                "Mute": "Play"}
+# Captions, and what two of them become without their tick.
+BOXES = {
+    TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
+              ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
+    TABS[1]: (("Show File names as Full File Path", "show full path"),
+              ("Encode to MP3 after extracting", "encode after extracting"),
+              ("Delete WAV file after encoding", "Delete WAV"),
+              ("Minimize program during conversion", "minimize onstart"),
+              ("Mute", "mute button"))}
+UNTICKED = {"Encode to MP3 after extracting": "Do not Encode after extracting", "Mute": "Play"}
+TRAY = "Minimize program to Desktop Tray Now"
+
+
+def next_page_by_keys(desktop, started, name):
+    desktop.press("ctrl+Tab")
+    wait_for(f"the page {name!r}", lambda: started.find(name, "filler"))
+
+
+def press_by_keys(desktop, started, name, role):
+    started.tab_to(name, role)
+    desktop.press("space")
+
+
+def ticks_reach_the_store_at_once(desktop, program, show_page, press):
     started = start_preferences(desktop, program)
-    window = started.window(TITLE)
     expected = {}
-    for tab, entries in boxes.items():
-        open_tab(started, tab)
+    for tab, entries in BOXES.items():
+        if tab != TABS[0]:
+            show_page(started, tab)
         for caption, key in entries:
             before = is_ticked(started, caption)
-            started.click(caption, "check box", within=window)
+            press(started, caption, "check box")
             wait_for_stored(desktop, key, str(int(not before)))
-            shown = caption if caption not in unticked or not before else unticked[caption]
+            shown = caption if caption not in UNTICKED or not before else UNTICKED[caption]
             wait_for(f"the changed box {shown!r}",
                      lambda: is_ticked(started, shown) == (not before))
-            # Deliberate: at the next start a box that is not ticked has its first caption again.
+            # At the next start a box that is not ticked has its first caption again.
             expected[tab, caption] = not before
+    # Its tick hides this window and no other; without a panel there is no icon.
+    press(started, TRAY, "check box")
+    wait_for("the hidden window", lambda: started.window(TITLE) is None)
+    wait_for_stored(desktop, "desktop icon", "1")
+    check(started.shows_enabled(started.find(TITLE, "push button")), "the main window is gone")
+    started.open_window(TITLE, TITLE)
+    check(is_ticked(started, TRAY), "the box has lost its tick")
+    press(started, TRAY, "check box")
+    wait_for_stored(desktop, "desktop icon", "0")
+    check(started.window(TITLE), "the window has gone once more")
     close(started)
 
     again = restart(desktop, program)
@@ -81,26 +103,51 @@ def ticks_are_stored_at_once(desktop, program):
     close(again)
 
 
-def limits_and_choices_are_stored(desktop, program):
+def ticks_by_mouse_reach_the_store_at_once(desktop, program):
+    ticks_reach_the_store_at_once(
+        desktop, program, open_tab,
+        lambda started, name, role: started.click(name, role, within=started.window(TITLE)))
+
+
+def ticks_by_keys_reach_the_store_at_once(desktop, program):
+    ticks_reach_the_store_at_once(
+        desktop, program,
+        lambda started, name: next_page_by_keys(desktop, started, name),
+        lambda started, name, role: press_by_keys(desktop, started, name, role))
+
+
+WARNING_LIMIT = "Warning limit in MB"
+STOP_LIMIT = "Stop limit in MB"
+# The lists: what is chosen first, the key to another entry, and that one.
+CHOICES = (("Tape", "Home", "Low"), ("80", "End", "320"),
+           ("44.100Hz, 16bit Stereo, 172k/sec", "Home", "44.100Hz, 16bit Mono, 86k/sec"))
+
+
+def choose_by_keys(desktop, started, shown, key, _):
+    started.tab_to(shown, "combo box")
+    desktop.press(key)
+
+
+def choose_by_mouse(_, started, shown, __, chosen):
+    started.click(shown, "combo box")
+    started.click(chosen, "list item")
+
+
+def limits_and_choices_are_kept(desktop, program, type_limit, press, choose):
     started = start_preferences(desktop, program)
-    started.tab_to("Limit in MB", "text")
-    desktop.press("ctrl+a")
-    desktop.type("250")
-    # Past the check box to the other limit.
-    desktop.press("Tab", "Tab", "ctrl+a")
-    desktop.type("120")
-    started.tab_to("Set", "push button")
-    desktop.press("space")
+    type_limit(started, WARNING_LIMIT, "250")
+    # Each key has stored what stood there before it.
+    wait_for_stored(desktop, "HDWarningNo", "25")
+    type_limit(started, STOP_LIMIT, "120")
+    wait_for_stored(desktop, "HDStopNo", "12")
+    press(started, "Set", "push button")
     wait_for_stored(desktop, "HDWarningNo", "250")
     wait_for_stored(desktop, "HDStopNo", "120")
 
     open_tab(started, TABS[1])
     before = desktop.stored("Settings")
-    for shown, keys, chosen in (("Tape", ("Home",), "Low"), ("80", ("End",), "320"),
-                                ("44.100Hz, 16bit Stereo, 172k/sec", ("Home",),
-                                 "44.100Hz, 16bit Mono, 86k/sec")):
-        started.click(shown, "combo box")
-        desktop.press(*keys, "Return")
+    for shown, key, chosen in CHOICES:
+        choose(desktop, started, shown, key, chosen)
         started.get(chosen, "combo box")
     check_equal(desktop.stored("Settings"), before, "the store before the window is closed")
     started.close_other(TITLE)
@@ -110,11 +157,28 @@ def limits_and_choices_are_stored(desktop, program):
     close(started)
 
     again = restart(desktop, program)
-    check_equal(again.text("Limit in MB"), "250", "the limit at the next start")
+    check_equal(again.text(WARNING_LIMIT), "250", "the warning's limit at the next start")
+    check_equal(again.text(STOP_LIMIT), "120", "the stop's limit at the next start")
     open_tab(again, TABS[1])
-    for chosen in ("Low", "320", "44.100Hz, 16bit Mono, 86k/sec"):
+    for _, __, chosen in CHOICES:
         again.get(chosen, "combo box")
     close(again)
+
+
+def limits_and_choices_by_keys_are_kept(desktop, program):
+    def type_limit(started, name, text):
+        started.tab_to(name, "text")
+        desktop.press("ctrl+a")
+        desktop.type(text)
+    limits_and_choices_are_kept(
+        desktop, program, type_limit,
+        lambda started, name, role: press_by_keys(desktop, started, name, role), choose_by_keys)
+
+
+def limits_and_choices_by_mouse_are_kept(desktop, program):
+    limits_and_choices_are_kept(
+        desktop, program, lambda started, name, text: started.type_into(name, text),
+        lambda started, name, role: started.click(name, role), choose_by_mouse)
 
 
 def a_new_destination_is_created(desktop, program):
@@ -122,8 +186,7 @@ def a_new_destination_is_created(desktop, program):
     started = start_preferences(desktop, program)
     window = started.window(TITLE)
     open_tab(started, TABS[2])
-    check(started.find("Create", "push button") is None,
-          "Create is shown before the user chooses a path")
+    check(started.find("Create", "push button") is None, "something can be created unasked")
     tick = "I'll select the destination path and directory"
     started.click(tick, "check box")
     started.get("Create", "push button")
@@ -155,15 +218,101 @@ def a_new_destination_is_created(desktop, program):
     close(again)
 
 
+def go_to_line(desktop, started, box, line):
+    started.tab_to(box, "list")
+    wait_for(f"the line {line!r}", lambda: line in started.lines(box))
+    desktop.press("Home", *["Down"] * started.lines(box).index(line))
+
+
+def a_new_destination_is_created_by_keys(desktop, program):
+    (desktop.home / "Records").mkdir()
+    # A folder whose name is no text, below the chosen one. It is the only one there.
+    odd = os.fsencode(desktop.home / "Records") + b"/caf\xe9"
+    os.mkdir(odd)
+    started = start_preferences(desktop, program)
+    for name in TABS[1:]:
+        next_page_by_keys(desktop, started, name)
+    press_by_keys(desktop, started, "I'll select the destination path and directory", "check box")
+    started.get("Create", "push button")
+    started.tab_to("c:", "combo box")
+    desktop.press("End")
+    started.get("h:", "combo box")
+    go_to_line(desktop, started, "Folder", "Records")
+    desktop.press("Return")
+    wait_for("the chosen folder",
+             lambda: (started.text("Destination path") or "").lower() == "h:\\records")
+    wait_for("its folder", lambda: len(started.lines("Folder")) == 3)
+    desktop.press("End", "Return")
+    wait_for("the odd folder",
+             lambda: (started.text("Destination path") or "").lower().startswith("h:\\records\\caf"))
+    started.tab_to("Name of the new directory", "text")
+    desktop.press("ctrl+a")
+    desktop.type('It is "new"')
+    press_by_keys(desktop, started, "Create", "push button")
+    wait_for("the new folder", lambda: os.path.isdir(odd + b'/It is "new"'))
+    wait_for("the hidden choice", lambda: started.find("Create", "push button") is None)
+    close(started)
+    os.rmdir(odd + b'/It is "new"')
+    again = restart(desktop, program)
+    check(os.path.isdir(odd + b'/It is "new"'), "the next start has not made the folder again")
+    check_equal(os.listdir(os.path.dirname(odd)), [b"caf\xe9"], "folders beside it")
+    close(again)
+
+
+def start_with_destination(desktop, program, destination):
+    """The program, whose window need not be there yet."""
+    sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
+    desktop.write_store(sheet, destination)
+    return Program(desktop, program)
+
+
+def destinations_of_any_name_are_made(desktop, program):
+    for name in ("My  Music", "añ日 Köln", "it's (new) & 100 %", "n" * 255):
+        destination = desktop.home / "Records" / name
+        started = start_with_destination(desktop, program, destination)
+        started.wait_for_window()
+        check(destination.is_dir(), f"the folder {name!r} was not made")
+        close(started)
+
+
+def check_destination_is_refused(desktop, program, destination):
+    started = start_with_destination(desktop, program, destination)
+    check_box(started, "Error While Attempting to Create Directories on Destination Drive.")
+    if destination.is_relative_to(desktop.home):
+        path = "H:\\" + str(destination.relative_to(desktop.home))
+    else:
+        path = "C:" + str(destination).replace("/", "\\")
+    check_box(started, f"Error in creating the path {path}"
+              "  Create a new Destination path using the selection controls")
+    started.wait_for_window()
+    started.open_window(TITLE, TITLE)
+    close(started)
+
+
+def destinations_that_cannot_be_made_are_reported(desktop, program):
+    desktop.home.mkdir(exist_ok=True)
+    taken = desktop.home / "taken"
+    taken.write_text("a file", encoding="utf-8")
+    check_destination_is_refused(desktop, program, taken)
+    check_equal(taken.read_text(encoding="utf-8"), "a file", "the file in the way")
+    check_destination_is_refused(desktop, program, desktop.home / ("n" * 256))
+    with small_disk(desktop.folder / "no room", 1) as disk:
+        if disk is None:
+            return
+        for options in ("remount,nr_inodes=1", "remount,ro"):
+            subprocess.run(["mount", "-o", options, str(disk)], check=True)
+            check_destination_is_refused(desktop, program, disk / "new")
+
+
 @contextlib.contextmanager
 def small_disk(folder, megabytes):
-    """Mounts a file system of that size in a folder; yields None if the user may not mount."""
+    """A file system of that size in a folder; None where mounting is not allowed."""
     folder.mkdir()
     mounted = subprocess.run(
         ["mount", "-t", "tmpfs", "-o", f"size={megabytes * MEGABYTE}", "tmpfs", str(folder)],
         check=False, capture_output=True)
     if mounted.returncode != 0:
-        print("  skipped: this user may not mount a file system", flush=True)
+        print("  left out: this user may not mount anything", flush=True)
         yield None
         return
     try:
@@ -177,14 +326,14 @@ def free_megabytes(folder):
     return disk.f_bavail * disk.f_frsize / MEGABYTE
 
 
-def fill_until_free(folder, megabytes):
-    """Fills a disk until `megabytes` are free."""
+def leave_free(folder, megabytes):
+    """Fills a disk until so much is free."""
     missing = free_megabytes(folder) - megabytes
     with open(folder / "filler", "ab") as filler:
         filler.write(bytes(int(missing * MEGABYTE)))
 
 
-def a_disk_that_fills_up_is_reported_and_ends_a_capture(desktop, program):
+def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
     with small_disk(desktop.folder / "small disk", 250) as home:
         if home is None:
             return
@@ -198,23 +347,26 @@ def a_disk_that_fills_up_is_reported_and_ends_a_capture(desktop, program):
             line = next((line for line in lines if line.upper().startswith("H:\\")), "")
             return int(line.split()[2]) if line.endswith(" MB available") else None
 
-        for megabytes in (200, 150):
-            fill_until_free(home, megabytes)
-            started.click("Refresh data", "push button")
+        for megabytes, by_keys in ((200, False), (150, True)):
+            leave_free(home, megabytes)
+            if by_keys:
+                press_by_keys(desktop, started, "Refresh data", "push button")
+            else:
+                started.click("Refresh data", "push button")
             wait_for(f"{megabytes} MB", lambda: shown() is not None and
                      abs(shown() - free_megabytes(home)) <= 1)
         started.close_other(TITLE)
-        # The warning is in this bar, which is hidden at first.
+        # The warning stands in this bar, which is hidden at first.
         started.choose_menu("Preferences", "Toolbars", "CD Bar")
 
         start_track(started, "Track  2 - 00:01:00")
         check(started.find(LOW, "label") is None, "a warning with 150 MB free")
-        fill_until_free(home, 80)
+        leave_free(home, 80)
         wait_for("the warning", lambda: started.find(LOW, "label"))
         check(started.title.startswith("Extracting"), "the warning has stopped the capture")
-        fill_until_free(home, 40)
+        leave_free(home, 40)
         wait_for("the stop", lambda: not started.title.startswith("Extracting"))
-        wait_for("the enabled commands", lambda: started.is_enabled(TITLE, "push button"))
+        wait_for("the open commands", lambda: started.is_enabled(TITLE, "push button"))
         found = wavs_by_track(destination)
         check_equal(list(found), [2], "tracks in the destination folder")
         kept, _ = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
@@ -224,5 +376,8 @@ def a_disk_that_fills_up_is_reported_and_ends_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(ticks_are_stored_at_once, limits_and_choices_are_stored, a_new_destination_is_created,
-        a_disk_that_fills_up_is_reported_and_ends_a_capture)
+    run(ticks_by_mouse_reach_the_store_at_once, ticks_by_keys_reach_the_store_at_once,
+        limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
+        a_new_destination_is_created, a_new_destination_is_created_by_keys,
+        destinations_of_any_name_are_made, destinations_that_cannot_be_made_are_reported,
+        a_disk_that_fills_is_seen_and_ends_a_capture)
