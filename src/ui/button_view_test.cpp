@@ -32,6 +32,29 @@ TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST_F(ButtonViewTest, AButtonThatItsClickDisablesAndEnablesKeepsTheFocus) {
+    TextButtonView view(model, "", &parent);
+    CommandButton closing(form, "cmdClose", "Close");
+    TextButtonView other(closing, "", &parent);
+    model.onClick = [this] {
+        ++clicks;
+        model.setEnabled(false);
+        model.setEnabled(true);
+    };
+    parent.show();
+    view.setFocus();
+    QTest::keyClick(&view, Qt::Key_Space);
+    EXPECT_EQ(parent.focusWidget(), &view);
+    // Nor does it take the focus from where the user has moved it.
+    CommandButton third(form, "cmdThird", "Third");
+    TextButtonView chosen(third, "", &parent);
+    chosen.show();
+    model.setEnabled(false);
+    chosen.setFocus();
+    model.setEnabled(true);
+    EXPECT_EQ(parent.focusWidget(), &chosen);
+}
+
 TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     TextButtonView text(model, "", &parent);
     IconButtonView icon(model, Symbol::exit, &parent);

@@ -68,7 +68,7 @@ void ControlView::apply(Property which) {
         widget_.setToolTip(plainToolTip(toQString(control_.toolTip())));
     }
     if (concerns(which, Property::enabled)) {
-        widget_.setEnabled(control_.enabled());
+        showEnabled();
     }
     if (concerns(which, Property::left, Property::top, Property::width, Property::height)) {
         showPlace();
@@ -84,6 +84,24 @@ void ControlView::apply(Property which) {
 void ControlView::showName() {
     const std::string caption = caption_ ? caption_() : std::string();
     widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
+}
+
+/// A disabled widget loses the focus, and takes it back when it is enabled, unless the focus has
+/// moved on: a button that is disabled for a moment of its own click is to be pressed again.
+void ControlView::showEnabled() {
+    QWidget* const window = widget_.window();
+    const bool hadFocus = window->focusWidget() == &widget_;
+    widget_.setEnabled(control_.enabled());
+    if (!control_.enabled()) {
+        if (hadFocus) {
+            focusMovedTo_ = window->focusWidget();
+        }
+        return;
+    }
+    if (focusMovedTo_ && focusMovedTo_ == window->focusWidget()) {
+        widget_.setFocus();
+    }
+    focusMovedTo_.clear();
 }
 
 void ControlView::showPlace() {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
@@ -43,6 +44,7 @@ class ControlView {
     void follow(Property which);
     void apply(Property which);
     void showName();
+    void showEnabled();
     void showPlace();
 
     Control& control_;
@@ -53,6 +55,8 @@ class ControlView {
     Placement placement_;
     std::unique_ptr<QTimer> pause_; ///< of a limited pace: runs after each caption shown
     bool captionWaits_ = false;
+    /// The widget to which Qt moved the focus when this one was disabled.
+    QPointer<QWidget> focusMovedTo_;
     Connection changed_;
 };
 
