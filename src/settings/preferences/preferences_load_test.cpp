@@ -52,7 +52,7 @@ TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsWhatIsStored) {
     EXPECT_EQ(form.Combo1.listCount(), 9); // cleared first
     EXPECT_EQ(form.Combo2.listCount(), 14);
     EXPECT_EQ(form.cbxFormat.listCount(), 2);
-    EXPECT_EQ(form.Combo1.text(), "Studio"); // clearing a list chooses nothing
+    EXPECT_EQ(form.Combo1.text(), "Studio"); // and what was chosen is chosen again
     EXPECT_EQ(form.Combo2.text(), "320");
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
