@@ -94,7 +94,7 @@ int runProgram() {
         return application.driveInUse();
     };
     calls.refreshList = [&] {
-        form.mnuRefreshlist.click();
+        application.readChosenDisc();
     };
     calls.notices = [&] {
         return notices.texts();

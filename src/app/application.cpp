@@ -23,4 +23,10 @@ void Application::start() {
     windows_.Form1.load();
 }
 
+void Application::readChosenDisc() {
+    player_.power.releaseDisc();
+    windows_.Form1.mnuRefreshlist.click();
+    player_.power.openDiscAgain();
+}
+
 } // namespace sonarith

@@ -32,6 +32,10 @@ class Application {
     /// program may end before this returns.
     void start();
 
+    /// After another disc or drive was chosen: "Refresh List", and the player that is on opens the
+    /// new one. Yields.
+    void readChosenDisc();
+
     [[nodiscard]] Windows& windows() { return windows_; }
     [[nodiscard]] ProcessState& process() { return process_; }
     /// Whether a running action opens the drive for each of its tracks; the drive must not be

@@ -189,6 +189,32 @@ TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhoseCaptureIsCompleteAnd
     EXPECT_FALSE(discMuted());
 }
 
+TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThePlayer) {
+    bench.application.start();
+    switchOnAndPlay();
+    bench.disc.insert({5000, 6000, 7000});
+    bench.application.readChosenDisc();
+    EXPECT_EQ(bench.form.lstTracks.listCount(), 3);
+    EXPECT_EQ(panel.CD.text(), "No CD");
+    bench.loop.advance(1s);
+    EXPECT_EQ(panel.CD.text(), "Cd Ready");
+    EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:05:00");
+    EXPECT_TRUE(bench.boxes.shown.empty());
+
+    // An empty drive leaves the main window's device open, and timers run during its message box.
+    bench.disc.remove();
+    bench.boxes.whileUp = [&](const test::ShownBox&) {
+        bench.loop.advance(3s);
+        EXPECT_EQ(panel.CD.text(), "No CD");
+    };
+    bench.application.readChosenDisc();
+    EXPECT_EQ(bench.boxes.shown.size(), 1U);
+    bench.disc.insert({8000, 9000});
+    bench.loop.advance(1s);
+    EXPECT_EQ(panel.CD.text(), "Cd Ready");
+    EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:08:00");
+}
+
 TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionEvenIfItIsAlreadyOff) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();

@@ -30,7 +30,7 @@ struct Player {
           commands(platform, process, windows),
           poll(windows.Form4, commands, disc),
           transport(process, windows.Form4, commands, poll, disc),
-          power(platform.loop, windows.Form4, commands, mixer, capture, meter, disc),
+          power(platform.loop, windows.Form4, commands, mixer, capture, meter, poll, disc),
           window(process, windows, commands, capture, disc) {}
 
     MixerState mixerState;

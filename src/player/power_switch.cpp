@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/power_switch.h"
 
+#include <string_view>
+#include <utility>
+
 namespace sonarith {
 
 namespace {
+
+constexpr std::string_view openCommand = "open cdaudio alias cd wait shareable";
+constexpr std::string_view formatCommand = "set cd time format tmsf wait";
 
 /// Counts a procedure while it runs, even if the end of the program unwinds it.
 class UnderWay {
@@ -20,13 +26,14 @@ class UnderWay {
 } // namespace
 
 PowerSwitch::PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, MixerPanel& mixer,
-                         MeterCapture& capture, LevelMeter& meter, DiscState& disc)
+                         MeterCapture& capture, LevelMeter& meter, DiscPoll& poll, DiscState& disc)
     : loop_(loop),
       form_(form),
       commands_(commands),
       mixer_(mixer),
       capture_(capture),
       meter_(meter),
+      poll_(poll),
       disc_(disc) {
     form_.OptCD.onClick = [this] {
         OptCD_Click();
@@ -45,6 +52,7 @@ void PowerSwitch::OptCD_Click() {
         form_.OptCD.setSelected(false);
         return;
     }
+    discReleased_ = false;
     const int switchedOffBefore = timesSwitchedOff_;
     commands_.saveRunningCapture();
     if (timesSwitchedOff_ != switchedOffBefore) {
@@ -65,11 +73,11 @@ void PowerSwitch::OptCD_Click() {
 }
 
 void PowerSwitch::openDisc(int switchedOffBefore) {
-    if (!commands_.SendMCI("open cdaudio alias cd wait shareable", CommandCheck::checked)) {
+    if (!commands_.SendMCI(openCommand, CommandCheck::checked)) {
         form_.OptCD.setSelected(false);
         return;
     }
-    commands_.SendMCI("set cd time format tmsf wait", CommandCheck::checked);
+    commands_.SendMCI(formatCommand, CommandCheck::checked);
     // A failure has unloaded the panel, which switched the player off.
     if (timesSwitchedOff_ != switchedOffBefore) {
         return;
@@ -93,6 +101,7 @@ void PowerSwitch::ResetPlayer() {
 void PowerSwitch::optNoCD_Click() {
     const UnderWay here(switchingOff_);
     ++timesSwitchedOff_;
+    discReleased_ = false;
     capture_.StopMeter();
     form_.Option13.click();
     showOff();
@@ -123,6 +132,35 @@ void PowerSwitch::Command6_Click() {
     form_.Option13.click();
     form_.Option13.setSelected(false);
     loop_.yield();
+}
+
+void PowerSwitch::releaseDisc() {
+    if (switchingOff_ > 0 || !form_.Timer6.enabled()) {
+        return;
+    }
+    discReleased_ = true;
+    // A poll would meet the device of the main window, in another time format.
+    form_.Timer6.setEnabled(false);
+    form_.eject.setEnabled(false);
+    closeDisc();
+    // With no device it finds no medium, and drops the former disc.
+    poll_.UpdatePlayer();
+}
+
+void PowerSwitch::openDiscAgain() {
+    if (!std::exchange(discReleased_, false)) {
+        return;
+    }
+    // What the main window has left open.
+    closeDisc();
+    // Unchecked: a drive that is missing must not close the panel under the Devices window.
+    if (!commands_.SendMCI(openCommand, CommandCheck::unchecked)) {
+        form_.optNoCD.choose();
+        return;
+    }
+    commands_.SendMCI(formatCommand, CommandCheck::unchecked);
+    form_.Timer6.setEnabled(true);
+    form_.eject.setEnabled(true);
 }
 
 void PowerSwitch::closeDisc() {

@@ -18,7 +18,7 @@ class PowerSwitch {
   public:
     /// Sets the handlers of OptCD, optNoCD and Command6. All must outlive this.
     PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, MixerPanel& mixer,
-                MeterCapture& capture, LevelMeter& meter, DiscState& disc);
+                MeterCapture& capture, LevelMeter& meter, DiscPoll& poll, DiscState& disc);
     PowerSwitch(const PowerSwitch&) = delete;
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
@@ -32,6 +32,13 @@ class PowerSwitch {
     /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
     /// seven times.
     void Command6_Click();
+    /// Before the main window reads another disc or drive that was chosen, which takes the device:
+    /// if the player is on, it closes the device, shows no disc, and does not poll.
+    void releaseDisc();
+    /// After releaseDisc(): opens the device again, and the next poll finds the chosen disc.
+    /// Without a disc device the player is switched off, which yields. No effect if the player was
+    /// switched meanwhile.
+    void openDiscAgain();
 
     /// Resets mixer, meter, device and display before the disc is opened; does nothing without a
     /// mixer.
@@ -51,9 +58,11 @@ class PowerSwitch {
     MixerPanel& mixer_;
     MeterCapture& capture_;
     LevelMeter& meter_;
+    DiscPoll& poll_;
     DiscState& disc_;
     int switchingOff_ = 0; ///< the number of running procedures that switch it off
     int timesSwitchedOff_ = 0;
+    bool discReleased_ = false; ///< between releaseDisc() and openDiscAgain()
 };
 
 } // namespace sonarith

@@ -83,6 +83,19 @@ std::vector<Event> events() {
              bench.disc.insert({5000, 6000});
              bench.loop.advance(1s);
          }},
+        {"another disc chosen",
+         [](PlayerBench& bench) {
+             bench.player.power.releaseDisc();
+             bench.disc.insert({5000, 6000});
+             bench.player.power.openDiscAgain();
+             bench.loop.advance(1s);
+         }},
+        {"another disc chosen, and none found",
+         [](PlayerBench& bench) {
+             bench.player.power.releaseDisc();
+             bench.media.answer("open cdaudio alias cd wait shareable", {.status = 266});
+             bench.player.power.openDiscAgain();
+         }},
         {"a disc that cannot be moved",
          [](PlayerBench& bench) {
              bench.disc.remove();

@@ -87,8 +87,42 @@ TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldOneCannotBeRead) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     session.machine.transport->isGone = true;
+    // Once, so that the player drops the lengths of the old one.
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.machine.transport, nullptr);
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+}
+
+TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheTrayIsClosedAgain) {
+    CdSession session(threeTracks());
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("set cd door open"), fine());
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
+    EXPECT_EQ(session.send("set cd door closed"), fine());
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+    EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+}
+
+TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheNextOneWasReadByAnotherQuestion) {
+    CdSession session(threeTracks());
+    EXPECT_EQ(session.send("set cd door open"), fine());
+    session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
+    EXPECT_EQ(session.send("set cd door closed"), fine());
+    EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
+}
+
+TEST(ADiscChosenWithAnotherDrive, IsMissedOnlyOnce) {
+    CdSession session(threeTracks());
+    session.machine.drive =
+        std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
+    // The tray's command has followed the choice before the player asks.
+    EXPECT_EQ(session.send("set cd door closed"), fine());
+    EXPECT_EQ(session.send("status cd media present"), said("false"));
+    EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
 TEST(AnOpenDevice, TreatsTheChoiceOfAnotherDriveLikeAChangedDisc) {

@@ -43,8 +43,8 @@ disc::Disc* CdMedium::disc() {
 }
 
 bool CdMedium::present() {
-    // False once, so that the caller drops the previous disc before it sees the next one.
     if (followChoice() || !drive_) {
+        removalUnseen_ = false;
         return false;
     }
     const bool inDrive = drive_->mediaPresent();
@@ -54,6 +54,9 @@ bool CdMedium::present() {
             reportVanished();
         }
         release();
+    }
+    if (std::exchange(removalUnseen_, false)) {
+        return false;
     }
     if (inDrive && !disc_ && failedLoads_ < maxLoadTries) {
         if (std::optional<disc::Loaded> loaded = drive_->loadSoon()) {
@@ -83,6 +86,7 @@ void CdMedium::release() {
     vanishedReported_ = false;
     transport_.reset();
     playEnd_ = 0;
+    removalUnseen_ = removalUnseen_ || disc_;
     disc_.reset();
     failedLoads_ = 0;
 }

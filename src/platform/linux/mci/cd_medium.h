@@ -32,7 +32,9 @@ class CdMedium {
     [[nodiscard]] disc::Disc* disc();
     /// Whether a disc is in the drive and its table has been read. Does not block: the table of an
     /// inserted disc is read in the background, and the disc counts as present once that is done.
-    /// False once after another drive has been chosen.
+    /// False once after another drive has been chosen, and once after a loaded disc has been
+    /// released for any other reason: the caller drops the previous disc before it sees the next
+    /// one, however quickly that is inserted.
     [[nodiscard]] bool present();
     /// Whether a disc has been read, as far as is known.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
@@ -80,6 +82,7 @@ class CdMedium {
     std::int64_t playEnd_ = 0;
     int failedLoads_ = 0; ///< since the drive was last seen empty
     bool trayOpened_ = false;
+    bool removalUnseen_ = false;        ///< a loaded disc was released since the last present()
     bool interruptionReported_ = false; ///< of this transport
     bool vanishedReported_ = false;     ///< likewise
 };
