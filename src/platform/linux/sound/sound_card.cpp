@@ -189,10 +189,17 @@ bool SoundCard::active() const {
     return hasWork();
 }
 
-bool SoundCard::onlyPlaysFiles() const {
+SoundCard::Work SoundCard::work() const {
     const std::lock_guard lock(mutex_);
-    return !recorder_ && !listener_ && !channel(Line::compactDisc).source &&
-           !channel(Line::externalInput).source;
+    if (!hasWork()) {
+        return Work::none;
+    }
+    if (!maySound()) {
+        return Work::silence;
+    }
+    const bool onlyFiles = !recorder_ && !listener_ && !channel(Line::compactDisc).source &&
+                           !channel(Line::externalInput).source;
+    return onlyFiles ? Work::files : Work::all;
 }
 
 void SoundCard::setWakeUp(std::function<void()> hook) {
@@ -208,9 +215,13 @@ void SoundCard::wakeUp() {
 }
 
 bool SoundCard::hasWork() const {
-    return recorder_ || listener_ ||
-           std::any_of(channels_.begin(), channels_.end(),
-                       [](const Channel& line) { return line.source || line.waitingFrames > 0; });
+    return listener_ || maySound();
+}
+
+bool SoundCard::maySound() const {
+    return recorder_ || std::any_of(channels_.begin(), channels_.end(), [](const Channel& line) {
+               return line.source || line.waitingFrames > 0;
+           });
 }
 
 /// A card that was idle gets a new clock, and its filters are cleared.

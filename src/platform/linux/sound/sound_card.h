@@ -142,9 +142,14 @@ class SoundCard {
     /// Whether there is any work: a line with a source, a recording or a listener. While false, the
     /// card needs no calls of advance.
     [[nodiscard]] bool active() const;
-    /// Whether nothing but Line::waveOut has work, and nothing is recorded. No position is read of
-    /// such a sound: the calls of advance may be further apart.
-    [[nodiscard]] bool onlyPlaysFiles() const;
+    /// What the card has to do; decides how far the calls of advance may be apart.
+    enum class Work {
+        none,    ///< no calls are needed
+        silence, ///< a listener alone, such as a level meter without sound: may be served late
+        files,   ///< only Line::waveOut: no position is read of such a sound
+        all,     ///< anything else: each block when it is due
+    };
+    [[nodiscard]] Work work() const;
 
     /// `hook` is called, outside the card's lock, whenever the card may have become active. After
     /// this returns, an earlier hook is not called any more. The hook must not call this member.
@@ -172,6 +177,7 @@ class SoundCard {
 
     // Precondition of all of these: mutex_ is locked.
     [[nodiscard]] bool hasWork() const;
+    [[nodiscard]] bool maySound() const;
     void beginAnewIfIdle(Time now);
     void restartClock(Time now);
     void produceDue(Time now, Released& released);

@@ -47,6 +47,21 @@ TEST_F(SoundCardTest, IsIdleUntilThereIsASourceOrARecording) {
     EXPECT_FALSE(card.active());
 }
 
+TEST_F(SoundCardTest, HasOnlySilenceForAListenerAlone) {
+    EXPECT_EQ(card.work(), SoundCard::Work::none);
+    card.setListener(std::make_shared<MemorySink>(), 0ns);
+    EXPECT_TRUE(card.active());
+    EXPECT_EQ(card.work(), SoundCard::Work::silence);
+    card.attach(Line::compactDisc, disc, 0ns);
+    EXPECT_EQ(card.work(), SoundCard::Work::all);
+    card.detach(Line::compactDisc);
+    EXPECT_EQ(card.work(), SoundCard::Work::silence);
+    card.startRecording(recorder, 0ns);
+    EXPECT_EQ(card.work(), SoundCard::Work::all);
+    card.stopRecording(0ns);
+    EXPECT_EQ(card.work(), SoundCard::Work::silence);
+}
+
 TEST_F(SoundCardTest, RecordsSilenceOnlyForTheTimeBetweenStartOfRecordingAndAttach) {
     card.startRecording(recorder, 5s);
     card.attach(Line::compactDisc, disc, 5s + 20ms);

@@ -6,6 +6,17 @@
 
 namespace sonarith::sound {
 
+namespace {
+
+/// One block of the card: long enough to cost very little, and short compared with the output's
+/// buffer.
+constexpr std::chrono::milliseconds blockInterval{10};
+/// What is written to the output at once. Each wake-up costs as much as the mixing.
+constexpr std::chrono::milliseconds filesInterval{30};
+constexpr std::chrono::milliseconds silenceInterval{50};
+
+} // namespace
+
 SoundCard::Time monotonicNow() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
@@ -43,27 +54,33 @@ SoundCardThread::~SoundCardThread() {
 }
 
 void SoundCardThread::run(const std::stop_token& stop) {
-    // One block of the card: long enough to cost very little, and short compared with the output's
-    // buffer.
-    constexpr std::chrono::milliseconds shortInterval{10};
-    // What is written to the speakers at once. Each wake-up costs as much as the mixing.
-    constexpr std::chrono::milliseconds longInterval{30};
     while (!stop.stop_requested()) {
         {
             const std::lock_guard lock(mutex_);
             called_ = false;
         }
         // The card is checked after the flag was reset, so that no call is missed.
-        const bool active = card_.active();
-        if (active) {
+        const SoundCard::Work work = card_.work();
+        if (work != SoundCard::Work::none) {
             card_.advance(clock_());
         }
-        const auto interval = card_.onlyPlaysFiles() ? longInterval : shortInterval;
         std::unique_lock lock(mutex_);
-        if (active) {
-            wake_.wait_for(lock, stop, interval, [] { return false; });
-        } else {
-            wake_.wait(lock, stop, [this] { return called_; });
+        const auto called = [this] {
+            return called_;
+        };
+        switch (work) {
+        case SoundCard::Work::none:
+            wake_.wait(lock, stop, called);
+            break;
+        case SoundCard::Work::silence:
+            wake_.wait_for(lock, stop, silenceInterval, called);
+            break;
+        case SoundCard::Work::files:
+            wake_.wait_for(lock, stop, filesInterval, called);
+            break;
+        case SoundCard::Work::all:
+            wake_.wait_for(lock, stop, blockInterval, [] { return false; });
+            break;
         }
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The thread that advances a sound card every 10 ms while the card has work, every 30 ms while that
-// is only the playing of a file, and its clock. While the card is idle, the thread sleeps without
-// waking up.
+// The thread that advances a sound card, and its clock: every 10 ms, less often while the card only
+// plays a file or only serves a listener with silence. While the card is idle, the thread sleeps
+// without waking up.
 #pragma once
 
 #include <condition_variable>

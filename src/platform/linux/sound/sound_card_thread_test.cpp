@@ -51,6 +51,27 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
 }
 
+TEST(SoundCardThread, AdvancesACardThatOnlyServesAListenerLessOften) {
+    SoundCard card;
+    std::atomic<int> looks = 0;
+    const SoundCardThread thread(card, [&looks] {
+        ++looks;
+        return monotonicNow();
+    });
+    const auto listener = std::make_shared<MemorySink>();
+    card.setListener(listener, monotonicNow());
+    ASSERT_TRUE(eventually([&] { return looks >= 3; })); // calls of the card have ended
+    const auto start = monotonicNow();
+    const int looksBefore = looks;
+    ASSERT_TRUE(eventually([&] { return looks >= looksBefore + 5; }));
+    // Four whole intervals at least; a thread can be late and never early.
+    EXPECT_GE(monotonicNow() - start, 4 * 45ms);
+    const auto source = std::make_shared<PatternSource>();
+    card.attach(Line::compactDisc, source, monotonicNow());
+    EXPECT_TRUE(eventually([&] { return source->position() > 3 * 441; }));
+    card.setListener(nullptr, monotonicNow());
+}
+
 /// Whether all frames that are not silent follow one another in the test sound.
 bool isOneRun(const std::vector<StereoFrame>& frames) {
     std::int64_t next = -1;
@@ -71,7 +92,7 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
 
 TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
     SoundCard card;
-    EXPECT_TRUE(card.onlyPlaysFiles());
+    EXPECT_EQ(card.work(), SoundCard::Work::none);
     const auto sound = std::make_shared<PatternSource>();
     const auto begin = monotonicNow();
     std::atomic<int> advances = 0;
@@ -91,16 +112,16 @@ TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
 TEST(SoundCardThread, WakesUpInShortStepsForTheDiscAndForRecordings) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
-    EXPECT_TRUE(card.onlyPlaysFiles());
+    EXPECT_EQ(card.work(), SoundCard::Work::files);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(), {});
-    EXPECT_FALSE(card.onlyPlaysFiles());
+    EXPECT_NE(card.work(), SoundCard::Work::files);
     card.detach(Line::compactDisc);
-    EXPECT_TRUE(card.onlyPlaysFiles());
+    EXPECT_EQ(card.work(), SoundCard::Work::files);
     card.startRecording(std::make_shared<MemorySink>(), {});
-    EXPECT_FALSE(card.onlyPlaysFiles());
+    EXPECT_NE(card.work(), SoundCard::Work::files);
     card.stopRecording({});
     card.setListener(std::make_shared<MemorySink>(), {});
-    EXPECT_FALSE(card.onlyPlaysFiles());
+    EXPECT_NE(card.work(), SoundCard::Work::files);
 }
 
 TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
