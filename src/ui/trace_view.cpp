@@ -6,6 +6,7 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QWindow>
 
 #include "platform/qt/twips.h"
 
@@ -37,10 +38,22 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
     : PictureView(model, std::move(label), std::nullopt, 0, parent),
       model_(model),
       colors_(colors),
-      lineDrawn_(
-          model.lineDrawn.connect([this](const PictureLine& line) { update(placeOf(line)); })),
+      lineDrawn_(model.lineDrawn.connect([this](const PictureLine& line) { showLine(line); })),
       cleared_(model.cleared.connect([this] { update(); })) {
     setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+/// While its window is minimized, nothing is asked of Qt: a repaint that is not made costs it a
+/// timer all the same, at each of a hundred lines a second.
+void TraceView::showLine(const PictureLine& line) {
+    const QWindow* handle = window()->windowHandle();
+    if (!handle || !handle->isExposed()) {
+        behind_ = true;
+    } else if (std::exchange(behind_, false)) {
+        update();
+    } else {
+        update(placeOf(line));
+    }
 }
 
 QSize TraceView::sizeHint() const {

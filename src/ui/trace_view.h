@@ -24,7 +24,10 @@ class TraceView : public PictureView {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void showLine(const PictureLine& line);
+
     PictureBox& model_;
+    bool behind_ = false; ///< lines were drawn while the window was not on the screen
     Colors colors_;
     Connection lineDrawn_;
     Connection cleared_;

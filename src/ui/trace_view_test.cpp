@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QTest>
+#include <QWindow>
 #include <gmock/gmock.h>
 
 #include "platform/controls/form.h"
@@ -73,6 +74,25 @@ TEST_F(TraceViewTest, ANewLineRepaintsOnlyItsOwnArea) {
     EXPECT_FALSE(view.repainted.isEmpty());
     EXPECT_TRUE(QRect(8, 18, 8, 8).contains(view.repainted.boundingRect()))
         << view.repainted.boundingRect().width();
+}
+
+TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsOffTheScreenAndAllOfItAfterwards) {
+    parent.windowHandle()->setVisible(false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
+    QCoreApplication::processEvents();
+    view.repainted = {};
+    model.line({150, 150}, {300, 150});
+    model.line({300, 150}, {450, 150});
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(view.repainted.isEmpty());
+    parent.windowHandle()->setVisible(true);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&parent));
+    QCoreApplication::processEvents();
+    view.repainted = {};
+    model.line({450, 150}, {600, 150});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.repainted, QRegion(view.rect()));
+    EXPECT_TRUE(isLine(15, 10));
 }
 
 TEST_F(TraceViewTest, LinesOutsideAreClipped) {
