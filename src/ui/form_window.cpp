@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QShortcut>
@@ -11,6 +12,7 @@
 
 #include "platform/qt/primary_screen.h"
 #include "platform/qt/twips.h"
+#include "ui/accessible_window.h"
 #include "ui/mnemonics.h"
 #include "ui/popup_place.h"
 
@@ -18,6 +20,7 @@ namespace sonarith {
 
 FormWindow::FormWindow(WindowLayout layout, HelpCall help)
     : layout_(std::move(layout)), help_(std::move(help)), client_(new QWidget(this)) {
+    QAccessible::installFactory(makeAccessibleWindow); // once, however often it is called
     build();
     connectKeys();
     growToContents();

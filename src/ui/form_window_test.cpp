@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QGuiApplication>
 #include <QScreen>
@@ -125,6 +126,33 @@ TEST_F(FormWindowTest, EscapeDoesNothingWithoutACancelButton) {
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_TRUE(window.isVisible());
     EXPECT_TRUE(form.loaded());
+}
+
+TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndThePopupsThatItHasOpened) {
+    MenuItem play{form, "mnuPlayCDp", "Play CD"};
+    MenuItem popup{form, "mnupopup", "PopupMenu", {&play}};
+    FormWindow window(layout());
+    show();
+    QAccessibleInterface* read = QAccessible::queryAccessibleInterface(&window);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->role(), QAccessible::Window);
+    EXPECT_EQ(read->text(QAccessible::Name), "File Finder");
+    const int widgets = read->childCount();
+    EXPECT_EQ(widgets, 2) << "menu bar and client";
+    form.popupRequested.emit(popup);
+    ASSERT_EQ(read->childCount(), widgets + 1);
+    QAccessibleInterface* opened = read->child(widgets);
+    ASSERT_NE(opened, nullptr);
+    EXPECT_EQ(opened->role(), QAccessible::PopupMenu);
+    EXPECT_EQ(opened->text(QAccessible::Name), "PopupMenu");
+    EXPECT_EQ(read->indexOfChild(opened), widgets);
+    EXPECT_EQ(read->indexOfChild(read->child(0)), 0);
+    ASSERT_EQ(opened->childCount(), 1);
+    EXPECT_EQ(opened->child(0)->text(QAccessible::Name), "Play CD");
+    EXPECT_FALSE(opened->child(0)->state().invisible);
+    QApplication::activePopupWidget()->close();
+    EXPECT_TRUE(opened->state().invisible);
+    EXPECT_EQ(read->child(widgets + 1), nullptr);
 }
 
 TEST_F(FormWindowTest, F1RequestsHelpOnTheForm) {

@@ -27,6 +27,9 @@ constexpr int leastSliderHeight = 48;
 constexpr int numberWidth = 44;
 constexpr int transportSide = 20;
 
+/// The number beside a slider at its top (player/mixer_panel.cpp).
+constexpr int loudestNumber = 10;
+
 void placeAsDesigned(QWidget& view, const Control& control) {
     view.setGeometry(toPixels(control.left()), toPixels(control.top()), toPixels(control.width()),
                      toPixels(control.height()));
@@ -108,11 +111,11 @@ QWidget* makeTransport(Form4& form, QWidget* parent) {
     return surface;
 }
 
-/// A slider's least value is the loudest, and at the top.
+/// A slider's least value is the loudest, and at the top; its fill reaches up to the handle.
 void addSlider(QGridLayout& grid, int column, const QString& name, Slider& slider, TextBox& number,
                QWidget* parent) {
-    auto* view =
-        new SliderView(slider, name, Qt::Vertical, SliderView::Greatest::bottomOrLeft, parent);
+    auto* view = new SliderView(slider, name, Qt::Vertical, SliderView::Greatest::bottomOrLeft,
+                                loudestNumber, parent);
     view->setMinimumHeight(leastSliderHeight);
     view->setTickPosition(QSlider::TicksBothSides);
     view->setTickInterval((slider.maximum() - slider.minimum()) / 4);

@@ -115,7 +115,9 @@ QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     columns->addLayout(left, 1);
     auto* right = new QVBoxLayout;
     right->setSpacing(windowGap);
-    right->addWidget(new DriveListView(form.Drive2, QObject::tr("Drive"), choice));
+    auto* drive = new DriveListView(form.Drive2, QObject::tr("Drive"), choice);
+    right->addWidget(makeFixedText(QObject::tr("Drive"), drive, choice));
+    right->addWidget(drive);
     auto* folders = new FolderListView(form.Dir2, QObject::tr("Folder"), choice);
     folders->setMinimumHeight(folderListHeight);
     right->addWidget(folders, 1);

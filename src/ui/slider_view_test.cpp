@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/slider_view.h"
 
+#include <memory>
+#include <utility>
+
 #include <QAccessible>
+#include <QStyleFactory>
+#include <QStyleOptionSlider>
 #include <QTest>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
@@ -25,12 +30,14 @@ class SliderViewTest : public testing::Test {
     Form form{"Form4"};
     Slider model{form, "Slider1", 0, 65535};
     QWidget parent;
-    SliderView view{model, "CD volume", Qt::Vertical, SliderView::Greatest::bottomOrLeft, &parent};
+    SliderView view{model, "CD volume", Qt::Vertical, SliderView::Greatest::bottomOrLeft,
+                    10,    &parent};
 };
 
 TEST_F(SliderViewTest, ACodesMoveIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
-    EXPECT_EQ(view.value(), 32768);
+    // The widget's own value is that of the loudness, which is the distance from its lower end.
+    EXPECT_EQ(view.value(), 32767);
     EXPECT_EQ(view.maximum(), 65535);
     EXPECT_EQ(moves, 0);
 }
@@ -53,10 +60,69 @@ TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleInTheirDirection) {
     EXPECT_LT(model.value(), 32768);
 }
 
+/// The middle of the handle, in pixels from the slider's upper edge.
+int handleOf(const SliderView& view) {
+    QStyleOptionSlider option;
+    option.initFrom(&view);
+    option.orientation = view.orientation();
+    option.minimum = view.minimum();
+    option.maximum = view.maximum();
+    option.sliderPosition = view.sliderPosition();
+    option.sliderValue = view.value();
+    // As QSlider's own: the highest value of a vertical slider is at the top.
+    option.upsideDown = !view.invertedAppearance();
+    return view.style()
+        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &view)
+        .center()
+        .y();
+}
+
 TEST_F(SliderViewTest, TheGreatestValueIsAtTheRequestedEnd) {
-    EXPECT_TRUE(view.invertedAppearance());
-    const SliderView upright(model, "", Qt::Vertical, SliderView::Greatest::topOrRight, &parent);
-    EXPECT_FALSE(upright.invertedAppearance());
+    SliderView upright(model, "", Qt::Vertical, SliderView::Greatest::topOrRight, 10, &parent);
+    upright.resize(view.size());
+    model.setValue(0).passOver();
+    EXPECT_LT(handleOf(view), 20);
+    EXPECT_GT(handleOf(upright), 180);
+    model.setValue(65535).passOver();
+    EXPECT_GT(handleOf(view), 180);
+    EXPECT_LT(handleOf(upright), 20);
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_EQ(model.value(), 65535) << "the lower end";
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(model.value(), 0) << "the upper end";
+}
+
+/// The highlight's pixels in the slider's upper and lower half.
+std::pair<int, int> filledPixels(SliderView& view) {
+    const QImage picture = view.grab().toImage();
+    std::pair<int, int> filled;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            if (color.blue() > color.red() + 60) {
+                ++(y < picture.height() / 2 ? filled.first : filled.second);
+            }
+        }
+    }
+    return filled;
+}
+
+TEST_F(SliderViewTest, TheFillReachesFromTheLowerEndToTheHandle) {
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create("fusion"));
+    ASSERT_TRUE(fusion);
+    view.setStyle(fusion.get());
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, Qt::blue);
+    view.setPalette(palette);
+    model.setValue(65535).passOver(); // silence
+    EXPECT_EQ(filledPixels(view).first, 0);
+    model.setValue(32768).passOver();
+    EXPECT_GT(filledPixels(view).second, 50);
+    const int upperOfHalf = filledPixels(view).first;
+    model.setValue(0).passOver(); // the loudest
+    EXPECT_GT(filledPixels(view).first, upperOfHalf + 50);
+    EXPECT_GT(filledPixels(view).second, 50);
+    view.setStyle(nullptr);
 }
 
 TEST_F(SliderViewTest, ShowsThePositionThatTheHandlerHasSet) {
@@ -64,22 +130,33 @@ TEST_F(SliderViewTest, ShowsThePositionThatTheHandlerHasSet) {
         model.setValue(100).passOver();
     };
     view.setValue(5000);
-    EXPECT_EQ(view.value(), 100);
+    EXPECT_EQ(view.value(), 65435);
+    EXPECT_EQ(model.value(), 100);
 }
 
-TEST_F(SliderViewTest, AScreenReaderReadsAndSetsItsValue) {
+TEST_F(SliderViewTest, AScreenReaderReadsAndSetsTheNumberThatTheUserSees) {
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(&view);
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->role(), QAccessible::Slider);
     EXPECT_EQ(read->text(QAccessible::Name), "CD volume");
     QAccessibleValueInterface* value = read->valueInterface();
     ASSERT_NE(value, nullptr);
-    value->setCurrentValue(1000);
-    EXPECT_EQ(model.value(), 1000);
+    // From 0, silence, to 10, the loudest, which is the model's 0.
+    EXPECT_DOUBLE_EQ(value->minimumValue().toDouble(), 0);
+    EXPECT_DOUBLE_EQ(value->maximumValue().toDouble(), 10);
+    EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.2, 0.001);
+    value->setCurrentValue(10);
+    EXPECT_EQ(model.value(), 0);
+    EXPECT_EQ(moves, 0) << "it was there";
+    value->setCurrentValue(7.5);
+    EXPECT_NEAR(model.value(), 65535 / 4, 1);
     EXPECT_EQ(moves, 1);
-    model.setValue(2000).passOver();
-    EXPECT_EQ(value->currentValue().toInt(), 2000);
-    EXPECT_EQ(value->maximumValue().toInt(), 65535);
+    EXPECT_EQ(read->text(QAccessible::Value), "7.5");
+    model.setValue(65535).passOver();
+    EXPECT_DOUBLE_EQ(value->currentValue().toDouble(), 0);
+    EXPECT_EQ(moves, 1);
+    view.setEnabled(false);
+    EXPECT_TRUE(read->state().disabled);
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -38,11 +40,22 @@ class WindowLayouts : public testing::Test {
         }
         return names;
     }
+    static QString labelOf(const QWidget& child) {
+        // The interface is not a part of the widget's state.
+        QAccessibleInterface* accessible =
+            QAccessible::queryAccessibleInterface(const_cast<QWidget*>(&child));
+        const auto labels = accessible->relations(QAccessible::Label);
+        return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name);
+    }
     /// Names of widgets that are visible and have no accessible name, or less space than they need.
     static std::vector<std::string> faults(FormWindow& window) {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
             const std::string name = child->objectName().toStdString();
+            // The name of such a box is its entry, on this desktop; its label says what it is.
+            if (qobject_cast<const QComboBox*>(child) && labelOf(*child).isEmpty()) {
+                found.push_back(name + " has no label");
+            }
             if (!child->isVisible() || child->isWindow() || name.empty() ||
                 name.starts_with("qt_")) {
                 continue;
