@@ -2,6 +2,7 @@
 """Operates the player's panel as a user does: through the accessibility tree and the mouse."""
 
 import re
+import subprocess
 
 from waiting import wait_for
 
@@ -54,7 +55,15 @@ class PlayerPanel:
         return self.started.is_checked(self.started.find("Mute", "radio button", within))
 
     def slider(self, name):
-        return int(self.started.value(name, "slider"))
+        """The number that a screen reader reads: 0 (silence) to 10 (the loudest)."""
+        return self.started.value(name, "slider")
+
+    def set_to_lowest(self, name):
+        """By keys; the panel has the keyboard."""
+        self.started.tab_to(name, "slider")
+        self.started.desktop.press("Home")
+        wait_for(f"{name} at its lowest", lambda: self.slider(name) == 0)
+        wait_for(f"the number of {name}", lambda: self.number(name) == "0")
 
     def number(self, name):
         return self.started.text(f"{name} level")
@@ -66,3 +75,19 @@ class PlayerPanel:
         clip = self.started.extents("Level")
         bar = self.started.extents("Level bar")
         return clip.y + clip.height - max(clip.y, bar.y) if clip and bar else 0
+
+    def trace_rows(self):
+        """The rows of the trace's picture in which there is something of its line, counted from
+        above."""
+        box = self.started.extents("Sound Level Meter")
+        taken = subprocess.run(
+            ["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
+             "+repage", "-depth", "8", "rgb:-"], env=self.started.desktop.environment, check=True,
+            capture_output=True)
+        line = 3 * box.width
+        rows = [taken.stdout[at:at + line] for at in range(0, len(taken.stdout), line)]
+        return [number for number, row in enumerate(rows) if _is_green(row)]
+
+
+def _is_green(row):
+    return any(row[at + 1] > row[at] + 60 for at in range(0, len(row) - 2, 3))

@@ -215,15 +215,10 @@ class Program:
         self.desktop.press("ctrl+a")
         self.desktop.type(text)
 
-    def choose_from_popup(self, open_it, mnemonic):
-        """Opens a popup menu and chooses an entry by its mnemonic: only menus of a menu bar are in
-        the accessibility tree."""
-        def shown():
-            return len(self.desktop.windows_of(self.process.pid))
-        before = shown()
+    def choose_from_popup(self, open_it, entry):
+        """Opens a popup menu and chooses an entry by mouse."""
         open_it()
-        wait_for("the popup menu", lambda: shown() > before)
-        self.desktop.press(mnemonic)
+        self.click(entry, "menu item")
 
     def value(self, name, role=None):
         def read():

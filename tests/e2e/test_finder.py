@@ -198,29 +198,28 @@ def the_popup_selects_removes_and_deletes_found_files(desktop, program):
     wait_for_end(started)
     check_equal(found(started), sorted([one, two, three]), "files found")
 
-    def choose(file, mnemonic):
+    def choose(file, entry):
         line = next(line for line in started.lines("Files found") if line.lower() == file)
         started.click_line("Files found", line)
-        started.choose_from_popup(lambda: started.click_line("Files found", line, button=3),
-                                  mnemonic)
+        started.choose_from_popup(lambda: started.click_line("Files found", line, button=3), entry)
 
-    choose(one, "s")  # "Select for Conversion"
+    choose(one, "Select for Conversion")
     wait_for("the file in the tree", lambda: started.group("MP3 Files") == ["one.mp3"])
-    choose(two, "r")  # "Remove File from list"
+    choose(two, "Remove File from list")
     wait_for("the shorter list", lambda: found(started) == sorted([one, three]))
     check((desktop.home / "found" / "Two.mp3").exists(),
           "removing a file from the list has deleted it")
     for answer in ("No", "Yes"):
         check((desktop.home / "found" / "Three.mp3").exists(),
               "the file was deleted before the user confirmed")
-        choose(three, "d")  # "Delete File"
+        choose(three, "Delete File")
         wait_for("the question", lambda: started.find(QUESTION, "label"))
         started.click(answer, "push button")
         wait_for("the closed question", lambda: started.find(QUESTION, "label") is None)
     wait_for("the shorter list", lambda: found(started) == [one])
     check_equal(sorted(path.name for path in (desktop.home / "found").iterdir()),
                 ["One.mp3", "Two.mp3"], "the files")
-    choose(one, "c")  # "Close Window"
+    choose(one, "Close Window")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
     close(started)
 
@@ -275,7 +274,7 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
     desktop.click_at(*centre)
-    started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "r")
+    started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "Remove File from list")
     wait_for("the shorter list", lambda: search.files_found() == wavs - 1)
     check(search.centre_of_first_line()[0] != first, "another line was removed")
     # Closed right after the start of the next one.
