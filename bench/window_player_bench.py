@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The processor time of the real program with the CD player, as the share of one core: playing a
+disc image with the panel in sight and hidden, without a sound output and with a sound server;
+on with nothing playing; and off. The peer of the latter is aplay with the same sound into the
+same server.
+
+window_player_bench.py FOLDER_OF_THE_PROGRAMS
+"""
+import os
+import pathlib
+import statistics
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
+
+from desktop import Desktop  # pylint: disable=wrong-import-position
+from player_panel import TITLE, PlayerPanel  # pylint: disable=wrong-import-position
+from program_bench import processor_ticks  # pylint: disable=wrong-import-position
+from scenes import close, start_with_disc  # pylint: disable=wrong-import-position
+from sound import bytes_of, disc_samples  # pylint: disable=wrong-import-position
+from sound_server import SoundServer  # pylint: disable=wrong-import-position
+from waiting import wait_for  # pylint: disable=wrong-import-position
+
+TRACK_SECONDS = 400
+SLICE_SECONDS = 6
+ROUNDS = 7
+LIMIT_PLAYING = 4
+LIMIT_METER = 1
+LIMIT_SILENT = 0.5
+
+
+def shares(pids, seconds=SLICE_SECONDS):
+    """Of one core in percent, for each process, over the same seconds."""
+    began = time.monotonic()
+    before = [processor_ticks(pid) for pid in pids]
+    time.sleep(seconds)
+    ticks = [processor_ticks(pid) - start for pid, start in zip(pids, before)]
+    elapsed = time.monotonic() - began
+    return [100 * count / os.sysconf("SC_CLK_TCK") / elapsed for count in ticks]
+
+
+def share(started):
+    return shares([started.process.pid])[0]
+
+
+def show_panel(desktop, window, visible):
+    """By the window manager, as a user minimizes it: the player stays on."""
+    desktop.xdotool(*(("windowactivate", "--sync", window) if visible else
+                      ("windowminimize", "--sync", window)))
+    time.sleep(1)
+
+
+def said(what, values, limit):
+    print(f"{what}: median {statistics.median(values):.2f} %, of "
+          f"{', '.join(f'{value:.2f}' for value in values)} (limit {limit})", flush=True)
+
+
+def play(panel):
+    panel.switch_on()
+    panel.press("Play")
+    panel.wait_for_position("playing", lambda _, second: second >= 1)
+
+
+def without_server(desktop, program):
+    started, _, _ = start_with_disc(desktop, program, TRACK_SECONDS, "none")
+    panel = PlayerPanel(started)
+    window = started.activate(TITLE)
+    said("off, panel in sight", [share(started) for _ in range(ROUNDS)], "none to measure")
+    panel.switch_on()
+    time.sleep(1)
+    silent, silent_hidden = [], []
+    for _ in range(ROUNDS):
+        silent.append(share(started))
+        show_panel(desktop, window, False)
+        silent_hidden.append(share(started))
+        show_panel(desktop, window, True)
+    said("on, nothing playing, panel in sight", silent, "with the meter's input")
+    said("on, nothing playing, panel hidden", silent_hidden, f"{LIMIT_SILENT} %")
+    panel.press("Play")
+    panel.wait_for_position("playing", lambda _, second: second >= 1)
+    seen, hidden = [], []
+    for _ in range(ROUNDS):
+        seen.append(share(started))
+        show_panel(desktop, window, False)
+        hidden.append(share(started))
+        show_panel(desktop, window, True)
+    said("playing, output none, panel in sight", seen, f"{LIMIT_PLAYING} %")
+    said("playing, output none, panel hidden", hidden, f"{LIMIT_PLAYING} %")
+    said("the panel's own share", [a - b for a, b in zip(seen, hidden)], f"{LIMIT_METER} %")
+    close(started)
+
+
+def with_server(desktop, program):
+    server = SoundServer(desktop)
+    started, sheet, _ = start_with_disc(desktop, program, TRACK_SECONDS, "default")
+    panel = PlayerPanel(started)
+    play(panel)
+    server.wait_for_sound("the disc")
+    raw = desktop.home / "same.raw"
+    raw.write_bytes(disc_samples(sheet)[:bytes_of(TRACK_SECONDS)])
+    peer = desktop.launch("/usr/bin/aplay", "-q", "-t", "raw", "-f", "cd", raw)
+    wait_for("the peer", lambda: processor_ticks(peer.pid) > 0)
+    pairs = [shares([started.process.pid, peer.pid], 2 * SLICE_SECONDS) for _ in range(ROUNDS)]
+    ours, theirs = zip(*pairs)
+    said("playing into the sound server", ours,
+         f"{1.5 * statistics.median(theirs) + 2:.2f} %: 1.5 times aplay and 2")
+    said("aplay with the same sound", theirs, "the peer")
+    close(started)
+
+
+def main():
+    program = pathlib.Path(sys.argv[1]) / "sonarith"
+    with Desktop() as desktop:
+        for part in (without_server, with_server):
+            desktop.move_to(desktop.folder / part.__name__)
+            part(desktop, program)
+            desktop.end_programs()
+
+
+if __name__ == "__main__":
+    main()
