@@ -81,7 +81,7 @@ class Bench {
         }
         return std::string(reply.bytes().c_str());
     }
-    /// Like the end of a capture, which ignores all results.
+    /// Ignores the result, as the end of a capture does.
     void sendUnchecked(const std::string& command) { media_.sendString(command); }
 
     void begin() {
@@ -99,7 +99,7 @@ class Bench {
     mci::Interpreter media_;
 };
 
-/// Waits for a working disk, so that its time is measured.
+/// Limits above any time of a working disk, so that its time is measured.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
 /// Captures the first track with the monitor's commands. `tick` waits for the time of one tick.
@@ -147,7 +147,7 @@ long peakKilobytes(std::int64_t seconds) {
     return measured([&] {
                sound::SoundCard card;
                sound::SoundCard::Time now{};
-               // As fast as the disc can be read: the benchmark drives the clock.
+               // The benchmark advances the clock, so the disc is read as fast as possible.
                captureFirstTrack(
                    cue, seconds, card, [&] { return now; },
                    [&] {
@@ -221,9 +221,9 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
     return wrong;
 }
 
-/// How long other threads wait while no write returns, in milliseconds.
+/// How long other threads wait while all writes to the disk block, in milliseconds.
 struct Waits {
-    double mute = 0;   ///< the longest of many, among them those while the queue is full
+    double mute = 0;   ///< the longest of many; the queue is full during the last ones
     double cancel = 0; ///< stop, save and close
 };
 

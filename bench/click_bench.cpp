@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long a click would wait while a long file is decoded on all cores: the longest time without
-// an event of the real loop, against the limit of 50 ms. Needs lame.
+// The longest time without an event of the real event loop while a long file is decoded on all
+// cores: a click would wait that long. Limit: 50 ms. Needs lame.
 #include <chrono>
 #include <cstdint>
 #include <cstdio>

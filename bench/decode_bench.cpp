@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the decoding of long MP3 files with `mpg123 -w`, the decoding library's own tool, on the
-// same files alternately: the ratio of the median times, and the growth of the memory. Goals on two
-// cores: 0.6 in segments, 1.05 in one pass, 48 MB. Then files that are designed to slow a decoder
-// down, whose time must grow only in proportion to their size. Needs lame and mpg123.
+// Compares the decoding of long MP3 files with `mpg123 -w`, the decoding library's own tool, in
+// alternating runs on the same files: the ratio of the median times, and the growth of the memory.
+// Goals on two cores: 0.6 in segments, 1.05 in one pass, 48 MB. Also decodes files designed to slow
+// a decoder down: their time must grow only in proportion to their size. Needs lame and mpg123.
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -52,7 +52,7 @@ bool writeMinute(const fs::path& path) {
     return test::writeWav(path, {rate, 2}, samples);
 }
 
-/// The minute, encoded, repeated as often as needed.
+/// Encodes the minute and repeats it `minutes` times.
 bool writeLong(const fs::path& minute, const fs::path& path, const std::string& options,
                int minutes) {
     const std::string encoded = path.string() + ".part";
@@ -60,7 +60,7 @@ bool writeLong(const fs::path& minute, const fs::path& path, const std::string& 
            test::writeRepeated(path, test::readBytes(encoded), minutes);
 }
 
-/// The tool to compare with. Required.
+/// Runs the tool to compare with; ends the benchmark if that fails.
 void theTool(std::vector<std::string> words) {
     if (!test::runProgram(std::move(words))) {
         std::fprintf(stderr, "the tool failed: is mpg123 there?\n");
@@ -83,7 +83,7 @@ double secondsOf(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// A line of this process's status, in KB: "VmRSS" is the current memory, "VmHWM" its peak.
+/// A value of this process's status file, in KB: "VmRSS" is the current memory, "VmHWM" its peak.
 long statusKilobytes(const std::string& name) {
     std::ifstream in("/proc/self/status");
     for (std::string line; std::getline(in, line);) {
@@ -120,7 +120,7 @@ void compare(const std::string& name, const fs::path& mp3, double goal) {
     fs::remove(ours);
 }
 
-/// Many files of three minutes, one after the other, each compared with one call of the tool.
+/// Decodes many files of three minutes, one after the other, and compares the total times.
 void compareMany(const fs::path& mp3) {
     constexpr int files = 200;
     const fs::path wav = mp3.string() + ".wav";

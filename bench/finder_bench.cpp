@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A search of 100,000 files in 5,000 folders with the finder's window open, compared with the same
-// search without the window and with `find -iname`, interleaved in one run with warm caches; how
-// long a click on the window waits meanwhile, and how soon "Stop!" ends the search. The window is
-// off screen unless QT_QPA_PLATFORM names a screen.
+// search without the window and with `find -iname`; the three alternate in one run with warm
+// caches. Also measures how long a click on the window waits during a search, and how soon "Stop!"
+// ends it. The window is off screen unless QT_QPA_PLATFORM names a screen.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -47,7 +47,7 @@ constexpr double windowLimit = 1.3;
 constexpr double findLimit = 1.5;
 constexpr std::chrono::milliseconds untilStop{100};
 
-/// The finder with the machine's folders, as the program has it.
+/// The finder on the machine's folders, composed as in the program.
 struct RealFinder {
     explicit RealFinder(const std::string& root) : shared(sharedPaths(root)) {}
 
@@ -98,10 +98,10 @@ void check(bool holds, const char* what) {
     }
 }
 
-/// Searches to the end.
+/// The times of complete searches.
 struct Searches {
     std::vector<double> ms;
-    std::vector<double> processorMs; ///< of all threads; for a machine that does other work, too
+    std::vector<double> processorMs; ///< of all threads; does not include other programs
 
     void run(FrmSearch& form) {
         const std::clock_t before = std::clock();
@@ -111,7 +111,7 @@ struct Searches {
     }
 };
 
-/// The window that a user opens, for as long as this exists.
+/// Keeps the finder's window open during the lifetime of this object.
 struct OpenWindow {
     explicit OpenWindow(FrmSearch& finder) : form(finder), window(finderLayout(finder)) {
         form.setVisible(true);
@@ -128,7 +128,7 @@ struct OpenWindow {
     FormWindow window;
 };
 
-/// How long the event loop of a search handles nothing.
+/// The longest time during a search in which the event loop handles no event.
 double longestGap(FrmSearch& form) {
     const OpenWindow open(form);
     bench::LongestGap gap;
@@ -164,7 +164,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication qt(argc, argv);
     QApplication::setStyle(new ProgramStyle);
-    const fakes::TempFolder tree; // no dot in its path, or the engine would find nothing
+    const fakes::TempFolder tree; // its path has no dot: the engine finds no file below one
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
     RealFinder real(tree.path().string());

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One tick of the disk guard on a machine with ten drives (and those that it has anyway), with real
-// mounts, the real settings store and the preferences' real window, open and off screen: processor
-// time of all threads, the repainted list of drives included; limit 2 ms. Also how often a tick
-// replaces the store's file (never), compared with the load step and with a tick of a check box
-// (once each). Needs the right to mount.
+// Processor time of one tick of the disk guard, of all threads and including the repainted list of
+// drives; limit 2 ms. The machine has at least ten drives; the mounts, the settings store and the
+// preferences' open window (off screen) are real. Also counts how often the store's file is
+// replaced: never by a tick of the guard, once by the load step, and once by a change of a check
+// box. Needs the right to mount.
 #include <sys/inotify.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -51,7 +51,7 @@ constexpr double limitMs = 2;
     std::exit(EXIT_FAILURE);
 }
 
-/// Counts how often a file arrives in a folder under its name.
+/// Counts how often a file in a folder is replaced.
 class Replacements {
   public:
     explicit Replacements(const fs::path& folder) : descriptor_(inotify_init1(IN_NONBLOCK)) {
@@ -64,7 +64,7 @@ class Replacements {
     Replacements(const Replacements&) = delete;
     Replacements& operator=(const Replacements&) = delete;
 
-    /// Since the last call. Changes of other kinds to the file count too.
+    /// The count since the last call. Other changes to the file are counted, too.
     [[nodiscard]] int take(const std::string& name) {
         int count = 0;
         alignas(inotify_event) std::array<char, 65536> buffer{};
@@ -105,7 +105,7 @@ void measure(const fs::path& folder) {
     const fs::path storeFolder = folder / "store";
     fs::create_directory(storeFolder);
     IniSettingsStore store(QString::fromStdString(storeFolder.string()));
-    // As the program composes them; the letters are stored with the first look at the mounts.
+    // Composed as in the program; the letters are stored when the mounts are read first.
     test::FakeSettingsStore letters;
     MountInfo mounts;
     DriveTable table(letters);
@@ -190,7 +190,7 @@ void measure(const fs::path& folder) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Before there is a second thread.
+    // Before a second thread exists: it would keep the shared mounts.
     if (!test::leaveSharedMounts()) {
         fail("this user may not mount");
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How long "Refresh List" takes for a disc of 99 tracks, without the device's own time, with the
-// real interpreter, the real window (off screen) and an empty destination folder. Limit: 20 ms.
+// How long "Refresh List" takes for a disc of 99 tracks, with the real interpreter, the real window
+// (off screen) and an empty destination folder. The device's own time is not counted. Limit: 20 ms.
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -28,7 +28,7 @@ using namespace sonarith;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-/// Passes commands on and sums up the device's time.
+/// Forwards commands to the device and sums up the time that they take there.
 class TimedMedia : public MediaControl {
   public:
     explicit TimedMedia(MediaControl& device) : device_(device) {}

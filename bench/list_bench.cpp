@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A visible list box with a million lines: the cost of adding a line, painting the list and
 // choosing its last line, compared with ten thousand lines; limit 3 times. The list is rendered off
-// screen, and painted while lines are added, as during a search. Also the memory of the whole
-// program with these lines; limit 400 MB.
+// screen, and painted while lines are added, as during a search. Also measures the memory of the
+// whole benchmark with these lines; limit 400 MB.
 #include <sys/resource.h>
 
 #include <chrono>
@@ -81,7 +81,7 @@ Costs measure(int lines) {
     return costs;
 }
 
-/// The most that the process has had in memory so far.
+/// Prints the process's peak memory. Returns whether it is below the limit.
 bool printMemory() {
     constexpr double limitMb = 400;
     rusage use{};

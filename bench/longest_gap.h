@@ -20,7 +20,7 @@ class LongestGap {
         last_ = now;
         ++beats_;
     }
-    /// Earlier gaps do not count.
+    /// The time since the last event does not count.
     void restart() { last_ = Clock::now(); }
 
     [[nodiscard]] double milliseconds() const {
@@ -28,7 +28,7 @@ class LongestGap {
     }
     [[nodiscard]] int beats() const { return beats_; }
 
-    /// "DOING: longest time without an event ..."
+    /// Prints "DOING: longest time without an event ...".
     static void print(const char* doing, double milliseconds) {
         constexpr double limit = 50;
         std::printf("%s: longest time without an event %.1f ms, %.2f of the limit of 50 ms\n",

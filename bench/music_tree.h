@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A tree of 100,000 files for the benchmarks of searches, and `find` on it as their peer.
+// A tree of 100,000 files for the benchmarks of searches, and `find` to compare them with.
 #pragma once
 
 #include <fcntl.h>
@@ -23,11 +23,11 @@ namespace sonarith::bench {
 inline constexpr int treeFolders = 5000;
 inline constexpr int filesPerFolder = 20;
 inline constexpr int treeFiles = treeFolders * filesPerFolder;
-/// Every other file.
+/// Every second file is a WAV file, the others are MP3 files.
 inline constexpr int treeWavs = treeFiles / 2;
 
-/// Artists with albums, like a user's music: 100 folders with 49 folders in each, and a few files
-/// of each kind in every one.
+/// Artists with albums, like a user's music: 100 folders with 49 subfolders each. Every folder
+/// contains ten files of each kind.
 inline void makeMusicTree(const std::filesystem::path& root) {
     constexpr int artists = 100;
     constexpr int foldersPerArtist = treeFolders / artists;

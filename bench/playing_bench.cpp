@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Processor time of playing an MP3 file, compared with `mpg123 -o pulse` on the same file and the
-// same sound server, alternately; limit 1.3 times. The playing control and the card run in a
+// Processor time of playing an MP3 file, compared with `mpg123 -o pulse` in alternating runs on the
+// same file and the same sound server; limit 1.3 times. The playing control and the card run in a
 // process of their own, without windows. Needs lame, mpg123 and pulseaudio.
 #include <ctime>
 #include <sys/prctl.h>
@@ -39,7 +39,7 @@ namespace fs = std::filesystem;
 
 constexpr int rounds = 5;
 constexpr int secondsOfFile = 60;
-/// Start and first buffers are not part of it.
+/// The start and the first buffers are not measured.
 constexpr auto settling = 2s;
 constexpr auto measured = 10s;
 constexpr double limit = 1.3;
@@ -109,7 +109,7 @@ void playWithMpg123(const fs::path& mp3, const char* output, const std::string& 
     ::execlp("mpg123", "mpg123", "-q", "-o", output, mp3.c_str(), nullptr);
 }
 
-/// Whether the last moments of what was heard were sound.
+/// Whether the last half second that the server received contains sound.
 bool isHeard(const fakes::PulseServer& server) {
     const std::vector<sound::StereoFrame> heard = server.heard();
     const auto last = heard.size() > 22'050 ? heard.end() - 22'050 : heard.begin();

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The real program on a virtual X server of its own: the time from start to the painted window
-against an empty Qt Widgets window in the same run, and the processor time of the idle program.
+"""Measures the real program on a virtual X server of its own: the time from its start to the painted
+window, compared with an empty Qt Widgets window in the same run, and the processor time of the idle
+program.
 
 program_bench.py FOLDER_OF_THE_PROGRAMS
 """

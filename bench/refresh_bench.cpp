@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the time of the start's scan and tree grows with the destination folder: 10,000 files
-// compared with 100,000, with the real walk and the real window (off screen); limit 12 times. Also
-// the longest time that a click would wait during the search; limit 50 ms.
+// The time of the scan and the building of the tree at the program's start: 100,000 files in the
+// destination folder compared with 10,000, with the real walk and the real window (off screen);
+// limit 12 times. Also the longest time that a click would wait during the search; limit 50 ms.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,7 +42,7 @@ struct Measured {
     int files = 0;
 };
 
-/// Half WAV, half MP3, twenty in each folder.
+/// Half of the files are WAV, half MP3; twenty in each folder.
 void makeFiles(const fs::path& destination, int count) {
     for (int i = 0; i < count; ++i) {
         const fs::path folder = destination / ("album" + std::to_string(i / 20));
@@ -87,7 +87,7 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     bench::LongestGap gap;
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, [&] {
-        // Only during the search: building the nodes is one step.
+        // Measured only during the search: the nodes are built in one step without events.
         gap.beat(application.windows().frmsearch.loaded() && form.List2.listCount() == 0);
     });
     heart.start(1);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Cost of a search of 100,000 files in 5,000 folders compared with `find -iname` on the same tree
-// in the same run, both with warm caches: the directory walk alone, directly and as the program
-// does it (on another thread, folder by folder), and the whole search engine with its lists. No
-// windows: a yield handles nothing.
+// in the same run, both with warm caches. Measures the directory walk on this thread, the walk as
+// the program runs it (on another thread, folder by folder), and the whole search engine with its
+// lists. No windows: a yield handles no events.
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -37,7 +37,7 @@ using bench::runFind;
 constexpr int rounds = 15;
 constexpr double limit = 1.2;
 
-/// Handles nothing: only the walk is measured.
+/// Handles no events: only the walk is measured.
 class NoLoop final : public EventLoop {
   public:
     void yield() override {}
@@ -75,7 +75,7 @@ int walkAlone(Directories& directories, const std::string& root) {
 } // namespace
 
 int main() {
-    const fakes::TempFolder tree; // no dot in its path, or the engine would find nothing
+    const fakes::TempFolder tree; // its path has no dot: the engine finds no file below one
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
     const std::string list = (output / "found").string();
@@ -121,7 +121,7 @@ int main() {
             finder.List1.clear();
             engine.SearchFiles();
         });
-        if (round > 0) { // the first warms the caches
+        if (round > 0) { // the first round warms the caches
             findMs.push_back(find);
             directMs.push_back(directWalk);
             walkMs.push_back(walk);

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The processor time of the real program while it captures a track: the share of one core with its
-window open, without a sound output and with a sound server; and in the tray, which may take no more
-than the open window.
+"""The processor time of the real program while it captures a track, as a share of one core: with its
+window open, without a sound output and with a sound server, and in the tray, where the share must not
+be larger than with the open window.
 
 window_capture_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -25,7 +25,7 @@ LIMIT_PERCENT = 3
 
 
 def processor_seconds(pid):
-    """By the clock that the kernel keeps of a process (clock_getcpuclockid)."""
+    """Reads the kernel's clock of a process's processor time (clock_getcpuclockid)."""
     return time.clock_gettime((~pid << 3) | 2)
 
 
@@ -45,7 +45,7 @@ def in_the_window(desktop, program, output):
 
 
 def window_against_tray(desktop, program):
-    """The shares of one capture: its window in the tray from the start, and then restored."""
+    """The shares during one capture: first with the program in the tray, then with its window restored."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=120, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     with panel(desktop) as host:

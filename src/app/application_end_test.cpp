@@ -24,7 +24,7 @@ struct EndKind {
     std::function<void(ApplicationBench&)> end;
 };
 
-/// All of them end the program.
+/// Each of them ends the program.
 std::vector<EndKind> endKinds() {
     return {
         {"close",
@@ -63,7 +63,7 @@ std::vector<EndKind> endKinds() {
          [](ApplicationBench& bench) {
              bench.loop.atYield(1, [&bench] { bench.form.unload(); });
              bench.form.Command8.click();
-             // With nothing running, the stop does not yield.
+             // The stop does not yield if nothing is running; then this line closes the window.
              bench.form.unload();
          }},
     };
@@ -163,7 +163,7 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
             const bool ended = bench.endsProgram([&] { bench.application.start(); });
             EXPECT_EQ(ended, reached);
             if (!reached) {
-                // Five yields of the load, and two of each search in the empty folder.
+                // Nine yields: five of the load, and two of each search in the empty folder.
                 EXPECT_EQ(n, 10);
                 break;
             }
@@ -182,7 +182,7 @@ TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
         };
         EXPECT_TRUE(bench.endsProgram([&] { bench.application.start(); }));
         EXPECT_EQ(bench.boxes.shown.size(), 1U);
-        // The disc that was left open is closed by the end.
+        // The inspection left the disc open; the end of the program closes it.
         EXPECT_FALSE(bench.disc.discOpen());
         EXPECT_EQ(bench.loop.yieldsAfterEnd(), 0);
     }

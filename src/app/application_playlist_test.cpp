@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor as a part of the program: how it is opened and closed, and what it passes on.
+// The playlist editor as a part of the program: how it is opened and closed, and how it adds files
+// to the work tree.
 #include "app/application.h"
 
 #include <gmock/gmock.h>
@@ -53,7 +54,7 @@ TEST(PlaylistEditor, AClickAddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
     EXPECT_EQ(bench.form.TreeView1.selectedItem()->text(), bench.song);
 }
 
-TEST(PlaylistEditor, AnActionClosesItAndEndsItsPlaying) {
+TEST(PlaylistEditor, AnActionClosesItAndStopsItsPlayer) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     bench.editor.List2.choose(0);

@@ -64,7 +64,7 @@ TEST(PreferencesAtTheStart, WriteAnEmptyStoreOnce) {
     EXPECT_EQ(bench.store.held("Settings", "DecodePath"), "c:\\sonarith\\WAVFiles");
 }
 
-TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
+TEST(PreferencesAtTheStart, DoNotEndTheMainWindowsLoadIfTheirOwnLoadFails) {
     for (const char* key : {"Encoding quality", "Encoding bitrate", "Audio format", "HDWarning",
                             "mute button", "desktop icon"}) {
         for (const char* bad : {"70", "-7", "32767"}) {
@@ -73,7 +73,7 @@ TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
             bench.store.put("Settings", key, bad);
             bench.application.start();
             EXPECT_TRUE(bench.form.visible());
-            // The destination from LoadSettings, which the preferences have not changed.
+            // LoadSettings has set this destination; the preferences have not changed it.
             EXPECT_EQ(bench.form.Label2.caption(), "c:\\sonarith\\");
             EXPECT_GT(bench.form.TreeView1.count(), 0);
             bench.form.Copt.click();
@@ -82,7 +82,7 @@ TEST(PreferencesAtTheStart, LetTheMainWindowsLoadContinueIfTheirOwnEndsEarly) {
     }
 }
 
-TEST(PreferencesAtTheStart, OfAnyStoredTextComeToTheMainWindowAndOpen) {
+TEST(PreferencesAtTheStart, AcceptAnyStoredTextAndOpen) {
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
           "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",
@@ -120,7 +120,7 @@ TEST(PreferencesAtTheStart, MuteTheDiscsLineASecondTime) {
         };
         bench.application.start();
         EXPECT_EQ(first, 1);
-        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // a switch that is off sets nothing
+        EXPECT_EQ(changes(), *muted == '1' ? 2 : 1); // the preferences only set the value 1
     }
 }
 
@@ -133,7 +133,7 @@ TEST(PreferencesAtTheStart, ShowTwoMessagesAndTheWindowIfTheDestinationCannotBeC
     EXPECT_EQ(bench.form.Label2.caption(), "x:\\gone\\wav\\");
 }
 
-TEST(PreferencesAtTheEnd, DoNotSaveTheThreeListsIfTheWindowWasNeverClosed) {
+TEST(PreferencesAtTheEnd, DoNotSaveTheThreeListsIfTheirWindowIsStillOpen) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.form.Copt.click();
@@ -213,8 +213,8 @@ TEST(GuardOfAnExtraction, StopsANearlyFullDestinationAtItsFirstTick) {
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 2 * 176400}));
 }
 
-TEST(GuardOfAnExtraction, HasNoStopWithoutTheWarning) {
-    // Only the switch of the warning starts the timer.
+TEST(GuardOfAnExtraction, DoesNotStopIfTheWarningIsOff) {
+    // The timer starts only if the warning is on.
     ApplicationBench bench({5000, 5000});
     leaveFree(bench, 1);
     bench.store.put("Settings", "HDWarning", "0");
@@ -229,7 +229,7 @@ TEST(GuardOfAnExtraction, HasNoStopWithoutTheWarning) {
 TEST(GuardOfAnExtraction, RunsOnlyDuringTheFirstTrackOfAQueue) {
     ApplicationBench bench({5000, 5000});
     bench.application.start();
-    bench.loop.after(6s, [&] { leaveFree(bench, 1); }); // in the second track
+    bench.loop.after(6s, [&] { leaveFree(bench, 1); }); // during the second track
     bench.select("Available Tracks");
     bench.form.CmdSelectAction.click();
     EXPECT_EQ(bench.disc.saved.size(), 2U);
@@ -260,7 +260,7 @@ TEST(GuardOfAnExtraction, WorksIfTheWindowIsClosedMeanwhile) {
     EXPECT_TRUE(bench.idle());
 }
 
-/// An event on the preferences' window before the guard's tick.
+/// The state of the preferences' window before the guard's tick.
 enum class PreferencesAre { kept, closed, reopened };
 
 std::string nameOf(PreferencesAre window) {

@@ -114,7 +114,7 @@ TEST(Extraction, TurnsAChosenQueueIntoFiles) {
     }
     bench.select("Selected Tracks");
     bench.form.CmdSelectAction.click();
-    // The last one chosen is extracted first.
+    // The track that was chosen last is extracted first.
     EXPECT_THAT(bench.disc.saved,
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(3), 3 * 176400},
                             SavedCapture{ApplicationBench::savedAs(1), 2 * 176400}));
@@ -126,7 +126,7 @@ TEST(Extraction, TurnsAChosenQueueIntoFiles) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
-TEST(Extraction, ASecondStartAtAnyYieldOfACaptureEndsByItselfToo) {
+TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
     for (int n = 1;; ++n) {
         SCOPED_TRACE("at yield " + std::to_string(n));
         ASSERT_LT(n, 1000);
@@ -136,11 +136,11 @@ TEST(Extraction, ASecondStartAtAnyYieldOfACaptureEndsByItselfToo) {
         bool reached = false;
         bench.loop.atYield(n, [&] {
             reached = true;
-            // One track: the queue is being processed already.
+            // A single track, since the queue is already being processed.
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });
-        // A wait that no tick ends would throw here.
+        // Throws if it waits for a condition that no later event can change.
         bench.form.CmdSelectAction.click();
         EXPECT_TRUE(bench.idle());
         EXPECT_TRUE(bench.commandsOpen());
@@ -184,8 +184,8 @@ TEST(Extraction, UsesTheDriveFromTheFirstTrackToTheEndOfTheLast) {
 }
 
 TEST(Extraction, SendsNothingToTheMixer) {
-    // The start of an action has muted the disc's line; the capture itself does not, so that its
-    // own button leaves the line as it is.
+    // Only the start of an action mutes the disc's line. The capture's own button, which is clicked
+    // here, does not change the line.
     ApplicationBench bench({300, 300});
     bench.application.start();
     bench.select("Available Tracks");
@@ -195,7 +195,7 @@ TEST(Extraction, SendsNothingToTheMixer) {
     EXPECT_THAT(bench.mixer.log, IsEmpty());
 }
 
-TEST(Extraction, OpensTheCommandsAgainAfterADeviceFailure) {
+TEST(Extraction, EnablesTheCommandsAgainAfterADeviceFailure) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.media.answer("play cd", {.status = 300});

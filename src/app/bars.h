@@ -7,13 +7,13 @@
 
 namespace sonarith {
 
-// Each toggles its bar, by the state of its entry, and lays out the window again.
+// Each toggles its bar according to the state of its menu entry, and updates the window's layout.
 void mnuToolbar_Click(Form1& form);
 void mnuCDbar_Click(Form1& form);
 void mnuActivityBar_Click(Form1& form);
 void mnuStatusbar_Click(Form1& form);
 
-/// Shows the tool bar, whatever the state of its entry.
+/// Shows the tool bar, whatever the state of its menu entry is.
 void forceToolBarOn(Form1& form);
 
 } // namespace sonarith

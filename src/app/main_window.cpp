@@ -77,7 +77,7 @@ void MainWindow::wireToolBar() {
 }
 
 void MainWindow::wireMenus() {
-    // mnuDevices is handled outside the logic, by the composition.
+    // mnuDevices is not handled by the logic; the composition sets its handler.
     form_.mnuExit.onClick = [this] {
         form_.Command5.click();
     };
@@ -153,7 +153,8 @@ Status MainWindow::runLoadSteps() {
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     loadPlayer();
     inspection_.InspectCD();
-    // Loaded without being shown. Creates the destination folder, and saves each switch that is on.
+    // Loads the window without showing it, creates the destination folder, and saves each switch
+    // that is on.
     windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();

@@ -22,11 +22,11 @@ class MainWindow {
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
-    /// Places the window, reads settings, disc and destination folder, and shows it. A failure ends
-    /// the load at that step; the pointer is then the normal one. Yields.
+    /// Places the window, reads settings, disc and destination folder, and shows the window. A step
+    /// that fails ends the load. Afterwards the pointer always has its normal shape. Yields.
     void Form_Load();
-    /// Stops everything; never refuses the close. Yields while a capture is saved. Runs again for a
-    /// close during that yield: a job started meanwhile would otherwise block the first close.
+    /// Stops everything; never refuses the close. Yields while a capture is saved. A close during
+    /// that yield runs this again, because a job started during it would block the first close.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();
@@ -34,8 +34,8 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
-    /// Asks the help viewer to show a help file (a path in the logic's form). Returns an empty
-    /// text, whatever the viewer does.
+    /// Opens a help file (a path in the logic's form) in the help viewer. Always returns an empty
+    /// text, even if the viewer fails.
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();
@@ -43,7 +43,7 @@ class MainWindow {
     void C1212_Click();
     /// Resets the displays to idle, once.
     void Timer1_Timer();
-    /// Makes the window follow the pointer as if the user dragged its caption.
+    /// Starts to move the window with the pointer, as if the user dragged its caption.
     void N1Drag();
     /// Shapes the window by its picture, with white areas cut away. Nothing calls it.
     void ShapeFromPicture();

@@ -54,7 +54,7 @@ TEST(FormLoad, RunsItsStepsInOrder) {
     bench.media.onCommand = [&](std::string_view command) {
         if (command == "open cdaudio alias cd") {
             steps.push_back("inspection");
-            // The settings are loaded, the destination is not.
+            // The settings are loaded, but not the destination.
             EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
             EXPECT_EQ(bench.process.settings.hdWarningNo, 100);
             EXPECT_EQ(bench.process.settings.decodePath, "c:\\sonarith");
@@ -193,7 +193,7 @@ TEST(ShapeFromPicture, IsAnOperationOfTheMainWindowThatNothingCalls) {
 
 // --- the end -------------------------------------------------------------------------------
 
-TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
+TEST(Close, StopsTheJobsThenTheDevicesAndEndsTheProgram) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.windows.Form4.load();
@@ -211,7 +211,7 @@ TEST(Close, StopsEverythingThenTheDevicesThenTheProgram) {
     };
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));
     EXPECT_TRUE(bench.process.stopRequested);
-    // The player sends its own two commands when it is switched off, which its unload does first.
+    // The player's unload first switches the player off, which sends "stop cd" and "close cd".
     EXPECT_THAT(steps, ElementsAre("stop cd", "close capture", "close cd", "stop cd", "close cd",
                                    "Form4", "frmpopup"));
     EXPECT_FALSE(bench.windows.Form4.loaded());

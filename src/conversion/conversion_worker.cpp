@@ -102,8 +102,8 @@ Status ConversionWorker::start() {
 
 void ConversionWorker::Timer1_Timer() {
     form6_.Timer1.setEnabled(false);
-    // Starts the same file again, possibly while the first start is working. The control decides
-    // what this means.
+    // Starts the same file again, possibly while the control is still decoding it. The control
+    // decides how it handles a second start.
     StartMP3(process_.currentWavFile);
 }
 
@@ -134,7 +134,7 @@ Status ConversionWorker::showEnd() {
     if (Status stopped = form6_.ActiveMP31->Stop(); !stopped.ok()) {
         return stopped;
     }
-    // With a blank, unlike the percentages before.
+    // With a blank before the percent sign, unlike the percentages of the ticks.
     form_.Label33.setCaption("100 %");
     if (Status shown = form_.ProgressBar1.setValue(100); !shown.ok()) {
         return shown;
@@ -150,7 +150,7 @@ Status ConversionWorker::showProgress() {
         return percentage.error();
     }
     form_.Label33.setCaption(std::to_string(percentage.value()) + "%");
-    // Read again: the bar may be ahead of the text.
+    // The position is read again, so the bar may show a later one than the text.
     const auto afresh = readPercentage();
     return afresh.ok() ? form_.ProgressBar1.setValue(afresh.value()) : Status(afresh.error());
 }
@@ -191,7 +191,7 @@ void ConversionWorker::StartDecoding() {
     if (!form6_.ActiveMP31->Busy()) {
         form6_.unload();
     }
-    // The timer's ticks are the events after which the condition is evaluated.
+    // The condition is evaluated after each event; the timer's ticks are such events.
     platform_.loop.waitWhile(
         [this, load] { return stillLoaded(load) && form6_.ActiveMP31->Busy(); });
     platform_.loop.yield();

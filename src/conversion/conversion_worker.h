@@ -15,7 +15,7 @@
 namespace sonarith {
 
 /// The path of the WAV for an MP3 file: in the destination folder, with the MP3's base name, so
-/// that files of the same name in different folders share one WAV. Errors: as FileBaseName().
+/// that files of the same name in different folders share one WAV. Errors: those of FileBaseName().
 [[nodiscard]] Result<std::string> wavPathFor(const std::string& mp3Path,
                                              const ProcessState& process);
 
@@ -39,7 +39,7 @@ class ConversionWorker {
     /// StartMP3 with currentWavFile. Nothing calls it.
     void starthere();
 
-    /// Once, half a second after the load: starts the job a second time.
+    /// Runs once, half a second after the load, and starts the job a second time.
     void Timer1_Timer();
     /// Shows the progress; unloads the window when the control has finished, on a stop and on any
     /// failure. Yields.
@@ -62,7 +62,7 @@ class ConversionWorker {
     Status start();
     Status startBeside();
     void finish(int load);
-    /// Whether the window is still loaded since its load number `load`.
+    /// Whether the window has not been unloaded since its load number `load`.
     [[nodiscard]] bool stillLoaded(int load) const;
 
     const Platform& platform_;

@@ -40,7 +40,7 @@ TEST_F(WorkerTest, ItsTimersTickTwiceASecond) {
     EXPECT_EQ(window.Command1.caption(), "Cancel");
 }
 
-TEST_F(WorkerTest, WithAStopRequestedItUnloadsInItsLoad) {
+TEST_F(WorkerTest, LoadingUnloadsTheWindowIfAStopIsRequested) {
     process.stopRequested = true;
     process.workerBusy = true;
     window.load();
@@ -71,7 +71,7 @@ TEST_F(WorkerTest, HalfASecondAfterTheLoadTheSameFileIsStartedASecondTime) {
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, setSource, decodeToWav));
     EXPECT_FALSE(window.Timer1.enabled());
     EXPECT_TRUE(window.Timer2.enabled());
-    // Only once: the third tick of the other timer starts nothing.
+    // There is no third start.
     loop.advance(1s);
     EXPECT_EQ(mp3.log.size(), 4U);
 }
@@ -108,7 +108,7 @@ TEST_F(WorkerTest, AFileThatCannotBeReadIsNotStarted) {
     EXPECT_TRUE(process.workerBusy);
 }
 
-TEST_F(WorkerTest, ANameWithoutABaseFailsAfterTheTimerIsOnAndSoEndsAtItsTick) {
+TEST_F(WorkerTest, AFileNameWithoutABaseEndsTheJobAtTheFirstTick) {
     process.currentFile = "c:\\mp3\\mp3";
     mp3File("c:\\mp3\\mp3");
     window.load();
@@ -136,7 +136,7 @@ TEST_F(WorkerTest, StartHereStartsTheCurrentFileAndIgnoresItsArgument) {
 
 // --- progress ------------------------------------------------------------------------------------
 
-TEST_F(WorkerTest, EachTickShowsThePercentageWithHalvesToTheEvenNumber) {
+TEST_F(WorkerTest, EachTickShowsThePercentageRoundedHalfToEven) {
     mp3.duration = 4000ms;
     mp3.length = 8;
     window.load();
@@ -161,7 +161,7 @@ TEST_F(WorkerTest, ATickReadsTheControlAgainForTheBarAndYieldsOnce) {
     EXPECT_TRUE(window.loaded());
 }
 
-TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowUnloads) {
+TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowIsUnloaded) {
     mp3.duration = 1200ms;
     window.load();
     loop.advance(1499ms);
@@ -179,7 +179,7 @@ TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowUnloads) {
     loop.advance(1ms);
     EXPECT_EQ(shown, "100 % 100");
     EXPECT_EQ(loop.yieldCount() - yields, 2);
-    // From the tick, the final steps and the unload.
+    // One from the tick, one from the final steps, one from the unload.
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop", "Stop"));
     EXPECT_FALSE(window.loaded());
     EXPECT_FALSE(process.workerBusy);
@@ -208,7 +208,7 @@ TEST_F(WorkerTest, AStopEndsTheJobAtTheNextTickAndLeavesTheDisplayAsItIs) {
     EXPECT_EQ(disk.content("c:\\music\\Song.wav")->size(), mp3.partialBytes);
 }
 
-TEST_F(WorkerTest, AnEndDetectedFirstOverridesAStop) {
+TEST_F(WorkerTest, ATickThatFindsTheControlIdleIgnoresAStop) {
     mp3.duration = 300ms;
     window.load();
     process.stopRequested = true;

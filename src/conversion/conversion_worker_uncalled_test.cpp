@@ -119,7 +119,7 @@ TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
     };
     worker().DecodeCheckedFiles();
     EXPECT_EQ(form.List4.listIndex(), 0);
-    // The handler sets the request again at the unload's "Stop"; it was cleared in between.
+    // The request was cleared; the handler sets it again at the "Stop" of the unload.
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
     EXPECT_FALSE(window.loaded());
 }

@@ -82,7 +82,7 @@ void DecodingDriver::decodeLine(const ListBox& list, Case letters) {
     }
     fileStep();
     wavPath.storeIn(process_.currentWavFile);
-    // Also after a stop: a partial WAV is kept and shown.
+    // Also done after a stop: a partial WAV is kept and shown.
     adder_.Cmaddfile2(process_.currentWavFile);
 }
 
@@ -93,7 +93,7 @@ void DecodingDriver::decodeOne(const std::string& text) {
     }
     findFile(text);
     wavPathFor(text, process_).storeIn(process_.currentWavFile);
-    // Two blanks.
+    // The two blanks are intended.
     form_.Label3.setCaption("Decoding  " + text);
     form_.Label2.setCaption(process_.currentWavFile);
     showCaption();
@@ -111,8 +111,8 @@ void DecodingDriver::findFile(const std::string& text) {
         static_cast<void>(findIn(form_.List4, name));
     }
     if (text != process_.currentFile) {
-        // From List2, at the index where the search ended. For a file of List4 listed by its bare
-        // name, and for a missing file, this is the line of another file or none.
+        // The line of List2 at the index where the search ended. For a file that only List4 has, by
+        // its bare name, and for a missing file, this is the line of another file, or empty.
         process_.currentFile = lowerCase(form_.List2.list(process_.fileIndex));
     }
 }
@@ -143,7 +143,7 @@ void DecodingDriver::fileStep() {
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });
-    // The next load creates a new worker.
+    // Nothing else is reset, because the next load creates a new worker.
     form_.Command2.setVisible(false);
 }
 
@@ -157,7 +157,7 @@ void DecodingDriver::StartDecoding(const std::string& path) {
 
 void DecodingDriver::finish() {
     form_.Timer1.setEnabled(true);
-    // Blocks the next worker until the next start.
+    // Prevents that a worker starts before the next action.
     process_.stopRequested = true;
 }
 

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
-    /// The displays at each start of the control, without the second start of each file.
+    /// The displays at the first start of the control for each file.
     std::vector<std::string> shown;
 
     DriverTest() {
@@ -183,7 +183,7 @@ TEST_F(DriverTest, OneFileIsFoundByItsFullPathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheOtherListsLineOfThatIndex) {
+TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheLineAtItsIndexInTheOtherList) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
@@ -195,7 +195,7 @@ TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheOtherListsLineOfThatIndex) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, ASelectedFileWithoutSuchALineCausesAWaitWithoutADecoding) {
+TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondTheOtherListIsWaitedForButNotDecoded) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");
@@ -206,11 +206,11 @@ TEST_F(DriverTest, ASelectedFileWithoutSuchALineCausesAWaitWithoutADecoding) {
 }
 
 TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndUsesTheLineAfterTheSearch) {
-    // The search of an empty second list ends at 0: the first line, whatever it is.
+    // The search of the empty second list ends at index 0, so the first line is used.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     decode("A.mp3");
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
-    // The search of a second list with one line ends at 1.
+    // The search of a second list with one line ends at index 1.
     fill(form.List4, {"c:\\mp3\\z.mp3"});
     process.stopRequested = false;
     mp3.log.clear();
@@ -268,8 +268,8 @@ TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndWithCancelHidden) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-// `workerBusy` is set before the commands are disabled, which unloads the earlier worker and clears
-// the flag.
+// `workerBusy` is set before Disablem() unloads the earlier worker; this unload clears the flag, so
+// nothing is waited for.
 TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
@@ -301,7 +301,7 @@ TEST_F(DriverTest, AListThatIsClearedMeanwhileEndsInTheWaitForAMissingFile) {
     loop.after(1h, [this] { loop.endProgram(); });
     EXPECT_THROW(decode("MP3 Files"), test::ProgramEnded);
     EXPECT_EQ(process.currentFile, "");
-    // A name without a base keeps the texts of the previous file.
+    // The empty name has no base, so the texts of the previous file remain.
     EXPECT_EQ(form.caption(), "Decoding b.mp3");
     EXPECT_EQ(form.Label2.caption(), "c:\\music\\b.wav");
     EXPECT_EQ(form.Label3.caption(), "Decoding #2 of 0 files");
@@ -335,7 +335,7 @@ TEST_F(DriverTest, StartDecodingDoesNothingForAMissingFile) {
 
 // --- a second action inside the first ----------------------------------------------------------
 
-TEST_F(DriverTest, ASecondStartInsideTheFirstRunsInsteadAndEndsBoth) {
+TEST_F(DriverTest, ASecondStartInsideTheFirstReplacesItAndEndsBoth) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\A.mp3"});
     mp3.duration = 5s;

@@ -29,7 +29,7 @@ std::optional<int> digitValue(char character) {
     return std::nullopt;
 }
 
-/// Infinite for a number beyond the range of double.
+/// Returns infinity for a number beyond the range of double.
 std::optional<double> valueOf(std::string_view digits, std::int16_t base) {
     double value = 0;
     for (std::size_t i = 0; i < digits.size(); ++i) {
@@ -44,7 +44,7 @@ std::optional<double> valueOf(std::string_view digits, std::int16_t base) {
     return value;
 }
 
-/// Nothing for a remainder without a digit, which only rounding can produce.
+/// Returns nothing for a remainder that no digit represents; only rounding produces one.
 std::optional<std::string> digitOf(double remainder) {
     if (remainder < 10) {
         std::array<char, 32> text{}; // 15 digits, sign, point and exponent need 22 at most

@@ -36,7 +36,7 @@ TEST(ConvertBase, EveryByteSurvivesARoundTrip) {
     }
 }
 
-TEST(ConvertBase, RefusesWhatIsNoNumberOfTheBase) {
+TEST(ConvertBase, RefusesATextThatIsNoNumberInTheBase) {
     for (const char* text : {"12", "2", "1 ", " 1", "-1", "1.0", "\xc3\xa4", "@", "[", "/", ":"}) {
         EXPECT_EQ(ConvertBase(text, 2, 10), "Error") << text;
     }
@@ -54,7 +54,7 @@ TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
 }
 
 TEST(ConvertBase, AcceptsBase1ForTheResult) {
-    // Above 0 it would never return, as no digit of that base reduces the number.
+    // For a number above 0 the function would never return: the only digit, 0, does not reduce it.
     EXPECT_EQ(ConvertBase("0", 10, 1), "0");
 }
 

@@ -17,9 +17,8 @@ namespace sonarith {
 
 namespace {
 
-/// The low byte of the rate field, in hexadecimal, for each rate. These integers are the
-/// hexadecimal digits written as decimal ones. 16000 Hz also has the low byte 80 and reads as
-/// 48000.
+/// For each rate, the low byte of the rate field: its two hexadecimal digits, read as a decimal
+/// number (40 means 0x40). 16000 Hz has the same low byte as 48000 Hz and is reported as 48000.
 struct SampleRate {
     int lowByteDigits;
     const char* hertz;
@@ -33,13 +32,12 @@ constexpr std::array<SampleRate, 6> sampleRates = {{
     {80, "48000"},
 }};
 
-/// Assumed size of the header, in bits; the real header has 44 bytes.
+/// Assumed size of the header in bits (1000 bytes); the real header has 44 bytes.
 constexpr double headerBits = 8000;
 
 constexpr std::string_view riffMark = "RIFF";
 
-/// Opens like a binary file without a stated use: for reading and writing, or else for reading
-/// only.
+/// Opens the file for reading and writing or, if that fails, for reading only. Null if both fail.
 std::unique_ptr<BinaryFile> openForBoth(FileSystem& files, const std::string& path) {
     auto both = files.openBinary(path, FileAccess::readWrite);
     if (both.ok()) {
@@ -49,7 +47,7 @@ std::unique_ptr<BinaryFile> openForBoth(FileSystem& files, const std::string& pa
     return reading.ok() ? std::move(reading.value()) : nullptr;
 }
 
-/// Nothing if the file has fewer bytes.
+/// Returns nothing if the file ends earlier.
 template <std::size_t count>
 std::optional<std::array<std::byte, count>> bytesAt(BinaryFile* file, std::int64_t offset) {
     std::array<std::byte, count> bytes{};

@@ -26,8 +26,8 @@ class WavHeadReader {
     explicit WavHeadReader(FileSystem& files) : files_(files) {}
 
     /// Returns whether the file begins with "RIFF". Length, channels and bits are always stored,
-    /// the other fields only if it does. Fields that cannot be read are skipped. A missing file is
-    /// created, empty.
+    /// the other fields only for such a file. Fields that cannot be read are skipped. A missing
+    /// file is created, empty.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

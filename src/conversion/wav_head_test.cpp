@@ -93,7 +93,7 @@ TEST_F(WavHeadTest, MistakesOtherRatesWithTheSameLowByte) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, WithoutTheWaveMarkOnlyLengthChannelsAndBitsChange) {
+TEST_F(WavHeadTest, WithoutTheRiffMarkOnlyLengthChannelsAndBitsChange) {
     EXPECT_TRUE(read(wav(705'600, 2, 16, 44100)));
     const WavHead before = head();
     for (const char* mark : {"RIFX", "riff", "RF64", "\0\0\0\0"}) {
@@ -109,7 +109,7 @@ TEST_F(WavHeadTest, WithoutTheWaveMarkOnlyLengthChannelsAndBitsChange) {
     }
 }
 
-TEST_F(WavHeadTest, ChecksNoOtherMark) {
+TEST_F(WavHeadTest, ChecksOnlyTheRiffMark) {
     EXPECT_TRUE(read(wav(88'200 + 1000, 1, 16, 44100)));
     EXPECT_EQ(head().wavDuration, "00:01");
 }
@@ -151,7 +151,7 @@ TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
 }
 
 TEST_F(WavHeadTest, ABitRateOfZeroKeepsThePreviousFilesDuration) {
-    // The rate is not one of the six.
+    // 0x1234 Hz is not one of the six known rates.
     EXPECT_TRUE(read(wav(1000, 2, 16, 0x1234)));
     EXPECT_EQ(head().wavBitRate, 0);
     EXPECT_EQ(head().wavDuration, "");
