@@ -13,8 +13,8 @@ void minimizeToTray(Form& window, const Tray& tray) {
         window.hide();
         return;
     }
-    // In this order, so that a hidden window is minimized at once and does not appear in full
-    // first.
+    // The request precedes setVisible(), so that a hidden window is minimized at once and does not
+    // appear in full first.
     window.minimizeRequested.emit();
     window.setVisible(true);
 }
@@ -66,7 +66,7 @@ void ControlPanel::Form_Unload() {
     if (keptIcon_) {
         icons_.DeleteTrayIcon(*keptIcon_);
     }
-    // Deletes the same icon again, which fails, as designed.
+    // Deliberate: deletes the same icon again, which fails.
     icons_.DeleteTrayIcon(form_.Icon);
     keptIcon_.reset();
 }
@@ -107,8 +107,8 @@ void ControlPanel::mnuEnd_Click() {
     platform_.loop.endProgram();
 }
 
-/// A tray panel has started or ended. An icon that waits for a panel appears without further
-/// action; a window must not stay hidden without an icon.
+/// Runs when a tray panel has started or ended. The icon needs no action here, but a window must
+/// not stay hidden while no panel shows the icon.
 void ControlPanel::followHost() {
     if (form_.loaded() && !windows_.Form1.visible()) {
         minimizeToTray(windows_.Form1, platform_.tray);

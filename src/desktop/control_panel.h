@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program in the desktop's tray: its icon with a tip that follows the main window's title, and
-// the icon's menu. The icon exists while frmpopup is loaded; hiding the main window is up to the
-// code that loads that form.
+// the icon's menu. The icon exists while frmpopup is loaded. The code that loads that form also
+// hides the main window.
 #pragma once
 
 #include <cstdint>
@@ -13,24 +13,24 @@
 
 namespace sonarith {
 
-/// Hides a window if a panel shows the icon that restores it; otherwise minimizes it to its task
-/// bar entry.
+/// Hides a window if a tray panel shows the icon that restores it; otherwise minimizes it to its
+/// task bar entry.
 void minimizeToTray(Form& window, const Tray& tray);
 
 class ControlPanel {
   public:
-    /// Sets the handlers of frmpopup's events. Both must outlive this.
+    /// Sets the handlers of frmpopup's events. Both parameters must outlive this object.
     ControlPanel(const Platform& platform, Windows& windows);
     ControlPanel(const ControlPanel&) = delete;
     ControlPanel& operator=(const ControlPanel&) = delete;
 
     void Form_Load();
     void Form_Unload();
-    /// The tip follows the main window's title. Yields.
+    /// Copies the main window's title to the icon's tip. Yields.
     void Timer1_Timer();
-    /// The form's own title follows it, too. Yields.
+    /// Copies the main window's title to the form's own title. Yields.
     void Timer2_Timer();
-    /// The menu is about to open. A left click on the icon has no handler: it does nothing.
+    /// Runs before the menu opens. A left click on the icon has no handler and no effect.
     void Popup_Open();
 
     void mnuStopencoding_Click();
@@ -46,7 +46,7 @@ class ControlPanel {
     Windows& windows_;
     FrmPopup& form_;
     TrayIconCalls icons_;
-    std::optional<std::uint32_t> keptIcon_; ///< while the form is loaded
+    std::optional<std::uint32_t> keptIcon_; ///< set while the form is loaded
     Connection hostChanged_;
 };
 

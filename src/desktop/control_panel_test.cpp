@@ -207,7 +207,7 @@ TEST_F(ControlPanelTest, StopConversionShowsTheWindowCancelsAndRemovesTheIconInT
     EXPECT_FALSE(popup.loaded());
 }
 
-TEST_F(ControlPanelTest, StopConversionCancelsThoughTheButtonIsDisabledAndNothingRuns) {
+TEST_F(ControlPanelTest, StopConversionCancelsEvenIfTheButtonIsDisabledAndNothingRuns) {
     goToTray();
     form.Command2.setEnabled(false);
     form.Command2.onClick = [this] {
@@ -274,7 +274,7 @@ TEST_F(ControlPanelTest, WithAPanelTheWindowIsHidden) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, WithoutAPanelTheWindowIsIconifiedAndAllElseIsTheSame) {
+TEST_F(ControlPanelTest, WithoutAPanelTheWindowIsIconifiedAndTheTipIsStillUpdated) {
     tray.setHost(false);
     goToTray();
     EXPECT_THAT(events, ElementsAre("shrink"));
@@ -294,7 +294,7 @@ TEST_F(ControlPanelTest, APanelThatStartsLaterLeavesTheWindowIconified) {
     tray.setHost(true);
     EXPECT_TRUE(form.visible());
     EXPECT_THAT(events, IsEmpty());
-    // Requested again, the window is hidden.
+    // A second request hides the window.
     goToTray();
     EXPECT_FALSE(form.visible());
 }
@@ -306,7 +306,7 @@ TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
     tray.setHost(false);
     EXPECT_THAT(events, ElementsAre("shrink while hidden"));
     EXPECT_TRUE(form.visible());
-    EXPECT_EQ(shown, 0); // which would show the window
+    EXPECT_EQ(shown, 0); // a request to show would restore the window in full
     EXPECT_TRUE(popup.loaded());
     EXPECT_TRUE(popup.Timer1.enabled());
     tray.setHost(true);
@@ -323,7 +323,7 @@ TEST_F(ControlPanelTest, RemovalOfThePanelDoesNotAffectAVisibleWindow) {
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, WithoutTheIconPanelsHaveNoEffect) {
+TEST_F(ControlPanelTest, RemovalOfThePanelHasNoEffectIfTheFormIsNotLoaded) {
     form.hide();
     tray.setHost(false);
     EXPECT_FALSE(form.visible());

@@ -9,7 +9,7 @@
 
 namespace sonarith {
 
-/// In the machine's order, each with its backslash ("C:\"); at most 100.
+/// At most 100 roots in the machine's order, each with its backslash ("C:\").
 [[nodiscard]] std::vector<std::string> driveRoots(const SystemInformation& machine);
 
 } // namespace sonarith

@@ -29,7 +29,7 @@ TEST(DriveRoots, AreInTheMachinesOrder) {
 TEST(DriveRoots, RequestTheListAgainWithTheNeededSpace) {
     test::FakeSystemInformation machine;
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
-        machine.drives[root] = {}; // with C: more than the ten characters of the first call
+        machine.drives[root] = {}; // with C:, more than the first call's ten characters
     }
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\", "D:\\", "E:\\", "F:\\"));
 }
@@ -50,7 +50,7 @@ TEST(DriveRoots, RequestTheListAgainAsOftenAsItGrows) {
     EXPECT_EQ(asked, 5);
 }
 
-TEST(DriveRoots, OmitARestOfLessThanFourCharacters) {
+TEST(DriveRoots, OmitAnIncompleteItemAtTheEnd) {
     test::FakeSystemInformation machine;
     machine.listOfRoots = [] {
         return std::vector<std::string>{"C:\\", "D:"};

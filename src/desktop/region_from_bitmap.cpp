@@ -16,11 +16,11 @@ struct PixelRun {
     bool operator==(const PixelRun&) const = default;
 };
 
-/// The runs of the colour in row `y`, from left to right. Reads up to and including the column
-/// `width`, which no picture has, so that every run ends within the picture.
+/// The runs of the colour in row `y`, from left to right. Also reads the column `width`, which is
+/// outside the picture and has no colour, so every run ends at the picture's edge at the latest.
 std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour transparent, int y) {
     std::vector<PixelRun> runs;
-    // The column after a run has already been read and is skipped.
+    // The column after a run is skipped: it is known to have another colour.
     for (int x = 0; x <= bitmap.width(); ++x) {
         while (x <= bitmap.width() && bitmap.pixel(x, y) != transparent) {
             ++x;
@@ -61,8 +61,8 @@ std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelCo
     WindowRegion region;
     std::vector<PixelRun> columnsAbove;
     std::size_t firstOfBand = 0;
-    // Rows 0 to `height`, like columns 0 to `width`: the last one is outside the picture and the
-    // rectangle, and has no colour.
+    // As with the columns, the last row, `height`, is outside the picture and has no colour. It
+    // adds no rectangle.
     for (int y = 0; y <= bitmap->height(); ++y) {
         const int width = y < bitmap->height() ? bitmap->width() : 0;
         const std::vector<PixelRun> columns =

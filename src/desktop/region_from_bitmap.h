@@ -10,8 +10,8 @@
 namespace sonarith {
 
 /// The rectangle of `bitmap` without its pixels of the colour `transparent`. Equal adjacent rows
-/// share their rectangles. A picture in that colour only results in a region without rectangles;
-/// without a picture (null) there is no region.
+/// share their rectangles. For a picture that consists of that colour only, the region has no
+/// rectangles; without a picture (null) the result is empty.
 [[nodiscard]] std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap,
                                                            PixelColour transparent);
 

@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 constexpr PixelColour black = 0x000000;
 
-/// One text for each row: a blank is white, everything else black.
+/// One text for each row: a blank is a white pixel, every other character a black one.
 std::vector<PixelColour> pixelsOf(const std::vector<std::string>& rows) {
     std::vector<PixelColour> pixels;
     for (const std::string& row : rows) {
@@ -97,7 +97,7 @@ TEST(RegionFromBitmap, EqualRowsShareTheirRectangles) {
 TEST(RegionFromBitmap, RemovesTheGivenColour) {
     EXPECT_THAT(leftOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
     EXPECT_THAT(leftOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
-    // The value that elsewhere means "no pixel" is a colour that no pixel has.
+    // No pixel has the colour 0xFFFFFFFF, which elsewhere means "no pixel".
     EXPECT_THAT(leftOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
 }
 

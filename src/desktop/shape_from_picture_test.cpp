@@ -21,7 +21,7 @@ struct ShapeFromPictureTest : testing::Test, test::FakeMachine {
     const WindowRegion rightHalf{{{1, 0, 2, 1}}};
 };
 
-/// Counts how often a search begins at its first pixel.
+/// Counts the searches: each of them reads the first pixel first.
 class CountedPicture final : public PixelPicture {
   public:
     CountedPicture() : PixelPicture(1, 1, {0}) {}

@@ -37,20 +37,21 @@ class System {
         std::string text;
     };
 
-    /// Both must outlive this.
+    /// Both parameters must outlive this object.
     System(const SystemInformation& machine, FileSystem& files)
         : machine_(machine), files_(files) {}
 
-    // A root path is letter, colon and backslash.
+    // `root` is a drive's letter, a colon and a backslash.
 
-    /// In bytes; both 0 for a drive that fails. Free is the space available to this user.
+    /// Sizes in bytes; both are 0 if the drive cannot be queried. `freeBytes` is the space that
+    /// this user may use.
     void DriveInfo(const std::string& root, std::int64_t& totalBytes,
                    std::int64_t& freeBytes) const;
     /// Adds 1 to a counter for each drive of its type. Counters are not reset first.
     void Drives(DriveCounts& counts) const;
     /// "Removable drive", "Fixed drive", "Network drive", "CD-ROM drive", "RAM-disk", or empty.
     [[nodiscard]] std::string DriveType(const std::string& root) const;
-    /// With a point after every group of three digits from the right.
+    /// The number with points between groups of three digits, counted from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
     /// Free bytes of a drive ("c:" or longer): changes to that drive, reads them and returns to the
     /// program's folder. 0 if any step fails.
@@ -59,10 +60,10 @@ class System {
     [[nodiscard]] std::uint8_t FunctionKeys() const;
     /// Empty for an unknown keyboard.
     [[nodiscard]] std::string KeyboardType() const;
-    /// Keeps the previous text of the type for a processor without a name here.
+    /// For a processor type without a name, the previous text of `type` is kept.
     void SystemInfo(Processors& processors) const;
 
-    // The next three are folders with a trailing backslash. All five are empty on failure, also if
+    // The first three are folders with a trailing backslash. All five are empty on failure, and if
     // the text does not fit into a buffer of 50 characters including the NUL.
     [[nodiscard]] std::string TempDir() const;
     [[nodiscard]] std::string SystemDir() const;
@@ -74,7 +75,7 @@ class System {
     [[nodiscard]] std::string SerialNumber(const std::string& root) const;
     /// "NoName" for a volume without a label; empty on failure.
     [[nodiscard]] std::string VolumeLabel(const std::string& root) const;
-    /// All zero and empty on failure.
+    /// On failure the numbers are 0 and the text is empty.
     void WinVer(Version& version) const;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The calls that add, change and delete the program's icon in the notification area; all of them
-// fill one record. control_panel.h decides when they are made and handles the icon's menu.
+// fill one record. control_panel.h makes these calls and handles the icon's menu.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@
 
 namespace sonarith {
 
-/// Results are ignored: without a panel nothing else can be done.
+/// Results are ignored: nothing can be done if no panel shows icons.
 class TrayIconCalls {
   public:
-    /// `tray` must outlive this.
+    /// `tray` must outlive this object.
     explicit TrayIconCalls(Tray& tray) : tray_(tray) {}
 
     /// `identifier` is the number of the icon, `form` its owner, which must outlive the icon. Only

@@ -47,7 +47,7 @@ std::string ask(MediaControl& media, const std::string& command, ReplyBuffer& re
 void saveAndClose(MediaControl& media, const std::string& path) {
     media.sendString("stop capture");
     media.sendString("stop cd");
-    // The path is not quoted: it is the whole rest of the command, including blanks.
+    // The path is not quoted: it is the complete rest of the command and may contain blanks.
     media.sendString("save capture " + path);
     media.sendString("close capture");
     media.sendString("close cd");

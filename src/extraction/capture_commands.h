@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// Linear samples in the form that the recorder takes. All zero: no format, which the device
+/// A format of linear samples for the recorder. All zero means "no format", which the device
 /// refuses.
 struct CaptureFormat {
     int samplesPerSecond = 0;
@@ -24,7 +24,8 @@ struct CaptureFormat {
     bool operator==(const CaptureFormat&) const = default;
 };
 
-/// 0: mono, 1: stereo, both 16 bits at 44100 Hz; any other value: no format.
+/// The format for 0 is mono, for 1 stereo, both with 16 bits at 44100 Hz. Other values have no
+/// format.
 [[nodiscard]] CaptureFormat captureFormat(std::int16_t audioFormat);
 
 /// The format of an entry of the preferences' format list; the whole text is compared.

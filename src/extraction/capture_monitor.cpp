@@ -59,7 +59,7 @@ void CaptureMonitor::tmrRecord_Timer() {
         showProgress(positionMs);
         platform_.loop.yield();
     }
-    // A stop in that yield has set trackEndMs to 0, and the track ends here. There is no margin: a
+    // A stop during the yield sets trackEndMs to 0, so the track ends here. There is no margin: the
     // file may contain up to one tick of the following track.
     if (form_.Check9.value() == 1 || positionMs >= capture_.trackEndMs) {
         endTrack();
@@ -67,7 +67,7 @@ void CaptureMonitor::tmrRecord_Timer() {
 }
 
 std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
-    // Without a position the reply is empty and reads as 0: then only a stop ends the track.
+    // If the query fails, the reply is empty and counts as position 0: only a stop ends the track.
     return roundedToInteger32(numberOf(ask(platform_.media, "status cd position", reply)))
         .valueOr(0);
 }
@@ -75,7 +75,7 @@ std::int32_t CaptureMonitor::discPositionMs(ReplyBuffer& reply) {
 void CaptureMonitor::showProgress(std::int32_t positionMs) {
     const auto start = static_cast<double>(capture_.trackStartMs);
     const auto end = static_cast<double>(capture_.trackEndMs);
-    std::int64_t shown = 0; // unchanged for a track without length, which has no percentage
+    std::int64_t shown = 0; // stays 0 for a track without length, which has no percentage
     if (end != start) {
         shown = static_cast<std::int64_t>(std::floor((positionMs - start) / (end - start) * 100));
     }
@@ -103,7 +103,7 @@ void CaptureMonitor::startNextLine() {
     form_.lstRecord.setListIndex(form_.lstRecord.listIndex() + 1).passOver();
     trackNumberIn(form_.lstRecord.text()).storeIn(process_.currentTrack);
     form_.Label3.setCaption("Extracting Track " + std::to_string(process_.currentTrack));
-    // Still the file that was just saved.
+    // currentFile is still the file that was just saved.
     form_.Label2.setCaption(process_.currentFile);
     form_.setCaption(form_.Label3.caption());
     form_.Command2.setVisible(true);
@@ -115,7 +115,8 @@ void CaptureMonitor::finishQueue() {
     if (capture_.trackEndMs != 0) {
         form_.Enablem();
     } else if (process_.stopRequested) {
-        // The stop happened during this tick. An MP3 file of that name is added too, if it exists.
+        // The stop happened during this tick. An MP3 file of the same name is also added if it
+        // exists.
         form_.Enablem();
         files_.Cmaddfile2(process_.currentFile);
         const auto base = FileBaseName(process_.currentFile);
@@ -140,7 +141,7 @@ void CaptureMonitor::endByStop() {
 void CaptureMonitor::stopTimers() {
     form_.Check9.setValue(0).passOver();
     form_.tmrRecord.setEnabled(false);
-    // Only the start of an action enables it again: in a queue it monitors only the first track.
+    // Only the start of an action enables tmrWarning, so it runs only for a queue's first track.
     form_.tmrWarning.setEnabled(false);
 }
 
@@ -161,7 +162,7 @@ void CaptureMonitor::Command8_Click() {
     process_.stopRequested = true;
     form_.Timer1.setEnabled(true);
     form_.Enablem();
-    // Without a running capture it stays at 1 until the next start.
+    // If no capture is running, Check9 stays at 1 until the next start.
     form_.Check9.setValue(1).passOver();
     capture_.trackEndMs = 0;
     if (!form_.tmrRecord.enabled()) {
@@ -179,7 +180,7 @@ void CaptureMonitor::Command8_Click() {
 
 void CaptureMonitor::Command2_Click() {
     process_.stopRequested = true;
-    // Never reset.
+    // Deliberate: nothing resets it.
     process_.cancelRequested = true;
     windows_.Form6.unload();
     form_.Command8.click();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Monitors a running capture, ends each track at its position on the disc and starts the next one.
-// Contains every way to end a capture early. It does not start tracks.
+// Monitors a running capture, ends each track at its position on the disc and requests the start of
+// the next one, which TrackCapture performs. Contains every way to end a capture early.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +18,8 @@ namespace sonarith {
 class CaptureMonitor {
   public:
     /// Sets the handlers of tmrRecord, Command8 and Command2. `startTrack` starts the capture of a
-    /// track; it is a function and not a reference to that job, since that job calls this one when
-    /// it fails. All other parameters must outlive this object.
+    /// track; it is a function and not a reference to TrackCapture, because TrackCapture calls this
+    /// object when it fails. All other parameters must outlive this object.
     CaptureMonitor(const Platform& platform, ProcessState& process, Windows& windows,
                    CaptureState& capture, FileAdder& files,
                    std::function<void(std::int32_t)> startTrack);
@@ -38,7 +38,7 @@ class CaptureMonitor {
     void Command8_Click();
     /// Cancel. Every later queue ends after its first track until the program is restarted.
     void Command2_Click();
-    /// Stops because the disk is too full to continue.
+    /// Stops because the disk has too little free space.
     void Command1_Click();
 
   private:

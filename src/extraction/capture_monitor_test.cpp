@@ -57,7 +57,7 @@ TEST(CaptureMonitor, ShowsBytesPercentageAndBarInEachTick) {
         EXPECT_EQ(bench.form.Label33.caption(), "50%");
         EXPECT_EQ(bench.form.ProgressBar1.value(), 50);
     });
-    // The second track's figures start again.
+    // The displays start again at 0 for the second track.
     bench.loop.after(1150ms, [&] {
         EXPECT_EQ(bench.form.lblStatus.caption(), "17640 Bytes");
         EXPECT_EQ(bench.form.Label33.caption(), "10%");
@@ -66,7 +66,7 @@ TEST(CaptureMonitor, ShowsBytesPercentageAndBarInEachTick) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(CaptureMonitor, RunsAQueueOfTwoTwice) {
+TEST(CaptureMonitor, CapturesBothTracksOfAQueueOfTwo) {
     QueueBench bench(2);
     bench.form.cmdStart.click();
     EXPECT_THAT(bench.disc.saved,
@@ -76,7 +76,7 @@ TEST(CaptureMonitor, RunsAQueueOfTwoTwice) {
     EXPECT_EQ(bench.state.currentTrack, 2);
     EXPECT_TRUE(bench.commandsOpen());
     EXPECT_TRUE(bench.idle());
-    // The displays are idle at once, and no file of the run is in the tree or in a list.
+    // The displays are idle at once. The captured files are not in the tree or in a list yet.
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
     EXPECT_EQ(bench.form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(bench.form.caption(), "Sonarith v2.0");
@@ -85,7 +85,7 @@ TEST(CaptureMonitor, RunsAQueueOfTwoTwice) {
     EXPECT_FALSE(bench.treeHolds(savedAs(1)));
 }
 
-TEST(CaptureMonitor, EndsAQueueOfOneAfterItsLine) {
+TEST(CaptureMonitor, EndsAQueueOfOneAfterItsTrack) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.removeItem(1).ok());
     bench.form.cmdStart.click();
@@ -99,8 +99,8 @@ TEST(CaptureMonitor, NamesTheFileJustSavedBetweenTwoTracks) {
     std::string label2;
     std::string label3;
     std::string caption;
-    // The monitor sets its texts before it starts the next track, which writes both Label3 and the
-    // caption; only Label2 distinguishes them.
+    // The monitor sets its texts, then the start of the next track writes Label3 and the caption
+    // again. Only the text of Label2 differs between the two.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&
@@ -126,7 +126,7 @@ TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
         }
     });
     bench.form.cmdStart.click();
-    // The start of the next track writes the same text, which is no change.
+    // The start of the next track writes the same text, so nothing is notified.
     EXPECT_THAT(visible, ElementsAre(false));
 }
 
@@ -163,11 +163,11 @@ TEST(CaptureMonitor, StopsTheQueueAtALineThatIsNotATrack) {
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_TRUE(bench.idle());
-    // In this case only the end of the action enables the commands.
+    // The commands stay disabled until the end of the action.
     EXPECT_FALSE(bench.commandsOpen());
 }
 
-TEST(CaptureMonitor, EndsTheQueueWhereTheDeviceFailsForALaterTrack) {
+TEST(CaptureMonitor, EndsTheQueueIfTheDeviceFailsForALaterTrack) {
     QueueBench bench(3);
     bench.media.answer("play cd from 1000", {.status = 300});
     bench.form.cmdStart.click();
@@ -185,13 +185,13 @@ struct Progress {
     int bar;
 };
 
-TEST(CaptureMonitor, ShowsThePercentageRoundedDownAndABarThatStaysInItsRange) {
+TEST(CaptureMonitor, ShowsThePercentageRoundedDownAndSetsTheBarOnlyWithinItsRange) {
     const Progress cases[] = {
         {"1000", "0%", 0},     {"1999", "24%", 24},   {"2000", "25%", 25},
-        {"999", "-1%", 42}, // just before the start; the bar refuses the value and does not change
+        {"999", "-1%", 42}, // before the start; the bar refuses the value and does not change
         {"0", "-25%", 42},     {"", "-25%", 42},      {"no position", "-25%", 42},
         {"4999.4", "99%", 99}, {"5000", "100%", 100}, {"9000", "200%", 42},
-        {"9e99", "-25%", 42}, // beyond 32 bits: no position
+        {"9e99", "-25%", 42}, // a value beyond 32 bits counts as no position
     };
     for (const Progress& c : cases) {
         SCOPED_TRACE(c.position);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How cmdStart_Click uses the selected node. The start of one track is tested elsewhere.
+// How cmdStart_Click uses the selected node. track_capture_test.cpp tests the start of one track.
 #include "extraction/track_capture.h"
 
 #include <initializer_list>
@@ -40,7 +40,7 @@ TEST(CmdStart, CapturesOneTrackThatIsSelectedByItsNode) {
     EXPECT_EQ(bench.form.lstRecord.listCount(), 0);
 }
 
-TEST(CmdStart, PlaysTheFirstTrackWithoutANumber) {
+TEST(CmdStart, PlaysTheFirstTrackWithoutAStartPosition) {
     ExtractionBench bench({1000, 60000});
     bench.insertDisc();
     bench.select("Track  1 - 00:00:01");
@@ -58,7 +58,7 @@ TEST(CmdStart, ContinuesWithAnEarlierQueueAfterASingleTrack) {
     ASSERT_TRUE(bench.form.lstRecord.setListIndex(0).ok());
     bench.select("Track  2 - 00:00:01");
     bench.form.cmdStart.click();
-    // The single track replaces the current line; the line after it follows.
+    // The single track is captured instead of the current line's; the next line follows.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400}));
 }
@@ -106,8 +106,8 @@ TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
         putOnTop(bench.form.lstRecord, bench.form.lstTracks.list(2), bench.form.List7);
     });
     bench.form.cmdStart.click();
-    // The list was filled again and has no current line; tracks that were already captured follow
-    // again.
+    // Choosing a track fills the list again, so it has no current line: the queue starts again with
+    // its first line and includes the tracks that were already captured.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 176400},
                                               test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400},
@@ -134,7 +134,7 @@ TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
     ASSERT_EQ(bench.form.lstRecord.listCount(), 2);
     EXPECT_EQ(bench.form.lstRecord.list(0), "Track  1 - 00:00:01");
     EXPECT_EQ(bench.form.lstRecord.list(1), "Track  2 - 00:00:01");
-    // The queue does not shrink: its current line has advanced.
+    // Lines are not removed from the queue; its current line advances.
     EXPECT_EQ(bench.form.lstRecord.listIndex(), 1);
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
@@ -164,7 +164,7 @@ TEST(CmdStart, ExtractsTheChosenTracksInTheOrderOfTheQueue) {
                                               test::SavedCapture{savedAs(1), 176400}));
 }
 
-/// The commands that start a track, the first of which is played from the disc's beginning.
+/// The commands that start a track at `firstMs`. For 0 the play command has no position.
 std::vector<std::string> startCommands(int firstMs) {
     const std::string play = firstMs == 0 ? "play cd" : "play cd from " + std::to_string(firstMs);
     return {openRecorder, setStereo, openDisc, setMilliseconds, record, play};
@@ -194,7 +194,7 @@ TEST(CmdStart, EndsAQueueAfterItsFirstTrackAfterAnyCancel) {
     bench.form.Command2.click();
     bench.media.log.clear();
     bench.form.cmdStart.click();
-    // The stop repeats the commands of the end for a capture that is already closed.
+    // The stop sends the end commands again, although the capture is already closed.
     EXPECT_EQ(bench.media.logWithoutTicks(),
               commandsOf({startCommands(0), test::endCommands(savedAs(1)),
                           test::endCommands(savedAs(1))}));
@@ -235,7 +235,7 @@ TEST(CmdStart, KeepsTheCurrentTrackWithNothingSelected) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, ResetsTheMarkOfARunningCaptureForAGroupOnly) {
+TEST(CmdStart, ResetsTheEndOfTheCurrentTrackForAGroupOnly) {
     struct Case {
         const char* node;
         std::int32_t endMs;
@@ -265,7 +265,7 @@ TEST(CmdStart, ResetsAnEarlierStop) {
     EXPECT_EQ(bench.form.Check9.value(), 0);
 }
 
-TEST(CmdStart, WritesItsTextsWithAndThenWithoutALeadingBlank) {
+TEST(CmdStart, WritesItsTextsFirstWithALeadingBlankAndThenWithout) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Track  2 - 00:00:01");

@@ -32,7 +32,7 @@ TEST(TrackLengths, FailOutsideTheTracks) {
     EXPECT_EQ(lengths(1).value(), 100);
 }
 
-TEST(TrackLengths, AreDiscardedWhenReallocated) {
+TEST(TrackLengths, AreSetToZeroByAReallocation) {
     TrackLengths lengths = lengthsOf({100, 200, 300});
     lengths.reallocate(2);
     EXPECT_EQ(lengths.count(), 2);
@@ -53,10 +53,10 @@ TEST(StartOfTrack, IsThePlainSumOfTheLengthsBeforeIt) {
         {1, 3, 0},
         {2, 3, 100},
         {3, 3, 300},
-        {4, 3, 600}, // a track that is not there: the walk
-                     // runs to its end
+        {4, 3, 600}, // a track that does not exist: the
+                     // sum of all lengths
         {0, 3, 600}, // likewise
-        {3, 2, 300}, // the walk ends at the count
+        {3, 2, 300}, // the sum ends at the track count
         {3, 0, 0},
         {3, -5, 0},
         {3, 1.9, 100},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every way to end a capture early, one by one. stop_sweep_test.cpp stops at all moments.
+// Each way to end a capture early. stop_sweep_test.cpp stops captures at every moment.
 #include "extraction/capture_monitor.h"
 
 #include <algorithm>
@@ -41,11 +41,11 @@ TEST(StopEverything, SavesWhatWasCapturedAndAddsItToTheTree) {
     EXPECT_THAT(linesOf(bench.form.List1), ElementsAre(savedAs(2)));
     EXPECT_TRUE(bench.treeHolds(savedAs(2)));
     EXPECT_TRUE(bench.idle());
-    // A stop outside a tick sets its mark; the next start resets it.
+    // A stop outside a tick sets Check9; the next start resets it.
     EXPECT_EQ(bench.form.Check9.value(), 1);
 }
 
-TEST(StopEverything, OnlySetsItsMarksWithNoCaptureRunning) {
+TEST(StopEverything, OnlySetsItsFlagsIfNoCaptureIsRunning) {
     QueueBench bench(2);
     bench.captureState.trackEndMs = 9;
     bench.form.tmrWarning.setEnabled(true);
@@ -65,7 +65,7 @@ TEST(StopEverything, OnlySetsItsMarksWithNoCaptureRunning) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(StopEverything, LeavesTheFinalFiguresUpForFiveSeconds) {
+TEST(StopEverything, KeepsTheFinalFiguresVisibleForFiveSeconds) {
     QueueBench bench(1 + 1);
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -77,7 +77,7 @@ TEST(StopEverything, LeavesTheFinalFiguresUpForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, RepeatsTheEndWithinATickAndAddsTheMp3OfThatNameToo) {
+TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAlsoAddsTheMp3OfThatName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
@@ -88,7 +88,7 @@ TEST(StopEverything, RepeatsTheEndWithinATickAndAddsTheMp3OfThatNameToo) {
     });
     bench.form.cmdStart.click();
     EXPECT_EQ(bench.media.log, joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
-    // The second save found no recording.
+    // The second save command had no recording to save.
     EXPECT_EQ(bench.disc.saved.size(), 1U);
     EXPECT_EQ(bench.state.currentFile, "c:\\wavfiles\\12053477-1.mp3");
     EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -113,7 +113,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The stop found no running timer, so the queue stays at its line, which is marked.
+        // The monitor's timer was not running, so the queue's current line stays and is selected.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -123,7 +123,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
     }
 }
 
-TEST(StopEverything, BeforeTheDevicesOpenedTakesEffectAtTheFirstTick) {
+TEST(StopEverything, BeforeTheDevicesAreOpenTakesEffectAtTheFirstTick) {
     QueueBench bench(2);
     bench.loop.atYield(2, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -136,7 +136,8 @@ TEST(StopEverything, BeforeTheDevicesOpenedTakesEffectAtTheFirstTick) {
 }
 
 TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
-    // StartTrackRecording2 resets the request, while Check9 ends the track on its first tick.
+    // StartTrackRecording2 resets stopRequested but not Check9, which ends the track on its first
+    // tick.
     QueueBench bench(2);
     bench.loop.atYield(1, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -144,7 +145,7 @@ TEST(StopEverything, BeforeTheFirstTrackOnlyShortensThatTrack) {
                 ElementsAre(SavedCapture{savedAs(1), 17640}, SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheMp3Too) {
+TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAlsoAddsTheMp3) {
     QueueBench bench(2);
     bench.files.addFile("c:\\wavfiles\\12053477-2.mp3", std::string(200, 'm'));
     bench.disc.onSave = [&](const SavedCapture& save) {
@@ -161,7 +162,7 @@ TEST(StopEverything, BetweenTheLastTracksEndAndTheQueuesEndAddsTheMp3Too) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(StopEverything, ListsTheFileInItsCaseAndInTheTreeInLowerCase) {
+TEST(StopEverything, ListsTheFileInItsOwnCaseAndAgainInLowerCase) {
     QueueBench bench(2);
     bench.state.settings.decodePath = "C:\\WavFiles";
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
@@ -255,7 +256,7 @@ TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsAsTheyAre) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilEverythingIsStopped) {
+TEST(StopPlaying, LosesARunningCaptureButItsTimerRunsUntilEverythingIsStopped) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] { bench.form.Command12.click(); });
     bench.loop.after(10min, [&] {

@@ -12,7 +12,7 @@ namespace sonarith {
 namespace {
 
 constexpr std::size_t replySize = 64;
-/// Far above the count of any disc (at most 99); keeps an invalid reply from exhausting the memory.
+/// Limits the memory used for an invalid reply; a disc has at most 99 tracks.
 constexpr double mostTracks = 9999;
 
 std::string lengthQuestion(std::int32_t track) {
@@ -32,8 +32,7 @@ void DiscInspection::InspectCD() {
     // One buffer for all replies; it is not cleared between them.
     ReplyBuffer reply(replySize);
     form_.lblCDID.setCaption(ask(platform_.media, "info cd identity", reply));
-    // The number derived from this draw and the identity is discarded; only the seed has a lasting
-    // effect.
+    // Deliberate: the random number is not used. Only the new seed has a lasting effect.
     platform_.random.reseedFromClock();
     static_cast<void>(platform_.random.fraction());
     form_.lblNumTracks.setCaption(ask(platform_.media, "status cd number of tracks", reply));
@@ -57,7 +56,8 @@ void DiscInspection::clearDisc() {
 
 void DiscInspection::showUnusable(double trackCount) {
     platform_.loop.yield();
-    // Only the number of tracks is tested, also for a music disc with one track.
+    // Deliberate: only the number of tracks is tested, so a music disc with one track is refused,
+    // too.
     if (trackCount == 1) {
         platform_.boxes.show(
             "The current CD is not a music CD. If you wish to use your CD as a source, "

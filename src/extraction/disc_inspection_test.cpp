@@ -136,7 +136,7 @@ TEST(InspectCD, ShowsTheTextOfALengthUnchanged) {
     bench.media.answer("status cd length track 1", {.reply = "three minutes"});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.form.lstTracks.list(0), "Track  1 - three minutes");
-    // The reply is not a number either, and the new element keeps its 0.
+    // The reply is not a number of milliseconds, either, so the length stays 0.
     EXPECT_EQ(bench.captureState.trackLengthMs(1).value(), 0);
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 1000);
 }
@@ -167,7 +167,7 @@ TEST(InspectCD, ReadsTheCountAfterItsYield) {
 
 TEST(InspectCD, CanRunWithinItsOwnYield) {
     // The user presses refresh while a refresh yields: the inner one closes the disc, so the outer
-    // one finds no lengths. Nothing fails, and the next refresh is complete.
+    // one reads no lengths. Nothing fails, and the next refresh reads all lengths.
     ExtractionBench bench({1000, 2000});
     bench.loop.atYield(1, [&] { bench.inspection.InspectCD(); });
     bench.inspection.InspectCD();

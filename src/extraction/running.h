@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Marks a procedure as running while this object exists, also when the end of the program unwinds
-// the stack. It is a counter, since procedures that yield may be nested.
+// Counts a procedure as running during the lifetime of this object, which also ends when the end of
+// the program unwinds the stack. A counter is needed because procedures that yield may be nested.
 #pragma once
 
 namespace sonarith {

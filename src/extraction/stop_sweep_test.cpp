@@ -52,7 +52,7 @@ std::vector<StopKind> stopKinds() {
     };
 }
 
-/// Stops at yield `n` of the following steps, if they yield that often.
+/// Stops the job at the `n`-th yield from now, if it yields that often.
 class StopAtYield {
   public:
     StopAtYield(ExtractionBench& bench, const StopKind& kind, int n) {
@@ -66,7 +66,7 @@ class StopAtYield {
     StopAtYield(const StopAtYield&) = delete;
     StopAtYield& operator=(const StopAtYield&) = delete;
 
-    /// Called when the stopped job has ended. Returns whether the yield was reached.
+    /// To be called when the job has ended. Returns whether the yield was reached.
     bool ended() {
         over_ = true;
         return reached_;
@@ -89,7 +89,7 @@ class ShortRun : public ExtractionBench {
         EXPECT_TRUE(idle());
         EXPECT_TRUE(commandsOpen());
         EXPECT_FALSE(form.tmrWarning.enabled());
-        // All captures were saved, each under its own name.
+        // Each saved capture exists as a file with a name of its own.
         for (std::size_t i = 0; i < disc.saved.size(); ++i) {
             EXPECT_TRUE(files.fileExists(disc.saved[i].path));
             for (std::size_t j = 0; j < i; ++j) {
@@ -147,7 +147,7 @@ TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
             bench.loop.after(moment, [&] { kind.stop(bench); });
             bench.form.cmdStart.click();
             bench.expectIdleRegained();
-            // The tracks finished so far, and the current one unless it was lost.
+            // Saved are the finished tracks and the current one, unless the stop loses it.
             const auto finished = static_cast<std::size_t>(moment / 200ms);
             EXPECT_EQ(bench.disc.saved.size(), finished + (kind.name == "Command12" ? 0 : 1));
             bench.expectNextRunWorks();
@@ -175,8 +175,8 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
                     EXPECT_TRUE(bench.idle());
-                    // After a disc failure the commands are disabled again; the end of the action,
-                    // which is not part of this test, enables them.
+                    // After a disc failure the commands are disabled again. The end of the action
+                    // enables them, but it is not part of this test.
                     const bool discFailed = std::string(failing).find("cd") != std::string::npos;
                     EXPECT_EQ(bench.commandsOpen(), !discFailed);
                     bench.form.Enablem();
@@ -222,7 +222,7 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             bench.loop.advance(40s);
-            // The next inspection reads the values that a lost device did not report.
+            // The first inspection may have lost its device; the second one reads all values.
             bench.inspection.InspectCD();
             bench.choose({1, 2, 3});
             bench.select("Selected Tracks");
@@ -260,7 +260,7 @@ TEST(EveryStop, InsideTheMessageOfAnInspectionLeavesEverythingIdle) {
 }
 
 TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
-    // That box is shown inside the tick that ended the previous track.
+    // The box is shown inside the tick that ended the previous track.
     const char* failures[] = {"open new type waveaudio alias capture", "set capture samplespersec",
                               "open cdaudio alias cd", "play cd"};
     for (const StopKind& kind : stopKinds()) {

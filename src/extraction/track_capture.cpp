@@ -43,7 +43,7 @@ void TrackCapture::cmdStart_Click() {
 TrackCapture::Queue TrackCapture::takeQueue() {
     const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
-        // The queue is not changed: the monitor continues with the lines after its current one.
+        // The queue is not changed: the monitor then continues with the line after its current one.
         trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
         form_.lstRecord.clear();
@@ -83,7 +83,7 @@ void TrackCapture::StartTrackRecording2(std::int32_t TrackNum) {
         form_.tmrRecord.setEnabled(false);
         return;
     }
-    // The timer is enabled before the devices are open.
+    // Deliberate: the timer is enabled before the devices are open.
     form_.tmrRecord.setEnabled(true);
     startDevices(captureFormat(process_.settings.audioFormat));
 }
@@ -105,7 +105,7 @@ void TrackCapture::nameFile(std::int32_t track) {
     platform_.random.reseedFromClock();
     const float fraction = platform_.random.fraction();
     const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
-    // Does not test whether the file exists; only the number makes names different.
+    // Deliberate: an existing file is not detected; only the random number distinguishes names.
     process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
                            std::to_string(track) + ".wav";
 }
@@ -140,7 +140,7 @@ void TrackCapture::startDevices(const CaptureFormat& format) {
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // Also after a disc failure: only a recorder failure leaves the commands enabled.
+    // Disabled after a disc failure, too: only a recorder failure leaves the commands enabled.
     if (recorderReady) {
         form_.Disablem();
     }
@@ -173,7 +173,7 @@ void TrackCapture::playAndRecord() {
     // Recording starts before playing, so each file begins with the short gap between the two.
     platform_.media.sendString("record capture overwrite");
     const std::int32_t start = capture_.trackStartMs;
-    // Without "to": the monitor ends the track.
+    // The command has no end position, because the monitor ends the track.
     const std::string play =
         start != 0 ? "play cd from " + std::to_string(start) : std::string("play cd");
     if (platform_.media.sendString(play) != mciSuccess) {

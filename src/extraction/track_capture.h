@@ -27,7 +27,7 @@ class TrackCapture {
     /// Captures the selected node of the tree: a track or one of the two groups of tracks. Yields,
     /// and returns when the whole queue has ended.
     void cmdStart_Click();
-    /// Whether a queue is being processed: the drive is opened again for each of its tracks.
+    /// Whether a queue is being processed. The drive is closed between two of its tracks.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts one track. On return its capture is running, or a failure has ended it and a message
@@ -61,8 +61,8 @@ class TrackCapture {
     int running_ = 0;
 };
 
-/// The number at the start of a capture's file name: the integer part of the disc's identity times
-/// `fraction` plus 1. 0 if the identity is not a number or the result does not fit 32 bits.
+/// The number at the start of a capture's file name: identity x `fraction` + 1, rounded down. 0 if
+/// the identity is not a number or the result does not fit 32 bits.
 [[nodiscard]] std::int32_t fileNumber(const std::string& identity, float fraction);
 
 } // namespace sonarith

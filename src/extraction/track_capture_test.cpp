@@ -65,7 +65,8 @@ std::vector<DeviceFailure> deviceFailures() {
          "Error setting capture recording paramaters",
          {openRecorder, setStereo, "close capture"},
          true},
-        // From here on the commands are disabled in spite of the failure, and stay disabled.
+        // The next two disable the commands in spite of the failure, and the commands stay
+        // disabled.
         {openDisc, "Error opening cd!", {openRecorder, setStereo, openDisc}, false},
         {"play cd from 60000",
          "Error playing cd!",
@@ -74,7 +75,7 @@ std::vector<DeviceFailure> deviceFailures() {
     };
 }
 
-TEST(StartTrackRecording, EndsTheQueueWithAMessageWhereADeviceFails) {
+TEST(StartTrackRecording, EndsTheQueueWithAMessageIfADeviceFails) {
     for (const DeviceFailure& failure : deviceFailures()) {
         SCOPED_TRACE(failure.message);
         ExtractionBench bench({60000, 30000, 1000});
@@ -108,7 +109,7 @@ TEST(StartTrackRecording, EndsAtTheSetCommandForAnInvalidFormat) {
                      endCommands(savedAs(1))));
 }
 
-TEST(StartTrackRecording, DoesNotNoticeARecorderThatDoesNotRecord) {
+TEST(StartTrackRecording, IgnoresFailuresOfTheTimeFormatAndRecordCommands) {
     ExtractionBench bench({1000, 60000});
     bench.insertDisc();
     bench.media.answer(setMilliseconds, {.status = 300});
@@ -119,7 +120,7 @@ TEST(StartTrackRecording, DoesNotNoticeARecorderThatDoesNotRecord) {
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 0}));
 }
 
-TEST(StartTrackRecording, TicksWhileAMessageIsOpen) {
+TEST(StartTrackRecording, LetsTheMonitorTickWhileAMessageIsOpen) {
     for (const DeviceFailure& failure : deviceFailures()) {
         SCOPED_TRACE(failure.message);
         ExtractionBench bench({60000, 30000});
@@ -144,7 +145,7 @@ struct NoTrack {
     std::string count;
 };
 
-TEST(StartTrackRecording, EndsSilentlyWithoutATrack) {
+TEST(StartTrackRecording, EndsSilentlyForATrackThatDoesNotExist) {
     for (const NoTrack& c : {NoTrack{0, "2"}, NoTrack{3, "2"}, NoTrack{-1, "2"}, NoTrack{5, ""}}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -186,7 +187,7 @@ TEST(StartTrackRecording, CalculatesThePositionsAfterItsYield) {
 }
 
 TEST(StartTrackRecording, StartsAtZeroWithLengthsButWithoutATrackCount) {
-    // As after a refresh without a device.
+    // This is the state after a refresh without a device.
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.lblNumTracks.setCaption("");
@@ -214,14 +215,14 @@ TEST(FileNumber, IsZeroForAnIdentityThatIsNoNumber) {
     }
 }
 
-TEST(FileNumber, IsZeroWhereTheResultDoesNotFitThirtyTwoBits) {
+TEST(FileNumber, IsZeroIfTheResultDoesNotFitThirtyTwoBits) {
     EXPECT_EQ(fileNumber("4294967294", 0.5F), 0);
     EXPECT_EQ(fileNumber("4294967292", 0.5F), 2147483647);
     EXPECT_EQ(fileNumber("-1e300", 0.5F), 0);
     EXPECT_EQ(fileNumber(std::string(63, '9'), 0.5F), 0);
 }
 
-TEST(FileName, HoldsDestinationNumberAndTrack) {
+TEST(FileName, ConsistsOfDestinationNumberAndTrack) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.settings.decodePath = "D:\\My Music";
@@ -256,9 +257,9 @@ void selectFormat(ExtractionBench& bench, const std::string& text) {
     formats.choose(formats.listCount() - 1);
 }
 
-// --- the sister ----------------------------------------------------------------------------
+// --- the variant that nothing calls --------------------------------------------------------
 
-TEST(StartTrackRecording1, UsesTheTrackOfTheCurrentLinesItemDataAndTheFormatOfTheList) {
+TEST(StartTrackRecording1, UsesTheCurrentLinesItemDataAndTheSelectedFormat) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.choose({1, 2});

@@ -14,9 +14,8 @@ namespace sonarith {
 /// `length` is the text from the device.
 [[nodiscard]] std::string trackLine(std::int32_t number, std::string_view length);
 
-/// The track number in a line: the three characters from position 6 (from 1), read leniently. 0 if
-/// there is no number, also for the empty text. Error: overflow, for a number with an exponent
-/// ("9e9").
+/// The track number in a line: the number that the characters 6 to 8 (counted from 1) begin with,
+/// or 0 if there is none. Error: overflow, for a number with an exponent ("9e9").
 [[nodiscard]] Result<std::int32_t> trackNumberIn(std::string_view line);
 
 } // namespace sonarith

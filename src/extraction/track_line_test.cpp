@@ -15,15 +15,15 @@ TEST(TrackLine, DropsTheCharactersThatDoNotFitTheField) {
     EXPECT_EQ(trackLine(123, "x"), "Track 12 - x");
 }
 
-TEST(TrackLine, KeepsTheDevicesTextAsItIs) {
+TEST(TrackLine, KeepsTheDevicesTextUnchanged) {
     EXPECT_EQ(trackLine(2, ""), "Track  2 - ");
     EXPECT_EQ(trackLine(2, "3m 5s"), "Track  2 - 3m 5s");
 }
 
-TEST(TrackLine, IsReadBackFromThreeCharactersAtPositionSix) {
+TEST(TrackLine, ReadsTheNumberFromThreeCharactersAtPositionSix) {
     EXPECT_EQ(trackNumberIn("Track  1 - 00:03:05").valueOr(-1), 1);
     EXPECT_EQ(trackNumberIn("Track 12 - 00:03:05").valueOr(-1), 12);
-    // The field is three characters wide when it is read.
+    // Three characters are read, although only two are written.
     EXPECT_EQ(trackNumberIn("Track123 - 00:03:05").valueOr(-1), 123);
     EXPECT_EQ(trackNumberIn("Track1234").valueOr(-1), 123);
 }

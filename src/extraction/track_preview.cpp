@@ -24,7 +24,7 @@ void TrackPreview::Command11_Click() {
         startOfTrackMs(capture_.trackLengthMs, process_.currentTrack, trackCount);
     platform_.media.sendString("open cdaudio alias cd");
     platform_.media.sendString("set cd time format milliseconds");
-    // 0 is also sent as a number, unlike in a capture.
+    // Position 0 is sent, too; a capture omits it.
     platform_.media.sendString("play cd from " + std::to_string(start));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two buttons of the CD bar: plays the current track, and stops it. Captures nothing.
+// The two buttons of the CD bar, which play and stop the current track. Captures nothing.
 #pragma once
 
 #include "extraction/capture_state.h"

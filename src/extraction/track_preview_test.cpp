@@ -23,7 +23,7 @@ TEST(TrackPreview, PlaysFromTheStartOfTheCurrentTrack) {
     EXPECT_TRUE(bench.disc.playing());
 }
 
-TEST(TrackPreview, SendsZeroAsANumberToo) {
+TEST(TrackPreview, SendsThePositionEvenIfItIsZero) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.state.currentTrack = 1;
