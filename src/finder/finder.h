@@ -12,7 +12,7 @@
 namespace sonarith {
 
 struct Finder {
-    /// All must outlive this.
+    /// All parameters must outlive this object.
     Finder(const Platform& platform, Windows& windows, FileAdder& adder, WorkTree& tree)
         : engine(windows.frmsearch, platform.directories, platform.loop),
           window(platform, windows.frmsearch, engine, adder, tree) {}

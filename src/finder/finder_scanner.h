@@ -12,11 +12,11 @@ namespace sonarith {
 
 class FinderScanner final : public FolderScanner {
   public:
-    /// `finder` must outlive this.
+    /// `finder` must outlive this object.
     explicit FinderScanner(FrmSearch& finder) : finder_(finder) {}
 
     Status setFolder(const std::string& path) override;
-    /// Clicks Command1, which stops a running search.
+    /// Clicks Command1. If a search is running, the click stops it and starts no other.
     void search(const std::string& extension) override;
     [[nodiscard]] const ListBox& lstfiles() const override;
 

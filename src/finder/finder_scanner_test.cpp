@@ -46,7 +46,7 @@ TEST_F(FinderScannerTest, AMissingFolderFailsAndThePreviousOneIsSearched) {
     EXPECT_THAT(lines(scanner.lstfiles()), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(FinderScannerTest, AtFirstTheProgramsFolderIsSearched) {
+TEST_F(FinderScannerTest, SearchesTheProgramsFolderIfNoFolderWasSet) {
     disk.addFile("c:\\sonarith\\own.wav");
     EXPECT_FALSE(scanner.setFolder("c:\\none").ok());
     scanner.search("wav");
@@ -64,8 +64,8 @@ TEST_F(FinderScannerTest, AScanStopsARunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");
-    // After the stop the current folder is scanned to its end, with the type that is now in the
-    // box.
+    // After the stop the current folder is scanned to its end, for the type that the box now
+    // contains.
     EXPECT_EQ(finder.Command1.caption(), "Search !");
     EXPECT_THAT(lines(scanner.lstfiles()), IsEmpty());
     EXPECT_THAT(disk.listed, ElementsAre("c:\\Music\\*.*"));
@@ -79,7 +79,7 @@ TEST_F(FinderScannerTest, TheTreeIsBuiltFromTheFoundFiles) {
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(FinderScannerTest, ARefreshInsideARefreshFinishesAtEveryYield) {
+TEST_F(FinderScannerTest, ARefreshAtAnyYieldOfARefreshFinishes) {
     process.settings.decodePath = "c:\\Music";
     tree.showfiles();
     const int yields = loop.yieldCount();

@@ -55,7 +55,7 @@ void FinderWindow::wireEvents() {
 }
 
 void FinderWindow::Form_Load() {
-    // Resets the window: a search that was ended by the last close has not done so.
+    // Resets the counters: a search that the last close ended has not reset them.
     finder_.DirCount = 0;
     finder_.FileCount = 0;
     centreOnScreen(finder_, platform_.shell);
@@ -122,7 +122,7 @@ void FinderWindow::Dir1_Change() {
 void FinderWindow::Drive1_Change() {
     const std::string drive = finder_.Drive1.drive();
     if (lowerCase(finder_.Dir1.path()).starts_with(drive)) {
-        return; // Drive1 has followed Dir1
+        return; // Dir1 is already on this drive
     }
     if (!finder_.Dir1.setPath(drive).ok()) {
         Dir1_Change();
@@ -153,10 +153,10 @@ void FinderWindow::mnuDelete_Click() {
     if (answer != BoxAnswer::yes) {
         return;
     }
-    // The window may have been closed during the question: then no file is selected.
+    // If the window was closed while the box was open, no file is selected now.
     p_DestroyFile(touched(finder_).lstfiles.text(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Even if the file was not deleted.
+    // Deliberate: the line is removed even if the file was not deleted.
     mnuRemoveFile_Click();
     tree_.showfiles3();
 }

@@ -13,7 +13,7 @@ namespace sonarith {
 
 class FinderWindow {
   public:
-    /// Sets the handlers of the form's events. All must outlive this.
+    /// Sets the handlers of the form's events. All parameters must outlive this object.
     FinderWindow(const Platform& platform, FrmSearch& finder, SearchEngine& engine,
                  FileAdder& adder, WorkTree& tree);
     FinderWindow(const FinderWindow&) = delete;
@@ -21,8 +21,8 @@ class FinderWindow {
 
     void Form_Load();
 
-    /// Starts a search or stops the running one, depending on its caption. Returns at the end of
-    /// the search.
+    /// Starts a search or stops the running one, depending on the button's caption. A start returns
+    /// at the end of the search.
     void Command1_Click();
     /// Closes the window. A running search ends at its next step.
     void cmdend_Click();
@@ -30,13 +30,13 @@ class FinderWindow {
     void zFileExt_Change();
     void lbltime_Change();
     void Dir1_Change();
-    /// A drive that cannot be entered changes neither list.
+    /// If the drive cannot be entered, neither the drive nor the folder changes.
     void Drive1_Change();
 
     void lstfiles_MouseDown(MouseButtons buttons);
     void mnuSeelectfile_Click();
     void mnuRemoveFile_Click();
-    /// Asks for confirmation, then deletes.
+    /// Asks for confirmation, then deletes the selected file.
     void mnuDelete_Click();
     void mnuClose_Click();
 

@@ -59,7 +59,7 @@ TEST_F(FinderWindowTest, AClickStartsASearchAndClearsThePreviousResult) {
     EXPECT_TRUE(seen);
 }
 
-TEST_F(FinderWindowTest, TheButtonChangesItsCaptionAndIsDisabledInBetween) {
+TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
     disk.addFolder("c:\\m");
     std::vector<std::string> states;
     const Connection watch = finder.Command1.changed.connect([&](Property) {
@@ -70,7 +70,7 @@ TEST_F(FinderWindowTest, TheButtonChangesItsCaptionAndIsDisabledInBetween) {
                 ElementsAre("Continue", "Continue closed", "Stop! closed", "Stop!", "Search !"));
 }
 
-TEST_F(FinderWindowTest, ATickHidesTheListsUntilTheEnd) {
+TEST_F(FinderWindowTest, TheTickedBoxHidesTheListsUntilTheEnd) {
     disk.addFolder("c:\\m");
     finder.chkhidelist.setValue(1).passOver();
     bool seen = false;
@@ -104,7 +104,7 @@ TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
     EXPECT_THAT(lines(finder.List1), ElementsAre("kept", "c:\\m\\"));
 }
 
-TEST_F(FinderWindowTest, AStopWithMoreFilesThanTheCounterHoldsLeavesItAsItWas) {
+TEST_F(FinderWindowTest, AStopWithTooManyFilesDoesNotChangeTheCounter) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         finder.lstfiles.addItem("c:\\" + std::to_string(i) + ".wav");
@@ -136,7 +136,7 @@ TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutItsPrefix) {
 
 TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     const std::string prefix = "Searching . . . ";
-    // Characters, not bytes.
+    // The limit counts characters, not bytes.
     std::string name;
     for (std::size_t i = 0; i < 200 - prefix.size() - 4; ++i) {
         name += "\xc3\xa4";
@@ -148,13 +148,13 @@ TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     EXPECT_EQ(caption, prefix + "c:\\" + name + "\\");
 }
 
-TEST_F(FinderWindowTest, APathThatIsItselfTooLongIsShownAnyway) {
+TEST_F(FinderWindowTest, APathThatIsTooLongWithoutThePrefixIsStillShown) {
     finder.lstdirs.addItem(std::string(300, 'x'));
     finder.lbltime.setCaption(std::string(400, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
 }
 
-TEST_F(FinderWindowTest, ALongCaptionWithoutAFolderToScanIsDroppedAsAWhole) {
+TEST_F(FinderWindowTest, ALongCaptionWithoutAFolderToScanBecomesAnEllipsis) {
     finder.lbltime.setCaption(std::string(201, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), "...");
 }
@@ -172,7 +172,7 @@ TEST_F(FinderWindowTest, DriveAndFolderFollowEachOther) {
     EXPECT_EQ(finder.Dir1.path(), "c:\\music");
 }
 
-TEST_F(FinderWindowTest, EachFollowsTheOtherOnlyOnce) {
+TEST_F(FinderWindowTest, DriveAndFolderUpdateEachOtherOnlyOnce) {
     disk.addFolder("d:\\albums");
     std::vector<std::string> moves;
     const Connection drives =
@@ -192,7 +192,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
-    // Even if the previous folder cannot be entered again, either.
+    // This is so even if the previous folder cannot be entered again.
     disk.removeFolder("c:\\music");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Drive1.drive(), "c:");
@@ -200,7 +200,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(FinderWindowTest, WithoutAnyDriveNeitherDriveNorFolderChanges) {
+TEST_F(FinderWindowTest, IfNoDriveCanBeEnteredTheFolderDoesNotChange) {
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
@@ -315,11 +315,12 @@ TEST_F(FinderWindowTest, ADeletionThatFailsStillRemovesTheLine) {
     fillResults({"c:\\a.wav"});
     select(0);
     boxes.answers = {BoxAnswer::yes};
-    // The yield is before the removal of the line; the deletion itself fails before its wait.
+    // The first yield is after the failed deletion, which does not wait, and before the
+    // removal of the line.
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // The main window searches the entry that is current now, which takes as long as an addition.
+    // showfiles3() passes the entry's number to Cmaddfile2(), where its only effect is the wait.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* allEntries = "*.*";
 
-/// The attributes of the entries that findfilesdir() lists in addition to plain files: 54.
+/// findfilesdir() lists plain files and entries with these attributes (their sum is 54).
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
@@ -55,7 +55,7 @@ void SearchEngine::SearchFiles() {
     const std::string startFolder = start.ends_with('\\') ? start : start + "\\";
     finder_.lstdirs.addItem(startFolder);
     finder_.List1.addItem(startFolder);
-    // So a typed "*.*" becomes ".*.*", which matches no file.
+    // A typed "*.*" therefore becomes ".*.*", which matches no file.
     if (!finder_.zFileExt.text().starts_with('.')) {
         finder_.zFileExt.setText("." + finder_.zFileExt.text());
     }
@@ -85,7 +85,7 @@ void SearchEngine::finish(double startSeconds) {
     finder_.lstdirs.setVisible(true);
     finder_.lstfiles.setVisible(true);
     countFiles(finder_);
-    // Negative if midnight has passed.
+    // Negative if the search ran past midnight.
     const auto elapsed = static_cast<float>(loop_.secondsSinceMidnight() - startSeconds);
     finder_.lbltime.setCaption("Time taken: " + secondsText(elapsed) + " second(s)");
     finder_.Command1.setCaption(searchCaption);
@@ -101,7 +101,7 @@ void SearchEngine::findfilesapi(DirectoryWalk& walk, std::string& path,
     path = folderPath(path);
     FindRecord entry;
     const FindHandle handle = walk.FindFirst(path + pattern, entry);
-    // For an unreadable folder the handle has another value, and the first FindNext ends the loop.
+    // The handle of an unreadable folder is not 0; the first FindNext() ends the loop.
     if (handle != 0) {
         takeFirstEntry(path, entry);
         std::string ext;
@@ -125,8 +125,8 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
     if (name.starts_with('.')) {
         return;
     }
-    // Inserted at the front: the folder found last is scanned next. After a stop the list is empty,
-    // and the insertion fails.
+    // Inserted after the current folder, so the folder that was found last is scanned next. After a
+    // stop the list is empty, and the insertion fails.
     const std::string folder = lowerCase(path + name + "\\");
     finder_.lstdirs.addItem(folder, 1).passOver();
     finder_.List1.addItem(folder, 1).passOver();
@@ -135,15 +135,15 @@ void SearchEngine::queueFolder(const std::string& path, const std::string& name,
     }
 }
 
-/// The first entry of a folder is handled differently, as designed: a folder is not counted, and a
-/// name is not compared.
+/// Deliberate: the first entry of a folder is handled differently. If it is a folder, it is not
+/// counted; if it is a file, its name is not compared.
 void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& entry) {
     if ((entry.attributes & file_attribute::directory) != 0) {
         queueFolder(path, entry.name, Counting::no);
         return;
     }
     if (entry.name.empty()) {
-        return; // of a folder that cannot be read
+        return; // the folder cannot be read
     }
     const std::string full = path + entry.name;
     if (const auto dot = full.find('.'); dot != std::string::npos) {
@@ -156,9 +156,9 @@ void SearchEngine::takeFirstEntry(const std::string& path, const FindRecord& ent
 
 void SearchEngine::takeFile(const std::string& path, const std::string& name, std::string& ext) {
     const std::string full = path + name;
-    // Deliberate: from the first dot of the whole path, not of the name. With a dot in a folder's
-    // name, or a second one in the file's, the extension matches no search. Without any dot the
-    // step fails, and the text of the previous entry remains.
+    // Deliberate: the extension starts at the first dot of the whole path, not of the name. If a
+    // folder's name has a dot, or the file's name has two, the extension matches no search. If
+    // there is no dot, the extension of the previous entry is kept.
     if (const auto dot = full.find('.'); dot != std::string::npos) {
         ext = full.substr(dot);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists the files of a type in the folders below a chosen one. The walk is not recursive: a list
-// box holds the folders still to scan, and a loop takes them one at a time. It shows no message;
-// failed steps are ignored.
+// Lists the files of a type in a chosen folder and the folders below it. The walk is not recursive:
+// a list box contains the folders still to scan, and a loop scans them one at a time. It shows no
+// message; failed steps are ignored.
 #pragma once
 
 #include <string>
@@ -14,14 +14,14 @@ namespace sonarith {
 
 class SearchEngine {
   public:
-    /// All must outlive this.
+    /// All parameters must outlive this object.
     SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
-    /// A complete search from Dir1's folder on; yields before each directory entry. Clearing
-    /// lstdirs stops it: the current folder is scanned to its end, and no other. Unloading the
-    /// window during a yield ends the search there; it changes nothing in a window that is loaded
-    /// later.
+    /// A complete search of Dir1's folder and the folders below it; yields before each directory
+    /// entry except a folder's first. Clearing lstdirs stops it: the current folder is scanned to
+    /// its end, but no other. If the window is unloaded during a yield, the search ends there and
+    /// does not change a window that is loaded later.
     void SearchFiles();
 
     /// Scans one folder; ends early if its window is unloaded. Removes surrounding blanks from
@@ -37,7 +37,7 @@ class SearchEngine {
     using WindowLoad = int;
 
     [[nodiscard]] WindowLoad presentLoad();
-    /// Whether the window has not been unloaded since that load.
+    /// Whether the window has not been unloaded since the load `load`.
     [[nodiscard]] bool isOpen(WindowLoad load) const;
     void begin();
     void finish(double startSeconds);

@@ -94,7 +94,8 @@ TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndEndsAtItsFirstYield) {
     disk.makeUnreadable("c:\\m\\locked");
     search("c:\\m", ".wav");
     EXPECT_THAT(found(), ElementsAre("c:\\m\\last.wav"));
-    // "..", the file, the folder and the end of c:\m; the end of the locked one.
+    // Four yields in c:\m ("..", the file, the folder, the end), one at the end of the locked
+    // folder.
     EXPECT_EQ(loop.yieldCount(), 4 + 1);
     EXPECT_THAT(disk.closed, ElementsAre(1, invalidFindHandle));
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  1");
@@ -108,7 +109,7 @@ TEST_F(SearchEngineTest, AHandleOfZeroEndsAFolderAtOnce) {
     EXPECT_THAT(disk.closed, ElementsAre(0));
 }
 
-TEST_F(SearchEngineTest, AFolderThatVanishesBeforeItsTurnAddsNothing) {
+TEST_F(SearchEngineTest, AFolderThatIsDeletedBeforeItsScanAddsNothing) {
     disk.addFile("c:\\m\\gone\\a.wav");
     disk.addFile("c:\\m\\b.wav");
     loop.atYield(3, [this] { disk.removeFolder("c:\\m\\gone"); });
@@ -117,7 +118,7 @@ TEST_F(SearchEngineTest, AFolderThatVanishesBeforeItsTurnAddsNothing) {
     EXPECT_THAT(disk.listed, ElementsAre("c:\\m\\*.*", "c:\\m\\gone\\*.*"));
 }
 
-TEST_F(SearchEngineTest, YieldsOnceBeforeEachFurtherEntryAndTheEnd) {
+TEST_F(SearchEngineTest, YieldsBeforeEachEntryButTheFirstAndBeforeTheEnd) {
     for (int i = 0; i < 10; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");
     }
@@ -146,7 +147,7 @@ TEST_F(SearchEngineTest, EverySearchReplacesThePreviousResult) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, TheBoxesAreReadAgainForEveryEntry) {
+TEST_F(SearchEngineTest, ReadsTheBoxesAgainForEveryEntry) {
     disk.addFile("c:\\m\\a.wav");
     disk.addFile("c:\\m\\b.mp3");
     loop.atYield(3, [this] { finder.zFileExt.setText(".mp3"); });
@@ -284,7 +285,7 @@ INSTANTIATE_TEST_SUITE_P(Times, SearchTimeTest,
                                          Times{43200.1, 43200.123, "0.023"},
                                          Times{100, 112.5, "12.5"}, Times{0, 3600, "3600"},
                                          Times{1, 40001.0625, "40000.06"}, Times{0, 0.001, "0.001"},
-                                         // Past midnight.
+                                         // The search ran past midnight.
                                          Times{86399.5, 2.25, "-86397.25"}));
 
 } // namespace

@@ -85,8 +85,8 @@ TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) 
     EXPECT_THAT(found(), ElementsAre("c:\\music\\b."));
 }
 
-TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheBoxIsStarDotStar) {
-    // Only possible if code sets the box during a search.
+TEST_F(SearchMatchingTest, AcceptsEveryFileWhileTheTypeIsStarDotStar) {
+    // The type can be "*.*" only if code sets the box during a search.
     disk.addFile("c:\\music\\a.txt");
     disk.addFile("c:\\music\\b.c.d");
     loop.atYield(1, [this] { finder.zFileExt.setText("*.*"); });

@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::SizeIs;
 
-/// What follows a yield: the next entry of a folder, or its end.
+/// The step after a yield: the next entry of a folder, or the folder's end.
 struct Step {
     int folder; ///< the number of the folder in the walk
     std::string file = {};
@@ -110,7 +110,7 @@ TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchInTheCurrentFolder) {
             const std::string folders = std::to_string(finder.DirCount);
             finder.lstdirs.setVisible(false);
             finder.Command1.click();
-            // At once.
+            // The click resets the window at once.
             EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
             EXPECT_EQ(finder.Label1.caption(), "Directories: " + folders + "   Files:  " + files);
             expectIdle(*world);
@@ -151,13 +151,13 @@ TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
         std::vector<std::string> inner;
         world->loop.atYield(n, [&] {
             finder.Command1.click(); // stop
-            finder.Command1.click(); // and again
+            finder.Command1.click(); // start the inner search
             inner = world->lines(finder.lstfiles);
             EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
         });
         world->search("c:\\m", ".wav");
         EXPECT_THAT(inner, ElementsAreArray(filesUpToFolder(4)));
-        // Only the remaining files of the outer search's folder follow.
+        // After it, only the remaining files of the outer search's current folder are added.
         EXPECT_THAT(world->lines(finder.lstfiles), IsSupersetOf(inner));
         int rest = 0;
         const int folder = steps[static_cast<std::size_t>(n - 1)].folder;
@@ -194,7 +194,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         world->search("c:\\m", ".wav");
         EXPECT_FALSE(finder.loaded());
         EXPECT_EQ(world->loop.yieldCount(), n);
-        // The search has ended completely.
+        // Nothing of the search still runs.
         EXPECT_EQ(world->disk.closed.size(), world->disk.listed.size());
         finder.show();
         expectIdle(*world);
@@ -203,7 +203,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         EXPECT_EQ(finder.zFileExt.text(), ".wav");
         EXPECT_EQ(finder.lbltime.caption(), "Time taken: 0 second(s)");
         EXPECT_EQ(finder.Label1.caption(), "");
-        // Its counters start at 0, too.
+        // The counters of the new window start at 0, too.
         world->search("c:\\m", ".wav");
         EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  5");
     }
@@ -263,7 +263,7 @@ TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     world->loop.atYield(4, [&] {
         EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
         finder.mnuDelete.click();
-        // The wait of a deletion, during the scan.
+        // The deletion has waited, during the scan.
         EXPECT_THAT(world->loop.yieldCount(), Gt(5));
     });
     world->search("c:\\m", ".wav");
@@ -273,8 +273,8 @@ TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     expectIdle(*world);
 }
 
-TEST_F(SearchStopsTest, SelectingAFileForConversionAtAnyYieldLeavesTheSearchAlone) {
-    for (int n = 3; n <= stepCount; ++n) { // a.wav has been found
+TEST_F(SearchStopsTest, SelectingAFileForConversionAtAnyYieldDoesNotAffectTheSearch) {
+    for (int n = 3; n <= stepCount; ++n) { // from the third yield on, a.wav is listed
         SCOPED_TRACE(n);
         const auto world = makeWorld();
         FrmSearch& finder = world->finder;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The user's searches and the work tree's scan share the finder's boxes and lists: these hold the
-// result of the last search. Tests both orders, and each one during the other.
+// The user's searches and the work tree's scan share the finder's boxes and lists, which contain
+// the result of the last search. Tests both orders, a scan during a search, and a search during a
+// scan.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -105,8 +106,8 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldEndsOnlyTheScan) {
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // The second search begins in the folder of a new window, unless it is the one that was
-        // closed.
+        // Empty in both cases: the close ended the second search, or it searched the folder of a
+        // new window.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }
@@ -122,23 +123,23 @@ TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     expectIdle();
 }
 
-/// The scan clicks the button, which stops the running search. So its first result is that of the
-/// stopped search; its second one is its own.
+/// The scan for WAV files clicks the button, which only stops the running search, so its result is
+/// that of the stopped search. The scan for MP3 files then starts a search of its own.
 TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
     windows.frmsearch.show();
-    // After o.wav, before p.mp3.
+    // At this yield o.wav has been found, and p.mp3 is next.
     loop.atYield(3, [this] {
         tree.showfiles();
         EXPECT_THAT(lines(form.List1), ElementsAre("c:\\other\\o.wav"));
         EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
     });
     search("c:\\Other", ".wav");
-    // The type box now has the scan's type: p.mp3 is found, and sub is not scanned.
+    // The type box now contains the scan's type, so p.mp3 is found. The folder sub is not scanned.
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3", "c:\\other\\p.mp3"));
     expectIdle();
 }
 
-TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchFinishesAndSoDoesTheSearch) {
+TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchFinishesLikeTheSearch) {
     windows.frmsearch.show();
     search("c:\\Other", ".wav");
     const int yields = loop.yieldCount();

@@ -19,7 +19,7 @@ constexpr Field artistField{33, 30};
 constexpr Field albumField{63, 30};
 constexpr Field yearField{93, 4};
 constexpr Field commentField{97, 30};
-/// The bytes of the comment that are read: its last byte may be a track number.
+/// The bytes of the comment that are read; the comment's last byte may be a track number.
 constexpr Field shortCommentField{97, 29};
 constexpr Field trackField{126, 1};
 constexpr Field genreField{127, 1};
@@ -30,7 +30,7 @@ constexpr char caseDistance = 'a' - 'A';
 
 constexpr std::int16_t noGenre = 255;
 
-/// Without trailing blanks; shorter or empty if `tag` ends earlier.
+/// The field without trailing blanks; shorter or empty if `tag` ends earlier.
 std::string bytesOf(const Field& field, std::string_view tag) {
     return field.offset > tag.size() ? std::string()
                                      : withoutBlanksBehind(tag.substr(field.offset, field.length));
@@ -47,7 +47,7 @@ void put(const std::string& bytes, const Field& field, std::array<std::byte, tag
                    [](char c) { return static_cast<std::byte>(c); });
 }
 
-/// Compared as bytes: as UTF-8 they would be other characters with other lengths.
+/// Compares bytes: decoded as UTF-8 they would be other characters with other lengths.
 std::string_view::const_iterator findMark(std::string_view bytes) {
     return std::search(
         bytes.begin(), bytes.end(), searchedMark.begin(), searchedMark.end(),

@@ -14,7 +14,7 @@ using namespace std::string_literals;
 using test::padded;
 using test::tagOf;
 
-/// The last 256 bytes of a file whose tag begins at a position that counts from 1.
+/// The last 256 bytes of a file whose tag begins at `place`, counted from 1.
 std::string withTagAt(std::size_t place, const std::string& tag) {
     std::string bytes(256, '.');
     bytes.replace(place - 1, tag.size(), tag);
@@ -75,7 +75,7 @@ TEST(ReadId3v1Tag, WithoutAMarkAllFieldsAreEmptyAndTheGenreIs255) {
 }
 
 TEST(ReadId3v1Tag, UsesTheFirstMarkWhereverItIs) {
-    // Positions from 1 to 256; after 254 the mark is incomplete.
+    // `place` counts from 1; beyond 254 the mark is incomplete.
     std::string pattern;
     for (int i = 0; i < 256; ++i) {
         pattern += static_cast<char>('!' + i % 90);
@@ -136,7 +136,7 @@ TEST(ReadId3v1Tag, TheThirtiethByteOfTheCommentIsTheTrack) {
     EXPECT_EQ(info.Track, "0");
 }
 
-TEST(ReadId3v1Tag, EveryGenreButABlankIsItsByteValue) {
+TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessThatIsABlank) {
     for (int code = 0; code < 256; ++code) {
         Mp3Info before;
         before.Genre = 99;
@@ -147,7 +147,7 @@ TEST(ReadId3v1Tag, EveryGenreButABlankIsItsByteValue) {
 }
 
 TEST(ReadId3v1Tag, ReadsBytesNotCharacters) {
-    // Bytes before the tag that would be characters of another length in lower case.
+    // The bytes before the tag would, as characters, change their length in lower case.
     std::string bytes = withTagAt(129, tagOf("Title", "A"));
     for (std::size_t i = 0; i + 3 < 120; i += 3) {
         bytes.replace(i, 3, "\xe2\x84\xaa");

@@ -16,13 +16,13 @@ namespace sonarith {
 
 namespace {
 
-/// Shorter files are refused: the part that is read from the end needs as many bytes.
+/// Shorter files are refused: the tag is searched in that many bytes at the end.
 constexpr std::int64_t leastLength = 256;
 
 // Positions in the file count from 1; 0 means "no frame".
 constexpr std::size_t lastFramePosition = 5000;
-/// Relative to the frame: the position of the mark after a stereo header of MPEG 1, and after no
-/// other.
+/// Distance from a frame to the mark of a variable bit rate if the frame is stereo and MPEG 1.
+/// Deliberate: the mark of other frames is not found.
 constexpr std::size_t markDistance = 36;
 constexpr std::size_t frameCountDistance = 44;
 constexpr std::size_t headLength = lastFramePosition + frameCountDistance + 3;
@@ -42,7 +42,7 @@ class Head {
         return head;
     }
 
-    /// 0 before the start and after the end of the file.
+    /// The byte at `position`; 0 before the start and after the end of the file.
     [[nodiscard]] std::uint8_t at(std::size_t position) const {
         return position >= 1 && position <= bytes_.size()
                    ? std::to_integer<std::uint8_t>(bytes_[position - 1])
@@ -64,7 +64,8 @@ class Head {
     std::vector<std::byte> bytes_;
 };
 
-/// Only frames of MPEG 1 Layer III, with and without a CRC; 0 if none begins early enough.
+/// The position of the first frame of MPEG 1 Layer III, with or without a CRC; 0 if none begins by
+/// lastFramePosition.
 std::size_t framePositionIn(const Head& head) {
     for (std::size_t i = 1; i <= lastFramePosition; ++i) {
         if (head.at(i) == 0xFF && (head.at(i + 1) == 0xFA || head.at(i + 1) == 0xFB)) {
@@ -92,7 +93,7 @@ Status readFrameCount(const Head& head, std::size_t frame, Mp3Info& info) {
     return {};
 }
 
-/// A tail that cannot be read has no tag.
+/// The bytes that are searched for a tag; empty if they cannot be read.
 std::string tailOf(BinaryFile& file, std::int64_t length) {
     std::array<std::byte, tagSearchLength> bytes{};
     const auto count = file.read(length - static_cast<std::int64_t>(bytes.size()), bytes);

@@ -15,18 +15,18 @@ namespace sonarith {
 enum class TagReading { no, yes };
 enum class HeaderReading { no, yes };
 
-/// Analyses the file and stores the results in `info`; deliberately, the returned record is empty.
-/// Without HeaderReading::yes no field of the header changes. On a failure IsVbr, Frames and the
-/// tag may already have been stored. Does not yield. Errors: those of ReadMp3Bits(), of
+/// Analyses the file and stores the results in `info`. Deliberate: the returned record is empty.
+/// Fields of the header change only with HeaderReading::yes. On a failure IsVbr, Frames and the tag
+/// may already have been stored. Does not yield. Errors: those of ReadMp3Bits(), of
 /// FileSystem::fileLength() and of decodeMp3Header().
 Result<Mp3Info> GetMp3Info(FileSystem& files, const std::string& path, TagReading readTag,
                            HeaderReading readHeader, Mp3Info& info);
 
 /// Finds the first frame, and stores IsVbr, Frames and the tag's fields. Returns the digits of the
-/// four header bytes by BytesToBits(); for a file without a frame, those of a zero byte and the
-/// file's first three bytes. Errors: those of FileSystem::openBinary() and of reading the file's
-/// head; invalidProcedureCall for a file below 256 bytes (nothing is stored); overflow for a frame
-/// count above 32767 (IsVbr is stored).
+/// four header bytes as converted by BytesToBits(); for a file without a frame, the digits of a
+/// zero byte and the file's first three bytes. Errors: those of FileSystem::openBinary() and of
+/// reading the file's head; invalidProcedureCall for a file below 256 bytes (nothing is stored);
+/// overflow for a frame count above 32767 (IsVbr is stored).
 Result<std::string> ReadMp3Bits(FileSystem& files, const std::string& path, TagReading readTag,
                                 HeaderReading readHeader, Mp3Info& info);
 

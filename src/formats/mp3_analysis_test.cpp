@@ -36,7 +36,7 @@ class Mp3AnalysisTest : public testing::Test {
         disk.addFile(path, content);
         return ReadMp3Bits(disk, path, TagReading::yes, HeaderReading::yes, info).valueOr("failed");
     }
-    /// As after the analysis of another file.
+    /// Fills `info` by the analysis of another file.
     void fillRecord() {
         ASSERT_TRUE(analyse(Mp3Bytes(4'000'000)
                                 .header(1, 0xFFFAB3C9)
@@ -69,7 +69,7 @@ TEST_F(Mp3AnalysisTest, UsesTheFirstOfSeveralFrames) {
     EXPECT_EQ(info.Bitrate, 128);
 }
 
-TEST_F(Mp3AnalysisTest, SkipsEverySecondByteExceptTwo) {
+TEST_F(Mp3AnalysisTest, AcceptsOnlyTwoValuesOfTheSecondSyncByte) {
     for (std::uint32_t second = 0; second < 256; ++second) {
         const std::string digits =
             digitsOf(Mp3Bytes(600).header(300, 0xFF000000U + second * 0x10000U + 0x9000U).content);
@@ -96,15 +96,15 @@ TEST_F(Mp3AnalysisTest, MistakesARandomPairInALeadingTagForAFrame) {
 }
 
 TEST_F(Mp3AnalysisTest, SearchesPastTheEndOfAShortFile) {
-    // FF as the last byte has no second one.
+    // If FF is the file's last byte, it is not followed by a second sync byte.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
-    // A sync as the last two has no further bytes: they count as zeros.
+    // If the two sync bytes are the file's last, the missing header bytes count as zeros.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(299, "\xff\xfb").content),
               "11111111111110110000000000000000");
 }
 
 TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
-    // A test of decodeMp3Header() compares all 65536 values of both with a table.
+    // mp3_header_test.cpp compares the fields of all values of these bytes with a table.
     const auto expectDigits = [&](std::uint32_t header) {
         std::string expected;
         for (int bit = 31; bit >= 0; --bit) {
@@ -165,7 +165,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnlyOffset) {
     EXPECT_EQ(info.Duration, 156);
 }
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAfterTheLastPositionOfAFrame) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameAtTheLastPosition) {
     EXPECT_TRUE(analyse(Mp3Bytes(5047).header(5000, commonHeader).variableRate(5000, 0x1234)).ok());
     EXPECT_EQ(info.Frames, 0x1234);
 }
@@ -186,7 +186,7 @@ TEST_F(Mp3AnalysisTest, AcceptsTheMarkInOneSpellingAtOneOffset) {
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // A mono frame has it 15 bytes earlier, and counts as one of constant rate.
+    // In a mono frame the mark is 15 bytes earlier: the file counts as one of constant rate.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());

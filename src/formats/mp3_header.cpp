@@ -29,17 +29,17 @@ struct SamplingRates {
     std::int16_t version;
     std::array<std::int32_t, 3> ratesHz;
 };
-/// Deliberate: no version has the number 27, so that only version 1 has rates.
+/// Deliberate: no version has the number 27, so only version 1 has rates.
 constexpr std::array<SamplingRates, 2> samplingRates = {{
     {1, {44100, 48000, 32000}},
     {27, {22050, 24000, 16000}},
 }};
 
 struct BitRates {
-    int key; ///< version and layer, written side by side
+    int key; ///< the digits of version and layer, one after the other
     std::array<int, 15> kilobits;
 };
-/// Deliberate: no version and layer result in 255.
+/// Deliberate: no version and layer have the key 255.
 constexpr std::array<BitRates, 4> bitRates = {{
     {11, {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448}},
     {12, {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384}},
@@ -47,8 +47,8 @@ constexpr std::array<BitRates, 4> bitRates = {{
     {255, {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256}},
 }};
 
-/// A frame of layer n has coefficient x bit rate / sampling rate bytes; the reserved layer has
-/// none.
+/// Indexed by the layer: a frame has coefficient x bit rate / sampling rate bytes. 0 for the
+/// reserved layer.
 constexpr std::array<int, 4> coefficients = {0, 12, 144, 144};
 
 Error outOfRange() {

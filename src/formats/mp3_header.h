@@ -10,12 +10,14 @@
 
 namespace sonarith {
 
-/// Stores the header's fields in `info`, all or none. `digits` are those of the four header bytes
-/// by BytesToBits(): if there are fewer than 32, the fields are read at wrong positions, and
-/// missing digits count as 0. `fileLength` is the length of the whole file in bytes, including
-/// tags; bit rates and durations are computed from it, and from IsVbr and Frames of `info`.
+/// Stores the header's fields in `info`, all or none. `digits` is the result of BytesToBits() for
+/// the four header bytes. If there are fewer than 32 digits, the fields are read at wrong
+/// positions, and missing digits count as 0. `fileLength` is the length of the whole file in bytes,
+/// including tags; bit rates and durations are computed from it, and from IsVbr and Frames of
+/// `info`.
 ///
-/// MPEG 2, 2.5 and reserved versions, and a reserved layer of a constant bit rate, end it silently.
+/// For MPEG 2, 2.5 and reserved versions, and for the reserved layer with a constant bit rate, it
+/// stores nothing and reports no error.
 /// Errors: subscriptOutOfRange (a reserved sampling rate or bit rate), divisionByZero (a bit rate
 /// of 0, no frames, the reserved layer of a variable bit rate), overflow (a file of 256 MiB or
 /// more, an average above 32767 kbit/s).

@@ -103,7 +103,7 @@ TEST(Mp3Header, ReadsEachFlagFromItsOwnBit) {
 
 // --- every header that the search finds ------------------------------------------------------
 
-// From the standard, in another form than in the program.
+// The tables of the standard, in another form than in the program.
 constexpr int standardKilobits[16] = {-1,  32,  40,  48,  56,  64,  80,  96,
                                       112, 128, 160, 192, 224, 256, 320, -1};
 constexpr int standardHertz[4] = {44100, 48000, 32000, -1};
@@ -144,7 +144,8 @@ TEST(Mp3Header, DecodesAll131072HeadersOfMpeg1Layer3) {
             ASSERT_EQ(info.MpegLayer, 3);
         }
     }
-    // 14 bit rates, 3 sampling rates, and 12 further bits with the protection's.
+    // 14 bit rates, 3 sampling rates, and the 11 other bits: 2 in the third byte, 8 in the fourth,
+    // and the protection bit.
     EXPECT_EQ(stored, 14 * 3 * 4 * 256 * 2);
 }
 
@@ -197,7 +198,7 @@ TEST(Mp3Header, FailsForReservedRatesAndStoresNothing) {
     EXPECT_EQ(failureOf(0xFFFB0000, fourMillion), ErrorNumber::divisionByZero);
 }
 
-TEST(Mp3Header, FailsFrom256MiBOn) {
+TEST(Mp3Header, FailsForFilesOf256MiBAndMore) {
     Mp3Info info = untouched();
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFB9000), 268'435'455, info).ok());
     EXPECT_EQ(info.Duration, 16777);
@@ -214,7 +215,7 @@ TEST(Mp3Header, ShowsTheRoundedAverageAndComputesTheDurationFromTheExactOne) {
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFB9000), fourMillion, info).ok());
     EXPECT_EQ(info.Bitrate, 204);
     EXPECT_EQ(info.Duration, 156);
-    // 2.4 kbit/s: the rounded rate would make 1.9 seconds of it.
+    // At 2.4 kbit/s the duration from the rounded rate would be 1027 seconds.
     info = variable(32767);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFB9000), 256'768, info).ok());
     EXPECT_EQ(info.Bitrate, 2);
@@ -222,7 +223,7 @@ TEST(Mp3Header, ShowsTheRoundedAverageAndComputesTheDurationFromTheExactOne) {
     EXPECT_NE(info.Duration, 256'768 * 8 / 2 / 1000);
 }
 
-TEST(Mp3Header, RoundsAHalfToTheEvenRate) {
+TEST(Mp3Header, RoundsTheRateHalfToEven) {
     // 3200 frames at 32000 Hz: 2.5 and 3.5 kbit/s.
     for (const auto& [length, rate] : {std::pair{36'000, 2}, std::pair{50'400, 4}}) {
         Mp3Info info = variable(3200);

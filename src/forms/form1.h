@@ -40,7 +40,7 @@ class Form1 : public Form {
     /// Resets the displays to idle.
     void ClearActivity();
 
-    /// The picture for the window's shape; null: no picture, which is the designed state.
+    /// The picture for the window's shape; null if there is none, which is the designed state.
     [[nodiscard]] const std::shared_ptr<const PixelPicture>& picture() const { return picture_; }
     void setPicture(std::shared_ptr<const PixelPicture> picture) { picture_ = std::move(picture); }
 
@@ -62,9 +62,9 @@ class Form1 : public Form {
     CommandButton CmdSelectAction{*this, "CmdSelectAction", "Start "};
     PictureBox Picture6{*this, "Picture6"}; ///< host area of the activity clip
 
-    // CD bar. lblCDID and lblNumTracks are stores as well: they are read back as numbers.
+    // CD bar. lblCDID and lblNumTracks also store values: they are read back as numbers.
     CommandButton Command11{*this, "Command11"}; ///< plays the current track
-    CommandButton Command12{*this, "Command12"}; ///< stops it
+    CommandButton Command12{*this, "Command12"}; ///< stops playing
     Label Label5{*this, "Label5", "Low Drive space"};
     Label lblCDID{*this, "lblCDID"};
     Label lblNumTracks{*this, "lblNumTracks"};
@@ -77,13 +77,13 @@ class Form1 : public Form {
 
     // Status bar.
     ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
-    Label Status{*this, "Status", "00.00%"}; ///< shown as it is; nothing writes it
+    Label Status{*this, "Status", "00.00%"}; ///< constant text; nothing writes it
     Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file
-    Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or of the last WAV decoded
+    Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or bytes of the last decoded WAV
 
     TreeView TreeView1{*this, "TreeView1"};
 
-    // Never visible: the lists hold the data behind the tree, the others are called as procedures.
+    // Never visible: the lists contain the data of the tree, the others are called as procedures.
     ListBox lstTracks{*this, "lstTracks"}; ///< tracks not chosen
     ListBox lstRecord{*this,
                       "lstRecord"};   ///< queue of tracks to extract; progress is its ListIndex

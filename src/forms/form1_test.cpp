@@ -54,7 +54,7 @@ TEST_F(Form1Test, ShowsThreeBarsAndTheGripAndHidesTheCdBar) {
     EXPECT_EQ(form.Picture5.width(), 285_twips);
 }
 
-TEST_F(Form1Test, DisablesThePopupsThreeEntriesUntilANodeEnablesThem) {
+TEST_F(Form1Test, StartsWithThreeDisabledEntriesInThePopup) {
     EXPECT_FALSE(form.mnuStart2.enabled());
     EXPECT_FALSE(form.mnuFileRemove.enabled());
     EXPECT_FALSE(form.mnuRemoveDelete.enabled());
@@ -108,7 +108,7 @@ TEST_F(Form1Test, HasToolTipsForControlsThatNeedThem) {
     }
 }
 
-TEST_F(Form1Test, HidesTheControlsOfAnActionAndALowDiskWhileIdle) {
+TEST_F(Form1Test, HidesCancelAndTheDiskWarningWhileIdle) {
     EXPECT_FALSE(form.Command2.visible());
     EXPECT_FALSE(form.Label5.visible());
 }
@@ -189,7 +189,7 @@ TEST_F(Form1Test, DisablemLoadsNothing) {
     EXPECT_FALSE(windows.frmsearch.loaded());
 }
 
-TEST_F(Form1Test, EnablemEnablesAllTwelveIncludingTheThreeDisabledAtLoad) {
+TEST_F(Form1Test, EnablemEnablesAllTwelveCommandsIncludingThoseDisabledAtLoad) {
     form.Enablem();
     EXPECT_EQ(namesOfOpen().size(), commands.size());
     form.Enablem();
@@ -212,7 +212,7 @@ TEST_F(Form1Test, ClearActivityResetsTheDisplaysToIdle) {
     form.Label33.setCaption("50%");
     form.Status.setCaption("50.00%");
     form.ClearActivity();
-    // A lower-case a, unlike the designed text.
+    // The a is in lower case, unlike in the designed text.
     EXPECT_EQ(form.Label3.caption(), "Next action:");
     EXPECT_EQ(form.Label2.caption(), "c:\\wavfiles\\");
     EXPECT_EQ(form.caption(), "Sonarith v2.0");

@@ -28,7 +28,7 @@ class Form4 : public Form {
     OptionButton OptCD{*this, power, "OptCD"};
     OptionButton optNoCD{*this, power, "optNoCD"};
 
-    // Transport. Disabled until a disc is ready.
+    // Transport buttons, disabled until a disc is ready.
     CommandButton play{*this, "play"};
     CommandButton pause{*this, "pause"};
     CommandButton stopbtn{*this, "stopbtn"};
@@ -36,8 +36,8 @@ class Form4 : public Form {
     CommandButton btrack{*this, "btrack"};
     CommandButton eject{*this, "eject"};
 
-    // Mixer. A slider is inverted with respect to the mixer: 0 is the loudest. The number beside
-    // each slider runs from 0 to 10 once it has been written.
+    // Mixer. The sliders are inverted with respect to the mixer: 0 is the loudest. The number
+    // beside a slider is between 0 and 10 after it has been written for the first time.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};
@@ -61,7 +61,7 @@ class Form4 : public Form {
     OptionGroup cdMute;
     OptionButton Option13{*this, cdMute, "Option13"};
     OptionButton Option14{*this, cdMute, "Option14"};
-    CheckBox Check3{*this, "Check3", "input"}; ///< the meter's wave input runs
+    CheckBox Check3{*this, "Check3", "input"}; ///< 1: the meter's wave input runs
     // Neither visible nor handled.
     CheckBox Check1{*this, "Check1"};
     CheckBox Check2{*this, "Check2"};
@@ -69,7 +69,7 @@ class Form4 : public Form {
 
     CommandButton Command1{*this, "Command1", "EXIT"};
     CommandButton Command2{*this, "Command2", "MIXER"}; ///< reads the mixer into the sliders
-    // Only called as procedures.
+    // These are only called as procedures.
     CommandButton Command3{*this, "Command3"};
     CommandButton Command4{*this, "Command4"};
     CommandButton Command5{*this, "Command5"};
@@ -83,11 +83,11 @@ class Form4 : public Form {
     PictureBox Picture4{*this, "Picture4"};
     PictureBox Picture10{*this, "Picture10"};
 
-    Timer Timer6; ///< poll of the disc
-    Timer Timer1; ///< has the poll's handler; nothing enables it
-    Timer Timer2; ///< two variants of the meter's step; nothing enables it
+    Timer Timer6; ///< polls the disc
+    Timer Timer1; ///< has the same handler as Timer6; nothing enables it
+    Timer Timer2; ///< runs two variants of the meter's step; nothing enables it
     Timer Timer4;
-    Timer Timer3; ///< the meter's step
+    Timer Timer3; ///< runs the meter's step
 
     MenuItem mnuCDon{*this, "mnuCDon", "CD On"};
     MenuItem mnuPlayCD{*this, "mnuPlayCD", "Play CD"};

@@ -120,14 +120,14 @@ TEST_F(Form4Test, TimersAreOffAndHaveTheirIntervals) {
     }
 }
 
-TEST_F(Form4Test, HasAMenuAndAPopupOfTheSameEntries) {
+TEST_F(Form4Test, HasAMenuAndAPopupWithTheSameEntries) {
     EXPECT_EQ(form.mnuCD.caption(), "CD Menu");
     EXPECT_THAT(captionsOf(form.mnuCD),
                 ElementsAre("CD On", "Play CD", "Stop Playing CD", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));
     EXPECT_EQ(form.mnupopup.caption(), "PopupMenu");
     EXPECT_FALSE(form.mnupopup.visible());
-    // The third caption is the control's own name, which is intended.
+    // Deliberate: the third caption is the control's own name.
     EXPECT_THAT(captionsOf(form.mnupopup),
                 ElementsAre("CD On", "Play CD", "mnuStopPlay", "CD Off", "Minimize CD Player",
                             "Show as Cube", "Close CD Player"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversion worker's window, which is never shown: each load of it converts one file. The
-// folder conversion/ implements its behaviour.
+// The conversion worker's window, which is never shown: each load of the window converts one file.
+// The folder conversion/ implements its behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -19,8 +19,8 @@ class Form6 : public Form {
 
     ActiveMp3Host ActiveMP31;
     CommandButton Command1{*this, "Command1", "Cancel"};
-    Timer Timer1; ///< the second start; on at load
-    Timer Timer2; ///< progress
+    Timer Timer1; ///< starts the job a second time; enabled at load
+    Timer Timer2; ///< shows the progress
 };
 
 } // namespace sonarith

@@ -21,8 +21,8 @@ class FrmPlayList : public Form {
 
     // The playlist.
     Frame Playlist{*this, "Playlist", "MP3 PlayList "};
-    ListBox List2{*this, "List2"}; ///< one whole path a line
-    ListBox List3{*this, "List3"}; ///< work list of a compaction; not shown
+    ListBox List2{*this, "List2"}; ///< one full path per line
+    ListBox List3{*this, "List3"}; ///< scratch list while the entries are rewritten; not shown
     CommandButton Command20{*this, "Command20", "Add to PlayList"};
     CommandButton Command6{*this, "Command6", "Delist"};
     CommandButton Command11{*this, "Command11"}; ///< plays
@@ -35,8 +35,8 @@ class FrmPlayList : public Form {
     CommandButton cmdHdr1{*this, "cmdHdr1", "..."};
     CommandButton cmdHdr2{*this, "cmdHdr2", "Read header"};
     CommandButton Command2{*this, "Command2", "Rename File"};
-    CommandButton Command10{*this, "Command10", "Delete  File"}; ///< two blanks
-    CommandButton cmdTag{*this, "cmdTag", " Write tag"};         ///< a leading blank
+    CommandButton Command10{*this, "Command10", "Delete  File"}; ///< the two blanks are intended
+    CommandButton cmdTag{*this, "cmdTag", " Write tag"};         ///< the leading blank is intended
     CommonDialog CommonDialog2{*this};
     ListBox List1{*this, "List1"}; ///< header lines
 

@@ -17,10 +17,10 @@ class FrmPopup : public Form {
     /// The loop must outlive this object.
     explicit FrmPopup(EventLoop& loop);
 
-    std::uint32_t Icon = 1; ///< the number of the form's icon, the program's icon
+    std::uint32_t Icon = 1; ///< the identifier of the form's icon, which is the program's icon
 
-    Timer Timer1; ///< the icon's tip follows the main window's title
-    Timer Timer2; ///< so does this form's title
+    Timer Timer1; ///< copies the main window's title to the icon's tip
+    Timer Timer2; ///< copies the main window's title to this form's title
 
     MenuItem mnuStopencoding{*this, "mnuStopencoding", "Stop Conversion"};
     MenuItem Exit{*this, "Exit", "Restore Control panel"};

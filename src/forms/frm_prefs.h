@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the preferences. Two of its labels are stores: code reads the free space of the
-// destination's drive from them. The folder settings/preferences/ implements the behaviour.
+// The controls of the preferences. Two of the labels store values: code reads the destination's
+// drive and its free space from them. The folder settings/preferences/ implements the behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -30,7 +30,8 @@ class FrmPrefs : public Form {
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
     Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< above Text6
-    // Stores, never visible. Their designed texts are their names; Label4's reads as 0 MB.
+    // Never visible, they only store values. Their designed texts are their names; the text of
+    // Label4 counts as 0 MB.
     Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
     Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB
 
@@ -50,12 +51,12 @@ class FrmPrefs : public Form {
     Label lblFormat{*this, "lblFormat", "Audio Format"};                      ///< beside cbxFormat
     ComboBox cbxFormat{*this, "cbxFormat"};                                   ///< capture format
     Label lblMute{*this, "lblMute", "Turn off/on CD sound while extracting"}; ///< beside Check1
-    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption names the effect of the tick
+    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption names the effect of its value
 
     // " Destination Path"
     Label lblDestination{*this, "lblDestination",
                          "Destination Path for converted files (WAV, MP3)"}; ///< above Text9
-    TextBox Text9{*this, "Text9"};                                           ///< the whole path
+    TextBox Text9{*this, "Text9"};                                           ///< the full path
     CheckBox Check2{*this, "Check2", "I'll select the destination path and directory"};
     PictureBox Picture6{*this, "Picture6"}; ///< contains the controls below; hidden at load
     Label lblCreate{*this, "lblCreate", "To create a new Destination Directory:"};

@@ -20,7 +20,7 @@ class FrmPrefsTest : public ::testing::Test, public test::FakeMachine {
 
 TEST_F(FrmPrefsTest, HasThreeTabs) {
     EXPECT_EQ(form.caption(), "Preferences");
-    // The blank before the last one is intended.
+    // The blank before the last caption is intended.
     EXPECT_THAT(form.SSTab2.captions(),
                 ElementsAre("Disk Space", "Audio, Misc.", " Destination Path"));
     EXPECT_EQ(form.SSTab2.tab(), 0);
@@ -75,7 +75,7 @@ TEST_F(FrmPrefsTest, StartsUntickedWithLimitsOfAHundred) {
     EXPECT_EQ(form.Label4.caption(), "Label4");
 }
 
-TEST_F(FrmPrefsTest, HidesItsInternalListsAndThePictureOfTheNewFolder) {
+TEST_F(FrmPrefsTest, HidesItsStoringLabelsAndTheControlsOfTheNewFolder) {
     EXPECT_FALSE(form.visible());
     EXPECT_FALSE(form.Label3.visible());
     EXPECT_FALSE(form.Label4.visible());
@@ -84,7 +84,7 @@ TEST_F(FrmPrefsTest, HidesItsInternalListsAndThePictureOfTheNewFolder) {
     EXPECT_FALSE(form.Text7.locked());
 }
 
-TEST_F(FrmPrefsTest, HasItsDesignedStateAgainAtEachLoad) {
+TEST_F(FrmPrefsTest, EachLoadRestoresTheDesignedState) {
     form.load();
     form.Check6.setValue(1).passOver();
     form.Text7.setText("7");
