@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The controls of the file finder's window. Its lists are the only data of a search: the results
-// and the remaining work. No behaviour here.
+// and the remaining work. This header contains no behaviour.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace sonarith {
 
 /// Captions of Command1; each names the effect of the next click.
 inline constexpr const char* searchCaption = "Search !";
-inline constexpr const char* continueCaption = "Continue"; ///< only within a click
+inline constexpr const char* continueCaption = "Continue"; ///< set only while a click is handled
 inline constexpr const char* stopCaption = "Stop!";
 
 /// Text of lbltime before a search, and from a stop to the end of the search.
@@ -36,7 +36,7 @@ class FrmSearch : public Form {
     TextBox Text2{*this, "Text2"};               ///< the name of the current entry
     DriveListBox Drive1;
     DirListBox Dir1;
-    /// Starts and stops a search; its caption is the state of the search.
+    /// Starts and stops a search. Its caption also stores the state of the search.
     CommandButton Command1{*this, "Command1", searchCaption};
     CommandButton cmdend{*this, "cmdend", "Close"};
     CheckBox chkhidelist{*this, "chkhidelist", "Hide lists when searching"};
@@ -55,7 +55,7 @@ class FrmSearch : public Form {
     std::int16_t FileCount = 0; ///< entries of lstfiles at the end of a search
 };
 
-// Steps that both ends of a search have in common: its own end and a stop.
+// Steps that run at the end of every search, whether it is complete or was stopped.
 
 /// Sets FileCount to the count of lstfiles; a count above 32767 leaves it unchanged.
 void countFiles(FrmSearch& finder);

@@ -27,11 +27,11 @@ class ActiveMP3 {
     [[nodiscard]] virtual std::int32_t Length() const = 0;
     /// Plays the source file through the sound card's wave line.
     virtual Status Play() = 0;
-    /// Ends playing or decoding; harmless when idle.
+    /// Ends playing or decoding; does nothing when idle.
     virtual Status Stop() = 0;
-    /// Begins to write the source file as a 16-bit WAV file to `path` and returns at once. Does
-    /// nothing if source and target are those of the running decoding, or of the last completed one
-    /// and both files are unchanged; otherwise it first stops a running decoding.
+    /// Starts to decode the source file to a 16-bit WAV file at `path` and returns at once. Does
+    /// nothing if a decoding of the same source to the same target is running, or was the last to
+    /// complete and both files are unchanged since. Otherwise it first stops a running decoding.
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 

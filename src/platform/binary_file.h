@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One open file as bytes at offsets. Used to read and write headers and tags. It has no records and
-// no text, and it does not open files; file_system.h does.
+// One open file, read and written as bytes at given offsets, for headers and tags. It supports
+// neither records nor text. Files are opened by file_system.h.
 #pragma once
 
 #include <cstddef>
@@ -24,11 +24,12 @@ class BinaryFile {
     [[nodiscard]] virtual Result<std::int64_t> length() const = 0;
     /// Reads bytes from `offset` on into the start of `into`. Returns the number of bytes read:
     /// fewer than requested at the end of the file, 0 beyond it. Errors: badRecordNumber (63) for a
-    /// negative offset, badFileMode (54) without read access, deviceInputOutput...
+    /// negative offset, badFileMode (54) without read access, deviceInputOutput and others.
     [[nodiscard]] virtual Result<std::size_t> read(std::int64_t offset,
                                                    std::span<std::byte> into) = 0;
     /// Writes all bytes at `offset` with one system call and grows the file if needed. An empty
-    /// span changes nothing. Errors: badRecordNumber, badFileMode without write access, diskFull...
+    /// span changes nothing. Errors: badRecordNumber, badFileMode without write access, diskFull
+    /// and others.
     virtual Status write(std::int64_t offset, std::span<const std::byte> bytes) = 0;
 };
 

@@ -14,7 +14,7 @@ std::string ChosenDevices::drive() const {
 }
 
 std::string ChosenDevices::output() const {
-    return read(outputKey, "default"); // ALSA's own name for what the desktop has chosen
+    return read(outputKey, "default"); // ALSA's name for the output that the desktop has chosen
 }
 
 std::string ChosenDevices::source() const {

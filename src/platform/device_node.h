@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes the device node of a drive from the path of a disc image; a choice may hold either.
-// It opens neither.
+// Distinguishes the device node of a drive from the path of a disc image; a stored choice may be
+// either. It opens neither.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 namespace sonarith {
 
 /// True if `chosen` names a drive: a block device below /dev, or a missing name directly below
-/// /dev, because an unplugged drive must not be taken for a missing image. /dev also contains
-/// folders for ordinary files ("/dev/shm"). Paths elsewhere are not checked, since they may be on a
-/// server that does not respond.
+/// /dev, because an unplugged drive must not be taken for a missing image. Ordinary files in
+/// folders of /dev ("/dev/shm/disc.cue") are not drives. Paths outside /dev are not checked, since
+/// they may be on a server that does not respond.
 [[nodiscard]] bool namesADevice(const std::string& chosen);
 
 } // namespace sonarith

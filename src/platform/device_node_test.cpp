@@ -19,7 +19,7 @@ TEST(NamesADevice, DistinguishesADriveFromAnImage) {
         {"/home/me/disc.cue", false},
         {"/dev/no-such-drive", true}, // unplugged
         {"/dev/shm/disc.cue", false}, // an ordinary file
-        {"/dev/null", false},         // there, and no disk
+        {"/dev/null", false},         // exists, but is not a block device
         {"/devices/disc.cue", false},
         {"/dev/no-such-folder/drive", false},
     };

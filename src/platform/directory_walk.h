@@ -29,12 +29,12 @@ struct FindRecord {
 
 /// A listing in progress. Never 0.
 using FindHandle = int;
-/// FindFirst() returns this on failure. It is not 0 either.
+/// The result of FindFirst() on failure. Not 0 either.
 inline constexpr FindHandle invalidFindHandle = -1;
 
-/// One walk through a folder tree. Listings may follow each other or be open at the same time. Each
-/// folder is listed once per walk, whatever paths and links lead to it, so that a loop of links
-/// ends.
+/// One walk through a folder tree. Several listings may be open at the same time. Each folder is
+/// listed once per walk, whatever paths and links lead to it, so that a walk ends despite a loop of
+/// links.
 class DirectoryWalk {
   public:
     virtual ~DirectoryWalk() = default;

@@ -7,7 +7,8 @@ namespace sonarith {
 
 void EventLoop::waitFor(Duration duration) {
     const Time end = now() + duration;
-    // The wake-up is there to be an event: without one the wait would rest past its end.
+    // waitWhile() evaluates its condition only after an event. This wake-up is the event that ends
+    // the wait in time.
     const auto wakeup = every(std::max(duration, Duration(1)), [] {});
     waitWhile([&] { return now() < end; });
 }

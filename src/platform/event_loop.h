@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The event loop of the logic thread: yields, waits, clock, wake-ups and the end of the program.
-// Long work runs inside the handler that started it and yields; no other interleaving exists.
+// Long work runs inside the handler that started it and yields. Handlers are interleaved only at
+// yields.
 #pragma once
 
 #include <chrono>

@@ -39,7 +39,7 @@ TEST_F(WaitFor, DoesNotEndBeforeItsTimeWhateverHappens) {
     EXPECT_EQ(passed(), 300ms);
 }
 
-TEST_F(WaitFor, NestedWaitsEndEachAtItsOwnTime) {
+TEST_F(WaitFor, AnOuterWaitReturnsNoEarlierThanTheInnerOne) {
     EventLoop::Duration inner{};
     loop.after(100ms, [&] {
         loop.waitFor(500ms);
@@ -47,11 +47,11 @@ TEST_F(WaitFor, NestedWaitsEndEachAtItsOwnTime) {
     });
     loop.waitFor(300ms);
     EXPECT_EQ(inner, 600ms);
-    // The outer wait was over before, and goes on as soon as the inner one lets it.
+    // The time of the outer wait was over at 300 ms, but it cannot return before the inner one.
     EXPECT_EQ(passed(), 600ms);
 }
 
-TEST_F(WaitFor, OfNoTimeReturnsAtOnce) {
+TEST_F(WaitFor, ReturnsAtOnceIfTheDurationIsNotPositive) {
     loop.waitFor(0ms);
     loop.waitFor(-5ms);
     EXPECT_EQ(passed(), 0ms);

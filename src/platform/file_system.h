@@ -32,14 +32,15 @@ class FileSystem {
     [[nodiscard]] virtual Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                          FileAccess access) = 0;
 
-    /// Never replaces an existing file (fileAlreadyExists). A change of case only is allowed.
+    /// Never replaces an existing file; error: fileAlreadyExists. A rename that changes only the
+    /// case is allowed.
     virtual Status rename(const std::string& from, const std::string& to) = 0;
     /// Opens for binary writing and closes at once. Creates a missing file; keeps the content of an
     /// existing one. Errors: permissionDenied, pathNotFound, pathFileAccess (a folder).
     virtual Status touchForWriting(const std::string& path) = 0;
     virtual Status removeFile(const std::string& path) = 0;
 
-    /// Sets the drive for relative names. `path` is "c:" or longer; only the letter counts.
+    /// Sets the drive for relative names. `path` is "c:" or longer; only the letter is used.
     virtual Status changeDrive(const std::string& path) = 0;
     /// An absolute path, or a name below the current folder.
     virtual Status changeFolder(const std::string& path) = 0;

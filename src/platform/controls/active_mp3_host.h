@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Owns the MP3 control of a form. Each load of the form creates a new control.
+// Owns the MP3 control of a form. Each unload of the form replaces the control with a new one.
 #pragma once
 
 #include <memory>
@@ -19,8 +19,7 @@ class ActiveMp3Host : public FormPart {
     [[nodiscard]] ActiveMP3* operator->() const { return control_.get(); }
 
   private:
-    /// Decoding and playing end when the form is unloaded; a control that is accessed later is
-    /// idle.
+    /// Destroying the old control ends decoding and playing. The new control is idle.
     void atUnload() override { control_ = controls_.create(); }
 
     Mp3Controls& controls_;

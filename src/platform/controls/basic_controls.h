@@ -17,7 +17,7 @@ struct CaptionState {
     std::string caption;
 };
 
-/// A line of text; the logic also uses labels as stores.
+/// A line of text. The logic also stores data in labels.
 class Label : public ControlWith<CaptionState> {
   public:
     Label(Form& owner, std::string name, std::string caption = {})
@@ -52,8 +52,8 @@ class CommandButton : public ControlWith<CaptionState> {
     }
 
     Handler<> onClick;
-    /// Runs the handler of a user's click, whether the button is visible and enabled or not: the
-    /// logic calls it as a procedure.
+    /// Runs the handler of a user's click, even if the button is hidden or disabled, because the
+    /// logic also calls it as a procedure.
     void click() { run(onClick); }
 };
 
@@ -87,7 +87,7 @@ struct TextBoxState {
     bool locked = false;
 };
 
-/// A text that is set is kept up to its first NUL.
+/// A text that is set is truncated before its first NUL.
 class TextBox : public ControlWith<TextBoxState> {
   public:
     TextBox(Form& owner, std::string name, std::string text = {})

@@ -17,12 +17,12 @@ class CommonDialog : public FormPart {
 
     /// Where the dialog opens: a folder, or a file in it.
     std::string InitDir;
-    /// The name that the dialog starts with. Afterwards the chosen path, or the old value if the
-    /// user chose none.
+    /// The file name that the dialog shows when it opens. After the user has chosen a file: its
+    /// path. Unchanged if the user chose none.
     std::string FileName;
 
-    /// Shows the dialog with these properties in place of those of the request. Yields. Errors:
-    /// dialogCancelled (32755), and other failures of the dialog.
+    /// Shows the dialog. InitDir and FileName replace the folder and the file name of the request.
+    /// Yields. Errors: dialogCancelled (32755), and other failures of the dialog.
     Status ShowOpen(FileDialog& dialog, FileDialogRequest request) {
         return taken(dialog.open(filled(std::move(request))));
     }

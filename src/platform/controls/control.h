@@ -39,7 +39,7 @@ enum class Property : std::uint8_t {
 
 class Control : public FormPart {
   public:
-    /// A part of `owner`, which outlives it or is destroyed right after it.
+    /// Adds the control to `owner`, which must outlive it or be destroyed directly after it.
     Control(Form& owner, std::string name);
 
     [[nodiscard]] const std::string& name() const { return name_; }
@@ -66,10 +66,10 @@ class Control : public FormPart {
     Signal<Property> changed;
 
   protected:
-    /// For a form, which is not a part of another form.
+    /// For forms only: a form is not a part of another form.
     explicit Control(std::string name) : name_(std::move(name)) {}
 
-    /// Stores a property and notifies of it, unless it already has that value.
+    /// Stores the value and notifies of the change; does nothing if the property has that value.
     template <typename T>
     void assign(T& property, T value, Property which) {
         if (property != value) {

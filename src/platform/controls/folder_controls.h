@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The two controls with which the user chooses a folder: the list of folders and the list of
-// drives. Each points to a folder or drive that existed when it was set; directory_walk.h tells
-// which ones exist.
+// drives. Each points to a folder or drive that existed when it was set; directory_walk.h
+// determines which ones exist.
 #pragma once
 
 #include <map>
@@ -20,12 +20,12 @@ namespace sonarith {
 class DirListBox : public Control {
   public:
     /// `directories` and `files` must outlive this object. Each load sets it to the program's
-    /// folder. Not to the current folder: that is the root of a drive after a destination folder
-    /// could not be created, and a search from there would walk the whole drive.
+    /// folder. It is not set to the current folder, because that is the root of a drive after a
+    /// destination folder could not be created, and a search from there would walk the whole drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
-    /// Without a backslash at its end, except for the root of a drive.
+    /// The path has no backslash at its end, except for the root of a drive.
     [[nodiscard]] const std::string& path() const { return path_; }
     /// Error: pathNotFound, which leaves the path unchanged. A drive alone ("d:") means the folder
     /// that was last current on that drive, or else the root of the drive.
@@ -61,8 +61,8 @@ class DriveListBox : public Control {
 
     /// Letter and colon, in lower case.
     [[nodiscard]] const std::string& drive() const { return drive_; }
-    /// Takes a drive or a path on it; only the letter counts. Error: deviceUnavailable, with no
-    /// change, if the drive does not exist.
+    /// `path` is a drive or a path on it; only the letter is used. Error: deviceUnavailable, with
+    /// no change, if the drive does not exist.
     Status setDrive(const std::string& path);
     /// All drives that exist now.
     [[nodiscard]] std::vector<std::string> drives() const { return directories_.drives(); }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A window as the logic sees it: its parts, whether it is loaded and shown, its caption, position
-// and size. The behaviour of its controls is implemented by the logic that is wired to it.
+// The model of a window: its parts, whether it is loaded and shown, its caption, position and size.
+// The behaviour of its controls is implemented by the logic that is wired to it.
 #pragma once
 
 #include <optional>
@@ -62,7 +62,7 @@ class Form : public ControlWith<FormState> {
     /// Runs onResize if the size changes.
     void setInnerSize(Twips width, Twips height);
 
-    /// The part of the window that remains, in pixels from its outer corner; no value: all of it.
+    /// The visible part of the window, in pixels from its outer corner; empty: the whole window.
     [[nodiscard]] const std::optional<WindowRegion>& windowRegion() const { return state_.region; }
     void setWindowRegion(std::optional<WindowRegion> region) {
         assign(state_.region, std::move(region), Property::region);
@@ -74,7 +74,7 @@ class Form : public ControlWith<FormState> {
     /// The window was asked to close while a step of its unload is waiting.
     Handler<> onUnloadAgain;
     Handler<> onResize;
-    /// A mouse button was pressed on the bare surface of the form.
+    /// A mouse button was pressed on the form, outside of its controls.
     Handler<MouseButtons> onMouseDown;
 
     /// Requests that the window follow the pointer as if the user dragged its caption.
@@ -90,8 +90,8 @@ class Form : public ControlWith<FormState> {
     void adopt(FormPart& part) { parts_.push_back(&part); }
 
   protected:
-    /// Makes the present state of the form and of all parts the designed state. The last step of a
-    /// form's constructor.
+    /// Makes the present state of the form and of all parts the designed state. Called at the end
+    /// of a form's constructor.
     void keepDesign() override;
 
   private:

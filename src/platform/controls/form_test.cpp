@@ -95,7 +95,7 @@ TEST_F(FormTest, HidingKeepsItLoaded) {
     EXPECT_THAT(events, ElementsAre("load"));
 }
 
-TEST_F(FormTest, UnloadingAsksThenUnloadsThenHides) {
+TEST_F(FormTest, UnloadingRunsTheQueryStepThenTheUnloadStepThenHides) {
     form.show();
     bool seenDuringUnload = false;
     form.onUnload = [&] {
@@ -115,7 +115,7 @@ TEST_F(FormTest, UnloadingAnUnloadedFormDoesNothing) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(FormTest, ANestedUnloadDoesNothing) {
+TEST_F(FormTest, ANestedUnloadRepeatsNoStep) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();
@@ -129,7 +129,7 @@ TEST_F(FormTest, ANestedUnloadDoesNothing) {
     EXPECT_THAT(events, ElementsAre("load", "query", "unload"));
 }
 
-TEST_F(FormTest, NotifiesOfANestedUnload) {
+TEST_F(FormTest, ANestedUnloadRunsOnUnloadAgain) {
     form.onQueryUnload = [&] {
         events.push_back("query");
         form.unload();

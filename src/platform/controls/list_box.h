@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A list box: an ordered list of texts with a current line, and a mark and a number for each line.
-// Many list boxes are never shown and serve as the program's stores.
+// Many list boxes are never shown and only store data.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ namespace sonarith {
 /// Describes a change of the lines to a view. Sent after the change.
 struct ListChange {
     enum class Kind {
-        inserted, ///< the line is new; the lines after it have moved up by one
-        removed,  ///< the line was removed; the lines after it have moved down by one
+        inserted, ///< the line is new; the indices of the lines after it have increased by one
+        removed,  ///< the line was removed; the indices after it have decreased by one
         edited,   ///< the line's text or mark has changed
         cleared,  ///< all lines were removed
     };
@@ -35,7 +35,7 @@ class ListBox : public Control {
     /// Error: subscriptOutOfRange, with no change, outside the list.
     Status setList(int index, const std::string& text);
 
-    /// Appends a line. Here and below, a text is kept up to its first NUL.
+    /// Appends a line. Here and below, a text is truncated before its first NUL.
     void addItem(const std::string& text);
     /// Inserts before line `index`, 0 to listCount(). Error: invalidProcedureCall outside that
     /// range.
@@ -80,15 +80,16 @@ class ListBox : public Control {
     };
     [[nodiscard]] bool holds(int index) const { return index >= 0 && index < listCount(); }
 
-    /// A deque: long lists are changed at the front as well as at the end.
+    /// A deque, because lines of long lists are added and removed at both ends.
     std::deque<Line> lines_;
     int listIndex_ = -1;
 };
 
-/// Moves `text` to the first line of `list`. Uses the scratch list, which stays filled.
+/// Inserts `text` before the first line of `list`. Afterwards `scratch` has the same lines as
+/// `list`.
 void putOnTop(ListBox& list, const std::string& text, ListBox& scratch);
 
-/// Reverses the order of `list`. Uses the scratch list, which stays filled.
+/// Reverses the order of `list`. Afterwards `scratch` has the same lines as `list`.
 void reverse(ListBox& list, ListBox& scratch);
 
 } // namespace sonarith

@@ -93,7 +93,7 @@ TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOldOne) {
 
 TEST_F(ListBoxTest, TheLastLineOfAnEmptyListIsNone) {
     list.clear();
-    // The value of "ListCount minus 1".
+    // The logic selects the last line as "ListCount minus 1", which is -1 here.
     EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
     EXPECT_EQ(list.listIndex(), -1);
 }

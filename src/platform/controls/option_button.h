@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Option buttons: at most one of a group is selected. Selecting one from code runs no handler; the
-// logic calls the handler by name.
+// logic calls the handler itself.
 #pragma once
 
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A form's timer: fires repeatedly while enabled, but not while its tick runs. A tick that disables
-// and enables the timer restarts it: from then on it also fires while that tick waits, so that a
-// job started by one tick is monitored like any other.
+// and enables the timer restarts it. From then on the timer also fires while that tick waits, so
+// that later ticks can monitor a job that runs inside that tick.
 #pragma once
 
 #include <memory>

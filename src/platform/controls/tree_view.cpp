@@ -238,7 +238,8 @@ Status TreeView::startLabelEdit() {
     }
     bool cancel = false;
     run(onBeforeLabelEdit, cancel);
-    // The handler decided about this node only, so no other node may be edited.
+    // The handler has permitted the edit of this node only. If it has selected another node, that
+    // node is not edited.
     if (cancel || selected_ != node) {
         return {};
     }

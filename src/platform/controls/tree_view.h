@@ -72,7 +72,7 @@ class TreeObserver {
     /// Requests that the open editor close and discard its text: its node was removed, or another
     /// node is about to be edited.
     virtual void editAbandoned() {}
-    /// From now on the pointer drags a node with its button down.
+    /// Requests a drag: the pointer moves a node while its button is down.
     virtual void dragRequested() = 0;
 };
 
@@ -89,9 +89,10 @@ class TreeView : public Control {
     /// elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
-    /// Removes a node and its subtree, in time proportional to the number of nodes after the first
-    /// removed one. Clears the selection and the drop highlight if they were in the subtree, and
-    /// abandons an editor there. Errors: elementNotFound, objectNotSet, elementRemoved.
+    /// Removes a node and its subtree, in time proportional to the number of nodes with an index
+    /// above the first removed one. Clears the selection and the drop highlight if they were in the
+    /// subtree, and abandons an editor that is open in the subtree. Errors: elementNotFound,
+    /// objectNotSet, elementRemoved.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();

@@ -74,7 +74,7 @@ TEST_F(TreeViewTest, AddingAnExistingKeyFailsAndChangesNothing) {
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeViewTest, KeysDifferByCaseAndAnyByte) {
+TEST_F(TreeViewTest, KeysThatDifferInCaseOrInAnyByteAreDifferent) {
     EXPECT_TRUE(tree.add(A, "KEY A1", "x", 1, 1).ok());
     EXPECT_TRUE(tree.add(A, std::string("key a1\0", 7), "x", 1, 1).ok());
 }
@@ -237,7 +237,7 @@ TEST_F(TreeViewTest, AFailedSelectionKeepsTheOldOne) {
     EXPECT_EQ(tree.selectedItem(), a1);
 }
 
-TEST_F(TreeViewTest, TheDropHighlightIsSetReadClearedAndLostWithItsNode) {
+TEST_F(TreeViewTest, TheDropHighlightIsClearedOnRequestAndWithItsNode) {
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     EXPECT_TRUE(tree.setDropHighlight(a).ok());
     EXPECT_EQ(tree.dropHighlight(), a);
@@ -247,7 +247,7 @@ TEST_F(TreeViewTest, TheDropHighlightIsSetReadClearedAndLostWithItsNode) {
     tree.remove(a).passOver();
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     tree.setSelectedItem(b).passOver();
-    // The mouse release does this with an empty highlight.
+    // The handler of a mouse release selects the highlight even if that is empty.
     EXPECT_EQ(numberOf(tree.setSelectedItem(tree.dropHighlight())), ErrorNumber::objectNotSet);
     EXPECT_EQ(tree.selectedItem(), b);
 }
@@ -282,7 +282,7 @@ TEST_F(ObservedTree, NotifiesOfEachChangeOnce) {
     EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
 }
 
-/// Measures nothing: the assertion is that the work finishes within the time limit of every test.
+/// Does not measure the time: the test fails if the work exceeds the time limit of every test.
 /// Quadratic work on this many nodes would take minutes.
 TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
     constexpr int nodes = 100'000;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The logic's unit of window measures, 1440 to the inch. A type of its own, so that it does not mix
-// with pixels or counts. platform/qt/twips.h converts to pixels.
+// The logic's unit of length for windows, 1440 to the inch. A separate type, so that twips cannot
+// be mixed up with pixels or counts. platform/qt/twips.h converts to pixels.
 #pragma once
 
 #include <compare>
@@ -11,7 +11,7 @@ class Twips {
   public:
     constexpr Twips() = default;
     constexpr explicit Twips(int count) : count_(count) {}
-    /// The nearest whole twip, halves away from zero. `count` must fit an int.
+    /// The nearest whole twip; halves are rounded away from zero. `count` must fit an int.
     [[nodiscard]] static constexpr Twips rounded(double count) {
         return Twips(static_cast<int>(count < 0 ? count - 0.5 : count + 0.5));
     }
