@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ownership of libcdio's handle and safe opening: the library's own log handler ends the process.
-// Also the table of contents as the library returns it, unchecked (optical_layout.h checks it).
-// Once the log is silent, handles share no state: each may be used on any thread, by one thread at
-// a time.
+// Owns a handle of libcdio. Handles are opened with the library's log disabled, because its log
+// handler ends the process. Also reads the table of contents, unchecked (optical_layout.h checks
+// it). With the log disabled, handles share no state: each may be used on any thread, by one thread
+// at a time.
 #pragma once
 
 #include <memory>
@@ -18,11 +18,12 @@ struct CdioCloser {
 };
 using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
 
-/// Opens a device node without closing an open tray, or the source of another named `driver` that
-/// emulates a drive. Empty if it cannot be opened. A file that is no drive may open too.
+/// Opens a device node without closing an open tray, or, with another `driver`, an image from which
+/// that driver emulates a drive. Empty if `path` cannot be opened. Opening may also succeed for a
+/// file that is not a drive.
 [[nodiscard]] CdioHandle openCdio(const std::string& path, driver_id_t driver = DRIVER_DEVICE);
 
-/// Both are ignored by a drive that refuses or has no tray.
+/// A drive that refuses the command or has no tray ignores it.
 void openTrayOf(const std::string& device);
 void closeTrayOf(const std::string& device);
 

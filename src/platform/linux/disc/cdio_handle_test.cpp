@@ -27,7 +27,7 @@ TEST(CdioHandle, KeepsTheLibrarysLogSilent) {
     EXPECT_EQ(messages, 0);
 }
 
-TEST(CdioHandle, FindsNoTableInSomethingThatIsNoDrive) {
+TEST(CdioHandle, FindsNoTableInAFileThatIsNotADrive) {
     const CdioHandle cdio = openCdio("/dev/null"); // opens, but must not count as a drive
     ASSERT_TRUE(cdio);
     EXPECT_EQ(rawTocOf(cdio.get()), RawToc{});

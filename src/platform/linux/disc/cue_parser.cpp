@@ -54,7 +54,7 @@ class CueParser {
     struct FilePosition {
         std::int64_t sector = 0;
         std::int64_t byte = 0;
-        int sectorBytes = 0; ///< of the track that continues here; 0: no INDEX yet
+        int sectorBytes = 0; ///< of the track of the last INDEX; 0: no INDEX yet
     };
     /// An INDEX whose end is unknown until the next one is read.
     struct OpenPoint {
@@ -265,7 +265,7 @@ Status CueParser::readIndex(std::string_view rest) {
     position = {sector, byte, track.sectorBytes};
     fileUsed_ = true;
     track.lastIndex = index;
-    // An index within a track does not split its sound, unless it continues in another file.
+    // An index within a track does not split its sound, unless the track continues in another file.
     if (index <= 1 || open_->file != *file_) {
         closePoint(*file_, sector);
         open_ = OpenPoint{*file_, sector, byte, tracks_.size() - 1, index};
@@ -340,7 +340,7 @@ Result<ImageLayout> CueParser::finish() {
     if (tracks_.empty()) {
         return fail("the sheet has no TRACK");
     }
-    closePoint(files_.size(), 0); // no file: the last segment extends to the end of its own
+    closePoint(files_.size(), 0); // no such file: the last segment extends to its file's end
     std::vector<SheetTrack> contents;
     for (Track& track : tracks_) {
         const auto silence = [](std::int64_t sectors) {

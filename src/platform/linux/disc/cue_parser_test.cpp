@@ -54,7 +54,7 @@ TEST(CueParser, AStoredPauseBelongsToTheTrackBefore) {
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 150, 150), soundOf(0, 300, 150)))
-        << "the content before track 1 is not part of the line";
+        << "the content before track 1 is not on the time line";
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
 
@@ -149,7 +149,7 @@ TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheLine) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, 150), soundOf(0, 600, 75)));
 }
 
-TEST(CueParser, TakesAnyCaseAByteOrderMarkAndAnyLineEnds) {
+TEST(CueParser, AcceptsAnyCaseAByteOrderMarkAndAnyLineEnds) {
     const auto layout = accepted("\xEF\xBB\xBF"
                                  "file \"a.bin\" binary\r\n\ttrack 1 audio\r\n"
                                  "\t\tindex 1 0:0:0\r\n\r\n");
@@ -157,7 +157,7 @@ TEST(CueParser, TakesAnyCaseAByteOrderMarkAndAnyLineEnds) {
     EXPECT_THAT(layout.tracks, SizeIs(1));
 }
 
-TEST(CueParser, TakesNamesWithAndWithoutQuotationMarks) {
+TEST(CueParser, AcceptsNamesWithAndWithoutQuotationMarks) {
     const auto nameIn = [](std::string_view line) {
         return accepted(std::string(line) + "\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n").files[0].name;
     };
@@ -213,7 +213,7 @@ TEST(CueParser, RefusesTimesOutOfRange) {
                 HasSubstr("minutes go up to 99"));
 }
 
-TEST(CueParser, RefusesASheetTruncatedAtAnyByteOrReadsItsCompleteTracks) {
+TEST(CueParser, ATruncatedSheetIsRefusedOrItsCompleteTracksAreRead) {
     const std::string whole = "FILE \"a.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                               "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00";
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -226,7 +226,7 @@ TEST(CueParser, RefusesASheetTruncatedAtAnyByteOrReadsItsCompleteTracks) {
     }
 }
 
-TEST(CueParser, ReportsWhatIsTruncated) {
+TEST(CueParser, ReportsTruncatedStatements) {
     EXPECT_THAT(refused(""), HasSubstr("no TRACK"));
     EXPECT_THAT(refused("FILE \"a.bin\" BINARY\n\nREM\n"),
                 HasSubstr("line 1: no INDEX follows the file"));

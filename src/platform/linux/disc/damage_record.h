@@ -24,7 +24,7 @@ class DamageRecord {
   public:
     /// `sector` uses the drive's numbering and is not negative.
     void note(std::int64_t sector, Delivery delivery);
-    /// The number of different sectors that have been damaged at any time.
+    /// The number of different sectors that were damaged in at least one read.
     [[nodiscard]] std::int64_t sectors() const;
     /// How many of those in [`first`, `end`) were damaged when they were last delivered.
     [[nodiscard]] Damage among(std::int64_t first, std::int64_t end) const;
@@ -32,9 +32,9 @@ class DamageRecord {
   private:
     mutable std::mutex mutex_;
     // Indexed by sector, up to the last damaged one; 56 KB each for the longest disc.
-    std::vector<bool> damaged_; ///< at any time
-    std::vector<bool> guessed_; ///< the last time
-    std::vector<bool> silent_;  ///< the last time
+    std::vector<bool> damaged_; ///< in at least one read
+    std::vector<bool> guessed_; ///< in the last read
+    std::vector<bool> silent_;  ///< in the last read
     std::int64_t count_ = 0;
 };
 

@@ -12,8 +12,8 @@ namespace {
 constexpr std::uint64_t fnvOffset = 14695981039346656037U;
 constexpr std::uint64_t fnvPrime = 1099511628211U;
 
-// The identity is never 0. Multiplied by a fraction below 1, plus one and without decimals, it
-// becomes a file's number, which is a signed 32-bit value.
+// The identity is never 0. The logic computes a file's number from it: multiplied by a fraction
+// below 1, plus 1, without decimals. That number must fit a signed 32-bit integer.
 constexpr std::uint64_t largestIdentity = 2147483646U;
 
 std::uint64_t mixIn(std::uint64_t hash, std::uint64_t value) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface of a drive and its disc for the devices above: a table of tracks on one time line,
-// and sectors of sound. This is not the player (disc_player.h), and it depends on no file format.
+// The interface of a drive and its disc: a table of tracks on one time line, and sectors of sound.
+// It does not play the disc (disc_player.h does), and it depends on no file format.
 #pragma once
 
 #include <cstdint>
@@ -29,8 +29,9 @@ enum class TrackKind { audio, data };
 /// One track. Its number is its position in the table, counted from 1.
 struct Track {
     TrackKind kind = TrackKind::audio;
-    /// From this track's INDEX 01 to the next track's INDEX 01, so the pause before the next track
-    /// belongs to this one; or to the end of its sound if no playable track follows directly.
+    /// The length from this track's INDEX 01 to the next track's INDEX 01, including the pause
+    /// before the next track. If no playable track follows directly: to the end of this track's
+    /// sound.
     std::int64_t sectors = 0;
 };
 
@@ -43,8 +44,8 @@ struct Table {
     /// First sector of track `number` (1 to the count), or the line's end for count + 1.
     [[nodiscard]] std::int64_t start(int number) const;
     [[nodiscard]] std::int64_t sectors() const;
-    /// The track that contains `sector`; from the line's end on the last track; 0 for an empty
-    /// table.
+    /// The number of the track that contains `sector`; the last track for a sector at or after the
+    /// line's end; 0 for an empty table.
     [[nodiscard]] int trackAt(std::int64_t sector) const;
 };
 
@@ -76,7 +77,7 @@ class Disc {
     /// How many sectors of the time line in [`first`, `end`) were damaged when they were last read.
     /// May be called while another thread reads.
     [[nodiscard]] virtual Damage damageIn(std::int64_t first, std::int64_t end) const = 0;
-    /// Reads whole sectors of the time line. Preconditions: `out` holds a multiple of
+    /// Reads whole sectors of the time line. Preconditions: the size of `out` is a multiple of
     /// framesPerSector frames, and `first` plus that many sectors does not exceed the line's end,
     /// since reading past the last sector hangs some drives. May block for as long as the device
     /// takes, with a bounded effort for each sector; a device that hangs may never return. Called
@@ -108,8 +109,8 @@ enum class DeviceProblem {
 /// The state of a drive or its disc, for the user.
 struct DriveReport {
     DeviceProblem kind = DeviceProblem::none;
-    /// The message, with file, line and cause. May be empty for an empty drive, and may be set
-    /// without a problem for a disc that can be played only in part.
+    /// The message, with file, line and cause. May be empty for an empty drive. May be set although
+    /// `kind` is `none`, for a disc that can be played only in part.
     std::string text = {};
     friend bool operator==(const DriveReport&, const DriveReport&) = default;
 };
@@ -137,8 +138,8 @@ class Drive {
     [[nodiscard]] virtual std::string name() const = 0;
     /// Reads the table of the medium now in the drive. May block as long as the device takes.
     [[nodiscard]] virtual Loaded load() = 0;
-    /// As load(), for callers that poll and must not be blocked: empty while the table is being
-    /// read. A drive without that ability reads it at once.
+    /// As load(), for callers that poll and must not be blocked: returns empty while the table is
+    /// being read. By default blocks like load().
     [[nodiscard]] virtual std::optional<Loaded> loadSoon() { return load(); }
     /// Whether a disc is in the drive now. Cheap: called once a second.
     [[nodiscard]] virtual bool mediaPresent() = 0;

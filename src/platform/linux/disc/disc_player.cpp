@@ -21,8 +21,9 @@ using Clock = std::chrono::steady_clock;
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
 // One read: a third of a second, and the most that a drive accepts in one command.
 constexpr int sectorsPerRead = 25;
-// Longer than an image takes for one read. The once-a-second check of the medium may destroy a
-// player, and must not delay the window noticeably: see PatientDrive::mediumMoment.
+// The destructor's time limit for the current read; one read of an image is shorter. The check of
+// the medium, once a second, may destroy a player and must not delay the window noticeably: see
+// PatientDrive::mediumMoment.
 constexpr std::chrono::milliseconds patience{5};
 
 /// Where playing from `sector` must stop: at `endSector`, or at the start of the first data track
@@ -41,9 +42,9 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 
 } // namespace
 
-// Everything that the reader's thread accesses, since it may outlive the player. All state is
-// protected by one mutex, which is held at most for copying some kilobytes and never while the disc
-// is read; that is short enough for the engine's thread.
+// Contains everything that the reader's thread accesses, because that thread may outlive the
+// player. One mutex protects all state. It is held at most while some kilobytes are copied and
+// never while the disc is read, which is short enough for the engine's thread.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
@@ -167,7 +168,7 @@ class DiscPlayer::Reader {
         if (frames == wanted) {
             return sound::Supply::flowing;
         }
-        // Once the medium is gone no more sound arrives, although the mode is still `playing`.
+        // If the medium is gone, the mode may still be `playing`, but no more sound arrives.
         if (mode_ == PlayerMode::stopped) {
             return sound::Supply::ended;
         }

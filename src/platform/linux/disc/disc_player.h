@@ -22,8 +22,8 @@ enum class PlayerMode { stopped, playing, paused };
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);
-    /// Stops the current read and waits a moment for it. A read that hangs is left behind, together
-    /// with the disc, until the device returns.
+    /// Requests that the current read stop and waits a moment for it. If the read hangs, its thread
+    /// and the disc exist until the device returns.
     ~DiscPlayer() override;
     DiscPlayer(const DiscPlayer&) = delete;
     DiscPlayer& operator=(const DiscPlayer&) = delete;
@@ -35,25 +35,25 @@ class DiscPlayer : public sound::SampleSource {
     [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void pause();
     void resume();
-    /// Stops; the position stays where it is.
+    /// Stops; the position does not change.
     void stop();
-    /// Stops, and moves the position.
+    /// Stops and sets the position.
     void seek(std::int64_t sector);
 
-    /// `playing` changes to `stopped` by itself at the end; after the disc has vanished the mode
-    /// stays `playing`, and the position no longer moves.
+    /// `playing` changes to `stopped` by itself at the end; after the medium has been removed the
+    /// mode stays `playing`, and the position no longer changes.
     [[nodiscard]] PlayerMode mode() const;
-    /// In frames of the disc's time line (framesPerSector per sector): the engine has pulled all
-    /// frames before it. At the end of playing it is exactly the end sector's first frame.
+    /// The first frame of the disc's time line (framesPerSector per sector) that the engine has not
+    /// pulled yet. At the end of playing it is exactly the end sector's first frame.
     [[nodiscard]] std::int64_t positionInFrames() const;
     /// How long the current read has taken so far; 0 if there is none.
     [[nodiscard]] std::chrono::milliseconds readingFor() const;
     /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
-    /// Starving while nothing has been read yet, and while paused. Ended while stopped. Lost once
-    /// the medium is gone and everything read before has been pulled, although the mode is still
-    /// `playing`. A full block is always `flowing`, even the last one.
+    /// The supply is `starving` while too little has been read and while paused, `ended` while
+    /// stopped, and `lost` once the medium is gone and everything read before has been pulled,
+    /// although the mode is still `playing`. A full block is always `flowing`, even the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a player is destroyed while its disc is being read; disc_player_test.cpp has the rest.
+// Tests how a player is destroyed while its disc is being read. disc_player_test.cpp contains the
+// other tests.
 #include "platform/linux/disc/disc_player.h"
 
 #include <atomic>
@@ -51,7 +52,7 @@ TEST(ADiscPlayer, CanBeDestroyedInTheMiddleOfARead) {
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
 }
 
-TEST(ADiscPlayer, LeavesAHangingReadBehind) {
+TEST(ADiscPlayer, CanBeDestroyedWhileAReadHangs) {
     const auto disc = std::make_shared<FakeDisc>(longTable().tracks);
     disc->hold();
     auto player = std::make_unique<DiscPlayer>(disc);
@@ -61,7 +62,7 @@ TEST(ADiscPlayer, LeavesAHangingReadBehind) {
     EXPECT_GT(disc.use_count(), 1) << "the hanging read owns its disc";
     disc->release();
     EXPECT_TRUE(fakes::eventually([&] { return disc.use_count() == 1; }));
-    EXPECT_EQ(disc->reads().size(), 1u) << "nothing more is read after the player's end";
+    EXPECT_EQ(disc->reads().size(), 1u) << "no read begins after the player is destroyed";
 }
 
 TEST(ADiscPlayer, StopsTheCurrentReadWhenItIsDestroyed) {

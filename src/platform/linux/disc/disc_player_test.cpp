@@ -29,7 +29,8 @@ std::shared_ptr<FakeDisc> longDisc() {
     return discOf({{TrackKind::audio, 10000}});
 }
 
-/// Pulls until `wanted` frames have arrived or the source has ended, as a patient engine does.
+/// Pulls until `wanted` frames have arrived or the source has ended, as an engine without a time
+/// limit does.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
     std::vector<StereoFrame> played;
     std::vector<StereoFrame> block(blockFrames);
@@ -75,7 +76,7 @@ TEST(DiscPlayer, DeliversEveryFrameOfTheStretchOnceAndInOrder) {
     EXPECT_EQ(player.positionInFrames(), 1007 * framesPerSector);
 }
 
-TEST(DiscPlayer, CountsThePositionInFramesThatWereTaken) {
+TEST(DiscPlayer, CountsThePositionInPulledFrames) {
     DiscPlayer player(longDisc());
     ASSERT_TRUE(player.play(100, 200).ok());
     EXPECT_EQ(player.positionInFrames(), 100 * framesPerSector);
@@ -98,7 +99,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Nothing is pulled, so these are all the reads that fit into the ring.
+    // Nothing is pulled, so these are all the reads that fit into the queue.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -138,7 +139,7 @@ TEST(DiscPlayer, EndsAtOnceInADataTrackAndOnAnEmptyStretch) {
     EXPECT_TRUE(disc->reads().empty());
 }
 
-TEST(DiscPlayer, StarvesWhileTheFirstReadTakesItsTime) {
+TEST(DiscPlayer, StarvesDuringTheFirstRead) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -152,7 +153,7 @@ TEST(DiscPlayer, StarvesWhileTheFirstReadTakesItsTime) {
     EXPECT_EQ(playToItsEnd(player), framesAt(0, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatIsStillBeingRead) {
+TEST(DiscPlayer, DeliversNoFrameOfAPreviousPositionThatIsStillBeingRead) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);
@@ -164,7 +165,7 @@ TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatIsStillBeingRead) {
     EXPECT_EQ(playToItsEnd(player), framesAt(5000 * framesPerSector, 100 * framesPerSector));
 }
 
-TEST(DiscPlayer, DeliversNothingOfAPreviousPositionThatWasReadAhead) {
+TEST(DiscPlayer, DeliversNoFrameOfAPreviousPositionThatWasReadAhead) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 1000).ok());
@@ -211,14 +212,14 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
     disc->waitForReads(1);
     player.pause();
     disc->release();
-    // Long enough to reveal a reader that does not rest; one that rests always passes.
+    // Long enough to detect a reader that does not wait; one that waits always passes.
     for (int i = 0; i < 20 && disc->reads().size() == 1; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     EXPECT_EQ(disc->reads().size(), 1u);
 }
 
-TEST(DiscPlayer, StopsAtItsPositionAndSeeksToTheGivenOne) {
+TEST(DiscPlayer, AStopKeepsThePositionAndASeekSetsIt) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(10, 1000).ok());
@@ -288,7 +289,7 @@ TEST(DiscPlayer, NoticesThatTheMediumIsGoneInAnObsoleteRead) {
 
 // The engine pulls on its own thread while many commands are issued. It may receive only runs of
 // consecutive frames, and a run may begin only where a command has set the position.
-TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
+TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     constexpr std::int64_t grid = 100; // all plays start on multiples of this many sectors
@@ -353,7 +354,7 @@ TEST(DiscPlayer, StaysExactWhileCommandsComeFromAnotherThread) {
     EXPECT_LE(disc->furthest(), 10000);
 }
 
-TEST(DiscPlayer, RefusesToPlayWhileTheSystemHasNoThread) {
+TEST(DiscPlayer, APlayFailsWhileNoThreadCanBeStarted) {
     fakes::LimitedThreads threads(0);
     DiscPlayer player(longDisc(), threads.starter());
     player.seek(5);
@@ -365,7 +366,7 @@ TEST(DiscPlayer, RefusesToPlayWhileTheSystemHasNoThread) {
     threads.free(1);
     ASSERT_TRUE(player.play(7, 9).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 2 * framesPerSector));
-    ASSERT_TRUE(player.play(1, 2).ok()) << "one thread serves all plays";
+    ASSERT_TRUE(player.play(1, 2).ok()) << "the next play uses the same thread";
 }
 
 } // namespace

@@ -29,7 +29,7 @@ TEST(Table, TheStartAfterTheLastTrackIsTheEndOfTheLine) {
     EXPECT_EQ(threeTracks().sectors(), 1200);
 }
 
-TEST(Table, ASectorBelongsToTheTrackThatHoldsIt) {
+TEST(Table, ASectorBelongsToTheTrackThatContainsIt) {
     const Table table = threeTracks();
     EXPECT_EQ(table.trackAt(0), 1);
     EXPECT_EQ(table.trackAt(299), 1);
@@ -75,7 +75,8 @@ TEST(Identity, IsAPositiveNumberThatStillFitsIn32BitsWhenOneIsAdded) {
 }
 
 TEST(Identity, DoesNotChangeBetweenVersions) {
-    // The names of captures are made from it; no other test would notice a change of the hash.
+    // The names of captures are computed from the identity; no other test detects a change of the
+    // hash.
     EXPECT_EQ(identityOf({{{TrackKind::audio, 300}}}), "1454843024");
 }
 

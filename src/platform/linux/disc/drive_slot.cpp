@@ -16,8 +16,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A drive may spin up before its table is read, and so may a hard disk with images. A tray takes a
-// few seconds to move; a caller that waits for it to close queries the medium anyway.
+// The time limits of a load include the spin-up of the drive, or of a hard disk with images. A tray
+// takes longer to move than its limit, but a caller that waits for it to close queries the medium
+// anyway.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
@@ -41,7 +42,7 @@ DriveMakers realDriveMakers(waiting::Services services) {
 struct DriveSlot::Reports {
     class ReportedDisc;
 
-    /// The drive is empty: messages of an earlier disc no longer apply.
+    /// Called when the drive is empty: messages of an earlier disc no longer apply.
     void clearDisc() {
         const std::lock_guard lock(mutex);
         disc = nullptr;
@@ -50,7 +51,7 @@ struct DriveSlot::Reports {
 
     DriveReport problem;
     std::mutex mutex; ///< protects the members below: a player may release its disc on any thread
-    const ReportedDisc* disc = nullptr; ///< its remark may grow while it is read
+    const ReportedDisc* disc = nullptr; ///< its remark may grow while the disc is read
     std::string lastRemark;             ///< of that disc, once it has been destroyed
 };
 
@@ -144,8 +145,8 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
     if (drive_ && chosen == chosen_) {
         return drive_;
     }
-    // A separate object for each choice: a previous drive that is still in use no longer reports
-    // here.
+    // A new object for each choice, so that a previous drive that is still in use cannot change the
+    // report.
     reports_ = std::make_shared<Reports>();
     chosen_ = chosen;
     optical_ = firstFound || namesADevice(chosen);

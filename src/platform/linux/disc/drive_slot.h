@@ -37,8 +37,8 @@ class DriveSlot {
     /// choice is the same (so that an open tray stays open), and may outlive the slot.
     [[nodiscard]] std::shared_ptr<Drive> openDrive();
 
-    /// The user has just made the choice, perhaps the same one again: an ejected image is inserted
-    /// again. The tray of an optical drive is not moved.
+    /// Called after each choice of the user. Choosing the image in use once more inserts it again
+    /// if it was ejected. The tray of an optical drive is not moved.
     void choiceMade();
 
     /// Why the last load of the chosen drive found no disc, or the current remark of its disc.

@@ -59,7 +59,7 @@ class DriveSlotTest : public testing::Test {
                     }}};
 };
 
-TEST_F(DriveSlotTest, TakesTheFirstOpticalDriveIfNothingIsChosen) {
+TEST_F(DriveSlotTest, UsesTheFirstOpticalDriveIfNothingIsChosen) {
     optical = {"/dev/sr0", "/dev/sr1"};
     EXPECT_NE(slot.openDrive(), nullptr);
     EXPECT_THAT(made, ElementsAre("optical /dev/sr0"));
@@ -143,7 +143,7 @@ TEST_F(DriveSlotTest, KeepsTheMessageOfADiscThatIsNoLongerOpen) {
     EXPECT_EQ(slot.report().text, "disc.bin is shorter than its table");
 }
 
-TEST_F(DriveSlotTest, ForgetsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
+TEST_F(DriveSlotTest, ClearsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
     configured = "/a.cue";
     const auto disc = std::make_shared<RemarkingDisc>();
     disc->words = "torn";
@@ -156,7 +156,7 @@ TEST_F(DriveSlotTest, ForgetsTheMessageOfAPreviousDiscWhenTheDriveIsEmpty) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, APreviousDiscDoesNotReportForTheOneLoadedAfterIt) {
+TEST_F(DriveSlotTest, ARemarkOfAPreviousDiscIsNotReportedForTheNextOne) {
     configured = "/a.cue";
     const auto torn = std::make_shared<RemarkingDisc>();
     torn->words = "torn";
@@ -187,7 +187,7 @@ class RealDriveSlot : public testing::Test {
     DriveMakers makers = realDriveMakers({threads, waiting, notices});
 };
 
-// In a queue of captures each track opens the drive again.
+// A queue of captures opens the drive again for each track.
 TEST_F(RealDriveSlot, KeepsTheDamageCountAcrossOpens) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits> // for CDSL_CURRENT, whose header does not include it
+#include <climits> // needed by CDSL_CURRENT, whose header does not include <climits>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

@@ -26,7 +26,7 @@ struct DriveStatus {
     int error = 0; ///< errno of an unreachable drive
 };
 
-/// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after it.
+/// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after that call.
 [[nodiscard]] DriveStatus statusOfReply(int reply, int error);
 
 /// Cheap enough to be called each second. `device` is a device node.

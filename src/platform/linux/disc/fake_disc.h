@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc for tests: each frame encodes its position on the time line, and reads can be held up,
-// watched and ended. For tests only.
+// A disc in which each frame encodes its position on the time line. Tests can block its reads, list
+// them and remove the medium. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -52,7 +52,7 @@ class FakeDisc : public Disc {
         held_ = false;
         changed_.notify_all();
     }
-    /// Makes reads that reach `sector` or further find the medium gone.
+    /// Makes reads of `sector` or any later sector return `gone`.
     void vanishFrom(std::int64_t sector) {
         const std::lock_guard lock(mutex_);
         goneFrom_ = sector;

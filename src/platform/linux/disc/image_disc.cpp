@@ -19,8 +19,9 @@ namespace {
 
 enum class SheetKind { cue, toc };
 
-/// The kind of a sheet by its first distinctive line: a TOC's header or comment, or a TRACK with a
-/// mode where a CUE has a number; a FILE before any TRACK occurs only in a CUE.
+/// Detects the kind of a sheet by its first distinctive line: a TOC's header or comment ("//"), or
+/// a TRACK, which is followed by a mode in a TOC and by a number in a CUE. A FILE before any TRACK
+/// occurs only in a CUE.
 std::optional<SheetKind> kindOfText(const std::vector<std::string_view>& lines) {
     for (const std::string_view line : lines) {
         std::string_view rest = line;
@@ -63,7 +64,7 @@ Result<SheetKind> kindOf(const fs::path& path, std::string_view sheet, std::stri
                              "the disc's tracks");
 }
 
-/// Reads at most one byte more than a sheet may have, so that a longer one is noticed. Empty for a
+/// Reads at most one byte more than a sheet may have, so that a longer one is detected. Empty for a
 /// sheet that cannot be read completely: the readable part may look like a complete sheet of a
 /// shorter disc.
 std::optional<std::string> textOf(const FileHandle& file) {
@@ -122,7 +123,7 @@ Result<std::shared_ptr<ImageDisc>> ImageDisc::open(const fs::path& path) {
     if (!layout.ok()) {
         return layout.error();
     }
-    // A plain file name has no folder part to search.
+    // A plain file name has no folder part: the sheet is in the current folder.
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     auto files = openFiles(folder, sheet, layout.value());
     if (!files.ok()) {

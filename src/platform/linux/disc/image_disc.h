@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc stored in files: a CUE or TOC sheet and the files that it names. Choosing and reloading an
-// image is the job of ImageDrive.
+// A disc stored in files: a CUE or TOC sheet and the files that it names. It never reloads them;
+// ImageDrive does.
 #pragma once
 
 #include <atomic>
@@ -19,9 +19,9 @@ namespace sonarith::disc {
 class ImageDisc final : public Disc {
   public:
     /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc" in any case
-    /// determines the kind of sheet, else its text does. Errors, with file, line and cause in the
-    /// message: fileNotFound and permissionDenied for the sheet or a file that it names, any other
-    /// number for every other reason that the disc cannot be played.
+    /// determines the kind of sheet; with any other extension the text does. Errors, with file,
+    /// line and cause in the message: fileNotFound and permissionDenied for the sheet or a file
+    /// that it names, other numbers for all other causes.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
@@ -32,7 +32,8 @@ class ImageDisc final : public Disc {
     /// Whether the sheet and its files are unchanged since they were opened. May be called while
     /// another thread reads.
     [[nodiscard]] bool unchanged() const;
-    /// Removes the disc for good. May be called on another thread than `read`.
+    /// Removes the disc: all later reads return `gone`. May be called on another thread than
+    /// `read`.
     void eject() { ejected_ = true; }
 
   private:

@@ -110,7 +110,7 @@ TEST(ImageDisc, ReadsAnyRunOfSectors) {
     }
 }
 
-TEST(ImageDisc, PlaysATocToTheSample) {
+TEST(ImageDisc, PlaysEverySampleOfAToc) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30), std::endian::big);
     folder.writeFrames("b.bin", ramp(30 * 588, 1000), std::endian::little);
@@ -122,7 +122,7 @@ TEST(ImageDisc, PlaysATocToTheSample) {
                                             "TRACK AUDIO\nSILENCE 00:00:02\nZERO 588\nSTART\n"
                                             "FILE \"c.wav\" 588\nSILENCE 1\n");
     expectLine(path, joined({rampSectors(2, 28), ramp(30 * 588, 1000),
-                             // up to the next sector, and the pause of track 3
+                             // silence up to the next sector, and the pause before track 3
                              std::vector<sound::StereoFrame>(2 * 588 - 1000), silentSectors(3),
                              rampSectors(41, 4), silentSectors(1)}));
     EXPECT_EQ(opened(path)->table().start(2), 8 + 3);
@@ -181,7 +181,7 @@ TEST(ImageDisc, ABinShorterThanItsTablePlaysItsContentAndReportsTheRest) {
                                       HasSubstr("from 00:00:07 on"), HasSubstr("track 3")));
 }
 
-TEST(ImageDisc, ReportsWhichFileOfWhichLineCannotBeRead) {
+TEST(ImageDisc, ReportsTheFileThatCannotBeReadAndItsLine) {
     const ImageFolder folder;
     EXPECT_EQ(refused(folder.write("a.cue", "REM\n" + twoTracks("b.bin BINARY"))),
               "a.cue, line 2: \"b.bin\" cannot be read: the file was not found beside the image");

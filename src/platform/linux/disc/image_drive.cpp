@@ -47,7 +47,7 @@ bool ImageDrive::mediaPresent() {
         loadable_ = false;
         return false;
     }
-    // The sheet or its files may have been repaired meanwhile.
+    // The sheet or its files may have been repaired since the last load.
     loadable_ = loadable_ || ImageDisc::open(sheet_).ok();
     return loadable_;
 }

@@ -19,14 +19,15 @@ class ImageDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::image; }
     [[nodiscard]] std::string name() const override { return "the disc image " + sheet_.string(); }
-    /// The image's errors with their messages; trayOpen without a message while the tray is open.
+    /// Reports the image's errors with their messages, or trayOpen without a message while the tray
+    /// is open.
     [[nodiscard]] Loaded load() override;
     /// Whether the tray is closed and the sheet exists; after a failed load, whether the files can
-    /// now be read. False once when a file of the loaded disc, still in use, has been replaced,
-    /// written to or deleted: that disc is gone from then on, and the present contents of the files
-    /// can be loaded.
+    /// now be read. Returns false once if a file of the loaded disc has been replaced, written to
+    /// or deleted while the disc is in use. That disc is gone from then on, and the present
+    /// contents of the files can be loaded.
     [[nodiscard]] bool mediaPresent() override;
-    /// The loaded disc is gone from now on, also for an owner that still plays it.
+    /// Removes the loaded disc: it is gone also for an owner that still plays it.
     void openTray() override;
     void closeTray() override;
 
@@ -35,7 +36,7 @@ class ImageDrive final : public Drive {
 
     const std::filesystem::path sheet_;
     Tray tray_ = Tray::closed;
-    bool loadable_ = true; ///< as far as is known
+    bool loadable_ = true; ///< false after a failed load or a change, until a check succeeds
     std::weak_ptr<ImageDisc> disc_;
 };
 

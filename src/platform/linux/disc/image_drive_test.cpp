@@ -121,7 +121,7 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     EXPECT_FALSE(drive_.mediaPresent()) << "the sound file is deleted";
 }
 
-TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsJustReadAgain) {
+TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsReadAgain) {
     EXPECT_NE(drive_.load().disc, nullptr);
     writeTracks(2);
     EXPECT_TRUE(drive_.mediaPresent());
