@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One opened file of a disc image: stereo frames at byte offsets, whatever its format. It does not
-// know where those frames are on a disc.
+// One opened file of a disc image: stereo frames at byte offsets, whatever its format. The position
+// of the frames on a disc is computed by image_timeline.h.
 #pragma once
 
 #include <cstdint>

@@ -51,13 +51,13 @@ joined(std::initializer_list<std::vector<sound::StereoFrame>> runs) {
     return all;
 }
 
-/// The whole time line of `disc`, read in blocks of `sectorsAtOnce`.
+/// The whole time line of `disc`, read in blocks of `sectorsAtOnce` sectors.
 inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sectorsAtOnce = 7) {
     std::vector<sound::StereoFrame> all;
     const std::int64_t end = disc.table().sectors();
     for (std::int64_t sector = 0; sector < end; sector += sectorsAtOnce) {
         const auto count = std::min(sectorsAtOnce, end - sector);
-        // Not silent initially, so that a frame that is not written is noticed.
+        // Not silent initially, so that a frame that is not written is detected.
         std::vector<sound::StereoFrame> block(static_cast<std::size_t>(count * framesPerSector),
                                               {0x1111, 0x1111});
         EXPECT_EQ(disc.read(sector, block), ReadOutcome::ok) << "at sector " << sector;

@@ -38,10 +38,11 @@ struct Segment {
     std::int64_t offset = 0; ///< in bytes: in the file, or in the samples of a WAVE
     std::int64_t frames = 0; ///< length on the time line, or toFileEnd
     int sectorBytes = 2352;  ///< size of one sector in the file
-    /// Granularity, in frames, to which a length that the file determines is rounded: sectors in a
-    /// CUE, single frames in a TOC.
+    /// A length that the file determines is rounded to a multiple of this number of frames: one
+    /// sector in a CUE, one frame in a TOC.
     int roundedTo = framesPerSector;
-    /// The number of bytes by which a stated data length falls short of a whole last sector.
+    /// The number of bytes that are missing from the last sector if a stated data length ends
+    /// inside it.
     int lastSectorLacks = 0;
     friend bool operator==(const Segment&, const Segment&) = default;
 };
@@ -50,7 +51,7 @@ struct LayoutTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0; ///< in the sheet
     /// From INDEX 01 to the next track's INDEX 01. A total that is not a whole number of sectors is
-    /// filled up with silence.
+    /// padded with silence.
     std::vector<Segment> segments;
 };
 
@@ -69,7 +70,7 @@ struct SheetTrack {
 };
 
 /// Appends each pause to the preceding track. Pauses before the first track, before a new session
-/// and between sound and data are left out: playing never continues there.
+/// and between sound and data are left out, because playing never continues across them.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
 
 /// How many bytes of its file `segment` takes up. Precondition: its length is stated.

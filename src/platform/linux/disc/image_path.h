@@ -9,9 +9,9 @@
 
 namespace sonarith::disc {
 
-/// The file in `folder` for `name`: the exact name first; else backslashes count as separators, and
-/// each part that does not exist as written is matched case-insensitively by Unicode's rules (the
-/// first match in byte order). Empty if there is none.
+/// Finds the file in `folder` for `name`. The exact name is tried first. Then backslashes are
+/// separators too, and each part that does not exist as written is matched case-insensitively by
+/// Unicode's rules (the first match in byte order). Empty if there is no such file.
 [[nodiscard]] std::optional<std::filesystem::path>
 findImageFile(const std::filesystem::path& folder, std::string_view name);
 

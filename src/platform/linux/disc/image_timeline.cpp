@@ -24,8 +24,8 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
     const std::int64_t bytes = std::max<std::int64_t>(fileBytes - segment.offset, 0);
     const std::int64_t wholeSectors = bytes / segment.sectorBytes;
     if (segment.frames != toFileEnd) {
-        // A stated length may end anywhere in a sector, but of a truncated file only whole sectors
-        // are usable.
+        // A stated length may end anywhere in a sector, but only the whole sectors of a truncated
+        // file are usable.
         const bool whole = bytes >= statedBytes(segment);
         return {segment.frames, whole ? segment.frames : wholeSectors * framesPerSector};
     }
@@ -41,7 +41,7 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
     return {wholeSectors * framesPerSector, wholeSectors * framesPerSector};
 }
 
-/// A track whose file has less than the sheet states.
+/// A track whose file contains less than the sheet states.
 struct Shortage {
     enum class Kind { truncated, missing, lengthUnknown };
     Kind kind = Kind::truncated;
@@ -89,11 +89,11 @@ class LineBuilder {
     const ImageLayout& layout_;
     std::span<const std::int64_t> fileBytes_;
     ImageTimeline line_;
-    std::int64_t trackStart_ = 0; ///< in frames
-    std::int64_t at_ = 0;         ///< in frames
+    std::int64_t trackStart_ = 0; ///< of the track being added, in frames
+    std::int64_t at_ = 0;         ///< end of the line so far, in frames
     bool anyContent_ = false;
     std::vector<Shortage> shortages_;
-    // of the track being added: where and in which file its first shortage is, if any
+    // The first shortage of the track being added, if any: its frame in the track, and its file.
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
 };
 

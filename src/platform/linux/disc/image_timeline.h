@@ -41,9 +41,10 @@ struct ImageTimeline {
                                        std::int64_t end);
 
 /// `fileBytes` holds the length of each of the layout's files; for a WAVE, of its samples. A track
-/// whose file ends early keeps its stated length; one without a stated length that begins beyond
-/// its file's end keeps its number, with the shortest length that a track may have. Errors: no
-/// sound at all; more than fits on a disc. `sheet` is the sheet's name in messages.
+/// whose file ends early keeps its stated length. A track without a stated length that begins
+/// beyond its file's end keeps its number and gets the shortest length that a track may have.
+/// Errors: the files contain no content of the disc; the tracks are longer than the longest disc.
+/// `sheet` is the sheet's name in messages.
 [[nodiscard]] Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                               std::span<const std::int64_t> fileBytes);
 

@@ -58,7 +58,7 @@ TEST(Timeline, TheLastSectorOfASoundFileIsPadded) {
     EXPECT_EQ(line.value().sound[1].start, 301 * 588);
 }
 
-TEST(Timeline, FilesOfOneTocTrackJoinToTheFrame) {
+TEST(Timeline, FilesOfOneTocTrackAreJoinedAtTheExactFrame) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nFILE \"b.bin\" 0\n"
                               "TRACK AUDIO\nSILENCE 1\n",
                               {100 * 4, 1000 * 4 + 3});
@@ -94,7 +94,7 @@ TEST(Timeline, DataMayEndAnywhereInASectorToo) {
     EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
     EXPECT_THAT(whole.value().remark, IsEmpty());
     EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is truncated"));
-    // The last sector belongs to the track, whatever precedes its start.
+    // If START splits the data, the incomplete last sector is in the part after it.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
     EXPECT_THAT(tocLine(parted, {2352, 4096}).value().remark, HasSubstr("track 2 is missing"));
@@ -184,7 +184,7 @@ TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
     EXPECT_THAT(line.value().sound, IsEmpty());
 }
 
-TEST(Timeline, MoreThanADiscHoldsIsAnError) {
+TEST(Timeline, ADiscLongerThanTheLongestPossibleOneIsAnError) {
     const std::int64_t mostBytes = 450000LL * 2352;
     EXPECT_EQ(cueLine(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
     EXPECT_THAT(cueLine(threeTrackSheet, {mostBytes + 2352}).error().text,

@@ -108,8 +108,8 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
         }
-        // A sector without errors costs nothing: a drive that spins up is slow, but loses no
-        // sector.
+        // Only sectors with errors use up the time budget: a drive that spins up is slow, but no
+        // sector is lost.
         if (outcome != SectorOutcome::ok) {
             repairTime_ += clock_() - begin;
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The disc in an optical drive: maps the time line to the drive's sectors, bounds the effort for
-// damaged ones and counts them. Reading a sector from the drive is behind AudioSectors.
+// damaged ones and counts them. AudioSectors reads the sectors from the drive.
 #pragma once
 
 #include <chrono>
@@ -27,11 +27,11 @@ enum class SectorOutcome {
 class AudioSectors {
   public:
     virtual ~AudioSectors() = default;
-    /// The next sector is `first`; sectors from `end` on are never requested from the drive.
+    /// Makes `first` the next sector; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
-    /// the effort is not `none`. After a failure, no attempt begins after the limit. After a stop
-    /// request, no command is sent to the drive any more, and `out` is unspecified.
+    /// the effort is not `none`. After a failure, no attempt begins after the time limit in `plan`.
+    /// After a stop request, no command is sent to the drive any more, and `out` is unspecified.
     [[nodiscard]] virtual SectorOutcome
     next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };
@@ -41,7 +41,7 @@ class OpticalDisc : public Disc {
     /// Any monotonic time.
     using Clock = std::function<ReadEffort::Duration()>;
 
-    /// `damage` receives the sectors that cannot be read, in addition to what it already holds.
+    /// `damage` receives the sectors that cannot be read, in addition to its existing entries.
     OpticalDisc(OpticalLayout layout, std::unique_ptr<AudioSectors> sectors, Clock clock,
                 std::shared_ptr<DamageRecord> damage = std::make_shared<DamageRecord>());
 

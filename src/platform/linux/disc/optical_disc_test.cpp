@@ -20,7 +20,7 @@ struct SectorsState {
     std::vector<std::pair<std::int64_t, std::int64_t>> seeks; ///< first, end
     std::vector<Effort> efforts;
     std::int64_t cursor = 0;
-    std::int64_t badFrom = INT64_MAX; ///< the range of damaged sectors
+    std::int64_t badFrom = INT64_MAX; ///< the first damaged sector; all later ones are damaged too
     SectorOutcome howBad = SectorOutcome::silent;
     std::int64_t repairedFrom = INT64_MAX;
     std::int64_t goneFrom = INT64_MAX;
@@ -94,7 +94,7 @@ TEST_F(OpticalDiscTest, ReadsConsecutivelyWithoutSeekingAndSeeksForAnotherPositi
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, FindsSoundAfterTheGapAtTheDrivesOwnSector) {
+TEST_F(OpticalDiscTest, ReadsSoundAfterTheGapAtTheDrivesSectorNumber) {
     EXPECT_EQ(read(38600, 2), sectorsAt(50000, 2));
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(50000, 60000)));
 }
@@ -132,13 +132,13 @@ TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndPadsWithSilence) {
               silentSectors(17));
     EXPECT_THAT(disc.remark(), testing::StartsWith("25 sectors"));
 
-    // The next read has half the time, and still begins at its own position.
+    // The next read has half the time budget, and begins at the requested position.
     EXPECT_EQ(read(25, 4), sectorsAt(25, 4));
     EXPECT_EQ(drive->now, 12s);
     EXPECT_THAT(drive->seeks, ElementsAre(Pair(0, 28600), Pair(25, 28600)));
 }
 
-TEST_F(OpticalDiscTest, LosesNothingToADriveThatIsSlow) {
+TEST_F(OpticalDiscTest, LosesNoSectorOfASlowDrive) {
     drive->sectorTime = 30s;
     EXPECT_EQ(read(0, 25), sectorsAt(0, 25));
     EXPECT_THAT(drive->efforts, testing::Each(Effort::repair));
@@ -162,7 +162,7 @@ TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndReadsLater) {
     EXPECT_EQ(disc.read(4, frames, drive->stop.get_token()), ReadOutcome::interrupted);
     EXPECT_EQ(drive->efforts.size(), 4u);
     EXPECT_THAT(disc.remark(), testing::StartsWith("3 sectors"))
-        << "the fourth sector could not be read";
+        << "the interrupted fourth sector is not counted";
     drive->stopAt = INT64_MAX;
     EXPECT_EQ(read(3, 10), sectorsAt(3, 10));
 }
@@ -194,7 +194,7 @@ TEST_F(OpticalDiscTest, ReportsWhichSectorsOfItsLineWereDamaged) {
     EXPECT_EQ(disc.damageIn(0, 999999), (Damage{.silent = 2, .guessed = 1}));
 }
 
-TEST_F(OpticalDiscTest, IsGoneForGoodOnceTheDriveReportsIt) {
+TEST_F(OpticalDiscTest, StaysGoneOnceTheDriveReportsIt) {
     drive->goneFrom = 5;
     std::vector<StereoFrame> frames = silentSectors(10);
     EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);

@@ -16,13 +16,13 @@ namespace {
 // Frequent enough to cause no noticeable delay, rare enough for a busy drive.
 constexpr std::chrono::milliseconds spinUpPoll{250};
 
-/// The table that the drive reports now; handles cache the table that they were opened with.
+/// The table that the drive reports now. Opens a new handle, because a handle caches the table.
 RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
     const CdioHandle cdio = access.open(device);
     return cdio ? access.table(cdio.get()) : RawToc{};
 }
 
-/// Whether the disc whose table is `toc` has left the drive. "Unknown" counts as no.
+/// Whether the disc whose table is `toc` has left the drive. An unknown state counts as no.
 bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
                 const RawToc& toc) {
     const DriveState state = access.status(device).state;
@@ -37,7 +37,7 @@ bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* 
 std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& device,
                                CdioHandle cdio, const RawToc& toc, OpticalLayout layout,
                                std::shared_ptr<DamageRecord> damage) {
-    CdIo_t* const raw = cdio.get(); // owned by the sectors below, as are both functions
+    CdIo_t* const raw = cdio.get(); // ParanoiaSectors below owns it and both functions
     // Called once here, because the result covers the time since the previous call.
     (void)access.mediaChanged(raw);
     auto command = [raw, read = access.read](std::int64_t first, std::int64_t count,

@@ -17,8 +17,8 @@
 
 namespace sonarith::disc {
 
-/// What an optical drive calls on the machine; tests replace it. A loaded disc calls it on the
-/// thread that reads it.
+/// The functions of the machine that an optical drive calls; tests replace them. A loaded disc
+/// calls them on the thread that reads the disc.
 struct OpticalAccess {
     std::function<DriveStatus(const std::string& device)> status = statusOf;
     std::function<CdioHandle(const std::string& device)> open = [](const std::string& device) {
@@ -30,7 +30,7 @@ struct OpticalAccess {
     std::function<int(CdIo_t*)> mediaChanged = [](CdIo_t* cdio) {
         return cdio_get_media_changed(cdio);
     };
-    /// One command: as SectorCommands::Command.
+    /// Sends one command to the drive; see SectorCommands::Command.
     std::function<bool(CdIo_t*, std::int64_t first, std::int64_t count, std::byte* out)> read =
         readAudioSectors;
     std::function<void(std::chrono::milliseconds)> pause = pauseThread;
@@ -48,10 +48,11 @@ class OpticalDrive : public Drive {
     [[nodiscard]] DriveKind kind() const override { return DriveKind::optical; }
     [[nodiscard]] std::string name() const override { return "the drive " + device_; }
     /// Waits at most `longestSpinUp` for a disc that spins up. The record of unreadable sectors is
-    /// kept for the next load, if that finds the same table.
+    /// kept for the next load if that load finds the same table.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
-    /// Ignored by a drive that refuses or has no tray; failures of both are ignored too.
+    /// A drive that refuses the command or has no tray ignores it. Failures of openTray() and
+    /// closeTray() are ignored.
     void openTray() override;
     void closeTray() override;
 

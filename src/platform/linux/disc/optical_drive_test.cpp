@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The messages for a drive on a machine without one, and a drive whose replies the test controls;
-// the library uses an image as its disc.
+// Tests the messages for a device that is missing or is not a drive, and a drive whose replies the
+// test controls. The library reads the disc of that drive from an image.
 #include "platform/linux/disc/optical_drive.h"
 
 #include <cerrno>
@@ -229,13 +229,13 @@ TEST_F(DamagedDisc, IsStillPresentWhileTheDriveSpinsUpAgain) {
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
 }
 
-TEST_F(DamagedDisc, HasLeftWhenAnotherTableIsFoundAfterAChange) {
+TEST_F(DamagedDisc, IsGoneWhenAnotherTableIsFoundAfterAChange) {
     changed_ = 1;
     inDrive_ = "other.cue";
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::gone);
 }
 
-TEST_F(DamagedDisc, HasLeftWhenTheDriveIsEmptyOrGone) {
+TEST_F(DamagedDisc, IsGoneWhenTheDriveIsEmptyOrUnreachable) {
     for (const DriveState state : {DriveState::empty, DriveState::unreachable}) {
         statuses_ = {{DriveState::loaded}};
         const Loaded loaded = drive_.load();
@@ -263,7 +263,7 @@ TEST_F(DamagedDisc, AddsUpItsDamageOverSeveralLoads) {
     EXPECT_THAT(loaded_.disc->remark(), StartsWith("3 sectors of the disc"));
 }
 
-TEST_F(DamagedDisc, IsDiscardedForAnotherDiscAndAfterAnEmptyDrive) {
+TEST_F(DamagedDisc, ItsRecordIsDiscardedForAnotherDiscAndAfterAnEmptyDrive) {
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
     inDrive_ = "other.cue";
     EXPECT_EQ(drive_.load().disc->remark(), "");

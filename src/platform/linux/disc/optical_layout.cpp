@@ -35,10 +35,10 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
     // A disc of one session that mixes kinds has its data first, so data after audio counts as a
-    // separate session, unless the drive reports that the last session began between the first
-    // track and it. A drive that has no information also reports the first track as the session's
-    // start: a track that is two minutes too short is better than a read into the gap, where drives
-    // hang.
+    // separate session, unless the drive reports that the last session began after the first track
+    // and before the data. A start at the first track is not such a report, because a drive without
+    // information also returns it. If in doubt, a session is assumed: a track that is two minutes
+    // too short is better than a read into the gap, where drives hang.
     const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
     const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
     return dataAfterAudio && !beganBefore;
@@ -51,8 +51,9 @@ std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
         return std::nullopt;
     }
     OpticalLayout layout;
-    // If a session is not detected, the gap is assumed to be the first one, the longer of the two:
-    // a track that is a minute too short is better than a read into the gap.
+    // The first detected gap is assumed to be the first one of the disc, which is longer than later
+    // ones, although an earlier session may not be detected: a track that is a minute too short is
+    // better than a read into the gap.
     std::int64_t gap = firstSessionGapSectors;
     for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
         const bool last = i + 1 == toc.tracks.size();

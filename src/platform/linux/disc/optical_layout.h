@@ -13,9 +13,9 @@
 namespace sonarith::disc {
 
 /// The gap between the last track of a session and the first one of the next, in sectors. The
-/// drive's table counts it to the preceding track. After the first session: 6750 of lead-out, 4500
-/// of lead-in and 150 of pause; later lead-outs have 2250 (Orange Book part II; Blue Book for the
-/// enhanced disc).
+/// drive's table counts the gap as a part of the preceding track. After the first session: 6750 of
+/// lead-out, 4500 of lead-in and 150 of pause; later lead-outs have 2250 (Orange Book part II; Blue
+/// Book for the enhanced disc).
 inline constexpr std::int64_t firstSessionGapSectors = 6750 + 4500 + 150;
 inline constexpr std::int64_t laterSessionGapSectors = 2250 + 4500 + 150;
 
@@ -46,13 +46,13 @@ struct Stretch {
 /// The table, with the mapping from the time line to the drive's sectors.
 class OpticalLayout {
   public:
-    /// Empty if no disc can have such a table: a file that is not a drive, or a drive without
-    /// information, returns such tables.
+    /// Empty for a table that no disc can have. A file that is not a drive and a drive without
+    /// information return such tables.
     [[nodiscard]] static std::optional<OpticalLayout> of(const RawToc& toc);
 
     [[nodiscard]] const Table& table() const { return table_; }
     /// The longest stretch of sectors of one kind that is contiguous on the disc, starting at
-    /// `sector` of the time line. No sectors at or after the line's end.
+    /// `sector` of the time line. Has no sectors if `sector` is at or after the line's end.
     [[nodiscard]] Stretch stretchAt(std::int64_t sector) const;
 
   private:

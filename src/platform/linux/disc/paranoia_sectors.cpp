@@ -13,15 +13,15 @@ namespace {
 
 // How often a sector is read again before the best guess is delivered; the library's default of 20
 // is known to cost hours for one scratch. It must be a multiple of 5: the library checks its count
-// only then, and never stops with any other number (measured, 10.2+2.0.1).
+// only at multiples of 5 and never stops with another limit (measured, 10.2+2.0.1).
 constexpr int maxRetries = 10;
 
-// How far the library reads before it delivers, and how much it assumes that a drive caches, in
-// sectors. Its default of 1200 would delay a start until 16 s of sound have been read twice.
+// How many sectors the library reads before it delivers the first, and how many it assumes that a
+// drive caches. Its default of 1200 would delay a start until 16 s of sound had been read twice.
 constexpr int cacheSectors = 300;
 
-// The library's callbacks carry no user pointer, so the reader that is active on this thread is
-// stored here, with the flag whether a position had to be given up.
+// The library passes no user pointer to its callbacks. So the reader that is active on this thread
+// is stored here, and whether the library has given up a position.
 thread_local ParanoiaSectors* atWork = nullptr;
 thread_local bool gaveUp = false;
 
@@ -31,7 +31,7 @@ void noteEvent(long /*position*/, paranoia_cb_mode_t event) {
     }
 }
 
-/// Samples come from the drive with the low byte first (MMC, READ CD).
+/// The drive delivers samples with the low byte first (MMC, READ CD).
 std::int16_t sampleAt(const std::byte* bytes) {
     return static_cast<std::int16_t>(std::to_integer<unsigned>(bytes[0]) |
                                      std::to_integer<unsigned>(bytes[1]) << 8U);
@@ -60,7 +60,7 @@ ParanoiaSectors::~ParanoiaSectors() {
     }
 }
 
-// At the first read and not before, since the library probes the drive, which takes time.
+// Called at the first read and not earlier, because the library probes the drive, which takes time.
 void ParanoiaSectors::openReader() {
     triedToOpen_ = true;
     char* messages = nullptr;
@@ -76,8 +76,8 @@ void ParanoiaSectors::openReader() {
     if (cdio_cddap_open(drive_) == 0) {
         drive_->nsectors = SectorCommands::mostSectors;
         drive_->read_audio = readAudio;
-        // All drives with current interfaces deliver the low byte first; otherwise the library
-        // would read some sound and guess from it.
+        // All drives with current interfaces deliver the low byte first. Without this setting the
+        // library would read some sound and guess the byte order from it.
         drive_->bigendianp = 0;
         makeParanoia();
     }
@@ -147,8 +147,9 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     return wasRead ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
-// The library never stops at a position that cannot be read at all, and takes the silence that
-// replaces it for sound. So it never gets such a position: it reads up to it and after it.
+// At a position that cannot be read at all, the library never stops reading, and it takes the
+// silence that replaces the sector for sound. So its range never contains such a position: it reads
+// the sectors before it and those after it.
 SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
     for (;;) {
         if (bad_.contains(next_)) {
@@ -170,14 +171,14 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) { // or memory is exhausted
+        if (isOver() || bad_.size() == badBefore) { // second case: no memory is left
             return attemptOnce(out);
         }
     }
 }
 
 SectorOutcome ParanoiaSectors::attemptOnce(std::span<sound::StereoFrame> out) {
-    failed_ = false; // however late it is
+    failed_ = false; // permits this attempt even after the time limit
     const SectorOutcome outcome = readOnce(out);
     failed_ = true;
     return outcome;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound of a disc through libcdio's paranoia reader, with every command to the drive bounded in
-// position, size and time. It uses no time line (optical_disc.h does).
+// Reads the sound of a disc with libcdio's paranoia reader. Every command to the drive is bounded
+// in position, size and time. It uses no time line (optical_disc.h does).
 #pragma once
 
 #include <array>
@@ -35,7 +35,7 @@ class ParanoiaSectors : public AudioSectors {
     void openReader();
     void makeParanoia();
     void position();
-    /// No further command to the drive would be of use.
+    /// Whether no further command may be sent to the drive.
     [[nodiscard]] bool isOver() const { return gone_ || stop_.stop_requested(); }
     [[nodiscard]] bool command(std::int64_t first, std::int64_t count, std::byte* out);
     [[nodiscard]] SectorOutcome readOnce(std::span<sound::StereoFrame> out);
@@ -45,7 +45,7 @@ class ParanoiaSectors : public AudioSectors {
                                              std::byte* out);
     /// Reads only to evict another position from the drive's cache.
     void readToForget(std::int64_t first, std::int64_t count);
-    /// Called by the library instead of its own reading, from inside repair().
+    /// Replaces the read function of the library, which calls it from inside repair().
     static long readAudio(cdrom_drive_t* drive, void* out, lsn_t first, long count);
 
     CdioHandle cdio_;

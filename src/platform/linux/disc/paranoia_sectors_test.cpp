@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The library's real paranoia reader, on an image that the library treats as a drive.
+// Tests with the library's real paranoia reader, on an image that the library treats as a drive.
 #include "platform/linux/disc/paranoia_sectors.h"
 
 #include <filesystem>
@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using sound::StereoFrame;
 
 constexpr std::int64_t imageSectors = 400;
-constexpr std::int64_t endOfSound = 300; // before the disc's own end, as before a session gap
+constexpr std::int64_t endOfSound = 300; // before the end of the disc, as with a session gap
 
 class ParanoiaSectorsTest : public testing::Test {
   protected:
@@ -127,7 +127,7 @@ TEST_F(ParanoiaSectorsTest, FindsItsPositionAgainAfterSeeksAndSingleReads) {
 
 TEST_F(ParanoiaSectorsTest, RepairsSectorsThatCanBeReadEventually) {
     bad_ = {60, 61, 90};
-    failures_ = 3; // the large command, the small one, the single one
+    failures_ = 3; // the large command, the small one, the single-sector one
     const auto reader = makeReader();
     reader->seek(40, endOfSound);
     std::vector<StereoFrame> out(framesPerSector);
@@ -180,7 +180,7 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsWhenTheTimeIsOver) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // One large command, a small one and a single one exceed the time, and then a last attempt.
+    // At most per sector: a large command, a small one, a single-sector one, and the last attempt.
     EXPECT_LE(commands_, 4 * 20);
     // No substituted silence is left in the cache.
     failures_ = 0;

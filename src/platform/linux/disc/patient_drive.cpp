@@ -10,13 +10,13 @@
 
 namespace sonarith::disc {
 
-/// The results of the drive, stored until they are needed.
+/// The results of the drive's calls, stored until a caller fetches them.
 struct PatientDrive::Known {
     std::mutex mutex;
     bool present = false;
     bool loading = false;
     std::optional<Loaded> loaded; ///< not fetched yet
-    /// Results of calls from before the tray was opened are ignored.
+    /// Results of calls that began before the tray was last opened are ignored.
     std::int64_t trayOpenings = 0;
     std::int64_t wantedLoad = 0; ///< the number of the load whose result is wanted
 };
@@ -119,7 +119,7 @@ std::optional<Loaded> PatientDrive::loadSoon() {
 
 bool PatientDrive::mediaPresent() {
     reportResponding();
-    // Queued queries would all be sent to the drive later.
+    // Sent only if no call is running: queued queries would all be sent to the drive later.
     if (calls_.idle()) {
         std::int64_t trayOpenings = 0;
         {

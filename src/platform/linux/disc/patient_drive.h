@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Wraps a drive whose device may hang (a scratched disc, an image on a dead server): all calls to
-// the drive run on a separate thread and are waited for with a bound. It reads no disc itself, and
-// does not cover the reads of a loaded disc.
+// the drive run on a separate thread, and the caller waits for each with a time limit. The reads of
+// a loaded disc are not covered.
 #pragma once
 
 #include <chrono>
@@ -15,7 +15,7 @@
 
 namespace sonarith::disc {
 
-/// For the thread of the logic.
+/// For the logic's thread only.
 class PatientDrive final : public Drive {
   public:
     struct Patience {
@@ -23,8 +23,8 @@ class PatientDrive final : public Drive {
         std::chrono::milliseconds other; ///< for the tray
     };
 
-    /// How long the calls made each second wait for a result: together with the end of a disc's
-    /// playing, they stay within Waiting::plainMoment.
+    /// How long the calls made each second wait for a result. Their sum, with the time in which a
+    /// player is destroyed, stays within Waiting::plainMoment.
     static constexpr std::chrono::milliseconds mediumMoment{35};
     static constexpr std::chrono::milliseconds tableMoment{10};
 
@@ -34,16 +34,18 @@ class PatientDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return drive_->kind(); }
     [[nodiscard]] std::string name() const override { return drive_->name(); }
-    /// `hung`, and no disc, if there is no result in time; at once while an earlier load that timed
-    /// out has not returned. The disc of that load is then dropped, since its caller has given up.
+    /// Returns `hung` and no disc if there is no result in time, and at once while an earlier load
+    /// that timed out has not returned. The disc of that earlier load is dropped, since its caller
+    /// has given up.
     [[nodiscard]] Loaded load() override;
-    /// Waits for tableMoment at most. The read continues meanwhile, and its result is returned by
-    /// the next call of this or of load().
+    /// Waits for tableMoment at most. The read then continues. Its result is returned by a later
+    /// call, or by a load() that begins while the read is running.
     [[nodiscard]] std::optional<Loaded> loadSoon() override;
-    /// Waits for mediumMoment at most: the previous value if there is no result in time or the
-    /// drive is busy. A late result becomes the known value.
+    /// Waits for mediumMoment at most. Returns the previous value if there is no result in time or
+    /// another call is running. A late result is returned by later calls.
     [[nodiscard]] bool mediaPresent() override;
-    /// Carried out when the drive is free, also after this has returned; in the order of the calls.
+    /// Queued: openTray() and closeTray() may return before the drive has executed the command. The
+    /// order of the calls is kept.
     void openTray() override;
     void closeTray() override;
 

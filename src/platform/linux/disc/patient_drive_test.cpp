@@ -19,8 +19,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The drive's behaviour, with a gate in front of every call; used by the test and the drive's
-// thread.
+// The behaviour of the fake drive: a test can make every call hang. Used by the test's thread and
+// the drive's thread.
 class Device {
   public:
     void hang() {
@@ -81,8 +81,8 @@ class HangingDrive : public Drive {
 
 class PatientDriveTest : public testing::Test {
   protected:
-    /// A drive that is waited for without a practical limit while it responds, and only briefly
-    /// when the test makes it hang.
+    /// `patience` is the time limit of all calls: 1 h if the test needs their results, 1 ms if it
+    /// makes the drive hang.
     std::unique_ptr<PatientDrive> driveWith(std::chrono::milliseconds patience) {
         return std::make_unique<PatientDrive>(
             std::make_shared<HangingDrive>(device), PatientDrive::Patience{patience, patience},
@@ -98,7 +98,7 @@ class PatientDriveTest : public testing::Test {
     std::shared_ptr<Device> device = std::make_shared<Device>();
 };
 
-/// Records how long it was to wait, and waits only briefly.
+/// Records the time limit of each wait, and waits for 1 ms only.
 class NotingWaiting final : public Waiting {
   public:
     Outcome wait(const Completion& completion, Duration bound) override {
@@ -155,7 +155,7 @@ TEST_F(PatientDriveTest, ReportsAHangingDriveAndCallsItNoMoreUntilItResponds) {
     EXPECT_EQ(drive->load().problem.text, "It does not respond.");
     EXPECT_FALSE(drive->mediaPresent());
     device->recover();
-    // The late disc had no owner any more.
+    // The disc of the late load is dropped, because its caller has given up.
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     EXPECT_TRUE(discIsDropped());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
@@ -190,7 +190,7 @@ TEST_F(PatientDriveTest, OpensTheTrayWhenTheDriveIsFreeAndHasNoDiscFromThenOn) {
     }));
 }
 
-TEST_F(PatientDriveTest, LeavesHangingCallsBehind) {
+TEST_F(PatientDriveTest, CanBeDestroyedWhileACallHangs) {
     device->hang();
     auto drive = driveWith(1ms);
     EXPECT_EQ(drive->load().disc, nullptr);
@@ -199,7 +199,7 @@ TEST_F(PatientDriveTest, LeavesHangingCallsBehind) {
     drive.reset();
     device->recover();
     EXPECT_TRUE(fakes::eventually([&] { return device.use_count() == 1; }));
-    EXPECT_THAT(device->calls(), ElementsAre("load")) << "no thread waits for the other calls";
+    EXPECT_THAT(device->calls(), ElementsAre("load")) << "calls that have not begun are dropped";
 }
 
 TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
@@ -215,7 +215,8 @@ TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
     EXPECT_EQ(loaded->disc.get(), device->disc.get());
     EXPECT_TRUE(drive->mediaPresent());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
-    EXPECT_TRUE(fakes::eventually([&] { return drive->loadSoon().has_value(); })) << "once more";
+    EXPECT_TRUE(fakes::eventually([&] { return drive->loadSoon().has_value(); }))
+        << "a second load";
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
@@ -305,7 +306,7 @@ class StickyDisc : public FakeDisc {
     std::shared_ptr<fakes::Gate> gate_;
 };
 
-TEST_F(PatientDriveTest, ADiscWhoseFileHangsWhenItIsClosedBlocksNoThread) {
+TEST_F(PatientDriveTest, ADiscWhoseDestructorHangsDoesNotBlockItsOwner) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     device->disc = std::make_shared<StickyDisc>(gate);

@@ -24,12 +24,14 @@ class ReadEffort {
 
     /// The effort for the next sector when bad sectors have cost `repairTime` in this read so far.
     [[nodiscard]] Plan plan(Duration repairTime) const;
-    /// Ends a read in which bad sectors cost `repairTime`. The next read has the whole budget again
-    /// if this one stayed within its own, else half of it.
+    /// Ends a read in which bad sectors cost `repairTime`. The next read has the whole budget if
+    /// this read stayed within its own budget, else half of this read's budget, but at least
+    /// `leastBudget`.
     void finish(Duration repairTime);
 
-    /// The budget for repairs in one read; single attempts have the same time again. It equals the
-    /// duration of the player's read-ahead: a longer one would interrupt the sound anyway.
+    /// The budget for repairs in one read; after that, single attempts have the same amount of
+    /// time. The budget equals the duration of the player's read-ahead: a longer one would
+    /// interrupt the sound anyway.
     static constexpr Duration wholeBudget = std::chrono::seconds(4);
     /// The budget after many bad reads in a row: the duration of one read (a third of a second of
     /// sound), so that a ruined disc takes little longer than its playing time.

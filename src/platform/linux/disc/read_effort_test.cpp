@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(ReadEffort, RepairsThenTriesOnceThenGivesUp) {
+TEST(ReadEffort, PlansRepairsThenSingleAttemptsThenNone) {
     const ReadEffort effort;
     EXPECT_EQ(effort.plan(0s).effort, Effort::repair);
     EXPECT_EQ(effort.plan(0s).limit, 4s);
@@ -20,7 +20,7 @@ TEST(ReadEffort, RepairsThenTriesOnceThenGivesUp) {
     EXPECT_EQ(effort.plan(1h).limit, 0s);
 }
 
-TEST(ReadEffort, HalvesTheBudgetOfABadStretchDownToTheMinimum) {
+TEST(ReadEffort, HalvesTheBudgetAfterEachBadReadDownToTheMinimum) {
     ReadEffort effort;
     effort.finish(9s);
     EXPECT_EQ(effort.plan(0s).limit, 2s);

@@ -19,7 +19,8 @@ class SectorCommands {
 
     /// Sets the range of all commands: from `first` up to, not including, `end`.
     void setBounds(std::int64_t first, std::int64_t end);
-    /// Called before each command: once it returns false, that read issues no more.
+    /// `mayGoOn` is called before each command. Once it returns false, that read issues no more
+    /// commands.
     void setMayGoOn(std::function<bool()> mayGoOn);
 
     /// Reads up to `count` sectors; returns how many are valid at the beginning of `out`: it stops

@@ -64,7 +64,7 @@ TEST_F(SectorCommandsTest, ReadsAtMostTwentyFiveSectorsInOneCommand) {
     EXPECT_EQ(numbers(60).back(), 69);
 }
 
-TEST_F(SectorCommandsTest, FallsBackToEightAndStaysThere) {
+TEST_F(SectorCommandsTest, UsesEightSectorsPerCommandAfterAFailure) {
     drive.most = 8;
     EXPECT_EQ(commands.read(0, 20, buffer.data()), 20);
     EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 20), Pair(0, 8), Pair(8, 8), Pair(16, 4)));
@@ -82,7 +82,7 @@ TEST_F(SectorCommandsTest, DeliversEverythingBeforeABadSector) {
                                             Pair(9, 1), Pair(10, 1), Pair(11, 1), Pair(12, 1)));
 }
 
-TEST_F(SectorCommandsTest, NeverLeavesTheBounds) {
+TEST_F(SectorCommandsTest, ReadsNoSectorOutsideTheBounds) {
     commands.setBounds(50, 60);
     EXPECT_EQ(commands.read(55, 50, buffer.data()), 5);
     EXPECT_THAT(drive.commands, ElementsAre(Pair(55, 5)));
@@ -93,7 +93,7 @@ TEST_F(SectorCommandsTest, NeverLeavesTheBounds) {
     EXPECT_THAT(drive.commands, IsEmpty());
 }
 
-TEST_F(SectorCommandsTest, IssuesNoCommandAfterItsTime) {
+TEST_F(SectorCommandsTest, IssuesNoCommandOnceMayGoOnReturnsFalse) {
     int left = 2;
     commands.setMayGoOn([&left] { return left-- > 0; });
     EXPECT_EQ(commands.read(0, 100, buffer.data()), 50);

@@ -23,12 +23,12 @@ inline constexpr std::size_t maxLineBytes = 8192;
 inline constexpr std::size_t maxImageFiles = 2 * maxTracks;
 /// The times of a disc's table end at 99:59:74 (IEC 60908: two digits for each part).
 inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
-/// The longest content of any disc; it keeps all sums far from overflow.
+/// The longest content of any disc. This bound keeps all sums far from overflow.
 inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 
-/// The message "SHEET, line N: cause", or "SHEET: cause" for line 0; deviceInputOutput.
+/// The message "SHEET, line N: cause", or "SHEET: cause" for line 0, as a deviceInputOutput error.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, std::string_view cause);
-/// The same with the number of `cause`.
+/// The same message with the error number of `cause`.
 [[nodiscard]] Error sheetError(std::string_view sheet, int line, const Error& cause);
 /// `text` in quotation marks, safe to display: valid UTF-8, no control characters, bounded in
 /// length.

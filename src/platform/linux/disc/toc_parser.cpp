@@ -16,8 +16,8 @@ namespace sonarith::disc {
 
 namespace {
 
-// No supported file system holds larger files (8 EiB), and offsets of such files can be added
-// without overflow.
+// 1 EiB: far above the size of any image file, and small enough that sums of offsets do not
+// overflow.
 constexpr std::int64_t maxFileOffset = std::int64_t{1} << 60;
 
 /// A length on the time line, and how many bytes of its last sector are missing.
@@ -60,7 +60,7 @@ class TocParser {
     Result<std::int64_t> readFileOffset();
     Status addFile(const TocToken& name, ImageFormat format, Segment segment);
 
-    /// The next token; the terminating one is never passed.
+    /// Returns the next token and advances, but not beyond the terminating one.
     const TocToken& take() {
         line_ = next_->line;
         return next_->kind == TocTokenKind::end ? *next_ : *next_++;
@@ -283,7 +283,7 @@ Status TocParser::readSoundFile() {
     if (!length.ok()) {
         return length.error();
     }
-    // The last four bytes of the name decide; the text may be shorter than that.
+    // The last four bytes of the name determine the format; the name may be shorter than that.
     const auto ending =
         name.text.substr(name.text.size() - std::min<std::size_t>(name.text.size(), 4));
     const bool wave = sameWord(ending, ".wav");
@@ -325,7 +325,7 @@ Status TocParser::readDataFile() {
 }
 
 Status TocParser::readSilence() {
-    // ZERO may name the kind of its sectors; all are silent here.
+    // ZERO may name the mode of its sectors. It has no effect: sectors of all modes are silent.
     if (next_->kind == TocTokenKind::word && tocModeNamed(next_->text) != nullptr) {
         take();
         if (!takeIf("RW")) {

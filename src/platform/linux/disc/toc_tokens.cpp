@@ -16,7 +16,7 @@ bool isOctal(char c) {
     return c >= '0' && c <= '7';
 }
 
-/// The position of the closing mark of the string at the beginning of `rest`, or npos.
+/// The position of the closing quotation mark of the string at the beginning of `rest`, or npos.
 std::size_t closingMark(std::string_view rest) {
     for (std::size_t i = 1; i < rest.size(); ++i) {
         if (rest[i] == '"') {

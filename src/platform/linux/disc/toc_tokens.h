@@ -19,7 +19,8 @@ struct TocToken {
 };
 
 /// The tokens of `text` (which must outlive them), terminated by one of kind `end`. Comments begin
-/// with two slashes and end with their line. Errors: those of linesOf; an unterminated string.
+/// with two slashes and end at the end of their line. Errors: those of linesOf; an unterminated
+/// string.
 [[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
                                                       std::string_view text);
 

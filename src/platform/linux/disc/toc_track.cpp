@@ -79,8 +79,8 @@ TocTrackCheck TocTrack::close() {
     return {};
 }
 
-/// Moves the first `frames` frames of the body to the pause. The rest of a segment that extends to
-/// its file's end keeps that end. False if the body is shorter.
+/// Moves the first `frames` frames of the body to the pause. If a segment that extends to its
+/// file's end is split, its rest still extends to that end. Returns false if the body is shorter.
 bool TocTrack::splitBody(std::int64_t frames) {
     auto& body = content_.body;
     auto segment = body.begin();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One track of a cdrdao TOC while its statements are read: its content, its start, and checks of
-// its times. It reads no text.
+// Collects the content and the start of one track of a cdrdao TOC while its statements are read,
+// and checks its times. It reads no text.
 #pragma once
 
 #include <cstdint>
@@ -27,18 +27,18 @@ class TocTrack {
 
     /// A segment of length 0 is ignored.
     void add(Segment segment);
-    /// All content so far precedes INDEX 01.
+    /// START without a time: all content added so far precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startHere(int line);
-    /// The given amount of content, part of which may follow later, precedes INDEX 01.
+    /// START with a time: that amount of content precedes INDEX 01. Part of it may be added later.
     [[nodiscard]] TocTrackCheck startAt(std::int64_t sectors, int line);
-    /// Silence precedes INDEX 01, at which the content begins.
+    /// PREGAP: silence precedes INDEX 01, at which the content begins.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);
-    /// An index splits nothing here, but a wrong one reveals a truncated sheet.
+    /// INDEX: splits nothing, but is checked, because a wrong time reveals a truncated sheet.
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
-    /// After the last statement: splits the content at its start.
+    /// Called after the last statement: splits the content at its start and checks the times.
     [[nodiscard]] TocTrackCheck close();
-    /// Only after close.
+    /// Valid only after close().
     [[nodiscard]] const SheetTrack& content() const { return content_; }
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Maps a failed system call on a file or folder to the error number that the logic distinguishes
-// and the error message for the user. It calls nothing itself; devices have their own messages.
+// and the error message for the user. It makes no system call. Devices have their own messages.
 #pragma once
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 
 namespace sonarith {
 
-/// The number with its standard message.
+/// An error with `number` and its standard message.
 [[nodiscard]] Error fileError(ErrorNumber number);
 
 /// The number for `systemErrorNumber` (a value of errno), with its standard message. ENOENT is
@@ -22,9 +22,9 @@ namespace sonarith {
 
 namespace sonarith::files {
 
-/// The same number with a message that names `path`. For files that are about to be written, or
-/// that are read by their whole path; so ENOENT is pathNotFound here, whichever part of the path is
-/// missing.
+/// As fileErrorOfSystem(), with a message that names `path`. For files that are about to be
+/// written, or that are read by their whole path; so ENOENT is pathNotFound here, whichever part of
+/// the path is missing.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
 /// The cause alone, for a sentence that names the file elsewhere: "no space is left".
 [[nodiscard]] std::string reasonOf(int error);

@@ -43,10 +43,10 @@ std::string machineIdentity() {
 }
 
 /// Prefix of this machine's hidden names. On some network file systems a lock is visible only to
-/// the machine that holds it, so no other machine can judge its files.
+/// the machine that holds it, so no other machine can detect whether its files are in use.
 const std::string& machinePrefix() {
     static const std::string prefix = [] {
-        // FNV-1a: the identity itself must not be readable by others.
+        // Hashed with FNV-1a, because others must not be able to read the identity itself.
         std::uint32_t hash = 2166136261;
         for (const char character : machineIdentity()) {
             hash = (hash ^ static_cast<unsigned char>(character)) * 16777619;
@@ -98,8 +98,8 @@ int HiddenName::renameTo(const FileDescriptor& folder, const std::string& name) 
         return errno;
     }
     name_.clear();
-    // Also the old folder if it differs from the new one: the old name must not reappear after a
-    // power failure.
+    // Synchronizes the old folder, which may differ from the new one: the old name must not
+    // reappear after a power failure.
     static_cast<void>(::fsync(folder_.get()));
     return 0;
 }
@@ -114,15 +114,15 @@ void unclaim(const FileDescriptor& file) {
 
 void removeLeftovers(const FileDescriptor& folder) {
     for (const std::string& name : hiddenNamesIn(folder)) {
-        // Open for writing: some network file systems lock only such files. Non-blocking, so that a
-        // pipe does not block it.
+        // Open for writing: some network file systems lock only such files. Non-blocking, because
+        // opening a pipe could block.
         const FileDescriptor file(
             ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat found {};
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
             // The lock is held until the file is deleted, so that a program that has just created
-            // it notices and creates another.
+            // the file detects this and creates another.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }
