@@ -12,11 +12,11 @@ namespace sonarith {
 
 namespace {
 
-/// An output and an input that hang take 650 ms at the end; with this, the total is less than a
-/// second.
+/// The longest wait for pending saves at the end of the program. An output and an input that hang
+/// take another 650 ms, so that the total is less than a second.
 constexpr std::chrono::milliseconds patienceWithSaves{300};
 
-/// The user's home folder, if the store names it by its own letter.
+/// Returns the user's home folder, after changing the paths of the store to its own letter.
 std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
     moveToHomeLetter(store, home, storedPaths);

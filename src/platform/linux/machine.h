@@ -41,16 +41,16 @@ class Machine {
   public:
     /// `loop`, `store` and `waiting` must outlive this; the keys `storedPaths` of the store hold
     /// paths in the logic's form. `destination` returns the destination folder in that form:
-    /// recordings are created there, so that saving them needs no copy. Disks and drives that may
-    /// hang are waited for with `waiting` and report to `notices`. `notices` must live until the
-    /// process ends, because threads left with a hanging device keep a reference to it.
+    /// recordings are created there, so that saving them needs no copy. `waiting` waits for disks
+    /// and drives that may hang; failures are reported to `notices`. `notices` must exist until the
+    /// process ends, because threads that a hanging device blocks keep a reference to it.
     Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
             const std::vector<StoredPath>& storedPaths, std::function<std::string()> destination);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
     /// Called at the end of the program: stores bass and treble, stops sound, ends the threads, and
-    /// waits a moment for requested saves to reach the disk. The machine must not be used
+    /// waits briefly for requested saves to be written to the disk. The machine must not be used
     /// afterwards.
     void stop();
 

@@ -17,14 +17,14 @@ namespace sonarith {
 class MachineDeviceChoice final : public DeviceChoice {
   public:
     /// Applies the stored choice to the card; `notices` receives lost sound devices. All arguments
-    /// must outlive this. `slot` calls drive() to learn its drive.
+    /// must outlive this. `slot` calls drive() to get the chosen drive.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;
     MachineDeviceChoice(const MachineDeviceChoice&) = delete;
     MachineDeviceChoice& operator=(const MachineDeviceChoice&) = delete;
 
-    /// Takes the sound devices from the card and closes them. Nothing is reported afterwards.
+    /// Detaches the sound devices from the card and closes them. Nothing is reported afterwards.
     void release();
 
     [[nodiscard]] std::vector<std::string> opticalDrives() const override;
@@ -45,7 +45,7 @@ class MachineDeviceChoice final : public DeviceChoice {
     ChosenDevices chosen_;
     disc::DriveSlot& slot_;
     sound::SoundCard& card_;
-    std::shared_ptr<sound::DeviceNotices> notices_; ///< threads that hang may keep it
+    std::shared_ptr<sound::DeviceNotices> notices_; ///< blocked threads may keep a reference to it
 };
 
 } // namespace sonarith

@@ -23,8 +23,8 @@ class HiddenName {
     HiddenName(const HiddenName&) = delete;
     HiddenName& operator=(const HiddenName&) = delete;
 
-    /// Renames it to `name` in `folder` in one step, replacing an existing file. Returns an errno
-    /// value; 0 is success.
+    /// Renames the file to `name` in `folder` in one step, replacing an existing file. Returns an
+    /// errno value; 0 is success.
     [[nodiscard]] int renameTo(const FileDescriptor& folder, const std::string& name);
 
   private:
@@ -32,10 +32,10 @@ class HiddenName {
     std::string name_; ///< empty after a rename
 };
 
-/// Marks `file` as owned by a live process, for as long as it or a duplicate is open, or until
-/// `unclaim`. False only if another process has claimed it because it takes the owner for a process
-/// that has ended. Without file locks in the file system no claim can be seen, and no file is ever
-/// deleted.
+/// Marks `file` as owned by a live process until `unclaim` is called, or until `file` and its
+/// duplicates are closed. Returns false only if another process has claimed the file because it
+/// assumes that the owner has ended. On a file system without file locks, claims cannot be
+/// detected, and no file is ever deleted.
 [[nodiscard]] bool claim(const FileDescriptor& file);
 void unclaim(const FileDescriptor& file);
 

@@ -47,7 +47,7 @@ TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
     EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19))
-        << "all names of a machine have one prefix";
+        << "all names created on one machine have the same prefix";
 }
 
 TEST_F(HiddenNameTest, IsDeletedByItsDestructor) {
@@ -89,7 +89,7 @@ TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
         const FileDescriptor duplicate(::dup(file.get()));
         sweep();
         EXPECT_TRUE(fs::exists(path));
-        EXPECT_FALSE(claim(open(path))) << "it already belongs to another process";
+        EXPECT_FALSE(claim(open(path))) << "the file is already claimed";
         unclaim(file);
         EXPECT_TRUE(claim(open(path)));
         EXPECT_TRUE(claim(file));

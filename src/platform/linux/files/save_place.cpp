@@ -26,7 +26,7 @@ fs::path withoutLink(const fs::path& target) {
     return error ? target : real;
 }
 
-/// The name may be replaced if nothing has it, or a regular file with write permission.
+/// Succeeds if the name is free, or if it belongs to a regular file with write permission.
 Status inspect(SavePlace& place, const fs::path& target) {
     struct stat found {};
     if (::fstatat(place.folder.get(), place.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -79,8 +79,8 @@ FileDescriptor openFolder(const fs::path& folder) {
 }
 
 int flushFolder(const FileDescriptor& folder) {
-    // Some file systems cannot flush folders and return EINVAL. EBADF: the folder may not be listed
-    // and is open with O_PATH only.
+    // Some file systems cannot flush folders and return EINVAL. A folder that may not be listed is
+    // open with O_PATH only and returns EBADF.
     return ::fsync(folder.get()) == 0 || errno == EINVAL || errno == EBADF ? 0 : errno;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The place where a file is to be saved: its folder, held open, its name there, and the checks
-// before an existing file may be replaced. It renames and replaces nothing itself.
+// The place where a file is to be saved: its open folder, its name in that folder, and the checks
+// before an existing file may be replaced. Nothing is renamed or replaced here.
 #pragma once
 
 #include <filesystem>
@@ -25,8 +25,8 @@ struct SavePlace {
 /// file without write permission.
 [[nodiscard]] Result<SavePlace> locate(const std::filesystem::path& target);
 
-/// Opens a folder for creating files in it, even if it cannot be listed. Invalid, with errno, after
-/// a failure.
+/// Opens a folder in which files are to be created, even if it cannot be listed. After a failure
+/// the result is invalid and errno is set.
 [[nodiscard]] FileDescriptor openFolder(const std::filesystem::path& folder);
 
 /// Flushes the folder's directory entries to the disk. Returns an errno value; 0 is success, also

@@ -24,7 +24,7 @@ class SavePlaceTest : public testing::Test {
         EXPECT_FALSE(place.ok()) << target;
         return place.ok() ? ErrorNumber{} : place.error().number;
     }
-    /// Whether the place is in this folder, by whatever path it is reached.
+    /// Whether the place's folder is the one at `path`, even if their paths differ.
     static bool isIn(const SavePlace& place, const fs::path& path) {
         struct stat opened {};
         struct stat wanted {};

@@ -20,17 +20,17 @@ namespace fs = std::filesystem;
 
 /// New files are readable and writable by all, minus the user's umask.
 constexpr mode_t newFileMode = 0666;
-/// Attempts to find a free name before it counts as impossible. One is enough unless 64 random bits
-/// repeat or another process deletes leftovers at this moment.
+/// The number of attempts to find a free name. One is enough unless 64 random bits repeat or
+/// another process deletes leftovers at the same moment.
 constexpr int nameAttempts = 8;
 
 /// An errno value; 0 is success.
 using ErrorCode = int;
 
-/// Sets the mode to keep, then flushes the data to the disk.
+/// Sets the mode of the replaced file, then flushes the data to the disk.
 ErrorCode makeReady(const FileDescriptor& file, const SavePlace& place) {
     if (place.mode) {
-        // Not every file system has modes; the data are more important.
+        // A failure is ignored: some file systems have no modes, and the data are more important.
         static_cast<void>(::fchmod(file.get(), *place.mode));
     }
     return ::fsync(file.get()) == 0 ? 0 : errno;
@@ -74,8 +74,8 @@ ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
     }
 }
 
-/// Whether giving the file its name failed for a reason that a copy avoids: another file system,
-/// one without links, or a file that can no longer be linked.
+/// Whether a copy avoids the error that occurred when the file was named: the target is on another
+/// file system, the file system has no links, or the file can no longer be linked.
 bool copyingHelps(ErrorCode error) {
     return error == EXDEV || error == EPERM || error == EOPNOTSUPP || error == ENOENT ||
            error == EMLINK;
@@ -105,7 +105,8 @@ ErrorCode UnnamedFile::openIn(const FileDescriptor& folder, Concealment concealm
     if (!file_.valid()) {
         return openUnderHiddenName(folder);
     }
-    // It may get a hidden name later. No other process can have claimed it yet.
+    // The file is claimed now, since it may get a hidden name later. No other process can have
+    // claimed a file without a name.
     static_cast<void>(claim(file_));
     return 0;
 }
@@ -118,7 +119,7 @@ ErrorCode UnnamedFile::openUnderHiddenName(const FileDescriptor& folder) {
         if (!file_.valid() && errno != EEXIST) {
             return errno;
         }
-        // Until it is claimed, another process may delete it as a leftover.
+        // Until the file is claimed, another process may delete it as a leftover.
         if (file_.valid() && claim(file_) && exists(folder, name)) {
             hiddenName_ = std::make_unique<HiddenName>(folder, name);
             return 0;
@@ -147,7 +148,7 @@ ErrorCode UnnamedFile::moveTo(const SavePlace& place) {
     if (!hiddenName_) {
         ErrorCode error = place.mode ? EEXIST : link(file_, place.folder, place.name);
         if (error == EEXIST) {
-            // A link never replaces a file, but a rename does: so it gets a hidden name first.
+            // A link cannot replace a file, but a rename can: the file gets a hidden name first.
             error = linkUnderHiddenName(place.folder);
         }
         if (error != 0 || !hiddenName_) {
@@ -176,14 +177,14 @@ Status UnnamedFile::publish(const fs::path& target) {
         return located.error();
     }
     const SavePlace& place = located.value();
-    // A published file never gets a second name: both would be the same file.
+    // A published file is copied and gets no second name: both names would refer to the same file.
     ErrorCode error = published_ ? EXDEV : moveTo(place);
     if (!published_ && error == 0) {
         published_ = true;
         unclaim(file_);
     }
     if (copyingHelps(error)) {
-        // A hidden name needs no link, in case links are what is missing here.
+        // The copy gets a hidden name, which needs no link: the file system may not support links.
         error = copyTo(place, error == EXDEV ? concealment_ : Concealment::hiddenName);
     }
     if (error == 0) {

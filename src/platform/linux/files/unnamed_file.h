@@ -17,15 +17,15 @@ struct SavePlace;
 
 /// How a file is hidden.
 enum class Concealment {
-    noName,    ///< it has no name; if the file system does not support that, as below
+    noName,    ///< it has no name; a hidden name if the file system does not support that
     hiddenName ///< it has a hidden name in its folder
 };
 
 class UnnamedFile {
   public:
-    /// Creates an empty file in `folder`, open for reading and writing. It disappears with this
-    /// object or with the process unless it was published; but a killed process leaves a hidden
-    /// name, which is deleted when the next file is created in that folder.
+    /// Creates an empty file in `folder`, open for reading and writing. Unless it is published, the
+    /// file is deleted with this object or when the process ends. A killed process leaves a file
+    /// that has a hidden name; it is deleted when the next file is created in that folder.
     [[nodiscard]] static Result<UnnamedFile> create(const std::filesystem::path& folder,
                                                     Concealment concealment = Concealment::noName);
 
@@ -33,9 +33,10 @@ class UnnamedFile {
 
     /// Gives the file the name `target` and flushes it to the disk before it returns. An existing
     /// file of that name is replaced in one step, and its mode is kept; a symbolic link is
-    /// followed. The contents are copied only for another file system or for a second name. After a
-    /// failure `target` is unchanged, and this file can still be published. Fails for folders,
-    /// other non-regular files and files without write permission.
+    /// followed. The contents are copied only for a second name, or if the file cannot be linked at
+    /// the target, for example on another file system. After a failure `target` is unchanged, and
+    /// this file can still be published. Fails for folders, other non-regular files and files
+    /// without write permission.
     [[nodiscard]] Status publish(const std::filesystem::path& target);
 
   private:
@@ -48,7 +49,7 @@ class UnnamedFile {
     [[nodiscard]] int copyTo(const SavePlace& place, Concealment concealment) const;
 
     FileDescriptor file_;
-    std::unique_ptr<HiddenName> hiddenName_; ///< only if it has one
+    std::unique_ptr<HiddenName> hiddenName_; ///< null if the file has none
     Concealment concealment_ = Concealment::noName;
     bool published_ = false;
 };

@@ -74,7 +74,7 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
     EXPECT_GT(call, 5) << "at least the flushes, the naming and the calls between them";
-    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "deleting leftovers must have been tried";
+    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "files are left exactly if hidden names are used";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

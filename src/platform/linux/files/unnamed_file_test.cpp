@@ -62,7 +62,7 @@ int inChild(const std::function<int()>& body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// With unnamed files, and as on a file system that does not support them.
+/// Runs with unnamed files, and with hidden names as on a file system without unnamed files.
 class UnnamedFileTest : public testing::TestWithParam<Concealment> {
   protected:
     Result<UnnamedFile> create(const fs::path& where) const {
@@ -150,7 +150,7 @@ TEST_P(UnnamedFileTest, DisappearsIfItIsNotPublished) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_P(UnnamedFileTest, GetsTheNameItselfWithoutACopy) {
+TEST_P(UnnamedFileTest, IsNamedWithoutACopy) {
     for (const bool replaces : {false, true}) {
         const fs::path path = folder / (replaces ? "old.wav" : "fresh.wav");
         if (replaces) {
@@ -243,14 +243,14 @@ TEST_P(UnnamedFileTest, FollowsASymbolicLink) {
     EXPECT_EQ(contentOf(folder / "real"), "new");
 }
 
-TEST_P(UnnamedFileTest, TakesNamesThatAreNotValidUtf8) {
+TEST_P(UnnamedFileTest, AcceptsNamesThatAreNotValidUtf8) {
     const fs::path odd = folder / "tr\xE4"
                                   "ck\xFF.wav";
     EXPECT_TRUE(unnamed("new").publish(odd).ok());
     EXPECT_EQ(contentOf(odd), "new");
 }
 
-TEST_P(UnnamedFileTest, TakesTheLongestNameAndNoLongerOne) {
+TEST_P(UnnamedFileTest, AcceptsTheLongestNameAndNoLongerOne) {
     UnnamedFile file = unnamed("new");
     const fs::path longest = folder / std::string(255, 'n');
     EXPECT_TRUE(file.publish(longest).ok());
@@ -294,18 +294,18 @@ TEST_P(UnnamedFileTest, NeverReplacesANonRegularFile) {
     EXPECT_TRUE(fs::is_symlink(folder / "dangling"));
 }
 
-TEST_P(UnnamedFileTest, TakesNoNameWithANulInIt) {
+TEST_P(UnnamedFileTest, RefusesANameThatContainsANul) {
     const fs::path torn = folder / std::string("one\0two", 7);
     EXPECT_EQ(numberOf(unnamed("new").publish(torn)), ErrorNumber::badFileName);
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_P(UnnamedFileTest, TakesNoEmptyName) {
+TEST_P(UnnamedFileTest, RefusesAnEmptyName) {
     EXPECT_FALSE(unnamed("new").publish("").ok());
 }
 
 TEST_P(UnnamedFileTest, IsNotPublishedWhereNoUserMayWrite) {
-    // No user can create files in the system's process table, whatever their permissions.
+    // No user can create files in /proc, whatever their permissions.
     EXPECT_FALSE(unnamed("new").publish("/proc/target.wav").ok());
     EXPECT_FALSE(create("/proc").ok());
 }
@@ -393,7 +393,7 @@ INSTANTIATE_TEST_SUITE_P(Kept, UnnamedFileTest,
                          testing::Values(Concealment::noName, Concealment::hiddenName),
                          [](const auto& way) {
                              return way.param == Concealment::noName ? "WithoutAName"
-                                                                      : "UnderAHiddenName";
+                                                                     : "UnderAHiddenName";
                          });
 
 } // namespace

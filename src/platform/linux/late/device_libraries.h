@@ -4,8 +4,8 @@
 
 namespace sonarith {
 
-/// Loads them in advance, so that a first capture does not wait for it and a missing library shows
-/// before data could be lost.
+/// Loads all libraries in advance, so that the first capture does not wait for the loading, and a
+/// missing library is detected before data could be lost.
 void loadDeviceLibraries();
 
 } // namespace sonarith

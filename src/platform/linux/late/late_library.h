@@ -25,14 +25,14 @@ class LateLibrary {
 };
 
 /// One function of a library, called as if the program were linked to it. It has the function's own
-/// name within our namespace, so that callers find it instead of the library's.
+/// name within our namespace, so that callers use it instead of the library's function.
 template <typename Function>
 class LateFunction {
   public:
     constexpr LateFunction(const LateLibrary& library, const char* name)
         : library_(library), name_(name) {}
 
-    /// Not explicit: this is what makes `name(arguments)` a call.
+    /// Implicit, so that `name(arguments)` is a call.
     operator Function*() const { // NOLINT(google-explicit-constructor)
         Function* function = function_.load(std::memory_order_acquire);
         if (function == nullptr) {
@@ -67,8 +67,8 @@ class LateVariable {
 
 } // namespace sonarith
 
-/// Declares a function of a library from the library's header: the macro needs its name as a name,
-/// as a type and as a text.
+/// Declares a function of a library. The library's header must be included. A macro is needed,
+/// since the name is used as an identifier, for its type and as a string.
 #define SONARITH_LATE_FUNCTION(library, name)                                                      \
     inline constinit const LateFunction<decltype(::name)> name {                                   \
         library, #name                                                                             \

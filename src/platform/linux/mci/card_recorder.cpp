@@ -40,7 +40,7 @@ Status CardRecorder::start(int channels) {
         }
         recording_ = std::move(begun.value());
     }
-    // Only sound due from this moment on is recorded: the card first plays earlier sound by itself.
+    // Only sound that is due from now on is recorded: startRecording first plays the earlier sound.
     card_.startRecording(recording_->sink(), now_());
     input_->user = this;
     return {};

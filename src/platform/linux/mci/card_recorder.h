@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Connects the sound card to a recording: attaches it to the card's recorder, one recording at a
-// time. It writes nothing itself (recording.h does) and handles no commands.
+// Attaches recordings to the sound card's recorder, one at a time. It writes no files (recording.h
+// does) and handles no commands.
 #pragma once
 
 #include <filesystem>
@@ -17,13 +17,13 @@ namespace sonarith::mci {
 
 class CardRecorder;
 
-/// The card's single recorder: which CardRecorder uses it, and what their recordings share. All
-/// CardRecorders of a card share one.
+/// The state of the card's single recorder: which CardRecorder uses it, and the context that all
+/// recordings share. All CardRecorders of a card share one RecordingInput.
 struct RecordingInput {
     /// `saves` may be a null pointer.
     RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
                    const sound::RecordingTiming& timing = {});
-    ~RecordingInput(); ///< Ends the reports of threads that hang.
+    ~RecordingInput(); ///< Threads that hang report nothing afterwards.
     RecordingInput(const RecordingInput&) = delete;
     RecordingInput& operator=(const RecordingInput&) = delete;
 
@@ -34,7 +34,8 @@ struct RecordingInput {
 /// The folders for recordings that have no name yet, the best one first.
 using RecordingFolders = std::function<std::vector<std::filesystem::path>()>;
 
-/// The card must outlive it. No member waits for a disk longer than sound::RecordingTiming defines.
+/// The card must outlive the object. No member waits for a disk longer than sound::RecordingTiming
+/// defines.
 class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,

@@ -29,8 +29,8 @@ class RecordedSound : public sound::RecordingSink {
 /// A card on a clock that moves only when the test advances it.
 class Bench {
   public:
-    /// Advances the time until the transport has reached `frame`. The player's reader is a separate
-    /// thread, and the card waits for it while it has nothing ready; so the clock is advanced in
+    /// Advances the time until the transport has reached `frame`. The player reads the disc on a
+    /// separate thread, and the card waits while no sound is ready; so the clock is advanced in
     /// steps until the sound has arrived.
     void playUntil(CardTransport& transport, std::int64_t frame) {
         while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {

@@ -159,7 +159,8 @@ Reply CdDevice::trackStatus(std::string_view item, const std::string& number) {
         const auto index = static_cast<std::size_t>(track.value - 1);
         return std::string(table.tracks[index].kind == disc::TrackKind::audio ? "audio" : "other");
     }
-    // Uses the track's own number: a track without sectors starts where the next one does.
+    // The track's own number is used, since a track without sectors starts at the same sector as
+    // the next one.
     if (format_ == TimeFormat::tmsf) {
         return (track.value < 10 ? "0" : "") + std::to_string(track.value) + ":00:00:00";
     }
@@ -189,7 +190,7 @@ Reply CdDevice::play(const Command& command) {
     if (first.value > end.value) {
         return MciError::outOfRange;
     }
-    // Playing with the same end continues at its exact sample, not at its sector's start.
+    // "play" with the current end continues at the exact sample, not at the start of its sector.
     if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }
@@ -249,8 +250,7 @@ std::string_view CdDevice::mode() const {
     return "stopped";
 }
 
-// Whole sectors only: within a sector the position reads as the sector's start, so that no end
-// reads as passed before it has been reached.
+// Rounded down to a whole sector, so that no end is reported before it has been reached.
 std::int64_t CdDevice::currentSector() const {
     return medium_.positionInFrames() / disc::framesPerSector;
 }

@@ -23,8 +23,9 @@ namespace sonarith::mci {
 /// is no disc. After another drive has been chosen since the device was opened, that query reports
 /// no medium once, and then the medium of the other drive.
 ///
-/// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack where playing
-/// would begin in data. Playing ends at "to", at the line's end, or where a data track begins.
+/// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack if playing
+/// would begin in a data track. Playing ends at "to", at the line's end, or where a data track
+/// begins.
 class CdDevice : public Device {
   public:
     /// Reads the drive. A drive without a disc creates a device that is not ready.

@@ -35,7 +35,7 @@ TEST(InspectingADisc, RepliesToEachCommandOfACapture) {
     EXPECT_EQ(session.send("status cd length track 3"), said("10000"));
     EXPECT_EQ(session.send("close cd"), fine());
     EXPECT_EQ(session.machine.transport,
-              nullptr); // the drive was not prepared for reading sound for that
+              nullptr); // these commands do not prepare the drive for reading sound
 }
 
 TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
@@ -69,7 +69,7 @@ TEST(ThePlayersPoll, IsReturnedInTmsf) {
     EXPECT_EQ(session.send("status cd position"), said("02:00:00:00"));
 }
 
-TEST(ThePosition, NeverReadsAsTheEndBeforeTheEnd) {
+TEST(ThePosition, IsNotTheEndBeforeTheEndIsReached) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position"), said("0"));
@@ -219,7 +219,7 @@ TEST(TracksByTheirNumber, HaveStartLengthAndType) {
     EXPECT_EQ(session.send("status cd type"), refused(MciError::missingParameter));
 }
 
-TEST(ADataTrack, IsListedAndRefusesToPlayWithAMessage) {
+TEST(ADataTrack, IsListedButPlayingItFailsWithAMessage) {
     CdSession session(enhancedDisc());
     session.send("set cd time format tmsf");
     EXPECT_EQ(session.send("status cd number of tracks"), said("3"));
@@ -231,7 +231,7 @@ TEST(ADataTrack, IsListedAndRefusesToPlayWithAMessage) {
     EXPECT_EQ(session.send("play cd"), refused(MciError::dataTrack));
 }
 
-TEST(ADataTrack, EndsThePlayingBeforeIt) {
+TEST(ADataTrack, PlayingEndsWhereItBegins) {
     CdSession session(enhancedDisc());
     session.send("set cd time format ms");
     session.send("play cd from 10000");

@@ -57,7 +57,7 @@ std::optional<Verb> verbNamed(std::string_view name) {
     return found == std::end(verbs) ? std::nullopt : std::optional(found->second);
 }
 
-/// How many of `words` the keyword covers; 0 if they do not begin with it.
+/// The number of `words` that the keyword matches; 0 if `words` do not begin with it.
 std::size_t wordsMatched(std::span<const Word> words, std::string_view keyword) {
     std::size_t count = 0;
     while (!keyword.empty()) {

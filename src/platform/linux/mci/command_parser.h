@@ -76,14 +76,14 @@ class Arguments {
 };
 
 /// Matches `keywords`, case-insensitive, the longest one first. "wait" and "notify" are accepted
-/// with every command and never in the result: each command has completed when it returns, or
+/// with every command and are never in the result: each command has completed when it returns, or
 /// continues in the background, and there is no window to notify. Errors: unrecognizedKeyword,
 /// missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 
-/// The one of `keywords` without a value that was given. Errors: flagsNotCompatible for two of
-/// them, missingParameter for none.
+/// Of those `keywords` that have no value, the one that was given. Errors: flagsNotCompatible if
+/// two were given, missingParameter if none was.
 [[nodiscard]] Outcome<std::string_view> onlyItem(const Arguments& arguments,
                                                  std::span<const Keyword> keywords);
 

@@ -156,7 +156,7 @@ TEST(AnInteger, IsDecimalDigitsUpToTheLargestOf32Bits) {
     }
 }
 
-TEST(AnItem, IsTheOnlyKeywordOfThoseWithoutAValue) {
+TEST(AnItem, IsTheOnlyGivenKeywordWithoutAValue) {
     static constexpr Keyword items[] = {{"length"}, {"mode"}, {"track", Takes::value}};
     const auto itemOf = [](std::string_view text) {
         const auto command = parseCommand(text);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the command devices need from the machine: a drive, a player of discs, a recorder, and the
 // translation of paths. The implementations for a real machine are in machine_devices.h; tests and
-// the fuzzer have others.
+// the fuzzer have their own.
 #pragma once
 
 #include <chrono>
@@ -19,7 +19,7 @@
 
 namespace sonarith::mci {
 
-/// Plays one disc into the output and to the recorder. Initially stopped at sector 0; destroying it
+/// Plays one disc to the output and to the recorder. Initially stopped at sector 0; destroying it
 /// stops it. For the logic's thread only.
 class Transport {
   public:
@@ -47,7 +47,7 @@ class Recorder {
     /// Begins a recording of 1 or 2 channels, or continues at its end. The channels of a recording
     /// never change. Errors: deviceUnavailable while another recorder is recording,
     /// invalidProcedureCall after a save has been tried, those of creating the file. A disk that
-    /// does not respond is no error: the sound is buffered for it.
+    /// does not respond is no error: the sound is buffered.
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;

@@ -21,10 +21,11 @@ struct TrackLoss {
 };
 
 /// "Track 3: 2.4 s could not be read and are silent in 1234-3.wav." `path` is the recording's path
-/// in the logic's form; its last name is shown. Times are rounded up to a tenth of a second.
+/// in the logic's form; only its last component is shown. Times are rounded up to a tenth of a
+/// second.
 [[nodiscard]] Notice lostSound(std::span<const TrackLoss> losses, std::string_view path);
 
-/// `drive` as Drive::name(); it is the notice's cause.
+/// `drive` is the result of Drive::name(), and is the notice's cause.
 [[nodiscard]] Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since);
 [[nodiscard]] Notice discHasVanished(const std::string& drive);
 

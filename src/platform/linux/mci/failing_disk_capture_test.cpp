@@ -44,7 +44,7 @@ class FailingCapture : public MachineSession {
         std::make_shared<fakes::FakeDisc>(fakes::audioTable({750, 75})));
 };
 
-/// Expects that the file holds that many frames from the beginning of the disc, and nothing else.
+/// Expects that the file contains exactly the first `count` frames of the disc.
 void expectStartOfDisc(const std::filesystem::path& path, std::int64_t count) {
     const auto wav = fakes::readWav(path);
     ASSERT_TRUE(wav);
@@ -121,7 +121,7 @@ TEST_P(ADestinationThatHangs, MayRespondAgainAfterTheDevicesWereDestroyed) {
             session.tickUntil(500);
             EXPECT_EQ(session.send("save capture 1.wav"), refused(MciError::fileNotSaved));
         }
-        // The folder is deleted, too: the failure of the save is reported to no window.
+        // The folder is deleted, too: the save fails, and no window exists to show that.
         judge.release();
         EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30)));
     });

@@ -29,8 +29,8 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
         std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), scriptOptions));
 };
 
-/// The file must be silent between the two commands that begin it, contain the disc from
-/// `firstSector` to at least `endSector`, and end within the tick after that.
+/// The file must begin with at most the silence between the commands "record" and "play", contain
+/// the disc from `firstSector` to at least `endSector`, and end within one tick after that.
 void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
                    std::int64_t endSector) {
     const auto wav = fakes::readWav(path);

@@ -63,7 +63,7 @@ Reply Interpreter::open(const Command& command) {
     static constexpr Keyword keywords[] = {
         {"alias", Takes::value}, {"type", Takes::value}, {"shareable"}};
     // "cdaudio", or a type and the file to open ("avivideo!c:\a.avi"). The type is checked before
-    // the words: the path after it may contain blanks and so look like words.
+    // the words are parsed, since a path with blanks is split into several words.
     const std::size_t mark = command.device.find('!');
     std::string type = command.device.substr(0, mark);
     std::string element = mark == std::string::npos ? "" : command.device.substr(mark + 1);

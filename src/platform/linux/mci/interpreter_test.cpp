@@ -118,7 +118,7 @@ TEST(ADiscThatIsNotShareable, IsOpenedOnce) {
     EXPECT_EQ(session.send("open cdaudio alias b shareable"), fine());
 }
 
-TEST(Closing, StopsTheDeviceAndForgetsItsAlias) {
+TEST(Closing, StopsTheDeviceAndFreesItsAlias) {
     MciSession session(audioTable({750}));
     session.send("open cdaudio alias cd");
     session.send("play cd");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The commands of a capture, from the disc's samples to the saved file, through the real player,
-// sound card and recording; only the clock is the test's.
+// sound card and recording; only the clock is a fake.
 #include "platform/linux/mci/machine_devices.h"
 
 #include <gmock/gmock.h>
@@ -122,7 +122,7 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
     EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
-    // The ticks of more than a minute after it have not extended it.
+    // The ticks of more than a minute after the disc vanished have not extended the recording.
     EXPECT_LT(wav->samples.size(), 10U * 2 * 44100);
 }
 

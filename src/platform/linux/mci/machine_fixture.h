@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // An interpreter on the real player, sound card and recording, with the commands of a capture; only
-// the clock is the test's. For tests only.
+// the clock is a fake. For tests only.
 #pragma once
 
 #include <chrono>
@@ -34,9 +34,10 @@ class MachineSession {
 
     fakes::Answer send(const std::string& command) { return fakes::ask(interpreter, command); }
 
-    /// Ticks like the monitor, each a little late, until the disc has reached `milliseconds`.
+    /// Advances the time in ticks like the monitor's, each a little late, until the disc has
+    /// reached `milliseconds`.
     void tickUntil(int milliseconds) {
-        // The reader's thread delivers the sound meanwhile; the card waits for it.
+        // Meanwhile the reader's thread delivers the sound, and the card waits for it.
         EXPECT_TRUE(fakes::eventually([&] {
             if (std::stoi(send("status cd position").reply) >= milliseconds) {
                 return true;

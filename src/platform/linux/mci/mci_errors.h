@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The error numbers of the media control strings, their texts, and the result types that carry them
-// inside the interpreter. It depends on no command and no device.
+// The error numbers of the media control strings, their texts, and the result types that contain
+// them inside the interpreter. It depends on no command and no device.
 #pragma once
 
 #include <string>

@@ -12,11 +12,11 @@ namespace {
 constexpr std::int64_t perSecond = disc::sectorsPerSecond;
 constexpr std::int64_t perMinute = 60 * perSecond;
 constexpr std::int64_t perHour = 60 * perMinute;
-/// Number of fields in tmsf, the format with the most of them.
+/// Number of fields in tmsf, the format with the most fields.
 constexpr std::size_t maxFields = 4;
 using Fields = std::array<std::int64_t, maxFields>;
 
-/// At least two digits in each field, as callers expect that cut at fixed positions.
+/// Each field has at least two digits, since callers cut the text at fixed positions.
 std::string joined(std::initializer_list<std::int64_t> fields) {
     std::string text;
     for (const std::int64_t field : fields) {

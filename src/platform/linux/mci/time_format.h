@@ -20,7 +20,8 @@ enum class TimeFormat {
     tmsf, ///< track:minutes:seconds:sectors, counted from the track's start
 };
 
-/// The format that a command names ("milliseconds" or "ms", "hms", "msf", "tmsf"; case-blind).
+/// The format that a command names ("milliseconds" or "ms", "hms", "msf", "tmsf";
+/// case-insensitive).
 [[nodiscard]] std::optional<TimeFormat> timeFormatNamed(std::string_view name);
 [[nodiscard]] std::string_view nameOf(TimeFormat format);
 

@@ -61,7 +61,7 @@ TEST(LengthsInMilliseconds, AddUpToTheStartsOfTheTracksForAnyTable) {
     }
 }
 
-TEST(Lengths, ReadAsTheirFormatSays) {
+TEST(Lengths, HaveTheTextOfTheirFormat) {
     const std::int64_t sectors = (3 * 60 + 5) * 75 + 74; // 3:05 and 74 sectors
     EXPECT_EQ(lengthText(0, sectors, hms), "00:03:05");
     EXPECT_EQ(lengthText(0, sectors, msf), "03:05:74");
@@ -72,7 +72,7 @@ TEST(Lengths, ReadAsTheirFormatSays) {
     EXPECT_EQ(lengthText(0, 75LL * 60 * 120, msf), "120:00:00");
 }
 
-TEST(Positions, ReadAsTheirFormatSays) {
+TEST(Positions, HaveTheTextOfTheirFormat) {
     const disc::Table table = audioTable({100, 75 * 200, 50});
     const std::int64_t sector = 100 + 75 * 65 + 7;
     EXPECT_EQ(positionText(table, sector, tmsf), "02:01:05:07");

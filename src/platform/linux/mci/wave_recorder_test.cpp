@@ -110,11 +110,11 @@ TEST(TheLength, IsCountedInTheChosenUnit) {
     session.send("set capture time format bytes");
     EXPECT_EQ(session.send("status capture length"), said("264600"));
     EXPECT_EQ(session.send("status capture position"), said("264600"));
-    session.recorder().bytes = 6'000'000'000; // more than 32 bits hold
+    session.recorder().bytes = 6'000'000'000; // does not fit in 32 bits
     EXPECT_EQ(session.send("status capture length"), said("6000000000"));
 }
 
-TEST(TheUnit, HasANameAndOnlyOfThese) {
+TEST(TheUnit, HasOneOfThreeNames) {
     Opened session;
     EXPECT_EQ(session.send("status capture time format"), said("milliseconds"));
     for (const char* name : {"bytes", "samples", "milliseconds"}) {
@@ -194,7 +194,7 @@ TEST(Closing, DropsUnsavedSound) {
 
 TEST(WrongCommandsToARecorder, ReportTheCause) {
     Opened session;
-    EXPECT_EQ(session.send("stop capture"), fine()); // at rest already
+    EXPECT_EQ(session.send("stop capture"), fine()); // already stopped
     EXPECT_EQ(session.send("play capture"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("seek capture to start"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("info capture identity"), refused(MciError::unsupportedFunction));
