@@ -24,7 +24,7 @@ constexpr int bigValuesBits = 9;
 constexpr int gainBits = 8;
 constexpr int windowsBits = 1; ///< whether other windows than the normal one are used
 constexpr int tableBits = 5;
-/// The offset of that field.
+/// The offsets of these fields.
 constexpr int bigValuesAt = lengthBits;
 constexpr int gainAt = bigValuesAt + bigValuesBits;
 constexpr int scaleFactorAt = gainAt + gainBits;

@@ -38,7 +38,7 @@ TEST(BitReservoirTest, ReturnsTheLimitForAFrameThatRefersTooFarBack) {
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt)
-        << "the available data are passed on";
+        << "the data of the limited frame are available, too";
     reservoir.clear();
     EXPECT_EQ(admit(reservoir, frameReaching(200)), 0);
 }
@@ -65,7 +65,7 @@ TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
         silence(header, frame, begin);
         EXPECT_EQ(mainDataBegin(header, frame), begin);
         EXPECT_TRUE(isEmptySideInfo(header, frame));
-        EXPECT_EQ(frame[36], 0x55) << "its main data are for the frames after it";
+        EXPECT_EQ(frame[36], 0x55) << "its main data belong to later frames";
     }
     Data low(96, 0x55);
     std::copy_n(Data{0xFF, 0xF3, 0x40, 0xC4}.begin(), 4, low.begin());
@@ -77,8 +77,8 @@ TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
 
 TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfNothingInItCanFail) {
     const FrameHeader header = *parseHeader(frameReaching(0));
-    // In the first granule's part of MPEG-1 stereo, which begins at bit 20: bits of the length, of
-    // the big values, of the scale factors and of the window kind.
+    // Bits of the length, the big values, the scale factors and the window kind in MPEG-1 stereo,
+    // where the first granule's part begins at bit 20.
     for (const int bit : {20, 31, 32, 40, 49, 52, 53, 20 + 3 * 59, 20 + 3 * 59 + 33}) {
         Data frame = frameReaching(0);
         silence(header, frame, 0);

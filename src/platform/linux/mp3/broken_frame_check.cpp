@@ -32,8 +32,9 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
     if (!endsInSilence(frame.header.format, samples) || isEmptySideInfo(frame.header, bytes)) {
         return false;
     }
-    // The frame is decoded once more, after a frame with sound: unless the library gives it up, the
-    // end of that sound overlaps into it. Whether it is given up depends on its own data alone.
+    // The frame is decoded again after a frame with sound. Unless the library gives the frame up,
+    // the end of that sound overlaps into it. Whether the library gives a frame up depends only on
+    // the data of that frame.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {
@@ -66,8 +67,8 @@ std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir) {
     frame[3] &= 0xCF;
     const FrameHeader header = *parseHeader(frame);
     frame.resize(static_cast<std::size_t>(header.bytes));
-    // In every granule and channel two spectral lines have the value 1: in Huffman table 1 that is
-    // five bits, all zero, like all other fields.
+    // In every granule and channel two spectral lines have the value 1. Their code in Huffman table
+    // 1 is five zero bits; all other main data are zeros, too.
     setTone(header, frame);
     std::copy(reservoir.begin(), reservoir.end(),
               frame.end() - static_cast<std::ptrdiff_t>(reservoir.size()));

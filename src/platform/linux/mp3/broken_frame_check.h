@@ -15,14 +15,15 @@
 
 namespace sonarith::mp3 {
 
-/// A frame of the format of `like` (Layer III) that produces sound whatever precedes it: one low
-/// tone. `reservoir`, to which the next frame may refer back, is at its end.
+/// A Layer III frame of the format of `like` with one low tone, which is audible after any
+/// preceding frame. The frame ends with `reservoir`, the data to which the next frame may refer
+/// back.
 [[nodiscard]] std::vector<std::uint8_t> soundingFrame(Bytes like, Bytes reservoir);
 
 class BrokenFrameCheck {
   public:
-    /// Whether the library gave up `frame`, which it decoded to `samples`; `bytes` are the frame's.
-    /// Precondition: pass() was called for the frames before it.
+    /// Whether the library gave up `frame`, which it decoded to `samples`; `bytes` are all bytes of
+    /// the frame. Precondition: pass() was called for the frames before it.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
     /// Advances to the next frame.

@@ -28,7 +28,7 @@ int brokenFrames(const Data& data) {
     return broken;
 }
 
-TEST(BrokenFrameCheckTest, TreatsNoEncodersFrameAsBrokenHoweverSilent) {
+TEST(BrokenFrameCheckTest, TreatsNoFrameOfAnEncoderAsBroken) {
     // At 8 kbit/s many frames have data without sound.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {

@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Large enough that the cost of system calls does not matter, small enough for one on each of many
-/// cores.
+/// Large enough that the cost of system calls does not matter, small enough for one window per
+/// thread on many cores.
 constexpr std::size_t windowBytes = 48 * 1024;
 
 FileIdentity identityIn(const struct stat& found) {
@@ -92,8 +92,8 @@ Reading FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) con
 
 SourceWindow::SourceWindow(const ByteSource& source) : source_(&source), store_(windowBytes) {}
 
-/// An offset that could not be read is not tried again from each of the bytes before it: a disk may
-/// take seconds to fail.
+/// After a failed read, the bytes before that offset are returned without another attempt to read
+/// it: a disk may take seconds to fail.
 bool SourceWindow::mustRead(std::int64_t offset, std::int64_t wanted) const {
     const bool beforeBadPlace = failure_ && offset <= end();
     return offset < start_ || (offset + wanted > end() && !beforeBadPlace);

@@ -36,7 +36,7 @@ class ByteSource {
                                          std::span<std::uint8_t> out) const = 0;
 };
 
-/// Bytes whose owner keeps them longer than the source's lifetime.
+/// Bytes in memory. They must outlive the source.
 class MemorySource : public ByteSource {
   public:
     explicit MemorySource(Bytes bytes) : bytes_(bytes) {}
@@ -49,7 +49,8 @@ class MemorySource : public ByteSource {
     Bytes bytes_;
 };
 
-/// Identifies a file and its state: if two are equal, the file was not changed in between.
+/// Identifies a file and its state: if two identities are equal, the file was not changed in
+/// between.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -66,8 +67,8 @@ struct FileIdentity {
 class FileSource : public ByteSource {
   public:
     /// Opens regular files only: a pipe could block the caller forever. Once `stop` is true every
-    /// read fails, so that a scan of the file ends; `stop` must outlive the source. The messages of
-    /// failures are the system's alone, without the path.
+    /// read fails, so that a scan of the file ends; `stop` must outlive the source. Error messages
+    /// are the system's, without the path.
     [[nodiscard]] static Result<std::unique_ptr<FileSource>> open(const std::filesystem::path& path,
                                                                   const std::atomic<bool>& stop);
 
@@ -85,8 +86,8 @@ class FileSource : public ByteSource {
     const std::atomic<bool>* stop_;
 };
 
-/// For one thread. An offset that cannot be read looks like the end of the source; `failure`
-/// distinguishes them. The data after it can be read again.
+/// For one thread. For `at`, an offset that cannot be read is the end of the source; `failure`
+/// distinguishes the two cases. Data after that offset can be read.
 class SourceWindow {
   public:
     explicit SourceWindow(const ByteSource& source);
@@ -94,7 +95,7 @@ class SourceWindow {
     /// The bytes from `offset` on: at least `lookAhead` of them, fewer only at the end of the
     /// source and before an offset that cannot be read. Valid until the next call.
     [[nodiscard]] Bytes at(std::int64_t offset);
-    /// Why the window ends there, unless it is full or the source ends.
+    /// The error that ended the window early; empty if the window is full or the source ends.
     [[nodiscard]] const std::optional<Error>& failure() const { return failure_; }
 
     /// Enough for four consecutive frames of any kind.

@@ -102,7 +102,7 @@ TEST(SourceWindowTest, ShowsAllBytesBeforeAPlaceThatCannotBeRead) {
     }
     EXPECT_TRUE(window.at(100'000).empty());
     EXPECT_TRUE(window.failure());
-    EXPECT_EQ(source.failures, 1) << "a disk may take seconds for each";
+    EXPECT_EQ(source.failures, 1) << "each failed read may take seconds";
 }
 
 TEST(SourceWindowTest, ReadsAfterAPlaceThatCannotBeRead) {

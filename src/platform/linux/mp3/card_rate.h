@@ -20,7 +20,7 @@ class CardRate {
     [[nodiscard]] static Result<CardRate> create(const PcmFormat& format);
 
     /// Converts the next samples (interleaved, whole frames); an empty span means the end and
-    /// returns what the converter still holds. Valid until the next call.
+    /// returns the remaining output of the converter. Valid until the next call.
     [[nodiscard]] std::span<const sound::StereoFrame>
     convert(std::span<const std::int16_t> samples);
 

@@ -8,8 +8,8 @@
 namespace sonarith::mp3 {
 
 enum class DecodeStep {
-    opening, ///< of the source
-    reading, ///< from the source
+    opening, ///< opening the source
+    reading, ///< reading the source
     decoding,
     writing, ///< creating, writing and naming the WAV
 };

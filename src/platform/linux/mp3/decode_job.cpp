@@ -51,7 +51,7 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        report = nullptr; // other threads may wait for what it owns
+        report = nullptr; // other threads may wait for the objects it owns
     }
 
     void end() {
@@ -75,10 +75,10 @@ struct DecodeJob::Run {
     std::atomic<bool> over = false;
     std::mutex mutex; ///< for the threads that wait for `over`
     std::condition_variable changed;
-    // Accessed only by the thread until it is over, and constant afterwards.
+    // Accessed only by the thread until the job is over, and constant afterwards.
     Report report;
     DecodeResult result;
-    std::optional<CompletedDecoding> completed; ///< initially the former one
+    std::optional<CompletedDecoding> completed; ///< initially the former decoding
 };
 
 DecodeJob::DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,

@@ -30,23 +30,26 @@ struct CompletedDecoding {
 ///     constructed  ->  busy  ->  over           it has ended by itself
 ///                            ->  stopped -> over    by `stop` or the destructor
 ///
-/// busy changes directly to over: the WAV has its name by then. A stopped decoding is no longer
-/// busy, but over only when the disk has stored the decoded part; that may take long, and the
-/// thread continues alone after the object is destroyed. Until it is over, it keeps its turn for
-/// the target (target_turn.h), so that the next decoding of that file begins after it.
+/// A decoding that is not stopped changes from busy to over once the WAV has its name. A stopped
+/// decoding is no longer busy, but over only when the disk has stored the decoded part; that may
+/// take long, and the thread continues alone after the object is destroyed. Until it is over, it
+/// keeps its turn for the target (target_turn.h), so that the next decoding of that file begins
+/// after it.
 ///
-/// Threads: one thread constructs, stops and destroys, and never waits for a disk. The const
-/// members are thread-safe. The thread of the decoding owns everything that it accesses; so does
-/// `report`.
+/// Threads: one thread constructs, stops and destroys the object, and never waits for a disk. The
+/// const members are thread-safe. The thread of the decoding and `report` own everything that they
+/// access.
 class DecodeJob {
   public:
-    /// Called once, on the thread of the decoding, just before it is over; not if it was skipped.
-    /// It must own what it uses, as it may be called after the job is destroyed.
+    /// Called once, on the thread of the decoding, just before it is over; not called if the
+    /// decoding was skipped. It must own everything that it uses, as it may be called after the job
+    /// is destroyed.
     using Report = std::function<void(const DecodeResult&)>;
 
-    /// Starts. If `former` is of the same two files and neither has changed since, nothing is
-    /// decoded, and its result is reused. The decoding counts among `saves` until it is over.
-    /// Without a thread (Division::starter) it is over at once, and has failed.
+    /// Starts the decoding. If `former` is a decoding of the same two files and neither has changed
+    /// since, nothing is decoded, and its result is reused. The decoding counts among `saves` until
+    /// it is over. If no thread can be started (Division::starter), the decoding has failed and is
+    /// over at once.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }
@@ -57,7 +60,7 @@ class DecodeJob {
     void stop(std::chrono::milliseconds patience);
     /// True from the constructor's return until it is over or stopped.
     [[nodiscard]] bool busy() const;
-    /// All of its work has ended.
+    /// Whether all of its work has ended.
     [[nodiscard]] bool over() const;
     /// Waits at most `patience` until it is over; returns whether it is.
     bool awaitEnd(std::chrono::milliseconds patience) const;

@@ -150,7 +150,7 @@ TEST_F(DecodeJobTest, WritesNothingForAnInformationFrameAlone) {
 
 TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
     writeFile(target, text("old"));
-    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // not there
+    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // it does not exist
     fs::create_directory(source);
     EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed);
     fs::remove(source);
@@ -209,7 +209,7 @@ TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
             const fixture::Samples part = fixture::readWav(target).samples;
             ASSERT_EQ(part.size(), static_cast<std::size_t>(result.samples) * 2);
             EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
-            if (result.outcome == DecodeOutcome::completed) { // it was quicker than the stop
+            if (result.outcome == DecodeOutcome::completed) { // it ended before the stop
                 EXPECT_EQ(part.size(), whole.samples.size());
             } else {
                 EXPECT_EQ(result.outcome, DecodeOutcome::stopped);
@@ -278,7 +278,8 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
 
 constexpr int room = 480'000; ///< in bytes
 
-/// Decodes, in a child process, with space for two thirds of the sound: 0 if these are kept.
+/// Decodes with space for two thirds of the sound, in a child process. Returns 0 if the part that
+/// fits was kept.
 int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
     DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,
                   std::make_shared<sound::PendingSaves>());
@@ -296,7 +297,7 @@ int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned thre
         return 3;
     }
     const fixture::Samples whole = fixture::sequentially(ordinary()).samples;
-    constexpr std::size_t batch = 150'000; // bytes that are written together
+    constexpr std::size_t batch = 150'000; // bytes of one write
     if (part.size() * 2 < room - batch || part.size() >= whole.size()) {
         return 4;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The notice for the user about a decoding, in one sentence. Only the text: it is reported
-// elsewhere, and the logic shows none of this.
+// The notice for the user about a decoding, in one sentence. It only creates the text: the notice
+// is reported elsewhere, and the logic does not use it.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ struct DecodeNames {
     std::filesystem::path folder; ///< of the target
 };
 
-/// Empty if there is nothing to report: everything was decoded, or as much as the user wanted.
+/// Empty if there is nothing to report: everything was decoded, or the user stopped the decoding.
 [[nodiscard]] std::string decodeNotice(const DecodeNames& names, const DecodeResult& result);
 
 /// "3:12", or "1:03:12", for that many samples of each channel; fractions of a second are dropped.

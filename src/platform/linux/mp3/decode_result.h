@@ -13,9 +13,9 @@ namespace sonarith::mp3 {
 enum class DecodeOutcome {
     none,      ///< no decoding has ended yet
     completed, ///< the WAV is complete
-    stopped,   ///< the WAV has everything up to the stop; none was saved if that was nothing
+    stopped,   ///< the WAV has everything up to the stop; not saved if there is no sample
     noFrames,  ///< no frame was found, and nothing was written
-    failed,    ///< the WAV has everything up to the failure; none was saved if that was nothing
+    failed,    ///< the WAV has everything up to the failure; not saved if there is no sample
 };
 
 enum class DecodeMethod {
@@ -32,7 +32,7 @@ struct DecodeResult {
     PcmFormat format;
     std::int64_t samples = 0; ///< per channel, in the saved WAV; 0: none was saved
     DecodeCount count;
-    std::optional<DecodeFailure> failure; ///< only if it failed
+    std::optional<DecodeFailure> failure; ///< only after a failure
 };
 
 } // namespace sonarith::mp3

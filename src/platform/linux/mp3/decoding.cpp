@@ -128,7 +128,7 @@ Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
     return decoded;
 }
 
-/// Names the WAV, also after a failure, or drops it.
+/// Gives the WAV its name, also after a failure, or deletes it if it has no sample.
 void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& result) {
     result.count = decoded.count;
     result.failure = decoded.failure;
@@ -136,8 +136,8 @@ void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& r
                      : !decoded.complete ? DecodeOutcome::stopped
                                          : DecodeOutcome::completed;
     if (decoded.samples == 0) {
-        // Without a sample, an existing file of that name is kept: there is nothing to replace it
-        // with. A stream may consist of an information frame alone.
+        // Without a sample nothing is saved, and an existing file of that name is kept. A stream
+        // may consist of an information frame alone.
         if (result.outcome == DecodeOutcome::completed) {
             result.outcome = DecodeOutcome::noFrames;
         }

@@ -20,8 +20,8 @@ struct DecodeOrder {
     Division division; ///< with one thread, one decoder decodes the whole file
 };
 
-/// One attempt. Waits for the disk without a bound; only `stop` and Progress are shared with other
-/// threads.
+/// One attempt to decode a file. It waits for the disk without a time limit. Only `stop` and
+/// Progress are shared with other threads.
 class Decoding {
   public:
     /// All arguments must outlive the object. After `stop` becomes true, `run` saves the decoded
@@ -29,9 +29,9 @@ class Decoding {
     Decoding(const DecodeOrder& order, const std::atomic<bool>& stop, Progress& progress)
         : order_(order), stop_(stop), progress_(progress) {}
 
-    /// First waits for an earlier decoding that has not named this target yet.
+    /// First waits until an earlier decoding to the same target has named its WAV.
     [[nodiscard]] DecodeResult run();
-    /// The state of the source when it was opened; empty if it was not.
+    /// The state of the source when it was opened; empty if it was not opened.
     [[nodiscard]] const std::optional<FileIdentity>& sourceIdentity() const {
         return sourceIdentity_;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes consecutive whole frames through libmpg123. It gets exactly the frames: finding them and
-// trimming the result is done elsewhere.
+// Decodes consecutive whole frames through libmpg123. It receives whole frames only: finding them
+// and trimming the result is done elsewhere.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ using DecoderHandle = std::unique_ptr<mpg123_handle, CloseDecoder>;
 enum class SampleType { sixteenBit, floatingPoint };
 
 /// A handle that delivers samples of `type` at the stream's own rate and channels. All handles of
-/// the program use the same one of the library's decoders, since these differ in the last bit.
+/// the program use the same decoder of the library, since its decoders differ in the last bit.
 [[nodiscard]] Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags,
                                                       long removedFlags);
 
@@ -36,7 +36,7 @@ class FrameDecoder {
     /// Decodes the frame after the preceding ones: always samplesPerFrame() times channels
     /// interleaved samples, zeros where decoding is impossible. Valid until the next call.
     [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
-    /// The last frame was silenced, since data that it refers to are missing.
+    /// Whether the last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     /// Number of frames that were silenced, since data that they refer to are missing.
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }

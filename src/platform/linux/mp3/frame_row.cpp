@@ -10,8 +10,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// How many frames must follow one that no other frame leads to. Four random bytes are a valid
-/// header once in about 5,000 offsets; with two more at the right offsets, once in 10^13.
+/// How many frames must follow a frame that follows no other one. Random bytes contain a valid
+/// header at one offset in about 5,000, and one that two more follow at the right offsets, at one
+/// offset in 10^13.
 constexpr int followers = 2;
 
 bool startsWith(Bytes bytes, std::string_view sign) {
@@ -84,7 +85,7 @@ bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset) {
         }
         offset += static_cast<std::size_t>(last.bytes);
         if (offset > bytes.size()) {
-            return i > 0; // the file ends within the follower, which is truncated
+            return i > 0; // only a follower may be truncated by the end of the source
         }
         if (rowEndsAt(bytes, offset)) {
             return true;

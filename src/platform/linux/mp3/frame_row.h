@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Distinguishes frames from chance matches: a frame counts if enough others of its format follow
-// it. Also the tags between frames. It examines bytes in memory; the scanner reads the source.
+// it. Also detects the tags between frames. It examines bytes in memory; the scanner reads the
+// source.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +14,8 @@
 
 namespace sonarith::mp3 {
 
-/// The length that the tag at the beginning of `bytes` states (ID3v1, ID3v2, APE), whether or not
-/// that is true; 0 if there is no tag.
+/// The length that the tag at the beginning of `bytes` states (ID3v1, ID3v2, APE), which may be
+/// wrong; 0 if there is no tag.
 [[nodiscard]] std::int64_t claimedTagBytes(Bytes bytes);
 
 /// The next offset from `offset` on at which a header may begin; the size of `bytes` if there is

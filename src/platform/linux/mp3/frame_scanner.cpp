@@ -11,9 +11,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// Limit of offsets that are tried as the beginning of a stream in free format; each try is
-/// expensive, and hostile junk can consist of nothing else. Random junk of 70,000 bytes has one
-/// such offset.
+/// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
+/// try is expensive, and hostile junk can consist of such offsets only. Random junk of 70,000 bytes
+/// has one such offset.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -76,7 +76,7 @@ bool FrameScanner::belongs(const FrameHeader& header, Bytes bytes) {
     return header.format == only_ || header.format == current_ || verified(header, bytes, 0);
 }
 
-/// Whether another row of frames begins inside this one, because its end is missing.
+/// Whether another row of frames begins inside this frame, because the frame's end is missing.
 bool FrameScanner::isTorn(const FrameHeader& header, Bytes bytes) {
     const auto end = static_cast<std::size_t>(header.bytes);
     if (rowEndsAt(bytes, end)) {
@@ -103,8 +103,8 @@ std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
 }
 
 bool FrameScanner::leadsOn(std::int64_t offset) const {
-    // Read outside the window: the end of a tag with a false length is useless, and there may be
-    // very many.
+    // Read without the window, which keeps its contents: the data at the end of a tag with a false
+    // length are not needed, and there may be very many such tags.
     std::array<std::uint8_t, 32> store{};
     const std::int64_t left = source_->size() - offset;
     const Bytes bytes =
@@ -113,7 +113,7 @@ bool FrameScanner::leadsOn(std::int64_t offset) const {
         return left == 0;
     }
     if (source_->readAt(offset, std::span(store).first(bytes.size())).failure) {
-        return false; // the window meets the same failure if it matters
+        return false; // the window has the same failure if the scan reaches this offset
     }
     return parseHeader(bytes).has_value() || claimedTagBytes(bytes) > 0;
 }

@@ -15,7 +15,7 @@ namespace sonarith::mp3 {
 struct Frame {
     std::int64_t offset = 0; ///< in the source
     FrameHeader header;
-    /// The data before it in the source are not the preceding frame: the bit reservoir is lost.
+    /// The frame does not directly follow another frame of its format: the bit reservoir is lost.
     bool afterGap = false;
 };
 
@@ -29,10 +29,10 @@ struct ScanLoss {
     friend bool operator==(const ScanLoss&, const ScanLoss&) = default;
 };
 
-/// A frame counts if the preceding one leads to it, or if two more frames of its format follow it
+/// A frame counts if it directly follows another one, or if two more frames of its format follow it
 /// (fewer only where the file or a tag ends the row). A scan that starts at any of the frames finds
-/// the same following frames as one from the beginning. An offset that cannot be read ends the
-/// source.
+/// the same following frames as one from the beginning. An offset that cannot be read counts as the
+/// end of the source.
 ///
 /// The time is linear in the number of bytes, whatever they are: each offset is tried a bounded
 /// number of times.
@@ -77,15 +77,15 @@ class FrameScanner {
     const ByteSource* source_;
     SourceWindow window_;
     std::int64_t position_ = 0;
-    std::optional<StreamFormat> only_;    ///< others are dropped
+    std::optional<StreamFormat> only_;    ///< frames of other formats are dropped
     std::optional<StreamFormat> current_; ///< of the current row of frames
     std::optional<std::int64_t> freeFormat_;
     int freeFormatTries_ = 0;
     RowsAhead rowsAhead_;
     std::int64_t placesTried_ = 0;
     bool gap_ = true;
-    bool foundFrame_ = false; ///< one of those that `next` returns
-    bool damaged_ = false;    ///< bytes were skipped since then
+    bool foundFrame_ = false; ///< `next` has returned a frame
+    bool damaged_ = false;    ///< bytes were skipped since the last frame
     ScanLoss loss_;
 };
 

@@ -22,7 +22,7 @@ struct Scan {
 
     std::int64_t placesTried = 0;
 
-    /// In the format that the stream is decoded in.
+    /// Scans for the format in which the stream is decoded.
     explicit Scan(const Data& data) : Scan(data, surveyStream(MemorySource(data)).format) {}
     Scan(const Data& data, const std::optional<StreamFormat>& format) {
         const MemorySource source(data);
@@ -81,7 +81,7 @@ TEST(FrameScannerTest, LosesNoFrameToJunkBetweenFrames) {
 
 TEST(FrameScannerTest, LosesOnlyTheTruncatedFrame) {
     const std::size_t place = middle();
-    for (const std::size_t missing : {1U, 100U, 414U}) { // the header is there
+    for (const std::size_t missing : {1U, 100U, 414U}) { // the header is complete
         const Scan scan(part(ordinary(), 0, place + 418 - missing) +
                         part(ordinary(), place + 418, SIZE_MAX));
         const auto isAt = [&](std::size_t offset) {

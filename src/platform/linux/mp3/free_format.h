@@ -8,7 +8,7 @@
 namespace sonarith::mp3 {
 
 /// Whether a row of free-format frames begins at the beginning of `bytes`, which should contain
-/// three frames. An information frame may precede it, as encoders write that with a bit rate.
+/// three frames. The row may begin with an information frame, which encoders write with a bit rate.
 [[nodiscard]] bool isFreeFormat(Bytes bytes);
 
 } // namespace sonarith::mp3

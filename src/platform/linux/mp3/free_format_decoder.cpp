@@ -116,14 +116,14 @@ std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
         ++frames_;
         ++(current_ == format_ ? count_.framesDecoded : count_.loss.framesDropped);
         if (bytes > 0) {
-            // The library's buffer is aligned for its vectors.
+            // The library's buffer is aligned for vector instructions.
             return {reinterpret_cast<const std::int16_t*>(sound), bytes / sizeof(std::int16_t)};
         }
     }
 }
 
-/// The library fills the rest of a frame that it gives up with zeros. Every silent frame counts as
-/// such: an unnecessary new decoder costs little.
+/// The library fills the rest of a frame that it gives up with zeros. Every frame that ends in
+/// silence counts as given up: an unnecessary new decoder costs little.
 void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     constexpr std::size_t end = 2 * 32; // the smallest output of one synthesis step
     const auto last = samples.last(std::min(samples.size(), end));
@@ -149,7 +149,7 @@ bool FreeFormatDecoder::renew() {
     work_ = 0;
     ++renewals_;
     const DecodeCount count = count_;
-    const bool found = !decodeFrame().empty(); // the last frame again, which was already returned
+    const bool found = !decodeFrame().empty(); // decodes the already returned frame again
     count_ = count;
     return found;
 }

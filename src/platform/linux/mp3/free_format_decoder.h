@@ -15,9 +15,10 @@ namespace sonarith::mp3 {
 class FreeFormatDecoder : public PcmReader {
   public:
     /// For each frame that it gives up, the library needs time in proportion to the number of
-    /// preceding frames (measured: 3 ns for each), so a long stream of damaged ones would take
-    /// hours. When this many frames have accumulated, a third of a second of work, another decoder
-    /// begins after a frame that ends in silence, as those do: nothing is lost there.
+    /// preceding frames (measured: 3 ns for each), so a long stream of damaged frames would take
+    /// hours. When these numbers add up to this limit (a third of a second of work), another
+    /// decoder begins after a frame that ends in silence, as frames that are given up do, so that
+    /// no sound is lost.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame there.
@@ -35,7 +36,7 @@ class FreeFormatDecoder : public PcmReader {
   private:
     /// The state of the library's read callbacks.
     struct Input {
-        SourceWindow window; ///< the library asks for a few bytes at a time
+        SourceWindow window; ///< the library reads a few bytes at a time
         std::int64_t size;
         std::int64_t begin; ///< the source offset that is the library's offset 0
         std::int64_t position;
@@ -58,7 +59,7 @@ class FreeFormatDecoder : public PcmReader {
     DecodeCount count_;
     std::int64_t patience_;
     std::int64_t frames_ = 0; ///< of the current decoder
-    std::int64_t work_ = 0;   ///< frames that it may have processed again
+    std::int64_t work_ = 0;   ///< frames that the decoder may have processed again
     int renewals_ = 0;
 };
 

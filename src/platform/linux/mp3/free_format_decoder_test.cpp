@@ -66,8 +66,8 @@ Samples decodeWith(const Data& data, std::int64_t patience, int& renewals) {
     return samples;
 }
 
-TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithIdenticalSamples) {
-    // There is silence in it.
+TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithTheSameSoundUpToRounding) {
+    // The sound contains silence, where a decoder can be replaced.
     const Data& data = encoded(44100, 2, "-t --nores --freeformat -b 400");
     int renewals = 0;
     const Samples one = decodeWith(data, FreeFormatDecoder::usualPatience, renewals);
@@ -82,7 +82,7 @@ TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithIdenticalSamples) {
 
 TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItCannotDecode) {
     Data frame{0xFF, 0xFB, 0x00, 0x64};
-    frame.resize(800, 0xFE); // more values than there are
+    frame.resize(800, 0xFE); // states more spectral values than a frame has
     Data data;
     for (int i = 0; i < 200; ++i) {
         data = data + frame;
@@ -90,7 +90,7 @@ TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItCannotDecode) {
     int renewals = 0;
     EXPECT_EQ(decodeWith(data, 1000, renewals).size(), 200U * 2304);
     EXPECT_GE(renewals, 3);
-    EXPECT_LE(renewals, 5); // 45 frames come to a thousand
+    EXPECT_LE(renewals, 5); // the numbers 1 to 45 add up to more than 1000
 }
 
 } // namespace

@@ -34,10 +34,10 @@ TEST(FreeFormatTest, IsNotDetectedInHeadersAtOtherDistances) {
     EXPECT_FALSE(isFreeFormat(Data(50'000, 0)));
 }
 
-TEST(FreeFormatTest, HasFramesThatSoundFitsInto) {
+TEST(FreeFormatTest, HasFramesLargeEnoughForSound) {
     EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
     EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
-    Data headers; // of Layer II, at every fourth byte: three of any distance make a row
+    Data headers; // of Layer II, at every fourth byte: any three at equal distances form a row
     while (headers.size() < 8000) {
         headers = headers + Data{0xFF, 0xFD, 0x00, 0x00};
     }

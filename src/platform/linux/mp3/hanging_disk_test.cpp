@@ -34,7 +34,7 @@ class HangingDiskTest : public testing::Test {
         EXPECT_TRUE(made->setSourceFile(source).ok());
         return made;
     }
-    /// Begins a decoding on a thread that can be held, and waits until a call of it is.
+    /// Begins a decoding whose system calls can be held, and waits until one of them is held.
     void hangIn(HeldCalls& disk, const fs::path& target) {
         disk.atEnd([this] { control.reset(); });
         ASSERT_TRUE(disk.run([&] {
@@ -135,13 +135,13 @@ TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
         next.reset();
     });
     ASSERT_TRUE(disk.run([&] {
-        control.reset(); // as its window is unloaded
+        control.reset(); // as when its window is unloaded
         fixture::writeFile(source, fixture::encoded(22050, 1, "-b 32"));
         next = makeControl();
         EXPECT_TRUE(next->DecodeToWav(wav).ok());
         std::this_thread::sleep_for(20ms);
         EXPECT_TRUE(next->Busy());
-        EXPECT_EQ(next->Position(), 0) << "the second one waits";
+        EXPECT_EQ(next->Position(), 0) << "the second decoding waits";
     }));
     EXPECT_EQ(test::visibleEntriesIn(slow), 0);
     disk.release();
@@ -170,7 +170,7 @@ TEST_F(HangingDiskTest, ADecodingStoppedWhileWaitingKeepsThePreviousWav) {
     EXPECT_EQ(samplesIn(wav), allSamples);
 }
 
-TEST_F(HangingDiskTest, ASecondStartDoesNotWaitToSeeWhetherTheFilesHaveChanged) {
+TEST_F(HangingDiskTest, ASecondStartDoesNotWaitForTheCheckOfTheFiles) {
     HeldCalls disk({SYS_newfstatat}, test::ofPath("in.mp3"));
     ASSERT_TRUE(disk.run([&] {
         control = makeControl();

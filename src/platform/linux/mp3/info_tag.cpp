@@ -15,7 +15,7 @@ std::int64_t bigEndian32(Bytes bytes) {
     return static_cast<std::int64_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
 }
 
-/// `tag` begins with the four letters. The format: mp3-tech.org, "Mp3 Info Tag rev 1".
+/// `tag` begins with "Xing" or "Info". The format: mp3-tech.org, "Mp3 Info Tag rev 1".
 GaplessTrim parseFields(const StreamFormat& format, Bytes tag) {
     enum Fields : unsigned { frames = 1, bytes = 2, seekTable = 4, quality = 8 };
     constexpr std::size_t delaysOffset = 21; // in the encoder's part
@@ -51,8 +51,8 @@ std::optional<GaplessTrim> parseInfoTag(const FrameHeader& header, Bytes frame) 
     if (header.format.layer != 3) {
         return std::nullopt;
     }
-    // The tag follows the side information, which is empty. Encoders differ in whether the checksum
-    // moves it.
+    // The tag follows the side information, which is empty. Encoders differ in whether a checksum
+    // moves the tag.
     const std::size_t begin = header.sideInfoOffset();
     for (const std::size_t offset :
          {headerBytes + header.sideInfoBytes(), begin + header.sideInfoBytes()}) {

@@ -11,7 +11,7 @@
 namespace sonarith::mp3 {
 
 /// Which samples of a stream are sound. Samples are counted per channel, from the first frame that
-/// is not an information frame. By default all are.
+/// is not an information frame. By default all samples are sound.
 class GaplessTrim {
   public:
     GaplessTrim() = default;
@@ -22,7 +22,7 @@ class GaplessTrim {
         : begin_(begin), end_(end), codedEnd_(codedEnd) {}
 
     /// How many of the first `sample` samples are kept: the position of sample `sample` in the
-    /// result, or the position that it would have.
+    /// result, or of the next kept sample if it is cut.
     [[nodiscard]] std::int64_t keptBefore(std::int64_t sample) const;
     [[nodiscard]] std::int64_t begin() const { return begin_; }
     friend bool operator==(const GaplessTrim&, const GaplessTrim&) = default;

@@ -54,7 +54,7 @@ TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
     data[156] = 0; // the encoder's name: 36 + 8 + 4 + 4 + 100 + 4
     EXPECT_EQ(tagOf(data), GaplessTrim());
     data = fixture::ordinary();
-    data[43] = 0; // which fields there are: not even the number of frames
+    data[43] = 0; // the flags of the fields: none exists, not even the number of frames
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 

@@ -61,7 +61,7 @@ inline Data readFile(const std::filesystem::path& path) {
 }
 
 /// Swelling noise, pure tones, clicks, silence, and noise again; each is created once per process.
-/// The code is plain, since under the sanitizers it takes a third of the time of many tests.
+/// The loop is kept simple, since with the sanitizers it takes a third of the time of many tests.
 inline const Samples& sound(int rate, int channels, double seconds) {
     static std::map<std::tuple<int, int, double>, Samples> made;
     Samples& samples = made[{rate, channels, seconds}];
@@ -174,7 +174,7 @@ class BadPlaceSource : public ByteSource {
         reading.failure = Error{ErrorNumber::deviceInputOutput, "bad place"};
         return reading;
     }
-    /// Reads that reached that place.
+    /// The number of reads that reached that range.
     mutable std::atomic<int> failures = 0;
 
   private:
@@ -188,7 +188,7 @@ struct DecodedSound {
     PcmFormat format{0, 0};
     Samples samples;
     DecodeCount count;
-    bool broken = false; ///< the segments refused it
+    bool broken = false; ///< a segment ended with a broken frame
     std::optional<Error> failure = std::nullopt;
 };
 

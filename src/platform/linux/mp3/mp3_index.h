@@ -17,14 +17,14 @@ struct Segment {
     std::int64_t firstFrame = 0;
     std::int64_t frames = 0;      ///< at least 1
     Preroll preroll;              ///< where decoding begins; at firstFrame or before
-    std::int64_t sourceBytes = 0; ///< the part of the source that it covers
+    std::int64_t sourceBytes = 0; ///< how many bytes of the source it covers
 };
 
 /// For one thread at a time.
 class SegmentIndex {
   public:
-    /// Continues from the beginning of `frames`. All segments except the last have
-    /// `framesPerSegment` frames.
+    /// `frames` must be at its beginning. All segments except the last have `framesPerSegment`
+    /// frames.
     SegmentIndex(FrameSequence frames, std::int64_t framesPerSegment)
         : frames_(std::move(frames)), framesPerSegment_(framesPerSegment) {}
 
