@@ -61,7 +61,8 @@ class Mp3PlayerSource::Decoder {
         if (!file.ok()) {
             return;
         }
-        // Half a minute at the highest rate: playing must start at once, from slow disks too.
+        // Only this part is surveyed, half a minute at the highest rate: playing must start at
+        // once, also from slow disks.
         constexpr std::int64_t surveyedBytes = 1024 * 1024;
         const Result<std::unique_ptr<PcmReader>> reader =
             openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));
@@ -91,9 +92,9 @@ class Mp3PlayerSource::Decoder {
     std::atomic<bool> stop_ = false;
     std::mutex mutex_; ///< protects the members below
     std::condition_variable room_;
-    /// Half a second ahead at least: decoding takes a hundredth of that.
+    /// Space for at least half a second of sound: decoding it takes a hundredth of that time.
     sound::FrameQueue queue_{sound::frameRate / 2 + refillFrames};
-    bool ended_ = false; ///< nothing is added to the queue any more
+    bool ended_ = false; ///< no more frames are added to the queue
 };
 
 Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock,
@@ -105,8 +106,8 @@ Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock,
 }
 
 Mp3PlayerSource::~Mp3PlayerSource() {
-    // A thread that is not in the middle of a read ends within that time. It is short enough for
-    // the card's thread, on which the destructor may run.
+    // A thread that is not in the middle of a read ends within this time, which is short enough for
+    // the card's thread: the destructor may run on it.
     constexpr std::chrono::milliseconds moment{10};
     decoder_->stop();
     thread_.leave(moment);

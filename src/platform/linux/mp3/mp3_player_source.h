@@ -16,26 +16,26 @@
 
 namespace sonarith::mp3 {
 
-/// No caller waits for the file: a disk that hangs blocks only the thread, which is left behind
-/// when the object is destroyed. The part before an offset that cannot be read is played, then it
-/// ends.
+/// No caller waits for the file: a disk that hangs blocks only the thread, which may outlive the
+/// object. The part before an offset that cannot be read is played; then the playing ends.
 class Mp3PlayerSource : public sound::SampleSource {
   public:
-    /// A monotonic clock, from any origin.
+    /// A monotonic clock with any origin.
     using Clock = std::function<std::chrono::nanoseconds()>;
-    /// How long it stops the card while the file has no sound ready: a sleeping disk may take
-    /// longer, but other lines must not become silent for that.
+    /// How long the source stops the card while no sound is ready. A sleeping disk may take longer,
+    /// but must not silence the other lines for that time.
     static constexpr std::chrono::milliseconds patience{300};
 
-    /// Without a thread it ends at once.
+    /// If no thread can be started, the source ends at once.
     Mp3PlayerSource(std::filesystem::path path, Clock clock,
                     const ThreadStarter& starter = startThread);
     ~Mp3PlayerSource() override;
     Mp3PlayerSource(const Mp3PlayerSource&) = delete;
     Mp3PlayerSource& operator=(const Mp3PlayerSource&) = delete;
 
-    /// Starving while nothing is ready, and silent after `patience` of that until there is. Ended
-    /// after the last sample, and for a file that cannot be read or has no frame.
+    /// Returns `starving` while no sound is ready, and after `patience` silence until sound is
+    /// ready. Returns `ended` after the last sample, and for a file that cannot be read or has no
+    /// frame.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:

@@ -85,10 +85,10 @@ TEST_F(Mp3PlayerSourceTest, EndsWhereTheFileBecameShorter) {
     EXPECT_LT(all(*player).size(), 7U * 44100 / 2);
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsWhileItsRingIsFull) {
+TEST_F(Mp3PlayerSourceTest, IsDestroyedWhileItsRingIsFull) {
     auto player = play(encoded(44100, 2, "-b 128"));
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    player.reset(); // hangs if the thread waits for space without end
+    player.reset(); // hangs if the thread still waits for space
 }
 
 TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
@@ -108,7 +108,7 @@ TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
     EXPECT_EQ(pulled.frames, block.size());
     EXPECT_THAT(block, testing::Each(StereoFrame{}));
     disk.release();
-    // The silence ends as soon as there is sound, and none of that is lost.
+    // The silence ends as soon as sound is ready, and no sound is lost.
     EXPECT_TRUE(fakes::eventually([&] {
         return player->pull(block).supply == Supply::flowing && block != decltype(block){};
     }));

@@ -17,7 +17,7 @@ namespace {
 
 const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is set"};
 
-/// A working disk has named a stopped WAV by then, and the user does not notice it.
+/// Within this time a working disk has named a stopped WAV, and the user does not notice the wait.
 constexpr std::chrono::milliseconds stopPatience{40};
 /// Within this time a working disk reports whether the files of a completed decoding were changed.
 constexpr std::chrono::milliseconds checkTimeout{20};
@@ -30,7 +30,7 @@ std::string nameIn(const std::string& path) {
 } // namespace
 
 /// Reports the results of one control's decodings. The logic may restart a failed decoding once by
-/// itself; that fails in the same way, and is reported once.
+/// itself; the second failure is the same and is not reported.
 class Mpg123Control::Reporter {
   public:
     explicit Reporter(Notices& notices) : notices_(notices) {}
@@ -46,7 +46,8 @@ class Mpg123Control::Reporter {
         }
         notices_.report({std::move(text)});
     }
-    /// The next decoding was started by the user.
+    /// Called when only the user can start the next decoding: its failure is reported even if it is
+    /// the same as before.
     void forget() {
         const std::lock_guard lock(mutex_);
         last_.clear();
@@ -59,7 +60,7 @@ class Mpg123Control::Reporter {
 };
 
 Division divisionForThisMachine() {
-    constexpr unsigned most = 32; // each takes half a megabyte, and no disk is fast enough for more
+    constexpr unsigned most = 32; // each thread takes 0.5 MB, and no disk is fast enough for more
     Division division;
     division.threads = std::clamp(std::thread::hardware_concurrency(), 1U, most);
     return division;
@@ -131,7 +132,7 @@ Status Mpg123Control::DecodeToWav(const std::string& path) {
     }
     const DecodeNames names{nameIn(sourceFile_), nameIn(path), order.target.parent_path()};
     const bool mayBeSpared = former.has_value();
-    job_.reset(); // its destructor stops it before the next one begins
+    job_.reset(); // stops the decoding before the next one begins
     job_ = std::make_unique<DecodeJob>(
         order,
         [reporter = reporter_, names](const DecodeResult& result) {
@@ -150,7 +151,8 @@ DecodeResult Mpg123Control::lastResult() const {
 
 void Mpg123Control::endPlaying() {
     if (playing_) {
-        // The card may have released it at its end, or another control may use the line by now.
+        // The card may have released the source at its end, or another control may use the line by
+        // now.
         card_.detachSource(sound::Line::waveOut, *playing_);
         playing_.reset();
     }

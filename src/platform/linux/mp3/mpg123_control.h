@@ -20,14 +20,14 @@ namespace sonarith::mp3 {
 /// As many threads as the machine has cores, within limits.
 [[nodiscard]] Division divisionForThisMachine();
 
-/// One for each window that needs one, any number at a time, on one card: the wave line belongs to
-/// the control that played last, and Stop of the others does not affect it. Their decodings run
-/// concurrently; two decodings of one target run one after the other.
+/// Each window that needs a control has its own. Any number of controls may use one card: its wave
+/// line belongs to the control that played last, and Stop of the others does not affect it. Their
+/// decodings run concurrently; two decodings of one target run one after the other.
 ///
 /// For the logic's thread only. No member waits for a disk, except for two short and bounded waits
-/// within which a working disk is done; `mapPath` is called on that thread, too.
+/// within which a working disk responds; `mapPath` is called on that thread, too.
 ///
-/// A decoding's states, as Busy returns them (all of them: decode_job.h):
+/// A decoding's states, as Busy returns them (for all states, see decode_job.h):
 ///
 ///     DecodeToWav        Busy is true, also while an earlier decoding of that target is being
 ///                        named
@@ -45,12 +45,12 @@ class Mpg123Control : public ActiveMP3 {
     using PathMapper = std::function<std::filesystem::path(const std::string&)>;
 
     /// `card` must outlive the control; `clock` is the card's, and may be called on its thread.
-    /// `notices` must live until the process ends: a decoding that was left behind may still
+    /// `notices` must live until the process ends: a decoding that outlives the control may still
     /// report. Each decoding counts among `saves` until it has ended.
     Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath, Notices& notices,
                   std::shared_ptr<sound::PendingSaves> saves,
                   const Division& division = divisionForThisMachine());
-    ~Mpg123Control() override; ///< stops
+    ~Mpg123Control() override; ///< stops playing and decoding
     Mpg123Control(const Mpg123Control&) = delete;
     Mpg123Control& operator=(const Mpg123Control&) = delete;
 
@@ -64,7 +64,7 @@ class Mpg123Control : public ActiveMP3 {
     Status Play() override;
     /// Stops this control's playing and decoding.
     Status Stop() override;
-    /// Later failures end the decoding and are reported to the user.
+    /// Failures after the call has returned end the decoding and are reported to the user.
     Status DecodeToWav(const std::string& path) override;
 
     /// The result of the last decoding; `none` if there was none, or while it is running.

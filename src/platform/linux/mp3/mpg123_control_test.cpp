@@ -36,7 +36,7 @@ class Mpg123ControlTest : public testing::Test {
         EXPECT_TRUE(control.DecodeToWav(target).ok());
     }
     std::optional<FileIdentity> written() const { return FileIdentity::of(target); }
-    /// Lets the card play until the line has sounded so many frames, the silent ones included.
+    /// Advances the card until the tape contains `frames` frames, including the silent ones.
     void playOn(const fakes::MemorySink& tape, std::size_t frames) {
         EXPECT_TRUE(fakes::eventually([&] {
             now += 10ms;
@@ -174,7 +174,7 @@ TEST_F(Mpg123ControlTest, PlaysOnTheWaveLineUntilItIsStopped) {
     EXPECT_TRUE(control.setSourceFile(source).ok());
     EXPECT_TRUE(control.Play().ok());
     card.startRecording(tape, now);
-    // Hardly any time passes until the file is ready, so nothing is silent for that.
+    // The clock advances slowly until the file is ready, so that the sound begins without silence.
     EXPECT_TRUE(fakes::eventually([&] {
         now += tape->size() > 0 ? 10'000us : 50us;
         card.advance(now);
@@ -265,7 +265,7 @@ TEST_F(Mpg123ControlTest, OneControlDecodesWhileAnotherPlays) {
     decode();
     playOn(*tape, 10'000);
     finish();
-    EXPECT_TRUE(control.Stop().ok()) << "as the worker's unload does at the end";
+    EXPECT_TRUE(control.Stop().ok()) << "as the worker does when it is unloaded at the end";
     const std::size_t before = tape->size();
     playOn(*tape, before + 10'000);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
@@ -302,7 +302,7 @@ TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
     const std::string text = "none.mp3 cannot be read (No such file or directory)";
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text));
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(control.DecodeToWav(target).ok()); // the user's
+    EXPECT_TRUE(control.DecodeToWav(target).ok()); // started by the user
     finish();
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
 }

@@ -20,8 +20,8 @@ class Mpg123Controls final : public Mp3Controls {
                    std::shared_ptr<sound::PendingSaves> saves);
 
     [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
-    /// At the end of the program: stops every existing control. Their decoded parts count among the
-    /// pending saves until they are on the disk.
+    /// Called at the end of the program: stops every existing control. Their decoded parts count
+    /// among the pending saves until they are on the disk.
     void stopAll();
 
   private:

@@ -23,7 +23,7 @@ struct PcmFormat {
 /// The decoded and the lost frames.
 struct DecodeCount {
     std::int64_t framesDecoded = 0;
-    std::int64_t framesSilenced = 0; ///< of those: data that they refer to are missing
+    std::int64_t framesSilenced = 0; ///< decoded as silence: data that they refer to are missing
     ScanLoss loss;
     friend bool operator==(const DecodeCount&, const DecodeCount&) = default;
 };
@@ -43,7 +43,8 @@ class PcmReader {
     [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
 };
 
-/// A reader of `source`, which must outlive it and which was surveyed; null if it has no frame.
+/// Creates a reader of `source`, which must outlive it; `survey` must be the survey of `source`.
+/// Null if the source has no frame.
 [[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
                                                                const StreamSurvey& survey);
 

@@ -9,12 +9,13 @@ namespace {
 /// frame, and its rounding depends on the position: after 8 frames it is at its starting position.
 constexpr std::int64_t windowTurn = 8;
 /// The minimum number of preceding frames. One would suffice for the overlap of neighbouring
-/// frames, the only lasting effect; the rest was measured to be safe, and costs little.
+/// frames, the only lasting effect; the further ones were measured to be safe, and cost little
+/// time.
 constexpr std::int64_t leastFrames = 24;
 /// For this many frames before the boundary, all data that they refer to must be available.
 constexpr std::int64_t soundFrames = 8;
 /// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
-/// data, and a frame may refer back over 255: this many frames are enough for any stream.
+/// data, and a frame may refer back over 255 bytes: this many frames are enough for any stream.
 constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
 
 } // namespace

@@ -41,7 +41,7 @@ TEST(PrerollHistoryTest, BeginsEarlierIfTheReservoirRequiresIt) {
     const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
     EXPECT_EQ(low.before(1000).frame, 904);
     EXPECT_LE(low.before(1000).frame, 1000 - 8 - 85);
-    // With a checksum there is one byte: the worst of all.
+    // With a checksum, one byte of each frame is main data: the worst case.
     const PrerollHistory least = historyOf({0xFF, 0xF2, 0x14, 0x64}, 1001);
     EXPECT_EQ(least.before(1000).frame, 736);
     EXPECT_LE(least.before(1000).frame, 1000 - 8 - 255);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The progress of a job, thread-safe: a part of a fixed whole, so that neither can overflow and the
-// divisor never changes.
+// The progress of a job, thread-safe. The position is scaled to a constant length, so that it
+// cannot overflow, and a view always divides by the same number.
 #pragma once
 
 #include <algorithm>

@@ -17,9 +17,9 @@
 
 namespace sonarith::mp3 {
 
-/// A decoder is replaced where the frame's number is a multiple of the period, whatever preceded
-/// it: so all passes over a stream replace it at the same frames and deliver the same samples, also
-/// after frames that the library gave up.
+/// The decoder is replaced at each frame whose number is a multiple of the period. All passes over
+/// a stream therefore replace it at the same frames, wherever they begin, and deliver the same
+/// samples, also after frames that the library gave up.
 class RenewedDecoder {
   public:
     /// Seven minutes: 2 of 100 frames are decoded twice, and a frame that is given up takes twice
@@ -35,7 +35,7 @@ class RenewedDecoder {
 
     /// As FrameDecoder::decode. The numbers are consecutive from call to call.
     [[nodiscard]] std::span<const std::int16_t> decode(const NumberedFrame& frame, Bytes bytes);
-    /// The last frame was silenced, since data that it refers to are missing.
+    /// Whether the last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
     /// The number of frames passed to the current decoder.

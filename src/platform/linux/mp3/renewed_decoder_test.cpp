@@ -13,13 +13,13 @@ using fixture::encoded;
 using fixture::operator+;
 using fixture::Samples;
 
-/// As short as it can be.
+/// The shortest possible period.
 constexpr std::int64_t shortPeriod = 288;
 
 struct Pass {
     Samples samples;
     std::int64_t silenced = 0;
-    std::int64_t mostFrames = 0; ///< that one decoder was given
+    std::int64_t mostFrames = 0; ///< the most that one decoder received
 };
 
 Pass decodeFrom(const Data& data, std::int64_t period, std::size_t first = 0) {
@@ -37,7 +37,7 @@ Pass decodeFrom(const Data& data, std::int64_t period, std::size_t first = 0) {
     return pass;
 }
 
-/// So many times 40 frames and more.
+/// A stream of `times` parts with at least 40 frames each.
 Data song(const std::string& options, int times) {
     const Data& once = encoded(44100, 2, options, 1);
     Data data;
@@ -95,7 +95,8 @@ TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverItBegan) 
     const Samples one = decodeFrom(data, RenewedDecoder::never).samples;
     EXPECT_NE(fixture::difference(whole, one), std::nullopt)
         << "unsuitable test data: no decoder was replaced, or no frame is broken";
-    // The first damage has an effect only up to the replacement, and the others have theirs.
+    // The first broken frame affects the samples only up to the replacement; the other broken
+    // frames are in both passes.
     for (const std::size_t first : {200U, 304U}) {
         const Samples rest = decodeFrom(data, period, first).samples;
         EXPECT_TRUE(std::equal(whole.begin() + replaced, whole.end(),

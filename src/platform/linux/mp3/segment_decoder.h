@@ -18,18 +18,19 @@ namespace sonarith::mp3 {
 
 enum class SegmentEnd {
     complete,
-    stopped, ///< the receiver wants no more
-    broken,  ///< it contains a frame that the library gives up: from it on one pass is needed
+    stopped, ///< the receiver has ended the decoding
+    broken,  ///< it has a frame that the library gives up: one decoder must continue from there
     failed,
 };
 
 struct SegmentOutcome {
     SegmentEnd end = SegmentEnd::complete;
-    std::optional<DecodeFailure> failure = std::nullopt; ///< only if it failed
+    std::optional<DecodeFailure> failure = std::nullopt; ///< only after a failure
 };
 
-/// Receives samples in whole frames: `frame` is the number after their last one, `first` their
-/// position in the result, per channel. True: continue. A failure is one of writing them.
+/// Receives samples in whole frames: `frame` is the number of the frame after them, `first` their
+/// position in the result, per channel. Returns true to continue, false to stop, or the failure to
+/// write them.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 
@@ -39,7 +40,7 @@ enum class Until {
 };
 
 /// Passes the segment's samples to `take`, in order, several frames at a time. If the source fails,
-/// `take` has received all frames before that offset.
+/// `take` has received all frames before the offset that cannot be read.
 [[nodiscard]] SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                                            const GaplessTrim& trim, const Segment& segment,
                                            const TakeSamples& take,

@@ -15,15 +15,16 @@
 
 namespace sonarith::mp3 {
 
-/// Segments are assigned in the order of the stream. When one fails, or needs one pass, those
-/// before it are decoded to their end and those after it are dropped: so the result contains the
-/// complete stream before the first such place.
+/// Segments are assigned in the order of the stream. A segment with a broken frame needs one pass:
+/// one decoder must continue from there to the end. When a segment fails or needs one pass, the
+/// segments before it are decoded to their end and those after it are dropped, so that the result
+/// contains the complete stream before the first such segment.
 ///
-/// Each worker calls the members with its number on one thread; the others are called when no
-/// worker runs.
+/// The members with a `worker` argument are called on the thread of that worker; the other members
+/// are called while no worker runs.
 class SegmentSchedule {
   public:
-    /// `frames` is at its beginning; `workers` are numbered from 0.
+    /// `frames` must be at its beginning. The workers are numbered from 0.
     SegmentSchedule(FrameSequence frames, std::int64_t framesPerSegment, std::size_t workers)
         : index_(std::move(frames), framesPerSegment), works_(workers) {}
 
@@ -49,9 +50,10 @@ class SegmentSchedule {
     /// All frames before this one are in the result.
     [[nodiscard]] std::int64_t wholeFrames() const;
     /// Every frame of the stream is in the result: the scan reached the end of the source, and
-    /// every segment its own.
+    /// every segment was decoded to its end.
     [[nodiscard]] bool complete() const;
-    /// What ended the decoding before that; empty if the rest needs one pass, or after a stop.
+    /// The failure that ended the decoding early; empty if the rest needs one pass, or after a
+    /// stop.
     [[nodiscard]] std::optional<DecodeFailure> failure() const;
     [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
 

@@ -10,7 +10,7 @@ namespace {
 
 const DecodeFailure badDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
 
-/// Every interleaving of two workers can be played here, since the schedule uses no threads.
+/// Every interleaving of two workers can be tested here, since the schedule uses no threads.
 class SegmentScheduleTest : public testing::Test {
   protected:
     /// The worker decodes its segment to the end.
@@ -45,7 +45,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
 TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
     const auto first = schedule.take(0);
     finish(0, *first);
-    EXPECT_FALSE(schedule.complete()) << "after the stop no worker took the others";
+    EXPECT_FALSE(schedule.complete()) << "no worker took the other segments after the stop";
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
@@ -88,7 +88,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseAfterItAreNot
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, TheFirstPlaceCountsIfOneFailsAndOneNeedsOnePass) {
+TEST_F(SegmentScheduleTest, TheFirstSegmentCountsIfOneFailsAndAnotherNeedsOnePass) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);

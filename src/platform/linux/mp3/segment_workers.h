@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes on all cores: several threads take segments in the order of the stream and write their
 // samples to their positions in the WAV. From a frame that the library gives up, one thread
-// continues alone; likewise on a full disk, so that the result is a contiguous beginning. It
-// neither opens nor names the WAV.
+// continues alone; likewise on a full disk, so that the WAV contains the beginning of the sound
+// without gaps. It neither opens nor names the WAV.
 #pragma once
 
 #include <atomic>
@@ -25,7 +25,7 @@ struct Division {
     /// About 27 seconds: 3 of 100 frames are decoded twice, and a song still has enough segments
     /// for all cores.
     std::int64_t framesPerSegment = 1024;
-    /// Fewer threads do the work if the system has no more.
+    /// If the system cannot start all threads, fewer threads do the work.
     ThreadStarter starter = startThread;
 };
 
@@ -33,16 +33,17 @@ struct Division {
 struct Decoded {
     /// The WAV has every sample up to this one, per channel.
     std::int64_t samples = 0;
-    bool complete = false; ///< these are all of the stream
+    bool complete = false; ///< these are all samples of the stream
     /// From this frame on one decoder decoded the stream; empty if that was not needed.
     std::optional<std::int64_t> sequentialFrom;
-    /// Why it is not complete; empty after a stop. The samples before that place are in the WAV.
+    /// Why the result is not complete; empty after a stop. The samples before the failure are in
+    /// the WAV.
     std::optional<DecodeFailure> failure;
     DecodeCount count; ///< of the whole stream, or of the part examined before the end
 };
 
-/// The samples at the beginning of a WAV stay valid in all cases: `run` may be stopped, and a read
-/// or a write may fail anywhere.
+/// The WAV always contains every sample before Decoded::samples: `run` may be stopped, and a read
+/// or a write may fail, at any time.
 class SegmentWorkers {
   public:
     /// All arguments must outlive the object. Precondition: `frames` are of Layer III and at their

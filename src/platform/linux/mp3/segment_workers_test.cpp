@@ -12,7 +12,7 @@ namespace {
 using fixture::Data;
 using fixture::encoded;
 
-/// Calls back at a given read, and can fail from there on.
+/// Calls `onRead` at each read, which fails if `onRead` does.
 class WatchedSource : public ByteSource {
   public:
     explicit WatchedSource(const Data& data) : memory_(data) {}
@@ -133,7 +133,7 @@ TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeReadInOnePassTo
     EXPECT_EQ(part.size(), 90U * 2304 - 1105 * 2);
 }
 
-TEST_F(SegmentWorkersTest, OneContinuesAloneFromTheFirstBrokenSegment) {
+TEST_F(SegmentWorkersTest, OneWorkerContinuesAloneFromTheFirstBrokenSegment) {
     for (const auto& frames : {std::vector<std::size_t>{0}, {75}, {100, 119, 120}, {150}}) {
         const Data data = brokenAt(frames);
         const fixture::DecodedSound whole = fixture::sequentially(data);
@@ -150,12 +150,12 @@ TEST_F(SegmentWorkersTest, OneContinuesAloneFromTheFirstBrokenSegment) {
     }
 }
 
-TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleOneIsStopped) {
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleWorkerIsStopped) {
     const Data data = brokenAt({75});
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int beyond = 0;
-    // The first reading is for the format. Who is how far at a reading is up to the scheduler: if
-    // no worker was stopped after the broken frame, it is tried again.
+    // The first read is for the format. How far each worker is at a given read depends on the
+    // scheduler: the test is repeated if no worker was stopped after the broken frame.
     constexpr int mostTries = 200;
     for (int i = 0; i < 8 || (beyond == 0 && i < mostTries); ++i) {
         const int readings = 4 + 3 * (i % 8);

@@ -25,7 +25,7 @@ std::span<const std::int16_t> SequentialDecoder::next() {
     while (const std::optional<NumberedFrame> frame = frames_.next()) {
         const Bytes bytes = frames_.bytesOf(*frame);
         if (bytes.size() < static_cast<std::size_t>(frame->header.bytes)) {
-            break; // it could be read before
+            break; // the frame was readable before and no longer is
         }
         const auto kept = keptPart(frames_.trim(), frames_.format(), frame->number,
                                    decoder_.decode(*frame, bytes));
@@ -54,8 +54,7 @@ std::span<const std::int16_t> keptPart(const GaplessTrim& trim, const StreamForm
     const std::int64_t kept =
         trim.keptBefore(first + format.samplesPerFrame()) - trim.keptBefore(first);
     const std::int64_t cut =
-        kept == 0 ? 0
-                  : std::max<std::int64_t>(trim.begin() - first, 0); // the rest is cut at the end
+        kept == 0 ? 0 : std::max<std::int64_t>(trim.begin() - first, 0); // cut at the start only
     const auto channels = static_cast<std::size_t>(format.channels);
     return samples.subspan(static_cast<std::size_t>(cut) * channels,
                            static_cast<std::size_t>(kept) * channels);

@@ -93,7 +93,7 @@ TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
     EXPECT_EQ(decoded.count.framesDecoded, 155 + 156);
     EXPECT_EQ(decoded.count.loss.framesDropped, 4 + 168 + 155 + 2);
     EXPECT_EQ(decoded.count.loss.bytesSkipped, 0);
-    // As if the others did not exist.
+    // The samples are the same as without the other frames.
     EXPECT_EQ(
         difference(sequentially(jingle + ordinary()).samples, sequentially(ordinary()).samples),
         std::nullopt);

@@ -18,13 +18,13 @@ namespace sonarith::mp3 {
 /// counted. The trimming is that of the information frame before the frames of the chosen format.
 ///
 /// A stream that begins in free format is read as such to its end: the library finds its frames,
-/// and keeps the format of the first.
+/// and the format of the first one is kept.
 struct StreamSurvey {
     std::optional<StreamFormat> format; ///< empty in free format, and where there is no frame
     std::optional<std::int64_t>
         freeFormatOffset; ///< where the stream begins, if it is in free format
     std::optional<Error>
-        failure; ///< the pass ended there; the other members cover the part before it
+        failure; ///< the pass ended early; the other members cover the part before the failure
 };
 
 /// Surveys the frames that begin before `end` of the source.

@@ -17,7 +17,7 @@ StreamSurvey survey(const Data& data) {
     return surveyStream(MemorySource(data));
 }
 
-/// So many frames from the head of `data`, which has no information frame.
+/// The first `count` frames of `data`, which has no information frame.
 Data frames(const Data& data, std::size_t count) {
     return fixture::part(data, 0, static_cast<std::size_t>(fixture::framesOf(data)[count].offset));
 }
@@ -56,7 +56,7 @@ TEST(StreamSurveyTest, TheFirstFormatIsChosenIfAllHaveEquallyManyFrames) {
 
 TEST(StreamSurveyTest, InformationFramesDoNotCount) {
     const Data& headed = encoded(32000, 2, "-b 96 --resample 32", 1.5);
-    const Data five = fixture::part(headed, 0, 5 * 432); // one of them without sound
+    const Data five = fixture::part(headed, 0, 5 * 432); // one is an information frame
     EXPECT_EQ(rateOf(five + frames(fast(), 4)), 32000);
     EXPECT_EQ(rateOf(five + frames(fast(), 5)), 48000);
 }

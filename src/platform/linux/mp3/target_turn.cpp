@@ -17,7 +17,7 @@ struct TargetTurn::Table {
 };
 
 TargetTurn::Table& TargetTurn::table() {
-    // Never destroyed: a thread that was left behind may need it until the process ends.
+    // Never destroyed: an abandoned thread may need it until the process ends.
     static auto* const only = new Table;
     return *only;
 }
@@ -39,7 +39,8 @@ std::optional<TargetTurn> TargetTurn::take(const files::SavePlace& place,
 
 void TargetTurn::wakeWaiting() {
     Table& turns = table();
-    // Locked and unlocked, so that a thread between its check of `stop` and its wait is not missed.
+    // Locked and unlocked, so that a thread that has checked `stop` but does not wait yet is also
+    // notified.
     { const std::lock_guard lock(turns.mutex); }
     turns.changed.notify_all();
 }

@@ -28,7 +28,8 @@ class TargetTurn {
     TargetTurn& operator=(TargetTurn&&) = delete;
 
   private:
-    /// The folder's device and inode, so that all paths to a file are equal, and the name.
+    /// The folder's device and inode, which are the same for all paths to a file, and the file's
+    /// name.
     using Place = std::tuple<dev_t, ino_t, std::string>;
     struct Table;
     static Table& table();

@@ -50,14 +50,14 @@ TEST_F(TargetTurnTest, WaitsForThePreviousOneByWhateverPath) {
     EXPECT_TRUE(take(path)) << "the target is free again";
 }
 
-TEST_F(TargetTurnTest, IsNotTakenByOneThatIsStopped) {
+TEST_F(TargetTurnTest, IsNotTakenOnceTheDecodingIsStopped) {
     const auto first = take(path);
     std::thread second([&] { EXPECT_FALSE(take(path)); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     stop = true;
     TargetTurn::wakeWaiting();
     second.join(); // hangs if it still waits
-    EXPECT_FALSE(take(folder / "b.wav")) << "not even if no other decoding has the target";
+    EXPECT_FALSE(take(folder / "b.wav")) << "although no other decoding has the target";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The header of a 16-bit WAV whose samples are written elsewhere, in both forms. libsndfile writes
-// a header only together with sequential samples, and these are written by many threads.
+// The header of a 16-bit WAV whose samples are written elsewhere, in the plain and in the RF64
+// form. libsndfile writes a header only together with sequential samples, and these are written by
+// many threads.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +17,7 @@ inline constexpr std::int64_t rf64HeaderBytes = 80;
 /// Plain form (RIFF, "fmt " of 16 bytes, "data"): sound::wavHeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
                                                        std::int64_t sampleBytes);
-/// For more than 4 GiB: EBU Tech 3306. It has rf64HeaderBytes.
+/// For more than 4 GiB: EBU Tech 3306. Its length is rf64HeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
                                                    std::int64_t sampleBytes);
 

@@ -50,8 +50,8 @@ Status WavTarget::place(std::int64_t first, std::span<const std::int16_t> sample
                           samples.size_bytes());
     Status status = write(offset, bytes);
     if (status.ok()) {
-        // Starts writing to the disk at once, so that little remains for the end. It is only a
-        // hint: file systems without it are not affected.
+        // Starts writing to the disk at once, so that little remains for the end. A failure is
+        // ignored: the call is only a hint, which some file systems do not support.
         static_cast<void>(::sync_file_range(file_.descriptor().get(), offset,
                                             static_cast<off_t>(bytes.size()),
                                             SYNC_FILE_RANGE_WRITE));
@@ -112,7 +112,7 @@ Status WavTarget::cut(std::int64_t bytes) {
 }
 
 /// How many of `samples` can be moved up by `distance`: if there is no space after them, as many as
-/// need none.
+/// fit into the existing file.
 std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
     const std::vector<std::uint8_t> beyond(static_cast<std::size_t>(distance));
     const bool hasRoom = write(sound::wavHeaderBytes + samples * bytesPerFrame(), beyond).ok();

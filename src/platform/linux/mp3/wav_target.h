@@ -18,8 +18,8 @@ namespace sonarith::mp3 {
 
 class WavTarget {
   public:
-    /// Creates the file in the folder of `target`, which is not changed yet. WAVs of more than
-    /// `longestWavBytes` sample bytes become RF64.
+    /// Creates the unnamed file in the folder of `target`; an existing `target` is not changed yet.
+    /// WAVs of more than `longestWavBytes` sample bytes become RF64.
     [[nodiscard]] static Result<std::unique_ptr<WavTarget>>
     create(const std::filesystem::path& target, const PcmFormat& format,
            std::int64_t longestWavBytes = sound::maxWavSampleBytes,
@@ -30,10 +30,10 @@ class WavTarget {
     /// Drops the samples after the first `samples` per channel, and frees their space. No other
     /// thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
-    /// The WAV ends after `samples` samples per channel, which have all been placed: names it, and
-    /// returns how many it holds. On a full disk the RF64 form loses the last few of them, as its
-    /// header needs their space. After a failure the previous file of that name is unchanged. Waits
-    /// for the disk.
+    /// Ends the WAV after `samples` samples per channel, all of which must have been placed, gives
+    /// it its name, and returns how many it contains. On a full disk the RF64 form loses the last
+    /// few of them, as its header needs their space. After a failure the previous file of that name
+    /// is unchanged. Waits for the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The common behaviour of the machine's files, accessed directly or with waits, and of the fake's.
+// The common behaviour of the machine's files, accessed directly or with waits, and of the fake
+// files.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -44,7 +45,7 @@ TYPED_TEST(BinaryFileTest, WritesInPlaceAndGrowsTheFile) {
     EXPECT_EQ(this->world_.content("a.mp3"), std::string("0123ab6789\0\0z", 13));
     EXPECT_EQ(file->length().value(), 13);
     EXPECT_EQ(textAt(*file, 3, 3), "3ab");
-    EXPECT_TRUE(file->write(100, {}).ok()); // writes no byte, and so no gap before it either
+    EXPECT_TRUE(file->write(100, {}).ok()); // writing no bytes does not extend the file
     EXPECT_EQ(file->length().value(), 13);
 }
 

@@ -50,7 +50,7 @@ inline ErrorNumber readFailure(BinaryFile& file, std::int64_t offset) {
     return file.read(offset, buffer).error().number;
 }
 
-/// A folder d:\ with the machine's files, or the same in memory; each test must hold for both.
+/// A folder d:\ with the machine's files, or the same in memory; each test must pass with both.
 struct BinaryWorld {
     virtual ~BinaryWorld() = default;
     virtual FileSystem& files() = 0;

@@ -25,7 +25,7 @@ void ClockRandom::reseedFromClock() {
 }
 
 float ClockRandom::fraction() {
-    // A float has 24 significant bits: that many, scaled by 2^-24, never round up to 1.
+    // A float has 24 significant bits: a 24-bit number scaled by 2^-24 is never rounded up to 1.
     constexpr float step = 1.0F / 16777216.0F;
     return static_cast<float>(generator_() >> 8) * step;
 }

@@ -22,7 +22,7 @@ char upperLetter(char letter) {
 std::string storedMountPoint(const SettingsStore& store, char letter) {
     const std::string stored =
         store.GetSetting(applicationName, drivesSection, std::string(1, letter), "");
-    // This program never stores a relative path here: the letter is free.
+    // This program stores only absolute paths here: with any other value the letter is free.
     return stored.starts_with('/') ? stored : std::string();
 }
 

@@ -31,15 +31,16 @@ struct Drive {
 
 class DriveTable {
   public:
-    /// `home` is a machine path; it has its letter whether it exists or not. "/" or empty: no home.
-    /// Only C: and H: exist before the first update(). The store must outlive this.
+    /// `home` is a machine path; the home has its letter even if it does not exist. If `home` is
+    /// "/" or empty, there is no home. Only C: and H: exist before the first update(). The store
+    /// must outlive this.
     explicit DriveTable(SettingsStore& store, std::string_view home = {});
 
     /// Updates the drives to the current mounts. A mount point seen for the first time is assigned
     /// a letter, which is stored. H: is never assigned to a mount, whatever the store contains. A
-    /// mount on the home itself is H:; it has a second letter only if the store already has one for
-    /// it, for the paths that use it. When all letters are assigned, a further mount belongs to the
-    /// drive that contains its mount point.
+    /// mount on the home itself is H:. If the store already has another letter for that mount, it
+    /// keeps this as a second letter, since stored paths may use it. When all letters are assigned,
+    /// a further mount belongs to the drive that contains its mount point.
     void update(const std::vector<MountPoint>& mounts);
 
     /// The drives that are mounted, by letter.
@@ -47,7 +48,7 @@ class DriveTable {
     /// Empty for a letter that is not assigned or whose disk is not mounted. Case-insensitive.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
     /// The drive with the deepest mount point that contains the absolute machine path; H: if two
-    /// have the same.
+    /// drives have the same mount point.
     [[nodiscard]] const Drive& driveOf(std::string_view machinePath) const;
 
   private:

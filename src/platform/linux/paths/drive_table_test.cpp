@@ -39,7 +39,7 @@ TEST(DriveTable, GivesFurtherMountsLettersInTheOrderSeenAndStoresThem) {
     EXPECT_EQ(store.held("Drives", "E"), "/media/a");
 }
 
-TEST(DriveTable, KeepsALetterOnceGiven) {
+TEST(DriveTable, KeepsAnAssignedLetter) {
     FakeSettingsStore store;
     DriveTable(store).update(mountsOn({"/", "/media/a", "/media/b"}));
     DriveTable later(store);
@@ -49,7 +49,7 @@ TEST(DriveTable, KeepsALetterOnceGiven) {
     EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // not mounted, and still assigned
 }
 
-TEST(DriveTable, HasNoLetterWhoseDiskIsNotMounted) {
+TEST(DriveTable, HasNoDriveForALetterWhoseDiskIsNotMounted) {
     FakeSettingsStore store;
     store.put("Drives", "D", "/media/a");
     DriveTable table(store);
@@ -59,7 +59,7 @@ TEST(DriveTable, HasNoLetterWhoseDiskIsNotMounted) {
     EXPECT_EQ(table.mountPointOf('d'), "/media/a");
 }
 
-TEST(DriveTable, FindsTheDeepestDriveThatHoldsAPath) {
+TEST(DriveTable, FindsTheDeepestDriveThatContainsAPath) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/home/me/disk", "/home"}));
@@ -106,7 +106,7 @@ TEST(DriveTable, GivesTheHomeTheLetterHWhateverItsNameAndWritesNothingForIt) {
     EXPECT_EQ(store.writes, (std::vector<test::StoreWrite>{{"Drives", "D", "/home"}}));
 }
 
-TEST(DriveTable, NamesPathsOfTheHomeByItsLetterAndThoseOfADiskInItByTheDisks) {
+TEST(DriveTable, UsesTheHomesLetterForItsPathsExceptThoseOfADiskInIt) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane");
     table.update(mountsOn({"/home", "/home/jane/stick"}));
@@ -117,7 +117,7 @@ TEST(DriveTable, NamesPathsOfTheHomeByItsLetterAndThoseOfADiskInItByTheDisks) {
     EXPECT_EQ(table.driveOf("/home/jane/sticks").letter, 'H');
 }
 
-TEST(DriveTable, HasNoHomeWhereItIsTheRootOrUnknown) {
+TEST(DriveTable, HasNoHomeIfItIsTheRootOrUnknown) {
     FakeSettingsStore store;
     for (const char* home : {"/", "", "//"}) {
         DriveTable table(store, home);
@@ -152,7 +152,7 @@ TEST(DriveTable, AMountOnTheHomeNeedsNoLetterOfItsOwn) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
 }
 
-TEST(DriveTable, AMountOnTheHomeKeepsTheLetterThatStoredPathsNameItBy) {
+TEST(DriveTable, AMountOnTheHomeKeepsTheLetterThatStoredPathsUse) {
     for (const char* letter : {"D", "K"}) {
         FakeSettingsStore store;
         store.put("Drives", letter, "/home/jane");
