@@ -15,12 +15,12 @@ int renameByLink(const std::string& from, const std::string& to) {
             return 0;
         }
         const int reason = errno;
-        ::unlink(to.c_str()); // the link that was just created; the file itself still has the name
-                              // `from`
+        ::unlink(to.c_str()); // removes only the new link; the file keeps the name `from`
         return reason;
     }
-    // EPERM is the error of file systems without links, and for folders. The kernel checks the new
-    // name before it calls the file system, so an existing one would have caused EEXIST.
+    // link() fails with EPERM on file systems without hard links, and for folders. The kernel
+    // checks the new name before it calls the file system: if the name existed, the error would be
+    // EEXIST.
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) {
         return errno;
     }

@@ -10,9 +10,9 @@ namespace sonarith {
 [[nodiscard]] int renameExclusively(const std::string& from, const std::string& to);
 
 /// The fallback of renameExclusively() if the kernel or the file system does not support exclusive
-/// renames: a second link and the removal of the first; without links, a plain rename after the
-/// attempt showed that the name is free. Only this last case is not safe against another process
-/// that takes the name meanwhile.
+/// renames. It creates a second hard link and removes the first. If links are not supported, it
+/// uses a plain rename after the failed link() has shown that the name is free; only in this case
+/// another process that creates a file of this name meanwhile loses that file.
 [[nodiscard]] int renameByLink(const std::string& from, const std::string& to);
 
 } // namespace sonarith

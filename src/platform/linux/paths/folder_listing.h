@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The entries of one folder of the machine, one at a time in the kernel's order. Machine paths and
-// names; it uses neither drives nor other folders.
+// Lists the entries of one folder of the machine, one at a time in the kernel's order. It works on
+// machine paths and names, and uses neither drives nor other folders.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ struct ListedEntry {
     EntryKind kind;
 };
 
-/// Identifies a folder, by whatever path it is reached.
+/// Identifies a folder independently of its path: every path to it yields the same identity.
 struct FolderIdentity {
     dev_t device;
     ino_t inode;
@@ -43,9 +43,9 @@ class FolderListing {
     /// As passed to open().
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// Reads the next entry, except "." and ".."; links are followed. False at the end, and once
-    /// the folder has been deleted or its disk fails. Queries the kernel about an entry only if the
-    /// listing does not contain its kind.
+    /// Reads the next entry, except "." and ".."; links are followed. False at the end, and also if
+    /// the folder has been deleted or its disk fails. Calls stat only for links and for entries
+    /// whose kind the listing does not contain.
     bool next(ListedEntry& entry);
 
   private:

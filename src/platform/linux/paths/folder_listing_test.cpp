@@ -58,7 +58,7 @@ TEST_F(FolderListingTest, FollowsLinks) {
                     Pair("to nothing", EntryKind::other), Pair("to itself", EntryKind::other)));
 }
 
-TEST_F(FolderListingTest, APipeIsNoFile) {
+TEST_F(FolderListingTest, APipeIsListedAsOther) {
     ASSERT_EQ(::mkfifo((folder_ / "pipe.wav").c_str(), 0600), 0);
     EXPECT_THAT(entries(), UnorderedElementsAre(Pair("pipe.wav", EntryKind::other)));
 }
@@ -94,7 +94,7 @@ TEST_F(FolderListingTest, AFolderWithoutPermissionIsNotOpened) {
               1);
 }
 
-TEST_F(FolderListingTest, TheSameFolderHasTheSameIdentityByWhateverPath) {
+TEST_F(FolderListingTest, AFolderHasTheSameIdentityOnEveryPathToIt) {
     fs::create_directory(folder_ / "a");
     fs::create_directory(folder_ / "b");
     fs::create_symlink("a", folder_ / "link");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The patient classes while a mount hangs; their behaviour otherwise is tested with the machine's
-// files themselves.
+// Tests the patient classes while a mount hangs. The tests of the machine's files also run through
+// the patient classes and cover all other behaviour.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -91,7 +91,7 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d), reportOf(d)));
 }
 
-TEST_F(HangingFilesTest, TheMountBehindALinkIsReportedAndNotTheLinksOwn) {
+TEST_F(HangingFilesTest, TheMountOfALinksTargetIsReportedAndNotTheMountOfTheLink) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
@@ -115,13 +115,13 @@ TEST_F(HangingFilesTest, TwoMountsHangIndependently) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), returnOf(e)));
 }
 
-TEST_F(HangingFilesTest, APathThatHangsForAnotherReasonIsRefusedAloneUntilItsCallReturns) {
+TEST_F(HangingFilesTest, OnlyAPathThatHangsForAnotherReasonIsRefusedUntilItsCallReturns) {
     mounts->hang(d);
     int asked = 0;
     const auto ask = [&](const std::string& path) {
         return paths.ask({path}, [mounts = mounts, d = d, &asked](MachineFiles&) {
             ++asked;
-            mounts->touch(d); // like a folder that contains a link to the mount
+            mounts->touch(d); // as a call to a folder with a link to the mount does
             return true;
         });
     };
@@ -217,7 +217,7 @@ TEST_F(HangingFilesTest, AWalkSkipsAHangingFolderAndContinues) {
     EXPECT_THAT(namesIn(*walk, "e:\\"), IsSupersetOf({"b.wav", "link"}));
 }
 
-TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceThoughACallWasLeftBehind) {
+TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceAfterACallWasLeftBehind) {
     const auto walk = directories.startWalk();
     ASSERT_THAT(namesIn(*walk, "e:\\"), IsSupersetOf({"b.wav"}));
     mounts->hang(d);
@@ -225,8 +225,8 @@ TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceThoughACallWasLeftBehind) {
     EXPECT_THAT(namesIn(*walk, "e:\\"), IsEmpty());
 }
 
-TEST_F(HangingFilesTest, AFolderThatHangsInTheMiddleEndsThere) {
-    constexpr int many = 1500; // more than one part of a listing holds
+TEST_F(HangingFilesTest, AListingThatHangsInTheMiddleEndsThere) {
+    constexpr int many = 1500; // more than FolderPart::mostRecords
     for (int i = 0; i < many; ++i) {
         mounts->write("e/many/" + std::to_string(i));
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine whose mounts can be made to hang: temporary folders, with a gate for each mount that
-// every call to this mount must pass. For tests only.
+// A machine whose mounts can be made to hang: the mounts are temporary folders, and each has a gate
+// that blocks all calls to it while the gate is closed. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +23,7 @@
 
 namespace sonarith::test {
 
-/// C:, which contains the test's folders, and D: and E: in it. Thread-safe.
+/// The mounts: C: is the root, D: and E: are folders of the test. Thread-safe.
 class HangingMounts {
   public:
     HangingMounts() {
@@ -53,7 +53,7 @@ class HangingMounts {
         const std::lock_guard lock(mutex_);
         gates_.at(mount).closed = true;
     }
-    /// Returns when all calls that hung have continued.
+    /// Opens the gate; returns when all calls that hung have continued.
     void answer(const std::string& mount) {
         std::unique_lock lock(mutex_);
         gates_.at(mount).closed = false;
@@ -75,7 +75,7 @@ class HangingMounts {
         return gates_.at(mount).askings;
     }
 
-    /// A call to the mount of a machine path, links in it followed.
+    /// Simulates a call to the mount of a machine path; links in the path are followed.
     void touch(const std::string& machinePath) {
         std::error_code none;
         const std::string real = std::filesystem::weakly_canonical(machinePath, none).string();
@@ -119,7 +119,7 @@ class HangingMounts {
     std::map<std::string, Gate> gates_; ///< by mount point
 };
 
-/// Does not use the clock: a call is late when it hangs at a gate.
+/// A call is late as soon as it hangs at a gate, so that no test waits for a real timeout.
 class GateWaiting final : public Waiting {
   public:
     explicit GateWaiting(const HangingMounts& mounts) : mounts_(mounts) {}
@@ -141,7 +141,7 @@ class GateWaiting final : public Waiting {
 
   private:
     const HangingMounts& mounts_;
-    int late_ = 0; ///< number of hanging calls that have been waited for
+    int late_ = 0; ///< number of hanging calls that were already reported as late
 };
 
 /// The machine's files behind the gates.

@@ -32,7 +32,8 @@ std::string joinedBehind(std::string_view drive, const std::vector<std::string>&
     return path;
 }
 
-/// The new path of a disk that has lost H:; a path from the root if no other letter was free.
+/// What replaces H: in the paths on a disk that had this letter: its new letter, or its path from
+/// the root if no other letter was free.
 std::string newStartOf(std::optional<char> letter, const std::string& mountPoint) {
     if (letter) {
         return std::string(1, *letter) + ":";
@@ -53,7 +54,7 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` with H:, if it leads below the home by another letter.
+/// `path` with H: in place of another letter; empty if it is not below the home or already uses H:.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();
@@ -99,7 +100,8 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
         changeEach([&](const std::string& path) {
             return isOnHomeLetter(path) ? std::optional(start + path.substr(2)) : std::nullopt;
         });
-        // Last: until then the paths of an interrupted call can still be completed.
+        // This is the last step: as long as the entry exists, a call after an interruption converts
+        // the remaining paths.
         store.DeleteSetting(applicationName, drivesSection, key);
     }
     if (plainHome != "/") {

@@ -50,8 +50,9 @@ TEST_F(MoveToHomeLetterTest, NamesADestinationInTheHomeByItsLetter) {
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
-// The last name of a stored path is the folder, even an empty one; see destination_folder.h.
-TEST_F(MoveToHomeLetterTest, KeepsWhereThePathIsSplitIntoParentAndName) {
+// The last name of a stored path is the destination folder, even if the name is empty; see
+// destination_folder.h.
+TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfThePathIntoParentAndName) {
     EXPECT_EQ(moved("C:\\home\\jane"), "C:\\home\\jane");
     EXPECT_EQ(moved("C:\\home\\jane\\"), "H:\\");
     EXPECT_EQ(moved("C:\\home\\jane\\x\\"), "H:\\x\\");
@@ -62,12 +63,12 @@ TEST_F(MoveToHomeLetterTest, LeavesADiskInTheHomeItsLetter) {
     EXPECT_EQ(moved("D:\\music"), "D:\\music");
 }
 
-TEST_F(MoveToHomeLetterTest, LeavesEverythingWhereThereIsNoHome) {
+TEST_F(MoveToHomeLetterTest, ChangesNothingIfThereIsNoHome) {
     EXPECT_EQ(moved("C:\\music", "/"), "C:\\music");
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterGetsAnotherInItsPathsToo) {
+TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterGetsAnotherLetterAlsoInItsPaths) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");
@@ -87,7 +88,7 @@ TEST_F(MoveToHomeLetterTest, AnInterruptedMoveIsFinished) {
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
 }
 
-TEST_F(MoveToHomeLetterTest, ADiskWithoutAFreeLetterIsReachedFromTheRoot) {
+TEST_F(MoveToHomeLetterTest, PathsOfADiskStartAtTheRootIfNoLetterIsFree) {
     for (char letter = 'D'; letter <= 'Z'; ++letter) {
         store_.put("Drives", std::string(1, letter), std::string("/media/") + letter + ":");
     }

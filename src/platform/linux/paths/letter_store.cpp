@@ -47,7 +47,7 @@ void LetterStore::SaveSetting(const std::string& /*application*/, const std::str
     changed_[key] = value;
 }
 
-// The table of drives deletes no letter: an unmounted disk keeps its own.
+// Empty: the table of drives never deletes a letter, because an unmounted disk keeps its letter.
 void LetterStore::DeleteSetting(const std::string& /*application*/, const std::string& /*section*/,
                                 const std::string& /*key*/) {}
 

@@ -19,7 +19,7 @@ class LetterStore final : public SettingsStore {
     /// Writes the changes since the last call. For the thread of the logic.
     void writeTo(SettingsStore& store);
 
-    // Thread-safe; for the section of the drives only.
+    // Thread-safe; they support only the section of the drives.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;
@@ -29,7 +29,7 @@ class LetterStore final : public SettingsStore {
                        const std::string& key) override;
 
   private:
-    // Nothing is written here; writeTo() is one transaction.
+    // No transaction is needed here: only writeTo() writes to the store, in one transaction.
     void beginTransaction() override {}
     void endTransaction() override {}
 

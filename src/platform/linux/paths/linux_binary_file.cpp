@@ -20,7 +20,7 @@ static_assert(sizeof(off_t) == sizeof(std::int64_t), "files may be larger than 2
 constexpr std::int64_t largestOffset = std::numeric_limits<std::int64_t>::max();
 
 int flagsOf(FileAccess access) {
-    // Without O_NONBLOCK the call would block if a pipe replaces the file at this moment.
+    // Without O_NONBLOCK the call would block if a pipe has replaced the file since the check.
     constexpr int always = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     switch (access) {
     case FileAccess::read:

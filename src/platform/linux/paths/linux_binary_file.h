@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A regular file of the machine, opened in place. It uses machine paths only; path_map.h translates
-// the logic's paths.
+// A regular file of the machine, which is changed in place. It uses machine paths only; path_map.h
+// translates the logic's paths.
 #pragma once
 
 #include <memory>

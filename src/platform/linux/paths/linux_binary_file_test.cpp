@@ -91,7 +91,7 @@ TEST_F(LinuxBinaryFileTest, RefusesPipesSocketsAndDevicesWithoutWaiting) {
     ::close(socket);
 }
 
-TEST_F(LinuxBinaryFileTest, LeavesAFileThatMayNotBeWrittenAsItIs) {
+TEST_F(LinuxBinaryFileTest, DoesNotChangeAFileThatMayNotBeWritten) {
     world_.put("a.mp3", "0123");
     fs::permissions(path("a.mp3"), fs::perms::owner_read | fs::perms::others_read);
     fs::permissions(world_.parent(), fs::perms::all);
@@ -180,7 +180,7 @@ TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
 }
 
-// No other reader sees half of a tag, and a kill leaves none either.
+// Another process never reads half of a tag, and a killed process leaves no half of a tag.
 TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
     const std::string old(tagBytes, 'o');
     const std::string tag(tagBytes, 't');
@@ -194,7 +194,7 @@ TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
         ASSERT_NE(outcome, test::KillOutcome::failed);
         left.push_back(world_.content("a.mp3"));
     }
-    // Killed before the write, at the end of the process, and not killed.
+    // The process was killed before the write, then at its end, then not at all.
     EXPECT_EQ(left, (std::vector<std::optional<std::string>>{old, tag, tag}));
 }
 

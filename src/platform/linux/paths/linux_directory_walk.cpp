@@ -21,8 +21,8 @@ namespace sonarith {
 
 namespace {
 
-/// Whether a lower-case path that matches both names of one folder means `name` rather than
-/// `other`: the same preference as PathMap::locate().
+/// If two names in one folder differ only in case: whether a lower-case path means `name` rather
+/// than `other`. The same preference as in PathMap::locate().
 bool preferred(std::string_view name, std::string_view other) {
     return name == lowerCase(name) || (other != lowerCase(other) && name < other);
 }
@@ -51,14 +51,14 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;
     const std::shared_ptr<WalkedFolders> walked_;
-    /// The folders found and not walked yet, keyed by the logic's path in lower case with its
-    /// backslash: a name that was just read need not be searched again.
+    /// The machine paths of folders that were found and not listed yet, so that they need not be
+    /// searched again. The key is the logic's path in lower case with its trailing backslash.
     std::unordered_map<std::string, std::string> met_;
 };
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // The same preference as for the files that will be listed there.
+        // A chosen spelling has priority here as it has for the files that will be listed there.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }
@@ -124,7 +124,7 @@ void LinuxDirectoryWalk::noteFolder(const Listing& listing, const std::string& n
     }
 }
 
-/// An absolute path with its drive, normalised, with backslashes.
+/// Normalises an absolute path with a drive; the separators become backslashes.
 std::string plainPath(std::string_view path) {
     std::string plain(path.substr(0, 2));
     const std::vector<std::string> names = namesOf(path.substr(2), "\\/");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folders of the Linux machine under the logic's paths: walks through them, and whether they
-// exist. It opens no files.
+// Accesses the folders of the Linux machine by the logic's paths: walks through them and checks
+// whether they exist. It opens no files.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@
 
 namespace sonarith {
 
-/// The folders that one walk has listed, also when another object continues it. add() is
-/// thread-safe.
+/// The folders that one walk has listed; an object that continues the walk shares this set. add()
+/// is thread-safe.
 class WalkedFolders {
   public:
     /// False if it was already in the set.
@@ -38,9 +38,9 @@ class WalkedFolders {
     std::unordered_set<FolderIdentity, Hash> folders_;
 };
 
-/// Lists folders, regular files and links to them. A pipe, a device or a dangling link is no file
-/// to the logic. Names that begin with a dot are hidden; files have the archive bit; there are no
-/// other attributes.
+/// Lists folders, regular files and links to them. Pipes, devices and dangling links are omitted.
+/// Names that begin with a dot are hidden; files have the archive bit; there are no other
+/// attributes.
 class LinuxDirectories final : public Directories {
   public:
     /// Both must outlive this and its walks. `files` provides the current folder.

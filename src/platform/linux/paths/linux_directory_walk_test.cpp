@@ -54,8 +54,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         walk.FindClose(handle);
         return all;
     }
-    /// All files below a folder, as the finder walks: paths in lower case, dots skipped, the most
-    /// recently found folder first.
+    /// All files below a folder, found as the file search does it: with paths in lower case,
+    /// without hidden folders, and with the most recently found folder first.
     std::vector<std::string> filesBelow(const std::string& start) {
         return filesBelow(start, directories_);
     }
@@ -103,8 +103,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Null if the machine is accessed directly. A forked process creates its own, since it does
-    /// not inherit the other's threads.
+    /// Null if the machine is accessed directly. A forked process creates its own object, since it
+    /// does not inherit the threads of its parent.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
@@ -151,7 +151,7 @@ TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasItsDots) {
     EXPECT_THAT(names(*walk, "d:\\empty\\*.*"), ElementsAre(".", ".."));
 }
 
-TEST_P(LinuxDirectoryWalkTest, DistinguishesFoldersFilesAndHiddenOnes) {
+TEST_P(LinuxDirectoryWalkTest, DistinguishesFoldersFilesAndHiddenEntries) {
     write("a.wav");
     write(".b");
     makeFolder("x");
@@ -200,7 +200,7 @@ TEST_P(LinuxDirectoryWalkTest, EveryFileListedIsFoundByItsPathInLowerCase) {
     }
 }
 
-TEST_P(LinuxDirectoryWalkTest, FindsAFolderInWhateverCaseItIsNamed) {
+TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     write("Music/Albums/a.wav");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
@@ -230,7 +230,7 @@ TEST_P(LinuxDirectoryWalkTest, ANonFolderLeavesTheRecordUnchanged) {
     }
 }
 
-TEST_P(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNext) {
+TEST_P(LinuxDirectoryWalkTest, AHandleThatIsNotOpenHasNoNextEntry) {
     const auto walk = directories_.startWalk();
     FindRecord entry;
     EXPECT_FALSE(walk->FindNext(invalidFindHandle, entry));
@@ -367,7 +367,7 @@ TEST_P(LinuxDirectoryWalkTest, TwoListingsOfOneWalkCanInterleave) {
     EXPECT_EQ(two.name, "b.wav");
 }
 
-// --- which folders there are ----------------------------------------------------------------
+// --- which folders exist --------------------------------------------------------------------
 
 TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedInTheGivenSpelling) {
     makeFolder("Music/One");
@@ -379,7 +379,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderIsReturnedInTheGivenSpelling) {
     EXPECT_EQ(directories_.folder("d:\\..\\..").value(), "d:\\");
 }
 
-TEST_P(LinuxDirectoryWalkTest, ARelativeFolderStartsInTheCurrentOne) {
+TEST_P(LinuxDirectoryWalkTest, ARelativeFolderIsInTheCurrentFolder) {
     makeFolder("Music/One");
     ASSERT_TRUE(files_.changeFolder("d:\\Music").ok());
     EXPECT_EQ(directories_.folder("one").value(), "D:\\Music\\one");

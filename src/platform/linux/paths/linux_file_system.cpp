@@ -21,7 +21,8 @@ bool isFolder(const std::string& machinePath) {
     return ::stat(machinePath.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// The error of a failed step on a path; a missing file and a missing folder are distinguished.
+/// The error of a failed system call on a path; a missing file and a missing folder are
+/// distinguished.
 Error errorAt(const Located& located, int systemErrorNumber) {
     if (systemErrorNumber == ENOENT && !isFolder(located.folder)) {
         return fileError(ErrorNumber::pathNotFound);
@@ -29,8 +30,8 @@ Error errorAt(const Located& located, int systemErrorNumber) {
     return fileErrorOfSystem(systemErrorNumber);
 }
 
-/// Whether both paths are spellings of one entry, as on a case-insensitive disk. A file with
-/// several links may have two entries and is excluded.
+/// Whether both paths are spellings of one directory entry, as on a case-insensitive disk. False
+/// for a file with several links, since both paths may be entries of their own.
 bool sameEntry(const std::string& a, const std::string& b) {
     struct stat first {};
     struct stat second {};
@@ -134,7 +135,8 @@ Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
         wanted.folder + (wanted.folder.back() == '/' ? "" : "/") + wanted.givenName;
     int failure = renameExclusively(old.path, newPath);
     if (failure == EEXIST && sameEntry(newPath, old.path)) {
-        // A change of case only, on a case-insensitive disk: the new name is the old file.
+        // Only the case changes, on a case-insensitive disk: the new name already refers to the old
+        // file.
         failure = ::rename(old.path.c_str(), newPath.c_str()) == 0 ? 0 : errno;
     }
     if (failure != 0) {
@@ -183,7 +185,7 @@ Status LinuxFileSystem::changeDrive(const std::string& path) {
     if (left != currentFolders_.end() && changeFolder(left->second).ok()) {
         return {};
     }
-    // Never visited, or the folder has been deleted: the drive's root.
+    // The drive has no last folder, or it has been deleted: use the drive's root.
     return changeFolder(std::string(1, letter) + ":\\").ok()
                ? Status()
                : Status(fileError(ErrorNumber::deviceUnavailable));
@@ -197,7 +199,7 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
     if (::chdir(located.value().path.c_str()) != 0) {
         return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
     }
-    // A folder in which another disk is mounted has that disk's letter.
+    // If another disk is mounted at this folder, its path begins with that disk's letter.
     const std::string here = paths_.toLogic(located.value().path);
     currentLetter_ = here.front();
     currentFolders_[currentLetter_] = here;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders of the Linux machine under the logic's paths. An object has one current drive
-// and folder, and also sets the process's current folder to it.
+// Accesses files and folders of the Linux machine by the logic's paths. An object has one current
+// drive and folder; when they change, it also changes the process's current folder.
 #pragma once
 
 #include <map>
@@ -41,8 +41,8 @@ class LinuxFileSystem final : public FileSystem {
   private:
     /// The stat record of a regular file; anything else is fileNotFound.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
-    /// As locate(), but if the path names the same folder by the same text as `knownPath`, that
-    /// folder's location is reused.
+    /// As locate(), but if the folder part of `path` is the same text as that of `knownPath`, the
+    /// folder of `known` is reused.
     [[nodiscard]] Result<Located> locateBeside(const Result<Located>& known,
                                                const std::string& knownPath,
                                                const std::string& path) const;
@@ -50,7 +50,7 @@ class LinuxFileSystem final : public FileSystem {
     PathMap& paths_;
     std::string programFolder_;
     char currentLetter_ = 'C';
-    /// The last current folder of each drive: changing to a drive returns to it.
+    /// The last current folder of each drive, which is restored by a change to that drive.
     std::map<char, std::string> currentFolders_;
 };
 

@@ -17,8 +17,8 @@
 #include "support/unprivileged.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// A forked process that uses the patient classes has threads, which the sanitizer refuses by
-/// default.
+/// A forked process that uses the patient classes starts threads; by default the sanitizer aborts
+/// in that case.
 extern "C" const char* __tsan_default_options() {
     return "die_after_fork=0";
 }
@@ -56,15 +56,15 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
         return (folder_ / "mounts").string();
     }
 
-    /// Null if the machine is accessed directly. A forked process creates its own, since it does
-    /// not inherit the other's threads.
+    /// Null if the machine is accessed directly. A forked process creates its own object, since it
+    /// does not inherit the threads of its parent.
     std::unique_ptr<test::PatientMachine> reach() {
         return GetParam() == test::Reach::patiently
                    ? std::make_unique<test::PatientMachine>(store_, (folder_ / "mounts").string(),
                                                             disk_)
                    : nullptr;
     }
-    /// The result of a step on the files for a user without privileges.
+    /// The result of an operation on the files for a user without privileges.
     int unprivileged(const std::function<Status(FileSystem&)>& step) {
         return test::runUnprivileged([&] {
             const auto reached = reach();
@@ -132,7 +132,7 @@ TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, RefusesToRenameIntoAMissingFolder) {
+TEST_P(LinuxFileSystemTest, DoesNotRenameIntoAMissingFolder) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -219,7 +219,7 @@ TEST_P(LinuxFileSystemTest, ReturnsToTheLastFolderOfADrive) {
     EXPECT_EQ(files_.currentFolder(), "D:\\Music");
 }
 
-TEST_P(LinuxFileSystemTest, StaysWhereItIsIfAFolderCannotBeEntered) {
+TEST_P(LinuxFileSystemTest, KeepsTheCurrentFolderIfAFolderCannotBeEntered) {
     write("file");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
     EXPECT_EQ(numberOf(files_.changeFolder("none")), ErrorNumber::pathNotFound);

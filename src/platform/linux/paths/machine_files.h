@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files together with all state for accessing them, so that a call that hangs can be
-// left behind with everything that it accesses. patient_paths.h decides which thread waits for a
-// call and how long.
+// The machine's files together with all state for accessing them: a call that hangs is left behind
+// (never waited for again) together with its MachineFiles object, so that nothing else is blocked.
+// patient_paths.h decides which thread waits for a call and how long.
 #pragma once
 
 #include <functional>
@@ -34,13 +34,13 @@ class MachineFiles : public std::enable_shared_from_this<MachineFiles> {
     [[nodiscard]] virtual std::string toLogic(const std::string& machinePath) = 0;
 };
 
-/// Shared by objects of this kind, each on its own thread.
+/// State that all LinuxMachineFiles objects share; each object is used on a thread of its own.
 struct SharedPaths {
     std::shared_ptr<LetterStore> letters;
     std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>();
-    std::string home;                               ///< as DriveTable's
-    std::string programFolder;                      ///< as LinuxFileSystem's
-    std::string mountList = "/proc/self/mountinfo"; ///< as MountInfo's
+    std::string home;                               ///< as for DriveTable
+    std::string programFolder;                      ///< as for LinuxFileSystem
+    std::string mountList = "/proc/self/mountinfo"; ///< as for MountInfo
 };
 
 class LinuxMachineFiles final : public MachineFiles {

@@ -27,7 +27,7 @@ const Sign* signOf(char character) {
     return found != signs.end() ? found : nullptr;
 }
 
-/// The sign whose replacement character `text` begins with.
+/// The sign whose replacement character, current or former, is at the beginning of `text`.
 const Sign* signShownAt(std::string_view text) {
     const auto* const found = std::find_if(signs.begin(), signs.end(), [&](const Sign& s) {
         return text.starts_with(s.shown) || text.starts_with(s.former);
@@ -35,9 +35,8 @@ const Sign* signShownAt(std::string_view text) {
     return found != signs.end() ? found : nullptr;
 }
 
-/// The length in bytes of the special character that `text` begins with; 0 for any other. Bytes are
-/// compared: the first byte of each such character occurs in no other one, so that they are found
-/// in names with invalid UTF-8, too.
+/// The length in bytes of the special character at the beginning of `text`; 0 if there is none.
+/// Bytes are compared, so that special characters are found in names with invalid UTF-8, too.
 std::size_t specialBytesAt(std::string_view text) {
     if (text.empty() || static_cast<unsigned char>(text.front()) < firstBeyondAscii) {
         return 0;
@@ -52,7 +51,8 @@ std::size_t specialBytesAt(std::string_view text) {
     return text.starts_with(sign->shown) ? sign->shown.size() : sign->former.size();
 }
 
-/// For nearly all names both forms are equal, and a search calls this for each file.
+/// A fast check, since a search converts the name of each file, and nearly all names have equal
+/// forms.
 bool isPlain(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < firstBeyondAscii && signOf(c) == nullptr;
@@ -85,7 +85,7 @@ std::string machineName(std::string_view logicName) {
     name.reserve(logicName.size());
     while (!logicName.empty()) {
         if (logicName.starts_with(mark)) {
-            // A mark that precedes no special character was typed and is literal.
+            // logicName() never writes a mark before other characters, so this mark is literal.
             const std::size_t marked = specialBytesAt(logicName.substr(mark.size()));
             name.append(marked > 0 ? logicName.substr(mark.size(), marked) : mark);
             logicName.remove_prefix(mark.size() + marked);

@@ -11,17 +11,18 @@ namespace sonarith {
 /// The machine's name in the logic's form. Backslash, colon, star and question mark, which the
 /// logic does not allow in names or treats as wildcards, are replaced by characters that look
 /// similar and that common fonts contain: U+2216, U+02D0, U+2217, U+0294. If the name itself
-/// contains one of these, U+00AC precedes it, as it precedes itself. All other bytes are unchanged.
-/// None of these characters has an upper or lower case, so they survive the logic's conversion to
-/// lower case. The mapping is injective.
+/// contains one of these or U+00AC, a U+00AC is inserted before it as a mark. All other bytes are
+/// unchanged. The logic's conversion to lower case does not change these characters. The mapping is
+/// injective.
 [[nodiscard]] std::string logicName(std::string_view machineName);
 
-/// The inverse of logicName(). Also accepts U+F05C, U+F03A, U+F02A and U+F03F for the four: older
-/// stores contain names with these private-use characters, shown as boxes on the screen.
+/// The inverse of logicName(). Also accepts U+F05C, U+F03A, U+F02A and U+F03F for the four
+/// characters: older stores contain names with these private-use characters, which the screen shows
+/// as boxes.
 [[nodiscard]] std::string machineName(std::string_view logicName);
 
-/// The form in older stores: private-use characters for the four, and no mark before a character
-/// that looks like one of them. Different names may have the same form.
+/// The form in older stores: private-use characters replace the four characters, and no mark is
+/// inserted. Different names may have the same form.
 [[nodiscard]] std::string formerLogicName(std::string_view machineName);
 
 /// Whether the logic's name has a different meaning in the former form.

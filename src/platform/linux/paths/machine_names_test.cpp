@@ -32,7 +32,7 @@ TEST(MachineName, TreatsAMarkBeforeAnyOtherCharacterAsLiteral) {
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
-TEST(MachineName, DoesNotMatchItsNeighboursAsAPattern) {
+TEST(MachineName, IsNotAPatternThatMatchesOtherFiles) {
     EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
@@ -55,7 +55,7 @@ TEST(MachineName, DetectsNamesThatDifferInTheFormerForm) {
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A random name of special characters, complete and truncated, and some others.
+/// A random name of special characters, some of them truncated, and some other characters.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",

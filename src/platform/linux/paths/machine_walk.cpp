@@ -24,7 +24,7 @@ void readInto(DirectoryWalk& walk, FolderPart& part) {
     }
 }
 
-/// The folders that a walk will list after `listed`, last one first.
+/// Appends the folders that a walk will list after `listed`; the walk lists the last one first.
 void queueFoldersOf(const ReadFolder& listed, std::vector<std::string>& queue) {
     for (const FindRecord& entry : listed.part.records) {
         if ((entry.attributes & file_attribute::directory) != 0 && !entry.name.starts_with('.')) {
@@ -55,8 +55,8 @@ std::string ReadFolders::folder() const {
     return folder_;
 }
 
-/// The walk through these files. They are new objects after a call to the previous ones, perhaps
-/// not of this walk, was left behind.
+/// The walk on `machine`. A new walk is created if `machine` is a new object; this is the case
+/// after a call was left behind with the previous object, perhaps a call of another walk.
 DirectoryWalk& MachineWalk::of(MachineFiles& machine) {
     if (owner_.get() != &machine) {
         walk_ = machine.continueWalk(walked_);
@@ -88,7 +88,7 @@ void MachineWalk::read(MachineFiles& machine, const std::string& folder, ReadAhe
         queueFoldersOf(next, queue);
         read.add(std::move(next));
         if (!whole) {
-            return; // the walk continues with a folder that is not known yet
+            return; // the rest of the folder may contain the folder that the walk lists next
         }
     } while (ahead == ReadAhead::yes && !queue.empty() && records < mostReadAhead &&
              std::chrono::steady_clock::now() < latest);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of a patient walk that accesses the disk: it reads folders, and if wanted the folders
-// below them ahead of the walk, since each handover between two threads costs more than reading a
-// usual folder. It runs on a thread that may hang; patient_walk.h is the part that waits.
+// The part of a patient walk that accesses the disk. It reads folders, and on request also reads
+// the folders below them ahead, since a switch between two threads costs more than reading a usual
+// folder. It runs on a thread that may hang; patient_walk.h waits for it.
 #pragma once
 
 #include <chrono>
@@ -19,12 +19,12 @@ namespace sonarith {
 
 /// Entries of one folder, at most `mostRecords`.
 struct FolderPart {
-    /// Nearly all folders fit into one part, and a folder with millions of files is not waited for
-    /// as a whole.
+    /// Nearly all folders fit into one part. A folder with millions of files is read in many parts,
+    /// so that the time of one call is limited.
     static constexpr std::size_t mostRecords = 1000;
 
-    int walk = 0;                          ///< as MachineWalk::number()
-    FindHandle handle = invalidFindHandle; ///< in that walk
+    int walk = 0;                          ///< MachineWalk::number_ at the read
+    FindHandle handle = invalidFindHandle; ///< valid in that walk only
     std::vector<FindRecord> records{};
     bool atEnd = false; ///< no more entries follow, and the handle is closed
 };
@@ -39,12 +39,12 @@ class ReadFolders {
   public:
     explicit ReadFolders(std::string first) : folder_(std::move(first)) {}
 
-    /// `folder` is the one that is accessed from now on.
+    /// Called before each access: `folder` is the folder that is accessed next.
     void access(const std::string& folder);
     void add(ReadFolder folder);
 
     [[nodiscard]] std::vector<ReadFolder> take();
-    /// The folder that was accessed last. While the call hangs it hangs there.
+    /// The folder that was accessed last. If the call hangs, it hangs in this folder.
     [[nodiscard]] std::string folder() const;
 
   private:
@@ -55,7 +55,7 @@ class ReadFolders {
 
 enum class ReadAhead { no, yes };
 
-/// For the calls of one walk, one at a time.
+/// Makes the calls of one walk, one at a time.
 class MachineWalk {
   public:
     using Duration = std::chrono::steady_clock::duration;
@@ -64,11 +64,12 @@ class MachineWalk {
     MachineWalk(std::shared_ptr<WalkedFolders> folders, Duration longestReadAhead)
         : walked_(std::move(folders)), longestReadAhead_(longestReadAhead) {}
 
-    /// Reads the folder's first part. With ReadAhead::yes the folders below follow, in the order of
-    /// a walk that goes on with the folder found last and skips hidden ones, until they are enough
-    /// for one call.
+    /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below, up to
+    /// the limits of one call, in the order of a walk that lists the most recently found folder
+    /// next and skips hidden ones.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
-    /// The part that follows `part`; an empty one if the files are no longer those of that part.
+    /// Reads the next part of the same folder; empty if `machine` is not the object that read
+    /// `part`.
     [[nodiscard]] FolderPart readOn(MachineFiles& machine, FolderPart part);
     void close(MachineFiles& machine, const FolderPart& part);
 
@@ -77,9 +78,9 @@ class MachineWalk {
 
     const std::shared_ptr<WalkedFolders> walked_;
     const Duration longestReadAhead_;
-    std::shared_ptr<MachineFiles> owner_; ///< owner of the walk, which must not outlive it
+    std::shared_ptr<MachineFiles> owner_; ///< owner of walk_, which must not outlive it
     std::unique_ptr<DirectoryWalk> walk_;
-    int number_ = 0; ///< identifies the walk: handles are valid only in it
+    int number_ = 0; ///< identifies walk_: handles are valid only in one walk
 };
 
 } // namespace sonarith

@@ -20,7 +20,7 @@ bool isOctal(char c) {
     return c >= '0' && c <= '7';
 }
 
-/// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
+/// The kernel writes space, tab, line feed and backslash as a backslash and three octal digits.
 std::string unescaped(std::string_view text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -46,7 +46,7 @@ std::optional<MountPoint> parseLine(const std::string& line) {
     if (!(fields >> type) || point.empty() || point.front() != '/') {
         return std::nullopt;
     }
-    fields >> source; // a mount may have none
+    fields >> source; // a mount may have no source
     return MountPoint{unescaped(point), type, root != "/", device, unescaped(source)};
 }
 
@@ -86,19 +86,20 @@ std::vector<MountPoint> parseMountInfo(std::string_view text) {
 }
 
 bool holdsUserFiles(const MountPoint& mount) {
-    // The kernel's own tables and controls: no disk, no files of a user.
+    // Interfaces of the kernel, without files of a user.
     static constexpr std::array kernelTypes = {
         "autofs",     "binfmt_misc", "bpf",      "cgroup",   "cgroup2", "configfs",
         "debugfs",    "devpts",      "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",
         "mqueue",     "nsfs",        "proc",     "pstore",   "ramfs",   "rpc_pipefs",
         "securityfs", "selinuxfs",   "sysfs",    "tracefs"};
-    // Packages and containers: mounted in large numbers, read-only or internal to a program.
+    // File systems of packages and containers: they are numerous, and read-only or internal to a
+    // program.
     static constexpr std::array packageTypes = {"fuse.portal", "overlay", "squashfs"};
     const auto isOf = [&](const auto& types) {
         return std::find(types.begin(), types.end(), mount.fileSystemType) != types.end();
     };
-    // A file system in memory may contain the user's files (/tmp), but not where the system keeps
-    // its run-time state.
+    // A tmpfs may contain the user's files (/tmp), but not if it is in a folder for the run-time
+    // state of the system.
     const bool systemState = mount.fileSystemType == "tmpfs" &&
                              (isBelow(mount.path, "/run") || isBelow(mount.path, "/dev") ||
                               isBelow(mount.path, "/sys") || isBelow(mount.path, "/proc"));
@@ -126,8 +127,8 @@ std::optional<std::vector<MountPoint>> MountInfo::allChanged() {
     std::string text;
     std::array<char, 4096> block{};
     off_t position = 0;
-    // A machine has some hundred mounts with some hundred bytes each; the bound covers a list that
-    // grows while it is read.
+    // A machine has a few hundred mounts of a few hundred bytes each. The bound ends the loop if
+    // the list grows while it is read.
     constexpr off_t longestList = 16 * 1024 * 1024;
     while (descriptor_ >= 0 && position < longestList) {
         const ssize_t count = ::pread(descriptor_, block.data(), block.size(), position);
@@ -146,8 +147,8 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // Only partial mounts of this machine's own disks are checked. Servers' folders are partial
-        // mounts, too, and accessing one of a dead server would hang.
+        // Partial mounts are checked only on this machine's own disks. A server's folder may be a
+        // partial mount, too, and the check would hang if the server does not respond.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mounted file systems of the machine, as the kernel lists them. It assigns no letters;
-// drive_table.h does.
+// Reads the kernel's list of mounted file systems. It assigns no letters; drive_table.h does.
 #pragma once
 
 #include <optional>
@@ -13,19 +12,19 @@ namespace sonarith {
 struct MountPoint {
     std::string path; ///< absolute, without a trailing slash except for "/"
     std::string fileSystemType;
-    /// Shows only a part of its file system, which may be a single file.
+    /// Only a part of the file system is mounted: a folder, or a single file.
     bool partial = false;
     std::string device = {}; ///< of the file system, "8:1"; "0:42" for one without a block device
-    std::string source = {}; ///< "/dev/sda1", "server:/music" or the form of its type
+    std::string source = {}; ///< "/dev/sda1" or "server:/music"; the format depends on the type
 
     bool operator==(const MountPoint&) const = default;
 };
 
 /// Parses the text of /proc/self/mountinfo (format: proc(5)). Lines in another format are skipped;
-/// of several mounts on one mount point only the last, visible one is returned.
+/// if several mounts have the same mount point, only the last one is visible and returned.
 [[nodiscard]] std::vector<MountPoint> parseMountInfo(std::string_view text);
 
-/// Whether the user keeps files on it, so that it gets a drive letter.
+/// Whether the mount may contain the user's files and therefore gets a drive letter.
 [[nodiscard]] bool holdsUserFiles(const MountPoint& mount);
 
 /// The kernel's list, with change detection.
@@ -36,11 +35,11 @@ class MountInfo {
     MountInfo(const MountInfo&) = delete;
     MountInfo& operator=(const MountInfo&) = delete;
 
-    /// The mounts that hold user files, at the first call and after each change; empty if the list
-    /// has not changed, which costs one system call.
+    /// Returns the mounts that hold user files at the first call and after each change. Empty if
+    /// the list has not changed; this check costs one system call.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
-    /// The same with all mounts, without accessing any of them. One object must be used for only
-    /// one of the two functions.
+    /// The same for all mounts; it accesses none of them. On one object only one of the two
+    /// functions may be used.
     [[nodiscard]] std::optional<std::vector<MountPoint>> allChanged();
 
   private:

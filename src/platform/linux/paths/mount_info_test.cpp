@@ -67,7 +67,7 @@ TEST(MountInfo, ReturnsTheListOnceWhileNothingChanges) {
     EXPECT_FALSE(mounts.changed().has_value());
 }
 
-TEST(MountInfo, OmitsPartialMountsThatAreNoFolders) {
+TEST(MountInfo, OmitsPartialMountsOfSingleFiles) {
     const fakes::TempFolder folder;
     std::filesystem::create_directory(folder / "part");
     std::ofstream(folder / "file") << "x";
@@ -82,9 +82,9 @@ TEST(MountInfo, OmitsPartialMountsThatAreNoFolders) {
                                        {"/gone", "nfs", false, "8:1", "server:/"}}));
 }
 
-// A server's folder may be a partial mount; accessing one of a dead server would hang. A mount that
-// is not checked is listed, whatever it is: here a path without a folder.
-TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeAServers) {
+// A server's folder may be a partial mount, and an access would hang if the server does not
+// respond. An unchecked mount is always listed: here a mount point that does not exist.
+TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeOnAServer) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"
                                    << "2 0 0:41 /b /gone/ssh rw - fuse.sshfs server: rw\n"

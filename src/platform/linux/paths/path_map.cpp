@@ -36,8 +36,8 @@ Error badName() {
     return {ErrorNumber::badFileName, "Bad file name or number"};
 }
 
-/// The name as the folder lists it, matched case-insensitively; empty if there is none or the
-/// folder cannot be listed.
+/// The folder's entry that matches `name` case-insensitively, as it is listed; empty if no entry
+/// matches or the folder cannot be listed.
 std::optional<std::string> listedSpelling(const std::string& folder, const std::string& name) {
     const OpenedFolder listing(::opendir(folder.c_str()));
     if (!listing) {
@@ -61,7 +61,8 @@ std::optional<std::string> listedSpelling(const std::string& folder, const std::
     return first ? first : firstFormer;
 }
 
-/// The spelling that `memory` has for an entry of this exact folder, if the entry exists.
+/// The remembered spelling of an entry of this folder; empty if none is remembered, if it is in a
+/// folder with another spelling, or if the entry does not exist.
 std::optional<std::string> rememberedName(SpellingMemory& memory, const std::string& folder,
                                           const std::string& machineName) {
     const auto spelled = memory.find(joined(folder, machineName));
@@ -73,8 +74,8 @@ std::optional<std::string> rememberedName(SpellingMemory& memory, const std::str
                                                                 : std::nullopt;
 }
 
-/// Whether the path `asked` may be `spelled` with some of its names converted to lower case.
-/// Precondition: both are equal except for case.
+/// Whether `asked` may result from `spelled` by converting some of its names to lower case.
+/// Precondition: the two paths differ at most in case.
 bool mayBeLoweredOf(std::string_view spelled, std::string_view asked) {
     const std::vector<std::string> spelledNames = namesOf(spelled, "/");
     const std::vector<std::string> askedNames = namesOf(asked, "/");
@@ -118,7 +119,7 @@ Result<PathMap::Asked> PathMap::asked(std::string_view logicPath) {
 std::optional<std::string> PathMap::chosenFor(const Asked& path, std::size_t count) {
     const std::string machinePath = path.machinePath(count);
     const auto spelled = spellings_->chosen.find(machinePath);
-    // Not on another disk whose mount point differs only in case.
+    // The first check excludes another disk whose mount point differs only in case.
     const bool fits = spelled && isWithin(*spelled, path.mountPoint) &&
                       mayBeLoweredOf(*spelled, machinePath) && exists(*spelled);
     return fits ? std::optional(*spelled) : std::nullopt;

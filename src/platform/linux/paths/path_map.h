@@ -2,10 +2,10 @@
 // Translates between the logic's paths ("C:\Music\track1.wav") and the machine's ("/Music/..."),
 // and finds names case-insensitively. It opens and changes no file.
 //
-// The logic converts its paths to lower case, so a path may match several names on the disk, and a
-// folder that can be entered but not listed cannot be searched. Therefore the spellings of paths
-// that pass through here are remembered while the program runs. The match for a name, in order of
-// preference:
+// The logic converts its paths to lower case, so a path may match several names on the disk, and no
+// match can be searched for in a folder that can be entered but not listed. Therefore PathMap
+// remembers the spellings of the paths that it translates while the program runs. The match for a
+// name, in order of preference:
 //   - for a name in lower case, which may have been converted: the spelling that was chosen (a
 //     folder created or entered, a file picked in a dialog; the most recent of several), the exact
 //     name, the spelling that a walk listed, any case variant in the folder (the first in byte
@@ -13,7 +13,7 @@
 //   - for a name with capitals, which was not converted, and for the name of a folder to create or
 //     enter: the exact name, then as above.
 // A remembered spelling that no longer exists is ignored. A whole path is looked up before its
-// parts: a file picked from "my music" remains that file while the destination is "My Music".
+// parts: a file picked from "my music" is still found while the destination is "My Music".
 #pragma once
 
 #include <memory>
@@ -38,7 +38,7 @@ struct Located {
     /// the name is empty.
     std::string folder;
     std::string givenName;
-    /// An entry of that name exists.
+    /// Whether an entry of that name exists.
     bool found = false;
 };
 
@@ -51,7 +51,7 @@ struct Spellings {
 /// Whether the logic may have converted a path to lower case.
 enum class PathCase {
     maybeLowered,
-    asGiven ///< by the user or the store: the path of a folder to create or enter
+    asGiven ///< not converted: the path of a folder to create or enter, from the user or the store
 };
 
 class PathMap {
@@ -67,16 +67,18 @@ class PathMap {
     /// a disk).
     [[nodiscard]] Result<Located> locate(std::string_view logicPath,
                                          PathCase pathCase = PathCase::maybeLowered);
-    /// As locate(), for one name of the logic in a folder of the machine. Errors: badFileName.
+    /// As locate(), but for one name of the logic in a folder with a known machine path. Errors:
+    /// badFileName.
     [[nodiscard]] Result<Located> locateIn(const std::string& folder, const std::string& name);
 
     /// The logic's form of an absolute machine path; "." and ".." are resolved textually. The root
     /// of a drive is "D:\".
     [[nodiscard]] std::string logicPathOf(std::string_view machinePath);
-    /// The same for a chosen path: it and its parent folders are remembered, the parents only if no
-    /// other existing spelling of them was chosen.
+    /// The same for a chosen path, whose spelling is remembered. The spelling of a parent folder is
+    /// remembered only if no other spelling of it was chosen, or if that folder no longer exists.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
-    /// Remembers only a plain machine path itself as chosen.
+    /// Remembers the spelling of a plain machine path as chosen, but not those of its parent
+    /// folders.
     void rememberChosen(const std::string& machinePath) {
         spellings_->chosen.remember(machinePath);
     }
@@ -84,10 +86,12 @@ class PathMap {
     void rememberWalked(const std::string& machinePath) {
         spellings_->walked.remember(machinePath);
     }
-    /// The machine path that was chosen for the logic's whole path, if it still exists.
+    /// The chosen machine path that matches the logic's whole path; empty if there is none or it no
+    /// longer exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
 
-    /// Whether chosenFor() may find a result for any path that matches this one case-insensitively.
+    /// Whether any chosen path equals this one except for case: otherwise chosenFor() finds
+    /// nothing.
     [[nodiscard]] bool hasChosen(const std::string& machinePath) {
         return spellings_->chosen.find(machinePath).has_value();
     }
@@ -96,7 +100,7 @@ class PathMap {
     [[nodiscard]] const DriveTable& drives();
 
   private:
-    /// A path of the logic, as names below a drive's mount point.
+    /// A path of the logic, split into the drive's mount point and the names below it.
     struct Asked {
         std::string mountPoint;
         std::vector<std::string> names; ///< in the logic's form

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A separate disk (D:) in a temporary folder, below the machine's root (C:).
+/// D: is a disk that is mounted at a temporary folder; C: is the machine's root.
 class PathMapTest : public ::testing::Test {
   protected:
     void addFile(const std::string& name) {
@@ -26,7 +26,7 @@ class PathMapTest : public ::testing::Test {
         ASSERT_TRUE(file.good());
     }
     std::string machine(const std::string& logic) { return paths_.locate(logic).value().path; }
-    /// The path below the disk.
+    /// The path relative to the disk's mount point.
     std::string onDisk(const std::string& logic) {
         const std::string path = machine(logic);
         EXPECT_EQ(path.substr(0, disk_.size()), disk_);
@@ -58,7 +58,7 @@ TEST_F(PathMapTest, MapsEachLetterToItsDisk) {
     EXPECT_EQ(machine("d:"), disk_);
 }
 
-TEST_F(PathMapTest, ShowsAPathOnTheDeepestDrive) {
+TEST_F(PathMapTest, NamesAPathByTheDriveOfItsDeepestMountPoint) {
     EXPECT_EQ(paths_.toLogic(disk_ + "/Music/a.wav"), "D:\\Music\\a.wav");
     EXPECT_EQ(paths_.toLogic(disk_), "D:\\");
     EXPECT_EQ(paths_.toLogic(disk_ + "/"), "D:\\");
@@ -91,7 +91,7 @@ TEST_F(PathMapTest, KeepsTheCaseOfNamesThatDoNotExist) {
     EXPECT_FALSE(located.found);
 }
 
-TEST_F(PathMapTest, DistinguishesTheGivenNameFromTheFoundName) {
+TEST_F(PathMapTest, ReturnsTheGivenNameAndTheFoundPath) {
     addFile("Track.WAV");
     const Located located = paths_.locate("d:\\track.wav").value();
     EXPECT_TRUE(located.found);
@@ -111,7 +111,7 @@ TEST_F(PathMapTest, RoundTripsAwkwardNames) {
     }
 }
 
-TEST_F(PathMapTest, DistinguishesAFileWithAWildcardInItsNameFromItsNeighbour) {
+TEST_F(PathMapTest, DistinguishesAFileWithAWildcardInItsNameFromAMatchingFile) {
     addFile("What?.MP3");
     addFile("whats.mp3");
     const std::string logic = lowerCase(paths_.toLogic(disk_ + "/What?.MP3"));
@@ -131,7 +131,7 @@ TEST_F(PathMapTest, FindsFilesNamedInAnOlderStore) {
     }
 }
 
-TEST_F(PathMapTest, CreatesANameOfTheFormerFormWithItsOriginalCharacter) {
+TEST_F(PathMapTest, CreatesANameInTheFormerFormWithItsOriginalCharacters) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Splits and normalises paths in the logic's form or the machine's. It accesses no disk.
+// Splits and normalises paths, in the logic's form or in the machine's form. It accesses no disk.
 #pragma once
 
 #include <string>
@@ -15,11 +15,11 @@ namespace sonarith {
 /// slashes; "/" for the root and for an empty path.
 [[nodiscard]] std::string plainMachinePath(std::string_view path);
 
-/// Whether the plain machine path is `folder` or inside it.
+/// Whether `path`, a plain machine path, is `folder` or inside it.
 [[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
 
-/// The absolute form of a path of the logic: a path without a drive letter starts at the root of
-/// `currentFolder`'s drive, or in that folder.
+/// The absolute form of a path of the logic: a path without a drive letter is relative to
+/// `currentFolder`, or to the root of its drive if the path begins with a separator.
 [[nodiscard]] std::string absolutePath(const std::string& path, const std::string& currentFolder);
 
 } // namespace sonarith

@@ -15,8 +15,8 @@ PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
     : file_(std::move(file)), bound_(bound), calls_(threads, waiting) {}
 
 PatientBinaryFile::~PatientBinaryFile() {
-    // A close may hang as a read may. Most are completed within the short wait, so that the next
-    // operation on the file's name finds it closed.
+    // A close may hang, too. Usually it is completed within this short wait, so that the file is
+    // closed before the next operation on its name.
     calls_.send(Waiting::plainMoment,
                 [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
 }
@@ -27,7 +27,8 @@ Result<std::int64_t> PatientBinaryFile::length() const {
 }
 
 Result<std::size_t> PatientBinaryFile::read(std::int64_t offset, std::span<std::byte> into) {
-    // Into a separate buffer: the caller's may have been destroyed when a read that hung returns.
+    // The buffer is separate because the caller's may already be destroyed when a hanging read
+    // returns.
     const auto bytes = std::make_shared<std::vector<std::byte>>(into.size());
     auto answer =
         calls_.ask(bound_, [file = file_, offset, bytes] { return file->read(offset, *bytes); });

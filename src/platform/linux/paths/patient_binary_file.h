@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Wraps an open file on a disk or server that may not respond: its calls run on another thread and
-// are waited for with a bound. It opens no file (patient_file_system.h does).
+// Wraps an open file on a disk or server that may not respond: each call runs on another thread,
+// and the wait for it is limited. It opens no file (patient_file_system.h does).
 #pragma once
 
 #include <memory>
@@ -10,8 +10,8 @@
 
 namespace sonarith {
 
-/// A call that times out fails with deviceUnavailable, though it may be carried out later; all
-/// further ones fail at once until it has returned. The file is closed on the other thread.
+/// A call that times out fails with deviceUnavailable, but may still be carried out later; until it
+/// has returned, all further calls fail at once. The file is closed on the other thread.
 class PatientBinaryFile final : public BinaryFile {
   public:
     /// `threads` and `waiting` must outlive this.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's folders for the thread of the logic: calls that may hang are waited for with a
-// bound, and the windows are repainted meanwhile. linux_directory_walk.h lists the folders.
+// The machine's folders for the thread of the logic: the wait for a call that may hang is limited,
+// and the windows are repainted meanwhile. linux_directory_walk.h lists the folders.
 #pragma once
 
 #include <memory>
@@ -13,9 +13,9 @@
 
 namespace sonarith {
 
-/// A folder that does not respond within PatientPaths::bound() is skipped in a walk like an
-/// unreadable one, and at once while an earlier call to its mount has not returned; the walk
-/// continues with the next one. Everything else is as in LinuxDirectories.
+/// A walk skips a folder that does not respond within PatientPaths::bound(), like an unreadable
+/// one. It skips the folder without waiting while an earlier call to its mount has not returned.
+/// Everything else is as in LinuxDirectories.
 class PatientDirectories final : public Directories {
   public:
     /// Both must outlive this and its walks. `files` provides the current folder.
@@ -24,7 +24,7 @@ class PatientDirectories final : public Directories {
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;
-    /// The previous result if the call times out.
+    /// Returns the previous result if the call times out.
     [[nodiscard]] std::vector<std::string> drives() const override;
 
   private:

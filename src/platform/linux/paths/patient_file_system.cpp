@@ -105,7 +105,7 @@ Status PatientFileSystem::changeDrive(const std::string& path) {
     std::vector<std::string> asked{path.substr(0, 2) + "\\"};
     for (const auto& [letter, folder] : currentFolders_) {
         if (lowerCase(path.substr(0, 1)) == lowerCase(std::string(1, letter))) {
-            asked.push_back(folder); // may be on another mount below the drive's own
+            asked.push_back(folder); // the folder may be on another mount below the drive
         }
     }
     return take(paths_.ask(asked, [path, left = currentFolders_](MachineFiles& machine) {

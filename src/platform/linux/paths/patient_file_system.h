@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files for the thread of the logic: calls that may hang are waited for with a bound,
+// The machine's files for the thread of the logic: the wait for a call that may hang is limited,
 // and the windows are repainted meanwhile. The calls themselves are in linux_file_system.h.
 //
 // A new operation that accesses the disk needs one line here:
@@ -16,9 +16,9 @@
 namespace sonarith {
 
 /// Each operation that accesses a disk fails with deviceUnavailable if the disk does not respond
-/// within PatientPaths::bound(), and at once while an earlier call to its mount has not returned.
-/// An operation that timed out may still be carried out later. Everything else is as in
-/// LinuxFileSystem; the current drive and folder are kept here.
+/// within PatientPaths::bound(); it fails at once while an earlier call to the mount has not
+/// returned. An operation that timed out may still be carried out later. Everything else is as in
+/// LinuxFileSystem; this object stores the current drive and folder.
 class PatientFileSystem final : public FileSystem {
   public:
     /// `paths` must outlive this and the files that it opens. Starts in the process's current
@@ -28,7 +28,7 @@ class PatientFileSystem final : public FileSystem {
     [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override;
     [[nodiscard]] bool fileExists(const std::string& path) const override;
     [[nodiscard]] Result<FileTime> fileDate(const std::string& path) const override;
-    /// The calls of the opened file are waited for in the same way (patient_binary_file.h).
+    /// The waits for calls of the opened file are limited in the same way (patient_binary_file.h).
     [[nodiscard]] Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                  FileAccess access) override;
     Status rename(const std::string& from, const std::string& to) override;
@@ -64,8 +64,8 @@ class PatientFileSystem final : public FileSystem {
     PatientPaths& paths_;
     std::string currentFolder_;
     std::string programFolder_;
-    /// The last current folder of each drive: the machine's files lose it when they are left behind
-    /// with a call.
+    /// The last current folder of each drive. LinuxFileSystem stores it, too, but that object is
+    /// replaced after a call was left behind.
     std::map<char, std::string> currentFolders_;
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files as the program uses them, with waits and bounds. For tests only.
+// The machine's files as the program uses them: on another thread and with limited waits. For tests
+// only.
 #pragma once
 
 #include <memory>
@@ -13,7 +14,7 @@
 
 namespace sonarith::test {
 
-/// How a test accesses the machine's files; each test must hold for both.
+/// How a test accesses the machine's files; each test runs in both ways.
 enum class Reach { directly, patiently };
 
 inline std::string nameOf(Reach reach) {

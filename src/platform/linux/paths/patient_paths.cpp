@@ -29,7 +29,7 @@ class PatientPaths::Search {
         }
         set(""); // all have responded
     }
-    /// The mount that hangs; empty if none is known to.
+    /// The mount that hangs; empty if no mount hangs.
     [[nodiscard]] std::string mount() const {
         const std::lock_guard lock(mutex_);
         return mount_;
@@ -48,7 +48,7 @@ class PatientPaths::Search {
 struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
-    /// Created by the first call, on its thread, and used only by the calls.
+    /// Created by the first call, on the calls' thread, and used only there.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;
@@ -78,7 +78,7 @@ bool PatientPaths::carryOut(Waiting::Duration bound, const Concerned& concerned,
         const auto mayCall = [&](const std::string& mount) {
             return !hanging.contains(mount);
         };
-        // Following the path takes longer than most calls, so it is done only while a call hangs.
+        // Following the path takes longer than most calls, so it is done only while a mount hangs.
         *refused = !hanging.empty() &&
                    !std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
                        return walkToPlace(**machine, places, path, mayCall);
@@ -99,7 +99,7 @@ void PatientPaths::leaveBehind(Waiting::Duration bound, const std::vector<std::s
     std::unique_ptr<Lane> left = std::exchange(lane_, makeLane());
     const auto found = search(bound, paths);
     left_.push_back({std::move(left), paths, found});
-    if (!lane_->calls.idle()) { // it hangs there, too
+    if (!lane_->calls.idle()) { // the search hangs, too
         left_.push_back({std::exchange(lane_, makeLane()), paths, found});
     }
     const std::string mount = found->mount();
@@ -135,7 +135,7 @@ void PatientPaths::removeReturnedCalls() {
     });
 }
 
-/// Compared as text: another spelling of the same path waits again.
+/// Paths are compared as text: a call with another spelling of the same path waits again.
 bool PatientPaths::isUnanswered(const std::vector<std::string>& paths) const {
     return std::any_of(left_.begin(), left_.end(), [&](const LeftBehind& left) {
         return std::find_first_of(paths.begin(), paths.end(), left.paths.begin(),

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls to the machine's files for the thread of the logic, which must not be blocked by a disk or
-// server that does not respond: each runs on another thread and is waited for with a bound. A mount
-// that has not responded is not called again until it has; nor is a path whose call hangs for
-// another reason (a folder with a link to such a mount). The calls themselves are in
-// patient_file_system.h and patient_directories.h.
+// Calls the machine's files for the thread of the logic, which a disk or server that does not
+// respond must not block: each call runs on another thread, and the wait for it is limited. A call
+// that times out is left behind: its caller stops waiting, and its MachineFiles object is not used
+// again. No further call is made to a mount until its earlier call has returned, and none to a path
+// whose call hangs for another reason (a folder with a link to such a mount). The calls themselves
+// are in patient_file_system.h and patient_directories.h.
 #pragma once
 
 #include <functional>
@@ -25,8 +26,8 @@ namespace sonarith {
 struct PathAccess {
     /// Creates the files with fresh state; called on any thread.
     std::function<std::shared_ptr<MachineFiles>()> make;
-    /// Called on the thread of the logic after each call that returned in time: writes the call's
-    /// changes to the settings store.
+    /// Writes a call's changes to the settings store. Called on the thread of the logic after each
+    /// call that returned in time.
     std::function<void()> afterCall;
     PlaceAccess places;
 };
@@ -37,10 +38,12 @@ class PatientPaths {
     /// A sleeping disk takes up to ten seconds to spin up. The windows are repainted meanwhile, and
     /// closing one ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
-    /// The bound for finding out which mount does not respond, after a timeout: the search hangs at
-    /// once, or the mount has recovered. At most the bound of the call itself.
+    /// The bound for the search of the mount that does not respond, after a timeout. It can be
+    /// short: the search hangs at once, unless the mount has recovered. Never longer than the bound
+    /// of the call.
     static constexpr Waiting::Duration searchBound{1000};
-    /// Limit of calls that are left behind. Two hang for each mount that does not respond.
+    /// The most calls that are left behind at the same time. For each mount that does not respond,
+    /// two calls hang: the timed-out one and the search.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,
@@ -52,14 +55,14 @@ class PatientPaths {
     using Concerned = std::function<std::vector<std::string>()>;
 
     /// The result of `question`, which is called with a MachineFiles& and concerns `paths`: whole
-    /// paths of the logic. Empty if it has not returned within the bound, and at once for a path on
-    /// a mount that is known not to respond, or with an earlier call that has not returned. The
-    /// question must own everything that it accesses.
+    /// paths of the logic. Empty if the call has not returned within the bound. Empty without
+    /// waiting if a mount of one of the paths is known not to respond, or if an earlier call with
+    /// one of the paths has not returned. The question must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         return askWithin(bound_, paths, std::move(question));
     }
-    /// The same with a bound of its own.
+    /// The same with another bound.
     template <typename Question>
     [[nodiscard]] auto askWithin(Waiting::Duration bound, const std::vector<std::string>& paths,
                                  Question question) {
@@ -68,7 +71,7 @@ class PatientPaths {
     }
 
     /// The same for a call of several steps. `concerned` returns the paths of the current step; it
-    /// is called before the call and once that has timed out.
+    /// is called before the call, and again if the call times out.
     template <typename Question>
     [[nodiscard]] auto askInSteps(Waiting::Duration bound, const Concerned& concerned,
                                   Question question) {
@@ -82,7 +85,7 @@ class PatientPaths {
         return came ? std::move(*answer) : std::nullopt;
     }
 
-    /// No call that timed out is still running.
+    /// Whether every call that timed out has returned.
     [[nodiscard]] bool allReturned() const { return left_.empty(); }
     [[nodiscard]] const waiting::Services& services() const { return services_; }
     [[nodiscard]] Waiting::Duration bound() const { return bound_; }
@@ -90,7 +93,7 @@ class PatientPaths {
   private:
     using Job = std::function<void(MachineFiles&)>;
 
-    /// Serialises the calls to one object with the machine's files.
+    /// Serialises the calls to one MachineFiles object.
     struct Lane;
     /// Finds the mount that hangs.
     class Search;

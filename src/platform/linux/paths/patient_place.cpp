@@ -25,8 +25,8 @@ std::string joined(const std::string& folder, const std::string& name) {
     return folder == "/" ? "/" + name : folder + "/" + name;
 }
 
-/// The deepest mount point that contains the path, case-insensitive: the machine's spelling of the
-/// path is unknown until its mount has been accessed.
+/// The deepest mount point that contains the path. The comparison is case-insensitive because the
+/// machine's spelling of the path is unknown until its mount has been accessed.
 std::string mountOf(const std::vector<std::string>& mountPoints, const std::string& path) {
     const std::string folded = caseFolded(path);
     std::string deepest = "/";
@@ -47,8 +47,8 @@ class PlaceWalk {
         return mayCall_(mountOf(mountPoints_, machinePath));
     }
 
-    /// The target of `name` in `folder`, which itself contains no link; empty if it may not be
-    /// accessed.
+    /// The path of `name` in `folder` with all links followed; empty if mayCall() has refused a
+    /// step. `folder` contains no link.
     std::optional<std::string> follow(const std::string& folder, const std::string& name) {
         std::string at = folder;
         std::deque<std::string> names{name};
@@ -65,7 +65,7 @@ class PlaceWalk {
                 continue;
             }
             ++links_;
-            // ".." after a link is resolved textually: accurate enough to find a mount.
+            // ".." after a link is resolved textually, which is accurate enough to find a mount.
             const std::string whole = target->starts_with('/') ? *target : at + "/" + *target;
             const std::vector<std::string> targets = namesOf(whole, "/");
             names.insert(names.begin(), targets.begin(), targets.end());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds step by step on which mounts a path of the logic is, so that the hanging step identifies
-// the mount that does not respond, and that mount is not called a second time. It waits for
-// nothing.
+// Finds step by step the mounts that a path of the logic leads through. The step that hangs
+// identifies the mount that does not respond, and the caller can stop before a step to such a
+// mount. It starts no thread and limits no wait.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// What the search calls on the machine; tests replace it.
+/// The search's access to the machine; tests replace it.
 struct PlaceAccess {
     /// All current mount points.
     std::function<std::vector<std::string>()> mountPoints;
@@ -21,12 +21,12 @@ struct PlaceAccess {
     std::function<std::optional<std::string>(const std::string& path)> linkTarget;
 };
 
-/// The real machine's.
+/// The access to the real machine.
 [[nodiscard]] PlaceAccess placesOfThisMachine();
 
 /// Follows the path as far as it exists, with all its links, and calls `mayCall` with the mount
-/// point before each step that accesses a mount. False once `mayCall` returns false. Each step may
-/// block.
+/// point before each step that accesses a mount. Stops and returns false as soon as `mayCall`
+/// returns false. Each step may block.
 [[nodiscard]] bool walkToPlace(MachineFiles& machine, const PlaceAccess& access,
                                const std::string& path,
                                const std::function<bool(const std::string& mount)>& mayCall);

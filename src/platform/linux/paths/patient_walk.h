@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A walk through the machine's folders for the thread of the logic: it waits for each call with a
-// bound, and skips folders that do not respond. machine_walk.h reads the folders.
+// A walk through the machine's folders for the thread of the logic: its wait for each call is
+// limited, and it skips folders that do not respond. machine_walk.h reads the folders.
 #pragma once
 
 #include <chrono>
@@ -14,21 +14,21 @@
 
 namespace sonarith {
 
-/// As PatientDirectories::startWalk says. From the second folder on it reads ahead, so a walk that
-/// lists one folder only accesses that one. What was read ahead is at most as old as the walk
-/// through it takes.
+/// Created by PatientDirectories::startWalk(). It reads ahead only from the second folder on, so
+/// that a walk through a single folder accesses only this folder. Folders that were read ahead may
+/// have changed before the walk lists them.
 class PatientWalk final : public DirectoryWalk {
   public:
-    /// Keeps a slow disk from delaying the folder that the logic waits for. A call that was left
-    /// behind has taken longer, so it ends with the folder that hung, and the walk lists the
-    /// others itself.
+    /// The longest time of one call that reads ahead, so that a slow disk does not delay the folder
+    /// that the logic waits for. A call that was left behind has exceeded this time: after the
+    /// folder that hung it reads no other, and the walk lists the remaining folders with new calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};
 
     /// `paths` must outlive this.
     explicit PatientWalk(PatientPaths& paths,
                          MachineWalk::Duration longestReadAhead = usualReadAhead)
         : paths_(paths), longestReadAhead_(longestReadAhead) {}
-    /// Waits for nothing: folders that are still open are closed on another thread.
+    /// Does not wait: folders that are still open are closed on another thread.
     ~PatientWalk() override;
     PatientWalk(const PatientWalk&) = delete;
     PatientWalk& operator=(const PatientWalk&) = delete;
@@ -41,8 +41,8 @@ class PatientWalk final : public DirectoryWalk {
     struct Listing {
         std::string folder;
         FolderPart part;
-        std::size_t next = 0;                 ///< in the part's records
-        std::weak_ptr<MachineWalk> machine{}; ///< the owner of the open folder with the rest
+        std::size_t next = 0;                 ///< index in part.records
+        std::weak_ptr<MachineWalk> machine{}; ///< the object that can read the rest of the folder
     };
 
     [[nodiscard]] std::shared_ptr<MachineWalk> makeMachineWalk() const;
@@ -56,9 +56,9 @@ class PatientWalk final : public DirectoryWalk {
     PatientPaths& paths_;
     const MachineWalk::Duration longestReadAhead_;
     std::shared_ptr<WalkedFolders> walked_ = std::make_shared<WalkedFolders>();
-    /// Left behind with a call that timed out.
+    /// Replaced by a new object when a call times out.
     std::shared_ptr<MachineWalk> machine_ = makeMachineWalk();
-    /// Folders that were read and not asked for yet, keyed by their path in lower case.
+    /// Folders that were read and not listed yet, keyed by their path in lower case.
     std::map<std::string, Listing> ahead_;
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;

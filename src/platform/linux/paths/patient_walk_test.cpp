@@ -21,7 +21,8 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-/// Reads ahead from the start, however slow the machine is: drive E: has been listed.
+/// The fixture's walk reads ahead from the first folder of a test on, since the fixture has already
+/// listed E:. Its time for reading ahead is one hour, so that a slow machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {
@@ -83,13 +84,13 @@ TEST_F(PatientWalkTest, AFolderReadAheadIsFoundInAnyCase) {
     EXPECT_THAT(namesIn("d:\\A\\Deep\\"), Contains("2.wav"));
 }
 
-TEST_F(PatientWalkTest, AFolderReadAheadIsListedOnceToo) {
+TEST_F(PatientWalkTest, AFolderReadAheadIsListedOnlyOnce) {
     ASSERT_THAT(namesIn("d:\\"), Contains("a"));
     EXPECT_THAT(namesIn("d:\\a\\"), Contains("1.wav"));
     EXPECT_THAT(namesIn("d:\\a\\"), IsEmpty());
 }
 
-TEST_F(PatientWalkTest, FoldersInAnotherOrderAreAllListed) {
+TEST_F(PatientWalkTest, AllFoldersAreListedInAnyOrder) {
     for (int i = 0; i < 50; ++i) {
         mounts->write("d/many" + std::to_string(i) + "/deep/x.wav");
     }
@@ -102,7 +103,7 @@ TEST_F(PatientWalkTest, FoldersInAnotherOrderAreAllListed) {
     }
 }
 
-TEST_F(PatientWalkTest, AFolderThatHangsAheadIsBlamedAloneAndOnce) {
+TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedAloneAndOnce) {
     mounts->hang(d);
     EXPECT_THAT(namesIn(parentOfTheMounts()), IsSupersetOf({"d", "e", "mounts"}));
     const int hanging = mounts->blocked();
@@ -112,7 +113,7 @@ TEST_F(PatientWalkTest, AFolderThatHangsAheadIsBlamedAloneAndOnce) {
     EXPECT_TRUE(files.fileExists("e:\\b.wav"));
 }
 
-TEST_F(PatientWalkTest, WhatWasLeftBehindReadsNoFolderThatTheWalkStillLists) {
+TEST_F(PatientWalkTest, ACallLeftBehindReadsNoFolderThatTheWalkStillLists) {
     mounts->write("f/late.wav");
     mounts->write("c/late.wav");
     PatientWalk usual(paths);
@@ -140,7 +141,7 @@ TEST_F(PatientWalkTest, NothingIsReadAheadWhileACallHangs) {
 }
 
 TEST_F(PatientWalkTest, ALargeFolderReadAheadIsReadToItsEnd) {
-    constexpr int many = 2500; // more than two parts hold
+    constexpr int many = 2500; // more than two parts of a folder
     for (int i = 0; i < many; ++i) {
         mounts->write("d/large/" + std::to_string(i));
     }

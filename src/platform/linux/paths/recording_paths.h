@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine paths of recordings: the folder in which one begins, and the name under which it is
-// saved. A save must not wait for a destination that hangs, because Cancel and the end of the
-// program wait for it.
+// Translates the paths of a recording to machine paths: the folder in which it begins, and the file
+// as which it is saved. A save must not wait for a destination that hangs, because Cancel and the
+// end of the program wait for the save.
 #pragma once
 
 #include <filesystem>
@@ -14,20 +14,20 @@ namespace sonarith {
 
 class RecordingPaths {
   public:
-    /// Twice this, for the call and for the search of the mount that hangs, is less than the 100 ms
-    /// in which Cancel takes effect.
+    /// A save may wait twice this long, for the call and for the search of the mount that hangs.
+    /// That is less than the 100 ms in which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
     /// `files` must outlive this.
     explicit RecordingPaths(const PatientFileSystem& files) : files_(files) {}
 
-    /// The machine path of a recording's folder, a path of the logic. Empty if there is none or if
-    /// its disk does not respond.
+    /// The machine path of a recording's folder; `folder` is a path of the logic. Empty if the path
+    /// is invalid or its disk does not respond.
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
-    /// The machine path of a recording's name, a path of the logic. If the disk does not respond
-    /// within saveBound, a file in the folder of the last beginIn() is named as if it were new:
-    /// with its own spelling, although the folder may contain the name in another case. Otherwise
-    /// as beginIn().
+    /// The machine path of a recording's file; `file` is a path of the logic. If the file is in the
+    /// folder of the last successful beginIn() and the disk does not respond within saveBound, the
+    /// name is used as given, although the folder may contain it in another case. For all other
+    /// folders as beginIn().
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;
 
   private:

@@ -22,17 +22,17 @@ TEST_F(RecordingPathsTest, AnExistingFileIsNamedInItsOwnSpelling) {
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, ASaveOnADiskThatHangsIsNamedInTheFolderOfItsRecording) {
+TEST_F(RecordingPathsTest, ASaveOnAHangingDiskUsesTheFolderOfItsRecording) {
     ASSERT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
     mounts->hang(d);
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
-    // Each further one at once, and without a further thread.
+    // Each further call returns at once and blocks no further thread.
     const int hanging = mounts->blocked();
     EXPECT_EQ(recordings.saveAs("D:\\My Music\\1234-2.wav"), folder + "1234-2.wav");
     EXPECT_EQ(mounts->blocked(), hanging);
 }
 
-TEST_F(RecordingPathsTest, ASaveElsewhereOnADiskThatHangsHasNoName) {
+TEST_F(RecordingPathsTest, ASaveInAnotherFolderOnAHangingDiskHasNoPath) {
     ASSERT_EQ(recordings.beginIn("e:\\"), e);
     mounts->hang(d);
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), "");
@@ -48,7 +48,7 @@ TEST_F(RecordingPathsTest, AFolderThatHangsAtTheBeginningIsNotUsedForASave) {
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, CharactersOfTheLogicAreMappedWithoutTheDisk) {
+TEST_F(RecordingPathsTest, SpecialCharactersAreMappedWithoutAccessToTheDisk) {
     ASSERT_EQ(recordings.beginIn("d:\\my music\\"), d + "/My Music");
     const std::string answered = recordings.saveAs("d:\\my music\\what\xEF\xBC\x9F.wav");
     mounts->hang(d);

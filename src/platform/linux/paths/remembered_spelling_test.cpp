@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The meaning of the logic's lower-case paths where a guess would be wrong: in folders that cannot
-// be listed, and with names that differ only in case.
+// Tests which file a lower-case path of the logic means if only a remembered spelling can decide
+// it: in folders that cannot be listed, and with names that differ only in case.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -20,13 +20,13 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-/// H: is a temporary home, with capitals and a dot in its path; C: the machine's root.
+/// H: is a temporary home, with capitals and a dot in its path; C: is the machine's root.
 class RememberedSpellingTest : public testing::Test {
   protected:
     RememberedSpellingTest() { fs::create_directories(home_); }
     ~RememberedSpellingTest() override {
         for (const std::string& name : hidden_) {
-            fs::permissions(home_ + "/" + name, fs::perms::owner_all); // or it could not be removed
+            fs::permissions(home_ + "/" + name, fs::perms::owner_all); // needed to delete it
         }
         fs::current_path(
             "/"); // the process must not remain in a folder that is about to be deleted
@@ -37,7 +37,8 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// No user may list the folder; all may enter it, and create entries if `more` allows it.
+    /// Removes the permission to list the folder from all users, who may still enter it. They may
+    /// also create entries if `more` allows it.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;
         fs::permissions(home_ + "/" + name, perms::owner_write | perms::owner_exec |
@@ -46,8 +47,8 @@ class RememberedSpellingTest : public testing::Test {
     }
     void allowAll(const std::string& name) { fs::permissions(home_ + "/" + name, fs::perms::all); }
 
-    /// As the program does with its destination at each start: level by level, with the case in the
-    /// store.
+    /// Creates and enters the folders one by one, with the case in the store, as the program does
+    /// with its destination at each start.
     bool makeDestination(const std::vector<std::string>& names, const std::string& drive = "H:") {
         bool made = files_.changeDrive(drive).ok() && files_.changeFolder("\\").ok();
         for (const std::string& name : names) {
@@ -57,7 +58,7 @@ class RememberedSpellingTest : public testing::Test {
         }
         return made;
     }
-    /// The machine path below the home.
+    /// The machine path of `logic`, relative to the home if it is below it.
     std::string meant(const std::string& logic) {
         const std::string path = files_.locate(logic).value().path;
         return path.starts_with(home_ + "/") ? path.substr(home_.size() + 1) : path;
@@ -78,7 +79,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(folder_ / "mounts") << "1 0 8:1 / / rw - ext4 /dev/a rw\n";
         return (folder_ / "mounts").string();
     }
-    /// Runs as a user who is subject to permissions; 0 if `holds` returns true.
+    /// Runs `holds` as a user to whom permissions apply; returns 0 if it returns true.
     int withoutPrivileges(const std::function<bool()>& holds) {
         fs::permissions(folder_.path(), fs::perms::all);
         return test::runUnprivileged([&] { return holds() ? 0 : 1; });
@@ -114,7 +115,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, ADestinationIsFoundByTheRootsLetterAsWell) {
+TEST_F(RememberedSpellingTest, ADestinationIsAlsoFoundByTheLetterOfTheRoot) {
     makeFolder("My Music");
     hideEntriesOf(".");
     const std::string fromRoot = lowerCase(home_ + "/My Music/1.wav");
@@ -136,7 +137,7 @@ TEST_F(RememberedSpellingTest, AFolderCreatedThereIsFoundAgain) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, AFilePickedThereIsFoundByItsLowerCase) {
+TEST_F(RememberedSpellingTest, AFilePickedThereIsFoundByItsLowerCasePath) {
     write("Hidden/My Songs/One.MP3");
     hideEntriesOf("Hidden/My Songs");
     hideEntriesOf("Hidden");
@@ -149,13 +150,14 @@ TEST_F(RememberedSpellingTest, AFilePickedThereIsFoundByItsLowerCase) {
               0);
 }
 
-// --- names that differ in case alone ----------------------------------------------------------
+// --- names that differ only in case -----------------------------------------------------------
 
 TEST_F(RememberedSpellingTest, ALoweredPathMeansTheDestinationOfTheStore) {
     makeFolder("My Music");
     makeFolder("my music");
     makeFolder("MY MUSIC");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav"); // the exact name, as a guess
+    EXPECT_EQ(meant("h:\\my music\\1.wav"),
+              "my music/1.wav"); // nothing is remembered: the exact name
     ASSERT_TRUE(makeDestination({"My Music"}));
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("h:\\my music"), "My Music");
@@ -173,7 +175,7 @@ TEST_F(RememberedSpellingTest, APathWithCapitalsMeansItself) {
     EXPECT_EQ(meant("H:\\My Music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("H:\\My Music\\sub\\1.wav"), "My Music/Sub/1.wav");
     EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"),
-              "my music/1.wav"); // neither name matches exactly; the chosen one
+              "my music/1.wav"); // neither name matches exactly: the chosen one is used
 }
 
 TEST_F(RememberedSpellingTest, ANameBelowTheDestinationKeepsTheGivenCase) {
@@ -199,11 +201,11 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     EXPECT_EQ(meant("h:\\my music"), "my music");
     write("my music/Song.mp3");
     EXPECT_EQ(paths_.toLogic(home_ + "/my music/Song.mp3"), "H:\\my music\\Song.mp3");
-    makeFolder("My Music"); // too late: the folder of the picked file is meant by now
+    makeFolder("My Music"); // no effect: the folder of the picked file was chosen meanwhile
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, AFolderBelowTheOtherSpellingIsNotMistakenForIt) {
+TEST_F(RememberedSpellingTest, EquallyNamedFoldersBelowBothSpellingsAreDistinguished) {
     makeFolder("My Music/CDs");
     makeFolder("my music/cds");
     ASSERT_TRUE(makeDestination({"My Music", "CDs"}));
@@ -214,7 +216,7 @@ TEST_F(RememberedSpellingTest, AFolderBelowTheOtherSpellingIsNotMistakenForIt) {
     EXPECT_EQ(meant("H:\\My Music\\cds\\1.wav"), "My Music/CDs/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, ALoweredNameMeansWhatWasChosenHoweverItsFolderIsNamed) {
+TEST_F(RememberedSpellingTest, ALoweredNameMeansTheChosenOneForAnySpellingOfItsFolder) {
     makeFolder("My Music/CD");
     makeFolder("My Music/cd");
     ASSERT_TRUE(makeDestination({"My Music", "CD"}));
@@ -231,14 +233,14 @@ TEST_F(RememberedSpellingTest, AChoiceOnOneDiskDoesNotApplyToAnother) {
     EXPECT_EQ(meant("h:\\stick\\a.wav"), "Stick/A.wav");
 }
 
-TEST_F(RememberedSpellingTest, AFilePickedBesideTheDestinationStaysThatFile) {
+TEST_F(RememberedSpellingTest, APickedFileIsFoundDespiteADestinationOfTheSameName) {
     write("My Music/song.mp3");
     write("my music/Song.mp3");
     ASSERT_TRUE(makeDestination({"My Music"}));
     const std::string picked = lowerCase(paths_.toLogic(home_ + "/my music/Song.mp3"));
     EXPECT_EQ(meant(picked), "my music/Song.mp3");
     EXPECT_EQ(meant("h:\\my music\\new.wav"), "My Music/new.wav");
-    // Renaming and removing also affect that file, and it stays in its folder.
+    // Renaming and removing affect the picked file, too; a renamed file remains in its folder.
     ASSERT_TRUE(files_.rename(picked, "h:\\my music\\renamed.mp3").ok());
     EXPECT_TRUE(fs::exists(home_ + "/my music/renamed.mp3"));
     EXPECT_TRUE(fs::exists(home_ + "/My Music/song.mp3"));
@@ -264,7 +266,7 @@ TEST_F(RememberedSpellingTest, AWalkListsTheDestinationAndItsFilesAreFound) {
     EXPECT_TRUE(files_.fileExists("h:\\my music\\mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest, AWalkThatReachesTheDestinationFromAboveListsTheSameOne) {
+TEST_F(RememberedSpellingTest, AWalkFromTheParentFolderListsTheSameDestination) {
     write("My Music/Mine.wav");
     write("my music/other.wav");
     ASSERT_TRUE(makeDestination({"My Music"}));
@@ -284,9 +286,9 @@ TEST_F(RememberedSpellingTest, AWalkThatReachesTheDestinationFromAboveListsTheSa
 TEST_F(RememberedSpellingTest, AFolderThatAWalkListedIsPreferredToAGuess) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
-    makeFolder("MUSIC"); // precedes the other in byte order
+    makeFolder("MUSIC"); // would be the first match in byte order
     EXPECT_EQ(meant("h:\\music\\a.wav"), "Music/a.wav");
-    makeFolder("music"); // the exact name
+    makeFolder("music"); // an exact match is preferred to the walk's spelling
     EXPECT_EQ(meant("h:\\music\\a.wav"), "music/a.wav");
 }
 

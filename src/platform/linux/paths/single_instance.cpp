@@ -14,8 +14,8 @@ namespace sonarith {
 
 namespace {
 
-/// Creates the folder and its parents, accessible to this user only, as the desktop's convention
-/// requires for the configuration's.
+/// Creates the folder and its parents, accessible to this user only: the desktop's convention
+/// requires that for folders of configuration files.
 void makeFolder(const std::string& path) {
     for (std::size_t end = 0; end < path.size();) {
         end = std::min(path.find('/', end + 1), path.size());
@@ -49,7 +49,7 @@ SingleInstance::SingleInstance(const std::vector<std::string>& folders) {
     }
 }
 
-/// Whether it is known now who holds the lock.
+/// True if it is now known whether this or another instance holds the lock.
 bool SingleInstance::lockIn(const std::string& folder) {
     const int opened =
         ::open((folder + "/sonarith.lock").c_str(),
@@ -71,7 +71,7 @@ bool SingleInstance::lockIn(const std::string& folder) {
 }
 
 SingleInstance::~SingleInstance() {
-    // The file stays: to remove it could leave two programs with locks on two files of one name.
+    // The file is not deleted: otherwise two instances could lock different files of the same name.
     if (descriptor_ >= 0) {
         ::close(descriptor_);
     }

@@ -8,15 +8,15 @@
 
 namespace sonarith {
 
-/// The folders for the lock, best first. `storeFolder` is the settings store's and is created: the
-/// lock is beside the data that it protects, which all sessions of a user find, whatever their
-/// environment. Next $XDG_RUNTIME_DIR, if it is valid (absolute, owned by this user, writable by no
-/// other user).
+/// The folders for the lock, best first. The first is `storeFolder`, the folder of the settings
+/// store, which is created: there the lock is beside the data that it protects, and all sessions of
+/// a user find it, whatever their environment. The second is $XDG_RUNTIME_DIR, if it is valid
+/// (absolute, owned by this user, writable by no other user).
 [[nodiscard]] std::vector<std::string> instanceFolders(const std::string& storeFolder);
 
-/// Holds a lock on a file during its lifetime, in the first of the folders that supports locks: a
-/// folder may be read-only, or on a network without locks. The kernel releases it when the process
-/// ends, in whatever way.
+/// Holds a lock on a file during its lifetime. The file is in the first of the folders that
+/// supports locks: a folder may be read-only, or on a network without locks. The kernel releases
+/// the lock when the process ends, even after a kill.
 class SingleInstance {
   public:
     explicit SingleInstance(const std::vector<std::string>& folders);

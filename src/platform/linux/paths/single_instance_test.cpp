@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-TEST(SingleInstance, AllowsOneFirstInstanceAtATime) {
+TEST(SingleInstance, IsFirstOnlyOnceAtATime) {
     const fakes::TempFolder folder;
     {
         const SingleInstance first({folder.path().string()});
@@ -32,7 +32,7 @@ TEST(SingleInstance, AllowsOneFirstInstanceAtATime) {
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
 }
 
-TEST(SingleInstance, CountsByFolder) {
+TEST(SingleInstance, IsIndependentOfLocksInOtherFolders) {
     const fakes::TempFolder mine;
     const fakes::TempFolder yours;
     const SingleInstance first({mine.path().string()});
@@ -103,7 +103,7 @@ TEST(SingleInstance, StartsOnAFileSystemWithoutLocks) {
               0);
 }
 
-TEST(SingleInstance, StartsWithAFolderThatCanOnlyBeRead) {
+TEST(SingleInstance, StartsWithAReadOnlyFolder) {
     const fakes::TempFolder closed;
     const fakes::TempFolder open;
     fs::permissions(closed.path(), fs::perms(0555));
@@ -138,7 +138,7 @@ class RunTimeFolder {
     std::optional<std::string> before_;
 };
 
-TEST(InstanceFolders, AreTheStoresFirstAndThenTheRunTimeFolder) {
+TEST(InstanceFolders, AreTheStoresFolderAndThenTheRunTimeFolder) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     const RunTimeFolder runTime(folder.path().string());
@@ -153,7 +153,7 @@ TEST(InstanceFolders, CreateTheStoresFolderForItsUserOnly) {
     EXPECT_EQ(fs::status(folder / "config").permissions(), fs::perms::owner_all);
 }
 
-TEST(InstanceFolders, NeverHoldARunTimeFolderThatOthersCanWrite) {
+TEST(InstanceFolders, OmitARunTimeFolderThatOthersCanWrite) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     fs::permissions(folder.path(), fs::perms::all);

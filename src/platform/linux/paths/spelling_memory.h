@@ -16,11 +16,11 @@ namespace sonarith {
 /// Thread-safe.
 class SpellingMemory {
   public:
-    /// About 5,000 paths of usual length. No user chooses more; of the folders that a search of a
-    /// whole disk visits, the least recently used are forgotten first.
+    /// Enough for about 5,000 paths of usual length. No user chooses more paths. A search of a
+    /// whole disk may visit more folders; then the least recently used ones are forgotten first.
     static constexpr std::size_t usualBytes = std::size_t{1} << 20;
 
-    /// `mostBytes` limits the total length of the paths.
+    /// `mostBytes` limits the total length of the paths, of which each is stored in two forms.
     explicit SpellingMemory(std::size_t mostBytes = usualBytes) : mostBytes_(mostBytes) {}
 
     /// Replaces another spelling of the same path.
@@ -37,9 +37,9 @@ class SpellingMemory {
     const std::size_t mostBytes_;
     std::mutex mutex_; ///< protects all members below
     std::size_t bytes_ = 0;
-    /// The most recently used one is first.
+    /// Ordered by last use, the most recent first.
     std::list<Entry> entries_;
-    /// The keys refer to the texts of the entries, which do not move.
+    /// The keys point into the entries, whose addresses do not change.
     std::unordered_map<std::string_view, std::list<Entry>::iterator> byLowered_;
 };
 

@@ -20,7 +20,7 @@ TEST(SpellingMemory, FindsAPathInAnyCase) {
     EXPECT_EQ(found(memory, "/home"), "nothing");
 }
 
-TEST(SpellingMemory, TheLastOfSeveralSpellingsCounts) {
+TEST(SpellingMemory, FindsTheLastOfSeveralSpellings) {
     SpellingMemory memory;
     memory.remember("/Music");
     memory.remember("/MUSIC");
@@ -29,13 +29,13 @@ TEST(SpellingMemory, TheLastOfSeveralSpellingsCounts) {
     EXPECT_EQ(found(memory, "/music"), "/MUSIC");
 }
 
-// Each of these paths costs twice its four bytes.
+// Each of these paths occupies 8 bytes: its 4 bytes as given and in lower case.
 TEST(SpellingMemory, ForgetsTheLeastRecentlyUsed) {
     SpellingMemory memory(3 * 8);
     memory.remember("/One");
     memory.remember("/Two");
     memory.remember("/Six");
-    EXPECT_EQ(found(memory, "/one"), "/One"); // and is used by that
+    EXPECT_EQ(found(memory, "/one"), "/One"); // this counts as a use
     memory.remember("/Ten");
     EXPECT_EQ(found(memory, "/two"), "nothing");
     EXPECT_EQ(found(memory, "/one"), "/One");
@@ -43,7 +43,7 @@ TEST(SpellingMemory, ForgetsTheLeastRecentlyUsed) {
     EXPECT_EQ(found(memory, "/ten"), "/Ten");
 }
 
-TEST(SpellingMemory, CountsNoSpellingThatWasReplaced) {
+TEST(SpellingMemory, DoesNotCountTheBytesOfReplacedSpellings) {
     SpellingMemory memory(3 * 8);
     for (int i = 0; i < 100; ++i) {
         memory.remember("/One");

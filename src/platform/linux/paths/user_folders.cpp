@@ -22,8 +22,8 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The content of a text in double quotes, unescaped as by the shell; empty unless `text` is such a
-/// text, optionally followed by blanks.
+/// The content of a text in double quotes, unescaped as by the shell. Empty if `text` is anything
+/// else; spaces and tabs may follow the closing quote.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;
@@ -35,7 +35,7 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
         value = home;
         text.remove_prefix(homeVariable.size());
         if (!text.starts_with('/') && !text.starts_with('"')) {
-            return std::nullopt; // a variable with a longer name
+            return std::nullopt; // another variable whose name begins with HOME
         }
     }
     for (; !text.empty() && text.front() != '"'; text.remove_prefix(1)) {
@@ -55,7 +55,7 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
 
 /// The file's content; empty if it cannot be read or is not a regular file.
 std::string textOfFile(const std::string& path) {
-    // The file names eight folders. A larger file is not a user-dirs.dirs file.
+    // A user-dirs.dirs file contains eight paths and is far smaller than this.
     constexpr std::size_t mostBytes = 64 * 1024;
     const auto file = LinuxBinaryFile::open(path, FileAccess::read);
     std::string text(mostBytes, '\0');

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The folders that the account and its desktop define for a user's files, as machine paths. It
-// creates none of them, and does not access the home folder, which may be on a dead server.
+// creates none of them, and does not access the home folder, which may be on a server that does not
+// respond.
 #pragma once
 
 #include <optional>
@@ -9,8 +10,8 @@
 
 namespace sonarith {
 
-/// $HOME if it is an absolute path, else the account's; "/" for an account without one. It need not
-/// exist.
+/// $HOME if it is an absolute path, else the home folder of the account, else "/". The folder need
+/// not exist.
 [[nodiscard]] std::string homeFolder();
 
 /// $XDG_DATA_HOME if it is an absolute path, else .local/share in the user's home.
@@ -18,7 +19,8 @@ namespace sonarith {
 
 /// XDG_MUSIC_DIR in the text of a user-dirs.dirs file (format: user-dirs.dirs(5)): a path in double
 /// quotes that begins with $HOME or a slash, with backslashes before the shell's special
-/// characters. Of several lines the last valid one counts; a line in any other format is ignored.
+/// characters. If several lines are valid, the last one is used; lines in any other format are
+/// ignored.
 [[nodiscard]] std::optional<std::string> musicFolderIn(std::string_view userDirs,
                                                        const std::string& home);
 

@@ -46,7 +46,7 @@ class UserFoldersTest : public testing::Test {
     std::map<std::string, std::string> before_;
 };
 
-TEST_F(UserFoldersTest, TheHomeIsThatOfTheEnvironmentElseOfTheAccount) {
+TEST_F(UserFoldersTest, TheHomeIsTakenFromTheEnvironmentOrElseFromTheAccount) {
     ::setenv("HOME", "/home/me", 1);
     EXPECT_EQ(homeFolder(), "/home/me");
     ::setenv("HOME", "/home//me/", 1);
@@ -73,7 +73,7 @@ TEST_F(UserFoldersTest, MusicIsInTheHomeByDefault) {
     EXPECT_EQ(musicFolder(), "/home/jane.doe/Music");
 }
 
-TEST_F(UserFoldersTest, MusicIsWhereTheDesktopDefinesIt) {
+TEST_F(UserFoldersTest, MusicIsInTheFolderThatTheDesktopDefines) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/Musik\"\n");
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
@@ -84,7 +84,7 @@ TEST_F(UserFoldersTest, MusicIsWhereTheDesktopDefinesIt) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-TEST_F(UserFoldersTest, MusicIsNeverWhereASearchFindsNoFiles) {
+TEST_F(UserFoldersTest, MusicIsNeverInAFolderInWhichASearchFindsNoFiles) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", (home_ / ".config").c_str(), 1);
@@ -93,7 +93,7 @@ TEST_F(UserFoldersTest, MusicIsNeverWhereASearchFindsNoFiles) {
         EXPECT_EQ(musicFolder(), home + "/Music") << passedOver;
     }
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/Audio\"\n");
-    EXPECT_EQ(musicFolder(), home + "/Audio"); // the dot of the home itself does not count
+    EXPECT_EQ(musicFolder(), home + "/Audio"); // a dot in the path of the home itself is allowed
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/\"\n");
     EXPECT_EQ(musicFolder(), home);
 }
