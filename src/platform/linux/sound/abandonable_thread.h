@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A thread for device calls that may never return (a hung sound server): its owner waits for it a
-// moment and then leaves it behind. Not for work whose completion must be certain.
+// A thread for device calls that may never return, for example if a sound server hangs: its owner
+// waits for a limited time and then leaves it behind. Not for work that must be completed.
 #pragma once
 
 #include <chrono>
@@ -19,16 +19,16 @@ class AbandonableThread {
     AbandonableThread(const AbandonableThread&) = delete;
     AbandonableThread& operator=(const AbandonableThread&) = delete;
 
-    /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses, as
-    /// it may outlive its creator. A failure is that of `starter`; `start` may be called again
-    /// then. Precondition: no thread was started before.
+    /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses,
+    /// because the thread may outlive its creator. Fails with the error of `starter`; `start` may
+    /// be called again then. Precondition: no thread was started before.
     [[nodiscard]] Status start(std::function<void()> body,
                                const ThreadStarter& starter = startThread);
     /// Whether a thread was started.
     [[nodiscard]] bool started() const { return state_ != nullptr; }
 
-    /// Waits at most `patience` until the body has returned; then the thread is detached. Ask the
-    /// body to end before this call. Without effect if no thread was started.
+    /// Waits at most `patience` for the body to return; if it does not, the thread is detached. The
+    /// caller must ask the body to end before this call. No effect if no thread was started.
     void leave(std::chrono::milliseconds patience);
 
   private:

@@ -43,7 +43,7 @@ TEST(AbandonableThread, LeavesAHangingBodyBehind) {
     EXPECT_TRUE(fakes::eventually([&] { return finished->load() && finished.use_count() == 1; }));
 }
 
-TEST(AbandonableThread, MayStartLaterIfTheSystemHasNoThread) {
+TEST(AbandonableThread, MayStartLaterIfTheSystemHasNoThreadNow) {
     fakes::LimitedThreads threads(0);
     const auto owned = std::make_shared<std::atomic<bool>>(false);
     AbandonableThread thread;

@@ -39,43 +39,44 @@ int startOnDemand(snd_pcm_t* pcm) {
     return error < 0 ? error : snd_pcm_sw_params(pcm, params);
 }
 
-/// A field of an ALSA hint; empty if it has none.
+/// A field of an ALSA hint; empty if the hint does not have this field.
 std::string hintField(const void* hint, const char* field) {
     const std::unique_ptr<char, decltype(&std::free)> text(snd_device_name_get_hint(hint, field),
                                                            &std::free);
     return text ? text.get() : "";
 }
 
-/// ALSA's descriptions have several lines; a list shows one.
+/// ALSA's descriptions may have several lines, but an entry of a list shows only one.
 std::string onOneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
 }
 
-/// Device names before ":CARD=..." that play or capture one device in stereo. The others mix in
-/// ALSA itself (dmix, dsnoop) or are for more than two channels (surround51).
+/// Whether the part before ":CARD=..." names a device that can be chosen: one that plays or
+/// captures in stereo. All other names are for mixing in ALSA itself (dmix, dsnoop) or for more
+/// than two channels (surround51).
 bool namesCardDevice(std::string_view name) {
     constexpr std::string_view kinds[] = {"sysdefault", "front", "hw", "plughw", "hdmi", "iec958"};
     const std::string_view kind = name.substr(0, name.find(':'));
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
 
-/// A device of ALSA's own that is neither a real one nor a server. Plug-ins are recognised by their
-/// description ("Rate Converter Plugin Using ..."); a name is no criterion, as users choose names
-/// for their own devices, too.
+/// Whether it is a device that ALSA itself provides, neither a real device nor a sound server.
+/// Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not by
+/// their name, because a user's own device may have any name.
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" discards all sound; our own entry is "none". "oss" is an interface that Linux no
-    // longer has, so no device is found under it.
+    // "null" discards all sound; our entry for that is "none". "oss" uses an interface that was
+    // removed from Linux, so it cannot be opened.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
 }
 
 bool isChoosable(const DeviceHint& hint) {
     if (namesNoDevice(hint.name) || hint.name == "default") {
-        return false; // our own entries
+        return false; // not taken from ALSA: we add these entries ourselves
     }
     return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shared by playback and capture through ALSA: opening a device in the card's format, and the list
-// of devices. It transfers no sound.
+// Shared by playback and capture through ALSA: it opens devices in the card's format and lists
+// them. It transfers no sound.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace sonarith::sound {
 
-/// The name for no device at all; an empty name has the same meaning.
+/// This name means that no device is used; an empty name has the same meaning.
 inline constexpr const char* noDevice = "none";
 
 [[nodiscard]] bool namesNoDevice(const std::string& name);
@@ -23,8 +23,8 @@ struct ClosePcm {
 using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
 
 /// Opens `name` for non-blocking reads and writes of stereo frames at the card's rate (converted by
-/// ALSA if the device has another one), and does not start it. Empty if that fails. From the first
-/// call on, ALSA prints no messages.
+/// ALSA if the device has another one), and does not start it. Returns a null pointer if that
+/// fails. The first call disables ALSA's messages for the whole process.
 [[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
 
 /// One entry of ALSA's list of devices.
@@ -36,8 +36,8 @@ struct DeviceHint {
 
 /// The entries of `hints` that can be chosen for `direction`: the default device first, whether it
 /// is in the list or not; then sound servers, real devices and devices from the user's
-/// configuration, in their order. ALSA's plug-ins (converters, mixers, its own device files) and
-/// device names for more than two channels are omitted. For playback, "none" is last.
+/// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, its own device
+/// files) and device names for more than two channels are omitted. For playback, "none" is last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
                                                  snd_pcm_stream_t direction);
 

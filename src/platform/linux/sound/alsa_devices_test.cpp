@@ -58,7 +58,7 @@ TEST(AlsaDevices, OutputsAreSoundServersRealDevicesAndTheUsersOwnDevices) {
                             "none"));
 }
 
-TEST(AlsaDevices, InputsAreThoseOfTheSameKindsThatCanCapture) {
+TEST(AlsaDevices, InputsAreTheDevicesOfTheSameKindsThatCanCapture) {
     EXPECT_THAT(namesOf(choosable(hintsOfAMachine(), SND_PCM_STREAM_CAPTURE)),
                 ElementsAre("default", "jack", "pipewire", "pulse", "living-room",
                             "hw:CARD=PCH,DEV=0", "plughw:CARD=PCH,DEV=0", "sysdefault:CARD=PCH",

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// ALSA capture devices as external inputs of the card. It is not the recorder (sound_card.h) and
-// determines no timing (capture_pump.h).
+// ALSA capture devices as external inputs of the card. It does not record (sound_card.h) and does
+// not control the timing (capture_pump.h).
 #pragma once
 
 #include <memory>
@@ -12,8 +12,8 @@
 
 namespace sonarith::sound {
 
-/// The input with ALSA's name `name`, which need not exist: without data from the device its source
-/// is silent.
+/// The input that uses ALSA's device `name`. The device need not exist: the input is silent while
+/// it has no data from the device.
 [[nodiscard]] std::shared_ptr<ExternalInput>
 makeInput(const std::string& name, ReportDevice report = {}, CaptureTiming timing = {});
 

@@ -31,7 +31,8 @@ int longestRun(const Frames& frames) {
     int run = 0;
     StereoFrame before;
     for (const StereoFrame& frame : frames) {
-        // The channels count up to 32749, and down to -32719, and begin again.
+        // The left channel counts up to 32749 and the right one down to -32719; each then begins
+        // again.
         const bool follows =
             frame.left == before.left % 32749 + 1 && frame.right == before.right % 32719 - 1;
         run = follows ? run + 1 : 0;
@@ -56,7 +57,7 @@ TEST(AlsaInput, RecordsTheServersMonitor) {
     player.setSpeakers(makeOutput("default"));
     player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
 
-    // A fifth of a second as one run, from any point at which the input started.
+    // At least a fifth of a second is without a gap; the input may start at any point of the sound.
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 
@@ -71,7 +72,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
 }
 
 TEST(AlsaInput, ListsTheDefaultFirstAndNoNone) {
-    const fakes::PulseServer server; // its configuration is enough
+    const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {
         names.push_back(entry.name);

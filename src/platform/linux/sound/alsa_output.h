@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The speakers: an ALSA device by its name, or none. The name "default" also reaches desktop sound
-// servers. It is not the mixer (sound_card.h) and determines no timing (playback_pump.h).
+// Outputs for the card's speakers: an ALSA device by its name, or none. The name "default" also
+// selects the desktop's sound server. It does not mix (sound_card.h) and does not control the
+// timing (playback_pump.h).
 #pragma once
 
 #include <memory>
@@ -20,8 +21,8 @@ class NullOutput : public SpeakerSink {
 };
 
 /// The output for the settings store's `Output`: "" and "none" are a NullOutput, everything else is
-/// the name of an ALSA device. It need not exist: it is opened when there is sound, and tried again
-/// later.
+/// the name of an ALSA device. The device need not exist: opening it is tried when there is sound,
+/// and again later if that fails.
 [[nodiscard]] std::shared_ptr<SpeakerSink>
 makeOutput(const std::string& name, PlaybackTiming timing = {}, ReportDevice report = {});
 

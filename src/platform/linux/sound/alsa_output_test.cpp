@@ -12,8 +12,9 @@
 #include "support/waiting.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// The sound server's client library is not built for the thread sanitizer, which therefore cannot
-/// see how its threads synchronise. Reports that involve only our own code remain.
+/// The sound server's client library is not built with the thread sanitizer, which therefore does
+/// not detect how the library's threads synchronise. This suppresses only reports that involve the
+/// library.
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libpulse\nrace:libasound_module\nmutex:libpulse\nthread:libpulse\n";
 }
@@ -57,7 +58,8 @@ class PlayingCard {
         const std::int64_t played = disc_->position();
         card_.stopRecording(monotonicNow());
         Frames recorded = tape_->frames();
-        // The card's thread may have run between the two calls of the constructor.
+        // Silence at the beginning is removed: the card's thread may have run between the
+        // constructor's calls of startRecording() and attach().
         const auto isSound = [](StereoFrame frame) {
             return frame != StereoFrame{};
         };
@@ -77,7 +79,7 @@ class PlayingCard {
     std::shared_ptr<PatternSource> disc_;
 };
 
-/// Half a second of the card's sound; what one wait of a test plays.
+/// Half a second of sound: the length that one wait of a test plays.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
 TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
@@ -90,7 +92,7 @@ TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
     playing.expectWholeCapture();
 }
 
-TEST(AlsaOutput, CapturesTheWholeSoundIfTheServerDiesWhilePlaying) {
+TEST(AlsaOutput, RecordsTheWholeSoundIfTheServerIsKilledWhilePlaying) {
     fakes::PulseServer server;
     ASSERT_TRUE(server.start());
     PlayingCard playing("default");
@@ -131,7 +133,7 @@ TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    server.kill(); // lets a thread that was left behind return
+    server.kill(); // makes the call of the thread that was left behind return
 }
 
 TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
@@ -151,7 +153,7 @@ TEST(AlsaOutput, TreatsAnEmptyNameAndNoneAsNoOutput) {
 }
 
 TEST(AlsaOutput, ListsTheDefaultFirstTheConfiguredDevicesAndNoneLast) {
-    const fakes::PulseServer server; // its configuration is enough
+    const fakes::PulseServer server; // only its ALSA configuration is needed
     const std::vector<DeviceEntry> outputs = listOutputs();
     ASSERT_GE(outputs.size(), 3U);
     EXPECT_EQ(outputs.front().name, "default");

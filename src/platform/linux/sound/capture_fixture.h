@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A capture device for tests: it delivers the test sound that a test provides, fails, hangs or is
-// missing.
+// A capture device for tests: it delivers the sound that a test provides, and can be made to fail,
+// to hang or to be missing.
 #pragma once
 
 #include <algorithm>
@@ -21,16 +21,16 @@
 
 namespace sonarith::sound {
 
-/// A device whose state outlives it, so that a test can inspect it.
+/// The state of the device. It outlives the device, so that a test can inspect it.
 struct CaptureDevice {
     std::mutex mutex;
     std::condition_variable changed;
     std::int64_t position = 0;
     std::int64_t available = 0;
-    std::deque<long> refusals; ///< results of the next reads
-    bool drained = false;      ///< a read found no more data
-    bool hangs = false;        ///< a read does not return
-    bool openHangs = false;    ///< opening it does not return
+    std::deque<long> refusals; ///< error codes that the next reads return
+    bool drained = false;      ///< a read has found no more data
+    bool hangs = false;        ///< reads do not return
+    bool openHangs = false;    ///< calls that open it do not return
     std::atomic<bool> missing = false;
     std::atomic<int> refused = 0; ///< number of failed opens
     std::atomic<int> opened = 0;
@@ -49,7 +49,7 @@ struct CaptureDevice {
         openHangs = false;
         changed.notify_all();
     }
-    /// Whether all provided sound has passed through the pump.
+    /// Whether the pump has read all sound that the test provided.
     bool isDrained() {
         const std::lock_guard lock(mutex);
         return drained;

@@ -17,14 +17,14 @@ namespace {
 
 /// The most frames that wait for the card: 500 ms. Beyond that the oldest frames are dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
-/// The line is silent until 60 ms are buffered, so that a device that delivers in larger blocks
-/// than the card takes causes no gaps.
+/// The line is silent until 60 ms are buffered: a device may deliver larger blocks than the card
+/// takes, and without this reserve the sound would have gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
-/// How long one wait for frames lasts, and so how soon the pump notices a request to end.
+/// The longest time of one wait for frames, and thus the longest delay of a request to end.
 constexpr std::chrono::milliseconds frameWait{20};
-/// The delay after a device reported frames but had none.
+/// The delay after a device has reported frames but delivered none.
 constexpr std::chrono::milliseconds emptyReadRest{10};
-/// Consecutive restarts without one frame in between before the device counts as lost.
+/// After more consecutive restarts than this without a frame in between, the device counts as lost.
 constexpr int maxFruitlessRestarts = 3;
 
 } // namespace
@@ -34,7 +34,7 @@ struct CaptureBacklog {
     std::mutex mutex;
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
-    bool flowing = false; ///< the cushion was reached and has not been used up since
+    bool flowing = false; ///< the cushion was filled, and the queue has not been empty since
     CapturePump::Opening opening = CapturePump::Opening::pending;
     bool leaving = false;
 
@@ -83,8 +83,8 @@ void listen(PcmCapture& device, CaptureBacklog& backlog, const ReportDevice& rep
         if (result == 0 || result == -EAGAIN) {
             result = device.waitForFrames(frameWait);
             if (result > 0) {
-                // Devices that return early without data must not cause a busy loop. The delay is
-                // shorter than any device's buffer.
+                // Some waits end early without data. The delay prevents a busy loop; it is shorter
+                // than any device's buffer, so that no data is lost.
                 backlog.rest(emptyReadRest);
             }
         }

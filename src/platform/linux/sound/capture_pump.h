@@ -19,8 +19,8 @@ namespace sonarith::sound {
 struct CaptureTiming {
     /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};
-    /// How long the destructor waits for a device call that does not return. The window waits with
-    /// it; a working device takes a few milliseconds.
+    /// How long the destructor waits for a device call that does not return. The window is blocked
+    /// meanwhile. A call to a working device takes a few milliseconds.
     std::chrono::milliseconds patience{150};
 };
 
@@ -28,10 +28,10 @@ struct CaptureBacklog;
 
 class CapturePump : public SampleSource {
   public:
-    /// `open` is called at once, and again after a loss; both functions must own what they use. A
-    /// loss is reported when the device cannot be opened again; at the start, after two failures in
-    /// a row, since `opening` reports the first one.
-    /// Without a thread the input stays silent, and counts as lost.
+    /// `open` is called at once, and again after a loss; `open` and `report` must own what they
+    /// use. A loss is reported when the device cannot be opened again. At the start it is reported
+    /// after two failures in a row, since `opening` returns the first failure. If no thread can be
+    /// started, the input is silent and counts as lost.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
                          const ThreadStarter& starter = startThread);
     ~CapturePump() override;
@@ -42,7 +42,7 @@ class CapturePump : public SampleSource {
     enum class Opening { pending, open, failed };
     [[nodiscard]] Opening opening(std::chrono::milliseconds atMost);
 
-    /// Always fills the whole block, with silence where the device has no data.
+    /// Always fills the whole block; missing data is replaced by silence.
     [[nodiscard]] Pulled pull(std::span<StereoFrame> block) override;
 
   private:

@@ -72,12 +72,12 @@ TEST_F(CapturePumpTest, DeliversTheDevicesSoundWithoutAGap) {
     EXPECT_THAT(all, IsSound(pattern(0, 40 * 441)));
 }
 
-TEST_F(CapturePumpTest, WaitsForACushionAfterItRanOut) {
+TEST_F(CapturePumpTest, WaitsForANewCushionAfterAGap) {
     device->provide(441 * 7);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
     pullSound(pump, 441 * 5);
-    pull(pump, 441 * 3); // the last two blocks, and a gap
+    pull(pump, 441 * 3); // the last two blocks and one silent block
     device->provide(441);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
     EXPECT_THAT(pull(pump, 441), IsSound(silence(441)));
@@ -103,7 +103,7 @@ TEST_F(CapturePumpTest, OpensALostDeviceAgain) {
     EXPECT_EQ(device->closed, 1);
 }
 
-TEST_F(CapturePumpTest, DropsTheOldestFramesIfNothingPulls) {
+TEST_F(CapturePumpTest, DropsTheOldestFramesIfNoFramesArePulled) {
     device->provide(3 * frameRate);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));
@@ -111,7 +111,7 @@ TEST_F(CapturePumpTest, DropsTheOldestFramesIfNothingPulls) {
     EXPECT_THAT(block, IsSound(pattern(3 * frameRate - frameRate / 2, 441)));
 }
 
-TEST_F(CapturePumpTest, DoesNotDelayItsDestructorForAHangingDevice) {
+TEST_F(CapturePumpTest, ItsDestructorIsNotDelayedByAHangingDevice) {
     device->hangs = true;
     timing.patience = 1ms;
     {

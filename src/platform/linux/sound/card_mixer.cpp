@@ -11,16 +11,17 @@ namespace sonarith::sound {
 
 namespace {
 
-/// How a control's value is read and set on the card. A meter cannot be set.
+/// The functions that read and set a control's value on the card. A meter has no function to set
+/// it.
 struct Access {
     std::int32_t (*get)(SoundCard& card, SoundCard::Time now);
     void (*set)(SoundCard& card, std::int32_t value);
 };
 
 struct Control {
-    std::uint32_t line; ///< its component type
+    std::uint32_t line; ///< component type of the control's line
     std::uint32_t type;
-    std::int32_t highest; ///< the range of its values is 0 to this
+    std::int32_t highest; ///< values are from 0 to this
     Access access;
 };
 
@@ -88,8 +89,8 @@ constexpr Control controlTable[] = {
     {mixer_line::microphone, mixer_control::peakMeter, 0, linePeak<Line::externalInput>},
 };
 
-/// Line identifiers differ from component types and control identifiers, so that a confusion is
-/// noticed.
+/// This offset makes line identifiers different from component types and control identifiers, so
+/// that mistaking one for another fails.
 constexpr std::uint32_t lineIdBase = 0x00010000;
 
 constexpr std::uint32_t lineId(std::uint32_t componentType) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer of this machine: lines and controls of the software sound card, with the numbers of the
-// mixer interface. It holds no levels itself (sound_card.h) and stores none (kept_tone.h).
+// The mixer of this machine: it provides the lines and controls of the software sound card with the
+// identifiers of the mixer interface. The levels are in sound_card.h; kept_tone.h stores them.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace sonarith::sound {
 
-/// The identifiers of lines and controls are valid for every handle.
+/// Identifiers of lines and controls are the same for all handles.
 class CardMixer final : public Mixer {
   public:
     /// A null `card` means a machine without a mixer: opening fails. The card must outlive this;
@@ -34,7 +34,7 @@ class CardMixer final : public Mixer {
     SoundCard* card_;
     std::function<void()> toneChanged_;
     SoundCardThread::Clock now_;
-    MixerHandle opened_ = 0; ///< the number of handles, and the most recent one
+    MixerHandle opened_ = 0; ///< the number of issued handles, which is also the most recent handle
 };
 
 } // namespace sonarith::sound

@@ -25,7 +25,7 @@ using fakes::ToneSource;
 
 using Frames = std::vector<StereoFrame>;
 
-/// A mixer with its card in virtual time, as the logic uses it.
+/// A mixer and its card, which a test advances in virtual time.
 class CardMixerTest : public testing::Test {
   protected:
     CardMixerTest() { EXPECT_EQ(mixer.open(handle), MixerResult::noError); }
@@ -96,7 +96,7 @@ const std::vector<Place>& allControls() {
         {0x1005, 0x20010002, 0, 1},         // disc mute
         {0x1008, 0x20010002, 0, 1},         // wave mute
         {0x1008, 0x10020001, 0, -1},        // wave peak
-        {7, 0x10020001, 0, -1},             // what is recorded: peak
+        {7, 0x10020001, 0, -1},             // recorded sound: peak
         {0x1003, 0x10020001, 0, -1},        // external input: peak
     };
     return all;
@@ -258,7 +258,8 @@ TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
 }
 
-/// The stated curves, from the analog model: `side` is 1 for the low shelf and -1 for the high one.
+/// The gain in the analog model of shelf_filter.h; `side` is 1 for the low shelf and -1 for the
+/// high shelf.
 double shelfDb(double hz, double cornerHz, double gainDb, int side) {
     const auto warped = [](double frequency) {
         return std::tan(std::numbers::pi * frequency / frameRate);
@@ -280,13 +281,13 @@ struct ToneCase {
 class CardMixerTone : public CardMixerTest, public testing::WithParamInterface<ToneCase> {};
 
 TEST_P(CardMixerTone, FollowsItsCurveWithinAFifthOfADecibel) {
-    constexpr double amplitude = 4000; // with 12 dB more it still fits
+    constexpr double amplitude = 4000; // does not clip even with 12 dB more
     for (const std::int32_t position : {0, 16384, 32767, 49152, 65535}) {
         const double gain = (position - 32768) * 12.0 / 32768;
         EXPECT_EQ(set(4, GetParam().control, position), MixerResult::noError);
         for (const double hz : {40.0, 100.0, 200.0, 1000.0, 5000.0, 10'000.0, 15'000.0}) {
             play(Line::compactDisc, std::make_shared<ToneSource>(hz, amplitude));
-            hear(200ms); // until it has settled
+            hear(200ms); // until the ramp has ended
             const Frames played = hear(250ms);
             const double expected = shelfDb(hz, GetParam().cornerHz, gain, GetParam().side);
             const double left = amplitudeAt(fakes::leftOf(played), hz, frameRate) / amplitude;
@@ -309,7 +310,8 @@ TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
 }
 
 TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
-    play(Line::compactDisc, std::make_shared<PatternSource>()); // reaches both ends of the range
+    play(Line::compactDisc,
+         std::make_shared<PatternSource>()); // contains samples at both ends of the range
     EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
 }
 
@@ -320,7 +322,7 @@ TEST_F(CardMixerTest, NeutralAgainAfterABoostChangesNoSample) {
     EXPECT_NE(hear(1s), pattern(0, 44'100));
     EXPECT_EQ(set(4, mixer_control::bass, 32768), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
-    hear(4s); // the ramp, and the recovery of the attenuated sound
+    hear(4s); // the ramp ends and the attenuated sound recovers
     EXPECT_THAT(hear(1s), IsSound(pattern(5 * 44'100, 44'100)));
 }
 
@@ -342,7 +344,7 @@ TEST_F(CardMixerTest, RecordsBitForBitAtAnySliderPosition) {
     EXPECT_THAT(tape->frames(), IsSound(pattern(0, 88'200)));
 }
 
-/// The largest change of the slope between neighbouring samples: large at a click.
+/// The largest change of the slope between neighbouring samples; it is large if there is a click.
 double roughness(const std::vector<double>& samples) {
     double most = 0;
     for (std::size_t i = 2; i < samples.size(); ++i) {
@@ -352,15 +354,15 @@ double roughness(const std::vector<double>& samples) {
 }
 
 TEST_F(CardMixerTest, AMovedSliderChangesTheVolumeWithoutAClick) {
-    // Low tones, whose own slope hardly changes from sample to sample.
+    // Low tones are used because their slope hardly changes from sample to sample.
     for (const std::uint32_t type : {mixer_control::bass, mixer_control::treble}) {
         play(Line::compactDisc, std::make_shared<ToneSource>(60, 7000));
         hear(200ms);
         for (const std::int32_t position : {65535, 0, 65535, 32768, 0, 32768}) {
             EXPECT_EQ(set(4, type, position), MixerResult::noError);
             const Frames played = hear(300ms);
-            // At 60 Hz and 28000: 2; rounding to whole samples adds up to 2. A step of the gain
-            // from one sample to the next would be thousands.
+            // At 60 Hz and amplitude 28000 the tone's slope changes by 2; rounding to whole samples
+            // adds up to 2. A step of the gain between two samples would change it by thousands.
             EXPECT_LT(roughness(fakes::leftOf(played)), 8) << type << " to " << position;
         }
     }
@@ -374,7 +376,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     const std::vector<double> played = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(played, hz, frameRate);
     EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "at the maximum level";
-    // A clipped wave would have a third harmonic with a third of its amplitude.
+    // A clipped wave would have a third harmonic with up to a third of its amplitude.
     EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);
 }
@@ -383,7 +385,7 @@ TEST_F(CardMixerTest, ASoundRecoversAfterALoudPassageWasAttenuated) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<ToneSource>(60, 32'700));
     hear(1s);
-    play(Line::compactDisc, std::make_shared<ToneSource>(1000, 4000)); // no bass in it
+    play(Line::compactDisc, std::make_shared<ToneSource>(1000, 4000)); // contains no bass
     hear(3s);
     EXPECT_NEAR(amplitudeAt(fakes::leftOf(hear(1s)), 1000, frameRate), 4000, 40);
 }
@@ -397,7 +399,7 @@ TEST_F(CardMixerTest, AReducedVolumeLeavesHeadroomForABoost) {
                 shelfDb(40, 200, 12, 1), 0.2);
 }
 
-TEST_F(CardMixerTest, SilenceStaysSilenceUnderABoost) {
+TEST_F(CardMixerTest, ABoostDoesNotChangeSilence) {
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 65535), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>(1000));

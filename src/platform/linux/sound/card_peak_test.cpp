@@ -42,8 +42,8 @@ TEST(PeakOf, IsTheLargestAbsoluteSampleOfBothChannels) {
     EXPECT_EQ(peakOf(Frames{{0, -32768}}), 32768);
 }
 
-TEST(CardPeak, IsEachTimeTheLargestSampleSinceTheLastReading) {
-    // A swelling, irregular signal; the channel that is louder changes.
+TEST(CardPeak, IsTheLargestSampleSinceTheLastReading) {
+    // An irregular signal of rising level; the louder channel changes.
     Frames signal;
     for (int i = 0; i < frameRate; ++i) {
         const double swell = std::abs(std::sin(i / 7001.0));
@@ -53,7 +53,7 @@ TEST(CardPeak, IsEachTimeTheLargestSampleSinceTheLastReading) {
     SoundCard card;
     card.attach(Line::compactDisc, std::make_shared<ListSource>(signal), 0ns);
     std::size_t from = 0;
-    // Readings after 1, 2, 3, 1, ... blocks.
+    // The peak is read after 1, 2, 3, 1, ... blocks.
     SoundCard::Time now{};
     for (int reading = 0; reading < 40; ++reading) {
         const auto blocks = static_cast<std::size_t>(1 + reading % 3);
@@ -67,7 +67,7 @@ TEST(CardPeak, IsEachTimeTheLargestSampleSinceTheLastReading) {
     }
 }
 
-TEST(CardPeak, HoldsBetweenTwoBlocksAndIsZeroWithoutSound) {
+TEST(CardPeak, IsUnchangedBetweenTwoBlocksAndZeroWithoutSound) {
     SoundCard card;
     Frames sound(blockFrames, {5, -900});
     card.attach(Line::compactDisc, std::make_shared<ListSource>(sound), 0ns);
@@ -99,7 +99,7 @@ TEST(CardPeak, IsZeroWhileTheDiscStarves) {
     EXPECT_EQ(card.recorderPeak(100ms), 0);
 }
 
-TEST(CardPeak, IsTakenBeforeVolumesAndMutes) {
+TEST(CardPeak, IsMeasuredBeforeVolumesAndMutes) {
     SoundCard card;
     card.setVolume(Line::compactDisc, 100);
     card.setMuted(Line::compactDisc, true);
@@ -129,7 +129,7 @@ TEST(CardPeak, DistinguishesTheRecordersSourceFromTheWaveLine) {
     EXPECT_EQ(card.linePeak(Line::externalInput, 30ms), 30);
 }
 
-TEST(CardPeak, OfAllThatIsPlayedIsThatOfTheSumThatIsRecorded) {
+TEST(CardPeak, OfTheMixIsThePeakOfTheRecordedSum) {
     SoundCard card;
     card.setRecordingSource(RecordingSource::mix);
     card.attach(Line::compactDisc, std::make_shared<ConstantSource>(StereoFrame{100, 0}), 0ns);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mixer, peak reading, wave input and a change of source, each from the thread that uses it in the
-// program or from several, while the card's own thread runs. For the thread sanitizer.
+// Uses the mixer, peak readings, the wave input and a change of source while the card's own thread
+// runs, each from the thread that uses it in the program or from several threads. For the thread
+// sanitizer.
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -66,7 +67,7 @@ TEST(CardThreads, RecordABitForBitTrackWhileTheMixerIsUsed) {
     card.stopRecording(monotonicNow());
     std::vector<StereoFrame> recorded = tape->frames();
     const auto played = static_cast<std::size_t>(disc->position());
-    // Silence before the disc was attached, and after it was detached.
+    // The recording has silence before the disc was attached and after it was detached.
     const auto first = std::find_if(recorded.begin(), recorded.end(),
                                     [](StereoFrame frame) { return frame != StereoFrame{}; });
     ASSERT_GE(static_cast<std::size_t>(recorded.end() - first), played);

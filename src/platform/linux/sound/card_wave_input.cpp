@@ -18,7 +18,7 @@ bool hasFlag(const WaveHeader& header, std::uint32_t flag) {
     return (header.dwFlags & flag) != 0;
 }
 
-/// `done` is set last: from then on the caller may change the header.
+/// `done` is set last because the caller may change the header as soon as it is set.
 void markDone(WaveHeader& header) {
     header.dwFlags &= ~wave_header::inQueue;
     header.dwFlags |= wave_header::done;
@@ -26,17 +26,17 @@ void markDone(WaveHeader& header) {
 
 } // namespace
 
-/// The buffers, filled on the card's thread and added on the caller's.
+/// The queue of buffers: the caller's thread adds them, and the card's thread fills them.
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {
-        queue_.reserve(16); // enough for all existing callers, so that no tick allocates
+        queue_.reserve(16); // no caller has more buffers, so the card's thread never allocates
     }
 
     void record(std::span<const StereoFrame> frames) override {
         const std::lock_guard lock(mutex_);
         if (queue_.empty()) {
-            return; // no caller has requested this sound
+            return; // no buffer was added: the sound is dropped
         }
         std::span<const std::byte> bytes = converter_->convert(frames);
         while (!bytes.empty() && !queue_.empty()) {
@@ -123,7 +123,7 @@ WaveResult CardWaveInput::open(WaveInHandle& handle, std::uint32_t device,
 bool CardWaveInput::openInput() {
     const std::shared_ptr<ExternalInput> input = card_.externalInput();
     if (!input) {
-        return true; // the card's own lines
+        return true; // the recorder's source is a line of the card, which needs no device
     }
     std::shared_ptr<CapturePump> pump = input->acquire();
     if (pump->opening(inputPatience) == CapturePump::Opening::failed) {

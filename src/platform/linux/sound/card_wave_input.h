@@ -16,8 +16,9 @@ namespace sonarith::sound {
 
 class CardWaveInput final : public WaveInput {
   public:
-    /// How long `open` waits for the result of opening an external input; too short for the user to
-    /// notice. An input that takes longer counts as opened, and is silent if opening fails later.
+    /// How long `open` waits for the result of opening an external input; the user does not notice
+    /// so short a delay. An input that takes longer counts as opened; if opening fails later, it is
+    /// silent.
     static constexpr std::chrono::milliseconds inputPatience{40};
 
     /// The card must outlive it; `now` is the clock that advances it.
@@ -31,7 +32,7 @@ class CardWaveInput final : public WaveInput {
     WaveResult unprepareHeader(WaveInHandle handle, WaveHeader& header) override;
     WaveResult addBuffer(WaveInHandle handle, WaveHeader& header) override;
     WaveResult start(WaveInHandle handle) override;
-    /// A partly filled buffer is marked done; empty ones stay with the device.
+    /// A partly filled buffer is marked done; empty buffers remain in the queue.
     WaveResult stop(WaveInHandle handle) override;
     WaveResult reset(WaveInHandle handle) override;
     WaveResult close(WaveInHandle handle) override;
@@ -47,9 +48,9 @@ class CardWaveInput final : public WaveInput {
 
     SoundCard& card_;
     SoundCardThread::Clock now_;
-    WaveInHandle handle_ = 0;            ///< the most recently issued one
-    std::shared_ptr<Tape> tape_;         ///< non-null while it is open
-    std::shared_ptr<SampleSource> held_; ///< keeps the input between open and start
+    WaveInHandle handle_ = 0;            ///< the most recently issued handle
+    std::shared_ptr<Tape> tape_;         ///< not null while the device is open
+    std::shared_ptr<SampleSource> held_; ///< keeps the external input open from open() to start()
     bool running_ = false;
     std::string failedInput_; ///< the name of the input for which `open` failed
 };

@@ -31,7 +31,7 @@ using testing::HasSubstr;
 
 using Frames = std::vector<StereoFrame>;
 
-/// A buffer with its header.
+/// A buffer and its header.
 struct Buffer {
     explicit Buffer(std::size_t size) : data(size, std::byte{0x55}) {
         header.lpData = data.data();
@@ -39,7 +39,7 @@ struct Buffer {
     }
     [[nodiscard]] bool isDone() const { return (header.dwFlags & wave_header::done) != 0; }
     [[nodiscard]] bool isQueued() const { return (header.dwFlags & wave_header::inQueue) != 0; }
-    /// As frames of the card's own format.
+    /// The content as frames of the card's own format.
     [[nodiscard]] Frames frames() const {
         Frames result(header.dwBytesRecorded / sizeof(StereoFrame));
         std::memcpy(result.data(), data.data(), result.size() * sizeof(StereoFrame));
@@ -93,7 +93,8 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     EXPECT_TRUE(second.isDone());
     EXPECT_THAT(first.frames(), IsSound(pattern(0, 1000)));
     EXPECT_THAT(second.frames(), IsSound(pattern(1000, 500)));
-    // 264 frames were dropped without a buffer; the next buffer continues with the present frames.
+    // 264 frames were dropped while there was no buffer; the next buffer begins with the current
+    // frames.
     EXPECT_EQ(input.addBuffer(handle, first.header), WaveResult::noError);
     EXPECT_FALSE(first.isDone());
     pass(30ms);
@@ -253,8 +254,8 @@ TEST_F(CardWaveInputTest, WritesToNoBufferAfterItsDestruction) {
 // --- operations in any order
 // -------------------------------------------------------------------------------
 
-/// One buffer of one block on one device, driven through operations in any order and compared with
-/// a model of the expected results.
+/// Performs operations in any order on one device with one buffer of one block, and compares the
+/// results with a model.
 class AnyOrder {
   public:
     static constexpr int operations = 9;
@@ -431,7 +432,7 @@ TEST_F(CardWaveInputExternal, DeliversItsSoundToBuffersPeakAndRecordingButNotToT
 TEST_F(CardWaveInputExternal, ReportsTheNameOfADeviceThatCannotBeOpened) {
     device->missing = true;
     WaveInHandle other = 5;
-    // On a busy machine the device's failure may arrive late; then the open succeeds.
+    // On a busy machine the device's failure may be late; then open() succeeds.
     ASSERT_TRUE(eventually([&] {
         const WaveResult result = input.open(other, 0, cardFormat);
         if (result == WaveResult::noError) {

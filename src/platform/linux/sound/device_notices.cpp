@@ -7,12 +7,12 @@ namespace sonarith::sound {
 
 namespace {
 
-/// "output hw:0": the cause of its notices.
+/// The cause of a device's notices, for example "output hw:0".
 std::string causeOf(SoundDevice kind, const std::string& name) {
     return (kind == SoundDevice::output ? "output " : "input ") + name;
 }
 
-/// As the subject of a sentence.
+/// The device as the subject of a sentence.
 std::string subject(SoundDevice kind, const std::string& name) {
     const std::string word = kind == SoundDevice::output ? "sound output" : "sound input";
     return name == "default" ? "The default " + word : "The " + word + " \"" + name + "\"";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notices for the user about a sound device that was lost or works again: each once, however often
-// the device is tried. It decides nothing.
+// Notifies the user that a sound device was lost or works again: once per change, however often the
+// device is tried. It does not control the devices.
 #pragma once
 
 #include <memory>
@@ -19,8 +19,8 @@ enum class SoundDevice { output, input };
 class DeviceNotices {
   public:
     explicit DeviceNotices(Notices& notices) : notices_(&notices) {}
-    /// Stops all reports; the Notices are not used after this returns. Threads that hang may keep
-    /// this object longer.
+    /// Stops all reports: after this returns, the Notices object is not used any more and may be
+    /// destroyed. Hanging threads may keep this object longer.
     void mute();
 
     void report(SoundDevice kind, const std::string& name, DeviceState state);
@@ -28,7 +28,7 @@ class DeviceNotices {
   private:
     std::mutex mutex_;
     Notices* notices_;           ///< a null pointer after mute()
-    std::set<std::string> lost_; ///< causes
+    std::set<std::string> lost_; ///< the causes of the current notices
 };
 
 /// The report function for the pump of device `name`. It keeps `notices` alive.

@@ -8,13 +8,13 @@
 namespace sonarith::sound {
 
 enum class DeviceState {
-    works,  ///< sound passes
+    works,  ///< the device plays or delivers sound
     lost,   ///< it cannot be opened or has failed; it is tried again later
     unused, ///< it was closed and is not tried any more
 };
 
-/// Called on the pump's thread, or on the one that destroys the pump; it returns at once. A state
-/// may be reported several times in a row.
+/// Called on the pump's thread, or on the thread that destroys the pump. The function must return
+/// at once. A state may be reported several times in a row.
 using ReportDevice = std::function<void(DeviceState)>;
 
 } // namespace sonarith::sound

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The external input of the recorder: opened once for all concurrent users, and closed when there
-// is none. It is not the card's line that it feeds.
+// The external input of the recorder. Its device is opened once for all concurrent users and closed
+// when there are no more users. The line of the card that it feeds is in sound_card.h.
 #pragma once
 
 #include <memory>
@@ -19,8 +19,9 @@ class ExternalInput {
                   CaptureTiming timing = {});
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// The running input, which is closed when the last owner releases it. Returns at once: the
-    /// device is opened on a separate thread, and is silent while it has no data.
+    /// Returns the running input, or starts it; it is closed when the last owner releases it.
+    /// Returns at once: the device is opened on a separate thread, and the input is silent while it
+    /// has no data.
     [[nodiscard]] std::shared_ptr<CapturePump> acquire();
     /// Whether `source` is the input that `acquire` would return now.
     [[nodiscard]] bool isRunning(const SampleSource& source);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A queue of frames in a fixed buffer, allocated once, between the card and the thread of a device
-// or a reader. It has no lock of its own: both sides hold theirs only while copying.
+// A queue of frames between the card and the thread of a device or of a reader, in a buffer that is
+// allocated once. It has no lock: its owner must lock a mutex for each call.
 #pragma once
 
 #include <algorithm>
@@ -15,18 +15,19 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Holds `capacity` frames, at least one. Memory pages are used only once a frame has been in
-    /// them: a large queue that is emptied often uses only as much memory as it has held at once.
+    /// Holds `capacity` frames, at least one. A memory page is used only once a frame has been
+    /// stored in it: a large queue that is emptied often uses only as much memory as the most
+    /// frames that it has held at once.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}
 
     [[nodiscard]] std::size_t size() const { return size_; }
-    /// How many more frames fit.
+    /// The number of frames that still fit.
     [[nodiscard]] std::size_t space() const { return capacity_ - size_; }
     [[nodiscard]] bool empty() const { return size_ == 0; }
 
-    /// Appends the first frames of `frames`; returns how many fitted.
+    /// Appends as many of `frames` as fit, and returns their number.
     std::size_t push(std::span<const StereoFrame> frames) {
         const std::size_t count = std::min(frames.size(), space());
         const std::size_t tail = (head_ + size_) % capacity_;
@@ -37,7 +38,7 @@ class FrameQueue {
         return count;
     }
 
-    /// Moves the oldest frames to the beginning of `out`; returns how many there were.
+    /// Moves the oldest frames to the beginning of `out`, and returns their number.
     std::size_t pop(std::span<StereoFrame> out) {
         const std::size_t count = std::min(out.size(), size_);
         const std::size_t untilWrap = std::min(count, capacity_ - head_);
@@ -51,7 +52,7 @@ class FrameQueue {
     void drop(std::size_t count) {
         count = std::min(count, size_);
         size_ -= count;
-        // An empty queue starts at the beginning again, in memory that was used before.
+        // An empty queue starts at the beginning again, where the memory pages are already in use.
         head_ = size_ == 0 ? 0 : (head_ + count) % capacity_;
     }
 
@@ -70,7 +71,7 @@ class FrameQueue {
     };
 
     std::size_t capacity_;
-    std::unique_ptr<StereoFrame[], Release> store_; ///< written before it is read
+    std::unique_ptr<StereoFrame[], Release> store_; ///< uninitialised until frames are written
     std::size_t head_ = 0;
     std::size_t size_ = 0;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bass and treble in the store's section "Devices": read at the start, written when a slider has
-// come to rest, as sound cards keep them. Volumes and mutes are not stored.
+// Stores bass and treble in the settings store's section "Devices", because a sound card keeps
+// them, too. They are read at the start and written when a slider has come to rest. Volumes and
+// mutes are not stored.
 #pragma once
 
 #include <chrono>
@@ -15,7 +16,8 @@ namespace sonarith::sound {
 /// For the loop's thread only.
 class KeptTone {
   public:
-    /// A slider counts as at rest after this time without a change; a drag has no longer pauses.
+    /// A slider is at rest after this time without a change. While a user drags it, pauses are
+    /// shorter.
     static constexpr std::chrono::milliseconds restTime{500};
 
     /// Sets `tone` to the stored values; a value that is not a number from 0 to

@@ -79,7 +79,7 @@ TEST_F(KeptToneTest, WritesBothSlidersAtOnce) {
     EXPECT_EQ(store.fileWrites, 1);
 }
 
-TEST_F(KeptToneTest, IsWrittenAtTheEndIfItWasStillMoving) {
+TEST_F(KeptToneTest, IsWrittenAtTheEndIfASliderWasStillMoving) {
     KeptTone kept(tone, store, loop);
     tone.setTreble(6);
     kept.changed();

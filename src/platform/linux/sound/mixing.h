@@ -13,7 +13,7 @@ namespace sonarith::sound {
 /// Mixer levels run from 0 to this.
 inline constexpr int fullVolume = 65535;
 
-/// A frame with more than 16 bits per sample, so that a sum of lines does not overflow.
+/// A frame with 32 bits per sample, so that a sum of lines does not overflow.
 struct WideFrame {
     std::int32_t left = 0;
     std::int32_t right = 0;
@@ -27,7 +27,7 @@ struct WideFrame {
     return static_cast<std::int32_t>((scaled + (scaled < 0 ? -half : half)) / fullVolume);
 }
 
-/// The nearest 16-bit sample: a sum that is too loud is clipped and does not overflow.
+/// The nearest 16-bit sample: a sum outside the range is clipped.
 [[nodiscard]] constexpr std::int16_t saturated(std::int32_t value) {
     return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
 }
@@ -36,7 +36,7 @@ struct WideFrame {
     return {saturated(frame.left), saturated(frame.right)};
 }
 
-/// The mean of both channels; a half is rounded toward zero, so that mono gets no DC offset.
+/// The mean of both channels; a half is rounded toward zero, so that rounding causes no DC offset.
 [[nodiscard]] constexpr std::int16_t meanOf(StereoFrame frame) {
     return static_cast<std::int16_t>((std::int32_t{frame.left} + frame.right) / 2);
 }

@@ -32,7 +32,8 @@ class PcmPlayback {
     [[nodiscard]] virtual long queued() = 0;
 };
 
-/// Opened, prepared and not started yet. The destructor closes the device. For one thread only.
+/// A capture device, which is opened and prepared but not started. The destructor closes the
+/// device. For one thread only.
 class PcmCapture {
   public:
     virtual ~PcmCapture() = default;

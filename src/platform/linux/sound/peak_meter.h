@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The peak of a sound between two readings, passed from the card's thread to the meter without a
-// lock. The sound to be measured is chosen in sound_card.h.
+// Measures the peak of a sound between two readings: the card's thread writes it and the meter's
+// view reads it, without a lock. sound_card.h chooses the sound that is measured.
 #pragma once
 
 #include <algorithm>
@@ -27,7 +27,8 @@ namespace sonarith::sound {
     return std::max(-lowest, highest);
 }
 
-/// `note` is called by one thread at a time, `read` by any thread. Neither blocks or allocates.
+/// `note` is called by one thread at a time, `read` by any thread. Neither function blocks or
+/// allocates.
 class PeakMeter {
   public:
     using Time = std::chrono::nanoseconds; ///< of the card's clock
@@ -36,7 +37,7 @@ class PeakMeter {
     /// late card thread does not make the meter flicker.
     static constexpr std::chrono::milliseconds holdTime{50};
 
-    /// Records the peak of a block that passed at `now`.
+    /// Records the peak of a block that the card processed at `now`.
     void note(int peak, Time now) {
         lastNote_.store(now.count(), std::memory_order_relaxed);
         int before = sinceReading_.load(std::memory_order_relaxed);
@@ -46,8 +47,8 @@ class PeakMeter {
         }
     }
 
-    /// The largest peak since the last reading; the last result again if no block has passed since;
-    /// 0 if none has passed for holdTime.
+    /// The largest peak since the last reading. The last result if no block was processed since
+    /// then, but 0 if none was processed for holdTime.
     [[nodiscard]] int read(Time now) {
         const int noted = sinceReading_.exchange(nothing, std::memory_order_acquire);
         if (noted != nothing) {
@@ -63,7 +64,8 @@ class PeakMeter {
     static constexpr int nothing = -1;
 
     std::atomic<int> sinceReading_ = nothing;
-    /// Far in the past at first; half of the lowest number, so that no difference overflows.
+    /// The initial value is far in the past. It is half of the lowest number, so that no difference
+    /// overflows.
     std::atomic<std::int64_t> lastNote_ = std::numeric_limits<std::int64_t>::min() / 2;
     std::atomic<int> held_ = 0;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts requested saves that are not complete, so that the end of the program can wait for them a
-// moment: a file without a name is lost when the process ends.
+// Counts requested saves that are not complete. The program waits for them for a limited time
+// before it ends, because a file without a name is lost when the process ends.
 #pragma once
 
 #include <chrono>
@@ -21,7 +21,7 @@ class PendingSaves {
         --count_;
         changed_.notify_all();
     }
-    /// Waits at most `patience` until there are none; returns whether there are none.
+    /// Waits at most `patience` until no save is pending; returns whether that is so.
     bool noneWithin(std::chrono::milliseconds patience) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, patience, [this] { return count_ == 0; });

@@ -9,7 +9,7 @@ void PlaybackFeed::add(std::span<const StereoFrame> frames) {
     {
         const std::lock_guard lock(mutex_);
         if (!deviceOpen_ && queue_.empty() && isSilent(frames)) {
-            return; // no device is opened for silence
+            return; // silence must not open a device
         }
         queue_.push(frames);
         if (queue_.size() < wanted_) {
@@ -46,8 +46,8 @@ std::size_t PlaybackFeed::take(std::span<StereoFrame> out, std::chrono::millisec
     const auto isFull = [&] {
         return leaving_ || queue_.size() >= out.size();
     };
-    // While sound flows, one wake-up for each full `out`: the first frames are not waited for by
-    // themselves.
+    // While frames arrive continuously, this wait for a full `out` ends once for each batch. A
+    // separate wait for the first frames would wake the thread twice.
     const auto first = std::min(forAny, forAll);
     if (!waitFor(lock, first, out.size(), isFull) && queue_.empty() &&
         waitFor(lock, forAny - first, 1, [this] { return leaving_ || !queue_.empty(); })) {

@@ -17,7 +17,7 @@ class PlaybackFeed {
   public:
     // The card's side.
 
-    /// Frames that do not fit are dropped, and so is silence while no device is open.
+    /// Frames that do not fit are dropped. While no device is open, silence is dropped, too.
     void add(std::span<const StereoFrame> frames);
     /// Asks the thread to end; its waits return.
     void leave();
@@ -28,12 +28,12 @@ class PlaybackFeed {
     /// Waits without a time limit until there is sound or the thread is asked to end. The silence
     /// before the sound is dropped: it may be left over from a device that was just closed.
     void awaitSound();
-    /// Waits until `out` is full, but no longer than `forAll` for those behind the first frames,
-    /// and `forAny` for any. Returns the number of frames at the beginning of `out`.
+    /// Waits until `out` is full: at most `forAny` while there are no frames, and at most `forAll`
+    /// once there are some. Returns the number of frames at the beginning of `out`.
     [[nodiscard]] std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
                                    std::chrono::milliseconds forAll);
     void restUntil(std::chrono::steady_clock::time_point time);
-    /// While a device is open, it also receives the silence between sounds.
+    /// While a device is open, silence between sounds is queued for it, too.
     void setDeviceOpen(bool open);
     void forgetQueued();
 
@@ -42,7 +42,8 @@ class PlaybackFeed {
     /// behind.
     static constexpr std::size_t queueFrames = frameRate / 4;
 
-    /// Until `done`, or for `atMost`; meanwhile the thread sleeps until `frames` frames wait.
+    /// Waits until `done` returns true, but at most `atMost`. The thread is woken only when
+    /// `frames` frames are queued.
     template <typename Done>
     bool waitFor(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds atMost,
                  std::size_t frames, Done done) {
@@ -55,8 +56,8 @@ class PlaybackFeed {
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     FrameQueue queue_{queueFrames};
-    /// With fewer frames the thread is not woken: the card adds small blocks, and a wake-up costs
-    /// more than all else that is done for one.
+    /// The thread is not woken while fewer frames are queued: the card adds small blocks, and a
+    /// wake-up costs more than all other work for a block.
     std::size_t wanted_ = 1;
     bool deviceOpen_ = false;
     bool leaving_ = false;

@@ -43,7 +43,7 @@ TEST(PlaybackFeed, KeepsSilenceOnlyForAnOpenDevice) {
     EXPECT_EQ(taken(feed, 10).size(), 10U);
 }
 
-TEST(PlaybackFeed, DropsTheSilenceBeforeTheSoundThatItWaitsFor) {
+TEST(PlaybackFeed, DropsTheSilenceBeforeTheAwaitedSound) {
     PlaybackFeed feed;
     feed.setDeviceOpen(true);
     feed.add(silence(10));
@@ -53,7 +53,7 @@ TEST(PlaybackFeed, DropsTheSilenceBeforeTheSoundThatItWaitsFor) {
     EXPECT_THAT(taken(feed, 20), IsSound(pattern(0, 5)));
 }
 
-TEST(PlaybackFeed, WakesItsThreadOnceForAllTheFramesThatItWaitsFor) {
+TEST(PlaybackFeed, WakesItsThreadOnceForAllRequestedFrames) {
     PlaybackFeed feed;
     feed.setDeviceOpen(true);
     constexpr int blocks = 200;

@@ -29,7 +29,7 @@ void pump(PlaybackFeed& feed, const OpenPlayback& open, const PlaybackTiming& ti
         }
         if (nextTry && Clock::now() < *nextTry) {
             feed.restUntil(*nextTry);
-            feed.forgetQueued(); // outdated by now
+            feed.forgetQueued(); // these frames are outdated
             continue;
         }
         Ending ending = Ending::lost;
@@ -80,7 +80,7 @@ PlaybackPump::~PlaybackPump() {
 void PlaybackPump::play(std::span<const StereoFrame> frames) {
     if (!thread_.started()) {
         if (std::chrono::steady_clock::now() < nextStart_) {
-            return; // outdated by then
+            return; // the frames would be outdated when a thread can be started
         }
         start();
     }

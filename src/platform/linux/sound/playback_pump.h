@@ -19,9 +19,9 @@ class PlaybackFeed;
 
 class PlaybackPump : public SpeakerSink {
   public:
-    /// `open` is called at the first sound, and again after a loss. Both functions must own what
-    /// they use. If no thread can be started, the device counts as lost, and `play` tries again
-    /// after `retryAfter`.
+    /// `open` is called at the first sound, and again after a loss. `open` and `report` must own
+    /// what they use. If no thread can be started, the device counts as lost, and `play` tries
+    /// again after `retryAfter`.
     explicit PlaybackPump(OpenPlayback open, PlaybackTiming timing = {}, ReportDevice report = {},
                           ThreadStarter starter = startThread);
     ~PlaybackPump() override;
@@ -38,7 +38,7 @@ class PlaybackPump : public SpeakerSink {
     ReportDevice report_;
     OpenPlayback open_;
     ThreadStarter starter_;
-    std::chrono::steady_clock::time_point nextStart_; ///< while there is no thread
+    std::chrono::steady_clock::time_point nextStart_; ///< of the next attempt to start a thread
     AbandonableThread thread_;
 };
 

@@ -28,23 +28,23 @@ using fakes::silence;
 
 using Frames = std::vector<StereoFrame>;
 
-/// A device whose state outlives it, so that a test can look at it.
+/// The state of the device. It outlives the device, so that a test can inspect it.
 struct PlaybackDevice {
     std::mutex mutex;
     std::condition_variable changed;
     Frames played;                      ///< all written frames
-    std::deque<long> refusals;          ///< results of the next writes, before they succeed again
+    std::deque<long> refusals;          ///< error codes that the next writes return
     std::size_t refuseFrom = 0;         ///< frames after which the refusals begin
     std::vector<std::size_t> startedAt; ///< frames written when it was started
-    std::vector<std::size_t> offered;   ///< frames of each write, with those that it did not take
+    std::vector<std::size_t> offered;   ///< number of frames passed to each write, accepted or not
     std::function<void()> onStop;       ///< called when it is stopped
-    bool hangs = false;                 ///< a write does not return
-    bool full = false;                  ///< it has no room
+    bool hangs = false;                 ///< writes do not return
+    bool full = false;                  ///< it accepts no frames
     std::atomic<int> opened = 0;
     std::atomic<int> closed = 0;
     std::atomic<int> prepared = 0;
     std::atomic<int> stopped = 0;
-    std::atomic<bool> hanging = false; ///< in a write that does not return
+    std::atomic<bool> hanging = false; ///< a write is blocked
 
     std::size_t heardFrames() {
         const std::lock_guard lock(mutex);
@@ -82,7 +82,7 @@ class FakePlayback : public PcmPlayback {
             device_->refusals.pop_front();
             return answer;
         }
-        // Accepts only a part, as devices do.
+        // Accepts only a part of the frames, as real devices do.
         const std::size_t count = std::min<std::size_t>(frames.size(), 300);
         device_->played.insert(device_->played.end(), frames.begin(),
                                frames.begin() + static_cast<std::ptrdiff_t>(count));
@@ -127,7 +127,8 @@ class PlaybackPumpTest : public testing::Test {
 
     std::shared_ptr<PlaybackDevice> device = std::make_shared<PlaybackDevice>();
     PlaybackTiming patient{.closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
-    /// Never treats a sound as ended, however late this thread is with its next block.
+    /// With these times a sound is never treated as ended, however late the test's thread adds its
+    /// next block.
     PlaybackTiming endless{
         .dryAfter = 1h, .closeAfter = 1h, .retryAfter = 1h, .stallLimit = 1h, .patience = 30s};
 };
@@ -165,7 +166,8 @@ TEST_F(PlaybackPumpTest, WritesToTheDeviceOnceForThreeBlocksOfTheCard) {
     play(pump, 0, 21 * blockFrames);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 21 * blockFrames; }));
     const std::lock_guard lock(device->mutex);
-    // The device took 300 frames at a time: what it was offered first is a batch.
+    // The device accepts 300 frames per write, so a batch needs several writes; the first of them
+    // passes the whole batch.
     const auto batches =
         std::count(device->offered.begin(), device->offered.end(), 3 * blockFrames);
     EXPECT_EQ(batches, 7);
@@ -311,7 +313,7 @@ TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFit) {
     ASSERT_TRUE(eventually([&] { return device->hanging.load(); }));
     device->release();
     ASSERT_TRUE(eventually([&] { return device->stopped == 1; }));
-    // A quarter of a second was queued, and a block was on its way.
+    // At most a quarter of a second was queued, and one batch was being written.
     EXPECT_LE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2);
     EXPECT_THAT(device->firstHeard(10'000), IsSound(pattern(0, 10'000)));
 }
@@ -345,7 +347,7 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
         missing = false;
         EXPECT_TRUE(eventually([&] {
             play(pump, 0, 441);
-            std::this_thread::sleep_for(5ms); // the pump takes it faster than it is played
+            std::this_thread::sleep_for(5ms); // the pump reads the queue faster than it is filled
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)

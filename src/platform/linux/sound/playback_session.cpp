@@ -14,23 +14,25 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Written before the device is started: 100 ms, so that no beginning is clipped, and so that the
-/// card may be nearly as late before the device underruns.
+/// 100 ms, written before the device is started. So the beginning of a sound is complete, and the
+/// device underruns only if the card is late by nearly this time.
 constexpr std::size_t prefillFrames = frameRate / 10;
-/// Written after the last sound, 50 ms: a device that underruns and repeats its buffer then repeats
-/// silence.
+/// 50 ms of silence, written after the end of a sound: a device that repeats its buffer after an
+/// underrun then repeats silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
-/// Half a second that the device has accepted: more than its buffer, so some of it was played.
+/// Once the device has accepted half a second, which is more than its buffer, some of it was
+/// played.
 constexpr std::size_t certainFrames = frameRate / 2;
-/// How long one wait for space lasts, and so how soon the pump notices a request to end.
+/// The longest time of one wait for space, and thus the longest delay of a request to end.
 constexpr std::chrono::milliseconds roomWait{100};
-/// Written at once, 30 ms: a sound server is a separate process, and every write wakes it. Far less
-/// than the device buffers.
+/// 30 ms, written in one call: a sound server is a separate process, and every write wakes it. A
+/// batch is far shorter than the device's buffer.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// Between two checks of how much of the end is still to be played, and after a device reported
-/// space but had none.
+/// The delay between two checks of how much of the end is still to be played, and the delay after a
+/// device has reported space but accepted nothing.
 constexpr std::chrono::milliseconds shortRest{10};
-/// Consecutive underruns without one frame played in between before the device counts as lost.
+/// After more consecutive underruns than this without an accepted frame in between, the device
+/// counts as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace
@@ -64,8 +66,8 @@ bool PlaybackSession::playBlock(std::span<const StereoFrame> frames) {
     return writeAll(frames);
 }
 
-/// No frames for a while: plays the end, then stops the device, so that it does not underrun
-/// forever.
+/// Called when no frames have arrived for a while: plays the end of the sound, then stops the
+/// device, so that it does not underrun again and again.
 bool PlaybackSession::goOnDry() {
     switch (phase_) {
     case Phase::filling: // a sound shorter than the prefill
@@ -118,7 +120,7 @@ bool PlaybackSession::startIfFilling() {
     return device_.start() >= 0;
 }
 
-/// Writes all of `frames`. False: the device is lost, or the pump is asked to end.
+/// Writes all of `frames`. False if the device is lost or the pump is asked to end.
 bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
     int recoveries = 0;
     auto stalledSince = Clock::now();
@@ -136,7 +138,8 @@ bool PlaybackSession::writeAll(std::span<const StereoFrame> frames) {
                 return false;
             }
         } else if (result == 0 || result == -EAGAIN) {
-            // A device may hold less than the prefill: then a full buffer counts as filled.
+            // The device's buffer may be smaller than the prefill: then the device is started when
+            // its buffer is full.
             if (!startIfFilling() || !awaitRoom(stalledSince)) {
                 return false;
             }
@@ -158,12 +161,12 @@ bool PlaybackSession::awaitRoom(Clock::time_point stalledSince) {
         return false;
     }
     if (room > 0 && std::exchange(hadRoom_, true)) {
-        // Some devices report space and then accept nothing: do not spin on them.
+        // Some devices report space and then accept nothing; the delay prevents a busy loop.
         feed_.restUntil(Clock::now() + shortRest);
     } else if (room <= 0) {
         hadRoom_ = false;
     }
-    // Underruns are reported again, and handled, at the next write.
+    // The next write reports an underrun again and handles it.
     return room >= 0 || room == -EPIPE || room == -ESTRPIPE || room == -EINTR;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays on one open device, from its first frames until it is closed: it is filled before it
-// starts, the end of the sound is played out, and underruns are recovered.
+// Plays on one open device, from its first frames until it is closed. It fills the device's buffer
+// before it starts the device, plays each sound to its end, and recovers from underruns.
 #pragma once
 
 #include <chrono>
@@ -16,16 +16,16 @@ namespace sonarith::sound {
 
 class PlaybackSession {
   public:
-    /// All four must outlive it. `onPlays` is called once, when it is certain that the device
-    /// plays.
+    /// All four arguments must outlive it. `onPlays` is called once, when it is certain that the
+    /// device plays.
     PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing,
                     const std::function<void()>& onPlays)
         : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}
 
-    /// How it ended: after a long silence, with a device that accepts no more frames, or because
-    /// the thread was asked to end.
+    /// Why the session ended: after a long silence, because the device accepts no more frames, or
+    /// because the thread was asked to end.
     enum class Ending { quiet, lost, leaving };
-    /// Plays until one of these.
+    /// Plays until the session ends for one of these reasons.
     Ending run();
 
   private:
@@ -51,8 +51,8 @@ class PlaybackSession {
     const std::function<void()>& onPlays_;
     bool playing_ = false; ///< onPlays_ was called
     Phase phase_ = Phase::filling;
-    std::size_t written_ = 0;      ///< frames since the device was prepared
-    std::size_t silentFrames_ = 0; ///< at the end of the written frames
+    std::size_t written_ = 0;      ///< frames written since the device was prepared
+    std::size_t silentFrames_ = 0; ///< number of silent frames at the end of the written ones
     bool hadRoom_ = false;
     std::chrono::steady_clock::time_point drainingSince_{};
     std::chrono::steady_clock::time_point stoppedAt_{};
