@@ -310,8 +310,7 @@ TEST_F(CardMixerTest, BassAndTrebleHaveTheDocumentedGains) {
 }
 
 TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
-    play(Line::compactDisc,
-         std::make_shared<PatternSource>()); // contains samples at both ends of the range
+    play(Line::compactDisc, std::make_shared<PatternSource>()); // contains the extreme values
     EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
 }
 

@@ -27,7 +27,8 @@ Recording::begin(Channels channels, std::vector<fs::path> folders, RecordingCont
     if (!begun) {
         recording->slow_ = true;
         AbandonableThread watch;
-        // Without it the first folder is waited for, however long.
+        // If this thread cannot be started, the recording waits for the first folder without a
+        // limit.
         watch.start([job] { replaceHangingWriters(job); }, job->context.starter).passOver();
     }
     return recording;
@@ -69,7 +70,7 @@ Status Recording::save(const fs::path& target) {
         [watchSave, lateAfter = job_->context.timing.lateSave] { watchSave(lateAfter); },
         job_->context.starter);
     if (!watched.ok()) {
-        watchSave(std::chrono::milliseconds{0}); // reported early rather than never
+        watchSave(std::chrono::milliseconds{0}); // without the thread it could only be reported now
     }
     return {ErrorNumber::deviceInputOutput,
             "\"" + target.string() + "\" is not saved yet: the disk does not respond"};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording in progress: the sound of the card's recorder is written to a file on the disk
-// (recording_file.h), and neither the card nor the logic waits for that disk. The caller chooses
-// where it is saved.
+// A recording in progress. The sound of the card's recorder is written to a file
+// (recording_file.h); the card never waits for the disk, and the logic waits only for a limited
+// time. The caller chooses where the recording is saved.
 #pragma once
 
 #include <chrono>
@@ -22,12 +22,12 @@ namespace sonarith::sound {
 
 /// The times of a recording; none was measured.
 struct RecordingTiming {
-    /// The longest time that the logic's thread waits for the disk, in `begin`, in `save` and in
-    /// the destructor; the destructor does not wait if an earlier wait timed out. So a stop, a save
-    /// and a destruction together take less than the 100 ms that the user does not notice.
+    /// The longest wait of the logic's thread for the disk in each of `begin`, `save` and the
+    /// destructor. The destructor does not wait if an earlier wait timed out, so that a stop, a
+    /// save and a destruction together take less than 100 ms, which the user does not notice.
     std::chrono::milliseconds command{80};
-    /// A folder in which no file can be created within this time is skipped if there is another
-    /// one. For four folders that is less than the queue holds.
+    /// If no file can be created in a folder within this time, the next folder is tried, if there
+    /// is one. Four folders take less time than the queue has space for.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};
@@ -45,36 +45,37 @@ struct RecordingJob;
 
 /// Created, used and destroyed on the logic's thread; a separate thread writes.
 ///
-/// The amount of sound that waits for a slow disk is bounded, and the card stops at that bound: see
+/// The amount of sound that waits for a slow disk is limited, and the card stops at that limit: see
 /// RecordingQueue. Sound that was written before the disk became full or failed is kept and can be
 /// saved: see RecordingFile.
 ///
-/// A disk that hangs is left behind with its thread. If it responds again while the program runs, a
-/// requested save is then completed. The file of an unsaved recording has no name and cannot get
-/// one after the process has ended: if the disk hangs until then, the recording is lost with the
-/// process, including the part that had reached the disk.
+/// If the disk hangs, the thread that waits for it is left behind. If the disk responds again while
+/// the program runs, the thread completes a requested save. The file of an unsaved recording has no
+/// name, and the system deletes it when the process ends: if the disk hangs until then, the whole
+/// recording is lost, including the part that had reached the disk.
 class Recording {
   public:
-    /// Creates the file in the first of `folders` that allows it; best is the folder in which it
-    /// will be saved, as no copy is needed then. Fails, with the last folder's reason, if none
-    /// does. If a folder does not respond in time it succeeds: the sound is queued until a file can
-    /// be created. Without a thread to write on it fails, with a notice to the user.
+    /// Creates the file in the first of `folders` that allows it. The first folder should be the
+    /// one in which the file will be saved, since no copy is needed then. Fails with the error of
+    /// the last folder if none allows it. Succeeds if a folder does not respond in time: the sound
+    /// is then queued until a file can be created. Fails if no thread can be started, and notifies
+    /// the user.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
-    /// Drops unsaved sound; a running save continues without it.
+    /// Drops unsaved sound; a running save continues without this object.
     ~Recording();
     Recording(const Recording&) = delete;
     Recording& operator=(const Recording&) = delete;
 
-    /// For the card, which may keep it longer than the lifetime of this object.
+    /// The sink for the card. It may outlive this object.
     [[nodiscard]] std::shared_ptr<RecordingSink> sink() const;
-    /// Bytes of samples that the card has delivered so far; after a disk failure, those that are
-    /// kept. Never blocks.
+    /// The number of sample bytes that the card has delivered so far; after a disk failure, the
+    /// number that is kept. Never blocks.
     [[nodiscard]] std::int64_t bytes() const;
     /// Saves the recording as `target`, as `RecordingFile::save` does; no more sound is accepted
-    /// from then on. After a timeout it fails with deviceInputOutput and continues in the
-    /// background; another call with this name resumes waiting for it. May be called again, as
-    /// there.
+    /// from then on. After a timeout the call fails with deviceInputOutput, but the save continues
+    /// in the background; another call with the same name waits for that save. May be called again,
+    /// as RecordingFile::save.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:

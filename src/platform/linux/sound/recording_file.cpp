@@ -20,11 +20,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
-/// Frames that are written at once.
+/// The number of frames written by one call.
 constexpr std::size_t framesPerWrite = 4096;
 /// The recording is flushed to the disk every 5 s, about as often as the system does it by itself.
-/// So a save has little left to wait for, and a disk that accepts samples and later fails to store
-/// them (a network folder that is full) costs these seconds and not the whole recording.
+/// So a save has little left to flush; and if a disk accepts samples but later fails to store them
+/// (for example a full network folder), only these seconds are lost and not the whole recording.
 constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace
@@ -67,7 +67,7 @@ bool RecordingFile::append(std::span<const StereoFrame> frames) {
     return failure_ == 0;
 }
 
-/// Up to framesPerWrite.
+/// Writes `frames`, at most framesPerWrite.
 bool RecordingFile::write(std::span<const StereoFrame> frames) {
     std::array<std::int16_t, 2 * framesPerWrite> samples;
     std::size_t count = 0;
@@ -89,7 +89,7 @@ bool RecordingFile::write(std::span<const StereoFrame> frames) {
     return true;
 }
 
-/// A failure means that data written since the last flush may not be on the disk.
+/// After a failure, data written since the last flush may be missing on the disk.
 int RecordingFile::flush() {
     if (::fdatasync(file_.descriptor().get()) != 0) {
         return errno;
@@ -110,7 +110,7 @@ Status RecordingFile::save(const fs::path& target) {
     return file_.publish(target);
 }
 
-/// Makes the file a complete WAV, once.
+/// Makes the file a complete WAV; no effect if it already is one.
 Status RecordingFile::finish(const fs::path& target) {
     if (stage_ == Stage::whole) {
         return {};
@@ -123,7 +123,7 @@ Status RecordingFile::finish(const fs::path& target) {
         if (rewrite(WavForm::rf64, target).ok()) {
             return {};
         }
-        // Hours of sound without space for a copy: the part that fits into a plain file is kept.
+        // There is no space for the copy: only the part that fits into a plain WAV is kept.
         endEarly(EFBIG, longestWavBytes_ / bytesPerFrame(channels_));
     }
     const int error = finishInPlace();
@@ -131,7 +131,8 @@ Status RecordingFile::finish(const fs::path& target) {
         stage_ = Stage::whole;
         return {};
     }
-    // A header that cannot be changed may still be written to a copy of the samples.
+    // If the header cannot be changed, a copy of the samples with a new header may still be
+    // written.
     return keepsNothing() ? files::systemError(error, target) : rewrite(WavForm::plain, target);
 }
 
@@ -140,7 +141,8 @@ int RecordingFile::finishInPlace() {
     if (error == 0) {
         error = flush();
         if (error != 0) {
-            // Some samples that the disk seemed to accept are lost; those before them are not.
+            // Samples after the last flush may be lost although the disk accepted them; those
+            // before it are not.
             endEarly(error, flushedFrames_);
             if (frames_ > 0) {
                 error = truncateToKeptFrames();
@@ -151,7 +153,7 @@ int RecordingFile::finishInPlace() {
     if (error != 0) {
         return error;
     }
-    // The last check before it gets its name: all counted frames must be in the file.
+    // The last check before the file gets its name: it must contain all counted frames.
     struct stat found {};
     if (::fstat(file_.descriptor().get(), &found) != 0 ||
         found.st_size != wavHeaderBytes + bytes()) {
@@ -167,9 +169,9 @@ int RecordingFile::truncateToKeptFrames() {
     return writer_.writeHeader(bytes()) ? 0 : writer_.errorNumber();
 }
 
-/// Copies the kept frames after a header of `form`. Recordings of more than 4 GiB (6.7 hours of
-/// stereo) need a larger header: reserving its space in each file would cost small ones their plain
-/// header, which every other program reads.
+/// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.7
+/// hours of stereo) need a larger header. Its space is not reserved in each file, because small
+/// files would then not have the plain header that every other program reads.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {

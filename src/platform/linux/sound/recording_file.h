@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording on the disk: a WAV file without a name until it is saved. Data that reached the disk
-// can be saved whatever fails afterwards. Its calls wait for the disk; those of recording.h do not.
+// A recording on the disk: a WAV file without a name until it is saved. Data that has reached the
+// disk can be saved after any later failure. Its calls wait for the disk; recording.h makes them on
+// a separate thread.
 #pragma once
 
 #include <cstdint>
@@ -14,29 +15,30 @@
 
 namespace sonarith::sound {
 
-/// 16 bits, 44100 Hz; mono is the mean of both channels. For one thread only; each call takes as
-/// long as the disk does.
+/// 16 bits, 44100 Hz; mono is the mean of both channels. For one thread only; the time of a call is
+/// not limited if the disk is slow.
 class RecordingFile {
   public:
-    /// Creates an empty file in `folder`; best is the folder in which it will be saved, as no copy
-    /// is needed then. Recordings of more than `longestWavBytes` sample bytes are saved as RF64.
+    /// Creates an empty file in `folder`, which should be the folder in which it will be saved,
+    /// since no copy is needed then. Recordings of more than `longestWavBytes` sample bytes are
+    /// saved as RF64.
     [[nodiscard]] static Result<RecordingFile>
     create(Channels channels, const std::filesystem::path& folder,
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// False if the frames did not all reach the disk, and from then on: nothing is appended after
-    /// a gap. After the first call of save it does nothing.
+    /// False if not all frames were written; all later calls then return false, so that nothing is
+    /// appended after a gap. No effect after the first call of save.
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
-    /// The whole frames that are kept. Fewer than were appended only after a failure.
+    /// The number of whole frames that are kept: all appended frames, or fewer after a failure.
     [[nodiscard]] std::int64_t frames() const { return frames_; }
     /// The errno value of the failure that ended the recording early; 0 if there was none.
     [[nodiscard]] int failure() const { return failure_; }
 
-    /// Gives the kept frames the name `target` in one step, as `UnnamedFile::publish` does, also
-    /// after a failure: as a valid WAV that ends early. Fails if a failure has left no frames. May
-    /// be called again: for another name, or after it has failed.
+    /// Completes the WAV and names it `target` in one step, as `UnnamedFile::publish` does. After a
+    /// failure of the disk the WAV is valid, but ends early; the save fails if no frames are kept.
+    /// May be called again for another name, or if it has failed.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
@@ -59,7 +61,7 @@ class RecordingFile {
     enum class Stage {
         recording,
         finishing, ///< a save was tried
-        whole,     ///< it is a complete WAV of the kept frames
+        whole,     ///< the file is a complete WAV of the kept frames
     };
 
     Channels channels_;
@@ -70,7 +72,7 @@ class RecordingFile {
     files::Concealment concealment_;
     Stage stage_ = Stage::recording;
     std::int64_t frames_ = 0;
-    std::int64_t flushedFrames_ = 0; ///< those that are known to be on the disk
+    std::int64_t flushedFrames_ = 0; ///< number of frames known to be on the disk
     int failure_ = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of a recording that is kept when its disk is full or fails, at each of its system calls.
+// Tests which part of a recording is kept if any of its system calls fails or the disk is full.
 #include "platform/linux/sound/recording_file.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +47,8 @@ class FailingDiskTest : public testing::Test {
         EXPECT_TRUE(made.ok());
         return std::move(made.value());
     }
-    /// Runs `body` with its writes and flushes before `verdict`.
+    /// Runs `body`; `verdict` decides the result of each system call for reading, writing, flushing
+    /// or naming the file.
     static void intercepted(const CallJudge::Verdict& verdict, const std::function<void()>& body) {
         const bool ran = CallJudge::run({SYS_write, SYS_pwrite64, SYS_fdatasync, SYS_fsync,
                                          SYS_ftruncate, SYS_pread64, SYS_linkat},
@@ -61,7 +62,8 @@ class FailingDiskTest : public testing::Test {
     const fs::path target = folder / "track.wav";
 };
 
-/// Child processes report the failed expectation by their exit status.
+/// Runs `body` in a child process; returns the exit status, which identifies the failed
+/// expectation.
 int exitStatusOf(const std::function<int()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -87,7 +89,7 @@ TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
                   RecordingFile recording = create();
                   const bool fitted = recording.append(pattern(0, 2000));
                   const bool failed = !recording.append(pattern(2000, 2000));
-                  limitFileSize(RLIM_INFINITY); // there is space again, after a gap
+                  limitFileSize(RLIM_INFINITY); // there is space again, but frames are missing
                   const bool ended = !recording.append(pattern(4000, 2000)) &&
                                      recording.frames() == 2489 && recording.failure() == EFBIG;
                   const bool saved = recording.save(target).ok();
@@ -111,10 +113,10 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
             taken = recording.append(pattern(block * 441, 441));
         }
         const bool full = !taken && recording.failure() == ENOSPC;
-        const std::int64_t room = test::smallDiskBytes - 64 * 1024; // the disk's own needs
+        const std::int64_t room = test::smallDiskBytes - 64 * 1024; // less file system data
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
-        // The next file, which cannot get its first byte, leaves nothing behind.
+        // If not even the first byte of the next file can be written, no file is left.
         const bool refused = !RecordingFile::create(Channels::stereo, folder.path()).ok() &&
                              entriesIn(folder.path()) == 1;
         fs::copy(target, result / "copy.wav");
@@ -160,7 +162,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
     }
 }
 
-TEST_F(FailingDiskTest, LeavesTheOldFileIfThereIsNothingToKeep) {
+TEST_F(FailingDiskTest, KeepsTheOldFileIfNoFrameIsKept) {
     std::ofstream(target) << "old";
     intercepted(
         [](const seccomp_data& call) { return isSamples(call) ? ENOSPC : CallJudge::letThrough; },
@@ -269,7 +271,7 @@ TEST_F(FailingDiskTest, KeepsFlushedFramesIfTheDiskLosesTheRestAtTheSave) {
     intercepted(
         [&](const seccomp_data& call) {
             const bool isLost = call.nr == SYS_fdatasync && lost-- > 0;
-            const bool isCopied = call.nr == SYS_pread64; // for which there may be no room
+            const bool isCopied = call.nr == SYS_pread64; // so that no copy can be made
             return isLost || isCopied ? EIO : CallJudge::letThrough;
         },
         [&] {
@@ -300,7 +302,7 @@ TEST_F(FailingDiskTest, NamesNoFileIfTheDiskHasLostEverything) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(FailingDiskTest, KeepsThePlainFilesPartIfThereIsNoSpaceForTheLargeForm) {
+TEST_F(FailingDiskTest, KeepsThePartThatFitsIntoThePlainFormIfThereIsNoSpaceForTheLargeForm) {
     constexpr std::int64_t smallLimit = 400'002; // in the middle of a frame
     intercepted(
         [](const seccomp_data& call) {
@@ -317,7 +319,7 @@ TEST_F(FailingDiskTest, KeepsThePlainFilesPartIfThereIsNoSpaceForTheLargeForm) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, NamesNoFileThatHasLostSamplesUnnoticed) {
+TEST_F(FailingDiskTest, NamesNoFileThatLacksCountedSamples) {
     auto made = RecordingFile::create(Channels::stereo, folder.path(), maxWavSampleBytes,
                                       files::Concealment::hiddenName);
     ASSERT_TRUE(made.ok());

@@ -154,7 +154,8 @@ TEST_F(RecordingFileTest, IsSavedInEitherFormFromAHiddenName) {
     EXPECT_EQ(contentOf(target).substr(0, 4), "RF64");
 }
 
-/// Records and saves, longer each time, until it is killed; reports before and after each save.
+/// Records and saves again and again until it is killed, with a longer recording each time; reports
+/// before and after each save.
 [[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment,
                                 int progress) {
     for (std::size_t frames = 1000;; frames += 1000) {

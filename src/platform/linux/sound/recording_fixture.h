@@ -27,8 +27,9 @@
 
 namespace sonarith::sound {
 
-// No test asserts a duration: where a disk hangs its bounds are so short that a test need not wait
-// for them, and where it works they are longer than any load can delay it.
+// No test depends on the speed of the machine. briefTiming is for disks that hang: the waits are
+// too short to delay a test. patientTiming is for disks that work: the limits are longer than any
+// delay by load.
 inline constexpr RecordingTiming briefTiming{
     std::chrono::milliseconds{20}, std::chrono::milliseconds{30}, std::chrono::milliseconds{10}};
 inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::chrono::seconds{30},
@@ -36,7 +37,7 @@ inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::ch
 
 class RecordingFixture : public testing::Test {
   public:
-    /// Whether the call writes samples: it has an offset.
+    /// Whether the call writes samples: only the header is written at offset 0.
     static bool isSamples(const seccomp_data& call) {
         return call.nr == SYS_pwrite64 && call.args[3] > 0;
     }
@@ -53,13 +54,13 @@ class RecordingFixture : public testing::Test {
         return begin({folder.path()}, timing);
     }
 
-    /// Whether the disk has all frames except less than a batch.
+    /// Whether all frames except for less than a batch were taken from the queue to be written.
     [[nodiscard]] static bool isWritten(const Recording& recording) {
         const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
         return waiting < RecordingQueue::batchFrames;
     }
 
-    /// Runs `body` with `verdict` deciding about selected calls on files; see CallJudge.
+    /// Runs `body`; `verdict` decides the result of selected calls on files, see CallJudge.
     static void intercepted(const test::CallJudge::Verdict& verdict,
                             const std::function<void(test::CallJudge&)>& body) {
         const bool ran = test::CallJudge::run(
@@ -78,7 +79,7 @@ class RecordingFixture : public testing::Test {
         return opened == std::filesystem::canonical(where);
     }
 
-    /// A condition for a test's wait.
+    /// Waits until no save is pending; false after 30 seconds.
     [[nodiscard]] bool noSaveIsPending() const {
         return context.saves->noneWithin(std::chrono::seconds(30));
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Disks that do not respond, for a while or forever: neither the card nor the logic waits for them,
-// and the recording is complete once they respond again.
+// Tests disks that do not respond, for a while or forever: neither the card nor the logic is
+// blocked, and the recording is complete if the disk responds again.
 #include "platform/linux/sound/recording.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +47,7 @@ class HangingDiskTest : public RecordingFixture {
     std::shared_ptr<fakes::PatternSource> disc = std::make_shared<fakes::PatternSource>();
 };
 
-/// What hangs.
+/// The system calls that hang.
 struct Hang {
     const char* name;
     bool (*hits)(const seccomp_data& call);
@@ -77,7 +77,7 @@ TEST_F(HangingDiskTest, BlocksNeitherTheCardNorItsOutputNorItsQueries) {
                 });
 }
 
-TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
+TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorTheSamplesOfATrack) {
     std::atomic<bool> hanging = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -90,7 +90,7 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorASampleOfATrack) {
             hanging = true;
             play(4s);
             ASSERT_GT(judge.held(), 0);
-            EXPECT_EQ(disc->position(), 5 * 44'100) << "the stall is not noticed";
+            EXPECT_EQ(disc->position(), 5 * 44'100) << "the disc plays on during the stall";
             judge.release();
             play(2s);
             card.stopRecording(now);
@@ -116,7 +116,7 @@ TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
                     play(60s);
                     const std::int64_t bound = disc->position();
                     EXPECT_LE(bound, 441'000 + 44'100)
-                        << "what is queued, and what is being written";
+                        << "the queue, and the frames that are being written";
                     EXPECT_GE(bound, 441'000);
                     EXPECT_EQ(recording->bytes(), bound * 4);
                     play(60s);
@@ -133,7 +133,7 @@ TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
 
 class HangingCallTest : public HangingDiskTest, public testing::WithParamInterface<Hang> {};
 
-TEST_P(HangingCallTest, DoesNotBlockTheLogicAndTheSaveIsDoneWhenTheDiskRespondsAgain) {
+TEST_P(HangingCallTest, DoesNotBlockTheLogicAndCompletesTheSaveWhenTheDiskResponds) {
     intercepted(
         [](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
         [&](CallJudge& judge) {
@@ -161,13 +161,13 @@ TEST_P(HangingCallTest, DoesNotBlockTheLogicAndTheSaveIsDoneWhenTheDiskRespondsA
                             AllOf(HasSubstr("settled"), HasSubstr("has now been saved"))));
 }
 
-TEST_P(HangingCallTest, DoesNotBlockTheLogicAndAnUnwantedRecordingLeavesNoFile) {
+TEST_P(HangingCallTest, DoesNotBlockTheLogicAndLeavesNoFileOfAnUnsavedRecording) {
     intercepted(
         [](const seccomp_data& call) { return GetParam().hits(call) ? CallJudge::hold : 0; },
         [&](CallJudge& judge) {
             auto recording = begin(briefTiming);
             startRecording(*recording);
-            play(7s); // with a flush
+            play(7s); // long enough for a flush
             card.stopRecording(now);
             recording.reset();
             EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -205,7 +205,7 @@ TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
         },
         [&](CallJudge& judge) {
-            // So long that load cannot make one wait look like two.
+            // 2 s: under load, one wait still takes less than two waits.
             auto recording = begin({2s, 1h, 1h});
             recording->sink()->record(pattern(0, 100));
             const auto start = std::chrono::steady_clock::now();
@@ -319,7 +319,7 @@ TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, IsSkippedByTheThreadThatWatchesItIfThereIsNoOther) {
+TEST_F(HangingDiskTest, IsSkippedByTheWatchingThreadIfNoOtherThreadIsLeft) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(2);
     context.starter = threads.starter();

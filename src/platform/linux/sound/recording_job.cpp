@@ -15,7 +15,8 @@ namespace fs = std::filesystem;
 
 /// Writes frames until the recording ends or the disk fails.
 void writeFrames(RecordingJob& job, const fs::path& folder, RecordingFile& file) {
-    // Two batches, so that the queue is emptied although frames arrive while the thread wakes up.
+    // Space for two batches: more frames may arrive while the thread wakes up, and the queue must
+    // still be emptied.
     std::vector<StereoFrame> frames(2 * RecordingQueue::batchFrames);
     while (const std::size_t count = job.queue.take(frames)) {
         if (!file.append(std::span(frames).first(count))) {
@@ -43,7 +44,7 @@ void saveOnce(RecordingJob& job, RecordingFile& file, const fs::path& target) {
     });
 }
 
-/// Carries out orders to save until no more follow, then closes the file.
+/// Writes the frames, then carries out orders to save until no more follow, then closes the file.
 void writeAndSave(RecordingJob& job, const fs::path& folder, RecordingFile file) {
     writeFrames(job, folder, file);
     fs::path target;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work of a recording's threads, and the state that they share with the logic's: one creates
-// the file, writes and saves; another watches that no folder blocks it forever. No caller waits
-// here.
+// The work of a recording's threads, and the state that they share with the logic's thread. One
+// thread creates the file, writes and saves; another one replaces it if a folder blocks it. The
+// logic's waits are in recording_orders.h.
 #pragma once
 
 #include <cstddef>
@@ -28,18 +28,18 @@ struct RecordingJob {
     RecordingQueue queue;
 };
 
-/// The body of the thread whose turn it is: creates a file in the first usable folder from number
-/// `candidate` on, writes the frames of the queue, and saves as ordered, until no more orders
-/// follow.
+/// The body of the writer, the thread that has `turn`: creates a file in the first usable folder,
+/// beginning with number `candidate`, writes the frames of the queue, and saves as ordered until no
+/// more orders follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
-/// In place of the first writer, which could not be started: reports that to the user and to the
-/// threads that wait for the file.
+/// Called if the first writer cannot be started: reports that to the user and to the threads that
+/// wait for the file.
 void failRecording(RecordingJob& job, const Error& error);
 
-/// Starts another thread for the next folder if the writer hangs in one longer than
-/// RecordingTiming::folder; without one, this thread becomes the writer. The last folder is waited
-/// for without a limit, because the sound would be lost otherwise.
+/// If the writer hangs in a folder for longer than RecordingTiming::folder, starts a new writer for
+/// the next folder; if no thread can be started, the calling thread becomes the writer. The wait
+/// for the last folder is not limited, because the sound would be lost otherwise.
 void replaceHangingWriters(const std::shared_ptr<RecordingJob>& job);
 
 } // namespace sonarith::sound

@@ -32,7 +32,7 @@ std::string lateSaveCause(const fs::path& target) {
     return "late save of " + target.string();
 }
 
-/// "1234-3.wav" in "/music"
+/// For example "1234-3.wav" in "/music", with these quotes.
 std::string namedFile(const fs::path& target) {
     return quoted(target.filename()) + " in " + quoted(target.parent_path());
 }
@@ -61,7 +61,7 @@ void RecordingNotices::report(const std::string& cause, const std::string& text)
     }
 }
 
-/// Returns whether the cause was in effect.
+/// Ends a cause; returns whether it was reported and still persisted.
 bool RecordingNotices::settle(const std::string& cause, const std::string& text) {
     const bool held = held_.erase(cause) > 0;
     if (notices_ != nullptr && held) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notices for the user about recordings: what is kept, where, and why it is not complete. One
-// object for all recordings of a card; each cause is reported once while it persists. It decides
-// nothing.
+// Notifies the user about recordings: what is kept, where, and why a recording is not complete. One
+// object serves all recordings of a card; each cause is reported once while it persists. It does
+// not control the recordings.
 #pragma once
 
 #include <cstdint>
@@ -22,12 +22,12 @@ using RecordingNumber = int;
 class RecordingNotices {
   public:
     explicit RecordingNotices(Notices& notices) : notices_(&notices) {}
-    /// Stops all reports; the Notices are not used after this returns. Threads that hang may keep
-    /// this object longer.
+    /// Stops all reports: after this returns, the Notices object is not used any more and may be
+    /// destroyed. Hanging threads may keep this object longer.
     void mute();
     [[nodiscard]] RecordingNumber newRecording();
 
-    /// No folder can hold a recording. Persists until one can.
+    /// No file can be created in any folder. The cause persists until a file can be created.
     void cannotBegin(const Error& error);
     void begun(const std::filesystem::path& folder);
     /// The folder has not responded, and the recording is created in the next one.
@@ -39,14 +39,15 @@ class RecordingNotices {
     /// A failure has ended the recording; `keptFrames` can be saved. `error` is an errno value.
     void endedEarly(RecordingNumber number, const std::filesystem::path& folder, int error,
                     std::int64_t keptFrames);
-    /// The file has its name. `error` is the reason why it ends early, or 0.
+    /// The file was saved as `target`. `error` is the errno value of the reason why it ends early,
+    /// or 0.
     void saved(RecordingNumber number, const std::filesystem::path& target, int error,
                std::int64_t keptFrames);
     void notSaved(const std::filesystem::path& target, const Error& error);
-    /// The save takes long, until `saved` or `notSaved`.
+    /// The save takes long; the cause persists until `saved` or `notSaved`.
     void saveIsLate(const std::filesystem::path& target);
-    /// The recording has no owner any more, saved or not. `target`, if not empty, is the name of
-    /// the last save.
+    /// The recording has ended, saved or not: ends all its causes. `target` is the name of the last
+    /// save, or empty.
     void closed(RecordingNumber number, const std::filesystem::path& folder,
                 const std::filesystem::path& target);
 

@@ -45,14 +45,14 @@ TEST_F(RecordingNoticesTest, ReportsThatNothingIsKeptWithoutAFrame) {
                                      "is used up; nothing is kept"));
 }
 
-TEST_F(RecordingNoticesTest, ReportsNothingForACompleteRecording) {
+TEST_F(RecordingNoticesTest, DoesNotReportACompleteRecording) {
     notices.begun("/music");
     notices.saved(first, "/music/1234-3.wav", 0, kept);
     notices.closed(first, "/music", "/music/1234-3.wav");
     EXPECT_THAT(texts(), IsEmpty());
 }
 
-TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
+TEST_F(RecordingNoticesTest, ReportsAFailedSaveOnceUntilTheFileIsSaved) {
     const Error error{ErrorNumber::pathNotFound, "\"/gone\" does not exist"};
     notices.notSaved("/gone/1234-3.wav", error);
     notices.notSaved("/gone/1234-3.wav", error);
@@ -68,7 +68,7 @@ TEST_F(RecordingNoticesTest, ReportsOnceThatAFileWasNotSavedUntilItIs) {
                             "settled save of /gone/1234-3.wav", text));
 }
 
-TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndThatItDoesAgain) {
+TEST_F(RecordingNoticesTest, ReportsOnceThatADiskDoesNotRespondAndOnceThatItRespondsAgain) {
     notices.stalled("/music");
     notices.folderSkipped("/music");
     notices.responds("/music");

@@ -20,7 +20,7 @@ std::optional<Status> RecordingOrders::saveWithin(Patience patience, const fs::p
                       "the recording is still being saved as \"" + target_.string() + "\"");
     }
     const bool isKnown =
-        outcome_ && target == target_; // it was late, and no caller has received it
+        outcome_ && target == target_; // the save was late, and no call has returned its result
     if (!saving_ && !isKnown) {
         saving_ = true;
         target_ = target;
@@ -49,7 +49,7 @@ bool RecordingOrders::finishedWithin(Patience patience) {
 std::optional<RecordingOrders::Replacement> RecordingOrders::replaceWithin(Patience patience) {
     std::unique_lock lock(mutex_);
     while (!begun_ && !isUnwanted() && candidate_ + 1 < candidates_) {
-        const std::size_t watched = candidate_; // each candidate has the full time
+        const std::size_t watched = candidate_; // each candidate gets the full time
         if (!changed_.wait_for(lock, patience,
                                [&] { return begun_ || isUnwanted() || candidate_ != watched; })) {
             return Replacement{++turn_, watched};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The logic's orders to a recording's writer (a file, a save, an end), and their results. The logic
-// waits for a bounded time; an order remains valid after a timeout. It handles no frames and no
+// The logic's orders to a recording's writer (create a file, save, end) and their results. The
+// logic's waits are limited; an order remains valid after a timeout. It handles no frames and no
 // files.
 #pragma once
 
@@ -18,13 +18,13 @@
 
 namespace sonarith::sound {
 
-/// Thread-safe. One thread at a time is the writer: the one whose turn it is.
+/// Thread-safe. One thread at a time is the writer: the one that has the current turn.
 class RecordingOrders {
   public:
     using Patience = std::chrono::milliseconds;
     /// Starts at 0. A turn ends when its thread hangs and another one takes over.
     using Turn = int;
-    /// Called under this object's lock, so that it cannot be late.
+    /// Called under this object's lock, so that it runs before any other change of the state.
     using Call = std::function<void()>;
 
     /// The writer tries up to `candidates` folders. `saves` may be a null pointer.
@@ -33,49 +33,52 @@ class RecordingOrders {
 
     // The logic's side.
 
-    /// Whether there is a file; empty if that is not known within `patience`.
+    /// The result of creating the file; empty if it is not known within `patience`.
     [[nodiscard]] std::optional<Status> begunWithin(Patience patience);
-    /// Orders a save, or resumes waiting for the last one if that timed out and has the same name;
-    /// empty if it is not complete within `patience`. While a save is running, another one fails.
+    /// Orders a save and waits for its result; empty if it is not complete within `patience`. If
+    /// the last save had the same name and timed out, waits for that save. While a save is running,
+    /// a save with another name fails.
     [[nodiscard]] std::optional<Status> saveWithin(Patience patience,
                                                    const std::filesystem::path& target);
     /// Ends the orders. Returns whether a save is still pending.
     bool close();
-    /// Whether the writer has closed its file.
+    /// Waits at most `patience` until the writer has closed its file; returns whether it has.
     [[nodiscard]] bool finishedWithin(Patience patience);
 
     // For the threads that watch the writer.
 
-    /// The turn after one that hangs in a candidate.
+    /// Describes the turn that replaces a hanging one.
     struct Replacement {
         Turn turn;
-        std::size_t hanging; ///< the number of the candidate
+        std::size_t hanging; ///< the number of the candidate in which the writer hangs
     };
-    /// Ends the writer's turn if it tries one candidate longer than `patience`. Empty if there is a
-    /// file, if all candidates have failed, or if no file is wanted any more.
+    /// Waits, and ends the writer's turn if it tries one candidate longer than `patience`. Returns
+    /// empty as soon as there is a file, all candidates have failed, no candidate is left, or no
+    /// file is wanted any more.
     [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);
 
-    // The writer's side. False: its turn is over, or its work is not wanted any more.
+    // The writer's side. The functions return false if the writer's turn is over or its work is not
+    // wanted any more.
 
     [[nodiscard]] bool tries(Turn turn, std::size_t candidate);
     /// Reports that there is a file. `onBegun` is called before any waiting thread is notified; the
-    /// same applies to the next ones.
+    /// same applies to `onFailed` and `onDone`.
     [[nodiscard]] bool begins(Turn turn, const Call& onBegun);
-    /// Reports that no file could be created anywhere.
+    /// Reports that no file could be created in any folder.
     [[nodiscard]] bool fails(Turn turn, const Error& error, const Call& onFailed);
     /// Waits for the next save; empty if no more follow.
     [[nodiscard]] std::optional<std::filesystem::path> nextSave();
     void saved(const Status& outcome, const Call& onDone);
     /// Whether the recorded sound is not wanted any more.
     [[nodiscard]] bool abandoned() const;
-    /// The number of the candidate that is being tried, or has the file.
+    /// The number of the candidate that is being tried or contains the file.
     [[nodiscard]] std::size_t candidate() const;
     void finished();
 
   private:
-    // All except the last: protected by mutex_.
+    // Precondition of isUnwanted() and isOver(): mutex_ is locked.
     [[nodiscard]] bool isUnwanted() const { return closed_ && !saving_; }
     [[nodiscard]] bool isOver(Turn turn) const { return turn != turn_ || isUnwanted(); }
     [[nodiscard]] bool endTrying(Turn turn, const Status& begun, const Call& onEnd);
@@ -89,7 +92,7 @@ class RecordingOrders {
     std::optional<Status> begun_;
     std::filesystem::path target_; ///< of the last save
     bool saving_ = false;
-    std::optional<Status> outcome_; ///< of the last save, until it is fetched
+    std::optional<Status> outcome_; ///< of the last save, until a call returns it
     bool closed_ = false;
     bool finished_ = false;
 };

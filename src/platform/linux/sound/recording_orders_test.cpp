@@ -63,7 +63,8 @@ TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
 }
 
 TEST_F(RecordingOrdersTest, GiveEachCandidateTheFullTime) {
-    // Together they take longer than one may; only a load of seconds could break this.
+    // Together the two candidates take longer than the limit for one. Only a delay of half a second
+    // could make the test fail.
     std::thread writer([this] {
         for (std::size_t candidate = 0; candidate < 2; ++candidate) {
             EXPECT_TRUE(orders.tries(0, candidate));
@@ -106,7 +107,7 @@ TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav")) << "it has now been saved";
 }
 
-TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsDone) {
+TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsComplete) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     EXPECT_TRUE(orders.close());
     EXPECT_FALSE(orders.abandoned());
@@ -118,7 +119,7 @@ TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsDone) {
     EXPECT_TRUE(orders.abandoned());
 }
 
-TEST_F(RecordingOrdersTest, ReportALateSaveAndNoOther) {
+TEST_F(RecordingOrdersTest, ReportOnlyALateSave) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 0) << "no recording is running";

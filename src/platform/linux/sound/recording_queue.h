@@ -18,22 +18,22 @@ namespace sonarith::sound {
 /// Thread-safe; all members except `take` return at once.
 class RecordingQueue : public RecordingSink {
   public:
-    /// The most frames that wait for the disk: 10 s, 1.7 MiB. That covers a disk that spins up, or
-    /// a network that reconnects; it was not measured. If the disk takes longer, the queue is full
-    /// and stops the card: the disc waits, and when the disk responds again no frame is missing and
-    /// none was inserted. A user who must return the disc loses time but no sound; ending the
-    /// recording at this bound would lose it for a stall that may be over soon.
+    /// The most frames that wait for the disk: 10 s, 1.7 MiB. That is enough for a disk that spins
+    /// up or a network that reconnects; it was not measured. If the disk takes longer, the queue is
+    /// full and stops the card: the disc waits, and when the disk responds again no frame is
+    /// missing and none was inserted. So a stall costs the user time but no sound. Ending the
+    /// recording at this limit would lose sound because of a stall that may be over soon.
     static constexpr std::size_t capacityFrames = std::size_t{10} * frameRate;
     /// Frames are written to the disk in batches of a quarter of a second. Smaller ones would wake
     /// its thread more often.
     static constexpr std::size_t batchFrames = frameRate / 4;
-    /// From this number of waiting frames on, the stall is reported to the user: a disk that was
-    /// only idle has responded by then.
+    /// From this number of waiting frames on, a stall is reported to the user. A disk that only had
+    /// to spin up has usually responded by then.
     static constexpr std::size_t stallFrames = std::size_t{3} * frameRate;
 
     enum class Flow { stalled, flowing };
-    /// `onFlow` is called at the beginning of a stall, on the card's thread, and at its end, on
-    /// that of `take`. It must return at once and must not call this object.
+    /// `onFlow` is called at the beginning of a stall on the card's thread, and at its end on the
+    /// thread that calls `take`. It must return at once and must not call this object.
     explicit RecordingQueue(std::function<void(Flow)> onFlow) : onFlow_(std::move(onFlow)) {}
 
     // The card's side.
@@ -41,7 +41,7 @@ class RecordingQueue : public RecordingSink {
     void record(std::span<const StereoFrame> frames) override;
     [[nodiscard]] std::size_t room() const override;
 
-    /// The frames passed to `record`; after giveUp(), the frames that are kept.
+    /// The number of frames passed to `record`; after giveUp(), the number of kept frames.
     [[nodiscard]] std::int64_t frames() const;
     /// Accepts no more frames from the card.
     void end();

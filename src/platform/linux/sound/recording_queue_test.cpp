@@ -41,7 +41,7 @@ TEST_F(RecordingQueueTest, HasSpaceForTenSecondsAndReportsWhenItIsFull) {
     EXPECT_EQ(queue.room(), 20'000U);
 }
 
-TEST_F(RecordingQueueTest, DeliversTheRestOnceItHasEnded) {
+TEST_F(RecordingQueueTest, DeliversTheRestAfterItsEnd) {
     queue.record(pattern(0, 100));
     queue.end();
     queue.record(pattern(100, 100));
@@ -51,7 +51,7 @@ TEST_F(RecordingQueueTest, DeliversTheRestOnceItHasEnded) {
     EXPECT_THAT(take(70), IsEmpty());
 }
 
-TEST_F(RecordingQueueTest, NeverStopsTheCardOnceItHasEnded) {
+TEST_F(RecordingQueueTest, NeverStopsTheCardAfterItsEnd) {
     queue.record(pattern(0, 441'000));
     queue.end();
     EXPECT_GT(queue.room(), 1'000'000U);
@@ -94,7 +94,7 @@ TEST_F(RecordingQueueTest, ReportsAStallOnceAndItsEndOnce) {
     queue.record(pattern(0, 1));
     queue.record(pattern(0, 1));
     EXPECT_THAT(flow, ElementsAre(Flow::stalled));
-    // A disk that does not catch up still stalls.
+    // While the disk does not catch up, the stall continues.
     EXPECT_EQ(take(44'100).size(), 44'100U);
     queue.record(pattern(0, 44'100));
     EXPECT_THAT(flow, ElementsAre(Flow::stalled));

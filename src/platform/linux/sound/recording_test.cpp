@@ -28,8 +28,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A stop, a save and a destruction wait only once together, and trying the folders in turn fits
-// into the queue.
+// A stop, a save and a destruction together wait only once, for less than 100 ms. The queue has
+// space for the sound that arrives while four folders are tried.
 static_assert(RecordingTiming{}.command < 100ms);
 static_assert(4 * RecordingTiming{}.folder <
               std::chrono::seconds(RecordingQueue::capacityFrames / frameRate));
@@ -39,7 +39,7 @@ class RecordingTest : public RecordingFixture {};
 TEST_F(RecordingTest, SavesEveryFrameThatTheCardDelivered) {
     const auto recording = begin();
     std::int64_t handed = 0;
-    for (int block = 0; block < 700; ++block) { // seven seconds, in uneven blocks
+    for (int block = 0; block < 700; ++block) { // seven seconds, in blocks of different lengths
         const std::size_t count = block % 2 == 0 ? 441 : 440;
         recording->sink()->record(pattern(handed, count));
         handed += static_cast<std::int64_t>(count);
@@ -95,7 +95,7 @@ TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, LeavesItsSinkToTheCardWhichThenStoresNothing) {
+TEST_F(RecordingTest, LeavesASinkToTheCardThatStoresNothing) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
     EXPECT_GT(sink->room(), 1'000'000U) << "it never stops the card";
@@ -127,8 +127,8 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
             const auto recording = begin();
             recording->sink()->record(pattern(0, 88'200));
             ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            // It is written when the next batch is requested; a check below shows that all of it
-            // was.
+            // isWritten() returns true when the frames were taken from the queue; they are written
+            // before the next batch is taken. A check below shows that all of them were written.
             full = true;
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
@@ -161,7 +161,8 @@ TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
             const auto recording = begin();
             for (std::int64_t second = 0; second < 7; ++second) {
                 recording->sink()->record(pattern(second * 44'100, 44'100));
-                // The write of what was taken may be going on; that of the second before is done.
+                // The write of this second may still be running; the write of the second before is
+                // complete.
                 ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
             loses = true;
@@ -198,7 +199,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     const auto recordSeconds = [&](int seconds) {
         for (int i = 0; i < seconds * 100; ++i) {
             recording->sink()->record(block);
-            if (i % 40 == 0) { // as in real time, the disk is not far behind the card
+            if (i % 40 == 0) { // the disk keeps up with the card, as in real time
                 ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
             }
         }
@@ -208,7 +209,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "of more than 100,000 that were recorded, and of 1,700 that could wait";
+        << "KiB used, of more than 100,000 recorded and of 1,700 in a full queue";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {

@@ -8,7 +8,8 @@
 
 namespace sonarith::sound {
 
-/// The card's only rate, that of the compact disc, so that a disc's samples pass unchanged.
+/// The card's only rate. It is that of the compact disc, so that a disc's samples need no
+/// conversion.
 inline constexpr int frameRate = 44100;
 
 /// One sample for each of the two channels, 16 bits, native byte order.
@@ -18,12 +19,12 @@ struct StereoFrame {
     friend bool operator==(const StereoFrame&, const StereoFrame&) = default;
 };
 
-/// The state that a source returns with its frames.
+/// The state of a source after a pull.
 enum class Supply {
     flowing,  ///< it filled the whole block
-    starving, ///< it has no more at this moment (a drive spinning up); the rest will follow
-    ended,    ///< it has no more, and none will follow: the line becomes silent
-    lost,     ///< as `ended`, but prematurely: its medium is gone
+    starving, ///< it has no more frames now (a drive spins up); the rest will follow
+    ended,    ///< it has no more frames, and none will follow: the line becomes silent
+    lost,     ///< as `ended`, but too early: its medium was removed
 };
 
 struct Pulled {

@@ -12,8 +12,8 @@ namespace sonarith::sound {
 
 namespace {
 
-/// Coefficients are computed for every 32nd frame of a ramp (0.7 ms, 0.17 dB) and interpolated in
-/// between; coefficients between those of two stable filters are stable, too.
+/// During a ramp, coefficients are computed for every 32nd frame (0.7 ms, 0.17 dB) and interpolated
+/// for the frames in between. An interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
 /// Far below the resolution of 16 bits.

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A shelf filter: raises or lowers all frequencies below a corner, or above it, by some dB, and
-// moves to another gain without a click. It depends on no slider and no limit of samples
+// moves to another gain without a click. It uses neither sliders nor a limit of the samples
 // (tone_control.h).
 //
 // The formulas are those of the "Audio EQ Cookbook" (R. Bristow-Johnson; W3C Working Group Note of
 // 2021), shelves of slope 1. The analog model, with frequency relative to the corner and
 // A = 10^(dB/40), is for the low shelf
 //     H(s) = A (s^2 + sqrt(2A) s + A) / (A s^2 + sqrt(2A) s + 1)
-// and for the high shelf the same with s replaced by 1/s. At the corner the gain is half of the dB.
+// and for the high shelf the same with s replaced by 1/s. At the corner, the gain in dB is half of
+// the requested gain.
 #pragma once
 
 #include <span>
@@ -33,12 +34,12 @@ class ShelfFilter {
     void filter(std::span<FilterFrame> frames, double gainDb);
     /// Applies `gainDb` at once and clears the filter's state.
     void restart(double gainDb);
-    /// Whether frames pass unchanged while the requested gain is 0 dB: the gain has reached it, and
-    /// the rest of earlier sound is below a thousandth of a sample.
+    /// Whether frames need not be filtered while the requested gain is 0 dB: the ramp to 0 dB is
+    /// complete, and the remaining effect of earlier sound is below a thousandth of a 16-bit step.
     [[nodiscard]] bool isTransparent() const;
 
-    /// From one end of a tone slider to the other in a tenth of a second: faster than a hand moves
-    /// it, and slow enough that the change of a loud tone does not click.
+    /// The gain moves from one end of a tone slider to the other in a tenth of a second: faster
+    /// than a user moves the slider, and slow enough that a loud tone does not click.
     static constexpr double rampDbPerSecond = 240;
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound card while a source has no frames, or the recording accepts none.
+// Tests the sound card while a source has no frames, or while the recording accepts none.
 #include "platform/linux/sound/sound_card.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ using fakes::PatternSource;
 
 using Frames = std::vector<StereoFrame>;
 
-/// The frames of a recording from its first to its last that is not silent.
+/// The frames of a recording without the silent ones at its beginning and end.
 Frames soundOf(const Frames& frames) {
     const auto audible = [](const StereoFrame& frame) {
         return frame != StereoFrame{};
@@ -47,7 +47,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
         losing.advance(1min);
         EXPECT_THAT(tape->frames(), IsSound(pattern(0, 1000)));
         EXPECT_TRUE(losing.active());
-        // From the next source of that line on it records again.
+        // The card records again when the line gets its next source.
         losing.attach(Line::compactDisc, std::make_shared<PatternSource>(441), 1min);
         losing.advance(1min + 10ms);
         Frames both = pattern(0, 1000);
@@ -68,7 +68,7 @@ TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALostLineIsDetached) {
     EXPECT_EQ(recorder->size(), 441U + 44100U);
 }
 
-TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedAfterTheDiscsWasLost) {
+TEST_F(StarvingSoundCardTest, AnotherLineIsRecordedAfterTheDiscsLineWasLost) {
     card.setRecordingSource(RecordingSource::waveOut);
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.attach(Line::waveOut, disc, 0s);
@@ -98,7 +98,7 @@ TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhileItsSourceStarves) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, SkipsTheTimeForWhichAStarvingSourceStopsIt) {
+TEST_F(StarvingSoundCardTest, SkipsTheTimeDuringWhichAStarvingSourceStopsIt) {
     disc->allow(100);
     card.startRecording(recorder, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
@@ -157,7 +157,7 @@ TEST_F(StarvingSoundCardTest, PlaysFramesPulledFromALineBeforeItWasDetached) {
     EXPECT_THAT(recorder->frames(), IsSound(expected));
 }
 
-/// The disc plays beside a line that has 100 frames and then starves, for more than one block.
+/// The disc plays while another line has only 100 frames and then starves for more than one block.
 class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
   protected:
     void SetUp() override {
@@ -167,7 +167,7 @@ class DiscWithAStarvingLineTest : public StarvingSoundCardTest {
         card.attach(Line::compactDisc, disc, 0ns);
         card.advance(50ms);
     }
-    /// The frames of the disc that it has counted; the recorder has received the same number.
+    /// The frames that the disc counts as played; the recorder must have received exactly these.
     [[nodiscard]] Frames counted() const {
         return pattern(0, static_cast<std::size_t>(disc->position()));
     }
@@ -196,7 +196,7 @@ TEST_F(DiscWithAStarvingLineTest, LosesNothingOfADiscThatIsDetachedAndAttachedAg
     EXPECT_THAT(recorder->frames(), IsSound(counted()));
 }
 
-TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhateverOtherLinesStarve) {
+TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhileAnyOtherLinesStarve) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         SoundCard starving;
         const auto tape = std::make_shared<MemorySink>();
@@ -211,7 +211,8 @@ TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhateverOtherLinesStarve) {
         starving.attach(Line::waveOut, tune, now);
         starving.attach(Line::externalInput, input, now);
         for (int part = 0; part < 20; ++part) {
-            // As a track is captured and paused, in either order.
+            // As at the end or a pause of a track: the recording stops and the disc is detached, in
+            // either order.
             starving.startRecording(tape, now);
             starving.attach(Line::compactDisc, source, now);
             for (auto blocks = random() % 10; blocks > 0; --blocks) {
@@ -231,7 +232,7 @@ TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhateverOtherLinesStarve) {
     }
 }
 
-/// Accepts as many frames as the test sets its space to.
+/// Accepts only as many frames as the test allows.
 class NarrowSink : public MemorySink {
   public:
     std::size_t space = 0;
@@ -267,7 +268,7 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is played as it is recorded";
 }
 
-TEST_F(FullRecordingTest, StopsNothingOnceItHasEnded) {
+TEST_F(FullRecordingTest, StopsNothingAfterItsEnd) {
     card.startRecording(narrow, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
     card.stopRecording(10ms);
@@ -276,7 +277,7 @@ TEST_F(FullRecordingTest, StopsNothingOnceItHasEnded) {
     EXPECT_EQ(narrow->size(), 0U);
 }
 
-TEST_F(FullRecordingTest, RecordsTheDiscsFramesHoweverSpaceBecomesFree) {
+TEST_F(FullRecordingTest, RecordsTheDiscsFramesWhenSpaceBecomesFreeInAnyPattern) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SoundCard held;
         const auto tape = std::make_shared<NarrowSink>();

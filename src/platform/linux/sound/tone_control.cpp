@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::size_t chunkFrames = 128;
 
-/// How fast an attenuated sound recovers. Slow compared with the lowest tones, whose peaks, 10 ms
-/// apart at 50 Hz, are then flattened by no more than 0.1 dB.
+/// How fast an attenuated sound recovers. This is slow compared with low tones: at 50 Hz, peaks are
+/// 10 ms apart, and the gain changes by no more than 0.1 dB between them.
 constexpr double recoveryDbPerSecond = 10;
 const double recoveryForEachFrame = std::pow(10.0, recoveryDbPerSecond / 20 / frameRate);
 
@@ -49,8 +49,8 @@ void ToneControl::apply(std::span<WideFrame> frames) {
     }
 }
 
-/// `boosted`: peaks attenuate the sound. Without a boost it only recovers: lines whose sum is too
-/// loud are clipped as they are at neutral sliders.
+/// If `boosted`, peaks attenuate the sound. Without a boost the sound only recovers from earlier
+/// attenuation: a sum of lines that is too loud is clipped, as it is at neutral sliders.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const FilterFrame& frame = frames[i];

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Bass and treble of the speakers: two shelf filters, and the headroom that a boost needs. With
-// both sliders in the middle samples pass unchanged. Recorded sound is never affected.
+// both sliders in the middle, samples are unchanged. Recorded sound is never affected.
 //
-// Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated only as far as
-// its peak needs, and recovers slowly, so a loud sound with a boost is not clipped; a sound that
-// fits is not attenuated.
+// Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated until its peak
+// fits, and recovers slowly. So a loud sound with a boost is not clipped, and a sound that fits is
+// not attenuated.
 #pragma once
 
 #include <atomic>
@@ -20,12 +20,13 @@ class ToneControl {
     // Sliders run from 0 to highest; the middle is neutral.
     static constexpr int middle = 32768;
     static constexpr int highest = 65535;
-    /// The gain of a shelf at the ends of its slider: 12 dB down at 0, 12 dB up (less 0.0004) at
-    /// highest, and in proportion in between. 12 dB is four times the amplitude: more is not needed
-    /// to correct loudspeakers or a room, and would overload small speakers.
+    /// The gain of a shelf is proportional to the slider's distance from the middle: -12 dB at 0,
+    /// and +12 dB (less 0.0004 dB) at highest. 12 dB is four times the amplitude; more is not
+    /// needed to correct loudspeakers or a room, and would overload small speakers.
     static constexpr double spanDb = 12;
-    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. Corners one
-    /// octave from there give 11 dB at these frequencies, and change 1 kHz by less than 0.1 dB.
+    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. With corners
+    /// one octave from these frequencies, towards the middle, the gain there is 11 dB, and less
+    /// than 0.1 dB at 1 kHz.
     static constexpr double bassCornerHz = 200;
     static constexpr double trebleCornerHz = 5000;
 
@@ -44,7 +45,7 @@ class ToneControl {
     /// Filters `frames` in place. After a change of a slider the gain is a ramp. The result fits
     /// into 16 bits.
     void apply(std::span<WideFrame> frames);
-    /// Starts a new sound: applies the sliders' positions at once.
+    /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();
 
   private:

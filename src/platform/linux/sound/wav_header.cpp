@@ -63,7 +63,7 @@ std::vector<std::uint8_t> rf64Header(const WavFormat& format, std::int64_t sampl
     header.number(bytesAfterSize + sampleBytes, 8);
     header.number(sampleBytes, 8);
     header.number(sampleBytes / (format.channels * sampleWidth), 8);
-    header.number(0, 4); // no further sizes
+    header.number(0, 4); // the number of further sizes
     header.format(format);
     header.sign("data");
     header.number(inOtherChunk, 4);

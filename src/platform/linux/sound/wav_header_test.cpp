@@ -11,7 +11,7 @@
 namespace sonarith::sound {
 namespace {
 
-/// How libsndfile reads a file with this header and `bytes` bytes of samples.
+/// What libsndfile reads from a file with this header and `bytes` bytes of samples.
 SF_INFO readBack(const std::vector<std::uint8_t>& header, std::size_t bytes) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "a.wav", std::ios::binary)

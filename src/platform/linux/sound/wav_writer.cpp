@@ -11,7 +11,7 @@
 
 namespace sonarith::sound {
 
-// A WAV's samples are stored with the lowest byte first, and are written with their memory layout.
+// Samples are written as they are in memory, and a WAV requires little-endian samples.
 static_assert(std::endian::native == std::endian::little);
 
 namespace {
@@ -39,7 +39,7 @@ std::size_t WavWriter::append(std::span<const std::int16_t> samples) {
     return written / sizeof(std::int16_t);
 }
 
-/// Returns how many bytes were written; all of them, or errorNumber_ has the reason.
+/// Returns how many bytes were written. If that is less than all, errorNumber_ contains the reason.
 std::size_t WavWriter::write(std::span<const std::byte> bytes, std::int64_t offset) {
     std::size_t done = 0;
     while (done < bytes.size()) {

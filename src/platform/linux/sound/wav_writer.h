@@ -14,7 +14,7 @@ namespace sonarith::sound {
 
 enum class Channels { mono = 1, stereo = 2 };
 
-/// In a file with this number of channels.
+/// The number of sample bytes of a frame in a file with these channels.
 [[nodiscard]] constexpr std::int64_t bytesPerFrame(Channels channels) {
     return static_cast<std::int64_t>(channels) * static_cast<std::int64_t>(sizeof(std::int16_t));
 }
@@ -27,8 +27,8 @@ class WavWriter {
     /// Writes the header for `sampleBytes` bytes of samples; may be called again when the number
     /// has changed. False on failure.
     [[nodiscard]] bool writeHeader(std::int64_t sampleBytes);
-    /// Appends interleaved samples. Returns how many whole ones were written: fewer than passed is
-    /// a failure, after which nothing may be appended.
+    /// Appends interleaved samples. Returns the number of whole samples written. If it is less than
+    /// the number passed, the write has failed and nothing more may be appended.
     [[nodiscard]] std::size_t append(std::span<const std::int16_t> samples);
     /// The errno value of the last failure.
     [[nodiscard]] int errorNumber() const { return errorNumber_; }

@@ -29,7 +29,7 @@ class WavWriterTest : public testing::Test {
     const std::vector<std::int16_t> samples{1, -2, INT16_MAX, INT16_MIN};
 };
 
-TEST_F(WavWriterTest, WritesThePlainHeaderThatEverythingReads) {
+TEST_F(WavWriterTest, WritesThePlainHeader) {
     WavWriter writer(file, Channels::stereo, WavForm::plain);
     EXPECT_TRUE(writer.writeHeader(0));
     EXPECT_EQ(writer.append(samples), 4U);
@@ -38,7 +38,7 @@ TEST_F(WavWriterTest, WritesThePlainHeaderThatEverythingReads) {
     ASSERT_EQ(static_cast<std::int64_t>(bytes.size()), wavHeaderBytes + 8);
     EXPECT_EQ(bytes.substr(0, 8), std::string("RIFF\x2C\0\0\0", 8));
     EXPECT_EQ(bytes.substr(8, 8), "WAVEfmt ");
-    // Chunk of 16 bytes, format 1 (PCM), 2 channels.
+    // A chunk of 16 bytes: format 1 (PCM), 2 channels.
     EXPECT_EQ(bytes.substr(16, 8), std::string("\x10\0\0\0\x01\0\x02\0", 8));
     EXPECT_EQ(bytes.substr(36), std::string("data\x08\0\0\0\x01\0\xFE\xFF\xFF\x7F\0\x80", 16));
     const auto wav = fakes::readWav(path);

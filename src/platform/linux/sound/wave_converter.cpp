@@ -86,7 +86,7 @@ void WaveConverter::resample(std::size_t samples) {
     data.input_frames = static_cast<long>(samples / channels_);
     data.src_ratio = ratio_;
     do {
-        // Never more than fits after the output of this block so far.
+        // The output must fit into the space that this block's earlier output has left.
         const std::size_t room = (bytes_.size() - bytesUsed_) / frameBytes();
         data.data_out = output_.data();
         data.output_frames = static_cast<long>(room);

@@ -17,14 +17,14 @@ namespace sonarith::sound {
 
 class WaveConverter {
   public:
-    /// Empty for a format that is inconsistent, not PCM, with other than 1 or 2 channels and 8 or
-    /// 16 bits, or with a rate that no sound card has (below 4000 or above 192000 Hz).
+    /// Null if the format is inconsistent or is not PCM, if it does not have 1 or 2 channels of 8
+    /// or 16 bits, or if no sound card has its rate (below 4000 or above 192000 Hz).
     [[nodiscard]] static std::unique_ptr<WaveConverter> create(const WaveFormat& format);
 
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
     /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
-    /// milliseconds late; its amount matches the rate over time. Never allocates.
+    /// milliseconds late; the number of frames matches the rate on average. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.
@@ -43,8 +43,8 @@ class WaveConverter {
     std::size_t channels_;
     std::size_t bytesPerSample_;
     double ratio_;        ///< the format's rate divided by the card's
-    Resampler resampler_; ///< null: the rate is the card's
-    // Fixed size: for the largest block, in samples.
+    Resampler resampler_; ///< null if the rate is the card's
+    // These buffers have a fixed size, in samples, which is enough for the largest block.
     std::vector<std::int16_t> samples_;
     std::vector<float> input_;
     std::vector<float> output_;

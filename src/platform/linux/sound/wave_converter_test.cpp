@@ -102,7 +102,7 @@ TEST_P(WaveConverterRate, KeepsLengthAndLevelOfATone) {
 INSTANTIATE_TEST_SUITE_P(Rates, WaveConverterRate,
                          testing::Values(4000, 8000, 11'025, 44'099, 48'000, 192'000));
 
-TEST(WaveConverter, RemovesFrequenciesBeyondTheRate) {
+TEST(WaveConverter, RemovesFrequenciesThatTheRateCannotRepresent) {
     const auto converter = WaveConverter::create(pcmFormat(1, 8000, 8));
     fakes::ToneSource tone(7000, 20'000);
     Frames block(blockFrames);

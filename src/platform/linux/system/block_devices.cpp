@@ -12,7 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A disk below a volume below an encryption: three levels. More would be a cycle.
+/// An encryption on a volume on a disk has three levels. A stack deeper than this limit must be a
+/// cycle.
 constexpr int deepestStack = 8;
 
 bool holdsOne(const fs::path& file) {
@@ -29,7 +30,7 @@ std::optional<std::string> BlockDevices::nameOf(const MountPoint& mount) const {
     if (!failed) {
         return device.filename().string();
     }
-    // File systems on several devices have a device number of their own, and name one of these
+    // A file system on several devices has a device number of its own; its source is one of these
     // devices.
     constexpr std::string_view devices = "/dev/";
     if (!mount.source.starts_with(devices)) {
@@ -52,12 +53,12 @@ bool BlockDevices::isRemovable(const std::string& name, int depth) const {
         return false;
     }
     if (fs::exists(device / "partition", failed)) {
-        device = device.parent_path(); // partitions have no flag
+        device = device.parent_path(); // only the whole disk has the flag
     }
     if (holdsOne(device / "removable")) {
         return true;
     }
-    // The folder lists the devices below a mapped device.
+    // For a mapped device, "slaves" contains the devices below it.
     for (fs::directory_iterator part(device / "slaves", failed), end; !failed && part != end;
          part.increment(failed)) {
         if (isRemovable(part->path().filename().string(), depth + 1)) {

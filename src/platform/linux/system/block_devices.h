@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the kernel and the device manager report about the block device below a mount. It opens no
-// device: one that hangs or sleeps is neither waited for nor woken.
+// Reads what the kernel and the device manager report about the block device of a mount. It opens
+// no device, so it neither waits for a hanging device nor wakes a sleeping one.
 #pragma once
 
 #include <optional>
@@ -18,8 +18,8 @@ class BlockDevices {
 
     /// The kernel's name of the device ("sda1", "dm-0"); empty for a mount without one.
     [[nodiscard]] std::optional<std::string> nameOf(const MountPoint& mount) const;
-    /// The kernel's removable flag: that of the whole disk of a partition, or of a disk below a
-    /// mapped device (encryption, volumes).
+    /// The kernel's removable flag. For a partition it is the flag of the whole disk; for a mapped
+    /// device (encryption, volumes) it is true if a disk below is removable.
     [[nodiscard]] bool isRemovable(const std::string& name) const;
 
     /// The file system's label; empty for none.
@@ -35,7 +35,8 @@ class BlockDevices {
     std::string disks_;
 };
 
-/// Decodes a name below /dev/disk, in which the device manager writes special bytes as \x20.
+/// Decodes a name below /dev/disk: the device manager writes special bytes in hexadecimal, a space
+/// as \x20.
 [[nodiscard]] std::string plainDiskName(const std::string& text);
 
 } // namespace sonarith::system_information

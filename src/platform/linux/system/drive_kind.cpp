@@ -15,8 +15,9 @@ bool isOneOf(const std::array<std::string_view, Count>& types, const std::string
 }
 
 bool isOptical(const MountPoint& mount) {
-    // 11 is the kernel's device number of optical drives (its devices.txt). Memory sticks may have
-    // the second type; only discs and their images have the first.
+    // 11 is the kernel's major device number of optical drives (devices.txt in its documentation).
+    // The type "udf" is not checked: memory sticks may have it, too, but only discs and their
+    // images have "iso9660".
     return mount.device.starts_with("11:") || mount.fileSystemType == "iso9660";
 }
 
@@ -46,9 +47,9 @@ DriveKind driveKindOf(const MountPoint& mount, const BlockDevices& devices) {
     }
     const auto device = devices.nameOf(mount);
     if (!device) {
-        // No device of its own: a pool of disks, a folder that a program encrypts, or a tmpfs. The
-        // kernel does not treat a tmpfs as a RAM disk either: it takes the space for its files from
-        // memory and swap, and has a size limit that can be monitored.
+        // The mount has no device of its own: it is a folder of a server, a pool of disks, a folder
+        // that a program encrypts, or a tmpfs. A tmpfs is no RAM disk: its files are in memory and
+        // swap, and it has a size limit that can be monitored.
         return isRemote(mount) ? DriveKind::network : DriveKind::fixed;
     }
     if (device->starts_with("ram") || device->starts_with("zram")) {

@@ -49,7 +49,7 @@ TEST_F(DriveKindTest, FollowsTheKernelsFlagOfTheWholeDisk) {
     EXPECT_EQ(kindOf("udf", "8:1"), DriveKind::removable); // a stick formatted like a disc
 }
 
-TEST_F(DriveKindTest, FollowsItThroughMappedDevices) {
+TEST_F(DriveKindTest, FollowsTheFlagThroughMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:0"), DriveKind::removable);
     EXPECT_EQ(kindOf("ext4", "253:1"), DriveKind::fixed);
     EXPECT_EQ(kindOf("ext4", "253:2"), DriveKind::removable);
@@ -63,7 +63,7 @@ TEST_F(DriveKindTest, ToleratesACycleOfMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:8"), DriveKind::fixed);
 }
 
-TEST_F(DriveKindTest, OfAFileSystemWithItsOwnNumberIsThatOfItsSource) {
+TEST_F(DriveKindTest, OfAFileSystemWithItsOwnDeviceNumberIsThatOfItsSource) {
     std::filesystem::create_directories(sys / "dev");
     // A source below /dev that does not exist is ignored.
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/no-such-disk"), DriveKind::fixed);
@@ -94,7 +94,7 @@ TEST_F(DriveKindTest, OfAServersFolderIsNetwork) {
         const bool known = std::string(type) != "webdavfs.fuse";
         EXPECT_EQ(kindOf(type, "0:50"), known ? DriveKind::network : DriveKind::fixed) << type;
     }
-    // An unknown type, but with a host.
+    // The type is unknown, but the source contains a host.
     EXPECT_EQ(kindOf("fuse", "0:50", "https://host/dav"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "host:/folder"), DriveKind::network);
     EXPECT_EQ(kindOf("newfs", "0:50", "//host/share"), DriveKind::network);

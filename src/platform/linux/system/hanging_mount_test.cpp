@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A real mount whose calls never return: a FUSE file system without a process that serves its
-// requests. Only where a test may mount.
+// Tests a real mount whose calls never return: a FUSE file system without a process that serves its
+// requests. Skipped if the user may not mount.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -34,7 +34,8 @@ int threadsNow() {
     return count;
 }
 
-/// The descriptor serves the mount; -1 on failure.
+/// Mounts a FUSE file system and returns its descriptor, on which no request is ever served; -1 on
+/// failure.
 int mountUnserved(const std::string& point) {
     const int device = ::open("/dev/fuse", O_RDWR | O_CLOEXEC);
     if (device < 0 || !test::leaveSharedMounts()) {
@@ -80,12 +81,12 @@ int lookAtAHangingMount(const std::string& point) {
         }
     }
     for (int patience = 0; patience < 5000 && threadsNow() > threadsBefore + 1; ++patience) {
-        ::usleep(1000); // those that were late on a busy machine end
+        ::usleep(1000); // threads whose calls were only late on a busy machine end
     }
     if (information.unanswered() != 1 || threadsNow() != threadsBefore + 1) {
         return 5;
     }
-    ::close(device); // the kernel fails the waiting call
+    ::close(device); // the kernel ends the waiting call with an error
     for (int patience = 0; patience < 5000 && information.unanswered() > 0; ++patience) {
         ::usleep(1000);
     }

@@ -24,7 +24,7 @@ namespace {
 
 using namespace system_information;
 
-/// What the interface allows any of its members.
+/// The longest time of a call, as SystemInformation requires.
 constexpr Waiting::Duration patience{100};
 
 std::string textOfFile(const std::string& path) {
@@ -32,13 +32,13 @@ std::string textOfFile(const std::string& path) {
     return (std::stringstream() << file.rdbuf()).str();
 }
 
-/// With a terminating NUL, as in a fixed buffer.
+/// Appends a terminating NUL, which the interface's texts contain.
 std::string withNul(std::string text) {
     text.push_back('\0');
     return text;
 }
 
-/// Some FUSE file systems report sizes that overflow every number.
+/// Limited to the largest number, since some FUSE file systems report sizes that overflow.
 std::int64_t product(std::uint64_t blocks, std::uint64_t blockBytes) {
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     const bool fits = blockBytes == 0 || blocks <= most / blockBytes;
@@ -132,8 +132,8 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // Several drives of one mount hang together. Another mount on the same mount point is a
-    // different object.
+    // Drives on one mount hang together, so they share one object. A later mount at the same mount
+    // point is a different object.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });
@@ -168,8 +168,8 @@ MemoryStatus LinuxSystemInformation::memoryStatus() const {
 }
 
 ProcessorInformation LinuxSystemInformation::processor() const {
-    // The newest processor number for which the product has a name; these processors are compatible
-    // with it.
+    // The newest processor type for which the product has a name; all x86 processors in use are
+    // compatible with it.
 #if defined(__x86_64__) || defined(__i386__)
     constexpr int type = 586;
 #else
@@ -202,7 +202,7 @@ std::string LinuxSystemInformation::folderText(const std::string& machinePath) c
 }
 
 std::optional<std::string> LinuxSystemInformation::tempFolder() const {
-    // The system's own variable for it; only an absolute path is used.
+    // TMPDIR is the system's variable for this folder; a relative path is ignored.
     const char* named = std::getenv("TMPDIR");
     return folderText(named != nullptr && *named == '/' ? named : "/tmp");
 }
@@ -212,7 +212,7 @@ std::optional<std::string> LinuxSystemInformation::systemFolder() const {
 }
 
 std::optional<std::string> LinuxSystemInformation::windowsFolder() const {
-    return folderText("/usr"); // all that the system itself has installed
+    return folderText("/usr"); // everything that the system itself has installed
 }
 
 std::optional<std::string> LinuxSystemInformation::computerName() const {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Information about a Linux machine, its drives and its user. It neither assigns letters to mounts
-// nor creates texts of the product.
+// Returns information about a Linux machine, its drives and its user. It neither assigns letters to
+// mounts nor creates texts for the user.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,7 @@
 
 namespace sonarith {
 
-/// The files of the kernel and the device manager; other paths in tests.
+/// The files of the kernel and the device manager; tests use other paths.
 struct InformationPlaces {
     std::string mountList = "/proc/self/mountinfo";
     std::string memory = "/proc/meminfo";
@@ -27,22 +27,22 @@ struct InformationPlaces {
     std::string disks = "/dev/disk";
 };
 
-/// The sizes of the file system that contains a machine path; empty if the call fails. It may never
-/// return.
+/// The sizes of the file system that contains a machine path; empty if that fails. The call may
+/// never return.
 [[nodiscard]] std::optional<DiskSpace> spaceOf(const std::string& machinePath);
 
 /// A drive is a letter with its folder. Queries that may hang run on a separate thread: the sizes
 /// of a mount, and the user's name, which may come from a server.
 class LinuxSystemInformation final : public SystemInformation {
   public:
-    /// The drives that there are now. Called when the kernel's list of mounts has changed.
+    /// Returns the current drives. Called when the kernel's list of mounts has changed.
     using Drives = std::function<std::vector<Drive>()>;
-    /// Translates an absolute machine path to the logic's.
+    /// Translates an absolute machine path to the logic's form.
     using ToLogic = std::function<std::string(const std::string&)>;
     /// As spaceOf(). Called on another thread, which may outlive this.
     using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;
 
-    /// What may hang is waited for with `threads` and `waiting`, which outlive this.
+    /// Queries that may hang use `threads` and `waiting`, which must outlive this.
     LinuxSystemInformation(waiting::WorkerThreads& threads, Waiting& waiting, Drives drives,
                            ToLogic toLogic, const InformationPlaces& places = {},
                            SpaceReader readSpace = spaceOf);
@@ -51,8 +51,8 @@ class LinuxSystemInformation final : public SystemInformation {
                                                   std::size_t size) const override;
     [[nodiscard]] std::optional<DiskSpace> diskSpace(const std::string& root) const override;
     [[nodiscard]] DriveKind driveKind(const std::string& root) const override;
-    /// The serial number is the end of the file system's UUID: all of it if it has eight digits,
-    /// and the part that other systems show if it has sixteen.
+    /// The serial number is the last eight digits of the file system's UUID: the whole UUID if it
+    /// has eight digits, and the part that other systems show if it has sixteen.
     [[nodiscard]] std::optional<VolumeInformation>
     volumeInformation(const std::string& root) const override;
     [[nodiscard]] MemoryStatus memoryStatus() const override;
@@ -66,7 +66,8 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> computerName() const override;
     [[nodiscard]] std::optional<std::string> userName() const override;
 
-    /// Mounts that have not responded yet, each of which occupies one thread.
+    /// The number of objects (mounts, or the account) whose call has not returned yet. Each of them
+    /// occupies one thread.
     [[nodiscard]] std::size_t unanswered() const { return calls_.unanswered(); }
 
   private:
@@ -84,7 +85,7 @@ class LinuxSystemInformation final : public SystemInformation {
     mutable system_information::PatientCalls calls_;
 };
 
-/// The last eight hexadecimal digits of a text, as a number; fewer if it has fewer.
+/// The last eight hexadecimal digits of a text, or all of them if there are fewer, as a number.
 [[nodiscard]] std::uint32_t serialNumberIn(const std::string& uuid);
 
 } // namespace sonarith
