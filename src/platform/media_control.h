@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The media control string interface: the logic controls disc, recorder and clip devices by command
-// strings. Interface only; the Linux machine's interpreter implements it.
+// strings. Interface only; implemented by the command interpreter for Linux.
 #pragma once
 
 #include <algorithm>
@@ -13,8 +13,9 @@ namespace sonarith {
 /// Status of a command that succeeded; every other value is an error number.
 inline constexpr int mciSuccess = 0;
 
-/// A fixed reply buffer of the caller, filled like those of the command interface: the reply, cut
-/// to size - 1 bytes, followed by a NUL. The bytes after that NUL keep their old values.
+/// A reply buffer of fixed size, owned by the caller. As in the classic command interface it
+/// receives the reply, cut to size - 1 bytes, and a NUL. The bytes after that NUL keep their old
+/// values.
 class ReplyBuffer {
   public:
     /// A buffer of `size` blanks without a NUL.
@@ -39,7 +40,7 @@ class MediaControl {
   public:
     virtual ~MediaControl() = default;
     /// Executes one command. Returns mciSuccess or an error number. `reply`, if given, is always
-    /// written: the answer, or an empty text if the command failed or has no answer.
+    /// written: it receives the reply, or an empty text if the command failed or has no reply.
     virtual int sendString(std::string_view command, ReplyBuffer* reply) = 0;
     int sendString(std::string_view command) { return sendString(command, nullptr); }
     /// The text for an error number; empty for an unknown number.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer of the sound card as the logic sees it: lines by the type of their connection, the
-// controls of a line by their type, and the value of a control. Interface only; no samples pass
-// through it.
+// The interface through which the logic uses the sound card's mixer: it finds a line by the type of
+// its connection and a control of a line by its type, and reads and writes a control's value.
+// Interface only; it handles no samples.
 //
 // Life cycle: open() returns a handle, which is never closed; any number may be open. All other
 // members take such a handle. Used on the logic thread only; no member waits for the card.

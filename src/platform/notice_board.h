@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the most recent notices to the user and shows each cause once. It has no display of its
-// own: views read it when they are notified.
+// Stores the most recent notices to the user, one for each cause that holds. It displays nothing:
+// views read the texts when they are notified.
 #pragma once
 
 #include <cstddef>
@@ -35,7 +35,7 @@ class NoticeBoard final : public Notices {
 
     mutable std::mutex mutex_;
     std::deque<std::string> texts_;
-    std::set<std::string> causes_; ///< the causes that hold now
+    std::set<std::string> causes_; ///< the causes that hold at present
     std::function<void(const std::string&)> onPosted_;
 };
 

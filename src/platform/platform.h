@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// References to everything outside that the logic uses: one struct to pass, for the real machine or
-// for a test's. It owns nothing and has no behaviour.
+// References to all interfaces through which the logic uses the machine: one struct to pass, with
+// the real implementations or with a test's. It owns nothing and has no behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -21,7 +21,8 @@
 
 namespace sonarith {
 
-/// All members of these interfaces are for the logic's thread, unless their header says otherwise.
+/// All members of these interfaces are called on the logic's thread only, unless their header says
+/// otherwise.
 /// Initialized by member names: Platform{.loop = loop, .media = media, ...}.
 struct Platform {
     EventLoop& loop;

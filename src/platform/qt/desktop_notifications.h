@@ -18,8 +18,9 @@ class DesktopNotifications {
     DesktopNotifications(const DesktopNotifications&) = delete;
     DesktopNotifications& operator=(const DesktopNotifications&) = delete;
 
-    /// Sends a notification and returns at once. The bus may hang, so a thread of its own talks to
-    /// it. While that thread waits, or cannot be started, only the last text is kept for it.
+    /// Sends a notification and returns at once. The bus may hang, so a separate thread sends
+    /// the text. While that thread waits for the bus, or cannot be started, only the most recent
+    /// text is kept.
     void send(const QString& text);
 
   private:

@@ -6,10 +6,10 @@
 namespace sonarith {
 namespace {
 
-TEST(DesktopNotifications, TryAgainWithTheNextTextIfTheSystemHasNoThread) {
+TEST(DesktopNotifications, TryAgainWithTheNextTextIfNoThreadCanBeCreated) {
     bool hasThreads = false;
     int asked = 0;
-    // Talks to no bus: the bodies are not run.
+    // Uses no bus: the bodies of the threads are not run.
     DesktopNotifications notifications(
         QStringLiteral("Sonarith"), [&](const std::function<void()>&) -> Result<std::thread> {
             ++asked;
@@ -18,7 +18,7 @@ TEST(DesktopNotifications, TryAgainWithTheNextTextIfTheSystemHasNoThread) {
             }
             return std::thread([] {});
         });
-    EXPECT_EQ(asked, 0) << "nothing is to be sent";
+    EXPECT_EQ(asked, 0) << "no thread is needed before the first text";
     notifications.send(QStringLiteral("first"));
     notifications.send(QStringLiteral("second"));
     EXPECT_EQ(asked, 2);

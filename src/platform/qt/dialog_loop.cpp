@@ -57,8 +57,8 @@ std::vector<QDialog*>& running() {
     return dialogs;
 }
 
-/// The owner of a widget. A completer's list has no parent: its owner is the line that it
-/// completes, to which it passes its keys.
+/// The owner of a widget. A completer's list has no parent: its owner is the line edit that it
+/// completes, which is its focus proxy.
 const QWidget* ownerOf(const QWidget& widget) {
     if (widget.parentWidget() || widget.windowType() != Qt::Popup) {
         return widget.parentWidget();
@@ -67,7 +67,8 @@ const QWidget* ownerOf(const QWidget& widget) {
     return line && !widget.isAncestorOf(line) ? line : nullptr;
 }
 
-/// The dialog's own controls, lists and menus do, and so does a dialog that it opens.
+/// Whether `widget` receives input while `dialog` runs: true for the dialog's own controls, lists
+/// and menus, and for a dialog that it opens.
 bool takesInput(const QWidget& widget, const QDialog& dialog) {
     const QWidget* above = &widget;
     while (above && above != &dialog) {
@@ -96,15 +97,15 @@ class InputGuard : public QObject {
             return false;
         }
         if (isPress(event->type())) {
-            // The pressed window may cover the dialog that it waits for.
+            // The pressed window may cover the dialog that blocks it.
             bringToFront(inFront);
         }
         return true;
     }
 
   private:
-    /// The widget that an event is for: the object itself, the widget that a window of the desktop
-    /// shows, or the owner of a shortcut or an action. Null if there is none.
+    /// The target widget of an event that `watched` receives: `watched` itself, the widget of a
+    /// native window, or the widget that owns a shortcut or an action. Null if there is none.
     [[nodiscard]] static const QWidget* widgetOf(const QObject* watched) {
         if (const auto* window = qobject_cast<const QWindow*>(watched)) {
             for (const QWidget* top : QApplication::topLevelWidgets()) {
@@ -121,7 +122,7 @@ class InputGuard : public QObject {
 };
 
 /// Notifies the windows and all their widgets that they are blocked, as Qt's own modal dialogs do:
-/// widgets that track the mouse stop, since they will not receive its release.
+/// widgets that track a pressed mouse button stop, since they will not receive its release.
 void notifyBlockedWindows(const QDialog& dialog) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != &dialog) {
@@ -144,7 +145,7 @@ int runDialog(QDialog& dialog) {
     dialog.raise();
     dialog.activateWindow();
     loop.exec();
-    // Dialogs opened after it have been answered already: their loops ran within this one.
+    // Dialogs that were opened later have finished: their loops ran within this one.
     running().pop_back();
     return dialog.result();
 }

@@ -95,7 +95,7 @@ TEST(RunDialog, OtherWindowsGetNoPointerEventsMeanwhile) {
     EXPECT_EQ(other.moves, 1);
 }
 
-TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
+TEST(RunDialog, OnlyShortcutsOfTheDialogWorkMeanwhile) {
     OtherWindow other;
     QShortcut theirs(Qt::Key_F10, &other);
     int others = 0;
@@ -105,7 +105,7 @@ TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
     int owns = 0;
     QObject::connect(&own, &QShortcut::activated, [&] { ++owns; });
     (void)runAnd(dialog, [&] {
-        // A press brings the dialog to the front; the other window has the focus each time.
+        // Each window is activated before its key, since a blocked press activates the dialog.
         other.activateWindow();
         QCoreApplication::processEvents();
         QTest::keyClick(&other, Qt::Key_F10);
@@ -121,7 +121,7 @@ TEST(RunDialog, ShortcutsOfOtherWindowsDoNothingMeanwhileAndItsOwnWork) {
     EXPECT_EQ(others, 1);
 }
 
-TEST(RunDialog, OpenMenusCloseBeforeItIsShown) {
+TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {
     OtherWindow other;
     CountingMenu menu(&other);
     CountingMenu below(&menu);
@@ -138,7 +138,7 @@ TEST(RunDialog, OpenMenusCloseBeforeItIsShown) {
     EXPECT_FALSE(menu.isVisible());
 }
 
-TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItIsTheDialogs) {
+TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItBelongsToTheDialog) {
     OtherWindow other;
     CountingMenu theirs(&other);
     QDialog dialog;
@@ -183,7 +183,7 @@ TEST(RunDialog, AListWithoutParentWorksIfItCompletesALineOfTheDialog) {
     });
 }
 
-TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
+TEST(RunDialog, APressOnAnotherWindowBringsTheDialogToTheFront) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] {
@@ -193,7 +193,8 @@ TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
             ASSERT_FALSE(dialog.isActiveWindow());
             moveOver(other);
             QCoreApplication::processEvents();
-            EXPECT_FALSE(dialog.isActiveWindow()) << "moving the pointer alone requests nothing";
+            EXPECT_FALSE(dialog.isActiveWindow())
+                << "a pointer movement must not activate the dialog";
             if (byKey) {
                 QTest::keyClick(&other.button, Qt::Key_Space);
             } else {
@@ -205,7 +206,7 @@ TEST(RunDialog, APressOnAnotherWindowBringsItToTheFront) {
     });
 }
 
-TEST(RunDialog, APressOnAnotherWindowRestoresItFromTheTaskBar) {
+TEST(RunDialog, APressOnAnotherWindowRestoresTheMinimizedDialog) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] {
@@ -265,7 +266,7 @@ TEST(RunDialog, OfTwoDialogsOnlyTheLaterOneReceivesInput) {
     EXPECT_EQ(clicks, 1);
 }
 
-/// As when another program comes to the front.
+/// Simulates another program that comes to the front.
 void leaveNoWindowActive() {
     {
         QWidget passing;
@@ -294,7 +295,7 @@ TEST(DialogParent, IsTheMainWindowWhileAnotherProgramIsInFront) {
     EXPECT_EQ(dialogParent(), &mainWindow);
 }
 
-TEST(DialogParent, IsNoWindowThatWouldCoverTheDialog) {
+TEST(DialogParent, IsNotAHiddenOrMinimizedWindow) {
     QMainWindow mainWindow;
     leaveNoWindowActive();
     EXPECT_EQ(dialogParent(), nullptr);
@@ -306,7 +307,7 @@ TEST(DialogParent, IsNoWindowThatWouldCoverTheDialog) {
     EXPECT_EQ(dialogParent(), nullptr);
 }
 
-TEST(DialogParent, IsTheDialogThatRunsWhicheverWindowIsActive) {
+TEST(DialogParent, IsTheRunningDialogWhicheverWindowIsActive) {
     QMainWindow mainWindow;
     mainWindow.show();
     QDialog dialog;

@@ -9,10 +9,10 @@
 
 namespace sonarith {
 
-/// The constructor starts the reading; the destructor waits for its end. The configuration belongs
-/// to the library, one per process: Qt would read it when it first measures a text, and then finds
-/// it ready. Reading it is half of the work of building the main window (counted in instructions);
-/// how much time is saved depends on a free core.
+/// The constructor starts a thread that reads the configuration; the destructor waits for its end.
+/// The configuration is stored in the font library, once per process. Qt would read it when it
+/// first measures a text; with this class it is already there. Reading it is half of the work of
+/// building the main window (counted in instructions); time is saved only if a core is free.
 class EarlyFonts {
   public:
     explicit EarlyFonts(const ThreadStarter& starter = startThread);
@@ -21,7 +21,7 @@ class EarlyFonts {
     EarlyFonts& operator=(const EarlyFonts&) = delete;
 
   private:
-    std::thread reader_; ///< none if the system has no thread left: Qt reads it then
+    std::thread reader_; ///< not started if the system cannot create a thread: then Qt reads it
 };
 
 } // namespace sonarith

@@ -17,7 +17,7 @@ TEST(EarlyFonts, ReadTheLibrarysConfigurationOnce) {
     EXPECT_EQ(FcConfigGetCurrent(), read);
 }
 
-TEST(EarlyFonts, AreLeftToTheLibraryIfTheSystemHasNoThread) {
+TEST(EarlyFonts, AreReadByTheLibraryIfNoThreadCanBeCreated) {
     const fakes::LimitedThreads threads(0);
     { const EarlyFonts fonts(threads.starter()); }
     EXPECT_EQ(threads.refused(), 1);

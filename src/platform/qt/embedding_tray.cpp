@@ -18,7 +18,7 @@ struct Free {
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, Free>;
 
-/// The screen given by DISPLAY; Qt uses no other.
+/// The number of the screen in DISPLAY, the only screen that Qt uses.
 int screenNumber() {
     char* host = nullptr;
     int display = 0;

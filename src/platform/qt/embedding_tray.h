@@ -6,8 +6,8 @@
 
 namespace sonarith {
 
-/// Asks the X server, which takes as long as any request of a window. Returns false on other
-/// displays.
+/// Whether such a panel runs. Sends a request to the X server and waits for its reply. Returns
+/// false if the display is not an X server.
 [[nodiscard]] bool embeddingTrayPresent();
 
 } // namespace sonarith

@@ -10,8 +10,8 @@
 
 namespace sonarith {
 
-/// Whether `notifier` belongs to an EndRequests: its activation means that a signal to end the
-/// program has arrived.
+/// Whether `notifier` belongs to an EndRequests. The activation of such a notifier means that a
+/// signal to end the program has arrived.
 [[nodiscard]] bool isEndRequest(const QObject& notifier);
 
 /// At most one instance per process; for the user-interface thread.

@@ -37,7 +37,7 @@ TEST_P(EndRequestsTest, RunTheEndWithinTheEventLoop) {
     EXPECT_EQ(saves, 0);
 }
 
-TEST_P(EndRequestsTest, LeaveTheSecondSignalToEndTheProcess) {
+TEST_P(EndRequestsTest, DoNotCatchTheSecondSignal) {
     const EndRequests requests(end, save);
     EXPECT_EXIT(
         {

@@ -21,8 +21,8 @@ enum class Treatment {
     refuse,   ///< dropped without a reply
 };
 
-/// Calls over the session bus, from assistive programs and from panels with a menu of this program.
-/// They run handlers as clicks do, and cannot be held.
+/// Whether `object` receives calls over the session bus, from assistive programs or from panels
+/// that show a menu of this program. Such calls run handlers as clicks do, and cannot be held.
 bool isCalledFromOutside(const QObject& object) {
     return object.inherits("QDBusVirtualObject") ||
            QByteArray(object.metaObject()->className()).startsWith("QDBus");
@@ -76,8 +76,9 @@ Treatment treatmentOf(const QObject& watched, QEvent::Type type) {
     }
 }
 
-/// The data belongs to the program that is the source of the drag and is destroyed after the drop.
-/// Other formats are omitted: that program would have to convert them now.
+/// Copies texts and file names. The original data belongs to the program that is the source of the
+/// drag and is destroyed after the drop. Other formats are omitted, since that program would have
+/// to convert them now.
 std::unique_ptr<QMimeData> copyOf(const QMimeData& data) {
     auto copy = std::make_unique<QMimeData>();
     if (data.hasUrls()) {
@@ -121,8 +122,8 @@ void HeldEvents::hold() {
 
 void HeldEvents::release() {
     holding_ = false;
-    // Uses a timer, so that a signal that has arrived is handled before the held events: every
-    // event loop handles the notifier of its pipe first.
+    // Delivers from a timer, so that a signal that has arrived is handled before the held events:
+    // every event loop handles the notifier of the signal's pipe before timers.
     handOut_.start(0, this);
 }
 
@@ -218,9 +219,8 @@ void HeldEvents::timerEvent(QTimerEvent*) {
         watching_ = false;
         return;
     }
-    // Restarts the timer, since a timer does not fire within its own event: a handler that is
-    // called here and yields receives the rest of the input in its yield, as it would from the
-    // window system.
+    // A timer does not fire within its own event, so it is restarted before the delivery: a handler
+    // that yields receives the remaining input in its yield, as it would from the window system.
     handOut_.start(0, this);
     deliver(takeNext());
 }

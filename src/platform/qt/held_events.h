@@ -20,18 +20,18 @@ namespace sonarith {
 /// For the user-interface thread.
 class HeldEvents final : private QObject {
   public:
-    /// Further events are dropped: the limit covers a minute of key repeat, or an hour of clicks on
-    /// a window that seems to hang.
+    /// Maximum number of held events; further ones are dropped. It is enough for a minute of key
+    /// repeat, or an hour of clicks on a window that seems to hang.
     static constexpr std::size_t mostHeld = 2000;
 
     HeldEvents() = default;
     ~HeldEvents() override;
 
-    /// From now on no input reaches a window or a control: mouse, keyboard, wheel, touch, drops,
-    /// calls from assistive programs, and requests to close, move, resize or activate a window; nor
-    /// does a notification of a socket. Touches become mouse input and are held as such. A drop is
-    /// accepted on behalf of the window, and only texts and file names of its data are kept. A call
-    /// from an assistive program gets no reply.
+    /// From now on windows and controls receive no input by mouse, keyboard, wheel or touch, no
+    /// drops, no calls from assistive programs, no requests to close, move, resize or activate a
+    /// window, and no notifications of sockets. Touches become mouse input and are held as such. A
+    /// drop is accepted on behalf of the window, and only texts and file names of its data are
+    /// kept. A call from an assistive program gets no reply.
     void hold();
 
     /// Ends hold(). The held events are delivered one after the other when control is back in an

@@ -41,7 +41,7 @@ std::string textOf(const QVariant& stored) {
     return stored.toString().toStdString();
 }
 
-/// The file itself if `path` is a link to it.
+/// The target if `path` is a symbolic link, otherwise `path`.
 QString fileMeantBy(const QString& path) {
     const QString real = QFileInfo(path).canonicalFilePath();
     return real.isEmpty() ? path : real;
@@ -69,7 +69,8 @@ IniValues valuesOf(const QSettings& file) {
 /// Returns the content that the file must have when it is read.
 IniValues writeUnchecked(const QString& path, const IniValues& values) {
     QSettings file(path, QSettings::IniFormat);
-    // Its lines have the order in which they are set: that of the names, for users who read it.
+    // The lines of the file have the order in which keys are set: sorted by name, for users who
+    // read it.
     std::vector<QString> names;
     for (const auto& [name, text] : values) {
         names.push_back(name);
@@ -82,7 +83,8 @@ IniValues writeUnchecked(const QString& path, const IniValues& values) {
     return valuesOf(file);
 }
 
-/// A file that lacks only its last byte would pass, and would count as torn later.
+/// The comparison of the values does not detect that only the last line end is missing, but
+/// checkStoreFile() would treat such a file as torn.
 bool endsWithALine(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) &&
@@ -97,7 +99,7 @@ void flushFolder(const QString& folder) {
     const int opened =
         ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (opened >= 0) {
-        ::fsync(opened); // a failure is ignored, as all are here
+        ::fsync(opened); // failures are ignored
         ::close(opened);
     }
 }
@@ -114,9 +116,9 @@ bool writeIniFile(const QString& path, const IniValues& values) {
     if (old.exists() && !old.isWritable()) {
         return false;
     }
-    // QSettings (6.4) renames its file to the target and reports success even if a full disk took
-    // only a part of it. So the file first gets another name, and is read again under a third one,
-    // because QSettings caches what it wrote under the second.
+    // QSettings (6.4) replaces its target and reports success even if a full disk stored only a
+    // part of the file. So the file is written under one temporary name and checked under another,
+    // because QSettings caches what it wrote under the first.
     static int writes = 0;
     const QString written = unfinishedName(target);
     const QString checked = written + QString::number(++writes);
@@ -135,8 +137,8 @@ bool writeIniFile(const QString& path, const IniValues& values) {
 }
 
 /// QSettings locks a file with a lock file while it writes. A process that is killed before it has
-/// written its number there leaves a lock that would delay the next process's first write for half
-/// a minute. The kernel's lock on that file shows whether a running process holds it.
+/// written its process number there leaves a lock that would delay the next process's first write
+/// by half a minute. The kernel's lock on that file shows whether a running process holds it.
 void removeUnfinishedIniFiles(const QString& path) {
     const QString written = unfinishedName(fileMeantBy(path));
     const QString lock = written + QStringLiteral(".lock");

@@ -12,12 +12,12 @@
 
 namespace sonarith {
 
-/// Values by "section/key". A value may contain any bytes. Hashed: a list of 10,000 paths is read
-/// key by key.
+/// Values by "section/key". A value may contain any bytes. A hash map, since a list of 10,000 paths
+/// is read key by key.
 using IniValues = std::unordered_map<QString, std::string>;
 
-/// A value that is not a text (a list, as which QSettings reads unquoted commas) is converted to
-/// one. A missing file has no values.
+/// A value that is not a text is converted to one: QSettings reads a value with unquoted commas as
+/// a list. A missing file has no values.
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
 /// Replaces the content of the file by these values. They are on the disk when the function

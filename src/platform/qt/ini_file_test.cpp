@@ -57,7 +57,7 @@ class IniFileTest : public testing::Test {
     const fs::path path = folder / "a.ini";
 };
 
-TEST_F(IniFileTest, HasItsLinesInTheOrderOfTheirNames) {
+TEST_F(IniFileTest, HasItsKeysSortedByName) {
     IniValues values;
     std::string expected = "[S]\n";
     for (char name = 'a'; name <= 'z'; ++name) {
@@ -93,8 +93,8 @@ TEST_F(IniFileTest, KeepsTheModeAndFollowsALink) {
 
 TEST_F(IniFileTest, DoesNotChangeAFileWithoutWritePermission) {
     write("[S]\na=1\n");
-    // A file of the superuser if the user runs the tests, and a write-protected file of the user's
-    // own if another program does.
+    // The unprivileged process cannot write the file: it belongs to the superuser if the superuser
+    // runs the tests, otherwise it is write-protected.
     fs::permissions(path, fs::perms(::geteuid() == 0 ? 0644 : 0444));
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] { return write({{"S/a", "2"}}) ? 1 : 0; }), 0);
@@ -106,8 +106,8 @@ TEST_F(IniFileTest, IsNotWrittenIntoAFolderThatIsMissing) {
     EXPECT_FALSE(writeIniFile(text(folder / "none/a.ini"), {{"S/a", "1"}}));
 }
 
-// QSettings alone replaced the old file by a part of the new one and reported success.
-TEST_F(IniFileTest, KeepsTheOldValuesIfTheNewOnesDoNotFit) {
+// QSettings without our checks replaced the old file by a part of the new one and reported success.
+TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     constexpr int values = 2000;
     IniValues many;
     for (int i = 0; i < values; ++i) {
@@ -137,7 +137,7 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheNewOnesDoNotFit) {
 
 TEST_F(IniFileTest, ContainsNothingOfAnEarlierFailedWrite) {
     fs::permissions(folder.path(), fs::perms(0777));
-    for (const rlim_t limit : {10, 1000}) { // the first does not even let QSettings lock it
+    for (const rlim_t limit : {10, 1000}) { // 10 is too small even for QSettings' lock file
         EXPECT_EQ(test::runUnprivileged([&] {
                       std::signal(SIGXFSZ, SIG_IGN);
                       rlimit size{};
@@ -179,7 +179,7 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
     EXPECT_GT(call, 20) << "at least two files, a lock, flushes and renames";
 }
 
-// An empty lock once held up the first write after a kill for 30 seconds.
+// An empty lock file would delay the first write after a kill by 30 seconds.
 TEST_F(IniFileTest, RemovesTheLockOfAKilledProcess) {
     write("[S]\na=1\n");
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished", "a.ini.unfinished7"}) {

@@ -22,8 +22,8 @@ QString settingName(const std::pair<std::string, std::string>& key) {
            QString::fromStdString(key.second);
 }
 
-/// The file's content; empty if it cannot be read. For anything but a regular file, one byte that
-/// no settings file contains.
+/// The file's content; nothing if it cannot be read. For anything but a regular file, a single NUL,
+/// which no settings file contains.
 std::optional<QByteArray> bytesOf(const QString& path) {
     // Avoids waiting for the other end if the file is a pipe.
     const int opened =
@@ -48,8 +48,8 @@ std::optional<QByteArray> bytesOf(const QString& path) {
 
 /// Renames the file to a new name beside the old one; never to an existing name.
 bool putAside(const QString& path) {
-    // A bound, so that a folder full of such names cannot block the start. A thousand damaged files
-    // are not expected.
+    // A limit, so that a folder full of such names does not delay the start. More than a thousand
+    // damaged files are not expected.
     constexpr int mostKept = 1000;
     for (int number = 1; number <= mostKept; ++number) {
         const QString aside = path + QStringLiteral(".damaged-%1").arg(number);
@@ -138,7 +138,7 @@ void IniSettingsStore::saveChanges() {
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
         read(); // another program has written or removed the file
     } else if (state_ == State::written && withChanges() == onDisk_) {
-        return; // already on disk: avoids waiting for the disk, since each start saves many values
+        return; // already on disk; each start saves many values and must not wait for the disk
     }
     if (state_ != State::untouchable) {
         writeOut();

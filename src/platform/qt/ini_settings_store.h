@@ -74,7 +74,7 @@ class IniSettingsStore final : public SettingsStore {
     /// State and content of the file after this object last read or wrote it.
     Stamp stamp_;
     IniValues onDisk_;
-    /// What this run has saved, or deleted (no value). It is valid whatever happens to the file.
+    /// The values that this run has saved; no value for a deleted key. They override the file.
     std::map<Key, std::optional<std::string>> changes_;
     int transactions_ = 0; ///< nesting depth
     bool changesWait_ = false;

@@ -48,7 +48,7 @@ class IniSettingsStoreTest : public ::testing::Test {
         fs::create_directories(file().parent_path());
         std::ofstream(file(suffix)) << content;
     }
-    /// Of the folders as they are now.
+    /// Changes the permissions of the existing folders only, not of folders created later.
     void letEverybodyWrite() const {
         for (const fs::path& path : {temp_.path(), temp_ / "config", temp_ / "config/sonarith"}) {
             fs::permissions(path, fs::perms::all);
@@ -160,7 +160,7 @@ TEST_F(IniSettingsStoreTest, RewritesTheFileIfItWasRemovedDuringTheRun) {
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
 }
 
-TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenUntilItCan) {
+TEST_F(IniSettingsStoreTest, ReportsWhenItCannotBeWrittenAndWhenItCanAgain) {
     const fs::path place = temp_ / "settings";
     std::ofstream(place) << "a file at the path of the folder";
     test::FakeNotices notices;
@@ -354,7 +354,7 @@ TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
         const int kept = std::stoi(get(next, "first"));
         EXPECT_GE(kept, acknowledged);
         EXPECT_THAT(get(next, "filler"), AnyOf(filler(kept), filler(kept - 1)));
-        save(next, "after", "the kill"); // files of the killed process block no later one
+        save(next, "after", "the kill"); // the killed process's files do not block later writes
         EXPECT_THAT(read(path), HasSubstr("after=the kill"));
     }
 }

@@ -11,7 +11,8 @@ namespace sonarith::system_information {
 
 namespace {
 
-/// Removes a number from the beginning of `text`; empty, with `text` unchanged, if there is none.
+/// Removes and returns the number at the start of `text`. Without a number, returns nothing and
+/// leaves `text` unchanged.
 template <typename Number>
 std::optional<Number> takeNumber(std::string_view& text, int base = 10) {
     Number number = 0;
@@ -57,7 +58,7 @@ class KeySet {
     std::vector<std::uint64_t> words_;
 };
 
-/// Key numbers of the kernel's input-event-codes.h.
+/// The key numbers are those of the kernel's input-event-codes.h.
 Keyboard keyboardOf(const KeySet& keys) {
     constexpr std::size_t letterQ = 16;
     constexpr std::size_t letterP = 25;
@@ -96,7 +97,7 @@ MemoryStatus memoryIn(std::string_view memInfo) {
 }
 
 OnlineProcessors processorsIn(std::string_view list) {
-    // More than any kernel supports; a list with more is not trusted.
+    // No kernel supports more processors: a list with more is invalid.
     constexpr int mostProcessors = 65536;
     constexpr int bits = 64;
     OnlineProcessors online;
@@ -135,7 +136,7 @@ std::optional<SystemVersion> versionIn(std::string_view release) {
     if (!minor) {
         return std::nullopt;
     }
-    // 2 is the platform number of the contemporary system with users, permissions and protected
+    // 2 is the classic platform number of systems with user accounts, permissions and protected
     // memory.
     return SystemVersion{2, *major, *minor};
 }

@@ -25,7 +25,7 @@ TEST(MemoryIn, IsZeroForAnotherFormat) {
     }
 }
 
-TEST(ProcessorsIn, CountsRangesAndSingleOnes) {
+TEST(ProcessorsIn, CountsRangesAndSingleProcessors) {
     EXPECT_EQ(processorsIn("0\n").count, 1);
     EXPECT_EQ(processorsIn("0\n").mask, 1U);
     EXPECT_EQ(processorsIn("0-3,5,8-9\n").count, 7);
@@ -63,14 +63,14 @@ TEST(KeyboardIn, DoesNotCountButtonsAndMice) {
     EXPECT_FALSE(keyboardIn("B: KEY=\nB: KEY=zz\n").present);
 }
 
-TEST(KeyboardIn, PrefersTheOneWithTheMost) {
+TEST(KeyboardIn, PrefersTheKeyboardWithTheMostFunctionKeys) {
     // Only letters, F1 and F2.
     const std::string small = "B: KEY=0 1ffffffffffffff8\n";
     EXPECT_EQ(keyboardIn(small).functionKeys, 2);
     EXPECT_EQ(keyboardIn(small + keyboardKeys + small).functionKeys, 12);
 }
 
-TEST(KeyboardIn, DoesNotTrustDriversThatReportMoreThanTwelve) {
+TEST(KeyboardIn, CountsTwelveFunctionKeysAtMost) {
     const std::string every = "B: KEY=ffffffffffffffff ffffffffffffffff ffffffffffffffff "
                               "ffffffffffffffff\n";
     EXPECT_EQ(keyboardIn(every).functionKeys, 12);

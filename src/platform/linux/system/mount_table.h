@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the mount of a path in the kernel's current list. It accesses no mount, so a hanging one
-// blocks no caller.
+// Finds the mount of a path in the kernel's current list. It accesses no mount, so a hanging
+// mount blocks no caller.
 #pragma once
 
 #include <optional>
@@ -17,9 +17,9 @@ class MountTable {
     /// `list` is a file in the format of /proc/self/mountinfo.
     explicit MountTable(const std::string& list) : kernel_(list) {}
 
-    /// Brings the table up to date; whether the kernel's list has changed. True at the first call.
+    /// Updates the table. Returns whether the kernel's list has changed; true at the first call.
     [[nodiscard]] bool update();
-    /// The deepest mount that holds the plain machine path. Nothing without a list.
+    /// The deepest mount that contains the plain machine path; nothing if there is no list.
     [[nodiscard]] std::optional<MountPoint> holding(std::string_view path) const;
 
   private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Questions to things by name (a mount, a directory service), each of which is waited for a bounded
-// time. How a call that hangs is left behind stands in waiting/blocking_calls.h.
+// Calls to objects that are identified by name (a mount, a directory service). The caller waits for
+// each call at most a fixed time. waiting/blocking_calls.h describes what happens to calls that
+// hang.
 #pragma once
 
 #include <cstddef>
@@ -15,13 +16,14 @@ namespace sonarith::system_information {
 /// For the thread of the logic.
 class PatientCalls {
   public:
-    /// Both outlive this.
+    /// `threads` and `waiting` must outlive this.
     PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 
-    /// What `question` returns, a std::optional; empty if it does not return within the patience,
-    /// and at once while an earlier question to the same object has not returned: a object that
-    /// does not respond keeps one thread. `question` must own all that it touches.
+    /// Returns the result of `question`, a std::optional; empty if it does not return within the
+    /// patience. Returns empty at once while an earlier question to the same object has not
+    /// returned, so that an object that does not respond blocks one thread only. `question` must
+    /// own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::string& object, Question question) {
         removeReturnedCalls();
@@ -31,7 +33,7 @@ class PatientCalls {
         return answer ? std::move(*answer) : decltype(question())();
     }
 
-    /// Things that have not answered yet, each of which holds one thread.
+    /// The number of objects that have not replied yet; each blocks one thread.
     [[nodiscard]] std::size_t unanswered() {
         removeReturnedCalls();
         return unanswered_.size();
@@ -45,7 +47,7 @@ class PatientCalls {
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< and the object asked last
+    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< also has the object called last
 };
 
 } // namespace sonarith::system_information

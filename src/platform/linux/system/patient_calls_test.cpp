@@ -25,7 +25,7 @@ class PatientCallsTest : public ::testing::Test {
             return std::optional(7);
         });
     }
-    /// A busy machine may be late.
+    /// Repeats the call, since it may exceed its time limit on a busy machine.
     std::optional<int> askOther() {
         std::optional<int> answer;
         for (int tries = 0; tries < 300 && !answer; ++tries) {

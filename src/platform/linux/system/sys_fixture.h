@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// For tests: a made-up /sys and /dev/disk in a folder, and how to ask on a busy machine.
+// Test fixture: simulated /sys and /dev/disk trees in a temporary folder, and a query of a drive's
+// space that retries on a busy machine.
 //
 //     FakeSys sys;
 //     sys.addDisk("sda", "8:0", RemovableFlag::set);
@@ -39,7 +40,7 @@ class FakeSys {
         addDevice("devices/" + disk + "/" + name, name, number);
         std::ofstream(sys() + "/devices/" + disk + "/" + name + "/partition") << "1\n";
     }
-    /// `part` is one of the devices below the mapped device `name`.
+    /// `part` is one of the block devices that the mapped device `name` consists of.
     void addSlave(const std::string& name, const std::string& part) {
         const std::string slaves = sys() + "/devices/" + name + "/slaves";
         std::filesystem::create_directories(slaves);
@@ -65,7 +66,8 @@ class FakeSys {
     fakes::TempFolder folder_;
 };
 
-/// The space of a drive that answers: a busy machine may be late, and counts as refusing then.
+/// The space of a drive that responds. Retries, since on a busy machine the query may exceed its
+/// time limit and return nothing.
 [[nodiscard]] inline std::optional<DiskSpace> spaceAtLast(const SystemInformation& information,
                                                           const std::string& root) {
     constexpr int mostTries = 300;

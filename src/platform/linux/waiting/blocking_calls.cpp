@@ -13,7 +13,7 @@ struct BlockingCalls::Line {
     };
 
     /// Body of a thread's job: runs all calls, including those added meanwhile. Returns the
-    /// completion of the last one, which is not completed yet; null if the queue was empty.
+    /// completion of the last call, which the caller completes; null if the queue was empty.
     std::shared_ptr<Completion> carryOut() {
         std::shared_ptr<Completion> before;
         for (;;) {
@@ -31,14 +31,14 @@ struct BlockingCalls::Line {
                 before->complete();
             }
             entry.call();
-            entry.call = nullptr; // what it owns is released before its end is signalled
+            entry.call = nullptr; // destroys what the call owns before its end is signalled
             before = std::move(entry.returned);
         }
     }
 
     std::mutex mutex;
-    std::deque<Entry> entries;        ///< not yet begun
-    bool running = false;             ///< a thread is running them
+    std::deque<Entry> entries;        ///< calls that have not started
+    bool running = false;             ///< a thread is running the calls
     std::shared_ptr<Completion> last; ///< of the most recently added call
 };
 

@@ -60,7 +60,7 @@ TEST_F(BlockingCallsTest, AreRefusedWhileOneHangs) {
     EXPECT_EQ(state->gate.arrivals(), 1);
 }
 
-TEST_F(BlockingCallsTest, OfOtherObjectsContinueWhileThoseOfOneHang) {
+TEST_F(BlockingCallsTest, ToOtherObjectsContinueWhileOneObjectHangs) {
     state->gate.close();
     EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     BlockingCalls others(threads, waiting);
@@ -69,7 +69,7 @@ TEST_F(BlockingCallsTest, OfOtherObjectsContinueWhileThoseOfOneHang) {
     EXPECT_TRUE(calls.finish(1h));
 }
 
-TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderOnceTheyCan) {
+TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderAfterAHang) {
     state->gate.close();
     EXPECT_EQ(calls.send(1ms, noting("first")), CommandState::waits);
     EXPECT_EQ(calls.send(1ms, noting("second")), CommandState::waits);
@@ -79,7 +79,7 @@ TEST_F(BlockingCallsTest, RunQueuedCommandsInOrderOnceTheyCan) {
     EXPECT_THAT(done(), ElementsAre("first", "second", "third"));
 }
 
-TEST_F(BlockingCallsTest, DoNotPileUp) {
+TEST_F(BlockingCallsTest, AreRefusedBeyondTheQueueLimit) {
     state->gate.close();
     EXPECT_EQ(calls.send(0ms, noting("hangs")), CommandState::waits);
     state->gate.waitForArrivals(1);
@@ -92,7 +92,7 @@ TEST_F(BlockingCallsTest, DoNotPileUp) {
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));
 }
 
-TEST_F(BlockingCallsTest, LeaveHangingCallsBehindAndDropThoseNotBegun) {
+TEST_F(BlockingCallsTest, DropQueuedCallsWhenDestroyedDuringAHang) {
     state->gate.close();
     {
         BlockingCalls left(threads, waiting);
@@ -111,7 +111,7 @@ class EndingWait final : public Waiting {
     Outcome wait(const Completion&, Duration) override { return Outcome::ended; }
 };
 
-TEST_F(BlockingCallsTest, CountAsUnansweredWhenTheProgramEnds) {
+TEST_F(BlockingCallsTest, ReturnNothingWhenTheProgramEnds) {
     EndingWait ending;
     BlockingCalls ended(threads, ending);
     state->gate.close();

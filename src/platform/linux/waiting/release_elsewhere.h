@@ -14,7 +14,8 @@ namespace sonarith::waiting {
 void releaseElsewhere(std::shared_ptr<const void> object,
                       const ThreadStarter& starter = startThread);
 
-/// The same object; when the last owner releases it, it is destroyed on another thread.
+/// Returns a pointer to the same object; when its last owner releases it, the object is destroyed
+/// on another thread.
 template <typename Object>
 [[nodiscard]] std::shared_ptr<Object> releasedElsewhere(std::shared_ptr<Object> object) {
     Object* const raw = object.get();

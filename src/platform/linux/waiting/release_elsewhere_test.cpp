@@ -33,7 +33,7 @@ TEST(ReleasedElsewhere, DoesNotBlockTheReleasingThread) {
     EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
 }
 
-TEST(ReleaseElsewhere, ReleasesOnThisThreadIfTheSystemHasNoOther) {
+TEST(ReleaseElsewhere, ReleasesOnThisThreadIfNoneCanBeCreated) {
     const fakes::LimitedThreads threads(0);
     auto owned = std::make_shared<int>();
     const std::weak_ptr<int> watched = owned;

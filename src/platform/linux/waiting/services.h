@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The services that every object that may hang needs for being waited for.
+// The services that are needed to call an object that may hang.
 #pragma once
 
 #include "platform/linux/waiting/worker_threads.h"
@@ -12,7 +12,7 @@ namespace sonarith::waiting {
 struct Services {
     WorkerThreads& threads;
     Waiting& waiting;
-    Notices& notices; ///< receives what does not respond, and when it responds again
+    Notices& notices; ///< reports that an object does not respond, and that it responds again
 };
 
 } // namespace sonarith::waiting

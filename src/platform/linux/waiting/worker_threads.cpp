@@ -24,7 +24,7 @@ struct WorkerThreads::State {
     void carryOut(Work work) {
         for (;;) {
             work.job();
-            work.job = nullptr; // what it owns is released before its end is signalled
+            work.job = nullptr; // destroys what the job owns before its end is signalled
             std::unique_lock lock(mutex);
             const bool stays = !idle && !quitting;
             idle = idle || stays;

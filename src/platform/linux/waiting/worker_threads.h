@@ -14,7 +14,7 @@ namespace sonarith::waiting {
 class WorkerThreads {
   public:
     explicit WorkerThreads(ThreadStarter starter = startThread);
-    /// Ends the idle thread. A thread whose job has not returned is left behind.
+    /// Ends the idle thread. A thread whose job has not returned continues until it returns.
     ~WorkerThreads();
     WorkerThreads(const WorkerThreads&) = delete;
     WorkerThreads& operator=(const WorkerThreads&) = delete;
@@ -24,9 +24,9 @@ class WorkerThreads {
     /// Runs `job` on the idle thread, or on a new one. The job must own (by shared pointers or
     /// copies) everything that it accesses, as it may outlive this object. One thread is kept idle;
     /// further ones end with their job. `afterwards` runs on the same thread after the job has been
-    /// destroyed and the thread is available again, so that the next job may be started at once
-    /// from there without a new thread. Returns false if the system cannot create a thread: neither
-    /// is run.
+    /// destroyed and the thread is available again: `afterwards` may start the next job at once
+    /// without a new thread. Returns false if the system cannot create a thread; then neither `job`
+    /// nor `afterwards` runs.
     [[nodiscard]] bool run(Job job, Job afterwards);
 
   private:

@@ -55,12 +55,12 @@ TEST(WorkerThreads, AHangingJobBlocksOnlyItsThread) {
     Completion done;
     ASSERT_TRUE(workers.run([] {}, [&] { done.complete(); }));
     EXPECT_TRUE(done.restFor(1h));
-    EXPECT_EQ(owned.use_count(), 2) << "the call still hangs";
+    EXPECT_EQ(owned.use_count(), 2) << "the first job must still hang";
     gate->open();
     EXPECT_TRUE(fakes::eventually([&] { return owned.use_count() == 1; }));
 }
 
-TEST(WorkerThreads, WhatTheJobOwnsIsDestroyedBeforeItsEndIsSignalled) {
+TEST(WorkerThreads, TheJobIsDestroyedBeforeItsEndIsSignalled) {
     WorkerThreads workers;
     const auto owned = std::make_shared<int>();
     WorkerThreads::Job job = [owned] {
@@ -75,7 +75,7 @@ TEST(WorkerThreads, WhatTheJobOwnsIsDestroyedBeforeItsEndIsSignalled) {
     EXPECT_EQ(ownersAtItsEnd, 1);
 }
 
-TEST(WorkerThreads, AreLeftBehindIfTheirJobHangs) {
+TEST(WorkerThreads, OutliveTheirOwnerIfTheirJobHangs) {
     const auto gate = std::make_shared<fakes::Gate>();
     gate->close();
     {
@@ -87,7 +87,7 @@ TEST(WorkerThreads, AreLeftBehindIfTheirJobHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return gate.use_count() == 1; }));
 }
 
-TEST(WorkerThreads, RunNothingIfTheSystemHasNoThread) {
+TEST(WorkerThreads, RunNothingIfNoThreadCanBeCreated) {
     fakes::LimitedThreads threads(0);
     WorkerThreads workers(threads.starter());
     const auto ran = std::make_shared<int>(0);
