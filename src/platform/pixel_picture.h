@@ -31,7 +31,7 @@ class PixelPicture {
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
 
-    /// Any position is allowed. Outside the picture there is no value, which compares unequal to
+    /// Any position is allowed. Outside the picture this returns nothing, which compares unequal to
     /// every colour.
     [[nodiscard]] virtual std::optional<PixelColour> pixel(int x, int y) const {
         if (x < 0 || y < 0 || x >= width_ || y >= height_) {

@@ -6,7 +6,8 @@
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&argc, argv);
-    // Death tests start the program again: a forked copy would share its event sources.
+    // Death tests start the program again: a forked process would share the event sources of this
+    // one.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Position of the screen on which the program places its windows. The logic uses only this screen
-// and uses coordinates relative to its corner, which on a desktop of several screens may be
-// anywhere.
+// and coordinates relative to its corner. On a desktop of several screens that corner may have any
+// position.
 #pragma once
 
 #include <QRect>

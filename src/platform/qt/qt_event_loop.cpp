@@ -47,7 +47,7 @@ class QtWakeup : public Wakeup, private QObject {
 } // namespace
 
 QtEventLoop::QtEventLoop() {
-    // Only endProgram() ends the program: it also runs with every window hidden.
+    // Only endProgram() ends the program; it continues while all windows are hidden.
     QApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setQuitLockEnabled(false);
 }
@@ -62,7 +62,8 @@ void QtEventLoop::yield() {
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
     // Some of Qt's dispatchers do not return between handling pending events and sleeping: this
-    // wait would sleep past its own end. A wait or a loop nested within it sleeps on its own.
+    // wait would continue to sleep after its condition has become false. The check applies to the
+    // innermost wait or loop only; outer waits must not wake the inner ones.
     QAbstractEventDispatcher& dispatcher = *QAbstractEventDispatcher::instance();
     const int depth = ++waitDepth_;
     const int level = QThread::currentThread()->loopLevel();
@@ -95,10 +96,10 @@ std::unique_ptr<Wakeup> QtEventLoop::every(Duration interval, std::function<void
 }
 
 void QtEventLoop::endProgram() {
-    // Not QApplication::quit(): that only asks each nested loop to return, so the handlers below
-    // would continue, and every wait among them would yield again after the end has begun. The
-    // process exits from here, whatever is on the stack; no destructor runs and no further event is
-    // handled. The last steps are moved out first: a nested endProgram() then exits at once.
+    // Not QApplication::quit(): that only asks each nested loop to return. The handlers on the
+    // stack would then continue and might yield again after the end has begun. Instead the process
+    // exits here: no destructor runs and no further event is handled. The last steps are moved out
+    // first, so that a nested endProgram() exits at once.
     if (const auto lastSteps = std::exchange(lastSteps_, nullptr)) {
         lastSteps();
     }

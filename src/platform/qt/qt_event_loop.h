@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real event loop, based on Qt's. It requires the one QApplication; it owns no window and knows
-// none. For use on the user-interface thread only.
+// The real event loop, based on Qt's. It requires the one QApplication and does not depend on any
+// window. For use on the user-interface thread only.
 #pragma once
 
 #include <functional>

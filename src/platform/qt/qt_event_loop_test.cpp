@@ -35,7 +35,7 @@ class QtEventLoopTest : public testing::Test {
     QObject context;
 };
 
-TEST_F(QtEventLoopTest, YieldRunsWhatIsDueAndReturnsWithNothingDue) {
+TEST_F(QtEventLoopTest, YieldHandlesPendingEventsAndReturns) {
     int calls = 0;
     post(context, [&] { ++calls; });
     loop.yield();
@@ -79,7 +79,7 @@ TEST_F(QtEventLoopTest, AWaitSleepsInsteadOfSpinning) {
     EXPECT_GT(rests, 0);
 }
 
-TEST_F(QtEventLoopTest, NestedWaitsEndFromTheInnermostOut) {
+TEST_F(QtEventLoopTest, NestedWaitsEndInnermostFirst) {
     std::vector<std::string> log;
     bool outer = true;
     bool inner = true;
@@ -183,7 +183,7 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST_F(QtEventLoopTest, SecondsSinceMidnightAreTheWallClocks) {
+TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     constexpr double day = 86400;
     const std::time_t before = std::time(nullptr);
     const double seconds = loop.secondsSinceMidnight();
@@ -218,7 +218,7 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightAreTheWallClocks) {
     std::_Exit(4);
 }
 
-TEST_F(QtEventLoopTest, EndProgramWorksInsideABoxInsideATickInsideAWait) {
+TEST_F(QtEventLoopTest, EndProgramWorksInsideNestedLoops) {
     EXPECT_EXIT(endInsideANestedBox(), ExitedWithCode(0),
                 AllOf(HasSubstr("last steps;"), Not(HasSubstr("yielded;")),
                       Not(HasSubstr("box returned;"))));
@@ -233,7 +233,7 @@ TEST_F(QtEventLoopTest, EndProgramWorksInsideABoxInsideATickInsideAWait) {
     loop.endProgram();
 }
 
-TEST_F(QtEventLoopTest, AnEndWithinTheLastStepsEndsAtOnce) {
+TEST_F(QtEventLoopTest, EndProgramWithinTheLastStepsExitsAtOnce) {
     EXPECT_EXIT(endTwice(), ExitedWithCode(0), HasSubstr("last steps;"));
 }
 

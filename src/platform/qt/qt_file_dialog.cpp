@@ -71,7 +71,7 @@ Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequ
     return path;
 }
 
-/// Sets the folder that the dialog shows first, and the name in its line.
+/// Sets the folder that the dialog shows first, and the name in its text field.
 void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request) {
     if (!folder_.empty()) {
         dialog.setDirectory(machineText(folder_));
@@ -80,7 +80,7 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
         request.initialFolder.empty() ? std::string() : toMachine_(request.initialFolder);
     if (!start.empty()) {
         const QFileInfo initial(machineText(start));
-        // The path of a file means the folder that contains it.
+        // For the path of a file, the folder that contains the file is used.
         dialog.setDirectory(initial.isDir() ? initial.absoluteFilePath() : initial.absolutePath());
     }
     if (request.fileName.empty()) {
@@ -92,8 +92,8 @@ void QtFileDialog::openIn(QFileDialog& dialog, const FileDialogRequest& request)
     if (isPath && !name.isEmpty()) {
         dialog.setDirectory(QFileInfo(name).absolutePath());
     }
-    // In the dialog's line quotes separate several names, so a name with quotes cannot be shown
-    // there; the user can select it in the list.
+    // In the dialog's text field quotes separate several names, so a name with quotes cannot be
+    // shown there; the user can select it in the list.
     if (!name.isEmpty() && !name.contains(QLatin1Char('"'))) {
         dialog.selectFile(name);
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop's file dialog. It runs its own event loop until it is closed, so timers and jobs
+// The file dialog, based on Qt's. It runs its own event loop until it is closed, so timers and jobs
 // continue meanwhile. It opens no file.
 #pragma once
 

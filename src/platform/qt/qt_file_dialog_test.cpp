@@ -46,18 +46,18 @@ class QtFileDialogTest : public testing::Test {
     static void type(QFileDialog& shown, const std::string& name) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
-        // Key by key, and to the line that has the focus: otherwise the dialog does not treat it as
-        // typing.
+        // Key by key, and to the text field that has the focus: otherwise the dialog does not treat
+        // it as typing.
         EXPECT_TRUE(QTest::qWaitForWindowActive(&shown));
         line->setFocus();
         line->selectAll();
         QTest::keyClicks(line, QString::fromStdString(name));
         QTest::keyClick(line, Qt::Key_Return);
     }
-    /// The list of files, once it shows that many.
+    /// Waits until the list of files has `count` entries, and returns it.
     static QListView& filledList(QFileDialog& shown, int count) {
         auto* view = shown.findChild<QListView*>(QStringLiteral("listView"));
-        // A thread of the dialog reads the folder.
+        // The dialog reads the folder on another thread.
         EXPECT_TRUE(
             QTest::qWaitFor([&] { return view->model()->rowCount(view->rootIndex()) >= count; }));
         return *view;
@@ -163,7 +163,7 @@ TEST_F(QtFileDialogTest, ANameWithQuotesIsChosenInTheList) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine(name));
 }
 
-TEST_F(QtFileDialogTest, CancelAndEscapeAndCloseAreFailureNumber32755) {
+TEST_F(QtFileDialogTest, CancelEscapeAndCloseReturnError32755) {
     const std::function<void(QFileDialog&)> ways[] = {
         [](QFileDialog& shown) { shown.reject(); },
         [](QFileDialog& shown) { QTest::keyClick(&shown, Qt::Key_Escape); },
@@ -221,7 +221,7 @@ TEST_F(QtFileDialogTest, OpensInTheInitialFolderWithAnEmptyName) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, AnInitialFileMeansItsFolder) {
+TEST_F(QtFileDialogTest, OpensInTheFolderOfAnInitialFile) {
     const FileDialogRequest inFolder{.initialFolder = "L:" + machine("one.wav")};
     onDialog([&](QFileDialog& shown) {
         EXPECT_EQ(shown.directory().absolutePath().toStdString(), folder.path().string());
@@ -229,7 +229,7 @@ TEST_F(QtFileDialogTest, AnInitialFileMeansItsFolder) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, AMissingInitialFolderMeansTheLastFolder) {
+TEST_F(QtFileDialogTest, OpensInTheLastFolderIfTheInitialOneIsMissing) {
     onDialog([](QFileDialog&) {});
     static_cast<void>(dialog.open(request));
     onDialog([&](QFileDialog& shown) {
@@ -252,7 +252,7 @@ TEST_F(QtFileDialogTest, SavesUnderAnExistingNameWithoutAQuestion) {
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("TWO.WAV"));
 }
 
-TEST_F(QtFileDialogTest, ACancelledSaveHasItsNumber) {
+TEST_F(QtFileDialogTest, ACancelledSaveHasTheErrorNumberOfACancel) {
     onDialog([](QFileDialog& shown) { shown.reject(); });
     EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
 }

@@ -12,7 +12,7 @@ class QtMessageBoxes : public MessageBoxes {
     /// `defaultTitle` is shown if the caller passes no title.
     explicit QtMessageBoxes(std::string defaultTitle) : defaultTitle_(std::move(defaultTitle)) {}
 
-    /// Escape and closing the window answer cancel if the box has it, otherwise ok.
+    /// Escape and closing the window mean "cancel" if the box has that button, otherwise "ok".
     BoxAnswer show(const std::string& text, BoxIcon icon = BoxIcon::none,
                    BoxButtons buttons = BoxButtons::ok, const std::string& title = {}) override;
 

@@ -17,7 +17,7 @@ TEST(QtMousePointer, ShowsTheHourglassUntilItIsReset) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, TwoHourglassesNeedOneNormalPointer) {
+TEST(QtMousePointer, OneNormalPointerEndsTwoHourglasses) {
     QtMousePointer pointer;
     pointer.set(Pointer::hourglass);
     pointer.set(Pointer::hourglass);
@@ -30,7 +30,7 @@ TEST(QtMousePointer, SettingTheNormalPointerTwiceIsNoError) {
     QtMousePointer pointer;
     pointer.set(Pointer::normal);
     EXPECT_NE(QGuiApplication::overrideCursor(), nullptr)
-        << "it removed the cursor of another caller";
+        << "set() removed the cursor of another caller";
     QGuiApplication::restoreOverrideCursor();
 }
 

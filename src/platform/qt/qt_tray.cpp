@@ -88,7 +88,8 @@ void QtTray::showWaitingIcons() {
     }
 }
 
-/// Qt registers an icon with a watcher that appears, but not with one that replaces another.
+/// Qt registers an icon with a watcher that appears when there was none, but not with one that
+/// replaces another.
 void QtTray::registerAnew() {
     if (way_ != Way::statusNotifier) {
         return;
@@ -114,11 +115,11 @@ void QtTray::show(Entry& entry) {
             openMenuHere();
         }
     });
-    // Qt passes it on to a panel that appears later.
+    // Qt also shows the icon in a panel that appears later.
     shown.show();
 }
 
-/// Some panels on the bus leave the menu to the program and request it this way.
+/// Some panels on the bus do not draw the menu: they request that the program does.
 void QtTray::openMenuHere() {
     if (way_ == Way::statusNotifier && drawnHere_) {
         drawnHere_->popup(QCursor::pos());

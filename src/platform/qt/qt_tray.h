@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The tray of a Linux desktop, based on Qt's tray icon, which supports two protocols: status
 // notifiers on the session bus and embedded windows under X11. Qt chooses the protocol once per
-// process, when its first icon is created; so this class creates no icon before a panel exists, and
-// the protocol found then stays in use.
+// process, when its first icon is created. So this class creates no icon before a panel exists; the
+// protocol of that panel then stays in use.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,8 @@ class QtTray : public QObject, public Tray {
     explicit QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts = TrayHosts::desktop());
     ~QtTray() override;
 
-    /// Connects to the session bus and looks for panels, which takes a moment; the first add() does
-    /// so, too. Before that hostPresent() detects no panel on the bus.
+    /// Connects to the session bus and starts to look for panels; the first add() does so, too.
+    /// Before the bus has replied, hostPresent() detects no panel on the bus.
     void watchHosts() { hosts_.watchBus(); }
 
     bool add(const TrayIcon& icon) override;
@@ -56,9 +56,8 @@ class QtTray : public QObject, public Tray {
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
-    /// The first menu is drawn by a panel on the bus, or by Qt on an embedded icon. The second is
-    /// for panels on the bus that draw no menu: Qt never shows a menu itself that it has exported
-    /// to the bus.
+    /// menu_ is drawn by a panel on the bus, or by Qt on an embedded icon. drawnHere_ is for panels
+    /// on the bus that draw no menu: Qt never draws a menu that it has exported to the bus.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

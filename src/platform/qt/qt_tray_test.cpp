@@ -173,7 +173,7 @@ TEST_F(QtTrayTest, AnEntryClicksItsModelInTheEventLoop) {
     EXPECT_FALSE(shown());
 }
 
-TEST_F(QtTrayTest, TheModelsStateShowsInTheMenu) {
+TEST_F(QtTrayTest, TheMenuShowsTheStateOfItsModel) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     form.stop.setEnabled(false);
@@ -194,7 +194,7 @@ TEST_F(QtTrayTest, TheModelIsNotifiedBeforeTheMenuOpens) {
     };
     shown()->contextMenu()->popup(QPoint()); // as Qt does
     EXPECT_EQ(opened, 1);
-    // Qt then notifies of it, too.
+    // After that, Qt sends this signal, too.
     Q_EMIT shown()->activated(QSystemTrayIcon::Context);
     EXPECT_EQ(opened, 1);
     shown()->contextMenu()->close();
@@ -245,7 +245,7 @@ TEST_F(QtTrayTest, OtherClicksDoNothing) {
 
 // --- panels ---------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, ThePanelsOnTheBusAreKnownBeforeAnyIcon) {
+TEST_F(QtTrayTest, DetectsPanelsOnTheBusBeforeAnIconIsAdded) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_FALSE(tray.hostPresent());
@@ -263,7 +263,7 @@ TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     ASSERT_TRUE(hostBecomes(true));
     watcher.leave();
     ASSERT_TRUE(hostBecomes(false));
-    ASSERT_TRUE(shown()); // waits for the next one
+    ASSERT_TRUE(shown()); // waits for the next panel
     watcher.comeBack();
     ASSERT_TRUE(hostBecomes(true));
     EXPECT_THAT(hosts, ElementsAre(true, false, true));
@@ -293,7 +293,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconAppearsInNoOtherPanel) {
     EXPECT_THAT(hosts, ElementsAre(true, false));
 }
 
-TEST_F(QtTrayTest, PrefersThePanelOnTheBusToAnEmbeddingOne) {
+TEST_F(QtTrayTest, PrefersThePanelOnTheBus) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     embedding = true;
@@ -337,7 +337,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconStaysWhenAWatcherTakesOver) {
     EXPECT_EQ(iconsDrawn, 1);
 }
 
-TEST_F(QtTrayTest, LosingTheBusOfAnIconIsHarmless) {
+TEST_F(QtTrayTest, AnIconMayBeChangedAndRemovedAfterTheBusIsLost) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));

@@ -15,7 +15,7 @@ namespace {
 /// How long a wait sleeps between two polls of the window system: painting is delayed by that much
 /// at most, and a wait of seconds costs almost no processor time.
 constexpr Waiting::Duration frame{20};
-/// One pass of an event dispatcher may leave events behind that were posted during the same pass.
+/// One pass of an event dispatcher does not always handle events that were posted during that pass.
 constexpr int passesPerFrame = 4;
 
 class Hourglass {

@@ -12,16 +12,17 @@ namespace sonarith {
 
 /// One per program, together with the one QApplication, on its thread.
 ///
-/// A wait first blocks for plainMoment. If that is not enough, the windows are painted and the
-/// mouse pointer is an hourglass until the wait ends. No handler runs meanwhile: timers do not fire
-/// (due timers fire afterwards, as after any long handler), and input is held back (HeldEvents).
-/// Closing a window, or a signal to end the program, ends the wait. Queued calls of the program's
-/// own do run: code that enters the logic from outside of an event must use runLater().
+/// A wait first blocks for plainMoment. If the work has not completed by then, the windows are
+/// painted and the mouse pointer is an hourglass until the wait ends. No handler runs meanwhile:
+/// timers do not fire (due timers fire afterwards, as after any long handler), and input is held
+/// back (HeldEvents). Closing a window, or a signal to end the program, ends the wait. The
+/// program's own queued calls do run: code that calls the logic from outside an event must use
+/// runLater().
 class QtWaiting final : public Waiting {
   public:
-    /// Total bound of all waits after a close has ended one, until control is back in an event
-    /// loop: short work is still waited for, but work that hangs cannot delay the end of the
-    /// program.
+    /// After a close has ended a wait, all further waits until control is back in an event loop
+    /// last this long in total: short work still completes, but work that hangs cannot delay the
+    /// end of the program.
     static constexpr Duration haste{200};
 
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

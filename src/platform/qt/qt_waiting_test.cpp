@@ -77,7 +77,7 @@ class NotingWindow : public QWidget {
     std::string name_;
 };
 
-// Simulates the window system, as far as this platform allows.
+// Simulate events of the window system, as far as the offscreen platform allows.
 void press(QWidget& window, QEvent::Type type = QEvent::MouseButtonPress) {
     const bool down = type != QEvent::MouseButtonRelease;
     qt_handleMouseEvent(window.windowHandle(), {5, 5}, window.mapToGlobal(QPoint(5, 5)),
@@ -136,7 +136,7 @@ TEST_F(QtWaitingTest, AnImmediateCompletionIsAcceptedBeforeAnyEventIsHandled) {
     EXPECT_FALSE(handled);
     const Completion never;
     EXPECT_EQ(waiting.wait(never, Waiting::plainMoment), Outcome::late);
-    EXPECT_FALSE(handled) << "nor in a wait with a short bound";
+    EXPECT_FALSE(handled) << "a wait with a short bound handles no event either";
     loop.yield();
 }
 
@@ -237,7 +237,7 @@ TEST_F(QtWaitingTest, ManyMovesOfTheMouseAreHeldAsOne) {
     EXPECT_EQ(moves.count, 1);
 }
 
-TEST_F(QtWaitingTest, AShortcutPressedMeanwhileActsAfterwards) {
+TEST_F(QtWaitingTest, AShortcutPressedDuringAWaitRunsAfterwards) {
     NotingWindow window(log);
     window.activateWindow();
     QCoreApplication::processEvents();
@@ -265,7 +265,7 @@ TEST_F(QtWaitingTest, ADestroyedWindowReceivesNothing) {
     EXPECT_THAT(log, ElementsAre("other press"));
 }
 
-TEST_F(QtWaitingTest, HoldsAResizeWhoseHandlersWouldRun) {
+TEST_F(QtWaitingTest, HoldsAResize) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.windowHandle()->resize(200, 100); });
     EXPECT_THAT(log, IsEmpty());
@@ -273,7 +273,7 @@ TEST_F(QtWaitingTest, HoldsAResizeWhoseHandlersWouldRun) {
     EXPECT_THAT(log, testing::Contains("resize 200"));
 }
 
-TEST_F(QtWaitingTest, InputOfAHandlersYieldIsQueuedAfterHeldInput) {
+TEST_F(QtWaitingTest, InputDuringAHandlersYieldIsQueuedAfterHeldInput) {
     NotingWindow window(log);
     bool first = true;
     window.onPress = [&] {
@@ -317,7 +317,7 @@ TEST_F(QtWaitingTest, TimersFireAfterwardsAsAfterALongHandler) {
     EXPECT_EQ(ticks, 0);
     EXPECT_EQ(once, 0);
     loop.yield();
-    EXPECT_EQ(ticks, 1) << "once, and at once";
+    EXPECT_EQ(ticks, 1) << "a due timer fires once, without delay";
     EXPECT_EQ(once, 1);
 }
 
@@ -331,7 +331,7 @@ TEST_F(QtWaitingTest, ClosingAWindowEndsTheWaitAndClosesItWhenTheLoopContinues) 
     EXPECT_THAT(log, ElementsAre("close"));
 }
 
-TEST_F(QtWaitingTest, TheCloseComesBeforeOtherInput) {
+TEST_F(QtWaitingTest, ACloseIsDeliveredBeforeOtherInput) {
     NotingWindow window(log);
     (void)waitAnd(
         [&] {
@@ -351,12 +351,13 @@ TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     for (int further = 0; further < 20; ++further) {
         EXPECT_EQ(waiting.wait(never, 1h), Outcome::ended);
     }
-    EXPECT_LT(loop.now() - begin, 1s) << "all together";
+    EXPECT_LT(loop.now() - begin, 1s) << "all further waits together";
     Completion done;
     done.complete();
-    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "the held input is delivered";
+    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "work that has completed is still accepted";
     goOn();
-    EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late) << "the close was refused";
+    EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
+        << "the window was not closed, so waits last for their bound again";
 }
 
 TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {
@@ -395,7 +396,7 @@ TEST_F(QtWaitingTest, ACallFromOutsideRunsNoHandlerMeanwhile) {
     EXPECT_EQ(calls, 1) << "outside of waits the call is handled";
 }
 
-TEST_F(QtWaitingTest, AFollowingWaitIsNotANestedOne) {
+TEST_F(QtWaitingTest, ASecondWaitAfterTheFirstIsAllowed) {
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
 }

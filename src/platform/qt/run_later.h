@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs work after the current event has been handled. For work of the logic: it never runs within a
-// wait (qt_waiting.h), unlike a queued call and unlike QTimer's single shot without a delay, which
-// is a queued call.
+// Runs work of the logic after the current event has been handled. The work never runs within a
+// wait (qt_waiting.h); a queued call would, and so would QTimer's single shot without a delay,
+// which is a queued call.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An icon that is drawn at any size and reports the sizes it has: the desktop's panels ask for
-// these, and would otherwise receive two sizes to scale.
+// An icon that is drawn at any size and reports a list of sizes: the desktop's panels query that
+// list, and would otherwise receive two sizes to scale.
 #pragma once
 
 #include <QIcon>

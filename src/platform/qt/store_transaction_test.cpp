@@ -74,7 +74,8 @@ class StoreTransactionTest : public ::testing::Test {
     static std::string read(const IniSettingsStore& store, const std::string& key) {
         return store.GetSetting(applicationName, "Settings", key, "(default)");
     }
-    /// Runs `body` in a process that is killed once it has written a byte to the pipe passed to it.
+    /// Runs `body` in a process that is killed when it has written `bytes` bytes to the pipe whose
+    /// descriptor `body` receives.
     template <typename Body>
     static void killDuring(Body body, int bytes) {
         int ready[2];
@@ -118,13 +119,13 @@ TEST_F(StoreTransactionTest, WritesSeveralChangesAsOneReplacement) {
         EXPECT_THAT(fileText(), HasSubstr("key" + std::to_string(i) + "=1"));
     }
     EXPECT_THAT(fileText(), Not(HasSubstr("HDWarning")));
-    // Without a transaction each write is a replacement of its own.
+    // Without a transaction each write replaces the file.
     put(store, "a", "1");
     put(store, "b", "1");
     EXPECT_EQ(replacements.sinceLastAsked(), 2);
 }
 
-TEST_F(StoreTransactionTest, ShowsNewValuesToReadersInside) {
+TEST_F(StoreTransactionTest, ReadsReturnNewValuesDuringATransaction) {
     IniSettingsStore store(folder());
     put(store, "HDWarning", "0");
     put(store, "HDStopNo", "7");
@@ -138,7 +139,7 @@ TEST_F(StoreTransactionTest, ShowsNewValuesToReadersInside) {
     EXPECT_EQ(read(IniSettingsStore(folder()), "HDWarning"), "0"); // on disk
 }
 
-TEST_F(StoreTransactionTest, WritesAtTheEndOfTheOutermost) {
+TEST_F(StoreTransactionTest, WritesAtTheEndOfTheOutermostTransaction) {
     IniSettingsStore store(folder());
     {
         const StoreTransaction outer(store);
@@ -154,7 +155,7 @@ TEST_F(StoreTransactionTest, WritesAtTheEndOfTheOutermost) {
     EXPECT_THAT(fileText(), HasSubstr("outside=1"));
 }
 
-TEST_F(StoreTransactionTest, WritesNothingThatIsOnDiskAlready) {
+TEST_F(StoreTransactionTest, WritesNothingIfAllValuesAreOnDisk) {
     IniSettingsStore store(folder());
     { const StoreTransaction empty(store); }
     EXPECT_FALSE(fs::exists(file()));
@@ -186,7 +187,7 @@ TEST_F(StoreTransactionTest, KeepsWhatAnotherProgramWroteMeanwhile) {
     EXPECT_EQ(read(next, "HDWarning"), "0");
 }
 
-TEST_F(StoreTransactionTest, AKillInsideLeavesTheOldFile) {
+TEST_F(StoreTransactionTest, AKillDuringATransactionLeavesTheOldFile) {
     {
         IniSettingsStore store(folder());
         put(store, "HDWarning", "0");
@@ -230,7 +231,7 @@ TEST_F(StoreTransactionTest, AKillAtItsEndLeavesTheOldOrTheNewFile) {
     }
 }
 
-TEST_F(StoreTransactionTest, AFailedOneStaysValidForTheRunAndIsRetried) {
+TEST_F(StoreTransactionTest, ValuesOfAFailedWriteStayValidAndTheWriteIsRetried) {
     fs::permissions(temp_.path(), fs::perms::all);
     EXPECT_EQ(test::runUnprivileged([&] {
                   std::signal(SIGXFSZ, SIG_IGN);

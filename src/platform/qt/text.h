@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Converts between the logic's texts and the desktop's: UTF-8 bytes and QString. File names are
-// bytes that need not be UTF-8; they survive the round trip. Not for display rules (mnemonics.h).
+// bytes that need not be UTF-8; a conversion to QString and back preserves them. Display rules are
+// in mnemonics.h.
 #pragma once
 
 #include <string>

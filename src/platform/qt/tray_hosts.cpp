@@ -45,12 +45,12 @@ void TrayHosts::watchBus() {
             [this](const QString& /*name*/, const QString& former, const QString& present) {
                 followOwner(former, present);
             });
-    // From any sender: to name one would need a query that waits for its reply.
+    // From any sender: to select one sender, a query that waits for its reply would be necessary.
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus_->connect(QString(), watcherPath, watcherName, QLatin1String(signal), &recheck_,
                       SLOT(start()));
     }
-    // The connection's own signal that it was closed.
+    // The signal that this connection was closed.
     bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                   &recheck_, SLOT(start()));

@@ -15,12 +15,12 @@
 
 namespace sonarith {
 
-/// Never waits for a reply from the bus: a bus or a panel that hangs counts as missing until it
+/// Never waits for a reply from the bus: a bus or a panel that hangs is treated as missing until it
 /// replies. For the user-interface thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {
-        std::function<QDBusConnection()> bus; ///< connects
+        std::function<QDBusConnection()> bus; ///< connects to the bus
         std::function<bool()> embedding;      ///< whether a panel embeds windows now
     };
     /// The sources of the desktop.
@@ -30,18 +30,18 @@ class TrayHosts : public QObject {
 
     /// Connects to the bus and watches it from now on. Does nothing if it already does.
     void watchBus();
-    /// Turns on polling of embedding(), once a second: Qt passes on no event of the X server for
-    /// its changes.
+    /// Turns polling of embedding() on or off; once a second. Polling is necessary because Qt
+    /// reports no event of the X server when embedding() changes.
     void pollEmbedding(bool poll);
 
     /// Whether a host of status notifiers is registered; false until the bus has replied.
     [[nodiscard]] bool statusNotifier() const { return statusNotifier_; }
     [[nodiscard]] bool embedding() const { return sources_.embedding(); }
 
-    /// One of the two has changed.
+    /// statusNotifier() or embedding() has changed.
     Signal<> changed;
-    /// Another process has taken over the watcher of status notifiers at once, with no moment
-    /// without one: the icons that were registered with the previous watcher are unknown to it.
+    /// Another process has replaced the watcher of status notifiers without a gap between the two.
+    /// Icons that were registered with the previous watcher are not registered with the new one.
     Signal<> watcherReplaced;
 
   private:
@@ -53,9 +53,9 @@ class TrayHosts : public QObject {
     Sources sources_;
     std::optional<QDBusConnection> bus_;
     std::unique_ptr<QDBusServiceWatcher> owner_;
-    QTimer recheck_; ///< started by signals from the bus; queries it
+    QTimer recheck_; ///< started by signals from the bus; queries the watcher
     QTimer poll_;
-    unsigned lastQuestion_ = 0; ///< replies to older ones are ignored
+    unsigned lastQuestion_ = 0; ///< replies to older queries are ignored
     bool statusNotifier_ = false;
     bool embeddingSeen_ = false;
 };

@@ -40,7 +40,7 @@ class TrayHostsTest : public testing::Test {
     Connection countedToo = hosts.watcherReplaced.connect([this] { ++replacements; });
 };
 
-TEST_F(TrayHostsTest, KnowsNoneBeforeItWatches) {
+TEST_F(TrayHostsTest, DetectsNoHostBeforeItWatches) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     QTest::qWait(quietMilliseconds);
@@ -59,7 +59,7 @@ TEST_F(TrayHostsTest, FindsAnExistingHost) {
     EXPECT_EQ(watcher.questions(), 1);
 }
 
-TEST_F(TrayHostsTest, AWatcherWithoutAHostIsNone) {
+TEST_F(TrayHostsTest, AWatcherWithoutAHostCountsAsNoHost) {
     NotifierWatcher watcher(bus);
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
@@ -83,7 +83,7 @@ TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, OfTwoHostsOneMayLeave) {
+TEST_F(TrayHostsTest, AHostRemainsWhenOneOfTwoLeaves) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -127,7 +127,7 @@ TEST_F(TrayHostsTest, AWatcherThatTakesOverMayHaveNoHost) {
     EXPECT_EQ(replacements, 1);
 }
 
-TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoneUntilItReplies) {
+TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoHostUntilItReplies) {
     NotifierWatcher watcher(bus, NotifierWatcher::Manner::hangs);
     watcher.setHost(true);
     hosts.watchBus();
@@ -147,7 +147,7 @@ TEST_F(TrayHostsTest, LosingTheBusRemovesItsHost) {
     EXPECT_TRUE(changesTo(false));
 }
 
-TEST_F(TrayHostsTest, WithoutABusThereIsNone) {
+TEST_F(TrayHostsTest, WithoutABusThereIsNoHost) {
     bus.kill();
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
@@ -163,7 +163,7 @@ TEST_F(TrayHostsTest, LooksForEmbeddingPanelsOnlyWhilePolling) {
     hosts.pollEmbedding(true);
     EXPECT_EQ(changes, 0);
     embedding = false;
-    hosts.pollEmbedding(true); // does not restart it
+    hosts.pollEmbedding(true); // does not restart the polling
     EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 1; }, patienceMilliseconds));
     embedding = true;
     EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 2; }, patienceMilliseconds));
@@ -173,7 +173,7 @@ TEST_F(TrayHostsTest, LooksForEmbeddingPanelsOnlyWhilePolling) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST(EmbeddingTray, IsNoneWhereThereIsNoXServer) {
+TEST(EmbeddingTray, IsMissingWithoutAnXServer) {
     EXPECT_FALSE(embeddingTrayPresent());
 }
 

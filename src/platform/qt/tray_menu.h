@@ -14,8 +14,8 @@ namespace sonarith {
 class TrayMenu : public QMenu {
   public:
     /// Shows the entries of `heading`, which have no submenus; heading and entries must outlive
-    /// this object. An entry's click runs in the event loop and not within the panel's request,
-    /// which would wait for it: the click may take long, remove the icon or end the program.
+    /// this object. An entry's click runs in the event loop and not within the panel's request:
+    /// the panel would wait, and the click may take long, remove the icon or end the program.
     explicit TrayMenu(MenuItem& heading);
 
   private:
