@@ -9,7 +9,7 @@
 
 namespace sonarith {
 
-/// The failure numbers that the logic distinguishes or passes on.
+/// The failure numbers that the logic distinguishes or reports to its callers.
 enum class ErrorNumber : int {
     invalidProcedureCall = 5,
     overflow = 6,
@@ -36,7 +36,7 @@ enum class ErrorNumber : int {
 };
 
 /// Why an operation failed: a number for the logic, a text for users, and the name of the procedure
-/// that passed the failure on (empty where it is not needed).
+/// that reported the failure to its caller (empty where it is not needed).
 struct Error {
     ErrorNumber number;
     std::string text;

@@ -29,10 +29,10 @@ class SettingsStore {
     virtual void endTransaction() = 0;
 };
 
-/// While an instance exists, changes to the store are held back from the disk, and reads return the
-/// new values. Its end writes them as one replacement of the file, so that a killed process leaves
-/// either the old or the new file. Transactions may be nested: the outermost one counts. None may
-/// exist across a yield.
+/// While an instance exists, changes to the store are not written to the disk, and reads return the
+/// new values. The destructor writes all changes by replacing the file once, so that a killed
+/// process leaves either the old or the new file. Transactions may be nested: only the outermost
+/// one writes. No transaction may exist across a yield.
 class StoreTransaction {
   public:
     explicit StoreTransaction(SettingsStore& store) : store_(store) { store_.beginTransaction(); }

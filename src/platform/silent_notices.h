@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notices for programs that show none.
+// An implementation of Notices that ignores all notices, for programs that show none.
 #pragma once
 
 #include "platform/notices.h"

@@ -2,8 +2,9 @@
 // Information about the machine, its drives and its user. Interface only: the texts and rules that
 // the product derives from it belong to the logic.
 //
-// All members are called on the logic thread and return within 100 ms: a drive that does not
-// respond in that time counts as one that refuses, and is not queried again until it has responded.
+// All members are called on the logic thread and return within 100 ms. A drive that does not
+// respond in that time is treated as one that reports an error, and is not queried again until it
+// has responded.
 #pragma once
 
 #include <cstdint>
@@ -61,7 +62,7 @@ class SystemInformation {
     /// last NUL; if it does not fit, the length needed, including that NUL.
     [[nodiscard]] virtual std::size_t logicalDriveStrings(std::string& buffer,
                                                           std::size_t size) const = 0;
-    /// Nothing for a drive that refuses or does not respond.
+    /// Nothing for a drive that reports an error or does not respond.
     [[nodiscard]] virtual std::optional<DiskSpace> diskSpace(const std::string& root) const = 0;
     [[nodiscard]] virtual DriveKind driveKind(const std::string& root) const = 0;
     [[nodiscard]] virtual std::optional<VolumeInformation>

@@ -10,7 +10,7 @@ Result<std::thread> startThread(std::function<void()> body) {
     try {
         return std::thread(std::move(body));
     } catch (const std::system_error& error) {
-        // The limit of threads or memory: the library throws here alone.
+        // The system's limit of threads or memory is reached. Only this call of the library throws.
         return Error{ErrorNumber::deviceUnavailable,
                      std::string("no thread can be started: ") + error.what()};
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starts threads, and reports as a value that the system has none left. All threads of the program
-// start here; what they run and how they end is decided by their owners.
+// Starts threads, and reports by its result that the system cannot create one. All threads of the
+// program start here; their owners decide what they run and how they end.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@ namespace sonarith {
 /// thread.
 [[nodiscard]] Result<std::thread> startThread(std::function<void()> body);
 
-/// Starts a thread as `startThread` does; tests pass one that refuses.
+/// Starts a thread as `startThread` does; tests pass one that fails.
 using ThreadStarter = std::function<Result<std::thread>(std::function<void()>)>;
 
 } // namespace sonarith

@@ -38,10 +38,10 @@ int withoutThreads() {
     return started.error().number == ErrorNumber::deviceUnavailable && isDestroyed ? 0 : 1;
 }
 
-TEST(StartThread, FailsWithAValueAtTheSystemsLimit) {
+TEST(StartThread, ReturnsAnErrorAtTheSystemsLimit) {
     const pid_t child = ::fork();
     if (child == 0) {
-        // The first process of another user is within the limit, a thread of it is not.
+        // The limit of the other user allows one process, but no second thread.
         ::_exit(withoutThreads());
     }
     int status = 0;

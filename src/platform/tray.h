@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The notification area of the desktop's panel as the logic sees it: an icon with a tip, and the
-// event that opens its menu. Interface only; the actions of the menu belong to the logic.
+// The interface through which the logic uses the notification area of the desktop's panel: icons
+// with a tip and a menu. Interface only; the actions of the menu belong to the logic.
 //
 // Life cycle: an icon is added once, modified while it exists, and removed. An icon that is added
-// while no panel shows the area appears when such a panel starts. Used on the logic thread only.
+// while no panel shows the area is shown when such a panel starts. Used on the logic thread only.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ class Tray {
 
     /// Whether a panel shows icons now, so that the user can reach a hidden window.
     [[nodiscard]] virtual bool hostPresent() const = 0;
-    /// hostPresent() has changed.
+    /// Emitted when hostPresent() has changed.
     Signal<> hostChanged;
 };
 

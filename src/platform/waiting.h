@@ -34,7 +34,7 @@ class Waiting {
     enum class Outcome {
         done,  ///< the event has happened
         late,  ///< it has not happened within the bound
-        ended, ///< the program is about to end: the caller finishes without the event
+        ended, ///< the program is about to end: the caller must not wait for the event
     };
 
     /// A wait up to this long only blocks: short enough for the user not to notice, and far longer

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Wave input as the logic sees it: an input device that fills buffers with samples. Interface only.
+// The interface through which the logic uses wave input: a device that fills buffers with samples.
+// Interface only.
 //
-// Life cycle: open; prepare and add each buffer; start. While the device runs, it fills the buffers
-// in the order in which they were added and marks them done; a done buffer may be added again.
-// reset returns all buffers, marked done; stop keeps the filled part. Unprepare each buffer, then
-// close. Any member may be called at any time: a call that does not fit the state returns an error
-// and changes nothing. All members are called on the logic thread and return at once; the device
-// writes to added buffers and to their flags on its own thread.
+// Life cycle: open the device; prepare and add each buffer; start. While the device runs, it fills
+// the buffers in the order in which they were added and marks them done; a done buffer may be added
+// again. reset marks all buffers done and returns them; stop keeps the filled part of a buffer. At
+// the end unprepare each buffer, then close. Any member may be called at any time: a call that does
+// not fit the state returns an error and changes nothing. All members are called on the logic
+// thread and return at once; the device writes to added buffers and to their flags on its own
+// thread.
 #pragma once
 
 #include <atomic>
@@ -25,7 +27,7 @@ enum class WaveResult : int {
     invalidHandle = 5, ///< not open
     invalidParameter = 11,
     badFormat = 32,
-    stillPlaying = 33, ///< the device still holds buffers
+    stillPlaying = 33, ///< buffers are still in the device's queue
     unprepared = 34,
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of a window that remains when some of it is cut away: non-overlapping rectangles of
-// pixels. It computes nothing and uses no window.
+// The visible part of a window with a non-rectangular shape: non-overlapping rectangles of pixels.
+// Data only; it uses no window.
 #pragma once
 
 #include <vector>
@@ -16,7 +16,7 @@ struct PixelRectangle {
     bool operator==(const PixelRectangle&) const = default;
 };
 
-/// An empty list means that nothing of the window remains.
+/// An empty list means that no part of the window is visible.
 struct WindowRegion {
     std::vector<PixelRectangle> rectangles;
     bool operator==(const WindowRegion&) const = default;

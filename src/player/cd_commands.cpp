@@ -36,7 +36,7 @@ void CdCommands::saveRunningCapture() {
 }
 
 void CdCommands::followFailure(int status) {
-    // Read and discarded: no message is shown.
+    // Deliberate: the error message is read and discarded; nothing is shown.
     static_cast<void>(platform_.media.errorString(status));
     closeAll(CommandCheck::unchecked);
     // Deliberate: not checked, since handling its failure would call this again, endlessly.

@@ -15,7 +15,7 @@
 namespace sonarith {
 
 enum class CommandCheck {
-    unchecked, ///< the status is stored in fileIndex, where nothing tests it
+    unchecked, ///< the status is stored in fileIndex, but no code tests it
     checked,   ///< a failure closes all devices and unloads the panel, without a message
 };
 
@@ -34,12 +34,12 @@ class CdCommands {
     /// query failed. The result is not checked, and fileIndex does not change.
     [[nodiscard]] std::string ask(std::string_view question);
 
-    /// Closes every device of the process, including a recorder; a running capture is stopped and
-    /// saved first. Yields in that case.
+    /// Closes every device of the process, including a recorder. A running capture is stopped and
+    /// saved first; this yields.
     bool closeAll(CommandCheck check);
 
-    /// Stops everything if a capture is running: otherwise its recording would be lost, or continue
-    /// without its disc. Yields in that case.
+    /// Stops everything if a capture is running, which saves its recording. Otherwise the recording
+    /// would be lost or continue without its disc. Yields if a capture is running.
     void saveRunningCapture();
 
   private:

@@ -42,17 +42,17 @@ TEST_F(CdCommandsTest, ACheckedCommandThatFailsClosesAllAndUnloadsThePanelWithou
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
     const std::vector<std::string> start(media.log.begin(), media.log.begin() + 3);
     EXPECT_THAT(start, ElementsAre("play cd", "close all", "close all"));
-    // Sent again at the end of the unload.
+    // "close all" is sent again at the end of the unload.
     EXPECT_EQ(media.log.back(), "close all");
     EXPECT_EQ(std::count(media.log.begin(), media.log.end(), "close all"), 3);
-    // Its text is read and discarded.
+    // The text of the error is read and discarded.
     EXPECT_THAT(media.errorsAsked, ElementsAre(275));
     EXPECT_FALSE(form.loaded());
     EXPECT_FALSE(process.PlayerOpen);
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(CdCommandsTest, AFailingCloseAllOnTheFailurePathIsNotHandledAgain) {
+TEST_F(CdCommandsTest, AFailingCloseAllAfterAFailureIsNotHandledAgain) {
     media.answer("play cd", {.status = 275});
     media.answer("close all", {.status = 299});
     EXPECT_FALSE(commands.SendMCI("play cd", CommandCheck::checked));
@@ -110,7 +110,7 @@ TEST_F(CaptureDuringPlayerTest, IsSavedWhenACheckedCommandFails) {
     EXPECT_EQ(std::count(operations.begin(), operations.end(), "stop everything"), 1);
 }
 
-TEST_F(CaptureDuringPlayerTest, IsSavedWhenThePanelIsClosedBeforeItsDiscIsTaken) {
+TEST_F(CaptureDuringPlayerTest, IsSavedBeforeAClosedPanelClosesItsDisc) {
     form.unload();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's poll of the drive, once a second and after each button: reads an inserted disc,
-// notices a removed one, and shows track and time. It plays nothing.
+// The player's poll of the drive, once a second and after each click on a button: it reads an
+// inserted disc, detects that a disc was removed, and shows track and time. It plays nothing.
 #pragma once
 
 #include "forms/form4.h"
@@ -16,8 +16,8 @@ class DiscPoll {
     DiscPoll(const DiscPoll&) = delete;
     DiscPoll& operator=(const DiscPoll&) = delete;
 
-    /// Polls once. Failures of its steps are ignored: the targets keep their values. Yields if a
-    /// newly found disc cannot be moved to its first track.
+    /// Polls once. Failures of its steps are ignored: the values that a step would set stay
+    /// unchanged. Yields if a newly found disc cannot be moved to its first track.
     void UpdatePlayer();
 
   private:
@@ -31,7 +31,7 @@ class DiscPoll {
     DiscState& disc_;
 };
 
-/// The buttons that need a disc: all of the transport's but "Eject".
+/// Enables or disables the buttons that need a disc: all transport buttons except "Eject".
 void enableDiscButtons(Form4& form, bool enabled);
 
 } // namespace sonarith

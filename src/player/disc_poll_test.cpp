@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Switched on, with three tracks of a minute in the drive; not polled yet.
+/// The player is switched on with a disc of three tracks of a minute, and has not polled yet.
 struct DiscPollTest : test::PlayerWorld {
     const std::vector<std::string> look = {"status cd media present", "status cd position",
                                            "status cd mode"};
@@ -43,7 +43,7 @@ TEST_F(DiscPollTest, PollsOnceASecond) {
     EXPECT_EQ(std::count(looks.begin(), looks.end(), "status cd media present"), 5);
 }
 
-TEST_F(DiscPollTest, TheTimerThatIsNeverStartedHasTheSameHandler) {
+TEST_F(DiscPollTest, TheUnusedTimerHasTheSameHandler) {
     poll();
     EXPECT_EQ(commandsOf([&] { form.Timer1.fire(); }), look);
     EXPECT_EQ(commandsOf([&] { form.Timer6.fire(); }), look);
@@ -95,7 +95,7 @@ TEST_F(DiscPollTest, ADiscJustFoundIsReadyBeforeItIsMovedToItsFirstTrack) {
     EXPECT_EQ(looks, 3);
 }
 
-TEST_F(DiscPollTest, ALookWhoseMoveFailsGoesOnWithPositionAndMode) {
+TEST_F(DiscPollTest, APollWhoseMoveFailsContinuesWithPositionAndMode) {
     media.answer("seek cd to 1", {.status = 275});
     const std::vector<std::string> sent = poll();
     const auto failed = std::find(sent.begin(), sent.end(), "seek cd to 1");
@@ -105,7 +105,7 @@ TEST_F(DiscPollTest, ALookWhoseMoveFailsGoesOnWithPositionAndMode) {
                             "stop cd", "close cd", "close all",       // the panel's unload
                             "status cd position", "status cd mode"));
     EXPECT_FALSE(form.loaded());
-    // Marked as read before the move, until the panel is loaded again.
+    // The disc was marked as read before the move, and stays so until the panel is loaded again.
     EXPECT_TRUE(state.CDLoaded);
 }
 
@@ -132,7 +132,7 @@ TEST_F(DiscPollTest, WithoutADiscTheDisplayDoesNotChange) {
     EXPECT_EQ(state.NumTracks, 2);
 }
 
-TEST_F(DiscPollTest, ADiscOfOneTrackIsNoAudioDiscAndIsReadAgainEachSecond) {
+TEST_F(DiscPollTest, ADiscOfOneTrackCountsAsDataAndIsReadAgainEachSecond) {
     disc.insert({60000});
     for (int i = 0; i < 3; ++i) {
         EXPECT_THAT(wordsDuring([&] {
@@ -265,12 +265,12 @@ TEST_F(DiscPollTest, ADiscRemovedWhileStoppedShowsNoCdWithinASecondAndKeepsThePo
     EXPECT_EQ(form.timeWindow.text(), "[02] 00:00");
     EXPECT_EQ(form.tracktime.caption(), "");
     EXPECT_FALSE(state.CDLoaded);
-    // "Eject" had been disabled by the skip.
+    // The skip has disabled "Eject".
     EXPECT_THAT(enabledButtons(), IsEmpty());
     EXPECT_THAT(poll(), ElementsAre("status cd media present"));
 }
 
-TEST_F(DiscPollTest, ADiscRemovedWhilePlayingPlaysNoLonger) {
+TEST_F(DiscPollTest, ADiscRemovedWhilePlayingClearsPlaying) {
     loop.advance(1s);
     form.play.click();
     loop.advance(3s);
@@ -291,7 +291,7 @@ TEST_F(DiscPollTest, RemovingTheDiscDoesNotChangeEject) {
 
 // --- failures ------------------------------------------------------------------------------
 
-TEST_F(DiscPollTest, AFailedPollTreatsTheDiscAsRemoved) {
+TEST_F(DiscPollTest, AFailedQueryTreatsTheDiscAsRemoved) {
     poll();
     for (const test::MciAnswer& answer :
          {test::MciAnswer{.status = 263}, {.reply = "maybe"}, {.reply = ""}}) {

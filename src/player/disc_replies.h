@@ -15,11 +15,12 @@ namespace sonarith {
 /// reply is false.
 [[nodiscard]] bool isTrueText(const std::string& reply);
 
-/// The number of tracks is in the first two characters; `disc` keeps its number if they are none.
+/// Reads the number of tracks from the first two characters. If they are not a number, `disc` keeps
+/// its value.
 void readTrackCount(std::string_view reply, DiscState& disc);
 
-/// Parses a position "tt:mm:ss:ff" by the offsets of its characters. A part that is no number keeps
-/// the value in `disc`.
+/// Parses a position "tt:mm:ss:ff" by the offsets of its characters. For a part that is
+/// not a number, `disc` keeps its value.
 void readPosition(std::string_view reply, DiscState& disc);
 
 /// "[03] 01:05". Longer numbers are not cut.

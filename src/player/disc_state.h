@@ -10,13 +10,13 @@
 namespace sonarith {
 
 struct DiscState {
-    /// The last mode that was read or commanded: true while playing. Then a skip continues to play;
-    /// otherwise it only moves.
+    /// The last mode that was read or commanded; true means playing. If true, a skip plays the new
+    /// track; otherwise it only moves to the track.
     bool Playing = false;
     /// An audio disc has been read and the transport buttons are enabled.
     bool CDLoaded = false;
     std::int16_t NumTracks = 0;
-    /// The length of each track as returned by the device; [0] is track 1's.
+    /// The length of each track as returned by the device; [0] is for track 1.
     std::vector<std::string> TrackLengths;
     /// The last position that was read.
     std::int16_t CurTrack = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The level meter: reads the mixer's peak control and draws one step of the bar and of the trace.
-// The input that makes the level move is started elsewhere; the arithmetic is in meter_scale.h.
+// meter_capture.h starts the input whose level is shown; the arithmetic is in meter_scale.h.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class LevelMeter {
     LevelMeter(const LevelMeter&) = delete;
     LevelMeter& operator=(const LevelMeter&) = delete;
 
-    /// Finds the peak controls and prepares reading them. The mixer must be open.
+    /// Finds the peak controls and prepares to read them. The mixer must be open.
     void prepare();
     /// Clears the trace. The next line continues at the position of the last one.
     void clearTrace();
@@ -30,17 +30,17 @@ class LevelMeter {
 
     /// Reads the level once and draws one step. Allocates nothing.
     void Timer3_Timer();
-    /// Two variants of that, whose timers are never started.
+    /// Two variants of Timer3_Timer(). Their timers are never started.
     void Timer2_Timer();
     void Timer4_Timer();
 
   private:
     enum class Drawing { none, joined, apart };
-    /// The differences of the three.
+    /// The differences between the three timers' drawings.
     struct Variant {
         const MixerControl& control;
         double silenceAt; ///< the trace's height at silence, in twips
-        int step;         ///< of the trace to the right, in twips
+        int step;         ///< how far the trace moves to the right, in twips
         Drawing drawing;
     };
 

@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-/// Unlike the other fakes it keeps no log, which would allocate.
+/// Unlike the other fakes it writes no log, since a log would allocate.
 class QuietMixer final : public Mixer {
   public:
     std::int32_t peak = 0;
@@ -38,7 +38,7 @@ class QuietMixer final : public Mixer {
     }
 };
 
-/// The last buffer that was added can be marked done.
+/// Gives the test access to the buffer that was added last, so that it can mark the buffer done.
 class QuietInput final : public WaveInput {
   public:
     WaveHeader* added = nullptr;
@@ -106,7 +106,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
                   }
               }),
               0);
-    // It has drawn, and restarted at the edge.
+    // The meter has drawn, and the trace has restarted at the edge.
     EXPECT_GT(steps, 1500);
     EXPECT_LT(form.picPeakVol.lines().size(), 123U);
 }

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The panel with its meter prepared, the input not running.
+/// The panel with its meter prepared; the input is not running.
 struct LevelMeterTest : test::PlayerWorld {
     PictureBox& trace = form.picPeakVol;
 
@@ -117,7 +117,7 @@ TEST_F(LevelMeterTest, AnInvalidLevelIsDrawnWithoutFailure) {
     EXPECT_EQ(trace.lines().size(), 2U);
 }
 
-TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeAtItsCurrentHeight) {
+TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeWithItsCurrentHeight) {
     int cleared = 0;
     const Connection connection = trace.cleared.connect([&] { ++cleared; });
     for (int x = 0; x < 2440; x += 20) {
@@ -127,7 +127,7 @@ TEST_F(LevelMeterTest, TheTraceRestartsAtTheRightEdgeAtItsCurrentHeight) {
     EXPECT_EQ(lastLine().to.x, 2420);
     EXPECT_EQ(trace.lines().size(), 122U);
     tick(8192);
-    // That line ended at 2440, left of the edge at 2445; the next one would not.
+    // That line ended at 2440, left of the edge at 2445; the next line would end beyond the edge.
     EXPECT_EQ(cleared, 1);
     EXPECT_THAT(trace.lines(), IsEmpty());
     tick(0);
@@ -146,7 +146,7 @@ TEST_F(LevelMeterTest, TheTraceRestartsIfItReachesTheWidthExactly) {
 TEST_F(LevelMeterTest, AFailedReadKeepsTheLastLevel) {
     tick(16384);
     mixer.detailsFail = true;
-    // A slider shares the scratch value; the meter does not draw it.
+    // A slider writes to the same scratch value; the meter must not draw that value.
     form.Slider1.moveTo(1);
     tick(0);
     tick(0);
@@ -208,7 +208,7 @@ TEST_F(LevelMeterTest, BuffersAreNotQueuedWhileTheInputIsStopped) {
     EXPECT_THAT(operationsOf([&] { form.Timer3.fire(); }), ElementsAre("mixer get 7 10020001"));
 }
 
-TEST_F(LevelMeterTest, ABufferThatCannotBeQueuedIsTriedAgain) {
+TEST_F(LevelMeterTest, QueueingABufferIsRetriedAfterAFailure) {
     player.capture.StartMeter();
     waveInput.fill(8192);
     waveInput.failures["add"] = WaveResult::invalidParameter;
@@ -229,7 +229,7 @@ TEST_F(LevelMeterTest, Timer2ReadsTheWaveLineAndDrawsOnlyTheBar) {
     EXPECT_THAT(operationsOf([&] { form.Timer2.fire(); }), ElementsAre("mixer get 4104 10020001"));
     EXPECT_THAT(trace.lines(), IsEmpty());
     EXPECT_EQ(form.Label4.top(), Twips(915 - 819));
-    // It has neither moved on nor kept its height.
+    // Timer2 has not moved the trace to the right, but has changed the height of its next start.
     tick(0);
     EXPECT_EQ(lastLine(), (PictureLine{{-20, -50}, {0, 950}}));
 }

@@ -52,7 +52,8 @@ bool MeterCapture::StartMeter() {
         report(result);
         return false;
     }
-    // A stop during a message has closed the device: it must not be used any more.
+    // If StopMeter() was called while a message was open, the device is closed and must not be
+    // used.
     const int stopsBefore = stops_;
     for (MeterBuffer& buffer : MeterBuffers) {
         report(input.prepareHeader(hWaveIn, buffer.header));

@@ -20,9 +20,9 @@ class MeterCapture {
     MeterCapture(const MeterCapture&) = delete;
     MeterCapture& operator=(const MeterCapture&) = delete;
 
-    /// Opens device 0 and starts it; does nothing if it is running. Each failure except that of the
-    /// start itself is shown in a message with the platform's text, which yields. False only if the
-    /// device could not be opened.
+    /// Opens device 0 and starts it; does nothing if it is running. Each failure, except of the
+    /// start itself, is shown in a message with the platform's text; the message yields. Returns
+    /// false only if the device could not be opened.
     bool StartMeter();
     /// Stops the input; failures are ignored. May be called at any time.
     void StopMeter();
@@ -37,7 +37,7 @@ class MeterCapture {
         std::array<std::byte, 8192> data{};
     };
 
-    /// Shows the message of a failure; nothing for a success.
+    /// Shows a message for a failure; does nothing for a success.
     void report(WaveResult result);
 
     const Platform& platform_;
@@ -45,8 +45,8 @@ class MeterCapture {
     WaveInHandle hWaveIn = 0;
     bool MeterRunning = false;
     int stops_ = 0; ///< calls of StopMeter() so far
-    /// They exist as long as this object, not only until the input is stopped: an input that failed
-    /// to release a buffer may still write to it.
+    /// The buffers exist as long as this object, not only until the input is stopped: an input that
+    /// failed to release a buffer may still write to it.
     std::array<MeterBuffer, 2> MeterBuffers;
 };
 

@@ -119,7 +119,7 @@ TEST_F(MeterCaptureTest, FailuresOfAStopAreIgnored) {
     capture.StopMeter();
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_FALSE(capture.running());
-    // The input continues to write to its buffers.
+    // The input has kept the buffers and may still write to them.
     ASSERT_EQ(waveInput.queue.size(), 2U);
     std::fill_n(waveInput.queue[0]->lpData, waveInput.queue[0]->dwBufferLength, std::byte{1});
     waveInput.failures.clear();

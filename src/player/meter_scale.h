@@ -9,13 +9,15 @@
 
 namespace sonarith {
 
-/// The absolute value of a level. The lowest 32-bit number has none and is returned unchanged.
+/// The level with the opposite sign. The lowest 32-bit number has no opposite and is returned
+/// unchanged.
 [[nodiscard]] constexpr std::int32_t negated(std::int32_t level) {
     return level == INT32_MIN ? level : -level;
 }
 
-/// The top of the bar inside a picture of `pictureHeight`: at its bottom edge for silence, so that
-/// the bar is invisible, and above its upper edge for levels that exceed it.
+/// The top of the bar inside a picture of `pictureHeight`: at the picture's bottom edge for
+/// silence, so that the bar is invisible, and above its upper edge for levels too high for the
+/// picture.
 [[nodiscard]] constexpr Twips barTop(Twips pictureHeight, std::int32_t level) {
     constexpr double twipsOfBarForEachStep = 0.05;
     return Twips::rounded(pictureHeight.count() - level * twipsOfBarForEachStep);

@@ -76,7 +76,7 @@ TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResult) {
     EXPECT_EQ(process.mixerLastError, MixerResult::noError);
 }
 
-TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsWhateverTheControl) {
+TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsForAnyControl) {
     find(mixer_line::waveIn, mixer_control::peakMeter);
     ASSERT_EQ(record.cMultipleItems, 1U);
     EXPECT_EQ(access.GetControlValue(handle, record), 0);

@@ -136,8 +136,8 @@ void MixerPanel::sliderMoved(const Level& level) {
 }
 
 void MixerPanel::trebleMoved() {
-    // Deliberate: the only slider whose control is found again at each move, and which does nothing
-    // without it.
+    // Deliberate: this is the only slider that looks up its control at each move, and that does
+    // nothing if the control does not exist.
     find(treble_.line, treble_.controlType, treble_.record);
     if (state_.mixerFound) {
         sliderMoved(treble_);
@@ -149,7 +149,8 @@ void MixerPanel::driveToHighest(const MixerControl& record) {
     access_.SetControlValue(state_.hMixer, record, state_.Volume);
 }
 
-// Deliberate: the switches write even if the control was not found; that result is only stored.
+// Deliberate: the switches write even if the control was not found. The result of the look-up is
+// stored in mixerFound but not used.
 
 void MixerPanel::mute(std::uint32_t line, MixerControl& record) {
     find(line, mixer_control::mute, record);

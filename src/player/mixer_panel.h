@@ -22,22 +22,22 @@ class MixerPanel {
     /// Opens the mixer again; returns whether there is one.
     bool open();
 
-    /// "MIXER": opens the mixer and reads its levels into sliders and numbers. Both keep their
-    /// values for a level that the card does not have. Without a mixer a message appears, which
+    /// "MIXER": opens the mixer and shows its levels in sliders and numbers. If the card does not
+    /// have a level, its slider and number stay unchanged. Without a mixer a message appears, which
     /// yields.
     void Command2_Click();
-    /// Sets the master volume to the maximum. The slider keeps its position.
+    /// Sets the master volume to the maximum. The slider does not move.
     void Command3_Click();
-    /// The same for the disc's line.
+    /// Sets the volume of the disc's line to the maximum. The slider does not move.
     void Command4_Click();
-    /// Deliberate: the same for a control that does not exist, without any effect.
+    /// Deliberate: writes the maximum to a control that is never looked up; this has no effect.
     void Command5_Click();
 
     /// Unmutes the disc's line, as Option14 does. Nothing calls it.
     void SetMute();
 
   private:
-    /// A slider, the number beside it, and the control behind both.
+    /// A slider, the number beside it, and the mixer control of both.
     struct Level {
         Slider& slider;
         TextBox& number;

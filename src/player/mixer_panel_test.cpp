@@ -16,7 +16,8 @@ struct MixerPanelTest : test::PlayerWorld {
     MixerPanelTest() { operations.clear(); }
     void removeTone(std::uint32_t control) {
         mixer.removeControl(mixer_line::speakers, control);
-        // A new panel whose control was never found; its record has no identifier.
+        // Loads the panel again with new records: the control is not found, so its record has no
+        // identifier.
         player.mixerState = {};
         form.unload();
         form.load();
@@ -89,7 +90,7 @@ TEST_F(MixerPanelTest, ALevelThatCannotBeReadKeepsSliderAndNumber) {
 }
 
 TEST_F(MixerPanelTest, AControlThatIsNotFoundIsNotRead) {
-    // Found before, so that its record still has an identifier.
+    // The controls were found earlier, so their records still have identifiers.
     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
     mixer.removeControl(mixer_line::speakers, mixer_control::treble);
     EXPECT_THAT(operationsOf([&] { form.Command2.click(); }),
@@ -211,7 +212,7 @@ TEST_F(MixerPanelTest, TheTrebleSliderFindsItsControlAtEachMove) {
     EXPECT_EQ(form.Treblesliderte.text(), "9");
 }
 
-TEST_F(MixerPanelTest, WithoutTrebleItsSliderDoesNotEvenChangeTheNumber) {
+TEST_F(MixerPanelTest, WithoutTrebleItsSliderWritesNothingAndKeepsTheNumber) {
     removeTone(mixer_control::treble);
     player.mixerState.Volume = 77;
     EXPECT_THAT(operationsOf([&] { form.trebleslider.moveTo(30000); }),
@@ -263,7 +264,7 @@ TEST_F(MixerPanelTest, ThePanSliderAndTheThreeCheckBoxesDoNothing) {
 
 // --- mutes ---------------------------------------------------------------------------------
 
-TEST_F(MixerPanelTest, TheMuteSwitchesFindTheirControlAndWriteAtOnce) {
+TEST_F(MixerPanelTest, AMuteSwitchFindsItsControlAndWritesAtOnce) {
     struct Row {
         OptionButton& button;
         std::uint32_t line;
@@ -300,7 +301,7 @@ TEST_F(MixerPanelTest, TheSwitchesShareTwoScratchRecords) {
     }
 }
 
-TEST_F(MixerPanelTest, AMissingSwitchIsWrittenToWithoutAReport) {
+TEST_F(MixerPanelTest, AMissingMuteControlShowsNoMessage) {
     mixer.removeLine(mixer_line::compactDisc);
     player.mixerState.MuteCtrlB = {};
     EXPECT_THAT(operationsOf([&] { form.Option13.click(); }),
@@ -309,8 +310,8 @@ TEST_F(MixerPanelTest, AMissingSwitchIsWrittenToWithoutAReport) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, AnAbsentSwitchIsWrittenToTheControlThatItsRecordHolds) {
-    // The result of the look-up is kept and not acted on, and the records are shared.
+TEST_F(MixerPanelTest, WithoutAMuteControlTheControlOfTheRecordIsWritten) {
+    // The result of the look-up is not used, and the switches share the records.
     mixer.removeLine(mixer_line::compactDisc);
     form.Option2.click();
     mixer.put(mixer_line::speakers, mixer_control::mute, 0);
@@ -329,7 +330,7 @@ TEST_F(MixerPanelTest, SetMuteUnmutesTheDiscAsOption14Does) {
     EXPECT_FALSE(discMuted());
 }
 
-TEST_F(MixerPanelTest, TheSwitchesWorkAsProceduresOfAPanelThatIsNotLoaded) {
+TEST_F(MixerPanelTest, TheSwitchesWorkWhileThePanelIsNotLoaded) {
     form.unload();
     form.Option13.click();
     EXPECT_TRUE(discMuted());

@@ -13,16 +13,17 @@ namespace sonarith {
 struct MixerState {
     /// The handle of the last open that succeeded; earlier ones stay open.
     MixerHandle hMixer = 0;
-    /// The results of the last call and of the last search of a control.
+    /// The results of the last call and of the last look-up of a control.
     MixerResult mixerResult = MixerResult::noError;
     bool mixerFound = false;
-    /// Scratch value of sliders and meter. Each writes it before reading it, with no yield between.
+    /// Scratch value of sliders and meter. Each writes it before reading it and does not yield in
+    /// between.
     std::int32_t Volume = 0;
 
-    MixerControl MuteCtrlA; ///< scratch of the mute switches
-    MixerControl MuteCtrlB; ///< another
+    MixerControl MuteCtrlA; ///< scratch record of the mute switches
+    MixerControl MuteCtrlB; ///< second scratch record of the mute switches
     MixerControl VolCtrl;   ///< master volume
-    MixerControl SpareCtrl; ///< never searched
+    MixerControl SpareCtrl; ///< never looked up
     MixerControl CDVolCtrl;
     MixerControl TrebleCtrl;
     MixerControl BassCtrl;

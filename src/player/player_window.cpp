@@ -32,8 +32,8 @@ PlayerWindow::PlayerWindow(ProcessState& process, Windows& windows, CdCommands& 
 }
 
 void PlayerWindow::wireMenus() {
-    // Deliberate: acts as a click on the button even if that is disabled. mnuMinCD and mnuMinimCDp
-    // have no action.
+    // Deliberate: an entry acts as a click on its button even if the button is disabled. mnuMinCD
+    // and mnuMinimCDp have no action.
     for (MenuItem* entry : {&form_.mnuCDon, &form_.mnuCDonp}) {
         entry->onClick = [this] {
             form_.OptCD.choose();
@@ -99,7 +99,7 @@ void PlayerWindow::Form_Load() {
 }
 
 void PlayerWindow::Form_QueryUnload() {
-    // Before the switch-off, which would close the disc of the capture.
+    // Save first: the switch-off would close the disc of the capture.
     commands_.saveRunningCapture();
     form_.Command6.click();
 }
@@ -108,8 +108,8 @@ void PlayerWindow::Form_Unload() {
     process_.PlayerOpen = false;
     commands_.closeAll(CommandCheck::unchecked);
     if (meterCapture_.running()) {
-        // It may have been started in one of the close's yields: a closed panel must not keep an
-        // input running.
+        // The input may have been started in one of the yields during the close. A closed panel
+        // must not keep it running.
         meterCapture_.StopMeter();
     }
 }

@@ -31,7 +31,7 @@ class PlayerWindow {
 
     /// "EXIT": closes every device of the process and then the panel. Yields.
     void Command1_Click();
-    /// "Show as Cube": another height, until the panel is loaded again.
+    /// "Show as Cube": changes the height until the panel is loaded again.
     void mnuCubeit_Click();
 
   private:

@@ -80,7 +80,7 @@ TEST_F(PlayerWindowTest, TheUnloadSwitchesOffFirstAndThenClosesAllDevices) {
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PlayerWindowTest, TheUnloadsCloseAllIsUnchecked) {
+TEST_F(PlayerWindowTest, TheUnloadIgnoresAFailureOfItsCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.unload(); }),
                 ElementsAre("stop cd", "close cd", "close all"));
@@ -98,7 +98,7 @@ TEST_F(PlayerWindowTest, TheStateOfADiscIsKeptWhenThePanelIsClosed) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PlayerWindowTest, AClosedPanelKeepsNoInputRunning) {
+TEST_F(PlayerWindowTest, AnInputThatStartsDuringTheCloseIsStopped) {
     // "input" is ticked in the last yield of the close, after every step that stops it.
     loop.atYield(7, [&] {
         form.Check3.setValue(1).passOver();
@@ -116,7 +116,7 @@ TEST_F(PlayerWindowTest, ExitClosesAllDevicesTwiceAndThenThePanel) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, ExitsSecondCloseAllIsChecked) {
+TEST_F(PlayerWindowTest, ExitChecksItsSecondCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
                 ElementsAre("close all", "close all", // EXIT's own
@@ -181,7 +181,7 @@ TEST_F(PlayerWindowTest, CloseUnloadsThePanel) {
     }
 }
 
-TEST_F(PlayerWindowTest, TheCubeHasItsHeightUntilTheNextLoad) {
+TEST_F(PlayerWindowTest, ShowAsCubeSetsTheHeightUntilTheNextLoad) {
     main.setHeight(6000_twips);
     for (MenuItem* entry : {&form.mnuCubeit, &form.mnuCubeitp}) {
         SCOPED_TRACE(entry->name());
@@ -189,7 +189,7 @@ TEST_F(PlayerWindowTest, TheCubeHasItsHeightUntilTheNextLoad) {
         form.load();
         EXPECT_EQ(form.height(), 6000_twips);
         const Twips width = form.width();
-        // A second time changes nothing: no entry restores the height.
+        // A second click changes nothing: no entry restores the height.
         for (int i = 0; i < 2; ++i) {
             EXPECT_THAT(operationsOf([&] { entry->click(); }), IsEmpty());
             EXPECT_EQ(form.height(), 3480_twips);

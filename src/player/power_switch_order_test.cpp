@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the power switch has already done, and what not yet, when each command is sent, and what it
-// leaves alone. The commands themselves are tested in power_switch_test.cpp.
+// Tests the order of the power switch's steps: the panel's state at the time of each command, and
+// the state that does not change. The commands themselves are tested in power_switch_test.cpp.
 #include "player/power_switch.h"
 
 #include <functional>
@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct PowerSwitchOrderTest : test::PlayerWorld {
-    /// Clicks "on" and runs `look` when `command` is sent. Returns how often it was.
+    /// Clicks "on" and runs `look` when `command` is sent. Returns how often it was sent.
     int lookAt(const std::string& command, const std::function<void()>& look) {
         int times = 0;
         media.onCommand = [&](std::string_view sent) {
@@ -29,7 +29,7 @@ struct PowerSwitchOrderTest : test::PlayerWorld {
     }
 };
 
-TEST_F(PowerSwitchOrderTest, MeterAndEjectWaitForTheTimeFormat) {
+TEST_F(PowerSwitchOrderTest, MeterAndEjectStartAfterTheTimeFormat) {
     for (const char* command :
          {"open cdaudio alias cd wait shareable", "set cd time format tmsf wait"}) {
         EXPECT_EQ(lookAt(command,
@@ -44,7 +44,7 @@ TEST_F(PowerSwitchOrderTest, MeterAndEjectWaitForTheTimeFormat) {
     }
 }
 
-TEST_F(PowerSwitchOrderTest, OnWhileOnStopsThePollButNotTheMeterAndKeepsTheWord) {
+TEST_F(PowerSwitchOrderTest, OnWhileOnStopsThePollNotTheMeterAndKeepsTheText) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {
@@ -74,18 +74,20 @@ TEST_F(PowerSwitchOrderTest, TheResetStopsThePollThenClosesTheDiscThenClearsTheP
                          EXPECT_THAT(enabledButtons(), IsEmpty());
                          EXPECT_EQ(form.timeWindow.text(), "");
                          EXPECT_EQ(form.tracktime.caption(), "");
-                         EXPECT_TRUE(player.disc.CDLoaded) << "cleared before the disc is opened";
+                         EXPECT_TRUE(player.disc.CDLoaded)
+                             << "is cleared later, before the disc is opened";
                      }),
               1);
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, OffKeepsWhatIsKnownOfTheDisc) {
+TEST_F(PowerSwitchOrderTest, OffKeepsTheStateOfTheDisc) {
     switchOn();
     form.optNoCD.choose();
     EXPECT_TRUE(player.disc.CDLoaded);
     EXPECT_EQ(player.disc.NumTracks, 3);
-    // So a look at the closed device, as after "Play CD" on the last track, finds the disc gone.
+    // So a poll of the closed device, as after "Play CD" on the last track, treats the disc as
+    // removed.
     process.currentTrack = 3;
     EXPECT_THAT(commandsOf([&] { form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present"));
@@ -93,7 +95,7 @@ TEST_F(PowerSwitchOrderTest, OffKeepsWhatIsKnownOfTheDisc) {
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, TheTraceGoesOnInItsPlaceAfterASwitchOffAndAfterAClose) {
+TEST_F(PowerSwitchOrderTest, TheTraceContinuesAtItsPositionAfterASwitchOffAndAClose) {
     player.meter.prepare();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 8192);
     for (int tick = 0; tick < 3; ++tick) {

@@ -82,7 +82,7 @@ TEST_F(PowerSwitchTest, OnUnmutesTheMasterAndTheDisc) {
     EXPECT_EQ(mixer.value(mixer_line::speakers, mixer_control::mute), 0);
     EXPECT_FALSE(discMuted());
     EXPECT_EQ(mixer.value(mixer_line::waveOut, mixer_control::mute), 1);
-    // Only the handlers run: the switches show the user's choice.
+    // Only the handlers run: the switches still show the user's choice.
     EXPECT_FALSE(form.Option1.selected());
     EXPECT_FALSE(form.Option14.selected());
 }
@@ -147,7 +147,7 @@ TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelSilentlyAndResetsT
     EXPECT_FALSE(form.optNoCD.selected());
     EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_TRUE(discMuted());
-    // With a drive it works again.
+    // The player works again when a drive exists.
     media.forgetAnswers();
     form.show();
     switchOn();
@@ -183,7 +183,7 @@ TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
     bench.mixer.present = false;
     bench.form.load();
     bench.boxes.shown.clear();
-    // The reset ends before its "stop cd" and "close cd".
+    // Without a mixer the reset ends early, before its "stop cd" and "close cd".
     EXPECT_THAT(bench.operationsOf([&] { bench.form.OptCD.choose(); }),
                 ElementsAre("wave open", "wave prepare", "wave prepare", "wave add", "wave add",
                             "wave start",                           //
@@ -202,7 +202,7 @@ TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
 }
 
 TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
-    // The reset, which stops it too, has already ended.
+    // The reset, which would stop the poll too, ends early without a mixer.
     test::PlayerBench bench;
     bench.switchOn();
     bench.mixer.present = false;
@@ -225,7 +225,7 @@ TEST_F(PowerSwitchTest, OffRunsItsStepsInOrder) {
     form.play.click();
     showMeter();
     loop.atYield(1, [&] {
-        // The displays before the yield; timers, disc and buttons after it.
+        // The displays are cleared before the yield; timers, disc and buttons change after it.
         EXPECT_EQ(form.CD.text(), "OFF");
         EXPECT_THAT(form.picPeakVol.lines(), IsEmpty());
         EXPECT_EQ(form.Label4.top(), form.Picture8.height());
@@ -273,7 +273,7 @@ TEST_F(PowerSwitchTest, OffKeepsTheInputBoxTicked) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, TicksDuringTheSwitchOffLeaveNothingOnTheDisplays) {
+TEST_F(PowerSwitchTest, TimersDuringTheSwitchOffLeaveTheDisplaysClear) {
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
@@ -333,7 +333,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsBothMuteSwitchesOfTheDisc) {
     switchOffForAnAction();
     EXPECT_FALSE(form.Option13.selected());
     EXPECT_TRUE(discMuted());
-    // The other one keeps the user's choice, though the line is muted.
+    // Option14 keeps the user's choice, although the line is muted.
     form.Option14.choose();
     switchOffForAnAction();
     EXPECT_TRUE(form.Option14.selected());

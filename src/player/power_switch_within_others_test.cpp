@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The power switch pressed during another step of the panel, and vice versa. Every yield of a
-// switch-off is swept in switch_off_sweep_test.cpp.
+// The power switch is clicked during another step of the panel, or another step runs during the
+// switch's steps. switch_off_sweep_test.cpp tests every yield of a switch-off.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"

@@ -20,8 +20,8 @@ class Transport {
     Transport(const Transport&) = delete;
     Transport& operator=(const Transport&) = delete;
 
-    // Deliberate: a failed checked command unloads the panel, which yields; the handler then
-    // continues with commands that fail.
+    // Deliberate: a failed checked command unloads the panel, which yields. The handler then
+    // continues, and its remaining commands fail.
 
     /// Continues after a pause; otherwise plays the main window's track or, without one, the
     /// current one. Deliberate: on the last track nothing is sent.
@@ -29,10 +29,10 @@ class Transport {
     void pause_Click();
     /// Stops and moves to the current track's start. Enables "Eject".
     void stopbtn_Click();
-    /// Goes to the next track; after the last one to the first, which does not play.
+    /// Skips to the next track; on the last track moves to the first one without playing it.
     void ftrack_Click();
-    /// Goes to the current track's start; from there to the previous track, or from the first to
-    /// the last one.
+    /// Skips to the start of the current track. At that start, skips to the previous track, or on
+    /// the first track to the last one.
     void btrack_Click();
     void eject_Click();
 
@@ -40,7 +40,7 @@ class Transport {
     void goOn();
     void playFrom(int track);
     void seekTo(int track);
-    /// Continues at that track's start if the disc plays, otherwise only moves to it.
+    /// Plays from the track's start if the disc plays, otherwise only moves to that start.
     void skipTo(int track);
 
     ProcessState& process_;

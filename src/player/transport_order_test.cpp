@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the transport's handlers have already done, and what not yet, when each command is sent. The
-// commands themselves are tested in transport_test.cpp.
+// Tests the order of steps in the transport's handlers: the panel's state at the time of each
+// command. The commands themselves are tested in transport_test.cpp.
 #include "player/transport.h"
 
 #include <functional>
@@ -10,12 +10,12 @@
 namespace sonarith {
 namespace {
 
-/// Switched on, with three tracks of a minute that were read.
+/// The player is switched on and has read a disc of three tracks of a minute.
 struct TransportOrderTest : test::PlayerWorld {
     DiscState& state = player.disc;
 
     TransportOrderTest() { switchOn(); }
-    /// Clicks `button` and runs `look` when `command` is sent. Returns how often it was.
+    /// Clicks `button` and runs `look` when `command` is sent. Returns how often it was sent.
     int lookAt(const std::string& command, CommandButton& button,
                const std::function<void()>& look) {
         int times = 0;
@@ -31,7 +31,7 @@ struct TransportOrderTest : test::PlayerWorld {
     }
 };
 
-TEST_F(TransportOrderTest, AStopLeavesEjectEnabledAllTheTime) {
+TEST_F(TransportOrderTest, AStopKeepsEjectEnabledThroughout) {
     ASSERT_TRUE(form.eject.enabled());
     for (const char* command : {"stop cd wait", "seek cd to 1", "status cd position"}) {
         EXPECT_EQ(lookAt(command, form.stopbtn, [&] { EXPECT_TRUE(form.eject.enabled()); }), 1)
@@ -47,7 +47,7 @@ TEST_F(TransportOrderTest, AStopClearsPlayingAfterBothOfItsCommands) {
     }
 }
 
-TEST_F(TransportOrderTest, AResumeForgetsThePauseBeforeItsCommandAndShowsPlayingAfterIt) {
+TEST_F(TransportOrderTest, AResumeClearsThePauseBeforeItsCommandAndShowsPlayingAfterwards) {
     form.play.click();
     form.pause.click();
     EXPECT_EQ(lookAt("play cd", form.play,
@@ -61,7 +61,7 @@ TEST_F(TransportOrderTest, AResumeForgetsThePauseBeforeItsCommandAndShowsPlaying
     EXPECT_EQ(form.CD.text(), "Playing");
 }
 
-TEST_F(TransportOrderTest, APauseIsRememberedAfterItsCommandAlsoIfThatFails) {
+TEST_F(TransportOrderTest, APauseIsStoredAfterItsCommandEvenIfItFails) {
     form.play.click();
     media.answer("pause cd", {.status = 275});
     EXPECT_EQ(lookAt("pause cd", form.pause,

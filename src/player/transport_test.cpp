@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 using Commands = std::vector<std::string>;
 
-/// Switched on, with a disc of three tracks of a minute that was read.
+/// The player is switched on and has read a disc of three tracks of a minute.
 struct TransportTest : test::PlayerWorld {
     DiscState& state = player.disc;
     const Commands allButtons = {"play", "pause", "stopbtn", "ftrack", "btrack", "eject"};
@@ -34,7 +34,7 @@ struct TransportTest : test::PlayerWorld {
     Commands click(CommandButton& button) {
         return commandsOf([&] { button.click(); });
     }
-    /// The device returns this position, and the player has read it.
+    /// Makes the device return this position and mode, and polls.
     void standAt(int track, int minute, int second, bool playing) {
         const auto twoDigits = [](int number) {
             return (number < 10 ? "0" : "") + std::to_string(number);
@@ -56,7 +56,7 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         Commands sent;
     };
     const Row rows[] = {
-        // Play: from the current track's start, except on the last track.
+        // Play: plays from the current track's start; on the last track nothing is sent.
         {form.play, 1, 0, 0, false, {"play cd from 1"}},
         {form.play, 2, 0, 30, false, {"play cd from 2"}},
         {form.play, 2, 0, 30, true, {"play cd from 2"}},
@@ -64,16 +64,18 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         {form.play, 3, 0, 30, true, {}},
         {form.pause, 1, 0, 0, false, {"pause cd"}},
         {form.pause, 3, 0, 30, true, {"pause cd"}},
-        // Stop: back to the current track's start.
+        // Stop: moves to the current track's start.
         {form.stopbtn, 1, 0, 0, false, {"stop cd wait", "seek cd to 1"}},
         {form.stopbtn, 3, 0, 30, true, {"stop cd wait", "seek cd to 3"}},
-        // Next: continues to play; from the last track it goes to the first, without playing.
+        // Next: keeps playing if the disc plays; from the last track moves to the first, without
+        // playing.
         {form.ftrack, 1, 0, 0, false, {"seek cd to 2"}},
         {form.ftrack, 1, 0, 30, true, {"play cd from 2"}},
         {form.ftrack, 2, 0, 0, true, {"play cd from 3"}},
         {form.ftrack, 3, 0, 30, false, {"seek cd to 1"}},
         {form.ftrack, 3, 0, 30, true, {"seek cd to 1"}},
-        // Previous: from a track's start to the one before it, or to the last one.
+        // Previous: moves to the current track's start; from there to the previous track, or from
+        // the first track to the last.
         {form.btrack, 1, 0, 0, false, {"seek cd to 3"}},
         {form.btrack, 1, 0, 0, true, {"play cd from 3"}},
         {form.btrack, 1, 0, 1, false, {"seek cd to 1"}},
@@ -111,7 +113,7 @@ TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
         button->click();
         EXPECT_FALSE(enabledAtCommand);
         EXPECT_FALSE(form.eject.enabled());
-        // The tray was open.
+        // "Eject" has opened the tray.
         disc.insert({60000, 60000, 60000});
         player.poll.UpdatePlayer();
     }
@@ -139,7 +141,7 @@ TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentOn
     EXPECT_EQ(state.CurTrack, 2);
     process.currentTrack = 1;
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
-    // It is used at each click while it is selected there.
+    // The selected track is used at each click while it is selected.
     form.ftrack.click();
     EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
     process.currentTrack = 0;
@@ -178,7 +180,7 @@ TEST_F(TransportTest, PlayOnTheLastTrackOnlyDisablesEject) {
     EXPECT_EQ(enabledButtons(), allButEject);
 }
 
-TEST_F(TransportTest, PlayMarksPlayingBeforeItSends) {
+TEST_F(TransportTest, PlaySetsPlayingBeforeItsCommand) {
     media.onCommand = [&](std::string_view command) {
         if (command == "play cd from 1") {
             EXPECT_TRUE(state.Playing);
@@ -197,7 +199,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     EXPECT_EQ(form.CD.text(), "Cd Ready");
     loop.advance(10s);
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:10");
-    // A selected track is not used now, and there is no poll.
+    // After a pause the selected track is not used, and no poll follows.
     process.currentTrack = 2;
     EXPECT_THAT(click(form.play), ElementsAre("play cd"));
     EXPECT_FALSE(process.CDPaused);
@@ -268,7 +270,7 @@ TEST_F(TransportTest, NextOnTheLastTrackReturnsToTheFirstAndStops) {
     EXPECT_FALSE(state.Playing);
 }
 
-TEST_F(TransportTest, PreviousAtTheVeryStartGoesToTheLastTrackAndLaterRestartsTheFirst) {
+TEST_F(TransportTest, PreviousOnTheFirstTrackMovesToTheLastOrRestartsTheFirst) {
     EXPECT_EQ(click(form.btrack), thenLook({"seek cd to 3"}));
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:00");
     form.ftrack.click();
@@ -283,7 +285,7 @@ TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
     EXPECT_THAT(click(form.eject), ElementsAre("set cd door open", "status cd media present"));
     EXPECT_EQ(form.CD.text(), "No CD");
     EXPECT_THAT(enabledButtons(), IsEmpty());
-    // Another disc enables the others; a stop enables "Eject".
+    // Another disc enables the other buttons; a stop enables "Eject".
     disc.insert({60000, 60000});
     loop.advance(1s);
     EXPECT_EQ(enabledButtons(), allButEject);
@@ -291,7 +293,7 @@ TEST_F(TransportTest, EjectOpensTheTrayAndStaysDisabled) {
     EXPECT_EQ(enabledButtons(), allButtons);
 }
 
-// --- without a disc, with no audio disc, switched off: by the menu --------------------------
+// --- without a disc, with a data disc, switched off: clicks on menu entries -----------------
 
 TEST(TransportWithoutADisc, PlayOnlyPolls) {
     test::PlayerBench bench;
@@ -309,7 +311,7 @@ TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelSilently) {
     bench.switchOn();
     EXPECT_THAT(bench.commandsOf([&] { bench.form.mnuStopPlay.click(); }),
                 ElementsAre("stop cd wait", "seek cd to 0",     //
-                            "close all", "close all",           // what failed
+                            "close all", "close all",           // after the failure
                             "stop cd", "close cd", "close all", // the panel's unload
                             "status cd media present"));        // the handler continues
     EXPECT_FALSE(bench.form.loaded());
@@ -374,7 +376,7 @@ TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelSilently) {
         EXPECT_FALSE(bench.process.PlayerOpen);
         EXPECT_TRUE(bench.off());
         EXPECT_THAT(bench.boxes.shown, IsEmpty());
-        // It works after it is opened again.
+        // The panel works after it is opened again.
         bench.media.forgetAnswers();
         bench.form.show();
         bench.switchOn();
@@ -395,7 +397,7 @@ TEST_F(TransportTest, AfterAFailureTheHandlerContinues) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(TransportTest, AFailedResumeStillMarksPlaying) {
+TEST_F(TransportTest, AFailedResumeStillSetsPlaying) {
     form.pause.click();
     media.answer("play cd", {.status = 275});
     form.play.click();

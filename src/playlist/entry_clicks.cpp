@@ -33,8 +33,8 @@ void EntryClicks::List2_Click() {
     }
 }
 
-/// Deliberate: compares as many lines as the playlist has, not as the searched list has. The adder
-/// checks the tree again.
+/// Deliberate: the loop limit is the number of lines in the playlist, not in the main window's
+/// list. The adder checks the work tree again.
 bool EntryClicks::mainListContains(const std::string& path) const {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(path, mainForm_.List2.list(i))) {

@@ -33,7 +33,7 @@ class EntryClicksTest : public test::PlaylistWorld {
 
 // --- the click -------------------------------------------------------------------------------
 
-TEST_F(EntryClicksTest, MakesTheFileTheEditedOneAndReadsIt) {
+TEST_F(EntryClicksTest, MakesTheClickedFileTheEditedOneAndReadsIt) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -55,7 +55,7 @@ TEST_F(EntryClicksTest, CutsBlanksAroundTheEntry) {
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(EntryClicksTest, OfAnEmptyListDoesNothing) {
+TEST_F(EntryClicksTest, OnAnEmptyListDoesNothing) {
     open({});
     editor.Text5.setText("kept");
     tick();
@@ -64,7 +64,7 @@ TEST_F(EntryClicksTest, OfAnEmptyListDoesNothing) {
     EXPECT_EQ(loop.yieldCount(), 0);
 }
 
-TEST_F(EntryClicksTest, AnEmptyLineShowsThatThereIsNoData) {
+TEST_F(EntryClicksTest, AnEmptyLineShowsTheNoDataMessage) {
     store.put("music", "HowMany", "1");
     editor.load();
     choose(0);
@@ -97,7 +97,7 @@ TEST_F(EntryClicksTest, TheHeaderIsReadBeforeTheFileIsAdded) {
     EXPECT_TRUE(shown);
 }
 
-TEST_F(EntryClicksTest, AFileOfTheMainListIsNotAdded) {
+TEST_F(EntryClicksTest, AFileInTheMainListIsNotAdded) {
     addMp3(pathA, "Title A");
     open({pathA});
     mainForm.List2.addItem(pathA);
@@ -127,10 +127,10 @@ TEST_F(EntryClicksTest, ComparesAsManyLinesAsThePlaylistHas) {
     tick();
     const auto before = loop.now();
     choose(0);
-    // The third line is not compared, so the adder is called, which waits.
+    // The third line is not compared, so the adder is called; the adder waits.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
-    // With a playlist of that length, the line is found.
+    // With three lines in the playlist, the third line is compared and found.
     editor.List2.addItem(pathB);
     editor.List2.addItem(pathC);
     const auto again = loop.now();
@@ -147,7 +147,7 @@ TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
 }
 
 TEST_F(EntryClicksTest, TheEntryIsAddedExactlyAsItIsInTheList) {
-    // The leading blank makes it the name of another file.
+    // The entry with its leading blanks is the name of another file.
     addMp3(" " + pathA, "Title");
     addMp3(pathA, "Title");
     open({"  " + pathA});
@@ -166,8 +166,8 @@ TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, AClickDuringTheYieldMakesBothUseTheOtherEntry) {
-    // The entry that is selected when the tick is read is used, not the clicked one.
+TEST_F(EntryClicksTest, AfterAClickDuringTheYieldTheNewlySelectedEntryIsUsed) {
+    // The entry that is selected when Check11 is read is used, not the clicked one.
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -206,7 +206,7 @@ TEST_F(EntryClicksTest, PlaysAnEmptyPathWithNothingSelected) {
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile ", "Play"));
 }
 
-TEST_F(EntryClicksTest, PlaysNothingOfAnEmptyList) {
+TEST_F(EntryClicksTest, PlaysNothingForAnEmptyList) {
     open({});
     editor.Command11.click();
     EXPECT_THAT(mp3.log, IsEmpty());
@@ -233,7 +233,7 @@ TEST_F(EntryClicksTest, PlaysWithAControlOfItsOwn) {
     const int before = mp3.created;
     open({pathA});
     EXPECT_NE(&*editor.ActiveMP31, &*windows.Form6.ActiveMP31);
-    // Closing the window destroys the control, which ends the playing.
+    // Closing the window destroys the control, which stops playback.
     editor.unload();
     EXPECT_EQ(mp3.created, before + 1);
 }

@@ -37,7 +37,7 @@ class FileDeletionTest : public test::PlaylistWorld {
         boxes.answers = {answer};
         editor.Command10.click();
     }
-    /// How often a deletion of an entry yields.
+    /// The number of yields during the deletion of an entry.
     int yieldsOfADeletion() {
         editor.unload();
         openThree();
@@ -49,7 +49,7 @@ class FileDeletionTest : public test::PlaylistWorld {
     static ShownBox deleted(const std::string& path) { return {path + " has been Deleted"}; }
 };
 
-TEST_F(FileDeletionTest, AsksThenDeletesThenReportsThenDelists) {
+TEST_F(FileDeletionTest, AsksDeletesReportsAndRemovesTheEntry) {
     openThree();
     choose(1);
     remove(pathB);
@@ -116,7 +116,7 @@ TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAndDelisted) {
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, ThenAFailedCompactionEndsTheProcedure) {
+TEST_F(FileDeletionTest, AfterAFailedDeletionAFailedCompactionEndsTheProcedure) {
     openThree();
     disk.addFile("c:\\other.mp3", "");
     disk.failWith(FakeFileSystem::Operation::removeFile, "c:\\other.mp3",
@@ -168,12 +168,12 @@ TEST_F(FileDeletionTest, AFailedDeletionIsReportedLikeASuccessfulOne) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-TEST_F(FileDeletionTest, DeletesThePathWithoutBlanksButFindsItsEntryWithThem) {
+TEST_F(FileDeletionTest, BlanksAroundThePathMatterForTheEntryOnly) {
     openThree();
     remove("  " + pathB + " ");
     EXPECT_FALSE(disk.fileExists(pathB));
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB)));
-    // No entry matches and none is selected: the list stays, the boxes are cleared.
+    // No entry matches and none is selected: the list stays unchanged, the boxes are cleared.
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB, pathC));
     EXPECT_THAT(store.writes, ElementsAre(test::StoreWrite{"music", "-1", ""}));
     EXPECT_EQ(editor.Text5.text(), "");
@@ -216,7 +216,7 @@ TEST_F(FileDeletionTest, ClearsTheBoxesAfterTheReport) {
     boxes.whileUp = [&](const ShownBox& box) {
         if (box == deleted(pathB)) {
             EXPECT_EQ(editor.Text5.text(), pathB);
-            // The length that the file had.
+            // The length of the file before the deletion.
             EXPECT_EQ(editor.Text4(8).text(), "48000");
             EXPECT_EQ(editor.Text4(2).text(), "Title B");
             EXPECT_EQ(editor.List2.listCount(), 3);
@@ -226,7 +226,7 @@ TEST_F(FileDeletionTest, ClearsTheBoxesAfterTheReport) {
     EXPECT_THAT(boxes.shown, Contains(deleted(pathB)));
 }
 
-// --- what comes in between -------------------------------------------------------------------
+// --- actions during a deletion ---------------------------------------------------------------
 
 TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
     openThree();
@@ -235,7 +235,7 @@ TEST_F(FileDeletionTest, AClickDuringTheDeletionChangesTheEditedFile) {
     remove(pathA);
     EXPECT_FALSE(disk.fileExists(pathA));
     EXPECT_TRUE(disk.fileExists(pathC));
-    // The report shows the file that is edited by then, and its entry is removed.
+    // The report names the file that is edited at that time, and that file's entry is removed.
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathC)));
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
     EXPECT_EQ(editor.Text5.text(), "");
@@ -266,8 +266,8 @@ TEST_F(FileDeletionTest, AfterAClickInAnyYieldTheListMatchesTheStore) {
     }
 }
 
-// The procedure has no guard: any button may be pressed in the middle of it.
-TEST_F(FileDeletionTest, AnyButtonInAnyYieldLeavesTheListAndTheStoreAgreeing) {
+// The procedure has no guard against reentry: any button may be pressed while it runs.
+TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
     const int yields = yieldsOfADeletion();
     ASSERT_GT(yields, 3);
     struct Press {
@@ -291,7 +291,7 @@ TEST_F(FileDeletionTest, AnyButtonInAnyYieldLeavesTheListAndTheStoreAgreeing) {
                 (editor.*press.button).click();
             });
             remove(pathA);
-            while (!pressed) { // the pause has a yield more or less: this one comes after it
+            while (!pressed) { // the number of yields varies by one: press after the deletion
                 loop.yield();
             }
             EXPECT_EQ(lines(editor.List2), inStore());
@@ -301,7 +301,7 @@ TEST_F(FileDeletionTest, AnyButtonInAnyYieldLeavesTheListAndTheStoreAgreeing) {
     }
 }
 
-// A rename changes the list alone; the compaction at the end stores it.
+// A rename changes only the list on the screen; the compaction at the end stores it.
 TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredWithTheCompaction) {
     const std::string target = "c:\\music\\new.mp3";
     const int yields = yieldsOfADeletion();
@@ -323,11 +323,11 @@ TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredWithTheCompaction) {
     }
 }
 
-TEST_F(FileDeletionTest, WithATickTheDeletedFileDoesNotEnterTheWorkTree) {
+TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     openThree();
     choose(0);
     ASSERT_TRUE(editor.Check11.setValue(1).ok());
-    // Its entry is selected, which is a click on it.
+    // The deletion selects the file's entry, which runs the click handler.
     remove(pathB);
     EXPECT_THAT(boxes.shown, ElementsAre(deletionQuestion, deleted(pathB), noDataBox));
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());

@@ -58,7 +58,7 @@ Status FileOperations::renameFile() {
             return {};
         }
     }
-    // Deliberate: fails if the target exists, whatever the user has answered.
+    // Deliberate: fails if the target exists, even if the user has chosen to overwrite it.
     if (Status renamed = platform_.files.rename(path(), target); !renamed.ok()) {
         return renamed;
     }
@@ -68,8 +68,8 @@ Status FileOperations::renameFile() {
     return {};
 }
 
-/// Deliberate: only in the list; the store keeps the old path until the list is compacted. After
-/// the first match the other entries are compared with the new path.
+/// Deliberate: changes only the list on the screen; the store keeps the old path until the list is
+/// compacted. After the first match the remaining entries are compared with the new path.
 void FileOperations::renameEntries(const std::string& target) {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {
@@ -105,7 +105,7 @@ FileOperations::Deletion FileOperations::deleteFile() {
     }
     p_DestroyFile(path(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Fails for a deleted file; the box then keeps its text.
+    // Fails for a deleted file; Text4(8) then keeps the length from before.
     showLength().passOver();
     if (holdsOnlyBlanks(form_.Text4(8).text())) {
         platform_.boxes.show(noDataText);
@@ -148,7 +148,7 @@ Status FileOperations::showLength() {
     return {};
 }
 
-/// Selecting another entry runs its click, which reads its file.
+/// Selecting another entry runs the click handler, which reads that entry's file.
 void FileOperations::selectEntry() {
     for (int i = 0; i < form_.List2.listCount(); ++i) {
         if (matches(form_.Text5.text(), form_.List2.list(i))) {

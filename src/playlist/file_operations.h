@@ -19,8 +19,8 @@ class FileOperations {
     FileOperations(const FileOperations&) = delete;
     FileOperations& operator=(const FileOperations&) = delete;
 
-    /// "Rename File": to a path chosen in a dialog. Asks whether an existing file is to be
-    /// overwritten, and never overwrites one. A file without an entry gets one.
+    /// "Rename File": renames the file to a path chosen in a dialog. Asks whether an existing file
+    /// is to be overwritten, but never overwrites it. A file without an entry gets one.
     void Command2_Click();
     /// "Delete  File": asks, deletes, reports the file as deleted even if it is not, and removes
     /// its entry. An empty file is deleted without asking and keeps its entry. Yields.
@@ -29,8 +29,8 @@ class FileOperations {
   private:
     /// The result of the first half of a deletion.
     enum class Deletion {
-        over,  ///< nothing follows
-        tried, ///< from now on failures of single steps are ignored
+        over,  ///< the procedure ends
+        tried, ///< from now on, failures of single steps are ignored
         broken ///< a step failed; the next failure ends the procedure
     };
 

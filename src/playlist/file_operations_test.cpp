@@ -48,7 +48,7 @@ TEST_F(FileRenameTest, RenamesTheFileAndOnlyTheShownEntry) {
     EXPECT_EQ(editor.Text5.text(), target);
     EXPECT_THAT(store.writes, IsEmpty());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // The old name is shown again after a restart, until the list is compacted.
+    // The store still has the old name; a restart shows it again unless the list was compacted.
     editor.unload();
     editor.load();
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathB, pathA));
@@ -85,8 +85,8 @@ TEST_F(FileRenameTest, ReplacesTheEntryOnceAndComparesTheOthersWithTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
-    // The second entry keeps the old path: the edited file is the new path by then, which matches
-    // the third entry.
+    // After the first match the entries are compared with the new path: the second entry does not
+    // match it, the third one does.
     EXPECT_THAT(lines(editor.List2), ElementsAre(target, pathA, target));
 }
 
@@ -99,7 +99,7 @@ TEST_F(FileRenameTest, BlanksAroundThePathMatterInTheList) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, target));
 }
 
-TEST_F(FileRenameTest, StopsForBlanksACancelOrAnEmptyName) {
+TEST_F(FileRenameTest, DoesNothingForBlanksACancelOrAnEmptyName) {
     addMp3(pathA, "Title A");
     open({pathA});
     for (const char* nothing : {"", "  "}) {
@@ -115,7 +115,7 @@ TEST_F(FileRenameTest, StopsForBlanksACancelOrAnEmptyName) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(FileRenameTest, StopsForANameThatIsTooShortForAnExtension) {
+TEST_F(FileRenameTest, DoesNothingForANameTooShortForAnExtension) {
     open({});
     rename("mp3", target);
     EXPECT_THAT(dialog.savings, IsEmpty());
@@ -171,7 +171,7 @@ TEST_F(FileRenameTest, ACancelledRenameKeepsTheNameWithoutItsFolderInTheDialog) 
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
-    // A cancelled file dialog then has a name, and the edited file is read.
+    // The cancelled file dialog still has a name, so the edited file is read.
     editor.cmdHdr1.click();
     EXPECT_EQ(dialog.opened.at(0).fileName, "a");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");

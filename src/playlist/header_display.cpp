@@ -71,7 +71,7 @@ void HeaderDisplay::cmdHdr2_Click() {
 
 void HeaderDisplay::showHeader() {
     const Mp3Info& info = Mp3Info_;
-    // The labels are padded with blanks to the width of the longest one in a proportional font.
+    // The labels are padded with blanks so that the values align in a proportional font.
     for (const std::string& line : {
              "Bitrate            " + std::to_string(info.Bitrate),
              "Frequency       " + std::to_string(info.Frequency),

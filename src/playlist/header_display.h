@@ -21,10 +21,10 @@ class HeaderDisplay {
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
-    /// "...": after a cancel it reads the edited file.
+    /// "...": opens the dialog and reads the chosen file; after a cancel it reads the edited file.
     void cmdHdr1_Click();
-    /// "Read header": if the analysis fails, it shows the values of the previous file. Yields
-    /// before it shows them.
+    /// "Read header": analyses and shows the edited file. If the analysis fails, shows the values
+    /// of the previous file. Yields before it shows the values.
     void cmdHdr2_Click();
 
     /// The results of the analyses, kept as long as the program runs.

@@ -56,7 +56,7 @@ TEST_F(HeaderDisplayTest, ShowsAFileWithoutATag) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "1000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, ShowsOnlyTheAverageOfAVariableRate) {
+TEST_F(HeaderDisplayTest, ShowsTheAverageBitrateForAVariableRate) {
     disk.addFile(pathA, Mp3Bytes(4'000'000).header(1, commonHeader).variableRate(1, 6000).content);
     read(pathA);
     EXPECT_EQ(editor.List1.listCount(), 12);
@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsAllButTheLastTwoBoxesFirst) {
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, ShowsThatAMissingFileOrOneBelow100BytesHasNoData) {
+TEST_F(HeaderDisplayTest, ShowsNoDataForAMissingFileOrOneBelow100Bytes) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");
@@ -109,7 +109,7 @@ TEST_F(HeaderDisplayTest, ShowsThatAMissingFileOrOneBelow100BytesHasNoData) {
     disk.addFile(pathA, std::string(500, 'x'));
     disk.failWith(FakeFileSystem::Operation::fileLength, pathA, ErrorNumber::permissionDenied);
     paths.push_back(pathA);
-    // Its length is known, but it may not be read.
+    // The length of this file is known, but the file is not readable.
     addMp3(pathB, "Title B");
     disk.failWith(FakeFileSystem::Operation::openBinary, pathB, ErrorNumber::permissionDenied);
     paths.push_back(pathB);
@@ -165,7 +165,7 @@ TEST_F(HeaderDisplayTest, BeforeTheFirstHeaderAllFieldsAreZeroOrEmpty) {
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "0", "False", "100 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, TheRecordIsKeptWhenTheWindowCloses) {
+TEST_F(HeaderDisplayTest, TheResultsAreKeptWhenTheWindowCloses) {
     addMp3(pathA, "Title A");
     read(pathA);
     editor.unload();
@@ -200,7 +200,7 @@ TEST_F(HeaderDisplayTest, YieldsOnceBetweenTheAnalysisAndTheDisplay) {
     EXPECT_EQ(loop.yieldCount(), 1);
 }
 
-TEST_F(HeaderDisplayTest, AReadingDuringTheYieldShowsItsLinesTwice) {
+TEST_F(HeaderDisplayTest, ReadingAnotherFileDuringTheYieldShowsTwoHeaders) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     loop.atYield(1, [&] { read(pathB); });
@@ -214,7 +214,7 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
     addMp3(pathA, "Title A");
     disk.log.clear();
     read(pathA);
-    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read", // whether it may be read
+    EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\music\\a.mp3 read", // tests for readability
                                       "openBinary c:\\music\\a.mp3 read",
                                       "readBinary c:\\music\\a.mp3 0 5047",
                                       "readBinary c:\\music\\a.mp3 47744 256"));
@@ -222,14 +222,14 @@ TEST_F(HeaderDisplayTest, ReadsOnlyTheHeadAndTheTailOfTheFile) {
 
 // --- a file that changes between two steps ----------------------------------------------------
 
-TEST_F(HeaderDisplayTest, AFileThatIsGoneAfterItsLengthShowsTheHeaderOfTheFileBefore) {
+TEST_F(HeaderDisplayTest, AFileRemovedAfterItsLengthIsReadShowsThePreviousHeader) {
     addMp3(pathA, "Title A");
     read(pathA);
     const auto header = lines(editor.List1);
     addMp3(pathB, "Title B");
     int openings = 0;
     disk.meanwhile = [&](const std::string& entry) {
-        // The first opening is the test whether the file may be read.
+        // The first opening tests whether the file is readable.
         if (entry == "openBinary " + pathB + " read" && ++openings == 2) {
             disk.meanwhile = nullptr;
             EXPECT_TRUE(disk.removeFile(pathB).ok());
@@ -253,11 +253,11 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
     };
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
-    EXPECT_EQ(line(2), "Duration          0") << "of the length that it has at the end";
+    EXPECT_EQ(line(2), "Duration          0") << "of the file's length after it has shrunk";
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
-TEST_F(HeaderDisplayTest, AFileThatIsGoneAfterItsTagShowsItBesideTheHeaderOfTheFileBefore) {
+TEST_F(HeaderDisplayTest, AFileRemovedAfterItsTagIsReadShowsThePreviousHeader) {
     addMp3(pathA, "Title A");
     disk.addFile(pathB, Mp3Bytes(2000).header(1, 0xFFFBB000).end(tagOf("Title B")).content);
     read(pathB);
@@ -273,7 +273,7 @@ TEST_F(HeaderDisplayTest, AFileThatIsGoneAfterItsTagShowsItBesideTheHeaderOfTheF
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(HeaderDisplayTest, AFileThatIsGoneBeforeTheDisplayIsShownAsItWasRead) {
+TEST_F(HeaderDisplayTest, AFileRemovedBeforeTheDisplayIsShownAsItWasRead) {
     addMp3(pathA, "Title A");
     loop.atYield(1, [&] { EXPECT_TRUE(disk.removeFile(pathA).ok()); });
     read(pathA);
@@ -331,7 +331,7 @@ TEST_F(HeaderDisplayTest, ALaterCancelReadsTheEditedFile) {
     EXPECT_EQ(editor.Text4(2).text(), "Title B");
 }
 
-TEST_F(HeaderDisplayTest, ANewWindowHasNoNameFromAnEarlierDialog) {
+TEST_F(HeaderDisplayTest, AReloadedWindowHasNoNameFromAnEarlierDialog) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA, std::nullopt};
     editor.cmdHdr1.click();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the answer from a fixed reply buffer. Not for ordinary text: a text without a NUL means
+// Reads the reply from a fixed reply buffer. Not for ordinary text: a buffer without a NUL means
 // that no reply was written.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// The text before the first NUL; empty, not the text itself, if there is no NUL.
+/// The text before the first NUL; an empty text if there is no NUL.
 [[nodiscard]] inline std::string CutAtNull(std::string_view text) {
     const auto end = text.find('\0');
     return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end));

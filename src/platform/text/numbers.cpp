@@ -56,8 +56,8 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// Whether the number, written as 0.ddd times a power of ten, has an exponent of 0 or less. For
-/// numbers other than 0.
+/// Whether the absolute value of the number is less than 1: written as 0.ddd times a power of ten,
+/// it has an exponent of 0 or less. For numbers other than 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -70,7 +70,8 @@ bool isBelowOne(std::string_view number) {
         if (negative || digits.front() == '+') {
             digits.remove_prefix(1);
         }
-        // An exponent of more than 18 digits outweighs every mantissa that fits in memory.
+        // An exponent of more than 18 digits is larger than the digit count of any mantissa that
+        // fits in memory.
         constexpr std::int64_t huge = 1'000'000'000'000'000'000;
         const auto outcome =
             std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
@@ -93,7 +94,7 @@ std::optional<double> valueOf(std::string_view number) {
     if (outcome.ec == std::errc()) {
         return value;
     }
-    // Out of range; from_chars does not report on which side.
+    // Out of range; from_chars does not report whether the number is too large or too small.
     return isBelowOne(number) ? std::optional(0.0) : std::nullopt;
 }
 

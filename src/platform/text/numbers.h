@@ -26,8 +26,8 @@ namespace sonarith {
 [[nodiscard]] Result<std::int16_t> toInteger16(std::string_view text);
 [[nodiscard]] Result<std::int32_t> toInteger32(std::string_view text);
 
-/// A number rounded to an integer, halves to even. Error: overflow, also for a value that is not a
-/// number (a division by zero).
+/// A number rounded to an integer, halves to even. Error: overflow, also for infinity and NaN (a
+/// division by zero).
 [[nodiscard]] Result<std::int16_t> roundedToInteger16(double number);
 [[nodiscard]] Result<std::int32_t> roundedToInteger32(double number);
 

@@ -43,7 +43,7 @@ TEST(NumberOf, IsZeroWithoutANumber) {
               0);
 }
 
-TEST(NumberOf, TreatsANumberBeyondDoubleAsNone) {
+TEST(NumberOf, IsZeroForANumberBeyondDouble) {
     EXPECT_EQ(numberOf("1e999"), 0);
     EXPECT_EQ(numberOf(std::string(100000, '9')), 0);
 }
@@ -90,7 +90,7 @@ TEST(ToInteger16, OverflowsWhereTheRoundedNumberDoesNotFit) {
     }
 }
 
-TEST(ToInteger16, MismatchesLettersInANumber) {
+TEST(ToInteger16, ReportsAMismatchForLettersInANumber) {
     EXPECT_EQ(toInteger16("1o0").error().number, ErrorNumber::typeMismatch);
     EXPECT_EQ(toInteger16("").error().number, ErrorNumber::typeMismatch);
 }

@@ -50,7 +50,7 @@ StoreFileState checkStoreFile(std::string_view bytes) {
     }
     if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
         bytes.remove_prefix(
-            byteOrderMark.size()); // added by an editor; the user may repair the file by hand
+            byteOrderMark.size()); // added by some editors when a user edits the file
     }
     while (!bytes.empty()) {
         const auto end = bytes.find('\n');

@@ -14,8 +14,8 @@ enum class StoreFileState {
     foreign ///< contains something that no settings file contains
 };
 
-/// A settings file with more bytes than this counts as foreign. The largest file that the program
-/// writes is a playlist of about 100,000 paths.
+/// A settings file with more bytes than this is treated as foreign. The largest settings file that
+/// the program writes contains a playlist of about 100,000 paths.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
 /// The format: UTF-8 without NUL; each line ends with a line feed and is blank, a comment (';';

@@ -9,7 +9,8 @@ namespace sonarith {
 
 namespace {
 
-/// Code points end at 0x10FFFF; a stray byte b is represented as this plus b.
+/// The value of a stray byte (one that is not part of valid UTF-8) is this plus the byte. Code
+/// points end at 0x10FFFF.
 constexpr std::int32_t strayByteBase = 0x110000;
 
 /// One character at the start of a text: its value and its length in bytes.
@@ -67,7 +68,7 @@ std::vector<std::int32_t> charactersOf(std::string_view text) {
 std::string lowerCase(std::string_view text) {
     std::string lower;
     lower.reserve(text.size());
-    // Fast path: paths are lower-cased by the hundred thousand, and most are plain ASCII.
+    // Fast path: hundreds of thousands of paths are lower-cased, and most are plain ASCII.
     std::size_t plain = 0;
     while (plain < text.size() && static_cast<unsigned char>(text[plain]) < 0x80) {
         const char c = text[plain++];

@@ -10,7 +10,7 @@
 namespace sonarith {
 namespace {
 
-TEST(LowerCase, ChangesOnlyLettersAndOfEveryAlphabet) {
+TEST(LowerCase, ChangesTheLettersOfEveryAlphabetOnly) {
     EXPECT_EQ(lowerCase("C:\\Music\\Track 1.WAV"), "c:\\music\\track 1.wav");
     EXPECT_EQ(lowerCase("ÄÖÜ ΑΒΓ ЖЩ"), "äöü αβγ жщ");
     EXPECT_EQ(lowerCase("日本 ß 123"), "日本 ß 123");
@@ -43,7 +43,7 @@ TEST(EqualIgnoringCase, DistinguishesStrayBytes) {
     EXPECT_FALSE(equalIgnoringCase("\xe9", "é"));
 }
 
-TEST(EqualIgnoringCase, HoldsForEveryCharacterAndItsLowerCase) {
+TEST(EqualIgnoringCase, IsTrueForEveryCharacterAndItsLowerCase) {
     for (utf8proc_int32_t codePoint = 1; codePoint <= 0x10ffff; ++codePoint) {
         if (!utf8proc_codepoint_valid(codePoint)) {
             continue;

@@ -110,7 +110,7 @@ bool matches(std::string_view text, std::string_view pattern) {
     const Characters characters = charactersOf(text);
     constexpr std::size_t none = static_cast<std::size_t>(-1);
     std::size_t element = 0;
-    std::size_t lastRun = none; // the run that is extended by one character when the rest fails
+    std::size_t lastRun = none; // is extended by one character when the rest fails
     std::size_t lastRunEnd = 0;
     std::size_t i = 0;
     while (i < characters.size()) {

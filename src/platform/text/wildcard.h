@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The wildcard comparison behind the product's "matches". Not for file searches by shell rules:
-// this one supports '#', is case-sensitive, and has no escape except a list of one character.
+// The wildcard comparison that the product uses for "matches". It does not follow shell rules: it
+// supports '#', is case-sensitive, and has no escape character; a special character is matched by a
+// list of one character.
 #pragma once
 
 #include <string_view>
@@ -13,8 +14,8 @@ namespace sonarith {
 ///   `[list]` one character of the list, with ranges by code point such as a-z;
 ///   `[!list]` one character that is not in the list;  `[]` the empty text;  `[!]` an exclamation
 ///   mark.
-/// `-` first or last in a list stands for itself, as do `*?#[` in a list and `]` and `!` outside
-/// one.
+/// `-` first or last in a list stands for itself. So do `*?#[` in a list, and `]` and `!` outside a
+/// list.
 /// A pattern with an unclosed `[` or a reversed range matches nothing.
 /// Time is at most proportional to the product of both lengths, for any pattern.
 [[nodiscard]] bool matches(std::string_view text, std::string_view pattern);

@@ -67,7 +67,7 @@ TEST(Matches, SpecialCharactersInAListStandForThemselves) {
     EXPECT_TRUE(matches("]", "]"));
 }
 
-TEST(Matches, AHyphenFirstOrLastStandsForItself) {
+TEST(Matches, AHyphenFirstOrLastInAListStandsForItself) {
     EXPECT_TRUE(matches("-", "[-a]"));
     EXPECT_TRUE(matches("-", "[a-]"));
     EXPECT_TRUE(matches("-", "[-]"));
@@ -77,7 +77,7 @@ TEST(Matches, AHyphenFirstOrLastStandsForItself) {
     EXPECT_FALSE(matches("A", "[--a]"));
 }
 
-TEST(Matches, AnExclamationMarkElsewhereStandsForItself) {
+TEST(Matches, AnExclamationMarkNotFirstInAListStandsForItself) {
     EXPECT_TRUE(matches("!", "!"));
     EXPECT_TRUE(matches("!", "[a!]"));
     EXPECT_TRUE(matches("!", "[!]"));
@@ -109,7 +109,7 @@ TEST(Matches, AStrayByteDiffersFromEveryCharacter) {
 }
 
 // With exponential backtracking this test would never finish.
-TEST(Matches, FinishesOnHostilePatterns) {
+TEST(Matches, FinishesQuicklyOnHostilePatterns) {
     const std::string text(3000, 'a');
     std::string pattern;
     for (int i = 0; i < 500; ++i) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Conversion between Windows-1252, the code page of single-byte texts in files, and UTF-8. The five
 // bytes that the page leaves undefined (81, 8D, 8F, 90, 9D) map to the control characters of the
-// same codes, so that every byte survives a round trip.
+// same codes, so that a conversion to UTF-8 and back preserves every byte.
 #pragma once
 
 #include <string>
