@@ -26,7 +26,7 @@ std::string readText(const SettingsStore& store, const std::string& key) {
     return store.GetSetting(applicationName, playlistSection, key, missing);
 }
 
-/// 0 for a count that is no number.
+/// Returns 0 for a count that is not a number.
 std::int32_t storedCount(const SettingsStore& store) {
     return std::min(toInteger32(readText(store, countKey)).valueOr(0), mostEntries);
 }
@@ -79,7 +79,7 @@ void PlaylistEntries::Command20_Click() {
     }
     ListBox& list = form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
-        // The entry is the pattern: one with a bracket may not match its own path.
+        // The entry is the pattern: an entry that contains a bracket may not match its own path.
         if (matches(path, list.list(i))) {
             return;
         }
@@ -118,7 +118,7 @@ Status PlaylistEntries::removeSelected() {
     return form_.List2.removeItem(selected);
 }
 
-/// Into List3; entries of other types are dropped here.
+/// Moves the MP3 entries to List3 and drops all others.
 void PlaylistEntries::moveMp3EntriesOut(Counting counting) {
     ListBox& list = form_.List2;
     form_.List3.clear();

@@ -17,7 +17,7 @@ namespace sonarith {
 /// "1", "2" and so on.
 inline constexpr const char* playlistSection = "music";
 
-/// The keys of the section that contain paths, in the logic's form.
+/// The keys of that section whose values are paths, in the logic's form.
 [[nodiscard]] std::vector<std::string> playlistPathKeys(const SettingsStore& store);
 
 class PlaylistEntries {
@@ -31,12 +31,12 @@ class PlaylistEntries {
     /// Adds the stored entries to the list. An entry whose key is missing becomes the line "Empty".
     void LoadPlayList();
 
-    /// "Add to PlayList": the edited path, unless an entry matches it; entries are patterns here.
+    /// "Add to PlayList": adds the edited path unless an entry, used as a pattern, matches it.
     void Command20_Click();
     /// "Delist": removes the selected entry, and every other whose last three characters are
     /// neither "mp3" nor "MP3". Without a selection it removes only those others.
     void Command6_Click();
-    /// The same, but nothing is removed if no entry is selected: subscriptOutOfRange.
+    /// As "Delist", but without a selection it removes nothing and fails: subscriptOutOfRange.
     Status CompactPlayList();
 
   private:

@@ -59,7 +59,7 @@ TEST_F(PlaylistEntriesTest, IgnoresKeysBeyondTheCount) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNoNumber) {
+TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNotANumber) {
     for (const char* count : {"-1", "0", "x", "", " ", "1x", "-70000", "99999999999", "1e300"}) {
         stored({pathA});
         store.put("music", "HowMany", count);
@@ -121,7 +121,7 @@ TEST_F(PlaylistEntriesTest, AddsAnyTextWithoutCheckingIt) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PlaylistEntriesTest, AddsNoBlanks) {
+TEST_F(PlaylistEntriesTest, DoesNotAddATextOfBlanks) {
     open({});
     for (const char* nothing : {"", " ", "    "}) {
         add(nothing);
@@ -131,7 +131,7 @@ TEST_F(PlaylistEntriesTest, AddsNoBlanks) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PlaylistEntriesTest, APathOfTheListIsNotAddedAndStaysInTheBox) {
+TEST_F(PlaylistEntriesTest, APathInTheListIsNotAddedAndStaysInTheBox) {
     open({pathA, pathB});
     add(pathB);
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
@@ -153,7 +153,7 @@ TEST_F(PlaylistEntriesTest, TreatsEntriesAsPatterns) {
         EXPECT_EQ(editor.Text5.text(), known);
     }
     EXPECT_THAT(store.writes, IsEmpty());
-    // Not the edited path.
+    // The edited path is not a pattern.
     add("*");
     EXPECT_EQ(editor.List2.listCount(), 4);
 }
@@ -180,7 +180,7 @@ TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneStepOfTheStore) {
     EXPECT_EQ(store.fileWrites, 1);
     EXPECT_THAT(lines(editor.List3), IsEmpty());
     EXPECT_EQ(editor.List2.listIndex(), -1);
-    // The index is not the key: the key of the previous entry is emptied meanwhile.
+    // The selected index is used as a key, so the previous entry's key is emptied for a moment.
     EXPECT_THAT(store.writes,
                 ElementsAre(wrote("1", ""), wrote("HowMany", "0"), wrote("HowMany", "1"),
                             wrote("1", pathA), wrote("HowMany", "2"), wrote("2", pathC)));
@@ -248,7 +248,7 @@ TEST_F(PlaylistEntriesTest, WithNothingSelectedTheButtonStillCompacts) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, pathB));
 }
 
-TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureStops) {
+TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureFails) {
     open({pathA, "Empty", pathB});
     editor.List3.addItem("left");
     const Status status = playlist.entries.CompactPlayList();

@@ -13,7 +13,7 @@ namespace sonarith {
 
 namespace {
 
-/// 0 for a text that is no number from 0 to 255.
+/// Returns 0 for a text that is not a number from 0 to 255.
 std::uint8_t genreOf(const std::string& text) {
     const std::int32_t number = toInteger32(text).valueOr(0);
     return number >= 0 && number <= 255 ? static_cast<std::uint8_t>(number) : std::uint8_t{0};

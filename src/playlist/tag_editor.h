@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes the tag of the edited file (Text5) from the boxes. It neither reads the file nor asks.
+// Writes the tag of the edited file (Text5) from the boxes. It does not read the file and asks no
+// question before it overwrites the tag.
 #pragma once
 
 #include "forms/frm_playlist.h"

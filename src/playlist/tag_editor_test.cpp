@@ -25,7 +25,7 @@ class TagEditorTest : public test::PlaylistWorld {
             editor.Text4(i + 1).setText(texts[i]);
         }
     }
-    /// A file of sound without a tag.
+    /// The content of a sound file without a tag.
     static std::string sound(std::size_t length) {
         std::string bytes;
         for (std::size_t i = 0; i < length; ++i) {
@@ -68,7 +68,7 @@ TEST_F(TagEditorTest, SwapsTitleAndArtistAtEachReadAndWrite) {
     }
 }
 
-TEST_F(TagEditorTest, ReadsNothingAndShowsNothing) {
+TEST_F(TagEditorTest, WritingATagChangesNoBoxAndNoLine) {
     disk.addFile(pathA, sound(1000));
     fill({"a", "b", "c", "d", "e", "1", "seven", "eight"});
     editor.List1.addItem("line");
@@ -120,7 +120,7 @@ TEST_F(TagEditorTest, AFileWithoutATagLosesItsLastBytesAndHasATagAtTheNextRead) 
     EXPECT_EQ(disk.content(pathA)->size(), 1000U);
 }
 
-TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNoNumber) {
+TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNotANumber) {
     struct Row {
         const char* text;
         int code;
@@ -163,7 +163,7 @@ TEST_F(TagEditorTest, WritesTheCodePageWithAQuestionMarkForOtherCharacters) {
     EXPECT_EQ(end(pathA), tagOf("Z\xfcrich", "?!", "", "20"));
 }
 
-TEST_F(TagEditorTest, EveryByteButNullAndBlanksAtTheEndSurvivesAReadAndAWrite) {
+TEST_F(TagEditorTest, AReadAndAWriteKeepEveryByteButNullAndTrailingBlanks) {
     for (int first = 1; first < 256; first += 29) {
         std::string field;
         for (int code = first; code < first + 29; ++code) {
@@ -180,7 +180,7 @@ TEST_F(TagEditorTest, EveryByteButNullAndBlanksAtTheEndSurvivesAReadAndAWrite) {
     }
 }
 
-TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtTheEndThatItHas) {
+TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtItsNewEnd) {
     for (const std::size_t length : {50U, 128U, 1000U}) {
         addMp3(pathA, "Title");
         editor.Text5.setText(pathA);
@@ -189,11 +189,11 @@ TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtTheEndThatItHas) 
         editor.cmdTag.click();
         const std::string kept = length < 128 ? "" : sound(length - 128);
         EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length;
-        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "nothing is read again";
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "the file is not read again";
     }
 }
 
-TEST_F(TagEditorTest, AFileThatIsGoneSinceItWasReadIsMadeOfTheTagAlone) {
+TEST_F(TagEditorTest, AFileDeletedAfterItWasReadIsCreatedWithTheTagAlone) {
     addMp3(pathA, "Title");
     editor.Text5.setText(pathA);
     editor.cmdHdr2.click();
@@ -202,7 +202,7 @@ TEST_F(TagEditorTest, AFileThatIsGoneSinceItWasReadIsMadeOfTheTagAlone) {
     EXPECT_EQ(disk.content(pathA), tagOf(pathA, "Title"));
 }
 
-TEST_F(TagEditorTest, AFileThatIsGoneSinceItWasOpenedStaysGone) {
+TEST_F(TagEditorTest, AFileDeletedAfterItWasOpenedIsNotCreatedAgain) {
     disk.addFile(pathA, sound(500));
     disk.meanwhile = [&](const std::string& entry) {
         if (entry.starts_with("writeBinary ")) {

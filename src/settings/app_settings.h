@@ -13,7 +13,7 @@ namespace sonarith {
 /// The section that contains the fields of AppSettings.
 inline constexpr const char* settingsSection = "Settings";
 
-// Its keys. The preferences also read the key of the destination folder again.
+// The keys of that section. The preferences read the destination folder's key from the store again.
 inline constexpr const char* audioFormatKey = "Audio format";
 inline constexpr const char* encodingQualityKey = "Encoding quality";
 inline constexpr const char* encodingBitrateKey = "Encoding bitrate";

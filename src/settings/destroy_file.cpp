@@ -18,13 +18,13 @@ void pause(EventLoop& loop) {
     constexpr double pauseSeconds = 0.2;
     constexpr double secondsOfADay = 86400.0;
     const double start = loop.secondsSinceMidnight();
-    // The wait evaluates its condition after each event, so events are needed. A tenth of the pause
-    // makes it at most that much longer.
+    // waitWhile() tests its condition only after an event, so a timer provides events. Its
+    // interval, a tenth of the pause, is the most by which the pause can be too long.
     const auto wakeup = loop.every(std::chrono::milliseconds(20), [] {});
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;
         if (passed < 0) {
-            // Midnight has passed; or the clock was set back, which then ends the pause.
+            // Either midnight has passed, or the clock was set back; the latter ends the pause.
             passed += secondsOfADay;
         }
         return passed < pauseSeconds;

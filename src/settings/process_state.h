@@ -34,7 +34,7 @@ struct ProcessState {
     bool PlayerOpen = false;
     /// "pause" was pressed on the player.
     bool CDPaused = false;
-    /// Result of the last read or write of a mixer control; nothing tests it.
+    /// Result of the last read or write of a mixer control; only the code that sets it reads it.
     MixerResult mixerLastError = MixerResult::noError;
     /// The last region that was built from a picture.
     std::optional<sonarith::WindowRegion> WindowRegion;

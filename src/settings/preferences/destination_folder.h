@@ -7,7 +7,7 @@
 
 namespace sonarith {
 
-/// The destination in the given case.
+/// The destination; upper and lower case are as in the stored text.
 struct DestinationFolder {
     std::string parent; ///< without a trailing backslash
     std::string name;

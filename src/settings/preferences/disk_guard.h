@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors the free space of the destination's drive while an action runs: warns below one limit
 // and stops the action below another. Also fills the preferences' list of drives. It shows no
-// message and does not start its timer: the start of an action does.
+// message. Its timer is started by the start of an action, not here.
 #pragma once
 
 #include "desktop/system.h"
@@ -21,8 +21,8 @@ class DiskGuard {
     DiskGuard& operator=(const DiskGuard&) = delete;
 
     /// Writes the fixed drives to Text6 of the preferences, and the destination's drive to Label3
-    /// and its free MB (1,000,000 bytes) to Label4. Those two do not change if the destination is
-    /// on no fixed drive. Loads the preferences if they are not loaded, which yields.
+    /// and its free MB (1,000,000 bytes) to Label4. The two labels do not change if the destination
+    /// is not on a fixed drive. Loads the preferences if they are not loaded, which yields.
     void RefreshDriveSpace();
     /// Checks the limits once. Yields after a stop.
     void tmrWarning_Timer();

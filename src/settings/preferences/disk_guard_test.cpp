@@ -28,8 +28,7 @@ struct DiskGuardTest : test::PreferencesWorld {
     [[nodiscard]] bool stopped() const { return process.stopRequested && Form1.Timer1.enabled(); }
 };
 
-// --- the list of drives
-// ------------------------------------------------------------------------------------
+// --- the list of drives ----------------------------------------------------------------------
 
 TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsMegabytes) {
     freeOn("C:\\", 1'500'000'000);
@@ -52,7 +51,7 @@ TEST_F(DiskGuardTest, ListsNoDriveOfAnotherKind) {
         freeOn("C:\\", 7'000'000, kind);
         preferences.guard.RefreshDriveSpace();
         EXPECT_EQ(form.Text6.text(), "") << static_cast<int>(kind);
-        EXPECT_EQ(form.Label4.caption(), "200000"); // of the list at load
+        EXPECT_EQ(form.Label4.caption(), "200000"); // from the list that was made at load
     }
 }
 
@@ -133,7 +132,7 @@ TEST_F(DiskGuardTest, HandlesAHundredDrivesWithoutAWrite) {
     }
     store.writes.clear();
     tick();
-    EXPECT_EQ(system.spaceAsked.size(), 26U); // one at load
+    EXPECT_EQ(system.spaceAsked.size(), 26U); // the load step has read one drive
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
@@ -166,7 +165,7 @@ TEST_F(DiskGuardTest, OnlyWarnsAtTheStopLimitItself) {
     EXPECT_TRUE(Form1.Label5.visible());
     EXPECT_FALSE(process.stopRequested);
     EXPECT_FALSE(Form1.Timer1.enabled());
-    EXPECT_EQ(loop.yieldCount(), 1); // that of the load step
+    EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load step
 }
 
 TEST_F(DiskGuardTest, IsSilentAtTheWarningLimitItself) {
@@ -186,7 +185,7 @@ TEST_F(DiskGuardTest, StopsInThisOrder) {
     freeOn("C:\\", 0);
     std::vector<std::string> steps;
     Form1.Command8.onClick = [&] {
-        // Command1_Click: stops everything, and sets the flag and the label.
+        // Command1_Click stops everything and sets the flag and the label.
         steps.push_back("stop");
         EXPECT_TRUE(process.stopRequested);
         EXPECT_TRUE(Form1.Label5.visible());
@@ -207,7 +206,7 @@ TEST_F(DiskGuardTest, UnloadsAWorkerThatDecodes) {
     EXPECT_FALSE(windows.Form6.loaded());
 }
 
-TEST_F(DiskGuardTest, DoesNotReachTheWarningAfterAStop) {
+TEST_F(DiskGuardTest, DoesNotWarnAfterAStop) {
     freeOn("C:\\", 0);
     loop.atYield(1, [&] { Form1.Label5.setVisible(false); });
     tick();
@@ -277,8 +276,7 @@ TEST_F(DiskGuardTest, ReadsTheTextOfTheLabel) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-// --- opening and closing the window
-// ----------------------------------------------------------------
+// --- opening and closing the window ----------------------------------------------------------
 
 TEST_F(DiskGuardTest, LoadsAClosedWindowHiddenWithItsWholeLoadStep) {
     form.unload();

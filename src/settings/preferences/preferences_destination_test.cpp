@@ -58,7 +58,7 @@ TEST_F(PreferencesDestination, IsCreatedAgainAtEachStart) {
     EXPECT_THAT(files.log,
                 ElementsAre("changeDrive c:\\MÜSIC\\Wav\\", "changeFolder \\", "makeFolder MÜSIC",
                             "changeFolder MÜSIC", "makeFolder Wav", "changeFolder Wav"));
-    EXPECT_EQ(held("DecodePath"), "c:\\MÜSIC\\Wav"); // in the given case
+    EXPECT_EQ(held("DecodePath"), "c:\\MÜSIC\\Wav"); // upper and lower case are unchanged
     EXPECT_EQ(settings.decodePath, "c:\\müsic\\wav");
     EXPECT_EQ(form.Text10.text(), "Wav");
     EXPECT_THAT(boxes.shown, IsEmpty());
@@ -179,8 +179,8 @@ TEST_F(PreferencesDestination, IsNotChangedIfTheDriveWasRemoved) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, StaysWhereADriveCannotBeRead) {
-    // It goes between the list of drives and its first folder.
+TEST_F(PreferencesDestination, IsNotChangedIfTheDriveCannotBeRead) {
+    // The drive is still in the list of drives, but its root folder can no longer be read.
     start();
     store.writes.clear();
     directories.removeFolder("d:\\");
@@ -215,14 +215,14 @@ TEST_F(PreferencesDestination, IsCreatedBelowTheChosenFolder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, HasOneBackslashOfItsParentRemoved) {
+TEST_F(PreferencesDestination, LosesOneTrailingBackslashOfItsParent) {
     start();
     form.Text9.setText("d:\\");
     create("new");
     EXPECT_EQ(held("DecodePath"), "d:\\new");
     form.Text9.setText("d:\\music\\\\");
     create("new");
-    EXPECT_EQ(form.Text9.text(), "d:\\music\\\\new"); // one, not all
+    EXPECT_EQ(form.Text9.text(), "d:\\music\\\\new"); // only one backslash is removed
 }
 
 TEST_F(PreferencesDestination, NeedsAName) {

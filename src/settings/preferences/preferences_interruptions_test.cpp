@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences' window closed, or closed and reopened, in the middle of its own procedures: in
-// each yield and behind each message.
+// The user closes the preferences' window, or closes and reopens it, while one of its procedures
+// runs: in each yield and while each message is shown.
 #include <functional>
 #include <string>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// What the user does meanwhile.
+/// What the user does during the procedure.
 enum class Meanwhile { close, reopen };
 
 struct PreferencesInterrupted : test::PreferencesWorld {
@@ -34,7 +34,8 @@ struct PreferencesInterrupted : test::PreferencesWorld {
         form.Text10.setText(name);
         form.Co111.click();
     }
-    /// Nothing of an interrupted procedure is left: each change is one write of the store.
+    /// Checks that the interrupted procedure's gathering of writes has ended: a change writes the
+    /// store once.
     void expectPlainWrites() {
         const int before = store.fileWrites;
         form.Check5.setValue(1 - form.Check5.value()).passOver();
@@ -62,7 +63,7 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStep) {
         run.start();
         EXPECT_EQ(run.form.loaded(), reopened);
         EXPECT_EQ(run.form.visible(), reopened);
-        EXPECT_EQ(run.form.Check2.value(), reopened ? 1 : 0); // begun in the new window
+        EXPECT_EQ(run.form.Check2.value(), reopened ? 1 : 0); // the new window's own state
         EXPECT_EQ(run.form.Picture6.visible(), reopened);
         run.form.Check6.setValue(0).passOver();
         EXPECT_EQ(run.held("HDWarning"), "0");
@@ -80,8 +81,8 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayer) {
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // Closed: the rest of the load step needs the window's controls and loads it again,
-        // unshown.
+        // If it was closed, the rest of the load step uses the window's controls, which loads it
+        // again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -93,7 +94,7 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayer) {
     });
 }
 
-TEST_F(PreferencesInterrupted, BehindEachMessageOfTheLoadStep) {
+TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShown) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE(box);
@@ -132,7 +133,7 @@ TEST_F(PreferencesInterrupted, InTheYieldOfANewDestination) {
     });
 }
 
-TEST_F(PreferencesInterrupted, BehindTheMessageAboutAMissingName) {
+TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShown) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -148,7 +149,7 @@ TEST_F(PreferencesInterrupted, BehindTheMessageAboutAMissingName) {
     });
 }
 
-TEST_F(PreferencesInterrupted, BehindEachMessageOfANewDestinationThatFails) {
+TEST_F(PreferencesInterrupted, WhileEachMessageOfAFailedNewDestinationIsShown) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE(box);
@@ -167,7 +168,7 @@ TEST_F(PreferencesInterrupted, BehindEachMessageOfANewDestinationThatFails) {
             EXPECT_EQ(boxesUp, 2);
             EXPECT_EQ(run.form.loaded(), what == Meanwhile::reopen);
             EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
-            // A reopened window has taken the stored folder again.
+            // A reopened window has read the stored folder again.
             EXPECT_EQ(run.settings.decodePath,
                       what == Meanwhile::reopen ? "c:\\sonarith\\wavfiles" : "d:\\new");
             run.expectPlainWrites();
@@ -185,7 +186,7 @@ TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayer) {
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // A reopened window is in force with its own box, which shows what was stored.
+        // If the window was reopened, its own box applies, which shows the stored value.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

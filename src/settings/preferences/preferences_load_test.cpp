@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The load step of the preferences: what it shows, saves and starts, and where it ends.
+// The load step of the preferences: what it shows, saves and starts, and which stored values end it
+// early.
 #include <string>
 #include <vector>
 
@@ -49,10 +50,10 @@ TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsWhatIsStored) {
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
     form.unload();
     form.load();
-    EXPECT_EQ(form.Combo1.listCount(), 9); // cleared first
+    EXPECT_EQ(form.Combo1.listCount(), 9); // the lists were cleared first
     EXPECT_EQ(form.Combo2.listCount(), 14);
     EXPECT_EQ(form.cbxFormat.listCount(), 2);
-    EXPECT_EQ(form.Combo1.text(), "Studio"); // and what was chosen is chosen again
+    EXPECT_EQ(form.Combo1.text(), "Studio"); // the stored entry is selected again
     EXPECT_EQ(form.Combo2.text(), "320");
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
@@ -109,7 +110,7 @@ TEST_F(PreferencesLoad, SavesNoSwitchThatIsOff) {
     EXPECT_THAT(muted, IsEmpty());
 }
 
-TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderOfSetting) {
+TEST_F(PreferencesLoad, FromAFullStoreSavesEachSwitchInTheOrderInWhichItIsSet) {
     for (const char* key : {hdWarningKey, hdStopDecodingKey, desktopIconKey, minimizeOnStartKey,
                             deleteWavKey, showFullPathKey, encodeAfterExtractingKey}) {
         store.put("Settings", key, "1");
@@ -156,14 +157,14 @@ TEST_F(PreferencesLoad, SavesTheDefaultOfEachMissingKey) {
 
 TEST_F(PreferencesLoad, WritesTheStoreOnce) {
     loop.atYield(1, [&] {
-        EXPECT_EQ(store.fileWrites, 1); // done before the yield
+        EXPECT_EQ(store.fileWrites, 1); // the write precedes the yield
         EXPECT_EQ(store.writes.size(), 7U);
     });
     start();
     EXPECT_EQ(loop.yieldCount(), 1);
     EXPECT_EQ(store.fileWrites, 1);
     form.Check6.setValue(0).passOver();
-    EXPECT_EQ(store.fileWrites, 2); // and no write is pending afterwards
+    EXPECT_EQ(store.fileWrites, 2); // no write was pending after the load step
 }
 
 TEST_F(PreferencesLoad, WritesTheStoreBeforeAMessageYields) {
@@ -197,8 +198,7 @@ TEST_F(PreferencesLoad, LeavesNoWritePendingAfterAFailure) {
     EXPECT_EQ(store.fileWrites, 2);
 }
 
-// --- side effects of switches that are on
-// ------------------------------------------------------------------
+// --- side effects of switches that are on ----------------------------------------------------
 
 TEST_F(PreferencesLoad, MutesTheDiscsLineIfTheSwitchIsOn) {
     start();
@@ -308,7 +308,7 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
         }
         run.start();
         EXPECT_EQ(run.written(), before);
-        EXPECT_EQ(run.form.Text9.text(), "c:\\sonarith"); // set before all of them
+        EXPECT_EQ(run.form.Text9.text(), "c:\\sonarith"); // set before all switches
         EXPECT_EQ(run.form.cbxFormat.listCount(), 0);
         EXPECT_THAT(run.muted, IsEmpty());
         run.form.show();
@@ -340,7 +340,7 @@ TEST_F(PreferencesLoad, ContinuesWithNothingSelectedForMinusOne) {
     EXPECT_EQ(held("DecodePath"), "c:\\sonarith\\WAVFiles");
 }
 
-TEST_F(PreferencesLoad, ToleratesValuesThatAreNoNumbers) {
+TEST_F(PreferencesLoad, ToleratesValuesThatAreNotNumbers) {
     // Each of these leaves its field at 0.
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
@@ -358,7 +358,7 @@ TEST_F(PreferencesLoad, ToleratesValuesThatAreNoNumbers) {
     }
 }
 
-// --- again ---------------------------------------------------------------------------------------
+// --- repeated loads ------------------------------------------------------------------------------
 
 TEST_F(PreferencesLoad, RunsOnceHoweverOftenTheWindowIsHiddenAndShown) {
     start();

@@ -277,8 +277,8 @@ void PreferencesWindow::Drive2_Change() {
 
 void PreferencesWindow::Dir2_Change() {
     form_.Text9.setText(form_.Dir2.path());
-    // Deliberate: decodePath keeps the folder of this run, and it is not checked whether this one
-    // is writable.
+    // Deliberate: decodePath keeps the folder of this run, and nothing checks whether the new
+    // folder is writable.
     saveSetting(decodePathKey, form_.Text9.text());
 }
 
@@ -324,7 +324,8 @@ void PreferencesWindow::Co111_Click() {
         platform_.boxes.show("Error in creating the path " + path +
                              "  Create a new Destination path using the selection controls");
     }
-    // A window that was closed meanwhile stays closed, and a new one keeps its own state.
+    // If the window was closed during the yield or message, it stays closed; if it was reopened,
+    // its new state is kept.
     if (form_.loaded() && form_.timesLoaded() == load) {
         form_.Picture6.setVisible(false);
         form_.Check2.setValue(0).passOver();

@@ -34,7 +34,7 @@ class PreferencesWindow {
     void Check2_Click();
     void Check4_Click();
     void Check10_Click();
-    /// Saves all four keys of the disk guard, up to the first limit that is no number.
+    /// Saves all four keys of the disk guard, up to the first limit that is not a number.
     void Command1_Click();
     /// Chooses and creates the destination folder. Yields once after saving it.
     void Co111_Click();
@@ -48,7 +48,7 @@ class PreferencesWindow {
     /// Saves a box's value and copies it to its field.
     void saveSwitch(const CheckBox& box, const char* key, std::int16_t& field);
     /// Saves a box's text and copies it to its field as a number. Fails, after saving, if the text
-    /// is no number or does not fit 16 bits.
+    /// is not a number or does not fit 16 bits.
     Status saveLimit(const TextBox& box, const char* key, std::int16_t& field);
     Status saveLimits();
 
