@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-/// As for the lists that change beside such a caption (list_box_model.h).
+/// The same delay as that of the lists beside such a caption (list_box_model.h).
 constexpr std::chrono::milliseconds captionPause{100};
 
 } // namespace
@@ -86,8 +86,9 @@ void ControlView::showName() {
     widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
 }
 
-/// A disabled widget loses the focus, and takes it back when it is enabled, unless the focus has
-/// moved on: a button that is disabled for a moment of its own click is to be pressed again.
+/// A widget that is disabled loses the focus. When it is enabled, it takes the focus back unless
+/// the user has moved it: a button that its own click disables and enables can then be pressed
+/// again.
 void ControlView::showEnabled() {
     QWidget* const window = widget_.window();
     const bool hadFocus = window->focusWidget() == &widget_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The properties that every widget shows of its control: name, visibility, enabled state, tool tip
-// and accessible name. The view of each kind of control shows the others.
+// and accessible name. The view of each kind of control shows its other properties.
 #pragma once
 
 #include <functional>
@@ -21,21 +21,21 @@ template <typename... Properties>
     return changed == Property::all || ((changed == shown) || ...);
 }
 
-/// Whether a layout or the window places the widget, or the control's own position does.
+/// What places the widget: a layout or the window (`elsewhere`), or the control's own position.
 enum class Placement { elsewhere, byControl };
 
-/// How soon a new caption is shown. A limited one is shown at once after a pause, and then up to
-/// 100 ms late, so that a caption that changes a thousand times a second is laid out, painted and
-/// sent to screen readers a few times only.
+/// How soon a new caption is shown. With a limited pace, a caption is shown at once if none was
+/// shown for 100 ms, otherwise up to 100 ms late: one that changes a thousand times a second is
+/// laid out, painted and sent to screen readers ten times a second.
 enum class Pace { atOnce, limited };
 
-/// Updates a widget when its control changes. A member of the widget's own class, or destroyed
-/// before the widget.
+/// Updates a widget when its control changes. It must be destroyed before the widget, for example
+/// as a member of the widget's class.
 class ControlView {
   public:
     /// `caption` returns the control's caption (empty: it has none). `label` names a control that
-    /// has neither caption nor tool tip. `showMore` shows further properties; Property::all means
-    /// every one.
+    /// has neither caption nor tool tip. `showMore` shows further properties; its argument
+    /// Property::all means every property.
     ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
                 QString label, std::function<void(Property)> showMore = {},
                 Placement placement = Placement::elsewhere, Pace pace = Pace::atOnce);
@@ -53,7 +53,7 @@ class ControlView {
     QString label_;
     std::function<void(Property)> showMore_;
     Placement placement_;
-    std::unique_ptr<QTimer> pause_; ///< of a limited pace: runs after each caption shown
+    std::unique_ptr<QTimer> pause_; ///< limited pace only: runs after each shown caption
     bool captionWaits_ = false;
     /// The widget to which Qt moved the focus when this one was disabled.
     QPointer<QWidget> focusMovedTo_;

@@ -60,7 +60,7 @@ TEST_F(ControlViewTest, AChangeAppliesItsOwnPropertyAlone) {
         model, other, [this] { return model.caption(); }, "",
         [&](Property which) { shown.push_back(which); }, Placement::byControl);
     shown.clear();
-    // What another property's change must leave as it is.
+    // These values must not change when the caption changes.
     const QRect place(1, 2, 3, 4);
     other.setGeometry(place);
     other.setToolTip("kept");

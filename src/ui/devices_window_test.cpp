@@ -131,7 +131,7 @@ TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndReadAgainEachTime) {
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, ElementsAre("drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc",
                                  "drive /m/caf\xE9.toc", "refresh /m/caf\xE9.toc"));
-    // It is chosen again from the list, after another one.
+    // Another drive can then be chosen from the list.
     clickDrive(0);
     EXPECT_EQ(drive, "");
 }
@@ -159,7 +159,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(box.currentText(), "Default");
     QTest::keyClick(&box, Qt::Key_Down);
     EXPECT_EQ(output, "none");
-    // Nothing is stored yet, which the box shows.
+    // No source is stored yet: the box shows "None".
     EXPECT_EQ(child<QComboBox>("source").currentText(), "None");
     QTest::keyClick(&child<QComboBox>("source"), Qt::Key_Down);
     EXPECT_EQ(source, "none");
@@ -245,7 +245,7 @@ TEST_F(DevicesWindowTest, RefusesToChangeADriveInUseAndShowsAMessage) {
     window.chooseDrive("/discs/other.cue");
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(drive, "/dev/sr0");
-    // The user who dropped an image on another window must see this.
+    // The message must be visible to a user who has dropped the image on another window.
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(),
               "The drive is in use. Choose again after the action has ended.");

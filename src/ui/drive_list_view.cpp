@@ -27,7 +27,7 @@ void DriveListView::showDrives() {
     }
     const QString chosen = toQString(drives_.drive());
     if (!chosen.isEmpty() && !present.contains(chosen)) {
-        // It was removed after it was chosen.
+        // The drive was removed after it was chosen.
         present.prepend(chosen);
     }
     show(present, static_cast<int>(present.indexOf(chosen)));

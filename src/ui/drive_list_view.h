@@ -17,7 +17,7 @@ class DriveListView : public DropDown {
     void showPopup() override;
 
   protected:
-    /// Lists the drives again: keys choose without opening the list.
+    /// Lists the drives again: keys choose a drive without opening the list.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

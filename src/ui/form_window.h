@@ -58,12 +58,14 @@ struct WindowLayout {
     /// Must outlive the window.
     Form& form;
     Symbol icon = Symbol::program;
-    /// The headings of the window's menu bar; none: no bar.
+    /// The headings of the window's menu bar; if empty, the window has no menu bar.
     std::vector<MenuItem*> menus = {};
     LeastSize leastSize = LeastSize::contents;
-    /// The escape key clicks it while it is visible and enabled. Null: the key does nothing.
+    /// The escape key clicks this button while it is visible and enabled. Null: the key does
+    /// nothing.
     CommandButton* cancelButton = nullptr;
-    /// The menu key on a widget without its own menu. Not set: a right press on the form.
+    /// Runs at the menu key on a widget without its own menu. If it is not set, the menu key is a
+    /// right press on the form.
     std::function<void()> menuKey = {};
     /// Creates the widgets on `window.client()`.
     std::function<void(FormWindow& window)> layOut;

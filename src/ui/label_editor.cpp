@@ -30,7 +30,7 @@ void LabelEditor::cancel() {
 
 bool LabelEditor::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Plain keys are text or belong to the editor, even if they are shortcuts of the window.
+        // Escape and return are keys of the editor, even if they are shortcuts of the window.
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Escape || key->key() == Qt::Key_Return) {
             event->accept();
@@ -66,7 +66,7 @@ void LabelEditor::focusOutEvent(QFocusEvent* event) {
         break;
     case Qt::PopupFocusReason:
     case Qt::MenuBarFocusReason:
-        // A menu of the editor or the window took the focus, which returns.
+        // A menu of the editor or the window has the focus until it closes.
         break;
     default:
         cancel();

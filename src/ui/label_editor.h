@@ -17,7 +17,7 @@ class LabelEditor : public QLineEdit {
     /// window, a message box, hiding), so that no file is renamed by accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
-    /// Called for each press: true keeps it from the editor.
+    /// Called for each press. If it returns true, the editor ignores the press.
     std::function<bool(QMouseEvent&)> takesPress;
 
   protected:

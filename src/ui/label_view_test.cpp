@@ -48,10 +48,10 @@ TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestCaptionAreShown) {
     EXPECT_EQ(view.text(), "folder 99");
     EXPECT_EQ(view.accessibleName(), "folder 99");
     EXPECT_EQ(view.toolTip(), "folder 99");
-    // Other properties wait for nothing.
+    // Other properties are shown at once.
     model.setEnabled(false);
     EXPECT_FALSE(view.isEnabled());
-    // After a pause the next one is shown at once.
+    // After a pause the next caption is shown at once.
     QTest::qWait(300);
     model.setCaption("done");
     EXPECT_EQ(view.text(), "done");

@@ -62,7 +62,8 @@ void ListBoxModel::showLater() {
     }
 }
 
-/// None for the first added lines after a while: what a click shows appears at once.
+/// For additions it is 0 unless others were announced within 30 ms: lines that a click adds appear
+/// at once.
 std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
     if (gathered_ == Gathered::changes) {
         return longWait;
@@ -112,9 +113,9 @@ void ListBoxModel::follow(const ListChange& change) {
     }
 }
 
-/// Widens the pending place to a line close by, which is one line of the list both before and after
-/// the changes, or returns false. A search removes the first folder and adds others behind the
-/// next: both are one place.
+/// Extends the pending place to `line` if that is close to it, otherwise returns false. The
+/// unchanged lines between them become part of the place. A search removes the first folder and
+/// adds others after the next one: these changes are at one place.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);
@@ -166,7 +167,8 @@ bool ListBoxModel::gathersRemoval(int line) {
     if (!pending_.any()) {
         pending_.first = line;
     }
-    // The line itself is one of those that the place is widened to, or the one behind its end.
+    // The removed line is before the place, and the extension includes it, or is the first after
+    // its end.
     const bool isBefore = line < pending_.first;
     if (!reaches(line, pending_.first + pending_.lines)) {
         return false;

@@ -19,8 +19,8 @@ class ListBoxModel : public QAbstractListModel {
   public:
     /// Which changes are announced together. All others are announced at once.
     enum class Gathered {
-        additions, ///< lines added at the end; at the next event, but at most once in 30 ms
-        changes,   ///< lines added and removed at one place, wherever it is; 100 ms late
+        additions, ///< lines added at the end: at the next event, but at most once in 30 ms
+        changes,   ///< lines added and removed close to each other, anywhere: 100 ms late
     };
 
     /// `list` must outlive this object.
@@ -39,8 +39,8 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The place with the pending changes: its rows were announced, its lines are now in the list.
-    /// Every row before and after it is the row of one line.
+    /// The place of the pending changes: `rows` announced rows from `first` on, which `lines` lines
+    /// of the list replace. Each row before and after the place shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;
@@ -56,7 +56,7 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] bool gathersRemoval(int line);
     void showLater();
     [[nodiscard]] std::chrono::milliseconds timeToAnnouncement() const;
-    /// The row of a line outside of the pending place.
+    /// The row of a line that is not in the pending place.
     [[nodiscard]] int rowOutside(int line) const;
 
     ListBox& list_;
@@ -64,7 +64,7 @@ class ListBoxModel : public QAbstractListModel {
     int shown_; ///< the number of announced rows
     Pending pending_;
     QTimer waiting_;
-    QElapsedTimer sinceAnnouncement_; ///< not valid before the first one
+    QElapsedTimer sinceAnnouncement_; ///< not valid before the first announcement
     Connection changed_;
 };
 

@@ -48,8 +48,8 @@ class ListBoxModelTest : public testing::Test {
     ListBox list{form, "lstdirs"};
 };
 
-/// What a search does with the folders to scan: adds those it finds behind the first, and removes
-/// the first.
+/// The steps of a search in its list of folders to scan: it adds the folders found after the first
+/// one, then removes the first one.
 TEST_F(ListBoxModelTest, ChangesAtOnePlaceAreAnnouncedTogether) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);
@@ -69,7 +69,7 @@ TEST_F(ListBoxModelTest, ChangesAtOnePlaceAreAnnouncedTogether) {
     EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 1));
 }
 
-TEST_F(ListBoxModelTest, FoldersThatAreScannedWithoutFindingAnyAreAnnouncedTogetherToo) {
+TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAnnouncedTogetherToo) {
     fill({"a", "b", "c", "d"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -82,7 +82,7 @@ TEST_F(ListBoxModelTest, FoldersThatAreScannedWithoutFindingAnyAreAnnouncedToget
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 0));
 }
 
-TEST_F(ListBoxModelTest, WithoutGatheringOnlyLinesAtTheEndWait) {
+TEST_F(ListBoxModelTest, WithGatheredAdditionsOnlyLinesAtTheEndAreAnnouncedLater) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::additions);
     const Announced announced(model);
@@ -97,8 +97,8 @@ TEST_F(ListBoxModelTest, WithoutGatheringOnlyLinesAtTheEndWait) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "before the last", "last"));
 }
 
-/// What a search does with folders that have none in them, and with the next that has.
-TEST_F(ListBoxModelTest, AChangeCloseByBelongsToTheSamePlace) {
+/// The steps of a search at folders without subfolders, and at the next folder with some.
+TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayIsAnnouncedTogetherWithTheOthers) {
     fill({"a", "b", "c", "d", "e", "f"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -115,7 +115,7 @@ TEST_F(ListBoxModelTest, AChangeCloseByBelongsToTheSamePlace) {
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 1));
 }
 
-TEST_F(ListBoxModelTest, AChangeElsewhereIsAnnouncedAtOnce) {
+TEST_F(ListBoxModelTest, AChangeFartherAwayIsAnnouncedAtOnce) {
     fill({"a", "b", "c", "d", "e", "f", "g", "h"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 4).passOver();
@@ -129,7 +129,7 @@ TEST_F(ListBoxModelTest, AChangeElsewhereIsAnnouncedAtOnce) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "d", "new", "e", "f", "g"));
 }
 
-TEST_F(ListBoxModelTest, RowsAndLinesAreKnownMeanwhile) {
+TEST_F(ListBoxModelTest, WhileChangesArePendingRowsAndLinesCanBeConverted) {
     fill({"a", "b", "c"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 1).passOver();
@@ -145,7 +145,7 @@ TEST_F(ListBoxModelTest, RowsAndLinesAreKnownMeanwhile) {
     EXPECT_EQ(model.lineOf(3), 2);
 }
 
-TEST_F(ListBoxModelTest, AnEmptiedListForgetsWhatWasPending) {
+TEST_F(ListBoxModelTest, ClearingTheListDiscardsPendingChanges) {
     fill({"a", "b"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 1).passOver();
@@ -156,9 +156,9 @@ TEST_F(ListBoxModelTest, AnEmptiedListForgetsWhatWasPending) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first"));
 }
 
-/// Any changes in any order: at each moment the rows whose lines are known show these lines, and
-/// after an announcement all of them do.
-TEST_F(ListBoxModelTest, RandomChangesArriveInTheEnd) {
+/// Changes of random kind and order: rows and lines always convert into each other, and after an
+/// announcement the rows are the lines of the list.
+TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLines) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

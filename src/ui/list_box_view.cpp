@@ -77,8 +77,8 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
     if (showingCurrent_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the row. This becomes a click on the line, outside of the call,
-    // since a click may yield.
+    // A screen reader has selected the row. The selection becomes a click on the line, which runs
+    // after this call, since a click may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     QMetaObject::invokeMethod(
         this,
@@ -121,7 +121,7 @@ void ListBoxView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void ListBoxView::mouseMoveEvent(QMouseEvent* event) {
-    // A drag over the lines chooses none: each choice may start a long action.
+    // A drag over the lines chooses no line: each choice may start a long action.
     event->accept();
 }
 
@@ -131,7 +131,7 @@ void ListBoxView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
-    // For a mouse event, the press has opened it.
+    // If the mouse caused this event, its press has already opened the menu.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const QModelIndex current = currentIndex();
         scrollTo(current);
@@ -144,7 +144,7 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
 
 void ListBoxView::keyPressEvent(QKeyEvent* event) {
     event->accept();
-    model_.showAll(); // from here on, rows are lines
+    model_.showAll(); // from here on, row and line numbers are equal
     // Without a current line, the row with the focus is the first one chosen.
     const int focused = std::max(0, currentIndex().row());
     if (const int row = rowFor(event->key(), list_.listIndex()); row >= 0) {

@@ -38,7 +38,7 @@ class ListBoxViewTest : public testing::Test {
         parent.activateWindow();
         flush();
     }
-    /// Lines that are added at the end are shown together, at a later event.
+    /// Waits until lines added at the end are announced.
     void flush() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == model.listCount(); }));
     }
@@ -169,7 +169,7 @@ TEST_F(ListBoxViewTest, LinesAfterAWhileAreAnnouncedAtTheNextEventAndOthersLater
     model.addItem("five");
     QCoreApplication::processEvents();
     EXPECT_EQ(rows(), 5);
-    // As a search that goes on: not each line by itself.
+    // Lines added one by one for 100 ms, as by a search, are announced in groups.
     QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
     QElapsedTimer time;
     time.start();
@@ -187,7 +187,7 @@ TEST_F(ListBoxViewTest, ALineThatIsMadeCurrentAtOnceIsShownAtOnce) {
     EXPECT_THAT(selectedRows(), ElementsAre(3));
 }
 
-TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsSeen) {
+TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsShown) {
     ListBoxView gathering(model, "Folders", ListBoxView::LineTips::whenCut, &parent,
                           ListBoxView::Gathered::changes);
     gathering.resize(200, 200);
@@ -202,12 +202,12 @@ TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsSeen) {
     QTest::mouseClick(gathering.viewport(), Qt::LeftButton, {}, rowPlace(1));
     EXPECT_EQ(model.text(), "two");
     EXPECT_EQ(gathering.currentIndex().data().toString(), "two");
-    // A cursor key goes by what is in the list, and a line made current is shown at once.
+    // A cursor key moves to the neighbour in the list, and a line made current is shown at once.
     QTest::keyClick(&gathering, Qt::Key_Up);
     EXPECT_EQ(model.text(), "new");
     EXPECT_EQ(gathering.model()->rowCount(), 4);
     EXPECT_EQ(gathering.currentIndex().data().toString(), "new");
-    // The current line is removed while that is pending.
+    // The current line is removed, and the removal is still pending.
     model.removeItem(1).passOver();
     EXPECT_TRUE(gathering.selectionModel()->selectedIndexes().empty());
     EXPECT_TRUE(QTest::qWaitFor([&] { return gathering.model()->rowCount() == 3; }));

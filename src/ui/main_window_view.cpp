@@ -152,8 +152,8 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     answerDrag(*event);
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
-        // After the drop has ended: reading the disc may show a question, and the source of the
-        // drop waits.
+        // Runs after the drop has ended: reading the disc may show a question, and the source of
+        // the drop would wait for its reply.
         runLater(*this, [this, path] { onImageDropped(path); });
     }
 }

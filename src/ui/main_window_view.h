@@ -28,11 +28,12 @@ class MainWindowView : public QMainWindow {
     /// The line below the client area.
     [[nodiscard]] NoticeBar& noticeBar() { return *notices_; }
 
-    /// Whether a disc image may be dropped now; called repeatedly while one is dragged over the
-    /// window. Not set: always.
+    /// Returns whether a disc image may be dropped now; called repeatedly while one is dragged over
+    /// the window. If it is not set, an image may always be dropped.
     std::function<bool()> acceptsImages;
     /// A disc image (.cue, .toc) was dropped from a file manager: its path in the machine's form,
-    /// byte for byte. Also called for one that became unacceptable at the last moment.
+    /// byte for byte. Also called for an image that was accepted first and became unacceptable
+    /// before the drop.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:

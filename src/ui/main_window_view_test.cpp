@@ -333,7 +333,7 @@ TEST_F(MainWindowViewTest, NotifiesOfADroppedDiscImage) {
     EXPECT_THAT(dropped, IsEmpty());
     const Offered image = dropOn(view, "file:///m/disc.cue\r\n");
     EXPECT_TRUE(image.onEnter && image.onMove && image.onDrop);
-    // Not inside the drop, whose source waits for its end.
+    // The handler does not run inside the drop, whose source waits for its end.
     EXPECT_THAT(dropped, IsEmpty());
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));

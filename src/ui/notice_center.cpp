@@ -11,7 +11,8 @@ NoticeCenter::NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
                            std::function<void(const QString&)> notify)
     : board_(board), window_(window), bar_(bar), notify_(std::move(notify)) {
     board_.setOnPosted([this](const std::string& text) {
-        // May be called on any thread; queued, so that it never runs within the reporting step.
+        // This may be called on any thread. The notice is queued, so that it is never shown within
+        // the step that reports it.
         QMetaObject::invokeMethod(
             this, [this, shown = toQString(text)] { show(shown); }, Qt::QueuedConnection);
     });

@@ -19,7 +19,7 @@ class PopupPlace {
     PopupPlace(const PopupPlace&) = delete;
     PopupPlace& operator=(const PopupPlace&) = delete;
 
-    /// Without an object, the position of the pointer.
+    /// The newest object's position; the position of the pointer if no object exists.
     [[nodiscard]] static QPoint current();
 
   private:

@@ -61,7 +61,7 @@ void TextBoxView::showText() {
         // Code may set longer texts than can be typed.
         setMaxLength(static_cast<int>(shown.size()));
     }
-    // This clears the undo history: undo would restore text that code has replaced.
+    // This also clears the undo history, from which undo would restore text that code has replaced.
     setText(shown);
     setCursorPosition(atEnd ? static_cast<int>(shown.size())
                             : std::min(caret, static_cast<int>(shown.size())));
@@ -72,7 +72,7 @@ void TextBoxView::showTypingLimit() {
     const int limit = box_.typingLimit() > 0 ? box_.typingLimit() : std::numeric_limits<int>::max();
     const int most = std::max(limit, static_cast<int>(text().size()));
     if (most != maxLength()) {
-        // Setting it replaces the text.
+        // Setting the limit sets the text again, which moves the caret.
         const int caret = cursorPosition();
         setMaxLength(most);
         setCursorPosition(caret);

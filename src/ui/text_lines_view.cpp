@@ -18,7 +18,7 @@ TextLinesView::TextLinesView(TextBox& box, QString label, QWidget* parent)
     setUndoRedoEnabled(false);
     setTabChangesFocus(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);
-    // Works without a mouse, too: a caret for reading and for selecting.
+    // The caret makes reading and selecting possible without a mouse.
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Nodes that are dragged in the widget, by mouse and by keys, with the handlers of the product:
-// wherever a node was dropped, tree and lists agree in the end.
+// tree and lists agree after each drop, whatever its target.
 #include <algorithm>
 #include <vector>
 

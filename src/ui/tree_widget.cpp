@@ -92,8 +92,8 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
     if (showingSelection_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the node in this widget. This becomes a click, outside of the
-    // call, since a click may yield.
+    // A screen reader has selected the node in this widget. The selection becomes a click, which
+    // runs after this call, since a click may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     runLater(*this, [this, chosen] {
         showSelection();
@@ -126,7 +126,8 @@ QModelIndex TreeWidget::branchAt(const QPoint& position) const {
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
     if (dragging() || takingUp_) {
-        // The same button cannot be pressed again, unless its release went elsewhere.
+        // A second press of the left button means that another window has received the first one's
+        // release.
         if (drag_ == Drag::byMouse && event->button() == Qt::LeftButton) {
             abandonPress();
         }
@@ -158,7 +159,8 @@ void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 void TreeWidget::press(MouseButtons buttons, const NodeRef& node, const QPoint& global) {
     pressedAt_ = global;
     movedFar_ = false;
-    // Recorded before the handler runs: it may wait, and the button may be released meanwhile.
+    // Runs before the handler: the handler may yield, and the button may be released during the
+    // yield.
     watchForRelease(true);
     const PopupPlace place(global);
     run(tree_.onMouseDown, buttons, node);
@@ -169,7 +171,8 @@ void TreeWidget::doubleClick(const NodeRef& node) {
     movedFar_ = false;
     watchForRelease(true);
     run(tree_.onDoubleClick);
-    // The handler ignores a double click on a collection, so it expands and collapses it.
+    // The handler ignores a double click on a collection, so the double click expands or collapses
+    // it.
     if (node && !node->removed() && !node->parent()) {
         const QModelIndex index = model_.indexOf(node);
         setExpanded(index, !isExpanded(index));
@@ -194,7 +197,7 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
-    // eventFilter() sees it, wherever it went.
+    // eventFilter() handles the release, whichever widget receives it.
     event->accept();
 }
 
@@ -204,8 +207,8 @@ void TreeWidget::watchForRelease(bool watch) {
     }
     watchingRelease_ = watch;
     if (watch) {
-        // Watches all windows: a release that ends a press here may go to the menu or the editor
-        // that the press has opened.
+        // Filters the events of all windows: the menu or the editor that a press has opened may
+        // receive the release.
         qApp->installEventFilter(this);
     } else {
         qApp->removeEventFilter(this);
@@ -213,7 +216,7 @@ void TreeWidget::watchForRelease(bool watch) {
 }
 
 bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
-    // The desktop's window receives it first, and no other if the pressed widget was destroyed.
+    // Qt sends the release first to the QWindow, and to no widget if the pressed one was destroyed.
     if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         if (!dragging() || mouse.button() == Qt::LeftButton) {
@@ -223,7 +226,7 @@ bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watchingRelease_ && event->type() == QEvent::MouseMove &&
         static_cast<const QMouseEvent&>(*event).buttons() == Qt::NoButton) {
-        // The release belonged to another press.
+        // No button is down: the press has ended, and its release was not received.
         abandonPress();
     }
     return QTreeView::eventFilter(watched, event);
@@ -247,7 +250,8 @@ bool TreeWidget::event(QEvent* event) {
         abandonPress();
         break;
     case QEvent::WindowDeactivate:
-        // A press may continue: some desktops treat its own menu as another window.
+        // A press without a drag continues: some desktops treat the menu that it opened as another
+        // window.
         if (dragging()) {
             abandonPress();
         }
@@ -264,7 +268,7 @@ bool TreeWidget::event(QEvent* event) {
         }
         break;
     case QEvent::KeyPress:
-        // Before the tab key moves the focus elsewhere.
+        // Handled here, before Qt uses the tab key to move the focus.
         if (dragging()) {
             keyWhileDragging(static_cast<QKeyEvent&>(*event));
             return true;
@@ -276,7 +280,7 @@ bool TreeWidget::event(QEvent* event) {
     return QTreeView::event(event);
 }
 
-/// Ends the press, and the drag that it has become, without a release.
+/// Ends the press, and the drag that it has started, without a release.
 void TreeWidget::abandonPress() {
     endDrag();
     watchForRelease(false);
@@ -297,7 +301,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Space:
     case Qt::Key_F2:
-        // As a click does, opens the editor if the node can be renamed.
+        // As a mouse click, this opens the editor if the node can be renamed.
         clickByKey({.left = true}, index);
         break;
     default:
@@ -339,7 +343,7 @@ void TreeWidget::doubleClickByKey(const QModelIndex& index) {
 }
 
 void TreeWidget::contextMenuEvent(QContextMenuEvent* event) {
-    // For a mouse event, the press has already opened the menu.
+    // If the mouse caused this event, its press has already opened the menu.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         clickByKey({.right = true}, currentIndex());
     }

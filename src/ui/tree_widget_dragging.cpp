@@ -61,9 +61,9 @@ void TreeWidget::startDrag() {
 
 void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
-    // A resting pointer sends repeated events. The handler treats each event as a change, and needs
-    // two of them to settle over a group. Without a group it never settles: the dragged node would
-    // move back and forth.
+    // A resting pointer sends repeated events. The handler treats each event as a change. Over a
+    // group it needs two events until its state is stable. Over a collection or no node it never
+    // becomes stable: the dragged node would move back and forth.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }
@@ -92,7 +92,7 @@ void TreeWidget::endDrag() {
 }
 
 void TreeWidget::scrollWhileDragging() {
-    // Within a row's height of the edge, and outside.
+    // Scrolls if the pointer is outside of the viewport or within a row's height of its edge.
     const int y = viewport()->mapFromGlobal(QCursor::pos()).y();
     const int edge = sizeHintForRow(0);
     QScrollBar& bar = *verticalScrollBar();
@@ -139,9 +139,9 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // First like a pointer that moves from the node's own row: the handler ignores the position
-    // where the previous move ended until it has received another one. Then like a pointer that
-    // rests on a group, where the handler settles at the second event.
+    // Simulates a pointer that leaves the node's own row: the handler ignores the node at which the
+    // previous drag ended until another node was reported. A group is reported twice, as by a
+    // resting pointer, since the handler's state is stable only after the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);

@@ -130,7 +130,7 @@ TEST_F(TreeDraggingTest, ARestingPointerOverACollectionOrNoNodeSendsOneEvent) {
     for (int i = 0; i < 3; ++i) {
         movePointer(belowAllNodes + QPoint(i, 0));
     }
-    // Outside of the tree there is no node either.
+    // A pointer outside of the tree is over no node either.
     movePointer(QPoint(-50, 10));
     moveTo(collection);
     moveTo(mp3);

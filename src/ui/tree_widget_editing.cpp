@@ -28,14 +28,15 @@ void TreeWidget::openEditor(const NodeRef& node) {
     const QModelIndex index = model_.indexOf(node);
     scrollTo(index);
     editedIndex_ = index;
-    // A sibling of the tree and not its child: assistive programs see only the nodes in a tree.
+    // A sibling of the tree and not its child: assistive programs detect only nodes as children of
+    // a tree.
     editor_ = new LabelEditor(toQString(node->text()), parentWidget());
     editor_->onFinished = [this](const QString& text) {
         finishEdit(text);
     };
     editor_->onCancelled = [this] {
         tree_.cancelLabelEdit();
-        // Hiding a focused editor would pass the keys on to the next control: a button.
+        // Hiding a focused editor would move the focus to the next control, a button.
         closeEditor(Focus::toTree);
     };
     editor_->takesPress = [this](QMouseEvent& event) {
@@ -73,7 +74,7 @@ void TreeWidget::closeEditor(Focus focus) {
         setFocus(Qt::OtherFocusReason);
     }
     closing->hide();
-    // It may be handling its own event.
+    // The editor is deleted later, since one of its event handlers may be running.
     closing->deleteLater();
 }
 

@@ -91,7 +91,7 @@ TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsHandledByTheEditor) {
     pressAt(first);
     releaseAt(first);
     ASSERT_NE(editor(), nullptr);
-    // QTest's own clock moves on by a double click's interval with each release.
+    // QTest advances its clock by the double click interval with each release.
     QTest::mouseClick(editor(), Qt::LeftButton, {}, QPoint(30, 5), 600);
     EXPECT_NE(editor(), nullptr);
     EXPECT_THAT(log, ElementsAre("up left one.wav"));
