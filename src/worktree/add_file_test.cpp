@@ -146,7 +146,7 @@ TEST_F(Cmaddfile2Test, WithFullPathsFilesOfOneNameInTwoFoldersAreBothAdded) {
 
 TEST_F(Cmaddfile2Test, ANameOfAnyNodeOfAnyGroupCountsAsADuplicate) {
     put("c:\\music\\a.wav");
-    // A stray item of the first group; the rule applies to it as well.
+    // The rule also applies to a WAV item in a group of tracks.
     addItem(view, node("Selected Tracks"), "p stray", "a.wav").passOver();
     adder.Cmaddfile2("c:\\music\\a.wav");
     EXPECT_THAT(childrenOf("WAV Files"), IsEmpty());

@@ -39,12 +39,13 @@ Status LabelEdit::rename(const std::string& newText) {
         return {ErrorNumber::objectNotSet, "No node is selected."};
     }
     const std::string lowered = lowerCase(newText);
-    // A change of case only sets a new label but renames nothing.
+    // If only the case changes, the label is set but the file is not renamed.
     if (lowerCase(selected->text()) == lowered) {
         return {};
     }
     const std::string oldName = lowerCase(SplitPath(selected->text(), process_));
-    // The new ending selects the lists: a WAV file that gets the ending of an MP3 is found in none.
+    // The new ending selects the lists: a WAV file that gets the ending of an MP3 is in none of
+    // them.
     Status renamed;
     if (lowered.ends_with("wav")) {
         renamed = renameFirst(oldName, newText, {&form_.List1, &form_.List5});

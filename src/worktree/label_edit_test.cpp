@@ -48,21 +48,21 @@ TEST_F(LabelEditTest, FilesWithAnEndingInOneCaseMayBeEdited) {
     }
 }
 
-TEST_F(LabelEditTest, AnythingElseMayNot) {
+TEST_F(LabelEditTest, OtherTextsMayNotBeEdited) {
     for (const char* text : {"a.Wav", "a.wAV", "a.Mp3", "a.mP3", "awav", "a.ogg", "a.wav ", "wav",
                              "", "Track  1 - 00:03:05"}) {
         EXPECT_TRUE(refused(text)) << text;
     }
 }
 
-TEST_F(LabelEditTest, GroupsAndCollectionsMayNot) {
+TEST_F(LabelEditTest, GroupsAndCollectionsMayNotBeEdited) {
     for (const char* text : {"CD Tracks", "Selected Tracks", "WAV Files", "MP3 Files Folder"}) {
         press(node(text));
         EXPECT_EQ(view.editedNode(), nullptr) << text;
     }
 }
 
-TEST_F(LabelEditTest, WithNothingSelectedItIsRefused) {
+TEST_F(LabelEditTest, WithNothingSelectedTheEditIsRefused) {
     bool cancel = false;
     labels.TreeView1_BeforeLabelEdit(cancel);
     EXPECT_TRUE(cancel);
@@ -148,7 +148,7 @@ TEST_F(LabelEditTest, AnyOtherEndingChangesNeitherFileNorEntryAndTheTreeKeepsIts
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, AnEmptyLabelHasNoEndingEither) {
+TEST_F(LabelEditTest, AnEmptyLabelChangesNeitherFileNorEntryEither) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "");
     EXPECT_THAT(disk.log, IsEmpty());

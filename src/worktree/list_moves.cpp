@@ -49,7 +49,7 @@ void ListMoves::moveFileEntry(const std::string& s, MovedBy movedBy) {
     }
 }
 
-/// The first entry whose file name matches that of `text`, else `text` itself.
+/// The first entry whose file name matches that of `text`; without such an entry, `text` itself.
 std::string ListMoves::wholeEntry(const std::string& text) {
     std::array<const ListBox*, 2> lists;
     if (text.ends_with("wav")) {
@@ -138,9 +138,9 @@ void ListMoves::returnMp3(const std::string& s) {
     putOnTop(form_.List2, s, form_.List7);
 }
 
-/// Skips the entry that moves into the place of a removed one, which users rely on: the bound is
-/// taken once, and the index always advances. Beyond the shortened end a removal fails and is
-/// ignored.
+/// Deliberate, since users rely on it: skips the entry that moves into the place of a removed one,
+/// because the bound is read once and the index always advances. Beyond the new end of the list a
+/// removal fails, and the failure is ignored.
 void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
     const int bound = list.listCount();
     for (int i = 0; i < bound; ++i) {

@@ -13,8 +13,9 @@
 
 namespace sonarith {
 
-/// The trigger of a move. A drag identifies a file by its whole path and treats a selected MP3 as a
-/// WAV is treated; a double click does neither.
+/// The trigger of a move. Only a drag finds the whole path of a file by its name. A drag that
+/// selects an MP3 changes its entry only, as for a WAV file; a double click also empties the list
+/// of available MP3 files and duplicates the entries that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {

@@ -93,7 +93,7 @@ TEST_F(ListMovesTest, AnEmptyQueueLineIsMovedToTheList) {
     EXPECT_EQ(form.lstRecord.text(), "Track_3");
 }
 
-TEST_F(ListMovesTest, AWavGoesToTheTopOfTheSelectedOnes) {
+TEST_F(ListMovesTest, AWavMovesToTheTopOfTheSelectedList) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "WAV Files");
@@ -123,7 +123,7 @@ TEST_F(ListMovesTest, AWavWithABracketDoesNotFindItself) {
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
 }
 
-TEST_F(ListMovesTest, ForAWavTheSelectedNodesParentDecides) {
+TEST_F(ListMovesTest, TheSelectedNodesParentChoosesTheRuleForAWav) {
     fill(form.List1, {"a.wav"});
     moveFrom("a.wav", "MP3 Files", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List5: a.wav"));
@@ -135,7 +135,7 @@ TEST_F(ListMovesTest, ForAWavTheSelectedNodesParentDecides) {
     EXPECT_THAT(all(), ElementsAre("List1: a.wav"));
 }
 
-TEST_F(ListMovesTest, ForTracksAndMp3FilesDragNodesParentDecides) {
+TEST_F(ListMovesTest, DragNodesParentChoosesTheRuleForTracksAndMp3Files) {
     fill(form.lstTracks, {"Track_1"});
     moveFrom("Track_1", "Available Tracks", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1"));
@@ -184,7 +184,7 @@ TEST_F(ListMovesTest, ABareNameMatchesNoPathAndIsInsertedAtTheTop) {
 TEST_F(ListMovesTest, TheEntryThatMovesIntoARemovedPlaceIsSkipped) {
     fill(form.List1, {"a.wav", "a.wav", "a.wav", "b.wav", "a.wav"});
     move("a.wav", "WAV Files");
-    // The second and the last one moved up after the index had advanced.
+    // The second and the last entry moved up after the index had advanced.
     EXPECT_THAT(lines(form.List1), ElementsAre("a.wav", "b.wav"));
 }
 
@@ -244,7 +244,7 @@ TEST_F(ListMovesTest, WithoutAMatchingRuleNothingMoves) {
     EXPECT_EQ(all(), before);
 }
 
-TEST_F(ListMovesTest, AFileNamedLikeATrackIsAFileByItsParent) {
+TEST_F(ListMovesTest, AFileNamedLikeATrackInAGroupOfFilesMovesAsAFile) {
     fill(form.List1, {"Track 1.wav"});
     move("Track 1.wav", "WAV Files");
     EXPECT_THAT(lines(form.List5), ElementsAre("Track 1.wav"));

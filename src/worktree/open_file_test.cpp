@@ -19,7 +19,7 @@ struct OpenFileTest : test::WorkTreeWorld {
     }
 };
 
-TEST_F(OpenFileTest, AsksForAWavOrMp3File) {
+TEST_F(OpenFileTest, OffersWavAndMp3FilesInTheDialog) {
     form.mnuOpenfile.click();
     ASSERT_EQ(dialog.opened.size(), 1U);
     EXPECT_EQ(dialog.opened[0].title, "Select WAV or MP3 file");

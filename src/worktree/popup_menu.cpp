@@ -44,7 +44,7 @@ PopupMenu::PopupMenu(const Platform& platform, ProcessState& process, Form1& for
 void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
-    // Applied in this order; each rule overrides the ones before. A group without a rule ("WAV
+    // The rules apply in this order; each one overrides those before. A group without a rule ("WAV
     // Files") keeps the state of the previous opening.
     if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
         set({});

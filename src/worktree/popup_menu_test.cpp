@@ -56,7 +56,7 @@ struct PopupMenuTest : test::WorkTreeWorld {
     }
 };
 
-// --- which entries are open --------------------------------------------------------------------
+// --- which entries are enabled -----------------------------------------------------------------
 
 TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
     expectBothWays(node(wavFile), "D-R");
@@ -70,11 +70,11 @@ TEST_F(PopupMenuTest, AnMp3CanBeStartedToo) {
 
 TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
     expectBothWays(node("Track  1 - 00:03:05"), "-S-");
-    // Later rules override earlier ones, also for a file with such a name.
+    // A file with such a name is treated as a track, since later rules override earlier ones.
     expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
-TEST_F(PopupMenuTest, AnItemOfAnotherKindHasNothing) {
+TEST_F(PopupMenuTest, AnItemOfAnotherKindDisablesAllThree) {
     expectBothWays(addTo("WAV Files", "notes.txt"), "---");
 }
 
@@ -103,7 +103,7 @@ TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesAllThreeOnly) {
     }
 }
 
-TEST_F(PopupMenuTest, OpeningTakesTheLevelOfTheNode) {
+TEST_F(PopupMenuTest, OpeningStoresTheLevelOfTheNode) {
     open(node("CD Tracks"));
     EXPECT_EQ(drag.DragLevel, 1);
     open(node(wavFile));
@@ -160,7 +160,7 @@ TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
     EXPECT_EQ(loop.yieldCount(), yields);
 }
 
-TEST_F(PopupMenuTest, RemoveYieldsBeforeItSearchesTheNode) {
+TEST_F(PopupMenuTest, RemoveYieldsBeforeItRemovesTheNode) {
     press(node(wavFile), {.right = true});
     const int yields = loop.yieldCount();
     bool stoodThere = false;
@@ -297,7 +297,7 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     const InTheMeantime cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
-        // Its entry is removed before the file is searched, so it is found in no list.
+        // The entry is removed before the file is searched, so the search finds it in no list.
         {"the other command", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); }, false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
     };

@@ -70,7 +70,7 @@ TEST_F(StartActionTest, AFileNamedLikeATrackCountsAsOne) {
     EXPECT_THAT(start("Trackless.wav"), ElementsAre("cmdStart"));
 }
 
-TEST_F(StartActionTest, WithNothingSelectedItStillReturnsToIdle) {
+TEST_F(StartActionTest, WithNothingSelectedTheWindowStillReturnsToIdle) {
     form.Disablem();
     form.hide();
     starter.CmdSelectAction_Click();
@@ -252,8 +252,8 @@ TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheFirst) {
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     EXPECT_TRUE(form.mnuStart2.enabled());
-    // The button is released before an entry is chosen. The left click's highlight still exists and
-    // takes over the selection; this is intended.
+    // The button is released before an entry is chosen. The node that the left click has
+    // highlighted becomes the selected one again; this is intended.
     release(node(mp3), {.right = true});
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
     EXPECT_EQ(view.selectedItem(), node(t1));

@@ -53,8 +53,9 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 }
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
-    // Once for each node that is reached. But a move stores its target group here, so that the next
-    // event over the same item counts as a change, and the item moves back.
+    // Moves the node once for each node that the pointer reaches. But a move stores its target
+    // group in DropTarget: the next event over the same item then counts as a change and moves the
+    // node back.
     if (target == drag_.DropTarget) {
         return;
     }
@@ -77,8 +78,8 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
 
 void TreeDrag::TreeView1_DragDrop() {
     TreeView& tree = form_.TreeView1;
-    // A track's move has cleared the highlight; a file is put under the group at the pointer,
-    // whatever the moves during the drag did.
+    // The move of a track has cleared the highlight. A file is put under the highlighted group,
+    // wherever the moves during the drag have put it.
     if (const NodeRef highlighted = tree.dropHighlight()) {
         tree.setParent(drag_.DragNode, highlighted).passOver();
         tree.setDropHighlight(nullptr).passOver();

@@ -71,7 +71,7 @@ TEST_F(TreeDragTest, OnlyTheLeftButtonDrags) {
     EXPECT_EQ(drag.DragLevel, 0);
 }
 
-TEST_F(TreeDragTest, ADragThatIsMarkedAsRunningStartsNoOther) {
+TEST_F(TreeDragTest, WhileADragIsMarkedAsRunningNoOtherStarts) {
     press(node(t1));
     drag.InDrag = true;
     move({.left = true});
@@ -125,9 +125,9 @@ struct DragPathTest : TreeDragTest, testing::WithParamInterface<Passage> {
                 {mp3, "Selected MP3 Files", true},
                 {mp3, "WAV Files", false},
                 {mp3, "Available Tracks", false},
-                // An MP3 over an MP3 is refused, a track over a track is not.
+                // An MP3 over an MP3 is refused, unlike a track over a track.
                 {mp3, otherMp3, false},
-                // These filters do not know endings in capitals, so nothing refuses them.
+                // The filters compare lower-case endings only, so no node refuses these files.
                 {"x.WAV", "Available Tracks", true},
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
@@ -152,7 +152,8 @@ TEST_P(DragPathTest, TheHighlightShowsWhichDragIsAccepted) {
     const int yields = loop.yieldCount();
     dragOver(passage.target);
     EXPECT_EQ(loop.yieldCount() > yields, passage.passes);
-    // Refused: the highlight is unchanged. Accepted: the target's, or cleared by a track's move.
+    // If refused, the highlight is unchanged. If accepted, it is the target's, or a track's move
+    // has cleared it.
     EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
 }
 
@@ -233,7 +234,7 @@ TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventCountsAgain) {
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), IsEmpty());
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
-    // The rebuild has removed the dragged node, so it moves no more.
+    // The rebuild has removed the dragged node, so further events do not move it.
     EXPECT_TRUE(drag.DragNode->removed());
     dragOver("Selected Tracks");
     dragOver(t2);
@@ -268,7 +269,7 @@ TEST_F(TreeDragTest, ADropPutsAFileUnderTheHighlightedGroup) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver("MP3 Files");
-    // Back in its old group; the highlight is set elsewhere and decides.
+    // The file is back in its old group. The drop puts it under the highlighted group instead.
     view.setDropHighlight(node("WAV Files")).passOver();
     drop();
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre(wav, mp3));
@@ -352,12 +353,12 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
         {"drop", letGo, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         {"drop", letGo, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        // The entry has been moved by then, and its node is no longer the one being moved.
+        // The entry was moved before the press, which then changes the node that is moved.
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         // The other node moves to the other side and, with the rest of this move, back again.
         {"double click", moveAnother, 1, {}, {mp3, otherMp3}, {mp3, otherMp3}, {}},
-        // Its old entries occur twice there.
+        // After the double click the entry that was selected before occurs twice.
         {"double click", moveAnother, 2, {mp3, otherMp3}, {}, {mp3, otherMp3, mp3}, {}},
         // The node moves to the other side inside the yield and, with the rest of the move, back
         // again.

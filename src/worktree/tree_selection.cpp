@@ -48,7 +48,7 @@ void TreeSelection::TreeView1_MouseUp() {
         // The text is not examined: a node without an action is shown in the same way.
         form_.Label3.setCaption("Next Action:  Process  " + selected->text());
     }
-    // Fails while no node is highlighted, which is ignored.
+    // This fails while no node is highlighted; the failure is ignored.
     tree.setSelectedItem(tree.dropHighlight()).passOver();
     const NodeRef selected = tree.selectedItem();
     if (selected && lowerCase(selected->text()).starts_with("track ")) {

@@ -106,7 +106,7 @@ TEST_F(TreeSelectionTest, AReleaseNamesTheNextActionForANodeOfAnyKind) {
     for (const std::string& text :
          std::vector<std::string>{t1, wav, "Selected Tracks", "CD Tracks", "WAV Files Folder"}) {
         click(text);
-        // Also without an action: the text is not examined.
+        // A node without an action is shown, too: the text is not examined.
         EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + text);
     }
 }

@@ -19,7 +19,7 @@ Result<std::string> baseWithEnding(const std::string& path, const std::string& e
 void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
-    // Only the first collection, by index: the others stay from the previous build.
+    // Removes only the first collection, by index: the others stay from the previous build.
     tree.remove(2).passOver();
     tree.remove(1).passOver();
     scanDestination();
@@ -48,7 +48,7 @@ void WorkTree::showfiles() {
     const bool fullPath = process_.settings.showFullPath != 0;
     const NodeRef lastMp3 = addFilesFromTheLast(form_.List2, ".mp3", group_,
                                                 fullPath ? Reveal::nothing : Reveal::eachAdded);
-    // Found by its text: on a later build it is not the group added last.
+    // The group is found by its text: on a later build it is not the group added last.
     tree.ensureVisible(firstNodeOfText(tree, mp3FilesText)).passOver();
     tree.ensureVisible(lastMp3).passOver();
     reverse(form_.List2, form_.List7);
@@ -110,14 +110,14 @@ void WorkTree::showfiles3() {
             }
         }
     }
-    // Crossed on purpose: each type is added to the other type's list.
+    // Deliberate: each type is added to the other type's list.
     if (chosen.ends_with(".wav")) {
         form_.List2.addItem(chosen);
     }
     if (chosen.ends_with(".mp3")) {
         form_.List1.addItem(chosen);
     }
-    // Passing the entry's number is intended. It names no file, so the only effect is the wait.
+    // Deliberate: the argument is the entry's number, which names no file, so the call only waits.
     adder_.Cmaddfile2(std::to_string(found.listIndex()));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Builds the work tree from its lists, and fills the file lists from the destination folder. The
-// lists hold the data; the tree is a view that is not kept in step with them.
+// lists contain the data; the tree is a view that is not updated at every change of a list.
 #pragma once
 
 #include <string>
@@ -25,7 +25,8 @@ class WorkTree {
     void showfiles();
 
     /// Runs after the finder's "Select for Conversion": checks whether the finder's current entry
-    /// is in a list, and adds it if not. Takes as long as Cmaddfile2.
+    /// is in a list, and adds it if not. Ends with a call of Cmaddfile2, whose wait of 0.3 s it
+    /// includes.
     void showfiles3();
 
     /// A layout in which all groups are siblings below one root. Nothing calls it.
