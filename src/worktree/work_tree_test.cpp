@@ -194,7 +194,7 @@ TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleOnALaterBuildToo) {
     test::RevealLog reveals;
     view.setObserver(&reveals);
     tree.showfiles();
-    // It exists from the earlier build; the group added last is another one and is revealed later.
+    // The MP3 group exists from the earlier build; the group added last is "Available Tracks".
     EXPECT_THAT(reveals.texts, ElementsAre("Selected Tracks", "Available Tracks",
                                            "Available Tracks", "MP3 Files"));
     view.setObserver(nullptr);
@@ -217,7 +217,7 @@ TEST_F(ShowfilesTest, TheSecondBuildReplacesOnlyTheFirstCollectionAndPutsItLast)
     EXPECT_EQ(view.node(3)->text(), "c:\\music\\a.wav");
 }
 
-TEST_F(ShowfilesTest, OnTheSecondBuildANewFileOfAnyKindGoesUnderAvailableTracks) {
+TEST_F(ShowfilesTest, OnTheSecondBuildANewFileOfAnyKindIsAddedUnderAvailableTracks) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();
@@ -230,7 +230,7 @@ TEST_F(ShowfilesTest, OnTheSecondBuildANewFileOfAnyKindGoesUnderAvailableTracks)
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\new.wav", "c:\\music\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileDeletedOutsideKeepsItsNodeAndLosesItsEntry) {
+TEST_F(ShowfilesTest, AFileDeletedByAnotherProgramKeepsItsNodeAndLosesItsEntry) {
     files({"c:\\music\\a.wav"}, {});
     tree.showfiles();
     files({}, {});
@@ -250,7 +250,7 @@ TEST_F(ShowfilesTest, AfterARefreshSelectedMp3FilesKeepTheirNodesAndLoseTheirEnt
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\b.mp3"));
 }
 
-TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscGoesUnderTheGroupOfTheBuildBefore) {
+TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupOfThePreviousBuild) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {});
     tree.showfiles();
@@ -329,7 +329,7 @@ TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsIsInItsList) {
         }
     };
     tree.showfiles();
-    // It was added before its group existed; the following build adds its node.
+    // The file was added before its group existed; the build that continues adds its node.
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
 }

@@ -68,7 +68,7 @@ def watch(program, album):
 def play(desktop, program_path, output):
     disc = make_disc(output / "disc", name="demo", tracks=3, seconds=SECONDS, signal="music")
     destination = output / "WAVFiles"
-    shutil.rmtree(destination, ignore_errors=True)  # an earlier demonstration's
+    shutil.rmtree(destination, ignore_errors=True)  # files of an earlier demonstration
     desktop.move_to(output / "home")
     desktop.write_store(disc, destination)
     program = Program(desktop, program_path)

@@ -18,8 +18,8 @@ BYTES_AT_A_TIME = 1 << 20
 
 
 def _encode(samples, path, *options):
-    """Encodes stereo samples (an array of signed 16 bit numbers) into an MP3 file. Not to a pipe:
-    the encoder returns to the beginning for the tag."""
+    """Encodes stereo samples (an array of signed 16 bit numbers) into an MP3 file. The output is
+    not a pipe, since the encoder returns to the beginning to write the tag."""
     path.parent.mkdir(parents=True, exist_ok=True)
     if sys.byteorder == "big":
         samples.byteswap()
@@ -46,10 +46,11 @@ def make_mp3(path, seconds=2, hertz=440):
 
 def make_long_mp3(path, hours):
     """Creates a long MP3 fast, by repeating the frames of some seconds of noise. Noise takes a
-    decoder longest, and no two parts of it are equal."""
+    decoder the most time, and no two parts of these seconds are equal."""
     seconds = 20
     noise = array.array("h", random.Random(1).randbytes(seconds * FRAME_RATE * BYTES_PER_FRAME))
-    # No tag with a length, and no frame that depends on another, so that they can be repeated.
+    # Without a tag that states a length, and without frames that depend on others: the frames can
+    # be repeated.
     _encode(noise, path, "-t", "--nores")
     frames = path.read_bytes()
     with open(path, "ab") as target:
@@ -77,8 +78,8 @@ def check_decoded(wav, mp3, seconds, hertz):
 
 def check_beginning(wav, mp3, hours):
     """Checks the WAV of a long MP3 whose decoding was stopped in the middle: it holds another
-    decoder's samples from the first one on, without a gap, but not all of them. Returns its
-    seconds."""
+    decoder's samples from the first one on, without a gap, but not all of them. Returns its length
+    in seconds."""
     with wave.open(str(wav), "rb") as kept, contextlib.ExitStack() as ending:
         check_format(kept, wav.name)
         check(kept.getnframes() < hours * 3600 * FRAME_RATE, f"{wav.name} holds the whole file")

@@ -81,8 +81,8 @@ def check_track(path, disc, number, seconds):
 
 def beginning_of_track(path, disc, number, seconds):
     """Checks the WAV of a track that was stopped in the middle: silence, the track from its first
-    sample on, then only silence. Returns the bytes of the track and those of the silence after
-    them."""
+    sample on, then only silence. Returns how many bytes of the track and of the silence after it
+    there are."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])

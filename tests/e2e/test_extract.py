@@ -54,7 +54,7 @@ def tracks_move_between_the_groups(desktop, program):
     wait_for_groups(started, [], TRACKS)
     started.click_row(TRACKS[1], times=2)
     wait_for_groups(started, [TRACKS[1]], [TRACKS[0], TRACKS[2]])
-    # A track that is moved back goes to the end of the list.
+    # A track that is moved back is added at the end of the list.
     started.click_row(TRACKS[1], times=2)
     wait_for_groups(started, [], [TRACKS[0], TRACKS[2], TRACKS[1]])
     close(started)
@@ -85,7 +85,7 @@ def selected_tracks_become_wav_files(desktop, program):
 
 @contextlib.contextmanager
 def busy_machine():
-    """Keeps all processors busy meanwhile."""
+    """Keeps all processors busy within this context."""
     others = [subprocess.Popen([sys.executable, "-c", "while True: pass"])
               for _ in range(os.cpu_count())]
     try:
@@ -125,7 +125,7 @@ def cancelling_saves_the_captured_part(desktop, program):
     wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
     kept, silence = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
     check(kept >= bytes_of(1), "less than a second was kept")
-    check_equal(silence, 0, "silence after what was captured")
+    check_equal(silence, 0, "bytes of silence after the captured part")
     row = wait_for("the WAV in the tree", lambda: started.group("WAV Files"))
     check_equal(len(row), 1, "rows of WAV files")
     check(row[0].endswith("\\" + found[2].name), f"the row reads {row[0]!r}")

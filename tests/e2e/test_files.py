@@ -228,7 +228,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
 
 def removing_and_deleting_deletes_the_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
-    # Renamed first: the list must hold the new name.
+    # The file is renamed first: the list must contain its new name.
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "other.mp3")
     wait_for_groups(started, [], ["other.mp3", "two.mp3"])

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Disks and drives that do not respond for a while, or ever: the window stays usable, no captured
-sample is lost, and the program ends when the user closes it."""
+"""Disks and drives that respond late or never: the window stays usable, no captured sample is lost,
+and the program ends when the user closes it."""
 
 import contextlib
 import os
@@ -20,7 +20,7 @@ LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
 # allow for sanitizers and a busy machine.
 SECONDS_TO_RESPOND = 3
 SECONDS_TO_END = 6
-# The program waits twelve seconds for a folder, once.
+# The program waits twelve seconds for a folder that hangs, and only the first time.
 SECONDS_OF_A_WAIT = 25
 
 
@@ -34,7 +34,7 @@ def files_that_stall(desktop, folder):
     options = before.get("ASAN_OPTIONS", "")
     desktop.environment.update({
         "LD_PRELOAD": LIBRARY, "STALLED_FOLDER": str(folder), "STALLED_WHILE": str(switch),
-        # The library is loaded before the sanitizer's.
+        # Needed because the preloaded library comes before the sanitizer's.
         "ASAN_OPTIONS": f"{options}:verify_asan_link_order=0".lstrip(":")})
     try:
         yield switch
@@ -57,8 +57,8 @@ def notice(started):
 
 
 def check_painted(desktop, started, when):
-    """The window's contents, moved out of the screen and back, are seen again: the server keeps
-    nothing of what is out of sight."""
+    """Checks that the window paints its contents again after it was moved off the screen and back:
+    the X server does not store what is off the screen."""
     window = started.main_window_id()
     before, after = (desktop.home / f"{name}.png" for name in ("before", "after"))
     place = [int(line.partition("=")[2]) for line in
@@ -78,7 +78,7 @@ def check_painted(desktop, started, when):
     wait_for(f"the window's contents {when}", is_as_before, patience=SECONDS_TO_RESPOND)
 
 
-def a_stalling_destination_costs_no_sample(desktop, program):
+def a_capture_to_a_stalling_destination_loses_no_sample(desktop, program):
     with files_that_stall(desktop, desktop.home / MUSIC) as switch:
         started, sheet, destination = start_with_disc(desktop, program, seconds=8)
         start_track(started, "Track  1 - 00:00:08")
@@ -148,7 +148,7 @@ def a_hanging_drive_does_not_delay_the_end(desktop, program):
         check(seconds < SECONDS_TO_END, f"the end took {seconds:.1f} s")
 
 
-def a_search_goes_on_beyond_a_folder_that_hangs(desktop, program):
+def a_search_continues_after_a_folder_that_hangs(desktop, program):
     music = desktop.home / MUSIC
     for folder in ("before", "hanging", "zlast"):
         (music / folder).mkdir(parents=True)
@@ -157,12 +157,12 @@ def a_search_goes_on_beyond_a_folder_that_hangs(desktop, program):
     with files_that_stall(desktop, music / "hanging") as switch:
         started = start_in(desktop, program, music)
         started.open_window("Search for Files", "File Finder")
-        # The finder is in the destination folder, where the program's start has searched.
+        # The finder shows the destination folder, which the program has searched at its start.
         wait_for("the folders", lambda: "hanging" in started.lines("Folder"))
         button = started.get("Search !", "push button")
         place = started.centre_of(button)
         switch.touch()
-        # The first waits for the folder, and the second does not ask it again.
+        # The first search waits for the folder, and the second one skips it at once.
         for kind, most_seconds in (("wav", SECONDS_OF_A_WAIT), ("mp3", SECONDS_TO_RESPOND)):
             started.type_into("File Type", kind)
             def finds(kind=kind):
@@ -177,7 +177,7 @@ def a_search_goes_on_beyond_a_folder_that_hangs(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_stalling_destination_costs_no_sample,
+    run(a_capture_to_a_stalling_destination_loses_no_sample,
         a_hanging_destination_does_not_delay_cancel_or_the_end, the_program_waits_for_a_slow_drive,
         a_hanging_drive_does_not_delay_the_end,
-        a_search_goes_on_beyond_a_folder_that_hangs)
+        a_search_continues_after_a_folder_that_hangs)

@@ -27,7 +27,7 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
 
     wait_for("unchanged figures", figures_are_unchanged)
     percent, shown, _ = last[0]
-    check(percent < 90, f"the track went on to {percent} %")
+    check(percent < 90, f"the track continued to {percent} %")
     started.click("Cancel", "push button")
     found = wait_for("the WAV", lambda: wavs_by_track(destination))
     check_equal(list(found), [1], "tracks in the destination folder")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The preferences: what reaches the store and when, the destination, the free space, and the guard
-that warns and stops on a disk that fills."""
+"""The preferences: what is stored and when, the destination, the free space, and the guard that
+warns and stops a capture when a disk fills."""
 
 import contextlib
 import os
@@ -37,7 +37,7 @@ def open_tab(started, name):
 
 
 def wait_for_stored(desktop, key, value):
-    wait_for(f"{key}={value} in the store, where {desktop.stored('Settings')} stands",
+    wait_for(f"{key}={value} in the store, which contains {desktop.stored('Settings')}",
              lambda: desktop.stored("Settings").get(key.replace(" ", "%20")) == value)
 
 
@@ -45,7 +45,7 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-# Captions, and what two of them become without their tick.
+# The boxes' captions and keys by page; UNTICKED: captions that change when the tick is removed.
 BOXES = {
     TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
               ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
@@ -68,7 +68,7 @@ def press_by_keys(desktop, started, name, role):
     desktop.press("space")
 
 
-def ticks_reach_the_store_at_once(desktop, program, show_page, press):
+def ticks_are_stored_at_once(desktop, program, show_page, press):
     started = start_preferences(desktop, program)
     expected = {}
     for tab, entries in BOXES.items():
@@ -81,18 +81,18 @@ def ticks_reach_the_store_at_once(desktop, program, show_page, press):
             shown = caption if caption not in UNTICKED or not before else UNTICKED[caption]
             wait_for(f"the changed box {shown!r}",
                      lambda: is_ticked(started, shown) == (not before))
-            # At the next start a box that is not ticked has its first caption again.
+            # At the next start a box that is not ticked has its original caption again.
             expected[tab, caption] = not before
-    # Its tick hides this window and no other; without a panel there is no icon.
+    # A tick of this box hides this window only; without a panel there is no icon.
     press(started, TRAY, "check box")
     wait_for("the hidden window", lambda: started.window(TITLE) is None)
     wait_for_stored(desktop, "desktop icon", "1")
-    check(started.shows_enabled(started.find(TITLE, "push button")), "the main window is gone")
+    check(started.shows_enabled(started.find(TITLE, "push button")), "the main window is hidden")
     started.open_window(TITLE, TITLE)
     check(is_ticked(started, TRAY), "the box has lost its tick")
     press(started, TRAY, "check box")
     wait_for_stored(desktop, "desktop icon", "0")
-    check(started.window(TITLE), "the window has gone once more")
+    check(started.window(TITLE), "the window is hidden again")
     close(started)
 
     again = restart(desktop, program)
@@ -103,14 +103,14 @@ def ticks_reach_the_store_at_once(desktop, program, show_page, press):
     close(again)
 
 
-def ticks_by_mouse_reach_the_store_at_once(desktop, program):
-    ticks_reach_the_store_at_once(
+def ticks_by_mouse_are_stored_at_once(desktop, program):
+    ticks_are_stored_at_once(
         desktop, program, open_tab,
         lambda started, name, role: started.click(name, role, within=started.window(TITLE)))
 
 
-def ticks_by_keys_reach_the_store_at_once(desktop, program):
-    ticks_reach_the_store_at_once(
+def ticks_by_keys_are_stored_at_once(desktop, program):
+    ticks_are_stored_at_once(
         desktop, program,
         lambda started, name: next_page_by_keys(desktop, started, name),
         lambda started, name, role: press_by_keys(desktop, started, name, role))
@@ -118,7 +118,7 @@ def ticks_by_keys_reach_the_store_at_once(desktop, program):
 
 WARNING_LIMIT = "Warning limit in MB"
 STOP_LIMIT = "Stop limit in MB"
-# The lists: what is chosen first, the key to another entry, and that one.
+# For each list: the entry selected at first, the key that selects another one, and that entry.
 CHOICES = (("Tape", "Home", "Low"), ("80", "End", "320"),
            ("44.100Hz, 16bit Stereo, 172k/sec", "Home", "44.100Hz, 16bit Mono, 86k/sec"))
 
@@ -136,7 +136,7 @@ def choose_by_mouse(_, started, shown, __, chosen):
 def limits_and_choices_are_kept(desktop, program, type_limit, press, choose):
     started = start_preferences(desktop, program)
     type_limit(started, WARNING_LIMIT, "250")
-    # Each key has stored what stood there before it.
+    # Each key press has stored the text before that key.
     wait_for_stored(desktop, "HDWarningNo", "25")
     type_limit(started, STOP_LIMIT, "120")
     wait_for_stored(desktop, "HDStopNo", "12")
@@ -186,7 +186,7 @@ def a_new_destination_is_created(desktop, program):
     started = start_preferences(desktop, program)
     window = started.window(TITLE)
     open_tab(started, TABS[2])
-    check(started.find("Create", "push button") is None, "something can be created unasked")
+    check(started.find("Create", "push button") is None, "Create is shown too early")
     tick = "I'll select the destination path and directory"
     started.click(tick, "check box")
     started.get("Create", "push button")
@@ -226,7 +226,7 @@ def go_to_line(desktop, started, box, line):
 
 def a_new_destination_is_created_by_keys(desktop, program):
     (desktop.home / "Records").mkdir()
-    # A folder whose name is no text, below the chosen one. It is the only one there.
+    # A folder whose name is not valid UTF-8. It is the only one below the chosen folder.
     odd = os.fsencode(desktop.home / "Records") + b"/caf\xe9"
     os.mkdir(odd)
     started = start_preferences(desktop, program)
@@ -254,24 +254,24 @@ def a_new_destination_is_created_by_keys(desktop, program):
     close(started)
     os.rmdir(odd + b'/It is "new"')
     again = restart(desktop, program)
-    check(os.path.isdir(odd + b'/It is "new"'), "the next start has not made the folder again")
+    check(os.path.isdir(odd + b'/It is "new"'), "the next start has not recreated the folder")
     check_equal(os.listdir(os.path.dirname(odd)), [b"caf\xe9"], "folders beside it")
     close(again)
 
 
 def start_with_destination(desktop, program, destination):
-    """The program, whose window need not be there yet."""
+    """Starts the program; its window may not exist yet."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
     desktop.write_store(sheet, destination)
     return Program(desktop, program)
 
 
-def destinations_of_any_name_are_made(desktop, program):
+def destinations_of_any_name_are_created(desktop, program):
     for name in ("My  Music", "añ日 Köln", "it's (new) & 100 %", "n" * 255):
         destination = desktop.home / "Records" / name
         started = start_with_destination(desktop, program, destination)
         started.wait_for_window()
-        check(destination.is_dir(), f"the folder {name!r} was not made")
+        check(destination.is_dir(), f"the folder {name!r} was not created")
         close(started)
 
 
@@ -289,7 +289,7 @@ def check_destination_is_refused(desktop, program, destination):
     close(started)
 
 
-def destinations_that_cannot_be_made_are_reported(desktop, program):
+def destinations_that_cannot_be_created_are_reported(desktop, program):
     desktop.home.mkdir(exist_ok=True)
     taken = desktop.home / "taken"
     taken.write_text("a file", encoding="utf-8")
@@ -327,13 +327,13 @@ def free_megabytes(folder):
 
 
 def leave_free(folder, megabytes):
-    """Fills a disk until so much is free."""
+    """Fills a disk until only so many megabytes are free."""
     missing = free_megabytes(folder) - megabytes
     with open(folder / "filler", "ab") as filler:
         filler.write(bytes(int(missing * MEGABYTE)))
 
 
-def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
+def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
     with small_disk(desktop.folder / "small disk", 250) as home:
         if home is None:
             return
@@ -356,7 +356,7 @@ def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
             wait_for(f"{megabytes} MB", lambda: shown() is not None and
                      abs(shown() - free_megabytes(home)) <= 1)
         started.close_other(TITLE)
-        # The warning stands in this bar, which is hidden at first.
+        # The warning is shown in this bar, which is hidden at first.
         started.choose_menu("Preferences", "Toolbars", "CD Bar")
 
         start_track(started, "Track  2 - 00:01:00")
@@ -376,8 +376,8 @@ def a_disk_that_fills_is_seen_and_ends_a_capture(desktop, program):
 
 
 if __name__ == "__main__":
-    run(ticks_by_mouse_reach_the_store_at_once, ticks_by_keys_reach_the_store_at_once,
+    run(ticks_by_mouse_are_stored_at_once, ticks_by_keys_are_stored_at_once,
         limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
-        destinations_of_any_name_are_made, destinations_that_cannot_be_made_are_reported,
-        a_disk_that_fills_is_seen_and_ends_a_capture)
+        destinations_of_any_name_are_created, destinations_that_cannot_be_created_are_reported,
+        a_disk_that_fills_causes_a_warning_and_stops_a_capture)

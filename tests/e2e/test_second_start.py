@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Only one program runs for each user; and a start after the program was killed."""
+"""Only one program runs for each user, and a killed program leaves no incomplete file."""
 
 from driver import run
 from program import Program
@@ -32,8 +32,8 @@ def names_in(folder):
 
 
 def leftovers(folder):
-    """Files of a killed process on a file system without unnamed files; the next recording deletes
-    them."""
+    """The files that a killed process leaves on a file system without unnamed files; the next
+    recording deletes them."""
     return {name for name in names_in(folder) if name.startswith(".sonarith-")}
 
 

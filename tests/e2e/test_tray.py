@@ -106,7 +106,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # Again: each minimizing adds a new icon.
+        # The window is minimized again, since each time a new icon is added.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -134,7 +134,7 @@ def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
         wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         wait_for_state(desktop, window, "Withdrawn")
         check("NewToolTip" in host.signals(), "the panel received no signal of a new tool tip")
-        # The title stays the same while the track is captured, and so does the tip.
+        # While the track is captured, neither the title nor the tip changes.
         before = len(host.signals())
         tip = host.tip()
         time.sleep(SECONDS_OF_QUIET)
@@ -198,7 +198,7 @@ def of_two_panels_the_second_takes_over(desktop, program):
         wait_for_state(desktop, window, "Withdrawn")
         check_equal(second.icons(), [], "icons in the panel that waits in line")
         first.die()
-        # Without a moment in which there is no watcher.
+        # The second panel takes over at once: at no moment is there no watcher.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")

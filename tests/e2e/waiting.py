@@ -21,7 +21,7 @@ def wait_for(what, condition, patience=PATIENCE):
         if value:
             return value
         if time.monotonic() > end:
-            raise Failure(f"{what}: not value within {patience} s")
+            raise Failure(f"{what}: not within {patience} s")
         time.sleep(0.05)
 
 
