@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Analyses arbitrary bytes as an MP3 file, after another file: its values must be either all kept
-// or all replaced.
+// Analyses arbitrary bytes as an MP3 file after another file was analysed: the other file's values
+// must be either all kept or all replaced.
 #include <cstddef>
 #include <cstdint>
 #include <string>

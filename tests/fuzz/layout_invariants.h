@@ -50,8 +50,8 @@ inline void checkStructure(const disc::ImageLayout& layout) {
     }
 }
 
-/// Files that contain exactly what the sheet requires: the exact bytes of a stated length, and one
-/// sector if the file determines the length.
+/// The shortest files that the sheet accepts: their stated lengths, and one sector where the file
+/// determines the length.
 inline FileLengths requiredLengths(const disc::ImageLayout& layout) {
     FileLengths bytes(layout.files.size(), 0);
     for (const disc::LayoutTrack& track : layout.tracks) {

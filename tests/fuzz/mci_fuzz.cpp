@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Fuzz target: the whole interpreter of media control strings, on a machine of fakes. The first
-// byte of an input chooses the disc; each further line is one command, with sound passing between.
+// byte of an input chooses the disc; each further line is one command, and the sound advances
+// between the commands.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -31,8 +32,8 @@ disc::Table tableFor(std::uint8_t choice) {
 
 void checkReply(int status, const ReplyBuffer& reply, const mci::Interpreter& interpreter) {
     const std::size_t end = reply.bytes().find('\0');
-    require(end != std::string::npos);         // every reply is written and ends
-    require(status == mciSuccess || end == 0); // a failed command has none
+    require(end != std::string::npos);         // every reply is written and terminated
+    require(status == mciSuccess || end == 0); // a failed command has an empty reply
     require((status == mciSuccess) == interpreter.errorString(status).empty());
 }
 

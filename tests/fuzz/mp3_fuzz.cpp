@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over the file, and the same in
-// segments, which must return the same samples unless they refuse the stream. Then again with a
-// source that is unreadable from an offset on: the samples before it must be the same. The first
-// byte of an input selects the size of the segments, the second one the offset.
+// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over the file, and a pass in
+// segments, which must return the same samples unless it refuses the stream. Another pass reads a
+// source that is unreadable from an offset on: the samples before that offset must be the same. The
+// first byte of an input selects the size of the segments, the second one the offset.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

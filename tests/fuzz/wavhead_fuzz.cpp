@@ -18,7 +18,7 @@ using fuzz::require;
 constexpr const char* path = "c:\\a.wav";
 
 void convert(std::string_view text, std::uint8_t from, std::uint8_t to) {
-    // Base 1 of the result never terminates, as designed.
+    // A conversion to base 1 never terminates, as designed, and is not tested.
     const auto baseIn = static_cast<std::int16_t>(from % 40);
     const auto baseOut = static_cast<std::int16_t>(to % 40 == 1 ? 2 : to % 40);
     const std::string digits = ConvertBase(text, baseIn, baseOut);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the header analysis with an independent decoder, on encoded files: what both read alike,
-// and where the analysis deliberately reads less.
+// Compares the header analysis with an independent decoder, on encoded files: the values on which
+// both agree, and those that the analysis deliberately does not read.
 #include "formats/mp3_analysis.h"
 
 #include <gmock/gmock.h>
@@ -38,7 +38,8 @@ std::vector<std::int16_t> swellingNoise(int rate, int channels) {
 
 class HeaderAnalysisTest : public testing::Test {
   protected:
-    /// Encodes a file, and reads it with both. `options` are the encoder's.
+    /// Encodes a file, and reads it with the analysis and with the decoder. `options` are the
+    /// encoder's.
     void encode(int rate, int channels, const std::string& options) {
         encode(rate, channels, options, swellingNoise(rate, channels));
     }
@@ -59,7 +60,7 @@ class HeaderAnalysisTest : public testing::Test {
     }
     static std::string yesIf(bool condition) { return condition ? "yes" : "no"; }
 
-    /// All fields but bit rate and duration.
+    /// Compares all fields except bit rate and duration.
     void expectTheDecodersHeader() const {
         const mpg123_frameinfo& first = opinion->first;
         EXPECT_TRUE(analysed);
@@ -138,7 +139,7 @@ TEST_F(HeaderAnalysisTest, ShowsTheAverageOfAllFramesForAVariableStereoRate) {
         encode(44100, 2, std::string("--resample 44.1 ") + options);
         expectTheDecodersHeader();
         EXPECT_TRUE(info.IsVbr);
-        // The count does not include the frame that contains it.
+        // The count does not include the information frame that contains it.
         EXPECT_EQ(info.Frames, opinion->frames - 1);
         const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
         EXPECT_NEAR(info.Bitrate, average, 0.5);
@@ -161,7 +162,7 @@ TEST_F(HeaderAnalysisTest, FindsTheSameTagAsADecoder) {
 
 // --- deliberate differences from a decoder ------------------------------------
 
-// Silence, in which no random pair of bytes looks like a frame.
+// The files contain silence, in which no random pair of bytes looks like a frame.
 TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
     for (const int rate : {24000, 22050, 16000, 11025}) {
         SCOPED_TRACE(rate);

@@ -44,7 +44,7 @@ class PlaylistFilesTest : public testing::Test {
 
     MachineWorld world;
     test::FakeSettingsStore store;
-    /// The names that the program shows for the machine's.
+    /// Maps the machine's paths to those that the program shows.
     PathMap& paths = world.paths();
     Editor editor{world.files(), store};
 };
@@ -93,7 +93,7 @@ TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndBlockNothing) {
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
 }
 
-// As a file that is gone: without a question, and nothing more happens.
+// As for a missing file, there is a message but no question, and nothing is deleted.
 TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedAndStay) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
@@ -108,7 +108,7 @@ TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedAndStay) {
     }
 }
 
-TEST_F(PlaylistFilesTest, EveryNameThatADiskTakesIsReadTaggedListedRenamedAndDeleted) {
+TEST_F(PlaylistFilesTest, AFileOfAnyValidNameIsReadTaggedListedRenamedAndDeleted) {
     for (const std::string name :
          {"a [live].mp3", "[.mp3", "star*.mp3", "what?.mp3", "no. #1.mp3", "\"quoted\" 'too'.mp3",
           "  blanks before.mp3", "Z\xc3\xbcrich \xe4\xb8\xad\xe5\x9b\xbd.mp3",
@@ -144,8 +144,8 @@ TEST_F(PlaylistFilesTest, EveryNameThatADiskTakesIsReadTaggedListedRenamedAndDel
     }
 }
 
-// The kernel takes paths of 4,095 bytes.
-TEST_F(PlaylistFilesTest, AFileBehindALongPathIsReadAndOneBehindALongerPathHasNoData) {
+// The kernel accepts paths of at most 4,095 bytes.
+TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndOneWithALongerPathHasNoData) {
     fs::path folder = world.disk();
     while (folder.string().size() + 201 < 4'080) {
         folder /= std::string(200, 'f');
@@ -179,14 +179,14 @@ TEST_F(PlaylistFilesTest, AFileBehindALongPathIsReadAndOneBehindALongerPathHasNo
     EXPECT_TRUE(fs::exists(longest));
 }
 
-TEST_F(PlaylistFilesTest, AFileThatIsGoneOrShortBetweenTwoStepsHarmsNothing) {
+TEST_F(PlaylistFilesTest, AFileMayBeRemovedOrTruncatedBetweenTwoSteps) {
     world.put("a.mp3", mp3("Title"));
     const fs::path file = world.disk() / "a.mp3";
-    // Between the analysis and the display.
+    // The file is removed between the analysis and the display.
     editor.machine.loop.atYield(1, [&] { fs::remove(file); });
     read("a.mp3");
     EXPECT_EQ(editor.form.Text4(2).text(), "Title");
-    // Between the reading of the tag and its writing.
+    // The file is missing or shorter when the tag is written.
     editor.form.cmdTag.click();
     EXPECT_EQ(world.content("a.mp3"), tagOf("Artist", "Title"));
     for (const std::uintmax_t bytes : {50U, 1000U}) {
@@ -201,7 +201,7 @@ TEST_F(PlaylistFilesTest, AFileThatIsGoneOrShortBetweenTwoStepsHarmsNothing) {
     EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
 }
 
-TEST_F(PlaylistFilesTest, AFileThatMayNotBeWrittenIsReadAndKeepsItsTagItsNameAndItself) {
+TEST_F(PlaylistFilesTest, AFileThatMayNotBeWrittenIsReadButNotTaggedRenamedOrDeleted) {
     world.put("a.mp3", mp3("Title"));
     fs::permissions(world.disk() / "a.mp3",
                     fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences' logic over files, folders and a settings store of the machine; all else is fake.
-// For tests; tests/support/preferences_world.h has it over files in memory.
+// The preferences' logic with real files, folders and a real settings store; everything else is
+// fake. For tests; tests/support/preferences_world.h uses files in memory.
 #pragma once
 
 #include "extraction/extraction.h"
@@ -12,7 +12,7 @@
 namespace sonarith::test {
 
 struct PreferencesOver {
-    /// All outlive this.
+    /// All parameters must outlive this.
     PreferencesOver(FileSystem& files, Directories& directories, SettingsStore& store)
         : platform{.loop = machine.loop,
                    .media = machine.media,
@@ -32,7 +32,7 @@ struct PreferencesOver {
         windows.Form1.load();
         windows.Form4.load();
     }
-    /// The steps of a program start that concern these.
+    /// The steps of a program start that load the settings and the preferences.
     void start() {
         LoadSettings(platform.store, platform.files.programFolder(), process.settings);
         form.load();

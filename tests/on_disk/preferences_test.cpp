@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences over the machine's files and the user's settings file: destinations of any name,
-// destinations that cannot be made, and what the next start finds.
+// The preferences with real files and a real settings file: destinations of any name, destinations
+// that cannot be created, and the state after the next start.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -35,7 +35,7 @@ using testing::StartsWith;
 /// D: is a folder of the machine; the settings file is beside it.
 class PreferencesOnDisk : public testing::Test {
   protected:
-    /// A start of the program, with everything of the earlier one gone but the disk.
+    /// A start of the program: nothing of the previous start remains except the files on the disk.
     class Run {
       public:
         explicit Run(const PreferencesOnDisk& test)
@@ -105,7 +105,7 @@ class PreferencesOnDisk : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsMadeAtOneStartAndFoundAtTheNext) {
+TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsCreatedAtOneStartAndFoundAtTheNext) {
     for (const std::string& name :
          {std::string("My  Music"), std::string("\"Quoted\" 'Name'"), std::string("AÑ日🎵"),
           std::string("CAF\xc9 \xff"), std::string(255, 'N'), std::string("percent %20 = # ;")}) {
@@ -119,7 +119,7 @@ TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsMadeAtOneStartAndFoundAtTheNext
             EXPECT_THAT(run.messages(), IsEmpty());
             EXPECT_THAT(namesOnDisk(), ElementsAre(name));
             EXPECT_EQ(run.stored(decodePathKey), "d:\\" + name);
-            // The run's own, converted to lower case, names the same folder.
+            // The path that the run uses, converted to lower case, names the same folder.
             const std::string& inForce = run.preferences().process.settings.decodePath;
             EXPECT_TRUE(run.preferences().platform.files.changeFolder(inForce).ok());
             EXPECT_THAT(namesOnDisk(), ElementsAre(name));
@@ -128,7 +128,7 @@ TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsMadeAtOneStartAndFoundAtTheNext
     }
 }
 
-TEST_F(PreferencesOnDisk, ADestinationThatHasVanishedIsMadeAgainWithItsParents) {
+TEST_F(PreferencesOnDisk, AMissingDestinationIsCreatedAgainWithItsParents) {
     for (int start = 1; start <= 2; ++start) {
         Run run(*this);
         run.put(decodePathKey, "d:\\Music\\Live\\Wav");
@@ -174,7 +174,7 @@ TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
             return mayNotMount;
         }
         if (isRefused("d:\\room")) {
-            return 1; // there is room yet
+            return 1; // the disk still has space
         }
         if (::mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | flags, options) != 0) {
             return 2;
@@ -190,16 +190,16 @@ TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
         return ::waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status)
                                                                           : -1;
     };
-    // Two inodes: the root's and the first folder's.
+    // Two inodes: one for the root and one for the first folder.
     const int full = inAChild([&] { return step(0, "nr_inodes=2"); });
     if (full == mayNotMount) {
-        GTEST_SKIP() << "no mounts may be made here";
+        GTEST_SKIP() << "this user may not mount a disk";
     }
     EXPECT_EQ(full, 0);
     EXPECT_EQ(inAChild([&] { return step(MS_RDONLY, ""); }), 0);
 }
 
-TEST_F(PreferencesOnDisk, EverythingIsFoundAgainAfterARestart) {
+TEST_F(PreferencesOnDisk, AllSettingsAreKeptAcrossARestart) {
     const std::vector<const char*> switches = {
         hdWarningKey, hdStopDecodingKey, desktopIconKey,           minimizeOnStartKey,
         deleteWavKey, showFullPathKey,   encodeAfterExtractingKey, muteButtonKey};
@@ -243,7 +243,7 @@ TEST_F(PreferencesOnDisk, EverythingIsFoundAgainAfterARestart) {
     EXPECT_THAT(next.messages(), IsEmpty());
 }
 
-TEST(PreferencesOnAHangingDisk, ComeToTheirWindowWithTheTwoMessages) {
+TEST(PreferencesOnAHangingDisk, ShowTheTwoMessagesAndLoadTheirWindow) {
     test::HangingWorld world;
     test::FakeSettingsStore store;
     store.put(settingsSection, decodePathKey, "e:\\Music\\Wav");
@@ -256,7 +256,7 @@ TEST(PreferencesOnAHangingDisk, ComeToTheirWindowWithTheTwoMessages) {
     EXPECT_TRUE(over.form.loaded());
     EXPECT_EQ(over.process.settings.decodePath, "e:\\music\\wav");
     EXPECT_EQ(store.held(settingsSection, decodePathKey), "e:\\Music\\Wav");
-    // Nor does the list of folders hang.
+    // The list of folders does not hang, either.
     EXPECT_TRUE(over.form.Drive2.setDrive("e:").ok());
     EXPECT_EQ(over.form.Text9.text(), "e:\\Music\\Wav");
     world.mounts->answer(world.e);

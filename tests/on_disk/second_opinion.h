@@ -32,7 +32,7 @@ secondOpinionOf(const std::filesystem::path& file) {
     mpg123_param2(decoder, MPG123_ADD_FLAGS, MPG123_QUIET | MPG123_IGNORE_INFOFRAME, 0);
     SecondOpinion opinion;
     bool read = mpg123_open(decoder, file.c_str()) == MPG123_OK;
-    // The scan ends at the last frame: it runs after the header of the first one was read.
+    // The scan moves on to the last frame, so the header of the first one is read before it.
     read = read && mpg123_info(decoder, &opinion.first) == MPG123_OK;
     read = read && mpg123_scan(decoder) == MPG123_OK;
     opinion.frames = mpg123_framelength(decoder);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Every operation of the product's facade on this machine, compared with the machine's own tools:
-// none of them is without a source here.
+// each of them has a data source here.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -58,14 +58,14 @@ TEST_F(FacadeOfThisMachine, HasTheRootsSizeAndType) {
     std::int64_t total = 0;
     std::int64_t free = 0;
     for (int tries = 0; tries < 300 && total == 0; ++tries) {
-        system.DriveInfo("C:\\", total, free); // late on a busy machine
+        system.DriveInfo("C:\\", total, free); // the values arrive late on a busy machine
     }
     std::istringstream df(outputOf("df -B1 --output=size,avail / | tail -1"));
     std::int64_t dfTotal = 0;
     std::int64_t dfAvailable = 0;
     df >> dfTotal >> dfAvailable;
     EXPECT_EQ(total, dfTotal);
-    // Other programs write meanwhile. What only the superuser may use is not free.
+    // Other programs may write between the readings. Space reserved for the superuser is not free.
     constexpr double tolerance = 512e6;
     EXPECT_NEAR(static_cast<double>(free), static_cast<double>(dfAvailable), tolerance);
     EXPECT_NEAR(static_cast<double>(system.FastDiskSpace("c:")), static_cast<double>(free),
@@ -84,7 +84,7 @@ TEST_F(FacadeOfThisMachine, CountsEachDriveOnce) {
 }
 
 TEST_F(FacadeOfThisMachine, HasTheRootsLabelAndSerialNumber) {
-    // Without the device manager, neither has a source, as for the tool.
+    // Without the device manager, neither the program nor the tool can read these values.
     const std::string label = outputOf("findmnt -n -o LABEL /");
     EXPECT_EQ(system.VolumeLabel("C:\\"), label.empty() ? "NoName" : label);
     const std::string serial = system.SerialNumber("C:\\");
@@ -102,7 +102,7 @@ TEST_F(FacadeOfThisMachine, HasTheMemoryThatTheKernelPrints) {
     EXPECT_EQ(memory.totalKb, std::stoll(outputOf("awk '/^MemTotal:/ {print $2}' /proc/meminfo")));
     const auto availableKb =
         std::stoll(outputOf("awk '/^MemAvailable:/ {print $2}' /proc/meminfo"));
-    // Other programs come and go between the two.
+    // Other programs may start and end between the two readings.
     const double tolerance = 0.25 * static_cast<double>(memory.totalKb);
     EXPECT_NEAR(static_cast<double>(memory.availableKb), static_cast<double>(availableKb),
                 tolerance);
@@ -140,7 +140,7 @@ TEST_F(FacadeOfThisMachine, HasItsNames) {
     EXPECT_EQ(system.ComputerName(), outputOf("uname -n"));
     std::string user;
     for (int tries = 0; tries < 300 && user.empty(); ++tries) {
-        user = system.UserName(); // late on a busy machine
+        user = system.UserName(); // the name arrives late on a busy machine
     }
     EXPECT_EQ(user, outputOf("id -un"));
 }

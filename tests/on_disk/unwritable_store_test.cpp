@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The playlist over a settings file that cannot be written: its folder is read-only, or the disk is
-// full. The list stays usable, and the file keeps what it had.
+// full. The list stays usable, and the file keeps its content.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -34,7 +34,7 @@ class UnwritableStoreTest : public testing::Test {
             store.SaveSetting(applicationName, playlistSection, std::to_string(i + 1), before[i]);
         }
     }
-    /// As the next run of the program finds it.
+    /// The list that the next run of the program loads.
     [[nodiscard]] Paths stored() const {
         test::FakeFileSystem files;
         IniSettingsStore store(place());
@@ -46,7 +46,8 @@ class UnwritableStoreTest : public testing::Test {
         editor.form.Text5.setText("c:\\d.mp3");
         editor.form.Command20.click();
     }
-    /// 0 if the changes hold for this run and were reported; else the number of the check.
+    /// Returns 0 if the changes apply in this run and were reported; otherwise the number of the
+    /// failed check.
     static int changesHold(UsedEditor& editor, const test::FakeNotices& notices) {
         delistSecondAndAddOne(editor);
         if (editor.lines() != after) {
@@ -65,7 +66,7 @@ class UnwritableStoreTest : public testing::Test {
     const fakes::TempFolder folder;
 };
 
-TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesHoldForTheRun) {
+TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesApplyInThisRunOnly) {
     storeThree();
     const fs::perms reading = fs::perms::owner_read | fs::perms::owner_exec |
                               fs::perms::group_read | fs::perms::group_exec |
@@ -83,7 +84,7 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesHoldForTheRun) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(UnwritableStoreTest, OnAFullDiskChangesHoldForTheRunAndAreStoredOnceThereIsRoom) {
+TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredOnceThereIsSpace) {
     constexpr int mayNotMount = 50;
     const pid_t child = ::fork();
     if (child == 0) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Intercepts chosen system calls of a step: a function of the test lets each call through, makes it
 // fail, or holds it as a hanging device does. Other threads of the process are not affected, and
-// nothing has to be undone.
+// the interception ends with the step.
 #pragma once
 
 #include <atomic>
@@ -24,11 +24,12 @@ namespace sonarith::test {
 
 class CallJudge {
   public:
-    /// What happens to a call: `letThrough`, `hold` until `release`, or the errno with which it
-    /// fails.
+    /// Results of a Verdict: let the call through, or hold it until release(). Any other result is
+    /// the errno with which the call fails.
     static constexpr int letThrough = 0;
     static constexpr int hold = -1;
-    /// Runs on a thread of its own, for one call after the other. The sanitizers call `write`, too.
+    /// Decides on one call after the other, on a thread of its own. The sanitizers call `write`,
+    /// too.
     using Verdict = std::function<int(const seccomp_data& call)>;
 
     /// Runs `body` on a thread of its own and intercepts the calls with those numbers (SYS_...),
@@ -92,7 +93,8 @@ class CallJudge {
             return;
         }
         std::vector<std::uint64_t> heldCalls;
-        // Polls with a timeout: `release` must make no call that could itself be intercepted.
+        // Polls with a timeout: a call with which release() could end the wait might be intercepted
+        // itself.
         constexpr int lookUpMilliseconds = 2;
         for (pollfd calls{listener, POLLIN, 0};;) {
             calls.revents = 0;

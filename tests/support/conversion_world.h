@@ -33,7 +33,7 @@ struct ConversionWorld : WorkTreeWorld {
     void mp3File(const std::string& path, std::size_t bytes = 200) {
         disk.addFile(path, std::string(bytes, 'm'));
     }
-    /// Selects the first node of this text, under "MP3 Files" if there is none yet.
+    /// Selects the first node with this text; without one, adds it under "MP3 Files" first.
     void choose(const std::string& text) {
         NodeRef at = node(text);
         if (!at) {

@@ -29,7 +29,7 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
-// Under a sanitizer the default version of this one would not use malloc's memory.
+// Replaced, too, since under a sanitizer the default version would not use malloc().
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++sonarith::test::allocationCount;
     return std::malloc(size > 0 ? size : 1);

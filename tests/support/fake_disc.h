@@ -49,7 +49,7 @@ class FakeDisc : public disc::Disc {
         }
         return damage;
     }
-    /// The result of damageIn(); the audio itself is undamaged.
+    /// The sectors that damageIn() reports; the audio itself is undamaged.
     std::vector<std::int64_t> silentSectors;
     std::vector<std::int64_t> guessedSectors;
 

@@ -61,8 +61,8 @@ class FakeFileSystem final : public FileSystem {
             }
         }
     }
-    /// Also adds all folders above it. Replaces the content of an existing file; files that are
-    /// open see the new content.
+    /// Also adds all folders above it. Replaces the content of an existing file; open files have
+    /// the new content, too.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));
@@ -92,8 +92,8 @@ class FakeFileSystem final : public FileSystem {
     /// Also "openBinary PATH read" ("write", "readWrite"), and for an open file "readBinary PATH
     /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path passed to openBinary().
     std::vector<std::string> log;
-    /// Runs within a call that the log holds, before it does anything, with its entry: what another
-    /// program does to the files between two steps.
+    /// Runs with the log entry of each logged call, before the call has an effect: simulates
+    /// another program that changes files between two steps.
     std::function<void(const std::string& entry)> meanwhile;
 
     [[nodiscard]] bool folderExists(const std::string& path) const {
@@ -259,7 +259,7 @@ class FakeFileSystem final : public FileSystem {
   private:
     void note(const std::string& entry) {
         log.push_back(entry);
-        if (const auto change = meanwhile) { // a copy: it may replace itself
+        if (const auto change = meanwhile) { // a copy: the function may replace `meanwhile`
             change(entry);
         }
     }

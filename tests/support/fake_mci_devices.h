@@ -20,7 +20,7 @@ namespace sonarith::fakes {
 
 class FakeTransport : public mci::Transport {
   public:
-    /// `seat` points at this transport while it exists.
+    /// `seat` is set to this transport while it exists.
     FakeTransport(std::shared_ptr<disc::Disc> disc, FakeTransport*& seat)
         : disc_(std::move(disc)), seat_(seat) {
         seat_ = this;
@@ -63,7 +63,7 @@ class FakeTransport : public mci::Transport {
     [[nodiscard]] std::chrono::milliseconds readingFor() override { return reading; }
     [[nodiscard]] bool gone() override { return isGone; }
 
-    /// Advances by so much audio, if it plays.
+    /// Advances the position by `frames` if the transport plays.
     void advance(std::int64_t frames) {
         if (mode_ != disc::PlayerMode::playing) {
             return;
@@ -146,7 +146,7 @@ class FakeRecorder : public mci::Recorder {
 /// A machine of fakes. It must outlive the interpreter that receives its devices().
 struct FakeMachine {
     std::shared_ptr<FakeDrive> drive;   ///< a null pointer: the machine has no drive
-    FakeTransport* transport = nullptr; ///< the one created last, while it exists
+    FakeTransport* transport = nullptr; ///< the transport created last, while it exists
     RecorderState recorder;
     test::FakeNotices notices;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Message boxes for tests: every box is recorded and answered at once. OK boxes need no script; for
-// others put the answers into `answers` in order. `whileUp` runs while a box is open (yield the
-// loop, stop the job...).
+// others put the answers into `answers` in order. `whileUp` runs while a box is open, for example
+// to yield or to stop the job.
 #pragma once
 
 #include <deque>

@@ -49,7 +49,7 @@ class FakeMixer final : public Mixer {
     std::vector<std::string> log;
     /// Runs with each entry of the log.
     std::function<void(const std::string&)> onOperation;
-    /// What the last read or write of a value was asked with.
+    /// The arguments of the last read or write of a value.
     MixerControlDetails lastDetails;
 
     void removeLine(std::uint32_t line) {
@@ -155,7 +155,7 @@ class FakeMixer final : public Mixer {
             return 0;
         }
     }
-    /// Differs from the component type, to detect a caller that passes that on.
+    /// Differs from the component type, to detect a caller that passes the type as identifier.
     static std::uint32_t lineId(std::uint32_t line) { return line + 1'000'000; }
     static std::uint32_t controlId(const Place& place) {
         return place.first * 16 + (place.second & 0xF) + (place.second >> 28);

@@ -39,11 +39,11 @@ inline std::vector<sound::StereoFrame> silence(std::size_t count) {
 class PatternSource : public sound::SampleSource {
   public:
     static constexpr std::int64_t endless = std::numeric_limits<std::int64_t>::max();
-    /// How it reports that it has delivered all of its frames.
+    /// `end` is the state that the source reports after it has delivered all of its frames.
     explicit PatternSource(std::int64_t length = endless, sound::Supply end = sound::Supply::ended)
         : length_(length), end_(end) {}
 
-    /// From now on it has only `frames` to deliver, until the next call.
+    /// From now on it delivers at most `frames` frames in all, until the next call of allow().
     void allow(std::int64_t frames) { allowed_ = frames; }
     /// From now on each pull delivers a random part of the requested frames, possibly none.
     void starveAtRandom(unsigned seed) {

@@ -68,7 +68,7 @@ class HeldCalls {
                     add(judge);
                     body();
                     *done = true;
-                    while (!released_) { // the judge would release the held calls
+                    while (!released_) { // after `body` the judge releases the held calls
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
                 });
@@ -77,9 +77,9 @@ class HeldCalls {
         });
         return fakes::eventually([&] { return done->load(); });
     }
-    /// What the destructor does after the bodies have finished: destroys objects whose threads end
-    /// only then. Such objects must be declared before this one, since a body that did not finish
-    /// in time still makes them.
+    /// Sets what the destructor runs after the bodies have finished: it destroys objects whose
+    /// threads end only then. Such objects must be declared before this one, since a body that did
+    /// not finish in time still creates them.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
     /// Whether a call is held, now or within half a minute.
     bool waitForCall() {

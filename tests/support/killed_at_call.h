@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Kills a step at a chosen one of its system calls, so that a test can cover every moment at which
-// a kill leaves a different state on the disk. Independent of time: the same call is hit each time.
+// a kill leaves a different state on the disk. It does not depend on time: each run kills the step
+// at the same call.
 #pragma once
 
 #include <csignal>
@@ -36,7 +37,7 @@ inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
         ::_exit(1);
     }
     int status = 0;
-    // The child stops before each call and after it, the first time after its own signal.
+    // The child first stops at its own signal, then before and after each call.
     for (int stops = -1; ::waitpid(child, &status, 0) == child && WIFSTOPPED(status); ++stops) {
         if (stops == 2 * call || ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0) {
             ::kill(child, SIGKILL);

@@ -51,7 +51,7 @@ inline std::string padded(std::string text, std::size_t length, char filler = ' 
     return text;
 }
 
-/// The 128 bytes of a tag, by the places in the file.
+/// The 128 bytes of a tag; the fields are in the order of the file.
 inline std::string tagOf(const std::string& title, const std::string& artist = "",
                          const std::string& album = "", const std::string& year = "",
                          const std::string& comment = "", unsigned char genre = 0) {

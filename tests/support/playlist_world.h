@@ -51,7 +51,7 @@ struct PlaylistWorld : testing::Test, FakeMachine {
             store.put("music", std::to_string(i + 1), paths[i]);
         }
     }
-    /// The same, and the window loaded with it.
+    /// As stored(), and loads the window with the list.
     void open(const std::vector<std::string>& paths) {
         stored(paths);
         editor.load();

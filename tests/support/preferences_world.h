@@ -47,7 +47,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         };
     }
 
-    /// The steps of a program start that concern these.
+    /// The steps of a program start that load the settings and the preferences.
     void start() {
         LoadSettings(store, files.programFolder(), settings);
         form.load();

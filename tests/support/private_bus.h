@@ -47,7 +47,7 @@ class PrivateBus {
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    /// A connection that no one else has.
+    /// A new connection, which nothing else uses.
     [[nodiscard]] QDBusConnection connect() {
         static int count = 0;
         names_ += QStringLiteral("private-bus-%1").arg(++count);
@@ -98,7 +98,7 @@ class NotifierWatcher final : public QDBusVirtualObject {
         bus_.send(QDBusMessage::createSignal(path, name,
                                              QStringLiteral("StatusNotifierHostUnregistered")));
     }
-    /// Replies to the queries that arrived while it hung.
+    /// Ends a hang: replies to the queries that arrived during it.
     void wakeUp() {
         manner_ = Manner::answers;
         for (const QDBusMessage& question : std::exchange(unanswered_, {})) {

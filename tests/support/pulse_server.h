@@ -114,7 +114,7 @@ class PulseServer {
             environment(), file("pulse.out"));
         return eventually([this] { return std::filesystem::exists(file("native")); });
     }
-    /// Kills the server during its work.
+    /// Kills the server while it runs.
     void kill() { server_.reset(); }
     /// Stops the server from responding, as if it hung.
     void freeze() { server_->signal(SIGSTOP); }
@@ -150,7 +150,7 @@ class PulseServer {
     [[nodiscard]] std::filesystem::path file(const char* name) const {
         return folder_.path() / name;
     }
-    /// Everything that server and listener store goes to the test's folder.
+    /// Makes server and listener store all of their files in the test's folder.
     [[nodiscard]] std::vector<std::string> environment() const {
         const std::string folder = folder_.path().string();
         const char* path = std::getenv("PATH");

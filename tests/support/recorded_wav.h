@@ -36,7 +36,7 @@ inline std::int64_t numberAt(const std::string& content, std::size_t offset) {
     return number;
 }
 
-/// Expects that `path` contains exactly these frames in stereo and in the plain form.
+/// Expects that `path` contains exactly these frames, in stereo, after a plain header.
 inline void expectPlainWav(const std::filesystem::path& path,
                            const std::vector<sound::StereoFrame>& frames) {
     const std::string content = contentOf(path);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disk of one MiB that can actually become full. For a child process, since only that sees it.
+// A disk of one MiB that can actually become full. For a child process, since the mount exists for
+// that process only.
 #pragma once
 
 #include <fstream>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a step as a user without privileges, so that permissions apply even if the superuser runs
-// the tests. In a child process: changes of memory by the step are not visible afterwards.
+// the tests. The step runs in a child process: its changes of memory are not visible afterwards.
 #pragma once
 
 #include <functional>

@@ -49,7 +49,7 @@ class VirtualEventLoop final : public EventLoop {
         if (++yieldsWithoutTime_ > maximumYieldsWithoutTime) {
             throw WaitNeverEnds("a loop of yields that nothing ends; use waitWhile or waitFor");
         }
-        // Calls that become due during this yield wait for the next one: one round per yield.
+        // One round per yield: what becomes due during this yield runs in the next one.
         const auto round = due(now_);
         for (const auto& entry : round) {
             run(entry);
@@ -138,7 +138,7 @@ class VirtualEventLoop final : public EventLoop {
             }));
     }
 
-    /// A longer wait counts as one that never ends: a day is far longer than any disc.
+    /// A longer wait counts as endless: a day is far longer than any disc.
     Duration longestWait = std::chrono::hours(24);
 
   private:
@@ -207,7 +207,7 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry that is due first, the older of two; none if all others are running.
+    /// The entry that is due first, the oldest of several. None if every entry is running.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;
@@ -227,7 +227,7 @@ class VirtualEventLoop final : public EventLoop {
     }
 
     void run(const EntryPointer& entry) {
-        // An earlier handler may have cancelled it, ended the program, or run it already.
+        // An earlier handler may have cancelled or run the entry, or ended the program.
         if (!entry->active || entry->running || ended_ || entry->due > now_) {
             return;
         }

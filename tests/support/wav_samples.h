@@ -17,7 +17,7 @@ struct WavSamples {
     std::vector<std::int16_t> samples; ///< interleaved
 };
 
-/// Empty if it is not such a file, or has samples other than 16 bit.
+/// Empty if the file is not a WAV file or its samples are not 16 bit.
 inline std::optional<WavSamples> readWav(const std::filesystem::path& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
