@@ -26,6 +26,7 @@
 #include "playlist/playlist_entries.h"
 #include "ui/devices_window.h"
 #include "ui/finder_layout.h"
+#include "ui/help_pages.h"
 #include "ui/icons.h"
 #include "ui/lazy_window.h"
 #include "ui/main_window_view.h"
@@ -33,6 +34,7 @@
 #include "ui/player_layout.h"
 #include "ui/playlist_layout.h"
 #include "ui/preferences_layout.h"
+#include "ui/program_help.h"
 #include "ui/program_style.h"
 
 namespace {
@@ -61,7 +63,9 @@ int runProgram() {
     };
     QtMessageBoxes boxes(applicationTitle);
     QtMousePointer pointer;
-    QtShell shell(applicationTitle, toMachine, notices);
+    ProgramHelp programHelp(helpFolder());
+    QtShell shell(applicationTitle, {SONARITH_VERSION, SONARITH_LIBRARIES}, toMachine, notices,
+                  [&] { return programHelp.show(); });
     QtTray tray([] { return makeIcon(Symbol::program); });
     QtFileDialog fileDialog(toMachine,
                             [&](const std::string& path) { return machine.toLogic(path); });
@@ -99,6 +103,12 @@ int runProgram() {
     calls.notices = [&] {
         return notices.texts();
     };
+    const auto askForHelp = [&](const std::string& windowName) {
+        programHelp.askFrom(windowName, [&] { form.Cmdhelp.click(); });
+    };
+    calls.help = [&] {
+        askForHelp("Devices");
+    };
     // Windows that the start does not show are created when they are first requested.
     std::unique_ptr<DevicesWindow> devices;
     const auto devicesWindow = [&]() -> DevicesWindow& {
@@ -119,8 +129,8 @@ int runProgram() {
     window.onImageDropped = [&](const std::string& image) {
         devicesWindow().chooseDrive(image);
     };
-    const HelpCall help = [&](const Form&) {
-        form.Cmdhelp.click();
+    const HelpCall help = [&](const Form& asked) {
+        askForHelp(asked.name());
     };
     const LazyWindow player(playerLayout(windows.Form4), help);
     const LazyWindow preferences(preferencesLayout(windows.FrmPrefs), help);
@@ -147,6 +157,8 @@ int main(int argc, char** argv) {
     const EarlyFonts fonts;
     QApplication qt(argc, argv);
     QApplication::setApplicationName("sonarith");
+    // Docks and the desktop's menu know the windows by it.
+    QApplication::setDesktopFileName("org.sonarith.sonarith");
     QApplication::setStyle(new ProgramStyle);
     return runProgram();
 }

@@ -11,6 +11,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "platform/device_node.h"
@@ -87,6 +88,11 @@ DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
     reportTimer_.setInterval(reportInterval);
     connect(&reportTimer_, &QTimer::timeout, this, [this] { showReport(); });
     connect(pickButton_, &QPushButton::clicked, this, [this] { pickImage(); });
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, [this] {
+        if (calls_.help) {
+            calls_.help();
+        }
+    });
     connect(output_, &QComboBox::activated, this,
             [this](int index) { devices_.setOutput(nameIn(output_->itemData(index))); });
     connect(source_, &QComboBox::activated, this,

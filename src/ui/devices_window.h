@@ -29,6 +29,8 @@ struct DevicesWindowCalls {
     /// Lets the user pick a disc image; returns an empty text if none was picked. Not set: the
     /// desktop's dialog.
     std::function<std::string(const std::string& current)> pickImage = {};
+    /// The help key. Not set: it does nothing.
+    std::function<void()> help = {};
 };
 
 class DevicesWindow : public QDialog {

@@ -28,7 +28,7 @@ void notifyEventLoop(int) {
     const int kept = errno;
     const char byte = 0;
     // A full pipe has already notified it.
-    static_cast<void>(::write(static_cast<int>(writeEnd), &byte, 1));
+    [[maybe_unused]] const ssize_t written = ::write(static_cast<int>(writeEnd), &byte, 1);
     errno = kept;
 }
 

@@ -25,11 +25,13 @@ void openInDesktopViewer(const std::string& machinePath) {
 
 } // namespace
 
-QtShell::QtShell(std::string title, ToMachinePath toMachinePath, Notices& notices,
-                 OpenFile openFile)
+QtShell::QtShell(std::string title, BuiltWith builtWith, ToMachinePath toMachinePath,
+                 Notices& notices, ShowPages showPages, OpenFile openFile)
     : title_(std::move(title)),
+      builtWith_(std::move(builtWith)),
       toMachinePath_(std::move(toMachinePath)),
       notices_(notices),
+      showPages_(std::move(showPages)),
       openFile_(openFile ? std::move(openFile) : OpenFile(openInDesktopViewer)) {}
 
 Twips QtShell::screenWidth() const {
@@ -45,6 +47,9 @@ void QtShell::showHelp(const std::string& path) {
     std::error_code ignored;
     if (std::filesystem::is_regular_file(machinePath, ignored)) {
         openFile_(machinePath);
+        return;
+    }
+    if (showPages_()) {
         return;
     }
     notices_.report(
@@ -70,7 +75,11 @@ void QtShell::showAboutBox() {
     box.setInformativeText(
         QStringLiteral("Turns the tracks of an audio CD and MP3 files into WAV files, plays CDs, "
                        "keeps a playlist, edits the tags of MP3 files, and finds audio files.\n\n"
-                       "Free software under the GNU General Public License, version 3 or later."));
+                       "Version %1\n"
+                       "Free software under the GNU General Public License, version 3 or later.\n\n"
+                       "Libraries: Qt %2, %3")
+            .arg(toQString(builtWith_.version), QString::fromLatin1(qVersion()),
+                 toQString(builtWith_.libraries)));
     // The size that message boxes use for their own pictures.
     const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
     box.setIconPixmap(QApplication::windowIcon().pixmap(QSize(side, side), box.devicePixelRatio()));

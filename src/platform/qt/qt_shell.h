@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop around the program: screen size, help viewer, about box.
+// The desktop around the program: screen size, help, about box.
 #pragma once
 
 #include <functional>
@@ -17,13 +17,22 @@ class QtShell : public Shell {
     using ToMachinePath = std::function<std::string(const std::string&)>;
     using OpenFile = std::function<void(const std::string& machinePath)>;
 
+    /// Shows the help that ships with the program; false if it is missing.
+    using ShowPages = std::function<bool()>;
+    /// For the about box, besides Qt itself.
+    struct BuiltWith {
+        std::string version;   ///< of this program
+        std::string libraries; ///< "name version, name version"
+    };
+
     /// `notices` must outlive the shell.
-    QtShell(std::string title, ToMachinePath toMachinePath, Notices& notices,
-            OpenFile openFile = {});
+    QtShell(std::string title, BuiltWith builtWith, ToMachinePath toMachinePath, Notices& notices,
+            ShowPages showPages, OpenFile openFile = {});
 
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
-    /// A missing file is reported as a notice. If no viewer is installed, the desktop reports it.
+    /// Opens a file that exists in the desktop's viewer (if none is installed, the desktop reports
+    /// that), else shows the program's own pages. If these are missing too, that is a notice.
     void showHelp(const std::string& path) override;
     /// Returns when the user has closed the box.
     void showAboutBox() override;
@@ -31,8 +40,10 @@ class QtShell : public Shell {
 
   private:
     std::string title_;
+    BuiltWith builtWith_;
     ToMachinePath toMachinePath_;
     Notices& notices_;
+    ShowPages showPages_;
     OpenFile openFile_;
 };
 

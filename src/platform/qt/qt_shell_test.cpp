@@ -22,6 +22,7 @@ namespace sonarith {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class QtShellTest : public testing::Test {
@@ -30,11 +31,18 @@ class QtShellTest : public testing::Test {
     QTemporaryDir folder;
     std::vector<std::string> opened;
     test::FakeNotices notices;
+    bool pagesAreThere = true;
+    int pagesShown = 0;
     QtShell shell{"Sonarith v2.0",
+                  {.version = "2.0.7", .libraries = "libone 1.5, libtwo 3"},
                   [this](const std::string& path) {
                       return folder.path().toStdString() + "/" + path.substr(3);
                   },
                   notices,
+                  [this] {
+                      pagesShown += pagesAreThere ? 1 : 0;
+                      return pagesAreThere;
+                  },
                   [this](const std::string& path) {
                       opened.push_back(path);
                   }};
@@ -51,9 +59,18 @@ TEST_F(QtShellTest, AHelpFileIsOpenedByItsPathOnThisMachine) {
     std::ofstream(machinePath) << "help";
     shell.showHelp("c:\\sonarith.chm");
     EXPECT_THAT(opened, ElementsAre(machinePath));
+    EXPECT_EQ(pagesShown, 0);
 }
 
-TEST_F(QtShellTest, AMissingHelpFileAndAFolderAreReportedAndNotOpened) {
+TEST_F(QtShellTest, WithoutAHelpFileTheProgramsOwnPagesAreShown) {
+    shell.showHelp("c:\\sonarith.chm");
+    EXPECT_EQ(pagesShown, 1);
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_THAT(notices.texts(), IsEmpty());
+}
+
+TEST_F(QtShellTest, WithoutAnyHelpAMissingFileAndAFolderAreReportedAndNotOpened) {
+    pagesAreThere = false;
     shell.showHelp("c:\\sonarith.chm");
     shell.showHelp("c:\\.");
     EXPECT_THAT(opened, IsEmpty());
@@ -77,14 +94,19 @@ TEST_F(QtShellTest, AControlHasTheHandleOfItsWindow) {
 
 TEST_F(QtShellTest, TheAboutBoxShowsTheTitleAndClosesByKeyboard) {
     QString title;
+    std::string text;
     QTimer::singleShot(0, &context, [&] {
         auto* box = qobject_cast<QMessageBox*>(runningDialog());
         ASSERT_NE(box, nullptr);
         title = box->windowTitle();
+        text = box->informativeText().toStdString();
         QTest::keyClick(box, Qt::Key_Escape);
     });
     shell.showAboutBox();
     EXPECT_EQ(title.toStdString(), "Sonarith v2.0");
+    EXPECT_THAT(text, HasSubstr("Version 2.0.7"));
+    EXPECT_THAT(text, HasSubstr("GNU General Public License, version 3 or later"));
+    EXPECT_THAT(text, HasSubstr(std::string("Qt ") + qVersion() + ", libone 1.5, libtwo 3"));
 }
 
 } // namespace

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window that shows the help pages: contents, back and forward, search through all pages. It
+// knows no other window; program_help.h decides which page is shown.
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <QWidget>
+
+namespace sonarith {
+
+class HelpWindow : public QWidget {
+  public:
+    /// `folder` holds the pages; see helpFolder().
+    explicit HelpWindow(QString folder);
+
+    /// Shows a page ("main.html") and the window. Without such a page it returns false and changes
+    /// nothing.
+    bool showPage(const QString& file);
+    /// The file of the page that is shown; empty before the first.
+    [[nodiscard]] QString page() const;
+    /// Selects the next match of the search field's text, in this page or those that follow; after
+    /// the last page comes the first. Shows "Not found" if there is none.
+    void findNext();
+
+  private:
+    void buildLayout();
+    void connectKeys();
+    [[nodiscard]] bool isThere(const QString& file) const;
+    [[nodiscard]] bool holds(const QString& file, const QString& text) const;
+    void setPage(const QString& file);
+    void followPage(const QString& shown);
+    QToolButton* makeButton(const char* name, const QString& text, Qt::ArrowType arrow);
+
+    QString folder_;
+    QListWidget* contents_;
+    QTextBrowser* text_;
+    QLineEdit* search_;
+    QLabel* outcome_;
+    QToolButton* back_;
+    QToolButton* forward_;
+};
+
+} // namespace sonarith
