@@ -109,8 +109,10 @@ class Desktop:
         wait_for("the window manager", manages)
 
     def _start_bus(self):
+        # In a folder of the programs' own, since not all of them need to see this machine's /tmp.
+        place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
-                          stdout=subprocess.PIPE, text=True)
+                          f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
         address = bus.stdout.readline().strip()
         check(address, "the message bus did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
@@ -118,9 +120,10 @@ class Desktop:
 
     def _open_accessibility(self):
         # The library reads the bus address from the environment, once per process.
-        for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
-            os.environ[key] = self.environment[key]
-        os.environ.pop("AT_SPI_BUS_ADDRESS", None)
+        for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "AT_SPI_BUS_ADDRESS"):
+            os.environ.pop(key, None)
+            if key in self.environment:
+                os.environ[key] = self.environment[key]
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
@@ -206,6 +209,12 @@ class Desktop:
                               capture_output=True, text=True)
         return done.stdout.split()
 
+    def move_to_point(self, x, y):
+        self.xdotool("mousemove", x, y)
+
+    def button(self, down, number=1):
+        self.xdotool("mousedown" if down else "mouseup", number)
+
     def click_at(self, x, y, times=1, button=1):
         place, when = self._last_click
         if place == (x, y):
@@ -230,7 +239,7 @@ class Desktop:
         acknowledged by the window below the pointer."""
         for step in range(1, steps + 1):
             x, y = (round(a + (b - a) * step / steps) for a, b in zip(start, end))
-            self.xdotool("mousemove", x, y)
+            self.move_to_point(x, y)
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS / 2)
 
     def press(self, *keys):
@@ -259,6 +268,14 @@ class Desktop:
                               env=self.environment, capture_output=True, text=True)
         number = done.stdout.partition("#")[2].strip()
         return str(int(number, 16)) if number else None
+
+    def place(self, window, x, y):
+        """Moves a window's upper left corner to a place on the screen."""
+        self.xdotool("windowmove", "--sync", window, x, y)
+
+    def activate(self, window):
+        """Gives a window the keyboard."""
+        self.xdotool("windowactivate", "--sync", window)
 
     def active_window(self):
         return next(iter(self.xdotool("getactivewindow")), None)

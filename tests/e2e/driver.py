@@ -22,13 +22,14 @@ def make_disc(folder, name="disc", **options):
     return pathlib.Path(made.stdout.strip())
 
 
-def run(*scenarios):
+def run(*scenarios, desktop=Desktop):
     """Runs each scenario(desktop, program path) on one screen, each in its own home folder. Exits
-    with 0 if all of them passed. A failed scenario leaves a screenshot."""
+    with 0 if all of them passed. A failed scenario leaves a screenshot. `desktop` is the class of
+    the screen."""
     program = pathlib.Path(sys.argv[1]).absolute()
     check(program.is_file(), f"the program {program} does not exist")
     failed = []
-    with Desktop() as desktop:
+    with desktop() as desktop:
         for scenario in scenarios:
             name = scenario.__name__
             print(f"{name} ...", flush=True)

@@ -18,22 +18,23 @@ class FilesWindow:
             self.process = desktop.launch(drag_source, str(path), log=log)
         self.window = wait_for("the other program's window",
                                lambda: next(iter(desktop.windows_of(self.process.pid)), None))
-        desktop.xdotool("windowmove", "--sync", self.window, *POSITION)
+        desktop.place(self.window, *POSITION)
 
     def output(self):
         return self._log.read_text().split()
 
     def activate(self):
-        self.desktop.xdotool("windowactivate", "--sync", self.window)
+        self.desktop.activate(self.window)
 
     def hold_over(self, position):
         """Begins a drag of the file and moves it to a position on the screen."""
-        self.desktop.xdotool("mousemove", *MIDDLE, "mousedown", 1)
+        self.desktop.move_to_point(*MIDDLE)
+        self.desktop.button(True)
         self.desktop.move_slowly(MIDDLE, position)
 
     def drop(self, expected):
         """Ends the drag; `expected` is its outcome, "dropped" or "refused"."""
-        self.desktop.xdotool("mouseup", 1)
+        self.desktop.button(False)
         wait_for("the end of the drag", lambda: set(self.output()) & {"dropped", "refused"})
         check_equal(self.output()[-1], expected, "the end of the drag")
 

@@ -139,7 +139,7 @@ class Program:
         """The position of an element on the screen (x, y, width, height); None for none."""
         def read():
             element = self.find(name, role)
-            return element and element.get_extents(self._atspi.CoordType.SCREEN)
+            return element and self.rectangle_of(element)
         return self._tolerant(read, None)
 
     def shows(self, element):
@@ -241,8 +241,12 @@ class Program:
 
     # User input.
 
+    def rectangle_of(self, element):
+        """The position of an accessible element on the screen: x, y, width, height."""
+        return element.get_extents(self._atspi.CoordType.SCREEN)
+
     def centre_of(self, element):
-        box = element.get_extents(self._atspi.CoordType.SCREEN)
+        box = self.rectangle_of(element)
         return box.x + box.width // 2, box.y + box.height // 2
 
     def _settled_centre(self, name, role=None, within=None):
@@ -324,8 +328,7 @@ class Program:
         before = len(self.rows())
         def extents():
             row = self.find(name, "table cell")
-            return row and self._tolerant(
-                lambda: row.get_extents(self._atspi.CoordType.SCREEN), None)
+            return row and self._tolerant(lambda: self.rectangle_of(row), None)
         box = wait_for(f"row {name!r}", extents)
         half_an_indent = 8  # pixels
         self.desktop.click_at(box.x - half_an_indent, box.y + box.height // 2)
