@@ -9,6 +9,7 @@ if(SONARITH_DEVICES)
   # Only their headers are needed: the libraries are loaded at the first call.
   pkg_check_modules(LATE REQUIRED libcdio libcdio_paranoia libcdio_cdda alsa sndfile libmpg123
                     samplerate)
+  include(${CMAKE_CURRENT_LIST_DIR}/SonarithSonames.cmake)
 endif()
 if(SONARITH_DESKTOP)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets DBus)

@@ -1,12 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The Debian 12 packages that Sonarith needs, and a function that installs them. Sourced by ./run
-# and ./test.
+# The Debian 12 packages that Sonarith needs, and a function that installs them. Sourced by ./run,
+# ./package and ./test.
 
 build_packages=(
   cmake ninja-build g++ pkg-config python3
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev libxcb1-dev
 )
+# To make the package, in addition: the icon's sizes, and the libraries that it depends on.
+package_packages=(librsvg2-bin dpkg-dev binutils)
 # For a machine without a display: a virtual display, and tools that simulate user input.
 demo_packages=(
   xvfb openbox xdotool imagemagick x11-utils dbus at-spi2-core python3-gi
@@ -14,8 +16,11 @@ demo_packages=(
 )
 test_packages=(
   libgtest-dev libgmock-dev ccache clang clang-format clang-tidy
-  libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123 trayer
+  libclang-rt-14-dev pulseaudio pulseaudio-utils lame mpg123 trayer sway grim qt6-wayland
 )
+
+# Tools that check the package.
+package_test_packages=(mmdebstrap lintian desktop-file-utils appstream man-db)
 
 # install_missing PACKAGE... : installs the missing packages with a message; silent if none is missing.
 install_missing() {

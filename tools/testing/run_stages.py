@@ -67,7 +67,7 @@ def parse(words):
     """The names given after each stage, by stage; without arguments, all stages without names."""
     by_name = {stage.name: stage for stage in STAGES}
     if not words:
-        return {stage: [] for stage in STAGES}
+        return {stage: [] for stage in STAGES if not stage.named_only}
     if words[0] not in by_name:
         raise UnknownName(f"unknown stage {words[0]!r}\n\n{usage()}")
     requested = {}

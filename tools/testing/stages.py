@@ -41,6 +41,8 @@ class Stage:
     # Compiles eight files of a module at once: most of the time is spent on headers that they
     # share.
     unity: bool = True
+    # Runs only when it is named: it takes long, and needs what not every machine has.
+    named_only: bool = False
 
     @property
     def folder(self):
@@ -129,4 +131,6 @@ STAGES = (
           preset="asan", targets=("sonarith", "drag_source", "embedding_panel", "stalling_files"),
           selection=("-L", "^e2e$"),
           jobs=PROCESSORS + 1),
+    Stage("package", "the Debian package: built twice, compared, checked, installed (only if named)",
+          preset="package-test", selection=("-R", r"^package\."), jobs=1, named_only=True),
 )

@@ -5,10 +5,11 @@
 #include <alsa/asoundlib.h>
 
 #include "platform/linux/late/late_library.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 
-inline constinit const LateLibrary alsaLibrary{"libasound.so.2"};
+inline constinit const LateLibrary alsaLibrary{soname::asound};
 
 SONARITH_LATE_FUNCTION(alsaLibrary, snd_device_name_free_hint);
 SONARITH_LATE_FUNCTION(alsaLibrary, snd_device_name_get_hint);

@@ -9,10 +9,11 @@
 #include <cdio/paranoia/paranoia.h>
 
 #include "platform/linux/late/late_library.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 
-inline constinit const LateLibrary cdioLibrary{"libcdio.so.19"};
+inline constinit const LateLibrary cdioLibrary{soname::cdio};
 
 SONARITH_LATE_FUNCTION(cdioLibrary, cdio_close_tray);
 SONARITH_LATE_FUNCTION(cdioLibrary, cdio_destroy);
@@ -30,14 +31,14 @@ SONARITH_LATE_FUNCTION(cdioLibrary, cdio_read_audio_sectors);
 SONARITH_LATE_VARIABLE(cdioLibrary, cdio_loglevel_default);
 SONARITH_LATE_VARIABLE(cdioLibrary, mmc_read_timeout_ms);
 
-inline constinit const LateLibrary cddaLibrary{"libcdio_cdda.so.2"};
+inline constinit const LateLibrary cddaLibrary{soname::cdda};
 
 SONARITH_LATE_FUNCTION(cddaLibrary, cdio_cddap_close_no_free_cdio);
 SONARITH_LATE_FUNCTION(cddaLibrary, cdio_cddap_free_messages);
 SONARITH_LATE_FUNCTION(cddaLibrary, cdio_cddap_identify_cdio);
 SONARITH_LATE_FUNCTION(cddaLibrary, cdio_cddap_open);
 
-inline constinit const LateLibrary paranoiaLibrary{"libcdio_paranoia.so.2"};
+inline constinit const LateLibrary paranoiaLibrary{soname::paranoia};
 
 SONARITH_LATE_FUNCTION(paranoiaLibrary, cdio_paranoia_cachemodel_size);
 SONARITH_LATE_FUNCTION(paranoiaLibrary, cdio_paranoia_free);

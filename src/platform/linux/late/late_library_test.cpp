@@ -11,6 +11,7 @@
 #include "platform/linux/late/device_libraries.h"
 #include "platform/linux/late/samplerate.h"
 #include "platform/linux/late/sndfile.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 namespace {
@@ -33,9 +34,9 @@ void endWith(bool good) {
 TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
     EXPECT_EXIT(
         {
-            const bool before = isLoaded("libsamplerate.so.0");
+            const bool before = isLoaded(soname::samplerate);
             const std::string words = src_strerror(0);
-            endWith(!before && isLoaded("libsamplerate.so.0") && words == "No error.");
+            endWith(!before && isLoaded(soname::samplerate) && words == "No error.");
         },
         ExitedWithCode(0), "");
 }
@@ -43,12 +44,11 @@ TEST(LateLibrary, IsLoadedByTheFirstCallAndNotBefore) {
 TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
     EXPECT_EXIT(
         {
-            const bool before = isLoaded("libsndfile.so.1") || isLoaded("libcdio.so.19");
+            const bool before = isLoaded(soname::sndfile) || isLoaded(soname::cdio);
             loadDeviceLibraries();
             bool all = true;
-            for (const char* name :
-                 {"libcdio.so.19", "libcdio_cdda.so.2", "libcdio_paranoia.so.2", "libasound.so.2",
-                  "libsndfile.so.1", "libmpg123.so.0", "libsamplerate.so.0"}) {
+            for (const char* name : {soname::cdio, soname::cdda, soname::paranoia, soname::asound,
+                                     soname::sndfile, soname::mpg123, soname::samplerate}) {
                 all = all && isLoaded(name);
             }
             endWith(!before && all);

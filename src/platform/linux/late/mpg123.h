@@ -5,10 +5,11 @@
 #include <mpg123.h>
 
 #include "platform/linux/late/late_library.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 
-inline constinit const LateLibrary mpg123Library{"libmpg123.so.0"};
+inline constinit const LateLibrary mpg123Library{soname::mpg123};
 
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_decode_frame);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_delete);

@@ -5,10 +5,11 @@
 #include <samplerate.h>
 
 #include "platform/linux/late/late_library.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 
-inline constinit const LateLibrary samplerateLibrary{"libsamplerate.so.0"};
+inline constinit const LateLibrary samplerateLibrary{soname::samplerate};
 
 SONARITH_LATE_FUNCTION(samplerateLibrary, src_delete);
 SONARITH_LATE_FUNCTION(samplerateLibrary, src_float_to_short_array);

@@ -5,10 +5,11 @@
 #include <sndfile.h>
 
 #include "platform/linux/late/late_library.h"
+#include "platform/linux/late/sonames.h"
 
 namespace sonarith {
 
-inline constinit const LateLibrary sndfileLibrary{"libsndfile.so.1"};
+inline constinit const LateLibrary sndfileLibrary{soname::sndfile};
 
 SONARITH_LATE_FUNCTION(sndfileLibrary, sf_close);
 SONARITH_LATE_FUNCTION(sndfileLibrary, sf_command);

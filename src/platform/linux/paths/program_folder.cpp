@@ -7,6 +7,15 @@
 #include <unistd.h>
 
 namespace sonarith {
+namespace {
+
+/// Whether the help pages are where the package puts them.
+bool isInstalled(const std::string& executableFolder) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(executableFolder + "/../share/sonarith", ignored);
+}
+
+} // namespace
 
 std::string executableFolder() {
     std::error_code unknown;
@@ -15,7 +24,8 @@ std::string executableFolder() {
 
 std::string programFolder(const std::string& executableFolder,
                           const std::function<std::string()>& musicFolder) {
-    if (!executableFolder.empty() && ::access(executableFolder.c_str(), W_OK | X_OK) == 0) {
+    if (!executableFolder.empty() && !isInstalled(executableFolder) &&
+        ::access(executableFolder.c_str(), W_OK | X_OK) == 0) {
         return executableFolder;
     }
     const std::string folder = musicFolder() + "/Sonarith";

@@ -45,6 +45,14 @@ TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgram) {
     EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
+TEST(ProgramFolder, IsInTheUsersMusicEvenIfAnAdministratorRunsAnInstalledProgram) {
+    const fakes::TempFolder folder;
+    fs::create_directories(folder / "share/sonarith");
+    fs::create_directory(folder / "bin"); // writable for this test
+    const std::string music = (folder / "music").string();
+    EXPECT_EQ(programFolder((folder / "bin").string(), [&] { return music; }), music + "/Sonarith");
+}
+
 TEST(ProgramFolder, IsTheExecutablesFolderIfNoOtherCanBeCreated) {
     EXPECT_EQ(programFolder("/proc", [] { return "/proc/no"; }), "/proc");
 }

@@ -1,0 +1,86 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What an installed program consists of, where each file goes, and the Debian package of it. ./package
+# builds that; what it needs of the machine is in tools/packages.sh.
+
+include(GNUInstallDirs)
+
+# The pictures of the usual sizes, made of the drawings: a build without the drawing tool has none.
+find_program(SONARITH_DRAW rsvg-convert)
+set(iconTheme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+set(made)
+if(SONARITH_DRAW)
+  foreach(side IN ITEMS 16 22 24 32 48 64 128 256)
+    set(drawing ${PROJECT_SOURCE_DIR}/share/icons/sonarith.svg)
+    if(side LESS 20)
+      set(drawing ${PROJECT_SOURCE_DIR}/share/icons/sonarith-small.svg)
+    endif()
+    set(picture ${PROJECT_BINARY_DIR}/share/icons/${side}/sonarith.png)
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/share/icons/${side})
+    add_custom_command(OUTPUT ${picture} DEPENDS ${drawing} VERBATIM
+                       COMMAND ${SONARITH_DRAW} -w ${side} -h ${side} ${drawing} -o ${picture})
+    list(APPEND made ${picture})
+    install(FILES ${picture} DESTINATION ${iconTheme}/${side}x${side}/apps)
+  endforeach()
+endif()
+install(FILES share/icons/sonarith.svg DESTINATION ${iconTheme}/scalable/apps)
+
+# Compressed without time and name, so that the same text is the same file.
+function(sonarith_install_compressed source name destination)
+  set(compressed ${PROJECT_BINARY_DIR}/share/${name}.gz)
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/share)
+  add_custom_command(OUTPUT ${compressed} DEPENDS ${PROJECT_SOURCE_DIR}/${source}
+                     COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/${source} > ${compressed})
+  set(made ${made} ${compressed} PARENT_SCOPE)
+  install(FILES ${compressed} DESTINATION ${destination})
+endfunction()
+sonarith_install_compressed(share/sonarith.1 sonarith.1 ${CMAKE_INSTALL_MANDIR}/man1)
+sonarith_install_compressed(share/debian/changelog changelog ${CMAKE_INSTALL_DOCDIR})
+add_custom_target(share ALL DEPENDS ${made})
+
+install(TARGETS sonarith)
+install(FILES share/org.sonarith.sonarith.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES share/org.sonarith.sonarith.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(DIRECTORY share/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/sonarith/help
+        FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png)
+install(FILES share/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The libraries that are loaded late are not in the program's own list: the packages that own them on
+# this machine are looked up.
+set(latePackages)
+foreach(soname IN LISTS SONARITH_SONAMES)
+  execute_process(COMMAND dpkg-query --search */${soname} OUTPUT_VARIABLE found RESULT_VARIABLE failed
+                  ERROR_QUIET)
+  string(REGEX MATCH "^[^:,]+" package "${found}")
+  if(failed OR NOT package)
+    # An error of the package's build, and no reason not to build the program.
+    set(package unknown-package-of-${soname})
+  endif()
+  list(APPEND latePackages ${package})
+endforeach()
+list(REMOVE_DUPLICATES latePackages)
+list(SORT latePackages)
+list(JOIN latePackages ", " latePackages)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME sonarith)
+set(CPACK_PACKAGE_VENDOR "Sonarith maintainers")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/package)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ
+                                                GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Sonarith maintainers <maintainers@sonarith.invalid>")
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "${latePackages}")
+# Sound servers; and the desktop's own protocol, where that is Wayland.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libasound2-plugins, qt6-wayland")
+set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "audio CD extractor and MP3 decoder with a work tree
+Sonarith turns the tracks of an audio CD into WAV files by playing the disc
+into a recorder, so that what is heard is what is kept, bit for bit. It
+reads optical drives and disc images, decodes MP3 files on all cores,
+plays audio CDs, keeps a playlist, edits tags, and finds audio files.")
+include(CPack)

@@ -1,0 +1,23 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The names of the libraries that are loaded at their first call, read from the libraries that are
+# installed where the program is built: it is compiled against their headers, and the package depends
+# on the packages that own them. SONARITH_SONAMES lists them.
+
+find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
+set(SONARITH_SONAMES)
+set(SONARITH_SONAME_LINES)
+foreach(library IN ITEMS cdio cdio_cdda cdio_paranoia asound sndfile mpg123 samplerate)
+  find_library(SONARITH_LATE_${library} ${library} HINTS ${LATE_LIBRARY_DIRS} REQUIRED)
+  execute_process(COMMAND ${SONARITH_READELF} -d ${SONARITH_LATE_${library}}
+                  OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT dynamic MATCHES "SONAME[^[]*\\[([^]]+)\\]")
+    message(FATAL_ERROR "${SONARITH_LATE_${library}} has no SONAME")
+  endif()
+  set(soname ${CMAKE_MATCH_1})
+  list(APPEND SONARITH_SONAMES ${soname})
+  string(REGEX REPLACE "^cdio_" "" name ${library})
+  string(APPEND SONARITH_SONAME_LINES
+         "inline constexpr const char* ${name} = \"${soname}\";\n")
+endforeach()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/sonames.h.in
+               ${PROJECT_BINARY_DIR}/generated/platform/linux/late/sonames.h @ONLY)

@@ -1,0 +1,191 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""check_package.py CHECK: checks the Debian package in build/package. `reproducible` builds it
+there, and once more elsewhere. Runs in the project's folder. Exits with 77, and states the reason,
+if a check is not possible on this machine."""
+
+import filecmp
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+PACKAGES = pathlib.Path("build/package")
+AGAIN = pathlib.Path("build/package-again")
+SKIPPED = 77
+
+
+class Fault(Exception):
+    """What is wrong with the package."""
+
+
+def run(*command, **options):
+    """The output of a command; a fault with all that it printed if it fails."""
+    done = subprocess.run(command, check=False, text=True, errors="replace", stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+    if done.returncode != 0:
+        raise Fault(f"{' '.join(map(str, command))} ended with {done.returncode}:\n{done.stdout}")
+    return done.stdout
+
+
+def package():
+    found = list(PACKAGES.glob("sonarith_*.deb"))
+    if len(found) != 1:
+        raise Fault(f"not one package in {PACKAGES}: {found}")
+    return found[0]
+
+
+def unpacked(folder):
+    run("dpkg-deb", "-x", package(), folder)
+    return pathlib.Path(folder)
+
+
+def reproducible():
+    run("./package")
+    shutil.rmtree("build/again", ignore_errors=True)
+    # Compiled again, in a folder of another name and at another time.
+    run("tools/make_package.sh", "build/again", AGAIN)
+    first, second = (sorted(path.name for path in folder.glob("*.*deb"))
+                     for folder in (PACKAGES, AGAIN))
+    if first != second or len(first) != 2:
+        raise Fault(f"not the same two packages: {first} and {second}")
+    for name in first:
+        if not filecmp.cmp(PACKAGES / name, AGAIN / name, shallow=False):
+            raise Fault(f"{name} has other bytes when it is built again")
+
+
+def lintian():
+    # As root it would have to be told that this is meant.
+    as_root = ["--allow-root"] if os.geteuid() == 0 else []
+    found = run("lintian", *as_root, "--pedantic", "--display-info", "--fail-on", "error,warning",
+                package())
+    print(found)
+
+
+def desktop_file():
+    with tempfile.TemporaryDirectory() as folder:
+        root = unpacked(folder)
+        entry = root / "usr/share/applications/org.sonarith.sonarith.desktop"
+        found = run("desktop-file-validate", entry)
+        if found:
+            raise Fault(found)
+        icon = re.search("^Icon=(.*)$", entry.read_text(encoding="utf-8"), re.M).group(1)
+        theme = root / "usr/share/icons/hicolor"
+        for side in (16, 22, 24, 32, 48, 64, 128, 256):
+            picture = theme / f"{side}x{side}/apps/{icon}.png"
+            head = picture.read_bytes()[:24]
+            size = int.from_bytes(head[16:20], "big"), int.from_bytes(head[20:24], "big")
+            if size != (side, side):
+                raise Fault(f"{picture} is {size}")
+        if not (theme / f"scalable/apps/{icon}.svg").exists():
+            raise Fault("there is no drawing of the icon")
+        main = pathlib.Path("src/main.cpp").read_text(encoding="utf-8")
+        if f'setDesktopFileName("{entry.stem}")' not in main:
+            raise Fault("the windows carry another name than the desktop file's")
+
+
+def metadata():
+    with tempfile.TemporaryDirectory() as folder:
+        file = unpacked(folder) / "usr/share/metainfo/org.sonarith.sonarith.metainfo.xml"
+        print(run("appstreamcli", "validate", "--pedantic", "--no-net", file))
+
+
+def manual():
+    with tempfile.TemporaryDirectory() as folder:
+        page = unpacked(folder) / "usr/share/man/man1/sonarith.1.gz"
+        text = run("man", "--warnings", "-E", "UTF-8", "-l", page,
+                   env={**os.environ, "MANWIDTH": "80", "MANPAGER": "cat", "LC_ALL": "C.UTF-8"})
+        if "warning" in text or "SYNOPSIS" not in text:
+            raise Fault(text)
+
+
+def hardening():
+    with tempfile.TemporaryDirectory() as folder:
+        program = unpacked(folder) / "usr/bin/sonarith"
+        headers = run("readelf", "--wide", "-hld", program)
+        symbols = run("readelf", "--wide", "--dyn-syms", program)
+        for text, pattern, what in (
+                (headers, r"Type:\s+DYN \(Position-Independent Executable", "no PIE"),
+                (headers, "GNU_RELRO", "no RELRO"),
+                (headers, r"FLAGS_1.*NOW", "symbols are bound late, so RELRO is not full"),
+                (headers, r"GNU_STACK.* RW ", "the stack can be executed"),
+                (symbols, "__stack_chk_fail", "no stack protector"),
+                (symbols, r"_chk@", "nothing is fortified")):
+            if not re.search(pattern, text):
+                raise Fault(what)
+        if str(pathlib.Path.cwd()).encode() in program.read_bytes():
+            raise Fault("the program tells where it was built")
+        if ".debug_info" in run("readelf", "--wide", "-S", program):
+            raise Fault("the debug symbols are not in a package of their own")
+
+
+def dependencies():
+    """Each library that the program names, linked or loaded late, is in a package that is asked for."""
+    asked = run("dpkg-deb", "-f", package(), "Depends")
+    names = {re.split(r"[ :(]", one.strip())[0] for one in asked.split(",")}
+    with tempfile.TemporaryDirectory() as folder:
+        program = (unpacked(folder) / "usr/bin/sonarith").read_bytes()
+    sonames = {name.decode() for name in re.findall(rb"\0(lib[\w+-]+\.so\.\d+)(?=\0)", program)}
+    late = [name for name in sonames
+            if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so", name)]
+    if len(late) != 7:
+        raise Fault(f"not seven libraries that are loaded late: {sorted(late)}")
+    for soname in sonames:
+        owners = {line.split(":")[0]
+                  for line in run("dpkg-query", "--search", f"*/{soname}").splitlines()}
+        if not owners & names:
+            raise Fault(f"{soname} is in {owners}, of which none is among {sorted(names)}")
+
+
+def clean_root():
+    """Installs the package into a new Debian 12 with what it depends on alone, uses the program,
+    removes it, and looks for what it left behind."""
+    from clean_root import CleanRoot, NotPossible  # only here are a screen and its tools needed
+    try:
+        with CleanRoot() as root:
+            use_and_remove(root)
+    except NotPossible as reason:
+        print(f"Skipped: {reason}")
+        return SKIPPED
+    return 0
+
+
+def use_and_remove(root):
+    shutil.copy(package(), root.path / "tmp/sonarith.deb")
+    root.run("apt-get", "update", "-qq")
+    # Its dependencies first, so that what they add is no part of the comparison.
+    depends = run("dpkg-deb", "-f", package(), "Depends")
+    root.install(*(re.split(r"[ (]", one.strip())[0] for one in depends.split(",")))
+    before = root.files()
+    root.install("/tmp/sonarith.deb")
+    installed = root.files()
+    for name in ("usr/bin/sonarith", "usr/share/applications/org.sonarith.sonarith.desktop"):
+        if name not in installed:
+            raise Fault(f"{name} was not installed")
+    home = root.use_program()
+    used = root.files()
+    if used.keys() != installed.keys():
+        raise Fault(f"the program wrote outside of the home: {sorted(used.keys() ^ installed.keys())}")
+    kept = {path: path.read_bytes() for path in home.rglob("*") if path.is_file()}
+    root.run("apt-get", "purge", "-y", "-qq", "sonarith")
+    after = root.files()
+    if after != before:
+        changed = sorted(path for path in before.keys() | after.keys()
+                         if before.get(path) != after.get(path))
+        raise Fault(f"not as before after the removal: {changed}")
+    if any(not path.exists() or path.read_bytes() != content for path, content in kept.items()):
+        raise Fault("the removal changed files of the user")
+
+
+CHECKS = {check.__name__: check for check in (reproducible, lintian, desktop_file, metadata, manual,
+                                              hardening, dependencies, clean_root)}
+
+if __name__ == "__main__":
+    try:
+        sys.exit(CHECKS[sys.argv[1]]() or 0)
+    except Fault as fault:
+        print(fault)
+        sys.exit(1)

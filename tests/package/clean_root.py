@@ -1,0 +1,148 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A new Debian 12 in a folder, into which a package is installed with its dependencies alone; and
+the installed program in it, seen and used on a virtual screen of this machine."""
+
+import contextlib
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+# Found by the line above.
+from desktop import Desktop  # noqa: E402
+from driver import make_disc  # noqa: E402
+from program import Program  # noqa: E402
+from scenes import close, start_row, wavs_by_track  # noqa: E402
+from sound import check_track, disc_samples  # noqa: E402
+from waiting import check_equal, wait_for  # noqa: E402
+
+SECONDS = 3  # of each track
+# Written by users or by the package manager itself, or not kept on disks.
+NOT_COMPARED = ("dev", "home", "proc", "run", "sys", "tmp", "var/cache", "var/lib/apt", "var/lib/dpkg", "var/log")
+
+
+class NotPossible(Exception):
+    """This machine, or its user, cannot make such a system; says why."""
+
+
+class CleanRoot:
+    """Use as a context; the system is deleted at its end."""
+
+    def __init__(self):
+        # Open to all, as the parent folders of every system's files are.
+        self._folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-package-"))
+        self._folder.chmod(0o755)
+        self.path = self._folder / "root"
+        self._cleanup = contextlib.ExitStack()
+        self._cleanup.callback(shutil.rmtree, self._folder, ignore_errors=True)
+
+    def __enter__(self):
+        try:
+            self._make()
+        except BaseException:
+            self._cleanup.close()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self._cleanup.close()
+
+    def _make(self):
+        if os.geteuid() != 0:
+            raise NotPossible("only root can make a system to install into")
+        tool = shutil.which("mmdebstrap")
+        if not tool:
+            raise NotPossible("mmdebstrap is not installed")
+        self._attempt(tool, "--variant=minbase", "bookworm", self.path)
+        # A mount, so that the program finds the disk of its root among the mounts.
+        self._mount("--bind", self.path, self.path)
+        (self.path / "proc").mkdir(exist_ok=True)
+        self._mount("-t", "proc", "proc", self.path / "proc")
+        # A path of this machine that leads into the system leads to the same file within it.
+        inner = self.path / self._folder.relative_to("/")
+        inner.mkdir(parents=True, exist_ok=True)
+        (inner / "root").symlink_to("/")
+
+    def _mount(self, *what):
+        self._attempt("mount", *what)
+        self._cleanup.callback(subprocess.run, ["umount", what[-1]], check=True)
+
+    @staticmethod
+    def _attempt(*command):
+        done = subprocess.run(command, check=False, stdin=subprocess.DEVNULL, capture_output=True,
+                              text=True, errors="replace")
+        if done.returncode != 0:
+            raise NotPossible(f"{command[0]} failed:\n{done.stderr[-2000:]}")
+
+    def run(self, *command):
+        """The output of a command in the system."""
+        plain = ("chroot", self.path, "env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "HOME=/root",
+                 "DEBIAN_FRONTEND=noninteractive", "LC_ALL=C.UTF-8")
+        done = subprocess.run([*plain, *command], check=False, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                              errors="replace")
+        if done.returncode != 0:
+            raise RuntimeError(f"{' '.join(map(str, command))} failed:\n{done.stdout}")
+        return done.stdout
+
+    def install(self, *packages):
+        self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
+
+    def files(self):
+        """All of its files, but for those that change without the package."""
+        found = {}
+        for folder, folders, files in os.walk(self.path):
+            below = os.path.relpath(folder, self.path)
+            folders[:] = [name for name in folders
+                          if os.path.normpath(f"{below}/{name}") not in NOT_COMPARED]
+            for name in [*files, *(each for each in folders if not os.listdir(f"{folder}/{each}"))]:
+                path = os.path.join(folder, name)
+                status = os.lstat(path)
+                found[os.path.normpath(f"{below}/{name}")] = (status.st_mode, status.st_size)
+        return found
+
+    def use_program(self):
+        """Starts the installed program as a new user does, extracts a track into the folder that
+        the program chooses, and opens help by the keyboard. Returns the user's home."""
+        launcher = self._folder / "sonarith"
+        launcher.write_text(f'#!/bin/sh\nexec chroot "{self.path}" /usr/bin/sonarith "$@"\n')
+        launcher.chmod(0o755)
+        before = tempfile.tempdir
+        tempfile.tempdir = str(self.path / "home")
+        try:
+            screen = Desktop()
+        finally:
+            tempfile.tempdir = before
+        home = self.path / "home/jane"
+        with screen as desktop:
+            desktop.move_to(home)
+            sheet = make_disc(home / "discs", tracks=2, seconds=SECONDS, signal="ramp")
+            desktop.store.parent.mkdir(parents=True)
+            desktop.store.write_text(f'[Devices]\nDrive="{sheet}"\nOutput=none\n', encoding="utf-8")
+            try:
+                self._extract_and_read(desktop, launcher, home, sheet)
+            except Exception as failure:
+                raise RuntimeError(f"{failure}\n{desktop.program_output()}") from failure
+        return home
+
+    @staticmethod
+    def _extract_and_read(desktop, launcher, home, sheet):
+        started = Program(desktop, launcher)
+        started.wait_for_window()
+        started.open_row("Available Tracks")
+        start_row(started, f"Track  1 - 00:00:0{SECONDS}")
+        wavs = home / "Music/Sonarith/WAVFiles"
+        wait_for("the WAV file", lambda: wavs.exists() and any(wavs.iterdir()))
+        wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
+        found = wavs_by_track(wavs)
+        check_equal(list(found), [1], "the tracks that were extracted")
+        check_track(found[1], disc_samples(sheet), 1, SECONDS)
+        started.activate(started.title)
+        desktop.press("F1")
+        wait_for("the help page", lambda: started.window("Sonarith Help") and
+                 (started.text("Help text", role=None) or "").startswith("The main window"))
+        desktop.press("Escape")
+        close(started)

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in one folder and leaves the packages in the
+# other, which is emptied of packages first. Paths are below the project's folder.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=$1 packages=$PWD/$2
+
+# All times in the package are the commit's; without a repository, those of the changelog.
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null ||
+  dpkg-parsechangelog -l share/debian/changelog -S Timestamp)
+export SOURCE_DATE_EPOCH
+umask 022
+# The compiler's cache rewrites paths, which are part of the debug symbols.
+export CCACHE_DISABLE=1
+
+echo "Building the package ..."
+# Independent of how the folder was configured before: the same bytes need the same order of sources.
+cmake --preset release -B "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 \
+  -DCMAKE_CXX_COMPILER_LAUNCHER= >/dev/null
+cmake --build "$build" --parallel "$(nproc)"
+mkdir -p "$packages"
+rm -f "$packages"/*.deb "$packages"/*.ddeb
+if grep -q 'unknown-package-of' "$build/CPackConfig.cmake"; then
+  echo "No package of this machine has a library that is loaded late:" >&2
+  grep -o 'unknown-package-of-[^", ]*' "$build/CPackConfig.cmake" | sort -u >&2
+  exit 1
+fi
+(cd "$build" && cpack -B "$packages" >"$packages/cpack.log" 2>&1) || { cat "$packages/cpack.log"; exit 1; }
+rm -rf "$packages/_CPack_Packages" "$packages/cpack.log"
+ls "$packages"/*.deb "$packages"/*.ddeb
