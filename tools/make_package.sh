@@ -28,4 +28,13 @@ if grep -q 'unknown-package-of' "$build/CPackConfig.cmake"; then
 fi
 (cd "$build" && cpack -B "$packages" >"$packages/cpack.log" 2>&1) || { cat "$packages/cpack.log"; exit 1; }
 rm -rf "$packages/_CPack_Packages" "$packages/cpack.log"
+# CPack writes paths of this machine into the sums of the debug symbols.
+for symbols in "$packages"/*.ddeb; do
+  unpacked=$(mktemp -d)
+  dpkg-deb --raw-extract "$symbols" "$unpacked"
+  chmod 755 "$unpacked"
+  sed -i 's|  .*/usr/lib/debug/|  usr/lib/debug/|' "$unpacked/DEBIAN/md5sums"
+  dpkg-deb --root-owner-group --build "$unpacked" "$symbols" >/dev/null
+  rm -rf "$unpacked"
+done
 ls "$packages"/*.deb "$packages"/*.ddeb
