@@ -111,7 +111,7 @@ void playWithMpg123(const fs::path& mp3, const char* output, const std::string& 
 
 /// Whether the last half second that the server received contains sound.
 bool isHeard(const fakes::PulseServer& server) {
-    const std::vector<sound::StereoFrame> heard = server.heard();
+    const std::vector<sound::StereoFrame> heard = server.played();
     const auto last = heard.size() > 22'050 ? heard.end() - 22'050 : heard.begin();
     return std::any_of(last, heard.end(),
                        [](sound::StereoFrame frame) { return frame != sound::StereoFrame{}; });
