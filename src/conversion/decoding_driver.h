@@ -20,11 +20,12 @@ class DecodingDriver {
     DecodingDriver(const DecodingDriver&) = delete;
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
-    /// Yields, and returns when all files are done or a stop was requested, with stopRequested set.
-    /// If a file no longer exists, it waits until the program ends.
+    /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
+    /// set in both cases. If a file no longer exists, it waits until the program ends.
     void CmdDecoder_Click();
 
-    /// Loads a worker for currentFile if the file `path` exists; otherwise does nothing.
+    /// If the file `path` exists, loads Form6, whose worker converts currentFile; otherwise does
+    /// nothing.
     void StartDecoding(const std::string& path);
 
   private:

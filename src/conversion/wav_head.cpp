@@ -80,7 +80,8 @@ std::string twoDigits(double number) {
     return (number < 0 ? "-" : "") + digits;
 }
 
-/// If the last half second is rounded up, the minutes are one too high and the seconds negative.
+/// The minutes are computed from the rounded seconds: in the last half second of a minute they are
+/// one too high, and the seconds are negative (59.7 s: "01:-00").
 std::string durationText(double seconds) {
     const std::int32_t minutes = roundedToInteger32(seconds).valueOr(0) / 60;
     return twoDigits(minutes) + ":" + twoDigits(seconds - minutes * 60.0);
