@@ -18,10 +18,10 @@ namespace sonarith::disc {
 
 class ImageDisc final : public Disc {
   public:
-    /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc" in any case
-    /// determines the kind of sheet; with any other extension the text does. Errors, with file,
-    /// line and cause in the message: fileNotFound and permissionDenied for the sheet or a file
-    /// that it names, other numbers for all other causes.
+    /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc", in upper or
+    /// lower case, determines the kind of sheet; with any other extension the text of the sheet
+    /// does. Errors, with file, line and cause in the message: fileNotFound and permissionDenied
+    /// for the sheet or a file that it names, other numbers for all other causes.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }

@@ -23,8 +23,9 @@ class PatientDrive final : public Drive {
         std::chrono::milliseconds other; ///< for the tray
     };
 
-    /// How long the calls made each second wait for a result. Their sum, with the time in which a
-    /// player is destroyed, stays within Waiting::plainMoment.
+    /// The longest waits for the two calls that are made each second: mediaPresent() and
+    /// loadSoon(). Their sum and the time limit of DiscPlayer's destructor (5 ms) together are at
+    /// most Waiting::plainMoment.
     static constexpr std::chrono::milliseconds mediumMoment{35};
     static constexpr std::chrono::milliseconds tableMoment{10};
 
