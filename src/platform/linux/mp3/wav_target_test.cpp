@@ -74,8 +74,8 @@ TEST_F(WavTargetTest, IsTruncatedAtItsGivenEnd) {
     EXPECT_EQ(fs::file_size(path), 48U);
 }
 
-TEST_F(WavTargetTest, UsesTheLargeFormBeyondTheLimitOfThePlainOne) {
-    Samples samples(400'000); // more than one block of the move
+TEST_F(WavTargetTest, BecomesRf64AboveTheSizeLimitOfAPlainWav) {
+    Samples samples(400'000); // more than moveUp() copies at once
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<std::int16_t>(i * 7);
     }
