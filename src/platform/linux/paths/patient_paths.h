@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls the machine's files for the thread of the logic, which a disk or server that does not
-// respond must not block: each call runs on another thread, and the wait for it is limited. A call
-// that times out is left behind: its caller stops waiting, and its MachineFiles object is not used
-// again. No further call is made to a mount until its earlier call has returned, and none to a path
-// whose call hangs for another reason (a folder with a link to such a mount). The calls themselves
-// are in patient_file_system.h and patient_directories.h.
+// Calls the machine's files for the thread of the logic. A disk or server that does not respond
+// must not block this thread: each call runs on another thread, and the wait for it is limited. A
+// call that times out is left behind: its caller stops waiting, and its MachineFiles object is not
+// used again. Until the call has returned, no other call is made to the mount that does not
+// respond, and none with a path of the call. The path matters if the search finds no such mount,
+// for example if a folder contains a link to the mount. The calls themselves are in
+// patient_file_system.h and patient_directories.h.
 #pragma once
 
 #include <functional>
@@ -22,9 +23,9 @@
 
 namespace sonarith {
 
-/// How PatientPaths creates the machine's files; tests replace it.
+/// How PatientPaths accesses the machine; tests replace it.
 struct PathAccess {
-    /// Creates the files with fresh state; called on any thread.
+    /// Creates a new MachineFiles object; called on any thread.
     std::function<std::shared_ptr<MachineFiles>()> make;
     /// Writes a call's changes to the settings store. Called on the thread of the logic after each
     /// call that returned in time.
@@ -38,9 +39,9 @@ class PatientPaths {
     /// A sleeping disk takes up to ten seconds to spin up. The windows are repainted meanwhile, and
     /// closing one ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
-    /// The bound for the search of the mount that does not respond, after a timeout. It can be
-    /// short: the search hangs at once, unless the mount has recovered. Never longer than the bound
-    /// of the call.
+    /// The bound for the search that follows a timeout and finds the mount that does not respond.
+    /// It can be short: the search hangs as soon as it accesses that mount, unless the mount has
+    /// recovered. If the bound of the call is shorter, it is used instead.
     static constexpr Waiting::Duration searchBound{1000};
     /// The most calls that are left behind at the same time. For each mount that does not respond,
     /// two calls hang: the timed-out one and the search.

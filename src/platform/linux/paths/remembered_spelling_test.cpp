@@ -47,8 +47,8 @@ class RememberedSpellingTest : public testing::Test {
     }
     void allowAll(const std::string& name) { fs::permissions(home_ + "/" + name, fs::perms::all); }
 
-    /// Creates and enters the folders one by one, with the case in the store, as the program does
-    /// with its destination at each start.
+    /// Creates and enters the folders one by one, as the program does with its destination at each
+    /// start. `names` are the names as the settings store has them, with their capitals.
     bool makeDestination(const std::vector<std::string>& names, const std::string& drive = "H:") {
         bool made = files_.changeDrive(drive).ok() && files_.changeFolder("\\").ok();
         for (const std::string& name : names) {
@@ -107,7 +107,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
                   return meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/my music/cds/1.wav";
               }),
               0)
-        << "the lower-case path would be found anyway: this test proves nothing";
+        << "the folder is found without a remembered spelling: the next check proves nothing";
     EXPECT_EQ(withoutPrivileges([&] {
                   return makeDestination({"Shared", "My Music", "CDs"}) &&
                          meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/My Music/CDs/1.wav";
@@ -152,7 +152,7 @@ TEST_F(RememberedSpellingTest, AFilePickedThereIsFoundByItsLowerCasePath) {
 
 // --- names that differ only in case -----------------------------------------------------------
 
-TEST_F(RememberedSpellingTest, ALoweredPathMeansTheDestinationOfTheStore) {
+TEST_F(RememberedSpellingTest, ALowerCasePathMeansTheChosenDestination) {
     makeFolder("My Music");
     makeFolder("my music");
     makeFolder("MY MUSIC");
@@ -201,7 +201,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     EXPECT_EQ(meant("h:\\my music"), "my music");
     write("my music/Song.mp3");
     EXPECT_EQ(paths_.toLogic(home_ + "/my music/Song.mp3"), "H:\\my music\\Song.mp3");
-    makeFolder("My Music"); // no effect: the folder of the picked file was chosen meanwhile
+    makeFolder("My Music"); // no effect: the picked file has made "my music" the chosen spelling
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
@@ -216,7 +216,7 @@ TEST_F(RememberedSpellingTest, EquallyNamedFoldersBelowBothSpellingsAreDistingui
     EXPECT_EQ(meant("H:\\My Music\\cds\\1.wav"), "My Music/CDs/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, ALoweredNameMeansTheChosenOneForAnySpellingOfItsFolder) {
+TEST_F(RememberedSpellingTest, ALowerCaseNameMeansTheChosenFolderWhateverTheCaseOfItsParent) {
     makeFolder("My Music/CD");
     makeFolder("My Music/cd");
     ASSERT_TRUE(makeDestination({"My Music", "CD"}));

@@ -20,7 +20,8 @@ class SpellingMemory {
     /// whole disk may visit more folders; then the least recently used ones are forgotten first.
     static constexpr std::size_t usualBytes = std::size_t{1} << 20;
 
-    /// `mostBytes` limits the total length of the paths, of which each is stored in two forms.
+    /// `mostBytes` limits the total length of the stored strings: each path is stored as it is
+    /// spelled and in lower case.
     explicit SpellingMemory(std::size_t mostBytes = usualBytes) : mostBytes_(mostBytes) {}
 
     /// Replaces another spelling of the same path.

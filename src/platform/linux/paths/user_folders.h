@@ -25,9 +25,10 @@ namespace sonarith {
                                                        const std::string& home);
 
 /// The user's folder for music: the one in user-dirs.dirs in $XDG_CONFIG_HOME (if that is an
-/// absolute path) or in ~/.config, else "Music" in the home. A folder with a dot in its path below
-/// the home, or anywhere in its path if it is elsewhere, is skipped: the search for audio files
-/// takes a file's extension from the first dot of the whole path, and would never find one there.
+/// absolute path) or in ~/.config, else "Music" in the home. A folder is skipped if its path below
+/// the home contains a dot, or, for a folder outside the home, if its whole path does: the search
+/// for audio files takes the text after the first dot of a path as the extension, so it would find
+/// no file in such a folder.
 [[nodiscard]] std::string musicFolder();
 
 } // namespace sonarith
