@@ -167,11 +167,11 @@ TEST_F(FileRenameTest, ARenameThatFailsChangesNothing) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(FileRenameTest, ACancelledRenameKeepsTheNameWithoutItsFolderInTheDialog) {
+TEST_F(FileRenameTest, TheDialogKeepsTheBaseNameAfterACancelledRename) {
     addMp3(pathA, "Title A");
     open({});
     rename(pathA, std::nullopt);
-    // The cancelled file dialog still has a name, so the edited file is read.
+    // The user cancels this dialog, too. Its FileName is not empty, so the edited file is read.
     editor.cmdHdr1.click();
     EXPECT_EQ(dialog.opened.at(0).fileName, "a");
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
@@ -185,7 +185,7 @@ TEST_F(FileRenameTest, TheNextDialogShowsTheTargetsName) {
     EXPECT_EQ(dialog.opened.at(0).fileName, target);
 }
 
-TEST_F(FileRenameTest, RenamesTheFileThatIsEditedAfterTheQuestion) {
+TEST_F(FileRenameTest, AChangeOfTheEditedPathDuringTheQuestionTakesEffect) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     addMp3(pathC, "Title C");
