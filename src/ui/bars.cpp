@@ -97,7 +97,8 @@ BarView* makeActivityBar(Form1& form, QWidget* parent) {
         1, 0);
     auto* destination =
         new LabelView(form.Label2, QObject::tr("Destination"), LabelView::Cut::middle, bar);
-    // The action is not bold: a second font would take a twentieth of the start-up time.
+    // The destination is paler than the next action. The next action is not bold instead, because a
+    // second font would take a twentieth of the start-up time.
     destination->setSecondary();
     rows->addWidget(destination, 1, 1);
     rows->setColumnStretch(1, 1);

@@ -31,7 +31,7 @@ TEST(FolderRows, WithoutAPathThereAreNone) {
     EXPECT_EQ(made.current, -1);
 }
 
-TEST(FolderRows, NamesAreSortedIgnoringCaseBeyondAsciiToo) {
+TEST(FolderRows, SortingIgnoresTheCaseOfNonAsciiLettersToo) {
     std::vector<std::string> names;
     for (const FolderRow& row : folderRows("c:\\", {"\xC3\x96"
                                                     "c",
