@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A Wayland compositor without a screen, in the place of the virtual X server, and the program as it
-is seen and handled there. There is no X server: what runs there speaks Wayland itself."""
+"""A Wayland compositor without a screen, used instead of the virtual X server, and the operation of
+the program on it. No X server runs: each program on it must be a Wayland client."""
 
 import json
 import os
@@ -14,26 +14,28 @@ from waiting import check, wait_for
 from wayland_input import WaylandInput
 
 SCREEN = (1280, 960)
-# Windows float, as on desktops that do not tile, and without a frame: their place is their contents'.
+# Windows float, as on desktops that do not tile them. They have no border, so that the position of
+# a window is also the position of its contents.
 CONFIGURATION = f"""xwayland disable
 output HEADLESS-1 resolution {SCREEN[0]}x{SCREEN[1]}
 default_floating_border none
 focus_follows_mouse no
 for_window [app_id=".*"] floating enable
 """
-# Until its program has answered, or this time is over, the compositor shows a changed window's old
-# picture; a press on that drags the window. The compositor waits 0.2 s.
+# After a change of a window, the compositor shows the old picture of the window until the program
+# has drawn a new one, for 0.2 s at most. A press of a mouse button on the old picture would move
+# the window, so the tests wait longer than that.
 SECONDS_OF_A_CHANGE = 0.5
 # The compositor refuses to run as root.
 ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
 
 
 class WaylandDesktop(Desktop):
-    """Windows are numbers of the compositor's here."""
+    """A window is identified by its number in the compositor."""
 
     def __init__(self):
         super().__init__()
-        # Which way it speaks is the program's own choice, as on a desktop.
+        # The program itself chooses between Wayland and X11, as on a desktop.
         self.environment.pop("QT_QPA_PLATFORM")
         self.environment["XDG_SESSION_TYPE"] = "wayland"
         self._hands = None
@@ -122,7 +124,7 @@ class WaylandDesktop(Desktop):
         subprocess.run(["grim", *options, str(path)], env=self.environment, check=True,
                        capture_output=True)
 
-    # WaylandInput.
+    # Mouse and keyboard.
 
     def xdotool(self, *arguments):
         raise AssertionError("there is no X server")
@@ -163,8 +165,8 @@ class WaylandDesktop(Desktop):
 
 
 class WaylandProgram(Program):
-    """A program does not learn where its windows are: what it tells the accessibility tree is
-    corrected by what the compositor knows."""
+    """A Wayland client does not know the positions of its windows, so the positions in the
+    accessibility tree are wrong; rectangle_of() corrects them with those of the compositor."""
 
     def node(self, title):
         """The compositor's window of that caption, or None."""
