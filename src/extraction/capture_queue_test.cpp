@@ -58,7 +58,8 @@ TEST(CmdStart, ContinuesWithAnEarlierQueueAfterASingleTrack) {
     ASSERT_TRUE(bench.form.lstRecord.setListIndex(0).ok());
     bench.select("Track  2 - 00:00:01");
     bench.form.cmdStart.click();
-    // The single track is captured instead of the current line's; the next line follows.
+    // The selected track is captured instead of the current line's track; then the next line's
+    // track is captured.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400}));
 }
@@ -115,7 +116,7 @@ TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
                                               test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, KeepsTheCurrentTrackIfTheNumberDoesNotFit) {
+TEST(CmdStart, KeepsTheCurrentTrackIfTheNodesTrackNumberOverflows) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -189,7 +190,7 @@ TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
                           test::endCommands(savedAs(1))}));
 }
 
-TEST(CmdStart, EndsAQueueAfterItsFirstTrackAfterAnyCancel) {
+TEST(CmdStart, OnceTheUserCancelledEachLaterQueueEndsWithItsFirstTrack) {
     test::QueueBench bench(5);
     bench.form.Command2.click();
     bench.media.log.clear();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts a procedure as running during the lifetime of this object, which also ends when the end of
-// the program unwinds the stack. A counter is needed because procedures that yield may be nested.
+// Counts a procedure as running during the lifetime of this object. If the program ends
+// during the procedure, the stack is unwound, and the procedure no longer counts. A counter is
+// needed because procedures that yield may be nested.
 #pragma once
 
 namespace sonarith {

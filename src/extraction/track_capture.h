@@ -27,7 +27,8 @@ class TrackCapture {
     /// Captures the selected node of the tree: a track or one of the two groups of tracks. Yields,
     /// and returns when the whole queue has ended.
     void cmdStart_Click();
-    /// Whether a queue is being processed. The drive is closed between two of its tracks.
+    /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
+    /// drive is then closed.
     [[nodiscard]] bool running() const { return running_ > 0; }
 
     /// Starts one track. On return its capture is running, or a failure has ended it and a message
