@@ -148,7 +148,7 @@ TEST_F(FinderWindowTest, ACaptionOf200CharactersIsKept) {
     EXPECT_EQ(caption, prefix + "c:\\" + name + "\\");
 }
 
-TEST_F(FinderWindowTest, APathThatIsTooLongWithoutThePrefixIsStillShown) {
+TEST_F(FinderWindowTest, APathThatIsTooLongEvenWithoutThePrefixIsShownWhole) {
     finder.lstdirs.addItem(std::string(300, 'x'));
     finder.lbltime.setCaption(std::string(400, 'y'));
     EXPECT_EQ(finder.lbltime.caption(), std::string(300, 'x') + "...");
@@ -192,7 +192,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
-    // This is so even if the previous folder cannot be entered again.
+    // The previous folder cannot be entered again either; it must still not change.
     disk.removeFolder("c:\\music");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Drive1.drive(), "c:");
@@ -258,7 +258,7 @@ TEST_F(FinderWindowTest, SelectForConversionAddsTheFileOnceAndKeepsItsLine) {
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\m\\a.mp3"));
 }
 
-TEST_F(FinderWindowTest, AFileTooShortToAddIsAddedToTheOtherTypesList) {
+TEST_F(FinderWindowTest, AWavOfLessThan100BytesIsAddedOnlyToTheMp3List) {
     files.addFile("c:\\m\\a.wav", "short");
     fillResults({"c:\\m\\a.wav"});
     select(0);
@@ -315,12 +315,13 @@ TEST_F(FinderWindowTest, ADeletionThatFailsStillRemovesTheLine) {
     fillResults({"c:\\a.wav"});
     select(0);
     boxes.answers = {BoxAnswer::yes};
-    // The first yield is after the failed deletion, which does not wait, and before the
-    // removal of the line.
+    // A deletion that fails does not yield, so the first yield is the one between the deletion
+    // and the removal of the line.
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();
-    // showfiles3() passes the entry's number to Cmaddfile2(), where its only effect is the wait.
+    // showfiles3() passes the entry's number to Cmaddfile2() instead of a path. That call only
+    // waits 300 ms.
     EXPECT_GE(loop.now() - begin, std::chrono::milliseconds(300));
     EXPECT_TRUE(files.fileExists("c:\\a.wav"));
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
@@ -397,7 +398,7 @@ TEST_F(FinderWindowTest, LoadsAtTheCentreOfTheScreen) {
     EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000_twips) / 2);
 }
 
-TEST_F(FinderWindowTest, CloseEntryAndWindowManagerUnloadIt) {
+TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseEntryUnloadIt) {
     windows.frmsearch.show();
     finder.cmdend.click();
     EXPECT_FALSE(windows.frmsearch.loaded());
