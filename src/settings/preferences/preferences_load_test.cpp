@@ -243,8 +243,8 @@ TEST_F(PreferencesLoad, MeasuresTheDrivesBeforeTheDestinationIsChosen) {
     EXPECT_EQ(form.Text6.text(), "C:\\ - 200000 MB available\r\nD:\\ - 7000 MB available\r\n");
 }
 
-TEST_F(PreferencesLoad, MeasuresTheDriveOfTheLoadersDestinationAtTheFirstStart) {
-    // The drives are listed before Co111_Click.
+TEST_F(PreferencesLoad, MeasuresTheDriveOfTheProgramFolderAtTheFirstStart) {
+    // The drives are measured before Co111_Click() sets the destination.
     std::string first;
     loop.atYield(1, [&] { first = form.Label4.caption(); });
     start();
@@ -264,7 +264,7 @@ TEST_F(PreferencesLoad, EndsAtAQualityOutsideItsList) {
         EXPECT_EQ(run.form.Combo1.listIndex(), -1);
         EXPECT_EQ(run.form.Combo2.listCount(), 14);
         EXPECT_EQ(run.form.Combo2.listIndex(), -1);
-        EXPECT_EQ(run.form.Text7.text(), "100"); // as designed
+        EXPECT_EQ(run.form.Text7.text(), "100"); // the initial text of the form
         EXPECT_EQ(run.form.Text9.text(), "");
         EXPECT_THAT(run.store.writes, IsEmpty());
         EXPECT_THAT(run.files.log, IsEmpty());
@@ -317,7 +317,7 @@ TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
     }
 }
 
-TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheGuardAndKeepsTheEarlierSteps) {
+TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheEarlierSteps) {
     store.put("Settings", "HDWarning", "-1");
     start();
     EXPECT_EQ(form.Text7.text(), "100");
