@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A capture whose destination hangs or is full, by commands through the real player, sound card and
-// recording: the commands still return, and the data that reached the disk are kept.
+// Captures whose destination hangs or is full. The tests send the commands of a capture to the real
+// player, sound card and recording: each command still returns, and the sound that reached the disk
+// is kept.
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
@@ -105,7 +106,7 @@ TEST_P(ADestinationThatHangs, BlocksNoOtherCapture) {
         judge.release();
         EXPECT_TRUE(session.saves->noneWithin(std::chrono::seconds(30)));
         EXPECT_EQ(session.send("save capture 1.wav"), fine())
-            << "the notice of the save is received";
+            << "the second command returns the result of the save that timed out";
         EXPECT_EQ(session.send("close all"), fine());
         expectStartOfDisc(session.folder / "1.wav", count);
     });

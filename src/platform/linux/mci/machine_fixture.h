@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter on the real player, sound card and recording, with the commands of a capture; only
-// the clock is a fake. For tests only.
+// A command interpreter that uses the real player, sound card and recording, and functions that
+// send the commands of a capture. The test supplies the drive; the clock and the notices are fakes.
+// For tests only.
 #pragma once
 
 #include <chrono>

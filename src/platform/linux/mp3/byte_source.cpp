@@ -92,8 +92,8 @@ Reading FileSource::readAt(std::int64_t offset, std::span<std::uint8_t> out) con
 
 SourceWindow::SourceWindow(const ByteSource& source) : source_(&source), store_(windowBytes) {}
 
-/// After a failed read, the bytes before that offset are returned without another attempt to read
-/// it: a disk may take seconds to fail.
+/// After a read that failed at some offset, the bytes before that offset are returned from the
+/// window, and the offset is not read again: a disk may take seconds to fail.
 bool SourceWindow::mustRead(std::int64_t offset, std::int64_t wanted) const {
     const bool beforeBadPlace = failure_ && offset <= end();
     return offset < start_ || (offset + wanted > end() && !beforeBadPlace);
