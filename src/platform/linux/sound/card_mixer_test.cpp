@@ -314,7 +314,7 @@ TEST_F(CardMixerTest, NeutralBassAndTrebleChangeNoSample) {
     EXPECT_THAT(hear(2s), IsSound(pattern(0, 88'200)));
 }
 
-TEST_F(CardMixerTest, NeutralAgainAfterABoostChangesNoSample) {
+TEST_F(CardMixerTest, BassAndTrebleResetToNeutralAfterABoostChangeNoSample) {
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_EQ(set(4, mixer_control::bass, 65535), MixerResult::noError);
     EXPECT_EQ(set(4, mixer_control::treble, 0), MixerResult::noError);
@@ -352,7 +352,7 @@ double roughness(const std::vector<double>& samples) {
     return most;
 }
 
-TEST_F(CardMixerTest, AMovedSliderChangesTheVolumeWithoutAClick) {
+TEST_F(CardMixerTest, AMovedSliderChangesTheToneWithoutAClick) {
     // Low tones are used because their slope hardly changes from sample to sample.
     for (const std::uint32_t type : {mixer_control::bass, mixer_control::treble}) {
         play(Line::compactDisc, std::make_shared<ToneSource>(60, 7000));
@@ -360,8 +360,9 @@ TEST_F(CardMixerTest, AMovedSliderChangesTheVolumeWithoutAClick) {
         for (const std::int32_t position : {65535, 0, 65535, 32768, 0, 32768}) {
             EXPECT_EQ(set(4, type, position), MixerResult::noError);
             const Frames played = hear(300ms);
-            // At 60 Hz and amplitude 28000 the tone's slope changes by 2; rounding to whole samples
-            // adds up to 2. A step of the gain between two samples would change it by thousands.
+            // The largest boost, 12 dB, raises the amplitude from 7000 to 28000. At 60 Hz the slope
+            // then changes by up to 2 per sample; rounding to whole samples adds up to 2. A step of
+            // the gain between two samples would change it by thousands.
             EXPECT_LT(roughness(fakes::leftOf(played)), 8) << type << " to " << position;
         }
     }
@@ -415,7 +416,7 @@ TEST_F(CardMixerTest, ASoundAfterAnIdleTimeStartsWithTheCurrentTone) {
     EXPECT_EQ(set(4, mixer_control::treble, 32768), MixerResult::noError);
     play(Line::compactDisc, std::make_shared<PatternSource>());
     EXPECT_THAT(hear(100ms), IsSound(pattern(0, 4410)))
-        << "no ramp from a volume that was never used";
+        << "there is no ramp from the treble position that was set and reset while idle";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Uses the mixer, peak readings, the wave input and a change of source while the card's own thread
-// runs, each from the thread that uses it in the program or from several threads. For the thread
-// sanitizer.
+// Uses the mixer, reads peaks, uses the wave input and changes the source while the card's own
+// thread runs. Each call is made from the thread that makes it in the program, or from several
+// threads. For the thread sanitizer.
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -51,7 +51,7 @@ TEST_F(KeptToneTest, TreatsInvalidPositionsAsTheMiddle) {
     }
 }
 
-TEST_F(KeptToneTest, IsWrittenOnceADragHasComeToRest) {
+TEST_F(KeptToneTest, IsWrittenHalfASecondAfterTheLastMoveOfADrag) {
     KeptTone kept(tone, store, loop);
     for (int step = 0; step < 300; ++step) { // three seconds
         tone.setBass(40'000 + step);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The pumps' interface to an open sound device: stereo frames at the card's rate, in or out,
-// without blocking reads or writes. Errors are negative errno values as in ALSA: -EAGAIN (no space,
-// or no frames), -EPIPE (underrun, overrun), -ESTRPIPE (suspended); any other is final.
+// The pumps' interface to an open sound device, for output or input. The frames are stereo at the
+// card's rate; reads and writes do not block. Errors are negative errno values as in ALSA: -EAGAIN
+// (no space, or no frames), -EPIPE (underrun, overrun), -ESTRPIPE (suspended); any other is final.
 #pragma once
 
 #include <chrono>
