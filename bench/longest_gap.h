@@ -11,7 +11,7 @@ namespace sonarith::bench {
 
 class LongestGap {
   public:
-    /// Call at each event. Gaps outside the measured part do not count.
+    /// Call at each event. The gap before this event counts only if `measured` is true.
     void beat(bool measured = true) {
         const auto now = Clock::now();
         if (measured) {

@@ -17,8 +17,8 @@ namespace sonarith {
 [[nodiscard]] std::string ConvertBase(std::string_view NumIn, std::int16_t BaseIn,
                                       std::int16_t BaseOut);
 
-/// The remainder of `Num` divided by `Div`, with the quotient rounded downwards: it has the sign of
-/// `Div`. Error: divisionByZero.
+/// The remainder of `Num` divided by `Div`. The quotient is rounded downwards, so the remainder has
+/// the sign of `Div`. Error: divisionByZero.
 [[nodiscard]] Result<double> ModDouble(double Num, double Div);
 
 } // namespace sonarith

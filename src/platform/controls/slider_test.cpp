@@ -20,7 +20,7 @@ struct SliderTest : testing::Test {
     }
 };
 
-TEST_F(SliderTest, AChangeFromCodeIsSilent) {
+TEST_F(SliderTest, AChangeFromCodeRunsNoHandler) {
     EXPECT_TRUE(slider.setValue(65535).ok());
     EXPECT_EQ(slider.value(), 65535);
     EXPECT_EQ(moves, 0);
