@@ -45,7 +45,7 @@ using bench::millisecondsOf;
 constexpr int rounds = 9;
 constexpr double windowLimit = 1.3;
 constexpr double findLimit = 1.5;
-constexpr std::chrono::milliseconds untilStop{100};
+constexpr std::chrono::milliseconds untilStop{30};
 
 /// The finder on the machine's folders, composed as in the program.
 struct RealFinder {

@@ -57,7 +57,13 @@ void QtEventLoop::run() {
 }
 
 void QtEventLoop::yield() {
+    constexpr std::chrono::microseconds pause{250};
+    if (std::chrono::steady_clock::now() < lastAsked_ + pause) {
+        QCoreApplication::sendPostedEvents();
+        return;
+    }
     QCoreApplication::processEvents(QEventLoop::AllEvents);
+    lastAsked_ = std::chrono::steady_clock::now();
 }
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {

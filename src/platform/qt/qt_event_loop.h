@@ -3,6 +3,7 @@
 // window. For use on the user-interface thread only.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -22,6 +23,9 @@ class QtEventLoop : public EventLoop {
     /// end it.
     void run();
 
+    /// Asks the system for input and timers at most every quarter of a millisecond, since asking
+    /// costs as much as a short step of the logic: a search yields for each file. Events that are
+    /// queued in the program are handled at each yield.
     void yield() override;
     void waitWhile(const std::function<bool()>& condition) override;
     [[nodiscard]] Time now() const override;
@@ -32,7 +36,9 @@ class QtEventLoop : public EventLoop {
 
   private:
     std::function<void()> lastSteps_;
-    int waitDepth_ = 0; // nesting depth of the waits
+    std::chrono::steady_clock::time_point lastAsked_ =
+        std::chrono::steady_clock::time_point::min(); ///< when a yield last asked the system
+    int waitDepth_ = 0;                               // nesting depth of the waits
 };
 
 } // namespace sonarith

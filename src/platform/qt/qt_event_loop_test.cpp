@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <thread>
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -42,6 +43,32 @@ TEST_F(QtEventLoopTest, YieldHandlesPendingEventsAndReturns) {
     EXPECT_EQ(calls, 1);
     loop.yield();
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(QtEventLoopTest, ManyYieldsSeldomAskTheSystemAndHandleEveryQueuedEvent) {
+    int asked = 0;
+    const auto watch = QObject::connect(QAbstractEventDispatcher::instance(),
+                                        &QAbstractEventDispatcher::awake, [&] { ++asked; });
+    int calls = 0;
+    constexpr int yields = 1000;
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 1; i <= yields; ++i) {
+        post(context, [&] { ++calls; });
+        loop.yield();
+        ASSERT_EQ(calls, i);
+    }
+    const auto passed = std::chrono::steady_clock::now() - start;
+    EXPECT_LE(asked, passed / 250us + 2);
+    QObject::disconnect(watch);
+}
+
+TEST_F(QtEventLoopTest, ATimerIsHandledAYieldOrAPauseLater) {
+    bool fired = false;
+    loop.yield();
+    QTimer::singleShot(0, &context, [&] { fired = true; });
+    std::this_thread::sleep_for(250us);
+    loop.yield();
+    EXPECT_TRUE(fired);
 }
 
 TEST_F(QtEventLoopTest, AWaitWithAFalseConditionHandlesNothing) {
