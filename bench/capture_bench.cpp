@@ -99,7 +99,7 @@ class Bench {
     mci::Interpreter media_;
 };
 
-/// Limits above any time of a working disk, so that its time is measured.
+/// Longer than any command takes on a working disk, so that the whole time is measured.
 constexpr sound::RecordingTiming patient{60s, 60s, 60s};
 
 /// Captures the first track with the monitor's commands. `tick` waits for the time of one tick.
@@ -223,7 +223,7 @@ std::int64_t wrongFramesUnderLoad(std::int64_t seconds, double& leadMs, double& 
 
 /// How long other threads wait while all writes to the disk block, in milliseconds.
 struct Waits {
-    double mute = 0;   ///< the longest of many; the queue is full during the last ones
+    double mute = 0;   ///< the longest of many calls; the queue is full during the last calls
     double cancel = 0; ///< stop, save and close
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The longest time without an event of the real event loop while a long file is decoded on all
-// cores: a click would wait that long. Limit: 50 ms. Needs lame.
+// Measures the longest time in which the real event loop handles no event while a long file is
+// decoded on all cores, because a click would wait that long. Limit: 50 ms. Needs lame.
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -25,7 +25,7 @@ namespace {
 
 using namespace sonarith;
 
-/// An hour of noise, made of one encoded second.
+/// Writes an hour of noise: the same encoded second, repeated.
 bool writeHour(const std::filesystem::path& folder) {
     std::mt19937 random(1);
     std::vector<std::int16_t> second(2 * 44100);

@@ -164,7 +164,8 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication qt(argc, argv);
     QApplication::setStyle(new ProgramStyle);
-    const fakes::TempFolder tree; // its path has no dot: the engine finds no file below one
+    // Its path has no dot, because the engine finds no file below a folder with a dot.
+    const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
     RealFinder real(tree.path().string());

@@ -64,7 +64,7 @@ class Replacements {
     Replacements(const Replacements&) = delete;
     Replacements& operator=(const Replacements&) = delete;
 
-    /// The count since the last call. Other changes to the file are counted, too.
+    /// How often file `name` was replaced, written to or deleted since the last call.
     [[nodiscard]] int take(const std::string& name) {
         int count = 0;
         alignas(inotify_event) std::array<char, 65536> buffer{};
@@ -105,7 +105,7 @@ void measure(const fs::path& folder) {
     const fs::path storeFolder = folder / "store";
     fs::create_directory(storeFolder);
     IniSettingsStore store(QString::fromStdString(storeFolder.string()));
-    // Composed as in the program; the letters are stored when the mounts are read first.
+    // Composed as in the program; the first reading of the mounts stores the drive letters.
     test::FakeSettingsStore letters;
     MountInfo mounts;
     DriveTable table(letters);
@@ -190,7 +190,7 @@ void measure(const fs::path& folder) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Before a second thread exists: it would keep the shared mounts.
+    // Called before another thread exists, because such a thread would keep the shared mounts.
     if (!test::leaveSharedMounts()) {
         fail("this user may not mount");
     }

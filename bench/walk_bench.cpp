@@ -75,7 +75,8 @@ int walkAlone(Directories& directories, const std::string& root) {
 } // namespace
 
 int main() {
-    const fakes::TempFolder tree; // its path has no dot: the engine finds no file below one
+    // Its path has no dot, because the engine finds no file below a folder with a dot.
+    const fakes::TempFolder tree;
     const fakes::TempFolder output;
     bench::makeMusicTree(tree.path());
     const std::string list = (output / "found").string();

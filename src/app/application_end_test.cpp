@@ -63,7 +63,7 @@ std::vector<EndKind> endKinds() {
          [](ApplicationBench& bench) {
              bench.loop.atYield(1, [&bench] { bench.form.unload(); });
              bench.form.Command8.click();
-             // The stop does not yield if nothing is running; then this line closes the window.
+             // If nothing is running, the stop does not yield, and the next line closes the window.
              bench.form.unload();
          }},
     };

@@ -140,7 +140,7 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });
-        // Throws if it waits for a condition that no later event can change.
+        // This click throws if the action waits for a condition that no later event can change.
         bench.form.CmdSelectAction.click();
         EXPECT_TRUE(bench.idle());
         EXPECT_TRUE(bench.commandsOpen());

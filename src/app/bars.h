@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four bars of the main window and their menu entries. It does not depend on the contents of
-// the bars.
+// The four bars of the main window and their menu entries. This file does not depend on the
+// contents of the bars.
 #pragma once
 
 #include "forms/form1.h"
 
 namespace sonarith {
 
-// Each toggles its bar according to the state of its menu entry, and updates the window's layout.
+// Each function toggles a bar according to the state of its menu entry, and updates the layout.
 void mnuToolbar_Click(Form1& form);
 void mnuCDbar_Click(Form1& form);
 void mnuActivityBar_Click(Form1& form);

@@ -25,8 +25,9 @@ class MainWindow {
     /// Places the window, reads settings, disc and destination folder, and shows the window. A step
     /// that fails ends the load. Afterwards the pointer always has its normal shape. Yields.
     void Form_Load();
-    /// Stops everything; never refuses the close. Yields while a capture is saved. A close during
-    /// that yield runs this again, because a job started during it would block the first close.
+    /// Stops everything; never refuses the close. Yields while a capture is saved. Another close
+    /// during that yield calls this function again, which stops a job that was started during the
+    /// yield: that job would block the first close.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();

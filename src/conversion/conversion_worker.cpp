@@ -84,8 +84,8 @@ Status ConversionWorker::start() {
     if (!length.ok()) {
         return length.error();
     }
-    // In this case nothing unloads the window: the main window shows "Decoding" until the user
-    // presses Cancel.
+    // If the file is too short, nothing unloads the window: the main window shows "Decoding" until
+    // the user presses Cancel.
     if (length.value() < leastFileLength) {
         return tooShort();
     }
@@ -158,7 +158,7 @@ Status ConversionWorker::showProgress() {
 Result<std::int16_t> ConversionWorker::readPercentage() const {
     const std::int32_t length = form6_.ActiveMP31->Length();
     const std::int32_t position = form6_.ActiveMP31->Position();
-    // A length of 0 makes this fail and therefore ends the job.
+    // A length of 0 makes the rounding fail, which ends the job.
     return roundedToInteger16(static_cast<double>(position) / static_cast<double>(length) * 100);
 }
 

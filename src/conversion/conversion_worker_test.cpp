@@ -89,7 +89,7 @@ TEST_F(WorkerTest, AFileOfNinetyNineBytesIsNeverStartedAndNothingUnloadsTheWindo
     EXPECT_THAT(mp3.log, ElementsAre("Stop"));
 }
 
-TEST_F(WorkerTest, AFileThatGrowsUntilTheSecondStartIsStartedThen) {
+TEST_F(WorkerTest, AFileThatIsTooShortOnlyAtTheFirstStartIsStartedByTheSecond) {
     mp3File(source, 99);
     loop.after(400ms, [this] { mp3File(source, 100); });
     window.load();

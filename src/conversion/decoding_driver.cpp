@@ -102,8 +102,8 @@ void DecodingDriver::decodeOne(const std::string& text) {
     finish();
 }
 
-/// Sets currentFile to the path for a node's text. The cases in which it finds another path or none
-/// are intended.
+/// Sets currentFile to the path for a node's text. Deliberate: in some cases this is the path of
+/// another file, or empty.
 void DecodingDriver::findFile(const std::string& text) {
     // Not lower-cased: a name with capitals is found in neither list.
     const std::string name = SplitPath(text, process_);
@@ -111,14 +111,16 @@ void DecodingDriver::findFile(const std::string& text) {
         static_cast<void>(findIn(form_.List4, name));
     }
     if (text != process_.currentFile) {
-        // The line of List2 at the index where the search ended. For a file that only List4 has, by
-        // its bare name, and for a missing file, this is the line of another file, or empty.
+        // Uses the line of List2 at the index where the last search ended. If the node's text has
+        // no path and only List4 contains the file, or if neither list contains it, this is the
+        // line of another file, or empty.
         process_.currentFile = lowerCase(form_.List2.list(process_.fileIndex));
     }
 }
 
-/// Leaves fileIndex at the line found, or after the last one, and currentFile at the line's path or
-/// at the last name compared.
+/// Searches the line with the file name `name`. If it is found, fileIndex is its index and
+/// currentFile its path; otherwise fileIndex is the number of lines and currentFile the last name
+/// compared.
 bool DecodingDriver::findIn(const ListBox& list, const std::string& name) {
     for (process_.fileIndex = 0; process_.fileIndex < list.listCount(); ++process_.fileIndex) {
         const std::string line = list.list(process_.fileIndex);
@@ -139,7 +141,7 @@ void DecodingDriver::showCaption() {
 
 void DecodingDriver::fileStep() {
     process_.workerBusy = true;
-    // Unloads a worker that is left from an earlier action, which clears workerBusy.
+    // Unloads a worker that is left from an earlier action; this unload clears workerBusy.
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });
@@ -157,7 +159,7 @@ void DecodingDriver::StartDecoding(const std::string& path) {
 
 void DecodingDriver::finish() {
     form_.Timer1.setEnabled(true);
-    // Prevents that a worker starts before the next action.
+    // Prevents a worker from starting before the next action.
     process_.stopRequested = true;
 }
 

@@ -54,7 +54,8 @@ TEST(ConvertBase, RefusesAnEmptyTextAndOtherBases) {
 }
 
 TEST(ConvertBase, AcceptsBase1ForTheResult) {
-    // For a number above 0 the function would never return: the only digit, 0, does not reduce it.
+    // Tests only 0, because for any other number the function would never return: division by 1
+    // does not reduce the number.
     EXPECT_EQ(ConvertBase("0", 10, 1), "0");
 }
 

@@ -58,7 +58,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
 
 // --- load and unload ------------------------------------------------------------------------
 
-TEST_F(ControlPanelTest, ItsFormHasItsOwnTitleAndTwoTimersThatRunOnceItIsLoaded) {
+TEST_F(ControlPanelTest, TheFormHasItsOwnTitleAndItsLoadStartsTwoTimers) {
     EXPECT_EQ(popup.caption(), "Sonarith V2.0");
     EXPECT_FALSE(popup.Timer1.enabled());
     popup.load();

@@ -207,7 +207,8 @@ std::string System::fromBuffer(const std::optional<std::string>& text) {
     if (!text) {
         return {};
     }
-    // Trailing blanks are removed before the NUL: blanks before the NUL are part of the name.
+    // Removes the trailing blanks first and the NUL second, because blanks directly before the NUL
+    // are part of the name.
     const std::size_t last = text->find_last_not_of(' ');
     const std::string stripped =
         StripNul(text->substr(0, last == std::string::npos ? 0 : last + 1));

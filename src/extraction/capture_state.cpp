@@ -7,7 +7,7 @@ namespace sonarith {
 
 std::int32_t startOfTrackMs(const TrackLengths& lengths, std::int32_t track, double trackCount) {
     std::int32_t start = 0;
-    // The loop may also end after the last length: additions beyond it would have no effect.
+    // The loop also ends after the last length, because a missing length adds nothing.
     for (std::int32_t i = 1; i <= trackCount && i <= lengths.count() && i != track; ++i) {
         checkedSum(start, lengths(i).valueOr(0)).storeIn(start);
     }

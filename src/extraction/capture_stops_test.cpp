@@ -113,7 +113,7 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The monitor's timer was not running, so the queue's current line stays and is selected.
+        // The monitor's timer was not running, so the queue keeps its current line, selected.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -181,7 +181,7 @@ TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(Cancel, StopsUnloadsTheWorkerAndHidesItself) {
+TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesItself) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         bench.windows.Form6.load();

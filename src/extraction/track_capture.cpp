@@ -105,7 +105,7 @@ void TrackCapture::nameFile(std::int32_t track) {
     platform_.random.reseedFromClock();
     const float fraction = platform_.random.fraction();
     const std::int32_t number = fileNumber(form_.lblCDID.caption(), fraction);
-    // Deliberate: an existing file is not detected; only the random number distinguishes names.
+    // Deliberate: does not check whether the file exists; only the random number varies the name.
     process_.currentFile = process_.settings.decodePath + "\\" + std::to_string(number) + "-" +
                            std::to_string(track) + ".wav";
 }

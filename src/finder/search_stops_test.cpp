@@ -157,7 +157,8 @@ TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
         });
         world->search("c:\\m", ".wav");
         EXPECT_THAT(inner, ElementsAreArray(filesUpToFolder(4)));
-        // After it, only the remaining files of the outer search's current folder are added.
+        // After the inner search, only the remaining files of the outer search's current folder
+        // are added.
         EXPECT_THAT(world->lines(finder.lstfiles), IsSupersetOf(inner));
         int rest = 0;
         const int folder = steps[static_cast<std::size_t>(n - 1)].folder;
@@ -194,7 +195,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
         world->search("c:\\m", ".wav");
         EXPECT_FALSE(finder.loaded());
         EXPECT_EQ(world->loop.yieldCount(), n);
-        // Nothing of the search still runs.
+        // The search has closed every folder that it listed.
         EXPECT_EQ(world->disk.closed.size(), world->disk.listed.size());
         finder.show();
         expectIdle(*world);
@@ -263,7 +264,7 @@ TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
     world->loop.atYield(4, [&] {
         EXPECT_TRUE(finder.lstfiles.setListIndex(0).ok());
         finder.mnuDelete.click();
-        // The deletion has waited, during the scan.
+        // The deletion yielded while it waited, inside a yield of the scan.
         EXPECT_THAT(world->loop.yieldCount(), Gt(5));
     });
     world->search("c:\\m", ".wav");

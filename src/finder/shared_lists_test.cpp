@@ -106,16 +106,16 @@ TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldEndsOnlyTheScan) {
         world.expectIdle();
         const bool inFirstSearch = n <= yields / 2;
         EXPECT_EQ(world.lines(world.form.List1).empty(), inFirstSearch);
-        // Empty in both cases: the close ended the second search, or it searched the folder of a
-        // new window.
+        // Empty in both cases: the close ended the second search, or the second search used the
+        // folder of a new window.
         EXPECT_THAT(world.lines(world.form.List2), IsEmpty());
     }
 }
 
 TEST_F(SharedListsTest, TheStopButtonDuringAScanKeepsTheFoundFiles) {
     windows.frmsearch.show();
-    // Before the second of the two files.
     disk.addFile("c:\\Music\\sub\\c.wav");
+    // At this yield a.wav has been found, and b.mp3 is next.
     loop.atYield(3, [this] { finder.Command1.click(); });
     tree.showfiles();
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
@@ -139,7 +139,7 @@ TEST_F(SharedListsTest, AScanInsideASearchStopsItAndReplacesItsResult) {
     expectIdle();
 }
 
-TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchFinishesLikeTheSearch) {
+TEST_F(SharedListsTest, AScanAtAnyYieldOfASearchFinishesAndSoDoesTheSearch) {
     windows.frmsearch.show();
     search("c:\\Other", ".wav");
     const int yields = loop.yieldCount();

@@ -47,7 +47,7 @@ void put(const std::string& bytes, const Field& field, std::array<std::byte, tag
                    [](char c) { return static_cast<std::byte>(c); });
 }
 
-/// Compares bytes: decoded as UTF-8 they would be other characters with other lengths.
+/// Compares bytes, because a conversion of UTF-8 characters to lower case may change their length.
 std::string_view::const_iterator findMark(std::string_view bytes) {
     return std::search(
         bytes.begin(), bytes.end(), searchedMark.begin(), searchedMark.end(),

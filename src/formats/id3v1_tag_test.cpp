@@ -147,7 +147,8 @@ TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessThatIsABlank) {
 }
 
 TEST(ReadId3v1Tag, ReadsBytesNotCharacters) {
-    // The bytes before the tag would, as characters, change their length in lower case.
+    // The bytes before the tag are UTF-8 characters that are shorter in lower case, so a conversion
+    // would change the position of the tag.
     std::string bytes = withTagAt(129, tagOf("Title", "A"));
     for (std::size_t i = 0; i + 3 < 120; i += 3) {
         bytes.replace(i, 3, "\xe2\x84\xaa");

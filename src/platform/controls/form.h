@@ -71,7 +71,7 @@ class Form : public ControlWith<FormState> {
     Handler<> onLoad;
     Handler<> onQueryUnload;
     Handler<> onUnload;
-    /// The window was asked to close while a step of its unload is waiting.
+    /// A close was requested while a step of the form's unload is waiting.
     Handler<> onUnloadAgain;
     Handler<> onResize;
     /// A mouse button was pressed on the form, outside of its controls.
