@@ -108,7 +108,7 @@ TEST(PreferencesAtTheStart, MuteTheDiscsLineASecondTime) {
     for (const char* muted : {"1", "0"}) {
         ApplicationBench bench({1000, 1000});
         bench.store.put("Settings", "mute button", muted);
-        int first = -1; // before the preferences are loaded
+        int first = -1; // number of changes before the preferences are loaded
         const auto changes = [&] {
             return std::count(bench.mixer.log.begin(), bench.mixer.log.end(),
                               std::string("set 4101 20010002 ") + muted);

@@ -113,7 +113,8 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The monitor's timer was not running, so the queue keeps its current line, selected.
+        // The monitor's timer was not running, so the queue keeps its current line, which is
+        // selected.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));

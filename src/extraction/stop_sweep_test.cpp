@@ -33,7 +33,7 @@ std::vector<StopKind> stopKinds() {
          [](ExtractionBench& bench) {
              bench.monitor.Command1_Click();
          }},
-        // Loses the capture; its ticks continue until everything is stopped.
+        // Loses the capture; the monitor's ticks continue until everything is stopped.
         {"Command12",
          [](ExtractionBench& bench) {
              bench.form.Command12.click();
@@ -147,7 +147,7 @@ TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
             bench.loop.after(moment, [&] { kind.stop(bench); });
             bench.form.cmdStart.click();
             bench.expectIdleRegained();
-            // Saved are the finished tracks and the current one, unless the stop loses it.
+            // The finished tracks and the current one are saved, unless the stop loses the latter.
             const auto finished = static_cast<std::size_t>(moment / 200ms);
             EXPECT_EQ(bench.disc.saved.size(), finished + (kind.name == "Command12" ? 0 : 1));
             bench.expectNextRunWorks();

@@ -55,7 +55,7 @@ void FinderWindow::wireEvents() {
 }
 
 void FinderWindow::Form_Load() {
-    // Resets the counters: a search that the last close ended has not reset them.
+    // A search that was ended by the previous close of the window has not reset the counters.
     finder_.DirCount = 0;
     finder_.FileCount = 0;
     centreOnScreen(finder_, platform_.shell);

@@ -55,7 +55,7 @@ void SearchEngine::SearchFiles() {
     const std::string startFolder = start.ends_with('\\') ? start : start + "\\";
     finder_.lstdirs.addItem(startFolder);
     finder_.List1.addItem(startFolder);
-    // A typed "*.*" therefore becomes ".*.*", which matches no file.
+    // A typed "*.*" becomes ".*.*" here, which matches no file.
     if (!finder_.zFileExt.text().starts_with('.')) {
         finder_.zFileExt.setText("." + finder_.zFileExt.text());
     }

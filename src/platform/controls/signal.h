@@ -50,7 +50,7 @@ class Signal {
     }
 
   private:
-    /// Counts nested emissions: slots must not be moved during any of them.
+    /// Counts nested emissions, because slots must not be moved during any emission.
     class Emission {
       public:
         explicit Emission(Signal& signal) : signal_(signal) { ++signal_.emissions_; }
