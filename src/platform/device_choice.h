@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The drives, sound outputs and recording sources that the machine offers, and the ones in use. For
-// the window in which the user chooses them. Interface only. Used on the logic thread only.
+// The drives, sound outputs and recording sources that the machine offers, and the chosen ones. The
+// window in which the user chooses them uses this interface, on the logic thread only.
 #pragma once
 
 #include <string>
@@ -23,8 +23,8 @@ class DeviceChoice {
     [[nodiscard]] virtual std::vector<DeviceEntry> outputs() const = 0;
     [[nodiscard]] virtual std::vector<DeviceEntry> sources() const = 0;
 
-    /// The stored choices. The drive is empty for the first one found; otherwise it is a device
-    /// node or the path of a disc image, in the machine's form.
+    /// The stored choices. An empty drive means the first optical drive found; otherwise it is a
+    /// device node or the path of a disc image, in the machine's form.
     [[nodiscard]] virtual std::string drive() const = 0;
     [[nodiscard]] virtual std::string output() const = 0;
     [[nodiscard]] virtual std::string source() const = 0;

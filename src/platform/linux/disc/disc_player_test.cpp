@@ -127,7 +127,7 @@ TEST(DiscPlayer, PlaysAcrossAudioTracksAndStopsWhereADataTrackBegins) {
     EXPECT_EQ(playToItsEnd(player), framesAt(120 * framesPerSector, 60 * framesPerSector));
 }
 
-TEST(DiscPlayer, EndsAtOnceInADataTrackAndOnAnEmptyStretch) {
+TEST(DiscPlayer, StopsAtOnceInADataTrackAndForAnEmptyStretch) {
     const auto disc = discOf({{TrackKind::data, 50}, {TrackKind::audio, 60}});
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(20, 110).ok());
@@ -191,7 +191,7 @@ TEST(DiscPlayer, ContinuesAfterAPauseWithTheNextFrame) {
     EXPECT_EQ(playToItsEnd(player), framesAt(1000, 100 * framesPerSector - 1000));
 }
 
-TEST(DiscPlayer, KeepsDataReadDuringAPause) {
+TEST(DiscPlayer, KeepsTheDataOfAReadThatEndsDuringAPause) {
     const auto disc = longDisc();
     disc->hold();
     DiscPlayer player(disc);

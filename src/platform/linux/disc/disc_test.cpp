@@ -53,7 +53,7 @@ TEST(Identity, EqualTablesHaveEqualIdentities) {
     EXPECT_EQ(identityOf(threeTracks()), identityOf(threeTracks()));
 }
 
-TEST(Identity, OneSectorOrOneKindChangesTheIdentity) {
+TEST(Identity, DependsOnTheLengthAndKindOfEachTrack) {
     Table longer = threeTracks();
     longer.tracks[1].sectors += 1;
     Table playable = threeTracks();

@@ -16,9 +16,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The time limits of a load include the spin-up of the drive, or of a hard disk with images. A tray
-// takes longer to move than its limit, but a caller that waits for it to close queries the medium
-// anyway.
+// The time limits of a load include the spin-up of the drive, or of a hard disk with images. The
+// time limit of a tray command is shorter than the movement of the tray: a caller that needs the
+// closed tray queries the medium afterwards anyway.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 

@@ -15,7 +15,7 @@ namespace sonarith::disc {
 
 namespace {
 
-/// The rest of a sentence about the file, which the caller names.
+/// The end of an error message; the caller puts the file's name before it.
 Error causeOf(int systemError) {
     const ErrorNumber number = fileErrorOfSystem(systemError).number;
     switch (number) {

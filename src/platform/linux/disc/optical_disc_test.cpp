@@ -145,7 +145,7 @@ TEST_F(OpticalDiscTest, LosesNoSectorOfASlowDrive) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, CountsTheTimeOfRepairsButNotTheirSectorsAsDamage) {
+TEST_F(OpticalDiscTest, RepairsUseUpTheTimeBudgetButAreNoDamage) {
     drive->sectorTime = 3s;
     drive->repairedFrom = 0;
     EXPECT_EQ(read(0, 3), sectorsAt(0, 3));

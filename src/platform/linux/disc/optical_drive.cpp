@@ -37,7 +37,7 @@ bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* 
 std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& device,
                                CdioHandle cdio, const RawToc& toc, OpticalLayout layout,
                                std::shared_ptr<DamageRecord> damage) {
-    CdIo_t* const raw = cdio.get(); // ParanoiaSectors below owns it and both functions
+    CdIo_t* const raw = cdio.get(); // owned by ParanoiaSectors below, as both lambdas are
     // Called once here, because the result covers the time since the previous call.
     (void)access.mediaChanged(raw);
     auto command = [raw, read = access.read](std::int64_t first, std::int64_t count,

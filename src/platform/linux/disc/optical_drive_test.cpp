@@ -189,7 +189,7 @@ TEST_F(OpticalDriveTest, ReadsTheTableIfTheDriveCannotReportWhetherADiscIsPresen
     EXPECT_NE(drive_.load().disc, nullptr);
 }
 
-TEST_F(OpticalDriveTest, HasADiscThatSpinsUpAgainButNotOneThatWasNeverRead) {
+TEST_F(OpticalDriveTest, ADiscThatSpinsUpIsPresentOnlyWhileItIsLoaded) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_FALSE(drive_.mediaPresent());
     statuses_ = {{DriveState::loaded}};

@@ -20,8 +20,8 @@ constexpr int maxRetries = 10;
 // drive caches. Its default of 1200 would delay a start until 16 s of sound had been read twice.
 constexpr int cacheSectors = 300;
 
-// The library passes no user pointer to its callbacks. So the reader that is active on this thread
-// is stored here, and whether the library has given up a position.
+// The library passes no user pointer to its callbacks. So these variables store the reader that is
+// active on this thread, and whether the library has given up a position.
 thread_local ParanoiaSectors* atWork = nullptr;
 thread_local bool gaveUp = false;
 
@@ -147,9 +147,9 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     return wasRead ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
-// At a position that cannot be read at all, the library never stops reading, and it takes the
-// silence that replaces the sector for sound. So its range never contains such a position: it reads
-// the sectors before it and those after it.
+// At a sector that cannot be read at all, the library never stops reading, and it treats the
+// silence that replaces the sector as sound. So the library's range never contains such a sector,
+// but only sectors before it or sectors after it.
 SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
     for (;;) {
         if (bad_.contains(next_)) {
@@ -171,7 +171,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) { // second case: no memory is left
+        if (isOver() || bad_.size() == badBefore) { // without a new bad sector: no memory is left
             return attemptOnce(out);
         }
     }

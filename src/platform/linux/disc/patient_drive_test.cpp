@@ -108,7 +108,7 @@ class NotingWaiting final : public Waiting {
     std::vector<Duration> bounds;
 };
 
-TEST_F(PatientDriveTest, WaitsOnlyBrieflyForTheCallsOfEachSecond) {
+TEST_F(PatientDriveTest, WaitsOnlyBrieflyForCallsMadeEverySecond) {
     NotingWaiting noting;
     PatientDrive drive(std::make_shared<HangingDrive>(device), {20s, 2s}, "It does not respond.",
                        waiting::Services{threads, noting, notices});
@@ -148,7 +148,7 @@ TEST_F(PatientDriveTest, ForwardsAllCallsInOrder) {
     EXPECT_EQ(drive.load().problem.text, "torn");
 }
 
-TEST_F(PatientDriveTest, ReportsAHangingDriveAndCallsItNoMoreUntilItResponds) {
+TEST_F(PatientDriveTest, ReportsAHangingDriveAndDoesNotCallItUntilItResponds) {
     const auto drive = driveWith(1ms);
     device->hang();
     EXPECT_EQ(drive->load().problem, (DriveReport{DeviceProblem::hung, "It does not respond."}));
@@ -176,7 +176,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, OpensTheTrayWhenTheDriveIsFreeAndHasNoDiscFromThenOn) {
+TEST_F(PatientDriveTest, AnOpenRequestIsExecutedOnceTheDriveRespondsAndRemovesTheDiscAtOnce) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();

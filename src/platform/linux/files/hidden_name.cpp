@@ -121,8 +121,8 @@ void removeLeftovers(const FileDescriptor& folder) {
         struct stat found {};
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            // The lock is held until the file is deleted, so that a program that has just created
-            // the file detects this and creates another.
+            // The lock is held until the file is deleted: a process that has just created the file
+            // then fails to claim it and creates another.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }

@@ -33,10 +33,10 @@ class UnnamedFile {
 
     /// Gives the file the name `target` and flushes it to the disk before it returns. An existing
     /// file of that name is replaced in one step, and its mode is kept; a symbolic link is
-    /// followed. The contents are copied only for a second name, or if the file cannot be linked at
-    /// the target, for example on another file system. After a failure `target` is unchanged, and
-    /// this file can still be published. Fails for folders, other non-regular files and files
-    /// without write permission.
+    /// followed. The contents are copied only if this file already has a name, or if it cannot be
+    /// linked at the target, for example on another file system. After a failure `target` is
+    /// unchanged, and this file can still be published. Fails if `target` is a folder, another
+    /// non-regular file or a file without write permission.
     [[nodiscard]] Status publish(const std::filesystem::path& target);
 
   private:

@@ -19,9 +19,9 @@ namespace sonarith::mci {
 /// without track n, type track n, current track, mode, media present, ready, time format); set
 /// (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
-/// "status media present" never waits for the drive: while a disc's table is being read, the result
-/// is no disc. After another drive has been chosen since the device was opened, that query reports
-/// no medium once, and then the medium of the other drive.
+/// "status media present" never waits for the drive: while a disc's table is being read, it reports
+/// no medium. If the user chooses another drive while the device is open, the next such query
+/// reports no medium, and later ones report the medium of the other drive.
 ///
 /// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack if playing
 /// would begin in a data track. Playing ends at "to", at the line's end, or where a data track

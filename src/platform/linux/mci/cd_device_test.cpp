@@ -129,7 +129,7 @@ TEST(PlayingFromAnInvalidPosition, FailsAndDoesNotChangeThePlaying) {
     EXPECT_EQ(session.playerMode(), disc::PlayerMode::playing);
 }
 
-TEST(APausedDisc, ContinuesAtItsSampleByPlayOrResume) {
+TEST(APausedDisc, ContinuesAtTheSameSampleAfterPlayOrResume) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(framesPerSector + 1);
@@ -157,7 +157,7 @@ TEST(APausedDisc, AcceptsANewEnd) {
                 ElementsAre("play 75 150", "pause", "play 75 19135"));
 }
 
-TEST(ADiscThatDoesNotPlay, IsPausedAndStoppedWithoutFailureButNotResumed) {
+TEST(ADiscThatDoesNotPlay, CanBePausedAndStoppedButNotResumed) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("stop cd"), fine());
@@ -231,7 +231,7 @@ TEST(ADataTrack, IsListedButPlayingItFailsWithAMessage) {
     EXPECT_EQ(session.send("play cd"), refused(MciError::dataTrack));
 }
 
-TEST(ADataTrack, PlayingEndsWhereItBegins) {
+TEST(ADataTrack, StopsThePlayingWhereItBegins) {
     CdSession session(enhancedDisc());
     session.send("set cd time format ms");
     session.send("play cd from 10000");

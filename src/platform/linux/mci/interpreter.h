@@ -17,11 +17,11 @@ namespace sonarith::mci {
 
 /// For the logic's thread only.
 ///
-/// Opens "cdaudio" (once, or several times if each open says "shareable": the aliases then name the
-/// same device), and "waveaudio" as "new". Closing a device stops it and drops its unsaved sound.
-/// No command waits for sound, with or without "wait"; one may wait for a drive's table
-/// (platform/waiting.h). When a recording is saved, the user is notified of the parts of the played
-/// disc that could not be read.
+/// Opens "cdaudio", and "waveaudio" for a new sound. An open "cdaudio" can be opened again only if
+/// each "open" has the keyword "shareable"; all aliases then name the same device. Closing a device
+/// (for a shared one: its last alias) stops it and drops its unsaved sound. No command waits for
+/// sound, with or without "wait"; one may wait for a drive's table (platform/waiting.h). When a
+/// recording is saved, the user is notified of the parts of the played disc that could not be read.
 class Interpreter : public MediaControl {
   public:
     explicit Interpreter(Devices devices) : devices_(std::move(devices)) {}

@@ -157,7 +157,7 @@ TEST(DevicesThatAreNotOpen, AreRejected) {
     EXPECT_EQ(session.send("\x01\x02"), refused(MciError::unrecognizedCommand));
 }
 
-TEST(AReply, IsWrittenInEveryCase) {
+TEST(AReply, IsCutToTheBufferAndEmptyAfterAnError) {
     MciSession session(audioTable({750, 750}));
     session.send("open cdaudio alias cd");
     ReplyBuffer buffer(8);

@@ -67,7 +67,7 @@ TEST_F(ACapture, ContainsTheTracksSamplesBitForBitWithoutGaps) {
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsCompleteToo) {
+TEST_F(ACapture, IsCompleteForTheFirstAndTheLastTrackToo) {
     capture("", 2000, "my music 1.wav");
     capture(" from 3093", 8093, "3.wav");
     const auto first = fakes::readWav(folder / "my music 1.wav");
@@ -79,7 +79,7 @@ TEST_F(ACapture, OfTheFirstTrackAndOfTheLastIsCompleteToo) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ACapture, StartsTheDiscWhereItsTrackStarts) {
+TEST_F(ACapture, PlaysTheDiscFromTheStartOfItsTrack) {
     EXPECT_EQ(send("open cdaudio alias cd"), fine());
     EXPECT_EQ(send("set cd time format milliseconds"), fine());
     EXPECT_EQ(send("play cd from 2000"), fine());
@@ -147,7 +147,7 @@ TEST_F(ACapture, ThatCannotBeSavedHarmsNoFile) {
     EXPECT_EQ(send("record capture overwrite"), refused(MciError::nonapplicableFunction));
 }
 
-TEST_F(ACapture, RunsOneAtATime) {
+TEST_F(ACapture, CannotBeginWhileAnotherRuns) {
     send("open new type waveaudio alias a");
     send("open new type waveaudio alias b");
     EXPECT_EQ(send("record a"), fine());

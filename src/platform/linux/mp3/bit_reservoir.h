@@ -31,7 +31,7 @@ void setTone(const FrameHeader& header, std::span<std::uint8_t> frame);
 
 class BitReservoir {
   public:
-    /// Empties the reservoir: the frames before the next one are missing.
+    /// Empties the reservoir. Called when the frames before the next one are missing.
     void clear() { available_ = 0; }
     /// Adds the next frame. If it refers to more bytes than are available, returns how many are
     /// available. Frames of other layers have no reservoir.

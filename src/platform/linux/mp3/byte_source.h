@@ -86,8 +86,8 @@ class FileSource : public ByteSource {
     const std::atomic<bool>* stop_;
 };
 
-/// For one thread. For `at`, an offset that cannot be read is the end of the source; `failure`
-/// distinguishes the two cases. Data after that offset can be read.
+/// For one thread. The result of at() ends at the end of the source and at an offset that cannot be
+/// read; failure() distinguishes the two cases. Data after such an offset can still be read.
 class SourceWindow {
   public:
     explicit SourceWindow(const ByteSource& source);
