@@ -123,7 +123,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
     std::int64_t sectors = (at_ - trackStart_ + framesPerSector - 1) / framesPerSector;
     const bool lengthUnknown = sectors == 0;
     if (lengthUnknown) {
-        // Without an entry in the table the tracks after this one would change their numbers.
+        // Without this track's entry in the table, the next tracks would get wrong numbers.
         sectors = shortestTrackSectors;
         if (track.kind == TrackKind::audio) {
             line_.lost.push_back({trackStart_, sectors * framesPerSector});

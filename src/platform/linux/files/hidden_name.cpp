@@ -122,7 +122,7 @@ void removeLeftovers(const FileDescriptor& folder) {
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
             // The lock is held until the file is deleted: a process that has just created the file
-            // then fails to claim it and creates another.
+            // then fails to claim it, or detects that it was deleted, and creates another.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }
