@@ -22,8 +22,8 @@ enum class DecodeMethod {
     none,
     sequential,
     segments,
-    mixed, ///< segments up to a frame that the library gives up, or up to a full disk, and one pass
-           ///< from there on
+    mixed, ///< segments at first, then one pass from a frame that the library gives up, or after a
+           ///< full disk
 };
 
 struct DecodeResult {

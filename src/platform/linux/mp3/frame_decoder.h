@@ -33,8 +33,8 @@ class FrameDecoder {
   public:
     [[nodiscard]] static Result<FrameDecoder> create();
 
-    /// Decodes the frame after the preceding ones: always samplesPerFrame() times channels
-    /// interleaved samples, zeros where decoding is impossible. Valid until the next call.
+    /// Decodes the next frame of the stream. Returns interleaved samples, always samplesPerFrame()
+    /// for each channel, with zeros where decoding is impossible. Valid until the next call.
     [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
     /// Whether the last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }

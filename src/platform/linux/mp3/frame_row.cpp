@@ -10,9 +10,9 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// How many frames must follow a frame that follows no other one. Random bytes contain a valid
-/// header at one offset in about 5,000, and one that two more follow at the right offsets, at one
-/// offset in 10^13.
+/// How many frames must follow the first frame of a row. Random bytes contain a valid header at one
+/// offset in about 5,000, and a valid header with two more at the right distances at one offset in
+/// 10^13.
 constexpr int followers = 2;
 
 bool startsWith(Bytes bytes, std::string_view sign) {

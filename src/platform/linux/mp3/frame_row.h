@@ -33,8 +33,9 @@ namespace sonarith::mp3 {
 /// is tried once, however often it is queried: hostile data can have headers at every fourth byte.
 class RowsAhead {
   public:
-    /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the source's
-    /// from `position` on, and extend three whole frames beyond `end`, unless the source ends.
+    /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the bytes
+    /// of the source from `position` on. They must extend three whole frames beyond `end`, unless
+    /// the source ends before.
     /// Precondition: position <= begin, and begin never decreases between calls.
     [[nodiscard]] bool anyWithin(const StreamFormat& format, std::int64_t begin, std::int64_t end,
                                  Bytes bytes, std::int64_t position);

@@ -212,7 +212,7 @@ TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
     EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a truncated frame";
 }
 
-TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadWithEverythingBefore) {
+TEST(FrameScannerTest, ReturnsAllFramesBeforeAPlaceThatCannotBeRead) {
     const Scan whole(ordinary());
     for (const std::size_t number : {0U, 1U, 80U, 155U}) {
         const auto bad = static_cast<std::size_t>(whole.frames[number].offset);
@@ -232,7 +232,7 @@ TEST(FrameScannerTest, EndsAtAPlaceThatCannotBeReadWithEverythingBefore) {
     }
 }
 
-TEST(FrameScannerTest, NeedNotReadTheContentsOfATag) {
+TEST(FrameScannerTest, DoesNotNeedTheContentsOfATag) {
     const Data tagged =
         fixture::text("ID3") + Data{4, 0, 0, 0, 4, 0, 0} + Data(65'536, 0) + ordinary();
     const fixture::BadPlaceSource source(tagged, 1000, 2000);

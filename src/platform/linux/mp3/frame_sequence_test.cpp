@@ -25,11 +25,11 @@ TEST(FrameSequenceTest, StartsAtTheFirstFrameIfThereIsNoInformationFrame) {
     EXPECT_EQ(frames.front().offset, 0);
 }
 
-TEST(FrameSequenceTest, KeepsLaterInformationFramesAsTheyAreSoundToADecoder) {
+TEST(FrameSequenceTest, KeepsLaterInformationFramesSinceDecodersTreatThemAsSound) {
     EXPECT_EQ(fixture::framesOf(fixture::ordinary() + fixture::ordinary()).size(), 311U);
 }
 
-TEST(FrameSequenceTest, OmitsTheInformationFrameBeforeItsFormat) {
+TEST(FrameSequenceTest, OmitsAnInformationFrameThatFollowsAnotherFormat) {
     const Data& other = fixture::encoded(48000, 2, "-b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + fixture::ordinary();
     const MemorySource source(data);

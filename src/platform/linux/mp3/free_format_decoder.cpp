@@ -75,7 +75,7 @@ FreeFormatDecoder::create(const ByteSource& source, std::int64_t offset, std::in
 }
 
 std::optional<PcmFormat> FreeFormatDecoder::formatOf(const DecoderHandle& handle) {
-    constexpr int forget = 1; // reports a new stream, as otherwise with the first frame
+    constexpr int forget = 1; // so that the next frame is not reported as a new format again
     long rate = 0;
     int channels = 0;
     int encoding = 0;

@@ -16,9 +16,9 @@ class FreeFormatDecoder : public PcmReader {
   public:
     /// For each frame that it gives up, the library needs time in proportion to the number of
     /// preceding frames (measured: 3 ns for each), so a long stream of damaged frames would take
-    /// hours. When these numbers add up to this limit (a third of a second of work), another
-    /// decoder begins after a frame that ends in silence, as frames that are given up do, so that
-    /// no sound is lost.
+    /// hours. When the sum of these numbers reaches this limit (a third of a second of work),
+    /// another decoder begins. It begins only after a frame that ends in silence, so that no sound
+    /// is lost; every frame that is given up ends in silence.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame there.
@@ -59,7 +59,7 @@ class FreeFormatDecoder : public PcmReader {
     DecodeCount count_;
     std::int64_t patience_;
     std::int64_t frames_ = 0; ///< of the current decoder
-    std::int64_t work_ = 0;   ///< frames that the decoder may have processed again
+    std::int64_t work_ = 0;   ///< sum of frames_ at the frames that end in silence
     int renewals_ = 0;
 };
 

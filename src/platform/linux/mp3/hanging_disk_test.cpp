@@ -82,7 +82,7 @@ TEST_F(HangingDiskTest, StopReturnsAndTheWavGetsItsNameWhenTheDiskAllows) {
     EXPECT_THAT(notices.texts(), testing::IsEmpty());
 }
 
-TEST_F(HangingDiskTest, StopReturnsWhileTheNameIsGiven) {
+TEST_F(HangingDiskTest, StopReturnsWhileTheWavIsBeingNamed) {
     HeldCalls disk({SYS_linkat});
     hangIn(disk, slow / "out.wav");
     EXPECT_TRUE(disk.run([&] { control->Stop().passOver(); }));

@@ -15,9 +15,9 @@ namespace sonarith::mp3 {
 class GaplessTrim {
   public:
     GaplessTrim() = default;
-    /// Samples before `begin` are cut, and those in [`end`, `codedEnd`), where the encoder's last
-    /// frame ends. Later samples were appended by another program and are kept. Precondition: 0 <=
-    /// begin <= end <= codedEnd.
+    /// Samples before `begin` and in [`end`, `codedEnd`) are cut. `codedEnd` is the end of the
+    /// encoder's last frame: later samples were appended by another program and are kept.
+    /// Precondition: 0 <= begin <= end <= codedEnd.
     GaplessTrim(std::int64_t begin, std::int64_t end, std::int64_t codedEnd)
         : begin_(begin), end_(end), codedEnd_(codedEnd) {}
 

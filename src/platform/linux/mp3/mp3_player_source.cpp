@@ -38,7 +38,7 @@ class Mp3PlayerSource::Decoder {
         room_.notify_all();
     }
 
-    /// Starving if it has fewer frames than the block needs, and more may follow.
+    /// `starving` if the queue has fewer frames than the block needs, and more may follow.
     sound::Pulled pull(std::span<sound::StereoFrame> block) {
         const std::lock_guard lock(mutex_);
         const std::size_t frames = queue_.pop(block);
@@ -52,8 +52,8 @@ class Mp3PlayerSource::Decoder {
     }
 
   private:
-    /// The space for which the thread is woken. A wake-up for each block of the card would cost
-    /// more than the decoding.
+    /// The thread is woken only when the queue has this much space: a wake-up for each block of the
+    /// card would cost more than the decoding.
     static constexpr std::size_t refillFrames = sound::frameRate / 4;
 
     void decodeAll() {

@@ -77,7 +77,7 @@ TEST_F(Mp3PlayerSourceTest, PlaysTheFormatOfMostFrames) {
     EXPECT_EQ(frames.size() * 2, fixture::sequentially(fixture::ordinary()).samples.size());
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsWhereTheFileBecameShorter) {
+TEST_F(Mp3PlayerSourceTest, EndsEarlyIfTheFileIsShortenedDuringPlaying) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     auto player = playFile(folder / "a.mp3");
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));

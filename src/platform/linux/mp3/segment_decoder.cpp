@@ -110,7 +110,7 @@ class SegmentRun {
 SegmentOutcome decodeSegment(const ByteSource& source, const StreamFormat& format,
                              const GaplessTrim& trim, const Segment& segment,
                              const TakeSamples& take, Until until) {
-    // A segment is too short for replacing its decoder.
+    // A single segment is so short that its decoder need not be replaced.
     Result<RenewedDecoder> decoder = RenewedDecoder::create(
         until == Until::streamEnd ? RenewedDecoder::usualPeriod : RenewedDecoder::never);
     if (!decoder.ok()) {

@@ -122,7 +122,7 @@ TEST(SegmentDecoderTest, ReturnsItsReceiversFailure) {
     EXPECT_EQ(end.failure->error.number, ErrorNumber::diskFull);
 }
 
-TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanItHad) {
+TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanTheSegment) {
     const MemorySource source(ordinary());
     const FrameSequence frames(source, StreamFormat{});
     const Segment segment{0, 200, {0, 417}, 0};

@@ -83,14 +83,14 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
         });
 }
 
-/// After a full disk: drops the samples after the frame `frames`, which other workers wrote and
-/// which took the missing space. Returns whether there is space now.
+/// After a full disk: drops the samples after the frame `frames`, since their space is needed for
+/// earlier samples. Other workers wrote them. Returns whether there is space now.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
 }
 
-/// Continues from that segment to the end with one decoder. Everything before the segment is
+/// Continues from segment `rest` to the end with one decoder. Everything before the segment is
 /// complete and without broken frames, so that a new decoder reaches the segment in the same state
 /// as one from the beginning. Returns the frame before which everything is in the WAV.
 std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {

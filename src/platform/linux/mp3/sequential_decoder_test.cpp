@@ -106,7 +106,7 @@ TEST(SequentialDecoderTest, ReturnsNoReaderWithoutAFrame) {
     }
 }
 
-TEST(SequentialDecoderTest, EndsWithAFailureIfReadingFailsAfterEverythingBefore) {
+TEST(SequentialDecoderTest, DecodesEverythingBeforeAReadFailureAndReportsIt) {
     const auto bad = static_cast<std::size_t>(fixture::framesOf(ordinary())[100].offset);
     const DecodedSound decoded = sequentially(fixture::BadPlaceSource(ordinary(), bad, SIZE_MAX));
     ASSERT_TRUE(decoded.failure);

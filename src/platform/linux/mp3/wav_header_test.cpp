@@ -41,7 +41,7 @@ TEST_F(WavHeaderTest, IsReadInBothForms) {
     }
 }
 
-TEST_F(WavHeaderTest, ThePlainFormIsTheOneThatEveryProgramReads) {
+TEST_F(WavHeaderTest, ThePlainFormHasTheUsualLengthAndHoldsTheLargestSize) {
     const Data header = plainWavHeader({44100, 2}, sound::maxWavSampleBytes);
     EXPECT_EQ(header.size(), static_cast<std::size_t>(sound::wavHeaderBytes));
     EXPECT_EQ(fixture::part(header, 4, 8), Data(4, 0xFF))

@@ -115,7 +115,7 @@ TEST_F(HangingFilesTest, TwoMountsHangIndependently) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), reportOf(e), returnOf(e)));
 }
 
-TEST_F(HangingFilesTest, OnlyAPathThatHangsForAnotherReasonIsRefusedUntilItsCallReturns) {
+TEST_F(HangingFilesTest, ACallThatHangsOnAnUnidentifiedMountBlocksOnlyItsOwnPath) {
     mounts->hang(d);
     int asked = 0;
     const auto ask = [&](const std::string& path) {

@@ -194,7 +194,7 @@ TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
         ASSERT_NE(outcome, test::KillOutcome::failed);
         left.push_back(world_.content("a.mp3"));
     }
-    // The process was killed before the write, then at its end, then not at all.
+    // The three processes: killed before the write, killed after it, not killed.
     EXPECT_EQ(left, (std::vector<std::optional<std::string>>{old, tag, tag}));
 }
 

@@ -58,7 +58,7 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // A chosen spelling has priority here as it has for the files that will be listed there.
+        // A chosen spelling has priority for this folder, as it has for the files in it.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }

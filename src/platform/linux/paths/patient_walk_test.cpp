@@ -21,8 +21,9 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-/// The fixture's walk reads ahead from the first folder of a test on, since the fixture has already
-/// listed E:. Its time for reading ahead is one hour, so that a slow machine cannot affect a test.
+/// A walk reads its first folder without reading ahead. The fixture has already listed E:, so its
+/// walk reads ahead from a test's first folder on. It may read ahead for one hour, so that a slow
+/// machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {
@@ -113,7 +114,7 @@ TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedAloneAndOnce) {
     EXPECT_TRUE(files.fileExists("e:\\b.wav"));
 }
 
-TEST_F(PatientWalkTest, ACallLeftBehindReadsNoFolderThatTheWalkStillLists) {
+TEST_F(PatientWalkTest, ListsAllOtherFoldersAfterAReadAheadWasLeftBehind) {
     mounts->write("f/late.wav");
     mounts->write("c/late.wav");
     PatientWalk usual(paths);

@@ -14,8 +14,8 @@ namespace sonarith {
 
 class RecordingPaths {
   public:
-    /// A save may wait twice this long, for the call and for the search of the mount that hangs.
-    /// That is less than the 100 ms in which Cancel must take effect.
+    /// A save may wait this long twice: for the call, and for the search for the mount that hangs.
+    /// Both waits together are shorter than the 100 ms within which Cancel must take effect.
     static constexpr Waiting::Duration saveBound{40};
 
     /// `files` must outlive this.
@@ -26,8 +26,8 @@ class RecordingPaths {
     [[nodiscard]] std::filesystem::path beginIn(const std::string& folder);
     /// The machine path of a recording's file; `file` is a path of the logic. If the file is in the
     /// folder of the last successful beginIn() and the disk does not respond within saveBound, the
-    /// name is used as given, although the folder may contain it in another case. For all other
-    /// folders as beginIn().
+    /// name is used as given, although the folder may contain it in another case. A file in any
+    /// other folder is translated as by beginIn().
     [[nodiscard]] std::filesystem::path saveAs(const std::string& file) const;
 
   private:

@@ -34,7 +34,7 @@ struct CaptureBacklog {
     std::mutex mutex;
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
-    bool flowing = false; ///< the cushion was filled, and the queue has not been empty since
+    bool flowing = false; ///< cushionFrames were queued, and each block since then was full
     CapturePump::Opening opening = CapturePump::Opening::pending;
     bool leaving = false;
 

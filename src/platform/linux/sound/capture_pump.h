@@ -29,9 +29,9 @@ struct CaptureBacklog;
 class CapturePump : public SampleSource {
   public:
     /// `open` is called at once, and again after a loss; `open` and `report` must own what they
-    /// use. A loss is reported when the device cannot be opened again. At the start it is reported
-    /// after two failures in a row, since `opening` returns the first failure. If no thread can be
-    /// started, the input is silent and counts as lost.
+    /// use. A loss is reported when the device cannot be opened again. At the start, a loss is
+    /// reported after the second failure in a row, since `opening` returns the first one. If no
+    /// thread can be started, the input is silent and counts as lost.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
                          const ThreadStarter& starter = startThread);
     ~CapturePump() override;
