@@ -9,8 +9,8 @@ namespace {
 /// frame, and its rounding depends on the position: after 8 frames it is at its starting position.
 constexpr std::int64_t windowTurn = 8;
 /// The minimum number of preceding frames. One would suffice for the overlap of neighbouring
-/// frames, the only lasting effect; the further ones were measured to be safe, and cost little
-/// time.
+/// frames, which is the only lasting effect of a frame. The further ones were measured to be safe,
+/// and cost little time.
 constexpr std::int64_t leastFrames = 24;
 /// For this many frames before the boundary, all data that they refer to must be available.
 constexpr std::int64_t soundFrames = 8;

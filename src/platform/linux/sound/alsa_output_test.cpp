@@ -79,7 +79,7 @@ class PlayingCard {
     std::shared_ptr<PatternSource> disc_;
 };
 
-/// Half a second of sound: the length that one wait of a test plays.
+/// Half a second of sound: each wait of a test lasts until this much more has been played.
 constexpr std::int64_t halfSecond = frameRate / 2;
 
 TEST(AlsaOutput, DeliversEverySampleOfASoundToTheServer) {
