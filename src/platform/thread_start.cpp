@@ -10,7 +10,8 @@ Result<std::thread> startThread(std::function<void()> body) {
     try {
         return std::thread(std::move(body));
     } catch (const std::system_error& error) {
-        // The system's limit of threads or memory is reached. Only this call of the library throws.
+        // The system's limit of threads or memory is reached. The program handles exceptions of no
+        // other library call.
         return Error{ErrorNumber::deviceUnavailable,
                      std::string("no thread can be started: ") + error.what()};
     }

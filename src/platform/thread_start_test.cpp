@@ -41,7 +41,7 @@ int withoutThreads() {
 TEST(StartThread, ReturnsAnErrorAtTheSystemsLimit) {
     const pid_t child = ::fork();
     if (child == 0) {
-        // The limit of the other user allows one process, but no second thread.
+        // The user's limit allows this process, but no second thread.
         ::_exit(withoutThreads());
     }
     int status = 0;

@@ -242,7 +242,7 @@ TEST_F(DiscPollTest, IsPlayingWhileTheModeBeginsWithPlaying) {
     }
 }
 
-TEST_F(DiscPollTest, NeverWritesPlaying) {
+TEST_F(DiscPollTest, NeverShowsPlayingInTheModeDisplay) {
     poll();
     EXPECT_THAT(wordsDuring([&] {
                     form.play.click();

@@ -219,8 +219,9 @@ void HeldEvents::timerEvent(QTimerEvent*) {
         watching_ = false;
         return;
     }
-    // A timer does not fire within its own event, so it is restarted before the delivery: a handler
-    // that yields receives the remaining input in its yield, as it would from the window system.
+    // A handler that yields must receive the remaining input in its yield, as it would from the
+    // window system. A timer does not fire within its own event, so the timer is restarted before
+    // the delivery.
     handOut_.start(0, this);
     deliver(takeNext());
 }

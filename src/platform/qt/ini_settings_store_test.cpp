@@ -272,7 +272,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadCompletely) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, WritesTheEarlierValuesTooOnceADiskIsNoLongerFull) {
+TEST_F(IniSettingsStoreTest, AlsoWritesTheEarlierValuesOnceTheDiskIsNoLongerFull) {
     write("[Settings]\nfirst=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0666));

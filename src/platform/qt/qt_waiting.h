@@ -20,9 +20,9 @@ namespace sonarith {
 /// runLater().
 class QtWaiting final : public Waiting {
   public:
-    /// After a close has ended a wait, all further waits until control is back in an event loop
-    /// last this long in total: short work still completes, but work that hangs cannot delay the
-    /// end of the program.
+    /// The total time of all further waits after a close has ended a wait, until control is back
+    /// in an event loop: short work still completes, but work that hangs cannot delay the end of
+    /// the program.
     static constexpr Duration haste{200};
 
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

@@ -354,7 +354,7 @@ TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     EXPECT_LT(loop.now() - begin, 1s) << "all further waits together";
     Completion done;
     done.complete();
-    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "work that has completed is still accepted";
+    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "completed work is still accepted";
     goOn();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
         << "the window was not closed, so waits last for their bound again";

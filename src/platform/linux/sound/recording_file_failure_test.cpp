@@ -192,7 +192,7 @@ TEST_F(FailingDiskTest, FailsAtTheFirstByteAndLeavesNoFile) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(FailingDiskTest, IsCopiedIfItsHeaderCannotBeChanged) {
+TEST_F(FailingDiskTest, CopiesTheRecordingIfItsHeaderCannotBeChanged) {
     int headers = 0;
     intercepted(
         [&](const seccomp_data& call) {
@@ -208,7 +208,7 @@ TEST_F(FailingDiskTest, IsCopiedIfItsHeaderCannotBeChanged) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, IsCopiedIfItCannotBeTruncated) {
+TEST_F(FailingDiskTest, CopiesTheRecordingIfItCannotBeTruncated) {
     int cuts = 0;
     intercepted(
         [&](const seccomp_data& call) {
@@ -227,7 +227,7 @@ TEST_F(FailingDiskTest, IsCopiedIfItCannotBeTruncated) {
     expectPlainWav(target, pattern(0, 100));
 }
 
-TEST_F(FailingDiskTest, IsNamedOnlyOnceItsHeaderCanBeWritten) {
+TEST_F(FailingDiskTest, NamesTheFileOnlyOnceItsHeaderCanBeWritten) {
     std::atomic<bool> broken = false;
     intercepted(
         [&](const seccomp_data& call) {

@@ -137,7 +137,7 @@ TEST_F(RecordingFileTest, KeepsThePlainFormUpToItsLimit) {
     expectPlainWav(target, pattern(0, 1000));
 }
 
-TEST_F(RecordingFileTest, IsSavedInEitherFormFromAHiddenName) {
+TEST_F(RecordingFileTest, SavesBothFormsFromAFileWithAHiddenName) {
     std::ofstream(target) << "old";
     constexpr std::int64_t smallLimit = 4000;
     for (const std::size_t frames : {std::size_t{1000}, std::size_t{1001}}) {

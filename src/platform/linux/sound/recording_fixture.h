@@ -54,7 +54,7 @@ class RecordingFixture : public testing::Test {
         return begin({folder.path()}, timing);
     }
 
-    /// Whether all frames except for less than a batch were taken from the queue to be written.
+    /// Whether less than a batch is in the queue: the writer has taken all earlier frames.
     [[nodiscard]] static bool isWritten(const Recording& recording) {
         const std::size_t waiting = RecordingQueue::capacityFrames - recording.sink()->room();
         return waiting < RecordingQueue::batchFrames;

@@ -298,7 +298,7 @@ TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, IsWaitedForAgainByASaveOfTheSameNameAndOfNoOther) {
+TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
     intercepted(
         [](const seccomp_data& call) {
             return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;

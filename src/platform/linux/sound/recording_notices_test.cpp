@@ -102,7 +102,7 @@ TEST_F(RecordingNoticesTest, ReportsALateSaveAndItsResult) {
                             "it is full"));
 }
 
-TEST_F(RecordingNoticesTest, ReportsOnceThatNoFolderCanHoldARecordingUntilOneCan) {
+TEST_F(RecordingNoticesTest, ReportsUnusableFoldersOnceUntilAFileCanBeCreated) {
     const Error error{ErrorNumber::diskFull, "\"/music\" does not fit: the disk is full"};
     notices.cannotBegin(error);
     notices.cannotBegin(error);

@@ -84,7 +84,7 @@ TEST_F(RecordingTest, FailsWithANoticeIfNoFolderAllowsIt) {
     EXPECT_THAT(shown.texts()[0], HasSubstr("Nothing is recorded: "));
     EXPECT_THAT(shown.texts()[0], HasSubstr("missing"));
     begin();
-    EXPECT_EQ(shown.texts().size(), 2U) << "the notice is settled";
+    EXPECT_EQ(shown.texts().size(), 2U) << "the cause is settled";
 }
 
 TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
@@ -95,10 +95,10 @@ TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, LeavesASinkToTheCardThatStoresNothing) {
+TEST_F(RecordingTest, ItsSinkNeverStopsTheCardAfterItsDestruction) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
-    EXPECT_GT(sink->room(), 1'000'000U) << "it never stops the card";
+    EXPECT_GT(sink->room(), 1'000'000U) << "the sink always has room";
 }
 
 TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
@@ -209,7 +209,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "KiB used, of more than 100,000 recorded and of 1,700 in a full queue";
+        << "KiB; more than 100,000 KiB were recorded, and a full queue needs 1,700 KiB";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {

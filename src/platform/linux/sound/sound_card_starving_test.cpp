@@ -264,7 +264,7 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     narrow->space = 100'000;
     card.advance(60s + 10ms);
     EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141)))
-        << "the card does not catch up the minute";
+        << "the card does not play the missed minute";
     EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is played as it is recorded";
 }
 

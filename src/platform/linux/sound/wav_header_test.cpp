@@ -36,7 +36,7 @@ TEST(WavHeader, IsReadInBothForms) {
     }
 }
 
-TEST(WavHeader, InThePlainFormHoldsSizesUpTo32Bits) {
+TEST(WavHeader, HoldsSizesUpTo32BitsInThePlainForm) {
     const std::vector<std::uint8_t> header = wavHeader(WavForm::plain, {}, maxWavSampleBytes);
     ASSERT_EQ(static_cast<std::int64_t>(header.size()), wavHeaderBytes);
     EXPECT_EQ(std::vector(header.begin() + 4, header.begin() + 8),

@@ -21,7 +21,7 @@ bool isOptical(const MountPoint& mount) {
     return mount.device.starts_with("11:") || mount.fileSystemType == "iso9660";
 }
 
-/// A server's folder, or a host's folder in a virtual machine.
+/// Whether the mount is a folder of a server, or of the host of a virtual machine.
 bool isRemote(const MountPoint& mount) {
     static constexpr std::array<std::string_view, 19> types = {
         "9p",     "afs",  "beegfs",    "ceph",   "cifs",    "coda", "davfs",

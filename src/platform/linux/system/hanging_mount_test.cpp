@@ -81,7 +81,7 @@ int lookAtAHangingMount(const std::string& point) {
         }
     }
     for (int patience = 0; patience < 5000 && threadsNow() > threadsBefore + 1; ++patience) {
-        ::usleep(1000); // threads whose calls were only late on a busy machine end
+        ::usleep(1000); // on a busy machine, calls that were only late still occupy threads
     }
     if (information.unanswered() != 1 || threadsNow() != threadsBefore + 1) {
         return 5;

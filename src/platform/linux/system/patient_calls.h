@@ -20,8 +20,8 @@ class PatientCalls {
     PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 
-    /// Returns the result of `question`, a std::optional; empty if it does not return within the
-    /// patience. Returns empty at once while an earlier question to the same object has not
+    /// Returns the result of `question`, a std::optional; empty if it does not return within
+    /// `patience`. Returns empty at once while an earlier question to the same object has not
     /// returned, so that an object that does not respond blocks one thread only. `question` must
     /// own everything that it accesses.
     template <typename Question>
@@ -47,7 +47,8 @@ class PatientCalls {
     waiting::WorkerThreads& threads_;
     Waiting& waiting_;
     Waiting::Duration patience_;
-    std::map<std::string, waiting::BlockingCalls> unanswered_; ///< also has the object called last
+    /// The objects whose call has not returned, and the object that was called last.
+    std::map<std::string, waiting::BlockingCalls> unanswered_;
 };
 
 } // namespace sonarith::system_information
