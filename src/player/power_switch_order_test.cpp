@@ -75,7 +75,7 @@ TEST_F(PowerSwitchOrderTest, TheResetStopsThePollThenClosesTheDiscThenClearsTheP
                          EXPECT_EQ(form.timeWindow.text(), "");
                          EXPECT_EQ(form.tracktime.caption(), "");
                          EXPECT_TRUE(player.disc.CDLoaded)
-                             << "is cleared later, before the disc is opened";
+                             << "CDLoaded is cleared later, before the disc is opened";
                      }),
               1);
     EXPECT_FALSE(player.disc.CDLoaded);
@@ -86,8 +86,8 @@ TEST_F(PowerSwitchOrderTest, OffKeepsTheStateOfTheDisc) {
     form.optNoCD.choose();
     EXPECT_TRUE(player.disc.CDLoaded);
     EXPECT_EQ(player.disc.NumTracks, 3);
-    // So a poll of the closed device, as after "Play CD" on the last track, treats the disc as
-    // removed.
+    // Therefore a poll of the closed device, here by "Play CD" on the last track, treats the disc
+    // as removed.
     process.currentTrack = 3;
     EXPECT_THAT(commandsOf([&] { form.mnuPlayCD.click(); }),
                 ElementsAre("status cd media present"));

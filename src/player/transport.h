@@ -23,8 +23,8 @@ class Transport {
     // Deliberate: a failed checked command unloads the panel, which yields. The handler then
     // continues, and its remaining commands fail.
 
-    /// Continues after a pause; otherwise plays the main window's track or, without one, the
-    /// current one. Deliberate: on the last track nothing is sent.
+    /// Continues after a pause; otherwise plays the track that is selected in the main window,
+    /// or the current track if none is selected. Deliberate: on the last track nothing is sent.
     void play_Click();
     void pause_Click();
     /// Stops and moves to the current track's start. Enables "Eject".

@@ -65,7 +65,7 @@ TEST_F(HeaderDisplayTest, ShowsTheAverageBitrateForAVariableRate) {
     EXPECT_TRUE(playlist.header.info().IsVbr);
 }
 
-TEST_F(HeaderDisplayTest, CutsBlanksAroundThePathAndFieldsAtTheirFirstNull) {
+TEST_F(HeaderDisplayTest, CutsBlanksAroundThePathAndCutsFieldsAtTheirFirstNull) {
     disk.addFile(pathA, Mp3Bytes(1000)
                             .header(1, commonHeader)
                             .end(tagOf(test::padded("Title", 30, '\0'), std::string("Art\0ist", 7)))
@@ -175,7 +175,7 @@ TEST_F(HeaderDisplayTest, TheResultsAreKeptWhenTheWindowCloses) {
     EXPECT_EQ(line(0), "Bitrate            128");
 }
 
-TEST_F(HeaderDisplayTest, AGenreOf32KeepsThePreviousFilesNumber) {
+TEST_F(HeaderDisplayTest, AGenreOf32ShowsThePreviousFilesGenre) {
     disk.addFile(
         pathA, Mp3Bytes(1000).header(1, commonHeader).end(tagOf("T", "", "", "", "", 17)).content);
     disk.addFile(
@@ -253,7 +253,8 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
     };
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
-    EXPECT_EQ(line(2), "Duration          0") << "of the file's length after it has shrunk";
+    EXPECT_EQ(line(2), "Duration          0")
+        << "computed from the length after the file has shrunk";
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
@@ -342,7 +343,7 @@ TEST_F(HeaderDisplayTest, AReloadedWindowHasNoNameFromAnEarlierDialog) {
     EXPECT_EQ(editor.List1.listCount(), 0);
 }
 
-TEST_F(HeaderDisplayTest, AnotherFailureOfTheDialogUsesThePreviousNameAgain) {
+TEST_F(HeaderDisplayTest, AFailureOfTheDialogOtherThanACancelUsesThePreviousName) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.cmdHdr1.click();

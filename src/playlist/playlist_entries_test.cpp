@@ -271,7 +271,7 @@ TEST_F(PlaylistEntriesTest, TheProcedureDecrementsTheCountForEachEntry) {
                             wrote("2", pathC)));
 }
 
-TEST_F(PlaylistEntriesTest, AnEmptyListCanBeDelistedFrom) {
+TEST_F(PlaylistEntriesTest, DelistingFromAnEmptyListWritesKeyMinus1AndTheCount0) {
     open({});
     editor.Command6.click();
     EXPECT_THAT(store.writes, ElementsAre(wrote("-1", ""), wrote("HowMany", "0")));

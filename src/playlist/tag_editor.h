@@ -15,9 +15,9 @@ class TagEditor {
     TagEditor(const TagEditor&) = delete;
     TagEditor& operator=(const TagEditor&) = delete;
 
-    /// " Write tag": overwrites the file's last 128 bytes with the tag in one call, even if they
-    /// are no tag. A shorter file is overwritten from its start; a missing one is created. A file
-    /// that cannot be opened for writing is unchanged, without a message.
+    /// " Write tag": overwrites the file's last 128 bytes with the tag in one call, even if those
+    /// bytes are not a tag. A shorter file is overwritten from its start; a missing one is created.
+    /// A file that cannot be opened for writing is unchanged, without a message.
     void cmdTag_Click();
 
   private:

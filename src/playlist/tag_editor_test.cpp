@@ -156,7 +156,7 @@ TEST_F(TagEditorTest, TheCommentsLastByteIsABlankUnlessTheUserTypesIt) {
     EXPECT_EQ(end(pathA).substr(97, 30), thirty);
 }
 
-TEST_F(TagEditorTest, WritesTheCodePageWithAQuestionMarkForOtherCharacters) {
+TEST_F(TagEditorTest, WritesTextInTheCodePageWithAQuestionMarkForOtherCharacters) {
     disk.addFile(pathA, sound(500));
     fill({"Zu\xcc\x88rich", "\xe4\xb8\xad!", "", "20"});
     write(pathA);

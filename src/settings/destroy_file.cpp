@@ -18,13 +18,14 @@ void pause(EventLoop& loop) {
     constexpr double pauseSeconds = 0.2;
     constexpr double secondsOfADay = 86400.0;
     const double start = loop.secondsSinceMidnight();
-    // waitWhile() tests its condition only after an event, so a timer provides events. Its
-    // interval, a tenth of the pause, is the most by which the pause can be too long.
+    // waitWhile() tests its condition only after an event, so a timer provides events. The pause
+    // can be too long by at most the timer's interval, a tenth of the pause.
     const auto wakeup = loop.every(std::chrono::milliseconds(20), [] {});
     loop.waitWhile([&] {
         double passed = loop.secondsSinceMidnight() - start;
         if (passed < 0) {
-            // Either midnight has passed, or the clock was set back; the latter ends the pause.
+            // Either midnight has passed, or the clock was set back. The sum is the elapsed time in
+            // the first case and ends the pause in the second.
             passed += secondsOfADay;
         }
         return passed < pauseSeconds;

@@ -249,7 +249,7 @@ TEST_F(DiskGuardTest, AcceptsTheLargestLimit) {
     EXPECT_TRUE(process.stopRequested);
 }
 
-TEST_F(DiskGuardTest, AlsoStopsIfItsLimitIsAboveTheWarningLimit) {
+TEST_F(DiskGuardTest, AlsoStopsIfTheStopLimitIsAboveTheWarningLimit) {
     settings.hdWarningNo = 10;
     settings.hdStopNo = 1000;
     freeOn("C:\\", 999'000'000);

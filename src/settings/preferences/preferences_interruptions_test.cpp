@@ -34,8 +34,8 @@ struct PreferencesInterrupted : test::PreferencesWorld {
         form.Text10.setText(name);
         form.Co111.click();
     }
-    /// Checks that the interrupted procedure's gathering of writes has ended: a change writes the
-    /// store once.
+    /// Checks that the interrupted procedure no longer gathers writes: one change causes one write
+    /// of the store.
     void expectPlainWrites() {
         const int before = store.fileWrites;
         form.Check5.setValue(1 - form.Check5.value()).passOver();
@@ -186,7 +186,7 @@ TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayer) {
         };
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.form.Check1.setValue(1).passOver();
-        // If the window was reopened, its own box applies, which shows the stored value.
+        // If the window was reopened, the new window's box is read, which shows the stored value.
         const bool reopened = what == Meanwhile::reopen;
         EXPECT_THAT(run.muted, ElementsAre(reopened ? "Option14" : "Option13"));
         EXPECT_EQ(run.form.loaded(), reopened);

@@ -97,7 +97,7 @@ void PreferencesWindow::wireOtherControls() {
     copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
     copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
     // Deliberate: runs before the key changes the text, so the saved text is one key behind until
-    // Command1.
+    // Command1 saves it.
     form_.Text7.onKeyDown = [this] {
         saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
     };

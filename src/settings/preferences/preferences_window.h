@@ -25,7 +25,7 @@ class PreferencesWindow {
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
     /// Ends at a stored value that its control does not accept; the window is loaded nevertheless.
-    /// Everything that it stores before its yield is one write of the store.
+    /// All values that it stores before its yield are written to the store in one write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
     void Form_QueryUnload();
@@ -57,10 +57,10 @@ class PreferencesWindow {
     Status showSettings();
     Status fillFormats();
 
-    /// Empty, after a message, if a new folder has no name.
+    /// Shows a message and returns nothing if a new folder has no name.
     [[nodiscard]] std::optional<DestinationFolder> chosenDestination();
     [[nodiscard]] bool makeFolders(const std::string& path);
-    /// Writes everything that the load step has saved to the disk: the next step may yield.
+    /// Writes to the disk everything that the load step has saved: the next step may yield.
     void endLoadWrites() { loadWrites_.reset(); }
 
     const Platform& platform_;
@@ -68,7 +68,7 @@ class PreferencesWindow {
     Windows& windows_;
     FrmPrefs& form_;
     DiskGuard& guard_;
-    /// Set only during the load step, and never across a yield.
+    /// Has a value only during the load step, and never during a yield.
     std::optional<StoreTransaction> loadWrites_;
 };
 
