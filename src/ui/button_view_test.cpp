@@ -45,7 +45,7 @@ TEST_F(ButtonViewTest, AButtonThatItsClickDisablesAndEnablesKeepsTheFocus) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_Space);
     EXPECT_EQ(parent.focusWidget(), &view);
-    // Nor does it take the focus from where the user has moved it.
+    // It does not take the focus back if the user has moved the focus to another widget.
     CommandButton third(form, "cmdThird", "Third");
     TextButtonView chosen(third, "", &parent);
     chosen.show();

@@ -25,8 +25,8 @@ template <typename... Properties>
 enum class Placement { elsewhere, byControl };
 
 /// How soon a new caption is shown. With a limited pace, a caption is shown at once if none was
-/// shown for 100 ms, otherwise up to 100 ms late: one that changes a thousand times a second is
-/// laid out, painted and sent to screen readers ten times a second.
+/// shown for 100 ms, otherwise up to 100 ms late: a caption that changes a thousand times a second
+/// is laid out, painted and sent to screen readers ten times a second.
 enum class Pace { atOnce, limited };
 
 /// Updates a widget when its control changes. It must be destroyed before the widget, for example

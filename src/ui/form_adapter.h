@@ -20,8 +20,8 @@ class FormAdapter : public QObject {
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 
-    /// Makes the window's present size the form's designed size. For a view whose contents
-    /// determine it.
+    /// Makes the window's present size the form's designed size. For a window whose contents
+    /// determine its size.
     void designSize();
 
   protected:

@@ -24,9 +24,9 @@
 // In main.cpp: `const LazyWindow finder(finderLayout(windows.frmsearch), help);`
 // In its test: `FormWindow window(finderLayout(form)); form.show();`
 //
-// Each view takes the name of its control for screen readers from the control's caption, its tool
-// tip, or the label that the layout passes. A drop-down list (ComboBoxView, DriveListView) also
-// needs a fixed text as its label: screen readers read that one.
+// The name of a view for screen readers is the control's caption, the control's tool tip, or the
+// label that the layout passes. A drop-down list (ComboBoxView, DriveListView) also needs a fixed
+// text beside it: screen readers read that text as its label.
 //
 // The tab order is the order in which the widgets are created. The widget of a control has the
 // control's name: `window.findChild<QWidget*>("lstfiles")`. A frame (FrameView), a page

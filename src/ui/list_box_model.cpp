@@ -62,8 +62,8 @@ void ListBoxModel::showLater() {
     }
 }
 
-/// For additions it is 0 unless others were announced within 30 ms: lines that a click adds appear
-/// at once.
+/// 0 for additions unless others were announced within the last 30 ms, so that lines that a click
+/// adds appear at once.
 std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
     if (gathered_ == Gathered::changes) {
         return longWait;
@@ -113,7 +113,7 @@ void ListBoxModel::follow(const ListChange& change) {
     }
 }
 
-/// Extends the pending place to `line` if that is close to it, otherwise returns false. The
+/// Extends the pending place to `line` if it is close to `line`, otherwise returns false. The
 /// unchanged lines between them become part of the place. A search removes the first folder and
 /// adds others after the next one: these changes are at one place.
 bool ListBoxModel::reaches(int line, int end) {
@@ -167,8 +167,8 @@ bool ListBoxModel::gathersRemoval(int line) {
     if (!pending_.any()) {
         pending_.first = line;
     }
-    // The removed line is before the place, and the extension includes it, or is the first after
-    // its end.
+    // If the removed line is before the place, the extended place includes it. Otherwise it is the
+    // first line after the extended place.
     const bool isBefore = line < pending_.first;
     if (!reaches(line, pending_.first + pending_.lines)) {
         return false;

@@ -39,8 +39,8 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The place of the pending changes: `rows` announced rows from `first` on, which `lines` lines
-    /// of the list replace. Each row before and after the place shows one line.
+    /// The place of the pending changes starts at `first`: there, `lines` lines of the list replace
+    /// `rows` announced rows. Each row before and after the place shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;

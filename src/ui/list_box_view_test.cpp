@@ -163,7 +163,7 @@ TEST_F(ListBoxViewTest, LinesAddedAtTheEndAreAnnouncedTogether) {
     EXPECT_EQ(rows(), 1001);
 }
 
-TEST_F(ListBoxViewTest, LinesAfterAWhileAreAnnouncedAtTheNextEventAndOthersLater) {
+TEST_F(ListBoxViewTest, AfterAPauseNewLinesAreAnnouncedAtTheNextEventAndFurtherOnesInGroups) {
     QTest::qWait(50);
     model.addItem("four");
     model.addItem("five");
@@ -181,7 +181,7 @@ TEST_F(ListBoxViewTest, LinesAfterAWhileAreAnnouncedAtTheNextEventAndOthersLater
     EXPECT_LE(announced.count(), time.elapsed() / 30 + 1);
 }
 
-TEST_F(ListBoxViewTest, ALineThatIsMadeCurrentAtOnceIsShownAtOnce) {
+TEST_F(ListBoxViewTest, ANewLineThatIsMadeCurrentIsShownAtOnce) {
     model.addItem("four");
     model.setListIndex(3).passOver();
     EXPECT_THAT(selectedRows(), ElementsAre(3));
@@ -243,7 +243,7 @@ TEST_F(ListBoxViewTest, VisibleLinesStayWhenOthersAreAddedOrRemovedAboveThem) {
     EXPECT_EQ(view.indexAt(QPoint(5, 5)).data().toString(), top);
 }
 
-TEST_F(ListBoxViewTest, ACutLineHasItsTextAsToolTipAndOthersHaveTheLists) {
+TEST_F(ListBoxViewTest, ACutLineHasItsTextAsToolTipAndOtherLinesHaveTheListsToolTip) {
     model.setToolTip("PlayList");
     const std::string longLine = "c:\\" + std::string(300, 'x') + "<b>.mp3";
     model.setList(1, longLine).passOver();

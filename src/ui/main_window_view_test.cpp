@@ -132,7 +132,7 @@ TEST_F(MainWindowViewTest, EveryControlHasAWidgetAndEveryWidgetAnAccessibleName)
     for (const QWidget* child : view.findChildren<QWidget*>()) {
         const std::string name = child->objectName().toStdString();
         names.insert(name);
-        // Qt's own parts within a widget are reached through it.
+        // Screen readers read the parts that Qt creates within a widget as parts of that widget.
         if (!name.empty() && !name.starts_with("qt_")) {
             EXPECT_FALSE(child->accessibleName().isEmpty()) << name;
         }

@@ -102,7 +102,7 @@ TEST_F(OptionButtonViewTest, TheTabKeyStopsOnceInAGroup) {
     EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(OptionButtonViewTest, WithoutACaptionItsToolTipIsItsName) {
+TEST_F(OptionButtonViewTest, WithoutACaptionTheAccessibleNameIsTheToolTipOrTheLabel) {
     EXPECT_EQ(onView.text(), "On");
     EXPECT_EQ(onView.accessibleName(), "On");
     on.setToolTip("Open CD Player");

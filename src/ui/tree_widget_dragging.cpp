@@ -139,8 +139,8 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // Simulates a pointer that leaves the node's own row: the handler ignores the node at which the
-    // previous drag ended until another node was reported. A group is reported twice, as by a
+    // Simulates a pointer that leaves the node's own row: until another node was reported, the
+    // handler ignores the node at which the previous drag ended. A group is reported twice, as by a
     // resting pointer, since the handler's state is stable only after the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {

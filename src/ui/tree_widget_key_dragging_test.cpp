@@ -27,7 +27,8 @@ class TreeKeyDragTest : public TreeFixture {
     QImage rowOf(const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     }
-    /// Compared in its initial state: the current row is painted differently.
+    /// Whether the row of `first` differs from `before`. It is current in both pictures, since the
+    /// current row is painted differently.
     bool isMarked() {
         const QPersistentModelIndex current = widget().currentIndex();
         goTo(first);

@@ -118,7 +118,7 @@ TEST_F(Cmaddfile2Test, AFileThatCannotBeReadIsIgnored) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, TheSameFileTwiceLeavesOneNodeAndOneEntry) {
+TEST_F(Cmaddfile2Test, AddingAFileTwiceLeavesOneNodeAndOneEntry) {
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
     adder.Cmaddfile2("C:\\MUSIC\\A.WAV");
@@ -203,7 +203,7 @@ TEST_F(Cmaddfile2Test, WithoutItsGroupTheEntryIsAddedAndTheNodeIsNot) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, AGroupRemovedBetweenTheYieldsLosesTheNodeButNotTheEntry) {
+TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedBetweenTheYieldsOnlyTheEntryIsAdded) {
     put("c:\\music\\a.wav");
     // The wait is one yield; the next one is between finding the group and adding to it.
     loop.atYield(2, [this] { view.remove(node("WAV Files Folder")).passOver(); });

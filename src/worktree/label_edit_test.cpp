@@ -217,7 +217,7 @@ TEST_F(LabelEditTest, AFullPathAsLabelFailsAndOpensTheEditorAgain) {
     EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(LabelEditTest, TheOldNameIsAPatternSoABracketDoesNotMatchItsOwnEntry) {
+TEST_F(LabelEditTest, AnOldNameWithABracketIsAPatternAndDoesNotMatchItsOwnEntry) {
     disk.addFile("c:\\music\\x[1].wav", "x");
     fill(form.List1, {"c:\\music\\x[1].wav"});
     addItem(view, node("WAV Files"), "p x", "x[1].wav").passOver();
