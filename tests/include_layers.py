@@ -31,7 +31,7 @@ NEIGHBOURS = {
     "platform/linux": ("platform/linux/",),
     "platform/qt": ("platform/qt/",),
 }
-# Folders of layer 4 that may include only layer 0 below them: devices do not use the application.
+# Folders of layer 4 that may include no lower layer but layer 0: devices do not use the application.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
 # Libraries by the folder that may use them; layers 0 to 3 may use only the first row.
 LIBRARIES = {

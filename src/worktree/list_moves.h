@@ -14,8 +14,8 @@
 namespace sonarith {
 
 /// The trigger of a move. Only a drag finds the whole path of a file by its name. A drag that
-/// selects an MP3 changes its entry only, as for a WAV file; a double click also empties the list
-/// of available MP3 files and duplicates the entries that were selected before.
+/// selects an MP3 moves only the entry of this file, as for a WAV file. A double click also empties
+/// the list of available MP3 files and duplicates the entries that were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {

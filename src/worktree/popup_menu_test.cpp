@@ -94,7 +94,7 @@ TEST_F(PopupMenuTest, AGroupOfWavFilesKeepsThePreviousState) {
     EXPECT_EQ(open(node("WAV Files")), "---");
 }
 
-TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesAllThreeOnly) {
+TEST_F(PopupMenuTest, ACollectionOrNoNodeDisablesTheThreeAndNothingElse) {
     for (const NodeRef& at : {node("CD Tracks"), node("MP3 Files Folder"), NodeRef()}) {
         setAll(true);
         EXPECT_EQ(open(at), "---");
@@ -148,7 +148,7 @@ TEST_F(PopupMenuTest, RemoveOfABareNameKeepsTheEntrySoTheFileIsStillProcessed) {
     EXPECT_THAT(lines(form.List2), ElementsAre(mp3File));
 }
 
-TEST_F(PopupMenuTest, RemoveDoesNothingForAnyOtherTextOrAMixedEnding) {
+TEST_F(PopupMenuTest, RemoveDoesNothingForGroupsTracksNoNodeOrAMixedCaseEnding) {
     const NodeRef mixed = addTo("WAV Files", "c.Wav");
     const auto before = outline();
     const int yields = loop.yieldCount();
@@ -205,7 +205,7 @@ TEST_F(PopupMenuTest, DeleteFindsTheEntryOfABareNameUnlikeRemove) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteAcceptsAMixedEndingUnlikeRemove) {
+TEST_F(PopupMenuTest, DeleteAcceptsAMixedCaseEndingUnlikeRemove) {
     disk.addFile("c:\\music\\C.Wav", "x");
     fill(form.List1, {"c:\\music\\C.Wav"});
     drag.DragNode = addTo("WAV Files", "c:\\music\\C.Wav");
@@ -214,7 +214,7 @@ TEST_F(PopupMenuTest, DeleteAcceptsAMixedEndingUnlikeRemove) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, DeleteDoesNothingForAnythingElse) {
+TEST_F(PopupMenuTest, DeleteDoesNothingForGroupsTracksOrNoNode) {
     const auto before = outline();
     for (const NodeRef& at : {node("WAV Files"), node("Track  1 - 00:03:05"), NodeRef()}) {
         drag.DragNode = at;
@@ -224,7 +224,7 @@ TEST_F(PopupMenuTest, DeleteDoesNothingForAnythingElse) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, AFileThatCannotBeDeletedLosesNodeAndEntry) {
+TEST_F(PopupMenuTest, NodeAndEntryOfAFileThatCannotBeDeletedAreRemoved) {
     disk.failWith(test::FakeFileSystem::Operation::touchForWriting, wavFile,
                   ErrorNumber::permissionDenied);
     press(node(wavFile), {.right = true});
@@ -284,12 +284,12 @@ TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotRedirectTheCommand) {
     EXPECT_NE(node(mp3File), nullptr);
 }
 
-/// An event during a deletion: before the file is searched (the first yield), and while it is being
-/// deleted.
+/// An event during a deletion: before the lists are searched for the file (the first yield), and
+/// while the file is being deleted.
 struct InTheMeantime {
     const char* what;
     std::function<void(PopupMenuTest&)> event;
-    /// Whether the file is still deleted if the event occurs before it is searched.
+    /// Whether the file is still deleted if the event occurs before the search.
     bool fileGoesAtFirstYield;
 };
 
@@ -297,7 +297,7 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     const InTheMeantime cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
-        // The entry is removed before the file is searched, so the search finds it in no list.
+        // The entry is removed before the search, which then finds the file in no list.
         {"the other command", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); }, false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
     };
@@ -324,7 +324,7 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
     }
 }
 
-TEST_F(PopupMenuTest, ARefreshInsideADeletionMustComeFirstForTheFileToBeRemoved) {
+TEST_F(PopupMenuTest, OnlyARefreshAfterTheFirstYieldOfADeletionAddsTheNodeAgain) {
     for (int n = 1; n <= 10; ++n) {
         SCOPED_TRACE(n);
         disk.addFile(wavFile, "x");
@@ -334,7 +334,7 @@ TEST_F(PopupMenuTest, ARefreshInsideADeletionMustComeFirstForTheFileToBeRemoved)
         loop.atYield(n, [this] { tree.showfiles(); });
         form.mnuRemoveDelete.click();
         EXPECT_FALSE(disk.fileExists(wavFile));
-        // The scan of a later refresh still finds the file, and the node is added again.
+        // The scan of such a refresh still finds the file, so the node is added again.
         EXPECT_EQ(node(wavFile) != nullptr, n > 1);
         EXPECT_THAT(lines(form.List1), IsEmpty());
     }

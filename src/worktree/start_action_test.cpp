@@ -247,7 +247,7 @@ struct ActionAndTreeTest : StartActionTest {
     }
 };
 
-TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheFirst) {
+TEST_F(ActionAndTreeTest, ThePopupOfAnotherNodeStartsTheNodeThatWasLeftClickedBefore) {
     click(t1);
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
@@ -259,13 +259,13 @@ TEST_F(ActionAndTreeTest, AfterALeftClickThePopupOfAnotherNodeStartsTheFirst) {
     EXPECT_EQ(view.selectedItem(), node(t1));
     form.mnuStart2.click();
     EXPECT_THAT(log, ElementsAre("cmdStart"));
-    // The other entries refer to the node that was clicked.
+    // The other entries of the popup refer to the node on which it was opened.
     form.mnuRemoveDelete.click();
     EXPECT_FALSE(disk.fileExists(mp3));
     EXPECT_NE(node(t1), nullptr);
 }
 
-TEST_F(ActionAndTreeTest, WithoutALeftClickBeforeThePopupStartsItsOwnNode) {
+TEST_F(ActionAndTreeTest, WithoutAnEarlierLeftClickThePopupStartsItsOwnNode) {
     press(node(mp3), {.right = true});
     run(form.mnupopup.onOpen);
     release(node(mp3), {.right = true});

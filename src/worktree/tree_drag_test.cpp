@@ -244,7 +244,7 @@ TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventCountsAgain) {
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t2, t1));
 }
 
-TEST_F(TreeDragTest, AWavMovesToTheOtherListWithoutASiblingGroup) {
+TEST_F(TreeDragTest, AWavsEntryMovesAlthoughThereIsNoSiblingGroup) {
     beginDrag(wav);
     dragOver("WAV Files");
     EXPECT_THAT(lines(form.List1), IsEmpty());

@@ -299,7 +299,7 @@ TEST_F(TreeMovesTest, TheTreeMayBeEmptiedInsideAnyYield) {
     }
 }
 
-TEST_F(TreeMovesTest, TracksTakenFromTheListInsideTheRebuildGetNoEmptyNodes) {
+TEST_F(TreeMovesTest, TracksRemovedFromTheListInsideTheRebuildGetNoEmptyNodes) {
     doubleClick(t1);
     press(node(t1));
     loop.atYield(1, [this] { form.lstTracks.clear(); });
@@ -314,7 +314,8 @@ TEST_F(TreeMovesTest, ADoubleClickInsideTheRebuildFinishesFirst) {
     moves.moveSelected();
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t2));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t2));
-    // t2 was removed from the list after its turn, so t1 moved into the next place.
+    // t2 was removed from the list after its node had been added; t3 moved into its place and was
+    // skipped.
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t3, t1));
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre(t1));
 }

@@ -21,7 +21,7 @@ class TreeSelection {
     TreeSelection& operator=(const TreeSelection&) = delete;
 
     /// Selects the node under the pointer, then opens the popup (right button) or starts label
-    /// editing. The first step that fails ends it.
+    /// editing. Returns after the first step that fails.
     void TreeView1_MouseDown(MouseButtons buttons, const NodeRef& at);
     /// Shows the next action; for a track, also sets the current track number.
     void TreeView1_MouseUp();

@@ -96,7 +96,7 @@ TEST_F(TreeSelectionTest, ADisabledPopupDoesNotOpenButTheNodeIsSelected) {
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
 }
 
-TEST_F(TreeSelectionTest, AGuardThatIsNotEmptyHighlightsDragNode) {
+TEST_F(TreeSelectionTest, ANonEmptyLabelEditGuardHighlightsDragNode) {
     drag.LabelEditGuard = "x";
     press(node(t1));
     EXPECT_EQ(view.dropHighlight(), node(t1));
@@ -120,7 +120,7 @@ TEST_F(TreeSelectionTest, AReleaseWithNothingSelectedChangesNothing) {
     EXPECT_EQ(view.selectedItem(), nullptr);
 }
 
-TEST_F(TreeSelectionTest, AReleaseSelectsTheHighlightedNodeAfterNamingTheOther) {
+TEST_F(TreeSelectionTest, AReleaseNamesTheSelectedNodeThenSelectsTheHighlightedOne) {
     press(node(wav), right);
     view.setDropHighlight(node(t12)).passOver();
     release(node(wav), right);
@@ -179,7 +179,7 @@ TEST_F(TreeSelectionTest, ADoubleClickWithNothingSelectedMovesNothing) {
     EXPECT_THAT(lines(form.lstTracks), ElementsAre(t1, t12));
 }
 
-TEST_F(TreeSelectionTest, ANodeRemovedInsideThePresssYieldIsNotSelected) {
+TEST_F(TreeSelectionTest, ANodeRemovedInsideTheYieldOfAPressIsNotSelected) {
     loop.atYield(1, [this] { view.remove(node("CD Tracks")).passOver(); });
     form.Label3.setCaption("as it was");
     press(node(t1));

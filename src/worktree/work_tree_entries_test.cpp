@@ -39,7 +39,7 @@ TEST_F(Showfiles3Test, StopsAtAnEntryOfEitherListThatEqualsTheChosenPath) {
     }
 }
 
-TEST_F(Showfiles3Test, ComparesExactlySoThatCapitalsDoNotMatchAndTheListsAreCrossed) {
+TEST_F(Showfiles3Test, ComparesCapitalsExactlyAndAppendsAWavToTheMp3List) {
     fill(form.List1, {"c:\\x\\two.wav"});
     choose(2);
     tree.showfiles3();
@@ -127,7 +127,7 @@ TEST_F(OneRootTest, KeysAndPicturesAreThoseOfTheLayoutWithThreeRoots) {
     }
 }
 
-TEST_F(OneRootTest, AMoveToAnotherSideFindsItsGroupForEveryKind) {
+TEST_F(OneRootTest, ADoubleClickFindsTheSiblingGroupForEveryKind) {
     doubleClick("b.wav");
     EXPECT_THAT(childrenOf("Selected WAV Files"), ElementsAre("b.wav"));
     doubleClick("b.wav");

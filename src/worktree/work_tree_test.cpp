@@ -300,7 +300,7 @@ TEST_F(ShowfilesTest, ABuildAlsoRemovesTheNodeAtTheSecondIndex) {
     EXPECT_THAT(childrenOf("MP3 Files Folder"), ElementsAre("Selected MP3 Files", "MP3 Files"));
 }
 
-TEST_F(ShowfilesTest, TheTreeCanBeUsedWhileTheScanYieldsWithoutTheOldCollection) {
+TEST_F(ShowfilesTest, TheTreeLacksTheOldCollectionButCanBeUsedWhileTheScanYields) {
     disc(twoTracks);
     files({"c:\\music\\a.wav"}, {"c:\\music\\b.mp3"});
     tree.showfiles();

@@ -20,7 +20,7 @@ from scenes import close
 from sound import bytes_of, check_track, disc_samples
 from waiting import Failure, check_equal, wait_for
 
-SECONDS = 6  # of each track: long enough to see something move
+SECONDS = 6  # of each track: long enough that the figures change visibly
 MOST_SECONDS = 240  # for the whole demonstration, on the slowest of machines
 
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A library that a test preloads into the program: calls for files below the folder STALLED_FOLDER
-// do not return while the file STALLED_WHILE exists, as on a disk that spins up or a dead server.
-// All other calls go to the system unchanged.
+// do not return while the file STALLED_WHILE exists, as on a disk that spins up or a server
+// that does not respond. All other calls reach the system unchanged.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -8,7 +8,7 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 2
 HERTZ = {"first": 440, "second": 550, "third": 660}
-# Long enough that a click on Cancel comes far before the end.
+# Long enough that a click on Cancel is handled far before the end.
 LONG_HOURS = 3
 
 

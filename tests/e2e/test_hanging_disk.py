@@ -34,7 +34,7 @@ def files_that_stall(desktop, folder):
     options = before.get("ASAN_OPTIONS", "")
     desktop.environment.update({
         "LD_PRELOAD": LIBRARY, "STALLED_FOLDER": str(folder), "STALLED_WHILE": str(switch),
-        # Needed because the preloaded library comes before the sanitizer's.
+        # Needed because this library is loaded before the sanitizer's.
         "ASAN_OPTIONS": f"{options}:verify_asan_link_order=0".lstrip(":")})
     try:
         yield switch

@@ -106,7 +106,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # The window is minimized again, since each time a new icon is added.
+        # The window is minimized again, since each minimizing adds a new icon.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -198,7 +198,7 @@ def of_two_panels_the_second_takes_over(desktop, program):
         wait_for_state(desktop, window, "Withdrawn")
         check_equal(second.icons(), [], "icons in the panel that waits in line")
         first.die()
-        # The second panel takes over at once: at no moment is there no watcher.
+        # The second panel takes over at once, so a watcher exists at every moment.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Mouse and keyboard of a user of a Wayland compositor: a client that speaks as much of the protocol
-as virtual devices need. A compositor without a screen has no devices of its own. No tool of Debian
-keeps a virtual mouse plugged in between two movements, as a drag needs it."""
+"""Simulates mouse and keyboard on a Wayland compositor: a client that implements only the part of
+the protocol that virtual devices need. A compositor without a screen has no devices of its own. For
+a drag a virtual mouse must stay plugged in between two movements; no tool in Debian provides this."""
 
 import array
 import socket
@@ -12,7 +12,7 @@ import time
 from waiting import check
 
 REGISTRY = 2
-# BTN_LEFT, BTN_MIDDLE and BTN_RIGHT of linux/input-event-codes.h, by the numbers that X has for them.
+# BTN_LEFT, BTN_MIDDLE and BTN_RIGHT of linux/input-event-codes.h, by X's button numbers.
 BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
 # Of linux/input-event-codes.h; a keymap adds 8.
 KEYS = {"Escape": 1, "Tab": 15, "Return": 28, "ctrl": 29, "shift": 42, "alt": 56, "space": 57,
@@ -65,7 +65,7 @@ class WaylandInput:
         self._end_frame()
 
     def press(self, writing):
-        """A key with modifiers, in the writing of xdotool ("alt+a", "Return")."""
+        """A key with modifiers, in the notation of xdotool ("alt+a", "Return")."""
         *modifiers, key = writing.split("+")
         for modifier in modifiers:
             self._key(modifier, True)
@@ -102,7 +102,7 @@ class WaylandInput:
         return self._last_id
 
     def _send(self, target, operation, *words, text=b"", file=None):
-        """`text` stands between the first word and the others, as wl_registry.bind has it."""
+        """Writes `text` between the first word and the others, as wl_registry.bind requires."""
         body = b"".join(struct.pack("=I", word) for word in words[:1 if text else None])
         if text:
             padded = text + b"\0" * (4 - len(text) % 4)
@@ -127,7 +127,7 @@ class WaylandInput:
             pass
 
     def _events(self):
-        """Receives what there is; the objects that sent something."""
+        """Receives once, and returns the objects that sent complete messages."""
         received = self._socket.recv(65536)
         check(received, "the compositor closed the connection")
         self._received += received

@@ -16,7 +16,7 @@
 namespace sonarith::test {
 
 struct EditorOver {
-    /// Loads the window with the stored list. Both parameters must outlive this.
+    /// Loads the window with the stored list. Both parameters must outlive this object.
     EditorOver(FileSystem& files, SettingsStore& store)
         : platform{.loop = machine.loop,
                    .media = machine.media,

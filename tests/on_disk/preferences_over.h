@@ -12,7 +12,7 @@
 namespace sonarith::test {
 
 struct PreferencesOver {
-    /// All parameters must outlive this.
+    /// All parameters must outlive this object.
     PreferencesOver(FileSystem& files, Directories& directories, SettingsStore& store)
         : platform{.loop = machine.loop,
                    .media = machine.media,

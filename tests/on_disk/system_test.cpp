@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every operation of the product's facade on this machine, compared with the machine's own tools:
-// each of them has a data source here.
+// Every operation of the product's facade on this machine, compared with the machine's own tools.
+// Unlike with a fake, each operation reads its real data source.
 #include <gmock/gmock.h>
 
 #include <array>

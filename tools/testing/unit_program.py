@@ -34,11 +34,11 @@ SANITIZER = re.compile(r"(?:ERROR|WARNING): \w+Sanitizer")
 # Lines that the program prints between tests and that report no failure.
 CHATTER = re.compile(r"\[[-=]{10}\] |\[  (?:PASSED|FAILED)  \] |Note: |Running main\(\) |\s*$")
 
-# Limit for a program all of whose tests crash: it is not run once for each test.
+# Limit of runs: a program whose tests all crash is not run once for each of them.
 MOST_RUNS = 10
-# Until the first test begins, on a busy machine.
+# Limit until the first test begins, on a busy machine.
 SECONDS_FOR_THE_START = 60
-# After the end of the program, for processes that it left behind and that hold its output open.
+# Limit after the end of the program for processes that it left behind and that keep its output open.
 SECONDS_FOR_ORPHANS = 2
 LINES_OUTSIDE_TESTS = 60
 
