@@ -140,7 +140,7 @@ int runProgram() {
     loop.setLastSteps([&] { machine.stop(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
-    // The window is complete.
+    // The main window is complete: the following steps do not delay it.
     tray.watchHosts();
     loadDeviceLibraries();
     loop.run();
@@ -157,7 +157,7 @@ int main(int argc, char** argv) {
     const EarlyFonts fonts;
     QApplication qt(argc, argv);
     QApplication::setApplicationName("sonarith");
-    // Docks and the desktop's menu know the windows by it.
+    // Docks and the desktop's menu identify the windows by this name.
     QApplication::setDesktopFileName("org.sonarith.sonarith");
     QApplication::setStyle(new ProgramStyle);
     return runProgram();

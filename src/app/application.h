@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The whole logic of the program: owns the process-wide variables, the forms and every subsystem.
-// The subsystems wire themselves to their forms; this class has no further behaviour.
+// The subsystems set the handlers of their forms; this class has no further behaviour.
 #pragma once
 
 #include "app/activity_clip.h"
@@ -32,8 +32,8 @@ class Application {
     /// program may end before this returns.
     void start();
 
-    /// After another disc or drive was chosen: "Refresh List", and the player that is on opens the
-    /// new one. Yields.
+    /// Call after another disc or drive was chosen. Runs "Refresh List"; a player that is on opens
+    /// the new disc. Yields.
     void readChosenDisc();
 
     [[nodiscard]] Windows& windows() { return windows_; }

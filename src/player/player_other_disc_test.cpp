@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Another disc under the player that is on: its device is released for the main window, and opened
-// again. A disc that is changed in the drive itself is in disc_poll_test.cpp.
+// Another disc or drive is chosen while the player is on: the player's device is closed for the
+// main window, and opened again. disc_poll_test.cpp tests a disc that is changed in the drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -55,7 +55,7 @@ TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
 }
 
-TEST_F(PlayersOtherDiscTest, MayBeNone) {
+TEST_F(PlayersOtherDiscTest, MayBeMissingInTheDrive) {
     player.power.releaseDisc();
     disc.remove();
     player.power.openDiscAgain();
@@ -96,7 +96,7 @@ TEST_F(PlayersOtherDiscTest, IsNotOpenedIfThePlayerWasSwitchedMeanwhile) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PlayersOtherDiscTest, IsNoConcernOfAPlayerThatIsOff) {
+TEST_F(PlayersOtherDiscTest, DoesNotAffectAPlayerThatIsOff) {
     form.Command6.click();
     EXPECT_THAT(operationsOf([&] {
                     player.power.releaseDisc();

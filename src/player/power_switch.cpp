@@ -109,7 +109,7 @@ void PowerSwitch::optNoCD_Click() {
     for (Timer* timer : {&form_.Timer6, &form_.Timer4, &form_.Timer2, &form_.Timer3}) {
         timer->setEnabled(false);
     }
-    // Again, because of timers that ticked in that yield.
+    // Repeated, because timers may have ticked in that yield.
     showOff();
     closeDisc();
     disableTransport();
@@ -122,7 +122,7 @@ void PowerSwitch::Command6_Click() {
     loop_.yield();
     showOff();
     loop_.yield();
-    // Runs its click, if it was ticked.
+    // If the box was ticked, this runs its click handler.
     form_.Check3.setValue(0).passOver();
     loop_.yield();
     form_.optNoCD.choose();
@@ -139,11 +139,11 @@ void PowerSwitch::releaseDisc() {
         return;
     }
     discReleased_ = true;
-    // A poll would meet the device of the main window, in another time format.
+    // A poll would query the main window's device, which uses another time format.
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();
-    // With no device it finds no medium, and drops the former disc.
+    // Without an open device the poll finds no medium, and drops the previous disc.
     poll_.UpdatePlayer();
 }
 
@@ -151,9 +151,9 @@ void PowerSwitch::openDiscAgain() {
     if (!std::exchange(discReleased_, false)) {
         return;
     }
-    // What the main window has left open.
+    // Closes the device that the main window has left open.
     closeDisc();
-    // Unchecked: a drive that is missing must not close the panel under the Devices window.
+    // Unchecked: a missing drive must not close the panel while the Devices window is open.
     if (!commands_.SendMCI(openCommand, CommandCheck::unchecked)) {
         form_.optNoCD.choose();
         return;

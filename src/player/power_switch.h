@@ -32,10 +32,10 @@ class PowerSwitch {
     /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
     /// seven times.
     void Command6_Click();
-    /// Before the main window reads another disc or drive that was chosen, which takes the device:
-    /// if the player is on, it closes the device, shows no disc, and does not poll.
+    /// Call before the main window reads another chosen disc or drive, for which it opens the
+    /// device: a player that is on closes the device, shows no disc, and stops polling.
     void releaseDisc();
-    /// After releaseDisc(): opens the device again, and the next poll finds the chosen disc.
+    /// Call after releaseDisc(): opens the device again, and the next poll finds the chosen disc.
     /// Without a disc device the player is switched off, which yields. No effect if the player was
     /// switched meanwhile.
     void openDiscAgain();

@@ -150,7 +150,7 @@ bool runWith(PlayerBench& bench, const SwitchOff& switchOff, const Event& event,
         bool over = false;
         bool reached = false;
     };
-    // The bench keeps an event that was not reached.
+    // Shared, since the bench keeps an event whose yield was not reached.
     const auto progress = std::make_shared<Progress>();
     bench.loop.atYield(n, [&bench, progress, happen = event.happen] {
         if (!progress->over) {

@@ -35,7 +35,7 @@ class AccessibleWindow : public QAccessibleWidget {
     }
 
   private:
-    /// Those of the menu bar are the bar's.
+    /// Without those of the menu bar, which are children of the bar.
     [[nodiscard]] QList<QMenu*> popups() const {
         return widget()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A form's window in the accessibility tree: its widgets, and the popup menus that it has opened,
-// which Qt leaves out where they hang in no menu bar. Names and roles of the widgets are their own.
+// A form's window in the accessibility tree: its widgets, and the popup menus that it has opened.
+// Qt omits popup menus that belong to no menu bar. Each widget provides its own name and role.
 #pragma once
 
 #include <QAccessibleInterface>

@@ -77,7 +77,7 @@ DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
     setAccessibleName(tr("Devices"));
     setModal(false);
     buildLayout();
-    // Device-independent pixels: all of it visible, and no higher than that.
+    // Device-independent pixels: the smallest height at which all controls are visible.
     resize(330, 430);
 
     const auto chooseItem = [this](const QListWidgetItem* item) {
@@ -231,7 +231,8 @@ void DevicesWindow::choose(const QListWidgetItem& item) {
 void DevicesWindow::chooseDrive(const std::string& drive) {
     if (calls_.driveInUse()) {
         if (!isVisible()) {
-            // For an image that was dropped elsewhere: the user must see the result.
+            // The window may be hidden if an image was dropped elsewhere: the user must see the
+            // result.
             open();
         }
         refused_ = true;

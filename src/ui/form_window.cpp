@@ -20,7 +20,7 @@ namespace sonarith {
 
 FormWindow::FormWindow(WindowLayout layout, HelpCall help)
     : layout_(std::move(layout)), help_(std::move(help)), client_(new QWidget(this)) {
-    QAccessible::installFactory(makeAccessibleWindow); // once, however often it is called
+    QAccessible::installFactory(makeAccessibleWindow); // Qt ignores repeated calls
     build();
     connectKeys();
     growToContents();
@@ -93,7 +93,7 @@ void FormWindow::growToContents() {
 void FormWindow::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
     if (event->reason() != QContextMenuEvent::Keyboard) {
-        // For a mouse event, the press has opened it.
+        // For a mouse event, the press has already opened the menu.
         return;
     }
     const QWidget* at = QApplication::focusWidget();

@@ -85,7 +85,7 @@ TEST_F(FormWindowTest, TheWindowManagersCloseUnloadsItsForm) {
     };
     FormWindow window(layout());
     form.show();
-    EXPECT_FALSE(window.close()) << "the form hides it";
+    EXPECT_FALSE(window.close()) << "the form hides the window itself";
     EXPECT_THAT(log, ElementsAre("query", "unload"));
     EXPECT_FALSE(window.isVisible());
     form.show();
@@ -228,7 +228,8 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallGrowsToTheContents) {
     EXPECT_EQ(form.left(), Twips(1500));
     form.unload();
     form.onLoad = [&] {
-        EXPECT_EQ(form.width(), Twips(least.width() * 15)) << "what the load step centres by";
+        EXPECT_EQ(form.width(), Twips(least.width() * 15))
+            << "the load step centres the window by this width";
     };
     show();
     EXPECT_EQ(window.size(), least);

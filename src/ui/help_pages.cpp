@@ -8,8 +8,8 @@
 #include <QFile>
 #include <QObject>
 
-/// In a static library the linker drops what only registers itself. The macro works outside of
-/// namespaces alone.
+/// The linker drops objects of a static library that nothing refers to; this call refers to the
+/// resource. The macro does not work inside a namespace.
 static void keepHelpResource() {
     Q_INIT_RESOURCE(help);
 }

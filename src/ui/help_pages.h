@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The help pages that ship with the program: which there are, where they are, and which belongs to
-// a window. Their text is in share/help/.
+// The help pages that ship with the program: their list, their folder, and the page about each
+// window. Their text is in share/help/.
 #pragma once
 
 #include <string>

@@ -72,7 +72,7 @@ void HelpWindow::buildLayout() {
     search_->setAccessibleName(tr("Search in all pages"));
     search_->setPlaceholderText(tr("Search"));
     search_->setClearButtonEnabled(true);
-    // Without an accessible name: a screen reader would read that in place of the text.
+    // No accessible name is set: a screen reader would read it instead of the text.
     outcome_->setObjectName(QStringLiteral("outcome"));
 
     auto* bar = new QHBoxLayout;
@@ -178,7 +178,7 @@ void HelpWindow::findNext() {
     }
     const auto& pages = helpPages();
     const auto current = static_cast<std::size_t>(std::max(0, contents_->currentRow()));
-    // The last one is the page itself: a match may be before the present position.
+    // The last step returns to the current page: a match may be before the current position.
     for (std::size_t step = 1; step <= pages.size(); ++step) {
         const QString& file = pages[(current + step) % pages.size()].file;
         if (holds(file, text)) {

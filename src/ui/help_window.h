@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window that shows the help pages: contents, back and forward, search through all pages. It
-// knows no other window; program_help.h decides which page is shown.
+// The window that shows the help pages: contents, back and forward, search through all pages. It is
+// independent of the other windows; program_help.h decides which page is shown.
 #pragma once
 
 #include <QLabel>
@@ -14,7 +14,7 @@ namespace sonarith {
 
 class HelpWindow : public QWidget {
   public:
-    /// `folder` holds the pages; see helpFolder().
+    /// `folder` contains the pages; see helpFolder().
     explicit HelpWindow(QString folder);
 
     /// Shows a page ("main.html") and the window. Without such a page it returns false and changes
@@ -22,8 +22,8 @@ class HelpWindow : public QWidget {
     bool showPage(const QString& file);
     /// The file of the page that is shown; empty before the first.
     [[nodiscard]] QString page() const;
-    /// Selects the next match of the search field's text, in this page or those that follow; after
-    /// the last page comes the first. Shows "Not found" if there is none.
+    /// Selects the next match of the search field's text, in this page or the following ones; after
+    /// the last page it continues with the first. Shows "Not found" if there is none.
     void findNext();
 
   private:

@@ -58,7 +58,7 @@ TEST_F(HelpPagesTest, EveryLinkOfEachPageResolves) {
     EXPECT_GT(links, 20);
 }
 
-TEST_F(HelpPagesTest, EveryPictureOfEachPageIsThereIsDescribedAndFitsTheWindow) {
+TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsHasADescriptionAndFitsTheWindow) {
     int pictures = 0;
     for (const HelpPage& page : helpPages()) {
         const QString html = read(page.file);
@@ -83,7 +83,7 @@ TEST_F(HelpPagesTest, TheContentsHasEveryPageOfTheFolderUnderItsOwnTitle) {
     }
 }
 
-TEST_F(HelpPagesTest, TheCopyInTheProgramIsThatOfTheSources) {
+TEST_F(HelpPagesTest, TheCopyInTheProgramEqualsTheSources) {
     const QDir sources(QStringLiteral(SONARITH_SOURCES "/share/help"));
     ASSERT_EQ(helpFolder(), ":/help");
     int files = 0;
@@ -189,7 +189,7 @@ TEST_F(HelpWindowTest, ALinkIsFollowedByKeyboard) {
     EXPECT_EQ(window.page(), "main.html");
 }
 
-TEST_F(HelpWindowTest, SearchGoesThroughTheFollowingPagesAndAroundTheEnd) {
+TEST_F(HelpWindowTest, SearchContinuesOnTheFollowingPagesAndThenOnTheFirst) {
     window.showPage("main.html");
     search("brackets, such");
     EXPECT_EQ(child<QLabel>("outcome").text(), "Not found");
@@ -205,7 +205,7 @@ TEST_F(HelpWindowTest, SearchGoesThroughTheFollowingPagesAndAroundTheEnd) {
     EXPECT_EQ(selected(), "Put an audio CD");
 }
 
-TEST_F(HelpWindowTest, F3FindsTheNextPlace) {
+TEST_F(HelpWindowTest, F3FindsTheNextMatch) {
     window.showPage("surprises.html");
     search("bracket");
     const int first = child<QTextBrowser>("text").textCursor().position();
@@ -215,14 +215,14 @@ TEST_F(HelpWindowTest, F3FindsTheNextPlace) {
                 child<QTextBrowser>("text").textCursor().position() > first);
 }
 
-TEST_F(HelpWindowTest, EachPartHasASpokenName) {
+TEST_F(HelpWindowTest, EachPartHasAnAccessibleName) {
     for (const char* name : {"contents", "text", "search", "back", "forward"}) {
         EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;
     }
     EXPECT_GE(child<QTextBrowser>("text").font().pointSizeF(), 11);
 }
 
-TEST_F(HelpWindowTest, TheSearchResultIsSpoken) {
+TEST_F(HelpWindowTest, TheSearchResultIsAccessible) {
     window.showPage("main.html");
     search("PEBIBYTE");
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&child<QLabel>("outcome"))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Help on the window that asked for it. All windows ask by the help button of the main window,
-// which names no window; so the one that asked is kept here meanwhile.
+// Help on the window that requested it. All windows click the main window's help button, which
+// passes no window; so this class stores the window that requested help.
 #pragma once
 
 #include <functional>
@@ -13,15 +13,16 @@ namespace sonarith {
 
 class ProgramHelp {
   public:
-    /// `folder` holds the pages; see helpFolder().
+    /// `folder` contains the pages; see helpFolder().
     explicit ProgramHelp(QString folder);
 
-    /// Runs `press`, and what is shown meanwhile is the page about `window` (the name of a form).
+    /// Runs `press`; help that is shown during this call is the page about `window` (the name of a
+    /// form).
     void askFrom(const std::string& window, const std::function<void()>& press);
-    /// Shows the page about the window that asked, the main window if none did. False if there is
-    /// no such page.
+    /// Shows the page about the window that requested help, or about the main window if none did.
+    /// Returns false if there is no such page.
     bool show();
-    /// Null before help was first shown.
+    /// Null until help is first shown.
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }
 
   private:

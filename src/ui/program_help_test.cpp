@@ -84,18 +84,18 @@ TEST_F(ProgramHelpTest, F1OpensThePageOfItsWindow) {
     EXPECT_EQ(pageAfterF1(view), "main.html");
 }
 
-TEST_F(ProgramHelpTest, TheMainWindowsButtonOpensItsPageAfterAnotherWindowHasAsked) {
+TEST_F(ProgramHelpTest, TheMainWindowsButtonOpensItsPageAfterHelpOnAnotherWindow) {
     ask("Form4");
     windows.Form1.Cmdhelp.click();
     EXPECT_EQ(help.window()->page(), "main.html");
 }
 
-TEST_F(ProgramHelpTest, AWindowWithoutAPageGetsTheFirst) {
+TEST_F(ProgramHelpTest, AWindowWithoutAPageOpensTheFirstPage) {
     ask("frmpopup");
     EXPECT_EQ(help.window()->page(), "first.html");
 }
 
-TEST(ProgramHelp, WithoutPagesItSaysSo) {
+TEST(ProgramHelp, ReturnsFalseIfThePagesAreMissing) {
     ProgramHelp help("/nowhere");
     EXPECT_FALSE(help.show());
     EXPECT_FALSE(help.window()->isVisible());

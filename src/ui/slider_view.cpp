@@ -16,8 +16,8 @@ namespace {
 constexpr int stepsInRange = 50;
 constexpr int pagesInRange = 10;
 
-/// What a screen reader reads of a slider: a number on the user's scale. Qt's own would read the
-/// widget's value, thousands that the user sees nowhere.
+/// What a screen reader reads of a slider: a number on the user's scale. Qt's own interface would
+/// return the widget's value, a large number that the user never sees.
 class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit AccessibleSlider(SliderView& view)
@@ -60,7 +60,7 @@ QAccessibleInterface* makeAccessibleSlider(const QString&, QObject* object) {
 } // namespace
 
 SliderView::SpokenByScale::SpokenByScale() {
-    QAccessible::installFactory(makeAccessibleSlider); // once, however often it is called
+    QAccessible::installFactory(makeAccessibleSlider); // Qt ignores repeated calls
 }
 
 SliderView::SliderView(Slider& slider, QString label, Qt::Orientation orientation,

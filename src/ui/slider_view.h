@@ -10,16 +10,16 @@
 
 namespace sonarith {
 
-/// The widget's own value grows upwards or to the right, as do its groove's fill, the keys, and
-/// what a screen reader reads; where the control's highest value is at the other end, it is
-/// mirrored.
+/// The widget's own value increases upwards or to the right, and so do the filled part of its
+/// groove, the effect of the keys, and the number that a screen reader reads. If the control's
+/// highest value is at the other end, the value is mirrored.
 class SliderView : public QSlider {
   public:
     /// The end with the control's highest value.
     enum class Greatest { topOrRight, bottomOrLeft };
 
-    /// `shownTop`: the number that stands for the top or right end where the user reads one, with 0
-    /// for the other end; it is the scale for screen readers.
+    /// `shownTop`: the number that the user sees for the top or right end; the other end is 0.
+    /// Screen readers use this scale.
     SliderView(Slider& slider, QString label, Qt::Orientation orientation, Greatest greatest,
                int shownTop, QWidget* parent);
 
@@ -28,15 +28,15 @@ class SliderView : public QSlider {
 
   private:
     void showValue();
-    /// The widget's value of a control's value, and the other way round.
+    /// Converts a control's value to the widget's value, or back.
     [[nodiscard]] int mirrored(int value) const;
 
-    /// Makes Qt ask this file for the interface of each SliderView.
+    /// Installs the factory for the accessible interface of each SliderView.
     struct SpokenByScale {
         SpokenByScale();
     };
 
-    SpokenByScale spoken_; ///< before view_, which names the widget: its interface is made then
+    SpokenByScale spoken_; ///< before view_: setting the widget's name creates its interface
     Slider& slider_;
     const Greatest greatest_;
     const int shownTop_;

@@ -34,9 +34,9 @@ class SliderViewTest : public testing::Test {
                     10,    &parent};
 };
 
-TEST_F(SliderViewTest, ACodesMoveIsShownAndRunsNoHandler) {
+TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
-    // The widget's own value is that of the loudness, which is the distance from its lower end.
+    // The widget's own value is the loudness: the distance from its lower end.
     EXPECT_EQ(view.value(), 32767);
     EXPECT_EQ(view.maximum(), 65535);
     EXPECT_EQ(moves, 0);
@@ -147,7 +147,7 @@ TEST_F(SliderViewTest, AScreenReaderReadsAndSetsTheNumberThatTheUserSees) {
     EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.2, 0.001);
     value->setCurrentValue(10);
     EXPECT_EQ(model.value(), 0);
-    EXPECT_EQ(moves, 0) << "it was there";
+    EXPECT_EQ(moves, 0) << "the slider was already at this position";
     value->setCurrentValue(7.5);
     EXPECT_NEAR(model.value(), 65535 / 4, 1);
     EXPECT_EQ(moves, 1);

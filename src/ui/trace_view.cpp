@@ -15,7 +15,8 @@ namespace {
 
 /// In device-independent pixels.
 constexpr int lineWidth = 1;
-/// Far outside of any screen; the rectangles of widgets are integers.
+/// A bound for coordinates, far outside of any screen: rectangles of widgets have integer
+/// coordinates, which must not overflow.
 constexpr double farthest = 1e6;
 
 QPointF inPixels(const PicturePoint& point) {
@@ -43,8 +44,8 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-/// While its window is minimized, nothing is asked of Qt: a repaint that is not made costs it a
-/// timer all the same, at each of a hundred lines a second.
+/// Requests no repaint while its window is minimized: Qt would start a timer for each request
+/// without painting, at a hundred lines a second.
 void TraceView::showLine(const PictureLine& line) {
     const QWindow* handle = window()->windowHandle();
     if (!handle || !handle->isExposed()) {

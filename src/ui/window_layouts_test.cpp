@@ -41,7 +41,7 @@ class WindowLayouts : public testing::Test {
         return names;
     }
     static QString labelOf(const QWidget& child) {
-        // The interface is not a part of the widget's state.
+        // The query does not change the widget's state.
         QAccessibleInterface* accessible =
             QAccessible::queryAccessibleInterface(const_cast<QWidget*>(&child));
         const auto labels = accessible->relations(QAccessible::Label);
@@ -52,7 +52,8 @@ class WindowLayouts : public testing::Test {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
             const std::string name = child->objectName().toStdString();
-            // The name of such a box is its entry, on this desktop; its label says what it is.
+            // On this platform the accessible name of such a box is its entry, so a label must
+            // describe it.
             if (qobject_cast<const QComboBox*>(child) && labelOf(*child).isEmpty()) {
                 found.push_back(name + " has no label");
             }
@@ -207,8 +208,8 @@ TEST_F(WindowLayouts, TheFoldersToSearchAreVisibleWhileTheListsAreHidden) {
     EXPECT_EQ(seenInTheMiddleOf(*toDo), toDo);
 }
 
-/// Each update would lay the window out and paint it, thousands of times in a search.
-TEST_F(WindowLayouts, OfASearchTheFinderShowsEachMomentAndNotEachFolder) {
+/// An update for each folder would lay out and paint the window thousands of times in a search.
+TEST_F(WindowLayouts, TheFinderUpdatesItsProgressAtIntervalsAndNotForEachFolder) {
     FrmSearch form(machine.files, machine.directories);
     FormWindow window(finderLayout(form));
     form.show();
@@ -253,7 +254,7 @@ TEST_F(WindowLayouts, ThePreferencesShowTheirControls) {
                  "Check10",  "Check3",     "Check5",   "Check4", "cbxFormat", "Check1", "Text9",
                  "Check2",   "Picture6",   "Text10",   "Co111",  "Drive2",    "Dir2"}),
         IsEmpty());
-    // They only store data.
+    // These labels only store data and have no widget.
     EXPECT_THAT(missing(window, {"Label3", "Label4"}), testing::SizeIs(2));
     form.Picture6.setVisible(true);
     auto* tabs = window.findChild<QTabWidget*>();

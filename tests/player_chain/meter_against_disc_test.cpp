@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The level meter against the samples of a disc image, through everything that lies between: image,
-// drive, command interpreter, sound card, mixer and wave input. Only the clock is the test's.
+// Compares the level meter with the samples of a disc image, through the whole chain: image, drive,
+// command interpreter, sound card, mixer and wave input. Only the clock is simulated.
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -54,12 +54,12 @@ class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
     }
     ~TheMeterOnARealCard() override { world_.form.Command6.click(); }
 
-    /// Lets `blocks` of the disc pass, one after the other.
+    /// Plays this number of blocks of the disc, one after the other.
     void pass(std::size_t blocks) {
         for (std::size_t i = 0; i < blocks; ++i) {
             const std::size_t before = kept_->frames.size();
-            // The reader's thread delivers the sound; a card that lacks it waits, and does not make
-            // up the time.
+            // The reader's thread delivers the sound; a card without available sound waits, and
+            // does not catch up that time.
             ASSERT_TRUE(fakes::eventually([&] {
                 if (kept_->frames.size() == before) {
                     time_ += 10ms;
@@ -95,7 +95,7 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceTheLastOne) {
     std::vector<int> levels;
     for (int tick = 0; tick < 150; ++tick) {
         SCOPED_TRACE("tick " + std::to_string(tick));
-        // One block for most ticks, and more where the window was busy.
+        // One block for most ticks, and four for some, as if the window had been busy.
         ASSERT_NO_FATAL_FAILURE(pass(tick % 7 == 6 ? 4 : 1));
         const std::size_t end = kept_->frames.size();
         ASSERT_LE(end, samples_.size());
@@ -104,11 +104,11 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceTheLastOne) {
         if (levels.empty() || level != levels.back()) {
             levels.push_back(level);
         }
-        // The same again as long as nothing has passed.
+        // The reading stays the same until another block is played.
         expectReading(level);
         from = end;
     }
-    EXPECT_GT(levels.size(), 20U) << "the signal is one in which a wrong block would be seen";
+    EXPECT_GT(levels.size(), 20U) << "the levels differ enough to detect a wrong block";
     // The disc's sound from its first sample on, and nothing else.
     disc::expectFrames(kept_->frames,
                        {samples_.begin(), samples_.begin() + std::ssize(kept_->frames)});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The CD player on the real devices: disc drive, command interpreter, sound card, mixer and wave
-// input. The loop, the store and the boxes are fakes; the caller fires the timers and moves the
+// input. The loop, the store and the boxes are fakes; the caller fires the timers and advances the
 // card. For tests and benchmarks.
 #pragma once
 
@@ -26,7 +26,7 @@ namespace sonarith::test {
 
 class PlayerOnCard {
   public:
-    /// `now` is the clock that moves the card.
+    /// `now` is the clock that advances the card.
     PlayerOnCard(std::shared_ptr<disc::Drive> drive, std::function<sound::SoundCard::Time()> now)
         : media(
               mci::devicesOf(mci::Machine{card, now, [drive] { return drive; },

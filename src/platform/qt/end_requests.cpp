@@ -27,7 +27,7 @@ volatile std::sig_atomic_t writeEnd = -1;
 void notifyEventLoop(int) {
     const int kept = errno;
     const char byte = 0;
-    // A full pipe has already notified it.
+    // If the pipe is full, the event loop is already notified.
     [[maybe_unused]] const ssize_t written = ::write(static_cast<int>(writeEnd), &byte, 1);
     errno = kept;
 }

@@ -31,8 +31,9 @@ class QtShell : public Shell {
 
     [[nodiscard]] Twips screenWidth() const override;
     [[nodiscard]] Twips screenHeight() const override;
-    /// Opens a file that exists in the desktop's viewer (if none is installed, the desktop reports
-    /// that), else shows the program's own pages. If these are missing too, that is a notice.
+    /// If the file exists, opens it in the desktop's viewer; if no viewer is installed, the desktop
+    /// reports that. Otherwise shows the program's own pages; if these are missing, too, reports a
+    /// notice.
     void showHelp(const std::string& path) override;
     /// Returns when the user has closed the box.
     void showAboutBox() override;

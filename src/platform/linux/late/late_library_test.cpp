@@ -57,7 +57,7 @@ TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
 }
 
 TEST(LateLibrary, FindsEachFunctionUnderItsOwnName) {
-    // From two threads at once, as the dynamic linker would allow it.
+    // Two threads call at once, which the dynamic linker allows, too.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

@@ -87,14 +87,14 @@ TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldOneCannotBeRead) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     session.machine.transport->isGone = true;
-    // Once, so that the player drops the lengths of the old one.
+    // Reported missing once, so that the player drops the lengths of the old disc.
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.machine.transport, nullptr);
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
 }
 
-TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheTrayIsClosedAgain) {
+TEST(ADiscChangedThroughTheTray, IsReportedMissingOnceEvenIfTheTrayIsClosedAgain) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("set cd door open"), fine());
@@ -105,7 +105,7 @@ TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheTrayIsClosedAgain) {
     EXPECT_EQ(session.send("status cd length"), said("00:25:00"));
 }
 
-TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheNextOneWasReadByAnotherQuestion) {
+TEST(ADiscChangedThroughTheTray, IsReportedMissingOnceEvenIfAnotherCommandReadTheNextDisc) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("set cd door open"), fine());
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
@@ -115,11 +115,11 @@ TEST(ADiscChangedThroughTheTray, IsMissedOnceEvenIfTheNextOneWasReadByAnotherQue
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(ADiscChosenWithAnotherDrive, IsMissedOnlyOnce) {
+TEST(ADiscChosenWithAnotherDrive, IsReportedMissingOnlyOnce) {
     CdSession session(threeTracks());
     session.machine.drive =
         std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
-    // The tray's command has followed the choice before the player asks.
+    // The tray's command has switched to the chosen drive before the player's query.
     EXPECT_EQ(session.send("set cd door closed"), fine());
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -165,7 +165,7 @@ TEST(AnOpenDevice, MovesTheTrayOfTheChosenDrive) {
     EXPECT_TRUE(session.machine.drive->trayOpen);
 }
 
-/// Reads its table for any length of time without blocking the caller.
+/// A drive whose table is read for any length of time without blocking the caller.
 class SlowDrive : public fakes::FakeDrive {
   public:
     using FakeDrive::FakeDrive;
@@ -187,7 +187,7 @@ TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
     for (int second = 0; second < 10; ++second) {
         EXPECT_EQ(session.send("status cd media present"), said("false"));
     }
-    EXPECT_EQ(drive->loads, loads) << "no load that the caller waits for";
+    EXPECT_EQ(drive->loads, loads) << "the caller waited for a load";
     EXPECT_EQ(drive->asked, 10);
     drive->ready = true;
     EXPECT_EQ(session.send("status cd media present"), said("true"));

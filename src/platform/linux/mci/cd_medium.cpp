@@ -10,9 +10,9 @@ namespace {
 
 using disc::PlayerMode;
 
-/// How many loads of an unreadable disc are tried before it counts as no disc until it is removed.
-/// A drive may need a second try while it spins up; each may take as long as the drive takes, and
-/// the player queries once a second.
+/// How often the load of an unreadable disc is tried; after that it counts as no disc until it is
+/// removed. A drive may need a second try while it spins up. The number is limited, because each
+/// try takes as long as the drive needs, and the player queries once a second.
 constexpr int maxLoadTries = 3;
 
 } // namespace
@@ -69,7 +69,7 @@ bool CdMedium::present() {
 void CdMedium::take(disc::Loaded loaded) {
     disc_ = std::move(loaded.disc);
     if (disc_ && disc_->table().tracks.empty()) {
-        disc_.reset(); // it has no track that a command could name
+        disc_.reset(); // no command could use it
     }
     if (disc_) {
         trayOpened_ = false;
@@ -91,7 +91,7 @@ void CdMedium::release() {
     failedLoads_ = 0;
 }
 
-/// Switches to the drive that is chosen now; returns whether it is another one.
+/// Switches to the currently chosen drive; returns whether it differs from the previous one.
 bool CdMedium::followChoice() {
     std::shared_ptr<disc::Drive> chosen = chosenDrive_();
     if (chosen == drive_) {
@@ -188,7 +188,7 @@ void CdMedium::watch() {
     }
 }
 
-/// Not for a disc that has left an optical drive: the user has removed it.
+/// Does not report a disc that was removed from an optical drive: the user has removed it.
 void CdMedium::reportVanished() {
     if (drive_->kind() == disc::DriveKind::image && !std::exchange(vanishedReported_, true)) {
         notices_.report(discHasVanished(drive_->name()));

@@ -27,8 +27,8 @@ class CdMedium {
     CdMedium(const CdMedium&) = delete;
     CdMedium& operator=(const CdMedium&) = delete;
 
-    /// The disc; read first if there was none, which may wait for the drive; a null pointer if
-    /// there is none.
+    /// The disc, or a null pointer if there is none. If no disc is loaded, reads the drive first,
+    /// which may wait for the drive.
     [[nodiscard]] disc::Disc* disc();
     /// Whether a disc is in the drive and its table has been read. Does not block: the table of an
     /// inserted disc is read in the background, and the disc counts as present once that is done.
@@ -36,10 +36,10 @@ class CdMedium {
     /// released for any other reason: the caller drops the previous disc before it sees the next
     /// one, however quickly that is inserted.
     [[nodiscard]] bool present();
-    /// Whether a disc has been read, as far as is known.
+    /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
 
-    /// Both false without a drive.
+    /// Both return false if the machine has no drive.
     [[nodiscard]] bool openTray();
     [[nodiscard]] bool closeTray();
     /// Whether openTray() was called and no disc has been found since.
@@ -78,13 +78,13 @@ class CdMedium {
     std::shared_ptr<disc::Drive> drive_; ///< empty: the machine has no drive any more
     std::shared_ptr<disc::Disc> disc_;
     std::unique_ptr<Transport> transport_;
-    std::int64_t playedFrom_ = 0; ///< the sector from which losses have not been taken
+    std::int64_t playedFrom_ = 0; ///< the first sector whose losses were not yet taken
     std::int64_t playEnd_ = 0;
     int failedLoads_ = 0; ///< since the drive was last seen empty
     bool trayOpened_ = false;
     bool removalUnseen_ = false;        ///< a loaded disc was released since the last present()
     bool interruptionReported_ = false; ///< of this transport
-    bool vanishedReported_ = false;     ///< likewise
+    bool vanishedReported_ = false;     ///< also of this transport
 };
 
 } // namespace sonarith::mci

@@ -10,10 +10,11 @@ namespace sonarith {
 /// The folder of the running executable; empty if the kernel cannot report it.
 [[nodiscard]] std::string executableFolder();
 
-/// "The program's folder": that of the executable if it is writable. For an installed program, even
-/// if an administrator runs it, and for any other, "Sonarith" below `musicFolder`, which is only
-/// then called; that folder is created. If this fails, the executable's folder: it can be entered,
-/// and writing to it fails with its own error message.
+/// The folder that the logic calls the program's folder. For a program that is not installed, it is
+/// the executable's folder if that is writable. Otherwise, and for an installed program even if an
+/// administrator runs it, it is "Sonarith" below the result of `musicFolder`, which is called only
+/// in this case; that folder is created. If this fails, it is the executable's folder: the program
+/// can enter it, and each write to it fails with its own error message.
 [[nodiscard]] std::string programFolder(const std::string& executableFolder,
                                         const std::function<std::string()>& musicFolder);
 

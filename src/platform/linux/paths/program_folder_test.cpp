@@ -20,7 +20,7 @@ TEST(ExecutableFolder, ContainsTheRunningProgram) {
 TEST(ProgramFolder, IsThatOfTheExecutableIfItIsWritable) {
     const fakes::TempFolder folder;
     const auto never = [] {
-        ADD_FAILURE() << "the music folder is not needed";
+        ADD_FAILURE() << "the music folder was requested without need";
         return std::string();
     };
     EXPECT_EQ(programFolder(folder.path().string(), never), folder.path().string());

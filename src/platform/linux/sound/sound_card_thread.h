@@ -19,8 +19,8 @@ namespace sonarith::sound {
 [[nodiscard]] SoundCard::Time monotonicNow();
 
 /// Advances `card` during the lifetime of this object; the card must outlive it. One per card: it
-/// uses the card's wake-up hook. If no thread can be started, the card stands still but for the
-/// questions that advance it, and each wake-up tries again.
+/// uses the card's wake-up hook. If no thread can be started, only queries advance the card, and
+/// each wake-up tries again to start the thread.
 class SoundCardThread {
   public:
     using Clock = std::function<SoundCard::Time()>;

@@ -44,7 +44,7 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(1000), monotonicNow());
     ASSERT_TRUE(eventually([&] { return !card.active(); }));
     const int looksBefore = looks;
-    std::this_thread::sleep_for(100ms); // ten times its interval
+    std::this_thread::sleep_for(100ms); // ten times the thread's interval
     EXPECT_EQ(looks, looksBefore);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -184,7 +184,7 @@ TEST(SoundCardThread, StartsWithALaterSoundIfTheSystemHadNoThread) {
     card.attach(Line::compactDisc, first, monotonicNow());
     EXPECT_EQ(threads.refused(), 2);
     card.advance(monotonicNow() + 1s);
-    EXPECT_GT(first->position(), 0) << "questions advance it all the same";
+    EXPECT_GT(first->position(), 0) << "queries advance the card without a thread";
     threads.free(2);
     const auto second = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, second, monotonicNow());
