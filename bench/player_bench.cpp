@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player on the real card with its thread: how long a click on `play` takes to the first
-// sample at the card's output, with the player just switched on, stopped and paused; and how far
-// the position that the display reads is from the sound at the output. No windows.
+// The CD player on the real card with its thread: the time from a click on `play` to the first
+// sample at the card's output, with the player just switched on, stopped and paused; and the
+// difference between the position that the display reads and the sound at the output. Without
+// windows.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -56,7 +57,8 @@ fs::path makeNumberedDisc(const fs::path& folder) {
     return folder / "disc.cue";
 }
 
-/// The card's output: the newest frame of the disc that has arrived, and when the first one did.
+/// The card's output: stores the newest frame of the disc that has arrived, and the time at which
+/// the first one arrived.
 class Output : public sound::SpeakerSink {
   public:
     void play(std::span<const sound::StereoFrame> frames) override {
@@ -97,7 +99,7 @@ double timeToSound(Output& output, const std::function<void()>& click) {
     return Milliseconds(output.first() - start).count();
 }
 
-/// "tt:mm:ss:ff", the reply that the display is made of, as a place on the disc.
+/// Converts the reply "tt:mm:ss:ff", which the display shows, to a position on the disc.
 double millisecondsOf(const std::string& reply) {
     int track = 0;
     int minute = 0;
@@ -141,7 +143,8 @@ int main() {
         world.switchOn();
         switchedOn.push_back(timeToSound(*output, [&] { form.play.click(); }));
         for (int look = 0; look < 8; ++look) {
-            // Not in step with the card's blocks.
+            // Not a multiple of the card's blocks, so that the queries are at different places in a
+            // block.
             std::this_thread::sleep_for(Milliseconds(31.7 + round));
             const double shown = millisecondsOf(positionOf(world.media));
             skews.push_back(std::abs(shown - output->milliseconds()));

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The processor time of the real program with the CD player, as the share of one core: playing a
-disc image with the panel in sight and hidden, without a sound output and with a sound server;
-on with nothing playing; and off. The peer of the latter is aplay with the same sound into the
-same server.
+"""The processor time of the real program with the CD player, as the share of one core. Without a
+sound output: switched off; switched on without playing; and playing a disc image, both with the
+panel visible and hidden. With a sound server: playing a disc image, compared with the peer aplay,
+which plays the same sound into the same server.
 
 window_player_bench.py FOLDER_OF_THE_PROGRAMS
 """
@@ -32,7 +32,7 @@ LIMIT_SILENT = 0.5
 
 
 def shares(pids, seconds=SLICE_SECONDS):
-    """Of one core in percent, for each process, over the same seconds."""
+    """The processor time of each process over the same seconds, in percent of one core."""
     began = time.monotonic()
     before = [processor_ticks(pid) for pid in pids]
     time.sleep(seconds)
@@ -46,7 +46,8 @@ def share(started):
 
 
 def show_panel(desktop, window, visible):
-    """By the window manager, as a user minimizes it: the player stays on."""
+    """Restores or minimizes the panel through the window manager, as a user does: the player stays
+    on."""
     desktop.xdotool(*(("windowactivate", "--sync", window) if visible else
                       ("windowminimize", "--sync", window)))
     time.sleep(1)
