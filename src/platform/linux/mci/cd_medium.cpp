@@ -69,7 +69,7 @@ bool CdMedium::present() {
 void CdMedium::take(disc::Loaded loaded) {
     disc_ = std::move(loaded.disc);
     if (disc_ && disc_->table().tracks.empty()) {
-        disc_.reset(); // no command could use it
+        disc_.reset(); // without a track there is nothing to play
     }
     if (disc_) {
         trayOpened_ = false;
