@@ -109,7 +109,7 @@ class Desktop:
         wait_for("the window manager", manages)
 
     def _start_bus(self):
-        # In a folder of the programs' own, since not all of them need to see this machine's /tmp.
+        # In the folder of the programs, since some of them run in a system with another /tmp.
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
@@ -274,7 +274,7 @@ class Desktop:
         self.xdotool("windowmove", "--sync", window, x, y)
 
     def activate(self, window):
-        """Gives a window the keyboard."""
+        """Gives a window the keyboard focus."""
         self.xdotool("windowactivate", "--sync", window)
 
     def active_window(self):

@@ -55,7 +55,7 @@ class Camera:
 
 
 def prepare(desktop):
-    """A home with a disc, three songs and a recording, and the playlist empty."""
+    """Creates a home with a disc, three songs, a recording and an empty playlist."""
     music = desktop.home / "Music"
     for name, (title, hertz) in SONGS.items():
         path = music / f"{name}.mp3"

@@ -59,7 +59,7 @@ class PlayerPanel:
         return self.started.value(name, "slider")
 
     def set_to_lowest(self, name):
-        """By keys; the panel has the keyboard."""
+        """Operates the slider by keyboard; the panel must have the focus."""
         self.started.tab_to(name, "slider")
         self.started.desktop.press("Home")
         wait_for(f"{name} at its lowest", lambda: self.slider(name) == 0)
@@ -77,8 +77,7 @@ class PlayerPanel:
         return clip.y + clip.height - max(clip.y, bar.y) if clip and bar else 0
 
     def trace_rows(self):
-        """The rows of the trace's picture in which there is something of its line, counted from
-        above."""
+        """The rows of the trace's picture that contain a part of its line, counted from the top."""
         box = self.started.extents("Sound Level Meter")
         taken = subprocess.run(
             ["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",

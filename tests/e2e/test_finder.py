@@ -63,7 +63,7 @@ def wait_for_end(started):
 
 
 def summary(started):
-    """(folders, files)."""
+    """The counts of the summary: (folders, files)."""
     words = next((text for text in started.labels(TITLE) if text.startswith("Directories: ")), "")
     parts = words.split()
     return (int(parts[1]), int(parts[3])) if len(parts) == 4 else None
@@ -122,7 +122,7 @@ def files_are_found_by_extension_and_name(desktop, program):
 
 
 def choose_machine(desktop, started):
-    """The whole machine: its search does not end before the button is clicked."""
+    """Selects the whole machine: its search does not end before the button is clicked."""
     started.click("h:", "combo box", within=started.window(TITLE))
     desktop.press("Home", "Return")
     wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
@@ -131,8 +131,8 @@ def choose_machine(desktop, started):
 
 
 class LongSearch:
-    """A search in the chosen folder. What it shows is looked up before, since the busy program takes
-    its time to answer for a whole window."""
+    """A search in the chosen folder. Its elements are looked up beforehand, since the busy program
+    is slow to return those of a whole window."""
 
     def __init__(self, desktop, started, extension):
         self._desktop = desktop
@@ -153,7 +153,7 @@ class LongSearch:
         return self.lists[0].get_child_count()
 
     def centre_of_first_line(self):
-        """Its name and centre, as long as the list is not scrolled."""
+        """The name and centre of the first line; requires that the list is not scrolled."""
         line = self.lists[0].get_child_at_index(0)
         return line.get_name(), self._started.centre_of(line)
 
@@ -167,11 +167,11 @@ def a_search_with_hidden_lists_is_stopped(desktop, program):
     check(not started.shows_enabled(search.wanted), "the file type can be edited during the search")
     seen = set()
 
-    def folders_go_by():
+    def folders_change():
         seen.update(text for text in search.labels() if text.startswith("Searching . . . "))
         return len(seen) >= 3
 
-    wait_for("changing folder names", folders_go_by)
+    wait_for("changing folder names", folders_change)
     search.press_button()
     wait_for("the end", lambda: search.button.get_name() == SEARCH and
              started.shows_enabled(search.wanted))
@@ -270,14 +270,14 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
     search = LongSearch(desktop, started, "wav")
     wait_for("the end", lambda: search.button.get_name() == SEARCH and
              search.files_found() == wavs)
-    # More files than the summary's counter holds, which stays as it was.
+    # There are more files than the summary's counter can hold; it keeps its previous value.
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
     desktop.click_at(*centre)
     started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "Remove File from list")
     wait_for("the shorter list", lambda: search.files_found() == wavs - 1)
     check(search.centre_of_first_line()[0] != first, "another line was removed")
-    # Closed right after the start of the next one.
+    # The finder is closed right after the start of the next search.
     search.press_button()
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Help: F1 in each window, the button and the menu entry open the page about the window; pages,
-links and search by keyboard; a help file beside the program comes first."""
+links and search by keyboard; a help file beside the program is preferred."""
 
 import pathlib
 import re
@@ -106,14 +106,14 @@ def pages_are_read_by_keyboard(desktop, program):
     for name in FILES:
         wait_for_page(started, name)
         desktop.press("Down")
-    # Qt names what a page asks for and does not get.
+    # Qt prints a message for each missing file that a page requests.
     for words in ("No document for", "Cannot open", "QImage", "QTextBrowser"):
         check(words not in desktop.program_output(), desktop.program_output())
     close_help(desktop, started)
     close(started)
 
 
-def a_help_file_beside_the_program_comes_first(desktop, program):
+def a_help_file_beside_the_program_is_preferred(desktop, program):
     beside = desktop.home / "app"
     beside.mkdir()
     own = pathlib.Path(shutil.copy(program, beside / program.name))
@@ -137,4 +137,4 @@ def a_help_file_beside_the_program_comes_first(desktop, program):
 
 if __name__ == "__main__":
     run(f1_opens_the_page_of_each_window, button_and_menu_entry_open_the_main_windows_page,
-        pages_are_read_by_keyboard, a_help_file_beside_the_program_comes_first)
+        pages_are_read_by_keyboard, a_help_file_beside_the_program_is_preferred)

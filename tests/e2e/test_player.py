@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The player's panel plays a disc: display, transport, sound, mixer, its shapes, and beside other
-work of the program."""
+"""The player's panel plays a disc: display, transport, sound, mixer, the panel's sizes, and the
+player during other work of the program."""
 
 import array
 import math
@@ -16,9 +16,9 @@ from waiting import check, check_equal, wait_for
 SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
 SMALLEST_STEP = 10 / 50  # of a slider by one key
-KEYS = 6  # so many steps change the number beside it
+KEYS = 6  # this number of steps changes the number beside the slider
 BASS_HZ, TREBLE_HZ = 60, 9000
-TONE_FRAMES = FRAME_RATE // 5  # whole periods of both
+TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 
 
 def part_of_track(sheet, number, second):
@@ -69,7 +69,7 @@ def a_disc_is_played_and_heard(desktop, program):
     panel.press("Play")
     wait_for("the mode", lambda: panel.mode() == "Playing")
     server.wait_for_sound("going on")
-    # It goes on in the second where it paused.
+    # Playing continues in the second in which it was paused.
     panel.wait_for_position("moving on", lambda track, second: track == 1 and second > paused[1])
 
     start = server.position()
@@ -78,13 +78,13 @@ def a_disc_is_played_and_heard(desktop, program):
     wait_for_played(server, part_of_track(sheet, 2, 0), "the second track's beginning", start)
     start = server.position()
     panel.press("Previous Track")
-    # Within a track it goes to its beginning.
+    # Within a track, the button skips to the beginning of the track.
     wait_for_played(server, part_of_track(sheet, 2, 0), "the second track once more", start)
 
     panel.press("Stop")
     server.wait_for_silence("stopped")
     check_equal(panel.position(), (2, 0), "the position after the stop")
-    # At a track's beginning it goes to the track before.
+    # At the beginning of a track, the button skips to the previous track.
     panel.press("Previous Track")
     panel.wait_for_position("the first track", lambda track, second: (track, second) == (1, 0))
     check(not any(server.latest()), "sound after a skip at rest")
@@ -92,7 +92,7 @@ def a_disc_is_played_and_heard(desktop, program):
 
 
 def write_tones(sheet):
-    """A low and a high tone in the place of an image's samples."""
+    """Replaces the samples of an image by a low and a high tone."""
     binary = sheet.with_suffix(".bin")
     period = array.array("h")
     for frame in range(TONE_FRAMES):
@@ -115,7 +115,7 @@ def tone_level(server, hertz):
 
 
 def wait_for_levels(server, what, bass, treble):
-    """Until both tones are heard within these bounds."""
+    """Waits until both tones are heard within these bounds."""
     def heard():
         levels = [tone_level(server, hertz) for hertz in (BASS_HZ, TREBLE_HZ)]
         return None not in levels and all(low <= level <= high for level, (low, high) in
@@ -191,10 +191,10 @@ def sliders_are_moved_by_keys(desktop, started, panel):
         wait_for(f"{name} as before", lambda: panel.number(name) == str(before))
 
 
-def the_mixer_is_worked_and_heard(desktop, program):
+def the_mixer_is_operated_and_heard(desktop, program):
     server = SoundServer(desktop)
     started, panel, _, _ = start_playing(desktop, program)
-    # The power switch opens both lines.
+    # The power switch unmutes both lines.
     server.wait_for_sound("unmuted")
     lines_are_muted_and_open_again(server, panel)
     sliders_are_moved_by_keys(desktop, started, panel)
@@ -210,11 +210,11 @@ def height_of(desktop, window):
     return None
 
 
-def its_menus_shape_and_close_it(desktop, program):
+def its_menus_resize_and_close_it(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     window = started.activate(TITLE)
-    # The menu's first entry, by keys.
+    # Chooses the menu's first entry by keyboard.
     desktop.press("alt+c")
     wait_for("the menu", lambda: started.find("CD On", "menu item"))
     desktop.press("c")
@@ -250,11 +250,11 @@ def its_menus_shape_and_close_it(desktop, program):
 def it_is_dragged_by_its_display(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     started.activate(TITLE)
-    # A text of the display, its ground, the meter and its trace.
+    # A text of the display, its background, the meter and its trace.
     for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None),
                        ("Sound Level Meter", None)):
         before = started.extents(name, role)
-        # Its left edge: widgets cover the middle of some.
+        # At the left edge of the element: other widgets cover the middle of some elements.
         grip = (before.x + 3, before.y + before.height // 2)
         desktop.drag(grip, (grip[0] - 60, grip[1] + 45))
         def moved():
@@ -266,7 +266,7 @@ def it_is_dragged_by_its_display(desktop, program):
     close(started)
 
 
-def it_is_worked_by_keys(desktop, program):
+def it_is_operated_by_keyboard(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
     panel = PlayerPanel(started)
     started.activate(TITLE)
@@ -288,7 +288,7 @@ def it_is_worked_by_keys(desktop, program):
     track, _ = panel.wait_for_position("a track's beginning", lambda _, second: second == 0)
     press("Previous Track")
     panel.wait_for_position("the track before", lambda shown, _: shown == track - 1)
-    # The popup by its key; its entries by the arrows.
+    # The menu key opens the popup menu; arrow keys select an entry.
     desktop.press("Menu")
     wait_for("the popup menu", lambda: started.find("mnuStopPlay", "menu item"))
     desktop.press("Down", "Down", "Return")  # "Play CD"
@@ -297,7 +297,7 @@ def it_is_worked_by_keys(desktop, program):
     wait_for("the open button", lambda: panel.is_open("Eject"))
     press("Eject")
     wait_for("the empty drive", lambda: panel.mode() == "No CD")
-    # The switch is a group of two: an arrow goes to the other position.
+    # The switch is a group of two buttons: an arrow key selects the other one.
     started.tab_to("Open CD Player", "radio button")
     desktop.press("Down")
     wait_for("the switched-off player", lambda: panel.mode() == "OFF")
@@ -320,7 +320,7 @@ def a_disc_is_taken_out_while_it_plays(desktop, program):
     close(started)
 
 
-def an_ejected_disc_is_seen(desktop, program):
+def an_ejected_disc_is_detected(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     panel.press("Stop")
     wait_for("the open button", lambda: panel.is_open("Eject"))
@@ -359,11 +359,11 @@ def a_capture_switches_it_off_and_is_silent(desktop, program):
 
 def another_disc_is_put_in_while_it_plays(desktop, program):
     started, panel, sheet, _ = start_playing(desktop, program, output="none")
-    # In the place of the image that plays.
+    # Replaces the image that plays.
     make_disc(sheet.parent, tracks=2, seconds=9, signal="ramp")
     wait_for("the other disc", lambda: panel.shows("Track time: 00:09:00"))
 
-    # Chosen in the Devices window. The player stays on.
+    # Another image is chosen in the Devices window. The player stays on.
     panel.press("Play")
     panel.wait_for_position("playing", lambda _, second: second >= 1)
     other = make_disc(desktop.home / "discs", name="other", tracks=2, seconds=7)
@@ -382,7 +382,7 @@ def another_disc_is_put_in_while_it_plays(desktop, program):
 
 
 if __name__ == "__main__":
-    run(a_disc_is_played_and_heard, the_mixer_is_worked_and_heard, each_slider_is_heard,
-        its_menus_shape_and_close_it, it_is_dragged_by_its_display, it_is_worked_by_keys,
-        an_ejected_disc_is_seen, a_capture_switches_it_off_and_is_silent,
+    run(a_disc_is_played_and_heard, the_mixer_is_operated_and_heard, each_slider_is_heard,
+        its_menus_resize_and_close_it, it_is_dragged_by_its_display, it_is_operated_by_keyboard,
+        an_ejected_disc_is_detected, a_capture_switches_it_off_and_is_silent,
         another_disc_is_put_in_while_it_plays, a_disc_is_taken_out_while_it_plays)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The program under a Wayland compositor, without an X server: a capture, each window and dialog,
-the panel that is dragged, the tray, and an image that is dropped."""
+dragging the panel and a row, the tray, and dropping an image."""
 
 import sys
 
@@ -62,7 +62,7 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
     check_window(HELP)
     desktop.press("Escape")
     wait_until_closed(HELP)
-    # By the last entry of a menu, and by the first.
+    # Opens windows by the last and by the first entry of a menu.
     desktop.press("alt+p", "Up", "Return")
     check_window("Devices")
     desktop.press("Escape")
@@ -102,7 +102,7 @@ def the_window_hides_in_the_tray(desktop, program):
         started, _, _ = start(desktop, program)
         go_to_row(desktop, started, "Available Tracks")
         desktop.press("Menu")
-        # Exit is below it.
+        # "Minimize" is the last entry but one, above "Exit".
         desktop.press("Up", "Up", "Return")
         host.wait_for_icon()
         wait_for("the hidden window", lambda: started.node(MAIN) is None)

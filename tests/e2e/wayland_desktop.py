@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A Wayland compositor without a screen, used instead of the virtual X server, and the operation of
-the program on it. No X server runs: each program on it must be a Wayland client."""
+"""A Wayland compositor without a screen, which replaces the virtual X server, and the operation of
+the program on it. There is no X server, so all programs use Wayland."""
 
 import json
 import os
@@ -14,34 +14,32 @@ from waiting import check, wait_for
 from wayland_input import WaylandInput
 
 SCREEN = (1280, 960)
-# Windows float, as on desktops that do not tile them. They have no border, so that the position of
-# a window is also the position of its contents.
+# Windows are not tiled and have no frame, so that the position of a window is that of its contents.
 CONFIGURATION = f"""xwayland disable
 output HEADLESS-1 resolution {SCREEN[0]}x{SCREEN[1]}
 default_floating_border none
 focus_follows_mouse no
 for_window [app_id=".*"] floating enable
 """
-# After a change of a window, the compositor shows the old picture of the window until the program
-# has drawn a new one, for 0.2 s at most. A press of a mouse button on the old picture would move
-# the window, so the tests wait longer than that.
+# After a change of a window, the compositor shows its old picture until the program has responded, but
+# for 0.2 s at most; a press on the old picture drags the window. So the tests wait longer than that.
 SECONDS_OF_A_CHANGE = 0.5
 # The compositor refuses to run as root.
 ORDINARY_USER, ORDINARY_GROUP = "nobody", "nogroup"
 
 
 class WaylandDesktop(Desktop):
-    """A window is identified by its number in the compositor."""
+    """Windows are identified by the compositor's numbers."""
 
     def __init__(self):
         super().__init__()
-        # The program itself chooses between Wayland and X11, as on a desktop.
+        # The program itself chooses Wayland, as on a desktop.
         self.environment.pop("QT_QPA_PLATFORM")
         self.environment["XDG_SESSION_TYPE"] = "wayland"
-        self._hands = None
+        self._input = None
 
     def _start_screen(self):
-        # Its own folder, since it belongs to another user.
+        # A folder of its own, since it belongs to another user.
         folder = self.folder / "screen"
         folder.mkdir(mode=0o700)
         (folder / "config").write_text(CONFIGURATION)
@@ -66,7 +64,7 @@ class WaylandDesktop(Desktop):
             wait_for("the compositor", lambda: socket("wayland-*")))
         self.environment["SWAYSOCK"] = str(
             wait_for("the compositor's commands", lambda: socket("sway-ipc.*")))
-        self._hands = WaylandInput(self.environment["WAYLAND_DISPLAY"], SCREEN)
+        self._input = WaylandInput(self.environment["WAYLAND_DISPLAY"], SCREEN)
 
     def _start_window_manager(self):
         pass  # the compositor is one
@@ -77,16 +75,16 @@ class WaylandDesktop(Desktop):
         return json.loads(done.stdout)
 
     def close(self):
-        if self._hands:
-            self._hands.close()
-            self._hands = None
+        if self._input:
+            self._input.close()
+            self._input = None
         super().close()
 
     # Windows.
 
     def nodes(self):
         """The windows on the screen, each as a dictionary with id, pid, name, app_id, focused and
-        rect; not the popups."""
+        rect; without popups."""
         found = []
         def walk(node):
             if node.get("pid") and node.get("visible"):
@@ -124,16 +122,16 @@ class WaylandDesktop(Desktop):
         subprocess.run(["grim", *options, str(path)], env=self.environment, check=True,
                        capture_output=True)
 
-    # Mouse and keyboard.
+    # User input.
 
     def xdotool(self, *arguments):
         raise AssertionError("there is no X server")
 
     def move_to_point(self, x, y):
-        self._hands.move(round(x), round(y))
+        self._input.move(round(x), round(y))
 
     def button(self, down, number=1):
-        self._hands.button(down, number)
+        self._input.button(down, number)
 
     def click_at(self, x, y, times=1, button=1):
         place, when = self._last_click
@@ -157,7 +155,7 @@ class WaylandDesktop(Desktop):
 
     def press(self, *keys):
         for key in keys:
-            self._hands.press(key)
+            self._input.press(key)
             time.sleep(0.06)
 
     def type(self, text):
@@ -165,8 +163,8 @@ class WaylandDesktop(Desktop):
 
 
 class WaylandProgram(Program):
-    """A Wayland client does not know the positions of its windows, so the positions in the
-    accessibility tree are wrong; rectangle_of() corrects them with those of the compositor."""
+    """Under Wayland a program does not know the positions of its windows, so the positions in its
+    accessibility tree are corrected by those of the compositor."""
 
     def node(self, title):
         """The compositor's window of that caption, or None."""
