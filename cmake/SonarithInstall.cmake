@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What an installed program consists of, where each file goes, and the Debian package of it. ./package
-# builds that; what it needs of the machine is in tools/packages.sh.
+# The files of an installed program, their folders, and the Debian package. ./package builds the
+# package; tools/packages.sh lists the packages that this requires.
 
 include(GNUInstallDirs)
 
-# The pictures of the usual sizes, made of the drawings: a build without the drawing tool has none.
+# The icon in the usual sizes, rendered from the drawings; omitted if the tool for this is missing.
 find_program(SONARITH_DRAW rsvg-convert)
 set(iconTheme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 set(made)
@@ -24,7 +24,7 @@ if(SONARITH_DRAW)
 endif()
 install(FILES share/icons/sonarith.svg DESTINATION ${iconTheme}/scalable/apps)
 
-# Compressed without time and name, so that the same text is the same file.
+# Compressed without time and name, so that the same text gives the same file.
 function(sonarith_install_compressed source name destination)
   set(compressed ${PROJECT_BINARY_DIR}/share/${name}.gz)
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/share)
@@ -44,7 +44,7 @@ install(DIRECTORY share/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/sonarith/help
         FILES_MATCHING PATTERN *.html PATTERN *.css PATTERN *.png)
 install(FILES share/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-# The libraries that are loaded late are not in the program's own list: the packages that own them on
+# The executable does not list the libraries that are loaded late. So the packages that contain them on
 # this machine are looked up.
 set(latePackages)
 foreach(soname IN LISTS SONARITH_SONAMES)
@@ -52,7 +52,7 @@ foreach(soname IN LISTS SONARITH_SONAMES)
                   ERROR_QUIET)
   string(REGEX MATCH "^[^:,]+" package "${found}")
   if(failed OR NOT package)
-    # An error of the package's build, and no reason not to build the program.
+    # tools/make_package.sh reports this as an error; the program can still be built.
     set(package unknown-package-of-${soname})
   endif()
   list(APPEND latePackages ${package})
@@ -74,7 +74,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "${latePackages}")
-# Sound servers; and the desktop's own protocol, where that is Wayland.
+# For sound servers, and for desktops that use Wayland.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libasound2-plugins, qt6-wayland")
 set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The names of the libraries that are loaded at their first call, read from the libraries that are
-# installed where the program is built: it is compiled against their headers, and the package depends
-# on the packages that own them. SONARITH_SONAMES lists them.
+# The names of the libraries that are loaded at their first call, read from the libraries of the machine
+# that builds the program: the program is compiled with their headers, and the package depends on the
+# packages that contain them. SONARITH_SONAMES lists the names.
 
 find_program(SONARITH_READELF NAMES readelf llvm-readelf REQUIRED)
 set(SONARITH_SONAMES)

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in one folder and leaves the packages in the
-# other, which is emptied of packages first. Paths are below the project's folder.
+# make_package.sh BUILD_FOLDER PACKAGE_FOLDER: builds in the first folder and writes the packages to the
+# second, after it has deleted the packages there. Both paths are relative to the project's folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$1 packages=$PWD/$2
 
-# All times in the package are the commit's; without a repository, those of the changelog.
+# All times in the package are the commit's time or, without a repository, the changelog's.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null ||
   dpkg-parsechangelog -l share/debian/changelog -S Timestamp)
 export SOURCE_DATE_EPOCH
@@ -15,7 +15,8 @@ umask 022
 export CCACHE_DISABLE=1
 
 echo "Building the package ..."
-# Independent of how the folder was configured before: the same bytes need the same order of sources.
+# All options are set, whatever the folder was configured with: the same bytes need the same order of
+# sources.
 cmake --preset release -B "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 \
   -DCMAKE_CXX_COMPILER_LAUNCHER= >/dev/null
 cmake --build "$build" --parallel "$(nproc)"
@@ -28,7 +29,7 @@ if grep -q 'unknown-package-of' "$build/CPackConfig.cmake"; then
 fi
 (cd "$build" && cpack -B "$packages" >"$packages/cpack.log" 2>&1) || { cat "$packages/cpack.log"; exit 1; }
 rm -rf "$packages/_CPack_Packages" "$packages/cpack.log"
-# CPack writes paths of this machine into the sums of the debug symbols.
+# CPack writes paths of this machine into the checksum file of the debug symbols.
 for symbols in "$packages"/*.ddeb; do
   unpacked=$(mktemp -d)
   dpkg-deb --raw-extract "$symbols" "$unpacked"

@@ -7,7 +7,7 @@ build_packages=(
   qt6-base-dev libfontconfig-dev libcdio-dev libcdio-cdda-dev libcdio-paranoia-dev libsndfile1-dev libasound2-dev
   libasound2-plugins libutf8proc-dev libmpg123-dev libsamplerate0-dev libxcb1-dev
 )
-# To make the package, in addition: the icon's sizes, and the libraries that it depends on.
+# Also needed to build the package: to draw the icon's sizes, and to find the libraries of the program.
 package_packages=(librsvg2-bin dpkg-dev binutils)
 # For a machine without a display: a virtual display, and tools that simulate user input.
 demo_packages=(

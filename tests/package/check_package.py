@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """check_package.py CHECK: checks the Debian package in build/package. `reproducible` builds it
-there, and once more elsewhere. Runs in the project's folder. Exits with 77, and states the reason,
-if a check is not possible on this machine."""
+there, and once more elsewhere. Must be started in the project's folder. Prints the reason and exits
+with 77 if a check is not possible on this machine."""
 
 import filecmp
 import os
@@ -19,11 +19,11 @@ SKIPPED = 77
 
 
 class Fault(Exception):
-    """What is wrong with the package."""
+    """An error in the package."""
 
 
 def run(*command, **options):
-    """The output of a command; a fault with all that it printed if it fails."""
+    """Returns the output of a command; if the command fails, raises a Fault with the output."""
     done = subprocess.run(command, check=False, text=True, errors="replace", stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
     if done.returncode != 0:
@@ -34,7 +34,7 @@ def run(*command, **options):
 def package():
     found = list(PACKAGES.glob("sonarith_*.deb"))
     if len(found) != 1:
-        raise Fault(f"not one package in {PACKAGES}: {found}")
+        raise Fault(f"there is not exactly one package in {PACKAGES}: {found}")
     return found[0]
 
 
@@ -46,19 +46,19 @@ def unpacked(folder):
 def reproducible():
     run("./package")
     shutil.rmtree("build/again", ignore_errors=True)
-    # Compiled again, in a folder of another name and at another time.
+    # The second build runs in a folder of another name and at another time.
     run("tools/make_package.sh", "build/again", AGAIN)
     first, second = (sorted(path.name for path in folder.glob("*.*deb"))
                      for folder in (PACKAGES, AGAIN))
     if first != second or len(first) != 2:
-        raise Fault(f"not the same two packages: {first} and {second}")
+        raise Fault(f"the builds did not create the same two packages: {first} and {second}")
     for name in first:
         if not filecmp.cmp(PACKAGES / name, AGAIN / name, shallow=False):
-            raise Fault(f"{name} has other bytes when it is built again")
+            raise Fault(f"{name} differs in the second build")
 
 
 def lintian():
-    # As root it would have to be told that this is meant.
+    # lintian prints a warning if root runs it without this option.
     as_root = ["--allow-root"] if os.geteuid() == 0 else []
     found = run("lintian", *as_root, "--pedantic", "--display-info", "--fail-on", "error,warning",
                 package())
@@ -84,7 +84,7 @@ def desktop_file():
             raise Fault("there is no drawing of the icon")
         main = pathlib.Path("src/main.cpp").read_text(encoding="utf-8")
         if f'setDesktopFileName("{entry.stem}")' not in main:
-            raise Fault("the windows carry another name than the desktop file's")
+            raise Fault("the name of the windows is not the name of the desktop file")
 
 
 def metadata():
@@ -117,13 +117,14 @@ def hardening():
             if not re.search(pattern, text):
                 raise Fault(what)
         if str(pathlib.Path.cwd()).encode() in program.read_bytes():
-            raise Fault("the program tells where it was built")
+            raise Fault("the program contains the path of its build")
         if ".debug_info" in run("readelf", "--wide", "-S", program):
             raise Fault("the debug symbols are not in a package of their own")
 
 
 def dependencies():
-    """Each library that the program names, linked or loaded late, is in a package that is asked for."""
+    """Each library of the program, linked or loaded late, must be in a package of its
+    dependencies."""
     asked = run("dpkg-deb", "-f", package(), "Depends")
     names = {re.split(r"[ :(]", one.strip())[0] for one in asked.split(",")}
     with tempfile.TemporaryDirectory() as folder:
@@ -132,7 +133,7 @@ def dependencies():
     late = [name for name in sonames
             if re.match(r"lib(cdio|cdio_cdda|cdio_paranoia|asound|sndfile|mpg123|samplerate)\.so", name)]
     if len(late) != 7:
-        raise Fault(f"not seven libraries that are loaded late: {sorted(late)}")
+        raise Fault(f"expected seven libraries that are loaded late, found: {sorted(late)}")
     for soname in sonames:
         owners = {line.split(":")[0]
                   for line in run("dpkg-query", "--search", f"*/{soname}").splitlines()}
@@ -141,9 +142,9 @@ def dependencies():
 
 
 def clean_root():
-    """Installs the package into a new Debian 12 with what it depends on alone, uses the program,
-    removes it, and looks for what it left behind."""
-    from clean_root import CleanRoot, NotPossible  # only here are a screen and its tools needed
+    """Installs the package into a new Debian 12 with its dependencies alone, uses the program,
+    removes the package, and checks that the system is unchanged."""
+    from clean_root import CleanRoot, NotPossible  # only this check needs a screen and its tools
     try:
         with CleanRoot() as root:
             use_and_remove(root)
@@ -156,7 +157,7 @@ def clean_root():
 def use_and_remove(root):
     shutil.copy(package(), root.path / "tmp/sonarith.deb")
     root.run("apt-get", "update", "-qq")
-    # Its dependencies first, so that what they add is no part of the comparison.
+    # The dependencies are installed first, so that their files are not compared.
     depends = run("dpkg-deb", "-f", package(), "Depends")
     root.install(*(re.split(r"[ (]", one.strip())[0] for one in depends.split(",")))
     before = root.files()
@@ -175,7 +176,7 @@ def use_and_remove(root):
     if after != before:
         changed = sorted(path for path in before.keys() | after.keys()
                          if before.get(path) != after.get(path))
-        raise Fault(f"not as before after the removal: {changed}")
+        raise Fault(f"the removal did not restore these files: {changed}")
     if any(not path.exists() or path.read_bytes() != content for path, content in kept.items()):
         raise Fault("the removal changed files of the user")
 

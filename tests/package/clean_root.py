@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A new Debian 12 in a folder, into which a package is installed with its dependencies alone; and
-the installed program in it, seen and used on a virtual screen of this machine."""
+"""A new Debian 12 in a folder, into which a package is installed with its dependencies alone. The
+installed program runs in it and is operated on a virtual screen of this machine."""
 
 import contextlib
 import os
@@ -20,19 +20,20 @@ from sound import check_track, disc_samples  # noqa: E402
 from waiting import check_equal, wait_for  # noqa: E402
 
 SECONDS = 3  # of each track
-# Written by users or by the package manager itself, or not kept on disks.
+# Folders that users or the package manager itself write to, or that are not stored on a disk.
 NOT_COMPARED = ("dev", "home", "proc", "run", "sys", "tmp", "var/cache", "var/lib/apt", "var/lib/dpkg", "var/log")
 
 
 class NotPossible(Exception):
-    """This machine, or its user, cannot make such a system; says why."""
+    """Such a system cannot be created on this machine or by this user; the message states the
+    reason."""
 
 
 class CleanRoot:
     """Use as a context; the system is deleted at its end."""
 
     def __init__(self):
-        # Open to all, as the parent folders of every system's files are.
+        # All users may enter it, as the parent folders of any system's files.
         self._folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-package-"))
         self._folder.chmod(0o755)
         self.path = self._folder / "root"
@@ -57,11 +58,12 @@ class CleanRoot:
         if not tool:
             raise NotPossible("mmdebstrap is not installed")
         self._attempt(tool, "--variant=minbase", "bookworm", self.path)
-        # A mount, so that the program finds the disk of its root among the mounts.
+        # The root is a mount, so that the program finds its disk in the list of mounts.
         self._mount("--bind", self.path, self.path)
         (self.path / "proc").mkdir(exist_ok=True)
         self._mount("-t", "proc", "proc", self.path / "proc")
-        # A path of this machine that leads into the system leads to the same file within it.
+        # A path of this machine to a file of the system is the path of the same file inside the system,
+        # too.
         inner = self.path / self._folder.relative_to("/")
         inner.mkdir(parents=True, exist_ok=True)
         (inner / "root").symlink_to("/")
@@ -78,7 +80,7 @@ class CleanRoot:
             raise NotPossible(f"{command[0]} failed:\n{done.stderr[-2000:]}")
 
     def run(self, *command):
-        """The output of a command in the system."""
+        """Runs a command in the system and returns its output."""
         plain = ("chroot", self.path, "env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "HOME=/root",
                  "DEBIAN_FRONTEND=noninteractive", "LC_ALL=C.UTF-8")
         done = subprocess.run([*plain, *command], check=False, stdin=subprocess.DEVNULL,
@@ -92,7 +94,8 @@ class CleanRoot:
         self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
 
     def files(self):
-        """All of its files, but for those that change without the package."""
+        """Mode and size of each file of the system by its path, without files that change
+        anyway."""
         found = {}
         for folder, folders, files in os.walk(self.path):
             below = os.path.relpath(folder, self.path)

@@ -41,7 +41,7 @@ class Stage:
     # Compiles eight files of a module at once: most of the time is spent on headers that they
     # share.
     unity: bool = True
-    # Runs only when it is named: it takes long, and needs what not every machine has.
+    # Runs only when it is named: it takes long, and is not possible on every machine.
     named_only: bool = False
 
     @property
@@ -54,7 +54,7 @@ class Stage:
                 "-DCMAKE_UNITY_BUILD_BATCH_SIZE=8"]
 
     def build_command(self, names):
-        """None if known is nothing to build."""
+        """The build command; None if nothing has to be built."""
         chosen = names or self.default_names
         targets = self.targets
         if chosen and self.target_of_name:
