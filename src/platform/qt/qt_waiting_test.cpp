@@ -113,10 +113,10 @@ class QtWaitingTest : public testing::Test {
         const Completion never;
         return waiting.wait(never, bound);
     }
-    /// Handles events until all held events have been delivered.
+    /// Handles events until all held events have been delivered; their handlers may wait.
     void goOn() {
         for (int i = 0; i < 50; ++i) {
-            loop.yield();
+            loop.waitFor(1ms);
         }
     }
 
