@@ -4,6 +4,7 @@ player during other work of the program."""
 
 import array
 import math
+import time
 
 from driver import make_disc, run
 from player_panel import TITLE, PlayerPanel
@@ -247,13 +248,23 @@ def its_menus_resize_and_close_it(desktop, program):
     close(started)
 
 
+def settled_extents(started, name, role):
+    """A function that returns an element's extents, or None while it still moves."""
+    def read():
+        first = started.extents(name, role)
+        time.sleep(0.3)
+        last = started.extents(name, role)
+        same = first and last and (first.x, first.y) == (last.x, last.y)
+        return last if same else None
+    return read
+
+
 def it_is_dragged_by_its_display(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     started.activate(TITLE)
-    # A text of the display, its background, the meter and its trace.
-    for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None),
-                       ("Sound Level Meter", None)):
-        before = started.extents(name, role)
+    # A text of the display, its background and the meter.
+    for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None)):
+        before = wait_for("a panel at rest", settled_extents(started, name, role))
         # At the left edge of the element: other widgets cover the middle of some elements.
         grip = (before.x + 3, before.y + before.height // 2)
         desktop.drag(grip, (grip[0] - 60, grip[1] + 45))
