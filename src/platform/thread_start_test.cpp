@@ -6,8 +6,9 @@
 #include <memory>
 
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/forked_child.h"
 
 namespace sonarith {
 namespace {
@@ -39,15 +40,8 @@ int withoutThreads() {
 }
 
 TEST(StartThread, ReturnsAnErrorAtTheSystemsLimit) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        // The user's limit allows this process, but no second thread.
-        ::_exit(withoutThreads());
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    // The user's limit allows this process, but no second thread.
+    EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }
 
 } // namespace

@@ -12,13 +12,13 @@
 #include <vector>
 
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "on_disk/preferences_over.h"
 #include "platform/linux/paths/hanging_fixture.h"
 #include "platform/linux/paths/linux_directory_walk.h"
 #include "platform/qt/ini_settings_store.h"
+#include "support/forked_child.h"
 #include "support/small_disk.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
@@ -167,11 +167,10 @@ TEST_F(PreferencesOnDisk, AReadOnlyDestinationIsRefused) {
 }
 
 TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
-    constexpr int mayNotMount = 77;
     const std::string disk = this->disk().string();
     const auto step = [&](unsigned long flags, const char* options) {
         if (!test::mountSmallDisk(disk)) {
-            return mayNotMount;
+            return test::mayNotMount;
         }
         if (isRefused("d:\\room")) {
             return 1; // the disk still has space
@@ -181,22 +180,13 @@ TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
         }
         return isRefused("d:\\new") ? 0 : 3;
     };
-    const auto inAChild = [](const std::function<int()>& run) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            ::_exit(run());
-        }
-        int status = -1;
-        return ::waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status)
-                                                                          : -1;
-    };
     // Two inodes: one for the root and one for the first folder.
-    const int full = inAChild([&] { return step(0, "nr_inodes=2"); });
-    if (full == mayNotMount) {
+    const int full = test::runInChild([&] { return step(0, "nr_inodes=2"); });
+    if (full == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
     }
     EXPECT_EQ(full, 0);
-    EXPECT_EQ(inAChild([&] { return step(MS_RDONLY, ""); }), 0);
+    EXPECT_EQ(test::runInChild([&] { return step(MS_RDONLY, ""); }), 0);
 }
 
 TEST_F(PreferencesOnDisk, AllSettingsAreKeptAcrossARestart) {

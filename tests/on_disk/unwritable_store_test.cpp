@@ -11,6 +11,7 @@
 #include "on_disk/editor_over.h"
 #include "platform/qt/ini_settings_store.h"
 #include "support/fake_notices.h"
+#include "support/forked_child.h"
 #include "support/small_disk.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
@@ -85,11 +86,9 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesApplyInThisRunOnly) {
 }
 
 TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredOnceThereIsSpace) {
-    constexpr int mayNotMount = 50;
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
-            ::_exit(mayNotMount);
+            return test::mayNotMount;
         }
         storeThree();
         {
@@ -109,15 +108,12 @@ TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredOnceThereIsSpace)
         editor.form.Command20.click();
         Paths all = after;
         all.emplace_back("c:\\e.mp3");
-        ::_exit(failed != 0 ? failed : stored() == all ? 0 : 6);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    if (WEXITSTATUS(status) == mayNotMount) {
+        return failed != 0 ? failed : stored() == all ? 0 : 6;
+    });
+    if (answer == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
     }
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(answer, 0);
 }
 
 } // namespace

@@ -11,22 +11,21 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/forked_child.h"
+
 namespace sonarith::test {
 
 enum class KillOutcome {
     killed,
     finished, ///< the step has fewer calls
-    failed    ///< no child could be created or traced, or it ended in another way
+    failed    ///< the child could not be traced, or it ended in another way
 };
 
 /// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is
 /// about to make its system call number `call`, counted from 0. No destructor runs in the child.
 inline KillOutcome killAtCall(int call, const std::function<void()>& prepare,
                               const std::function<void()>& step) {
-    const pid_t child = ::fork();
-    if (child < 0) {
-        return KillOutcome::failed;
-    }
+    const pid_t child = forkWhenOthersSleep();
     if (child == 0) {
         prepare();
         if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {

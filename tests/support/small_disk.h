@@ -13,6 +13,8 @@
 namespace sonarith::test {
 
 inline constexpr int smallDiskBytes = 1024 * 1024;
+/// What a child process returns if this user may not mount a disk: the test is skipped.
+inline constexpr int mayNotMount = 77;
 
 /// Gives the process its own mounts. Users other than the superuser need a user namespace of their
 /// own, in which they are the superuser.

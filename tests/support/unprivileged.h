@@ -6,28 +6,24 @@
 #include <functional>
 
 #include <grp.h>
-#include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/forked_child.h"
 
 namespace sonarith::test {
 
 /// The value (0 to 99) that `step` returns; 100 or more if the step was not reached.
 inline int runUnprivileged(const std::function<int()>& step) {
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int answer = runInChild([&] {
         constexpr uid_t nobody = 65534;
         if (::geteuid() == 0 &&
             (::setgroups(0, nullptr) != 0 || ::setresgid(nobody, nobody, nobody) != 0 ||
              ::setresuid(nobody, nobody, nobody) != 0)) {
-            ::_exit(101);
+            return 100;
         }
-        ::_exit(step());
-    }
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
-        return 102;
-    }
-    return WEXITSTATUS(status);
+        return step();
+    });
+    return answer < 0 ? 101 : answer;
 }
 
 } // namespace sonarith::test

@@ -12,12 +12,12 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/text/store_file_check.h"
 #include "support/fake_notices.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/refused_call.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
@@ -327,27 +327,17 @@ TEST_F(IniSettingsStoreTest, LeavesTheOldOrTheNewFileAfterAKill) {
         const fakes::TempFolder fresh;
         const QString place = QString::fromStdString(fresh.path().string());
         const fs::path path = fresh / "Sonarith v2.0.ini";
-        int ready[2];
-        ASSERT_EQ(::pipe(ready), 0);
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
+        test::ReportingChild child([&](const auto& report) {
             IniSettingsStore store(place);
             for (int value = 1;; ++value) {
                 save(store, "first", std::to_string(value));
                 save(store, "filler", filler(value));
-                static_cast<void>(::write(ready[1], "x", 1));
+                report('x');
             }
-        }
+        });
         const int acknowledged = 3 + round * 7;
-        char byte = 0;
-        for (int writes = 0; writes < acknowledged; ++writes) {
-            ASSERT_EQ(::read(ready[0], &byte, 1), 1);
-        }
-        ASSERT_EQ(::kill(child, SIGKILL), 0);
-        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
-        ::close(ready[0]);
-        ::close(ready[1]);
+        ASSERT_TRUE(child.reports(acknowledged));
+        ASSERT_TRUE(child.kill());
         ASSERT_EQ(checkStoreFile(read(path)), StoreFileState::whole);
         IniSettingsStore next(place);
         ASSERT_NE(get(next, "first"), "(default)");

@@ -13,12 +13,12 @@
 
 #include <sys/inotify.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/qt/ini_settings_store.h"
 #include "platform/text/store_file_check.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
 
@@ -73,27 +73,6 @@ class StoreTransactionTest : public ::testing::Test {
     }
     static std::string read(const IniSettingsStore& store, const std::string& key) {
         return store.GetSetting(applicationName, "Settings", key, "(default)");
-    }
-    /// Runs `body` in a process that is killed when it has written `bytes` bytes to the pipe whose
-    /// descriptor `body` receives.
-    template <typename Body>
-    static void killDuring(Body body, int bytes) {
-        int ready[2];
-        ASSERT_EQ(::pipe(ready), 0);
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            body(ready[1]);
-            ::_exit(0);
-        }
-        char byte = 0;
-        for (int i = 0; i < bytes; ++i) {
-            ASSERT_EQ(::read(ready[0], &byte, 1), 1);
-        }
-        ASSERT_EQ(::kill(child, SIGKILL), 0);
-        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
-        ::close(ready[0]);
-        ::close(ready[1]);
     }
 
     inline static const std::string fileName = "Sonarith v2.0.ini";
@@ -193,36 +172,36 @@ TEST_F(StoreTransactionTest, AKillDuringATransactionLeavesTheOldFile) {
         put(store, "HDWarning", "0");
     }
     const std::string before = fileText();
-    killDuring(
-        [this](int ready) {
-            IniSettingsStore store(folder());
-            const StoreTransaction transaction(store);
-            put(store, "HDWarning", "1");
-            put(store, "HDStopNo", "7");
-            static_cast<void>(::write(ready, "x", 1));
-            ::pause();
-        },
-        1);
+    test::ReportingChild child([this](const auto& report) {
+        IniSettingsStore store(folder());
+        const StoreTransaction transaction(store);
+        put(store, "HDWarning", "1");
+        put(store, "HDStopNo", "7");
+        report('x');
+        ::pause(); // the transaction does not end
+    });
+    ASSERT_TRUE(child.reports(1));
+    ASSERT_TRUE(child.kill());
     EXPECT_EQ(fileText(), before);
     EXPECT_EQ(test::entriesIn(temp_.path()), 1);
 }
 
 TEST_F(StoreTransactionTest, AKillAtItsEndLeavesTheOldOrTheNewFile) {
     for (int round = 0; round < 5; ++round) {
-        killDuring(
-            [this](int ready) {
-                IniSettingsStore store(folder());
-                for (int value = 1;; ++value) {
-                    {
-                        const StoreTransaction transaction(store);
-                        put(store, "first", std::to_string(value));
-                        put(store, "filler", std::string(20'000, 'f'));
-                        put(store, "last", std::to_string(value));
-                    }
-                    static_cast<void>(::write(ready, "x", 1));
+        test::ReportingChild child([this](const auto& report) {
+            IniSettingsStore store(folder());
+            for (int value = 1;; ++value) {
+                {
+                    const StoreTransaction transaction(store);
+                    put(store, "first", std::to_string(value));
+                    put(store, "filler", std::string(20'000, 'f'));
+                    put(store, "last", std::to_string(value));
                 }
-            },
-            2 + round * 5);
+                report('x');
+            }
+        });
+        ASSERT_TRUE(child.reports(2 + round * 5));
+        ASSERT_TRUE(child.kill());
         ASSERT_EQ(checkStoreFile(fileText()), StoreFileState::whole);
         const IniSettingsStore next(folder());
         ASSERT_NE(read(next, "first"), "(default)");

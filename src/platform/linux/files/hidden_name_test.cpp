@@ -11,9 +11,9 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include "platform/linux/files/save_place.h"
+#include "support/forked_child.h"
 #include "support/refused_call.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
@@ -102,27 +102,17 @@ TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
 
 TEST_F(HiddenNameTest, IsDeletedOnceItsProcessWasKilled) {
     const fs::path path = leftover();
-    int ready[2];
-    ASSERT_EQ(::pipe(ready), 0);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
+    test::ReportingChild child([&](const auto& report) {
         const FileDescriptor file = open(path);
-        static_cast<void>(::write(ready[1], claim(file) ? "1" : "0", 1));
-        ::pause();
-        ::_exit(0);
-    }
-    char answer = 0;
-    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
-    EXPECT_EQ(answer, '1');
+        report(claim(file) ? '1' : '0');
+        ::pause(); // keeps the lock
+    });
+    EXPECT_EQ(child.nextReport(), '1');
     sweep();
     EXPECT_TRUE(fs::exists(path));
-    ASSERT_EQ(::kill(child, SIGKILL), 0);
-    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    ASSERT_TRUE(child.kill());
     sweep();
     EXPECT_FALSE(fs::exists(path));
-    ::close(ready[0]);
-    ::close(ready[1]);
 }
 
 TEST_F(HiddenNameTest, NoOtherNameIsDeleted) {

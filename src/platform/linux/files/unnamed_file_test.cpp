@@ -12,10 +12,10 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include "support/file_content.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/refused_call.h"
 #include "support/small_disk.h"
 #include "support/temp_folder.h"
@@ -49,17 +49,6 @@ void allowNoFileBeyond(rlim_t bytes) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
     ::setrlimit(RLIMIT_FSIZE, &limit);
-}
-
-/// Runs `body` in a child process with its own mounts; returns its result.
-int inChild(const std::function<int()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(body());
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 /// Runs with unnamed files, and with hidden names as on a file system without unnamed files.
@@ -369,10 +358,9 @@ TEST_P(UnnamedFileTest, NeedsNoSpaceForACopy) {
 }
 
 TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
-    constexpr int mayNotMount = 77;
-    const int answer = inChild([&] {
+    const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
-            return mayNotMount;
+            return test::mayNotMount;
         }
         const std::string content(test::smallDiskBytes * 7 / 10, 'x');
         writeFile(target, "old");
@@ -382,7 +370,7 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
                           static_cast<ssize_t>(content.size());
         return (saved ? 0 : 1) + (full ? 0 : 2) + (contentOf(target) == content ? 0 : 4);
     });
-    if (answer == mayNotMount) {
+    if (answer == test::mayNotMount) {
         GTEST_SKIP()
             << "this user may not mount a disk; NeedsNoSpaceForACopy tests it with a limit";
     }

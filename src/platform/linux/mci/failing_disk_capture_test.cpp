@@ -6,12 +6,12 @@
 
 #include <fcntl.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 
 #include "platform/linux/mci/machine_fixture.h"
 #include "support/call_judge.h"
 #include "support/fake_disc.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/small_disk.h"
 #include "support/wav_samples.h"
 
@@ -132,14 +132,11 @@ INSTANTIATE_TEST_SUITE_P(Calls, ADestinationThatHangs,
                          testing::Values(SYS_openat, SYS_pwrite64, SYS_fdatasync, SYS_linkat));
 
 TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) {
-    constexpr int mayNotMount = 77;
     const fakes::TempFolder result; // on another disk
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
+    const int answer = test::runInChild([&] {
         FailingCapture session(sound::patientTiming);
         if (!test::mountSmallDisk(session.folder.path().string())) {
-            ::_exit(mayNotMount);
+            return test::mayNotMount;
         }
         session.begin();
         session.tickUntil(9000); // the disk is full after six seconds
@@ -156,16 +153,13 @@ TEST(ADestinationThatIsFull, KeepsTheCompleteStartOfTheTrackAndNotifiesTheUser) 
                                 texts[1].find(place) < 200 && texts[1].find("0:05 are kept") < 400;
         std::filesystem::copy(session.folder / "4711-1.wav", result / "copy.wav");
         const bool isAlone = test::entriesIn(session.folder.path()) == 1;
-        ::_exit((hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isReported ? 0 : 8) +
-                (isAlone ? 0 : 16));
-    }
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    if (WEXITSTATUS(status) == mayNotMount) {
+        return (hasEnded ? 0 : 1) + (isKept ? 0 : 2) + (isSaved ? 0 : 4) + (isReported ? 0 : 8) +
+               (isAlone ? 0 : 16);
+    });
+    if (answer == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
     }
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(answer, 0);
     const auto wav = fakes::readWav(result / "copy.wav");
     ASSERT_TRUE(wav);
     EXPECT_EQ(static_cast<std::size_t>(std::filesystem::file_size(result / "copy.wav")),

@@ -8,10 +8,10 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/linux/mp3/mp3_fixture.h"
+#include "support/forked_child.h"
 #include "support/held_calls.h"
 #include "support/limited_threads.h"
 #include "support/small_disk.h"
@@ -41,18 +41,6 @@ bool isOpen(const fs::path& path) {
         }
     }
     return false;
-}
-
-/// The result of `step` in a child process with its own mounts.
-int inChild(const std::function<int()>& step) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(step());
-    }
-    int status = 0;
-    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status)
-               ? WEXITSTATUS(status)
-               : -1;
 }
 
 class DecodeJobTest : public testing::Test {
@@ -304,19 +292,18 @@ int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned thre
     return std::equal(part.begin(), part.end(), whole.begin()) ? 0 : 5;
 }
 TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
-    constexpr int mayNotMount = 77;
     writeFile(source, ordinary());
     const fs::path disk = folder / "disk";
     fs::create_directory(disk);
     for (const unsigned threads : {1U, 2U}) {
-        const int code = inChild([&] {
+        const int code = test::runInChild([&] {
             if (!test::mountSmallDisk(disk)) {
-                return mayNotMount;
+                return test::mayNotMount;
             }
             writeFile(disk / "filler", Data(test::smallDiskBytes - room, 'x'));
             return decodeWithoutRoom(source, disk / "out.wav", threads);
         });
-        if (code == mayNotMount) {
+        if (code == test::mayNotMount) {
             GTEST_SKIP()
                 << "this user may not mount a disk; KeepsThePartThatALimitAllows tests it, too";
         }
@@ -327,7 +314,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
 TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
     writeFile(source, ordinary());
     for (const unsigned threads : {1U, 2U}) {
-        const int code = inChild([&] {
+        const int code = test::runInChild([&] {
             std::signal(SIGXFSZ, SIG_IGN);
             const rlimit limit{room, room};
             ::setrlimit(RLIMIT_FSIZE, &limit);

@@ -8,9 +8,9 @@
 #include <filesystem>
 #include <optional>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/forked_child.h"
 #include "support/refused_call.h"
 #include "support/temp_folder.h"
 #include "support/unprivileged.h"
@@ -41,25 +41,15 @@ TEST(SingleInstance, IsIndependentOfLocksInOtherFolders) {
 
 TEST(SingleInstance, IsFreeAgainAfterAKill) {
     const fakes::TempFolder folder;
-    int ready[2];
-    ASSERT_EQ(::pipe(ready), 0);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
+    test::ReportingChild child([&](const auto& report) {
         const SingleInstance first({folder.path().string()});
-        static_cast<void>(::write(ready[1], first.isFirst() ? "1" : "0", 1));
-        ::pause();
-        ::_exit(0);
-    }
-    char answer = 0;
-    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
-    EXPECT_EQ(answer, '1');
+        report(first.isFirst() ? '1' : '0');
+        ::pause(); // keeps the lock
+    });
+    EXPECT_EQ(child.nextReport(), '1');
     EXPECT_FALSE(SingleInstance({folder.path().string()}).isFirst());
-    ASSERT_EQ(::kill(child, SIGKILL), 0);
-    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    ASSERT_TRUE(child.kill());
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
-    ::close(ready[0]);
-    ::close(ready[1]);
 }
 
 TEST(SingleInstance, StartsIfNoLockIsPossible) {

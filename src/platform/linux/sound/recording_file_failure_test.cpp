@@ -11,12 +11,12 @@
 
 #include <sys/resource.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 
 #include "support/call_judge.h"
 #include "support/fake_sound.h"
 #include "support/file_content.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/recorded_wav.h"
 #include "support/small_disk.h"
 #include "support/temp_folder.h"
@@ -62,18 +62,6 @@ class FailingDiskTest : public testing::Test {
     const fs::path target = folder / "track.wav";
 };
 
-/// Runs `body` in a child process; returns the exit status, which identifies the failed
-/// expectation.
-int exitStatusOf(const std::function<int()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(body());
-    }
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 void limitFileSize(rlim_t bytes) {
     rlimit limit{};
     ::getrlimit(RLIMIT_FSIZE, &limit);
@@ -83,7 +71,7 @@ void limitFileSize(rlim_t bytes) {
 
 TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
     std::ofstream(target) << "old";
-    EXPECT_EQ(exitStatusOf([&] {
+    EXPECT_EQ(test::runInChild([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
                   limitFileSize(10'001); // in the middle of a frame
                   RecordingFile recording = create();
@@ -101,11 +89,10 @@ TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
 }
 
 TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
-    constexpr int mayNotMount = 77;
     const fakes::TempFolder result; // on another disk
-    const int status = exitStatusOf([&] {
+    const int status = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
-            return mayNotMount;
+            return test::mayNotMount;
         }
         RecordingFile recording = create();
         bool taken = true;
@@ -122,7 +109,7 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
         fs::copy(target, result / "copy.wav");
         return (full ? 0 : 1) + (nearlyAll ? 0 : 2) + (saved ? 0 : 4) + (refused ? 0 : 8);
     });
-    if (status == mayNotMount) {
+    if (status == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
     }
     EXPECT_EQ(status, 0);
@@ -333,7 +320,7 @@ TEST_F(FailingDiskTest, NamesNoFileThatLacksCountedSamples) {
 }
 
 TEST_F(FailingDiskTest, KeepsWholeFramesOfMono) {
-    EXPECT_EQ(exitStatusOf([&] {
+    EXPECT_EQ(test::runInChild([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
                   limitFileSize(1003);
                   auto made = RecordingFile::create(Channels::mono, folder.path());

@@ -6,11 +6,10 @@
 #include <csignal>
 #include <fstream>
 
-#include <sys/wait.h>
-
 #include "support/fake_sound.h"
 #include "support/file_content.h"
 #include "support/folder_entries.h"
+#include "support/forked_child.h"
 #include "support/recorded_wav.h"
 #include "support/temp_folder.h"
 
@@ -155,17 +154,17 @@ TEST_F(RecordingFileTest, SavesBothFormsFromAFileWithAHiddenName) {
 }
 
 /// Records and saves again and again until it is killed, with a longer recording each time; reports
-/// before and after each save.
-[[noreturn]] void recordForEver(const fs::path& folder, files::Concealment concealment,
-                                int progress) {
+/// before and after each save. Returns if it fails.
+void recordForEver(const fs::path& folder, files::Concealment concealment,
+                   const test::ReportingChild::Report& report) {
     for (std::size_t frames = 1000;; frames += 1000) {
         auto made = RecordingFile::create(Channels::stereo, folder, maxWavSampleBytes, concealment);
         const bool appended = made.value().append(pattern(0, frames));
-        static_cast<void>(::write(progress, "x", 1));
+        report('x');
         if (!appended || !made.value().save(folder / "track.wav").ok()) {
-            ::_exit(1);
+            return;
         }
-        static_cast<void>(::write(progress, "x", 1));
+        report('x');
     }
 }
 
@@ -174,21 +173,10 @@ TEST_F(RecordingFileTest, LeavesTheLastWavAfterAKillAndTheNextRecordingDeletesLe
          {files::Concealment::noName, files::Concealment::hiddenName}) {
         for (int steps = 1; steps < 12; ++steps) {
             const fakes::TempFolder place;
-            int pipe[2];
-            ASSERT_EQ(::pipe(pipe), 0);
-            const pid_t child = ::fork();
-            ASSERT_GE(child, 0);
-            if (child == 0) {
-                recordForEver(place.path(), concealment, pipe[1]);
-            }
-            char byte = 0;
-            for (int i = 0; i < steps; ++i) {
-                ASSERT_EQ(::read(pipe[0], &byte, 1), 1);
-            }
-            ASSERT_EQ(::kill(child, SIGKILL), 0);
-            ASSERT_EQ(::waitpid(child, nullptr, 0), child);
-            ::close(pipe[0]);
-            ::close(pipe[1]);
+            test::ReportingChild child(
+                [&](const auto& report) { recordForEver(place.path(), concealment, report); });
+            ASSERT_TRUE(child.reports(steps));
+            ASSERT_TRUE(child.kill());
             const bool saved = fs::exists(place / "track.wav");
             EXPECT_TRUE(saved || steps < 2);
             if (saved) {

@@ -8,9 +8,9 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 
 #include "support/file_content.h"
+#include "support/forked_child.h"
 #include "support/temp_folder.h"
 #include "support/wav_samples.h"
 
@@ -72,18 +72,15 @@ TEST_F(WavWriterTest, ReportsWhyNothingCanBeWritten) {
 }
 
 TEST_F(WavWriterTest, CountsTheWholeSamplesThatFitted) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{49, 49}; // two samples and a half
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        WavWriter writer(file, Channels::mono, WavForm::plain);
-        const bool counted = writer.append(samples) == 2 && writer.errorNumber() == EFBIG;
-        ::_exit(counted ? 0 : 1);
-    }
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(test::runInChild([this] {
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{49, 49}; // two samples and a half
+                  ::setrlimit(RLIMIT_FSIZE, &limit);
+                  WavWriter writer(file, Channels::mono, WavForm::plain);
+                  const bool counted = writer.append(samples) == 2 && writer.errorNumber() == EFBIG;
+                  return counted ? 0 : 1;
+              }),
+              0);
 }
 
 } // namespace

@@ -10,11 +10,11 @@
 
 #include <fcntl.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/linux/system/linux_system_information.h"
 #include "platform/linux/system/sys_fixture.h"
+#include "support/forked_child.h"
 #include "support/small_disk.h"
 #include "support/temp_folder.h"
 
@@ -22,8 +22,6 @@ namespace sonarith {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr int mayNotMount = 77;
 
 int threadsNow() {
     int count = 0;
@@ -52,7 +50,7 @@ int mountUnserved(const std::string& point) {
 int lookAtAHangingMount(const std::string& point) {
     const int device = mountUnserved(point);
     if (device < 0) {
-        return mayNotMount;
+        return test::mayNotMount;
     }
     const std::vector<Drive> drives = {{'C', "/"}, {'D', point}};
     waiting::WorkerThreads threads;
@@ -95,18 +93,12 @@ int lookAtAHangingMount(const std::string& point) {
 
 TEST(AHangingMount, BlocksOneThreadAndNothingElse) {
     const fakes::TempFolder folder;
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        ::_exit(lookAtAHangingMount(folder.path().string()));
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    if (WEXITSTATUS(status) == mayNotMount) {
+    const int answer =
+        test::runInChild([&] { return lookAtAHangingMount(folder.path().string()); });
+    if (answer == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
     }
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(answer, 0);
 }
 
 } // namespace
