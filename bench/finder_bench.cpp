@@ -68,21 +68,8 @@ struct RealFinder {
                          {threads, waiting, notices}};
     PatientFileSystem files{patient};
     PatientDirectories directories{patient, files};
-    Platform platform{.loop = loop,
-                      .media = machine.media,
-                      .store = machine.store,
-                      .files = files,
-                      .boxes = machine.boxes,
-                      .pointer = machine.pointer,
-                      .random = machine.random,
-                      .shell = machine.shell,
-                      .directories = directories,
-                      .mp3Controls = machine.mp3,
-                      .fileDialog = machine.dialog,
-                      .mixer = machine.mixer,
-                      .waveInput = machine.waveInput,
-                      .tray = machine.tray,
-                      .system = machine.system};
+    Platform platform =
+        machine.platformWith({.loop = &loop, .files = &files, .directories = &directories});
     ProcessState process;
     Windows windows{platform, process};
     FrmSearch& form = windows.frmsearch;

@@ -117,21 +117,7 @@ void measure(const fs::path& folder) {
         [&](const std::string& path) { return paths.logicPathOf(path); });
 
     test::FakeMachine machine;
-    Platform platform{.loop = machine.loop,
-                      .media = machine.media,
-                      .store = store,
-                      .files = machine.files,
-                      .boxes = machine.boxes,
-                      .pointer = machine.pointer,
-                      .random = machine.random,
-                      .shell = machine.shell,
-                      .directories = machine.directories,
-                      .mp3Controls = machine.mp3,
-                      .fileDialog = machine.dialog,
-                      .mixer = machine.mixer,
-                      .waveInput = machine.waveInput,
-                      .tray = machine.tray,
-                      .system = system};
+    Platform platform = machine.platformWith({.store = &store, .system = &system});
     ProcessState process;
     Windows windows(platform, process);
     FileAdder adder(platform, process, windows.Form1);

@@ -82,21 +82,7 @@ int main(int argc, char** argv) {
     QtEventLoop loop;
     test::FakeMachine machine;
     machine.directories.addFolder("c:\\");
-    Application application(Platform{.loop = loop,
-                                     .media = media,
-                                     .store = machine.store,
-                                     .files = machine.files,
-                                     .boxes = machine.boxes,
-                                     .pointer = machine.pointer,
-                                     .random = machine.random,
-                                     .shell = machine.shell,
-                                     .directories = machine.directories,
-                                     .mp3Controls = machine.mp3,
-                                     .fileDialog = machine.dialog,
-                                     .mixer = machine.mixer,
-                                     .waveInput = machine.waveInput,
-                                     .tray = machine.tray,
-                                     .system = machine.system});
+    Application application(machine.platformWith({.loop = &loop, .media = &media}));
     Form1& form = application.windows().Form1;
     const MainWindowView window(form);
     application.start();

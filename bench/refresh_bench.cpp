@@ -65,21 +65,8 @@ Measured startWith(const fs::path& folder, int argc, char** argv) {
     store.put("Settings", "DecodePath", paths.toLogic((folder / "files").string()));
     store.put("Settings", "show full path", "0");
     test::FakeMachine machine;
-    Application application(Platform{.loop = loop,
-                                     .media = machine.media,
-                                     .store = store,
-                                     .files = files,
-                                     .boxes = machine.boxes,
-                                     .pointer = machine.pointer,
-                                     .random = machine.random,
-                                     .shell = machine.shell,
-                                     .directories = directories,
-                                     .mp3Controls = machine.mp3,
-                                     .fileDialog = machine.dialog,
-                                     .mixer = machine.mixer,
-                                     .waveInput = machine.waveInput,
-                                     .tray = machine.tray,
-                                     .system = machine.system});
+    Application application(machine.platformWith(
+        {.loop = &loop, .store = &store, .files = &files, .directories = &directories}));
     Form1& form = application.windows().Form1;
     const MainWindowView window(form);
 

@@ -65,22 +65,7 @@ TEST(LevelMetersTick, AllocatesNothing) {
     test::FakeMachine machine;
     QuietMixer mixer;
     QuietInput input;
-    const Platform& base = machine.platform;
-    const Platform platform{.loop = base.loop,
-                            .media = base.media,
-                            .store = base.store,
-                            .files = base.files,
-                            .boxes = base.boxes,
-                            .pointer = base.pointer,
-                            .random = base.random,
-                            .shell = base.shell,
-                            .directories = base.directories,
-                            .mp3Controls = base.mp3Controls,
-                            .fileDialog = base.fileDialog,
-                            .mixer = mixer,
-                            .waveInput = input,
-                            .tray = base.tray,
-                            .system = base.system};
+    const Platform platform = machine.platformWith({.mixer = &mixer, .waveInput = &input});
     ProcessState process;
     Form4 form(machine.loop);
     form.load();

@@ -18,21 +18,7 @@ namespace sonarith::test {
 struct EditorOver {
     /// Loads the window with the stored list. Both parameters must outlive this object.
     EditorOver(FileSystem& files, SettingsStore& store)
-        : platform{.loop = machine.loop,
-                   .media = machine.media,
-                   .store = store,
-                   .files = files,
-                   .boxes = machine.boxes,
-                   .pointer = machine.pointer,
-                   .random = machine.random,
-                   .shell = machine.shell,
-                   .directories = machine.directories,
-                   .mp3Controls = machine.mp3,
-                   .fileDialog = machine.dialog,
-                   .mixer = machine.mixer,
-                   .waveInput = machine.waveInput,
-                   .tray = machine.tray,
-                   .system = machine.system} {
+        : platform(machine.platformWith({.store = &store, .files = &files})) {
         form.load();
     }
     [[nodiscard]] std::vector<std::string> lines() const {

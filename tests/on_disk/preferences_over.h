@@ -14,21 +14,8 @@ namespace sonarith::test {
 struct PreferencesOver {
     /// All parameters must outlive this object.
     PreferencesOver(FileSystem& files, Directories& directories, SettingsStore& store)
-        : platform{.loop = machine.loop,
-                   .media = machine.media,
-                   .store = store,
-                   .files = files,
-                   .boxes = machine.boxes,
-                   .pointer = machine.pointer,
-                   .random = machine.random,
-                   .shell = machine.shell,
-                   .directories = directories,
-                   .mp3Controls = machine.mp3,
-                   .fileDialog = machine.dialog,
-                   .mixer = machine.mixer,
-                   .waveInput = machine.waveInput,
-                   .tray = machine.tray,
-                   .system = machine.system} {
+        : platform(machine.platformWith(
+              {.store = &store, .files = &files, .directories = &directories})) {
         windows.Form1.load();
         windows.Form4.load();
     }

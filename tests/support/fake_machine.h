@@ -42,21 +42,49 @@ struct FakeMachine {
     FakeTray tray;
     FakeSystemInformation system;
 
-    Platform platform{.loop = loop,
-                      .media = media,
-                      .store = store,
-                      .files = files,
-                      .boxes = boxes,
-                      .pointer = pointer,
-                      .random = random,
-                      .shell = shell,
-                      .directories = directories,
-                      .mp3Controls = mp3,
-                      .fileDialog = dialog,
-                      .mixer = mixer,
-                      .waveInput = waveInput,
-                      .tray = tray,
-                      .system = system};
+    /// Parts that replace fakes in a Platform. A null pointer leaves the fake in its place.
+    struct OtherParts {
+        EventLoop* loop = nullptr;
+        MediaControl* media = nullptr;
+        SettingsStore* store = nullptr;
+        FileSystem* files = nullptr;
+        MessageBoxes* boxes = nullptr;
+        MousePointer* pointer = nullptr;
+        Random* random = nullptr;
+        Shell* shell = nullptr;
+        Directories* directories = nullptr;
+        Mp3Controls* mp3Controls = nullptr;
+        FileDialog* fileDialog = nullptr;
+        Mixer* mixer = nullptr;
+        WaveInput* waveInput = nullptr;
+        Tray* tray = nullptr;
+        SystemInformation* system = nullptr;
+    };
+    /// All parts must outlive the result.
+    [[nodiscard]] Platform platformWith(const OtherParts& other) {
+        const auto chosen = [](auto* part, auto& fake) -> decltype(*part) {
+            return part != nullptr ? *part : fake;
+        };
+        return {
+            .loop = chosen(other.loop, loop),
+            .media = chosen(other.media, media),
+            .store = chosen(other.store, store),
+            .files = chosen(other.files, files),
+            .boxes = chosen(other.boxes, boxes),
+            .pointer = chosen(other.pointer, pointer),
+            .random = chosen(other.random, random),
+            .shell = chosen(other.shell, shell),
+            .directories = chosen(other.directories, directories),
+            .mp3Controls = chosen(other.mp3Controls, mp3),
+            .fileDialog = chosen(other.fileDialog, dialog),
+            .mixer = chosen(other.mixer, mixer),
+            .waveInput = chosen(other.waveInput, waveInput),
+            .tray = chosen(other.tray, tray),
+            .system = chosen(other.system, system),
+        };
+    }
+
+    Platform platform = platformWith({});
 };
 
 } // namespace sonarith::test

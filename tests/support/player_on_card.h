@@ -51,21 +51,8 @@ class PlayerOnCard {
     mci::Interpreter media;
     sound::CardMixer mixer;
     sound::CardWaveInput waveInput;
-    const Platform platform{.loop = machine.loop,
-                            .media = media,
-                            .store = machine.store,
-                            .files = machine.files,
-                            .boxes = machine.boxes,
-                            .pointer = machine.pointer,
-                            .random = machine.random,
-                            .shell = machine.shell,
-                            .directories = machine.directories,
-                            .mp3Controls = machine.mp3,
-                            .fileDialog = machine.dialog,
-                            .mixer = mixer,
-                            .waveInput = waveInput,
-                            .tray = machine.tray,
-                            .system = machine.system};
+    const Platform platform =
+        machine.platformWith({.media = &media, .mixer = &mixer, .waveInput = &waveInput});
     ProcessState process;
     Windows windows{platform, process};
     Form4& form = windows.Form4;
