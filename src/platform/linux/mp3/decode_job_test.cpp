@@ -1,74 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mp3/decode_job.h"
 
-#include <gmock/gmock.h>
-
-#include <csignal>
-#include <functional>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/mp3/mp3_fixture.h"
-#include "support/forked_child.h"
+#include "platform/linux/mp3/decode_job_fixture.h"
 #include "support/held_calls.h"
-#include "support/limited_threads.h"
-#include "support/small_disk.h"
-#include "support/unprivileged.h"
-#include "support/waiting.h"
 
 namespace sonarith::mp3 {
 namespace {
 
 namespace fs = std::filesystem;
 using fixture::Data;
+using fixture::DecodeJobTest;
 using fixture::encoded;
+using fixture::isOpen;
 using fixture::operator+;
 using fixture::ordinary;
 using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
-
-void ignoreEnd(const DecodeResult& /*result*/) {}
-
-/// Whether this process has the file open.
-bool isOpen(const fs::path& path) {
-    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
-        std::error_code closedMeanwhile;
-        if (fs::read_symlink(entry.path(), closedMeanwhile) == path) {
-            return true;
-        }
-    }
-    return false;
-}
-
-class DecodeJobTest : public testing::Test {
-  protected:
-    ~DecodeJobTest() override { EXPECT_TRUE(saves->noneWithin(std::chrono::seconds(30))); }
-    std::unique_ptr<DecodeJob> start(const fs::path& to, const Division& division = {2, 16}) {
-        return std::make_unique<DecodeJob>(DecodeOrder{source, to, division}, &ignoreEnd, saves);
-    }
-    static bool waitFor(const DecodeJob& job) {
-        return fakes::eventually([&] { return job.over(); });
-    }
-    DecodeResult decode(const Data& data, const Division& division = {2, 16}) {
-        writeFile(source, data);
-        return decodeSource(division);
-    }
-    DecodeResult decodeSource(const Division& division = {2, 16}) {
-        const auto job = start(target, division);
-        EXPECT_TRUE(waitFor(*job));
-        return job->result();
-    }
-    int entries() const {
-        return static_cast<int>(std::distance(fs::directory_iterator(folder.path()), {}));
-    }
-    fakes::TempFolder folder;
-    const std::shared_ptr<sound::PendingSaves> saves = std::make_shared<sound::PendingSaves>();
-    const fs::path source = folder / "in.mp3";
-    const fs::path target = folder / "out.wav";
-};
 
 TEST_F(DecodeJobTest, WritesTheWholeFileByEitherMethod) {
     const fixture::DecodedSound whole = fixture::sequentially(ordinary());
@@ -134,42 +85,6 @@ TEST_F(DecodeJobTest, WritesNothingForAnInformationFrameAlone) {
     // 128 kbit/s at 44100 Hz without padding: 417 bytes.
     EXPECT_EQ(decode(fixture::part(fixture::ordinary(), 0, 417)).outcome, DecodeOutcome::noFrames);
     EXPECT_EQ(readFile(target), text("old"));
-}
-
-TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
-    writeFile(target, text("old"));
-    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // it does not exist
-    fs::create_directory(source);
-    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed);
-    fs::remove(source);
-    ASSERT_EQ(::mkfifo(source.c_str(), 0600), 0);
-    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed);
-    fs::remove(source);
-    writeFile(source, ordinary());
-    fs::permissions(source, fs::perms::none);
-    fs::permissions(folder.path(), fs::perms::all);
-    fs::permissions(target, fs::perms::all);
-    EXPECT_EQ(test::runUnprivileged([&] {
-                  const auto job = start(target);
-                  waitFor(*job);
-                  const auto& failure = job->result().failure;
-                  return failure && failure->step == DecodeStep::opening &&
-                                 failure->error.number == ErrorNumber::permissionDenied
-                             ? 0
-                             : 1;
-              }),
-              0);
-    EXPECT_EQ(readFile(target), text("old"));
-}
-
-TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndReportsWhy) {
-    fs::create_directory(target);
-    const DecodeResult result = decode(ordinary());
-    EXPECT_EQ(result.outcome, DecodeOutcome::failed);
-    ASSERT_TRUE(result.failure);
-    EXPECT_EQ(result.failure->step, DecodeStep::writing);
-    EXPECT_EQ(result.failure->error.number, ErrorNumber::pathFileAccess);
-    EXPECT_TRUE(fs::is_directory(target));
 }
 
 TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
@@ -240,88 +155,6 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
     EXPECT_EQ(job->result().outcome, DecodeOutcome::stopped);
     EXPECT_EQ(job->result().samples, 0);
     EXPECT_EQ(readFile(target), text("old"));
-}
-
-TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
-    // The file becomes shorter while it is read, as on a failing disk.
-    const Data& data = encoded(44100, 2, "-b 320");
-    const fixture::DecodedSound whole = fixture::sequentially(data);
-    for (const unsigned threads : {1U, 2U}) {
-        writeFile(source, data);
-        fs::resize_file(source, std::uintmax_t{1} << 40); // so that the scan takes long
-        const auto job = start(target, {threads, 16});
-        EXPECT_TRUE(fakes::eventually([&] { return isOpen(source); }));
-        fs::resize_file(source, 100'000);
-        EXPECT_TRUE(waitFor(*job));
-        const DecodeResult& result = job->result();
-        EXPECT_EQ(result.outcome, DecodeOutcome::failed);
-        ASSERT_TRUE(result.failure);
-        EXPECT_EQ(result.failure->step, DecodeStep::reading);
-        const fixture::Samples part = fixture::readWav(target).samples;
-        EXPECT_EQ(part.size(), static_cast<std::size_t>(result.samples) * 2);
-        EXPECT_EQ(part.size(), (100'000 / 1045 - 1) * 2304U - 1105 * 2) << "every whole frame";
-        EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
-    }
-}
-
-constexpr int room = 480'000; ///< in bytes
-
-/// Decodes with space for two thirds of the sound, in a child process. Returns 0 if the part that
-/// fits was kept.
-int decodeWithoutRoom(const fs::path& source, const fs::path& wav, unsigned threads) {
-    DecodeJob job({source, wav, {threads, 16}}, &ignoreEnd,
-                  std::make_shared<sound::PendingSaves>());
-    if (!fakes::eventually([&] { return job.over(); })) {
-        return 1;
-    }
-    const DecodeResult& result = job.result();
-    if (result.outcome != DecodeOutcome::failed || !result.failure ||
-        result.failure->step != DecodeStep::writing ||
-        result.failure->error.number != ErrorNumber::diskFull) {
-        return 2;
-    }
-    const fixture::Samples part = fixture::readWav(wav).samples;
-    if (part.size() != static_cast<std::size_t>(result.samples) * 2) {
-        return 3;
-    }
-    const fixture::Samples whole = fixture::sequentially(ordinary()).samples;
-    constexpr std::size_t batch = 150'000; // bytes of one write
-    if (part.size() * 2 < room - batch || part.size() >= whole.size()) {
-        return 4;
-    }
-    return std::equal(part.begin(), part.end(), whole.begin()) ? 0 : 5;
-}
-TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
-    writeFile(source, ordinary());
-    const fs::path disk = folder / "disk";
-    fs::create_directory(disk);
-    for (const unsigned threads : {1U, 2U}) {
-        const int code = test::runInChild([&] {
-            if (!test::mountSmallDisk(disk)) {
-                return test::mayNotMount;
-            }
-            writeFile(disk / "filler", Data(test::smallDiskBytes - room, 'x'));
-            return decodeWithoutRoom(source, disk / "out.wav", threads);
-        });
-        if (code == test::mayNotMount) {
-            GTEST_SKIP()
-                << "this user may not mount a disk; KeepsThePartThatALimitAllows tests it, too";
-        }
-        EXPECT_EQ(code, 0) << threads;
-    }
-}
-
-TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
-    writeFile(source, ordinary());
-    for (const unsigned threads : {1U, 2U}) {
-        const int code = test::runInChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{room, room};
-            ::setrlimit(RLIMIT_FSIZE, &limit);
-            return decodeWithoutRoom(source, target, threads);
-        });
-        EXPECT_EQ(code, 0) << threads;
-    }
 }
 
 TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesByEitherMethod) {
@@ -414,23 +247,6 @@ TEST_F(DecodeJobTest, DecodingsOfOneTargetRunOneAfterTheOther) {
     }
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);
     EXPECT_EQ(entries(), 3);
-}
-
-TEST_F(DecodeJobTest, FailsAtOnceIfTheSystemHasNoThread) {
-    writeFile(source, ordinary());
-    const fakes::LimitedThreads threads(0);
-    int reports = 0;
-    const DecodeJob job(
-        DecodeOrder{source, target, {2, 16, threads.starter()}},
-        [&](const DecodeResult& /*result*/) { ++reports; }, saves);
-    EXPECT_TRUE(job.over());
-    EXPECT_FALSE(job.busy());
-    EXPECT_EQ(reports, 1);
-    EXPECT_EQ(job.result().outcome, DecodeOutcome::failed);
-    ASSERT_TRUE(job.result().failure);
-    EXPECT_EQ(job.result().failure->error.number, ErrorNumber::deviceUnavailable);
-    EXPECT_FALSE(job.completed());
-    EXPECT_EQ(entries(), 1);
 }
 
 } // namespace
