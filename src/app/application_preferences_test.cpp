@@ -311,7 +311,10 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     EXPECT_EQ(bench.form.Label3.caption(), "Next action:");
 }
 
-TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
+/// Runs `run` with a stop at its first yield, at its second and so on until there is no such yield,
+/// for each state of the preferences. `run` says whether it reached its yield.
+void atEveryYield(void (*run)(int yield, PreferencesAre window, bool& reached)) {
+    constexpr int mostYields = 300;
     for (const PreferencesAre window :
          {PreferencesAre::kept, PreferencesAre::closed, PreferencesAre::reopened}) {
         bool reached = true;
@@ -319,12 +322,16 @@ TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
         while (reached) {
             ++n;
             SCOPED_TRACE(nameOf(window) + " yield " + std::to_string(n));
-            ASSERT_LT(n, 200);
+            ASSERT_LT(n, mostYields);
             reached = false;
-            runWithStopAtYield(n, window, reached);
+            run(n, window, reached);
         }
         EXPECT_GT(n, 20);
     }
+}
+
+TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
+    atEveryYield(&runWithStopAtYield);
 }
 
 /// Three MP3 files; each is decoded within a few ticks.
@@ -381,19 +388,7 @@ void decodeWithStopAtYield(int n, PreferencesAre window, bool& reached) {
 }
 
 TEST(GuardOfADecoding, StopsAtEveryYieldAndTheNextRunWorks) {
-    for (const PreferencesAre window :
-         {PreferencesAre::kept, PreferencesAre::closed, PreferencesAre::reopened}) {
-        bool reached = true;
-        int n = 0;
-        while (reached) {
-            ++n;
-            SCOPED_TRACE(nameOf(window) + " yield " + std::to_string(n));
-            ASSERT_LT(n, 300);
-            reached = false;
-            decodeWithStopAtYield(n, window, reached);
-        }
-        EXPECT_GT(n, 20);
-    }
+    atEveryYield(&decodeWithStopAtYield);
 }
 
 } // namespace

@@ -24,7 +24,8 @@ class EventLoop {
 
     virtual ~EventLoop() = default;
 
-    /// Handles everything that is due (input, timers, painting), then returns.
+    /// Handles what is due (input, timers, painting), then returns. Cheap enough for each small
+    /// step of a job: yields in quick succession look for new input at most once in 0.25 ms.
     virtual void yield() = 0;
 
     /// Yields while `condition` is true. The condition is evaluated after each handled event; while

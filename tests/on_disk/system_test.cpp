@@ -16,27 +16,13 @@
 #include "platform/linux/paths/path_map.h"
 #include "platform/linux/system/linux_system_information.h"
 #include "platform/linux/system/machine_facts.h"
+#include "support/command_output.h"
 #include "support/fake_settings_store.h"
 
 namespace sonarith {
 namespace {
 
 using testing::MatchesRegex;
-
-/// The output of a command, without its last line end; empty if it fails.
-std::string outputOf(const std::string& command) {
-    std::string text;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    std::array<char, 256> block{};
-    while (pipe != nullptr && std::fgets(block.data(), block.size(), pipe) != nullptr) {
-        text += block.data();
-    }
-    const bool worked = pipe != nullptr && ::pclose(pipe) == 0;
-    while (!text.empty() && text.back() == '\n') {
-        text.pop_back();
-    }
-    return worked ? text : std::string();
-}
 
 class FacadeOfThisMachine : public ::testing::Test {
   protected:
@@ -60,7 +46,7 @@ TEST_F(FacadeOfThisMachine, HasTheRootsSizeAndType) {
     for (int tries = 0; tries < 300 && total == 0; ++tries) {
         system.DriveInfo("C:\\", total, free); // the values arrive late on a busy machine
     }
-    std::istringstream df(outputOf("df -B1 --output=size,avail / | tail -1"));
+    std::istringstream df(test::outputOf("df -B1 --output=size,avail / | tail -1"));
     std::int64_t dfTotal = 0;
     std::int64_t dfAvailable = 0;
     df >> dfTotal >> dfAvailable;
@@ -85,11 +71,11 @@ TEST_F(FacadeOfThisMachine, CountsEachDriveOnce) {
 
 TEST_F(FacadeOfThisMachine, HasTheRootsLabelAndSerialNumber) {
     // Without the device manager, neither the program nor the tool can read these values.
-    const std::string label = outputOf("findmnt -n -o LABEL /");
+    const std::string label = test::outputOf("findmnt -n -o LABEL /");
     EXPECT_EQ(system.VolumeLabel("C:\\"), label.empty() ? "NoName" : label);
     const std::string serial = system.SerialNumber("C:\\");
     EXPECT_THAT(serial, MatchesRegex("[0-9A-F]{4}-[0-9A-F]{4}"));
-    if (outputOf("findmnt -n -o UUID /").empty()) {
+    if (test::outputOf("findmnt -n -o UUID /").empty()) {
         EXPECT_EQ(serial, "0000-0000");
     }
     EXPECT_EQ(system.VolumeLabel("?:\\"), "");
@@ -99,9 +85,10 @@ TEST_F(FacadeOfThisMachine, HasTheRootsLabelAndSerialNumber) {
 TEST_F(FacadeOfThisMachine, HasTheMemoryThatTheKernelPrints) {
     System::Memory memory;
     system.FreeMemory(memory);
-    EXPECT_EQ(memory.totalKb, std::stoll(outputOf("awk '/^MemTotal:/ {print $2}' /proc/meminfo")));
+    EXPECT_EQ(memory.totalKb,
+              std::stoll(test::outputOf("awk '/^MemTotal:/ {print $2}' /proc/meminfo")));
     const auto availableKb =
-        std::stoll(outputOf("awk '/^MemAvailable:/ {print $2}' /proc/meminfo"));
+        std::stoll(test::outputOf("awk '/^MemAvailable:/ {print $2}' /proc/meminfo"));
     // Other programs may start and end between the two readings.
     const double tolerance = 0.25 * static_cast<double>(memory.totalKb);
     EXPECT_NEAR(static_cast<double>(memory.availableKb), static_cast<double>(availableKb),
@@ -115,8 +102,8 @@ TEST_F(FacadeOfThisMachine, HasTheMemoryThatTheKernelPrints) {
 TEST_F(FacadeOfThisMachine, HasTheProcessorsThatAreOnline) {
     System::Processors processors{"none", 0, 0};
     system.SystemInfo(processors);
-    EXPECT_EQ(processors.count, std::stoi(outputOf("getconf _NPROCESSORS_ONLN")));
-    EXPECT_EQ(processors.type, outputOf("uname -m") == "x86_64" ? "Intel Pentium" : "none");
+    EXPECT_EQ(processors.count, std::stoi(test::outputOf("getconf _NPROCESSORS_ONLN")));
+    EXPECT_EQ(processors.type, test::outputOf("uname -m") == "x86_64" ? "Intel Pentium" : "none");
     EXPECT_NE(processors.activeMask, 0U);
 }
 
@@ -125,7 +112,7 @@ TEST_F(FacadeOfThisMachine, HasTheKernelsVersion) {
     system.WinVer(version);
     EXPECT_EQ(version.text, "Windows NT");
     EXPECT_EQ(std::to_string(version.major) + "." + std::to_string(version.minor),
-              outputOf("uname -r | grep -o '^[0-9]*\\.[0-9]*'"));
+              test::outputOf("uname -r | grep -o '^[0-9]*\\.[0-9]*'"));
 }
 
 TEST_F(FacadeOfThisMachine, HasAKeyboardsNameIfThereIsOne) {
@@ -137,18 +124,18 @@ TEST_F(FacadeOfThisMachine, HasAKeyboardsNameIfThereIsOne) {
 }
 
 TEST_F(FacadeOfThisMachine, HasItsNames) {
-    EXPECT_EQ(system.ComputerName(), outputOf("uname -n"));
+    EXPECT_EQ(system.ComputerName(), test::outputOf("uname -n"));
     std::string user;
     for (int tries = 0; tries < 300 && user.empty(); ++tries) {
         user = system.UserName(); // the name arrives late on a busy machine
     }
-    EXPECT_EQ(user, outputOf("id -un"));
+    EXPECT_EQ(user, test::outputOf("id -un"));
 }
 
 TEST_F(FacadeOfThisMachine, HasFoldersThatExist) {
     EXPECT_EQ(system.SystemDir(), paths.logicPathOf("/usr/lib") + "\\");
     EXPECT_EQ(system.WinDir(), paths.logicPathOf("/usr") + "\\");
-    const std::string temp = outputOf("echo ${TMPDIR:-/tmp}");
+    const std::string temp = test::outputOf("echo ${TMPDIR:-/tmp}");
     EXPECT_EQ(system.TempDir(), paths.logicPathOf(temp) + "\\");
     for (const std::string& folder : {system.SystemDir(), system.WinDir(), system.TempDir()}) {
         EXPECT_TRUE(files.changeFolder(folder).ok()) << folder;

@@ -78,6 +78,16 @@ class RecordingFixture : public testing::Test {
             "/proc/self/fd/" + std::to_string(static_cast<int>(call.args[0])));
         return opened == std::filesystem::canonical(where);
     }
+    /// Holds the creation of unnamed files in `where`.
+    static test::CallJudge::Verdict holdCreationIn(const std::filesystem::path& where) {
+        return [where](const seccomp_data& call) {
+            return isCreation(call, where) ? test::CallJudge::hold : test::CallJudge::letThrough;
+        };
+    }
+    /// Holds the call that gives an unnamed file its name.
+    static auto holdNaming(const seccomp_data& call) {
+        return call.nr == SYS_linkat ? test::CallJudge::hold : test::CallJudge::letThrough;
+    }
 
     /// Waits until no save is pending; false after 30 seconds.
     [[nodiscard]] bool noSaveIsPending() const {

@@ -200,21 +200,17 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                          [](const auto& hang) { return hang.param.name; });
 
 TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
-    intercepted(
-        [](const seccomp_data& call) {
-            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            // 2 s: under load, one wait still takes less than two waits.
-            auto recording = begin({2s, 1h, 1h});
-            recording->sink()->record(pattern(0, 100));
-            const auto start = std::chrono::steady_clock::now();
-            EXPECT_FALSE(recording->save(target).ok());
-            recording.reset();
-            EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
-            judge.release();
-            EXPECT_TRUE(noSaveIsPending());
-        });
+    intercepted(&holdNaming, [&](CallJudge& judge) {
+        // 2 s: under load, one wait still takes less than two waits.
+        auto recording = begin({2s, 1h, 1h});
+        recording->sink()->record(pattern(0, 100));
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(recording->save(target).ok());
+        recording.reset();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 3900ms);
+        judge.release();
+        EXPECT_TRUE(noSaveIsPending());
+    });
     intercepted([](const seccomp_data& call) { return isSamples(call) ? CallJudge::hold : 0; },
                 [&](CallJudge&) {
                     auto recording = begin({2s, 1h, 1h});
@@ -229,23 +225,19 @@ TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
 
 TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
     const fakes::TempFolder other;
-    intercepted(
-        [&](const seccomp_data& call) {
-            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({folder.path(), other.path()}, briefTiming);
-            startRecording(*recording);
-            play(2s);
-            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }))
-                << "the recording uses the other folder";
-            play(1s);
-            card.stopRecording(now);
-            EXPECT_EQ(judge.held(), 1);
-            static_cast<void>(recording->save(other / "1234-3.wav"));
-            EXPECT_TRUE(noSaveIsPending());
-            judge.release();
-        });
+    intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
+        const auto recording = begin({folder.path(), other.path()}, briefTiming);
+        startRecording(*recording);
+        play(2s);
+        ASSERT_TRUE(eventually([&] { return isWritten(*recording); }))
+            << "the recording uses the other folder";
+        play(1s);
+        card.stopRecording(now);
+        EXPECT_EQ(judge.held(), 1);
+        static_cast<void>(recording->save(other / "1234-3.wav"));
+        EXPECT_TRUE(noSaveIsPending());
+        judge.release();
+    });
     expectPlainWav(other / "1234-3.wav", played());
     EXPECT_EQ(entriesIn(folder.path()), 0) << "the file that was created there late is deleted";
     ASSERT_GE(shown.texts().size(), 1U);
@@ -256,65 +248,53 @@ TEST_F(HangingDiskTest, IsSkippedForTheNextFolderAndNothingIsLost) {
 
 TEST_F(HangingDiskTest, IsUsedIfItRespondsBeforeItIsSkipped) {
     const fakes::TempFolder other;
-    intercepted(
-        [&](const seccomp_data& call) {
-            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({folder.path(), other.path()}, {20ms, 1h, 1h});
-            startRecording(*recording);
-            play(1s);
-            ASSERT_TRUE(eventually([&] { return judge.held() == 1; }));
-            judge.release();
-            play(1s);
-            card.stopRecording(now);
-            static_cast<void>(recording->save(target));
-            EXPECT_TRUE(noSaveIsPending());
-        });
+    intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
+        const auto recording = begin({folder.path(), other.path()}, {20ms, 1h, 1h});
+        startRecording(*recording);
+        play(1s);
+        ASSERT_TRUE(eventually([&] { return judge.held() == 1; }));
+        judge.release();
+        play(1s);
+        card.stopRecording(now);
+        static_cast<void>(recording->save(target));
+        EXPECT_TRUE(noSaveIsPending());
+    });
     expectPlainWav(target, played());
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
 TEST_F(HangingDiskTest, IsWaitedForIfEveryFolderHangs) {
-    intercepted(
-        [&](const seccomp_data& call) {
-            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({folder.path(), folder.path()}, briefTiming);
-            startRecording(*recording);
-            ASSERT_TRUE(eventually([&] { return judge.held() == 2; }));
-            play(60s);
-            EXPECT_EQ(disc->position(), 441'000) << "all frames are queued, and the disc waits";
-            judge.release();
-            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            play(1s);
-            card.stopRecording(now);
-            static_cast<void>(recording->save(target));
-            EXPECT_TRUE(noSaveIsPending());
-        });
+    intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
+        const auto recording = begin({folder.path(), folder.path()}, briefTiming);
+        startRecording(*recording);
+        ASSERT_TRUE(eventually([&] { return judge.held() == 2; }));
+        play(60s);
+        EXPECT_EQ(disc->position(), 441'000) << "all frames are queued, and the disc waits";
+        judge.release();
+        ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
+        play(1s);
+        card.stopRecording(now);
+        static_cast<void>(recording->save(target));
+        EXPECT_TRUE(noSaveIsPending());
+    });
     EXPECT_EQ(disc->position(), 441'000 + 44'100);
     expectPlainWav(target, played());
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
 TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
-    intercepted(
-        [](const seccomp_data& call) {
-            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin(briefTiming);
-            recording->sink()->record(pattern(0, 100));
-            EXPECT_FALSE(recording->save(target).ok());
-            const Status other = recording->save(folder / "other.wav");
-            ASSERT_FALSE(other.ok());
-            EXPECT_EQ(other.error().number, ErrorNumber::deviceUnavailable);
-            EXPECT_FALSE(recording->save(target).ok());
-            judge.release();
-            EXPECT_TRUE(noSaveIsPending());
-            EXPECT_TRUE(recording->save(target).ok()) << "the save was completed meanwhile";
-        });
+    intercepted(&holdNaming, [&](CallJudge& judge) {
+        const auto recording = begin(briefTiming);
+        recording->sink()->record(pattern(0, 100));
+        EXPECT_FALSE(recording->save(target).ok());
+        const Status other = recording->save(folder / "other.wav");
+        ASSERT_FALSE(other.ok());
+        EXPECT_EQ(other.error().number, ErrorNumber::deviceUnavailable);
+        EXPECT_FALSE(recording->save(target).ok());
+        judge.release();
+        EXPECT_TRUE(noSaveIsPending());
+        EXPECT_TRUE(recording->save(target).ok()) << "the save was completed meanwhile";
+    });
     expectPlainWav(target, pattern(0, 100));
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
@@ -323,21 +303,17 @@ TEST_F(HangingDiskTest, IsSkippedByTheWatchingThreadIfNoOtherThreadIsLeft) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(2);
     context.starter = threads.starter();
-    intercepted(
-        [&](const seccomp_data& call) {
-            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({folder.path(), other.path()}, briefTiming);
-            startRecording(*recording);
-            play(2s);
-            ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
-            EXPECT_EQ(threads.refused(), 1);
-            card.stopRecording(now);
-            static_cast<void>(recording->save(other / "1234-3.wav"));
-            EXPECT_TRUE(noSaveIsPending());
-            judge.release();
-        });
+    intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
+        const auto recording = begin({folder.path(), other.path()}, briefTiming);
+        startRecording(*recording);
+        play(2s);
+        ASSERT_TRUE(eventually([&] { return isWritten(*recording); }));
+        EXPECT_EQ(threads.refused(), 1);
+        card.stopRecording(now);
+        static_cast<void>(recording->save(other / "1234-3.wav"));
+        EXPECT_TRUE(noSaveIsPending());
+        judge.release();
+    });
     expectPlainWav(other / "1234-3.wav", played());
 }
 
@@ -345,19 +321,15 @@ TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
-    intercepted(
-        [&](const seccomp_data& call) {
-            return isCreation(call, folder.path()) ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({folder.path(), other.path()}, briefTiming);
-            startRecording(*recording);
-            play(2s);
-            judge.release();
-            card.stopRecording(now);
-            static_cast<void>(recording->save(target));
-            EXPECT_TRUE(noSaveIsPending());
-        });
+    intercepted(holdCreationIn(folder.path()), [&](CallJudge& judge) {
+        const auto recording = begin({folder.path(), other.path()}, briefTiming);
+        startRecording(*recording);
+        play(2s);
+        judge.release();
+        card.stopRecording(now);
+        static_cast<void>(recording->save(target));
+        EXPECT_TRUE(noSaveIsPending());
+    });
     EXPECT_GE(threads.refused(), 1);
     expectPlainWav(target, played());
 }
@@ -365,18 +337,14 @@ TEST_F(HangingDiskTest, IsWaitedForIfTheSystemHasNoThreadToWatchIt) {
 TEST_F(HangingDiskTest, IsReportedAtOnceIfTheSystemHasNoThreadToReportItLater) {
     const fakes::LimitedThreads threads(1);
     context.starter = threads.starter();
-    intercepted(
-        [](const seccomp_data& call) {
-            return call.nr == SYS_linkat ? CallJudge::hold : CallJudge::letThrough;
-        },
-        [&](CallJudge& judge) {
-            const auto recording = begin({20ms, 1h, 1h});
-            recording->sink()->record(pattern(0, 100));
-            EXPECT_FALSE(recording->save(target).ok());
-            EXPECT_EQ(shown.texts().size(), 1U);
-            judge.release();
-            EXPECT_TRUE(noSaveIsPending());
-        });
+    intercepted(&holdNaming, [&](CallJudge& judge) {
+        const auto recording = begin({20ms, 1h, 1h});
+        recording->sink()->record(pattern(0, 100));
+        EXPECT_FALSE(recording->save(target).ok());
+        EXPECT_EQ(shown.texts().size(), 1U);
+        judge.release();
+        EXPECT_TRUE(noSaveIsPending());
+    });
     expectPlainWav(target, pattern(0, 100));
 }
 

@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "platform/linux/system/sys_fixture.h"
+#include "support/command_output.h"
 
 namespace sonarith {
 namespace {
@@ -26,22 +27,6 @@ using system_information::spaceAtLast;
 
 std::string unchanged(const std::string& path) {
     return path;
-}
-
-/// The output of a command, without its last line end.
-std::string printedBy(const std::string& command) {
-    std::string text;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    std::array<char, 256> block{};
-    while (pipe != nullptr && std::fgets(block.data(), block.size(), pipe) != nullptr) {
-        text += block.data();
-    }
-    const bool worked = pipe != nullptr && ::pclose(pipe) == 0;
-    EXPECT_TRUE(worked) << command;
-    while (!text.empty() && text.back() == '\n') {
-        text.pop_back();
-    }
-    return text;
 }
 
 std::string beforeNul(const std::optional<std::string>& text) {
@@ -70,7 +55,7 @@ TEST_F(ThisMachine, HasTheSizesThatDfPrints) {
         const auto space = spaceAtLast(information, std::string(1, drive.letter) + ":\\");
         ASSERT_TRUE(space.has_value());
         std::istringstream df(
-            printedBy("df -B1 --output=size,avail " + drive.mountPoint + " | tail -1"));
+            test::outputOf("df -B1 --output=size,avail " + drive.mountPoint + " | tail -1"));
         std::int64_t total = 0;
         std::int64_t available = 0;
         df >> total >> available;
@@ -89,25 +74,26 @@ TEST_F(ThisMachine, FailsForAHomeThatDoesNotExist) {
 }
 
 TEST_F(ThisMachine, HasTheDrivesThatFindmntPrints) {
-    const std::string type = printedBy("findmnt -n -o FSTYPE --target /");
+    const std::string type = test::outputOf("findmnt -n -o FSTYPE --target /");
     ASSERT_FALSE(type.empty());
     // Precondition: the tests run on a fixed disk.
     EXPECT_EQ(information.driveKind("C:\\"), DriveKind::fixed) << type;
     EXPECT_EQ(information.driveKind("c:\\"), DriveKind::fixed);
-    EXPECT_EQ(printedBy("findmnt -n -o FSTYPE --target /dev/shm | tail -1"), "tmpfs");
+    EXPECT_EQ(test::outputOf("findmnt -n -o FSTYPE --target /dev/shm | tail -1"), "tmpfs");
     EXPECT_EQ(information.driveKind("D:\\"), DriveKind::fixed);
     EXPECT_EQ(information.driveKind("X:\\"), DriveKind::noRoot);
     system_information::MountTable table("/proc/self/mountinfo");
     EXPECT_TRUE(table.update());
     EXPECT_EQ(table.holding("/")->fileSystemType, type);
     EXPECT_EQ(table.holding("/dev/shm/x")->path, "/dev/shm");
-    EXPECT_EQ(table.holding("/dev/shmx")->path, printedBy("findmnt -n -o TARGET --target /dev"));
+    EXPECT_EQ(table.holding("/dev/shmx")->path,
+              test::outputOf("findmnt -n -o TARGET --target /dev"));
 }
 
 TEST_F(ThisMachine, HasTheMemoryThatTheKernelPrints) {
     const MemoryStatus memory = information.memoryStatus();
     const std::int64_t kilobytes =
-        std::stoll(printedBy("awk '/^MemTotal:/ {print $2}' /proc/meminfo"));
+        std::stoll(test::outputOf("awk '/^MemTotal:/ {print $2}' /proc/meminfo"));
     EXPECT_EQ(memory.totalBytes, kilobytes * 1024);
     EXPECT_GT(memory.availableBytes, 0);
     EXPECT_LT(memory.availableBytes, memory.totalBytes);
@@ -117,25 +103,25 @@ TEST_F(ThisMachine, HasTheMemoryThatTheKernelPrints) {
 
 TEST_F(ThisMachine, HasTheProcessorsThatTheKernelHasOnline) {
     const ProcessorInformation processors = information.processor();
-    EXPECT_EQ(processors.count, std::stoi(printedBy("getconf _NPROCESSORS_ONLN")));
+    EXPECT_EQ(processors.count, std::stoi(test::outputOf("getconf _NPROCESSORS_ONLN")));
     EXPECT_EQ(processors.activeMask & 1U, 1U);
-    EXPECT_EQ(processors.type == 586, printedBy("uname -m") == "x86_64");
+    EXPECT_EQ(processors.type == 586, test::outputOf("uname -m") == "x86_64");
 }
 
 TEST_F(ThisMachine, HasTheVersionThatUnamePrints) {
     const auto version = information.version();
     ASSERT_TRUE(version.has_value());
     const std::string both = std::to_string(version->major) + "." + std::to_string(version->minor);
-    EXPECT_EQ(printedBy("uname -r").substr(0, both.size()), both);
+    EXPECT_EQ(test::outputOf("uname -r").substr(0, both.size()), both);
 }
 
 TEST_F(ThisMachine, HasTheNamesThatItsToolsPrint) {
-    EXPECT_EQ(beforeNul(information.computerName()), printedBy("uname -n"));
+    EXPECT_EQ(beforeNul(information.computerName()), test::outputOf("uname -n"));
     std::optional<std::string> user;
     for (int tries = 0; tries < 300 && !user; ++tries) {
         user = information.userName(); // may time out on a busy machine
     }
-    EXPECT_EQ(beforeNul(user), printedBy("id -un"));
+    EXPECT_EQ(beforeNul(user), test::outputOf("id -un"));
 }
 
 TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
@@ -144,7 +130,7 @@ TEST_F(ThisMachine, HasItsFoldersInTheLogicsForm) {
         [](const std::string& path) { return "C:" + path; });
     EXPECT_EQ(beforeNul(mapped.systemFolder()), "C:/usr/lib");
     EXPECT_EQ(beforeNul(mapped.windowsFolder()), "C:/usr");
-    EXPECT_EQ(beforeNul(mapped.tempFolder()), "C:" + printedBy("echo ${TMPDIR:-/tmp}"));
+    EXPECT_EQ(beforeNul(mapped.tempFolder()), "C:" + test::outputOf("echo ${TMPDIR:-/tmp}"));
 }
 
 TEST_F(ThisMachine, ReportsAKeyboardIfTheMachineHasOne) {
