@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QTimer>
-#include <QWindow>
 
 #include "platform/qt/primary_screen.h"
 #include "platform/qt/text.h"
@@ -22,11 +21,8 @@ FormAdapter::FormAdapter(Form& form, QWidget& window, QWidget& client,
       beforeResize_(std::move(beforeResize)),
       changed_(form.changed.connect([this](Property which) { apply(which); })),
       shown_(form.showRequested.connect([this] { bringBack(); })),
-      grasped_(form.captionGrasped.connect([this] {
-          if (QWindow* handle = window_.windowHandle()) {
-              handle->startSystemMove();
-          }
-      })),
+      move_(window),
+      grasped_(form.captionGrasped.connect([this] { move_.start(); })),
       minimized_(form.minimizeRequested.connect([this] { window_.showMinimized(); })) {
     window_.setObjectName(toQString(form_.name()));
     window_.installEventFilter(this);

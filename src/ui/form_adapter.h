@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include "platform/controls/form.h"
+#include "ui/system_move.h"
 
 namespace sonarith {
 
@@ -57,6 +58,7 @@ class FormAdapter : public QObject {
     bool frameIsPending_ = false;
     Connection changed_;
     Connection shown_;
+    SystemMove move_;
     Connection grasped_;
     Connection minimized_;
 };

@@ -259,11 +259,20 @@ def settled_extents(started, name, role):
     return read
 
 
+def check_pointer_is_free(desktop, started, name, role):
+    """Checks that the panel no longer follows the pointer."""
+    before = wait_for("a panel at rest", settled_extents(started, name, role))
+    desktop.move_to_point(before.x + 200, before.y + 200)
+    after = wait_for("a panel at rest", settled_extents(started, name, role))
+    check_equal((after.x, after.y), (before.x, before.y), f"the position of {name!r} after it")
+
+
 def it_is_dragged_by_its_display(desktop, program):
     started, panel, _, _ = start_playing(desktop, program, output="none")
     started.activate(TITLE)
-    # A text of the display, its background and the meter.
-    for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None)):
+    # A text of the display, its background, the meter and its trace.
+    for name, role in (("Track and time", "text"), ("Display", None), ("Level meter", None),
+                       ("Sound Level Meter", None)):
         before = wait_for("a panel at rest", settled_extents(started, name, role))
         # At the left edge of the element: other widgets cover the middle of some elements.
         grip = (before.x + 3, before.y + before.height // 2)
@@ -272,6 +281,7 @@ def it_is_dragged_by_its_display(desktop, program):
             now = started.extents(name, role)
             return now and abs(now.x - before.x + 60) < 30 and abs(now.y - before.y - 45) < 30
         wait_for(f"the panel dragged by {name!r}", moved)
+        check_pointer_is_free(desktop, started, name, role)
     _, second = panel.position()
     panel.wait_for_position("playing on", lambda _, shown: shown > second)
     close(started)
