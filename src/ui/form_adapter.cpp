@@ -8,6 +8,7 @@
 #include "platform/qt/primary_screen.h"
 #include "platform/qt/text.h"
 #include "platform/qt/twips.h"
+#include "platform/qt/window_frame.h"
 #include "ui/mouse.h"
 #include "ui/popup_place.h"
 
@@ -78,7 +79,7 @@ void FormAdapter::showSize() {
     }
     agreedWidth_ = form_.width();
     agreedHeight_ = form_.height();
-    const QSize frame = window_.frameGeometry().size() - window_.size();
+    const QSize frame = frameSize();
     window_.resize(QSize(toPixels(agreedWidth_), toPixels(agreedHeight_)) - frame);
     frameIsPending_ = frame.isNull();
 }
@@ -109,9 +110,10 @@ void FormAdapter::reportSize() {
 }
 
 void FormAdapter::designSize() {
+    expectedFrame_ = expectedFrame();
+    const QSize outer = window_.size() + frameSize();
     following_ = true;
-    form_.setDesignedSize(toTwips(window_.frameGeometry().width()),
-                          toTwips(window_.frameGeometry().height()));
+    form_.setDesignedSize(toTwips(outer.width()), toTwips(outer.height()));
     following_ = false;
     agreedWidth_ = form_.width();
     agreedHeight_ = form_.height();
@@ -132,7 +134,7 @@ void FormAdapter::followPlace() {
 }
 
 void FormAdapter::followSize() {
-    const QSize outer = window_.frameGeometry().size();
+    const QSize outer = window_.size() + frameSize();
     following_ = true;
     form_.setWidth(toTwips(outer.width()));
     form_.setHeight(toTwips(outer.height()));
@@ -141,15 +143,25 @@ void FormAdapter::followSize() {
     agreedHeight_ = form_.height();
 }
 
-/// The frame is part of the size that the logic sets. It is known once the window is on the screen.
+/// Null until the size of the frame is known.
+QSize FormAdapter::frameSize() const {
+    const QSize added = window_.frameGeometry().size() - window_.size();
+    return added.isNull() ? expectedFrame_ : added;
+}
+
+/// The frame is part of the size that the logic sets and reads. It is known for certain once the
+/// window is on the screen.
 void FormAdapter::takeFrame() {
     const QSize frame = window_.frameGeometry().size() - window_.size();
-    if (frameIsPending_ && !frame.isNull()) {
+    if (frame.isNull() || window_.isMinimized()) {
+        return;
+    }
+    if (frameIsPending_) {
         frameIsPending_ = false;
         window_.resize(window_.size() - frame);
-        // The size may have been too small for the window's contents.
-        followSize();
     }
+    // The set size may have been too small for the window's contents, or set for another frame.
+    followSize();
 }
 
 bool FormAdapter::eventFilter(QObject* watched, QEvent* event) {

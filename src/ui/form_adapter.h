@@ -21,8 +21,8 @@ class FormAdapter : public QObject {
     FormAdapter(Form& form, QWidget& window, QWidget& client,
                 std::function<void()> beforeResize = {});
 
-    /// Makes the window's present size the form's designed size. For a window whose contents
-    /// determine its size.
+    /// Makes the window's present size, with the frame that it will have, the form's designed size.
+    /// For a window whose contents determine its size. May wait for the window manager.
     void designSize();
 
   protected:
@@ -39,6 +39,7 @@ class FormAdapter : public QObject {
     void bringBack();
     void reportSize();
     void takeFrame();
+    [[nodiscard]] QSize frameSize() const;
 
     Form& form_;
     QWidget& window_;
@@ -54,7 +55,9 @@ class FormAdapter : public QObject {
     Twips agreedHeight_;
     /// The form is being updated after a change by the desktop: the window must not be changed.
     bool following_ = false;
-    /// The size was set before the desktop had added the window's frame.
+    /// The frame that the desktop announced before it added one; empty if it announced none.
+    QSize expectedFrame_{0, 0};
+    /// The size was set before the size of the window's frame was known.
     bool frameIsPending_ = false;
     Connection changed_;
     Connection shown_;

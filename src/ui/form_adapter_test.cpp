@@ -135,6 +135,35 @@ TEST_F(FormAdapterTest, TheLogicResizesTheWindow) {
     EXPECT_EQ(window.size(), QSize(400, 250));
 }
 
+TEST_F(FormAdapterTest, TheFrameIsPartOfTheSizeOfAWindowThatItsContentsDetermine) {
+    window.resize(300, 200);
+    adapter.designSize();
+    form.show();
+    QCoreApplication::processEvents();
+    const QSize frame = window.frameGeometry().size() - window.size();
+    ASSERT_FALSE(frame.isEmpty());
+    EXPECT_EQ(window.size(), QSize(300, 200));
+    EXPECT_EQ(form.width(), toTwips(300 + frame.width()));
+    EXPECT_EQ(form.height(), toTwips(200 + frame.height()));
+    EXPECT_EQ(form.innerWidth(), toTwips(300));
+    EXPECT_EQ(form.innerHeight(), toTwips(200));
+    // Neither the size nor the position of the window changes afterwards.
+    form.setCaption("other");
+    form.setLeft(1500_twips);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(300, 200));
+    EXPECT_EQ(form.height(), toTwips(200 + frame.height()));
+}
+
+TEST_F(FormAdapterTest, TheFormHasTheSizeWithTheFrameThatTheWindowGets) {
+    form.setDesignedSize(4500_twips, 3000_twips);
+    form.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
+    EXPECT_EQ(form.width(), 4500_twips);
+    EXPECT_EQ(form.height(), 3000_twips);
+}
+
 TEST_F(FormAdapterTest, ADisabledFormDisablesItsWidgets) {
     form.show();
     form.setEnabled(false);

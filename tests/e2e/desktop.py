@@ -6,15 +6,19 @@ import atexit
 import ctypes
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
 import time
+import typing
 
 from waiting import check, wait_for
 
+# Of the virtual screen, in pixels.
+SCREEN = (1280, 960)
 # Longer than a desktop's double-click interval, so that two clicks at one position stay two clicks.
 SECONDS_BETWEEN_CLICKS = 0.6
 # As long as a user needs between two steps; the program's speed does not depend on it.
@@ -36,6 +40,18 @@ def _end_adopted():
             # A child that has already ended must be waited for, too.
             os.kill(pid, signal.SIGKILL)
             os.waitpid(pid, 0)
+
+
+class Frame(typing.NamedTuple):
+    """A window on the screen, in pixels."""
+    left: int
+    top: int
+    width: int
+    height: int
+
+    @property
+    def right(self):
+        return self.left + self.width
 
 
 class Desktop:
@@ -91,7 +107,8 @@ class Desktop:
     def _start_screen(self):
         reading, writing = os.pipe()
         # Without a reset: it would disconnect all clients when the first one disconnects.
-        self._start("Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x960x24",
+        self._start("Xvfb", "-displayfd", str(writing), "-screen", "0",
+                    "{}x{}x24".format(*SCREEN),
                     "-nolisten", "tcp", "-noreset", pass_fds=(writing,))
         os.close(writing)
         with os.fdopen(reading) as numbers:
@@ -268,6 +285,19 @@ class Desktop:
                               env=self.environment, capture_output=True, text=True)
         number = done.stdout.partition("#")[2].strip()
         return str(int(number, 16)) if number else None
+
+    def frame_of(self, window):
+        """The rectangle of a window on the screen, including its frame."""
+        def lines(*command):
+            return subprocess.run([command[0], "-id", str(window), *command[1:]], env=self.environment, check=True,
+                                  capture_output=True, text=True).stdout.splitlines()
+        values = dict(line.strip().split(":", 1) for line in lines("xwininfo")
+                      if line.count(":") == 1)
+        x, y, width, height = (int(values[key]) for key in (
+            "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        found = re.findall(r"\d+", "".join(lines("xprop", "_NET_FRAME_EXTENTS")).partition("=")[2])
+        left, right, top, bottom = map(int, found or (0, 0, 0, 0))
+        return Frame(x - left, y - top, width + left + right, height + top + bottom)
 
     def place(self, window, x, y):
         """Moves a window's upper left corner to a place on the screen."""

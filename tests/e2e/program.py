@@ -301,16 +301,20 @@ class Program:
         end = next((i for i, row in enumerate(below) if row.endswith(headings)), len(below))
         return below[:end]
 
-    def wait_for_window(self):
-        """Waits until the main window shows a filled tree and the player's panel is open. Then
-        enlarges the main window so that it shows all rows of a small disc, and moves it to a
-        position where the panel does not cover it."""
+    def wait_for_start(self):
+        """Waits until the main window shows a filled tree and the player's panel is open. Returns
+        the main window's X window."""
         def is_ready():
             check(self.running, f"the program ended unexpectedly with {self.process.returncode}")
             return "MP3 Files" in self.rows()
         wait_for("the main window and its tree", is_ready)
         wait_for("the player's panel", lambda: self.window("CD Player"))
-        main = self.main_window_id()
+        return self.main_window_id()
+
+    def wait_for_window(self):
+        """Waits for the start. Then enlarges the main window so that it shows all rows of a small
+        disc, and moves it to a position where the panel does not cover it."""
+        main = self.wait_for_start()
         self.desktop.xdotool("windowsize", "--sync", main, 480, 720)
         self.desktop.xdotool("windowmove", main, 20, 20)
         self.desktop.xdotool("windowactivate", "--sync", main)

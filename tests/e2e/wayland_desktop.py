@@ -8,12 +8,12 @@ import shutil
 import subprocess
 import time
 
-from desktop import PIXELS_OF_A_DRAG, SECONDS_BETWEEN_CLICKS, SECONDS_BETWEEN_DRAG_STEPS, Desktop
+from desktop import (PIXELS_OF_A_DRAG, SCREEN, SECONDS_BETWEEN_CLICKS, SECONDS_BETWEEN_DRAG_STEPS,
+                     Desktop)
 from program import Program
 from waiting import check, wait_for
 from wayland_input import WaylandInput
 
-SCREEN = (1280, 960)
 # Windows are not tiled and have no frame, so that the position of a window is that of its contents.
 CONFIGURATION = f"""xwayland disable
 output HEADLESS-1 resolution {SCREEN[0]}x{SCREEN[1]}

@@ -1,22 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/qt/embedding_tray.h"
 
-#include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 #include <QGuiApplication>
-#include <xcb/xcb.h>
+
+#include "platform/qt/x11_reply.h"
 
 namespace sonarith {
 namespace {
-
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
 
 /// The number of the screen in DISPLAY, the only screen that Qt uses.
 int screenNumber() {
@@ -30,11 +23,7 @@ int screenNumber() {
 
 xcb_atom_t traySelection(xcb_connection_t* connection) {
     const std::string name = "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber());
-    const auto request =
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, request, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    return atomOf(connection, name);
 }
 
 } // namespace

@@ -1,0 +1,95 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Where the main window and the player's panel are on the screen. In these scenarios nothing but
+the program and the scenario itself has placed them."""
+
+from desktop import SCREEN
+from driver import run
+from player_panel import TITLE
+from program import Program
+from scenes import close
+from waiting import check, check_equal, wait_for
+
+LEFT_OF_CENTRE = 100  # pixels
+MAIN, PANEL = "main window", "panel"
+
+
+def start(desktop, program):
+    desktop.write_store("", desktop.home / "My Music")
+    started = Program(desktop, program)
+    return started, started.wait_for_start()
+
+
+def frames(desktop, started, main):
+    panel = started.window_id(TITLE)
+    return desktop.frame_of(main), panel and desktop.frame_of(panel)
+
+
+def wait_until_side_by_side(desktop, started, main, when):
+    """Waits until the panel is at the right edge of the main window, with the same top and height,
+    frames included. Returns both rectangles."""
+    seen = None
+    def are_side_by_side():
+        nonlocal seen
+        seen = frames(desktop, started, main)
+        return seen[1] and (seen[1].left, seen[1].top, seen[1].height) == (
+            seen[0].right, seen[0].top, seen[0].height)
+    try:
+        wait_for(f"panel beside the main window {when}", are_side_by_side, patience=20)
+    except Exception as failure:
+        raise type(failure)(f"{failure}: {seen}") from failure
+    return seen
+
+
+def close_and_open_panel(started):
+    started.choose_menu("Preferences", "CD Player", "Close")
+    wait_for("the closed panel", lambda: started.window(TITLE) is None)
+    started.choose_menu("Preferences", "CD Player", "Open")
+    wait_for("the panel", lambda: started.window(TITLE))
+
+
+def panel_is_beside_the_main_window(desktop, program):
+    started, main = start(desktop, program)
+    at, panel = wait_until_side_by_side(desktop, started, main, "after a start")
+    # The position is computed in whole pixels.
+    for have, want, what in ((2 * at.left + at.width, SCREEN[0] - 2 * LEFT_OF_CENTRE, "horizontal"),
+                             (2 * at.top + at.height, SCREEN[1], "vertical")):
+        check(abs(have - want) <= 2, f"{what} centre of the main window: {have / 2}, not {want / 2}")
+
+    close_and_open_panel(started)
+    again = wait_until_side_by_side(desktop, started, main, "after it was opened again")
+    check_equal(again, (at, panel), "the rectangles after the panel was opened again")
+
+    desktop.xdotool("windowsize", "--sync", main, 420, 560)
+    desktop.place(main, 40, 200)
+    moved = wait_for("the moved main window", lambda: (now := desktop.frame_of(main)) and
+                     now.height > 560 and now.left != at.left and now)
+    check_equal(desktop.frame_of(started.window_id(TITLE)), panel,
+                "the panel after the main window was moved")
+    close_and_open_panel(started)
+    last = wait_until_side_by_side(desktop, started, main, "after the main window was moved")
+    check_equal(last[0], moved, "the main window")
+    close(started)
+
+
+def windows_stay_where_the_user_put_them(desktop, program):
+    started, main = start(desktop, program)
+    wait_until_side_by_side(desktop, started, main, "after a start")
+    panel = started.window_id(TITLE)
+    for window, place in ((main, (30, 420)), (panel, (700, 60))):
+        before = desktop.frame_of(window)
+        desktop.place(window, *place)
+        wait_for("the moved window", lambda: desktop.frame_of(window) != before)
+    placed = {MAIN: desktop.frame_of(main), PANEL: desktop.frame_of(panel)}
+    # The height is set by the program, the position is not.
+    started.choose_menu("CD Menu", "Show as Cube")
+    wait_for("the cube", lambda: desktop.frame_of(panel).height < placed[PANEL].height)
+    check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")
+    # A changed caption, a toggled bar and a hidden window move nothing.
+    started.choose_menu("Preferences", "ToolBar")
+    wait_for("the hidden tool bar", lambda: started.find("Preferences", "push button") is None)
+    check_equal(desktop.frame_of(main), placed[MAIN], "the main window")
+    close(started)
+
+
+if __name__ == "__main__":
+    run(panel_is_beside_the_main_window, windows_stay_where_the_user_put_them)
