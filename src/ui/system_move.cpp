@@ -20,7 +20,7 @@ void SystemMove::start() {
 }
 
 /// The events of the QWindow, before its widgets receive them. The desktop takes the pointer during
-/// the move. Qt hears of the release at its end, at another position, and first sends a mouse move
+/// the move. At its end Qt receives a release at another position, and first sends a mouse move
 /// with the button still held. A second move that this event started would begin after the release:
 /// the window would follow the pointer until the next click.
 bool SystemMove::eventFilter(QObject* watched, QEvent* event) {

@@ -63,6 +63,7 @@ class Desktop:
         self.atspi = None
         self._processes = []
         self._programs = []
+        self._window_manager = None
         self._last_click = (None, 0.0)
         self.environment = {
             **{key: os.environ[key] for key in ("PATH",) if key in os.environ},
@@ -85,7 +86,7 @@ class Desktop:
             runtime.mkdir(mode=0o700, exist_ok=True)
             self._start_screen()
             self._start_bus()
-            self._start_window_manager()
+            self.start_window_manager()
             self.atspi = self._open_accessibility()
         except BaseException:
             self.close()
@@ -116,8 +117,13 @@ class Desktop:
         check(number, "the virtual screen did not start")
         self.environment["DISPLAY"] = f":{number}"
 
-    def _start_window_manager(self):
-        self._start("openbox", "--sm-disable")
+    def stop_window_manager(self):
+        """Windows on the screen lose their frames."""
+        self._window_manager.kill()
+        self._window_manager.wait()
+
+    def start_window_manager(self):
+        self._window_manager = self._start("openbox", "--sm-disable")
         def manages():
             done = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
                                    env=self.environment, check=False, capture_output=True,

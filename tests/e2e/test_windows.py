@@ -71,6 +71,19 @@ def panel_is_beside_the_main_window(desktop, program):
     close(started)
 
 
+def a_frame_that_is_added_later_counts(desktop, program):
+    desktop.stop_window_manager()
+    try:
+        started, main = start(desktop, program)
+        bare, _ = wait_until_side_by_side(desktop, started, main, "without a window manager")
+    finally:
+        desktop.start_window_manager()
+    wait_for("the frame", lambda: desktop.frame_of(main).height > bare.height)
+    close_and_open_panel(started)
+    wait_until_side_by_side(desktop, started, main, "with frames")
+    close(started)
+
+
 def windows_stay_where_the_user_put_them(desktop, program):
     started, main = start(desktop, program)
     wait_until_side_by_side(desktop, started, main, "after a start")
@@ -84,12 +97,13 @@ def windows_stay_where_the_user_put_them(desktop, program):
     started.choose_menu("CD Menu", "Show as Cube")
     wait_for("the cube", lambda: desktop.frame_of(panel).height < placed[PANEL].height)
     check_equal(desktop.frame_of(panel)[:3], placed[PANEL][:3], "left, top and width of the cube")
-    # A changed caption, a toggled bar and a hidden window move nothing.
-    started.choose_menu("Preferences", "ToolBar")
+    # A toggled bar changes the layout and not the window.
+    started.choose_menu("Preferences", "Toolbars", "ToolBar")
     wait_for("the hidden tool bar", lambda: started.find("Preferences", "push button") is None)
     check_equal(desktop.frame_of(main), placed[MAIN], "the main window")
     close(started)
 
 
 if __name__ == "__main__":
-    run(panel_is_beside_the_main_window, windows_stay_where_the_user_put_them)
+    run(panel_is_beside_the_main_window, a_frame_that_is_added_later_counts,
+        windows_stay_where_the_user_put_them)
