@@ -63,7 +63,7 @@ int runProgram() {
     };
     QtMessageBoxes boxes(applicationTitle);
     QtMousePointer pointer;
-    ProgramHelp programHelp(helpFolder());
+    ProgramHelp programHelp(helpFolder);
     QtShell shell(applicationTitle, {SONARITH_VERSION, SONARITH_LIBRARIES}, toMachine, notices,
                   [&] { return programHelp.show(); });
     QtTray tray([] { return makeIcon(Symbol::program); });

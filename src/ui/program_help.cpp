@@ -12,7 +12,8 @@ constexpr const char* mainWindow = "Form1";
 
 } // namespace
 
-ProgramHelp::ProgramHelp(QString folder) : folder_(std::move(folder)), asker_(mainWindow) {}
+ProgramHelp::ProgramHelp(std::function<QString()> folder)
+    : folder_(std::move(folder)), asker_(mainWindow) {}
 
 void ProgramHelp::askFrom(const std::string& window, const std::function<void()>& press) {
     asker_ = window;
@@ -22,7 +23,7 @@ void ProgramHelp::askFrom(const std::string& window, const std::function<void()>
 
 bool ProgramHelp::show() {
     if (!window_) {
-        window_ = std::make_unique<HelpWindow>(folder_);
+        window_ = std::make_unique<HelpWindow>(folder_());
     }
     return window_->showPage(helpPageOf(asker_));
 }

@@ -13,8 +13,9 @@ namespace sonarith {
 
 class ProgramHelp {
   public:
-    /// `folder` contains the pages; see helpFolder().
-    explicit ProgramHelp(QString folder);
+    /// `folder` returns the folder of the pages, such as helpFolder(). It is called when help is
+    /// first shown, since it reads the disk.
+    explicit ProgramHelp(std::function<QString()> folder);
 
     /// Runs `press`; help that is shown during this call is the page about `window` (the name of a
     /// form).
@@ -26,7 +27,7 @@ class ProgramHelp {
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }
 
   private:
-    QString folder_;
+    std::function<QString()> folder_;
     std::string asker_;
     std::unique_ptr<HelpWindow> window_;
 };

@@ -58,7 +58,7 @@ class ProgramHelpTest : public testing::Test {
     test::FakeMachine machine;
     ProcessState process;
     Windows windows{machine.platform, process};
-    ProgramHelp help{helpFolder()};
+    ProgramHelp help{helpFolder};
     bool shown = false;
 };
 
@@ -95,8 +95,20 @@ TEST_F(ProgramHelpTest, AWindowWithoutAPageOpensTheFirstPage) {
     EXPECT_EQ(help.window()->page(), "first.html");
 }
 
+TEST(ProgramHelp, LooksForItsPagesOnlyWhenHelpIsShown) {
+    int searches = 0;
+    ProgramHelp help([&] {
+        ++searches;
+        return helpFolder();
+    });
+    EXPECT_EQ(searches, 0);
+    EXPECT_TRUE(help.show());
+    EXPECT_TRUE(help.show());
+    EXPECT_EQ(searches, 1);
+}
+
 TEST(ProgramHelp, ReturnsFalseIfThePagesAreMissing) {
-    ProgramHelp help("/nowhere");
+    ProgramHelp help([] { return QString("/nowhere"); });
     EXPECT_FALSE(help.show());
     EXPECT_FALSE(help.window()->isVisible());
 }
