@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include <QCoreApplication>
 #include <QShortcut>
 
 #include "platform/qt/text.h"
@@ -18,6 +19,14 @@ QStringList captionsOf(const std::vector<MenuItem*>& items) {
         captions += toQString(item->caption());
     }
     return captions;
+}
+
+/// Puts the menu bars of the program inside their windows on every desktop: they are part of the
+/// narrow window's layout. This is set before a bar is created, since its constructor would ask the
+/// session bus whether the desktop shows menu bars, and wait for the answer.
+QWidget* withBarsInside(QWidget* window) {
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+    return window;
 }
 
 void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
@@ -94,11 +103,9 @@ QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made) {
 }
 
 MenuBarView::MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent)
-    : QMenuBar(parent) {
+    : QMenuBar(withBarsInside(parent)) {
     setObjectName(QStringLiteral("menuBar"));
     setAccessibleName(tr("Menu"));
-    // Inside the window on every desktop: it is part of the narrow window's layout.
-    setNativeMenuBar(false);
     const QStringList marked = withMnemonics(captionsOf(headings));
     for (std::size_t i = 0; i < headings.size(); ++i) {
         QMenu& menu = makeMenu(*headings[i], *this, menus_);

@@ -56,6 +56,11 @@ TEST_F(MenuViewTest, EntriesShowTheirCaptionsWithMnemonics) {
     EXPECT_EQ(bar->letters(), "fp");
 }
 
+TEST_F(MenuViewTest, TheBarIsNotRequestedFromTheDesktop) {
+    EXPECT_TRUE(QApplication::testAttribute(Qt::AA_DontUseNativeMenuBar));
+    EXPECT_FALSE(bar->isNativeMenuBar());
+}
+
 TEST_F(MenuViewTest, AnEntryClicksItsModel) {
     int clicks = 0;
     open.onClick = [&] {
