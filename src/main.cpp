@@ -13,6 +13,7 @@
 #include "platform/linux/paths/single_instance.h"
 #include "platform/notice_board.h"
 #include "platform/qt/desktop_notifications.h"
+#include "platform/qt/early_bus.h"
 #include "platform/qt/early_fonts.h"
 #include "platform/qt/end_requests.h"
 #include "platform/qt/ini_settings_store.h"
@@ -156,6 +157,7 @@ int main(int argc, char** argv) {
     }
     const EarlyFonts fonts;
     QApplication qt(argc, argv);
+    const EarlyBus bus;
     QApplication::setApplicationName("sonarith");
     // Docks and the desktop's menu identify the windows by this name.
     QApplication::setDesktopFileName("org.sonarith.sonarith");

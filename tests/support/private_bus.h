@@ -47,6 +47,7 @@ class PrivateBus {
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
+    [[nodiscard]] const QString& address() const { return address_; }
     /// A new connection, which nothing else uses.
     [[nodiscard]] QDBusConnection connect() {
         static int count = 0;

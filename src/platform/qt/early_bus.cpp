@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/qt/early_bus.h"
+
+#include <utility>
+
+#include <QDBusConnection>
+
+namespace sonarith {
+
+EarlyBus::EarlyBus(const ThreadStarter& starter) {
+    Result<std::thread> connecting = starter([] {
+        // The users of the bus check whether it is connected.
+        static_cast<void>(QDBusConnection::sessionBus());
+    });
+    if (connecting.ok()) {
+        connecting_ = std::move(connecting.value());
+    }
+}
+
+EarlyBus::~EarlyBus() {
+    if (connecting_.joinable()) {
+        connecting_.join();
+    }
+}
+
+} // namespace sonarith
