@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/linux/sound/mixing.h"
+#include "platform/linux/sound/peak_meter.h"
 #include "platform/linux/sound/sound_card.h"
 
 namespace sonarith::sound {
@@ -18,6 +19,10 @@ constexpr std::uint32_t highestRate = 192'000;
 
 /// Frames that the rate converter may hold back and deliver with a later block.
 constexpr std::size_t heldBackFrames = 256;
+
+/// After so much silence the resampler's filter contains nothing else: at the lowest rate it
+/// reaches 212 frames to either side.
+constexpr std::size_t settledFrames = 2 * heldBackFrames;
 
 bool isOffered(const WaveFormat& format) {
     const unsigned block = format.nChannels * format.wBitsPerSample / 8U;
@@ -47,6 +52,7 @@ std::unique_ptr<WaveConverter> WaveConverter::create(const WaveFormat& format) {
 WaveConverter::WaveConverter(const WaveFormat& format, Resampler resampler)
     : channels_(format.nChannels),
       bytesPerSample_(format.wBitsPerSample / 8U),
+      rate_(format.nSamplesPerSec),
       ratio_(static_cast<double>(format.nSamplesPerSec) / frameRate),
       resampler_(std::move(resampler)),
       samples_(blockFrames * channels_) {
@@ -62,8 +68,13 @@ WaveConverter::WaveConverter(const WaveFormat& format, Resampler resampler)
 
 std::span<const std::byte> WaveConverter::convert(std::span<const StereoFrame> frames) {
     bytesUsed_ = 0;
+    frames = frames.first(std::min(frames.size(), blockFrames));
+    if (resampler_ && isSettledSilence(frames)) {
+        passSilence(frames.size());
+        return std::span(bytes_).first(bytesUsed_);
+    }
     std::size_t count = 0;
-    for (const StereoFrame& frame : frames.first(std::min(frames.size(), blockFrames))) {
+    for (const StereoFrame& frame : frames) {
         if (channels_ == 1) {
             samples_[count++] = meanOf(frame);
         } else {
@@ -77,6 +88,26 @@ std::span<const std::byte> WaveConverter::convert(std::span<const StereoFrame> f
         encode(std::span(samples_).first(count));
     }
     return std::span(bytes_).first(bytesUsed_);
+}
+
+/// Whether these frames and what the resampler contains are silent.
+bool WaveConverter::isSettledSilence(std::span<const StereoFrame> frames) {
+    if (peakOf(frames) != 0) {
+        silentFrames_ = 0;
+        return false;
+    }
+    const bool settled = silentFrames_ == settledFrames;
+    silentFrames_ = std::min(silentFrames_ + frames.size(), settledFrames);
+    return settled;
+}
+
+/// Resampling takes most of the processor time of a silent card, and the result is known.
+void WaveConverter::passSilence(std::size_t frames) {
+    silentRemainder_ += std::uint64_t{frames} * rate_;
+    const auto count = static_cast<std::size_t>(silentRemainder_ / frameRate) * channels_;
+    silentRemainder_ %= frameRate;
+    std::fill_n(resampled_.begin(), count, std::int16_t{0});
+    encode(std::span(resampled_).first(count));
 }
 
 void WaveConverter::resample(std::size_t samples) {

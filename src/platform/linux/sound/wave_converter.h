@@ -24,7 +24,8 @@ class WaveConverter {
     /// Converts `frames`, at most blockFrames of the card, to whole frames of the format; the
     /// result is valid until the next call. 16 bits are little-endian; 8 bits are unsigned, 128 is
     /// silence. Mono is the mean of both channels. Resampled sound is band-limited and a few
-    /// milliseconds late; the number of frames matches the rate on average. Never allocates.
+    /// milliseconds late; the number of frames matches the rate on average. Long silence is not
+    /// resampled. Never allocates.
     [[nodiscard]] std::span<const std::byte> convert(std::span<const StereoFrame> frames);
 
     /// Bytes of one frame of the format.
@@ -37,11 +38,14 @@ class WaveConverter {
     using Resampler = std::unique_ptr<SRC_STATE, Close>;
 
     WaveConverter(const WaveFormat& format, Resampler resampler);
+    [[nodiscard]] bool isSettledSilence(std::span<const StereoFrame> frames);
     void resample(std::size_t samples);
+    void passSilence(std::size_t frames);
     void encode(std::span<const std::int16_t> samples);
 
     std::size_t channels_;
     std::size_t bytesPerSample_;
+    std::uint32_t rate_;
     double ratio_;        ///< the format's rate divided by the card's
     Resampler resampler_; ///< null if the rate is the card's
     // These buffers have a fixed size, in samples, which is enough for the largest block.
@@ -51,6 +55,9 @@ class WaveConverter {
     std::vector<std::int16_t> resampled_;
     std::vector<std::byte> bytes_; ///< valid up to bytesUsed_
     std::size_t bytesUsed_ = 0;
+    std::size_t silentFrames_ = 0; ///< since the last sound, up to settledFrames
+    std::uint64_t silentRemainder_ =
+        0; ///< of silence that is not passed yet, in frames / frameRate
 };
 
 } // namespace sonarith::sound

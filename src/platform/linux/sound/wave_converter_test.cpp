@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/linux/sound/sound_card.h"
@@ -101,6 +102,61 @@ TEST_P(WaveConverterRate, KeepsLengthAndLevelOfATone) {
 
 INSTANTIATE_TEST_SUITE_P(Rates, WaveConverterRate,
                          testing::Values(4000, 8000, 11'025, 44'099, 48'000, 192'000));
+
+/// Silence of this many blocks, a second of a tone, and the silence after it.
+std::vector<int> convertedTone(const WaveFormat& format, int silentBlocks) {
+    const auto converter = WaveConverter::create(format);
+    fakes::ToneSource tone(500, 20'000);
+    const Frames silence(blockFrames);
+    Frames block(blockFrames);
+    std::vector<int> result;
+    const auto add = [&](const Frames& frames) {
+        for (const int number : numbers(converter->convert(frames))) {
+            result.push_back(number);
+        }
+    };
+    for (int i = 0; i < silentBlocks; ++i) {
+        add(silence);
+    }
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(tone.pull(block).frames, blockFrames);
+        add(block);
+    }
+    for (int i = 0; i < 10; ++i) {
+        add(silence);
+    }
+    return result;
+}
+
+TEST(WaveConverter, SoundAfterLongSilenceIsThatAfterShortSilence) {
+    // A block is a whole number of frames at these rates, so the sound is not shifted within one.
+    for (const WaveFormat& format : {pcmFormat(1, 8000, 8), pcmFormat(2, 48'000, 16)}) {
+        const auto frames = [&](int blocks) {
+            return static_cast<std::size_t>(blocks) * format.nSamplesPerSec / 100 *
+                   format.nBlockAlign;
+        };
+        const std::vector<int> soon = convertedTone(format, 1);
+        const std::vector<int> late = convertedTone(format, 101);
+        ASSERT_EQ(late.size(), soon.size() + frames(100));
+        EXPECT_TRUE(std::equal(soon.begin(), soon.end(),
+                               late.end() - static_cast<std::ptrdiff_t>(soon.size())));
+        const int silent = format.wBitsPerSample == 8 ? 128 : 0;
+        EXPECT_EQ(
+            std::count(late.begin(), late.end() - static_cast<std::ptrdiff_t>(soon.size()), silent),
+            static_cast<std::ptrdiff_t>(frames(100)));
+    }
+}
+
+TEST(WaveConverter, SilenceHasTheRateOfSound) {
+    for (const std::uint32_t rate : {4000U, 11'025U, 44'099U, 192'000U}) {
+        const auto converter = WaveConverter::create(pcmFormat(2, rate, 16));
+        std::size_t bytes = 0;
+        for (int i = 0; i < 500; ++i) { // five seconds
+            bytes += converter->convert(Frames(blockFrames)).size();
+        }
+        EXPECT_NEAR(static_cast<double>(bytes) / 4, 5.0 * rate, 300) << rate;
+    }
+}
 
 TEST(WaveConverter, RemovesFrequenciesThatTheRateCannotRepresent) {
     const auto converter = WaveConverter::create(pcmFormat(1, 8000, 8));
