@@ -139,6 +139,7 @@ int runProgram() {
     const LazyWindow playlist(playlistLayout(windows.frmPlayList), help);
 
     loop.setLastSteps([&] { machine.stop(); });
+    loop.setSilence([&] { return machine.isSilent(); });
     const EndRequests requests([&] { form.unload(); }, [&] { form.Command8.click(); });
     application.start();
     // The main window is complete: the following steps do not delay it.

@@ -22,7 +22,7 @@ Form4::Form4(EventLoop& loop)
       Timer1(*this, loop, "Timer1", 1000ms),
       Timer2(*this, loop, "Timer2", 10ms),
       Timer4(*this, loop, "Timer4", 10ms),
-      Timer3(*this, loop, "Timer3", 10ms) {
+      Timer3(*this, loop, "Timer3", 10ms, TimerAtLoad::off, TicksInTime::inSound) {
     OptCD.setToolTip("Open CD Player");
     optNoCD.setToolTip("CD Player Off");
     play.setToolTip("Play");

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace sonarith {
 
@@ -42,6 +43,14 @@ class EventLoop {
     /// become due in the meantime are dropped.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> every(Duration interval,
                                                         std::function<void()> handler) = 0;
+
+    /// As every(), for a handler that shows the sound of the machine and has nothing new to show in
+    /// silence: then the calls may come late, several at once, but their number is the same. The
+    /// first call after the silence is not late. This implementation makes each call in time.
+    [[nodiscard]] virtual std::unique_ptr<Wakeup> everyInSound(Duration interval,
+                                                               std::function<void()> handler) {
+        return every(interval, std::move(handler));
+    }
 
     /// Ends the process from any depth of nested handlers, waits and message boxes. No code of the
     /// logic runs afterwards, and the call neither yields nor returns.

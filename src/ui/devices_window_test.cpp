@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/devices_window.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QPushButton>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -91,6 +93,19 @@ TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
     EXPECT_THAT(listed(), ElementsAre("First drive found", "/dev/sr0", "/dev/sr1"));
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 0);
     EXPECT_THAT(log, IsEmpty()) << "moving the current row chooses nothing";
+}
+
+// The accessible name of such a box is its entry, so its label must say what is chosen.
+TEST_F(DevicesWindowTest, EachBoxHasALabelForScreenReaders) {
+    window.open();
+    const QList<QComboBox*> boxes = window.findChildren<QComboBox*>();
+    EXPECT_EQ(boxes.size(), 2);
+    for (QComboBox* box : boxes) {
+        const auto labels =
+            QAccessible::queryAccessibleInterface(box)->relations(QAccessible::Label);
+        ASSERT_EQ(labels.size(), 1) << box->objectName().toStdString();
+        EXPECT_EQ(labels.first().first->text(QAccessible::Name), box->accessibleName());
+    }
 }
 
 TEST_F(DevicesWindowTest, AStoredImageAndAMissingDriveAreListed) {

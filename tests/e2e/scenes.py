@@ -12,10 +12,10 @@ from waiting import check, check_equal, wait_for
 MUSIC = "My Music"
 
 
-def start_with_disc(desktop, program, seconds, output="none"):
+def start_with_disc(desktop, program, seconds, output="none", signal="ramp"):
     """Starts the program with a disc of three tracks of equal length in the drive and expands the
     group of its tracks. Returns the program, the sheet and the destination."""
-    sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal="ramp")
+    sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal=signal)
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
     started = Program(desktop, program)

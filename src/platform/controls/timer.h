@@ -17,12 +17,19 @@ namespace sonarith {
 /// Whether a timer is enabled when its form loads.
 enum class TimerAtLoad { off, on };
 
+/// Whether each tick must be in time, or only while there is sound: see EventLoop::everyInSound().
+enum class TicksInTime { always, inSound };
+
 /// Disabled when its form is unloaded.
 class Timer : public FormPart {
   public:
     Timer(Form& owner, EventLoop& loop, std::string name, EventLoop::Duration interval,
-          TimerAtLoad designed = TimerAtLoad::off)
-        : loop_(loop), name_(std::move(name)), interval_(interval), designed_(designed) {
+          TimerAtLoad designed = TimerAtLoad::off, TicksInTime inTime = TicksInTime::always)
+        : loop_(loop),
+          name_(std::move(name)),
+          interval_(interval),
+          designed_(designed),
+          inTime_(inTime) {
         owner.adopt(*this);
     }
 
@@ -34,7 +41,11 @@ class Timer : public FormPart {
         if (!enabled) {
             wakeup_.reset();
         } else if (!wakeup_) {
-            wakeup_ = loop_.every(interval_, [this] { run(onTimer); });
+            const auto tick = [this] {
+                run(onTimer);
+            };
+            wakeup_ = inTime_ == TicksInTime::always ? loop_.every(interval_, tick)
+                                                     : loop_.everyInSound(interval_, tick);
         }
     }
 
@@ -50,6 +61,7 @@ class Timer : public FormPart {
     std::string name_;
     EventLoop::Duration interval_;
     TimerAtLoad designed_;
+    TicksInTime inTime_;
     std::unique_ptr<Wakeup> wakeup_;
 };
 

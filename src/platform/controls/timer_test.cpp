@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/forwarding_event_loop.h"
 #include "support/virtual_event_loop.h"
 
 namespace sonarith {
@@ -113,6 +114,35 @@ TEST_F(TimerTest, ATickThatRestartedTheTimerDoesNotDelayFurtherTicks) {
     timer.setEnabled(true);
     loop.advance(350ms);
     EXPECT_EQ(ticks, 3);
+}
+
+/// Makes the calls of everyInSound() twice as far apart.
+class SlowInSilence final : public test::ForwardingEventLoop {
+  public:
+    using ForwardingEventLoop::ForwardingEventLoop;
+    [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
+                                                       std::function<void()> handler) override {
+        return every(2 * interval, std::move(handler));
+    }
+};
+
+TEST_F(TimerTest, OnlyATimerForSoundMayTickLateInSilence) {
+    SlowInSilence slow(loop);
+    Timer always(form, slow, "Timer6", 100ms);
+    Timer inSound(form, slow, "Timer3", 100ms, TimerAtLoad::off, TicksInTime::inSound);
+    always.onTimer = inSound.onTimer = [this] {
+        ++ticks;
+    };
+    always.setEnabled(true);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 10);
+    always.setEnabled(false);
+    inSound.setEnabled(true);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 15);
+    inSound.setEnabled(false);
+    loop.advance(1s);
+    EXPECT_EQ(ticks, 15);
 }
 
 TEST_F(TimerTest, FireRunsATickWhetherEnabledOrNot) {

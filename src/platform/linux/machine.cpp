@@ -68,6 +68,11 @@ Machine::Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notice
           threads_, waiting, [this] { return drivePaths_.drives().drives(); },
           [this](const std::string& path) { return drivePaths_.logicPathOf(path); }) {}
 
+bool Machine::isSilent() const {
+    const sound::SoundCard::Work work = card_.work();
+    return work == sound::SoundCard::Work::none || work == sound::SoundCard::Work::silence;
+}
+
 void Machine::stop() {
     keptTone_.keep();
     mp3Controls_.stopAll();

@@ -63,6 +63,9 @@ class Machine {
         return files_.toLogic(path);
     }
 
+    /// Whether nothing is played or recorded. Waits for a block of the sound card at most.
+    [[nodiscard]] bool isSilent() const;
+
     FileSystem& files() { return files_; }
     Directories& directories() { return directories_; }
     ClockRandom& random() { return random_; }

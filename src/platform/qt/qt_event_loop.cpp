@@ -11,6 +11,8 @@
 #include <QTime>
 #include <QTimerEvent>
 
+#include "platform/batched_wakeup.h"
+
 namespace sonarith {
 namespace {
 
@@ -42,6 +44,23 @@ class QtWakeup : public Wakeup, private QObject {
     }
 
     std::shared_ptr<Call> call_;
+};
+
+/// Sound begins in a handler. So it is noticed when the handlers have returned, before the thread
+/// sleeps.
+class SoundWakeup : public Wakeup {
+  public:
+    SoundWakeup(EventLoop& loop, EventLoop::Duration interval, std::function<void()> handler,
+                std::function<bool()> isSilent)
+        : batches_(loop, interval, std::move(handler), std::move(isSilent)) {
+        const QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context_,
+                         [this] { batches_.endSilence(); });
+    }
+
+  private:
+    BatchedWakeup batches_;
+    QObject context_; ///< of the connection
 };
 
 } // namespace
@@ -99,6 +118,14 @@ double QtEventLoop::secondsSinceMidnight() const {
 
 std::unique_ptr<Wakeup> QtEventLoop::every(Duration interval, std::function<void()> handler) {
     return std::make_unique<QtWakeup>(interval, std::move(handler));
+}
+
+std::unique_ptr<Wakeup> QtEventLoop::everyInSound(Duration interval,
+                                                  std::function<void()> handler) {
+    if (!isSilent_) {
+        return every(interval, std::move(handler));
+    }
+    return std::make_unique<SoundWakeup>(*this, interval, std::move(handler), isSilent_);
 }
 
 void QtEventLoop::endProgram() {

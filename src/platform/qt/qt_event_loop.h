@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/event_loop.h"
 
@@ -32,10 +33,19 @@ class QtEventLoop : public EventLoop {
     [[nodiscard]] double secondsSinceMidnight() const override;
     [[nodiscard]] std::unique_ptr<Wakeup> every(Duration interval,
                                                 std::function<void()> handler) override;
+    /// While the machine is silent, the calls come in batches (batched_wakeup.h).
+    [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
+                                                       std::function<void()> handler) override;
+    /// `isSilent` returns whether the machine neither plays nor records anything; it is
+    /// called before the thread sleeps, so it must be quick. Without it, the machine is never
+    /// silent. Applies to later calls of everyInSound().
+    void setSilence(std::function<bool()> isSilent) { isSilent_ = std::move(isSilent); }
+
     [[noreturn]] void endProgram() override;
 
   private:
     std::function<void()> lastSteps_;
+    std::function<bool()> isSilent_;
     std::chrono::steady_clock::time_point lastAsked_ =
         std::chrono::steady_clock::time_point::min(); ///< when a yield last asked the system
     int waitDepth_ = 0;                               // nesting depth of the waits

@@ -210,6 +210,73 @@ TEST_F(QtEventLoopTest, ACancelledTimerNeverFires) {
     EXPECT_EQ(calls, 0);
 }
 
+/// The sizes of the groups of calls that come without a pause in between.
+struct CallGroups {
+    QtEventLoop& loop;
+    bool silent = true;
+    int rests = 0;
+    int restsAtCall = -1;
+    std::vector<int> sizes;
+    QObject context;
+
+    explicit CallGroups(QtEventLoop& owner) : loop(owner) {
+        QObject::connect(QAbstractEventDispatcher::instance(),
+                         &QAbstractEventDispatcher::aboutToBlock, &context, [this] { ++rests; });
+        loop.setSilence([this] { return silent; });
+    }
+    [[nodiscard]] std::unique_ptr<Wakeup> start() {
+        return loop.everyInSound(2ms, [this] {
+            if (rests != restsAtCall) {
+                sizes.push_back(0);
+            }
+            restsAtCall = rests;
+            ++sizes.back();
+        });
+    }
+    [[nodiscard]] bool isBatching() const { return !sizes.empty() && sizes.back() == 5; }
+};
+
+TEST_F(QtEventLoopTest, CallsForSoundComeInBatchesWhileTheMachineIsSilent) {
+    CallGroups groups(loop);
+    const auto wakeup = groups.start();
+    loop.waitWhile([&] { return !groups.isBatching(); });
+    ASSERT_EQ(groups.sizes.size(), 11U);
+    EXPECT_EQ(std::count(groups.sizes.begin(), groups.sizes.end() - 1, 1), 10);
+}
+
+TEST_F(QtEventLoopTest, ABatchIsEndedByTheHandlerInWhichSoundBegins) {
+    CallGroups groups(loop);
+    const auto wakeup = groups.start();
+    loop.waitWhile([&] { return !groups.isBatching(); });
+    groups.sizes.clear();
+    post(context, [&] { groups.silent = false; });
+    loop.waitWhile([&] { return groups.sizes.size() < 5; });
+    // The unfinished batch, and then each call for itself.
+    EXPECT_LT(groups.sizes.front(), 5);
+    EXPECT_THAT(std::vector<int>(groups.sizes.begin() + 1, groups.sizes.end() - 1),
+                testing::Each(1));
+}
+
+TEST_F(QtEventLoopTest, CallsForSoundAreInTimeIfNothingTellsWhetherThereIsSound) {
+    CallGroups groups(loop);
+    loop.setSilence(nullptr);
+    const auto wakeup = groups.start();
+    loop.waitWhile([&] { return groups.sizes.size() < 30; });
+    EXPECT_FALSE(groups.isBatching());
+    EXPECT_THAT(std::vector<int>(groups.sizes.begin(), groups.sizes.end() - 1), testing::Each(1));
+}
+
+TEST_F(QtEventLoopTest, ADestroyedWakeupForSoundAsksNoMore) {
+    CallGroups groups(loop);
+    auto wakeup = groups.start();
+    loop.waitWhile([&] { return !groups.isBatching(); });
+    wakeup.reset();
+    groups.sizes.clear();
+    groups.silent = false;
+    loop.waitFor(30ms);
+    EXPECT_THAT(groups.sizes, testing::IsEmpty());
+}
+
 TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     constexpr double day = 86400;
     const std::time_t before = std::time(nullptr);

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/batched_wakeup.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sonarith {
+
+BatchedWakeup::BatchedWakeup(EventLoop& loop, EventLoop::Duration interval,
+                             std::function<void()> handler, SilenceQuery isSilent)
+    : loop_(loop),
+      interval_(interval),
+      call_(std::make_shared<Call>(Call{std::move(handler)})),
+      isSilent_(std::move(isSilent)) {
+    arm({interval_, 1});
+}
+
+BatchedWakeup::~BatchedWakeup() {
+    call_->cancelled = true;
+}
+
+void BatchedWakeup::arm(Rhythm rhythm) {
+    rhythm_ = rhythm;
+    wakeup_ = loop_.every(rhythm.interval, [this, calls = rhythm.calls] { run(calls); });
+}
+
+void BatchedWakeup::run(int calls) {
+    // Copied, since the handler may destroy this object.
+    const std::shared_ptr<Call> call = call_;
+    running_ = true;
+    for (int i = 0; i < calls && !call->cancelled; ++i) {
+        call->handler();
+    }
+    if (call->cancelled) {
+        return;
+    }
+    running_ = false;
+    lastRun_ = loop_.now(); // calls that became due meanwhile are dropped
+    silentCalls_ = isSilent_() ? std::min(silentCalls_ + calls, callsBeforeBatches) : 0;
+    const Rhythm next =
+        isBatching() ? Rhythm{interval_ * callsInBatch, callsInBatch} : Rhythm{interval_, 1};
+    if (next != rhythm_) {
+        arm(next);
+    }
+}
+
+void BatchedWakeup::endSilence() {
+    // A new wake-up could call the handler again before it has returned.
+    if (running_ || !isBatching() || isSilent_()) {
+        return;
+    }
+    silentCalls_ = 0;
+    const auto due = (loop_.now() - lastRun_) / interval_;
+    const int calls = static_cast<int>(std::min<EventLoop::Duration::rep>(due, callsInBatch - 1));
+    arm(calls > 0 ? Rhythm{EventLoop::Duration(1), calls} : Rhythm{interval_, 1});
+}
+
+} // namespace sonarith

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The level meter on the real card and mixer, with its ticks in batches during silence: it must
+// show what it shows with each tick in time. The clock is simulated.
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/batched_wakeup.h"
+#include "platform/linux/sound/card_mixer.h"
+#include "platform/linux/sound/card_wave_input.h"
+#include "platform/linux/sound/sound_card.h"
+#include "player/level_meter.h"
+#include "support/fake_machine.h"
+#include "support/forwarding_event_loop.h"
+#include "support/tones.h"
+
+namespace sonarith {
+namespace {
+
+using namespace std::chrono_literals;
+using sound::SoundCard;
+
+enum class Ticks { single, inBatches };
+
+class MeterLoop final : public test::ForwardingEventLoop {
+  public:
+    MeterLoop(EventLoop& target, const SoundCard& card, Ticks ticks)
+        : ForwardingEventLoop(target), card_(card), ticks_(ticks) {}
+
+    [[nodiscard]] std::unique_ptr<Wakeup> everyInSound(Duration interval,
+                                                       std::function<void()> handler) override {
+        if (ticks_ == Ticks::single) {
+            return every(interval, std::move(handler));
+        }
+        auto wakeup = std::make_unique<BatchedWakeup>(*this, interval, std::move(handler), [this] {
+            return card_.work() == SoundCard::Work::silence;
+        });
+        batches = wakeup.get();
+        return wakeup;
+    }
+    /// As the real loop does when a handler has returned.
+    void handlerReturned() {
+        if (batches) {
+            batches->endSilence();
+        }
+    }
+
+    BatchedWakeup* batches = nullptr;
+
+  private:
+    const SoundCard& card_;
+    Ticks ticks_;
+};
+
+/// The meter, switched on.
+struct MeterWorld {
+    explicit MeterWorld(Ticks ticks) : loop(machine.loop, card, ticks) {
+        MixerHandle handle = 0;
+        EXPECT_EQ(mixer.open(handle), MixerResult::noError);
+        state.hMixer = handle;
+        meter.prepare();
+        EXPECT_TRUE(capture.StartMeter());
+        form.Timer3.setEnabled(true);
+        moved = form.Label4.changed.connect([this](Property) { movedAt.push_back(passed()); });
+        lined = form.picPeakVol.lineDrawn.connect([this](const PictureLine& line) {
+            drawn.push_back(line.to);
+            if (drawnAt.empty() || drawnAt.back() != passed()) {
+                drawnAt.push_back(passed());
+            }
+        });
+    }
+    [[nodiscard]] SoundCard::Time now() const { return machine.loop.now(); }
+    [[nodiscard]] EventLoop::Duration passed() const { return machine.loop.now() - begun; }
+
+    void soundBegins() {
+        card.attach(sound::Line::compactDisc, std::make_shared<fakes::ToneSource>(3, 20'000),
+                    now());
+        loop.handlerReturned();
+    }
+    void soundEnds() { card.detach(sound::Line::compactDisc); }
+
+    test::FakeMachine machine;
+    const EventLoop::Time begun = machine.loop.now();
+    SoundCard card;
+    // Before the meter's timer: a block is played before the tick that is due at the same time.
+    std::unique_ptr<Wakeup> cardThread = machine.loop.every(10ms, [this] { card.advance(now()); });
+    MeterLoop loop;
+    sound::CardMixer mixer{&card, {}, [this] {
+                               return now();
+                           }};
+    sound::CardWaveInput waveInput{card, [this] {
+                                       return now();
+                                   }};
+    const Platform platform{.loop = loop,
+                            .media = machine.media,
+                            .store = machine.store,
+                            .files = machine.files,
+                            .boxes = machine.boxes,
+                            .pointer = machine.pointer,
+                            .random = machine.random,
+                            .shell = machine.shell,
+                            .directories = machine.directories,
+                            .mp3Controls = machine.mp3,
+                            .fileDialog = machine.dialog,
+                            .mixer = mixer,
+                            .waveInput = waveInput,
+                            .tray = machine.tray,
+                            .system = machine.system};
+    ProcessState process;
+    Form4 form{loop};
+    MixerState state;
+    MixerAccess access{mixer, process};
+    MeterCapture capture{platform, form};
+    LevelMeter meter{platform, form, access, state, capture};
+    std::vector<PicturePoint> drawn;
+    std::vector<EventLoop::Duration> drawnAt; ///< times at which at least one line was drawn
+    std::vector<EventLoop::Duration> movedAt; ///< times at which the bar moved
+    Connection moved;
+    Connection lined;
+};
+
+void playASound(MeterWorld& world) {
+    world.machine.loop.advance(1236ms);
+    world.soundBegins();
+    world.machine.loop.advance(504ms);
+    world.soundEnds();
+    world.machine.loop.advance(1s);
+}
+
+TEST(MeterInBatches, DrawsTheLinesOfSingleTicks) {
+    MeterWorld single(Ticks::single);
+    MeterWorld batches(Ticks::inBatches);
+    playASound(single);
+    playASound(batches);
+    EXPECT_EQ(single.drawn.size(), 274U);
+    // The last batch may be incomplete.
+    const std::size_t drawn = batches.drawn.size();
+    ASSERT_LE(drawn, single.drawn.size());
+    EXPECT_GT(drawn + BatchedWakeup::callsInBatch, single.drawn.size());
+    EXPECT_TRUE(std::equal(batches.drawn.begin(), batches.drawn.end(), single.drawn.begin()));
+    EXPECT_EQ(batches.form.Label4.top(), batches.form.Picture8.height());
+}
+
+TEST(MeterInBatches, ShowsTheSoundNoLaterThanATick) {
+    MeterWorld single(Ticks::single);
+    MeterWorld batches(Ticks::inBatches);
+    playASound(single);
+    playASound(batches);
+    ASSERT_EQ(batches.movedAt.size(), single.movedAt.size());
+    ASSERT_GT(single.movedAt.size(), 40U);
+    for (std::size_t i = 0; i < single.movedAt.size(); ++i) {
+        EXPECT_LE(batches.movedAt[i], single.movedAt[i] + 10ms) << i;
+    }
+}
+
+TEST(MeterInBatches, DrawsSeldomInSilence) {
+    MeterWorld world(Ticks::inBatches);
+    world.machine.loop.advance(2s);
+    world.drawnAt.clear();
+    world.machine.loop.advance(1s);
+    EXPECT_EQ(world.drawnAt.size(), 20U);
+    EXPECT_EQ(world.drawn.size(), 300U);
+}
+
+} // namespace
+} // namespace sonarith
