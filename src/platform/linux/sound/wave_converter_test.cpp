@@ -147,6 +147,29 @@ TEST(WaveConverter, SoundAfterLongSilenceIsThatAfterShortSilence) {
     }
 }
 
+TEST(WaveConverter, TheEndOfASoundIsNotCut) {
+    // At the lowest rate the filter is the longest.
+    const auto endOfTone = [](std::size_t silentBlock) {
+        const auto converter = WaveConverter::create(pcmFormat(1, 4000, 16));
+        fakes::ToneSource tone(500, 20'000);
+        Frames block(blockFrames);
+        for (int i = 0; i < 100; ++i) {
+            EXPECT_EQ(tone.pull(block).frames, blockFrames);
+            static_cast<void>(converter->convert(block));
+        }
+        std::vector<int> result;
+        for (std::size_t frames = 0; frames < blockFrames; frames += silentBlock) {
+            for (const int number : numbers(converter->convert(Frames(silentBlock)))) {
+                result.push_back(number);
+            }
+        }
+        return result;
+    };
+    const std::vector<int> atOnce = endOfTone(blockFrames);
+    EXPECT_GT(std::count_if(atOnce.begin(), atOnce.end(), [](int byte) { return byte != 0; }), 20);
+    EXPECT_EQ(endOfTone(21), atOnce);
+}
+
 TEST(WaveConverter, SilenceHasTheRateOfSound) {
     for (const std::uint32_t rate : {4000U, 11'025U, 44'099U, 192'000U}) {
         const auto converter = WaveConverter::create(pcmFormat(2, rate, 16));
