@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A form's window in the accessibility tree: its widgets, and the popup menus that it has opened.
-// Qt omits popup menus that belong to no menu bar. Each widget provides its own name and role.
+// Represents the window of a form in the accessibility tree. Its children are its widgets and also
+// its popup menus, because Qt omits popup menus that belong to no menu bar. Each widget provides
+// its own name and role.
 #pragma once
 
 #include <QAccessibleInterface>
@@ -8,8 +9,8 @@
 
 namespace sonarith {
 
-/// For QAccessible::installFactory. Null for an object that is not a FormWindow; Qt owns the
-/// result.
+/// A factory for QAccessible::installFactory(). Returns null for an object that is not a
+/// FormWindow. Qt owns the result.
 [[nodiscard]] QAccessibleInterface* makeAccessibleWindow(const QString& type, QObject* object);
 
 } // namespace sonarith

@@ -15,8 +15,8 @@ namespace {
 // Device-independent pixels.
 constexpr int margin = 6;
 constexpr int gap = 4;
-constexpr int clipSide = 22;   ///< the host of the activity clip
-constexpr int symbolSide = 18; ///< source and destination
+constexpr int clipSide = 22;   ///< the picture in which the activity clip plays
+constexpr int symbolSide = 18; ///< the pictures of the source and the destination
 constexpr int progressHeight = 12;
 
 } // namespace
@@ -75,7 +75,7 @@ BarView* makeCdBar(Form1& form, QWidget* parent) {
     warning->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     columns->addWidget(warning, 0, 3, 2, 1);
     columns->setColumnStretch(1, 1);
-    // It takes no space before it appears, but the window stays wide enough for it.
+    // A hidden warning takes no space, but the bar and so the window are always wide enough for it.
     bar->setMinimumWidth(columns->minimumSize().width() + columns->horizontalSpacing() +
                          warning->minimumSizeHint().width());
     return bar;
@@ -97,8 +97,8 @@ BarView* makeActivityBar(Form1& form, QWidget* parent) {
         1, 0);
     auto* destination =
         new LabelView(form.Label2, QObject::tr("Destination"), LabelView::Cut::middle, bar);
-    // The destination is paler than the next action. The next action is not bold instead, because a
-    // second font would take a twentieth of the start-up time.
+    // The destination is paler, so that the next action stands out. A bold next action would need a
+    // second font, and loading that font would take a twentieth of the start-up time.
     destination->setSecondary();
     rows->addWidget(destination, 1, 1);
     rows->setColumnStretch(1, 1);

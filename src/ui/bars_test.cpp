@@ -19,7 +19,7 @@ class BarsTest : public testing::Test {
     QWidget window;
 };
 
-TEST_F(BarsTest, EachBarFitsIntoTheNarrowWindow) {
+TEST_F(BarsTest, EachBarFitsIntoTheNarrowestWindow) {
     form.Command2.setVisible(true);
     form.Label5.setVisible(true);
     form.lblCDID.setCaption("1234567890");
@@ -30,7 +30,7 @@ TEST_F(BarsTest, EachBarFitsIntoTheNarrowWindow) {
     }
 }
 
-TEST_F(BarsTest, ABarsHeightDoesNotDependOnItsLabels) {
+TEST_F(BarsTest, TheHeightOfABarIsTheSameWithEmptyLabels) {
     const BarView* bar = makeStatusBar(form, &window);
     const int before = bar->sizeHint().height();
     form.ClearActivity();
@@ -38,7 +38,7 @@ TEST_F(BarsTest, ABarsHeightDoesNotDependOnItsLabels) {
     EXPECT_EQ(bar->sizeHint().height(), before);
 }
 
-TEST_F(BarsTest, CancelAndStartAreAccessibleAsTexts) {
+TEST_F(BarsTest, CancelAndStartAreTextButtonsWithAltLetters) {
     const BarView* bar = makeToolBar(form, "fap", &window);
     EXPECT_EQ(bar->findChild<QAbstractButton*>("Command2")->text(), "&Cancel");
     EXPECT_EQ(bar->findChild<QAbstractButton*>("CmdSelectAction")->text(), "&Start ");

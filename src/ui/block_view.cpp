@@ -11,7 +11,7 @@ BlockView::BlockView(Label& model, QString label, const QColor& color, QWidget* 
     filled.setColor(QPalette::Window, color);
     setPalette(filled);
     setAutoFillBackground(true);
-    // Passes presses to its parent.
+    // The parent receives mouse presses on the block.
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

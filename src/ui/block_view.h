@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label without a text as a block of one colour at the control's position, clipped by its
-// parent: the block moves to make a bar grow.
+// Shows a Label as a block of one colour, without its text, at the position of the control. The
+// parent clips the block, so that a bar seems to grow when the block moves.
 #pragma once
 
 #include <QColor>

@@ -8,8 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// Side of a tool bar's pictures, in device-independent pixels: six fit beside each other into the
-/// narrow window.
+/// Side of a tool bar's pictures, in device-independent pixels: six such pictures fit beside each
+/// other into the narrowest window.
 constexpr int iconSide = 22;
 
 } // namespace

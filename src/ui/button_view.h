@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a CommandButton, as a picture with a tool tip or as a text. A click by mouse or key clicks
-// the control. A double click counts as one click, since no user intends a second click while the
-// first one's action runs.
+// Shows a CommandButton as a picture with a tool tip or as a text. A click by mouse or key clicks
+// the control. A double click counts as one click, because a user does not intend a second click
+// while the action of the first one runs.
 #pragma once
 
 #include <QPushButton>
@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// The tool tip is the control's own one, or else the caption.
+/// The tool tip is that of the control, or the caption if the control has no tool tip.
 class IconButtonView : public QToolButton {
   public:
     IconButtonView(CommandButton& model, Symbol symbol, QWidget* parent);

@@ -32,7 +32,7 @@ TEST_F(ButtonViewTest, AMouseClickAndTheSpaceKeyClickTheControl) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(ButtonViewTest, AButtonThatItsClickDisablesAndEnablesKeepsTheFocus) {
+TEST_F(ButtonViewTest, AButtonThatItsClickHandlerDisablesAndEnablesKeepsTheFocus) {
     TextButtonView view(model, "", &parent);
     CommandButton closing(form, "cmdClose", "Close");
     TextButtonView other(closing, "", &parent);
@@ -45,7 +45,7 @@ TEST_F(ButtonViewTest, AButtonThatItsClickDisablesAndEnablesKeepsTheFocus) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_Space);
     EXPECT_EQ(parent.focusWidget(), &view);
-    // It does not take the focus back if the user has moved the focus to another widget.
+    // The button does not take the focus back if the user has moved the focus to another widget.
     CommandButton third(form, "cmdThird", "Third");
     TextButtonView chosen(third, "", &parent);
     chosen.show();
@@ -61,7 +61,8 @@ TEST_F(ButtonViewTest, ADoubleClickIsOneClick) {
     parent.show();
     for (QWidget* view : {static_cast<QWidget*>(&text), static_cast<QWidget*>(&icon)}) {
         clicks = 0;
-        // As sent by the desktop: press, release, the second press as a double click, release.
+        // The events are sent as by the desktop: a press, a release, the second press as a double
+        // click, a release.
         QTest::mouseClick(view, Qt::LeftButton);
         QTest::mouseDClick(view, Qt::LeftButton); // only the second press
         QTest::mouseRelease(view, Qt::LeftButton);
@@ -94,7 +95,7 @@ TEST_F(ButtonViewTest, APictureButtonShowsItsCaptionAsToolTip) {
     EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(ButtonViewTest, TheControlsOwnToolTipTakesPrecedence) {
+TEST_F(ButtonViewTest, APictureButtonShowsTheControlsToolTipIfThereIsOne) {
     CommandButton play(form, "Command11");
     play.setToolTip("Play Selected track");
     const IconButtonView view(play, Symbol::play, &parent);
@@ -102,7 +103,7 @@ TEST_F(ButtonViewTest, TheControlsOwnToolTipTakesPrecedence) {
     EXPECT_EQ(view.accessibleName(), "Play Selected track");
 }
 
-TEST_F(ButtonViewTest, AButtonCanBeClickedAgainFromWithinItsOwnClick) {
+TEST_F(ButtonViewTest, AButtonCanBeClickedWhileItsClickHandlerRuns) {
     TextButtonView view(model, "", &parent);
     parent.show();
     model.onClick = [&] {

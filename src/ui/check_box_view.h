@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a CheckBox. A user's tick sets the control, which runs its click.
+// Shows a CheckBox. A click by the user sets the value of the control, which runs its click
+// handler.
 #pragma once
 
 #include <QCheckBox>
@@ -11,7 +12,7 @@ namespace sonarith {
 
 class CheckBoxView : public QCheckBox {
   public:
-    /// `label` is shown beside the box while it has no caption of its own.
+    /// `label` is shown beside the box while the control has no caption.
     CheckBoxView(CheckBox& box, const QString& label, QWidget* parent);
 
   private:

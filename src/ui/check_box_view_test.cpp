@@ -38,12 +38,12 @@ TEST_F(CheckBoxViewTest, ShowsCaptionAndTick) {
     EXPECT_EQ(view.text(), "Off");
 }
 
-TEST_F(CheckBoxViewTest, TickingByCodeRunsTheClickOnce) {
+TEST_F(CheckBoxViewTest, TickingByCodeRunsTheClickHandlerOnce) {
     model.setValue(1).passOver();
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(CheckBoxViewTest, AMouseClickAndTheSpaceKeyTickTheControl) {
+TEST_F(CheckBoxViewTest, AMouseClickTicksTheControlAndTheSpaceKeyUnticksIt) {
     clickIt();
     EXPECT_EQ(model.value(), 1);
     EXPECT_EQ(clicks, 1);
@@ -61,14 +61,14 @@ TEST_F(CheckBoxViewTest, ShowsTheStateThatTheHandlerHasSet) {
     EXPECT_FALSE(view.isChecked());
 }
 
-TEST_F(CheckBoxViewTest, WithoutACaptionItsLabelIsBesideIt) {
+TEST_F(CheckBoxViewTest, ShowsItsLabelIfTheControlHasNoCaption) {
     CheckBox bare(form, "Check4");
     const CheckBoxView bareView(bare, "Minimize now", &parent);
     EXPECT_EQ(bareView.text(), "Minimize now");
     EXPECT_EQ(bareView.accessibleName(), "Minimize now");
 }
 
-TEST_F(CheckBoxViewTest, ALoadShowsTheDesignedState) {
+TEST_F(CheckBoxViewTest, ShowsTheDesignedStateAfterALoad) {
     form.load();
     model.setValue(1).passOver();
     form.unload();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a ComboBox. Choosing the entry that is already selected also counts as a choice.
+// Shows a ComboBox. A choice of the entry that is already selected also runs the click handler.
 #pragma once
 
 #include "platform/controls/combo_box.h"

@@ -31,7 +31,7 @@ class ComboBoxViewTest : public testing::Test {
     ComboBoxView view{model, "Encoding bit rate", &parent};
 };
 
-TEST_F(ComboBoxViewTest, ShowsEntriesAndSelectionAsCodeChangesThem) {
+TEST_F(ComboBoxViewTest, ShowsTheEntriesAndTheSelectionWhenCodeChangesThem) {
     EXPECT_EQ(view.count(), 3);
     EXPECT_EQ(view.currentIndex(), -1);
     EXPECT_EQ(view.accessibleName(), "Encoding bit rate");
@@ -43,7 +43,7 @@ TEST_F(ComboBoxViewTest, ShowsEntriesAndSelectionAsCodeChangesThem) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxViewTest, KeysSelectAndRunTheHandlerOnce) {
+TEST_F(ComboBoxViewTest, ACursorKeySelectsAnEntryAndRunsTheHandlerOnce) {
     model.setListIndex(0).passOver();
     clicks = 0;
     QTest::keyClick(&view, Qt::Key_Down);

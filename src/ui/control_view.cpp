@@ -11,7 +11,7 @@
 namespace sonarith {
 namespace {
 
-/// The same delay as that of the lists beside such a caption (list_box_model.h).
+/// The same interval as for the lists beside such a caption (list_box_model.h).
 constexpr std::chrono::milliseconds captionPause{100};
 
 } // namespace
@@ -86,9 +86,9 @@ void ControlView::showName() {
     widget_.setAccessibleName(accessibleNameOf(caption, control_.toolTip(), label_));
 }
 
-/// A widget that is disabled loses the focus. When it is enabled, it takes the focus back unless
-/// the user has moved it: a button that its own click disables and enables can then be pressed
-/// again.
+/// A widget that is disabled loses the focus. When the widget is enabled again, it takes the focus
+/// back unless the user has moved the focus. So a button that its own click handler disables and
+/// enables can be pressed again by key.
 void ControlView::showEnabled() {
     QWidget* const window = widget_.window();
     const bool hadFocus = window->focusWidget() == &widget_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The properties that every widget shows of its control: name, visibility, enabled state, tool tip
-// and accessible name. The view of each kind of control shows its other properties.
+// Shows the properties that all controls have in a widget: name, visibility, enabled state, tool
+// tip and accessible name. The view class of each kind of control shows the other properties.
 #pragma once
 
 #include <functional>
@@ -15,27 +15,28 @@
 
 namespace sonarith {
 
-/// Whether `changed` is one of the properties `shown`, or means all of them.
+/// Whether `changed` is one of the properties `shown`, or Property::all.
 template <typename... Properties>
 [[nodiscard]] constexpr bool concerns(Property changed, Properties... shown) {
     return changed == Property::all || ((changed == shown) || ...);
 }
 
-/// What places the widget: a layout or the window (`elsewhere`), or the control's own position.
+/// What determines the position of the widget: a layout or the window (`elsewhere`), or the
+/// position of the control (`byControl`).
 enum class Placement { elsewhere, byControl };
 
-/// How soon a new caption is shown. With a limited pace, a caption is shown at once if none was
-/// shown for 100 ms, otherwise up to 100 ms late: a caption that changes a thousand times a second
-/// is laid out, painted and sent to screen readers ten times a second.
+/// How soon a new caption is shown. With a limited pace, a new caption is shown at once if the
+/// shown caption is at least 100 ms old, otherwise up to 100 ms later. So a caption that changes a
+/// thousand times a second is laid out, painted and sent to screen readers only ten times a second.
 enum class Pace { atOnce, limited };
 
-/// Updates a widget when its control changes. It must be destroyed before the widget, for example
-/// as a member of the widget's class.
+/// Updates a widget when its control changes. This object must be destroyed before the widget is; a
+/// member of the widget's class is.
 class ControlView {
   public:
-    /// `caption` returns the control's caption (empty: it has none). `label` names a control that
-    /// has neither caption nor tool tip. `showMore` shows further properties; its argument
-    /// Property::all means every property.
+    /// `caption` returns the control's caption; the function is empty for a control without a
+    /// caption. `label` names a control that has neither a caption nor a tool tip. `showMore` shows
+    /// further properties of the control; its argument Property::all means every property.
     ControlView(Control& control, QWidget& widget, std::function<std::string()> caption,
                 QString label, std::function<void(Property)> showMore = {},
                 Placement placement = Placement::elsewhere, Pace pace = Pace::atOnce);
@@ -53,14 +54,14 @@ class ControlView {
     QString label_;
     std::function<void(Property)> showMore_;
     Placement placement_;
-    std::unique_ptr<QTimer> pause_; ///< limited pace only: runs after each shown caption
+    std::unique_ptr<QTimer> pause_; ///< for a limited pace only: runs after a caption was shown
     bool captionWaits_ = false;
-    /// The widget to which Qt moved the focus when this one was disabled.
+    /// The widget to which Qt moved the focus when widget_ was disabled.
     QPointer<QWidget> focusMovedTo_;
     Connection changed_;
 };
 
-/// The caption, else the tool tip, else the label.
+/// The caption; if that is blank, the tool tip; if that is empty, too, the label.
 [[nodiscard]] QString accessibleNameOf(const std::string& caption, const std::string& toolTip,
                                        const QString& label);
 

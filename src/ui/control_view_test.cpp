@@ -24,7 +24,7 @@ TEST_F(ControlViewTest, TheWidgetHasTheControlsName) {
     EXPECT_EQ(widget.objectName(), "lblStatus");
 }
 
-TEST_F(ControlViewTest, VisibleAndEnabledFollowTheControl) {
+TEST_F(ControlViewTest, TheWidgetIsVisibleAndEnabledLikeTheControl) {
     model.setVisible(false);
     EXPECT_TRUE(widget.isHidden());
     model.setVisible(true);
@@ -33,7 +33,7 @@ TEST_F(ControlViewTest, VisibleAndEnabledFollowTheControl) {
     EXPECT_FALSE(widget.isEnabled());
 }
 
-TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionElseTheToolTipElseTheLabel) {
+TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionOrTheToolTipOrTheLabel) {
     EXPECT_EQ(widget.accessibleName(), "12 Bytes");
     model.setCaption("");
     EXPECT_EQ(widget.accessibleName(), "Bytes captured");
@@ -42,7 +42,7 @@ TEST_F(ControlViewTest, TheAccessibleNameIsTheCaptionElseTheToolTipElseTheLabel)
     EXPECT_EQ(widget.toolTip(), "What came so far");
 }
 
-TEST_F(ControlViewTest, APositionIsReadFromTheControlOnlyOnRequest) {
+TEST_F(ControlViewTest, TheControlPlacesTheWidgetOnlyIfPlacementIsByControl) {
     model.setLeft(150_twips);
     EXPECT_EQ(widget.x(), 0);
     QWidget placed(&parent);
@@ -53,7 +53,7 @@ TEST_F(ControlViewTest, APositionIsReadFromTheControlOnlyOnRequest) {
     EXPECT_EQ(placed.geometry(), QRect(10, 2, 20, 3));
 }
 
-TEST_F(ControlViewTest, AChangeAppliesItsOwnPropertyAlone) {
+TEST_F(ControlViewTest, AChangeOfAPropertyUpdatesOnlyThatProperty) {
     std::vector<Property> shown;
     QWidget other(&parent);
     const ControlView otherView(

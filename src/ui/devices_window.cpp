@@ -23,7 +23,7 @@
 namespace sonarith {
 namespace {
 
-/// Item role for the value of a list entry, as bytes.
+/// The item role for the name of a list entry, as bytes.
 constexpr int nameRole = Qt::UserRole;
 /// Interval between two updates of the disc report.
 constexpr std::chrono::milliseconds reportInterval{500};
@@ -43,7 +43,8 @@ Widget* named(Widget* widget, const char* objectName, const QString& accessibleN
     return widget;
 }
 
-/// Fills a box with the devices and selects the stored one, which may be missing at present.
+/// Fills a box with the devices and selects the stored device. If that device is missing at
+/// present, adds an entry for it.
 void fill(QComboBox& box, const std::vector<DeviceEntry>& devices, const std::string& stored) {
     box.clear();
     for (const DeviceEntry& device : devices) {
@@ -77,7 +78,7 @@ DevicesWindow::DevicesWindow(DeviceChoice& devices, DevicesWindowCalls calls)
     setAccessibleName(tr("Devices"));
     setModal(false);
     buildLayout();
-    // Device-independent pixels: the smallest height at which all controls are visible.
+    // Device-independent pixels. At a smaller height, not all controls would be visible.
     resize(330, 430);
 
     const auto chooseItem = [this](const QListWidgetItem* item) {
@@ -105,7 +106,7 @@ void DevicesWindow::buildLayout() {
         made->setBuddy(buddy);
         return made;
     };
-    // Device-independent pixels: three drives and three lines of report without scrolling.
+    // Device-independent pixels: three drives and three lines of the report fit without scrolling.
     drives_->setMinimumSize(280, 80);
     drives_->setTextElideMode(Qt::ElideMiddle);
     drives_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -209,14 +210,15 @@ void DevicesWindow::showReport() {
     for (auto notice = notices.rbegin(); notice != notices.rend(); ++notice) {
         text += QStringLiteral("\n") + toQString(*notice);
     }
-    // The user's selection in it and the scroll position are kept while the text is unchanged.
+    // While the text is unchanged, the user's selection in the report and the scroll position are
+    // kept.
     if (text != report_->toPlainText()) {
         report_->setPlainText(text);
     }
 }
 
-/// A drive that is already chosen is read again, except for a double click or a Return that follows
-/// the click that chose it.
+/// A drive that is already chosen is read again, except within the double-click interval after the
+/// last choice: a double click, or a click followed by Return, chooses the drive once.
 void DevicesWindow::choose(const QListWidgetItem& item) {
     const std::string name = nameIn(item.data(nameRole));
     const bool chosenJustNow =
@@ -231,8 +233,8 @@ void DevicesWindow::choose(const QListWidgetItem& item) {
 void DevicesWindow::chooseDrive(const std::string& drive) {
     if (calls_.driveInUse()) {
         if (!isVisible()) {
-            // The window may be hidden if an image was dropped elsewhere: the user must see the
-            // result.
+            // The window may be hidden, because an image can be dropped on another window. The user
+            // must see the message.
             open();
         }
         refused_ = true;
@@ -242,7 +244,8 @@ void DevicesWindow::chooseDrive(const std::string& drive) {
     }
     refused_ = false;
     devices_.setDrive(drive);
-    // A refresh yields; a choice during it is refreshed afterwards, not inside it.
+    // A refresh yields. A choice that is made during a refresh is refreshed after it, not inside
+    // it.
     refreshAgain_ = refreshing_;
     if (refreshing_) {
         return;

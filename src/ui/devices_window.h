@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The Devices window: the drive or disc image, the sound output and the recording source in use,
-// and problems with the disc. It accesses devices only through DeviceChoice.
+// The Devices window. It shows the drive or disc image, the sound output and the recording source
+// that are in use, lets the user choose others, and reports problems with the disc. It accesses
+// devices only through DeviceChoice.
 #pragma once
 
 #include <functional>
@@ -18,18 +19,19 @@
 
 namespace sonarith {
 
-/// Callbacks into the program, except for the devices.
+/// The functions of the program that the window calls, except for those of the devices
+/// (DeviceChoice).
 struct DevicesWindowCalls {
     /// Whether an action is using the drive, which cannot be changed until the action ends.
     std::function<bool()> driveInUse;
-    /// "Refresh List"; it may yield.
+    /// Runs the program's "Refresh List" command. May yield.
     std::function<void()> refreshList;
     /// The notices to the user so far, oldest first.
     std::function<std::vector<std::string>()> notices;
-    /// Lets the user pick a disc image; returns an empty text if none was picked. Not set: the
-    /// desktop's dialog.
+    /// Lets the user pick a disc image; returns an empty text if none was picked. If this is not
+    /// set, the window opens a file dialog.
     std::function<std::string(const std::string& current)> pickImage = {};
-    /// The help key. Not set: it does nothing.
+    /// Runs when the user presses the help key. If this is not set, the key does nothing.
     std::function<void()> help = {};
 };
 
@@ -40,9 +42,9 @@ class DevicesWindow : public QDialog {
 
     /// Searches for devices again and shows the window.
     void open() override;
-    /// Stores a drive (a device node or the path of an image) and refreshes. While the drive is in
-    /// use, the window is shown with a message instead. Also used for images that are dropped on
-    /// the main window.
+    /// Stores a drive (a device node or the path of an image) and refreshes the list. While the
+    /// drive is in use, shows the window with a message instead. Also called for an image that is
+    /// dropped on the main window.
     void chooseDrive(const std::string& drive);
 
   protected:
@@ -65,7 +67,8 @@ class DevicesWindow : public QDialog {
     QComboBox* output_;
     QComboBox* source_;
     QPlainTextEdit* report_;
-    /// Updates the report: while the window is open, a disc may be read again and damage found.
+    /// Updates the report while the window is open, because the disc may be read meanwhile and
+    /// damage be found.
     QTimer reportTimer_;
     /// Time since a drive was last chosen from the list.
     QElapsedTimer sinceChoice_;

@@ -92,7 +92,7 @@ TEST_F(DevicesWindowTest, ListsTheFirstDriveAndTheDrivesFound) {
     EXPECT_EQ(window.windowTitle(), "Devices");
     EXPECT_THAT(listed(), ElementsAre("First drive found", "/dev/sr0", "/dev/sr1"));
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 0);
-    EXPECT_THAT(log, IsEmpty()) << "moving the current row chooses nothing";
+    EXPECT_THAT(log, IsEmpty()) << "opening the window has chosen a drive";
 }
 
 // The accessible name of such a box is its entry, so its label must say what is chosen.
@@ -129,7 +129,7 @@ TEST_F(DevicesWindowTest, AClickOnADriveStoresItThenRefreshesTheListThenShowsThe
     EXPECT_EQ(child<QListWidget>("drives").currentRow(), 1);
 }
 
-TEST_F(DevicesWindowTest, CursorKeysOnlyMoveAndReturnChooses) {
+TEST_F(DevicesWindowTest, CursorKeysOnlyMoveTheCurrentRowAndReturnChoosesADrive) {
     window.open();
     auto& list = child<QListWidget>("drives");
     QTest::keyClick(&list, Qt::Key_Down);
@@ -139,7 +139,7 @@ TEST_F(DevicesWindowTest, CursorKeysOnlyMoveAndReturnChooses) {
     EXPECT_EQ(drive, "/dev/sr1");
 }
 
-TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndReadAgainEachTime) {
+TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndRefreshedAtEachPick) {
     window.open();
     picked = "/m/caf\xE9.toc";
     child<QPushButton>("pickImage").click();
@@ -151,7 +151,7 @@ TEST_F(DevicesWindowTest, APickedImageIsStoredByteForByteAndReadAgainEachTime) {
     EXPECT_EQ(drive, "");
 }
 
-TEST_F(DevicesWindowTest, ACancelledDialogChoosesNothing) {
+TEST_F(DevicesWindowTest, ChoosesNothingIfNoImageIsPicked) {
     window.open();
     child<QPushButton>("pickImage").click();
     EXPECT_THAT(log, IsEmpty());
@@ -180,7 +180,7 @@ TEST_F(DevicesWindowTest, OutputAndSourceAreStoredWhenChosen) {
     EXPECT_EQ(source, "none");
 }
 
-TEST_F(DevicesWindowTest, AMissingOutputIsStillShownAndKept) {
+TEST_F(DevicesWindowTest, AStoredOutputThatIsMissingIsShownAndStaysStored) {
     output = "hw:7";
     window.open();
     EXPECT_EQ(child<QComboBox>("output").currentText(), "hw:7 (not found)");
@@ -196,7 +196,7 @@ TEST_F(DevicesWindowTest, EscapeAndTheCloseButtonHideTheWindow) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(DevicesWindowTest, ToolTipsShowNamesAsPlainText) {
+TEST_F(DevicesWindowTest, ToolTipsShowMarkupInNamesAsPlainText) {
     drive = "/m/<b>Die Lieder</b>.cue";
     outputs = {{"hw:1", "<b>Loud</b> & clear"}};
     window.open();
@@ -219,7 +219,7 @@ TEST_F(DevicesWindowTest, UpdatesTheDiscReportWhileItIsOpen) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown.toPlainText() == "No problems were found."; }));
 }
 
-TEST_F(DevicesWindowTest, ReadsNothingWhileItIsHidden) {
+TEST_F(DevicesWindowTest, DoesNotUpdateTheReportWhileItIsHidden) {
     window.open();
     window.hide();
     report = "Sector 12 is torn.";
@@ -247,7 +247,7 @@ TEST_F(DevicesWindowTest, AnImageBelowDevIsNotShownAsAMissingDrive) {
     EXPECT_EQ(listed().back(), "Disc image: x.cue");
 }
 
-TEST_F(DevicesWindowTest, EveryWidgetHasAnAccessibleName) {
+TEST_F(DevicesWindowTest, EachOfItsControlsHasAnAccessibleName) {
     window.open();
     for (const char* name : {"drives", "pickImage", "output", "source", "report", "close"}) {
         EXPECT_FALSE(child<QWidget>(name).accessibleName().isEmpty()) << name;

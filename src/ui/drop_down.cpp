@@ -16,7 +16,7 @@ void DropDown::show(const QStringList& texts, int selected) {
     for (int i = 0; i < count(); ++i) {
         shown += itemText(i);
     }
-    // Signals are for actions of the user only.
+    // Only actions of the user emit signals.
     const QSignalBlocker quiet(this);
     if (shown != texts) {
         hidePopup();

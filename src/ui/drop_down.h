@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drop-down list of a few texts, the base of several views. The mouse wheel over the closed box
-// changes nothing: a choice may start an action, and the user may have wanted to scroll.
+// The base class of views that show a drop-down list of a few texts. The mouse wheel over the
+// closed box changes nothing: a choice may start an action, and the user may have wanted to scroll.
 #pragma once
 
 #include <QComboBox>
@@ -12,7 +12,8 @@ class DropDown : public QComboBox {
   public:
     explicit DropDown(QWidget* parent);
 
-    /// Sets the texts and the selected one (-1: none). An open list closes when its texts change.
+    /// Sets the texts and the index of the selected text (-1: none). An open list closes when its
+    /// texts change.
     void show(const QStringList& texts, int selected);
     using QComboBox::show;
 

@@ -11,7 +11,7 @@ std::string droppedImage(const QMimeData& dropped) {
         if (!url.isLocalFile()) {
             continue;
         }
-        // Decoded here and not by QUrl, which would lose bytes that are not UTF-8.
+        // The path is decoded here, because QUrl would lose bytes that are not UTF-8.
         const QByteArray path =
             QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
         const QByteArray ending = path.right(4).toLower();

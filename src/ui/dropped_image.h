@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the disc image among files dropped from a file manager. It does not open the file.
+// Finds the disc image among files that were dropped from a file manager. Does not open the file.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@ class QMimeData;
 
 namespace sonarith {
 
-/// The path of the first local .cue or .toc file, in any case, byte for byte; empty if there is
-/// none.
+/// The path of the first local file whose name ends with .cue or .toc (in upper or lower case),
+/// byte for byte; empty if there is none.
 [[nodiscard]] std::string droppedImage(const QMimeData& dropped);
 
 } // namespace sonarith

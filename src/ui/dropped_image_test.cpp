@@ -19,7 +19,7 @@ TEST(DroppedImage, TheFirstImageAmongTheFilesIsUsed) {
     EXPECT_EQ(dropping("file:///m/DISC.TOC\r\n"), "/m/DISC.TOC");
 }
 
-TEST(DroppedImage, ANameIsUsedByteForByte) {
+TEST(DroppedImage, BytesOfThePathThatAreNotUtf8AreKept) {
     EXPECT_EQ(dropping("file:///m/caf%E9%20%C3%BC%25.cue\r\n"), "/m/caf\xE9 \xC3\xBC%.cue");
 }
 

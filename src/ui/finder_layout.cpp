@@ -51,8 +51,8 @@ QWidget* makeSide(FrmSearch& form, FormWindow& window, QWidget* parent) {
     return side;
 }
 
-/// The folders still to scan are below the two other lists, and are visible during a search while
-/// those are hidden.
+/// The list of folders still to scan lies behind the two other lists, in the same cells. It can be
+/// seen only while a search hides those.
 QWidget* makeLists(FrmSearch& form, QWidget* parent) {
     using Tips = ListBoxView::LineTips;
     using Gathered = ListBoxView::Gathered;

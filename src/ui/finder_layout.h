@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The layout of the file finder's window: what to search and where at the left, the results at the
-// right.
+// Lays out the file finder's window: at the left, the controls that say what to search for and
+// where; at the right, the results.
 #pragma once
 
 #include "forms/frm_search.h"

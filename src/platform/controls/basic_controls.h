@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The small controls: label, frame, button, check box, text box, progress bar, tabs.
+// Defines the models of the small controls: label, frame, button, check box, text box, progress bar
+// and tabs.
 #pragma once
 
 #include <cstdint>
@@ -52,8 +53,8 @@ class CommandButton : public ControlWith<CaptionState> {
     }
 
     Handler<> onClick;
-    /// Runs the handler of a user's click, even if the button is hidden or disabled, because the
-    /// logic also calls it as a procedure.
+    /// Runs the click handler, even if the button is hidden or disabled: the logic also uses this
+    /// handler as a procedure.
     void click() { run(onClick); }
 };
 
@@ -62,7 +63,8 @@ struct CheckBoxState {
     int value = 0;
 };
 
-/// 0 or 1. Setting another value from code runs the click handler, as a user's click does.
+/// The value is 0 or 1. A change of the value by code runs the click handler, like a click by the
+/// user.
 class CheckBox : public ControlWith<CheckBoxState> {
   public:
     CheckBox(Form& owner, std::string name, std::string caption = {})
@@ -87,7 +89,7 @@ struct TextBoxState {
     bool locked = false;
 };
 
-/// A text that is set is truncated before its first NUL.
+/// setText() truncates the text before its first NUL.
 class TextBox : public ControlWith<TextBoxState> {
   public:
     TextBox(Form& owner, std::string name, std::string text = {})
@@ -138,7 +140,8 @@ struct TabControlState {
     int tab = 0;
 };
 
-/// Pages with captions, one of them in front. The layout of a page belongs to the view.
+/// A row of tabs with captions. Each tab has a page, and one page is in front. The view lays out
+/// the controls on the pages.
 class TabControl : public ControlWith<TabControlState> {
   public:
     TabControl(Form& owner, std::string name, std::vector<std::string> captions)

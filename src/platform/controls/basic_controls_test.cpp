@@ -35,7 +35,7 @@ TEST(Control, StartsVisibleAndEnabled) {
     EXPECT_TRUE(label.enabled());
 }
 
-TEST(Control, NotifiesOfEachChangedPropertyOnly) {
+TEST(Control, NotifiesOnlyOfPropertiesWhoseValueChanges) {
     Form form("Form1");
     Label label(form, "Label2", "x");
     const ChangeCount changes(label);
@@ -118,7 +118,7 @@ TEST(CommandButton, IgnoresAClickWithoutAHandler) {
     EXPECT_EQ(button.caption(), "Start");
 }
 
-TEST(CheckBox, SettingItFromCodeRunsItsClickWithTheNewValue) {
+TEST(CheckBox, AChangeByCodeRunsTheClickHandlerAfterTheValueIsSet) {
     Form form("Form1");
     CheckBox box(form, "Check9");
     std::vector<int> seen;
@@ -148,7 +148,7 @@ TEST(CheckBox, RefusesValuesOtherThanZeroAndOne) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST(CheckBox, CanBeResetByItsOwnClick) {
+TEST(CheckBox, CanBeResetByItsOwnClickHandler) {
     Form form("Form1");
     CheckBox box(form, "Check9");
     int clicks = 0;
@@ -224,7 +224,7 @@ TEST(ProgressBar, RefusesValuesOutsideItsRange) {
     EXPECT_EQ(bar.value(), 40);
 }
 
-TEST(MenuItem, HoldsItsEntriesInOrderAndItsMark) {
+TEST(MenuItem, KeepsTheOrderOfItsEntriesAndItsTick) {
     Form form("Form1");
     MenuItem first(form, "mnuFirst", "First");
     MenuItem second(form, "mnuSecond", "Second");
@@ -237,7 +237,7 @@ TEST(MenuItem, HoldsItsEntriesInOrderAndItsMark) {
     EXPECT_EQ(changes.count, 1);
 }
 
-TEST(MenuItem, CanBeClickedByCodeWhileTheMenuIsClosed) {
+TEST(MenuItem, CanBeClickedByCodeWhenDisabled) {
     Form form("Form1");
     MenuItem entry(form, "mnuMinimize", "Minimize");
     int clicks = 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drop-down list of texts. One or none is selected. The user cannot type into it.
+// The model of a drop-down list of texts. At most one entry is selected. The user cannot type a
+// text.
 #pragma once
 
 #include <string>
@@ -23,7 +24,7 @@ class ComboBox : public ControlWith<ComboBoxState> {
     /// The text of entry `index`, from 0; empty outside the list.
     [[nodiscard]] std::string list(int index) const;
     void addItem(const std::string& text);
-    /// Also clears the selection. Runs no handler.
+    /// Removes all entries; no entry is selected afterwards. Runs no handler.
     void clear();
 
     /// The selected entry, -1 for none.
@@ -34,9 +35,10 @@ class ComboBox : public ControlWith<ComboBoxState> {
     /// The text of the selected entry; empty for none.
     [[nodiscard]] std::string text() const { return list(state_.listIndex); }
 
-    /// An entry was selected, by code or by the user.
+    /// Code has changed the selection, or the user has chosen an entry.
     Handler<> onClick;
-    /// The user has chosen an entry. Runs onClick, also for the entry that is already selected.
+    /// The user has chosen an entry: selects it and runs onClick, even if the entry was already
+    /// selected. Does nothing for an entry that does not exist.
     void choose(int index);
 };
 

@@ -30,14 +30,14 @@ TEST_F(ComboBoxTest, StartsWithNothingSelected) {
     EXPECT_EQ(box.list(-1), "");
 }
 
-TEST_F(ComboBoxTest, ASelectionByCodeRunsTheClickIfItChanges) {
+TEST_F(ComboBoxTest, CodeThatSelectsTheSameEntryTwiceRunsTheClickHandlerOnce) {
     EXPECT_TRUE(box.setListIndex(1).ok());
     EXPECT_TRUE(box.setListIndex(1).ok());
     EXPECT_EQ(box.text(), "Normal");
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxTest, AnIndexOutsideTheListFailsAndChangesNothing) {
+TEST_F(ComboBoxTest, SelectingAnIndexOutsideTheListFailsAndChangesNothing) {
     box.setListIndex(1).passOver();
     for (const int outside : {-2, 2, 70000}) {
         EXPECT_EQ(box.setListIndex(outside).error().number, ErrorNumber::invalidPropertyValue);
@@ -46,7 +46,7 @@ TEST_F(ComboBoxTest, AnIndexOutsideTheListFailsAndChangesNothing) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ComboBoxTest, ChoosingTheSelectedEntryAlsoRunsTheClick) {
+TEST_F(ComboBoxTest, ChoosingTheSelectedEntryRunsTheClickHandlerAgain) {
     box.choose(0);
     box.choose(0);
     EXPECT_EQ(clicks, 2);
@@ -55,7 +55,7 @@ TEST_F(ComboBoxTest, ChoosingTheSelectedEntryAlsoRunsTheClick) {
     EXPECT_EQ(box.listIndex(), 0);
 }
 
-TEST_F(ComboBoxTest, ClearRemovesTheSelectionSilently) {
+TEST_F(ComboBoxTest, ClearRemovesTheEntriesAndTheSelectionAndRunsNoHandler) {
     box.setListIndex(1).passOver();
     box.clear();
     EXPECT_EQ(box.listIndex(), -1);

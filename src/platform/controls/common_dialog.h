@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A file dialog as a part of a form. It keeps its last settings and its last choice from one use to
-// the next, until the form is loaded again.
+// A file dialog that is a part of a form. The initial folder and the chosen file stay set for its
+// next use, until the form is loaded again.
 #pragma once
 
 #include <string>
@@ -15,10 +15,10 @@ class CommonDialog : public FormPart {
   public:
     explicit CommonDialog(Form& owner) { owner.adopt(*this); }
 
-    /// Where the dialog opens: a folder, or a file in it.
+    /// The folder in which the dialog opens, or the path of a file in that folder.
     std::string InitDir;
     /// The file name that the dialog shows when it opens. After the user has chosen a file: its
-    /// path. Unchanged if the user chose none.
+    /// path. Unchanged if the user chose no file.
     std::string FileName;
 
     /// Shows the dialog. InitDir and FileName replace the folder and the file name of the request.

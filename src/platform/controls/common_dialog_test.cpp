@@ -15,7 +15,7 @@ class CommonDialogTest : public testing::Test {
     CommonDialog dialog{form};
 };
 
-TEST_F(CommonDialogTest, KeepsTheNameOfItsPreviousUse) {
+TEST_F(CommonDialogTest, KeepsTheChosenFileIfALaterUseIsCancelled) {
     dialogs.choices = {"c:\\a.mp3", std::nullopt, "c:\\b.mp3"};
     EXPECT_TRUE(dialog.ShowOpen(dialogs, {}).ok());
     EXPECT_EQ(dialog.FileName, "c:\\a.mp3");
@@ -27,7 +27,7 @@ TEST_F(CommonDialogTest, KeepsTheNameOfItsPreviousUse) {
     EXPECT_EQ(dialog.FileName, "c:\\b.mp3");
 }
 
-TEST_F(CommonDialogTest, ShowsItsPropertiesWithTheRequest) {
+TEST_F(CommonDialogTest, AddsItsFolderAndItsFileNameToTheRequest) {
     dialog.InitDir = "c:\\music";
     dialog.FileName = "name";
     dialog.ShowOpen(dialogs, {.title = "Open", .filter = "A|*.a"}).passOver();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The base of all form controls: name, position, size, visible and enabled. Models only; views show
-// them.
+// The base class of all controls of forms: name, position, size, tool tip, visibility, and whether
+// the control is enabled. Controls are models only; the views show them.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +39,8 @@ enum class Property : std::uint8_t {
 
 class Control : public FormPart {
   public:
-    /// Adds the control to `owner`, which must outlive it or be destroyed directly after it.
+    /// Adds the control to `owner`. The form `owner` must not be used after the control is
+    /// destroyed.
     Control(Form& owner, std::string name);
 
     [[nodiscard]] const std::string& name() const { return name_; }
@@ -69,7 +70,8 @@ class Control : public FormPart {
     /// For forms only: a form is not a part of another form.
     explicit Control(std::string name) : name_(std::move(name)) {}
 
-    /// Stores the value and notifies of the change; does nothing if the property has that value.
+    /// Stores the value and notifies of the change; does nothing if the property already has this
+    /// value.
     template <typename T>
     void assign(T& property, T value, Property which) {
         if (property != value) {
@@ -78,7 +80,7 @@ class Control : public FormPart {
         }
     }
 
-    /// Sets the size now and at each load.
+    /// Sets the size, now and at each later load.
     void designSize(Twips width, Twips height) {
         designed_.width = width;
         designed_.height = height;
@@ -108,7 +110,7 @@ class Control : public FormPart {
     Common designed_;
 };
 
-/// A control that keeps its other properties in one struct.
+/// A control whose additional properties are the members of one struct, State.
 template <typename State>
 class ControlWith : public Control {
   public:
@@ -130,7 +132,7 @@ class ControlWith : public Control {
     State designed_;
 };
 
-/// The single handler that the product defines for an event. An event without a handler is ignored.
+/// The single handler that the logic defines for an event. An event without a handler is ignored.
 template <typename... Args>
 using Handler = std::function<void(Args...)>;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The two controls with which the user chooses a folder: the list of folders and the list of
-// drives. Each points to a folder or drive that existed when it was set; directory_walk.h
-// determines which ones exist.
+// drives. Each control accepts only a folder or a drive that exists; directory_walk.h determines
+// which folders and drives exist.
 #pragma once
 
 #include <map>
@@ -19,9 +19,10 @@ namespace sonarith {
 /// A list of folders with a current folder.
 class DirListBox : public Control {
   public:
-    /// `directories` and `files` must outlive this object. Each load sets it to the program's
-    /// folder. It is not set to the current folder, because that is the root of a drive after a
-    /// destination folder could not be created, and a search from there would walk the whole drive.
+    /// `directories` and `files` must outlive this object. Each load sets the path to the program's
+    /// folder. The path is not set to the current folder: that is the root of a drive after a
+    /// destination folder could not be created, and a search that starts at a root reads the whole
+    /// drive.
     DirListBox(Form& owner, std::string name, Directories& directories, const FileSystem& files)
         : Control(owner, std::move(name)), directories_(directories), files_(files) {}
 
@@ -47,13 +48,14 @@ class DirListBox : public Control {
     Directories& directories_;
     const FileSystem& files_;
     std::string path_;
-    std::map<char, std::string> lastOnDrive_; ///< by lower-case letter
+    std::map<char, std::string>
+        lastOnDrive_; ///< the last folder on each drive, by lower-case letter
 };
 
 /// A list of drives with one chosen drive.
 class DriveListBox : public Control {
   public:
-    /// `directories` and `files` must outlive this object. Each load sets it to the drive of the
+    /// `directories` and `files` must outlive this object. Each load chooses the drive of the
     /// program's folder.
     DriveListBox(Form& owner, std::string name, const Directories& directories,
                  const FileSystem& files)

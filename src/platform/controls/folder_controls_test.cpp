@@ -35,7 +35,7 @@ class FolderControlsTest : public testing::Test {
     int driveChanges = 0;
 };
 
-TEST_F(FolderControlsTest, StartInTheProgramsFolderSilently) {
+TEST_F(FolderControlsTest, StartInTheProgramsFolderWithoutRunningAHandler) {
     EXPECT_EQ(folder.path(), "c:\\music");
     EXPECT_EQ(drive.drive(), "c:");
     EXPECT_EQ(folderChanges, 0);
@@ -58,12 +58,12 @@ TEST_F(FolderControlsTest, AMissingFolderLeavesThePathUnchanged) {
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, SettingTheSameFolderIsNoChange) {
+TEST_F(FolderControlsTest, SettingTheCurrentFolderRunsNoHandler) {
     EXPECT_TRUE(folder.setPath("c:\\music").ok());
     EXPECT_EQ(folderChanges, 0);
 }
 
-TEST_F(FolderControlsTest, ADriveAloneMeansItsLastFolder) {
+TEST_F(FolderControlsTest, ADriveWithoutAPathMeansTheLastFolderOnThatDrive) {
     EXPECT_TRUE(folder.setPath("d:").ok());
     EXPECT_EQ(folder.path(), "d:\\");
     EXPECT_TRUE(folder.setPath("d:\\albums").ok());
@@ -97,7 +97,7 @@ TEST_F(FolderControlsTest, ADriveIsChosenByLetterOrPath) {
     EXPECT_EQ(driveChanges, 1);
 }
 
-TEST_F(FolderControlsTest, AMissingDriveLeavesTheChoiceUnchanged) {
+TEST_F(FolderControlsTest, AMissingDriveLeavesTheChosenDriveUnchanged) {
     const Status status = drive.setDrive("x:");
     ASSERT_FALSE(status.ok());
     EXPECT_EQ(status.error().number, ErrorNumber::deviceUnavailable);

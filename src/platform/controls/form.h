@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The model of a window: its parts, whether it is loaded and shown, its caption, position and size.
-// The behaviour of its controls is implemented by the logic that is wired to it.
+// The logic implements the behaviour of the controls: it sets the handlers of the form and of the
+// controls.
 #pragma once
 
 #include <optional>
@@ -21,14 +22,15 @@ struct FormState {
     std::optional<WindowRegion> region;
 };
 
-/// The one default instance of a window. Its controls exist until the program ends. A form's class
-/// declares them as members, sets their designed state in its constructor, and calls keepDesign()
-/// at the end of it.
+/// A window of which the program has only one instance. The form and its controls exist until the
+/// program ends. The class of a form declares the controls as members, sets their designed state in
+/// its constructor, and calls keepDesign() at the end of the constructor.
 ///
-/// Life cycle: load() resets every part silently to its designed state and then runs the load step.
-/// unload() runs the query step and the unload step and stops the form's timers; then the form can
-/// be loaded again. Showing a form that is not loaded loads it first. Accessing one of its controls
-/// (touched(), below) loads it without showing it.
+/// Life cycle: load() resets every part to its designed state, without running a handler, and then
+/// runs the load step (onLoad). unload() runs the query step (onQueryUnload) and the unload step
+/// (onUnload) and stops the form's timers; then the form can be loaded again. show() first loads a
+/// form that is not loaded. Access to a control of the form through touched() (below) loads the
+/// form without showing it.
 class Form : public ControlWith<FormState> {
   public:
     explicit Form(std::string name, std::string caption = {});
@@ -39,8 +41,8 @@ class Form : public ControlWith<FormState> {
     }
 
     [[nodiscard]] bool loaded() const { return loaded_; }
-    /// Number of loads so far. A step that yields can use it to detect that the form was unloaded
-    /// and loaded again in the meantime.
+    /// Number of loads so far. A step that yields can detect by this number that the form was
+    /// unloaded and loaded again during the yield.
     [[nodiscard]] int timesLoaded() const { return timesLoaded_; }
     /// Does nothing if the form is already loaded.
     void load();
@@ -62,7 +64,8 @@ class Form : public ControlWith<FormState> {
     /// Runs onResize if the size changes.
     void setInnerSize(Twips width, Twips height);
 
-    /// The visible part of the window, in pixels from its outer corner; empty: the whole window.
+    /// The visible part of the window, in pixels from the upper left corner of the window; empty:
+    /// the whole window.
     [[nodiscard]] const std::optional<WindowRegion>& windowRegion() const { return state_.region; }
     void setWindowRegion(std::optional<WindowRegion> region) {
         assign(state_.region, std::move(region), Property::region);
@@ -71,7 +74,7 @@ class Form : public ControlWith<FormState> {
     Handler<> onLoad;
     Handler<> onQueryUnload;
     Handler<> onUnload;
-    /// A close was requested while a step of the form's unload is waiting.
+    /// unload() was called while an earlier unload() of this form had not yet ended.
     Handler<> onUnloadAgain;
     Handler<> onResize;
     /// A mouse button was pressed on the form, outside of its controls.
@@ -83,7 +86,8 @@ class Form : public ControlWith<FormState> {
     Signal<MenuItem&> popupRequested;
     /// Requests that the window be minimized to its task bar entry.
     Signal<> minimizeRequested;
-    /// The window was shown, whether it was visible before or not: a minimized window is restored.
+    /// Emitted by each show(), even if the form is already visible; the view then restores a
+    /// minimized window.
     Signal<> showRequested;
 
     /// Called only by the constructors of parts.
@@ -103,8 +107,8 @@ class Form : public ControlWith<FormState> {
     bool unloading_ = false;
 };
 
-/// Loads the form if needed and returns it: `touched(windows.FrmPrefs).Label4`. Code outside of a
-/// window accesses its controls in this way.
+/// Loads the form if needed and returns it: `touched(windows.FrmPrefs).Label4`. Code that does not
+/// belong to a window accesses the window's controls in this way.
 template <typename SomeForm>
 [[nodiscard]] SomeForm& touched(SomeForm& form) {
     form.touch();

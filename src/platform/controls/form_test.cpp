@@ -53,18 +53,18 @@ TEST_F(FormTest, LoadsOnceAndStaysHidden) {
     EXPECT_THAT(events, ElementsAre("load"));
 }
 
-TEST_F(FormTest, ShowingLoadsFirst) {
-    bool seenDuringLoad = true;
+TEST_F(FormTest, ShowingAnUnloadedFormLoadsItBeforeItBecomesVisible) {
+    bool visibleDuringLoad = true;
     form.onLoad = [&] {
-        seenDuringLoad = form.visible();
+        visibleDuringLoad = form.visible();
     };
     form.show();
-    EXPECT_FALSE(seenDuringLoad);
+    EXPECT_FALSE(visibleDuringLoad);
     EXPECT_TRUE(form.loaded());
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(FormTest, ItsOwnLoadStepMayShowIt) {
+TEST_F(FormTest, MayBeShownByItsOwnLoadStep) {
     int loads = 0;
     form.onLoad = [&] {
         ++loads;
@@ -86,7 +86,7 @@ TEST_F(FormTest, StaysHiddenIfItsLoadStepUnloadsIt) {
     EXPECT_THAT(events, ElementsAre("query", "unload"));
 }
 
-TEST_F(FormTest, HidingKeepsItLoaded) {
+TEST_F(FormTest, StaysLoadedWhenHidden) {
     form.show();
     form.hide();
     EXPECT_TRUE(form.loaded());
@@ -95,7 +95,7 @@ TEST_F(FormTest, HidingKeepsItLoaded) {
     EXPECT_THAT(events, ElementsAre("load"));
 }
 
-TEST_F(FormTest, UnloadingRunsTheQueryStepThenTheUnloadStepThenHides) {
+TEST_F(FormTest, UnloadingRunsTheQueryStepThenTheUnloadStepThenHidesTheForm) {
     form.show();
     bool seenDuringUnload = false;
     form.onUnload = [&] {
@@ -169,7 +169,7 @@ TEST_F(FormTest, IsUnloadedWhenItNotifiesThatItIsHidden) {
     EXPECT_FALSE(loadedWhenNotified);
 }
 
-TEST_F(FormTest, RunsItsResizeOnlyWhenTheSizeChanges) {
+TEST_F(FormTest, RunsItsResizeHandlerOnlyWhenTheSizeChanges) {
     form.setInnerSize(3990_twips, 5490_twips);
     form.setInnerSize(3990_twips, 5490_twips);
     EXPECT_THAT(events, ElementsAre("resize"));
@@ -179,16 +179,16 @@ TEST_F(FormTest, RunsItsResizeOnlyWhenTheSizeChanges) {
     EXPECT_THAT(events, ElementsAre("resize", "resize"));
 }
 
-TEST_F(FormTest, PassesTheMenuToOpen) {
+TEST_F(FormTest, APopupRequestPassesTheMenuToOpen) {
     MenuItem menu(form, "mnupopup", "popup");
-    const MenuItem* asked = nullptr;
+    const MenuItem* requested = nullptr;
     const Connection connection =
-        form.popupRequested.connect([&](MenuItem& item) { asked = &item; });
+        form.popupRequested.connect([&](MenuItem& item) { requested = &item; });
     form.popupRequested.emit(menu);
-    EXPECT_EQ(asked, &menu);
+    EXPECT_EQ(requested, &menu);
 }
 
-/// A form with one part of each kind that has a designed state.
+/// A form with parts of several kinds, each with a designed state.
 struct DesignedForm : Form {
     explicit DesignedForm(EventLoop& loop) : Form("FrmPrefs", "Preferences"), tick(*this, loop) {
         hidden.setVisible(false);
@@ -216,7 +216,7 @@ struct DesignTest : testing::Test {
     test::VirtualEventLoop loop;
     DesignedForm form{loop};
 
-    void spoil() {
+    void changeTheDesign() {
         form.setCaption("other");
         form.setWidth(1_twips);
         form.setLeft(5_twips);
@@ -248,7 +248,7 @@ struct DesignTest : testing::Test {
 
 TEST_F(DesignTest, EachLoadStartsWithTheDesignedState) {
     form.load();
-    spoil();
+    changeTheDesign();
     form.unload();
     form.onLoad = [this] {
         expectAsDesigned();
@@ -257,9 +257,9 @@ TEST_F(DesignTest, EachLoadStartsWithTheDesignedState) {
     expectAsDesigned();
 }
 
-TEST_F(DesignTest, ResettingRunsNoHandler) {
+TEST_F(DesignTest, ResettingTheControlsAtALoadRunsNoHandler) {
     form.load();
-    spoil();
+    changeTheDesign();
     form.unload();
     int ran = 0;
     const auto count = [&ran] {
@@ -273,9 +273,9 @@ TEST_F(DesignTest, ResettingRunsNoHandler) {
     EXPECT_EQ(ran, 0);
 }
 
-TEST_F(DesignTest, ResettingNotifiesTheViews) {
+TEST_F(DesignTest, ResettingAControlAtALoadNotifiesItsViewOnce) {
     form.load();
-    spoil();
+    changeTheDesign();
     form.unload();
     std::vector<Property> changes;
     const Connection connection =
@@ -297,7 +297,7 @@ TEST_F(DesignTest, ALoadStartsTheTimersThatAreOnByDesignAndAnUnloadStopsAll) {
     EXPECT_FALSE(form.tick.off.enabled());
 }
 
-TEST_F(DesignTest, TimersKeepRunningWhileTheUnloadWaits) {
+TEST_F(DesignTest, TimersAreStillEnabledDuringTheUnloadStep) {
     form.load();
     bool enabled = false;
     form.onUnload = [&] {
@@ -327,7 +327,7 @@ TEST_F(DesignTest, ADesignedSizeAppliesToEachLoad) {
     EXPECT_EQ(form.height(), 400_twips);
 }
 
-TEST_F(DesignTest, CountsItsLoads) {
+TEST_F(DesignTest, AFormCountsItsLoads) {
     form.load();
     form.load();
     EXPECT_EQ(form.timesLoaded(), 1);

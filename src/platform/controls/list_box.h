@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list box: an ordered list of texts with a current line, and a mark and a number for each line.
-// Many list boxes are never shown and only store data.
+// A list box: an ordered list of lines, of which one can be the current line. Each line has a text,
+// a mark and a number. Many list boxes are never shown and only store data.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ class ListBox : public Control {
     /// Error: subscriptOutOfRange, with no change, outside the list.
     Status setList(int index, const std::string& text);
 
-    /// Appends a line. Here and below, a text is truncated before its first NUL.
+    /// Appends a line. Every text that is added or set is truncated before its first NUL.
     void addItem(const std::string& text);
     /// Inserts before line `index`, 0 to listCount(). Error: invalidProcedureCall outside that
     /// range.
@@ -61,10 +61,11 @@ class ListBox : public Control {
 
     /// Code has changed the current line, or the user has chosen a line.
     Handler<> onClick;
-    /// A mouse button was pressed on the list. Runs after a left press has chosen its line.
+    /// A mouse button was pressed on the list. A press of the left button chooses the line under
+    /// the pointer before this handler runs.
     Handler<MouseButtons> onMouseDown;
-    /// A user's click on a line: makes it the current line and runs onClick, also for the line that
-    /// is already current. Does nothing for a line that does not exist.
+    /// A user's click on a line: makes the line the current line and runs onClick, even if the line
+    /// was already current. Does nothing for a line that does not exist.
     void choose(int index);
 
     Signal<ListChange> listChanged;

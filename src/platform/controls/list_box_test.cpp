@@ -68,10 +68,10 @@ TEST_F(ListBoxTest, RefusesWritesOutsideTheListWithoutAChange) {
 }
 
 TEST_F(ListBoxTest, KeepsTheTextBeforeTheFirstNul) {
-    const std::string torn("x\0y", 3);
-    list.addItem(torn);
-    list.addItem(torn, 0).passOver();
-    list.setList(1, torn).passOver();
+    const std::string withNul("x\0y", 3);
+    list.addItem(withNul);
+    list.addItem(withNul, 0).passOver();
+    list.setList(1, withNul).passOver();
     EXPECT_THAT(linesOf(list), ElementsAre("x", "x", "b", "c", "x"));
 }
 
@@ -91,14 +91,14 @@ TEST_F(ListBoxTest, RefusesACurrentLineOutsideTheListAndKeepsTheOldOne) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ListBoxTest, TheLastLineOfAnEmptyListIsNone) {
+TEST_F(ListBoxTest, SelectingTheLastLineOfAnEmptyListSelectsNoLine) {
     list.clear();
     // The logic selects the last line as "ListCount minus 1", which is -1 here.
     EXPECT_TRUE(list.setListIndex(list.listCount() - 1).ok());
     EXPECT_EQ(list.listIndex(), -1);
 }
 
-TEST_F(ListBoxTest, RunsItsClickOnlyWhenTheCurrentLineChanges) {
+TEST_F(ListBoxTest, RunsItsClickHandlerOnlyWhenTheCurrentLineChanges) {
     list.setListIndex(2).passOver();
     list.setListIndex(2).passOver();
     EXPECT_EQ(clicks, 1);
@@ -106,7 +106,7 @@ TEST_F(ListBoxTest, RunsItsClickOnlyWhenTheCurrentLineChanges) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(ListBoxTest, TheCurrentIndexFollowsItsLine) {
+TEST_F(ListBoxTest, TheCurrentIndexIsAdjustedWhenOtherLinesAreAddedOrRemoved) {
     list.setListIndex(1).passOver();
     list.addItem("before", 0).passOver();
     EXPECT_EQ(list.text(), "b");
@@ -124,7 +124,7 @@ TEST_F(ListBoxTest, TheCurrentIndexFollowsItsLine) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ListBoxTest, TheCurrentIndexIsNoneAfterItsLineIsRemoved) {
+TEST_F(ListBoxTest, NoLineIsCurrentAfterTheCurrentLineWasRemoved) {
     list.setListIndex(1).passOver();
     list.removeItem(1).passOver();
     EXPECT_EQ(list.listIndex(), -1);
@@ -163,14 +163,14 @@ TEST_F(ListBoxTest, ATextReadFromALineIsACopy) {
     EXPECT_EQ(line, "a");
 }
 
-TEST_F(ListBoxTest, CanAddOneOfItsOwnLines) {
+TEST_F(ListBoxTest, CanAppendTheTextOfOneOfItsOwnLines) {
     for (int i = 0; i < 100; ++i) {
         list.addItem(list.list(0));
     }
     EXPECT_EQ(list.list(102), "a");
 }
 
-TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineRunsTheClick) {
+TEST_F(ListBoxTest, AUsersClickOnTheCurrentLineRunsTheClickHandler) {
     list.choose(1);
     list.choose(1);
     EXPECT_EQ(clicks, 2);
@@ -205,13 +205,13 @@ struct ReorderTest : ListBoxTest {
     ReorderTest() { scratch.addItem("left over"); }
 };
 
-TEST_F(ReorderTest, PutOnTopUsesTheScratchList) {
+TEST_F(ReorderTest, PutOnTopLeavesTheSameLinesInTheScratchList) {
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top", "a", "b", "c"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("top", "a", "b", "c"));
 }
 
-TEST_F(ReorderTest, PutOnTopOfAnEmptyListMakesOneLine) {
+TEST_F(ReorderTest, PutOnTopOfAnEmptyListAddsItsOnlyLine) {
     list.clear();
     putOnTop(list, "top", scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("top"));
@@ -222,7 +222,7 @@ TEST_F(ReorderTest, PutOnTopAcceptsALineOfTheScratchList) {
     EXPECT_THAT(linesOf(list), ElementsAre("left over", "a", "b", "c"));
 }
 
-TEST_F(ReorderTest, ReverseUsesTheScratchList) {
+TEST_F(ReorderTest, ReverseLeavesTheSameLinesInTheScratchList) {
     reverse(list, scratch);
     EXPECT_THAT(linesOf(list), ElementsAre("c", "b", "a"));
     EXPECT_THAT(linesOf(scratch), ElementsAre("c", "b", "a"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A menu heading or entry. The view opens the menu.
+// The model of a menu or of a menu entry. The view opens the menu.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ struct MenuItemState {
     bool checked = false;
 };
 
-/// The caption is constant. Entries are named members of another object, which owns them. The
-/// caption "-" makes a separator.
+/// The caption is constant; an item with the caption "-" is a separator. The entries of a menu are
+/// not owned by the menu: they are members of another object.
 class MenuItem : public ControlWith<MenuItemState> {
   public:
     MenuItem(Form& owner, std::string name, std::string caption,

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mouse buttons in the events of controls.
+// The mouse buttons that the mouse events of controls pass to their handlers.
 #pragma once
 
 namespace sonarith {
 
-/// The buttons that are down, or that were pressed.
+/// In a press or a release, the button that was pressed or released; in a movement, the buttons
+/// that are down.
 struct MouseButtons {
     bool left = false;
     bool right = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Option buttons: at most one of a group is selected. Selecting one from code runs no handler; the
-// logic calls the handler itself.
+// The model of an option button. At most one button of a group is selected. Selecting a button from
+// code runs no handler; the logic calls the handler itself.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace sonarith {
 
 class OptionButton;
 
-/// The buttons of which at most one is selected.
+/// A group of buttons of which at most one is selected.
 class OptionGroup {
   public:
     [[nodiscard]] const std::vector<OptionButton*>& buttons() const { return buttons_; }
@@ -53,13 +53,13 @@ class OptionButton : public ControlWith<OptionButtonState> {
     }
 
     Handler<> onClick;
-    /// A user's click: selects the button and runs the handler, also if the button is already
-    /// selected, since code may have changed the state that it represents.
+    /// A user's click: selects the button and runs the handler. The handler runs even if the button
+    /// was already selected, because code may have changed the state that the button represents.
     void choose() {
         setSelected(true);
         click();
     }
-    /// Runs the handler only: the logic calls it as a procedure.
+    /// Runs the handler without selecting the button: the logic uses the handler as a procedure.
     void click() { run(onClick); }
 
   private:

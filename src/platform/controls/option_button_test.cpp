@@ -34,7 +34,7 @@ TEST_F(OptionButtonTest, AUsersChoiceDeselectsOnlyItsOwnGroup) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(OptionButtonTest, ChoosingTheSelectedButtonAlsoRunsTheClick) {
+TEST_F(OptionButtonTest, ChoosingTheSelectedButtonRunsTheHandlerAgain) {
     mute.choose();
     mute.choose();
     EXPECT_EQ(clicks, 2);
@@ -45,7 +45,7 @@ TEST_F(OptionButtonTest, SelectionByCodeRunsNoHandler) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST_F(OptionButtonTest, CodeMayLeaveNoneSelected) {
+TEST_F(OptionButtonTest, CodeMayDeselectTheSelectedButton) {
     mute.setSelected(true);
     mute.setSelected(false);
     EXPECT_FALSE(mute.selected());

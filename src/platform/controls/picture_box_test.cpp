@@ -31,7 +31,7 @@ TEST(PictureBox, KeepsItsLinesUntilItIsCleared) {
     EXPECT_EQ(clearings, 1);
 }
 
-TEST(PictureBox, ALoadOfItsFormClearsIt) {
+TEST(PictureBox, IsClearedWhenItsFormLoads) {
     Form form("Form4");
     PictureBox picture(form, "picPeakVol");
     picture.line(a.from, a.to);

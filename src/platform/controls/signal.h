@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Signals with which a model notifies its views. For notifications only: the product's reaction to
-// an event is the single handler of that event (onClick and the like).
+// Signals with which a model notifies its views. Use a signal only to notify views: the program
+// logic reacts to an event in the single handler of that event (onClick and the like).
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// Keeps a slot connected while this object exists. It may outlive the signal.
+/// Keeps a slot connected while this object exists. This object may outlive the signal.
 class Connection {
   public:
     Connection() = default;
@@ -50,7 +50,8 @@ class Signal {
     }
 
   private:
-    /// Counts nested emissions, because slots must not be moved during any emission.
+    /// Counts nested emissions: during an emission no entry may be erased, because that would shift
+    /// the indexes that emit() uses.
     class Emission {
       public:
         explicit Emission(Signal& signal) : signal_(signal) { ++signal_.emissions_; }

@@ -70,7 +70,7 @@ TEST_F(SignalTest, ASlotMayDisconnectItselfAndStillFinish) {
     EXPECT_THAT(calls, ElementsAre(name));
 }
 
-TEST_F(SignalTest, ASlotConnectedDuringAnEmissionIsFirstCalledByTheNext) {
+TEST_F(SignalTest, ASlotConnectedDuringAnEmissionIsFirstCalledByTheNextEmission) {
     Connection late;
     const Connection first = signal.connect([&](int value) {
         calls.push_back("a" + std::to_string(value));

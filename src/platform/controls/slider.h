@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A slider. A change from code runs no handler; a change by the user does.
+// The model of a slider. Only a change by the user runs the handler; a change by code does not.
 #pragma once
 
 #include <algorithm>
@@ -37,7 +37,8 @@ class Slider : public ControlWith<SliderState> {
 
     /// The user has moved the slider.
     Handler<> onScroll;
-    /// A user's move, limited to the range. Runs the handler if the value changes.
+    /// The user has moved the slider to `value`, which is limited to the range. Runs the handler if
+    /// the value changes.
     void moveTo(int value) {
         const int held = std::clamp(value, minimum_, maximum_);
         if (held != state_.value) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A form's timer: fires repeatedly while enabled, but not while its tick runs. A tick that disables
-// and enables the timer restarts it. From then on the timer also fires while that tick waits, so
-// that later ticks can monitor a job that runs inside that tick.
+// A timer of a form. While the timer is enabled, it repeatedly runs its handler; such a run is a
+// tick. It does not fire while a tick runs, with one exception: after a tick has disabled and
+// enabled the timer, the timer also fires while that tick waits. So later ticks can monitor a job
+// that runs inside that tick.
 #pragma once
 
 #include <memory>
@@ -20,7 +21,7 @@ enum class TimerAtLoad { off, on };
 /// Whether each tick must be in time, or only while there is sound: see EventLoop::everyInSound().
 enum class TicksInTime { always, inSound };
 
-/// Disabled when its form is unloaded.
+/// Unloading the form disables the timer.
 class Timer : public FormPart {
   public:
     Timer(Form& owner, EventLoop& loop, std::string name, EventLoop::Duration interval,

@@ -55,7 +55,7 @@ TEST_F(TimerTest, EnablingATimerThatIsOnDoesNotDelayIt) {
     EXPECT_EQ(ticks, 1);
 }
 
-TEST_F(TimerTest, EnablingAgainStartsAFullInterval) {
+TEST_F(TimerTest, DisablingAndEnablingStartsAFullInterval) {
     timer.setEnabled(true);
     loop.advance(90ms);
     timer.setEnabled(false);
@@ -102,7 +102,7 @@ TEST_F(TimerTest, NeverReentersATickThatHasNotReturned) {
     EXPECT_EQ(ticks, 1);
 }
 
-TEST_F(TimerTest, ATickThatRestartedTheTimerDoesNotDelayFurtherTicks) {
+TEST_F(TimerTest, FiresDuringATickThatHasRestartedTheTimer) {
     timer.onTimer = [&] {
         if (++ticks == 1) {
             timer.setEnabled(false);
@@ -145,13 +145,13 @@ TEST_F(TimerTest, OnlyATimerForSoundMayTickLateInSilence) {
     EXPECT_EQ(ticks, 15);
 }
 
-TEST_F(TimerTest, FireRunsATickWhetherEnabledOrNot) {
+TEST_F(TimerTest, FireRunsATickOfADisabledTimer) {
     timer.fire();
     EXPECT_EQ(ticks, 1);
     EXPECT_FALSE(timer.enabled());
 }
 
-TEST_F(TimerTest, ATickThatEndsTheProgramDoesNotBlockTheTimer) {
+TEST_F(TimerTest, CanFireAgainAfterATickThatEndedTheProgram) {
     timer.onTimer = [this] {
         ++ticks;
         loop.endProgram();

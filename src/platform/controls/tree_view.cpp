@@ -105,8 +105,9 @@ void TreeView::detachFromSiblings(const NodeRef& node) {
     }
 }
 
-/// Clears index, parent and the like of a detached node and its subtree; returns the lowest index
-/// among them. A loop instead of recursion, so that the depth of the tree does not matter.
+/// Clears the index, the parent and the children of a detached node and of every node in its
+/// subtree. Returns the lowest index that one of these nodes had. Uses a loop instead of recursion,
+/// so that a deep tree does not overflow the stack.
 int TreeView::forgetSubtree(const NodeRef& top) {
     int lowest = top->index_;
     std::vector<NodeRef> leaving = {top};
@@ -238,8 +239,8 @@ Status TreeView::startLabelEdit() {
     }
     bool cancel = false;
     run(onBeforeLabelEdit, cancel);
-    // The handler has permitted the edit of this node only. If it has selected another node, that
-    // node is not edited.
+    // The handler has permitted the edit of `node` only. If the handler has selected another node,
+    // no node is edited.
     if (cancel || selected_ != node) {
         return {};
     }

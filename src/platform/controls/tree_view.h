@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A tree control as a model: nodes with keys and indices, a selection, a drop highlight, in-place
-// label editing with events before and after it, and parents that can be changed.
+// The model of a tree control. Nodes have a key and an index and can be moved to another parent. A
+// node can be selected, highlighted as the target of a drop, or have its label edited in place.
 #pragma once
 
 #include <memory>
@@ -16,8 +16,9 @@
 namespace sonarith {
 
 class TreeNode;
-/// A reference to a node. It outlives the node's removal: the key and text of a removed node can
-/// still be read, but it has no parent and no children, and every operation on it fails.
+/// A reference to a node. The reference stays valid after the node was removed: the key and text of
+/// a removed node can still be read, but it has no parent and no children, and every operation on
+/// it fails.
 using NodeRef = std::shared_ptr<TreeNode>;
 
 class TreeNode {
@@ -49,7 +50,7 @@ class TreeNode {
     std::vector<NodeRef> children_;
 };
 
-/// Receives every change of a tree, so that a widget can show it.
+/// Receives every change of a tree, so that a widget can show the tree.
 class TreeObserver {
   public:
     virtual ~TreeObserver() = default;
@@ -67,12 +68,13 @@ class TreeObserver {
     virtual void dropHighlightChanged() = 0;
     /// Requests that the node's ancestors be expanded and the node scrolled into view.
     virtual void revealRequested(const NodeRef& node) = 0;
-    /// Requests that the in-place editor open on the node; TreeView::finishLabelEdit ends it.
+    /// Requests that the in-place editor open on the node. The observer reports the end of the edit
+    /// with TreeView::finishLabelEdit() or cancelLabelEdit().
     virtual void editRequested(const NodeRef& node) = 0;
     /// Requests that the open editor close and discard its text: its node was removed, or another
     /// node is about to be edited.
     virtual void editAbandoned() {}
-    /// Requests a drag: the pointer moves a node while its button is down.
+    /// Requests that a drag start: the user moves a node while a mouse button is down.
     virtual void dragRequested() = 0;
 };
 
@@ -89,10 +91,10 @@ class TreeView : public Control {
     /// elementRemoved for a parent that is no longer in the tree.
     Result<NodeRef> add(const NodeRef& parent, const std::string& key, const std::string& text,
                         int image, int selectedImage);
-    /// Removes a node and its subtree, in time proportional to the number of nodes with an index
-    /// above the first removed one. Clears the selection and the drop highlight if they were in the
-    /// subtree, and abandons an editor that is open in the subtree. Errors: elementNotFound,
-    /// objectNotSet, elementRemoved.
+    /// Removes a node and its subtree, in time proportional to the number of nodes whose index is
+    /// above the lowest removed index. Clears the selection and the drop highlight if they were in
+    /// the subtree. Closes an editor that is open in the subtree and discards its text. Errors:
+    /// elementNotFound, objectNotSet, elementRemoved.
     Status remove(int index);
     Status remove(const NodeRef& node);
     void clear();
@@ -111,19 +113,20 @@ class TreeView : public Control {
     /// Errors, with no change: objectNotSet for an empty node, elementRemoved.
     Status setSelectedItem(const NodeRef& node);
     [[nodiscard]] NodeRef dropHighlight() const { return dropHighlight_; }
-    /// An empty node clears it. Error, with no change: elementRemoved.
+    /// An empty node clears the highlight. Error, with no change: elementRemoved.
     Status setDropHighlight(const NodeRef& node);
-    /// Expands the node's ancestors and scrolls it into view. Errors as setSelectedItem.
+    /// Expands the node's ancestors and scrolls the node into view. Errors as for
+    /// setSelectedItem().
     Status ensureVisible(const NodeRef& node);
 
-    /// Runs onBeforeLabelEdit for the selected node and opens the editor, unless the handler
-    /// refuses or has changed the selection. An editor that is open on another node is abandoned.
-    /// Error: objectNotSet with nothing selected.
+    /// Runs onBeforeLabelEdit for the selected node and opens the editor, unless the handler sets
+    /// `cancel` or has changed the selection. An editor that is open on another node is closed and
+    /// its text discarded. Error: objectNotSet if no node is selected.
     Status startLabelEdit();
     /// The node that is being edited; empty while no editor is open.
     [[nodiscard]] NodeRef editedNode() const { return edited_; }
     /// The user has ended the editor with a new text. Runs onAfterLabelEdit and sets the node's
-    /// label, unless the handler refuses it. Does nothing without an open editor.
+    /// label, unless the handler refuses the text. Does nothing without an open editor.
     void finishLabelEdit(std::string text);
     /// The editor was closed without a new text.
     void cancelLabelEdit() { edited_.reset(); }
@@ -141,7 +144,7 @@ class TreeView : public Control {
     /// `cancel` starts as false; true keeps the old label.
     Handler<bool&, const std::string&> onAfterLabelEdit;
 
-    /// Sets the view of the tree; null while there is none.
+    /// Sets the view that observes the tree, or null for no view.
     void setObserver(TreeObserver* observer) { observer_ = observer; }
 
   protected:

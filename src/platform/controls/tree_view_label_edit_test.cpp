@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Label editing in the tree; tree_view_test.cpp tests everything else.
+// Tests the in-place editing of labels in the tree; tree_view_test.cpp tests everything else.
 #include "platform/controls/tree_view.h"
 
 #include "support/tree_view_world.h"
@@ -44,7 +44,7 @@ TEST_F(TreeLabelEditTest, ARefusalKeepsTheEditorClosed) {
     EXPECT_THAT(observer.log, IsEmpty());
 }
 
-TEST_F(TreeLabelEditTest, NothingSelectedIsAFailureAndRunsNoHandler) {
+TEST_F(TreeLabelEditTest, FailsWithoutASelectedNodeAndRunsNoHandler) {
     tree.remove(a).passOver();
     EXPECT_EQ(numberOf(tree.startLabelEdit()), ErrorNumber::objectNotSet);
     EXPECT_THAT(events, IsEmpty());
@@ -93,7 +93,7 @@ TEST_F(TreeLabelEditTest, ANodeSelectedByTheHandlerIsNotEdited) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsAbandonedWithItsText) {
+TEST_F(TreeLabelEditTest, AnEditorOnAnotherNodeIsClosedAndItsTextDiscarded) {
     tree.startLabelEdit().passOver();
     tree.setSelectedItem(b).passOver();
     observer.log.clear();

@@ -22,7 +22,7 @@ std::vector<std::string> textsOf(const std::vector<NodeRef>& nodes) {
     return texts;
 }
 
-/// All nodes in the order of their indices.
+/// The texts of all nodes in the order of their indices.
 std::vector<std::string> numbering(const TreeView& tree) {
     std::vector<std::string> texts;
     for (int i = 1; i <= tree.count(); ++i) {
@@ -102,7 +102,7 @@ TEST_F(TreeViewTest, ARemovalDecrementsEveryHigherIndex) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, ARemovalIncludesTheSubtreeWhateverItsIndices) {
+TEST_F(TreeViewTest, ARemovalIncludesTheWholeSubtreeInAnyOrderOfIndices) {
     tree.remove(a).passOver();
     EXPECT_THAT(numbering(tree), ElementsAre("A", "b", "B"));
     expectConsistent(tree);
@@ -121,7 +121,7 @@ TEST_F(TreeViewTest, ARemovalIncludesChildrenOlderThanTheirParent) {
     EXPECT_TRUE(a1->removed());
 }
 
-TEST_F(TreeViewTest, AnIndexOutOfRangeCannotBeRemoved) {
+TEST_F(TreeViewTest, RemovingAnIndexOutOfRangeFails) {
     for (const int index : {-1, 0, 7}) {
         EXPECT_EQ(numberOf(tree.remove(index)), ErrorNumber::elementNotFound);
     }
@@ -160,7 +160,7 @@ TEST_F(TreeViewTest, OperationsOnNoNodeFail) {
     EXPECT_EQ(tree.previousSibling(nullptr), nullptr);
 }
 
-TEST_F(TreeViewTest, TheSelectedNodeCanBeRemovedByItsOwnReference) {
+TEST_F(TreeViewTest, RemovingTheSelectedItemClearsTheSelection) {
     tree.setSelectedItem(a).passOver();
     EXPECT_TRUE(tree.remove(tree.selectedItem()).ok());
     EXPECT_EQ(tree.selectedItem(), nullptr);
@@ -212,7 +212,7 @@ TEST_F(TreeViewTest, ANodeCannotBecomeItsOwnDescendant) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, SiblingsFollowPositionsNotIndices) {
+TEST_F(TreeViewTest, SiblingsAreOrderedByPositionNotByIndex) {
     tree.setParent(a1, A).passOver();
     EXPECT_EQ(tree.nextSibling(b), a1);
     EXPECT_EQ(tree.previousSibling(a1), b);
@@ -223,7 +223,7 @@ TEST_F(TreeViewTest, SiblingsFollowPositionsNotIndices) {
     EXPECT_EQ(tree.nextSibling(B), nullptr);
 }
 
-TEST_F(TreeViewTest, TheSelectionIsClearedOnlyWithItsNode) {
+TEST_F(TreeViewTest, TheSelectionIsClearedOnlyWhenTheSelectedNodeIsRemoved) {
     tree.setSelectedItem(a1).passOver();
     tree.remove(b).passOver();
     EXPECT_EQ(tree.selectedItem(), a1);
@@ -231,13 +231,13 @@ TEST_F(TreeViewTest, TheSelectionIsClearedOnlyWithItsNode) {
     EXPECT_EQ(tree.selectedItem(), nullptr);
 }
 
-TEST_F(TreeViewTest, AFailedSelectionKeepsTheOldOne) {
+TEST_F(TreeViewTest, AFailedSelectionLeavesTheOldNodeSelected) {
     tree.setSelectedItem(a1).passOver();
     tree.setSelectedItem(nullptr).passOver();
     EXPECT_EQ(tree.selectedItem(), a1);
 }
 
-TEST_F(TreeViewTest, TheDropHighlightIsClearedOnRequestAndWithItsNode) {
+TEST_F(TreeViewTest, TheDropHighlightIsClearedOnRequestAndWhenItsNodeIsRemoved) {
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     EXPECT_TRUE(tree.setDropHighlight(a).ok());
     EXPECT_EQ(tree.dropHighlight(), a);
@@ -247,7 +247,7 @@ TEST_F(TreeViewTest, TheDropHighlightIsClearedOnRequestAndWithItsNode) {
     tree.remove(a).passOver();
     EXPECT_EQ(tree.dropHighlight(), nullptr);
     tree.setSelectedItem(b).passOver();
-    // The handler of a mouse release selects the highlight even if that is empty.
+    // The handler of a mouse release selects the highlighted node even if there is none.
     EXPECT_EQ(numberOf(tree.setSelectedItem(tree.dropHighlight())), ErrorNumber::objectNotSet);
     EXPECT_EQ(tree.selectedItem(), b);
 }
@@ -282,9 +282,9 @@ TEST_F(ObservedTree, NotifiesOfEachChangeOnce) {
     EXPECT_THAT(observer.log, ElementsAre("selection", "highlight", "text x", "reveal b", "drag"));
 }
 
-/// Does not measure the time: the test fails if the work exceeds the time limit of every test.
-/// Quadratic work on this many nodes would take minutes.
-TEST(LargeTree, AHundredThousandNodesAreBuiltMovedAndRemovedAsWholeSubtrees) {
+/// Does not measure the time. Quadratic work on this many nodes would take minutes and so exceed
+/// the time limit that applies to every test.
+TEST(LargeTree, ASubtreeOfAHundredThousandNodesIsBuiltMovedAndRemoved) {
     constexpr int nodes = 100'000;
     Form form("Form1");
     TreeView tree(form, "TreeView1");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The logic's unit of length for windows, 1440 to the inch. A separate type, so that twips cannot
-// be mixed up with pixels or counts. platform/qt/twips.h converts to pixels.
+// The logic's unit of length for windows: 1440 twips are one inch. Twips are a separate type, so
+// that twips cannot be mixed up with pixels or counts. platform/qt/twips.h converts to pixels.
 #pragma once
 
 #include <compare>

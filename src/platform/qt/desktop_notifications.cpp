@@ -32,7 +32,8 @@ void notify(const QDBusConnection& bus, const QString& title, const QString& tex
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     constexpr uint replacesNone = 0;
     constexpr int desktopsOwnTime = -1;
-    // The body may be interpreted as markup; file names are not markup.
+    // The notification service may interpret the body as markup, so characters of file names are
+    // escaped.
     call << title << replacesNone << QStringLiteral("sonarith") << title << text.toHtmlEscaped()
          << QStringList() << QVariantMap() << desktopsOwnTime;
     bus.call(call);

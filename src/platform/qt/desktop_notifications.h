@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notifications of the desktop (freedesktop.org, Desktop Notifications Specification 1.2), for
-// events while no window is visible. Without a notification service nothing happens.
+// Sends desktop notifications (freedesktop.org, Desktop Notifications Specification 1.2) for events
+// that occur while no window is visible. Without a notification service nothing is shown.
 #pragma once
 
 #include <memory>

@@ -6,26 +6,26 @@
 namespace sonarith {
 namespace {
 
-TEST(DesktopNotifications, TryAgainWithTheNextTextIfNoThreadCanBeCreated) {
+TEST(DesktopNotifications, TryToStartTheirThreadWithEachTextUntilItRuns) {
     bool hasThreads = false;
-    int asked = 0;
-    // Uses no bus: the bodies of the threads are not run.
+    int starts = 0;
+    // The test uses no bus: the starter does not run the function that it receives.
     DesktopNotifications notifications(
         QStringLiteral("Sonarith"), [&](const std::function<void()>&) -> Result<std::thread> {
-            ++asked;
+            ++starts;
             if (!hasThreads) {
                 return Error{ErrorNumber::deviceUnavailable, "no thread is left"};
             }
             return std::thread([] {});
         });
-    EXPECT_EQ(asked, 0) << "no thread is needed before the first text";
+    EXPECT_EQ(starts, 0) << "a thread was started before the first text";
     notifications.send(QStringLiteral("first"));
     notifications.send(QStringLiteral("second"));
-    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(starts, 2);
     hasThreads = true;
     notifications.send(QStringLiteral("third"));
     notifications.send(QStringLiteral("fourth"));
-    EXPECT_EQ(asked, 3) << "one thread sends all texts";
+    EXPECT_EQ(starts, 3) << "a second thread was started, but one sends all texts";
 }
 
 } // namespace

@@ -57,8 +57,8 @@ std::vector<QDialog*>& running() {
     return dialogs;
 }
 
-/// The owner of a widget. A completer's list has no parent: its owner is the line edit that it
-/// completes, which is its focus proxy.
+/// The owner of a widget. The list of a completer has no parent; its owner is the line edit that it
+/// completes, and that line edit is the list's focus proxy.
 const QWidget* ownerOf(const QWidget& widget) {
     if (widget.parentWidget() || widget.windowType() != Qt::Popup) {
         return widget.parentWidget();
@@ -121,8 +121,9 @@ class InputGuard : public QObject {
     }
 };
 
-/// Notifies the windows and all their widgets that they are blocked, as Qt's own modal dialogs do:
-/// widgets that track a pressed mouse button stop, since they will not receive its release.
+/// Notifies all other windows and their widgets that they are blocked, as Qt's own modal dialogs
+/// do. A widget that tracks a pressed mouse button then stops, because it will not receive the
+/// release.
 void notifyBlockedWindows(const QDialog& dialog) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != &dialog) {
@@ -145,7 +146,7 @@ int runDialog(QDialog& dialog) {
     dialog.raise();
     dialog.activateWindow();
     loop.exec();
-    // Dialogs that were opened later have finished: their loops ran within this one.
+    // Dialogs that were opened later have finished, because their loops ran within this loop.
     running().pop_back();
     return dialog.result();
 }

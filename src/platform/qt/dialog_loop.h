@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a dialog until the user answers it. Works for any dialog.
+// Runs a dialog of any kind until the user answers or closes it.
 #pragma once
 
 class QDialog;
@@ -7,19 +7,20 @@ class QWidget;
 
 namespace sonarith {
 
-/// Shows `dialog` and handles events until it is finished; returns its result. Meanwhile the
-/// program's other windows receive no keyboard and mouse input, their menus close, and a press on
-/// one of them brings the dialog to the front. Unlike with Qt's own modal dialogs, the other
-/// windows can be closed, so the user can end the program while a question is open. In that case
-/// the function does not return.
+/// Shows `dialog` and handles events until it is finished; returns its result. While the dialog is
+/// open, the program's other windows receive no keyboard and mouse input, their menus are closed,
+/// and a press on such a window brings the dialog to the front. Unlike with Qt's own modal dialogs,
+/// the other windows can be closed, so the user can end the program while a question is open. If
+/// the program ends, the function does not return.
 [[nodiscard]] int runDialog(QDialog& dialog);
 
 /// The dialog that is running; the one opened last if there are several; null if there is none.
 [[nodiscard]] QDialog* runningDialog();
 
-/// The parent for a new dialog, which stays above its parent: the running dialog, else the active
-/// window, else (while another program is in front) the main window. Null if none of them is
-/// visible: a dialog would be hidden or minimized together with its parent.
+/// The parent for a new dialog. A dialog stays above its parent and is hidden or minimized together
+/// with it. Returns the first of these windows that is visible and not minimized: the running
+/// dialog, the active window, the main window (while another program is in front). Null if there is
+/// none.
 [[nodiscard]] QWidget* dialogParent();
 
 } // namespace sonarith

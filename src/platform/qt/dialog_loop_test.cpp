@@ -19,7 +19,7 @@
 namespace sonarith {
 namespace {
 
-/// Counts the events that reach it.
+/// A window that counts the clicks, close requests and pointer movements that it receives.
 class OtherWindow : public QWidget {
   public:
     OtherWindow() {
@@ -74,7 +74,7 @@ TEST(RunDialog, ReturnsTheDialogsResult) {
     EXPECT_EQ(runningDialog(), nullptr);
 }
 
-TEST(RunDialog, OtherWindowsGetNoMouseAndNoKeysMeanwhile) {
+TEST(RunDialog, OtherWindowsReceiveNoClicksAndNoKeysWhileItRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] {
@@ -86,7 +86,7 @@ TEST(RunDialog, OtherWindowsGetNoMouseAndNoKeysMeanwhile) {
     EXPECT_EQ(other.clicks, 1);
 }
 
-TEST(RunDialog, OtherWindowsGetNoPointerEventsMeanwhile) {
+TEST(RunDialog, OtherWindowsReceiveNoPointerMovementsWhileItRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { moveOver(other); });
@@ -95,7 +95,7 @@ TEST(RunDialog, OtherWindowsGetNoPointerEventsMeanwhile) {
     EXPECT_EQ(other.moves, 1);
 }
 
-TEST(RunDialog, OnlyShortcutsOfTheDialogWorkMeanwhile) {
+TEST(RunDialog, OnlyShortcutsOfTheDialogWorkWhileItRuns) {
     OtherWindow other;
     QShortcut theirs(Qt::Key_F10, &other);
     int others = 0;
@@ -105,7 +105,8 @@ TEST(RunDialog, OnlyShortcutsOfTheDialogWorkMeanwhile) {
     int owns = 0;
     QObject::connect(&own, &QShortcut::activated, [&] { ++owns; });
     (void)runAnd(dialog, [&] {
-        // Each window is activated before its key, since a blocked press activates the dialog.
+        // Each window is activated before its key is pressed, because a blocked key press activates
+        // the dialog.
         other.activateWindow();
         QCoreApplication::processEvents();
         QTest::keyClick(&other, Qt::Key_F10);
@@ -138,7 +139,7 @@ TEST(RunDialog, OpenMenusCloseBeforeTheDialogIsShown) {
     EXPECT_FALSE(menu.isVisible());
 }
 
-TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItBelongsToTheDialog) {
+TEST(RunDialog, AMenuThatOpensWhileItRunsWorksOnlyIfTheDialogOwnsTheMenu) {
     OtherWindow other;
     CountingMenu theirs(&other);
     QDialog dialog;
@@ -155,7 +156,7 @@ TEST(RunDialog, AMenuThatOpensMeanwhileWorksOnlyIfItBelongsToTheDialog) {
     EXPECT_EQ(own.chosen, 1);
 }
 
-TEST(RunDialog, AListWithoutParentWorksIfItCompletesALineOfTheDialog) {
+TEST(RunDialog, AListWithoutParentWorksOnlyIfItsFocusProxyBelongsToTheDialog) {
     OtherWindow other;
     QDialog dialog;
     QLineEdit line(&dialog);
@@ -217,7 +218,7 @@ TEST(RunDialog, APressOnAnotherWindowRestoresTheMinimizedDialog) {
     });
 }
 
-TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatItIsBlocked) {
+TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatTheWindowIsBlocked) {
     struct Blockable : QWidget {
         explicit Blockable(QWidget* parent) : QWidget(parent) {}
         bool event(QEvent* event) override {
@@ -232,14 +233,14 @@ TEST(RunDialog, EveryWidgetOfOtherWindowsIsNotifiedThatItIsBlocked) {
     (void)runAnd(dialog, [&] { EXPECT_EQ(child.blocked, 1); });
 }
 
-TEST(RunDialog, OtherWindowsCanBeClosedMeanwhile) {
+TEST(RunDialog, OtherWindowsCanBeClosedWhileItRuns) {
     OtherWindow other;
     QDialog dialog;
     (void)runAnd(dialog, [&] { other.close(); });
     EXPECT_EQ(other.closes, 1);
 }
 
-TEST(RunDialog, ItsOwnControlsWork) {
+TEST(RunDialog, TheDialogsOwnControlsReceiveInput) {
     QDialog dialog;
     QPushButton button(&dialog);
     int clicks = 0;

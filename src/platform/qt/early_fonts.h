@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the desktop's font configuration on another core while the program starts. It does not
+// Reads the desktop's font configuration on another thread while the program starts. It does not
 // choose or load fonts.
 #pragma once
 
@@ -10,9 +10,9 @@
 namespace sonarith {
 
 /// The constructor starts a thread that reads the configuration; the destructor waits for its end.
-/// The configuration is stored in the font library, once per process. Qt would read it when it
-/// first measures a text; with this class it is already there. Reading it is half of the work of
-/// building the main window (counted in instructions); time is saved only if a core is free.
+/// The configuration is stored in the font library, once per process. Without this class, Qt reads
+/// the configuration when it first measures a text. Reading the configuration takes half of the
+/// instructions that building the main window takes. Time is saved only if a core is free.
 class EarlyFonts {
   public:
     explicit EarlyFonts(const ThreadStarter& starter = startThread);
@@ -21,7 +21,7 @@ class EarlyFonts {
     EarlyFonts& operator=(const EarlyFonts&) = delete;
 
   private:
-    std::thread reader_; ///< not started if the system cannot create a thread: then Qt reads it
+    std::thread reader_; ///< empty if the system cannot create a thread
 };
 
 } // namespace sonarith

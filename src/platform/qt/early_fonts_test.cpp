@@ -9,7 +9,7 @@
 namespace sonarith {
 namespace {
 
-TEST(EarlyFonts, ReadTheLibrarysConfigurationOnce) {
+TEST(EarlyFonts, ReadTheConfigurationThatTheLibraryThenUses) {
     { const EarlyFonts fonts; }
     FcConfig* const read = FcConfigGetCurrent();
     ASSERT_NE(read, nullptr);
@@ -17,7 +17,7 @@ TEST(EarlyFonts, ReadTheLibrarysConfigurationOnce) {
     EXPECT_EQ(FcConfigGetCurrent(), read);
 }
 
-TEST(EarlyFonts, AreReadByTheLibraryIfNoThreadCanBeCreated) {
+TEST(EarlyFonts, LeaveReadingToTheLibraryIfNoThreadCanBeCreated) {
     const fakes::LimitedThreads threads(0);
     { const EarlyFonts fonts(threads.starter()); }
     EXPECT_EQ(threads.refused(), 1);

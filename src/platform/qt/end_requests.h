@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Requests from outside to end the program: signals from the system, and the end of the desktop
-// session. The caller decides what to do.
+// Notifies the caller of requests to end the program from outside: signals from the system, and the
+// end of the desktop session. The caller decides what to do.
 #pragma once
 
 #include <functional>
@@ -14,13 +14,13 @@ namespace sonarith {
 /// signal to end the program has arrived.
 [[nodiscard]] bool isEndRequest(const QObject& notifier);
 
-/// At most one instance per process; for the user-interface thread.
+/// At most one instance exists per process. Use it only on the user-interface thread.
 class EndRequests {
   public:
-    /// `end` runs within the event loop for SIGTERM, SIGINT and SIGHUP (SIGHUP only if it is not
-    /// ignored, as it is under nohup). Each signal is caught once: a second one ends the process.
-    /// `save` runs when the desktop's session manager asks all programs to save; the session may
-    /// continue after that.
+    /// `end` runs within the event loop after SIGTERM, SIGINT or SIGHUP. A signal that is ignored,
+    /// such as SIGHUP under nohup, stays ignored. Each signal is caught once: the same signal a
+    /// second time ends the process. `save` runs when the desktop's session manager asks all
+    /// programs to save; the session may continue after that.
     EndRequests(std::function<void()> end, std::function<void()> save);
     ~EndRequests();
     EndRequests(const EndRequests&) = delete;

@@ -27,7 +27,7 @@ class EndRequestsTest : public testing::TestWithParam<int> {
     };
 };
 
-TEST_P(EndRequestsTest, RunTheEndWithinTheEventLoop) {
+TEST_P(EndRequestsTest, RunTheEndFunctionWithinTheEventLoop) {
     const EndRequests requests(end, save);
     ::raise(GetParam());
     EXPECT_EQ(ends, 0);
@@ -47,7 +47,7 @@ TEST_P(EndRequestsTest, DoNotCatchTheSecondSignal) {
         KilledBySignal(GetParam()), "");
 }
 
-TEST_P(EndRequestsTest, RestoreTheSignalsWhenDestroyed) {
+TEST_P(EndRequestsTest, RestoreTheDefaultActionOfTheSignalsWhenDestroyed) {
     { const EndRequests requests(end, save); }
     EXPECT_EXIT(::raise(GetParam()), KilledBySignal(GetParam()), "");
 }
@@ -65,9 +65,10 @@ TEST_F(EndRequestsTest, LeaveAnIgnoredSignalIgnored) {
     std::signal(SIGHUP, SIG_DFL);
 }
 
-TEST_F(EndRequestsTest, SaveBeforeTheSessionEnds) {
+TEST_F(EndRequestsTest, RunOnlyTheSaveFunctionWhenTheSessionManagerAsks) {
     const EndRequests requests(end, save);
-    // No session manager runs here; the handler of Qt's signal ignores its argument.
+    // No session manager runs here. The handler of Qt's signal ignores its argument, so the
+    // argument need not be a real object.
     alignas(QSessionManager) char memory[sizeof(QSessionManager)];
     Q_EMIT qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(memory));
     EXPECT_EQ(saves, 1);

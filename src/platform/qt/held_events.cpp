@@ -15,14 +15,15 @@ namespace sonarith {
 namespace {
 
 enum class Treatment {
-    pass,     ///< painting, and Qt's internal events
+    pass,     ///< delivered now: painting, and Qt's internal events
     keep,     ///< delivered later
     keepDrag, ///< accepted, and delivered later
     refuse,   ///< dropped without a reply
 };
 
 /// Whether `object` receives calls over the session bus, from assistive programs or from panels
-/// that show a menu of this program. Such calls run handlers as clicks do, and cannot be held.
+/// that show a menu of this program. Such calls run handlers, as clicks do, and cannot be delivered
+/// later.
 bool isCalledFromOutside(const QObject& object) {
     return object.inherits("QDBusVirtualObject") ||
            QByteArray(object.metaObject()->className()).startsWith("QDBus");
@@ -132,10 +133,10 @@ bool HeldEvents::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     // During the delivery, new events from the window system are queued after the held ones.
-    const bool getsInLine =
+    const bool mustWait =
         holding_ ||
         (!held_.empty() && (watched->isWindowType() || event->type() == QEvent::Shortcut));
-    return getsInLine && holdBack(watched, event);
+    return mustWait && holdBack(watched, event);
 }
 
 bool HeldEvents::holdBack(QObject* watched, QEvent* event) {
@@ -219,9 +220,9 @@ void HeldEvents::timerEvent(QTimerEvent*) {
         watching_ = false;
         return;
     }
-    // A handler that yields must receive the remaining input in its yield, as it would from the
-    // window system. A timer does not fire within its own event, so the timer is restarted before
-    // the delivery.
+    // A handler that yields must receive the remaining input in its yield, as it would receive
+    // input from the window system. A timer does not fire within its own event, so the timer is
+    // restarted before the delivery.
     handOut_.start(0, this);
     deliver(takeNext());
 }

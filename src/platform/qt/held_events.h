@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds back the window system's events while the program waits for something that may hang, and
 // delivers them afterwards in their order. Windows are still painted. qt_waiting.h decides how long
-// this lasts.
+// the events are held.
 #pragma once
 
 #include <cstddef>
@@ -20,8 +20,8 @@ namespace sonarith {
 /// For the user-interface thread.
 class HeldEvents final : private QObject {
   public:
-    /// Maximum number of held events; further ones are dropped. It is enough for a minute of key
-    /// repeat, or an hour of clicks on a window that seems to hang.
+    /// Maximum number of held events; further events are dropped. This number is enough for a
+    /// minute of key repeat, or an hour of clicks on a window that seems to hang.
     static constexpr std::size_t mostHeld = 2000;
 
     HeldEvents() = default;
@@ -36,8 +36,8 @@ class HeldEvents final : private QObject {
 
     /// Ends hold(). The held events are delivered one after the other when control is back in an
     /// event loop, including that of a yield; requests to close a window come first. Events for a
-    /// window that was destroyed are dropped. Events that arrive before all are delivered are
-    /// queued after them.
+    /// window that was destroyed are dropped. Events that arrive before all held events are
+    /// delivered are queued after them.
     void release();
 
     /// Whether, since hold(), a window was asked to close or a signal to end the program has

@@ -21,7 +21,8 @@ namespace sonarith {
 
 namespace {
 
-/// Stored as text if it is UTF-8, so that users can read it; otherwise as bytes.
+/// Converts a value to a text if it is UTF-8, so that users can read it in the file; otherwise to
+/// bytes.
 QVariant variantOf(const std::string& value) {
     const QString text = QString::fromStdString(value);
     if (text.toStdString() == value) {
@@ -66,11 +67,12 @@ IniValues valuesOf(const QSettings& file) {
     return values;
 }
 
-/// Returns the content that the file must have when it is read.
+/// Writes the file and does not check the result. Returns the values that a later read of the file
+/// must return.
 IniValues writeUnchecked(const QString& path, const IniValues& values) {
     QSettings file(path, QSettings::IniFormat);
-    // The lines of the file have the order in which keys are set: sorted by name, for users who
-    // read it.
+    // QSettings writes the lines in the order in which the keys are set. They are sorted by name
+    // here, for users who read the file.
     std::vector<QString> names;
     for (const auto& [name, text] : values) {
         names.push_back(name);
@@ -83,8 +85,9 @@ IniValues writeUnchecked(const QString& path, const IniValues& values) {
     return valuesOf(file);
 }
 
-/// The comparison of the values does not detect that only the last line end is missing, but
-/// checkStoreFile() would treat such a file as torn.
+/// Whether the file is empty or ends with a complete line. The comparison of the values does not
+/// detect that only the last line end is missing, but checkStoreFile() would treat such a file as
+/// torn.
 bool endsWithALine(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) &&
@@ -137,8 +140,9 @@ bool writeIniFile(const QString& path, const IniValues& values) {
 }
 
 /// QSettings locks a file with a lock file while it writes. A process that is killed before it has
-/// written its process number there leaves a lock that would delay the next process's first write
-/// by half a minute. The kernel's lock on that file shows whether a running process holds it.
+/// written its process number to the lock file leaves a lock that would delay the next process's
+/// first write by half a minute. The kernel's lock on the lock file shows whether a running process
+/// is writing.
 void removeUnfinishedIniFiles(const QString& path) {
     const QString written = unfinishedName(fileMeantBy(path));
     const QString lock = written + QStringLiteral(".lock");

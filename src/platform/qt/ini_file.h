@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads an INI file in QSettings' form as a whole and writes it in one step, so that it contains
-// either the old or the new values after any failure. It interprets no keys and does not check
-// whether a file may be trusted (text/store_file_check.h).
+// Reads an INI file in the format of QSettings as a whole, and writes it in one step, so that after
+// any failure the file contains either the old or the new values. Interprets no keys and does not
+// check whether a file may be trusted (see text/store_file_check.h).
 #pragma once
 
 #include <string>
@@ -12,12 +12,13 @@
 
 namespace sonarith {
 
-/// Values by "section/key". A value may contain any bytes. A hash map, since a list of 10,000 paths
-/// is read key by key.
+/// Values by "section/key". A value may contain any bytes. A hash map, because each of the 10,000
+/// paths of a long list is looked up by its key.
 using IniValues = std::unordered_map<QString, std::string>;
 
-/// A value that is not a text is converted to one: QSettings reads a value with unquoted commas as
-/// a list. A missing file has no values.
+/// Returns all values of the file; none if the file is missing. A value that QSettings does not
+/// read as a text is converted to a text; for example, QSettings reads a value with unquoted commas
+/// as a list.
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
 /// Replaces the content of the file by these values. They are on the disk when the function

@@ -102,11 +102,12 @@ TEST_F(IniFileTest, DoesNotChangeAFileWithoutWritePermission) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(IniFileTest, IsNotWrittenIntoAFolderThatIsMissing) {
+TEST_F(IniFileTest, CannotBeWrittenIntoAMissingFolder) {
     EXPECT_FALSE(writeIniFile(text(folder / "none/a.ini"), {{"S/a", "1"}}));
 }
 
-// QSettings without our checks replaced the old file by a part of the new one and reported success.
+// Without the checks of writeIniFile(), QSettings replaces the old file by a part of the new one
+// and reports success.
 TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     constexpr int values = 2000;
     IniValues many;
@@ -117,7 +118,8 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     const auto whole = static_cast<int>(fs::file_size(path));
     fs::permissions(folder.path(), fs::perms(0777));
     int failures = 0;
-    // Limits within a line and between two, in the first, a middle and the last flushed block.
+    // The limits lie within a line and between two lines, in the first, a middle and the last
+    // flushed block.
     for (const int limit : {100, 1000, 16384, 16385, 20000, 32768, whole - 25, whole - 1, whole}) {
         write("[S]\nold=1\n");
         fs::permissions(path, fs::perms(0666));
@@ -135,7 +137,7 @@ TEST_F(IniFileTest, KeepsTheOldValuesIfTheDiskIsFull) {
     EXPECT_EQ(failures, 8);
 }
 
-TEST_F(IniFileTest, ContainsNothingOfAnEarlierFailedWrite) {
+TEST_F(IniFileTest, ContainsOnlyTheNewValuesAfterAWriteThatFollowsAFailedWrite) {
     fs::permissions(folder.path(), fs::perms(0777));
     for (const rlim_t limit : {10, 1000}) { // 10 is too small even for QSettings' lock file
         EXPECT_EQ(test::runUnprivileged([&] {
@@ -176,11 +178,11 @@ TEST_F(IniFileTest, ContainsTheOldOrTheNewValuesAfterAKillAtAnyCall) {
         EXPECT_EQ(entriesIn(fresh.path()), 1) << "call " << call;
         EXPECT_EQ(contentOf(file), after);
     }
-    EXPECT_GT(call, 20) << "at least two files, a lock, flushes and renames";
+    EXPECT_GT(call, 20) << "fewer calls than two files, a lock, flushes and renames need";
 }
 
-// An empty lock file would delay the first write after a kill by 30 seconds.
-TEST_F(IniFileTest, RemovesTheLockOfAKilledProcess) {
+// Without this removal, an empty lock file delays the first write after a kill by 30 seconds.
+TEST_F(IniFileTest, RemovesOnlyTheUnfinishedFilesAndTheLockOfAKilledProcess) {
     write("[S]\na=1\n");
     for (const char* name : {"a.ini.unfinished.lock", "a.ini.unfinished", "a.ini.unfinished7"}) {
         std::ofstream(folder / name) << "";

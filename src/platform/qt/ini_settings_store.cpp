@@ -22,8 +22,9 @@ QString settingName(const std::pair<std::string, std::string>& key) {
            QString::fromStdString(key.second);
 }
 
-/// The file's content; nothing if it cannot be read. For anything but a regular file, a single NUL,
-/// which no settings file contains.
+/// The content of the file; empty optional if the file cannot be read. For anything but a regular
+/// file, returns a single NUL: no settings file contains a NUL, so that checkStoreFile() refuses
+/// it.
 std::optional<QByteArray> bytesOf(const QString& path) {
     // Avoids waiting for the other end if the file is a pipe.
     const int opened =
@@ -48,8 +49,8 @@ std::optional<QByteArray> bytesOf(const QString& path) {
 
 /// Renames the file to a new name beside the old one; never to an existing name.
 bool putAside(const QString& path) {
-    // A limit, so that a folder full of such names does not delay the start. More than a thousand
-    // damaged files are not expected.
+    // The number is limited, so that a folder full of such names does not delay the start. More
+    // than a thousand damaged files are not expected.
     constexpr int mostKept = 1000;
     for (int number = 1; number <= mostKept; ++number) {
         const QString aside = path + QStringLiteral(".damaged-%1").arg(number);
@@ -138,7 +139,7 @@ void IniSettingsStore::saveChanges() {
     if (state_ == State::untouchable || !(stampNow() == stamp_)) {
         read(); // another program has written or removed the file
     } else if (state_ == State::written && withChanges() == onDisk_) {
-        return; // already on disk; each start saves many values and must not wait for the disk
+        return; // already on disk; each start saves many unchanged values
     }
     if (state_ != State::untouchable) {
         writeOut();
@@ -198,7 +199,7 @@ void IniSettingsStore::writeOut() {
     stamp_ = stampNow();
 }
 
-/// Accessible to its user only, by the desktop's convention for the configuration folder.
+/// Only the user may access the folder, by the desktop's convention for the configuration folder.
 void IniSettingsStore::makeFolder() {
     if (!QFileInfo::exists(folder_) && QDir().mkpath(folder_)) {
         QFile::setPermissions(folder_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The settings store as an INI file of the user. It defines no keys and no defaults. Values that
-// cannot be written stay valid for the run, and the failure is reported once.
+// The settings store in an INI file of the user. It defines no keys and no defaults. Values that
+// cannot be written stay valid until the program ends, and the failure is reported once.
 #pragma once
 
 #include <map>
@@ -22,9 +22,9 @@ class IniSettingsStore final : public SettingsStore {
     /// "sonarith" below the user's configuration folder.
     [[nodiscard]] static QString defaultFolder();
 
-    /// Opens `folder`/"Sonarith v2.0.ini", or creates it at the first write. A file that is torn or
-    /// not of this form is renamed and kept, and the store is empty. `notices` must outlive the
-    /// store; without it failures are not reported.
+    /// Opens `folder`/"Sonarith v2.0.ini", or creates this file at the first write. A file that is
+    /// torn or no settings file is renamed, and the store is then empty. `notices` must outlive the
+    /// store; if it is null, failures are not reported.
     explicit IniSettingsStore(const QString& folder = defaultFolder(), Notices* notices = nullptr);
 
     // Sections are the file's groups. Names of sections and keys contain no slash and no backslash.
@@ -42,7 +42,8 @@ class IniSettingsStore final : public SettingsStore {
     void endTransaction() override;
 
     using Key = std::pair<std::string, std::string>;
-    /// Identifies a state of the file; it differs after another program has written it.
+    /// Identifies a state of the file: the stamp differs after another program has written the
+    /// file.
     struct Stamp {
         qint64 bytes = -1;
         QDateTime changed;
@@ -52,7 +53,7 @@ class IniSettingsStore final : public SettingsStore {
     enum class State {
         written,     ///< the file contains all changes
         toBeWritten, ///< the last write failed; each change retries
-        untouchable  ///< a file that must not be changed has this name
+        untouchable  ///< the file at this path must not be changed
     };
 
     [[nodiscard]] Stamp stampNow() const;
@@ -71,7 +72,7 @@ class IniSettingsStore final : public SettingsStore {
     QString path_;
     Notices* notices_;
     State state_ = State::written;
-    /// State and content of the file after this object last read or wrote it.
+    /// The stamp of the file after this object last read or wrote the file; below, its values.
     Stamp stamp_;
     IniValues onDisk_;
     /// The values that this run has saved; no value for a deleted key. They override the file.

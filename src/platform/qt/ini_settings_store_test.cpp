@@ -111,7 +111,7 @@ TEST_F(IniSettingsStoreTest, ReturnsAnyBytesAtTheNextStart) {
         }
     }
     ASSERT_EQ(checkStoreFile(read(file())), StoreFileState::whole);
-    // Read from a copy, so that no cache of the process can supply the values.
+    // The values are read from a copy, so that they cannot come from a cache of the process.
     fs::create_directory(temp_ / "copy");
     fs::copy(file(), temp_ / "copy");
     const IniSettingsStore next(QString::fromStdString((temp_ / "copy").string()));
@@ -120,7 +120,7 @@ TEST_F(IniSettingsStoreTest, ReturnsAnyBytesAtTheNextStart) {
     }
 }
 
-TEST_F(IniSettingsStoreTest, KeepsSectionsApart) {
+TEST_F(IniSettingsStoreTest, StoresTheSameKeyOfTwoSectionsSeparately) {
     IniSettingsStore store(folder());
     save(store, "Drive", "a", "Devices");
     save(store, "Drive", "b", "Settings");
@@ -160,7 +160,7 @@ TEST_F(IniSettingsStoreTest, RewritesTheFileIfItWasRemovedDuringTheRun) {
     EXPECT_THAT(read(file()), HasSubstr("HDWarning=0"));
 }
 
-TEST_F(IniSettingsStoreTest, ReportsWhenItCannotBeWrittenAndWhenItCanAgain) {
+TEST_F(IniSettingsStoreTest, ReportsThatItCannotBeWrittenAndThatItCanBeWrittenAgain) {
     const fs::path place = temp_ / "settings";
     std::ofstream(place) << "a file at the path of the folder";
     test::FakeNotices notices;
@@ -176,7 +176,7 @@ TEST_F(IniSettingsStoreTest, ReportsWhenItCannotBeWrittenAndWhenItCanAgain) {
                 ElementsAre(_, "settled settings store: Settings are stored again in " + name));
 }
 
-TEST_F(IniSettingsStoreTest, ReadsOnlyTheValuesOfItsOwnApplication) {
+TEST_F(IniSettingsStoreTest, StoresNoValuesOfAnotherApplication) {
     IniSettingsStore store(folder());
     store.SaveSetting("Other", "Settings", "HDWarning", "1");
     EXPECT_EQ(store.GetSetting("Other", "Settings", "HDWarning", "d"), "d");
@@ -212,7 +212,7 @@ TEST_F(IniSettingsStoreTest, RenamesAPipeAtItsPath) {
     EXPECT_TRUE(fs::is_fifo(file(".damaged-1")));
 }
 
-TEST_F(IniSettingsStoreTest, NeverWritesOverAFileThatBecameForeignDuringTheRun) {
+TEST_F(IniSettingsStoreTest, RenamesAFileThatAnotherProgramReplacedDuringTheRun) {
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
     write("somebody else's notes, longer than the settings were\n");
@@ -223,7 +223,7 @@ TEST_F(IniSettingsStoreTest, NeverWritesOverAFileThatBecameForeignDuringTheRun) 
     EXPECT_EQ(get(next, "HDStopNo"), "7");
 }
 
-TEST_F(IniSettingsStoreTest, KeepsItsValuesForTheRunIfNothingCanBeWritten) {
+TEST_F(IniSettingsStoreTest, KeepsNewValuesForTheRunIfNothingCanBeWritten) {
     std::ofstream(temp_ / "config") << "a file at the path of the folder";
     IniSettingsStore store(folder());
     save(store, "HDWarning", "0");
@@ -234,7 +234,7 @@ TEST_F(IniSettingsStoreTest, KeepsItsValuesForTheRunIfNothingCanBeWritten) {
     EXPECT_EQ(read(temp_ / "config"), "a file at the path of the folder");
 }
 
-TEST_F(IniSettingsStoreTest, NeverReplacesAnUnreadableFileAndKeepsItsValuesForTheRun) {
+TEST_F(IniSettingsStoreTest, NeverReplacesAnUnreadableFileAndKeepsNewValuesForTheRun) {
     write("[Settings]\nHDWarning=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0222));
@@ -272,7 +272,7 @@ TEST_F(IniSettingsStoreTest, NeverReplacesAFileThatCannotBeReadCompletely) {
     EXPECT_EQ(test::entriesIn(file().parent_path()), 1);
 }
 
-TEST_F(IniSettingsStoreTest, AlsoWritesTheEarlierValuesOnceTheDiskIsNoLongerFull) {
+TEST_F(IniSettingsStoreTest, WritesTheValuesOfFailedWritesOnceTheDiskIsNoLongerFull) {
     write("[Settings]\nfirst=1\n");
     letEverybodyWrite();
     fs::permissions(file(), fs::perms(0666));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Position of the screen on which the program places its windows. The logic uses only this screen
-// and coordinates relative to its corner. On a desktop of several screens that corner may have any
-// position.
+// Returns the position of the screen on which the program places its windows. The logic uses only
+// this screen, with coordinates relative to its upper left corner. On a desktop of several screens
+// that corner may have any position.
 #pragma once
 
 #include <QRect>

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(PrimaryScreen, HasTheDesktopsPosition) {
+TEST(PrimaryScreen, HasThePositionAndSizeThatQtReports) {
     ASSERT_FALSE(primaryScreen().isEmpty());
     EXPECT_EQ(primaryScreen(), QGuiApplication::primaryScreen()->geometry());
 }

@@ -16,14 +16,14 @@
 namespace sonarith {
 namespace {
 
-/// One repeating timer. It handles the timer event itself instead of using a QTimer's signal, so
-/// that the Wakeup may be destroyed within the call.
+/// A repeating timer. It handles timer events itself and does not use the signal of a QTimer, so
+/// that the handler may destroy the Wakeup.
 class QtWakeup : public Wakeup, private QObject {
   public:
     QtWakeup(EventLoop::Duration interval, std::function<void()> handler)
         : call_(std::make_shared<Call>(Call{std::move(handler)})) {
-        // Precise for every interval: a coarse timer may fire up to 5 % early, and code that waits
-        // for a time to pass would then wait through a second interval.
+        // Every timer is precise: a coarse timer may fire up to 5 % early, and code that waits
+        // until a time has passed would then have to wait for another interval.
         startTimer(std::max(interval, EventLoop::Duration(1)), Qt::PreciseTimer);
     }
 
@@ -86,9 +86,10 @@ void QtEventLoop::yield() {
 }
 
 void QtEventLoop::waitWhile(const std::function<bool()>& condition) {
-    // Some of Qt's dispatchers do not return between handling pending events and sleeping: this
-    // wait would continue to sleep after its condition has become false. The check applies to the
-    // innermost wait or loop only; outer waits must not wake the inner ones.
+    // Some of Qt's event dispatchers do not return between handling pending events and sleeping, so
+    // this wait would sleep although a handled event has made its condition false. The check before
+    // sleeping applies only to the innermost wait or loop: an outer wait must not wake an inner
+    // one.
     QAbstractEventDispatcher& dispatcher = *QAbstractEventDispatcher::instance();
     const int depth = ++waitDepth_;
     const int level = QThread::currentThread()->loopLevel();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real event loop, based on Qt's. It requires the one QApplication and does not depend on any
-// window. For use on the user-interface thread only.
+// Implements EventLoop with Qt's event loop. Requires a QApplication and depends on no window. Use
+// it only on the user-interface thread.
 #pragma once
 
 #include <chrono>
@@ -21,12 +21,12 @@ class QtEventLoop : public EventLoop {
     void setLastSteps(std::function<void()> lastSteps) { lastSteps_ = std::move(lastSteps); }
 
     /// Runs the program: handles events until endProgram(). Closing or hiding all windows does not
-    /// end it.
+    /// end the program.
     void run();
 
-    /// Asks the system for input and timers at most every quarter of a millisecond, since asking
-    /// costs as much as a short step of the logic: a search yields for each file. Events that are
-    /// queued in the program are handled at each yield.
+    /// Asks the system for input and timers at most every quarter of a millisecond: a search yields
+    /// for each file, and asking the system takes as much time as a short step of the logic. Events
+    /// that are queued in the program are handled at each yield.
     void yield() override;
     void waitWhile(const std::function<bool()>& condition) override;
     [[nodiscard]] Time now() const override;

@@ -45,7 +45,7 @@ TEST_F(QtEventLoopTest, YieldHandlesPendingEventsAndReturns) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(QtEventLoopTest, ManyYieldsSeldomAskTheSystemAndHandleEveryQueuedEvent) {
+TEST_F(QtEventLoopTest, EachYieldHandlesQueuedEventsButFewYieldsAskTheSystem) {
     int asked = 0;
     const auto watch = QObject::connect(QAbstractEventDispatcher::instance(),
                                         &QAbstractEventDispatcher::awake, [&] { ++asked; });
@@ -62,7 +62,7 @@ TEST_F(QtEventLoopTest, ManyYieldsSeldomAskTheSystemAndHandleEveryQueuedEvent) {
     QObject::disconnect(watch);
 }
 
-TEST_F(QtEventLoopTest, ATimerIsHandledAYieldOrAPauseLater) {
+TEST_F(QtEventLoopTest, AYieldHandlesATimerIfAQuarterMillisecondPassedSinceTheLastYield) {
     bool fired = false;
     loop.yield();
     QTimer::singleShot(0, &context, [&] { fired = true; });
@@ -79,7 +79,7 @@ TEST_F(QtEventLoopTest, AWaitWithAFalseConditionHandlesNothing) {
     loop.yield();
 }
 
-TEST_F(QtEventLoopTest, AWaitReturnsAfterTheEventThatEndsIt) {
+TEST_F(QtEventLoopTest, AWaitReturnsAfterTheEventThatMakesItsConditionFalse) {
     std::vector<std::string> log;
     bool waiting = true;
     const auto tick = loop.every(1ms, [&] {
@@ -123,7 +123,7 @@ TEST_F(QtEventLoopTest, NestedWaitsEndInnermostFirst) {
     EXPECT_THAT(log, ElementsAre("inner", "outer"));
 }
 
-TEST_F(QtEventLoopTest, AnEndedOuterWaitLetsTheInnerOneSleep) {
+TEST_F(QtEventLoopTest, AnOuterWaitWhoseConditionIsFalseLetsTheInnerWaitSleep) {
     bool outer = true;
     bool inner = true;
     int asked = 0;
@@ -139,7 +139,7 @@ TEST_F(QtEventLoopTest, AnEndedOuterWaitLetsTheInnerOneSleep) {
     EXPECT_LT(asked, 20);
 }
 
-TEST_F(QtEventLoopTest, AnEndedWaitLetsTheDialogWithinItSleep) {
+TEST_F(QtEventLoopTest, AWaitWhoseConditionIsFalseLetsTheDialogWithinItSleep) {
     bool waiting = true;
     int asked = 0;
     post(context, [&] {
@@ -290,8 +290,8 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     EXPECT_LT(std::fmod(seconds - expected + day, day), 2.0);
 }
 
-/// Ends the program inside a message box, inside a timer's handler, inside a wait; prints any step
-/// that runs after that.
+/// Ends the program while a message box is open that a timer's handler has opened during a wait.
+/// Each step that must not run after that would print a text.
 [[noreturn]] void endInsideANestedBox() {
     QtEventLoop loop;
     QtMessageBoxes boxes("Title");

@@ -11,7 +11,8 @@
 namespace sonarith {
 namespace {
 
-/// "WAV, MP3|*.wav;*.mp3" as "WAV, MP3 (*.wav *.mp3)", one for each pair.
+/// Converts each pair of a filter, such as "WAV, MP3|*.wav;*.mp3", to the form of Qt: "WAV, MP3
+/// (*.wav *.mp3)".
 QStringList nameFilters(const std::string& filter) {
     const QStringList parts = toQString(filter).split(QLatin1Char('|'));
     QStringList filters;
@@ -50,8 +51,8 @@ Result<std::string> QtFileDialog::show(QFileDialog& dialog, const FileDialogRequ
     }
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setAccessibleName(dialog.windowTitle());
-    // Qt's own dialog on every desktop: a desktop's dialog may support neither a case-insensitive
-    // filter nor our keys.
+    // Qt's own dialog is used on every desktop: the dialog of a desktop may support neither a
+    // case-insensitive filter nor the keys of this program.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!request.filter.empty()) {
         dialog.setNameFilters(nameFilters(request.filter));

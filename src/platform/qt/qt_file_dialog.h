@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file dialog, based on Qt's. It runs its own event loop until it is closed, so timers and jobs
-// continue meanwhile. It opens no file.
+// Implements the file dialog with Qt's. The dialog runs its own event loop until it is closed, so
+// timers and jobs continue while it is open. It opens no file.
 #pragma once
 
 #include <functional>
@@ -21,10 +21,10 @@ class QtFileDialog : public FileDialog {
     QtFileDialog(Translate toMachine, Translate toLogic)
         : toMachine_(std::move(toMachine)), toLogic_(std::move(toLogic)) {}
 
-    /// Shows the files that match the filter, ignoring case, and accepts an existing one. It starts
-    /// in the folder of `request.fileName`, else in the initial folder, else in the folder where it
-    /// was last closed. Errors: dialogCancelled; badFileName for a file without a path in the
-    /// logic's form.
+    /// Shows the files that match the filter, ignoring case, and accepts only an existing file. The
+    /// dialog starts in the folder of `request.fileName` if that is a path, otherwise in the
+    /// initial folder, otherwise in the folder in which it was last closed. Errors:
+    /// dialogCancelled; badFileName for a file without a path in the logic's form.
     Result<std::string> open(const FileDialogRequest& request) override;
     /// As open(), for a new or an existing name: the dialog does not ask before replacing a file.
     Result<std::string> save(const FileDialogRequest& request) override;

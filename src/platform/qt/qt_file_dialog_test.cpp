@@ -46,8 +46,8 @@ class QtFileDialogTest : public testing::Test {
     static void type(QFileDialog& shown, const std::string& name) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
-        // Key by key, and to the text field that has the focus: otherwise the dialog does not treat
-        // it as typing.
+        // Types key by key into the text field while it has the focus: otherwise the dialog does
+        // not treat the text as typed.
         EXPECT_TRUE(QTest::qWaitForWindowActive(&shown));
         line->setFocus();
         line->selectAll();
@@ -72,7 +72,7 @@ class QtFileDialogTest : public testing::Test {
 
     QObject context;
     fakes::TempFolder folder;
-    /// Machine paths are prefixed with "L:".
+    /// In this test, the logic's form of a path is "L:" followed by the machine path.
     QtFileDialog dialog{
         [](const std::string& logic) { return logic.substr(logic.empty() ? 0 : 2); },
         [](const std::string& path) {
@@ -129,7 +129,7 @@ TEST_F(QtFileDialogTest, AFileOfAnotherTypeMayBeTyped) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("four.txt"));
 }
 
-TEST_F(QtFileDialogTest, ANameWithoutAnExtensionGetsTheDefaultOne) {
+TEST_F(QtFileDialogTest, ATypedNameWithoutAnExtensionGetsTheDefaultExtension) {
     onDialog([&](QFileDialog& shown) { type(shown, "one"); });
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("one.wav"));
 }
@@ -145,7 +145,7 @@ TEST_F(QtFileDialogTest, NamesWithBlanksBracketsAndOtherScriptsAreUnchanged) {
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine(name));
 }
 
-TEST_F(QtFileDialogTest, ANameWithQuotesIsChosenInTheList) {
+TEST_F(QtFileDialogTest, ANameWithQuotesIsNotShownInTheTextFieldButCanBeChosenInTheList) {
     const std::string name = "a \"b\".wav";
     std::ofstream(folder.path() / name) << "x";
     request.fileName = "L:" + machine(name);
@@ -229,7 +229,7 @@ TEST_F(QtFileDialogTest, OpensInTheFolderOfAnInitialFile) {
     static_cast<void>(dialog.open(inFolder));
 }
 
-TEST_F(QtFileDialogTest, OpensInTheLastFolderIfTheInitialOneIsMissing) {
+TEST_F(QtFileDialogTest, OpensInTheLastFolderIfTheInitialFolderHasNoMachinePath) {
     onDialog([](QFileDialog&) {});
     static_cast<void>(dialog.open(request));
     onDialog([&](QFileDialog& shown) {
@@ -246,7 +246,7 @@ TEST_F(QtFileDialogTest, SavesUnderANewName) {
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("new.mp3"));
 }
 
-// The logic asks before it replaces a file; the dialog must not ask as well.
+// The logic asks before it replaces a file, so the dialog must not ask, too.
 TEST_F(QtFileDialogTest, SavesUnderAnExistingNameWithoutAQuestion) {
     onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("TWO.WAV"));

@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 class QtMessageBoxesTest : public testing::Test {
   protected:
-    /// Runs `act` on the next box, once it is open.
+    /// Runs `act` on the next box once it is open; cancels the box if it is still open afterwards.
     void onBox(std::function<void(QMessageBox&)> act) {
         QTimer::singleShot(0, &context, [act = std::move(act)] {
             auto* box = qobject_cast<QMessageBox*>(runningDialog());
@@ -92,7 +92,7 @@ TEST_F(QtMessageBoxesTest, EscapeCancelsAQuestion) {
     EXPECT_EQ(boxes.show("Sure?", BoxIcon::none, BoxButtons::yesNoCancel), BoxAnswer::cancel);
 }
 
-TEST_F(QtMessageBoxesTest, ABoxIsAboveTheMainWindow) {
+TEST_F(QtMessageBoxesTest, TheMainWindowIsTheParentOfABox) {
     QMainWindow mainWindow;
     mainWindow.show();
     QCoreApplication::processEvents();

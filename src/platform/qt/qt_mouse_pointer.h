@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mouse pointer's shape over all windows of the program.
+// Sets the shape of the mouse pointer over all windows of the program.
 #pragma once
 
 #include "platform/mouse_pointer.h"

@@ -17,7 +17,7 @@ TEST(QtMousePointer, ShowsTheHourglassUntilItIsReset) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, OneNormalPointerEndsTwoHourglasses) {
+TEST(QtMousePointer, ShowsTheNormalPointerAfterTheHourglassWasSetTwice) {
     QtMousePointer pointer;
     pointer.set(Pointer::hourglass);
     pointer.set(Pointer::hourglass);
@@ -25,7 +25,7 @@ TEST(QtMousePointer, OneNormalPointerEndsTwoHourglasses) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST(QtMousePointer, SettingTheNormalPointerTwiceIsNoError) {
+TEST(QtMousePointer, SettingTheNormalPointerAgainKeepsTheCursorOfAnotherCaller) {
     QGuiApplication::setOverrideCursor(Qt::CrossCursor);
     QtMousePointer pointer;
     pointer.set(Pointer::normal);

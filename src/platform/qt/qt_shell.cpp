@@ -17,7 +17,7 @@
 namespace sonarith {
 namespace {
 
-/// Percent-encoded byte by byte, so that a name that is not UTF-8 also reaches the viewer.
+/// Encodes the path byte by byte, so that the viewer also receives a name that is not UTF-8.
 void openInDesktopViewer(const std::string& machinePath) {
     const QByteArray encoded = QByteArray::fromStdString(machinePath).toPercentEncoding("/");
     QDesktopServices::openUrl(QUrl::fromEncoded("file://" + encoded));

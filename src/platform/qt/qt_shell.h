@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop around the program: screen size, help, about box.
+// Implements Shell, the desktop around the program: the screen size, the help and the about box.
 #pragma once
 
 #include <functional>
@@ -12,14 +12,14 @@ namespace sonarith {
 
 class QtShell : public Shell {
   public:
-    /// Converts a path from the logic's form to the machine's, and opens a file in its viewer; if
-    /// the latter is empty, the desktop's viewer is used.
+    /// Converts a path from the logic's form to the machine's.
     using ToMachinePath = std::function<std::string(const std::string&)>;
+    /// Opens a file in a viewer; if the function is empty, the desktop's viewer is used.
     using OpenFile = std::function<void(const std::string& machinePath)>;
 
     /// Shows the help that ships with the program; false if it is missing.
     using ShowPages = std::function<bool()>;
-    /// For the about box, besides Qt itself.
+    /// Shown in the about box, in addition to the version of Qt.
     struct BuiltWith {
         std::string version;   ///< of this program
         std::string libraries; ///< "name version, name version"

@@ -31,7 +31,7 @@ class QtShellTest : public testing::Test {
     QTemporaryDir folder;
     std::vector<std::string> opened;
     test::FakeNotices notices;
-    bool pagesAreThere = true;
+    bool pagesExist = true;
     int pagesShown = 0;
     QtShell shell{"Sonarith v2.0",
                   {.version = "2.0.7", .libraries = "libone 1.5, libtwo 3"},
@@ -40,8 +40,8 @@ class QtShellTest : public testing::Test {
                   },
                   notices,
                   [this] {
-                      pagesShown += pagesAreThere ? 1 : 0;
-                      return pagesAreThere;
+                      pagesShown += pagesExist ? 1 : 0;
+                      return pagesExist;
                   },
                   [this](const std::string& path) {
                       opened.push_back(path);
@@ -70,7 +70,7 @@ TEST_F(QtShellTest, WithoutAHelpFileTheProgramsOwnPagesAreShown) {
 }
 
 TEST_F(QtShellTest, WithoutAnyHelpAMissingFileAndAFolderAreReportedAndNotOpened) {
-    pagesAreThere = false;
+    pagesExist = false;
     shell.showHelp("c:\\sonarith.chm");
     shell.showHelp("c:\\.");
     EXPECT_THAT(opened, IsEmpty());

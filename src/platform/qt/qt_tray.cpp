@@ -88,8 +88,8 @@ void QtTray::showWaitingIcons() {
     }
 }
 
-/// Qt registers an icon with a watcher that appears when there was none, but not with one that
-/// replaces another.
+/// Registers the icons with a watcher (the registry of status notifiers) that has replaced another
+/// watcher. Qt registers an icon itself only with a watcher that appears when there was none.
 void QtTray::registerAnew() {
     if (way_ != Way::statusNotifier) {
         return;
@@ -119,7 +119,7 @@ void QtTray::show(Entry& entry) {
     shown.show();
 }
 
-/// Some panels on the bus do not draw the menu: they request that the program does.
+/// Some panels on the bus do not draw the menu: they request that the program draw it.
 void QtTray::openMenuHere() {
     if (way_ == Way::statusNotifier && drawnHere_) {
         drawnHere_->popup(QCursor::pos());

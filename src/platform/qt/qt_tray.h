@@ -26,7 +26,7 @@ class QtTray : public QObject, public Tray {
     explicit QtTray(std::function<QIcon()> icon, TrayHosts::Sources hosts = TrayHosts::desktop());
     ~QtTray() override;
 
-    /// Connects to the session bus and starts to look for panels; the first add() does so, too.
+    /// Connects to the session bus and starts to look for panels. The first add() does the same.
     /// Before the bus has replied, hostPresent() detects no panel on the bus.
     void watchHosts() { hosts_.watchBus(); }
 
@@ -56,8 +56,9 @@ class QtTray : public QObject, public Tray {
     Connection watcherReplaced_;
     std::optional<Way> way_;
     bool presentBefore_ = false;
-    /// menu_ is drawn by a panel on the bus, or by Qt on an embedded icon. drawnHere_ is for panels
-    /// on the bus that draw no menu: Qt never draws a menu that it has exported to the bus.
+    /// A panel on the bus draws menu_; on an embedded icon, Qt draws it. drawnHere_ has the same
+    /// entries and is used for panels on the bus that draw no menu, because Qt never draws a menu
+    /// that it has exported to the bus.
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<TrayMenu> drawnHere_;
     std::map<std::uint32_t, Entry> entries_;

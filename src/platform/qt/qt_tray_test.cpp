@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 constexpr int trayPatienceMilliseconds = 30'000;
 
-/// A form with a menu like the program's.
+/// A form with a menu like that of the program's tray icon.
 struct MenuForm : Form {
     MenuForm() : Form("frmpopup") {}
     MenuItem stop{*this, "stop", "Stop & go"};
@@ -71,7 +71,7 @@ class QtTrayTest : public testing::Test {
 
 // --- icons ----------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, AnIconIsAddedOnceModifiedAndRemovedOnce) {
+TEST_F(QtTrayTest, AnIconCanBeAddedOnlyOnceThenModifiedAndRemovedOnlyOnce) {
     embedding = true;
     EXPECT_FALSE(tray.modify({1, &form, "x"}));
     EXPECT_FALSE(tray.remove(1));
@@ -131,7 +131,7 @@ TEST_F(QtTrayTest, AnIconRemovedBeforeAnyPanelExistsIsNeverShown) {
     EXPECT_FALSE(shown());
 }
 
-TEST_F(QtTrayTest, AnIconAddedAgainIsShownAgain) {
+TEST_F(QtTrayTest, AnIconThatWasRemovedAndAddedAgainIsShownAgain) {
     embedding = true;
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -144,7 +144,7 @@ TEST_F(QtTrayTest, AnIconAddedAgainIsShownAgain) {
 
 // --- the menu -------------------------------------------------------------------------------
 
-TEST_F(QtTrayTest, TheMenuHasTheModelsEntriesInTheirOrder) {
+TEST_F(QtTrayTest, TheMenuHasTheEntriesOfItsModelInTheSameOrder) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     std::vector<std::string> texts;
@@ -154,7 +154,7 @@ TEST_F(QtTrayTest, TheMenuHasTheModelsEntriesInTheirOrder) {
     EXPECT_THAT(texts, ElementsAre("Stop && go", "Restore", "-", "End"));
 }
 
-TEST_F(QtTrayTest, AnEntryClicksItsModelInTheEventLoop) {
+TEST_F(QtTrayTest, ATriggeredEntryClicksItsModelLaterInTheEventLoop) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     std::vector<std::string> clicks;
@@ -184,7 +184,7 @@ TEST_F(QtTrayTest, TheMenuShowsTheStateOfItsModel) {
     EXPECT_TRUE(action("stop")->isEnabled());
 }
 
-TEST_F(QtTrayTest, TheModelIsNotifiedBeforeTheMenuOpens) {
+TEST_F(QtTrayTest, TheModelIsNotifiedOnceBeforeTheMenuOpens) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     int opened = 0;
@@ -194,13 +194,13 @@ TEST_F(QtTrayTest, TheModelIsNotifiedBeforeTheMenuOpens) {
     };
     shown()->contextMenu()->popup(QPoint()); // as Qt does
     EXPECT_EQ(opened, 1);
-    // After that, Qt sends this signal, too.
+    // After the popup, Qt also sends this signal; it must not notify the model again.
     Q_EMIT shown()->activated(QSystemTrayIcon::Context);
     EXPECT_EQ(opened, 1);
     shown()->contextMenu()->close();
 }
 
-TEST_F(QtTrayTest, TheMenuIsDrawnForABusPanelThatDrawsNone) {
+TEST_F(QtTrayTest, TheProgramDrawsTheMenuIfThePanelOnTheBusDrawsNone) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -224,7 +224,7 @@ TEST_F(QtTrayTest, TheMenuIsDrawnForABusPanelThatDrawsNone) {
     menu->close();
 }
 
-TEST_F(QtTrayTest, OtherClicksDoNothing) {
+TEST_F(QtTrayTest, ClicksOnTheIconThatRequestNoMenuDoNothing) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     bool clicked = false;
@@ -270,7 +270,7 @@ TEST_F(QtTrayTest, NotifiesOfPanelsThatAppearAndDisappear) {
     EXPECT_EQ(tray.findChildren<QSystemTrayIcon*>().size(), 1);
 }
 
-TEST_F(QtTrayTest, AnIconOnTheBusAppearsInNoOtherPanel) {
+TEST_F(QtTrayTest, AnIconOnTheBusIsNotShownInAnEmbeddingPanelLater) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));
@@ -280,7 +280,7 @@ TEST_F(QtTrayTest, AnIconOnTheBusAppearsInNoOtherPanel) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, AnEmbeddedIconAppearsInNoOtherPanel) {
+TEST_F(QtTrayTest, AnEmbeddedIconIsNotShownInAPanelOnTheBusLater) {
     embedding = true;
     EXPECT_TRUE(tray.add({1, &form, "one"}));
     EXPECT_THAT(hosts, ElementsAre(true));
@@ -293,7 +293,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconAppearsInNoOtherPanel) {
     EXPECT_THAT(hosts, ElementsAre(true, false));
 }
 
-TEST_F(QtTrayTest, PrefersThePanelOnTheBus) {
+TEST_F(QtTrayTest, PrefersThePanelOnTheBusToAnEmbeddingPanel) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     embedding = true;
@@ -307,7 +307,7 @@ TEST_F(QtTrayTest, PrefersThePanelOnTheBus) {
     EXPECT_TRUE(hostBecomes(false));
 }
 
-TEST_F(QtTrayTest, AnIconIsRegisteredAnewWhenAnotherWatcherTakesOver) {
+TEST_F(QtTrayTest, AnIconIsRegisteredAgainWhenAnotherWatcherTakesOver) {
     test::NotifierWatcher first(bus);
     test::NotifierWatcher second(bus);
     first.setHost(true);
@@ -326,7 +326,7 @@ TEST_F(QtTrayTest, AnIconIsRegisteredAnewWhenAnotherWatcherTakesOver) {
     EXPECT_THAT(hosts, ElementsAre(true));
 }
 
-TEST_F(QtTrayTest, AnEmbeddedIconStaysWhenAWatcherTakesOver) {
+TEST_F(QtTrayTest, AnEmbeddedIconIsNotDrawnAgainWhenAnotherWatcherTakesOver) {
     test::NotifierWatcher first(bus);
     test::NotifierWatcher second(bus);
     embedding = true;
@@ -337,7 +337,7 @@ TEST_F(QtTrayTest, AnEmbeddedIconStaysWhenAWatcherTakesOver) {
     EXPECT_EQ(iconsDrawn, 1);
 }
 
-TEST_F(QtTrayTest, AnIconMayBeChangedAndRemovedAfterTheBusIsLost) {
+TEST_F(QtTrayTest, AnIconCanBeModifiedRemovedAndAddedAfterTheBusConnectionIsLost) {
     test::NotifierWatcher watcher(bus);
     watcher.setHost(true);
     EXPECT_TRUE(tray.add({1, &form, "one"}));

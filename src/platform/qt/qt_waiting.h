@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Waits for work on another thread while the windows are painted and can be closed. It starts no
-// work itself; linux/waiting/ does.
+// work itself; the code in linux/waiting/ starts the work.
 #pragma once
 
 #include <chrono>
@@ -10,19 +10,19 @@
 
 namespace sonarith {
 
-/// One per program, together with the one QApplication, on its thread.
+/// The program has one QtWaiting. Use it only on the thread of the QApplication.
 ///
 /// A wait first blocks for plainMoment. If the work has not completed by then, the windows are
-/// painted and the mouse pointer is an hourglass until the wait ends. No handler runs meanwhile:
-/// timers do not fire (due timers fire afterwards, as after any long handler), and input is held
-/// back (HeldEvents). Closing a window, or a signal to end the program, ends the wait. The
-/// program's own queued calls do run: code that calls the logic from outside an event must use
-/// runLater().
+/// painted and the mouse pointer is an hourglass until the wait ends. No handler runs during a
+/// wait: timers do not fire (due timers fire afterwards, as after any long handler), and input is
+/// held back (HeldEvents). Closing a window, or a signal to end the program, ends the wait. Queued
+/// calls (Qt::QueuedConnection) do run during a wait, so code that wants to call the logic later
+/// must use runLater() instead.
 class QtWaiting final : public Waiting {
   public:
-    /// The total time of all further waits after a close has ended a wait, until control is back
-    /// in an event loop: short work still completes, but work that hangs cannot delay the end of
-    /// the program.
+    /// After a request to close has ended a wait, all further waits together take at most this
+    /// time, until control is back in an event loop. So short work still completes, but work that
+    /// hangs cannot delay the end of the program.
     static constexpr Duration haste{200};
 
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

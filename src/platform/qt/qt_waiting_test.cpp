@@ -30,7 +30,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Outcome = Waiting::Outcome;
 
-/// Logs the events that reach it.
+/// A window that logs the input and other events that it receives, and counts how often it is
+/// painted.
 class NotingWindow : public QWidget {
   public:
     explicit NotingWindow(std::vector<std::string>& log, std::string name = "")
@@ -77,7 +78,8 @@ class NotingWindow : public QWidget {
     std::string name_;
 };
 
-// Simulate events of the window system, as far as the offscreen platform allows.
+// The following functions simulate events of the window system, as far as the offscreen platform
+// allows.
 void press(QWidget& window, QEvent::Type type = QEvent::MouseButtonPress) {
     const bool down = type != QEvent::MouseButtonRelease;
     qt_handleMouseEvent(window.windowHandle(), {5, 5}, window.mapToGlobal(QPoint(5, 5)),
@@ -107,7 +109,7 @@ class QtWaitingTest : public testing::Test {
     void soon(std::function<void()> act) {
         QMetaObject::invokeMethod(&context, std::move(act), Qt::QueuedConnection);
     }
-    /// Waits for an event that never happens; `act` runs meanwhile.
+    /// Waits for work that never completes; `act` runs during the wait.
     Outcome waitAnd(std::function<void()> act, Waiting::Duration bound = 150ms) {
         soon(std::move(act));
         const Completion never;
@@ -126,7 +128,7 @@ class QtWaitingTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(QtWaitingTest, AnImmediateCompletionIsAcceptedBeforeAnyEventIsHandled) {
+TEST_F(QtWaitingTest, AShortWaitHandlesNoEventWhetherOrNotTheWorkCompletes) {
     bool handled = false;
     soon([&] { handled = true; });
     Completion done;
@@ -136,11 +138,11 @@ TEST_F(QtWaitingTest, AnImmediateCompletionIsAcceptedBeforeAnyEventIsHandled) {
     EXPECT_FALSE(handled);
     const Completion never;
     EXPECT_EQ(waiting.wait(never, Waiting::plainMoment), Outcome::late);
-    EXPECT_FALSE(handled) << "a wait with a short bound handles no event either";
+    EXPECT_FALSE(handled) << "a wait with a short bound has handled an event";
     loop.yield();
 }
 
-TEST_F(QtWaitingTest, EndsWithTheCompletion) {
+TEST_F(QtWaitingTest, EndsWhenTheWorkCompletes) {
     Completion done;
     std::thread worker([&] {
         std::this_thread::sleep_for(100ms);
@@ -150,20 +152,20 @@ TEST_F(QtWaitingTest, EndsWithTheCompletion) {
     worker.join();
 }
 
-TEST_F(QtWaitingTest, IsLateWhenTheBoundHasPassed) {
+TEST_F(QtWaitingTest, ReturnsLateWhenTheBoundHasPassed) {
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([] {}, 120ms), Outcome::late);
-    EXPECT_GE(loop.now() - begin, 119ms); // now() is cut to whole milliseconds
+    EXPECT_GE(loop.now() - begin, 119ms); // now() is truncated to whole milliseconds
 }
 
-TEST_F(QtWaitingTest, PaintsMeanwhile) {
+TEST_F(QtWaitingTest, PaintsWindowsDuringAWait) {
     NotingWindow window(log);
     window.update();
     (void)waitAnd([&] { QTimer::singleShot(0, &context, [&] { window.update(); }); });
-    EXPECT_GE(window.paints, 2) << "earlier and later changes are painted";
+    EXPECT_GE(window.paints, 2) << "a change from before or during the wait was not painted";
 }
 
-TEST_F(QtWaitingTest, ShowsTheHourglassMeanwhile) {
+TEST_F(QtWaitingTest, ShowsTheHourglassDuringAWait) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     (void)waitAnd([] {
         ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
@@ -187,7 +189,7 @@ TEST_F(QtWaitingTest, HoldsInputAndDeliversItInOrderWhenTheLoopContinues) {
                 ElementsAre("press", "release", "key a", "drag enters", "drop /disc.cue", "key b"));
 }
 
-TEST_F(QtWaitingTest, HoldsTheWheel) {
+TEST_F(QtWaitingTest, HoldsWheelEventsAndDeliversThemWhenTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] {
         QWheelEvent wheel({5, 5}, window.mapToGlobal(QPointF(5, 5)), {}, {0, 120}, {}, {},
@@ -199,7 +201,7 @@ TEST_F(QtWaitingTest, HoldsTheWheel) {
     EXPECT_THAT(log, ElementsAre("wheel"));
 }
 
-TEST_F(QtWaitingTest, ATouchBecomesAHeldClick) {
+TEST_F(QtWaitingTest, ATouchIsNotAcceptedAndItsClickIsHeld) {
     NotingWindow window(log);
     std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
     (void)waitAnd([&] {
@@ -207,7 +209,8 @@ TEST_F(QtWaitingTest, ATouchBecomesAHeldClick) {
         const auto touch = [&](QEvent::Type type, QEventPoint::State state) {
             QTouchEvent event(type, screen.get(), {}, {{1, state, at, at}});
             QCoreApplication::sendEvent(window.windowHandle(), &event);
-            EXPECT_FALSE(event.isAccepted()) << "so that Qt converts it to a mouse event";
+            EXPECT_FALSE(event.isAccepted())
+                << "Qt converts only unaccepted touches to mouse events";
         };
         touch(QEvent::TouchBegin, QEventPoint::Pressed);
         touch(QEvent::TouchEnd, QEventPoint::Released);
@@ -253,7 +256,7 @@ TEST_F(QtWaitingTest, AShortcutPressedDuringAWaitRunsAfterwards) {
     EXPECT_EQ(activated, 1);
 }
 
-TEST_F(QtWaitingTest, ADestroyedWindowReceivesNothing) {
+TEST_F(QtWaitingTest, HeldInputForADestroyedWindowIsDropped) {
     auto gone = std::make_unique<NotingWindow>(log, "gone ");
     NotingWindow other(log, "other ");
     (void)waitAnd([&] {
@@ -265,7 +268,7 @@ TEST_F(QtWaitingTest, ADestroyedWindowReceivesNothing) {
     EXPECT_THAT(log, ElementsAre("other press"));
 }
 
-TEST_F(QtWaitingTest, HoldsAResize) {
+TEST_F(QtWaitingTest, HoldsAResizeAndDeliversItWhenTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.windowHandle()->resize(200, 100); });
     EXPECT_THAT(log, IsEmpty());
@@ -308,7 +311,7 @@ TEST_F(QtWaitingTest, AHandlerOfHeldInputMayWaitAgain) {
     EXPECT_THAT(log, ElementsAre("press", "handler returns", "key a", "key b"));
 }
 
-TEST_F(QtWaitingTest, TimersFireAfterwardsAsAfterALongHandler) {
+TEST_F(QtWaitingTest, DueTimersFireOnceAfterAWait) {
     int ticks = 0;
     const auto timer = loop.every(10ms, [&] { ++ticks; });
     int once = 0;
@@ -317,11 +320,11 @@ TEST_F(QtWaitingTest, TimersFireAfterwardsAsAfterALongHandler) {
     EXPECT_EQ(ticks, 0);
     EXPECT_EQ(once, 0);
     loop.yield();
-    EXPECT_EQ(ticks, 1) << "a due timer fires once, without delay";
+    EXPECT_EQ(ticks, 1) << "a due timer must fire once, at the first yield";
     EXPECT_EQ(once, 1);
 }
 
-TEST_F(QtWaitingTest, ClosingAWindowEndsTheWaitAndClosesItWhenTheLoopContinues) {
+TEST_F(QtWaitingTest, ARequestToCloseAWindowEndsTheWaitAndIsDeliveredWhenTheLoopContinues) {
     NotingWindow window(log);
     const auto begin = loop.now();
     EXPECT_EQ(waitAnd([&] { window.close(); }, 1h), Outcome::ended);
@@ -331,7 +334,7 @@ TEST_F(QtWaitingTest, ClosingAWindowEndsTheWaitAndClosesItWhenTheLoopContinues) 
     EXPECT_THAT(log, ElementsAre("close"));
 }
 
-TEST_F(QtWaitingTest, ACloseIsDeliveredBeforeOtherInput) {
+TEST_F(QtWaitingTest, ARequestToCloseIsDeliveredBeforeOtherHeldInput) {
     NotingWindow window(log);
     (void)waitAnd(
         [&] {
@@ -343,7 +346,7 @@ TEST_F(QtWaitingTest, ACloseIsDeliveredBeforeOtherInput) {
     EXPECT_THAT(log, ElementsAre("close", "press"));
 }
 
-TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
+TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.close(); }, 1h);
     const auto begin = loop.now();
@@ -351,13 +354,13 @@ TEST_F(QtWaitingTest, AfterACloseFurtherWaitsEndEarlyUntilTheLoopContinues) {
     for (int further = 0; further < 20; ++further) {
         EXPECT_EQ(waiting.wait(never, 1h), Outcome::ended);
     }
-    EXPECT_LT(loop.now() - begin, 1s) << "all further waits together";
+    EXPECT_LT(loop.now() - begin, 1s) << "all further waits together took too long";
     Completion done;
     done.complete();
-    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "completed work is still accepted";
+    EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "completed work was not accepted";
     goOn();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
-        << "the window was not closed, so waits last for their bound again";
+        << "the window ignored the close, so a wait must last for its bound again";
 }
 
 TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {
@@ -375,14 +378,14 @@ TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {
     EXPECT_THAT(log, ElementsAre("end", "press"));
 }
 
-/// Simulates the bridge to assistive programs, whose calls press buttons.
+/// Simulates Qt's bridge to assistive programs, through which such a program can press buttons.
 class Bridge : public QDBusVirtualObject {
   public:
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage&, const QDBusConnection&) override { return false; }
 };
 
-TEST_F(QtWaitingTest, ACallFromOutsideRunsNoHandlerMeanwhile) {
+TEST_F(QtWaitingTest, ACallFromAnAssistiveProgramRunsNoHandlerDuringAWait) {
     Bridge bridge;
     int calls = 0;
     QMetaObject::invokeMethod(
@@ -393,10 +396,10 @@ TEST_F(QtWaitingTest, ACallFromOutsideRunsNoHandlerMeanwhile) {
     QMetaObject::invokeMethod(
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     goOn();
-    EXPECT_EQ(calls, 1) << "outside of waits the call is handled";
+    EXPECT_EQ(calls, 1) << "a call outside of a wait was not handled";
 }
 
-TEST_F(QtWaitingTest, ASecondWaitAfterTheFirstIsAllowed) {
+TEST_F(QtWaitingTest, CanWaitAgainAfterAWaitHasEnded) {
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
     EXPECT_EQ(waitAnd([] {}), Outcome::late);
 }

@@ -17,7 +17,7 @@ class Later final : public QObject {
 
   private:
     void timerEvent(QTimerEvent*) override {
-        // The work may destroy the context, and this object with it.
+        // The work may destroy the context, which would also destroy this object.
         const std::function<void()> work = std::move(work_);
         delete this;
         work();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs work of the logic after the current event has been handled. The work never runs within a
-// wait (qt_waiting.h); a queued call would, and so would QTimer's single shot without a delay,
-// which is a queued call.
+// wait (qt_waiting.h). A queued call would run within a wait, and QTimer::singleShot() without a
+// delay is a queued call.
 #pragma once
 
 #include <functional>
@@ -10,8 +10,8 @@ class QObject;
 
 namespace sonarith {
 
-/// Runs `work` once control is back in an event loop, including that of a yield; never if `context`
-/// is destroyed before.
+/// Runs `work` once control is back in an event loop, including that of a yield. Never runs it if
+/// `context` is destroyed before.
 void runLater(QObject& context, std::function<void()> work);
 
 } // namespace sonarith

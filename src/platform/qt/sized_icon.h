@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An icon that is drawn at any size and reports a list of sizes: the desktop's panels query that
-// list, and would otherwise receive two sizes to scale.
+// An icon that can be drawn at any size and that reports a list of sizes. Panels of the desktop
+// query that list; without it they would receive the icon at only two sizes and would have to scale
+// it.
 #pragma once
 
 #include <QIcon>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transactions of the settings store: their effect on the file, on readers and after a kill.
+// Tests transactions of the settings store: their effect on the file and on readers, and the file
+// after a kill.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -29,7 +30,8 @@ namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-/// Counts how often a file with this name is created in a folder or renamed into it.
+/// Counts how often a file with this name is created in a folder, renamed into the folder or
+/// changed there.
 class ReplacementCount {
   public:
     ReplacementCount(const fs::path& folder, std::string name)
@@ -79,7 +81,7 @@ class StoreTransactionTest : public ::testing::Test {
     fakes::TempFolder temp_;
 };
 
-TEST_F(StoreTransactionTest, WritesSeveralChangesAsOneReplacement) {
+TEST_F(StoreTransactionTest, WritesSeveralChangesInOneReplacementOfTheFile) {
     IniSettingsStore store(folder());
     put(store, "HDWarning", "0");
     ReplacementCount replacements(temp_.path(), fileName);
@@ -151,7 +153,7 @@ TEST_F(StoreTransactionTest, WritesNothingIfAllValuesAreOnDisk) {
     EXPECT_EQ(replacements.sinceLastAsked(), 0);
 }
 
-TEST_F(StoreTransactionTest, KeepsWhatAnotherProgramWroteMeanwhile) {
+TEST_F(StoreTransactionTest, KeepsWhatAnotherProgramWroteDuringTheTransaction) {
     IniSettingsStore store(folder());
     put(store, "HDWarning", "0");
     {
@@ -186,7 +188,7 @@ TEST_F(StoreTransactionTest, AKillDuringATransactionLeavesTheOldFile) {
     EXPECT_EQ(test::entriesIn(temp_.path()), 1);
 }
 
-TEST_F(StoreTransactionTest, AKillAtItsEndLeavesTheOldOrTheNewFile) {
+TEST_F(StoreTransactionTest, AKillAtTheEndOfATransactionLeavesTheOldOrTheNewFile) {
     for (int round = 0; round < 5; ++round) {
         test::ReportingChild child([this](const auto& report) {
             IniSettingsStore store(folder());
@@ -227,7 +229,7 @@ TEST_F(StoreTransactionTest, ValuesOfAFailedWriteStayValidAndTheWriteIsRetried) 
                       put(store, "second", "2");
                   }
                   if (fileText() != before || read(store, "second") != "2") {
-                      return 1; // neither all nor a part of it was written
+                      return 1; // the values were written in spite of the full disk, or were lost
                   }
                   limit.rlim_cur = unlimited;
                   ::setrlimit(RLIMIT_FSIZE, &limit);

@@ -8,7 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// Lone surrogates from here to here + 0x7F represent the bytes 0x80 to 0xFF.
+/// The lone surrogates from firstByteSurrogate to lastByteSurrogate represent the bytes 0x80 to
+/// 0xFF.
 constexpr char16_t firstByteSurrogate = 0xDC80;
 constexpr char16_t lastByteSurrogate = 0xDCFF;
 constexpr char16_t byteSurrogateBase = 0xDC00;

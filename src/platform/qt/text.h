@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts between the logic's texts and the desktop's: UTF-8 bytes and QString. File names are
-// bytes that need not be UTF-8; a conversion to QString and back preserves them. Display rules are
-// in mnemonics.h.
+// Converts between the logic's texts (UTF-8 bytes) and the desktop's (QString). File names are
+// bytes that need not be UTF-8; a conversion to QString and back preserves them. mnemonics.h
+// prepares texts for display.
 #pragma once
 
 #include <string>
@@ -11,8 +11,8 @@
 
 namespace sonarith {
 
-/// Each byte that is not part of valid UTF-8 becomes a lone low surrogate, U+DC00 + byte, which no
-/// valid text contains.
+/// Each byte that is not part of valid UTF-8 becomes the lone low surrogate U+DC00 + byte. Valid
+/// text contains no lone surrogates.
 [[nodiscard]] QString toQString(std::string_view text);
 
 /// The inverse of toQString. A lone surrogate that represents no such byte becomes U+FFFD.

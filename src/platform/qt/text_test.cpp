@@ -36,12 +36,12 @@ TEST(Text, EveryPairOfBytesSurvivesTheRoundTrip) {
     }
 }
 
-TEST(Text, AnEncodedSurrogateIsNotConvertedToTheByteItWouldRepresent) {
+TEST(Text, ASurrogateEncodedInUtf8IsConvertedByteByByteAndBack) {
     EXPECT_EQ(toText(toQString("\xED\xB3\xA9")), "\xED\xB3\xA9");
     EXPECT_EQ(toQString("\xED\xB3\xA9").size(), 3);
 }
 
-TEST(Text, ALoneSurrogateThatIsNoByteBecomesTheReplacementCharacter) {
+TEST(Text, ALoneSurrogateThatRepresentsNoByteBecomesTheReplacementCharacter) {
     EXPECT_EQ(toText(QString(QChar(0xD800))), "\xEF\xBF\xBD");
     EXPECT_EQ(toText(QString(QChar(0xDD00))), "\xEF\xBF\xBD");
 }

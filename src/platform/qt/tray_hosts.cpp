@@ -13,8 +13,8 @@
 namespace sonarith {
 namespace {
 
-// freedesktop.org, StatusNotifierItem; every desktop uses this name for the watcher, which differs
-// from the one in that document.
+// The watcher is the registry of status notifiers (freedesktop.org, StatusNotifierItem). Every
+// desktop uses this name for it, although that document specifies another name.
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
@@ -45,12 +45,13 @@ void TrayHosts::watchBus() {
             [this](const QString& /*name*/, const QString& former, const QString& present) {
                 followOwner(former, present);
             });
-    // From any sender: to select one sender, a query that waits for its reply would be necessary.
+    // The signals are accepted from any sender: to select one sender, a query that waits for its
+    // reply would be necessary.
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus_->connect(QString(), watcherPath, watcherName, QLatin1String(signal), &recheck_,
                       SLOT(start()));
     }
-    // The signal that this connection was closed.
+    // Qt sends this signal when the connection to the bus was closed.
     bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                   &recheck_, SLOT(start()));

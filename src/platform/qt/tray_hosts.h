@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Detects the panels that show icons: a host of status notifiers on the session bus, or a panel
-// that embeds windows under X11. It shows no icon.
+// Detects the panels that show tray icons: a host of status notifiers on the session bus, or a
+// panel that embeds windows under X11. Shows no icon itself.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@
 namespace sonarith {
 
 /// Never waits for a reply from the bus: a bus or a panel that hangs is treated as missing until it
-/// replies. For the user-interface thread.
+/// replies. Use it only on the user-interface thread.
 class TrayHosts : public QObject {
   public:
     struct Sources {
@@ -28,20 +28,21 @@ class TrayHosts : public QObject {
 
     explicit TrayHosts(Sources sources);
 
-    /// Connects to the bus and watches it from now on. Does nothing if it already does.
+    /// Connects to the bus and watches it from now on. Does nothing if the bus is already watched.
     void watchBus();
-    /// Turns polling of embedding() on or off; once a second. Polling is necessary because Qt
-    /// reports no event of the X server when embedding() changes.
+    /// Turns polling of embedding() on or off; the period is one second. Polling is necessary
+    /// because Qt reports no event of the X server when embedding() changes.
     void pollEmbedding(bool poll);
 
     /// Whether a host of status notifiers is registered; false until the bus has replied.
     [[nodiscard]] bool statusNotifier() const { return statusNotifier_; }
     [[nodiscard]] bool embedding() const { return sources_.embedding(); }
 
-    /// statusNotifier() or embedding() has changed.
+    /// statusNotifier() has changed, or polling has detected a change of embedding().
     Signal<> changed;
-    /// Another process has replaced the watcher of status notifiers without a gap between the two.
-    /// Icons that were registered with the previous watcher are not registered with the new one.
+    /// Another process has replaced the watcher (the registry of status notifiers) without a time
+    /// in which none existed. Icons that were registered with the previous watcher are not
+    /// registered with the new one.
     Signal<> watcherReplaced;
 
   private:

@@ -14,7 +14,7 @@ using test::NotifierWatcher;
 using test::PrivateBus;
 
 constexpr int patienceMilliseconds = 30'000;
-/// Longer than any reply on an idle bus takes; a test that expects no reply waits this long.
+/// A reply on an idle bus takes less time than this; a test that expects no change waits this long.
 constexpr int quietMilliseconds = 300;
 
 class TrayHostsTest : public testing::Test {
@@ -40,7 +40,7 @@ class TrayHostsTest : public testing::Test {
     Connection countedToo = hosts.watcherReplaced.connect([this] { ++replacements; });
 };
 
-TEST_F(TrayHostsTest, DetectsNoHostBeforeItWatches) {
+TEST_F(TrayHostsTest, DetectsNoHostBeforeItWatchesTheBus) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     QTest::qWait(quietMilliseconds);
@@ -83,7 +83,7 @@ TEST_F(TrayHostsTest, AHostMayAppearLaterDisappearAndReappear) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, AHostRemainsWhenOneOfTwoLeaves) {
+TEST_F(TrayHostsTest, TheHostIsStillPresentWhenOneOfSeveralHostsDisappears) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -98,7 +98,7 @@ TEST_F(TrayHostsTest, AHostRemainsWhenOneOfTwoLeaves) {
     EXPECT_EQ(replacements, 0);
 }
 
-TEST_F(TrayHostsTest, AWatcherMayTakeOverFromAnotherAtOnce) {
+TEST_F(TrayHostsTest, AWatcherThatReplacesAnotherIsQueriedAndReported) {
     NotifierWatcher first(bus);
     NotifierWatcher second(bus);
     first.setHost(true);
@@ -116,7 +116,7 @@ TEST_F(TrayHostsTest, AWatcherMayTakeOverFromAnotherAtOnce) {
     EXPECT_EQ(replacements, 1);
 }
 
-TEST_F(TrayHostsTest, AWatcherThatTakesOverMayHaveNoHost) {
+TEST_F(TrayHostsTest, AWatcherWithoutAHostThatReplacesAnotherRemovesTheHost) {
     NotifierWatcher first(bus);
     const NotifierWatcher second(bus);
     first.setHost(true);
@@ -138,7 +138,7 @@ TEST_F(TrayHostsTest, AWatcherThatHangsCountsAsNoHostUntilItReplies) {
     EXPECT_TRUE(changesTo(true));
 }
 
-TEST_F(TrayHostsTest, LosingTheBusRemovesItsHost) {
+TEST_F(TrayHostsTest, LosingTheBusConnectionRemovesTheHost) {
     NotifierWatcher watcher(bus);
     watcher.setHost(true);
     hosts.watchBus();
@@ -147,7 +147,7 @@ TEST_F(TrayHostsTest, LosingTheBusRemovesItsHost) {
     EXPECT_TRUE(changesTo(false));
 }
 
-TEST_F(TrayHostsTest, WithoutABusThereIsNoHost) {
+TEST_F(TrayHostsTest, DetectsNoHostWithoutABus) {
     bus.kill();
     hosts.watchBus();
     QTest::qWait(quietMilliseconds);
@@ -155,7 +155,7 @@ TEST_F(TrayHostsTest, WithoutABusThereIsNoHost) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(TrayHostsTest, LooksForEmbeddingPanelsOnlyWhilePolling) {
+TEST_F(TrayHostsTest, NotifiesOfEmbeddingPanelsOnlyWhilePolling) {
     embedding = true;
     EXPECT_TRUE(hosts.embedding());
     QTest::qWait(1500);

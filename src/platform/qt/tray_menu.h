@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The menu of the icon in the desktop's panel: MenuItem models as a menu that Qt opens itself or
-// exports to the panel over the bus.
+// The menu of the icon in the desktop's panel: shows MenuItem models in a menu that Qt either opens
+// itself or exports to the panel over the bus.
 #pragma once
 
 #include <vector>
@@ -14,8 +14,9 @@ namespace sonarith {
 class TrayMenu : public QMenu {
   public:
     /// Shows the entries of `heading`, which have no submenus; heading and entries must outlive
-    /// this object. An entry's click runs in the event loop and not within the panel's request:
-    /// the panel would wait, and the click may take long, remove the icon or end the program.
+    /// this object. The click handler of an entry runs later in the event loop and not within the
+    /// panel's request, because the panel waits for the end of that request, and the handler may
+    /// take long, remove the icon or end the program.
     explicit TrayMenu(MenuItem& heading);
 
   private:

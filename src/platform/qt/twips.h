@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts between the logic's unit of window measures and the desktop's: twips and
-// device-independent pixels. The desktop scales its pixels on high-resolution screens; physical
-// pixels are unknown here.
+// Converts between twips (the logic's unit of length for windows) and device-independent pixels
+// (the desktop's unit). The desktop converts these to the physical pixels of high-resolution
+// screens.
 #pragma once
 
 #include "platform/controls/twips.h"
 
 namespace sonarith {
 
-/// 1440 twips and 96 logical pixels to the inch.
+/// An inch has 1440 twips and 96 device-independent pixels.
 inline constexpr int twipsPerPixel = 1440 / 96;
 
 [[nodiscard]] constexpr Twips toTwips(int pixels) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blanks at the ends of texts. A blank is character code 32 only, not a tab, a line end or another
-// space.
+// Finds and removes blanks at the ends of texts. Only character code 32 is a blank, not a tab, a
+// line end or another space.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace sonarith {
 
-/// True for the empty text, too.
+/// Also true for the empty text.
 [[nodiscard]] inline bool holdsOnlyBlanks(std::string_view text) {
     return text.find_first_not_of(' ') == std::string_view::npos;
 }

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Blanks, AreRemovedAtBothEndsOrAtTheEnd) {
+TEST(Blanks, AreRemovedAtBothEndsOrOnlyAtTheEnd) {
     EXPECT_EQ(withoutBlanksAround("  a b  "), "a b");
     EXPECT_EQ(withoutBlanksBehind("  a b  "), "  a b");
     EXPECT_EQ(withoutBlanksAround("ab"), "ab");
@@ -19,7 +19,7 @@ TEST(Blanks, AreRemovedAtBothEndsOrAtTheEnd) {
     EXPECT_FALSE(holdsOnlyBlanks(" a "));
 }
 
-TEST(Blanks, DoNotIncludeOtherCharacters) {
+TEST(Blanks, DoNotIncludeTabsLineEndsNulsAndOtherSpaces) {
     using namespace std::string_literals;
     for (const std::string& other : {"\t"s, "\n"s, "\0"s, "\xc2\xa0"s}) {
         EXPECT_FALSE(holdsOnlyBlanks(other));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the reply from a fixed reply buffer. Not for ordinary text: a buffer without a NUL means
-// that no reply was written.
+// Returns the reply in a buffer of fixed size. Not for ordinary text: a text without a NUL gives an
+// empty result, because a buffer without a NUL means that no reply was written.
 #pragma once
 
 #include <string>

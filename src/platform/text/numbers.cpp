@@ -29,8 +29,9 @@ std::size_t digitsAt(std::string_view text, std::size_t position) {
     return end - position;
 }
 
-/// Length of the number at the start of `text`, 0 if there is none: a sign, digits with at most one
-/// decimal point, and an exponent if digits follow its letter.
+/// Length of the number at the start of `text`, 0 if there is none. A number is an optional sign,
+/// digits with at most one decimal point, and an optional exponent (a letter, an optional sign and
+/// digits).
 std::size_t numberLength(std::string_view text) {
     std::size_t end = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
     std::size_t digits = digitsAt(text, end);
@@ -56,8 +57,8 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// Whether the absolute value of the number is less than 1: written as 0.ddd times a power of ten,
-/// it has an exponent of 0 or less. For numbers other than 0.
+/// Whether the absolute value of the number is less than 1, which is true if the number, written as
+/// 0.ddd times a power of ten, has an exponent of 0 or less. Not for the number 0.
 bool isBelowOne(std::string_view number) {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -83,8 +84,8 @@ bool isBelowOne(std::string_view number) {
     return power + exponent <= 0;
 }
 
-/// The value of a text that numberLength() accepts as a whole; nothing if it exceeds the range of
-/// double.
+/// The value of a text that numberLength() accepts as a whole; empty if the value is beyond the
+/// range of double.
 std::optional<double> valueOf(std::string_view number) {
     if (number.front() == '+') {
         number.remove_prefix(1); // from_chars does not accept a plus sign

@@ -43,7 +43,7 @@ TEST(NumberOf, IsZeroWithoutANumber) {
               0);
 }
 
-TEST(NumberOf, IsZeroForANumberBeyondDouble) {
+TEST(NumberOf, IsZeroForANumberBeyondTheRangeOfDouble) {
     EXPECT_EQ(numberOf("1e999"), 0);
     EXPECT_EQ(numberOf(std::string(100000, '9')), 0);
 }
@@ -58,7 +58,7 @@ TEST(ToDouble, RequiresTheWholeTextToBeANumber) {
     }
 }
 
-TEST(ToDouble, OverflowsBeyondItsRangeAndIsZeroBelowIt) {
+TEST(ToDouble, OverflowsForTooLargeNumbersAndIsZeroForTooSmallOnes) {
     EXPECT_EQ(toDouble("1e999").error().number, ErrorNumber::overflow);
     EXPECT_EQ(toDouble("-1e999").error().number, ErrorNumber::overflow);
     EXPECT_EQ(toDouble("1e-999").value(), 0);
@@ -81,7 +81,7 @@ TEST(ToInteger16, RoundsHalvesToTheEvenInteger) {
     EXPECT_EQ(toInteger16(" 100 ").value(), 100);
 }
 
-TEST(ToInteger16, OverflowsWhereTheRoundedNumberDoesNotFit) {
+TEST(ToInteger16, OverflowsIfTheRoundedNumberDoesNotFit) {
     EXPECT_EQ(toInteger16("32767.4").value(), 32767);
     EXPECT_EQ(toInteger16("-32768.5").value(), -32768);
     for (const char* text : {"32767.5", "70000", "-32769", "1e300"}) {
@@ -90,12 +90,12 @@ TEST(ToInteger16, OverflowsWhereTheRoundedNumberDoesNotFit) {
     }
 }
 
-TEST(ToInteger16, ReportsAMismatchForLettersInANumber) {
+TEST(ToInteger16, ReportsATypeMismatchForATextThatIsNoNumber) {
     EXPECT_EQ(toInteger16("1o0").error().number, ErrorNumber::typeMismatch);
     EXPECT_EQ(toInteger16("").error().number, ErrorNumber::typeMismatch);
 }
 
-TEST(ToInteger32, HoldsThirtyTwoBits) {
+TEST(ToInteger32, OverflowsOnlyBeyondThirtyTwoBits) {
     EXPECT_EQ(toInteger32("2147483647").value(), 2147483647);
     EXPECT_EQ(toInteger32("-2147483648").value(), -2147483648);
     EXPECT_EQ(toInteger32("2147483647.5").error().number, ErrorNumber::overflow);

@@ -7,7 +7,8 @@ namespace sonarith {
 
 namespace {
 
-/// Whether the quotes of a value are closed and no backslash is left without a character after it.
+/// Whether the quotes of a value are closed and a character follows each backslash that starts an
+/// escape.
 bool isClosed(std::string_view value) {
     bool quoted = false;
     for (std::size_t i = 0; i < value.size(); ++i) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks the bytes of a settings file before they are used. It reads no values and no keys; it
-// distinguishes a complete file of our format from a truncated file and from a foreign one.
+// Checks the bytes of a settings file before they are used. Distinguishes a complete settings file
+// from a truncated one and from a file of another format. Reads no values and no keys.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +18,10 @@ enum class StoreFileState {
 /// the program writes contains a playlist of about 100,000 paths.
 inline constexpr std::size_t longestStoreFileBytes = 64 * 1024 * 1024;
 
-/// The format: UTF-8 without NUL; each line ends with a line feed and is blank, a comment (';';
-/// QSettings reads '#' as the start of a key), a section in brackets, or a key, '=' and a value
-/// with balanced quotes that does not end in a single backslash. An empty file is complete.
+/// The format: UTF-8 without NUL; each line ends with a line feed and is one of these: a blank
+/// line; a comment, which starts with ';' (not with '#', which QSettings reads as the start of a
+/// key); a section in brackets; or a key, '=' and a value. The quotes of a value are balanced, and
+/// a value does not end in a single backslash. An empty file is complete.
 [[nodiscard]] StoreFileState checkStoreFile(std::string_view bytes);
 
 } // namespace sonarith

@@ -8,19 +8,19 @@
 namespace sonarith {
 namespace {
 
-TEST(CheckStoreFile, AcceptsOurOwnFormAsComplete) {
+TEST(CheckStoreFile, AcceptsFilesThatTheProgramWritesAsComplete) {
     EXPECT_EQ(checkStoreFile(""), StoreFileState::whole);
     EXPECT_EQ(checkStoreFile("[Settings]\nAudio%20format=1\nDecodePath=C:\\\\Music\n\n[music]\n"
                              "1=\"a, b; \\\"c\\\"\"\n2=@ByteArray(\\xff)\nempty=\n"),
               StoreFileState::whole);
 }
 
-TEST(CheckStoreFile, AcceptsWhatATextEditorAdds) {
+TEST(CheckStoreFile, AcceptsAByteOrderMarkBlanksAndCarriageReturnsOfATextEditor) {
     EXPECT_EQ(checkStoreFile("\xef\xbb\xbf; mine\r\n[Settings]\r\n  HDWarning = 0\r\n"),
               StoreFileState::whole);
 }
 
-TEST(CheckStoreFile, DetectsATornEnd) {
+TEST(CheckStoreFile, DetectsAFileThatEndsWithinALine) {
     const std::string whole = "[Settings]\nDecodePath=C:\\\\Mus\n1=\"a b\"\n";
     for (std::size_t cut = 1; cut < whole.size(); ++cut) {
         const std::string part = whole.substr(0, cut);
@@ -28,12 +28,12 @@ TEST(CheckStoreFile, DetectsATornEnd) {
     }
 }
 
-TEST(CheckStoreFile, DetectsAValueThatWasCutWithinItsLine) {
+TEST(CheckStoreFile, DetectsAnOpenQuoteOrABackslashAtTheEndOfAValue) {
     EXPECT_EQ(checkStoreFile("[Settings]\nkey=\"open\nnext=1\n"), StoreFileState::torn);
     EXPECT_EQ(checkStoreFile("[Settings]\nkey=C:\\\n"), StoreFileState::torn);
 }
 
-TEST(CheckStoreFile, TreatsEverythingElseAsForeign) {
+TEST(CheckStoreFile, TreatsFilesOfOtherFormatsAsForeign) {
     for (const std::string& bytes :
          {std::string("just some text\n"), std::string("[Settings\n"), std::string("=value\n"),
           std::string("# no comment of this form\n[Settings]\n"),

@@ -9,8 +9,8 @@ namespace sonarith {
 
 namespace {
 
-/// The value of a stray byte (one that is not part of valid UTF-8) is this plus the byte. Code
-/// points end at 0x10FFFF.
+/// The value of a stray byte (a byte that is not part of valid UTF-8) is strayByteBase plus the
+/// byte. It differs from all code points, which end at 0x10FFFF.
 constexpr std::int32_t strayByteBase = 0x110000;
 
 /// One character at the start of a text: its value and its length in bytes.
@@ -19,11 +19,12 @@ struct Character {
     std::size_t length;
 };
 
-/// For a text that is empty or does not start with a character: no value, and a length of 0.
+/// The character at the start of the text. Its length is 0 and its value meaningless if the text is
+/// empty or does not start with valid UTF-8.
 Character wellFormedCharacter(std::string_view text) {
     utf8proc_int32_t codePoint = -1;
-    // The longest character has four bytes; the bound also keeps the length within the library's
-    // signed type.
+    // The longest character has four bytes. The limit also ensures that the length fits into the
+    // library's signed type.
     const std::string_view window = text.substr(0, 4);
     const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(window.data()),
                                          static_cast<utf8proc_ssize_t>(window.size()), &codePoint);
@@ -95,8 +96,9 @@ std::string caseFolded(std::string_view text) {
         if (character.value >= strayByteBase) {
             folded += text.front();
         } else {
-            // Lower case first: the dotted capital I (U+0130) folds to two characters but
-            // lower-cases to one, and a lower-cased path must still find its file.
+            // The character is lower-cased before it is folded: the dotted capital I (U+0130) folds
+            // to two characters, but its lower case folds to one. Without this step, a path and its
+            // lower case would have different keys.
             std::array<utf8proc_int32_t, 4> parts{};
             int boundClass = 0;
             const auto count = utf8proc_decompose_char(

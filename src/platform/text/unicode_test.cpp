@@ -10,7 +10,7 @@
 namespace sonarith {
 namespace {
 
-TEST(LowerCase, ChangesTheLettersOfEveryAlphabetOnly) {
+TEST(LowerCase, ChangesOnlyUpperCaseLettersOfEveryAlphabet) {
     EXPECT_EQ(lowerCase("C:\\Music\\Track 1.WAV"), "c:\\music\\track 1.wav");
     EXPECT_EQ(lowerCase("ÄÖÜ ΑΒΓ ЖЩ"), "äöü αβγ жщ");
     EXPECT_EQ(lowerCase("日本 ß 123"), "日本 ß 123");
@@ -56,7 +56,7 @@ TEST(EqualIgnoringCase, IsTrueForEveryCharacterAndItsLowerCase) {
     }
 }
 
-TEST(CharacterBytes, CountsOneWellFormedCharacter) {
+TEST(CharacterBytes, IsTheLengthOfTheFirstWellFormedCharacter) {
     EXPECT_EQ(characterBytes("az"), 1U);
     EXPECT_EQ(characterBytes("äz"), 2U);
     EXPECT_EQ(characterBytes("日本"), 3U);
@@ -73,13 +73,13 @@ TEST(CharacterBytes, IsZeroWithoutAWellFormedCharacter) {
     }
 }
 
-TEST(Characters, AreCountedAndCutByCodePointNotByByte) {
+TEST(Characters, AreCountedAndSplitByCodePointNotByByte) {
     EXPECT_EQ(characterCount("añ日"), 3U);
     EXPECT_EQ(leftCharacters("añ日b", 2), "añ");
     EXPECT_EQ(midCharacters("añ日b", 2, 2), "ñ日");
 }
 
-TEST(Characters, CountEachStrayByteAsOne) {
+TEST(Characters, IncludeEachStrayByteAsOneCharacter) {
     EXPECT_EQ(characterCount("\xff\xfe"
                              "a"),
               3U);
@@ -87,13 +87,13 @@ TEST(Characters, CountEachStrayByteAsOne) {
     EXPECT_NE(charactersOf("\xff"), charactersOf("\xfe"));
 }
 
-TEST(Characters, EndWhereTheTextEnds) {
+TEST(Characters, BeyondTheEndOfTheTextAreOmitted) {
     EXPECT_EQ(leftCharacters("ab", 9), "ab");
     EXPECT_EQ(midCharacters("ab", 2, 9), "b");
     EXPECT_EQ(midCharacters("ab", 5, 1), "");
 }
 
-TEST(IsValidUtf8, DistinguishesValidFromTornText) {
+TEST(IsValidUtf8, IsFalseForIncompleteCharactersAndStrayBytes) {
     EXPECT_TRUE(isValidUtf8("añ日\n"));
     EXPECT_TRUE(isValidUtf8(""));
     EXPECT_FALSE(isValidUtf8("a\xc3"));

@@ -21,7 +21,7 @@ struct Range {
     std::int32_t last;
 };
 
-/// One element of the pattern: a run of any characters, or one character.
+/// One element of the pattern, which matches either a run of any characters or one character.
 struct Element {
     enum class Kind { run, anyOne, inList, notInList };
     Kind kind;
@@ -38,7 +38,7 @@ struct Element {
     }
 };
 
-/// The ranges between the brackets; nothing for a reversed range.
+/// The ranges in the text between two brackets; empty optional if a range is reversed.
 std::optional<std::vector<Range>> rangesOf(const Characters& list) {
     std::vector<Range> ranges;
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -57,7 +57,8 @@ std::optional<std::vector<Range>> rangesOf(const Characters& list) {
     return ranges;
 }
 
-/// The element for the text between two brackets; no ranges for an empty list.
+/// The element for the text between two brackets. It has no ranges if the text is empty. Empty
+/// optional if a range is reversed.
 std::optional<Element> listElement(Characters list) {
     const bool negated = list.size() > 1 && list.front() == '!';
     if (negated) {
@@ -70,7 +71,7 @@ std::optional<Element> listElement(Characters list) {
     return Element{negated ? Element::Kind::notInList : Element::Kind::inList, std::move(*ranges)};
 }
 
-/// Nothing for a pattern that matches no text.
+/// The elements of the pattern; empty optional if the pattern is malformed and so matches no text.
 std::optional<std::vector<Element>> elementsOf(const Characters& pattern) {
     std::vector<Element> elements;
     for (auto at = pattern.begin(); at != pattern.end(); ++at) {
@@ -110,7 +111,7 @@ bool matches(std::string_view text, std::string_view pattern) {
     const Characters characters = charactersOf(text);
     constexpr std::size_t none = static_cast<std::size_t>(-1);
     std::size_t element = 0;
-    std::size_t lastRun = none; // is extended by one character when the rest fails
+    std::size_t lastRun = none; // is extended by one character if the elements after it fail
     std::size_t lastRunEnd = 0;
     std::size_t i = 0;
     while (i < characters.size()) {
@@ -122,9 +123,9 @@ bool matches(std::string_view text, std::string_view pattern) {
             ++element;
             ++i;
         } else if (lastRun != none) {
-            // Only the last run needs to be extended: extending an earlier run could only skip
-            // characters that the last one matches as well. This prevents exponential backtracking
-            // on hostile patterns.
+            // Only the last run needs to be extended: by extending an earlier run, only characters
+            // could be skipped that the last run can match, too. This prevents exponential
+            // backtracking on hostile patterns.
             element = lastRun + 1;
             i = ++lastRunEnd;
         } else {

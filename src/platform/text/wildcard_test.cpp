@@ -42,7 +42,7 @@ TEST(Matches, ANumberSignMatchesOneDigit) {
     EXPECT_FALSE(matches("٣", "#"));
 }
 
-TEST(Matches, AListMatchesOneOfItsCharacters) {
+TEST(Matches, AListMatchesExactlyOneOfItsCharacters) {
     EXPECT_TRUE(matches("b", "[abc]"));
     EXPECT_TRUE(matches("q", "[a-z]"));
     EXPECT_TRUE(matches("5", "[a-c0-9x]"));
@@ -52,7 +52,7 @@ TEST(Matches, AListMatchesOneOfItsCharacters) {
     EXPECT_FALSE(matches("", "[ab]"));
 }
 
-TEST(Matches, ANegatedListMatchesOneCharacterNotInIt) {
+TEST(Matches, ANegatedListMatchesOneCharacterThatIsNotInTheList) {
     EXPECT_TRUE(matches("d", "[!abc]"));
     EXPECT_FALSE(matches("b", "[!a-c]"));
     EXPECT_FALSE(matches("", "[!a]"));
@@ -77,7 +77,7 @@ TEST(Matches, AHyphenFirstOrLastInAListStandsForItself) {
     EXPECT_FALSE(matches("A", "[--a]"));
 }
 
-TEST(Matches, AnExclamationMarkNotFirstInAListStandsForItself) {
+TEST(Matches, AnExclamationMarkThatNegatesNoListStandsForItself) {
     EXPECT_TRUE(matches("!", "!"));
     EXPECT_TRUE(matches("!", "[a!]"));
     EXPECT_TRUE(matches("!", "[!]"));

@@ -16,7 +16,8 @@ namespace sonarith {
 
 namespace {
 
-/// The bytes 80 to 9F, where the page differs from the code points of the same numbers. Source:
+/// The characters of the bytes 80 to 9F (hexadecimal). For all other bytes, the code point is the
+/// same number as the byte. Source:
 /// https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT
 constexpr unsigned char firstSpecial = 0x80;
 constexpr std::array<std::int32_t, 32> specials = {
@@ -42,7 +43,8 @@ char byteOf(std::int32_t character) {
     return ofSameNumber ? static_cast<char>(character) : '?';
 }
 
-/// Valid UTF-8, with each letter and its accents composed to one character where Unicode has one.
+/// Replaces each letter with accents by the accented letter if Unicode has one. `text` is valid
+/// UTF-8.
 std::string composed(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
     const utf8proc_ssize_t length =
@@ -50,7 +52,7 @@ std::string composed(std::string_view text) {
                      static_cast<utf8proc_ssize_t>(text.size()), &result,
                      static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
-    // Fails only when memory is exhausted; the text is then used unchanged.
+    // The library fails only when memory is exhausted; the text is then used unchanged.
     return length < 0 ? std::string(text)
                       : std::string(reinterpret_cast<const char*>(result),
                                     static_cast<std::size_t>(length));
@@ -60,8 +62,8 @@ bool isAccent(std::string_view character) {
     return utf8proc_get_property(charactersOf(character).front())->combining_class != 0;
 }
 
-/// Length in bytes of the character at the start of `text` including the accents after it; 0 for a
-/// byte that is not a character.
+/// Length in bytes of the character at the start of `text`, including the accents after it; 0 if
+/// the text does not start with valid UTF-8.
 std::size_t bytesWithAccents(std::string_view text) {
     std::size_t bytes = characterBytes(text);
     std::size_t next = bytes;
@@ -99,7 +101,8 @@ std::string windows1252Of(std::string_view text) {
         }
         const std::vector<std::int32_t> given = charactersOf(text.substr(0, length));
         const std::vector<std::int32_t> combined = charactersOf(composed(text.substr(0, length)));
-        // Unicode decomposes some characters that it does not compose again.
+        // The composition decomposes some characters and does not compose them again; the original
+        // characters are used for these.
         for (const std::int32_t character : combined.size() <= given.size() ? combined : given) {
             bytes += byteOf(character);
         }

@@ -16,7 +16,7 @@ std::string allBytes() {
     return bytes;
 }
 
-TEST(Windows1252, EveryByteIsOneCharacterAndSurvivesARoundTrip) {
+TEST(Windows1252, EveryByteBecomesOneCharacterAndSurvivesTheRoundTrip) {
     const std::string text = textOfWindows1252(allBytes());
     EXPECT_TRUE(isValidUtf8(text));
     EXPECT_EQ(characterCount(text), 256U);
@@ -27,7 +27,7 @@ TEST(Windows1252, EveryByteIsOneCharacterAndSurvivesARoundTrip) {
     }
 }
 
-TEST(Windows1252, HasItsOwnCharactersBetween80And9F) {
+TEST(Windows1252, DiffersFromUnicodeOnlyBetween80And9F) {
     EXPECT_EQ(textOfWindows1252("\x80\x8a\x8c\x92\x9f"), "€ŠŒ’Ÿ");
     EXPECT_EQ(windows1252Of("€ŠŒ’Ÿ"), "\x80\x8a\x8c\x92\x9f");
     EXPECT_EQ(textOfWindows1252("Z\xfcrich \xff\xa0"), "Zürich ÿ\xc2\xa0");
@@ -45,20 +45,21 @@ TEST(Windows1252, WritesAQuestionMarkForEachUnknownCharacter) {
     EXPECT_EQ(windows1252Of("a\xc5\x82\xe4\xb8\xad\xf0\x9f\x8e\xb5z"), "a???z");
     EXPECT_EQ(windows1252Of("\xff\xc3q\xe4\xb8"), "??q??");
     EXPECT_EQ(windows1252Of(""), "");
-    // A character that Unicode would decompose into two.
+    // A character that the composition of accents would decompose into two.
     EXPECT_EQ(windows1252Of("a\xe0\xa5\x98z"), "a?z");
 }
 
-TEST(Windows1252, ComposesAccents) {
+TEST(Windows1252, ComposesALetterAndItsAccentsIfTheyFollowDirectly) {
     EXPECT_EQ(windows1252Of("caf"
                             "e\xcc\x81 Zu\xcc\x88rich S\xcc\x8c A\xcc\x8a"),
               "caf\xe9 Z\xfcrich \x8a \xc5");
     EXPECT_EQ(windows1252Of("\xe2\x84\xab"), "\xc5"); // the angstrom sign
-    // An accent without a letter, or with a letter that has no such accented form.
+    // An accent without a letter, and an accent after a letter that has no such accented form,
+    // become "?".
     EXPECT_EQ(windows1252Of("\xcc\x81"
                             "b\xcc\x81"),
               "?b?");
-    // A byte that is not UTF-8 separates letter and accent.
+    // A byte that is not UTF-8 separates the letter from the accent.
     EXPECT_EQ(windows1252Of("e\xff\xcc\x81"), "e??");
 }
 
