@@ -21,7 +21,7 @@ TEST(FixedText, IsShownAsPlainTextWithAndWithoutABuddyWidget) {
     EXPECT_EQ(naming->accessibleName(), "Rock & Roll");
 }
 
-TEST(FixedText, AHeadingIsPalerThanItsValue) {
+TEST(FixedText, AHeadingIsPalerThanOtherTexts) {
     QWidget parent;
     const QLabel* heading = makeHeading("Tracks:", &parent);
     EXPECT_LT(heading->palette().color(QPalette::WindowText).alpha(),

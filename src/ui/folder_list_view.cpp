@@ -61,7 +61,7 @@ void FolderListView::read() {
     model_.show(folderRows(folders_.path(), folders_.subfolders()));
     const QModelIndex current = model_.index(model_.rows().current);
     setCurrentIndex(current);
-    // Also shows as many of its subfolders as fit.
+    // With the current folder at the top, as many of its subfolders as fit are visible.
     scrollTo(current, PositionAtTop);
 }
 
@@ -71,7 +71,8 @@ void FolderListView::enter(const QModelIndex& index) {
     }
     const std::string path = model_.rows().rows[static_cast<std::size_t>(index.row())].path;
     const bool wasThere = path == folders_.path();
-    // A folder that cannot be read or was removed is not entered.
+    // A folder that cannot be read or was removed is not entered; the list then shows the unchanged
+    // path again.
     if (!folders_.setPath(path).ok() || wasThere) {
         read();
     }

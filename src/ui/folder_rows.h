@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The rows of a list of folders: the path from the drive to the current folder, and its subfolders.
-// Pure logic; folder_list_view.h shows them.
+// Computes the rows of a list of folders: the folders from the drive to the current folder, and the
+// subfolders of the current folder. folder_list_view.h shows the rows.
 #pragma once
 
 #include <string>
@@ -20,8 +20,8 @@ struct FolderRows {
     int current = -1; ///< the row of the current folder; -1 without a path
 };
 
-/// `path` as DirListBox::path(); `subfolders` are the names of its folders in any order. They are
-/// sorted by name, ignoring case.
+/// `path` has the form of DirListBox::path(). `subfolders` are the names of the subfolders of
+/// `path` in any order; their rows are sorted by name, ignoring case.
 [[nodiscard]] FolderRows folderRows(const std::string& path,
                                     const std::vector<std::string>& subfolders);
 

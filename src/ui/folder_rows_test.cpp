@@ -18,20 +18,20 @@ TEST(FolderRows, AreTheDriveTheFoldersOfThePathAndTheSubfolders) {
     EXPECT_EQ(made.current, 2);
 }
 
-TEST(FolderRows, TheRootOfADriveKeepsItsBackslash) {
+TEST(FolderRows, KeepTheBackslashOfTheRootOfADrive) {
     const FolderRows made = folderRows("d:\\", {"albums"});
     EXPECT_THAT(made.rows,
                 ElementsAre(FolderRow{"d:\\", "d:\\", 0}, FolderRow{"albums", "d:\\albums", 1}));
     EXPECT_EQ(made.current, 0);
 }
 
-TEST(FolderRows, WithoutAPathThereAreNone) {
+TEST(FolderRows, AreEmptyWithoutAPath) {
     const FolderRows made = folderRows("", {});
     EXPECT_TRUE(made.rows.empty());
     EXPECT_EQ(made.current, -1);
 }
 
-TEST(FolderRows, SortingIgnoresTheCaseOfNonAsciiLettersToo) {
+TEST(FolderRows, AreSortedIgnoringTheCaseOfNonAsciiLetters) {
     std::vector<std::string> names;
     for (const FolderRow& row : folderRows("c:\\", {"\xC3\x96"
                                                     "c",

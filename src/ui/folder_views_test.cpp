@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two views with which a user chooses a folder: the list of folders and the list of drives.
+// Tests the two views with which a user chooses a folder: the list of folders and the list of
+// drives.
 #include <QTest>
 #include <gmock/gmock.h>
 
@@ -49,7 +50,7 @@ class FolderViewsTest : public testing::Test {
     DriveListView drives{drive, "Drive", &parent};
 };
 
-TEST_F(FolderViewsTest, TheListShowsThePathToItsFolderAndItsSubfolders) {
+TEST_F(FolderViewsTest, TheListShowsThePathToTheCurrentFolderAndTheSubfolders) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     EXPECT_EQ(list.currentIndex().row(), 1);
     EXPECT_EQ(list.accessibleName(), "Folder");
@@ -61,7 +62,7 @@ TEST_F(FolderViewsTest, AChangeOfFolderByCodeIsShown) {
     EXPECT_EQ(list.currentIndex().row(), 1);
 }
 
-TEST_F(FolderViewsTest, AClickSelectsAndADoubleClickEnters) {
+TEST_F(FolderViewsTest, AClickSelectsAFolderAndADoubleClickEntersIt) {
     int changes = 0;
     folder.onChange = [&] {
         ++changes;
@@ -77,7 +78,7 @@ TEST_F(FolderViewsTest, AClickSelectsAndADoubleClickEnters) {
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music"));
 }
 
-TEST_F(FolderViewsTest, CursorKeysSelectAndEnterEnters) {
+TEST_F(FolderViewsTest, ACursorKeySelectsAFolderAndTheReturnKeyEntersIt) {
     QTest::keyClick(&list, Qt::Key_Down);
     EXPECT_EQ(folder.path(), "c:\\music");
     QTest::keyClick(&list, Qt::Key_Return);
@@ -91,7 +92,7 @@ TEST_F(FolderViewsTest, AMissingFolderIsNotEntered) {
     EXPECT_EQ(list.currentIndex().row(), 1);
 }
 
-TEST_F(FolderViewsTest, F5AndShowingReadTheFolderAgain) {
+TEST_F(FolderViewsTest, F5AndShowingTheListReadTheFolderAgain) {
     disk.addFolder("c:\\music\\new");
     EXPECT_THAT(shown(), ElementsAre("c:\\", "music", "one", "two"));
     QTest::keyClick(&list, Qt::Key_F5);
@@ -104,7 +105,7 @@ TEST_F(FolderViewsTest, F5AndShowingReadTheFolderAgain) {
 
 TEST_F(FolderViewsTest, DeeperFoldersAreIndented) {
     const QImage image = list.viewport()->grab().toImage();
-    const auto firstInk = [&](int row) {
+    const auto firstDarkColumn = [&](int row) {
         const QRect place = list.visualRect(list.model()->index(row, 0));
         for (int x = 0; x < place.width(); ++x) {
             for (int y = place.top(); y <= place.bottom(); ++y) {
@@ -115,11 +116,11 @@ TEST_F(FolderViewsTest, DeeperFoldersAreIndented) {
         }
         return -1;
     };
-    EXPECT_GT(firstInk(2), firstInk(0) + 10);
-    EXPECT_EQ(firstInk(2), firstInk(3));
+    EXPECT_GT(firstDarkColumn(2), firstDarkColumn(0) + 10);
+    EXPECT_EQ(firstDarkColumn(2), firstDarkColumn(3));
 }
 
-TEST_F(FolderViewsTest, TheDrivesAreThoseThatExistWhenTheListOpens) {
+TEST_F(FolderViewsTest, TheListOfDrivesShowsTheDrivesThatExistWhenItOpens) {
     EXPECT_EQ(drives.currentText(), "c:");
     EXPECT_EQ(drives.accessibleName(), "Drive");
     disk.addFolder("e:\\");
@@ -140,7 +141,7 @@ TEST_F(FolderViewsTest, AChosenDriveBecomesTheControlsDrive) {
     EXPECT_EQ(drives.currentText(), "c:");
 }
 
-TEST_F(FolderViewsTest, AMissingDriveCannotBeChosenAndTheChosenOneStaysVisible) {
+TEST_F(FolderViewsTest, AMissingDriveCannotBeChosenButAChosenDriveStaysShownWhenRemoved) {
     drives.showPopup();
     disk.removeFolder("d:\\albums");
     disk.removeFolder("d:\\");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Connects a Form to the window that shows it: visibility, enabled state, caption, position
 // (relative to the primary screen's corner), size, region, and close requests of the window
-// manager. The contents of the window are not its task.
+// manager. Other classes create the contents of the window.
 #pragma once
 
 #include <functional>
@@ -22,7 +22,7 @@ class FormAdapter : public QObject {
                 std::function<void()> beforeResize = {});
 
     /// Makes the window's present size, with the frame that it will have, the form's designed size.
-    /// For a window whose contents determine its size. May wait for the window manager.
+    /// Called for a window whose contents determine its size. May wait for the window manager.
     void designSize();
 
   protected:
@@ -45,9 +45,9 @@ class FormAdapter : public QObject {
     QWidget& window_;
     QWidget& client_;
     std::function<void()> beforeResize_;
-    /// The last position on which window and form agreed; none at first. The window moves only when
-    /// the form sets another one; otherwise it stays where the window manager and the user have put
-    /// it.
+    /// The last position that was the same in the window and the form; 0 at first. The window is
+    /// moved only when the form sets another position. Otherwise it stays where the window manager
+    /// or the user has put it.
     Twips syncedLeft_;
     Twips syncedTop_;
     /// The same for the size, including the window's frame.

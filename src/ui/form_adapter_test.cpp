@@ -21,7 +21,7 @@ class FormAdapterTest : public testing::Test {
     FormAdapter adapter{form, window, window};
 };
 
-TEST_F(FormAdapterTest, TheWindowIsVisibleWhileTheFormIs) {
+TEST_F(FormAdapterTest, TheWindowIsVisibleWhileTheFormIsVisible) {
     EXPECT_FALSE(window.isVisible());
     form.show();
     EXPECT_TRUE(window.isVisible());
@@ -33,7 +33,7 @@ TEST_F(FormAdapterTest, TheWindowIsVisibleWhileTheFormIs) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsTheForm) {
+TEST_F(FormAdapterTest, ARequestOfTheWindowManagerToCloseUnloadsTheForm) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.push_back(window.isVisible() ? "query, seen" : "query");
@@ -48,7 +48,7 @@ TEST_F(FormAdapterTest, TheWindowManagersCloseUnloadsTheForm) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ACloseDuringAnUnloadDoesNothing) {
+TEST_F(FormAdapterTest, ARequestToCloseDuringAnUnloadDoesNothing) {
     int unloads = 0;
     form.onQueryUnload = [&] {
         ++unloads;
@@ -85,7 +85,7 @@ TEST_F(FormAdapterTest, TheFormIsNotifiedOfTheInnerSizeInTwips) {
     EXPECT_EQ(resizes, 1);
 }
 
-TEST_F(FormAdapterTest, WindowAndFormFollowEachOthersPosition) {
+TEST_F(FormAdapterTest, TheWindowMovesWithTheFormAndTheFormWithTheWindow) {
     const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
     ASSERT_EQ(corner, QPoint(800, 100));
     form.show();
@@ -96,14 +96,15 @@ TEST_F(FormAdapterTest, WindowAndFormFollowEachOthersPosition) {
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(300));
     EXPECT_EQ(form.top(), Twips(450));
-    // On the other screen, beside the primary one.
+    // The window is now on the other screen, to the left of the primary screen and above its
+    // corner.
     window.move(0, 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(form.left(), Twips(-800 * 15));
     EXPECT_EQ(form.top(), Twips(-100 * 15));
 }
 
-TEST_F(FormAdapterTest, AWindowPositionedByItsLoadStepIsOnThePrimaryScreen) {
+TEST_F(FormAdapterTest, APositionSetByTheLoadStepIsRelativeToThePrimaryScreen) {
     form.onLoad = [&] {
         form.setLeft(1500_twips);
         form.setTop(750_twips);
@@ -123,7 +124,7 @@ TEST_F(FormAdapterTest, AChangeOfCaptionDoesNotMoveTheWindowBack) {
     EXPECT_EQ(window.pos(), QPoint(20, 30));
 }
 
-TEST_F(FormAdapterTest, TheLogicResizesTheWindow) {
+TEST_F(FormAdapterTest, TheWindowIsResizedWithTheFormAndTheFormWithTheWindow) {
     form.show();
     form.setWidth(4500_twips);
     form.setHeight(3000_twips);
@@ -164,7 +165,7 @@ TEST_F(FormAdapterTest, TheFormHasTheSizeWithTheFrameThatTheWindowGets) {
     EXPECT_EQ(form.height(), 3000_twips);
 }
 
-TEST_F(FormAdapterTest, ADisabledFormDisablesItsWidgets) {
+TEST_F(FormAdapterTest, ADisabledFormDisablesTheWindowUntilTheNextLoad) {
     form.show();
     form.setEnabled(false);
     EXPECT_FALSE(window.isEnabled());
@@ -173,7 +174,7 @@ TEST_F(FormAdapterTest, ADisabledFormDisablesItsWidgets) {
     EXPECT_TRUE(window.isEnabled());
 }
 
-TEST_F(FormAdapterTest, AWindowOpensInItsDesignedSizeEachTime) {
+TEST_F(FormAdapterTest, AWindowOpensInItsDesignedSizeAtEachLoad) {
     form.setDesignedSize(4500_twips, 3000_twips);
     form.show();
     QCoreApplication::processEvents();
@@ -194,7 +195,7 @@ TEST_F(FormAdapterTest, ARegionMasksTheWindowUntilTheNextLoad) {
     EXPECT_TRUE(window.mask().isEmpty());
 }
 
-TEST_F(FormAdapterTest, AMinimizedWindowIsRestoredWhenShown) {
+TEST_F(FormAdapterTest, AMinimizedWindowIsRestoredOnlyWhenTheFormIsShownAgain) {
     form.show();
     form.minimizeRequested.emit();
     EXPECT_TRUE(window.isMinimized());
@@ -205,7 +206,7 @@ TEST_F(FormAdapterTest, AMinimizedWindowIsRestoredWhenShown) {
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(FormAdapterTest, ALeftPressOnTheEmptySurfaceIsReportedToTheForm) {
+TEST_F(FormAdapterTest, APressOnTheWindowOutsideOfItsControlsIsReportedToTheForm) {
     int presses = 0;
     form.onMouseDown = [&](MouseButtons buttons) {
         presses += buttons.left ? 1 : 0;

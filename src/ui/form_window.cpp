@@ -24,7 +24,7 @@ FormWindow::FormWindow(WindowLayout layout, HelpCall help)
     build();
     connectKeys();
     growToContents();
-    // Created last: it shows a window whose form is already visible.
+    // The adapter is created last, because it shows the window if the form is already visible.
     popups_.emplace(layout_.form, *this, bar_);
     adapter_.emplace(layout_.form, *this, *client_);
 }
@@ -69,7 +69,8 @@ TextButtonView* FormWindow::makeButton(CommandButton& model, QWidget* parent) {
     return button;
 }
 
-/// A window that its load step has centred on the screen stays centred.
+/// Enlarges the designed size if it is too small for the contents. A window that its load step has
+/// centred on the screen stays centred.
 void FormWindow::growToContents() {
     ensurePolished();
     Form& form = layout_.form;
@@ -80,7 +81,7 @@ void FormWindow::growToContents() {
     }
     const QSize screen = primaryScreen().size();
     const QRect place(QPoint(toPixels(form.left()), toPixels(form.top())), designed);
-    // Both are rounded to whole twips and pixels.
+    // The comparison allows for the rounding of position and size to whole twips and pixels.
     const bool isCentred = std::abs(2 * place.x() + place.width() - screen.width()) <= 2 &&
                            std::abs(2 * place.y() + place.height() - screen.height()) <= 2;
     form.setDesignedSize(toTwips(grown.width()), toTwips(grown.height()));

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The top-level window of a form, and its description. The layout creates its contents; the form
-// has its behaviour. The main window has a class of its own (main_window_view.h). Windows are
-// created when they are first shown: lazy_window.h.
+// Defines FormWindow, the top-level window of a form, and WindowLayout, its description. The layout
+// creates the contents of the window; the form contains its behaviour. The main window has a class
+// of its own (main_window_view.h). lazy_window.h creates each window when it is first shown.
 //
-// How a window is laid out: a file ui/<name>_layout.cpp with one function that describes it.
+// A window is laid out in a file ui/<name>_layout.cpp, by one function that returns its
+// WindowLayout:
 //
 //     WindowLayout finderLayout(FrmSearch& form) {
 //         return {.form = form,
@@ -51,7 +52,8 @@ namespace sonarith {
 
 class FormWindow;
 
-/// Whether the window can be made smaller than its contents, which are then clipped.
+/// Whether the contents limit how small the window can be made (`contents`) or not (`none`).
+/// Without a limit, contents that do not fit are clipped.
 enum class LeastSize { contents, none };
 
 struct WindowLayout {
@@ -61,28 +63,29 @@ struct WindowLayout {
     /// The headings of the window's menu bar; if empty, the window has no menu bar.
     std::vector<MenuItem*> menus = {};
     LeastSize leastSize = LeastSize::contents;
-    /// The escape key clicks this button while it is visible and enabled. Null: the key does
-    /// nothing.
+    /// The escape key clicks this button while it is visible and enabled. If it is null, the key
+    /// does nothing.
     CommandButton* cancelButton = nullptr;
-    /// Runs at the menu key on a widget without its own menu. If it is not set, the menu key is a
-    /// right press on the form.
+    /// Runs when the menu key is pressed on a widget without a menu of its own. If it is not set,
+    /// the menu key has the effect of a right press on the form.
     std::function<void()> menuKey = {};
     /// Creates the widgets on `window.client()`.
     std::function<void(FormWindow& window)> layOut;
 };
 
-/// The user requests help for the window of a form.
+/// Called when the user requests help for the window of a form.
 using HelpCall = std::function<void(const Form&)>;
 
 class FormWindow : public QWidget {
   public:
-    /// Shows the window at once if the form is visible. If the designed size is too small for the
-    /// contents, the size of the contents replaces it.
+    /// Shows the window at once if the form is already visible. If the designed size is too small
+    /// for the contents, the size of the contents replaces it.
     explicit FormWindow(WindowLayout layout, HelpCall help = {});
 
     /// The part of the window below the menu bar.
     [[nodiscard]] QWidget& client() { return *client_; }
-    /// A button with a mnemonic letter that neither the menu bar nor another of these buttons uses.
+    /// Creates a button with a mnemonic letter that neither the menu bar nor an earlier button of
+    /// this function uses.
     [[nodiscard]] TextButtonView* makeButton(CommandButton& model, QWidget* parent);
 
   protected:
@@ -95,7 +98,7 @@ class FormWindow : public QWidget {
 
     WindowLayout layout_;
     HelpCall help_;
-    QString letters_; ///< the letters in use, in lower case
+    QString letters_; ///< the mnemonic letters in use, in lower case
     MenuBarView* bar_ = nullptr;
     QWidget* client_;
     std::optional<FormAdapter> adapter_;

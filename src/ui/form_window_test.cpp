@@ -28,7 +28,8 @@ class FormWindowTest : public testing::Test {
             open->close();
         }
     }
-    /// The content of a window's layout file: a description and a layout.
+    /// What a window's layout file defines: the description of the window with the function that
+    /// lays it out.
     WindowLayout layout() {
         return {.form = form,
                 .icon = Symbol::search,
@@ -43,7 +44,7 @@ class FormWindowTest : public testing::Test {
                     rows->addStretch();
                 }};
     }
-    /// The desktop adds the frame of the window.
+    /// Shows the form and handles events, so that the desktop adds the frame of the window.
     void show() {
         form.show();
         QCoreApplication::processEvents();
@@ -62,7 +63,7 @@ class FormWindowTest : public testing::Test {
     MenuItem menu{form, "mnuCD", "CD Menu", {&entry}};
 };
 
-TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithTheProgramsIcon) {
+TEST_F(FormWindowTest, HasTheDesignedSizeTheCaptionAndAnIconWhenItsFormIsShown) {
     const FormWindow window(layout());
     EXPECT_FALSE(window.isVisible());
     show();
@@ -71,11 +72,12 @@ TEST_F(FormWindowTest, ShowsItsFormInItsDesignedSizeWithTheProgramsIcon) {
     EXPECT_EQ(window.windowTitle(), "File Finder");
     EXPECT_EQ(window.frameGeometry().size(), QSize(300, 200));
     EXPECT_FALSE(window.windowIcon().isNull());
-    EXPECT_EQ(window.windowFlags() & Qt::WindowType_Mask, Qt::Window) << "in the window list";
+    EXPECT_EQ(window.windowFlags() & Qt::WindowType_Mask, Qt::Window)
+        << "other types may be missing in the window list";
     EXPECT_NE(window.findChild<QWidget*>("Text1"), nullptr);
 }
 
-TEST_F(FormWindowTest, TheWindowManagersCloseUnloadsItsForm) {
+TEST_F(FormWindowTest, ARequestOfTheWindowManagerToCloseUnloadsItsForm) {
     std::vector<std::string> log;
     form.onQueryUnload = [&] {
         log.emplace_back("query");
@@ -85,14 +87,14 @@ TEST_F(FormWindowTest, TheWindowManagersCloseUnloadsItsForm) {
     };
     FormWindow window(layout());
     form.show();
-    EXPECT_FALSE(window.close()) << "the form hides the window itself";
+    EXPECT_FALSE(window.close()) << "only the form may hide the window";
     EXPECT_THAT(log, ElementsAre("query", "unload"));
     EXPECT_FALSE(window.isVisible());
     form.show();
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(FormWindowTest, ADisabledFormIgnoresInput) {
+TEST_F(FormWindowTest, ADisabledFormDisablesTheWindowAndItsWidgets) {
     FormWindow window(layout());
     form.show();
     form.setEnabled(false);
@@ -128,7 +130,7 @@ TEST_F(FormWindowTest, EscapeDoesNothingWithoutACancelButton) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndThePopupsThatItHasOpened) {
+TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndItsOpenedPopupMenus) {
     MenuItem play{form, "mnuPlayCDp", "Play CD"};
     MenuItem popup{form, "mnupopup", "PopupMenu", {&play}};
     FormWindow window(layout());
@@ -138,7 +140,7 @@ TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndThePopupsThatItHasOpened) 
     EXPECT_EQ(read->role(), QAccessible::Window);
     EXPECT_EQ(read->text(QAccessible::Name), "File Finder");
     const int widgets = read->childCount();
-    EXPECT_EQ(widgets, 2) << "menu bar and client";
+    EXPECT_EQ(widgets, 2) << "the children must be the menu bar and the client area";
     form.popupRequested.emit(popup);
     ASSERT_EQ(read->childCount(), widgets + 1);
     QAccessibleInterface* opened = read->child(widgets);
@@ -156,15 +158,15 @@ TEST_F(FormWindowTest, AScreenReaderFindsItsWidgetsAndThePopupsThatItHasOpened) 
 }
 
 TEST_F(FormWindowTest, F1RequestsHelpOnTheForm) {
-    std::vector<std::string> asked;
-    FormWindow window(layout(), [&](const Form& about) { asked.push_back(about.name()); });
+    std::vector<std::string> helped;
+    FormWindow window(layout(), [&](const Form& about) { helped.push_back(about.name()); });
     form.show();
     activate(window);
     QTest::keyClick(&window, Qt::Key_F1);
-    EXPECT_THAT(asked, ElementsAre("frmsearch"));
+    EXPECT_THAT(helped, ElementsAre("frmsearch"));
 }
 
-TEST_F(FormWindowTest, TheMenuBarIsAboveTheClientArea) {
+TEST_F(FormWindowTest, TheClientAreaFillsTheWindowBelowTheMenuBar) {
     FormWindow window(layout());
     show();
     EXPECT_GT(window.client().y(), 10);
@@ -172,13 +174,13 @@ TEST_F(FormWindowTest, TheMenuBarIsAboveTheClientArea) {
     EXPECT_EQ(window.client().y() + window.client().height(), window.height());
 }
 
-TEST_F(FormWindowTest, MenusAndButtonsHaveMnemonics) {
+TEST_F(FormWindowTest, ButtonsHaveMnemonicsThatMenusAndOtherButtonsDoNotUse) {
     const FormWindow window(layout());
     EXPECT_EQ(window.findChild<QPushButton*>("cmdend")->text(), "C&lose");
     EXPECT_EQ(window.findChild<QPushButton*>("cmdclear")->text(), "Cl&ear");
 }
 
-TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrOnTheLayoutsChoice) {
+TEST_F(FormWindowTest, TheMenuKeyRunsTheLayoutsFunctionOrElseTheFormsRightPress) {
     std::vector<std::string> log;
     QPoint place;
     form.onMouseDown = [&](MouseButtons buttons) {
@@ -212,7 +214,7 @@ TEST_F(FormWindowTest, TheMenuKeyIsARightPressOnTheFormOrOnTheLayoutsChoice) {
     EXPECT_THAT(log, ElementsAre("right", "own"));
 }
 
-TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallGrowsToTheContents) {
+TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallIsReplacedByTheSizeOfTheContents) {
     form.setDesignedSize(150_twips, 150_twips);
     form.onLoad = [&] {
         form.setLeft(1500_twips);
@@ -229,7 +231,8 @@ TEST_F(FormWindowTest, ADesignedSizeThatIsTooSmallGrowsToTheContents) {
     form.unload();
     form.onLoad = [&] {
         EXPECT_EQ(form.width(), Twips(least.width() * 15))
-            << "the load step centres the window by this width";
+            << "the load step centres the window by the form's width, which must be the grown "
+               "width";
     };
     show();
     EXPECT_EQ(window.size(), least);
@@ -244,12 +247,12 @@ TEST_F(FormWindowTest, ACentredWindowStaysCentredWhenItGrows) {
     };
     form.show();
     const FormWindow window(layout());
-    // Except for the frame, which is unknown until the window is on the screen.
+    // The frame is not included, because it is unknown until the window is on the screen.
     EXPECT_NEAR(window.geometry().center().x(), screen.center().x(), 2);
     EXPECT_NEAR(window.geometry().center().y(), screen.center().y(), 2);
 }
 
-TEST_F(FormWindowTest, AWindowOfFreeSizeMayCutOffItsContents) {
+TEST_F(FormWindowTest, WithoutALeastSizeItCanBeSmallerThanItsContents) {
     WindowLayout any = layout();
     any.leastSize = LeastSize::none;
     const FormWindow window(any);
@@ -282,7 +285,7 @@ TEST_F(FormWindowTest, ALazyWindowIsBuiltWhenItsFormIsFirstShown) {
     EXPECT_EQ(laidOut, 1);
 }
 
-TEST_F(FormWindowTest, ALazyWindowIsAtThePositionSetByTheLoadStep) {
+TEST_F(FormWindowTest, ALazyWindowOpensAtThePositionSetByTheLoadStep) {
     form.onLoad = [&] {
         form.setLeft(1500_twips);
         form.setTop(750_twips);
@@ -296,7 +299,7 @@ TEST_F(FormWindowTest, ALazyWindowIsAtThePositionSetByTheLoadStep) {
     EXPECT_EQ(form.left(), Twips(1500));
 }
 
-TEST_F(FormWindowTest, ALoadStepThatUnloadsItsFormLeavesNoWindow) {
+TEST_F(FormWindowTest, ALazyWindowIsNotBuiltIfTheLoadStepUnloadsItsForm) {
     form.onLoad = [&] {
         form.unload();
     };

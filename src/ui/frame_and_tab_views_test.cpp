@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two controls that other widgets are laid out on: frames and tab pages.
+// Tests the views of the two controls on which other widgets are laid out: frames and tab controls.
 #include <QTabBar>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -33,7 +33,7 @@ class TabControlViewTest : public testing::Test {
     TabControlView view{model, "Preferences", &parent};
 };
 
-TEST_F(TabControlViewTest, APageForEachCaption) {
+TEST_F(TabControlViewTest, HasAPageForEachCaption) {
     EXPECT_EQ(view.count(), 3);
     EXPECT_EQ(view.tabText(2), " Destination Path");
     EXPECT_EQ(view.page(2).accessibleName(), "Destination Path");
@@ -41,7 +41,7 @@ TEST_F(TabControlViewTest, APageForEachCaption) {
     EXPECT_EQ(view.accessibleName(), "Preferences");
 }
 
-TEST_F(TabControlViewTest, CodeAndUserCanSelectAPage) {
+TEST_F(TabControlViewTest, CodeAPressedKeyAndAClickCanSelectAPage) {
     model.setTab(2).passOver();
     EXPECT_EQ(view.currentIndex(), 2);
     QTest::keyClick(view.tabBar(), Qt::Key_Left);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Frame: a border with its caption. The window lays out its contents.
+// Shows a Frame as a border with the caption. The layout of the window places the contents of the
+// frame.
 #pragma once
 
 #include <QGroupBox>

@@ -7,7 +7,8 @@
 namespace sonarith {
 namespace {
 
-/// The column of the values starts after the longest label and a margin.
+/// The column of the values starts after the width of this text, which is the longest label and
+/// some blanks.
 constexpr auto longestLabel = "MpegVersion    ";
 constexpr int sideMargin = 4; // device-independent pixels
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a line of the header display in two columns. The label is padded with blanks for one
-// particular font; here the value starts at the same position in every font.
+// Paints a line of the header display in two columns, a label and a value. The logic pads the label
+// with blanks that align the values only in one particular font; this delegate aligns them in every
+// font.
 #pragma once
 
 #include <QStyledItemDelegate>
@@ -15,8 +16,8 @@ class HeaderLineDelegate : public QStyledItemDelegate {
                const QModelIndex& index) const override;
 };
 
-/// Splits a line at the end of its run of blanks into label and value. A line without two
-/// consecutive blanks consists of a label only.
+/// A line, split into label and value. The first run of two or more blanks separates them; a line
+/// without such a run consists of a label only.
 struct HeaderLine {
     QString label;
     QString value;

@@ -8,8 +8,9 @@
 #include <QFile>
 #include <QObject>
 
-/// The linker drops objects of a static library that nothing refers to; this call refers to the
-/// resource. The macro does not work inside a namespace.
+/// The linker drops an object of a static library if nothing refers to it. This function refers to
+/// the object that contains the help pages. It is outside of the namespace because the macro does
+/// not work inside one.
 static void keepHelpResource() {
     Q_INIT_RESOURCE(help);
 }

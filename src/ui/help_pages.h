@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The help pages that ship with the program: their list, their folder, and the page about each
-// window. Their text is in share/help/.
+// Returns the list of the help pages that ship with the program, their folder, and the page about
+// each window. The texts of the pages are in share/help/.
 #pragma once
 
 #include <string>
@@ -15,14 +15,15 @@ struct HelpPage {
     QString title;
 };
 
-/// In the order of the contents.
+/// All pages, in the order of the table of contents.
 [[nodiscard]] const std::vector<HelpPage>& helpPages();
 
-/// The file of the page about a window, by the name of its form or dialog; the first page for any
-/// other name.
+/// The file of the page about a window. `window` is the name of its form or dialog; any other name
+/// returns the first page.
 [[nodiscard]] QString helpPageOf(const std::string& window);
 
-/// The folder of the pages: that of the installed program, or the copy within the executable.
+/// The folder of the pages: the folder that is installed with the program, or, if that is missing,
+/// the copy within the executable.
 [[nodiscard]] QString helpFolder();
 
 } // namespace sonarith

@@ -20,7 +20,7 @@ namespace {
 /// The size of printed text; the desktop's own size is used if it is larger.
 constexpr qreal textPoints = 11;
 
-/// Device-independent pixels: the widest picture of a page (540) beside the longest title.
+/// Device-independent pixels. The widest picture of a page (540) fits beside the longest title.
 constexpr QSize firstSize(800, 640);
 constexpr int contentsWidth = 180;
 
@@ -63,7 +63,7 @@ void HelpWindow::buildLayout() {
     text_->setObjectName(QStringLiteral("text"));
     text_->setAccessibleName(tr("Help text"));
     text_->setOpenExternalLinks(false);
-    // By keyboard, the tab key moves to links and the arrows select text.
+    // With these flags, the tab key moves to links and the arrow keys can select text.
     text_->setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
     QFont font = text_->font();
     font.setPointSizeF(std::max(font.pointSizeF(), textPoints));
@@ -72,7 +72,7 @@ void HelpWindow::buildLayout() {
     search_->setAccessibleName(tr("Search in all pages"));
     search_->setPlaceholderText(tr("Search"));
     search_->setClearButtonEnabled(true);
-    // No accessible name is set: a screen reader would read it instead of the text.
+    // No accessible name is set, because a screen reader would read that name instead of the text.
     outcome_->setObjectName(QStringLiteral("outcome"));
 
     auto* bar = new QHBoxLayout;

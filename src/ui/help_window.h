@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window that shows the help pages: contents, back and forward, search through all pages. It is
-// independent of the other windows; program_help.h decides which page is shown.
+// The window that shows the help pages. It has a table of contents, buttons to go back and forward,
+// and a search through all pages. It is independent of the other windows; program_help.h decides
+// which page is shown.
 #pragma once
 
 #include <QLabel>
@@ -17,13 +18,14 @@ class HelpWindow : public QWidget {
     /// `folder` contains the pages; see helpFolder().
     explicit HelpWindow(QString folder);
 
-    /// Shows a page ("main.html") and the window. Without such a page it returns false and changes
-    /// nothing.
+    /// Shows a page, such as "main.html", and the window. If the page does not exist, returns false
+    /// and changes nothing.
     bool showPage(const QString& file);
-    /// The file of the page that is shown; empty before the first.
+    /// The file of the page that is shown; empty before a page is shown.
     [[nodiscard]] QString page() const;
     /// Selects the next match of the search field's text, in this page or the following ones; after
-    /// the last page it continues with the first. Shows "Not found" if there is none.
+    /// the last page the search continues with the first page. Shows "Not found" if there is no
+    /// match.
     void findNext();
 
   private:

@@ -58,7 +58,7 @@ TEST_F(HelpPagesTest, EveryLinkOfEachPageResolves) {
     EXPECT_GT(links, 20);
 }
 
-TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsHasADescriptionAndFitsTheWindow) {
+TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsHasAnAltTextAndFitsTheWindow) {
     int pictures = 0;
     for (const HelpPage& page : helpPages()) {
         const QString html = read(page.file);
@@ -74,7 +74,7 @@ TEST_F(HelpPagesTest, EveryPictureOfEachPageExistsHasADescriptionAndFitsTheWindo
     EXPECT_EQ(pictures, 9);
 }
 
-TEST_F(HelpPagesTest, TheContentsHasEveryPageOfTheFolderUnderItsOwnTitle) {
+TEST_F(HelpPagesTest, TheTableOfContentsListsEveryPageOfTheFolderWithItsHeading) {
     EXPECT_EQ(QDir(helpFolder()).entryList({"*.html"}).size(),
               static_cast<qsizetype>(helpPages().size()));
     for (const HelpPage& page : helpPages()) {
@@ -83,7 +83,7 @@ TEST_F(HelpPagesTest, TheContentsHasEveryPageOfTheFolderUnderItsOwnTitle) {
     }
 }
 
-TEST_F(HelpPagesTest, TheCopyInTheProgramEqualsTheSources) {
+TEST_F(HelpPagesTest, TheCopyInTheExecutableEqualsTheSourceFiles) {
     const QDir sources(QStringLiteral(SONARITH_SOURCES "/share/help"));
     ASSERT_EQ(helpFolder(), ":/help");
     int files = 0;
@@ -128,13 +128,13 @@ class HelpWindowTest : public testing::Test {
     HelpWindow window{helpFolder()};
 };
 
-TEST_F(HelpWindowTest, ShowsAPageAndItsLineOfTheContents) {
+TEST_F(HelpWindowTest, ShowsAPageAndSelectsItInTheTableOfContents) {
     EXPECT_TRUE(window.showPage("player.html"));
     EXPECT_EQ(title(), "The CD player");
     EXPECT_EQ(child<QListWidget>("contents").currentRow(), 2);
 }
 
-TEST_F(HelpWindowTest, APageThatIsMissingIsNotShown) {
+TEST_F(HelpWindowTest, AMissingPageIsNotShownAndDoesNotShowTheWindow) {
     window.showPage("player.html");
     window.hide();
     EXPECT_FALSE(window.showPage("nothing.html"));
@@ -142,7 +142,7 @@ TEST_F(HelpWindowTest, APageThatIsMissingIsNotShown) {
     EXPECT_EQ(window.page(), "player.html");
 }
 
-TEST_F(HelpWindowTest, PagesOfAFolderAreShownTheSameWay) {
+TEST_F(HelpWindowTest, PagesOfAFolderOnTheDiskAreShown) {
     const QTemporaryDir folder;
     QFile page(folder.filePath("main.html"));
     ASSERT_TRUE(page.open(QIODevice::WriteOnly));
@@ -153,7 +153,7 @@ TEST_F(HelpWindowTest, PagesOfAFolderAreShownTheSameWay) {
     EXPECT_TRUE(other.findChild<QTextBrowser*>("text")->toPlainText().startsWith("Of a folder"));
 }
 
-TEST_F(HelpWindowTest, ContentsBackAndForwardWork) {
+TEST_F(HelpWindowTest, TheTableOfContentsAndTheBackAndForwardButtonsChangeThePage) {
     window.showPage("main.html");
     EXPECT_FALSE(child<QToolButton>("back").isEnabled());
     child<QListWidget>("contents").setCurrentRow(4);
@@ -166,7 +166,7 @@ TEST_F(HelpWindowTest, ContentsBackAndForwardWork) {
     EXPECT_EQ(window.page(), "playlist.html");
 }
 
-TEST_F(HelpWindowTest, TheKeysOfBrowsersWork) {
+TEST_F(HelpWindowTest, TheUsualKeysOfBrowsersWork) {
     window.showPage("main.html");
     child<QListWidget>("contents").setCurrentRow(4);
     QTest::keyClick(&window, Qt::Key_Left, Qt::AltModifier);
@@ -181,7 +181,7 @@ TEST_F(HelpWindowTest, TheKeysOfBrowsersWork) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(HelpWindowTest, ALinkIsFollowedByKeyboard) {
+TEST_F(HelpWindowTest, ALinkCanBeFollowedByKeyboard) {
     window.showPage("keyboard.html");
     auto& text = child<QTextBrowser>("text");
     QTest::keyClick(&text, Qt::Key_Tab);
@@ -189,7 +189,7 @@ TEST_F(HelpWindowTest, ALinkIsFollowedByKeyboard) {
     EXPECT_EQ(window.page(), "main.html");
 }
 
-TEST_F(HelpWindowTest, SearchContinuesOnTheFollowingPagesAndThenOnTheFirst) {
+TEST_F(HelpWindowTest, TheSearchContinuesOnTheFollowingPagesAndThenOnTheFirstPage) {
     window.showPage("main.html");
     search("brackets, such");
     EXPECT_EQ(child<QLabel>("outcome").text(), "Not found");

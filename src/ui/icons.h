@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's pictures, drawn on demand: sharp at every scale, and in the colours of the
-// desktop's palette, light or dark. No picture files.
+// Returns the program's pictures as icons. The pictures are drawn on demand and not read from
+// files, so they are sharp at every scale and have the colours of the desktop's palette, light or
+// dark.
 #pragma once
 
 #include <QIcon>
@@ -29,15 +30,16 @@ enum class Symbol {
     item,
     itemOpen,
     program,
-    more, ///< more entries to the right
+    more, ///< there are more entries than fit; they are at the right
 };
-/// For iterating over all of them.
+/// The last enumerator, for iterating over all symbols.
 inline constexpr Symbol lastSymbol = Symbol::more;
 
 [[nodiscard]] QIcon makeIcon(Symbol symbol);
 
-/// Pictures 1 to 12 of the work tree: 1 to 3 collection, group and item, 4 to 6 the same when
-/// selected, 7 to 12 without a defined meaning. An empty icon for other numbers.
+/// Returns picture 1 to 12 of the work tree. Pictures 1 to 3 show a collection, a group and an
+/// item, pictures 4 to 6 the same when selected. Pictures 7 to 12 have no defined meaning. Any
+/// other number returns an empty icon.
 [[nodiscard]] QIcon treeImage(int number);
 
 } // namespace sonarith

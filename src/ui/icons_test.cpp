@@ -50,7 +50,7 @@ TEST(Icons, TheTreeHasTwelvePicturesOfWhichTheFirstSixDiffer) {
     EXPECT_TRUE(treeImage(13).isNull());
 }
 
-TEST(Icons, LinesTakeThePalettesColour) {
+TEST(Icons, ChangeWithTheTextColourOfThePalette) {
     const QPalette before = QGuiApplication::palette();
     const QImage light = paint(makeIcon(Symbol::search));
     QPalette dark = before;
@@ -60,7 +60,7 @@ TEST(Icons, LinesTakeThePalettesColour) {
     QGuiApplication::setPalette(before);
 }
 
-TEST(Icons, ADisabledSymbolLooksDisabled) {
+TEST(Icons, ADisabledSymbolDiffersFromAnEnabledOne) {
     for (const Symbol symbol : {Symbol::exit, Symbol::play, Symbol::pause, Symbol::nextTrack,
                                 Symbol::previousTrack, Symbol::eject, Symbol::preferences}) {
         EXPECT_NE(paint(makeIcon(symbol), QIcon::Disabled), paint(makeIcon(symbol)));

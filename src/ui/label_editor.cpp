@@ -51,7 +51,8 @@ void LabelEditor::keyPressEvent(QKeyEvent* event) {
         break;
     default:
         QLineEdit::keyPressEvent(event);
-        // Keys without a meaning here (up, down) must not move the tree's cursor.
+        // Keys that the editor does not use (such as up and down) must not reach the tree, where
+        // they would move the cursor.
         event->accept();
     }
 }
@@ -66,7 +67,7 @@ void LabelEditor::focusOutEvent(QFocusEvent* event) {
         break;
     case Qt::PopupFocusReason:
     case Qt::MenuBarFocusReason:
-        // A menu of the editor or the window has the focus until it closes.
+        // A menu of the editor or of the window has the focus only until the menu closes.
         break;
     default:
         cancel();

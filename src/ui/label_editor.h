@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The line edit over a node's label. It only reports how it ended; the tree handles the text.
+// The line edit in which the user edits the label of a tree node. It only reports how the edit
+// ended; the tree handles the new text.
 #pragma once
 
 #include <functional>
@@ -12,9 +13,10 @@ class LabelEditor : public QLineEdit {
   public:
     LabelEditor(const QString& text, QWidget* parent);
 
-    /// How the edit ended; called once. Return, and a move of the focus within the window by mouse
-    /// or tab key, finish the edit. Escape cancels it, as does any other loss of the focus (another
-    /// window, a message box, hiding), so that no file is renamed by accident.
+    /// One of these two functions is called, once, when the edit ends. The return key finishes the
+    /// edit, and so does a move of the focus within the window by mouse or tab key. The escape key
+    /// cancels the edit, and so does any other loss of the focus (to another window or a message
+    /// box, or because the editor is hidden). So no file is renamed by accident.
     std::function<void(const QString& text)> onFinished;
     std::function<void()> onCancelled;
     /// Called for each press. If it returns true, the editor ignores the press.

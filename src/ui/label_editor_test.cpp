@@ -36,37 +36,37 @@ class LabelEditorTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(LabelEditorTest, EndsOnceWhateverHappensAfterwards) {
+TEST_F(LabelEditorTest, ReportsItsEndOnlyOnce) {
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClick(&editor, Qt::Key_Escape);
     loseFocus(Qt::MouseFocusReason);
     EXPECT_THAT(log, ElementsAre("finished one.wav"));
 }
 
-TEST_F(LabelEditorTest, MovingTheFocusWithinTheWindowFinishes) {
+TEST_F(LabelEditorTest, MovingTheFocusWithinTheWindowFinishesTheEdit) {
     loseFocus(Qt::TabFocusReason);
     EXPECT_THAT(log, ElementsAre("finished one.wav"));
 }
 
-TEST_F(LabelEditorTest, LosingTheFocusToAnotherWindowCancels) {
+TEST_F(LabelEditorTest, LosingTheFocusToAnotherWindowCancelsTheEdit) {
     loseFocus(Qt::ActiveWindowFocusReason);
     EXPECT_THAT(log, ElementsAre("cancelled"));
 }
 
-TEST_F(LabelEditorTest, AMenuTakesTheFocusTemporarily) {
+TEST_F(LabelEditorTest, LosingTheFocusToAMenuDoesNotEndTheEdit) {
     loseFocus(Qt::PopupFocusReason);
     loseFocus(Qt::MenuBarFocusReason);
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(LabelEditorTest, UpAndDownDoNotReachTheWidgetBelow) {
+TEST_F(LabelEditorTest, TheDownKeyDoesNotReachTheWidgetBelow) {
     QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
     down.ignore();
     QCoreApplication::sendEvent(&editor, &down);
     EXPECT_TRUE(down.isAccepted());
 }
 
-TEST_F(LabelEditorTest, ACancelledPressDoesNotChangeTheSelection) {
+TEST_F(LabelEditorTest, APressThatItMustIgnoreDoesNotChangeTheSelection) {
     takesPress = true;
     QTest::mouseClick(&editor, Qt::LeftButton);
     EXPECT_EQ(editor.selectedText(), "one.wav");

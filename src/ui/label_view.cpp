@@ -11,7 +11,8 @@ namespace sonarith {
 
 namespace {
 
-/// Opacity of the text's own colour: black on light grey keeps a contrast of eight to one.
+/// The opacity of a secondary text. With this value, black text on light grey keeps a contrast of
+/// eight to one.
 constexpr double secondaryOpacity = 0.7;
 
 } // namespace
@@ -33,12 +34,13 @@ LabelView::LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace
           Placement::elsewhere, pace) {}
 
 void LabelView::showCaption() {
-    // Plain text: paths and names are not markup.
+    // The caption is plain text, because paths and names must not be interpreted as markup.
     setTextFormat(Qt::PlainText);
     setText(toQString(model_.caption()));
 }
 
-/// The whole text as tool tip if it may be shortened and the control has no tool tip of its own.
+/// Shows the whole text as the tool tip if the view may shorten the text and the control has no
+/// tool tip.
 void LabelView::showToolTip() {
     if (cut_ != Cut::never && model_.toolTip().empty()) {
         setToolTip(plainToolTip(text()));
@@ -51,7 +53,7 @@ void LabelView::setSecondary() {
 }
 
 QSize LabelView::sizeHint() const {
-    // An empty label keeps its height, so that the bars do not change theirs.
+    // An empty label keeps the height of a line, so that the height of the bars does not change.
     return QLabel::sizeHint().expandedTo(QSize(0, fontMetrics().height()));
 }
 

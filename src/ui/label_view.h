@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Label as one line of text, shortened where it does not fit.
+// Shows a Label as a line of text, and shortens the text if it does not fit.
 #pragma once
 
 #include <QLabel>
@@ -11,15 +11,15 @@ namespace sonarith {
 
 class LabelView : public QLabel {
   public:
-    /// Where a text that is too long is shortened. A text that is never shortened requests its full
-    /// width.
+    /// Where a text that is too long is shortened. With `never`, the view requests the full width
+    /// of the text.
     enum class Cut { never, middle, end };
 
-    /// `label` is its name for screen readers while the caption is empty.
+    /// `label` is the name of the view for screen readers while the caption is empty.
     LabelView(Label& model, QString label, Cut cut, QWidget* parent, Pace pace = Pace::atOnce);
 
-    /// Paints the text paler, as secondary to the text beside it. Not for a text that is never
-    /// shortened.
+    /// Paints the text paler, so that it looks less important than the texts beside it. Has no
+    /// effect with Cut::never.
     void setSecondary();
 
     [[nodiscard]] QSize sizeHint() const override;

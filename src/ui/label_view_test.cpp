@@ -31,7 +31,7 @@ TEST(LabelView, ShowsTheCaptionAsPlainText) {
     EXPECT_EQ(view.accessibleName(), "Größe");
 }
 
-TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestCaptionAreShown) {
+TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestOfManyCaptionsAreShown) {
     Form form("frmsearch");
     Label model(form, "lbltime", "idle");
     QWidget parent;
@@ -57,7 +57,7 @@ TEST(LabelView, AtALimitedPaceOnlyTheFirstAndTheLatestCaptionAreShown) {
     EXPECT_EQ(view.text(), "done");
 }
 
-TEST(LabelView, ATextThatMayBeCutNeedsNoWidthAndHasItsWholeTextAsToolTip) {
+TEST(LabelView, ATextThatMayBeShortenedNeedsNoWidthAndHasTheWholeTextAsToolTip) {
     Form form("Form1");
     Label model(form, "Label2", "c:\\a very long folder indeed\\with another in it\\WAVFiles\\");
     QWidget parent;
@@ -69,7 +69,7 @@ TEST(LabelView, ATextThatMayBeCutNeedsNoWidthAndHasItsWholeTextAsToolTip) {
     EXPECT_NE(view.toolTip(), view.text());
 }
 
-TEST(LabelView, TheMiddleIsCutSoThatBothEndsAreVisible) {
+TEST(LabelView, ATextShortenedInTheMiddleShowsBothItsEnds) {
     Form form("Form1");
     QWidget parent;
     Label whole(form, "a", "begin" + std::string(60, 'x') + "end");
@@ -105,7 +105,7 @@ TEST(LabelView, ASecondaryTextIsPalerButLegible) {
     EXPECT_LT(after, 128);
 }
 
-TEST(LabelView, ATextThatIsNeverCutKeepsItsWidth) {
+TEST(LabelView, ATextThatIsNeverShortenedRequestsItsFullWidth) {
     Form form("Form1");
     Label model(form, "Status", "00.00%");
     QWidget parent;

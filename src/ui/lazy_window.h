@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the window of a form when the form is first shown: the program start builds only the
-// windows that it shows. From then on the window exists as long as this object.
+// Creates the window of a form when the form is first shown, so that the start of the program
+// builds only the windows that are visible then. After that, the window exists as long as this
+// object.
 #pragma once
 
 #include <memory>

@@ -11,8 +11,8 @@ namespace {
 
 /// A delay that the user does not notice.
 constexpr std::chrono::milliseconds shortWait{30};
-/// Short enough to show a search at work. Painting takes some milliseconds each time, and must take
-/// less than a tenth of a search's time.
+/// Short enough to show the user that a search is running. Each painting of the list takes some
+/// milliseconds; with this interval, painting takes less than a tenth of the time of a search.
 constexpr std::chrono::milliseconds longWait{100};
 
 } // namespace
@@ -62,8 +62,8 @@ void ListBoxModel::showLater() {
     }
 }
 
-/// 0 for additions unless others were announced within the last 30 ms, so that lines that a click
-/// adds appear at once.
+/// The time until the pending changes are announced. For gathered additions it is 0, unless the
+/// last announcement was less than 30 ms ago: so lines that a click adds appear at once.
 std::chrono::milliseconds ListBoxModel::timeToAnnouncement() const {
     if (gathered_ == Gathered::changes) {
         return longWait;
@@ -113,9 +113,10 @@ void ListBoxModel::follow(const ListChange& change) {
     }
 }
 
-/// Extends the pending place to `line` if it is close to `line`, otherwise returns false. The
-/// unchanged lines between them become part of the place. A search removes the first folder and
-/// adds others after the next one: these changes are at one place.
+/// If `line` is close to the range of pending lines, which ends before `end`, extends the range to
+/// `line` and returns true. The unchanged lines between them become part of the range. For example,
+/// a search removes the first folder and adds others after the next one; one range includes all
+/// these changes.
 bool ListBoxModel::reaches(int line, int end) {
     constexpr int closeBy = 2;
     const int before = std::max(0, pending_.first - line);
@@ -167,8 +168,8 @@ bool ListBoxModel::gathersRemoval(int line) {
     if (!pending_.any()) {
         pending_.first = line;
     }
-    // If the removed line is before the place, the extended place includes it. Otherwise it is the
-    // first line after the extended place.
+    // If the removed line is before the pending range, the extended range includes that line.
+    // Otherwise the removed line is the first line after the extended range.
     const bool isBefore = line < pending_.first;
     if (!reaches(line, pending_.first + pending_.lines)) {
         return false;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The lines of a ListBox as Qt's item model, without a copy of them. A search changes its lists
-// line by line for minutes: such changes are announced together, since each announcement lays out
-// and paints the list, and is sent to screen readers.
+// Provides the lines of a ListBox as an item model of Qt, without copying them. To announce a
+// change means to emit the model's signals (rowsInserted, rowsRemoved, dataChanged). A search
+// changes its lists line by line for minutes. Such changes are announced together, because each
+// announcement lays out and paints the list and is sent to screen readers.
 #pragma once
 
 #include <chrono>
@@ -17,30 +18,30 @@ namespace sonarith {
 
 class ListBoxModel : public QAbstractListModel {
   public:
-    /// Which changes are announced together. All others are announced at once.
+    /// Which changes are gathered and announced together. All other changes are announced at once.
     enum class Gathered {
-        additions, ///< lines added at the end: at the next event, but at most once in 30 ms
-        changes,   ///< lines added and removed close to each other, anywhere: 100 ms late
+        additions, ///< lines added at the end; announced at the next event, at most once in 30 ms
+        changes,   ///< lines added and removed close to each other; announced 100 ms late
     };
 
     /// `list` must outlive this object.
     explicit ListBoxModel(ListBox& list, Gathered gathered);
 
-    /// Announces the pending changes. Calls `onShown` if there were any.
+    /// Announces the pending changes. Calls `onShown` if there were pending changes.
     void showAll();
     std::function<void()> onShown;
 
-    /// The row of a line; -1 for a line that is not announced yet, and for -1.
+    /// The row of a line. Returns -1 for a line that is not announced yet, and for the argument -1.
     [[nodiscard]] int rowOf(int line) const;
-    /// The line of a row; -1 for a row whose line was removed, and for -1.
+    /// The line of a row. Returns -1 for a row whose line was removed, and for the argument -1.
     [[nodiscard]] int lineOf(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    /// The place of the pending changes starts at `first`: there, `lines` lines of the list replace
-    /// `rows` announced rows. Each row before and after the place shows one line.
+    /// The range of the pending changes. It starts at `first`; there, `lines` lines of the list
+    /// will replace `rows` announced rows. Each row before and after the range shows one line.
     struct Pending {
         int first = 0;
         int rows = 0;
@@ -56,7 +57,7 @@ class ListBoxModel : public QAbstractListModel {
     [[nodiscard]] bool gathersRemoval(int line);
     void showLater();
     [[nodiscard]] std::chrono::milliseconds timeToAnnouncement() const;
-    /// The row of a line that is not in the pending place.
+    /// The row of a line that is not in the pending range.
     [[nodiscard]] int rowOutside(int line) const;
 
     ListBox& list_;

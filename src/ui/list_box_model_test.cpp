@@ -48,9 +48,9 @@ class ListBoxModelTest : public testing::Test {
     ListBox list{form, "lstdirs"};
 };
 
-/// The steps of a search in its list of folders to scan: it adds the folders found after the first
-/// one, then removes the first one.
-TEST_F(ListBoxModelTest, ChangesAtOnePlaceAreAnnouncedTogether) {
+/// Repeats the steps of a search in its list of folders to scan: the search adds the folders that
+/// it has found after the first folder, then removes the first folder.
+TEST_F(ListBoxModelTest, ChangesCloseToEachOtherAreAnnouncedTogetherAndOnce) {
     fill({"scanned", "waiting", "last"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -69,7 +69,7 @@ TEST_F(ListBoxModelTest, ChangesAtOnePlaceAreAnnouncedTogether) {
     EXPECT_THAT(announced.counts(), ElementsAre(1, 0, 1));
 }
 
-TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAnnouncedTogetherToo) {
+TEST_F(ListBoxModelTest, RemovalsWithoutAdditionsAreAlsoAnnouncedTogether) {
     fill({"a", "b", "c", "d"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -97,8 +97,9 @@ TEST_F(ListBoxModelTest, WithGatheredAdditionsOnlyLinesAtTheEndAreAnnouncedLater
     EXPECT_THAT(rowsOf(model), ElementsAre("first", "b", "c", "before the last", "last"));
 }
 
-/// The steps of a search at folders without subfolders, and at the next folder with some.
-TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayIsAnnouncedTogetherWithTheOthers) {
+/// Repeats the steps of a search that scans folders without subfolders and then a folder with
+/// subfolders.
+TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayFromPendingOnesIsAnnouncedWithThem) {
     fill({"a", "b", "c", "d", "e", "f"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -115,7 +116,7 @@ TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayIsAnnouncedTogetherWithTheOthe
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 1));
 }
 
-TEST_F(ListBoxModelTest, AChangeFartherAwayIsAnnouncedAtOnce) {
+TEST_F(ListBoxModelTest, AChangeMoreThanTwoLinesAwayFromPendingOnesIsAnnouncedAtOnce) {
     fill({"a", "b", "c", "d", "e", "f", "g", "h"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 4).passOver();
@@ -156,9 +157,9 @@ TEST_F(ListBoxModelTest, ClearingTheListDiscardsPendingChanges) {
     EXPECT_THAT(rowsOf(model), ElementsAre("first"));
 }
 
-/// Changes of random kind and order: rows and lines always convert into each other, and after an
-/// announcement the rows are the lines of the list.
-TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLines) {
+/// Makes changes of random kind in random order. At any time, rows can be converted to lines and
+/// back; after an announcement, the rows are the lines of the list.
+TEST_F(ListBoxModelTest, AfterRandomChangesTheRowsAreTheLinesOfTheList) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

@@ -17,7 +17,7 @@
 namespace sonarith {
 namespace {
 
-/// A tool tip of more characters covers the screen.
+/// A tool tip with more characters would cover the whole screen.
 constexpr qsizetype longestTip = 4000;
 
 } // namespace
@@ -39,7 +39,8 @@ ListBoxView::ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* p
     model_.onShown = [this] {
         showCurrent();
     };
-    // The item view moves its own current row when the current line is removed.
+    // When the current line is removed, the item view chooses another current row, which must not
+    // stay selected.
     linesChanged_ = list_.listChanged.connect([this](const ListChange& change) {
         if (change.kind != ListChange::Kind::edited) {
             showCurrent();
@@ -57,7 +58,7 @@ void ListBoxView::showCurrent() {
     const QModelIndex wanted = model_.index(model_.rowOf(list_.listIndex()));
     showingCurrent_ = true;
     if (!wanted.isValid()) {
-        // The focus stays at the row next to the removed one.
+        // Only the selection is cleared: the focus stays at the row next to the removed one.
         selectionModel()->clearSelection();
     } else if (wanted != currentIndex() || !selectionModel()->isSelected(wanted)) {
         selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::ClearAndSelect);
@@ -67,7 +68,7 @@ void ListBoxView::showCurrent() {
 
 QItemSelectionModel::SelectionFlags ListBoxView::selectionCommand(const QModelIndex&,
                                                                   const QEvent*) const {
-    // Only the list sets the current line.
+    // Qt must not select a row itself: only the ListBox sets the current line.
     return QItemSelectionModel::NoUpdate;
 }
 
@@ -77,8 +78,8 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
     if (showingCurrent_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the row. The selection becomes a click on the line, which runs
-    // after this call, since a click may yield.
+    // A screen reader has selected the row. This counts as a click on the line. The click runs
+    // after this call has returned, because its handler may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     QMetaObject::invokeMethod(
         this,
@@ -131,7 +132,7 @@ void ListBoxView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
-    // If the mouse caused this event, its press has already opened the menu.
+    // If the mouse caused this event, the press of its button has already opened the menu.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const QModelIndex current = currentIndex();
         scrollTo(current);
@@ -145,7 +146,7 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent* event) {
 void ListBoxView::keyPressEvent(QKeyEvent* event) {
     event->accept();
     model_.showAll(); // from here on, row and line numbers are equal
-    // Without a current line, the row with the focus is the first one chosen.
+    // Without a current line, the first key chooses the row with the focus.
     const int focused = std::max(0, currentIndex().row());
     if (const int row = rowFor(event->key(), list_.listIndex()); row >= 0) {
         const bool endToEnd = event->key() == Qt::Key_Home || event->key() == Qt::Key_End;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a ListBox: its lines, the current line and the marked lines. A press or a cursor key
-// chooses a line; the second press of a double click does not choose it again.
+// Shows a ListBox with its lines, the current line and the marked lines. A left press or a cursor
+// key chooses a line; the second press of a double click does not choose the line again.
 #pragma once
 
 #include "platform/controls/list_box.h"
@@ -17,7 +17,8 @@ class ListBoxView : public RowList {
 
     using Gathered = ListBoxModel::Gathered;
 
-    /// Lines are shortened in the middle, as paths are; setTextElideMode() changes that.
+    /// Lines that are too long are shortened in the middle, because most lines are paths;
+    /// setTextElideMode() can change that.
     ListBoxView(ListBox& list, QString label, LineTips tips, QWidget* parent,
                 Gathered gathered = Gathered::additions);
 

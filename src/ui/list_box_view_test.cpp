@@ -38,7 +38,7 @@ class ListBoxViewTest : public testing::Test {
         parent.activateWindow();
         flush();
     }
-    /// Waits until lines added at the end are announced.
+    /// Waits until the view's model has announced (rowsInserted) all lines that were added.
     void flush() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == model.listCount(); }));
     }
@@ -62,7 +62,7 @@ class ListBoxViewTest : public testing::Test {
     ListBoxView view{model, "Files found", ListBoxView::LineTips::whenCut, &parent};
 };
 
-TEST_F(ListBoxViewTest, ShowsTheLinesAndTheCurrentOne) {
+TEST_F(ListBoxViewTest, ShowsTheLinesAndTheCurrentLine) {
     EXPECT_EQ(view.model()->index(1, 0).data().toString(), "two");
     EXPECT_EQ(view.accessibleName(), "Files found");
     EXPECT_TRUE(selectedRows().empty());
@@ -72,19 +72,19 @@ TEST_F(ListBoxViewTest, ShowsTheLinesAndTheCurrentOne) {
     EXPECT_TRUE(selectedRows().empty());
 }
 
-TEST_F(ListBoxViewTest, AClickSelectsALineEvenTheCurrentOneAndThenReportsThePress) {
+TEST_F(ListBoxViewTest, AClickChoosesALineEvenTheCurrentLineAndThenReportsThePress) {
     click(1);
     click(1);
     EXPECT_THAT(log, ElementsAre("click two", "down left", "click two", "down left"));
 }
 
-TEST_F(ListBoxViewTest, TheSecondPressOfADoubleClickSelectsNothing) {
+TEST_F(ListBoxViewTest, TheSecondPressOfADoubleClickChoosesNoLine) {
     click(1);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, placeOf(1));
     EXPECT_THAT(log, ElementsAre("click two", "down left"));
 }
 
-TEST_F(ListBoxViewTest, ARightPressSelectsNoLineAndOpensMenusAtItsPosition) {
+TEST_F(ListBoxViewTest, ARightPressChoosesNoLineAndSetsThePositionOfMenus) {
     click(0);
     log.clear();
     QPoint place;
@@ -98,7 +98,7 @@ TEST_F(ListBoxViewTest, ARightPressSelectsNoLineAndOpensMenusAtItsPosition) {
     EXPECT_EQ(place, view.viewport()->mapToGlobal(placeOf(2)));
 }
 
-TEST_F(ListBoxViewTest, TheMenuKeyIsARightPressAtTheCurrentLine) {
+TEST_F(ListBoxViewTest, TheMenuKeyIsReportedAsARightPress) {
     model.setListIndex(1).passOver();
     log.clear();
     QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
@@ -108,13 +108,13 @@ TEST_F(ListBoxViewTest, TheMenuKeyIsARightPressAtTheCurrentLine) {
     EXPECT_THAT(log, ElementsAre("down right"));
 }
 
-TEST_F(ListBoxViewTest, APressBelowTheLinesSelectsNone) {
+TEST_F(ListBoxViewTest, APressBelowTheLinesChoosesNoLine) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, QPoint(50, 190));
     EXPECT_THAT(log, ElementsAre("down left"));
     EXPECT_EQ(model.listIndex(), -1);
 }
 
-TEST_F(ListBoxViewTest, CursorKeysSelectAndSpaceSelectsAgain) {
+TEST_F(ListBoxViewTest, CursorKeysChooseALineAndSpaceChoosesItAgain) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_End);
     QTest::keyClick(&view, Qt::Key_Down);
@@ -123,20 +123,20 @@ TEST_F(ListBoxViewTest, CursorKeysSelectAndSpaceSelectsAgain) {
     EXPECT_THAT(log, ElementsAre("click three", "click two", "click two"));
 }
 
-TEST_F(ListBoxViewTest, TheFirstCursorKeySelectsTheFirstLine) {
+TEST_F(ListBoxViewTest, WithoutACurrentLineACursorKeyChoosesTheFirstLine) {
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_Down);
     EXPECT_THAT(log, ElementsAre("click one"));
 }
 
-TEST_F(ListBoxViewTest, TheCurrentLineIsCopiedAsText) {
+TEST_F(ListBoxViewTest, TheCopyKeyCopiesTheTextOfTheCurrentLine) {
     model.setListIndex(2).passOver();
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), "three");
 }
 
-TEST_F(ListBoxViewTest, TheCurrentLineFollowsAdditionsAndRemovals) {
+TEST_F(ListBoxViewTest, TheSelectedRowFollowsTheCurrentLineWhenLinesAreAddedOrRemoved) {
     model.setListIndex(1).passOver();
     model.addItem("first", 0).passOver();
     EXPECT_THAT(selectedRows(), ElementsAre(2));
@@ -150,7 +150,7 @@ TEST_F(ListBoxViewTest, TheCurrentLineFollowsAdditionsAndRemovals) {
     EXPECT_THAT(log, ElementsAre("click two"));
 }
 
-TEST_F(ListBoxViewTest, LinesAddedAtTheEndAreAnnouncedTogether) {
+TEST_F(ListBoxViewTest, TheModelAnnouncesLinesAddedAtTheEndTogether) {
     QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
     for (int i = 0; i < 1000; ++i) {
         model.addItem("line");
@@ -163,13 +163,13 @@ TEST_F(ListBoxViewTest, LinesAddedAtTheEndAreAnnouncedTogether) {
     EXPECT_EQ(rows(), 1001);
 }
 
-TEST_F(ListBoxViewTest, AfterAPauseNewLinesAreAnnouncedAtTheNextEventAndFurtherOnesInGroups) {
+TEST_F(ListBoxViewTest, TheModelAnnouncesTheFirstNewLinesAtTheNextEventAndLaterLinesInGroups) {
     QTest::qWait(50);
     model.addItem("four");
     model.addItem("five");
     QCoreApplication::processEvents();
     EXPECT_EQ(rows(), 5);
-    // Lines added one by one for 100 ms, as by a search, are announced in groups.
+    // Lines that are added one by one for 100 ms, as by a search, are announced in groups.
     QSignalSpy announced(view.model(), &QAbstractItemModel::rowsInserted);
     QElapsedTimer time;
     time.start();
@@ -187,7 +187,7 @@ TEST_F(ListBoxViewTest, ANewLineThatIsMadeCurrentIsShownAtOnce) {
     EXPECT_THAT(selectedRows(), ElementsAre(3));
 }
 
-TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsShown) {
+TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatTheRowShows) {
     ListBoxView gathering(model, "Folders", ListBoxView::LineTips::whenCut, &parent,
                           ListBoxView::Gathered::changes);
     gathering.resize(200, 200);
@@ -202,19 +202,20 @@ TEST_F(ListBoxViewTest, WhileChangesArePendingAClickChoosesTheLineThatIsShown) {
     QTest::mouseClick(gathering.viewport(), Qt::LeftButton, {}, rowPlace(1));
     EXPECT_EQ(model.text(), "two");
     EXPECT_EQ(gathering.currentIndex().data().toString(), "two");
-    // A cursor key moves to the neighbour in the list, and a line made current is shown at once.
+    // A cursor key first shows the pending changes, so it moves to the list's own neighbour, the
+    // new line.
     QTest::keyClick(&gathering, Qt::Key_Up);
     EXPECT_EQ(model.text(), "new");
     EXPECT_EQ(gathering.model()->rowCount(), 4);
     EXPECT_EQ(gathering.currentIndex().data().toString(), "new");
-    // The current line is removed, and the removal is still pending.
+    // After the current line is removed, no row is selected, even while the removal is pending.
     model.removeItem(1).passOver();
     EXPECT_TRUE(gathering.selectionModel()->selectedIndexes().empty());
     EXPECT_TRUE(QTest::qWaitFor([&] { return gathering.model()->rowCount() == 3; }));
     EXPECT_TRUE(gathering.selectionModel()->selectedIndexes().empty());
 }
 
-TEST_F(ListBoxViewTest, AChangedTextRepaintsOnlyItsLine) {
+TEST_F(ListBoxViewTest, AChangedTextIsAnnouncedForItsRowOnly) {
     QSignalSpy edited(view.model(), &QAbstractItemModel::dataChanged);
     model.setList(1, "2").passOver();
     ASSERT_EQ(edited.count(), 1);
@@ -230,7 +231,7 @@ TEST_F(ListBoxViewTest, MarkedLinesArePaintedAsSelected) {
     EXPECT_EQ(model.listIndex(), -1);
 }
 
-TEST_F(ListBoxViewTest, VisibleLinesStayWhenOthersAreAddedOrRemovedAboveThem) {
+TEST_F(ListBoxViewTest, VisibleLinesKeepTheirPositionsWhenLinesAboveAreAddedOrRemoved) {
     for (int i = 0; i < 1000; ++i) {
         model.addItem("line " + std::to_string(i));
     }
@@ -243,7 +244,7 @@ TEST_F(ListBoxViewTest, VisibleLinesStayWhenOthersAreAddedOrRemovedAboveThem) {
     EXPECT_EQ(view.indexAt(QPoint(5, 5)).data().toString(), top);
 }
 
-TEST_F(ListBoxViewTest, ACutLineHasItsTextAsToolTipAndOtherLinesHaveTheListsToolTip) {
+TEST_F(ListBoxViewTest, AShortenedLineHasItsTextAsToolTipAndOtherLinesHaveTheListsToolTip) {
     model.setToolTip("PlayList");
     const std::string longLine = "c:\\" + std::string(300, 'x') + "<b>.mp3";
     model.setList(1, longLine).passOver();
@@ -257,7 +258,7 @@ TEST_F(ListBoxViewTest, ACutLineHasItsTextAsToolTipAndOtherLinesHaveTheListsTool
     EXPECT_THAT(tipAt(1), testing::HasSubstr("xxx&lt;b&gt;.mp3"));
 }
 
-TEST_F(ListBoxViewTest, AHandlerMayChangeTheListDuringAClick) {
+TEST_F(ListBoxViewTest, AClickHandlerMayClearTheList) {
     model.onClick = [this] {
         model.clear();
     };
@@ -266,7 +267,7 @@ TEST_F(ListBoxViewTest, AHandlerMayChangeTheListDuringAClick) {
     EXPECT_THAT(log, ElementsAre("down left"));
 }
 
-TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndItsSelectionIsAClick) {
+TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndSelectingOneRunsItsClick) {
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->role(), QAccessible::List);
@@ -279,14 +280,14 @@ TEST_F(ListBoxViewTest, AScreenReaderReadsTheLinesAndItsSelectionIsAClick) {
     ASSERT_NE(table, nullptr);
     EXPECT_TRUE(table->selectRow(1));
     EXPECT_TRUE(log.empty())
-        << "a click may yield, so it must not run inside the screen reader's call";
+        << "the click ran inside the screen reader's call, where it must not yield";
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("click two"));
     EXPECT_EQ(model.listIndex(), 1);
     EXPECT_TRUE(line->state().selected);
 }
 
-TEST_F(ListBoxViewTest, AMillionLinesAreScrolledAndPaintedAsFastAsThree) {
+TEST_F(ListBoxViewTest, AMillionLinesCanBeScrolledToTheLast) {
     for (int i = 0; i < 1'000'000; ++i) {
         model.addItem("c:\\music\\" + std::to_string(i) + ".mp3");
     }

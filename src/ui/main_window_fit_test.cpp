@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whether every widget of the main window has the space that it needs. These tests also run as
-// separate programs with QT_SCALE_FACTOR set: on high-resolution screens fonts, pictures and gaps
-// are rounded differently.
+// Tests that every widget of the main window has the space that it needs. The tests are also run
+// with QT_SCALE_FACTOR set, because on high-resolution screens the sizes of fonts, pictures and
+// gaps are rounded differently.
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QLabel>
@@ -30,7 +30,7 @@ class MainWindowFit : public testing::Test {
         row = tree.add(group, "p", "Track  1 - 00:03:05", 3, 6).value();
         tree.ensureVisible(row).passOver();
     }
-    /// All bars with every widget visible and the longest contents.
+    /// Shows all bars, with every widget visible and with the longest contents.
     void showEverything() {
         form.Picture4.setVisible(true);
         form.Command2.setVisible(true);
@@ -54,7 +54,7 @@ class MainWindowFit : public testing::Test {
         EXPECT_NE(found, nullptr) << name;
         return found->geometry();
     }
-    /// Each visible widget has its minimum size, inside of its parent.
+    /// Each visible widget has at least its minimum size and lies inside its parent.
     void expectRoomForEach() {
         for (const QWidget* child : view.findChildren<QWidget*>()) {
             if (!child->isVisible() || child->isWindow()) {
@@ -93,7 +93,7 @@ class MainWindowFit : public testing::Test {
             EXPECT_GE(place.width(), metrics.size(Qt::TextShowMnemonic, heading->text()).width());
         }
     }
-    void expectNeighboursApart(const std::vector<const char*>& fromTopToBottom) {
+    void expectStackedWithoutGaps(const std::vector<const char*>& fromTopToBottom) {
         int bottom = 0;
         for (const char* name : fromTopToBottom) {
             EXPECT_EQ(placeOf(name).top(), bottom) << name;
@@ -109,24 +109,24 @@ class MainWindowFit : public testing::Test {
     NodeRef row;
 };
 
-TEST_F(MainWindowFit, TheScaleIsTheRequestedOne) {
+TEST_F(MainWindowFit, TheWindowHasTheScaleThatTheEnvironmentRequests) {
     show();
-    const QByteArray asked = qgetenv("QT_SCALE_FACTOR");
-    EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), asked.isEmpty() ? 1.0 : asked.toDouble());
+    const QByteArray requested = qgetenv("QT_SCALE_FACTOR");
+    EXPECT_DOUBLE_EQ(view.devicePixelRatioF(), requested.isEmpty() ? 1.0 : requested.toDouble());
 }
 
 TEST_F(MainWindowFit, WhileIdleAllTextsFit) {
     show();
     expectRoomForEach();
     expectWholeTexts();
-    expectNeighboursApart({"Picture3", "TreeView1", "Picture2", "Picture1"});
+    expectStackedWithoutGaps({"Picture3", "TreeView1", "Picture2", "Picture1"});
 }
 
-TEST_F(MainWindowFit, WithAllBarsFullAllTextsFit) {
+TEST_F(MainWindowFit, WithAllBarsShownAndFullAllTextsFit) {
     showEverything();
     expectRoomForEach();
     expectWholeTexts();
-    expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
+    expectStackedWithoutGaps({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
 }
 
 TEST_F(MainWindowFit, AtTheMinimumSizeAllTextsFit) {
@@ -136,7 +136,7 @@ TEST_F(MainWindowFit, AtTheMinimumSizeAllTextsFit) {
     runResizeLayout(form);
     expectRoomForEach();
     expectWholeTexts();
-    expectNeighboursApart({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
+    expectStackedWithoutGaps({"Picture3", "Picture4", "TreeView1", "Picture2", "Picture1"});
 }
 
 TEST_F(MainWindowFit, TheTreeShowsTheWholeTextOfARow) {

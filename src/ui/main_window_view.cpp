@@ -64,16 +64,16 @@ MainWindowView::MainWindowView(Form1& form)
 bool MainWindowView::event(QEvent* event) {
     const bool handled = QMainWindow::event(event);
     if (event->type() == QEvent::Paint && QApplication::windowIcon().isNull()) {
-        // The icon of the whole program: message boxes also show it. It is drawn in many sizes, so
-        // this waits until the window is on the screen.
+        // Sets the icon of the whole program, which message boxes also show. The icon is drawn in
+        // many sizes; to keep the start short, this is done after the window is on the screen.
         QTimer::singleShot(0, this, [] { QApplication::setWindowIcon(makeIcon(Symbol::program)); });
     }
     return handled;
 }
 
 void MainWindowView::followBars() {
-    // The strip fills the height between the bars, and the resize layout, which runs after each
-    // toggle of a bar, reads its height.
+    // The grip strip fills the height between the bars, so it must be adjusted when a bar is shown
+    // or hidden. The resize layout, which runs after that, reads the height of the strip.
     for (PictureBox* bar : {&form_.Picture1, &form_.Picture2, &form_.Picture3, &form_.Picture4,
                             &form_.Picture5, &form_.Image3}) {
         connections_.push_back(bar->changed.connect([this](Property) { arrange(); }));
@@ -152,8 +152,8 @@ void MainWindowView::dropEvent(QDropEvent* event) {
     answerDrag(*event);
     const std::string path = droppedImage(*event->mimeData());
     if (!path.empty() && onImageDropped) {
-        // Runs after the drop has ended: reading the disc may show a question, and the source of
-        // the drop would wait for its reply.
+        // The handler runs after the drop has ended: reading the disc may show a question, and the
+        // program from which the file was dragged would wait until the user answers it.
         runLater(*this, [this, path] { onImageDropped(path); });
     }
 }

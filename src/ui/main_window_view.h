@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window as the user sees it: menus, bars at its edges, the grip strip and the work tree.
-// Other files wire the controls; the form's resize layout places the tree.
+// Shows the main window: the menus, the bars at its edges, the grip strip and the work tree. Other
+// files connect the controls to the logic; the form's resize layout places the tree.
 #pragma once
 
 #include <functional>
@@ -22,18 +22,18 @@ namespace sonarith {
 class MainWindowView : public QMainWindow {
   public:
     /// Sets the form's designed inner size and the heights of the bars, so that the form can be
-    /// loaded next. Shows nothing: that depends on the form's visibility.
+    /// loaded next. Does not show the window: the form shows it when the form becomes visible.
     explicit MainWindowView(Form1& form);
 
-    /// The line below the client area.
+    /// The bar with the last notice, below the client area.
     [[nodiscard]] NoticeBar& noticeBar() { return *notices_; }
 
-    /// Returns whether a disc image may be dropped now; called repeatedly while one is dragged over
-    /// the window. If it is not set, an image may always be dropped.
+    /// Returns whether a disc image may be dropped now. Called repeatedly while a disc image is
+    /// dragged over the window. If it is not set, an image may always be dropped.
     std::function<bool()> acceptsImages;
-    /// A disc image (.cue, .toc) was dropped from a file manager: its path in the machine's form,
-    /// byte for byte. Also called for an image that was accepted first and became unacceptable
-    /// before the drop.
+    /// Called when a disc image (.cue, .toc) was dropped from a file manager, with its path in the
+    /// machine's form, byte for byte. Also called if acceptsImages() returned true while the image
+    /// was dragged but returns false at the drop.
     std::function<void(const std::string& machinePath)> onImageDropped;
 
   protected:

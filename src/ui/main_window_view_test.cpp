@@ -56,7 +56,7 @@ class MainWindowViewTest : public testing::Test {
     MainWindowView view{form};
 };
 
-TEST_F(MainWindowViewTest, TheClientAreaHasItsDesignedSizeBeforeAndAfterItIsShown) {
+TEST_F(MainWindowViewTest, TheClientAreaHasItsDesignedSizeBeforeAndAfterTheWindowIsShown) {
     EXPECT_EQ(form.innerWidth(), designWidth);
     EXPECT_EQ(form.innerHeight(), designHeight);
     EXPECT_FALSE(view.isVisible());
@@ -66,7 +66,7 @@ TEST_F(MainWindowViewTest, TheClientAreaHasItsDesignedSizeBeforeAndAfterItIsShow
     EXPECT_EQ(form.innerHeight(), designHeight);
 }
 
-TEST_F(MainWindowViewTest, TheBarsAreAtTheirEdgesAndTheTreeFillsTheRest) {
+TEST_F(MainWindowViewTest, TheBarsAreAtTheEdgesOfTheWindowAndTheTreeFillsTheRest) {
     show();
     const QRect tool = placeOf("Picture3");
     const QRect activity = placeOf("Picture2");
@@ -145,7 +145,7 @@ TEST_F(MainWindowViewTest, EveryControlHasAWidgetAndEveryWidgetAnAccessibleName)
     EXPECT_EQ(widget("lblCDID").accessibleName(), "CD ID:");
 }
 
-TEST_F(MainWindowViewTest, WhileIdleCancelAndTheCdBarsControlsAreHidden) {
+TEST_F(MainWindowViewTest, WhileIdleTheCancelButtonTheWarningAndTheCdBarAreHidden) {
     show();
     for (const char* name : {"Command2", "Label5", "Command11", "Command12"}) {
         EXPECT_FALSE(widget(name).isVisible()) << name;
@@ -176,7 +176,7 @@ TEST_F(MainWindowViewTest, TheTabKeyReachesEveryButtonAndTheTree) {
                                                 "Command11", "Command12"}));
 }
 
-TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensEachMenu) {
+TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensItsMenu) {
     show();
     QTest::keyClick(&view, Qt::Key_F10);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
@@ -188,7 +188,7 @@ TEST_F(MainWindowViewTest, F10OpensTheFirstMenuAndAltWithALetterOpensEachMenu) {
     EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuPrefs");
 }
 
-TEST_F(MainWindowViewTest, F1RequestsHelpWhileTheHelpEntryIsEnabled) {
+TEST_F(MainWindowViewTest, F1ClicksTheHelpButtonWhileTheButtonIsEnabled) {
     int calls = 0;
     form.Cmdhelp.onClick = [&] {
         ++calls;
@@ -201,12 +201,12 @@ TEST_F(MainWindowViewTest, F1RequestsHelpWhileTheHelpEntryIsEnabled) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(MainWindowViewTest, StartAndCancelAreLabelledWithTheirAction) {
+TEST_F(MainWindowViewTest, TheToolTipsOfStartAndCancelNameTheirActions) {
     EXPECT_EQ(widget("CmdSelectAction").toolTip(), "Start the next action");
     EXPECT_EQ(widget("Command2").toolTip(), "Cancel the action that is running");
 }
 
-TEST_F(MainWindowViewTest, TheDiscsIdentityUsesTheSpaceBesideTheWarning) {
+TEST_F(MainWindowViewTest, TheCdIdIsShownInFullAndUsesTheSpaceOfAHiddenWarning) {
     form.lblCDID.setCaption("1234567890");
     form.lblNumTracks.setCaption("12");
     form.Picture4.setVisible(true);
@@ -219,13 +219,13 @@ TEST_F(MainWindowViewTest, TheDiscsIdentityUsesTheSpaceBesideTheWarning) {
     EXPECT_LT(identity.width(), alone);
 }
 
-TEST_F(MainWindowViewTest, APathInTheNextActionIsCutInTheMiddle) {
+TEST_F(MainWindowViewTest, TheEndOfALongPathInTheNextActionIsVisible) {
     const std::string path = "Next Action:  Process  c:\\music\\" + std::string(80, 'x');
     form.Label3.setCaption(path + "A.wav");
     show();
     const QImage one = widget("Label3").grab().toImage();
     form.Label3.setCaption(path + "B.wav");
-    EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path is visible";
+    EXPECT_NE(widget("Label3").grab().toImage(), one) << "the end of the path is not visible";
 }
 
 TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {
@@ -240,7 +240,7 @@ TEST_F(MainWindowViewTest, StartHasAMnemonicThatNoMenuUses) {
     EXPECT_EQ(widget("CmdSelectAction").accessibleName(), "Start ");
 }
 
-TEST_F(MainWindowViewTest, TheMenuKeyRunsTheOpeningStepThenOpensThePopupAtTheNode) {
+TEST_F(MainWindowViewTest, TheMenuKeyOnANodeRunsTheOpeningStepOfThePopupThenOpensThePopup) {
     show();
     TreeView& tree = form.TreeView1;
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
@@ -262,7 +262,7 @@ TEST_F(MainWindowViewTest, TheMenuKeyRunsTheOpeningStepThenOpensThePopupAtTheNod
     EXPECT_TRUE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MainWindowViewTest, APressOnTheGripIsReportedToTheGrip) {
+TEST_F(MainWindowViewTest, APressOnTheGripIsReportedToTheGripAndNotToTheForm) {
     show();
     int onGrip = 0;
     int onSurface = 0;
@@ -275,7 +275,7 @@ TEST_F(MainWindowViewTest, APressOnTheGripIsReportedToTheGrip) {
     QTest::mouseClick(&widget("Image3"), Qt::LeftButton);
     EXPECT_EQ(onGrip, 1);
     EXPECT_EQ(onSurface, 0);
-    // Without a handler it does nothing.
+    // Without a handler, a press on the grip does nothing.
     form.Image3.onMouseDown = nullptr;
     QTest::mouseClick(&widget("Image3"), Qt::LeftButton);
     EXPECT_EQ(onSurface, 0);
@@ -297,20 +297,21 @@ TEST_F(MainWindowViewTest, NoMenuOpensWhileADialogIsOpen) {
     EXPECT_EQ(runDialog(dialog), QDialog::Accepted);
 }
 
-/// Drags a file over the window and drops it; returns whether each event was accepted.
+/// Whether the window accepted each event of a drag.
 struct Offered {
     bool onEnter;
     bool onMove;
     bool onDrop;
 };
 
+/// Drags a file over the window and drops it.
 Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& beforeDrop = {}) {
     QMimeData data;
     data.setData(QStringLiteral("text/uri-list"), uri);
     QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDragMoveEvent move(QPoint(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent drop(QPointF(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    // As sent by the desktop.
+    // The desktop sends these events ignored.
     enter.ignore();
     drop.ignore();
     QCoreApplication::sendEvent(&window, &enter);
@@ -333,7 +334,8 @@ TEST_F(MainWindowViewTest, NotifiesOfADroppedDiscImage) {
     EXPECT_THAT(dropped, IsEmpty());
     const Offered image = dropOn(view, "file:///m/disc.cue\r\n");
     EXPECT_TRUE(image.onEnter && image.onMove && image.onDrop);
-    // The handler does not run inside the drop, whose source waits for its end.
+    // The handler does not run inside the drop, because the program from which the file comes waits
+    // for the end of the drop.
     EXPECT_THAT(dropped, IsEmpty());
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, ElementsAre("/m/disc.cue"));
@@ -361,10 +363,10 @@ TEST_F(MainWindowViewTest, ADiscImageIsRefusedWhileTheDriveIsInUse) {
     dropped.clear();
     QCoreApplication::processEvents();
     EXPECT_THAT(dropped, Contains("/m/late.cue"))
-        << "the user is notified why the image is refused";
+        << "the handler must run, so that the user learns why the image is refused";
 }
 
-TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {
+TEST_F(MainWindowViewTest, ClosingTheWindowUnloadsTheForm) {
     show();
     int queries = 0;
     form.onQueryUnload = [&] {
@@ -375,7 +377,7 @@ TEST_F(MainWindowViewTest, ClosingUnloadsTheForm) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(MainWindowViewTest, DisablingTheCommandsKeepsExitAndTheTreeEnabled) {
+TEST_F(MainWindowViewTest, DisablemKeepsTheExitButtonAndTheTreeEnabled) {
     show();
     form.Disablem();
     EXPECT_FALSE(widget("Copt").isEnabled());

@@ -30,7 +30,7 @@ QWidget* withBarsInside(QWidget* window) {
 }
 
 void fill(QMenu& menu, const MenuItem& heading, MenusOfHeadings& made) {
-    // In a menu with a ticked entry the other entries show empty tick boxes.
+    // In a menu with a ticked entry, the other entries show empty tick boxes.
     const bool anyTick = std::any_of(heading.entries().begin(), heading.entries().end(),
                                      [](const MenuItem* entry) { return entry->checked(); });
     const auto ticks = anyTick ? MenuItemView::Ticks::yes : MenuItemView::Ticks::no;
@@ -64,7 +64,8 @@ MenuItemView::MenuItemView(MenuItem& model, QAction& action, Ticks ticks)
     action_.setCheckable(ticks == Ticks::yes);
     if (!action_.menu()) {
         connect(&action_, &QAction::triggered, this, [this] {
-            // Only the model sets a tick; the action has toggled its own.
+            // Only the model sets a tick. Qt has toggled the tick of the action, which is corrected
+            // here.
             showTick();
             model_.click();
         });

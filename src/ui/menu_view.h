@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows MenuItem models as the desktop's menus: captions (which are constant), ticks, enabled or
-// disabled entries, separators, and the step that runs before a menu opens. popup_menus.h opens
-// menus at the pointer.
+// Shows MenuItem models as the desktop's menus: their captions, ticks, separators, and whether
+// entries are enabled and visible. Runs a menu's onOpen handler before the menu opens.
+// popup_menus.h opens menus at the pointer.
 #pragma once
 
 #include <unordered_map>
@@ -14,11 +14,11 @@
 
 namespace sonarith {
 
-/// One entry or heading, connected to its action; a child of the action.
+/// Connects an entry or a heading to its action. The action owns this object.
 class MenuItemView : public QObject {
   public:
-    /// `ticks`: whether the entry shows a tick box. An entry that is ticked later shows it from
-    /// then on.
+    /// Whether the entry shows a tick box from the start. An entry without a tick box shows one
+    /// after it has been ticked.
     enum class Ticks { no, yes };
     MenuItemView(MenuItem& model, QAction& action, Ticks ticks);
 
@@ -31,11 +31,11 @@ class MenuItemView : public QObject {
     Connection changed_;
 };
 
-/// The menus of headings.
+/// The menu that was made for each heading.
 using MenusOfHeadings = std::unordered_map<const MenuItem*, QMenu*>;
 
-/// Creates the menu of a heading, a child of `parent`, and its submenus, and adds each to `made`.
-/// The heading must outlive them.
+/// Creates the menu of a heading and its submenus, and adds each of them to `made`. `parent` owns
+/// the menu. The heading and its entries must outlive the menus.
 QMenu& makeMenu(MenuItem& heading, QWidget& parent, MenusOfHeadings& made);
 
 /// The menu bar at the top of a window; F10 moves the keyboard focus to it.
@@ -44,7 +44,7 @@ class MenuBarView : public QMenuBar {
     /// `parent` is the window that gets the menu bar.
     MenuBarView(const std::vector<MenuItem*>& headings, QWidget* parent);
 
-    /// The menu of a heading of the bar or below it; null for any other.
+    /// The menu of a heading of the bar or of one of its submenus; null for any other heading.
     [[nodiscard]] QMenu* menuOf(const MenuItem& heading) const;
 
     /// The letters that open the bar's menus, in lower case.

@@ -61,7 +61,7 @@ TEST_F(MenuViewTest, TheBarIsNotRequestedFromTheDesktop) {
     EXPECT_FALSE(bar->isNativeMenuBar());
 }
 
-TEST_F(MenuViewTest, AnEntryClicksItsModel) {
+TEST_F(MenuViewTest, ATriggeredEntryClicksItsModel) {
     int clicks = 0;
     open.onClick = [&] {
         ++clicks;
@@ -75,7 +75,7 @@ TEST_F(MenuViewTest, OnlyTheModelSetsTicks) {
     EXPECT_TRUE(action("mnuCDbar").isCheckable());
     EXPECT_FALSE(action("mnuOpenfile").isCheckable());
     action("mnuToolbar").trigger();
-    EXPECT_TRUE(action("mnuToolbar").isChecked()) << "the model did not change";
+    EXPECT_TRUE(action("mnuToolbar").isChecked()) << "the tick changed although the model did not";
     cd.onClick = [&] {
         cd.setChecked(!cd.checked());
     };
@@ -95,27 +95,27 @@ TEST_F(MenuViewTest, EntriesAreEnabledAndVisibleLikeTheirModels) {
     EXPECT_FALSE(action("mnuOpenfile").isVisible());
 }
 
-TEST_F(MenuViewTest, AMenusOpeningStepRunsBeforeItIsShown) {
-    bool seenInStep = true;
+TEST_F(MenuViewTest, TheOpeningStepOfAMenuRunsBeforeTheMenuIsShown) {
+    bool popupDuringStep = true;
     popup.onOpen = [&] {
-        seenInStep = QApplication::activePopupWidget() != nullptr;
+        popupDuringStep = QApplication::activePopupWidget() != nullptr;
         remove.setEnabled(false);
     };
     form.popupRequested.emit(popup);
-    EXPECT_FALSE(seenInStep);
+    EXPECT_FALSE(popupDuringStep);
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->objectName(), "mnupopup");
     EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
 }
 
-TEST_F(MenuViewTest, ADisabledHeadingDoesNotOpen) {
+TEST_F(MenuViewTest, ARequestedPopupMenuWithADisabledHeadingDoesNotOpen) {
     popup.setEnabled(false);
     form.popupRequested.emit(popup);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-TEST_F(MenuViewTest, AltAndLettersReachAnEntry) {
+TEST_F(MenuViewTest, AltWithALetterOpensAMenuAndALetterTriggersAnEntry) {
     int clicks = 0;
     open.onClick = [&] {
         ++clicks;

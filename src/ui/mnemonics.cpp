@@ -4,7 +4,8 @@
 namespace sonarith {
 namespace {
 
-/// Index of the caption's letter, or -1 if all of its letters are in use.
+/// The index of the letter that becomes the mnemonic of the caption; -1 if all its letters are in
+/// use.
 qsizetype findFreeLetter(const QString& caption, const QString& taken) {
     const auto isFree = [&](qsizetype i) {
         return caption[i].isLetterOrNumber() && !taken.contains(caption[i].toLower());

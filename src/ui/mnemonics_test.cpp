@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(Mnemonics, EachCaptionGetsItsFirstUnusedLetter) {
+TEST(Mnemonics, MarkTheFirstUnusedLetterOfEachCaption) {
     EXPECT_EQ(withMnemonics({"File", "Action", "Preferences", "Help"}),
               QStringList({"&File", "&Action", "&Preferences", "&Help"}));
     EXPECT_EQ(withMnemonics({"Start ", "Stop", "Refresh List"}),
@@ -18,15 +18,15 @@ TEST(Mnemonics, TheFirstLetterOfALaterWordIsPreferredToInnerLetters) {
               QStringList({"&Remove", "Remove &and Delete File"}));
 }
 
-TEST(Mnemonics, SkipsLettersThatOtherCaptionsUse) {
+TEST(Mnemonics, SkipLettersThatAreAlreadyTaken) {
     EXPECT_EQ(withMnemonics({"Cancel", "Start "}, "fcs"), QStringList({"C&ancel", "S&tart "}));
 }
 
-TEST(Mnemonics, ACaptionWithoutAnUnusedLetterGetsNone) {
+TEST(Mnemonics, ACaptionWithoutAnUnusedLetterGetsNoMnemonic) {
     EXPECT_EQ(withMnemonics({"A", "a", "", "..."}), QStringList({"&A", "a", "", "..."}));
 }
 
-TEST(Mnemonics, AnAmpersandInACaptionIsShown) {
+TEST(Mnemonics, AnAmpersandInACaptionIsDoubled) {
     EXPECT_EQ(withMnemonics({"Rock & Roll"}), QStringList({"&Rock && Roll"}));
 }
 

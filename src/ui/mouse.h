@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts mouse events of the desktop to those of the controls.
+// Reads the mouse buttons from an event of Qt, for the handlers of controls.
 #pragma once
 
 #include <QMouseEvent>

@@ -19,7 +19,7 @@ QToolButton* makeButton(const QString& name, const QString& text, QWidget* paren
     button->setAccessibleName(text);
     button->setToolTip(text);
     button->setAutoRaise(true);
-    // Focused by Tab only: a click does not move the user's focus.
+    // Only the tab key moves the focus to the button; a click leaves the focus where it is.
     button->setFocusPolicy(Qt::TabFocus);
     return button;
 }
@@ -45,7 +45,7 @@ NoticeBar::NoticeBar(QWidget* parent) : QWidget(parent), line_(new QLabel(this))
     connect(close, &QToolButton::clicked, this, [this] { dismiss(); });
 
     auto* columns = new QHBoxLayout(this);
-    // Device-independent pixels, as in the bars above.
+    // Device-independent pixels. The left margin is that of the main window's bars.
     columns->setContentsMargins(6, 2, 2, 2);
     columns->setSpacing(2);
     columns->addWidget(line_, 1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The line at the bottom of the main window that shows the last notice to the user, separate from
-// the logic's controls. It takes no focus and blocks nothing.
+// The bar at the bottom of the main window, which shows the last notice to the user. It is not one
+// of the logic's controls. Showing a notice neither moves the focus nor blocks other input.
 #pragma once
 
 #include <functional>
@@ -17,14 +17,14 @@ class NoticeBar : public QWidget {
     /// Hidden until there is a notice.
     explicit NoticeBar(QWidget* parent);
 
-    /// Shows a notice in place of the previous one, preceded by the number of notices since the bar
-    /// was dismissed. Screen readers announce it.
+    /// Shows a notice in place of the previous one. If it is not the first notice since the bar was
+    /// dismissed, their number precedes it. Screen readers announce the notice.
     void show(const QString& text);
     /// Hides the bar.
     void dismiss();
     [[nodiscard]] QString text() const { return text_; }
 
-    /// The user requests the list of all notices.
+    /// Called when the user requests the list of all notices.
     std::function<void()> onDetails;
 
   protected:
