@@ -37,7 +37,7 @@ TEST_F(NoticeBarTest, IsHiddenUntilThereIsANotice) {
     EXPECT_EQ(line().accessibleName(), "Track 2 was not saved");
 }
 
-TEST_F(NoticeBarTest, ALongNoticeIsCutAndCompleteInItsToolTipAndForScreenReaders) {
+TEST_F(NoticeBarTest, ALongNoticeIsShortenedButCompleteInTheToolTipAndForScreenReaders) {
     const QString text = "Track 2 was not saved: " + QString(200, 'x');
     bar->show(text);
     QCoreApplication::processEvents();
@@ -58,7 +58,7 @@ TEST_F(NoticeBarTest, CountsTheNoticesSinceItWasDismissed) {
     EXPECT_EQ(line().accessibleName(), "three");
 }
 
-TEST_F(NoticeBarTest, TakesNoFocus) {
+TEST_F(NoticeBarTest, LeavesTheFocusWhereItIs) {
     bar->show("one");
     QTest::mouseClick(&button("noticeDetails"), Qt::LeftButton);
     EXPECT_TRUE(focused.hasFocus());
@@ -66,15 +66,15 @@ TEST_F(NoticeBarTest, TakesNoFocus) {
     EXPECT_TRUE(focused.hasFocus());
 }
 
-TEST_F(NoticeBarTest, ItsButtonRequestsTheDetails) {
-    int asked = 0;
+TEST_F(NoticeBarTest, TheDetailsButtonRequestsTheDetailsAndDoesNotHideTheBar) {
+    int requests = 0;
     bar->show("one");
     QTest::mouseClick(&button("noticeDetails"), Qt::LeftButton);
     bar->onDetails = [&] {
-        ++asked;
+        ++requests;
     };
     QTest::mouseClick(&button("noticeDetails"), Qt::LeftButton);
-    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(requests, 1);
     EXPECT_TRUE(bar->isVisible());
 }
 

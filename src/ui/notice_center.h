@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows notices to the user: in the main window's notice bar, or as a notification of the desktop
-// while that window is hidden or minimized.
+// Shows notices to the user in the main window's notice bar. While that window is hidden or
+// minimized, shows them as notifications of the desktop.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,8 @@ namespace sonarith {
 
 class NoticeCenter : public QObject {
   public:
-    /// `notify` sends a notification of the desktop. All parameters must outlive this object.
+    /// `notify` sends a notification of the desktop. `board`, `window` and `bar` must outlive this
+    /// object.
     NoticeCenter(NoticeBoard& board, QWidget& window, NoticeBar& bar,
                  std::function<void(const QString&)> notify);
     ~NoticeCenter() override;

@@ -20,7 +20,7 @@ struct NoticeCenterTest : testing::Test {
                         }};
 };
 
-TEST_F(NoticeCenterTest, ANoticeFromAnyThreadReachesTheBar) {
+TEST_F(NoticeCenterTest, ANoticeFromAnotherThreadIsShownInTheBar) {
     window.show();
     std::jthread([this] { board.report({"lost"}); }).join();
     EXPECT_FALSE(bar.isVisible());
@@ -30,7 +30,7 @@ TEST_F(NoticeCenterTest, ANoticeFromAnyThreadReachesTheBar) {
     EXPECT_TRUE(notified.isEmpty());
 }
 
-TEST_F(NoticeCenterTest, WhileTheWindowIsHiddenOrMinimizedTheDesktopIsNotified) {
+TEST_F(NoticeCenterTest, ANoticeIsSentToTheDesktopWhileTheWindowIsHiddenOrMinimized) {
     board.report({"hidden"});
     QCoreApplication::processEvents();
     window.showMinimized();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main function of the test program: these tests need the one QApplication and no display.
-// Their desktop has two screens side by side, and the primary one is not at its corner.
+// The main function of the test program: the tests need a QApplication and no display. Their
+// desktop has two screens side by side, and the primary screen is not at the corner of the desktop.
 #include <QApplication>
 #include <QTemporaryFile>
 #include <gmock/gmock.h>
@@ -10,14 +10,15 @@ int main(int argc, char** argv) {
     if (!screens.open()) {
         return 1;
     }
-    // The first one by position and by name becomes the primary one.
+    // The screen that is first in this list, and by its name, becomes the primary screen.
     screens.write(R"({"screens": [
         {"name": "main", "x": 800, "y": 100, "width": 1000, "height": 700},
         {"name": "spare", "x": 0, "y": 0, "width": 800, "height": 800}]})");
     screens.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toUtf8());
     testing::InitGoogleMock(&argc, argv);
-    // Death tests start the program again: a forked copy would share its event sources.
+    // Death tests start the program again, because a forked process would share the event sources
+    // of this process.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();

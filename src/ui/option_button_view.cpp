@@ -25,8 +25,9 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
                   setChecked(button_.selected());
               }
           }) {
-    // The models make the buttons exclude each other. A group of its own excludes no other button,
-    // and screen readers still treat this one as a radio button.
+    // The models make the buttons of a group exclude each other, so Qt must not do so. The button
+    // is put into a button group of its own that is not exclusive; screen readers still treat it as
+    // a radio button.
     auto* alone = new QButtonGroup(this);
     alone->setExclusive(false);
     alone->addButton(this);
@@ -41,7 +42,8 @@ OptionButtonView::OptionButtonView(OptionButton& button, const QString& label, Q
     showTabStop();
 }
 
-/// The tab key stops at the selected button of the group, or at each button if none is selected.
+/// Makes the tab key stop at the selected button of the group, or at each button if none is
+/// selected.
 void OptionButtonView::showTabStop() {
     const auto& buttons = button_.group().buttons();
     const bool elsewhere =
@@ -66,7 +68,8 @@ void OptionButtonView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// The next enabled button of the group, wrapping at its ends.
+/// Chooses the next enabled and visible button of the group in the direction of `step`; after the
+/// last button follows the first one.
 void OptionButtonView::chooseNeighbour(int step) {
     const auto& buttons = button_.group().buttons();
     const int count = static_cast<int>(buttons.size());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows an OptionButton. The models decide which button of a group is selected; this view handles
-// pointer and keys: arrows select the next button of the group, and the tab key stops once in it.
+// the pointer and the keys. The arrow keys select the next button of the group, and the tab key
+// stops once in a group.
 #pragma once
 
 #include <vector>
@@ -14,13 +15,13 @@ namespace sonarith {
 
 class OptionButtonView : public QRadioButton {
   public:
-    /// `label` is shown beside the button while it has no caption of its own.
+    /// `label` is shown beside the button while the control has no caption.
     OptionButtonView(OptionButton& button, const QString& label, QWidget* parent);
 
   protected:
-    /// Only the model changes the state.
+    /// Does nothing, because only the model changes the state.
     void nextCheckState() override {}
-    /// The second press of a double click is ignored: the first click's handler may still be
+    /// Ignores the second press of a double click: the handler of the first click may still be
     /// running.
     void mouseDoubleClickEvent(QMouseEvent*) override {}
     void keyPressEvent(QKeyEvent* event) override;

@@ -45,7 +45,7 @@ class OptionButtonViewTest : public testing::Test {
     std::vector<std::string> log;
 };
 
-TEST_F(OptionButtonViewTest, CodeSelectsOneOrNoneOfAGroupAndRunsNoHandler) {
+TEST_F(OptionButtonViewTest, CodeCanSelectOneButtonOfAGroupOrNoneAndRunsNoHandler) {
     on.setSelected(true);
     EXPECT_TRUE(onView.isChecked());
     off.setSelected(true);
@@ -55,7 +55,7 @@ TEST_F(OptionButtonViewTest, CodeSelectsOneOrNoneOfAGroupAndRunsNoHandler) {
     EXPECT_TRUE(log.empty());
 }
 
-TEST_F(OptionButtonViewTest, AClickOnTheSelectedOneRunsTheHandlerToo) {
+TEST_F(OptionButtonViewTest, AClickOnTheSelectedButtonRunsTheHandlerAgain) {
     press(onView);
     EXPECT_TRUE(on.selected());
     press(onView);
@@ -73,7 +73,7 @@ TEST_F(OptionButtonViewTest, ShowsTheStateThatTheHandlerHasSet) {
     EXPECT_FALSE(onView.isChecked());
 }
 
-TEST_F(OptionButtonViewTest, ArrowsSelectTheNextOneOfTheGroupAndWrapAround) {
+TEST_F(OptionButtonViewTest, ArrowKeysSelectTheNextButtonOfTheGroupAndWrapAround) {
     onView.setFocus();
     QTest::keyClick(&onView, Qt::Key_Down);
     EXPECT_TRUE(off.selected());
@@ -84,7 +84,7 @@ TEST_F(OptionButtonViewTest, ArrowsSelectTheNextOneOfTheGroupAndWrapAround) {
     EXPECT_FALSE(apart.selected());
 }
 
-TEST_F(OptionButtonViewTest, ArrowsSkipADisabledButton) {
+TEST_F(OptionButtonViewTest, ArrowKeysSkipADisabledButton) {
     off.setEnabled(false);
     onView.setFocus();
     QTest::keyClick(&onView, Qt::Key_Down);
@@ -92,8 +92,9 @@ TEST_F(OptionButtonViewTest, ArrowsSkipADisabledButton) {
     EXPECT_TRUE(onView.hasFocus());
 }
 
-TEST_F(OptionButtonViewTest, TheTabKeyStopsOnceInAGroup) {
-    EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0) << "none is selected";
+TEST_F(OptionButtonViewTest, TheTabKeyStopsOnlyAtTheSelectedButtonOfAGroup) {
+    EXPECT_NE(offView.focusPolicy() & Qt::TabFocus, 0)
+        << "the tab key must stop at each button, because none is selected";
     on.setSelected(true);
     EXPECT_EQ(offView.focusPolicy() & Qt::TabFocus, 0);
     EXPECT_NE(onView.focusPolicy() & Qt::TabFocus, 0);

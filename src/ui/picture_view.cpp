@@ -13,7 +13,7 @@ BarView::BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* paren
     : QWidget(parent), line_(line), view_(model, *this, {}, std::move(label)) {}
 
 void BarView::paintEvent(QPaintEvent*) {
-    // Between Window and its shade, so that it is visible on light and dark palettes alike.
+    // A pale tone of the text colour, which is visible on light and on dark palettes.
     QColor color = palette().color(QPalette::WindowText);
     color.setAlphaF(0.18F);
     const QRect all = rect();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a PictureBox: a bar that contains other widgets, or one of the program's pictures.
+// Shows a PictureBox either as a bar that contains other widgets or as one of the program's
+// pictures.
 #pragma once
 
 #include <optional>
@@ -12,7 +13,8 @@
 
 namespace sonarith {
 
-/// A bar with a thin line along the edge next to the work tree.
+/// A bar with a thin line along one edge, `line`. For the bars of the main window, that is the edge
+/// next to the work tree.
 class BarView : public QWidget {
   public:
     BarView(PictureBox& model, QString label, Qt::Edge line, QWidget* parent);
@@ -25,7 +27,7 @@ class BarView : public QWidget {
     ControlView view_;
 };
 
-/// A picture in the centre of its area; without a symbol the area stays empty.
+/// Shows a picture in the centre of the widget. Without a symbol, the widget is empty.
 class PictureView : public QWidget {
   public:
     PictureView(PictureBox& model, QString label, std::optional<Symbol> symbol, int side,
@@ -36,7 +38,7 @@ class PictureView : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    /// Presses without a handler in the model are passed to the widgets below.
+    /// If the model has no handler for a press, the press is passed to the parent widget.
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 

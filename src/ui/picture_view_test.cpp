@@ -10,7 +10,7 @@
 namespace sonarith {
 namespace {
 
-TEST(PictureView, PressesAndMovesAreReportedWithTheirButtons) {
+TEST(PictureView, ReportsPressesAndMovementsWithTheirButtons) {
     Form form("Form1");
     PictureBox model(form, "Image3");
     QWidget parent;
@@ -31,7 +31,7 @@ TEST(PictureView, PressesAndMovesAreReportedWithTheirButtons) {
     EXPECT_THAT(log, testing::ElementsAre("right", "left", "moved, left down"));
 }
 
-TEST(PictureView, APressWithoutAHandlerIsPassedToTheWidgetBelow) {
+TEST(PictureView, APressWithoutAHandlerIsPassedToTheParent) {
     Form form("Form1");
     PictureBox model(form, "Image3");
     QWidget parent;
@@ -42,7 +42,7 @@ TEST(PictureView, APressWithoutAHandlerIsPassedToTheWidgetBelow) {
     EXPECT_FALSE(press.isAccepted());
 }
 
-TEST(PictureView, PaintsItsSymbolAndNothingWithoutOne) {
+TEST(PictureView, LooksDifferentWithAndWithoutASymbol) {
     Form form("Form1");
     PictureBox model(form, "Image5");
     QWidget parent;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Surfaces of the player's panel with which the user drags it: pictures that contain other
-// controls. A display is dark with light text on every desktop.
+// The surfaces of the player's panel. They show pictures that contain other controls, and the user
+// can drag the panel by them. A PlayerDisplay is dark with light text on every desktop.
 #pragma once
 
 #include <QColor>
@@ -13,7 +13,7 @@ class PanelSurface : public PictureView {
   public:
     PanelSurface(PictureBox& model, QString label, QWidget* parent);
 
-    /// The size of its layout: it has no picture of its own.
+    /// The size of the layout of the contents, because the surface itself shows no picture.
     [[nodiscard]] QSize sizeHint() const override { return QWidget::sizeHint(); }
     [[nodiscard]] QSize minimumSizeHint() const override { return QWidget::minimumSizeHint(); }
 };
@@ -21,7 +21,7 @@ class PanelSurface : public PictureView {
 class PlayerDisplay : public PanelSurface {
   public:
     inline static const QColor ground{0x10, 0x18, 0x14};
-    /// Colour of the meter's bar and trace: pure green.
+    /// The colour of the level meter's bar and trace: pure green.
     inline static const QColor signal{0x00, 0xFF, 0x00};
     inline static const QColor text{0x7C, 0xF0, 0xA0};
 

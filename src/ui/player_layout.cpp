@@ -27,7 +27,7 @@ constexpr int leastSliderHeight = 48;
 constexpr int numberWidth = 44;
 constexpr int transportSide = 20;
 
-/// The number beside a slider at its top (player/mixer_panel.cpp).
+/// The number that is shown for a slider whose handle is at the top (player/mixer_panel.cpp).
 constexpr int loudestNumber = 10;
 
 void placeAsDesigned(QWidget& view, const Control& control) {
@@ -35,7 +35,8 @@ void placeAsDesigned(QWidget& view, const Control& control) {
                      toPixels(control.height()));
 }
 
-/// Time, mode and track length on one dark surface, by which the panel is dragged.
+/// Creates the dark surface with the time, the mode and the track length. The user can drag the
+/// panel by it.
 QWidget* makeDisplay(Form4& form, QWidget* parent) {
     auto* display = new PlayerDisplay(form.Picture10, QObject::tr("Display"), parent);
     auto* columns = new QHBoxLayout(display);
@@ -60,7 +61,8 @@ QWidget* makeDisplay(Form4& form, QWidget* parent) {
     return display;
 }
 
-/// Trace and bar at their designed positions, with which the meter computes.
+/// Creates the level meter. Its trace and its bar are at their designed positions, because the
+/// logic of the meter computes with these positions.
 QWidget* makeMeter(Form4& form, QWidget* parent) {
     auto* meter = new PlayerDisplay(form.Picture3, QObject::tr("Level meter"), parent);
     auto* trace = new TraceView(form.picPeakVol, QObject::tr("Sound Level Meter"),
@@ -111,7 +113,8 @@ QWidget* makeTransport(Form4& form, QWidget* parent) {
     return surface;
 }
 
-/// A slider's least value is the loudest, and at the top; its fill reaches up to the handle.
+/// Adds a slider with its label and its number. The least value of a slider is the loudest and is
+/// at the top; the filled part of the groove reaches from the bottom to the handle.
 void addSlider(QGridLayout& grid, int column, const QString& name, Slider& slider, TextBox& number,
                QWidget* parent) {
     auto* view = new SliderView(slider, name, Qt::Vertical, SliderView::Greatest::bottomOrLeft,
@@ -166,7 +169,7 @@ void layOut(Form4& form, FormWindow& window) {
     auto* rows = new QVBoxLayout(&client);
     rows->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
     rows->setSpacing(panelGap);
-    // A smaller window cuts it off instead of compressing it.
+    // A smaller window clips the contents instead of compressing them.
     rows->setSizeConstraint(QLayout::SetMinimumSize);
     rows->addWidget(makeDisplay(form, &client));
     auto* second = new QHBoxLayout;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The layout of the CD player's panel: display, meter and transport at the top, so that they stay
-// visible when the panel is shown as a cube, and the mixer below.
+// Lays out the CD player's panel. Display, meter and transport buttons are at the top, so that they
+// stay visible when "Show as Cube" reduces the panel's height. The mixer is below them.
 #pragma once
 
 #include "forms/form4.h"

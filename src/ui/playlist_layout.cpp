@@ -18,10 +18,10 @@ namespace {
 
 // Device-independent pixels.
 constexpr int listWidth = 300;
-/// The number of characters in the tag's longest fields.
+/// The number of characters in the longest fields of the tag, which fit into each box.
 constexpr int charactersOfABox = 30;
 constexpr int headerLines = 12;
-constexpr int lineSpace = 4; ///< at most, between two lines of a list
+constexpr int lineSpace = 4; ///< the largest distance between two lines of a list
 
 QWidget* makeList(FrmPlayList& form, FormWindow& window, QWidget* parent) {
     auto* frame = new FrameView(form.Playlist, parent);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The layout of the playlist editor: the list and its player at the left, the edited file with its
-// header and its tag at the right.
+// Lays out the playlist editor: at the left the list and the buttons that play it, at the right the
+// edited file with its header and its tag.
 #pragma once
 
 #include "forms/frm_playlist.h"

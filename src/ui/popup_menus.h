@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Opens the menus that a form requests, over the window that shows the form. A menu is built when
-// it is first requested.
+// Opens the popup menus that a form requests, over the window that shows the form. Builds a menu
+// when it is first requested.
 #pragma once
 
 #include "platform/controls/form.h"
@@ -10,8 +10,8 @@ namespace sonarith {
 
 class PopupMenus {
   public:
-    /// `bar` may be null; a heading in it opens the bar's own menu. All parameters must outlive
-    /// this object.
+    /// `bar` may be null. A requested menu that belongs to the bar is not built again: the bar's
+    /// own menu opens. All parameters must outlive this object.
     PopupMenus(Form& form, QWidget& window, const MenuBarView* bar);
 
   private:

@@ -32,7 +32,7 @@ class PopupMenusTest : public testing::Test {
     PopupMenus menus{form, window, nullptr};
 };
 
-TEST_F(PopupMenusTest, OpensAtThePositionOfItsPress) {
+TEST_F(PopupMenusTest, AMenuOpensAtThePositionOfThePressThatRequestsIt) {
     const QPoint corner = window.mapToGlobal(QPoint(30, 40));
     {
         const PopupPlace place(corner);
@@ -45,7 +45,7 @@ TEST_F(PopupMenusTest, OpensAtThePositionOfItsPress) {
     EXPECT_EQ(opened()->parentWidget(), &window);
 }
 
-TEST_F(PopupMenusTest, AnEntryClicksItsModel) {
+TEST_F(PopupMenusTest, AnEntryTriggeredByKeyClicksItsModel) {
     int clicks = 0;
     close.onClick = [&] {
         ++clicks;
@@ -58,7 +58,7 @@ TEST_F(PopupMenusTest, AnEntryClicksItsModel) {
     EXPECT_EQ(opened(), nullptr);
 }
 
-TEST_F(PopupMenusTest, IsBuiltOnceAndRunsItsOpeningStepEachTime) {
+TEST_F(PopupMenusTest, AMenuIsBuiltOnceAndRunsItsOpeningStepEachTime) {
     int openings = 0;
     popup.onOpen = [&] {
         ++openings;
@@ -74,7 +74,7 @@ TEST_F(PopupMenusTest, IsBuiltOnceAndRunsItsOpeningStepEachTime) {
     EXPECT_EQ(openings, 2);
 }
 
-TEST(PopupPlace, OfNestedPressesTheNewestIsUsed) {
+TEST(PopupPlace, IsThePositionOfTheNewestOfSeveralNestedPresses) {
     const PopupPlace outer(QPoint(1, 2));
     {
         const PopupPlace inner(QPoint(3, 4));
@@ -83,7 +83,7 @@ TEST(PopupPlace, OfNestedPressesTheNewestIsUsed) {
     EXPECT_EQ(PopupPlace::current(), QPoint(1, 2));
 }
 
-TEST(PopupPlace, WithoutAPressItIsThePointersPosition) {
+TEST(PopupPlace, IsThePositionOfThePointerWithoutAPress) {
     EXPECT_EQ(PopupPlace::current(), QCursor::pos());
 }
 

@@ -8,7 +8,8 @@
 namespace sonarith {
 namespace {
 
-/// A stack: handlers may yield, so one press may be handled inside another.
+/// The position of the newest object. Each object keeps the previous position, as a stack, because
+/// handlers may yield and one press may be handled inside another.
 std::optional<QPoint> newest;
 
 } // namespace

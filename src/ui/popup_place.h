@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The position of a menu that is requested while a press or a key is handled: at the press, or at
-// the target of the key. It opens no menu; popup_menus.h does.
+// Stores the position of a menu that is requested while a press or a key is handled: the position
+// of the press, or of the item at which the key is directed. popup_menus.h opens the menu.
 #pragma once
 
 #include <optional>
@@ -9,8 +9,9 @@
 
 namespace sonarith {
 
-/// While an object of this class exists, menus open at its position; with several objects, at that
-/// of the newest. A view creates one around a handler of the logic.
+/// While an object of this class exists, menus open at its position. If several objects exist,
+/// menus open at the position of the newest. A view creates an object before it runs a handler of
+/// the logic and destroys the object after that.
 class PopupPlace {
   public:
     /// `global` is a position on the screen.

@@ -26,12 +26,14 @@ namespace {
 constexpr int limitWidth = 70;
 constexpr int folderListHeight = 120;
 
-/// A label of the form whose text never changes; it names `named` (may be null) for screen readers.
+/// Shows a label of the form whose text never changes. The label is the name of `named` (may be
+/// null) for screen readers.
 QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }
 
-/// A check box and its limit, whose accessible name is `name`.
+/// Creates a row with a check box and the limit that it enables. `name` is the accessible name of
+/// the limit.
 QLayout* makeLimit(CheckBox& box, TextBox& limit, const QString& name, QWidget* parent) {
     auto* row = new QHBoxLayout;
     row->setSpacing(windowGap);
@@ -94,7 +96,8 @@ void layOutAudio(FrmPrefs& form, QWidget& page) {
     rows->addStretch(1);
 }
 
-/// The controls for a new folder; shown if the user wants to choose one.
+/// Creates the controls with which the user chooses a new destination folder. The form shows them
+/// only when the user wants to choose one.
 QWidget* makeFolderChoice(FrmPrefs& form, FormWindow& window, QWidget* parent) {
     auto* choice = new BarView(form.Picture6, QObject::tr("New destination"), Qt::TopEdge, parent);
     auto* columns = new QHBoxLayout(choice);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The layout of the preferences: a page for each of the three tabs.
+// Lays out the window of the preferences, with a page for each of its three tabs.
 #pragma once
 
 #include "forms/frm_prefs.h"

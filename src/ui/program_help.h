@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Help on the window that requested it. All windows click the main window's help button, which
-// passes no window; so this class stores the window that requested help.
+// Shows help about the window that requested it. Every window requests help by a click on the main
+// window's help button. That click does not pass the window on, so this class stores it.
 #pragma once
 
 #include <functional>
@@ -17,11 +17,11 @@ class ProgramHelp {
     /// first shown, since it reads the disk.
     explicit ProgramHelp(std::function<QString()> folder);
 
-    /// Runs `press`; help that is shown during this call is the page about `window` (the name of a
-    /// form).
+    /// Runs `press`, which clicks the help button. If that calls show(), the page about `window`
+    /// (the name of a form) is shown.
     void askFrom(const std::string& window, const std::function<void()>& press);
-    /// Shows the page about the window that requested help, or about the main window if none did.
-    /// Returns false if there is no such page.
+    /// Shows the page about the window that was passed to askFrom(), or about the main window
+    /// outside of askFrom(). Returns false if there is no such page.
     bool show();
     /// Null until help is first shown.
     [[nodiscard]] HelpWindow* window() const { return window_.get(); }

@@ -17,7 +17,7 @@
 namespace sonarith {
 namespace {
 
-/// The help key in each window, as the program wires it.
+/// Connects the help key of each window to the help, as the program does.
 class ProgramHelpTest : public testing::Test {
   protected:
     struct NoDevices final : DeviceChoice {
@@ -62,7 +62,7 @@ class ProgramHelpTest : public testing::Test {
     bool shown = false;
 };
 
-TEST_F(ProgramHelpTest, F1OpensThePageOfItsWindow) {
+TEST_F(ProgramHelpTest, F1OpensThePageAboutTheWindowInWhichItIsPressed) {
     EXPECT_EQ(pageOf(playerLayout(windows.Form4)), "player.html");
     EXPECT_EQ(pageOf(preferencesLayout(windows.FrmPrefs)), "preferences.html");
     EXPECT_EQ(pageOf(finderLayout(windows.frmsearch)), "finder.html");
@@ -84,7 +84,7 @@ TEST_F(ProgramHelpTest, F1OpensThePageOfItsWindow) {
     EXPECT_EQ(pageAfterF1(view), "main.html");
 }
 
-TEST_F(ProgramHelpTest, TheMainWindowsButtonOpensItsPageAfterHelpOnAnotherWindow) {
+TEST_F(ProgramHelpTest, TheHelpButtonOpensThePageAboutTheMainWindowEvenAfterHelpOnAnother) {
     ask("Form4");
     windows.Form1.Cmdhelp.click();
     EXPECT_EQ(help.window()->page(), "main.html");

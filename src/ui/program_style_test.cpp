@@ -14,14 +14,14 @@ QImage painted(const QIcon& icon) {
     return icon.pixmap(QSize(24, 24), 1.0).toImage();
 }
 
-TEST(ProgramStyle, PaintsTheMenuBarsArrowItself) {
+TEST(ProgramStyle, PaintsTheArrowOfTheMenuBarsExtensionButtonItself) {
     const ProgramStyle style;
     const QIcon arrow =
         style.standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton, nullptr, nullptr);
     EXPECT_EQ(painted(arrow), painted(makeIcon(Symbol::more)));
 }
 
-TEST(ProgramStyle, UsesTheDesktopsIconsOtherwise) {
+TEST(ProgramStyle, UsesTheDesktopsIconForMessageBoxes) {
     const ProgramStyle style;
     const QIcon ours = style.standardIcon(QStyle::SP_MessageBoxCritical, nullptr, nullptr);
     const QIcon theirs =

@@ -13,7 +13,7 @@ ProgressView::ProgressView(ProgressBar& model, QString label, QWidget* parent)
               setValue(model.value());
           }
       }) {
-    // Labels show the figures.
+    // The bar shows no text, because labels show the percentage.
     setTextVisible(false);
 }
 

@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(ProgressView, FollowsTheControlsValue) {
+TEST(ProgressView, ShowsTheValueOfTheControl) {
     Form form("Form1");
     ProgressBar model(form, "ProgressBar1", 0, 100);
     QWidget parent;

@@ -11,7 +11,8 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
-// The base class's base is called deliberately: the base class keeps a layout of its own.
+// Several functions call QAbstractItemView deliberately and not the base class QListView, because
+// QListView would update a layout of its own.
 // NOLINTBEGIN(bugprone-parent-virtual-call)
 
 namespace sonarith {
@@ -19,10 +20,11 @@ namespace {
 
 /// Above and below a row's text, in device-independent pixels.
 constexpr int textMargin = 2;
-/// No screen shows more characters in a row; shaping a very long text is slow.
+/// No screen shows more characters in a row. Longer texts are shortened before they are painted,
+/// because it takes long to compute the glyphs of a very long text.
 constexpr qsizetype mostPaintedCharacters = 2000;
 
-/// The part of a text that is painted: one line, without the middle of a very long one.
+/// The text that is painted: a single line, without the middle part of a very long text.
 QString painted(QString text) {
     if (text.size() > mostPaintedCharacters) {
         text = text.left(mostPaintedCharacters / 2) + QChar(0x2026) +
@@ -55,7 +57,8 @@ RowList::RowList(QWidget* parent) : QListView(parent) {
     setTextElideMode(Qt::ElideMiddle);
     setUniformItemSizes(true);
     setItemDelegate(new RowDelegate(this));
-    // A row that became current automatically is not scrolled to; subclasses decide.
+    // Qt must not scroll to each row that becomes the current one: subclasses decide when to
+    // scroll.
     setAutoScroll(false);
 }
 
@@ -186,7 +189,7 @@ QVariant RowList::inputMethodQuery(Qt::InputMethodQuery query) const {
     return QListView::inputMethodQuery(query);
 }
 
-// Layout, which is arithmetic.
+// Layout: all positions are computed from the height of a row.
 
 void RowList::doItemsLayout() {
     QAbstractItemView::doItemsLayout();
@@ -243,7 +246,7 @@ void RowList::rowsInserted(const QModelIndex& parent, int first, int last) {
 
 void RowList::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
     QAbstractItemView::rowsAboutToBeRemoved(parent, first, last);
-    // A list that has become shorter may scroll automatically.
+    // The first visible row is stored now, because the removal of rows may scroll the list.
     firstBeforeRemoval_ = firstRow();
 }
 
@@ -255,7 +258,7 @@ void RowList::rowsWereRemoved(int first, int last) {
     updateFrom(first);
 }
 
-/// Repaints a row and those below it, if visible.
+/// Repaints a row and the rows below it, as far as they are visible.
 void RowList::updateFrom(int row) {
     if (row <= firstRow() + wholeRows()) {
         const int top = std::max(0, row - firstRow()) * rowHeight();
@@ -268,7 +271,7 @@ void RowList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
-// Selection. The base class would announce it by the positions of its own layout.
+// Selection. QListView would report it to screen readers by the positions of its own layout.
 
 void RowList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {

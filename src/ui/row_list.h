@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A list whose rows have the same height, so that no operation takes longer in a longer list:
-// adding rows, scrolling, painting. It derives from QListView for its support of screen readers;
-// that class's own layout visits every row again when a row is added. Subclasses define the meaning
-// of the rows.
+// A list whose rows have the same height, so that adding rows, scrolling and painting take no
+// longer in a longer list. RowList derives from QListView, because QListView supports screen
+// readers, but does not use the layout of QListView, which visits every row again when a row is
+// added. Subclasses define the meaning of the rows.
 #pragma once
 
 #include <QListView>
@@ -18,21 +18,22 @@ class RowList : public QListView {
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     void doItemsLayout() override;
-    /// The cursor is the current row: the desktop uses it to place a menu that is opened by a key.
+    /// Returns the rectangle of the current row as the cursor rectangle. The desktop uses it to
+    /// place a menu that is opened by a key.
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   protected:
-    /// Device-independent pixels.
+    /// In device-independent pixels.
     [[nodiscard]] int rowHeight() const;
     [[nodiscard]] int rowCount() const;
-    /// Whether a row is painted as selected although it is not.
+    /// Whether a row is painted as selected even if it is not selected.
     [[nodiscard]] virtual bool isMarked(const QModelIndex& index) const;
     /// Indentation of a row, in device-independent pixels.
     [[nodiscard]] virtual int indentOf(const QModelIndex& index) const;
-    /// Whether the row's text is shortened where it is shown.
+    /// Whether the text of the row is shown shortened.
     [[nodiscard]] bool isElided(const QModelIndex& index) const;
-    /// The row to which a cursor key moves from `from`, within the list; -1 in an empty list and
-    /// for other keys.
+    /// The row of the list to which a cursor key moves from row `from`. Returns -1 for an empty
+    /// list and for other keys.
     [[nodiscard]] int rowFor(int key, int from) const;
 
     void paintEvent(QPaintEvent* event) override;

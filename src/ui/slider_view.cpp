@@ -11,13 +11,13 @@
 namespace sonarith {
 namespace {
 
-/// Percentages of the range: a key's step is 2 %, a page 10 %. One notch of the wheel is three
-/// steps.
+/// A step of a cursor key is 2 % of the range, a page is 10 %. Qt moves three steps for one notch
+/// of the wheel.
 constexpr int stepsInRange = 50;
 constexpr int pagesInRange = 10;
 
-/// What a screen reader reads of a slider: a number on the user's scale. Qt's own interface would
-/// return the widget's value, a large number that the user never sees.
+/// The accessible interface of a slider, which returns its value as a number on the user's scale.
+/// Qt's own interface would return the widget's value, a large number that the user never sees.
 class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit AccessibleSlider(SliderView& view)
@@ -90,7 +90,7 @@ int SliderView::mirrored(int value) const {
 }
 
 void SliderView::showValue() {
-    // Signals are for actions of the user only.
+    // Only actions of the user emit signals.
     const QSignalBlocker quiet(this);
     setRange(slider_.minimum(), slider_.maximum());
     setValue(mirrored(slider_.value()));

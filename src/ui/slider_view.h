@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a Slider, vertical or horizontal. Moves by code are shown; moves by the user set the
-// control.
+// Shows a Slider, vertically or horizontally. A new value of the control moves the handle; a move
+// of the handle by the user sets the control.
 #pragma once
 
 #include <QSlider>
@@ -10,20 +10,20 @@
 
 namespace sonarith {
 
-/// The widget's own value increases upwards or to the right, and so do the filled part of its
-/// groove, the effect of the keys, and the number that a screen reader reads. If the control's
-/// highest value is at the other end, the value is mirrored.
+/// The widget's value always increases upwards or to the right, like the filled part of the groove,
+/// the effect of the keys, and the number that a screen reader reads. If the control's highest
+/// value is at the bottom or at the left, the widget's value is the mirrored value of the control.
 class SliderView : public QSlider {
   public:
-    /// The end with the control's highest value.
+    /// The end of the slider at which the control has its highest value.
     enum class Greatest { topOrRight, bottomOrLeft };
 
-    /// `shownTop`: the number that the user sees for the top or right end; the other end is 0.
-    /// Screen readers use this scale.
+    /// `shownTop` is the number that the user sees for the top or right end; the number for the
+    /// other end is 0. Screen readers read a number on this scale.
     SliderView(Slider& slider, QString label, Qt::Orientation orientation, Greatest greatest,
                int shownTop, QWidget* parent);
 
-    /// The user's scale.
+    /// The number that the user sees for the top or right end.
     [[nodiscard]] int shownTop() const { return shownTop_; }
 
   private:
@@ -36,7 +36,8 @@ class SliderView : public QSlider {
         SpokenByScale();
     };
 
-    SpokenByScale spoken_; ///< before view_: setting the widget's name creates its interface
+    SpokenByScale
+        spoken_; ///< before view_, which sets the widget's name and so creates its interface
     Slider& slider_;
     const Greatest greatest_;
     const int shownTop_;

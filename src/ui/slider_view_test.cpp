@@ -36,13 +36,13 @@ class SliderViewTest : public testing::Test {
 
 TEST_F(SliderViewTest, AMoveByCodeIsShownAndRunsNoHandler) {
     model.setValue(32768).passOver();
-    // The widget's own value is the loudness: the distance from its lower end.
+    // The widget's own value is the distance from its lower end, and so the loudness.
     EXPECT_EQ(view.value(), 32767);
     EXPECT_EQ(view.maximum(), 65535);
     EXPECT_EQ(moves, 0);
 }
 
-TEST_F(SliderViewTest, KeysAndTheWheelMoveTheHandleInTheirDirection) {
+TEST_F(SliderViewTest, TheUpKeyAndTheWheelMoveTheHandleUpAndPageDownMovesItDown) {
     // The greatest value is at the bottom.
     model.setValue(32768).passOver();
     QTest::keyClick(&view, Qt::Key_Up);
@@ -69,7 +69,7 @@ int handleOf(const SliderView& view) {
     option.maximum = view.maximum();
     option.sliderPosition = view.sliderPosition();
     option.sliderValue = view.value();
-    // As QSlider's own: the highest value of a vertical slider is at the top.
+    // QSlider uses the same option: the highest value of a vertical slider is at the top.
     option.upsideDown = !view.invertedAppearance();
     return view.style()
         ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &view)
@@ -77,7 +77,7 @@ int handleOf(const SliderView& view) {
         .y();
 }
 
-TEST_F(SliderViewTest, TheGreatestValueIsAtTheRequestedEnd) {
+TEST_F(SliderViewTest, TheHandleIsAtTheRequestedEndForTheControlsGreatestValue) {
     SliderView upright(model, "", Qt::Vertical, SliderView::Greatest::topOrRight, 10, &parent);
     upright.resize(view.size());
     model.setValue(0).passOver();
@@ -87,12 +87,12 @@ TEST_F(SliderViewTest, TheGreatestValueIsAtTheRequestedEnd) {
     EXPECT_GT(handleOf(view), 180);
     EXPECT_LT(handleOf(upright), 20);
     QTest::keyClick(&view, Qt::Key_Home);
-    EXPECT_EQ(model.value(), 65535) << "the lower end";
+    EXPECT_EQ(model.value(), 65535) << "the home key must move the handle to the lower end";
     QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_EQ(model.value(), 0) << "the upper end";
+    EXPECT_EQ(model.value(), 0) << "the end key must move the handle to the upper end";
 }
 
-/// The highlight's pixels in the slider's upper and lower half.
+/// Counts the pixels of the filled part in the upper and in the lower half of the slider.
 std::pair<int, int> filledPixels(SliderView& view) {
     const QImage picture = view.grab().toImage();
     std::pair<int, int> filled;
@@ -107,7 +107,7 @@ std::pair<int, int> filledPixels(SliderView& view) {
     return filled;
 }
 
-TEST_F(SliderViewTest, TheFillReachesFromTheLowerEndToTheHandle) {
+TEST_F(SliderViewTest, TheFilledPartReachesFromTheLowerEndToTheHandle) {
     const std::unique_ptr<QStyle> fusion(QStyleFactory::create("fusion"));
     ASSERT_TRUE(fusion);
     view.setStyle(fusion.get());
@@ -141,13 +141,13 @@ TEST_F(SliderViewTest, AScreenReaderReadsAndSetsTheNumberThatTheUserSees) {
     EXPECT_EQ(read->text(QAccessible::Name), "CD volume");
     QAccessibleValueInterface* value = read->valueInterface();
     ASSERT_NE(value, nullptr);
-    // From 0, silence, to 10, the loudest, which is the model's 0.
+    // The scale is from 0 (silence) to 10 (the loudest, for which the value of the model is 0).
     EXPECT_DOUBLE_EQ(value->minimumValue().toDouble(), 0);
     EXPECT_DOUBLE_EQ(value->maximumValue().toDouble(), 10);
     EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.2, 0.001);
     value->setCurrentValue(10);
     EXPECT_EQ(model.value(), 0);
-    EXPECT_EQ(moves, 0) << "the slider was already at this position";
+    EXPECT_EQ(moves, 0) << "the slider was already at this position, so no handler may run";
     value->setCurrentValue(7.5);
     EXPECT_NEAR(model.value(), 65535 / 4, 1);
     EXPECT_EQ(moves, 1);

@@ -11,24 +11,25 @@
 namespace sonarith {
 namespace {
 
-// Coordinates below are the drawings themselves, in grid units.
+// The numbers below are the coordinates of the drawings, in units of the grid.
 
-/// The few colours of one drawing.
+/// Sets the pens and brushes of a drawing, with colours that depend on the icon's mode.
 class Pencils {
   public:
     Pencils(QPainter& painter, QIcon::Mode mode) : painter_(painter), mode_(mode) {}
 
-    /// From here on: lines in the text's colour, no filling.
+    /// From now on, draws lines in the colour of texts, without filling.
     void line(qreal width = 1.7) {
         painter_.setPen(QPen(ink(), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter_.setBrush(Qt::NoBrush);
     }
-    /// Areas in the text's colour, without an outline.
+    /// From now on, draws areas in the colour of texts, without an outline.
     void area() {
         painter_.setPen(Qt::NoPen);
         painter_.setBrush(ink());
     }
-    /// Areas in a colour of our own, outlined in a darker shade of it. Disabled: grey.
+    /// From now on, draws areas in `color`, with an outline in a darker shade of that colour. A
+    /// disabled symbol is grey; a selected symbol has an outline in the text colour.
     void paint(QColor color, qreal outline = 1.2) {
         if (mode_ == QIcon::Disabled) {
             color = ink();
@@ -53,7 +54,7 @@ class Pencils {
     QIcon::Mode mode_;
 };
 
-// Medium tones, so that each is visible on white and on near-black.
+// These colours are medium tones, so that each is visible on white and on nearly black backgrounds.
 const QColor green(0x3C, 0xA3, 0x5E);
 const QColor red(0xD2, 0x53, 0x4A);
 const QColor amber(0xE8, 0xB4, 0x4C);
@@ -132,7 +133,7 @@ void drawPause(QPainter& p, Pencils& pencils) {
     }
 }
 
-/// An arrow against a bar; `forward` is 1 to the right and -1 to the left.
+/// Draws an arrow that points at a bar, to the right if `forward` is 1 and to the left if it is -1.
 void drawSkip(QPainter& p, Pencils& pencils, qreal forward) {
     pencils.paint(blue, 1.6);
     const auto x = [forward](qreal fromMiddle) {
@@ -213,7 +214,7 @@ void drawHand(QPainter& p, Pencils& pencils) {
     }
 }
 
-/// A case for discs, seen from the front.
+/// Draws a case for discs, seen from the front.
 void drawCollection(QPainter& p, Pencils& pencils, bool open) {
     pencils.paint(open ? blue.lighter(125) : blue);
     p.drawRoundedRect(QRectF(3, 3, 18, 18), 2, 2);

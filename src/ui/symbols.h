@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Draws each symbol: lines and areas on a grid of 24 by 24. Icons are in icons.h.
+// Draws the symbols of icons.h as lines and areas on a grid of 24 by 24 units.
 #pragma once
 
 #include <QIcon>
@@ -10,10 +10,11 @@ class QPainter;
 
 namespace sonarith {
 
-/// Side of the square that all symbols are drawn in.
+/// The side of the square in which all symbols are drawn, in units of the grid.
 inline constexpr qreal symbolGrid = 24;
 
-/// Draws in the application palette's colours for `mode`, on the painter's scaled grid.
+/// Draws a symbol in the colours of the application's palette for `mode`. The caller has scaled the
+/// painter so that one unit of the painter is one unit of the grid.
 void drawSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode);
 
 } // namespace sonarith

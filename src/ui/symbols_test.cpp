@@ -8,8 +8,9 @@
 namespace sonarith {
 namespace {
 
-TEST(Symbols, NoDrawingExceedsItsGrid) {
-    // Drawn in the middle of a surface three times as wide; only the middle may be touched.
+TEST(Symbols, NoDrawingExceedsTheGrid) {
+    // Each symbol is drawn in the middle of an image that is three times as wide and high. All
+    // pixels outside of the middle must stay transparent.
     constexpr int side = static_cast<int>(symbolGrid);
     for (int i = 0; i <= static_cast<int>(lastSymbol); ++i) {
         QImage image(3 * side, 3 * side, QImage::Format_ARGB32);

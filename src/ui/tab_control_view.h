@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TabControl: an empty page for each caption. The window fills the pages.
+// Shows a TabControl, with an empty page for each caption. The layout of the window fills the
+// pages.
 #pragma once
 
 #include <QTabWidget>
@@ -13,7 +14,7 @@ class TabControlView : public QTabWidget {
   public:
     TabControlView(TabControl& tabs, QString label, QWidget* parent);
 
-    /// A page for a layout, from 0; owned by this object.
+    /// The page with an index, from 0, on which a layout puts widgets. This object owns the page.
     [[nodiscard]] QWidget& page(int number) const { return *widget(number); }
 
   private:

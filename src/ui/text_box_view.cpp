@@ -25,10 +25,10 @@ TextBoxView::TextBoxView(TextBox& box, QString label, QWidget* parent)
     : QLineEdit(parent),
       box_(box),
       view_(box, *this, {}, std::move(label), [this](Property which) { apply(which); }) {
-    // Text was typed, pasted, deleted or undone.
+    // Qt emits this signal when the user types, pastes, deletes or undoes text.
     connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
         box_.setText(toText(typed));
-        // Removes text that the control did not accept.
+        // Shows the control's text again, which removes text that the control has not accepted.
         showText();
         showTypingLimit();
     });
@@ -54,14 +54,15 @@ void TextBoxView::showText() {
     if (shown == text()) {
         return;
     }
-    // The caret stays at its character, or at the end if it was there.
+    // The caret keeps its position, except that a caret at the end stays at the end.
     const bool atEnd = cursorPosition() == text().size();
     const int caret = cursorPosition();
     if (shown.size() > maxLength()) {
-        // Code may set longer texts than can be typed.
+        // Code may set a longer text than the user can type.
         setMaxLength(static_cast<int>(shown.size()));
     }
-    // This also clears the undo history, from which undo would restore text that code has replaced.
+    // This also clears the undo history. Otherwise undo could restore a text that code has
+    // replaced.
     setText(shown);
     setCursorPosition(atEnd ? static_cast<int>(shown.size())
                             : std::min(caret, static_cast<int>(shown.size())));
@@ -88,7 +89,8 @@ void TextBoxView::keyPressEvent(QKeyEvent* event) {
 }
 
 void TextBoxView::mousePressEvent(QMouseEvent* event) {
-    // A read-only box can be a handle to drag the window: no text is selected.
+    // A read-only box with a handler for presses is a handle by which the user drags the window, so
+    // a press must not select text.
     if (!box_.locked() || !box_.onMouseDown) {
         QLineEdit::mousePressEvent(event);
     }

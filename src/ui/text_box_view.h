@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a TextBox as one editable line. text_lines_view.h shows boxes with several lines.
+// Shows a TextBox as one editable line. text_lines_view.h shows text boxes with several lines.
 #pragma once
 
 #include <QLineEdit>
@@ -26,7 +26,8 @@ class TextBoxView : public QLineEdit {
     ControlView view_;
 };
 
-/// `font` in `points`, or in its inherited size if that is 0.
+/// Returns `font` with the size `points`, or with the size inherited from the parent widget if
+/// `points` is 0.
 [[nodiscard]] QFont withPoints(QFont font, int points);
 
 } // namespace sonarith

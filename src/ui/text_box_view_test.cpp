@@ -34,7 +34,7 @@ class TextBoxViewTest : public testing::Test {
     TextBoxView view{model, "Warning limit", &parent};
 };
 
-TEST_F(TextBoxViewTest, AKeyIsReportedBeforeItChangesTheText) {
+TEST_F(TextBoxViewTest, AKeyPressIsReportedBeforeItChangesTheText) {
     EXPECT_EQ(view.text(), "100");
     EXPECT_EQ(view.accessibleName(), "Warning limit");
     QTest::keyClick(&view, Qt::Key_End);
@@ -43,7 +43,7 @@ TEST_F(TextBoxViewTest, AKeyIsReportedBeforeItChangesTheText) {
     EXPECT_THAT(log, ElementsAre("key 100", "change 1005"));
 }
 
-TEST_F(TextBoxViewTest, ATextSetByCodeIsShownAndTheCaretStaysAtItsCharacter) {
+TEST_F(TextBoxViewTest, ATextSetByCodeIsShownAndTheCaretKeepsItsPositionOrStaysAtTheEnd) {
     view.setCursorPosition(1);
     model.setText("100 MB");
     EXPECT_EQ(view.text(), "100 MB");
@@ -78,7 +78,7 @@ TEST_F(TextBoxViewTest, PastedAndDeletedTextReachesTheControl) {
     EXPECT_EQ(model.text(), "");
 }
 
-TEST_F(TextBoxViewTest, TheLengthLimitAppliesToTypingAndNotToCode) {
+TEST_F(TextBoxViewTest, TheTypingLimitAppliesToTypingButNotToCode) {
     model.setTypingLimit(4);
     QTest::keyClick(&view, Qt::Key_End);
     QTest::keyClicks(&view, "567");
@@ -106,7 +106,7 @@ TEST_F(TextBoxViewTest, ALockedBoxIgnoresTypingAndShowsTextsSetByCode) {
     EXPECT_EQ(view.text(), "200");
 }
 
-TEST_F(TextBoxViewTest, TheFontSizeIsTheControlsOrTheWindows) {
+TEST_F(TextBoxViewTest, HasTheFontSizeOfTheControlOrIfThatIsZeroOfTheWindow) {
     const qreal own = view.font().pointSizeF();
     model.setFontSize(18);
     EXPECT_EQ(view.font().pointSize(), 18);
@@ -114,7 +114,7 @@ TEST_F(TextBoxViewTest, TheFontSizeIsTheControlsOrTheWindows) {
     EXPECT_EQ(view.font().pointSizeF(), own);
 }
 
-TEST_F(TextBoxViewTest, APressOnALockedBoxMayDragTheWindowAndSelectsNothing) {
+TEST_F(TextBoxViewTest, APressOnALockedBoxIsReportedAndSelectsNoText) {
     std::vector<std::string> presses;
     model.onMouseDown = [&](MouseButtons buttons) {
         presses.emplace_back(buttons.left ? "left" : "right");
@@ -150,14 +150,14 @@ class TextLinesViewTest : public testing::Test {
     TextLinesView view{model, "Available space", &parent};
 };
 
-TEST_F(TextLinesViewTest, ShowsLinesOfEitherEnding) {
+TEST_F(TextLinesViewTest, ShowsLinesThatEndWithCrLfOrLf) {
     model.setText("c: 10 MB\r\nd: 20 MB\nend");
     EXPECT_EQ(view.toPlainText(), "c: 10 MB\nd: 20 MB\nend");
     EXPECT_EQ(view.accessibleName(), "Available space");
     EXPECT_TRUE(view.isReadOnly());
 }
 
-TEST_F(TextLinesViewTest, TheVisibleLinesStayWhenFiguresChange) {
+TEST_F(TextLinesViewTest, KeepsItsScrollPositionWhenTheTextChanges) {
     std::string lines;
     for (int i = 0; i < 100; ++i) {
         lines += "drive\r\n";
@@ -168,7 +168,7 @@ TEST_F(TextLinesViewTest, TheVisibleLinesStayWhenFiguresChange) {
     EXPECT_EQ(view.verticalScrollBar()->value(), 50);
 }
 
-TEST_F(TextLinesViewTest, IgnoresTypingAndTheTabKeyLeavesIt) {
+TEST_F(TextLinesViewTest, IgnoresTypingAndLetsTheTabKeyMoveTheFocus) {
     model.setText("a");
     QTest::keyClicks(&view, "b");
     EXPECT_EQ(model.text(), "a");

@@ -18,7 +18,7 @@ TextLinesView::TextLinesView(TextBox& box, QString label, QWidget* parent)
     setUndoRedoEnabled(false);
     setTabChangesFocus(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);
-    // The caret makes reading and selecting possible without a mouse.
+    // With these flags, the user can read and select the text by keyboard, too.
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 
@@ -37,7 +37,7 @@ void TextLinesView::showText() {
     if (lines == toPlainText()) {
         return;
     }
-    // The figures of a list change while the user reads it: the visible lines stay.
+    // The numbers in the text may change while the user reads it, so the scroll position is kept.
     const int inSight = verticalScrollBar()->value();
     setPlainText(lines);
     verticalScrollBar()->setValue(inSight);

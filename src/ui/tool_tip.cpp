@@ -9,7 +9,7 @@ QString plainToolTip(const QString& text) {
     if (!Qt::mightBeRichText(text)) {
         return text;
     }
-    // Keeps blanks and line breaks, and adds no line breaks.
+    // This style keeps blanks and line breaks, and adds no line breaks.
     return QStringLiteral("<span style=\"white-space: pre\">%1</span>").arg(text.toHtmlEscaped());
 }
 

@@ -7,7 +7,7 @@
 namespace sonarith {
 namespace {
 
-/// The letters that a tool tip shows for a text.
+/// The text that the user sees for a tool tip.
 QString shown(const QString& toolTip) {
     if (!Qt::mightBeRichText(toolTip)) {
         return toolTip;

@@ -13,9 +13,9 @@
 namespace sonarith {
 namespace {
 
-/// In device-independent pixels.
+/// The width of a line in device-independent pixels.
 constexpr int lineWidth = 1;
-/// A bound for coordinates, far outside of any screen: rectangles of widgets have integer
+/// The limit of coordinates, far outside of any screen. Rectangles of widgets have integer
 /// coordinates, which must not overflow.
 constexpr double farthest = 1e6;
 
@@ -27,7 +27,7 @@ QPointF inPixels(const PicturePoint& point) {
     return {held(point.x), held(point.y)};
 }
 
-/// The rectangle that the line paints.
+/// A rectangle that contains all pixels that the line paints.
 QRect placeOf(const PictureLine& line) {
     const QRectF box = QRectF(inPixels(line.from), inPixels(line.to)).normalized();
     return box.toAlignedRect().adjusted(-lineWidth, -lineWidth, lineWidth, lineWidth);
@@ -44,8 +44,8 @@ TraceView::TraceView(PictureBox& model, QString label, const Colors& colors, QWi
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-/// Requests no repaint while its window is minimized: Qt would start a timer for each request
-/// without painting, at a hundred lines a second.
+/// Requests no repaint while the window is not on the screen, for example minimized: Qt would start
+/// a timer for each request without painting, and up to a hundred lines are drawn per second.
 void TraceView::showLine(const PictureLine& line) {
     const QWindow* handle = window()->windowHandle();
     if (!handle || !handle->isExposed()) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows a PictureBox on which lines are drawn. The model keeps the lines, so they are sharp at
-// every scale; a new line repaints only its own rectangle.
+// Shows the lines of a PictureBox. They are painted from the model and so are sharp at every scale;
+// a new line repaints only its own rectangle.
 #pragma once
 
 #include <QColor>
@@ -17,7 +17,7 @@ class TraceView : public PictureView {
     };
     TraceView(PictureBox& model, QString label, const Colors& colors, QWidget* parent);
 
-    /// The control's size plus the width of a line at its far edges.
+    /// The size of the control, plus the width of a line at the right and at the bottom.
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Pictures that the logic draws on: the trace of lines, and the block that moves behind an edge.
+// Tests the two views of the level meter: the trace, which shows lines, and the block, which its
+// parent clips.
 #include "ui/trace_view.h"
 
 #include <QImage>
@@ -15,7 +16,7 @@ namespace {
 
 const TraceView::Colors colors{Qt::black, Qt::green};
 
-/// Logs the repainted rectangles.
+/// Collects the repainted regions.
 class WatchedTrace : public TraceView {
   public:
     using TraceView::TraceView;
@@ -50,15 +51,15 @@ class TraceViewTest : public testing::Test {
     WatchedTrace view{model, "Sound Level Meter", colors, &parent};
 };
 
-TEST_F(TraceViewTest, IsAsLargeAsItsControlWithTheLineAtItsEdge) {
+TEST_F(TraceViewTest, IsLargeEnoughToShowALineAtTheLowerEdgeOfTheControl) {
     EXPECT_EQ(view.size(), QSize(164, 64));
-    // Silence is at 950 of 945 twips.
+    // Silence is drawn at 950 twips, below the height of 945 twips.
     model.line({0, 950}, {2445, 950});
     EXPECT_TRUE(isLine(80, 63));
     EXPECT_FALSE(isLine(80, 62));
 }
 
-TEST_F(TraceViewTest, LinesStayUntilTheyAreCleared) {
+TEST_F(TraceViewTest, LinesAreShownUntilTheyAreCleared) {
     model.line({150, 300}, {450, 300});
     model.line({450, 300}, {450, 600});
     EXPECT_TRUE(isLine(20, 20));
@@ -76,7 +77,7 @@ TEST_F(TraceViewTest, ANewLineRepaintsOnlyItsOwnArea) {
         << view.repainted.boundingRect().width();
 }
 
-TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsOffTheScreenAndAllOfItAfterwards) {
+TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsHiddenAndFullyRepaintedAtTheNextLine) {
     parent.windowHandle()->setVisible(false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !parent.windowHandle()->isExposed(); }));
     QCoreApplication::processEvents();
@@ -95,19 +96,20 @@ TEST_F(TraceViewTest, IsNotRepaintedWhileItsWindowIsOffTheScreenAndAllOfItAfterw
     EXPECT_TRUE(isLine(15, 10));
 }
 
-TEST_F(TraceViewTest, LinesOutsideAreClipped) {
+TEST_F(TraceViewTest, LinesThatReachOutsideAreClipped) {
     model.line({-1e300, -1e300}, {1e300, 1e300});
     model.line({150, -1050}, {150, 900});
     EXPECT_TRUE(isLine(10, 0));
     EXPECT_TRUE(isLine(10, 50));
 }
 
-TEST_F(TraceViewTest, LinesAreDrawnInThePixelsOfTheScreen) {
+TEST_F(TraceViewTest, LinesAreTwoPixelsWideOnAScreenWithTwiceTheResolution) {
     model.line({150, 300}, {450, 300});
     QImage fine(view.size() * 2, QImage::Format_RGB32);
     fine.setDevicePixelRatio(2);
     view.render(&fine);
-    // One device-independent pixel is two of the screen's, both of the line's own colour.
+    // One device-independent pixel is two pixels of the screen, and both have the colour of the
+    // line.
     EXPECT_EQ(fine.pixelColor(40, 38), QColor(Qt::black));
     int green = 0;
     for (int y = 36; y < 46; ++y) {
@@ -126,7 +128,7 @@ TEST_F(TraceViewTest, PressesAreReportedToTheControl) {
     EXPECT_EQ(view.accessibleName(), "Sound Level Meter");
 }
 
-TEST(BlockView, IsAtItsControlsPositionAndClippedByItsParent) {
+TEST(BlockView, IsAtThePositionOfItsControlAndClippedByItsParent) {
     Form form("Form4");
     PictureBox clip(form, "Picture8");
     Label bar(form, "Label4");

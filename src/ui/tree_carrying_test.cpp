@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nodes that are dragged in the widget, by mouse and by keys, with the handlers of the product:
-// tree and lists agree after each drop, whatever its target.
+// Tests dragging nodes in the widget, by mouse and by keys, with the handlers of the logic. After
+// each drop on any target, the tree must contain the same files as the lists.
 #include <algorithm>
 #include <vector>
 
@@ -15,7 +15,7 @@ using testing::UnorderedElementsAreArray;
 
 const std::string t1 = "Track  1 - 00:03:05";
 const std::string t2 = "Track  2 - 00:04:00";
-/// Represents the area below all rows.
+/// The name of the area below all rows, as the place of a drop.
 const std::string noRow;
 
 struct TreeCarryingTest : test::TreeEditingWorld {
@@ -25,7 +25,7 @@ struct TreeCarryingTest : test::TreeEditingWorld {
         tree.showfiles();
     }
 
-    /// The texts of the visible rows from top to bottom, and the area below them.
+    /// The texts of all rows from top to bottom, and `noRow` at the end. Expands all nodes first.
     std::vector<std::string> places() {
         widget().expandAll();
         std::vector<std::string> texts;
@@ -39,13 +39,14 @@ struct TreeCarryingTest : test::TreeEditingWorld {
     QPoint pointOf(const std::string& place) {
         return place == noRow ? QPoint(50, widget().viewport()->height() - 2) : placeOf(place);
     }
-    /// Moves the pointer slowly over a row: many movements within it.
+    /// Moves the pointer slowly over a row, by `movements` small movements.
     void creepOver(const std::string& place, int movements) {
         for (int i = 0; i < movements; ++i) {
             movePointer(pointOf(place) + QPoint(i, 0));
         }
     }
-    /// Drags from the node's row over all rows between to `target` and releases.
+    /// Drags the node with this text over all rows between its row and `target`, and releases it
+    /// there.
     void carry(const std::string& text, const std::string& target, int movementsPerRow) {
         const std::vector<std::string> way = places();
         auto at = std::find(way.begin(), way.end(), text);
@@ -71,7 +72,7 @@ struct TreeCarryingTest : test::TreeEditingWorld {
         ASSERT_EQ(widget().currentIndex().data().toString().toStdString(), text);
     }
 
-    /// The file names of two lists' entries.
+    /// The file names of the entries of these lists.
     std::vector<std::string> namesIn(std::initializer_list<const ListBox*> lists) const {
         std::vector<std::string> names;
         for (const ListBox* list : lists) {
@@ -95,7 +96,7 @@ struct TreeCarryingTest : test::TreeEditingWorld {
     }
 };
 
-TEST_F(TreeCarryingTest, AfterASlowDragFromAnyItemToAnyRowTreeAndListsAgree) {
+TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterASlowDragFromAnyItemToAnyRow) {
     for (const std::string& target : places()) {
         for (const std::string& text :
              std::vector<std::string>{"a.mp3", "b.mp3", "a.wav", "b.wav", t1, t2}) {
@@ -111,7 +112,7 @@ TEST_F(TreeCarryingTest, AfterASlowDragFromAnyItemToAnyRowTreeAndListsAgree) {
     }
 }
 
-TEST_F(TreeCarryingTest, TheTimeThatThePointerRestsOnARowDoesNotMatter) {
+TEST_F(TreeCarryingTest, TheResultOfADragIsTheSameForAnyNumberOfMovementsOnEachRow) {
     for (const std::string& target : places()) {
         std::vector<std::vector<std::string>> outcomes;
         for (const int movements : {3, 4, 5, 6}) {
@@ -131,7 +132,7 @@ TEST_F(TreeCarryingTest, TheTimeThatThePointerRestsOnARowDoesNotMatter) {
     }
 }
 
-TEST_F(TreeCarryingTest, TwoMp3sAreSelectedByKeysAlone) {
+TEST_F(TreeCarryingTest, TwoMp3FilesCanBeSelectedByKeysAlone) {
     for (const char* name : {"a.mp3", "b.mp3"}) {
         goTo(name);
         key(Qt::Key_X, Qt::ControlModifier);
@@ -145,7 +146,7 @@ TEST_F(TreeCarryingTest, TwoMp3sAreSelectedByKeysAlone) {
     expectTreeAndListsAgree();
 }
 
-TEST_F(TreeCarryingTest, AfterADragByKeysFromAnyItemToAnyRowTreeAndListsAgree) {
+TEST_F(TreeCarryingTest, TreeAndListsAgreeAfterADragByKeysFromAnyItemToAnyRow) {
     for (const std::string& target : places()) {
         for (const std::string& text :
              std::vector<std::string>{"a.mp3", "b.mp3", "a.wav", t1, t2}) {
@@ -166,11 +167,12 @@ TEST_F(TreeCarryingTest, AfterADragByKeysFromAnyItemToAnyRowTreeAndListsAgree) {
     }
 }
 
-TEST_F(TreeCarryingTest, AGroupCannotBeDraggedByKeys) {
+TEST_F(TreeCarryingTest, AGroupIsClickedAndNotDraggedByKeys) {
     const auto before = outline();
     goTo("MP3 Files");
     key(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  MP3 Files") << "it was clicked";
+    EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  MP3 Files")
+        << "the key must click the group";
     goTo("WAV Files Folder");
     key(Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(outline(), before);

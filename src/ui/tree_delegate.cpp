@@ -10,7 +10,7 @@ namespace {
 
 /// Margin above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
-/// Opacity of a node that keys drag, as desktops show items that were cut.
+/// The opacity of a node that is dragged by keys. Desktops also show items that were cut paler.
 constexpr double carriedOpacity = 0.4;
 
 void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
@@ -30,7 +30,8 @@ void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     const NodeRef node = model_.nodeAt(index);
-    // A node that is also selected looks selected: every press highlights the node that it selects.
+    // A highlighted node that is also selected is painted as selected only, because every press
+    // highlights the node that it selects.
     if (node == tree_.dropHighlight() && node != tree_.selectedItem()) {
         paintDropMark(*painter, option);
     }

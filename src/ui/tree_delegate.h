@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Paints a row of the work tree: with the drop highlight, and pale while keys drag its node.
+// Paints a row of the work tree, with the drop highlight if its node has it. The row of a node that
+// is dragged by keys is painted paler.
 #pragma once
 
 #include <utility>
@@ -15,7 +16,7 @@ class TreeDelegate : public QStyledItemDelegate {
     TreeDelegate(const TreeView& tree, const TreeModel& model, QObject* parent)
         : QStyledItemDelegate(parent), tree_(tree), model_(model) {}
 
-    /// The node that keys drag; empty for none.
+    /// Sets the node that is dragged by keys; empty for none.
     void setCarried(NodeRef node) { carried_ = std::move(node); }
     [[nodiscard]] const NodeRef& carried() const { return carried_; }
 

@@ -15,7 +15,7 @@ TEST_F(TreeDelegateTest, AllRowsHaveTheSameHeightWithPaddingAroundTextAndPicture
     EXPECT_EQ(widget().visualRect(indexOf(collection)).height(), height);
 }
 
-TEST_F(TreeDelegateTest, ANodeThatIsSelectedAndHighlightedLooksSelected) {
+TEST_F(TreeDelegateTest, ASelectedNodeLooksTheSameWithTheDropHighlight) {
     const auto row = [&] {
         return widget().viewport()->grab(widget().visualRect(indexOf(first))).toImage();
     };
@@ -25,7 +25,7 @@ TEST_F(TreeDelegateTest, ANodeThatIsSelectedAndHighlightedLooksSelected) {
     EXPECT_EQ(row(), selected);
 }
 
-TEST_F(TreeDelegateTest, OnlyTheRowOfADraggedNodeIsPale) {
+TEST_F(TreeDelegateTest, OnlyTheRowOfTheNodeThatIsDraggedByKeysLooksDifferent) {
     const auto row = [&](const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     };

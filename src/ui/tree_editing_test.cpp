@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Editing the work tree by mouse and keys: the widget's events reach the handlers of the product,
-// and the tests check their results.
+// Tests editing the work tree by mouse and keys. The events of the widget run the handlers of the
+// logic, and the tests check the results of these handlers.
 #include "support/tree_editing_world.h"
 
 namespace sonarith {
@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 using TreeEditingTest = test::TreeEditingWorld;
 
-TEST_F(TreeEditingTest, AnMp3IsDraggedToAnotherGroupAndBackAndMovesBeforeTheDrop) {
+TEST_F(TreeEditingTest, AnMp3FileCanBeDraggedToAnotherGroupAndBackAndMovesBeforeTheDrop) {
     pressAt("a.mp3");
     moveTo("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre("a.mp3"));
@@ -30,7 +30,7 @@ TEST_F(TreeEditingTest, AnMp3IsDraggedToAnotherGroupAndBackAndMovesBeforeTheDrop
     EXPECT_THAT(lines(form.List4), IsEmpty());
 }
 
-TEST_F(TreeEditingTest, AFileIsRenamedInTheTree) {
+TEST_F(TreeEditingTest, AFileCanBeRenamedInTheTree) {
     pressAt("a.wav");
     releaseAt("a.wav");
     typeAndReturn("new.wav");
@@ -51,7 +51,7 @@ TEST_F(TreeEditingTest, ARefusedNameOpensTheEditorAgainWithTheOldLabel) {
     EXPECT_EQ(editor(), nullptr);
 }
 
-TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressElsewhereKeepsTheOtherNodeSelected) {
+TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressOnAnotherNodeLeavesThatNodeSelected) {
     pressAt("a.wav");
     releaseAt("a.wav");
     ASSERT_NE(editor(), nullptr);
@@ -64,13 +64,13 @@ TEST_F(TreeEditingTest, ARefusedNameFinishedByAPressElsewhereKeepsTheOtherNodeSe
     EXPECT_EQ(view.selectedItem(), node("b.mp3"));
     EXPECT_EQ(drag.DragNode, node("b.mp3"));
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  b.mp3");
-    // The editor's text is now the other node's name.
+    // The editor now edits the name of the other node.
     EXPECT_EQ(view.editedNode(), node("b.mp3"));
     typeAndReturn("c.mp3");
     EXPECT_EQ(disk.content("c:\\music\\c.mp3"), "c:\\music\\b.mp3");
 }
 
-TEST_F(TreeEditingTest, ARefusedNameEditedByKeyNeverRenamesThePreviouslyPressedFile) {
+TEST_F(TreeEditingTest, AfterARefusedNameTheNextNameRenamesTheFileThatIsEdited) {
     pressAt("a.wav");
     releaseAt("a.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);
@@ -85,7 +85,7 @@ TEST_F(TreeEditingTest, ARefusedNameEditedByKeyNeverRenamesThePreviouslyPressedF
     EXPECT_EQ(disk.content("c:\\music\\a.wav"), "c:\\music\\a.wav");
 }
 
-TEST_F(TreeEditingTest, ARightPressElsewhereClosesAReopenedEditor) {
+TEST_F(TreeEditingTest, ARightPressOnAnotherNodeClosesAReopenedEditor) {
     pressAt("a.wav");
     releaseAt("a.wav");
     typeAndReturn("b.wav");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small tree in a shown window for tests of the tree's widget: one collection, two groups, and a
-// log of the events that reach the TreeView. It contains no logic of the product.
+// A test fixture for tests of the tree's widget. It shows a small tree with one collection, two
+// groups and two items in a window and logs the events that reach the TreeView. It contains no
+// logic of the program.
 #pragma once
 
 #include <functional>
@@ -61,7 +62,8 @@ class TreeFixture : public testing::Test {
     }
 
     NodeRef add(const NodeRef& parent, const std::string& text) {
-        // A key starts with the letter of its node's level.
+        // The first letter of a key is the level of its node: collection (f), group (g) or item
+        // (p).
         const std::string level = !parent ? "f " : parent == collection ? "g " : "p ";
         return tree.add(parent, level + text, text, 1, 4).value();
     }
@@ -69,7 +71,7 @@ class TreeFixture : public testing::Test {
         log.push_back(event + (buttons.left ? " left" : "") + (buttons.right ? " right" : "") +
                       " " + (node ? node->text() : "nothing"));
     }
-    /// As in the product: a press selects, and starts an edit.
+    /// Makes a press select the node and start an edit, as in the program.
     void editOnPress() {
         tree.onMouseDown = [this](MouseButtons, NodeRef node) {
             tree.setSelectedItem(node).passOver();
@@ -77,7 +79,7 @@ class TreeFixture : public testing::Test {
         };
     }
 
-    /// As in the product: moving the pressed mouse starts a drag.
+    /// Makes a movement with the pressed left button start a drag, as in the program.
     void dragOnMove() {
         tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
             if (buttons.left) {

@@ -81,7 +81,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
         return toQString(node.text());
-    case Qt::ToolTipRole: // for texts that the narrow window cuts
+    case Qt::ToolTipRole: // for texts that are shortened in a narrow window
         return plainToolTip(toQString(node.text()));
     case Qt::DecorationRole: {
         const bool selected = tree_.selectedItem().get() == &node;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's nodes for Qt's item views. It copies and changes nothing: it reads the TreeView
-// and is notified before and after each change of structure.
+// Provides the nodes of the work tree as an item model of Qt. Copies no nodes and changes none: it
+// reads the TreeView, and is notified before and after nodes are added, moved or removed.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -13,12 +13,12 @@ class TreeModel : public QAbstractItemModel {
   public:
     explicit TreeModel(const TreeView& tree) : tree_(tree) {}
 
-    /// Empty for an invalid index.
+    /// The node at an index; empty for an invalid index.
     [[nodiscard]] NodeRef nodeAt(const QModelIndex& index) const;
-    /// Invalid for an empty node, and for one that is not in the tree.
+    /// The index of a node; invalid for an empty node, and for a node that is not in the tree.
     [[nodiscard]] QModelIndex indexOf(const NodeRef& node) const;
 
-    // The steps of TreeObserver, with the same meaning.
+    // These functions have the same meaning as the functions of TreeObserver with these names.
     void beforeInsert(const NodeRef& parent, int position);
     void afterInsert() { endInsertRows(); }
     void beforeRemove(const NodeRef& node);

@@ -15,7 +15,7 @@ namespace {
 
 using Reporting = QAbstractItemModelTester::FailureReportingMode;
 
-TEST(TreeModel, ReadsTextsAndStructureFromTheTree) {
+TEST(TreeModel, HasTheTextsAndTheStructureOfTheTree) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     const NodeRef root = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
@@ -54,7 +54,7 @@ TEST(TreeModel, ANodeThatIsNotInTheTreeHasNoIndex) {
     EXPECT_EQ(model.nodeAt(QModelIndex()), nullptr);
 }
 
-TEST(TreeModel, TheSelectedNodeShowsItsOtherPicture) {
+TEST(TreeModel, TheSelectedNodeHasAnotherPicture) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     const NodeRef node = tree.add(nullptr, "f", "CD Tracks", 1, 4).value();
@@ -67,7 +67,7 @@ TEST(TreeModel, TheSelectedNodeShowsItsOtherPicture) {
     EXPECT_NE(picture(), closed);
 }
 
-TEST(TreeModel, ObeysTheRulesOfItemModelsAtEveryChange) {
+TEST(TreeModel, ObeysTheRulesOfQtsItemModelsAtEveryChange) {
     Form form("Form1");
     TreeView tree(form, "TreeView1");
     QWidget window;

@@ -40,7 +40,8 @@ void TreeViewAdapter::beforeMove(const NodeRef& node, const NodeRef& parent, int
 
 void TreeViewAdapter::afterMove(const NodeRef& node) {
     model_.afterMove();
-    // Shows the user where the selected node was moved, even into a collapsed group.
+    // Shows the user where the selected node was moved, even if it was moved into a collapsed
+    // group.
     if (node == tree_.selectedItem()) {
         widget_.reveal(node);
     }
@@ -51,8 +52,8 @@ void TreeViewAdapter::textChanged(const NodeRef& node) {
 }
 
 void TreeViewAdapter::selectionChanged() {
-    // A new label applies to the selected node: an editor over another node would rename the wrong
-    // file.
+    // The logic applies a new label to the selected node, so an editor that stays open over another
+    // node would rename the wrong file.
     if (tree_.editedNode() && tree_.editedNode() != tree_.selectedItem()) {
         tree_.cancelLabelEdit();
         editAbandoned();

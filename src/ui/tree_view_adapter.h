@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Connects a TreeView to the widget that shows it: every change reaches the item model and the
-// widget in the order that item views require.
+// Connects a TreeView to the widget that shows it. Passes every change of the tree to the item
+// model and the widget, in the order that item views require.
 #pragma once
 
 #include "platform/controls/tree_view.h"
@@ -13,7 +13,7 @@ namespace sonarith {
 class TreeViewAdapter : public TreeObserver {
   public:
     /// Registers as the tree's observer. `tree` must outlive the adapter. The adapter owns the
-    /// widget, so it must be destroyed before the widget's parent.
+    /// widget, so the adapter must be destroyed before `parent`.
     TreeViewAdapter(TreeView& tree, QString label, QWidget* parent);
     ~TreeViewAdapter() override;
     TreeViewAdapter(const TreeViewAdapter&) = delete;
@@ -40,7 +40,7 @@ class TreeViewAdapter : public TreeObserver {
     TreeModel model_;
     TreeWidget widget_;
     ControlView view_;
-    /// The node whose picture shows it as selected.
+    /// The node that is shown with the picture of a selected node.
     NodeRef shownSelection_;
 };
 

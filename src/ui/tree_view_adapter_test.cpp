@@ -10,7 +10,7 @@ namespace {
 
 using TreeViewAdapterTest = TreeFixture;
 
-TEST_F(TreeViewAdapterTest, TheWidgetIsAtTheControlsPosition) {
+TEST_F(TreeViewAdapterTest, TheWidgetHasThePositionAndSizeOfTheControl) {
     tree.setLeft(285_twips);
     tree.setTop(900_twips);
     EXPECT_EQ(widget().geometry(), QRect(19, 60, 300, 300));
@@ -18,7 +18,7 @@ TEST_F(TreeViewAdapterTest, TheWidgetIsAtTheControlsPosition) {
     EXPECT_EQ(widget().accessibleName(), "Work tree");
 }
 
-TEST_F(TreeViewAdapterTest, TheShownSelectionIsTheTrees) {
+TEST_F(TreeViewAdapterTest, TheWidgetShowsTheSelectionOfTheTree) {
     tree.setSelectedItem(second).passOver();
     EXPECT_EQ(widget().selectionModel()->selectedIndexes(), QModelIndexList{indexOf(second)});
     EXPECT_EQ(widget().currentIndex(), indexOf(second));
@@ -26,7 +26,7 @@ TEST_F(TreeViewAdapterTest, TheShownSelectionIsTheTrees) {
     EXPECT_FALSE(widget().selectionModel()->hasSelection());
 }
 
-TEST_F(TreeViewAdapterTest, RevealingANodeExpandsItsAncestors) {
+TEST_F(TreeViewAdapterTest, RevealingANodeExpandsItsAncestorsAndScrollsToIt) {
     NodeRef last;
     for (int i = 0; i < 200; ++i) {
         last = add(mp3, "song " + std::to_string(i) + ".mp3");
@@ -69,7 +69,7 @@ TEST_F(TreeViewAdapterTest, AHundredThousandNodesCanBeRevealedAsTheyAreAdded) {
     EXPECT_GT(widget().verticalScrollBar()->maximum(), 0);
 }
 
-TEST_F(TreeViewAdapterTest, TheTreeMayChangeAfterItsWidgetIsDestroyed) {
+TEST_F(TreeViewAdapterTest, TheTreeCanChangeAfterTheAdapterIsDestroyed) {
     adapter.reset();
     EXPECT_TRUE(tree.setSelectedItem(add(mp3, "later.mp3")).ok());
 }

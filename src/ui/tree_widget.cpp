@@ -14,9 +14,10 @@
 namespace sonarith {
 namespace {
 
-/// Side of the nodes' pictures, in device-independent pixels.
+/// The side of the nodes' pictures, in device-independent pixels.
 constexpr int nodeIconSide = 18;
-/// Indentation of each level: the window is narrow.
+/// The indentation of each level, in device-independent pixels. It is small because the window is
+/// narrow.
 constexpr int levelIndentation = 16;
 
 MouseButtons buttonsOf(Qt::MouseButtons buttons) {
@@ -40,7 +41,8 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
     setIndentation(levelIndentation);
     setFrameShape(QFrame::NoFrame);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    // Single selection, so that a screen reader selects exactly this node.
+    // Items and not rows are selected, so that a screen reader selects exactly the node that it
+    // names.
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setExpandsOnDoubleClick(false);
@@ -55,7 +57,7 @@ TreeWidget::TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent)
             scrollTo(toReveal_);
         }
     });
-    // One row every 60 ms is fast, but slow enough to stop at the intended row.
+    // One row every 60 ms is fast, but slow enough for the user to stop at the intended row.
     dragScrollTimer_.setInterval(60);
     connect(&dragScrollTimer_, &QTimer::timeout, this, [this] { scrollWhileDragging(); });
 }
@@ -92,8 +94,8 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
     if (showingSelection_ || selected.isEmpty()) {
         return;
     }
-    // A screen reader has selected the node in this widget. The selection becomes a click, which
-    // runs after this call, since a click may yield.
+    // A screen reader has selected the node in this widget. This counts as a click on the node. The
+    // click runs after this call has returned, because its handler may yield.
     const QPersistentModelIndex chosen = selected.indexes().value(0);
     runLater(*this, [this, chosen] {
         showSelection();
@@ -105,7 +107,7 @@ void TreeWidget::selectionChanged(const QItemSelection& selected,
 
 QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelIndex&,
                                                                  const QEvent*) const {
-    // Mouse and keys move only the current row; the selection always follows the tree.
+    // Mouse and keys move only the current row; the selection is always that of the TreeView.
     return QItemSelectionModel::NoUpdate;
 }
 
@@ -126,8 +128,8 @@ QModelIndex TreeWidget::branchAt(const QPoint& position) const {
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
     if (dragging() || takingUp_) {
-        // A second press of the left button means that another window has received the first one's
-        // release.
+        // A second press of the left button means that another window has received the release of
+        // the first press.
         if (drag_ == Drag::byMouse && event->button() == Qt::LeftButton) {
             abandonPress();
         }
@@ -159,20 +161,20 @@ void TreeWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 void TreeWidget::press(MouseButtons buttons, const NodeRef& node, const QPoint& global) {
     pressedAt_ = global;
     movedFar_ = false;
-    // Runs before the handler: the handler may yield, and the button may be released during the
-    // yield.
+    // The watch starts before the handler runs: the handler may yield, and the button may be
+    // released during the yield.
     watchForRelease(true);
     const PopupPlace place(global);
     run(tree_.onMouseDown, buttons, node);
 }
 
 void TreeWidget::doubleClick(const NodeRef& node) {
-    // The second press of a double click is not passed on, but its release is.
+    // The second press of a double click is not reported to the tree, but its release is.
     movedFar_ = false;
     watchForRelease(true);
     run(tree_.onDoubleClick);
-    // The handler ignores a double click on a collection, so the double click expands or collapses
-    // it.
+    // The handler ignores a double click on a collection, so a double click can expand or collapse
+    // a collection.
     if (node && !node->removed() && !node->parent()) {
         const QModelIndex index = model_.indexOf(node);
         setExpanded(index, !isExpanded(index));
@@ -197,7 +199,7 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreeWidget::mouseReleaseEvent(QMouseEvent* event) {
-    // eventFilter() handles the release, whichever widget receives it.
+    // eventFilter() handles the release, because any widget may receive it.
     event->accept();
 }
 
@@ -207,8 +209,8 @@ void TreeWidget::watchForRelease(bool watch) {
     }
     watchingRelease_ = watch;
     if (watch) {
-        // Filters the events of all windows: the menu or the editor that a press has opened may
-        // receive the release.
+        // Filters the events of all windows, because the menu or the editor that a press has opened
+        // may receive the release.
         qApp->installEventFilter(this);
     } else {
         qApp->removeEventFilter(this);
@@ -216,7 +218,8 @@ void TreeWidget::watchForRelease(bool watch) {
 }
 
 bool TreeWidget::eventFilter(QObject* watched, QEvent* event) {
-    // Qt sends the release first to the QWindow, and to no widget if the pressed one was destroyed.
+    // Qt sends the release to the QWindow first, and to no widget if the widget that was pressed
+    // has been destroyed.
     if (watchingRelease_ && event->type() == QEvent::MouseButtonRelease) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         if (!dragging() || mouse.button() == Qt::LeftButton) {
@@ -250,8 +253,8 @@ bool TreeWidget::event(QEvent* event) {
         abandonPress();
         break;
     case QEvent::WindowDeactivate:
-        // A press without a drag continues: some desktops treat the menu that it opened as another
-        // window.
+        // A press without a drag does not end here: some desktops treat the menu that the press has
+        // opened as another window.
         if (dragging()) {
             abandonPress();
         }
@@ -280,7 +283,7 @@ bool TreeWidget::event(QEvent* event) {
     return QTreeView::event(event);
 }
 
-/// Ends the press, and the drag that it has started, without a release.
+/// Ends the press and a drag, without reporting a release or a drop.
 void TreeWidget::abandonPress() {
     endDrag();
     watchForRelease(false);
@@ -301,7 +304,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Space:
     case Qt::Key_F2:
-        // As a mouse click, this opens the editor if the node can be renamed.
+        // Like a click by mouse, this opens the editor if the node can be renamed.
         clickByKey({.left = true}, index);
         break;
     default:
@@ -315,7 +318,7 @@ void TreeWidget::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// Simulates a mouse press in the middle of a row.
+/// Has the effect of a mouse press in the middle of a row.
 void TreeWidget::pressByKey(MouseButtons buttons, const QModelIndex& index) {
     scrollTo(index);
     const PopupPlace place(viewport()->mapToGlobal(visualRect(index).center()));
@@ -343,7 +346,7 @@ void TreeWidget::doubleClickByKey(const QModelIndex& index) {
 }
 
 void TreeWidget::contextMenuEvent(QContextMenuEvent* event) {
-    // If the mouse caused this event, its press has already opened the menu.
+    // If the mouse caused this event, the press of its button has already opened the menu.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         clickByKey({.right = true}, currentIndex());
     }

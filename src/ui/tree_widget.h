@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree as the user sees and operates it. It turns mouse and keyboard input into the
-// TreeView's events and shows the TreeView's state; it does not select, edit or move nodes itself.
+// The widget of the work tree. It converts mouse and keyboard input to events of the TreeView and
+// shows the state of the TreeView. It does not select, edit or move nodes itself.
 #pragma once
 
 #include <optional>
@@ -19,19 +19,20 @@ class TreeDelegate;
 
 class TreeWidget : public QTreeView {
   public:
-    /// `tree` and `model` must outlive the widget. `parent` must exist when the first edit starts:
-    /// the editor over a label is its child.
+    /// `tree` and `model` must outlive the widget. `parent` must not be null when an edit starts,
+    /// because the editor over a label is a child of `parent`.
     TreeWidget(TreeView& tree, TreeModel& model, QWidget* parent);
     ~TreeWidget() override;
 
     // Notifications from the tree, passed on by the adapter.
     void showSelection();
     void showDropHighlight() { viewport()->update(); }
-    /// Expands the node's ancestors now and scrolls it into view with the next events, since a
-    /// thousand nodes may be added and revealed one after the other.
+    /// Expands the node's ancestors now. Scrolls the node into view later, when the next events are
+    /// handled, because thousands of nodes may be added and revealed one after the other.
     void reveal(const NodeRef& node);
     void openEditor(const NodeRef& node);
-    /// The edited node was removed.
+    /// Closes the editor if no node is being edited any more, for example because the edited node
+    /// was removed.
     void dropEditorWithoutNode();
     void startDrag();
 
@@ -67,7 +68,8 @@ class TreeWidget : public QTreeView {
     void clickByKey(MouseButtons buttons, const QModelIndex& index);
     void doubleClickByKey(const QModelIndex& index);
 
-    /// How a node is dragged. With keys it is picked up and dropped at the current row.
+    /// How a node is dragged. With keys, the current node is picked up and later dropped at the row
+    /// that is current then.
     enum class Drag { none, byMouse, byKeys };
     [[nodiscard]] bool dragging() const { return drag_ != Drag::none; }
     void takeUpByKeys();
@@ -91,15 +93,16 @@ class TreeWidget : public QTreeView {
     QPersistentModelIndex toReveal_;
     QTimer revealTimer_;
     QTimer dragScrollTimer_;
-    /// The last mouse press on a node: its screen position, and its time by the clock of the
-    /// events.
+    /// The last mouse press on the tree: its position on the screen, and its time by the timestamps
+    /// of events.
     QPoint pressedAt_;
     quint64 pressedMilliseconds_ = 0;
     bool watchingRelease_ = false;
     bool movedFar_ = false;
     Drag drag_ = Drag::none;
     bool takingUp_ = false;
-    /// The node that the drag was last over, empty for no node; no value before the first one.
+    /// The node that the drag was last over; an empty node for the area without nodes. No value
+    /// before the first report of a drag.
     std::optional<NodeRef> over_;
     bool showingSelection_ = false;
 };

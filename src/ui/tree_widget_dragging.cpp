@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of the work tree's widget that drags a node, by mouse and by keys. It follows the
-// pointer itself instead of using the desktop's drag and drop, which would prevent the nodes'
-// handlers from running while the pointer moves.
+// Implements the part of the work tree's widget that drags a node, by mouse and by keys. It tracks
+// the pointer itself and does not use the desktop's drag and drop, because that would prevent the
+// tree's handlers from running while the pointer moves.
 #include <utility>
 #include <vector>
 
@@ -17,7 +17,7 @@
 namespace sonarith {
 namespace {
 
-/// Side of the drag picture, in device-independent pixels.
+/// The side of the picture beside the pointer during a drag, in device-independent pixels.
 constexpr int dragIconSide = 32;
 
 bool movesTheCurrentRow(int key) {
@@ -53,7 +53,8 @@ void TreeWidget::startDrag() {
         QGuiApplication::setOverrideCursor(QCursor(picture, 0, 0));
         dragScrollTimer_.start();
     } else {
-        // The pointer may be anywhere: the row itself shows that it was picked up.
+        // During a drag by keys the pointer may be anywhere, so the row itself shows that it was
+        // picked up.
         delegate_->setCarried(tree_.selectedItem());
         viewport()->update();
     }
@@ -61,9 +62,10 @@ void TreeWidget::startDrag() {
 
 void TreeWidget::dragOver(const NodeRef& node) {
     const std::optional<NodeRef> former = std::exchange(over_, node);
-    // A resting pointer sends repeated events. The handler treats each event as a change. Over a
-    // group it needs two events until its state is stable. Over a collection or no node it never
-    // becomes stable: the dragged node would move back and forth.
+    // A resting pointer sends repeated events, and the handler treats each event as a change. Over
+    // a group, the handler needs two events until its state is stable. Over a collection or no
+    // node, its state never becomes stable and the dragged node would move back and forth, so
+    // repeated events are not reported there.
     if (former == over_ && NodeLevel(node) < groupLevel) {
         return;
     }
@@ -92,7 +94,8 @@ void TreeWidget::endDrag() {
 }
 
 void TreeWidget::scrollWhileDragging() {
-    // Scrolls if the pointer is outside of the viewport or within a row's height of its edge.
+    // Scrolls if the pointer is above or below the viewport, or at most a row's height inside its
+    // upper or lower edge.
     const int y = viewport()->mapFromGlobal(QCursor::pos()).y();
     const int edge = sizeHintForRow(0);
     QScrollBar& bar = *verticalScrollBar();
@@ -119,7 +122,7 @@ void TreeWidget::takeUpByKeys() {
     run(tree_.onMouseMove, left, node);
     takingUp_ = false;
     if (!dragging()) {
-        // Not every node can be dragged; this one was clicked.
+        // This node cannot be dragged, so the key has the effect of a click.
         run(tree_.onMouseUp, left, node);
     }
 }
@@ -139,15 +142,16 @@ void TreeWidget::keyWhileDragging(QKeyEvent& event) {
 
 void TreeWidget::dropByKeys() {
     const NodeRef target = model_.nodeAt(currentIndex());
-    // Simulates a pointer that leaves the node's own row: until another node was reported, the
-    // handler ignores the node at which the previous drag ended. A group is reported twice, as by a
-    // resting pointer, since the handler's state is stable only after the second event.
+    // Reports the dragged node first, as for a pointer that leaves its row. Otherwise the handler
+    // would ignore a target at which the previous drag has ended: it accepts that node again only
+    // after another node was reported. A group is reported twice, as by a resting pointer, because
+    // the handler's state is stable only after the second event.
     std::vector<NodeRef> way{delegate_->carried(), target};
     if (NodeLevel(target) == groupLevel) {
         way.push_back(target);
     }
     for (const NodeRef& node : way) {
-        // The handlers yield, and the drag may end meanwhile.
+        // The handlers yield, and the drag may end during a yield.
         if (dragging()) {
             dragOver(node);
         }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Dragging nodes with the mouse; tree_widget_key_dragging_test.cpp tests dragging by keys.
+// Tests dragging nodes with the mouse; tree_widget_key_dragging_test.cpp tests dragging by keys.
 #include <QPushButton>
 #include <QShortcut>
 
@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 class TreeDraggingTest : public TreeFixture {
   protected:
-    /// The mouse drags the first node over the second one.
+    /// Drags the node `first` with the mouse over the node `second`.
     void beginMouseDrag() {
         dragOnMove();
         pressAt(first);
@@ -44,7 +44,7 @@ TEST_F(TreeDraggingTest, SmallMovementsDuringAClickDragNothing) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
 }
 
-TEST_F(TreeDraggingTest, ADragReportsEachNodeBelowThePointerAndEndsWithADrop) {
+TEST_F(TreeDraggingTest, ADragReportsEachNodeUnderThePointerAndEndsWithADrop) {
     dragOnMove();
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
@@ -63,7 +63,7 @@ TEST_F(TreeDraggingTest, ADragReportsEachNodeBelowThePointerAndEndsWithADrop) {
     EXPECT_FALSE(isDragCursorShown());
 }
 
-TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressOpened) {
+TEST_F(TreeDraggingTest, ADragClosesTheEditorThatThePressOpened) {
     editOnPress();
     dragOnMove();
     pressAt(first);
@@ -75,7 +75,7 @@ TEST_F(TreeDraggingTest, ADragClosesTheEditorThatItsPressOpened) {
     EXPECT_THAT(log, ElementsAre("over MP3 Files", "drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, ADragContinuesThoughItsHandlerMovesAndRemovesNodes) {
+TEST_F(TreeDraggingTest, ADragContinuesAfterItsHandlerMovesAndRemovesNodes) {
     dragOnMove();
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
@@ -109,7 +109,7 @@ TEST_F(TreeDraggingTest, ADragCannotBeginWithoutAPressedButton) {
     EXPECT_FALSE(isDragCursorShown());
 }
 
-TEST_F(TreeDraggingTest, ARestingPointerRepeatsTheEventOverAGroupAndAnItem) {
+TEST_F(TreeDraggingTest, EveryMovementOfThePointerOverAGroupOrAnItemIsReported) {
     beginMouseDrag();
     for (const NodeRef& node : {second, mp3}) {
         log.clear();
@@ -122,7 +122,7 @@ TEST_F(TreeDraggingTest, ARestingPointerRepeatsTheEventOverAGroupAndAnItem) {
     releaseAt(mp3);
 }
 
-TEST_F(TreeDraggingTest, ARestingPointerOverACollectionOrNoNodeSendsOneEvent) {
+TEST_F(TreeDraggingTest, SeveralMovementsOverACollectionOrOverNoNodeAreReportedOnce) {
     beginMouseDrag();
     for (int i = 0; i < 3; ++i) {
         movePointer(placeOf(collection) + QPoint(i, 0));
@@ -130,7 +130,7 @@ TEST_F(TreeDraggingTest, ARestingPointerOverACollectionOrNoNodeSendsOneEvent) {
     for (int i = 0; i < 3; ++i) {
         movePointer(belowAllNodes + QPoint(i, 0));
     }
-    // A pointer outside of the tree is over no node either.
+    // A pointer outside of the tree is also over no node.
     movePointer(QPoint(-50, 10));
     moveTo(collection);
     moveTo(mp3);
@@ -167,7 +167,7 @@ TEST_F(TreeDraggingTest, OtherButtonsDoNothingDuringADrag) {
     EXPECT_THAT(log, ElementsAre("drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, KeysButEscapeDoNothingDuringADrag) {
+TEST_F(TreeDraggingTest, KeysExceptEscapeDoNothingDuringADrag) {
     QPushButton button(&window);
     button.show();
     QShortcut shortcut(Qt::ALT | Qt::Key_S, &window);
@@ -218,7 +218,7 @@ TEST_F(TreeDraggingTest, ADialogEndsADragWithoutADrop) {
     EXPECT_THAT(log, ElementsAre("down left one.wav", "over MP3 Files", "drop MP3 Files"));
 }
 
-TEST_F(TreeDraggingTest, ADialogThatOpensDuringAHandlerOfTheDragAlsoEndsIt) {
+TEST_F(TreeDraggingTest, ADialogThatAHandlerOfTheDragOpensEndsTheDrag) {
     beginMouseDrag();
     tree.onDragOver = [&](NodeRef) {
         runDialogAnd([&] { releaseAt(mp3); });
@@ -229,7 +229,7 @@ TEST_F(TreeDraggingTest, ADialogThatOpensDuringAHandlerOfTheDragAlsoEndsIt) {
     expectNoDrag();
 }
 
-TEST_F(TreeDraggingTest, APressDoesNotWaitForAReleaseThatADialogReceived) {
+TEST_F(TreeDraggingTest, AfterADialogReceivedTheReleaseOfAPressNoLaterReleaseIsReported) {
     pressAt(first);
     runDialogAnd([&] { releaseAt(first); });
     log.clear();
@@ -239,7 +239,7 @@ TEST_F(TreeDraggingTest, APressDoesNotWaitForAReleaseThatADialogReceived) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeDraggingTest, APressThatHidesItsWindowDoesNotWaitForARelease) {
+TEST_F(TreeDraggingTest, AfterAPressThatHidesItsWindowNoReleaseIsReported) {
     tree.onMouseDown = [&](MouseButtons, NodeRef) {
         window.hide();
     };
@@ -251,13 +251,13 @@ TEST_F(TreeDraggingTest, APressThatHidesItsWindowDoesNotWaitForARelease) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeDraggingTest, ADragEndsWhenAnotherWindowReceivesItsRelease) {
+TEST_F(TreeDraggingTest, ADragWhoseReleaseWasLostEndsAtTheNextMovementOrPress) {
     beginMouseDrag();
     sendMove(placeOf(mp3), Qt::NoButton);
     EXPECT_THAT(log, IsEmpty());
     expectNoDrag();
     beginMouseDrag();
-    // The button is pressed again.
+    // The button is pressed again, although its release was not received.
     pressAt(mp3);
     EXPECT_THAT(log, IsEmpty());
     expectNoDrag();

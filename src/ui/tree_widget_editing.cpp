@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of the work tree's widget that opens, places and closes the editor over a label.
+// Implements the part of the work tree's widget that opens, places and closes the editor over a
+// label.
 #include <utility>
 
 #include <QGuiApplication>
@@ -28,8 +29,8 @@ void TreeWidget::openEditor(const NodeRef& node) {
     const QModelIndex index = model_.indexOf(node);
     scrollTo(index);
     editedIndex_ = index;
-    // A sibling of the tree and not its child: assistive programs detect only nodes as children of
-    // a tree.
+    // The editor is a sibling of the tree and not its child, because assistive programs detect only
+    // nodes as children of a tree.
     editor_ = new LabelEditor(toQString(node->text()), parentWidget());
     editor_->onFinished = [this](const QString& text) {
         finishEdit(text);
@@ -65,7 +66,8 @@ void TreeWidget::closeEditor(Focus focus) {
     }
     LabelEditor* closing = std::exchange(editor_, nullptr);
     editedIndex_ = QModelIndex();
-    // The edit has ended; the loss of focus by hiding must not be reported.
+    // The edit has ended, so the loss of focus that follows from hiding the editor must not be
+    // reported.
     closing->onFinished = [](const QString&) {
     };
     closing->onCancelled = [] {
@@ -87,7 +89,8 @@ void TreeWidget::dropEditorWithoutNode() {
 void TreeWidget::updateEditorGeometries() {
     QTreeView::updateEditorGeometries();
     if (editor_ && editedIndex_.isValid()) {
-        // Hidden when its node is scrolled out of view, so that it does not cover other widgets.
+        // The editor gets an empty rectangle when its node is scrolled out of view, so that it
+        // covers no other widgets.
         const QRect seen = labelRect(editedIndex_) & viewport()->rect();
         editor_->setGeometry(QRect(viewport()->mapTo(parentWidget(), seen.topLeft()), seen.size()));
     }
@@ -113,7 +116,7 @@ bool TreeWidget::takesPressFromEditor(QMouseEvent& event) {
     if (!second) {
         return false;
     }
-    // The first press of this double click has opened the editor; the second one belongs to the
+    // The first press of this double click has opened the editor; the second press is meant for the
     // tree.
     const NodeRef node = tree_.editedNode();
     tree_.cancelLabelEdit();

@@ -26,14 +26,14 @@ class TreeEditTest : public TreeFixture {
     }
 };
 
-TEST_F(TreeEditTest, TheEditorCoversTheLabelAndSelectsItsWholeText) {
+TEST_F(TreeEditTest, TheEditorIsOverItsRowAndHasItsWholeTextSelected) {
     ASSERT_NE(editor(), nullptr);
     EXPECT_EQ(editor()->selectedText(), "one.wav");
     EXPECT_TRUE(editor()->hasFocus());
     EXPECT_TRUE(rowOf(first).contains(editor()->geometry().center()));
 }
 
-/// Whether an assistive program that visits the descendants of `top` finds a widget.
+/// Whether an assistive program that visits `top` and its descendants finds the widget.
 bool isReachedFrom(QAccessibleInterface* top, const QWidget* widget) {
     if (!top || top->object() == widget) {
         return top != nullptr;
@@ -51,7 +51,7 @@ TEST_F(TreeEditTest, TheEditorIsAccessible) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(editor())->text(QAccessible::Name), "New name");
 }
 
-TEST_F(TreeEditTest, TheEditorFollowsItsRowAndStaysWithinTheTree) {
+TEST_F(TreeEditTest, TheEditorMovesWithItsRowAndIsHiddenWhenTheRowIsNotVisible) {
     for (int i = 0; i < 50; ++i) {
         add(wav, std::to_string(i));
     }
@@ -70,7 +70,7 @@ TEST_F(TreeEditTest, TheEditorFollowsItsRowAndStaysWithinTheTree) {
     EXPECT_THAT(log, ElementsAre("after later.wav"));
 }
 
-TEST_F(TreeEditTest, ReturnPassesTheNewTextToTheTree) {
+TEST_F(TreeEditTest, TheReturnKeyPassesTheNewTextToTheTree) {
     editor()->setText("caf\u00E9.wav");
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_THAT(log, ElementsAre("after caf\xC3\xA9.wav"));
@@ -79,13 +79,13 @@ TEST_F(TreeEditTest, ReturnPassesTheNewTextToTheTree) {
     EXPECT_TRUE(widget().hasFocus());
 }
 
-TEST_F(TreeEditTest, ReturnOnAnUnchangedTextRenamesNothing) {
+TEST_F(TreeEditTest, TheReturnKeyOnAnUnchangedTextRenamesNothing) {
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_THAT(log, IsEmpty());
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, EscapeKeepsTheLabel) {
+TEST_F(TreeEditTest, TheEscapeKeyKeepsTheOldLabel) {
     editor()->setText("other.wav");
     QTest::keyClick(editor(), Qt::Key_Escape);
     EXPECT_THAT(log, IsEmpty());
@@ -94,7 +94,7 @@ TEST_F(TreeEditTest, EscapeKeepsTheLabel) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, APressElsewhereInTheTreeFinishesTheEditFirst) {
+TEST_F(TreeEditTest, APressOnAnotherNodeFirstFinishesTheEdit) {
     editor()->setText("other.wav");
     pressAt(second);
     EXPECT_THAT(log, ElementsAre("after other.wav", "down left two.wav"));
@@ -108,7 +108,7 @@ TEST_F(TreeEditTest, HidingTheWindowCancelsTheEdit) {
     EXPECT_EQ(tree.editedNode(), nullptr);
 }
 
-TEST_F(TreeEditTest, ARefusedNameMayOpenTheEditorAgain) {
+TEST_F(TreeEditTest, AHandlerThatRefusesANameMayOpenTheEditorAgain) {
     tree.onAfterLabelEdit = [&](bool& cancel, const std::string& text) {
         log.push_back("refused " + text);
         cancel = true;

@@ -27,8 +27,8 @@ class TreeKeyDragTest : public TreeFixture {
     QImage rowOf(const NodeRef& node) {
         return widget().viewport()->grab(widget().visualRect(indexOf(node))).toImage();
     }
-    /// Whether the row of `first` differs from `before`. It is current in both pictures, since the
-    /// current row is painted differently.
+    /// Whether the row of `first` looks different from its picture `before`. The row is made
+    /// current before it is compared, because the current row is painted differently.
     bool isMarked() {
         const QPersistentModelIndex current = widget().currentIndex();
         goTo(first);
@@ -41,16 +41,16 @@ class TreeKeyDragTest : public TreeFixture {
     QImage before;
 };
 
-TEST_F(TreeKeyDragTest, KeysDragTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
+TEST_F(TreeKeyDragTest, ControlXPicksUpTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
     takeUp();
-    EXPECT_FALSE(isDragCursorShown()) << "the pointer does not affect the drag by keys";
+    EXPECT_FALSE(isDragCursorShown()) << "a drag by keys must not change the pointer";
     key(Qt::Key_Down);
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(mp3));
-    EXPECT_THAT(log, IsEmpty()) << "arrow keys report no node";
+    EXPECT_THAT(log, IsEmpty()) << "arrow keys must report no node";
     EXPECT_TRUE(isMarked());
     key(Qt::Key_Return);
-    // Like a pointer that moves from the node's row and rests on the group.
+    // The events are those of a pointer that leaves the node's row and rests on the group.
     EXPECT_THAT(log,
                 ElementsAre("over one.wav", "over MP3 Files", "over MP3 Files", "drop MP3 Files"));
     EXPECT_FALSE(isMarked());
@@ -59,7 +59,7 @@ TEST_F(TreeKeyDragTest, KeysDragTheCurrentNodeAndReturnDropsItAtTheCurrentRow) {
     EXPECT_THAT(log, ElementsAre("down left MP3 Files", "up left MP3 Files"));
 }
 
-TEST_F(TreeKeyDragTest, ControlVDropsTooAndReportsAnItemOrACollectionOnce) {
+TEST_F(TreeKeyDragTest, ControlVAlsoDropsANodeAndReportsAnItemOrACollectionOnce) {
     for (const NodeRef& target : {second, collection}) {
         goTo(first);
         takeUp();
@@ -81,7 +81,7 @@ TEST_F(TreeKeyDragTest, EscapeCancelsTheDragByKeys) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ReturnClicksANodeWhenNoneIsDragged) {
+TEST_F(TreeKeyDragTest, ControlXClicksANodeThatCannotBeDragged) {
     tree.onMouseMove = [this](MouseButtons b, NodeRef node) {
         note("move", b, node);
     };
@@ -93,7 +93,7 @@ TEST_F(TreeKeyDragTest, ReturnClicksANodeWhenNoneIsDragged) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ADragByKeysClosesTheEditorThatAPressOpened) {
+TEST_F(TreeKeyDragTest, ADragByKeysClosesTheEditorThatItsPressOpened) {
     editOnPress();
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(editor(), nullptr);
@@ -125,7 +125,7 @@ TEST_F(TreeKeyDragTest, OtherKeysAndTheMouseDoNothingDuringADragByKeys) {
     EXPECT_TRUE(isMarked());
 }
 
-TEST_F(TreeKeyDragTest, GroupsExpandAndCollapseDuringADragByKeys) {
+TEST_F(TreeKeyDragTest, TheLeftAndRightKeysCollapseAndExpandAGroupDuringADragByKeys) {
     takeUp();
     goTo(mp3);
     goTo(wav);
@@ -151,7 +151,7 @@ TEST_F(TreeKeyDragTest, ADragByKeysEndsWhenTheFocusChangesAndWhenADialogOpens) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeKeyDragTest, ADropThatIsCancelledInsideItsHandlerDropsNothing) {
+TEST_F(TreeKeyDragTest, ADragByKeysThatItsHandlerCancelsDropsNothing) {
     tree.onDragOver = [&](NodeRef node) {
         note("over", {}, node);
         key(Qt::Key_Escape);

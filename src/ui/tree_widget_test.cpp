@@ -18,7 +18,7 @@ using TreeWidgetTest = TreeFixture;
 
 // Mouse.
 
-TEST_F(TreeWidgetTest, AClickIsAPressAndAReleaseOnTheNode) {
+TEST_F(TreeWidgetTest, AClickIsReportedAsAPressAndAReleaseOnTheNode) {
     pressAt(first);
     releaseAt(first);
     EXPECT_THAT(log, ElementsAre("down left one.wav", "up left one.wav"));
@@ -29,13 +29,13 @@ TEST_F(TreeWidgetTest, APressBelowAllNodesReportsNoNode) {
     EXPECT_THAT(log, ElementsAre("down left nothing", "up left nothing"));
 }
 
-TEST_F(TreeWidgetTest, AClickSelectsNothingByItself) {
+TEST_F(TreeWidgetTest, AClickWithoutASelectingHandlerSelectsNothing) {
     pressAt(first);
     releaseAt(first);
     EXPECT_FALSE(widget().selectionModel()->hasSelection());
 }
 
-TEST_F(TreeWidgetTest, TheBranchIndicatorExpandsAndCollapsesWithoutAClick) {
+TEST_F(TreeWidgetTest, AClickOnTheBranchIndicatorExpandsOrCollapsesAndIsNotReported) {
     const QRect row = widget().visualRect(indexOf(wav));
     const QPoint sign(row.left() - 8, row.center().y());
     QTest::mouseClick(widget().viewport(), Qt::LeftButton, {}, sign);
@@ -45,7 +45,7 @@ TEST_F(TreeWidgetTest, TheBranchIndicatorExpandsAndCollapsesWithoutAClick) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeWidgetTest, TheReleaseReachesTheTreeThoughThePressOpenedAMenu) {
+TEST_F(TreeWidgetTest, TheReleaseIsReportedEvenIfThePressOpenedAMenu) {
     QMenu menu(&window);
     menu.addAction(QStringLiteral("Exit"));
     tree.onMouseDown = [&](MouseButtons, NodeRef) {
@@ -64,14 +64,14 @@ TEST_F(TreeWidgetTest, AReleaseWithoutAPressOnTheTreeIsNotReported) {
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeWidgetTest, ADoubleClickComesAfterThePressAndReleaseOfItsFirstClick) {
+TEST_F(TreeWidgetTest, ADoubleClickIsReportedAfterThePressAndReleaseOfItsFirstClick) {
     const QPoint at = widget().viewport()->mapTo(&window, placeOf(first));
     QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
     EXPECT_THAT(log,
                 ElementsAre("down left one.wav", "up left one.wav", "double", "up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, ADoubleClickReachesTheTreeThoughItsFirstPressOpenedTheEditor) {
+TEST_F(TreeWidgetTest, ADoubleClickIsReportedEvenIfItsFirstPressOpenedTheEditor) {
     editOnPress();
     bool editorWasOpen = false;
     tree.onMouseUp = [&](MouseButtons, NodeRef node) {
@@ -91,13 +91,13 @@ TEST_F(TreeWidgetTest, ALaterClickInTheEditorIsHandledByTheEditor) {
     pressAt(first);
     releaseAt(first);
     ASSERT_NE(editor(), nullptr);
-    // QTest advances its clock by the double click interval with each release.
+    // QTest increases the timestamps of its events by the double-click interval with each release.
     QTest::mouseClick(editor(), Qt::LeftButton, {}, QPoint(30, 5), 600);
     EXPECT_NE(editor(), nullptr);
     EXPECT_THAT(log, ElementsAre("up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, ADoubleClickOnACollectionExpandsAndCollapsesIt) {
+TEST_F(TreeWidgetTest, ADoubleClickOnAnExpandedCollectionCollapsesIt) {
     const QPoint at = widget().viewport()->mapTo(&window, placeOf(collection));
     QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, at);
     EXPECT_FALSE(widget().isExpanded(indexOf(collection)));
@@ -106,7 +106,7 @@ TEST_F(TreeWidgetTest, ADoubleClickOnACollectionExpandsAndCollapsesIt) {
 
 // Keys.
 
-TEST_F(TreeWidgetTest, ArrowsMoveTheCurrentRowAndReturnAndSpaceClickIt) {
+TEST_F(TreeWidgetTest, ArrowKeysMoveTheCurrentRowAndReturnAndSpaceClickIt) {
     tree.setSelectedItem(wav).passOver();
     key(Qt::Key_Down);
     EXPECT_EQ(widget().currentIndex(), indexOf(first));
@@ -119,7 +119,7 @@ TEST_F(TreeWidgetTest, ArrowsMoveTheCurrentRowAndReturnAndSpaceClickIt) {
                                  "up left two.wav"));
 }
 
-TEST_F(TreeWidgetTest, ControlReturnDoubleClicksEvenIfTheClickOpensTheEditor) {
+TEST_F(TreeWidgetTest, ControlReturnIsADoubleClickEvenIfItsClickOpensTheEditor) {
     tree.setSelectedItem(first).passOver();
     editOnPress();
     key(Qt::Key_Return, Qt::ControlModifier);
@@ -138,7 +138,7 @@ TEST_F(TreeWidgetTest, F2EditsTheCurrentNodeLikeAClick) {
     EXPECT_THAT(log, ElementsAre("up left one.wav"));
 }
 
-TEST_F(TreeWidgetTest, TheMenuKeyIsARightClickAtTheNode) {
+TEST_F(TreeWidgetTest, TheMenuKeyIsReportedAsARightClickOnTheCurrentNode) {
     tree.setSelectedItem(second).passOver();
     QPoint place;
     tree.onMouseDown = [&](MouseButtons b, NodeRef node) {
@@ -152,18 +152,19 @@ TEST_F(TreeWidgetTest, TheMenuKeyIsARightClickAtTheNode) {
     EXPECT_EQ(place, widget().viewport()->mapToGlobal(placeOf(second)));
 }
 
-TEST_F(TreeWidgetTest, TheContextMenuEventOfAPressIsNoSecondPress) {
+TEST_F(TreeWidgetTest, AContextMenuEventCausedByTheMouseIsNotReported) {
     QContextMenuEvent byMouse(QContextMenuEvent::Mouse, placeOf(first),
                               widget().viewport()->mapToGlobal(placeOf(first)));
     QCoreApplication::sendEvent(widget().viewport(), &byMouse);
     EXPECT_THAT(log, IsEmpty());
 }
 
-TEST_F(TreeWidgetTest, ASelectionByAScreenReaderIsAClick) {
+TEST_F(TreeWidgetTest, ASelectionByAScreenReaderIsReportedAsAClick) {
     widget().selectionModel()->select(indexOf(second), QItemSelectionModel::Select);
     QCoreApplication::processEvents();
     EXPECT_THAT(log, ElementsAre("down left two.wav", "up left two.wav"));
-    EXPECT_FALSE(widget().selectionModel()->hasSelection()) << "the tree has selected nothing";
+    EXPECT_FALSE(widget().selectionModel()->hasSelection())
+        << "the widget must show the TreeView's selection, which is empty";
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a screen reader reads from each kind of control: name, role, value or state.
+// Tests what a screen reader reads from each kind of control: its role, its name and its value or
+// state.
 #include <QAccessible>
 #include <QMetaEnum>
 #include <QTabBar>
@@ -30,7 +31,8 @@ namespace {
 
 class ViewsAccessibility : public testing::Test {
   protected:
-    /// Its role, name and value.
+    /// What a screen reader reads from the view: its role, its name, its value, and whether it is
+    /// checked.
     static std::string read(QWidget& view) {
         QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&view);
         if (!found) {
@@ -49,7 +51,7 @@ class ViewsAccessibility : public testing::Test {
         return description.toStdString();
     }
 
-    /// The text that is linked as the label of the view.
+    /// The text that is linked to the view as its label; empty if there is none.
     static std::string labelOf(QWidget& view) {
         QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&view);
         const auto labels = found->relations(QAccessible::Label);
@@ -60,7 +62,7 @@ class ViewsAccessibility : public testing::Test {
     QWidget parent;
 };
 
-TEST_F(ViewsAccessibility, Buttons) {
+TEST_F(ViewsAccessibility, ReadsAButtonByItsCaption) {
     CommandButton set(form, "Command1", "Set");
     TextButtonView text(set, "", &parent);
     EXPECT_EQ(read(text), "Button: Set");
@@ -69,7 +71,7 @@ TEST_F(ViewsAccessibility, Buttons) {
     EXPECT_EQ(read(picture), "Button: Set");
 }
 
-TEST_F(ViewsAccessibility, TickableBoxes) {
+TEST_F(ViewsAccessibility, ReadsCheckBoxesAndOptionButtonsWithTheirState) {
     CheckBox box(form, "Check6", "Warn me");
     CheckBoxView boxView(box, "", &parent);
     EXPECT_EQ(read(boxView), "CheckBox: Warn me");
@@ -84,7 +86,7 @@ TEST_F(ViewsAccessibility, TickableBoxes) {
     EXPECT_EQ(read(optionView), "RadioButton: Unmute, checked");
 }
 
-TEST_F(ViewsAccessibility, Texts) {
+TEST_F(ViewsAccessibility, ReadsTextBoxesWithTheirTextAndLabelsByTheirCaption) {
     TextBox box(form, "Text7", "100");
     TextBoxView line(box, "Warning limit", &parent);
     EXPECT_EQ(read(line), "EditableText: Warning limit = 100");
@@ -99,12 +101,13 @@ TEST_F(ViewsAccessibility, Texts) {
     EXPECT_EQ(read(labelView), "StaticText: Time taken: 0 second(s)");
 }
 
-TEST_F(ViewsAccessibility, Lists) {
+TEST_F(ViewsAccessibility, ReadsDropDownListsByTheirEntryAndListsByTheirLabel) {
     ComboBox combo(form, "Combo1");
     combo.addItem("good");
     combo.setListIndex(0).passOver();
     ComboBoxView comboView(combo, "Encoding Quality", &parent);
-    // On this desktop the name of such a box is its value, and its label describes it.
+    // On this desktop, the accessible name of a drop-down list is its value; the label beside it
+    // says what the value means.
     EXPECT_EQ(read(comboView), "ComboBox: good");
     EXPECT_EQ(labelOf(comboView), "");
     static_cast<void>(makeFixedText("Encoding Quality", &comboView, &parent));
@@ -126,7 +129,7 @@ TEST_F(ViewsAccessibility, Lists) {
     EXPECT_EQ(list->child(1)->text(QAccessible::Name), "music");
 }
 
-TEST_F(ViewsAccessibility, Containers) {
+TEST_F(ViewsAccessibility, ReadsFramesAndTabsByTheirCaptions) {
     Frame frame(form, "Audio", "Audio Preferences");
     FrameView frameView(frame, &parent);
     EXPECT_EQ(read(frameView), "Grouping: Audio Preferences");
@@ -138,7 +141,7 @@ TEST_F(ViewsAccessibility, Containers) {
     EXPECT_EQ(bar->child(1)->role(), QAccessible::PageTab);
 }
 
-TEST_F(ViewsAccessibility, PicturesAndBars) {
+TEST_F(ViewsAccessibility, ReadsPicturesByTheirLabelAndAProgressBarWithItsValue) {
     PictureBox picture(form, "picPeakVol");
     TraceView trace(picture, "Sound Level Meter", {Qt::black, Qt::green}, &parent);
     EXPECT_EQ(read(trace), "Client: Sound Level Meter");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Requirements for every window's layout: each visible control has a widget, an accessible name and
-// enough space for its text, and the tab key reaches all widgets with input.
+// Tests the requirements for the layout of every window: each visible control has a widget, an
+// accessible name and enough space for its text, and the tab key reaches all widgets that accept
+// input.
 #include <memory>
 
 #include <QAbstractButton>
@@ -41,19 +42,20 @@ class WindowLayouts : public testing::Test {
         return names;
     }
     static QString labelOf(const QWidget& child) {
-        // The query does not change the widget's state.
+        // The query does not change the state of the widget, although it needs a non-const pointer.
         QAccessibleInterface* accessible =
             QAccessible::queryAccessibleInterface(const_cast<QWidget*>(&child));
         const auto labels = accessible->relations(QAccessible::Label);
         return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name);
     }
-    /// Names of widgets that are visible and have no accessible name, or less space than they need.
+    /// Describes each widget without an accessible name, without a necessary label, or with less
+    /// space than it needs.
     static std::vector<std::string> faults(FormWindow& window) {
         std::vector<std::string> found;
         for (const QWidget* child : window.findChildren<QWidget*>()) {
             const std::string name = child->objectName().toStdString();
-            // On this platform the accessible name of such a box is its entry, so a label must
-            // describe it.
+            // On this platform, the accessible name of a drop-down list is its entry, so a label
+            // must say what the entry means.
             if (qobject_cast<const QComboBox*>(child) && labelOf(*child).isEmpty()) {
                 found.push_back(name + " has no label");
             }
@@ -66,12 +68,12 @@ class WindowLayouts : public testing::Test {
             }
             const QSize least = child->minimumSizeHint().boundedTo(child->maximumSize());
             if (child->width() < least.width() || child->height() < least.height()) {
-                found.push_back(name + " is cut");
+                found.push_back(name + " is too small");
             }
         }
         return found;
     }
-    /// Names of the widgets that the tab key reaches, in one round.
+    /// The names of the widgets that the tab key reaches until it returns to the first widget.
     static std::vector<std::string> reachedByTab(FormWindow& window) {
         std::vector<std::string> reached;
         window.activateWindow();
@@ -142,7 +144,7 @@ TEST_F(WindowLayouts, ThePlayersPanelShowsItsControls) {
     }
 }
 
-TEST_F(WindowLayouts, TheMetersBarMovesWithinItsClip) {
+TEST_F(WindowLayouts, TheBarOfTheLevelMeterMovesWithinThePictureThatClipsIt) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -156,8 +158,9 @@ TEST_F(WindowLayouts, TheMetersBarMovesWithinItsClip) {
     EXPECT_EQ(bar->y(), 0);
 }
 
-// The menu entry changes only the height: the cube shows the upper part of the panel.
-TEST_F(WindowLayouts, TheCubeShowsDisplayMeterAndTransport) {
+// The menu entry "Show as Cube" changes only the height of the panel, so its upper part stays
+// visible.
+TEST_F(WindowLayouts, ThePlayersPanelAsACubeShowsDisplayMeterAndTransport) {
     Form4 form(machine.loop);
     FormWindow window(playerLayout(form));
     form.show();
@@ -188,7 +191,7 @@ TEST_F(WindowLayouts, TheFinderShowsItsControls) {
     EXPECT_EQ(window.findChild<QWidget*>("zFileExt2"), nullptr);
 }
 
-TEST_F(WindowLayouts, TheFoldersToSearchAreVisibleWhileTheListsAreHidden) {
+TEST_F(WindowLayouts, TheFinderShowsTheFoldersToSearchWhileTheOtherListsAreHidden) {
     FrmSearch form(machine.files, machine.directories);
     FormWindow window(finderLayout(form));
     form.show();
@@ -208,7 +211,8 @@ TEST_F(WindowLayouts, TheFoldersToSearchAreVisibleWhileTheListsAreHidden) {
     EXPECT_EQ(seenInTheMiddleOf(*toDo), toDo);
 }
 
-/// An update for each folder would lay out and paint the window thousands of times in a search.
+/// If the finder updated its window for each folder, a search would lay out and paint the window
+/// thousands of times.
 TEST_F(WindowLayouts, TheFinderUpdatesItsProgressAtIntervalsAndNotForEachFolder) {
     FrmSearch form(machine.files, machine.directories);
     FormWindow window(finderLayout(form));
@@ -286,12 +290,13 @@ TEST_F(WindowLayouts, ThePlaylistEditorShowsItsControls) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return header->model()->rowCount() == 1; }));
     const int row = header->visualRect(header->model()->index(0, 0)).height();
     ASSERT_GT(row, 0);
-    EXPECT_GE(header->viewport()->height(), 12 * row) << "all twelve lines without scrolling";
+    EXPECT_GE(header->viewport()->height(), 12 * row)
+        << "not all twelve lines are visible without scrolling";
     const auto* artist = window.findChild<QWidget*>("Text4(1)");
     EXPECT_GE(artist->width(), 30 * artist->fontMetrics().averageCharWidth());
 }
 
-TEST(HeaderLines, AreALabelAndAValue) {
+TEST(HeaderLines, AreSplitIntoALabelAndAValue) {
     const HeaderLine bitrate = splitHeaderLine("Bitrate            128");
     EXPECT_EQ(bitrate.label, "Bitrate");
     EXPECT_EQ(bitrate.value, "128");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sizes shared by the layouts of the windows, in device-independent pixels.
+// Defines sizes that the layouts of the windows share, in device-independent pixels.
 #pragma once
 
 namespace sonarith {
