@@ -30,8 +30,8 @@ enum class Placement { elsewhere, byControl };
 /// thousand times a second is laid out, painted and sent to screen readers only ten times a second.
 enum class Pace { atOnce, limited };
 
-/// Updates a widget when its control changes. This object must be destroyed before the widget is; a
-/// member of the widget's class is.
+/// Updates a widget when its control changes. This object must be destroyed before the widget; a
+/// member of the widget's class is destroyed in time.
 class ControlView {
   public:
     /// `caption` returns the control's caption; the function is empty for a control without a

@@ -67,8 +67,8 @@ class DevicesWindow : public QDialog {
     QComboBox* output_;
     QComboBox* source_;
     QPlainTextEdit* report_;
-    /// Updates the report while the window is open, because the disc may be read meanwhile and
-    /// damage be found.
+    /// Updates the report while the window is open, because a disc may be read again in that time
+    /// and damage may be found.
     QTimer reportTimer_;
     /// Time since a drive was last chosen from the list.
     QElapsedTimer sinceChoice_;

@@ -223,11 +223,11 @@ TEST_F(DevicesWindowTest, DoesNotUpdateTheReportWhileItIsHidden) {
     window.open();
     window.hide();
     report = "Sector 12 is torn.";
-    QTest::qWait(600); // as above
+    QTest::qWait(600); // longer than the interval between two updates
     EXPECT_EQ(child<QPlainTextEdit>("report").toPlainText(), "No problems were found.");
 }
 
-TEST_F(DevicesWindowTest, ChoosingADriveAgainReadsItAgainAndADoubleClickChoosesOnce) {
+TEST_F(DevicesWindowTest, AClickOnTheChosenDriveReadsItAgainButADoubleClickReadsItOnce) {
     found = {"/dev/sr0"};
     window.open();
     auto& list = child<QListWidget>("drives");
@@ -241,7 +241,7 @@ TEST_F(DevicesWindowTest, ChoosingADriveAgainReadsItAgainAndADoubleClickChoosesO
                                  "refresh /dev/sr0"));
 }
 
-TEST_F(DevicesWindowTest, AnImageBelowDevIsNotShownAsAMissingDrive) {
+TEST_F(DevicesWindowTest, AnImageInAFolderBelowDevIsListedAsAnImage) {
     drive = "/dev/shm/x.cue";
     window.open();
     EXPECT_EQ(listed().back(), "Disc image: x.cue");

@@ -122,8 +122,8 @@ void FormAdapter::designSize() {
 }
 
 void FormAdapter::followPlace() {
-    // Both are read before the form is notified of the first: a position with only one new
-    // coordinate must not move the window.
+    // Both coordinates are read before the form is notified of the first one: a position with only
+    // one new coordinate must not move the window.
     const QPoint place = window_.pos() - primaryScreen().topLeft();
     following_ = true;
     form_.setLeft(toTwips(place.x()));
@@ -149,7 +149,7 @@ QSize FormAdapter::frameSize() const {
     return added.isNull() ? expectedFrame_ : added;
 }
 
-/// The frame is part of the size that the logic sets and reads. It is known for certain once the
+/// The frame is part of the size that the logic sets and reads. Its size is certain only after the
 /// window is on the screen.
 void FormAdapter::takeFrame() {
     const QSize frame = window_.frameGeometry().size() - window_.size();

@@ -10,7 +10,7 @@
 
 /// The linker drops an object of a static library if nothing refers to it. This function refers to
 /// the object that contains the help pages. It is outside of the namespace because the macro does
-/// not work inside one.
+/// not work inside a namespace.
 static void keepHelpResource() {
     Q_INIT_RESOURCE(help);
 }

@@ -30,7 +30,7 @@ enum class Symbol {
     item,
     itemOpen,
     program,
-    more, ///< there are more entries than fit; they are at the right
+    more, ///< tells the user that there are more entries at the right
 };
 /// The last enumerator, for iterating over all symbols.
 inline constexpr Symbol lastSymbol = Symbol::more;

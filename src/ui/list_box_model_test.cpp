@@ -99,7 +99,7 @@ TEST_F(ListBoxModelTest, WithGatheredAdditionsOnlyLinesAtTheEndAreAnnouncedLater
 
 /// Repeats the steps of a search that scans folders without subfolders and then a folder with
 /// subfolders.
-TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayFromPendingOnesIsAnnouncedWithThem) {
+TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesFromPendingChangesIsAnnouncedWithThem) {
     fill({"a", "b", "c", "d", "e", "f"});
     ListBoxModel model(list, Gathered::changes);
     const Announced announced(model);
@@ -116,7 +116,7 @@ TEST_F(ListBoxModelTest, AChangeAtMostTwoLinesAwayFromPendingOnesIsAnnouncedWith
     EXPECT_THAT(announced.counts(), ElementsAre(0, 1, 1));
 }
 
-TEST_F(ListBoxModelTest, AChangeMoreThanTwoLinesAwayFromPendingOnesIsAnnouncedAtOnce) {
+TEST_F(ListBoxModelTest, AChangeMoreThanTwoLinesFromPendingChangesIsAnnouncedAtOnce) {
     fill({"a", "b", "c", "d", "e", "f", "g", "h"});
     ListBoxModel model(list, Gathered::changes);
     list.addItem("new", 4).passOver();

@@ -64,8 +64,8 @@ MainWindowView::MainWindowView(Form1& form)
 bool MainWindowView::event(QEvent* event) {
     const bool handled = QMainWindow::event(event);
     if (event->type() == QEvent::Paint && QApplication::windowIcon().isNull()) {
-        // Sets the icon of the whole program, which message boxes also show. The icon is drawn in
-        // many sizes; to keep the start short, this is done after the window is on the screen.
+        // Sets the icon of the whole program, which message boxes also show. Drawing the icon in
+        // its many sizes takes time, so the icon is set only after the window is on the screen.
         QTimer::singleShot(0, this, [] { QApplication::setWindowIcon(makeIcon(Symbol::program)); });
     }
     return handled;

@@ -22,7 +22,7 @@ namespace sonarith {
 class MainWindowView : public QMainWindow {
   public:
     /// Sets the form's designed inner size and the heights of the bars, so that the form can be
-    /// loaded next. Does not show the window: the form shows it when the form becomes visible.
+    /// loaded next. Does not show the window, which is shown when the form becomes visible.
     explicit MainWindowView(Form1& form);
 
     /// The bar with the last notice, below the client area.

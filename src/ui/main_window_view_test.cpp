@@ -311,7 +311,7 @@ Offered dropOn(QWidget& window, const char* uri, const std::function<void()>& be
     QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDragMoveEvent move(QPoint(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent drop(QPointF(51, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    // The desktop sends these events ignored.
+    // Like the events that the desktop sends, these events are not accepted at first.
     enter.ignore();
     drop.ignore();
     QCoreApplication::sendEvent(&window, &enter);

@@ -10,7 +10,8 @@ int main(int argc, char** argv) {
     if (!screens.open()) {
         return 1;
     }
-    // The screen that is first in this list, and by its name, becomes the primary screen.
+    // The screen "main" becomes the primary screen: it is the first in this list and the first in
+    // the order of the names.
     screens.write(R"({"screens": [
         {"name": "main", "x": 800, "y": 100, "width": 1000, "height": 700},
         {"name": "spare", "x": 0, "y": 0, "width": 800, "height": 800}]})");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The surfaces of the player's panel. They show pictures that contain other controls, and the user
-// can drag the panel by them. A PlayerDisplay is dark with light text on every desktop.
+// The surfaces of the player's panel, which show picture boxes that contain other controls. The
+// user can drag the panel by a surface. A PlayerDisplay is dark with light text on every desktop.
 #pragma once
 
 #include <QColor>

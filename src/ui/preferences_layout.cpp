@@ -32,7 +32,7 @@ QLabel* makeText(const Label& label, QWidget* named, QWidget* parent) {
     return makeFixedText(toQString(label.caption()), named, parent);
 }
 
-/// Creates a row with a check box and the limit that it enables. `name` is the accessible name of
+/// Creates a row with a check box and a text box for its limit. `name` is the accessible name of
 /// the limit.
 QLayout* makeLimit(CheckBox& box, TextBox& limit, const QString& name, QWidget* parent) {
     auto* row = new QHBoxLayout;

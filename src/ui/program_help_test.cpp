@@ -84,7 +84,7 @@ TEST_F(ProgramHelpTest, F1OpensThePageAboutTheWindowInWhichItIsPressed) {
     EXPECT_EQ(pageAfterF1(view), "main.html");
 }
 
-TEST_F(ProgramHelpTest, TheHelpButtonOpensThePageAboutTheMainWindowEvenAfterHelpOnAnother) {
+TEST_F(ProgramHelpTest, TheHelpButtonOpensTheMainWindowsPageAfterHelpOnAnotherWindow) {
     ask("Form4");
     windows.Form1.Cmdhelp.click();
     EXPECT_EQ(help.window()->page(), "main.html");

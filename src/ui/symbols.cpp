@@ -155,7 +155,7 @@ void drawDisc(QPainter& p, Pencils& pencils) {
     disc.addEllipse(QPointF(12, 12), 9.4, 9.4);
     disc.addEllipse(QPointF(12, 12), 1.5, 1.5);
     p.drawPath(disc);
-    // Two opposite reflections.
+    // Draws two opposite reflections.
     p.setPen(Qt::NoPen);
     p.setBrush(QColor(255, 255, 255, 150));
     p.drawPie(QRectF(4, 4, 16, 16), 100 * 16, 40 * 16);

@@ -10,7 +10,8 @@ namespace {
 
 /// Margin above and below a row's text, in device-independent pixels.
 constexpr int rowPadding = 2;
-/// The opacity of a node that is dragged by keys. Desktops also show items that were cut paler.
+/// The opacity of a node that is dragged by keys. Desktops show items that were cut in the same
+/// way.
 constexpr double carriedOpacity = 0.4;
 
 void paintDropMark(QPainter& painter, const QStyleOptionViewItem& option) {

@@ -79,7 +79,7 @@ class TreeFixture : public testing::Test {
         };
     }
 
-    /// Makes a movement with the pressed left button start a drag, as in the program.
+    /// Makes a movement with the left button pressed start a drag, as in the program.
     void dragOnMove() {
         tree.onMouseMove = [this](MouseButtons buttons, NodeRef) {
             if (buttons.left) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The base class of all controls of forms: name, position, size, tool tip, visibility, and whether
-// the control is enabled. Controls are models only; the views show them.
+// Defines the base class of all controls of forms, with the properties that every control has:
+// name, position, size, tool tip, visibility, and whether the control is enabled. Controls are
+// models only; the views show them.
 #pragma once
 
 #include <cstdint>

@@ -24,7 +24,7 @@ struct OptionButtonTest : testing::Test {
     }
 };
 
-TEST_F(OptionButtonTest, AUsersChoiceDeselectsOnlyItsOwnGroup) {
+TEST_F(OptionButtonTest, ChoosingAButtonDeselectsOnlyTheOtherButtonsOfItsGroup) {
     unmute.setSelected(true);
     other.setSelected(true);
     mute.choose();

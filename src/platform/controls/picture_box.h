@@ -13,8 +13,8 @@
 
 namespace sonarith {
 
-/// A position on a picture, in twips from its upper left corner. It may be outside the picture:
-/// lines are clipped at its edge.
+/// A position on a picture, in twips from its upper left corner. The position may be outside the
+/// picture, because lines are clipped at the edge of the picture.
 struct PicturePoint {
     double x = 0;
     double y = 0;

@@ -50,7 +50,7 @@ TEST_F(SignalTest, AssigningAConnectionDisconnectsTheOldSlot) {
     EXPECT_THAT(calls, ElementsAre("b1"));
 }
 
-TEST_F(SignalTest, ASlotDisconnectedByAnEarlierOneIsNotCalled) {
+TEST_F(SignalTest, ASlotDisconnectedByAnEarlierSlotIsNotCalled) {
     Connection second;
     const Connection first = signal.connect([&](int) { second = Connection(); });
     second = signal.connect(note("b"));
@@ -107,7 +107,7 @@ TEST_F(SignalTest, AnEmissionDoesNotAllocate) {
     EXPECT_EQ(sum, 200);
 }
 
-TEST_F(SignalTest, ADisconnectionInANestedEmissionDoesNotDisturbTheOuterOne) {
+TEST_F(SignalTest, ADisconnectionInANestedEmissionDoesNotDisturbTheOuterEmission) {
     Connection second = signal.connect(note("b"));
     bool nested = false;
     const Connection first = signal.connect([&](int value) {

@@ -86,7 +86,7 @@ TEST_F(TreeViewTest, AKeyIsFreeAgainAfterItsNodeIsRemoved) {
     EXPECT_FALSE(tree.add(B, "key b", "x", 1, 1).ok());
 }
 
-TEST_F(TreeViewTest, ANodeCannotBeAddedBelowARemovedOne) {
+TEST_F(TreeViewTest, ANodeCannotBeAddedBelowARemovedNode) {
     tree.remove(A).passOver();
     const auto added = tree.add(a, "new", "new", 1, 1);
     ASSERT_FALSE(added.ok());
@@ -149,7 +149,7 @@ TEST_F(TreeViewTest, ARemovedNodeCanOnlyBeRead) {
     EXPECT_EQ(b->parent(), A);
 }
 
-TEST_F(TreeViewTest, OperationsOnNoNodeFail) {
+TEST_F(TreeViewTest, OperationsWithoutANodeFail) {
     EXPECT_EQ(numberOf(tree.remove(NodeRef())), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setText(nullptr, "x")), ErrorNumber::objectNotSet);
     EXPECT_EQ(numberOf(tree.setParent(nullptr, A)), ErrorNumber::objectNotSet);
@@ -166,7 +166,7 @@ TEST_F(TreeViewTest, RemovingTheSelectedItemClearsTheSelection) {
     EXPECT_EQ(tree.selectedItem(), nullptr);
 }
 
-TEST_F(TreeViewTest, ClearRemovesEverything) {
+TEST_F(TreeViewTest, ClearRemovesAllNodesAndTheSelection) {
     tree.setSelectedItem(a1).passOver();
     tree.clear();
     EXPECT_EQ(tree.count(), 0);
@@ -190,7 +190,7 @@ TEST_F(TreeViewTest, AMovedNodeBecomesTheLastChild) {
     expectConsistent(tree);
 }
 
-TEST_F(TreeViewTest, ARootCanBeMovedBelowAnother) {
+TEST_F(TreeViewTest, ARootCanBecomeTheChildOfAnotherNode) {
     EXPECT_TRUE(tree.setParent(B, a).ok());
     EXPECT_THAT(textsOf(tree.roots()), ElementsAre("A"));
     EXPECT_EQ(B->parent(), a);
@@ -261,7 +261,7 @@ TEST_F(ObservedTree, NotifiesBeforeAndAfterAdditionsMovesAndRemovals) {
                             "moved a1 to B", "before remove A of none", "removed"));
 }
 
-TEST_F(ObservedTree, NotifiesThatSelectionAndHighlightWereClearedWithTheirNode) {
+TEST_F(ObservedTree, NotifiesThatARemovalClearedTheSelectionAndTheHighlight) {
     tree.setSelectedItem(a1).passOver();
     tree.setDropHighlight(a).passOver();
     observer.log.clear();

@@ -39,7 +39,7 @@ class Twips {
 };
 
 inline namespace literals {
-/// 3990_twips
+/// For example, 3990_twips.
 constexpr Twips operator""_twips(unsigned long long count) {
     return Twips(static_cast<int>(count));
 }

@@ -132,7 +132,7 @@ bool HeldEvents::eventFilter(QObject* watched, QEvent* event) {
     if (event == delivered_) {
         return false;
     }
-    // During the delivery, new events from the window system are queued after the held ones.
+    // During the delivery, new events from the window system are queued after the held events.
     const bool mustWait =
         holding_ ||
         (!held_.empty() && (watched->isWindowType() || event->type() == QEvent::Shortcut));

@@ -17,7 +17,7 @@ class QWindow;
 
 namespace sonarith {
 
-/// For the user-interface thread.
+/// Use it only on the user-interface thread.
 class HeldEvents final : private QObject {
   public:
     /// Maximum number of held events; further events are dropped. This number is enough for a

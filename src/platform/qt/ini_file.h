@@ -21,7 +21,7 @@ using IniValues = std::unordered_map<QString, std::string>;
 /// as a list.
 [[nodiscard]] IniValues readIniFile(const QString& path);
 
-/// Replaces the content of the file by these values. They are on the disk when the function
+/// Replaces the content of the file by these values. The values are on the disk when the function
 /// returns. The mode of the file is kept; a symbolic link is followed. Returns false and leaves the
 /// file unchanged if it cannot or must not be written.
 [[nodiscard]] bool writeIniFile(const QString& path, const IniValues& values);

@@ -47,7 +47,7 @@ std::optional<QByteArray> bytesOf(const QString& path) {
     return bytes;
 }
 
-/// Renames the file to a new name beside the old one; never to an existing name.
+/// Renames the file to a name in the same folder that does not exist yet. Returns false on failure.
 bool putAside(const QString& path) {
     // The number is limited, so that a folder full of such names does not delay the start. More
     // than a thousand damaged files are not expected.

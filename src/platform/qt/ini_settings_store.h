@@ -72,7 +72,7 @@ class IniSettingsStore final : public SettingsStore {
     QString path_;
     Notices* notices_;
     State state_ = State::written;
-    /// The stamp of the file after this object last read or wrote the file; below, its values.
+    /// The stamp and the values of the file at the last time this object has read or written it.
     Stamp stamp_;
     IniValues onDisk_;
     /// The values that this run has saved; no value for a deleted key. They override the file.

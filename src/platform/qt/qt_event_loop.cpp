@@ -34,7 +34,8 @@ class QtWakeup : public Wakeup, private QObject {
     };
 
     void timerEvent(QTimerEvent*) override {
-        // Copied, since the handler may destroy this object; nothing below accesses it.
+        // The pointer is copied, because the handler may destroy this object. The code below
+        // accesses no member.
         const std::shared_ptr<Call> call = call_;
         if (!call->running) {
             call->running = true;
@@ -66,7 +67,7 @@ class SoundWakeup : public Wakeup {
 } // namespace
 
 QtEventLoop::QtEventLoop() {
-    // Only endProgram() ends the program; it continues while all windows are hidden.
+    // Only endProgram() ends the program; the program continues while all windows are hidden.
     QApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setQuitLockEnabled(false);
 }
@@ -130,10 +131,10 @@ std::unique_ptr<Wakeup> QtEventLoop::everyInSound(Duration interval,
 }
 
 void QtEventLoop::endProgram() {
-    // Not QApplication::quit(): that only asks each nested loop to return. The handlers on the
-    // stack would then continue and might yield again after the end has begun. Instead the process
-    // exits here: no destructor runs and no further event is handled. The last steps are moved out
-    // first, so that a nested endProgram() exits at once.
+    // QApplication::quit() is not used, because it only asks each nested loop to return: the
+    // handlers on the stack would then continue and might yield again. Instead the process exits
+    // here: no destructor runs and no further event is handled. The last steps are moved out first,
+    // so that a nested endProgram() exits at once.
     if (const auto lastSteps = std::exchange(lastSteps_, nullptr)) {
         lastSteps();
     }

@@ -312,7 +312,7 @@ TEST_F(QtEventLoopTest, SecondsSinceMidnightFollowTheWallClock) {
     std::_Exit(4);
 }
 
-TEST_F(QtEventLoopTest, EndProgramWorksInsideNestedLoops) {
+TEST_F(QtEventLoopTest, EndProgramInsideNestedLoopsRunsNoFurtherHandler) {
     EXPECT_EXIT(endInsideANestedBox(), ExitedWithCode(0),
                 AllOf(HasSubstr("last steps;"), Not(HasSubstr("yielded;")),
                       Not(HasSubstr("box returned;"))));

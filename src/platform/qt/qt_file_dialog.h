@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements the file dialog with Qt's. The dialog runs its own event loop until it is closed, so
-// timers and jobs continue while it is open. It opens no file.
+// Implements FileDialog with Qt's file dialog. The dialog runs its own event loop until it is
+// closed, so timers and jobs continue while it is open. It opens no file.
 #pragma once
 
 #include <functional>
@@ -26,7 +26,8 @@ class QtFileDialog : public FileDialog {
     /// initial folder, otherwise in the folder in which it was last closed. Errors:
     /// dialogCancelled; badFileName for a file without a path in the logic's form.
     Result<std::string> open(const FileDialogRequest& request) override;
-    /// As open(), for a new or an existing name: the dialog does not ask before replacing a file.
+    /// Like open(), but accepts a new or an existing name. The dialog does not ask whether an
+    /// existing file may be replaced.
     Result<std::string> save(const FileDialogRequest& request) override;
 
   private:

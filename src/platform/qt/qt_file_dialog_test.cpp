@@ -101,7 +101,7 @@ TEST_F(QtFileDialogTest, ReturnsTheChosenFileInTheLogicsForm) {
     EXPECT_EQ(chosen.value(), "L:" + machine("TWO.WAV"));
 }
 
-TEST_F(QtFileDialogTest, ReturnAcceptsThePreviouslyChosenFile) {
+TEST_F(QtFileDialogTest, TheReturnKeyAcceptsThePreviouslyChosenFile) {
     onDialog([&](QFileDialog& shown) {
         auto* line = shown.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
@@ -124,7 +124,7 @@ TEST_F(QtFileDialogTest, FiltersFilesIgnoringCase) {
     EXPECT_THAT(names, UnorderedElementsAre("one.wav", "TWO.WAV", "three.Mp3"));
 }
 
-TEST_F(QtFileDialogTest, AFileOfAnotherTypeMayBeTyped) {
+TEST_F(QtFileDialogTest, TheNameOfAFileOfAnotherTypeMayBeTyped) {
     onDialog([&](QFileDialog& shown) { type(shown, "four.txt"); });
     EXPECT_EQ(dialog.open(request).valueOr("failed"), "L:" + machine("four.txt"));
 }
@@ -175,7 +175,7 @@ TEST_F(QtFileDialogTest, CancelEscapeAndCloseReturnError32755) {
     }
 }
 
-TEST_F(QtFileDialogTest, AFileWithoutALogicPathIsABadName) {
+TEST_F(QtFileDialogTest, AFileWithoutAPathInTheLogicsFormIsABadName) {
     QtFileDialog lost([](const std::string&) { return std::string(); },
                       [](const std::string&) { return std::string(); });
     onDialog([&](QFileDialog& shown) {
@@ -246,13 +246,13 @@ TEST_F(QtFileDialogTest, SavesUnderANewName) {
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("new.mp3"));
 }
 
-// The logic asks before it replaces a file, so the dialog must not ask, too.
+// The logic asks before it replaces a file, so the dialog must not ask a second time.
 TEST_F(QtFileDialogTest, SavesUnderAnExistingNameWithoutAQuestion) {
     onDialog([&](QFileDialog& shown) { type(shown, "TWO.WAV"); });
     EXPECT_EQ(dialog.save(request).valueOr("failed"), "L:" + machine("TWO.WAV"));
 }
 
-TEST_F(QtFileDialogTest, ACancelledSaveHasTheErrorNumberOfACancel) {
+TEST_F(QtFileDialogTest, ACancelledSaveFailsWithDialogCancelled) {
     onDialog([](QFileDialog& shown) { shown.reject(); });
     EXPECT_EQ(numberOf(dialog.save(request)), ErrorNumber::dialogCancelled);
 }

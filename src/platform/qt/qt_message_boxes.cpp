@@ -48,7 +48,7 @@ BoxAnswer QtMessageBoxes::show(const std::string& text, BoxIcon icon, BoxButtons
     QMessageBox box(iconOf(icon), heading, toQString(text), shown, dialogParent());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setAccessibleName(heading);
-    // Plain text: file names in a text are not markup.
+    // The text is plain text, because file names in it must not be interpreted as markup.
     box.setTextFormat(Qt::PlainText);
     box.setEscapeButton(buttons == BoxButtons::ok ? QMessageBox::Ok : QMessageBox::Cancel);
     return answerOf(runDialog(box));

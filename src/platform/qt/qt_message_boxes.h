@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Implements message boxes with Qt's. A box runs its own event loop until the user answers it, so
-// timers and jobs continue while it is open.
+// Implements MessageBoxes with Qt's message box. A box runs its own event loop until the user
+// answers it, so timers and jobs continue while it is open.
 #pragma once
 
 #include "platform/message_box.h"

@@ -17,7 +17,7 @@ class QtShell : public Shell {
     /// Opens a file in a viewer; if the function is empty, the desktop's viewer is used.
     using OpenFile = std::function<void(const std::string& machinePath)>;
 
-    /// Shows the help that ships with the program; false if it is missing.
+    /// Shows the help that ships with the program. Returns false if the help is missing.
     using ShowPages = std::function<bool()>;
     /// Shown in the about box, in addition to the version of Qt.
     struct BuiltWith {

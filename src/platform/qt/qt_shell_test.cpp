@@ -69,7 +69,7 @@ TEST_F(QtShellTest, WithoutAHelpFileTheProgramsOwnPagesAreShown) {
     EXPECT_THAT(notices.texts(), IsEmpty());
 }
 
-TEST_F(QtShellTest, WithoutAnyHelpAMissingFileAndAFolderAreReportedAndNotOpened) {
+TEST_F(QtShellTest, WithoutHelpPagesAMissingFileAndAFolderAreReportedAndNotOpened) {
     pagesExist = false;
     shell.showHelp("c:\\sonarith.chm");
     shell.showHelp("c:\\.");

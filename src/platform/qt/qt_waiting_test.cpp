@@ -116,7 +116,7 @@ class QtWaitingTest : public testing::Test {
         return waiting.wait(never, bound);
     }
     /// Handles events until all held events have been delivered; their handlers may wait.
-    void goOn() {
+    void handleHeldEvents() {
         for (int i = 0; i < 50; ++i) {
             loop.waitFor(1ms);
         }
@@ -184,7 +184,7 @@ TEST_F(QtWaitingTest, HoldsInputAndDeliversItInOrderWhenTheLoopContinues) {
         type(window, 'b', Qt::Key_B);
     });
     EXPECT_THAT(log, IsEmpty());
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log,
                 ElementsAre("press", "release", "key a", "drag enters", "drop /disc.cue", "key b"));
 }
@@ -197,7 +197,7 @@ TEST_F(QtWaitingTest, HoldsWheelEventsAndDeliversThemWhenTheLoopContinues) {
         QCoreApplication::sendEvent(window.windowHandle(), &wheel);
     });
     EXPECT_THAT(log, IsEmpty());
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("wheel"));
 }
 
@@ -236,7 +236,7 @@ TEST_F(QtWaitingTest, ManyMovesOfTheMouseAreHeldAsOne) {
                                 window.mapToGlobal(QPoint(x, 5)), {}, {}, QEvent::MouseMove, {}, 0);
         }
     });
-    goOn();
+    handleHeldEvents();
     EXPECT_EQ(moves.count, 1);
 }
 
@@ -252,7 +252,7 @@ TEST_F(QtWaitingTest, AShortcutPressedDuringAWaitRunsAfterwards) {
         qt_handleKeyEvent(window.windowHandle(), QEvent::KeyRelease, Qt::Key_F10, {});
     });
     EXPECT_EQ(activated, 0);
-    goOn();
+    handleHeldEvents();
     EXPECT_EQ(activated, 1);
 }
 
@@ -264,7 +264,7 @@ TEST_F(QtWaitingTest, HeldInputForADestroyedWindowIsDropped) {
         press(other);
     });
     gone.reset();
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("other press"));
 }
 
@@ -272,7 +272,7 @@ TEST_F(QtWaitingTest, HoldsAResizeAndDeliversItWhenTheLoopContinues) {
     NotingWindow window(log);
     (void)waitAnd([&] { window.windowHandle()->resize(200, 100); });
     EXPECT_THAT(log, IsEmpty());
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, testing::Contains("resize 200"));
 }
 
@@ -290,7 +290,7 @@ TEST_F(QtWaitingTest, InputDuringAHandlersYieldIsQueuedAfterHeldInput) {
         press(window);
         type(window, 'a', Qt::Key_A);
     });
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("press", "key a", "release", "handler returns"));
 }
 
@@ -307,7 +307,7 @@ TEST_F(QtWaitingTest, AHandlerOfHeldInputMayWaitAgain) {
         press(window);
         type(window, 'a', Qt::Key_A);
     });
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("press", "handler returns", "key a", "key b"));
 }
 
@@ -330,7 +330,7 @@ TEST_F(QtWaitingTest, ARequestToCloseAWindowEndsTheWaitAndIsDeliveredWhenTheLoop
     EXPECT_EQ(waitAnd([&] { window.close(); }, 1h), Outcome::ended);
     EXPECT_LT(loop.now() - begin, 1s);
     EXPECT_THAT(log, IsEmpty());
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("close"));
 }
 
@@ -342,7 +342,7 @@ TEST_F(QtWaitingTest, ARequestToCloseIsDeliveredBeforeOtherHeldInput) {
             window.close();
         },
         1h);
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("close", "press"));
 }
 
@@ -358,7 +358,7 @@ TEST_F(QtWaitingTest, AfterARequestToCloseFurtherWaitsEndEarlyUntilTheLoopContin
     Completion done;
     done.complete();
     EXPECT_EQ(waiting.wait(done, 1h), Outcome::done) << "completed work was not accepted";
-    goOn();
+    handleHeldEvents();
     EXPECT_EQ(waiting.wait(never, 60ms), Outcome::late)
         << "the window ignored the close, so a wait must last for its bound again";
 }
@@ -374,7 +374,7 @@ TEST_F(QtWaitingTest, ASignalEndsTheWaitAndIsHandledBeforeHeldInput) {
                   1h),
               Outcome::ended);
     EXPECT_THAT(log, IsEmpty());
-    goOn();
+    handleHeldEvents();
     EXPECT_THAT(log, ElementsAre("end", "press"));
 }
 
@@ -392,10 +392,10 @@ TEST_F(QtWaitingTest, ACallFromAnAssistiveProgramRunsNoHandlerDuringAWait) {
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
     (void)waitAnd([] {});
     EXPECT_EQ(calls, 0);
-    goOn();
+    handleHeldEvents();
     QMetaObject::invokeMethod(
         &bridge, [&] { ++calls; }, Qt::QueuedConnection);
-    goOn();
+    handleHeldEvents();
     EXPECT_EQ(calls, 1) << "a call outside of a wait was not handled";
 }
 

@@ -116,7 +116,7 @@ TEST_F(TrayHostsTest, AWatcherThatReplacesAnotherIsQueriedAndReported) {
     EXPECT_EQ(replacements, 1);
 }
 
-TEST_F(TrayHostsTest, AWatcherWithoutAHostThatReplacesAnotherRemovesTheHost) {
+TEST_F(TrayHostsTest, NoHostIsPresentAfterAWatcherWithoutAHostReplacesAnother) {
     NotifierWatcher first(bus);
     const NotifierWatcher second(bus);
     first.setHost(true);

@@ -18,7 +18,7 @@ TEST(Twips, PositiveAndNegativePixelsSurviveTheRoundTrip) {
     }
 }
 
-TEST(Twips, FractionsOfAPixelAreRoundedToTheNearest) {
+TEST(Twips, FractionsOfAPixelAreRoundedToTheNearestPixel) {
     EXPECT_EQ(toPixels(Twips(7)), 0);
     EXPECT_EQ(toPixels(Twips(8)), 1);
     EXPECT_EQ(toPixels(Twips(-7)), 0);

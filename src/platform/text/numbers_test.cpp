@@ -117,7 +117,7 @@ TEST(RoundedToInteger16, OverflowsForADivisionByZero) {
               ErrorNumber::overflow);
 }
 
-TEST(RoundedToInteger32, RoundsOrOverflows) {
+TEST(RoundedToInteger32, RoundsHalvesToTheEvenNumberAndOverflowsBeyondItsRange) {
     EXPECT_EQ(roundedToInteger32(2.5).value(), 2);
     EXPECT_EQ(roundedToInteger32(1e10).error().number, ErrorNumber::overflow);
     EXPECT_EQ(roundedToInteger32(std::numeric_limits<double>::quiet_NaN()).error().number,

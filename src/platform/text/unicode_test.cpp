@@ -19,7 +19,7 @@ TEST(LowerCase, ChangesOnlyUpperCaseLettersOfEveryAlphabet) {
 
 TEST(LowerCase, LeavesBytesThatAreNotUtf8Unchanged) {
     EXPECT_EQ(lowerCase("A\xffZ\xc3"), "a\xffz\xc3");
-    // An encoded surrogate and an overlong slash are not valid UTF-8 either.
+    // An encoded surrogate and an overlong slash are also not valid UTF-8.
     EXPECT_EQ(lowerCase("\xed\xa0\x80"
                         "A\xc0\xaf"),
               "\xed\xa0\x80"

@@ -123,9 +123,9 @@ bool matches(std::string_view text, std::string_view pattern) {
             ++element;
             ++i;
         } else if (lastRun != none) {
-            // Only the last run needs to be extended: by extending an earlier run, only characters
-            // could be skipped that the last run can match, too. This prevents exponential
-            // backtracking on hostile patterns.
+            // Only the last run needs to be extended: an extended earlier run could only skip
+            // characters that the last run can also skip. This prevents exponential backtracking on
+            // hostile patterns.
             element = lastRun + 1;
             i = ++lastRunEnd;
         } else {

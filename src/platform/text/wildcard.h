@@ -9,13 +9,17 @@
 namespace sonarith {
 
 /// Whether the whole of `text` matches `pattern`. Both are UTF-8 and compared by characters (a byte
-/// that is not valid UTF-8 is one character): `*` any run, including the empty one;  `?` any one
-/// character;  `#` one digit 0 to 9; `[list]` one character of the list, with ranges by code point
-/// such as a-z; `[!list]` one character that is not in the list;  `[]` the empty text;  `[!]` an
-/// exclamation mark. `-` stands for itself if it is the first or the last character of a list. `*`,
-/// `?`, `#` and `[` stand for themselves in a list, and so do `]` and `!` outside a list. A pattern
-/// with an unclosed `[` or a reversed range matches nothing. For any pattern, the time is at most
-/// proportional to the product of the lengths of text and pattern.
+/// that is not valid UTF-8 is one character):
+///   `*` any run of characters, including the empty one;
+///   `?` any one character;  `#` one digit 0 to 9;
+///   `[list]` one character of the list, with ranges by code point such as a-z;
+///   `[!list]` one character that is not in the list;
+///   `[]` the empty text;  `[!]` an exclamation mark.
+/// `-` stands for itself if it is the first or the last character of a list. `*`, `?`, `#` and `[`
+/// stand for themselves in a list, and so do `]` and `!` outside a list.
+/// A pattern with an unclosed `[` or a reversed range matches nothing.
+/// For any pattern, the time is at most proportional to the product of the lengths of `text` and
+/// `pattern`.
 [[nodiscard]] bool matches(std::string_view text, std::string_view pattern);
 
 } // namespace sonarith
