@@ -7,15 +7,16 @@ namespace sonarith::disc {
 
 namespace {
 
-// The longest time for one command: longer than a drive's spin-up with its own retries, and far
-// less than the library's default of three minutes, which would delay the end of the program.
+// The time limit of one command: longer than a drive's spin-up including the drive's own retries,
+// and far shorter than the library's default of three minutes, which would delay the end of the
+// program.
 constexpr std::uint32_t readTimeoutMs = 20000;
 
 void setUpLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
         // Disables the log: two threads that log at the same time end the process, whatever handler
-        // is installed (measured, 2.1.0). Failures are reported by return values.
+        // is installed (measured with libcdio 2.1.0). Failures are reported by return values.
         cdio_loglevel_default.value() = static_cast<cdio_log_level_t>(CDIO_LOG_ASSERT + 1);
         cdio_init();
         mmc_read_timeout_ms.value() = readTimeoutMs;
@@ -26,8 +27,8 @@ void setUpLibrary() {
 
 CdioHandle openCdio(const std::string& path, driver_id_t driver) {
     setUpLibrary();
-    // Without an access mode the library opens devices with O_NONBLOCK (measured, 2.1.0), so that
-    // an open tray stays open.
+    // Without an access mode the library opens devices with O_NONBLOCK (measured with libcdio
+    // 2.1.0), so an open tray stays open.
     return CdioHandle(cdio_open(path.c_str(), driver));
 }
 

@@ -12,8 +12,9 @@ namespace sonarith::disc {
 
 namespace {
 
-/// Removes the file's name from `rest`, which then holds the type. A name without quotation marks
-/// may still contain blanks: the type is the last word. Errors state the cause only.
+/// Removes the file's name from `rest` and returns it; `rest` then contains only the type. A name
+/// without quotation marks may contain blanks too, because the type is the last word. Errors state
+/// the cause without sheet and line.
 Result<std::string_view> takeFileName(std::string_view& rest) {
     if (rest.starts_with('"')) {
         const auto mark = rest.find('"', 1);
@@ -49,14 +50,15 @@ class CueParser {
         std::optional<std::int64_t> postgapSectors;
         SheetTrack content;
     };
-    /// How far the indices of a file have advanced, in sectors and in bytes: tracks of one file can
-    /// have sectors of different sizes.
+    /// The position of the last INDEX in a file, in sectors and in bytes. Both are stored, because
+    /// tracks of one file can have sectors of different sizes.
     struct FilePosition {
         std::int64_t sector = 0;
         std::int64_t byte = 0;
         int sectorBytes = 0; ///< of the track of the last INDEX; 0: no INDEX yet
     };
-    /// An INDEX whose end is unknown until the next one is read.
+    /// The last INDEX that begins a segment. The segment's end is unknown until the next INDEX is
+    /// read.
     struct OpenPoint {
         std::size_t file;
         std::int64_t sector;
@@ -93,7 +95,7 @@ class CueParser {
     std::vector<LayoutFile> files_;
     std::vector<FilePosition> positions_; ///< one per entry of files_
     std::optional<std::size_t> file_;     ///< the file to which INDEX refers
-    int fileLine_ = 0;                    ///< the line of the sheet that names it
+    int fileLine_ = 0;                    ///< the line of the sheet that names file_
     bool fileUsed_ = false;
     std::vector<Track> tracks_;
     std::optional<OpenPoint> open_;
@@ -219,7 +221,7 @@ Status CueParser::checkIndexNumber(int number) const {
     return {};
 }
 
-/// A time in sectors; nothing may follow it on its line.
+/// Returns the time in `rest` in sectors. Other text after the time is an error.
 Result<std::int64_t> CueParser::readTime(std::string_view rest) const {
     const auto time = parseMsf(takeWord(rest));
     if (!time.ok()) {
@@ -265,7 +267,7 @@ Status CueParser::readIndex(std::string_view rest) {
     position = {sector, byte, track.sectorBytes};
     fileUsed_ = true;
     track.lastIndex = index;
-    // An index within a track does not split its sound, unless the track continues in another file.
+    // INDEX 02 and higher begin a new segment only if the track continues in another file.
     if (index <= 1 || open_->file != *file_) {
         closePoint(*file_, sector);
         open_ = OpenPoint{*file_, sector, byte, tracks_.size() - 1, index};
@@ -312,7 +314,8 @@ Status CueParser::closeTrack() const {
     return {};
 }
 
-/// The next INDEX is now known, so the segment of the open one can be stored.
+/// Stores the segment that begins at open_. It ends at the next INDEX if that INDEX is in the same
+/// file, otherwise at the end of its own file.
 void CueParser::closePoint(std::size_t nextFile, std::int64_t nextSector) {
     if (!open_) {
         return;
@@ -340,7 +343,8 @@ Result<ImageLayout> CueParser::finish() {
     if (tracks_.empty()) {
         return fail("the sheet has no TRACK");
     }
-    closePoint(files_.size(), 0); // no such file: the last segment extends to its file's end
+    // files_.size() is the index of no file, so the last segment extends to its file's end.
+    closePoint(files_.size(), 0);
     std::vector<SheetTrack> contents;
     for (Track& track : tracks_) {
         const auto silence = [](std::int64_t sectors) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The keywords of CUE sheets and their meanings, case-insensitive. It parses no grammar.
+// Looks up the keywords of CUE sheets, ignoring case. It parses no grammar.
 #pragma once
 
 #include <optional>
@@ -14,11 +14,12 @@ struct CueTrackMode {
     int sectorBytes = bytesPerSector; ///< size of one sector in the file
 };
 
-/// "AUDIO", "MODE1/2352" and similar modes.
+/// The mode that `word` names ("AUDIO", "MODE1/2352" and similar); empty if there is no such mode.
 [[nodiscard]] std::optional<CueTrackMode> cueTrackMode(std::string_view word);
-/// "BINARY", "MOTOROLA" or "WAVE".
+/// The format that `word` names ("BINARY", "MOTOROLA" or "WAVE"); empty for any other word.
 [[nodiscard]] std::optional<ImageFormat> cueFileFormat(std::string_view word);
-/// Keywords of lines that describe the disc and its tracks and do not affect the sound.
+/// Whether a line that begins with `word` only describes the disc or a track, without an effect on
+/// the sound.
 [[nodiscard]] bool isCueDescription(std::string_view word);
 
 } // namespace sonarith::disc

@@ -7,8 +7,8 @@ namespace sonarith::disc {
 
 namespace {
 
-// FNV-1a, 64 bits (public domain; draft-eastlake-fnv): short, and every bit of the table affects
-// it.
+// The hash function FNV-1a with 64 bits (public domain; draft-eastlake-fnv): it is short, and every
+// bit of the table affects its result.
 constexpr std::uint64_t fnvOffset = 14695981039346656037U;
 constexpr std::uint64_t fnvPrime = 1099511628211U;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface of a drive and its disc: a table of tracks on one time line, and sectors of sound.
-// It does not play the disc (disc_player.h does), and it depends on no file format.
+// Declares the interfaces of a drive and of the disc in it. A disc consists of a table of tracks on
+// one time line, and of sectors of sound. disc_player.h plays a disc. This header depends on no
+// file format.
 #pragma once
 
 #include <cstdint>
@@ -29,23 +30,23 @@ enum class TrackKind { audio, data };
 /// One track. Its number is its position in the table, counted from 1.
 struct Track {
     TrackKind kind = TrackKind::audio;
-    /// The length from this track's INDEX 01 to the next track's INDEX 01, including the pause
-    /// before the next track. If no playable track follows directly: to the end of this track's
-    /// sound.
+    /// The length from this track's INDEX 01 to the next track's INDEX 01, so it includes the pause
+    /// before the next track. If playing cannot continue into the next track, or there is none: the
+    /// length to the end of this track's own content.
     std::int64_t sectors = 0;
 };
 
 /// The disc's table. The time line of a disc begins with sector 0 at INDEX 01 of its first track
 /// and has no gaps: each track starts where the previous one ends. Content before the first track
-/// and the gap between two sessions are not on the line.
+/// and the gap between two sessions are not on the time line.
 struct Table {
     std::vector<Track> tracks;
 
-    /// First sector of track `number` (1 to the count), or the line's end for count + 1.
+    /// First sector of track `number` (1 to the count), or the end of the time line for count + 1.
     [[nodiscard]] std::int64_t start(int number) const;
     [[nodiscard]] std::int64_t sectors() const;
     /// The number of the track that contains `sector`; the last track for a sector at or after the
-    /// line's end; 0 for an empty table.
+    /// end of the time line; 0 for an empty table.
     [[nodiscard]] int trackAt(std::int64_t sector) const;
 };
 
@@ -54,15 +55,15 @@ struct Table {
 [[nodiscard]] std::string identityOf(const Table& table);
 
 enum class ReadOutcome {
-    ok,   ///< all sectors were delivered (a damaged one as the drive's best guess, or silence)
+    ok,   ///< all sectors were delivered (damaged ones as the drive's best guess or as silence)
     gone, ///< the medium or the device has been removed; nothing was delivered
     interrupted, ///< the caller asked to stop; nothing was delivered
 };
 
 /// How many sectors were not delivered exactly as on the disc.
 struct Damage {
-    std::int64_t silent = 0;  ///< nothing could be read: silence was delivered
-    std::int64_t guessed = 0; ///< the drive's best guess was delivered
+    std::int64_t silent = 0;  ///< sectors delivered as silence, because nothing could be read
+    std::int64_t guessed = 0; ///< sectors delivered as the drive's best guess
     friend bool operator==(const Damage&, const Damage&) = default;
 };
 
@@ -71,18 +72,18 @@ class Disc {
   public:
     virtual ~Disc() = default;
     [[nodiscard]] virtual const Table& table() const = 0;
-    /// What the user should know about a playable disc ("… is shorter than …"); shown by the
-    /// Devices window. Empty if there is nothing to report.
+    /// A message for the user about a disc that can be played, for example that a file is shorter
+    /// than its sheet states. The Devices window shows it. Empty if there is nothing to report.
     [[nodiscard]] virtual std::string remark() const = 0;
     /// How many sectors of the time line in [`first`, `end`) were damaged when they were last read.
     /// May be called while another thread reads.
     [[nodiscard]] virtual Damage damageIn(std::int64_t first, std::int64_t end) const = 0;
     /// Reads whole sectors of the time line. Preconditions: the size of `out` is a multiple of
-    /// framesPerSector frames, and `first` plus that many sectors does not exceed the line's end,
-    /// since reading past the last sector hangs some drives. May block for as long as the device
-    /// takes, with a bounded effort for each sector; a device that hangs may never return. Called
-    /// by one thread at a time. `stop` is checked between sectors and between commands to the
-    /// device.
+    /// framesPerSector frames, and the read does not extend past the end of the time line, since
+    /// reading past the last sector hangs some drives. May block for as long as the device takes,
+    /// with a bounded effort for each sector; if the device hangs, the call may never return.
+    /// Called by one thread at a time. `stop` is checked between parts of the read: for an optical
+    /// disc between sectors and between commands to the drive.
     [[nodiscard]] ReadOutcome read(std::int64_t first, std::span<sound::StereoFrame> out,
                                    const std::stop_token& stop = {}) {
         return readSectors(first, out, stop);
@@ -96,7 +97,7 @@ class Disc {
 
 /// Why a drive has no readable disc.
 enum class DeviceProblem {
-    none,         ///< there is a readable disc
+    none,         ///< the drive has a readable disc
     noMedium,     ///< the drive is empty
     trayOpen,     ///< the drive is empty and its tray is open
     busy,         ///< the drive spins up, or another program uses it
@@ -109,27 +110,27 @@ enum class DeviceProblem {
 /// The state of a drive or its disc, for the user.
 struct DriveReport {
     DeviceProblem kind = DeviceProblem::none;
-    /// The message, with file, line and cause. May be empty for an empty drive. May be set although
-    /// `kind` is `none`, for a disc that can be played only in part.
+    /// The message; for a disc image it contains file, line and cause. May be empty if the drive is
+    /// empty. If `kind` is `none`, the remark of a disc that can be played (Disc::remark).
     std::string text = {};
     friend bool operator==(const DriveReport&, const DriveReport&) = default;
 };
 
 /// The result of loading a disc.
 struct Loaded {
-    std::shared_ptr<Disc> disc; ///< empty: no disc could be read
-    DriveReport problem;        ///< why not
+    std::shared_ptr<Disc> disc; ///< null if no disc could be read
+    DriveReport problem;        ///< why no disc could be read
 };
 
-/// The outcome of a load that found no disc.
+/// The result of a load that found no disc.
 [[nodiscard]] inline Loaded noDisc(DeviceProblem kind, std::string text = {}) {
     return {nullptr, {kind, std::move(text)}};
 }
 
 enum class DriveKind { optical, image };
 
-/// A drive, real or emulated with an image file. Called by one thread at a time, except `kind` and
-/// `name`, which never change.
+/// A drive, real or emulated with an image file. Its functions are called by one thread at a time,
+/// except kind() and name(): their results never change, and any thread may call them at any time.
 class Drive {
   public:
     virtual ~Drive() = default;
@@ -138,10 +139,10 @@ class Drive {
     [[nodiscard]] virtual std::string name() const = 0;
     /// Reads the table of the medium now in the drive. May block as long as the device takes.
     [[nodiscard]] virtual Loaded load() = 0;
-    /// As load(), for callers that poll and must not be blocked: returns empty while the table is
-    /// being read. By default blocks like load().
+    /// Like load(), but for callers that poll and must not be blocked: returns empty while the
+    /// table is still being read. This default implementation blocks like load().
     [[nodiscard]] virtual std::optional<Loaded> loadSoon() { return load(); }
-    /// Whether a disc is in the drive now. Cheap: called once a second.
+    /// Whether a disc is in the drive now. Must be cheap, because it is called once a second.
     [[nodiscard]] virtual bool mediaPresent() = 0;
     virtual void openTray() = 0;
     virtual void closeTray() = 0;

@@ -17,17 +17,20 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Four seconds cover a drive that spins up again or reads a scratch several times.
+// How far the reader reads ahead: 4 s, enough for a drive that spins up again or reads a scratch
+// several times.
 constexpr int readAheadSectors = 4 * sectorsPerSecond;
-// One read: a third of a second, and the most that a drive accepts in one command.
+// The size of one read: a third of a second. It is also the most that a drive accepts in one
+// command.
 constexpr int sectorsPerRead = 25;
-// The destructor's time limit for the current read; one read of an image is shorter. The check of
-// the medium, once a second, may destroy a player and must not delay the window noticeably: see
-// PatientDrive::mediumMoment.
+// How long the destructor waits for the current read; a read of an image is shorter. The limit is
+// small, because the check of the medium, which runs once a second, may destroy a player and must
+// not delay the window noticeably (see PatientDrive::mediumMoment).
 constexpr std::chrono::milliseconds patience{5};
 
-/// Where playing from `sector` must stop: at `endSector`, or at the start of the first data track
-/// at or after `sector`.
+/// Where playing from `sector` must stop: at `endSector`, at the end of the disc or at the start of
+/// the first data track after `sector`, whichever is first. Returns `sector` itself if it is in a
+/// data track.
 std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t endSector) {
     std::int64_t start = 0;
     for (const Track& track : table.tracks) {
@@ -43,8 +46,8 @@ std::int64_t playableEnd(const Table& table, std::int64_t sector, std::int64_t e
 } // namespace
 
 // Contains everything that the reader's thread accesses, because that thread may outlive the
-// player. One mutex protects all state. It is held at most while some kilobytes are copied and
-// never while the disc is read, which is short enough for the engine's thread.
+// player. One mutex protects all state. It is never held while the disc is read, but at most while
+// some kilobytes are copied, so the engine's thread never waits long for it.
 class DiscPlayer::Reader {
   public:
     explicit Reader(std::shared_ptr<Disc> disc)
@@ -146,7 +149,8 @@ class DiscPlayer::Reader {
     }
 
   private:
-    /// Invalidates the reader's current work, so that nothing of it is ever delivered.
+    /// Discards all sound that was read ahead, including the result of a read that is still
+    /// running.
     void discardReadAhead() {
         ++generation_;
         ready_.clear();
@@ -168,7 +172,8 @@ class DiscPlayer::Reader {
         if (frames == wanted) {
             return sound::Supply::flowing;
         }
-        // If the medium is gone, the mode may still be `playing`, but no more sound arrives.
+        // gone_ is checked in addition to the mode, because the mode stays `playing` when the
+        // medium is removed.
         if (mode_ == PlayerMode::stopped) {
             return sound::Supply::ended;
         }
@@ -206,14 +211,14 @@ class DiscPlayer::Reader {
     const std::shared_ptr<Disc> disc_;
     mutable std::mutex mutex_;
     std::condition_variable work_; ///< notified whenever mayRead() or quit_ may have become true
-    sound::FrameQueue ready_;      ///< read and not yet pulled
+    sound::FrameQueue ready_;      ///< frames that were read and not yet pulled
     PlayerMode mode_ = PlayerMode::stopped;
     std::int64_t position_ = 0;    ///< in frames
-    std::int64_t nextSector_ = 0;  ///< the first one not read yet
-    std::int64_t endSector_ = 0;   ///< the first one not to be played
+    std::int64_t nextSector_ = 0;  ///< the first sector not read yet
+    std::int64_t endSector_ = 0;   ///< the first sector not to be played
     std::uint64_t generation_ = 0; ///< incremented when the data being read is no longer wanted
-    bool reading_ = false;         ///< the reader is inside disc_->read: it needs no notification
-    Clock::time_point readBegan_;  ///< while reading_
+    bool reading_ = false;        ///< the thread is inside disc_->read, so it needs no notification
+    Clock::time_point readBegan_; ///< valid while reading_
     bool gone_ = false;
     std::stop_source quit_; ///< the player has been destroyed
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays a disc into a line of the sound card: a reader thread reads seconds of sound ahead, the
-// engine pulls them, and the position is what the engine has pulled. It parses no commands.
+// Plays a disc into a line of the sound card: a reader thread reads up to 4 s of sound ahead, and
+// the sound engine pulls it. The position counts only the frames that the engine has pulled. This
+// class parses no commands.
 #pragma once
 
 #include <chrono>
@@ -18,20 +19,20 @@ namespace sonarith::disc {
 
 enum class PlayerMode { stopped, playing, paused };
 
-/// All members except `pull` are for the logic's thread; `pull` is for the sound engine's.
+/// All members except pull() are for the logic's thread; pull() is for the sound engine's thread.
 class DiscPlayer : public sound::SampleSource {
   public:
     explicit DiscPlayer(std::shared_ptr<Disc> disc, ThreadStarter starter = startThread);
-    /// Requests that the current read stop and waits a moment for it. If the read hangs, its thread
-    /// and the disc exist until the device returns.
+    /// Asks the current read to stop and waits 5 ms for its end. If the read hangs, the reader's
+    /// thread and the disc exist until the device returns.
     ~DiscPlayer() override;
     DiscPlayer(const DiscPlayer&) = delete;
     DiscPlayer& operator=(const DiscPlayer&) = delete;
 
-    /// Plays from `sector` on, up to (not including) `endSector`. Plays across audio tracks and
-    /// stops where a data track begins, or at `endSector`.
-    /// Precondition: 0 <= sector <= endSector <= table().sectors(). Fails, and changes nothing, if
-    /// no thread can be started to read the disc.
+    /// Plays from `sector` on, up to (not including) `endSector`. Continues from one audio track to
+    /// the next; stops where a data track begins, or at `endSector`. Precondition: 0 <= sector <=
+    /// endSector <= table().sectors(). Fails, and changes nothing, if no thread can be started to
+    /// read the disc.
     [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void pause();
     void resume();
@@ -40,27 +41,29 @@ class DiscPlayer : public sound::SampleSource {
     /// Stops and sets the position.
     void seek(std::int64_t sector);
 
-    /// `playing` changes to `stopped` by itself at the end; after the medium has been removed the
-    /// mode stays `playing`, and the position no longer changes.
+    /// At the end of the range to play, the mode changes from `playing` to `stopped`. After the
+    /// medium has been removed, the mode stays `playing`, and the position stops where the sound
+    /// that was read ends.
     [[nodiscard]] PlayerMode mode() const;
     /// The first frame of the disc's time line (framesPerSector per sector) that the engine has not
-    /// pulled yet. At the end of playing it is exactly the end sector's first frame.
+    /// pulled yet. At the end of playing, the position is exactly the end sector's first frame.
     [[nodiscard]] std::int64_t positionInFrames() const;
-    /// How long the current read has taken so far; 0 if there is none.
+    /// How long the current read has taken so far; 0 if no read is running.
     [[nodiscard]] std::chrono::milliseconds readingFor() const;
     /// True once a read has reported that the medium is gone.
     [[nodiscard]] bool gone() const;
 
     /// The supply is `starving` while too little has been read and while paused, `ended` while
-    /// stopped, and `lost` once the medium is gone and everything read before has been pulled,
-    /// although the mode is still `playing`. A full block is always `flowing`, even the last one.
+    /// stopped, and `lost` once the medium is gone and everything read before has been pulled (the
+    /// mode is still `playing` then). After a full block the supply is always `flowing`, even if
+    /// that block is the last one.
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override;
 
   private:
     class Reader;
-    std::shared_ptr<Reader> reader_; ///< shared with its thread
+    std::shared_ptr<Reader> reader_; ///< shared with thread_
     ThreadStarter starter_;
-    sound::AbandonableThread thread_; ///< from the first `play` on
+    sound::AbandonableThread thread_; ///< started by the first play()
 };
 
 } // namespace sonarith::disc

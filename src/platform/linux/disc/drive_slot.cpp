@@ -17,8 +17,8 @@ namespace {
 using namespace std::chrono_literals;
 
 // The time limits of a load include the spin-up of the drive, or of a hard disk with images. The
-// time limit of a tray command is shorter than the movement of the tray: a caller that needs the
-// closed tray queries the medium afterwards anyway.
+// time limit of a tray command is shorter than the movement of the tray, because a caller that
+// needs the closed tray queries the medium afterwards anyway.
 constexpr PatientDrive::Patience opticalPatience{OpticalDrive::longestSpinUp + 12s, 1s};
 constexpr PatientDrive::Patience imagePatience{10s, 1s};
 
@@ -38,11 +38,11 @@ DriveMakers realDriveMakers(waiting::Services services) {
             }};
 }
 
-/// The messages of the last load, kept also after its disc has been destroyed.
+/// The messages of the last load; they are kept even after its disc has been destroyed.
 struct DriveSlot::Reports {
     class ReportedDisc;
 
-    /// Called when the drive is empty: messages of an earlier disc no longer apply.
+    /// Called when the drive is empty, since the messages of an earlier disc no longer apply.
     void clearDisc() {
         const std::lock_guard lock(mutex);
         disc = nullptr;
@@ -50,12 +50,13 @@ struct DriveSlot::Reports {
     }
 
     DriveReport problem;
-    std::mutex mutex; ///< protects the members below: a player may release its disc on any thread
-    const ReportedDisc* disc = nullptr; ///< its remark may grow while the disc is read
-    std::string lastRemark;             ///< of that disc, once it has been destroyed
+    std::mutex mutex; ///< protects the members below, since any thread may destroy a disc
+    /// The last loaded disc, until it is destroyed. Its remark may change while the disc is read.
+    const ReportedDisc* disc = nullptr;
+    std::string lastRemark; ///< of the last loaded disc, once it has been destroyed
 };
 
-/// Forwards all calls to the wrapped disc, and stores its remark when it is destroyed.
+/// Forwards all calls to the wrapped disc. The destructor stores that disc's last remark.
 class DriveSlot::Reports::ReportedDisc : public Disc {
   public:
     ReportedDisc(std::shared_ptr<Disc> disc, std::shared_ptr<Reports> reports)
@@ -145,8 +146,8 @@ std::shared_ptr<Drive> DriveSlot::openDrive() {
     if (drive_ && chosen == chosen_) {
         return drive_;
     }
-    // A new object for each choice, so that a previous drive that is still in use cannot change the
-    // report.
+    // Each choice gets its own Reports object, so that a previous drive that is still in use cannot
+    // change the report.
     reports_ = std::make_shared<Reports>();
     chosen_ = chosen;
     optical_ = firstFound || namesADevice(chosen);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Selects the drive in use according to the user's choice, and reports its problems. It neither
+// Provides the drive that the user has chosen, and reports the problems of that drive. It neither
 // stores the choice nor shows the messages.
 #pragma once
 
@@ -13,35 +13,38 @@
 
 namespace sonarith::disc {
 
-/// How the slot creates drives; tests replace it.
+/// The functions with which the slot finds and creates drives; tests replace them.
 struct DriveMakers {
     std::function<std::vector<std::string>()> listOptical;
     std::function<std::shared_ptr<Drive>(const std::string& device)> makeOptical;
     std::function<std::shared_ptr<Drive>(const std::string& path)> makeImage;
 };
 
-/// The drives of this machine. `services` must outlive them.
+/// The functions for the drives of this machine. The objects in `services` must outlive those
+/// drives.
 [[nodiscard]] DriveMakers realDriveMakers(waiting::Services services);
 
 /// For the logic's thread only.
 class DriveSlot {
   public:
-    /// `configured` returns the choice: empty for the first optical drive found, a device node
-    /// below /dev, or else the machine path of a disc image.
+    /// `configured` returns the user's choice: empty for the first optical drive found, a device
+    /// node below /dev, or else the machine path of a disc image.
     DriveSlot(std::function<std::string()> configured, DriveMakers makers);
     ~DriveSlot();
     DriveSlot(const DriveSlot&) = delete;
     DriveSlot& operator=(const DriveSlot&) = delete;
 
-    /// The drive chosen now, or empty if the machine has none. It is the same object as long as the
-    /// choice is the same (so that an open tray stays open), and may outlive the slot.
+    /// Returns the drive chosen now; null if the choice is the first optical drive and the machine
+    /// has none. As long as the choice is the same, the same object is returned, so that an image's
+    /// open tray stays open. The drive may outlive the slot.
     [[nodiscard]] std::shared_ptr<Drive> openDrive();
 
-    /// Called after each choice of the user. Choosing the image in use once more inserts it again
-    /// if it was ejected. The tray of an optical drive is not moved.
+    /// Called after each choice of the user. If the user chooses the current image again after it
+    /// was ejected, it is inserted again. The tray of an optical drive is not moved.
     void choiceMade();
 
-    /// Why the last load of the chosen drive found no disc, or the current remark of its disc.
+    /// The problem of the chosen drive's last load, if it has a message; otherwise the remark
+    /// (Disc::remark) of its disc, also after that disc object is destroyed.
     [[nodiscard]] DriveReport report() const;
 
   private:
@@ -51,9 +54,9 @@ class DriveSlot {
     const std::function<std::string()> configured_;
     const DriveMakers makers_;
     std::shared_ptr<Reports> reports_;
-    std::string chosen_; ///< the choice that drive_ was made for
+    std::string chosen_; ///< the choice for which drive_ was created
     std::shared_ptr<Drive> drive_;
-    bool optical_ = false; ///< drive_ is not an image
+    bool optical_ = false; ///< drive_ is a real drive and not an image
 };
 
 } // namespace sonarith::disc

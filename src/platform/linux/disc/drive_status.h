@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Queries the kernel for the state of drives: which drives exist, and whether a disc is in one.
-// Never closes an open tray, and reads nothing from the disc.
+// Queries the kernel for the state of drives: which drives exist, and whether a drive contains a
+// disc. The queries never close an open tray and read nothing from the disc.
 #pragma once
 
 #include <functional>
@@ -14,10 +14,10 @@ namespace sonarith::disc {
 
 enum class DriveState {
     loaded, ///< a disc is in the drive
-    empty,  ///< no disc; or the tray is open, which some drives cannot report
+    empty,  ///< no disc; also for an open tray if the drive cannot report open trays
     trayOpen,
     notReady,    ///< a disc may be spinning up
-    unknown,     ///< the drive cannot report it
+    unknown,     ///< the drive cannot report its state
     unreachable, ///< no such device, no permission, or not an optical drive
 };
 
@@ -29,10 +29,10 @@ struct DriveStatus {
 /// The meaning of the kernel's result for CDROM_DRIVE_STATUS; `error` is errno after that call.
 [[nodiscard]] DriveStatus statusOfReply(int reply, int error);
 
-/// Cheap enough to be called each second. `device` is a device node.
+/// Queries the drive `device`, a device node. Cheap enough to be called each second.
 [[nodiscard]] DriveStatus statusOf(const std::string& device);
 
-/// Why a drive cannot be used, with a message for the user. `error` as in DriveStatus.
+/// Why a drive cannot be used, with a message for the user. `error` is DriveStatus::error.
 [[nodiscard]] DriveReport problemOf(const std::string& device, int error);
 
 /// The kernel's names ("sr0") in its list of optical drives, ordered by number. `information` is

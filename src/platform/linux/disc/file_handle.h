@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A regular file opened for reading. Devices, pipes and folders are refused: reading them could
-// block forever.
+// Opens and reads a regular file. Everything else is refused, because reading a device or a pipe
+// could block forever.
 #pragma once
 
 #include <cstdint>
@@ -17,18 +17,20 @@ namespace sonarith::disc {
 
 class FileHandle {
   public:
-    /// Errors, with the cause as a message: missing, no permission, not a regular file.
+    /// Fails if the file is missing, may not be read by this user or is not a regular file. The
+    /// error's message states the cause.
     [[nodiscard]] static Result<FileHandle> open(const std::filesystem::path& path);
 
     [[nodiscard]] int descriptor() const { return descriptor_.get(); }
     /// Length in bytes when the file was opened.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
-    /// Whether its path still refers to this file.
+    /// Whether the path still refers to this file.
     [[nodiscard]] bool stillThere() const;
-    /// Whether its path still refers to this file, and the file has not been written to.
+    /// Whether the path still refers to this file, and the file has not been written to since it
+    /// was opened.
     [[nodiscard]] bool unchanged() const;
-    /// Reads from byte `offset` on; returns the number of bytes read, which is smaller at the end
-    /// or after a device error.
+    /// Reads from byte `offset` on; returns the number of bytes read, which is smaller than the
+    /// size of `out` at the end of the file or after a device error.
     [[nodiscard]] std::size_t readAt(std::int64_t offset, std::span<std::byte> out) const;
 
   private:

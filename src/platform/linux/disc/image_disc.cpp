@@ -20,8 +20,8 @@ namespace {
 enum class SheetKind { cue, toc };
 
 /// Detects the kind of a sheet by its first distinctive line: a TOC's header or comment ("//"), or
-/// a TRACK, which is followed by a mode in a TOC and by a number in a CUE. A FILE before any TRACK
-/// occurs only in a CUE.
+/// a TRACK, which is followed by a mode in a TOC and by a number in a CUE. A REM, or a FILE before
+/// any TRACK, occurs only in a CUE.
 std::optional<SheetKind> kindOfText(const std::vector<std::string_view>& lines) {
     for (const std::string_view line : lines) {
         std::string_view rest = line;
@@ -64,9 +64,9 @@ Result<SheetKind> kindOf(const fs::path& path, std::string_view sheet, std::stri
                              "the disc's tracks");
 }
 
-/// Reads at most one byte more than a sheet may have, so that a longer one is detected. Empty for a
-/// sheet that cannot be read completely: the readable part may look like a complete sheet of a
-/// shorter disc.
+/// Reads the sheet, but at most one byte more than a sheet may have, so that linesOf() detects a
+/// sheet that is too long. Returns nothing if the sheet cannot be read completely, because the
+/// readable part may look like a complete sheet of a shorter disc.
 std::optional<std::string> textOf(const FileHandle& file) {
     std::string text(
         std::min<std::size_t>(static_cast<std::size_t>(file.bytes()), maxSheetBytes + 1), '\0');

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc stored in files: a CUE or TOC sheet and the files that it names. It never reloads them;
-// ImageDrive does.
+// A disc stored in files: a sheet (a CUE or TOC file, which describes the tracks) and the files
+// that the sheet names. ImageDisc never reloads changed files; ImageDrive does.
 #pragma once
 
 #include <atomic>
@@ -19,9 +19,10 @@ namespace sonarith::disc {
 class ImageDisc final : public Disc {
   public:
     /// Reads the sheet at `path` and opens its files. The extension ".cue" or ".toc", in upper or
-    /// lower case, determines the kind of sheet; with any other extension the text of the sheet
-    /// does. Errors, with file, line and cause in the message: fileNotFound and permissionDenied
-    /// for the sheet or a file that it names, other numbers for all other causes.
+    /// lower case, determines the kind of sheet; with any other extension, the text of the sheet
+    /// does. Errors have file, line and cause in the message. Their numbers are fileNotFound and
+    /// permissionDenied for the sheet or a file that it names, and other numbers for all other
+    /// causes.
     [[nodiscard]] static Result<std::shared_ptr<ImageDisc>> open(const std::filesystem::path& path);
 
     [[nodiscard]] const Table& table() const override { return line_.table; }
@@ -37,8 +38,8 @@ class ImageDisc final : public Disc {
     void eject() { ejected_ = true; }
 
   private:
-    /// `gone` as soon as the sheet or the file being read is no longer at its path or has less data
-    /// than before, and after `eject`.
+    /// Returns `gone` after eject(), if the sheet is no longer at its path, or if a file to be read
+    /// is no longer at its path or has become shorter.
     [[nodiscard]] ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                                           const std::stop_token& stop) override;
 

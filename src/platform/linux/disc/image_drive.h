@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drive whose disc is an image file that the user has chosen. It caches no disc: each load reads
-// the files again.
+// A drive whose disc is a disc image that the user has chosen. The drive caches no disc: each load
+// reads the files again.
 #pragma once
 
 #include <filesystem>
@@ -19,15 +19,16 @@ class ImageDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return DriveKind::image; }
     [[nodiscard]] std::string name() const override { return "the disc image " + sheet_.string(); }
-    /// Reports the image's errors with their messages, or trayOpen without a message while the tray
-    /// is open.
+    /// Returns the disc, or the image's error with its message. While the tray is open, returns
+    /// trayOpen without a message.
     [[nodiscard]] Loaded load() override;
-    /// Whether the tray is closed and the sheet exists; after a failed load, whether the files can
-    /// now be read. Returns false once if a file of the loaded disc has been replaced, written to
-    /// or deleted while the disc is in use. That disc is gone from then on, and the present
-    /// contents of the files can be loaded.
+    /// Returns false while the tray is open or the sheet does not exist, and after a failed load
+    /// until the files can be read. Returns false once if a file of the loaded disc has been
+    /// replaced, written to or deleted while the disc is in use: later reads of that disc return
+    /// `gone`, and load() reads the new content.
     [[nodiscard]] bool mediaPresent() override;
-    /// Removes the loaded disc: it is gone also for an owner that still plays it.
+    /// Ejects the loaded disc: later reads return `gone`, even for a player that still uses the
+    /// disc.
     void openTray() override;
     void closeTray() override;
 
@@ -36,7 +37,7 @@ class ImageDrive final : public Drive {
 
     const std::filesystem::path sheet_;
     Tray tray_ = Tray::closed;
-    bool loadable_ = true; ///< false after a failed load or a change, until a check succeeds
+    bool loadable_ = true; ///< false after a failed load or a change, until the files can be read
     std::weak_ptr<ImageDisc> disc_;
 };
 

@@ -16,7 +16,7 @@ namespace sonarith::disc {
 namespace {
 
 static_assert(sizeof(sound::StereoFrame) == bytesPerFrame,
-              "frames are read straight into their memory");
+              "the bytes of a file are read directly into StereoFrame objects");
 
 std::int16_t swapped(std::int16_t sample) {
     const auto bits = static_cast<std::uint16_t>(sample);
@@ -49,7 +49,7 @@ class RawFile final : public ImageFile {
     std::endian order_;
 };
 
-/// A RIFF WAVE file or one of its larger variants, through libsndfile.
+/// A RIFF WAVE file or one of the variants that isWave() lists, read with libsndfile.
 class WaveFile final : public ImageFile {
   public:
     [[nodiscard]] static Result<std::unique_ptr<ImageFile>> open(FileHandle handle);
@@ -65,7 +65,7 @@ class WaveFile final : public ImageFile {
     [[nodiscard]] bool read(std::int64_t offset, std::span<sound::StereoFrame> out) override {
         const auto first = static_cast<sf_count_t>(offset / bytesPerFrame);
         const auto count = static_cast<sf_count_t>(out.size());
-        // The library takes frames as pairs of samples, which is the layout of StereoFrame.
+        // The library stores frames as pairs of samples, which is the layout of StereoFrame.
         auto* samples = reinterpret_cast<short*>(out.data());
         return handle_.stillThere() && sf_seek(file_, first, SEEK_SET) == first &&
                sf_readf_short(file_, samples, count) == count;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One opened file of a disc image: stereo frames at byte offsets, whatever its format. The position
-// of the frames on a disc is computed by image_timeline.h.
+// Reads stereo frames at byte offsets from one file of a disc image, whatever the file's format.
+// image_timeline.h computes where those frames are on the disc.
 #pragma once
 
 #include <cstdint>
@@ -27,8 +27,9 @@ class ImageFile {
     [[nodiscard]] virtual bool read(std::int64_t offset, std::span<sound::StereoFrame> out) = 0;
 };
 
-/// Opens `path` for reading. Errors, with messages that continue "cannot be read: ": missing, not a
-/// regular file, no permission, no WAVE, not 16 bit stereo at 44100 Hz.
+/// Opens `path` for reading. Fails if the file is missing, is not a regular file or may not be read
+/// by this user. For ImageFormat::wave also fails if it is not a WAVE file of 16 bit stereo at
+/// 44100 Hz. The message can follow "cannot be read: ".
 [[nodiscard]] Result<std::unique_ptr<ImageFile>> openImageFile(const std::filesystem::path& path,
                                                                ImageFormat format);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a disc image's sheet (CUE or TOC) states: its files, and the segments of sound of each
-// track. This is the parsed text; no file has been examined yet.
+// The parsed content of a disc image's sheet (CUE or TOC): the files that it names, and the
+// segments of each track. The files themselves have not been examined yet.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace sonarith::disc {
 
-/// How an image file stores its sound: always 16 bit, stereo, 44100 Hz.
+/// How an image file stores its sound, which is always 16 bit, stereo, 44100 Hz.
 enum class ImageFormat {
     littleEndian, ///< raw samples, low byte first ("BINARY")
     bigEndian,    ///< raw samples, high byte first ("MOTOROLA", and the raw files of a TOC)
@@ -35,14 +35,14 @@ enum class SegmentKind { silence, sound, data };
 struct Segment {
     SegmentKind kind = SegmentKind::silence;
     std::size_t file = 0;    ///< index in ImageLayout::files; unused for silence
-    std::int64_t offset = 0; ///< in bytes: in the file, or in the samples of a WAVE
-    std::int64_t frames = 0; ///< length on the time line, or toFileEnd
+    std::int64_t offset = 0; ///< in bytes from the file's beginning, or from a WAVE's first sample
+    std::int64_t frames = 0; ///< length on the time line in frames, or toFileEnd
     int sectorBytes = 2352;  ///< size of one sector in the file
     /// A length that the file determines is rounded to a multiple of this number of frames: one
     /// sector in a CUE, one frame in a TOC.
     int roundedTo = framesPerSector;
-    /// The number of bytes that are missing from the last sector if a stated data length ends
-    /// inside it.
+    /// If a stated length of data ends inside a sector: the number of bytes from there to that
+    /// sector's end.
     int lastSectorLacks = 0;
     friend bool operator==(const Segment&, const Segment&) = default;
 };
@@ -60,7 +60,7 @@ struct ImageLayout {
     std::vector<LayoutTrack> tracks;
 };
 
-/// A track as sheets describe it: together with the pause before it.
+/// A track as a sheet describes it, together with the pause before the track.
 struct SheetTrack {
     TrackKind kind = TrackKind::audio;
     int line = 0;
@@ -70,13 +70,14 @@ struct SheetTrack {
 };
 
 /// Appends each pause to the preceding track. Pauses before the first track, before a new session
-/// and between sound and data are left out, because playing never continues across them.
+/// and between an audio track and a data track after it are left out, because playing never
+/// continues across them.
 [[nodiscard]] std::vector<LayoutTrack> joinPauses(std::vector<SheetTrack> tracks);
 
-/// How many bytes of its file `segment` takes up. Precondition: its length is stated.
+/// How many bytes of its file `segment` occupies. Precondition: its length is not toFileEnd.
 [[nodiscard]] std::int64_t statedBytes(const Segment& segment);
 
-/// The sum of the lengths of `segments` in frames, or toFileEnd if a file determines it.
+/// The sum of the lengths of `segments` in frames, or toFileEnd if one of the lengths is toFileEnd.
 [[nodiscard]] std::int64_t statedFrames(const std::vector<Segment>& segments);
 
 } // namespace sonarith::disc

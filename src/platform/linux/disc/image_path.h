@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the files that a disc image's sheet names; sheets may come from case-insensitive systems.
-// The readers of sheets check which names are valid.
+// Finds the files that a disc image's sheet names. Upper and lower case may differ, because sheets
+// may come from case-insensitive systems. The parsers check whether a name is valid.
 #pragma once
 
 #include <filesystem>
@@ -9,9 +9,10 @@
 
 namespace sonarith::disc {
 
-/// Finds the file in `folder` for `name`. The exact name is tried first. Then backslashes are
-/// separators too, and each part that does not exist as written is matched case-insensitively by
-/// Unicode's rules (the first match in byte order). Empty if there is no such file.
+/// Finds the file `name` in `folder`. The exact name is tried first. After that, backslashes count
+/// as separators too, and each part of the name that does not exist as written is matched
+/// case-insensitively by Unicode's rules (the first match in byte order). Empty if there is no such
+/// file.
 [[nodiscard]] std::optional<std::filesystem::path>
 findImageFile(const std::filesystem::path& folder, std::string_view name);
 

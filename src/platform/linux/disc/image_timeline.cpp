@@ -14,7 +14,7 @@ namespace {
 // IEC 60908: no track is shorter than 4 seconds.
 constexpr std::int64_t shortestTrackSectors = 4 * sectorsPerSecond;
 
-/// The stated length of a segment, and the part of it that its file contains. Both in frames.
+/// The stated length of a segment, and how much of it the file contains, both in frames.
 struct Extent {
     std::int64_t stated = 0;
     std::int64_t present = 0;
@@ -37,11 +37,11 @@ Extent extentOf(const Segment& segment, ImageFormat format, std::int64_t fileByt
         const std::int64_t unit = segment.roundedTo;
         return {(frames + unit - 1) / unit * unit, frames};
     }
-    // Raw sectors: an incomplete one at the end does not belong to the disc.
+    // In a file of raw sectors, an incomplete last sector does not belong to the disc.
     return {wholeSectors * framesPerSector, wholeSectors * framesPerSector};
 }
 
-/// A track whose file contains less than the sheet states.
+/// One or more consecutive tracks of which the file contains less than the sheet states.
 struct Shortage {
     enum class Kind { truncated, missing, lengthUnknown };
     Kind kind = Kind::truncated;
@@ -90,10 +90,11 @@ class LineBuilder {
     std::span<const std::int64_t> fileBytes_;
     ImageTimeline line_;
     std::int64_t trackStart_ = 0; ///< of the track being added, in frames
-    std::int64_t at_ = 0;         ///< end of the line so far, in frames
+    std::int64_t at_ = 0;         ///< end of the time line so far, in frames
     bool anyContent_ = false;
     std::vector<Shortage> shortages_;
-    // The first shortage of the track being added, if any: its frame in the track, and its file.
+    // The first shortage of the track being added, if any: the frame of the track at which it
+    // begins, and the file.
     std::optional<std::pair<std::int64_t, std::size_t>> shortFrom_;
 };
 
@@ -142,7 +143,7 @@ void LineBuilder::addTrack(const LayoutTrack& track) {
 
 void LineBuilder::addSegment(const Segment& segment) {
     if (at_ > maxDiscFrames) {
-        return; // the disc is refused; adding more might overflow
+        return; // the disc will be refused; adding more frames might overflow
     }
     if (segment.kind == SegmentKind::silence) {
         at_ += segment.frames;
@@ -150,7 +151,8 @@ void LineBuilder::addSegment(const Segment& segment) {
     }
     const std::int64_t bytes = fileBytes_[segment.file];
     const Extent extent = extentOf(segment, layout_.files[segment.file].format, bytes);
-    // A pause that is stored up to its file's end may be empty; the beginning of a track may not.
+    // A pause that extends to its file's end may be empty, but the beginning of a track must not
+    // be.
     const bool beginsBeyond = extent.stated == 0 && (segment.offset > bytes || at_ == trackStart_);
     if (!shortFrom_ &&
         (beginsBeyond || (segment.frames != toFileEnd && extent.present < extent.stated))) {

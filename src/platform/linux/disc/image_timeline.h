@@ -15,7 +15,7 @@
 
 namespace sonarith::disc {
 
-/// Sound that can be read. Parts not covered by any stretch are silent.
+/// A part of the time line whose sound can be read. Parts that no SoundStretch covers are silent.
 struct SoundStretch {
     std::int64_t start = 0; ///< on the time line, in frames
     std::int64_t frames = 0;
@@ -23,7 +23,8 @@ struct SoundStretch {
     std::int64_t offset = 0; ///< in bytes, as in Segment
 };
 
-/// Sound that the sheet states but the file does not contain: it reads as silence.
+/// A part of the time line whose sound the sheet states but the file does not contain: it is read
+/// as silence.
 struct LostStretch {
     std::int64_t start = 0; ///< on the time line, in frames
     std::int64_t frames = 0;
@@ -32,7 +33,7 @@ struct LostStretch {
 struct ImageTimeline {
     Table table;
     std::vector<SoundStretch> sound; ///< in ascending order of start, without overlaps
-    std::vector<LostStretch> lost;   ///< likewise
+    std::vector<LostStretch> lost;   ///< in the same order, without overlaps
     std::string remark;              ///< which files are shorter than stated; empty if none
 };
 
@@ -40,11 +41,11 @@ struct ImageTimeline {
 [[nodiscard]] std::int64_t lostSectors(const ImageTimeline& line, std::int64_t first,
                                        std::int64_t end);
 
-/// `fileBytes` holds the length of each of the layout's files; for a WAVE, of its samples. A track
-/// whose file ends early keeps its stated length. A track without a stated length that begins
-/// beyond its file's end keeps its number and gets the shortest length that a track may have.
-/// Errors: the files contain no content of the disc; the tracks are longer than the longest disc.
-/// `sheet` is the sheet's name in messages.
+/// `fileBytes` contains the length of each of the layout's files in bytes; for a WAVE file, the
+/// length of its samples. A track whose file ends early keeps its stated length. A track without a
+/// stated length that begins beyond its file's end keeps its number and gets the shortest length
+/// that a track may have. Errors: the files contain no content of the disc; the tracks are longer
+/// than the longest disc. `sheet` is the sheet's name in messages.
 [[nodiscard]] Result<ImageTimeline> layOnLine(std::string_view sheet, const ImageLayout& layout,
                                               std::span<const std::int64_t> fileBytes);
 

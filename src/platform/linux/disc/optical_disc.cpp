@@ -66,8 +66,8 @@ ReadOutcome OpticalDisc::readSectors(std::int64_t first, std::span<sound::Stereo
         const bool onTheLine = stretch.sectors > 0;
         const std::int64_t sectors = onTheLine ? std::min(wanted, stretch.sectors) : wanted;
         const auto frames = out.first(static_cast<std::size_t>(sectors) * framesPerSector);
-        // Data and sectors past the end are never requested from the drive as sound: both are
-        // silent.
+        // Sectors of data tracks and sectors past the end are never requested from the drive: they
+        // are delivered as silence.
         if (!onTheLine || stretch.kind == TrackKind::data) {
             std::ranges::fill(frames, sound::StereoFrame{});
         } else if (const auto outcome = readStretch(stretch, frames, stop);
@@ -108,8 +108,8 @@ ReadOutcome OpticalDisc::readStretch(const Stretch& stretch, std::span<sound::St
         if (stop.stop_requested()) {
             return ReadOutcome::interrupted;
         }
-        // Only sectors with errors use up the time budget: a drive that spins up is slow, but no
-        // sector is lost.
+        // Only sectors with errors use up the time budget: a drive that spins up is slow, but loses
+        // no sector.
         if (outcome != SectorOutcome::ok) {
             repairTime_ += clock_() - begin;
         }

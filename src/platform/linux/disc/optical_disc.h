@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The disc in an optical drive: maps the time line to the drive's sectors, bounds the effort for
-// damaged ones and counts them. AudioSectors reads the sectors from the drive.
+// damaged sectors and counts them. AudioSectors reads the sectors from the drive.
 #pragma once
 
 #include <chrono>
@@ -23,22 +23,23 @@ enum class SectorOutcome {
     gone,     ///< the medium or the drive has been removed
 };
 
-/// The sound of a disc, sector by sector, in the drive's numbering.
+/// Reads the sound of a disc sector by sector. Sector numbers are those of the drive.
 class AudioSectors {
   public:
     virtual ~AudioSectors() = default;
     /// Makes `first` the next sector; sectors from `end` on are never requested from the drive.
     virtual void seek(std::int64_t first, std::int64_t end) = 0;
     /// Fills `out` (framesPerSector frames) with the next sector and advances by one. Precondition:
-    /// the effort is not `none`. After a failure, no attempt begins after the time limit in `plan`.
-    /// After a stop request, no command is sent to the drive any more, and `out` is unspecified.
+    /// the effort is not `none`. If an attempt fails, at most one more begins after the time limit
+    /// in `plan`. After a stop request, no further command is sent to the drive, and `out` is
+    /// unspecified.
     [[nodiscard]] virtual SectorOutcome
     next(ReadEffort::Plan plan, std::span<sound::StereoFrame> out, const std::stop_token& stop) = 0;
 };
 
 class OpticalDisc : public Disc {
   public:
-    /// Any monotonic time.
+    /// Returns the time of any monotonic clock.
     using Clock = std::function<ReadEffort::Duration()>;
 
     /// `damage` receives the sectors that cannot be read, in addition to its existing entries.
@@ -59,9 +60,9 @@ class OpticalDisc : public Disc {
     const std::unique_ptr<AudioSectors> sectors_;
     const Clock clock_;
     ReadEffort effort_;
-    ReadEffort::Duration repairTime_{0}; ///< time that damaged sectors have cost in this read
+    ReadEffort::Duration repairTime_{0}; ///< how long damaged sectors took in this read
     std::optional<std::int64_t>
-        next_; ///< the next sector that sectors_ would deliver, in the drive's numbering
+        next_; ///< the sector that sectors_ delivers next, in the drive's numbering
     bool gone_ = false;
     const std::shared_ptr<DamageRecord> damage_; ///< also read on the logic's thread
 };

@@ -13,7 +13,8 @@ namespace sonarith::disc {
 
 namespace {
 
-// Frequent enough to cause no noticeable delay, rare enough for a busy drive.
+// The interval of the queries while a disc spins up: short enough for no noticeable delay, long
+// enough not to disturb a busy drive.
 constexpr std::chrono::milliseconds spinUpPoll{250};
 
 /// The table that the drive reports now. Opens a new handle, because a handle caches the table.
@@ -22,7 +23,9 @@ RawToc currentTocOf(const OpticalAccess& access, const std::string& device) {
     return cdio ? access.table(cdio.get()) : RawToc{};
 }
 
-/// Whether the disc whose table is `toc` has left the drive. An unknown state counts as no.
+/// Whether the disc whose table is `toc` was removed. A state that does not decide this (loaded,
+/// notReady, unknown) counts as removal only if the drive also reports a change and its table
+/// differs.
 bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* cdio,
                 const RawToc& toc) {
     const DriveState state = access.status(device).state;
@@ -37,8 +40,9 @@ bool wasRemoved(const OpticalAccess& access, const std::string& device, CdIo_t* 
 std::shared_ptr<Disc> makeDisc(const OpticalAccess& access, const std::string& device,
                                CdioHandle cdio, const RawToc& toc, OpticalLayout layout,
                                std::shared_ptr<DamageRecord> damage) {
-    CdIo_t* const raw = cdio.get(); // owned by ParanoiaSectors below, as both lambdas are
-    // Called once here, because the result covers the time since the previous call.
+    // Stays valid in both lambdas: ParanoiaSectors below owns the handle and the lambdas.
+    CdIo_t* const raw = cdio.get();
+    // Discards the changes up to now: each call reports the changes since the previous call.
     (void)access.mediaChanged(raw);
     auto command = [raw, read = access.read](std::int64_t first, std::int64_t count,
                                              std::byte* out) {
@@ -90,7 +94,9 @@ Loaded OpticalDrive::load() {
                           "that the disc is clean and correctly inserted.");
     case DriveState::empty:
     case DriveState::trayOpen:
-        toc_ = {}; // the next disc is a different one, or may have been cleaned
+        // So that the next load starts a new damage record: the disc may be another one, or the
+        // same one after cleaning.
+        toc_ = {};
         return noDisc(status.state == DriveState::empty ? DeviceProblem::noMedium
                                                         : DeviceProblem::trayOpen);
     case DriveState::loaded:

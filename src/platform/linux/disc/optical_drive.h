@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's optical drive: its tray, whether a disc is in it, and that disc's table. Its sound
-// is read by optical_disc.h and paranoia_sectors.h.
+// An optical drive of the machine: moves the tray, detects whether the drive contains a disc, and
+// reads that disc's table. optical_disc.h and paranoia_sectors.h read the sound.
 #pragma once
 
 #include <chrono>
@@ -51,8 +51,8 @@ class OpticalDrive : public Drive {
     /// kept for the next load if that load finds the same table.
     [[nodiscard]] Loaded load() override;
     [[nodiscard]] bool mediaPresent() override;
-    /// A drive that refuses the command or has no tray ignores it. Failures of openTray() and
-    /// closeTray() are ignored.
+    /// openTray() and closeTray() report no failures. They have no effect on a drive that refuses
+    /// the command or has no tray.
     void openTray() override;
     void closeTray() override;
 
@@ -64,9 +64,9 @@ class OpticalDrive : public Drive {
 
     const std::string device_;
     const OpticalAccess access_;
-    std::weak_ptr<Disc> disc_; ///< the most recently loaded one
-    RawToc toc_;               ///< of that disc
-    std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of that disc
+    std::weak_ptr<Disc> disc_; ///< the most recently loaded disc
+    RawToc toc_;               ///< of disc_; empty after the drive was found empty
+    std::shared_ptr<DamageRecord> damage_ = std::make_shared<DamageRecord>(); ///< of disc_
 };
 
 } // namespace sonarith::disc

@@ -5,10 +5,10 @@ namespace sonarith::disc {
 
 namespace {
 
-// 100 minutes: the lead-out of a disc is stored in minutes of two decimal digits.
+// 100 minutes: a disc stores the minutes of its lead-out as two decimal digits.
 constexpr std::int64_t maxLeadOut = std::int64_t{100} * 60 * sectorsPerSecond;
 
-bool isSound(const RawToc& toc) {
+bool isPlausible(const RawToc& toc) {
     if (toc.tracks.empty() || toc.tracks.size() > maxTracks) {
         return false;
     }
@@ -22,8 +22,8 @@ bool isSound(const RawToc& toc) {
     return toc.leadOut > before && toc.leadOut <= maxLeadOut;
 }
 
-/// Whether a new session begins with track `index`, as far as the drive's data show: they contain
-/// only the last session, so a sound session between two others is not detected.
+/// Whether a new session begins with track `index`. The drive reports only where the last session
+/// starts, so an audio session between two others is not detected.
 bool beginsSession(const RawToc& toc, std::size_t index) {
     if (index == 0) {
         return false;
@@ -34,11 +34,11 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
     }
     const bool dataAfterAudio =
         track.kind == TrackKind::data && toc.tracks[index - 1].kind == TrackKind::audio;
-    // A disc of one session that mixes kinds has its data first, so data after audio counts as a
-    // separate session, unless the drive reports that the last session began after the first track
-    // and before the data. A start at the first track is not such a report, because a drive without
-    // information also returns it. If in doubt, a session is assumed: a track that is two minutes
-    // too short is better than a read into the gap, where drives hang.
+    // A single session with both kinds has its data track first. So data after audio counts as a
+    // new session, unless the drive reports a last session that began after the first track and
+    // before this one. A reported start equal to the first track's is ignored, because a drive
+    // without session information also returns that value. If in doubt, a session is assumed: a
+    // track that is two minutes too short is better than a read into the gap, where drives hang.
     const std::int64_t lastSession = toc.lastSessionStart.value_or(0);
     const bool beganBefore = lastSession > toc.tracks.front().start && lastSession < track.start;
     return dataAfterAudio && !beganBefore;
@@ -47,19 +47,19 @@ bool beginsSession(const RawToc& toc, std::size_t index) {
 } // namespace
 
 std::optional<OpticalLayout> OpticalLayout::of(const RawToc& toc) {
-    if (!isSound(toc)) {
+    if (!isPlausible(toc)) {
         return std::nullopt;
     }
     OpticalLayout layout;
-    // The first detected gap is assumed to be the first one of the disc, which is longer than later
-    // ones, although an earlier session may not be detected: a track that is a minute too short is
-    // better than a read into the gap.
+    // The first gap found is assumed to follow the disc's first session; that gap is longer than
+    // later ones. If an earlier session was not detected, the track becomes a minute too short,
+    // which is better than a read into the gap.
     std::int64_t gap = firstSessionGapSectors;
     for (std::size_t i = 0; i < toc.tracks.size(); ++i) {
         const bool last = i + 1 == toc.tracks.size();
         std::int64_t sectors = (last ? toc.leadOut : toc.tracks[i + 1].start) - toc.tracks[i].start;
         if (!last && beginsSession(toc, i + 1)) {
-            // A track no longer than the gap cannot contain it.
+            // A track that is not longer than the gap cannot contain the gap.
             sectors -= sectors > gap ? gap : 0;
             gap = laterSessionGapSectors;
         }

@@ -12,16 +12,18 @@ namespace sonarith::disc {
 namespace {
 
 // How often a sector is read again before the best guess is delivered; the library's default of 20
-// is known to cost hours for one scratch. It must be a multiple of 5: the library checks its count
-// only at multiples of 5 and never stops with another limit (measured, 10.2+2.0.1).
+// is known to cost hours for one scratch. The value must be a multiple of 5: the library compares
+// its count with the limit only at multiples of 5 and never stops at another limit (measured with
+// version 10.2+2.0.1).
 constexpr int maxRetries = 10;
 
-// How many sectors the library reads before it delivers the first, and how many it assumes that a
-// drive caches. Its default of 1200 would delay a start until 16 s of sound had been read twice.
+// How many sectors the library reads before it delivers the first one, and how many sectors it
+// assumes in a drive's cache. The library's default of 1200 would delay a start until 16 s of sound
+// had been read twice.
 constexpr int cacheSectors = 300;
 
 // The library passes no user pointer to its callbacks. So these variables store the reader that is
-// active on this thread, and whether the library has given up a position.
+// active on this thread, and whether the library has given up repairing a position.
 thread_local ParanoiaSectors* atWork = nullptr;
 thread_local bool gaveUp = false;
 
@@ -111,7 +113,7 @@ void ParanoiaSectors::seek(std::int64_t first, std::int64_t end) {
     next_ = first;
     end_ = end;
     repositioned_ = true;
-    // A seek back to a position is a new attempt to read it.
+    // After a seek, sectors that could not be read before are tried again.
     failures_.clear();
     bad_.clear();
 }
@@ -147,9 +149,9 @@ SectorOutcome ParanoiaSectors::readOnce(std::span<sound::StereoFrame> out) {
     return wasRead ? SectorOutcome::ok : SectorOutcome::silent;
 }
 
-// At a sector that cannot be read at all, the library never stops reading, and it treats the
-// silence that replaces the sector as sound. So the library's range never contains such a sector,
-// but only sectors before it or sectors after it.
+// If a sector cannot be read at all, the library reads it again forever, or treats the silence that
+// replaces it as sound. So the library's range never contains such a sector: the range ends before
+// the sector or begins after it.
 SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
     for (;;) {
         if (bad_.contains(next_)) {
@@ -171,7 +173,7 @@ SectorOutcome ParanoiaSectors::repair(std::span<sound::StereoFrame> out) {
             return gaveUp ? SectorOutcome::guessed : SectorOutcome::ok;
         }
         repositioned_ = true;
-        if (isOver() || bad_.size() == badBefore) { // without a new bad sector: no memory is left
+        if (isOver() || bad_.size() == badBefore) { // no new bad sector: out of memory
             return attemptOnce(out);
         }
     }
@@ -218,7 +220,7 @@ std::int64_t ParanoiaSectors::readForRepair(std::int64_t first, std::int64_t cou
         errno = ENOMEDIUM; // makes the library return at once
         return -1;
     }
-    errno = EIO; // for the missing sectors
+    errno = EIO; // the error for the missing sectors
     return done;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the sound of a disc with libcdio's paranoia reader. Every command to the drive is bounded
-// in position, size and time. It uses no time line (optical_disc.h does).
+// Reads the sound of a disc with libcdio's paranoia reader, which reads sectors repeatedly and
+// compares the results. Position, size and time of every command to the drive are bounded. Sector
+// numbers are those of the drive; optical_disc.h maps the time line to them.
 #pragma once
 
 #include <array>
@@ -43,26 +44,26 @@ class ParanoiaSectors : public AudioSectors {
     [[nodiscard]] SectorOutcome repair(std::span<sound::StereoFrame> out);
     [[nodiscard]] std::int64_t readForRepair(std::int64_t first, std::int64_t count,
                                              std::byte* out);
-    /// Reads only to evict another position from the drive's cache.
+    /// Reads sectors and discards them, so that the drive's cache no longer contains other sectors.
     void readToForget(std::int64_t first, std::int64_t count);
-    /// Replaces the read function of the library, which calls it from inside repair().
+    /// Replaces the library's read function. The library calls it while repair() runs.
     static long readAudio(cdrom_drive_t* drive, void* out, lsn_t first, long count);
 
     CdioHandle cdio_;
     const SectorCommands::Command command_;
     const std::function<bool()> isGone_;
     SectorCommands commands_;
-    cdrom_drive_t* drive_ = nullptr;       ///< null if the library does not support this drive
-    cdrom_paranoia_t* paranoia_ = nullptr; ///< null if there is no drive_ or no memory
+    cdrom_drive_t* drive_ = nullptr;       ///< null before the first read, or if unsupported
+    cdrom_paranoia_t* paranoia_ = nullptr; ///< null without drive_, or if memory ran out
     bool triedToOpen_ = false;
-    bool repositioned_ = false; ///< the paranoia reader is not positioned at next_
+    bool repositioned_ = false; ///< the paranoia reader must still be positioned at next_
     std::int64_t next_ = 0;
     std::int64_t end_ = 0;
     Clock::time_point deadline_;
     std::stop_token stop_;                 ///< of the current call of next()
     bool failed_ = false;                  ///< a command has failed in this call of next()
-    std::map<std::int64_t, int> failures_; ///< per sector, since the last seek
-    std::set<std::int64_t> bad_;           ///< no longer tried with repair
+    std::map<std::int64_t, int> failures_; ///< number for each sector, since the last seek
+    std::set<std::int64_t> bad_;           ///< sectors that repair does not try any more
     std::int64_t limit_ = 0; ///< how far repair may read: the next bad sector, or end_
     bool gone_ = false;
 };

@@ -15,8 +15,9 @@ struct PatientDrive::Known {
     std::mutex mutex;
     bool present = false;
     bool loading = false;
-    std::optional<Loaded> loaded; ///< not fetched yet
-    /// Results of calls that began before the tray was last opened are ignored.
+    std::optional<Loaded> loaded; ///< the result of the last load; empty if it was fetched
+    /// How often the tray was opened. The result of a call that began before the last opening is
+    /// ignored.
     std::int64_t trayOpenings = 0;
     std::int64_t wantedLoad = 0; ///< the number of the load whose result is wanted
 };

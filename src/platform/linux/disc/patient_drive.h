@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Wraps a drive whose device may hang (a scratched disc, an image on a dead server): all calls to
 // the drive run on a separate thread, and the caller waits for each with a time limit. The reads of
-// a loaded disc are not covered.
+// a loaded disc are not wrapped: they can block.
 #pragma once
 
 #include <chrono>
@@ -18,9 +18,10 @@ namespace sonarith::disc {
 /// For the logic's thread only.
 class PatientDrive final : public Drive {
   public:
+    /// The time limits of the calls.
     struct Patience {
-        std::chrono::milliseconds load;  ///< for the table of a disc
-        std::chrono::milliseconds other; ///< for the tray
+        std::chrono::milliseconds load;  ///< for reading the table of a disc
+        std::chrono::milliseconds other; ///< for tray commands
     };
 
     /// The longest waits for the two calls that are made each second: mediaPresent() and
@@ -35,9 +36,9 @@ class PatientDrive final : public Drive {
 
     [[nodiscard]] DriveKind kind() const override { return drive_->kind(); }
     [[nodiscard]] std::string name() const override { return drive_->name(); }
-    /// Returns `hung` and no disc if there is no result in time, and at once while an earlier load
-    /// that timed out has not returned. The disc of that earlier load is dropped, since its caller
-    /// has given up.
+    /// Returns `hung` and no disc if there is no result in time. While an earlier load that timed
+    /// out is still running, returns `hung` at once. The disc of that earlier load is dropped,
+    /// because no caller waits for it any more.
     [[nodiscard]] Loaded load() override;
     /// Waits for tableMoment at most. The read then continues. Its result is returned by a later
     /// call, or by a load() that begins while the read is running.
@@ -63,7 +64,7 @@ class PatientDrive final : public Drive {
     const Patience patience_;
     const std::string hangingText_;
     Notices& notices_;
-    const std::shared_ptr<Known> known_; ///< shared with the calls
+    const std::shared_ptr<Known> known_; ///< shared with the calls on the other thread
     waiting::BlockingCalls calls_;
     Clock::time_point loadBegan_;
     bool loadUnanswered_ = false; ///< the last load has timed out

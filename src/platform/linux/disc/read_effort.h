@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How much time is spent on a damaged disc: a time budget for each read, which shrinks while reads
-// keep using it up. Pure arithmetic on times that the caller measures; it reads nothing.
+// Computes how much time is spent on a damaged disc. Each read has a time budget, which shrinks
+// while successive reads use it up. Pure arithmetic on times that the caller measures; it reads
+// nothing.
 #pragma once
 
 #include <chrono>
@@ -8,7 +9,7 @@
 namespace sonarith::disc {
 
 enum class Effort {
-    repair, ///< read several times and compare, as often as needed and the time allows
+    repair, ///< read and compare as often as needed, while the time allows it
     once,   ///< one attempt
     none,   ///< no attempt: silence is delivered for the sector
 };
@@ -19,7 +20,7 @@ class ReadEffort {
 
     struct Plan {
         Effort effort = Effort::none;
-        Duration limit{0}; ///< no further attempt at this sector begins after this time
+        Duration limit{0}; ///< the time for this sector; see AudioSectors::next
     };
 
     /// The effort for the next sector when bad sectors have cost `repairTime` in this read so far.
@@ -29,12 +30,13 @@ class ReadEffort {
     /// `leastBudget`.
     void finish(Duration repairTime);
 
-    /// The budget for repairs in one read; after that, single attempts have the same amount of
-    /// time. The budget equals the duration of the player's read-ahead: a longer one would
+    /// The budget for repairs in one read. When it is used up, single attempts have the same amount
+    /// of time again. The budget equals the duration of the player's read-ahead: a longer one would
     /// interrupt the sound anyway.
     static constexpr Duration wholeBudget = std::chrono::seconds(4);
-    /// The budget after many bad reads in a row: the duration of one read (a third of a second of
-    /// sound), so that a ruined disc takes little longer than its playing time.
+    /// The budget after many bad reads in a row: the playing time of one read (a third of a
+    /// second). With the same time again for single attempts, reading a ruined disc takes about
+    /// twice its playing time.
     static constexpr Duration leastBudget = std::chrono::milliseconds(333);
 
   private:

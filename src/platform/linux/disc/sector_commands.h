@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Splits the reading of many sectors into commands that a drive accepts, and keeps every command
-// within the bounds of the sound. It repairs nothing, and the caller supplies the command itself.
+// within a range of sectors that the caller sets. The caller also supplies the function that sends
+// a command. Nothing is repaired here.
 #pragma once
 
 #include <cstddef>
@@ -11,25 +12,26 @@ namespace sonarith::disc {
 
 class SectorCommands {
   public:
-    /// Reads `count` sectors from the drive's sector `first` to `out` (bytesPerSector each); true
-    /// only if all of them were read.
+    /// Reads `count` sectors, beginning with the drive's sector `first`, to `out` (bytesPerSector
+    /// each). Returns true only if all of them were read.
     using Command = std::function<bool(std::int64_t first, std::int64_t count, std::byte* out)>;
 
     explicit SectorCommands(Command command);
 
     /// Sets the range of all commands: from `first` up to, not including, `end`.
     void setBounds(std::int64_t first, std::int64_t end);
-    /// `mayGoOn` is called before each command. Once it returns false, that read issues no more
-    /// commands.
+    /// `mayGoOn` is called before each command. Once it returns false, the current read() sends no
+    /// more commands.
     void setMayGoOn(std::function<bool()> mayGoOn);
 
-    /// Reads up to `count` sectors; returns how many are valid at the beginning of `out`: it stops
-    /// at the first one that cannot be read. The rest of `out` is undefined.
+    /// Reads up to `count` sectors and stops at the first one that cannot be read. Returns how many
+    /// sectors at the beginning of `out` are valid; the rest of `out` is undefined.
     [[nodiscard]] std::int64_t read(std::int64_t first, std::int64_t count, std::byte* out);
 
-    /// The most sectors in one command: what fits into the 64 KiB that drives and kernels accept.
+    /// The most sectors in one command: they fit into the 64 KiB that drives and kernels accept.
     static constexpr std::int64_t mostSectors = 25;
-    /// After a failure: accepted even by restrictive drives and adapters.
+    /// The most sectors in one command after a failure: even restrictive drives and adapters accept
+    /// as many.
     static constexpr std::int64_t fewSectors = 8;
 
   private:

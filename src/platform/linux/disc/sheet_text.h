@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shared by the readers of CUE and TOC sheets: bounds, lines, words, numbers, times and error
-// messages. It is independent of both formats.
+// Splits sheets into lines and words, reads numbers and times, and creates error messages, for the
+// parsers of CUE and TOC sheets. Also defines the size limits of an image. Nothing here depends on
+// one of the two formats.
 #pragma once
 
 #include <cstddef>
@@ -17,9 +18,11 @@ namespace sonarith::disc {
 
 /// The longest sheet that is read. 99 tracks with 99 indices each take about 300 KiB.
 inline constexpr std::size_t maxSheetBytes = std::size_t{1} << 20;
-/// The longest line: the longest path of the system (4096 bytes), and the same again for the rest.
+/// The longest line: the longest path of the system (4096 bytes), and as much again for the rest of
+/// the line.
 inline constexpr std::size_t maxLineBytes = 8192;
-/// The most files of one image: two for each track (its pause and its sound). All are held open.
+/// The most files of one image: two for each track (its pause and its sound). All of them stay
+/// open.
 inline constexpr std::size_t maxImageFiles = 2 * maxTracks;
 /// The times of a disc's table end at 99:59:74 (IEC 60908: two digits for each part).
 inline constexpr std::int64_t maxDiscSectors = 100 * 60 * sectorsPerSecond;
@@ -36,26 +39,30 @@ inline constexpr std::int64_t maxDiscFrames = maxDiscSectors * framesPerSector;
 /// A length as mm:ss:ff.
 [[nodiscard]] std::string msfText(std::int64_t sectors);
 
-/// The lines of a sheet without their ends (LF, CR LF or CR) and without a byte-order mark. Errors,
-/// with `sheet` and the line: the text or a line is too long; a NUL, which no text contains.
+/// The lines of a sheet without their ends (LF, CR LF or CR) and without a byte-order mark. Fails
+/// if the text or a line is too long, or if a line contains a NUL; the message names `sheet` and,
+/// for a faulty line, its number.
 [[nodiscard]] Result<std::vector<std::string_view>> linesOf(std::string_view sheet,
                                                             std::string_view text);
 
-/// Removes and returns the first word of `rest` (up to a blank or tab), with the blanks around it
-/// removed.
+/// Removes the first word of `rest` (up to a blank or tab) and the blanks around the word; returns
+/// the word.
 [[nodiscard]] std::string_view takeWord(std::string_view& rest);
 /// Equality that ignores the case of ASCII letters.
 [[nodiscard]] bool sameWord(std::string_view a, std::string_view b);
 
-/// A whole number from 0 to `most`, digits only. Errors state the cause without sheet and line.
+/// Reads a whole number from 0 to `most` that consists of digits only. Errors state the cause
+/// without sheet and line.
 [[nodiscard]] Result<std::int64_t> parseNumber(std::string_view word, std::int64_t most);
-/// A time mm:ss:ff in sectors. Errors as with parseNumber.
+/// Reads a time mm:ss:ff and returns it in sectors. Errors as with parseNumber.
 [[nodiscard]] Result<std::int64_t> parseMsf(std::string_view word);
 
-/// Refuses names that lead outside the sheet's folder. Errors as with parseNumber.
+/// Refuses names that are empty, contain a NUL or lead outside the sheet's folder. Errors as with
+/// parseNumber.
 [[nodiscard]] Status checkImageName(std::string_view name);
 
-/// The index of `file` in `files`, to which it is added if it is new. Errors as with parseNumber.
+/// Returns the index of `file` in `files`; appends `file` if it is not in the list yet. Errors as
+/// with parseNumber.
 [[nodiscard]] Result<std::size_t> fileIndex(std::vector<LayoutFile>& files, LayoutFile file);
 
 } // namespace sonarith::disc

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The modes of tracks and ZERO statements in a cdrdao TOC: their meaning and the sector size in a
-// file. It parses no statement.
+// Looks up the modes that TRACK and ZERO statements of a cdrdao TOC name: the kind of track and the
+// size of a sector in the file. It parses no statement.
 #pragma once
 
 #include <string_view>
@@ -15,7 +15,7 @@ struct TocMode {
     int sectorBytes = bytesPerSector;
 };
 
-/// Case-insensitive for ASCII letters; null if the mode does not exist.
+/// The mode that `name` names, ignoring the case of ASCII letters; null if there is no such mode.
 [[nodiscard]] const TocMode* tocModeNamed(std::string_view name);
 
 } // namespace sonarith::disc

@@ -65,7 +65,7 @@ class TocParser {
         line_ = next_->line;
         return next_->kind == TocTokenKind::end ? *next_ : *next_++;
     }
-    /// Consumes the next token if it is that word.
+    /// Consumes the next token if it is `word`, and returns whether it was.
     bool takeIf(std::string_view word) {
         const bool same = next_->kind == TocTokenKind::word && sameWord(next_->text, word);
         if (same) {
@@ -85,7 +85,7 @@ class TocParser {
     int line_ = 1;
     std::vector<LayoutFile> files_;
     std::vector<SheetTrack> closed_;
-    std::optional<TocTrack> track_; ///< the one to which statements apply
+    std::optional<TocTrack> track_; ///< the track to which the next statements apply
 };
 
 Result<ImageLayout> TocParser::parse() {
@@ -170,7 +170,8 @@ Status TocParser::readTrackStatement(const TocToken& word) {
     return readFlag(word);
 }
 
-/// Properties of a disc or track that do not affect its sound.
+/// Skips a statement about the disc or a track that does not affect the sound. Other words are
+/// errors.
 Status TocParser::readFlag(const TocToken& word) {
     for (const std::string_view code : {"ISRC", "CATALOG"}) {
         if (sameWord(word.text, code)) {
@@ -211,7 +212,8 @@ Status TocParser::skipBlock() {
     return {};
 }
 
-/// A length on the time line: mm:ss:ff, or samples of sound, or bytes of data.
+/// Reads a length on the time line: mm:ss:ff, or stereo frames in an audio track, or bytes in a
+/// data track.
 Result<Length> TocParser::readLength() {
     const TocToken& token = take();
     if (!startsNumber(token)) {
@@ -237,13 +239,15 @@ Result<Length> TocParser::readLength() {
                   static_cast<int>(sectors * sectorBytes - count.value())};
 }
 
-/// A missing file length and a length of 0 both mean the rest of the file.
+/// Reads the length of a part of a file. A missing length and a length of 0 both mean the rest of
+/// the file.
 Result<Length> TocParser::readLengthOrToFileEnd() {
     const auto length = startsNumber(*next_) ? readLength() : Length{toFileEnd};
     return length.ok() && length.value().frames == 0 ? Length{toFileEnd} : length;
 }
 
-/// "#" and the number of bytes to skip at the beginning of a file; optional.
+/// Reads the optional "#" with the number of bytes to skip at the beginning of a file; returns 0 if
+/// there is none.
 Result<std::int64_t> TocParser::readFileOffset() {
     if (next_->kind != TocTokenKind::word || !next_->text.starts_with('#')) {
         return 0;
@@ -325,7 +329,8 @@ Status TocParser::readDataFile() {
 }
 
 Status TocParser::readSilence() {
-    // ZERO may name the mode of its sectors. It has no effect: sectors of all modes are silent.
+    // A ZERO statement may name the mode of its sectors. The mode has no effect: the sectors are
+    // silent in every mode.
     if (next_->kind == TocTokenKind::word && tocModeNamed(next_->text) != nullptr) {
         take();
         if (!takeIf("RW")) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the text of a cdrdao TOC into a layout. Strict: unknown content is refused with file, line
-// and cause. It opens no file.
+// Parses the text of a cdrdao TOC into a layout. The parser is strict: it refuses unknown content
+// with an error that names file, line and cause. It opens no file.
 #pragma once
 
 #include <string_view>
@@ -11,10 +11,11 @@
 namespace sonarith::disc {
 
 /// `sheet` is the sheet's name in error messages. Keywords are case-insensitive. Supported are
-/// tracks made of FILE/AUDIOFILE, DATAFILE, SILENCE and ZERO, with START or PREGAP before their
-/// INDEX 01; CD_TEXT blocks, flags and codes are skipped. Lengths are counted in samples of sound
-/// or bytes of data, or given as mm:ss:ff. A raw sound file has the high byte first (as that format
-/// defines), the low byte first with SWAP; a name that ends in ".wav" is a WAVE file.
+/// tracks made of FILE/AUDIOFILE, DATAFILE, SILENCE and ZERO, in which START or PREGAP states the
+/// part before INDEX 01. CD_TEXT blocks, flags and codes are skipped. A length is a time mm:ss:ff,
+/// or a number of stereo frames in an audio track, or a number of bytes in a data track. A sound
+/// file whose name ends in ".wav" is a WAVE file. Any other sound file contains raw samples: the
+/// high byte first, as the format defines, or the low byte first with SWAP.
 [[nodiscard]] Result<ImageLayout> parseToc(std::string_view sheet, std::string_view text);
 
 } // namespace sonarith::disc

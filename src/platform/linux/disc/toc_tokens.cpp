@@ -29,8 +29,8 @@ std::size_t closingMark(std::string_view rest) {
     return std::string_view::npos;
 }
 
-Status cutLine(std::string_view sheet, std::string_view rest, int line,
-               std::vector<TocToken>& tokens) {
+Status splitLine(std::string_view sheet, std::string_view rest, int line,
+                 std::vector<TocToken>& tokens) {
     for (;;) {
         rest.remove_prefix(std::min(rest.find_first_not_of(blanksOfTokens), rest.size()));
         if (rest.empty() || rest.starts_with("//")) {
@@ -67,7 +67,7 @@ Result<std::vector<TocToken>> tocTokens(std::string_view sheet, std::string_view
     int number = 0;
     for (const std::string_view line : lines.value()) {
         ++number;
-        if (const Status status = cutLine(sheet, line, number, tokens); !status.ok()) {
+        if (const Status status = splitLine(sheet, line, number, tokens); !status.ok()) {
             return status.error();
         }
     }

@@ -14,13 +14,13 @@ enum class TocTokenKind { word, string, openBrace, closeBrace, end };
 
 struct TocToken {
     TocTokenKind kind = TocTokenKind::end;
-    std::string_view text; ///< of a string: the text between its quotation marks, with its escapes
+    std::string_view text; ///< of a string: the text between the quotation marks, not unescaped
     int line = 0;
 };
 
-/// The tokens of `text` (which must outlive them), terminated by one of kind `end`. Comments begin
-/// with two slashes and end at the end of their line. Errors: those of linesOf; an unterminated
-/// string.
+/// The tokens of `text` (which must outlive them), terminated by a token of kind `end`. Comments
+/// begin with two slashes and end at the end of their line. Errors: those of linesOf; an
+/// unterminated string.
 [[nodiscard]] Result<std::vector<TocToken>> tocTokens(std::string_view sheet,
                                                       std::string_view text);
 

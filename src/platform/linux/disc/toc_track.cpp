@@ -80,7 +80,8 @@ TocTrackCheck TocTrack::close() {
 }
 
 /// Moves the first `frames` frames of the body to the pause. If a segment that extends to its
-/// file's end is split, its rest still extends to that end. Returns false if the body is shorter.
+/// file's end is split, its rest still extends to that end. Returns false if the body has fewer
+/// than `frames` frames.
 bool TocTrack::splitBody(std::int64_t frames) {
     auto& body = content_.body;
     auto segment = body.begin();
@@ -90,7 +91,7 @@ bool TocTrack::splitBody(std::int64_t frames) {
         frames -= part.frames;
         const bool split = part.frames != segment->frames;
         if (split) {
-            part.lastSectorLacks = 0; // the last sector is in the rest
+            part.lastSectorLacks = 0; // the incomplete last sector stays in the body
         }
         content_.pause.push_back(part);
         if (split) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Collects the content and the start of one track of a cdrdao TOC while its statements are read,
-// and checks its times. It reads no text.
+// Collects the content and the start of one track of a cdrdao TOC while the track's statements are
+// read, and checks their times. It reads no text.
 #pragma once
 
 #include <cstdint>
@@ -29,11 +29,13 @@ class TocTrack {
     void add(Segment segment);
     /// START without a time: all content added so far precedes INDEX 01.
     [[nodiscard]] TocTrackCheck startHere(int line);
-    /// START with a time: that amount of content precedes INDEX 01. Part of it may be added later.
+    /// START with a time: content of that length precedes INDEX 01. A part of this content may be
+    /// added later.
     [[nodiscard]] TocTrackCheck startAt(std::int64_t sectors, int line);
-    /// PREGAP: silence precedes INDEX 01, at which the content begins.
+    /// PREGAP: silence of that length precedes INDEX 01, and all content follows INDEX 01.
     [[nodiscard]] TocTrackCheck pregap(std::int64_t sectors, int line);
-    /// INDEX: splits nothing, but is checked, because a wrong time reveals a truncated sheet.
+    /// INDEX: does not split the content. Its time is checked, because a wrong time reveals a
+    /// truncated sheet.
     [[nodiscard]] TocTrackCheck index(std::int64_t sectors, int line);
 
     /// Called after the last statement: splits the content at its start and checks the times.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The functions of libcdio and its paranoia reader that this program calls, loaded on their first
-// call.
+// Declares the functions and variables of libcdio and its paranoia reader that this program uses.
+// Each is loaded on first use.
 #pragma once
 
 #include <cdio/cdio.h>

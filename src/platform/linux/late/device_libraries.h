@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All late-loaded libraries at once.
+// Loads all libraries of this folder at once (see late_library.h).
 #pragma once
 
 namespace sonarith {
 
-/// Loads all libraries in advance, so that the first capture does not wait for the loading, and a
-/// missing library is detected before data could be lost.
+/// Called in advance, so that the first capture does not wait for the loading, and so that a
+/// missing library is detected before data can be lost.
 void loadDeviceLibraries();
 
 } // namespace sonarith

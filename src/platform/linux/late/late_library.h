@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Libraries that are loaded on their first call and not when the program starts. The functions of
-// each library are listed in a header of its own.
+// Loads shared libraries when a function of theirs is first called, and not when the program
+// starts. A separate header for each library declares the library's functions.
 #pragma once
 
 #include <atomic>
 
 namespace sonarith {
 
-/// A shared library by its name for the dynamic linker ("libsndfile.so.1"). A missing library or
-/// symbol ends the process with the linker's own message and its status 127, as at the start of a
-/// program that is linked to it.
+/// A shared library. `name` is its name for the dynamic linker ("libsndfile.so.1"). A missing
+/// library or symbol ends the process with the linker's message and the exit status 127, as if the
+/// program were linked to the library and failed at its start.
 class LateLibrary {
   public:
     explicit constexpr LateLibrary(const char* name) : name_(name) {}
 
     /// Loads the library on the first call; later calls do nothing. Thread-safe.
     void load() const;
-    /// The address of a function or variable; loads the library.
+    /// Returns the address of a function or variable. Loads the library if necessary.
     [[nodiscard]] void* symbol(const char* name) const;
 
   private:
@@ -24,19 +24,19 @@ class LateLibrary {
     mutable std::atomic<void*> handle_ = nullptr;
 };
 
-/// One function of a library, called as if the program were linked to it. It has the function's own
-/// name within our namespace, so that callers use it instead of the library's function.
+/// One function of a library, called as if the program were linked to it. The object has the
+/// function's name within our namespace, so that callers use it instead of the library's function.
 template <typename Function>
 class LateFunction {
   public:
     constexpr LateFunction(const LateLibrary& library, const char* name)
         : library_(library), name_(name) {}
 
-    /// Implicit, so that `name(arguments)` is a call.
+    /// The conversion is implicit, so that `name(arguments)` calls the function.
     operator Function*() const { // NOLINT(google-explicit-constructor)
         Function* function = function_.load(std::memory_order_acquire);
         if (function == nullptr) {
-            // Two threads may both look it up; the result is the same.
+            // Two threads may both look up the function; both get the same address.
             function = reinterpret_cast<Function*>(library_.symbol(name_));
             function_.store(function, std::memory_order_release);
         }
@@ -68,13 +68,13 @@ class LateVariable {
 } // namespace sonarith
 
 /// Declares a function of a library. The library's header must be included. A macro is needed,
-/// since the name is used as an identifier, for its type and as a string.
+/// because `name` is used as an identifier, to determine the type and as a string.
 #define SONARITH_LATE_FUNCTION(library, name)                                                      \
     inline constinit const LateFunction<decltype(::name)> name {                                   \
         library, #name                                                                             \
     }
 
-/// As above, for a variable.
+/// Like SONARITH_LATE_FUNCTION, for a variable.
 #define SONARITH_LATE_VARIABLE(library, name)                                                      \
     inline constinit const LateVariable<decltype(::name)> name {                                   \
         library, #name                                                                             \

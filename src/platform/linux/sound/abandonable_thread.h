@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A thread for device calls that may never return, for example if a sound server hangs: its owner
-// waits for a limited time and then leaves it behind. Not for work that must be completed.
+// A thread for device calls that may never return, for example if a sound server hangs: at its end,
+// the owner waits for a limited time and then detaches the thread. Not for work that must be
+// completed.
 #pragma once
 
 #include <chrono>
@@ -20,8 +21,8 @@ class AbandonableThread {
     AbandonableThread& operator=(const AbandonableThread&) = delete;
 
     /// Runs `body`, which must own (by shared pointers or copies) everything that it accesses,
-    /// because the thread may outlive its creator. Fails with the error of `starter`; `start` may
-    /// be called again then. Precondition: no thread was started before.
+    /// because the thread may outlive its creator. Fails with the error of `starter`; after a
+    /// failure start() may be called again. Precondition: no thread was started before.
     [[nodiscard]] Status start(std::function<void()> body,
                                const ThreadStarter& starter = startThread);
     /// Whether a thread was started.

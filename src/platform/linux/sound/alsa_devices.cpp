@@ -13,7 +13,7 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The device's buffer in microseconds: 200 ms, twice the card's possible delay.
+/// The length of the device's buffer: 200 ms, twice the time by which the card may be late.
 constexpr unsigned int bufferMicroseconds = 200'000;
 
 // ALSA requires a variadic function here.
@@ -46,7 +46,7 @@ std::string hintField(const void* hint, const char* field) {
     return text ? text.get() : "";
 }
 
-/// ALSA's descriptions may have several lines, but an entry of a list shows only one.
+/// Joins the lines of a description, because an entry of a list shows only one line.
 std::string onOneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -61,14 +61,14 @@ bool namesCardDevice(std::string_view name) {
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
 
-/// Whether it is a device that ALSA itself provides, neither a real device nor a sound server.
-/// Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not by
-/// their name, because a user's own device may have any name.
+/// Whether `hint` is a device that ALSA itself implements, and neither a real device nor a sound
+/// server. Plug-ins are recognised by their description ("Rate Converter Plugin Using ...") and not
+/// by their name, because a user's own device may have any name.
 bool isPlugIn(const DeviceHint& hint) {
     std::string words = hint.description;
     std::transform(words.begin(), words.end(), words.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    // "null" discards all sound; our entry for that is "none". "oss" uses an interface that was
+    // "null" discards all sound; our list has "none" for that. "oss" uses an interface that was
     // removed from Linux, so it cannot be opened.
     return words.find("plugin") != std::string::npos ||
            words.find("plug-in") != std::string::npos || hint.name == "null" || hint.name == "oss";
@@ -76,7 +76,7 @@ bool isPlugIn(const DeviceHint& hint) {
 
 bool isChoosable(const DeviceHint& hint) {
     if (namesNoDevice(hint.name) || hint.name == "default") {
-        return false; // not taken from ALSA: we add these entries ourselves
+        return false; // choosable() adds these entries itself
     }
     return hint.name.find(':') == std::string::npos ? !isPlugIn(hint) : namesCardDevice(hint.name);
 }

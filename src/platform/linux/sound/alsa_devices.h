@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shared by playback and capture through ALSA: it opens devices in the card's format and lists
-// them. It transfers no sound.
+// Opens and lists ALSA devices, for playback and capture. Devices are opened in the format of the
+// software sound card. This part transfers no sound.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace sonarith::sound {
 
-/// This name means that no device is used; an empty name has the same meaning.
+/// The device name that means that no device is used. An empty name has the same meaning.
 inline constexpr const char* noDevice = "none";
 
 [[nodiscard]] bool namesNoDevice(const std::string& name);
@@ -22,9 +22,9 @@ struct ClosePcm {
 };
 using PcmHandle = std::unique_ptr<snd_pcm_t, ClosePcm>;
 
-/// Opens `name` for non-blocking reads and writes of stereo frames at the card's rate (converted by
-/// ALSA if the device has another one), and does not start it. Returns a null pointer if that
-/// fails. The first call disables ALSA's messages for the whole process.
+/// Opens `name` for non-blocking reads and writes of stereo frames at the card's rate, and does not
+/// start the device. ALSA converts the rate if the device has another one. Returns a null pointer
+/// if the device cannot be opened. The first call disables ALSA's messages for the whole process.
 [[nodiscard]] PcmHandle openPcm(const std::string& name, snd_pcm_stream_t direction);
 
 /// One entry of ALSA's list of devices.
@@ -37,11 +37,12 @@ struct DeviceHint {
 /// The entries of `hints` that can be chosen for `direction`: the default device first, whether it
 /// is in the list or not; then sound servers, real devices and devices from the user's
 /// configuration, in the order of `hints`. ALSA's plug-ins (converters, mixers, its own device
-/// files) and device names for more than two channels are omitted. For playback, "none" is last.
+/// files) and names of devices with more than two channels are omitted. For playback, "none" is
+/// last.
 [[nodiscard]] std::vector<DeviceEntry> choosable(const std::vector<DeviceHint>& hints,
                                                  snd_pcm_stream_t direction);
 
-/// The same for ALSA's current configuration.
+/// The choosable() entries of ALSA's current configuration.
 [[nodiscard]] std::vector<DeviceEntry> listDevices(snd_pcm_stream_t direction);
 
 } // namespace sonarith::sound

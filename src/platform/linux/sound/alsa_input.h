@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// ALSA capture devices as external inputs of the card. It does not record (sound_card.h) and does
-// not control the timing (capture_pump.h).
+// Creates external inputs of the card that capture from ALSA devices. sound_card.h records, and
+// capture_pump.h controls the timing.
 #pragma once
 
 #include <memory>
@@ -12,15 +12,15 @@
 
 namespace sonarith::sound {
 
-/// The input that uses ALSA's device `name`. The device need not exist: the input is silent while
-/// it has no data from the device.
+/// Creates the input that uses ALSA's device `name`. The device need not exist: the input is silent
+/// while it receives no data from the device.
 [[nodiscard]] std::shared_ptr<ExternalInput>
 makeInput(const std::string& name, ReportDevice report = {}, CaptureTiming timing = {});
 
-/// Opens an ALSA device for capture; empty if that fails.
+/// Opens an ALSA device for capture; returns null if that fails.
 [[nodiscard]] std::unique_ptr<PcmCapture> openAlsaCapture(const std::string& name);
 
-/// The choices for the input: "default" first, then ALSA's devices.
+/// The inputs among which the user can choose: "default" first, then ALSA's devices.
 [[nodiscard]] std::vector<DeviceEntry> listInputs();
 
 } // namespace sonarith::sound

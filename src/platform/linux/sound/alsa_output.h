@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Outputs for the card's speakers: an ALSA device by its name, or none. The name "default" also
-// selects the desktop's sound server. It does not mix (sound_card.h) and does not control the
-// timing (playback_pump.h).
+// Creates outputs for the card's speakers: one that plays on an ALSA device, or one that discards
+// the sound. The name "default" usually selects the desktop's sound server. sound_card.h mixes the
+// sound, and playback_pump.h controls the timing.
 #pragma once
 
 #include <memory>
@@ -20,16 +20,16 @@ class NullOutput : public SpeakerSink {
     void play(std::span<const StereoFrame>) override {}
 };
 
-/// The output for the settings store's `Output`: "" and "none" are a NullOutput, everything else is
-/// the name of an ALSA device. The device need not exist: opening it is tried when there is sound,
-/// and again later if that fails.
+/// Creates the output for the setting `Output`: a NullOutput for "" and "none", otherwise an output
+/// for the ALSA device `name`. The device need not exist: it is opened when there is sound, and if
+/// that fails, tried again later.
 [[nodiscard]] std::shared_ptr<SpeakerSink>
 makeOutput(const std::string& name, PlaybackTiming timing = {}, ReportDevice report = {});
 
-/// Opens an ALSA device for playback; empty if that fails.
+/// Opens an ALSA device for playback; returns null if that fails.
 [[nodiscard]] std::unique_ptr<PcmPlayback> openAlsaPlayback(const std::string& name);
 
-/// The choices for the output: "default" first, then ALSA's devices, "none" last.
+/// The outputs among which the user can choose: "default" first, then ALSA's devices, "none" last.
 [[nodiscard]] std::vector<DeviceEntry> listOutputs();
 
 } // namespace sonarith::sound

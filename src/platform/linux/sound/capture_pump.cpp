@@ -17,14 +17,15 @@ namespace {
 
 /// The most frames that wait for the card: 500 ms. Beyond that the oldest frames are dropped.
 constexpr std::size_t backlogFrames = frameRate / 2;
-/// The line is silent until 60 ms are buffered: a device may deliver larger blocks than the card
-/// takes, and without this reserve the sound would have gaps.
+/// The line is silent until 60 ms are buffered. A device may deliver larger blocks than the card
+/// takes; without this reserve the sound would have gaps.
 constexpr std::size_t cushionFrames = frameRate * 60 / 1000;
-/// The longest time of one wait for frames, and thus the longest delay of a request to end.
+/// The longest single wait for frames, and so the longest time until the thread notices that it
+/// must end.
 constexpr std::chrono::milliseconds frameWait{20};
 /// The delay after a device has reported frames but delivered none.
 constexpr std::chrono::milliseconds emptyReadRest{10};
-/// After more consecutive restarts than this without a frame in between, the device counts as lost.
+/// A device that was restarted more often than this without delivering a frame counts as lost.
 constexpr int maxFruitlessRestarts = 3;
 
 } // namespace
@@ -34,7 +35,7 @@ struct CaptureBacklog {
     std::mutex mutex;
     std::condition_variable changed;
     FrameQueue queue{backlogFrames};
-    bool flowing = false; ///< cushionFrames were queued, and each block since then was full
+    bool flowing = false; ///< the cushion was filled, and each block since then was full
     CapturePump::Opening opening = CapturePump::Opening::pending;
     bool leaving = false;
 
@@ -104,7 +105,7 @@ void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming&
     while (!backlog.isLeaving()) {
         if (const std::unique_ptr<PcmCapture> device = open(); device && device->restart() >= 0) {
             backlog.setOpening(CapturePump::Opening::open);
-            failures = 1; // after the device was open, each failure is reported
+            failures = 1; // the device was open, so already the next failure is reported
             listen(*device, backlog, report);
         } else {
             backlog.setOpening(CapturePump::Opening::failed);

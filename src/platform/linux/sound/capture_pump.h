@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Transfers the sound of a capture device to a line of the card, on a separate thread. The device
-// is open during the lifetime of this object. It uses no sound library and never blocks the card:
-// without data from the device the line is silent.
+// is open during the lifetime of this object. The pump calls no sound library itself. It never
+// blocks the card: without data from the device, the line is silent.
 #pragma once
 
 #include <chrono>
@@ -15,12 +15,12 @@
 
 namespace sonarith::sound {
 
-/// The pump's times; none was measured.
+/// The pump's time limits. The values are estimates and not based on measurements.
 struct CaptureTiming {
     /// Minimum delay before a device that was lost or cannot be opened is tried again.
     std::chrono::milliseconds retryAfter{2000};
-    /// How long the destructor waits for a device call that does not return. The window is blocked
-    /// meanwhile. A call to a working device takes a few milliseconds.
+    /// How long the destructor waits for a device call that does not return. The program's window
+    /// is blocked during that wait. A call to a working device takes a few milliseconds.
     std::chrono::milliseconds patience{150};
 };
 
@@ -28,10 +28,11 @@ struct CaptureBacklog;
 
 class CapturePump : public SampleSource {
   public:
-    /// `open` is called at once, and again after a loss; `open` and `report` must own what they
-    /// use. A loss is reported when the device cannot be opened again. At the start, a loss is
-    /// reported after the second failure in a row, since `opening` returns the first one. If no
-    /// thread can be started, the input is silent and counts as lost.
+    /// `open` is called on the pump's thread, immediately and again after each failure or loss.
+    /// `open` and `report` must own what they use. A loss of an open device is reported if
+    /// reopening fails. If the device cannot be opened at the start, `opening` returns the first
+    /// failure, and `report` is called from the second failure in a row on. If no thread can be
+    /// started, the input is silent and counts as lost.
     explicit CapturePump(OpenCapture open, CaptureTiming timing = {}, ReportDevice report = {},
                          const ThreadStarter& starter = startThread);
     ~CapturePump() override;

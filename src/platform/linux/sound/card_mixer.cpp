@@ -11,8 +11,7 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The functions that read and set a control's value on the card. A meter has no function to set
-/// it.
+/// The functions that get and set a control's value on the card. `set` is null for a meter.
 struct Access {
     std::int32_t (*get)(SoundCard& card, SoundCard::Time now);
     void (*set)(SoundCard& card, std::int32_t value);
@@ -90,7 +89,7 @@ constexpr Control controlTable[] = {
 };
 
 /// This offset makes line identifiers different from component types and control identifiers, so
-/// that mistaking one for another fails.
+/// that a call with the wrong kind of identifier fails.
 constexpr std::uint32_t lineIdBase = 0x00010000;
 
 constexpr std::uint32_t lineId(std::uint32_t componentType) {

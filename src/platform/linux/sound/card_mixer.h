@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer of this machine: it provides the lines and controls of the software sound card with the
-// identifiers of the mixer interface. The levels are in sound_card.h; kept_tone.h stores them.
+// Implements the mixer interface for the software sound card: provides the card's lines and
+// controls under the identifiers of that interface. The card holds the levels (sound_card.h).
+// kept_tone.h stores bass and treble.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +13,12 @@
 
 namespace sonarith::sound {
 
-/// Identifiers of lines and controls are the same for all handles.
+/// The identifiers of lines and controls are the same for all handles.
 class CardMixer final : public Mixer {
   public:
-    /// A null `card` means a machine without a mixer: opening fails. The card must outlive this;
-    /// `now` is the clock that advances it. `toneChanged` is called after each write of bass or
-    /// treble.
+    /// A null `card` means a machine without a mixer: opening fails. The card must outlive this
+    /// object; `now` is the clock that advances the card. `toneChanged` is called after each write
+    /// of bass or treble.
     explicit CardMixer(SoundCard* card, std::function<void()> toneChanged = {},
                        SoundCardThread::Clock now = monotonicNow);
 
@@ -34,7 +35,7 @@ class CardMixer final : public Mixer {
     SoundCard* card_;
     std::function<void()> toneChanged_;
     SoundCardThread::Clock now_;
-    MixerHandle opened_ = 0; ///< the number of issued handles, which is also the most recent handle
+    MixerHandle opened_ = 0; ///< the number of handles issued, which is also the latest handle
 };
 
 } // namespace sonarith::sound

@@ -26,7 +26,7 @@ void markDone(WaveHeader& header) {
 
 } // namespace
 
-/// The queue of buffers: the caller's thread adds them, and the card's thread fills them.
+/// The queue of buffers: the caller's thread adds buffers, and the card's thread fills them.
 class CardWaveInput::Tape final : public RecordingSink {
   public:
     explicit Tape(std::unique_ptr<WaveConverter> converter) : converter_(std::move(converter)) {

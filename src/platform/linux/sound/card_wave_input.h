@@ -16,12 +16,12 @@ namespace sonarith::sound {
 
 class CardWaveInput final : public WaveInput {
   public:
-    /// How long `open` waits for the result of opening an external input; the user does not notice
-    /// so short a delay. An input that takes longer counts as opened; if opening fails later, it is
-    /// silent.
+    /// How long open() waits until an external input was opened; a user does not notice such a
+    /// short delay. An input that takes longer counts as opened. If its opening fails later, the
+    /// input is silent.
     static constexpr std::chrono::milliseconds inputPatience{40};
 
-    /// The card must outlive it; `now` is the clock that advances it.
+    /// The card must outlive this object; `now` is the clock that advances the card.
     explicit CardWaveInput(SoundCard& card, SoundCardThread::Clock now = monotonicNow);
     ~CardWaveInput() override;
     CardWaveInput(const CardWaveInput&) = delete;

@@ -7,7 +7,7 @@ namespace sonarith::sound {
 
 namespace {
 
-/// The cause of a device's notices, for example "output hw:0".
+/// The text that identifies a device's notices, for example "output hw:0".
 std::string causeOf(SoundDevice kind, const std::string& name) {
     return (kind == SoundDevice::output ? "output " : "input ") + name;
 }

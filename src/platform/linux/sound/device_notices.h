@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notifies the user that a sound device was lost or works again: once per change, however often the
-// device is tried. It does not control the devices.
+// Notifies the user that a sound device was lost or works again. Each change causes one notice,
+// however often the device is tried. The devices are not controlled here.
 #pragma once
 
 #include <memory>
@@ -28,10 +28,10 @@ class DeviceNotices {
   private:
     std::mutex mutex_;
     Notices* notices_;           ///< a null pointer after mute()
-    std::set<std::string> lost_; ///< the causes of the current notices
+    std::set<std::string> lost_; ///< the lost devices, as the causes of their notices
 };
 
-/// The report function for the pump of device `name`. It keeps `notices` alive.
+/// Returns the report function for the pump of device `name`. That function keeps `notices` alive.
 [[nodiscard]] ReportDevice reportTo(std::shared_ptr<DeviceNotices> notices, SoundDevice kind,
                                     std::string name);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the pumps report the state of their device. The notices for the user are created elsewhere
-// (device_notices.h).
+// Defines how the pumps report the state of their device. device_notices.h creates the notices for
+// the user.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,8 @@ namespace sonarith::sound {
 
 enum class DeviceState {
     works,  ///< the device plays or delivers sound
-    lost,   ///< it cannot be opened or has failed; it is tried again later
-    unused, ///< it was closed and is not tried any more
+    lost,   ///< the device cannot be opened or has failed; it is tried again later
+    unused, ///< the device was closed and is not tried any more
 };
 
 /// Called on the pump's thread, or on the thread that destroys the pump. The function must return

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The external input of the recorder. Its device is opened once for all concurrent users and closed
-// when there are no more users. The line of the card that it feeds is in sound_card.h.
+// when there are no more users. sound_card.h contains the line that this input feeds.
 #pragma once
 
 #include <memory>
@@ -19,11 +19,11 @@ class ExternalInput {
                   CaptureTiming timing = {});
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// Returns the running input, or starts it; it is closed when the last owner releases it.
-    /// Returns at once: the device is opened on a separate thread, and the input is silent while it
-    /// has no data.
+    /// Returns the running input, or starts it. The device is closed when the last owner releases
+    /// the input. Returns at once: the device is opened on a separate thread, and the input is
+    /// silent while it has no data.
     [[nodiscard]] std::shared_ptr<CapturePump> acquire();
-    /// Whether `source` is the input that `acquire` would return now.
+    /// Whether `source` is the running input, which acquire() would return now.
     [[nodiscard]] bool isRunning(const SampleSource& source);
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A queue of frames between the card and the thread of a device or of a reader, in a buffer that is
-// allocated once. It has no lock: its owner must lock a mutex for each call.
+// A queue of frames between the card and the thread of a device or of a reader. Its buffer is
+// allocated once. The queue has no lock: its owner must lock a mutex for each call.
 #pragma once
 
 #include <algorithm>
@@ -15,9 +15,9 @@ namespace sonarith::sound {
 
 class FrameQueue {
   public:
-    /// Holds `capacity` frames, at least one. A memory page is used only once a frame has been
-    /// stored in it: a large queue that is emptied often uses only as much memory as the most
-    /// frames that it has held at once.
+    /// Holds `capacity` frames, at least one. The system provides a memory page only when a frame
+    /// is stored in it: a large queue that is emptied often uses only as much memory as its largest
+    /// content so far.
     explicit FrameQueue(std::size_t capacity)
         : capacity_(capacity),
           store_(static_cast<StereoFrame*>(::operator new(capacity * sizeof(StereoFrame)))) {}

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores bass and treble in the settings store's section "Devices", because a sound card keeps
-// them, too. They are read at the start and written when a slider has come to rest. Volumes and
-// mutes are not stored.
+// Stores bass and treble in the settings store's section "Devices", because a real sound card keeps
+// them, too. They are read at the start of the program and written when the user has stopped moving
+// a slider. Volumes and mutes are not stored.
 #pragma once
 
 #include <chrono>
@@ -16,18 +16,18 @@ namespace sonarith::sound {
 /// For the loop's thread only.
 class KeptTone {
   public:
-    /// A slider is at rest after this time without a change. While a user drags it, pauses are
-    /// shorter.
+    /// A slider counts as at rest after this time without a change. While a user drags a slider,
+    /// the times between two changes are shorter.
     static constexpr std::chrono::milliseconds restTime{500};
 
     /// Sets `tone` to the stored values; a value that is not a number from 0 to
-    /// ToneControl::highest becomes the middle. All arguments must outlive it.
+    /// ToneControl::highest becomes ToneControl::middle. All arguments must outlive this object.
     KeptTone(ToneControl& tone, SettingsStore& store, EventLoop& loop);
 
     /// Called after a slider has moved: its position is written after restTime unless another
     /// change follows.
     void changed();
-    /// Writes pending changes now, at the end of the program.
+    /// Writes pending changes now. Called at the end of the program, too.
     void keep();
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mixer's arithmetic on 16-bit samples: levels, saturating sums, the mean of both channels. It
-// uses no lines and no devices.
+// Calculates with samples for the mixer: applies levels, clips sums to 16 bits, and computes the
+// mean of both channels. It uses no lines and no devices.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace sonarith::sound {
 
-/// Mixer levels run from 0 to this.
+/// The highest mixer level; the lowest is 0.
 inline constexpr int fullVolume = 65535;
 
 /// A frame with 32 bits per sample, so that a sum of lines does not overflow.
@@ -19,8 +19,9 @@ struct WideFrame {
     std::int32_t right = 0;
 };
 
-/// `value` at `level` of fullVolume, rounded half away from zero. The level is an amplitude factor
-/// (linear); full volume is the identity. `value` is a sum of a few lines (it fits 24 bits).
+/// Returns `value` * `level` / fullVolume, rounded half away from zero: the level is a linear
+/// factor, and fullVolume does not change `value`. `value` is a sum of a few lines (it fits 24
+/// bits).
 [[nodiscard]] constexpr std::int32_t atLevel(std::int32_t value, int level) {
     const std::int64_t scaled = std::int64_t{value} * level;
     const std::int64_t half = fullVolume / 2;

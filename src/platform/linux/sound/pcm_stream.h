@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The pumps' interface to an open sound device, for output or input. The frames are stereo at the
 // card's rate; reads and writes do not block. Errors are negative errno values as in ALSA: -EAGAIN
-// (no space, or no frames), -EPIPE (underrun, overrun), -ESTRPIPE (suspended); any other is final.
+// (no space, or no frames), -EPIPE (underrun, overrun), -ESTRPIPE (suspended), -EINTR
+// (interrupted). After any other error the device is unusable.
 #pragma once
 
 #include <chrono>
@@ -14,8 +15,9 @@
 
 namespace sonarith::sound {
 
-/// Life cycle: opened and prepared; frames are written ahead; start; frames are written; stop;
-/// prepare; and so on. The destructor closes the device. For one thread only.
+/// Life cycle: the device is created open and prepared. The owner writes the first frames, calls
+/// start(), and writes more. After stop(), prepare() begins the cycle again. The destructor closes
+/// the device. For one thread only.
 class PcmPlayback {
   public:
     virtual ~PcmPlayback() = default;
@@ -41,11 +43,13 @@ class PcmCapture {
     [[nodiscard]] virtual long read(std::span<StereoFrame> frames) = 0;
     /// Waits for frames: positive if there are some, 0 after a timeout, or a negative errno.
     [[nodiscard]] virtual int waitForFrames(std::chrono::milliseconds atMost) = 0;
-    /// Starts, or restarts after an overrun: a capture does not continue by itself.
+    /// Starts the capture, or restarts it after an overrun, since a capture does not continue by
+    /// itself.
     [[nodiscard]] virtual int restart() = 0;
 };
 
-/// Opens the device; empty if that fails. Called on the pump's thread, as it may be slow.
+/// Opens the device; returns null if that fails. Called on the pump's thread, because opening may
+/// be slow.
 using OpenPlayback = std::function<std::unique_ptr<PcmPlayback>()>;
 using OpenCapture = std::function<std::unique_ptr<PcmCapture>()>;
 

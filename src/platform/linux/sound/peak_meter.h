@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the peak of a sound between two readings: the card's thread writes it and the meter's
-// view reads it, without a lock. sound_card.h chooses the sound that is measured.
+// Measures the peak of a sound between two readings. The card's thread records the peaks and the
+// meter's view reads them, without a lock. sound_card.h chooses the sound that is measured.
 #pragma once
 
 #include <algorithm>
@@ -33,8 +33,8 @@ class PeakMeter {
   public:
     using Time = std::chrono::nanoseconds; ///< of the card's clock
 
-    /// After this time without sound the level is 0: five blocks of the card, so that a slightly
-    /// late card thread does not make the meter flicker.
+    /// After this time without a recorded block the level is 0. It is the time of five blocks of
+    /// the card, so that the meter does not flicker if the card's thread is slightly late.
     static constexpr std::chrono::milliseconds holdTime{50};
 
     /// Records the peak of a block that the card processed at `now`.
@@ -47,8 +47,8 @@ class PeakMeter {
         }
     }
 
-    /// The largest peak since the last reading. The last result if no block was processed since
-    /// then, but 0 if none was processed for holdTime.
+    /// Returns the largest peak since the last reading. If no block was processed since then,
+    /// returns the last result; if no block was processed for holdTime, returns 0.
     [[nodiscard]] int read(Time now) {
         const int noted = sinceReading_.exchange(nothing, std::memory_order_acquire);
         if (noted != nothing) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts requested saves that are not complete. The program waits for them for a limited time
-// before it ends, because a file without a name is lost when the process ends.
+// Counts the saves of recordings that were requested and are not complete. Before the program ends,
+// it waits for them for a limited time, because a recording whose file has no name yet is lost when
+// the process ends.
 #pragma once
 
 #include <chrono>
@@ -21,7 +22,7 @@ class PendingSaves {
         --count_;
         changed_.notify_all();
     }
-    /// Waits at most `patience` until no save is pending; returns whether that is so.
+    /// Waits at most `patience` until no save is pending; returns whether none is pending.
     bool noneWithin(std::chrono::milliseconds patience) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, patience, [this] { return count_ == 0; });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The queue of frames between the card, which adds frames without blocking, and the thread that
-// writes them to a device and waits here for more. Thread-safe.
+// The queue of frames between the card and the thread that writes the frames to a device. The card
+// adds frames without blocking; the thread waits here for frames. Thread-safe.
 #pragma once
 
 #include <chrono>
@@ -25,21 +25,20 @@ class PlaybackFeed {
     // The thread's side.
 
     [[nodiscard]] bool isLeaving() const;
-    /// Waits without a time limit until there is sound or the thread is asked to end. The silence
-    /// before the sound is dropped: it may be left over from a device that was just closed.
+    /// Waits without a time limit until there is sound or the thread is asked to end. Drops the
+    /// silence before the sound: it may be left over from a device that was just closed.
     void awaitSound();
     /// Waits until `out` is full: at most `forAny` while there are no frames, and at most `forAll`
     /// once there are some. Returns the number of frames at the beginning of `out`.
     [[nodiscard]] std::size_t take(std::span<StereoFrame> out, std::chrono::milliseconds forAny,
                                    std::chrono::milliseconds forAll);
     void restUntil(std::chrono::steady_clock::time_point time);
-    /// While a device is open, silence between sounds is queued for it, too.
+    /// While a device is open, silence is queued too.
     void setDeviceOpen(bool open);
     void forgetQueued();
 
   private:
-    /// The most frames that wait for the device: 250 ms, so that a slow device cannot lag far
-    /// behind.
+    /// The most frames in the queue: 250 ms, so that a slow device cannot lag far behind.
     static constexpr std::size_t queueFrames = frameRate / 4;
 
     /// Waits until `done` returns true, but at most `atMost`. The thread is woken only when

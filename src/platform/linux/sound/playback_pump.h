@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Transfers the speakers' mix to a device, on a separate thread: the card adds its frames without
-// blocking. The device is open only while there is sound. It uses no sound library.
+// blocking. The device is open only while there is sound. The pump calls no sound library itself.
 #pragma once
 
 #include <chrono>
@@ -33,7 +33,7 @@ class PlaybackPump : public SpeakerSink {
   private:
     void start();
 
-    std::shared_ptr<PlaybackFeed> feed_; ///< shared with the thread, which may be left behind
+    std::shared_ptr<PlaybackFeed> feed_; ///< shared with the thread, which may outlive this object
     PlaybackTiming timing_;
     ReportDevice report_;
     OpenPlayback open_;
