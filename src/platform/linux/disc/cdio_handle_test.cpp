@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tables of real images are read in paranoia_sectors_test.cpp.
+// Tests handles without a disc. paranoia_sectors_test.cpp tests reading the tables of real images.
 #include "platform/linux/disc/cdio_handle.h"
 
 #include <gmock/gmock.h>

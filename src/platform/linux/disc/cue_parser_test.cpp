@@ -49,7 +49,7 @@ TEST(CueParser, ReadsTracksOfOneFile) {
     EXPECT_EQ(layout.tracks[1].line, 4);
 }
 
-TEST(CueParser, AStoredPauseBelongsToTheTrackBefore) {
+TEST(CueParser, AStoredPauseBelongsToThePreviousTrack) {
     const auto layout = accepted("FILE a.bin BINARY\n"
                                  "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
@@ -58,7 +58,7 @@ TEST(CueParser, AStoredPauseBelongsToTheTrackBefore) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, toFileEnd)));
 }
 
-TEST(CueParser, APregapIsSilenceThatIsNotStored) {
+TEST(CueParser, APregapIsSilenceBeforeTheStoredPause) {
     const auto layout =
         accepted("FILE a.bin BINARY\n"
                  "TRACK 01 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n"
@@ -78,7 +78,7 @@ TEST(CueParser, APostgapIsSilenceAtTheEndOfItsTrack) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 300, toFileEnd), silenceOf(5)));
 }
 
-TEST(CueParser, EachFileCanHoldOneTrack) {
+TEST(CueParser, EachTrackCanHaveItsOwnFile) {
     const auto layout = accepted("FILE 1.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "FILE 2.bin MOTOROLA\nTRACK 02 AUDIO\nINDEX 00 00:00:00\n"
                                  "INDEX 01 00:02:00\n");
@@ -98,27 +98,27 @@ TEST(CueParser, APauseCanBeAtTheEndOfThePreviousFile) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(1, 0, toFileEnd)));
 }
 
-TEST(CueParser, AFileNamedAgainContinues) {
+TEST(CueParser, AFileThatIsNamedTwiceIsListedOnce) {
     const auto layout = accepted("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "FILE a.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:01:00\n");
     EXPECT_THAT(layout.files, SizeIs(1));
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 75)));
 }
 
-TEST(CueParser, AnIndexWithinATrackSplitsNothing) {
+TEST(CueParser, AnIndexAfterIndex01DoesNotSplitTheSound) {
     const auto layout = accepted(oneTrack + "INDEX 02 00:01:00\nINDEX 03 00:02:00\n"
                                             "TRACK 02 AUDIO\nINDEX 01 00:03:00\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundOf(0, 0, 225)));
 }
 
-TEST(CueParser, AnIndexWithinATrackCanContinueInAnotherFile) {
+TEST(CueParser, ATrackCanContinueInAnotherFileFromIndex02On) {
     const auto layout = accepted(oneTrack + "FILE b.bin BINARY\nINDEX 02 00:00:00\nTRACK 02 AUDIO\n"
                                             "INDEX 01 00:03:00\n");
     EXPECT_THAT(layout.tracks[0].segments,
                 ElementsAre(soundOf(0, 0, toFileEnd), soundOf(1, 0, 225)));
 }
 
-TEST(CueParser, SectorsOfDataHaveTheirOwnSize) {
+TEST(CueParser, DataSectorsHaveTheSizeThatTheirModeStates) {
     const auto layout = accepted("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
                                  "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00\n");
     const Segment data{SegmentKind::data, 0, 0, 300 * framesPerSector, 2048};
@@ -130,7 +130,7 @@ TEST(CueParser, SectorsOfDataHaveTheirOwnSize) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(sound));
 }
 
-TEST(CueParser, TheLastSoundOfAnEnhancedDiscEndsWhereThePauseOfTheDataBegins) {
+TEST(CueParser, TheLastAudioTrackOfAnEnhancedDiscEndsWhereThePauseBeforeTheDataBegins) {
     const auto layout = accepted("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                  "REM SESSION 02\nTRACK 02 MODE2/2352\nPREGAP 00:10:00\n"
                                  "INDEX 00 00:04:00\nINDEX 01 00:06:00\n");
@@ -140,7 +140,7 @@ TEST(CueParser, TheLastSoundOfAnEnhancedDiscEndsWhereThePauseOfTheDataBegins) {
                 ElementsAre(Segment{SegmentKind::data, 0, 450 * 2352, toFileEnd}));
 }
 
-TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheLine) {
+TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheTimeLine) {
     const auto layout = accepted("REM SESSION 01\n" + oneTrack +
                                  "rem session 02\nTRACK 02 AUDIO\n"
                                  "INDEX 00 00:04:00\nINDEX 01 00:06:00\n"
@@ -149,7 +149,7 @@ TEST(CueParser, TheGapBeforeASecondSessionIsNotOnTheLine) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundOf(0, 450, 150), soundOf(0, 600, 75)));
 }
 
-TEST(CueParser, AcceptsAnyCaseAByteOrderMarkAndAnyLineEnds) {
+TEST(CueParser, AcceptsLowerCaseAByteOrderMarkAndCrLfLineEnds) {
     const auto layout = accepted("\xEF\xBB\xBF"
                                  "file \"a.bin\" binary\r\n\ttrack 1 audio\r\n"
                                  "\t\tindex 1 0:0:0\r\n\r\n");
@@ -186,7 +186,7 @@ TEST(CueParser, AcceptsAtMostNinetyNineTracks) {
                 AllOf(StartsWith("disc.cue, line 200: "), HasSubstr("between 01 and 99")));
 }
 
-TEST(CueParser, RefusesThousandsOfTracksAtTheFirstOneTooMany) {
+TEST(CueParser, RefusesThousandsOfTracksAtTrack100) {
     std::string text = "FILE a.bin BINARY\n";
     for (int i = 1; i <= 9000; ++i) {
         text += "TRACK " + std::to_string(i) + " AUDIO\nINDEX 01 " + msfText(i) + "\n";
@@ -213,13 +213,14 @@ TEST(CueParser, RefusesTimesOutOfRange) {
                 HasSubstr("minutes go up to 99"));
 }
 
-TEST(CueParser, ATruncatedSheetIsRefusedOrItsCompleteTracksAreRead) {
+TEST(CueParser, ATruncatedSheetIsRefusedUnlessItsFirstTrackIsComplete) {
     const std::string whole = "FILE \"a.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                               "TRACK 02 AUDIO\nINDEX 00 00:04:00\nINDEX 01 00:06:00";
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const auto layout = parseCue("disc.cue", whole.substr(0, length));
         if (layout.ok()) {
-            EXPECT_GE(length, whole.find("TRACK 02") - 2) << "track 1 is not complete yet";
+            EXPECT_GE(length, whole.find("TRACK 02") - 2)
+                << "accepted, although track 1 is not complete";
         } else {
             EXPECT_THAT(layout.error().text, StartsWith("disc.cue"));
         }
@@ -259,13 +260,13 @@ TEST(CueParser, ReportsMisplacedStatements) {
                 HasSubstr("line 1: no INDEX follows the file \"a\""));
 }
 
-TEST(CueParser, RefusesFilesThatItCannotRead) {
+TEST(CueParser, RefusesUnknownFileTypesAndDataInAWaveFile) {
     EXPECT_THAT(refused("FILE a.mp3 MP3\n"), HasSubstr("the type of the file is \"MP3\""));
     EXPECT_THAT(refused("FILE a.wav WAVE\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00\n"),
                 HasSubstr("data track cannot be in a WAVE file"));
 }
 
-TEST(CueParser, RefusesPathsOutOfBounds) {
+TEST(CueParser, RefusesPathsOutsideTheSheetsFolder) {
     EXPECT_THAT(refused("FILE \"../a.bin\" BINARY\n"),
                 AllOf(StartsWith("disc.cue, line 1: "), HasSubstr("out of the image's folder")));
     EXPECT_THAT(refused("FILE \"/etc/passwd\" BINARY\n"), HasSubstr("absolute path"));

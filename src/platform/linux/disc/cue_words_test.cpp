@@ -21,7 +21,7 @@ TEST(CueWords, UnsupportedModesAreUnknown) {
     EXPECT_FALSE(cueTrackMode("").has_value());
 }
 
-TEST(CueWords, FormatsHaveAByteOrder) {
+TEST(CueWords, EachFileTypeNamesAFormat) {
     EXPECT_EQ(cueFileFormat("binary"), ImageFormat::littleEndian);
     EXPECT_EQ(cueFileFormat("Motorola"), ImageFormat::bigEndian);
     EXPECT_EQ(cueFileFormat("WAVE"), ImageFormat::wave);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The destruction of a player is tested in disc_player_close_test.cpp.
+// Tests how a player plays a disc. disc_player_close_test.cpp tests the destruction of a player.
 #include "platform/linux/disc/disc_player.h"
 
 #include <atomic>
@@ -18,7 +18,8 @@ using sound::Pulled;
 using sound::StereoFrame;
 using sound::Supply;
 
-// 10 ms at 44100 Hz: not a divisor of a sector, so that block and sector boundaries differ.
+// 10 ms at 44100 Hz. A sector's 588 frames are no multiple of it, so block and sector boundaries
+// differ.
 constexpr std::size_t blockFrames = 441;
 
 std::shared_ptr<FakeDisc> discOf(std::vector<Track> tracks) {
@@ -29,8 +30,7 @@ std::shared_ptr<FakeDisc> longDisc() {
     return discOf({{TrackKind::audio, 10000}});
 }
 
-/// Pulls until `wanted` frames have arrived or the source has ended, as an engine without a time
-/// limit does.
+/// Pulls until `wanted` frames have arrived or the source has ended, without a time limit.
 std::vector<StereoFrame> play(DiscPlayer& player, std::size_t wanted) {
     std::vector<StereoFrame> played;
     std::vector<StereoFrame> block(blockFrames);
@@ -68,7 +68,7 @@ TEST(DiscPlayer, IsStoppedAtTheBeginningAndReadsNothing) {
     EXPECT_TRUE(disc->reads().empty());
 }
 
-TEST(DiscPlayer, DeliversEveryFrameOfTheStretchOnceAndInOrder) {
+TEST(DiscPlayer, DeliversEveryFrameOfTheRangeOnceAndInOrder) {
     DiscPlayer player(longDisc());
     ASSERT_TRUE(player.play(7, 1007).ok());
     EXPECT_EQ(playToItsEnd(player), framesAt(7 * framesPerSector, 1000 * framesPerSector));
@@ -85,7 +85,7 @@ TEST(DiscPlayer, CountsThePositionInPulledFrames) {
     EXPECT_EQ(player.mode(), PlayerMode::playing);
 }
 
-TEST(DiscPlayer, ReadsNoSectorPastTheEndWhateverItsLength) {
+TEST(DiscPlayer, ReadsNoSectorPastTheEndOfARangeOfAnyLength) {
     for (std::int64_t length = 1; length <= 60; ++length) {
         const auto disc = longDisc();
         DiscPlayer player(disc);
@@ -99,7 +99,7 @@ TEST(DiscPlayer, NeverReadsFurtherAheadThanFourSeconds) {
     const auto disc = longDisc();
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(0, 10000).ok());
-    // Nothing is pulled, so these are all the reads that fit into the queue.
+    // Waits until the queue is full, since nothing is pulled yet.
     constexpr std::int64_t ahead = 4 * sectorsPerSecond;
     while (disc->furthest() < ahead) {
         std::this_thread::yield();
@@ -127,7 +127,7 @@ TEST(DiscPlayer, PlaysAcrossAudioTracksAndStopsWhereADataTrackBegins) {
     EXPECT_EQ(playToItsEnd(player), framesAt(120 * framesPerSector, 60 * framesPerSector));
 }
 
-TEST(DiscPlayer, StopsAtOnceInADataTrackAndForAnEmptyStretch) {
+TEST(DiscPlayer, StopsAtOnceInADataTrackAndForAnEmptyRange) {
     const auto disc = discOf({{TrackKind::data, 50}, {TrackKind::audio, 60}});
     DiscPlayer player(disc);
     ASSERT_TRUE(player.play(20, 110).ok());
@@ -212,7 +212,8 @@ TEST(DiscPlayer, BeginsNoReadWhilePaused) {
     disc->waitForReads(1);
     player.pause();
     disc->release();
-    // Long enough to detect a reader that does not wait; one that waits always passes.
+    // Waits up to 20 ms, long enough to detect a reader that ignores the pause. A correct reader
+    // always passes.
     for (int i = 0; i < 20 && disc->reads().size() == 1; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
@@ -272,7 +273,7 @@ TEST(DiscPlayer, StaysInModePlayingWhenTheMediumIsGone) {
     EXPECT_EQ(player.mode(), PlayerMode::stopped);
 }
 
-TEST(DiscPlayer, NoticesThatTheMediumIsGoneInAnObsoleteRead) {
+TEST(DiscPlayer, NoticesARemovedMediumInAReadWhoseResultIsNotWantedAnyMore) {
     const auto disc = longDisc();
     disc->vanishFrom(0);
     disc->hold();
@@ -317,7 +318,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
             }
         }
     });
-    std::mt19937 random(20240607); // fixed: the same commands in every run
+    std::mt19937 random(20240607); // a fixed seed: the same commands in every run
     for (int i = 0; i < 3000; ++i) {
         const std::int64_t sector = grid * static_cast<std::int64_t>(random() % 90);
         switch (random() % 8) {
@@ -342,7 +343,7 @@ TEST(DiscPlayer, DeliversExactFramesWhileAnotherThreadIssuesCommands) {
         }
         std::this_thread::yield();
     }
-    // Ends with a stretch that is played completely, so that sound is played on any machine.
+    // The last range is played completely, so that some sound is played even on a slow machine.
     ASSERT_TRUE(player.play(0, 30).ok());
     while (player.mode() == PlayerMode::playing) {
         std::this_thread::yield();

@@ -17,14 +17,14 @@ Table threeTracks() {
     return {{{TrackKind::audio, 300}, {TrackKind::audio, 400}, {TrackKind::data, 500}}};
 }
 
-TEST(Table, ATrackStartsWhereTheOneBeforeItEnds) {
+TEST(Table, ATrackStartsWhereThePreviousTrackEnds) {
     const Table table = threeTracks();
     EXPECT_EQ(table.start(1), 0);
     EXPECT_EQ(table.start(2), 300);
     EXPECT_EQ(table.start(3), 700);
 }
 
-TEST(Table, TheStartAfterTheLastTrackIsTheEndOfTheLine) {
+TEST(Table, TheStartAfterTheLastTrackIsTheEndOfTheTimeLine) {
     EXPECT_EQ(threeTracks().start(4), 1200);
     EXPECT_EQ(threeTracks().sectors(), 1200);
 }
@@ -38,7 +38,7 @@ TEST(Table, ASectorBelongsToTheTrackThatContainsIt) {
     EXPECT_EQ(table.trackAt(1199), 3);
 }
 
-TEST(Table, BeyondTheEndOfTheLineTheLastTrackIsReturned) {
+TEST(Table, BeyondTheEndOfTheTimeLineTheLastTrackIsReturned) {
     EXPECT_EQ(threeTracks().trackAt(1200), 3);
     EXPECT_EQ(threeTracks().trackAt(99999), 3);
 }

@@ -66,7 +66,7 @@ TEST_F(DriveSlotTest, UsesTheFirstOpticalDriveIfNothingIsChosen) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, HasNoDriveOnAMachineWithoutOneAndReportsIt) {
+TEST_F(DriveSlotTest, ReportsThatTheMachineHasNoOpticalDrive) {
     EXPECT_EQ(slot.openDrive(), nullptr);
     EXPECT_THAT(slot.report().text, HasSubstr("no optical drive"));
     EXPECT_EQ(slot.report().kind, DeviceProblem::missing);
@@ -85,7 +85,7 @@ TEST_F(DriveSlotTest, DistinguishesADeviceNodeFromAnImage) {
                                   "image /dev/shm/disc.cue", "image disc.toc"));
 }
 
-TEST_F(DriveSlotTest, KeepsTheDriveAndItsTrayUntilAChoiceIsMade) {
+TEST_F(DriveSlotTest, KeepsTheDriveAndItsOpenTrayUntilTheUserChooses) {
     configured = "/a.cue";
     slot.openDrive()->openTray();
     EXPECT_FALSE(slot.openDrive()->mediaPresent());
@@ -168,7 +168,7 @@ TEST_F(DriveSlotTest, ARemarkOfAPreviousDiscIsNotReportedForTheNextOne) {
     EXPECT_EQ(slot.report().text, "");
 }
 
-TEST_F(DriveSlotTest, IgnoresADriveThatIsNoLongerChosen) {
+TEST_F(DriveSlotTest, DoesNotReportTheProblemOfADriveThatIsNoLongerChosen) {
     configured = "/a.cue";
     const std::shared_ptr<Drive> former = slot.openDrive();
     configured = "/b.cue";
@@ -188,7 +188,7 @@ class RealDriveSlot : public testing::Test {
 };
 
 // A queue of captures opens the drive again for each track.
-TEST_F(RealDriveSlot, KeepsTheDamageCountAcrossOpens) {
+TEST_F(RealDriveSlot, KeepsTheCountOfDamagedSectorsWhenTheDriveIsOpenedAgain) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 90));
     folder.write("a.cue", "FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"

@@ -51,7 +51,7 @@ TEST(DriveStatus, ReportsTheProblemsKindAndNamesTheDrive) {
     }
 }
 
-TEST(DriveStatus, DistinguishesAnOpenTrayFromAnEmptyDrive) {
+TEST(DriveStatus, MapsEachReplyOfTheKernelToAState) {
     constexpr struct {
         int reply;
         int error;
@@ -75,7 +75,7 @@ TEST(DriveStatus, OrdersTheKernelsListByNumber) {
     EXPECT_THAT(driveNames(text), ElementsAre("sr0", "sr1", "sr10"));
 }
 
-TEST(DriveStatus, FindsNoDrivesInALineOrTextWithoutThem) {
+TEST(DriveStatus, FindsNoDrivesIfTheKernelsListIsEmptyOrMissing) {
     EXPECT_THAT(driveNames("CD-ROM information\n\ndrive name:\t\n\ndrive speed:\t\n"), IsEmpty());
     EXPECT_THAT(driveNames("drive name:"), IsEmpty());
     EXPECT_THAT(driveNames(""), IsEmpty());

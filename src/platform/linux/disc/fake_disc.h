@@ -15,7 +15,7 @@
 
 namespace sonarith::disc {
 
-/// The frame at position `index` of a fake disc's time line; no two are equal.
+/// The frame at position `index` of a fake disc's time line; no two frames are equal.
 inline sound::StereoFrame frameAt(std::int64_t index) {
     return {static_cast<std::int16_t>(index & 0xffff), static_cast<std::int16_t>(index >> 16)};
 }
@@ -77,7 +77,7 @@ class FakeDisc : public Disc {
     }
 
   private:
-    // Like a device that hangs, it never checks for a stop request.
+    // Ignores stop requests, like a device that hangs.
     ReadOutcome readSectors(std::int64_t first, std::span<sound::StereoFrame> out,
                             const std::stop_token& /*stop*/) override {
         std::unique_lock lock(mutex_);

@@ -14,25 +14,28 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// 100 ms, written before the device is started. So the beginning of a sound is complete, and the
-/// device underruns only if the card is late by nearly this time.
+/// The number of frames that are written before the device is started: 100 ms. So the device plays
+/// the beginning of a sound without a gap, and underruns only if the card is late by nearly this
+/// time.
 constexpr std::size_t prefillFrames = frameRate / 10;
-/// 50 ms of silence, written after the end of a sound: a device that repeats its buffer after an
-/// underrun then repeats silence.
+/// The silence that is written after the end of a sound: 50 ms. A device that repeats its buffer
+/// after an underrun then repeats silence.
 constexpr std::size_t paddingFrames = frameRate / 20;
-/// Once the device has accepted half a second, which is more than its buffer, some of it was
-/// played.
+/// A device that has accepted this number of frames has certainly played some of them: it is half a
+/// second, which is more than the device's buffer.
 constexpr std::size_t certainFrames = frameRate / 2;
-/// The longest time of one wait for space, and thus the longest delay of a request to end.
+/// The longest single wait for space, and so the longest time until the thread notices that it must
+/// end.
 constexpr std::chrono::milliseconds roomWait{100};
-/// 30 ms, written in one call: a sound server is a separate process, and every write wakes it. A
-/// batch is far shorter than the device's buffer.
+/// The most frames in one write: 30 ms. Smaller writes would be more frequent, and every write
+/// wakes the sound server, which is a separate process. A batch is far shorter than the device's
+/// buffer.
 constexpr std::size_t batchFrames = 3 * blockFrames;
-/// The delay between two checks of how much of the end is still to be played, and the delay after a
-/// device has reported space but accepted nothing.
+/// The delay between two checks of how much of a sound's end is still to be played, and the delay
+/// after a device has reported space but accepted nothing.
 constexpr std::chrono::milliseconds shortRest{10};
-/// After more consecutive underruns than this without an accepted frame in between, the device
-/// counts as lost.
+/// A device with more consecutive underruns than this, without an accepted frame in between, counts
+/// as lost.
 constexpr int maxFruitlessRecoveries = 3;
 
 } // namespace
@@ -67,10 +70,11 @@ bool PlaybackSession::playBlock(std::span<const StereoFrame> frames) {
 }
 
 /// Called when no frames have arrived for a while: plays the end of the sound, then stops the
-/// device, so that it does not underrun again and again.
+/// device, so that the device does not underrun again and again. Returns false if the device is
+/// lost.
 bool PlaybackSession::goOnDry() {
     switch (phase_) {
-    case Phase::filling: // a sound shorter than the prefill
+    case Phase::filling: // the sound is shorter than the prefill
     case Phase::running:
         if (!writeAll(std::vector<StereoFrame>(paddingFrames)) || !startIfFilling()) {
             return false;

@@ -16,8 +16,8 @@ namespace sonarith::sound {
 
 class PlaybackSession {
   public:
-    /// All four arguments must outlive it. `onPlays` is called once, when it is certain that the
-    /// device plays.
+    /// All four arguments must outlive this object. `onPlays` is called once, when it is certain
+    /// that the device plays.
     PlaybackSession(PcmPlayback& device, PlaybackFeed& feed, const PlaybackTiming& timing,
                     const std::function<void()>& onPlays)
         : device_(device), feed_(feed), timing_(timing), onPlays_(onPlays) {}
@@ -32,7 +32,7 @@ class PlaybackSession {
     enum class Phase {
         filling,  ///< prepared, not started yet
         running,  ///< started
-        draining, ///< started; no more frames have arrived, and the end is being played
+        draining, ///< started; no more frames arrive, and the end of the sound is played
         stopped,  ///< open and silent
     };
 
@@ -52,8 +52,8 @@ class PlaybackSession {
     bool playing_ = false; ///< onPlays_ was called
     Phase phase_ = Phase::filling;
     std::size_t written_ = 0;      ///< frames written since the device was prepared
-    std::size_t silentFrames_ = 0; ///< number of silent frames at the end of the written ones
-    bool hadRoom_ = false;
+    std::size_t silentFrames_ = 0; ///< number of silent frames at the end of those written
+    bool hadRoom_ = false;         ///< the last wait for space reported space
     std::chrono::steady_clock::time_point drainingSince_{};
     std::chrono::steady_clock::time_point stoppedAt_{};
 };

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The times of the playback pump.
+// Defines the time limits of the playback pump.
 #pragma once
 
 #include <chrono>
 
 namespace sonarith::sound {
 
-/// None of these times was measured: they were chosen so that the user does not notice them.
+/// The values are estimates and not based on measurements.
 struct PlaybackTiming {
-    /// After this time without frames the sound counts as ended. It is longer than the card's delay
-    /// under load.
+    /// After this time without frames the sound counts as ended. The time is longer than the card's
+    /// delay under load.
     std::chrono::milliseconds dryAfter{60};
-    /// How long the first frames of a batch wait for its last ones. It is longer than a batch
-    /// lasts, so that the thread wakes once per batch.
+    /// How long the first frames of a batch wait for its last ones. The time is longer than the
+    /// playing time of a batch, so that the thread wakes once per batch.
     std::chrono::milliseconds batchWait{40};
     /// After this time of silence, or without any frames, the device is closed.
     std::chrono::milliseconds closeAfter{3000};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording in progress. The sound of the card's recorder is written to a file
-// (recording_file.h); the card never waits for the disk, and the logic waits only for a limited
-// time. The caller chooses where the recording is saved.
+// Writes the sound of the card's recorder to a file (recording_file.h). The card never waits for
+// the disk, and the logic's thread waits only for a limited time. The caller chooses where the
+// recording is saved.
 #pragma once
 
 #include <chrono>
@@ -20,14 +20,14 @@
 
 namespace sonarith::sound {
 
-/// The times of a recording; none was measured.
+/// The time limits of a recording. The values are estimates and not based on measurements.
 struct RecordingTiming {
     /// The longest wait of the logic's thread for the disk in each of `begin`, `save` and the
     /// destructor. The destructor does not wait if an earlier wait timed out, so that a stop, a
     /// save and a destruction together take less than 100 ms, which the user does not notice.
     std::chrono::milliseconds command{80};
-    /// If no file can be created in a folder within this time, the next folder is tried, if there
-    /// is one. Four folders take less time than the queue has space for.
+    /// If a folder does not respond within this time, the next folder is tried, if there is one.
+    /// Four such waits take 8 s; the queue has space for 10 s of sound.
     std::chrono::milliseconds folder{2000};
     /// A save that takes longer is reported to the user.
     std::chrono::milliseconds lateSave{3000};
@@ -43,13 +43,13 @@ struct RecordingContext {
 
 struct RecordingJob;
 
-/// Created, used and destroyed on the logic's thread; a separate thread writes.
+/// Created, used and destroyed on the logic's thread; a separate thread writes the file.
 ///
 /// The amount of sound that waits for a slow disk is limited, and the card stops at that limit: see
 /// RecordingQueue. Sound that was written before the disk became full or failed is kept and can be
 /// saved: see RecordingFile.
 ///
-/// If the disk hangs, the thread that waits for it is left behind. If the disk responds again while
+/// If the disk hangs, the thread that waits for it is detached. If the disk responds again while
 /// the program runs, the thread completes a requested save. The file of an unsaved recording has no
 /// name, and the system deletes it when the process ends: if the disk hangs until then, the whole
 /// recording is lost, including the part that had reached the disk.
@@ -58,8 +58,8 @@ class Recording {
     /// Creates the file in the first of `folders` that allows it. The first folder should be the
     /// one in which the file will be saved, since no copy is needed then. Fails with the error of
     /// the last folder if none allows it. Succeeds if a folder does not respond in time: the sound
-    /// is then queued until a file can be created. Fails if no thread can be started, and notifies
-    /// the user.
+    /// is then queued until a file can be created. If no thread can be started, begin() fails and
+    /// the user is notified.
     [[nodiscard]] static Result<std::unique_ptr<Recording>>
     begin(Channels channels, std::vector<std::filesystem::path> folders, RecordingContext context);
     /// Drops unsaved sound; a running save continues without this object.
@@ -72,10 +72,9 @@ class Recording {
     /// The number of sample bytes that the card has delivered so far; after a disk failure, the
     /// number that is kept. Never blocks.
     [[nodiscard]] std::int64_t bytes() const;
-    /// Saves the recording as `target`, as `RecordingFile::save` does; no more sound is accepted
-    /// from then on. After a timeout the call fails with deviceInputOutput, but the save continues
-    /// in the background; another call with the same name waits for that save. May be called again,
-    /// as RecordingFile::save.
+    /// Saves the recording as `target`. No more sound is accepted from then on. After a timeout the
+    /// call fails with deviceInputOutput, but the save continues in the background; another call
+    /// with the same name waits for that save. For other repeated calls see RecordingFile::save.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:

@@ -20,11 +20,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t bytesPerSample = sizeof(std::int16_t);
-/// The number of frames written by one call.
+/// The most frames that one call of write() writes.
 constexpr std::size_t framesPerWrite = 4096;
 /// The recording is flushed to the disk every 5 s, about as often as the system does it by itself.
-/// So a save has little left to flush; and if a disk accepts samples but later fails to store them
-/// (for example a full network folder), only these seconds are lost and not the whole recording.
+/// So a save has little left to flush. If a disk accepts samples but later fails to store them (for
+/// example in a full network folder), only the last 5 s are lost and not the whole recording.
 constexpr std::int64_t framesPerFlush = std::int64_t{5} * frameRate;
 
 } // namespace
@@ -123,7 +123,8 @@ Status RecordingFile::finish(const fs::path& target) {
         if (rewrite(WavForm::rf64, target).ok()) {
             return {};
         }
-        // There is no space for the copy: only the part that fits into a plain WAV is kept.
+        // The copy could not be written, most likely for lack of space: only the part that fits
+        // into a plain WAV is kept.
         endEarly(EFBIG, longestWavBytes_ / bytesPerFrame(channels_));
     }
     const int error = finishInPlace();
@@ -141,8 +142,8 @@ int RecordingFile::finishInPlace() {
     if (error == 0) {
         error = flush();
         if (error != 0) {
-            // Samples after the last flush may be lost although the disk accepted them; those
-            // before it are not.
+            // Samples that were written after the last flush may be lost, although the disk
+            // accepted them. Earlier samples are safe.
             endEarly(error, flushedFrames_);
             if (frames_ > 0) {
                 error = truncateToKeptFrames();
@@ -170,8 +171,8 @@ int RecordingFile::truncateToKeptFrames() {
 }
 
 /// Copies the kept frames to a new file with a header of `form`. Recordings of more than 4 GiB (6.7
-/// hours of stereo) need a larger header. Its space is not reserved in each file, because small
-/// files would then not have the plain header that every other program reads.
+/// hours of stereo) need a larger header. Space for that header is not reserved in every file,
+/// because small files would then lack the plain header that every other program reads.
 Status RecordingFile::rewrite(WavForm form, const fs::path& target) {
     Result<files::UnnamedFile> made = files::UnnamedFile::create(folder_, concealment_);
     if (!made.ok()) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording on the disk: a WAV file without a name until it is saved. Data that has reached the
-// disk can be saved after any later failure. Its calls wait for the disk; recording.h makes them on
-// a separate thread.
+// A recording on the disk: a WAV file without a name until it is saved. Samples that have been
+// flushed to the disk are kept: save() can still give them a name after a later failure. The
+// members of this class wait for the disk, so recording.h calls them on a separate thread.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@
 
 namespace sonarith::sound {
 
-/// 16 bits, 44100 Hz; mono is the mean of both channels. For one thread only; the time of a call is
-/// not limited if the disk is slow.
+/// The format is 16 bits at 44100 Hz; mono is the mean of both channels. For one thread only. If
+/// the disk is slow, a call takes as long as the disk does.
 class RecordingFile {
   public:
     /// Creates an empty file in `folder`, which should be the folder in which it will be saved,
@@ -27,8 +27,8 @@ class RecordingFile {
            std::int64_t longestWavBytes = maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// False if not all frames were written; all later calls then return false, so that nothing is
-    /// appended after a gap. No effect after the first call of save.
+    /// Returns false if not all frames were written. All later calls then return false too, so that
+    /// nothing is appended after a gap. No effect after the first call of save().
     [[nodiscard]] bool append(std::span<const StereoFrame> frames);
 
     /// The number of whole frames that are kept: all appended frames, or fewer after a failure.
@@ -36,9 +36,9 @@ class RecordingFile {
     /// The errno value of the failure that ended the recording early; 0 if there was none.
     [[nodiscard]] int failure() const { return failure_; }
 
-    /// Completes the WAV and names it `target` in one step, as `UnnamedFile::publish` does. After a
-    /// failure of the disk the WAV is valid, but ends early; the save fails if no frames are kept.
-    /// May be called again for another name, or if it has failed.
+    /// Completes the WAV file and gives it the name `target` (see UnnamedFile::publish). After a
+    /// failure of the disk, the saved file is a valid WAV that ends early; if no frames are kept,
+    /// save() fails. May be called again, with another name or after a failed call.
     [[nodiscard]] Status save(const std::filesystem::path& target);
 
   private:
@@ -60,14 +60,14 @@ class RecordingFile {
     /// The stages of the file.
     enum class Stage {
         recording,
-        finishing, ///< a save was tried
+        finishing, ///< save() has been called
         whole,     ///< the file is a complete WAV of the kept frames
     };
 
     Channels channels_;
     std::filesystem::path folder_;
     files::UnnamedFile file_;
-    WavWriter writer_; ///< to file_
+    WavWriter writer_; ///< writes to file_
     std::int64_t longestWavBytes_;
     files::Concealment concealment_;
     Stage stage_ = Stage::recording;

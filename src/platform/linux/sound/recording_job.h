@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work of a recording's threads, and the state that they share with the logic's thread. One
-// thread creates the file, writes and saves; another one replaces it if a folder blocks it. The
-// logic's waits are in recording_orders.h.
+// The functions that a recording's threads run, and the state that these threads share with the
+// logic's thread. One thread, the writer, creates the file, writes and saves; if a folder blocks
+// the writer, another thread replaces it. The waits of the logic's thread are in
+// recording_orders.h.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,7 @@
 
 namespace sonarith::sound {
 
-/// Owns everything that the threads access, as they may outlive their creator.
+/// Owns everything that the threads access, because they may outlive their creator.
 struct RecordingJob {
     RecordingJob(Channels channelsToRecord, std::vector<std::filesystem::path> candidates,
                  RecordingContext shared);
@@ -28,9 +29,9 @@ struct RecordingJob {
     RecordingQueue queue;
 };
 
-/// The body of the writer, the thread that has `turn`: creates a file in the first usable folder,
-/// beginning with number `candidate`, writes the frames of the queue, and saves as ordered until no
-/// more orders follow.
+/// Run by the writer, the thread that has `turn` (see RecordingOrders). Creates a file in the first
+/// usable folder, beginning with the folder of index `candidate`; writes the frames of the queue;
+/// then executes orders to save until no more follow.
 void writeRecording(RecordingJob& job, RecordingOrders::Turn turn, std::size_t candidate);
 
 /// Called if the first writer cannot be started: reports that to the user and to the threads that

@@ -32,15 +32,15 @@ class RecordingNotices {
     void begun(const std::filesystem::path& folder);
     /// The folder has not responded, and the recording is created in the next one.
     void folderSkipped(const std::filesystem::path& folder);
-    /// The recorded sound waits for the disk until it responds.
+    /// The disk does not respond; the recorded sound waits for it.
     void stalled(const std::filesystem::path& folder);
     void responds(const std::filesystem::path& folder);
 
     /// A failure has ended the recording; `keptFrames` can be saved. `error` is an errno value.
     void endedEarly(RecordingNumber number, const std::filesystem::path& folder, int error,
                     std::int64_t keptFrames);
-    /// The file was saved as `target`. `error` is the errno value of the reason why it ends early,
-    /// or 0.
+    /// The file was saved as `target`. `error` is the errno value of the failure that ended the
+    /// recording early, or 0.
     void saved(RecordingNumber number, const std::filesystem::path& target, int error,
                std::int64_t keptFrames);
     void notSaved(const std::filesystem::path& target, const Error& error);
@@ -62,7 +62,7 @@ class RecordingNotices {
     RecordingNumber newest_ = 0;
 };
 
-/// "0:42", "74:00": whole minutes and seconds.
+/// The length in whole minutes and seconds, for example "0:42" or "74:00".
 [[nodiscard]] std::string lengthText(std::int64_t frames);
 
 } // namespace sonarith::sound

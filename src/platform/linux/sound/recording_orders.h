@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The logic's orders to a recording's writer (create a file, save, end) and their results. The
-// logic's waits are limited; an order remains valid after a timeout. It handles no frames and no
-// files.
+// Passes the logic's orders (create a file, save, end) to a recording's writer, and the results
+// back to the logic. The logic waits for a result only for a limited time; its order remains valid
+// after a timeout. This class handles no frames and no files.
 #pragma once
 
 #include <chrono>
@@ -18,16 +18,18 @@
 
 namespace sonarith::sound {
 
-/// Thread-safe. One thread at a time is the writer: the one that has the current turn.
+/// Thread-safe. One thread at a time is the writer: the thread that has the current turn.
 class RecordingOrders {
   public:
     using Patience = std::chrono::milliseconds;
-    /// Starts at 0. A turn ends when its thread hangs and another one takes over.
+    /// The number of a writer, counted from 0. A turn ends when its thread hangs and another thread
+    /// becomes the writer.
     using Turn = int;
     /// Called under this object's lock, so that it runs before any other change of the state.
     using Call = std::function<void()>;
 
-    /// The writer tries up to `candidates` folders. `saves` may be a null pointer.
+    /// `candidates` is the number of folders that the writer tries, one after the other. `saves`
+    /// may be a null pointer.
     RecordingOrders(std::size_t candidates, std::shared_ptr<PendingSaves> saves)
         : candidates_(candidates), saves_(std::move(saves)) {}
 
@@ -40,7 +42,7 @@ class RecordingOrders {
     /// a save with another name fails.
     [[nodiscard]] std::optional<Status> saveWithin(Patience patience,
                                                    const std::filesystem::path& target);
-    /// Ends the orders. Returns whether a save is still pending.
+    /// Informs the writer that no more orders follow. Returns whether a save is still pending.
     bool close();
     /// Waits at most `patience` until the writer has closed its file; returns whether it has.
     [[nodiscard]] bool finishedWithin(Patience patience);
@@ -50,30 +52,30 @@ class RecordingOrders {
     /// Describes the turn that replaces a hanging one.
     struct Replacement {
         Turn turn;
-        std::size_t hanging; ///< the number of the candidate in which the writer hangs
+        std::size_t hanging; ///< the index of the folder in which the writer hangs
     };
-    /// Waits, and ends the writer's turn if it tries one candidate longer than `patience`. Returns
-    /// empty as soon as there is a file, all candidates have failed, no candidate is left, or no
-    /// file is wanted any more.
+    /// Waits. If the writer tries one folder for longer than `patience`, ends its turn and returns
+    /// the replacement. Returns empty as soon as the file exists, all folders have failed, no
+    /// folder is left, or no file is wanted any more.
     [[nodiscard]] std::optional<Replacement> replaceWithin(Patience patience);
     /// Calls `onLate` if the running save is not complete within `patience`.
     void watchSave(Patience patience, const Call& onLate);
 
-    // The writer's side. The functions return false if the writer's turn is over or its work is not
-    // wanted any more.
+    // The writer's side. tries(), begins() and fails() return false if the writer's turn is over or
+    // its work is not wanted any more.
 
     [[nodiscard]] bool tries(Turn turn, std::size_t candidate);
-    /// Reports that there is a file. `onBegun` is called before any waiting thread is notified; the
-    /// same applies to `onFailed` and `onDone`.
+    /// Reports that the file was created. `onBegun` is called before any waiting thread is
+    /// notified; the same applies to `onFailed` and `onDone`.
     [[nodiscard]] bool begins(Turn turn, const Call& onBegun);
     /// Reports that no file could be created in any folder.
     [[nodiscard]] bool fails(Turn turn, const Error& error, const Call& onFailed);
-    /// Waits for the next save; empty if no more follow.
+    /// Waits for the next order to save; returns empty if no more follow.
     [[nodiscard]] std::optional<std::filesystem::path> nextSave();
     void saved(const Status& outcome, const Call& onDone);
     /// Whether the recorded sound is not wanted any more.
     [[nodiscard]] bool abandoned() const;
-    /// The number of the candidate that is being tried or contains the file.
+    /// The index of the folder that is being tried or contains the file.
     [[nodiscard]] std::size_t candidate() const;
     void finished();
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The queue of frames between the card, which adds frames without blocking, and the thread that
-// writes them to the disk and waits here for more. It writes nothing itself.
+// The queue of frames between the card and the thread that writes the frames to the disk. The card
+// adds frames without blocking; the thread waits here for frames. The queue writes nothing itself.
 #pragma once
 
 #include <condition_variable>
@@ -18,14 +18,15 @@ namespace sonarith::sound {
 /// Thread-safe; all members except `take` return at once.
 class RecordingQueue : public RecordingSink {
   public:
-    /// The most frames that wait for the disk: 10 s, 1.7 MiB. That is enough for a disk that spins
-    /// up or a network that reconnects; it was not measured. If the disk takes longer, the queue is
-    /// full and stops the card: the disc waits, and when the disk responds again no frame is
-    /// missing and none was inserted. So a stall costs the user time but no sound. Ending the
-    /// recording at this limit would lose sound because of a stall that may be over soon.
+    /// The most frames that wait for the disk: 10 s, 1.7 MiB. That should be enough for a disk that
+    /// spins up or a network that reconnects; the value was not measured. If the disk takes longer,
+    /// the queue is full and stops the card: the compact disc pauses, and when the disk responds
+    /// again, no frame is missing and none was inserted. So a stall costs the user time but no
+    /// sound. Ending the recording at this limit would lose sound because of a stall that may be
+    /// over soon.
     static constexpr std::size_t capacityFrames = std::size_t{10} * frameRate;
-    /// Frames are written to the disk in batches of a quarter of a second. Smaller ones would wake
-    /// its thread more often.
+    /// Frames are written to the disk in batches of a quarter of a second. Smaller batches would
+    /// wake the writing thread more often.
     static constexpr std::size_t batchFrames = frameRate / 4;
     /// From this number of waiting frames on, a stall is reported to the user. A disk that only had
     /// to spin up has usually responded by then.
@@ -45,13 +46,13 @@ class RecordingQueue : public RecordingSink {
     [[nodiscard]] std::int64_t frames() const;
     /// Accepts no more frames from the card.
     void end();
-    /// Drops the waiting frames and accepts no more; `kept` frames are on the disk.
+    /// Drops the waiting frames and accepts no more. `kept` is the number of frames on the disk.
     void giveUp(std::int64_t kept);
 
     // The writer's side.
 
-    /// Waits for a batch, or for the end; returns the number of frames at the beginning of `out`.
-    /// 0: no more follow.
+    /// Waits until a batch is queued or the recording has ended, and moves frames to the beginning
+    /// of `out`. Returns their number; 0 if no more follow.
     [[nodiscard]] std::size_t take(std::span<StereoFrame> out);
 
   private:

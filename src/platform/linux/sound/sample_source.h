@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sound on the sound card's lines: stereo frames at 44100 Hz, pulled by the engine in blocks.
+// Defines the sound on the sound card's lines (stereo frames at 44100 Hz) and the interface through
+// which the card pulls it in blocks.
 #pragma once
 
 #include <cstddef>
@@ -21,10 +22,10 @@ struct StereoFrame {
 
 /// The state of a source after a pull.
 enum class Supply {
-    flowing,  ///< it filled the whole block
-    starving, ///< it has no more frames now (a drive spins up); the rest will follow
-    ended,    ///< it has no more frames, and none will follow: the line becomes silent
-    lost,     ///< as `ended`, but too early: its medium was removed
+    flowing,  ///< the source filled the whole block
+    starving, ///< no more frames now (a drive spins up); the rest will follow
+    ended,    ///< no more frames, and none will follow: the line becomes silent
+    lost,     ///< like `ended`, but too early: the source's medium was removed
 };
 
 struct Pulled {
@@ -33,7 +34,7 @@ struct Pulled {
 };
 
 /// Feeds one line of the sound card. `pull` is called under the card's lock, on any thread that
-/// advances the card; it never blocks and never calls the card.
+/// advances the card; it must neither block nor call the card.
 class SampleSource {
   public:
     virtual ~SampleSource() = default;

@@ -16,7 +16,7 @@ namespace {
 /// for the frames in between. An interpolation between two stable filters is stable, too.
 constexpr std::size_t pieceFrames = 32;
 
-/// Far below the resolution of 16 bits.
+/// A filter state below this has no audible effect: it is far below the resolution of 16 bits.
 constexpr double negligible = 1e-3;
 /// A filter state below this is set to 0: further decay would lead to denormal numbers, which are
 /// slow.

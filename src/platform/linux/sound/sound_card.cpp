@@ -127,7 +127,7 @@ void SoundCard::followInput() {
             std::swap(openedInput_, closed);
         }
     }
-    closed.reset(); // before another one is opened, which may be the same device
+    closed.reset(); // first, because the input opened below may use the same device
     if (!wanted) {
         return;
     }
@@ -258,7 +258,8 @@ void SoundCard::produceDue(Time now, Released& released) {
 /// Produces up to `wanted` frames and returns how many: as many as every line can deliver and the
 /// recording can accept.
 std::size_t SoundCard::produceBlock(std::size_t wanted, Time now, Released& released) {
-    // Before anything is pulled, so that no line counts a frame that is not recorded.
+    // room() is called before anything is pulled, so that no line counts a frame that is not
+    // recorded.
     std::size_t frames = recorder_ ? std::min(wanted, recorder_->room()) : wanted;
     for (const Line line : pullOrder) {
         frames = std::min(frames, fill(channel(line), frames, released));
@@ -364,7 +365,7 @@ void SoundCard::feedOutput(std::size_t frames) {
         if (level == 0 || (!line.source && line.waitingFrames == 0)) {
             continue;
         }
-        // Full volume is the identity, and the usual one: no sample is scaled for it.
+        // Full volume changes no sample and is the usual level, so it is handled without scaling.
         for (std::size_t i = 0; i < frames && level == fullVolume; ++i) {
             mix[i].left += line.waiting[i].left;
             mix[i].right += line.waiting[i].right;

@@ -65,8 +65,9 @@ class RecordingSink {
     virtual ~RecordingSink() = default;
     /// Precondition: at most `room()` frames. Accepts all of them.
     virtual void record(std::span<const StereoFrame> frames) = 0;
-    /// How many frames it can accept now. Only `record` reduces it. The card produces no more than
-    /// this: a sink without space stops the card as a starving line does, and no frame is lost.
+    /// How many frames the sink can accept now. Only record() reduces this number. The card
+    /// produces no more frames than that: a sink without space stops the card as a starving line
+    /// does, and no frame is lost.
     [[nodiscard]] virtual std::size_t room() const {
         return std::numeric_limits<std::size_t>::max();
     }
@@ -91,10 +92,10 @@ class SoundCard {
     void attach(Line line, std::shared_ptr<SampleSource> source, Time now);
     /// After this returns, the card does not call the line's source any more. Frames that were due
     /// and have not been produced yet are not pulled: call `advance` first if that matters. Frames
-    /// that were pulled are still played; for a disc, all of them have been by now.
+    /// that were pulled are still played; for a disc, all of them have been played already.
     void detach(Line line);
-    /// As `detach`, but only if `source` is still the line's source: one that has replaced it
-    /// stays. Returns whether it was; a source that has ended is not.
+    /// Like detach(), but only if `source` is still the line's source: a source that has replaced
+    /// it stays. Returns whether `source` was still the line's source; after its end it is not.
     bool detachSource(Line line, const SampleSource& source);
 
     /// Delivers every frame that is due after `now` to `sink`, which replaces an earlier sink.
@@ -103,8 +104,8 @@ class SoundCard {
     /// delivered to it.
     void stopRecording(Time now);
     /// From now on `sink` receives the recorder's source, whether it records or not, and replaces
-    /// an earlier listener; null for none. While the source is silent or lost, it receives silence.
-    /// It never stops the card: its `room` is not called.
+    /// an earlier listener; null for none. While the source is silent or lost, the listener
+    /// receives silence. A listener never stops the card: its room() is not called.
     void setListener(std::shared_ptr<RecordingSink> sink, Time now);
     /// Takes effect with the next frame that is produced. While `source` is the external input,
     /// `input` is open as long as there is a recording or a listener.
@@ -146,7 +147,7 @@ class SoundCard {
     enum class Work {
         none,    ///< no calls are needed
         silence, ///< a listener alone, such as a level meter without sound: may be served late
-        files,   ///< only Line::waveOut: no position is read of such a sound
+        files,   ///< only Line::waveOut, of which no position is read
         all,     ///< anything else: each block when it is due
     };
     [[nodiscard]] Work work() const;

@@ -11,7 +11,8 @@ namespace {
 /// One block of the card: long enough to cost very little, and short compared with the output's
 /// buffer.
 constexpr std::chrono::milliseconds blockInterval{10};
-/// What is written to the output at once. Each wake-up costs as much as the mixing.
+/// The length of one write to the output (PlaybackSession). A shorter interval would only cost more
+/// wake-ups, each of which costs as much as the mixing.
 constexpr std::chrono::milliseconds filesInterval{30};
 constexpr std::chrono::milliseconds silenceInterval{50};
 
@@ -59,7 +60,8 @@ void SoundCardThread::run(const std::stop_token& stop) {
             const std::lock_guard lock(mutex_);
             called_ = false;
         }
-        // The card is checked after the flag was reset, so that no call is missed.
+        // The card is checked after the flag was reset, so that no call of the wake-up hook is
+        // missed.
         const SoundCard::Work work = card_.work();
         if (work != SoundCard::Work::none) {
             card_.advance(clock_());

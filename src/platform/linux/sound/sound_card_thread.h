@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The thread that advances a sound card, and its clock: every 10 ms, less often while the card only
-// plays a file or only serves a listener with silence. While the card is idle, the thread sleeps
-// without waking up.
+// Advances a sound card on a separate thread: every 10 ms, or less often while the card only plays
+// a file or only delivers silence to a listener. While the card is idle, the thread sleeps without
+// waking up.
 #pragma once
 
 #include <condition_variable>
@@ -18,9 +18,9 @@ namespace sonarith::sound {
 /// The machine's monotonic clock, the source of every `now` of the card.
 [[nodiscard]] SoundCard::Time monotonicNow();
 
-/// Advances `card` during the lifetime of this object; the card must outlive it. One per card: it
-/// uses the card's wake-up hook. If no thread can be started, only queries advance the card, and
-/// each wake-up tries again to start the thread.
+/// Advances `card` during the lifetime of this object; the card must outlive it. A card has only
+/// one such object, which uses the card's wake-up hook. If no thread can be started, only queries
+/// advance the card, and each call of the hook tries again to start the thread.
 class SoundCardThread {
   public:
     using Clock = std::function<SoundCard::Time()>;

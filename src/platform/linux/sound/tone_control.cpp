@@ -49,8 +49,9 @@ void ToneControl::apply(std::span<WideFrame> frames) {
     }
 }
 
-/// If `boosted`, peaks attenuate the sound. Without a boost the sound only recovers from earlier
-/// attenuation: a sum of lines that is too loud is clipped, as it is at neutral sliders.
+/// If `boosted`, a peak that does not fit into 16 bits attenuates the sound. Without a boost, the
+/// sound only recovers from earlier attenuation: the caller then clips a sum of lines that is too
+/// loud, as always at neutral sliders.
 void ToneControl::limit(std::span<FilterFrame> frames, std::span<WideFrame> out, bool boosted) {
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const FilterFrame& frame = frames[i];

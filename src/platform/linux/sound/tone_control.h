@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bass and treble of the speakers: two shelf filters, and the headroom that a boost needs. With
-// both sliders in the middle, samples are unchanged. Recorded sound is never affected.
+// Applies bass and treble to the sound of the speakers with two shelf filters, and provides the
+// headroom that a boost needs. With both sliders in the middle, samples are unchanged. Recorded
+// sound is never affected.
 //
 // Headroom: a boost may raise a sound above 16 bits. The sound is then attenuated until its peak
 // fits, and recovers slowly. So a loud sound with a boost is not clipped, and a sound that fits is
@@ -24,9 +25,9 @@ class ToneControl {
     /// and +12 dB (less 0.0004 dB) at highest. 12 dB is four times the amplitude; more is not
     /// needed to correct loudspeakers or a room, and would overload small speakers.
     static constexpr double spanDb = 12;
-    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. With corners
-    /// one octave from these frequencies, towards the middle, the gain there is 11 dB, and less
-    /// than 0.1 dB at 1 kHz.
+    /// Amplifier manufacturers state the effect of tone controls at 100 Hz and 10 kHz. The corners
+    /// are one octave from these frequencies, towards the middle, so a full boost is 11 dB at these
+    /// frequencies and less than 0.1 dB at 1 kHz.
     static constexpr double bassCornerHz = 200;
     static constexpr double trebleCornerHz = 5000;
 
@@ -42,8 +43,8 @@ class ToneControl {
 
     // One thread at a time; never allocates.
 
-    /// Filters `frames` in place. After a change of a slider the gain is a ramp. The result fits
-    /// into 16 bits.
+    /// Filters `frames` in place. After a slider was moved, the gain changes gradually. Filtered
+    /// sound fits into 16 bits; with neutral sliders, `frames` is not limited.
     void apply(std::span<WideFrame> frames);
     /// Called before a new sound: applies the sliders' positions at once, without a ramp.
     void restart();

@@ -6,14 +6,15 @@
 
 namespace sonarith::waiting {
 
-struct BlockingCalls::Line {
+struct BlockingCalls::Queue {
     struct Entry {
         Call call;
         std::shared_ptr<Completion> returned;
     };
 
-    /// Body of a thread's job: runs all calls, including those added meanwhile. Returns the
-    /// completion of the last call, which the caller completes; null if the queue was empty.
+    /// The job of a worker thread: runs all queued calls, including those that are added while it
+    /// runs. Returns the completion of the last call, which the caller must complete; null if the
+    /// queue was empty.
     std::shared_ptr<Completion> carryOut() {
         std::shared_ptr<Completion> before;
         for (;;) {
@@ -31,7 +32,7 @@ struct BlockingCalls::Line {
                 before->complete();
             }
             entry.call();
-            entry.call = nullptr; // destroys what the call owns before its end is signalled
+            entry.call = nullptr; // destroys what the call owns before the call's end is signalled
             before = std::move(entry.returned);
         }
     }
@@ -43,43 +44,44 @@ struct BlockingCalls::Line {
 };
 
 BlockingCalls::BlockingCalls(WorkerThreads& threads, Waiting& waiting)
-    : threads_(threads), waiting_(waiting), line_(std::make_shared<Line>()) {}
+    : threads_(threads), waiting_(waiting), queue_(std::make_shared<Queue>()) {}
 
 BlockingCalls::~BlockingCalls() {
-    // Destroyed outside the lock: the destructors of what a call owns may be slow.
-    std::deque<Line::Entry> dropped;
-    const std::lock_guard lock(line_->mutex);
-    dropped.swap(line_->entries);
+    // Declared before the lock, so that the dropped calls are destroyed after the unlock: the
+    // destructors of what a call owns may be slow.
+    std::deque<Queue::Entry> dropped;
+    const std::lock_guard lock(queue_->mutex);
+    dropped.swap(queue_->entries);
 }
 
 bool BlockingCalls::idle() const {
-    const std::lock_guard lock(line_->mutex);
-    return !line_->running;
+    const std::lock_guard lock(queue_->mutex);
+    return !queue_->running;
 }
 
 BlockingCalls::CommandState BlockingCalls::send(Duration bound, Call command) {
     const auto returned = std::make_shared<Completion>();
     bool begun = false;
     {
-        const std::lock_guard lock(line_->mutex);
-        if (line_->running && line_->entries.size() >= mostWaiting) {
+        const std::lock_guard lock(queue_->mutex);
+        if (queue_->running && queue_->entries.size() >= mostWaiting) {
             return CommandState::refused;
         }
-        line_->entries.push_back({std::move(command), returned});
-        line_->last = returned;
-        begun = std::exchange(line_->running, true);
+        queue_->entries.push_back({std::move(command), returned});
+        queue_->last = returned;
+        begun = std::exchange(queue_->running, true);
     }
     if (!begun) {
         const auto last = std::make_shared<std::shared_ptr<Completion>>();
-        if (!threads_.run([line = line_, last] { *last = line->carryOut(); },
+        if (!threads_.run([queue = queue_, last] { *last = queue->carryOut(); },
                           [last] {
                               if (*last) {
                                   (*last)->complete();
                               }
                           })) {
-            const std::lock_guard lock(line_->mutex);
-            line_->entries.clear();
-            line_->running = false;
+            const std::lock_guard lock(queue_->mutex);
+            queue_->entries.clear();
+            queue_->running = false;
             return CommandState::refused;
         }
     }
@@ -90,11 +92,11 @@ BlockingCalls::CommandState BlockingCalls::send(Duration bound, Call command) {
 bool BlockingCalls::finish(Duration bound) {
     std::shared_ptr<Completion> last;
     {
-        const std::lock_guard lock(line_->mutex);
-        if (!line_->running) {
+        const std::lock_guard lock(queue_->mutex);
+        if (!queue_->running) {
             return true;
         }
-        last = line_->last;
+        last = queue_->last;
     }
     return waiting_.wait(*last, bound) == Waiting::Outcome::done;
 }

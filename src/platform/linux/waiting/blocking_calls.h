@@ -15,8 +15,8 @@
 
 namespace sonarith::waiting {
 
-/// For the thread of the logic. At most one thread hangs per object: ask() is refused while an
-/// earlier call has not returned.
+/// For the thread of the logic. At most one thread hangs for each BlockingCalls object: ask()
+/// returns empty while an earlier call has not returned.
 class BlockingCalls {
   public:
     using Duration = Waiting::Duration;
@@ -26,16 +26,16 @@ class BlockingCalls {
     /// drive responds again.
     static constexpr std::size_t mostWaiting = 4;
 
-    /// Both must outlive this.
+    /// Both arguments must outlive this object.
     BlockingCalls(WorkerThreads& threads, Waiting& waiting);
     /// Drops calls that have not started; a running call continues on its thread.
     ~BlockingCalls();
     BlockingCalls(const BlockingCalls&) = delete;
     BlockingCalls& operator=(const BlockingCalls&) = delete;
 
-    /// Returns the result of `question`; empty if it does not return within the bound, and empty at
-    /// once while an earlier call has not returned. `question` must own everything that it
-    /// accesses: it may continue after this has returned, and its result is then dropped.
+    /// Calls `question` and returns its result. Returns empty if the result does not arrive within
+    /// `bound`, and at once if an earlier call has not returned. `question` must own everything
+    /// that it accesses: it may continue after ask() has returned, and its result is then dropped.
     template <typename Question>
     [[nodiscard]] auto ask(Duration bound, Question question) {
         using Answer = decltype(question());
@@ -43,17 +43,17 @@ class BlockingCalls {
         auto ask = [answer, question = std::move(question)]() mutable {
             answer->emplace(question());
         };
-        const bool came = idle() && send(bound, std::move(ask)) == CommandState::done;
-        return came ? std::move(*answer) : std::nullopt;
+        const bool answered = idle() && send(bound, std::move(ask)) == CommandState::done;
+        return answered ? std::move(*answer) : std::nullopt;
     }
 
     enum class CommandState {
         done,    ///< executed
         waits,   ///< queued; executed later
-        refused, ///< never executed: mostWaiting commands are queued already
+        refused, ///< never executed: the queue is full, or no thread can be started
     };
-    /// Queues `command` behind all earlier calls and waits for it within the bound. The command may
-    /// also run after this has returned.
+    /// Queues `command` behind all earlier calls and waits for its end, at most `bound`. The
+    /// command may still run after send() has returned.
     CommandState send(Duration bound, Call command);
 
     /// Waits until all calls have returned, for `bound` at most. Returns whether they have.
@@ -63,11 +63,11 @@ class BlockingCalls {
     [[nodiscard]] bool idle() const;
 
   private:
-    struct Line;
+    struct Queue;
 
     WorkerThreads& threads_;
     Waiting& waiting_;
-    std::shared_ptr<Line> line_; ///< shared with the thread
+    std::shared_ptr<Queue> queue_; ///< shared with the thread
 };
 
 } // namespace sonarith::waiting

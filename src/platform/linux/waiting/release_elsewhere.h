@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Destroys an object on another thread if its destructor may block (a file on a dead server, a busy
-// drive).
+// Destroys objects whose destructors may block (a file on a dead server, a busy drive) on another
+// thread.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace sonarith::waiting {
 
-/// Releases `object` on a separate thread, or on this one if the system cannot create a thread. May
-/// be called on any thread; returns at once if there is a thread.
+/// Releases `object` on a separate thread, or on the calling thread if the system cannot create a
+/// thread. May be called on any thread; returns at once if a thread was created.
 void releaseElsewhere(std::shared_ptr<const void> object,
                       const ThreadStarter& starter = startThread);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The services that are needed to call an object that may hang.
+// Groups the services that are needed to call an object that may hang.
 #pragma once
 
 #include "platform/linux/waiting/worker_threads.h"

@@ -16,15 +16,15 @@ struct WorkerThreads::State {
 
     std::mutex mutex;
     std::condition_variable changed;
-    std::optional<Work> next; ///< for the idle thread, which has not started it
+    std::optional<Work> next; ///< work for the idle thread, not started yet
     bool idle = false;        ///< a thread waits for `next`
     bool quitting = false;
 
-    /// The body of a thread, which starts with `work`.
+    /// The function of each thread; `work` is its first work.
     void carryOut(Work work) {
         for (;;) {
             work.job();
-            work.job = nullptr; // destroys what the job owns before its end is signalled
+            work.job = nullptr; // destroys what the job owns before the job's end is signalled
             std::unique_lock lock(mutex);
             const bool stays = !idle && !quitting;
             idle = idle || stays;

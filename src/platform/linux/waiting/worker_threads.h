@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Threads for calls that may block or never return. It starts threads and reuses idle ones. Which
-// calls may run concurrently, and which thread waits for them, is decided in blocking_calls.h.
+// Starts threads for calls that may block or never return, and reuses an idle thread.
+// blocking_calls.h decides which calls may run concurrently and which thread waits for them.
 #pragma once
 
 #include <functional>
@@ -22,11 +22,11 @@ class WorkerThreads {
     using Job = std::function<void()>;
 
     /// Runs `job` on the idle thread, or on a new one. The job must own (by shared pointers or
-    /// copies) everything that it accesses, as it may outlive this object. One thread is kept idle;
-    /// further ones end with their job. `afterwards` runs on the same thread after the job has been
-    /// destroyed and the thread is available again: `afterwards` may start the next job at once
-    /// without a new thread. Returns false if the system cannot create a thread; then neither `job`
-    /// nor `afterwards` runs.
+    /// copies) everything that it accesses, because it may outlive this object. One thread stays
+    /// idle for the next job; further threads end after their job. `afterwards` runs on the same
+    /// thread after the job has been destroyed and the thread is available again: `afterwards` may
+    /// start the next job at once without a new thread. Returns false if the system cannot create a
+    /// thread; then neither `job` nor `afterwards` runs.
     [[nodiscard]] bool run(Job job, Job afterwards);
 
   private:
