@@ -24,7 +24,7 @@ TEST(FileHandle, ReadsTheAvailableBytesAndReturnsTheirNumber) {
     EXPECT_EQ(handle.value().readAt(10, bytes), 0U);
 }
 
-TEST(FileHandle, NoticesThatItsFileIsGone) {
+TEST(FileHandle, NoticesThatItsFileWasDeleted) {
     const ImageFolder folder;
     const auto path = folder.write("a", "x");
     const auto handle = FileHandle::open(path);
@@ -42,7 +42,7 @@ TEST(FileHandle, NoticesThatItsFileWasReplaced) {
     EXPECT_FALSE(handle.value().stillThere());
 }
 
-TEST(FileHandle, RefusesNonRegularFiles) {
+TEST(FileHandle, RefusesMissingAndNonRegularFiles) {
     const ImageFolder folder;
     EXPECT_EQ(FileHandle::open(folder.path("none")).error().number, ErrorNumber::fileNotFound);
     EXPECT_EQ(FileHandle::open(folder.path("")).error().text, "it is not a regular file");

@@ -43,7 +43,7 @@ std::string twoTracks(const std::string& file) {
            "TRACK 02 AUDIO\nINDEX 00 00:00:10\nINDEX 01 00:00:15\n";
 }
 
-TEST(ImageDisc, PlaysEverySampleOfABinary) {
+TEST(ImageDisc, PlaysEverySampleOfABinaryFile) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const auto path = folder.write("a.cue", twoTracks("a.bin BINARY"));
@@ -51,7 +51,7 @@ TEST(ImageDisc, PlaysEverySampleOfABinary) {
     expectLine(path, rampSectors(0, 30));
 }
 
-TEST(ImageDisc, PlaysHighBytesFirst) {
+TEST(ImageDisc, PlaysAFileWithTheHighBytesFirst) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30), std::endian::big);
     expectLine(folder.write("a.cue", twoTracks("a.bin MOTOROLA")), rampSectors(0, 30));
@@ -77,7 +77,7 @@ TEST(ImageDisc, PlaysFilesOneAfterTheOther) {
     EXPECT_EQ(opened(folder.path("a.cue"))->table().start(2), 14);
 }
 
-TEST(ImageDisc, CountsStoredPausesOnceAndAddsTheOthersAsSilence) {
+TEST(ImageDisc, PlaysStoredPausesOnceAndOtherPausesAsSilence) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 40));
     const auto path = folder.write(
@@ -92,7 +92,7 @@ TEST(ImageDisc, CountsStoredPausesOnceAndAddsTheOthersAsSilence) {
     EXPECT_EQ(table.start(3), 9 + 18);
 }
 
-TEST(ImageDisc, ReadsAnyRunOfSectors) {
+TEST(ImageDisc, ReadsAnyRangeOfSectors) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 40));
     const auto disc = opened(folder.write(
@@ -140,7 +140,7 @@ TEST(ImageDisc, PlaysStatedLengthsThatEndInsideASectorToTheLastSample) {
                joined({ramp(0, 6235), std::vector<sound::StereoFrame>(233)}));
 }
 
-TEST(ImageDisc, DataIsListedAndReadsAsSilence) {
+TEST(ImageDisc, ADataTrackIsListedAndReadAsSilence) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", rampSectors(0, 30));
     const auto path = folder.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\n"
@@ -151,7 +151,7 @@ TEST(ImageDisc, DataIsListedAndReadsAsSilence) {
     EXPECT_EQ(opened(path)->table().tracks[1].kind, TrackKind::data);
 }
 
-TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheSheetByItsText) {
+TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheKindOfASheetByItsText) {
     const ImageFolder folder;
     folder.writeFrames("Disc.Bin", rampSectors(0, 30));
     const auto cue = twoTracks("DISC.BIN BINARY");
@@ -163,7 +163,7 @@ TEST(ImageDisc, FindsFilesInAnyCaseAndDetectsTheSheetByItsText) {
     EXPECT_THAT(refused(folder.path("Disc.Bin")), StartsWith("Disc.Bin"));
 }
 
-TEST(ImageDisc, ABinShorterThanItsTablePlaysItsContentAndReportsTheRest) {
+TEST(ImageDisc, ABinFileShorterThanStatedPlaysItsContentAndReportsTheMissingRest) {
     const ImageFolder folder;
     std::string bytes(17 * 2352 + 1000, '\x42');
     folder.write("a.bin", bytes);
@@ -172,8 +172,8 @@ TEST(ImageDisc, ABinShorterThanItsTablePlaysItsContentAndReportsTheRest) {
                  "TRACK 02 AUDIO\nINDEX 01 00:00:10\nTRACK 03 AUDIO\nINDEX 01 00:00:25\n"));
     ASSERT_NE(disc, nullptr);
     EXPECT_EQ(disc->table().tracks[1].sectors, 15);
-    const std::vector<sound::StereoFrame> there(17 * 588, {0x4242, 0x4242});
-    auto expected = joined({there, silentSectors(25 - 17)});
+    const std::vector<sound::StereoFrame> present(17 * 588, {0x4242, 0x4242});
+    auto expected = joined({present, silentSectors(25 - 17)});
     const auto whole = wholeLine(*disc);
     expectFrames({whole.begin(), whole.begin() + 25 * 588}, expected);
     expectFrames({whole.begin() + 25 * 588, whole.end()}, silentSectors(300));
@@ -217,7 +217,7 @@ TEST(ImageDisc, RefusesAnEmptyBin) {
                 StartsWith("a.cue, line 2: no content of the disc was found"));
 }
 
-TEST(ImageDisc, ReadsOnlyASmallPartOfTwoGibibytesOfText) {
+TEST(ImageDisc, ReadsOnlyASmallPartOfASheetOfTwoGibibytes) {
     const ImageFolder folder;
     for (const char* name : {"a.cue", "a.toc", "a.xyz"}) {
         folder.write(name, "REM\n");

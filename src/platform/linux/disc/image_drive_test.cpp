@@ -47,7 +47,7 @@ TEST_F(ImageDriveTest, ADiscIsPresentWhileTheImageExists) {
     EXPECT_FALSE(drive_.mediaPresent());
 }
 
-TEST_F(ImageDriveTest, AnImageThatCannotBeReadIsAnEmptyDriveWithAProblem) {
+TEST_F(ImageDriveTest, AnImageThatCannotBeReadCountsAsAnEmptyDriveWithAProblem) {
     std::filesystem::remove(folder_.path("a.bin"));
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -118,10 +118,11 @@ TEST_F(ImageDriveTest, AFileThatChangesWhileInUseCountsAsAChangeOfDiscs) {
     const auto played = drive_.load().disc;
     std::filesystem::remove(bin);
     EXPECT_FALSE(drive_.mediaPresent());
-    EXPECT_FALSE(drive_.mediaPresent()) << "the sound file is deleted";
+    EXPECT_FALSE(drive_.mediaPresent())
+        << "a change is reported only once, but the sound file is missing, so no disc is present";
 }
 
-TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsReadAgain) {
+TEST_F(ImageDriveTest, AFileThatChangesWhileUnusedIsNoChangeOfDiscs) {
     EXPECT_NE(drive_.load().disc, nullptr);
     writeTracks(2);
     EXPECT_TRUE(drive_.mediaPresent());

@@ -49,7 +49,7 @@ TEST(ImageFile, ATruncatedWaveFileHasItsRemainingSamples) {
     expectReads(*file.value(), 0, 500);
 }
 
-TEST(ImageFile, RefusesSoundInOtherFormatsThanADiscs) {
+TEST(ImageFile, RefusesSoundThatIsNotInTheFormatOfADisc) {
     const ImageFolder folder;
     const auto refusal = [&](int rate, int channels, int format) {
         folder.writeWave("a.wav", ramp(0, 1000), rate, channels, format);
@@ -65,7 +65,7 @@ TEST(ImageFile, RefusesSoundInOtherFormatsThanADiscs) {
     EXPECT_EQ(refusal(44100, 2, SF_FORMAT_WAVEX | SF_FORMAT_PCM_16), "accepted");
 }
 
-TEST(ImageFile, RefusesFilesThatAreNoWave) {
+TEST(ImageFile, RefusesFilesThatAreNotWaveFiles) {
     const ImageFolder folder;
     folder.write("a.wav", "this is no sound at all, though it is long enough to hold a header");
     folder.write("empty.wav", "");
@@ -75,7 +75,7 @@ TEST(ImageFile, RefusesFilesThatAreNoWave) {
                 HasSubstr("it is not a WAVE file"));
 }
 
-TEST(ImageFile, FailsWhenItIsDeletedOrTruncated) {
+TEST(ImageFile, AReadFailsIfTheFileWasDeletedOrTruncated) {
     const ImageFolder folder;
     folder.writeFrames("a.bin", ramp(0, 1000));
     folder.writeWave("a.wav", ramp(0, 1000));

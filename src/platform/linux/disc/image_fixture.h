@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A temporary folder for a test, and small disc images in it in which each frame encodes its
-// number. For tests only.
+// Creates a temporary folder for a test, and small disc images in it. Each frame of an image
+// encodes its number. For tests only.
 #pragma once
 
 #include <bit>
@@ -19,7 +19,8 @@
 
 namespace sonarith::disc {
 
-/// Frame `number` of the same ramp that tools/make_disc_image.py creates; none is silent.
+/// Frame `number` of the ramp, which is the one that tools/make_disc_image.py creates. No frame is
+/// silent.
 inline sound::StereoFrame rampFrame(std::int64_t number) {
     return {static_cast<std::int16_t>(static_cast<std::uint16_t>(number & 0xffff)),
             static_cast<std::int16_t>(static_cast<std::uint16_t>((number >> 16) ^ 0x5a5a))};
@@ -66,7 +67,7 @@ inline std::vector<sound::StereoFrame> wholeLine(Disc& disc, std::int64_t sector
     return all;
 }
 
-/// Reports the first difference: EXPECT_EQ of 100,000 frames would print them all.
+/// Reports only the first difference, because EXPECT_EQ would print all frames (up to 100,000).
 inline void expectFrames(const std::vector<sound::StereoFrame>& actual,
                          const std::vector<sound::StereoFrame>& expected) {
     ASSERT_EQ(actual.size(), expected.size());

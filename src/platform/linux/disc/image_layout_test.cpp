@@ -24,13 +24,13 @@ TEST(JoinPauses, AppendsAPauseToThePrecedingTrack) {
     EXPECT_THAT(tracks[1].segments, ElementsAre(silence(20)));
 }
 
-TEST(JoinPauses, LeavesOutThePauseBetweenSoundAndData) {
+TEST(JoinPauses, LeavesOutThePauseBetweenAnAudioTrackAndADataTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::audio, 1, 10), trackOf(TrackKind::data, 2, 20)});
     EXPECT_THAT(tracks[0].segments, ElementsAre(silence(10)));
 }
 
-TEST(JoinPauses, KeepsThePauseBetweenDataAndSound) {
+TEST(JoinPauses, KeepsThePauseBetweenADataTrackAndAnAudioTrack) {
     const auto tracks =
         joinPauses({trackOf(TrackKind::data, 1, 10), trackOf(TrackKind::audio, 2, 20)});
     EXPECT_THAT(tracks[0].segments, ElementsAre(silence(10), silence(2)));
@@ -43,13 +43,13 @@ TEST(JoinPauses, LeavesOutTheGapBeforeANewSession) {
                 ElementsAre(silence(10)));
 }
 
-TEST(StatedBytes, CountTheExactBytesThatTheSheetStates) {
+TEST(StatedBytes, AreTheExactBytesThatTheSheetStates) {
     EXPECT_EQ(statedBytes({SegmentKind::sound, 0, 44, 1234567}), 4 * 1234567);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048}), 3 * 2048);
     EXPECT_EQ(statedBytes({SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047}), 4097);
 }
 
-TEST(StatedFrames, AreASumUnlessAFileDeterminesThem) {
+TEST(StatedFrames, AreASumUnlessASegmentExtendsToItsFilesEnd) {
     EXPECT_EQ(statedFrames({}), 0);
     EXPECT_EQ(statedFrames({silence(3), silence(4)}), 7);
     EXPECT_EQ(statedFrames({silence(3), silence(toFileEnd)}), toFileEnd);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Plays the images of tools/make_disc_image.py, in each of its layouts, sample by sample.
+// Tests that the images which tools/make_disc_image.py creates play exactly, in each of its
+// layouts.
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/image_drive.h"

@@ -41,7 +41,7 @@ std::int64_t soundFrames(const ImageTimeline& line) {
     return frames;
 }
 
-TEST(Timeline, TheLastTrackHasTheWholeSectorsOfTheFile) {
+TEST(Timeline, TheLastTrackEndsWithTheLastWholeSectorOfTheFile) {
     const auto line = cueLine(threeTrackSheet, {1000 * 2352 + 2351});
     ASSERT_TRUE(line.ok());
     EXPECT_THAT(lengthsOf(line.value()), ElementsAre(300, 300, 400));
@@ -87,14 +87,14 @@ TEST(Timeline, AFileOneByteShorterThanStatedIsTruncated) {
     EXPECT_THAT(line.value().remark, HasSubstr("track 1 is truncated"));
 }
 
-TEST(Timeline, DataMayEndAnywhereInASectorToo) {
+TEST(Timeline, AStatedLengthOfDataMayEndAnywhereInASector) {
     const std::string text = "TRACK AUDIO\nFILE \"a.bin\" 0 588\n"
                              "TRACK MODE1\nDATAFILE \"d.iso\" 4097\n";
     const auto whole = tocLine(text, {2352, 4097});
     EXPECT_THAT(lengthsOf(whole.value()), ElementsAre(1, 3));
     EXPECT_THAT(whole.value().remark, IsEmpty());
     EXPECT_THAT(tocLine(text, {2352, 4096}).value().remark, HasSubstr("track 2 is truncated"));
-    // If START splits the data, the incomplete last sector is in the part after it.
+    // If START splits the data, the incomplete last sector is in the part after the START.
     const std::string parted = text + "START 00:00:02\n";
     EXPECT_THAT(tocLine(parted, {2352, 4097}).value().remark, IsEmpty());
     EXPECT_THAT(tocLine(parted, {2352, 4096}).value().remark, HasSubstr("track 2 is missing"));
@@ -119,11 +119,11 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
     EXPECT_EQ(lostSectors(truncated, 0, 400), 0);
     EXPECT_EQ(lostSectors(truncated, 399, 401), 1);
     EXPECT_EQ(lostSectors(truncated, 600, 500), 0);
-    // The padding of a sound file and a pause are meant to be silent.
+    // The padding of a sound file and a pause are meant to be silent, so they do not count as lost.
     const ImageTimeline whole =
         tocLine("TRACK AUDIO\nFILE \"a.bin\" 0\nTRACK AUDIO\nSILENCE 9\n", {10 * 2352 + 4}).value();
     EXPECT_EQ(lostSectors(whole, 0, 999), 0);
-    // Two segments end and begin within one sector.
+    // One segment ends and the next one begins within the same sector.
     const ImageTimeline pieces =
         tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nFILE \"b.bin\" 0 300\nFILE \"b.bin\" 300 900\n",
                 {2352, 0})
@@ -132,7 +132,7 @@ TEST(Timeline, CountsTheLostSectorsOfARange) {
     EXPECT_EQ(lostSectors(pieces, 0, 4), 3);
 }
 
-TEST(Timeline, MissingTracksAreReportedAsOneRange) {
+TEST(Timeline, ConsecutiveMissingTracksAreReportedAsOneRange) {
     const auto line = tocLine("TRACK AUDIO\nFILE \"a.bin\" 0 588\nTRACK AUDIO\n"
                               "FILE \"a.bin\" 588 588\nTRACK AUDIO\nFILE \"a.bin\" 1176 588\n",
                               {2352});
@@ -161,7 +161,7 @@ TEST(Timeline, AnEmptyPauseAtTheEndOfAFileIsNoShortage) {
     EXPECT_THAT(line.value().remark, IsEmpty());
 }
 
-TEST(Timeline, ATruncatedDataTrackIsReportedToo) {
+TEST(Timeline, ADataTrackHasALengthButNoSound) {
     const auto line = cueLine("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
                               "FILE b.bin BINARY\nTRACK 02 AUDIO\nINDEX 01 00:00:00\n",
                               {100 * 2048, 2352});
@@ -184,7 +184,7 @@ TEST(Timeline, ADiscOfSilenceNeedsNoFile) {
     EXPECT_THAT(line.value().sound, IsEmpty());
 }
 
-TEST(Timeline, ADiscLongerThanTheLongestPossibleOneIsAnError) {
+TEST(Timeline, ADiscThatIsLongerThanPossibleIsAnError) {
     const std::int64_t mostBytes = 450000LL * 2352;
     EXPECT_EQ(cueLine(threeTrackSheet, {mostBytes}).value().table.sectors(), 450000);
     EXPECT_THAT(cueLine(threeTrackSheet, {mostBytes + 2352}).error().text,

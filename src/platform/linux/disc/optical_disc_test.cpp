@@ -15,7 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// The calls to the drive and the drive's behaviour; the time advances with each sector.
+// Records the calls to the drive and controls the drive's behaviour. The time advances by
+// sectorTime with each sector.
 struct SectorsState {
     std::vector<std::pair<std::int64_t, std::int64_t>> seeks; ///< first, end
     std::vector<Effort> efforts;
@@ -63,7 +64,8 @@ class FakeSectors : public AudioSectors {
 class OpticalDiscTest : public testing::Test {
   protected:
     std::shared_ptr<SectorsState> drive = std::make_shared<SectorsState>();
-    // 28600 sectors of sound, the session gap, 10000 of data, 10000 of sound.
+    // The disc has 28600 sectors of sound, the session gap, 10000 sectors of data and 10000 of
+    // sound.
     OpticalDisc disc{
         *OpticalLayout::of({{{audio, 0}, {data, 40000}, {audio, 50000}}, 60000, 40000}),
         std::make_unique<FakeSectors>(drive), [this] {
@@ -86,7 +88,7 @@ std::vector<StereoFrame> silentSectors(std::int64_t sectors) {
     return std::vector<StereoFrame>(static_cast<std::size_t>(sectors) * framesPerSector);
 }
 
-TEST_F(OpticalDiscTest, ReadsConsecutivelyWithoutSeekingAndSeeksForAnotherPosition) {
+TEST_F(OpticalDiscTest, SeeksOnlyIfAReadDoesNotContinueThePreviousOne) {
     EXPECT_EQ(read(100, 25), sectorsAt(100, 25));
     EXPECT_EQ(read(125, 25), sectorsAt(125, 25));
     EXPECT_EQ(read(7, 1), sectorsAt(7, 1));
@@ -118,7 +120,7 @@ TEST_F(OpticalDiscTest, CountsDamagedSectorsInItsRemark) {
     EXPECT_THAT(disc.remark(), testing::StartsWith("4 sectors of the disc"));
 }
 
-TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndPadsWithSilence) {
+TEST_F(OpticalDiscTest, BoundsTheTimeOfOneReadAndDeliversSilenceForTheRest) {
     drive->sectorTime = 1s;
     drive->badFrom = 0;
     const std::vector<StereoFrame> frames = read(0, 25);
@@ -145,7 +147,7 @@ TEST_F(OpticalDiscTest, LosesNoSectorOfASlowDrive) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, RepairsUseUpTheTimeBudgetButAreNoDamage) {
+TEST_F(OpticalDiscTest, RepairedSectorsUseUpTheTimeBudgetButDoNotCountAsDamaged) {
     drive->sectorTime = 3s;
     drive->repairedFrom = 0;
     EXPECT_EQ(read(0, 3), sectorsAt(0, 3));
@@ -153,7 +155,7 @@ TEST_F(OpticalDiscTest, RepairsUseUpTheTimeBudgetButAreNoDamage) {
     EXPECT_EQ(disc.remark(), "");
 }
 
-TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndReadsLater) {
+TEST_F(OpticalDiscTest, IssuesNoCommandAfterAStopRequestAndCanReadAgainLater) {
     drive->badFrom = 0;
     drive->stopAt = 3;
     std::vector<StereoFrame> frames = silentSectors(10);
@@ -181,8 +183,9 @@ TEST_F(OpticalDiscTest, AddsItsDamageToTheExistingRecord) {
     EXPECT_THAT(again.remark(), testing::StartsWith("3 sectors of the disc"));
 }
 
-TEST_F(OpticalDiscTest, ReportsWhichSectorsOfItsLineWereDamaged) {
-    // The second sound track begins at sector 38600 of the line and at the drive's sector 50000.
+TEST_F(OpticalDiscTest, ReportsHowManySectorsOfARangeWereDamaged) {
+    // The second audio track begins at sector 38600 of the time line, which is the drive's sector
+    // 50000.
     drive->badFrom = 50002;
     EXPECT_EQ(read(38595, 10).size(), 10u * framesPerSector);
     EXPECT_EQ(disc.damageIn(0, 48600), (Damage{.silent = 3, .guessed = 0}));
@@ -194,7 +197,7 @@ TEST_F(OpticalDiscTest, ReportsWhichSectorsOfItsLineWereDamaged) {
     EXPECT_EQ(disc.damageIn(0, 999999), (Damage{.silent = 2, .guessed = 1}));
 }
 
-TEST_F(OpticalDiscTest, StaysGoneOnceTheDriveReportsIt) {
+TEST_F(OpticalDiscTest, StaysGoneAfterTheDriveHasReportedTheRemoval) {
     drive->goneFrom = 5;
     std::vector<StereoFrame> frames = silentSectors(10);
     EXPECT_EQ(disc.read(0, frames), ReadOutcome::gone);

@@ -20,7 +20,7 @@ using testing::StartsWith;
 
 class NoDrive : public testing::TestWithParam<const char*> {};
 
-// The library opens the second of them without an error.
+// The library opens /dev/null without an error.
 INSTANTIATE_TEST_SUITE_P(OpticalDrive, NoDrive,
                          testing::Values("/dev/no-such-drive", "/dev/null", "/tmp", ""));
 
@@ -122,7 +122,7 @@ TEST_F(OpticalDriveTest, WaitsForADiscThatSpinsUp) {
     EXPECT_EQ(paused_, 750ms);
 }
 
-TEST_F(OpticalDriveTest, IsEmptyAsSoonAsTheDriveReportsIt) {
+TEST_F(OpticalDriveTest, StopsWaitingWhenTheDriveReportsThatItIsEmpty) {
     statuses_ = {{DriveState::notReady}, {DriveState::empty}};
     const Loaded loaded = drive_.load();
     EXPECT_EQ(loaded.disc, nullptr);
@@ -174,7 +174,7 @@ TEST_F(OpticalDriveTest, ReportsTheKindOfEachProblem) {
     EXPECT_EQ(drive_.load().problem.kind, DeviceProblem::unreadable);
 }
 
-TEST_F(OpticalDriveTest, NoDiscIsPresentWhileTheTrayIsOpen) {
+TEST_F(OpticalDriveTest, ALoadedDiscIsGoneWhenTheTrayIsOpen) {
     const auto disc = drive_.load().disc;
     ASSERT_NE(disc, nullptr);
     statuses_ = {{DriveState::trayOpen}};
@@ -189,7 +189,7 @@ TEST_F(OpticalDriveTest, ReadsTheTableIfTheDriveCannotReportWhetherADiscIsPresen
     EXPECT_NE(drive_.load().disc, nullptr);
 }
 
-TEST_F(OpticalDriveTest, ADiscThatSpinsUpIsPresentOnlyWhileItIsLoaded) {
+TEST_F(OpticalDriveTest, ADiscThatSpinsUpIsPresentOnlyWhileItsLoadedObjectExists) {
     statuses_ = {{DriveState::notReady}};
     EXPECT_FALSE(drive_.mediaPresent());
     statuses_ = {{DriveState::loaded}};
@@ -263,7 +263,7 @@ TEST_F(DamagedDisc, AddsUpItsDamageOverSeveralLoads) {
     EXPECT_THAT(loaded_.disc->remark(), StartsWith("3 sectors of the disc"));
 }
 
-TEST_F(DamagedDisc, ItsRecordIsDiscardedForAnotherDiscAndAfterAnEmptyDrive) {
+TEST_F(DamagedDisc, LosesItsDamageRecordWhenAnotherDiscIsLoadedOrTheDriveIsEmpty) {
     EXPECT_EQ(readAt(*loaded_.disc, 20), ReadOutcome::ok);
     inDrive_ = "other.cue";
     EXPECT_EQ(drive_.load().disc->remark(), "");

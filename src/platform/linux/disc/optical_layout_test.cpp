@@ -30,7 +30,7 @@ void expectStretch(const Stretch& stretch, TrackKind kind, std::int64_t first,
     EXPECT_EQ(stretch.sectors, sectors);
 }
 
-TEST(OpticalLayout, ATrackExtendsToTheNextOne) {
+TEST(OpticalLayout, ATrackExtendsToTheNextTrack) {
     const auto layout = OpticalLayout::of({{{audio, 150}, {audio, 1150}}, 4150, 150});
     EXPECT_THAT(lengthsOf(layout), testing::ElementsAre(1000, 3000));
 }
@@ -41,12 +41,12 @@ TEST(OpticalLayout, EndsTheSoundOfAnEnhancedDiscBeforeTheSessionGap) {
                 testing::ElementsAre(20000, 40000 - 11400, 10000));
 }
 
-TEST(OpticalLayout, DataAfterAudioIsASessionIfTheDriveHasNoInformation) {
+TEST(OpticalLayout, DataAfterAudioCountsAsASessionIfTheDriveReportsNoLastSession) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(std::nullopt))),
                 testing::ElementsAre(20000, 28600, 10000));
 }
 
-TEST(OpticalLayout, ASessionThatBeginsWithTheFirstTrackMeansNoInformation) {
+TEST(OpticalLayout, ALastSessionThatBeginsWithTheFirstTrackIsIgnored) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(enhanced(0))),
                 testing::ElementsAre(20000, 28600, 10000));
 }
@@ -80,7 +80,7 @@ TEST(OpticalLayout, AssumesNoGapIfTheDataAreFirst) {
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(40000, 20000));
 }
 
-TEST(OpticalLayout, SubtractsNoGapFromATrackNoLongerThanIt) {
+TEST(OpticalLayout, SubtractsNoGapFromATrackThatIsNotLongerThanTheGap) {
     const RawToc toc{{{audio, 0}, {data, 11400}}, 20000, 11400};
     EXPECT_THAT(lengthsOf(OpticalLayout::of(toc)), testing::ElementsAre(11400, 8600));
 }
@@ -103,7 +103,7 @@ TEST(OpticalLayout, RefusesTablesThatNoDiscCanHave) {
     EXPECT_FALSE(OpticalLayout::of(crowded));
 }
 
-TEST(OpticalLayout, MapsAPositionOnTheLineToTheDrivesSectors) {
+TEST(OpticalLayout, MapsAPositionOnTheTimeLineToTheDrivesSectors) {
     const auto layout = OpticalLayout::of(
         {{{audio, 150}, {audio, 20150}, {data, 60150}, {audio, 70150}}, 80150, 60150});
     ASSERT_TRUE(layout);
@@ -115,7 +115,7 @@ TEST(OpticalLayout, MapsAPositionOnTheLineToTheDrivesSectors) {
     EXPECT_EQ(layout->stretchAt(68600).sectors, 0);
 }
 
-TEST(OpticalLayout, JoinsNoSoundAcrossASessionGap) {
+TEST(OpticalLayout, AStretchEndsAtASessionGap) {
     const auto layout = OpticalLayout::of({{{audio, 0}, {audio, 40000}}, 60000, 40000});
     ASSERT_TRUE(layout);
     expectStretch(layout->stretchAt(28000), audio, 28000, 600);

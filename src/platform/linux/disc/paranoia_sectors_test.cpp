@@ -43,7 +43,8 @@ class ParanoiaSectorsTest : public testing::Test {
 
     CdioHandle openDisc() const { return openCdio((folder_ / "disc.cue").string(), DRIVER_BINCUE); }
 
-    /// A reader whose commands fail in sectors of `bad_`, `failures_` times each.
+    /// A reader whose commands fail if they contain a sector of `bad_`, `failures_` times for each
+    /// such sector.
     std::unique_ptr<ParanoiaSectors> makeReader() {
         CdioHandle cdio = openDisc();
         CdIo_t* const raw = cdio.get();
@@ -169,7 +170,7 @@ TEST_F(ParanoiaSectorsTest, DeliversSilenceForAFailedSingleRead) {
     EXPECT_EQ(out, sector(61));
 }
 
-TEST_F(ParanoiaSectorsTest, EndsRepairsWhenTheTimeIsOver) {
+TEST_F(ParanoiaSectorsTest, EndsRepairsAtTheTimeLimit) {
     for (std::int64_t i = 60; i < 80; ++i) {
         bad_.insert(i);
     }
@@ -180,9 +181,10 @@ TEST_F(ParanoiaSectorsTest, EndsRepairsWhenTheTimeIsOver) {
     for (std::int64_t i = 60; i < 80; ++i) {
         EXPECT_EQ(reader->next({Effort::repair, 0s}, out, {}), SectorOutcome::silent) << i;
     }
-    // At most per sector: a large command, a small one, a single-sector one, and the last attempt.
+    // At most four commands for each sector: a large one, a small one, a single-sector one, and the
+    // last attempt.
     EXPECT_LE(commands_, 4 * 20);
-    // No substituted silence is left in the cache.
+    // The library's cache does not contain the silence that replaced the sectors.
     failures_ = 0;
     for (std::int64_t i = 80; i < 120; ++i) {
         ASSERT_EQ(reader->next(patient, out, {}), SectorOutcome::ok) << i;
@@ -219,7 +221,7 @@ TEST_F(ParanoiaSectorsTest, IssuesNoCommandAfterAStopRequest) {
             EXPECT_EQ(commands_, command);
         }
     }
-    // Nothing of the interrupted read is left in the cache.
+    // The library's cache contains nothing of the interrupted read.
     stopAtCommand_ = 0;
     failures_ = 0;
     reader->seek(60, endOfSound);

@@ -176,7 +176,7 @@ TEST_F(PatientDriveTest, KeepsTheKnownStateOfTheMediumWhileTheDriveHangs) {
     EXPECT_TRUE(fakes::eventually([&] { return !drive->mediaPresent(); }));
 }
 
-TEST_F(PatientDriveTest, AnOpenRequestIsExecutedOnceTheDriveRespondsAndRemovesTheDiscAtOnce) {
+TEST_F(PatientDriveTest, AnOpenRequestRemovesTheDiscAtOnceAndIsExecutedWhenTheDriveResponds) {
     const auto drive = driveWith(1ms);
     EXPECT_TRUE(fakes::eventually([&] { return drive->mediaPresent(); }));
     device->hang();
@@ -216,7 +216,7 @@ TEST_F(PatientDriveTest, LoadsWithoutBlockingACallerThatPolls) {
     EXPECT_TRUE(drive->mediaPresent());
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(1));
     EXPECT_TRUE(fakes::eventually([&] { return drive->loadSoon().has_value(); }))
-        << "a second load";
+        << "the result of the second load did not arrive";
     EXPECT_THAT(device->calls(), testing::Contains("load").Times(2));
 }
 
@@ -265,7 +265,7 @@ TEST_F(PatientDriveTest, ADiscStillBeingReadWhenTheTrayOpensIsNotReturned) {
     drive->openTray();
     EXPECT_FALSE(drive->mediaPresent());
     EXPECT_TRUE(discIsDropped());
-    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "it is read again";
+    EXPECT_EQ(drive->load().disc.get(), device->disc.get()) << "the disc is read again";
 }
 
 TEST_F(PatientDriveTest, ReportsOnceThatTheDriveHangsAndOnceThatItRespondsAgain) {

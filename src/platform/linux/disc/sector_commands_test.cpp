@@ -77,7 +77,7 @@ TEST_F(SectorCommandsTest, DeliversEverythingBeforeABadSector) {
     drive.bad = {12};
     EXPECT_EQ(commands.read(0, 30, buffer.data()), 12);
     EXPECT_EQ(numbers(12).back(), 11);
-    // Only the bad position is read sector by sector.
+    // Only the command that contains the bad sector is repeated sector by sector.
     EXPECT_THAT(drive.commands, ElementsAre(Pair(0, 25), Pair(0, 8), Pair(8, 8), Pair(8, 1),
                                             Pair(9, 1), Pair(10, 1), Pair(11, 1), Pair(12, 1)));
 }

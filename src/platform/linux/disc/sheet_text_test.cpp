@@ -31,7 +31,7 @@ TEST(SheetLines, MayBeAsLongAsTheLimit) {
     EXPECT_THAT(tooLong.error().text, HasSubstr("a.cue, line 2: the line is longer"));
 }
 
-TEST(SheetLines, AreRefusedInATextBeyondTheBound) {
+TEST(SheetLines, AreRefusedInATextThatIsTooLong) {
     EXPECT_TRUE(linesOf("a.cue", std::string(maxSheetBytes, '\n')).ok());
     EXPECT_THAT(linesOf("a.cue", std::string(maxSheetBytes + 1, '\n')).error().text,
                 HasSubstr("longer than 1 MiB"));
@@ -69,7 +69,7 @@ TEST(Numbers, ThatOverflowAreRefused) {
     EXPECT_THAT(parseNumber("99999999999999999999999", 99).error().text, HasSubstr("too large"));
 }
 
-TEST(Msf, CountsSectors) {
+TEST(Msf, IsConvertedToSectorsAndBack) {
     EXPECT_EQ(parseMsf("00:00:00").value(), 0);
     EXPECT_EQ(parseMsf("01:02:03").value(), (60 + 2) * 75 + 3);
     EXPECT_EQ(parseMsf("99:59:74").value(), maxDiscSectors - 1);
@@ -99,7 +99,7 @@ TEST(ImageNames, MayBeInTheFolderOrBelow) {
     }
 }
 
-TEST(ImageNames, MayHaveAColonThatFollowsNoLetter) {
+TEST(ImageNames, MayHaveAColonThatDoesNotFollowADriveLetter) {
     EXPECT_TRUE(checkImageName("1: intro.wav").ok());
     EXPECT_TRUE(checkImageName("ab:c.wav").ok());
 }
@@ -129,7 +129,7 @@ TEST(FileIndex, RecognisesARepeatedFile) {
     EXPECT_EQ(files.size(), 3U);
 }
 
-TEST(FileIndex, RefusesMoreFilesThanCanBeHeldOpen) {
+TEST(FileIndex, RefusesMoreFilesThanAnImageMayHave) {
     std::vector<LayoutFile> files;
     for (std::size_t i = 0; i < maxImageFiles; ++i) {
         ASSERT_TRUE(fileIndex(files, {std::to_string(i), ImageFormat::wave, 1}).ok());

@@ -17,7 +17,7 @@ TEST(TocMode, HasAKindAndASectorSize) {
     EXPECT_EQ(form2->sectorBytes, 2324);
 }
 
-TEST(TocMode, RejectsEveryOtherMode) {
+TEST(TocMode, IsNullForAnUnknownName) {
     EXPECT_EQ(tocModeNamed("MODE3"), nullptr);
     EXPECT_EQ(tocModeNamed("MODE"), nullptr);
     EXPECT_EQ(tocModeNamed(""), nullptr);

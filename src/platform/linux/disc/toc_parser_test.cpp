@@ -64,7 +64,7 @@ TEST(TocParser, AppliesTheByteOrderAndTheOffsetOfAFile) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a.wav\" #44 0 588\n"), HasSubstr("byte order"));
 }
 
-TEST(TocParser, SilenceCountsSamplesOrTime) {
+TEST(TocParser, ALengthOfSilenceIsANumberOfFramesOrATime) {
     const auto layout = acceptedToc("TRACK AUDIO\nSILENCE 100\nZERO 00:01:00\nSILENCE 0\n"
                                     "FILE \"a.bin\" 0\n");
     EXPECT_THAT(layout.tracks[0].segments,
@@ -82,7 +82,7 @@ TEST(TocParser, ContentBeforeStartBelongsToThePrecedingTrack) {
     EXPECT_THAT(layout.tracks[2].segments, ElementsAre(soundFrames(0, 1764, 1176)));
 }
 
-TEST(TocParser, APregapIsSilence) {
+TEST(TocParser, APregapIsSilenceAtTheEndOfThePrecedingTrack) {
     const auto layout = acceptedToc("TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 0 588\n"
                                     "TRACK AUDIO\nPREGAP 00:02:00\nFILE \"a.bin\" 588 588\n");
     EXPECT_THAT(layout.tracks[0].segments,
@@ -90,13 +90,13 @@ TEST(TocParser, APregapIsSilence) {
     EXPECT_THAT(layout.tracks[1].segments, ElementsAre(soundFrames(0, 588, 588)));
 }
 
-TEST(TocParser, DataIsCountedInBytesOrTime) {
+TEST(TocParser, ALengthOfDataIsANumberOfBytesOrATime) {
     const auto layout = acceptedToc("CD_ROM_XA\nTRACK AUDIO\nFILE \"a.bin\" 0 588\n"
                                     "TRACK MODE2_FORM1\nZERO MODE2_FORM1 00:02:00\nSTART\n"
                                     "DATAFILE \"d.iso\" #16 4097\nZERO 2048\n"
                                     "TRACK MODE1_RAW\nDATAFILE \"e.iso\"\n");
     EXPECT_THAT(layout.tracks[0].segments, ElementsAre(soundFrames(0, 0, 588)))
-        << "sound ends where data begins";
+        << "the pause before a data track is left out";
     EXPECT_THAT(layout.tracks[1].segments,
                 ElementsAre(Segment{SegmentKind::data, 1, 16, 3 * 588, 2048, 588, 2047},
                             Segment{SegmentKind::silence, 0, 0, 588, 2048}));
@@ -129,7 +129,7 @@ TEST(TocParser, RefusesTheHundredthTrack) {
     EXPECT_THAT(refusedToc(text), StartsWith("disc.toc, line 200: this is track 100"));
 }
 
-TEST(TocParser, RefusesTimesThatMakeNoSense) {
+TEST(TocParser, RefusesTimesOutOfRangeOrOutOfOrder) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:61:00\n"),
                 AllOf(StartsWith("disc.toc, line 2: "), HasSubstr("seconds go up to 59")));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nSILENCE 00:04:00\nINDEX 00:02:00\nINDEX 00:01:00\n"),
@@ -174,7 +174,7 @@ TEST(TocParser, ReportsTruncatedAndMisplacedStatements) {
     EXPECT_THAT(refusedToc("CD_DA }\n"), HasSubstr("where a keyword is expected"));
 }
 
-TEST(TocParser, RefusesPathsOutOfBoundsHoweverTheyAreWritten) {
+TEST(TocParser, RefusesPathsOutsideTheSheetsFolderEvenIfTheyAreEscaped) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"../a\" 0\n"),
                 HasSubstr("out of the image's folder"));
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"\\056./a\" 0\n"), HasSubstr("out of the image's"));
@@ -182,8 +182,8 @@ TEST(TocParser, RefusesPathsOutOfBoundsHoweverTheyAreWritten) {
     EXPECT_THAT(refusedToc("TRACK AUDIO\nFILE \"a\\000b\" 0\n"), HasSubstr("NUL"));
 }
 
-TEST(TocParser, ReadsTheLongestTextInOneGo) {
-    // A start after a hundred thousand segments: no step may take quadratic time.
+TEST(TocParser, ReadsTheLongestTextInLinearTime) {
+    // The START follows a hundred thousand segments; a step of quadratic time would be noticed.
     std::string text = "TRACK AUDIO\n";
     while (text.size() + 32 < maxSheetBytes) {
         text += "SILENCE 1\n";

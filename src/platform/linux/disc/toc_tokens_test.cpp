@@ -34,16 +34,16 @@ TEST(TocTokens, HaveTheirLineNumbers) {
     EXPECT_EQ(tokens.value()[2].kind, TocTokenKind::end);
 }
 
-TEST(TocTokens, StringsMayHoldBracesSlashesAndEscapedMarks) {
+TEST(TocTokens, StringsMayContainBracesSlashesAndEscapedQuotationMarks) {
     EXPECT_THAT(textsOf("\"a{b}//\\\"c\\\\\" x"), ElementsAre("a{b}//\\\"c\\\\", "x", ""));
 }
 
-TEST(TocTokens, AStringEndsOnItsLine) {
+TEST(TocTokens, AStringMustEndOnItsLine) {
     EXPECT_THAT(tocTokens("a.toc", "x\n\"abc\n\"").error().text, StartsWith("a.toc, line 2: "));
     EXPECT_FALSE(tocTokens("a.toc", "\"abc\\\"").ok());
 }
 
-TEST(Unescaped, DecodesMarksAndOctalBytes) {
+TEST(Unescaped, DecodesQuotationMarksBackslashesAndOctalBytes) {
     EXPECT_EQ(unescaped("a\\\"b\\\\c"), "a\"b\\c");
     EXPECT_EQ(unescaped("\\303\\244"), "ä");
     EXPECT_EQ(unescaped("\\12x\\"), "12x\\");

@@ -30,7 +30,7 @@ TEST(TocTrack, AStartTimeSplitsTheContentAtTheExactFrame) {
     EXPECT_THAT(track.content().body, ElementsAre(sound(40 + 488 * 4, 512)));
 }
 
-TEST(TocTrack, TheRestOfSplitDataKeepsTheLastSector) {
+TEST(TocTrack, AStartTimeLeavesTheIncompleteLastSectorInTheBody) {
     TocTrack track(TrackKind::data, 2048, 5);
     const Segment data{SegmentKind::data, 0, 16, 3 * 588, 2048, 588, 2047};
     track.add(data);
@@ -42,7 +42,7 @@ TEST(TocTrack, TheRestOfSplitDataKeepsTheLastSector) {
                 ElementsAre(Segment{SegmentKind::data, 0, 16 + 2048, 2 * 588, 2048, 588, 2047}));
 }
 
-TEST(TocTrack, AFileOfUnknownLengthIsSplitToo) {
+TEST(TocTrack, AStartTimeAlsoSplitsAFileOfUnknownLength) {
     TocTrack track = audioTrack();
     track.add(sound(0, toFileEnd));
     ASSERT_FALSE(track.startAt(2, 6));
@@ -51,7 +51,7 @@ TEST(TocTrack, AFileOfUnknownLengthIsSplitToo) {
     EXPECT_THAT(track.content().body, ElementsAre(sound(4704, toFileEnd)));
 }
 
-TEST(TocTrack, AStartBetweenSegmentsSplitsNone) {
+TEST(TocTrack, AStartBetweenTwoSegmentsSplitsNoSegment) {
     TocTrack track = audioTrack();
     track.add(silentSegment(588));
     ASSERT_FALSE(track.startHere(6));

@@ -26,7 +26,8 @@ bool isLoaded(const char* name) {
     return handle != nullptr;
 }
 
-/// Runs in a child process, because a library stays loaded.
+/// Ends the child process of a test. Tests that load a library use a child process, because the
+/// library stays loaded.
 void endWith(bool good) {
     std::_Exit(good ? 0 : 1);
 }
@@ -56,8 +57,8 @@ TEST(LateLibrary, IsLoadedInAdvanceWithAllOthers) {
         ExitedWithCode(0), "");
 }
 
-TEST(LateLibrary, FindsEachFunctionUnderItsOwnName) {
-    // Two threads call at once, which the dynamic linker allows, too.
+TEST(LateLibrary, FindsAFunctionEvenIfTwoThreadsCallItAtOnce) {
+    // Functions of a linked library may also be called by two threads at once.
     std::vector<std::string> words(2);
     {
         std::jthread first([&] { words[0] = sf_strerror(nullptr); });

@@ -26,7 +26,7 @@ TEST(AbandonableThread, WaitsForABodyThatReturns) {
     EXPECT_EQ(owned.use_count(), 1) << "the body is destroyed when `leave` returns";
 }
 
-TEST(AbandonableThread, LeavesAHangingBodyBehind) {
+TEST(AbandonableThread, DoesNotWaitForAHangingBodyWithoutALimit) {
     std::promise<void> release;
     const auto finished = std::make_shared<std::atomic<bool>>(false);
     {
@@ -43,7 +43,7 @@ TEST(AbandonableThread, LeavesAHangingBodyBehind) {
     EXPECT_TRUE(fakes::eventually([&] { return finished->load() && finished.use_count() == 1; }));
 }
 
-TEST(AbandonableThread, MayStartLaterIfTheSystemHasNoThreadNow) {
+TEST(AbandonableThread, CanBeStartedAgainIfTheSystemHadNoThread) {
     fakes::LimitedThreads threads(0);
     const auto owned = std::make_shared<std::atomic<bool>>(false);
     AbandonableThread thread;

@@ -57,7 +57,8 @@ TEST(AlsaInput, RecordsTheServersMonitor) {
     player.setSpeakers(makeOutput("default"));
     player.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
 
-    // At least a fifth of a second is without a gap; the input may start at any point of the sound.
+    // The recording must contain a fifth of a second without a gap. It may begin with any frame of
+    // the sound, because the server's monitor is opened at any time.
     EXPECT_TRUE(eventually([&] { return longestRun(tape->frames()) >= frameRate / 5; }));
 }
 
@@ -71,7 +72,7 @@ TEST(AlsaInput, IsSilentIfThereIsNoDevice) {
     EXPECT_EQ(input->opening(30s), CapturePump::Opening::failed);
 }
 
-TEST(AlsaInput, ListsTheDefaultFirstAndNoNone) {
+TEST(AlsaInput, ListsTheDefaultFirstAndDoesNotListNone) {
     const fakes::PulseServer server; // only its ALSA configuration is needed
     std::vector<std::string> names;
     for (const DeviceEntry& entry : listInputs()) {

@@ -133,7 +133,7 @@ TEST(AlsaOutput, BlocksNeitherTheCardNorItsDestructorIfTheServerHangs) {
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    server.kill(); // makes the call of the thread that was left behind return
+    server.kill(); // makes the call of the detached thread return
 }
 
 TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
@@ -143,7 +143,7 @@ TEST(AlsaOutput, DiscardsSoundIfTheDeviceDoesNotExist) {
         EXPECT_TRUE(playing.awaitFrames(halfSecond));
         playing.expectWholeCapture();
     }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library's own messages";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library has written messages";
 }
 
 TEST(AlsaOutput, TreatsAnEmptyNameAndNoneAsNoOutput) {

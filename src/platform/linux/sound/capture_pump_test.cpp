@@ -28,7 +28,7 @@ using Frames = std::vector<StereoFrame>;
 class CapturePumpTest : public testing::Test {
   protected:
     OpenCapture opener() { return openerOf(device); }
-    /// Pulls a block; the source must always fill it.
+    /// Pulls a block, which the pump must always fill.
     static Frames pull(CapturePump& pump, std::size_t count) {
         Frames block(count, StereoFrame{99, 99});
         const Pulled pulled = pump.pull(block);
@@ -72,7 +72,7 @@ TEST_F(CapturePumpTest, DeliversTheDevicesSoundWithoutAGap) {
     EXPECT_THAT(all, IsSound(pattern(0, 40 * 441)));
 }
 
-TEST_F(CapturePumpTest, BuffersTheMinimumAgainAfterAGap) {
+TEST_F(CapturePumpTest, IsSilentAfterAGapUntilEnoughIsBufferedAgain) {
     device->provide(441 * 7);
     CapturePump pump(opener(), timing);
     ASSERT_TRUE(eventually([&] { return device->isDrained(); }));

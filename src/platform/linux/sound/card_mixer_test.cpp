@@ -83,7 +83,7 @@ struct Place {
     std::uint32_t line;
     std::uint32_t type;
     std::int32_t start;
-    std::int32_t highest; ///< -1: it cannot be set
+    std::int32_t highest; ///< -1: the control cannot be set
 };
 
 const std::vector<Place>& allControls() {
@@ -124,7 +124,8 @@ TEST_F(CardMixerTest, StartsAtFullVolumeUnmutedNeutralAndSilent) {
 TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsThoseOutOfRange) {
     for (const Place& place : allControls()) {
         if (place.highest < 0) {
-            EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue) << "a meter";
+            EXPECT_EQ(set(place.line, place.type, 0), MixerResult::invalidValue)
+                << "a meter cannot be set";
             continue;
         }
         for (const std::int32_t value : {place.highest, 0, 1}) {
@@ -138,7 +139,7 @@ TEST_F(CardMixerTest, KeepsWrittenValuesAndRejectsThoseOutOfRange) {
     }
 }
 
-TEST_F(CardMixerTest, CallsBackOnlyForBassAndTreble) {
+TEST_F(CardMixerTest, CallsToneChangedOnlyForBassAndTreble) {
     for (const Place& place : allControls()) {
         static_cast<void>(set(place.line, place.type, 1));
     }
@@ -152,8 +153,10 @@ TEST_F(CardMixerTest, ReportsMissingControls) {
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidLine);
     EXPECT_EQ(line.dwLineID, 99U);
     MixerControl found{1, 2, 3, 4};
-    EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl) << "bass of the disc";
-    EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl) << "peak of the output";
+    EXPECT_EQ(find(0x1005, 0x50030002, found), MixerResult::invalidControl)
+        << "the disc has no bass";
+    EXPECT_EQ(find(4, 0x10020001, found), MixerResult::invalidControl)
+        << "the speakers have no peak";
     MixerLineControls controls{mixerLineControlsSize, 4, 0x50030001, 1, mixerControlSize, &found};
     EXPECT_EQ(mixer.getLineControls(handle, controls), MixerResult::invalidLine)
         << "a component type is not the identifier of a line";
@@ -167,7 +170,7 @@ TEST_F(CardMixerTest, ReportsMissingControls) {
     }
 }
 
-TEST_F(CardMixerTest, RefusesRecordsOfAWrongSizeAndMissingBlocks) {
+TEST_F(CardMixerTest, RefusesRecordsOfAWrongSizeAndNullPointers) {
     MixerLine line{mixerLineSize - 1, 99, 4};
     EXPECT_EQ(mixer.getLineInfo(handle, line), MixerResult::invalidParameter);
     EXPECT_EQ(line.dwLineID, 99U);
@@ -219,7 +222,7 @@ TEST_F(CardMixerTest, AcceptsEveryOpenedHandleAndNoOther) {
     EXPECT_EQ(card.masterVolume(), 65535);
 }
 
-TEST(CardMixer, IsAbsentWithoutACard) {
+TEST(CardMixer, CannotBeOpenedWithoutACard) {
     CardMixer none(nullptr);
     MixerHandle handle = 42;
     EXPECT_EQ(none.open(handle), MixerResult::badDevice);
@@ -249,7 +252,7 @@ TEST_F(CardMixerTest, VolumesAndMutesChangeTheOutput) {
     EXPECT_EQ(set(4, mixer_control::volume, 65535), MixerResult::noError);
     EXPECT_EQ(set(0x1005, mixer_control::volume, 65535), MixerResult::noError);
     EXPECT_EQ(set(0x1008, mixer_control::mute, 1), MixerResult::noError);
-    EXPECT_NEAR(heardDb(), 0, 0.01) << "another line's mute";
+    EXPECT_NEAR(heardDb(), 0, 0.01) << "the mute of another line has no effect";
     EXPECT_EQ(set(0x1005, mixer_control::mute, 1), MixerResult::noError);
     EXPECT_THAT(hear(100ms), IsSound(silence(4410)));
     EXPECT_EQ(set(0x1005, mixer_control::mute, 0), MixerResult::noError);
@@ -362,7 +365,7 @@ TEST_F(CardMixerTest, AMovedSliderChangesTheToneWithoutAClick) {
             const Frames played = hear(300ms);
             // The largest boost, 12 dB, raises the amplitude from 7000 to 28000. At 60 Hz the slope
             // then changes by up to 2 per sample; rounding to whole samples adds up to 2. A step of
-            // the gain between two samples would change it by thousands.
+            // the gain between two samples would change the slope by thousands.
             EXPECT_LT(roughness(fakes::leftOf(played)), 8) << type << " to " << position;
         }
     }
@@ -375,7 +378,7 @@ TEST_F(CardMixerTest, ABoostedLoudSoundIsAttenuatedAndNotClipped) {
     hear(1s);
     const std::vector<double> played = fakes::leftOf(hear(1s));
     const double whole = amplitudeAt(played, hz, frameRate);
-    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "at the maximum level";
+    EXPECT_NEAR(decibels(whole / 32'767), 0, 0.1) << "the sound has the maximum level";
     // A clipped wave would have a third harmonic with up to a third of its amplitude.
     EXPECT_LT(decibels(amplitudeAt(played, 3 * hz, frameRate) / whole), -50);
     EXPECT_LT(decibels(amplitudeAt(played, 5 * hz, frameRate) / whole), -50);

@@ -141,7 +141,7 @@ TEST(CardPeak, OfTheMixIsThePeakOfTheRecordedSum) {
     EXPECT_EQ(card.recorderPeak(20ms), 32767) << "the sum is clipped in the recording, too";
 }
 
-TEST(CardPeak, IsZeroForASilentSourceBesideOneThatPlays) {
+TEST(CardPeak, IsZeroForASilentSourceWhileAnotherLinePlays) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<ConstantSource>(StereoFrame{700, 0}), 0ns);
     card.advance(10ms);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Uses the mixer, reads peaks, uses the wave input and changes the source while the card's own
-// thread runs. Each call is made from the thread that makes it in the program, or from several
-// threads. For the thread sanitizer.
+// thread runs. Each call is made on the thread that makes it in the program, or on more threads
+// than there. For the thread sanitizer.
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -26,7 +26,7 @@ using fakes::MemorySink;
 using fakes::pattern;
 using fakes::PatternSource;
 
-TEST(CardThreads, RecordABitForBitTrackWhileTheMixerIsUsed) {
+TEST(CardThreads, RecordATrackBitForBitWhileTheMixerIsUsed) {
     SoundCard card;
     const SoundCardThread thread(card);
     card.setSpeakers(std::make_shared<MemorySink>());
@@ -111,7 +111,7 @@ TEST(CardThreads, OpenAndCloseAnInputConcurrently) {
         listening.join();
         recording.join();
         choosing.join();
-        EXPECT_FALSE(card.active()) << "the input was detached from its line";
+        EXPECT_FALSE(card.active()) << "the input is still attached to its line";
     }
     EXPECT_EQ(device->opened, device->closed);
 }

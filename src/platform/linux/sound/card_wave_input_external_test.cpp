@@ -107,7 +107,7 @@ TEST_F(CardWaveInputExternal, DoesNotWaitForADeviceWhoseOpeningHangs) {
     EXPECT_EQ(input.start(handle), WaveResult::noError);
     pass(10ms);
     EXPECT_THAT(buffer.frames(), IsSound(silence(441)))
-        << "the buffer is filled at the format's rate";
+        << "the buffer is filled with silence at the format's rate";
     EXPECT_EQ(input.reset(handle), WaveResult::noError);
     EXPECT_EQ(input.close(handle), WaveResult::noError);
     device->release();
