@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A wave input on a sound card in virtual time, and buffers for it. For tests only.
+// Provides a wave input on a sound card whose time the test advances, and buffers for the input.
+// For tests only.
 #pragma once
 
 #include <cstring>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests a wave input's operations in any order against a model, and concurrently with the card.
+// Tests that a wave input's operations match a model in any order, and that they can be called
+// while the card's thread runs.
 #include <array>
 #include <random>
 
@@ -100,7 +101,7 @@ class AnyOrder {
     bool running_ = false;
 };
 
-TEST(CardWaveInput, ReturnsTheModelsResultsInEveryOrderOfThreeOperationsInEachState) {
+TEST(CardWaveInput, MatchesTheModelForEverySequenceOfThreeOperationsFromEachState) {
     const std::vector<std::vector<int>> beginnings{{},        {0},          {0, 1},
                                                    {0, 1, 3}, {0, 1, 3, 4}, {0, 1, 3, 4, 8}};
     for (const std::vector<int>& beginning : beginnings) {
@@ -119,7 +120,7 @@ TEST(CardWaveInput, ReturnsTheModelsResultsInEveryOrderOfThreeOperationsInEachSt
     }
 }
 
-TEST(CardWaveInput, ReturnsTheModelsResultsInLongRandomOrders) {
+TEST(CardWaveInput, MatchesTheModelForLongRandomSequences) {
     for (unsigned seed = 0; seed < 20; ++seed) {
         std::mt19937 random(seed);
         AnyOrder device;

@@ -48,7 +48,7 @@ TEST_F(CardWaveInputTest, FillsBuffersInTheirOrderWithTheRecordersSound) {
     EXPECT_THAT(first.frames(), IsSound(pattern(4 * 441, 1000)));
 }
 
-TEST_F(CardWaveInputTest, RunsAtTheFormatsRateWithAndWithoutSound) {
+TEST_F(CardWaveInputTest, FillsBuffersWithSilenceAtTheFormatsRateIfThereIsNoSound) {
     open(meterFormat);
     std::array<Buffer, 2> buffers{Buffer(800), Buffer(800)};
     for (Buffer& buffer : buffers) {
@@ -75,7 +75,7 @@ TEST_F(CardWaveInputTest, RunsAtTheFormatsRateWithAndWithoutSound) {
     EXPECT_FALSE(card.active()) << "the card is idle again";
 }
 
-TEST_F(CardWaveInputTest, ReceivesTheRecordingsSoundWithoutAffectingIt) {
+TEST_F(CardWaveInputTest, ReceivesTheRecordedSoundWithoutAffectingTheRecording) {
     const auto tape = std::make_shared<MemorySink>();
     open(cardFormat);
     Buffer buffer(4 * 4410);
@@ -95,7 +95,7 @@ TEST_F(CardWaveInputTest, ReceivesTheRecordingsSoundWithoutAffectingIt) {
     EXPECT_THAT(buffer.frames(), IsSound(expected));
 }
 
-TEST_F(CardWaveInputTest, StopMarksAFilledPartAndKeepsEmptyBuffers) {
+TEST_F(CardWaveInputTest, StopMarksAPartlyFilledBufferDoneAndKeepsEmptyBuffersQueued) {
     open(cardFormat);
     Buffer first(4 * 1000);
     Buffer second(4 * 1000);
@@ -135,7 +135,7 @@ TEST_F(CardWaveInputTest, ResetMarksAllBuffersDone) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputTest, OpensOneDeviceOnce) {
+TEST_F(CardWaveInputTest, OpensOnlyDeviceZeroAndOnlyOnce) {
     WaveInHandle other = 5;
     EXPECT_EQ(input.open(other, 1, cardFormat), WaveResult::badDevice);
     EXPECT_EQ(input.open(other, 0, pcmFormat(5, 44100, 16)), WaveResult::badFormat);
@@ -149,11 +149,11 @@ TEST_F(CardWaveInputTest, OpensOneDeviceOnce) {
     EXPECT_EQ(input.close(handle), WaveResult::invalidHandle);
     open(cardFormat);
     EXPECT_NE(handle, before);
-    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "a closed handle";
+    EXPECT_EQ(input.start(before), WaveResult::invalidHandle) << "the handle was closed";
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(CardWaveInputTest, RejectsABufferSmallerThanAFrame) {
+TEST_F(CardWaveInputTest, RejectsUnusableBuffersAndWritesOnlyWholeFrames) {
     open(cardFormat);
     Buffer tiny(3);
     EXPECT_EQ(input.prepareHeader(handle, tiny.header), WaveResult::invalidParameter);

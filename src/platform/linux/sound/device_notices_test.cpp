@@ -20,7 +20,7 @@ class DeviceNoticesTest : public testing::Test {
     ReportDevice output = reportTo(notices, SoundDevice::output, "hw:0");
 };
 
-TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenItIsTried) {
+TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenTheDeviceIsTried) {
     output(DeviceState::works);
     EXPECT_THAT(board.texts(), IsEmpty());
     for (int attempt = 0; attempt < 3; ++attempt) {
@@ -34,7 +34,7 @@ TEST_F(DeviceNoticesTest, ReportALossOnceAndTheRecoveryOnceHoweverOftenItIsTried
                     "unplugged. Playing continues without sound until it is available again.",
                     "The sound output \"hw:0\" is available again."));
     output(DeviceState::lost);
-    EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss";
+    EXPECT_THAT(board.texts(), SizeIs(3)) << "a new loss is reported again";
 }
 
 TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
@@ -50,7 +50,7 @@ TEST_F(DeviceNoticesTest, SkipRepeatedReports) {
                             "settled output hw:0: The sound output \"hw:0\" is available again."));
 }
 
-TEST_F(DeviceNoticesTest, DistinguishInputAndOutputOfOneName) {
+TEST_F(DeviceNoticesTest, DistinguishAnInputAndAnOutputOfTheSameName) {
     output(DeviceState::lost);
     reportTo(notices, SoundDevice::input, "hw:0")(DeviceState::lost);
     EXPECT_THAT(board.texts(), SizeIs(2));

@@ -65,7 +65,7 @@ TEST(FrameQueue, DropsTheOldestFrames) {
     EXPECT_TRUE(queue.empty());
 }
 
-TEST(FrameQueue, DropsTheSilenceBeforeASoundAndNotAfterIt) {
+TEST(FrameQueue, DropsTheSilenceBeforeASoundButNotTheSilenceAfterIt) {
     FrameQueue queue(10);
     queue.push(fakes::silence(3));
     queue.push(fakes::pattern(0, 1));
@@ -74,7 +74,7 @@ TEST(FrameQueue, DropsTheSilenceBeforeASoundAndNotAfterIt) {
     EXPECT_EQ(queue.size(), 3U);
 }
 
-TEST(FrameQueue, UsesOnlyTheMemoryForFramesHeldAtOnce) {
+TEST(FrameQueue, UsesOnlyAsMuchMemoryAsItsLargestContent) {
     constexpr std::size_t capacity = 16 * 1024 * 1024; // 64 MiB
     constexpr std::size_t batch = 4410;
     FrameQueue queue(capacity);

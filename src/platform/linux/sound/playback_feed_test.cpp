@@ -53,7 +53,7 @@ TEST(PlaybackFeed, DropsTheSilenceBeforeTheAwaitedSound) {
     EXPECT_THAT(taken(feed, 20), IsSound(pattern(0, 5)));
 }
 
-TEST(PlaybackFeed, WakesItsThreadOnceForAllRequestedFrames) {
+TEST(PlaybackFeed, DoesNotWakeItsThreadForEachAddedBlock) {
     PlaybackFeed feed;
     feed.setDeviceOpen(true);
     constexpr int blocks = 200;

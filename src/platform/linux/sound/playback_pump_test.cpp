@@ -150,7 +150,7 @@ TEST_F(PlaybackPumpTest, OpensNoDeviceForSilence) {
     EXPECT_THAT(device->firstHeard(5000), IsSound(pattern(0, 5000)));
 }
 
-TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
+TEST_F(PlaybackPumpTest, FillsTheDevicesBufferBeforeItStartsTheDevice) {
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 10'000);
     EXPECT_TRUE(eventually([&] { return device->heardFrames() >= 10'000; }));
@@ -160,7 +160,7 @@ TEST_F(PlaybackPumpTest, FillsTheDeviceBeforeItStartsIt) {
     EXPECT_LT(device->startedAt.front(), 5000U);
 }
 
-TEST_F(PlaybackPumpTest, WritesToTheDeviceOnceForThreeBlocksOfTheCard) {
+TEST_F(PlaybackPumpTest, WritesThreeBlocksOfTheCardAtOnce) {
     endless.batchWait = 1h;
     PlaybackPump pump(opener(), endless);
     play(pump, 0, 21 * blockFrames);
@@ -255,10 +255,10 @@ TEST_F(PlaybackPumpTest, ClosesTheDeviceAfterSilence) {
     }));
     pump.play(silence(441));
     std::this_thread::sleep_for(20ms);
-    EXPECT_EQ(device->opened, 1) << "silence after it opens the device again";
+    EXPECT_EQ(device->opened, 1) << "silence has opened the device again";
 }
 
-TEST_F(PlaybackPumpTest, OpensNoDeviceForSilenceAddedWhileItWasClosed) {
+TEST_F(PlaybackPumpTest, DoesNotOpenTheDeviceAgainForSilenceAddedWhileItCloses) {
     patient.closeAfter = 100ms;
     PlaybackPump pump(opener(), patient);
     device->onStop = [&pump] {
@@ -318,7 +318,7 @@ TEST_F(PlaybackPumpTest, DropsFramesThatDoNotFit) {
     EXPECT_THAT(device->firstHeard(10'000), IsSound(pattern(0, 10'000)));
 }
 
-TEST_F(PlaybackPumpTest, EndsIfTheDeviceCannotBeOpened) {
+TEST_F(PlaybackPumpTest, CanBeDestroyedIfTheDeviceCannotBeOpened) {
     std::atomic<int> attempts = 0;
     PlaybackPump pump(
         [&attempts]() -> std::unique_ptr<PcmPlayback> {
@@ -347,7 +347,8 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
         missing = false;
         EXPECT_TRUE(eventually([&] {
             play(pump, 0, 441);
-            std::this_thread::sleep_for(5ms); // the pump reads the queue faster than it is filled
+            std::this_thread::sleep_for(
+                5ms); // so that the pump reads the queue faster than the test fills it
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)
@@ -366,7 +367,7 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
     EXPECT_EQ(reports.states().back(), DeviceState::unused);
 }
 
-TEST_F(PlaybackPumpTest, ReportsAShortSoundThatEndedAsPlayed) {
+TEST_F(PlaybackPumpTest, ReportsThatTheDeviceWorksAfterAShortSound) {
     fakes::DeviceReports reports;
     patient.closeAfter = 1ms;
     PlaybackPump pump(opener(), patient, reports.sink());
@@ -374,7 +375,7 @@ TEST_F(PlaybackPumpTest, ReportsAShortSoundThatEndedAsPlayed) {
     EXPECT_TRUE(eventually([&] { return reports.hold(DeviceState::works); }));
 }
 
-TEST_F(PlaybackPumpTest, TriesAgainAfterAWhileIfTheSystemHadNoThread) {
+TEST_F(PlaybackPumpTest, TriesToStartItsThreadAgainAfterRetryAfter) {
     fakes::LimitedThreads threads(0);
     fakes::DeviceReports reports;
     PlaybackPump waiting(opener(), endless, reports.sink(), threads.starter());

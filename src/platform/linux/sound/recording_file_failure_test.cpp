@@ -69,7 +69,7 @@ void limitFileSize(rlim_t bytes) {
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFittedAndNothingAfterThem) {
+TEST_F(FailingDiskTest, KeepsTheWholeFramesThatFitAndNothingAfterThem) {
     std::ofstream(target) << "old";
     EXPECT_EQ(test::runInChild([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
@@ -100,7 +100,8 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
             taken = recording.append(pattern(block * 441, 441));
         }
         const bool full = !taken && recording.failure() == ENOSPC;
-        const std::int64_t room = test::smallDiskBytes - 64 * 1024; // less file system data
+        const std::int64_t room =
+            test::smallDiskBytes - 64 * 1024; // minus the file system's own data
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
         // If not even the first byte of the next file can be written, no file is left.
@@ -137,7 +138,7 @@ TEST_F(FailingDiskTest, KeepsFramesWrittenBeforeAFailedWrite) {
                         EXPECT_EQ(recording.frames(), failing * 1000);
                         EXPECT_EQ(recording.failure(), error);
                         EXPECT_EQ(recording.save(target).ok(), failing > 0)
-                            << "no frame may have been written";
+                            << "save() fails only if no frame is kept";
                     });
                 EXPECT_EQ(entriesIn(folder.path()), failing > 0 ? 1 : 0);
                 if (failing > 0) {
@@ -166,7 +167,7 @@ TEST_F(FailingDiskTest, KeepsTheOldFileIfNoFrameIsKept) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, FailsAtTheFirstByteAndLeavesNoFile) {
+TEST_F(FailingDiskTest, CannotBeCreatedIfNoByteCanBeWrittenAndLeavesNoFile) {
     intercepted(
         [](const seccomp_data& call) {
             return isHeader(call) || isSamples(call) ? ENOSPC : CallJudge::letThrough;
@@ -196,10 +197,10 @@ TEST_F(FailingDiskTest, CopiesTheRecordingIfItsHeaderCannotBeChanged) {
 }
 
 TEST_F(FailingDiskTest, CopiesTheRecordingIfItCannotBeTruncated) {
-    int cuts = 0;
+    int truncations = 0;
     intercepted(
         [&](const seccomp_data& call) {
-            cuts += call.nr == SYS_ftruncate ? 1 : 0;
+            truncations += call.nr == SYS_ftruncate ? 1 : 0;
             return call.nr == SYS_ftruncate || (isSamples(call) && call.args[2] == 404)
                        ? EIO
                        : CallJudge::letThrough;
@@ -210,11 +211,11 @@ TEST_F(FailingDiskTest, CopiesTheRecordingIfItCannotBeTruncated) {
             EXPECT_FALSE(recording.append(pattern(100, 101)));
             EXPECT_TRUE(recording.save(target).ok());
         });
-    EXPECT_EQ(cuts, 1);
+    EXPECT_EQ(truncations, 1);
     expectPlainWav(target, pattern(0, 100));
 }
 
-TEST_F(FailingDiskTest, NamesTheFileOnlyOnceItsHeaderCanBeWritten) {
+TEST_F(FailingDiskTest, DoesNotNameTheFileUntilItsHeaderCanBeWritten) {
     std::atomic<bool> broken = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -289,7 +290,7 @@ TEST_F(FailingDiskTest, NamesNoFileIfTheDiskHasLostEverything) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(FailingDiskTest, KeepsThePartThatFitsIntoThePlainFormIfThereIsNoSpaceForTheLargeForm) {
+TEST_F(FailingDiskTest, KeepsThePartThatFitsIntoAPlainWavIfNoRf64CopyCanBeMade) {
     constexpr std::int64_t smallLimit = 400'002; // in the middle of a frame
     intercepted(
         [](const seccomp_data& call) {
@@ -306,7 +307,7 @@ TEST_F(FailingDiskTest, KeepsThePartThatFitsIntoThePlainFormIfThereIsNoSpaceForT
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(FailingDiskTest, NamesNoFileThatLacksCountedSamples) {
+TEST_F(FailingDiskTest, DoesNotNameAFileThatLacksCountedSamples) {
     auto made = RecordingFile::create(Channels::stereo, folder.path(), maxWavSampleBytes,
                                       files::Concealment::hiddenName);
     ASSERT_TRUE(made.ok());
@@ -319,7 +320,7 @@ TEST_F(FailingDiskTest, NamesNoFileThatLacksCountedSamples) {
     EXPECT_FALSE(fs::exists(target));
 }
 
-TEST_F(FailingDiskTest, KeepsWholeFramesOfMono) {
+TEST_F(FailingDiskTest, KeepsTheWholeMonoFramesThatFit) {
     EXPECT_EQ(test::runInChild([&] {
                   std::signal(SIGXFSZ, SIG_IGN);
                   limitFileSize(1003);

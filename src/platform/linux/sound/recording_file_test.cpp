@@ -43,7 +43,7 @@ TEST_F(RecordingFileTest, SavesStereoBitForBit) {
     EXPECT_TRUE(recording.append(pattern(0, 10'000)));
     EXPECT_TRUE(recording.append(pattern(10'000, 1)));
     EXPECT_EQ(recording.frames(), 10'001);
-    EXPECT_EQ(visibleEntriesIn(folder.path()), 0) << "it has no name until it is saved";
+    EXPECT_EQ(visibleEntriesIn(folder.path()), 0) << "the file has no name until it is saved";
     ASSERT_TRUE(recording.save(target).ok());
     expectPlainWav(target, pattern(0, 10'001));
 }
@@ -71,7 +71,7 @@ TEST_F(RecordingFileTest, LeavesNoFileIfItIsNotSaved) {
     EXPECT_EQ(entriesIn(folder.path()), 0);
 }
 
-TEST_F(RecordingFileTest, ReplacesAFileOfThatName) {
+TEST_F(RecordingFileTest, ReplacesAFileThatHasTheSameName) {
     std::ofstream(target) << "old";
     RecordingFile recording = create(Channels::stereo);
     EXPECT_TRUE(recording.append(pattern(0, 10)));
@@ -116,7 +116,7 @@ TEST_F(RecordingFileTest, FailsIfNoFileCanBeCreated) {
     EXPECT_FALSE(RecordingFile::create(Channels::stereo, "/proc").ok());
 }
 
-TEST_F(RecordingFileTest, UsesTheLargeFormForARecordingTooLongForThePlainOne) {
+TEST_F(RecordingFileTest, SavesARecordingThatIsTooLongForAPlainWavAsRf64) {
     constexpr std::int64_t smallLimit = 400'000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 100'001)));
@@ -128,7 +128,7 @@ TEST_F(RecordingFileTest, UsesTheLargeFormForARecordingTooLongForThePlainOne) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(RecordingFileTest, KeepsThePlainFormUpToItsLimit) {
+TEST_F(RecordingFileTest, SavesARecordingOfTheLongestPlainLengthAsPlainWav) {
     constexpr std::int64_t smallLimit = 4000;
     RecordingFile recording = create(Channels::stereo, smallLimit);
     EXPECT_TRUE(recording.append(pattern(0, 1000)));
@@ -136,7 +136,7 @@ TEST_F(RecordingFileTest, KeepsThePlainFormUpToItsLimit) {
     expectPlainWav(target, pattern(0, 1000));
 }
 
-TEST_F(RecordingFileTest, SavesBothFormsFromAFileWithAHiddenName) {
+TEST_F(RecordingFileTest, SavesPlainWavAndRf64FromAFileWithAHiddenName) {
     std::ofstream(target) << "old";
     constexpr std::int64_t smallLimit = 4000;
     for (const std::size_t frames : {std::size_t{1000}, std::size_t{1001}}) {
@@ -153,8 +153,8 @@ TEST_F(RecordingFileTest, SavesBothFormsFromAFileWithAHiddenName) {
     EXPECT_EQ(contentOf(target).substr(0, 4), "RF64");
 }
 
-/// Records and saves again and again until it is killed, with a longer recording each time; reports
-/// before and after each save. Returns if it fails.
+/// Saves one recording after the other, each longer than the previous one, until the process is
+/// killed. Reports before and after each save. Returns if a call fails.
 void recordForEver(const fs::path& folder, files::Concealment concealment,
                    const test::ReportingChild::Report& report) {
     for (std::size_t frames = 1000;; frames += 1000) {

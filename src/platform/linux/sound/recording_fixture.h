@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A recording in a temporary folder, the notices for the user, and disks that hang or fail. For
-// tests only.
+// Creates recordings in a temporary folder, collects the notices for the user, and simulates disks
+// that hang or fail. For tests only.
 #pragma once
 
 #include <atomic>
@@ -27,9 +27,9 @@
 
 namespace sonarith::sound {
 
-// No test depends on the speed of the machine. briefTiming is for disks that hang: the waits are
-// too short to delay a test. patientTiming is for disks that work: the limits are longer than any
-// delay by load.
+// No test depends on the speed of the machine. briefTiming is for disks that hang: its waits are
+// short, so that they do not delay a test. patientTiming is for disks that work: its limits are
+// longer than any delay under load.
 inline constexpr RecordingTiming briefTiming{
     std::chrono::milliseconds{20}, std::chrono::milliseconds{30}, std::chrono::milliseconds{10}};
 inline constexpr RecordingTiming patientTiming{std::chrono::seconds{30}, std::chrono::seconds{30},

@@ -28,7 +28,7 @@ using testing::IsEmpty;
 
 class HangingDiskTest : public RecordingFixture {
   protected:
-    /// Plays `disc` into a recording and advances the card by `time` in the steps of its thread.
+    /// Advances the card by `time` in steps of 10 ms, as the card's thread does.
     void play(std::chrono::milliseconds time) {
         for (const SoundCard::Time end = now + time; now < end;) {
             card.advance(now += 10ms);
@@ -47,7 +47,7 @@ class HangingDiskTest : public RecordingFixture {
     std::shared_ptr<fakes::PatternSource> disc = std::make_shared<fakes::PatternSource>();
 };
 
-/// The system calls that hang.
+/// Selects the system calls that hang.
 struct Hang {
     const char* name;
     bool (*hits)(const seccomp_data& call);
@@ -106,7 +106,7 @@ TEST_F(HangingDiskTest, ChangesNeitherTheLengthNorTheSamplesOfATrack) {
                                                  HasSubstr("responds again"))));
 }
 
-TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
+TEST_F(HangingDiskTest, PausesTheDiscWhenTheQueueIsFullAndLosesNothing) {
     intercepted([](const seccomp_data& call) { return hitsSamples(call) ? CallJudge::hold : 0; },
                 [&](CallJudge& judge) {
                     const auto recording = begin();
@@ -116,7 +116,7 @@ TEST_F(HangingDiskTest, StopsTheDiscAtTheBoundAndLosesNothing) {
                     play(60s);
                     const std::int64_t bound = disc->position();
                     EXPECT_LE(bound, 441'000 + 44'100)
-                        << "the queue, and the frames that are being written";
+                        << "more than the queue and the frames that are being written";
                     EXPECT_GE(bound, 441'000);
                     EXPECT_EQ(recording->bytes(), bound * 4);
                     play(60s);
@@ -199,9 +199,10 @@ INSTANTIATE_TEST_SUITE_P(Calls, HangingCallTest,
                                               }}),
                          [](const auto& hang) { return hang.param.name; });
 
-TEST_F(HangingDiskTest, IsWaitedForOnceInASaveAndTheFollowingDestruction) {
+TEST_F(HangingDiskTest, ASaveAndTheDestructionAfterItWaitOnlyOnceTogether) {
     intercepted(&holdNaming, [&](CallJudge& judge) {
-        // 2 s: under load, one wait still takes less than two waits.
+        // 2 s, so that even under load one wait ends before the limit of 3.9 s, and two waits (4 s)
+        // do not.
         auto recording = begin({2s, 1h, 1h});
         recording->sink()->record(pattern(0, 100));
         const auto start = std::chrono::steady_clock::now();
@@ -293,13 +294,13 @@ TEST_F(HangingDiskTest, IsWaitedForAgainOnlyByASaveOfTheSameName) {
         EXPECT_FALSE(recording->save(target).ok());
         judge.release();
         EXPECT_TRUE(noSaveIsPending());
-        EXPECT_TRUE(recording->save(target).ok()) << "the save was completed meanwhile";
+        EXPECT_TRUE(recording->save(target).ok()) << "the first save has been completed";
     });
     expectPlainWav(target, pattern(0, 100));
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_F(HangingDiskTest, IsSkippedByTheWatchingThreadIfNoOtherThreadIsLeft) {
+TEST_F(HangingDiskTest, TheWatchingThreadWritesToTheNextFolderIfNoThreadCanBeStarted) {
     const fakes::TempFolder other;
     const fakes::LimitedThreads threads(2);
     context.starter = threads.starter();
