@@ -39,7 +39,7 @@ TEST_F(RecordingNoticesTest, ReportsALossThatTheSaveDetects) {
                                      "Input/output error; 0:42 are kept"));
 }
 
-TEST_F(RecordingNoticesTest, ReportsThatNothingIsKeptWithoutAFrame) {
+TEST_F(RecordingNoticesTest, ReportsThatNothingIsKeptIfNoFrameWasWritten) {
     notices.endedEarly(first, "/music", EDQUOT, 0);
     EXPECT_THAT(texts(), ElementsAre("The recording in \"/music\" has ended: the quota of the disk "
                                      "is used up; nothing is kept"));
@@ -112,7 +112,7 @@ TEST_F(RecordingNoticesTest, ReportsUnusableFoldersOnceUntilAFileCanBeCreated) {
     EXPECT_THAT(texts(), ElementsAre(text, "settled no folder for recordings", text));
 }
 
-TEST_F(RecordingNoticesTest, ForgetsTheCausesOfARecordingThatIsClosed) {
+TEST_F(RecordingNoticesTest, SettlesAllCausesOfARecordingThatIsClosed) {
     notices.endedEarly(first, "/music", EIO, 0);
     notices.stalled("/music");
     notices.notSaved("/music/a.wav", {ErrorNumber::diskFull, "it is full"});
@@ -131,7 +131,7 @@ TEST_F(RecordingNoticesTest, DistinguishesRecordings) {
     EXPECT_EQ(texts().size(), 2U);
 }
 
-TEST_F(RecordingNoticesTest, IsMuteForThreadsThatOutliveTheNotices) {
+TEST_F(RecordingNoticesTest, ReportsNothingAfterMute) {
     notices.stalled("/music");
     notices.mute();
     notices.responds("/music");

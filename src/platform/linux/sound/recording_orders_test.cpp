@@ -21,7 +21,7 @@ class RecordingOrdersTest : public testing::Test {
     RecordingOrders orders{3, saves};
 };
 
-TEST_F(RecordingOrdersTest, ReportWhetherThereIsAFile) {
+TEST_F(RecordingOrdersTest, ReportThatTheFileWasCreated) {
     EXPECT_FALSE(orders.begunWithin(0ms));
     ASSERT_TRUE(orders.tries(0, 0));
     ASSERT_TRUE(orders.tries(0, 1));
@@ -30,18 +30,18 @@ TEST_F(RecordingOrdersTest, ReportWhetherThereIsAFile) {
     EXPECT_TRUE(orders.begunWithin(0ms)->ok());
 }
 
-TEST_F(RecordingOrdersTest, ReportThatThereIsNone) {
+TEST_F(RecordingOrdersTest, ReportThatNoFileCouldBeCreated) {
     ASSERT_TRUE(orders.fails(0, noFolder, nothing));
     ASSERT_FALSE(orders.begunWithin(0ms)->ok());
     EXPECT_EQ(orders.begunWithin(0ms)->error().text, "there is none");
 }
 
-TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
+TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastFolder) {
     ASSERT_TRUE(orders.tries(0, 0));
     const auto first = orders.replaceWithin(1ms);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->hanging, 0U);
-    EXPECT_FALSE(orders.tries(0, 1)) << "another writer has replaced it";
+    EXPECT_FALSE(orders.tries(0, 1)) << "another writer has replaced this one";
     EXPECT_FALSE(orders.begins(0, [] { ADD_FAILURE(); }));
     EXPECT_FALSE(orders.fails(0, noFolder, [] { ADD_FAILURE(); }));
     ASSERT_TRUE(orders.tries(first->turn, 1));
@@ -49,7 +49,7 @@ TEST_F(RecordingOrdersTest, ReplaceAHangingWriterUntilTheLastCandidate) {
     ASSERT_TRUE(second);
     EXPECT_EQ(second->hanging, 1U);
     ASSERT_TRUE(orders.tries(second->turn, 2));
-    EXPECT_FALSE(orders.replaceWithin(1ms)) << "there is no further candidate";
+    EXPECT_FALSE(orders.replaceWithin(1ms)) << "there is no further folder";
     EXPECT_TRUE(orders.begins(second->turn, nothing));
 }
 
@@ -62,9 +62,9 @@ TEST_F(RecordingOrdersTest, ReplaceNoWriterThatHasAFileOrNeedsNone) {
     EXPECT_FALSE(closed.tries(0, 0));
 }
 
-TEST_F(RecordingOrdersTest, GiveEachCandidateTheFullTime) {
-    // Together the two candidates take longer than the limit for one. Only a delay of half a second
-    // could make the test fail.
+TEST_F(RecordingOrdersTest, GiveEachFolderTheFullTime) {
+    // Together the two folders take 1.4 s, longer than the limit of 1.2 s for one folder. The test
+    // could fail only if the machine delayed a thread by half a second.
     std::thread writer([this] {
         for (std::size_t candidate = 0; candidate < 2; ++candidate) {
             EXPECT_TRUE(orders.tries(0, candidate));
@@ -104,10 +104,11 @@ TEST_F(RecordingOrdersTest, KeepALateSaveForTheNextCall) {
     EXPECT_TRUE(saves->noneWithin(0ms));
     EXPECT_TRUE(orders.saveWithin(0ms, "/a.wav")->ok()) << "the save is not ordered twice";
     EXPECT_TRUE(saves->noneWithin(0ms));
-    EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav")) << "it has now been saved";
+    EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"))
+        << "the result was already returned, so this is a new order";
 }
 
-TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsComplete) {
+TEST_F(RecordingOrdersTest, RemainValidAfterCloseUntilTheSaveIsComplete) {
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     EXPECT_TRUE(orders.close());
     EXPECT_FALSE(orders.abandoned());
@@ -122,7 +123,7 @@ TEST_F(RecordingOrdersTest, RemainValidAfterTheEndUntilTheSaveIsComplete) {
 TEST_F(RecordingOrdersTest, ReportOnlyALateSave) {
     int late = 0;
     orders.watchSave(0ms, [&] { ++late; });
-    EXPECT_EQ(late, 0) << "no recording is running";
+    EXPECT_EQ(late, 0) << "no save is running";
     EXPECT_FALSE(orders.saveWithin(0ms, "/a.wav"));
     orders.watchSave(0ms, [&] { ++late; });
     EXPECT_EQ(late, 1);

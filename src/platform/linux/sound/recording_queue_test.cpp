@@ -30,7 +30,7 @@ class RecordingQueueTest : public testing::Test {
     }};
 };
 
-TEST_F(RecordingQueueTest, HasSpaceForTenSecondsAndReportsWhenItIsFull) {
+TEST_F(RecordingQueueTest, HasRoomForTenSecondsAndNoneWhenItIsFull) {
     EXPECT_EQ(queue.room(), 441'000U);
     queue.record(pattern(0, 440'000));
     EXPECT_EQ(queue.room(), 1000U);
@@ -57,7 +57,7 @@ TEST_F(RecordingQueueTest, NeverStopsTheCardAfterItsEnd) {
     EXPECT_GT(queue.room(), 1'000'000U);
 }
 
-TEST_F(RecordingQueueTest, DropsWaitingFramesWhenGivenUpAndCountsTheKeptOnes) {
+TEST_F(RecordingQueueTest, DropsWaitingFramesWhenGivenUpAndCountsTheKeptFrames) {
     queue.record(pattern(0, 50'000));
     queue.giveUp(123);
     queue.record(pattern(0, 1000));

@@ -64,7 +64,7 @@ TEST_F(RecordingTest, CountsTheBytesOfOneChannelInMono) {
     EXPECT_EQ(fs::file_size(target), 244U);
 }
 
-TEST_F(RecordingTest, UsesTheFirstFolderThatAllowsIt) {
+TEST_F(RecordingTest, UsesTheFirstFolderInWhichAFileCanBeCreated) {
     const auto recording =
         begin({folder / "missing", fs::path("/proc"), folder.path()}, patientTiming);
     recording->sink()->record(pattern(0, 10));
@@ -73,21 +73,22 @@ TEST_F(RecordingTest, UsesTheFirstFolderThatAllowsIt) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, FailsWithANoticeIfNoFolderAllowsIt) {
+TEST_F(RecordingTest, FailsWithANoticeIfNoFileCanBeCreatedInAnyFolder) {
     for (const std::vector<fs::path>& folders :
          {std::vector<fs::path>{fs::path("/proc"), folder / "missing"}, std::vector<fs::path>{}}) {
         const auto begun = Recording::begin(Channels::stereo, folders, context);
         ASSERT_FALSE(begun.ok());
         EXPECT_EQ(begun.error().number, ErrorNumber::pathNotFound);
     }
-    ASSERT_EQ(shown.texts().size(), 1U) << "the notice is reported once while no folder allows it";
+    ASSERT_EQ(shown.texts().size(), 1U)
+        << "the notice is reported only once while no file can be created";
     EXPECT_THAT(shown.texts()[0], HasSubstr("Nothing is recorded: "));
     EXPECT_THAT(shown.texts()[0], HasSubstr("missing"));
     begin();
     EXPECT_EQ(shown.texts().size(), 2U) << "the cause is settled";
 }
 
-TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
+TEST_F(RecordingTest, LeavesNoFileUnlessTheRecordingIsSaved) {
     for (const std::size_t frames : {0U, 100U, 100'000U}) {
         begin()->sink()->record(pattern(0, frames));
         EXPECT_EQ(entriesIn(folder.path()), 0);
@@ -95,7 +96,7 @@ TEST_F(RecordingTest, LeavesNoFileUnlessItIsSaved) {
     EXPECT_THAT(shown.texts(), IsEmpty());
 }
 
-TEST_F(RecordingTest, ItsSinkNeverStopsTheCardAfterItsDestruction) {
+TEST_F(RecordingTest, ASinkThatOutlivesItsRecordingNeverStopsTheCard) {
     const std::shared_ptr<RecordingSink> sink = begin()->sink();
     sink->record(pattern(0, 1000));
     EXPECT_GT(sink->room(), 1'000'000U) << "the sink always has room";
@@ -117,7 +118,7 @@ TEST_F(RecordingTest, CanBeSavedAgainAndAcceptsNoMoreFrames) {
                                            HasSubstr("missing\" does not exist"))));
 }
 
-TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
+TEST_F(RecordingTest, KeepsThePartThatFitsOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
     std::atomic<bool> full = false;
     intercepted(
         [&](const seccomp_data& call) {
@@ -133,7 +134,8 @@ TEST_F(RecordingTest, KeepsThePartOnAFullDiskAndReportsItAtOnceAndAtTheSave) {
             recording->sink()->record(pattern(88'200, 88'200));
             ASSERT_TRUE(eventually([&] { return !shown.texts().empty(); }));
             const std::int64_t kept = recording->bytes() / 4;
-            EXPECT_GT(recording->sink()->room(), 1'000'000U) << "a full disk blocks no thread";
+            EXPECT_GT(recording->sink()->room(), 1'000'000U)
+                << "a full disk does not stop the card";
             recording->sink()->record(pattern(0, 1000));
             EXPECT_EQ(recording->bytes(), kept * 4);
             EXPECT_TRUE(recording->save(target).ok());
@@ -177,7 +179,7 @@ TEST_F(RecordingTest, CountsTheKeptPartIfTheSaveDetectsALoss) {
                                            HasSubstr("Input/output error"))));
 }
 
-TEST_F(RecordingTest, ReportsNoFailureOfAnAbandonedRecording) {
+TEST_F(RecordingTest, ReportsNoFailureOfADestroyedRecording) {
     intercepted(
         [&](const seccomp_data& call) {
             return isSamples(call) ? CallJudge::hold : CallJudge::letThrough;
@@ -209,7 +211,7 @@ TEST_F(RecordingTest, NeedsConstantMemory) {
     recordSeconds(600);
     EXPECT_GT(recording->bytes(), 100'000'000);
     EXPECT_LT(test::memoryInKibibytes() - before, 1024)
-        << "KiB; more than 100,000 KiB were recorded, and a full queue needs 1,700 KiB";
+        << "the growth in KiB; 100,000 KiB were recorded, and a full queue needs 1,700 KiB";
 }
 
 TEST_F(RecordingTest, FailsWithANoticeIfTheSystemHasNoThread) {

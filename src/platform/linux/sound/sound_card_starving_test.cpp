@@ -58,7 +58,7 @@ TEST_F(StarvingSoundCardTest, RecordsNothingAfterASourceWasLost) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, RecordsSilenceOnceALostLineIsDetached) {
+TEST_F(StarvingSoundCardTest, RecordsSilenceAfterALostLineWasDetached) {
     card.attach(Line::compactDisc, std::make_shared<PatternSource>(441, Supply::lost), 0s);
     card.startRecording(recorder, 0s);
     card.advance(1s);
@@ -98,7 +98,7 @@ TEST_F(StarvingSoundCardTest, LosesAndInsertsNothingWhileItsSourceStarves) {
     }
 }
 
-TEST_F(StarvingSoundCardTest, SkipsTheTimeDuringWhichAStarvingSourceStopsIt) {
+TEST_F(StarvingSoundCardTest, SkipsTheTimeDuringWhichAStarvingSourceStopsTheCard) {
     disc->allow(100);
     card.startRecording(recorder, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
@@ -112,7 +112,8 @@ TEST_F(StarvingSoundCardTest, SkipsTheTimeDuringWhichAStarvingSourceStopsIt) {
 }
 
 TEST_F(StarvingSoundCardTest, KeepsTwoLinesSynchronousIfBothStarve) {
-    // Both play the same sound, so the mix is the doubled sound if no frame of either is lost.
+    // Both lines play the same sound, so the mix is that sound at twice the level if no line loses
+    // a frame.
     for (unsigned seed = 0; seed < 20; ++seed) {
         SoundCard two;
         const auto tape = std::make_shared<MemorySink>();
@@ -211,8 +212,8 @@ TEST_F(StarvingSoundCardTest, RecordsTheDiscsFramesWhileAnyOtherLinesStarve) {
         starving.attach(Line::waveOut, tune, now);
         starving.attach(Line::externalInput, input, now);
         for (int part = 0; part < 20; ++part) {
-            // As at the end or a pause of a track: the recording stops and the disc is detached, in
-            // either order.
+            // As at the end of a track or at a pause, the recording stops and the disc is detached,
+            // in either order.
             starving.startRecording(tape, now);
             starving.attach(Line::compactDisc, source, now);
             for (auto blocks = random() % 10; blocks > 0; --blocks) {
@@ -265,10 +266,11 @@ TEST_F(FullRecordingTest, StopsTheCardAndLosesAndInsertsNothing) {
     card.advance(60s + 10ms);
     EXPECT_THAT(narrow->frames(), IsSound(pattern(0, 1141)))
         << "the card does not play the missed minute";
-    EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141))) << "it is played as it is recorded";
+    EXPECT_THAT(speakers->frames(), IsSound(pattern(0, 1141)))
+        << "the speakers play what is recorded";
 }
 
-TEST_F(FullRecordingTest, StopsNothingAfterItsEnd) {
+TEST_F(FullRecordingTest, DoesNotStopTheCardAfterItsEnd) {
     card.startRecording(narrow, 0ns);
     card.attach(Line::compactDisc, disc, 0ns);
     card.stopRecording(10ms);

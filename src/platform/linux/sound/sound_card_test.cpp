@@ -47,7 +47,7 @@ TEST_F(SoundCardTest, IsIdleUntilThereIsASourceOrARecording) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(SoundCardTest, HasOnlySilenceForAListenerAlone) {
+TEST_F(SoundCardTest, HasOnlySilenceToDeliverIfThereIsOnlyAListener) {
     EXPECT_EQ(card.work(), SoundCard::Work::none);
     card.setListener(std::make_shared<MemorySink>(), 0ns);
     EXPECT_TRUE(card.active());
@@ -181,7 +181,8 @@ TEST_F(SoundCardTest, DoesNotDetachASourceThatHasEnded) {
     EXPECT_EQ(recorder->size(), 441U) << "the line still counts as lost";
 }
 
-/// Calls the card from its destructor: that would never return if the card still held its lock.
+/// A source whose destructor calls the card. That call would never return if the card still held
+/// its lock.
 class AskingSource : public PatternSource {
   public:
     AskingSource(SoundCard& card, int& destroyed)
@@ -236,7 +237,7 @@ TEST_F(SoundCardTest, AppliesTheVolumesOfLineAndMasterOnlyToTheOutput) {
     EXPECT_EQ(speakers->size(), 441U);
 }
 
-TEST_F(SoundCardTest, MutesEverythingAtTheMasterAndKeepsTheVolumes) {
+TEST_F(SoundCardTest, PlaysSilenceWhileTheMasterIsMutedAndKeepsTheVolumes) {
     card.setSpeakers(speakers);
     card.setMasterVolume(30000);
     card.setMasterMuted(true);
@@ -295,7 +296,7 @@ TEST_F(SoundCardTest, RecordsOnlyTheChosenLine) {
                 IsSound(pattern(0, 441) + Frames(441, StereoFrame{1, 2}) + silence(441)));
 }
 
-TEST_F(SoundCardTest, StopsTheSinkAtTheMomentOfStopping) {
+TEST_F(SoundCardTest, RecordsOnlyTheFramesBetweenStartAndStop) {
     card.attach(Line::compactDisc, disc, 0ns);
     card.startRecording(recorder, 10ms);
     card.stopRecording(30ms);

@@ -51,7 +51,7 @@ TEST(SoundCardThread, SleepsWhileTheCardIsIdle) {
     EXPECT_TRUE(eventually([&] { return source->position() > 0; }));
 }
 
-TEST(SoundCardThread, AdvancesACardThatOnlyServesAListenerLessOften) {
+TEST(SoundCardThread, AdvancesACardWithOnlyAListenerLessOften) {
     SoundCard card;
     std::atomic<int> looks = 0;
     const SoundCardThread thread(card, [&looks] {
@@ -60,11 +60,11 @@ TEST(SoundCardThread, AdvancesACardThatOnlyServesAListenerLessOften) {
     });
     const auto listener = std::make_shared<MemorySink>();
     card.setListener(listener, monotonicNow());
-    ASSERT_TRUE(eventually([&] { return looks >= 3; })); // calls of the card have ended
+    ASSERT_TRUE(eventually([&] { return looks >= 3; })); // the wake-up by setListener() is over
     const auto start = monotonicNow();
     const int looksBefore = looks;
     ASSERT_TRUE(eventually([&] { return looks >= looksBefore + 5; }));
-    // Four whole intervals at least; a thread can be late and never early.
+    // At least four whole intervals have passed: a thread can wake up late but never early.
     EXPECT_GE(monotonicNow() - start, 4 * 45ms);
     const auto source = std::make_shared<PatternSource>();
     card.attach(Line::compactDisc, source, monotonicNow());
@@ -80,7 +80,9 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            next = frame.left - 1; // the stress test's sound stays below the first repetition
+            next =
+                frame.left -
+                1; // the sound ends before it repeats, so the left sample determines the position
         }
         if (frame != fakes::patternFrame(next)) {
             return false;
@@ -109,7 +111,7 @@ TEST(SoundCardThread, WakesUpLessOftenWhileOnlyAFileIsPlayed) {
     EXPECT_LE(advances, passed.count() / 30 + 1);
 }
 
-TEST(SoundCardThread, WakesUpInShortStepsForTheDiscAndForRecordings) {
+TEST(SoundCardThread, WakesUpForEachBlockIfADiscARecordingOrAListenerIsAdded) {
     SoundCard card;
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), {});
     EXPECT_EQ(card.work(), SoundCard::Work::files);
@@ -126,7 +128,8 @@ TEST(SoundCardThread, WakesUpInShortStepsForTheDiscAndForRecordings) {
 
 TEST(SoundCardThread, KeepsEverySampleWhileOtherThreadsUseTheCardAtOnce) {
     SoundCard card;
-    // The card's time runs as fast as the test wants, and differs from thread to thread.
+    // Each call of the clock advances the time by 3 us, so that the threads pass different times to
+    // the card.
     std::atomic<std::int64_t> microseconds = 0;
     const auto now = [&microseconds] {
         return SoundCard::Time{microseconds.fetch_add(3) * 1000};
@@ -190,7 +193,7 @@ TEST(SoundCardThread, StartsWithALaterSoundIfTheSystemHadNoThread) {
     card.attach(Line::compactDisc, second, monotonicNow());
     EXPECT_TRUE(eventually([&] { return second->position() > 3 * 441; }));
     card.attach(Line::waveOut, std::make_shared<PatternSource>(), monotonicNow());
-    EXPECT_EQ(threads.refused(), 2) << "one thread is enough";
+    EXPECT_EQ(threads.refused(), 2) << "no second thread is started";
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 namespace sonarith::sound {
 namespace {
 
-/// What libsndfile reads from a file with this header and `bytes` bytes of samples.
+/// The properties that libsndfile reads from a file with this header and `bytes` bytes of samples.
 SF_INFO readBack(const std::vector<std::uint8_t>& header, std::size_t bytes) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "a.wav", std::ios::binary)
@@ -23,7 +23,7 @@ SF_INFO readBack(const std::vector<std::uint8_t>& header, std::size_t bytes) {
     return info;
 }
 
-TEST(WavHeader, IsReadInBothForms) {
+TEST(WavHeader, IsReadByLibsndfileInBothForms) {
     for (const WavFormat& format : {WavFormat{44100, 2}, WavFormat{8000, 1}, WavFormat{48000, 2}}) {
         for (const WavForm form : {WavForm::plain, WavForm::rf64}) {
             const SF_INFO info = readBack(wavHeader(form, format, 4000), 4000);
@@ -36,7 +36,7 @@ TEST(WavHeader, IsReadInBothForms) {
     }
 }
 
-TEST(WavHeader, HoldsSizesUpTo32BitsInThePlainForm) {
+TEST(WavHeader, ContainsTheLargest32BitSizeForTheLongestPlainWav) {
     const std::vector<std::uint8_t> header = wavHeader(WavForm::plain, {}, maxWavSampleBytes);
     ASSERT_EQ(static_cast<std::int64_t>(header.size()), wavHeaderBytes);
     EXPECT_EQ(std::vector(header.begin() + 4, header.begin() + 8),

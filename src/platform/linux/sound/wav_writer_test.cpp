@@ -47,7 +47,7 @@ TEST_F(WavWriterTest, WritesThePlainHeader) {
     EXPECT_THAT(wav->samples, ElementsAre(1, -2, INT16_MAX, INT16_MIN));
 }
 
-TEST_F(WavWriterTest, WritesMonoAndTheLargeForm) {
+TEST_F(WavWriterTest, WritesMonoSamplesAsRf64) {
     WavWriter writer(file, Channels::mono, WavForm::rf64);
     EXPECT_TRUE(writer.writeHeader(8));
     EXPECT_EQ(writer.append(std::span(samples).first(1)), 1U);
@@ -71,10 +71,10 @@ TEST_F(WavWriterTest, ReportsWhyNothingCanBeWritten) {
     EXPECT_EQ(nowhere.errorNumber(), EBADF);
 }
 
-TEST_F(WavWriterTest, CountsTheWholeSamplesThatFitted) {
+TEST_F(WavWriterTest, ReturnsTheNumberOfWholeSamplesThatFit) {
     EXPECT_EQ(test::runInChild([this] {
                   std::signal(SIGXFSZ, SIG_IGN);
-                  const rlimit limit{49, 49}; // two samples and a half
+                  const rlimit limit{49, 49}; // the header and two and a half samples
                   ::setrlimit(RLIMIT_FSIZE, &limit);
                   WavWriter writer(file, Channels::mono, WavForm::plain);
                   const bool counted = writer.append(samples) == 2 && writer.errorNumber() == EFBIG;

@@ -18,7 +18,7 @@ using CommandState = BlockingCalls::CommandState;
 
 class BlockingCallsTest : public testing::Test {
   protected:
-    /// A call that waits at the gate and then records its name.
+    /// A call that waits at the gate and then adds `name` to done().
     BlockingCalls::Call noting(const std::string& name) {
         return [state = state, name] {
             state->gate.pass();
@@ -86,7 +86,8 @@ TEST_F(BlockingCallsTest, AreRefusedBeyondTheQueueLimit) {
     for (std::size_t i = 0; i < BlockingCalls::mostWaiting; ++i) {
         EXPECT_EQ(calls.send(0ms, noting("waits")), CommandState::waits);
     }
-    EXPECT_EQ(calls.send(1h, noting("one too many")), CommandState::refused) << "at once";
+    EXPECT_EQ(calls.send(1h, noting("one too many")), CommandState::refused)
+        << "the call waits for nothing";
     state->gate.open();
     EXPECT_TRUE(calls.finish(1h));
     EXPECT_THAT(done(), ElementsAre("hangs", "waits", "waits", "waits", "waits"));

@@ -10,7 +10,7 @@
 namespace sonarith::waiting {
 namespace {
 
-/// Its destructor waits at a gate.
+/// An object whose destructor waits at a gate.
 struct Slow {
     explicit Slow(std::shared_ptr<fakes::Gate> passed) : gate(std::move(passed)) {}
     ~Slow() { gate->pass(); }
