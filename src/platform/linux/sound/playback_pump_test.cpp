@@ -347,8 +347,8 @@ TEST_F(PlaybackPumpTest, ReportsADeviceThatIsLostAndOneThatPlaysAgain) {
         missing = false;
         EXPECT_TRUE(eventually([&] {
             play(pump, 0, 441);
-            std::this_thread::sleep_for(
-                5ms); // so that the pump reads the queue faster than the test fills it
+            // So that the pump reads the queue faster than the test fills it.
+            std::this_thread::sleep_for(5ms);
             return reports.hold(DeviceState::works);
         }));
         EXPECT_GE(device->heardFrames(), static_cast<std::size_t>(frameRate) / 2)

@@ -100,8 +100,8 @@ TEST_F(FailingDiskTest, SavesThePartThatFitsOnASmallDisk) {
             taken = recording.append(pattern(block * 441, 441));
         }
         const bool full = !taken && recording.failure() == ENOSPC;
-        const std::int64_t room =
-            test::smallDiskBytes - 64 * 1024; // minus the file system's own data
+        // The disk without the file system's own data.
+        const std::int64_t room = test::smallDiskBytes - 64 * 1024;
         const bool nearlyAll = recording.frames() * 4 > room;
         const bool saved = recording.save(target).ok() && entriesIn(folder.path()) == 1;
         // If not even the first byte of the next file can be written, no file is left.

@@ -80,9 +80,8 @@ bool isOneRun(const std::vector<StereoFrame>& frames) {
             continue;
         }
         if (next < 0) {
-            next =
-                frame.left -
-                1; // the sound ends before it repeats, so the left sample determines the position
+            // The sound ends before it repeats, so the left sample determines the position.
+            next = frame.left - 1;
         }
         if (frame != fakes::patternFrame(next)) {
             return false;
