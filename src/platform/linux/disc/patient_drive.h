@@ -40,8 +40,8 @@ class PatientDrive final : public Drive {
     /// out is still running, returns `hung` at once. The disc of that earlier load is dropped,
     /// because no caller waits for it any more.
     [[nodiscard]] Loaded load() override;
-    /// Waits for tableMoment at most. The read then continues. Its result is returned by a later
-    /// call, or by a load() that begins while the read is running.
+    /// Waits for tableMoment at most. After that, the read continues, and its result is returned by
+    /// a later call, or by a load() that begins while the read is running.
     [[nodiscard]] std::optional<Loaded> loadSoon() override;
     /// Waits for mediumMoment at most. Returns the previous value if there is no result in time or
     /// another call is running. A late result is returned by later calls.

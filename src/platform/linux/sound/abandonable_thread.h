@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A thread for device calls that may never return, for example if a sound server hangs: at its end,
-// the owner waits for a limited time and then detaches the thread. Not for work that must be
+// A thread for device calls that may never return, for example if a sound server hangs. The owner
+// waits a limited time for the thread's end and then detaches the thread. Not for work that must be
 // completed.
 #pragma once
 

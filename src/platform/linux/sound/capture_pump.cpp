@@ -105,7 +105,7 @@ void pump(CaptureBacklog& backlog, const OpenCapture& open, const CaptureTiming&
     while (!backlog.isLeaving()) {
         if (const std::unique_ptr<PcmCapture> device = open(); device && device->restart() >= 0) {
             backlog.setOpening(CapturePump::Opening::open);
-            failures = 1; // the device was open, so already the next failure is reported
+            failures = 1; // the device was open, so the next failure to open it is reported
             listen(*device, backlog, report);
         } else {
             backlog.setOpening(CapturePump::Opening::failed);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The software sound card: lines with volume and mute, a mixer with bass and treble for the
-// speakers, and a recorder that taps its source before them. It has no thread (sound_card_thread.h
+// speakers, and a recorder whose sound these do not affect. It has no thread (sound_card_thread.h
 // drives it) and opens no device (alsa_output.h, external_input.h).
 #pragma once
 
@@ -110,7 +110,8 @@ class SoundCard {
     /// Takes effect with the next frame that is produced. While `source` is the external input,
     /// `input` is open as long as there is a recording or a listener.
     void setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input = nullptr);
-    /// The input that the recorder's source opens; null if the source is a different one.
+    /// The external input that recording opens; null if the recorder's source is a line without
+    /// one.
     [[nodiscard]] std::shared_ptr<ExternalInput> externalInput() const;
 
     void setSpeakers(std::shared_ptr<SpeakerSink> sink);
