@@ -110,8 +110,7 @@ class SoundCard {
     /// Takes effect with the next frame that is produced. While `source` is the external input,
     /// `input` is open as long as there is a recording or a listener.
     void setRecordingSource(RecordingSource source, std::shared_ptr<ExternalInput> input = nullptr);
-    /// The external input that recording opens; null if the recorder's source is a line without
-    /// one.
+    /// The external input that the recorder uses; null if its source is another line or the mix.
     [[nodiscard]] std::shared_ptr<ExternalInput> externalInput() const;
 
     void setSpeakers(std::shared_ptr<SpeakerSink> sink);
