@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Owns a file descriptor. Nothing more.
+// Owns a file descriptor and closes it.
 #pragma once
 
 #include <unistd.h>

@@ -14,7 +14,7 @@ namespace {
 struct Meaning {
     int error; ///< an errno value
     ErrorNumber number;
-    const char* words; ///< the text after the path; nullptr: the system's own message
+    const char* words; ///< the text after the path; nullptr: the system's message is used
 };
 
 constexpr std::array meanings{
@@ -43,7 +43,7 @@ constexpr std::array meanings{
 Meaning meaningOf(int error) {
     const auto* const found = std::find_if(meanings.begin(), meanings.end(),
                                            [&](const Meaning& m) { return m.error == error; });
-    // Other errors, such as EXDEV (another disk) and EMFILE (no more descriptors).
+    // Not found are errors such as EXDEV (another disk) and EMFILE (no more descriptors).
     return found != meanings.end() ? *found : Meaning{error, ErrorNumber::pathFileAccess, nullptr};
 }
 

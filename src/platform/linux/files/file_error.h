@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Maps a failed system call on a file or folder to the error number that the logic distinguishes
-// and the error message for the user. It makes no system call. Devices have their own messages.
+// and the error message for the user. It makes no system call. It is not for failures of drives and
+// sound cards.
 #pragma once
 
 #include <filesystem>
@@ -13,20 +14,20 @@ namespace sonarith {
 /// An error with `number` and its standard message.
 [[nodiscard]] Error fileError(ErrorNumber number);
 
-/// The number for `systemErrorNumber` (a value of errno), with its standard message. ENOENT is
-/// fileNotFound; a caller that has found the folder missing uses pathNotFound itself. Every errno
-/// without a special meaning for the logic is pathFileAccess.
+/// The error for `systemErrorNumber` (a value of errno), with its standard message. ENOENT gives
+/// fileNotFound; a caller that knows that the folder is missing uses pathNotFound instead. Every
+/// errno value without a special meaning for the logic gives pathFileAccess.
 [[nodiscard]] Error fileErrorOfSystem(int systemErrorNumber);
 
 } // namespace sonarith
 
 namespace sonarith::files {
 
-/// As fileErrorOfSystem(), with a message that names `path`. For files that are about to be
-/// written, or that are read by their whole path; so ENOENT is pathNotFound here, whichever part of
-/// the path is missing.
+/// Like fileErrorOfSystem(), but the message names `path`, and ENOENT gives pathNotFound, whichever
+/// part of the path is missing. For files that are about to be written or are read by their whole
+/// path.
 [[nodiscard]] Error systemError(int error, const std::filesystem::path& path);
-/// The cause alone, for a sentence that names the file elsewhere: "no space is left".
+/// The cause without the file, for a sentence that already names the file: "no space is left".
 [[nodiscard]] std::string reasonOf(int error);
 
 } // namespace sonarith::files

@@ -30,7 +30,7 @@ std::string hexadecimal(std::uint32_t value) {
     return digits.data();
 }
 
-/// The machine's identity; empty if it has none.
+/// The machine's ID, or its host name if it has no ID; empty if it has neither.
 std::string machineIdentity() {
     std::string identity;
     std::getline(std::ifstream("/etc/machine-id"), identity);
@@ -43,10 +43,12 @@ std::string machineIdentity() {
 }
 
 /// Prefix of this machine's hidden names. On some network file systems a lock is visible only to
-/// the machine that holds it, so no other machine can detect whether its files are in use.
+/// the machine that holds it. So a machine cannot detect whether another machine's files are in
+/// use, and deletes only its own.
 const std::string& machinePrefix() {
     static const std::string prefix = [] {
-        // Hashed with FNV-1a, because others must not be able to read the identity itself.
+        // The ID is hashed (FNV-1a), because the file names are visible to other users, who must
+        // not learn the ID.
         std::uint32_t hash = 2166136261;
         for (const char character : machineIdentity()) {
             hash = (hash ^ static_cast<unsigned char>(character)) * 16777619;
@@ -114,15 +116,15 @@ void unclaim(const FileDescriptor& file) {
 
 void removeLeftovers(const FileDescriptor& folder) {
     for (const std::string& name : hiddenNamesIn(folder)) {
-        // Open for writing: some network file systems lock only such files. Non-blocking, because
-        // opening a pipe could block.
+        // Opened for writing, because some network file systems lock only files open for writing.
+        // Opened with O_NONBLOCK, because opening a pipe could block.
         const FileDescriptor file(
             ::openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat found {};
         if (file.valid() && ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode) &&
             found.st_uid == ::geteuid() && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
             // The lock is held until the file is deleted: a process that has just created the file
-            // then fails to claim it, or detects that it was deleted, and creates another.
+            // then fails to claim it, or detects that it was deleted, and creates another file.
             ::unlinkat(folder.get(), name.c_str(), 0);
         }
     }

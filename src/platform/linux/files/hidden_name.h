@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Hidden names for files that are incomplete or not yet in their final place, and the deletion of
-// such files left by a killed process. It does not depend on the contents of the files.
+// Creates hidden names for files that are incomplete or not yet in their final place, and deletes
+// such files left by a killed process. Nothing here depends on the contents of the files.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@
 
 namespace sonarith::files {
 
-/// ".sonarith-", eight digits that identify this machine, "-", sixteen random ones; all
-/// hexadecimal.
+/// Returns ".sonarith-", eight hexadecimal digits that identify this machine, "-", and sixteen
+/// random hexadecimal digits.
 [[nodiscard]] std::string newHiddenName();
 
 /// The name of a file in a folder. The destructor deletes the file unless it has been renamed.
@@ -34,8 +34,8 @@ class HiddenName {
 
 /// Marks `file` as owned by a live process until `unclaim` is called, or until `file` and its
 /// duplicates are closed. Returns false only if another process has claimed the file because it
-/// assumes that the owner has ended. On a file system without file locks, claims cannot be
-/// detected, and no file is ever deleted.
+/// assumes that the owner has ended. On a file system without file locks, claim() returns true, and
+/// removeLeftovers() deletes nothing, because it cannot detect claims.
 [[nodiscard]] bool claim(const FileDescriptor& file);
 void unclaim(const FileDescriptor& file);
 

@@ -17,16 +17,16 @@ namespace sonarith::files {
 struct SavePlace {
     FileDescriptor folder;
     std::string name;
-    std::optional<mode_t> mode; ///< of the existing file, if there is one
+    std::optional<mode_t> mode; ///< permissions of the existing file; empty if there is none
 };
 
-/// The place that `target` names; a symbolic link to a file is followed. Fails if the folder is
-/// missing, and for targets that must not be replaced: a folder, any other non-regular file, and a
-/// file without write permission.
+/// Returns the place that `target` names; a symbolic link to a file is followed. Fails if the
+/// folder is missing, if the name is invalid, and for targets that must not be replaced: a folder,
+/// any other non-regular file, and a file without write permission.
 [[nodiscard]] Result<SavePlace> locate(const std::filesystem::path& target);
 
-/// Opens a folder in which files are to be created, even if it cannot be listed. After a failure
-/// the result is invalid and errno is set.
+/// Opens a folder in which files are to be created, even if the user may not list the folder. After
+/// a failure the result is invalid and errno is set.
 [[nodiscard]] FileDescriptor openFolder(const std::filesystem::path& folder);
 
 /// Flushes the folder's directory entries to the disk. Returns an errno value; 0 is success, also

@@ -20,14 +20,14 @@ namespace fs = std::filesystem;
 
 /// New files are readable and writable by all, minus the user's umask.
 constexpr mode_t newFileMode = 0666;
-/// The number of attempts to find a free name. One is enough unless 64 random bits repeat or
-/// another process deletes leftovers at the same moment.
+/// The number of attempts to find a free name. One attempt is enough unless 64 random bits repeat
+/// or another process deletes leftovers at the same moment.
 constexpr int nameAttempts = 8;
 
 /// An errno value; 0 is success.
 using ErrorCode = int;
 
-/// Sets the mode of the replaced file, then flushes the data to the disk.
+/// Gives `file` the mode of the file that it replaces, then flushes its data to the disk.
 ErrorCode makeReady(const FileDescriptor& file, const SavePlace& place) {
     if (place.mode) {
         // A failure is ignored: some file systems have no modes, and the data are more important.
@@ -74,8 +74,9 @@ ErrorCode copyBytes(const FileDescriptor& from, const FileDescriptor& to) {
     }
 }
 
-/// Whether a copy avoids the error that occurred when the file was named: the target is on another
-/// file system, the file system has no links, or the file can no longer be linked.
+/// Whether copying the file avoids `error`, which occurred when the file was to get its name. That
+/// is so if the target is on another file system, if the file system has no links, or if the file
+/// can no longer be linked.
 bool copyingHelps(ErrorCode error) {
     return error == EXDEV || error == EPERM || error == EOPNOTSUPP || error == ENOENT ||
            error == EMLINK;
@@ -177,14 +178,16 @@ Status UnnamedFile::publish(const fs::path& target) {
         return located.error();
     }
     const SavePlace& place = located.value();
-    // A published file is copied and gets no second name: both names would refer to the same file.
+    // A file that was already published is copied. If it got a second name instead, both names
+    // would refer to the same file.
     ErrorCode error = published_ ? EXDEV : moveTo(place);
     if (!published_ && error == 0) {
         published_ = true;
         unclaim(file_);
     }
     if (copyingHelps(error)) {
-        // The copy gets a hidden name, which needs no link: the file system may not support links.
+        // After errors other than EXDEV the file system may not support links. The copy then gets a
+        // hidden name, because a file with a name needs no link.
         error = copyTo(place, error == EXDEV ? concealment_ : Concealment::hiddenName);
     }
     if (error == 0) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files that stay invisible until they are complete: created in a folder, written, and given their
-// name in one step, so that the name always refers to either the complete old file or the complete
-// new one. It does not depend on the contents of the files.
+// A file that stays invisible until it is complete: it is created in a folder, written, and then
+// given its name in one step. So the name always refers to either the complete old file or the
+// complete new one. Nothing here depends on the contents of the file.
 #pragma once
 
 #include <filesystem>
@@ -17,15 +17,15 @@ struct SavePlace;
 
 /// How a file is hidden.
 enum class Concealment {
-    noName,    ///< it has no name; a hidden name if the file system does not support that
-    hiddenName ///< it has a hidden name in its folder
+    noName,    ///< the file has no name, or a hidden name if the file system requires a name
+    hiddenName ///< the file has a hidden name in its folder
 };
 
 class UnnamedFile {
   public:
     /// Creates an empty file in `folder`, open for reading and writing. Unless it is published, the
-    /// file is deleted with this object or when the process ends. A killed process leaves a file
-    /// that has a hidden name; it is deleted when the next file is created in that folder.
+    /// file is deleted with this object or when the process ends. Only a file with a hidden name
+    /// remains if the process is killed; the next create() in that folder deletes it.
     [[nodiscard]] static Result<UnnamedFile> create(const std::filesystem::path& folder,
                                                     Concealment concealment = Concealment::noName);
 
@@ -49,7 +49,7 @@ class UnnamedFile {
     [[nodiscard]] int copyTo(const SavePlace& place, Concealment concealment) const;
 
     FileDescriptor file_;
-    std::unique_ptr<HiddenName> hiddenName_; ///< null if the file has none
+    std::unique_ptr<HiddenName> hiddenName_; ///< null if the file has no hidden name
     Concealment concealment_ = Concealment::noName;
     bool published_ = false;
 };

@@ -23,7 +23,7 @@ struct RecordingInput {
     /// `saves` may be a null pointer.
     RecordingInput(Notices& notices, std::shared_ptr<sound::PendingSaves> saves,
                    const sound::RecordingTiming& timing = {});
-    ~RecordingInput(); ///< Threads that hang report nothing afterwards.
+    ~RecordingInput(); ///< Threads that still hang report nothing afterwards.
     RecordingInput(const RecordingInput&) = delete;
     RecordingInput& operator=(const RecordingInput&) = delete;
 
@@ -40,7 +40,7 @@ class CardRecorder : public Recorder {
   public:
     CardRecorder(sound::SoundCard& card, Clock now, RecordingFolders folders,
                  std::shared_ptr<RecordingInput> input);
-    /// Detaches the recording from the card. A running save continues without it.
+    /// Detaches the recording from the card. A running save continues in the background.
     ~CardRecorder() override;
 
     Status start(int channels) override;
@@ -55,7 +55,7 @@ class CardRecorder : public Recorder {
     RecordingFolders folders_;
     std::shared_ptr<RecordingInput> input_;
     std::unique_ptr<sound::Recording> recording_; ///< empty before the first start
-    bool finished_ = false;                       ///< a save has begun: it accepts no more sound
+    bool finished_ = false;                       ///< a save was tried, so no sound can be added
 };
 
 } // namespace sonarith::mci

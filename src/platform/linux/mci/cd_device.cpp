@@ -44,7 +44,7 @@ Reply CdDevice::run(const Command& command) {
     if (command.verb == Verb::resume) {
         return resume();
     }
-    // Pausing or stopping a disc that does not play is no failure: it is already silent.
+    // Pausing or stopping a disc that does not play is no failure: the disc is already silent.
     if (command.verb == Verb::stop) {
         medium_.stop();
     } else if (medium_.mode() == PlayerMode::playing) {
@@ -190,7 +190,8 @@ Reply CdDevice::play(const Command& command) {
     if (first.value > end.value) {
         return MciError::outOfRange;
     }
-    // "play" with the current end continues at the exact sample, not at the start of its sector.
+    // "play" without "from" and with the current end continues at the exact sample, not at the
+    // start of that sample's sector.
     if (!from && end.value == medium_.playEnd() && medium_.mode() != PlayerMode::stopped) {
         return resume();
     }

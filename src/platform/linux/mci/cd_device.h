@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The device type "cdaudio": the disc in a drive, its table and its playing, controlled by
-// commands. It does not read or play a disc itself.
+// The device type "cdaudio": runs the commands that query the disc in a drive and control its
+// playback. CdMedium reads and plays the disc.
 #pragma once
 
 #include <cstdint>
@@ -15,20 +15,21 @@
 
 namespace sonarith::mci {
 
-/// Commands and keywords: info (identity); status (number of tracks, length, position, each with or
-/// without track n, type track n, current track, mode, media present, ready, time format); set
-/// (time format, door); play (from, to); pause; resume; stop; seek (to).
+/// Commands and keywords: info (identity); status (for the disc: number of tracks, length,
+/// position, current track, mode, media present, ready, time format; for "track n": length,
+/// position, type); set (time format, door); play (from, to); pause; resume; stop; seek (to).
 ///
 /// "status media present" never waits for the drive: while a disc's table is being read, it reports
 /// no medium. If the user chooses another drive while the device is open, the next such query
 /// reports no medium, and later ones report the medium of the other drive.
 ///
 /// Errors in addition to those of parsing: deviceNotReady without a disc, dataTrack if playing
-/// would begin in a data track. Playing ends at "to", at the line's end, or where a data track
+/// would begin in a data track, nonapplicableFunction for "resume" while the disc is stopped.
+/// Playing ends at "to", at the end of the disc's time line (see disc.h), or where a data track
 /// begins.
 class CdDevice : public Device {
   public:
-    /// Reads the drive. A drive without a disc creates a device that is not ready.
+    /// Reads the drive. If it contains no disc, the device is not ready.
     CdDevice(std::shared_ptr<disc::Drive> drive, const Devices& devices);
 
     [[nodiscard]] Reply run(const Command& command) override;

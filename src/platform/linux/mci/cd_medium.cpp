@@ -10,9 +10,9 @@ namespace {
 
 using disc::PlayerMode;
 
-/// How often the load of an unreadable disc is tried; after that it counts as no disc until it is
-/// removed. A drive may need a second try while it spins up. The number is limited, because each
-/// try takes as long as the drive needs, and the player queries once a second.
+/// How often the load of an unreadable disc is tried; after that the drive counts as empty until
+/// the disc is removed. A drive may need a second try while it spins up. The number is limited,
+/// because each try takes as long as the drive needs, and the player queries once a second.
 constexpr int maxLoadTries = 3;
 
 } // namespace
@@ -48,7 +48,8 @@ bool CdMedium::present() {
         return false;
     }
     const bool inDrive = drive_->mediaPresent();
-    // If a disc was changed between two queries, reading the old one fails.
+    // If the disc was exchanged between two queries, only the failed reading of the old disc (gone)
+    // reveals it.
     if (!inDrive || (transport_ && transport_->gone())) {
         if (mode() == PlayerMode::playing) {
             reportVanished();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The disc in the chosen drive and its playing: read when needed, released when it is removed or
-// another drive is chosen, and monitored while it plays. Commands are parsed in cd_device.h.
+// Reads the disc in the chosen drive when it is needed, plays and monitors it, and releases it when
+// it is removed or another drive is chosen. The commands are handled in cd_device.h.
 #pragma once
 
 #include <chrono>
@@ -17,11 +17,11 @@ namespace sonarith::mci {
 /// For the thread of the logic.
 class CdMedium {
   public:
-    /// How long the reading of the next sound may take before the user is notified: a damaged
-    /// position is tried for 8 seconds at most (disc/read_effort.h).
+    /// How long the reading of the next sound may take before the user is notified. Longer than
+    /// the 8 seconds for which a damaged position is tried at most (disc/read_effort.h).
     static constexpr std::chrono::seconds longestRead{15};
 
-    /// Reads the drive and waits for it.
+    /// Loads the disc in `drive` and waits until that is done.
     CdMedium(std::shared_ptr<disc::Drive> drive, const Devices& devices);
     ~CdMedium();
     CdMedium(const CdMedium&) = delete;
@@ -32,9 +32,9 @@ class CdMedium {
     [[nodiscard]] disc::Disc* disc();
     /// Whether a disc is in the drive and its table has been read. Does not block: the table of an
     /// inserted disc is read in the background, and the disc counts as present once that is done.
-    /// False once after another drive has been chosen, and once after a loaded disc has been
-    /// released for any other reason: the caller drops the previous disc before it sees the next
-    /// one, however quickly that is inserted.
+    /// The first call after another drive was chosen returns false, and so does the first call
+    /// after a loaded disc was released for any other reason. So the caller drops the previous disc
+    /// before it sees the next one, however quickly the next disc is inserted.
     [[nodiscard]] bool present();
     /// Whether a disc has been read and not released since. Does not query the drive.
     [[nodiscard]] bool loaded() const { return disc_ != nullptr; }
@@ -45,7 +45,7 @@ class CdMedium {
     /// Whether openTray() was called and no disc has been found since.
     [[nodiscard]] bool trayOpened() const { return trayOpened_; }
 
-    /// The mode and position of the disc; stopped at sector 0 until something has been played.
+    /// The mode and position of the disc; stopped at sector 0 before the first play() or seek().
     [[nodiscard]] disc::PlayerMode mode() const;
     [[nodiscard]] std::int64_t positionInFrames() const;
     /// The end sector of the most recent play command; 0 if there was none.
@@ -54,14 +54,16 @@ class CdMedium {
     // Precondition: a disc is loaded.
     [[nodiscard]] Status play(std::int64_t sector, std::int64_t endSector);
     void seek(std::int64_t sector);
-    // Without effect if nothing has been played.
+    // Without effect before the first play() or seek().
     void pause();
     void resume();
     void stop();
 
-    /// Notifies the user of a disc that cannot be read, or has vanished, while it plays.
+    /// Notifies the user if the playing disc could not be read for `longestRead`, if it can be read
+    /// again after that, and if the disc of an image has vanished.
     void watch();
-    /// The sound that was lost, by track, since playing began or since the previous call.
+    /// Returns, for each damaged track, the sound that was lost since playing began or since the
+    /// previous call.
     [[nodiscard]] std::vector<TrackLoss> takeLosses();
 
   private:
@@ -83,8 +85,8 @@ class CdMedium {
     int failedLoads_ = 0; ///< since the drive was last seen empty
     bool trayOpened_ = false;
     bool removalUnseen_ = false;        ///< a loaded disc was released since the last present()
-    bool interruptionReported_ = false; ///< of this transport
-    bool vanishedReported_ = false;     ///< also of this transport
+    bool interruptionReported_ = false; ///< whether the interruption notice is shown
+    bool vanishedReported_ = false;     ///< for the current transport_
 };
 
 } // namespace sonarith::mci

@@ -44,7 +44,7 @@ struct Command {
     Verb verb = Verb::open;
     std::string device;      ///< the second word: alias, device name or "new"; ASCII lower case
     std::vector<Word> words; ///< the words after the device; empty for "save"
-    std::string path;        ///< for "save" only: the rest of the line without surrounding quotes
+    std::string path;        ///< for "save" only: the text after the device, without its quotes
 };
 
 /// Parses a command. The text ends at its first NUL. Verb and device are case-insensitive. Errors:
@@ -75,19 +75,19 @@ class Arguments {
     std::map<std::string, std::string, std::less<>> found_;
 };
 
-/// Matches `keywords`, case-insensitive, the longest one first. "wait" and "notify" are accepted
-/// with every command and are never in the result: each command has completed when it returns, or
-/// continues in the background, and there is no window to notify. Errors: unrecognizedKeyword,
-/// missingParameter (a keyword without its value), duplicateFlags.
+/// Finds `keywords` in `words`, case-insensitive; if several match, the longest one counts. "wait"
+/// and "notify" are accepted with every command and ignored: a command has either completed when it
+/// returns or continues in the background, and there is no window to notify. Errors:
+/// unrecognizedKeyword, missingParameter (a keyword without its value), duplicateFlags.
 [[nodiscard]] Outcome<Arguments> parseArguments(std::span<const Word> words,
                                                 std::span<const Keyword> keywords);
 
-/// Of those `keywords` that have no value, the one that was given. Errors: flagsNotCompatible if
-/// two were given, missingParameter if none was.
+/// Returns the given one of those `keywords` that take no value. Errors: flagsNotCompatible if two
+/// were given, missingParameter if none was.
 [[nodiscard]] Outcome<std::string_view> onlyItem(const Arguments& arguments,
                                                  std::span<const Keyword> keywords);
 
-/// Decimal digits, 0 to 2147483647. Errors: badInteger.
+/// Parses decimal digits, 0 to 2147483647. Errors: badInteger.
 [[nodiscard]] Outcome<int> parseInteger(std::string_view text);
 
 /// Converts ASCII letters to lower case; everything else is unchanged.

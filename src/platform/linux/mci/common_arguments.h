@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parsing that the commands of all devices share, before a device interprets the words. The syntax
-// of a single keyword is in command_parser.h.
+// Parses the words of a command in the ways that all devices share, before the device interprets
+// the result. The syntax of a single keyword is in command_parser.h.
 #pragma once
 
 #include <span>
@@ -11,11 +11,11 @@
 
 namespace sonarith::mci {
 
-/// For a command without keywords. Errors: those of parseArguments.
+/// Parses the words of a command without keywords. Errors: those of parseArguments.
 [[nodiscard]] MciError parseNothing(std::span<const Word> words);
 
-/// For a command that needs a keyword ("set", "info"). Errors: those of parseArguments, and
-/// missingParameter if there is none.
+/// Parses the words of a command that needs a keyword ("set", "info"). Errors: those of
+/// parseArguments, and missingParameter if no keyword is given.
 [[nodiscard]] Outcome<Arguments> parseSome(std::span<const Word> words,
                                            std::span<const Keyword> keywords);
 
@@ -24,7 +24,7 @@ struct Question {
     std::string_view item; ///< one of the keywords
     Arguments arguments;   ///< the item and its qualifiers ("track 2")
 };
-/// Errors: those of parseArguments and of onlyItem.
+/// Parses the words of a "status" command. Errors: those of parseArguments and of onlyItem.
 [[nodiscard]] Outcome<Question> parseQuestion(std::span<const Word> words,
                                               std::span<const Keyword> keywords);
 

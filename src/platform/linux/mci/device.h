@@ -15,7 +15,7 @@ class Device {
     Device& operator=(const Device&) = delete;
 
     /// Never waits for sound to be played or recorded. Errors: unsupportedFunction for a verb that
-    /// the device does not support; errors of the verb's words and of the device's state.
+    /// the device does not support; others depend on the command's words and the device's state.
     [[nodiscard]] virtual Reply run(const Command& command) = 0;
 };
 

@@ -19,8 +19,8 @@
 
 namespace sonarith::mci {
 
-/// Plays one disc to the output and to the recorder. Initially stopped at sector 0; destroying it
-/// stops it. For the logic's thread only.
+/// Plays one disc to the output and to the recorder. The disc is initially stopped at sector 0; the
+/// destructor stops it. For the logic's thread only.
 class Transport {
   public:
     virtual ~Transport() = default;
@@ -33,7 +33,7 @@ class Transport {
     [[nodiscard]] virtual disc::PlayerMode mode() = 0;
     /// As DiscPlayer::positionInFrames, at the present moment.
     [[nodiscard]] virtual std::int64_t positionInFrames() = 0;
-    /// How long the current read of the next sound has taken; 0 if there is none.
+    /// How long the current read of the next sound has taken; 0 if no read is running.
     [[nodiscard]] virtual std::chrono::milliseconds readingFor() = 0;
     /// True once the disc cannot be read any more.
     [[nodiscard]] virtual bool gone() = 0;
@@ -46,16 +46,16 @@ class Recorder {
     virtual ~Recorder() = default;
     /// Begins a recording of 1 or 2 channels, or continues at its end. The channels of a recording
     /// never change. Errors: deviceUnavailable while another recorder is recording,
-    /// invalidProcedureCall after a save has been tried, those of creating the file. A disk that
-    /// does not respond is no error: the sound is buffered.
+    /// invalidProcedureCall after a save has been tried, and those of creating the file. A disk
+    /// that does not respond is no error: the sound is buffered.
     virtual Status start(int channels) = 0;
     virtual void stop() = 0;
     [[nodiscard]] virtual bool recording() const = 0;
-    /// Bytes of samples recorded up to the present moment; after a disk failure, those that are
-    /// kept.
+    /// The bytes of samples recorded up to the present moment; after a disk failure, only the bytes
+    /// that are kept.
     [[nodiscard]] virtual std::int64_t bytes() = 0;
-    /// Saves a stopped recording under its name, as a WAV file; after a disk failure, the part that
-    /// is kept. A disk that does not respond in time is an error, and the save continues in the
+    /// Saves a stopped recording as the WAV file `path`; after a disk failure, the part that is
+    /// kept. If the disk does not respond in time, returns an error, and the save continues in the
     /// background.
     virtual Status save(const std::filesystem::path& path) = 0;
 };

@@ -13,7 +13,7 @@
 
 namespace sonarith::mci {
 
-/// The loss in one track while it was played.
+/// The sound of one track that could not be read correctly while it was played.
 struct TrackLoss {
     int track = 0;
     disc::Damage damage; ///< never empty
@@ -27,6 +27,7 @@ struct TrackLoss {
 
 /// `drive` is the result of Drive::name(), and is the notice's cause.
 [[nodiscard]] Notice playingIsInterrupted(const std::string& drive, std::chrono::seconds since);
+/// `drive` is the result of Drive::name(). The notice has no cause.
 [[nodiscard]] Notice discHasVanished(const std::string& drive);
 
 } // namespace sonarith::mci

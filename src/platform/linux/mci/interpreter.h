@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's interpreter of media control strings: the available device types, and the open
-// devices by alias. The devices carry out the commands.
+// Interprets media control strings: opens devices of the available types and passes each command to
+// the open device that its alias names. The devices carry out the commands.
 #pragma once
 
 #include <map>
@@ -19,9 +19,10 @@ namespace sonarith::mci {
 ///
 /// Opens "cdaudio", and "waveaudio" for a new sound. An open "cdaudio" can be opened again only if
 /// each "open" has the keyword "shareable"; all aliases then name the same device. Closing a device
-/// (for a shared one: its last alias) stops it and drops its unsaved sound. No command waits for
-/// sound, with or without "wait"; one may wait for a drive's table (platform/waiting.h). When a
-/// recording is saved, the user is notified of the parts of the played disc that could not be read.
+/// (for a shared device: its last alias) stops it and drops its unsaved sound. No command waits for
+/// sound, with or without "wait", but a command may wait for a drive's table (platform/waiting.h).
+/// When a recording is saved, the user is notified of the parts of the played disc that could not
+/// be read.
 class Interpreter : public MediaControl {
   public:
     explicit Interpreter(Devices devices) : devices_(std::move(devices)) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The devices of a real machine for the interpreter: discs that are played through the software
-// sound card, and recordings of its sound. The caller chooses the drive and the folders.
+// Creates the devices of a real machine for the interpreter: discs are played through the software
+// sound card, and the card's sound is recorded. The caller chooses the drive and the folders.
 #pragma once
 
 #include <filesystem>
@@ -18,7 +18,7 @@ namespace sonarith::mci {
 
 struct Machine {
     sound::SoundCard& card;                              ///< must outlive the interpreter
-    Clock now;                                           ///< the clock that moves the card
+    Clock now;                                           ///< the clock of the sound card's thread
     std::function<std::shared_ptr<disc::Drive>()> drive; ///< as Devices::drive
     RecordingFolders recordingFolders;
     std::function<std::filesystem::path(const std::string&)> path; ///< as Devices::path

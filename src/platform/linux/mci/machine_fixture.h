@@ -35,10 +35,11 @@ class MachineSession {
 
     fakes::Answer send(const std::string& command) { return fakes::ask(interpreter, command); }
 
-    /// Advances the time in ticks like the monitor's, each a little late, until the disc has
-    /// reached `milliseconds`.
+    /// Advances the time in steps like the ticks of CaptureMonitor (100 ms, each 3 ms late), until
+    /// the disc has reached `milliseconds`.
     void tickUntil(int milliseconds) {
-        // Meanwhile the reader's thread delivers the sound, and the card waits for it.
+        // Between two steps the reader's thread may deliver sound; without sound the card stops, so
+        // the position advances only as far as there is sound.
         EXPECT_TRUE(fakes::eventually([&] {
             if (std::stoi(send("status cd position").reply) >= milliseconds) {
                 return true;
@@ -48,7 +49,7 @@ class MachineSession {
         }));
     }
 
-    /// A whole capture of the range between two positions, in the order of the monitor's commands.
+    /// Sends the commands of one whole capture in the order in which the logic sends them.
     void capture(const std::string& from, int endMilliseconds, const std::string& path) {
         EXPECT_EQ(send("open new type waveaudio alias capture"), fakes::fine());
         EXPECT_EQ(send(stereo), fakes::fine());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The error numbers of the media control strings, their texts, and the result types that contain
-// them inside the interpreter. It depends on no command and no device.
+// Defines the error numbers of the media control strings, their texts, and the result types with
+// which the interpreter returns them internally. This header depends on no command and no device.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@
 
 namespace sonarith::mci {
 
-/// Numbers as used by programs of this command interface: general ones start at 256, those of wave
-/// devices at 320, and a device's own at 512.
+/// The numbers are those that programs using this command interface expect: general errors start at
+/// 256, errors of wave devices at 320, and errors specific to one device at 512.
 enum class MciError : int {
     none = mciSuccess,
     unrecognizedKeyword = 259,

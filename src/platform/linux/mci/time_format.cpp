@@ -16,7 +16,7 @@ constexpr std::int64_t perHour = 60 * perMinute;
 constexpr std::size_t maxFields = 4;
 using Fields = std::array<std::int64_t, maxFields>;
 
-/// Each field has at least two digits, since callers cut the text at fixed positions.
+/// Each field has at least two digits, since callers take fields from fixed positions of the text.
 std::string joined(std::initializer_list<std::int64_t> fields) {
     std::string text;
     for (const std::int64_t field : fields) {
@@ -39,7 +39,7 @@ std::string msfText(std::int64_t sectors) {
     return joined({sectors / perMinute, sectors / perSecond % 60, sectors % perSecond});
 }
 
-/// The numbers between colons, at most `count` of them; 0 for missing ones.
+/// Parses at most `count` numbers separated by colons; missing numbers are 0.
 Outcome<Fields> split(std::string_view text, std::size_t count) {
     Fields fields{};
     for (std::size_t i = 0; i < count; ++i) {

@@ -21,26 +21,26 @@ enum class TimeFormat {
 };
 
 /// The format that a command names ("milliseconds" or "ms", "hms", "msf", "tmsf";
-/// case-insensitive).
+/// case-insensitive); empty for any other name.
 [[nodiscard]] std::optional<TimeFormat> timeFormatNamed(std::string_view name);
 [[nodiscard]] std::string_view nameOf(TimeFormat format);
 
-/// Milliseconds at which a sector starts, rounded to the nearest. A length in milliseconds is the
-/// difference of two such positions and is not rounded itself, so that lengths add up exactly.
+/// The time at which a sector starts, rounded to the nearest millisecond. A length in milliseconds
+/// is the difference of two such times and is not rounded itself, so that lengths add up exactly.
 [[nodiscard]] std::int64_t millisecondsOfSector(std::int64_t sector);
 /// The sector whose start is nearest to a time; the inverse of millisecondsOfSector.
 [[nodiscard]] std::int64_t sectorOfMilliseconds(std::int64_t milliseconds);
 
-/// `sector` of the line as a text.
+/// The position `sector` of the disc's time line as a text.
 [[nodiscard]] std::string positionText(const disc::Table& table, std::int64_t sector,
                                        TimeFormat format);
-/// The length between two sectors of the line as a text. In tmsf as "mm:ss:ff", since a length has
-/// no track.
+/// The length between two sectors of the time line as a text. In tmsf the text is "mm:ss:ff",
+/// since a length has no track.
 [[nodiscard]] std::string lengthText(std::int64_t first, std::int64_t end, TimeFormat format);
 
 /// The sector that a text names. Fields missing at the end are 0, so in tmsf "3" is the start of
 /// track 3. Errors: badInteger (not a number, or too many fields), outOfRange (61 seconds, a track
-/// that does not exist, a position beyond the track's or the line's end).
+/// that does not exist, a position beyond the end of its track in tmsf or of the time line).
 [[nodiscard]] Outcome<std::int64_t> parsePosition(const disc::Table& table, std::string_view text,
                                                   TimeFormat format);
 

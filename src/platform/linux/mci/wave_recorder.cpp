@@ -18,7 +18,7 @@ constexpr int alignmentOf(int channels) {
     return channels * bitsPerSample / 8;
 }
 
-/// The value of one field of the format, by its keyword; empty for another keyword.
+/// The value of the format's field that `keyword` names; empty if `keyword` names no field.
 std::optional<int> formatField(std::string_view keyword, int channels) {
     if (keyword == "samplespersec") {
         return samplesPerSecond;
@@ -45,7 +45,8 @@ MciError recordingError(ErrorNumber number) {
     case ErrorNumber::invalidProcedureCall:
         return MciError::nonapplicableFunction;
     default:
-        return MciError::fileNotSaved; // there is not enough space for it on the disk
+        // The file could not be created; this error's text names disk space and permission.
+        return MciError::fileNotSaved;
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The device type "waveaudio", as a recorder of new sounds: its format, recording and saving,
-// controlled by commands. It plays nothing, opens no existing file, and writes none itself.
+// The device type "waveaudio": runs the commands that set the format of a new sound, record it and
+// save it. It plays nothing, opens no existing file, and leaves writing to Recorder.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace sonarith::mci {
 
 /// Commands and keywords: set (samplespersec, channels, bitspersample, alignment, bytespersec, time
 /// format); record (overwrite, insert); stop; save; status (length, position, mode, ready, media
-/// present, time format, and the names of the format's values).
+/// present, time format, and the five values of the format that "set" also accepts).
 ///
 /// A new device has no sound, the format 44100 Hz, 16 bit, stereo, and the time format
 /// milliseconds. Its position is always the end of the recorded sound, so overwriting and inserting

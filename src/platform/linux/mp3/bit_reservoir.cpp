@@ -18,7 +18,8 @@ struct Layout {
     int granuleBits; ///< for one channel
 };
 
-// The fields of one granule and channel, in order; the scale factors precede "windows".
+// The sizes of the first fields of one granule and channel, in order. The scale factor bits, whose
+// number depends on the version (Layout), lie between the gain and "windows".
 constexpr int lengthBits = 12;
 constexpr int bigValuesBits = 9;
 constexpr int gainBits = 8;

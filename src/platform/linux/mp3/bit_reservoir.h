@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The bit reservoir: the main data of a Layer III frame may begin in preceding frames. The
-// functions here track how many of those bytes are available, and detect frames that refer to
-// missing ones. They store no sound data.
+// Tracks the bit reservoir: the main data of a Layer III frame may begin in preceding frames. The
+// functions here count how many bytes of those frames are available, and detect frames that refer
+// to missing bytes. They store no sound data.
 #pragma once
 
 #include <cstdint>
@@ -19,9 +19,9 @@ namespace sonarith::mp3 {
 /// scale factors, normal windows.
 [[nodiscard]] bool isEmptySideInfo(const FrameHeader& header, Bytes frame);
 
-/// Silences a frame that refers to missing data, since a decoder would use the contents of its
-/// memory in their place. The frame refers back to only `begin` bytes, which therefore stay in the
-/// reservoir for later frames.
+/// Makes a frame that refers to missing data silent, since a decoder would otherwise decode
+/// whatever its memory contains instead of the missing data. Afterwards the frame refers back to
+/// only `begin` bytes, so the decoder keeps these bytes for later frames.
 void silence(const FrameHeader& header, std::span<std::uint8_t> frame, int begin);
 
 /// Fills the empty side information of a frame so that each granule and channel has two spectral
@@ -33,8 +33,8 @@ class BitReservoir {
   public:
     /// Empties the reservoir. Called when the frames before the next one are missing.
     void clear() { available_ = 0; }
-    /// Adds the next frame. If it refers to more bytes than are available, returns how many are
-    /// available. Frames of other layers have no reservoir.
+    /// Adds the next frame. If the frame refers to more bytes than are available, returns how many
+    /// are available; otherwise empty. Has no effect for Layers I and II, which have no reservoir.
     [[nodiscard]] std::optional<int> admit(const FrameHeader& header, Bytes frame);
 
   private:

@@ -33,8 +33,8 @@ bool BrokenFrameCheck::isBroken(const Frame& frame, Bytes bytes,
         return false;
     }
     // The frame is decoded again after a frame with sound. Unless the library gives the frame up,
-    // the end of that sound overlaps into it. Whether the library gives a frame up depends only on
-    // the data of that frame.
+    // the end of that sound overlaps into the frame's samples. Whether the library gives a frame up
+    // depends only on the data of that frame.
     if (!decoder_) {
         Result<FrameDecoder<float>> made = FrameDecoder<float>::create();
         if (!made.ok()) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes frames that the library gives up half-way from frames that are silent. After such a
-// broken frame the library's window state differs for the rest of the stream, so segments would
-// differ in the last bit from one pass over the whole stream. It checks frames only; the caller
-// chooses how to continue.
+// Distinguishes broken frames, which the decoder library gives up half-way, from silent frames.
+// After a broken frame the library's window state differs for the rest of the stream, so segments
+// decoded separately would differ in the last bit from one pass over the whole stream. This class
+// only checks frames; the caller chooses how to continue.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ class BrokenFrameCheck {
     /// the frame. Precondition: pass() was called for the frames before it.
     [[nodiscard]] bool isBroken(const Frame& frame, Bytes bytes,
                                 std::span<const std::int16_t> samples);
-    /// Advances to the next frame.
+    /// Must be called for every frame, in order, after isBroken() where that is called.
     void pass(const Frame& frame, Bytes bytes);
 
   private:

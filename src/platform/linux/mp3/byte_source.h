@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The input of MP3 streams: a file, or bytes in memory, readable at any offset and by several
-// threads at once; and a window over it for sequential reading. It depends on no format.
+// Reads the bytes of MP3 streams from a file or from memory: a ByteSource at any offset and on
+// several threads at once, a SourceWindow sequentially. Nothing here parses the bytes.
 #pragma once
 
 #include <atomic>
@@ -18,7 +18,7 @@
 
 namespace sonarith::mp3 {
 
-/// The result of a read, and why it was short.
+/// The result of a read, and the failure if it was short.
 struct Reading {
     std::size_t bytes = 0; ///< valid at the beginning of the buffer: all that was requested, or
                            ///< fewer after a failure
@@ -49,8 +49,8 @@ class MemorySource : public ByteSource {
     Bytes bytes_;
 };
 
-/// Identifies a file and its state: if two identities are equal, the file was not changed in
-/// between.
+/// Identifies a file and its state: if the identities at two times are equal, the file was not
+/// changed between these times.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -59,7 +59,7 @@ struct FileIdentity {
     std::int64_t modifiedNanoseconds = 0;
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 
-    /// Empty if the file does not exist.
+    /// Empty if the file cannot be queried, for example because it does not exist.
     [[nodiscard]] static std::optional<FileIdentity> of(const std::filesystem::path& path);
     [[nodiscard]] static std::optional<FileIdentity> of(const files::FileDescriptor& file);
 };
@@ -73,7 +73,7 @@ class FileSource : public ByteSource {
                                                                   const std::atomic<bool>& stop);
 
     [[nodiscard]] std::int64_t size() const override { return identity_.bytes; }
-    /// A file that has become shorter than it was is a failure.
+    /// Also fails if the file has become shorter than size().
     [[nodiscard]] Reading readAt(std::int64_t offset, std::span<std::uint8_t> out) const override;
     [[nodiscard]] const FileIdentity& identity() const { return identity_; }
 
@@ -86,8 +86,9 @@ class FileSource : public ByteSource {
     const std::atomic<bool>* stop_;
 };
 
-/// For one thread. The result of at() ends at the end of the source and at an offset that cannot be
-/// read; failure() distinguishes the two cases. Data after such an offset can still be read.
+/// For one thread. The result of at() ends early at the end of the source and before an offset that
+/// cannot be read; failure() distinguishes the two cases. Data after an unreadable offset can still
+/// be read.
 class SourceWindow {
   public:
     explicit SourceWindow(const ByteSource& source);

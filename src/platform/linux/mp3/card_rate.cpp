@@ -27,7 +27,8 @@ std::span<const sound::StereoFrame> CardRate::convert(std::span<const std::int16
 }
 
 void CardRate::resample(std::span<const std::int16_t> samples) {
-    constexpr std::size_t outputFrames = 4096; // per call; the number of calls is not limited
+    // Per call of src_process; the loop below repeats the call until all samples are converted.
+    constexpr std::size_t outputFrames = 4096;
     const auto channels = static_cast<std::size_t>(format_.channels);
     input_.resize(samples.size());
     src_short_to_float_array(samples.data(), input_.data(), static_cast<int>(samples.size()));

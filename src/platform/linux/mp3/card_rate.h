@@ -19,8 +19,9 @@ class CardRate {
   public:
     [[nodiscard]] static Result<CardRate> create(const PcmFormat& format);
 
-    /// Converts the next samples (interleaved, whole frames); an empty span means the end and
-    /// returns the remaining output of the converter. Valid until the next call.
+    /// Converts the next samples (interleaved, whole frames). An empty span marks the end of the
+    /// sound: the call then returns the remaining output of the converter. The result is valid
+    /// until the next call.
     [[nodiscard]] std::span<const sound::StereoFrame>
     convert(std::span<const std::int16_t> samples);
 
@@ -33,7 +34,7 @@ class CardRate {
     void append(std::span<const std::int16_t> samples);
 
     PcmFormat format_;
-    std::unique_ptr<SRC_STATE, Close> state_; ///< null: the rate is the card's
+    std::unique_ptr<SRC_STATE, Close> state_; ///< null if the sound has the card's rate
     std::vector<float> input_;
     std::vector<float> output_;
     std::vector<std::int16_t> resampled_;

@@ -11,7 +11,7 @@ enum class DecodeStep {
     opening, ///< opening the source
     reading, ///< reading the source
     decoding,
-    writing, ///< creating, writing and naming the WAV
+    writing, ///< creating, writing and naming the WAV file
 };
 
 struct DecodeFailure {

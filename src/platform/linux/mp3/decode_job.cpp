@@ -18,7 +18,7 @@ bool unchanged(const DecodeOrder& order, const CompletedDecoding& former) {
 
 } // namespace
 
-/// Everything that the thread accesses, since it may outlive the job.
+/// Everything that the thread accesses, since the thread may outlive the job.
 struct DecodeJob::Run {
     Run(DecodeOrder ordered, Report reports, std::shared_ptr<sound::PendingSaves> pending,
         std::optional<CompletedDecoding> before)
@@ -51,7 +51,7 @@ struct DecodeJob::Run {
             }
         }
         report(result);
-        report = nullptr; // other threads may wait for the objects it owns
+        report = nullptr; // destroys the objects that it owns: other threads may wait for that
     }
 
     void end() {

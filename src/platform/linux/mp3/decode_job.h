@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes one MP3 file to one WAV file on separate threads: one object is one attempt. The decoding
-// itself is in decoding.h; this is only the synchronisation.
+// Decodes one MP3 file to one WAV file on separate threads: one object is one attempt. This header
+// only synchronises the threads; the decoding itself is in decoding.h.
 #pragma once
 
 #include <atomic>
@@ -31,45 +31,46 @@ struct CompletedDecoding {
 ///                            ->  stopped -> over    by `stop` or the destructor
 ///
 /// A decoding that is not stopped changes from busy to over once the WAV has its name. A stopped
-/// decoding is no longer busy, but over only when the disk has stored the decoded part; that may
-/// take long, and the thread continues alone after the object is destroyed. Until it is over, it
-/// keeps its turn for the target (target_turn.h), so that the next decoding of that file begins
-/// after it.
+/// decoding is no longer busy, but it is over only when the disk has stored the decoded part. That
+/// may take long; the thread continues even if the object is destroyed meanwhile. As long as the
+/// decoding writes, it keeps its turn for the target (target_turn.h), so that the next decoding to
+/// the same file begins only afterwards.
 ///
 /// Threads: one thread constructs, stops and destroys the object, and never waits for a disk. The
 /// const members are thread-safe. The thread of the decoding and `report` own everything that they
 /// access.
 class DecodeJob {
   public:
-    /// Called once, on the thread of the decoding, just before it is over; not called if the
-    /// decoding was skipped. It must own everything that it uses, as it may be called after the job
-    /// is destroyed.
+    /// Called once, just before the decoding is over: on the thread of the decoding, or in the
+    /// constructor if no thread can be started. Not called if the former result is reused. It must
+    /// own everything that it uses, since it may be called after the job is destroyed.
     using Report = std::function<void(const DecodeResult&)>;
 
-    /// Starts the decoding. If `former` is a decoding of the same two files and neither has changed
-    /// since, nothing is decoded, and its result is reused. The decoding counts among `saves` until
-    /// it is over. If no thread can be started (Division::starter), the decoding has failed and is
-    /// over at once.
+    /// Starts the decoding. If `former` is a decoding of the same two files and neither file has
+    /// changed since, nothing is decoded, and the result of `former` is reused. `saves` counts the
+    /// decoding until it is over. If no thread can be started (Division::starter), the decoding
+    /// fails and is over at once.
     DecodeJob(DecodeOrder order, Report report, std::shared_ptr<sound::PendingSaves> saves,
               std::optional<CompletedDecoding> former = std::nullopt);
     ~DecodeJob() { stop(std::chrono::milliseconds{0}); }
     DecodeJob(const DecodeJob&) = delete;
     DecodeJob& operator=(const DecodeJob&) = delete;
 
-    /// Stops the decoding if it has not ended, and returns when it is over, or after `patience`.
+    /// Stops the decoding if it has not ended. Returns when it is over, at the latest after
+    /// `patience`.
     void stop(std::chrono::milliseconds patience);
-    /// True from the constructor's return until it is over or stopped.
+    /// True from the constructor's return until the decoding is over or stopped.
     [[nodiscard]] bool busy() const;
-    /// Whether all of its work has ended.
+    /// Whether all work of the decoding has ended.
     [[nodiscard]] bool over() const;
-    /// Waits at most `patience` until it is over; returns whether it is.
+    /// Waits at most `patience` until the decoding is over; returns whether it is over.
     bool awaitEnd(std::chrono::milliseconds patience) const;
     [[nodiscard]] const Progress& progress() const;
 
     [[nodiscard]] bool isFor(const DecodeOrder& order) const;
-    /// Precondition: over.
+    /// Precondition: over().
     [[nodiscard]] const DecodeResult& result() const;
-    /// Not empty if it is over and was completed.
+    /// Empty unless the decoding is over and was completed.
     [[nodiscard]] std::optional<CompletedDecoding> completed() const;
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodings from and to a temporary folder. For tests only.
+// A test fixture that runs decodings in a temporary folder. For tests only.
 #pragma once
 
 #include <filesystem>

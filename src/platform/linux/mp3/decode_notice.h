@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The notice for the user about a decoding, in one sentence. It only creates the text: the notice
-// is reported elsewhere, and the logic does not use it.
+// Creates the text of the notice to the user about a decoding, in one sentence. The notice is
+// reported elsewhere, and the logic does not use the text.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,8 @@ struct DecodeNames {
 /// Empty if there is nothing to report: everything was decoded, or the user stopped the decoding.
 [[nodiscard]] std::string decodeNotice(const DecodeNames& names, const DecodeResult& result);
 
-/// "3:12", or "1:03:12", for that many samples of each channel; fractions of a second are dropped.
+/// The duration of `samples` per channel at `rate` samples per second, as "3:12" or "1:03:12";
+/// fractions of a second are dropped.
 [[nodiscard]] std::string playingTime(std::int64_t samples, int rate);
 
 } // namespace sonarith::mp3

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The result of a decoding, in more detail than the product shows.
+// The result of a decoding, in more detail than the user sees.
 #pragma once
 
 #include <cstdint>
@@ -13,24 +13,24 @@ namespace sonarith::mp3 {
 enum class DecodeOutcome {
     none,      ///< no decoding has ended yet
     completed, ///< the WAV is complete
-    stopped,   ///< the WAV has everything up to the stop; not saved if there is no sample
+    stopped,   ///< the WAV contains the samples before the stop; without samples, no WAV is saved
     noFrames,  ///< no frame was found, and nothing was written
-    failed,    ///< the WAV has everything up to the failure; not saved if there is no sample
+    failed,    ///< the WAV contains the samples before the failure; without samples, none is saved
 };
 
 enum class DecodeMethod {
     none,
     sequential,
     segments,
-    mixed, ///< segments at first, then one pass from a frame that the library gives up, or after a
-           ///< full disk
+    mixed, ///< segments first, then one pass, because a frame is broken (broken_frame_check.h) or
+           ///< the disk was full
 };
 
 struct DecodeResult {
     DecodeOutcome outcome = DecodeOutcome::none;
     DecodeMethod method = DecodeMethod::none;
     PcmFormat format;
-    std::int64_t samples = 0; ///< per channel, in the saved WAV; 0: none was saved
+    std::int64_t samples = 0; ///< per channel, in the saved WAV; 0 if no WAV was saved
     DecodeCount count;
     std::optional<DecodeFailure> failure; ///< only after a failure
 };

@@ -30,7 +30,7 @@ DecodeResult failedAt(DecodeStep step, const Error& error) {
 
 DecodeResult Decoding::run() {
     const Result<files::SavePlace> place = files::locate(order_.target);
-    if (!place.ok()) { // reported now rather than after the work
+    if (!place.ok()) { // reported now rather than after the decoding
         return failedAt(DecodeStep::writing, place.error());
     }
     const std::optional<TargetTurn> turn = TargetTurn::take(place.value(), stop_);
@@ -54,7 +54,7 @@ DecodeResult Decoding::runInTurn() {
                               : endedWith(DecodeOutcome::noFrames);
     }
     // The readable part is decoded even if the survey failed; the decoding then fails at the same
-    // place.
+    // offset.
     return decode(source, survey);
 }
 
@@ -128,7 +128,8 @@ Decoded Decoding::decodeInOnePass(PcmReader& reader, WavTarget& target) const {
     return decoded;
 }
 
-/// Gives the WAV its name, also after a failure, or deletes it if it has no sample.
+/// Gives the WAV its name, also after a failure. Without samples the WAV gets no name, so it is
+/// deleted with `target`.
 void Decoding::finish(const Decoded& decoded, WavTarget& target, DecodeResult& result) {
     result.count = decoded.count;
     result.failure = decoded.failure;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes consecutive whole frames through libmpg123. It receives whole frames only: finding them
-// and trimming the result is done elsewhere.
+// Decodes consecutive whole frames through libmpg123. The callers find the frames and trim the
+// decoded samples.
 #pragma once
 
 #include <cstddef>
@@ -23,8 +23,9 @@ using DecoderHandle = std::unique_ptr<mpg123_handle, CloseDecoder>;
 
 enum class SampleType { sixteenBit, floatingPoint };
 
-/// A handle that delivers samples of `type` at the stream's own rate and channels. All handles of
-/// the program use the same decoder of the library, since its decoders differ in the last bit.
+/// Creates a handle that delivers samples of `type` at the stream's own rate and channels. The
+/// library contains several decoders, whose samples differ in the last bit; all handles of the
+/// program use the same one.
 [[nodiscard]] Result<DecoderHandle> makeDecoderHandle(SampleType type, long addedFlags,
                                                       long removedFlags);
 
@@ -34,7 +35,8 @@ class FrameDecoder {
     [[nodiscard]] static Result<FrameDecoder> create();
 
     /// Decodes the next frame of the stream. Returns interleaved samples, always samplesPerFrame()
-    /// for each channel, with zeros where decoding is impossible. Valid until the next call.
+    /// for each channel, with zeros where decoding is impossible. The result is valid until the
+    /// next call.
     [[nodiscard]] std::span<const Sample> decode(const Frame& frame, Bytes bytes);
     /// Whether the last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }

@@ -19,7 +19,8 @@ bool startsWith(Bytes bytes, std::string_view sign) {
     return bytes.size() >= sign.size() && std::memcmp(bytes.data(), sign.data(), sign.size()) == 0;
 }
 
-/// The length of an ID3v2 tag (id3.org, version 2.4, section 3.1); 0 if it is none.
+/// The length of the ID3v2 tag at the beginning of `bytes` (id3.org, version 2.4, section 3.1); 0
+/// if there is none.
 std::int64_t id3v2Bytes(Bytes bytes) {
     constexpr std::size_t ownHeaderBytes = 10;
     if (bytes.size() < ownHeaderBytes || !startsWith(bytes, "ID3")) {
@@ -36,8 +37,8 @@ std::int64_t id3v2Bytes(Bytes bytes) {
     return length + static_cast<std::int64_t>(ownHeaderBytes) * (hasFooter ? 2 : 1);
 }
 
-/// The length of an APE tag (wiki.hydrogenaud.io, "APE Tags Header") from its header to its end; 0
-/// if it is none.
+/// The length of the APE tag at the beginning of `bytes`, including its header
+/// (wiki.hydrogenaud.io, "APE Tags Header"); 0 if there is none.
 std::int64_t apeBytes(Bytes bytes) {
     constexpr std::size_t ownHeaderBytes = 32;
     if (bytes.size() < ownHeaderBytes || !startsWith(bytes, "APETAGEX")) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes frames from chance matches: a frame counts if enough others of its format follow
-// it. Also detects the tags between frames. It examines bytes in memory; the scanner reads the
-// source.
+// Distinguishes frames from bytes that look like a frame header by chance: a frame counts if it
+// begins a row, which means that enough frames of its format follow it. Also detects the tags
+// between frames. It examines bytes in memory; the scanner (frame_scanner.h) reads the source.
 #pragma once
 
 #include <cstddef>
@@ -29,13 +29,13 @@ namespace sonarith::mp3 {
 /// the end of the row. Needs three whole frames from `offset` on, unless the source ends.
 [[nodiscard]] bool beginsRow(const FrameHeader& header, Bytes bytes, std::size_t offset);
 
-/// Remembers where rows of frames begin ahead of a position that only advances, so that each offset
-/// is tried once, however often it is queried: hostile data can have headers at every fourth byte.
+/// Remembers where rows of frames begin after a position that only advances. So each offset is
+/// tried once, however often it is queried: hostile data can contain headers at every fourth byte.
 class RowsAhead {
   public:
     /// Whether a row of `format` begins in [`begin`, `end`) of the source. `bytes` are the bytes
     /// of the source from `position` on. They must extend three whole frames beyond `end`, unless
-    /// the source ends before.
+    /// the source ends earlier.
     /// Precondition: position <= begin, and begin never decreases between calls.
     [[nodiscard]] bool anyWithin(const StreamFormat& format, std::int64_t begin, std::int64_t end,
                                  Bytes bytes, std::int64_t position);

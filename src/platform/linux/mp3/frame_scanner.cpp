@@ -12,8 +12,8 @@ namespace sonarith::mp3 {
 namespace {
 
 /// The maximum number of offsets that are tried as the beginning of a stream in free format. Each
-/// try is expensive, and hostile junk can consist of such offsets only. Random junk of 70,000 bytes
-/// has one such offset.
+/// try is expensive, and hostile junk can consist of such offsets only. Random junk contains one
+/// such offset in 70,000 bytes.
 constexpr int maxFreeFormatTries = 1000;
 
 } // namespace
@@ -50,7 +50,8 @@ Bytes FrameScanner::bytesOf(const Frame& frame) {
     return bytes.first(std::min(bytes.size(), static_cast<std::size_t>(frame.header.bytes)));
 }
 
-/// Advances over the frame at position_; empty if it is of another format and is dropped.
+/// Advances over the frame at position_. Returns nothing if the frame is of another format than
+/// only_, because such frames are dropped.
 std::optional<Frame> FrameScanner::take(const FrameHeader& header) {
     const std::int64_t offset = position_;
     position_ += header.bytes;
@@ -95,16 +96,17 @@ bool FrameScanner::verified(const FrameHeader& header, Bytes bytes, std::size_t 
     return beginsRow(header, bytes, offset);
 }
 
-/// The length of the tag at position_, where `bytes` begin; 0 if there is no trustworthy one: its
-/// end must be the end of the file, or be followed by sound or another tag.
+/// The length of the tag at position_, where `bytes` begin; 0 if there is no tag, or if its length
+/// cannot be trusted. The length is trusted if the file, a frame or another tag follows: the tag
+/// ends at the end of the file, or a header or another tag begins there.
 std::int64_t FrameScanner::tagBytes(Bytes bytes) const {
     const std::int64_t claimed = claimedTagBytes(bytes);
     return claimed > 0 && leadsOn(position_ + claimed) ? claimed : 0;
 }
 
 bool FrameScanner::leadsOn(std::int64_t offset) const {
-    // Read without the window, which keeps its contents: the data at the end of a tag with a false
-    // length are not needed, and there may be very many such tags.
+    // Read without the window, so that the window keeps its contents: the data at this offset are
+    // not needed if the tag's length is false, and there may be very many tags with a false length.
     std::array<std::uint8_t, 32> store{};
     const std::int64_t left = source_->size() - offset;
     const Bytes bytes =

@@ -15,11 +15,12 @@ namespace sonarith::mp3 {
 struct Frame {
     std::int64_t offset = 0; ///< in the source
     FrameHeader header;
-    /// The frame does not directly follow another frame of its format: the bit reservoir is lost.
+    /// Whether the frame does not directly follow another frame of its format. It then cannot use
+    /// data of earlier frames (bit_reservoir.h).
     bool afterGap = false;
 };
 
-/// What a scan found that is not part of the sound.
+/// Counts what a scan found that is not part of the sound.
 struct ScanLoss {
     std::int64_t bytesSkipped = 0;  ///< junk and truncated frames; tags do not count
     std::int64_t framesDropped = 0; ///< whole frames of another format than the stream's
@@ -31,23 +32,23 @@ struct ScanLoss {
 
 /// A frame counts if it directly follows another one, or if two more frames of its format follow it
 /// (fewer only where the file or a tag ends the row). A scan that starts at any of the frames finds
-/// the same following frames as one from the beginning. An offset that cannot be read counts as the
-/// end of the source.
+/// the same following frames as a scan from the beginning. An offset that cannot be read counts as
+/// the end of the source.
 ///
 /// The time is linear in the number of bytes, whatever they are: each offset is tried a bounded
 /// number of times.
 class FrameScanner {
   public:
-    /// From the beginning of `source`, which must outlive the scanner: frames of every format.
+    /// Finds frames of every format from the beginning of `source`, which must outlive the scanner.
     explicit FrameScanner(const ByteSource& source);
-    /// The frames of `format` from `offset` on, which is the beginning of the source or of a frame
-    /// that another scanner found. It does not support free format.
+    /// Finds the frames of `format` from `offset` on, which must be the beginning of the source or
+    /// of a frame that another scanner found. Does not detect free format.
     FrameScanner(const ByteSource& source, const StreamFormat& format, std::int64_t offset);
 
     /// The next frame; empty at the end, at an offset that cannot be read, or where
     /// `freeFormatOffset` has a value.
     [[nodiscard]] std::optional<Frame> next();
-    /// All bytes of the frame that `next` returned last. Valid until its next call.
+    /// All bytes of the frame that `next` returned last. Valid until the next call of `next`.
     [[nodiscard]] Bytes bytesOf(const Frame& frame);
 
     /// Set if the stream is in free format (its headers do not contain the frame size): the offset
@@ -57,8 +58,8 @@ class FrameScanner {
     [[nodiscard]] const std::optional<Error>& failure() const { return window_.failure(); }
     /// Everything before this offset in the source has been examined.
     [[nodiscard]] std::int64_t position() const { return position_; }
-    /// How often a row of frames was searched so far: a measure of the work that hostile data can
-    /// cause.
+    /// How many offsets were tried so far as the beginning of a row of frames: a measure of the
+    /// work that hostile data can cause.
     [[nodiscard]] std::int64_t placesTried() const {
         return placesTried_ + rowsAhead_.placesTried();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frames of a stream to be decoded, numbered from 0: those of one format that the scanner
-// finds, except the leading information frame, whose trimming is kept. It decodes nothing.
+// Numbers the frames of a stream that are to be decoded, from 0: the frames of one format that the
+// scanner finds, except the leading information frame. Keeps the trimming that the information
+// frame states (info_tag.h). It decodes nothing.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +18,8 @@ struct NumberedFrame : Frame {
 
 class FrameSequence {
   public:
-    /// The frames of `format` from the beginning; searches the first one at once. `source` must
-    /// outlive it.
+    /// Delivers the frames of `format` from the beginning; searches for the first frame at once.
+    /// `source` must outlive the sequence.
     FrameSequence(const ByteSource& source, const StreamFormat& format);
     /// Continues at frame `number`, which another sequence found at `offset`.
     FrameSequence(const ByteSource& source, const StreamFormat& format, std::int64_t number,

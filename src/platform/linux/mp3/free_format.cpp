@@ -39,8 +39,9 @@ bool isFreeFormat(Bytes bytes) {
             continue;
         }
         if (size < smallestFrame(*first)) {
-            return false; // the library would produce frames of that size, a thousand times the
-                          // sound
+            // From frames of so few bytes, the library would produce a thousand times as much sound
+            // as real frames of these bytes contain.
+            return false;
         }
         for (const std::size_t third : {2 * size, 2 * size - slot, 2 * size + slot}) {
             if (isFreeHeader(parseHeader(bytes.subspan(third)), first->format)) {

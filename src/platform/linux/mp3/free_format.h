@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Detects streams in free format: their headers do not contain the bit rate, and the frame size is
-// the distance from one header to the next. It only detects them; the library reads them.
+// the distance from one header to the next. free_format_decoder.h decodes these streams.
 #pragma once
 
 #include "platform/linux/mp3/mp3_header.h"

@@ -99,8 +99,8 @@ std::span<const std::int16_t> FreeFormatDecoder::next() {
     return {};
 }
 
-/// The next frame that has samples, in its own format; none at the end, and where the library
-/// cannot continue.
+/// Returns the samples of the next frame that has any, in that frame's format (current_). Returns
+/// none at the end, and where the library cannot continue.
 std::span<const std::int16_t> FreeFormatDecoder::decodeFrame() {
     while (true) {
         unsigned char* sound = nullptr;
@@ -132,7 +132,8 @@ void FreeFormatDecoder::noteWork(std::span<const std::int16_t> samples) {
     work_ += silent ? frames_ : 0;
 }
 
-/// Starts another decoder after the last frame.
+/// Replaces the decoder by a new one, which continues after the last returned frame. Returns false
+/// if that is impossible.
 bool FreeFormatDecoder::renew() {
     const std::int64_t lastFrame = input_->begin + mpg123_framepos(handle_.get());
     Result<DecoderHandle> opened = open(*input_, lastFrame);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes streams in free format: the library finds the frames itself, since only it can guess
-// their size, so only one pass over the whole stream is possible. Not for other streams.
+// Decodes streams in free format, in one pass over the whole stream: only the library can guess the
+// size of the frames, so it must also find them. Not for other streams.
 #pragma once
 
 #include <cstdint>
@@ -14,11 +14,12 @@ namespace sonarith::mp3 {
 
 class FreeFormatDecoder : public PcmReader {
   public:
-    /// For each frame that it gives up, the library needs time in proportion to the number of
-    /// preceding frames (measured: 3 ns for each), so a long stream of damaged frames would take
-    /// hours. When the sum of these numbers reaches this limit (a third of a second of work),
-    /// another decoder begins. It begins only after a frame that ends in silence, so that no sound
-    /// is lost; every frame that is given up ends in silence.
+    /// For each frame that the library gives up, it needs time in proportion to the number of
+    /// preceding frames (measured: 3 ns per preceding frame), so a long stream of damaged frames
+    /// would take hours. When the sum of the numbers of preceding frames reaches this limit (a
+    /// third of a second of work), a new decoder replaces the current one. It is replaced only
+    /// after a frame that ends in silence, so that no sound is lost. Every frame that the library
+    /// gives up ends in silence.
     static constexpr std::int64_t usualPatience = 100'000'000;
 
     /// Reads `source` from `offset` on. Null if the library finds no frame there.
@@ -30,7 +31,7 @@ class FreeFormatDecoder : public PcmReader {
     [[nodiscard]] std::optional<Error> failure() const override { return input_->window.failure(); }
     [[nodiscard]] DecodeCount count() const override { return count_; }
     [[nodiscard]] std::int64_t sourcePosition() const override { return input_->position; }
-    /// How many further decoders have been started.
+    /// How often the decoder was replaced by a new one.
     [[nodiscard]] int renewals() const { return renewals_; }
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The information frame that encoders write before the sound ("Xing", "Info"), and its data about
-// the samples that the encoder added at both ends. It is not used for the stream's length.
+// Parses the information frame that encoders write before the sound ("Xing", "Info"): how many
+// samples the encoder added at both ends. The stream's length is not taken from it.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,14 @@ namespace sonarith::mp3 {
 class GaplessTrim {
   public:
     GaplessTrim() = default;
-    /// Samples before `begin` and in [`end`, `codedEnd`) are cut. `codedEnd` is the end of the
+    /// Samples before `begin` and in [`end`, `codedEnd`) are removed. `codedEnd` is the end of the
     /// encoder's last frame: later samples were appended by another program and are kept.
     /// Precondition: 0 <= begin <= end <= codedEnd.
     GaplessTrim(std::int64_t begin, std::int64_t end, std::int64_t codedEnd)
         : begin_(begin), end_(end), codedEnd_(codedEnd) {}
 
     /// How many of the first `sample` samples are kept: the position of sample `sample` in the
-    /// result, or of the next kept sample if it is cut.
+    /// result, or of the next kept sample if sample `sample` is removed.
     [[nodiscard]] std::int64_t keptBefore(std::int64_t sample) const;
     [[nodiscard]] std::int64_t begin() const { return begin_; }
     friend bool operator==(const GaplessTrim&, const GaplessTrim&) = default;
@@ -33,7 +33,8 @@ class GaplessTrim {
     std::int64_t codedEnd_ = 0;
 };
 
-/// The data of `frame` (all of its bytes) if it is an information frame; empty otherwise.
+/// The trimming that `frame` (all of its bytes) states if it is an information frame; otherwise
+/// empty.
 [[nodiscard]] std::optional<GaplessTrim> parseInfoTag(const FrameHeader& header, Bytes frame);
 
 } // namespace sonarith::mp3

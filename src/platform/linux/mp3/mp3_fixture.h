@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// MP3 streams for tests, created by the LAME encoder from a fixed sound or written by hand, and
-// functions that decode them. Only tests include this.
+// Provides MP3 streams for tests, created by the LAME encoder from a fixed sound or written by
+// hand, and functions that decode them. Only tests include this.
 #pragma once
 
 #include <algorithm>
@@ -60,8 +60,9 @@ inline Data readFile(const std::filesystem::path& path) {
     return test::readBytes(path);
 }
 
-/// Swelling noise, pure tones, clicks, silence, and noise again; each is created once per process.
-/// The loop is kept simple, since with the sanitizers it takes a third of the time of many tests.
+/// A sound of swelling noise, pure tones, clicks, silence, and noise again. The sound for each set
+/// of arguments is created once per process. The loop is kept simple, since with the sanitizers it
+/// takes a third of the time of many tests.
 inline const Samples& sound(int rate, int channels, double seconds) {
     static std::map<std::tuple<int, int, double>, Samples> made;
     Samples& samples = made[{rate, channels, seconds}];
@@ -92,7 +93,8 @@ inline const Samples& sound(int rate, int channels, double seconds) {
     return samples;
 }
 
-/// The encoded sound; each is created once per process.
+/// The sound of these arguments, encoded with `options` (of LAME). The stream for each set of
+/// arguments is created once per process.
 inline const Data& encoded(int rate, int channels, const std::string& options, double seconds = 4) {
     static std::map<std::string, Data> made;
     const std::string key = std::to_string(rate) + " " + std::to_string(channels) + " " + options +
@@ -174,7 +176,7 @@ class BadPlaceSource : public ByteSource {
         reading.failure = Error{ErrorNumber::deviceInputOutput, "bad place"};
         return reading;
     }
-    /// The number of reads that reached that range.
+    /// The number of reads that reached the unreadable range.
     mutable std::atomic<int> failures = 0;
 
   private:
@@ -211,7 +213,7 @@ inline DecodedSound sequentially(const Data& data) {
     return sequentially(MemorySource(data));
 }
 
-/// The same with a new decoder for each segment. Precondition: Layer III, no free format.
+/// Decodes `source` with a new decoder for each segment. Precondition: Layer III, no free format.
 inline DecodedSound inSegments(const ByteSource& source, std::int64_t framesPerSegment) {
     DecodedSound decoded;
     const std::optional<StreamFormat> format = surveyStream(source).format;
@@ -260,7 +262,7 @@ inline DecodedSound readWav(const std::filesystem::path& path) {
     return decoded;
 }
 
-/// The result of the decoding library's own tool.
+/// The result of mpg123, the command-line tool of the decoder library.
 inline DecodedSound byTool(const Data& data) {
     const fakes::TempFolder folder;
     writeFile(folder / "in.mp3", data);
@@ -270,7 +272,7 @@ inline DecodedSound byTool(const Data& data) {
     return readWav(folder / "out.wav");
 }
 
-/// The first sample in which they differ; empty if they are the same.
+/// The index of the first sample in which `first` and `second` differ; empty if they are equal.
 inline std::optional<std::size_t> difference(const Samples& first, const Samples& second) {
     const auto [a, b] = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
     return a == first.end() && b == second.end()

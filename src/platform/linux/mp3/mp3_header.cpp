@@ -22,7 +22,7 @@ constexpr std::array<BitRates, 3> mpeg2BitRates{{
 }};
 constexpr std::array<int, 3> mpeg1Rates{44100, 48000, 32000};
 
-/// The divisor of a version's rates relative to MPEG-1's.
+/// The number by which MPEG-1's sample rates are divided to get those of `version`.
 int rateDivisor(MpegVersion version) {
     switch (version) {
     case MpegVersion::mpeg1:

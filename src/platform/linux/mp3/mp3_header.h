@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four-byte header of an MPEG audio frame (ISO/IEC 11172-3 and 13818-3, and the "2.5" extension
-// for low rates): its contents, and the layout of the frame. Nothing is decoded.
+// Parses the four-byte header of an MPEG audio frame (ISO/IEC 11172-3 and 13818-3, and the "2.5"
+// extension for low rates), and computes the layout of the frame. Decodes nothing.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ using Bytes = std::span<const std::uint8_t>;
 enum class MpegVersion : std::uint8_t { mpeg1, mpeg2, mpeg25 };
 
 inline constexpr std::size_t headerBytes = 4;
-/// The largest frame with a stated bit rate: Layer II at 160 kbit/s and 8000 Hz, padded.
+/// The largest frame whose header states a bit rate: Layer II at 160 kbit/s and 8000 Hz, padded.
 inline constexpr int maxFrameBytes = 2881;
 
 /// Common to all frames of a stream.
@@ -36,7 +36,7 @@ struct StreamFormat {
 
 struct FrameHeader {
     StreamFormat format;
-    int bytes = 0; ///< of the whole frame; 0 means free format: the header does not contain it
+    int bytes = 0; ///< size of the whole frame; 0 in free format, whose headers do not state it
     bool hasChecksum = false;
 
     /// The offset of the side information of a Layer III frame.
@@ -48,7 +48,7 @@ struct FrameHeader {
     [[nodiscard]] int mainDataBytes() const;
 };
 
-/// Empty if `bytes` are fewer than four or not a header.
+/// Empty if there are fewer than four bytes, or if they are not a header.
 [[nodiscard]] std::optional<FrameHeader> parseHeader(Bytes bytes);
 
 } // namespace sonarith::mp3

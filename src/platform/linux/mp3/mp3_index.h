@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Divides a stream into segments that can be decoded independently, during the scan. It keeps no
-// list of frames: its memory does not depend on the length of the stream.
+// Divides a stream into segments that can be decoded independently, while it scans the stream. It
+// keeps no list of frames: its memory does not depend on the length of the stream.
 #pragma once
 
 #include <cstdint>
@@ -17,21 +17,21 @@ struct Segment {
     std::int64_t firstFrame = 0;
     std::int64_t frames = 0;      ///< at least 1
     Preroll preroll;              ///< where decoding begins; at firstFrame or before
-    std::int64_t sourceBytes = 0; ///< how many bytes of the source it covers
+    std::int64_t sourceBytes = 0; ///< how many bytes of the source the segment covers
 };
 
 /// For one thread at a time.
 class SegmentIndex {
   public:
-    /// `frames` must be at its beginning. All segments except the last have `framesPerSegment`
-    /// frames.
+    /// `frames` must not have returned a frame yet. All segments except the last have
+    /// `framesPerSegment` frames.
     SegmentIndex(FrameSequence frames, std::int64_t framesPerSegment)
         : frames_(std::move(frames)), framesPerSegment_(framesPerSegment) {}
 
     /// The next segment; empty at the end. All frames before an offset that cannot be read are
     /// included.
     [[nodiscard]] std::optional<Segment> next();
-    /// The contents of the segments returned so far.
+    /// The counts of frames and losses in the segments returned so far.
     [[nodiscard]] const DecodeCount& count() const { return count_; }
     /// After the last segment: why the stream ended before the end of the source, if it did.
     [[nodiscard]] const std::optional<Error>& failure() const {

@@ -15,8 +15,8 @@
 
 namespace sonarith::mp3 {
 
-/// Everything that the thread accesses, since it may outlive the player. The mutex is held only
-/// while copying, never while the file is read.
+/// Everything that the thread accesses, since the thread may outlive the Mp3PlayerSource. The mutex
+/// is held only while copying, never while the file is read.
 class Mp3PlayerSource::Decoder {
   public:
     explicit Decoder(std::filesystem::path path) : path_(std::move(path)) {}
@@ -61,8 +61,8 @@ class Mp3PlayerSource::Decoder {
         if (!file.ok()) {
             return;
         }
-        // Only this part is surveyed, half a minute at the highest rate: playing must start at
-        // once, also from slow disks.
+        // Only the first part of the file is surveyed, half a minute at the highest bit rate:
+        // playing must start at once, also from slow disks.
         constexpr std::int64_t surveyedBytes = 1024 * 1024;
         const Result<std::unique_ptr<PcmReader>> reader =
             openPcmReader(*file.value(), surveyStream(*file.value(), surveyedBytes));
@@ -76,7 +76,7 @@ class Mp3PlayerSource::Decoder {
         }
     }
 
-    /// Waits for space. False: the playing was ended.
+    /// Adds `frames` to the queue; waits for space. Returns false if playing was stopped.
     bool put(std::span<const sound::StereoFrame> frames) {
         std::unique_lock lock(mutex_);
         while (!stop_ && !frames.empty()) {
@@ -106,8 +106,8 @@ Mp3PlayerSource::Mp3PlayerSource(std::filesystem::path path, Clock clock,
 }
 
 Mp3PlayerSource::~Mp3PlayerSource() {
-    // A thread that is not in the middle of a read ends within this time, which is short enough for
-    // the card's thread: the destructor may run on it.
+    // A thread that is not in the middle of a read ends within this time. The time is short,
+    // because the destructor may run on the card's thread.
     constexpr std::chrono::milliseconds moment{10};
     decoder_->stop();
     thread_.leave(moment);

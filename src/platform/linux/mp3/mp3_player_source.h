@@ -22,8 +22,9 @@ class Mp3PlayerSource : public sound::SampleSource {
   public:
     /// A monotonic clock with any origin.
     using Clock = std::function<std::chrono::nanoseconds()>;
-    /// How long the source stops the card while no sound is ready. A sleeping disk may take longer,
-    /// but must not silence the other lines for that time.
+    /// The longest time for which the source stops the card because no sound is ready; after that
+    /// it delivers silence. A sleeping disk may take longer, but must not stop the other lines for
+    /// all that time.
     static constexpr std::chrono::milliseconds patience{300};
 
     /// If no thread can be started, the source ends at once.

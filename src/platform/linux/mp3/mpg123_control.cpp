@@ -17,20 +17,21 @@ namespace {
 
 const Error noSourceFile{ErrorNumber::invalidPropertyValue, "no source file is set"};
 
-/// Within this time a working disk has named a stopped WAV, and the user does not notice the wait.
+/// Within this time a working disk has stored and named the WAV of a stopped decoding. The wait is
+/// too short for the user to notice.
 constexpr std::chrono::milliseconds stopPatience{40};
 /// Within this time a working disk reports whether the files of a completed decoding were changed.
 constexpr std::chrono::milliseconds checkTimeout{20};
 
-/// The file name of a path in the logic's form or the machine's.
+/// The file name of a path that has the logic's form or the machine's form.
 std::string nameIn(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
 } // namespace
 
-/// Reports the results of one control's decodings. The logic may restart a failed decoding once by
-/// itself; the second failure is the same and is not reported.
+/// Reports the results of one control's decodings. The logic may restart a failed decoding once
+/// without the user; if the second failure has the same text, it is not reported.
 class Mpg123Control::Reporter {
   public:
     explicit Reporter(Notices& notices) : notices_(notices) {}
@@ -46,8 +47,8 @@ class Mpg123Control::Reporter {
         }
         notices_.report({std::move(text)});
     }
-    /// Called when only the user can start the next decoding: its failure is reported even if it is
-    /// the same as before.
+    /// Called when only the user can start the next decoding: a failure of that decoding is then
+    /// reported even if its text is the same as before.
     void forget() {
         const std::lock_guard lock(mutex_);
         last_.clear();

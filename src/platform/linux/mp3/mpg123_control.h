@@ -20,33 +20,35 @@ namespace sonarith::mp3 {
 /// As many threads as the machine has cores, within limits.
 [[nodiscard]] Division divisionForThisMachine();
 
-/// Each window that needs a control has its own. Any number of controls may use one card: its wave
-/// line belongs to the control that played last, and Stop of the others does not affect it. Their
-/// decodings run concurrently; two decodings of one target run one after the other.
+/// Each window that needs a control has its own. Any number of controls may use one card: the
+/// card's wave line belongs to the control that played last, and Stop of another control does not
+/// affect that line. The controls decode concurrently; two decodings to the same target run one
+/// after the other.
 ///
-/// For the logic's thread only. No member waits for a disk, except for two short and bounded waits
-/// within which a working disk responds; `mapPath` is called on that thread, too.
+/// For the logic's thread only; `mapPath` is also called on that thread. No member waits for a
+/// disk, except for two short and bounded waits within which a working disk responds.
 ///
-/// A decoding's states, as Busy returns them (for all states, see decode_job.h):
+/// The value of Busy in the states of a decoding (for all states, see decode_job.h):
 ///
-///     DecodeToWav        Busy is true, also while an earlier decoding of that target is being
-///                        named
-///     its end            Busy is false; the WAV has its name, also after a failure: with
-///                        everything decoded before it
+///     DecodeToWav        Busy is true, also while the decoding waits for an earlier decoding to
+///                        the same target
+///     end of decoding    Busy is false, and the WAV has its name; after a failure the WAV
+///                        contains everything decoded before the failure
 ///     Stop, or DecodeToWav for other files
-///                        Busy is false at once; the decoded part gets its name when the disk
-///                        allows, also after the control is destroyed
-///     DecodeToWav again  for files that are Busy, or were completed and have not changed
-///                        since: no effect; after a stop or a failure: decodes everything again
+///                        Busy is false at once; the WAV with the decoded part gets its name when
+///                        the disk allows, possibly after the control is destroyed
+///     DecodeToWav again  has no effect if the same files are being decoded, or were decoded
+///                        completely and have not changed since; after a stop or a failure it
+///                        decodes everything again
 class Mpg123Control : public ActiveMP3 {
   public:
     using Clock = std::function<sound::SoundCard::Time()>;
     /// Translates the logic's paths to this machine's.
     using PathMapper = std::function<std::filesystem::path(const std::string&)>;
 
-    /// `card` must outlive the control; `clock` is the card's, and may be called on its thread.
-    /// `notices` must live until the process ends: a decoding that outlives the control may still
-    /// report. Each decoding counts among `saves` until it has ended.
+    /// `card` must outlive the control. `clock` is the card's clock, and may be called on the
+    /// card's thread. `notices` must live until the process ends: a decoding that outlives the
+    /// control may still report. `saves` counts each decoding until it has ended.
     Mpg123Control(sound::SoundCard& card, Clock clock, PathMapper mapPath, Notices& notices,
                   std::shared_ptr<sound::PendingSaves> saves,
                   const Division& division = divisionForThisMachine());
@@ -54,13 +56,13 @@ class Mpg123Control : public ActiveMP3 {
     Mpg123Control(const Mpg123Control&) = delete;
     Mpg123Control& operator=(const Mpg123Control&) = delete;
 
-    /// Takes effect with the next Play or DecodeToWav; running ones continue.
+    /// Takes effect with the next Play or DecodeToWav; running playing and decoding continue.
     Status setSourceFile(const std::string& path) override;
     [[nodiscard]] bool Busy() const override;
     [[nodiscard]] std::int32_t Position() const override;
     [[nodiscard]] std::int32_t Length() const override;
-    /// Starts at the file's beginning, also if it is playing. A file that cannot be played is
-    /// silent, and its failure is not reported.
+    /// Starts at the file's beginning, even if the file is already playing. A file that cannot be
+    /// played is silent, and the failure is not reported.
     Status Play() override;
     /// Stops this control's playing and decoding.
     Status Stop() override;
@@ -81,7 +83,7 @@ class Mpg123Control : public ActiveMP3 {
     std::shared_ptr<sound::PendingSaves> saves_;
     std::shared_ptr<Reporter> reporter_; ///< shared with the decodings
     std::string sourceFile_;
-    std::unique_ptr<DecodeJob> job_; ///< the last one, running or not
+    std::unique_ptr<DecodeJob> job_; ///< the last decoding, running or not
     std::shared_ptr<Mp3PlayerSource> playing_;
 };
 

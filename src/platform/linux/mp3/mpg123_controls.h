@@ -14,14 +14,14 @@ namespace sonarith::mp3 {
 
 class Mpg123Controls final : public Mp3Controls {
   public:
-    /// The arguments are those of each control: see Mpg123Control.
+    /// The arguments are passed to each control: see Mpg123Control.
     Mpg123Controls(sound::SoundCard& card, Mpg123Control::Clock clock,
                    Mpg123Control::PathMapper mapPath, Notices& notices,
                    std::shared_ptr<sound::PendingSaves> saves);
 
     [[nodiscard]] std::unique_ptr<ActiveMP3> create() override;
-    /// Called at the end of the program: stops every existing control. Their decoded parts count
-    /// among the pending saves until they are on the disk.
+    /// Called at the end of the program: stops every existing control. `saves` counts the stopped
+    /// decodings until their decoded parts are on the disk.
     void stopAll();
 
   private:
@@ -32,7 +32,7 @@ class Mpg123Controls final : public Mp3Controls {
     Mpg123Control::PathMapper mapPath_;
     Notices& notices_;
     std::shared_ptr<sound::PendingSaves> saves_;
-    /// Shared with the controls, which may outlive this.
+    /// Shared with the controls, which may outlive this object.
     std::shared_ptr<std::set<ActiveMP3*>> controls_ = std::make_shared<std::set<ActiveMP3*>>();
 };
 

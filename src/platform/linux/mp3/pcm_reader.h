@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A stream read sequentially as sound: the interface of every decoder that decodes an MP3 in one
-// pass, and the choice of the decoder for a stream.
+// The interface of the decoders that decode an MP3 stream in one pass to PCM samples, and the
+// function that chooses the decoder for a stream.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +20,12 @@ struct PcmFormat {
     friend bool operator==(const PcmFormat&, const PcmFormat&) = default;
 };
 
-/// The decoded and the lost frames.
+/// Counts the decoded and the lost frames.
 struct DecodeCount {
     std::int64_t framesDecoded = 0;
-    std::int64_t framesSilenced = 0; ///< decoded as silence: data that they refer to are missing
+    /// Those of framesDecoded that are silent, because data of earlier frames that they need are
+    /// missing; 0 in free format, where they are not counted.
+    std::int64_t framesSilenced = 0;
     ScanLoss loss;
     friend bool operator==(const DecodeCount&, const DecodeCount&) = default;
 };
@@ -32,8 +34,8 @@ class PcmReader {
   public:
     virtual ~PcmReader() = default;
     [[nodiscard]] virtual PcmFormat format() const = 0;
-    /// The next samples, interleaved; none at the end and after a failure. Valid until the next
-    /// call.
+    /// Returns the next samples, interleaved; none at the end and after a failure. The result is
+    /// valid until the next call.
     [[nodiscard]] virtual std::span<const std::int16_t> next() = 0;
     /// After `next` has returned none: why the reading ended before the end of the source, if it
     /// did.
@@ -43,7 +45,8 @@ class PcmReader {
     [[nodiscard]] virtual std::int64_t sourcePosition() const = 0;
 };
 
-/// Creates a reader of `source`, which must outlive it; `survey` must be the survey of `source`.
+/// Creates a reader of `source`, which must outlive the reader; `survey` must be the survey of
+/// `source`.
 /// Null if the source has no frame.
 [[nodiscard]] Result<std::unique_ptr<PcmReader>> openPcmReader(const ByteSource& source,
                                                                const StreamSurvey& survey);

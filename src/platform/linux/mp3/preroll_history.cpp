@@ -6,16 +6,17 @@ namespace sonarith::mp3 {
 namespace {
 
 /// The library's synthesis window advances by 4 (MPEG-1) or 2 (MPEG-2) of its 16 positions per
-/// frame, and its rounding depends on the position: after 8 frames it is at its starting position.
+/// frame, and its rounding depends on the position: after 8 frames the window is at its starting
+/// position.
 constexpr std::int64_t windowTurn = 8;
-/// The minimum number of preceding frames. One would suffice for the overlap of neighbouring
-/// frames, which is the only lasting effect of a frame. The further ones were measured to be safe,
-/// and cost little time.
+/// The minimum number of preceding frames. One preceding frame should suffice, since the only
+/// lasting effect of a frame is its overlap with the next one. The number 24 was measured to be
+/// safe, and the further frames cost little time.
 constexpr std::int64_t leastFrames = 24;
 /// For this many frames before the boundary, all data that they refer to must be available.
 constexpr std::int64_t soundFrames = 8;
 /// The smallest frames (24 bytes: MPEG-2, 24 kHz, 8 kbit/s, stereo, checksum) have one byte of main
-/// data, and a frame may refer back over 255 bytes: this many frames are enough for any stream.
+/// data, and a frame may refer back over 255 bytes. So this many frames are enough for any stream.
 constexpr std::size_t capacity = 256 + soundFrames + windowTurn + 1;
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Remembers the last frames of a stream, and computes at which of them a new decoder must begin to
-// deliver the same samples as one that began at the stream's first frame.
+// Remembers the last frames of a stream, and computes at which of them a new decoder must start so
+// that it delivers the same samples as a decoder that started at the first frame of the stream.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,9 @@ class PrerollHistory {
   public:
     /// Must be called for every frame, in order.
     void add(const NumberedFrame& frame);
-    /// Where to begin for `frame`, which is one of the added frames or the next one. Precondition:
-    /// a frame was added.
+    /// Returns where a new decoder must start so that its samples are correct from `frame` on.
+    /// `frame` is an added frame, or the frame after the last added one. Precondition: a frame was
+    /// added.
     [[nodiscard]] Preroll before(std::int64_t frame) const;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The progress of a job, thread-safe. The position is scaled to a constant length, so that it
-// cannot overflow, and a view always divides by the same number.
+// Tracks the progress of a job; thread-safe. The position is scaled to a constant length, so that
+// it cannot overflow, and a view always divides by the same number.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +18,7 @@ class Progress {
     void setTotal(std::int64_t bytes) { total_ = std::max<std::int64_t>(bytes, 1); }
     [[nodiscard]] std::int64_t total() const { return total_; }
     void add(std::int64_t bytes) { done_ += bytes; }
-    /// For work that restarts after a part was done: the position never decreases.
+    /// Sets the finished work to at least `bytes`: it never decreases, also if work is repeated.
     void raiseTo(std::int64_t bytes) {
         std::int64_t before = done_;
         while (before < bytes && !done_.compare_exchange_weak(before, bytes)) {

@@ -31,7 +31,7 @@ std::span<const std::int16_t> RenewedDecoder::decode(const NumberedFrame& frame,
 
 void RenewedDecoder::prepareNext(const NumberedFrame& frame, Bytes bytes) {
     if (frame.number % period_ == period_ - lead) {
-        // Without memory for another decoder the current one continues, and may be slow.
+        // Without memory for another decoder, the current decoder continues, and may be slow.
         if (Result<FrameDecoder<std::int16_t>> made = FrameDecoder<std::int16_t>::create();
             made.ok()) {
             next_.emplace(std::move(made.value()));

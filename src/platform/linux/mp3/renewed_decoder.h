@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes a stream of any length, frame by frame, replacing the library's decoder periodically: for
-// each frame that the library gives up, it needs time in proportion to the number of preceding
-// frames, so a long stream of damaged frames would take hours. The replacements do not affect the
-// samples.
+// Decodes a stream of any length, frame by frame, and replaces the library's decoder periodically.
+// The reason: for each frame that the library gives up, it needs time in proportion to the number
+// of frames before, so a long stream of damaged frames would take hours. The replacements do not
+// affect the samples of undamaged streams.
 #pragma once
 
 #include <cstdint>
@@ -17,28 +17,30 @@
 
 namespace sonarith::mp3 {
 
-/// The decoder is replaced at each frame whose number is a multiple of the period. All passes over
-/// a stream therefore replace it at the same frames, wherever they begin, and deliver the same
-/// samples, also after frames that the library gave up.
+/// The decoder is replaced at each frame whose number is a multiple of the period. So all passes
+/// over a stream replace it at the same frames, wherever they begin, and deliver the same samples,
+/// also after frames that the library gave up.
 class RenewedDecoder {
   public:
-    /// Seven minutes: 2 of 100 frames are decoded twice, and a frame that is given up takes twice
-    /// the time of a good one (measured: 3 ns for each preceding frame).
+    /// Seven minutes of sound. With this period, 2 of 100 frames are decoded twice, and a frame
+    /// that is given up takes at most twice the time of a good frame (measured: 3 ns for each
+    /// preceding frame).
     static constexpr std::int64_t usualPeriod = 16'384;
     static constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
-    /// A new decoder begins this many frames early: by PrerollHistory's rules that is enough for
-    /// any stream, and it is a multiple of the library's window period.
+    /// A new decoder begins this many frames before it replaces the old one. By PrerollHistory's
+    /// rules this lead is enough for any stream, and it is a multiple of the library's window
+    /// period (8 frames).
     static constexpr std::int64_t lead = 280;
 
     /// `period`, in frames: a multiple of 8, and longer than `lead`.
     [[nodiscard]] static Result<RenewedDecoder> create(std::int64_t period);
 
-    /// As FrameDecoder::decode. The numbers are consecutive from call to call.
+    /// As FrameDecoder::decode. The frame numbers must be consecutive from call to call.
     [[nodiscard]] std::span<const std::int16_t> decode(const NumberedFrame& frame, Bytes bytes);
     /// Whether the last frame was silenced, since data that it refers to are missing.
     [[nodiscard]] bool silencedLast() const { return silencedLast_; }
     [[nodiscard]] std::int64_t silencedFrames() const { return silenced_; }
-    /// The number of frames passed to the current decoder.
+    /// The number of frames that the current decoder has decoded, with its lead.
     [[nodiscard]] std::int64_t framesOfDecoder() const { return framesOfDecoder_; }
 
   private:
@@ -47,7 +49,7 @@ class RenewedDecoder {
     void prepareNext(const NumberedFrame& frame, Bytes bytes);
 
     FrameDecoder<std::int16_t> decoder_;
-    std::optional<FrameDecoder<std::int16_t>> next_; ///< also decodes the frames of the lead
+    std::optional<FrameDecoder<std::int16_t>> next_; ///< decodes only the lead
     std::int64_t period_;
     std::int64_t framesOfDecoder_ = 0;
     bool silencedLast_ = false;

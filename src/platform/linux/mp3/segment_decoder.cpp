@@ -14,8 +14,8 @@ namespace sonarith::mp3 {
 
 namespace {
 
-/// Frames per batch: enough that the cost of system calls does not matter, few enough that a stop
-/// loses no significant sound, on any number of cores.
+/// The number of frames that are passed on together: enough that the cost of system calls does not
+/// matter, few enough that a stop loses no significant sound, on any number of cores.
 constexpr std::int64_t framesPerBatch = 32;
 
 Error changedSource() {
@@ -44,8 +44,8 @@ class SegmentRun {
             }
             const Bytes bytes = frames_.bytesOf(*frame);
             const std::span<const std::int16_t> samples = decoder.decode(*frame, bytes);
-            const bool mine =
-                frame->number >= first; // frames before it are checked in their own segment
+            // Frames of the preroll are checked in their own segment.
+            const bool mine = frame->number >= first;
             if (mine && until_ == Until::segmentEnd && !decoder.silencedLast() &&
                 check_.isBroken(*frame, bytes, samples)) {
                 return {SegmentEnd::broken};
@@ -98,8 +98,8 @@ class SegmentRun {
     GaplessTrim trim_;
     const TakeSamples& take_;
     Until until_;
-    std::int64_t end_;        ///< the frame after the last one
-    std::int64_t batchFrame_; ///< the first one in the batch
+    std::int64_t end_;        ///< the frame after the last frame to decode
+    std::int64_t batchFrame_; ///< the first frame in batch_
     FrameSequence frames_;
     BrokenFrameCheck check_;
     std::vector<std::int16_t> batch_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decodes one segment with a decoder of its own, to exactly the samples of the sequential pass. The
-// caller assigns segments to threads and stores the samples.
+// Decodes one segment with a decoder of its own, to exactly the samples that one pass over the
+// whole stream yields. The caller assigns segments to threads and stores the samples.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ namespace sonarith::mp3 {
 enum class SegmentEnd {
     complete,
     stopped, ///< the receiver has ended the decoding
-    broken,  ///< it has a frame that the library gives up: one decoder must continue from there
+    broken,  ///< the library gave up a frame: one decoder must decode from this segment to the end
     failed,
 };
 
@@ -28,9 +28,9 @@ struct SegmentOutcome {
     std::optional<DecodeFailure> failure = std::nullopt; ///< only after a failure
 };
 
-/// Receives samples in whole frames: `frame` is the number of the frame after them, `first` their
-/// position in the result, per channel. Returns true to continue, false to stop, or the failure to
-/// write them.
+/// Receives the samples of whole frames: `frame` is the number of the frame after them, `first`
+/// their position in the result, per channel. Returns true to continue, false to stop, or an error
+/// if the samples cannot be written.
 using TakeSamples = std::function<Result<bool>(std::int64_t frame, std::int64_t first,
                                                std::span<const std::int16_t> samples)>;
 

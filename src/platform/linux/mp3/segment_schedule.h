@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Assigns segments to workers, and tracks the progress of each and how much of the stream is
-// complete in the end. It decodes nothing and starts no thread.
+// Assigns segments to workers, tracks the progress of each worker, and computes how much of the
+// stream is complete in the end. It decodes nothing and starts no thread.
 #pragma once
 
 #include <atomic>
@@ -15,50 +15,53 @@
 
 namespace sonarith::mp3 {
 
-/// Segments are assigned in the order of the stream. A segment with a broken frame needs one pass:
-/// one decoder must continue from there to the end. When a segment fails or needs one pass, the
-/// segments before it are decoded to their end and those after it are dropped, so that the result
-/// contains the complete stream before the first such segment.
+/// Segments are assigned in the order of the stream. If a frame of a segment is broken
+/// (broken_frame_check.h), that segment and all later ones cannot be decoded in parallel: one
+/// decoder must decode them in one pass to the end of the stream. Such a segment "needs one pass".
+/// When a segment fails or needs one pass, the segments before it are decoded to their end and the
+/// segments after it are dropped, so that the result contains the complete stream before the first
+/// such segment.
 ///
 /// The members with a `worker` argument are called on the thread of that worker; the other members
 /// are called while no worker runs.
 class SegmentSchedule {
   public:
-    /// `frames` must be at its beginning. The workers are numbered from 0.
+    /// `frames` must not have returned a frame yet. The workers are numbered from 0.
     SegmentSchedule(FrameSequence frames, std::int64_t framesPerSegment, std::size_t workers)
         : index_(std::move(frames), framesPerSegment), works_(workers) {}
 
-    /// The worker's next segment; empty if there is no more work for it.
+    /// Assigns the worker's next segment; empty if there is no more work for this worker.
     [[nodiscard]] std::optional<Segment> take(std::size_t worker);
-    /// All frames of the worker's segment before `frame` are in the result.
+    /// Must be called when all frames of the worker's segment before `frame` are in the result.
     void advance(std::size_t worker, std::int64_t frame) { works_[worker].done = frame; }
     [[nodiscard]] std::int64_t done(std::size_t worker) const { return works_[worker].done; }
-    /// False once the worker's segment is known to be after a failure.
+    /// False once an earlier segment is known to have failed or to need one pass.
     [[nodiscard]] bool wanted(std::size_t worker) const {
         return works_[worker].segment.firstFrame <= lastWanted_;
     }
-    /// The worker's segment cannot be decoded further.
+    /// Must be called when the worker's segment cannot be decoded further.
     void fail(std::size_t worker, const DecodeFailure& failure);
-    /// A frame in the worker's segment is broken: from that segment on one pass is needed.
+    /// Must be called when a frame in the worker's segment is broken: this segment and all later
+    /// ones need one pass.
     void needOnePass(std::size_t worker);
 
-    /// The first segment that needs one pass or failed. Everything before it is in the result,
-    /// unless the workers were stopped.
+    /// The first segment that needs one pass or failed; empty if there is none. Everything before
+    /// that segment is in the result, unless the workers were stopped.
     [[nodiscard]] std::optional<Segment> rest() const;
-    /// The next segment of the scan, for its counts only. It is not decoded.
+    /// Continues the scan by one segment, only to count its frames; the segment is not assigned.
     [[nodiscard]] std::optional<Segment> skim() { return index_.next(); }
-    /// All frames before this one are in the result.
+    /// The number of the frame before which all frames are in the result.
     [[nodiscard]] std::int64_t wholeFrames() const;
-    /// Every frame of the stream is in the result: the scan reached the end of the source, and
-    /// every segment was decoded to its end.
+    /// Whether every frame of the stream is in the result: the scan reached the end of the source,
+    /// and every segment was decoded to its end.
     [[nodiscard]] bool complete() const;
-    /// The failure that ended the decoding early; empty if the rest needs one pass, or after a
-    /// stop.
+    /// The failure that ended the decoding early; empty if the rest needs one pass. A read that
+    /// fails because of a stop is also a failure here.
     [[nodiscard]] std::optional<DecodeFailure> failure() const;
     [[nodiscard]] const DecodeCount& count() const { return index_.count(); }
 
   private:
-    /// A worker's last segment; it has no frames if there was none.
+    /// The segment that was last assigned to a worker; it has no frames if none was assigned.
     struct Work {
         Segment segment;
         std::int64_t done = 0;
@@ -67,7 +70,7 @@ class SegmentSchedule {
     /// The first segment, in the order of the stream, that was not completed.
     struct End {
         Segment segment;
-        std::optional<DecodeFailure> failure; ///< empty if it needs one pass
+        std::optional<DecodeFailure> failure; ///< empty if the segment needs one pass
     };
     void endAt(std::size_t worker, const std::optional<DecodeFailure>& failure);
 
@@ -76,7 +79,7 @@ class SegmentSchedule {
     std::atomic<std::int64_t> lastWanted_ = std::numeric_limits<std::int64_t>::max();
     std::mutex mutex_; ///< protects the index and the members below
     std::optional<End> end_;
-    bool scanned_ = false; ///< there are no more segments
+    bool scanned_ = false; ///< whether the scan has no more segments
 };
 
 } // namespace sonarith::mp3

@@ -26,7 +26,7 @@ Decoded SegmentWorkers::run() {
     for (std::size_t worker = 1; worker < workers_; ++worker) {
         Result<std::thread> thread = starter_([this, worker] { work(worker); });
         if (!thread.ok()) {
-            break; // the existing ones do all the work
+            break; // the existing threads do all the work
         }
         threads.push_back(std::move(thread.value()));
     }
@@ -83,16 +83,17 @@ SegmentOutcome SegmentWorkers::decode(const Segment& segment, std::size_t worker
         });
 }
 
-/// After a full disk: drops the samples after the frame `frames`, since their space is needed for
-/// earlier samples. Other workers wrote them. Returns whether there is space now.
+/// If `failure` is a full disk, drops the samples after the first `frames` frames, which other
+/// workers have written ahead: their space is needed for earlier samples. Returns whether there is
+/// space now.
 bool SegmentWorkers::makeRoomBehind(const DecodeFailure& failure, std::int64_t frames) {
     return failure.step == DecodeStep::writing && failure.error.number == ErrorNumber::diskFull &&
            target_.cutTo(trim_.keptBefore(frames * format_.samplesPerFrame())).ok();
 }
 
 /// Continues from segment `rest` to the end with one decoder. Everything before the segment is
-/// complete and without broken frames, so that a new decoder reaches the segment in the same state
-/// as one from the beginning. Returns the frame before which everything is in the WAV.
+/// complete and without broken frames, so a new decoder reaches the segment in the same state as a
+/// decoder that began at the first frame. Returns the frame before which everything is in the WAV.
 std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
     std::int64_t frames = rest.firstFrame;
     decoded.sequentialFrom = frames;
@@ -116,7 +117,7 @@ std::int64_t SegmentWorkers::decodeRest(const Segment& rest, Decoded& decoded) {
         Until::streamEnd);
     decoded.complete = outcome.end == SegmentEnd::complete;
     decoded.failure = std::move(outcome.failure);
-    while (!stop_ && schedule_.skim()) { // data after the last frame count, too
+    while (!stop_ && schedule_.skim()) { // also counts the data after the last frame
     }
     return frames;
 }

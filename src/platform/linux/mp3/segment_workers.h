@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Decodes on all cores: several threads take segments in the order of the stream and write their
-// samples to their positions in the WAV. From a frame that the library gives up, one thread
-// continues alone; likewise on a full disk, so that the WAV contains the beginning of the sound
-// without gaps. It neither opens nor names the WAV.
+// samples to their positions in the WAV. From the first segment with a broken frame on, one thread
+// continues alone. One thread also continues alone when the disk is full, so that the WAV contains
+// the beginning of the sound without gaps. The caller opens and names the WAV.
 #pragma once
 
 #include <atomic>
@@ -22,19 +22,19 @@ namespace sonarith::mp3 {
 /// How the work is divided.
 struct Division {
     unsigned threads = 1;
-    /// About 27 seconds: 3 of 100 frames are decoded twice, and a song still has enough segments
-    /// for all cores.
+    /// About 27 seconds of sound. With this length, 3 of 100 frames are decoded twice, and a song
+    /// still has enough segments for all cores.
     std::int64_t framesPerSegment = 1024;
     /// If the system cannot start all threads, fewer threads do the work.
     ThreadStarter starter = startThread;
 };
 
-/// The result of a decoding, by either method.
+/// The result of a decoding on one thread or on several.
 struct Decoded {
-    /// The WAV has every sample up to this one, per channel.
+    /// The WAV contains this many samples per channel from the beginning, without a gap.
     std::int64_t samples = 0;
-    bool complete = false; ///< these are all samples of the stream
-    /// From this frame on one decoder decoded the stream; empty if that was not needed.
+    bool complete = false; ///< whether these are all samples of the stream
+    /// The frame from which on one decoder decoded the stream; empty if that was not needed.
     std::optional<std::int64_t> sequentialFrom;
     /// Why the result is not complete; empty after a stop. The samples before the failure are in
     /// the WAV.
@@ -42,12 +42,12 @@ struct Decoded {
     DecodeCount count; ///< of the whole stream, or of the part examined before the end
 };
 
-/// The WAV always contains every sample before Decoded::samples: `run` may be stopped, and a read
-/// or a write may fail, at any time.
+/// Although `run` may be stopped, and a read or a write may fail, at any time, the WAV always
+/// contains every sample before Decoded::samples.
 class SegmentWorkers {
   public:
-    /// All arguments must outlive the object. Precondition: `frames` are of Layer III and at their
-    /// beginning.
+    /// All arguments must outlive the object. Precondition: `frames` are of Layer III, and none has
+    /// been returned yet.
     SegmentWorkers(const ByteSource& source, FrameSequence frames, WavTarget& target,
                    const Division& division, const std::atomic<bool>& stop, Progress& progress);
 

@@ -25,7 +25,7 @@ std::span<const std::int16_t> SequentialDecoder::next() {
     while (const std::optional<NumberedFrame> frame = frames_.next()) {
         const Bytes bytes = frames_.bytesOf(*frame);
         if (bytes.size() < static_cast<std::size_t>(frame->header.bytes)) {
-            break; // the frame was readable before and no longer is
+            break; // the scanner could read the frame, but it can no longer be read
         }
         const auto kept = keptPart(frames_.trim(), frames_.format(), frame->number,
                                    decoder_.decode(*frame, bytes));
@@ -53,8 +53,8 @@ std::span<const std::int16_t> keptPart(const GaplessTrim& trim, const StreamForm
     const std::int64_t first = number * format.samplesPerFrame();
     const std::int64_t kept =
         trim.keptBefore(first + format.samplesPerFrame()) - trim.keptBefore(first);
-    const std::int64_t cut =
-        kept == 0 ? 0 : std::max<std::int64_t>(trim.begin() - first, 0); // cut at the start only
+    // The number of samples removed at the frame's start; those at its end follow from `kept`.
+    const std::int64_t cut = kept == 0 ? 0 : std::max<std::int64_t>(trim.begin() - first, 0);
     const auto channels = static_cast<std::size_t>(format.channels);
     return samples.subspan(static_cast<std::size_t>(cut) * channels,
                            static_cast<std::size_t>(kept) * channels);

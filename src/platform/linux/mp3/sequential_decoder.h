@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One decoder decodes all frames in order. Its samples are the reference for the segments. Not for
-// streams in free format.
+// Decodes all frames of a stream in order, with one decoder at a time. Segments decoded in parallel
+// must yield the same samples. Not for streams in free format.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace sonarith::mp3 {
 
 class SequentialDecoder : public PcmReader {
   public:
-    /// Reads `frames`, which must be at their beginning.
+    /// Reads `frames`, which must not have returned a frame yet.
     [[nodiscard]] static Result<std::unique_ptr<PcmReader>> create(FrameSequence frames);
 
     [[nodiscard]] PcmFormat format() const override;
@@ -31,7 +31,7 @@ class SequentialDecoder : public PcmReader {
     RenewedDecoder decoder_;
 };
 
-/// The part of frame `number`'s samples that is kept.
+/// The part of `samples`, which are those of frame `number`, that `trim` keeps.
 [[nodiscard]] std::span<const std::int16_t> keptPart(const GaplessTrim& trim,
                                                      const StreamFormat& format,
                                                      std::int64_t number,

@@ -16,7 +16,7 @@ struct FormatCount {
     std::int64_t frames = 0;
 };
 
-/// Counts the frames of each format. 54 formats exist, and usually one occurs.
+/// Counts the frames of each format. 54 formats exist; usually only one occurs in a stream.
 class FormatCounts {
   public:
     void add(const Frame& frame, FrameScanner& scanner) {

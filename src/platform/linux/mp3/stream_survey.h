@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Determines the format in which a stream is decoded, by one pass over its frames. It decodes
-// nothing; a pass takes a hundredth of the time of the decoding.
+// nothing; the pass takes a hundredth of the time of a decoding.
 #pragma once
 
 #include <cstdint>
@@ -13,18 +13,19 @@
 namespace sonarith::mp3 {
 
 /// A stream is decoded in the format (version, layer, rate and channels) of most of its frames.
-/// Information frames do not count, since they contain no sound; of formats with equally many
-/// frames, the one whose first frame is earliest is chosen. Frames of other formats are dropped and
-/// counted. The trimming is that of the information frame before the frames of the chosen format.
+/// Information frames do not count, since they contain no sound. If several formats have equally
+/// many frames, the format whose first frame is earliest is chosen. The decoders drop and count the
+/// frames of other formats, and use the trimming (info_tag.h) of the information frame before the
+/// frames of the chosen format.
 ///
-/// A stream that begins in free format is read as such to its end: the library finds its frames,
-/// and the format of the first one is kept.
+/// A stream that begins in free format is read in free format to its end: the library finds its
+/// frames, and only frames of the first frame's format are kept.
 struct StreamSurvey {
     std::optional<StreamFormat> format; ///< empty in free format, and where there is no frame
     std::optional<std::int64_t>
         freeFormatOffset; ///< where the stream begins, if it is in free format
     std::optional<Error>
-        failure; ///< the pass ended early; the other members cover the part before the failure
+        failure; ///< why the pass ended early; the other members cover the part before
 };
 
 /// Surveys the frames that begin before `end` of the source.

@@ -39,8 +39,8 @@ std::optional<TargetTurn> TargetTurn::take(const files::SavePlace& place,
 
 void TargetTurn::wakeWaiting() {
     Table& turns = table();
-    // Locked and unlocked, so that a thread that has checked `stop` but does not wait yet is also
-    // notified.
+    // The lock makes sure that a thread that has checked `stop` is already waiting when the
+    // notification is sent.
     { const std::lock_guard lock(turns.mutex); }
     turns.changed.notify_all();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Lets one decoding at a time write to a file: the next one begins when the previous one has named
-// its WAV, however long the disk takes for that. It covers only this process, and opens no file.
+// its WAV or has failed, however long the disk takes for that. It knows only the decodings of this
+// process, and opens no file.
 #pragma once
 
 #include <atomic>
@@ -17,7 +18,7 @@ namespace sonarith::mp3 {
 /// The right to write to one place, from `take` until the destructor. Thread-safe.
 class TargetTurn {
   public:
-    /// Waits until no other object has the turn for that place; empty once `stop` is true.
+    /// Waits until no other object has the turn for `place`. Returns nothing once `stop` is true.
     [[nodiscard]] static std::optional<TargetTurn> take(const files::SavePlace& place,
                                                         const std::atomic<bool>& stop);
     /// Makes every waiting `take` check its `stop` again.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The header of a 16-bit WAV whose samples are written elsewhere, in the plain and in the RF64
-// form. libsndfile writes a header only together with sequential samples, and these are written by
-// many threads.
+// Creates the header of a 16-bit WAV, in the plain and in the RF64 form. The samples are written
+// elsewhere, by many threads; libsndfile cannot be used, because it writes a header only together
+// with sequential samples.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@
 
 namespace sonarith::mp3 {
 
-/// RIFF, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
+/// RF64, "ds64" of 28 bytes, "fmt " of 16 bytes, "data".
 inline constexpr std::int64_t rf64HeaderBytes = 80;
 
-/// Plain form (RIFF, "fmt " of 16 bytes, "data"): sound::wavHeaderBytes.
+/// The plain form: RIFF, "fmt " of 16 bytes, "data". Its length is sound::wavHeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> plainWavHeader(const PcmFormat& format,
                                                        std::int64_t sampleBytes);
-/// For more than 4 GiB: EBU Tech 3306. Its length is rf64HeaderBytes.
+/// The RF64 form (EBU Tech 3306), for more than 4 GiB. Its length is rf64HeaderBytes.
 [[nodiscard]] std::vector<std::uint8_t> rf64Header(const PcmFormat& format,
                                                    std::int64_t sampleBytes);
 

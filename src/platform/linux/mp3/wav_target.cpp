@@ -28,7 +28,7 @@ Result<std::unique_ptr<WavTarget>> WavTarget::create(const fs::path& target,
         return {ErrorNumber::badFileName, "the file name is empty"};
     }
     std::error_code noSuchFile;
-    if (fs::is_directory(target, noSuchFile)) { // reported now rather than after the work
+    if (fs::is_directory(target, noSuchFile)) { // reported now rather than after the decoding
         return files::systemError(EISDIR, target);
     }
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
@@ -111,16 +111,17 @@ Status WavTarget::cut(std::int64_t bytes) {
                : Status(files::systemError(errno, target_));
 }
 
-/// How many of `samples` can be moved up by `distance`: if there is no space after them, as many as
-/// fit into the existing file.
+/// How many of `samples` can be moved towards the end of the file by `distance` bytes. If the disk
+/// has no space for a longer file, these are as many as fit into the existing file.
 std::int64_t WavTarget::roomFor(std::int64_t samples, std::int64_t distance) {
     const std::vector<std::uint8_t> beyond(static_cast<std::size_t>(distance));
     const bool hasRoom = write(sound::wavHeaderBytes + samples * bytesPerFrame(), beyond).ok();
     return hasRoom ? samples : samples - (distance + bytesPerFrame() - 1) / bytesPerFrame();
 }
 
-/// Makes space for the larger header, from the end of the samples to their beginning. Reserving the
-/// space in each file would cost small files their plain header.
+/// Makes space for the larger header: moves the samples towards the end of the file, the last ones
+/// first. That space is not reserved in each file, because small files then could not have the
+/// plain header.
 Status WavTarget::moveUp(std::int64_t bytes, std::int64_t distance) {
     std::vector<std::uint8_t> block(
         256 * 1024); // large enough that the cost of system calls does not matter

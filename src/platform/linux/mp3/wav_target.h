@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A WAV being created: samples are written to their positions in an unnamed file, in any order, by
-// several threads, and at the end the file gets its header and its name. It does not track which
-// samples are missing.
+// Creates a WAV: several threads write samples to their positions in an unnamed file, in any order;
+// at the end the file gets its header and its name. It does not track which samples are missing.
 #pragma once
 
 #include <cstdint>
@@ -25,15 +24,15 @@ class WavTarget {
            std::int64_t longestWavBytes = sound::maxWavSampleBytes,
            files::Concealment concealment = files::Concealment::noName);
 
-    /// Writes interleaved samples so that the first is number `first` of its channel.
+    /// Writes interleaved samples; the first of them has number `first` in its channel.
     [[nodiscard]] Status place(std::int64_t first, std::span<const std::int16_t> samples);
     /// Drops the samples after the first `samples` per channel, and frees their space. No other
     /// thread may be writing.
     [[nodiscard]] Status cutTo(std::int64_t samples);
-    /// Ends the WAV after `samples` samples per channel, all of which must have been placed, gives
-    /// it its name, and returns how many it contains. On a full disk the RF64 form loses the last
-    /// few of them, as its header needs their space. After a failure the previous file of that name
-    /// is unchanged. Waits for the disk.
+    /// Ends the WAV after `samples` samples per channel, all of which must have been placed, and
+    /// gives it its name. Returns how many samples per channel the WAV contains: on a full disk the
+    /// RF64 form loses the last few samples, because its header needs their space. After a failure
+    /// an existing file of that name is unchanged. Waits for the disk.
     [[nodiscard]] Result<std::int64_t> finish(std::int64_t samples);
 
   private:

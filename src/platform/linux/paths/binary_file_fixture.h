@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shared by tests of opened files: a folder d:\ with files on the machine's disk, and the same in
-// memory, so that one test checks that both behave the same.
+// Fixtures for tests of opened files: they provide a folder d:\ with files on the machine's disk or
+// in memory, so that each test checks both file systems.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ inline std::span<const std::byte> bytesOf(std::string_view text) {
     return std::as_bytes(std::span(text.data(), text.size()));
 }
 
-/// Up to `count` bytes from `offset` on.
+/// Reads up to `count` bytes from `offset` on.
 inline std::string textAt(BinaryFile& file, std::int64_t offset, std::size_t count) {
     std::vector<std::byte> buffer(count);
     const std::size_t got = file.read(offset, buffer).value();
@@ -50,7 +50,7 @@ inline ErrorNumber readFailure(BinaryFile& file, std::int64_t offset) {
     return file.read(offset, buffer).error().number;
 }
 
-/// A folder d:\ with the machine's files, or the same in memory; each test must pass with both.
+/// A folder d:\ whose files are on the machine's disk or in memory; each test must pass with both.
 struct BinaryWorld {
     virtual ~BinaryWorld() = default;
     virtual FileSystem& files() = 0;

@@ -18,7 +18,7 @@ ClockRandom::ClockRandom(std::function<std::uint64_t()> clock) : clock_(std::mov
 
 void ClockRandom::reseedFromClock() {
     const std::uint64_t reading = clock_();
-    // Both halves are used: the low one alone repeats every four seconds.
+    // Both halves of the reading are used: the low half alone repeats every four seconds.
     std::seed_seq seed{static_cast<std::uint32_t>(reading),
                        static_cast<std::uint32_t>(reading >> 32)};
     generator_.seed(seed);

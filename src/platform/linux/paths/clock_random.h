@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random fractions seeded from the clock. For file names, not for secrets.
+// Generates random fractions, seeded from the clock. For file names, not for secrets.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class ClockRandom final : public Random {
     /// The machine's wall clock in nanoseconds.
     [[nodiscard]] static std::uint64_t clockReading();
 
-    /// Seeded by the constructor. `clock` is read at each seeding.
+    /// Seeds the generator. `clock` is read at each seeding.
     explicit ClockRandom(std::function<std::uint64_t()> clock = clockReading);
 
     void reseedFromClock() override;

@@ -22,7 +22,7 @@ char upperLetter(char letter) {
 std::string storedMountPoint(const SettingsStore& store, char letter) {
     const std::string stored =
         store.GetSetting(applicationName, drivesSection, std::string(1, letter), "");
-    // This program stores only absolute paths here: with any other value the letter is free.
+    // This program stores only absolute paths here. A letter with any other value counts as free.
     return stored.starts_with('/') ? stored : std::string();
 }
 

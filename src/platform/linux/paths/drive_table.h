@@ -18,8 +18,9 @@ namespace sonarith {
 /// The store's section with one key for each assigned letter; the value is the mount point.
 inline constexpr const char* drivesSection = "Drives";
 
-/// The home has its own letter so that its path, which may contain a dot (/home/jane.doe), is not
-/// part of the logic's paths: a file's extension is taken from the first dot of a whole path.
+/// The home folder has its own letter so that its path is not part of the logic's paths: it may
+/// contain a dot (/home/jane.doe), and the logic takes the extension of a file from the first dot
+/// of the whole path.
 inline constexpr char homeLetter = 'H';
 
 struct Drive {
@@ -31,38 +32,39 @@ struct Drive {
 
 class DriveTable {
   public:
-    /// `home` is a machine path; the home has its letter even if it does not exist. If `home` is
-    /// "/" or empty, there is no home. Only C: and H: exist before the first update(). The store
-    /// must outlive this.
+    /// `home` is a machine path; the home folder has its letter even if the folder does not exist.
+    /// If `home` is "/" or empty, there is no H:. Before the first update() only C: and H: exist.
+    /// The store must outlive this object.
     explicit DriveTable(SettingsStore& store, std::string_view home = {});
 
     /// Updates the drives to the current mounts. A mount point seen for the first time is assigned
-    /// a letter, which is stored. H: is never assigned to a mount, whatever the store contains. A
-    /// mount on the home itself is H:. If the store already has another letter for that mount, it
-    /// keeps this as a second letter, since stored paths may use it. When all letters are assigned,
-    /// a further mount belongs to the drive that contains its mount point.
+    /// a letter, which is stored. No mount is assigned H:, whatever the store contains. A mount on
+    /// the home folder is reached as H: without an assignment; if the store already contains a
+    /// letter for that mount, it also keeps that letter, since stored paths may use it. When all
+    /// letters are assigned, a further mount belongs to the drive that contains its mount point.
     void update(const std::vector<MountPoint>& mounts);
 
     /// The drives that are mounted, by letter.
     [[nodiscard]] const std::vector<Drive>& drives() const { return drives_; }
     /// Empty for a letter that is not assigned or whose disk is not mounted. Case-insensitive.
     [[nodiscard]] std::optional<std::string> mountPointOf(char letter) const;
-    /// The drive with the deepest mount point that contains the absolute machine path; H: if two
-    /// drives have the same mount point.
+    /// The drive with the deepest mount point that contains the absolute machine path; H: if H: and
+    /// another drive have the same mount point.
     [[nodiscard]] const Drive& driveOf(std::string_view machinePath) const;
 
   private:
     void clear();
 
     SettingsStore& store_;
-    std::string home_; ///< empty: none
+    std::string home_; ///< empty if there is no H:
     std::vector<Drive> drives_;
 };
 
 /// The letter that the store has for a mount point; empty if there is none.
 [[nodiscard]] std::optional<char> storedLetterOf(const SettingsStore& store,
                                                  const std::string& mountPoint);
-/// As storedLetterOf(), or else a free letter, which is stored; empty if none is free.
+/// Like storedLetterOf(), but if the store has no letter, a free letter is stored and returned;
+/// empty if none is free.
 [[nodiscard]] std::optional<char> assignLetter(SettingsStore& store, const std::string& mountPoint);
 /// The mount point that the store has for a letter; empty if there is none.
 [[nodiscard]] std::string storedMountPoint(const SettingsStore& store, char letter);

@@ -31,7 +31,7 @@ struct FolderIdentity {
 struct CloseFolder {
     void operator()(DIR* opened) const { ::closedir(opened); }
 };
-/// A folder being listed; closed automatically.
+/// A folder that is being listed; its destructor closes it.
 using OpenedFolder = std::unique_ptr<DIR, CloseFolder>;
 
 class FolderListing {
@@ -40,7 +40,7 @@ class FolderListing {
     [[nodiscard]] static std::optional<FolderListing> open(std::string machinePath);
 
     [[nodiscard]] const FolderIdentity& identity() const { return identity_; }
-    /// As passed to open().
+    /// The path that was passed to open().
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /// Reads the next entry, except "." and ".."; links are followed. False at the end, and also if

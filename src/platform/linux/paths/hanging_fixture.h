@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine whose mounts can be made to hang: the mounts are temporary folders, and each has a gate
-// that blocks all calls to it while the gate is closed. For tests only.
+// Simulates a machine whose mounts can hang: the mounts are temporary folders, and each has a gate
+// that blocks all calls to the mount while the gate is closed. For tests only.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +23,7 @@
 
 namespace sonarith::test {
 
-/// The mounts: C: is the root, D: and E: are folders of the test. Thread-safe.
+/// The mounts and their gates. C: is the root, D: and E: are temporary folders. Thread-safe.
 class HangingMounts {
   public:
     HangingMounts() {
@@ -69,7 +69,7 @@ class HangingMounts {
         }
         return all;
     }
-    /// How many calls were made to a mount.
+    /// How many calls have been made to a mount.
     [[nodiscard]] int askings(const std::string& mount) const {
         const std::lock_guard lock(mutex_);
         return gates_.at(mount).askings;
@@ -91,7 +91,7 @@ class HangingMounts {
         --gate.blocked;
         changed_.notify_all();
     }
-    /// The same, but the last name is not followed if it is a link.
+    /// Like touch(), but if the last name of the path is a link, the link is not followed.
     void touchLink(const std::string& machinePath) {
         const std::filesystem::path whole(machinePath);
         std::error_code none;
@@ -144,7 +144,7 @@ class GateWaiting final : public Waiting {
     int late_ = 0; ///< number of hanging calls that were already reported as late
 };
 
-/// The machine's files behind the gates.
+/// The machine's files; each access first passes the gate of its mount.
 class HangingMachine final : public MachineFiles {
   public:
     HangingMachine(const SharedPaths& shared, std::shared_ptr<HangingMounts> mounts)
@@ -302,7 +302,8 @@ class HangingMachine final : public MachineFiles {
     Folders directories_;
 };
 
-/// The patient classes on such a machine. After its destructor no thread hangs any more.
+/// The patient classes (patient_paths.h) on a HangingMachine. The destructor opens all gates, so
+/// that no thread hangs afterwards.
 class HangingWorld {
   public:
     HangingWorld() = default;
@@ -310,7 +311,7 @@ class HangingWorld {
         for (const std::string& mount : mounts->points()) {
             mounts->answer(mount);
         }
-        std::filesystem::current_path("/"); // not in a folder that is about to be deleted
+        std::filesystem::current_path("/"); // the temporary folders are about to be deleted
     }
     HangingWorld(const HangingWorld&) = delete;
     HangingWorld& operator=(const HangingWorld&) = delete;

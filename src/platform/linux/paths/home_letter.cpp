@@ -32,8 +32,8 @@ std::string joinedBehind(std::string_view drive, const std::vector<std::string>&
     return path;
 }
 
-/// What replaces H: in the paths on a disk that had this letter: its new letter, or its path from
-/// the root if no other letter was free.
+/// The text that replaces H: in the paths on the mount that had this letter: the mount's new
+/// letter, or the path of the mount point below C: if no other letter was free.
 std::string newStartOf(std::optional<char> letter, const std::string& mountPoint) {
     if (letter) {
         return std::string(1, *letter) + ":";
@@ -54,7 +54,8 @@ std::string mountPointOf(const SettingsStore& store, char letter) {
     return upper == homeLetter ? std::string() : storedMountPoint(store, upper);
 }
 
-/// `path` with H: in place of another letter; empty if it is not below the home or already uses H:.
+/// `path` with H: in place of another letter; empty if `path` is not below the home folder or
+/// already uses H:.
 std::optional<std::string> byHomeLetter(const SettingsStore& store, std::string_view home,
                                         std::string_view path) {
     const std::string mountPoint = hasDrive(path) ? mountPointOf(store, path[0]) : std::string();
@@ -94,7 +95,8 @@ void moveToHomeLetter(SettingsStore& store, std::string_view home,
     };
     const std::string plainHome = plainMachinePath(home);
     if (const std::string moved = storedMountPoint(store, homeLetter); moved == plainHome) {
-        store.DeleteSetting(applicationName, drivesSection, key); // a mount on the home keeps H:
+        // A mount on the home folder is reached as H: without an entry.
+        store.DeleteSetting(applicationName, drivesSection, key);
     } else if (!moved.empty()) {
         const std::string start = newStartOf(assignLetter(store, moved), moved);
         changeEach([&](const std::string& path) {

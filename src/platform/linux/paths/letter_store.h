@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A copy of the stored drive letters for threads that may not use the settings store; the thread of
-// the logic writes its changes to the store.
+// A copy of the stored drive letters, for threads that may not use the settings store. The thread
+// of the logic writes the changes of this copy to the store.
 #pragma once
 
 #include <map>
@@ -19,7 +19,7 @@ class LetterStore final : public SettingsStore {
     /// Writes the changes since the last call. For the thread of the logic.
     void writeTo(SettingsStore& store);
 
-    // Thread-safe; they support only the section of the drives.
+    // The following functions are thread-safe and support only the section of the drives.
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,
                                          const std::string& key,
                                          const std::string& fallback) const override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A regular file of the machine, which is changed in place. It uses machine paths only; path_map.h
+// Reads and writes a regular file of the machine in place. It uses machine paths only; path_map.h
 // translates the logic's paths.
 #pragma once
 
@@ -15,8 +15,9 @@
 
 namespace sonarith {
 
-/// Whether this is a regular file, as an errno value: 0; EISDIR for a folder; EACCES for a pipe,
-/// socket or device, because opening or reading one could block forever or have side effects.
+/// The errno value with which opening is refused: 0 for a regular file (not refused); EISDIR for a
+/// folder; EACCES for a pipe, socket or device, because opening or reading it could block forever
+/// or have side effects.
 [[nodiscard]] int refusalOf(const struct stat& status);
 
 /// The modification time in the range of FileTime. Times after the year 2262 or before 1677, which
@@ -25,8 +26,8 @@ namespace sonarith {
 
 class LinuxBinaryFile final : public BinaryFile {
   public:
-    /// Opens as FileSystem::openBinary() does. A missing folder is fileNotFound here, like a
-    /// missing file.
+    /// Opens a file like FileSystem::openBinary(), but the error for a missing folder is
+    /// fileNotFound, as for a missing file.
     [[nodiscard]] static Result<std::unique_ptr<BinaryFile>> open(const std::string& machinePath,
                                                                   FileAccess access);
 

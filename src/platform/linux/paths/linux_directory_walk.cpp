@@ -21,8 +21,8 @@ namespace sonarith {
 
 namespace {
 
-/// If two names in one folder differ only in case: whether a lower-case path means `name` rather
-/// than `other`. The same preference as in PathMap::locate().
+/// For two names in one folder that differ only in case: whether a lower-case path means `name`
+/// rather than `other`. PathMap::locate() has the same preference.
 bool preferred(std::string_view name, std::string_view other) {
     return name == lowerCase(name) || (other != lowerCase(other) && name < other);
 }
@@ -58,7 +58,8 @@ class LinuxDirectoryWalk final : public DirectoryWalk {
 
 std::optional<std::string> LinuxDirectoryWalk::machinePathOf(const std::string& folder) {
     if (const auto known = met_.extract(folder)) {
-        // A chosen spelling has priority for this folder, as it has for the files in it.
+        // A chosen spelling (PathMap::rememberChosen) has priority for this folder; for the files
+        // in it, PathMap gives it priority.
         auto chosen = paths_.hasChosen(known.mapped()) ? paths_.chosenFor(folder) : std::nullopt;
         return chosen ? chosen : known.mapped();
     }
@@ -118,7 +119,7 @@ void LinuxDirectoryWalk::noteFolder(const Listing& listing, const std::string& n
     path.append(nameStart - parent.size(), '/').append(name);
     const auto [known, isNew] =
         met_.try_emplace(lowerCase(listing.folder + logicalName + "\\"), path);
-    // If two names differ only in case, the logic's path means one of them.
+    // If two names differ only in case, the logic's path means the preferred one.
     if (!isNew && preferred(name, std::string_view(known->second).substr(nameStart))) {
         known->second = path;
     }

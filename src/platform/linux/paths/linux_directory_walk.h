@@ -22,7 +22,7 @@ namespace sonarith {
 /// is thread-safe.
 class WalkedFolders {
   public:
-    /// False if it was already in the set.
+    /// Returns false if the folder was already in the set.
     [[nodiscard]] bool add(const FolderIdentity& folder);
 
   private:
@@ -43,11 +43,12 @@ class WalkedFolders {
 /// attributes.
 class LinuxDirectories final : public Directories {
   public:
-    /// Both must outlive this and its walks. `files` provides the current folder.
+    /// Both arguments must outlive this object and its walks. `files` provides the current folder.
     LinuxDirectories(PathMap& paths, const FileSystem& files) : paths_(paths), files_(files) {}
 
     [[nodiscard]] std::unique_ptr<DirectoryWalk> startWalk() override;
-    /// Continues a walk that has already listed `walked`, and adds the folders that it lists to it.
+    /// Continues a walk that has already listed `walked`, and adds to `walked` the folders that it
+    /// lists.
     [[nodiscard]] std::unique_ptr<DirectoryWalk>
     continueWalk(std::shared_ptr<WalkedFolders> walked);
     [[nodiscard]] Result<std::string> folder(const std::string& path) const override;

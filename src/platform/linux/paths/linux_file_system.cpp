@@ -135,8 +135,8 @@ Status LinuxFileSystem::rename(const std::string& from, const std::string& to) {
         wanted.folder + (wanted.folder.back() == '/' ? "" : "/") + wanted.givenName;
     int failure = renameExclusively(old.path, newPath);
     if (failure == EEXIST && sameEntry(newPath, old.path)) {
-        // Only the case changes, on a case-insensitive disk: the new name already refers to the old
-        // file.
+        // Only the case of the name changes, and the disk is case-insensitive: the new name already
+        // refers to the old file.
         failure = ::rename(old.path.c_str(), newPath.c_str()) == 0 ? 0 : errno;
     }
     if (failure != 0) {
@@ -199,7 +199,7 @@ Status LinuxFileSystem::changeFolder(const std::string& path) {
     if (::chdir(located.value().path.c_str()) != 0) {
         return errno == ENOENT ? fileError(ErrorNumber::pathNotFound) : fileErrorOfSystem(errno);
     }
-    // If another disk is mounted at this folder, its path begins with that disk's letter.
+    // If another disk is mounted at this folder, the folder's path begins with that disk's letter.
     const std::string here = paths_.toLogic(located.value().path);
     currentLetter_ = here.front();
     currentFolders_[currentLetter_] = here;

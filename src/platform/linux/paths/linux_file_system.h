@@ -16,8 +16,8 @@ namespace sonarith {
 
 class LinuxFileSystem final : public FileSystem {
   public:
-    /// Starts in the process's current folder. `programFolder` is a machine path. The map must
-    /// outlive this.
+    /// Starts in the process's current folder. `programFolder` is a machine path. `paths` must
+    /// outlive this object.
     LinuxFileSystem(PathMap& paths, const std::string& programFolder);
 
     [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override;
@@ -39,10 +39,10 @@ class LinuxFileSystem final : public FileSystem {
                                          PathCase pathCase = PathCase::maybeLowered) const;
 
   private:
-    /// The stat record of a regular file; anything else is fileNotFound.
+    /// The stat record of a regular file; the error fileNotFound for anything else that exists.
     [[nodiscard]] Result<struct stat> statusOf(const std::string& path) const;
-    /// As locate(), but if the folder part of `path` is the same text as that of `knownPath`, the
-    /// folder of `known` is reused.
+    /// Like locate(), but if the folder part of `path` is the same text as the folder part of
+    /// `knownPath`, reuses the folder of `known`, which is the result for `knownPath`.
     [[nodiscard]] Result<Located> locateBeside(const Result<Located>& known,
                                                const std::string& knownPath,
                                                const std::string& path) const;

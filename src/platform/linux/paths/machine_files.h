@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files together with all state for accessing them: a call that hangs is left behind
-// (never waited for again) together with its MachineFiles object, so that nothing else is blocked.
-// patient_paths.h decides which thread waits for a call and how long.
+// Accesses the machine's files; each object owns all state that its calls need. A call that hangs
+// is left behind together with its object: nothing waits for that call again, and later calls use a
+// new object. patient_paths.h decides which thread waits for a call and how long.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ class MachineFiles : public std::enable_shared_from_this<MachineFiles> {
     virtual ~MachineFiles() = default;
     [[nodiscard]] virtual FileSystem& files() = 0;
     [[nodiscard]] virtual Directories& directories() = 0;
-    /// As LinuxDirectories::continueWalk; the walk must not outlive this.
+    /// As LinuxDirectories::continueWalk; the walk must not outlive this object.
     [[nodiscard]] virtual std::unique_ptr<DirectoryWalk>
     continueWalk(std::shared_ptr<WalkedFolders> walked) = 0;
     /// As LinuxFileSystem::locate.

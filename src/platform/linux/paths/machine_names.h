@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts one name of a file or folder between the machine's form and the logic's. It accesses no
-// disk and handles no paths.
+// Converts the name of one file or folder between the machine's form and the logic's form. It
+// accesses no disk and handles no paths.
 #pragma once
 
 #include <string>
@@ -11,9 +11,9 @@ namespace sonarith {
 /// The machine's name in the logic's form. Backslash, colon, star and question mark, which the
 /// logic does not allow in names or treats as wildcards, are replaced by characters that look
 /// similar and that common fonts contain: U+2216, U+02D0, U+2217, U+0294. If the name itself
-/// contains one of these or U+00AC, a U+00AC is inserted before it as a mark. All other bytes are
-/// unchanged. The logic's conversion to lower case does not change these characters. The mapping is
-/// injective.
+/// contains one of these characters, of the four private-use characters of machineName(), or
+/// U+00AC, a U+00AC is inserted before that character as a mark. All other bytes are unchanged. The
+/// logic's conversion to lower case does not change these characters. The mapping is injective.
 [[nodiscard]] std::string logicName(std::string_view machineName);
 
 /// The inverse of logicName(). Also accepts U+F05C, U+F03A, U+F02A and U+F03F for the four
@@ -21,11 +21,11 @@ namespace sonarith {
 /// as boxes.
 [[nodiscard]] std::string machineName(std::string_view logicName);
 
-/// The form in older stores: private-use characters replace the four characters, and no mark is
-/// inserted. Different names may have the same form.
+/// The machine's name in the form of older stores: private-use characters replace the four
+/// characters, and no mark is inserted. Different names may have the same form.
 [[nodiscard]] std::string formerLogicName(std::string_view machineName);
 
-/// Whether the logic's name has a different meaning in the former form.
+/// Whether the logic's name may have a different meaning in the form of older stores.
 [[nodiscard]] bool mayBeFormer(std::string_view logicName);
 
 } // namespace sonarith

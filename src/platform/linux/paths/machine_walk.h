@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The part of a patient walk that accesses the disk. It reads folders, and on request also reads
-// the folders below them ahead, since a switch between two threads costs more than reading a usual
-// folder. It runs on a thread that may hang; patient_walk.h waits for it.
+// The part of a patient walk (patient_walk.h) that accesses the disk: reads folders, and on request
+// reads the folders below them ahead, since a switch between two threads costs more than reading a
+// usual folder. It runs on a thread that may hang; patient_walk.h waits for that thread.
 #pragma once
 
 #include <chrono>
@@ -23,10 +23,10 @@ struct FolderPart {
     /// so that the time of one call is limited.
     static constexpr std::size_t mostRecords = 1000;
 
-    int walk = 0;                          ///< MachineWalk::number_ at the read
+    int walk = 0;                          ///< MachineWalk::number_ when the part was read
     FindHandle handle = invalidFindHandle; ///< valid in that walk only
     std::vector<FindRecord> records{};
-    bool atEnd = false; ///< no more entries follow, and the handle is closed
+    bool atEnd = false; ///< whether no more entries follow; the handle is then closed
 };
 
 struct ReadFolder {
@@ -34,7 +34,7 @@ struct ReadFolder {
     FolderPart part;    ///< the first entries, at least one
 };
 
-/// Passes the folders of one call to the thread of the logic. Thread-safe.
+/// Passes the folders that one call has read to the thread of the logic. Thread-safe.
 class ReadFolders {
   public:
     explicit ReadFolders(std::string first) : folder_(std::move(first)) {}
@@ -66,10 +66,10 @@ class MachineWalk {
 
     /// Reads the folder's first part. With ReadAhead::yes it then reads the folders below, up to
     /// the limits of one call, in the order of a walk that lists the most recently found folder
-    /// next and skips hidden ones.
+    /// next and skips hidden folders.
     void read(MachineFiles& machine, const std::string& folder, ReadAhead ahead, ReadFolders& read);
-    /// Reads the next part of the same folder; empty if `machine` is not the object that read
-    /// `part`.
+    /// Reads the next part of the folder of `part`; without records if `machine` is not the object
+    /// that read `part`.
     [[nodiscard]] FolderPart readOn(MachineFiles& machine, FolderPart part);
     void close(MachineFiles& machine, const FolderPart& part);
 

@@ -86,14 +86,14 @@ std::vector<MountPoint> parseMountInfo(std::string_view text) {
 }
 
 bool holdsUserFiles(const MountPoint& mount) {
-    // Interfaces of the kernel, without files of a user.
+    // These are interfaces of the kernel and contain no files of a user.
     static constexpr std::array kernelTypes = {
         "autofs",     "binfmt_misc", "bpf",      "cgroup",   "cgroup2", "configfs",
         "debugfs",    "devpts",      "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",
         "mqueue",     "nsfs",        "proc",     "pstore",   "ramfs",   "rpc_pipefs",
         "securityfs", "selinuxfs",   "sysfs",    "tracefs"};
-    // File systems of packages and containers: they are numerous, and read-only or internal to a
-    // program.
+    // These file systems belong to packages and containers. They are numerous, and either read-only
+    // or internal to a program.
     static constexpr std::array packageTypes = {"fuse.portal", "overlay", "squashfs"};
     const auto isOf = [&](const auto& types) {
         return std::find(types.begin(), types.end(), mount.fileSystemType) != types.end();
@@ -147,8 +147,8 @@ std::optional<std::vector<MountPoint>> MountInfo::changed() {
         return std::nullopt;
     }
     std::erase_if(*mounts, [](const MountPoint& mount) {
-        // Partial mounts are checked only on this machine's own disks. A server's folder may be a
-        // partial mount, too, and the check would hang if the server does not respond.
+        // Of partial mounts, only folders are kept. Only mounts of this machine's own disks are
+        // checked, because the check of a server's folder would hang if the server did not respond.
         std::error_code unknown;
         return !holdsUserFiles(mount) || (mount.partial && !mayBeRemote(mount) &&
                                           !std::filesystem::is_directory(mount.path, unknown));

@@ -12,9 +12,9 @@ namespace sonarith {
 struct MountPoint {
     std::string path; ///< absolute, without a trailing slash except for "/"
     std::string fileSystemType;
-    /// Only a part of the file system is mounted: a folder, or a single file.
+    /// Whether only a part of the file system is mounted: a folder, or a single file.
     bool partial = false;
-    std::string device = {}; ///< of the file system, "8:1"; "0:42" for one without a block device
+    std::string device = {}; ///< "8:1"; "0:42" for a file system without a block device
     std::string source = {}; ///< "/dev/sda1" or "server:/music"; the format depends on the type
 
     bool operator==(const MountPoint&) const = default;
@@ -27,7 +27,7 @@ struct MountPoint {
 /// Whether the mount may contain the user's files and therefore gets a drive letter.
 [[nodiscard]] bool holdsUserFiles(const MountPoint& mount);
 
-/// The kernel's list, with change detection.
+/// Reads the kernel's list of mounts, and detects changes of the list.
 class MountInfo {
   public:
     explicit MountInfo(const std::string& path = "/proc/self/mountinfo");
@@ -38,8 +38,8 @@ class MountInfo {
     /// Returns the mounts that hold user files at the first call and after each change. Empty if
     /// the list has not changed; this check costs one system call.
     [[nodiscard]] std::optional<std::vector<MountPoint>> changed();
-    /// The same for all mounts; it accesses none of them. On one object only one of the two
-    /// functions may be used.
+    /// Like changed(), but returns all mounts and accesses none of them. On one object only one of
+    /// the two functions may be used.
     [[nodiscard]] std::optional<std::vector<MountPoint>> allChanged();
 
   private:
