@@ -18,7 +18,7 @@ TEST(SystemError, DescribesTheCause) {
     EXPECT_THAT(systemError(EIO, "/a").text, HasSubstr("failed: "));
 }
 
-TEST(SystemError, ReportsAMissingPathWhicheverPartIsMissing) {
+TEST(SystemError, ReportsAMissingFileAsAMissingPath) {
     EXPECT_EQ(systemError(ENOENT, "/a").number, ErrorNumber::pathNotFound);
     EXPECT_EQ(systemError(ENOENT, "/a").text, "\"/a\" does not exist");
 }
@@ -38,12 +38,12 @@ TEST(FileErrorOfSystem, MapsTheFailuresThatTheLogicDistinguishes) {
     EXPECT_EQ(fileErrorOfSystem(ENXIO).number, ErrorNumber::deviceUnavailable);
 }
 
-// The standard meaning of number 70 covers a write-protected disk as well as a missing permission.
+// The standard meaning of error number 70 (permission denied) includes a write-protected disk.
 TEST(FileErrorOfSystem, TreatsAReadOnlyDiskAsAMissingPermission) {
     EXPECT_EQ(fileErrorOfSystem(EROFS).number, ErrorNumber::permissionDenied);
 }
 
-TEST(FileErrorOfSystem, TreatsEverythingElseAsAnAccessError) {
+TEST(FileErrorOfSystem, TreatsEveryOtherFailureAsAnAccessError) {
     EXPECT_EQ(fileErrorOfSystem(EXDEV).number, ErrorNumber::pathFileAccess);
     EXPECT_EQ(systemError(EXDEV, "/a").number, ErrorNumber::pathFileAccess);
 }
@@ -54,7 +54,7 @@ TEST(FileError, HasTheStandardText) {
     EXPECT_EQ(fileErrorOfSystem(EACCES).text, "Permission denied");
 }
 
-TEST(SystemError, HasACauseThatCanBeShownAlone) {
+TEST(ReasonOf, NamesTheCauseWithoutTheFile) {
     EXPECT_EQ(reasonOf(ENOSPC), "no space is left");
     EXPECT_EQ(reasonOf(EDQUOT), "the quota of the disk is used up");
     EXPECT_EQ(reasonOf(EFBIG), "the file would be too large");

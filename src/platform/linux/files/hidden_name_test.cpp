@@ -28,7 +28,7 @@ constexpr std::string_view leftoverText = "an incomplete recording";
 
 class HiddenNameTest : public testing::Test {
   protected:
-    /// An unclaimed hidden file with this machine's prefix.
+    /// Creates an unclaimed hidden file with this machine's prefix.
     fs::path leftover() const {
         const fs::path path = folder / newHiddenName();
         std::ofstream(path) << leftoverText;
@@ -47,10 +47,10 @@ TEST_F(HiddenNameTest, IsHiddenAndNewEachTime) {
     EXPECT_THAT(name, MatchesRegex("\\.sonarith-[0-9a-f]{8}-[0-9a-f]{16}"));
     EXPECT_NE(name, newHiddenName());
     EXPECT_EQ(name.substr(0, 19), newHiddenName().substr(0, 19))
-        << "all names created on one machine have the same prefix";
+        << "two names created on one machine have different prefixes";
 }
 
-TEST_F(HiddenNameTest, IsDeletedByItsDestructor) {
+TEST_F(HiddenNameTest, TheDestructorDeletesTheFile) {
     const fs::path path = leftover();
     {
         const HiddenName name(openFolder(folder.path()), path.filename());
@@ -59,7 +59,7 @@ TEST_F(HiddenNameTest, IsDeletedByItsDestructor) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, IsRenamedOverAnExistingFile) {
+TEST_F(HiddenNameTest, ReplacesAnExistingFileWhenItIsRenamed) {
     fs::create_directory(folder / "other");
     std::ofstream(folder / "other/a.wav") << "old";
     const fs::path path = leftover();
@@ -73,7 +73,7 @@ TEST_F(HiddenNameTest, IsRenamedOverAnExistingFile) {
     EXPECT_EQ(fs::file_size(folder / "other/a.wav"), leftoverText.size());
 }
 
-TEST_F(HiddenNameTest, IsDeletedIfItsFileIsUnclaimed) {
+TEST_F(HiddenNameTest, AnUnclaimedFileIsDeleted) {
     const fs::path first = leftover();
     const fs::path second = leftover();
     sweep();
@@ -81,7 +81,7 @@ TEST_F(HiddenNameTest, IsDeletedIfItsFileIsUnclaimed) {
     EXPECT_FALSE(fs::exists(second));
 }
 
-TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
+TEST_F(HiddenNameTest, AClaimedFileIsKept) {
     const fs::path path = leftover();
     {
         const FileDescriptor file = open(path);
@@ -89,7 +89,7 @@ TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
         const FileDescriptor duplicate(::dup(file.get()));
         sweep();
         EXPECT_TRUE(fs::exists(path));
-        EXPECT_FALSE(claim(open(path))) << "the file is already claimed";
+        EXPECT_FALSE(claim(open(path))) << "a claimed file was claimed again";
         unclaim(file);
         EXPECT_TRUE(claim(open(path)));
         EXPECT_TRUE(claim(file));
@@ -100,7 +100,7 @@ TEST_F(HiddenNameTest, IsKeptWhileItsFileIsClaimed) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, IsDeletedOnceItsProcessWasKilled) {
+TEST_F(HiddenNameTest, AFileIsDeletedOnceItsClaimingProcessWasKilled) {
     const fs::path path = leftover();
     test::ReportingChild child([&](const auto& report) {
         const FileDescriptor file = open(path);
@@ -115,7 +115,7 @@ TEST_F(HiddenNameTest, IsDeletedOnceItsProcessWasKilled) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(HiddenNameTest, NoOtherNameIsDeleted) {
+TEST_F(HiddenNameTest, AFileWithAnyOtherNameIsKept) {
     std::string ofAnotherMachine = newHiddenName();
     ofAnotherMachine[10] = ofAnotherMachine[10] == '0' ? '1' : '0';
     std::string inCapitals = newHiddenName();

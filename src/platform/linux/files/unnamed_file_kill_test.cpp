@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a kill leaves on the disk, at each system call of a save.
+// Tests what a killed process leaves on the disk, for a kill at each system call of a save.
 #include "platform/linux/files/unnamed_file.h"
 
 #include <gmock/gmock.h>
@@ -25,12 +25,12 @@ using testing::Combine;
 using testing::Values;
 
 enum class Target { isNew, isReplaced };
-/// How the name is given: to the file itself, or to a copy because the file already has a name.
+/// What gets the name: the file itself, or a copy because the file already has a name.
 enum class Method { itself, copy };
 
 class KilledSaveTest : public testing::TestWithParam<std::tuple<Concealment, Target, Method>> {
   protected:
-    /// One save in `folder`, killed at system call number `call`.
+    /// Runs one save in `folder` and kills it at system call number `call`.
     KillOutcome save(const fs::path& folder, int call) const {
         std::optional<UnnamedFile> file;
         return test::killAtCall(
@@ -73,8 +73,8 @@ TEST_P(KilledSaveTest, LeavesTheOldOrTheNewFileAndLeftoversThatTheNextFileDelete
         EXPECT_EQ(hiddenEntriesIn(folder.path()), 0) << "call " << call;
         EXPECT_EQ(contentOf(folder / "target.wav"), after) << "call " << call;
     }
-    EXPECT_GT(call, 5) << "at least the flushes, the naming and the calls between them";
-    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "files are left exactly if hidden names are used";
+    EXPECT_GT(call, 5) << "fewer calls than the flushes, the naming and the calls between them";
+    EXPECT_EQ(leftovers > 0, usesHiddenNames) << "only a save with hidden names may leave files";
 }
 
 INSTANTIATE_TEST_SUITE_P(WithEveryMethod, KilledSaveTest,

@@ -44,14 +44,15 @@ ErrorNumber numberOf(const Status& status) {
     return status.ok() ? ErrorNumber{} : status.error().number;
 }
 
-/// Simulates a full disk.
-void allowNoFileBeyond(rlim_t bytes) {
+/// Simulates a full disk: writing to a file beyond `bytes` fails.
+void limitFileSizeTo(rlim_t bytes) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-/// Runs with unnamed files, and with hidden names as on a file system without unnamed files.
+/// Each test runs with unnamed files, and again with hidden names, as on a file system without
+/// unnamed files.
 class UnnamedFileTest : public testing::TestWithParam<Concealment> {
   protected:
     Result<UnnamedFile> create(const fs::path& where) const {
@@ -99,7 +100,7 @@ TEST_P(UnnamedFileTest, GivesANewFileTheModeThatTheUmaskLeaves) {
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
 }
 
-TEST_P(UnnamedFileTest, IsCopiedForASecondNameSoThatBothAreIndependent) {
+TEST_P(UnnamedFileTest, IsCopiedWhenItIsPublishedUnderASecondName) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(file.publish(folder / "second.wav").ok());
@@ -153,7 +154,7 @@ TEST_P(UnnamedFileTest, IsNamedWithoutACopy) {
     }
 }
 
-TEST_P(UnnamedFileTest, IsNeitherDeletedNorLockedOnceItIsPublished) {
+TEST_P(UnnamedFileTest, IsNoLongerClaimedOnceItIsPublished) {
     UnnamedFile file = unnamed("new");
     EXPECT_TRUE(file.publish(target).ok());
     EXPECT_TRUE(claim(FileDescriptor(::open(target.c_str(), O_RDWR | O_CLOEXEC))));
@@ -178,7 +179,7 @@ TEST_P(UnnamedFileTest, IsCopiedIfItsHiddenNameWasRemoved) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, IsNotDeletedBetweenAFailedRenameAndTheNextAttempt) {
+TEST_P(UnnamedFileTest, IsKeptIfAnotherFileIsCreatedAfterAFailedRename) {
     writeFile(target, "old");
     fs::permissions(folder.path(), fs::perms(0777));
     fs::permissions(target, fs::perms(0666));
@@ -189,7 +190,7 @@ TEST_P(UnnamedFileTest, IsNotDeletedBetweenAFailedRenameAndTheNextAttempt) {
                   }
                   const bool failed =
                       numberOf(file.publish(target)) == ErrorNumber::deviceInputOutput;
-                  const bool created = create(folder.path()).ok(); // and deleted again
+                  const bool created = create(folder.path()).ok(); // deletes leftovers first
                   const bool kept = test::hiddenEntriesIn(folder.path()) == 1;
                   return (failed ? 0 : 2) + (created && kept ? 0 : 4);
               }),
@@ -198,7 +199,7 @@ TEST_P(UnnamedFileTest, IsNotDeletedBetweenAFailedRenameAndTheNextAttempt) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, NeedsNoLocks) {
+TEST_P(UnnamedFileTest, IsPublishedOnAFileSystemWithoutLocks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   if (!test::refuseFileLocks()) {
@@ -213,7 +214,7 @@ TEST_P(UnnamedFileTest, NeedsNoLocks) {
     EXPECT_EQ(entriesIn(folder.path()), 1);
 }
 
-TEST_P(UnnamedFileTest, NeedsNoLinks) {
+TEST_P(UnnamedFileTest, IsPublishedOnAFileSystemWithoutLinks) {
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
                   UnnamedFile file = unnamed("new");
@@ -244,7 +245,7 @@ TEST_P(UnnamedFileTest, AcceptsTheLongestNameAndNoLongerOne) {
     const fs::path longest = folder / std::string(255, 'n');
     EXPECT_TRUE(file.publish(longest).ok());
     EXPECT_TRUE(file.publish(longest).ok())
-        << "replacing it needs a hidden name that is short enough, too";
+        << "the file with the longest name was not replaced; perhaps the hidden name is too long";
     const Status status = file.publish(folder / std::string(256, 'n'));
     EXPECT_EQ(numberOf(status), ErrorNumber::badFileName);
     EXPECT_THAT(status.error().text, HasSubstr("too long"));
@@ -299,7 +300,7 @@ TEST_P(UnnamedFileTest, IsNotPublishedWhereNoUserMayWrite) {
     EXPECT_FALSE(create("/proc").ok());
 }
 
-TEST_P(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
+TEST_P(UnnamedFileTest, ChangesNeitherAReadOnlyFolderNorAReadOnlyFile) {
     const fs::path closed = folder / "closed";
     const fs::path locked = folder / "locked.wav";
     fs::create_directory(closed);
@@ -324,14 +325,14 @@ TEST_P(UnnamedFileTest, LeavesAReadOnlyFolderAndAReadOnlyFileAsTheyAre) {
     EXPECT_EQ(entriesIn(closed), 1);
 }
 
-TEST_P(UnnamedFileTest, LeavesTheOldFileIfACopyDoesNotFit) {
+TEST_P(UnnamedFileTest, KeepsTheOldFileIfACopyDoesNotFit) {
     writeFile(target, "old");
     UnnamedFile file = unnamed(std::string(100'000, 'x'));
     EXPECT_TRUE(file.publish(folder / "first.wav").ok());
     fs::permissions(folder.path(), fs::perms(0777));
     fs::permissions(target, fs::perms(0666));
     EXPECT_EQ(test::runUnprivileged([&] {
-                  allowNoFileBeyond(10'000);
+                  limitFileSizeTo(10'000);
                   return numberOf(file.publish(target)) == ErrorNumber::diskFull ? 0 : 1;
               }),
               0);
@@ -347,7 +348,7 @@ TEST_P(UnnamedFileTest, NeedsNoSpaceForACopy) {
     EXPECT_EQ(test::runUnprivileged([&] {
                   UnnamedFile file = unnamed(content);
                   UnnamedFile fresh = unnamed(content);
-                  allowNoFileBeyond(10'000);
+                  limitFileSizeTo(10'000);
                   return (file.publish(target).ok() ? 0 : 1) +
                          (fresh.publish(folder / "fresh.wav").ok() ? 0 : 2);
               }),
@@ -372,7 +373,7 @@ TEST_P(UnnamedFileTest, IsSavedOnADiskWithoutSpaceForACopy) {
     });
     if (answer == test::mayNotMount) {
         GTEST_SKIP()
-            << "this user may not mount a disk; NeedsNoSpaceForACopy tests it with a limit";
+            << "this user may not mount a disk; NeedsNoSpaceForACopy tests it with a size limit";
     }
     EXPECT_EQ(answer, 0);
 }

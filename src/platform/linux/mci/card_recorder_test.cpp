@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using testing::Each;
 using testing::SizeIs;
 
-/// A source that never ends: its left sample is 6, its right 10.
+/// A source that never ends; each left sample is 6, each right sample 10.
 class Tone : public sound::SampleSource {
   public:
     [[nodiscard]] sound::Pulled pull(std::span<sound::StereoFrame> block) override {
@@ -42,7 +42,7 @@ class ARecorder : public testing::Test {
     sound::SoundCard::Time time = 3s;
 };
 
-TEST_F(ARecorder, CountsUpToThePresentMoment) {
+TEST_F(ARecorder, CountsTheBytesUpToThePresentMoment) {
     const auto recorder = make();
     EXPECT_EQ(recorder->bytes(), 0);
     ASSERT_TRUE(recorder->start(2).ok());
@@ -59,7 +59,7 @@ TEST_F(ARecorder, CountsUpToThePresentMoment) {
 
 TEST_F(ARecorder, RecordsOnlySoundDueAfterItsStart) {
     card.attach(sound::Line::compactDisc, std::make_shared<Tone>(), time);
-    time += 10s; // the card was not advanced meanwhile
+    time += 10s; // the card is not advanced during this time
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     EXPECT_EQ(recorder->bytes(), 0);
@@ -80,7 +80,7 @@ TEST_F(ARecorder, SavesMonoAsTheMeanOfBothChannels) {
     EXPECT_THAT(wav->samples, Each(8));
 }
 
-TEST_F(ARecorder, ContinuesAtItsEndUntilItIsSaved) {
+TEST_F(ARecorder, ContinuesARecordingAtItsEndUntilItIsSaved) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     time += 10ms;
@@ -98,7 +98,7 @@ TEST_F(ARecorder, ContinuesAtItsEndUntilItIsSaved) {
     EXPECT_EQ(fs::file_size(folder / "a.wav"), fs::file_size(folder / "b.wav"));
 }
 
-TEST_F(ARecorder, FailsAtOnceWhileAnotherRecords) {
+TEST_F(ARecorder, CannotStartWhileAnotherRecorderRecords) {
     auto first = make();
     const auto second = make();
     ASSERT_TRUE(first->start(2).ok());
@@ -106,14 +106,14 @@ TEST_F(ARecorder, FailsAtOnceWhileAnotherRecords) {
     const Status busy = second->start(2);
     ASSERT_FALSE(busy.ok());
     EXPECT_EQ(busy.error().number, ErrorNumber::deviceUnavailable);
-    second->stop(); // it must not stop the other one's recording
+    second->stop(); // must not stop the recording of `first`
     EXPECT_TRUE(first->recording());
     first.reset();
     EXPECT_FALSE(card.active());
     EXPECT_TRUE(second->start(2).ok());
 }
 
-TEST_F(ARecorder, FailsWithoutAFolderOrARecording) {
+TEST_F(ARecorder, CannotStartWithoutAFolderNorSaveWithoutARecording) {
     const auto recorder = make();
     EXPECT_FALSE(recorder->save(folder / "a.wav").ok());
     folders = {folder / "missing"};
@@ -123,7 +123,7 @@ TEST_F(ARecorder, FailsWithoutAFolderOrARecording) {
     EXPECT_TRUE(recorder->start(2).ok());
 }
 
-TEST_F(ARecorder, LeavesFilesIntactAfterAFailedSaveAndCanBeSavedElsewhere) {
+TEST_F(ARecorder, ReplacesNoFolderAndCanSaveElsewhereAfterAFailedSave) {
     const auto recorder = make();
     ASSERT_TRUE(recorder->start(2).ok());
     fs::create_directory(folder / "taken.wav");
@@ -133,7 +133,7 @@ TEST_F(ARecorder, LeavesFilesIntactAfterAFailedSaveAndCanBeSavedElsewhere) {
     EXPECT_TRUE(recorder->save(folder / "a.wav").ok());
 }
 
-TEST_F(ARecorder, LeavesNoFileUnlessSaved) {
+TEST_F(ARecorder, LeavesNoFileIfItIsNotSaved) {
     {
         const auto recorder = make();
         ASSERT_TRUE(recorder->start(2).ok());

@@ -26,12 +26,12 @@ class RecordedSound : public sound::RecordingSink {
     std::vector<sound::StereoFrame> sound;
 };
 
-/// A card on a clock that moves only when the test advances it.
+/// A card, and a clock that only the test advances.
 class Bench {
   public:
-    /// Advances the time until the transport has reached `frame`. The player reads the disc on a
-    /// separate thread, and the card waits while no sound is ready; so the clock is advanced in
-    /// steps until the sound has arrived.
+    /// Advances the time until the transport has reached `frame`. The time is advanced in steps,
+    /// because the player reads the disc on a separate thread, and the card waits while no sound is
+    /// ready.
     void playUntil(CardTransport& transport, std::int64_t frame) {
         while (transport.positionInFrames() < frame && transport.mode() == PlayerMode::playing) {
             time_ += 1ms;
@@ -90,7 +90,7 @@ TEST(ATransport, LeavesTheCardIdleWhenItDoesNotPlay) {
     EXPECT_FALSE(bench.card.active());
 }
 
-TEST(APausedTransport, LosesAndRepeatsNoSample) {
+TEST(APausedTransport, LosesNoSampleAndRepeatsNone) {
     Bench bench;
     auto recorded = std::make_shared<RecordedSound>();
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
@@ -121,14 +121,15 @@ TEST(ATransport, StopsAtTheExactMomentOfTheCall) {
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
                             bench.now);
     ASSERT_TRUE(transport.play(0, 1000).ok());
-    bench.playUntil(transport, 1); // from here on whole sectors are buffered, so at least 10 ms
+    // After this at least one whole sector is buffered, which is longer than 10 ms.
+    bench.playUntil(transport, 1);
     const std::int64_t place = transport.positionInFrames();
     bench.pass(10ms);
     transport.stop();
     EXPECT_EQ(transport.positionInFrames(), place + 441);
 }
 
-TEST(ATransport, StopsMovingWhenItsDiscVanishes) {
+TEST(ATransport, KeepsItsPositionOnceItsDiscHasVanished) {
     Bench bench;
     const auto disc = std::make_shared<FakeDisc>(fakes::audioTable({100'000}));
     CardTransport transport(disc, bench.card, bench.now);
@@ -147,7 +148,7 @@ TEST(ATransport, StopsMovingWhenItsDiscVanishes) {
     EXPECT_EQ(transport.positionInFrames(), place);
 }
 
-TEST(ATransportThatEnds, DetachesItsDiscFromTheLine) {
+TEST(ADestroyedTransport, HasDetachedItsDiscFromTheCard) {
     Bench bench;
     {
         CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,
@@ -159,7 +160,7 @@ TEST(ATransportThatEnds, DetachesItsDiscFromTheLine) {
     bench.card.advance(bench.now() + 1s);
 }
 
-TEST(ATransport, LeavesTheCardAloneIfTheDiscCannotBePlayed) {
+TEST(ATransport, LeavesTheCardIdleIfNoReadingThreadCanBeStarted) {
     Bench bench;
     const fakes::LimitedThreads threads(0);
     CardTransport transport(std::make_shared<FakeDisc>(fakes::audioTable({1000})), bench.card,

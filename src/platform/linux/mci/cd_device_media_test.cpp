@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The disc device while discs are inserted, removed or unreadable; cd_device_test.cpp has the rest.
+// Tests the disc device while discs are inserted, removed or unreadable. The other tests of the
+// device are in cd_device_test.cpp.
 #include "platform/linux/mci/cd_device.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +22,7 @@ using disc::framesPerSector;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(AnEmptyDrive, OpensAndIsNotReady) {
+TEST(AnEmptyDrive, CanBeOpenedAndIsNotReady) {
     CdSession session;
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.send("status cd ready"), said("false"));
@@ -47,7 +48,7 @@ TEST(ADiscWithoutTracks, CountsAsMissing) {
     EXPECT_EQ(session.send("status cd number of tracks"), refused(MciError::deviceNotReady));
 }
 
-TEST(ADiscInsertedLater, IsFoundByAnOpenDevice) {
+TEST(ADiscInsertedAfterTheOpen, IsFoundByTheDevice) {
     CdSession session;
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(threeTracks());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -55,7 +56,7 @@ TEST(ADiscInsertedLater, IsFoundByAnOpenDevice) {
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
 }
 
-TEST(ARemovedDisc, IsNoticedAndTheNextDiscIsRead) {
+TEST(ARemovedDisc, IsDetectedAndTheNextDiscIsRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     const auto taken = std::exchange(session.machine.drive->disc, nullptr);
@@ -68,7 +69,7 @@ TEST(ARemovedDisc, IsNoticedAndTheNextDiscIsRead) {
     EXPECT_EQ(session.send("status cd position"), said("00:00:00"));
 }
 
-TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilItIsQueried) {
+TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilTheMediumIsQueried) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->advance(75 * framesPerSector);
@@ -80,14 +81,14 @@ TEST(ADiscThatVanishesWhilePlaying, KeepsItsPositionUntilItIsQueried) {
     EXPECT_EQ(session.send("status cd position"), said("00:01:00"));
 }
 
-TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldOneCannotBeRead) {
+TEST(ADiscChangedBetweenTwoQueries, IsDetectedOnceTheOldDiscCannotBeRead) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.drive->disc = std::make_shared<fakes::FakeDisc>(enhancedDisc());
     EXPECT_EQ(session.send("status cd media present"), said("true"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
     session.machine.transport->isGone = true;
-    // Reported missing once, so that the player drops the lengths of the old disc.
+    // The medium is reported missing once, so that the player drops the lengths of the old disc.
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.machine.transport, nullptr);
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -115,11 +116,11 @@ TEST(ADiscChangedThroughTheTray, IsReportedMissingOnceEvenIfAnotherCommandReadTh
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(ADiscChosenWithAnotherDrive, IsReportedMissingOnlyOnce) {
+TEST(ADiscInANewlyChosenDrive, IsReportedMissingOnlyOnce) {
     CdSession session(threeTracks());
     session.machine.drive =
         std::make_shared<fakes::FakeDrive>(std::make_shared<fakes::FakeDisc>(enhancedDisc()));
-    // The tray's command has switched to the chosen drive before the player's query.
+    // The device switches to the chosen drive with this command, before the player's query.
     EXPECT_EQ(session.send("set cd door closed"), fine());
     EXPECT_EQ(session.send("status cd media present"), said("false"));
     EXPECT_EQ(session.send("status cd media present"), said("true"));
@@ -165,7 +166,7 @@ TEST(AnOpenDevice, MovesTheTrayOfTheChosenDrive) {
     EXPECT_TRUE(session.machine.drive->trayOpen);
 }
 
-/// A drive whose table is read for any length of time without blocking the caller.
+/// A drive whose background read of the table takes until the test sets `ready`.
 class SlowDrive : public fakes::FakeDrive {
   public:
     using FakeDrive::FakeDrive;
@@ -177,7 +178,7 @@ class SlowDrive : public fakes::FakeDrive {
     int asked = 0;
 };
 
-TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
+TEST(ThePlayersMediumQuery, ReturnsFalseWhileTheTableIsBeingRead) {
     CdSession session;
     const auto drive =
         std::make_shared<SlowDrive>(std::make_shared<fakes::FakeDisc>(threeTracks()));
@@ -194,7 +195,7 @@ TEST(ThePlayersPoll, FindsNoMediumWhileTheTableIsBeingRead) {
     EXPECT_EQ(session.send("status cd number of tracks wait"), said("3"));
 }
 
-TEST(ADiscThatIsNotRead, IsReportedToTheUserOnceWhileItPlays) {
+TEST(APlayingDiscThatDoesNotRespond, IsReportedToTheUserOnce) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead - std::chrono::milliseconds(1);
@@ -211,7 +212,7 @@ TEST(ADiscThatIsNotRead, IsReportedToTheUserOnceWhileItPlays) {
               "settled the drive fake: Responding again: the drive fake.");
 }
 
-TEST(ADiscThatIsNotRead, IsNotReportedOnceItIsStoppedOrClosed) {
+TEST(APlayingDiscThatDoesNotRespond, IsNoLongerReportedAfterStopOrClose) {
     CdSession session(threeTracks());
     session.send("play cd");
     session.machine.transport->reading = CdMedium::longestRead;
@@ -240,7 +241,7 @@ TEST(AnImageThatVanishes, IsReportedToTheUserOnce) {
                 ElementsAre("Playing has ended: the drive fake was removed or has changed."));
 }
 
-TEST(AnImageThatVanishes, IsReportedBeforeItsBufferIsEmpty) {
+TEST(AnImageThatVanishes, IsReportedBeforeAReadFails) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -249,7 +250,7 @@ TEST(AnImageThatVanishes, IsReportedBeforeItsBufferIsEmpty) {
     EXPECT_EQ(session.machine.notices.texts().size(), 1u);
 }
 
-TEST(AnImageThatVanishes, IsNotReportedWhenItIsEjectedAnotherIsChosenOrItDoesNotPlay) {
+TEST(AnImageThatVanishes, IsNotReportedAfterAnEjectAfterAnotherChoiceOrWhileItDoesNotPlay) {
     CdSession session(threeTracks());
     session.machine.drive->driveKind = disc::DriveKind::image;
     session.send("play cd");
@@ -278,7 +279,7 @@ TEST(ADiscThatTheUserEjects, IsNotReported) {
     EXPECT_THAT(session.machine.notices.texts(), IsEmpty());
 }
 
-TEST(EachOpen, ReadsTheDriveAgain) {
+TEST(EachOpenCommand, ReadsTheDriveAgain) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.machine.drive->loads, 1);
     session.send("status cd number of tracks");
@@ -287,7 +288,7 @@ TEST(EachOpen, ReadsTheDriveAgain) {
     EXPECT_EQ(session.machine.drive->loads, 2);
 }
 
-TEST(AnUnreadableDisc, IsReadAFewTimesAndThenCountsAsMissing) {
+TEST(AnUnreadableDisc, IsReadThreeTimesAndThenCountsAsMissing) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
@@ -302,7 +303,7 @@ TEST(AnUnreadableDisc, IsReadAFewTimesAndThenCountsAsMissing) {
     EXPECT_EQ(session.send("status cd media present"), said("true"));
 }
 
-TEST(AnUnreadableDisc, IsResetWhenAnyCommandFindsTheDriveEmpty) {
+TEST(AnUnreadableDisc, IsReadAgainOnceAnyCommandHasFoundTheDriveEmpty) {
     MciSession session(threeTracks());
     session.machine.drive->unreadable = true;
     session.send("open cdaudio alias cd");
@@ -316,7 +317,7 @@ TEST(AnUnreadableDisc, IsResetWhenAnyCommandFindsTheDriveEmpty) {
     EXPECT_EQ(session.send("status cd ready"), said("true"));
 }
 
-TEST(TheTray, OpensAndCloses) {
+TEST(TheTray, IsOpenedAndClosedByTheDoorCommands) {
     CdSession session(threeTracks());
     session.send("play cd");
     EXPECT_EQ(session.send("set cd door open"), fine());

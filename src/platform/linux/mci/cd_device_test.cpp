@@ -34,11 +34,11 @@ TEST(InspectingADisc, RepliesToEachCommandOfACapture) {
     EXPECT_EQ(session.send("status cd length track 2"), said("60133"));
     EXPECT_EQ(session.send("status cd length track 3"), said("10000"));
     EXPECT_EQ(session.send("close cd"), fine());
-    EXPECT_EQ(session.machine.transport,
-              nullptr); // these commands do not prepare the drive for reading sound
+    // These commands do not prepare the drive for reading sound.
+    EXPECT_EQ(session.machine.transport, nullptr);
 }
 
-TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
+TEST(TheIdentity, IsANumberOf32BitsThatIsEqualForEqualDiscs) {
     CdSession one(threeTracks());
     CdSession same(threeTracks());
     CdSession other(enhancedDisc());
@@ -48,7 +48,7 @@ TEST(TheIdentity, IsDigitsThatFit32BitsAndEqualForEqualDiscs) {
     EXPECT_TRUE(parseInteger(identity).ok());
 }
 
-TEST(ThePlayersPoll, IsReturnedInTmsf) {
+TEST(ThePlayersQueries, ReturnTimesInTheSetFormat) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("open cdaudio alias cd wait shareable"), fine());
     EXPECT_EQ(session.send("set cd time format tmsf wait"), fine());
@@ -100,18 +100,18 @@ TEST(PlayingFromTheCurrentPosition, ContinuesToTheDiscsEnd) {
     EXPECT_THAT(session.machine.transport->calls, ElementsAre("play 0 19135"));
 }
 
-TEST(PlayingFromATime, BeginsAtItsSector) {
+TEST(PlayingFromATime, BeginsAtTheSectorOfThatTime) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("play cd from 185000"), fine());
     EXPECT_EQ(session.send("play cd from 0"), fine());
     EXPECT_EQ(session.send("play cd to 1000 from 500"), fine());
-    EXPECT_EQ(session.send("play cd from 255133"), fine()); // the end of the line: nothing to play
+    EXPECT_EQ(session.send("play cd from 255133"), fine()); // the disc's end: nothing to play
     EXPECT_THAT(session.machine.transport->calls,
                 ElementsAre("play 13875 19135", "play 0 19135", "play 38 75", "play 19135 19135"));
 }
 
-TEST(PlayingFromAnInvalidPosition, FailsAndDoesNotChangeThePlaying) {
+TEST(PlayingFromAnInvalidPosition, FailsAndDoesNotChangeTheRunningPlayback) {
     CdSession session(threeTracks());
     session.send("set cd time format milliseconds");
     session.send("play cd from 1000");
@@ -138,7 +138,7 @@ TEST(APausedDisc, ContinuesAtTheSameSampleAfterPlayOrResume) {
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("play cd"), fine());
     EXPECT_EQ(session.send("status cd mode"), said("playing"));
-    EXPECT_EQ(session.send("play cd"), fine()); // it plays already
+    EXPECT_EQ(session.send("play cd"), fine()); // the disc plays already
     EXPECT_EQ(session.send("pause cd"), fine());
     EXPECT_EQ(session.send("resume cd wait"), fine());
     EXPECT_EQ(session.send("resume cd"), fine());
@@ -147,7 +147,7 @@ TEST(APausedDisc, ContinuesAtTheSameSampleAfterPlayOrResume) {
                 ElementsAre("play 0 19135", "pause", "resume", "pause", "resume"));
 }
 
-TEST(APausedDisc, AcceptsANewEnd) {
+TEST(APausedDisc, CanContinueToANewEnd) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd from 1000 to 2000");
@@ -177,7 +177,7 @@ TEST(AStoppedDisc, StaysAtItsPosition) {
                 ElementsAre("play 75 19135", "stop", "play 150 19135"));
 }
 
-TEST(Seeking, MovesAndStops) {
+TEST(Seeking, MovesToThePositionAndStopsPlaying) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd");
@@ -196,7 +196,7 @@ TEST(Seeking, MovesAndStops) {
     EXPECT_EQ(session.send("status cd position"), said("0"));
 }
 
-TEST(TracksByTheirNumber, HaveStartLengthAndType) {
+TEST(AStatusCommandWithATrackNumber, ReturnsTheTracksStartLengthAndType) {
     CdSession session(enhancedDisc());
     session.send("set cd time format milliseconds");
     EXPECT_EQ(session.send("status cd position track 1"), said("0"));
@@ -231,7 +231,7 @@ TEST(ADataTrack, IsListedButPlayingItFailsWithAMessage) {
     EXPECT_EQ(session.send("play cd"), refused(MciError::dataTrack));
 }
 
-TEST(ADataTrack, StopsThePlayingWhereItBegins) {
+TEST(ADataTrack, EndsThePlayingWhereTheDataTrackBegins) {
     CdSession session(enhancedDisc());
     session.send("set cd time format ms");
     session.send("play cd from 10000");
@@ -240,7 +240,7 @@ TEST(ADataTrack, StopsThePlayingWhereItBegins) {
     EXPECT_EQ(session.send("status cd position"), said("20000"));
 }
 
-TEST(TheTimeFormat, IsMsfUntilOneIsSet) {
+TEST(TheTimeFormat, IsMsfUntilACommandSetsAnother) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("status cd time format"), said("msf"));
     EXPECT_EQ(session.send("status cd length"), said("04:15:10"));
@@ -260,7 +260,7 @@ TEST(TheTimeFormat, IsMsfUntilOneIsSet) {
     EXPECT_EQ(session.send("status cd time format"), said("milliseconds"));
 }
 
-TEST(WrongCommandsToADisc, ReportTheCause) {
+TEST(WrongCommandsToADisc, ReturnTheErrorOfTheirMistake) {
     CdSession session(threeTracks());
     EXPECT_EQ(session.send("record cd"), refused(MciError::unsupportedFunction));
     EXPECT_EQ(session.send("save cd c:\\a.wav"), refused(MciError::unsupportedFunction));

@@ -54,7 +54,7 @@ TEST(ACommand, MayQuoteAParameterWithBlanks) {
     EXPECT_FALSE(command.value.words[2].quoted);
 }
 
-TEST(ACommand, FailsWithoutItsParts) {
+TEST(ACommand, FailsIfItsVerbOrDeviceIsMissingOrUnknown) {
     EXPECT_EQ(errorOf(""), MciError::missingCommandString);
     EXPECT_EQ(errorOf("  \t "), MciError::missingCommandString);
     EXPECT_EQ(errorOf("\0play cd"s), MciError::missingCommandString);
@@ -73,7 +73,7 @@ TEST(ACommand, FailsWithUnbalancedQuotes) {
     EXPECT_EQ(errorOf("open cdaudio alias \"a\"\"b\""), MciError::extraCharacters);
 }
 
-TEST(ACommand, IsRefusedBeyondItsLongestLength) {
+TEST(ACommand, IsRefusedIfItIsTooLong) {
     const std::string head = "save capture ";
     EXPECT_EQ(errorOf(head + std::string(maxCommandBytes - head.size(), 'x')), MciError::none);
     EXPECT_EQ(errorOf(head + std::string(maxCommandBytes - head.size() + 1, 'x')),
@@ -81,7 +81,7 @@ TEST(ACommand, IsRefusedBeyondItsLongestLength) {
     EXPECT_EQ(errorOf(std::string(100'000'000, ' ')), MciError::commandTooLong);
 }
 
-TEST(ACommand, ToSaveUsesTheRestOfTheLineAsItsPath) {
+TEST(ACommand, ThatSavesUsesTheTextAfterTheDeviceAsPath) {
     const auto path = [](std::string_view text) {
         const auto command = parseCommand(text);
         EXPECT_TRUE(command.ok());
@@ -136,7 +136,7 @@ TEST(Keywords, WaitAndNotifyAreAcceptedAndIgnored) {
     EXPECT_TRUE(alone.ok() && alone.value.empty());
 }
 
-TEST(Keywords, FailWhenWrong) {
+TEST(Keywords, FailIfTheyAreUnknownIncompleteOrRepeated) {
     EXPECT_EQ(argumentsOf("sideways").error, MciError::unrecognizedKeyword);
     EXPECT_EQ(argumentsOf("number of").error, MciError::unrecognizedKeyword);
     EXPECT_EQ(argumentsOf("from 3 4").error, MciError::unrecognizedKeyword);
@@ -146,7 +146,7 @@ TEST(Keywords, FailWhenWrong) {
     EXPECT_EQ(argumentsOf("from 3 from 4").error, MciError::duplicateFlags);
 }
 
-TEST(AnInteger, IsDecimalDigitsUpToTheLargestOf32Bits) {
+TEST(AnInteger, ConsistsOfDecimalDigitsAndIsAtMost2147483647) {
     EXPECT_EQ(parseInteger("0").value, 0);
     EXPECT_EQ(parseInteger("0042").value, 42);
     EXPECT_EQ(parseInteger("2147483647").value, 2147483647);
@@ -167,7 +167,7 @@ TEST(AnItem, IsTheOnlyGivenKeywordWithoutAValue) {
     EXPECT_EQ(itemOf("status cd track 3").error, MciError::missingParameter);
 }
 
-TEST(LowerCase, ChangesAsciiLettersOnly) {
+TEST(LowerCase, ChangesOnlyAsciiLetters) {
     EXPECT_EQ(asciiLowerCase("AZ az [@] \xC3\x84"), "az az [@] \xC3\x84");
 }
 

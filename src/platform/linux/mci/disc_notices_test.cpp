@@ -8,7 +8,7 @@
 namespace sonarith::mci {
 namespace {
 
-TEST(LostSound, NamesTrackTimeAndFile) {
+TEST(TheNoticeAboutLostSound, NamesTracksTimesAndFile) {
     const struct {
         std::vector<TrackLoss> losses;
         const char* path;
@@ -31,7 +31,7 @@ TEST(LostSound, NamesTrackTimeAndFile) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(lostSound(row.losses, row.path).text, row.text);
-        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "each notice is shown";
+        EXPECT_EQ(lostSound(row.losses, row.path).cause, "") << "a second notice would be hidden";
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Commands that release a disc whose read does not return: the commands still return, and the drive
-// can be used again, through the real player and sound card.
+// Tests the commands that release a disc whose read does not return: the commands still return, and
+// the drive can be used again. The tests use the real player and sound card.
 #include <gmock/gmock.h>
 
 #include "platform/linux/disc/fake_disc.h"
@@ -39,7 +39,7 @@ class AHangingDisc : public testing::TestWithParam<const char*>, protected Machi
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(hanging);
 };
 
-TEST_P(AHangingDisc, IsReleasedAndTheDriveUsedAgainWhileItHangs) {
+TEST_P(AHangingDisc, CanBeReleasedAndReplacedByANewDiscWhileItHangs) {
     EXPECT_EQ(send(GetParam()), fine());
     EXPECT_FALSE(card.active());
     drive->trayOpen = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From an image's files to the saved capture, in each layout of tools/make_disc_image.py: every
-// sample of the ramp must be at its place in the output, with nothing else.
+// Tests captures from an image's files to the saved file, in each layout of
+// tools/make_disc_image.py: every sample of the ramp must be at its position in the saved file.
 #include <algorithm>
 
 #include <gmock/gmock.h>
@@ -16,7 +16,8 @@ namespace {
 using fakes::said;
 using sound::StereoFrame;
 
-// Each track except the last includes the pause before the next one: 2.4 s, 2.4 s and 2.1333 s.
+// The tracks last 2.4 s, 2.4 s and 2.1333 s: each track except the last includes the pause before
+// the next track.
 constexpr const char* scriptOptions = "--tracks 3 --sectors 160 --pause 20 --signal ramp";
 constexpr std::int64_t discSectors = 520;
 
@@ -29,8 +30,9 @@ class AnImage : public testing::TestWithParam<const char*>, protected MachineSes
         std::make_shared<disc::ImageDrive>(disc::makeImage(images_, GetParam(), scriptOptions));
 };
 
-/// The file must begin with at most the silence between the commands "record" and "play", contain
-/// the disc from `firstSector` to at least `endSector`, and end within one tick after that.
+/// Expects that the file begins with no more silence than the time between the commands "record"
+/// and "play", contains the disc from `firstSector` to at least `endSector`, and ends within one
+/// tick after that.
 void expectCapture(const std::filesystem::path& path, std::int64_t firstSector,
                    std::int64_t endSector) {
     const auto wav = fakes::readWav(path);
@@ -78,15 +80,15 @@ TEST_P(AnImage, ReportsItsTracks) {
     EXPECT_EQ(send("status cd length"), said("6933"));
 }
 
-class ATruncatedImage : public testing::Test, protected MachineSession {
+class AnImageWithATruncatedSheet : public testing::Test, protected MachineSession {
   protected:
-    ATruncatedImage() : MachineSession([this] { return drive_; }) {}
+    AnImageWithATruncatedSheet() : MachineSession([this] { return drive_; }) {}
 
     disc::ImageFolder images_;
     std::shared_ptr<disc::Drive> drive_ = std::make_shared<disc::ImageDrive>(images_.path("a.cue"));
 };
 
-TEST_F(ATruncatedImage, IsFoundByAnOpenDeviceOnceItIsRepaired) {
+TEST_F(AnImageWithATruncatedSheet, IsFoundByAnOpenDeviceOnceTheSheetIsRepaired) {
     images_.write("a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:0");
     images_.writeFrames("a.bin", disc::rampSectors(0, 75));
     EXPECT_EQ(send("open cdaudio alias cd"), fakes::fine());

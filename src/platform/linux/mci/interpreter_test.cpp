@@ -14,7 +14,7 @@ using fakes::MciSession;
 using fakes::refused;
 using fakes::said;
 
-TEST(Opening, GivesADeviceItsAlias) {
+TEST(Opening, MakesTheDeviceAvailableUnderItsAlias) {
     MciSession session(audioTable({750, 750}));
     EXPECT_EQ(session.send("OPEN CDAudio ALIAS Cd"), fine());
     EXPECT_EQ(session.send("status cD number of tracks"), said("2"));
@@ -65,7 +65,7 @@ TEST(Opening, SupportsItsDeviceTypesAndNoOthers) {
     EXPECT_EQ(session.send("close x"), refused(MciError::invalidDeviceName));
 }
 
-TEST(Opening, ReportsErrorsWithTheirTexts) {
+TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("open new alias x"), refused(MciError::deviceTypeRequired));
     EXPECT_EQ(session.send("open new type waveaudio"), refused(MciError::newRequiresAlias));
@@ -157,7 +157,7 @@ TEST(DevicesThatAreNotOpen, AreRejected) {
     EXPECT_EQ(session.send("\x01\x02"), refused(MciError::unrecognizedCommand));
 }
 
-TEST(AReply, IsCutToTheBufferAndEmptyAfterAnError) {
+TEST(AReply, IsTruncatedToTheBufferAndEmptyAfterAnError) {
     MciSession session(audioTable({750, 750}));
     session.send("open cdaudio alias cd");
     ReplyBuffer buffer(8);
@@ -171,7 +171,7 @@ TEST(AReply, IsCutToTheBufferAndEmptyAfterAnError) {
     session.interpreter.sendString("stop cd", &buffer);
     EXPECT_EQ(buffer.bytes().front(), '\0');
     EXPECT_EQ(session.interpreter.sendString("stop cd"), mciSuccess);
-    ReplyBuffer nothing(0); // the player's own buffer for commands without a reply
+    ReplyBuffer nothing(0); // the player passes such a buffer to commands without a reply
     EXPECT_EQ(session.interpreter.sendString("status cd length", &nothing), mciSuccess);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The commands of a capture, from the disc's samples to the saved file, through the real player,
-// sound card and recording; only the clock is a fake.
+// Tests the commands of a capture, from the disc's samples to the saved file, with the real player,
+// sound card and recording. The drive, the clock and the notices are fakes.
 #include "platform/linux/mci/machine_devices.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ using fakes::said;
 
 using disc::framesPerSector;
 
-/// Two tracks of 2 s and of 1 s and 7 sectors, and one of 5 s.
+/// Three tracks: 2 s; 1 s and 7 sectors; 5 s.
 disc::Table shortTracks() {
     return fakes::audioTable({150, 82, 375});
 }
@@ -33,8 +33,8 @@ class ACapture : public testing::Test, protected MachineSession {
     std::shared_ptr<fakes::FakeDrive> drive = std::make_shared<fakes::FakeDrive>(disc);
 };
 
-/// The position in the stereo file at which the disc's frames [`first`, `end`) begin; -1 if the
-/// file does not contain them completely and contiguously.
+/// The number of the frame in the stereo file at which the disc's frames [`first`, `end`) begin; -1
+/// if the file does not contain them completely and contiguously.
 std::int64_t runAt(const fakes::WavSamples& wav, std::int64_t first, std::int64_t end) {
     const auto frameOf = [&](std::int64_t i) {
         const auto place = static_cast<std::size_t>(2 * i);
@@ -60,14 +60,14 @@ TEST_F(ACapture, ContainsTheTracksSamplesBitForBitWithoutGaps) {
     EXPECT_EQ(wav->channels, 2);
     const std::int64_t lead = runAt(*wav, 150 * framesPerSector, 232 * framesPerSector);
     ASSERT_GE(lead, 0);
-    EXPECT_LE(lead, 44100 * 3 / 1000); // the time between the two commands, and no more
+    EXPECT_LE(lead, 44100 * 3 / 1000); // little more than the 2 ms between "record" and "play"
     const auto after =
         static_cast<std::int64_t>(wav->samples.size() / 2) - lead - 82 * framesPerSector;
     EXPECT_LE(after, 44100 * 103 / 1000 + 1); // one tick
     EXPECT_EQ(disc->wrongReads(), 0);
 }
 
-TEST_F(ACapture, IsCompleteForTheFirstAndTheLastTrackToo) {
+TEST_F(ACapture, IsAlsoCompleteForTheFirstAndTheLastTrack) {
     capture("", 2000, "my music 1.wav");
     capture(" from 3093", 8093, "3.wav");
     const auto first = fakes::readWav(folder / "my music 1.wav");
@@ -79,7 +79,7 @@ TEST_F(ACapture, IsCompleteForTheFirstAndTheLastTrackToo) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ACapture, PlaysTheDiscFromTheStartOfItsTrack) {
+TEST_F(ACapture, BeginsPlayingAtTheStartOfItsTrack) {
     EXPECT_EQ(send("open cdaudio alias cd"), fine());
     EXPECT_EQ(send("set cd time format milliseconds"), fine());
     EXPECT_EQ(send("play cd from 2000"), fine());
@@ -122,11 +122,11 @@ TEST_F(ACapture, IsKeptWhenTheDiscVanishes) {
     const auto wav = fakes::readWav(folder / "kept.wav");
     ASSERT_TRUE(wav);
     EXPECT_GE(runAt(*wav, 150 * framesPerSector, 187 * framesPerSector), 0);
-    // The ticks of more than a minute after the disc vanished have not extended the recording.
+    // The disc vanished more than a minute before the end; this time was not recorded.
     EXPECT_LT(wav->samples.size(), 10U * 2 * 44100);
 }
 
-TEST_F(ACapture, ClosedUnsavedLeavesNoFile) {
+TEST_F(ACapture, LeavesNoFileIfItIsClosedWithoutASave) {
     send("open new type waveaudio alias capture");
     send("record capture overwrite");
     time += 1s;
@@ -136,7 +136,7 @@ TEST_F(ACapture, ClosedUnsavedLeavesNoFile) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(ACapture, ThatCannotBeSavedHarmsNoFile) {
+TEST_F(ACapture, LeavesNoFileAfterAFailedSaveAndCanThenBeSavedElsewhere) {
     send("open new type waveaudio alias capture");
     send("record capture overwrite");
     EXPECT_EQ(send("save capture missing folder/a.wav"), refused(MciError::fileNotSaved));
@@ -147,7 +147,7 @@ TEST_F(ACapture, ThatCannotBeSavedHarmsNoFile) {
     EXPECT_EQ(send("record capture overwrite"), refused(MciError::nonapplicableFunction));
 }
 
-TEST_F(ACapture, CannotBeginWhileAnotherRuns) {
+TEST_F(ACapture, CannotBeginWhileAnotherRecorderRecords) {
     send("open new type waveaudio alias a");
     send("open new type waveaudio alias b");
     EXPECT_EQ(send("record a"), fine());

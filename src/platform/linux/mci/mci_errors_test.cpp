@@ -36,7 +36,7 @@ TEST(MciErrorTexts, AreSentencesAndDifferFromOneAnother) {
     EXPECT_EQ(seen.size(), 32U);
 }
 
-TEST(AnOutcome, IsAValueOrANumber) {
+TEST(AnOutcome, IsAValueOrAnErrorNumber) {
     const Outcome<int> value(7);
     const Outcome<int> error(MciError::badInteger);
     EXPECT_TRUE(value.ok());

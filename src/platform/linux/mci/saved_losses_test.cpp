@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The notice about a recording that is saved: which parts of the disc could not be read.
+// Tests the notice that is reported when a recording is saved: it tells the user which parts of the
+// disc could not be read.
 #include <gmock/gmock.h>
 
 #include "support/cd_session.h"
@@ -15,7 +16,7 @@ using fakes::threeTracks;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Records the disc, whose tracks begin at the sectors 0, 13875 and 18385.
+/// Records a disc whose tracks begin at the sectors 0, 13875 and 18385.
 class SavedLosses : public testing::Test {
   protected:
     SavedLosses() {
@@ -38,7 +39,7 @@ class SavedLosses : public testing::Test {
     std::shared_ptr<fakes::FakeDisc> disc = std::make_shared<fakes::FakeDisc>(threeTracks());
 };
 
-TEST_F(SavedLosses, AreThoseOfThePlayedRange) {
+TEST_F(SavedLosses, ContainOnlyThoseOfThePlayedRange) {
     disc->silentSectors = {13874, 13875, 13876, 13975};
     disc->guessedSectors = {13900};
     play("2", 100);
@@ -48,7 +49,7 @@ TEST_F(SavedLosses, AreThoseOfThePlayedRange) {
                                        "guess in 1234-2.wav."));
 }
 
-TEST_F(SavedLosses, CountAPartlyPlayedSector) {
+TEST_F(SavedLosses, IncludeAPartlyPlayedSector) {
     disc->silentSectors = {13875};
     EXPECT_EQ(session.send("record capture"), fine());
     EXPECT_EQ(session.send("play cd from 2"), fine());
@@ -57,7 +58,7 @@ TEST_F(SavedLosses, CountAPartlyPlayedSector) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, NameEachTrackThatWasPlayed) {
+TEST_F(SavedLosses, NameEachPlayedTrackWithALoss) {
     disc->silentSectors = {13874, 13875};
     play("1:03:04:74", 3);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
@@ -66,7 +67,7 @@ TEST_F(SavedLosses, NameEachTrackThatWasPlayed) {
                             "s could not be read and are silent in a.wav."));
 }
 
-TEST_F(SavedLosses, AreEmptyForACompleteTrack) {
+TEST_F(SavedLosses, AreEmptyForATrackWithoutALoss) {
     disc->silentSectors = {13000};
     play("2", 4510);
     EXPECT_EQ(session.send("save capture c:\\a.wav"), fine());
@@ -85,7 +86,7 @@ TEST_F(SavedLosses, AreReportedOnceAndOnlyAfterASuccessfulSave) {
     EXPECT_EQ(notices().size(), 1u);
 }
 
-TEST_F(SavedLosses, AreNotQueriedOnADiscThatIsClosedOrRemoved) {
+TEST_F(SavedLosses, AreNotReportedForADiscThatWasRemovedOrClosed) {
     disc->silentSectors = {13880};
     play("2", 100);
     session.machine.drive->disc = nullptr;
@@ -96,7 +97,7 @@ TEST_F(SavedLosses, AreNotQueriedOnADiscThatIsClosedOrRemoved) {
     EXPECT_THAT(notices(), IsEmpty());
 }
 
-TEST_F(SavedLosses, DoNotCountSectorsThatASeekSkipped) {
+TEST_F(SavedLosses, DoNotIncludeSectorsThatASeekSkipped) {
     disc->silentSectors = {14000};
     EXPECT_EQ(session.send("seek cd to 2"), fine());
     EXPECT_EQ(session.send("seek cd to 3"), fine());

@@ -17,7 +17,7 @@ constexpr auto hms = TimeFormat::hms;
 constexpr auto msf = TimeFormat::msf;
 constexpr auto tmsf = TimeFormat::tmsf;
 
-TEST(TimeFormats, HaveNames) {
+TEST(TimeFormats, AreFoundByTheirNames) {
     EXPECT_EQ(timeFormatNamed("ms"), ms);
     EXPECT_EQ(timeFormatNamed("MilliSeconds"), ms);
     EXPECT_EQ(timeFormatNamed("frames"), std::nullopt);
@@ -27,7 +27,7 @@ TEST(TimeFormats, HaveNames) {
     }
 }
 
-TEST(Milliseconds, AreTheNearestToASectorsStart) {
+TEST(Milliseconds, OfASectorsStartAreRoundedToTheNearest) {
     for (std::int64_t sector = 0; sector < 75 * 60 * 100; ++sector) {
         const std::int64_t expected = std::llround(static_cast<double>(sector) * 1000 / 75);
         ASSERT_EQ(millisecondsOfSector(sector), expected) << sector;
@@ -83,7 +83,7 @@ TEST(Positions, HaveTheTextOfTheirFormat) {
     EXPECT_EQ(positionText(table, table.sectors(), tmsf), "03:00:00:50");
 }
 
-TEST(Positions, AreReadBackFromTheirText) {
+TEST(Positions, AreParsedBackFromTheirText) {
     const disc::Table table = audioTable({100, 75 * 200, 50});
     for (std::int64_t sector = 0; sector <= table.sectors(); sector += 13) {
         for (const TimeFormat format : {ms, msf, tmsf}) {
@@ -123,7 +123,7 @@ TEST(Positions, OutsideTheDiscAreOutOfRange) {
     }
 }
 
-TEST(Positions, WithoutNumbersAreBadIntegers) {
+TEST(Positions, WithInvalidNumbersAreBadIntegers) {
     const disc::Table table = audioTable({150});
     for (const TimeFormat format : {ms, hms, msf, tmsf}) {
         for (const std::string_view text :

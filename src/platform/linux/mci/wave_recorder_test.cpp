@@ -15,7 +15,7 @@ using fakes::said;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A session with alias "capture" open.
+/// A session in which a wave recorder is open with the alias "capture".
 class Opened : public MciSession {
   public:
     Opened() { EXPECT_EQ(send("open new type waveaudio alias capture"), fine()); }
@@ -56,7 +56,7 @@ TEST(TheFormat, MayBeMono) {
     EXPECT_EQ(session.recorder().channels, 1);
 }
 
-TEST(TheFormat, OfAnyOtherKindFailsAndChangesNothing) {
+TEST(TheFormat, IsUnchangedByACommandWithAnUnsupportedFormat) {
     Opened session;
     for (const char* format :
          {"samplespersec 0 channels 0 bitspersample 0 alignment 0 bytespersec 0",
@@ -114,7 +114,7 @@ TEST(TheLength, IsCountedInTheChosenUnit) {
     EXPECT_EQ(session.send("status capture length"), said("6000000000"));
 }
 
-TEST(TheUnit, HasOneOfThreeNames) {
+TEST(TheLengthsUnit, IsOneOfThreeTimeFormats) {
     Opened session;
     EXPECT_EQ(session.send("status capture time format"), said("milliseconds"));
     for (const char* name : {"bytes", "samples", "milliseconds"}) {
@@ -131,7 +131,7 @@ TEST(TheUnit, HasOneOfThreeNames) {
 TEST(Recording, ContinuesAfterAStop) {
     Opened session;
     EXPECT_EQ(session.send("record capture overwrite"), fine());
-    EXPECT_EQ(session.send("record capture insert"), fine()); // it records already
+    EXPECT_EQ(session.send("record capture insert"), fine()); // the device records already
     session.send("stop capture");
     EXPECT_EQ(session.send("status capture mode"), said("stopped"));
     EXPECT_EQ(session.send("record capture insert wait"), fine());
@@ -142,7 +142,7 @@ TEST(Recording, ContinuesAfterAStop) {
     EXPECT_EQ(session.send("record capture sideways"), refused(MciError::unrecognizedKeyword));
 }
 
-TEST(Recording, FailsWithAMessageIfItCannotBegin) {
+TEST(Recording, FailsIfAnotherRecorderRecordsOrNoFileCanBeCreated) {
     Opened session;
     session.recorder().busy = true;
     EXPECT_EQ(session.send("record capture overwrite"), refused(MciError::waveInputsInUse));
@@ -192,7 +192,7 @@ TEST(Closing, DropsUnsavedSound) {
     EXPECT_THAT(session.recorder().saved, IsEmpty());
 }
 
-TEST(WrongCommandsToARecorder, ReportTheCause) {
+TEST(WrongCommandsToARecorder, ReturnTheErrorOfTheirMistake) {
     Opened session;
     EXPECT_EQ(session.send("stop capture"), fine()); // already stopped
     EXPECT_EQ(session.send("play capture"), refused(MciError::unsupportedFunction));

@@ -10,7 +10,8 @@ namespace {
 
 using fixture::Data;
 
-/// A frame of 128 kbit/s (MPEG-1) that reaches `begin` bytes back; its own main data are 381 bytes.
+/// A frame of 128 kbit/s (MPEG-1) that refers to `begin` bytes of earlier frames and adds 381 bytes
+/// of main data.
 Data frameReaching(int begin) {
     Data frame(417, 0x55);
     frame[0] = 0xFF;
@@ -33,17 +34,17 @@ TEST(BitReservoirTest, AdmitsFramesThatReferToAvailableData) {
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt);
 }
 
-TEST(BitReservoirTest, ReturnsTheLimitForAFrameThatRefersTooFarBack) {
+TEST(BitReservoirTest, ReturnsTheAvailableBytesForAFrameThatRefersTooFarBack) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(1)), 0);
     EXPECT_EQ(admit(reservoir, frameReaching(382)), 381);
     EXPECT_EQ(admit(reservoir, frameReaching(511)), std::nullopt)
-        << "the data of the limited frame are available, too";
+        << "the data of the previous frame are not available";
     reservoir.clear();
     EXPECT_EQ(admit(reservoir, frameReaching(200)), 0);
 }
 
-TEST(BitReservoirTest, DoesNotExtendAcrossAFrameWithoutAReservoir) {
+TEST(BitReservoirTest, DropsOlderDataAtAFrameThatRefersToNoEarlierData) {
     BitReservoir reservoir;
     EXPECT_EQ(admit(reservoir, frameReaching(0)), std::nullopt);
     EXPECT_EQ(admit(reservoir, frameReaching(0)), std::nullopt);
@@ -57,7 +58,7 @@ TEST(BitReservoirTest, IgnoresOtherLayersAndTruncatedFrames) {
     EXPECT_EQ(reservoir.admit(*parseHeader(frame), Bytes(frame).first(20)), std::nullopt);
 }
 
-TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
+TEST(BitReservoirTest, SilenceEmptiesTheSideInformationExceptTheReservoirReference) {
     for (const int begin : {0, 1, 255, 511}) {
         Data frame = frameReaching(400);
         const FrameHeader header = *parseHeader(frame);
@@ -65,7 +66,7 @@ TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
         silence(header, frame, begin);
         EXPECT_EQ(mainDataBegin(header, frame), begin);
         EXPECT_TRUE(isEmptySideInfo(header, frame));
-        EXPECT_EQ(frame[36], 0x55) << "its main data belong to later frames";
+        EXPECT_EQ(frame[36], 0x55) << "main data that later frames need were changed";
     }
     Data low(96, 0x55);
     std::copy_n(Data{0xFF, 0xF3, 0x40, 0xC4}.begin(), 4, low.begin());
@@ -75,7 +76,7 @@ TEST(BitReservoirTest, SilenceKeepsOnlyTheReservoirReferenceOfAFrame) {
     EXPECT_EQ(low[13], 0x55);
 }
 
-TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfNothingInItCanFail) {
+TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfItsDecodingCannotFail) {
     const FrameHeader header = *parseHeader(frameReaching(0));
     // Bits of the length, the big values, the scale factors and the window kind in MPEG-1 stereo,
     // where the first granule's part begins at bit 20.
@@ -87,7 +88,7 @@ TEST(BitReservoirTest, SideInformationIsEmptyOnlyIfNothingInItCanFail) {
     }
     Data frame = frameReaching(0);
     silence(header, frame, 0);
-    frame[4 + 41 / 8] |= 0x80 >> 41 % 8; // the loudness
+    frame[4 + 41 / 8] |= 0x80 >> 41 % 8; // a bit of the gain
     EXPECT_TRUE(isEmptySideInfo(header, frame));
 }
 

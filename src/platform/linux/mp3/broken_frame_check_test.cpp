@@ -29,7 +29,7 @@ int brokenFrames(const Data& data) {
 }
 
 TEST(BrokenFrameCheckTest, TreatsNoFrameOfAnEncoderAsBroken) {
-    // At 8 kbit/s many frames have data without sound.
+    // At 8 kbit/s many frames contain data but no sound.
     for (const char* options : {"-b 128", "-V 2", "-b 8 --resample 24", "-p -b 8 --resample 24",
                                 "-b 8 --resample 8", "-b 64 --resample 22.05"}) {
         EXPECT_EQ(brokenFrames(fixture::encoded(44100, 2, options, 1.5)), 0) << options;
@@ -41,12 +41,12 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
     for (const char* options : {"-b 128", "-b 64 --resample 22.05"}) {
         Data data = fixture::encoded(44100, 2, options);
         const auto frames = fixture::framesOf(data);
-        int spoilt = 0;
+        int damaged = 0;
         for (const std::size_t number : {30U, 50U, 51U, 120U}) {
             const Frame& frame = frames[number];
             const auto at = static_cast<std::size_t>(frame.offset);
-            // Window switching with the normal window type, which is invalid: no decoder can decode
-            // it.
+            // Window switching with the normal window type is invalid, so no decoder can decode
+            // this frame.
             const bool first = frame.header.format.version == MpegVersion::mpeg1;
             const int bit = first ? 20 + 33 : 10 + 38;
             const std::size_t byte = at + frame.header.sideInfoOffset();
@@ -55,13 +55,13 @@ TEST(BrokenFrameCheckTest, FindsFramesThatTheLibraryCannotDecode) {
                 const auto mask = static_cast<std::uint8_t>(0x80 >> (bit + i) % 8);
                 target = static_cast<std::uint8_t>(i == 0 ? target | mask : target & ~mask);
             }
-            ++spoilt;
+            ++damaged;
         }
-        EXPECT_EQ(brokenFrames(data), spoilt) << options;
+        EXPECT_EQ(brokenFrames(data), damaged) << options;
     }
 }
 
-TEST(BrokenFrameCheckTest, TheTestFrameIsAudibleAndKeepsTheReservoir) {
+TEST(BrokenFrameCheckTest, TheSoundingFrameIsAudibleAndEndsWithTheReservoir) {
     for (const Data& like : {Data{0xFF, 0xFA, 0x92, 0x64}, Data{0xFF, 0xFB, 0x14, 0xC4},
                              Data{0xFF, 0xF2, 0x14, 0x64}, Data{0xFF, 0xE3, 0x18, 0xC4}}) {
         const FrameHeader original = *parseHeader(like);

@@ -53,7 +53,7 @@ TEST_F(FileSourceTest, FailsIfTheFileHasBecomeShorter) {
     EXPECT_FALSE(source.value()->readAt(900, got).failure);
     const Reading reading = source.value()->readAt(950, got);
     EXPECT_TRUE(reading.failure);
-    EXPECT_EQ(reading.bytes, 50U) << "the remaining bytes are read";
+    EXPECT_EQ(reading.bytes, 50U) << "the bytes before the end of the file were not read";
 }
 
 TEST_F(FileSourceTest, FailsOnceItIsStopped) {
@@ -64,7 +64,7 @@ TEST_F(FileSourceTest, FailsOnceItIsStopped) {
     EXPECT_TRUE(source.value()->readAt(0, got).failure);
 }
 
-TEST_F(FileSourceTest, DistinguishesAChangedFileFromAnUnchangedOne) {
+TEST_F(FileSourceTest, TheIdentityDiffersOnceTheFileIsChanged) {
     writeFile(folder / "a", junk(50));
     const auto before = FileIdentity::of(folder / "a");
     ASSERT_TRUE(before);
@@ -74,7 +74,7 @@ TEST_F(FileSourceTest, DistinguishesAChangedFileFromAnUnchangedOne) {
     EXPECT_FALSE(FileIdentity::of(folder / "none"));
 }
 
-TEST(SourceWindowTest, ShowsAllBytesWhateverTheOrder) {
+TEST(SourceWindowTest, ReturnsTheBytesAtOffsetsInAnyOrder) {
     const Data data = junk(300'000);
     const MemorySource source(data);
     SourceWindow window(source);
@@ -89,7 +89,7 @@ TEST(SourceWindowTest, ShowsAllBytesWhateverTheOrder) {
     EXPECT_FALSE(window.failure());
 }
 
-TEST(SourceWindowTest, ShowsAllBytesBeforeAPlaceThatCannotBeRead) {
+TEST(SourceWindowTest, ReturnsAllBytesBeforeAnUnreadableOffset) {
     const Data data = junk(200'000);
     const fixture::BadPlaceSource source(data, 100'000, 101'000);
     SourceWindow window(source);
@@ -102,10 +102,10 @@ TEST(SourceWindowTest, ShowsAllBytesBeforeAPlaceThatCannotBeRead) {
     }
     EXPECT_TRUE(window.at(100'000).empty());
     EXPECT_TRUE(window.failure());
-    EXPECT_EQ(source.failures, 1) << "each failed read may take seconds";
+    EXPECT_EQ(source.failures, 1) << "more than one failed read, each of which may take seconds";
 }
 
-TEST(SourceWindowTest, ReadsAfterAPlaceThatCannotBeRead) {
+TEST(SourceWindowTest, ReadsAgainAfterAnUnreadableRange) {
     const Data data = junk(200'000);
     const fixture::BadPlaceSource source(data, 100'000, 101'000);
     SourceWindow window(source);

@@ -31,7 +31,7 @@ TEST(CardRateTest, PassesSoundOfTheCardsOwnRateUnchanged) {
     EXPECT_EQ(converted({44100, 1}, {1, -2}), (std::vector<StereoFrame>{{1, 1}, {-2, -2}}));
 }
 
-TEST(CardRateTest, KeepsTheLengthAndThePitchOfOtherRates) {
+TEST(CardRateTest, KeepsTheLengthAndThePitchOfSoundAtOtherRates) {
     for (const int rate : {8000, 11025, 22050, 32000, 48000}) {
         for (const int channels : {1, 2}) {
             std::vector<std::int16_t> samples;

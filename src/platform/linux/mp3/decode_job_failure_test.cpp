@@ -27,7 +27,7 @@ using fixture::writeFile;
 
 TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
     writeFile(target, text("old"));
-    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // it does not exist
+    EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed); // the source does not exist
     fs::create_directory(source);
     EXPECT_EQ(decodeSource().outcome, DecodeOutcome::failed);
     fs::remove(source);
@@ -51,7 +51,7 @@ TEST_F(DecodeJobTest, FailsForSourcesThatCannotBeReadAndLeavesTheOldWav) {
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndReportsWhy) {
+TEST_F(DecodeJobTest, FailsForATargetThatIsAFolderAndReportsWhy) {
     fs::create_directory(target);
     const DecodeResult result = decode(ordinary());
     EXPECT_EQ(result.outcome, DecodeOutcome::failed);
@@ -61,7 +61,7 @@ TEST_F(DecodeJobTest, FailsForTargetsThatCannotBeWrittenAndReportsWhy) {
     EXPECT_TRUE(fs::is_directory(target));
 }
 
-TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
+TEST_F(DecodeJobTest, KeepsThePartBeforeAnUnreadableOffset) {
     // The file becomes shorter while it is read, as on a failing disk.
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::DecodedSound whole = fixture::sequentially(data);
@@ -78,12 +78,13 @@ TEST_F(DecodeJobTest, KeepsThePartBeforeAPlaceThatCannotBeRead) {
         EXPECT_EQ(result.failure->step, DecodeStep::reading);
         const fixture::Samples part = fixture::readWav(target).samples;
         EXPECT_EQ(part.size(), static_cast<std::size_t>(result.samples) * 2);
-        EXPECT_EQ(part.size(), (100'000 / 1045 - 1) * 2304U - 1105 * 2) << "every whole frame";
+        EXPECT_EQ(part.size(), (100'000 / 1045 - 1) * 2304U - 1105 * 2)
+            << "not exactly the samples of every whole frame";
         EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
     }
 }
 
-constexpr int room = 480'000; ///< in bytes
+constexpr int room = 480'000; ///< the free space for the WAV, in bytes
 
 /// Decodes with space for two thirds of the sound, in a child process. Returns 0 if the part that
 /// fits was kept.
@@ -124,14 +125,14 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
             return decodeWithoutRoom(source, disk / "out.wav", threads);
         });
         if (code == test::mayNotMount) {
-            GTEST_SKIP()
-                << "this user may not mount a disk; KeepsThePartThatALimitAllows tests it, too";
+            GTEST_SKIP() << "this user may not mount a disk; "
+                            "KeepsThePartThatTheFileSizeLimitAllows tests it, too";
         }
         EXPECT_EQ(code, 0) << threads;
     }
 }
 
-TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
+TEST_F(DecodeJobTest, KeepsThePartThatTheFileSizeLimitAllows) {
     writeFile(source, ordinary());
     for (const unsigned threads : {1U, 2U}) {
         const int code = test::runInChild([&] {
@@ -144,7 +145,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatALimitAllows) {
     }
 }
 
-TEST_F(DecodeJobTest, FailsAtOnceIfTheSystemHasNoThread) {
+TEST_F(DecodeJobTest, FailsAtOnceIfNoThreadCanBeStarted) {
     writeFile(source, ordinary());
     const fakes::LimitedThreads threads(0);
     int reports = 0;

@@ -21,7 +21,7 @@ using fixture::readFile;
 using fixture::text;
 using fixture::writeFile;
 
-TEST_F(DecodeJobTest, WritesTheWholeFileByEitherMethod) {
+TEST_F(DecodeJobTest, DecodesTheWholeFileOnOneThreadAndOnSeveral) {
     const fixture::DecodedSound whole = fixture::sequentially(ordinary());
     for (const Division& division : {Division{1, 16}, Division{2, 16}, Division{}}) {
         const DecodeResult result = decode(ordinary(), division);
@@ -106,13 +106,13 @@ TEST_F(DecodeJobTest, LeavesAValidPrefixWhenItIsStopped) {
             ASSERT_FALSE(result.failure);
             if (result.samples == 0) {
                 EXPECT_EQ(readFile(target), text("old"))
-                    << "an empty result does not replace the old file";
+                    << "an empty result has replaced the old file";
                 continue;
             }
             const fixture::Samples part = fixture::readWav(target).samples;
             ASSERT_EQ(part.size(), static_cast<std::size_t>(result.samples) * 2);
             EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
-            if (result.outcome == DecodeOutcome::completed) { // it ended before the stop
+            if (result.outcome == DecodeOutcome::completed) { // the decoding ended before the stop
                 EXPECT_EQ(part.size(), whole.samples.size());
             } else {
                 EXPECT_EQ(result.outcome, DecodeOutcome::stopped);
@@ -129,7 +129,7 @@ TEST_F(DecodeJobTest, CountsAsStoppedIfItIsStoppedWhileItWrites) {
         test::HeldCalls disk({SYS_pwrite64}, test::ofPath(folder.path()));
         std::unique_ptr<DecodeJob> job;
         ASSERT_TRUE(disk.run([&] { job = start(target, {threads, 16}); }));
-        ASSERT_TRUE(disk.waitForCall()); // before its first sample is in the file
+        ASSERT_TRUE(disk.waitForCall()); // now no sample of the decoding is in the file yet
         job->stop(std::chrono::milliseconds(0));
         disk.release();
         EXPECT_TRUE(waitFor(*job));
@@ -157,7 +157,7 @@ TEST_F(DecodeJobTest, LeavesTheOldWavAndEndsAtOnceIfItIsStoppedBeforeTheFirstSam
     EXPECT_EQ(readFile(target), text("old"));
 }
 
-TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesByEitherMethod) {
+TEST_F(DecodeJobTest, DecodesTheFormatOfMostFramesOnOneThreadAndOnTwo) {
     const Data& other = encoded(48000, 2, "-t -b 128");
     const Data data = fixture::part(other, 0, 4 * 384) + ordinary() + other;
     const fixture::DecodedSound song = fixture::sequentially(ordinary());
@@ -186,26 +186,26 @@ TEST_F(DecodeJobTest, IsSkippedUntilOneOfItsFilesIsChanged) {
         EXPECT_EQ(job.progress().position(), Progress::length);
         return job.completed();
     };
-    const auto spared = [&](const std::optional<CompletedDecoding>& former) {
+    const auto reused = [&](const std::optional<CompletedDecoding>& former) {
         const auto before = FileIdentity::of(target);
         const auto after = run(former);
         EXPECT_EQ(reports == 0, FileIdentity::of(target) == before);
         return reports == 0;
     };
-    EXPECT_TRUE(spared(run(std::nullopt)));
-    EXPECT_TRUE(spared(run(run(std::nullopt)))) << "once more";
+    EXPECT_TRUE(reused(run(std::nullopt)));
+    EXPECT_TRUE(reused(run(run(std::nullopt)))) << "a reused result was not reused again";
     auto former = run(std::nullopt);
     writeFile(source, ordinary() + ordinary());
-    EXPECT_FALSE(spared(former));
+    EXPECT_FALSE(reused(former));
     former = run(std::nullopt);
     writeFile(target, text("x"));
-    EXPECT_FALSE(spared(former));
+    EXPECT_FALSE(reused(former));
     former = run(std::nullopt);
     fs::remove(target);
-    EXPECT_FALSE(spared(former));
+    EXPECT_FALSE(reused(former));
 }
 
-TEST_F(DecodeJobTest, IsReusedOnlyIfItWasCompleted) {
+TEST_F(DecodeJobTest, HasNoReusableResultWithoutAFrameAndKnowsItsFiles) {
     writeFile(source, fixture::junk(5000));
     const auto job = start(target);
     EXPECT_TRUE(waitFor(*job));
@@ -215,7 +215,7 @@ TEST_F(DecodeJobTest, IsReusedOnlyIfItWasCompleted) {
     EXPECT_FALSE(job->isFor({target, target, {}}));
 }
 
-TEST_F(DecodeJobTest, AcceptsNamesOfEveryKind) {
+TEST_F(DecodeJobTest, AcceptsUnusualTargetNames) {
     for (const std::string& name :
          {std::string("a b 'c' \"d\" [e].wav"), std::string("\xC3\xA4\xE2\x82\xAC.wav"),
           std::string("bad\xFF\xE4.wav"), std::string(251, 'n') + ".wav"}) {
@@ -233,7 +233,7 @@ TEST_F(DecodeJobTest, MayReplaceItsOwnSource) {
     EXPECT_EQ(fixture::readWav(source).samples.size(), 4U * 44100 * 2);
 }
 
-TEST_F(DecodeJobTest, DecodingsOfOneTargetRunOneAfterTheOther) {
+TEST_F(DecodeJobTest, SeveralDecodingsToOneTargetAllComplete) {
     writeFile(source, ordinary());
     writeFile(target, text("old"));
     fs::create_symlink(target, folder / "link.wav");

@@ -73,15 +73,15 @@ TEST(DecodeNoticeTest, ReportsOmittedParts) {
               "song.mp3: 3 frames of another format were omitted, 2 damaged places were skipped");
 }
 
-TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndThoseTheUserStopped) {
+TEST(DecodeNoticeTest, IsEmptyForCompleteDecodingsAndForThoseThatTheUserStopped) {
     EXPECT_EQ(decodeNotice(names, lossyResult(0, 0)), "")
-        << "many intact files have other data at their ends";
+        << "skipped bytes were reported, although many intact files have other data at their ends";
     DecodeResult stopped = lossyResult(3, 2);
     stopped.outcome = DecodeOutcome::stopped;
     EXPECT_EQ(decodeNotice(names, stopped), "");
 }
 
-TEST(DecodeNoticeTest, CutsTimesToWholeSeconds) {
+TEST(DecodeNoticeTest, RoundsTimesDownToWholeSeconds) {
     EXPECT_EQ(playingTime(0, 44100), "0:00");
     EXPECT_EQ(playingTime(44099, 44100), "0:00");
     EXPECT_EQ(playingTime(59 * 8000, 8000), "0:59");

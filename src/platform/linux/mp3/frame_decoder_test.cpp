@@ -23,7 +23,7 @@ Data bytesOf(const Data& stream, const Frame& frame) {
     return fixture::part(stream, begin, begin + static_cast<std::size_t>(frame.header.bytes));
 }
 
-TEST(FrameDecoderTest, ReturnsEachFrameAtOnceAndComplete) {
+TEST(FrameDecoderTest, ReturnsAllSamplesOfEachFrameAtOnce) {
     for (const Data& stream : {fixture::ordinary(), fixture::encoded(22050, 1, "-b 32"),
                                fixture::layer1(5), fixture::layer2(5)}) {
         FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
@@ -39,7 +39,7 @@ TEST(FrameDecoderTest, ReturnsEachFrameAtOnceAndComplete) {
     }
 }
 
-TEST(FrameDecoderTest, SilencesFramesWhoseReservoirIsMissing) {
+TEST(FrameDecoderTest, SilencesFramesThatNeedMissingDataOfEarlierFrames) {
     const Data& stream = fixture::ordinary();
     const auto frames = fixture::framesOf(stream);
     FrameDecoder<std::int16_t> decoder = newDecoder<std::int16_t>();
@@ -67,7 +67,7 @@ TEST(FrameDecoderTest, ReturnsZerosForInvalidFrames) {
     EXPECT_THAT(samples, Each(0));
 }
 
-TEST(FrameDecoderTest, ReturnsFinerSamplesOnDemand) {
+TEST(FrameDecoderTest, AlsoReturnsFloatingPointSamples) {
     const Data& stream = fixture::ordinary();
     FrameDecoder<float> fine = newDecoder<float>();
     FrameDecoder<std::int16_t> coarse = newDecoder<std::int16_t>();

@@ -11,7 +11,7 @@ namespace {
 using fixture::Data;
 using fixture::operator+;
 
-/// Frames of 417 bytes that contain only zeros after the header.
+/// A row of frames of 417 bytes that contain only zeros after the header.
 Data row(int frames) {
     Data data;
     for (int i = 0; i < frames; ++i) {
@@ -27,11 +27,13 @@ TEST(FrameRowTest, BeginsWhereTwoMoreFramesOfTheFormatFollow) {
     EXPECT_TRUE(beginsRow(header, Data(7, 1) + row(3), 7));
     EXPECT_FALSE(beginsRow(header, row(2) + other + Data(500, 0), 0));
     EXPECT_FALSE(beginsRow(header, row(1) + Data(500, 0), 0));
-    EXPECT_TRUE(beginsRow(header, row(1), 0)) << "the end";
-    EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0)) << "a tag";
-    EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0)) << "a truncated end";
+    EXPECT_TRUE(beginsRow(header, row(1), 0)) << "a row that the end of the source ends";
+    EXPECT_TRUE(beginsRow(header, row(1) + fixture::text("TAG") + Data(125, 0), 0))
+        << "a row that a tag ends";
+    EXPECT_TRUE(beginsRow(header, fixture::part(row(2), 0, 600), 0))
+        << "a row whose last frame is truncated";
     EXPECT_FALSE(beginsRow(header, fixture::part(row(1), 0, 300), 0))
-        << "the first frame itself is truncated";
+        << "a row whose first frame is truncated";
 }
 
 TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
@@ -44,10 +46,11 @@ TEST(RowsAheadTest, FindsRowsOfTheRequestedFormat) {
     EXPECT_FALSE(rows.anyWithin(mono, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 4, 101, data, 0));
     EXPECT_TRUE(rows.anyWithin(format, 100, 101, data, 0));
-    EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0)) << "the row begins later";
+    EXPECT_FALSE(rows.anyWithin(format, 101, 300, data, 0))
+        << "the row begins before this range, and its second frame is after the range";
 }
 
-TEST(RowsAheadTest, ReturnsOffsetsInTheSourceWhereverTheBytesBegin) {
+TEST(RowsAheadTest, UsesOffsetsInTheSourceWhereverTheBytesBegin) {
     const Data data = Data(100, 0) + row(3);
     const StreamFormat format = parseHeader(row(1))->format;
     RowsAhead rows;
@@ -57,7 +60,7 @@ TEST(RowsAheadTest, ReturnsOffsetsInTheSourceWhereverTheBytesBegin) {
     EXPECT_FALSE(rows.anyWithin(format, 5101, 5200, bytes.subspan(50), 5050));
 }
 
-TEST(RowsAheadTest, ReadsEachCandidateOnce) {
+TEST(RowsAheadTest, TriesEachOffsetOnce) {
     Data data;
     while (data.size() < 8000) {
         data = data + Data{0xFF, 0xFB, 0x90, 0x64};

@@ -62,7 +62,7 @@ TEST(FrameScannerTest, FindsEveryFrameOfACleanStream) {
     EXPECT_EQ(scan.loss, ScanLoss{});
 }
 
-TEST(FrameScannerTest, LosesNoFrameToJunkBetweenFrames) {
+TEST(FrameScannerTest, LosesNoFrameToJunkBeforeBetweenOrAfterFrames) {
     const std::size_t place = middle();
     for (const std::size_t bytes : {1U, 3U, 500U, 1500U, 4096U, 70'000U}) {
         const Scan front(junk(bytes) + ordinary());
@@ -96,7 +96,7 @@ TEST(FrameScannerTest, LosesOnlyTheTruncatedFrame) {
     }
 }
 
-TEST(FrameScannerTest, LosesOnlyTheTruncatedEndWhereverTheFileEnds) {
+TEST(FrameScannerTest, LosesOnlyTheTruncatedLastFrameOfAFile) {
     const Scan whole(ordinary());
     for (std::size_t frame = 0; frame < 5; ++frame) {
         const auto begin = static_cast<std::size_t>(whole.frames[frame].offset);
@@ -200,7 +200,7 @@ TEST(FrameScannerTest, FindsFramesOfEveryFormatIfNoneIsGiven) {
     EXPECT_EQ(scanner.loss(), ScanLoss{});
 }
 
-TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
+TEST(FrameScannerTest, CountsTheDamagedPlacesBetweenFrames) {
     const std::size_t place = middle();
     const Data head = part(ordinary(), 0, place);
     const Data tail = part(ordinary(), place, SIZE_MAX);
@@ -212,7 +212,7 @@ TEST(FrameScannerTest, CountsThePlacesThatAreDamagedBetweenFrames) {
     EXPECT_EQ(Scan(part(head, 0, place - 50) + tail).loss.damagedPlaces, 1) << "a truncated frame";
 }
 
-TEST(FrameScannerTest, ReturnsAllFramesBeforeAPlaceThatCannotBeRead) {
+TEST(FrameScannerTest, ReturnsAllFramesBeforeAnUnreadableOffset) {
     const Scan whole(ordinary());
     for (const std::size_t number : {0U, 1U, 80U, 155U}) {
         const auto bad = static_cast<std::size_t>(whole.frames[number].offset);
@@ -232,7 +232,7 @@ TEST(FrameScannerTest, ReturnsAllFramesBeforeAPlaceThatCannotBeRead) {
     }
 }
 
-TEST(FrameScannerTest, DoesNotNeedTheContentsOfATag) {
+TEST(FrameScannerTest, SkipsATagWhoseContentsCannotBeRead) {
     const Data tagged =
         fixture::text("ID3") + Data{4, 0, 0, 0, 4, 0, 0} + Data(65'536, 0) + ordinary();
     const fixture::BadPlaceSource source(tagged, 1000, 2000);
@@ -245,16 +245,17 @@ TEST(FrameScannerTest, DoesNotNeedTheContentsOfATag) {
     EXPECT_FALSE(scanner.failure());
 }
 
-TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
-    // Layer II at 8000 Hz: 160 kbit/s make the largest frame, 2881 bytes, and 8 kbit/s 144.
+TEST(FrameScannerTest, TriesEachOffsetOfHostileDataABoundedNumberOfTimes) {
+    // Layer II at 8000 Hz: a frame at 160 kbit/s is the largest one, 2881 bytes; a frame at 8
+    // kbit/s has 144 bytes.
     const Data large{0xFF, 0xE5, 0xEA, 0x00};
     const Data small = Data{0xFF, 0xE5, 0x18, 0x00} + Data(140, 0);
     // 24 bytes of another format, 24000 Hz at 8 kbit/s, with headers at every fourth byte.
     const Data other = Data{0xFF, 0xF3, 0x14, 0xC4} + large + large + large + large + large;
     Data data;
     while (data.size() < 100'000) {
-        // Each large frame seems truncated, since the row of small ones begins within it; to find
-        // that, each must be searched to its end.
+        // Each large frame seems truncated, since the row of small frames begins inside it. To find
+        // this row, each large frame must be searched to its end.
         for (int i = 0; i < 37; ++i) {
             data = data + large + other + other + other;
         }
@@ -265,7 +266,7 @@ TEST(FrameScannerTest, TriesEachPlaceABoundedNumberOfTimesWhateverTheBytes) {
     EXPECT_LE(scan.placesTried, 2 * static_cast<std::int64_t>(data.size()) / 4);
 }
 
-TEST(FrameScannerTest, EndsOnHostileJunk) {
+TEST(FrameScannerTest, EndsOnHostileData) {
     Data headers; // only beginnings of frames in free format
     while (headers.size() < 400'000) {
         headers = headers.size() < 4096 ? headers + Data{0xFF, 0xFB, 0, 0, 0xFF, 0xF3, 4, 0}

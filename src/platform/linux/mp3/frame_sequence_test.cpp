@@ -15,7 +15,8 @@ TEST(FrameSequenceTest, NumbersTheFramesAndOmitsTheInformationFrame) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     ASSERT_EQ(frames.size(), 155U);
     EXPECT_EQ(frames.front().number, 0);
-    EXPECT_EQ(frames.front().offset, 417) << "the information frame is the first in the file";
+    EXPECT_EQ(frames.front().offset, 417) << "the sequence does not begin after the first frame "
+                                             "of the file, the information frame";
     EXPECT_EQ(frames.back().number, 154);
 }
 

@@ -66,7 +66,7 @@ Samples decodeWith(const Data& data, std::int64_t patience, int& renewals) {
     return samples;
 }
 
-TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithTheSameSoundUpToRounding) {
+TEST(FreeFormatDecoderTest, ANewDecoderContinuesWithTheSameSoundUpToRounding) {
     // The sound contains silence, where a decoder can be replaced.
     const Data& data = encoded(44100, 2, "-t --nores --freeformat -b 400");
     int renewals = 0;
@@ -80,7 +80,7 @@ TEST(FreeFormatDecoderTest, AnotherDecoderContinuesWithTheSameSoundUpToRounding)
     }
 }
 
-TEST(FreeFormatDecoderTest, IsReplacedSoonAmongFramesThatItCannotDecode) {
+TEST(FreeFormatDecoderTest, ReplacesItsDecoderSoonAmongUndecodableFrames) {
     Data frame{0xFF, 0xFB, 0x00, 0x64};
     frame.resize(800, 0xFE); // states more spectral values than a frame has
     Data data;

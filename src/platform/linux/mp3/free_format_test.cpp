@@ -27,14 +27,14 @@ TEST(FreeFormatTest, MayBeginWithAnInformationFrameThatHasABitRate) {
     EXPECT_FALSE(isFreeFormat(info + info + info));
 }
 
-TEST(FreeFormatTest, IsNotDetectedInHeadersAtOtherDistances) {
+TEST(FreeFormatTest, IsNotDetectedInHeadersAtUnequalDistances) {
     EXPECT_FALSE(isFreeFormat({}));
     EXPECT_FALSE(isFreeFormat(freeFrame(500)));
     EXPECT_FALSE(isFreeFormat(freeFrame(500) + freeFrame(700) + freeFrame(900)));
     EXPECT_FALSE(isFreeFormat(Data(50'000, 0)));
 }
 
-TEST(FreeFormatTest, HasFramesLargeEnoughForSound) {
+TEST(FreeFormatTest, IsDetectedOnlyInFramesLargeEnoughForSound) {
     EXPECT_TRUE(isFreeFormat(freeFrame(36) + freeFrame(36) + freeFrame(36)));
     EXPECT_FALSE(isFreeFormat(freeFrame(35) + freeFrame(35) + freeFrame(35)));
     Data headers; // of Layer II, at every fourth byte: any three at equal distances form a row

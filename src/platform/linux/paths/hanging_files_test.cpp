@@ -62,7 +62,7 @@ TEST_F(HangingFilesTest, AHangingMountIsNotCalledAgainAndBlocksNoFurtherThread) 
     ASSERT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     const int hanging = mounts->blocked();
     EXPECT_LE(hanging, 2);
-    const int asked = mounts->askings(d);
+    const int asked = mounts->calls(d);
     for (int i = 0; i < 40; ++i) {
         const std::string path = "D:\\music\\" + std::to_string(i);
         EXPECT_EQ(numberOf(files.fileLength(path)), ErrorNumber::deviceUnavailable);
@@ -74,7 +74,7 @@ TEST_F(HangingFilesTest, AHangingMountIsNotCalledAgainAndBlocksNoFurtherThread) 
         EXPECT_EQ(files.machinePath(path), "");
         EXPECT_EQ(files.toLogic(d + "/music/" + std::to_string(i)), "");
     }
-    EXPECT_EQ(mounts->askings(d), asked);
+    EXPECT_EQ(mounts->calls(d), asked);
     EXPECT_EQ(mounts->blocked(), hanging);
     EXPECT_THAT(notices.texts(), SizeIs(1));
     EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
@@ -95,10 +95,10 @@ TEST_F(HangingFilesTest, TheMountOfALinksTargetIsReportedAndNotTheMountOfTheLink
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
-    const int asked = mounts->askings(d);
+    const int asked = mounts->calls(d);
     EXPECT_FALSE(files.fileLength("d:\\music\\a.wav").ok());
     EXPECT_FALSE(files.fileLength("e:\\link\\music\\other").ok());
-    EXPECT_EQ(mounts->askings(d), asked);
+    EXPECT_EQ(mounts->calls(d), asked);
     EXPECT_EQ(files.fileLength("e:\\b.wav").value(), 5);
 }
 

@@ -70,9 +70,9 @@ class HangingMounts {
         return all;
     }
     /// How many calls have been made to a mount.
-    [[nodiscard]] int askings(const std::string& mount) const {
+    [[nodiscard]] int calls(const std::string& mount) const {
         const std::lock_guard lock(mutex_);
-        return gates_.at(mount).askings;
+        return gates_.at(mount).calls;
     }
 
     /// Simulates a call to the mount of a machine path; links in the path are followed.
@@ -85,7 +85,7 @@ class HangingMounts {
         }
         std::unique_lock lock(mutex_);
         Gate& gate = gates_.at(mount);
-        ++gate.askings;
+        ++gate.calls;
         ++gate.blocked;
         changed_.wait(lock, [&] { return !gate.closed; });
         --gate.blocked;
@@ -109,7 +109,7 @@ class HangingMounts {
 
     struct Gate {
         bool closed = false;
-        int askings = 0;
+        int calls = 0;
         int blocked = 0;
     };
 

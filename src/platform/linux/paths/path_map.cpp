@@ -61,8 +61,8 @@ std::optional<std::string> listedSpelling(const std::string& folder, const std::
     return first ? first : firstFormer;
 }
 
-/// The remembered spelling of an entry of this folder; empty if none is remembered, if it is in a
-/// folder with another spelling, or if the entry does not exist.
+/// The remembered spelling of the entry `machineName` of `folder`; empty if none is remembered, if
+/// the remembered path spells the folder differently, or if the entry does not exist.
 std::optional<std::string> rememberedName(SpellingMemory& memory, const std::string& folder,
                                           const std::string& machineName) {
     const auto spelled = memory.find(joined(folder, machineName));

@@ -2,18 +2,20 @@
 // Translates between the logic's paths ("C:\Music\track1.wav") and the machine's ("/Music/..."),
 // and finds names case-insensitively. It opens and changes no file.
 //
-// The logic converts its paths to lower case, so a path may match several names on the disk, and no
-// match can be searched for in a folder that can be entered but not listed. Therefore PathMap
-// remembers the spellings of the paths that it translates while the program runs. The match for a
-// name, in order of preference:
-//   - for a name in lower case, which may have been converted: the spelling that was chosen (a
-//     folder created or entered, a file picked in a dialog; the most recent of several), the exact
-//     name, the spelling that a walk listed, any case variant in the folder (the first in byte
-//     order);
-//   - for a name with capitals, which was not converted, and for the name of a folder to create or
-//     enter: the exact name, then as above.
-// A remembered spelling that no longer exists is ignored. A whole path is looked up before its
-// parts: a file picked from "my music" is still found while the destination is "My Music".
+// The logic converts its paths to lower case, so a path may match several names on the disk. And a
+// folder that the user may enter but not list cannot be searched for a match. Therefore PathMap
+// remembers, while the program runs, the spellings of the paths that it translates. A name in lower
+// case, which the logic may have converted, is matched by the first of these that exists:
+//   1. the chosen spelling: that of a folder created or entered, or of a file picked in a dialog
+//      (the most recent of several);
+//   2. the exact name;
+//   3. the spelling that a walk listed;
+//   4. any case variant in the folder, the first in byte order.
+// A name with capitals, which was not converted, and the name of a folder to create or enter are
+// matched by the exact name first, then by 1, 3 and 4.
+//
+// The chosen spelling of a whole path has priority over those of its parts: a file picked from "my
+// music" is still found after the folder "My Music" was chosen as the destination.
 #pragma once
 
 #include <memory>
@@ -51,12 +53,12 @@ struct Spellings {
 /// Whether the logic may have converted a path to lower case.
 enum class PathCase {
     maybeLowered,
-    asGiven ///< not converted: the path of a folder to create or enter, from the user or the store
+    asGiven ///< not converted: a folder to create or enter, from the user or the settings store
 };
 
 class PathMap {
   public:
-    /// `drives` and `mounts` must outlive this. `spellings` may be shared with other maps.
+    /// `drives` and `mounts` must outlive this object. `spellings` may be shared with other maps.
     PathMap(DriveTable& drives, MountInfo& mounts,
             std::shared_ptr<Spellings> spellings = std::make_shared<Spellings>())
         : drives_(drives), mounts_(mounts), spellings_(std::move(spellings)) {}
@@ -67,15 +69,16 @@ class PathMap {
     /// a disk).
     [[nodiscard]] Result<Located> locate(std::string_view logicPath,
                                          PathCase pathCase = PathCase::maybeLowered);
-    /// As locate(), but for one name of the logic in a folder with a known machine path. Errors:
-    /// badFileName.
+    /// Like locate(), but for one name of the logic in a folder whose machine path is known.
+    /// Errors: badFileName.
     [[nodiscard]] Result<Located> locateIn(const std::string& folder, const std::string& name);
 
     /// The logic's form of an absolute machine path; "." and ".." are resolved textually. The root
     /// of a drive is "D:\".
     [[nodiscard]] std::string logicPathOf(std::string_view machinePath);
-    /// The same for a chosen path, whose spelling is remembered. The spelling of a parent folder is
-    /// remembered only if no other spelling of it was chosen, or if that folder no longer exists.
+    /// Like logicPathOf(), for a chosen path: also remembers its spelling. The spelling of a parent
+    /// folder is remembered only if no spelling of that folder was chosen before, or if the folder
+    /// with the chosen spelling no longer exists.
     [[nodiscard]] std::string toLogic(std::string_view machinePath);
     /// Remembers the spelling of a plain machine path as chosen, but not those of its parent
     /// folders.
@@ -86,17 +89,17 @@ class PathMap {
     void rememberWalked(const std::string& machinePath) {
         spellings_->walked.remember(machinePath);
     }
-    /// The chosen machine path that matches the logic's whole path; empty if there is none or it no
-    /// longer exists.
+    /// The chosen machine path that matches the logic's whole path; empty if there is none, or if
+    /// its file or folder no longer exists.
     [[nodiscard]] std::optional<std::string> chosenFor(std::string_view logicPath);
 
-    /// Whether any chosen path equals this one except for case: otherwise chosenFor() finds
+    /// Whether any chosen path equals `machinePath` if case is ignored. If not, chosenFor() finds
     /// nothing.
     [[nodiscard]] bool hasChosen(const std::string& machinePath) {
         return spellings_->chosen.find(machinePath).has_value();
     }
 
-    /// The drives with the current mounts.
+    /// The drives, updated to the current mounts.
     [[nodiscard]] const DriveTable& drives();
 
   private:

@@ -11,8 +11,8 @@ namespace sonarith {
 /// The names of a path, with "." and ".." resolved; ".." at the root is dropped.
 [[nodiscard]] std::vector<std::string> namesOf(std::string_view path, std::string_view separators);
 
-/// An absolute machine path with "." and ".." resolved textually, without doubled and trailing
-/// slashes; "/" for the root and for an empty path.
+/// `path` as an absolute machine path: with "." and ".." resolved textually, without doubled and
+/// trailing slashes; "/" for the root and for an empty path.
 [[nodiscard]] std::string plainMachinePath(std::string_view path);
 
 /// Whether `path`, a plain machine path, is `folder` or inside it.

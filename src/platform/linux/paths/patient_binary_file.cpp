@@ -15,8 +15,8 @@ PatientBinaryFile::PatientBinaryFile(std::shared_ptr<BinaryFile> file,
     : file_(std::move(file)), bound_(bound), calls_(threads, waiting) {}
 
 PatientBinaryFile::~PatientBinaryFile() {
-    // A close may hang, too. Usually it is completed within this short wait, so that the file is
-    // closed before the next operation on its name.
+    // Closing the file may hang, too. Usually the file is closed within this short wait, and so
+    // before the next operation on its name.
     calls_.send(Waiting::plainMoment,
                 [file = std::exchange(file_, nullptr)]() mutable { file.reset(); });
 }
@@ -27,8 +27,8 @@ Result<std::int64_t> PatientBinaryFile::length() const {
 }
 
 Result<std::size_t> PatientBinaryFile::read(std::int64_t offset, std::span<std::byte> into) {
-    // The buffer is separate because the caller's may already be destroyed when a hanging read
-    // returns.
+    // The read fills a buffer of its own, because the caller's buffer may already be destroyed when
+    // a hanging read returns.
     const auto bytes = std::make_shared<std::vector<std::byte>>(into.size());
     auto answer =
         calls_.ask(bound_, [file = file_, offset, bytes] { return file->read(offset, *bytes); });

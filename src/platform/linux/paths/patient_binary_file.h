@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Wraps an open file on a disk or server that may not respond: each call runs on another thread,
-// and the wait for it is limited. It opens no file (patient_file_system.h does).
+// and the caller waits only a limited time. It opens no file (patient_file_system.h does).
 #pragma once
 
 #include <memory>
@@ -10,11 +10,12 @@
 
 namespace sonarith {
 
-/// A call that times out fails with deviceUnavailable, but may still be carried out later; until it
-/// has returned, all further calls fail at once. The file is closed on the other thread.
+/// A call that times out fails with deviceUnavailable, but may still be carried out later; until
+/// the call has returned, all further calls fail at once. The destructor closes the file on the
+/// other thread.
 class PatientBinaryFile final : public BinaryFile {
   public:
-    /// `threads` and `waiting` must outlive this.
+    /// `threads` and `waiting` must outlive this object.
     PatientBinaryFile(std::shared_ptr<BinaryFile> file, waiting::WorkerThreads& threads,
                       Waiting& waiting, Waiting::Duration bound);
     ~PatientBinaryFile() override;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's folders for the thread of the logic: the wait for a call that may hang is limited,
-// and the windows are repainted meanwhile. linux_directory_walk.h lists the folders.
+// Accesses the machine's folders for the thread of the logic: limits the wait for a call that may
+// hang, and repaints the windows during the wait. linux_directory_walk.h lists the folders.
 #pragma once
 
 #include <memory>
@@ -14,11 +14,11 @@
 namespace sonarith {
 
 /// A walk skips a folder that does not respond within PatientPaths::bound(), like an unreadable
-/// one. It skips the folder without waiting while an earlier call to its mount has not returned.
-/// Everything else is as in LinuxDirectories.
+/// folder. It skips a folder without waiting while an earlier call to the folder's mount has not
+/// returned. Everything else is as in LinuxDirectories.
 class PatientDirectories final : public Directories {
   public:
-    /// Both must outlive this and its walks. `files` provides the current folder.
+    /// Both arguments must outlive this object and its walks. `files` provides the current folder.
     PatientDirectories(PatientPaths& paths, const FileSystem& files)
         : paths_(paths), files_(files) {}
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files for the thread of the logic: the wait for a call that may hang is limited,
-// and the windows are repainted meanwhile. The calls themselves are in linux_file_system.h.
+// Accesses the machine's files for the thread of the logic: limits the wait for a call that may
+// hang, and repaints the windows during the wait. The calls themselves are in linux_file_system.h.
 //
-// A new operation that accesses the disk needs one line here:
-//     return answered(paths_.ask({whole}, [whole](MachineFiles& m) { return m.files().op(whole);
-//     }));
+// A new operation `op` that accesses the disk needs one statement in its function:
+//     return answered(paths_.ask(
+//         {whole(path)}, [path = whole(path)](MachineFiles& machine) {
+//             return machine.files().op(path);
+//         }));
 #pragma once
 
 #include <map>
@@ -16,13 +18,13 @@
 namespace sonarith {
 
 /// Each operation that accesses a disk fails with deviceUnavailable if the disk does not respond
-/// within PatientPaths::bound(); it fails at once while an earlier call to the mount has not
-/// returned. An operation that timed out may still be carried out later. Everything else is as in
-/// LinuxFileSystem; this object stores the current drive and folder.
+/// within PatientPaths::bound(). The operation fails at once while an earlier call to the mount has
+/// not returned. An operation that timed out may still be carried out later. Everything else is as
+/// in LinuxFileSystem; this object stores the current drive and folder.
 class PatientFileSystem final : public FileSystem {
   public:
-    /// `paths` must outlive this and the files that it opens. Starts in the process's current
-    /// folder.
+    /// `paths` must outlive this object and the files that it opens. Starts in the process's
+    /// current folder.
     explicit PatientFileSystem(PatientPaths& paths);
 
     [[nodiscard]] Result<std::int64_t> fileLength(const std::string& path) const override;
@@ -42,10 +44,10 @@ class PatientFileSystem final : public FileSystem {
 
     // For callers that pass paths to other parts of the machine.
 
-    /// The machine path of a path of the logic; empty if it is not a valid path or its disk does
-    /// not respond.
+    /// The machine path of a path of the logic; empty if the path is invalid or its disk does not
+    /// respond.
     [[nodiscard]] std::string machinePath(const std::string& path) const;
-    /// The same with a bound of its own.
+    /// Like machinePath(), but waits at most `bound`.
     [[nodiscard]] std::string machinePathWithin(Waiting::Duration bound,
                                                 const std::string& path) const;
     /// As PathMap::toLogic; empty if a disk does not respond.
@@ -64,8 +66,8 @@ class PatientFileSystem final : public FileSystem {
     PatientPaths& paths_;
     std::string currentFolder_;
     std::string programFolder_;
-    /// The last current folder of each drive. LinuxFileSystem stores it, too, but that object is
-    /// replaced after a call was left behind.
+    /// The last current folder of each drive. LinuxFileSystem also stores these folders, but that
+    /// object is replaced after a call was left behind.
     std::map<char, std::string> currentFolders_;
 };
 

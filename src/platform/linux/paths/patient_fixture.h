@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine's files as the program uses them: on another thread and with limited waits. For tests
-// only.
+// Accesses the machine's files as the program does: on another thread and with limited waits. For
+// tests only.
 #pragma once
 
 #include <memory>

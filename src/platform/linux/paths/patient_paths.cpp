@@ -27,7 +27,7 @@ class PatientPaths::Search {
         for (const std::string& path : paths) {
             static_cast<void>(walkToPlace(machine, places, path, note));
         }
-        set(""); // all have responded
+        set(""); // all mounts have responded
     }
     /// The mount that hangs; empty if no mount hangs.
     [[nodiscard]] std::string mount() const {
@@ -48,7 +48,7 @@ class PatientPaths::Search {
 struct PatientPaths::Lane {
     Lane(waiting::WorkerThreads& threads, Waiting& waiting) : calls(threads, waiting) {}
 
-    /// Created by the first call, on the calls' thread, and used only there.
+    /// The object is created by the first call, on the thread of the calls, and used only there.
     std::shared_ptr<std::shared_ptr<MachineFiles>> machine =
         std::make_shared<std::shared_ptr<MachineFiles>>();
     waiting::BlockingCalls calls;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Calls the machine's files for the thread of the logic. A disk or server that does not respond
-// must not block this thread: each call runs on another thread, and the wait for it is limited. A
-// call that times out is left behind: its caller stops waiting, and its MachineFiles object is not
-// used again. Until the call has returned, no other call is made to the mount that does not
-// respond, and none with a path of the call. The path matters if the search finds no such mount,
-// for example if a folder contains a link to the mount. The calls themselves are in
-// patient_file_system.h and patient_directories.h.
+// must not block this thread: each call runs on another thread, and this thread waits only a
+// limited time. A call that times out is left behind: nothing waits for it any more, and its
+// MachineFiles object is not used again. A search then finds the mount that does not respond. Until
+// the call has returned, no other call is made to that mount, and no other call with a path of the
+// call that was left behind: the search may find no mount, for example if a folder contains a link
+// to the mount. The calls themselves are in patient_file_system.h and patient_directories.h.
 #pragma once
 
 #include <functional>
@@ -36,15 +36,15 @@ struct PathAccess {
 /// For the thread of the logic. A call that times out may still be carried out later.
 class PatientPaths {
   public:
-    /// A sleeping disk takes up to ten seconds to spin up. The windows are repainted meanwhile, and
-    /// closing one ends the wait.
+    /// A sleeping disk takes up to ten seconds to spin up. During a wait the windows are repainted,
+    /// and closing a window ends the wait.
     static constexpr Waiting::Duration usualBound{12000};
     /// The bound for the search that follows a timeout and finds the mount that does not respond.
     /// It can be short: the search hangs as soon as it accesses that mount, unless the mount has
-    /// recovered. If the bound of the call is shorter, it is used instead.
+    /// recovered. If the bound of the timed-out call is shorter, that bound is used instead.
     static constexpr Waiting::Duration searchBound{1000};
-    /// The most calls that are left behind at the same time. For each mount that does not respond,
-    /// two calls hang: the timed-out one and the search.
+    /// The largest number of calls that are left behind at the same time. For each mount that does
+    /// not respond, two calls hang: the timed-out call and the search.
     static constexpr std::size_t mostLeftBehind = 16;
 
     PatientPaths(PathAccess access, waiting::Services services,
@@ -55,15 +55,16 @@ class PatientPaths {
 
     using Concerned = std::function<std::vector<std::string>()>;
 
-    /// The result of `question`, which is called with a MachineFiles& and concerns `paths`: whole
-    /// paths of the logic. Empty if the call has not returned within the bound. Empty without
-    /// waiting if a mount of one of the paths is known not to respond, or if an earlier call with
-    /// one of the paths has not returned. The question must own everything that it accesses.
+    /// Calls `question` with a MachineFiles& and returns its result. `paths` are the whole paths of
+    /// the logic that the question accesses. The result is empty if the call has not returned
+    /// within the bound. It is empty without a wait if a mount of one of the paths is known not to
+    /// respond, or if an earlier call with one of the paths has not returned. The question must own
+    /// everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::vector<std::string>& paths, Question question) {
         return askWithin(bound_, paths, std::move(question));
     }
-    /// The same with another bound.
+    /// Like ask(), but with another bound.
     template <typename Question>
     [[nodiscard]] auto askWithin(Waiting::Duration bound, const std::vector<std::string>& paths,
                                  Question question) {
@@ -71,8 +72,8 @@ class PatientPaths {
             bound, [&paths] { return paths; }, std::move(question));
     }
 
-    /// The same for a call of several steps. `concerned` returns the paths of the current step; it
-    /// is called before the call, and again if the call times out.
+    /// Like askWithin(), but for a call of several steps. `concerned` returns the paths of the
+    /// current step; it is called before the call, and again if the call times out.
     template <typename Question>
     [[nodiscard]] auto askInSteps(Waiting::Duration bound, const Concerned& concerned,
                                   Question question) {

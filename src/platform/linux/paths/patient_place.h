@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds step by step the mounts that a path of the logic leads through. The step that hangs
+// Finds step by step the mounts through which a path of the logic leads. A step that hangs
 // identifies the mount that does not respond, and the caller can stop before a step to such a
-// mount. It starts no thread and limits no wait.
+// mount. The function starts no thread and limits no wait.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace sonarith {
 
-/// The search's access to the machine; tests replace it.
+/// How the search accesses the machine; tests replace these functions.
 struct PlaceAccess {
     /// All current mount points.
     std::function<std::vector<std::string>()> mountPoints;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A walk through the machine's folders for the thread of the logic: its wait for each call is
-// limited, and it skips folders that do not respond. machine_walk.h reads the folders.
+// Walks through the machine's folders for the thread of the logic: limits the wait for each call,
+// and skips folders that do not respond. machine_walk.h reads the folders.
 #pragma once
 
 #include <chrono>
@@ -25,7 +25,7 @@ class PatientWalk final : public DirectoryWalk {
     /// with new calls.
     static constexpr std::chrono::milliseconds usualReadAhead{5};
 
-    /// `paths` must outlive this.
+    /// `paths` must outlive this object.
     explicit PatientWalk(PatientPaths& paths,
                          MachineWalk::Duration longestReadAhead = usualReadAhead)
         : paths_(paths), longestReadAhead_(longestReadAhead) {}
@@ -59,7 +59,7 @@ class PatientWalk final : public DirectoryWalk {
     std::shared_ptr<WalkedFolders> walked_ = std::make_shared<WalkedFolders>();
     /// Replaced by a new object when a call times out.
     std::shared_ptr<MachineWalk> machine_ = makeMachineWalk();
-    /// Folders that were read and not listed yet, keyed by their path in lower case.
+    /// Folders that were read but not listed yet, by their path in lower case.
     std::map<std::string, Listing> ahead_;
     std::map<FindHandle, Listing> listings_;
     FindHandle lastHandle_ = 0;

@@ -59,11 +59,11 @@ class PatientWalkTest : public testing::Test, protected test::HangingWorld {
 
 TEST_F(PatientWalkTest, ListsTheFoldersBelowWithoutAFurtherCall) {
     ASSERT_THAT(namesIn("d:\\"), UnorderedElementsAre(".", "..", "a", "b"));
-    const int calls = mounts->askings(d);
+    const int calls = mounts->calls(d);
     EXPECT_THAT(namesIn("d:\\a\\"), UnorderedElementsAre(".", "..", "1.wav", "deep"));
     EXPECT_THAT(namesIn("d:\\a\\deep\\"), UnorderedElementsAre(".", "..", "2.wav"));
     EXPECT_THAT(namesIn("d:\\b\\"), UnorderedElementsAre(".", "..", "3.wav"));
-    EXPECT_EQ(mounts->askings(d), calls);
+    EXPECT_EQ(mounts->calls(d), calls);
 }
 
 TEST_F(PatientWalkTest, TheFirstFolderOfAWalkIsReadAlone) {
@@ -71,12 +71,12 @@ TEST_F(PatientWalkTest, TheFirstFolderOfAWalkIsReadAlone) {
     FindRecord entry;
     const FindHandle handle = another.FindFirst("d:\\*.*", entry);
     ASSERT_NE(handle, invalidFindHandle);
-    const int calls = mounts->askings(d);
+    const int calls = mounts->calls(d);
     while (another.FindNext(handle, entry)) {
     }
     another.FindClose(handle);
     ASSERT_NE(another.FindFirst("d:\\a\\*.*", entry), invalidFindHandle);
-    EXPECT_GT(mounts->askings(d), calls);
+    EXPECT_GT(mounts->calls(d), calls);
 }
 
 TEST_F(PatientWalkTest, AFolderReadAheadIsFoundInAnyCase) {
@@ -135,9 +135,9 @@ TEST_F(PatientWalkTest, NothingIsReadAheadWhileACallHangs) {
     ASSERT_FALSE(files.fileExists("e:\\b.wav"));
     const int hanging = mounts->blocked();
     ASSERT_THAT(namesIn("d:\\"), Contains("a"));
-    const int calls = mounts->askings(d);
+    const int calls = mounts->calls(d);
     EXPECT_THAT(namesIn("d:\\a\\"), Contains("1.wav"));
-    EXPECT_GT(mounts->askings(d), calls);
+    EXPECT_GT(mounts->calls(d), calls);
     EXPECT_EQ(mounts->blocked(), hanging);
 }
 

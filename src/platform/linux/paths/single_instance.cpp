@@ -14,8 +14,8 @@ namespace sonarith {
 
 namespace {
 
-/// Creates the folder and its parents, accessible to this user only: the desktop's convention
-/// requires that for folders of configuration files.
+/// Creates the folder and its parents with access for this user only, as the desktop's convention
+/// requires for folders of configuration files.
 void makeFolder(const std::string& path) {
     for (std::size_t end = 0; end < path.size();) {
         end = std::min(path.find('/', end + 1), path.size());
@@ -49,7 +49,8 @@ SingleInstance::SingleInstance(const std::vector<std::string>& folders) {
     }
 }
 
-/// True if it is now known whether this or another instance holds the lock.
+/// Tries to lock the file in `folder`. Returns true if it is then known whether this or another
+/// instance holds the lock.
 bool SingleInstance::lockIn(const std::string& folder) {
     const int opened =
         ::open((folder + "/sonarith.lock").c_str(),

@@ -8,10 +8,10 @@
 
 namespace sonarith {
 
-/// The folders for the lock, best first. The first is `storeFolder`, the folder of the settings
-/// store, which is created: there the lock is beside the data that it protects, and all sessions of
-/// a user find it, whatever their environment. The second is $XDG_RUNTIME_DIR, if it is valid
-/// (absolute, owned by this user, writable by no other user).
+/// The folders for the lock, the best one first. The first is `storeFolder`, the folder of the
+/// settings store: there the lock is beside the data that it protects, and all sessions of a user
+/// find it, whatever their environment. This function creates that folder. The second is
+/// $XDG_RUNTIME_DIR, if it is valid (absolute, owned by this user, writable by no other user).
 [[nodiscard]] std::vector<std::string> instanceFolders(const std::string& storeFolder);
 
 /// Holds a lock on a file during its lifetime. The file is in the first of the folders that
@@ -24,8 +24,8 @@ class SingleInstance {
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// False only if another instance is known to hold the lock: if no lock is possible at all, the
-    /// program starts anyway.
+    /// False only if another instance is known to hold the lock. True if no folder supports locks,
+    /// so that the program starts in this case, too.
     [[nodiscard]] bool isFirst() const { return first_; }
 
   private:

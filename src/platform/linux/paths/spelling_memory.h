@@ -17,14 +17,14 @@ namespace sonarith {
 class SpellingMemory {
   public:
     /// Enough for about 5,000 paths of usual length. No user chooses more paths. A search of a
-    /// whole disk may visit more folders; then the least recently used ones are forgotten first.
+    /// whole disk may visit more folders; the least recently used paths are then forgotten.
     static constexpr std::size_t usualBytes = std::size_t{1} << 20;
 
-    /// `mostBytes` limits the total length of the stored strings: each path is stored as it is
-    /// spelled and in lower case.
+    /// `mostBytes` limits the total length of the stored strings. Each path counts twice: it is
+    /// stored as it is spelled and in lower case.
     explicit SpellingMemory(std::size_t mostBytes = usualBytes) : mostBytes_(mostBytes) {}
 
-    /// Replaces another spelling of the same path.
+    /// Stores the spelling of `path`; it replaces another spelling of the same path.
     void remember(const std::string& path);
     /// The remembered spelling of a path given in any case; empty if there is none.
     [[nodiscard]] std::optional<std::string> find(std::string_view path);

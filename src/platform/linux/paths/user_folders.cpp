@@ -22,8 +22,8 @@ std::optional<std::string> absoluteIn(const char* variable) {
     return value != nullptr && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The content of a text in double quotes, unescaped as by the shell. Empty if `text` is anything
-/// else; spaces and tabs may follow the closing quote.
+/// The content of a text in double quotes, unescaped as by the shell; spaces and tabs may follow
+/// the closing quote. Empty if `text` is anything else.
 std::optional<std::string> unquoted(std::string_view text, const std::string& home) {
     if (!text.starts_with('"')) {
         return std::nullopt;
@@ -53,9 +53,9 @@ std::optional<std::string> unquoted(std::string_view text, const std::string& ho
     return closed ? std::optional(value) : std::nullopt;
 }
 
-/// The file's content; empty if it cannot be read or is not a regular file.
+/// The file's content; empty if the file cannot be read, is too large or is not a regular file.
 std::string textOfFile(const std::string& path) {
-    // A user-dirs.dirs file contains eight paths and is far smaller than this.
+    // A user-dirs.dirs file contains eight paths, so it is far smaller than this limit.
     constexpr std::size_t mostBytes = 64 * 1024;
     const auto file = LinuxBinaryFile::open(path, FileAccess::read);
     std::string text(mostBytes, '\0');

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folders that the account and its desktop define for a user's files, as machine paths. It
-// creates none of them, and does not access the home folder, which may be on a server that does not
-// respond.
+// Determines the folders that the account and the desktop define for a user's files, as machine
+// paths. It creates none of them. Only musicFolder() accesses the disk: it reads a file that is
+// usually in the home folder, which may be on a server that does not respond.
 #pragma once
 
 #include <optional>
@@ -24,11 +24,11 @@ namespace sonarith {
 [[nodiscard]] std::optional<std::string> musicFolderIn(std::string_view userDirs,
                                                        const std::string& home);
 
-/// The user's folder for music: the one in user-dirs.dirs in $XDG_CONFIG_HOME (if that is an
-/// absolute path) or in ~/.config, else "Music" in the home. A folder is skipped if its path below
-/// the home contains a dot, or, for a folder outside the home, if its whole path does: the search
-/// for audio files takes the text after the first dot of a path as the extension, so it would find
-/// no file in such a folder.
+/// The user's folder for music: the folder that the file user-dirs.dirs names, else "Music" in the
+/// home folder. The file is in $XDG_CONFIG_HOME if that is an absolute path, else in ~/.config. A
+/// named folder is ignored if its path below the home folder contains a dot, or, for a folder
+/// outside the home folder, if its whole path contains a dot: the search for audio files takes the
+/// text after the first dot of a path as the extension, so it would find no file in such a folder.
 [[nodiscard]] std::string musicFolder();
 
 } // namespace sonarith

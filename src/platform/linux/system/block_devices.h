@@ -12,19 +12,19 @@ namespace sonarith::system_information {
 
 class BlockDevices {
   public:
-    /// `sys` has the layout of /sys, `disks` that of /dev/disk.
+    /// `sys` is a folder with the layout of /sys, `disks` a folder with the layout of /dev/disk.
     BlockDevices(std::string sys, std::string disks)
         : sys_(std::move(sys)), disks_(std::move(disks)) {}
 
-    /// The kernel's name of the device ("sda1", "dm-0"); empty for a mount without one.
+    /// The kernel's name of the device ("sda1", "dm-0"); empty for a mount without a block device.
     [[nodiscard]] std::optional<std::string> nameOf(const MountPoint& mount) const;
-    /// The kernel's removable flag. For a partition it is the flag of the whole disk; for a mapped
-    /// device (encryption, volumes) it is true if a disk below is removable.
+    /// The kernel's removable flag. For a partition, this is the flag of the whole disk. For a
+    /// mapped device (encryption, volumes), it is true if a disk under that device is removable.
     [[nodiscard]] bool isRemovable(const std::string& name) const;
 
-    /// The file system's label; empty for none.
+    /// The file system's label; empty if it has none.
     [[nodiscard]] std::string label(const std::string& name) const;
-    /// The file system's UUID as text; empty for none.
+    /// The file system's UUID as text; empty if it has none.
     [[nodiscard]] std::string uuid(const std::string& name) const;
 
   private:

@@ -32,7 +32,8 @@ bool isRemote(const MountPoint& mount) {
         "fuse.davfs2",     "fuse.gcsfuse",  "fuse.glusterfs",   "fuse.goofys",
         "fuse.gvfsd-fuse", "fuse.kio-fuse", "fuse.rclone",      "fuse.s3fs",
         "fuse.smbnetfs",   "fuse.sshfs",    "fuse.vmhgfs-fuse", "fuse.webdavfs"};
-    // Other sources that name a host: "//host/share", "host:/folder", "https://host".
+    // Mounts of other types may name a host in their source: "//host/share", "host:/folder",
+    // "https://host".
     const bool namesHost =
         mount.source.starts_with("//") || mount.source.find(":/") != std::string::npos;
     return isOneOf(types, mount.fileSystemType) || isOneOf(programs, mount.fileSystemType) ||

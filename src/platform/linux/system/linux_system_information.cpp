@@ -24,7 +24,7 @@ namespace {
 
 using namespace system_information;
 
-/// The longest time of a call, as SystemInformation requires.
+/// The longest time that a call may take, as SystemInformation requires.
 constexpr Waiting::Duration patience{100};
 
 std::string textOfFile(const std::string& path) {
@@ -32,13 +32,13 @@ std::string textOfFile(const std::string& path) {
     return (std::stringstream() << file.rdbuf()).str();
 }
 
-/// Appends a terminating NUL, which the interface's texts contain.
+/// Appends a terminating NUL, which the texts of SystemInformation contain.
 std::string withNul(std::string text) {
     text.push_back('\0');
     return text;
 }
 
-/// Limited to the largest number, since some FUSE file systems report sizes that overflow.
+/// The product, limited to the largest number: some FUSE file systems report sizes that overflow.
 std::int64_t product(std::uint64_t blocks, std::uint64_t blockBytes) {
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     const bool fits = blockBytes == 0 || blocks <= most / blockBytes;
@@ -132,8 +132,8 @@ std::optional<DiskSpace> LinuxSystemInformation::diskSpace(const std::string& ro
     if (!drive) {
         return std::nullopt;
     }
-    // Drives on one mount hang together, so they share one object. A later mount at the same mount
-    // point is a different object.
+    // All drives on one mount hang if the mount hangs, so they share one object of `calls_`. A
+    // later mount at the same mount point is a different object.
     const auto mount = mounts_.holding(drive->mountPoint);
     const std::string object = mount ? mount->device + " " + mount->path : drive->mountPoint;
     return calls_.ask(object, [read = readSpace_, path = drive->mountPoint] { return read(path); });
@@ -168,8 +168,8 @@ MemoryStatus LinuxSystemInformation::memoryStatus() const {
 }
 
 ProcessorInformation LinuxSystemInformation::processor() const {
-    // The newest processor type for which the product has a name; all x86 processors in use are
-    // compatible with it.
+    // The newest processor type that the program can name; all x86 processors in use are compatible
+    // with this type.
 #if defined(__x86_64__) || defined(__i386__)
     constexpr int type = 586;
 #else
@@ -186,7 +186,7 @@ std::optional<SystemVersion> LinuxSystemInformation::version() const {
 }
 
 int LinuxSystemInformation::keyboardType() const {
-    // "Enhanced": the type of all current keyboards; the kernel does not distinguish older ones.
+    // "Enhanced": the type of all current keyboards; the kernel does not report older types.
     constexpr int enhanced = 4;
     return keyboardIn(textOfFile(places_.inputDevices)).present ? enhanced : 0;
 }
@@ -212,7 +212,7 @@ std::optional<std::string> LinuxSystemInformation::systemFolder() const {
 }
 
 std::optional<std::string> LinuxSystemInformation::windowsFolder() const {
-    return folderText("/usr"); // everything that the system itself has installed
+    return folderText("/usr"); // contains everything that the system itself has installed
 }
 
 std::optional<std::string> LinuxSystemInformation::computerName() const {

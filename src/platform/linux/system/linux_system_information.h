@@ -27,22 +27,22 @@ struct InformationPlaces {
     std::string disks = "/dev/disk";
 };
 
-/// The sizes of the file system that contains a machine path; empty if that fails. The call may
-/// never return.
+/// The sizes of the file system that contains a machine path; empty if they cannot be determined.
+/// The call may never return.
 [[nodiscard]] std::optional<DiskSpace> spaceOf(const std::string& machinePath);
 
-/// A drive is a letter with its folder. Queries that may hang run on a separate thread: the sizes
-/// of a mount, and the user's name, which may come from a server.
+/// Queries that may hang run on a separate thread: the sizes of a mount, and the user's name, which
+/// may come from a server.
 class LinuxSystemInformation final : public SystemInformation {
   public:
     /// Returns the current drives. Called when the kernel's list of mounts has changed.
     using Drives = std::function<std::vector<Drive>()>;
     /// Translates an absolute machine path to the logic's form.
     using ToLogic = std::function<std::string(const std::string&)>;
-    /// As spaceOf(). Called on another thread, which may outlive this.
+    /// As spaceOf(). Called on another thread, which may outlive this object.
     using SpaceReader = std::function<std::optional<DiskSpace>(const std::string&)>;
 
-    /// Queries that may hang use `threads` and `waiting`, which must outlive this.
+    /// Queries that may hang use `threads` and `waiting`, which must outlive this object.
     LinuxSystemInformation(waiting::WorkerThreads& threads, Waiting& waiting, Drives drives,
                            ToLogic toLogic, const InformationPlaces& places = {},
                            SpaceReader readSpace = spaceOf);
@@ -85,7 +85,7 @@ class LinuxSystemInformation final : public SystemInformation {
     mutable system_information::PatientCalls calls_;
 };
 
-/// The last eight hexadecimal digits of a text, or all of them if there are fewer, as a number.
+/// The last eight hexadecimal digits of `uuid` as a number; all digits if there are fewer.
 [[nodiscard]] std::uint32_t serialNumberIn(const std::string& uuid);
 
 } // namespace sonarith

@@ -30,7 +30,7 @@ bool takeCharacter(std::string_view& text, char wanted) {
     return there;
 }
 
-/// The keys of a device: words of 64 keys each, the highest first.
+/// The keys of a device, parsed from words of 64 keys each, the highest keys first.
 class KeySet {
   public:
     explicit KeySet(const std::string& words) {
@@ -65,7 +65,7 @@ Keyboard keyboardOf(const KeySet& keys) {
     constexpr int lettersOfTheRow = 10;
     Keyboard keyboard;
     keyboard.present = keys.countOf(letterQ, letterP) == lettersOfTheRow;
-    // Not F13 to F24: drivers report these for keyboards that do not have them.
+    // F13 to F24 are not counted: drivers report them for keyboards that do not have them.
     constexpr std::size_t f1 = 59, f10 = 68, f11 = 87, f12 = 88;
     keyboard.functionKeys = keyboard.present ? keys.countOf(f1, f10) + keys.countOf(f11, f12) : 0;
     return keyboard;
@@ -97,7 +97,7 @@ MemoryStatus memoryIn(std::string_view memInfo) {
 }
 
 OnlineProcessors processorsIn(std::string_view list) {
-    // No kernel supports more processors: a list with more is invalid.
+    // No kernel supports more processors, so a list with more is invalid.
     constexpr int mostProcessors = 65536;
     constexpr int bits = 64;
     OnlineProcessors online;
@@ -136,8 +136,8 @@ std::optional<SystemVersion> versionIn(std::string_view release) {
     if (!minor) {
         return std::nullopt;
     }
-    // 2 is the classic platform number of systems with user accounts, permissions and protected
-    // memory.
+    // 2 is this interface's platform number for systems with user accounts, permissions and
+    // protected memory.
     return SystemVersion{2, *major, *minor};
 }
 

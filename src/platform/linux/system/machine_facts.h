@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Parses the kernel's texts about memory, processors and keyboards. Text only: it opens no file.
+// Parses the kernel's texts about memory, processors and keyboards. It opens no file.
 #pragma once
 
 #include <cstdint>
@@ -10,15 +10,15 @@
 
 namespace sonarith::system_information {
 
-/// From the text of /proc/meminfo. All 0 if it has another format.
+/// Parses the text of /proc/meminfo. All values are 0 if the text has another format.
 [[nodiscard]] MemoryStatus memoryIn(std::string_view memInfo);
 
 struct OnlineProcessors {
     int count = 0;
-    std::uint64_t mask = 0; ///< the first 64 processors
+    std::uint64_t mask = 0; ///< a bit for each of the first 64 processors
 };
-/// From a list as in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first part with
-/// another format.
+/// Parses a list like that in /sys/devices/system/cpu/online: "0-3,5". Parsing ends at the first
+/// part with another format.
 [[nodiscard]] OnlineProcessors processorsIn(std::string_view list);
 
 struct Keyboard {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds the mount of a path in the kernel's current list. It accesses no mount, so a hanging
-// mount blocks no caller.
+// Finds the mount that contains a path in the kernel's current list. It accesses no mount, so a
+// hanging mount blocks no caller.
 #pragma once
 
 #include <optional>
@@ -19,7 +19,8 @@ class MountTable {
 
     /// Updates the table. Returns whether the kernel's list has changed; true at the first call.
     [[nodiscard]] bool update();
-    /// The deepest mount that contains the plain machine path; nothing if there is no list.
+    /// The deepest mount that contains `path`, a plain machine path (path_names.h); empty if the
+    /// table is empty.
     [[nodiscard]] std::optional<MountPoint> holding(std::string_view path) const;
 
   private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls to objects that are identified by name (a mount, a directory service). The caller waits for
-// each call at most a fixed time. waiting/blocking_calls.h describes what happens to calls that
-// hang.
+// Makes calls that access an object (a mount, a directory service), which is identified by a name.
+// The caller waits at most a fixed time for each call. waiting/blocking_calls.h describes what
+// happens to calls that hang.
 #pragma once
 
 #include <cstddef>
@@ -16,14 +16,14 @@ namespace sonarith::system_information {
 /// For the thread of the logic.
 class PatientCalls {
   public:
-    /// `threads` and `waiting` must outlive this.
+    /// `threads` and `waiting` must outlive this object.
     PatientCalls(waiting::WorkerThreads& threads, Waiting& waiting, Waiting::Duration patience)
         : threads_(threads), waiting_(waiting), patience_(patience) {}
 
-    /// Returns the result of `question`, a std::optional; empty if it does not return within
-    /// `patience`. Returns empty at once while an earlier question to the same object has not
-    /// returned, so that an object that does not respond blocks one thread only. `question` must
-    /// own everything that it accesses.
+    /// Returns the result of `question`, a std::optional; empty if `question` does not return
+    /// within `patience`. Returns empty at once while an earlier question to the same object has
+    /// not returned, so that an object that does not respond blocks only one thread. `question`
+    /// must own everything that it accesses.
     template <typename Question>
     [[nodiscard]] auto ask(const std::string& object, Question question) {
         removeReturnedCalls();

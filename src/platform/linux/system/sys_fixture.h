@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Test fixture: simulated /sys and /dev/disk trees in a temporary folder, and a query of a drive's
-// space that retries on a busy machine.
+// Simulates the trees /sys and /dev/disk in a temporary folder, and queries the space of a drive
+// with retries for a busy machine. For tests only.
 //
 //     FakeSys sys;
 //     sys.addDisk("sda", "8:0", RemovableFlag::set);
