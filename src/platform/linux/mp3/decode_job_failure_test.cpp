@@ -126,7 +126,7 @@ TEST_F(DecodeJobTest, KeepsThePartThatFitsOnAFullDisk) {
         });
         if (code == test::mayNotMount) {
             GTEST_SKIP() << "this user may not mount a disk; "
-                            "KeepsThePartThatTheFileSizeLimitAllows tests it, too";
+                            "KeepsThePartThatTheFileSizeLimitAllows tests the same with a limit";
         }
         EXPECT_EQ(code, 0) << threads;
     }

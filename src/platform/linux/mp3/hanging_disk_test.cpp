@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The MP3 control on a disk that hangs: none of its members waits for it, and no decoded sound is
-// lost.
+// Tests the MP3 control on a disk that hangs: no member of the control waits for the disk, and no
+// decoded sound is lost.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -92,7 +92,7 @@ TEST_F(HangingDiskTest, StopReturnsWhileTheWavIsBeingNamed) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, NothingWaitsForTheOpeningAndReadingOfTheSource) {
+TEST_F(HangingDiskTest, PlayAndStopDoNotWaitForTheOpeningOrReadingOfTheSource) {
     for (const std::uint32_t call : {SYS_openat, SYS_pread64}) {
         HeldCalls disk({call}, test::ofPath("in.mp3"));
         hangIn(disk, slow / "out.wav");
@@ -106,11 +106,11 @@ TEST_F(HangingDiskTest, NothingWaitsForTheOpeningAndReadingOfTheSource) {
         EXPECT_FALSE(card.active());
         disk.release();
         EXPECT_TRUE(saves->noneWithin(30s));
-        EXPECT_EQ(test::entriesIn(slow), 0) << "nothing was decoded";
+        EXPECT_EQ(test::entriesIn(slow), 0) << "a WAV was saved although nothing was decoded";
     }
 }
 
-TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileThePreviousOneIsBeingNamed) {
+TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileAStoppedWavWaitsForTheDisk) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     ASSERT_TRUE(disk.run([&] {
@@ -125,7 +125,7 @@ TEST_F(HangingDiskTest, TheNextFileIsDecodedWhileThePreviousOneIsBeingNamed) {
     EXPECT_EQ(samplesIn(slow / "out.wav"), allSamples);
 }
 
-TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
+TEST_F(HangingDiskTest, ADecodingToTheSameTargetBeginsAfterThePreviousOne) {
     const fs::path wav = slow / "out.wav";
     std::unique_ptr<Mpg123Control> next;
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
@@ -135,26 +135,26 @@ TEST_F(HangingDiskTest, ADecodingOfTheSameTargetBeginsAfterThePreviousOne) {
         next.reset();
     });
     ASSERT_TRUE(disk.run([&] {
-        control.reset(); // as when its window is unloaded
+        control.reset(); // the program does this when it unloads the control's window
         fixture::writeFile(source, fixture::encoded(22050, 1, "-b 32"));
         next = makeControl();
         EXPECT_TRUE(next->DecodeToWav(wav).ok());
         std::this_thread::sleep_for(20ms);
         EXPECT_TRUE(next->Busy());
-        EXPECT_EQ(next->Position(), 0) << "the second decoding waits";
+        EXPECT_EQ(next->Position(), 0) << "the second decoding did not wait";
     }));
     EXPECT_EQ(test::visibleEntriesIn(slow), 0);
     disk.release();
     EXPECT_TRUE(fakes::eventually([&] { return !next->Busy(); }));
     EXPECT_EQ(next->lastResult().outcome, DecodeOutcome::completed);
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}))
-        << "the later decoding wrote last";
+        << "the later decoding was not the last to write";
     EXPECT_TRUE(saves->noneWithin(30s));
     EXPECT_EQ(fixture::readWav(wav).format, (PcmFormat{22050, 1}));
     next.reset();
 }
 
-TEST_F(HangingDiskTest, ADecodingStoppedWhileWaitingKeepsThePreviousWav) {
+TEST_F(HangingDiskTest, ADecodingThatIsStoppedWhileItWaitsDoesNotReplaceThePreviousWav) {
     const fs::path wav = slow / "out.wav";
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, wav);
@@ -178,14 +178,14 @@ TEST_F(HangingDiskTest, ASecondStartDoesNotWaitForTheCheckOfTheFiles) {
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         const auto before = FileIdentity::of(slow / "out.wav");
         EXPECT_TRUE(control->DecodeToWav(slow / "out.wav").ok());
-        EXPECT_TRUE(control->Busy()) << "the check of the files still hangs";
+        EXPECT_TRUE(control->Busy()) << "the check of the files must still hang";
         disk.release();
         EXPECT_TRUE(fakes::eventually([&] { return !control->Busy(); }));
         EXPECT_EQ(FileIdentity::of(slow / "out.wav"), before);
     }));
 }
 
-TEST_F(HangingDiskTest, AFailureAfterAStopIsReportedToo) {
+TEST_F(HangingDiskTest, AFailureAfterAStopIsAlsoReported) {
     HeldCalls disk({SYS_fsync}, test::ofPath("/slow/"));
     hangIn(disk, slow / "out.wav");
     EXPECT_TRUE(disk.run([&] { control.reset(); }));

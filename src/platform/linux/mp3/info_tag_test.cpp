@@ -16,7 +16,7 @@ std::optional<GaplessTrim> tagOf(const Data& data) {
     return parseInfoTag(*header, Bytes(data).first(static_cast<std::size_t>(header->bytes)));
 }
 
-TEST(InfoTagTest, LeavesExactlyTheSamplesThatWereEncoded) {
+TEST(InfoTagTest, KeepsExactlyTheSamplesThatWereEncoded) {
     constexpr double seconds = 1;
     for (const char* options : {"-b 128", "-V 2", "--abr 140", "-p -b 128"}) {
         for (const int channels : {1, 2}) {
@@ -38,7 +38,7 @@ TEST(InfoTagTest, IsNotDetectedInOrdinaryFrames) {
     EXPECT_FALSE(tagOf(fixture::layer2(1)));
 }
 
-TEST(InfoTagTest, IsDetectedButNotReadIfItIsTruncated) {
+TEST(InfoTagTest, IsDetectedButTrimsNothingIfItIsTruncated) {
     const Data& data = fixture::ordinary();
     for (std::size_t bytes = 0; bytes < 200; ++bytes) {
         const auto tag = parseInfoTag(*parseHeader(data), Bytes(data).first(bytes));
@@ -51,10 +51,10 @@ TEST(InfoTagTest, IsDetectedButNotReadIfItIsTruncated) {
 
 TEST(InfoTagTest, TrimsNothingIfTheEncoderDoesNotStateWhatItAdded) {
     Data data = fixture::ordinary();
-    data[156] = 0; // the encoder's name: 36 + 8 + 4 + 4 + 100 + 4
+    data[156] = 0; // the encoder's name, at offset 36 + 8 + 4 + 4 + 100 + 4
     EXPECT_EQ(tagOf(data), GaplessTrim());
     data = fixture::ordinary();
-    data[43] = 0; // the flags of the fields: none exists, not even the number of frames
+    data[43] = 0; // the flags of the fields: no field exists, not even the number of frames
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
@@ -64,7 +64,7 @@ TEST(InfoTagTest, TrimsNothingIfItsNumbersAreImpossible) {
     EXPECT_EQ(tagOf(data), GaplessTrim());
 }
 
-TEST(GaplessTrimTest, CutsTheFrontAndTheEncodersEndAndKeepsWhatFollows) {
+TEST(GaplessTrimTest, RemovesBothEndsOfTheEncodersSoundAndKeepsLaterSamples) {
     const GaplessTrim trim(10, 90, 100);
     const std::vector<std::pair<std::int64_t, std::int64_t>> cases{
         {0, 0}, {10, 0}, {11, 1}, {90, 80}, {95, 80}, {100, 80}, {101, 81}, {200, 180}};

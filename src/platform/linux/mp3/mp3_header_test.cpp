@@ -54,7 +54,7 @@ TEST(Mp3HeaderTest, RefusesInvalidHeaders) {
     }
 }
 
-TEST(Mp3HeaderTest, ReturnsTheOffsetOfTheSideInformation) {
+TEST(Mp3HeaderTest, ReturnsThePositionAndSizeOfTheSideInformation) {
     const FrameHeader plain = *parseHeader(Data{0xFF, 0xFB, 0x90, 0x64});
     EXPECT_EQ(plain.sideInfoOffset(), 4U);
     EXPECT_EQ(plain.sideInfoBytes(), 32U);
@@ -62,7 +62,7 @@ TEST(Mp3HeaderTest, ReturnsTheOffsetOfTheSideInformation) {
     const FrameHeader checked = *parseHeader(Data{0xFF, 0xF2, 0x14, 0x64});
     EXPECT_EQ(checked.sideInfoOffset(), 6U);
     EXPECT_EQ(checked.sideInfoBytes(), 17U);
-    EXPECT_EQ(checked.mainDataBytes(), 1) << "the smallest possible frame";
+    EXPECT_EQ(checked.mainDataBytes(), 1); // the smallest possible frame
     EXPECT_EQ(parseHeader(Data{0xFF, 0xFB, 0x90, 0xC4})->sideInfoBytes(), 17U);
     EXPECT_EQ(parseHeader(Data{0xFF, 0xF3, 0x90, 0xC4})->sideInfoBytes(), 9U);
 }

@@ -37,7 +37,7 @@ TEST(SegmentIndexTest, DividesAllFramesWithoutGapsOrOverlaps) {
     }
 }
 
-TEST(SegmentIndexTest, ReturnsWhereThePrerollBegins) {
+TEST(SegmentIndexTest, ReturnsTheOffsetAtWhichThePrerollBegins) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     for (const Segment& segment : segmentsOf(fixture::ordinary(), 10)) {
         EXPECT_EQ(segment.preroll.offset,
@@ -58,7 +58,7 @@ TEST(SegmentIndexTest, HasTheSameCountsAsTheSequentialPass) {
     EXPECT_GT(index.count().framesSilenced, 0);
 }
 
-TEST(SegmentIndexTest, HasEveryFrameBeforeAPlaceThatCannotBeRead) {
+TEST(SegmentIndexTest, IncludesEveryFrameBeforeAnUnreadableOffset) {
     const auto frames = fixture::framesOf(fixture::ordinary());
     const auto bad = static_cast<std::size_t>(frames[57].offset) + 100;
     const fixture::BadPlaceSource source(fixture::ordinary(), bad, SIZE_MAX);

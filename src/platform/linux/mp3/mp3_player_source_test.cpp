@@ -47,7 +47,7 @@ class Mp3PlayerSourceTest : public testing::Test {
     std::array<StereoFrame, 441> block{};
 };
 
-TEST_F(Mp3PlayerSourceTest, ReturnsTheSamplesOfAFileOfTheCardsRate) {
+TEST_F(Mp3PlayerSourceTest, ReturnsTheUnchangedSamplesOfAFileAtTheCardsRate) {
     const auto frames = all(*play(fixture::ordinary()));
     const fixture::Samples samples = fixture::sequentially(fixture::ordinary()).samples;
     ASSERT_EQ(frames.size() * 2, samples.size());
@@ -56,7 +56,7 @@ TEST_F(Mp3PlayerSourceTest, ReturnsTheSamplesOfAFileOfTheCardsRate) {
     }
 }
 
-TEST_F(Mp3PlayerSourceTest, ConvertsOtherRatesToTheCards) {
+TEST_F(Mp3PlayerSourceTest, ConvertsOtherRatesToTheCardsRate) {
     EXPECT_NEAR(static_cast<double>(all(*play(encoded(22050, 1, "-b 64"))).size()), 4 * 44100, 50);
     EXPECT_NEAR(static_cast<double>(all(*play(encoded(48000, 2, "-b 128"))).size()), 4 * 44100, 50);
 }
@@ -81,14 +81,15 @@ TEST_F(Mp3PlayerSourceTest, EndsEarlyIfTheFileIsShortenedDuringPlaying) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     auto player = playFile(folder / "a.mp3");
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    std::filesystem::resize_file(folder / "a.mp3", 20'000); // three seconds may have been read
+    // The thread may already have read all but half a second of the file.
+    std::filesystem::resize_file(folder / "a.mp3", 20'000);
     EXPECT_LT(all(*player).size(), 7U * 44100 / 2);
 }
 
-TEST_F(Mp3PlayerSourceTest, IsDestroyedWhileItsRingIsFull) {
+TEST_F(Mp3PlayerSourceTest, CanBeDestroyedWhileItsRingIsFull) {
     auto player = play(encoded(44100, 2, "-b 128"));
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    player.reset(); // hangs if the thread still waits for space
+    player.reset(); // would hang if the thread still waited for space
 }
 
 TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
@@ -108,7 +109,7 @@ TEST_F(Mp3PlayerSourceTest, StopsTheCardOnlyBrieflyWhileTheDiskHangs) {
     EXPECT_EQ(pulled.frames, block.size());
     EXPECT_THAT(block, testing::Each(StereoFrame{}));
     disk.release();
-    // The silence ends as soon as sound is ready, and no sound is lost.
+    // The silence ends as soon as sound is ready.
     EXPECT_TRUE(fakes::eventually([&] {
         return player->pull(block).supply == Supply::flowing && block != decltype(block){};
     }));
@@ -126,7 +127,7 @@ TEST_F(Mp3PlayerSourceTest, IsDestroyedAtOnceWhileTheDiskHangs) {
     }
 }
 
-TEST_F(Mp3PlayerSourceTest, EndsAtOnceIfTheSystemHasNoThread) {
+TEST_F(Mp3PlayerSourceTest, EndsAtOnceIfNoThreadCanBeStarted) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     const fakes::LimitedThreads threads(0);
     Mp3PlayerSource player(

@@ -36,7 +36,7 @@ class Mpg123ControlTest : public testing::Test {
         EXPECT_TRUE(control.DecodeToWav(target).ok());
     }
     std::optional<FileIdentity> written() const { return FileIdentity::of(target); }
-    /// Advances the card until the tape contains `frames` frames, including the silent ones.
+    /// Advances the card until `tape` contains `frames` frames; silent frames count, too.
     void playOn(const fakes::MemorySink& tape, std::size_t frames) {
         EXPECT_TRUE(fakes::eventually([&] {
             now += 10ms;
@@ -96,14 +96,14 @@ TEST_F(Mpg123ControlTest, PositionIncreasesWithinAConstantPositiveLength) {
     }
 }
 
-TEST_F(Mpg123ControlTest, DoesNothingForTheSameJobThatRunsOrWasJustCompleted) {
+TEST_F(Mpg123ControlTest, DecodesNothingAgainThatIsBeingDecodedOrWasCompleted) {
     decode();
     decode();
     finish();
     const auto before = written();
     ASSERT_TRUE(before);
     decode();
-    finish(); // at once, unless the machine is busy with other things
+    finish(); // returns at once unless the machine is busy with other programs
     EXPECT_EQ(written(), before);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
@@ -140,7 +140,7 @@ TEST_F(Mpg123ControlTest, DecodesAgainAfterAStopAndAfterAFailure) {
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
 }
 
-TEST_F(Mpg123ControlTest, StopsTheRunningJobForAnotherTarget) {
+TEST_F(Mpg123ControlTest, StopsTheRunningDecodingIfAnotherTargetIsRequested) {
     const fs::path second = folder / "second.wav";
     writeFile(source, encoded(44100, 2, "-b 320"));
     decode();
@@ -156,7 +156,7 @@ TEST_F(Mpg123ControlTest, StopsTheRunningJobForAnotherTarget) {
     }
 }
 
-TEST_F(Mpg123ControlTest, AJobContinuesWhenOnlyTheSourceFileIsSet) {
+TEST_F(Mpg123ControlTest, ADecodingContinuesIfOnlyTheSourceFileIsSet) {
     decode();
     EXPECT_TRUE(control.setSourceFile(folder / "none.mp3").ok());
     finish();
@@ -196,7 +196,7 @@ TEST_F(Mpg123ControlTest, ReportsNothingAboutFilesThatCannotBePlayed) {
     for (const fs::path& path : {folder / "none.mp3", folder.path(), folder / "junk"}) {
         EXPECT_TRUE(control.setSourceFile(path).ok());
         EXPECT_TRUE(control.Play().ok());
-        EXPECT_TRUE(fakes::eventually([&] { // the card releases it at its end
+        EXPECT_TRUE(fakes::eventually([&] { // the card releases a source that has ended
             card.advance(now += 1ms);
             return !card.active();
         }));
@@ -235,10 +235,10 @@ TEST_F(Mpg123ControlTest, TheWaveLineBelongsToTheControlThatPlayedLast) {
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Play().ok());
     EXPECT_TRUE(control.Stop().ok());
-    EXPECT_TRUE(card.active()) << "the other control plays";
+    EXPECT_TRUE(card.active()) << "Stop of the first control has stopped the other control";
     EXPECT_TRUE(control.Play().ok());
     EXPECT_TRUE(other.Stop().ok());
-    EXPECT_TRUE(card.active()) << "the first control plays again";
+    EXPECT_TRUE(card.active()) << "Stop of the other control has stopped the first control";
     EXPECT_TRUE(control.Stop().ok());
     EXPECT_FALSE(card.active());
 }
@@ -265,7 +265,7 @@ TEST_F(Mpg123ControlTest, OneControlDecodesWhileAnotherPlays) {
     decode();
     playOn(*tape, 10'000);
     finish();
-    EXPECT_TRUE(control.Stop().ok()) << "as the worker does when it is unloaded at the end";
+    EXPECT_TRUE(control.Stop().ok()); // a window does this when it is unloaded
     const std::size_t before = tape->size();
     playOn(*tape, before + 10'000);
     EXPECT_EQ(control.lastResult().outcome, DecodeOutcome::completed);
@@ -307,7 +307,7 @@ TEST_F(Mpg123ControlTest, ReportsEachFailureOnce) {
     EXPECT_THAT(notices.texts(), testing::ElementsAre(text, text));
 }
 
-TEST_F(Mpg123ControlTest, ReportsPartsThatACompleteDecodingOmitted) {
+TEST_F(Mpg123ControlTest, ReportsFramesThatACompletedDecodingOmitted) {
     writeFile(source, ordinary());
     decode();
     finish();

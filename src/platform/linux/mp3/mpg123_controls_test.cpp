@@ -52,7 +52,7 @@ TEST_F(Mpg123ControlsTest, CreatesControlsThatDecodeAndReportConcurrently) {
                 testing::ElementsAre("none.mp3 cannot be read (No such file or directory)"));
 }
 
-TEST_F(Mpg123ControlsTest, AllControlsStopAtTheEnd) {
+TEST_F(Mpg123ControlsTest, StopAllStopsAllControls) {
     const auto first = decodingTo(target);
     const auto second = decodingTo(folder / "second.wav");
     EXPECT_TRUE(second->Play().ok());
@@ -63,14 +63,14 @@ TEST_F(Mpg123ControlsTest, AllControlsStopAtTheEnd) {
     EXPECT_FALSE(card.active());
 }
 
-TEST_F(Mpg123ControlsTest, SavesDelayedByTheDiskArePendingAtTheEnd) {
+TEST_F(Mpg123ControlsTest, ADecodingThatWaitsForTheDiskIsAPendingSaveAfterStopAll) {
     HeldCalls disk({SYS_fsync});
     std::unique_ptr<ActiveMP3> control;
     ASSERT_TRUE(disk.run([&] { control = decodingTo(target); }));
     ASSERT_TRUE(disk.waitForCall());
     EXPECT_TRUE(disk.run([&] { controls.stopAll(); }));
     EXPECT_FALSE(saves->noneWithin(0ms));
-    EXPECT_EQ(test::visibleEntriesIn(folder.path()), 1) << "only the source";
+    EXPECT_EQ(test::visibleEntriesIn(folder.path()), 1) << "not only the source is visible";
     disk.release();
     EXPECT_TRUE(saves->noneWithin(30s));
     EXPECT_EQ(fixture::readWav(target).samples.size(), 4U * 44100 * 2);

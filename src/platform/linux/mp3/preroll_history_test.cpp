@@ -8,7 +8,7 @@
 namespace sonarith::mp3 {
 namespace {
 
-/// A history of `count` frames that are all like `header`, one after the other.
+/// A history of `count` consecutive frames, each with the header `header`.
 PrerollHistory historyOf(std::vector<std::uint8_t> header, std::int64_t count) {
     PrerollHistory history;
     NumberedFrame frame;
@@ -21,7 +21,7 @@ PrerollHistory historyOf(std::vector<std::uint8_t> header, std::int64_t count) {
     return history;
 }
 
-TEST(PrerollHistoryTest, BeginsAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
+TEST(PrerollHistoryTest, StartsTheDecoderAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
     const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 1001);
     EXPECT_EQ(history.before(1000).frame, 976);
     EXPECT_EQ(history.before(1000).offset, 976 * 417);
@@ -29,15 +29,15 @@ TEST(PrerollHistoryTest, BeginsAtAMultipleOfEightAtLeastTwentyFourFramesEarly) {
     EXPECT_EQ(history.before(1001).frame, 976);
 }
 
-TEST(PrerollHistoryTest, BeginsAtTheFirstFrameOfAStreamIfItIsNear) {
+TEST(PrerollHistoryTest, StartsTheDecoderAtTheFirstFrameOfTheStreamIfThatIsNear) {
     const PrerollHistory history = historyOf({0xFF, 0xFB, 0x90, 0x64}, 30);
     for (const std::int64_t frame : {0, 1, 24, 29}) {
         EXPECT_EQ(history.before(frame).frame, 0) << frame;
     }
 }
 
-TEST(PrerollHistoryTest, BeginsEarlierIfTheReservoirRequiresIt) {
-    // 8 kbit/s, stereo: three bytes of each frame are main data, so 255 take 85 frames.
+TEST(PrerollHistoryTest, StartsTheDecoderEarlierIfTheReservoirRequiresIt) {
+    // 8 kbit/s, stereo: three bytes of each frame are main data, so 255 bytes take 85 frames.
     const PrerollHistory low = historyOf({0xFF, 0xF3, 0x14, 0x64}, 1001);
     EXPECT_EQ(low.before(1000).frame, 904);
     EXPECT_LE(low.before(1000).frame, 1000 - 8 - 85);

@@ -8,7 +8,7 @@
 namespace sonarith::mp3 {
 namespace {
 
-TEST(ProgressTest, IsAPartOfAFixedMaximum) {
+TEST(ProgressTest, ReturnsThePositionAsAPartOfAFixedLength) {
     Progress progress;
     EXPECT_EQ(progress.position(), 0);
     progress.setTotal(200);
@@ -18,14 +18,14 @@ TEST(ProgressTest, IsAPartOfAFixedMaximum) {
     EXPECT_EQ(progress.position(), Progress::length);
 }
 
-TEST(ProgressTest, NeverOverflowsHoweverLargeTheFile) {
+TEST(ProgressTest, DoesNotOverflowForTheLargestFile) {
     Progress progress;
     progress.setTotal(std::numeric_limits<std::int64_t>::max());
     progress.add(std::numeric_limits<std::int64_t>::max() / 2);
     EXPECT_NEAR(progress.position(), Progress::length / 2, 1);
 }
 
-TEST(ProgressTest, StaysWithinTheMaximumForAnyInput) {
+TEST(ProgressTest, StaysWithinTheLengthIfMoreIsDoneThanTheTotal) {
     Progress progress;
     progress.setTotal(0);
     progress.add(1000);

@@ -19,7 +19,7 @@ constexpr std::int64_t shortPeriod = 288;
 struct Pass {
     Samples samples;
     std::int64_t silenced = 0;
-    std::int64_t mostFrames = 0; ///< the most that one decoder received
+    std::int64_t mostFrames = 0; ///< the largest number of frames that one decoder received
 };
 
 Pass decodeFrom(const Data& data, std::int64_t period, std::size_t first = 0) {
@@ -37,7 +37,7 @@ Pass decodeFrom(const Data& data, std::int64_t period, std::size_t first = 0) {
     return pass;
 }
 
-/// A stream of `times` parts with at least 40 frames each.
+/// A stream of `times` equal parts with at least 40 frames each.
 Data song(const std::string& options, int times) {
     const Data& once = encoded(44100, 2, options, 1);
     Data data;
@@ -47,7 +47,7 @@ Data song(const std::string& options, int times) {
     return data;
 }
 
-TEST(RenewedDecoderTest, ReturnsTheSamplesOfOneDecoder) {
+TEST(RenewedDecoderTest, ReturnsTheSameSamplesAsASingleDecoder) {
     for (const char* options : {"-b 128", "-t -V 4", "-b 8 --resample 24", "-t -m m -b 32"}) {
         const Data data = song(options, 9);
         const Pass one = decodeFrom(data, RenewedDecoder::never);
@@ -58,15 +58,15 @@ TEST(RenewedDecoderTest, ReturnsTheSamplesOfOneDecoder) {
     }
 }
 
-TEST(RenewedDecoderTest, NoDecoderGetsMoreFramesThanThePeriodAndItsLead) {
+TEST(RenewedDecoderTest, NoDecoderReceivesMoreFramesThanThePeriodAndTheLead) {
     EXPECT_LE(decodeFrom(song("-b 128", 9), shortPeriod).mostFrames,
               shortPeriod + RenewedDecoder::lead);
 }
 
 /// Changes a frame (MPEG-1, stereo, no checksum) so that the library gives it up after its first
-/// granule: the second one has less data than its scale factors need. That affects the last bit of
-/// all following samples; giving up a whole frame does not.
-void spoil(Data& data, std::size_t number) {
+/// granule: the second granule has less data than its scale factors need. This affects the last bit
+/// of all following samples. A frame that is given up as a whole would not affect them.
+void breakFrame(Data& data, std::size_t number) {
     const auto side = static_cast<std::size_t>(fixture::framesOf(data)[number].offset) + 4;
     const auto setBits = [&](std::size_t first, std::size_t count, unsigned value) {
         for (std::size_t i = 0; i < count; ++i) {
@@ -84,12 +84,12 @@ void spoil(Data& data, std::size_t number) {
     setBits(granule + 29, 4, 0xF); // the largest scale factors
 }
 
-TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverItBegan) {
+TEST(RenewedDecoderTest, ReturnsTheSameSamplesAfterBrokenFramesWhereverTheDecodingBegan) {
     constexpr std::int64_t period = 576; // the second decoder begins at frame 296
     constexpr std::size_t replaced = period * 2304;
     Data data = song("-b 128", 16);
     for (const std::size_t number : {100U, 400U, 580U}) {
-        spoil(data, number);
+        breakFrame(data, number);
     }
     const Samples whole = decodeFrom(data, period).samples;
     const Samples one = decodeFrom(data, RenewedDecoder::never).samples;

@@ -17,8 +17,8 @@ using fixture::operator+;
 using fixture::ordinary;
 using fixture::part;
 
-/// Expects that segments of odd sizes match one pass byte for byte. Returns whether they could be
-/// decoded.
+/// Expects that segments of several sizes have the same samples as one pass. Segments that are
+/// broken are not compared. Returns whether no segment was broken.
 bool expectSame(const Data& data, const std::string& name) {
     const DecodedSound whole = fixture::sequentially(data);
     EXPECT_FALSE(whole.samples.empty()) << name;
@@ -79,7 +79,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedStreams) {
     }
 }
 
-TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrRefuses) {
+TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrReportsABrokenSegment) {
     int refused = 0;
     int same = 0;
     std::mt19937 random(11);
@@ -94,7 +94,7 @@ TEST(SegmentDecoderTest, MatchesOnePassForDamagedBitsOrRefuses) {
     EXPECT_GT(same, 0);
 }
 
-TEST(SegmentDecoderTest, EndsWhenItsReceiverHasEnough) {
+TEST(SegmentDecoderTest, EndsWhenItsReceiverReturnsFalse) {
     const MemorySource source(ordinary());
     const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
@@ -109,7 +109,7 @@ TEST(SegmentDecoderTest, EndsWhenItsReceiverHasEnough) {
     EXPECT_LT(last, 100);
 }
 
-TEST(SegmentDecoderTest, ReturnsItsReceiversFailure) {
+TEST(SegmentDecoderTest, ReturnsTheErrorOfItsReceiver) {
     const MemorySource source(ordinary());
     const FrameSequence frames(source, StreamFormat{});
     SegmentIndex index(frames, 100);
@@ -135,7 +135,7 @@ TEST(SegmentDecoderTest, FailsIfTheSourceHasFewerFramesThanTheSegment) {
     EXPECT_EQ(outcome.failure->step, DecodeStep::reading);
 }
 
-TEST(SegmentDecoderTest, ReturnsEverythingBeforeAPlaceThatCannotBeRead) {
+TEST(SegmentDecoderTest, PassesOnEverythingBeforeAnUnreadableOffset) {
     const auto found = fixture::framesOf(ordinary());
     const auto bad = static_cast<std::size_t>(found[77].offset) + 5;
     const fixture::BadPlaceSource source(ordinary(), bad, SIZE_MAX);

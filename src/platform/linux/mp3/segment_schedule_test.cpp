@@ -10,7 +10,7 @@ namespace {
 
 const DecodeFailure badDisk{DecodeStep::writing, {ErrorNumber::diskFull, "full"}};
 
-/// Every interleaving of two workers can be tested here, since the schedule uses no threads.
+/// Tests the schedule without threads, so that a test can choose any interleaving of two workers.
 class SegmentScheduleTest : public testing::Test {
   protected:
     /// The worker decodes its segment to the end.
@@ -21,7 +21,7 @@ class SegmentScheduleTest : public testing::Test {
     SegmentSchedule schedule{FrameSequence(source, StreamFormat{}), 60, 2};
 };
 
-TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
+TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIsDecoded) {
     const auto first = schedule.take(0);
     const auto second = schedule.take(1);
     ASSERT_TRUE(first && second);
@@ -31,7 +31,7 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
     EXPECT_EQ(third->frames, 35);
     finish(1, *third);
     EXPECT_FALSE(schedule.take(1));
-    EXPECT_FALSE(schedule.complete()) << "the first segment is not done";
+    EXPECT_FALSE(schedule.complete()) << "the first segment is not decoded yet";
     EXPECT_EQ(schedule.wholeFrames(), 0);
     schedule.advance(0, 32);
     EXPECT_EQ(schedule.wholeFrames(), 32);
@@ -42,16 +42,16 @@ TEST_F(SegmentScheduleTest, IsCompleteWhenEverySegmentIs) {
     EXPECT_FALSE(schedule.rest());
 }
 
-TEST_F(SegmentScheduleTest, IsNotCompleteWithoutTheEndOfTheScan) {
+TEST_F(SegmentScheduleTest, IsNotCompleteBeforeTheScanHasEnded) {
     const auto first = schedule.take(0);
     finish(0, *first);
-    EXPECT_FALSE(schedule.complete()) << "no worker took the other segments after the stop";
+    EXPECT_FALSE(schedule.complete()) << "no worker has taken the other segments";
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
-TEST_F(SegmentScheduleTest, AStopAfterABrokenFrameIsNotComplete) {
-    // The second segment is broken. Then the stop occurs while the first worker passes on the last
-    // frames of its segment; there is no more work for it.
+TEST_F(SegmentScheduleTest, IsNotCompleteAfterABrokenFrameAndAStop) {
+    // A frame of the second segment is broken. Then the stop occurs while the first worker passes
+    // on the last frames of its segment; after that there is no more work for this worker.
     const auto first = schedule.take(0);
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);
@@ -61,7 +61,7 @@ TEST_F(SegmentScheduleTest, AStopAfterABrokenFrameIsNotComplete) {
     EXPECT_EQ(schedule.wholeFrames(), 60);
 }
 
-TEST_F(SegmentScheduleTest, OnePassBeginsAtTheFirstSegmentThatNeedsIt) {
+TEST_F(SegmentScheduleTest, TheOnePassBeginsAtTheFirstSegmentThatNeedsIt) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);
@@ -73,7 +73,7 @@ TEST_F(SegmentScheduleTest, OnePassBeginsAtTheFirstSegmentThatNeedsIt) {
     EXPECT_EQ(schedule.wholeFrames(), 0);
 }
 
-TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseAfterItAreNot) {
+TEST_F(SegmentScheduleTest, SegmentsBeforeAFailedOneAreStillDecodedAndNoneIsTakenAfterIt) {
     const auto first = schedule.take(0);
     const auto second = schedule.take(1);
     finish(0, *first);
@@ -88,7 +88,7 @@ TEST_F(SegmentScheduleTest, SegmentsBeforeAFailureAreWantedAndThoseAfterItAreNot
     EXPECT_FALSE(schedule.complete());
 }
 
-TEST_F(SegmentScheduleTest, TheFirstSegmentCountsIfOneFailsAndAnotherNeedsOnePass) {
+TEST_F(SegmentScheduleTest, TheEarlierSegmentCountsIfOneFailsAndAnotherNeedsOnePass) {
     ASSERT_TRUE(schedule.take(0));
     ASSERT_TRUE(schedule.take(1));
     schedule.needOnePass(1);
@@ -105,7 +105,7 @@ TEST_F(SegmentScheduleTest, TheFirstSegmentCountsIfOneFailsAndAnotherNeedsOnePas
     EXPECT_FALSE(other.failure());
 }
 
-TEST_F(SegmentScheduleTest, APlaceThatCannotBeReadEndsTheStreamWithAFailure) {
+TEST_F(SegmentScheduleTest, AnUnreadableOffsetEndsTheStreamWithAFailure) {
     const auto bad = static_cast<std::size_t>(fixture::framesOf(fixture::ordinary())[70].offset);
     const fixture::BadPlaceSource torn(fixture::ordinary(), bad, SIZE_MAX);
     SegmentSchedule short_(FrameSequence(torn, StreamFormat{}), 60, 1);

@@ -12,7 +12,7 @@ namespace {
 using fixture::Data;
 using fixture::encoded;
 
-/// Calls `onRead` at each read, which fails if `onRead` does.
+/// A source that calls `onRead` at each read; the read fails if `onRead` fails.
 class WatchedSource : public ByteSource {
   public:
     explicit WatchedSource(const Data& data) : memory_(data) {}
@@ -54,7 +54,8 @@ Data brokenAt(std::vector<std::size_t> frames) {
     Data data = encoded(44100, 2, "-b 320");
     const auto found = fixture::framesOf(data);
     for (const std::size_t number : frames) {
-        // Window switching with the normal window type, which is invalid: no decoder can decode it.
+        // Window switching with the normal window type is invalid, so no decoder can decode this
+        // frame.
         const auto side = static_cast<std::size_t>(found[number].offset) + 4;
         data[side + 6] = static_cast<std::uint8_t>((data[side + 6] & 0xF8) | 4);
     }
@@ -77,7 +78,7 @@ TEST_F(SegmentWorkersTest, ReturnTheSamplesOfOnePassForAnyNumberOfWorkers) {
     EXPECT_GT(progress.position(), Progress::length * 9 / 10);
 }
 
-TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsWhereverTheyAreStopped) {
     const Data& data = encoded(44100, 2, "-b 320");
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int between = 0;
@@ -100,7 +101,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesWhereverTheyAreStopped) {
     EXPECT_GT(between, 0) << "unsuitable test data: no worker was stopped in the middle";
 }
 
-TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeRead) {
+TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffset) {
     const Data& data = encoded(44100, 2, "-b 320");
     const auto frames = fixture::framesOf(data);
     const fixture::DecodedSound whole = fixture::sequentially(data);
@@ -114,13 +115,13 @@ TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeRead) {
             EXPECT_EQ(decoded.failure->error.text, "bad place");
             EXPECT_FALSE(decoded.complete);
             const fixture::Samples part = written(decoded);
-            EXPECT_EQ(part.size(), number * 2304 - 1105 * 2) << "the encoder's delay is cut";
+            EXPECT_EQ(part.size(), number * 2304 - 1105 * 2); // 1105: the encoder's delay
             EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.samples.begin()));
         }
     }
 }
 
-TEST_F(SegmentWorkersTest, KeepEverythingBeforeAPlaceThatCannotBeReadInOnePassToo) {
+TEST_F(SegmentWorkersTest, KeepEverythingBeforeAnUnreadableOffsetAlsoInOnePass) {
     const Data data = brokenAt({25});
     const auto bad = static_cast<std::size_t>(fixture::framesOf(data)[90].offset);
     const fixture::BadPlaceSource source(data, bad, SIZE_MAX);
@@ -150,12 +151,13 @@ TEST_F(SegmentWorkersTest, OneWorkerContinuesAloneFromTheFirstBrokenSegment) {
     }
 }
 
-TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleWorkerIsStopped) {
+TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutGapsIfTheSingleWorkerIsStopped) {
     const Data data = brokenAt({75});
     const fixture::DecodedSound whole = fixture::sequentially(data);
     int beyond = 0;
-    // The first read is for the format. How far each worker is at a given read depends on the
-    // scheduler: the test is repeated if no worker was stopped after the broken frame.
+    // The first read determines the format. How far each worker is at a given read depends on the
+    // system's scheduler, so the loop is repeated until a worker was stopped after the broken
+    // frame.
     constexpr int mostTries = 200;
     for (int i = 0; i < 8 || (beyond == 0 && i < mostTries); ++i) {
         const int readings = 4 + 3 * (i % 8);
@@ -177,7 +179,7 @@ TEST_F(SegmentWorkersTest, LeaveAPrefixWithoutHolesIfTheSingleWorkerIsStopped) {
     EXPECT_GT(beyond, 0) << "unsuitable test data: the single worker was never stopped";
 }
 
-TEST_F(SegmentWorkersTest, DoTheWorkWithTheThreadsThatTheSystemHas) {
+TEST_F(SegmentWorkersTest, DoAllWorkEvenIfNotAllThreadsCanBeStarted) {
     const Data& data = encoded(44100, 2, "-V 2");
     const fixture::DecodedSound whole = fixture::sequentially(data);
     for (const int left : {0, 1, 2}) {

@@ -46,16 +46,16 @@ TEST(SequentialDecoderTest, DecodesCleanStreamsToTheSameSamplesAsTheLibrarysTool
     }
 }
 
-TEST(SequentialDecoderTest, DecodesTheOtherLayers) {
+TEST(SequentialDecoderTest, DecodesLayersIAndIIToTheSameSamplesAsTheLibrarysTool) {
     expectLikeTheTool(fixture::layer1(40), "Layer I");
     expectLikeTheTool(fixture::layer2(40), "Layer II");
 }
 
-TEST(SequentialDecoderTest, DecodesJoinedFilesWithoutTheGapThatTheEncoderLeft) {
+TEST(SequentialDecoderTest, DecodesJoinedFilesToTheSameSamplesAsTheLibrarysTool) {
     expectLikeTheTool(ordinary() + ordinary(), "joined");
 }
 
-TEST(SequentialDecoderTest, HasExactlyTheSamplesThatWereEncoded) {
+TEST(SequentialDecoderTest, ReturnsExactlyTheSamplesThatWereEncoded) {
     EXPECT_EQ(sequentially(ordinary()).samples.size(), 4U * 44100 * 2);
     EXPECT_EQ(sequentially(ordinary()).count, (DecodeCount{155, 0, {}}));
 }
@@ -73,7 +73,8 @@ TEST(SequentialDecoderTest, KeepsEveryUndamagedFrame) {
         EXPECT_EQ(inside.count.framesDecoded, 155);
         EXPECT_EQ(inside.count.loss.bytesSkipped, static_cast<std::int64_t>(bytes));
         EXPECT_LE(inside.count.framesSilenced, 3);
-        // Everything is unchanged except the few frames that refer to data before the junk.
+        // All samples are unchanged except those of the few frames that refer to data before the
+        // junk.
         const std::size_t before = 70 * 1152 * 2 - 1105 * 2;
         const std::size_t after = before + 5 * 1152 * 2;
         const auto differs = difference(inside.samples, whole.samples);
@@ -99,7 +100,7 @@ TEST(SequentialDecoderTest, KeepsTheFormatOfMostFramesAndCountsTheOthers) {
         std::nullopt);
 }
 
-TEST(SequentialDecoderTest, ReturnsNoReaderWithoutAFrame) {
+TEST(SequentialDecoderTest, IsNotCreatedForAStreamWithoutAFrame) {
     for (const Data& data : {Data{}, junk(100'000), Data(70'000, 0)}) {
         EXPECT_TRUE(sequentially(data).samples.empty());
         EXPECT_EQ(sequentially(data).format, (PcmFormat{0, 0}));

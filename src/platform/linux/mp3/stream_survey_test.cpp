@@ -40,7 +40,7 @@ TEST(StreamSurveyTest, ChoosesTheFormatOfMostFramesWhereverTheyAre) {
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30)), 48000);
     EXPECT_EQ(rateOf(frames(slow(), 30) + frames(fast(), 20)), 32000);
     EXPECT_EQ(rateOf(frames(slow(), 20) + frames(fast(), 30) + frames(slow(), 20)), 32000)
-        << "the frames need not be consecutive";
+        << "frames that are not consecutive were not counted together";
 }
 
 TEST(StreamSurveyTest, CountsFramesAndNotBytes) {
@@ -91,7 +91,7 @@ TEST(StreamSurveyTest, EndsAtTheGivenOffset) {
     EXPECT_EQ(surveyStream(MemorySource(data), 30 * 432).format->rate, 48000);
 }
 
-TEST(StreamSurveyTest, ReportsThePartBeforeAPlaceThatCannotBeRead) {
+TEST(StreamSurveyTest, SurveysThePartBeforeAnUnreadableOffset) {
     const Data data = frames(slow(), 10) + frames(fast(), 50);
     const StreamSurvey found = surveyStream(fixture::BadPlaceSource(data, 15 * 432, SIZE_MAX));
     EXPECT_TRUE(found.failure);

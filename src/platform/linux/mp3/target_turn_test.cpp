@@ -25,7 +25,7 @@ class TargetTurnTest : public testing::Test {
     std::atomic<bool> stop = false;
 };
 
-TEST_F(TargetTurnTest, IsTakenAtOnceForDifferentFiles) {
+TEST_F(TargetTurnTest, IsGrantedAtOnceForDifferentFiles) {
     fs::create_directory(folder / "other");
     const auto a = take(path);
     const auto b = take(folder / "b.wav");
@@ -33,7 +33,7 @@ TEST_F(TargetTurnTest, IsTakenAtOnceForDifferentFiles) {
     EXPECT_TRUE(a && b && c);
 }
 
-TEST_F(TargetTurnTest, WaitsForThePreviousOneByWhateverPath) {
+TEST_F(TargetTurnTest, WaitsForThePreviousTurnAlsoThroughAnotherPathToTheFile) {
     std::ofstream(path) << "old";
     fs::create_symlink(path, folder / "link.wav");
     std::optional<TargetTurn> first = take(path);
@@ -47,17 +47,17 @@ TEST_F(TargetTurnTest, WaitsForThePreviousOneByWhateverPath) {
     EXPECT_FALSE(taken);
     first.reset();
     second.join();
-    EXPECT_TRUE(take(path)) << "the target is free again";
+    EXPECT_TRUE(take(path)) << "the target is not free again";
 }
 
-TEST_F(TargetTurnTest, IsNotTakenOnceTheDecodingIsStopped) {
+TEST_F(TargetTurnTest, IsNotGrantedOnceTheDecodingIsStopped) {
     const auto first = take(path);
     std::thread second([&] { EXPECT_FALSE(take(path)); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     stop = true;
     TargetTurn::wakeWaiting();
-    second.join(); // hangs if it still waits
-    EXPECT_FALSE(take(folder / "b.wav")) << "although no other decoding has the target";
+    second.join(); // would hang if the thread still waited
+    EXPECT_FALSE(take(folder / "b.wav")) << "a stopped decoding was granted a free target";
 }
 
 } // namespace

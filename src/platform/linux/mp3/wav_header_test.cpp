@@ -14,7 +14,7 @@ using fixture::operator+;
 
 class WavHeaderTest : public testing::Test {
   protected:
-    /// How libsndfile reads a file with this header and `bytes` bytes of samples.
+    /// The format that libsndfile reads from a file with this header and `bytes` bytes of samples.
     SF_INFO read(const Data& header, std::size_t bytes) {
         fixture::writeFile(folder / "a.wav", header + Data(bytes, 1));
         SF_INFO info{};
@@ -26,7 +26,7 @@ class WavHeaderTest : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(WavHeaderTest, IsReadInBothForms) {
+TEST_F(WavHeaderTest, CanBeReadInBothForms) {
     for (const PcmFormat& format : {PcmFormat{44100, 2}, PcmFormat{8000, 1}, PcmFormat{48000, 2}}) {
         const SF_INFO plain = read(plainWavHeader(format, 4000), 4000);
         EXPECT_EQ(plain.samplerate, format.rate);
@@ -41,11 +41,11 @@ TEST_F(WavHeaderTest, IsReadInBothForms) {
     }
 }
 
-TEST_F(WavHeaderTest, ThePlainFormHasTheUsualLengthAndHoldsTheLargestSize) {
+TEST_F(WavHeaderTest, ThePlainFormHasTheUsualLengthAndCanStateTheLargestSize) {
     const Data header = plainWavHeader({44100, 2}, sound::maxWavSampleBytes);
     EXPECT_EQ(header.size(), static_cast<std::size_t>(sound::wavHeaderBytes));
     EXPECT_EQ(fixture::part(header, 4, 8), Data(4, 0xFF))
-        << "the largest size that the field can hold";
+        << "the size field does not contain the largest possible value";
 }
 
 } // namespace

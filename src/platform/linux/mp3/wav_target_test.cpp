@@ -55,7 +55,7 @@ TEST_F(WavTargetTest, IsAlsoFinishedOrDeletedIfItHasAHiddenName) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WavTargetTest, HasEverySampleAtItsOffsetWhateverTheOrder) {
+TEST_F(WavTargetTest, StoresSamplesAtTheirOffsetsInAnyOrder) {
     const auto target = create();
     EXPECT_TRUE(target->place(2, Samples{5, 6}).ok());
     EXPECT_TRUE(target->place(0, Samples{1, 2, 3, 4}).ok());
@@ -86,14 +86,14 @@ TEST_F(WavTargetTest, BecomesRf64AboveTheSizeLimitOfAPlainWav) {
     EXPECT_EQ(fixture::readWav(path).samples, samples);
 }
 
-TEST_F(WavTargetTest, RefusesAtOnceTargetsThatCannotBeWritten) {
+TEST_F(WavTargetTest, RefusesTargetsThatCannotBeWrittenWhenItIsCreated) {
     EXPECT_FALSE(WavTarget::create(folder / "none" / "a.wav", {}).ok());
     EXPECT_FALSE(WavTarget::create(std::string("a\0.wav", 6), {}).ok());
     fs::create_directory(path);
     EXPECT_FALSE(WavTarget::create(path, {}).ok());
 }
 
-TEST_F(WavTargetTest, AFullDiskIsReportedAndLeavesTheOldFile) {
+TEST_F(WavTargetTest, ReportsAFullDiskAndKeepsTheOldFile) {
     fixture::writeFile(path, fixture::text("old"));
     fs::permissions(folder.path(), fs::perms(0777));
     const int code = test::runUnprivileged([&] {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The common behaviour of the machine's files, accessed directly or with waits, and of the fake
-// files.
+// Tests the behaviour that the machine's files have in common with the fake files. The machine's
+// files are accessed directly and through the patient classes.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -57,7 +57,7 @@ TYPED_TEST(BinaryFileTest, RefusesOffsetsBeforeTheFile) {
     EXPECT_EQ(this->world_.content("a.mp3"), "0123");
 }
 
-TYPED_TEST(BinaryFileTest, RefusesTheUseThatItWasNotOpenedFor) {
+TYPED_TEST(BinaryFileTest, RefusesAccessForWhichItWasNotOpened) {
     this->world_.put("a.mp3", "0123");
     EXPECT_EQ(this->open("a.mp3", FileAccess::read)->write(0, bytesOf("x")).error().number,
               ErrorNumber::badFileMode);
@@ -65,7 +65,7 @@ TYPED_TEST(BinaryFileTest, RefusesTheUseThatItWasNotOpenedFor) {
     EXPECT_EQ(this->world_.content("a.mp3"), "0123");
 }
 
-TYPED_TEST(BinaryFileTest, CreatesAMissingFileToBeWritten) {
+TYPED_TEST(BinaryFileTest, CreatesAMissingFileIfItIsOpenedForWriting) {
     EXPECT_EQ(this->refusal("new.mp3", FileAccess::read), ErrorNumber::fileNotFound);
     EXPECT_EQ(this->world_.content("new.mp3"), std::nullopt);
     EXPECT_NE(this->open("new.mp3", FileAccess::write), nullptr);
@@ -74,14 +74,14 @@ TYPED_TEST(BinaryFileTest, CreatesAMissingFileToBeWritten) {
     EXPECT_EQ(this->world_.content("newer.mp3"), "");
 }
 
-TYPED_TEST(BinaryFileTest, OpeningChangesNothing) {
+TYPED_TEST(BinaryFileTest, OpeningDoesNotChangeTheContents) {
     this->world_.put("a.mp3", "0123");
     EXPECT_NE(this->open("a.mp3", FileAccess::write), nullptr);
     EXPECT_NE(this->open("a.mp3", FileAccess::readWrite), nullptr);
     EXPECT_EQ(this->world_.content("a.mp3"), "0123");
 }
 
-TYPED_TEST(BinaryFileTest, OpensNoFolderAndNothingBelowAMissingOne) {
+TYPED_TEST(BinaryFileTest, OpensNoFolderAndNoFileInAMissingFolder) {
     this->world_.makeFolder("music");
     for (const FileAccess access : {FileAccess::read, FileAccess::write, FileAccess::readWrite}) {
         EXPECT_EQ(this->refusal("music", access), ErrorNumber::pathFileAccess);
@@ -100,7 +100,7 @@ TYPED_TEST(BinaryFileTest, StaysOpenWhenItsNameIsChangedOrRemoved) {
     EXPECT_EQ(textAt(*file, 0, 4), "x123");
 }
 
-TYPED_TEST(BinaryFileTest, AFileThatShrinksGivesShortReads) {
+TYPED_TEST(BinaryFileTest, ReadsOfAFileThatHasBecomeShorterReturnFewerBytes) {
     this->world_.put("a.mp3", "0123456789");
     const auto file = this->open("a.mp3", FileAccess::read);
     EXPECT_EQ(textAt(*file, 2, 4), "2345");
@@ -110,7 +110,7 @@ TYPED_TEST(BinaryFileTest, AFileThatShrinksGivesShortReads) {
     EXPECT_EQ(file->length().value(), 3);
 }
 
-TYPED_TEST(BinaryFileTest, AFilesDateIsThatOfAFile) {
+TYPED_TEST(BinaryFileTest, FileDateWorksForFilesAndNotForFolders) {
     this->world_.put("a.mp3", "0123");
     this->world_.makeFolder("music");
     FileSystem& files = this->world_.files();

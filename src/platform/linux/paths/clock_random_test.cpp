@@ -8,7 +8,7 @@
 namespace sonarith {
 namespace {
 
-TEST(ClockRandom, DrawsFractionsFromZeroToBelowOne) {
+TEST(ClockRandom, ReturnsFractionsFromZeroToBelowOne) {
     ClockRandom random([] { return 7ULL; });
     double sum = 0;
     constexpr int draws = 100000;
@@ -21,7 +21,7 @@ TEST(ClockRandom, DrawsFractionsFromZeroToBelowOne) {
     EXPECT_NEAR(sum / draws, 0.5, 0.01);
 }
 
-TEST(ClockRandom, DrawsTheSameForTheSameClockReading) {
+TEST(ClockRandom, ReturnsTheSameFractionForTheSameClockReading) {
     std::uint64_t now = 1000;
     ClockRandom random([&] { return now; });
     const float first = random.fraction();
@@ -32,7 +32,7 @@ TEST(ClockRandom, DrawsTheSameForTheSameClockReading) {
     EXPECT_NE(random.fraction(), first);
 }
 
-TEST(ClockRandom, UsesTheHighHalfOfTheClock) {
+TEST(ClockRandom, UsesTheHighHalfOfTheClockReading) {
     std::set<float> drawn;
     for (std::uint64_t high = 0; high < 100; ++high) {
         drawn.insert(ClockRandom([&] { return high << 32; }).fraction());

@@ -21,7 +21,7 @@ std::vector<MountPoint> mountsOn(std::initializer_list<const char*> points) {
     return mounts;
 }
 
-TEST(DriveTable, GivesTheRootTheLetterCAndWritesNothingForIt) {
+TEST(DriveTable, GivesTheRootTheLetterCWithoutAnEntryInTheStore) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/"}));
@@ -29,7 +29,7 @@ TEST(DriveTable, GivesTheRootTheLetterCAndWritesNothingForIt) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST(DriveTable, GivesFurtherMountsLettersInTheOrderSeenAndStoresThem) {
+TEST(DriveTable, GivesFurtherMountsLettersInTheirOrderAndStoresTheLetters) {
     FakeSettingsStore store;
     DriveTable table(store);
     table.update(mountsOn({"/", "/home", "/media/a"}));
@@ -46,7 +46,7 @@ TEST(DriveTable, KeepsAnAssignedLetter) {
     later.update(mountsOn({"/", "/media/c", "/media/b"}));
     EXPECT_THAT(later.drives(),
                 ElementsAre(Drive{'C', "/"}, Drive{'E', "/media/b"}, Drive{'F', "/media/c"}));
-    EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // not mounted, and still assigned
+    EXPECT_EQ(store.held("Drives", "D"), "/media/a"); // not mounted, but still assigned
 }
 
 TEST(DriveTable, HasNoDriveForALetterWhoseDiskIsNotMounted) {
@@ -70,7 +70,7 @@ TEST(DriveTable, FindsTheDeepestDriveThatContainsAPath) {
     EXPECT_EQ(table.driveOf("/").letter, 'C');
 }
 
-TEST(DriveTable, TreatsALetterWithGarbageInTheStoreAsFree) {
+TEST(DriveTable, TreatsALetterWithAnInvalidValueInTheStoreAsFree) {
     FakeSettingsStore store;
     store.put("Drives", "D", "garbage");
     store.put("Drives", "E", "/home");
@@ -80,7 +80,7 @@ TEST(DriveTable, TreatsALetterWithGarbageInTheStoreAsFree) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'E', "/home"}));
 }
 
-TEST(DriveTable, AssignsMountsBeyondTheAlphabetToTheEnclosingDrive) {
+TEST(DriveTable, TreatsMountsAsPartOfTheEnclosingDriveIfNoLetterIsFree) {
     FakeSettingsStore store;
     DriveTable table(store);
     std::vector<MountPoint> mounts;
@@ -95,7 +95,7 @@ TEST(DriveTable, AssignsMountsBeyondTheAlphabetToTheEnclosingDrive) {
 
 // --- the home ------------------------------------------------------------------------------
 
-TEST(DriveTable, GivesTheHomeTheLetterHWhateverItsNameAndWritesNothingForIt) {
+TEST(DriveTable, GivesTheHomeFolderTheLetterHWithoutAnEntryInTheStore) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane.doe/");
     EXPECT_THAT(table.drives(), ElementsAre(Drive{'C', "/"}, Drive{'H', "/home/jane.doe"}));
@@ -106,7 +106,7 @@ TEST(DriveTable, GivesTheHomeTheLetterHWhateverItsNameAndWritesNothingForIt) {
     EXPECT_EQ(store.writes, (std::vector<test::StoreWrite>{{"Drives", "D", "/home"}}));
 }
 
-TEST(DriveTable, UsesTheHomesLetterForItsPathsExceptThoseOfADiskInIt) {
+TEST(DriveTable, UsesTheHomeLetterForPathsInTheHomeFolderExceptOnMountsThere) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane");
     table.update(mountsOn({"/home", "/home/jane/stick"}));
@@ -117,7 +117,7 @@ TEST(DriveTable, UsesTheHomesLetterForItsPathsExceptThoseOfADiskInIt) {
     EXPECT_EQ(table.driveOf("/home/jane/sticks").letter, 'H');
 }
 
-TEST(DriveTable, HasNoHomeIfItIsTheRootOrUnknown) {
+TEST(DriveTable, HasNoHomeLetterIfTheHomeFolderIsTheRootOrUnknown) {
     FakeSettingsStore store;
     for (const char* home : {"/", "", "//"}) {
         DriveTable table(store, home);
@@ -127,7 +127,7 @@ TEST(DriveTable, HasNoHomeIfItIsTheRootOrUnknown) {
     }
 }
 
-TEST(DriveTable, NeverGivesTheHomesLetterToAMount) {
+TEST(DriveTable, NeverAssignsTheHomeLetterToAMount) {
     FakeSettingsStore store;
     DriveTable(store).update(mountsOn({"/1", "/2", "/3", "/4", "/5"}));
     EXPECT_EQ(store.held("Drives", "G"), "/4");
@@ -135,7 +135,7 @@ TEST(DriveTable, NeverGivesTheHomesLetterToAMount) {
     EXPECT_EQ(store.held("Drives", "I"), "/5");
 }
 
-TEST(DriveTable, TheHomeTakesPrecedenceOverAMountThatHadItsLetter) {
+TEST(DriveTable, TheHomeFolderTakesPrecedenceOverAMountThatHadTheLetterH) {
     FakeSettingsStore store;
     store.put("Drives", "H", "/media/a");
     DriveTable table(store, "/home/jane");
@@ -144,7 +144,7 @@ TEST(DriveTable, TheHomeTakesPrecedenceOverAMountThatHadItsLetter) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
 }
 
-TEST(DriveTable, AMountOnTheHomeNeedsNoLetterOfItsOwn) {
+TEST(DriveTable, AMountOnTheHomeFolderNeedsNoOtherLetter) {
     FakeSettingsStore store;
     DriveTable table(store, "/home/jane");
     table.update(mountsOn({"/", "/home/jane", "/media/a"}));
@@ -152,7 +152,7 @@ TEST(DriveTable, AMountOnTheHomeNeedsNoLetterOfItsOwn) {
                 ElementsAre(Drive{'C', "/"}, Drive{'D', "/media/a"}, Drive{'H', "/home/jane"}));
 }
 
-TEST(DriveTable, AMountOnTheHomeKeepsTheLetterThatStoredPathsUse) {
+TEST(DriveTable, AMountOnTheHomeFolderKeepsALetterFromTheStore) {
     for (const char* letter : {"D", "K"}) {
         FakeSettingsStore store;
         store.put("Drives", letter, "/home/jane");

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Both implementations meet the same guarantees.
+/// Each test runs with both implementations.
 class ExclusiveRenameTest
     : public ::testing::TestWithParam<int (*)(const std::string&, const std::string&)> {
   protected:
@@ -41,7 +41,7 @@ TEST_P(ExclusiveRenameTest, GivesTheFileItsNewName) {
     EXPECT_EQ(read("b"), "sound");
 }
 
-TEST_P(ExclusiveRenameTest, NeverReplaces) {
+TEST_P(ExclusiveRenameTest, NeverReplacesAnExistingFile) {
     write("a", "new");
     write("b", "old");
     EXPECT_EQ(rename("a", "b"), EEXIST);
@@ -56,7 +56,7 @@ TEST_P(ExclusiveRenameTest, NeverReplacesADanglingLink) {
     EXPECT_TRUE(fs::is_symlink(path("b")));
 }
 
-TEST_P(ExclusiveRenameTest, RenamesAFolderAndReplacesNone) {
+TEST_P(ExclusiveRenameTest, RenamesAFolderAndNeverReplacesOne) {
     fs::create_directory(path("a"));
     fs::create_directory(path("c"));
     EXPECT_EQ(rename("a", "b"), 0);

@@ -37,7 +37,7 @@ class FolderListingTest : public testing::Test {
     }
 };
 
-TEST_F(FolderListingTest, DistinguishesFilesFromFoldersAndOmitsTheDots) {
+TEST_F(FolderListingTest, DistinguishesFilesFromFoldersAndOmitsTheDotEntries) {
     write("a");
     fs::create_directory(folder_ / "b");
     EXPECT_THAT(entries(),
@@ -63,7 +63,7 @@ TEST_F(FolderListingTest, APipeIsListedAsOther) {
     EXPECT_THAT(entries(), UnorderedElementsAre(Pair("pipe.wav", EntryKind::other)));
 }
 
-TEST_F(FolderListingTest, NamesOfAnyBytesAreUnchanged) {
+TEST_F(FolderListingTest, ReturnsNamesOfAnyBytesUnchanged) {
     const std::string longest(255, 'n');
     for (const std::string& name : {std::string("\xff\xfe.wav"), std::string(" a\nb "), longest}) {
         write(name);
@@ -106,7 +106,7 @@ TEST_F(FolderListingTest, AFolderHasTheSameIdentityOnEveryPathToIt) {
     EXPECT_FALSE(identity("a") == identity("b"));
 }
 
-TEST_F(FolderListingTest, AFolderThatVanishesEndsItsListing) {
+TEST_F(FolderListingTest, TheListingOfADeletedFolderEnds) {
     const fs::path gone = folder_ / "gone";
     fs::create_directory(gone);
     constexpr int moreThanOneReadOfTheKernel = 3000;

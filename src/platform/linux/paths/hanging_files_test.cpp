@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the patient classes while a mount hangs. The tests of the machine's files also run through
-// the patient classes and cover all other behaviour.
+// Tests the patient classes (patient_paths.h) while a mount hangs. All other behaviour is covered
+// by the tests of the machine's files, which also run through the patient classes.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -91,7 +91,7 @@ TEST_F(HangingFilesTest, AMountThatRespondsAgainIsCalledAgain) {
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d), returnOf(d), reportOf(d)));
 }
 
-TEST_F(HangingFilesTest, TheMountOfALinksTargetIsReportedAndNotTheMountOfTheLink) {
+TEST_F(HangingFilesTest, ForALinkTheMountOfItsTargetIsReported) {
     mounts->hang(d);
     ASSERT_FALSE(files.fileLength("e:\\link\\music\\a.wav").ok());
     EXPECT_THAT(notices.texts(), ElementsAre(reportOf(d)));
@@ -121,7 +121,7 @@ TEST_F(HangingFilesTest, ACallThatHangsOnAnUnidentifiedMountBlocksOnlyItsOwnPath
     const auto ask = [&](const std::string& path) {
         return paths.ask({path}, [mounts = mounts, d = d, &asked](MachineFiles&) {
             ++asked;
-            mounts->touch(d); // as a call to a folder with a link to the mount does
+            mounts->touch(d); // simulates a call to a folder that contains a link to the mount
             return true;
         });
     };
@@ -180,7 +180,7 @@ TEST_F(HangingFilesTest, ADriveKeepsItsCurrentFolderAfterACallWasLeftBehind) {
 
 // --- opened files -----------------------------------------------------------------------------
 
-TEST_F(HangingFilesTest, AnOpenFileFailsWhileItsDiskHangsAndWorksAfterwards) {
+TEST_F(HangingFilesTest, CallsOfAnOpenFileFailWhileItsDiskHangsAndWorkAfterwards) {
     auto opened = files.openBinary("d:\\music\\a.wav", FileAccess::readWrite);
     ASSERT_TRUE(opened.ok());
     BinaryFile& file = *opened.value();
@@ -225,7 +225,7 @@ TEST_F(HangingFilesTest, AWalkListsNoFolderTwiceAfterACallWasLeftBehind) {
     EXPECT_THAT(namesIn(*walk, "e:\\"), IsEmpty());
 }
 
-TEST_F(HangingFilesTest, AListingThatHangsInTheMiddleEndsThere) {
+TEST_F(HangingFilesTest, AListingThatHangsInTheMiddleEndsEarly) {
     constexpr int many = 1500; // more than FolderPart::mostRecords
     for (int i = 0; i < many; ++i) {
         mounts->write("e/many/" + std::to_string(i));
@@ -245,7 +245,7 @@ TEST_F(HangingFilesTest, AListingThatHangsInTheMiddleEndsThere) {
     EXPECT_THAT(namesIn(*walk, "d:\\"), ElementsAre(".", "..", "music"));
 }
 
-TEST_F(HangingFilesTest, AWalkCanEndWhileItsFolderHangs) {
+TEST_F(HangingFilesTest, AWalkCanBeDestroyedWhileItsFolderHangs) {
     auto walk = directories.startWalk();
     mounts->hang(e);
     EXPECT_THAT(namesIn(*walk, "e:\\"), IsEmpty());

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class MoveToHomeLetterTest : public testing::Test {
   protected:
-    /// The result for a stored destination.
+    /// Stores `path`, migrates the store, and returns the path that is then stored.
     std::string moved(const std::string& path, const std::string& home = "/home/jane") {
         store_.put("Settings", "DecodePath", path);
         move(home);
@@ -39,14 +39,14 @@ TEST_F(MoveToHomeLetterTest, WritesNothingToAStoreThatNeedsNoChange) {
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, NamesADestinationInTheHomeByItsLetter) {
+TEST_F(MoveToHomeLetterTest, WritesAPathInTheHomeFolderWithTheHomeLetter) {
     EXPECT_EQ(moved("C:\\home\\jane\\My Music\\CD"), "H:\\My Music\\CD");
     EXPECT_EQ(moved("c:\\home\\jane\\My Music"), "H:\\My Music");
     EXPECT_EQ(moved("c:\\home\\jane.doe\\.local\\WAVFiles", "/home/jane.doe"),
               "H:\\.local\\WAVFiles");
     store_.put("Drives", "D", "/home");
     EXPECT_EQ(moved("d:\\jane\\music"), "H:\\music");
-    store_.put("Drives", "E", "/home/jane"); // a mount on the home itself
+    store_.put("Drives", "E", "/home/jane"); // a mount on the home folder
     EXPECT_EQ(moved("e:\\music"), "H:\\music");
 }
 
@@ -58,17 +58,17 @@ TEST_F(MoveToHomeLetterTest, KeepsTheSplitOfThePathIntoParentAndName) {
     EXPECT_EQ(moved("C:\\home\\jane\\x\\"), "H:\\x\\");
 }
 
-TEST_F(MoveToHomeLetterTest, LeavesADiskInTheHomeItsLetter) {
+TEST_F(MoveToHomeLetterTest, KeepsTheLetterOfAMountInTheHomeFolder) {
     store_.put("Drives", "D", "/home/jane/stick");
     EXPECT_EQ(moved("D:\\music"), "D:\\music");
 }
 
-TEST_F(MoveToHomeLetterTest, ChangesNothingIfThereIsNoHome) {
+TEST_F(MoveToHomeLetterTest, ChangesNothingIfTheHomeFolderIsTheRoot) {
     EXPECT_EQ(moved("C:\\music", "/"), "C:\\music");
     EXPECT_THAT(store_.writes, IsEmpty());
 }
 
-TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterGetsAnotherLetterAlsoInItsPaths) {
+TEST_F(MoveToHomeLetterTest, AMountThatHadTheLetterHGetsAnotherLetterAlsoInItsPaths) {
     store_.put("Drives", "D", "/media/a");
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("H:\\My Music"), "E:\\My Music");
@@ -81,21 +81,21 @@ TEST_F(MoveToHomeLetterTest, ADiskThatHadTheLetterGetsAnotherLetterAlsoInItsPath
     EXPECT_EQ(table.mountPointOf('E'), "/media/b");
 }
 
-TEST_F(MoveToHomeLetterTest, AnInterruptedMoveIsFinished) {
-    store_.put("Drives", "E", "/media/b"); // already assigned, and no other step done
+TEST_F(MoveToHomeLetterTest, AnInterruptedMigrationIsCompleted) {
+    store_.put("Drives", "E", "/media/b"); // the migration was interrupted after this step
     store_.put("Drives", "H", "/media/b");
     EXPECT_EQ(moved("h:\\music"), "E:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);
 }
 
-TEST_F(MoveToHomeLetterTest, PathsOfADiskStartAtTheRootIfNoLetterIsFree) {
+TEST_F(MoveToHomeLetterTest, PathsOnAMountBeginWithTheRootsLetterIfNoLetterIsFree) {
     for (char letter = 'D'; letter <= 'Z'; ++letter) {
         store_.put("Drives", std::string(1, letter), std::string("/media/") + letter + ":");
     }
     EXPECT_EQ(moved("H:\\music"), "C:\\media\\H\u02d0\\music");
 }
 
-TEST_F(MoveToHomeLetterTest, AMountOnTheHomeKeepsTheLetter) {
+TEST_F(MoveToHomeLetterTest, PathsOnAMountOnTheHomeFolderKeepTheLetterH) {
     store_.put("Drives", "H", "/home/jane");
     EXPECT_EQ(moved("H:\\music"), "H:\\music");
     EXPECT_EQ(store_.held("Drives", "H"), std::nullopt);

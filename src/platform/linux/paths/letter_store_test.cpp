@@ -13,7 +13,7 @@ std::string stored(const SettingsStore& store, const std::string& key) {
     return store.GetSetting(applicationName, drivesSection, key, "none");
 }
 
-TEST(LetterStore, WritesNewLettersToTheStoreOnRequest) {
+TEST(LetterStore, WritesNewLettersToTheStoreOnlyInWriteTo) {
     test::FakeSettingsStore store;
     store.SaveSetting(applicationName, drivesSection, "D", "/mnt/old");
     LetterStore letters(store);
@@ -32,9 +32,9 @@ TEST(LetterStore, WritesEachLetterOnce) {
     LetterStore letters(store);
     EXPECT_EQ(assignLetter(letters, "/mnt/new"), 'D');
     letters.writeTo(store);
-    store.SaveSetting(applicationName, drivesSection, "D", "by another hand");
+    store.SaveSetting(applicationName, drivesSection, "D", "changed elsewhere");
     letters.writeTo(store);
-    EXPECT_EQ(stored(store, "D"), "by another hand");
+    EXPECT_EQ(stored(store, "D"), "changed elsewhere");
 }
 
 } // namespace

@@ -36,7 +36,7 @@ using test::MachineWorld;
 using test::readFailure;
 using test::textAt;
 
-constexpr std::size_t tagBytes = 128; // written in one step in practice
+constexpr std::size_t tagBytes = 128; // so small that the kernel writes them in one step
 
 class LinuxBinaryFileTest : public BinaryFileTest<MachineWorld> {
   protected:
@@ -54,7 +54,7 @@ class LinuxBinaryFileTest : public BinaryFileTest<MachineWorld> {
     }
 };
 
-TEST_F(LinuxBinaryFileTest, WorksInFilesBeyondTheOldLimits) {
+TEST_F(LinuxBinaryFileTest, ReadsAndWritesInFilesOf2GiBAndMore) {
     for (const std::int64_t bytes : {2 * gibibyte, 5 * gibibyte}) {
         makeSparse("large.mp3", bytes);
         const auto file = open("large.mp3", FileAccess::readWrite);
@@ -105,7 +105,7 @@ TEST_F(LinuxBinaryFileTest, DoesNotChangeAFileThatMayNotBeWritten) {
     EXPECT_EQ(world_.content("a.mp3"), "0123");
 }
 
-TEST_F(LinuxBinaryFileTest, WritesInPlaceAndKeepsLinksAndAttributes) {
+TEST_F(LinuxBinaryFileTest, WritingKeepsTheFilesLinksAndAttributes) {
     world_.put("a.mp3", std::string(tagBytes * 2, 'x'));
     fs::permissions(path("a.mp3"),
                     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
@@ -127,7 +127,7 @@ TEST_F(LinuxBinaryFileTest, WritesInPlaceAndKeepsLinksAndAttributes) {
     EXPECT_TRUE(fs::is_symlink(path("link.mp3")));
     EXPECT_EQ(world_.content("second.mp3"),
               std::string(tagBytes, 'x') + std::string(tagBytes, 't'));
-    if (attributes) { // not on every file system
+    if (attributes) { // not every file system supports extended attributes
         std::array<char, 8> value{};
         EXPECT_EQ(::getxattr(path("a.mp3").c_str(), "user.comment", value.data(), value.size()), 4);
     }
@@ -148,7 +148,7 @@ TEST_F(LinuxBinaryFileTest, ReportsAFullDisk) {
               static_cast<int>(ErrorNumber::diskFull));
 }
 
-TEST_F(LinuxBinaryFileTest, ReportsABrokenDisk) {
+TEST_F(LinuxBinaryFileTest, ReportsAReadErrorOfTheDisk) {
     world_.put("a.mp3", "0123");
     fs::permissions(world_.parent(), fs::perms::all);
     EXPECT_EQ(test::runUnprivileged([&] {
@@ -180,7 +180,7 @@ TEST_F(LinuxBinaryFileTest, ContinuesAfterAShortWrite) {
     EXPECT_EQ(world_.content("a.mp3")->substr(tagBytes - 4), "1234");
 }
 
-// Another process never reads half of a tag, and a killed process leaves no half of a tag.
+// So another process never reads half of a tag, and a killed process never leaves half of a tag.
 TEST_F(LinuxBinaryFileTest, WritesATagInOneCall) {
     const std::string old(tagBytes, 'o');
     const std::string tag(tagBytes, 't');

@@ -27,7 +27,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
-/// D: is a temporary folder; C: the machine's root.
+/// D: is a temporary folder; C: is the machine's root.
 class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
   protected:
     // The process must not remain in a folder that is about to be deleted.
@@ -78,7 +78,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
             }
             walk->FindClose(handle);
         }
-        EXPECT_TRUE(waiting.empty()) << "the walk does not end";
+        EXPECT_TRUE(waiting.empty()) << "the walk did not end after 1000 folders";
         return files;
     }
     std::uint32_t attributesOf(const std::string& name) {
@@ -94,7 +94,8 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return 0;
     }
 
-    /// The kernel's list for this test; the disk is created, too.
+    /// Creates the list of mounts for this test and the folder of the disk; returns the list's
+    /// path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -145,7 +146,7 @@ TEST_P(LinuxDirectoryWalkTest, TheTwoDotEntriesAreFirstInEveryFolderAndAtTheRoot
     EXPECT_THAT(names(*walk, "d:\\sub\\*.*"), ElementsAre(".", "..", "b.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasItsDots) {
+TEST_P(LinuxDirectoryWalkTest, AnEmptyFolderHasOnlyTheTwoDotEntries) {
     makeFolder("empty");
     const auto walk = directories_.startWalk();
     EXPECT_THAT(names(*walk, "d:\\empty\\*.*"), ElementsAre(".", ".."));
@@ -171,7 +172,7 @@ TEST_P(LinuxDirectoryWalkTest, ListsNoPipesAndNoDanglingLinks) {
     EXPECT_THAT(filesBelow("d:"), UnorderedElementsAre("d:\\real.wav", "d:\\link.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, MapsTheCharactersThatTheLogicDoesNotAllow) {
+TEST_P(LinuxDirectoryWalkTest, ConvertsNamesWithCharactersThatTheLogicDoesNotAllow) {
     write("a\\b:c*/d:e?.wav");
     const auto files = filesBelow("d:");
     ASSERT_THAT(files, ElementsAre("d:\\" + logicName("a\\b:c*") + "\\" + logicName("d:e?.wav")));
@@ -206,7 +207,7 @@ TEST_P(LinuxDirectoryWalkTest, FindsAFolderByItsNameInAnyCase) {
     EXPECT_THAT(names(*walk, "D:\\MUSIC\\albums\\*.*"), ElementsAre(".", "..", "a.wav"));
 }
 
-TEST_P(LinuxDirectoryWalkTest, IfTwoFoldersDifferOnlyInCaseTheExactOneIsWalked) {
+TEST_P(LinuxDirectoryWalkTest, OfFoldersThatDifferOnlyInCaseTheSameOneIsWalkedAndOpened) {
     write("MUSIC/upper.wav");
     write("Music/mixed.wav");
     EXPECT_THAT(filesBelow("d:"), ElementsAre("d:\\music\\upper.wav"));
@@ -218,7 +219,7 @@ TEST_P(LinuxDirectoryWalkTest, IfTwoFoldersDifferOnlyInCaseTheExactOneIsWalked) 
 
 // --- failures -------------------------------------------------------------------------------
 
-TEST_P(LinuxDirectoryWalkTest, ANonFolderLeavesTheRecordUnchanged) {
+TEST_P(LinuxDirectoryWalkTest, FindFirstOfANonFolderFailsAndLeavesTheRecordUnchanged) {
     write("a.wav");
     const auto walk = directories_.startWalk();
     for (const char* pattern : {"d:\\none\\*.*", "d:\\a.wav\\*.*", "x:\\*.*", "\\*.*", "", "*.*",
@@ -270,7 +271,7 @@ TEST_P(LinuxDirectoryWalkTest, AFolderWithoutPermissionIsSkipped) {
     fs::permissions(disk_ + "/locked", fs::perms::all);
 }
 
-TEST_P(LinuxDirectoryWalkTest, AFolderThatVanishesIsSkippedOrEnds) {
+TEST_P(LinuxDirectoryWalkTest, ADeletedFolderIsSkippedAndItsListingEnds) {
     write("x/a.wav");
     write("y/b.wav");
     const auto walk = directories_.startWalk();
@@ -329,7 +330,7 @@ TEST_P(LinuxDirectoryWalkTest, ALoopOfLinksEnds) {
     }
 }
 
-TEST_P(LinuxDirectoryWalkTest, ManyFoldersThatAllLinkToEachOtherEndSoon) {
+TEST_P(LinuxDirectoryWalkTest, AWalkThroughManyFoldersThatLinkToEachOtherEndsSoon) {
     constexpr int count = 20;
     for (int i = 0; i < count; ++i) {
         write(std::to_string(i) + "/a.wav");
@@ -399,7 +400,7 @@ TEST_P(LinuxDirectoryWalkTest, OnlyFoldersAreFound) {
     EXPECT_FALSE(directories_.folder(std::string("d:\\a\0b", 6)).ok());
 }
 
-TEST_P(LinuxDirectoryWalkTest, TheDrivesAreThoseThatAreMounted) {
+TEST_P(LinuxDirectoryWalkTest, OnlyMountedDrivesAreReturned) {
     EXPECT_THAT(directories_.drives(), ElementsAre("c:", "d:"));
 }
 

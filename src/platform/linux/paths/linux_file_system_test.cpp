@@ -17,8 +17,8 @@
 #include "support/unprivileged.h"
 
 #if defined(__SANITIZE_THREAD__)
-/// A forked process that uses the patient classes starts threads; by default the sanitizer aborts
-/// in that case.
+/// A forked process that uses the patient classes starts threads. By default the sanitizer aborts a
+/// forked process that starts threads.
 extern "C" const char* __tsan_default_options() {
     return "die_after_fork=0";
 }
@@ -29,7 +29,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// D: is a temporary folder; C: the machine's root.
+/// D: is a temporary folder; C: is the machine's root.
 class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
   protected:
     // The process must not remain in a folder that is about to be deleted.
@@ -39,14 +39,15 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
         fs::create_directories(fs::path(disk_ + "/" + name).parent_path());
         std::ofstream(disk_ + "/" + name) << content;
     }
-    /// Empty if no file has exactly this name.
+    /// The content of a file; empty if no file has exactly this name.
     std::optional<std::string> read(const std::string& name) {
         std::ifstream file(disk_ + "/" + name);
         return file ? std::optional((std::stringstream() << file.rdbuf()).str()) : std::nullopt;
     }
     static ErrorNumber numberOf(const Status& status) { return status.error().number; }
 
-    /// The kernel's list for this test; the disk is created, too.
+    /// Creates the list of mounts for this test and the folder of the disk; returns the list's
+    /// path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -64,7 +65,7 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
                                                             disk_)
                    : nullptr;
     }
-    /// The result of an operation on the files for a user without privileges.
+    /// The error number of an operation on the files by a user without privileges.
     int unprivileged(const std::function<Status(FileSystem&)>& step) {
         return test::runUnprivileged([&] {
             const auto reached = reach();
@@ -132,7 +133,7 @@ TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, DoesNotRenameIntoAMissingFolder) {
+TEST_P(LinuxFileSystemTest, DoesNotRenameToAnInvalidPathNorAMissingFile) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);
@@ -197,7 +198,7 @@ TEST_P(LinuxFileSystemTest, RemovesNothingFromAFolderThatMayNotBeChanged) {
     fs::permissions(disk_ + "/music", fs::perms::owner_all);
 }
 
-TEST_P(LinuxFileSystemTest, MovesThroughDrivesAndFolders) {
+TEST_P(LinuxFileSystemTest, ChangesTheCurrentDriveAndFolder) {
     fs::create_directories(disk_ + "/Music/Wav");
     EXPECT_TRUE(files_.changeDrive("d:\\anything at all").ok());
     EXPECT_EQ(files_.currentFolder(), "D:\\");
@@ -248,7 +249,7 @@ TEST_P(LinuxFileSystemTest, CreatesAFolderInTheGivenCase) {
     EXPECT_TRUE(fs::is_directory(disk_ + "/My Music"));
 }
 
-TEST_P(LinuxFileSystemTest, FailsWithNumber75ForAFolderThatExistsInAnyCase) {
+TEST_P(LinuxFileSystemTest, CreatesNoFolderWhoseNameExistsInAnyCase) {
     fs::create_directory(disk_ + "/Music");
     write("File");
     ASSERT_TRUE(files_.changeFolder("d:\\").ok());
