@@ -94,7 +94,7 @@ class LinuxDirectoryWalkTest : public testing::TestWithParam<test::Reach> {
         return 0;
     }
 
-    /// Creates the list of mounts for this test and the folder of the disk; returns the list's
+    /// Creates the list of mounts for this test and the disk's folder; returns the list's
     /// path.
     std::string mountList() {
         fs::create_directories(disk_);

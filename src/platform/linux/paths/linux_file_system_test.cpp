@@ -46,7 +46,7 @@ class LinuxFileSystemTest : public ::testing::TestWithParam<test::Reach> {
     }
     static ErrorNumber numberOf(const Status& status) { return status.error().number; }
 
-    /// Creates the list of mounts for this test and the folder of the disk; returns the list's
+    /// Creates the list of mounts for this test and the disk's folder; returns the list's
     /// path.
     std::string mountList() {
         fs::create_directories(disk_);

@@ -12,7 +12,7 @@
 namespace sonarith {
 namespace {
 
-TEST(MachineName, MapsOnlyCharactersThatTheLogicDoesNotAllow) {
+TEST(MachineName, ReplacesOnlyCharactersThatTheLogicDoesNotAllow) {
     EXPECT_EQ(logicName("a\\b:c"), "a\u2216b\u02d0c");
     EXPECT_EQ(logicName("what?*"), "what\u0294\u2217");
     EXPECT_EQ(machineName(logicName("a\\b:c*?d")), "a\\b:c*?d");
@@ -32,14 +32,14 @@ TEST(MachineName, TreatsAMarkBeforeAnyOtherCharacterAsLiteral) {
     EXPECT_EQ(machineName("x\u00ac"), "x\u00ac");
 }
 
-TEST(MachineName, IsNotAPatternThatMatchesOtherFiles) {
+TEST(MachineName, InTheLogicsFormIsNoPatternThatMatchesOtherFiles) {
     EXPECT_TRUE(matches("whats.mp3", "what?.mp3"));
     EXPECT_FALSE(matches("whats.mp3", logicName("what?.mp3")));
     EXPECT_FALSE(matches("anything.mp3", logicName("*.mp3")));
     EXPECT_TRUE(matches(logicName("what?*.mp3"), logicName("what?*.mp3")));
 }
 
-TEST(MachineName, ReadsTheFormOfOlderStores) {
+TEST(MachineName, IsAlsoParsedFromTheFormOfOlderStores) {
     EXPECT_EQ(formerLogicName("a\\b:c*?d"), "a\uf05c"
                                             "b\uf03a"
                                             "c\uf02a\uf03f"
@@ -48,14 +48,15 @@ TEST(MachineName, ReadsTheFormOfOlderStores) {
     EXPECT_EQ(formerLogicName("\u2217\u00ac\uf02a"), "\u2217\u00ac\uf02a");
 }
 
-TEST(MachineName, DetectsNamesThatDifferInTheFormerForm) {
+TEST(MachineName, MayBeFormerDetectsReplacementCharactersAndMarks) {
     EXPECT_FALSE(mayBeFormer("plain \xff\xe2\x88 name"));
     EXPECT_TRUE(mayBeFormer("x\uf02a"));
     EXPECT_TRUE(mayBeFormer("x\u00ac"));
     EXPECT_TRUE(mayBeFormer("x\u2217y"));
 }
 
-/// A random name of special characters, some of them truncated, and some other characters.
+/// A random name that consists of special characters, truncated special characters and other
+/// characters.
 std::string randomName(std::mt19937& random) {
     static const std::array<std::string, 28> pieces = {
         "\\",     ":",      "*",      "?",      "\u2216", "\u02d0", "\u2217",
@@ -81,7 +82,7 @@ TEST(MachineName, RoundTripsForAnyName) {
     }
 }
 
-TEST(MachineName, SurvivesTheLogicsLowerCase) {
+TEST(MachineName, IsStillFoundAfterTheLogicsConversionToLowerCase) {
     std::mt19937 random(2);
     for (int i = 0; i < randomNames; ++i) {
         const std::string name = randomName(random);
@@ -90,7 +91,7 @@ TEST(MachineName, SurvivesTheLogicsLowerCase) {
     }
 }
 
-TEST(MachineName, RoundTripsFromTheFormerFormUnlessItContainsNewCharacters) {
+TEST(MachineName, RoundTripsThroughTheFormerFormIfItHasNoReplacementCharacter) {
     std::mt19937 random(3);
     int plain = 0;
     for (int i = 0; i < randomNames; ++i) {

@@ -52,7 +52,7 @@ TEST(HoldsUserFiles, AcceptsDisks) {
     EXPECT_TRUE(holdsUserFiles({"/tmp", "tmpfs"}));
 }
 
-TEST(HoldsUserFiles, RejectsTheKernelsTablesAndPackages) {
+TEST(HoldsUserFiles, RejectsInterfacesOfTheKernelAndPackages) {
     for (const char* type : {"proc", "sysfs", "cgroup2", "devtmpfs", "devpts", "squashfs"}) {
         EXPECT_FALSE(holdsUserFiles({"/somewhere", type})) << type;
     }
@@ -61,7 +61,7 @@ TEST(HoldsUserFiles, RejectsTheKernelsTablesAndPackages) {
     EXPECT_TRUE(holdsUserFiles({"/runs", "tmpfs"}));
 }
 
-TEST(MountInfo, ReturnsTheListOnceWhileNothingChanges) {
+TEST(MountInfo, ReturnsTheListOnlyOnceWhileNothingChanges) {
     MountInfo mounts;
     EXPECT_TRUE(mounts.changed().has_value());
     EXPECT_FALSE(mounts.changed().has_value());
@@ -82,8 +82,8 @@ TEST(MountInfo, OmitsPartialMountsOfSingleFiles) {
                                        {"/gone", "nfs", false, "8:1", "server:/"}}));
 }
 
-// A server's folder may be a partial mount, and an access would hang if the server does not
-// respond. An unchecked mount is always listed: here a mount point that does not exist.
+// A server's folder may be a partial mount, and an access would hang if the server did not respond.
+// The mount points here do not exist: a mount that is listed was not accessed.
 TEST(MountInfo, DoesNotAccessPartialMountsThatMayBeOnAServer) {
     const fakes::TempFolder folder;
     std::ofstream(folder / "info") << "1 0 0:40 /jane /gone/jane rw - nfs4 server:/home rw\n"
@@ -107,7 +107,7 @@ TEST(MountInfo, AllChangedReturnsAllMountsWithoutAccessingThem) {
     EXPECT_FALSE(mounts.allChanged().has_value());
 }
 
-TEST(MountInfo, ReturnsAnEmptyListIfThereIsNone) {
+TEST(MountInfo, ReturnsNoMountsIfTheKernelsListIsMissing) {
     MountInfo mounts("/no/such/list");
     EXPECT_EQ(mounts.changed(), std::vector<MountPoint>());
     EXPECT_FALSE(mounts.changed().has_value());

@@ -34,7 +34,7 @@ class PathMapTest : public ::testing::Test {
     }
     ErrorNumber failure(std::string_view logic) { return paths_.locate(logic).error().number; }
 
-    /// The kernel's list for this test; the disk is created, too.
+    /// Creates the list of mounts for this test and the disk's folder; returns the list's path.
     std::string mountList() {
         fs::create_directories(disk_);
         std::ofstream list(folder_ / "mounts");
@@ -51,14 +51,14 @@ class PathMapTest : public ::testing::Test {
     PathMap paths_{drives_, mounts_};
 };
 
-TEST_F(PathMapTest, MapsEachLetterToItsDisk) {
+TEST_F(PathMapTest, TranslatesEachLetterToTheMountPointOfItsDisk) {
     EXPECT_EQ(machine("c:\\no\\such"), "/no/such");
     EXPECT_EQ(machine("C:\\"), "/");
     EXPECT_EQ(machine("d:\\"), disk_);
     EXPECT_EQ(machine("d:"), disk_);
 }
 
-TEST_F(PathMapTest, NamesAPathByTheDriveOfItsDeepestMountPoint) {
+TEST_F(PathMapTest, ToLogicUsesTheDriveWithTheDeepestMountPoint) {
     EXPECT_EQ(paths_.toLogic(disk_ + "/Music/a.wav"), "D:\\Music\\a.wav");
     EXPECT_EQ(paths_.toLogic(disk_), "D:\\");
     EXPECT_EQ(paths_.toLogic(disk_ + "/"), "D:\\");
@@ -73,7 +73,7 @@ TEST_F(PathMapTest, FindsALowerCasedPath) {
     EXPECT_TRUE(paths_.locate("D:\\MUSIC").value().found);
 }
 
-TEST_F(PathMapTest, PrefersTheExactNameToOneOfAnotherCase) {
+TEST_F(PathMapTest, PrefersTheExactNameToANameInAnotherCase) {
     addFile("Track.wav");
     addFile("track.wav");
     addFile("TRACK.WAV");
@@ -99,7 +99,7 @@ TEST_F(PathMapTest, ReturnsTheGivenNameAndTheFoundPath) {
     EXPECT_EQ(located.givenName, "track.wav");
 }
 
-TEST_F(PathMapTest, RoundTripsAwkwardNames) {
+TEST_F(PathMapTest, RoundTripsUnusualNames) {
     for (const std::string name :
          {"a\\b", "10:30", "caf\xe9", "\xff\xfe", "x\xef\x81\x9cy", "x\xef\x80\xaay\xef\x80\xbf",
           " . ", "*?[a]", "What?*.mp3", "new\nline", "\xef\x80", "C:", "...", "\u2217",
@@ -121,7 +121,7 @@ TEST_F(PathMapTest, DistinguishesAFileWithAWildcardInItsNameFromAMatchingFile) {
     EXPECT_FALSE(paths_.locate(logic).value().found);
 }
 
-TEST_F(PathMapTest, FindsFilesNamedInAnOlderStore) {
+TEST_F(PathMapTest, FindsFilesByPathsFromAnOlderStore) {
     for (const std::string name :
          {"What?.MP3", "a\\b:c*d", "truly \uf02a", "\u2217 \u00ac\u00ac", "*\uf02a\u2217"}) {
         addFile(name);
@@ -131,11 +131,11 @@ TEST_F(PathMapTest, FindsFilesNamedInAnOlderStore) {
     }
 }
 
-TEST_F(PathMapTest, CreatesANameInTheFormerFormWithItsOriginalCharacters) {
+TEST_F(PathMapTest, TranslatesANewNameInTheFormerFormToItsOriginalCharacters) {
     EXPECT_EQ(onDisk("d:\\My \uf02aMusic\uf02a"), "/My *Music*");
 }
 
-TEST_F(PathMapTest, PrefersTheCurrentFormToTheFormerOne) {
+TEST_F(PathMapTest, PrefersTheCurrentFormOfANameToTheFormerForm) {
     addFile("a\u00acB");
     addFile("a\u00ac\u00acB");
     EXPECT_EQ(onDisk("d:\\a\u00ac\u00acb"), "/a\u00acB");
@@ -144,7 +144,7 @@ TEST_F(PathMapTest, PrefersTheCurrentFormToTheFormerOne) {
 TEST_F(PathMapTest, ResolvesDotsTextually) {
     addFile("a/b.wav");
     EXPECT_EQ(onDisk("d:\\a\\..\\.\\a\\\\b.wav"), "/a/b.wav");
-    EXPECT_EQ(machine("d:\\..\\..\\a"), disk_ + "/a"); // never above the drive
+    EXPECT_EQ(machine("d:\\..\\..\\a"), disk_ + "/a"); // not above the root of the drive
     EXPECT_EQ(onDisk("d:/a/b.wav"), "/a/b.wav");
 }
 

@@ -16,7 +16,7 @@ TEST(PathNames, AreThePartsBetweenSeparators) {
     EXPECT_THAT(namesOf("//", "/"), IsEmpty());
 }
 
-TEST(PathNames, DotsAreResolvedAndDroppedAtTheRoot) {
+TEST(PathNames, ResolveDotsAndDropDoubleDotsAtTheRoot) {
     EXPECT_THAT(namesOf("/a/./b/../c", "/"), ElementsAre("a", "c"));
     EXPECT_THAT(namesOf("/../../a/...", "/"), ElementsAre("a", "..."));
 }
@@ -36,7 +36,7 @@ TEST(IsWithin, DistinguishesAFolderFromItsNeighbour) {
     EXPECT_FALSE(isWithin("/home", "/home/me"));
 }
 
-TEST(AbsolutePath, AlwaysBeginsWithItsDrive) {
+TEST(AbsolutePath, AlwaysBeginsWithADriveLetter) {
     const std::string here = "d:\\music";
     EXPECT_EQ(absolutePath("c:\\a", here), "c:\\a");
     EXPECT_EQ(absolutePath("c:", here), "c:");

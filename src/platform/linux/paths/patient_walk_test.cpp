@@ -21,9 +21,9 @@ using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-/// A walk reads its first folder without reading ahead. The fixture has already listed E:, so its
-/// walk reads ahead from a test's first folder on. It may read ahead for one hour, so that a slow
-/// machine cannot affect a test.
+/// A walk reads its first folder without reading ahead. The fixture's walk has already listed E:,
+/// so it reads ahead from the first folder of a test on. Each call may read ahead for one hour, so
+/// that a slow machine cannot affect a test.
 class PatientWalkTest : public testing::Test, protected test::HangingWorld {
   protected:
     PatientWalkTest() {
@@ -57,7 +57,7 @@ class PatientWalkTest : public testing::Test, protected test::HangingWorld {
     PatientWalk walk{paths, std::chrono::hours(1)};
 };
 
-TEST_F(PatientWalkTest, ListsTheFoldersBelowWithoutAFurtherCall) {
+TEST_F(PatientWalkTest, ListsFoldersThatWereReadAheadWithoutAFurtherCall) {
     ASSERT_THAT(namesIn("d:\\"), UnorderedElementsAre(".", "..", "a", "b"));
     const int calls = mounts->calls(d);
     EXPECT_THAT(namesIn("d:\\a\\"), UnorderedElementsAre(".", "..", "1.wav", "deep"));
@@ -66,7 +66,7 @@ TEST_F(PatientWalkTest, ListsTheFoldersBelowWithoutAFurtherCall) {
     EXPECT_EQ(mounts->calls(d), calls);
 }
 
-TEST_F(PatientWalkTest, TheFirstFolderOfAWalkIsReadAlone) {
+TEST_F(PatientWalkTest, TheFirstFolderOfAWalkIsReadWithoutTheFoldersBelowIt) {
     PatientWalk another(paths, std::chrono::hours(1));
     FindRecord entry;
     const FindHandle handle = another.FindFirst("d:\\*.*", entry);
@@ -104,7 +104,7 @@ TEST_F(PatientWalkTest, AllFoldersAreListedInAnyOrder) {
     }
 }
 
-TEST_F(PatientWalkTest, AFolderThatHangsDuringReadAheadIsReportedAloneAndOnce) {
+TEST_F(PatientWalkTest, OnlyAFolderThatHangsDuringReadAheadIsReportedAndOnlyOnce) {
     mounts->hang(d);
     EXPECT_THAT(namesIn(parentOfTheMounts()), IsSupersetOf({"d", "e", "mounts"}));
     const int hanging = mounts->blocked();
@@ -123,7 +123,7 @@ TEST_F(PatientWalkTest, ListsAllOtherFoldersAfterAReadAheadWasLeftBehind) {
     ASSERT_THAT(namesIn(usual, parentOfTheMounts()), IsSupersetOf({"c", "d", "f"}));
     std::this_thread::sleep_for(PatientWalk::usualReadAhead);
     mounts->answer(d);
-    while (!paths.allReturned()) { // the call that hung ends
+    while (!paths.allReturned()) { // waits for the end of the call that hung
         static_cast<void>(files.fileExists("e:\\none"));
     }
     EXPECT_THAT(namesIn(usual, parentOfTheMounts() + "c\\"), Contains("late.wav"));

@@ -17,16 +17,16 @@ TEST(ExecutableFolder, ContainsTheRunningProgram) {
     EXPECT_TRUE(fs::exists(executableFolder() + "/paths_test"));
 }
 
-TEST(ProgramFolder, IsThatOfTheExecutableIfItIsWritable) {
+TEST(ProgramFolder, IsTheExecutablesFolderIfThatIsWritable) {
     const fakes::TempFolder folder;
     const auto never = [] {
-        ADD_FAILURE() << "the music folder was requested without need";
+        ADD_FAILURE() << "the music folder was requested although it is not needed";
         return std::string();
     };
     EXPECT_EQ(programFolder(folder.path().string(), never), folder.path().string());
 }
 
-TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgram) {
+TEST(ProgramFolder, IsInTheUsersMusicFolderIfTheExecutablesFolderIsNotWritable) {
     const fakes::TempFolder folder;
     fs::create_directory(folder / "bin");
     fs::create_directory(folder / "music");
@@ -45,7 +45,7 @@ TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgram) {
     EXPECT_TRUE(fs::is_directory(music + "/Sonarith"));
 }
 
-TEST(ProgramFolder, IsInTheUsersMusicEvenIfAnAdministratorRunsAnInstalledProgram) {
+TEST(ProgramFolder, IsInTheUsersMusicFolderForAnInstalledProgramWithAWritableFolder) {
     const fakes::TempFolder folder;
     fs::create_directories(folder / "share/sonarith");
     fs::create_directory(folder / "bin"); // writable for this test
@@ -53,11 +53,11 @@ TEST(ProgramFolder, IsInTheUsersMusicEvenIfAnAdministratorRunsAnInstalledProgram
     EXPECT_EQ(programFolder((folder / "bin").string(), [&] { return music; }), music + "/Sonarith");
 }
 
-TEST(ProgramFolder, IsTheExecutablesFolderIfNoOtherCanBeCreated) {
+TEST(ProgramFolder, IsTheExecutablesFolderIfTheMusicSubfolderCannotBeCreated) {
     EXPECT_EQ(programFolder("/proc", [] { return "/proc/no"; }), "/proc");
 }
 
-TEST(ProgramFolder, IsReturnedEvenIfItCannotBeCreated) {
+TEST(ProgramFolder, IsTheUncreatableMusicSubfolderIfTheExecutablesFolderIsUnknown) {
     EXPECT_EQ(programFolder("", [] { return "/proc/no"; }), "/proc/no/Sonarith");
 }
 

@@ -16,7 +16,7 @@ class RecordingPathsTest : public testing::Test, protected test::HangingWorld {
     RecordingPaths recordings{files};
 };
 
-TEST_F(RecordingPathsTest, AnExistingFileIsNamedInItsOwnSpelling) {
+TEST_F(RecordingPathsTest, ThePathOfAnExistingFileHasTheSpellingOnTheDisk) {
     EXPECT_EQ(recordings.beginIn("d:\\my music"), d + "/My Music");
     EXPECT_EQ(recordings.saveAs("d:\\my music\\old.wav"), folder + "Old.wav");
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
@@ -48,7 +48,7 @@ TEST_F(RecordingPathsTest, AFolderThatHangsAtTheBeginningIsNotUsedForASave) {
     EXPECT_EQ(recordings.saveAs("d:\\my music\\1234-1.wav"), folder + "1234-1.wav");
 }
 
-TEST_F(RecordingPathsTest, SpecialCharactersAreMappedWithoutAccessToTheDisk) {
+TEST_F(RecordingPathsTest, SpecialCharactersAreConvertedTheSameWhileTheDiskHangs) {
     ASSERT_EQ(recordings.beginIn("d:\\my music\\"), d + "/My Music");
     const std::string answered = recordings.saveAs("d:\\my music\\what\xEF\xBC\x9F.wav");
     mounts->hang(d);

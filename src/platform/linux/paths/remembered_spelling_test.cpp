@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-/// H: is a temporary home, with capitals and a dot in its path; C: is the machine's root.
+/// H: is a temporary home folder with capitals and a dot in its path; C: is the machine's root.
 class RememberedSpellingTest : public testing::Test {
   protected:
     RememberedSpellingTest() { fs::create_directories(home_); }
@@ -28,8 +28,8 @@ class RememberedSpellingTest : public testing::Test {
         for (const std::string& name : hidden_) {
             fs::permissions(home_ + "/" + name, fs::perms::owner_all); // needed to delete it
         }
-        fs::current_path(
-            "/"); // the process must not remain in a folder that is about to be deleted
+        // The process must not remain in a folder that is about to be deleted.
+        fs::current_path("/");
     }
 
     void write(const std::string& name) {
@@ -37,8 +37,8 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(home_ + "/" + name) << name;
     }
     void makeFolder(const std::string& name) { fs::create_directories(home_ + "/" + name); }
-    /// Removes the permission to list the folder from all users, who may still enter it. They may
-    /// also create entries if `more` allows it.
+    /// Removes the permission to list the folder from all users. They may still enter the folder,
+    /// and create entries if `more` allows that.
     void hideEntriesOf(const std::string& name, fs::perms more = fs::perms::none) {
         using fs::perms;
         fs::permissions(home_ + "/" + name, perms::owner_write | perms::owner_exec |
@@ -47,8 +47,8 @@ class RememberedSpellingTest : public testing::Test {
     }
     void allowAll(const std::string& name) { fs::permissions(home_ + "/" + name, fs::perms::all); }
 
-    /// Creates and enters the folders one by one, as the program does with its destination at each
-    /// start. `names` are the names as the settings store has them, with their capitals.
+    /// Creates and enters the folders one by one, as the program does for its destination at each
+    /// start. `names` have the same capitals as in the settings store.
     bool makeDestination(const std::vector<std::string>& names, const std::string& drive = "H:") {
         bool made = files_.changeDrive(drive).ok() && files_.changeFolder("\\").ok();
         for (const std::string& name : names) {
@@ -58,7 +58,7 @@ class RememberedSpellingTest : public testing::Test {
         }
         return made;
     }
-    /// The machine path of `logic`, relative to the home if it is below it.
+    /// The machine path of `logic`; relative to the home folder if it is below that folder.
     std::string meant(const std::string& logic) {
         const std::string path = files_.locate(logic).value().path;
         return path.starts_with(home_ + "/") ? path.substr(home_.size() + 1) : path;
@@ -79,7 +79,7 @@ class RememberedSpellingTest : public testing::Test {
         std::ofstream(folder_ / "mounts") << "1 0 8:1 / / rw - ext4 /dev/a rw\n";
         return (folder_ / "mounts").string();
     }
-    /// Runs `holds` as a user to whom permissions apply; returns 0 if it returns true.
+    /// Runs `holds` as a user to whom permissions apply; returns 0 if `holds` returns true.
     int withoutPrivileges(const std::function<bool()>& holds) {
         fs::permissions(folder_.path(), fs::perms::all);
         return test::runUnprivileged([&] { return holds() ? 0 : 1; });
@@ -107,7 +107,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsFoundInAFolderThatCannotBeListed) {
                   return meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/my music/cds/1.wav";
               }),
               0)
-        << "the folder is found without a remembered spelling: the next check proves nothing";
+        << "the folder was found without a remembered spelling, so the next check proves nothing";
     EXPECT_EQ(withoutPrivileges([&] {
                   return makeDestination({"Shared", "My Music", "CDs"}) &&
                          meant("h:\\shared\\my music\\cds\\1.wav") == "Shared/My Music/CDs/1.wav";
@@ -127,7 +127,7 @@ TEST_F(RememberedSpellingTest, ADestinationIsAlsoFoundByTheLetterOfTheRoot) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, AFolderCreatedThereIsFoundAgain) {
+TEST_F(RememberedSpellingTest, AFolderCreatedInAFolderThatCannotBeListedIsFoundAgain) {
     makeFolder("Drop");
     hideEntriesOf("Drop", fs::perms::others_write);
     EXPECT_EQ(withoutPrivileges([&] {
@@ -137,7 +137,7 @@ TEST_F(RememberedSpellingTest, AFolderCreatedThereIsFoundAgain) {
               0);
 }
 
-TEST_F(RememberedSpellingTest, AFilePickedThereIsFoundByItsLowerCasePath) {
+TEST_F(RememberedSpellingTest, AFilePickedInAFolderThatCannotBeListedIsFoundByItsLowerCasePath) {
     write("Hidden/My Songs/One.MP3");
     hideEntriesOf("Hidden/My Songs");
     hideEntriesOf("Hidden");
@@ -156,8 +156,8 @@ TEST_F(RememberedSpellingTest, ALowerCasePathMeansTheChosenDestination) {
     makeFolder("My Music");
     makeFolder("my music");
     makeFolder("MY MUSIC");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"),
-              "my music/1.wav"); // nothing is remembered: the exact name
+    // Nothing is remembered, so the exact name is meant.
+    EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
     ASSERT_TRUE(makeDestination({"My Music"}));
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("h:\\my music"), "My Music");
@@ -168,14 +168,14 @@ TEST_F(RememberedSpellingTest, ALowerCasePathMeansTheChosenDestination) {
     EXPECT_FALSE(fs::exists(home_ + "/My Music/1.wav"));
 }
 
-TEST_F(RememberedSpellingTest, APathWithCapitalsMeansItself) {
+TEST_F(RememberedSpellingTest, APathWithCapitalsMeansTheExactNamesIfTheyExist) {
     makeFolder("My Music/Sub");
     makeFolder("my music");
     ASSERT_TRUE(makeDestination({"my music"}));
     EXPECT_EQ(meant("H:\\My Music\\1.wav"), "My Music/1.wav");
     EXPECT_EQ(meant("H:\\My Music\\sub\\1.wav"), "My Music/Sub/1.wav");
-    EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"),
-              "my music/1.wav"); // neither name matches exactly: the chosen one is used
+    // Neither name matches exactly, so the chosen name is meant.
+    EXPECT_EQ(meant("H:\\MY MUSIC\\1.wav"), "my music/1.wav");
 }
 
 TEST_F(RememberedSpellingTest, ANameBelowTheDestinationKeepsTheGivenCase) {
@@ -194,7 +194,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     fs::rename(home_ + "/My Music", home_ + "/Other");
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
     fs::rename(home_ + "/Other", home_ + "/My Music");
-    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // it exists again
+    EXPECT_EQ(meant("h:\\my music\\1.wav"), "My Music/1.wav"); // the destination exists again
     fs::remove(home_ + "/My Music");
     fs::remove(home_ + "/my music");
     EXPECT_FALSE(files_.locate("h:\\my music\\1.wav").value().found);
@@ -205,7 +205,7 @@ TEST_F(RememberedSpellingTest, ADestinationThatIsRemovedOrRenamedIsIgnored) {
     EXPECT_EQ(meant("h:\\my music\\1.wav"), "my music/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, EquallyNamedFoldersBelowBothSpellingsAreDistinguished) {
+TEST_F(RememberedSpellingTest, FoldersWhoseParentsAndNamesDifferOnlyInCaseAreDistinguished) {
     makeFolder("My Music/CDs");
     makeFolder("my music/cds");
     ASSERT_TRUE(makeDestination({"My Music", "CDs"}));
@@ -223,7 +223,7 @@ TEST_F(RememberedSpellingTest, ALowerCaseNameMeansTheChosenFolderWhateverTheCase
     EXPECT_EQ(meant("H:\\MY MUSIC\\cd\\1.wav"), "My Music/CD/1.wav");
 }
 
-TEST_F(RememberedSpellingTest, AChoiceOnOneDiskDoesNotApplyToAnother) {
+TEST_F(RememberedSpellingTest, ASpellingChosenOnOneDiskDoesNotApplyToAnotherDisk) {
     write("Stick/A.wav");
     write("stick/a.wav");
     store_.put("Drives", "D", home_ + "/stick");
@@ -240,7 +240,7 @@ TEST_F(RememberedSpellingTest, APickedFileIsFoundDespiteADestinationOfTheSameNam
     const std::string picked = lowerCase(paths_.toLogic(home_ + "/my music/Song.mp3"));
     EXPECT_EQ(meant(picked), "my music/Song.mp3");
     EXPECT_EQ(meant("h:\\my music\\new.wav"), "My Music/new.wav");
-    // Renaming and removing affect the picked file, too; a renamed file remains in its folder.
+    // Renaming and removing also affect the picked file. The renamed file remains in its folder.
     ASSERT_TRUE(files_.rename(picked, "h:\\my music\\renamed.mp3").ok());
     EXPECT_TRUE(fs::exists(home_ + "/my music/renamed.mp3"));
     EXPECT_TRUE(fs::exists(home_ + "/My Music/song.mp3"));
@@ -283,7 +283,7 @@ TEST_F(RememberedSpellingTest, AWalkFromTheParentFolderListsTheSameDestination) 
     EXPECT_THAT(names, ElementsAre("..", "Mine.wav"));
 }
 
-TEST_F(RememberedSpellingTest, AFolderThatAWalkListedIsPreferredToAGuess) {
+TEST_F(RememberedSpellingTest, AFolderThatAWalkListedIsPreferredToOtherCaseVariants) {
     write("Music/a.wav");
     EXPECT_THAT(filesIn("h:\\music"), ElementsAre("a.wav"));
     makeFolder("MUSIC"); // would be the first match in byte order

@@ -39,7 +39,7 @@ TEST(SingleInstance, IsIndependentOfLocksInOtherFolders) {
     EXPECT_TRUE(SingleInstance({yours.path().string()}).isFirst());
 }
 
-TEST(SingleInstance, IsFreeAgainAfterAKill) {
+TEST(SingleInstance, IsFirstAgainAfterTheOtherProcessWasKilled) {
     const fakes::TempFolder folder;
     test::ReportingChild child([&](const auto& report) {
         const SingleInstance first({folder.path().string()});
@@ -52,18 +52,18 @@ TEST(SingleInstance, IsFreeAgainAfterAKill) {
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
 }
 
-TEST(SingleInstance, StartsIfNoLockIsPossible) {
+TEST(SingleInstance, IsFirstIfNoLockIsPossible) {
     EXPECT_TRUE(SingleInstance({"/no/such/folder"}).isFirst());
 }
 
-TEST(SingleInstance, FollowsNoLinkThatAnotherUserCreated) {
+TEST(SingleInstance, FollowsNoLinkInPlaceOfTheLockFile) {
     const fakes::TempFolder folder;
     fs::create_symlink(folder / "victim", folder / "sonarith.lock");
     EXPECT_TRUE(SingleInstance({folder.path().string()}).isFirst());
     EXPECT_FALSE(fs::exists(folder / "victim"));
 }
 
-TEST(SingleInstance, UsesTheNextFolderIfOneHasNoLocks) {
+TEST(SingleInstance, UsesTheNextFolderIfOneCannotContainTheLock) {
     const fakes::TempFolder folder;
     const std::vector<std::string> folders{"/no/such/folder", folder.path().string()};
     const SingleInstance first(folders);
@@ -79,7 +79,7 @@ TEST(SingleInstance, TriesNoFurtherFolderOnceTheResultIsKnown) {
     EXPECT_TRUE(fs::is_empty(other.path()));
 }
 
-TEST(SingleInstance, StartsOnAFileSystemWithoutLocks) {
+TEST(SingleInstance, IsFirstOnAFileSystemWithoutLocks) {
     const fakes::TempFolder folder;
     fs::permissions(folder.path(), fs::perms(0777));
     EXPECT_EQ(test::runUnprivileged([&] {
@@ -93,7 +93,7 @@ TEST(SingleInstance, StartsOnAFileSystemWithoutLocks) {
               0);
 }
 
-TEST(SingleInstance, StartsWithAReadOnlyFolder) {
+TEST(SingleInstance, IsFirstWithAReadOnlyFolderAndUsesTheNextFolder) {
     const fakes::TempFolder closed;
     const fakes::TempFolder open;
     fs::permissions(closed.path(), fs::perms(0555));
@@ -109,7 +109,7 @@ TEST(SingleInstance, StartsWithAReadOnlyFolder) {
     fs::permissions(closed.path(), fs::perms(0755));
 }
 
-/// Restores the environment variable at the end.
+/// Sets XDG_RUNTIME_DIR during its lifetime, and restores the previous value at the end.
 class RunTimeFolder {
   public:
     explicit RunTimeFolder(const std::string& path) {
@@ -143,7 +143,7 @@ TEST(InstanceFolders, CreateTheStoresFolderForItsUserOnly) {
     EXPECT_EQ(fs::status(folder / "config").permissions(), fs::perms::owner_all);
 }
 
-TEST(InstanceFolders, OmitARunTimeFolderThatOthersCanWrite) {
+TEST(InstanceFolders, OmitAnInvalidRunTimeFolder) {
     const fakes::TempFolder folder;
     const std::string store = (folder / "config/sonarith").string();
     fs::permissions(folder.path(), fs::perms::all);

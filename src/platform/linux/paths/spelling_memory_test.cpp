@@ -20,7 +20,7 @@ TEST(SpellingMemory, FindsAPathInAnyCase) {
     EXPECT_EQ(found(memory, "/home"), "nothing");
 }
 
-TEST(SpellingMemory, FindsTheLastOfSeveralSpellings) {
+TEST(SpellingMemory, FindsTheLastRememberedSpelling) {
     SpellingMemory memory;
     memory.remember("/Music");
     memory.remember("/MUSIC");
@@ -29,8 +29,8 @@ TEST(SpellingMemory, FindsTheLastOfSeveralSpellings) {
     EXPECT_EQ(found(memory, "/music"), "/MUSIC");
 }
 
-// Each of these paths occupies 8 bytes: its 4 bytes as given and in lower case.
-TEST(SpellingMemory, ForgetsTheLeastRecentlyUsed) {
+// Each of these paths occupies 8 bytes: 4 bytes as given and 4 bytes in lower case.
+TEST(SpellingMemory, ForgetsTheLeastRecentlyUsedPathFirst) {
     SpellingMemory memory(3 * 8);
     memory.remember("/One");
     memory.remember("/Two");

@@ -46,7 +46,7 @@ class UserFoldersTest : public testing::Test {
     std::map<std::string, std::string> before_;
 };
 
-TEST_F(UserFoldersTest, TheHomeIsTakenFromTheEnvironmentOrElseFromTheAccount) {
+TEST_F(UserFoldersTest, TheHomeFolderIsTakenFromTheEnvironmentOrElseFromTheAccount) {
     ::setenv("HOME", "/home/me", 1);
     EXPECT_EQ(homeFolder(), "/home/me");
     ::setenv("HOME", "/home//me/", 1);
@@ -58,7 +58,7 @@ TEST_F(UserFoldersTest, TheHomeIsTakenFromTheEnvironmentOrElseFromTheAccount) {
     EXPECT_EQ(homeFolder(), ofAccount);
 }
 
-TEST_F(UserFoldersTest, DataFollowTheDesktopsConvention) {
+TEST_F(UserFoldersTest, TheDataFolderFollowsTheDesktopsConvention) {
     ::setenv("XDG_DATA_HOME", "/data/of/me", 1);
     EXPECT_EQ(userDataFolder(), "/data/of/me");
     ::setenv("XDG_DATA_HOME", "relative", 1);
@@ -68,12 +68,12 @@ TEST_F(UserFoldersTest, DataFollowTheDesktopsConvention) {
     EXPECT_EQ(userDataFolder(), "/home/me/.local/share");
 }
 
-TEST_F(UserFoldersTest, MusicIsInTheHomeByDefault) {
+TEST_F(UserFoldersTest, TheMusicFolderIsInTheHomeFolderByDefault) {
     ::setenv("HOME", "/home/jane.doe", 1);
     EXPECT_EQ(musicFolder(), "/home/jane.doe/Music");
 }
 
-TEST_F(UserFoldersTest, MusicIsInTheFolderThatTheDesktopDefines) {
+TEST_F(UserFoldersTest, TheMusicFolderIsTheOneThatTheDesktopDefines) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/Musik\"\n");
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
@@ -84,21 +84,21 @@ TEST_F(UserFoldersTest, MusicIsInTheFolderThatTheDesktopDefines) {
     EXPECT_EQ(musicFolder(), homePath_ + "/Musik");
 }
 
-TEST_F(UserFoldersTest, MusicIsNeverInAFolderInWhichASearchFindsNoFiles) {
+TEST_F(UserFoldersTest, TheMusicFolderIsNeverOneInWhichASearchFindsNoFiles) {
     const std::string home = homePath_ + "/jane.doe";
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", (home_ / ".config").c_str(), 1);
-    for (const char* passedOver : {"$HOME/My.Music", "$HOME/.hidden/x", "/srv/my.music"}) {
-        writeUserDirs(std::string("XDG_MUSIC_DIR=\"") + passedOver + "\"\n");
-        EXPECT_EQ(musicFolder(), home + "/Music") << passedOver;
+    for (const char* ignored : {"$HOME/My.Music", "$HOME/.hidden/x", "/srv/my.music"}) {
+        writeUserDirs(std::string("XDG_MUSIC_DIR=\"") + ignored + "\"\n");
+        EXPECT_EQ(musicFolder(), home + "/Music") << ignored;
     }
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/Audio\"\n");
-    EXPECT_EQ(musicFolder(), home + "/Audio"); // a dot in the path of the home itself is allowed
+    EXPECT_EQ(musicFolder(), home + "/Audio"); // a dot in the path of the home folder is allowed
     writeUserDirs("XDG_MUSIC_DIR=\"$HOME/\"\n");
     EXPECT_EQ(musicFolder(), home);
 }
 
-TEST_F(UserFoldersTest, IgnoresUserDirsThatAreNotARegularFileOrTooLarge) {
+TEST_F(UserFoldersTest, AUserDirsFileThatIsTooLargeOrNoRegularFileIsIgnored) {
     ::setenv("HOME", homePath_.c_str(), 1);
     writeUserDirs("XDG_MUSIC_DIR=\"/srv/music\"\n" + std::string(70'000, '#'));
     EXPECT_EQ(musicFolder(), homePath_ + "/Music");
@@ -119,7 +119,7 @@ TEST(MusicFolderIn, ParsesTheFormat) {
     EXPECT_EQ(in("XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"/two\"\nXDG_MUSIC_DIR=x\n"), "/two");
 }
 
-TEST(MusicFolderIn, RejectsEverythingElse) {
+TEST(MusicFolderIn, RejectsLinesInAnyOtherFormat) {
     for (const char* text : {"",
                              "XDG_MUSIC_DIR",
                              "XDG_MUSIC_DIR=",

@@ -63,7 +63,7 @@ TEST_F(DriveKindTest, ToleratesACycleOfMappedDevices) {
     EXPECT_EQ(kindOf("ext4", "253:8"), DriveKind::fixed);
 }
 
-TEST_F(DriveKindTest, OfAFileSystemWithItsOwnDeviceNumberIsThatOfItsSource) {
+TEST_F(DriveKindTest, OfAFileSystemWithItsOwnDeviceNumberIsTheKindOfItsSource) {
     std::filesystem::create_directories(sys / "dev");
     // A source below /dev that does not exist is ignored.
     EXPECT_EQ(kindOf("btrfs", "0:42", "/dev/no-such-disk"), DriveKind::fixed);
@@ -113,7 +113,7 @@ TEST_F(DriveKindTest, IsFixedIfTheKernelHasNoInformation) {
 
 // --- labels and serial numbers -------------------------------------------------------------------
 
-TEST_F(DriveKindTest, LabelAndUuidComeFromTheDeviceManagersLinks) {
+TEST_F(DriveKindTest, LabelAndUuidAreReadFromTheDeviceManagersLinks) {
     sys.addLink("by-label", "MY\\x20STICK", "sda1");
     sys.addLink("by-label", "OTHER", "sdb1");
     sys.addLink("by-uuid", "1A2B-3C4D", "sda1");

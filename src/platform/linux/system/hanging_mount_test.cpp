@@ -46,7 +46,7 @@ int mountUnserved(const std::string& point) {
     return mounted ? device : -1;
 }
 
-/// The number of the first expectation that does not hold; 0 if all do.
+/// The number of the first expectation that does not hold; 0 if all expectations hold.
 int lookAtAHangingMount(const std::string& point) {
     const int device = mountUnserved(point);
     if (device < 0) {
@@ -63,7 +63,7 @@ int lookAtAHangingMount(const std::string& point) {
     if (!system_information::spaceAtLast(information, "C:\\")) {
         return 7;
     }
-    const int threadsBefore = threadsNow(); // includes the thread that queries
+    const int threadsBefore = threadsNow(); // includes the thread of the previous query
     const auto start = std::chrono::steady_clock::now();
     if (information.diskSpace("D:\\")) {
         return 2;
@@ -79,7 +79,7 @@ int lookAtAHangingMount(const std::string& point) {
         }
     }
     for (int patience = 0; patience < 5000 && threadsNow() > threadsBefore + 1; ++patience) {
-        ::usleep(1000); // on a busy machine, calls that were only late still occupy threads
+        ::usleep(1000); // on a busy machine, late calls that do not hang still occupy threads
     }
     if (information.unanswered() != 1 || threadsNow() != threadsBefore + 1) {
         return 5;

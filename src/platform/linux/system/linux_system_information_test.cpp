@@ -35,8 +35,7 @@ std::string beforeNul(const std::optional<std::string>& text) {
     return text.value_or("").substr(0, text.value_or("").find('\0'));
 }
 
-// --- this machine, compared with its own tools
-// ---------------------------------------------------------
+// --- this machine, compared with its own tools ---------------------------------------------------
 
 class ThisMachine : public ::testing::Test {
   protected:
@@ -60,20 +59,20 @@ TEST_F(ThisMachine, HasTheSizesThatDfPrints) {
         std::int64_t available = 0;
         df >> total >> available;
         EXPECT_EQ(space->totalBytes, total);
-        // Other programs write to the disk meanwhile.
+        // Other programs may write to the disk between the two queries.
         constexpr double tolerance = 256e6;
         EXPECT_NEAR(static_cast<double>(space->freeBytes), static_cast<double>(available),
                     tolerance);
     }
 }
 
-TEST_F(ThisMachine, FailsForAHomeThatDoesNotExist) {
+TEST_F(ThisMachine, HasNoSizesForAHomeFolderOrDriveThatDoesNotExist) {
     EXPECT_FALSE(information.diskSpace("H:\\").has_value());
     EXPECT_FALSE(information.diskSpace("X:\\").has_value());
     EXPECT_FALSE(information.diskSpace("").has_value());
 }
 
-TEST_F(ThisMachine, HasTheDrivesThatFindmntPrints) {
+TEST_F(ThisMachine, HasTheMountsThatFindmntPrints) {
     const std::string type = test::outputOf("findmnt -n -o FSTYPE --target /");
     ASSERT_FALSE(type.empty());
     // Precondition: the tests run on a fixed disk.
@@ -164,11 +163,10 @@ TEST_F(ThisMachine, ListsItsDrivesOnceWhileTheMountsDoNotChange) {
         EXPECT_EQ(counted.logicalDriveStrings(buffer, buffer.size()), 12U);
         EXPECT_EQ(counted.driveKind("C:\\"), DriveKind::fixed);
     }
-    EXPECT_LE(asked, 3); // once, unless another program mounts something meanwhile
+    EXPECT_LE(asked, 3); // 1, unless another program mounts a file system during this test
 }
 
-// --- a simulated machine
-// ---------------------------------------------------------------------------
+// --- a simulated machine -------------------------------------------------------------------------
 
 class SimulatedMachine : public ::testing::Test {
   protected:
@@ -197,7 +195,7 @@ TEST_F(SimulatedMachine, ReturnsKindsLabelsAndSerialNumbers) {
         threads, plain, [this] { return drives; }, unchanged, places);
     EXPECT_EQ(information.driveKind("D:\\"), DriveKind::removable);
     EXPECT_EQ(information.driveKind("E:\\"), DriveKind::network);
-    EXPECT_EQ(information.driveKind("H:\\"), DriveKind::network); // a home on the server
+    EXPECT_EQ(information.driveKind("H:\\"), DriveKind::network); // a home folder on the server
     EXPECT_EQ(information.volumeInformation("D:\\")->label, "STICK");
     EXPECT_EQ(information.volumeInformation("D:\\")->serialNumber, 0x1A2B3C4DU);
     EXPECT_EQ(information.volumeInformation("E:\\")->label, "");
@@ -205,7 +203,7 @@ TEST_F(SimulatedMachine, ReturnsKindsLabelsAndSerialNumbers) {
     EXPECT_FALSE(information.volumeInformation("X:\\").has_value());
 }
 
-TEST_F(SimulatedMachine, WithoutAListOfMountsTheKindIsUnknown) {
+TEST_F(SimulatedMachine, HasDrivesOfUnknownKindWithoutAListOfMounts) {
     places.mountList = "/no/such/list";
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places);
@@ -258,7 +256,7 @@ struct HangingReader {
     }
 };
 
-TEST_F(SimulatedMachine, AHangingMountCausesOneWaitAndBlocksOneThread) {
+TEST_F(SimulatedMachine, AHangingMountCausesOnlyOneWaitAndBlocksOnlyOneThread) {
     const auto reader = std::make_shared<HangingReader>();
     const LinuxSystemInformation information(
         threads, plain, [this] { return drives; }, unchanged, places,

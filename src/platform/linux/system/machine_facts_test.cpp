@@ -49,14 +49,14 @@ constexpr const char* keyboardKeys =
 constexpr const char* buttonKeys = "B: KEY=10000000000000 0\n";
 constexpr const char* mouseKeys = "B: KEY=1f0000 0 0 0 0\n";
 
-TEST(KeyboardIn, CountsItsFunctionKeys) {
+TEST(KeyboardIn, CountsTheFunctionKeysOfAKeyboard) {
     const Keyboard keyboard = keyboardIn(std::string("N: Name=\"AT keyboard\"\nB: EV=120013\n") +
                                          keyboardKeys + "\n" + mouseKeys);
     EXPECT_TRUE(keyboard.present);
     EXPECT_EQ(keyboard.functionKeys, 12);
 }
 
-TEST(KeyboardIn, DoesNotCountButtonsAndMice) {
+TEST(KeyboardIn, IgnoresButtonsAndMice) {
     EXPECT_FALSE(keyboardIn("").present);
     EXPECT_FALSE(keyboardIn(std::string(buttonKeys) + mouseKeys).present);
     EXPECT_EQ(keyboardIn(std::string(buttonKeys) + mouseKeys).functionKeys, 0);

@@ -45,29 +45,29 @@ class PatientCallsTest : public ::testing::Test {
     PatientCalls calls{threads, plain, 100ms};
 };
 
-TEST_F(PatientCallsTest, ReturnAReplyThatArrivesInTime) {
+TEST_F(PatientCallsTest, ReturnAResultThatArrivesInTime) {
     PatientCalls unhurried(threads, plain, 60s);
     EXPECT_EQ(unhurried.ask("object", [] { return std::optional(7); }), 7);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
-TEST_F(PatientCallsTest, ReturnAFailureUnchanged) {
+TEST_F(PatientCallsTest, ReturnAnEmptyResultUnchanged) {
     PatientCalls unhurried(threads, plain, 60s);
     EXPECT_EQ(unhurried.ask("object", [] { return std::optional<int>(); }), std::nullopt);
     EXPECT_EQ(unhurried.unanswered(), 0U);
 }
 
-TEST_F(PatientCallsTest, WaitNoLongerThanTheirTimeout) {
+TEST_F(PatientCallsTest, WaitForTheTimeLimitAndNotMuchLonger) {
     gate->close();
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(askGate(), std::nullopt);
     const auto waited = std::chrono::steady_clock::now() - start;
     EXPECT_GE(waited, 100ms);
-    EXPECT_LT(waited, 5s); // far longer than a loaded machine takes, but finite
+    EXPECT_LT(waited, 5s); // enough even for a busy machine
     EXPECT_EQ(calls.unanswered(), 1U);
 }
 
-TEST_F(PatientCallsTest, DoNotCallAnObjectAgainThatHasNotReplied) {
+TEST_F(PatientCallsTest, DoNotCallAnObjectAgainBeforeItsCallHasReturned) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     const auto start = std::chrono::steady_clock::now();
@@ -88,7 +88,7 @@ TEST_F(PatientCallsTest, ContinueToCallOtherObjects) {
     EXPECT_EQ(gate->arrivals(), 2);
 }
 
-TEST_F(PatientCallsTest, CallAnObjectAgainOnceItHasReplied) {
+TEST_F(PatientCallsTest, CallAnObjectAgainOnceItsCallHasReturned) {
     gate->close();
     EXPECT_EQ(askGate(), std::nullopt);
     gate->open();
