@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The place where a file is to be saved: its open folder, its name in that folder, and the checks
-// before an existing file may be replaced. Nothing is renamed or replaced here.
+// Finds the place where a file is to be saved: opens its folder, determines its name in that
+// folder, and checks whether an existing file may be replaced. Renames and replaces nothing.
 #pragma once
 
 #include <filesystem>

@@ -19,7 +19,7 @@ using testing::ElementsAre;
 
 using disc::framesPerSector;
 
-TEST(InspectingADisc, RepliesToEachCommandOfACapture) {
+TEST(InspectingADisc, SucceedsWithTheCommandsThatTheLogicSends) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("stop cd"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("close cd"), refused(MciError::invalidDeviceName));
@@ -83,7 +83,7 @@ TEST(ThePosition, IsNotTheEndBeforeTheEndIsReached) {
     EXPECT_EQ(session.send("status cd mode"), said("stopped"));
 }
 
-TEST(ThePosition, AtTheDiscsEndIsExactlyItsLength) {
+TEST(ThePosition, AtTheDiscsEndIsExactlyTheDiscsLength) {
     CdSession session(threeTracks());
     session.send("set cd time format ms");
     session.send("play cd");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the command devices need from the machine: a drive, a player of discs, a recorder, and the
-// translation of paths. The implementations for a real machine are in machine_devices.h; tests and
-// the fuzzer have their own.
+// Declares what the command devices need from the machine: a drive, a player of discs, a recorder,
+// and the translation of paths. The implementations for a real machine are in machine_devices.h;
+// tests and the fuzzer have their own.
 #pragma once
 
 #include <chrono>

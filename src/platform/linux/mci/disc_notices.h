@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Messages for the user about a disc that plays or was recorded. The devices decide when they are
-// shown.
+// Creates messages for the user about a disc that plays or was recorded. The devices decide when
+// these messages are shown.
 #pragma once
 
 #include <chrono>

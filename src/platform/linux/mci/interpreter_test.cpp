@@ -80,7 +80,7 @@ TEST(Opening, ReturnsTheErrorOfAWrongCommand) {
     EXPECT_EQ(session.send("open !"), refused(MciError::invalidDeviceName));
 }
 
-TEST(TheActivityClip, HasNoDevice) {
+TEST(TheActivityClip, CannotBeOpenedBecauseItsDeviceIsNotInstalled) {
     MciSession session(audioTable({750}));
     EXPECT_EQ(session.send("stop movie"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("close movie"), refused(MciError::invalidDeviceName));

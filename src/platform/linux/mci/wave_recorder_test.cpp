@@ -22,7 +22,7 @@ class Opened : public MciSession {
     [[nodiscard]] fakes::RecorderState& recorder() { return machine.recorder; }
 };
 
-TEST(CapturingATrack, RepliesToEachCommandOfACapture) {
+TEST(CapturingATrack, SucceedsWithTheCommandsThatTheLogicSends) {
     Opened session;
     EXPECT_EQ(session.send("set capture samplespersec 44100 channels 2 bitspersample 16 "
                            "alignment 4 bytespersec 176400"),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Why a decoding ended early, and at which step. The messages for the user are created elsewhere
-// (decode_notice.h).
+// Describes why a decoding ended early, and at which step. decode_notice.h creates the messages for
+// the user.
 #pragma once
 
 #include "platform/result.h"

@@ -32,7 +32,7 @@ struct CompletedDecoding {
 ///
 /// A decoding that is not stopped changes from busy to over once the WAV has its name. A stopped
 /// decoding is no longer busy, but it is over only when the disk has stored the decoded part. That
-/// may take long; the thread continues even if the object is destroyed meanwhile. As long as the
+/// may take long; the thread continues even after the object is destroyed. As long as the
 /// decoding writes, it keeps its turn for the target (target_turn.h), so that the next decoding to
 /// the same file begins only afterwards.
 ///

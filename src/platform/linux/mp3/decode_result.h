@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The result of a decoding, in more detail than the user sees.
+// Describes the result of a decoding, in more detail than the user sees.
 #pragma once
 
 #include <cstdint>

@@ -35,7 +35,7 @@ struct ScanLoss {
 /// the same following frames as a scan from the beginning. An offset that cannot be read counts as
 /// the end of the source.
 ///
-/// The time is linear in the number of bytes, whatever they are: each offset is tried a bounded
+/// The time of a scan is linear in the number of bytes for any data: each offset is tried a bounded
 /// number of times.
 class FrameScanner {
   public:

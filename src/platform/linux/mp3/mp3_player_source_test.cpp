@@ -81,7 +81,7 @@ TEST_F(Mp3PlayerSourceTest, EndsEarlyIfTheFileIsShortenedDuringPlaying) {
     fixture::writeFile(folder / "a.mp3", fixture::ordinary());
     auto player = playFile(folder / "a.mp3");
     EXPECT_TRUE(fakes::eventually([&] { return player->pull(block).supply == Supply::flowing; }));
-    // The thread may already have read all but half a second of the file.
+    // The thread may already have read the first three of the four seconds.
     std::filesystem::resize_file(folder / "a.mp3", 20'000);
     EXPECT_LT(all(*player).size(), 7U * 44100 / 2);
 }

@@ -18,7 +18,8 @@ class Progress {
     void setTotal(std::int64_t bytes) { total_ = std::max<std::int64_t>(bytes, 1); }
     [[nodiscard]] std::int64_t total() const { return total_; }
     void add(std::int64_t bytes) { done_ += bytes; }
-    /// Sets the finished work to at least `bytes`: it never decreases, also if work is repeated.
+    /// Sets the finished work to at least `bytes`. The position never decreases, even if a part of
+    /// the work is repeated.
     void raiseTo(std::int64_t bytes) {
         std::int64_t before = done_;
         while (before < bytes && !done_.compare_exchange_weak(before, bytes)) {

@@ -61,7 +61,7 @@ TEST(StreamSurveyTest, InformationFramesDoNotCount) {
     EXPECT_EQ(rateOf(five + frames(fast(), 5)), 48000);
 }
 
-TEST(StreamSurveyTest, AFormatIsVersionLayerRateAndChannels) {
+TEST(StreamSurveyTest, FormatsThatDifferInLayerOrChannelsAreCountedSeparately) {
     const Data mono = encoded(44100, 1, "-t -b 64", 1.5);
     EXPECT_EQ(
         survey(frames(encoded(44100, 2, "-t -b 128", 1.5), 10) + frames(mono, 11)).format->channels,

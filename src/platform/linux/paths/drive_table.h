@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Maps drive letters to parts of the machine's file tree. C: is the root file system, H: the user's
-// home; mounted file systems get the other letters from D: to Z: in the order in which they are
-// first seen, and keep them in the settings store, so that a stored path always names the same
-// disk. It translates no paths and accesses no disk.
+// Maps drive letters to parts of the machine's file tree. C: is the root file system, H: is the
+// user's home folder. Mounted file systems get the other letters from D: to Z: in the order in
+// which they are first seen. The settings store keeps these letters, so that a stored path always
+// names the same disk. It translates no paths and accesses no disk.
 #pragma once
 
 #include <optional>

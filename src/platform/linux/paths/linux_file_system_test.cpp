@@ -133,7 +133,7 @@ TEST_P(LinuxFileSystemTest, KeepsBothNamesOfAFileWithTwoLinks) {
     EXPECT_TRUE(read("a.wav").has_value() && read("A.wav").has_value());
 }
 
-TEST_P(LinuxFileSystemTest, DoesNotRenameToAnInvalidPathNorAMissingFile) {
+TEST_P(LinuxFileSystemTest, RenamesNoMissingFileAndToNoInvalidPath) {
     write("a.wav");
     EXPECT_EQ(numberOf(files_.rename("d:\\none.wav", "d:\\b.wav")), ErrorNumber::fileNotFound);
     EXPECT_EQ(numberOf(files_.rename("d:\\a.wav", "d:\\none\\b.wav")), ErrorNumber::pathNotFound);

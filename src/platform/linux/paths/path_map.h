@@ -2,8 +2,8 @@
 // Translates between the logic's paths ("C:\Music\track1.wav") and the machine's ("/Music/..."),
 // and finds names case-insensitively. It opens and changes no file.
 //
-// The logic converts its paths to lower case, so a path may match several names on the disk. And a
-// folder that the user may enter but not list cannot be searched for a match. Therefore PathMap
+// The logic converts its paths to lower case, so a path may match several names on the disk. In
+// addition, a folder that may be entered but not listed cannot be searched for a match. So PathMap
 // remembers, while the program runs, the spellings of the paths that it translates. A name in lower
 // case, which the logic may have converted, is matched by the first of these that exists:
 //   1. the chosen spelling: that of a folder created or entered, or of a file picked in a dialog

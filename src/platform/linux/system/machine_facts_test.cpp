@@ -8,7 +8,7 @@
 namespace sonarith::system_information {
 namespace {
 
-TEST(MemoryIn, ReadsTotalAndAvailable) {
+TEST(MemoryIn, ReadsTotalAndAvailableMemory) {
     const MemoryStatus status = memoryIn("MemTotal:       16000000 kB\n"
                                          "MemFree:          100000 kB\n"
                                          "MemAvailable:    4000000 kB\n");
