@@ -19,7 +19,7 @@ using testing::ElementsAre;
 
 using disc::framesPerSector;
 
-TEST(InspectingADisc, SucceedsWithTheCommandsThatTheLogicSends) {
+TEST(InspectingADisc, GivesTheRepliesThatTheLogicExpects) {
     MciSession session(threeTracks());
     EXPECT_EQ(session.send("stop cd"), refused(MciError::invalidDeviceName));
     EXPECT_EQ(session.send("close cd"), refused(MciError::invalidDeviceName));
