@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The activity clip on the tool bar: the handler of its timer, which is never started.
+// Plays the activity clip on the tool bar in the handler of Timeravi. Nothing starts that timer, so
+// the program never plays the clip.
 #pragma once
 
 #include "forms/form1.h"

@@ -28,7 +28,7 @@ TEST(ActivityClip, OpensAndPlaysTheClipInTheProgramFolder) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(ActivityClip, ShowsAMessageIfTheClipCannotBePlacedAndContinues) {
+TEST(ActivityClip, ShowsAMessageAndSendsPlayIfTheClipCannotBePlaced) {
     ApplicationBench bench({1000, 1000});
     bench.media.answer("put movie window client at 0 0 0 0", {.status = 263});
     bench.form.Timeravi.fire();
@@ -38,7 +38,7 @@ TEST(ActivityClip, ShowsAMessageIfTheClipCannotBePlacedAndContinues) {
                                            "point to an .AVI file on your system."}));
 }
 
-TEST(ActivityClip, IsNeverStarted) {
+TEST(ActivityClip, IsNotStartedByTheProgramsStartOrAnAction) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     bench.select("Available Tracks");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The whole logic of the program: owns the process-wide variables, the forms and every subsystem.
-// The subsystems set the handlers of their forms; this class has no further behaviour.
+// The subsystems set the handlers of their forms; this class only starts the program and reads a
+// disc that was chosen later.
 #pragma once
 
 #include "app/activity_clip.h"
@@ -28,8 +29,8 @@ class Application {
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Makes the program's folder the current one and loads the main window, which yields. The
-    /// program may end before this returns.
+    /// Makes the program's folder the current folder and loads the main window. The load yields,
+    /// and the program may end before start() returns.
     void start();
 
     /// Call after another disc or drive was chosen. Runs "Refresh List"; a player that is on opens
@@ -38,8 +39,8 @@ class Application {
 
     [[nodiscard]] Windows& windows() { return windows_; }
     [[nodiscard]] ProcessState& process() { return process_; }
-    /// Whether a running action opens the drive for each of its tracks; the drive must not be
-    /// changed then.
+    /// Whether an extraction is running. It opens the drive for each of its tracks, so the user
+    /// must not choose another drive during it.
     [[nodiscard]] bool driveInUse() const { return extraction_.capture.running(); }
 
   private:

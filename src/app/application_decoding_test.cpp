@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adding files and decoding MP3 files to WAV through the whole application: the tree's events, the
-// stop buttons, and the end of the program at every yield.
+// Tests through the whole application how files are added and MP3 files are decoded to WAV: by the
+// tree's events, with every stop, and with the end of the program at every yield.
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,7 +20,8 @@ using testing::IsEmpty;
 
 const std::string folder = ApplicationBench::destination;
 
-/// Three MP3 files in the destination folder, shown by name; each is decoded within a few ticks.
+/// The started program with three MP3 files in the destination folder. The tree shows their names
+/// without the folder. Decoding a file takes 1.2 s, a few ticks.
 struct DecodingBench : ApplicationBench {
     DecodingBench() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -65,7 +66,7 @@ struct DecodingBench : ApplicationBench {
 
 // --- wiring --------------------------------------------------------------------------------------
 
-TEST(TreeEditing, DragsRenamesRemovesAndAddsThroughTheTreesEvents) {
+TEST(TreeEditing, DragsRenamesDeletesRemovesAndAddsFilesByEventsOfTheTreeAndItsMenus) {
     DecodingBench bench;
     ASSERT_NE(bench.node("a.mp3"), nullptr);
     bench.press("a.mp3");
@@ -97,7 +98,7 @@ TEST(TreeEditing, DragsRenamesRemovesAndAddsThroughTheTreesEvents) {
     EXPECT_THAT(bench.lines(bench.form.List1), ElementsAre("d:\\x.wav"));
 }
 
-TEST(Decoding, TurnsOneSelectedAndAllFilesIntoWavFiles) {
+TEST(Decoding, DecodesOneFileThenAllFilesThenTheSelectedFiles) {
     DecodingBench bench;
     bench.start("b.mp3");
     EXPECT_THAT(bench.mp3.finished, ElementsAre(folder + "\\b.wav"));
@@ -197,7 +198,7 @@ TEST(StopOfADecodingAction, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
     }
 }
 
-TEST(StopOfADecodingAction, KeepsWhatWasDecoded) {
+TEST(StopOfADecodingAction, KeepsTheDecodedFileAndTheDecodedPartOfTheNext) {
     DecodingBench bench;
     bench.loop.after(2500ms, [&] { bench.form.Command2.click(); });
     bench.start("MP3 Files");
@@ -249,12 +250,12 @@ TEST(EndDuringADecodingAction, AtEveryYieldEndsTheProgram) {
     }
 }
 
-TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFile) {
+TEST(EndDuringADecodingAction, EndsTheWaitForAMissingFileWhichTheStopButtonDoesNotEnd) {
     DecodingBench bench;
     for (const std::string& path : bench.lines(bench.form.List2)) {
         bench.files.removeFile(path).passOver();
     }
-    // No button ends this wait.
+    // The stop button Command2 does not end this wait; closing the window does.
     bench.loop.after(1h, [&] { bench.form.Command2.click(); });
     bench.loop.after(2h, [&] { bench.form.unload(); });
     const auto start = bench.loop.now();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every way to end the program, in every state; application_test.cpp tests everything else.
+// Tests every way to end the program: during a capture, in its message boxes, during the start and
+// during a close.
 #include "app/application.h"
 
 #include <functional>
@@ -24,7 +25,7 @@ struct EndKind {
     std::function<void(ApplicationBench&)> end;
 };
 
-/// Each of them ends the program.
+/// The ways in which the user can end the program.
 std::vector<EndKind> endKinds() {
     return {
         {"close",
@@ -163,7 +164,8 @@ TEST(EveryEnd, AtEveryYieldOfTheStartEndsTheProgram) {
             const bool ended = bench.endsProgram([&] { bench.application.start(); });
             EXPECT_EQ(ended, reached);
             if (!reached) {
-                // Nine yields: five of the load, and two of each search in the empty folder.
+                // Nine yields: five in the load, and two in each of its two searches of the empty
+                // folder.
                 EXPECT_EQ(n, 10);
                 break;
             }
@@ -188,7 +190,7 @@ TEST(EveryEnd, InsideTheInspectionsMessageBoxEndsTheProgram) {
     }
 }
 
-TEST(SecondClose, WaitsForTheFirstToEnd) {
+TEST(SecondClose, WaitsForTheFirstCloseToEnd) {
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Available Tracks");
@@ -244,7 +246,7 @@ TEST(StartWithinAClose, IsStoppedAndSavedByTheNextClose) {
     EXPECT_THAT(bench.disc.saved, SizeIs(2));
 }
 
-TEST(StartWithinAClose, IsSavedByExitToo) {
+TEST(StartWithinAClose, IsStoppedAndSavedByExit) {
     ApplicationBench bench({60000, 60000});
     startWithinAClose(bench);
     bench.loop.after(3s, [&] { bench.form.Command5.click(); });

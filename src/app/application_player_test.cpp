@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player within the program: how it is loaded, muted, shown and unloaded, and how it is
-// switched off before an action.
+// Tests the CD player within the whole application: how it is loaded, muted, shown and unloaded,
+// and how it is switched off before an action.
 #include "app/application.h"
 
 #include <algorithm>
@@ -69,7 +69,7 @@ TEST_F(PlayerInApplication, IsLoadedHiddenAfterTheSettingsAndBeforeTheDiscIsRead
     EXPECT_FALSE(bench.disc.discOpen());
 }
 
-TEST_F(PlayerInApplication, FollowsTheMuteSettingOfTheDisc) {
+TEST_F(PlayerInApplication, MutesTheDiscAtTheStartOnlyIfTheSettingIs1) {
     struct Row {
         const char* setting;
         bool muted;
@@ -116,7 +116,7 @@ TEST_F(PlayerInApplication, IsShownAgainIfItWasClosedDuringTheStart) {
     EXPECT_TRUE(panel.visible());
 }
 
-TEST_F(PlayerInApplication, AMachineWithoutAMixerShowsItsMessageOnceAndTheProgramStarts) {
+TEST_F(PlayerInApplication, ShowsOneMessageAndStartsOnAMachineWithoutAMixer) {
     bench.mixer.present = false;
     bench.application.start();
     EXPECT_THAT(bench.boxes.texts(),
@@ -129,7 +129,7 @@ TEST_F(PlayerInApplication, AMachineWithoutAMixerShowsItsMessageOnceAndTheProgra
 
 // --- menu ----------------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheMenuShowsAndUnloadsIt) {
+TEST_F(PlayerInApplication, IsShownAndUnloadedByTheMenu) {
     bench.application.start();
     bench.form.mnuCloseCD.click();
     EXPECT_FALSE(panel.loaded());
@@ -146,7 +146,7 @@ TEST_F(PlayerInApplication, TheMenuShowsAndUnloadsIt) {
     EXPECT_EQ(panel.left(), 99_twips);
 }
 
-TEST_F(PlayerInApplication, TheMenuUnloadsAPlayerThatPlays) {
+TEST_F(PlayerInApplication, IsSwitchedOffAndUnloadedByTheMenuWhileItPlays) {
     bench.application.start();
     switchOnAndPlay();
     bench.form.mnuCloseCD.click();
@@ -158,7 +158,7 @@ TEST_F(PlayerInApplication, TheMenuUnloadsAPlayerThatPlays) {
 
 // --- actions -------------------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhoseCaptureIsCompleteAndSilent) {
+TEST_F(PlayerInApplication, IsSwitchedOffAndMutedBeforeAnActionAndTheCaptureIsComplete) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     switchOnAndPlay();
@@ -179,12 +179,12 @@ TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionWhoseCaptureIsCompleteAnd
     EXPECT_THAT(bench.disc.saved,
                 ElementsAre(SavedCapture{ApplicationBench::savedAs(1), 60 * 176400}));
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
-    // Nothing unmutes the disc's line again, whatever the setting is.
+    // The disc's line stays muted after the action, although the setting says not to mute it.
     bench.loop.advance(10s);
     EXPECT_TRUE(discMuted());
     EXPECT_TRUE(panel.loaded());
     EXPECT_EQ(panel.CD.text(), "OFF");
-    // Until the user switches the player on.
+    // Switching the player on unmutes the line.
     switchOnAndPlay();
     EXPECT_FALSE(discMuted());
 }
@@ -201,7 +201,8 @@ TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThe
     EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:05:00");
     EXPECT_TRUE(bench.boxes.shown.empty());
 
-    // An empty drive leaves the main window's device open, and timers run during its message box.
+    // If the drive is empty, the main window leaves its device open and shows a message box, during
+    // which the timers run.
     bench.disc.remove();
     bench.boxes.whileUp = [&](const test::ShownBox&) {
         bench.loop.advance(3s);
@@ -215,7 +216,7 @@ TEST_F(PlayerInApplication, AnotherDiscThatIsChosenIsReadByTheMainWindowAndByThe
     EXPECT_EQ(panel.tracktime.caption(), "Track time: 00:08:00");
 }
 
-TEST_F(PlayerInApplication, IsSwitchedOffBeforeAnActionEvenIfItIsAlreadyOff) {
+TEST_F(PlayerInApplication, MutesTheDiscBeforeAnActionEvenIfThePlayerIsAlreadyOff) {
     bench.store.put("Settings", muteKey, "0");
     bench.application.start();
     EXPECT_FALSE(discMuted());
@@ -236,8 +237,9 @@ TEST_F(PlayerInApplication, DoesNotMuteTheDiscWhileItsPanelIsClosed) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST_F(PlayerInApplication, StaysOnWhenTheStartButtonIsClickedDirectly) {
-    // Only CmdSelectAction switches the player off; here the capture finds the disc in use.
+TEST_F(PlayerInApplication, StaysOnIfTheCaptureIsStartedByCmdStart) {
+    // Only CmdSelectAction switches the player off. The capture that cmdStart starts finds the disc
+    // in use.
     bench.application.start();
     switchOnAndPlay();
     bench.select("Track  1 - 00:01:00");
@@ -314,7 +316,7 @@ TEST_F(PlayerInApplication, TheProgramsEndUnmutesTheDiscAndThePanelsUnloadMutesI
                 ElementsAre("set 4101 20010002 0", "set 4101 20010002 1", "set 4101 20010002 1"));
 }
 
-TEST_F(PlayerInApplication, WithoutAPanelTheProgramsEndLeavesTheDiscUnmuted) {
+TEST_F(PlayerInApplication, TheProgramsEndLeavesTheDiscUnmutedIfThePanelIsClosed) {
     bench.application.start();
     panel.unload();
     EXPECT_TRUE(discMuted());
@@ -334,7 +336,7 @@ TEST_F(PlayerInApplication, ExitUnloadsThePanelFirstAndLeavesTheDiscUnmuted) {
     EXPECT_TRUE(playerOff());
 }
 
-TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOffAndOfItsOwnEnd) {
+TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOff) {
     const std::pair<const char*, std::function<void(ApplicationBench&)>> jobs[] = {
         {"start of an action",
          [](ApplicationBench& run) {
@@ -398,7 +400,7 @@ TEST_F(PlayerInApplication, TheProgramCanEndAtEveryYieldOfASwitchOffAndOfItsOwnE
 
 // --- the window's shape --------------------------------------------------------------------
 
-TEST_F(PlayerInApplication, TheCubeChangesOnlyTheHeightAndNoWindowRegion) {
+TEST_F(PlayerInApplication, TheCubeChangesOnlyTheHeightAndOnlyUntilThePanelIsClosed) {
     bench.application.start();
     const Twips width = panel.width();
     panel.mnuCubeit.click();

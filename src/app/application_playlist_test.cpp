@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor as a part of the program: how it is opened and closed, and how it adds files
-// to the work tree.
+// Tests the playlist editor within the whole application: how it is opened and closed, and how it
+// adds files to the work tree.
 #include "app/application.h"
 
 #include <gmock/gmock.h>
@@ -43,7 +43,7 @@ TEST(PlaylistEditor, OpensWithTheStoredListByButtonAndMenu) {
     }
 }
 
-TEST(PlaylistEditor, AClickAddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
+TEST(PlaylistEditor, AddsAClickedFileToTheWorkTreeIfTheBoxIsTicked) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     ASSERT_TRUE(bench.editor.Check11.setValue(1).ok());
@@ -54,7 +54,7 @@ TEST(PlaylistEditor, AClickAddsTheFileToTheWorkTreeIfTheBoxIsTicked) {
     EXPECT_EQ(bench.form.TreeView1.selectedItem()->text(), bench.song);
 }
 
-TEST(PlaylistEditor, AnActionClosesItAndStopsItsPlayer) {
+TEST(PlaylistEditor, IsClosedAndStopsPlayingWhenAnActionStarts) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     bench.editor.List2.choose(0);
@@ -68,7 +68,7 @@ TEST(PlaylistEditor, AnActionClosesItAndStopsItsPlayer) {
     EXPECT_EQ(bench.mp3.created, controls + 1);
 }
 
-TEST(PlaylistEditor, StaysOpenWithoutAnAction) {
+TEST(PlaylistEditor, KeepsItsTextsIfItIsOpenedAgain) {
     PlaylistBench bench;
     bench.form.C5555555.click();
     bench.editor.Text5.setText(bench.song);

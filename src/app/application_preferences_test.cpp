@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences and the disk guard through the whole application: at the start, in an extraction,
-// in a decoding, and at the end of the program.
+// Tests the preferences and the disk guard through the whole application: at the start, in an
+// extraction, in a decoding, and at the end of the program.
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -28,7 +28,7 @@ void leaveFree(ApplicationBench& bench, std::int64_t megabytes) {
 
 // --- start and end -------------------------------------------------------------------------------
 
-TEST(PreferencesAtTheStart, AreLoadedHiddenAfterTheDiscAndBeforeTheSearch) {
+TEST(PreferencesAtTheStart, AreLoadedHiddenAfterTheDiscIsReadAndBeforeFilesAreSearched) {
     ApplicationBench bench({1000, 1000});
     std::vector<std::string> steps;
     bench.media.onCommand = [&](std::string_view command) {
@@ -53,7 +53,7 @@ TEST(PreferencesAtTheStart, AreLoadedHiddenAfterTheDiscAndBeforeTheSearch) {
     EXPECT_TRUE(bench.form.visible());
 }
 
-TEST(PreferencesAtTheStart, WriteAnEmptyStoreOnce) {
+TEST(PreferencesAtTheStart, FillAnEmptyStoreInOneFileWrite) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     EXPECT_EQ(bench.store.fileWrites, 1);
@@ -82,7 +82,7 @@ TEST(PreferencesAtTheStart, DoNotEndTheMainWindowsLoadIfTheirOwnLoadFails) {
     }
 }
 
-TEST(PreferencesAtTheStart, AcceptAnyStoredTextAndOpen) {
+TEST(PreferencesAtTheStart, OpenWithoutAMessageForAnyStoredText) {
     for (const char* key :
          {"Audio format", "Encoding quality", "Encoding bitrate", "HDWarning", "HDWarningNo",
           "HDstopdecoding", "HDStopNo", "desktop icon", "minimize onstart", "Delete WAV",
@@ -104,7 +104,7 @@ TEST(PreferencesAtTheStart, AcceptAnyStoredTextAndOpen) {
     }
 }
 
-TEST(PreferencesAtTheStart, MuteTheDiscsLineASecondTime) {
+TEST(PreferencesAtTheStart, MuteTheDiscsLineAgainIfTheSettingIs1) {
     for (const char* muted : {"1", "0"}) {
         ApplicationBench bench({1000, 1000});
         bench.store.put("Settings", "mute button", muted);
@@ -124,7 +124,7 @@ TEST(PreferencesAtTheStart, MuteTheDiscsLineASecondTime) {
     }
 }
 
-TEST(PreferencesAtTheStart, ShowTwoMessagesAndTheWindowIfTheDestinationCannotBeCreated) {
+TEST(PreferencesAtTheStart, ShowTwoMessagesIfTheDestinationCannotBeCreatedAndThenTheMainWindow) {
     ApplicationBench bench({1000, 1000});
     bench.store.put("Settings", "DecodePath", "x:\\gone\\wav");
     bench.application.start();
@@ -203,7 +203,7 @@ TEST(GuardOfAnExtraction, WarnsThenStopsAndSavesTheCapturedPart) {
     bench.form.CmdSelectAction.click();
 }
 
-TEST(GuardOfAnExtraction, StopsANearlyFullDestinationAtItsFirstTick) {
+TEST(GuardOfAnExtraction, StopsTheCaptureAtItsFirstTickIfTheDriveIsNearlyFull) {
     ApplicationBench bench({60000, 60000});
     leaveFree(bench, 49);
     bench.application.start();
@@ -246,7 +246,7 @@ TEST(GuardOfAnExtraction, WritesNothingToTheStore) {
     EXPECT_THAT(bench.store.writes, IsEmpty());
 }
 
-TEST(GuardOfAnExtraction, WorksIfTheWindowIsClosedMeanwhile) {
+TEST(GuardOfAnExtraction, LoadsThePreferencesHiddenAgainIfTheyWereClosed) {
     ApplicationBench bench({9000, 9000});
     bench.application.start();
     bench.loop.after(1s, [&] { bench.windows.FrmPrefs.unload(); });
@@ -269,7 +269,7 @@ std::string nameOf(PreferencesAre window) {
                                               : "reopened, at";
 }
 
-void bring(FrmPrefs& form, PreferencesAre state) {
+void putInState(FrmPrefs& form, PreferencesAre state) {
     if (state != PreferencesAre::kept) {
         form.unload();
     }
@@ -286,7 +286,7 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     bench.loop.atYield(n, [&] {
         if (!over) {
             reached = true;
-            bring(bench.windows.FrmPrefs, window);
+            putInState(bench.windows.FrmPrefs, window);
             leaveFree(bench, 49);
             bench.form.tmrWarning.fire();
         }
@@ -312,7 +312,7 @@ void runWithStopAtYield(int n, PreferencesAre window, bool& reached) {
 }
 
 /// Runs `run` with a stop at its first yield, at its second and so on until there is no such yield,
-/// for each state of the preferences. `run` says whether it reached its yield.
+/// for each state of the preferences. `run` sets `reached` if that yield occurred.
 void atEveryYield(void (*run)(int yield, PreferencesAre window, bool& reached)) {
     constexpr int mostYields = 300;
     for (const PreferencesAre window :
@@ -334,7 +334,7 @@ TEST(GuardOfAnExtraction, StopsAtEveryYieldAndTheNextActionWorks) {
     atEveryYield(&runWithStopAtYield);
 }
 
-/// Three MP3 files; each is decoded within a few ticks.
+/// The started program with three MP3 files. Decoding a file takes 1.2 s, a few ticks.
 struct GuardedDecoding : ApplicationBench {
     GuardedDecoding() : ApplicationBench({1000, 1000}) {
         for (const char* name : {"c", "b", "a"}) {
@@ -355,12 +355,12 @@ struct GuardedDecoding : ApplicationBench {
     }
 };
 
-TEST(GuardOfADecoding, StopsByItsOwnTimer) {
+TEST(GuardOfADecoding, StopsTheDecodingAtTheFirstTickOfItsTimer) {
     GuardedDecoding bench;
     leaveFree(bench, 49);
     bench.decodeAll();
     EXPECT_TRUE(bench.atRest());
-    EXPECT_EQ(bench.mp3.finished.size(), 1U); // the second was stopped at two seconds
+    EXPECT_EQ(bench.mp3.finished.size(), 1U); // the guard's tick at 2 s stopped the second
     EXPECT_TRUE(bench.form.Label5.visible());
     EXPECT_TRUE(bench.process.stopRequested);
 }
@@ -371,7 +371,7 @@ void decodeWithStopAtYield(int n, PreferencesAre window, bool& reached) {
     bench.loop.atYield(n, [&] {
         if (!over) {
             reached = true;
-            bring(bench.windows.FrmPrefs, window);
+            putInState(bench.windows.FrmPrefs, window);
             leaveFree(bench, 49);
             bench.form.tmrWarning.fire();
         }

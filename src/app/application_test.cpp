@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 // --- wiring --------------------------------------------------------------------------------
 
-TEST(Application, MakesTheProgramsFolderTheCurrentOneBeforeTheWindowLoads) {
+TEST(Application, MakesTheProgramsFolderTheCurrentFolderBeforeTheWindowLoads) {
     ApplicationBench bench({1000, 1000});
     EXPECT_FALSE(bench.form.loaded());
     EXPECT_THAT(bench.files.log, IsEmpty());
@@ -28,7 +28,7 @@ TEST(Application, MakesTheProgramsFolderTheCurrentOneBeforeTheWindowLoads) {
                 ElementsAre("changeFolder c:\\sonarith", "changeFolder c:\\sonarith"));
 }
 
-TEST(Application, ShowsAndUnloadsTheOtherWindowsByTheirCommands) {
+TEST(Application, ShowsTheOtherWindowsByTheirCommandsAndUnloadsThePlayerByItsCommand) {
     ApplicationBench bench({1000, 1000});
     Form1& form = bench.form;
     Windows& windows = bench.windows;
@@ -62,7 +62,7 @@ TEST(Application, ShowsTheAboutBox) {
     EXPECT_EQ(bench.shell.aboutBoxes, 1);
 }
 
-TEST(Application, TogglesTheBarsByTheirEntries) {
+TEST(Application, TogglesEachBarByItsMenuEntry) {
     ApplicationBench bench({1000, 1000});
     struct Toggle {
         MenuItem* entry;
@@ -85,7 +85,7 @@ TEST(Application, LaysOutTheWindowAgainWhenItsSizeChanges) {
     EXPECT_EQ(bench.form.TreeView1.height(), 9000_twips);
 }
 
-TEST(Application, SelectsAndMovesNodesOfTheTree) {
+TEST(Application, SelectsATrackByAClickAndQueuesItByADoubleClick) {
     ApplicationBench bench({1000, 1000});
     bench.application.start();
     TreeView& tree = bench.form.TreeView1;
@@ -102,7 +102,7 @@ TEST(Application, SelectsAndMovesNodesOfTheTree) {
 
 // --- extraction from end to end ------------------------------------------------------------
 
-TEST(Extraction, TurnsAChosenQueueIntoFiles) {
+TEST(Extraction, ExtractsTheQueuedTracksToFilesStartingWithTheLastChosen) {
     ApplicationBench bench({2000, 1000, 3000});
     bench.application.start();
     bench.media.log.clear();
@@ -136,7 +136,7 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
         bool reached = false;
         bench.loop.atYield(n, [&] {
             reached = true;
-            // A single track, since the queue is already being processed.
+            // Starts a single track, because the queue is already being processed.
             bench.select("Track  1 - 00:00:00");
             bench.form.CmdSelectAction.click();
         });
@@ -169,7 +169,7 @@ TEST(Extraction, ASecondStartWithNothingToDoStopsTheMonitorButNotTheDevices) {
     EXPECT_THAT(bench.disc.saved, IsEmpty());
 }
 
-TEST(Extraction, UsesTheDriveFromTheFirstTrackToTheEndOfTheLast) {
+TEST(Extraction, ReportsTheDriveAsInUseFromTheFirstTrackToTheEndOfTheLast) {
     ApplicationBench bench({300, 300});
     bench.application.start();
     EXPECT_FALSE(bench.application.driveInUse());
@@ -183,9 +183,9 @@ TEST(Extraction, UsesTheDriveFromTheFirstTrackToTheEndOfTheLast) {
     EXPECT_FALSE(bench.application.driveInUse());
 }
 
-TEST(Extraction, SendsNothingToTheMixer) {
-    // Only the start of an action mutes the disc's line. The capture's own button, which is clicked
-    // here, does not change the line.
+TEST(Extraction, SendsNothingToTheMixerIfStartedByCmdStart) {
+    // Only CmdSelectAction mutes the disc's mixer line. This test clicks cmdStart, the capture's
+    // own button, which does not change that line.
     ApplicationBench bench({300, 300});
     bench.application.start();
     bench.select("Available Tracks");
@@ -206,7 +206,7 @@ TEST(Extraction, EnablesTheCommandsAgainAfterADeviceFailure) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(Extraction, IsStoppedByTheMenu) {
+TEST(Extraction, IsStoppedByTheMenuAndSavesTheCapturedPart) {
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Available Tracks");

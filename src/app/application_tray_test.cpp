@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program in the tray, through the whole application: minimizing, the effect of the icon's menu
-// on a running job, and restoring.
+// Tests the tray icon through the whole application: minimizing to it, the effect of its menu on a
+// running job, and restoring the window.
 #include "app/application.h"
 
 #include <chrono>
@@ -52,7 +52,7 @@ TEST(Minimize, LoadsTheTrayFormAndHidesTheWindow) {
     EXPECT_THAT(bench.tray.log, ElementsAre("add Sonarith"));
 }
 
-TEST(Minimize, IconifiesTheWindowIfNoPanelShowsIcons) {
+TEST(Minimize, IconifiesTheWindowIfNoDesktopPanelShowsTrayIcons) {
     TrayBench bench;
     bench.tray.setHost(false);
     bench.form.mnuMinimize.click();
@@ -61,7 +61,7 @@ TEST(Minimize, IconifiesTheWindowIfNoPanelShowsIcons) {
     EXPECT_EQ(bench.minimized, 1);
 }
 
-TEST(MinimizeOnStart, HidesTheWindowDuringTheActionAndShowsItsProgressInTheTip) {
+TEST(MinimizeOnStart, HidesOrIconifiesTheWindowDuringTheActionAndShowsItsProgressInTheToolTip) {
     for (const bool host : {true, false}) {
         TrayBench bench;
         bench.tray.setHost(host);
@@ -114,7 +114,7 @@ TEST(StopConversion, EndsACaptureAndSavesTheCapturedPart) {
     EXPECT_THAT(bench.disc.saved, SizeIs(1));
 }
 
-TEST(StopConversion, ShowsTheWindowAndCancelsWithoutARunningActionToo) {
+TEST(StopConversion, AlsoShowsTheWindowAndSetsCancelRequestedWithoutARunningAction) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     bench.process.cancelRequested = false;
@@ -164,7 +164,7 @@ TEST(Shutdown, DuringACaptureSavesTheCapturedPart) {
     EXPECT_TRUE(bench.idle());
 }
 
-TEST(CloseFromTheTray, RemovesTheIcon) {
+TEST(CloseFromTheTray, RemovesTheIconAndThenTriesToRemoveItAgain) {
     TrayBench bench;
     bench.form.mnuMinimize.click();
     EXPECT_TRUE(bench.endsProgram([&] { bench.form.unload(); }));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The four bars of the main window and their menu entries. This file does not depend on the
-// contents of the bars.
+// Shows and hides the four bars of the main window. This file does not depend on the contents of
+// the bars.
 #pragma once
 
 #include "forms/form1.h"

@@ -74,7 +74,7 @@ TEST(BarToggle, WithAllFourHiddenTheTreeFillsTheWindow) {
     EXPECT_EQ(window.form.TreeView1.height(), 5000_twips);
 }
 
-TEST(BarToggle, UsesTheMenuEntrysStateAndNotTheBars) {
+TEST(BarToggle, DependsOnTheStateOfTheMenuEntryAndNotOnThatOfTheBar) {
     Window window;
     window.form.Picture3.setVisible(false);
     mnuToolbar_Click(window.form);

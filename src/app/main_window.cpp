@@ -10,7 +10,7 @@
 namespace sonarith {
 
 namespace {
-/// Distance of the window from the screen's centre, to the left.
+/// How far the window's centre is left of the screen's centre.
 constexpr Twips leftOfCentre = 1500_twips;
 } // namespace
 
@@ -153,8 +153,8 @@ Status MainWindow::runLoadSteps() {
     LoadSettings(platform_.store, platform_.files.programFolder(), process_.settings);
     loadPlayer();
     inspection_.InspectCD();
-    // Loads the window without showing it, creates the destination folder, and saves each switch
-    // that is on.
+    // Loading the preferences' window does not show it, but creates the destination folder and
+    // saves each switch that is on.
     windows_.FrmPrefs.load();
     form_.Label2.setCaption(process_.settings.decodePath + "\\");
     tree_.showfiles();

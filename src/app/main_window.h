@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The life cycle of the main window: its load step, its end, and the commands for the window
-// itself. The jobs that its buttons start are in their own folders; the application wires both.
+// Loads and ends the main window and runs the commands for the window itself. The jobs that its
+// buttons start are in other folders; Application connects them to the window.
 #pragma once
 
 #include <string>
@@ -25,9 +25,9 @@ class MainWindow {
     /// Places the window, reads settings, disc and destination folder, and shows the window. A step
     /// that fails ends the load. Afterwards the pointer always has its normal shape. Yields.
     void Form_Load();
-    /// Stops everything; never refuses the close. Yields while a capture is saved. Another close
-    /// during that yield calls this function again, which stops a job that was started during the
-    /// yield: that job would block the first close.
+    /// Stops every job; never refuses the close. Yields while a capture is saved. A second close
+    /// during that yield calls this function again. That call stops a job that was started during
+    /// the yield and would block the first close.
     void Form_QueryUnload();
     /// Ends the process.
     void Form_Unload();
@@ -35,18 +35,19 @@ class MainWindow {
     /// Exit: ends the process.
     void Command5_Click();
     void Cmdhelp_Click();
-    /// Opens a help file (a path in the logic's form) in the help viewer. Always returns an empty
-    /// text, even if the viewer fails.
+    /// Opens a help file in the help viewer. `path` has the logic's form (drive letter,
+    /// backslashes). Always returns an empty text, even if the viewer fails.
     std::string ShowHelpFile(const std::string& path);
     void mnuStart_Click();
     void mnuMinimize_Click();
     /// "Refresh List": reads the disc again and rebuilds the tree.
     void C1212_Click();
-    /// Resets the displays to idle, once.
+    /// Stops the timer and resets the displays to idle.
     void Timer1_Timer();
     /// Starts to move the window with the pointer, as if the user dragged its caption.
     void N1Drag();
-    /// Shapes the window by its picture, with white areas cut away. Nothing calls it.
+    /// Sets the window's region to the pixels of its picture that are not white. Nothing calls this
+    /// function.
     void ShapeFromPicture();
 
   private:
@@ -54,8 +55,8 @@ class MainWindow {
     void wireToolBar();
     void wireMenus();
     Status runLoadSteps();
-    /// Loads the panel without showing it, and mutes or unmutes the disc's line according to the
-    /// settings. Yields in the message about a missing mixer.
+    /// Loads the player's panel without showing it, and mutes or unmutes the disc's line according
+    /// to the settings. Yields in the message about a missing mixer.
     void loadPlayer();
     void placeWindow();
 

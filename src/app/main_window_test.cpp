@@ -54,7 +54,7 @@ TEST(FormLoad, RunsItsStepsInOrder) {
     bench.media.onCommand = [&](std::string_view command) {
         if (command == "open cdaudio alias cd") {
             steps.push_back("inspection");
-            // The settings are loaded, but not the destination.
+            // The settings are loaded, but the preferences have not yet set the destination.
             EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
             EXPECT_EQ(bench.process.settings.hdWarningNo, 100);
             EXPECT_EQ(bench.process.settings.decodePath, "c:\\sonarith");
@@ -77,7 +77,8 @@ TEST(FormLoad, RunsItsStepsInOrder) {
     EXPECT_EQ(bench.form.TreeView1.height(), designHeight);
     EXPECT_EQ(bench.pointer.shapes.front(), Pointer::hourglass);
     EXPECT_EQ(bench.pointer.shapes.back(), Pointer::normal);
-    // One yield of the inspection, one of the destination, two of each search, three at the end.
+    // One yield in the inspection, one in the preferences' load, two in each of the two searches,
+    // and three at the end.
     EXPECT_EQ(bench.loop.yieldCount(), 9);
 }
 
@@ -93,7 +94,7 @@ TEST(FormLoad, StopsIfTheProgramFolderCannotBeEntered) {
     EXPECT_FALSE(bench.form.visible());
 }
 
-TEST(FormLoad, WorksWithoutADisc) {
+TEST(FormLoad, ShowsTheWindowWithoutAMessageIfTheDiscCannotBeOpened) {
     ApplicationBench bench({});
     bench.media.answer("open cdaudio alias cd", {.status = 266});
     bench.application.start();
@@ -174,7 +175,7 @@ TEST(Moving, DragsTheWindowByAnEmptyPartOfTheFormAndByTheHandGrip) {
     EXPECT_EQ(grasped, 2);
 }
 
-TEST(ShapeFromPicture, IsAnOperationOfTheMainWindowThatNothingCalls) {
+TEST(ShapeFromPicture, ShapesTheMainWindowButIsNotCalledByItsLoad) {
     test::FakeMachine machine;
     ProcessState process;
     Windows windows(machine.platform, process);

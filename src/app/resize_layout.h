@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the main window divides its area: the tree fills the space between the visible bars. Only the
-// tree and the grip image are placed; the view keeps the bars at their edges.
+// Divides the main window's area: the tree fills the space between the visible bars. Only the tree
+// and the grip image are placed; the view keeps the bars at their edges.
 #pragma once
 
 #include "forms/form1.h"

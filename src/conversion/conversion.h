@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Holds the classes of the conversion, each wired to its window. It has no behaviour of its own.
+// Creates the classes of the conversion and connects them to the windows. This struct adds no
+// behaviour.
 #pragma once
 
 #include "conversion/conversion_worker.h"

@@ -134,7 +134,8 @@ Status ConversionWorker::showEnd() {
     if (Status stopped = form6_.ActiveMP31->Stop(); !stopped.ok()) {
         return stopped;
     }
-    // With a blank before the percent sign, unlike the percentages of the ticks.
+    // This text has a blank before the percent sign; the percentages that showProgress() shows have
+    // none.
     form_.Label33.setCaption("100 %");
     if (Status shown = form_.ProgressBar1.setValue(100); !shown.ok()) {
         return shown;
@@ -150,7 +151,7 @@ Status ConversionWorker::showProgress() {
         return percentage.error();
     }
     form_.Label33.setCaption(std::to_string(percentage.value()) + "%");
-    // The position is read again, so the bar may show a later one than the text.
+    // The position is read again, so the bar may show a later position than the text.
     const auto afresh = readPercentage();
     return afresh.ok() ? form_.ProgressBar1.setValue(afresh.value()) : Status(afresh.error());
 }
@@ -162,7 +163,7 @@ Result<std::int16_t> ConversionWorker::readPercentage() const {
     return roundedToInteger16(static_cast<double>(position) / static_cast<double>(length) * 100);
 }
 
-/// The final steps of every job, however it ends.
+/// The final steps of every job that ends in a tick, however it ends.
 void ConversionWorker::finish(int load) {
     if (!stillLoaded(load)) {
         return;
@@ -208,7 +209,7 @@ Status ConversionWorker::startBeside() {
         return tooShort();
     }
     if (const auto base = FileBaseName(path); base.ok()) {
-        // The backslash before the ending is intended.
+        // The backslash before ".mp3" is intended.
         form_.setCaption("Decoding " + base.value() + "\\.mp3");
     }
     form6_.ActiveMP31->setSourceFile(path).passOver();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The job of the hidden window Form6: each load of the window converts one MP3 file to WAV with the
-// control ActiveMP31. The decoding driver chooses the file and handles the WAV.
+// Handles the events of the hidden window Form6: each load of the window converts one MP3 file to
+// WAV with the control ActiveMP31. The decoding driver chooses the file and adds the WAV to the
+// tree.
 #pragma once
 
 #include <cstdint>
@@ -14,13 +15,14 @@
 
 namespace sonarith {
 
-/// The path of the WAV for an MP3 file: in the destination folder, with the MP3's base name, so
-/// that files of the same name in different folders share one WAV. Errors: those of FileBaseName().
+/// Returns the path of the WAV for an MP3 file: in the destination folder, with the MP3's base
+/// name. MP3 files of the same name in different folders therefore share one WAV. Errors: those of
+/// FileBaseName().
 [[nodiscard]] Result<std::string> wavPathFor(const std::string& mp3Path,
                                              const ProcessState& process);
 
-/// While a tick waits, its window may be unloaded and loaded again for the next file. The tick then
-/// changes neither window nor control, because they belong to the next file.
+/// While a tick of Timer2 yields, the window may be unloaded and loaded again for the next file.
+/// The tick then changes neither the window nor the control, because they belong to the next file.
 class ConversionWorker {
   public:
     /// Sets the handlers of Form6's events. All parameters must outlive this object.
@@ -36,7 +38,7 @@ class ConversionWorker {
     /// Makes the control decode currentFile into the destination folder. `Value` is not used. The
     /// first step that fails ends it without a message; a file below 100 bytes is not started.
     void StartMP3(std::string_view Value);
-    /// StartMP3 with currentWavFile. Nothing calls it.
+    /// Calls StartMP3 with currentWavFile. Nothing calls starthere().
     void starthere();
 
     /// Runs once, half a second after the load, and starts the job a second time.
@@ -44,12 +46,14 @@ class ConversionWorker {
     /// Shows the progress; unloads the window when the control has finished, on a stop and on any
     /// failure. Yields.
     void Timer2_Timer();
-    /// "Cancel". No user can reach it, as the window is not shown.
+    /// The button "Cancel". No user can reach it, because the window is not shown.
     void Command1_Click();
 
-    /// Decodes currentWavFile to a WAV in the same folder and waits for the end. Nothing calls it.
+    /// Decodes currentWavFile to a WAV in the same folder and waits for the end. Nothing calls this
+    /// function.
     void StartDecoding();
-    /// Starts each marked line of List4. Nothing calls it.
+    /// For each marked line of List4, sets the list's index and calls StartMP3, which always starts
+    /// currentFile. Nothing calls this function.
     void DecodeCheckedFiles();
 
   private:

@@ -33,7 +33,7 @@ TEST_F(WorkerTest, LoadingStartsTheJob) {
     EXPECT_FALSE(window.visible());
 }
 
-TEST_F(WorkerTest, ItsTimersTickTwiceASecond) {
+TEST_F(WorkerTest, HasTwoTimersOf500MillisecondsAndACancelButton) {
     window.load();
     EXPECT_EQ(window.Timer1.interval(), 500ms);
     EXPECT_EQ(window.Timer2.interval(), 500ms);
@@ -126,7 +126,7 @@ TEST_F(WorkerTest, ASourceThatIsRefusedIsNotDecoded) {
     EXPECT_TRUE(window.Timer2.enabled());
 }
 
-TEST_F(WorkerTest, StartHereStartsTheCurrentFileAndIgnoresItsArgument) {
+TEST_F(WorkerTest, StartHereStartsTheCurrentFileAndNotTheCurrentWavFile) {
     process.currentWavFile = "c:\\music\\other.wav";
     window.load();
     mp3.log.clear();
@@ -161,7 +161,7 @@ TEST_F(WorkerTest, ATickReadsTheControlAgainForTheBarAndYieldsOnce) {
     EXPECT_TRUE(window.loaded());
 }
 
-TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowIsUnloaded) {
+TEST_F(WorkerTest, TheLastTickShows100PercentWithABlankAndUnloadsTheWindow) {
     mp3.duration = 1200ms;
     window.load();
     loop.advance(1499ms);
@@ -179,7 +179,7 @@ TEST_F(WorkerTest, AtTheEndTheTextHasABlankAndTheWindowIsUnloaded) {
     loop.advance(1ms);
     EXPECT_EQ(shown, "100 % 100");
     EXPECT_EQ(loop.yieldCount() - yields, 2);
-    // One from the tick, one from the final steps, one from the unload.
+    // One by the tick, one by the final steps, one by the unload.
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop", "Stop"));
     EXPECT_FALSE(window.loaded());
     EXPECT_FALSE(process.workerBusy);
@@ -274,7 +274,7 @@ TEST_F(WorkerTest, AnUnloadByOtherCodeStopsTheControlAndKeepsTheWrittenPart) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WorkerTest, TheControlStopsBeforeTheFlagIsCleared) {
+TEST_F(WorkerTest, AnUnloadStopsTheControlBeforeItClearsWorkerBusy) {
     window.load();
     bool busyAtStop = false;
     mp3.onCall = [&](const std::string& call) {
@@ -284,7 +284,7 @@ TEST_F(WorkerTest, TheControlStopsBeforeTheFlagIsCleared) {
     EXPECT_TRUE(busyAtStop);
 }
 
-TEST_F(WorkerTest, CancelRequestsAStopAndUnloads) {
+TEST_F(WorkerTest, CancelRequestsAStopAndUnloadsTheWindow) {
     window.load();
     window.Command1.click();
     EXPECT_TRUE(process.stopRequested);
@@ -292,7 +292,7 @@ TEST_F(WorkerTest, CancelRequestsAStopAndUnloads) {
     EXPECT_FALSE(process.workerBusy);
 }
 
-TEST_F(WorkerTest, AWorkerUnloadedInsideItsTickDoesNotAffectTheNextOne) {
+TEST_F(WorkerTest, ATickWhoseWindowIsLoadedAgainDoesNotAffectTheNextJob) {
     for (const auto& [duration, yield] : {std::pair(10s, 1), std::pair(0s, 1), std::pair(0s, 2)}) {
         SCOPED_TRACE(std::to_string(duration.count()) + " s, yield " + std::to_string(yield));
         mp3.duration = duration + 100ms;
@@ -317,7 +317,7 @@ TEST_F(WorkerTest, AWorkerUnloadedInsideItsTickDoesNotAffectTheNextOne) {
     }
 }
 
-TEST_F(WorkerTest, ManyLoadsInsideTicksLeaveNothingRunning) {
+TEST_F(WorkerTest, RepeatedLoadsInsideTicksLeaveNothingRunning) {
     mp3.duration = 100ms;
     for (int n = 0; n < 20; ++n) {
         window.load();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The worker's procedures that nothing calls; conversion_worker_test.cpp tests the others.
+// Tests StartDecoding() and DecodeCheckedFiles() of the conversion worker, which nothing in the
+// program calls; conversion_worker_test.cpp tests the other functions.
 #include "conversion/conversion_worker.h"
 
 #include "support/conversion_world.h"
@@ -11,7 +12,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A loaded worker whose own job was stopped.
+/// Loads the worker's window and stops the job that the load has started.
 struct StartDecodingTest : test::ConversionWorld {
     sonarith::Form6& window = windows.Form6;
 
@@ -49,14 +50,14 @@ TEST_F(StartDecodingTest, StopsAndUnloadsIfAStopIsRequested) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, AShortFileDoesNothing) {
+TEST_F(StartDecodingTest, DoesNothingForAShortFile) {
     mp3File(source, 99);
     worker().StartDecoding();
     EXPECT_THAT(mp3.log, IsEmpty());
     EXPECT_TRUE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, AnIdleControlUnloadsAtOnceAndYieldsOnce) {
+TEST_F(StartDecodingTest, UnloadsTheWindowAndYieldsOnceIfTheControlIsIdle) {
     mp3.failDecode = Error{ErrorNumber::pathFileAccess, ""};
     const int yields = loop.yieldCount();
     worker().StartDecoding();
@@ -72,7 +73,7 @@ TEST_F(StartDecodingTest, AnUnloadByOtherCodeEndsTheWait) {
     EXPECT_EQ(loop.now() - start, 700ms);
 }
 
-TEST_F(StartDecodingTest, TheNextWorkersJobDoesNotProlongTheWait) {
+TEST_F(StartDecodingTest, AJobOfTheNextLoadDoesNotProlongTheWait) {
     mp3.duration = 10h;
     loop.after(700ms, [this] {
         window.unload();
@@ -92,7 +93,7 @@ TEST_F(StartDecodingTest, TheProgramsEndEndsTheWait) {
     EXPECT_EQ(loop.yieldsAfterEnd(), 0);
 }
 
-TEST_F(StartDecodingTest, CheckedFilesStartsEachMarkedLine) {
+TEST_F(StartDecodingTest, CheckedFilesStartsTheCurrentFileForEachMarkedLine) {
     fill(form.List4, {"a", "b", "c"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(2, true).passOver();
@@ -110,7 +111,7 @@ TEST_F(StartDecodingTest, CheckedFilesStartsEachMarkedLine) {
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
+TEST_F(StartDecodingTest, CheckedFilesEndsAtAStopRequestAndClearsIt) {
     fill(form.List4, {"a", "b"});
     form.List4.setSelected(0, true).passOver();
     form.List4.setSelected(1, true).passOver();
@@ -119,12 +120,13 @@ TEST_F(StartDecodingTest, CheckedFilesStopsAtARequestAndClearsIt) {
     };
     worker().DecodeCheckedFiles();
     EXPECT_EQ(form.List4.listIndex(), 0);
-    // The request was cleared; the handler sets it again at the "Stop" of the unload.
+    // stopRequested is not tested here: it was cleared, but onCall sets it again at the "Stop" of
+    // the unload.
     EXPECT_THAT(mp3.log, ElementsAre(setSource, decodeToWav, "Stop"));
     EXPECT_FALSE(window.loaded());
 }
 
-TEST_F(StartDecodingTest, CheckedFilesClearsAnEarlierRequest) {
+TEST_F(StartDecodingTest, CheckedFilesClearsAnEarlierStopRequest) {
     fill(form.List4, {"a"});
     form.List4.setSelected(0, true).passOver();
     process.stopRequested = true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Converts the MP3 files of the selected node to WAV files, one after the other: all, the selected
-// ones, or one. The conversion worker converts each file.
+// Converts the MP3 files of the selected node to WAV files, one after the other: all files, the
+// selected files, or a single file. The conversion worker converts each of them.
 #pragma once
 
 #include <string>
@@ -21,7 +21,8 @@ class DecodingDriver {
     DecodingDriver& operator=(const DecodingDriver&) = delete;
 
     /// Yields. Returns when all files are done or a stop was requested, and leaves stopRequested
-    /// set in both cases. If a file no longer exists, it waits until the program ends.
+    /// set in both cases. An empty list only shows a message. If a file no longer exists, this
+    /// function waits until the program ends, unless Form6 was still loaded for an earlier file.
     void CmdDecoder_Click();
 
     /// If the file `path` exists, loads Form6, whose worker converts currentFile; otherwise does

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
-    /// The displays at the first start of the control for each file.
+    /// For each file, the three captions at the first start of the control.
     std::vector<std::string> shown;
 
     DriverTest() {
@@ -51,7 +51,7 @@ TEST_F(DriverTest, AllFilesAreDecodedOneAfterTheOther) {
     expectFinished();
 }
 
-TEST_F(DriverTest, AllFilesInAnEmptyListShowAMessageAndNothingElse) {
+TEST_F(DriverTest, AnEmptyListOfAllFilesShowsAMessageAndStartsNothing) {
     form.Timer1.setEnabled(false);
     decode("MP3 Files");
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"No files in list.", BoxIcon::information}));
@@ -60,7 +60,7 @@ TEST_F(DriverTest, AllFilesInAnEmptyListShowAMessageAndNothingElse) {
     EXPECT_TRUE(form.mnuFile.enabled());
 }
 
-TEST_F(DriverTest, AllFilesYieldOnceBeforeEachFileAndSelectedFilesDoNot) {
+TEST_F(DriverTest, DecodingAllFilesYieldsBeforeEachFileAndDecodingSelectedFilesDoesNot) {
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     for (const auto& [group, yields] :
@@ -96,7 +96,7 @@ TEST_F(DriverTest, CommandsAreDisabledAndCancelIsVisibleDuringADecoding) {
     EXPECT_FALSE(form.mnuFile.enabled());
 }
 
-TEST_F(DriverTest, TheLoopReadsTheCountOnceAndTheDisplayReadsItEachTime) {
+TEST_F(DriverTest, AFileThatIsAddedDuringTheDecodingIsCountedInTheDisplayButNotDecoded) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     loop.after(700ms, [this] { form.List2.addItem("c:\\mp3\\c.mp3"); });
     decode("MP3 Files");
@@ -117,7 +117,7 @@ TEST_F(DriverTest, AnEarlierWorkerIsUnloadedFirst) {
     expectFinished();
 }
 
-TEST_F(DriverTest, FilesOfOneNameShareOneWav) {
+TEST_F(DriverTest, FilesWithTheSameNameShareOneWav) {
     mp3File("d:\\other\\b.mp3");
     fill(form.List2, {"c:\\mp3\\b.mp3", "d:\\other\\b.mp3"});
     decode("MP3 Files");
@@ -137,7 +137,7 @@ TEST_F(DriverTest, TheSelectedFilesAreDecodedUnderTheirUnchangedNames) {
     expectFinished();
 }
 
-TEST_F(DriverTest, NoSelectedFilesShowAMessageAndNothingElse) {
+TEST_F(DriverTest, AnEmptyListOfSelectedFilesShowsAMessageAndStartsNothing) {
     decode("Selected MP3 Files");
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"No files selected", BoxIcon::information}));
     EXPECT_FALSE(process.stopRequested);
@@ -183,7 +183,7 @@ TEST_F(DriverTest, OneFileIsFoundByItsFullPathInEitherList) {
     EXPECT_EQ(mp3.log.front(), "SourceFile c:\\mp3\\b.mp3");
 }
 
-TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheLineAtItsIndexInTheOtherList) {
+TEST_F(DriverTest, ASelectedFileShownWithoutItsPathDecodesTheLineOfList2AtTheSameIndex) {
     fill(form.List2, {"c:\\mp3\\x.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\y.mp3", "c:\\mp3\\b.mp3"});
     decode("b.mp3");
@@ -195,7 +195,7 @@ TEST_F(DriverTest, ASelectedFileWithoutAPathUsesTheLineAtItsIndexInTheOtherList)
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondTheOtherListIsWaitedForButNotDecoded) {
+TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondList2IsWaitedForButNotDecoded) {
     fill(form.List4, {"c:\\mp3\\b.mp3"});
     loop.after(1h, [this] {
         EXPECT_EQ(process.currentFile, "");
@@ -205,7 +205,7 @@ TEST_F(DriverTest, ASelectedFileWithAnIndexBeyondTheOtherListIsWaitedForButNotDe
     EXPECT_THROW(decode("b.mp3"), test::ProgramEnded);
 }
 
-TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndUsesTheLineAfterTheSearch) {
+TEST_F(DriverTest, ANameWithCapitalsMatchesNoLineAndDecodesTheLineAtWhichTheSearchEnded) {
     // The search of the empty second list ends at index 0, so the first line is used.
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     decode("A.mp3");
@@ -225,7 +225,7 @@ TEST_F(DriverTest, TheFirstLineWithTheNameIsUsed) {
     EXPECT_EQ(mp3.log.front(), "SourceFile d:\\b.mp3");
 }
 
-TEST_F(DriverTest, AnyOtherNodeRequestsAStopSilently) {
+TEST_F(DriverTest, AnyOtherNodeRequestsAStopWithoutAMessage) {
     for (const char* text : {"c:\\music\\a.wav", "WAV Files", "a.MP3", "CD Tracks"}) {
         process.stopRequested = false;
         form.Timer1.setEnabled(false);
@@ -269,7 +269,7 @@ TEST_F(DriverTest, AMissingFileCausesAWaitUntilTheProgramsEndWithCancelHidden) {
 }
 
 // `workerBusy` is set before Disablem() unloads the earlier worker; this unload clears the flag, so
-// nothing is waited for.
+// the driver does not wait.
 TEST_F(DriverTest, AMissingFileIsNotWaitedForIfAnEarlierWorkerExists) {
     process.currentFile = "c:\\mp3\\A.mp3";
     mp3.duration = 10s;
@@ -307,7 +307,7 @@ TEST_F(DriverTest, AListThatIsClearedDuringADecodingCausesTheWaitForAMissingFile
     EXPECT_EQ(form.Label3.caption(), "Decoding #2 of 0 files");
 }
 
-TEST_F(DriverTest, AResultBelowAHundredBytesIsNotShown) {
+TEST_F(DriverTest, AWavBelowAHundredBytesIsNotAddedToTheList) {
     mp3.wholeBytes = 99;
     fill(form.List2, {"c:\\mp3\\b.mp3"});
     decode("MP3 Files");
@@ -335,7 +335,7 @@ TEST_F(DriverTest, StartDecodingDoesNothingForAMissingFile) {
 
 // --- a second action inside the first ----------------------------------------------------------
 
-TEST_F(DriverTest, ASecondStartInsideTheFirstReplacesItAndEndsBoth) {
+TEST_F(DriverTest, ASecondDecodingInsideTheFirstReplacesItAndItsEndEndsBoth) {
     fill(form.List2, {"c:\\mp3\\b.mp3", "c:\\mp3\\A.mp3"});
     fill(form.List4, {"c:\\mp3\\A.mp3"});
     mp3.duration = 5s;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every kind of stop, and the end of the program, at every yield of a decoding.
+// Tests every kind of stop, and the end of the program, at every yield of a decoding.
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-/// Five files; each takes several ticks.
+/// Five MP3 files; decoding each of them takes several ticks of the worker's timer.
 struct Decodings : test::ConversionWorld {
     Decodings() {
         std::vector<std::string> paths;
@@ -101,7 +101,8 @@ TEST(StopOfADecoding, AtEveryYieldReturnsToIdleAndTheNextActionWorks) {
                 EXPECT_TRUE(run.process.stopRequested);
                 EXPECT_TRUE(run.form.Timer1.enabled());
                 if (reached && kind.ends) {
-                    // Completed before the stop, or during the last tick.
+                    // At most one more file is completed: the tick that was running at the stop may
+                    // complete it.
                     EXPECT_LE(run.mp3.finished.size(), whole + 1);
                 }
                 // Every started file is in the tree, complete or partial.

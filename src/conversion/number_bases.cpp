@@ -13,7 +13,7 @@ namespace sonarith {
 namespace {
 
 constexpr const char* noNumber = "Error";
-/// "A" means 10.
+/// The difference between a capital's code and its value as a digit: "A" has the value 10.
 constexpr int letterDistance = 'A' - 10;
 
 std::optional<int> digitValue(char character) {
@@ -44,7 +44,8 @@ std::optional<double> valueOf(std::string_view digits, std::int16_t base) {
     return value;
 }
 
-/// Returns nothing for a remainder that no digit represents; only rounding produces one.
+/// Returns nothing if the remainder is beyond every character code. Only rounding errors produce
+/// such a remainder.
 std::optional<std::string> digitOf(double remainder) {
     if (remainder < 10) {
         std::array<char, 32> text{}; // 15 digits, sign, point and exponent need 22 at most

@@ -70,7 +70,8 @@ bool isRiff(const std::optional<std::array<std::byte, 4>>& bytes) {
                         riffMark;
 }
 
-/// At least two digits, rounded half away from zero. A value that is rounded to 0 keeps its sign.
+/// Rounds `number` half away from zero and writes at least two digits. A value that is rounded to 0
+/// keeps its sign.
 std::string twoDigits(double number) {
     const double whole = std::round(std::fabs(number));
     std::string digits = std::to_string(static_cast<std::int64_t>(whole));

@@ -10,7 +10,8 @@
 
 namespace sonarith {
 
-/// Results of the last files: a field that is not set for a file keeps the value of an earlier one.
+/// The results of wHeadInfo(): a field that is not set for a file keeps the value of an earlier
+/// file.
 struct WavHead {
     std::string wavFileLength; ///< bytes, in decimal
     std::int16_t wavChannels = 0;
@@ -25,9 +26,9 @@ class WavHeadReader {
     /// `files` must outlive this object.
     explicit WavHeadReader(FileSystem& files) : files_(files) {}
 
-    /// Returns whether the file begins with "RIFF". Length, channels and bits are always stored,
-    /// the other fields only for such a file. Fields that cannot be read are skipped. A missing
-    /// file is created, empty.
+    /// Returns whether the file begins with "RIFF". Length, channels and bits are stored for every
+    /// file, the other fields only for a file with that mark. A field that cannot be read keeps its
+    /// value. If the file does not exist, an empty file is created.
     bool wHeadInfo(const std::string& path);
 
     [[nodiscard]] const WavHead& head() const { return head_; }

@@ -47,18 +47,18 @@ TEST_F(WavHeadTest, ReadsTheFieldsOfAMonoFile) {
     EXPECT_EQ(head().wavBits, 16);
     EXPECT_EQ(head().wavSampleRate, "44100");
     EXPECT_EQ(head().wavBitRate, 705600);
-    // 29.989 seconds.
+    // 29.989 seconds, rounded.
     EXPECT_EQ(head().wavDuration, "00:30");
 }
 
-TEST_F(WavHeadTest, ReadsFourFileOffsetsInThisOrder) {
+TEST_F(WavHeadTest, ReadsItsFieldsAtFourOffsetsInThisOrder) {
     read(wav(100, 1, 16, 44100));
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.wav readWrite", "readBinary c:\\a.wav 0 4",
                                       "readBinary c:\\a.wav 22 2", "readBinary c:\\a.wav 34 2",
                                       "readBinary c:\\a.wav 24 1"));
 }
 
-TEST_F(WavHeadTest, IdentifiesSixRatesByTheirLowByte) {
+TEST_F(WavHeadTest, IdentifiesSixSampleRatesByTheirLowByte) {
     struct Row {
         unsigned hertz;
         const char* shown;
@@ -86,7 +86,7 @@ TEST_F(WavHeadTest, KeepsThePreviousFilesRateForEveryOtherByte) {
     }
 }
 
-TEST_F(WavHeadTest, MistakesOtherRatesWithTheSameLowByte) {
+TEST_F(WavHeadTest, ReportsAKnownRateForOtherRatesWithTheSameLowByte) {
     EXPECT_TRUE(read(wav(1000, 1, 16, 16000)));
     EXPECT_EQ(head().wavSampleRate, "48000");
     EXPECT_TRUE(read(wav(1000, 1, 16, 0x1144)));
@@ -123,7 +123,7 @@ TEST_F(WavHeadTest, Subtracts1000BytesForTheHeader) {
     EXPECT_EQ(head().wavDuration, "00:-00");
 }
 
-TEST_F(WavHeadTest, WritesAtLeastTwoDigits) {
+TEST_F(WavHeadTest, WritesMinutesAndSecondsWithAtLeastTwoDigits) {
     const auto duration = [&](int seconds) {
         read(wav(static_cast<std::size_t>(seconds) * 1000 + 1000, 1, 1, 8000));
         return head().wavDuration;
@@ -195,7 +195,7 @@ TEST_F(WavHeadTest, KeepsTheFieldsBeyondTheEndOfAShortFile) {
     EXPECT_EQ(head().wavSampleRate, "44100");
 }
 
-TEST_F(WavHeadTest, CreatesAMissingFileAndChangesNothing) {
+TEST_F(WavHeadTest, CreatesAMissingFileAndChangesNoField) {
     EXPECT_TRUE(read(wav(8000 + 1000, 2, 16, 8000)));
     const WavHead before = head();
     EXPECT_FALSE(reader.wHeadInfo("c:\\new.wav"));
@@ -240,7 +240,7 @@ TEST_F(WavHeadTest, ReadsAFileThatCannotBeWrittenTo) {
     EXPECT_EQ(other.head().wavDuration, "00:01");
 }
 
-TEST_F(WavHeadTest, IgnoresFilesThatCannotBeOpenedOrRead) {
+TEST_F(WavHeadTest, StoresOnlyTheLengthOfAFileThatCannotBeOpenedOrRead) {
     for (const auto operation :
          {FakeFileSystem::Operation::openBinary, FakeFileSystem::Operation::readBinary}) {
         disk.failWith(operation, path, ErrorNumber::permissionDenied);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program in the desktop's tray: its icon with a tip that follows the main window's title, and
-// the icon's menu. The icon exists while frmpopup is loaded. The code that loads that form also
-// hides the main window.
+// Shows the program in the desktop's tray: an icon whose tool tip ("tip") follows the main window's
+// title, and the icon's menu. The icon exists while frmpopup is loaded. The code that loads that
+// form also hides the main window.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,8 @@ class ControlPanel {
     void Timer1_Timer();
     /// Copies the main window's title to the form's own title. Yields.
     void Timer2_Timer();
-    /// Runs before the menu opens. A left click on the icon has no handler and no effect.
+    /// Copies the main window's title to the form's own title before the menu opens. A left click
+    /// on the icon has no handler and no effect.
     void Popup_Open();
 
     void mnuStopencoding_Click();

@@ -23,7 +23,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
         minimized_ = form.minimizeRequested.connect(
             [this] { events.push_back(form.visible() ? "shrink" : "shrink while hidden"); });
     }
-    /// The same steps as the main window's menu entry.
+    /// Runs the same steps as the main window's menu entry.
     void goToTray() {
         popup.load();
         minimizeToTray(form, tray);
@@ -68,7 +68,7 @@ TEST_F(ControlPanelTest, TheFormHasItsOwnTitleAndItsLoadStartsTwoTimers) {
     EXPECT_TRUE(popup.Timer2.enabled());
 }
 
-TEST_F(ControlPanelTest, TheLoadAddsOneIconAndShowsNoWindow) {
+TEST_F(ControlPanelTest, RepeatedShowsAndLoadsAddOnlyOneIcon) {
     popup.show();
     EXPECT_THAT(tray.log, ElementsAre("add Sonarith"));
     popup.hide();
@@ -125,7 +125,7 @@ TEST_F(ControlPanelTest, TheTipFollowsTheMainWindowsTitleOnceASecond) {
     EXPECT_THAT(tips(), ElementsAre("Extracting Track 2"));
 }
 
-TEST_F(ControlPanelTest, ALongTitleIsCutOnlyInTheTip) {
+TEST_F(ControlPanelTest, ALongTitleIsShortenedOnlyInTheTip) {
     popup.load();
     form.setCaption(std::string(80, 'x'));
     loop.advance(1s);
@@ -141,7 +141,7 @@ TEST_F(ControlPanelTest, TheFormsTitleIsAlsoUpdatedOnceASecond) {
     EXPECT_EQ(popup.caption(), "Decoding a.mp3");
 }
 
-TEST_F(ControlPanelTest, EachTimerYieldsAfterItsStep) {
+TEST_F(ControlPanelTest, EachTimerYieldsAfterItsUpdate) {
     popup.load();
     form.setCaption("new");
     loop.atYield(1, [this] {
@@ -227,7 +227,7 @@ TEST_F(ControlPanelTest, RestoreShowsTheWindowAndRemovesTheIcon) {
         EXPECT_TRUE(popup.loaded());
     });
     form.Command2.onClick = [] {
-        ADD_FAILURE() << "no action was cancelled";
+        ADD_FAILURE() << "Restore clicked Command2, which cancels actions";
     };
     popup.Exit.click();
     EXPECT_EQ(shown, 1);
@@ -268,13 +268,14 @@ TEST_F(ControlPanelTest, ShutdownSkipsWindowsThatAreNotLoaded) {
 
 // --- panels that start and end ----------------------------------------------------------------
 
-TEST_F(ControlPanelTest, WithAPanelTheWindowIsHidden) {
+TEST_F(ControlPanelTest, MinimizingHidesTheWindowIfATrayPanelIsPresent) {
     goToTray();
     EXPECT_FALSE(form.visible());
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, WithoutAPanelTheWindowIsIconifiedAndTheTipIsStillUpdated) {
+TEST_F(ControlPanelTest,
+       MinimizingIconifiesTheWindowIfNoTrayPanelIsPresentAndTheTipIsStillUpdated) {
     tray.setHost(false);
     goToTray();
     EXPECT_THAT(events, ElementsAre("shrink"));
@@ -287,7 +288,7 @@ TEST_F(ControlPanelTest, WithoutAPanelTheWindowIsIconifiedAndTheTipIsStillUpdate
     EXPECT_THAT(tips(), ElementsAre("Extracting Track 1"));
 }
 
-TEST_F(ControlPanelTest, APanelThatStartsLaterLeavesTheWindowIconified) {
+TEST_F(ControlPanelTest, ATrayPanelThatStartsLaterLeavesTheWindowIconified) {
     tray.setHost(false);
     goToTray();
     events.clear();
@@ -299,7 +300,7 @@ TEST_F(ControlPanelTest, APanelThatStartsLaterLeavesTheWindowIconified) {
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
+TEST_F(ControlPanelTest, RemovalOfTheTrayPanelIconifiesTheHiddenWindow) {
     goToTray();
     int shown = 0;
     const Connection watch = form.showRequested.connect([&] { ++shown; });
@@ -315,15 +316,15 @@ TEST_F(ControlPanelTest, RemovalOfThePanelIconifiesTheHiddenWindow) {
     EXPECT_THAT(events, ElementsAre("shrink while hidden"));
 }
 
-TEST_F(ControlPanelTest, RemovalOfThePanelDoesNotAffectAVisibleWindow) {
-    popup.load(); // as the preferences do, without the main window
+TEST_F(ControlPanelTest, RemovalOfTheTrayPanelDoesNotAffectAVisibleWindow) {
+    popup.load(); // without hiding the main window, as the preferences do
     tray.setHost(false);
     tray.setHost(true);
     EXPECT_TRUE(form.visible());
     EXPECT_THAT(events, IsEmpty());
 }
 
-TEST_F(ControlPanelTest, RemovalOfThePanelHasNoEffectIfTheFormIsNotLoaded) {
+TEST_F(ControlPanelTest, RemovalOfTheTrayPanelHasNoEffectIfTheFormIsNotLoaded) {
     form.hide();
     tray.setHost(false);
     EXPECT_FALSE(form.visible());

@@ -26,7 +26,7 @@ TEST(DriveRoots, AreInTheMachinesOrder) {
     EXPECT_THAT(driveRoots(machine), ElementsAre("A:\\", "C:\\"));
 }
 
-TEST(DriveRoots, RequestTheListAgainWithTheNeededSpace) {
+TEST(DriveRoots, AreRequestedAgainWithABufferOfTheNeededSize) {
     test::FakeSystemInformation machine;
     for (const char* root : {"D:\\", "E:\\", "F:\\"}) {
         machine.drives[root] = {}; // with C:, more than the first call's ten characters
@@ -34,7 +34,7 @@ TEST(DriveRoots, RequestTheListAgainWithTheNeededSpace) {
     EXPECT_THAT(driveRoots(machine), ElementsAre("C:\\", "D:\\", "E:\\", "F:\\"));
 }
 
-TEST(DriveRoots, RequestTheListAgainAsOftenAsItGrows) {
+TEST(DriveRoots, AreRequestedAgainAsLongAsTheListGrows) {
     // A drive is added before each call, until there are six.
     test::FakeSystemInformation machine;
     std::vector<std::string> now = {"C:\\", "D:\\"};

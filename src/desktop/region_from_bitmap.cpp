@@ -16,8 +16,9 @@ struct PixelRun {
     bool operator==(const PixelRun&) const = default;
 };
 
-/// The runs of the colour in row `y`, from left to right. Also reads the column `width`, which is
-/// outside the picture and has no colour, so every run ends at the picture's edge at the latest.
+/// The runs of the colour `transparent` in row `y`, from left to right. Also reads the column
+/// `width`, which is outside the picture and has no colour, so every run ends at the picture's edge
+/// at the latest.
 std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour transparent, int y) {
     std::vector<PixelRun> runs;
     // The column after a run is skipped: it is known to have another colour.
@@ -36,11 +37,11 @@ std::vector<PixelRun> transparentRuns(const PixelPicture& bitmap, PixelColour tr
     return runs;
 }
 
-/// The columns of a row of `width` without those in `cut`.
-std::vector<PixelRun> columnsLeft(const std::vector<PixelRun>& cut, int width) {
+/// The columns of a row of `width` pixels without those in `removed`.
+std::vector<PixelRun> columnsLeft(const std::vector<PixelRun>& removed, int width) {
     std::vector<PixelRun> left;
     int start = 0;
-    for (const PixelRun& run : cut) {
+    for (const PixelRun& run : removed) {
         if (run.start > start) {
             left.push_back({start, run.start});
         }
@@ -61,8 +62,8 @@ std::optional<WindowRegion> RegionFromBitmap(const PixelPicture* bitmap, PixelCo
     WindowRegion region;
     std::vector<PixelRun> columnsAbove;
     std::size_t firstOfBand = 0;
-    // As with the columns, the last row, `height`, is outside the picture and has no colour. It
-    // adds no rectangle.
+    // As with the columns, the loop also reads one row more: the row `height` is outside the
+    // picture, has no colour and adds no rectangle.
     for (int y = 0; y <= bitmap->height(); ++y) {
         const int width = y < bitmap->height() ? bitmap->width() : 0;
         const std::vector<PixelRun> columns =

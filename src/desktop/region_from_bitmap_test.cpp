@@ -45,63 +45,63 @@ class WatchedPicture final : public PixelPicture {
     }
 };
 
-std::vector<PixelRectangle> leftOf(const std::vector<std::string>& rows,
-                                   PixelColour transparent = whitePixel) {
+std::vector<PixelRectangle> rectanglesOf(const std::vector<std::string>& rows,
+                                         PixelColour transparent = whitePixel) {
     const WatchedPicture picture(rows);
     const auto region = RegionFromBitmap(&picture, transparent);
     EXPECT_TRUE(region.has_value());
     return region ? region->rectangles : std::vector<PixelRectangle>();
 }
 
-TEST(RegionFromBitmap, IsEmptyWithoutAPicture) {
+TEST(RegionFromBitmap, IsNulloptWithoutAPicture) {
     EXPECT_EQ(RegionFromBitmap(nullptr, whitePixel), std::nullopt);
 }
 
 TEST(RegionFromBitmap, IsTheWholeRectangleForAPictureWithoutTheColour) {
-    EXPECT_THAT(leftOf({"xxx", "xxx"}), ElementsAre(PixelRectangle{0, 0, 3, 2}));
+    EXPECT_THAT(rectanglesOf({"xxx", "xxx"}), ElementsAre(PixelRectangle{0, 0, 3, 2}));
 }
 
-TEST(RegionFromBitmap, IsEmptyForAPictureInTheColourOnly) {
+TEST(RegionFromBitmap, HasNoRectanglesForAPictureInTheColourOnly) {
     const WatchedPicture picture({"   ", "   "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     ASSERT_TRUE(region.has_value());
     EXPECT_THAT(region->rectangles, IsEmpty());
 }
 
-TEST(RegionFromBitmap, IsEmptyForAPictureWithoutPixels) {
-    EXPECT_THAT(leftOf({}), IsEmpty());
-    EXPECT_THAT(leftOf({"", ""}), IsEmpty());
+TEST(RegionFromBitmap, HasNoRectanglesForAPictureWithoutPixels) {
+    EXPECT_THAT(rectanglesOf({}), IsEmpty());
+    EXPECT_THAT(rectanglesOf({"", ""}), IsEmpty());
 }
 
 TEST(RegionFromBitmap, RemovesRunsAtBothEdgesAndInTheMiddle) {
-    EXPECT_THAT(leftOf({" x  x "}),
+    EXPECT_THAT(rectanglesOf({" x  x "}),
                 ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{4, 0, 5, 1}));
-    EXPECT_THAT(leftOf({"x  x"}),
+    EXPECT_THAT(rectanglesOf({"x  x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{3, 0, 4, 1}));
 }
 
 TEST(RegionFromBitmap, RemovesEverySecondColumn) {
-    EXPECT_THAT(leftOf({"x x x"}),
+    EXPECT_THAT(rectanglesOf({"x x x"}),
                 ElementsAre(PixelRectangle{0, 0, 1, 1}, PixelRectangle{2, 0, 3, 1},
                             PixelRectangle{4, 0, 5, 1}));
-    EXPECT_THAT(leftOf({" x x "}),
+    EXPECT_THAT(rectanglesOf({" x x "}),
                 ElementsAre(PixelRectangle{1, 0, 2, 1}, PixelRectangle{3, 0, 4, 1}));
 }
 
-TEST(RegionFromBitmap, EqualRowsShareTheirRectangles) {
-    EXPECT_THAT(leftOf({"xx", "x ", "x ", "  ", "x "}),
+TEST(RegionFromBitmap, EqualAdjacentRowsShareTheirRectangles) {
+    EXPECT_THAT(rectanglesOf({"xx", "x ", "x ", "  ", "x "}),
                 ElementsAre(PixelRectangle{0, 0, 2, 1}, PixelRectangle{0, 1, 1, 3},
                             PixelRectangle{0, 4, 1, 5}));
 }
 
 TEST(RegionFromBitmap, RemovesTheGivenColour) {
-    EXPECT_THAT(leftOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
-    EXPECT_THAT(leftOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
+    EXPECT_THAT(rectanglesOf({"x x"}, black), ElementsAre(PixelRectangle{1, 0, 2, 1}));
+    EXPECT_THAT(rectanglesOf({"x x"}, 0xFEFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
     // No pixel has the colour 0xFFFFFFFF, which elsewhere means "no pixel".
-    EXPECT_THAT(leftOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
+    EXPECT_THAT(rectanglesOf({"x x"}, 0xFFFFFFFF), ElementsAre(PixelRectangle{0, 0, 3, 1}));
 }
 
-// --- exactly which pixels are read, as designed ------------------------------
+// --- which pixels are read ----------------------------------------------------
 
 TEST(RegionFromBitmap, ReadsOneColumnAndOneRowPastThePicture) {
     const WatchedPicture picture({"x"});
@@ -116,7 +116,7 @@ TEST(RegionFromBitmap, AlsoReadsPastAPictureWithoutPixels) {
     EXPECT_THAT(picture.asked, ElementsAre(std::pair(0, 0)));
 }
 
-TEST(RegionFromBitmap, ThePixelAfterARunIsNotTestedAsTheStartOfAnother) {
+TEST(RegionFromBitmap, SkipsThePixelAfterARunBecauseItHasAnotherColour) {
     const WatchedPicture picture({" x "});
     const auto region = RegionFromBitmap(&picture, whitePixel);
     EXPECT_THAT(region->rectangles, ElementsAre(PixelRectangle{1, 0, 2, 1}));
@@ -145,7 +145,7 @@ TEST(RegionFromBitmap, CoversEveryPixelOfAnotherColourExactlyOnce) {
         }
         std::vector<std::vector<int>> covered(static_cast<std::size_t>(height),
                                               std::vector<int>(static_cast<std::size_t>(width)));
-        for (const PixelRectangle& rectangle : leftOf(rows)) {
+        for (const PixelRectangle& rectangle : rectanglesOf(rows)) {
             ASSERT_TRUE(rectangle.left >= 0 && rectangle.left < rectangle.right &&
                         rectangle.right <= width);
             ASSERT_TRUE(rectangle.top >= 0 && rectangle.top < rectangle.bottom &&

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sets the region of the main window from its picture. The computation is in region_from_bitmap.h;
-// the view masks the window.
+// the view applies the region to the window.
 #pragma once
 
 #include "forms/form1.h"

@@ -21,18 +21,18 @@ struct ShapeFromPictureTest : testing::Test, test::FakeMachine {
     const WindowRegion rightHalf{{{1, 0, 2, 1}}};
 };
 
-/// Counts the searches: each of them reads the first pixel first.
+/// Counts the computations of a region: each of them reads the pixel (0, 0) once.
 class CountedPicture final : public PixelPicture {
   public:
     CountedPicture() : PixelPicture(1, 1, {0}) {}
-    mutable int searches = 0;
+    mutable int computations = 0;
     [[nodiscard]] std::optional<PixelColour> pixel(int x, int y) const override {
-        searches += x == 0 && y == 0 ? 1 : 0;
+        computations += x == 0 && y == 0 ? 1 : 0;
         return PixelPicture::pixel(x, y);
     }
 };
 
-TEST_F(ShapeFromPictureTest, BuildsNoRegionAtTheStart) {
+TEST_F(ShapeFromPictureTest, TheWindowHasNoRegionAtTheStart) {
     EXPECT_FALSE(process.WindowRegion.has_value());
     EXPECT_FALSE(form.windowRegion().has_value());
 }
@@ -48,11 +48,11 @@ TEST_F(ShapeFromPictureTest, MasksTheWindowWithAllPixelsOfThePictureButWhiteOnes
     EXPECT_EQ(masked, 1);
 }
 
-TEST_F(ShapeFromPictureTest, BuildsTheRegionTwice) {
+TEST_F(ShapeFromPictureTest, ComputesTheRegionTwice) {
     const auto picture = std::make_shared<CountedPicture>();
     form.setPicture(picture);
     ShapeFromPicture(form, process);
-    EXPECT_EQ(picture->searches, 2);
+    EXPECT_EQ(picture->computations, 2);
 }
 
 TEST_F(ShapeFromPictureTest, AnotherPictureReplacesTheRegion) {
@@ -65,7 +65,7 @@ TEST_F(ShapeFromPictureTest, AnotherPictureReplacesTheRegion) {
     EXPECT_EQ(form.windowRegion(), rightHalf);
 }
 
-TEST_F(ShapeFromPictureTest, WithoutAPictureTheWindowHasNoMask) {
+TEST_F(ShapeFromPictureTest, RemovesTheRegionIfThereIsNoPicture) {
     process.WindowRegion = rightHalf;
     form.setWindowRegion(rightHalf);
     ShapeFromPicture(form, process);

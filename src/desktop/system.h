@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small facade over the system information of the machine: texts and numbers in the product's
-// format. It has no state. Only DriveInfo() and DriveType() have callers.
+// Returns system information of the machine as texts and numbers in the program's format. The class
+// has no state. Only DriveInfo() and DriveType() have callers.
 #pragma once
 
 #include <cstdint>
@@ -53,8 +53,8 @@ class System {
     [[nodiscard]] std::string DriveType(const std::string& root) const;
     /// The number with points between groups of three digits, counted from the right.
     [[nodiscard]] static std::string PutPoints(std::int32_t number);
-    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads them and returns to the
-    /// program's folder. 0 if any step fails.
+    /// Free bytes of a drive ("c:" or longer): changes to that drive, reads them and changes back
+    /// to the previous folder. 0 if the drive cannot be entered or queried.
     [[nodiscard]] std::int64_t FastDiskSpace(const std::string& drive) const;
     void FreeMemory(Memory& memory) const;
     [[nodiscard]] std::uint8_t FunctionKeys() const;

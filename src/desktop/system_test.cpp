@@ -103,7 +103,7 @@ TEST_F(SystemTest, VolumeLabelIsEmptyIfTheCallFails) {
     EXPECT_EQ(system.VolumeLabel("X:\\"), "");
 }
 
-TEST_F(SystemTest, FastDiskSpaceEntersTheDriveAndReturns) {
+TEST_F(SystemTest, FastDiskSpaceEntersTheDriveAndThenThePreviousFolder) {
     disk.addFolder("d:\\");
     disk.addFolder("c:\\music");
     disk.changeFolder("c:\\music").passOver();
@@ -115,11 +115,11 @@ TEST_F(SystemTest, FastDiskSpaceEntersTheDriveAndReturns) {
                                                "changeFolder c:\\music"));
 }
 
-TEST_F(SystemTest, FastDiskSpaceIgnoresFailures) {
+TEST_F(SystemTest, FastDiskSpaceIsZeroIfTheDriveCannotBeEnteredOrQueried) {
     disk.addFolder("d:\\");
     EXPECT_EQ(system.FastDiskSpace("x:"), 0); // no such drive
     EXPECT_EQ(disk.log.size(), 1U);
-    machine.drives["d:\\"].space = std::nullopt; // one that fails
+    machine.drives["d:\\"].space = std::nullopt; // a drive whose query fails
     EXPECT_EQ(system.FastDiskSpace("d:"), 0);
     EXPECT_EQ(disk.log.back().substr(0, 13), "changeFolder ");
 }
@@ -172,7 +172,7 @@ TEST_F(SystemTest, KeyboardTypeHasSevenNames) {
     EXPECT_EQ(system.KeyboardType(), "");
 }
 
-TEST_F(SystemTest, SystemInfoKeepsTheTextIfTheProcessorHasNoName) {
+TEST_F(SystemTest, SystemInfoKeepsTheTypesTextForAProcessorWithoutAName) {
     System::Processors processors;
     machine.processorNow = {386, 1, 1};
     system.SystemInfo(processors);
@@ -252,7 +252,7 @@ TEST_F(SystemTest, TextsAreEmptyOnFailure) {
               "");
 }
 
-TEST_F(SystemTest, TextsLongerThanFiftyCharactersAreEmpty) {
+TEST_F(SystemTest, TextsLongerThan49CharactersAreEmpty) {
     machine.temp = inBuffer(std::string(49, 'x'));
     machine.user = inBuffer(std::string(49, 'x'));
     EXPECT_EQ(system.TempDir(), std::string(49, 'x') + "\\");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The calls that add, change and delete the program's icon in the notification area; all of them
-// fill one record. control_panel.h makes these calls and handles the icon's menu.
+// Adds, changes and deletes the program's icon in the notification area. control_panel.h makes
+// these calls and handles the icon's menu.
 #pragma once
 
 #include <cstdint>

@@ -41,7 +41,7 @@ TEST_F(TrayIconTest, IgnoresFailuresOfTheTray) {
     EXPECT_THAT(tray.log, ElementsAre("modify x failed", "remove failed", "add x", "add y failed"));
 }
 
-TEST_F(TrayIconTest, CutsTheTipAfter63Characters) {
+TEST_F(TrayIconTest, ShortensTheTipTo63Characters) {
     icons.AddTrayIcon(7, form, std::string(64, 'a'));
     EXPECT_EQ(tray.icons.at(7), std::string(63, 'a'));
     EXPECT_EQ(shownTip(std::string(63, 'b')), std::string(63, 'b'));
@@ -49,15 +49,15 @@ TEST_F(TrayIconTest, CutsTheTipAfter63Characters) {
     EXPECT_EQ(shownTip(""), "");
 }
 
-TEST_F(TrayIconTest, NeverCutsWithinACharacter) {
+TEST_F(TrayIconTest, CountsTheCharactersOfTheTipAndNotItsBytes) {
     icons.AddTrayIcon(7, form, "x");
     std::string title;
-    std::string cut;
+    std::string shortened;
     for (int i = 0; i < 70; ++i) {
-        title += "\xe2\x99\xaa"; // a note, three bytes
-        cut += i < 63 ? "\xe2\x99\xaa" : "";
+        title += "\xe2\x99\xaa"; // a musical note, three bytes in UTF-8
+        shortened += i < 63 ? "\xe2\x99\xaa" : "";
     }
-    EXPECT_EQ(shownTip(title), cut);
+    EXPECT_EQ(shownTip(title), shortened);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The texts of device commands that several extraction jobs send, and the capture formats. The jobs
-// decide when to send them.
+// Defines the capture formats, and builds and sends the device commands that several extraction
+// jobs use. The jobs decide when to send them.
 #pragma once
 
 #include <cstdint>
@@ -18,17 +18,18 @@ struct CaptureFormat {
     int bitsPerSample = 0;
     int channels = 0;
 
-    /// Bytes of one sample of all channels.
+    /// Bytes of one frame, which is one sample for each channel.
     [[nodiscard]] int alignment() const { return channels * bitsPerSample / 8; }
     [[nodiscard]] int bytesPerSecond() const { return samplesPerSecond * alignment(); }
     bool operator==(const CaptureFormat&) const = default;
 };
 
-/// The format for 0 is mono, for 1 stereo, both with 16 bits at 44100 Hz. Other values have no
-/// format.
+/// The format of the setting `audioFormat`: 0 is mono, 1 is stereo, each with 16 bits at 44100 Hz.
+/// For any other value, all fields of the result are 0.
 [[nodiscard]] CaptureFormat captureFormat(std::int16_t audioFormat);
 
-/// The format of an entry of the preferences' format list; the whole text is compared.
+/// The format of an entry of the preferences' format list; the whole text is compared. For any
+/// other text, all fields of the result are 0.
 [[nodiscard]] CaptureFormat captureFormatNamed(std::string_view entry);
 
 /// The command that sets `format` on the open recorder.

@@ -19,7 +19,7 @@ TEST(CaptureFormat, IsMonoForZeroAndStereoForOne) {
               "bytespersec 176400");
 }
 
-TEST(CaptureFormat, IsInvalidForAnyOtherNumber) {
+TEST(CaptureFormat, IsAllZeroForAnyOtherNumber) {
     for (const std::int16_t other : {-1, 2, 32767, -32768}) {
         EXPECT_EQ(setFormatCommand(captureFormat(other)),
                   "set capture samplespersec 0 channels 0 bitspersample 0 alignment 0 "
@@ -52,7 +52,7 @@ TEST(Ask, ReturnsNothingForAFailedCommand) {
     EXPECT_EQ(ask(media, "status cd position", reply), "");
 }
 
-TEST(Ask, CutsAReplyToItsBuffer) {
+TEST(Ask, ShortensAReplyThatDoesNotFitIntoItsBuffer) {
     test::ScriptedMediaControl media;
     media.answer("info cd identity", {.reply = std::string(100, '7')});
     ReplyBuffer reply(64);

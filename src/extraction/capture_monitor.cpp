@@ -180,7 +180,7 @@ void CaptureMonitor::Command8_Click() {
 
 void CaptureMonitor::Command2_Click() {
     process_.stopRequested = true;
-    // Deliberate: nothing resets it.
+    // Deliberate: nothing resets cancelRequested.
     process_.cancelRequested = true;
     windows_.Form6.unload();
     form_.Command8.click();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Monitors a running capture, ends each track at its position on the disc and requests the start of
-// the next one, which TrackCapture performs. Contains every way to end a capture early.
+// Monitors a running capture. When the disc reaches the end of the track, it ends the track and
+// requests the start of the next track from TrackCapture. Contains every way to end a capture
+// early.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +19,9 @@ namespace sonarith {
 class CaptureMonitor {
   public:
     /// Sets the handlers of tmrRecord, Command8 and Command2. `startTrack` starts the capture of a
-    /// track; it is a function and not a reference to TrackCapture, because TrackCapture calls this
-    /// object when it fails. All other parameters must outlive this object.
+    /// track; it is a function and not a reference to TrackCapture, because TrackCapture itself
+    /// refers to this object, which it calls when a device fails. All other parameters must outlive
+    /// this object.
     CaptureMonitor(const Platform& platform, ProcessState& process, Windows& windows,
                    CaptureState& capture, FileAdder& files,
                    std::function<void(std::int32_t)> startTrack);
@@ -32,13 +34,16 @@ class CaptureMonitor {
     /// none.
     void ShowCaptureLength();
 
-    /// After a device failure: ends the queue and leaves the commands disabled.
+    /// TrackCapture calls this after a device failure. Ends the queue and leaves the commands
+    /// disabled.
     void cmdCancel_Click();
-    /// Stops everything. The captured audio is saved and added to the tree.
+    /// Requests a stop of every job and ends a running capture. The captured audio is saved and
+    /// added to the tree.
     void Command8_Click();
-    /// Cancel. Every later queue ends after its first track until the program is restarted.
+    /// The button "Cancel". Stops every job. Every later queue ends after its first track until the
+    /// program is restarted.
     void Command2_Click();
-    /// Stops because the disk has too little free space.
+    /// The disk guard calls this when the disk has too little free space. Stops every job.
     void Command1_Click();
 
   private:

@@ -27,7 +27,7 @@ const std::vector<std::string> tickCommands = {"set capture time format bytes",
 
 // --- a run that ends by itself -------------------------------------------------------------
 
-TEST(CaptureMonitor, SendsFourShortCommandsForEachTickOfAnHour) {
+TEST(CaptureMonitor, SendsTheSameFourCommandsAtEachTickOfAnHour) {
     constexpr std::int32_t hourMs = 3'600'000;
     ExtractionBench bench({hourMs, 1000});
     bench.insertDisc();
@@ -94,7 +94,7 @@ TEST(CaptureMonitor, EndsAQueueOfOneAfterItsTrack) {
     EXPECT_TRUE(bench.commandsOpen());
 }
 
-TEST(CaptureMonitor, NamesTheFileJustSavedBetweenTwoTracks) {
+TEST(CaptureMonitor, ShowsTheSavedFileUntilTheNextTrackStarts) {
     QueueBench bench(2);
     std::string label2;
     std::string label3;
@@ -126,7 +126,7 @@ TEST(CaptureMonitor, WritesTheCaptionBeforeItShowsTheCancelButton) {
         }
     });
     bench.form.cmdStart.click();
-    // The start of the next track writes the same text, so nothing is notified.
+    // The start of the next track sets the same caption again, which emits no `changed`.
     EXPECT_THAT(visible, ElementsAre(false));
 }
 
@@ -138,7 +138,7 @@ TEST(CaptureMonitor, ShowsTheCancelButtonAgainForEachNextTrack) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(CaptureMonitor, MonitorsTheDiskOnlyDuringTheFirstTrack) {
+TEST(CaptureMonitor, MonitorsTheFreeDiskSpaceOnlyDuringTheFirstTrack) {
     QueueBench bench(2);
     bench.form.tmrWarning.setEnabled(true);
     bench.loop.after(500ms, [&] { EXPECT_TRUE(bench.form.tmrWarning.enabled()); });
@@ -157,7 +157,7 @@ TEST(CaptureMonitor, EndsATrackOnTheFirstTickAtOrAfterItsEnd) {
     EXPECT_EQ(bench.timesSent("status cd position"), 10);
 }
 
-TEST(CaptureMonitor, StopsTheQueueAtALineThatIsNotATrack) {
+TEST(CaptureMonitor, StopsTheQueueAtATrackThatIsNotOnTheDisc) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.setList(1, "Track 99 - 00:00:01").ok());
     bench.form.cmdStart.click();
@@ -226,7 +226,7 @@ TEST(CaptureMonitor, ShowsZeroForATrackWithoutLength) {
     EXPECT_EQ(bench.form.ProgressBar1.value(), 0);
 }
 
-TEST(CaptureMonitor, NeverEndsATrackWhosePositionFails) {
+TEST(CaptureMonitor, EndsATrackOnlyByAStopIfThePositionQueryFails) {
     QueueBench bench(2);
     bench.media.answer("status cd position", {.status = 300});
     bench.loop.after(5min, [&] {

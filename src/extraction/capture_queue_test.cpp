@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How cmdStart_Click uses the selected node. track_capture_test.cpp tests the start of one track.
+// Tests how cmdStart_Click uses the selected node. track_capture_test.cpp tests the start of one
+// track.
 #include "extraction/track_capture.h"
 
 #include <initializer_list>
@@ -107,8 +108,8 @@ TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
         putOnTop(bench.form.lstRecord, bench.form.lstTracks.list(2), bench.form.List7);
     });
     bench.form.cmdStart.click();
-    // Choosing a track fills the list again, so it has no current line: the queue starts again with
-    // its first line and includes the tracks that were already captured.
+    // Choosing a track fills the list again, so the list has no current line: the queue starts
+    // again with its first line and includes the tracks that were already captured.
     EXPECT_THAT(bench.disc.saved, ElementsAre(test::SavedCapture{savedAs(1), 176400},
                                               test::SavedCapture{savedAs(2), 176400},
                                               test::SavedCapture{savedAs(3), 176400},
@@ -116,7 +117,7 @@ TEST(CmdStart, RepeatsTheWholeQueueIfATrackIsChosenDuringIt) {
                                               test::SavedCapture{savedAs(2), 176400}));
 }
 
-TEST(CmdStart, KeepsTheCurrentTrackIfTheNodesTrackNumberOverflows) {
+TEST(CmdStart, CapturesTheCurrentTrackIfTheNodesTrackNumberOverflows) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -140,7 +141,7 @@ TEST(CmdStart, MovesAllAvailableTracksIntoTheQueue) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(CmdStart, EndsSilentlyIfNoAvailableTrackIsLeft) {
+TEST(CmdStart, EndsWithoutAMessageIfNoAvailableTrackIsLeft) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Available Tracks");
@@ -190,7 +191,7 @@ TEST(CmdStart, SendsTheSameCommandsForEachTrackOfAQueue) {
                           test::endCommands(savedAs(1))}));
 }
 
-TEST(CmdStart, OnceTheUserCancelledEachLaterQueueEndsWithItsFirstTrack) {
+TEST(CmdStart, EndsEachQueueAfterItsFirstTrackOnceTheUserHasCancelled) {
     test::QueueBench bench(5);
     bench.form.Command2.click();
     bench.media.log.clear();
@@ -202,7 +203,7 @@ TEST(CmdStart, OnceTheUserCancelledEachLaterQueueEndsWithItsFirstTrack) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, OnlyShowsAMessageForAnEmptySelection) {
+TEST(CmdStart, OnlyShowsAMessageIfNoTracksAreChosen) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 7;
@@ -217,7 +218,7 @@ TEST(CmdStart, OnlyShowsAMessageForAnEmptySelection) {
     EXPECT_EQ(bench.state.currentTrack, 7);
 }
 
-TEST(CmdStart, KeepsTheCurrentTrackForAnyOtherNode) {
+TEST(CmdStart, CapturesTheCurrentTrackForAnyOtherNode) {
     for (const char* text : {"WAV Files", "CD Tracks", "track  1 - 00:00:01"}) {
         ExtractionBench bench({1000, 1000});
         bench.insertDisc();
@@ -228,7 +229,7 @@ TEST(CmdStart, KeepsTheCurrentTrackForAnyOtherNode) {
     }
 }
 
-TEST(CmdStart, KeepsTheCurrentTrackWithNothingSelected) {
+TEST(CmdStart, CapturesTheCurrentTrackIfNothingIsSelected) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.state.currentTrack = 2;
@@ -236,7 +237,7 @@ TEST(CmdStart, KeepsTheCurrentTrackWithNothingSelected) {
     EXPECT_EQ(bench.disc.saved.size(), 1U);
 }
 
-TEST(CmdStart, ResetsTheEndOfTheCurrentTrackForAGroupOnly) {
+TEST(CmdStart, ResetsTheEndOfTheCurrentTrackForAGroupNodeOnly) {
     struct Case {
         const char* node;
         std::int32_t endMs;
@@ -255,7 +256,7 @@ TEST(CmdStart, ResetsTheEndOfTheCurrentTrackForAGroupOnly) {
     }
 }
 
-TEST(CmdStart, ResetsAnEarlierStop) {
+TEST(CmdStart, ResetsAnEarlierStopRequest) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.form.Command8.click();
@@ -266,7 +267,7 @@ TEST(CmdStart, ResetsAnEarlierStop) {
     EXPECT_EQ(bench.form.Check9.value(), 0);
 }
 
-TEST(CmdStart, WritesItsTextsFirstWithALeadingBlankAndThenWithout) {
+TEST(CmdStart, SetsItsTextsFirstWithALeadingBlankAndThenWithoutIt) {
     ExtractionBench bench({1000, 1000});
     bench.insertDisc();
     bench.select("Track  2 - 00:00:01");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// State shared by the extraction jobs about the disc and the current track: track lengths and the
-// start and end of the current track, all in milliseconds. There is no table of start positions.
+// Holds what the extraction jobs share about the disc and the current track: track lengths and the
+// start and end of the current track, all in milliseconds. Start positions of other tracks are not
+// stored; startOfTrackMs() computes them.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +12,7 @@
 
 namespace sonarith {
 
-/// One length in milliseconds for each track; the first track is 1.
+/// One length in milliseconds for each track; the first track has the number 1.
 class TrackLengths {
   public:
     [[nodiscard]] std::int32_t count() const { return static_cast<std::int32_t>(lengths_.size()); }
@@ -50,9 +51,9 @@ struct CaptureState {
     std::int32_t trackEndMs = 0;
 };
 
-/// Start of `track`: the plain sum of the lengths before it, without margin or pre-gap. The sum
-/// ends at `track` or after track number `trackCount`, whichever comes first. A length that is
-/// missing or would overflow 32 bits is not added.
+/// Start of `track`: the sum of the lengths of the tracks before it, without any margin or pre-gap.
+/// The sum ends at `track` or after track number `trackCount`, whichever comes first. A length that
+/// is missing or would overflow 32 bits is not added.
 [[nodiscard]] std::int32_t startOfTrackMs(const TrackLengths& lengths, std::int32_t track,
                                           double trackCount);
 

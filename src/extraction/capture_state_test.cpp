@@ -16,13 +16,13 @@ TrackLengths lengthsOf(std::initializer_list<std::int32_t> milliseconds) {
     return lengths;
 }
 
-TEST(TrackLengths, AreCountedFromOne) {
+TEST(TrackLengths, AreNumberedFromOne) {
     const TrackLengths lengths = lengthsOf({100, 200});
     EXPECT_EQ(lengths(1).value(), 100);
     EXPECT_EQ(lengths(2).value(), 200);
 }
 
-TEST(TrackLengths, FailOutsideTheTracks) {
+TEST(TrackLengths, FailForATrackNumberOutsideOneToTheCount) {
     TrackLengths lengths = lengthsOf({100});
     for (const std::int32_t outside : {INT32_MIN, -1, 0, 2, INT32_MAX}) {
         ASSERT_FALSE(lengths(outside).ok()) << outside;
@@ -47,7 +47,7 @@ struct StartCase {
     std::int32_t startMs;
 };
 
-TEST(StartOfTrack, IsThePlainSumOfTheLengthsBeforeIt) {
+TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheTracksBefore) {
     const TrackLengths lengths = lengthsOf({100, 200, 300});
     const StartCase cases[] = {
         {1, 3, 0},

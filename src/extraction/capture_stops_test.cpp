@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Each way to end a capture early. stop_sweep_test.cpp stops captures at every moment.
+// Tests each way to end a capture early. stop_sweep_test.cpp tests the stops at every moment of a
+// capture.
 #include "extraction/capture_monitor.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ using test::SavedCapture;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StopEverything, SavesWhatWasCapturedAndAddsItToTheTree) {
+TEST(StopEverything, SavesTheCapturedPartAndAddsItToTheTree) {
     QueueBench bench(3);
     bench.form.tmrWarning.setEnabled(true);
     bench.loop.after(1550ms, [&] {
@@ -65,7 +66,7 @@ TEST(StopEverything, OnlySetsItsFlagsIfNoCaptureIsRunning) {
     EXPECT_EQ(bench.disc.saved.size(), 2U);
 }
 
-TEST(StopEverything, KeepsTheFinalFiguresVisibleForFiveSeconds) {
+TEST(StopEverything, KeepsTheLastPercentageVisibleForFiveSeconds) {
     QueueBench bench(1 + 1);
     bench.loop.after(550ms, [&] { bench.form.Command8.click(); });
     bench.form.cmdStart.click();
@@ -77,7 +78,7 @@ TEST(StopEverything, KeepsTheFinalFiguresVisibleForFiveSeconds) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAlsoAddsTheMp3OfThatName) {
+TEST(StopEverything, DuringATickSendsTheEndCommandsTwiceAndAlsoAddsAnMp3OfTheSameName) {
     QueueBench bench(3);
     bench.files.addFile("c:\\wavfiles\\12053477-1.mp3", std::string(200, 'm'));
     // Yields 1 and 2 belong to the start, 3 to the wait, 4 to the tick.
@@ -113,8 +114,8 @@ TEST(StopEverything, StopsTheQueueBetweenTwoTracks) {
         EXPECT_THAT(std::vector(bench.media.log.end() - 10, bench.media.log.end()),
                     joined(endCommands(savedAs(1)), endCommands(savedAs(1))));
         EXPECT_EQ(bench.disc.saved.size(), 1U);
-        // The monitor's timer was not running, so the queue keeps its current line, which is
-        // selected.
+        // The monitor's timer was not running, so Command8 did not move to the last line. The queue
+        // keeps its current line, and that line is selected.
         EXPECT_EQ(bench.form.lstRecord.listIndex(), 0);
         EXPECT_TRUE(bench.form.lstRecord.selected(0));
         EXPECT_TRUE(bench.treeHolds(savedAs(1)));
@@ -182,7 +183,7 @@ TEST(StopEverything, ListsAFileThatWasNotSavedButAddsNoNode) {
     EXPECT_THAT(bench.boxes.shown, IsEmpty());
 }
 
-TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesItself) {
+TEST(Cancel, StopsTheCaptureUnloadsTheWorkerAndHidesItsButton) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] {
         bench.windows.Form6.load();
@@ -213,7 +214,7 @@ TEST(Cancel, EndsEveryLaterQueueAfterItsFirstTrack) {
     }
 }
 
-TEST(Cancel, DoesNotAffectALaterQueueOfOne) {
+TEST(Cancel, DoesNotAffectALaterQueueOfOneTrack) {
     QueueBench bench(2);
     ASSERT_TRUE(bench.form.lstRecord.removeItem(1).ok());
     bench.form.Command2.click();
@@ -239,7 +240,7 @@ TEST(LowDiskSpace, StopsWithoutCancellingLaterQueues) {
     EXPECT_EQ(bench.disc.saved.size(), 4U);
 }
 
-TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsAsTheyAre) {
+TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsDisabled) {
     QueueBench bench(3);
     bench.form.Disablem();
     bench.form.tmrRecord.setEnabled(true);
@@ -257,7 +258,7 @@ TEST(DeviceFailure, EndsTheQueueAndLeavesTheCommandsAsTheyAre) {
     EXPECT_FALSE(bench.form.Timer1.enabled());
 }
 
-TEST(StopPlaying, LosesARunningCaptureButItsTimerRunsUntilEverythingIsStopped) {
+TEST(StopPlaying, LosesARunningCaptureWhoseTimerRunsUntilCommand8IsClicked) {
     QueueBench bench(2);
     bench.loop.after(550ms, [&] { bench.form.Command12.click(); });
     bench.loop.after(10min, [&] {

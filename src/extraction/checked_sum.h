@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Addition of signed 32-bit disc positions that fails instead of wrapping.
+// Adds signed 32-bit disc positions; fails instead of wrapping around.
 #pragma once
 
 #include <cstdint>

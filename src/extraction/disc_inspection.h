@@ -17,9 +17,9 @@ class DiscInspection {
         : platform_(platform), form_(form), capture_(capture) {}
 
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
-    /// lstRecord. Without a device the labels and lists stay empty, without a message; with fewer
-    /// than two tracks a message may be shown, and the disc stays open. In both cases the lengths
-    /// are unchanged. Yields once or twice.
+    /// lstRecord. If the disc cannot be opened, the labels and lists stay empty, and no message is
+    /// shown. If it has fewer than two tracks, a message may be shown, and the disc stays open. In
+    /// both cases the lengths are unchanged. Yields once or twice.
     void InspectCD();
 
   private:

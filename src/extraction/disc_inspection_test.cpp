@@ -20,7 +20,7 @@ constexpr const char* emptyDrive =
     "The CD drive is empty. If you wish to use your CD as a source, please insert a music CD into "
     "the CD drive.";
 
-TEST(InspectCD, RequestsEachLengthTwiceInTheOrderOfTheSteps) {
+TEST(InspectCD, SendsItsCommandsInThisOrderAndRequestsEachLengthTwice) {
     ExtractionBench bench({185000, 61000});
     bench.inspection.InspectCD();
     EXPECT_THAT(bench.media.log,
@@ -55,7 +55,7 @@ TEST(InspectCD, SeedsTheRandomNumbersAndDrawsOne) {
     EXPECT_EQ(bench.random.draws, 1);
 }
 
-TEST(InspectCD, StopsSilentlyWithoutADevice) {
+TEST(InspectCD, EndsWithoutAMessageIfTheDiscCannotBeOpened) {
     ExtractionBench bench({185000, 61000});
     bench.inspection.InspectCD();
     bench.media.log.clear();
@@ -75,7 +75,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, LeavesADiscOfFewerThanTwoTracksOpenWithAMessage) {
+TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageForZeroOrOne) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},
@@ -106,7 +106,7 @@ TEST(InspectCD, ShowsItsMessagesAsPlainBoxes) {
     EXPECT_THAT(bench.boxes.shown, ElementsAre(test::ShownBox{notMusic}));
 }
 
-TEST(InspectCD, WorksAfterADiscWasLeftOpen) {
+TEST(InspectCD, ReadsADiscThatAnEarlierInspectionLeftOpen) {
     ExtractionBench bench({185000, 61000});
     bench.media.answer("status cd number of tracks", {.reply = "1"});
     bench.inspection.InspectCD();
@@ -124,7 +124,7 @@ TEST(InspectCD, AcceptsAnIdentityThatIsNotANumber) {
     EXPECT_EQ(bench.form.lblCDID.caption(), "1A2B-C");
 }
 
-TEST(InspectCD, CutsRepliesToSixtyThreeCharacters) {
+TEST(InspectCD, ShortensRepliesTo63Characters) {
     ExtractionBench bench({1000, 1000});
     bench.disc.identity = std::string(80, '4');
     bench.inspection.InspectCD();
@@ -158,7 +158,7 @@ TEST(InspectCD, LimitsAnInvalidTrackCount) {
     EXPECT_EQ(bench.form.lstTracks.list(9998), "Track 99 - ");
 }
 
-TEST(InspectCD, ReadsTheCountAfterItsYield) {
+TEST(InspectCD, ReadsTheTrackCountFromItsLabelAfterTheYield) {
     ExtractionBench bench({1000, 2000, 3000});
     bench.loop.atYield(1, [&] { bench.form.lblNumTracks.setCaption("2"); });
     bench.inspection.InspectCD();
@@ -166,8 +166,8 @@ TEST(InspectCD, ReadsTheCountAfterItsYield) {
 }
 
 TEST(InspectCD, CanRunWithinItsOwnYield) {
-    // The user presses refresh while a refresh yields: the inner one closes the disc, so the outer
-    // one reads no lengths. Nothing fails, and the next refresh reads all lengths.
+    // The user presses refresh while a refresh yields: the inner refresh closes the disc, so the
+    // outer refresh reads no lengths. Nothing fails, and the next refresh reads all lengths.
     ExtractionBench bench({1000, 2000});
     bench.loop.atYield(1, [&] { bench.inspection.InspectCD(); });
     bench.inspection.InspectCD();

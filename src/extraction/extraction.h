@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the extraction jobs, each wired to the main window. It has no behaviour of its own.
+// Creates the extraction jobs and connects each of them to the main window. This struct adds no
+// behaviour.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts a procedure as running during the lifetime of this object. If the program ends
-// during the procedure, the stack is unwound, and the procedure no longer counts. A counter is
-// needed because procedures that yield may be nested.
+// Counts a procedure as running as long as this object exists. If the program ends inside the
+// procedure, the stack is unwound, so the destructor runs in that case, too. A counter is needed
+// because procedures that yield may be nested.
 #pragma once
 
 namespace sonarith {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every stop in every state: at each yield of a run, and inside each message box.
+// Tests every stop at each yield of a capture or an inspection, between two ticks, and inside each
+// message box.
 #include <functional>
 #include <string>
 #include <vector>
@@ -33,7 +34,7 @@ std::vector<StopKind> stopKinds() {
          [](ExtractionBench& bench) {
              bench.monitor.Command1_Click();
          }},
-        // Loses the capture; the monitor's ticks continue until everything is stopped.
+        // Loses the capture; the monitor's ticks continue until Command8 is clicked.
         {"Command12",
          [](ExtractionBench& bench) {
              bench.form.Command12.click();
@@ -134,7 +135,7 @@ TEST(EveryStop, AtEveryYieldOfACaptureReturnsToIdleAndTheNextCaptureWorks) {
             }
             bench.expectNextRunWorks();
         }
-        // Starts, ticks and ends of tracks: a run has many more yields than this.
+        // The starts, ticks and ends of the tracks yield: a run has many more yields than this.
         EXPECT_GT(n, 20) << kind.name;
     }
 }
@@ -147,7 +148,8 @@ TEST(EveryStop, BetweenTwoTicksReturnsToIdleAndSavesTheCapturedPart) {
             bench.loop.after(moment, [&] { kind.stop(bench); });
             bench.form.cmdStart.click();
             bench.expectIdleRegained();
-            // The finished tracks and the current one are saved, unless the stop loses the latter.
+            // The finished tracks are saved, and the current track, too, unless the stop loses it
+            // (Command12).
             const auto finished = static_cast<std::size_t>(moment / 200ms);
             EXPECT_EQ(bench.disc.saved.size(), finished + (kind.name == "Command12" ? 0 : 1));
             bench.expectNextRunWorks();
@@ -161,7 +163,7 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
     for (const StopKind& kind : stopKinds()) {
         for (const char* failing : failures) {
             for (const auto before : {0ms, 150ms}) {
-                for (const auto behind : {0ms, 150ms, 1000ms}) {
+                for (const auto afterStop : {0ms, 150ms, 1000ms}) {
                     SCOPED_TRACE(kind.name + " in the box of '" + failing + "'");
                     ShortRun bench;
                     bench.media.answerPrefix(failing, {.status = 300});
@@ -170,7 +172,7 @@ TEST(EveryStop, InsideEveryMessageBoxEndsTheRun) {
                         ++boxes;
                         bench.loop.advance(before);
                         kind.stop(bench);
-                        bench.loop.advance(behind);
+                        bench.loop.advance(afterStop);
                     };
                     bench.form.cmdStart.click();
                     EXPECT_EQ(boxes, 1);
@@ -222,7 +224,8 @@ TEST(EveryStop, AtEveryYieldOfAnInspectionLeavesADiscThatCanBeCaptured) {
             EXPECT_TRUE(bench.idle());
             EXPECT_TRUE(bench.commandsOpen());
             bench.loop.advance(40s);
-            // The first inspection may have lost its device; the second one reads all values.
+            // A stop may have closed the disc during the first inspection; the second inspection
+            // reads all values.
             bench.inspection.InspectCD();
             bench.choose({1, 2, 3});
             bench.select("Selected Tracks");
@@ -265,7 +268,7 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
                               "open cdaudio alias cd", "play cd"};
     for (const StopKind& kind : stopKinds()) {
         for (const char* failing : failures) {
-            for (const auto behind : {0ms, 150ms, 1000ms}) {
+            for (const auto afterStop : {0ms, 150ms, 1000ms}) {
                 SCOPED_TRACE(kind.name + " in the box of '" + failing + "'");
                 ShortRun bench;
                 bench.loop.after(150ms,
@@ -275,7 +278,7 @@ TEST(EveryStop, InsideAMessageBoxOfALaterTrackEndsTheRun) {
                     ++boxes;
                     bench.loop.advance(150ms); // the time of one tick
                     kind.stop(bench);
-                    bench.loop.advance(behind);
+                    bench.loop.advance(afterStop);
                 };
                 bench.form.cmdStart.click();
                 EXPECT_EQ(boxes, 1);
@@ -308,7 +311,7 @@ TEST(EveryStop, OfOneTrackWithoutAQueueReturnsToIdle) {
     }
 }
 
-TEST(ASecondStart, DuringACaptureEndsInTheRecordersMessage) {
+TEST(ASecondStart, DuringACaptureCannotOpenTheRecorderAndEndsTheCapture) {
     ShortRun bench;
     bench.loop.after(150ms, [&] { bench.form.cmdStart.click(); });
     bench.form.cmdStart.click();

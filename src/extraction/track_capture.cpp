@@ -43,7 +43,8 @@ void TrackCapture::cmdStart_Click() {
 TrackCapture::Queue TrackCapture::takeQueue() {
     const std::string text = textOf(form_.TreeView1.selectedItem());
     if (isTrackText(text)) {
-        // The queue is not changed: the monitor then continues with the line after its current one.
+        // The queue is not changed: after this track the monitor continues with the line after the
+        // queue's current line.
         trackNumberIn(text).storeIn(process_.currentTrack);
     } else if (text == availableTracksText) {
         form_.lstRecord.clear();
@@ -133,14 +134,15 @@ void TrackCapture::locateTrack(std::int32_t track) {
 
 void TrackCapture::startDevices(const CaptureFormat& format) {
     bool recorderReady = openRecorder();
-    // A failure sets trackEndMs to 0, so it is tested before each further step.
+    // A step that fails sets trackEndMs to 0, so trackEndMs is tested before each further step.
     if (capture_.trackEndMs != 0) {
         recorderReady = setFormat(format);
     }
     if (capture_.trackEndMs != 0) {
         playAndRecord();
     }
-    // Disabled after a disc failure, too: only a recorder failure leaves the commands enabled.
+    // The commands are disabled after a disc failure, too: only a recorder failure leaves them
+    // enabled.
     if (recorderReady) {
         form_.Disablem();
     }
@@ -170,7 +172,8 @@ void TrackCapture::playAndRecord() {
         return;
     }
     platform_.media.sendString("set cd time format milliseconds");
-    // Recording starts before playing, so each file begins with the short gap between the two.
+    // Recording starts before playing, so each file begins with the short time between the two
+    // commands.
     platform_.media.sendString("record capture overwrite");
     const std::int32_t start = capture_.trackStartMs;
     // The command has no end position, because the monitor ends the track.

@@ -24,8 +24,8 @@ class TrackCapture {
     TrackCapture(const TrackCapture&) = delete;
     TrackCapture& operator=(const TrackCapture&) = delete;
 
-    /// Captures the selected node of the tree: a track or one of the two groups of tracks. Yields,
-    /// and returns when the whole queue has ended.
+    /// Captures the selected node of the tree: a track or one of the two groups of tracks; for any
+    /// other node the current track. Yields, and returns when the whole queue has ended.
     void cmdStart_Click();
     /// Whether a queue is being processed. Stays true between two tracks of the queue, although the
     /// drive is then closed.
@@ -35,8 +35,9 @@ class TrackCapture {
     /// was shown. Yields once.
     void StartTrackRecording2(std::int32_t TrackNum);
 
-    /// A variant: uses ItemData of the current line of lstRecord as the track and the preferences'
-    /// list for the format, and does not start the monitor's timer. Nothing calls it.
+    /// A variant of StartTrackRecording2: uses ItemData of the current line of lstRecord as the
+    /// track and the preferences' list for the format, and does not start the monitor's timer.
+    /// Nothing calls this function.
     void StartTrackRecording1(std::int32_t TrackNum);
 
   private:

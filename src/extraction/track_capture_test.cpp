@@ -22,7 +22,7 @@ using test::ShownBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartTrackRecording, DisablesTheCommandsAndReturnsWithTheCaptureRunning) {
+TEST(StartTrackRecording, DisablesTheCommandsAndReturnsWhileTheCaptureRuns) {
     ExtractionBench bench({60000, 30000, 20000});
     bench.insertDisc();
     bench.state.stopRequested = true;
@@ -65,7 +65,7 @@ std::vector<DeviceFailure> deviceFailures() {
          "Error setting capture recording paramaters",
          {openRecorder, setStereo, "close capture"},
          true},
-        // The next two disable the commands in spite of the failure, and the commands stay
+        // In the next two cases the commands are disabled in spite of the failure and stay
         // disabled.
         {openDisc, "Error opening cd!", {openRecorder, setStereo, openDisc}, false},
         {"play cd from 60000",
@@ -279,12 +279,12 @@ TEST(StartTrackRecording1, UsesTheCurrentLinesItemDataAndTheSelectedFormat) {
     EXPECT_EQ(bench.form.Label2.caption(), "To: " + savedAs(2));
     EXPECT_FALSE(bench.state.stopRequested);
     EXPECT_FALSE(bench.commandsOpen());
-    // It neither yields nor starts a timer, unlike StartTrackRecording2.
+    // Unlike StartTrackRecording2, this function neither yields nor starts a timer.
     EXPECT_EQ(bench.loop.yieldCount(), yields);
     EXPECT_FALSE(bench.form.tmrRecord.enabled());
 }
 
-TEST(StartTrackRecording1, OpensTheRecorderEvenWithoutATrackAndThenSkipsTheRest) {
+TEST(StartTrackRecording1, OpensOnlyTheRecorderForATrackThatDoesNotExist) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.form.tmrRecord.setEnabled(true);

@@ -11,7 +11,7 @@ TEST(TrackLine, RightAlignsTheNumberInTwoCharacters) {
     EXPECT_EQ(trackLine(12, "00:03:05"), "Track 12 - 00:03:05");
 }
 
-TEST(TrackLine, DropsTheCharactersThatDoNotFitTheField) {
+TEST(TrackLine, WritesOnlyTheFirstTwoDigitsOfALongerNumber) {
     EXPECT_EQ(trackLine(123, "x"), "Track 12 - x");
 }
 

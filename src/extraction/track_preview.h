@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The two buttons of the CD bar, which play and stop the current track. Captures nothing.
+// Handles the two buttons of the CD bar: they play and stop the current track. This class captures
+// nothing.
 #pragma once
 
 #include "extraction/capture_state.h"
@@ -19,8 +20,8 @@ class TrackPreview {
 
     /// Plays the disc from the start of currentTrack; the device stays open.
     void Command11_Click();
-    /// Stops and closes recorder and disc. A running capture is lost without being saved, while its
-    /// monitor continues until Cancel or the close button ends it.
+    /// Stops and closes recorder and disc. A running capture is not saved and is lost. Its monitor
+    /// continues until a stop ends it (Cancel, or closing the main window).
     void Command12_Click();
 
   private:

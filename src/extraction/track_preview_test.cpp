@@ -31,7 +31,7 @@ TEST(TrackPreview, SendsThePositionEvenIfItIsZero) {
     EXPECT_EQ(bench.media.log.back(), "play cd from 0");
 }
 
-TEST(TrackPreview, PlaysFromZeroIfTheCountIsNoSixteenBitNumber) {
+TEST(TrackPreview, PlaysFromZeroIfTheTrackCountIsNoSixteenBitNumber) {
     for (const char* count : {"", "2 tracks", "70000"}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -42,7 +42,7 @@ TEST(TrackPreview, PlaysFromZeroIfTheCountIsNoSixteenBitNumber) {
     }
 }
 
-TEST(TrackPreview, IgnoresFailures) {
+TEST(TrackPreview, IgnoresFailedCommands) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.media.answerPrefix("", {.status = 263});

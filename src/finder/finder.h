@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file finder: its search and its window's logic. It has no behaviour of its own.
+// Creates the two parts of the file finder, its search and its window's logic, and connects them.
+// This struct adds no behaviour.
 #pragma once
 
 #include "finder/finder_window.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Searches files for the work tree: fills the finder's boxes and clicks its button as a user would,
-// without showing the window. It does not search itself.
+// Lets the work tree search with the file finder: fills the finder's boxes and clicks its button as
+// a user would, without showing the window. SearchEngine does the search.
 #pragma once
 
 #include <string>
@@ -16,7 +16,8 @@ class FinderScanner final : public FolderScanner {
     explicit FinderScanner(FrmSearch& finder) : finder_(finder) {}
 
     Status setFolder(const std::string& path) override;
-    /// Clicks Command1. If a search is running, the click stops it and starts no other.
+    /// Clicks Command1. If a search is running, the click stops that search and starts no other
+    /// search.
     void search(const std::string& extension) override;
     [[nodiscard]] const ListBox& lstfiles() const override;
 

@@ -21,13 +21,13 @@ class FinderScannerTest : public testing::Test, protected test::FinderWorld {
     }
 };
 
-TEST_F(FinderScannerTest, LoadsTheWindowAtItsFirstUseAndShowsNothing) {
+TEST_F(FinderScannerTest, LoadsTheWindowAtTheFirstUseWithoutShowingIt) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     EXPECT_TRUE(windows.frmsearch.loaded());
     EXPECT_FALSE(windows.frmsearch.visible());
 }
 
-TEST_F(FinderScannerTest, FindsATypeWithoutItsDot) {
+TEST_F(FinderScannerTest, AcceptsAFileTypeWithoutItsDot) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     scanner.search("wav");
     EXPECT_THAT(lines(scanner.lstfiles()),
@@ -37,7 +37,7 @@ TEST_F(FinderScannerTest, FindsATypeWithoutItsDot) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderScannerTest, AMissingFolderFailsAndThePreviousOneIsSearched) {
+TEST_F(FinderScannerTest, AMissingFolderFailsAndThePreviousFolderIsSearched) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     const Status status = scanner.setFolder("c:\\none");
     ASSERT_FALSE(status.ok());
@@ -60,7 +60,7 @@ TEST_F(FinderScannerTest, ANameInTheFindersBoxLimitsTheScan) {
     EXPECT_THAT(lines(scanner.lstfiles()), ElementsAre("c:\\music\\sub\\c.wav"));
 }
 
-TEST_F(FinderScannerTest, AScanStopsARunningSearch) {
+TEST_F(FinderScannerTest, ASecondSearchOnlyStopsTheRunningSearch) {
     EXPECT_TRUE(scanner.setFolder("c:\\Music").ok());
     loop.atYield(1, [this] { scanner.search("mp3"); });
     scanner.search("wav");

@@ -40,9 +40,10 @@ class FinderWindow {
     void mnuDelete_Click();
     void mnuClose_Click();
 
-    /// Removes each folder of List1 that occurs earlier in the list. Nothing calls it.
+    /// Removes each line of List1 that also occurs earlier in the list. Nothing calls this
+    /// function.
     void RemoveDuplicateDirs();
-    /// The same as mnuRemoveFile_Click(). Nothing calls it.
+    /// Does the same as mnuRemoveFile_Click(). Nothing calls this function.
     void RemoveSelectedFile();
 
   private:
