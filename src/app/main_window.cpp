@@ -77,7 +77,7 @@ void MainWindow::wireToolBar() {
 }
 
 void MainWindow::wireMenus() {
-    // mnuDevices is not handled by the logic; the composition sets its handler.
+    // mnuDevices is not handled by the logic; main.cpp sets its handler.
     form_.mnuExit.onClick = [this] {
         form_.Command5.click();
     };

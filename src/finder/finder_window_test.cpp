@@ -70,7 +70,7 @@ TEST_F(FinderWindowTest, TheButtonIsDisabledWhileItsCaptionChangesToStop) {
                 ElementsAre("Continue", "Continue closed", "Stop! closed", "Stop!", "Search !"));
 }
 
-TEST_F(FinderWindowTest, TheTickedBoxHidesTheListsUntilTheEnd) {
+TEST_F(FinderWindowTest, TheTickedBoxHidesTheListsUntilTheEndOfTheSearch) {
     disk.addFolder("c:\\m");
     finder.chkhidelist.setValue(1).passOver();
     bool seen = false;
@@ -104,7 +104,7 @@ TEST_F(FinderWindowTest, ContinueStartsASearchWithoutClearingTheResult) {
     EXPECT_THAT(lines(finder.List1), ElementsAre("kept", "c:\\m\\"));
 }
 
-TEST_F(FinderWindowTest, AStopWithTooManyFilesDoesNotChangeTheCounter) {
+TEST_F(FinderWindowTest, AStopWithTooManyFilesLeavesTheFileCountAtZero) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         finder.lstfiles.addItem("c:\\" + std::to_string(i) + ".wav");
@@ -123,7 +123,7 @@ TEST_F(FinderWindowTest, TheTypeIsAlwaysShownInLowerCase) {
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
 }
 
-TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutItsPrefix) {
+TEST_F(FinderWindowTest, APathOf190CharactersIsShownWithoutTheSearchingPrefix) {
     const std::string folder = "c:\\" + std::string(186, 'm');
     const std::string shown = folder + "\\";
     ASSERT_THAT(shown, SizeIs(190));
@@ -192,7 +192,7 @@ TEST_F(FinderWindowTest, ADriveThatCannotBeEnteredChangesNeitherDriveNorFolder) 
     disk.addFolder("d:\\albums");
     disk.removeFolder("d:\\");
     EXPECT_TRUE(finder.Dir1.setPath("c:\\music").ok());
-    // The previous folder cannot be entered again either; it must still not change.
+    // The previous folder cannot be entered either; Dir1 must keep it nevertheless.
     disk.removeFolder("c:\\music");
     EXPECT_TRUE(finder.Drive1.setDrive("d:").ok());
     EXPECT_EQ(finder.Drive1.drive(), "c:");
@@ -281,7 +281,7 @@ TEST_F(FinderWindowTest, RemoveFileRemovesTheLineAndKeepsTheFile) {
     EXPECT_THAT(lines(finder.lstfiles), IsEmpty());
 }
 
-TEST_F(FinderWindowTest, DeleteAsksForConfirmation) {
+TEST_F(FinderWindowTest, DeleteAsksForConfirmationAndDoesNothingWithoutAYes) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         files.addFile("c:\\a.wav");
         fillResults({"c:\\a.wav"});
@@ -398,7 +398,7 @@ TEST_F(FinderWindowTest, LoadsAtTheCentreOfTheScreen) {
     EXPECT_EQ(windows.frmsearch.top(), (shell.height - 4000_twips) / 2);
 }
 
-TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseEntryUnloadIt) {
+TEST_F(FinderWindowTest, TheCloseButtonAndTheCloseEntryUnloadTheWindow) {
     windows.frmsearch.show();
     finder.cmdend.click();
     EXPECT_FALSE(windows.frmsearch.loaded());

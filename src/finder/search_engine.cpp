@@ -18,7 +18,7 @@ constexpr const char* allEntries = "*.*";
 constexpr std::uint32_t listedAttributes = file_attribute::hidden | file_attribute::system |
                                            file_attribute::directory | file_attribute::archive;
 
-/// Without surrounding blanks and with a trailing backslash.
+/// Returns `path` without surrounding blanks and with a trailing backslash.
 std::string folderPath(const std::string& path) {
     const std::size_t first = path.find_first_not_of(' ');
     std::string folder = first == std::string::npos
@@ -85,7 +85,7 @@ void SearchEngine::finish(double startSeconds) {
     finder_.lstdirs.setVisible(true);
     finder_.lstfiles.setVisible(true);
     countFiles(finder_);
-    // Negative if the search ran past midnight.
+    // The time is negative if the search ran past midnight.
     const auto elapsed = static_cast<float>(loop_.secondsSinceMidnight() - startSeconds);
     finder_.lbltime.setCaption("Time taken: " + secondsText(elapsed) + " second(s)");
     finder_.Command1.setCaption(searchCaption);
@@ -170,7 +170,8 @@ void SearchEngine::takeFile(const std::string& path, const std::string& name, st
     }
 }
 
-/// Whether the entry in the scratch boxes matches the current content of the search boxes.
+/// Whether the entry whose name and extension are in Text2 and zFileExt2 matches the current
+/// content of the search boxes Text1 and zFileExt.
 bool SearchEngine::isWanted() const {
     const std::string& wanted = finder_.zFileExt.text();
     const bool rightType = wanted == finder_.zFileExt2.text();

@@ -18,17 +18,17 @@ class SearchEngine {
     SearchEngine(FrmSearch& finder, Directories& directories, EventLoop& loop)
         : finder_(finder), directories_(directories), loop_(loop) {}
 
-    /// A complete search of Dir1's folder and the folders below it; yields before each directory
-    /// entry except a folder's first. Clearing lstdirs stops it: the current folder is scanned to
-    /// its end, but no other. If the window is unloaded during a yield, the search ends there and
-    /// does not change a window that is loaded later.
+    /// Searches Dir1's folder and the folders below it; yields before each directory entry except a
+    /// folder's first, and at the end of each folder. Clearing lstdirs stops the search: the
+    /// current folder is scanned to its end, but no other folder. If the window is unloaded during
+    /// a yield, the search ends after that yield and does not change a window that is loaded later.
     void SearchFiles();
 
     /// Scans one folder; ends early if its window is unloaded. Removes surrounding blanks from
     /// `path` and adds a trailing backslash. `pattern` is always "*.*".
     void findfilesapi(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
-    /// A similar scan that lists every file. Nothing calls it.
+    /// A similar scan, which lists every file. Nothing calls this function.
     void findfilesdir(DirectoryWalk& walk, std::string& path, const std::string& pattern);
 
   private:

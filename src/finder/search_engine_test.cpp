@@ -71,7 +71,7 @@ TEST_F(SearchEngineTest, ListsAFoldersFilesBeforeThoseOfItsSubfolders) {
     EXPECT_THAT(found(), ElementsAre("c:\\m\\outer.wav", "c:\\m\\x\\inner.wav"));
 }
 
-TEST_F(SearchEngineTest, LogsAllFoldersAndTheStartFolderInTheGivenCase) {
+TEST_F(SearchEngineTest, ListsAllFoldersInLowerCaseExceptTheStartFolder) {
     disk.addFile("c:\\Music\\First\\A.wav");
     disk.addFolder("c:\\Music\\Second");
     search("c:\\Music", ".wav");
@@ -88,7 +88,7 @@ TEST_F(SearchEngineTest, AddsNoSecondBackslashToTheRootOfADrive) {
     EXPECT_THAT(found(), ElementsAre("c:\\a.wav"));
 }
 
-TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndEndsAtItsFirstYield) {
+TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndItsScanEndsAfterOneYield) {
     disk.addFile("c:\\m\\last.wav");
     disk.addFolder("c:\\m\\locked");
     disk.makeUnreadable("c:\\m\\locked");
@@ -101,7 +101,7 @@ TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndEndsAtItsFirstYield) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  1");
 }
 
-TEST_F(SearchEngineTest, AHandleOfZeroEndsAFolderAtOnce) {
+TEST_F(SearchEngineTest, AHandleOfZeroEndsTheScanOfAFolderAtOnce) {
     disk.addFolder("c:\\m");
     disk.answerZeroFor("c:\\m");
     search("c:\\m", ".wav");
@@ -169,7 +169,7 @@ TEST_F(SearchEngineTest, TheScanOfAFolderStoresItsPathTrimmedAndWithABackslash) 
     EXPECT_EQ(path, "\\");
 }
 
-TEST_F(SearchEngineTest, TheUncalledScanListsEveryFileAndCountsFolders) {
+TEST_F(SearchEngineTest, TheScanThatNothingCallsListsEveryFileAndCountsFolders) {
     disk.addFile("c:\\M\\A.txt");
     disk.addFolder("c:\\M\\X", file_attribute::hidden);
     disk.addFile("c:\\M\\my.b.c", file_attribute::system);
@@ -186,7 +186,7 @@ TEST_F(SearchEngineTest, TheUncalledScanListsEveryFileAndCountsFolders) {
     EXPECT_EQ(loop.yieldCount(), 5); // ".", "..", and three entries
 }
 
-TEST_F(SearchEngineTest, TheUncalledScanListsNoOtherKindOfEntry) {
+TEST_F(SearchEngineTest, TheScanThatNothingCallsSkipsDevicesAndMissingFolders) {
     constexpr std::uint32_t device = 64;
     disk.addFile("c:\\m\\printer", device);
     const auto walk = disk.startWalk();
@@ -219,7 +219,7 @@ TEST_F(SearchEngineTest, DisablesTheBoxesButNotTheFolderListWhileItRuns) {
     EXPECT_TRUE(seen);
 }
 
-TEST_F(SearchEngineTest, EnablesEverythingAtTheEnd) {
+TEST_F(SearchEngineTest, EnablesAndShowsAllControlsAtTheEnd) {
     disk.addFile("c:\\m\\x\\a.wav");
     finder.lstdirs.setVisible(false);
     search("c:\\m", ".wav");
@@ -236,7 +236,7 @@ TEST_F(SearchEngineTest, EnablesEverythingAtTheEnd) {
     EXPECT_EQ(finder.FileCount, 0);
 }
 
-TEST_F(SearchEngineTest, CountsZeroInAnEmptyFolder) {
+TEST_F(SearchEngineTest, CountsNothingInAnEmptyFolder) {
     disk.addFolder("c:\\m");
     search("c:\\m", ".wav");
     EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  0");
@@ -251,7 +251,7 @@ TEST_F(SearchEngineTest, TheCountOfFoldersStopsAtItsMaximum) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 32767   Files:  0");
 }
 
-TEST_F(SearchEngineTest, TheCountOfFilesStopsAtItsMaximum) {
+TEST_F(SearchEngineTest, TheFileCountStaysZeroIfItIsAboveItsMaximum) {
     constexpr int tooMany = std::numeric_limits<std::int16_t>::max() + 1;
     for (int i = 0; i < tooMany; ++i) {
         disk.addFile("c:\\m\\" + std::to_string(i) + ".wav");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which entries match a search.
+// Tests which entries match a search.
 #include <gmock/gmock.h>
 
 #include "support/finder_world.h"
@@ -62,7 +62,7 @@ TEST_F(SearchMatchingTest, SupportsNoWildcards) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(SearchMatchingTest, UsesEveryOtherTypeUnchanged) {
+TEST_F(SearchMatchingTest, UsesAnyOtherTypeAsItIs) {
     disk.addFile("c:\\music\\a.wav");
     for (const std::string& type :
          {std::string("*"), std::string("?"), std::string("a*b["), std::string("[!"),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stopping, restarting and closing a search, and changing its lists, at each of its yields.
+// Tests stopping, restarting and closing a search, and changing its lists, at each of its yields.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -134,7 +134,7 @@ TEST_F(SearchStopsTest, AStopAtAnyYieldEndsTheSearchInTheCurrentFolder) {
     }
 }
 
-TEST_F(SearchStopsTest, AfterAStopTheLogOfFoldersStillGrows) {
+TEST_F(SearchStopsTest, AfterAStopFoldersInTheCurrentFolderAreStillAddedToList1) {
     const auto world = makeWorld();
     world->loop.atYield(2, [&] { world->finder.Command1.click(); });
     world->search("c:\\m", ".wav");
@@ -143,7 +143,7 @@ TEST_F(SearchStopsTest, AfterAStopTheLogOfFoldersStillGrows) {
     EXPECT_THAT(world->disk.listed, ElementsAre("c:\\m\\*.*"));
 }
 
-TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
+TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedSearchFinishesFirst) {
     for (int n = 1; n < stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -171,7 +171,7 @@ TEST_F(SearchStopsTest, ASearchStartedInsideAStoppedOneFinishesFirst) {
     }
 }
 
-TEST_F(SearchStopsTest, TwoClicksAtDifferentYieldsStopAndStart) {
+TEST_F(SearchStopsTest, TwoClicksAtDifferentYieldsLeaveTheWindowIdleAtTheEnd) {
     for (int first = 1; first <= stepCount; ++first) {
         for (int second = first + 1; second <= first + 8; ++second) {
             SCOPED_TRACE(std::to_string(first) + ", " + std::to_string(second));
@@ -210,7 +210,7 @@ TEST_F(SearchStopsTest, ClosingTheWindowAtAnyYieldEndsTheSearchAtOnce) {
     }
 }
 
-TEST_F(SearchStopsTest, AWindowReopenedDuringTheSearchIsIndependentOfIt) {
+TEST_F(SearchStopsTest, AWindowReopenedDuringASearchIsIndependentOfThatSearch) {
     for (int n = 1; n <= stepCount; ++n) {
         SCOPED_TRACE(n);
         const auto world = makeWorld();
@@ -222,7 +222,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringTheSearchIsIndependentOfIt) {
             world->search("c:\\other", ".mp3");
         });
         world->search("c:\\m", ".wav");
-        // The search of the closed window has not changed the new one's result.
+        // The search of the closed window has not changed the new window's result.
         EXPECT_THAT(world->lines(finder.lstfiles), ElementsAre("c:\\other\\o.mp3"));
         EXPECT_THAT(world->lines(finder.List1), ElementsAre("c:\\other\\"));
         EXPECT_EQ(finder.Label1.caption(), "Directories: 0   Files:  1");
@@ -231,7 +231,7 @@ TEST_F(SearchStopsTest, AWindowReopenedDuringTheSearchIsIndependentOfIt) {
     }
 }
 
-TEST_F(SearchStopsTest, TheUncalledScanAlsoEndsWithItsWindow) {
+TEST_F(SearchStopsTest, TheScanThatNothingCallsAlsoEndsWithItsWindow) {
     const auto world = makeWorld();
     const auto walk = world->disk.startWalk();
     world->loop.atYield(4, [&] { world->finder.cmdend.click(); });
@@ -256,7 +256,7 @@ TEST_F(SearchStopsTest, ResultsMayBeRemovedAtEveryYield) {
     EXPECT_EQ(finder.Label1.caption(), "Directories: 4   Files:  0");
 }
 
-TEST_F(SearchStopsTest, ADeletionMayYieldInsideAYield) {
+TEST_F(SearchStopsTest, AFileMayBeDeletedInsideAYield) {
     const auto world = makeWorld();
     FrmSearch& finder = world->finder;
     world->files.addFile("c:\\m\\a.wav", "sound");

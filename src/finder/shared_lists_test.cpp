@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The user's searches and the work tree's scan share the finder's boxes and lists, which contain
-// the result of the last search. Tests both orders, a scan during a search, and a search during a
-// scan.
+// the result of the last search. Tests a search after a scan, a scan after a search, a scan during
+// a search, and the window's commands during a scan.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -49,7 +49,7 @@ TEST_F(SharedListsTest, TheWindowOpensWithTheResultOfTheScan) {
     };
     form.mnuSearch.click();
     EXPECT_TRUE(finder.visible());
-    EXPECT_EQ(finder.timesLoaded(), 2); // including the one at the start of the test
+    EXPECT_EQ(finder.timesLoaded(), 2); // including the load at the start of the test
     EXPECT_EQ(finder.Dir1.path(), "c:\\Music");
     EXPECT_EQ(finder.zFileExt.text(), ".mp3");
     EXPECT_THAT(lines(finder.lstfiles), ElementsAre("c:\\music\\b.mp3"));
@@ -87,12 +87,12 @@ TEST_F(SharedListsTest, OpeningTheWindowAtAnyYieldDoesNotAffectTheScan) {
         world.tree.showfiles();
         world.expectTreeOfDestination();
         EXPECT_TRUE(world.finder.visible());
-        EXPECT_EQ(world.finder.timesLoaded(), 2); // including the one at the start of the test
+        EXPECT_EQ(world.finder.timesLoaded(), 2); // including the load at the start of the test
         world.expectIdle();
     }
 }
 
-TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldEndsOnlyTheScan) {
+TEST_F(SharedListsTest, ClosingTheWindowAtAnyYieldOfAScanLosesTheRestOfItsResult) {
     tree.showfiles();
     const int yields = loop.yieldCount();
     for (int n = 1; n <= yields; ++n) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The ID3v1 tag, the last 128 bytes of an MP3 file: parses and creates its bytes. Deliberate:
-// reading is not the inverse of writing. The texts of a tag are in the code page of windows_1252.h.
+// Parses and creates the ID3v1 tag, the last 128 bytes of an MP3 file. Deliberate: reading is not
+// the inverse of writing. The texts of a tag are in the code page of windows_1252.h.
 #pragma once
 
 #include <array>
@@ -18,9 +18,10 @@ inline constexpr std::size_t tagLength = 128;
 inline constexpr std::size_t tagSearchLength = 256;
 
 /// Stores the tag's fields in `info`. The tag begins at the first "tag" in the file's last bytes,
-/// in upper or lower case, even if those letters belong to the sound. If there is none, the texts
-/// are empty and the genre is 255. Blanks at the end of a field are removed, other padding is not.
-/// If the genre has code 32 or is beyond the end of the file, the previous file's genre is kept.
+/// in upper or lower case, even if those letters belong to the audio data. If no tag is found, the
+/// texts are empty and the genre is 255. Blanks at the end of a field are removed, other padding is
+/// not. If the genre has code 32 or is beyond the end of the file, the previous file's genre is
+/// kept.
 void readId3v1Tag(std::string_view lastBytes, Mp3Info& info);
 
 /// The fields of a tag, in the order of the file.
@@ -33,7 +34,8 @@ struct Id3v1Fields {
     std::uint8_t genre = 0;
 };
 
-/// The complete tag. A shorter text is padded with blanks, a longer one is cut.
+/// The complete tag. A shorter text is padded with blanks, of a longer text only the first bytes
+/// are written.
 [[nodiscard]] std::array<std::byte, tagLength> id3v1Tag(const Id3v1Fields& fields);
 
 } // namespace sonarith

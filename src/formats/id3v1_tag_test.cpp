@@ -146,7 +146,7 @@ TEST(ReadId3v1Tag, TheGenreIsTheValueOfItsByteUnlessThatIsABlank) {
     }
 }
 
-TEST(ReadId3v1Tag, ReadsBytesNotCharacters) {
+TEST(ReadId3v1Tag, SearchesBytesForTheMarkAndConvertsTheFieldsFromWindows1252) {
     // The bytes before the tag are UTF-8 characters that are shorter in lower case, so a conversion
     // would change the position of the tag.
     std::string bytes = withTagAt(129, tagOf("Title", "A"));
@@ -167,13 +167,13 @@ TEST(Id3v1Tag, WritesEachFieldAtItsOffsetPaddedWithBlanks) {
     EXPECT_EQ(bytesOf({.year = "20"}).substr(93, 4), "20  ");
 }
 
-TEST(Id3v1Tag, CutsFieldsThatAreTooLong) {
+TEST(Id3v1Tag, ShortensFieldsThatAreTooLong) {
     const std::string longText(31, 'x');
     const std::string tag = bytesOf({longText + "y", longText, longText, "20245", longText, 255});
     EXPECT_EQ(tag, "TAG" + std::string(90, 'x') + "2024" + std::string(30, 'x') + '\xff');
 }
 
-TEST(Id3v1Tag, CountsBytesOfTheCodePage) {
+TEST(Id3v1Tag, LimitsFieldsByTheirBytesInTheCodePage) {
     std::string umlauts;
     std::string decomposed;
     for (int i = 0; i < 31; ++i) {

@@ -16,7 +16,7 @@ namespace sonarith {
 
 namespace {
 
-/// Shorter files are refused: the tag is searched in that many bytes at the end.
+/// Shorter files are refused, because the tag is searched in this many bytes at the end.
 constexpr std::int64_t leastLength = 256;
 
 // Positions in the file count from 1; 0 means "no frame".

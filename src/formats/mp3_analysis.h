@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The analysis of one MP3 file: its first frame header, the frame count of a variable bit rate, and
-// the tag at its end. It reads the first 5,047 bytes and the last 256, and checks only the two sync
-// bytes: for a file that is no MP3 it may store meaningless values.
+// Analyses one MP3 file: its first frame header, the frame count of a variable bit rate, and the
+// tag at its end. Reads the first 5,047 bytes and the last 256 bytes. Only the two sync bytes are
+// checked, so meaningless values may be stored for a file that is no MP3.
 #pragma once
 
 #include <string>

@@ -77,7 +77,7 @@ TEST_F(Mp3AnalysisTest, AcceptsOnlyTwoValuesOfTheSecondSyncByte) {
     }
 }
 
-TEST_F(Mp3AnalysisTest, FindsTheSyncAfterAnotherFF) {
+TEST_F(Mp3AnalysisTest, FindsASyncThatFollowsAnotherByteFF) {
     EXPECT_TRUE(analyse(Mp3Bytes(600).at(299, "\xff").header(300, commonHeader)).ok());
     EXPECT_EQ(info.Bitrate, 128);
 }
@@ -87,7 +87,7 @@ TEST_F(Mp3AnalysisTest, DoesNotFindAFrameAfterATagOf6000Bytes) {
     EXPECT_EQ(info.Bitrate, 0);
 }
 
-TEST_F(Mp3AnalysisTest, MistakesARandomPairInALeadingTagForAFrame) {
+TEST_F(Mp3AnalysisTest, MistakesSyncBytesInALeadingTagForAFrame) {
     Mp3Bytes bytes(20'000);
     bytes.at(1, "ID3").header(50, 0xFFFA1000).header(2000, commonHeader);
     EXPECT_TRUE(analyse(bytes).ok());
@@ -95,7 +95,7 @@ TEST_F(Mp3AnalysisTest, MistakesARandomPairInALeadingTagForAFrame) {
     EXPECT_EQ(info.CRC, "yes");
 }
 
-TEST_F(Mp3AnalysisTest, SearchesPastTheEndOfAShortFile) {
+TEST_F(Mp3AnalysisTest, CountsBytesBeyondTheEndOfAShortFileAsZeros) {
     // If FF is the file's last byte, it is not followed by a second sync byte.
     EXPECT_EQ(digitsOf(Mp3Bytes(300).at(300, "\xff").content), "");
     // If the two sync bytes are the file's last, the missing header bytes count as zeros.
@@ -120,14 +120,14 @@ TEST_F(Mp3AnalysisTest, ConvertsBytes3And4OfTheFrameToDigits) {
 
 // --- files without a frame -------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, UsesTheFirstThreeBytesOfAFileWithoutAFrame) {
+TEST_F(Mp3AnalysisTest, ReturnsTheDigitsOfTheFirstThreeBytesOfAFileWithoutAFrame) {
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).at(1, "ID3").content), "10010010100010000110011");
     EXPECT_EQ(digitsOf(Mp3Bytes(6000).content), "");
 }
 
 TEST_F(Mp3AnalysisTest, ReturnsMeaninglessValuesForAFileThatIsNoMp3) {
-    // 24 digits: 11 others, version "11", layer "10", protection "1", rate "1001", sampling "00",
-    // padding "1", private "0". Mode, flags and emphasis are missing.
+    // 24 digits: 11 without a meaning, version "11", layer "10", protection "1", rate "1001",
+    // sampling "00", padding "1", private "0". Mode, flags and emphasis are missing.
     Mp3Bytes bytes(4000);
     bytes.at(1, "\x80\x1d\x92");
     EXPECT_TRUE(analyse(bytes).ok());
@@ -156,7 +156,7 @@ TEST_F(Mp3AnalysisTest, SearchesTheMarkAtPosition36OfAFileWithoutAFrame) {
 
 // --- variable bit rate -----------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOnlyOffset) {
+TEST_F(Mp3AnalysisTest, ReadsTheFrameCountAtItsOffsetFromTheFrame) {
     EXPECT_TRUE(
         analyse(Mp3Bytes(4'000'000).header(500, commonHeader).variableRate(500, 6000)).ok());
     EXPECT_TRUE(info.IsVbr);
@@ -170,7 +170,7 @@ TEST_F(Mp3AnalysisTest, ReadsTheFrameCountOfAFrameAtTheLastPosition) {
     EXPECT_EQ(info.Frames, 0x1234);
 }
 
-TEST_F(Mp3AnalysisTest, IgnoresTheFlagsOfTheCount) {
+TEST_F(Mp3AnalysisTest, IgnoresTheFlagsBetweenTheMarkAndTheCount) {
     EXPECT_TRUE(analyse(Mp3Bytes(4'000'000)
                             .header(1, commonHeader)
                             .variableRate(1, 6000)
@@ -179,14 +179,15 @@ TEST_F(Mp3AnalysisTest, IgnoresTheFlagsOfTheCount) {
     EXPECT_EQ(info.Frames, 6000);
 }
 
-TEST_F(Mp3AnalysisTest, AcceptsTheMarkInOneSpellingAtOneOffset) {
+TEST_F(Mp3AnalysisTest, AcceptsTheMarkOnlyInOneSpellingAndAtOneOffset) {
     for (const char* other : {"xing", "XING", "Info", "VBRI", "Xin"}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(4'000'000).header(1, commonHeader).at(37, other)).ok());
         EXPECT_FALSE(info.IsVbr) << other;
         EXPECT_EQ(info.Bitrate, 128) << other;
     }
-    // In a mono frame the mark is 15 bytes earlier: the file counts as one of constant rate.
+    // In a mono frame the mark is 15 bytes earlier: the file counts as a file with a constant bit
+    // rate.
     Mp3Bytes mono(4'000'000);
     mono.header(1, 0xFFFB50C0).at(22, "Xing").at(30, Mp3Bytes::bigEndian(6000));
     EXPECT_TRUE(analyse(mono).ok());
@@ -281,7 +282,7 @@ TEST_F(Mp3AnalysisTest, AFileThatCannotBeOpenedOrReadFailsWithNothingStored) {
     EXPECT_EQ(info.Bitrate, 0);
 }
 
-TEST_F(Mp3AnalysisTest, KeepsTheOldHeaderBesideTheNewTagIfTheLengthCannotBeRead) {
+TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheLengthCannotBeRead) {
     fillRecord();
     disk.failWith(FakeFileSystem::Operation::fileLength, path, ErrorNumber::fileNotFound);
     const Status status = analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")));
@@ -303,7 +304,7 @@ TEST_F(Mp3AnalysisTest, KeepsThePreviousFilesHeaderBesideTheNewTagIfTheHeaderFai
 
 // --- parts of the analysis -------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, WithoutTheTagOnlyTheHeaderIsRead) {
+TEST_F(Mp3AnalysisTest, ReadsOnlyTheHeaderIfTheTagIsNotRequested) {
     fillRecord();
     EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content,
                         TagReading::no, HeaderReading::yes)
@@ -313,7 +314,7 @@ TEST_F(Mp3AnalysisTest, WithoutTheTagOnlyTheHeaderIsRead) {
     EXPECT_THAT(disk.log, ElementsAre("openBinary c:\\a.mp3 read", "readBinary c:\\a.mp3 0 5047"));
 }
 
-TEST_F(Mp3AnalysisTest, WithoutTheHeaderOnlyTheTagIsRead) {
+TEST_F(Mp3AnalysisTest, ReadsOnlyTheTagIfTheHeaderIsNotRequested) {
     fillRecord();
     EXPECT_TRUE(analyse(Mp3Bytes(4000).header(1, commonHeader).end(tagOf("new")).content,
                         TagReading::yes, HeaderReading::no)

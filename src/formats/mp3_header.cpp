@@ -36,7 +36,7 @@ constexpr std::array<SamplingRates, 2> samplingRates = {{
 }};
 
 struct BitRates {
-    int key; ///< the digits of version and layer, one after the other
+    int key; ///< the decimal digits of version and layer, one after the other
     std::array<int, 15> kilobits;
 };
 /// Deliberate: no version and layer have the key 255.
@@ -80,7 +80,7 @@ const BitRates* bitRatesOf(std::int16_t version, std::int16_t layer) {
     return row == bitRates.end() ? nullptr : row;
 }
 
-/// In kilobits per second, with its fraction.
+/// The average bit rate in kilobits per second, not rounded.
 Result<double> averageBitRate(std::int64_t fileLength, std::int32_t frequencyHz,
                               std::int16_t frames, std::int16_t layer) {
     const int coefficient = coefficients.at(static_cast<std::size_t>(layer));
@@ -90,7 +90,7 @@ Result<double> averageBitRate(std::int64_t fileLength, std::int32_t frequencyHz,
     return static_cast<double>(fileLength) * frequencyHz / frames / 1000 / coefficient;
 }
 
-/// In whole seconds.
+/// The duration in whole seconds.
 Result<std::int32_t> durationOf(std::int64_t fileLength, double bitRate) {
     if (fileLength > std::numeric_limits<std::int32_t>::max() / 8) {
         return {ErrorNumber::overflow, "Overflow"};

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The meaning of an MP3 frame header's digits. It reads no file; mp3_analysis.h does.
+// Decodes the fields of an MP3 frame header from its binary digits. mp3_analysis.h reads the digits
+// from a file.
 #pragma once
 
 #include <cstdint>

@@ -151,7 +151,7 @@ TEST(Mp3Header, DecodesAll131072HeadersOfMpeg1Layer3) {
 
 // --- other versions and layers ---------------------------------------------------------------
 
-TEST(Mp3Header, StopsSilentlyForEveryVersionButOne) {
+TEST(Mp3Header, StoresNothingAndReportsNoErrorForEveryVersionButMpeg1) {
     for (const std::uint32_t header : {0xFFF39000U, 0xFFE39000U, 0xFFEB9000U}) {
         for (const Mp3Info& start : {untouched(), variable(6000)}) {
             Mp3Info info = start;
@@ -161,7 +161,7 @@ TEST(Mp3Header, StopsSilentlyForEveryVersionButOne) {
     }
 }
 
-TEST(Mp3Header, StopsSilentlyForTheReservedLayerOfAConstantRate) {
+TEST(Mp3Header, StoresNothingForTheReservedLayerAndFailsOnlyForAVariableRate) {
     Mp3Info info = untouched();
     EXPECT_TRUE(decodeMp3Header(digitsOf(0xFFF99000), fourMillion, info).ok());
     expectUntouched(info);
@@ -192,7 +192,7 @@ TEST(Mp3Header, DecodesTheBitRatesOfLayersOneAndTwo) {
 
 // --- failures --------------------------------------------------------------------------------
 
-TEST(Mp3Header, FailsForReservedRatesAndStoresNothing) {
+TEST(Mp3Header, FailsForReservedRatesAndABitRateOfZeroAndStoresNothing) {
     EXPECT_EQ(failureOf(0xFFFB9C00, fourMillion), ErrorNumber::subscriptOutOfRange);
     EXPECT_EQ(failureOf(0xFFFBF000, fourMillion), ErrorNumber::subscriptOutOfRange);
     EXPECT_EQ(failureOf(0xFFFB0000, fourMillion), ErrorNumber::divisionByZero);
@@ -210,7 +210,7 @@ TEST(Mp3Header, FailsForFilesOf256MiBAndMore) {
 
 // --- variable bit rate -----------------------------------------------------------------------
 
-TEST(Mp3Header, ShowsTheRoundedAverageAndComputesTheDurationFromTheExactOne) {
+TEST(Mp3Header, StoresTheRoundedAverageRateAndComputesTheDurationFromTheExactRate) {
     Mp3Info info = variable(6000);
     ASSERT_TRUE(decodeMp3Header(digitsOf(0xFFFB9000), fourMillion, info).ok());
     EXPECT_EQ(info.Bitrate, 204);
@@ -223,7 +223,7 @@ TEST(Mp3Header, ShowsTheRoundedAverageAndComputesTheDurationFromTheExactOne) {
     EXPECT_NE(info.Duration, 256'768 * 8 / 2 / 1000);
 }
 
-TEST(Mp3Header, RoundsTheRateHalfToEven) {
+TEST(Mp3Header, RoundsTheAverageRateHalfToEven) {
     // 3200 frames at 32000 Hz: 2.5 and 3.5 kbit/s.
     for (const auto& [length, rate] : {std::pair{36'000, 2}, std::pair{50'400, 4}}) {
         Mp3Info info = variable(3200);
@@ -232,7 +232,7 @@ TEST(Mp3Header, RoundsTheRateHalfToEven) {
     }
 }
 
-TEST(Mp3Header, UsesNoBitRateDigitsForAVariableRate) {
+TEST(Mp3Header, IgnoresTheBitRateDigitsForAVariableRate) {
     for (const std::uint32_t header : {0xFFFB0000U, 0xFFFBF000U}) {
         Mp3Info info = variable(6000);
         ASSERT_TRUE(decodeMp3Header(digitsOf(header), fourMillion, info).ok());

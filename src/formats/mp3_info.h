@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The results of the analysis of MP3 files: the fields of the last header and of the last tag.
-// There is one record per program. It is not cleared between files: fields that an analysis does
-// not store keep the values of an earlier file.
+// Stores the results of the analysis of MP3 files: the fields of the last header and of the last
+// tag. There is one record per program. It is not cleared between files: fields that an analysis
+// does not store keep the values of an earlier file.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ struct Mp3Info {
     std::string Original;
     std::string Private;
 
-    // Fields of the tag. Texts are UTF-8, including the NULs of the file.
+    // Fields of the tag. Texts are UTF-8 and include the NULs of the file.
     bool HasTag = false;
     std::string TagMark; ///< neither written nor read
     std::string Title;

@@ -35,7 +35,7 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     Label5.setVisible(false);
     Command2.setVisible(false);
     mnupopup.setVisible(false);
-    // The popup menu enables these three if its node allows them.
+    // When the popup menu opens, it enables these three entries if its node allows them.
     for (MenuItem* entry : {&mnuStart2, &mnuFileRemove, &mnuRemoveDelete}) {
         entry->setEnabled(false);
     }
@@ -46,7 +46,7 @@ Form1::Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> clos
     for (ListBox* list : {&lstTracks, &lstRecord, &List1, &List2, &List3, &List4, &List5, &List7}) {
         list->setVisible(false);
     }
-    // The designed size is used until a view reports the size that its contents need.
+    // The designed size is used until a view reports the size that the view's contents need.
     setDesignedSize(designWidth, designHeight);
     setInnerSize(designWidth, designHeight);
     keepDesign();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window's controls and lists, and the few procedures that several jobs call. The
-// application wires the controls; the jobs are in their own folders.
+// Declares the main window's controls and lists, and the procedures that several jobs call. The
+// classes of the jobs, which are in other folders, set the handlers of the controls.
 #pragma once
 
 #include <memory>
@@ -19,7 +19,7 @@
 
 namespace sonarith {
 
-/// The window's caption at rest, and the application's title.
+/// The window's caption while no action is running; also the application's title.
 inline constexpr const char* applicationTitle = "Sonarith v2.0";
 
 /// The client area as designed.
@@ -33,8 +33,8 @@ class Form1 : public Form {
     /// Disablem() unloads `closedByActions`. All parameters must outlive this object.
     Form1(EventLoop& loop, const ProcessState& state, std::vector<Form*> closedByActions);
 
-    /// Disables the commands during an action, and unloads the windows that must not stay open
-    /// during it.
+    /// Disables the commands before an action, and unloads the windows that must not stay open
+    /// during the action.
     void Disablem();
     void Enablem();
     /// Resets the displays to idle.
@@ -50,7 +50,7 @@ class Form1 : public Form {
     PictureBox Picture2{*this, "Picture2"}; ///< activity bar, bottom
     PictureBox Picture1{*this, "Picture1"}; ///< status bar, bottom
     PictureBox Picture5{*this, "Picture5"}; ///< grip strip, left
-    PictureBox Image3{*this, "Image3"};     ///< the hand grip on it
+    PictureBox Image3{*this, "Image3"};     ///< the hand grip on the grip strip
 
     // Tool bar.
     CommandButton Command5{*this, "Command5", "Exit"};
@@ -62,7 +62,7 @@ class Form1 : public Form {
     CommandButton CmdSelectAction{*this, "CmdSelectAction", "Start "};
     PictureBox Picture6{*this, "Picture6"}; ///< host area of the activity clip
 
-    // CD bar. lblCDID and lblNumTracks also store values: they are read back as numbers.
+    // CD bar. lblCDID and lblNumTracks also store values: code reads them as numbers.
     CommandButton Command11{*this, "Command11"}; ///< plays the current track
     CommandButton Command12{*this, "Command12"}; ///< stops playing
     Label Label5{*this, "Label5", "Low Drive space"};
@@ -77,24 +77,26 @@ class Form1 : public Form {
 
     // Status bar.
     ProgressBar ProgressBar1{*this, "ProgressBar1", 0, 100};
-    Label Status{*this, "Status", "00.00%"}; ///< constant text; nothing writes it
+    Label Status{*this, "Status", "00.00%"}; ///< constant text; nothing changes it
     Label Label33{*this, "Label33", "OFF"};  ///< percentage of the track or file
     Label lblStatus{*this, "lblStatus"};     ///< bytes captured, or bytes of the last decoded WAV
 
     TreeView TreeView1{*this, "TreeView1"};
 
-    // Never visible: the lists contain the data of the tree, the others are called as procedures.
+    // Controls that are never visible: the lists contain the data of the tree; code clicks the
+    // buttons to call their handlers.
     ListBox lstTracks{*this, "lstTracks"}; ///< tracks not chosen
-    ListBox lstRecord{*this,
-                      "lstRecord"};   ///< queue of tracks to extract; progress is its ListIndex
-    ListBox List1{*this, "List1"};    ///< WAV paths
-    ListBox List2{*this, "List2"};    ///< MP3 paths
-    ListBox List3{*this, "List3"};    ///< no role
-    ListBox List4{*this, "List4"};    ///< selected MP3 paths
-    ListBox List5{*this, "List5"};    ///< selected WAV paths
-    ListBox List7{*this, "List7"};    ///< scratch list, unused between two operations
-    CheckBox Check9{*this, "Check9"}; ///< 1: end this track on the next tick
-    CommandButton cmdStart{*this, "cmdStart", "Start"};      ///< extracts tracks
+    ListBox lstRecord{
+        *this, "lstRecord"}; ///< queue of tracks to extract; ListIndex is the line being extracted
+    ListBox List1{*this, "List1"}; ///< WAV paths
+    ListBox List2{*this, "List2"}; ///< MP3 paths
+    ListBox List3{*this, "List3"}; ///< not used
+    ListBox List4{*this, "List4"}; ///< selected MP3 paths
+    ListBox List5{*this, "List5"}; ///< selected WAV paths
+    ListBox List7{*this,
+                  "List7"}; ///< scratch list; its content has no meaning between two operations
+    CheckBox Check9{*this, "Check9"};                   ///< 1: the next tick ends the current track
+    CommandButton cmdStart{*this, "cmdStart", "Start"}; ///< extracts tracks
     CommandButton CmdDecoder{*this, "CmdDecoder", "decode"}; ///< decodes MP3 files
     CommandButton Command8{*this, "Command8",
                            "Cancel"}; ///< stops the current action, keeps its results
@@ -136,7 +138,8 @@ class Form1 : public Form {
     MenuItem mnuCDplayer{*this, "mnuCDplayer", "CD Player", {&MnuOpenCD, &mnuCloseCD}};
     MenuItem mnuSearch{*this, "mnuSearch", "Search"};
     MenuItem mnuPlaylist{*this, "mnuPlaylist", "Playlist"};
-    MenuItem mnuDevices{*this, "mnuDevices", "Devices"}; ///< opens the platform's own window
+    MenuItem mnuDevices{*this, "mnuDevices",
+                        "Devices"}; ///< opens the Devices window, which belongs to the platform
     MenuItem mnuPrefs{
         *this,
         "mnuPrefs",

@@ -24,7 +24,7 @@ struct Form1Test : testing::Test, test::FakeMachine {
         &form.mnuStart2, &form.mnuFile,  &form.mnuActiopn,      &form.mnuPrefs,
         &form.mnuHelp,   &form.mnupopup, &form.mnuRemoveDelete, &form.mnuFileRemove};
 
-    std::vector<std::string> namesOfOpen() const {
+    std::vector<std::string> namesOfEnabled() const {
         std::vector<std::string> open;
         for (const Control* command : commands) {
             if (command->enabled()) {
@@ -74,7 +74,7 @@ TEST_F(Form1Test, StartsWithItsDisplaysAsDesigned) {
     EXPECT_EQ(form.CmdSelectAction.caption(), "Start ");
 }
 
-TEST_F(Form1Test, NamesItsButtonsAndLabels) {
+TEST_F(Form1Test, HasTheDesignedCaptionsOnButtonsAndDiskWarning) {
     const std::pair<const CommandButton*, const char*> buttons[] = {
         {&form.Command5, "Exit"},
         {&form.Cmdhelp, "Help"},
@@ -93,7 +93,7 @@ TEST_F(Form1Test, NamesItsButtonsAndLabels) {
     EXPECT_EQ(form.Label5.caption(), "Low Drive space");
 }
 
-TEST_F(Form1Test, HasToolTipsForControlsThatNeedThem) {
+TEST_F(Form1Test, HasToolTipsOnItsPicturesAndFourButtons) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.Command11, "Play Selected track"},
         {&form.Command12, "Stop playing CD"},
@@ -108,12 +108,12 @@ TEST_F(Form1Test, HasToolTipsForControlsThatNeedThem) {
     }
 }
 
-TEST_F(Form1Test, HidesCancelAndTheDiskWarningWhileIdle) {
+TEST_F(Form1Test, StartsWithCancelAndTheDiskWarningHidden) {
     EXPECT_FALSE(form.Command2.visible());
     EXPECT_FALSE(form.Label5.visible());
 }
 
-TEST_F(Form1Test, NeverShowsTheListsAndTheButtonsThatAreProcedures) {
+TEST_F(Form1Test, StartsWithTheListsAndTheButtonsForCodeHidden) {
     for (const Control* hidden :
          std::vector<Control*>{&form.lstTracks, &form.lstRecord, &form.List1, &form.List2,
                                &form.List3, &form.List4, &form.List5, &form.List7, &form.Check9,
@@ -137,7 +137,7 @@ TEST_F(Form1Test, StartsWithEmptyListsAndTimersOff) {
     EXPECT_THAT(intervals, ElementsAre(5000, 100, 2000, 1000));
 }
 
-TEST_F(Form1Test, OrdersItsMenus) {
+TEST_F(Form1Test, HasItsMenuEntriesInThisOrder) {
     const auto captions = [](const MenuItem& menu) {
         std::vector<std::string> all;
         for (const MenuItem* entry : menu.entries()) {
@@ -160,7 +160,7 @@ TEST_F(Form1Test, OrdersItsMenus) {
 TEST_F(Form1Test, DisablemDisablesOnlyTheTwelveCommands) {
     form.Enablem();
     form.Disablem();
-    EXPECT_THAT(namesOfOpen(), IsEmpty());
+    EXPECT_THAT(namesOfEnabled(), IsEmpty());
     EXPECT_TRUE(form.Command5.enabled());
     EXPECT_TRUE(form.Command2.enabled());
     EXPECT_TRUE(form.TreeView1.enabled());
@@ -174,7 +174,7 @@ TEST_F(Form1Test, DisablemUnloadsWorkerPlaylistAndFinderInThisOrder) {
                                       &windows.FrmPrefs, &windows.Form6, &windows.frmpopup}) {
         window->load();
         window->onUnload = [&unloaded, this, window] {
-            EXPECT_THAT(namesOfOpen(), IsEmpty());
+            EXPECT_THAT(namesOfEnabled(), IsEmpty());
             unloaded.push_back(window->name());
         };
     }
@@ -191,9 +191,9 @@ TEST_F(Form1Test, DisablemLoadsNothing) {
 
 TEST_F(Form1Test, EnablemEnablesAllTwelveCommandsIncludingThoseDisabledAtLoad) {
     form.Enablem();
-    EXPECT_EQ(namesOfOpen().size(), commands.size());
+    EXPECT_EQ(namesOfEnabled().size(), commands.size());
     form.Enablem();
-    EXPECT_EQ(namesOfOpen().size(), commands.size());
+    EXPECT_EQ(namesOfEnabled().size(), commands.size());
 }
 
 TEST_F(Form1Test, EnablemUnloadsNothing) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the CD player's panel: transport, display, mixer and level meter. The folder
-// player/ implements their behaviour.
+// Declares the controls of the CD player's panel: transport, display, mixer and level meter. The
+// folder player/ implements their behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -37,7 +37,7 @@ class Form4 : public Form {
     CommandButton eject{*this, "eject"};
 
     // Mixer. The sliders are inverted with respect to the mixer: 0 is the loudest. The number
-    // beside a slider is between 0 and 10 after it has been written for the first time.
+    // beside a slider is between 0 and 10 once the program has set it.
     Slider sliderMasterVolume{*this, "sliderMasterVolume", 0, 65535};
     Slider Slider1{*this, "Slider1", 0, 65535}; ///< volume of the disc's line
     Slider BassSlider{*this, "BassSlider", 0, 65535};
@@ -62,21 +62,21 @@ class Form4 : public Form {
     OptionButton Option13{*this, cdMute, "Option13"};
     OptionButton Option14{*this, cdMute, "Option14"};
     CheckBox Check3{*this, "Check3", "input"}; ///< 1: the meter's wave input runs
-    // Neither visible nor handled.
+    // These boxes are neither visible nor handled.
     CheckBox Check1{*this, "Check1"};
     CheckBox Check2{*this, "Check2"};
     CheckBox Check6{*this, "Check6"};
 
     CommandButton Command1{*this, "Command1", "EXIT"};
     CommandButton Command2{*this, "Command2", "MIXER"}; ///< reads the mixer into the sliders
-    // These are only called as procedures.
+    // These buttons are never visible; code clicks them to call their handlers.
     CommandButton Command3{*this, "Command3"};
     CommandButton Command4{*this, "Command4"};
     CommandButton Command5{*this, "Command5"};
     CommandButton Command6{*this, "Command6"}; ///< switches the whole panel off
 
     // Level meter, and surfaces with which the user drags the panel.
-    PictureBox picPeakVol{*this, "picPeakVol"}; ///< the running trace
+    PictureBox picPeakVol{*this, "picPeakVol"}; ///< the trace of the level over time
     PictureBox Picture8{*this, "Picture8"};     ///< clips the bar
     Label Label4{*this, "Label4"};              ///< the bar; its top shows the level
     PictureBox Picture3{*this, "Picture3"};
@@ -104,7 +104,8 @@ class Form4 : public Form {
 
     MenuItem mnuCDonp{*this, "mnuCDonp", "CD On"};
     MenuItem mnuPlayCDp{*this, "mnuPlayCDp", "Play CD"};
-    MenuItem mnuStopPlayp{*this, "mnuStopPlayp", "mnuStopPlay"}; ///< the caption is intended
+    MenuItem mnuStopPlayp{*this, "mnuStopPlayp",
+                          "mnuStopPlay"}; ///< deliberate caption: its own name
     MenuItem mnuCDOffp{*this, "mnuCDOffp", "CD Off"};
     MenuItem mnuMinimCDp{*this, "mnuMinimCDp", "Minimize CD Player"};
     MenuItem mnuCubeitp{*this, "mnuCubeitp", "Show as Cube"};

@@ -47,7 +47,7 @@ TEST_F(Form4Test, IsTitledCdPlayerAndSwitchedOff) {
     }
 }
 
-TEST_F(Form4Test, NamesItsControlsInToolTips) {
+TEST_F(Form4Test, HasItsToolTipsAndCaptions) {
     const std::pair<const Control*, const char*> tips[] = {
         {&form.OptCD, "Open CD Player"},
         {&form.optNoCD, "CD Player Off"},
@@ -107,7 +107,7 @@ TEST_F(Form4Test, PositionsTheMeter) {
     }
 }
 
-TEST_F(Form4Test, TimersAreOffAndHaveTheirIntervals) {
+TEST_F(Form4Test, TimersHaveTheirIntervalsAndAreOffAfterTheLoad) {
     const std::pair<const Timer*, EventLoop::Duration> timers[] = {{&form.Timer6, 1000ms},
                                                                    {&form.Timer1, 1000ms},
                                                                    {&form.Timer2, 10ms},

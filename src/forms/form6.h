@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversion worker's window, which is never shown: each load of the window converts one file.
-// The folder conversion/ implements its behaviour.
+// Declares the window of the conversion worker. It is never shown; each load of the window converts
+// one file. The folder conversion/ implements its behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"

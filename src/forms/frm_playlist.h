@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the playlist editor: the list, the current file with its header and tag, and the
-// window's own player. The folder playlist/ implements their behaviour.
+// Declares the controls of the playlist editor: the list, the current file with its header and tag,
+// and the window's own player. The folder playlist/ implements their behaviour.
 #pragma once
 
 #include <array>

@@ -47,13 +47,13 @@ TEST_F(FrmPlayListTest, HasItsToolTips) {
     EXPECT_EQ(editor.List1.toolTip(), "Header Info");
 }
 
-TEST_F(FrmPlayListTest, HidesItsWorkList) {
+TEST_F(FrmPlayListTest, HidesItsScratchList) {
     EXPECT_FALSE(editor.List3.visible());
     EXPECT_TRUE(editor.List2.visible());
     EXPECT_TRUE(editor.List1.visible());
 }
 
-TEST_F(FrmPlayListTest, HasItsOwnMp3PlayerWhichStopsAtItsUnload) {
+TEST_F(FrmPlayListTest, HasItsOwnMp3ControlAndReplacesItWhenUnloaded) {
     EXPECT_EQ(mp3.created, 1);
     editor.load();
     editor.unload();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The form that owns the icon in the desktop's notification area, and its menu. It is never shown.
-// The folder desktop/ implements its behaviour.
+// Declares the form that owns the icon in the desktop's notification area and the icon's menu. The
+// form is never shown. The folder desktop/ implements its behaviour.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the preferences. Two of the labels store values: code reads the destination's
-// drive and its free space from them. The folder settings/preferences/ implements the behaviour.
+// Declares the controls of the preferences' window. Two of the labels store values: code reads the
+// destination's drive and its free space from them. The folder settings/preferences/ implements the
+// behaviour.
 #pragma once
 
 #include "platform/controls/basic_controls.h"
@@ -30,10 +31,10 @@ class FrmPrefs : public Form {
     CommandButton Command3{*this, "Command3", "Refresh data"};
     CommandButton Command1{*this, "Command1", "Set"};
     Label lblSpace{*this, "lblSpace", "Available space in hard drive(s):"}; ///< above Text6
-    // Never visible, they only store values. Their designed texts are their names; the text of
-    // Label4 counts as 0 MB.
+    // Label3 and Label4 are never visible; they only store values. Their designed texts are their
+    // names; the designed text of Label4 counts as 0 MB.
     Label Label3{*this, "Label3", "Label3"}; ///< root of the destination's drive
-    Label Label4{*this, "Label4", "Label4"}; ///< its free space in MB
+    Label Label4{*this, "Label4", "Label4"}; ///< free space of that drive in MB
 
     // "Audio, Misc."
     Frame Encoding{*this, "Encoding", "Encoding/Decoding Preferences"};

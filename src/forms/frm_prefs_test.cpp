@@ -61,7 +61,7 @@ TEST_F(FrmPrefsTest, HasTheTextsOfItsFramesAndLabels) {
     EXPECT_EQ(form.lblCreate3.caption(), "3. Click \"Create\"");
 }
 
-TEST_F(FrmPrefsTest, StartsUntickedWithLimitsOfAHundred) {
+TEST_F(FrmPrefsTest, StartsWithUntickedBoxesAndLimitsOf100) {
     for (const CheckBox* box :
          {&form.Check6, &form.Check7, &form.Check11, &form.Check10, &form.Check3, &form.Check5,
           &form.Check4, &form.Check1, &form.Check2}) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The controls of the file finder's window. Its lists are the only data of a search: the results
-// and the remaining work. This header contains no behaviour.
+// Declares the controls of the file finder's window and the last steps of a search. The window's
+// lists are the only data of a search: they contain the results and the folders still to scan.
 #pragma once
 
 #include <cstdint>
@@ -59,9 +59,9 @@ class FrmSearch : public Form {
 
 /// Sets FileCount to the count of lstfiles; a count above 32767 leaves it unchanged.
 void countFiles(FrmSearch& finder);
-/// Writes the summary line from the counters and resets them.
+/// Writes the summary line from the counters and resets the counters.
 void showSummary(FrmSearch& finder);
-/// Enables the controls that are disabled during a search.
+/// Enables the controls that are disabled during a search, and shows chkhidelist.
 void reopenControls(FrmSearch& finder);
 
 } // namespace sonarith

@@ -76,7 +76,7 @@ TEST_F(FrmSearchTest, TheSummaryResetsTheCounters) {
     EXPECT_EQ(finder.FileCount, 0);
 }
 
-TEST_F(FrmSearchTest, TheFileCounterKeepsItsValueAboveItsMaximum) {
+TEST_F(FrmSearchTest, ACountOfFilesAboveTheMaximumDoesNotChangeTheCounter) {
     constexpr int highest = std::numeric_limits<std::int16_t>::max();
     for (int i = 0; i < highest; ++i) {
         finder.lstfiles.addItem("a");

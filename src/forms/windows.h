@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All windows of the program: one default instance of each. This header does not depend on the
-// logic that handles their events.
+// Creates all windows of the program, one of each. This header does not depend on the logic that
+// handles their events.
 #pragma once
 
 #include "forms/form1.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sends device commands for the player: with or without a check of their result, and queries with
-// one reply buffer. Transport and poll decide which commands are sent.
+// Sends the player's commands to the disc device, with or without a check of the result, and its
+// queries. Transport and poll decide which commands are sent.
 #pragma once
 
 #include <cstddef>
@@ -21,25 +21,25 @@ enum class CommandCheck {
 
 class CdCommands {
   public:
-    /// All must outlive this.
+    /// All parameters must outlive this object.
     CdCommands(const Platform& platform, ProcessState& process, Windows& windows)
         : platform_(platform), process_(process), windows_(windows) {}
     CdCommands(const CdCommands&) = delete;
     CdCommands& operator=(const CdCommands&) = delete;
 
-    /// Sends one command and returns whether it succeeded. Yields if a checked one fails.
+    /// Sends one command and returns whether it succeeded. Yields if a checked command fails.
     bool SendMCI(std::string_view command, CommandCheck check);
 
     /// Sends a query and returns the reply up to its first NUL: at most 29 characters, none if the
-    /// query failed. The result is not checked, and fileIndex does not change.
+    /// query failed. The status is not checked, and fileIndex does not change.
     [[nodiscard]] std::string ask(std::string_view question);
 
     /// Closes every device of the process, including a recorder. A running capture is stopped and
-    /// saved first; this yields.
+    /// saved first; stopping it yields. Returns whether the devices were closed.
     bool closeAll(CommandCheck check);
 
-    /// Stops everything if a capture is running, which saves its recording. Otherwise the recording
-    /// would be lost or continue without its disc. Yields if a capture is running.
+    /// If a capture is running, stops and saves it, and yields. Without the stop, the recording
+    /// would be lost or continue without its disc.
     void saveRunningCapture();
 
   private:
@@ -50,7 +50,7 @@ class CdCommands {
     const Platform& platform_;
     ProcessState& process_;
     Windows& windows_;
-    /// One buffer for all replies; it is not cleared between them.
+    /// One buffer for all replies; it is not cleared between two queries.
     ReplyBuffer MciBuffer{replySize};
 };
 

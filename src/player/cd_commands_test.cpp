@@ -14,7 +14,7 @@ struct CdCommandsTest : test::PlayerWorld {
     CdCommands& commands = player.commands;
 };
 
-TEST_F(CdCommandsTest, AnUncheckedCommandLeavesItsStatusInFileIndex) {
+TEST_F(CdCommandsTest, AnUncheckedCommandStoresItsStatusInFileIndex) {
     media.answer("stop voice1", {.status = 263});
     media.answer("stop cd", {.status = 0});
     process.fileIndex = 77;
@@ -75,12 +75,12 @@ TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(CdCommandsTest, AReplyLongerThanTheBufferIsCut) {
+TEST_F(CdCommandsTest, AReplyLongerThanTheBufferIsShortened) {
     media.answer("status cd mode", {.reply = "0123456789012345678901234567890123456789"});
     EXPECT_EQ(commands.ask("status cd mode"), "01234567890123456789012345678");
 }
 
-/// A running capture; logs the call of "Stop Everything".
+/// Marks a capture as running and logs the clicks on Command8 ("Stop Everything").
 struct CaptureDuringPlayerTest : CdCommandsTest {
     CaptureDuringPlayerTest() {
         main.load();
@@ -110,7 +110,7 @@ TEST_F(CaptureDuringPlayerTest, IsSavedWhenACheckedCommandFails) {
     EXPECT_EQ(std::count(operations.begin(), operations.end(), "stop everything"), 1);
 }
 
-TEST_F(CaptureDuringPlayerTest, IsSavedBeforeAClosedPanelClosesItsDisc) {
+TEST_F(CaptureDuringPlayerTest, IsSavedBeforeThePanelsUnloadClosesTheDisc) {
     form.unload();
     ASSERT_FALSE(operations.empty());
     EXPECT_EQ(operations.front(), "stop everything");
@@ -140,7 +140,8 @@ TEST_F(CaptureDuringPlayerTest, IsSavedEvenIfItBeginsWhileThePanelCloses) {
 }
 
 TEST_F(CaptureDuringPlayerTest, IsNotStoppedByASwitchOffForAnAction) {
-    // A second "Start " during a capture closes its disc, as every action does.
+    // Every action starts with this click. So a second "Start " during a capture closes the
+    // capture's disc.
     form.Command6.click();
     EXPECT_THAT(operations, testing::Not(Contains("stop everything")));
     EXPECT_THAT(operations, Contains("close cd"));

@@ -9,7 +9,7 @@
 namespace sonarith {
 
 namespace {
-/// In points: large enough to read the position from a distance.
+/// In points; large enough to read the position from a distance.
 constexpr int positionFontSize = 18;
 } // namespace
 
@@ -48,7 +48,7 @@ void DiscPoll::discRemoved() {
     disc_.CDLoaded = false;
     disc_.Playing = false;
     form_.tracktime.setCaption("");
-    // The display keeps the position.
+    // timeWindow keeps the last position.
     form_.CD.setText("No CD");
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's poll of the drive, once a second and after each click on a button: it reads an
-// inserted disc, detects that a disc was removed, and shows track and time. It plays nothing.
+// Polls the drive for the player, once a second and after each click on a button: reads an inserted
+// disc, detects that a disc was removed, and shows track and time. Plays nothing.
 #pragma once
 
 #include "forms/form4.h"
@@ -11,13 +11,13 @@ namespace sonarith {
 
 class DiscPoll {
   public:
-    /// Sets the handlers of Timer6 and Timer1. All must outlive this.
+    /// Sets the handlers of Timer6 and Timer1. All parameters must outlive this object.
     DiscPoll(Form4& form, CdCommands& commands, DiscState& disc);
     DiscPoll(const DiscPoll&) = delete;
     DiscPoll& operator=(const DiscPoll&) = delete;
 
     /// Polls once. Failures of its steps are ignored: the values that a step would set stay
-    /// unchanged. Yields if a newly found disc cannot be moved to its first track.
+    /// unchanged. Yields if the seek to the first track of a newly found disc fails.
     void UpdatePlayer();
 
   private:

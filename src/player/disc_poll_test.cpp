@@ -14,8 +14,8 @@ using testing::IsEmpty;
 
 /// The player is switched on with a disc of three tracks of a minute, and has not polled yet.
 struct DiscPollTest : test::PlayerWorld {
-    const std::vector<std::string> look = {"status cd media present", "status cd position",
-                                           "status cd mode"};
+    const std::vector<std::string> shortPoll = {"status cd media present", "status cd position",
+                                                "status cd mode"};
     const std::vector<std::string> allButtons = {"play",   "pause",  "stopbtn",
                                                  "ftrack", "btrack", "eject"};
     DiscState& state = player.disc;
@@ -39,20 +39,20 @@ struct DiscPollTest : test::PlayerWorld {
 
 TEST_F(DiscPollTest, PollsOnceASecond) {
     loop.advance(1s);
-    const auto looks = commandsOf([&] { loop.advance(5s); });
-    EXPECT_EQ(std::count(looks.begin(), looks.end(), "status cd media present"), 5);
+    const auto observed = commandsOf([&] { loop.advance(5s); });
+    EXPECT_EQ(std::count(observed.begin(), observed.end(), "status cd media present"), 5);
 }
 
-TEST_F(DiscPollTest, TheUnusedTimerHasTheSameHandler) {
+TEST_F(DiscPollTest, Timer1IsNeverEnabledAndHasTheSameHandlerAsTimer6) {
     poll();
-    EXPECT_EQ(commandsOf([&] { form.Timer1.fire(); }), look);
-    EXPECT_EQ(commandsOf([&] { form.Timer6.fire(); }), look);
+    EXPECT_EQ(commandsOf([&] { form.Timer1.fire(); }), shortPoll);
+    EXPECT_EQ(commandsOf([&] { form.Timer6.fire(); }), shortPoll);
     EXPECT_FALSE(form.Timer1.enabled());
 }
 
 // --- a disc is found -----------------------------------------------------------------------
 
-TEST_F(DiscPollTest, ANewDiscIsReadAndMovedToItsFirstTrack) {
+TEST_F(DiscPollTest, ANewDiscIsReadAndPositionedAtItsFirstTrack) {
     EXPECT_THAT(poll(), ElementsAre("status cd media present", "status cd number of tracks wait",
                                     "status cd length wait", "status cd length track 1",
                                     "status cd length track 2", "status cd length track 3",
@@ -66,25 +66,25 @@ TEST_F(DiscPollTest, ANewDiscIsReadAndMovedToItsFirstTrack) {
     EXPECT_EQ(state.NumTracks, 3);
     EXPECT_THAT(state.TrackLengths, ElementsAre("01:00:00", "01:00:00", "01:00:00"));
     EXPECT_FALSE(state.Playing);
-    // From then on only position and mode are queried.
-    EXPECT_EQ(poll(), look);
+    // From then on only presence, position and mode are queried.
+    EXPECT_EQ(poll(), shortPoll);
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(DiscPollTest, ADiscJustFoundIsReadyBeforeItIsMovedToItsFirstTrack) {
-    int looks = 0;
+TEST_F(DiscPollTest, ANewDiscIsReadyBeforeTheSeekToItsFirstTrack) {
+    int observed = 0;
     media.onCommand = [&](std::string_view command) {
         if (command == "status cd length wait") {
-            ++looks;
+            ++observed;
             EXPECT_EQ(form.CD.text(), "Cd Ready");
             EXPECT_FALSE(state.CDLoaded);
             EXPECT_THAT(enabledButtons(), ElementsAre("eject"));
         } else if (command == "status cd length track 1") {
-            ++looks;
+            ++observed;
             EXPECT_EQ(state.TrackLengths.size(), 3U);
             EXPECT_THAT(enabledButtons(), ElementsAre("eject"));
         } else if (command == "seek cd to 1") {
-            ++looks;
+            ++observed;
             EXPECT_EQ(state.TrackLengths.back(), "01:00:00");
             EXPECT_EQ(form.timeWindow.fontSize(), 18);
             EXPECT_EQ(enabledButtons(), allButtons);
@@ -92,10 +92,10 @@ TEST_F(DiscPollTest, ADiscJustFoundIsReadyBeforeItIsMovedToItsFirstTrack) {
         }
     };
     player.poll.UpdatePlayer();
-    EXPECT_EQ(looks, 3);
+    EXPECT_EQ(observed, 3);
 }
 
-TEST_F(DiscPollTest, APollWhoseMoveFailsContinuesWithPositionAndMode) {
+TEST_F(DiscPollTest, APollWhoseSeekFailsContinuesWithPositionAndMode) {
     media.answer("seek cd to 1", {.status = 275});
     const std::vector<std::string> sent = poll();
     const auto failed = std::find(sent.begin(), sent.end(), "seek cd to 1");
@@ -105,11 +105,11 @@ TEST_F(DiscPollTest, APollWhoseMoveFailsContinuesWithPositionAndMode) {
                             "stop cd", "close cd", "close all",       // the panel's unload
                             "status cd position", "status cd mode"));
     EXPECT_FALSE(form.loaded());
-    // The disc was marked as read before the move, and stays so until the panel is loaded again.
+    // CDLoaded was set before the seek, and stays set until the panel is loaded again.
     EXPECT_TRUE(state.CDLoaded);
 }
 
-TEST_F(DiscPollTest, EveryReplyFitsThirtyCharacters) {
+TEST_F(DiscPollTest, EveryQueryHasAReplyBufferOf30Characters) {
     media.replySizes.clear();
     media.log.clear();
     poll();
@@ -132,7 +132,7 @@ TEST_F(DiscPollTest, WithoutADiscTheDisplayDoesNotChange) {
     EXPECT_EQ(state.NumTracks, 2);
 }
 
-TEST_F(DiscPollTest, ADiscOfOneTrackCountsAsDataAndIsReadAgainEachSecond) {
+TEST_F(DiscPollTest, ADiscOfOneTrackCountsAsDataAndIsReadAgainAtEachPoll) {
     disc.insert({60000});
     for (int i = 0; i < 3; ++i) {
         EXPECT_THAT(wordsDuring([&] {
@@ -151,7 +151,7 @@ TEST_F(DiscPollTest, ADiscOfOneTrackCountsAsDataAndIsReadAgainEachSecond) {
     EXPECT_EQ(enabledButtons(), allButtons);
 }
 
-TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudio) {
+TEST_F(DiscPollTest, ADataDiscIsShownAsNotAudioEvenAfterItsRemoval) {
     // A disc without audio was never loaded, so its removal changes nothing.
     disc.insert({60000});
     poll();
@@ -177,7 +177,7 @@ TEST_F(DiscPollTest, AFullDiscAndAnEmptyTrackAreRead) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:00:00");
 }
 
-TEST_F(DiscPollTest, AnotherDiscReplacesTheTable) {
+TEST_F(DiscPollTest, AnotherDiscReplacesTheTableOfTracks) {
     poll();
     disc.remove();
     poll();
@@ -188,10 +188,10 @@ TEST_F(DiscPollTest, AnotherDiscReplacesTheTable) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 00:30:00");
 }
 
-TEST_F(DiscPollTest, ATableIsKeptUntilTheDriveReportsThatItIsEmpty) {
+TEST_F(DiscPollTest, TheTableOfTracksIsKeptUntilTheDriveReportsThatItIsEmpty) {
     poll();
     disc.insert({30000, 31000});
-    EXPECT_EQ(poll(), look);
+    EXPECT_EQ(poll(), shortPoll);
     EXPECT_EQ(state.NumTracks, 3);
 }
 
@@ -215,7 +215,7 @@ TEST_F(DiscPollTest, ShowsTheLengthOfTheCurrentTrack) {
     EXPECT_EQ(form.tracktime.caption(), "Track time: 02:05:00");
 }
 
-TEST_F(DiscPollTest, ATrackBeyondTheTableKeepsTheShownLength) {
+TEST_F(DiscPollTest, ATrackBeyondTheTableOfTracksKeepsTheShownLength) {
     disc.insert({60000, 125000});
     poll();
     for (const char* position : {"03:00:10:00", "00:00:10:00", "-1:00:10:00"}) {
@@ -226,7 +226,7 @@ TEST_F(DiscPollTest, ATrackBeyondTheTableKeepsTheShownLength) {
     EXPECT_EQ(form.timeWindow.text(), "[-01] 00:10");
 }
 
-TEST_F(DiscPollTest, IsPlayingWhileTheModeBeginsWithPlaying) {
+TEST_F(DiscPollTest, PlayingIsTrueIfTheModeBeginsWithPlaying) {
     poll();
     struct Row {
         const char* mode;
@@ -282,7 +282,7 @@ TEST_F(DiscPollTest, ADiscRemovedWhilePlayingClearsPlaying) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:03");
 }
 
-TEST_F(DiscPollTest, RemovingTheDiscDoesNotChangeEject) {
+TEST_F(DiscPollTest, RemovingTheDiscDoesNotDisableEject) {
     poll();
     disc.remove();
     poll();
@@ -304,7 +304,7 @@ TEST_F(DiscPollTest, AFailedQueryTreatsTheDiscAsRemoved) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(DiscPollTest, ACountThatCannotBeReadKeepsThePreviousOne) {
+TEST_F(DiscPollTest, ATrackCountThatCannotBeReadKeepsThePreviousCount) {
     media.answer("status cd number of tracks wait", {.status = 263});
     EXPECT_THAT(poll(), ElementsAre("status cd media present", "status cd number of tracks wait",
                                     "status cd length wait", "seek cd to 1", "status cd position",
@@ -320,7 +320,7 @@ TEST_F(DiscPollTest, ACountThatCannotBeReadKeepsThePreviousOne) {
     EXPECT_EQ(form.CD.text(), "Not audio");
 }
 
-TEST_F(DiscPollTest, ATableThatCannotBeSizedKeepsItsOldLengths) {
+TEST_F(DiscPollTest, ATrackCountOfZeroOrLessKeepsTheOldTrackLengths) {
     poll();
     state.CDLoaded = false;
     for (const char* count : {"0", "-1"}) {
@@ -339,17 +339,17 @@ TEST_F(DiscPollTest, ALengthThatCannotBeReadIsEmpty) {
     EXPECT_EQ(state.TrackLengths[1], "01:00:00");
 }
 
-TEST_F(DiscPollTest, APositionThatCannotBeReadKeepsThePreviousOne) {
+TEST_F(DiscPollTest, APositionThatCannotBeReadKeepsThePreviousPosition) {
     poll();
     media.answer("status cd position", {.reply = "02:03:04:05"});
     poll();
     media.answer("status cd position", {.status = 263});
-    EXPECT_EQ(poll(), look);
+    EXPECT_EQ(poll(), shortPoll);
     EXPECT_EQ(form.timeWindow.text(), "[02] 03:04");
     EXPECT_TRUE(state.CDLoaded);
 }
 
-TEST_F(DiscPollTest, ADiscThatCannotBeMovedToItsStartClosesThePanelSilently) {
+TEST_F(DiscPollTest, AFailedSeekToTheFirstTrackClosesThePanelWithoutAMessage) {
     media.answer("seek cd to 1", {.status = 275});
     loop.advance(1s);
     EXPECT_FALSE(form.loaded());

@@ -11,14 +11,14 @@ namespace sonarith {
 
 namespace {
 
-/// The number in two characters of `reply`, if there is one.
+/// Stores the number that two characters of `reply` from index `at` on contain, if it is one.
 void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& target) {
     if (at < reply.size()) {
         toInteger16(reply.substr(at, 2)).storeIn(target);
     }
 }
 
-/// At least two digits.
+/// The number with at least two digits.
 std::string atLeastTwoDigits(std::int16_t number) {
     const std::string digits = std::to_string(std::abs(number));
     return (number < 0 ? "-" : "") + std::string(digits.size() < 2 ? "0" : "") + digits;

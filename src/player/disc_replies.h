@@ -23,7 +23,7 @@ void readTrackCount(std::string_view reply, DiscState& disc);
 /// not a number, `disc` keeps its value.
 void readPosition(std::string_view reply, DiscState& disc);
 
-/// "[03] 01:05". Longer numbers are not cut.
+/// The text of the display: "[03] 01:05". Numbers of more than two digits are written in full.
 [[nodiscard]] std::string positionText(const DiscState& disc);
 
 } // namespace sonarith

@@ -29,7 +29,7 @@ TEST(ReadTrackCount, ReadsTheFirstTwoCharacters) {
     }
 }
 
-TEST(ReadTrackCount, KeepsTheCountIfItCannotReadANewOne) {
+TEST(ReadTrackCount, KeepsTheCountIfTheReplyDoesNotBeginWithANumber) {
     for (const char* reply : {"", "x", "1x", "no tracks"}) {
         DiscState disc;
         disc.NumTracks = 5;
@@ -50,8 +50,8 @@ TEST(ReadPosition, ReadsEachNumberAtItsOffset) {
     EXPECT_EQ(disc.CurSec, 59);
 }
 
-TEST(ReadPosition, NumbersAreDecimal) {
-    // Read as binary-coded decimals, 15 would be followed by 10.
+TEST(ReadPosition, ReadsDecimalNumbers) {
+    // Tests all numbers of two digits, because digits read in another base differ only from 10 on.
     for (int number = 0; number < 100; ++number) {
         const std::string digits = (number < 10 ? "0" : "") + std::to_string(number);
         DiscState disc;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's state of the disc in the drive. Buttons and poll share it; it is kept when the panel
-// closes.
+// Stores what the player knows about the disc in the drive. The buttons and the poll share this
+// state; it is kept when the panel closes.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 namespace sonarith {
 
 struct DiscState {
-    /// The last mode that was read or commanded; true means playing. If true, a skip plays the new
-    /// track; otherwise it only moves to the track.
+    /// Whether the mode that was last read or commanded is playing. If true, a skip plays the new
+    /// track; otherwise the skip only seeks to that track.
     bool Playing = false;
     /// An audio disc has been read and the transport buttons are enabled.
     bool CDLoaded = false;

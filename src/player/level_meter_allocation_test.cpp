@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The meter's step runs a hundred times a second and allocates nothing. The one test of this
-// program that replaces the allocator.
+// Tests that the meter's step, which runs a hundred times a second, allocates nothing. This file
+// replaces the allocator of its test program (counted_allocations.h), so no other source of that
+// test program may do so.
 #include "player/level_meter.h"
 
 #include <gtest/gtest.h>

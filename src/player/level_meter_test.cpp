@@ -256,7 +256,7 @@ TEST_F(LevelMeterTest, Timer4AlsoRestartsAtTheRightEdge) {
     EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(LevelMeterTest, TheTimersRunAHundredTimesASecond) {
+TEST_F(LevelMeterTest, TheTimersHaveIntervalsOf10MillisecondsAndAreOff) {
     for (const Timer* timer : {&form.Timer2, &form.Timer3, &form.Timer4}) {
         EXPECT_EQ(timer->interval(), std::chrono::milliseconds(10)) << timer->name();
         EXPECT_FALSE(timer->enabled()) << timer->name();

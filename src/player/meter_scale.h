@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The position of a level: the bar's top and the trace's height, in twips. Only arithmetic;
+// Computes where the meter draws a level: the bar's top and the trace's height, in twips.
 // level_meter.h reads the levels. A level is 0 (silence) to 32768.
 #pragma once
 

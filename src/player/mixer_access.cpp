@@ -5,7 +5,7 @@ namespace sonarith {
 
 namespace {
 
-/// The request to read or write one value of `record`'s control.
+/// Returns the request to read or write one value of `record`'s control.
 MixerControlDetails detailsOf(const MixerControl& record, std::int32_t& value) {
     MixerControlDetails details;
     details.cbStruct = mixerControlDetailsSize;

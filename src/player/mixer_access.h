@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The operations on mixer controls that the panel needs: find, read, write, unmute. mixer_panel.h
-// assigns controls to sliders.
+// Finds, reads, writes and unmutes the mixer's controls for the panel. mixer_panel.h assigns
+// controls to sliders.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace sonarith {
 
 class MixerAccess {
   public:
-    /// Both must outlive this.
+    /// Both parameters must outlive this object.
     MixerAccess(Mixer& mixer, ProcessState& process) : mixer_(mixer), process_(process) {}
 
     /// Finds the control `controlType` of the line `componentType` (mixer_control, mixer_line).

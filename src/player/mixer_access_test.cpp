@@ -76,7 +76,7 @@ TEST_F(MixerAccessTest, ReadsAndWritesAValueAndStoresTheResult) {
     EXPECT_EQ(process.mixerLastError, MixerResult::noError);
 }
 
-TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsForAnyControl) {
+TEST_F(MixerAccessTest, ReadsAndWritesUseOneChannelAndNoItemsForAnyControl) {
     find(mixer_line::waveIn, mixer_control::peakMeter);
     ASSERT_EQ(record.cMultipleItems, 1U);
     EXPECT_EQ(access.GetControlValue(handle, record), 0);
@@ -87,7 +87,7 @@ TEST_F(MixerAccessTest, AValueHasOneChannelAndNoItemsForAnyControl) {
     EXPECT_EQ(mixer.lastDetails.dwControlID, record.dwControlID);
 }
 
-TEST_F(MixerAccessTest, WithoutAMixerEverythingFails) {
+TEST_F(MixerAccessTest, AllOperationsFailWithAnInvalidMixerHandle) {
     handle = 99;
     EXPECT_FALSE(find(mixer_line::speakers, mixer_control::volume));
     EXPECT_EQ(access.GetControlValue(handle, record), -1);
@@ -95,7 +95,7 @@ TEST_F(MixerAccessTest, WithoutAMixerEverythingFails) {
     EXPECT_FALSE(access.SetControlValue(handle, record, 1));
 }
 
-TEST_F(MixerAccessTest, AControlThatWasNeverFoundFails) {
+TEST_F(MixerAccessTest, WritingToAControlThatWasNeverFoundFails) {
     EXPECT_FALSE(access.SetControlValue(handle, record, 65535));
     EXPECT_EQ(process.mixerLastError, MixerResult::invalidControl);
     EXPECT_EQ(mixer.log.back(), "set none 65535");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The panel's mixer: the sliders with their numbers, the mute switches, and the button that reads
-// the card's levels into them. It handles no sound; level_meter.h is the meter.
+// Handles the panel's mixer: the sliders with their numbers, the mute switches, and the button that
+// sets sliders and numbers to the card's levels. It processes no sound; level_meter.h handles the
+// level meter.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +15,13 @@ namespace sonarith {
 
 class MixerPanel {
   public:
-    /// Sets the handlers of sliders, mute switches and Command2 to Command5. All must outlive this.
+    /// Sets the handlers of sliders, mute switches and Command2 to Command5. All parameters must
+    /// outlive this object.
     MixerPanel(const Platform& platform, Form4& form, MixerAccess& access, MixerState& state);
     MixerPanel(const MixerPanel&) = delete;
     MixerPanel& operator=(const MixerPanel&) = delete;
 
-    /// Opens the mixer again; returns whether there is one.
+    /// Opens the mixer, even if it is already open; returns whether a mixer exists.
     bool open();
 
     /// "MIXER": opens the mixer and shows its levels in sliders and numbers. If the card does not
@@ -33,11 +35,11 @@ class MixerPanel {
     /// Deliberate: writes the maximum to a control that is never looked up; this has no effect.
     void Command5_Click();
 
-    /// Unmutes the disc's line, as Option14 does. Nothing calls it.
+    /// Unmutes the disc's line, as Option14 does. Nothing calls this function.
     void SetMute();
 
   private:
-    /// A slider, the number beside it, and the mixer control of both.
+    /// A slider, the number beside it, and the mixer control whose level both show.
     struct Level {
         Slider& slider;
         TextBox& number;
