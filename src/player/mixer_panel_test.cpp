@@ -65,7 +65,7 @@ TEST_F(MixerPanelTest, ASliderIsInvertedAndItsNumberIsBetween0And10) {
     }
 }
 
-TEST_F(MixerPanelTest, ReadingRunsNoSlidersHandler) {
+TEST_F(MixerPanelTest, ReadingTheLevelsRunsNoHandlerOfASlider) {
     mixer.put(mixer_line::speakers, mixer_control::volume, 100);
     for (const std::string& operation : operationsOf([&] { form.Command2.click(); })) {
         EXPECT_FALSE(operation.starts_with("mixer set")) << operation;
@@ -182,7 +182,7 @@ TEST_F(MixerPanelTest, TheSpareControlIsNeverLookedUpAndItsWriteHasNoEffect) {
 
 // --- sliders -------------------------------------------------------------------------------
 
-TEST_F(MixerPanelTest, AMovedSliderWritesItsLevelAndItsNumber) {
+TEST_F(MixerPanelTest, AMovedSliderWritesItsLevelAndChangesItsNumber) {
     struct Row {
         Slider& slider;
         TextBox& number;
@@ -212,7 +212,7 @@ TEST_F(MixerPanelTest, TheTrebleSliderFindsItsControlAtEachMove) {
     EXPECT_EQ(form.Treblesliderte.text(), "9");
 }
 
-TEST_F(MixerPanelTest, WithoutTrebleItsSliderWritesNothingAndKeepsTheNumber) {
+TEST_F(MixerPanelTest, TheTrebleSliderWritesNothingAndKeepsItsNumberIfTheControlIsMissing) {
     removeTone(mixer_control::treble);
     player.mixerState.Volume = 77;
     EXPECT_THAT(operationsOf([&] { form.trebleslider.moveTo(30000); }),
@@ -221,7 +221,7 @@ TEST_F(MixerPanelTest, WithoutTrebleItsSliderWritesNothingAndKeepsTheNumber) {
     EXPECT_EQ(player.mixerState.Volume, 77);
 }
 
-TEST_F(MixerPanelTest, WithoutBassItsSliderWritesToNoControlAndChangesTheNumber) {
+TEST_F(MixerPanelTest, TheBassSliderWritesToNoControlAndChangesItsNumberIfTheControlIsMissing) {
     removeTone(mixer_control::bass);
     EXPECT_THAT(operationsOf([&] { form.BassSlider.moveTo(65535); }),
                 ElementsAre("mixer set none 0"));
@@ -310,7 +310,7 @@ TEST_F(MixerPanelTest, AMissingMuteControlShowsNoMessage) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(MixerPanelTest, WithoutAMuteControlTheControlOfTheRecordIsWritten) {
+TEST_F(MixerPanelTest, ASwitchWithoutAMuteControlWritesToThePreviousControlOfItsRecord) {
     // The result of the look-up is not used, and the switches share the records.
     mixer.removeLine(mixer_line::compactDisc);
     form.Option2.click();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The state shared by the panel's mixer sliders, mutes and level meter: the mixer's handle, the
-// found controls, and one scratch value. It is never reset, even when the panel is closed.
+// Stores what the panel's mixer sliders, mute switches and level meter share: the mixer's handle,
+// the found controls, and one scratch value. This state is never reset, even when the panel is
+// closed.
 #pragma once
 
 #include <cstdint>
@@ -11,19 +12,19 @@ namespace sonarith {
 
 /// A record whose control was never found has the identifier 0, which no control has.
 struct MixerState {
-    /// The handle of the last open that succeeded; earlier ones stay open.
+    /// The handle of the last open that succeeded; earlier handles stay open.
     MixerHandle hMixer = 0;
     /// The results of the last call and of the last look-up of a control.
     MixerResult mixerResult = MixerResult::noError;
     bool mixerFound = false;
-    /// Scratch value of sliders and meter. Each writes it before reading it and does not yield in
-    /// between.
+    /// Scratch value of sliders and meter. Each of their handlers writes it before reading it and
+    /// does not yield between the two.
     std::int32_t Volume = 0;
 
     MixerControl MuteCtrlA; ///< scratch record of the mute switches
     MixerControl MuteCtrlB; ///< second scratch record of the mute switches
     MixerControl VolCtrl;   ///< master volume
-    MixerControl SpareCtrl; ///< never looked up
+    MixerControl SpareCtrl; ///< its control is never looked up
     MixerControl CDVolCtrl;
     MixerControl TrebleCtrl;
     MixerControl BassCtrl;

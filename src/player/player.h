@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player: one object of each of its classes, wired to the panel. It has no behaviour of its
-// own.
+// Creates one object of each class of the CD player and connects them to the panel. This struct
+// adds no behaviour.
 #pragma once
 
 #include "forms/windows.h"
@@ -21,7 +21,7 @@
 namespace sonarith {
 
 struct Player {
-    /// All must outlive this.
+    /// All parameters must outlive this object.
     Player(const Platform& platform, ProcessState& process, Windows& windows)
         : access(platform.mixer, process),
           mixer(platform, windows.Form4, access, mixerState),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Another disc or drive is chosen while the player is on: the player's device is closed for the
-// main window, and opened again. disc_poll_test.cpp tests a disc that is changed in the drive.
+// Tests the choice of another disc or drive while the player is on: the player closes its device
+// for the main window, and opens it again. disc_poll_test.cpp tests a disc that is changed in the
+// drive.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -45,7 +46,7 @@ TEST_F(PlayersOtherDiscTest, IsShownByTheFirstPollAfterItsDeviceIsOpenAgain) {
 
 TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     player.power.releaseDisc();
-    // The main window's device, in a format that the player does not read.
+    // Opens the main window's device, which uses a time format that the player cannot read.
     ASSERT_EQ(media.sendString("open cdaudio alias cd"), mciSuccess);
     EXPECT_THAT(commandsOf([&] { loop.advance(5s); }), IsEmpty());
     EXPECT_EQ(form.CD.text(), "No CD");
@@ -55,7 +56,7 @@ TEST_F(PlayersOtherDiscTest, IsNotPolledWhileTheMainWindowReadsIt) {
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
 }
 
-TEST_F(PlayersOtherDiscTest, MayBeMissingInTheDrive) {
+TEST_F(PlayersOtherDiscTest, IsFoundWhenItIsInsertedLater) {
     player.power.releaseDisc();
     disc.remove();
     player.power.openDiscAgain();
@@ -67,7 +68,7 @@ TEST_F(PlayersOtherDiscTest, MayBeMissingInTheDrive) {
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(PlayersOtherDiscTest, InADriveThatIsMissingSwitchesThePlayerOffAndKeepsThePanel) {
+TEST_F(PlayersOtherDiscTest, SwitchesThePlayerOffAndKeepsThePanelIfTheDriveIsMissing) {
     form.show();
     player.power.releaseDisc();
     media.answer("open cdaudio alias cd wait shareable", {.status = 266});
@@ -78,7 +79,7 @@ TEST_F(PlayersOtherDiscTest, InADriveThatIsMissingSwitchesThePlayerOffAndKeepsTh
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(PlayersOtherDiscTest, IsNotOpenedIfThePlayerWasSwitchedMeanwhile) {
+TEST_F(PlayersOtherDiscTest, IsNotOpenedAgainIfThePlayerWasSwitchedOnOrOffAfterTheRelease) {
     player.power.releaseDisc();
     form.optNoCD.choose();
     EXPECT_THAT(operationsOf([&] { player.power.openDiscAgain(); }), IsEmpty());

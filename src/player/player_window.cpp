@@ -99,7 +99,7 @@ void PlayerWindow::Form_Load() {
 }
 
 void PlayerWindow::Form_QueryUnload() {
-    // Save first: the switch-off would close the disc of the capture.
+    // Saves first, because the switch-off closes the disc of the capture.
     commands_.saveRunningCapture();
     form_.Command6.click();
 }

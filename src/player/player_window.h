@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window of the panel: its load and unload, its menus, and the surfaces with which it is
-// dragged. Power, transport, mixer and meter are separate classes.
+// Handles the panel's window: its load and unload, its menus, and the surfaces with which the user
+// drags it. Power, transport, mixer and meter are separate classes.
 #pragma once
 
 #include "forms/windows.h"
@@ -14,8 +14,8 @@ namespace sonarith {
 
 class PlayerWindow {
   public:
-    /// Sets the handlers of the window's own events, of its menus and of Command1. All must outlive
-    /// this.
+    /// Sets the handlers of the window's own events, of its menus and of Command1. All parameters
+    /// must outlive this object.
     PlayerWindow(ProcessState& process, Windows& windows, CdCommands& commands,
                  MeterCapture& meterCapture, DiscState& disc);
     PlayerWindow(const PlayerWindow&) = delete;
@@ -26,7 +26,8 @@ class PlayerWindow {
     void Form_Load();
     /// Switches the player off; a running capture is stopped and saved first. Yields.
     void Form_QueryUnload();
-    /// Closes every device of the process. Yields while a capture that began meanwhile is saved.
+    /// Closes every device of the process. Yields while a capture that began during the unload is
+    /// saved.
     void Form_Unload();
 
     /// "EXIT": closes every device of the process and then the panel. Yields.

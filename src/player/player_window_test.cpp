@@ -56,7 +56,7 @@ TEST_F(PlayerWindowTest, TheLoadOpensNoDiscAndNoInput) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(PlayerWindowTest, TheUnloadSwitchesOffFirstAndThenClosesAllDevices) {
+TEST_F(PlayerWindowTest, TheUnloadSwitchesThePlayerOffAndThenClosesAllDevices) {
     switchOn();
     form.show();
     form.play.click();
@@ -88,7 +88,7 @@ TEST_F(PlayerWindowTest, TheUnloadIgnoresAFailureOfItsCloseAll) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(PlayerWindowTest, TheStateOfADiscIsKeptWhenThePanelIsClosed) {
+TEST_F(PlayerWindowTest, TheDiscsTracksAreKeptWhenThePanelIsLoadedAgain) {
     switchOn();
     form.ftrack.click();
     form.unload();
@@ -120,7 +120,7 @@ TEST_F(PlayerWindowTest, ExitChecksItsSecondCloseAll) {
     media.answer("close all", {.status = 299});
     EXPECT_THAT(commandsOf([&] { form.Command1.click(); }),
                 ElementsAre("close all", "close all", // EXIT's own
-                            "close all", "close all", // after the failure of the second one
+                            "close all", "close all", // after the failure of the second command
                             "stop cd", "close cd", "close all" // the panel's unload
                             ));
     EXPECT_FALSE(form.loaded());
@@ -129,7 +129,7 @@ TEST_F(PlayerWindowTest, ExitChecksItsSecondCloseAll) {
 
 // --- menus ---------------------------------------------------------------------------------
 
-TEST_F(PlayerWindowTest, EntriesActAsClicksOnTheirButtonsEvenIfDisabled) {
+TEST_F(PlayerWindowTest, MenuEntriesActAsClicksOnTheirButtonsEvenIfTheButtonsAreDisabled) {
     std::vector<std::string> clicks;
     const auto note = [&](const Control& control) {
         return [&clicks, &control] {
@@ -150,7 +150,7 @@ TEST_F(PlayerWindowTest, EntriesActAsClicksOnTheirButtonsEvenIfDisabled) {
                                     "stopbtn", "stopbtn"));
 }
 
-TEST_F(PlayerWindowTest, TheEntriesSetThePowerSwitch) {
+TEST_F(PlayerWindowTest, PopupEntriesSetThePowerSwitch) {
     form.mnuCDonp.click();
     EXPECT_TRUE(form.OptCD.selected());
     EXPECT_TRUE(on());
@@ -160,7 +160,7 @@ TEST_F(PlayerWindowTest, TheEntriesSetThePowerSwitch) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PlayerWindowTest, MinimizeHasNoAction) {
+TEST_F(PlayerWindowTest, TheMinimizeEntriesHaveNoAction) {
     bool asked = false;
     const Connection minimized = form.minimizeRequested.connect([&] { asked = true; });
     form.show();
@@ -173,7 +173,7 @@ TEST_F(PlayerWindowTest, MinimizeHasNoAction) {
     EXPECT_TRUE(form.visible());
 }
 
-TEST_F(PlayerWindowTest, CloseUnloadsThePanel) {
+TEST_F(PlayerWindowTest, TheCloseEntriesUnloadThePanel) {
     for (MenuItem* entry : {&form.mnuUnloadCD, &form.mnuCloseCDp}) {
         form.load();
         entry->click();
@@ -256,7 +256,7 @@ TEST_F(PlayerSurfacesTest, ThreeSurfacesDragTheWindowByAPressOfTheLeftButton) {
               0);
 }
 
-TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupOnTwoOfThem) {
+TEST_F(PlayerSurfacesTest, TheRightButtonOpensThePopupOnPicture3AndOnTheTrace) {
     run(form.Picture3.onMouseDown, right);
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
     run(form.picPeakVol.onMouseDown, right);

@@ -11,7 +11,8 @@ namespace {
 constexpr std::string_view openCommand = "open cdaudio alias cd wait shareable";
 constexpr std::string_view formatCommand = "set cd time format tmsf wait";
 
-/// Counts a procedure while it runs, even if the end of the program unwinds it.
+/// Counts a procedure as running as long as this object exists. The destructor also runs if the end
+/// of the program unwinds the stack.
 class UnderWay {
   public:
     explicit UnderWay(int& count) : count_(count) { ++count_; }
@@ -48,7 +49,8 @@ PowerSwitch::PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, Mix
 
 void PowerSwitch::OptCD_Click() {
     if (switchingOff_ > 0) {
-        // The switch was pressed in a yield of a switch-off: the player would be left partly on.
+        // The user pressed the switch in a yield of a switch-off. Continuing would leave the player
+        // partly on.
         form_.OptCD.setSelected(false);
         return;
     }
@@ -143,7 +145,7 @@ void PowerSwitch::releaseDisc() {
     form_.Timer6.setEnabled(false);
     form_.eject.setEnabled(false);
     closeDisc();
-    // Without an open device the poll finds no medium, and drops the previous disc.
+    // Without an open device the poll finds no medium, so it treats the previous disc as removed.
     poll_.UpdatePlayer();
 }
 

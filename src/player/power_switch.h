@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The player's power switch: opens devices when it is switched on, and closes and mutes them when
-// it is switched off by the user, by the start of an action or by the panel's close.
+// The player's power switch: opens the disc and the meter's input when the user switches the player
+// on. Closes them and mutes the disc when the user, the start of an action or the panel's unload
+// switches the player off.
 #pragma once
 
 #include "forms/form4.h"
@@ -16,28 +17,30 @@ namespace sonarith {
 
 class PowerSwitch {
   public:
-    /// Sets the handlers of OptCD, optNoCD and Command6. All must outlive this.
+    /// Sets the handlers of OptCD, optNoCD and Command6. All parameters must outlive this object.
     PowerSwitch(EventLoop& loop, Form4& form, CdCommands& commands, MixerPanel& mixer,
                 MeterCapture& capture, LevelMeter& meter, DiscPoll& poll, DiscState& disc);
     PowerSwitch(const PowerSwitch&) = delete;
     PowerSwitch& operator=(const PowerSwitch&) = delete;
 
-    /// Switches on. Without a disc device the panel unloads itself silently. A running capture is
-    /// stopped and saved first. Only one instance of the program runs per user, so no other one can
-    /// use the disc. Yields in messages, while saving, and if a command fails. Does nothing while
-    /// the player is being switched off, and stops if it is switched off meanwhile.
+    /// Switches the player on. If the disc device cannot be opened, the panel is unloaded without a
+    /// message. A running capture is stopped and saved first. Only one instance of the program runs
+    /// per user, so no other instance can use the disc. Yields in messages, while saving, and if a
+    /// command fails. Does nothing while the player is being switched off, and ends early if the
+    /// player is switched off during one of these yields.
     void OptCD_Click();
-    /// Switches off. The disc's line stays muted. Yields once.
+    /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();
     /// Switches the whole panel off in any state. Deselects both positions of the switch. Yields
     /// seven times.
     void Command6_Click();
-    /// Call before the main window reads another chosen disc or drive, for which it opens the
-    /// device: a player that is on closes the device, shows no disc, and stops polling.
+    /// Call before the main window reads a newly chosen disc or drive. The main window opens the
+    /// device for this. A player that is on therefore closes the device, shows no disc, and stops
+    /// polling.
     void releaseDisc();
     /// Call after releaseDisc(): opens the device again, and the next poll finds the chosen disc.
-    /// Without a disc device the player is switched off, which yields. No effect if the player was
-    /// switched meanwhile.
+    /// If the device cannot be opened, the player is switched off, which yields. Has no effect if
+    /// the player was switched on or off since releaseDisc().
     void openDiscAgain();
 
     /// Resets mixer, meter, device and display before the disc is opened; does nothing without a
@@ -60,7 +63,7 @@ class PowerSwitch {
     LevelMeter& meter_;
     DiscPoll& poll_;
     DiscState& disc_;
-    int switchingOff_ = 0; ///< the number of running procedures that switch it off
+    int switchingOff_ = 0; ///< the number of running procedures that switch the player off
     int timesSwitchedOff_ = 0;
     bool discReleased_ = false; ///< between releaseDisc() and openDiscAgain()
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the order of the power switch's steps: the panel's state at the time of each command, and
-// the state that does not change. The commands themselves are tested in power_switch_test.cpp.
+// the state that the steps do not change. The commands themselves are tested in
+// power_switch_test.cpp.
 #include "player/power_switch.h"
 
 #include <functional>
@@ -14,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct PowerSwitchOrderTest : test::PlayerWorld {
-    /// Clicks "on" and runs `look` when `command` is sent. Returns how often it was sent.
+    /// Clicks "on" and runs `look` when `command` is sent. Returns how often `command` was sent.
     int lookAt(const std::string& command, const std::function<void()>& look) {
         int times = 0;
         media.onCommand = [&](std::string_view sent) {
@@ -29,7 +30,7 @@ struct PowerSwitchOrderTest : test::PlayerWorld {
     }
 };
 
-TEST_F(PowerSwitchOrderTest, MeterAndEjectStartAfterTheTimeFormat) {
+TEST_F(PowerSwitchOrderTest, TheMeterStartsAndEjectIsEnabledAfterTheTimeFormatIsSet) {
     for (const char* command :
          {"open cdaudio alias cd wait shareable", "set cd time format tmsf wait"}) {
         EXPECT_EQ(lookAt(command,
@@ -44,7 +45,7 @@ TEST_F(PowerSwitchOrderTest, MeterAndEjectStartAfterTheTimeFormat) {
     }
 }
 
-TEST_F(PowerSwitchOrderTest, OnWhileOnStopsThePollNotTheMeterAndKeepsTheText) {
+TEST_F(PowerSwitchOrderTest, SwitchingOnWhileOnStopsThePollButNotTheMeterAndKeepsTheText) {
     switchOn();
     EXPECT_EQ(lookAt("open cdaudio alias cd wait shareable",
                      [&] {
@@ -75,13 +76,13 @@ TEST_F(PowerSwitchOrderTest, TheResetStopsThePollThenClosesTheDiscThenClearsTheP
                          EXPECT_EQ(form.timeWindow.text(), "");
                          EXPECT_EQ(form.tracktime.caption(), "");
                          EXPECT_TRUE(player.disc.CDLoaded)
-                             << "CDLoaded is cleared later, before the disc is opened";
+                             << "CDLoaded was cleared before \"stop voice1\" was sent";
                      }),
               1);
     EXPECT_FALSE(player.disc.CDLoaded);
 }
 
-TEST_F(PowerSwitchOrderTest, OffKeepsTheStateOfTheDisc) {
+TEST_F(PowerSwitchOrderTest, SwitchingOffKeepsTheStateOfTheDisc) {
     switchOn();
     form.optNoCD.choose();
     EXPECT_TRUE(player.disc.CDLoaded);

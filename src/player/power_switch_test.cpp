@@ -51,7 +51,7 @@ struct PowerSwitchTest : test::PlayerWorld {
     Operations switchOffForAnAction() {
         return operationsOf([&] { form.Command6.click(); });
     }
-    /// The meter has drawn something.
+    /// Makes the meter draw a level.
     void showMeter() {
         mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
         form.Timer3.fire();
@@ -60,7 +60,7 @@ struct PowerSwitchTest : test::PlayerWorld {
 
 // --- on ------------------------------------------------------------------------------------
 
-TEST_F(PowerSwitchTest, OnRunsItsStepsInOrder) {
+TEST_F(PowerSwitchTest, SwitchingOnRunsItsStepsInOrder) {
     EXPECT_EQ(clickOn(),
               joined({inputStarts, unmutes, meterPrepared, discCloses, voiceCloses, discOpens}));
     EXPECT_TRUE(on());
@@ -74,7 +74,7 @@ TEST_F(PowerSwitchTest, OnRunsItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, OnUnmutesTheMasterAndTheDisc) {
+TEST_F(PowerSwitchTest, SwitchingOnUnmutesTheMasterAndTheDisc) {
     mixer.put(mixer_line::speakers, mixer_control::mute, 1);
     mixer.put(mixer_line::compactDisc, mixer_control::mute, 1);
     mixer.put(mixer_line::waveOut, mixer_control::mute, 1);
@@ -104,7 +104,7 @@ TEST_F(PowerSwitchTest, TheStatusOfUncheckedCommandsIsStoredInFileIndex) {
     EXPECT_EQ(process.fileIndex, 4);
 }
 
-TEST_F(PowerSwitchTest, OnWhileOnReopensTheDiscAndStartsTheInputOnlyOnce) {
+TEST_F(PowerSwitchTest, SwitchingOnWhileOnReopensTheDiscAndDoesNotStartTheInputAgain) {
     switchOn();
     form.play.click();
     EXPECT_EQ(clickOn(), joined({unmutes, meterPrepared, discCloses, voiceCloses, discOpens}));
@@ -176,7 +176,7 @@ TEST_F(PowerSwitchTest, AnInputThatCannotBeOpenedIsReportedAndThePlayerWorksAnyw
     EXPECT_FALSE(form.picPeakVol.lines().empty());
 }
 
-TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
+TEST(PowerSwitchWithoutMixer, SwitchingOnSkipsTheResetAndReadsTheDisc) {
     test::PlayerBench bench;
     bench.form.unload();
     bench.player.mixerState = {};
@@ -201,7 +201,7 @@ TEST(PowerSwitchWithoutMixer, OnSkipsTheResetAndPlays) {
     EXPECT_TRUE(bench.off());
 }
 
-TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
+TEST(PowerSwitchWithoutMixer, SwitchingOnWhileOnStopsThePollBeforeTheDiscIsOpened) {
     // The reset, which would stop the poll too, ends early without a mixer.
     test::PlayerBench bench;
     bench.switchOn();
@@ -220,7 +220,7 @@ TEST(PowerSwitchWithoutMixer, OnWhileOnStopsThePollBeforeTheDiscIsOpened) {
 
 // --- off -----------------------------------------------------------------------------------
 
-TEST_F(PowerSwitchTest, OffRunsItsStepsInOrder) {
+TEST_F(PowerSwitchTest, SwitchingOffRunsItsStepsInOrder) {
     switchOn();
     form.play.click();
     showMeter();
@@ -244,7 +244,7 @@ TEST_F(PowerSwitchTest, OffRunsItsStepsInOrder) {
     EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(PowerSwitchTest, OffStopsEveryTimer) {
+TEST_F(PowerSwitchTest, SwitchingOffStopsEveryTimer) {
     switchOn();
     for (Timer* timer : {&form.Timer2, &form.Timer4}) {
         timer->setEnabled(true);
@@ -256,7 +256,7 @@ TEST_F(PowerSwitchTest, OffStopsEveryTimer) {
     EXPECT_THAT(operationsOf([&] { loop.advance(10s); }), IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, OffWhileOffRepeatsItsStepsHarmlessly) {
+TEST_F(PowerSwitchTest, SwitchingOffWhileOffRepeatsItsStepsWithoutAMessage) {
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(clickOff(), joined({inputStopsAgain, mutesDisc, yields, discCloses}));
         EXPECT_TRUE(off());
@@ -265,7 +265,7 @@ TEST_F(PowerSwitchTest, OffWhileOffRepeatsItsStepsHarmlessly) {
     EXPECT_EQ(process.fileIndex, test::SimulatedDisc::refused);
 }
 
-TEST_F(PowerSwitchTest, OffKeepsTheInputBoxTicked) {
+TEST_F(PowerSwitchTest, SwitchingOffKeepsTheInputBoxTicked) {
     switchOn();
     form.Check3.setValue(1).passOver();
     clickOff();
@@ -273,7 +273,7 @@ TEST_F(PowerSwitchTest, OffKeepsTheInputBoxTicked) {
     EXPECT_TRUE(off());
 }
 
-TEST_F(PowerSwitchTest, TimersDuringTheSwitchOffLeaveTheDisplaysClear) {
+TEST_F(PowerSwitchTest, TicksDuringTheSwitchOffLeaveTheDisplaysClear) {
     switchOn();
     disc.remove();
     mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 20000);
@@ -286,7 +286,7 @@ TEST_F(PowerSwitchTest, TimersDuringTheSwitchOffLeaveTheDisplaysClear) {
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchTest, RepeatedOnAndOffLeavesNothingOpen) {
+TEST_F(PowerSwitchTest, RepeatedSwitchingOnAndOffLeavesNothingOpen) {
     for (int i = 0; i < 5; ++i) {
         switchOn();
         EXPECT_TRUE(on());
@@ -299,7 +299,7 @@ TEST_F(PowerSwitchTest, RepeatedOnAndOffLeavesNothingOpen) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-// --- off for an action ---------------------------------------------------------------------
+// --- the full switch-off: Command6, clicked before an action ---------------------------------
 
 TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     switchOn();
@@ -318,7 +318,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffRunsItsStepsInOrder) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksInputWhichStopsItAgain) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksTheInputBoxWhichStopsTheInputAgain) {
     switchOn();
     form.Check3.setValue(1).passOver();
     EXPECT_EQ(switchOffForAnAction(),
@@ -328,7 +328,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffUnticksInputWhichStopsItAgain) {
     EXPECT_EQ(form.Check3.value(), 0);
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsBothMuteSwitchesOfTheDisc) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsOnlyTheMuteSwitchOfTheDisc) {
     form.Option13.choose();
     switchOffForAnAction();
     EXPECT_FALSE(form.Option13.selected());
@@ -340,7 +340,7 @@ TEST_F(PowerSwitchTest, TheFullSwitchOffDeselectsBothMuteSwitchesOfTheDisc) {
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchTest, TheFullSwitchOffShowsItsStepsAtItsYields) {
+TEST_F(PowerSwitchTest, TheFullSwitchOffHasRunTheseStepsAtEachOfItsYields) {
     switchOn();
     form.Check3.setValue(1).passOver();
     showMeter();

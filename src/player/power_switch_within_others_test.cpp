@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The power switch is clicked during another step of the panel, or another step runs during the
-// switch's steps. switch_off_sweep_test.cpp tests every yield of a switch-off.
+// Tests clicks on the power switch during other steps of the panel, and other steps during those of
+// the switch. switch_off_sweep_test.cpp tests every yield of a switch-off.
 #include "player/power_switch.h"
 
 #include "support/player_world.h"
@@ -13,7 +13,7 @@ using testing::ElementsAre;
 
 struct PowerSwitchDuringOtherStepsTest : test::PlayerWorld {};
 
-TEST_F(PowerSwitchDuringOtherStepsTest, OnIsRefusedWhileItIsSwitchedOff) {
+TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnIsRefusedWhileThePlayerIsBeingSwitchedOff) {
     switchOn();
     loop.atYield(1, [&] { form.OptCD.choose(); });
     EXPECT_THAT(commandsOf([&] { form.optNoCD.choose(); }), ElementsAre("stop cd", "close cd"));
@@ -21,7 +21,7 @@ TEST_F(PowerSwitchDuringOtherStepsTest, OnIsRefusedWhileItIsSwitchedOff) {
     EXPECT_TRUE(looksOff());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePanelIsClosedDuringTheInputsMessage) {
+TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnEndsIfThePanelIsClosedDuringTheInputsMessage) {
     waveInput.failures["open"] = WaveResult::notEnabled;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.unload();
@@ -33,7 +33,8 @@ TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePanelIsClosedDuringTheInputsM
     EXPECT_TRUE(discMuted());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePlayerIsSwitchedOffDuringTheInputsMessage) {
+TEST_F(PowerSwitchDuringOtherStepsTest,
+       SwitchingOnEndsIfThePlayerIsSwitchedOffDuringTheInputsMessage) {
     waveInput.failures["prepare"] = WaveResult::invalidParameter;
     boxes.whileUp = [&](const test::ShownBox&) {
         form.optNoCD.choose();
@@ -45,7 +46,7 @@ TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePlayerIsSwitchedOffDuringTheI
     EXPECT_TRUE(form.optNoCD.selected());
 }
 
-TEST_F(PowerSwitchDuringOtherStepsTest, OnEndsIfThePanelIsClosedWhileACaptureIsSaved) {
+TEST_F(PowerSwitchDuringOtherStepsTest, SwitchingOnEndsIfThePanelIsClosedWhileACaptureIsSaved) {
     main.load();
     main.Command8.onClick = [&] {
         main.tmrRecord.setEnabled(false);

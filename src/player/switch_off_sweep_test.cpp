@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// All events that may happen between the steps of a switch-off: at each yield of Command6_Click, of
-// the panel's close and of "off".
+// Tests every way to switch the player off (Command6, close, EXIT, "off") while it is interrupted:
+// each event runs once at each yield of each switch-off.
 #include <functional>
 #include <memory>
 #include <string>
@@ -41,7 +41,7 @@ std::vector<Event> events() {
          [](PlayerBench& bench) {
              bench.form.OptCD.choose();
          }},
-        {"on and a second",
+        {"on, then one second passes",
          [](PlayerBench& bench) {
              bench.form.OptCD.choose();
              bench.loop.advance(1s);
@@ -55,7 +55,7 @@ std::vector<Event> events() {
              bench.form.optNoCD.choose();
              bench.form.OptCD.choose();
          }},
-        {"switched off for an action",
+        {"an action starts and switches the player off",
          [](PlayerBench& bench) {
              bench.form.Command6.click();
          }},
@@ -71,7 +71,7 @@ std::vector<Event> events() {
          [](PlayerBench& bench) {
              bench.form.eject.click();
          }},
-        {"disc taken out",
+        {"disc removed",
          [](PlayerBench& bench) {
              bench.disc.remove();
              bench.loop.advance(1s);
@@ -96,7 +96,7 @@ std::vector<Event> events() {
              bench.media.answer("open cdaudio alias cd wait shareable", {.status = 266});
              bench.player.power.openDiscAgain();
          }},
-        {"a disc that cannot be moved",
+        {"a disc on which seeking fails",
          [](PlayerBench& bench) {
              bench.disc.remove();
              bench.loop.advance(1s);
@@ -111,7 +111,7 @@ std::vector<Event> events() {
              bench.disc.insert({5000});
              bench.loop.advance(1s);
          }},
-        {"a loud second",
+        {"one second with a high level",
          [](PlayerBench& bench) {
              bench.mixer.put(mixer_line::waveIn, mixer_control::peakMeter, 30000);
              bench.loop.advance(1s);
@@ -163,7 +163,7 @@ bool runWith(PlayerBench& bench, const SwitchOff& switchOff, const Event& event,
     return progress->reached;
 }
 
-void expectOffForGood(PlayerBench& bench) {
+void expectOffAndSilent(PlayerBench& bench) {
     EXPECT_TRUE(bench.off());
     EXPECT_EQ(bench.loop.wakeupCount(), 0U);
     EXPECT_EQ(bench.process.PlayerOpen, bench.form.loaded());
@@ -177,11 +177,11 @@ void expectOffForGood(PlayerBench& bench) {
         EXPECT_FALSE(bench.form.visible());
     }
     EXPECT_TRUE(bench.boxes.shown.empty());
-    // This does not change later.
+    // The player stays off.
     EXPECT_TRUE(bench.operationsOf([&] { bench.loop.advance(5s); }).empty());
 }
 
-void expectThatItWorksAgain(PlayerBench& bench) {
+void expectThatThePlayerWorksAgain(PlayerBench& bench) {
     bench.media.forgetAnswers();
     bench.process.CDPaused = false;
     bench.disc.insert({60000, 60000, 60000});
@@ -213,18 +213,18 @@ TEST(EverySwitchOff, WithAnyEventAtAnyYieldEndsInSilenceAndThePlayerWorksAgain) 
                 bench.form.play.click();
                 bench.loop.advance(3s);
                 reached = runWith(bench, switchOff, event, n);
-                expectOffForGood(bench);
+                expectOffAndSilent(bench);
                 if (switchOff.closesPanel) {
                     EXPECT_FALSE(bench.form.loaded());
                 }
-                expectThatItWorksAgain(bench);
+                expectThatThePlayerWorksAgain(bench);
             }
             EXPECT_EQ(n - 2, switchOff.yields) << switchOff.name << ", " << event.name;
         }
     }
 }
 
-TEST(EverySwitchOff, WithTheInputTickedAtAnyYieldLeavesNoInputOpen) {
+TEST(EverySwitchOff, WithTheInputBoxTickedAtAnyYieldLeavesTheInputOpenOnlyIfTheCaptureRuns) {
     const Event tick{"input", [](PlayerBench& bench) {
                          bench.form.Check3.setValue(1).passOver();
                      }};
@@ -234,7 +234,8 @@ TEST(EverySwitchOff, WithTheInputTickedAtAnyYieldLeavesNoInputOpen) {
             PlayerBench bench;
             bench.switchOn();
             EXPECT_TRUE(runWith(bench, switchOff, tick, n));
-            // The user's choice is kept: the input runs while the player is off.
+            // If the box is ticked after the last StopMeter(), the user's choice is kept: the input
+            // runs although the player is off.
             EXPECT_FALSE(bench.disc.discOpen());
             EXPECT_FALSE(bench.form.Timer6.enabled());
             EXPECT_EQ(bench.waveInput.isOpen, bench.player.capture.running());
@@ -250,7 +251,7 @@ TEST(EverySwitchOff, WithTheInputTickedAtAnyYieldLeavesNoInputOpen) {
     }
 }
 
-TEST(EverySwitchOff, OfAnEmptyOrSilentPlayerWithAnyEventAlsoEndsInSilence) {
+TEST(EverySwitchOff, WithAnEmptyDriveOrWithoutASwitchOnBeforeAlsoEndsInSilence) {
     for (const SwitchOff& switchOff : switchOffs()) {
         for (const Event& event : events()) {
             for (int n = 1; n <= switchOff.yields; ++n) {
@@ -263,8 +264,8 @@ TEST(EverySwitchOff, OfAnEmptyOrSilentPlayerWithAnyEventAlsoEndsInSilence) {
                         bench.switchOn();
                     }
                     EXPECT_TRUE(runWith(bench, switchOff, event, n));
-                    expectOffForGood(bench);
-                    expectThatItWorksAgain(bench);
+                    expectOffAndSilent(bench);
+                    expectThatThePlayerWorksAgain(bench);
                 }
             }
         }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The transport buttons: play, pause, stop, skip and eject. Power and display are elsewhere.
+// Handles the transport buttons: play, pause, stop, skip and eject. power_switch.h handles the
+// power switch, disc_poll.h the display.
 #pragma once
 
 #include <string>
@@ -14,25 +15,25 @@ namespace sonarith {
 
 class Transport {
   public:
-    /// Sets the handlers of the six buttons. All must outlive this.
+    /// Sets the handlers of the six buttons. All parameters must outlive this object.
     Transport(ProcessState& process, Form4& form, CdCommands& commands, DiscPoll& poll,
               DiscState& disc);
     Transport(const Transport&) = delete;
     Transport& operator=(const Transport&) = delete;
 
-    // Deliberate: a failed checked command unloads the panel, which yields. The handler then
-    // continues, and its remaining commands fail.
+    // Deliberate: if a command sent with CommandCheck::checked fails, SendMCI closes all devices,
+    // unloads the panel and yields. The handler then continues, and its remaining commands fail.
 
     /// Continues after a pause; otherwise plays the track that is selected in the main window,
     /// or the current track if none is selected. Deliberate: on the last track nothing is sent.
     void play_Click();
     void pause_Click();
-    /// Stops and moves to the current track's start. Enables "Eject".
+    /// Stops and seeks to the current track's start. Enables "Eject".
     void stopbtn_Click();
-    /// Skips to the next track; on the last track moves to the first one without playing it.
+    /// Skips to the next track; on the last track seeks to the first track without playing it.
     void ftrack_Click();
-    /// Skips to the start of the current track. At that start, skips to the previous track, or on
-    /// the first track to the last one.
+    /// Skips to the start of the current track. In the track's first second (shown time 0:00),
+    /// skips to the previous track instead, and from the first track to the last.
     void btrack_Click();
     void eject_Click();
 
@@ -40,7 +41,7 @@ class Transport {
     void goOn();
     void playFrom(int track);
     void seekTo(int track);
-    /// Plays from the track's start if the disc plays, otherwise only moves to that start.
+    /// Plays from the track's start if the disc plays, otherwise only seeks to that start.
     void skipTo(int track);
 
     ProcessState& process_;

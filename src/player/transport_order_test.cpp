@@ -15,7 +15,8 @@ struct TransportOrderTest : test::PlayerWorld {
     DiscState& state = player.disc;
 
     TransportOrderTest() { switchOn(); }
-    /// Clicks `button` and runs `look` when `command` is sent. Returns how often it was sent.
+    /// Clicks `button` and runs `look` when `command` is sent. Returns how often `command` was
+    /// sent.
     int lookAt(const std::string& command, CommandButton& button,
                const std::function<void()>& look) {
         int times = 0;
@@ -61,7 +62,7 @@ TEST_F(TransportOrderTest, AResumeClearsThePauseBeforeItsCommandAndShowsPlayingA
     EXPECT_EQ(form.CD.text(), "Playing");
 }
 
-TEST_F(TransportOrderTest, APauseIsStoredAfterItsCommandEvenIfItFails) {
+TEST_F(TransportOrderTest, APauseIsStoredAfterItsCommandEvenIfTheCommandFails) {
     form.play.click();
     media.answer("pause cd", {.status = 275});
     EXPECT_EQ(lookAt("pause cd", form.pause,

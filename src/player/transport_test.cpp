@@ -24,7 +24,7 @@ struct TransportTest : test::PlayerWorld {
 
     TransportTest() { switchOn(); }
     /// The commands of a button, including those of the poll that follows it.
-    static Commands thenLook(Commands commands) {
+    static Commands thenPoll(Commands commands) {
         for (const char* question :
              {"status cd media present", "status cd position", "status cd mode"}) {
             commands.emplace_back(question);
@@ -35,7 +35,7 @@ struct TransportTest : test::PlayerWorld {
         return commandsOf([&] { button.click(); });
     }
     /// Makes the device return this position and mode, and polls.
-    void standAt(int track, int minute, int second, bool playing) {
+    void setPositionAndMode(int track, int minute, int second, bool playing) {
         const auto twoDigits = [](int number) {
             return (number < 10 ? "0" : "") + std::to_string(number);
         };
@@ -64,17 +64,17 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
         {form.play, 3, 0, 30, true, {}},
         {form.pause, 1, 0, 0, false, {"pause cd"}},
         {form.pause, 3, 0, 30, true, {"pause cd"}},
-        // Stop: moves to the current track's start.
+        // Stop: seeks to the current track's start.
         {form.stopbtn, 1, 0, 0, false, {"stop cd wait", "seek cd to 1"}},
         {form.stopbtn, 3, 0, 30, true, {"stop cd wait", "seek cd to 3"}},
-        // Next: keeps playing if the disc plays; from the last track moves to the first, without
+        // Next: keeps playing if the disc plays; on the last track seeks to the first, without
         // playing.
         {form.ftrack, 1, 0, 0, false, {"seek cd to 2"}},
         {form.ftrack, 1, 0, 30, true, {"play cd from 2"}},
         {form.ftrack, 2, 0, 0, true, {"play cd from 3"}},
         {form.ftrack, 3, 0, 30, false, {"seek cd to 1"}},
         {form.ftrack, 3, 0, 30, true, {"seek cd to 1"}},
-        // Previous: moves to the current track's start; from there to the previous track, or from
+        // Previous: skips to the current track's start; from there to the previous track, or from
         // the first track to the last.
         {form.btrack, 1, 0, 0, false, {"seek cd to 3"}},
         {form.btrack, 1, 0, 0, true, {"play cd from 3"}},
@@ -96,8 +96,8 @@ TEST_F(TransportTest, EachButtonSendsTheCommandsForTheCurrentState) {
                      std::to_string(row.minute) + ":" + std::to_string(row.second) +
                      (row.playing ? ", playing" : ", stopped"));
         process.CDPaused = false;
-        standAt(row.track, row.minute, row.second, row.playing);
-        EXPECT_EQ(click(row.button), thenLook(row.sent));
+        setPositionAndMode(row.track, row.minute, row.second, row.playing);
+        EXPECT_EQ(click(row.button), thenPoll(row.sent));
     }
 }
 
@@ -127,7 +127,7 @@ TEST_F(TransportTest, EachButtonDisablesEjectFirstAndStopEnablesItLast) {
 // --- play and pause ------------------------------------------------------------------------
 
 TEST_F(TransportTest, PlayStartsPlayingAndUpdatesTheDisplay) {
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
     EXPECT_TRUE(disc.playing());
     EXPECT_TRUE(state.Playing);
     EXPECT_EQ(enabledButtons(), allButEject);
@@ -136,45 +136,45 @@ TEST_F(TransportTest, PlayStartsPlayingAndUpdatesTheDisplay) {
     EXPECT_EQ(form.CD.text(), "Cd Ready");
 }
 
-TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentOne) {
+TEST_F(TransportTest, ATrackSelectedInTheMainWindowIsPlayedInsteadOfTheCurrentTrack) {
     form.ftrack.click();
     EXPECT_EQ(state.CurTrack, 2);
     process.currentTrack = 1;
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
     // The selected track is used at each click while it is selected.
     form.ftrack.click();
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
     process.currentTrack = 0;
     form.ftrack.click();
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 2"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
-TEST_F(TransportTest, ASelectedLastOrInvalidTrackSendsNothing) {
+TEST_F(TransportTest, PlaySendsNothingForASelectedTrackFromTheLastOn) {
     for (const int track : {3, 4, 99}) {
         process.currentTrack = track;
-        EXPECT_EQ(click(form.play), thenLook({})) << track;
+        EXPECT_EQ(click(form.play), thenPoll({})) << track;
         EXPECT_FALSE(state.Playing) << track;
     }
 }
 
-TEST_F(TransportTest, ASelectedTrackNumberThatOverflowsKeepsTheCurrentTrack) {
+TEST_F(TransportTest, ASelectedTrackNumberOutside1To32767KeepsTheCurrentTrack) {
     form.ftrack.click();
     for (const std::int32_t track : {40000, INT32_MAX, -1, INT32_MIN, 0}) {
         process.currentTrack = track;
-        EXPECT_EQ(click(form.play), thenLook({"play cd from 2"})) << track;
+        EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"})) << track;
     }
 }
 
-TEST_F(TransportTest, ATrackNumberBelowOneMeansTheFirstTrack) {
+TEST_F(TransportTest, PlayPlaysTheFirstTrackIfTheCurrentTrackNumberIsBelowOne) {
     media.answer("status cd position", {.reply = "00:00:00:00"});
     player.poll.UpdatePlayer();
     EXPECT_EQ(state.CurTrack, 0);
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 1"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 1"}));
 }
 
 TEST_F(TransportTest, PlayOnTheLastTrackOnlyDisablesEject) {
-    standAt(3, 0, 0, false);
-    EXPECT_EQ(click(form.play), thenLook({}));
+    setPositionAndMode(3, 0, 0, false);
+    EXPECT_EQ(click(form.play), thenPoll({}));
     EXPECT_FALSE(state.Playing);
     EXPECT_FALSE(disc.playing());
     EXPECT_EQ(enabledButtons(), allButEject);
@@ -192,7 +192,7 @@ TEST_F(TransportTest, PlaySetsPlayingBeforeItsCommand) {
 TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying) {
     form.play.click();
     loop.advance(10s);
-    EXPECT_EQ(click(form.pause), thenLook({"pause cd"}));
+    EXPECT_EQ(click(form.pause), thenPoll({"pause cd"}));
     EXPECT_TRUE(process.CDPaused);
     EXPECT_FALSE(state.Playing);
     EXPECT_FALSE(disc.playing());
@@ -208,7 +208,7 @@ TEST_F(TransportTest, AfterAPausePlayContinuesWithoutATrackNumberAndShowsPlaying
     loop.advance(5s);
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:15");
     EXPECT_EQ(form.CD.text(), "Playing");
-    EXPECT_EQ(click(form.play), thenLook({"play cd from 2"}));
+    EXPECT_EQ(click(form.play), thenPoll({"play cd from 2"}));
 }
 
 TEST_F(TransportTest, AfterAPausePlayAlsoDisablesEjectFirst) {
@@ -224,13 +224,13 @@ TEST_F(TransportTest, AfterAPausePlayAlsoDisablesEjectFirst) {
     EXPECT_FALSE(form.eject.enabled());
 }
 
-TEST_F(TransportTest, WhilePausedThePollClearsPlayingSoThatASkipOnlyMoves) {
+TEST_F(TransportTest, WhilePausedThePollClearsPlayingSoThatASkipOnlySeeks) {
     form.play.click();
     form.pause.click();
     state.Playing = true;
     loop.advance(1s);
     EXPECT_FALSE(state.Playing);
-    EXPECT_EQ(click(form.ftrack), thenLook({"seek cd to 2"}));
+    EXPECT_EQ(click(form.ftrack), thenPoll({"seek cd to 2"}));
 }
 
 TEST_F(TransportTest, OnlyPlayEndsAPause) {
@@ -249,11 +249,11 @@ TEST_F(TransportTest, OnlyPlayEndsAPause) {
 
 // --- stop, skip, eject ---------------------------------------------------------------------
 
-TEST_F(TransportTest, StopMovesBackToTheTracksStart) {
+TEST_F(TransportTest, StopSeeksToTheStartOfTheTrack) {
     form.play.click();
     loop.advance(75s);
     EXPECT_EQ(form.timeWindow.text(), "[02] 00:15");
-    EXPECT_EQ(click(form.stopbtn), thenLook({"stop cd wait", "seek cd to 2"}));
+    EXPECT_EQ(click(form.stopbtn), thenPoll({"stop cd wait", "seek cd to 2"}));
     EXPECT_FALSE(disc.playing());
     EXPECT_FALSE(state.Playing);
     EXPECT_EQ(form.timeWindow.text(), "[02] 00:00");
@@ -264,19 +264,19 @@ TEST_F(TransportTest, NextOnTheLastTrackReturnsToTheFirstAndStops) {
     form.play.click();
     loop.advance(125s);
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:05");
-    EXPECT_EQ(click(form.ftrack), thenLook({"seek cd to 1"}));
+    EXPECT_EQ(click(form.ftrack), thenPoll({"seek cd to 1"}));
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
     EXPECT_FALSE(disc.playing());
     EXPECT_FALSE(state.Playing);
 }
 
-TEST_F(TransportTest, PreviousOnTheFirstTrackMovesToTheLastOrRestartsTheFirst) {
-    EXPECT_EQ(click(form.btrack), thenLook({"seek cd to 3"}));
+TEST_F(TransportTest, PreviousOnTheFirstTrackSkipsToTheLastOrRestartsTheFirst) {
+    EXPECT_EQ(click(form.btrack), thenPoll({"seek cd to 3"}));
     EXPECT_EQ(form.timeWindow.text(), "[03] 00:00");
     form.ftrack.click();
     form.play.click();
     loop.advance(2s);
-    EXPECT_EQ(click(form.btrack), thenLook({"play cd from 1"}));
+    EXPECT_EQ(click(form.btrack), thenPoll({"play cd from 1"}));
     EXPECT_EQ(form.timeWindow.text(), "[01] 00:00");
     EXPECT_TRUE(disc.playing());
 }
@@ -337,7 +337,7 @@ TEST(TransportSwitchedOff, PlayOnlyPollsIfNoDiscWasEverRead) {
     EXPECT_TRUE(bench.off());
 }
 
-TEST_F(TransportTest, SwitchedOffWithADiscThatWasReadPlayClosesThePanelSilently) {
+TEST_F(TransportTest, PlayWhileSwitchedOffClosesThePanelWithoutAMessageIfADiscWasRead) {
     form.optNoCD.choose();
     EXPECT_THAT(commandsOf([&] { form.mnuPlayCD.click(); }),
                 ElementsAre("play cd from 1", "close all", "close all", "stop cd", "close cd",
@@ -397,7 +397,7 @@ TEST_F(TransportTest, AfterAFailureTheHandlerContinues) {
     EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(TransportTest, AFailedResumeStillSetsPlaying) {
+TEST_F(TransportTest, AFailedResumeEndsThePauseAndUnloadsThePanel) {
     form.pause.click();
     media.answer("play cd", {.status = 275});
     form.play.click();

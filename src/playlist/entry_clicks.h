@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Actions on an entry of the playlist: a click makes its file the edited one, and two buttons play
-// and stop it.
+// Handles actions on an entry of the playlist: a click makes the entry's file the edited file
+// (Text5), and two buttons play and stop it.
 #pragma once
 
 #include "forms/windows.h"
@@ -10,15 +10,17 @@ namespace sonarith {
 
 class EntryClicks {
   public:
-    /// Sets the handlers of List2, Command11 and Command12. Both must outlive this.
+    /// Sets the handlers of List2, Command11 and Command12. Both parameters must outlive this
+    /// object.
     EntryClicks(Windows& windows, FileAdder& adder);
     EntryClicks(const EntryClicks&) = delete;
     EntryClicks& operator=(const EntryClicks&) = delete;
 
-    /// Reads header and tag of the selected entry; with Check11 ticked it then adds the file to the
-    /// work tree, unless a line of the main window's list matches it. Yields.
+    /// Makes the selected entry the edited path and reads header and tag of its file. If Check11 is
+    /// ticked, then adds the file to the work tree, unless a line of the main window's list of MP3
+    /// files matches it. Yields.
     void List2_Click();
-    /// Plays the selected entry, even if another one is playing.
+    /// Plays the selected entry, even if another entry is playing.
     void Command11_Click();
     void Command12_Click();
 

@@ -19,7 +19,7 @@ using testing::Not;
 class EntryClicksTest : public test::PlaylistWorld {
   protected:
     void tick() { ASSERT_TRUE(editor.Check11.setValue(1).ok()); }
-    /// Whether a click added the file to the work tree.
+    /// Whether the work tree contains a node with this text.
     [[nodiscard]] bool inTree(const std::string& text) {
         const TreeView& tree = mainForm.TreeView1;
         for (int i = 1; i <= tree.count(); ++i) {
@@ -33,7 +33,7 @@ class EntryClicksTest : public test::PlaylistWorld {
 
 // --- the click -------------------------------------------------------------------------------
 
-TEST_F(EntryClicksTest, MakesTheClickedFileTheEditedOneAndReadsIt) {
+TEST_F(EntryClicksTest, MakesTheClickedFileTheEditedFileAndReadsIt) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -47,7 +47,7 @@ TEST_F(EntryClicksTest, MakesTheClickedFileTheEditedOneAndReadsIt) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, CutsBlanksAroundTheEntry) {
+TEST_F(EntryClicksTest, RemovesBlanksAroundTheEntry) {
     addMp3(pathA, "Title A");
     open({"  " + pathA + " "});
     choose(0);
@@ -55,7 +55,7 @@ TEST_F(EntryClicksTest, CutsBlanksAroundTheEntry) {
     EXPECT_EQ(editor.Text4(2).text(), "Title A");
 }
 
-TEST_F(EntryClicksTest, OnAnEmptyListDoesNothing) {
+TEST_F(EntryClicksTest, DoesNothingIfTheListIsEmpty) {
     open({});
     editor.Text5.setText("kept");
     tick();
@@ -64,7 +64,7 @@ TEST_F(EntryClicksTest, OnAnEmptyListDoesNothing) {
     EXPECT_EQ(loop.yieldCount(), 0);
 }
 
-TEST_F(EntryClicksTest, AnEmptyLineShowsTheNoDataMessage) {
+TEST_F(EntryClicksTest, TheLineOfAMissingEntryShowsTheNoDataMessage) {
     store.put("music", "HowMany", "1");
     editor.load();
     choose(0);
@@ -117,7 +117,7 @@ TEST_F(EntryClicksTest, LinesOfTheMainListArePatterns) {
     EXPECT_FALSE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, ComparesAsManyLinesAsThePlaylistHas) {
+TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA});
@@ -146,8 +146,8 @@ TEST_F(EntryClicksTest, AShorterMainListMatchesNothingAfterItsEnd) {
     EXPECT_TRUE(inTree(pathA));
 }
 
-TEST_F(EntryClicksTest, TheEntryIsAddedExactlyAsItIsInTheList) {
-    // The entry with its leading blanks is the name of another file.
+TEST_F(EntryClicksTest, TheEntryIsAddedWithTheBlanksThatItHasInTheList) {
+    // The file without the blanks was read, but the adder gets the entry with its blanks.
     addMp3(" " + pathA, "Title");
     addMp3(pathA, "Title");
     open({"  " + pathA});
@@ -166,8 +166,9 @@ TEST_F(EntryClicksTest, AddsNothingIfTheBoxIsNotTicked) {
     EXPECT_THAT(lines(mainForm.List2), IsEmpty());
 }
 
-TEST_F(EntryClicksTest, AfterAClickDuringTheYieldTheNewlySelectedEntryIsUsed) {
-    // The entry that is selected when Check11 is read is used, not the clicked one.
+TEST_F(EntryClicksTest, AClickDuringTheYieldAddsTheNewlySelectedEntryInstead) {
+    // The entry that is selected when Check11 is read is added, not the entry that was clicked
+    // first.
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     open({pathA, pathB});
@@ -189,7 +190,7 @@ TEST_F(EntryClicksTest, PlaysTheSelectedEntry) {
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile " + pathB, "Play"));
 }
 
-TEST_F(EntryClicksTest, PlayStopsNothingFirst) {
+TEST_F(EntryClicksTest, PlayDoesNotFirstStopTheEntryThatPlays) {
     open({pathA, pathB});
     select(0);
     editor.Command11.click();
@@ -200,7 +201,7 @@ TEST_F(EntryClicksTest, PlayStopsNothingFirst) {
     EXPECT_TRUE(editor.Command12.enabled());
 }
 
-TEST_F(EntryClicksTest, PlaysAnEmptyPathWithNothingSelected) {
+TEST_F(EntryClicksTest, PlaysAnEmptyPathIfNothingIsSelected) {
     open({pathA});
     editor.Command11.click();
     EXPECT_THAT(mp3.log, ElementsAre("SourceFile ", "Play"));

@@ -25,7 +25,7 @@ const ShownBox noDataBox{"File contains no data"};
 
 class FileDeletionTest : public test::PlaylistWorld {
   protected:
-    /// The window with three files, all of them entries.
+    /// Opens the window with three files, each of which has an entry.
     void openThree() {
         addMp3(pathA, "Title A");
         addMp3(pathB, "Title B");
@@ -72,7 +72,7 @@ TEST_F(FileDeletionTest, DoesNothingForBlanks) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(FileDeletionTest, NoAndCancelShowOnlyTheLength) {
+TEST_F(FileDeletionTest, TheAnswersNoAndCancelOnlyShowTheLength) {
     for (const BoxAnswer answer : {BoxAnswer::no, BoxAnswer::cancel}) {
         openThree();
         choose(0);
@@ -103,7 +103,7 @@ TEST_F(FileDeletionTest, AnEmptyFileIsDeletedWithoutAQuestionAndKeepsItsEntry) {
     EXPECT_GT(loop.yieldCount(), yields + 1);
 }
 
-TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAndDelisted) {
+TEST_F(FileDeletionTest, AnEmptyFileThatCannotBeDeletedIsReportedAsDeletedAndDelisted) {
     openThree();
     choose(1);
     disk.addFile(pathB, "");
@@ -128,7 +128,7 @@ TEST_F(FileDeletionTest, AfterAFailedDeletionAFailedCompactionEndsTheProcedure) 
     EXPECT_EQ(store.held("music", "-1"), "");
 }
 
-TEST_F(FileDeletionTest, AMissingFileIsReportedAndTheProcedureStops) {
+TEST_F(FileDeletionTest, AMissingFileIsReportedAsDeletedAndTheProcedureEnds) {
     openThree();
     choose(1);
     EXPECT_TRUE(disk.removeFile(pathB).ok());
@@ -154,7 +154,7 @@ TEST_F(FileDeletionTest, AFileRecreatedDuringTheReportIsDelisted) {
     EXPECT_TRUE(disk.fileExists(pathB));
 }
 
-TEST_F(FileDeletionTest, AFailedDeletionIsReportedLikeASuccessfulOne) {
+TEST_F(FileDeletionTest, AFailedDeletionIsReportedLikeASuccessfulDeletion) {
     openThree();
     choose(1);
     for (const auto operation :
@@ -180,7 +180,7 @@ TEST_F(FileDeletionTest, BlanksAroundThePathMatterForTheEntryOnly) {
     EXPECT_THAT(boxes4(), Each(""));
 }
 
-TEST_F(FileDeletionTest, WithoutAMatchTheSelectedEntryIsRemoved) {
+TEST_F(FileDeletionTest, TheSelectedEntryIsRemovedIfNoEntryMatches) {
     openThree();
     addMp3("c:\\other.mp3", "Other");
     choose(2);
@@ -199,7 +199,7 @@ TEST_F(FileDeletionTest, SelectsTheFirstEntryThatMatches) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA, pathB));
 }
 
-TEST_F(FileDeletionTest, SelectingAnotherEntryRunsItsClick) {
+TEST_F(FileDeletionTest, SelectingAnotherEntryRunsItsClickHandler) {
     openThree();
     choose(0);
     remove(pathB);
@@ -301,8 +301,9 @@ TEST_F(FileDeletionTest, AfterAnyButtonInAnyYieldTheListMatchesTheStore) {
     }
 }
 
-// A rename changes only the list on the screen; the compaction at the end stores it.
-TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredWithTheCompaction) {
+// A rename changes only the list on the screen; the compaction at the end of the deletion stores
+// the new name.
+TEST_F(FileDeletionTest, ARenameInAnyYieldIsStoredByTheCompaction) {
     const std::string target = "c:\\music\\new.mp3";
     const int yields = yieldsOfADeletion();
     for (int yield = 1; yield < yields; ++yield) {
@@ -334,7 +335,7 @@ TEST_F(FileDeletionTest, TheDeletedFileIsNotAddedToTheWorkTree) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, pathC));
 }
 
-TEST_F(FileDeletionTest, ClearingTheBoxDuringTheYieldPreventsTheDelisting) {
+TEST_F(FileDeletionTest, ClearingTheLengthsBoxDuringTheDeletionPreventsTheDelisting) {
     openThree();
     choose(1);
     loop.after(100ms, [&] {
@@ -348,7 +349,7 @@ TEST_F(FileDeletionTest, ClearingTheBoxDuringTheYieldPreventsTheDelisting) {
     EXPECT_EQ(editor.Text5.text(), pathB);
 }
 
-TEST_F(FileDeletionTest, TheStoreIsCorrectEvenIfTheWindowIsClosedMeanwhile) {
+TEST_F(FileDeletionTest, TheStoreIsCorrectEvenIfTheWindowIsClosedDuringTheDeletion) {
     openThree();
     choose(1);
     loop.after(100ms, [&] { editor.unload(); });

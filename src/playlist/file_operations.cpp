@@ -105,7 +105,7 @@ FileOperations::Deletion FileOperations::deleteFile() {
     }
     p_DestroyFile(path(), platform_.files, platform_.loop).passOver();
     platform_.loop.yield();
-    // Fails for a deleted file; Text4(8) then keeps the length from before.
+    // This fails for a deleted file; Text4(8) then keeps the length from before the deletion.
     showLength().passOver();
     if (holdsOnlyBlanks(form_.Text4(8).text())) {
         platform_.boxes.show(noDataText);

@@ -14,24 +14,24 @@ namespace sonarith {
 
 class FileOperations {
   public:
-    /// Sets the handlers of Command2 and Command10. All must outlive this.
+    /// Sets the handlers of Command2 and Command10. All parameters must outlive this object.
     FileOperations(const Platform& platform, FrmPlayList& form, PlaylistEntries& entries);
     FileOperations(const FileOperations&) = delete;
     FileOperations& operator=(const FileOperations&) = delete;
 
     /// "Rename File": renames the file to a path chosen in a dialog. Asks whether an existing file
-    /// is to be overwritten, but never overwrites it. A file without an entry gets one.
+    /// is to be overwritten, but never overwrites it. A file without an entry gets an entry.
     void Command2_Click();
-    /// "Delete  File": asks, deletes, reports the file as deleted even if it is not, and removes
-    /// its entry. An empty file is deleted without asking and keeps its entry. Yields.
+    /// "Delete  File": asks, deletes, reports the file as deleted even if it still exists, and
+    /// removes its entry. An empty file is deleted without asking and keeps its entry. Yields.
     void Command10_Click();
 
   private:
     /// The result of the first half of a deletion.
     enum class Deletion {
-        over,  ///< the procedure ends
-        tried, ///< from now on, failures of single steps are ignored
-        broken ///< a step failed; the next failure ends the procedure
+        over,  ///< no second half: the file is not reported as deleted and keeps its entry
+        tried, ///< the deletion was attempted; the second half ignores failures
+        broken ///< a step failed; the second half starts anyway and ends at its next failure
     };
 
     Status renameFile();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Renaming; deleting is in file_deletion_test.cpp.
+// Tests renaming; file_deletion_test.cpp tests deleting.
 #include "playlist/file_operations.h"
 
 #include <gmock/gmock.h>
@@ -72,7 +72,7 @@ TEST_F(FileRenameTest, AddsAFileWithoutAnEntry) {
     EXPECT_EQ(editor.Text5.text(), "");
 }
 
-TEST_F(FileRenameTest, ShowsTheDialogInTheFilesFolderWithItsName) {
+TEST_F(FileRenameTest, ShowsTheDialogWithTheEditedPathAndItsBaseName) {
     open({});
     rename("  " + pathA + " ", std::nullopt);
     ASSERT_EQ(dialog.savings.size(), 1U);
@@ -122,7 +122,7 @@ TEST_F(FileRenameTest, DoesNothingForANameTooShortForAnExtension) {
     EXPECT_FALSE(triedToRename());
 }
 
-TEST_F(FileRenameTest, AsksForAnExistingTargetAndNeverOverwritesIt) {
+TEST_F(FileRenameTest, AsksAboutAnExistingTargetAndNeverOverwritesIt) {
     for (const BoxAnswer answer : {BoxAnswer::yes, BoxAnswer::no, BoxAnswer::cancel}) {
         addMp3(pathA, "Title A");
         addMp3(pathB, "Title B");
@@ -143,7 +143,7 @@ TEST_F(FileRenameTest, AsksForAnExistingTargetAndNeverOverwritesIt) {
     }
 }
 
-TEST_F(FileRenameTest, DoesNotAskForATargetWhoseDateCannotBeRead) {
+TEST_F(FileRenameTest, DoesNotAskAboutATargetWhoseDateCannotBeRead) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     disk.failWith(FakeFileSystem::Operation::fileDate, pathB, ErrorNumber::permissionDenied);
@@ -185,7 +185,7 @@ TEST_F(FileRenameTest, TheNextDialogShowsTheTargetsName) {
     EXPECT_EQ(dialog.opened.at(0).fileName, target);
 }
 
-TEST_F(FileRenameTest, AChangeOfTheEditedPathDuringTheQuestionTakesEffect) {
+TEST_F(FileRenameTest, IfTheEditedPathChangesDuringTheQuestionTheNewlyEditedFileIsRenamed) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     addMp3(pathC, "Title C");

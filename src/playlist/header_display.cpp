@@ -9,7 +9,8 @@ namespace sonarith {
 
 namespace {
 
-/// 0 for a missing or unreadable file; fileLength() alone would succeed for an unreadable one.
+/// The length of the file; 0 for a missing or unreadable file. fileLength() alone would succeed for
+/// an unreadable file.
 std::int64_t readableLength(FileSystem& files, const std::string& path) {
     const std::int64_t length = files.fileLength(path).valueOr(0);
     return length > 0 && files.openBinary(path, FileAccess::read).ok() ? length : 0;

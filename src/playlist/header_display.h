@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows header and tag of the edited file (Text5), and lets the user choose that file in a dialog.
-// The analysis itself is formats/mp3_analysis.h.
+// formats/mp3_analysis.h analyses the file.
 #pragma once
 
 #include <string>
@@ -16,12 +16,13 @@ inline constexpr const char* noDataText = "File contains no data";
 
 class HeaderDisplay {
   public:
-    /// Sets the handlers of cmdHdr1 and cmdHdr2. Both must outlive this.
+    /// Sets the handlers of cmdHdr1 and cmdHdr2. Both parameters must outlive this object.
     HeaderDisplay(const Platform& platform, FrmPlayList& form);
     HeaderDisplay(const HeaderDisplay&) = delete;
     HeaderDisplay& operator=(const HeaderDisplay&) = delete;
 
-    /// "...": opens the dialog and reads the chosen file; after a cancel it reads the edited file.
+    /// "...": opens the dialog and reads the chosen file. After a cancel it reads the edited file
+    /// if the dialog has a file name from before, and otherwise does nothing.
     void cmdHdr1_Click();
     /// "Read header": analyses and shows the edited file. If the analysis fails, shows the values
     /// of the previous file. Yields before it shows the values.

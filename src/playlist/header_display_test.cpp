@@ -65,7 +65,7 @@ TEST_F(HeaderDisplayTest, ShowsTheAverageBitrateForAVariableRate) {
     EXPECT_TRUE(playlist.header.info().IsVbr);
 }
 
-TEST_F(HeaderDisplayTest, CutsBlanksAroundThePathAndCutsFieldsAtTheirFirstNull) {
+TEST_F(HeaderDisplayTest, RemovesBlanksAroundThePathAndShowsFieldsUpToTheirFirstNull) {
     disk.addFile(pathA, Mp3Bytes(1000)
                             .header(1, commonHeader)
                             .end(tagOf(test::padded("Title", 30, '\0'), std::string("Art\0ist", 7)))
@@ -100,7 +100,7 @@ TEST_F(HeaderDisplayTest, ClearsAllButTheLastTwoBoxesFirst) {
     EXPECT_THAT(boxes.shown, ElementsAre(ShownBox{"File contains no data"}));
 }
 
-TEST_F(HeaderDisplayTest, ShowsNoDataForAMissingFileOrOneBelow100Bytes) {
+TEST_F(HeaderDisplayTest, ShowsNoDataForAFileThatIsMissingUnreadableOrBelow100Bytes) {
     std::vector<std::string> paths = {"c:\\none.mp3", "c:\\music", "z:\\a.mp3"};
     for (const std::size_t length : {0U, 1U, 99U}) {
         paths.push_back("c:\\" + std::to_string(length) + ".mp3");
@@ -148,7 +148,7 @@ TEST_F(HeaderDisplayTest, AFileOf256BytesAndMoreShowsItsOwnHeader) {
     }
 }
 
-TEST_F(HeaderDisplayTest, AFailedHeaderShowsThePreviousFilesHeaderBesideTheNewTag) {
+TEST_F(HeaderDisplayTest, AnInvalidHeaderShowsThePreviousFilesHeaderBesideTheNewTag) {
     addMp3(pathA, "Title A");
     read(pathA);
     disk.addFile(pathB, Mp3Bytes(1000).header(1, 0xFFFB0000).end(tagOf("Title B", "B")).content);
@@ -254,7 +254,7 @@ TEST_F(HeaderDisplayTest, AFileThatShrinksBetweenHeaderAndTagHasNoTag) {
     read(pathA);
     EXPECT_EQ(line(0), "Bitrate            128");
     EXPECT_EQ(line(2), "Duration          0")
-        << "computed from the length after the file has shrunk";
+        << "not computed from the length after the file has shrunk";
     EXPECT_THAT(boxes4(), ElementsAre("", "", "", "", "", "255", "False", "48000 bytes"));
 }
 
@@ -286,7 +286,7 @@ TEST_F(HeaderDisplayTest, AFileRemovedBeforeTheDisplayIsShownAsItWasRead) {
 
 // --- browsing --------------------------------------------------------------------------------
 
-TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedOneAndReadsIt) {
+TEST_F(HeaderDisplayTest, MakesTheChosenFileTheEditedFileAndReadsIt) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.Text5.setText("  " + pathB + " ");
@@ -311,7 +311,7 @@ TEST_F(HeaderDisplayTest, ShowsTheHourglassWhileItWorks) {
     EXPECT_EQ(pointer.shapes.back(), Pointer::normal);
 }
 
-TEST_F(HeaderDisplayTest, AFirstCancelDoesNothing) {
+TEST_F(HeaderDisplayTest, ACancelBeforeAnyChoiceDoesNothing) {
     addMp3(pathA, "Title A");
     editor.Text5.setText(pathA);
     editor.cmdHdr1.click();
@@ -320,7 +320,7 @@ TEST_F(HeaderDisplayTest, AFirstCancelDoesNothing) {
     EXPECT_THAT(pointer.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(HeaderDisplayTest, ALaterCancelReadsTheEditedFile) {
+TEST_F(HeaderDisplayTest, ACancelAfterAChoiceReadsTheEditedFile) {
     addMp3(pathA, "Title A");
     addMp3(pathB, "Title B");
     dialog.choices = {pathA, std::nullopt};
@@ -343,7 +343,7 @@ TEST_F(HeaderDisplayTest, AReloadedWindowHasNoNameFromAnEarlierDialog) {
     EXPECT_EQ(editor.List1.listCount(), 0);
 }
 
-TEST_F(HeaderDisplayTest, AFailureOfTheDialogOtherThanACancelUsesThePreviousName) {
+TEST_F(HeaderDisplayTest, AFailureOfTheDialogOtherThanACancelUsesThePreviouslyChosenName) {
     addMp3(pathA, "Title A");
     dialog.choices = {pathA};
     editor.cmdHdr1.click();

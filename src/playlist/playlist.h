@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The classes of the playlist editor, each wired to its window. It has no behaviour of its own.
+// Creates the classes of the playlist editor and connects them to its window. This struct adds no
+// behaviour.
 #pragma once
 
 #include "forms/windows.h"
@@ -14,7 +15,7 @@
 namespace sonarith {
 
 struct Playlist {
-    /// All must outlive this.
+    /// All parameters must outlive this object.
     Playlist(const Platform& platform, Windows& windows, FileAdder& adder)
         : entries(platform, windows.frmPlayList),
           clicks(windows, adder),

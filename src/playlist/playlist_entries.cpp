@@ -79,7 +79,8 @@ void PlaylistEntries::Command20_Click() {
     }
     ListBox& list = form_.List2;
     for (int i = 0; i < list.listCount(); ++i) {
-        // The entry is the pattern: an entry that contains a bracket may not match its own path.
+        // The entry is the pattern, so an entry that contains a bracket possibly does not match its
+        // own path.
         if (matches(path, list.list(i))) {
             return;
         }
@@ -113,7 +114,8 @@ Status PlaylistEntries::CompactPlayList() {
 Status PlaylistEntries::removeSelected() {
     const int selected = form_.List2.listIndex();
     // Deliberate: the index counts from 0 and the keys from 1, so this empties the key of the
-    // previous entry, or a key "0" or "-1" that no entry has. The correct keys are written below.
+    // previous entry, or a key "0" or "-1" that no entry has. moveEntriesBack() then writes the
+    // correct keys.
     save(std::to_string(selected), "");
     return form_.List2.removeItem(selected);
 }

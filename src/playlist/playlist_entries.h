@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist and its stored form, which is updated at each change except a rename. entry_clicks.h
-// and file_operations.h handle commands for an entry and its file.
+// Keeps the playlist and its stored form, which is updated at each change except a rename.
+// entry_clicks.h and file_operations.h handle commands for an entry and its file.
 #pragma once
 
 #include <string>
@@ -22,7 +22,8 @@ inline constexpr const char* playlistSection = "music";
 
 class PlaylistEntries {
   public:
-    /// Sets the handlers of the form's load, of Command20 and of Command6. Both must outlive this.
+    /// Sets the handlers of the form's load, of Command20 and of Command6. Both parameters must
+    /// outlive this object.
     PlaylistEntries(const Platform& platform, FrmPlayList& form);
     PlaylistEntries(const PlaylistEntries&) = delete;
     PlaylistEntries& operator=(const PlaylistEntries&) = delete;

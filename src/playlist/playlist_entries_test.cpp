@@ -43,7 +43,7 @@ TEST_F(PlaylistEntriesTest, LoadsNothingFromAFreshStore) {
     EXPECT_THAT(store.readKeys, testing::Not(testing::Contains("1")));
 }
 
-TEST_F(PlaylistEntriesTest, ShowsMissingEntriesAsEmptyOnes) {
+TEST_F(PlaylistEntriesTest, ShowsMissingEntriesAsTheLineEmpty) {
     store.put("music", "HowMany", "4");
     store.put("music", "1", pathA);
     store.put("music", "3", "0");
@@ -59,7 +59,7 @@ TEST_F(PlaylistEntriesTest, IgnoresKeysBeyondTheCount) {
     EXPECT_THAT(lines(editor.List2), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNotANumber) {
+TEST_F(PlaylistEntriesTest, LoadsNothingIfTheCountIsNotAPositive32BitNumber) {
     for (const char* count : {"-1", "0", "x", "", " ", "1x", "-70000", "99999999999", "1e300"}) {
         stored({pathA});
         store.put("music", "HowMany", count);
@@ -139,7 +139,7 @@ TEST_F(PlaylistEntriesTest, APathInTheListIsNotAddedAndStaysInTheBox) {
     EXPECT_EQ(editor.Text5.text(), pathB);
 }
 
-TEST_F(PlaylistEntriesTest, ComparisonIncludesCaseAndBlanks) {
+TEST_F(PlaylistEntriesTest, ComparesPathsIncludingCaseAndBlanks) {
     open({pathA});
     add("C:\\music\\a.mp3");
     add(pathA + " ");
@@ -169,7 +169,7 @@ TEST_F(PlaylistEntriesTest, APathWithABracketCanBeAddedTwice) {
 
 // --- delisting -------------------------------------------------------------------------------
 
-TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneStepOfTheStore) {
+TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneWriteOfTheStore) {
     open({pathA, pathB, pathC});
     select(1);
     const int yields = loop.yieldCount();
@@ -186,7 +186,7 @@ TEST_F(PlaylistEntriesTest, DelistsTheSelectedEntryInOneStepOfTheStore) {
                             wrote("1", pathA), wrote("HowMany", "2"), wrote("2", pathC)));
 }
 
-TEST_F(PlaylistEntriesTest, KeepsTheHigherKeys) {
+TEST_F(PlaylistEntriesTest, DelistingKeepsTheKeysAboveTheNewCount) {
     open({pathA, pathB, pathC});
     select(2);
     editor.Command6.click();
@@ -212,7 +212,7 @@ TEST_F(PlaylistEntriesTest, DelistingTheOnlyEntryLeavesItsKeyAndAKey0) {
     }
 }
 
-TEST_F(PlaylistEntriesTest, DropsEveryEntryWithAnotherExtension) {
+TEST_F(PlaylistEntriesTest, DelistingRemovesEveryEntryWithAnotherExtension) {
     open({pathA, "Empty", "c:\\b.wav", "c:\\c.Mp3", "c:\\d.MP3", "mp3", "c:\\e.mp3 ", pathB});
     select(7);
     editor.Command6.click();
@@ -229,7 +229,7 @@ TEST_F(PlaylistEntriesTest, AnAddedWavIsKeptUntilTheNextDelisting) {
     EXPECT_THAT(inStore(), ElementsAre(pathB));
 }
 
-TEST_F(PlaylistEntriesTest, ClosesTheGapOfAMissingKey) {
+TEST_F(PlaylistEntriesTest, DelistingClosesTheGapOfAMissingKey) {
     store.put("music", "HowMany", "3");
     store.put("music", "1", pathA);
     store.put("music", "3", pathC);
@@ -240,7 +240,7 @@ TEST_F(PlaylistEntriesTest, ClosesTheGapOfAMissingKey) {
     EXPECT_THAT(inStore(), ElementsAre(pathA));
 }
 
-TEST_F(PlaylistEntriesTest, WithNothingSelectedTheButtonStillCompacts) {
+TEST_F(PlaylistEntriesTest, DelistWithoutASelectionStillRemovesEntriesWithAnotherExtension) {
     open({pathA, "Empty", pathB});
     editor.Command6.click();
     EXPECT_EQ(store.held("music", "-1"), "");
@@ -248,7 +248,7 @@ TEST_F(PlaylistEntriesTest, WithNothingSelectedTheButtonStillCompacts) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, pathB));
 }
 
-TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureFails) {
+TEST_F(PlaylistEntriesTest, CompactPlayListFailsWithoutASelection) {
     open({pathA, "Empty", pathB});
     editor.List3.addItem("left");
     const Status status = playlist.entries.CompactPlayList();
@@ -260,7 +260,7 @@ TEST_F(PlaylistEntriesTest, WithNothingSelectedTheProcedureFails) {
     EXPECT_THAT(inStore(), ElementsAre(pathA, "Empty", pathB));
 }
 
-TEST_F(PlaylistEntriesTest, TheProcedureDecrementsTheCountForEachEntry) {
+TEST_F(PlaylistEntriesTest, CompactPlayListStoresTheCountAfterEachEntry) {
     open({pathA, pathB, pathC});
     select(0);
     EXPECT_TRUE(playlist.entries.CompactPlayList().ok());

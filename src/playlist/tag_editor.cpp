@@ -33,8 +33,9 @@ void TagEditor::cmdTag_Click() {
         return;
     }
     const std::string path = withoutBlanksAround(form_.Text5.text());
-    // Deliberate: the artist's box is written to the title's field and vice versa, while the
-    // display shows both as stored: each read and write swaps them.
+    // Deliberate: the artist's box is written to the title's field and vice versa, while
+    // HeaderDisplay shows both fields as stored. So each read and write of a tag swaps title and
+    // artist.
     const auto tag = id3v1Tag({.title = form_.Text4(1).text(),
                                .artist = form_.Text4(2).text(),
                                .album = form_.Text4(3).text(),

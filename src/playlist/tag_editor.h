@@ -10,14 +10,14 @@ namespace sonarith {
 
 class TagEditor {
   public:
-    /// Sets the handlers of cmdTag. Both must outlive this.
+    /// Sets the handlers of cmdTag. Both parameters must outlive this object.
     TagEditor(const Platform& platform, FrmPlayList& form);
     TagEditor(const TagEditor&) = delete;
     TagEditor& operator=(const TagEditor&) = delete;
 
     /// " Write tag": overwrites the file's last 128 bytes with the tag in one call, even if those
-    /// bytes are not a tag. A shorter file is overwritten from its start; a missing one is created.
-    /// A file that cannot be opened for writing is unchanged, without a message.
+    /// bytes are not a tag. A shorter file is overwritten from its start; a missing file is
+    /// created. A file that cannot be opened for writing is unchanged, without a message.
     void cmdTag_Click();
 
   private:

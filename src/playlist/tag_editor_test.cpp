@@ -120,7 +120,7 @@ TEST_F(TagEditorTest, AFileWithoutATagLosesItsLastBytesAndHasATagAtTheNextRead) 
     EXPECT_EQ(disk.content(pathA)->size(), 1000U);
 }
 
-TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNotANumber) {
+TEST_F(TagEditorTest, WritesTheGenreAsACodeOr0IfItIsNotANumberFrom0To255) {
     struct Row {
         const char* text;
         int code;
@@ -189,7 +189,7 @@ TEST_F(TagEditorTest, AFileThatShrankSinceItWasReadGetsTheTagAtItsNewEnd) {
         editor.cmdTag.click();
         const std::string kept = length < 128 ? "" : sound(length - 128);
         EXPECT_EQ(disk.content(pathA), kept + tagOf(pathA, "Title")) << length;
-        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "the file is not read again";
+        EXPECT_EQ(editor.Text4(8).text(), "48000 bytes") << "the file was read again";
     }
 }
 

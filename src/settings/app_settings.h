@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The run-time copy of the store's section "Settings", and its loader for the program start.
-// Running code reads this record; only the preferences write the store.
+// Holds the run-time copy of the store's section "Settings", and loads it when the program starts.
+// Running code reads this record; only the preferences write that section.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +32,8 @@ inline constexpr const char* muteButtonKey = "mute button";
 /// Before LoadSettings() all numbers are 0. Switches are 0 or 1.
 struct AppSettings {
     std::int16_t audioFormat = 0;     ///< index in the capture formats: 0 mono, 1 stereo
-    std::int16_t encodingQuality = 0; ///< shown by the preferences, nothing else
-    std::int16_t encodingBitrate = 0; ///< shown by the preferences, nothing else
+    std::int16_t encodingQuality = 0; ///< only shown by the preferences
+    std::int16_t encodingBitrate = 0; ///< only shown by the preferences
     std::int16_t hdWarning = 0;
     std::int16_t hdWarningNo = 0; ///< MB of 1,000,000 bytes
     std::int16_t hdStopDecoding = 0;
@@ -41,9 +41,9 @@ struct AppSettings {
     std::string decodePath;    ///< destination folder, no trailing backslash
     std::int16_t desktopIcon = 0;
     std::int16_t minimizeOnStart = 0;
-    std::int16_t deleteWav = 0; ///< shown by the preferences, nothing else
+    std::int16_t deleteWav = 0; ///< only shown by the preferences
     std::int16_t showFullPath = 0;
-    std::int16_t encodeAfterExtracting = 0; ///< shown by the preferences, nothing else
+    std::int16_t encodeAfterExtracting = 0; ///< only shown by the preferences
     std::int16_t muteButton = 0;
 };
 
