@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Holds the run-time copy of the store's section "Settings", and loads it when the program starts.
-// Running code reads this record; only the preferences write that section.
+// Running code reads this record; in the logic, only the preferences write that section.
 #pragma once
 
 #include <cstdint>

@@ -70,7 +70,7 @@ TEST(LoadSettings, StoresEachKeyInItsOwnField) {
     EXPECT_EQ(s.decodePath, "X:\\No\\Such"); // unchanged, including its case
 }
 
-TEST(LoadSettings, KeepsTheOldValueAndNotTheDefaultForAValueThatIsNotANumber) {
+TEST(LoadSettings, KeepsTheOldValueInsteadOfTheDefaultForAValueThatIsNotANumber) {
     FakeSettingsStore store;
     store.put("Settings", "HDWarningNo", "1o0");
     store.put("Settings", "HDStopNo", "");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The only function with which the program deletes a file on behalf of the user. It asks no
-// question: callers do if they need one.
+// Deletes a file on behalf of the user; every such deletion of the program uses this function. It
+// asks no question: callers ask first if they need to.
 #pragma once
 
 #include <string>
@@ -12,8 +12,8 @@
 namespace sonarith {
 
 /// Deletes the file, then yields for 0.2 seconds. A file that cannot be opened for writing (in use,
-/// read-only) is not deleted. A failure of either step is returned at once, with its number and
-/// text and "p_DestroyFile" as its source.
+/// read-only) is not deleted. A failure to open or to delete the file is returned at once, with its
+/// number and text and "p_DestroyFile" as its source.
 Status p_DestroyFile(const std::string& path, FileSystem& fileSystem, EventLoop& loop);
 
 } // namespace sonarith

@@ -7,7 +7,7 @@
 namespace sonarith {
 
 /// In bytes. A shorter file contains no audio worth showing or decoding: a WAV header alone has 44
-/// bytes. A round figure, not a measured one.
+/// bytes. 100 is a round number that is not based on a measurement.
 inline constexpr std::int64_t leastFileLength = 100;
 
 } // namespace sonarith

@@ -42,7 +42,7 @@ TEST_F(MakeDirsTest, CreatesAndEntersEachLevelInThisOrder) {
     EXPECT_THAT(pointer_.shapes, ElementsAre(Pointer::hourglass, Pointer::normal));
 }
 
-TEST_F(MakeDirsTest, TheLastFolderBecomesTheCurrentOne) {
+TEST_F(MakeDirsTest, TheLastFolderBecomesTheCurrentFolder) {
     make("c:\\Music\\Wav\\");
     EXPECT_EQ(disk_.currentFolder(), "c:\\Music\\Wav");
 }
@@ -87,7 +87,7 @@ TEST_F(MakeDirsTest, StopsAtAnyOtherFailureToCreateAFolder) {
 
 TEST_F(MakeDirsTest, StopsAtAFolderThatCannotBeEntered) {
     disk_.addFile(
-        "c:\\music"); // a file of that name: error 75 is ignored, a failure to enter is not
+        "c:\\music"); // a file of that name: makeFolder's error is ignored, but not changeFolder's
     expectFailure("c:\\music\\wav");
     EXPECT_EQ(disk_.log.back(), "changeFolder music");
     EXPECT_EQ(disk_.currentFolder(), "c:\\");

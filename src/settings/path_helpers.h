@@ -11,7 +11,7 @@
 namespace sonarith {
 
 /// The file name without its folder and without its last four characters, which count as the
-/// extension. Error: invalidProcedureCall if it has fewer than four characters.
+/// extension. Error: invalidProcedureCall if the file name has fewer than four characters.
 [[nodiscard]] Result<std::string> FileBaseName(const std::string& path);
 
 /// Returns the file name: the text after the last backslash, or the whole path if that text is

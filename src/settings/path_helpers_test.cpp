@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(FileBaseName, DropsFolderAndExtension) {
+TEST(FileBaseName, RemovesFolderAndExtension) {
     EXPECT_EQ(FileBaseName("c:\\music\\track1.wav").value(), "track1");
     EXPECT_EQ(FileBaseName("track1.wav").value(), "track1");
 }
@@ -36,7 +36,7 @@ TEST(SplitPath, ReturnsTheNameAndStoresTheFolderWithItsBackslash) {
     EXPECT_EQ(process.SplitDir, "c:\\music\\");
 }
 
-TEST(SplitPath, ReturnsAWholeNameAndAnEmptyFolder) {
+TEST(SplitPath, ReturnsANameWithoutAFolderAndStoresAnEmptyFolder) {
     ProcessState process;
     process.SplitDir = "from before";
     EXPECT_EQ(SplitPath("track1.wav", process), "track1.wav");
@@ -49,7 +49,7 @@ TEST(SplitPath, TreatsAPathWithATrailingBackslashAsAName) {
     EXPECT_EQ(process.SplitDir, "");
 }
 
-TEST(SplitPath, SplitsTheEmptyTextAndItsOwnResult) {
+TEST(SplitPath, SplitsAnEmptyTextAndSplitDirItself) {
     ProcessState process;
     EXPECT_EQ(SplitPath("", process), "");
     process.SplitDir = "c:\\a\\b";

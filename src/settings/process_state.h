@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The process-wide variables: one instance per program, passed by reference to every class of the
-// logic. All are plain values on the logic thread; each test creates a new instance. No behaviour
-// here.
+// Holds the process-wide variables of the logic. The program has one instance, which its classes
+// get by reference; each test creates a new instance. Only the logic's thread uses it.
 #pragma once
 
 #include <cstdint>
@@ -23,16 +22,17 @@ struct ProcessState {
     bool workerBusy = false;
     /// The WAV file being captured or the MP3 file being decoded.
     std::string currentFile;
-    /// The WAV that a decoding writes.
+    /// The WAV file that a decoding writes.
     std::string currentWavFile;
-    /// The current track; the tree's mouse release sets it too, and the player plays it.
+    /// The number of the current track. Releasing the mouse button on a track of the tree sets it,
+    /// too, and the player plays that track.
     std::int32_t currentTrack = 0;
-    /// Shared loop counter, valid only inside the loop that set it; also takes the results of the
+    /// Shared loop counter, valid only inside the loop that set it; also stores the status of the
     /// player's unchecked commands.
     std::int32_t fileIndex = 0;
-    /// The player window is loaded.
+    /// Whether the player's window is loaded.
     bool PlayerOpen = false;
-    /// "pause" was pressed on the player.
+    /// Whether "pause" was pressed on the player, and "play" not since then.
     bool CDPaused = false;
     /// Result of the last read or write of a mixer control; only the code that sets it reads it.
     MixerResult mixerLastError = MixerResult::noError;

@@ -7,7 +7,7 @@
 
 namespace sonarith {
 
-/// The destination; upper and lower case are as in the stored text.
+/// The destination folder; upper and lower case are as in the stored text.
 struct DestinationFolder {
     std::string parent; ///< without a trailing backslash
     std::string name;
@@ -16,9 +16,9 @@ struct DestinationFolder {
     bool operator==(const DestinationFolder&) const = default;
 };
 
-/// The destination for a stored text: split at its last backslash, with the program folder for an
-/// empty parent and "WAVFiles" for an empty name. A text without a backslash, or with a single
-/// leading one, means "WAVFiles" in the program folder.
+/// Splits a stored text at its last backslash; an empty name becomes "WAVFiles". A text without a
+/// backslash, or whose only backslash is its first character, means "WAVFiles" in the program
+/// folder.
 [[nodiscard]] DestinationFolder destinationOf(const std::string& stored,
                                               const std::string& programFolder);
 

@@ -12,7 +12,8 @@ namespace sonarith {
 
 namespace {
 
-/// In integers only: a double cannot represent the bytes of a large disk exactly.
+/// The size in whole MB. Calculated with integers, because a double cannot represent the bytes of a
+/// large disk exactly.
 std::string wholeMegabytes(std::int64_t bytes) {
     constexpr std::int64_t megabyte = 1'000'000;
     const std::int64_t whole = bytes / megabyte;
@@ -43,7 +44,8 @@ DiskGuard::DiskGuard(const Platform& platform, ProcessState& process, Windows& w
 
 void DiskGuard::RefreshDriveSpace() {
     FrmPrefs& prefs = touched(windows_.FrmPrefs);
-    // Set once at the end, so that a view repaints nothing while the figures do not change.
+    // Text6 is set once at the end, so that a view repaints nothing while the figures do not
+    // change.
     std::string lines;
     for (const std::string& root : driveRoots(platform_.system)) {
         process_.DriveName = root;
@@ -67,8 +69,8 @@ void DiskGuard::RefreshDriveSpace() {
 void DiskGuard::tmrWarning_Timer() {
     RefreshDriveSpace();
     const AppSettings& settings = process_.settings;
-    // Deliberate: the designed text of the label is read as 0, so a destination on a drive that is
-    // not fixed counts as full.
+    // Deliberate: the designed text of Label4 is read as 0, so a destination on a drive that is not
+    // fixed counts as full.
     const double freeMegabytes = numberOf(touched(windows_.FrmPrefs).Label4.caption());
     if (settings.hdStopDecoding == 1 && freeMegabytes < settings.hdStopNo) {
         process_.stopRequested = true;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Monitors the free space of the destination's drive while an action runs: warns below one limit
 // and stops the action below another. Also fills the preferences' list of drives. It shows no
-// message. Its timer is started by the start of an action, not here.
+// message. The start of an action starts the timer, not this class.
 #pragma once
 
 #include "desktop/system.h"
@@ -14,7 +14,7 @@ namespace sonarith {
 
 class DiskGuard {
   public:
-    /// Sets the handlers of tmrWarning. All must outlive this.
+    /// Sets the handlers of tmrWarning. All parameters must outlive this object.
     DiskGuard(const Platform& platform, ProcessState& process, Windows& windows,
               const System& system, CaptureMonitor& monitor);
     DiskGuard(const DiskGuard&) = delete;

@@ -37,7 +37,7 @@ TEST_F(DiskGuardTest, ListsEachFixedDriveWithItsMegabytes) {
     EXPECT_EQ(form.Text6.text(), "C:\\ - 1500 MB available\r\nD:\\ - 0 MB available\r\n");
 }
 
-TEST_F(DiskGuardTest, EmptiesTheListFirst) {
+TEST_F(DiskGuardTest, RefreshingEmptiesTheListFirst) {
     freeOn("D:\\", 1'000'000);
     preferences.guard.RefreshDriveSpace();
     system.drives.clear();
@@ -66,7 +66,7 @@ TEST_F(DiskGuardTest, SkipsADriveThatFails) {
     EXPECT_EQ(process.DriveFreeBytes, 0);
 }
 
-TEST_F(DiskGuardTest, KeepsTheFiguresOfTheLastDrive) {
+TEST_F(DiskGuardTest, StoresTheFiguresOfTheLastDriveInTheProcessState) {
     freeOn("D:\\", 5'000'001);
     preferences.guard.RefreshDriveSpace();
     EXPECT_EQ(process.DriveName, "D:\\");
@@ -116,7 +116,7 @@ TEST_F(DiskGuardTest, FindsTheDestinationsDriveByItsLetterInAnyCase) {
     EXPECT_EQ(form.Label4.caption(), "88");
 }
 
-TEST_F(DiskGuardTest, NeverClearsTheDestinationsFigures) {
+TEST_F(DiskGuardTest, KeepsTheDestinationsFiguresIfItIsOnNoListedDrive) {
     preferences.guard.RefreshDriveSpace();
     for (const char* path : {"x:\\gone", "", "\\\\server\\share"}) {
         settings.decodePath = path;
@@ -126,13 +126,13 @@ TEST_F(DiskGuardTest, NeverClearsTheDestinationsFigures) {
     }
 }
 
-TEST_F(DiskGuardTest, HandlesAHundredDrivesWithoutAWrite) {
+TEST_F(DiskGuardTest, MeasuresTwentyFiveDrivesWithoutWritingToTheStore) {
     for (char letter = 'B'; letter <= 'Z'; ++letter) {
         freeOn(std::string(1, letter) + ":\\", 1'000'000'000);
     }
     store.writes.clear();
     tick();
-    EXPECT_EQ(system.spaceAsked.size(), 26U); // the load step has read one drive
+    EXPECT_EQ(system.spaceAsked.size(), 26U); // one of them by the load step
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
@@ -168,7 +168,7 @@ TEST_F(DiskGuardTest, OnlyWarnsAtTheStopLimitItself) {
     EXPECT_EQ(loop.yieldCount(), 1); // the yield of the load step
 }
 
-TEST_F(DiskGuardTest, IsSilentAtTheWarningLimitItself) {
+TEST_F(DiskGuardTest, DoesNotWarnAtTheWarningLimitItself) {
     freeOn("C:\\", 100'000'000);
     tick();
     EXPECT_FALSE(Form1.Label5.visible());
@@ -181,11 +181,11 @@ TEST_F(DiskGuardTest, IsSilentAtTheWarningLimitItself) {
     EXPECT_TRUE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, StopsInThisOrder) {
+TEST_F(DiskGuardTest, RunsTheStepsOfAStopInThisOrder) {
     freeOn("C:\\", 0);
     std::vector<std::string> steps;
     Form1.Command8.onClick = [&] {
-        // Command1_Click stops everything and sets the flag and the label.
+        // tmrWarning_Timer() sets the flag and the label before Command1_Click() clicks Command8.
         steps.push_back("stop");
         EXPECT_TRUE(process.stopRequested);
         EXPECT_TRUE(Form1.Label5.visible());
@@ -213,7 +213,7 @@ TEST_F(DiskGuardTest, DoesNotWarnAfterAStop) {
     EXPECT_FALSE(Form1.Label5.visible());
 }
 
-TEST_F(DiskGuardTest, RunsOnlyIfItsTwoSwitchesAreOn) {
+TEST_F(DiskGuardTest, WarnsAndStopsOnlyIfTheSwitchForItIsOn) {
     freeOn("C:\\", 0);
     settings.hdStopDecoding = 0;
     tick();
@@ -266,7 +266,7 @@ TEST_F(DiskGuardTest, TreatsADestinationThatIsOnNoFixedDriveAsFull) {
     EXPECT_TRUE(stopped());
 }
 
-TEST_F(DiskGuardTest, ReadsTheTextOfTheLabel) {
+TEST_F(DiskGuardTest, ReadsTheFreeSpaceFromTheTextOfLabel4) {
     settings.decodePath = "x:\\";
     form.Label4.setCaption("51");
     tick();
@@ -296,7 +296,7 @@ TEST_F(DiskGuardTest, ToleratesAWindowThatIsClosedDuringTheYieldOfItsLoad) {
     freeOn("C:\\", 49'000'000);
     loop.atYield(1, [&] { form.unload(); });
     tick();
-    EXPECT_TRUE(form.loaded()); // once more, for the label
+    EXPECT_TRUE(form.loaded()); // loaded again to read Label4
     EXPECT_TRUE(stopped());
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences' window, the guard on disk space, which fills a part of it, and the system
-// information that both use. It has no behaviour of its own.
+// Creates the preferences' window, the guard on disk space, which fills a part of that window, and
+// the system information that both use. This struct adds no behaviour.
 #pragma once
 
 #include "desktop/system.h"
@@ -14,7 +14,8 @@
 namespace sonarith {
 
 struct Preferences {
-    /// All must outlive this. `monitor` stops everything when a disk is nearly full.
+    /// All parameters must outlive this object. `monitor` stops every job when a disk is nearly
+    /// full.
     Preferences(const Platform& platform, ProcessState& process, Windows& windows,
                 CaptureMonitor& monitor)
         : system(platform.system, platform.files),

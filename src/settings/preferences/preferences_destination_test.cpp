@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The destination folder of the preferences: choosing, creating and storing it, and failures.
+// Tests the destination folder of the preferences: choosing, creating and storing it, and failures.
 #include <string>
 #include <vector>
 
@@ -21,7 +21,7 @@ struct PreferencesDestination : test::PreferencesWorld {
     }
     void TestBody() override {}
 
-    /// The steps of a user who creates a new folder.
+    /// Runs the steps of a user who creates a new folder.
     void create(const std::string& name) {
         form.Check2.setValue(1).passOver();
         form.Text10.setText(name);
@@ -74,7 +74,7 @@ TEST_F(PreferencesDestination, IsWavFilesIfTheStoredTextIsNoPath) {
     }
 }
 
-TEST_F(PreferencesDestination, IsWavFilesBelowAStoredRootOrFolderWithABackslash) {
+TEST_F(PreferencesDestination, IsWavFilesBelowAStoredRoot) {
     store.put("Settings", "DecodePath", "d:\\");
     start();
     EXPECT_EQ(held("DecodePath"), "d:\\WAVFiles");
@@ -131,7 +131,7 @@ TEST_F(PreferencesDestination, IsShownAndAppliedBeforeItsFoldersAreCreated) {
     EXPECT_EQ(boxesUp, 2);
 }
 
-TEST_F(PreferencesDestination, ShowsTwoMessagesIfItIsReadOnlyFullOrAFile) {
+TEST_F(PreferencesDestination, ShowsTwoMessagesIfItCannotBeMadeOrIsAFile) {
     struct Row {
         const char* reason;
         ErrorNumber number;
@@ -154,7 +154,7 @@ TEST_F(PreferencesDestination, ShowsTwoMessagesIfItIsReadOnlyFullOrAFile) {
 
 // --- a new folder ------------------------------------------------------------------
 
-TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
+TEST_F(PreferencesDestination, IsChosenInTheListsOfDrivesAndFolders) {
     start();
     store.writes.clear();
     form.Drive2.setDrive("d:").passOver();
@@ -163,7 +163,7 @@ TEST_F(PreferencesDestination, IsChosenByTheDrivesAndTheFolders) {
     EXPECT_EQ(held("DecodePath"), "d:\\");
     form.Dir2.setPath("d:\\music").passOver();
     EXPECT_EQ(form.Text9.text(), "d:\\music");
-    // Saved at once, without accessing the folder; running actions continue with the old one.
+    // Saved at once, without accessing the folder; running actions continue with the old folder.
     EXPECT_THAT(written(), ElementsAre("DecodePath=d:\\", "DecodePath=d:\\music"));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith\\wavfiles");
 }
@@ -190,7 +190,7 @@ TEST_F(PreferencesDestination, IsNotChangedIfTheDriveCannotBeRead) {
     EXPECT_THAT(store.writes, IsEmpty());
 }
 
-TEST_F(PreferencesDestination, ShowsTheNewFoldersControlsWhileItsBoxIsTicked) {
+TEST_F(PreferencesDestination, ShowsTheControlsForANewFolderWhileCheck2IsTicked) {
     start();
     EXPECT_FALSE(form.Picture6.visible());
     form.Check2.setValue(1).passOver();
@@ -254,7 +254,7 @@ TEST_F(PreferencesDestination, IsAppliedButNotStoredIfItsCreationFails) {
     EXPECT_EQ(form.Check2.value(), 0);
 }
 
-TEST_F(PreferencesDestination, IsTheStoredOneAgainIfItsBoxIsUnticked) {
+TEST_F(PreferencesDestination, IsTheStoredFolderAgainIfCheck2IsNotTicked) {
     start();
     form.Text9.setText("d:\\music\\typed");
     form.Text10.setText("typed");
@@ -263,7 +263,7 @@ TEST_F(PreferencesDestination, IsTheStoredOneAgainIfItsBoxIsUnticked) {
     EXPECT_EQ(form.Text10.text(), "WAVFiles");
 }
 
-TEST_F(PreferencesDestination, IsSavedBeforeItsYieldAndHidesItsControlsAfterIt) {
+TEST_F(PreferencesDestination, IsSavedBeforeTheYieldAndHidesItsControlsAfterTheYield) {
     start();
     form.Text9.setText("d:\\");
     loop.atYield(1, [&] {

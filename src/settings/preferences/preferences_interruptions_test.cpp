@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The user closes the preferences' window, or closes and reopens it, while one of its procedures
-// runs: in each yield and while each message is shown.
+// Tests what happens if the user closes, or closes and reopens, the preferences' window while one
+// of its procedures runs: in each yield and while each message is shown.
 #include <functional>
 #include <string>
 
@@ -36,7 +36,7 @@ struct PreferencesInterrupted : test::PreferencesWorld {
     }
     /// Checks that the interrupted procedure no longer gathers writes: one change causes one write
     /// of the store.
-    void expectPlainWrites() {
+    void expectOneWriteForAChange() {
         const int before = store.fileWrites;
         form.Check5.setValue(1 - form.Check5.value()).passOver();
         EXPECT_EQ(store.fileWrites, before + 1);
@@ -50,7 +50,7 @@ void forBoth(const std::function<void(Meanwhile)>& test) {
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStep) {
+TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStepStayClosedOrKeepTheirNewState) {
     forBoth([](Meanwhile what) {
         const bool reopened = what == Meanwhile::reopen;
         PreferencesInterrupted run;
@@ -67,11 +67,11 @@ TEST_F(PreferencesInterrupted, InTheYieldOfTheLoadStep) {
         EXPECT_EQ(run.form.Picture6.visible(), reopened);
         run.form.Check6.setValue(0).passOver();
         EXPECT_EQ(run.held("HDWarning"), "0");
-        run.expectPlainWrites();
+        run.expectOneWriteForAChange();
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayer) {
+TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayerCompleteTheLoadStep) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.Form4.unload();
@@ -81,8 +81,8 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayer) {
         run.loop.atYield(1, [&] { run.interrupt(what); });
         run.start();
         EXPECT_TRUE(run.Form4.loaded());
-        // If it was closed, the rest of the load step uses the window's controls, which loads it
-        // again without showing it.
+        // If the window was closed, the rest of the load step uses the window's controls, which
+        // loads it again without showing it.
         EXPECT_TRUE(run.form.loaded());
         EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Label4.caption(), "200000");
@@ -90,11 +90,11 @@ TEST_F(PreferencesInterrupted, WhileTheLoadStepLoadsThePlayer) {
         EXPECT_EQ(run.form.Combo1.listIndex(), 5);
         EXPECT_EQ(run.form.cbxFormat.listCount(), 2);
         EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
-        run.expectPlainWrites();
+        run.expectOneWriteForAChange();
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShown) {
+TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShownKeepTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE(box);
@@ -114,12 +114,12 @@ TEST_F(PreferencesInterrupted, WhileEachMessageOfTheLoadStepIsShown) {
             EXPECT_EQ(run.form.visible(), what == Meanwhile::reopen);
             EXPECT_EQ(run.held("DecodePath"), "x:\\gone");
             EXPECT_EQ(run.settings.decodePath, "x:\\gone");
-            run.expectPlainWrites();
+            run.expectOneWriteForAChange();
         });
     }
 }
 
-TEST_F(PreferencesInterrupted, InTheYieldOfANewDestination) {
+TEST_F(PreferencesInterrupted, InTheYieldOfANewDestinationHaveSavedIt) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -129,11 +129,11 @@ TEST_F(PreferencesInterrupted, InTheYieldOfANewDestination) {
         EXPECT_EQ(run.form.loaded(), what == Meanwhile::reopen);
         EXPECT_EQ(run.held("DecodePath"), "d:\\new");
         EXPECT_EQ(run.settings.decodePath, "d:\\new");
-        run.expectPlainWrites();
+        run.expectOneWriteForAChange();
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShown) {
+TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShownKeepTheStoredDestination) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.start();
@@ -145,11 +145,12 @@ TEST_F(PreferencesInterrupted, WhileTheMessageAboutAMissingNameIsShown) {
         EXPECT_EQ(run.form.loaded(), what == Meanwhile::reopen);
         EXPECT_EQ(run.form.Check2.value(), what == Meanwhile::reopen ? 0 : 1);
         EXPECT_EQ(run.held("DecodePath"), "c:\\sonarith\\WAVFiles");
-        run.expectPlainWrites();
+        run.expectOneWriteForAChange();
     });
 }
 
-TEST_F(PreferencesInterrupted, WhileEachMessageOfAFailedNewDestinationIsShown) {
+TEST_F(PreferencesInterrupted,
+       WhileEachMessageOfAFailedNewDestinationIsShownKeepTheStoredDestination) {
     for (const int box : {1, 2}) {
         forBoth([box](Meanwhile what) {
             SCOPED_TRACE(box);
@@ -171,12 +172,12 @@ TEST_F(PreferencesInterrupted, WhileEachMessageOfAFailedNewDestinationIsShown) {
             // A reopened window has read the stored folder again.
             EXPECT_EQ(run.settings.decodePath,
                       what == Meanwhile::reopen ? "c:\\sonarith\\wavfiles" : "d:\\new");
-            run.expectPlainWrites();
+            run.expectOneWriteForAChange();
         });
     }
 }
 
-TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayer) {
+TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayerReadTheBoxOfTheReopenedWindow) {
     forBoth([](Meanwhile what) {
         PreferencesInterrupted run;
         run.startWithAllOff();
@@ -192,7 +193,7 @@ TEST_F(PreferencesInterrupted, WhileAMuteLoadsThePlayer) {
         EXPECT_EQ(run.form.loaded(), reopened);
         EXPECT_EQ(run.settings.muteButton, reopened ? 0 : 1);
         EXPECT_EQ(run.held("mute button"), reopened ? "0" : "1");
-        run.expectPlainWrites();
+        run.expectOneWriteForAChange();
     });
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The load step of the preferences: what it shows, saves and starts, and which stored values end it
-// early.
+// Tests the load step of the preferences: what it shows, saves and starts, and which stored values
+// end it early.
 #include <string>
 #include <vector>
 
@@ -34,7 +34,7 @@ TEST_F(PreferencesLoad, CentresTheWindowAndDoesNotShowIt) {
     EXPECT_FALSE(form.visible());
 }
 
-TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsWhatIsStored) {
+TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsTheStoredEntries) {
     store.put("Settings", "Encoding quality", "8");
     store.put("Settings", "Encoding bitrate", "13");
     store.put("Settings", "Audio format", "0");
@@ -58,7 +58,7 @@ TEST_F(PreferencesLoad, FillsTheThreeListsAndSelectsWhatIsStored) {
     EXPECT_EQ(form.cbxFormat.listIndex(), 0);
 }
 
-TEST_F(PreferencesLoad, HasTheCaptureFormatsInTheOrderOfTheirNumbers) {
+TEST_F(PreferencesLoad, ListsTheCaptureFormatsInTheOrderOfTheirNumbers) {
     start();
     for (const std::int16_t format : {std::int16_t{0}, std::int16_t{1}}) {
         EXPECT_EQ(captureFormatNamed(form.cbxFormat.list(format)), captureFormat(format));
@@ -155,7 +155,7 @@ TEST_F(PreferencesLoad, SavesTheDefaultOfEachMissingKey) {
     }
 }
 
-TEST_F(PreferencesLoad, WritesTheStoreOnce) {
+TEST_F(PreferencesLoad, WritesTheStoreOnceBeforeItsYield) {
     loop.atYield(1, [&] {
         EXPECT_EQ(store.fileWrites, 1); // the write precedes the yield
         EXPECT_EQ(store.writes.size(), 7U);
@@ -225,7 +225,7 @@ TEST_F(PreferencesLoad, OpensTheWindowEvenIfTheTraySwitchIsOn) {
 }
 
 TEST_F(PreferencesLoad, KeepsTheCaptionsOfSwitchesThatAreOff) {
-    // No click has run, which would set "Do not Encode after extracting" and "Play".
+    // No click handler has run; the handlers would set "Do not Encode after extracting" and "Play".
     startWithAllOff();
     EXPECT_EQ(form.Check10.caption(), "Encode to MP3 after extracting");
     EXPECT_EQ(form.Check1.caption(), "Mute");
@@ -285,17 +285,17 @@ TEST_F(PreferencesLoad, EndsAtABitRateOutsideItsList) {
 TEST_F(PreferencesLoad, EndsAtACaptureFormatOutsideItsList) {
     store.put("Settings", "Audio format", "2");
     start();
-    EXPECT_EQ(form.Check1.value(), 1); // all boxes are set before
+    EXPECT_EQ(form.Check1.value(), 1); // all boxes are set before the list is filled
     EXPECT_EQ(form.cbxFormat.listCount(), 2);
     EXPECT_EQ(form.cbxFormat.listIndex(), -1);
     EXPECT_EQ(settings.audioFormat, 2);
-    EXPECT_EQ(form.Text6.text(), ""); // neither drives nor destination
+    EXPECT_EQ(form.Text6.text(), ""); // neither drives nor destination are shown
     EXPECT_THAT(written(), Not(Contains(testing::StartsWith("DecodePath"))));
     EXPECT_EQ(settings.decodePath, "c:\\sonarith");
 }
 
 TEST_F(PreferencesLoad, EndsAtASwitchThatIsNeitherOnNorOff) {
-    // In the order in which they are set.
+    // The switches are in the order in which they are set.
     const std::vector<std::string> switches = {
         desktopIconKey,  minimizeOnStartKey,       deleteWavKey,
         showFullPathKey, encodeAfterExtractingKey, muteButtonKey};
@@ -330,7 +330,7 @@ TEST_F(PreferencesLoad, EndsAtEachInvalidSwitchOfTheDiskGuardAndKeepsTheEarlierS
     EXPECT_EQ(second.form.Text9.text(), "");
 }
 
-TEST_F(PreferencesLoad, ContinuesWithNothingSelectedForMinusOne) {
+TEST_F(PreferencesLoad, SelectsNothingForMinusOneAndContinues) {
     store.put("Settings", "Encoding quality", "-1");
     store.put("Settings", "Encoding bitrate", "-1");
     store.put("Settings", "Audio format", "-1");

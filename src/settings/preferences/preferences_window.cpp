@@ -96,8 +96,8 @@ void PreferencesWindow::wireOtherControls() {
     copyIndex(form_.Combo1, &AppSettings::encodingQuality);
     copyIndex(form_.Combo2, &AppSettings::encodingBitrate);
     copyIndex(form_.cbxFormat, &AppSettings::audioFormat);
-    // Deliberate: runs before the key changes the text, so the saved text is one key behind until
-    // Command1 saves it.
+    // Deliberate: these handlers run before the key changes the text, so the saved text lacks the
+    // last key until Command1 saves the text.
     form_.Text7.onKeyDown = [this] {
         saveLimit(form_.Text7, hdWarningNoKey, process_.settings.hdWarningNo).passOver();
     };
@@ -156,8 +156,8 @@ Status PreferencesWindow::fillEncodingLists() {
     return form_.Combo2.setListIndex(process_.settings.encodingBitrate);
 }
 
-/// A box that becomes ticked runs its click: switches with the value 1 are saved again at each
-/// start.
+/// A box that becomes ticked runs its click handler, so switches with the value 1 are saved again
+/// at each start.
 Status PreferencesWindow::showSettings() {
     const AppSettings& settings = process_.settings;
     if (Status status = form_.Check6.setValue(settings.hdWarning); !status.ok()) {
@@ -284,8 +284,9 @@ void PreferencesWindow::Dir2_Change() {
 
 std::optional<DestinationFolder> PreferencesWindow::chosenDestination() {
     if (form_.Check2.value() == 0) {
-        // Read with an empty default, not that of LoadSettings: the first start creates "WAVFiles"
-        // in the program folder, although LoadSettings returns the program folder itself.
+        // Read with an empty default, not with the default of LoadSettings: the first start creates
+        // "WAVFiles" in the program folder, although LoadSettings returns the program folder
+        // itself.
         const std::string stored =
             platform_.store.GetSetting(applicationName, settingsSection, decodePathKey, "");
         return destinationOf(stored, platform_.files.programFolder());

@@ -18,14 +18,14 @@ namespace sonarith {
 
 class PreferencesWindow {
   public:
-    /// Sets the handlers of the form's events. All must outlive this.
+    /// Sets the handlers of the form's events. All parameters must outlive this object.
     PreferencesWindow(const Platform& platform, ProcessState& process, Windows& windows,
                       DiskGuard& guard);
     PreferencesWindow(const PreferencesWindow&) = delete;
     PreferencesWindow& operator=(const PreferencesWindow&) = delete;
 
     /// Ends at a stored value that its control does not accept; the window is loaded nevertheless.
-    /// All values that it stores before its yield are written to the store in one write.
+    /// All settings that it saves before its first yield reach the disk in one write.
     void Form_Load();
     /// Saves quality, bit rate and capture format, which are saved only here.
     void Form_QueryUnload();
@@ -34,7 +34,8 @@ class PreferencesWindow {
     void Check2_Click();
     void Check4_Click();
     void Check10_Click();
-    /// Saves all four keys of the disk guard, up to the first limit that is not a number.
+    /// Saves the disk guard's two switches, then its two limits. A limit that is not a number is
+    /// saved as it is, and a limit after it is not saved.
     void Command1_Click();
     /// Chooses and creates the destination folder. Yields once after saving it.
     void Co111_Click();
@@ -45,10 +46,10 @@ class PreferencesWindow {
     void wireSwitches();
     void wireOtherControls();
     void saveSetting(const char* key, const std::string& value);
-    /// Saves a box's value and copies it to its field.
+    /// Saves a box's value and copies it to `field`.
     void saveSwitch(const CheckBox& box, const char* key, std::int16_t& field);
-    /// Saves a box's text and copies it to its field as a number. Fails, after saving, if the text
-    /// is not a number or does not fit 16 bits.
+    /// Saves a box's text and copies it to `field` as a number. Fails, after saving, if the text is
+    /// not a number or does not fit 16 bits.
     Status saveLimit(const TextBox& box, const char* key, std::int16_t& field);
     Status saveLimits();
 
@@ -60,7 +61,7 @@ class PreferencesWindow {
     /// Shows a message and returns nothing if a new folder has no name.
     [[nodiscard]] std::optional<DestinationFolder> chosenDestination();
     [[nodiscard]] bool makeFolders(const std::string& path);
-    /// Writes to the disk everything that the load step has saved: the next step may yield.
+    /// Writes to the disk everything that the load step has saved, because the next step may yield.
     void endLoadWrites() { loadWrites_.reset(); }
 
     const Platform& platform_;
