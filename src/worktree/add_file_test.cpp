@@ -41,7 +41,7 @@ TEST_F(Cmaddfile2Test, AddsAnMp3ToItsOwnGroupAndList) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondAndYieldsMeanwhile) {
+TEST_F(Cmaddfile2Test, WaitsThreeTenthsOfASecondWhileTimersRun) {
     put("c:\\music\\a.wav");
     const auto start = loop.now();
     int ticks = 0;
@@ -126,7 +126,7 @@ TEST_F(Cmaddfile2Test, AddingAFileTwiceLeavesOneNodeAndOneEntry) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, ANameInTheTreeBlocksAFileOfAnotherFolder) {
+TEST_F(Cmaddfile2Test, ANameInTheTreeBlocksAFileOfTheSameNameInAnotherFolder) {
     process.settings.showFullPath = 0;
     put("c:\\one\\a.wav");
     put("c:\\two\\a.wav");
@@ -136,7 +136,7 @@ TEST_F(Cmaddfile2Test, ANameInTheTreeBlocksAFileOfAnotherFolder) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\one\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, WithFullPathsFilesOfOneNameInTwoFoldersAreBothAdded) {
+TEST_F(Cmaddfile2Test, WithFullPathsFilesOfTheSameNameInTwoFoldersAreBothAdded) {
     put("c:\\one\\a.wav");
     put("c:\\two\\a.wav");
     adder.Cmaddfile2("c:\\one\\a.wav");
@@ -170,7 +170,8 @@ TEST_F(Cmaddfile2Test, TheOldNameOfARenamedFileGetsAnEntryButNoNode) {
     ASSERT_EQ(node("b.wav")->key(), "p namea.wav");
     put("c:\\music\\a.wav");
     adder.Cmaddfile2("c:\\music\\a.wav");
-    // The renamed node keeps its key, which the new node would need: adding it fails.
+    // The renamed node keeps its key. The new node would need the same key, so adding the new node
+    // fails.
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("b.wav"));
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\b.wav"));
 }
@@ -194,7 +195,7 @@ TEST_F(Cmaddfile2Test, TheFileIsAddedToTheFirstNodeWithTheGroupsText) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav"));
 }
 
-TEST_F(Cmaddfile2Test, WithoutItsGroupTheEntryIsAddedAndTheNodeIsNot) {
+TEST_F(Cmaddfile2Test, IfItsGroupIsMissingOnlyTheEntryIsAdded) {
     put("c:\\music\\a.wav");
     view.remove(node("WAV Files Folder")).passOver();
     const auto before = outline();
@@ -212,7 +213,8 @@ TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedBetweenTheYieldsOnlyTheEntryIsAdded) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav"));
 }
 
-/// Starts another call for the same file inside each yield of the first call in turn.
+/// The parameter is the number of the yield of a first call inside which another call for the same
+/// file starts.
 struct OverlappingCalls : Cmaddfile2Test, testing::WithParamInterface<int> {};
 
 TEST_P(OverlappingCalls, LeaveOneNodeAndOneEntry) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// State shared by all events of the work tree. It persists between events unless an event resets
-// it.
+// Holds the state that the events of the work tree share. It persists between events unless an
+// event resets it.
 #pragma once
 
 #include <cstdint>

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whether a node's text names a file that may be renamed or removed. Compares texts only, not the
-// level of the node or the file on disk.
+// Checks whether a node's text names a file that may be renamed or removed. Looks only at the text,
+// not at the level of the node or the file on disk.
 #pragma once
 
 #include <string>
 
 namespace sonarith {
 
-/// The text ends in ".wav", ".WAV", ".mp3" or ".MP3"; an ending of mixed case does not count.
+/// Whether the text ends in ".wav", ".WAV", ".mp3" or ".MP3"; an ending of mixed case does not
+/// count.
 [[nodiscard]] inline bool hasFileEnding(const std::string& text) {
     return text.ends_with(".wav") || text.ends_with(".WAV") || text.ends_with(".mp3") ||
            text.ends_with(".MP3");

@@ -6,7 +6,7 @@
 namespace sonarith {
 namespace {
 
-TEST(HasFileEnding, IsTrueForTheTwoEndingsInOneCase) {
+TEST(HasFileEnding, IsTrueForWavAndMp3InLowerOrUpperCase) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
         EXPECT_TRUE(hasFileEnding(text)) << text;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file finder as the work tree uses it: one search of a folder at a time, and its result list.
-// It does not include the finder's window and its other uses.
+// The interface through which the work tree uses the file finder: one search of a folder at a time,
+// and the list of its results. The finder's window and its other uses are not part of it.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ class FolderScanner {
     /// Runs a complete search (`zFileExt`, then `Command1_Click`) for files with an extension such
     /// as "wav" and replaces the previous result. Yields while it runs.
     virtual void search(const std::string& extension) = 0;
-    /// The paths found; its current line is the finder's selection.
+    /// The list of the paths found; its current line is the finder's selection.
     [[nodiscard]] virtual const ListBox& lstfiles() const = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// In-place editing of the work tree's labels: which nodes may be renamed, and the renaming of the
-// file and the list entry after a new label. The editor itself belongs to the view of the tree.
+// Handles in-place edits of the work tree's labels: decides which nodes may be edited, and renames
+// the file and the list entry after an edit. The editor itself belongs to the view of the tree.
 #pragma once
 
 #include <string>
@@ -25,7 +25,7 @@ class LabelEdit {
     void TreeView1_BeforeLabelEdit(bool& cancel) const;
     /// Renames the selected node's file and its list entry. If the file cannot be renamed, the old
     /// label stays (`cancel`) and the editor opens again. A new name with the ending of another
-    /// type renames nothing; the tree shows it as the label.
+    /// type renames nothing; the tree shows that name as the label.
     void TreeView1_AfterLabelEdit(bool& cancel, const std::string& newText);
 
   private:

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Files listed by bare names, as the tree shows them without full paths.
+/// Fills the tree with files, which it shows by their names without the folders.
 struct LabelEditTest : test::WorkTreeWorld {
     LabelEditTest() {
         process.settings.showFullPath = 0;
@@ -21,7 +21,7 @@ struct LabelEditTest : test::WorkTreeWorld {
         tree.showfiles();
     }
 
-    /// The user presses the node, types, and ends with Return.
+    /// Edits a label as a user does: presses the node, types, and ends with Return.
     void relabel(const std::string& text, const std::string& newText) {
         press(node(text));
         ASSERT_EQ(view.editedNode(), node(text)) << text;
@@ -42,7 +42,7 @@ struct LabelEditTest : test::WorkTreeWorld {
 
 // --- before ------------------------------------------------------------------------------------
 
-TEST_F(LabelEditTest, FilesWithAnEndingInOneCaseMayBeEdited) {
+TEST_F(LabelEditTest, LabelsWithALowerOrUpperCaseEndingMayBeEdited) {
     for (const char* text : {"a.wav", "a.WAV", "a.mp3", "a.MP3", "c:\\x\\a.wav", ".wav"}) {
         EXPECT_FALSE(refused(text)) << text;
     }
@@ -84,7 +84,7 @@ TEST_F(LabelEditTest, ANewNameRenamesFileEntryAndLabelAndKeepsTheKey) {
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsTheGuard) {
+TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsLabelEditGuard) {
     press(node("a.wav"));
     drag.DragNode = nullptr;
     drag.LabelEditGuard = "x";
@@ -93,7 +93,7 @@ TEST_F(LabelEditTest, ANewNameSetsDragNodeAndClearsTheGuard) {
     EXPECT_EQ(drag.LabelEditGuard, "");
 }
 
-TEST_F(LabelEditTest, AnMp3IsSearchedInItsOwnLists) {
+TEST_F(LabelEditTest, AnMp3IsSearchedInTheListsOfMp3Files) {
     relabel("b.mp3", "n.mp3");
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\music\\n.mp3"));
     EXPECT_TRUE(disk.fileExists("c:\\music\\n.mp3"));
@@ -112,7 +112,7 @@ TEST_F(LabelEditTest, ASelectedWavIsFoundInTheSecondListAndOnlyOneEntryIsRenamed
     EXPECT_TRUE(disk.fileExists("c:\\music\\a.wav"));
 }
 
-TEST_F(LabelEditTest, AnUpperCaseEndingMayBecomeALowerCaseOne) {
+TEST_F(LabelEditTest, AnUpperCaseEndingMayBecomeALowerCaseEnding) {
     disk.addFile("c:\\music\\Loud.WAV", "loud");
     fill(form.List1, {"c:\\music\\Loud.WAV"});
     addItem(view, node("WAV Files"), "p loud", "Loud.WAV").passOver();
@@ -122,7 +122,7 @@ TEST_F(LabelEditTest, AnUpperCaseEndingMayBecomeALowerCaseOne) {
     EXPECT_EQ(node("quiet.wav")->key(), "p loud");
 }
 
-TEST_F(LabelEditTest, AChangeOfCaseOnlyChangesTheLabel) {
+TEST_F(LabelEditTest, AChangeOfOnlyTheCaseChangesOnlyTheLabel) {
     relabel("a.wav", "A.wav");
     EXPECT_THAT(disk.log, IsEmpty());
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "c:\\music\\taken.wav"));
@@ -148,7 +148,7 @@ TEST_F(LabelEditTest, AnyOtherEndingChangesNeitherFileNorEntryAndTheTreeKeepsIts
     EXPECT_EQ(view.editedNode(), nullptr);
 }
 
-TEST_F(LabelEditTest, AnEmptyLabelChangesNeitherFileNorEntryEither) {
+TEST_F(LabelEditTest, AnEmptyLabelChangesNeitherFileNorEntry) {
     const NodeRef file = node("a.wav");
     relabel("a.wav", "");
     EXPECT_THAT(disk.log, IsEmpty());
@@ -183,7 +183,7 @@ TEST_F(LabelEditTest, AnExistingNameChangesNothingAndOpensTheEditorAgain) {
     EXPECT_EQ(view.editedNode(), file);
     EXPECT_EQ(view.selectedItem(), file);
     EXPECT_EQ(view.dropHighlight(), file);
-    // The second try.
+    // The user tries another name.
     view.finishLabelEdit("free.wav");
     EXPECT_TRUE(disk.fileExists("c:\\music\\free.wav"));
     EXPECT_EQ(view.editedNode(), nullptr);
@@ -198,7 +198,7 @@ TEST_F(LabelEditTest, ARefusalSelectsAndHighlightsDragNode) {
     EXPECT_EQ(view.dropHighlight(), node("b.mp3"));
 }
 
-TEST_F(LabelEditTest, WithNothingSelectedAnyMoreNothingIsRenamed) {
+TEST_F(LabelEditTest, NothingIsRenamedIfTheTreeWasEmptiedDuringTheEdit) {
     press(node("a.wav"));
     bool cancel = false;
     view.clear();

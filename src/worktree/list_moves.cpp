@@ -75,7 +75,7 @@ void ListMoves::selectTrack(const std::string& s) {
     if (found < 0) {
         return;
     }
-    // At the top: the track that was chosen last is extracted first.
+    // Inserted at the top, so the track that was chosen last is extracted first.
     putOnTop(form_.lstRecord, form_.lstTracks.list(found), form_.List7);
     form_.lstTracks.removeItem(found).passOver();
 }
@@ -85,7 +85,7 @@ void ListMoves::returnTrack(const std::string& s) {
     if (found < 0) {
         return;
     }
-    // At the end, not at the position of its number.
+    // Added at the end, not at the position of its number.
     form_.lstTracks.addItem(form_.lstRecord.list(found));
     form_.lstRecord.removeItem(found).passOver();
 }
@@ -119,8 +119,8 @@ void ListMoves::selectMp3(const std::string& s, MovedBy movedBy) {
     for (int i = 0; i < form_.List4.listCount(); ++i) {
         form_.List7.addItem(form_.List4.list(i));
     }
-    // Unlike a WAV file and unlike a drag: List2 is cleared but List4 is not, so its old entries
-    // occur twice, before and after the new one. A start then decodes them twice.
+    // Unlike for a WAV file or a drag, List2 is cleared but List4 is not, so the old entries of
+    // List4 occur twice, before and after the new entry. A start then decodes them twice.
     form_.List2.clear();
     for (int i = 0; i < form_.List7.listCount(); ++i) {
         if (!form_.List7.list(i).empty()) {
@@ -138,9 +138,9 @@ void ListMoves::returnMp3(const std::string& s) {
     putOnTop(form_.List2, s, form_.List7);
 }
 
-/// Deliberate, since users rely on it: skips the entry that moves into the place of a removed one,
-/// because the bound is read once and the index always advances. Beyond the new end of the list a
-/// removal fails, and the failure is ignored.
+/// Deliberate, since users rely on it: skips the entry that moves into the place of a removed
+/// entry, because the bound is read once and the index always advances. Beyond the new end of the
+/// list a removal fails, and the failure is ignored.
 void ListMoves::removeEntries(ListBox& list, const Test& leaves) {
     const int bound = list.listCount();
     for (int i = 0; i < bound; ++i) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Moves list entries between the "available" and the "selected" side: which entry leaves which list
-// and where it is inserted. TreeMoves moves the nodes.
+// Moves entries between the lists of available and the lists of selected tracks and files.
+// TreeMoves moves the nodes.
 #pragma once
 
 #include <functional>
@@ -14,8 +14,9 @@
 namespace sonarith {
 
 /// The trigger of a move. Only a drag finds the whole path of a file by its name. A drag that
-/// selects an MP3 moves only the entry of this file, as for a WAV file. A double click also empties
-/// the list of available MP3 files and duplicates the entries that were selected before.
+/// selects an MP3 file moves only the entry of this file, as for a WAV file. A double click that
+/// selects an MP3 file also empties the list of available MP3 files and duplicates the entries that
+/// were selected before.
 enum class MovedBy { doubleClick, drag };
 
 class ListMoves {
@@ -25,8 +26,8 @@ class ListMoves {
         : loop_(loop), process_(process), form_(form), drag_(drag) {}
 
     /// Moves the entry that `text` names. The parents of DragNode and of the selected node choose
-    /// the rule: the first one that fits, or none. Yields after each entry that it removes from a
-    /// file list.
+    /// the rule: the first rule that fits is applied; if no rule fits, nothing moves. Yields after
+    /// each entry that it removes from a file list.
     void moveEntry(const std::string& text, MovedBy movedBy);
 
   private:

@@ -9,7 +9,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// One root with all six groups and an item in each, for DragNode and the selection.
+/// The tree with one root and all six groups. itemIn() adds the items for DragNode and the
+/// selection.
 struct ListMovesTest : test::WorkTreeWorld {
     ListMoves lists{loop, process, form, drag};
 
@@ -62,7 +63,7 @@ TEST_F(ListMovesTest, ATrackReturnsToTheEndOfItsList) {
     EXPECT_THAT(lines(form.List7), ElementsAre("left over"));
 }
 
-TEST_F(ListMovesTest, OfTwoEqualTracksTheFirstOneMoves) {
+TEST_F(ListMovesTest, OfTwoEqualTracksTheFirstMoves) {
     fill(form.lstTracks, {"Track_1", "Track_2", "Track_1"});
     move("Track_1", "Available Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_1", "lstRecord: Track_1"));
@@ -86,7 +87,7 @@ TEST_F(ListMovesTest, ATracksEntryIsFoundByWildcardAndMovedUnchanged) {
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_2 Track_7"));
 }
 
-TEST_F(ListMovesTest, AnEmptyQueueLineIsMovedToTheList) {
+TEST_F(ListMovesTest, TheQueuesCurrentLineStaysCurrentIfALineBeforeItMoves) {
     fill(form.lstRecord, {"Track_1", "Track_2", "Track_3"});
     form.lstRecord.setListIndex(2).passOver();
     move("Track_1", "Selected Tracks");
@@ -101,7 +102,7 @@ TEST_F(ListMovesTest, AWavMovesToTheTopOfTheSelectedList) {
     EXPECT_THAT(lines(form.List7), ElementsAre("b.wav", "c.wav"));
 }
 
-TEST_F(ListMovesTest, AWavReturnsToTheTopAndKeepsEqualEntriesOfTheTarget) {
+TEST_F(ListMovesTest, AWavReturnsToTheTopAndKeepsEqualEntriesOfTheTargetList) {
     fill(form.List1, {"a.wav", "b.wav"});
     fill(form.List5, {"c.wav", "b.wav"});
     move("b.wav", "Selected WAV Files");
@@ -117,7 +118,7 @@ TEST_F(ListMovesTest, AWavIsSelectedByWildcardAndReturnedByEquality) {
     EXPECT_THAT(all(), ElementsAre("List1: #.wav a.wav", "List5: 1.wav"));
 }
 
-TEST_F(ListMovesTest, AWavWithABracketDoesNotFindItself) {
+TEST_F(ListMovesTest, AWavWithABracketDoesNotMatchItsOwnEntry) {
     fill(form.List1, {"[x].wav", "x.wav"});
     move("[x].wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: [x].wav", "List5: [x].wav"));
@@ -144,7 +145,7 @@ TEST_F(ListMovesTest, DragNodesParentChoosesTheRuleForTracksAndMp3Files) {
     EXPECT_THAT(all(), ElementsAre("lstRecord: Track_1", "List2: a.mp3"));
 }
 
-TEST_F(ListMovesTest, ASelectedMp3EmptiesTheAvailableListAndDoublesTheSelectedOne) {
+TEST_F(ListMovesTest, SelectingAnMp3EmptiesTheAvailableListAndDoublesTheSelectedEntries) {
     fill(form.List2, {"a.mp3", "b.mp3", "c.mp3"});
     fill(form.List4, {"d.mp3", "e.mp3"});
     move("b.mp3", "MP3 Files");
@@ -152,7 +153,7 @@ TEST_F(ListMovesTest, ASelectedMp3EmptiesTheAvailableListAndDoublesTheSelectedOn
     EXPECT_THAT(lines(form.List7), ElementsAre("b.mp3", "d.mp3", "e.mp3"));
 }
 
-TEST_F(ListMovesTest, ASelectedMp3OmitsEmptyEntries) {
+TEST_F(ListMovesTest, SelectingAnMp3DoesNotDoubleEmptyEntries) {
     fill(form.List4, {"", "e.mp3"});
     move("b.mp3", "MP3 Files");
     EXPECT_THAT(lines(form.List4), ElementsAre("", "e.mp3", "b.mp3", "e.mp3"));
@@ -181,7 +182,7 @@ TEST_F(ListMovesTest, ABareNameMatchesNoPathAndIsInsertedAtTheTop) {
     EXPECT_THAT(all(), ElementsAre("List1: c:\\x\\a.wav", "List5: a.wav"));
 }
 
-TEST_F(ListMovesTest, TheEntryThatMovesIntoARemovedPlaceIsSkipped) {
+TEST_F(ListMovesTest, TheEntryThatMovesIntoThePlaceOfARemovedEntryIsSkipped) {
     fill(form.List1, {"a.wav", "a.wav", "a.wav", "b.wav", "a.wav"});
     move("a.wav", "WAV Files");
     // The second and the last entry moved up after the index had advanced.
@@ -263,7 +264,7 @@ TEST_F(ListMovesTest, WithoutNodesNothingMoves) {
 // --- a drag --------------------------------------------------------------------------------------
 
 struct DraggedListMovesTest : ListMovesTest {
-    void drag_(const std::string& text, const std::string& group) {
+    void moveByDrag(const std::string& text, const std::string& group) {
         drag.DragNode = itemIn(group);
         view.setSelectedItem(itemIn(group)).passOver();
         lists.moveEntry(text, MovedBy::drag);
@@ -273,53 +274,53 @@ struct DraggedListMovesTest : ListMovesTest {
 TEST_F(DraggedListMovesTest, ATrackMovesAsByADoubleClick) {
     fill(form.lstTracks, {"Track_1", "Track_2"});
     fill(form.lstRecord, {"Track_9"});
-    drag_("Track_2", "Available Tracks");
+    moveByDrag("Track_2", "Available Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1", "lstRecord: Track_2 Track_9"));
-    drag_("Track_9", "Selected Tracks");
+    moveByDrag("Track_9", "Selected Tracks");
     EXPECT_THAT(all(), ElementsAre("lstTracks: Track_1 Track_9", "lstRecord: Track_2"));
 }
 
 TEST_F(DraggedListMovesTest, ABareNameMovesTheWholePath) {
     fill(form.List1, {"c:\\a.wav", "c:\\b.wav"});
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3"});
-    drag_("b.wav", "WAV Files");
-    drag_("b.mp3", "MP3 Files");
+    moveByDrag("b.wav", "WAV Files");
+    moveByDrag("b.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\a.wav", "List5: c:\\b.wav", "List2: c:\\a.mp3",
                                    "List4: c:\\b.mp3"));
-    drag_("b.wav", "Selected WAV Files");
-    drag_("b.mp3", "Selected MP3 Files");
+    moveByDrag("b.wav", "Selected WAV Files");
+    moveByDrag("b.mp3", "Selected MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\b.wav c:\\a.wav", "List2: c:\\b.mp3 c:\\a.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, AWholePathIsFoundByItsNameSoThatTheFirstOfThatNameMoves) {
+TEST_F(DraggedListMovesTest, AWholePathIsFoundByItsNameSoTheFirstEntryOfThatNameMoves) {
     fill(form.List1, {"c:\\one\\a.wav", "c:\\two\\a.wav"});
-    drag_("c:\\two\\a.wav", "WAV Files");
+    moveByDrag("c:\\two\\a.wav", "WAV Files");
     EXPECT_THAT(all(), ElementsAre("List1: c:\\two\\a.wav", "List5: c:\\one\\a.wav"));
 }
 
-TEST_F(DraggedListMovesTest, TheAvailableListIsSearchedBeforeTheSelectedOne) {
+TEST_F(DraggedListMovesTest, TheAvailableListIsSearchedBeforeTheSelectedList) {
     fill(form.List2, {"c:\\one\\a.mp3"});
     fill(form.List4, {"c:\\two\\a.mp3"});
-    drag_("a.mp3", "Selected MP3 Files");
+    moveByDrag("a.mp3", "Selected MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: c:\\one\\a.mp3", "List4: c:\\two\\a.mp3"));
 }
 
 TEST_F(DraggedListMovesTest, ANameInNoListMovesUnchanged) {
-    drag_("x.wav", "WAV Files");
-    drag_("x.mp3", "MP3 Files");
+    moveByDrag("x.wav", "WAV Files");
+    moveByDrag("x.mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List5: x.wav", "List4: x.mp3"));
 }
 
-TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNames) {
+TEST_F(DraggedListMovesTest, TheNameIsAPatternForTheNamesInTheLists) {
     fill(form.List2, {"c:\\a1.mp3", "c:\\a[1].mp3"});
-    drag_("a[1].mp3", "MP3 Files");
+    moveByDrag("a[1].mp3", "MP3 Files");
     EXPECT_THAT(all(), ElementsAre("List2: c:\\a[1].mp3", "List4: c:\\a1.mp3"));
 }
 
 TEST_F(DraggedListMovesTest, AnMp3KeepsTheOthersAvailableAndIsSelectedOnce) {
     fill(form.List2, {"c:\\a.mp3", "c:\\b.mp3", "c:\\c.mp3"});
     fill(form.List4, {"c:\\x.mp3", "c:\\y.mp3"});
-    drag_("b.mp3", "MP3 Files");
+    moveByDrag("b.mp3", "MP3 Files");
     EXPECT_THAT(all(),
                 ElementsAre("List2: c:\\a.mp3 c:\\c.mp3", "List4: c:\\b.mp3 c:\\x.mp3 c:\\y.mp3"));
 }

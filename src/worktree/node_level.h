@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The level of a work tree's node, derived from its key. Not its depth: a node that was moved
-// elsewhere keeps its level.
+// Derives the level of a work tree's node from the node's key. The level is not the depth: a node
+// that was moved elsewhere keeps its level.
 #pragma once
 
 #include "platform/controls/tree_view.h"

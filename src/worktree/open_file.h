@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Adds a file that the user picks. FileAdder decides whether it is accepted.
+// Adds a file that the user picks. FileAdder decides whether the file is accepted.
 #pragma once
 
 #include <string>

@@ -46,7 +46,7 @@ TEST_F(OpenFileTest, TheDialogKeepsItsFileNameBetweenUses) {
     EXPECT_EQ(dialog.opened[2].fileName, "d:\\New.wav");
 }
 
-TEST_F(OpenFileTest, ACancelOfTheFirstUseDoesNothingAtOnce) {
+TEST_F(OpenFileTest, ACancelOfTheFirstUseReturnsAtOnceAndDoesNothing) {
     const auto before = outline();
     const auto start = loop.now();
     form.mnuOpenfile.click();
@@ -54,7 +54,7 @@ TEST_F(OpenFileTest, ACancelOfTheFirstUseDoesNothingAtOnce) {
     EXPECT_EQ(loop.now(), start);
 }
 
-TEST_F(OpenFileTest, ALaterCancelOffersThePreviousFileAgainWhichIsRejected) {
+TEST_F(OpenFileTest, ALaterCancelTriesToAddThePreviousFileAgainWhichIsRejected) {
     dialog.choices = {"d:\\New.wav", std::nullopt};
     form.mnuOpenfile.click();
     const auto before = outline();
@@ -65,7 +65,7 @@ TEST_F(OpenFileTest, ALaterCancelOffersThePreviousFileAgainWhichIsRejected) {
     EXPECT_THAT(lines(form.List1), ElementsAre("d:\\new.wav"));
 }
 
-TEST_F(OpenFileTest, AFileOfAnotherTypeIsOfferedTooAndGetsNoNode) {
+TEST_F(OpenFileTest, AFileOfAnotherTypeIsPassedToTheAdderButGetsNoNode) {
     dialog.choices = {"d:\\c.ogg"};
     const auto before = outline();
     const auto start = loop.now();

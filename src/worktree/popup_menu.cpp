@@ -20,7 +20,7 @@ std::array<ListBox*, 4> fileLists(Form1& form) {
     return {&form.List1, &form.List2, &form.List4, &form.List5};
 }
 
-/// Groups that an action can be started from, in lower case.
+/// Whether an action can be started from the group with this text in lower case.
 bool isStartableGroup(const std::string& lowered) {
     return lowered == "available tracks" || lowered == "selected tracks" ||
            lowered == "selected mp3 files" || lowered == "mp3 files";
@@ -44,8 +44,8 @@ PopupMenu::PopupMenu(const Platform& platform, ProcessState& process, Form1& for
 void PopupMenu::mnupopup_Open() {
     drag_.DragLevel = NodeLevel(drag_.DragNode);
     const std::string text = lowerCase(draggedText());
-    // The rules apply in this order; each one overrides those before. A group without a rule ("WAV
-    // Files") keeps the state of the previous opening.
+    // The rules apply in this order; each rule overrides the rules before it. A group without a
+    // rule ("WAV Files") keeps the state of the previous opening.
     if (drag_.DragLevel == itemLevel && !text.ends_with(".mp3")) {
         set({});
     }
@@ -85,8 +85,8 @@ void PopupMenu::mnuFileRemove_Click() {
     removeNode(text);
     for (ListBox* list : fileLists(form_)) {
         for (int i = 0; i < list->listCount(); ++i) {
-            // Compares the whole entry, unlike the command below: a node that shows a bare name
-            // removes no path from its list, and a start still decodes such an MP3 file.
+            // Compares the whole entry, unlike mnuRemoveDelete_Click(): a node that shows a bare
+            // name removes no path from its list, and a start still decodes such an MP3 file.
             if (matches(list->list(i), text)) {
                 list->removeItem(i).passOver();
                 return;
@@ -122,7 +122,7 @@ void PopupMenu::removeNode(const std::string& text) {
 void PopupMenu::destroy(ListBox& list, int index) {
     const std::string entry = list.list(index);
     p_DestroyFile(entry, platform_.files, platform_.loop).passOver();
-    // The deletion yields: the entry may have moved or been removed meanwhile.
+    // The deletion yields, and during a yield the entry may have moved or been removed.
     int now = 0;
     while (now < list.listCount() && list.list(now) != entry) {
         ++now;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree's popup: which of its entries are enabled for a node, and the two entries that
-// remove a file from the tree. Starting, minimizing and ending are wired elsewhere.
+// Handles the work tree's popup: enables its entries for a node, and runs the two entries that
+// remove a file from the tree. Other classes handle the entries for starting, minimizing and
+// ending.
 #pragma once
 
 #include <string>
@@ -20,13 +21,13 @@ class PopupMenu {
     PopupMenu(const PopupMenu&) = delete;
     PopupMenu& operator=(const PopupMenu&) = delete;
 
-    /// Enables and disables the entries according to DragNode before the menu opens. An entry
-    /// without a matching rule keeps its previous state.
+    /// Enables and disables the entries according to DragNode before the menu opens. If no rule
+    /// matches DragNode, the entries keep their previous state.
     void mnupopup_Open();
     /// Removes DragNode's file from the tree and its list, but keeps it on disk. Yields once.
     void mnuFileRemove_Click();
     /// Removes DragNode's file from the tree and its list and deletes it without a question. A file
-    /// that is in no list stays on disk. Yields, for 0.2 s if it deletes.
+    /// that is in no list stays on disk. Yields once, and for 0.2 s if it deletes a file.
     void mnuRemoveDelete_Click();
 
   private:

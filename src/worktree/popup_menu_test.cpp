@@ -33,7 +33,8 @@ struct PopupMenuTest : test::WorkTreeWorld {
     NodeRef addTo(const std::string& group, const std::string& text) {
         return addItem(view, node(group), "p added " + text, text).value();
     }
-    /// The enabled entries among mnuRemoveDelete, mnuStart2 and mnuFileRemove, as letters.
+    /// Opens the popup for the node `at`. Returns the enabled entries among mnuRemoveDelete,
+    /// mnuStart2 and mnuFileRemove, as the letters D, S and R.
     std::string open(const NodeRef& at) {
         drag.DragNode = at;
         run(form.mnupopup.onOpen);
@@ -63,7 +64,7 @@ TEST_F(PopupMenuTest, AWavCanBeRemovedAndDeletedAndNotStarted) {
     expectBothWays(addTo("WAV Files", "B.WAV"), "D-R");
 }
 
-TEST_F(PopupMenuTest, AnMp3CanBeStartedToo) {
+TEST_F(PopupMenuTest, AnMp3CanAlsoBeStarted) {
     expectBothWays(node(mp3File), "DSR");
     expectBothWays(addTo("MP3 Files", "B.Mp3"), "DSR");
 }
@@ -163,14 +164,14 @@ TEST_F(PopupMenuTest, RemoveDoesNothingForGroupsTracksNoNodeOrAMixedCaseEnding) 
 TEST_F(PopupMenuTest, RemoveYieldsBeforeItRemovesTheNode) {
     press(node(wavFile), {.right = true});
     const int yields = loop.yieldCount();
-    bool stoodThere = false;
-    loop.atYield(1, [&] { stoodThere = node(wavFile) != nullptr; });
+    bool nodeExisted = false;
+    loop.atYield(1, [&] { nodeExisted = node(wavFile) != nullptr; });
     form.mnuFileRemove.click();
     EXPECT_EQ(loop.yieldCount() - yields, 1);
-    EXPECT_TRUE(stoodThere);
+    EXPECT_TRUE(nodeExisted);
 }
 
-TEST_F(PopupMenuTest, TheFirstNodeWithTheTextIsRemovedWhicheverWasClicked) {
+TEST_F(PopupMenuTest, TheFirstNodeWithTheTextIsRemovedWhicheverNodeWasClicked) {
     const NodeRef first = node(wavFile);
     drag.DragNode = addItem(view, node("MP3 Files"), "p second", wavFile).value();
     form.mnuFileRemove.click();
@@ -234,7 +235,7 @@ TEST_F(PopupMenuTest, NodeAndEntryOfAFileThatCannotBeDeletedAreRemoved) {
     EXPECT_THAT(lines(form.List1), IsEmpty());
 }
 
-TEST_F(PopupMenuTest, AFileInNoListStaysOnDisk) {
+TEST_F(PopupMenuTest, DeleteKeepsAFileThatIsInNoList) {
     form.List1.clear();
     press(node(wavFile), {.right = true});
     form.mnuRemoveDelete.click();
@@ -286,22 +287,22 @@ TEST_F(PopupMenuTest, AClickInsideTheYieldDoesNotRedirectTheCommand) {
 
 /// An event during a deletion: before the lists are searched for the file (the first yield), and
 /// while the file is being deleted.
-struct InTheMeantime {
+struct EventDuringDeletion {
     const char* what;
     std::function<void(PopupMenuTest&)> event;
     /// Whether the file is still deleted if the event occurs before the search.
-    bool fileGoesAtFirstYield;
+    bool fileIsDeletedAtFirstYield;
 };
 
 TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
-    const InTheMeantime cases[] = {
+    const EventDuringDeletion cases[] = {
         {"the tree is emptied", [](PopupMenuTest& t) { t.view.clear(); }, true},
         {"the same command", [](PopupMenuTest& t) { t.form.mnuRemoveDelete.click(); }, true},
         // The entry is removed before the search, which then finds the file in no list.
         {"the other command", [](PopupMenuTest& t) { t.form.mnuFileRemove.click(); }, false},
         {"the list is emptied", [](PopupMenuTest& t) { t.form.List1.clear(); }, false},
     };
-    for (const InTheMeantime& meantime : cases) {
+    for (const EventDuringDeletion& meantime : cases) {
         for (int n = 1; n <= 10; ++n) {
             SCOPED_TRACE(meantime.what + std::string(" inside yield ") + std::to_string(n));
             disk.addFile(wavFile, "x");
@@ -315,7 +316,7 @@ TEST_F(PopupMenuTest, AfterAnyEventInsideADeletionTreeAndListsAgree) {
             });
             form.mnuRemoveDelete.click();
             EXPECT_EQ(happened, 1);
-            EXPECT_EQ(disk.fileExists(wavFile), n == 1 && !meantime.fileGoesAtFirstYield);
+            EXPECT_EQ(disk.fileExists(wavFile), n == 1 && !meantime.fileIsDeletedAtFirstYield);
             EXPECT_EQ(node(wavFile), nullptr);
             EXPECT_THAT(lines(form.List1), IsEmpty());
             EXPECT_TRUE(disk.fileExists(mp3File));

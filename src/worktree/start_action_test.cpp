@@ -58,14 +58,14 @@ TEST_F(StartActionTest, TheSelectedNodesTextSelectsTheAction) {
     EXPECT_THAT(start("MP3 Files"), ElementsAre("CmdDecoder"));
 }
 
-TEST_F(StartActionTest, EverythingElseStartsNothing) {
+TEST_F(StartActionTest, AnyOtherTextStartsNothing) {
     for (const char* text : {"c:\\music\\a.wav", "WAV Files", "CD Tracks", "WAV Files Folder",
                              "MP3 Files Folder", "a.MP3", "amp3", "track 1.wav"}) {
         EXPECT_THAT(start(text), IsEmpty()) << text;
     }
 }
 
-TEST_F(StartActionTest, AFileNamedLikeATrackCountsAsOne) {
+TEST_F(StartActionTest, AFileNamedLikeATrackCountsAsATrack) {
     EXPECT_THAT(start("Track 1.mp3"), ElementsAre("cmdStart"));
     EXPECT_THAT(start("Trackless.wav"), ElementsAre("cmdStart"));
 }
@@ -126,14 +126,14 @@ TEST_F(StartActionTest, RunsItsStepsInOrder) {
     EXPECT_FALSE(windows.frmpopup.loaded());
 }
 
-TEST_F(StartActionTest, TheDiskGuardRunsDuringTheActionIfEnabled) {
+TEST_F(StartActionTest, TheDiskGuardsTimerRunsDuringTheActionIfTheWarningIsOn) {
     bool guarded = true;
     form.cmdStart.onClick = [&] {
         guarded = form.tmrWarning.enabled();
     };
     start(t1);
     EXPECT_FALSE(guarded);
-    // Anything but 1 is off.
+    // Any value but 1 means off.
     process.settings.hdWarning = 2;
     start(t1);
     EXPECT_FALSE(guarded);
@@ -223,7 +223,7 @@ TEST_F(StartActionTest, TheTreeStillAcceptsDoubleClicksDuringAnAction) {
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
 }
 
-/// An MP3 beside the track, and the popup's entry wired to the action.
+/// Adds an MP3 file to the tree and lets the popup's entry start the action.
 struct ActionAndTreeTest : StartActionTest {
     const std::string mp3 = "c:\\music\\a.mp3";
 
@@ -253,7 +253,7 @@ TEST_F(ActionAndTreeTest, ThePopupOfAnotherNodeStartsTheNodeThatWasLeftClickedBe
     run(form.mnupopup.onOpen);
     EXPECT_TRUE(form.mnuStart2.enabled());
     // The button is released before an entry is chosen. The node that the left click has
-    // highlighted becomes the selected one again; this is intended.
+    // highlighted becomes the selected node again; this is intended.
     release(node(mp3), {.right = true});
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + mp3);
     EXPECT_EQ(view.selectedItem(), node(t1));
@@ -273,7 +273,7 @@ TEST_F(ActionAndTreeTest, WithoutAnEarlierLeftClickThePopupStartsItsOwnNode) {
     EXPECT_THAT(log, ElementsAre("CmdDecoder"));
 }
 
-TEST_F(ActionAndTreeTest, AFileIsRenamedDuringAnAction) {
+TEST_F(ActionAndTreeTest, AFileCanBeRenamedDuringAnAction) {
     process.settings.showFullPath = 0;
     view.clear();
     tree.showfiles();
@@ -288,7 +288,7 @@ TEST_F(ActionAndTreeTest, AFileIsRenamedDuringAnAction) {
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre("b.mp3"));
 }
 
-TEST_F(ActionAndTreeTest, ANodeIsDraggedDuringAnActionButThePopupStaysClosed) {
+TEST_F(ActionAndTreeTest, NodesCanBeDraggedDuringAnActionButThePopupStaysClosed) {
     bool opened = false;
     const Connection popups = form.popupRequested.connect([&](const MenuItem&) { opened = true; });
     during([this] {

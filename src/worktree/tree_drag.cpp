@@ -8,8 +8,8 @@ namespace sonarith {
 
 namespace {
 
-/// Whether a node with the text `target` refuses one with the text `dragged`. A track is accepted
-/// over every track, a file only over the groups of its kind.
+/// Whether a node with the text `target` refuses a node with the text `dragged`. A track is
+/// accepted over every track, a file only over the groups of its kind.
 bool refuses(const std::string& target, const std::string& dragged) {
     const bool keepsTrackOut =
         isTrackText(dragged) && target != selectedTracksText && !isTrackText(target);
@@ -54,7 +54,7 @@ bool TreeDrag::levelsFit(const NodeRef& target) const {
 
 void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
     // Moves the node once for each node that the pointer reaches. But a move stores its target
-    // group in DropTarget: the next event over the same item then counts as a change and moves the
+    // group in DropTarget, so the next event over the same item counts as a change and moves the
     // node back.
     if (target == drag_.DropTarget) {
         return;
@@ -79,7 +79,7 @@ void TreeDrag::TreeView1_DragOver(const NodeRef& target) {
 void TreeDrag::TreeView1_DragDrop() {
     TreeView& tree = form_.TreeView1;
     // The move of a track has cleared the highlight. A file is put under the highlighted group,
-    // wherever the moves during the drag have put it.
+    // even if the moves during the drag have put it elsewhere.
     if (const NodeRef highlighted = tree.dropHighlight()) {
         tree.setParent(drag_.DragNode, highlighted).passOver();
         tree.setDropHighlight(nullptr).passOver();

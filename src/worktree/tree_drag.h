@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A drag over the work tree: how it starts, which nodes accept it, and the drop. An item moves
-// while the pointer is still moving; TreeMoves moves it.
+// Handles drags over the work tree: how a drag starts, which nodes accept the dragged node, and the
+// drop. TreeMoves moves the dragged item already while the pointer moves.
 #pragma once
 
 #include <string>
@@ -24,7 +24,7 @@ class TreeDrag {
     /// The pointer drags DragNode over `target` (empty: no node). Moves DragNode to the other side,
     /// unless `target` is the same node as in the previous call or refuses DragNode's kind. Yields.
     void TreeView1_DragOver(const NodeRef& target);
-    /// Puts DragNode below the highlighted node, if there is one, and ends the drag.
+    /// Puts DragNode below the highlighted node, if a node is highlighted, and ends the drag.
     void TreeView1_DragDrop();
 
   private:

@@ -71,20 +71,20 @@ TEST_F(TreeDragTest, OnlyTheLeftButtonDrags) {
     EXPECT_EQ(drag.DragLevel, 0);
 }
 
-TEST_F(TreeDragTest, WhileADragIsMarkedAsRunningNoOtherStarts) {
+TEST_F(TreeDragTest, NoDragStartsWhileInDragIsSet) {
     press(node(t1));
     drag.InDrag = true;
     move({.left = true});
     EXPECT_EQ(observer.drags, 0);
 }
 
-TEST_F(TreeDragTest, StartingDoesNotSetTheMark) {
+TEST_F(TreeDragTest, StartingADragDoesNotSetInDrag) {
     press(node(t1));
     move({.left = true});
     EXPECT_FALSE(drag.InDrag);
 }
 
-TEST_F(TreeDragTest, APressOnNoNodeDragsNothing) {
+TEST_F(TreeDragTest, AfterAPressOnNoNodeADragMovesNothing) {
     const auto before = outline();
     press(nullptr);
     move({.left = true});
@@ -99,14 +99,14 @@ TEST_F(TreeDragTest, APressOnNoNodeDragsNothing) {
 
 // --- which nodes accept a drag ---------------------------------------------------------------
 
-struct Passage {
+struct DragCase {
     std::string dragged;
     std::string target;
     bool passes;
 };
 
-struct DragPathTest : TreeDragTest, testing::WithParamInterface<Passage> {
-    static std::vector<Passage> everyRow() {
+struct DragPathTest : TreeDragTest, testing::WithParamInterface<DragCase> {
+    static std::vector<DragCase> everyRow() {
         return {{t1, "Selected Tracks", true},
                 {t1, t2, true},
                 {t1, "Tracker", true},
@@ -132,29 +132,29 @@ struct DragPathTest : TreeDragTest, testing::WithParamInterface<Passage> {
                 {"x.MP3", "WAV Files", true},
                 {"x.ogg", wav, true},
                 {"track 9", "MP3 Files", true},
-                // Both filters apply: no group accepts it.
+                // Both filters apply: no group accepts this file.
                 {"Track.wav", "WAV Files", false},
                 {"Track.wav", "Selected Tracks", false},
                 {"CD Tracks", "WAV Files Folder", true}};
     }
 };
 
-TEST_P(DragPathTest, TheHighlightShowsWhichDragIsAccepted) {
-    const Passage& passage = GetParam();
+TEST_P(DragPathTest, EachTargetAcceptsOrRefusesTheDraggedNodeAsListed) {
+    const DragCase& dragCase = GetParam();
     addGroup(view, node("WAV Files Folder"), "g Selected WAV Files", "Selected WAV Files")
         .passOver();
     for (const char* file : {"x.WAV", "x.MP3", "x.ogg", "Tracker", "track 9", "Track.wav"}) {
         addTo("WAV Files", file);
     }
-    beginDrag(passage.dragged);
+    beginDrag(dragCase.dragged);
     const NodeRef mark = node("MP3 Files Folder");
     view.setDropHighlight(mark).passOver();
     const int yields = loop.yieldCount();
-    dragOver(passage.target);
-    EXPECT_EQ(loop.yieldCount() > yields, passage.passes);
-    // If refused, the highlight is unchanged. If accepted, it is the target's, or a track's move
-    // has cleared it.
-    EXPECT_EQ(view.dropHighlight() == mark, !passage.passes);
+    dragOver(dragCase.target);
+    EXPECT_EQ(loop.yieldCount() > yields, dragCase.passes);
+    // If the drag is refused, the highlight is unchanged. If it is accepted, the target is
+    // highlighted, or the move of a track has cleared the highlight.
+    EXPECT_EQ(view.dropHighlight() == mark, !dragCase.passes);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, DragPathTest, testing::ValuesIn(DragPathTest::everyRow()));
@@ -174,7 +174,7 @@ TEST_F(TreeDragTest, ANodeOfTheWrongLevelClearsTheHighlightButTheItemMoves) {
     EXPECT_THAT(lines(form.List4), ElementsAre(mp3));
 }
 
-TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndMovesTheItemToo) {
+TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndAlsoMovesTheItem) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     dragOver(NodeRef());
@@ -184,7 +184,7 @@ TEST_F(TreeDragTest, LeavingAllNodesClearsTheHighlightAndMovesTheItemToo) {
 
 // --- the move while the pointer moves ----------------------------------------------------------
 
-TEST_F(TreeDragTest, TheItemMovesWhenANodeAcceptsItNotAtTheDrop) {
+TEST_F(TreeDragTest, TheItemMovesWhenANodeAcceptsItAndNotAtTheDrop) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3));
@@ -192,7 +192,7 @@ TEST_F(TreeDragTest, TheItemMovesWhenANodeAcceptsItNotAtTheDrop) {
     EXPECT_THAT(lines(form.List2), ElementsAre(otherMp3));
 }
 
-TEST_F(TreeDragTest, TheSameNodeASecondTimeDoesNothing) {
+TEST_F(TreeDragTest, AnEventOverTheSameNodeAsBeforeDoesNothing) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     const int yields = loop.yieldCount();
@@ -210,12 +210,12 @@ TEST_F(TreeDragTest, TwoAcceptingNodesMoveTheItemThereAndBack) {
     EXPECT_THAT(lines(form.List4), IsEmpty());
 }
 
-TEST_F(TreeDragTest, TheTargetIsKeptBetweenDrags) {
+TEST_F(TreeDragTest, DropTargetIsKeptBetweenDrags) {
     beginDrag(mp3);
     dragOver("Selected MP3 Files");
     drop();
     EXPECT_EQ(drag.DropTarget, node("Selected MP3 Files"));
-    // The first node of the next drag is the last one of this drag: it has no effect until the
+    // The first node of the next drag is the last node of this drag, so it has no effect until the
     // pointer leaves it.
     beginDrag(otherMp3);
     dragOver("Selected MP3 Files");
@@ -225,7 +225,7 @@ TEST_F(TreeDragTest, TheTargetIsKeptBetweenDrags) {
     EXPECT_THAT(childrenOf("Selected MP3 Files"), ElementsAre(mp3, otherMp3));
 }
 
-TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventCountsAgain) {
+TEST_F(TreeDragTest, AMoveStoresItsTargetGroupSoTheNextEventOverTheSameItemMovesItBack) {
     beginDrag(t1);
     dragOver(t2);
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t1));
@@ -315,8 +315,8 @@ TEST_F(TreeDragTest, ACollectionIsDroppedBelowAnother) {
 
 // --- what other handlers do inside the yields --------------------------------------------------
 
-/// An event during a move, in the yield of its lists (1) or in that of its tree (2), and the
-/// content of groups and lists after the drag.
+/// An event during a move, in the yield after the change of the lists (1) or in the yield after the
+/// change of the tree (2), and the expected contents of groups and lists after the drag.
 struct Interruption {
     const char* what;
     std::function<void(TreeDragTest&)> event;
@@ -334,7 +334,7 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
     const auto refresh = [](TreeDragTest& t) {
         t.tree.showfiles();
     };
-    const auto letGo = [](TreeDragTest& t) {
+    const auto endDrag = [](TreeDragTest& t) {
         t.drop();
     };
     const auto pressElsewhere = [](TreeDragTest& t) {
@@ -351,8 +351,8 @@ TEST_F(TreeDragTest, EventsInsideAMoveLeaveTreeAndListsAsExpected) {
         {"clear", clear, 2, {}, {}, {mp3}, {otherMp3}},
         {"refresh", refresh, 1, {mp3}, {otherMp3}, {mp3}, {mp3, otherMp3}},
         {"refresh", refresh, 2, {mp3}, {otherMp3}, {}, {mp3, otherMp3}},
-        {"drop", letGo, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
-        {"drop", letGo, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
+        {"drop", endDrag, 1, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
+        {"drop", endDrag, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},
         // The entry was moved before the press, which then changes the node that is moved.
         {"press", pressElsewhere, 1, {}, {mp3, otherMp3}, {mp3}, {otherMp3}},
         {"press", pressElsewhere, 2, {mp3}, {otherMp3}, {mp3}, {otherMp3}},

@@ -8,7 +8,7 @@ namespace sonarith {
 namespace {
 
 /// Indices of the two groups of tracks after a first build. After a later build other nodes have
-/// these indices, and the user sees a track move under those ("WAV Files").
+/// these indices, and a track is moved under one of those nodes (for example "WAV Files").
 constexpr int selectedTracksIndex = 2;
 constexpr int availableTracksIndex = 3;
 
@@ -111,7 +111,7 @@ void TreeMoves::moveFileNode() {
         const NodeRef from = selected ? selected->parent() : nullptr;
         drag_.DropTarget =
             move.target == Neighbour::before ? tree.previousSibling(from) : tree.nextSibling(from);
-        // Without a sibling the node does not move, even if its entry did.
+        // Without a sibling the node does not move, even if its entry has moved.
         tree.setParent(selected, drag_.DropTarget).passOver();
         return;
     }

@@ -19,13 +19,13 @@ class TreeMoves {
     TreeMoves(EventLoop& loop, ProcessState& process, Form1& form, DragState& drag)
         : loop_(loop), form_(form), drag_(drag), lists_(loop, process, form, drag) {}
 
-    /// The move after a double click: the selected node's text names the entry, and DragNode is the
-    /// node that moves. Does nothing without a selection. Yields; DragNode may change during the
-    /// yield.
+    /// Moves an item after a double click: the selected node's text names the entry, and DragNode
+    /// is the node that moves. Does nothing without a selection. Yields; DragNode may change during
+    /// the yield.
     void moveSelected();
 
-    /// The move step of a drag, for DragNode with the text `text`. A file is found in the lists by
-    /// its name, so that its whole path moves even if the node shows only the name. Does nothing
+    /// Moves DragNode, and the entry that `text` names, during a drag. A file is found in the lists
+    /// by its name, so that its whole path moves even if the node shows only the name. Does nothing
     /// for an empty text. Yields.
     void MoveDraggedNode(const std::string& text);
 

@@ -89,7 +89,7 @@ TEST_F(TreeMovesTest, ATrackCanMoveBackAndForthRepeatedly) {
     EXPECT_EQ(view.count(), 14);
 }
 
-TEST_F(TreeMovesTest, AReturnYieldsAfterEachRebuiltTrack) {
+TEST_F(TreeMovesTest, TheReturnOfATrackYieldsAfterEachRebuiltTrack) {
     doubleClick(t1);
     press(node(t1));
     const int before = loop.yieldCount();
@@ -101,7 +101,7 @@ TEST_F(TreeMovesTest, TheRebuildRemovesAllOtherNodesOfTheGroup) {
     finder.files[destination]["wav"] = {wav, "c:\\music\\new.wav"};
     tree.showfiles();
     ASSERT_THAT(childrenOf("Available Tracks"), Contains("c:\\music\\new.wav"));
-    // Tracks move by the groups' old indices, so the test moves the node to the group itself.
+    // A move would use the group's old index, so the test itself puts the node into the group.
     view.setParent(node(t1), node("Selected Tracks")).passOver();
     fill(form.lstTracks, {t2, t3});
     fill(form.lstRecord, {t1});
@@ -168,7 +168,7 @@ TEST_F(TreeMovesTest, TheGroupMp3FilesMovesUnderWavFilesFolder) {
     expectListsUnchanged();
 }
 
-TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesHasNoCollectionAfterItsOwn) {
+TEST_F(TreeMovesTest, TheGroupSelectedMp3FilesStaysBecauseNoCollectionFollowsItsOwn) {
     const auto before = outline();
     doubleClick("Selected MP3 Files");
     EXPECT_EQ(outline(), before);
@@ -194,7 +194,7 @@ TEST_F(TreeMovesTest, WithoutFullPathsTheNodeMovesAndTheListGetsTheBareName) {
     EXPECT_THAT(lines(form.List4), ElementsAre("b.mp3"));
 }
 
-TEST_F(TreeMovesTest, WithNothingSelectedNothingHappens) {
+TEST_F(TreeMovesTest, NothingMovesIfNothingIsSelected) {
     drag.DragNode = node(t1);
     const int before = loop.yieldCount();
     moves.moveSelected();
@@ -215,13 +215,13 @@ TEST_F(TreeMovesTest, DragNodeAndSelectionMayDifferAndThenDragNodeIsMoved) {
     view.setSelectedItem(node(t1)).passOver();
     drag.DragNode = node(t3);
     moves.moveSelected();
-    // The entry is the selected node's, the node is DragNode.
+    // The entry that moves is that of the selected node, but the node that moves is DragNode.
     EXPECT_THAT(lines(form.lstRecord), ElementsAre(t1));
     EXPECT_THAT(childrenOf("Selected Tracks"), ElementsAre(t3));
     EXPECT_EQ(view.selectedItem(), node(t3));
 }
 
-TEST_F(TreeMovesTest, EndsWithAYield) {
+TEST_F(TreeMovesTest, AMoveEndsWithAYield) {
     const auto yieldsOf = [this](const std::string& text) {
         press(node(text));
         const int before = loop.yieldCount();
@@ -235,7 +235,7 @@ TEST_F(TreeMovesTest, EndsWithAYield) {
 
 // --- the move step of a drag -------------------------------------------------------------------
 
-TEST_F(TreeMovesTest, ADraggedNodeMovesByTheGivenText) {
+TEST_F(TreeMovesTest, ADragMovesDragNodeAndTheEntryThatTheTextNames) {
     press(node(mp3));
     moves.MoveDraggedNode(otherMp3);
     EXPECT_THAT(lines(form.List4), ElementsAre(otherMp3));
@@ -329,7 +329,7 @@ TEST_F(TreeMovesTest, ARefreshInsideAYieldLeavesACompleteTree) {
     EXPECT_THAT(childrenOf("MP3 Files"), ElementsAre(otherMp3, mp3));
 }
 
-TEST_F(TreeMovesTest, AReturnIsFastBesideAHundredThousandFiles) {
+TEST_F(TreeMovesTest, TheReturnOfATrackIsFastBesideAHundredThousandFiles) {
     constexpr int count = 100'000;
     std::vector<std::string> many;
     for (int i = 0; i < count; ++i) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The nodes of the work tree: the texts of its groups, the three kinds of nodes with their
-// pictures, and how a node is found. WorkTree and TreeMoves decide where nodes are added.
+// Defines the texts of the work tree's groups, adds the three kinds of nodes with their pictures,
+// and finds nodes. WorkTree and TreeMoves decide where nodes are added.
 #pragma once
 
 #include <string>
@@ -29,13 +29,14 @@ Result<NodeRef> addItem(TreeView& tree, const NodeRef& group, const std::string&
 /// The node of the lowest index whose text equals `text`; empty if there is none.
 [[nodiscard]] NodeRef firstNodeOfText(const TreeView& tree, const std::string& text);
 
-/// The text of a node; empty for none.
+/// The text of a node; empty for no node.
 [[nodiscard]] std::string textOf(const NodeRef& node);
 
 /// The text of a node's parent; empty for no node, a root or a removed node.
 [[nodiscard]] std::string parentText(const NodeRef& node);
 
-/// Whether this is the text of a track (it begins with "Track"), wherever its node is.
+/// Whether `text` counts as the text of a track: it begins with "Track". The position of the node
+/// does not matter.
 [[nodiscard]] bool isTrackText(const std::string& text);
 
 } // namespace sonarith

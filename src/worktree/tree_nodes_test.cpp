@@ -48,7 +48,7 @@ TEST_F(TreeNodesTest, TheTextOfNoNodeIsEmpty) {
     EXPECT_EQ(textOf(nullptr), "");
 }
 
-TEST_F(TreeNodesTest, AParentsTextIsEmptyWhereThereIsNoParent) {
+TEST_F(TreeNodesTest, TheParentsTextIsEmptyIfThereIsNoParent) {
     EXPECT_EQ(parentText(item), "group");
     EXPECT_EQ(parentText(collection), "");
     EXPECT_EQ(parentText(nullptr), "");

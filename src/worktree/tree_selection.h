@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mouse presses, releases and double clicks on the work tree. Only the selection chooses the next
-// action. Drags and label edits are not here.
+// Handles mouse presses, releases and double clicks on the work tree. Only the selection determines
+// the next action. TreeDrag handles drags, and LabelEdit handles label edits.
 #pragma once
 
 #include "forms/form1.h"

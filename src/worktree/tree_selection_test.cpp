@@ -61,7 +61,7 @@ TEST_F(TreeSelectionTest, APressOutsideTheNodesClearsDragNodeAndKeepsTheSelectio
     EXPECT_THAT(popups, IsEmpty());
 }
 
-TEST_F(TreeSelectionTest, ARightPressSelectsAndOpensThePopupAndNoEditor) {
+TEST_F(TreeSelectionTest, ARightPressSelectsTheNodeAndOpensThePopupButNoEditor) {
     press(node(t1));
     const int before = loop.yieldCount();
     press(node(wav), right);
@@ -73,7 +73,7 @@ TEST_F(TreeSelectionTest, ARightPressSelectsAndOpensThePopupAndNoEditor) {
     EXPECT_EQ(loop.yieldCount(), before);
 }
 
-TEST_F(TreeSelectionTest, TheRightButtonAmongOthersIsEnough) {
+TEST_F(TreeSelectionTest, APressOfBothButtonsOpensThePopup) {
     press(node(t1), {.left = true, .right = true});
     EXPECT_THAT(popups, ElementsAre("mnupopup"));
 }
@@ -120,7 +120,7 @@ TEST_F(TreeSelectionTest, AReleaseWithNothingSelectedChangesNothing) {
     EXPECT_EQ(view.selectedItem(), nullptr);
 }
 
-TEST_F(TreeSelectionTest, AReleaseNamesTheSelectedNodeThenSelectsTheHighlightedOne) {
+TEST_F(TreeSelectionTest, AReleaseNamesTheSelectedNodeThenSelectsTheHighlightedNode) {
     press(node(wav), right);
     view.setDropHighlight(node(t12)).passOver();
     release(node(wav), right);
@@ -146,7 +146,7 @@ TEST_F(TreeSelectionTest, ATracksNumberBecomesTheCurrentTrack) {
     EXPECT_EQ(process.currentTrack, 12);
 }
 
-TEST_F(TreeSelectionTest, AnyTextThatBeginsLikeATrackIsReadInAnyCase) {
+TEST_F(TreeSelectionTest, TheNumberIsReadFromAnyTextThatBeginsWithTrackInAnyCase) {
     const NodeRef group = node("Available Tracks");
     addItem(view, group, "p a", "TRACK 07.mp3").passOver();
     click("TRACK 07.mp3");
@@ -167,7 +167,7 @@ TEST_F(TreeSelectionTest, AnyTextThatBeginsLikeATrackIsReadInAnyCase) {
     EXPECT_EQ(process.currentTrack, 0);
 }
 
-TEST_F(TreeSelectionTest, ADoubleClickRunsAfterItsFirstClick) {
+TEST_F(TreeSelectionTest, ADoubleClickRunsAfterTheHandlersOfItsFirstClick) {
     doubleClick(t12);
     EXPECT_EQ(form.Label3.caption(), "Next Action:  Process  " + t12);
     EXPECT_EQ(process.currentTrack, 12);

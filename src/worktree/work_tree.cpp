@@ -8,7 +8,8 @@ namespace sonarith {
 
 namespace {
 
-/// A file's text without its folder: a scanned file is always shown with a lower-case ending.
+/// The text of a file's node without the folder. It always has the ending `ending`, which is in
+/// lower case.
 Result<std::string> baseWithEnding(const std::string& path, const std::string& ending) {
     Result<std::string> base = FileBaseName(path);
     return base.ok() ? Result<std::string>(base.value() + ending) : base;
@@ -19,7 +20,8 @@ Result<std::string> baseWithEnding(const std::string& path, const std::string& e
 void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
-    // Removes only the first collection, by index: the others stay from the previous build.
+    // Removes the nodes at the indices 2 and 1, that is, the first collection. The other
+    // collections stay from the previous build.
     tree.remove(2).passOver();
     tree.remove(1).passOver();
     scanDestination();
@@ -110,7 +112,7 @@ void WorkTree::showfiles3() {
             }
         }
     }
-    // Deliberate: each type is added to the other type's list.
+    // Deliberate: a file of each type is added to the list of the other type.
     if (chosen.ends_with(".wav")) {
         form_.List2.addItem(chosen);
     }

@@ -20,16 +20,16 @@ class WorkTree {
         : process_(process), form_(form), finder_(finder), adder_(adder) {}
 
     /// Shows the window, scans the destination folder into the file lists and builds the tree. A
-    /// later build only replaces the first collection: adding existing keys fails, and those nodes
-    /// stay, including stale ones. Yields while the finder searches.
+    /// later build only replaces the first collection: adding existing keys fails, and the existing
+    /// nodes stay, including nodes of files that no longer exist. Yields while the finder searches.
     void showfiles();
 
-    /// Runs after the finder's "Select for Conversion": checks whether the finder's current entry
-    /// is in a list, and adds it if not. Ends with a call of Cmaddfile2, whose wait of 0.3 s it
-    /// includes.
+    /// Runs after the finder's "Select for Conversion": does nothing if a list contains the
+    /// finder's current entry. Otherwise adds the entry and calls Cmaddfile2, which waits 0.3 s.
     void showfiles3();
 
-    /// A layout in which all groups are siblings below one root. Nothing calls it.
+    /// Builds the tree in a layout in which all groups are siblings below one root. Nothing in the
+    /// program calls this function.
     void ShowFilesOneRoot();
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests the builds of showfiles.
+// Tests showfiles3 and ShowFilesOneRoot; work_tree_test.cpp tests showfiles.
 #include <chrono>
 #include <utility>
 
@@ -63,7 +63,7 @@ TEST_F(Showfiles3Test, ComparesABracketLiterally) {
     EXPECT_THAT(lines(form.List2), ElementsAre("c:\\x\\[a].wav"));
 }
 
-TEST_F(Showfiles3Test, AddsNothingOfAnotherTypeOrWithoutAChoice) {
+TEST_F(Showfiles3Test, AddsNothingForAFileOfAnotherTypeOrWithoutASelection) {
     choose(4);
     tree.showfiles3();
     choose(-1);
@@ -72,12 +72,13 @@ TEST_F(Showfiles3Test, AddsNothingOfAnotherTypeOrWithoutAChoice) {
     EXPECT_THAT(lines(form.List2), IsEmpty());
 }
 
-TEST_F(Showfiles3Test, AddsAFileNamedByTheEntrysNumber) {
+TEST_F(Showfiles3Test, PassesTheEntrysNumberToTheAdderAsAPath) {
     choose(2);
     const auto before = outline();
     EXPECT_EQ(timeOfShowfiles3(), 300ms);
     EXPECT_EQ(outline(), before);
-    // A file of that name in the current folder shows which path was added.
+    // The current folder contains a file with that number as its name: SplitDir shows that the
+    // adder was called with this name.
     disk.changeFolder("c:\\sonarith").passOver();
     disk.addFile("c:\\sonarith\\2", std::string(100, 'x'));
     process.SplitDir = "untouched";

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Creates the work tree's jobs, each wired to the main window. It has no behaviour of its own.
+// Creates the work tree's jobs and connects each of them to the main window. This struct adds no
+// behaviour.
 #pragma once
 
 #include "forms/windows.h"

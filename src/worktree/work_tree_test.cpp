@@ -105,7 +105,7 @@ TEST_F(ShowfilesTest, TheQueueIsNeitherChangedNorShown) {
     EXPECT_THAT(lines(form.lstRecord), ElementsAre("Track  9 - 00:01:00"));
 }
 
-TEST_F(ShowfilesTest, TheSelectedFilesAreLost) {
+TEST_F(ShowfilesTest, TheOldEntriesOfTheFourFileListsAreRemoved) {
     for (ListBox* list : {&form.List1, &form.List2, &form.List4, &form.List5}) {
         fill(*list, {"stale"});
     }
@@ -132,7 +132,7 @@ TEST_F(ShowfilesTest, WithFullPathsShowsThePathAsTheScanReturnedIt) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\Music\\Name.WAV"));
 }
 
-TEST_F(ShowfilesTest, TwoFilesOfOneNameGiveOneNodeAndTwoEntriesWithoutFullPaths) {
+TEST_F(ShowfilesTest, WithoutFullPathsTwoFilesOfTheSameNameGiveOneNodeAndTwoEntries) {
     process.settings.showFullPath = 0;
     files({"c:\\music\\one\\a.wav", "c:\\music\\two\\a.wav"}, {});
     tree.showfiles();
@@ -140,7 +140,7 @@ TEST_F(ShowfilesTest, TwoFilesOfOneNameGiveOneNodeAndTwoEntriesWithoutFullPaths)
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\two\\a.wav", "c:\\music\\one\\a.wav"));
 }
 
-TEST_F(ShowfilesTest, AFileWhoseNameIsTooShortToCutHasAnEntryAndNoNode) {
+TEST_F(ShowfilesTest, AFileWhoseNameIsTooShortForAnExtensionHasAnEntryAndNoNode) {
     process.settings.showFullPath = 0;
     files({"wav", "c:\\music\\a.wav"}, {});
     tree.showfiles();
@@ -148,7 +148,7 @@ TEST_F(ShowfilesTest, AFileWhoseNameIsTooShortToCutHasAnEntryAndNoNode) {
     EXPECT_THAT(lines(form.List1), ElementsAre("c:\\music\\a.wav", "wav"));
 }
 
-TEST_F(ShowfilesTest, TwoTracksOfOneLineGiveOneNode) {
+TEST_F(ShowfilesTest, TwoTracksWithTheSameLineGiveOneNode) {
     disc({"Track 10 - 00:01:00", "Track 10 - 00:01:00"});
     tree.showfiles();
     EXPECT_THAT(childrenOf("Available Tracks"), ElementsAre("Track 10 - 00:01:00"));
@@ -188,7 +188,7 @@ TEST_F(ShowfilesTest, MakesEachMp3VisibleWithoutFullPaths) {
     view.setObserver(nullptr);
 }
 
-TEST_F(ShowfilesTest, MakesTheMp3GroupVisibleOnALaterBuildToo) {
+TEST_F(ShowfilesTest, AlsoMakesTheMp3GroupVisibleOnALaterBuild) {
     disc(twoTracks);
     tree.showfiles();
     test::RevealLog reveals;
@@ -257,12 +257,13 @@ TEST_F(ShowfilesTest, OnTheThirdBuildANewDiscIsAddedUnderTheGroupOfThePreviousBu
     tree.showfiles();
     disc({"Track  1 - 00:07:07"});
     tree.showfiles();
-    // Collection 1 exists, so all of its adds fail: the parent is the remembered one.
+    // Collection 1 exists, so all of its adds fail: the parent is the group that was remembered in
+    // the previous build.
     EXPECT_THAT(childrenOf("Available Tracks"),
                 ElementsAre(twoTracks[0], twoTracks[1], "Track  1 - 00:07:07"));
 }
 
-TEST_F(ShowfilesTest, OnTheFourthBuildTheRememberedParentMayHaveBeenRemoved) {
+TEST_F(ShowfilesTest, OnTheFourthBuildANewDiscIsAddedUnderWavFiles) {
     tree.showfiles();
     tree.showfiles();
     tree.showfiles();
@@ -334,7 +335,7 @@ TEST_F(ShowfilesTest, AFileAddedWhileTheScanYieldsIsInItsList) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\a.wav", "c:\\other\\x.wav"));
 }
 
-TEST_F(ShowfilesTest, AHundredThousandFilesAreShownRepeatedly) {
+TEST_F(ShowfilesTest, AHundredThousandFilesCanBeShownRepeatedly) {
     constexpr int count = 50'000;
     std::vector<std::string> wavFiles;
     std::vector<std::string> mp3Files;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The effects of the preferences' controls.
+// Tests the effects of the preferences' controls.
 #include "settings/preferences/preferences_window.h"
 
 #include <functional>
@@ -57,7 +57,7 @@ TEST_F(PreferencesControls, ChangeTheCaptionOfTheEncodingBox) {
     EXPECT_EQ(form.Check10.caption(), "Do not Encode after extracting");
 }
 
-TEST_F(PreferencesControls, NameTheEncodingBeforeSavingIt) {
+TEST_F(PreferencesControls, SetTheCaptionOfTheEncodingBoxBeforeSavingItsValue) {
     startWithAllOff();
     int changes = 0;
     const Connection caption = form.Check10.changed.connect([&](Property which) {
@@ -67,7 +67,7 @@ TEST_F(PreferencesControls, NameTheEncodingBeforeSavingIt) {
             EXPECT_EQ(settings.encodeAfterExtracting, changes - 1);
         }
     });
-    untick(form.Check10); // no change, no click
+    untick(form.Check10); // the value does not change, so no handler runs
     EXPECT_EQ(changes, 0);
     form.Check10.setCaption("x");
     changes = 0;
@@ -77,7 +77,7 @@ TEST_F(PreferencesControls, NameTheEncodingBeforeSavingIt) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(PreferencesControls, NameTheMuteBeforeSavingItAndAfterApplyingIt) {
+TEST_F(PreferencesControls, SetTheCaptionOfTheMuteBoxAfterMutingAndBeforeSavingItsValue) {
     startWithAllOff();
     form.Check1.setCaption("x");
     int changes = 0;
@@ -121,7 +121,7 @@ TEST_F(PreferencesControls, ApplyTheMuteBeforeSavingIt) {
     EXPECT_EQ(held("mute button"), "1");
 }
 
-TEST_F(PreferencesControls, LoadTheClosedPlayer) {
+TEST_F(PreferencesControls, LoadAClosedPlayerToMuteTheDisc) {
     startWithAllOff();
     Form4.unload();
     tick(form.Check1);
@@ -148,16 +148,16 @@ TEST_F(PreferencesControls, HideOnlyTheirOwnWindowForTheTrayIcon) {
     EXPECT_EQ(held("desktop icon"), "0");
 }
 
-TEST_F(PreferencesControls, SaveTheTraysSwitchBeforeItsFormLoads) {
+TEST_F(PreferencesControls, SaveTheTraySwitchBeforeTheTrayFormLoads) {
     startWithAllOff();
     windows.frmpopup.onLoad = [&] {
         EXPECT_EQ(held("desktop icon"), "1");
         EXPECT_EQ(settings.desktopIcon, 1);
-        EXPECT_TRUE(form.visible()); // hidden after it
+        EXPECT_TRUE(form.visible()); // hidden after this load
     };
     windows.frmpopup.onUnload = [&] {
         EXPECT_EQ(held("desktop icon"), "0");
-        EXPECT_FALSE(form.visible()); // shown after it
+        EXPECT_FALSE(form.visible()); // shown after this unload
     };
     form.show();
     tick(form.Check4);
@@ -229,7 +229,7 @@ TEST_F(PreferencesControls, SaveTheTextOfALimitFromBeforeTheKeyPress) {
     EXPECT_EQ(settings.hdStopNo, 5);
 }
 
-TEST_F(PreferencesControls, SaveALimitThatIsNoNumberButApplyTheOldOne) {
+TEST_F(PreferencesControls, SaveALimitThatIsNoNumberButKeepApplyingTheOldLimit) {
     startWithAllOff();
     for (const char* bad : {"", "letters", "12x", "32768", "-32769", "70000", "caf\xe9"}) {
         SCOPED_TRACE(bad);
