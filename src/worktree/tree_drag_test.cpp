@@ -102,7 +102,7 @@ TEST_F(TreeDragTest, AfterAPressOnNoNodeADragMovesNothing) {
 struct DragCase {
     std::string dragged;
     std::string target;
-    bool passes;
+    bool isAccepted;
 };
 
 struct DragPathTest : TreeDragTest, testing::WithParamInterface<DragCase> {
@@ -151,10 +151,10 @@ TEST_P(DragPathTest, EachTargetAcceptsOrRefusesTheDraggedNodeAsListed) {
     view.setDropHighlight(mark).passOver();
     const int yields = loop.yieldCount();
     dragOver(dragCase.target);
-    EXPECT_EQ(loop.yieldCount() > yields, dragCase.passes);
+    EXPECT_EQ(loop.yieldCount() > yields, dragCase.isAccepted);
     // If the drag is refused, the highlight is unchanged. If it is accepted, the target is
     // highlighted, or the move of a track has cleared the highlight.
-    EXPECT_EQ(view.dropHighlight() == mark, !dragCase.passes);
+    EXPECT_EQ(view.dropHighlight() == mark, !dragCase.isAccepted);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, DragPathTest, testing::ValuesIn(DragPathTest::everyRow()));
