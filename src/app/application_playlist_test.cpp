@@ -64,7 +64,7 @@ TEST(PlaylistEditor, IsClosedAndStopsPlayingWhenAnActionStarts) {
     bench.form.Disablem();
     EXPECT_FALSE(bench.editor.loaded());
     EXPECT_FALSE(bench.editor.visible());
-    // The control that played is destroyed and replaced by a new one.
+    // The control that played is destroyed and replaced by a new control.
     EXPECT_EQ(bench.mp3.created, controls + 1);
 }
 

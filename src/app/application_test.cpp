@@ -152,8 +152,8 @@ TEST(Extraction, EndsByItselfAfterASecondStartAtAnyYield) {
 
 TEST(Extraction, ASecondStartWithNothingToDoStopsTheMonitorButNotTheDevices) {
     // "Start " stays enabled during an action, and the end of each action stops the capture's
-    // timer. A second action with nothing to do therefore leaves the first one's recording running
-    // without its monitor.
+    // timer. A second action with nothing to do therefore leaves the recording of the first action
+    // running without its monitor.
     ApplicationBench bench({60000, 60000});
     bench.application.start();
     bench.select("Track  1 - 00:01:00");

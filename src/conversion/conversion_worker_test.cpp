@@ -179,7 +179,7 @@ TEST_F(WorkerTest, TheLastTickShows100PercentWithABlankAndUnloadsTheWindow) {
     loop.advance(1ms);
     EXPECT_EQ(shown, "100 % 100");
     EXPECT_EQ(loop.yieldCount() - yields, 2);
-    // One by the tick, one by the final steps, one by the unload.
+    // The tick, the final steps and the unload send one "Stop" each.
     EXPECT_THAT(mp3.log, ElementsAre("Stop", "Stop", "Stop"));
     EXPECT_FALSE(window.loaded());
     EXPECT_FALSE(process.workerBusy);

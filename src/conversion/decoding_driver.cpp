@@ -60,7 +60,7 @@ void DecodingDriver::decodeSelected() {
     for (fileIndex = 0; fileIndex < bound && !process_.stopRequested; ++fileIndex) {
         decodeLine(list, Case::unchanged);
     }
-    // If the loop was stopped before its first file, this is the file of an earlier run.
+    // If the loop was stopped before its first file, currentWavFile is the file of an earlier run.
     if (const auto length = platform_.files.fileLength(process_.currentWavFile); length.ok()) {
         form_.lblStatus.setCaption(std::to_string(length.value()) + " bytes");
     }
@@ -82,7 +82,7 @@ void DecodingDriver::decodeLine(const ListBox& list, Case letters) {
     }
     fileStep();
     wavPath.storeIn(process_.currentWavFile);
-    // Also done after a stop: a partial WAV is kept and shown.
+    // The WAV is added after a stop, too: a partial WAV is kept and shown.
     adder_.Cmaddfile2(process_.currentWavFile);
 }
 
@@ -118,9 +118,9 @@ void DecodingDriver::findFile(const std::string& text) {
     }
 }
 
-/// Searches the line with the file name `name`. If it is found, fileIndex is its index and
-/// currentFile its path; otherwise fileIndex is the number of lines and currentFile the last name
-/// compared.
+/// Searches `list` for a line with the file name `name`. If such a line is found, fileIndex is its
+/// index and currentFile its path; otherwise fileIndex is the number of lines and currentFile is
+/// the last name compared.
 bool DecodingDriver::findIn(const ListBox& list, const std::string& name) {
     for (process_.fileIndex = 0; process_.fileIndex < list.listCount(); ++process_.fileIndex) {
         const std::string line = list.list(process_.fileIndex);
@@ -145,7 +145,7 @@ void DecodingDriver::fileStep() {
     form_.Disablem();
     StartDecoding(process_.currentFile);
     platform_.loop.waitWhile([this] { return process_.workerBusy; });
-    // Nothing else is reset, because the next load creates a new worker.
+    // Nothing else is reset, because the next load of Form6 starts with its designed state.
     form_.Command2.setVisible(false);
 }
 

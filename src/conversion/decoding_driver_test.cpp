@@ -12,7 +12,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct DriverTest : test::ConversionWorld {
-    /// For each file, the three captions at the first start of the control.
+    /// For each file, the captions of the window, of Label3 and of Label2 at the first start of the
+    /// control.
     std::vector<std::string> shown;
 
     DriverTest() {

@@ -136,7 +136,7 @@ TEST_F(WavHeadTest, WritesMinutesAndSecondsWithAtLeastTwoDigits) {
     EXPECT_EQ(duration(7199), "119:59");
 }
 
-TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextOne) {
+TEST_F(WavHeadTest, RoundsTheLastHalfSecondOfAMinuteIntoTheNextMinute) {
     const auto duration = [&](int milliseconds) {
         read(wav(static_cast<std::size_t>(milliseconds) + 1000, 1, 1, 8000));
         return head().wavDuration;

@@ -28,7 +28,7 @@ class ControlPanelTest : public testing::Test, protected test::FakeMachine {
         popup.load();
         minimizeToTray(form, tray);
     }
-    /// Logs the unload of a window.
+    /// Loads Form6, Form4 and the main window, and logs their unloads.
     void logUnloads() {
         for (Form* window : std::initializer_list<Form*>{&windows.Form6, &windows.Form4, &form}) {
             window->load();

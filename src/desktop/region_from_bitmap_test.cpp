@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 constexpr PixelColour black = 0x000000;
 
-/// One text for each row: a blank is a white pixel, every other character a black one.
+/// `rows` has one text for each row: a blank is a white pixel, every other character a black pixel.
 std::vector<PixelColour> pixelsOf(const std::vector<std::string>& rows) {
     std::vector<PixelColour> pixels;
     for (const std::string& row : rows) {

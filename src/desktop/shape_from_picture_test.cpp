@@ -16,7 +16,7 @@ struct ShapeFromPictureTest : testing::Test, test::FakeMachine {
     ProcessState process;
     Windows windows{platform, process};
     Form1& form = windows.Form1;
-    /// Two pixels, the left one white.
+    /// Two pixels, of which the left pixel is white.
     const std::vector<PixelColour> halfWhite = {whitePixel, 0};
     const WindowRegion rightHalf{{{1, 0, 2, 1}}};
 };
@@ -37,7 +37,7 @@ TEST_F(ShapeFromPictureTest, TheWindowHasNoRegionAtTheStart) {
     EXPECT_FALSE(form.windowRegion().has_value());
 }
 
-TEST_F(ShapeFromPictureTest, MasksTheWindowWithAllPixelsOfThePictureButWhiteOnes) {
+TEST_F(ShapeFromPictureTest, SetsTheRegionToAllPixelsThatAreNotWhite) {
     form.setPicture(std::make_shared<PixelPicture>(2, 1, halfWhite));
     int masked = 0;
     const Connection connection = form.changed.connect(

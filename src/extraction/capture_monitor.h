@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Monitors a running capture. When the disc reaches the end of the track, it ends the track and
-// requests the start of the next track from TrackCapture. Contains every way to end a capture
-// early.
+// Monitors a running capture. When the disc reaches the end of the track, this class ends the track
+// and makes TrackCapture start the next track. Contains every way to end a capture early.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +30,7 @@ class CaptureMonitor {
     /// One tick: shows the progress, and ends the track when its end has been reached. Yields.
     void tmrRecord_Timer();
     /// Shows the number of bytes captured in lblStatus, which keeps its text if the device reports
-    /// none.
+    /// no number.
     void ShowCaptureLength();
 
     /// TrackCapture calls this after a device failure. Ends the queue and leaves the commands

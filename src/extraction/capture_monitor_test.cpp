@@ -100,7 +100,7 @@ TEST(CaptureMonitor, ShowsTheSavedFileUntilTheNextTrackStarts) {
     std::string label3;
     std::string caption;
     // The monitor sets its texts, then the start of the next track writes Label3 and the caption
-    // again. Only the text of Label2 differs between the two.
+    // again. Only the text of Label2 differs between these two steps.
     bench.form.Command2.setVisible(false);
     const Connection connection = bench.form.Label2.changed.connect([&](Property) {
         if (!bench.form.Label2.caption().starts_with("To: ") && label2.empty() &&

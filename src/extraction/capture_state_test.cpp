@@ -55,7 +55,7 @@ TEST(StartOfTrack, IsTheSumOfTheLengthsOfTheTracksBefore) {
         {3, 3, 300},
         {4, 3, 600}, // a track that does not exist: the
                      // sum of all lengths
-        {0, 3, 600}, // likewise
+        {0, 3, 600}, // also a track that does not exist
         {3, 2, 300}, // the sum ends at the track count
         {3, 0, 0},
         {3, -5, 0},

@@ -18,8 +18,8 @@ class DiscInspection {
 
     /// Fills lblCDID, lblNumTracks, lstTracks and trackLengthMs (milliseconds) and clears
     /// lstRecord. If the disc cannot be opened, the labels and lists stay empty, and no message is
-    /// shown. If it has fewer than two tracks, a message may be shown, and the disc stays open. In
-    /// both cases the lengths are unchanged. Yields once or twice.
+    /// shown. If the disc has fewer than two tracks, a message may be shown, and the disc stays
+    /// open. In both cases the lengths are unchanged. Yields once or twice.
     void InspectCD();
 
   private:

@@ -48,7 +48,7 @@ TEST(InspectCD, FillsLabelsLinesAndLengths) {
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 61000);
 }
 
-TEST(InspectCD, SeedsTheRandomNumbersAndDrawsOne) {
+TEST(InspectCD, SeedsTheRandomNumbersAndDrawsOneNumber) {
     ExtractionBench bench({1000, 1000});
     bench.inspection.InspectCD();
     EXPECT_EQ(bench.random.reseeds, 1);
@@ -75,7 +75,7 @@ struct Unusable {
     std::vector<std::string> messages;
 };
 
-TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageForZeroOrOne) {
+TEST(InspectCD, LeavesADiscWithFewerThanTwoTracksOpenAndShowsAMessageForZeroOrOneTrack) {
     const Unusable cases[] = {
         {"1", {notMusic}}, {"0", {emptyDrive}}, {"", {emptyDrive}}, {"no disc", {emptyDrive}},
         {"0.5", {}},       {"-3", {}},          {"1.5", {}},        {"1 track", {notMusic}},
@@ -141,7 +141,7 @@ TEST(InspectCD, ShowsTheTextOfALengthUnchanged) {
     EXPECT_EQ(bench.captureState.trackLengthMs(2).value(), 1000);
 }
 
-TEST(InspectCD, RoundsANumberOfMillisecondsAndIgnoresATooLargeOne) {
+TEST(InspectCD, RoundsANumberOfMillisecondsAndIgnoresATooLargeNumber) {
     ExtractionBench bench({1000, 1000});
     bench.media.answer("status cd length track 1", {.reply = " 2500.6 "});
     bench.media.answer("status cd length track 2", {.reply = "3000000000"});

@@ -67,7 +67,7 @@ class StopAtYield {
     StopAtYield(const StopAtYield&) = delete;
     StopAtYield& operator=(const StopAtYield&) = delete;
 
-    /// To be called when the job has ended. Returns whether the yield was reached.
+    /// Call when the job has ended. Returns whether the yield was reached.
     bool ended() {
         over_ = true;
         return reached_;

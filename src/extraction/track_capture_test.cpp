@@ -145,7 +145,7 @@ struct NoTrack {
     std::string count;
 };
 
-TEST(StartTrackRecording, EndsSilentlyForATrackThatDoesNotExist) {
+TEST(StartTrackRecording, SendsNothingForATrackThatDoesNotExist) {
     for (const NoTrack& c : {NoTrack{0, "2"}, NoTrack{3, "2"}, NoTrack{-1, "2"}, NoTrack{5, ""}}) {
         ExtractionBench bench({60000, 30000});
         bench.insertDisc();
@@ -159,7 +159,7 @@ TEST(StartTrackRecording, EndsSilentlyForATrackThatDoesNotExist) {
     }
 }
 
-TEST(StartTrackRecording, EndsSilentlyForATrackThatEndsBeforeOneMillisecond) {
+TEST(StartTrackRecording, SendsNothingForATrackThatEndsBeforeOneMillisecond) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, -5).passOver();
@@ -168,7 +168,7 @@ TEST(StartTrackRecording, EndsSilentlyForATrackThatEndsBeforeOneMillisecond) {
     EXPECT_THAT(bench.media.log, IsEmpty());
 }
 
-TEST(StartTrackRecording, EndsSilentlyForAnEndBeyondThirtyTwoBits) {
+TEST(StartTrackRecording, SendsNothingForATrackWhoseEndIsBeyond32Bits) {
     ExtractionBench bench({60000, 30000});
     bench.insertDisc();
     bench.captureState.trackLengthMs.set(1, INT32_MAX).passOver();

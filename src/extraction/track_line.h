@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes and reads the line that stands for a track in the lists and the tree: "Track  1 -
-// 00:03:05". Works on texts only.
+// Writes and reads the line of a track in the lists and the tree ("Track  1 - 00:03:05"). Works on
+// texts only.
 #pragma once
 
 #include <cstdint>

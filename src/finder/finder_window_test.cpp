@@ -315,8 +315,8 @@ TEST_F(FinderWindowTest, ADeletionThatFailsStillRemovesTheLine) {
     fillResults({"c:\\a.wav"});
     select(0);
     boxes.answers = {BoxAnswer::yes};
-    // A deletion that fails does not yield, so the first yield is the one between the deletion
-    // and the removal of the line.
+    // A deletion that fails does not yield, so the first yield comes between the deletion and the
+    // removal of the line.
     loop.atYield(1, [this] { EXPECT_THAT(lines(finder.lstfiles), SizeIs(1)); });
     const auto begin = loop.now();
     finder.mnuDelete.click();

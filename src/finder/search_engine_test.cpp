@@ -94,8 +94,8 @@ TEST_F(SearchEngineTest, AnUnreadableFolderAddsNothingAndItsScanEndsAfterOneYiel
     disk.makeUnreadable("c:\\m\\locked");
     search("c:\\m", ".wav");
     EXPECT_THAT(found(), ElementsAre("c:\\m\\last.wav"));
-    // Four yields in c:\m ("..", the file, the folder, the end), one at the end of the locked
-    // folder.
+    // Four yields in c:\m ("..", the file, the folder, the end) and one yield at the end of the
+    // locked folder.
     EXPECT_EQ(loop.yieldCount(), 4 + 1);
     EXPECT_THAT(disk.closed, ElementsAre(1, invalidFindHandle));
     EXPECT_EQ(finder.Label1.caption(), "Directories: 1   Files:  1");

@@ -44,7 +44,7 @@ TEST_F(SearchMatchingTest, FindsNothingBelowAFolderWithADot) {
     EXPECT_THAT(disk.listed, SizeIs(2));
 }
 
-TEST_F(SearchMatchingTest, AddsADotToATypeWithoutOne) {
+TEST_F(SearchMatchingTest, AddsADotToATypeWithoutADot) {
     disk.addFile("c:\\music\\a.mp3");
     disk.addFile("c:\\music\\b.wav");
     search("c:\\music", "mp3");
@@ -77,7 +77,7 @@ TEST_F(SearchMatchingTest, UsesAnyOtherTypeAsItIs) {
     EXPECT_THAT(found(), ElementsAre("c:\\music\\a.a*b["));
 }
 
-TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInOne) {
+TEST_F(SearchMatchingTest, AnEmptyTypeBecomesALoneDotAndFindsNamesThatEndInADot) {
     disk.addFile("c:\\music\\a.wav");
     disk.addFile("c:\\music\\b.");
     search("c:\\music", "");

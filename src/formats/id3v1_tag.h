@@ -34,7 +34,7 @@ struct Id3v1Fields {
     std::uint8_t genre = 0;
 };
 
-/// The complete tag. A shorter text is padded with blanks, of a longer text only the first bytes
+/// The complete tag. A shorter text is padded with blanks; of a longer text only the first bytes
 /// are written.
 [[nodiscard]] std::array<std::byte, tagLength> id3v1Tag(const Id3v1Fields& fields);
 

@@ -50,7 +50,7 @@ class Mp3AnalysisTest : public testing::Test {
 
 // --- the search ------------------------------------------------------------------------------
 
-TEST_F(Mp3AnalysisTest, FindsAFrameThatStartsAtByte1To5000ButNoLaterOne) {
+TEST_F(Mp3AnalysisTest, FindsAFrameThatStartsAtByte1To5000ButNoLaterFrame) {
     for (const std::size_t position : {1U, 2U, 36U, 255U, 4999U, 5000U}) {
         info = {};
         EXPECT_TRUE(analyse(Mp3Bytes(10'000).header(position, commonHeader)).ok());

@@ -105,7 +105,7 @@ class Form4 : public Form {
     MenuItem mnuCDonp{*this, "mnuCDonp", "CD On"};
     MenuItem mnuPlayCDp{*this, "mnuPlayCDp", "Play CD"};
     MenuItem mnuStopPlayp{*this, "mnuStopPlayp",
-                          "mnuStopPlay"}; ///< deliberate caption: its own name
+                          "mnuStopPlay"}; ///< deliberate: the caption is the control's name
     MenuItem mnuCDOffp{*this, "mnuCDOffp", "CD Off"};
     MenuItem mnuMinimCDp{*this, "mnuMinimCDp", "Minimize CD Player"};
     MenuItem mnuCubeitp{*this, "mnuCubeitp", "Show as Cube"};

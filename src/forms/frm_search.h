@@ -27,7 +27,7 @@ class FrmSearch : public Form {
     /// Both parameters must outlive this object.
     FrmSearch(const FileSystem& files, Directories& directories);
 
-    ListBox lstdirs{*this, "lstdirs"};   ///< folders still to scan; the current one is first
+    ListBox lstdirs{*this, "lstdirs"};   ///< folders still to scan; the current folder is first
     ListBox List1{*this, "List1"};       ///< all folders found
     ListBox lstfiles{*this, "lstfiles"}; ///< the results, in order of finding
     TextBox zFileExt{*this, "zFileExt", ".wav"}; ///< the extension to search for

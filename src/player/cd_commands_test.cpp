@@ -66,7 +66,7 @@ TEST_F(CdCommandsTest, AQueryReturnsTheReplyUpToItsFirstNul) {
     process.fileIndex = 77;
     EXPECT_EQ(commands.ask("status cd mode"), "playing");
     EXPECT_THAT(media.replySizes, ElementsAre(30U));
-    // A shorter reply does not contain the rest of a longer one.
+    // A shorter reply does not contain the rest of a longer reply.
     media.answer("status cd mode", {.reply = "off"});
     EXPECT_EQ(commands.ask("status cd mode"), "off");
     media.answer("status cd mode", {.status = 263, .reply = "x"});

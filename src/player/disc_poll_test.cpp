@@ -356,7 +356,7 @@ TEST_F(DiscPollTest, AFailedSeekToTheFirstTrackClosesThePanelWithoutAMessage) {
     EXPECT_FALSE(process.PlayerOpen);
     EXPECT_TRUE(off());
     EXPECT_THAT(boxes.shown, IsEmpty());
-    // After another load the panel starts as usual and reads the disc as a new one.
+    // After another load the panel starts as usual and reads the disc as a new disc.
     media.forgetAnswers();
     form.load();
     EXPECT_EQ(form.CD.text(), "OFF");

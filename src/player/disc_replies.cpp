@@ -11,7 +11,8 @@ namespace sonarith {
 
 namespace {
 
-/// Stores the number that two characters of `reply` from index `at` on contain, if it is one.
+/// If the two characters of `reply` from index `at` on are a number, stores that number in
+/// `target`.
 void readTwoCharacters(std::string_view reply, std::size_t at, std::int16_t& target) {
     if (at < reply.size()) {
         toInteger16(reply.substr(at, 2)).storeIn(target);

@@ -27,7 +27,7 @@ class PowerSwitch {
     /// message. A running capture is stopped and saved first. Only one instance of the program runs
     /// per user, so no other instance can use the disc. Yields in messages, while saving, and if a
     /// command fails. Does nothing while the player is being switched off, and ends early if the
-    /// player is switched off during one of these yields.
+    /// player is switched off during a yield.
     void OptCD_Click();
     /// Switches the player off and mutes the disc's line. Yields once.
     void optNoCD_Click();

@@ -69,7 +69,7 @@ TEST_F(PowerSwitchTest, SwitchingOnRunsItsStepsInOrder) {
     EXPECT_FALSE(form.Timer1.enabled());
     EXPECT_FALSE(form.Timer2.enabled());
     EXPECT_FALSE(form.Timer4.enabled());
-    // The text stays until the first poll.
+    // The text "OFF" stays until the first poll.
     EXPECT_EQ(form.CD.text(), "OFF");
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
@@ -134,7 +134,7 @@ TEST_F(PowerSwitchTest, ThePollIsStoppedWhileTheDiscIsOpened) {
     EXPECT_TRUE(form.Timer6.enabled());
 }
 
-TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelSilentlyAndResetsTheSwitch) {
+TEST_F(PowerSwitchTest, ADiscThatCannotBeOpenedUnloadsThePanelWithoutAMessageAndResetsTheSwitch) {
     media.answer("open cdaudio alias cd wait shareable", {.status = 266});
     const Operations sent = commandsOf([&] { form.OptCD.choose(); });
     EXPECT_THAT(sent, ElementsAre("stop cd", "close cd", "stop voice1", "close voice1",

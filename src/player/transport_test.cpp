@@ -305,7 +305,7 @@ TEST(TransportWithoutADisc, PlayOnlyPolls) {
     EXPECT_FALSE(bench.form.eject.enabled());
 }
 
-TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelSilently) {
+TEST(TransportWithoutADisc, StopFailsAtItsSeekAndClosesThePanelWithoutAMessage) {
     test::PlayerBench bench;
     bench.disc.remove();
     bench.switchOn();
@@ -349,7 +349,7 @@ TEST_F(TransportTest, PlayWhileSwitchedOffClosesThePanelWithoutAMessageIfADiscWa
 
 // --- a command that fails ------------------------------------------------------------------
 
-TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelSilently) {
+TEST_F(TransportTest, EachCommandIsCheckedAndItsFailureClosesThePanelWithoutAMessage) {
     struct Row {
         const char* failing;
         CommandButton Form4::*button;

@@ -130,7 +130,7 @@ TEST_F(EntryClicksTest, ComparesOnlyAsManyLinesOfTheMainListAsThePlaylistHas) {
     // The third line is not compared, so the adder is called; the adder waits.
     EXPECT_GE(loop.now() - before, 300ms);
     EXPECT_TRUE(inTree(pathA));
-    // With three lines in the playlist, the third line is compared and found.
+    // With three lines in the playlist, the third line of the main list is compared and found.
     editor.List2.addItem(pathB);
     editor.List2.addItem(pathC);
     const auto again = loop.now();

@@ -85,8 +85,8 @@ TEST_F(FileRenameTest, ReplacesTheEntryOnceAndComparesTheOthersWithTheNewPath) {
     addMp3(pathA, "Title A");
     open({pathA, pathA, "c:\\music\\n*.mp3"});
     rename(pathA, target);
-    // After the first match the entries are compared with the new path: the second entry does not
-    // match it, the third one does.
+    // After the first match the entries are compared with the new path: the third entry matches
+    // that path, the second does not.
     EXPECT_THAT(lines(editor.List2), ElementsAre(target, pathA, target));
 }
 

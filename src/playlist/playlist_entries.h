@@ -35,7 +35,7 @@ class PlaylistEntries {
     /// "Add to PlayList": adds the edited path unless an entry, used as a pattern, matches it.
     void Command20_Click();
     /// "Delist": removes the selected entry, and every other entry whose last three characters are
-    /// neither "mp3" nor "MP3". Without a selection it removes only those others.
+    /// neither "mp3" nor "MP3". Without a selection it removes only those other entries.
     void Command6_Click();
     /// As "Delist", but without a selection it removes nothing and fails: subscriptOutOfRange.
     Status CompactPlayList();

@@ -11,7 +11,7 @@ void LoadSettings(const SettingsStore& store, const std::string& programFolder,
         return store.GetSetting(applicationName, settingsSection, key, fallback);
     };
     // An invalid value leaves its field unchanged (0 at the start of a run) and does not set the
-    // default: a store with an editing error must not look like a new one.
+    // default: a store with an editing error must not look like a new store.
     const auto number = [&](const char* key, const char* fallback, std::int16_t& field) {
         toInteger16(read(key, fallback)).storeIn(field);
     };

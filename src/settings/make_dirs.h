@@ -13,8 +13,8 @@ namespace sonarith {
 
 /// Creates every missing folder of `path` (drive letter and backslashes). Returns true on success;
 /// the last folder is then the current folder. On a failure the "SETUP" box is shown, and the
-/// current folder is the one in which the failing step ran. The pointer is an hourglass while this
-/// runs.
+/// current folder is the folder in which the failing step ran. The pointer is an hourglass while
+/// this runs.
 bool MakeDirs(const std::string& path, FileSystem& fileSystem, MessageBoxes& messageBoxes,
               MousePointer& mousePointer);
 

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Gives the process that writes the file time to finish.
+/// How long Cmaddfile2() waits, so that the process that writes the file can finish.
 constexpr EventLoop::Duration settlingTime = 300ms;
 
 } // namespace

@@ -94,7 +94,7 @@ TEST_F(Cmaddfile2Test, AnEntryWithABracketAndWithoutANodeIsNotDuplicated) {
     EXPECT_THAT(childrenOf("WAV Files"), ElementsAre("c:\\music\\x[1].wav"));
 }
 
-TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesIsIgnoredSilently) {
+TEST_F(Cmaddfile2Test, AFileBelowAHundredBytesIsIgnored) {
     const auto before = outline();
     put("c:\\music\\short.wav", 99);
     adder.Cmaddfile2("c:\\music\\short.wav");
@@ -206,7 +206,7 @@ TEST_F(Cmaddfile2Test, IfItsGroupIsMissingOnlyTheEntryIsAdded) {
 
 TEST_F(Cmaddfile2Test, IfTheGroupIsRemovedBetweenTheYieldsOnlyTheEntryIsAdded) {
     put("c:\\music\\a.wav");
-    // The wait is one yield; the next one is between finding the group and adding to it.
+    // The wait is the first yield; the second yield is between finding the group and adding to it.
     loop.atYield(2, [this] { view.remove(node("WAV Files Folder")).passOver(); });
     adder.Cmaddfile2("c:\\music\\a.wav");
     EXPECT_EQ(node("c:\\music\\a.wav"), nullptr);

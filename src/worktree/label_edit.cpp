@@ -72,7 +72,7 @@ Status LabelEdit::renameFirst(const std::string& oldName, const std::string& new
             if (!matches(lowerCase(SplitPath(entry, process_)), oldName)) {
                 continue;
             }
-            // SplitDir is the folder of this entry, set by the call above.
+            // SplitDir is the folder of this entry; SplitPath() has set it above.
             const std::string renamed = process_.SplitDir + newText;
             const Status status = platform_.files.rename(entry, renamed);
             return status.ok() ? list->setList(i, renamed) : status;

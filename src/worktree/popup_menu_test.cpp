@@ -71,7 +71,7 @@ TEST_F(PopupMenuTest, AnMp3CanAlsoBeStarted) {
 
 TEST_F(PopupMenuTest, ATrackCanOnlyBeStarted) {
     expectBothWays(node("Track  1 - 00:03:05"), "-S-");
-    // A file with such a name is treated as a track, since later rules override earlier ones.
+    // A file with such a name is treated as a track, since later rules override earlier rules.
     expectBothWays(addTo("MP3 Files", "tracking.mp3"), "-S-");
 }
 
@@ -244,7 +244,7 @@ TEST_F(PopupMenuTest, DeleteKeepsAFileThatIsInNoList) {
     EXPECT_THAT(disk.log, IsEmpty());
 }
 
-TEST_F(PopupMenuTest, TheNodesTextIsAPatternForTheFilesToDeleteToo) {
+TEST_F(PopupMenuTest, TheNodesTextIsAlsoAPatternForTheFilesToDelete) {
     bareNames();
     for (const char* name : {"c:\\music\\x[1].wav", "c:\\music\\x1.wav"}) {
         disk.addFile(name, "x");

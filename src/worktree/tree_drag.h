@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Handles drags over the work tree: how a drag starts, which nodes accept the dragged node, and the
-// drop. TreeMoves moves the dragged item already while the pointer moves.
+// drop. TreeMoves moves the dragged item while the pointer still moves, not at the drop.
 #pragma once
 
 #include <string>

@@ -74,7 +74,7 @@ void TreeMoves::moveUnderNode(int index) {
     tree.setDropHighlight(nullptr).passOver();
 }
 
-/// Removes the group's nodes and adds new ones in the order of lstTracks.
+/// Removes the nodes of the group "Available Tracks" and adds new nodes in the order of lstTracks.
 void TreeMoves::rebuildAvailableTracks() {
     TreeView& tree = form_.TreeView1;
     // From the last to the first, so that a long group is removed in linear time. Removes all
