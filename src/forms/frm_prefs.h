@@ -52,7 +52,8 @@ class FrmPrefs : public Form {
     Label lblFormat{*this, "lblFormat", "Audio Format"};                      ///< beside cbxFormat
     ComboBox cbxFormat{*this, "cbxFormat"};                                   ///< capture format
     Label lblMute{*this, "lblMute", "Turn off/on CD sound while extracting"}; ///< beside Check1
-    CheckBox Check1{*this, "Check1", "Mute"}; ///< its caption is "Mute" if ticked, else "Play"
+    CheckBox Check1{*this, "Check1",
+                    "Mute"}; ///< a click sets the caption: "Mute" if ticked, else "Play"
 
     // " Destination Path"
     Label lblDestination{*this, "lblDestination",

@@ -20,8 +20,8 @@ Result<std::string> baseWithEnding(const std::string& path, const std::string& e
 void WorkTree::showfiles() {
     TreeView& tree = form_.TreeView1;
     form_.show();
-    // Removes the nodes at the indices 2 and 1, that is, the first collection. The other
-    // collections stay from the previous build.
+    // Removes the nodes at the indices 2 and 1: usually the first group of the first collection,
+    // then this collection. The other collections stay from the previous build.
     tree.remove(2).passOver();
     tree.remove(1).passOver();
     scanDestination();
