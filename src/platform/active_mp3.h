@@ -21,17 +21,18 @@ class ActiveMP3 {
     virtual Status setSourceFile(const std::string& path) = 0;
     /// True from the start of a decoding until its end.
     [[nodiscard]] virtual bool Busy() const = 0;
-    /// Progress of the current work, in the unit of Length.
+    /// Progress of the current work, from 0 to Length().
     [[nodiscard]] virtual std::int32_t Position() const = 0;
-    /// Total work of the file; above 0 while Busy.
+    /// Amount of the current work, in an unspecified unit; above 0 while Busy().
     [[nodiscard]] virtual std::int32_t Length() const = 0;
     /// Plays the source file through the sound card's wave line.
     virtual Status Play() = 0;
     /// Ends playing or decoding; does nothing when idle.
     virtual Status Stop() = 0;
     /// Starts to decode the source file to a 16-bit WAV file at `path` and returns at once. Does
-    /// nothing if a decoding of the same source to the same target is running, or was the last to
-    /// complete and both files are unchanged since. Otherwise it first stops a running decoding.
+    /// nothing if a decoding of the same source to the same target is running. Also does nothing if
+    /// the last completed decoding had this source and target and neither file has changed since.
+    /// Otherwise first stops a running decoding.
     virtual Status DecodeToWav(const std::string& path) = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One open file, read and written as bytes at given offsets, for headers and tags. It supports
-// neither records nor text. Files are opened by file_system.h.
+// neither records nor text. FileSystem (file_system.h) opens the files.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// What an opened file may be used for. The other operation fails with badFileMode.
+/// Which operations an open file allows. An operation that is not allowed fails with badFileMode.
 enum class FileAccess { read, write, readWrite };
 
 /// One open file. Byte offsets start at 0. The destructor closes the file. Used only on the thread

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The devices that the user has chosen, stored in section "Devices" of the settings store.
+// Reads and writes the user's choice of devices in section "Devices" of the settings store. It
+// opens no device.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The drives, sound outputs and recording sources that the machine offers, and the chosen ones. The
-// window in which the user chooses them uses this interface, on the logic thread only.
+// Lists the drives, sound outputs and recording sources of the machine, and reads and sets the
+// user's choice. The window for this choice uses this interface, on the logic thread only.
 #pragma once
 
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace sonarith {
 
-/// A device that can be chosen. `name` is stored; `description` is shown, or `name` if it is empty.
+/// A device that can be chosen. `name` is stored. `description` is shown; if it is empty, `name` is
+/// shown.
 struct DeviceEntry {
     std::string name;
     std::string description;
@@ -33,7 +34,7 @@ class DeviceChoice {
     virtual void setOutput(const std::string& name) = 0;
     virtual void setSource(const std::string& name) = 0;
 
-    /// Description of the problem with the disc; empty if there is none.
+    /// Description of the problem with the disc; empty if there is no problem.
     [[nodiscard]] virtual std::string report() const = 0;
 };
 

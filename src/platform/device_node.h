@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distinguishes the device node of a drive from the path of a disc image; a stored choice may be
-// either. It opens neither.
+// Decides whether a stored choice of a drive is a device node or the path of a disc image. It opens
+// neither the device nor the image.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@ namespace sonarith {
 
 /// True if `chosen` names a drive: a block device below /dev, or a missing name directly below
 /// /dev, because an unplugged drive must not be taken for a missing image. Ordinary files in
-/// folders of /dev ("/dev/shm/disc.cue") are not drives. Paths outside /dev are not checked, since
-/// they may be on a server that does not respond.
+/// folders of /dev ("/dev/shm/disc.cue") are not drives. False for every path outside /dev; such a
+/// path is not accessed, since it may be on a server that does not respond.
 [[nodiscard]] bool namesADevice(const std::string& chosen);
 
 } // namespace sonarith

@@ -28,7 +28,7 @@ TEST(NamesADevice, DistinguishesADriveFromAnImage) {
     }
 }
 
-TEST(NamesADevice, IsTrueOfEachBlockDevice) {
+TEST(NamesADevice, IsTrueForEachBlockDevice) {
     std::error_code ignored;
     int found = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/dev", ignored)) {

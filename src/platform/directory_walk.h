@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists folders and walks folder trees. Paths are in the logic's form ("c:\music\"). It reads no
-// files and changes nothing; file_system.h does that.
+// Lists folders and walks folder trees. Paths are in the logic's form ("c:\music\"). Files are read
+// and changed through file_system.h.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace sonarith {
 
-/// Bits of an entry's attributes; the classic values of file systems with drive letters.
+/// Bits of an entry's attributes. The values are those of file systems with drive letters.
 namespace file_attribute {
 inline constexpr std::uint32_t hidden = 2;
 inline constexpr std::uint32_t system = 4;
@@ -27,25 +27,26 @@ struct FindRecord {
     std::string name = {};
 };
 
-/// A listing in progress. Never 0.
+/// Identifies an open listing. Never 0.
 using FindHandle = int;
 /// The result of FindFirst() on failure. Not 0 either.
 inline constexpr FindHandle invalidFindHandle = -1;
 
-/// One walk through a folder tree. Several listings may be open at the same time. Each folder is
-/// listed once per walk, whatever paths and links lead to it, so that a walk ends despite a loop of
-/// links.
+/// One walk through a folder tree. Several listings may be open at the same time. A walk lists each
+/// folder at most once, even if several paths or links lead to the folder. So the walk ends even if
+/// links form a loop.
 class DirectoryWalk {
   public:
     virtual ~DirectoryWalk() = default;
 
-    /// Starts the listing of a folder. `pattern` is the path of the folder, a backslash and "*.*",
-    /// which means all entries, including hidden ones. The first entries are "." and "..". Returns
-    /// invalidFindHandle and leaves `record` unchanged if the folder does not exist, cannot be read
-    /// or was listed before in this walk, and for any other pattern.
+    /// Starts the listing of a folder and writes the first entry to `record`. `pattern` is the path
+    /// of the folder, a backslash and "*.*", which means all entries, including hidden ones. The
+    /// first entries are "." and "..". Returns invalidFindHandle and leaves `record` unchanged if
+    /// the folder does not exist, cannot be read or was listed before in this walk, and for any
+    /// other pattern.
     virtual FindHandle FindFirst(const std::string& pattern, FindRecord& record) = 0;
-    /// Reads the next entry. Returns false and leaves `record` unchanged at the end, if the folder
-    /// has been removed, and for a handle that is not open.
+    /// Reads the next entry. Returns false and leaves `record` unchanged after the last entry, if
+    /// the folder has been removed, and for a handle that is not open.
     virtual bool FindNext(FindHandle handle, FindRecord& record) = 0;
     /// Does nothing for a handle that is not open.
     virtual void FindClose(FindHandle handle) = 0;
@@ -57,8 +58,9 @@ class Directories {
 
     [[nodiscard]] virtual std::unique_ptr<DirectoryWalk> startWalk() = 0;
 
-    /// The absolute path of an existing folder, in the spelling given. It has no backslash at its
-    /// end except for the root of a drive ("c:\"). Relative paths start in the current folder.
+    /// The absolute path of the existing folder `path`, with the case of the letters unchanged. It
+    /// ends with a backslash only if it is the root of a drive ("c:\"). Relative paths start in the
+    /// current folder.
     /// Error: pathNotFound if the path is not a folder or cannot be reached.
     [[nodiscard]] virtual Result<std::string> folder(const std::string& path) const = 0;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The event loop of the logic thread: yields, waits, clock, wake-ups and the end of the program.
-// Long work runs inside the handler that started it and yields. Handlers are interleaved only at
-// yields.
+// The event loop of the logic thread. Through this interface the logic yields, waits, reads the
+// clock, starts timers and ends the program. Long work runs inside the handler that started it, and
+// yields. Only while a handler yields can other handlers run.
 #pragma once
 
 #include <chrono>
@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// A pending call from the loop. Destroying it cancels the call.
+/// A timer that EventLoop::every() has started. Destroying this object stops the timer.
 class Wakeup {
   public:
     virtual ~Wakeup() = default;
@@ -25,8 +25,9 @@ class EventLoop {
 
     virtual ~EventLoop() = default;
 
-    /// Handles what is due (input, timers, painting), then returns. Cheap enough for each small
-    /// step of a job: yields in quick succession look for new input at most once in 0.25 ms.
+    /// Handles the events that are due (input, timers, painting), then returns. Cheap enough for
+    /// each small step of a job: of yields in quick succession, at most one in 0.25 ms looks for
+    /// new input.
     virtual void yield() = 0;
 
     /// Yields while `condition` is true. The condition is evaluated after each handled event; while
@@ -38,9 +39,9 @@ class EventLoop {
     /// Wall-clock seconds since midnight, with fraction.
     [[nodiscard]] virtual double secondsSinceMidnight() const = 0;
 
-    /// Calls `handler` every `interval` (1 ms or more) until the Wakeup is destroyed, which the
-    /// handler itself may do. A handler that has not returned is never re-entered; calls that
-    /// become due in the meantime are dropped.
+    /// Calls `handler` every `interval` (1 ms or more) until the Wakeup is destroyed; the handler
+    /// itself may destroy it. Until `handler` has returned, it is not called again: calls that
+    /// become due before are dropped.
     [[nodiscard]] virtual std::unique_ptr<Wakeup> every(Duration interval,
                                                         std::function<void()> handler) = 0;
 

@@ -23,7 +23,7 @@ TEST_F(WaitFor, ReturnsExactlyOnTimeIfNothingElseHappens) {
     EXPECT_EQ(loop.wakeupCount(), 0U);
 }
 
-TEST_F(WaitFor, RunsTimersMeanwhile) {
+TEST_F(WaitFor, RunsTimersUntilItReturns) {
     int ticks = 0;
     const auto wakeup = loop.every(100ms, [&] { ++ticks; });
     loop.waitFor(350ms);
@@ -31,7 +31,7 @@ TEST_F(WaitFor, RunsTimersMeanwhile) {
     EXPECT_EQ(passed(), 350ms);
 }
 
-TEST_F(WaitFor, DoesNotEndBeforeItsTimeWhateverHappens) {
+TEST_F(WaitFor, IsNotEndedEarlyByOtherEvents) {
     for (const auto moment : {1ms, 150ms, 299ms}) {
         loop.after(moment, [] {});
     }
@@ -39,7 +39,7 @@ TEST_F(WaitFor, DoesNotEndBeforeItsTimeWhateverHappens) {
     EXPECT_EQ(passed(), 300ms);
 }
 
-TEST_F(WaitFor, AnOuterWaitReturnsNoEarlierThanTheInnerOne) {
+TEST_F(WaitFor, AnOuterWaitReturnsNoEarlierThanTheInnerWait) {
     EventLoop::Duration inner{};
     loop.after(100ms, [&] {
         loop.waitFor(500ms);
@@ -47,7 +47,7 @@ TEST_F(WaitFor, AnOuterWaitReturnsNoEarlierThanTheInnerOne) {
     });
     loop.waitFor(300ms);
     EXPECT_EQ(inner, 600ms);
-    // The time of the outer wait was over at 300 ms, but it cannot return before the inner one.
+    // The duration of the outer wait was over at 300 ms, but the inner wait runs inside it.
     EXPECT_EQ(passed(), 600ms);
 }
 

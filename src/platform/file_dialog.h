@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The dialog in which the user chooses a file to open or a name to save under. It does not open or
-// write the file; the caller does. Used on the logic thread only.
+// Shows the dialog in which the user chooses a file to open, or a name under which to save. The
+// caller, not the dialog, opens and writes the file. Used on the logic thread only.
 #pragma once
 
 #include <string>
@@ -19,7 +19,8 @@ struct FileDialogRequest {
     /// The folder in which the dialog opens, or a file in it. If it is empty or does not exist, the
     /// dialog opens in the folder where it was last closed.
     std::string initialFolder = {};
-    /// A path, or a name in the initial folder, that is selected at the start; empty for none.
+    /// The file that is selected when the dialog opens: a path, or a name in the initial folder.
+    /// Empty: no file is selected.
     std::string fileName = {};
 };
 

@@ -27,22 +27,23 @@ class FileSystem {
 
     /// Opens a file in place: content, permissions, owner, links and times stay unchanged until
     /// something is written. Never waits for another program. `write` and `readWrite` create a
-    /// missing file. Errors: fileNotFound (read only), pathNotFound, pathFileAccess (a folder),
-    /// permissionDenied (also a pipe, socket or device).
+    /// missing file. Errors: fileNotFound (only for `read`), pathNotFound, pathFileAccess (for a
+    /// folder), permissionDenied (also for a pipe, socket or device).
     [[nodiscard]] virtual Result<std::unique_ptr<BinaryFile>> openBinary(const std::string& path,
                                                                          FileAccess access) = 0;
 
-    /// Never replaces an existing file; error: fileAlreadyExists. A rename that changes only the
-    /// case is allowed.
+    /// Never replaces an existing file: the error is then fileAlreadyExists. A rename that changes
+    /// only the case is allowed.
     virtual Status rename(const std::string& from, const std::string& to) = 0;
-    /// Opens for binary writing and closes at once. Creates a missing file; keeps the content of an
-    /// existing one. Errors: permissionDenied, pathNotFound, pathFileAccess (a folder).
+    /// Opens a file for binary writing and closes it at once. Creates a missing file; leaves an
+    /// existing file unchanged. Errors: permissionDenied, pathNotFound, pathFileAccess (for a
+    /// folder).
     virtual Status touchForWriting(const std::string& path) = 0;
     virtual Status removeFile(const std::string& path) = 0;
 
     /// Sets the drive for relative names. `path` is "c:" or longer; only the letter is used.
     virtual Status changeDrive(const std::string& path) = 0;
-    /// An absolute path, or a name below the current folder.
+    /// Changes the current folder. `path` is absolute, or relative to the current folder.
     virtual Status changeFolder(const std::string& path) = 0;
     [[nodiscard]] virtual std::string currentFolder() const = 0;
     /// Creates one folder. Error: pathFileAccess (75) if anything of that name exists.

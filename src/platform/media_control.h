@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The media control string interface: the logic controls disc, recorder and clip devices by command
-// strings. Interface only; implemented by the command interpreter for Linux.
+// strings. Interface only; linux/mci/ implements it.
 #pragma once
 
 #include <algorithm>
@@ -13,9 +13,8 @@ namespace sonarith {
 /// Status of a command that succeeded; every other value is an error number.
 inline constexpr int mciSuccess = 0;
 
-/// A reply buffer of fixed size, owned by the caller. As in the classic command interface it
-/// receives the reply, cut to size - 1 bytes, and a NUL. The bytes after that NUL keep their old
-/// values.
+/// A reply buffer of fixed size, owned by the caller. It receives the reply, truncated to size - 1
+/// bytes, and a NUL. Deliberately, the bytes after that NUL keep their old values.
 class ReplyBuffer {
   public:
     /// A buffer of `size` blanks without a NUL.

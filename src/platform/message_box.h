@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes of the logic. Interface only.
+// The interface through which the logic shows message boxes.
 #pragma once
 
 #include <string>
@@ -13,7 +13,8 @@ enum class BoxAnswer { ok, yes, no, cancel };
 class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
-    /// Shows the box and yields until the user answers it. An empty title means the default title.
+    /// Shows a message box and yields until the user answers it. An empty `title` means the default
+    /// title.
     virtual BoxAnswer show(const std::string& text, BoxIcon icon = BoxIcon::none,
                            BoxButtons buttons = BoxButtons::ok, const std::string& title = {}) = 0;
 };

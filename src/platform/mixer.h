@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface through which the logic uses the sound card's mixer: it finds a line by the type of
-// its connection and a control of a line by its type, and reads and writes a control's value.
-// Interface only; it handles no samples.
+// The interface through which the logic uses the sound card's mixer: the logic finds a line by its
+// component type and a control of that line by its control type, then reads or writes the control's
+// value. Samples do not pass through this interface.
 //
 // Life cycle: open() returns a handle, which is never closed; any number may be open. All other
 // members take such a handle. Used on the logic thread only; no member waits for the card.
@@ -11,13 +11,14 @@
 
 namespace sonarith {
 
-/// Result of an operation; 0 is success. The numbers are those of the classic interface.
+/// Result of an operation; 0 is success. These numbers, and those of the types below, are given:
+/// they are those of the mixer interface that this class reproduces.
 enum class MixerResult : int {
     noError = 0,
     badDevice = 2,         ///< there is no mixer
     invalidHandle = 5,     ///< the handle was never opened
     notSupported = 8,      ///< unknown kind of query
-    invalidParameter = 11, ///< a record's size field is wrong, or a block is missing
+    invalidParameter = 11, ///< a size or count in the record is wrong, or its pointer is null
     invalidLine = 1024,    ///< the card has no such line
     invalidControl = 1025, ///< the line has no such control
     invalidValue = 1026,   ///< the value is outside the control's range
@@ -92,8 +93,8 @@ class Mixer {
     /// invalidParameter, invalidLine; they leave `line` unchanged.
     virtual MixerResult getLineInfo(MixerHandle mixer, MixerLine& line) = 0;
     /// Finds the one control of `controls.dwControlType` and fills `*controls.pamxctrl`. Errors:
-    /// invalidHandle, invalidParameter, invalidLine, invalidControl; they leave the block
-    /// unchanged.
+    /// invalidHandle, invalidParameter, invalidLine, invalidControl; they leave
+    /// `*controls.pamxctrl` unchanged.
     virtual MixerResult getLineControls(MixerHandle mixer, MixerLineControls& controls) = 0;
     /// Writes the control's value to `*details.paDetails`. Does not allocate. Errors:
     /// invalidHandle, invalidParameter, invalidControl; they leave the value unchanged.

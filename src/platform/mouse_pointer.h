@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The shape of the mouse pointer over the program's windows. Interface only; it does not report the
-// pointer's position.
+// Sets the shape of the mouse pointer over the program's windows. Interface only; it does not
+// report the pointer's position.
 #pragma once
 
 namespace sonarith {
 
-/// The two shapes that the logic uses (the classic pointer numbers 0 and 11).
+/// The two shapes that the logic uses.
 enum class Pointer { normal, hourglass };
 
 class MousePointer {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stores the most recent notices to the user, one for each cause that holds. It displays nothing:
-// views read the texts when they are notified.
+// Stores the texts of the most recent notices to the user; while the cause of a notice lasts, only
+// its first notice is stored. It displays nothing: views are notified and read the texts.
 #pragma once
 
 #include <cstddef>
@@ -26,8 +26,8 @@ class NoticeBoard final : public Notices {
 
     /// The texts that are kept, oldest first.
     [[nodiscard]] std::vector<std::string> texts() const;
-    /// `handler` runs for each text posted from now on, on the thread that posts it. It must not
-    /// post.
+    /// `handler` runs for each text that is stored from now on, on the thread that called report()
+    /// or settled(). It must call neither of these.
     void setOnPosted(std::function<void(const std::string& text)> handler);
 
   private:
@@ -35,7 +35,7 @@ class NoticeBoard final : public Notices {
 
     mutable std::mutex mutex_;
     std::deque<std::string> texts_;
-    std::set<std::string> causes_; ///< the causes that hold at present
+    std::set<std::string> causes_; ///< reported and not yet settled
     std::function<void(const std::string&)> onPosted_;
 };
 

@@ -27,21 +27,21 @@ TEST_F(NoticeBoardTest, KeepsReportsInOrder) {
     EXPECT_THAT(posted, ElementsAre("a", "b"));
 }
 
-TEST_F(NoticeBoardTest, ACauseIsShownOnceWhileItHolds) {
+TEST_F(NoticeBoardTest, ShowsOnlyTheFirstNoticeOfACauseUntilItIsSettled) {
     board.report({"lost", "output"});
     board.report({"lost again", "output"});
     board.report({"not written", "store"});
     EXPECT_THAT(posted, ElementsAre("lost", "not written"));
 }
 
-TEST_F(NoticeBoardTest, ASettledCauseIsShownAgainTheNextTime) {
+TEST_F(NoticeBoardTest, ShowsTheNextNoticeOfASettledCause) {
     board.report({"lost", "output"});
     board.settled("output", "back");
     board.report({"lost again", "output"});
     EXPECT_THAT(posted, ElementsAre("lost", "back", "lost again"));
 }
 
-TEST_F(NoticeBoardTest, ACauseThatWasNeverReportedSettlesSilently) {
+TEST_F(NoticeBoardTest, ShowsNothingForASettledCauseThatWasNotReportedOrWithoutText) {
     board.settled("output", "back");
     EXPECT_THAT(posted, IsEmpty());
     board.report({"lost", "output"});
@@ -49,13 +49,13 @@ TEST_F(NoticeBoardTest, ACauseThatWasNeverReportedSettlesSilently) {
     EXPECT_THAT(posted, ElementsAre("lost"));
 }
 
-TEST_F(NoticeBoardTest, NoticesWithoutACauseAreAllShown) {
+TEST_F(NoticeBoardTest, ShowsAllNoticesWithoutACause) {
     board.report({"a"});
     board.report({"a"});
     EXPECT_THAT(posted, ElementsAre("a", "a"));
 }
 
-TEST_F(NoticeBoardTest, KeepsTheLastHundred) {
+TEST_F(NoticeBoardTest, KeepsTheLastHundredTexts) {
     for (int i = 0; i < 150; ++i) {
         board.report({std::to_string(i)});
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Notices of the platform to the user about failures that the logic does not report: a track that
-// was not saved, audio that could not be read, an output that was lost. The display is implemented
-// elsewhere.
+// Receives the platform's notices to the user about failures that the logic does not report: a
+// track that was not saved, audio that could not be read, an output that was lost. Interface only;
+// it does not display the notices.
 #pragma once
 
 #include <string>
@@ -13,8 +13,8 @@ struct Notice {
     /// A complete sentence with file, place and cause: "Track 2 was not saved: no space left in
     /// /music; 0:42 are kept".
     std::string text;
-    /// Identifies the cause ("output hw:0", "store"). While a cause holds, further notices of it
-    /// are not shown. Empty: every notice is shown.
+    /// Identifies the cause ("output hw:0", "store"). After the first notice of a cause, further
+    /// notices of it are not shown until settled() is called. Empty: the notice is always shown.
     std::string cause = {};
 };
 
@@ -24,8 +24,8 @@ class Notices {
   public:
     virtual ~Notices() = default;
     virtual void report(Notice notice) = 0;
-    /// The cause no longer holds: its next notice is shown again. A `text` that is not empty ("The
-    /// output ... is back") is shown only if a notice of this cause was shown.
+    /// Reports that the cause has ended: its next notice is shown again. If a notice of this cause
+    /// was shown, `text` ("The output ... is back") is shown, too, unless it is empty.
     virtual void settled(const std::string& cause, const std::string& text) = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A picture as pixels, for logic that reads colours from it. It does not draw; the view does.
+// A picture as pixels, for logic that reads colours from it. Only the view draws the picture.
 #pragma once
 
 #include <cassert>
@@ -11,7 +11,7 @@
 
 namespace sonarith {
 
-/// 0xBBGGRR: blue in the high byte of the three, then green, then red.
+/// 0xBBGGRR: red is in the lowest byte, green in the next, blue in the third.
 using PixelColour = std::uint32_t;
 inline constexpr PixelColour whitePixel = 0xFFFFFF;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// References to all interfaces through which the logic uses the machine: one struct to pass, with
-// the real implementations or with a test's. It owns nothing and has no behaviour.
+// A struct of references to all interfaces through which the logic uses the machine. The references
+// are to the real implementations or to those of a test. It owns nothing and has no behaviour.
 #pragma once
 
 #include "platform/active_mp3.h"
@@ -21,9 +21,8 @@
 
 namespace sonarith {
 
-/// All members of these interfaces are called on the logic's thread only, unless their header says
-/// otherwise.
-/// Initialized by member names: Platform{.loop = loop, .media = media, ...}.
+/// The members of these interfaces are called on the logic thread only, unless the interface's
+/// header says otherwise. Initialize this struct by member names: Platform{.loop = loop, ...}.
 struct Platform {
     EventLoop& loop;
     MediaControl& media;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Failures as values: an operation that can fail returns a Status or a Result. Not for programming
-// errors, which are assertions. Nothing here throws.
+// Failures as values: an operation that can fail returns a Status or a Result instead of throwing.
+// Programming errors are not reported in this way: assertions detect them.
 #pragma once
 
 #include <string>
@@ -54,7 +54,7 @@ class [[nodiscard]] Status {
     /// Valid only after a failure.
     [[nodiscard]] const Error& error() const { return std::get<Error>(outcome_); }
 
-    /// Ignores the failure of this step; its target keeps its value.
+    /// States that the caller deliberately ignores a failure of this operation.
     void passOver() const {}
 
   private:
@@ -78,7 +78,7 @@ class [[nodiscard]] Result {
     [[nodiscard]] const Error& error() const { return std::get<1>(outcome_); }
     [[nodiscard]] T valueOr(T fallback) const { return ok() ? value() : std::move(fallback); }
 
-    /// Ignores the failure of this step; a value, if there is one, is not needed.
+    /// States that the caller deliberately ignores both the value and a failure.
     void passOver() const {}
 
     /// Writes the value to `target`. A failure is ignored and leaves `target` unchanged.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the main window requests from the desktop. Interface only.
+// The interface through which the logic requests from the desktop what belongs to no other
+// interface: the screen's size, help, the about box and the number of a window.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +19,8 @@ class Shell {
     /// Asks the help viewer to show a help file (a path in the logic's form).
     virtual void showHelp(const std::string& path) = 0;
     virtual void showAboutBox() = 0;
-    /// The window system's number of the window that shows `control`, for device commands that name
-    /// a window; 0 if there is none.
+    /// The number that the window system gives the window that shows `control`; 0 if there is no
+    /// such window. For device commands that contain the number of a window.
     [[nodiscard]] virtual std::uint64_t windowHandle(const Control& control) const = 0;
 };
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Information about the machine, its drives and its user. Interface only: the texts and rules that
-// the product derives from it belong to the logic.
+// Reads information about the machine, its drives and its user. Interface only: the logic decides
+// how this information is shown and used.
 //
 // All members are called on the logic thread and return within 100 ms. A drive that does not
-// respond in that time is treated as one that reports an error, and is not queried again until it
-// has responded.
+// respond in that time is treated like a drive that reports an error, and is not queried again
+// until it has responded.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ struct DiskSpace {
     std::int64_t freeBytes = 0;
 };
 
-/// The classic numbers of drive types.
+/// The numbers are those that the logic expects.
 enum class DriveKind : int {
     unknown = 0,
     noRoot = 1, ///< no such drive
@@ -37,7 +37,7 @@ struct VolumeInformation {
 };
 
 struct MemoryStatus {
-    int loadPercent = 0;
+    int loadPercent = 0; ///< used part of the memory
     std::int64_t totalBytes = 0;
     std::int64_t availableBytes = 0;
 };
@@ -45,7 +45,7 @@ struct MemoryStatus {
 struct ProcessorInformation {
     int type = 0; ///< 386, 486, 586 or another number
     int count = 0;
-    std::uint64_t activeMask = 0;
+    std::uint64_t activeMask = 0; ///< one bit for each processor in use
 };
 
 struct SystemVersion {
@@ -59,10 +59,10 @@ class SystemInformation {
     virtual ~SystemInformation() = default;
     /// The root paths of all drives ("c:\"), each followed by a NUL, and one more NUL at the end.
     /// Writes at most `size` characters to `buffer`. Returns the length of the text without its
-    /// last NUL; if it does not fit, the length needed, including that NUL.
+    /// last NUL. If the text does not fit, returns the required size, including the last NUL.
     [[nodiscard]] virtual std::size_t logicalDriveStrings(std::string& buffer,
                                                           std::size_t size) const = 0;
-    /// Nothing for a drive that reports an error or does not respond.
+    /// Returns nothing for a drive that reports an error or does not respond.
     [[nodiscard]] virtual std::optional<DiskSpace> diskSpace(const std::string& root) const = 0;
     [[nodiscard]] virtual DriveKind driveKind(const std::string& root) const = 0;
     [[nodiscard]] virtual std::optional<VolumeInformation>
@@ -70,7 +70,7 @@ class SystemInformation {
     [[nodiscard]] virtual MemoryStatus memoryStatus() const = 0;
     [[nodiscard]] virtual ProcessorInformation processor() const = 0;
     [[nodiscard]] virtual std::optional<SystemVersion> version() const = 0;
-    /// The classic number of the keyboard type; 0 if unknown.
+    /// The number that the logic expects for the type of keyboard; 0 if the type is unknown.
     [[nodiscard]] virtual int keyboardType() const = 0;
     [[nodiscard]] virtual int functionKeys() const = 0;
     // Texts followed by a NUL, as in a fixed buffer; nothing on failure. Folders are in the logic's

@@ -10,8 +10,8 @@ Result<std::thread> startThread(std::function<void()> body) {
     try {
         return std::thread(std::move(body));
     } catch (const std::system_error& error) {
-        // The system's limit of threads or memory is reached. The program handles exceptions of no
-        // other library call.
+        // The system's limit of threads or memory is reached. This is the only library call whose
+        // exceptions the program handles.
         return Error{ErrorNumber::deviceUnavailable,
                      std::string("no thread can be started: ") + error.what()};
     }

@@ -22,9 +22,10 @@ TEST(StartThread, RunsTheBodyOnAThreadOfItsOwn) {
     EXPECT_NE(there, std::this_thread::get_id());
 }
 
-/// The exit code of a child process in which no thread can be started.
+/// Runs in a child process. Forbids further threads, then checks the failure of startThread().
+/// Returns the exit code: 0 if all is as expected.
 int withoutThreads() {
-    // A user's limit counts processes and threads alike; it does not apply to the superuser.
+    // This limit counts all processes and threads of a user. It does not apply to the superuser.
     const rlimit none{1, 1};
     if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::geteuid() == 0 && ::setuid(65534) != 0)) {
         return 2;
@@ -40,7 +41,7 @@ int withoutThreads() {
 }
 
 TEST(StartThread, ReturnsAnErrorAtTheSystemsLimit) {
-    // The user's limit allows this process, but no second thread.
+    // The limit of 1 allows the child process itself, but no second thread.
     EXPECT_EQ(test::runInChild(&withoutThreads), 0);
 }
 

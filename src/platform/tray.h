@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The interface through which the logic uses the notification area of the desktop's panel: icons
-// with a tip and a menu. Interface only; the actions of the menu belong to the logic.
+// with a tool tip and a menu. Interface only; the logic implements the actions of the menu.
 //
-// Life cycle: an icon is added once, modified while it exists, and removed. An icon that is added
-// while no panel shows the area is shown when such a panel starts. Used on the logic thread only.
+// Life cycle: an icon is added once, may be modified while it exists, and is removed. If no panel
+// shows the notification area when an icon is added, the icon appears as soon as such a panel
+// starts. Used on the logic thread only.
 #pragma once
 
 #include <cstdint>
@@ -14,21 +15,21 @@
 
 namespace sonarith {
 
-/// Maximum length of the tip, in characters.
+/// Maximum length of the tool tip, in characters.
 inline constexpr std::size_t longestTrayTip = 63;
 
-/// An icon as it is to appear in the area.
+/// Describes an icon of the notification area.
 struct TrayIcon {
     std::uint32_t identifier = 0;
-    Form* form = nullptr; ///< the form that owns it
-    std::string tip;      ///< at most longestTrayTip characters
+    Form* form = nullptr; ///< the form that owns the icon
+    std::string tip;      ///< the tool tip: at most longestTrayTip characters
 };
 
 class Tray {
   public:
     virtual ~Tray() = default;
-    /// Each returns true on success. add() returns false for an identifier that exists already;
-    /// modify() and remove() for one that does not.
+    /// Each returns true on success. add() returns false if the identifier already exists; modify()
+    /// and remove() return false if it does not exist.
     virtual bool add(const TrayIcon& icon) = 0;
     virtual bool modify(const TrayIcon& icon) = 0;
     virtual bool remove(std::uint32_t identifier) = 0;
@@ -36,7 +37,8 @@ class Tray {
     /// event of the icon's form. The menu's onOpen runs first.
     virtual void setMenu(MenuItem& menu) = 0;
 
-    /// Whether a panel shows icons now, so that the user can reach a hidden window.
+    /// Whether a panel now shows the notification area, so that the user can open a hidden window
+    /// through its icon.
     [[nodiscard]] virtual bool hostPresent() const = 0;
     /// Emitted when hostPresent() has changed.
     Signal<> hostChanged;

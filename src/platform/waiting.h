@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the logic thread waits for work on another thread. The implementation decides what the window
-// does meanwhile. This file does not depend on the work or its thread.
+// The interface through which the logic thread waits for work on another thread. The implementation
+// decides whether the windows are painted during a wait. This file starts no work and no thread.
 #pragma once
 
 #include <chrono>
@@ -15,8 +15,8 @@ class Completion {
     /// May be called on any thread.
     void complete();
     [[nodiscard]] bool isComplete() const;
-    /// Blocks until the event has happened, for `bound` at most. Returns whether it has. Handles no
-    /// events.
+    /// Blocks until complete() has been called, for `bound` at most. Returns whether complete() has
+    /// been called. Handles no input or timers meanwhile.
     [[nodiscard]] bool restFor(std::chrono::milliseconds bound) const;
 
   private:
@@ -33,12 +33,12 @@ class Waiting {
 
     enum class Outcome {
         done,  ///< the event has happened
-        late,  ///< it has not happened within the bound
+        late,  ///< the event has not happened within the bound
         ended, ///< the program is about to end: the caller must not wait for the event
     };
 
-    /// A wait up to this long only blocks: short enough for the user not to notice, and far longer
-    /// than ordinary calls take.
+    /// A wait of at most this length only blocks the thread. The length is too short for the user
+    /// to notice, and far longer than ordinary calls take.
     static constexpr Duration plainMoment{50};
 
     virtual ~Waiting() = default;
@@ -46,7 +46,7 @@ class Waiting {
     [[nodiscard]] virtual Outcome wait(const Completion& completion, Duration bound) = 0;
 };
 
-/// Only blocks: for programs without windows, and for tests.
+/// Only blocks the thread. For programs without windows, and for tests.
 class PlainWaiting final : public Waiting {
   public:
     [[nodiscard]] Outcome wait(const Completion& completion, Duration bound) override;

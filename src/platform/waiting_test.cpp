@@ -20,7 +20,7 @@ TEST(Completion, IsCompleteOnceAnotherThreadCompletesIt) {
     other.join();
 }
 
-TEST(PlainWaiting, DistinguishesACompletionFromATimeout) {
+TEST(PlainWaiting, ReturnsLateAfterATimeoutAndDoneAfterACompletion) {
     PlainWaiting waiting;
     Completion completion;
     EXPECT_EQ(waiting.wait(completion, 1ms), Waiting::Outcome::late);

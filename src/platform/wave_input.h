@@ -4,8 +4,9 @@
 //
 // Life cycle: open the device; prepare and add each buffer; start. While the device runs, it fills
 // the buffers in the order in which they were added and marks them done; a done buffer may be added
-// again. reset marks all buffers done and returns them; stop keeps the filled part of a buffer. At
-// the end unprepare each buffer, then close. Any member may be called at any time: a call that does
+// again. stop ends the run and marks a partly filled buffer done; the empty buffers stay queued.
+// reset ends the run, marks all queued buffers done and empties the queue. At the end, unprepare
+// each buffer, then close. Any member may be called at any time: a call that does
 // not fit the state returns an error and changes nothing. All members are called on the logic
 // thread and return at once; the device writes to added buffers and to their flags on its own
 // thread.
@@ -18,7 +19,8 @@
 
 namespace sonarith {
 
-/// Result of an operation; 0 is success. The numbers are those of the classic interface.
+/// Result of an operation; 0 is success. The numbers are given: they are those of the wave-input
+/// interface that this class reproduces.
 enum class WaveResult : int {
     noError = 0,
     badDevice = 2,     ///< no such input
@@ -34,7 +36,7 @@ enum class WaveResult : int {
 /// 0 means none.
 using WaveInHandle = std::uint32_t;
 
-/// The format of the samples (the classic WAVEFORMATEX).
+/// The format of the samples. The names of the fields are given, too.
 struct WaveFormat {
     std::uint16_t wFormatTag = 0; ///< 1: PCM
     std::uint16_t nChannels = 0;
@@ -75,8 +77,8 @@ class WaveInput {
     virtual WaveResult stop(WaveInHandle handle) = 0;
     virtual WaveResult reset(WaveInHandle handle) = 0;
     virtual WaveResult close(WaveInHandle handle) = 0;
-    /// The platform's message for an error, with the name of the device where it matters; empty for
-    /// success.
+    /// The platform's message for an error; it contains the name of the device if the device caused
+    /// the error. Empty for success.
     [[nodiscard]] virtual std::string errorText(WaveResult result) const = 0;
 };
 

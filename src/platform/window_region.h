@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The visible part of a window with a non-rectangular shape: non-overlapping rectangles of pixels.
-// Data only; it uses no window.
+// Describes the visible part of a window with a non-rectangular shape by rectangles of pixels that
+// do not overlap. Data only; no function here changes a window.
 #pragma once
 
 #include <vector>
 
 namespace sonarith {
 
-/// Pixels relative to the window's corner; (right, bottom) is exclusive.
+/// Pixels relative to the window's top left corner. `right` and `bottom` are exclusive.
 struct PixelRectangle {
     int left = 0;
     int top = 0;

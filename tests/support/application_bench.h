@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The whole application on a machine of fakes, with a simulated disc, in virtual time.
+// Creates the whole application on a machine of fakes, with a simulated disc, in virtual time.
 //
 //     ApplicationBench bench({60000, 30000});
 //     bench.application.start();
@@ -22,7 +22,8 @@ class ApplicationBench : public FakeMachine {
   public:
     /// Destination folder of captures in a new store, in the logic's form.
     inline static const std::string destination = "c:\\sonarith\\wavfiles";
-    /// Identity of the disc in the drive.
+    /// Path of a saved track. 24106954 is half of the disc's identity 48213906, plus 1: FakeRandom
+    /// returns 0.5.
     static std::string savedAs(int track) {
         return destination + "\\24106954-" + std::to_string(track) + ".wav";
     }
@@ -44,7 +45,7 @@ class ApplicationBench : public FakeMachine {
             }
         }
     }
-    /// Runs `step`; returns whether it ended the program.
+    /// Runs `step`; returns whether `step` ended the program.
     template <typename Step>
     bool endsProgram(Step step) {
         try {

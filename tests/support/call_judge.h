@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Intercepts chosen system calls of a step: a function of the test lets each call through, makes it
-// fail, or holds it as a hanging device does. Other threads of the process are not affected, and
-// the interception ends with the step.
+// Intercepts chosen system calls of a function. A callback of the test decides on each call: the
+// call is let through, fails, or is held as if the device hung. Only the threads that run the
+// function and that it starts are affected, and only until the function returns.
 #pragma once
 
 #include <atomic>
@@ -24,18 +24,18 @@ namespace sonarith::test {
 
 class CallJudge {
   public:
-    /// Results of a Verdict: let the call through, or hold it until release(). Any other result is
-    /// the errno with which the call fails.
+    /// Results of a Verdict: `letThrough` executes the call, `hold` holds it until release(). Any
+    /// other result is the errno value with which the call fails.
     static constexpr int letThrough = 0;
     static constexpr int hold = -1;
-    /// Decides on one call after the other, on a thread of its own. The sanitizers call `write`,
-    /// too.
+    /// Decides on one call after the other, on a thread of its own. If `write` is intercepted, some
+    /// of the calls may be those of a sanitizer.
     using Verdict = std::function<int(const seccomp_data& call)>;
 
-    /// Runs `body` on a thread of its own and intercepts the calls with those numbers (SYS_...),
-    /// also of all threads that it starts. Returns when the last of these threads has ended; calls
-    /// that are still held when `body` returns are released. False if the kernel has no such
-    /// filters.
+    /// Runs `body` on a thread of its own. Intercepts the calls with these numbers (SYS_...) that
+    /// this thread or a thread started by it makes. Calls that are still held when `body` returns
+    /// are released. Returns when the last of these threads has ended. Returns false, without
+    /// running `body`, if the kernel does not support such filters.
     [[nodiscard]] static bool run(const std::vector<std::uint32_t>& numbers, Verdict verdict,
                                   const std::function<void(CallJudge&)>& body) {
         CallJudge judge(std::move(verdict));
@@ -59,8 +59,8 @@ class CallJudge {
         return installed;
     }
 
-    /// The device responds again: every call is let through from now on. Held calls are let
-    /// through, too, or fail with `error` (an errno value).
+    /// Simulates that the device responds again: from now on every new call is let through. The
+    /// held calls are let through, too, or fail if `error` is an errno value.
     void release(int error = letThrough) {
         heldVerdict_ = error;
         released_ = true;
@@ -71,7 +71,8 @@ class CallJudge {
   private:
     explicit CallJudge(Verdict verdict) : verdict_(std::move(verdict)) {}
 
-    /// The descriptor through which the calls arrive, or -1.
+    /// Installs the filter for the calling thread. Returns the descriptor from which the
+    /// intercepted calls are read, or -1.
     static int install(const std::vector<std::uint32_t>& numbers) {
         std::vector<sock_filter> steps{
             BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
@@ -93,8 +94,8 @@ class CallJudge {
             return;
         }
         std::vector<std::uint64_t> heldCalls;
-        // Polls with a timeout: a call with which release() could end the wait might be intercepted
-        // itself.
+        // Polls with a timeout instead of waiting for release(): a system call with which release()
+        // could end the wait might itself be intercepted.
         constexpr int lookUpMilliseconds = 2;
         for (pollfd calls{listener, POLLIN, 0};;) {
             calls.revents = 0;

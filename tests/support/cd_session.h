@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter with the disc device open, and discs for its drive.
+// Creates a command interpreter on which the disc device is open, and tables of contents for the
+// disc in its drive.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ inline disc::Table enhancedDisc() {
     return table;
 }
 
-/// A session with alias "cd" open.
+/// A session in which the disc device is open under the alias "cd".
 class CdSession : public MciSession {
   public:
     explicit CdSession(const disc::Table& table = {}) : MciSession(table) {

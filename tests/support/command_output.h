@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a command of the system prints: a second opinion on what the program reads from the machine.
+// Runs a command of the system and returns its output. Tests compare this output with the values
+// that the program reads from the machine.
 #pragma once
 
 #include <array>
@@ -10,7 +11,8 @@
 
 namespace sonarith::test {
 
-/// The standard output of a shell command, which must succeed, without the line ends at its end.
+/// The standard output of a shell command without its trailing line ends. The test fails if the
+/// command fails.
 inline std::string outputOf(const std::string& command) {
     std::string text;
     FILE* pipe = ::popen(command.c_str(), "r");

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window with its work tree, the conversion worker and the decoding driver in virtual
-// time, wired as the program wires them. Base class of the conversion's tests.
+// Creates the main window with its work tree, the conversion worker and the decoding driver, and
+// connects them as the program does. Time is virtual. Base class of the conversion's tests.
 //
 //     mp3File("c:\\mp3\\a.mp3");
 //     fill(form.List2, {"c:\\mp3\\a.mp3"});
-//     decode("MP3 Files");                         // returns when all is done
+//     decode("MP3 Files");                         // returns when all files are decoded
 //     EXPECT_THAT(mp3.finished, ElementsAre("c:\\music\\a.wav"));
 #pragma once
 
@@ -16,7 +16,7 @@
 namespace sonarith::test {
 
 struct ConversionWorld : WorkTreeWorld {
-    /// Adds a file, and returns the calls that decode it.
+    /// An MP3 file, and the two calls of the MP3 control that decode it (see FakeMp3Controls::log).
     inline static const std::string source = "c:\\mp3\\Song.mp3";
     inline static const std::string setSource = "SourceFile c:\\mp3\\Song.mp3";
     inline static const std::string decodeToWav = "DecodeToWav c:\\music\\Song.wav";
@@ -33,7 +33,8 @@ struct ConversionWorld : WorkTreeWorld {
     void mp3File(const std::string& path, std::size_t bytes = 200) {
         disk.addFile(path, std::string(bytes, 'm'));
     }
-    /// Selects the first node with this text; without one, adds it under "MP3 Files" first.
+    /// Selects the first node with this text. If there is no such node, first adds it under "MP3
+    /// Files".
     void choose(const std::string& text) {
         NodeRef at = node(text);
         if (!at) {

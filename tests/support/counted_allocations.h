@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Counts the allocations of a test program. It replaces the global operators new and delete, so
-// exactly one source of a test program includes it.
+// Counts the allocations of a test program. This file replaces the global operators new and delete,
+// so only one source file of a test program may include it.
 #pragma once
 
 #include <atomic>
@@ -12,7 +12,7 @@ namespace sonarith::test {
 
 inline std::atomic<long> allocationCount = 0;
 
-/// Number of allocations by `step`, on any thread.
+/// Number of allocations while `step` runs, on all threads.
 template <typename Step>
 [[nodiscard]] long allocationsOf(Step step) {
     const long before = allocationCount;
@@ -29,7 +29,8 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
-// Replaced, too, since under a sanitizer the default version would not use malloc().
+// Replaced, too: a sanitizer's version would not use malloc(), but free() below releases the
+// memory.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++sonarith::test::allocationCount;
     return std::malloc(size > 0 ? size : 1);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the reports of the pumps about their devices. Any thread may report and read.
+// Stores the reports of a playback or capture pump about its device. Any thread may report and read
+// them.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 
 namespace sonarith::fakes {
 
-/// The reports of a pump, from any thread.
 class DeviceReports {
   public:
     [[nodiscard]] sound::ReportDevice sink() {

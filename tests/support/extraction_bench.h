@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The extraction jobs, wired to the main window as in the program, with a simulated disc in virtual
-// time. Without the rest of the application.
+// Creates the extraction jobs and connects them to the main window as the program does, with a
+// simulated disc, in virtual time. The rest of the application is not created.
 //
 //     ExtractionBench bench({60000, 30000});
-//     bench.insertDisc();                     // lists and lengths as an inspection leaves them
+//     bench.insertDisc();                     // fills the lists of tracks and lengths
 //     bench.select("Available Tracks");
 //     bench.form.cmdStart.click();            // returns when the queue has ended
 //     EXPECT_THAT(bench.media.log, ...);
@@ -33,7 +33,7 @@ class ExtractionBench : public FakeMachine {
         : disc(loop, std::move(lengthsMs)) {
         form.load();
         media.device = disc.device();
-        // Saved captures exist and are long enough to be added to the tree.
+        // A saved capture becomes a file that is long enough to be added to the tree.
         disc.onSave = [this](const SavedCapture& save) {
             files.addFile(save.path, std::string(200, 'w'));
         };
@@ -52,7 +52,7 @@ class ExtractionBench : public FakeMachine {
         }
     }
 
-    /// Inspects the disc and clears the log of its commands.
+    /// Inspects the disc, then clears the log of the device commands.
     void insertDisc() {
         inspection.InspectCD();
         media.log.clear();
@@ -68,7 +68,7 @@ class ExtractionBench : public FakeMachine {
         const auto added = form.TreeView1.add(nullptr, "p " + text, text, 3, 6);
         form.TreeView1.setSelectedItem(added.value()).passOver();
     }
-    /// Moves the lines of these tracks from lstTracks to lstRecord, in this order.
+    /// Copies the lines of these tracks from lstTracks to lstRecord, in the order of `tracks`.
     void choose(const std::vector<int>& tracks) {
         for (const int track : tracks) {
             form.lstRecord.addItem(form.lstTracks.list(track - 1));
@@ -99,7 +99,8 @@ class ExtractionBench : public FakeMachine {
     TrackCapture& capture = jobs.capture;
 };
 
-/// A disc of tracks of one second each, all of them queued, with "Selected Tracks" selected.
+/// An ExtractionBench whose disc has tracks of one second each. All tracks are queued, and the node
+/// "Selected Tracks" is selected.
 class QueueBench : public ExtractionBench {
   public:
     explicit QueueBench(int tracks)
@@ -120,7 +121,8 @@ class QueueBench : public ExtractionBench {
     }
 };
 
-// The commands that start a track, except for the last one, which contains the position.
+// The commands that start the capture of a track. The last command, which starts the disc, is
+// missing here because it contains the position.
 inline constexpr const char* openRecorder = "open new type waveaudio alias capture";
 inline constexpr const char* setStereo =
     "set capture samplespersec 44100 channels 2 bitspersample 16 "
@@ -129,7 +131,8 @@ inline constexpr const char* openDisc = "open cdaudio alias cd";
 inline constexpr const char* setMilliseconds = "set cd time format milliseconds";
 inline constexpr const char* record = "record capture overwrite";
 
-/// The bench's file of a track: the disc's identity 48213906 times 0.25 plus 1, cut to an integer.
+/// Path of a track saved by an ExtractionBench. The number is the disc's identity 48213906 times
+/// the random fraction 0.25, plus 1, truncated to an integer.
 [[nodiscard]] inline std::string savedAs(int track) {
     return "c:\\wavfiles\\12053477-" + std::to_string(track) + ".wav";
 }

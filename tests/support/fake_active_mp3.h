@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// MP3 controls for tests, in virtual time with files in memory: a decoding takes a configured time
-// and leaves a WAV file when it ends or is stopped. All controls share one script and one log.
+// MP3 controls for tests, in virtual time with files in memory. A decoding takes a configured time
+// and creates a WAV file when it ends or is stopped. All controls share one configuration and one
+// log.
 //
 //     FakeMp3Controls mp3{loop, disk};
 //     mp3.duration = 2000ms;                       // of every decoding from now on
-//     mp3.length = 8;                              // Position runs from 0 to it
+//     mp3.length = 8;                              // Position runs from 0 to 8
 //     EXPECT_THAT(mp3.log, ElementsAre("SourceFile c:\\a.mp3", "DecodeToWav c:\\a.wav", "Stop"));
 #pragma once
 
@@ -27,29 +28,29 @@ class FakeMp3Controls final : public Mp3Controls {
   public:
     FakeMp3Controls(VirtualEventLoop& loop, FakeFileSystem& files) : loop_(loop), files_(files) {}
 
-    // --- what a test sets up ---------------------------------------------------------------
+    // --- set by the test -------------------------------------------------------------------
 
     std::chrono::milliseconds duration{1000};
     std::int32_t length = 1000;
-    /// Replaces the position that is derived from the time.
+    /// If set, Position() returns it instead of a value derived from the time.
     std::optional<std::int32_t> position;
-    /// Error returned when the source is set, at every start and at every stop.
+    /// Errors that every setSourceFile(), DecodeToWav() and Stop() return, if set.
     std::optional<Error> failSource;
     std::optional<Error> failDecode;
     std::optional<Error> failStop;
     /// Runs at each logged call, with the log entry.
     std::function<void(const std::string&)> onCall;
-    /// Size in bytes of a complete result, and of a stopped one.
+    /// Size in bytes of the WAV file of a completed decoding, and of a stopped decoding.
     std::size_t wholeBytes = 4000;
     std::size_t partialBytes = 400;
 
-    // --- what a test reads --------------------------------------------------------------
+    // --- read by the test ------------------------------------------------------------------
 
-    /// Calls that change something, oldest first.
+    /// Calls of the functions that change something, oldest first.
     std::vector<std::string> log;
-    /// Reads of Busy, Length and Position, oldest first.
+    /// Calls of Busy(), Length() and Position(), oldest first.
     std::vector<std::string> reads;
-    /// Paths of complete results.
+    /// Paths of the WAV files of completed decodings, oldest first.
     std::vector<std::string> finished;
     /// Number of controls created so far.
     int created = 0;
@@ -125,7 +126,7 @@ class FakeMp3Controls final : public Mp3Controls {
             }
             job_ = std::make_shared<Job>(Job{source_, path, all_.loop_.now()});
             all_.jobs_.push_back(job_);
-            // A stopped job, or one whose control was destroyed, never ends by itself.
+            // The job no longer exists if it was stopped or if its control was destroyed.
             all_.loop_.after(all_.duration, [&all = all_, job = std::weak_ptr<Job>(job_)] {
                 if (const auto kept = job.lock()) {
                     kept->done = true;

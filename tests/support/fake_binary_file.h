@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An open file of FakeFileSystem: its bytes in memory. It stays usable when the file is renamed or
-// removed, as a real open file does.
+// An open file of FakeFileSystem, with its content in memory. Like a real open file, it stays
+// usable when the file is renamed or removed.
 #pragma once
 
 #include <algorithm>
@@ -17,7 +17,8 @@ namespace sonarith::test {
 class FakeBinaryFile final : public BinaryFile {
   public:
     enum class Use { read, write };
-    /// Called before each read and write, which it may refuse; logs it.
+    /// Called before each read and write, for example to log the call. If the gate returns an
+    /// error, the call fails with this error.
     using Gate =
         std::function<std::optional<Error>(Use use, std::int64_t offset, std::size_t bytes)>;
 

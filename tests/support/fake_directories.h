@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Folders in memory for walks. Entries are listed in the order in which they were added, after "."
-// and ".." unless a folder is to have none; names are found regardless of case.
+// Folders in memory for walks. A listing starts with "." and ".." (see withoutDots()); the other
+// entries follow in the order in which they were added. Paths are found regardless of case.
 //
 //     FakeDirectories disk;
-//     disk.addFile("c:\\music\\A.WAV");                     // with the folders above it
+//     disk.addFile("c:\\music\\A.WAV");                     // also adds the folders above it
 //     disk.addFolder("c:\\music\\x");
 //     disk.makeUnreadable("c:\\music\\x");
-//     disk.withoutDots("c:\\");                             // a root that begins with its content
+//     disk.withoutDots("c:\\");                             // its listing omits "." and ".."
 //     EXPECT_EQ(disk.listed, ...);                          // the patterns of FindFirst, in order
 #pragma once
 
@@ -25,7 +25,7 @@ namespace sonarith::test {
 
 class FakeDirectories final : public Directories {
   public:
-    // --- what a test sets up ---------------------------------------------------------------
+    // --- set by the test -------------------------------------------------------------------
 
     void addFolder(const std::string& path, std::uint32_t attributes = 0) {
         const std::string full = plain(path);
@@ -43,12 +43,13 @@ class FakeDirectories final : public Directories {
     void removeFolder(const std::string& path) { folders_.erase(caseFolded(plain(path))); }
     void makeUnreadable(const std::string& path) { unreadable_.insert(caseFolded(plain(path))); }
     void withoutDots(const std::string& path) { dotless_.insert(caseFolded(plain(path))); }
-    /// FindFirst() returns 0 for this folder.
+    /// From now on FindFirst() returns 0 for this folder, which a correct implementation never
+    /// does.
     void answerZeroFor(const std::string& path) { zero_.insert(caseFolded(plain(path))); }
     /// Runs at each FindFirst(), before it returns.
     std::function<void()> whileListing;
 
-    // --- what a test reads --------------------------------------------------------------
+    // --- read by the test ------------------------------------------------------------------
 
     /// The patterns passed to FindFirst(), oldest first.
     std::vector<std::string> listed;
@@ -136,7 +137,7 @@ class FakeDirectories final : public Directories {
     };
 
     static bool isRoot(const std::string& path) { return path.size() == 3; }
-    /// Without a backslash at the end, except for a root.
+    /// The path without a backslash at its end, unless it is a root.
     static std::string plain(std::string path) {
         while (path.size() > 3 && path.back() == '\\') {
             path.pop_back();

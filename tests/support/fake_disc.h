@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc and a drive for tests: audio that differs from sample to sample, and state that tests can
-// read and change. They have no threads and read no files.
+// A disc and a drive for tests. The disc's audio differs from frame to frame; tests can read and
+// change the state of disc and drive. These classes start no threads and read no files.
 #pragma once
 
 #include <atomic>
@@ -24,7 +24,7 @@ inline disc::Table audioTable(const std::vector<std::int64_t>& sectors) {
     return table;
 }
 
-/// A disc with computed audio: no two neighbouring frames are equal, and none is silent.
+/// A disc with computed audio: no two neighbouring frames are equal, and no frame is silent.
 class FakeDisc : public disc::Disc {
   public:
     explicit FakeDisc(disc::Table table, std::string remark = {})
@@ -32,7 +32,8 @@ class FakeDisc : public disc::Disc {
 
     /// The frame at `index` of the disc.
     [[nodiscard]] static sound::StereoFrame frameAt(std::int64_t index) {
-        // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
+        // 32749 and 32719 are primes below 2^15, so the pair of values repeats only after 10^9
+        // frames.
         return {static_cast<std::int16_t>(1 + index % 32749),
                 static_cast<std::int16_t>(-1 - index % 32719)};
     }
@@ -55,7 +56,7 @@ class FakeDisc : public disc::Disc {
 
     /// From now on every read reports that the medium was removed.
     void vanish() { vanished_ = true; }
-    /// Number of reads outside the disc, or of bad sectors.
+    /// Number of reads outside the disc, or of a length that is not a whole number of sectors.
     [[nodiscard]] int wrongReads() const { return wrongReads_; }
 
   private:
@@ -82,7 +83,7 @@ class FakeDisc : public disc::Disc {
     std::atomic<int> wrongReads_ = 0;
 };
 
-/// A drive with a tray. It contains `disc`, unless the tray is open.
+/// A drive with a tray. While the tray is closed, the drive contains `disc` if that is not null.
 class FakeDrive : public disc::Drive {
   public:
     explicit FakeDrive(std::shared_ptr<disc::Disc> inserted = nullptr)
@@ -106,7 +107,7 @@ class FakeDrive : public disc::Drive {
     std::shared_ptr<disc::Disc> disc;
     disc::DriveKind driveKind = disc::DriveKind::optical;
     bool trayOpen = false;
-    bool unreadable = false; ///< there is a disc, but its table of contents cannot be read
+    bool unreadable = false; ///< the disc's table of contents cannot be read
     int loads = 0;
 };
 

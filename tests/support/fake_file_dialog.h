@@ -18,12 +18,13 @@ namespace sonarith::test {
 
 class FakeFileDialog final : public FileDialog {
   public:
-    /// Oldest first; no value means cancelled, as does an empty queue.
+    /// The user's choices, in the order of the dialogs. A dialog is cancelled if its choice has no
+    /// value or if the queue is empty.
     std::deque<std::optional<std::string>> choices;
-    /// The requests of the dialogs, oldest first: those for opening, and those for saving.
+    /// The requests passed to open() and those passed to save(), oldest first.
     std::vector<FileDialogRequest> opened;
     std::vector<FileDialogRequest> savings;
-    /// If set, every dialog fails with it.
+    /// If set, every dialog fails with this error.
     std::optional<Error> failure;
     /// Runs while a dialog is open.
     std::function<void()> whileUp;

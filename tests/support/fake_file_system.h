@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Files and folders in memory, found regardless of case as on the real file system.
+// Files and folders in memory. As with the real FileSystem, paths are found regardless of case.
 //
 //     FakeFileSystem disk;                                   // program folder c:\sonarith
 //     disk.addFile("c:\\music\\Track1.wav", std::string(100, 'x'));
 //     disk.failWith(FakeFileSystem::Operation::rename, "c:\\music\\track1.wav",
-//                   ErrorNumber::permissionDenied);          // every later try; path of `from`
+//                   ErrorNumber::permissionDenied);          // every later rename of this file
 //     EXPECT_EQ(disk.log, ...);                              // "makeFolder music"
 //     disk.failWith(FakeFileSystem::Operation::writeBinary, "c:\\music\\track1.wav",
-//                   ErrorNumber::diskFull);                  // also of a file that is open already
-//     disk.meanwhile = [&](const std::string& entry) { ... } // between two steps of the logic
+//                   ErrorNumber::diskFull);                  // also if the file is already open
+//     disk.meanwhile = [&](const std::string& entry) { ... } // runs at each logged call
 #pragma once
 
 #include <functional>
@@ -44,11 +44,11 @@ class FakeFileSystem final : public FileSystem {
 
     FakeFileSystem() { addFolder(programFolder_); }
 
-    // --- what a test sets up ---------------------------------------------------------------
+    // --- set by the test -------------------------------------------------------------------
 
     void addDrive(char letter) { drives_.insert(lowerCase(std::string(1, letter))); }
     void removeDrive(char letter) { drives_.erase(lowerCase(std::string(1, letter))); }
-    /// Also adds all folders above it.
+    /// Also adds all folders above this folder.
     void addFolder(const std::string& path) {
         const std::string full = absolute(path);
         addDrive(full[0]);
@@ -61,8 +61,8 @@ class FakeFileSystem final : public FileSystem {
             }
         }
     }
-    /// Also adds all folders above it. Replaces the content of an existing file; open files have
-    /// the new content, too.
+    /// Also adds all folders above the file. Replaces the content of an existing file, which
+    /// changes the content of its open files, too.
     void addFile(const std::string& path, const std::string& content = {}) {
         const std::string full = absolute(path);
         addFolder(parentOf(full));
@@ -71,12 +71,12 @@ class FakeFileSystem final : public FileSystem {
         entry.folder = false;
         *entry.content = content;
     }
-    /// The result of fileDate() for an existing file; initially the clock's zero.
+    /// Sets the result of fileDate() for an existing file. Before, it is the clock's epoch.
     void setFileDate(const std::string& path, FileTime date) {
         entries_.at(caseFolded(absolute(path))).date = date;
     }
-    /// From now on `operation` fails on `path` (as passed to the call, made absolute; ignoring
-    /// case).
+    /// From now on `operation` fails if its path (for rename: `from`) equals `path` after both are
+    /// made absolute, regardless of case.
     void failWith(Operation operation, const std::string& path, ErrorNumber number) {
         failures_.insert_or_assign(std::pair(operation, caseFolded(absolute(path))), number);
     }
@@ -86,11 +86,12 @@ class FakeFileSystem final : public FileSystem {
         addFolder(path);
     }
 
-    // --- what a test reads --------------------------------------------------------------
+    // --- read by the test ------------------------------------------------------------------
 
     /// The calls that change something, oldest first: the operation's name, a blank, its arguments.
-    /// Also "openBinary PATH read" ("write", "readWrite"), and for an open file "readBinary PATH
-    /// OFFSET BYTES" and "writeBinary PATH OFFSET BYTES", with the path passed to openBinary().
+    /// Also the calls that open a file ("openBinary PATH read", or "write" or "readWrite" at the
+    /// end), and those that use an open file ("readBinary PATH OFFSET BYTES", "writeBinary PATH
+    /// OFFSET BYTES", with the path that was passed to openBinary()).
     std::vector<std::string> log;
     /// Runs with the log entry of each logged call, before the call has an effect: simulates
     /// another program that changes files between two steps.
@@ -106,8 +107,8 @@ class FakeFileSystem final : public FileSystem {
         const Entry* entry = find(absolute(path));
         return entry != nullptr && !entry->folder ? std::optional(*entry->content) : std::nullopt;
     }
-    /// The full path of a file or folder in the case in which it was created; empty if it does not
-    /// exist.
+    /// The full path of a file or folder, with the case of its letters as it was created; empty if
+    /// neither exists.
     [[nodiscard]] std::string pathAsMade(const std::string& path) const {
         const Entry* entry = find(absolute(path));
         return entry != nullptr ? entry->path : std::string();
@@ -173,7 +174,7 @@ class FakeFileSystem final : public FileSystem {
         if (find(source) == nullptr) {
             return missing(source);
         }
-        // A colon after the drive's own is not allowed in a file name.
+        // The only colon allowed is the colon after the drive letter.
         if (target.find(':', 2) != std::string::npos) {
             return {ErrorNumber::badFileName, "Bad file name or number"};
         }
@@ -277,7 +278,7 @@ class FakeFileSystem final : public FileSystem {
                : access == FileAccess::write ? "write"
                                              : "readWrite";
     }
-    /// Opening for writing creates a missing file.
+    /// Creates the file if it does not exist.
     Status create(const std::string& full) {
         const Entry* entry = find(full);
         if (isRoot(full) || (entry != nullptr && entry->folder)) {
@@ -296,7 +297,7 @@ class FakeFileSystem final : public FileSystem {
         const std::size_t last = full.rfind('\\');
         return last <= 2 ? full.substr(0, 3) : full.substr(0, last);
     }
-    /// Drive, backslash, and the rest without a trailing or doubled backslash.
+    /// The absolute path: drive, backslash, and the rest without trailing or double backslashes.
     [[nodiscard]] std::string absolute(const std::string& path) const {
         const bool hasDrive = path.size() >= 2 && path[1] == ':';
         std::string base = hasDrive ? path.substr(0, 2) + "\\" : currentFolder_;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A finder for tests: its results are set by folder and extension, and it logs its calls.
+// A folder scanner for tests. The test sets the result for each folder and extension; calls are
+// logged.
 //
 //     FakeFolderScanner finder;
 //     finder.files["c:\\music"]["wav"] = {"c:\\music\\a.wav"};
@@ -18,13 +19,13 @@ namespace sonarith::test {
 
 class FakeFolderScanner final : public FolderScanner {
   public:
-    /// Folder, extension, paths. A folder without an entry does not exist.
+    /// The paths found, by folder and extension. A folder without an entry here does not exist.
     std::map<std::string, std::map<std::string, std::vector<std::string>>> files;
     /// The folder of the next search.
     std::string folder = "c:\\sonarith";
     /// "folder PATH" and "search EXTENSION", oldest first.
     std::vector<std::string> log;
-    /// Runs inside each search, before its result is available.
+    /// Runs during each search, before its result is available.
     std::function<void()> whileSearching;
     Form form{"frmsearch"};
     ListBox list{form, "lstfiles"};

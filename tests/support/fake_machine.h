@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A whole machine of fakes and its Platform. Base class of the worlds in which the jobs are tested.
+// Creates a fake for each interface of a Platform, and the Platform that refers to them. Base class
+// of the fixtures in this folder (..._world.h, ..._bench.h).
 #pragma once
 
 #include "platform/platform.h"
@@ -42,7 +43,8 @@ struct FakeMachine {
     FakeTray tray;
     FakeSystemInformation system;
 
-    /// Parts that replace fakes in a Platform. A null pointer leaves the fake in its place.
+    /// Objects that a Platform refers to instead of the fakes. For a null pointer, it refers to the
+    /// fake.
     struct OtherParts {
         EventLoop* loop = nullptr;
         MediaControl* media = nullptr;
@@ -60,7 +62,7 @@ struct FakeMachine {
         Tray* tray = nullptr;
         SystemInformation* system = nullptr;
     };
-    /// All parts must outlive the result.
+    /// The objects in `other`, and this one, must outlive the result.
     [[nodiscard]] Platform platformWith(const OtherParts& other) {
         const auto chosen = [](auto* part, auto& fake) -> decltype(*part) {
             return part != nullptr ? *part : fake;

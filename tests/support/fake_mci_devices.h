@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine behind the command devices, for their tests: a transport that moves on request, and a
-// recorder that only counts. It processes no audio.
+// Replaces the machine in tests of the command devices. The fake transport moves only when the test
+// calls advance(); the fake recorder only stores its state. No audio is processed.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,8 @@ namespace sonarith::fakes {
 
 class FakeTransport : public mci::Transport {
   public:
-    /// `seat` is set to this transport while it exists.
+    /// Stores a pointer to this transport in `seat`; the destructor clears `seat`, unless it then
+    /// points to another transport.
     FakeTransport(std::shared_ptr<disc::Disc> disc, FakeTransport*& seat)
         : disc_(std::move(disc)), seat_(seat) {
         seat_ = this;
@@ -63,7 +64,7 @@ class FakeTransport : public mci::Transport {
     [[nodiscard]] std::chrono::milliseconds readingFor() override { return reading; }
     [[nodiscard]] bool gone() override { return isGone; }
 
-    /// Advances the position by `frames` if the transport plays.
+    /// Advances the position by `frames` if the transport is playing.
     void advance(std::int64_t frames) {
         if (mode_ != disc::PlayerMode::playing) {
             return;
@@ -99,14 +100,15 @@ class FakeTransport : public mci::Transport {
     disc::PlayerMode mode_ = disc::PlayerMode::stopped;
 };
 
-/// State of the recorders, visible to tests; the recorders are inside their devices.
+/// State shared by all recorders, so that tests can read and set it: a recorder itself belongs to
+/// its device.
 struct RecorderState {
     std::int64_t bytes = 0; ///< number of bytes recorded; set by the test
-    int channels = 0;       ///< of the latest start
-    int living = 0;
+    int channels = 0;       ///< argument of the latest start
+    int living = 0;         ///< number of recorders that exist
     bool recording = false;
-    bool busy = false;       ///< start fails: another recorder is recording
-    bool unwritable = false; ///< start and save fail
+    bool busy = false;       ///< makes start() fail as if another recorder were recording
+    bool unwritable = false; ///< makes start() and save() fail
     std::vector<std::filesystem::path> saved;
 };
 
@@ -143,7 +145,7 @@ class FakeRecorder : public mci::Recorder {
     RecorderState& state_;
 };
 
-/// A machine of fakes. It must outlive the interpreter that receives its devices().
+/// A machine of fakes. It must outlive the interpreter that is created with its devices().
 struct FakeMachine {
     std::shared_ptr<FakeDrive> drive;   ///< a null pointer: the machine has no drive
     FakeTransport* transport = nullptr; ///< the transport created last, while it exists
@@ -161,7 +163,7 @@ struct FakeMachine {
         devices.recorder = [this] {
             return std::make_unique<FakeRecorder>(recorder);
         };
-        // "c:\x y\a.wav" is "/x y/a.wav" on this machine; other drives do not exist.
+        // Maps "c:\x y\a.wav" to "/x y/a.wav"; no other drive exists.
         devices.path = [](const std::string& path) -> std::filesystem::path {
             if (path.size() < 2 || (path[0] != 'c' && path[0] != 'C') || path[1] != ':') {
                 return {};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Message boxes for tests: every box is recorded and answered at once. OK boxes need no script; for
-// others put the answers into `answers` in order. `whileUp` runs while a box is open, for example
-// to yield or to stop the job.
+// Message boxes for tests. Every box is recorded and answered at once: a box with only an OK button
+// by itself, other boxes by `answers`, which the test sets in the order of the boxes. `whileUp`
+// runs while a box is open, for example to yield or to stop a job.
 #pragma once
 
 #include <deque>
@@ -31,14 +31,15 @@ inline std::ostream& operator<<(std::ostream& out, const ShownBox& box) {
 
 class FakeMessageBoxes final : public MessageBoxes {
   public:
-    /// All boxes so far, oldest first. A box is added when it opens.
+    /// All boxes, oldest first. A box is added when it opens.
     std::vector<ShownBox> shown;
-    /// Answers for the boxes with a question, oldest first; a box without an answer throws.
+    /// Answers for the boxes with more than an OK button, in the order of the boxes. If no answer
+    /// is left, show() throws.
     std::deque<BoxAnswer> answers;
-    /// Runs while a box is open, before its answer is read. May show boxes itself.
+    /// Runs while a box is open, before its answer is taken from `answers`. May itself show boxes.
     std::function<void(const ShownBox&)> whileUp;
 
-    /// Only the texts, oldest first.
+    /// The texts of all boxes, oldest first.
     [[nodiscard]] std::vector<std::string> texts() const {
         std::vector<std::string> all;
         for (const ShownBox& box : shown) {

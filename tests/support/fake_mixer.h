@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A mixer for tests: its lines and controls are configurable, values are kept, and every operation
-// is logged.
+// A mixer for tests. Its lines and controls can be removed; it stores the values of the controls
+// and logs every operation.
 //
-//     FakeMixer mixer;                                        // a whole card
-//     mixer.present = false;                                  // no mixer at all
+//     FakeMixer mixer;                                        // has the lines of a whole card
+//     mixer.present = false;                                  // open() now fails
 //     mixer.removeControl(mixer_line::speakers, mixer_control::bass);
 //     EXPECT_EQ(mixer.value(mixer_line::compactDisc, mixer_control::mute), 1);
 #pragma once
@@ -21,7 +21,7 @@ namespace sonarith::test {
 
 class FakeMixer final : public Mixer {
   public:
-    /// Line and control type.
+    /// Identifies a control: the type of its line, and its own type.
     using Place = std::pair<std::uint32_t, std::uint32_t>;
 
     FakeMixer() {
@@ -40,14 +40,15 @@ class FakeMixer final : public Mixer {
         }
     }
 
-    /// Whether there is a mixer.
+    /// Whether the machine has a mixer.
     bool present = true;
-    /// Every read or write of a control's value fails.
+    /// If true, every read or write of a control's value fails.
     bool detailsFail = false;
     /// The operations, oldest first: "open", "line 4", "control 4 50030001", "get 4 50030001", "set
-    /// 4 50030001 65535"; types in hexadecimal. Identifier 0 is logged as "set none 65535".
+    /// 4 50030001 65535". The type of a line is decimal, that of a control hexadecimal. "none"
+    /// replaces both for an unknown control: "set none 65535".
     std::vector<std::string> log;
-    /// Runs with each entry of the log.
+    /// Called with each entry of the log.
     std::function<void(const std::string&)> onOperation;
     /// The arguments of the last read or write of a value.
     MixerControlDetails lastDetails;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Records the notices to the user in order. Any thread may report; a test reads on one thread.
+// Records the notices to the user in order. Any thread may report and read them.
 #pragma once
 
 #include <mutex>
@@ -21,7 +21,8 @@ class FakeNotices final : public Notices {
         const std::lock_guard lock(mutex_);
         texts_.push_back("settled " + cause + (text.empty() ? "" : ": " + text));
     }
-    /// All texts so far; a cause that no longer holds is recorded as "settled CAUSE: TEXT".
+    /// The texts of all notices, oldest first. A call of settled() is recorded as "settled CAUSE:
+    /// TEXT", or as "settled CAUSE" if its text is empty.
     [[nodiscard]] std::vector<std::string> texts() const {
         const std::lock_guard lock(mutex_);
         return texts_;

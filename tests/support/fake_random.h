@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random fractions chosen by the test.
+// A random generator for tests: returns the fraction that the test has set, and counts its calls.
 #pragma once
 
 #include "platform/random.h"
@@ -8,7 +8,7 @@ namespace sonarith::test {
 
 class FakeRandom final : public Random {
   public:
-    /// The result of every draw.
+    /// The result of fraction().
     float next = 0.5F;
     int reseeds = 0;
     int draws = 0;

@@ -27,25 +27,25 @@ inline std::ostream& operator<<(std::ostream& out, const StoreWrite& write) {
 
 class FakeSettingsStore final : public SettingsStore {
   public:
-    /// The keys read, oldest first, whether present or not.
+    /// The keys passed to GetSetting(), oldest first.
     mutable std::vector<std::string> readKeys;
     /// The writes through SaveSetting(), oldest first.
     std::vector<StoreWrite> writes;
-    /// How often a file would have been written: once for each change outside a transaction, and
-    /// once for each transaction.
+    /// How often a real store would have written its file: once for each change outside a
+    /// transaction, and once for each outermost transaction with a change.
     int fileWrites = 0;
 
-    /// Sets a value before the test; not logged.
+    /// Sets a value without logging it.
     void put(const std::string& section, const std::string& key, const std::string& value) {
         values_[{applicationName, section, key}] = value;
     }
-    /// The values under the program's own application name.
+    /// The value that is stored under the program's application name; nothing if there is none.
     [[nodiscard]] std::optional<std::string> held(const std::string& section,
                                                   const std::string& key) const {
         const auto found = values_.find({applicationName, section, key});
         return found == values_.end() ? std::nullopt : std::optional(found->second);
     }
-    /// Number of keys, of all applications and sections.
+    /// Number of keys in all sections of all applications.
     [[nodiscard]] std::size_t size() const { return values_.size(); }
 
     [[nodiscard]] std::string GetSetting(const std::string& application, const std::string& section,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A desktop for tests: a screen of a configurable size, and a log of the requests.
+// A desktop shell for tests. Its screen has a configurable size, and it records the requests for
+// help and the about box.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sources and sinks for tests of the sound card: audio that differs from frame to frame, and sinks
-// that record it. They have no threads.
+// Sources and sinks for tests of the sound card. The sources deliver computed audio, and the sink
+// stores the frames that it receives. These classes start no threads.
 #pragma once
 
 #include <algorithm>
@@ -16,9 +16,9 @@
 
 namespace sonarith::fakes {
 
-/// Frame `index` of the test audio: never silent, and no two neighbouring frames are equal.
+/// Frame `index` of the test audio: no frame is silent, and no two neighbouring frames are equal.
 inline sound::StereoFrame patternFrame(std::int64_t index) {
-    // 32749 and 32719 are primes below 2^15: the pair repeats after 10^9 frames only.
+    // 32749 and 32719 are primes below 2^15, so the pair of values repeats only after 10^9 frames.
     return {static_cast<std::int16_t>(1 + index % 32749),
             static_cast<std::int16_t>(-1 - index % 32719)};
 }
@@ -43,7 +43,7 @@ class PatternSource : public sound::SampleSource {
     explicit PatternSource(std::int64_t length = endless, sound::Supply end = sound::Supply::ended)
         : length_(length), end_(end) {}
 
-    /// From now on it delivers at most `frames` frames in all, until the next call of allow().
+    /// Until the next call of allow(), the source delivers `frames` further frames at most.
     void allow(std::int64_t frames) { allowed_ = frames; }
     /// From now on each pull delivers a random part of the requested frames, possibly none.
     void starveAtRandom(unsigned seed) {
@@ -98,7 +98,7 @@ class ConstantSource : public sound::SampleSource {
     sound::StereoFrame frame_;
 };
 
-/// Records every frame; any thread may read them.
+/// Stores every frame that it receives. Any thread may read the frames.
 class MemorySink : public sound::RecordingSink, public sound::SpeakerSink {
   public:
     void record(std::span<const sound::StereoFrame> frames) override { keep(frames); }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Information about a machine for tests, each value configurable. Initially one fixed drive C.
+// Information about a machine for tests: each value can be set. Initially the machine has one
+// drive, the fixed drive C.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +21,7 @@ class FakeSystemInformation final : public SystemInformation {
         std::optional<DiskSpace> space = DiskSpace{500'000'000'000, 200'000'000'000};
         std::optional<VolumeInformation> volume = VolumeInformation{};
     };
-    /// By root path ("c:\"), in the order of their letters.
+    /// The drives by root path ("C:\"), in the order of their letters.
     std::map<std::string, Drive> drives = {{"C:\\", {}}};
     MemoryStatus memory{50, 8'000'000'000, 4'000'000'000};
     ProcessorInformation processorNow{586, 2, 3};
@@ -32,7 +33,8 @@ class FakeSystemInformation final : public SystemInformation {
     std::optional<std::string> windows;
     std::optional<std::string> computer;
     std::optional<std::string> user;
-    /// The roots returned by each query of the list, if set; else those of `drives`.
+    /// If set, called by logicalDriveStrings() to get the root paths; otherwise these are the keys
+    /// of `drives`.
     std::function<std::vector<std::string>()> listOfRoots;
     /// Roots whose space was queried, oldest first.
     mutable std::vector<std::string> spaceAsked;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A notification area for tests: logs its calls; its panel can appear and disappear.
+// A notification area for tests. It logs the calls of its members; setHost() simulates that the
+// desktop's panel appears or disappears.
 #pragma once
 
 #include <map>
@@ -12,7 +13,8 @@ namespace sonarith::test {
 
 class FakeTray final : public Tray {
   public:
-    /// "add TIP", "modify TIP", "remove"; followed by " failed" if it was not done.
+    /// "add TIP", "modify TIP" or "remove" for each call, followed by " failed" if the call
+    /// returned false.
     std::vector<std::string> log;
     /// Tips by identifier.
     std::map<std::uint32_t, std::string> icons;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A wave input for tests: logs every operation, fails the configured ones, and fills buffers on
-// request.
+// A wave input for tests. It logs every operation, fails those that the test has listed in
+// `failures`, and fills buffers when the test calls fill().
 //
 //     FakeWaveInput input;
 //     input.failures["open"] = WaveResult::notEnabled;
@@ -20,11 +20,12 @@ namespace sonarith::test {
 
 class FakeWaveInput final : public WaveInput {
   public:
-    /// By operation: "open", "prepare", "unprepare", "add", "start", "stop", "reset", "close".
+    /// The result of each operation that is to fail, by the operation's name: "open", "prepare",
+    /// "unprepare", "add", "start", "stop", "reset", "close".
     std::map<std::string, WaveResult> failures;
-    /// Operations, with their results if they failed, oldest first.
+    /// The operations, oldest first. The result follows the name if the operation failed: "open 3".
     std::vector<std::string> log;
-    /// Runs with each entry of the log.
+    /// Called with each entry of the log.
     std::function<void(const std::string&)> onOperation;
     std::deque<WaveHeader*> queue;
     WaveFormat format;
@@ -33,7 +34,7 @@ class FakeWaveInput final : public WaveInput {
     /// Number of successful opens.
     int opened = 0;
 
-    /// Marks the oldest buffer done.
+    /// Marks the oldest queued buffer done, with `bytes` recorded bytes.
     void fill(std::uint32_t bytes) {
         if (!queue.empty()) {
             queue.front()->dwBytesRecorded = bytes;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads the content of a file, for tests that compare it.
+// Reads the whole content of a file.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace sonarith::test {
 
-/// Its bytes; "(none)" if there is no readable file.
+/// The bytes of the file; "(none)" if it does not exist or cannot be read.
 inline std::string contentOf(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(none)";

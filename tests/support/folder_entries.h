@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The entries of a folder: all of them, or those that the user sees.
+// Counts the entries of a folder, and checks whether its file system supports unnamed files.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace sonarith::test {
 
-/// Whether a name begins with a dot.
+/// Number of entries whose name begins with a dot.
 inline int hiddenEntriesIn(const std::filesystem::path& folder) {
     return static_cast<int>(
         std::count_if(std::filesystem::directory_iterator(folder), {}, [](const auto& entry) {
@@ -27,7 +27,8 @@ inline int visibleEntriesIn(const std::filesystem::path& folder) {
     return entriesIn(folder) - hiddenEntriesIn(folder);
 }
 
-/// Whether the file system supports unnamed files; those of some containers do not.
+/// Whether the folder's file system supports unnamed files (O_TMPFILE). The file systems of some
+/// containers do not.
 inline bool hasUnnamedFiles(const std::filesystem::path& folder) {
     const int opened = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (opened >= 0) {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a step in a child process, for steps that change the whole process (limits, mounts, refused
-// system calls) or that a kill must interrupt. Changes of memory are not visible in the parent.
+// Runs a function in a child process. Use it if the function changes the whole process (limits,
+// mounts, refused system calls) or if it is to be interrupted by a kill. The parent does not see
+// what the function changes in memory.
 //
-// A child has only the thread that forked, but also the locks that other threads held at that
-// moment, those of the sanitizers' allocator included. So a fork waits until all of them sleep.
+// A child contains only the thread that forked, but inherits the locks that other threads held at
+// that moment, including those of the sanitizers' allocator. So forkWhenOthersSleep() waits until
+// all other threads sleep.
 #pragma once
 
 #include <csignal>
@@ -21,11 +23,11 @@
 
 namespace sonarith::test {
 
-/// True if no thread of this process but the calling one is running, or about to run.
+/// True if all threads of this process except the calling thread sleep.
 [[nodiscard]] inline bool otherThreadsSleep() {
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::ifstream file(task.path() / "stat");
-        std::string stat; // empty if the thread has just ended; the state follows the name
+        std::string stat; // "ID (NAME) STATE ..."; empty if the thread has just ended
         std::getline(file, stat);
         const std::size_t name = stat.rfind(')');
         const bool sleeps = name != std::string::npos && stat.compare(name, 3, ") S") == 0;
@@ -36,8 +38,9 @@ namespace sonarith::test {
     return true;
 }
 
-/// As fork(), once all other threads sleep. A child that hangs is killed after two minutes.
-/// Throws if there is no child, or if the other threads still run after half a minute.
+/// Waits until all other threads sleep, then forks and returns as fork() does. A child that still
+/// runs after two minutes is killed. Throws if fork() fails, or if other threads still run after
+/// half a minute.
 [[nodiscard]] inline pid_t forkWhenOthersSleep() {
     if (!fakes::eventually(&otherThreadsSleep)) {
         throw std::runtime_error("other threads still run: a child might wait for their locks");
@@ -53,8 +56,8 @@ namespace sonarith::test {
     return child;
 }
 
-/// The value (0 to 255) that `step` returns in a child process; -1 if the child ended in another
-/// way.
+/// Runs `step` in a child process. Returns its result (0 to 255), or -1 if the child did not end by
+/// returning from `step`.
 [[nodiscard]] inline int runInChild(const std::function<int()>& step) {
     const pid_t child = forkWhenOthersSleep();
     if (child == 0) {
@@ -96,12 +99,12 @@ class ReportingChild {
     ReportingChild(const ReportingChild&) = delete;
     ReportingChild& operator=(const ReportingChild&) = delete;
 
-    /// The next report; '\0' if the child ended before.
+    /// Waits for the next report and returns it; returns '\0' if the child has ended without it.
     [[nodiscard]] char nextReport() const {
         char report = '\0';
         return ::read(reports_, &report, 1) == 1 ? report : '\0';
     }
-    /// True if the child gives `count` more reports.
+    /// Waits for `count` further reports. False if the child has ended before.
     [[nodiscard]] bool reports(int count) const {
         for (int i = 0; i < count; ++i) {
             if (nextReport() == '\0') {
@@ -110,7 +113,7 @@ class ReportingChild {
         }
         return true;
     }
-    /// True if the child ran until now.
+    /// Kills the child. True if the child was still running.
     bool kill() {
         const pid_t child = std::exchange(pid_, 0);
         int status = 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A gate that can block a thread, as a hanging device does. For tests; any thread may use it.
+// Blocks threads while it is closed, as a hanging device does. For tests; any thread may call any
+// member.
 #pragma once
 
 #include <condition_variable>
@@ -25,7 +26,7 @@ class Gate {
         changed_.notify_all();
         changed_.wait(lock, [this] { return !closed_; });
     }
-    /// Waits until `count` calls of pass() have begun since the gate was made.
+    /// Waits until pass() has been called `count` times since the gate was created.
     void waitForArrivals(int count) {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return arrived_ >= count; });

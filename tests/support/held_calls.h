@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disk that hangs: chosen system calls of some threads do not return until they are released.
+// Simulates a disk that hangs: chosen system calls of some threads do not return until the test
+// releases them.
 //
 //     HeldCalls disk({SYS_fsync});
 //     disk.run([&] { control.Stop().passOver(); });   // on a thread of its own
-//     EXPECT_TRUE(disk.waitForCall());                // its thread, or one that it made, is held
+//     EXPECT_TRUE(disk.waitForCall());                // an fsync of this thread is held
 //     disk.release();
 //
-// Only threads that `run` creates, and their own threads, are held: the test itself continues and
-// detects calls that never return.
+// Only the threads that `run` creates, and the threads that these start, can be held. The test's
+// own thread continues, so it can detect that a function does not return.
 #pragma once
 
 #include <atomic>
@@ -32,8 +33,8 @@ namespace sonarith::test {
 
 class HeldCalls {
   public:
-    /// Which of the calls are held; by default all of them. Pointers among the arguments can be
-    /// read.
+    /// Returns whether a call is held; without a Choice all calls are. A Choice may read the memory
+    /// that an argument points to (textAt()).
     using Choice = std::function<bool(const seccomp_data& call)>;
 
     explicit HeldCalls(std::vector<std::uint32_t> numbers, Choice choice = nullptr)
@@ -56,8 +57,9 @@ class HeldCalls {
     HeldCalls(const HeldCalls&) = delete;
     HeldCalls& operator=(const HeldCalls&) = delete;
 
-    /// Runs `body` on a thread whose calls can be held; returns whether it finished in time. A body
-    /// that did not finish continues, and the destructor waits for it.
+    /// Runs `body` on a thread whose calls can be held, and waits for half a minute at most.
+    /// Returns whether `body` has finished. If it has not, it continues to run and the destructor
+    /// waits for it.
     bool run(std::function<void()> body) {
         const auto done = std::make_shared<std::atomic<bool>>(false);
         done_.push_back(done);
@@ -68,7 +70,9 @@ class HeldCalls {
                     add(judge);
                     body();
                     *done = true;
-                    while (!released_) { // after `body` the judge releases the held calls
+                    // When this function returns, the judge releases the calls that other threads
+                    // make: they must stay held until release().
+                    while (!released_) {
                         std::this_thread::sleep_for(std::chrono::milliseconds(1));
                     }
                 });
@@ -77,15 +81,15 @@ class HeldCalls {
         });
         return fakes::eventually([&] { return done->load(); });
     }
-    /// Sets what the destructor runs after the bodies have finished: it destroys objects whose
-    /// threads end only then. Such objects must be declared before this one, since a body that did
-    /// not finish in time still creates them.
+    /// Sets a function that the destructor calls after all bodies have finished. Use it to destroy
+    /// objects whose threads would otherwise not end. Such objects must be declared before this
+    /// object, since a body that has not finished in time may still create them.
     void atEnd(std::function<void()> step) { atEnd_ = std::move(step); }
-    /// Whether a call is held, now or within half a minute.
+    /// Waits until a call has been held, for half a minute at most. Returns whether one has.
     bool waitForCall() {
         return fakes::eventually([this] { return held_ > 0; });
     }
-    /// From now on no call is held. May be called on any thread.
+    /// Releases all held calls; from now on no call is held. May be called on any thread.
     void release() {
         const std::lock_guard lock(mutex_);
         for (CallJudge* judge : std::exchange(judges_, {})) {
@@ -116,14 +120,13 @@ class HeldCalls {
     std::atomic<bool> released_ = false;
     std::atomic<int> held_ = 0;
     std::mutex mutex_;
-    std::vector<CallJudge*> judges_; ///< each exists until it is released
+    std::vector<CallJudge*> judges_; ///< each judge exists until it is released
     std::vector<std::thread> threads_;
-    std::vector<std::shared_ptr<std::atomic<bool>>> done_; ///< for each body
+    std::vector<std::shared_ptr<std::atomic<bool>>> done_; ///< for each body: whether it is done
     std::function<void()> atEnd_;
 };
 
-/// The path of an open file of this process; a file without a name has one that ends in
-/// "(deleted)".
+/// The path of an open file of this process. If the file has no name, the path ends in "(deleted)".
 [[nodiscard]] inline std::string pathOfDescriptor(std::uint64_t descriptor) {
     std::string path(4096, '\0');
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
@@ -132,8 +135,9 @@ class HeldCalls {
     return path;
 }
 
-/// The text that an argument points to. The kernel reads it: the other thread is waiting in the
-/// call, but the thread sanitizer does not know that.
+/// The text at `address`, to which an argument of a held call points. The kernel copies the text,
+/// because the thread sanitizer would report a direct read as a data race: it does not know that
+/// the calling thread waits in the call.
 [[nodiscard]] inline std::string textAt(std::uint64_t address) {
     std::string text(4096, '\0');
     const iovec to{text.data(), text.size()};

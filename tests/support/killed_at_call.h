@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Kills a step at a chosen one of its system calls, so that a test can cover every moment at which
-// a kill leaves a different state on the disk. It does not depend on time: each run kills the step
-// at the same call.
+// Runs a function in a child process and kills the child at a chosen system call. With one run for
+// each call, a test covers every state that a kill can leave on the disk. The moment of the kill
+// does not depend on time.
 #pragma once
 
 #include <csignal>
@@ -17,8 +17,8 @@ namespace sonarith::test {
 
 enum class KillOutcome {
     killed,
-    finished, ///< the step has fewer calls
-    failed    ///< the child could not be traced, or it ended in another way
+    finished, ///< the step made fewer calls and returned
+    failed    ///< the child could not be traced, or it ended in an unexpected way
 };
 
 /// Runs `prepare` and then `step` in a child process, which is killed (SIGKILL) when `step` is

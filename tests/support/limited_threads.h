@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A machine that has few threads left, for code that starts some.
+// Simulates a machine on which only a few more threads can be started.
 #pragma once
 
 #include <atomic>
@@ -11,8 +11,8 @@
 
 namespace sonarith::fakes {
 
-/// Starts as many threads as it has left, and refuses further ones. Thread-safe; its starter may
-/// outlive it.
+/// Counts the threads that can still be started; when none is left, starter() returns an error.
+/// Thread-safe. The starter may outlive this object.
 class LimitedThreads {
   public:
     explicit LimitedThreads(int left) : counts_(std::make_shared<Counts>()) {
@@ -29,6 +29,7 @@ class LimitedThreads {
             return Error{ErrorNumber::deviceUnavailable, "no thread is left"};
         };
     }
+    /// Allows `threads` more threads.
     void free(int threads) { counts_->left += threads; }
     [[nodiscard]] int refused() const { return counts_->refused; }
 

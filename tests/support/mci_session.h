@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An interpreter on a machine of fakes, and its replies: for tests that send commands.
+// Creates a command interpreter on a machine of fakes, and compares its replies: for tests that
+// send commands.
 #pragma once
 
 #include <memory>
@@ -24,14 +25,15 @@ struct Answer {
     }
 };
 
-/// A successful command with this reply.
+/// The answer to a successful command with this reply.
 inline Answer said(std::string reply) {
     return {mci::MciError::none, std::move(reply)};
 }
-/// A successful command without a reply.
+/// The answer to a successful command without a reply.
 inline Answer fine() {
     return said("");
 }
+/// The answer to a command that failed with this error.
 inline Answer refused(mci::MciError error) {
     return {error, ""};
 }
@@ -43,7 +45,7 @@ inline Answer ask(MediaControl& control, std::string_view command) {
     return {static_cast<mci::MciError>(status), bytes.substr(0, bytes.find('\0'))};
 }
 
-/// A machine with a drive, and with a disc in it unless the table of contents is empty.
+/// An interpreter on a machine with a drive. The drive contains a disc unless `table` is empty.
 class MciSession {
   public:
     explicit MciSession(const disc::Table& table = {}) {

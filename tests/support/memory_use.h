@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Memory use of this process, for tests that compare it with a bound.
+// Reads the memory use of this process, for tests that limit it.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bytes of MP3 files for tests: headers, frame counts and tags at chosen offsets of a file that
-// otherwise contains zeros. No audio.
+// Builds the bytes of MP3 files for tests: headers, frame counts and tags at chosen positions of a
+// file that otherwise contains zeros. The files contain no audio.
 //
 //     disk.addFile("c:\\a.mp3", Mp3Bytes(4'000'000).header(1, commonHeader).content);
 //     disk.addFile("c:\\b.mp3", Mp3Bytes(1000).header(1,
@@ -21,7 +21,7 @@ struct Mp3Bytes {
 
     explicit Mp3Bytes(std::size_t length) : content(length, '\0') {}
 
-    /// Overwrites the bytes from `position` on, which counts from 1.
+    /// Overwrites the bytes from `position` on; the first byte of the file has position 1.
     Mp3Bytes& at(std::size_t position, std::string_view bytes) {
         content.replace(position - 1, bytes.size(), bytes);
         return *this;
@@ -29,7 +29,8 @@ struct Mp3Bytes {
     Mp3Bytes& header(std::size_t position, std::uint32_t value) {
         return at(position, bigEndian(value));
     }
-    /// The mark and the count of a variable bit rate, for a frame at `position`.
+    /// Writes the marker "Xing" of a variable bit rate and the number of frames, at their places in
+    /// a frame that starts at `position`.
     Mp3Bytes& variableRate(std::size_t position, std::uint32_t frames) {
         return at(position + 36, "Xing").at(position + 44, bigEndian(frames));
     }
@@ -51,7 +52,7 @@ inline std::string padded(std::string text, std::size_t length, char filler = ' 
     return text;
 }
 
-/// The 128 bytes of a tag; the fields are in the order of the file.
+/// The 128 bytes of an ID3v1 tag. The parameters have the order of the tag's fields.
 inline std::string tagOf(const std::string& title, const std::string& artist = "",
                          const std::string& album = "", const std::string& year = "",
                          const std::string& comment = "", unsigned char genre = 0) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player on the real devices: disc drive, command interpreter, sound card, mixer and wave
-// input. The loop, the store and the boxes are fakes; the caller fires the timers and advances the
-// card. For tests and benchmarks.
+// Creates the CD player on the program's own command interpreter, sound card, mixer and wave input,
+// and on a drive that the caller provides. The event loop, the settings store and the message boxes
+// are fakes; the caller fires the timers and advances the card. For tests and benchmarks.
 #pragma once
 
 #include <filesystem>
@@ -26,7 +26,8 @@ namespace sonarith::test {
 
 class PlayerOnCard {
   public:
-    /// `now` is the clock that advances the card.
+    /// `now` is the clock of the card: its times are those that the caller passes to
+    /// card.advance().
     PlayerOnCard(std::shared_ptr<disc::Drive> drive, std::function<sound::SoundCard::Time()> now)
         : media(
               mci::devicesOf(mci::Machine{card, now, [drive] { return drive; },
@@ -39,7 +40,7 @@ class PlayerOnCard {
     PlayerOnCard(const PlayerOnCard&) = delete;
     PlayerOnCard& operator=(const PlayerOnCard&) = delete;
 
-    /// The power switch, and the poll that finds the disc.
+    /// Switches the player on and runs the poll that detects the disc.
     void switchOn() {
         form.OptCD.choose();
         form.Timer6.fire();

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CD player on a machine of fakes with a simulated disc, in virtual time: the panel and its
-// jobs as the program wires them, without the rest of the application. Base class of the player's
-// tests.
+// Creates the CD player's panel and its jobs, connected as in the program, on a machine of fakes
+// with a simulated disc, in virtual time. The rest of the application is not created. Base class of
+// the player's tests.
 //
 //     disc.insert({60000, 30000});
-//     switchOn();                                  // and one poll later
+//     switchOn();                                  // returns after the first poll of the disc
 //     EXPECT_EQ(form.CD.text(), "Cd Ready");
 //     EXPECT_THAT(operationsOf([&] { form.play.click(); }), ElementsAre("play cd from 1", ...));
 #pragma once
@@ -41,10 +41,11 @@ struct PlayerBench : FakeMachine {
         form.load();
     }
 
-    /// All calls to devices, mixer ("mixer open") and wave input ("wave open"), oldest first;
-    /// within operationsOf() also the yields ("yield").
+    /// All device commands, and all operations of the mixer ("mixer open") and the wave input
+    /// ("wave open"), oldest first. During operationsOf() the yields are recorded, too ("yield").
     std::vector<std::string> operations;
 
+    /// Runs `step` and returns its operations.
     template <typename Step>
     std::vector<std::string> operationsOf(Step step) {
         operations.clear();
@@ -61,7 +62,7 @@ struct PlayerBench : FakeMachine {
         return operations;
     }
 
-    /// Only the device commands.
+    /// Runs `step` and returns only its device commands.
     template <typename Step>
     std::vector<std::string> commandsOf(Step step) {
         std::vector<std::string> commands;
@@ -74,25 +75,26 @@ struct PlayerBench : FakeMachine {
         return commands;
     }
 
-    /// The user's click on "on", and the poll a second later.
+    /// Simulates the user's click on the power switch, and waits for a second, so that the disc is
+    /// polled. Clears `operations`.
     void switchOn() {
         form.OptCD.choose();
         loop.advance(std::chrono::seconds(1));
         operations.clear();
     }
-    /// Whether the panel uses nothing of the machine: no device or input is open, and no timer
-    /// runs.
+    /// Whether the player uses no device: the disc and the input are closed, and no timer runs.
     [[nodiscard]] bool off() const {
         return !disc.discOpen() && !waveInput.isOpen && !waveInput.running &&
                waveInput.queue.empty() && !player.capture.running() && !form.Timer6.enabled() &&
                !form.Timer3.enabled() && !form.Timer1.enabled() && !form.Timer2.enabled() &&
                !form.Timer4.enabled();
     }
+    /// Whether the disc is open, the input runs, and the two timers that need them run.
     [[nodiscard]] bool on() const {
         return disc.discOpen() && waveInput.running && player.capture.running() &&
                form.Timer6.enabled() && form.Timer3.enabled();
     }
-    /// The transport's buttons that are enabled, by their names.
+    /// The names of the transport buttons that are enabled.
     [[nodiscard]] std::vector<std::string> enabledButtons() const {
         std::vector<std::string> names;
         for (const CommandButton* button :

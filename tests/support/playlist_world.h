@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor on files in memory, in virtual time, with the main window and the work tree
-// that it updates. Base class of the playlist's tests.
+// Creates the playlist editor, and the main window with the work tree that the editor updates, on
+// files in memory and in virtual time. Base class of the playlist's tests.
 //
 //     stored({"c:\\a.mp3", "c:\\b.mp3"});
 //     editor.load();
@@ -44,21 +44,21 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         jobs.tree.showfiles();
     }
 
-    /// Sets the list in the store, as left by an earlier run.
+    /// Writes a playlist to the store, as an earlier run of the program would have.
     void stored(const std::vector<std::string>& paths) {
         store.put("music", "HowMany", std::to_string(paths.size()));
         for (std::size_t i = 0; i < paths.size(); ++i) {
             store.put("music", std::to_string(i + 1), paths[i]);
         }
     }
-    /// As stored(), and loads the window with the list.
+    /// Writes a playlist to the store, loads the editor and clears the log of the store's writes.
     void open(const std::vector<std::string>& paths) {
         stored(paths);
         editor.load();
         store.writes.clear();
         store.fileWrites = 0;
     }
-    /// The stored entries, as counted by "HowMany".
+    /// The entries in the store. The key "HowMany" holds their number.
     [[nodiscard]] std::vector<std::string> inStore() const {
         std::vector<std::string> all;
         const int count = std::stoi(store.held("music", "HowMany").value_or("0"));
@@ -67,15 +67,15 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         }
         return all;
     }
-    /// A user's click on an entry.
+    /// Simulates the user's click on an entry.
     void choose(int index) { editor.List2.choose(index); }
-    /// Makes an entry the current one without running the click.
+    /// Makes an entry the current entry without running the handler of the click.
     void select(int index) {
         const auto handler = std::exchange(editor.List2.onClick, nullptr);
         EXPECT_TRUE(editor.List2.setListIndex(index).ok());
         editor.List2.onClick = handler;
     }
-    /// An MP3 of 48,000 bytes, 3 seconds, with a tag of that title, and its path as the artist.
+    /// Adds an MP3 file of 48,000 bytes (3 seconds) with a tag: `title`, and `path` as the artist.
     void addMp3(const std::string& path, const std::string& title) {
         disk.addFile(path,
                      Mp3Bytes(48'000).header(1, commonHeader).end(tagOf(title, path)).content);
@@ -87,7 +87,7 @@ struct PlaylistWorld : testing::Test, FakeMachine {
         }
         return all;
     }
-    /// Text4(1) to Text4(8).
+    /// The texts of Text4(1) to Text4(8).
     [[nodiscard]] std::vector<std::string> boxes4() {
         std::vector<std::string> all;
         for (std::size_t number = 1; number <= 8; ++number) {

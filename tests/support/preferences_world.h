@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences, the disk guard and the extraction that it stops, wired as in the program, on a
-// machine of fakes in virtual time.
+// Creates the preferences, the disk guard and the extraction, which the guard can stop. They are
+// connected as in the program, on a machine of fakes in virtual time.
 //
 //     store.put("Settings", "HDWarning", "0");
 //     start();                                     // loads the settings, then the preferences
-//     form.Check6.setValue(1).passOver();          // a user's click
+//     form.Check6.setValue(1).passOver();          // as by the user's click
 //     EXPECT_EQ(held("HDWarning"), "1");
 #pragma once
 
@@ -33,7 +33,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
     Preferences preferences{platform, process, windows, extraction.monitor};
     AppSettings& settings = process.settings;
 
-    /// The player's two procedures, oldest call first.
+    /// The names of the player's options Option13 and Option14 in the order of their clicks.
     std::vector<std::string> muted;
 
     PreferencesWorld() {
@@ -47,12 +47,13 @@ struct PreferencesWorld : testing::Test, FakeMachine {
         };
     }
 
-    /// The steps of a program start that load the settings and the preferences.
+    /// Loads the settings and the preferences, as the start of the program does.
     void start() {
         LoadSettings(store, files.programFolder(), settings);
         form.load();
     }
-    /// A start with all switches off, so that whatever is saved later was saved by the test's step.
+    /// Stores "off" for all switches, then starts and clears the log of the store's writes. So
+    /// everything in the log was written by the test's own steps.
     void startWithAllOff() {
         for (const char* key : {hdWarningKey, hdStopDecodingKey, deleteWavKey, showFullPathKey,
                                 encodeAfterExtractingKey, muteButtonKey}) {
@@ -65,7 +66,7 @@ struct PreferencesWorld : testing::Test, FakeMachine {
     [[nodiscard]] std::optional<std::string> held(const std::string& key) const {
         return store.held(settingsSection, key);
     }
-    /// The keys written, oldest first, and their values: "HDWarning=1".
+    /// The keys written and their values ("HDWarning=1"), oldest first.
     [[nodiscard]] std::vector<std::string> written() const {
         std::vector<std::string> all;
         for (const StoreWrite& write : store.writes) {

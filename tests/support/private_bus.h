@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A message bus private to a test, with the watcher of status notifiers that a desktop's panel
-// provides; the test simulates it. It does not use the bus of the user.
+// Starts a D-Bus message bus that only the test uses, and simulates the StatusNotifierWatcher that
+// the desktop's panel provides on the bus. The user's own bus is not used.
 //
 //     PrivateBus bus;
 //     NotifierWatcher watcher(bus);     // no host yet
@@ -8,7 +8,8 @@
 //     watcher.leave();
 //     bus.kill();
 //
-// Of two watchers the second waits in line for the name, and gets it when the first leaves.
+// If there are two watchers, the second one is queued for the bus name and owns it as soon as the
+// first watcher leaves.
 #pragma once
 
 #include <stdexcept>
@@ -48,7 +49,7 @@ class PrivateBus {
     PrivateBus& operator=(const PrivateBus&) = delete;
 
     [[nodiscard]] const QString& address() const { return address_; }
-    /// A new connection, which nothing else uses.
+    /// Opens a new connection, which is not shared.
     [[nodiscard]] QDBusConnection connect() {
         static int count = 0;
         names_ += QStringLiteral("private-bus-%1").arg(++count);
@@ -94,12 +95,12 @@ class NotifierWatcher final : public QDBusVirtualObject {
     void comeBack() {
         bus_.interface()->registerService(name, QDBusConnectionInterface::QueueService);
     }
-    /// One of several hosts leaves; the others stay.
+    /// Simulates that one of several hosts leaves.
     void loseOneOfSeveralHosts() {
         bus_.send(QDBusMessage::createSignal(path, name,
                                              QStringLiteral("StatusNotifierHostUnregistered")));
     }
-    /// Ends a hang: replies to the queries that arrived during it.
+    /// Ends a hang, and replies to the queries that arrived during the hang.
     void wakeUp() {
         manner_ = Manner::answers;
         for (const QDBusMessage& question : std::exchange(unanswered_, {})) {

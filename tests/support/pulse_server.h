@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A PulseAudio server private to a test, with a null sink that paces like a sound card, and an ALSA
-// configuration whose devices use it: "default" plays into the sink, "monitor" records what the
-// sink plays. It does not use any server or configuration of the user.
+// Starts a PulseAudio server that only the test uses. Its null sink consumes samples at the rate of
+// a sound card. Writes an ALSA configuration with two devices: "default" plays into this sink, and
+// "monitor" records what the sink plays. The user's server and configuration are not used.
 #pragma once
 
 #include <algorithm>
@@ -27,7 +27,8 @@
 
 namespace sonarith::fakes {
 
-/// A program that runs during the test and ends with it. Its standard output goes to a file.
+/// A program in a child process. The destructor kills it, and so does the end of the test process.
+/// Its standard output is written to a file.
 class ChildProcess {
   public:
     ChildProcess(std::vector<std::string> arguments, std::vector<std::string> environment,
@@ -58,7 +59,7 @@ class ChildProcess {
             ::kill(pid_, number);
         }
     }
-    /// Kills it and waits until it has ended.
+    /// Kills the program and waits until it has ended.
     void kill() {
         if (pid_ > 0) {
             signal(SIGKILL);
@@ -82,7 +83,7 @@ class ChildProcess {
 
 class PulseServer {
   public:
-    /// Writes ALSA's configuration and points the process to it; the server is not running yet.
+    /// Writes the ALSA configuration and makes this process use it. Does not start the server.
     PulseServer() {
         const std::string server = "server \"" + address() + "\"";
         std::ofstream(file("asound.conf"))
@@ -98,11 +99,12 @@ class PulseServer {
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
 
-    /// Starts the server and waits until it listens; false if it does not.
+    /// Starts the server and waits until it accepts connections, for half a minute at most. Returns
+    /// whether it accepts them.
     bool start() {
         std::filesystem::remove(file("native"));
-        // When a stream begins, a sink that rewinds revokes audio that its monitor has already
-        // delivered, so the listener would miss the first frames of every stream.
+        // "norewinds": when a stream begins, a sink that rewinds discards audio that its monitor
+        // has already delivered, so listen() would miss the first frames of every stream.
         server_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{
                 "pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--use-pid-file=no",
@@ -114,12 +116,13 @@ class PulseServer {
             environment(), file("pulse.out"));
         return eventually([this] { return std::filesystem::exists(file("native")); });
     }
-    /// Kills the server while it runs.
+    /// Kills the server.
     void kill() { server_.reset(); }
-    /// Stops the server from responding, as if it hung.
+    /// Stops the server's process, so that the server does not respond, as if it hung.
     void freeze() { server_->signal(SIGSTOP); }
 
-    /// Starts to record what the sink plays; false if nothing arrives.
+    /// Starts to record what the sink plays, and waits for the first samples, for half a minute at
+    /// most. Returns whether samples have arrived.
     bool listen() {
         listener_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{"parec", "--server=" + address(), "--raw", "--format=s16le",
@@ -132,7 +135,7 @@ class PulseServer {
             return !error && size > 0;
         });
     }
-    /// What the sink has played since `listen`, including silence.
+    /// The frames that the sink has played since listen(), including silence.
     [[nodiscard]] std::vector<sound::StereoFrame> played() const {
         std::ifstream in(file("played.raw"), std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(in), {}};
@@ -150,7 +153,8 @@ class PulseServer {
     [[nodiscard]] std::filesystem::path file(const char* name) const {
         return folder_.path() / name;
     }
-    /// Makes server and listener store all of their files in the test's folder.
+    /// The environment variables with which the server and the recorder store all of their files in
+    /// the test's folder.
     [[nodiscard]] std::vector<std::string> environment() const {
         const std::string folder = folder_.path().string();
         const char* path = std::getenv("PATH");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Checks a saved recording: a WAV file whose header matches the content of the file and which
-// contains the frames that were recorded.
+// Checks a saved recording: the header of the WAV file must match its size, and the file must
+// contain the recorded frames.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ inline std::int64_t numberAt(const std::string& content, std::size_t offset) {
     return number;
 }
 
-/// Expects that `path` contains exactly these frames, in stereo, after a plain header.
+/// Expects that the file contains a plain header and then exactly these frames in stereo.
 inline void expectPlainWav(const std::filesystem::path& path,
                            const std::vector<sound::StereoFrame>& frames) {
     const std::string content = contentOf(path);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes one system call fail from then on, as on file systems that lack a feature or are damaged.
-// For a child process, since it cannot be undone.
+// Makes a system call fail for the rest of the process, to simulate a file system that is damaged
+// or lacks a feature. Use it in a child process, since the failure cannot be switched off.
 #pragma once
 
 #include <cerrno>
@@ -14,7 +14,8 @@
 
 namespace sonarith::test {
 
-/// Every call with that number fails with `error` (an errno value). False if the kernel refuses.
+/// Makes every system call with this number fail with `error` (an errno value). Returns false if
+/// the kernel does not support this.
 [[nodiscard]] inline bool refuseCall(std::uint32_t number, std::uint32_t error) {
     sock_filter steps[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -27,25 +28,26 @@ namespace sonarith::test {
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-/// Simulates a file system without locks.
+/// Simulates a file system that does not support file locks.
 [[nodiscard]] inline bool refuseFileLocks() {
     return refuseCall(SYS_flock, ENOLCK);
 }
 
-/// Simulates a file system without hard links, on which an unnamed file cannot get a name.
+/// Simulates a file system that does not support hard links, so that an unnamed file cannot get a
+/// name.
 [[nodiscard]] inline bool refuseLinks() {
     return refuseCall(SYS_linkat, EPERM);
 }
 
-/// Simulates a file on a damaged disk.
+/// Simulates a damaged disk from which files cannot be read.
 [[nodiscard]] inline bool refuseReads() {
     return refuseCall(SYS_read, EIO) && refuseCall(SYS_pread64, EIO);
 }
 
-/// Simulates a damaged disk.
+/// Simulates a damaged disk on which files cannot be renamed.
 [[nodiscard]] inline bool refuseRenames() {
     bool refused = refuseCall(SYS_renameat2, EIO);
-#ifdef SYS_renameat // not on every architecture
+#ifdef SYS_renameat // some architectures have no such call
     refused = refused && refuseCall(SYS_renameat, EIO);
 #endif
     return refused;

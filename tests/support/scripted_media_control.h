@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A device interpreter for tests: logs every command and replies by script.
+// A command interpreter for tests. It logs every command and replies as the test has set.
 //
 //     ScriptedMediaControl media;
 //     media.answer("status cd number of tracks", {.reply = "12"});
-//     media.answerPrefix("play cd", {.status = 275});          // "play cd from 5000" too
-//     media.device = [&](std::string_view c) { return disc(c); };   // for all that has no script
+//     media.answerPrefix("play cd", {.status = 275});          // also for "play cd from 5000"
+//     media.device = [&](std::string_view c) { return disc(c); };   // for all other commands
 //     EXPECT_THAT(media.log, ElementsAre("open cdaudio alias cd", ...));
 #pragma once
 
@@ -29,32 +29,32 @@ class ScriptedMediaControl final : public MediaControl {
   public:
     /// Every command, oldest first.
     std::vector<std::string> log;
-    /// Buffer size for the reply to each of them, in characters; 0 if no reply was requested.
+    /// The size in bytes of the reply buffer of each command; 0 if the command had no buffer.
     std::vector<std::size_t> replySizes;
-    /// The status numbers whose texts were queried, oldest first.
+    /// The status numbers passed to errorString(), oldest first.
     mutable std::vector<int> errorsAsked;
-    /// Runs after a command was logged and before the reply.
+    /// Called for each command, after it was logged and before the reply is chosen.
     std::function<void(std::string_view)> onCommand;
-    /// Handles commands without a script; if it is not set, such a command succeeds without a
-    /// reply.
+    /// Replies to the commands for which neither answer() nor answerPrefix() has set a reply. If
+    /// `device` is empty, such a command succeeds with an empty reply.
     std::function<MciAnswer(std::string_view)> device;
 
-    /// From now on exactly this command gets this reply.
+    /// Sets the reply to exactly this command.
     void answer(const std::string& command, MciAnswer answer) {
         exact_[command] = std::move(answer);
     }
-    /// From now on every command with this prefix and without a reply of its own gets this reply;
-    /// the longest prefix counts.
+    /// Sets the reply to all commands with this prefix, except those for which answer() has set a
+    /// reply. If several prefixes match, the longest is used.
     void answerPrefix(const std::string& prefix, MciAnswer answer) {
         prefixes_[prefix] = std::move(answer);
     }
-    /// Removes all scripted replies.
+    /// Removes the replies set by answer() and answerPrefix().
     void forgetAnswers() {
         exact_.clear();
         prefixes_.clear();
     }
 
-    /// The log without the queries of each tick.
+    /// The log without the commands that a running capture sends at each tick of its timer.
     [[nodiscard]] std::vector<std::string> logWithoutTicks() const {
         std::vector<std::string> rest;
         for (const std::string& command : log) {
@@ -90,7 +90,8 @@ class ScriptedMediaControl final : public MediaControl {
             return found->second;
         }
         std::optional<MciAnswer> longest;
-        // In the order of the map a longer prefix follows the shorter one that it extends.
+        // The map is sorted, so a prefix follows all prefixes of itself: the last match is the
+        // longest.
         for (const auto& [prefix, answer] : prefixes_) {
             if (command.starts_with(prefix)) {
                 longest = answer;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disc and a recorder behind the command interface, on the virtual clock: the position advances
-// while it plays, the number of bytes grows while it records, and saves are recorded. For
-// ScriptedMediaControl::device; it supports the commands of inspection, extraction and player and
-// fails all others.
+// Simulates a disc and a recorder that are controlled by device commands, in the time of an event
+// loop: the disc's position advances while it plays, and the number of recorded bytes grows while
+// the recorder runs. Saves are logged. For ScriptedMediaControl::device. Supports the commands that
+// the inspection, the extraction and the player send; all other commands fail.
 //
 //     SimulatedDisc disc(loop, {185000, 240000});
 //     media.device = disc.device();
@@ -37,7 +37,7 @@ struct SavedCapture {
 
 class SimulatedDisc {
   public:
-    /// The status of a command that is unknown or not allowed in the current state.
+    /// The status of a command that is not supported, or not allowed in the current state.
     static constexpr int refused = 263;
 
     SimulatedDisc(EventLoop& loop, std::vector<std::int32_t> lengthsMs)
@@ -46,7 +46,7 @@ class SimulatedDisc {
     std::string identity = "48213906";
     /// Every save of a recording, oldest first.
     std::vector<SavedCapture> saved;
-    /// Runs for each such save.
+    /// Called for each save.
     std::function<void(const SavedCapture&)> onSave;
 
     /// Removes the disc from the drive.
@@ -54,7 +54,7 @@ class SimulatedDisc {
         present_ = false;
         moveTo(0);
     }
-    /// Inserts a disc, replacing the present one.
+    /// Inserts a disc with tracks of these lengths in place of the present disc, if any.
     void insert(std::vector<std::int32_t> lengthsMs) {
         lengthsMs_ = std::move(lengthsMs);
         present_ = true;
@@ -103,7 +103,7 @@ class SimulatedDisc {
     static MciAnswer failure() { return {refused, ""}; }
     static MciAnswer done(std::string reply = {}) { return {mciSuccess, std::move(reply)}; }
 
-    /// Whether `word` is the command's second word: the alias it is sent to.
+    /// Whether `word` is the command's second word, the alias of the device.
     static bool mentions(std::string_view command, std::string_view word) {
         const std::size_t start = command.find(' ') + 1;
         return command.substr(start, command.find(' ', start) - start) == word;
@@ -206,7 +206,7 @@ class SimulatedDisc {
         return done(inTwoDigits({seconds / 3600, seconds / 60 % 60, seconds % 60}));
     }
 
-    /// "05:17:00" of 5, 17 and 0.
+    /// For example "05:17:00" for 5, 17 and 0.
     static std::string inTwoDigits(std::initializer_list<std::int64_t> numbers) {
         std::string text;
         for (const std::int64_t number : numbers) {
@@ -216,13 +216,13 @@ class SimulatedDisc {
         return text;
     }
 
-    /// Start of track number `track`; one more than the last number means the end.
+    /// Start of track number `track` in milliseconds. For the last number plus 1: end of the disc.
     [[nodiscard]] std::int64_t startOf(std::size_t track) const {
         return std::accumulate(lengthsMs_.begin(),
                                lengthsMs_.begin() + static_cast<std::ptrdiff_t>(track - 1),
                                std::int64_t{0});
     }
-    /// The position for a number in a command, in the current time format.
+    /// The position in milliseconds for a number in a command, which has the current time format.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t number) const {
         if (format_ != Format::tmsf) {
             return number;

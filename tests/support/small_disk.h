@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A disk of one MiB that can actually become full. For a child process, since the mount exists for
-// that process only.
+// Mounts a real file system of one MiB, which tests can fill. Use it in a child process: the mount
+// exists only for this process.
 #pragma once
 
 #include <fstream>
@@ -13,11 +13,12 @@
 namespace sonarith::test {
 
 inline constexpr int smallDiskBytes = 1024 * 1024;
-/// What a child process returns if this user may not mount a disk: the test is skipped.
+/// The exit code of a child process if this user has no permission to mount a disk; the test is
+/// then skipped.
 inline constexpr int mayNotMount = 77;
 
-/// Gives the process its own mounts. Users other than the superuser need a user namespace of their
-/// own, in which they are the superuser.
+/// Gives the process its own mount namespace. For users other than the superuser this requires a
+/// user namespace of their own, in which they are the superuser.
 [[nodiscard]] inline bool leaveSharedMounts() {
     const uid_t user = ::geteuid();
     const gid_t group = ::getegid();
@@ -32,7 +33,8 @@ inline constexpr int mayNotMount = 77;
     return ::geteuid() == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Mounts the disk on `folder` until the process ends. False if this user may not mount.
+/// Mounts the disk on `folder` until the process ends. Returns false if this user has no permission
+/// to mount a disk.
 [[nodiscard]] inline bool mountSmallDisk(const std::string& folder) {
     return leaveSharedMounts() && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Sound files for tests and benchmarks: WAVs with given samples, MP3s encoded from them by LAME,
-// and long files made of short ones. Also runs the programs for this.
+// Creates sound files for tests and benchmarks: WAV files with given samples, MP3 files that LAME
+// encodes from WAV files, and long files that repeat a short one.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +49,7 @@ namespace sonarith::test {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-/// Interleaved samples.
+/// Writes a WAV file. `samples` are interleaved.
 [[nodiscard]] inline bool writeWav(const std::filesystem::path& path,
                                    const sound::WavFormat& format,
                                    std::span<const std::int16_t> samples) {
@@ -60,7 +60,7 @@ namespace sonarith::test {
     return writeBytes(path, data);
 }
 
-/// `options` are LAME's, separated by blanks.
+/// Encodes a WAV file. `options` are LAME's options, separated by blanks.
 [[nodiscard]] inline bool encodeMp3(const std::filesystem::path& wav, const std::string& options,
                                     const std::filesystem::path& mp3) {
     std::vector<std::string> words{"lame", "--quiet"};
@@ -71,8 +71,8 @@ namespace sonarith::test {
     return runProgram(std::move(words));
 }
 
-/// Repeats the bytes `times` times. Copies of an MP3 without information frame (option "-t") can be
-/// concatenated.
+/// Writes `data` to a file `times` times. If `data` is an MP3 file, it must have no information
+/// frame (LAME's option "-t").
 [[nodiscard]] inline bool writeRepeated(const std::filesystem::path& path,
                                         std::span<const std::uint8_t> data, int times) {
     std::ofstream out(path, std::ios::binary);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A folder for one test, created empty, and removed with its contents when the test ends.
+// Creates an empty folder for a test. The destructor removes the folder with its contents.
 #pragma once
 
 #include <cstdlib>
@@ -26,7 +26,7 @@ class TempFolder {
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    /// Empty if no folder could be created; everything below it then fails.
+    /// Empty if no folder could be created: file operations below this path then fail.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const {
         return path_ / name;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tones and their analysis: sine waves as sources of the card, and the amplitude of one frequency
+// Generates sine waves as a source of the sound card, and measures the amplitude of one frequency
 // in a signal.
 #pragma once
 
@@ -14,7 +14,8 @@
 
 namespace sonarith::fakes {
 
-/// Sine waves of the same frequency; the right one has half the amplitude.
+/// Delivers a sine wave of the same frequency on both channels; the right channel has half the
+/// amplitude of the left channel.
 class ToneSource : public sound::SampleSource {
   public:
     ToneSource(double hz, double amplitude) : hz_(hz), amplitude_(amplitude) {}
@@ -36,7 +37,8 @@ class ToneSource : public sound::SampleSource {
     std::int64_t position_ = 0;
 };
 
-/// The amplitude of the frequency `hz` in `samples`, which contain a whole number of its periods.
+/// The amplitude of the frequency `hz` in `samples`, whose length must be a whole number of
+/// periods.
 inline double amplitudeAt(const std::vector<double>& samples, double hz, double rate) {
     double sine = 0;
     double cosine = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The work tree in a shown window, wired to the handlers of the product: tests simulate mouse and
-// keys and check tree, lists and files. For tests of widget and logic together.
+// Creates the work tree in a visible window and connects it to the logic's handlers. Tests simulate
+// mouse and keys, and check tree, lists and files: they test the widget together with the logic.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@
 
 namespace sonarith::test {
 
-/// Two MP3 and two WAV files shown by bare names, in a shown window.
+/// The tree contains two MP3 and two WAV files and shows their names without paths.
 struct TreeEditingWorld : WorkTreeWorld {
     QWidget window;
     std::unique_ptr<TreeViewAdapter> adapter;
@@ -52,7 +52,7 @@ struct TreeEditingWorld : WorkTreeWorld {
         QTest::mouseRelease(widget().viewport(), button, {}, placeOf(text));
     }
     void moveTo(const std::string& text) { movePointer(placeOf(text)); }
-    /// The left button down.
+    /// Moves the pointer while the left button is down.
     void movePointer(const QPoint& at) {
         QWidget* viewport = widget().viewport();
         QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,

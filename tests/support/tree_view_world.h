@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A small tree for the tree control's tests, and an observer that logs its notifications.
+// Creates a small tree for the tests of the tree control, and an observer that logs the tree's
+// notifications.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -12,7 +13,7 @@
 
 namespace sonarith::test {
 
-/// Logs its notifications.
+/// Logs the notifications of a tree.
 struct LoggingObserver : TreeObserver {
     std::vector<std::string> log;
     static std::string name(const NodeRef& node) { return node ? node->text() : "none"; }
@@ -40,7 +41,7 @@ struct LoggingObserver : TreeObserver {
     void dragRequested() override { log.push_back("drag"); }
 };
 
-/// Two roots A and B; A contains a (with a1, a2) and b.
+/// The tree has two roots, A and B. A contains a and b; a contains a1 and a2.
 struct TreeViewTest : testing::Test {
     Form form{"Form1"};
     TreeView tree{form, "TreeView1"};

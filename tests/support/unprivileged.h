@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs a step as a user without privileges, so that permissions apply even if the superuser runs
-// the tests. The step runs in a child process: its changes of memory are not visible afterwards.
+// Runs a function as a user without privileges, so that file permissions apply even if the
+// superuser runs the tests. The function runs in a child process: its changes of memory are not
+// visible in the test.
 #pragma once
 
 #include <functional>
@@ -12,7 +13,7 @@
 
 namespace sonarith::test {
 
-/// The value (0 to 99) that `step` returns; 100 or more if the step was not reached.
+/// Returns the result of `step` (0 to 99); 100 or more if `step` did not run or did not return.
 inline int runUnprivileged(const std::function<int()>& step) {
     const int answer = runInChild([&] {
         constexpr uid_t nobody = 65534;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The event loop in virtual time: a capture of an hour runs in milliseconds, and a test can produce
-// every interleaving. It never sleeps and reads no clock of the machine.
+// An event loop in virtual time: a capture of an hour takes milliseconds, and a test can produce
+// every interleaving of handlers. The loop never sleeps and does not read the machine's clock.
 //
 //     VirtualEventLoop loop;
-//     loop.atYield(3, [&] { form.Command2.click(); });       // inside the third yield from now
-//     loop.after(250ms, [&] { form.Command8.click(); });     // once, 250 ms from now
-//     job.run();                                             // yields and waits as it likes
+//     loop.atYield(3, [&] { form.Command2.click(); });       // runs inside the third yield from
+//     now loop.after(250ms, [&] { form.Command8.click(); });     // runs once, 250 ms from now
+//     job.run();                                             // may yield and wait
 //     EXPECT_THROW(window.close(), ProgramEnded);            // endProgram() throws this
-//     loop.advance(5s);                                      // idle time, timers tick
+//     loop.advance(5s);                                      // runs the timers of 5 idle seconds
 #pragma once
 
 #include <algorithm>
@@ -29,8 +29,8 @@ namespace sonarith::test {
 /// no handler treats it as a failure.
 struct ProgramEnded {};
 
-/// Thrown for a wait that would never end on the real loop: nothing is due and the condition is
-/// still true, or it was true for longer than any job of the program takes.
+/// Thrown for a wait that would never end on the real loop: its condition is still true although no
+/// event can become due, or has been true for longer than any job of the program takes.
 class WaitNeverEnds : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -49,15 +49,15 @@ class VirtualEventLoop final : public EventLoop {
         if (++yieldsWithoutTime_ > maximumYieldsWithoutTime) {
             throw WaitNeverEnds("a loop of yields that nothing ends; use waitWhile or waitFor");
         }
-        // One round per yield: what becomes due during this yield runs in the next one.
+        // Events that become due during this yield are handled by the next yield.
         const auto round = due(now_);
         for (const auto& entry : round) {
             run(entry);
         }
     }
 
-    /// Handles one event after another and evaluates the condition after each. If none is due, the
-    /// time advances to the next one. Each round counts as one yield.
+    /// Handles one event after another and evaluates the condition after each event. If no event is
+    /// due, the time advances to the next event. Each event counts as one yield.
     void waitWhile(const std::function<bool()>& condition) override {
         const Time deadline = now_ + longestWait;
         while (!ended_ && condition()) {
@@ -97,9 +97,10 @@ class VirtualEventLoop final : public EventLoop {
         throw ProgramEnded();
     }
 
-    // --- what a test scripts ---------------------------------------------------------------
+    // --- set by the test -------------------------------------------------------------------
 
-    /// Runs `action` once inside the n-th yield from now (1 is the next one), before what is due.
+    /// Runs `action` once inside the n-th yield from now (1 is the next yield), before the events
+    /// that are due.
     void atYield(int n, std::function<void()> action) {
         yieldActions_.emplace(yieldCount_ + n, std::move(action));
     }
@@ -122,15 +123,16 @@ class VirtualEventLoop final : public EventLoop {
         midnightReference_ = now_;
     }
 
-    // --- what a test reads --------------------------------------------------------------
+    // --- read by the test ------------------------------------------------------------------
 
-    /// Number of yields so far, including the rounds of waits.
+    /// Number of yields so far; each event that a wait handles counts as one.
     [[nodiscard]] int yieldCount() const { return yieldCount_; }
     /// True after endProgram() was called.
     [[nodiscard]] bool ended() const { return ended_; }
-    /// Number of yields and waits after the end of the program: must stay 0.
+    /// Number of yields and waits that were called after the end of the program. A correct program
+    /// calls none.
     [[nodiscard]] int yieldsAfterEnd() const { return yieldsAfterEnd_; }
-    /// Number of existing wake-ups (enabled timers, running waits).
+    /// Number of existing Wakeup objects: those of enabled timers and of running waits.
     [[nodiscard]] std::size_t wakeupCount() const {
         return static_cast<std::size_t>(
             std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) {
@@ -138,13 +140,13 @@ class VirtualEventLoop final : public EventLoop {
             }));
     }
 
-    /// A longer wait counts as endless: a day is far longer than any disc.
+    /// A longer wait throws WaitNeverEnds. A day is far longer than any disc plays.
     Duration longestWait = std::chrono::hours(24);
 
   private:
     struct Entry {
         Time due;
-        Duration interval; ///< 0: once
+        Duration interval; ///< 0: the handler runs only once
         std::function<void()> handler;
         bool active = true;
         bool running = false;
@@ -162,10 +164,12 @@ class VirtualEventLoop final : public EventLoop {
         EntryPointer entry_;
     };
 
-    /// Far more than any plain loop of yields in the program, small enough to fail within a second.
+    /// More yields without any progress of time throw WaitNeverEnds. No loop of the program makes
+    /// nearly as many; a test that does fails within a second.
     static constexpr int maximumYieldsWithoutTime = 1'000'000;
 
-    /// Counts the yield and runs its scripted actions; false after the end of the program.
+    /// Counts the yield and runs the actions that the test has set for it. Returns false after the
+    /// end of the program.
     bool beginYield() {
         if (ended_) {
             ++yieldsAfterEnd_;
@@ -207,7 +211,8 @@ class VirtualEventLoop final : public EventLoop {
         return found;
     }
 
-    /// The entry that is due first, the oldest of several. None if every entry is running.
+    /// The entry that is due first; the oldest of them if several are due at the same time. Null if
+    /// there is no entry, or if every entry is running.
     [[nodiscard]] EntryPointer nextEntry() {
         removeInactive();
         EntryPointer next;
@@ -227,7 +232,7 @@ class VirtualEventLoop final : public EventLoop {
     }
 
     void run(const EntryPointer& entry) {
-        // An earlier handler may have cancelled or run the entry, or ended the program.
+        // A handler that ran before may have cancelled or run this entry, or ended the program.
         if (!entry->active || entry->running || ended_ || entry->due > now_) {
             return;
         }
@@ -242,8 +247,8 @@ class VirtualEventLoop final : public EventLoop {
         entry->handler();
     }
 
-    /// Runs at the end of a handler, also after an exception: ticks that became due meanwhile are
-    /// dropped.
+    /// The destructor runs at the end of a handler, also after an exception. It drops the ticks
+    /// that became due while the handler ran.
     struct Rearm {
         VirtualEventLoop& loop;
         Entry& entry;
@@ -255,7 +260,7 @@ class VirtualEventLoop final : public EventLoop {
         }
     };
 
-    /// An arbitrary origin; not 0, so that no code treats it as one.
+    /// The first time is arbitrary, but not 0: code that assumes that time starts at 0 fails.
     Time now_ = std::chrono::hours(3);
     double secondsAtReference_ = 43200.0; // noon
     Time midnightReference_ = now_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Waits, in a test, for the effect of another thread or process. The limit only turns a hang into a
-// failure: no test asserts how long something took.
+// Lets a test wait for the effect of another thread or process. The limit of half a minute only
+// turns a hang into a failure; it is no requirement on the speed of the tested code.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace sonarith::fakes {
 
-/// Waits until `condition` is true; returns false if it is not within half a minute.
+/// Waits until `condition` is true. Returns false if it is still false after half a minute.
 inline bool eventually(const std::function<bool()>& condition) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!condition()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads a whole WAV file of 16 bit samples for tests, with libsndfile. For small files only.
+// Reads all samples of a 16-bit WAV file with libsndfile. For small files only.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct WavSamples {
     std::vector<std::int16_t> samples; ///< interleaved
 };
 
-/// Empty if the file is not a WAV file or its samples are not 16 bit.
+/// Returns nothing if libsndfile cannot read the file or if its samples do not have 16 bits.
 inline std::optional<WavSamples> readWav(const std::filesystem::path& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Consistent PCM formats for tests of the wave input.
+// Creates PCM formats for tests of the wave input. The dependent fields are computed, so the
+// formats are consistent.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window with its work tree in virtual time, wired as in the program: presses, releases
-// and double clicks reach the tree's handlers. Base class of the work tree's tests.
+// Creates the main window with its work tree, connected as in the program, in virtual time. Tests
+// call the handlers of the tree as mouse presses, releases and double clicks would. Base class of
+// the work tree's tests.
 //
 //     finder.files[destination]["mp3"] = {"c:\\music\\a.mp3"};
 //     disc({"Track  1 - 00:03:05"});
@@ -22,7 +23,7 @@
 
 namespace sonarith::test {
 
-/// Logs the nodes that were to be revealed.
+/// Logs the texts of the nodes that the logic asks the view to scroll to.
 struct RevealLog : TreeObserver {
     std::vector<std::string> texts;
     void beforeInsert(const NodeRef&, int) override {}
@@ -65,9 +66,9 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         finder.files[destination] = {};
     }
 
-    // --- what a test sets up ---------------------------------------------------------------
+    // --- set by the test -------------------------------------------------------------------
 
-    /// The state after a disc was read: its lines, and an empty queue.
+    /// Fills the list of tracks and empties the queue, as after a disc was read.
     void disc(const std::vector<std::string>& lines) {
         form.lstRecord.clear();
         fill(form.lstTracks, lines);
@@ -79,7 +80,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         }
     }
 
-    // --- what the user does ----------------------------------------------------------------
+    // --- simulated actions of the user -----------------------------------------------------
 
     void press(const NodeRef& at, MouseButtons buttons = {.left = true}) {
         run(view.onMouseDown, buttons, at);
@@ -91,7 +92,8 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         press(node(text));
         release(node(text));
     }
-    /// The press and release of the first click run before the double click does.
+    /// Simulates a double click: the handlers of its first press and release run before the handler
+    /// of the double click.
     void doubleClick(const NodeRef& at) {
         press(at);
         release(at);
@@ -99,7 +101,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
     }
     void doubleClick(const std::string& text) { doubleClick(node(text)); }
 
-    /// A press on a node, and the first movement of the pointer.
+    /// Simulates a press on a node and the first movement of the pointer.
     void beginDrag(const NodeRef& at) {
         press(at);
         run(view.onMouseMove, MouseButtons{.left = true}, at);
@@ -109,7 +111,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
     void dragOver(const std::string& text) { dragOver(node(text)); }
     void drop() { run(view.onDragDrop, NodeRef()); }
 
-    // --- what a test reads --------------------------------------------------------------
+    // --- read by the test ------------------------------------------------------------------
 
     [[nodiscard]] NodeRef node(const std::string& text) const {
         return firstNodeOfText(view, text);
@@ -130,7 +132,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         }
         return all;
     }
-    /// The visible tree, with two blanks for each level.
+    /// The texts of all nodes from top to bottom, indented by two blanks for each level.
     [[nodiscard]] std::vector<std::string> outline() const {
         std::vector<std::string> all;
         for (const NodeRef& root : view.roots()) {
@@ -138,7 +140,7 @@ struct WorkTreeWorld : testing::Test, FakeMachine {
         }
         return all;
     }
-    /// The texts in the order of the indices.
+    /// The texts of all nodes in the order of their index numbers.
     [[nodiscard]] std::vector<std::string> numbering() const {
         std::vector<std::string> all;
         for (int i = 1; i <= view.count(); ++i) {

@@ -12,12 +12,13 @@ namespace sonarith {
 
 namespace {
 
-/// The longest wait for pending saves at the end of the program. An output and an input that hang
-/// take another 650 ms, so that the total is less than a second.
+/// The longest wait for pending saves at the end of the program. If an output and an input hang,
+/// closing them takes another 650 ms, so the end of the program takes less than a second.
 constexpr std::chrono::milliseconds patienceWithSaves{300};
 
-/// Returns the user's home folder, after changing the paths of the store to its own letter.
-std::string homeNamedIn(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
+/// Returns the user's home folder. Before, gives the stored paths below it the letter H:
+/// (home_letter.h).
+std::string homeAfterMigration(SettingsStore& store, const std::vector<StoredPath>& storedPaths) {
     std::string home = homeFolder();
     moveToHomeLetter(store, home, storedPaths);
     return home;
@@ -29,7 +30,7 @@ SharedPaths sharedPaths(const SettingsStore& store, const std::string& home) {
             .programFolder = programFolder(executableFolder(), musicFolder)};
 }
 
-/// Only the thread of the logic uses `store`.
+/// Only `afterCall` of the result uses `store`; it is called on the logic thread.
 PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
     return {[shared] { return std::make_shared<LinuxMachineFiles>(shared); },
             [&store, letters = shared.letters] { letters->writeTo(store); }, placesOfThisMachine()};
@@ -40,7 +41,7 @@ PathAccess pathAccess(SettingsStore& store, const SharedPaths& shared) {
 Machine::Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
                  const std::vector<StoredPath>& storedPaths,
                  std::function<std::string()> destination)
-    : shared_(sharedPaths(store, homeNamedIn(store, storedPaths))),
+    : shared_(sharedPaths(store, homeAfterMigration(store, storedPaths))),
       paths_(pathAccess(store, shared_), {threads_, waiting, notices}),
       files_(paths_),
       directories_(paths_, files_),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// This machine except its desktop: paths and files, the drive, the sound card with its thread, the
-// device commands and the MP3 controls, built in the order of their dependencies.
+// Creates the objects through which the logic uses this machine, in the order of their
+// dependencies: paths and files, the drive, the sound card with its thread, the device commands and
+// the MP3 controls. The desktop is not part of it.
 #pragma once
 
 #include <filesystem>
@@ -39,9 +40,10 @@ namespace sonarith {
 
 class Machine {
   public:
-    /// `loop`, `store` and `waiting` must outlive this; the keys `storedPaths` of the store hold
-    /// paths in the logic's form. `destination` returns the destination folder in that form:
-    /// recordings are created there, so that saving them needs no copy. `waiting` waits for disks
+    /// `loop`, `store` and `waiting` must outlive this object. `storedPaths` are the keys of the
+    /// store whose values are paths in the logic's form. `destination` returns the destination
+    /// folder, also in the logic's form: recordings are created in this folder, so that saving a
+    /// recording needs no copy. `waiting` waits for disks
     /// and drives that may hang; failures are reported to `notices`. `notices` must exist until the
     /// process ends, because threads that a hanging device blocks keep a reference to it.
     Machine(EventLoop& loop, SettingsStore& store, Waiting& waiting, Notices& notices,
@@ -54,8 +56,8 @@ class Machine {
     /// afterwards.
     void stop();
 
-    /// Translates a path of the logic to one of the machine, and back. Empty if there is no such
-    /// path, or if its disk does not respond.
+    /// Translates a path of the logic to a path of the machine, and back. The result is empty if
+    /// there is no such path, or if its disk does not respond.
     [[nodiscard]] std::string toMachine(const std::string& path) const {
         return files_.machinePath(path);
     }
@@ -98,7 +100,7 @@ class Machine {
     sound::KeptTone keptTone_;
     sound::CardMixer mixer_;
     sound::CardWaveInput waveInput_;
-    // drive letters and their mounts, as the kernel lists them; no disk is accessed
+    // These list drive letters and mounts from the kernel's table, without access to a disk.
     MountInfo mounts_;
     DriveTable drives_;
     PathMap drivePaths_;

@@ -16,8 +16,9 @@ namespace sonarith {
 
 class MachineDeviceChoice final : public DeviceChoice {
   public:
-    /// Applies the stored choice to the card; `notices` receives lost sound devices. All arguments
-    /// must outlive this. `slot` calls drive() to get the chosen drive.
+    /// Applies the stored choice to the card. Reports lost sound devices to `notices`. All
+    /// arguments must outlive this object. `slot` must be made so that it calls drive() to get the
+    /// chosen drive.
     MachineDeviceChoice(SettingsStore& store, disc::DriveSlot& slot, sound::SoundCard& card,
                         Notices& notices);
     ~MachineDeviceChoice() override;
@@ -45,7 +46,7 @@ class MachineDeviceChoice final : public DeviceChoice {
     ChosenDevices chosen_;
     disc::DriveSlot& slot_;
     sound::SoundCard& card_;
-    std::shared_ptr<sound::DeviceNotices> notices_; ///< blocked threads may keep a reference to it
+    std::shared_ptr<sound::DeviceNotices> notices_; ///< shared with threads that a device may block
 };
 
 } // namespace sonarith

@@ -22,10 +22,10 @@ using testing::StartsWith;
 
 class MachineDeviceChoiceTest : public testing::Test {
   protected:
-    const fakes::PulseServer server; // only its ALSA configuration; the server itself does not run
+    const fakes::PulseServer server; // not started: only its ALSA configuration is used
     test::FakeSettingsStore store;
     test::FakeNotices notices;
-    // There is no drive, so no drive is queried.
+    // A slot without a drive, so that the test accesses no real drive.
     disc::DriveSlot slot{[] { return std::string(); },
                          {[] { return std::vector<std::string>(); }, {}, {}}};
     sound::SoundCard card;
@@ -42,7 +42,7 @@ TEST_F(MachineDeviceChoiceTest, OffersTheDiscTheMixAndTheMachinesInputs) {
     EXPECT_THAT(devices.outputs(), Contains(DeviceEntry{"monitor", "Monitor"}));
 }
 
-TEST_F(MachineDeviceChoiceTest, GivesTheCardTheChosenSource) {
+TEST_F(MachineDeviceChoiceTest, SetsTheChosenSourceOnTheCard) {
     MachineDeviceChoice devices(store, slot, card, notices);
     EXPECT_EQ(card.externalInput(), nullptr);
     devices.setSource("monitor");
@@ -56,7 +56,7 @@ TEST_F(MachineDeviceChoiceTest, GivesTheCardTheChosenSource) {
     EXPECT_EQ(card.externalInput(), nullptr);
 }
 
-TEST_F(MachineDeviceChoiceTest, TakesAStoredInputAtTheStartAndDoesNotPlayIt) {
+TEST_F(MachineDeviceChoiceTest, UsesAStoredInputFromTheStartAndDoesNotPlayIt) {
     store.put("Devices", "Source", "hw:7");
     const MachineDeviceChoice devices(store, slot, card, notices);
     ASSERT_NE(card.externalInput(), nullptr);
@@ -68,13 +68,13 @@ TEST_F(MachineDeviceChoiceTest, ReportsAnUnusableOutputOnceUntilAnotherIsChosen)
     store.put("Devices", "Output", "no-such-device");
     MachineDeviceChoice devices(store, slot, card, notices);
     const sound::SoundCardThread thread(card);
-    EXPECT_THAT(notices.texts(), IsEmpty()) << "nothing is played";
+    EXPECT_THAT(notices.texts(), IsEmpty()) << "reported before the output was used";
     const auto disc = std::make_shared<fakes::PatternSource>();
     card.attach(sound::Line::compactDisc, disc, sound::monotonicNow());
     ASSERT_TRUE(eventually([&] { return !notices.texts().empty(); }));
     const std::int64_t played = disc->position();
     EXPECT_TRUE(eventually([&] { return disc->position() > played + 4410; }))
-        << "playing continues";
+        << "playing stopped because the output cannot be used";
     EXPECT_THAT(notices.texts(),
                 ElementsAre(StartsWith("The sound output \"no-such-device\" cannot be used")));
     devices.setOutput("none");
