@@ -2,15 +2,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Checks every #include below src/ against the layers of the program (docs/architecture.md).
 
-A file may include from its own folder of its layer and from lower layers. Layers 0 to 3 may use
-only the standard library and utf8proc. Folders of one layer may include each other, but not in a
-cycle. Exits with 1 and lists each include that breaks a rule, and each folder in a cycle.
+A file may include files of its own layer and of lower layers. The folders of one layer may include
+each other, but not in a cycle; on layer 4 only as NEIGHBOURS allows. Layers 0 to 3 may use only the
+standard library and utf8proc. Prints each include that breaks a rule and each folder in a cycle,
+and then exits with 1.
 """
 import pathlib
 import re
 import sys
 
-# First match wins: patterns are regular expressions on the path below src/.
+# The layer of each path: the first pattern that matches the path below src/ determines the layer.
 LAYERS = [
     (5, r"main\.cpp"),
     (4, r"ui/"),
@@ -24,20 +25,23 @@ LAYERS = [
     (2, r"(extraction|conversion|worktree|playlist|player|finder|desktop)/"),
     (3, r"app/"),
 ]
-# In layer 4 each module may include lower layers and these folders of its own layer.
+# The folders of layer 4 that each module of layer 4 may include.
 NEIGHBOURS = {
     "ui": ("ui/", "platform/qt/"),
     "platform/linux/late": ("platform/linux/late/",),
     "platform/linux": ("platform/linux/",),
     "platform/qt": ("platform/qt/",),
 }
-# Folders of layer 4 that may include no lower layer but layer 0: devices do not use the application.
+# Modules of layer 4 that may include no lower layer except layer 0, because devices must not use
+# the application.
 BELOW_ONLY_PLATFORM = ("platform/linux/late", "platform/linux", "platform/qt")
-# Libraries by the folder that may use them; layers 0 to 3 may use only the first row.
+# The library headers that each module may include. The module "" is layers 0 to 3; every module may
+# include its headers.
 LIBRARIES = {
     "": r"utf8proc\.h",
     "platform/linux": r"(sys|linux)/.*|(fcntl|unistd|poll|dirent|pwd|errno|signal|spawn|pthread)\.h",
-    # Loaded at the first call; including their headers elsewhere would link the program to them.
+    # These libraries are loaded at their first call. A call from another folder would link the
+    # program to them.
     "platform/linux/late": r"(cdio|alsa)/.*|(sndfile|samplerate|mpg123|dlfcn)\.h",
     "platform/qt": r"Q\w+|fontconfig/.*|xcb/xcb\.h|unistd\.h|fcntl\.h|sys/.*",
     "ui": r"Q\w+",
@@ -99,13 +103,15 @@ def includes(root):
 
 
 def peers(path, target):
-    """The two folders of an include within a layer; None for others. Layer 0 counts as one folder."""
+    """The two folders of an include between folders of one layer; None for other includes. The
+    folders of layer 0 are not checked."""
     layer, folders = layer_of(path), [p.rpartition("/")[0] for p in (path, target)]
     return folders if layer and layer == layer_of(target) and folders[0] != folders[1] else None
 
 
 def in_cycles(links):
-    """The folders in cycles; `links` maps each folder to the folders that it includes."""
+    """The folders that are part of a cycle. `links` maps each folder to the folders that it
+    includes."""
     reached = {folder: set(others) for folder, others in links.items()}
     for _ in links:
         for others in reached.values():

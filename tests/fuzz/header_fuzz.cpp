@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Analyses arbitrary bytes as an MP3 file after another file was analysed: the other file's values
-// must be either all kept or all replaced.
+// Analyses arbitrary bytes as an MP3 file, with a result that still contains the values of another
+// file. The values of the header must be either all kept or all replaced.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -16,7 +16,7 @@ using fuzz::require;
 
 constexpr const char* path = "c:\\a.mp3";
 
-/// Values that no header has.
+/// The values of the other file. No real header has them.
 Mp3Info fileBefore() {
     Mp3Info info;
     info.Bitrate = -1;

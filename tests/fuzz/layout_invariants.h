@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The invariants of every layout of a disc image, however hostile its sheet is. Shared by the fuzz
-// targets of both kinds of sheet; ends the process if one is violated.
+// Checks the properties that the layout of every accepted disc image must have, and ends the
+// process if one is violated. Used by the fuzz targets for CUE and TOC files.
 #pragma once
 
 #include <algorithm>
@@ -18,8 +18,8 @@ namespace sonarith::fuzz {
 /// The length of each of a layout's files, in bytes.
 using FileLengths = std::vector<std::int64_t>;
 
-inline void checkLine(const disc::ImageTimeline& line, const disc::ImageLayout& layout,
-                      const FileLengths& bytes) {
+inline void checkTimeline(const disc::ImageTimeline& line, const disc::ImageLayout& layout,
+                          const FileLengths& bytes) {
     require(line.table.tracks.size() == layout.tracks.size());
     require(line.table.sectors() <= disc::maxDiscSectors);
     for (const disc::Track& track : line.table.tracks) {
@@ -50,8 +50,8 @@ inline void checkStructure(const disc::ImageLayout& layout) {
     }
 }
 
-/// The shortest files that the sheet accepts: their stated lengths, and one sector where the file
-/// determines the length.
+/// The shortest length of each file with which the file is complete. A segment that extends to the
+/// end of its file needs one sector; other segments need the length that the layout states.
 inline FileLengths requiredLengths(const disc::ImageLayout& layout) {
     FileLengths bytes(layout.files.size(), 0);
     for (const disc::LayoutTrack& track : layout.tracks) {
@@ -79,17 +79,17 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
     }
     const disc::ImageLayout& layout = parsed.value();
     checkStructure(layout);
-    // Files of any size must be accepted: empty, an incomplete sector, half a disc, more than any
-    // disc.
+    // No file length may violate the properties: an empty file, an incomplete sector, half a disc,
+    // more than any disc.
     for (const std::int64_t each :
          {std::int64_t{0}, std::int64_t{2351}, std::int64_t{350'000'001}, INT64_MAX}) {
         const FileLengths bytes(layout.files.size(), each);
         const auto line = disc::layOnLine("fuzz", layout, bytes);
         if (line.ok()) {
-            checkLine(line.value(), layout, bytes);
+            checkTimeline(line.value(), layout, bytes);
         }
     }
-    // Complete files, or slightly longer ones, cause no remark.
+    // There is no remark about missing data if the files are complete or slightly longer.
     for (const std::int64_t more : {0, 1, 2351}) {
         FileLengths bytes = requiredLengths(layout);
         for (std::int64_t& length : bytes) {
@@ -97,7 +97,7 @@ inline void checkLayout(const Result<disc::ImageLayout>& parsed) {
         }
         const auto line = disc::layOnLine("fuzz", layout, bytes);
         if (line.ok()) {
-            checkLine(line.value(), layout, bytes);
+            checkTimeline(line.value(), layout, bytes);
             require(line.value().remark.empty());
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Fuzz target: the whole interpreter of media control strings, on a machine of fakes. The first
-// byte of an input chooses the disc; each further line is one command, and the sound advances
-// between the commands.
+// Sends arbitrary commands to the whole command interpreter on a machine of fakes. The first byte
+// of an input chooses the disc. Each line of the remaining bytes is one command. Between two
+// commands a playing disc advances.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -20,10 +20,11 @@ using fuzz::require;
 
 disc::Table tableFor(std::uint8_t choice) {
     disc::Table table;
-    // Bits 0 to 6: number of tracks, including 0 and more than 99; bit 7: every third one is data.
+    // Bits 0 to 6: number of tracks, including 0 and more than 99. Bit 7: every third track is a
+    // data track.
     for (int i = 0; i < (choice & 127); ++i) {
         const bool data = (choice & 128) != 0 && i % 3 == 2;
-        // Includes empty tracks and one that is far longer than any disc.
+        // The first track is empty, and track 51 is far longer than any disc.
         const std::int64_t sectors = i == 50 ? std::numeric_limits<std::int32_t>::max() : i * 977;
         table.tracks.push_back({data ? disc::TrackKind::data : disc::TrackKind::audio, sectors});
     }
@@ -44,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     fakes::FakeMachine machine;
-    if (data[0] != 255) { // 255: no drive
+    if (data[0] != 255) { // 255: the machine has no drive
         machine.drive = std::make_shared<fakes::FakeDrive>(
             std::make_shared<fakes::FakeDisc>(tableFor(data[0])));
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the MP3 decoding: the survey, one pass over the file, and a pass in
-// segments, which must return the same samples unless it refuses the stream. Another pass reads a
-// source that is unreadable from an offset on: the samples before that offset must be the same. The
-// first byte of an input selects the size of the segments, the second one the offset.
+// Decodes arbitrary bytes as an MP3 file twice: in one pass and in segments. Both must return the
+// same samples, unless a segment is broken and so decoding in segments ends there. Both decodings
+// are then repeated with a source that is unreadable from an offset on. The first byte of an input
+// selects the size of the segments, the second byte the offset.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -29,7 +29,7 @@ struct DecodedSound {
     bool failed = false;
 };
 
-/// Bytes that are unreadable from `end` on.
+/// A source whose bytes are unreadable from `end` on.
 class TornSource : public ByteSource {
   public:
     TornSource(Bytes bytes, std::size_t end) : bytes_(bytes), end_(end) {}

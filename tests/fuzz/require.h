@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The assertion of the fuzz targets: ends the process if the condition is false.
+// The assertion of the fuzz targets. It ends the process if a condition is false, also in builds
+// without assert().
 #pragma once
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the check of settings files.
+// Feeds arbitrary bytes to the function that checks whether a settings file is complete.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using sonarith::StoreFileState;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     if (checkStoreFile(bytes) == StoreFileState::whole) {
-        // A complete file has no truncated end, and stays complete with a further key.
+        // A complete file is empty (except for a byte order mark) or ends with a line end, and it
+        // is still complete with one more key.
         if (!bytes.empty() && bytes.back() != '\n' && bytes != "\xef\xbb\xbf") {
             std::abort();
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads arbitrary bytes as the end of a file, writes the fields as a tag, and reads it: every text
-// must be unchanged.
+// Reads arbitrary bytes as the end of an MP3 file. If they contain a tag, writes its fields as a
+// new tag and reads this tag: every field must be unchanged.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,7 +30,7 @@ void checkLengths(const Mp3Info& info) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     require(windows1252Of(textOfWindows1252(bytes)) == bytes);
-    // Any bytes typed into a box result in a valid tag.
+    // Any text in a box of the window can be written as a tag.
     static_cast<void>(id3v1Tag({.title = std::string(bytes)}));
     require(windows1252Of(bytes).size() <= characterCount(bytes));
 

@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     disc::ImageFile& file = *opened.value();
-    // Whatever the header states, there are no more samples than bytes.
+    // Whatever the header states, the samples are not longer than the file.
     const std::int64_t bytes = file.bytes();
     require(bytes >= 0 && bytes % 4 == 0 && bytes <= static_cast<std::int64_t>(size));
     const std::int64_t frames = bytes / 4;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds arbitrary bytes to the wildcard comparison: the bytes before the first NUL are the pattern,
-// the others the text.
+// Feeds arbitrary bytes to the wildcard comparison. The bytes before the first NUL are the pattern;
+// the bytes after it are the text.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text =
         end == std::string_view::npos ? std::string_view() : input.substr(end + 1);
     static_cast<void>(sonarith::matches(text, pattern));
-    // A text without special characters matches itself, and everything matches a star.
+    // A text without wildcard characters matches itself as pattern. Every text matches "*".
     if (text.find_first_of("*?#[") == std::string_view::npos && !sonarith::matches(text, text)) {
         std::abort();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist editor's logic with real files and a real settings store; everything else is fake.
-// For tests and benchmarks; tests/support/playlist_world.h uses files in memory.
+// Creates the playlist editor's logic on a given file system and settings store, usually real ones;
+// all other interfaces are fakes. For tests and benchmarks. tests/support/playlist_world.h is the
+// same for files in memory.
 #pragma once
 
 #include <string>

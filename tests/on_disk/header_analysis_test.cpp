@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the header analysis with an independent decoder, on encoded files: the values on which
-// both agree, and those that the analysis deliberately does not read.
+// Compares the header analysis of MP3 files with an independent decoder. Tests the values on which
+// the analysis and the decoder agree, and the files for which they deliberately differ.
 #include "formats/mp3_analysis.h"
 
 #include <gmock/gmock.h>
@@ -20,16 +20,16 @@ namespace {
 using test::SecondOpinion;
 
 constexpr int samplesPerFrame = 1152; // of MPEG 1 Layer III
-/// Far from a whole second, so that one frame more or less does not change the duration.
+/// Not near a whole second, so that one frame more or less does not change the duration in seconds.
 constexpr double soundSeconds = 2.5;
 
-/// Noise with a changing volume, so that a variable bit rate varies.
+/// Noise whose volume changes, so that an encoder with a variable bit rate uses several rates.
 std::vector<std::int16_t> swellingNoise(int rate, int channels) {
     std::vector<std::int16_t> samples(static_cast<std::size_t>(rate * soundSeconds) *
                                       static_cast<std::size_t>(channels));
     std::uint32_t random = 7;
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        random = random * 1664525 + 1013904223; // Numerical Recipes' generator
+        random = random * 1664525 + 1013904223; // the generator from "Numerical Recipes"
         const double noise = random / 4294967296.0 - 0.5;
         samples[i] = static_cast<std::int16_t>(noise * static_cast<double>(i % 30'000));
     }
@@ -38,8 +38,8 @@ std::vector<std::int16_t> swellingNoise(int rate, int channels) {
 
 class HeaderAnalysisTest : public testing::Test {
   protected:
-    /// Encodes a file, and reads it with the analysis and with the decoder. `options` are the
-    /// encoder's.
+    /// Encodes a file with these options of LAME, then reads it with the analysis and with the
+    /// decoder.
     void encode(int rate, int channels, const std::string& options) {
         encode(rate, channels, options, swellingNoise(rate, channels));
     }
@@ -58,10 +58,11 @@ class HeaderAnalysisTest : public testing::Test {
     [[nodiscard]] std::int64_t bytes() const {
         return static_cast<std::int64_t>(std::filesystem::file_size(file()));
     }
+    /// How the analysis reports a flag.
     static std::string yesIf(bool condition) { return condition ? "yes" : "no"; }
 
     /// Compares all fields except bit rate and duration.
-    void expectTheDecodersHeader() const {
+    void expectTheHeaderThatTheDecoderRead() const {
         const mpg123_frameinfo& first = opinion->first;
         EXPECT_TRUE(analysed);
         EXPECT_EQ(first.version, MPG123_1_0);
@@ -72,8 +73,8 @@ class HeaderAnalysisTest : public testing::Test {
         EXPECT_EQ(info.CopyRight, yesIf((first.flags & MPG123_COPYRIGHT) != 0));
         EXPECT_EQ(info.Private, yesIf((first.flags & MPG123_PRIVATE) != 0));
         EXPECT_EQ(info.Original, yesIf((first.flags & MPG123_ORIGINAL) != 0));
-        // The size of a frame is computed from the rates and rounded down, plus one byte with
-        // padding.
+        // The size of a frame is computed from the rates and rounded down; with padding, the frame
+        // is one byte longer.
         const std::int64_t plainBytes = 144'000LL * first.bitrate / first.rate;
         EXPECT_EQ(info.Padding, yesIf(first.framesize != plainBytes));
         const std::vector<std::string> modes{"stereo", "joint stereo", "dual channel",
@@ -93,7 +94,7 @@ class HeaderAnalysisTest : public testing::Test {
     bool analysed = false;
 };
 
-// All bit rates at all sampling rates of MPEG 1.
+// Uses all bit rates and all sampling rates of MPEG 1.
 TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAConstantRateAsADecoderDoes) {
     int files = 0;
     for (const int rate : {44100, 48000, 32000}) {
@@ -101,7 +102,7 @@ TEST_F(HeaderAnalysisTest, ReadsTheHeaderOfAConstantRateAsADecoderDoes) {
             SCOPED_TRACE(std::to_string(rate) + " Hz, " + std::to_string(kilobits) + " kbit/s");
             encode(rate, 2,
                    "-b " + std::to_string(kilobits) + " --resample " + std::to_string(rate));
-            expectTheDecodersHeader();
+            expectTheHeaderThatTheDecoderRead();
             EXPECT_FALSE(info.IsVbr);
             EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
             EXPECT_EQ(info.Bitrate, kilobits);
@@ -123,12 +124,12 @@ TEST_F(HeaderAnalysisTest, ReadsModesAndFlagsAsADecoderDoes) {
     for (const char* options : all) {
         SCOPED_TRACE(options);
         encode(44100, 2, std::string("-b 128 ") + options);
-        expectTheDecodersHeader();
+        expectTheHeaderThatTheDecoderRead();
         EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
     }
     SCOPED_TRACE("one channel");
     encode(44100, 1, "-b 64");
-    expectTheDecodersHeader();
+    expectTheHeaderThatTheDecoderRead();
     EXPECT_EQ(info.Mode, "single channel");
     EXPECT_EQ(info.Bitrate, 64);
 }
@@ -137,9 +138,9 @@ TEST_F(HeaderAnalysisTest, ShowsTheAverageOfAllFramesForAVariableStereoRate) {
     for (const char* options : {"-V 0", "-V 2", "-V 4", "-V 6", "--abr 112", "--abr 190"}) {
         SCOPED_TRACE(options);
         encode(44100, 2, std::string("--resample 44.1 ") + options);
-        expectTheDecodersHeader();
+        expectTheHeaderThatTheDecoderRead();
         EXPECT_TRUE(info.IsVbr);
-        // The count does not include the information frame that contains it.
+        // The decoder counts the information frame, too; the count stored in that frame does not.
         EXPECT_EQ(info.Frames, opinion->frames - 1);
         const double average = static_cast<double>(bytes()) * 8 / seconds(info.Frames) / 1000;
         EXPECT_NEAR(info.Bitrate, average, 0.5);
@@ -162,7 +163,8 @@ TEST_F(HeaderAnalysisTest, FindsTheSameTagAsADecoder) {
 
 // --- deliberate differences from a decoder ------------------------------------
 
-// The files contain silence, in which no random pair of bytes looks like a frame.
+// The encoded sound is silence: in other sound, the analysis might take a pair of bytes for the
+// start of a frame.
 TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
     for (const int rate : {24000, 22050, 16000, 11025}) {
         SCOPED_TRACE(rate);
@@ -175,15 +177,15 @@ TEST_F(HeaderAnalysisTest, FindsNoFrameOfMpeg2) {
     }
 }
 
-TEST_F(HeaderAnalysisTest, MistakesAVariableRateInOneChannelForAConstantOne) {
+TEST_F(HeaderAnalysisTest, TreatsAVariableRateOfAMonoFileAsConstant) {
     encode(44100, 1, "-V 4 --resample 44.1");
-    expectTheDecodersHeader();
+    expectTheHeaderThatTheDecoderRead();
     EXPECT_FALSE(info.IsVbr);
     EXPECT_EQ(info.Bitrate, opinion->first.bitrate);
     EXPECT_EQ(info.Duration, bytes() * 8 / info.Bitrate / 1000);
 }
 
-TEST_F(HeaderAnalysisTest, DoesNotSkipALongLeadingTag) {
+TEST_F(HeaderAnalysisTest, FindsNoFrameBehindALongLeadingTag) {
     encode(44100, 2, "-b 128 --id3v2-only --pad-id3v2-size 6000 --tt Title");
     EXPECT_EQ(opinion->first.bitrate, 128);
     EXPECT_EQ(info.Bitrate, 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the playlist editor with real files: the state of a file after a kill at any system call of
-// a tag's write, and files that are huge, unreadable or not regular.
+// Tests the playlist editor with real files: kills it at each system call while it writes a tag,
+// and lets it use files that are huge, unreadable, not regular or strangely named.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -44,7 +44,7 @@ class PlaylistFilesTest : public testing::Test {
 
     MachineWorld world;
     test::FakeSettingsStore store;
-    /// Maps the machine's paths to those that the program shows.
+    /// Maps the machine's paths to the paths that the program shows.
     PathMap& paths = world.paths();
     Editor editor{world.files(), store};
 };
@@ -71,11 +71,11 @@ TEST_F(PlaylistFilesTest, AKillAtAnyCallOfATagWriteLeavesTheOldOrTheNewTag) {
         ASSERT_TRUE(left == old || left == written) << "call " << call;
         ++(left == old ? leftOld : leftWritten);
     }
-    EXPECT_GT(leftOld, 1) << "while the file is opened and measured";
-    EXPECT_GT(leftWritten, 1) << "while it is closed, and without a kill";
+    EXPECT_GT(leftOld, 1) << "no kill came before the write";
+    EXPECT_GT(leftWritten, 1) << "no kill came after the write";
 }
 
-TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndBlockNothing) {
+TEST_F(PlaylistFilesTest, PipesFoldersDevicesAndBrokenLinksHaveNoDataAndDoNotBlock) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
     fs::create_symlink("/dev/zero", world.disk() / "device.mp3");
@@ -93,8 +93,9 @@ TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesHaveNoDataAndBlockNothing) {
     EXPECT_TRUE(fs::is_empty(world.disk() / "folder.mp3"));
 }
 
-// As for a missing file, there is a message but no question, and nothing is deleted.
-TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedAndStay) {
+// Deliberate: the editor treats them like missing files. It shows the message that the file has
+// been deleted, without a question, and deletes nothing.
+TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedButAreNot) {
     ASSERT_EQ(::mkfifo((world.disk() / "pipe.mp3").c_str(), 0666), 0);
     world.makeFolder("folder.mp3");
     fs::create_symlink("/dev/zero", world.disk() / "device.mp3");
@@ -108,7 +109,7 @@ TEST_F(PlaylistFilesTest, PipesFoldersAndDevicesAreReportedAsDeletedAndStay) {
     }
 }
 
-TEST_F(PlaylistFilesTest, AFileOfAnyValidNameIsReadTaggedListedRenamedAndDeleted) {
+TEST_F(PlaylistFilesTest, AFileWithAnyValidNameCanBeReadTaggedListedRenamedAndDeleted) {
     for (const std::string name :
          {"a [live].mp3", "[.mp3", "star*.mp3", "what?.mp3", "no. #1.mp3", "\"quoted\" 'too'.mp3",
           "  blanks before.mp3", "Z\xc3\xbcrich \xe4\xb8\xad\xe5\x9b\xbd.mp3",
@@ -145,7 +146,7 @@ TEST_F(PlaylistFilesTest, AFileOfAnyValidNameIsReadTaggedListedRenamedAndDeleted
 }
 
 // The kernel accepts paths of at most 4,095 bytes.
-TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndOneWithALongerPathHasNoData) {
+TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndALongerPathHasNoData) {
     fs::path folder = world.disk();
     while (folder.string().size() + 201 < 4'080) {
         folder /= std::string(200, 'f');
@@ -179,14 +180,14 @@ TEST_F(PlaylistFilesTest, AFileWithTheLongestPathIsReadAndOneWithALongerPathHasN
     EXPECT_TRUE(fs::exists(longest));
 }
 
-TEST_F(PlaylistFilesTest, AFileMayBeRemovedOrTruncatedBetweenTwoSteps) {
+TEST_F(PlaylistFilesTest, ATagIsWrittenEvenIfTheFileWasRemovedOrTruncatedAfterReading) {
     world.put("a.mp3", mp3("Title"));
     const fs::path file = world.disk() / "a.mp3";
     // The file is removed between the analysis and the display.
     editor.machine.loop.atYield(1, [&] { fs::remove(file); });
     read("a.mp3");
     EXPECT_EQ(editor.form.Text4(2).text(), "Title");
-    // The file is missing or shorter when the tag is written.
+    // When the tag is written, the file is missing or has become shorter.
     editor.form.cmdTag.click();
     EXPECT_EQ(world.content("a.mp3"), tagOf("Artist", "Title"));
     for (const std::uintmax_t bytes : {50U, 1000U}) {
@@ -201,7 +202,7 @@ TEST_F(PlaylistFilesTest, AFileMayBeRemovedOrTruncatedBetweenTwoSteps) {
     EXPECT_THAT(editor.machine.boxes.shown, IsEmpty());
 }
 
-TEST_F(PlaylistFilesTest, AFileThatMayNotBeWrittenIsReadButNotTaggedRenamedOrDeleted) {
+TEST_F(PlaylistFilesTest, AFileWithoutWritePermissionIsReadButNotTaggedRenamedOrDeleted) {
     world.put("a.mp3", mp3("Title"));
     fs::permissions(world.disk() / "a.mp3",
                     fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -227,7 +228,7 @@ TEST_F(PlaylistFilesTest, AFileThatMayNotBeWrittenIsReadButNotTaggedRenamedOrDel
     EXPECT_EQ(world.content("a.mp3"), mp3("Title"));
 }
 
-TEST_F(PlaylistFilesTest, AFileThatMayNotBeReadHasNoData) {
+TEST_F(PlaylistFilesTest, AFileWithoutReadPermissionHasNoData) {
     world.put("a.mp3", mp3("Title"));
     fs::permissions(world.disk() / "a.mp3", fs::perms::none);
     fs::permissions(world.parent(), fs::perms::all);
@@ -254,7 +255,7 @@ TEST_F(PlaylistFilesTest, AHugeFileShowsItsTagAndThePreviousFilesHeader) {
         editor.form.cmdTag.click();
         EXPECT_EQ(fs::file_size(huge), static_cast<std::uintmax_t>(bytes));
         read("huge.mp3");
-        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "in the field of the title";
+        EXPECT_EQ(editor.form.Text4(2).text(), "Huge") << "the tag of the huge file was not read";
         EXPECT_EQ(editor.form.Text4(8).text(), std::to_string(bytes) + " bytes");
         EXPECT_EQ(editor.form.List1.list(0), "Bitrate            128");
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences' logic with real files, folders and a real settings store; everything else is
-// fake. For tests; tests/support/preferences_world.h uses files in memory.
+// Creates the preferences' logic on given files, folders and settings store, usually real ones; all
+// other interfaces are fakes. For tests. tests/support/preferences_world.h is the same for files in
+// memory.
 #pragma once
 
 #include "extraction/extraction.h"
@@ -19,7 +20,7 @@ struct PreferencesOver {
         windows.Form1.load();
         windows.Form4.load();
     }
-    /// The steps of a program start that load the settings and the preferences.
+    /// Loads the settings and the preferences, as the start of the program does.
     void start() {
         LoadSettings(platform.store, platform.files.programFolder(), process.settings);
         form.load();

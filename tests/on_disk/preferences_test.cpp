@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The preferences with real files and a real settings file: destinations of any name, destinations
-// that cannot be created, and the state after the next start.
+// Tests the preferences with real files and a real settings file: destination folders with unusual
+// names, destination folders that cannot be created, and settings that are kept until the next
+// start.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -32,10 +33,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// D: is a folder of the machine; the settings file is beside it.
+/// Drive D: is a folder of the machine. The settings file is in a folder beside it.
 class PreferencesOnDisk : public testing::Test {
   protected:
-    /// A start of the program: nothing of the previous start remains except the files on the disk.
+    /// A run of the program. Of the previous run, only the files on the disk remain.
     class Run {
       public:
         explicit Run(const PreferencesOnDisk& test)
@@ -76,7 +77,7 @@ class PreferencesOnDisk : public testing::Test {
             << "2 1 8:2 / " << disk().string() << " rw - ext4 /dev/b rw\n";
     }
     ~PreferencesOnDisk() override {
-        fs::current_path("/"); // not in a folder that is about to be deleted
+        fs::current_path("/"); // the present current folder may be below `folder`, which is deleted
     }
     [[nodiscard]] fs::path disk() const { return folder / "disk"; }
     [[nodiscard]] std::vector<std::string> namesOnDisk() const {
@@ -86,8 +87,8 @@ class PreferencesOnDisk : public testing::Test {
         }
         return names;
     }
-    /// Whether a start with this destination shows the two messages, keeps the key, and opens the
-    /// window.
+    /// Starts the program with this destination folder. Returns whether the program shows the two
+    /// messages, keeps the stored path, and can open the window.
     [[nodiscard]] bool isRefused(const std::string& path) const {
         Run run(*this);
         run.put(decodePathKey, path);
@@ -105,7 +106,7 @@ class PreferencesOnDisk : public testing::Test {
     fakes::TempFolder folder;
 };
 
-TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsCreatedAtOneStartAndFoundAtTheNext) {
+TEST_F(PreferencesOnDisk, ADestinationWithAnUnusualNameIsCreatedAtOneStartAndFoundAtTheNext) {
     for (const std::string& name :
          {std::string("My  Music"), std::string("\"Quoted\" 'Name'"), std::string("AÑ日🎵"),
           std::string("CAF\xc9 \xff"), std::string(255, 'N'), std::string("percent %20 = # ;")}) {
@@ -119,9 +120,9 @@ TEST_F(PreferencesOnDisk, ADestinationOfAnyNameIsCreatedAtOneStartAndFoundAtTheN
             EXPECT_THAT(run.messages(), IsEmpty());
             EXPECT_THAT(namesOnDisk(), ElementsAre(name));
             EXPECT_EQ(run.stored(decodePathKey), "d:\\" + name);
-            // The path that the run uses, converted to lower case, names the same folder.
-            const std::string& inForce = run.preferences().process.settings.decodePath;
-            EXPECT_TRUE(run.preferences().platform.files.changeFolder(inForce).ok());
+            // The run uses a path in lower case, which must lead to the same folder.
+            const std::string& used = run.preferences().process.settings.decodePath;
+            EXPECT_TRUE(run.preferences().platform.files.changeFolder(used).ok());
             EXPECT_THAT(namesOnDisk(), ElementsAre(name));
         }
         fs::remove(disk() / name);
@@ -139,7 +140,7 @@ TEST_F(PreferencesOnDisk, AMissingDestinationIsCreatedAgainWithItsParents) {
     }
 }
 
-TEST_F(PreferencesOnDisk, ADestinationThatIsAFileIsRefusedAndTheFileKept) {
+TEST_F(PreferencesOnDisk, ADestinationThatIsAFileIsRefusedAndTheFileIsKept) {
     std::ofstream(disk() / "taken") << "content";
     EXPECT_TRUE(isRefused("d:\\taken"));
     EXPECT_TRUE(isRefused("d:\\taken\\below"));
@@ -147,7 +148,7 @@ TEST_F(PreferencesOnDisk, ADestinationThatIsAFileIsRefusedAndTheFileKept) {
     EXPECT_EQ((std::stringstream() << file.rdbuf()).str(), "content");
 }
 
-TEST_F(PreferencesOnDisk, ADestinationWithTooLongANameOrNoDriveIsRefused) {
+TEST_F(PreferencesOnDisk, ADestinationWithAnInvalidNameOrWithoutADriveIsRefused) {
     EXPECT_TRUE(isRefused("d:\\" + std::string(256, 'n')));
     EXPECT_TRUE(isRefused("x:\\gone\\wav"));
     EXPECT_TRUE(isRefused("d:\\bad?name"));
@@ -173,14 +174,15 @@ TEST_F(PreferencesOnDisk, ADestinationOnAFullOrReadOnlyDiskIsRefused) {
             return test::mayNotMount;
         }
         if (isRefused("d:\\room")) {
-            return 1; // the disk still has space
+            return 1; // refused although the disk is writable and has space
         }
         if (::mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | flags, options) != 0) {
             return 2;
         }
         return isRefused("d:\\new") ? 0 : 3;
     };
-    // Two inodes: one for the root and one for the first folder.
+    // Two inodes, one for the root and one for the folder that step() creates first, leave none for
+    // another folder.
     const int full = test::runInChild([&] { return step(0, "nr_inodes=2"); });
     if (full == test::mayNotMount) {
         GTEST_SKIP() << "this user may not mount a disk";
@@ -233,7 +235,7 @@ TEST_F(PreferencesOnDisk, AllSettingsAreKeptAcrossARestart) {
     EXPECT_THAT(next.messages(), IsEmpty());
 }
 
-TEST(PreferencesOnAHangingDisk, ShowTheTwoMessagesAndLoadTheirWindow) {
+TEST(PreferencesWithAHangingDestination, ShowTheTwoMessagesAndLoadTheirWindow) {
     test::HangingWorld world;
     test::FakeSettingsStore store;
     store.put(settingsSection, decodePathKey, "e:\\Music\\Wav");
@@ -246,7 +248,7 @@ TEST(PreferencesOnAHangingDisk, ShowTheTwoMessagesAndLoadTheirWindow) {
     EXPECT_TRUE(over.form.loaded());
     EXPECT_EQ(over.process.settings.decodePath, "e:\\music\\wav");
     EXPECT_EQ(store.held(settingsSection, decodePathKey), "e:\\Music\\Wav");
-    // The list of folders does not hang, either.
+    // Choosing the hanging drive in the window does not hang, either.
     EXPECT_TRUE(over.form.Drive2.setDrive("e:").ok());
     EXPECT_EQ(over.form.Text9.text(), "e:\\Music\\Wav");
     world.mounts->answer(world.e);

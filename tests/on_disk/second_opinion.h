@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The values that an independent decoder reads from an MP3 file: the header of its first frame, the
-// number of frames, and the tag. For tests that compare the header analysis with it.
+// Reads an MP3 file with an independent decoder: the header of the first frame, the number of
+// frames, and the title in the tag. Tests compare the header analysis with these values.
 #pragma once
 
 #include <cstdint>
@@ -19,12 +19,12 @@ SONARITH_LATE_FUNCTION(mpg123Library, mpg123_open);
 SONARITH_LATE_FUNCTION(mpg123Library, mpg123_scan);
 
 struct SecondOpinion {
-    mpg123_frameinfo first{}; ///< of the first frame, even an information frame
-    std::int64_t frames = 0;  ///< all, including the information frame
-    std::optional<std::string> title = std::nullopt; ///< of a tag of the first version
+    mpg123_frameinfo first{}; ///< header of the first frame, even if it is an information frame
+    std::int64_t frames = 0;  ///< number of frames, including an information frame
+    std::optional<std::string> title = std::nullopt; ///< from an ID3v1 tag; nothing without a tag
 };
 
-/// Empty for a file that the decoder does not accept.
+/// Returns nothing for a file that the decoder does not accept.
 [[nodiscard]] inline std::optional<SecondOpinion>
 secondOpinionOf(const std::filesystem::path& file) {
     mpg123_init();
@@ -32,7 +32,7 @@ secondOpinionOf(const std::filesystem::path& file) {
     mpg123_param2(decoder, MPG123_ADD_FLAGS, MPG123_QUIET | MPG123_IGNORE_INFOFRAME, 0);
     SecondOpinion opinion;
     bool read = mpg123_open(decoder, file.c_str()) == MPG123_OK;
-    // The scan moves on to the last frame, so the header of the first one is read before it.
+    // The header of the first frame is read first, because the scan moves to the last frame.
     read = read && mpg123_info(decoder, &opinion.first) == MPG123_OK;
     read = read && mpg123_scan(decoder) == MPG123_OK;
     opinion.frames = mpg123_framelength(decoder);

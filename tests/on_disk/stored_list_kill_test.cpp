@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tests the stored playlist in the user's settings file: its state after a kill at any system call
-// of a change.
+// Changes the playlist in a real settings file and kills the process at each system call of the
+// change: the file must contain the old or the new list.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -71,8 +71,8 @@ TEST_P(StoredListTest, AKillAtAnyCallLeavesTheOldOrTheNewList) {
         ASSERT_THAT(left, AnyOf(before, GetParam().after)) << "call " << call;
         ++(left == before ? leftBefore : leftAfter);
     }
-    EXPECT_GT(leftBefore, 5) << "before the file is replaced";
-    EXPECT_GT(leftAfter, 1) << "after it, and without a kill";
+    EXPECT_GT(leftBefore, 5) << "too few kills came before the file was replaced";
+    EXPECT_GT(leftAfter, 1) << "no kill came after the file was replaced";
 }
 
 INSTANTIATE_TEST_SUITE_P(Changes, StoredListTest,

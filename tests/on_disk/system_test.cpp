@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every operation of the product's facade on this machine, compared with the machine's own tools.
-// Unlike with a fake, each operation reads its real data source.
+// Tests every operation of the class System on the real machine: compares the results with the
+// output of the machine's own tools.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -24,7 +24,7 @@ namespace {
 
 using testing::MatchesRegex;
 
-class FacadeOfThisMachine : public ::testing::Test {
+class SystemOfThisMachine : public ::testing::Test {
   protected:
     test::FakeSettingsStore store;
     MountInfo mounts;
@@ -40,18 +40,19 @@ class FacadeOfThisMachine : public ::testing::Test {
     System system{information, files};
 };
 
-TEST_F(FacadeOfThisMachine, HasTheRootsSizeAndType) {
+TEST_F(SystemOfThisMachine, HasTheSizeAndTypeOfTheRootDrive) {
     std::int64_t total = 0;
     std::int64_t free = 0;
     for (int tries = 0; tries < 300 && total == 0; ++tries) {
-        system.DriveInfo("C:\\", total, free); // the values arrive late on a busy machine
+        system.DriveInfo("C:\\", total, free); // on a busy machine the first calls may return 0
     }
     std::istringstream df(test::outputOf("df -B1 --output=size,avail / | tail -1"));
     std::int64_t dfTotal = 0;
     std::int64_t dfAvailable = 0;
     df >> dfTotal >> dfAvailable;
     EXPECT_EQ(total, dfTotal);
-    // Other programs may write between the readings. Space reserved for the superuser is not free.
+    // Other programs may write between the two readings. `avail` does not include the space that is
+    // reserved for the superuser.
     constexpr double tolerance = 512e6;
     EXPECT_NEAR(static_cast<double>(free), static_cast<double>(dfAvailable), tolerance);
     EXPECT_NEAR(static_cast<double>(system.FastDiskSpace("c:")), static_cast<double>(free),
@@ -60,7 +61,7 @@ TEST_F(FacadeOfThisMachine, HasTheRootsSizeAndType) {
     EXPECT_EQ(system.DriveType("?:\\"), "");
 }
 
-TEST_F(FacadeOfThisMachine, CountsEachDriveOnce) {
+TEST_F(SystemOfThisMachine, CountsEachDriveOnce) {
     System::DriveCounts counts;
     system.Drives(counts);
     EXPECT_GE(counts.fixed, 1);
@@ -69,8 +70,8 @@ TEST_F(FacadeOfThisMachine, CountsEachDriveOnce) {
     EXPECT_EQ(all, static_cast<int>(paths.drives().drives().size()));
 }
 
-TEST_F(FacadeOfThisMachine, HasTheRootsLabelAndSerialNumber) {
-    // Without the device manager, neither the program nor the tool can read these values.
+TEST_F(SystemOfThisMachine, HasTheLabelAndSerialNumberOfTheRootDrive) {
+    // On a machine without the device manager, the tool cannot read these values, either.
     const std::string label = test::outputOf("findmnt -n -o LABEL /");
     EXPECT_EQ(system.VolumeLabel("C:\\"), label.empty() ? "NoName" : label);
     const std::string serial = system.SerialNumber("C:\\");
@@ -82,14 +83,14 @@ TEST_F(FacadeOfThisMachine, HasTheRootsLabelAndSerialNumber) {
     EXPECT_EQ(system.SerialNumber("?:\\"), "0000-0000");
 }
 
-TEST_F(FacadeOfThisMachine, HasTheMemoryThatTheKernelPrints) {
+TEST_F(SystemOfThisMachine, HasTheMemoryThatTheKernelReports) {
     System::Memory memory;
     system.FreeMemory(memory);
     EXPECT_EQ(memory.totalKb,
               std::stoll(test::outputOf("awk '/^MemTotal:/ {print $2}' /proc/meminfo")));
     const auto availableKb =
         std::stoll(test::outputOf("awk '/^MemAvailable:/ {print $2}' /proc/meminfo"));
-    // Other programs may start and end between the two readings.
+    // Other programs may use or free memory between the two readings.
     const double tolerance = 0.25 * static_cast<double>(memory.totalKb);
     EXPECT_NEAR(static_cast<double>(memory.availableKb), static_cast<double>(availableKb),
                 tolerance);
@@ -99,7 +100,7 @@ TEST_F(FacadeOfThisMachine, HasTheMemoryThatTheKernelPrints) {
                 1.0);
 }
 
-TEST_F(FacadeOfThisMachine, HasTheProcessorsThatAreOnline) {
+TEST_F(SystemOfThisMachine, HasTheNumberOfProcessorsThatAreOnline) {
     System::Processors processors{"none", 0, 0};
     system.SystemInfo(processors);
     EXPECT_EQ(processors.count, std::stoi(test::outputOf("getconf _NPROCESSORS_ONLN")));
@@ -107,7 +108,7 @@ TEST_F(FacadeOfThisMachine, HasTheProcessorsThatAreOnline) {
     EXPECT_NE(processors.activeMask, 0U);
 }
 
-TEST_F(FacadeOfThisMachine, HasTheKernelsVersion) {
+TEST_F(SystemOfThisMachine, HasTheVersionOfTheKernel) {
     System::Version version;
     system.WinVer(version);
     EXPECT_EQ(version.text, "Windows NT");
@@ -115,7 +116,7 @@ TEST_F(FacadeOfThisMachine, HasTheKernelsVersion) {
               test::outputOf("uname -r | grep -o '^[0-9]*\\.[0-9]*'"));
 }
 
-TEST_F(FacadeOfThisMachine, HasAKeyboardsNameIfThereIsOne) {
+TEST_F(SystemOfThisMachine, HasTheTypeAndTheFunctionKeysOfAPresentKeyboard) {
     std::ifstream devices("/proc/bus/input/devices");
     const auto keyboard =
         system_information::keyboardIn((std::stringstream() << devices.rdbuf()).str());
@@ -123,16 +124,16 @@ TEST_F(FacadeOfThisMachine, HasAKeyboardsNameIfThereIsOne) {
     EXPECT_EQ(system.FunctionKeys(), keyboard.functionKeys);
 }
 
-TEST_F(FacadeOfThisMachine, HasItsNames) {
+TEST_F(SystemOfThisMachine, HasTheNamesOfTheComputerAndTheUser) {
     EXPECT_EQ(system.ComputerName(), test::outputOf("uname -n"));
     std::string user;
     for (int tries = 0; tries < 300 && user.empty(); ++tries) {
-        user = system.UserName(); // the name arrives late on a busy machine
+        user = system.UserName(); // on a busy machine the first calls may return no name
     }
     EXPECT_EQ(user, test::outputOf("id -un"));
 }
 
-TEST_F(FacadeOfThisMachine, HasFoldersThatExist) {
+TEST_F(SystemOfThisMachine, HasSystemFoldersThatExist) {
     EXPECT_EQ(system.SystemDir(), paths.logicPathOf("/usr/lib") + "\\");
     EXPECT_EQ(system.WinDir(), paths.logicPathOf("/usr") + "\\");
     const std::string temp = test::outputOf("echo ${TMPDIR:-/tmp}");

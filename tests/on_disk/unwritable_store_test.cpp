@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The playlist over a settings file that cannot be written: its folder is read-only, or the disk is
-// full. The list stays usable, and the file keeps its content.
+// Tests the playlist if its settings file cannot be written, because the folder is read-only or the
+// disk is full: the list stays usable, and the file keeps its content.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -35,22 +35,22 @@ class UnwritableStoreTest : public testing::Test {
             store.SaveSetting(applicationName, playlistSection, std::to_string(i + 1), before[i]);
         }
     }
-    /// The list that the next run of the program loads.
+    /// The list that the next run of the program would load.
     [[nodiscard]] Paths stored() const {
         test::FakeFileSystem files;
         IniSettingsStore store(place());
         return UsedEditor(files, store).lines();
     }
-    static void delistSecondAndAddOne(UsedEditor& editor) {
+    static void removeTheSecondAndAddAnEntry(UsedEditor& editor) {
         editor.form.List2.setListIndex(1).passOver();
         editor.form.Command6.click();
         editor.form.Text5.setText("c:\\d.mp3");
         editor.form.Command20.click();
     }
-    /// Returns 0 if the changes apply in this run and were reported; otherwise the number of the
-    /// failed check.
+    /// Changes the list. Returns 0 if the changes are visible in this run and the failed write was
+    /// reported; otherwise the number of the check that failed.
     static int changesHold(UsedEditor& editor, const test::FakeNotices& notices) {
-        delistSecondAndAddOne(editor);
+        removeTheSecondAndAddAnEntry(editor);
         if (editor.lines() != after) {
             return 1;
         }
@@ -85,7 +85,7 @@ TEST_F(UnwritableStoreTest, InAReadOnlyFolderChangesApplyInThisRunOnly) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredOnceThereIsSpace) {
+TEST_F(UnwritableStoreTest, OnAFullDiskChangesApplyAndAreStoredWhenThereIsSpaceAgain) {
     const int answer = test::runInChild([&] {
         if (!test::mountSmallDisk(folder.path().string())) {
             return test::mayNotMount;

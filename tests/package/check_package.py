@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""check_package.py CHECK: checks the Debian package in build/package. `reproducible` builds it
-there, and once more elsewhere. Must be started in the project's folder. Prints the reason and exits
-with 77 if a check is not possible on this machine."""
+"""check_package.py CHECK: runs one check of the Debian package in build/package. The check
+`reproducible` builds this package, and builds it a second time in another folder. Must be started
+in the project's folder. If a check is not possible on this machine, prints the reason and exits
+with 77."""
 
 import filecmp
 import os
@@ -81,10 +82,10 @@ def desktop_file():
             if size != (side, side):
                 raise Fault(f"{picture} is {size}")
         if not (theme / f"scalable/apps/{icon}.svg").exists():
-            raise Fault("there is no drawing of the icon")
+            raise Fault("the scalable icon (SVG) is missing")
         main = pathlib.Path("src/main.cpp").read_text(encoding="utf-8")
         if f'setDesktopFileName("{entry.stem}")' not in main:
-            raise Fault("the name of the windows is not the name of the desktop file")
+            raise Fault("the name in setDesktopFileName() is not the name of the desktop file")
 
 
 def metadata():
@@ -113,18 +114,18 @@ def hardening():
                 (headers, r"FLAGS_1.*NOW", "symbols are bound late, so RELRO is not full"),
                 (headers, r"GNU_STACK.* RW ", "the stack can be executed"),
                 (symbols, "__stack_chk_fail", "no stack protector"),
-                (symbols, r"_chk@", "nothing is fortified")):
+                (symbols, r"_chk@", "no call is fortified (_FORTIFY_SOURCE)")):
             if not re.search(pattern, text):
                 raise Fault(what)
         if str(pathlib.Path.cwd()).encode() in program.read_bytes():
-            raise Fault("the program contains the path of its build")
+            raise Fault("the program contains the path of its build folder")
         if ".debug_info" in run("readelf", "--wide", "-S", program):
             raise Fault("the debug symbols are not in a package of their own")
 
 
 def dependencies():
-    """Each library of the program, linked or loaded late, must be in a package of its
-    dependencies."""
+    """Each library that the program uses, linked or loaded late, must be in a package on which the
+    Debian package depends."""
     asked = run("dpkg-deb", "-f", package(), "Depends")
     names = {re.split(r"[ :(]", one.strip())[0] for one in asked.split(",")}
     with tempfile.TemporaryDirectory() as folder:
@@ -142,8 +143,8 @@ def dependencies():
 
 
 def clean_root():
-    """Installs the package into a new Debian 12 with its dependencies alone, uses the program,
-    removes the package, and checks that the system is unchanged."""
+    """Creates a new Debian 12 system, installs the package and only its dependencies there, uses
+    the program, removes the package, and checks that the system is then as before."""
     from clean_root import CleanRoot, NotPossible  # only this check needs a screen and its tools
     try:
         with CleanRoot() as root:
@@ -157,7 +158,8 @@ def clean_root():
 def use_and_remove(root):
     shutil.copy(package(), root.path / "tmp/sonarith.deb")
     root.run("apt-get", "update", "-qq")
-    # The dependencies are installed first, so that their files are not compared.
+    # The dependencies are installed before `before` is read, so that their files cause no
+    # difference.
     depends = run("dpkg-deb", "-f", package(), "Depends")
     root.install(*(re.split(r"[ (]", one.strip())[0] for one in depends.split(",")))
     before = root.files()

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A new Debian 12 in a folder, into which a package is installed with its dependencies alone. The
-installed program runs in it and is operated on a virtual screen of this machine."""
+"""Creates a new Debian 12 system in a folder and installs a package with only its dependencies
+there. The installed program runs in this system; it is operated on a virtual screen of this
+machine."""
 
 import contextlib
 import os
@@ -19,8 +20,8 @@ from scenes import close, start_row, wavs_by_track  # noqa: E402
 from sound import check_track, disc_samples  # noqa: E402
 from waiting import check_equal, wait_for  # noqa: E402
 
-SECONDS = 3  # of each track
-# Folders that users or the package manager itself write to, or that are not stored on a disk.
+SECONDS = 3  # length of each track
+# Folders that files() omits: users or the package manager write to them, or they are not on a disk.
 NOT_COMPARED = ("dev", "home", "proc", "run", "sys", "tmp", "var/cache", "var/lib/apt", "var/lib/dpkg", "var/log")
 
 
@@ -30,10 +31,11 @@ class NotPossible(Exception):
 
 
 class CleanRoot:
-    """Use as a context; the system is deleted at its end."""
+    """A Debian 12 system. Use as a context manager: the system is deleted at the end of the
+    context."""
 
     def __init__(self):
-        # All users may enter it, as the parent folders of any system's files.
+        # All users must be able to enter the folder: users of the new system run the program.
         self._folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-package-"))
         self._folder.chmod(0o755)
         self.path = self._folder / "root"
@@ -53,17 +55,18 @@ class CleanRoot:
 
     def _make(self):
         if os.geteuid() != 0:
-            raise NotPossible("only root can make a system to install into")
+            raise NotPossible("only root can create a system to install into")
         tool = shutil.which("mmdebstrap")
         if not tool:
             raise NotPossible("mmdebstrap is not installed")
         self._attempt(tool, "--variant=minbase", "bookworm", self.path)
-        # The root is a mount, so that the program finds its disk in the list of mounts.
+        # The system's root must be a mount, so that the program finds its disk in the list of
+        # mounts.
         self._mount("--bind", self.path, self.path)
         (self.path / "proc").mkdir(exist_ok=True)
         self._mount("-t", "proc", "proc", self.path / "proc")
-        # A path of this machine to a file of the system is the path of the same file inside the system,
-        # too.
+        # This link makes a path of this machine to a file of the new system valid inside the new
+        # system, too.
         inner = self.path / self._folder.relative_to("/")
         inner.mkdir(parents=True, exist_ok=True)
         (inner / "root").symlink_to("/")
@@ -94,8 +97,8 @@ class CleanRoot:
         self.run("apt-get", "install", "-y", "-qq", "--no-install-recommends", *packages)
 
     def files(self):
-        """Mode and size of each file of the system by its path, without files that change
-        anyway."""
+        """Mode and size of each file and of each empty folder of the system, by path. Omits
+        NOT_COMPARED."""
         found = {}
         for folder, folders, files in os.walk(self.path):
             below = os.path.relpath(folder, self.path)
@@ -108,8 +111,8 @@ class CleanRoot:
         return found
 
     def use_program(self):
-        """Starts the installed program as a new user does, extracts a track into the folder that
-        the program chooses, and opens help by the keyboard. Returns the user's home."""
+        """Starts the installed program with the home of a new user, extracts a track into the
+        program's default folder, and opens help by the keyboard. Returns the home."""
         launcher = self._folder / "sonarith"
         launcher.write_text(f'#!/bin/sh\nexec chroot "{self.path}" /usr/bin/sonarith "$@"\n')
         launcher.chmod(0o755)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the level meter with the samples of a disc image, through the whole chain: image, drive,
-// command interpreter, sound card, mixer and wave input. Only the clock is simulated.
+// Compares the level meter with the samples of a disc image. The samples pass through the program's
+// own drive, command interpreter, sound card, mixer and wave input; the test only sets the time.
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 using sound::StereoFrame;
 
-/// Counts and keeps what the recorder's source has delivered: the sound that the meter measures.
+/// Stores the frames that the recorder receives: the meter measures the same frames.
 class KeptSound : public sound::RecordingSink {
   public:
     void record(std::span<const StereoFrame> block) override {
@@ -54,12 +54,12 @@ class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
     }
     ~TheMeterOnARealCard() override { world_.form.Command6.click(); }
 
-    /// Plays this number of blocks of the disc, one after the other.
+    /// Plays this number of blocks of the disc.
     void pass(std::size_t blocks) {
         for (std::size_t i = 0; i < blocks; ++i) {
             const std::size_t before = kept_->frames.size();
-            // The reader's thread delivers the sound; a card without available sound waits, and
-            // does not catch up that time.
+            // The reader's thread delivers the sound. A card for which no sound is available waits,
+            // and does not make up for that time later.
             ASSERT_TRUE(fakes::eventually([&] {
                 if (kept_->frames.size() == before) {
                     time_ += 10ms;
@@ -69,7 +69,7 @@ class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
             }));
         }
     }
-    /// One step of the meter must show exactly this level.
+    /// Runs one tick of the meter, which must then show exactly this level.
     void expectReading(int level) {
         world_.form.Timer3.fire();
         EXPECT_EQ(world_.player.mixerState.Volume, -level);
@@ -87,7 +87,7 @@ class TheMeterOnARealCard : public testing::TestWithParam<const char*> {
                               }};
 };
 
-TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceTheLastOne) {
+TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceThePreviousTick) {
     ASSERT_EQ(samples_.size(), 450U * disc::framesPerSector);
     ASSERT_EQ(world_.form.CD.text(), "Cd Ready");
     world_.form.play.click();
@@ -95,7 +95,7 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceTheLastOne) {
     std::vector<int> levels;
     for (int tick = 0; tick < 150; ++tick) {
         SCOPED_TRACE("tick " + std::to_string(tick));
-        // One block for most ticks, and four for some, as if the window had been busy.
+        // Before most ticks one block is played, before some ticks four, as if the window was busy.
         ASSERT_NO_FATAL_FAILURE(pass(tick % 7 == 6 ? 4 : 1));
         const std::size_t end = kept_->frames.size();
         ASSERT_LE(end, samples_.size());
@@ -108,13 +108,13 @@ TEST_P(TheMeterOnARealCard, ShowsAtEachTickTheLargestSampleSinceTheLastOne) {
         expectReading(level);
         from = end;
     }
-    EXPECT_GT(levels.size(), 20U) << "the levels differ enough to detect a wrong block";
-    // The disc's sound from its first sample on, and nothing else.
+    EXPECT_GT(levels.size(), 20U) << "too few different levels to detect a wrong block";
+    // The card has played the disc from its first sample on, and nothing else.
     disc::expectFrames(kept_->frames,
                        {samples_.begin(), samples_.begin() + std::ssize(kept_->frames)});
 }
 
-TEST_P(TheMeterOnARealCard, MeasuresBeforeVolumeAndMuteAndFallsToSilence) {
+TEST_P(TheMeterOnARealCard, IsIndependentOfVolumeAndMuteAndFallsToZeroInSilence) {
     world_.form.play.click();
     world_.form.Option13.click();
     world_.form.sliderMasterVolume.moveTo(65535);
