@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Plays one extraction on a virtual screen with simulated user input; keeps the WAV file and
+"""Extracts a track on a virtual screen with simulated user input. Stores the WAV file and
 screenshots.
 
     demo.py PROGRAM OUTPUT_FOLDER
@@ -20,8 +20,8 @@ from scenes import close
 from sound import bytes_of, check_track, disc_samples
 from waiting import Failure, check_equal, wait_for
 
-SECONDS = 6  # of each track: long enough that the figures change visibly
-MOST_SECONDS = 240  # for the whole demonstration, on the slowest of machines
+SECONDS = 6  # length of each track: long enough to show how the displayed numbers change
+MOST_SECONDS = 240  # for the whole demonstration, even on a slow machine
 
 
 def too_long(*_):
@@ -29,7 +29,7 @@ def too_long(*_):
 
 
 class Album:
-    """Numbered screenshots of the main window."""
+    """Takes numbered screenshots of the main window."""
 
     def __init__(self, folder, program):
         self.folder = folder

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A virtual screen with a window manager, a message bus, the accessibility services and a home
-folder for the programs started on it; and simulated mouse and keyboard input."""
+"""Starts a virtual screen with a window manager, a message bus and the accessibility services, and
+programs on this screen, with a home folder of their own. Simulates mouse and keyboard input."""
 
 import atexit
 import ctypes
@@ -19,21 +19,22 @@ from waiting import check, wait_for
 
 # Of the virtual screen, in pixels.
 SCREEN = (1280, 960)
-# Longer than a desktop's double-click interval, so that two clicks at one position stay two clicks.
+# Longer than the double-click interval, so that two clicks at one position are no double click.
 SECONDS_BETWEEN_CLICKS = 0.6
-# As long as a user needs between two steps; the program's speed does not depend on it.
+# The time that a user needs between two steps of a drag.
 SECONDS_BETWEEN_DRAG_STEPS = 0.2
-# More than the pointer moves during an unsteady click.
+# A distance that the program takes for a drag and not for an unsteady click.
 PIXELS_OF_A_DRAG = 16
 
 
 def _adopt_orphans():
-    """Makes this process the parent of the services' children when the services end."""
+    """Makes this process inherit the children of the services when the services end."""
     set_child_subreaper = 36
     check(ctypes.CDLL(None).prctl(set_child_subreaper, 1, 0, 0, 0) == 0, "prctl failed")
 
 
 def _end_adopted():
+    """Kills the children that this process has inherited."""
     children = pathlib.Path("/proc/thread-self/children")
     while pids := [int(pid) for pid in children.read_text().split()]:
         for pid in pids:
@@ -55,8 +56,8 @@ class Frame(typing.NamedTuple):
 
 
 class Desktop:
-    """The virtual screen and its services. Use as a context manager; its end kills all
-    processes."""
+    """The virtual screen and its services. Use as a context manager: the end of the context kills
+    all processes."""
 
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="sonarith-e2e-"))
@@ -67,7 +68,7 @@ class Desktop:
         self._last_click = (None, 0.0)
         self.environment = {
             **{key: os.environ[key] for key in ("PATH",) if key in os.environ},
-            # A sanitizer's report must end the program here as in other tests.
+            # These options make a sanitizer's report end the program, as in other tests.
             **{key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")},
             "LANG": "C.UTF-8",
             "XDG_RUNTIME_DIR": str(self.folder / "runtime"),
@@ -79,7 +80,7 @@ class Desktop:
     def __enter__(self):
         atexit.register(self.close)
         _adopt_orphans()
-        # A killed test must clean up, too.
+        # A test that is ended by SIGTERM must clean up, too.
         signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended from outside"))
         try:
             runtime = pathlib.Path(self.environment["XDG_RUNTIME_DIR"])
@@ -107,7 +108,7 @@ class Desktop:
 
     def _start_screen(self):
         reading, writing = os.pipe()
-        # Without a reset: it would disconnect all clients when the first one disconnects.
+        # "-noreset": otherwise the server would reset itself when its last client disconnects.
         self._start("Xvfb", "-displayfd", str(writing), "-screen", "0",
                     "{}x{}x24".format(*SCREEN),
                     "-nolisten", "tcp", "-noreset", pass_fds=(writing,))
@@ -132,7 +133,8 @@ class Desktop:
         wait_for("the window manager", manages)
 
     def _start_bus(self):
-        # In the folder of the programs, since some of them run in a system with another /tmp.
+        # The bus's socket is in the runtime folder and not in /tmp, since some programs run in a
+        # system with another /tmp.
         place = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "bus"
         bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1",
                           f"--address=unix:path={place}", stdout=subprocess.PIPE, text=True)
@@ -142,7 +144,7 @@ class Desktop:
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
 
     def _open_accessibility(self):
-        # The library reads the bus address from the environment, once per process.
+        # The library reads the bus address from this process's environment, and only once.
         for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "AT_SPI_BUS_ADDRESS"):
             os.environ.pop(key, None)
             if key in self.environment:
@@ -155,8 +157,8 @@ class Desktop:
              "org.a11y.Bus.GetAddress"], env=self.environment, capture_output=True,
             check=False).returncode == 0)
         Atspi.init()
-        Atspi.set_timeout(20_000, 20_000)  # milliseconds; a slow program has not crashed
-        # Cached values may be outdated.
+        Atspi.set_timeout(20_000, 20_000)  # milliseconds, long enough for a slow program
+        # No cache, since its values may be outdated.
         Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
         return Atspi
 
@@ -170,10 +172,10 @@ class Desktop:
         _end_adopted()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    # The environment of the programs.
+    # Programs and their environment.
 
     def move_to(self, home):
-        """Sets another home folder for the programs that are started from now on."""
+        """Sets the home folder of the programs that are started from now on."""
         self.home = pathlib.Path(home).absolute()
         self.environment.update({
             "HOME": str(self.home),
@@ -188,8 +190,8 @@ class Desktop:
         return pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "sonarith" / "Sonarith v2.0.ini"
 
     def stored(self, section):
-        """The values of a section of the store by key, with keys and values in the form of the
-        file."""
+        """The values of a section of the settings store by key. Keys and values are escaped as in
+        the file."""
         if not self.store.exists():
             return {}
         text = self.store.read_text(encoding="utf-8")
@@ -198,8 +200,8 @@ class Desktop:
 
     def write_store(self, drive, destination, output="none", **settings):
         """Writes a settings store that selects a disc image, a destination folder (a path of the
-        machine) and a sound output. The path has the form that it had before the home got a drive
-        letter."""
+        machine) and a sound output. The destination is stored on drive C:, the form of older
+        versions, in which the home had no drive letter of its own."""
         escaped = ("C:" + str(destination).replace("/", "\\")).replace("\\", "\\\\")
         lines = ["[Devices]", f'Drive="{drive}"', f"Output={output}", "", "[Settings]",
                  f'DecodePath="{escaped}"', *(f"{key}={value}" for key, value in settings.items())]
@@ -207,8 +209,8 @@ class Desktop:
         self.store.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
     def launch(self, program, *arguments, log=None):
-        """Starts a program in this home and returns its process. Its output goes to the open file
-        `log` or, without one, to program.log."""
+        """Starts a program in the home folder and returns its process. The program's output is
+        written to the open file `log`, if given, and otherwise to program.log."""
         with open(self.home / "program.log", "ab") as errors:
             process = self._start(str(pathlib.Path(program).absolute()), *arguments,
                                   stdout=log or errors, stderr=errors, cwd=self.home)
@@ -216,6 +218,7 @@ class Desktop:
         return process
 
     def end_programs(self):
+        """Kills the programs that launch() has started."""
         for process in self._programs:
             process.kill()
             process.wait()
@@ -246,8 +249,8 @@ class Desktop:
         self._last_click = ((x, y), time.monotonic())
 
     def drag(self, start, end):
-        """Drags with the left button from one position to another: first a few pixels aside, as a
-        user does, then in one step."""
+        """Drags with the left button from one position to another. The pointer first moves a few
+        pixels, so that the program detects a drag, and then to `end` in one step."""
         place, when = self._last_click
         if place == start:
             time.sleep(max(0.0, when + SECONDS_BETWEEN_CLICKS - time.monotonic()))
@@ -258,21 +261,22 @@ class Desktop:
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS)
 
     def move_slowly(self, start, end, steps=8):
-        """Moves the pointer in `steps` steps: during a drag between two programs, each step must be
-        acknowledged by the window below the pointer."""
+        """Moves the pointer in several steps, with a pause after each step: during a drag between
+        two programs, the window below the pointer must acknowledge each step."""
         for step in range(1, steps + 1):
             x, y = (round(a + (b - a) * step / steps) for a, b in zip(start, end))
             self.move_to_point(x, y)
             time.sleep(SECONDS_BETWEEN_DRAG_STEPS / 2)
 
     def press(self, *keys):
-        """Presses keys one after the other, named as xdotool names them ("alt+a", "Return")."""
+        """Presses keys one after the other. The names of the keys are those of xdotool ("alt+a",
+        "Return")."""
         self.xdotool("key", "--delay", 60, *keys)
 
     def type(self, text):
         self.xdotool("type", "--delay", 20, text)
 
-    # What the screen shows.
+    # Screen and windows.
 
     def screenshot(self, path, window="root"):
         subprocess.run(["import", "-frame", "-window", window, str(path)], env=self.environment,
@@ -286,7 +290,8 @@ class Desktop:
         return done.stdout.split()
 
     def owner_of(self, window):
-        """The X window that owns a window, which stays above it; None for none."""
+        """The X window that owns the given window (a window stays above its owner); None if there
+        is no owner."""
         done = subprocess.run(["xprop", "-id", str(window), "WM_TRANSIENT_FOR"], check=True,
                               env=self.environment, capture_output=True, text=True)
         number = done.stdout.partition("#")[2].strip()
@@ -306,7 +311,7 @@ class Desktop:
         return Frame(x - left, y - top, width + left + right, height + top + bottom)
 
     def place(self, window, x, y):
-        """Moves a window's upper left corner to a place on the screen."""
+        """Moves a window's upper left corner to a position on the screen."""
         self.xdotool("windowmove", "--sync", window, x, y)
 
     def activate(self, window):

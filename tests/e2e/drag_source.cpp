@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Replaces a file manager in tests: a window from which one file can be dragged. It prints
+// Replaces a file manager in tests: shows a window from which one file can be dragged. Prints
 // "accepted" when the window below the pointer accepts the file, and "dropped" or "refused" at the
 // end of the drag.
 //
@@ -29,8 +29,8 @@ class FileLabel : public QLabel {
     }
 
   protected:
-    // A label passes presses to its parent; this one accepts them, so that it receives the
-    // movements that follow.
+    // By default, a label passes a press to its parent. This label accepts the press, so that it
+    // receives the movements that follow.
     void mousePressEvent(QMouseEvent* event) override { event->accept(); }
     void mouseMoveEvent(QMouseEvent*) override {
         auto* file = new QMimeData;

@@ -13,8 +13,8 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 
 
 def make_disc(folder, name="disc", **options):
-    """Creates a disc image with tools/make_disc_image.py, which documents the options (tracks=3,
-    signal="ramp"). Returns the sheet's path."""
+    """Creates a disc image by tools/make_disc_image.py, where the options are documented (for
+    example tracks=3, signal="ramp"). Returns the path of the sheet."""
     arguments = [f"--{key}={value}" for key, value in options.items()]
     maker = REPOSITORY / "tools" / "make_disc_image.py"
     made = subprocess.run([sys.executable, maker, folder, "--name", name, *arguments],
@@ -23,9 +23,10 @@ def make_disc(folder, name="disc", **options):
 
 
 def run(*scenarios, desktop=Desktop):
-    """Runs each scenario(desktop, program path) on one screen, each in its own home folder. Exits
-    with 0 if all of them passed. A failed scenario leaves a screenshot. `desktop` is the class of
-    the screen."""
+    """Runs the scenarios one after the other on the same screen, each with its own home folder. A
+    scenario is a function with the parameters desktop and program (its path). Exits with 0 if all
+    scenarios passed. Stores a screenshot for each failed scenario. `desktop` is the class of the
+    screen."""
     program = pathlib.Path(sys.argv[1]).absolute()
     check(program.is_file(), f"the program {program} does not exist")
     failed = []
@@ -36,7 +37,7 @@ def run(*scenarios, desktop=Desktop):
             desktop.move_to(desktop.folder / name)
             try:
                 scenario(desktop, program)
-            except Exception:  # the other scenarios run, whatever has failed
+            except Exception:  # the other scenarios run even if this one has failed
                 failed.append(name)
                 traceback.print_exc()
                 picture = pathlib.Path.cwd() / f"{name}.png"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A panel that embeds tray icons (freedesktop.org, System Tray Protocol 0.4), in the screen's upper
-// left corner: side by side, 24 pixels each. It prints "ready", and "docked ID" and "left ID" for
-// each icon's window. It runs until it is killed.
+// A panel for tests that embeds tray icons (freedesktop.org, System Tray Protocol 0.4). The icons
+// are side by side in the screen's upper left corner, each 24 pixels wide. The panel prints "ready"
+// when it has started, "docked ID" when it has embedded the icon with window ID, and "left ID" when
+// that window was destroyed. It runs until it is killed.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -43,7 +44,7 @@ struct Panel {
         xcb_flush(connection);
     }
 
-    void announce() {
+    void becomeTrayHost() {
         const std::uint32_t values[] = {screen->white_pixel, 1, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
         xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
                           4 * iconSide, iconSide, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
@@ -94,6 +95,6 @@ struct Panel {
 int main() {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     Panel panel;
-    panel.announce();
+    panel.becomeTrayHost();
     panel.run();
 }

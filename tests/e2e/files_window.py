@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Drags a file from the window of another program, as from a file manager."""
+"""Drags a file from the window of drag_source, a program that replaces a file manager."""
 
 from waiting import check_equal, wait_for
 
@@ -9,7 +9,7 @@ MIDDLE = (POSITION[0] + 100, POSITION[1] + 60)
 
 
 class FilesWindow:
-    """The running drag_source program, which replaces a file manager, with its one file."""
+    """A running drag_source with the file that can be dragged from its window."""
 
     def __init__(self, desktop, drag_source, path):
         self.desktop = desktop
@@ -33,7 +33,7 @@ class FilesWindow:
         self.desktop.move_slowly(MIDDLE, position)
 
     def drop(self, expected):
-        """Ends the drag; `expected` is its outcome, "dropped" or "refused"."""
+        """Ends the drag and checks its outcome: `expected` is "dropped" or "refused"."""
         self.desktop.button(False)
         wait_for("the end of the drag", lambda: set(self.output()) & {"dropped", "refused"})
         check_equal(self.output()[-1], expected, "the end of the drag")

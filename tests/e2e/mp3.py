@@ -13,13 +13,13 @@ import wave
 from sound import BYTES_PER_FRAME, FRAME_RATE, check_format, samples_of
 from waiting import check, check_equal
 
-PEAK = 12000  # of the tones: well below clipping
+PEAK = 12000  # amplitude of the tones, well below clipping
 BYTES_AT_A_TIME = 1 << 20
 
 
 def _encode(samples, path, *options):
-    """Encodes stereo samples (an array of signed 16 bit numbers) into an MP3 file. The output is
-    not a pipe, since the encoder returns to the beginning to write the tag."""
+    """Encodes stereo samples (an array of signed 16-bit numbers) into an MP3 file. The output must
+    not be a pipe, since at the end the encoder writes its information frame at the beginning."""
     path.parent.mkdir(parents=True, exist_ok=True)
     if sys.byteorder == "big":
         samples.byteswap()
@@ -30,7 +30,7 @@ def _encode(samples, path, *options):
 
 
 def tone(seconds, hertz):
-    """A sine in the left channel and the same with half the amplitude in the right one."""
+    """Samples of a sine wave in both channels; the right channel has half the amplitude."""
     turn = 2 * math.pi * hertz / FRAME_RATE
     samples = array.array("h")
     for n in range(int(seconds * FRAME_RATE)):
@@ -40,17 +40,17 @@ def tone(seconds, hertz):
 
 
 def make_mp3(path, seconds=2, hertz=440):
-    """Creates an MP3 of a tone, with the tag that gives its length in samples."""
+    """Creates an MP3 file of a tone. Its information frame states the length in samples."""
     _encode(tone(seconds, hertz), path)
 
 
 def make_long_mp3(path, hours):
-    """Creates a long MP3 fast, by repeating the frames of some seconds of noise. Noise takes a
-    decoder the most time, and no two parts of these seconds are equal."""
+    """Creates a long MP3 file quickly, by repeating the frames of 20 seconds of noise. Of all
+    sounds, noise takes a decoder the most time, and no two parts of these seconds are equal."""
     seconds = 20
     noise = array.array("h", random.Random(1).randbytes(seconds * FRAME_RATE * BYTES_PER_FRAME))
-    # Without a tag that states a length, and without frames that depend on others: the frames can
-    # be repeated.
+    # The options omit the information frame ("-t") and make all frames independent of each other
+    # ("--nores"), so that the frames can be repeated.
     _encode(noise, path, "-t", "--nores")
     frames = path.read_bytes()
     with open(path, "ab") as target:
@@ -59,7 +59,8 @@ def make_long_mp3(path, hours):
 
 
 def check_decoded(wav, mp3, seconds, hertz):
-    """Checks that the WAV holds the samples of another decoder, and the tone that was encoded."""
+    """Checks that the WAV file contains the same samples as another decoder produces, and that
+    these are the tone that was encoded."""
     samples = samples_of(wav)
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(mp3)], check=True,
@@ -67,22 +68,24 @@ def check_decoded(wav, mp3, seconds, hertz):
         with wave.open(other.name, "rb") as source:
             expected = source.readframes(source.getnframes())
     check_equal(len(samples), len(expected), f"bytes of samples in {wav.name}")
-    check(samples == expected, f"{wav.name} holds other samples than another decoder's")
+    check(samples == expected, f"{wav.name} differs from the output of another decoder")
     original = tone(seconds, hertz)
     decoded = array.array("h", samples)
     check_equal(len(decoded), len(original), f"samples of {wav.name}")
     error = sum((a - b) ** 2 for a, b in zip(original, decoded))
-    # The encoding of a tone loses far less than a hundredth of its power.
-    check(error * 100 < sum(a * a for a in original), f"{wav.name} does not hold the tone")
+    # The error of the encoding has far less than a hundredth of the tone's power.
+    check(error * 100 < sum(a * a for a in original),
+          f"{wav.name} does not contain the encoded tone")
 
 
 def check_beginning(wav, mp3, hours):
-    """Checks the WAV of a long MP3 whose decoding was stopped in the middle: it holds another
-    decoder's samples from the first one on, without a gap, but not all of them. Returns its length
-    in seconds."""
+    """Checks the WAV file of a long MP3 file whose decoding was stopped in the middle: the WAV file
+    begins with the same samples as the output of another decoder, but is shorter. Returns its
+    length in seconds."""
     with wave.open(str(wav), "rb") as kept, contextlib.ExitStack() as ending:
         check_format(kept, wav.name)
-        check(kept.getnframes() < hours * 3600 * FRAME_RATE, f"{wav.name} holds the whole file")
+        check(kept.getnframes() < hours * 3600 * FRAME_RATE,
+              f"{wav.name} is not shorter than the MP3 file")
         other = subprocess.Popen(["mpg123", "-q", "-s", str(mp3)], stdout=subprocess.PIPE,
                                  stderr=subprocess.DEVNULL)
         ending.callback(other.wait)
@@ -91,8 +94,8 @@ def check_beginning(wav, mp3, hours):
         at = 0
         while samples := kept.readframes(BYTES_AT_A_TIME // BYTES_PER_FRAME):
             check(samples == other.stdout.read(len(samples)),
-                  f"{wav.name} differs from another decoder's in the {BYTES_AT_A_TIME} bytes "
-                  f"after sample {at}")
+                  f"{wav.name} differs from the output of another decoder in the {BYTES_AT_A_TIME} "
+                  f"bytes after sample {at}")
             at += len(samples) // BYTES_PER_FRAME
     check_equal(at, kept.getnframes(), f"samples of {wav.name}")
     return at / FRAME_RATE

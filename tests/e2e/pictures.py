@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Takes the pictures of all windows from the running program on a virtual screen: those of README.md
-and the package in docs/pictures/, and those of the help pages, which are narrower, in
+"""Takes pictures of all windows of the running program on a virtual screen. Stores those for
+README.md and the package in docs/pictures/, and narrower copies for the help pages in
 share/help/pictures/.
 
     pictures.py PROGRAM"""
@@ -23,15 +23,16 @@ from waiting import wait_for
 
 DOCUMENTS = REPOSITORY / "docs/pictures"
 HELP_PAGES = REPOSITORY / "share/help/pictures"
-PAGE_WIDTH = 540  # pixels, of the help window's text
-SECONDS = 95  # of each track
+PAGE_WIDTH = 540  # width of the help window's text in pixels
+SECONDS = 95  # length of each track
 TRACKS = 5
 SONGS = {"morning song": ("Morning Song", 523), "by the river": ("By the River", 440),
          "evening song": ("Evening Song", 392)}
 
 
 def tag(title):
-    """The 128 bytes of a tag; title and artist as the editor shows them."""
+    """The 128 bytes of a tag. The playlist editor exchanges title and artist when it reads a tag,
+    so the tag is written in the order in which the editor shows the fields."""
     texts = ((title, 30), ("Demo Orchestra", 30), ("Demonstration", 30), ("2026", 4), ("", 30))
     return b"TAG" + b"".join(text.encode().ljust(length, b"\0") for text, length in texts) + b"\x20"
 
@@ -41,12 +42,13 @@ class Camera:
         self.desktop, self.started = desktop, started
 
     def take(self, name, window, of_help_page=True):
-        # Away from controls that show the pointer above them.
+        # Some controls change while the pointer is above them, so it is moved away.
         self.desktop.xdotool("mousemove", 1270, 950)
         time.sleep(1)
         picture = DOCUMENTS / f"{name}.png"
         self.desktop.screenshot(picture, window)
-        # Without times and other texts, so that an unchanged window is an unchanged file.
+        # Times and texts are removed from the file, so that an unchanged window has an unchanged
+        # file.
         strip = ("-strip", "-define", "png:exclude-chunks=date,time")
         subprocess.run(["convert", picture, *strip, picture], check=True)
         if of_help_page:
@@ -138,7 +140,7 @@ def playlist(camera, music):
         wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
         camera.desktop.type(str(music / f"{name}.mp3"))
         camera.desktop.press("Return")
-        wait_for("the file in hand",
+        wait_for("the chosen file",
                  lambda: (started.text("Currently editing this file") or "").endswith(f"{name}.mp3"))
         started.click("Add to PlayList", "push button")
     camera.take("playlist", window)

@@ -21,7 +21,7 @@ class PlayerPanel:
         return self.started.text("Mode")
 
     def position(self):
-        """(track, seconds) of the display; None while it shows no position."""
+        """The track and the seconds that the display shows; None while it shows no position."""
         shown = re.fullmatch(r"\[(\d+)\] (\d+):(\d+)", self.started.text("Track and time") or "")
         return shown and (int(shown[1]), int(shown[2]) * 60 + int(shown[3]))
 
@@ -33,7 +33,7 @@ class PlayerPanel:
         return self.position()
 
     def switch_on(self):
-        """Switches the player on; a disc must be in the drive."""
+        """Switches the player on and waits until it has read the disc in the drive."""
         self.started.click("Open CD Player", "radio button")
         wait_for("the disc", lambda: self.mode() == "Cd Ready" and
                  self.position() == (1, 0))
@@ -55,11 +55,11 @@ class PlayerPanel:
         return self.started.is_checked(self.started.find("Mute", "radio button", within))
 
     def slider(self, name):
-        """The number that a screen reader reads: 0 (silence) to 10 (the loudest)."""
+        """The value that a screen reader reads: 0 (silence) to 10 (the loudest)."""
         return self.started.value(name, "slider")
 
     def set_to_lowest(self, name):
-        """Operates the slider by keyboard; the panel must have the focus."""
+        """Moves the slider to its lowest value by keyboard. The panel must be the active window."""
         self.started.tab_to(name, "slider")
         self.started.desktop.press("Home")
         wait_for(f"{name} at its lowest", lambda: self.slider(name) == 0)
@@ -71,13 +71,14 @@ class PlayerPanel:
     # Meter.
 
     def bar_height(self):
-        """The visible height of the bar in pixels."""
+        """The visible height of the meter's bar in pixels."""
         clip = self.started.extents("Level")
         bar = self.started.extents("Level bar")
         return clip.y + clip.height - max(clip.y, bar.y) if clip and bar else 0
 
     def trace_rows(self):
-        """The rows of the trace's picture that contain a part of its line, counted from the top."""
+        """The numbers of the pixel rows of the meter's trace that contain a part of its green line,
+        counted from the top."""
         box = self.started.extents("Sound Level Meter")
         taken = subprocess.run(
             ["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",

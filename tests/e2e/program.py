@@ -14,7 +14,7 @@ class Program:
     """A running program: reads its windows and sends input to them."""
 
     def __init__(self, desktop, path):
-        """Starts the program, and does not wait for its window."""
+        """Starts the program without waiting for its window."""
         self.desktop = desktop
         self.process = desktop.launch(path)
         self._atspi = desktop.atspi
@@ -33,7 +33,7 @@ class Program:
         self.process.kill()
         self.process.wait()
 
-    # What the windows show. An element that vanishes while it is read counts as missing.
+    # Contents of the windows. An element that is removed while it is read counts as missing.
 
     def _application(self):
         root = self._atspi.get_desktop(0)
@@ -44,7 +44,7 @@ class Program:
         return None
 
     def _children(self, accessible):
-        # The count is read each time: rows are added and removed meanwhile.
+        # The count is read before each child, because rows may be added and removed at any time.
         i = 0
         while i < accessible.get_child_count():
             child = accessible.get_child_at_index(i)
@@ -56,7 +56,7 @@ class Program:
         yield accessible
         if (accessible.get_role_name() == "list" and
                 accessible.get_child_count() > MOST_LINES_WALKED):
-            return  # each line costs a call; lines() reads them
+            return  # reading each line takes a call; use lines() for the lines of a long list
         for child in self._children(accessible):
             yield from self._walk(child)
 
@@ -72,8 +72,7 @@ class Program:
         return accessible.get_state_set().contains(self._atspi.StateType.SHOWING)
 
     def top_windows(self):
-        """The visible windows as accessible elements: main window, other windows and message
-        boxes."""
+        """The accessible elements of all visible windows, including message boxes."""
         def read():
             application = self._application()
             return [] if application is None else [
@@ -81,7 +80,8 @@ class Program:
         return self._tolerant(read, [])
 
     def find(self, name, role=None, within=None):
-        """The first visible element of that name (and role name), or None."""
+        """The first visible element with this name, and with this role if given; None if there is
+        none."""
         def read():
             for window in [within] if within is not None else self.top_windows():
                 for element in self._walk(window):
@@ -121,7 +121,7 @@ class Program:
         return wait_for("the main window", read)
 
     def window_id(self, title):
-        """The X window of that caption, or None."""
+        """The visible X window with this caption; None if there is none."""
         for window in self.desktop.windows_of(self.process.pid):
             name = subprocess.run(["xdotool", "getwindowname", window], check=False,
                                   env=self.desktop.environment, capture_output=True, text=True)
@@ -136,7 +136,8 @@ class Program:
         return window
 
     def extents(self, name, role=None):
-        """The position of an element on the screen (x, y, width, height); None for none."""
+        """The position and size of an element on the screen (x, y, width, height); None if there is
+        no such element."""
         def read():
             element = self.find(name, role)
             return element and self.rectangle_of(element)
@@ -163,33 +164,33 @@ class Program:
             if element.get_role_name() == "label" and self._shows(element)]
 
     def labels(self, bar):
-        """The texts of the labels in a bar, in order."""
+        """The texts of the visible labels in a bar, in their order in the bar."""
         return self._tolerant(
             lambda: [element.get_name() for element in self._label_elements(bar)], [])
 
     def watch_labels(self, bar):
-        """Finds the labels in a bar once. Returns a function that reads their current texts a
-        hundred times as fast as labels(), for texts that are shown only for half a second."""
+        """Finds the labels in a bar once, and returns a function that reads their current texts. It
+        is a hundred times as fast as labels(): for texts that are shown only for half a second."""
         elements = wait_for(f"the labels of {bar!r}", lambda: self._tolerant(
             lambda: self._label_elements(bar), []))
         return lambda: [element.get_name() for element in elements]
 
     def text(self, name, role="text"):
-        """The content of a text field; None for none."""
+        """The content of a text field; None if there is no such field."""
         def read():
             field = self.find(name, role)
             return None if field is None else field.get_text(0, field.get_character_count())
         return self._tolerant(read, None)
 
     def lines(self, name):
-        """The lines of a list box, in order."""
+        """The lines of a list box, from the first to the last."""
         def read():
             box = self.find(name, "list")
             return [] if box is None else [line.get_name() for line in self._children(box)]
         return self._tolerant(read, [])
 
     def click_line(self, box, line, button=1, times=1):
-        """Clicks on a line of a list box; only the left button selects it."""
+        """Clicks on a line of a list box with button 1 (left) or 3 (right)."""
         def centre():
             within = self.find(box, "list")
             element = within and self.find(line, within=within)
@@ -197,13 +198,13 @@ class Program:
         self.desktop.click_at(*wait_for(f"the line {line!r} of {box!r}", centre), times, button)
 
     def open_window(self, button, title):
-        """Opens a window with a button of the main window."""
+        """Clicks on a button of the main window that opens a window. Returns the X window."""
         self.click(button, "push button")
         wait_for(f"the window {title!r}", lambda: self.window(title))
         return self.activate(title)
 
     def close_other(self, title):
-        """Closes another window with its close button."""
+        """Closes a window other than the main window by its close button."""
         self.desktop.ask_to_close(wait_for(f"the window {title!r}",
                                            lambda: self.window_id(title)))
         wait_for(f"the closed window {title!r}", lambda: self.window(title) is None)
@@ -216,7 +217,7 @@ class Program:
         self.desktop.type(text)
 
     def choose_from_popup(self, open_it, entry):
-        """Opens a popup menu and chooses an entry by mouse."""
+        """Calls `open_it` to open a popup menu, and clicks on an entry."""
         open_it()
         self.click(entry, "menu item")
 
@@ -242,7 +243,7 @@ class Program:
     # User input.
 
     def rectangle_of(self, element):
-        """The position of an accessible element on the screen: x, y, width, height."""
+        """The position and size of an accessible element on the screen: x, y, width, height."""
         return element.get_extents(self._atspi.CoordType.SCREEN)
 
     def centre_of(self, element):
@@ -250,7 +251,7 @@ class Program:
         return box.x + box.width // 2, box.y + box.height // 2
 
     def _settled_centre(self, name, role=None, within=None):
-        """The centre of an element, once it exists and no longer moves."""
+        """Waits until an element exists and no longer moves. Returns its centre."""
         def read():
             element = self.find(name, role, within)
             return element and self._tolerant(lambda: self.centre_of(element), None)
@@ -260,11 +261,11 @@ class Program:
         return wait_for(f"{role or 'element'} {name!r} to stop moving", settled)
 
     def click(self, name, role=None, times=1, within=None):
-        """Clicks on the centre of an element, once it exists and no longer moves."""
+        """Waits until an element exists and no longer moves, then clicks on its centre."""
         self.desktop.click_at(*self._settled_centre(name, role, within), times)
 
     def choose_menu(self, *names):
-        """Clicks on a menu and its entries, from the heading to the last entry."""
+        """Clicks on a menu of the menu bar, then on the given entry of each submenu."""
         for name in names:
             self.click(name, "menu item")
 
@@ -274,8 +275,8 @@ class Program:
         return (self.labels("Activity bar") or [""])[0]
 
     def figures(self):
-        """The shown percentage, captured bytes and progress, each an int, or None if no number is
-        shown."""
+        """The displayed percentage, number of captured bytes and progress. Each is an int, or None
+        if it is not displayed."""
         labels = self.labels("Status bar")
         percent, captured = labels[1:3] if len(labels) == 3 else ("", "")
         progress = self.value("Progress")
@@ -292,7 +293,7 @@ class Program:
         return self._tolerant(read, [])
 
     def group(self, name):
-        """The rows below a group's row, up to the next group or collection."""
+        """The texts of the rows below a group's row, up to the next row that is a heading."""
         rows = self.rows()
         if name not in rows:
             return []
@@ -320,7 +321,8 @@ class Program:
         self.desktop.xdotool("windowactivate", "--sync", main)
 
     def close_panel(self):
-        """Closes the player's panel, for scenarios that count windows or need the focus."""
+        """Closes the player's panel. For scenarios that count windows or need the keyboard
+        focus."""
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
                                 str(self.process.pid), "--name", "^CD Player$"], check=False,
                                env=self.desktop.environment, capture_output=True, text=True)
@@ -328,7 +330,7 @@ class Program:
         wait_for("the closed panel", lambda: self.window("CD Player") is None)
 
     def open_row(self, name):
-        """Expands a row of the tree with the arrow before it."""
+        """Expands a row of the tree by a click on the arrow before the row."""
         before = len(self.rows())
         def extents():
             row = self.find(name, "table cell")
@@ -342,8 +344,8 @@ class Program:
         self.click(name, "table cell", times)
 
     def drag_row(self, name, target):
-        """Drags a row of the tree onto another one, in one step, so that no row between is
-        touched."""
+        """Drags a row of the tree onto another row in one step, so that the pointer passes over no
+        row between them."""
         self.desktop.drag(self._settled_centre(name, "table cell"),
                           self._settled_centre(target, "table cell"))
 

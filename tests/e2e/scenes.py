@@ -7,14 +7,14 @@ from sound import bytes_of
 from waiting import check, check_equal, wait_for
 
 
-# The destination folder below the home. With a blank and capitals, since the logic converts the
-# path to lower case and does not quote it.
+# The name of the destination folder, which is in the home. It contains a blank and capitals,
+# because the logic does not quote the path and converts it to lower case.
 MUSIC = "My Music"
 
 
 def start_with_disc(desktop, program, seconds, output="none", signal="ramp"):
-    """Starts the program with a disc of three tracks of equal length in the drive and expands the
-    group of its tracks. Returns the program, the sheet and the destination."""
+    """Starts the program with a disc of three tracks of equal length in the drive, and expands the
+    group "Available Tracks". Returns the program, the sheet and the destination folder."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=seconds, signal=signal)
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, output)
@@ -32,8 +32,8 @@ def music_folder(desktop):
 
 
 def start_in(desktop, program, destination, full_paths=False, output="none"):
-    """Starts the program with a destination folder, whose files the tree shows with or without
-    their paths, and with a disc of two tracks."""
+    """Starts the program with a destination folder and a disc of two tracks. `full_paths` is
+    whether the tree shows the files of the folder with their paths."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
     desktop.write_store(sheet, destination, output, **{"show%20full%20path": int(full_paths)})
     started = Program(desktop, program)
@@ -48,34 +48,35 @@ def go_to_row(desktop, started, name):
 
 
 def row_of(path):
-    """The row of a file in a music_folder() if the tree shows full paths: the path of the logic in
-    lower case. The home is drive H:."""
+    """The text of a row for a file in the music_folder() while the tree shows full paths: the path
+    of the logic in lower case. The home is drive H:."""
     below_home = path.parts[path.parts.index(MUSIC):]
     return "\\".join(["h:", *below_home]).lower()
 
 
 def check_box(started, text):
-    """Waits for a message box with this text and closes it with its button."""
+    """Waits for a message box with this text and closes it by its button."""
     wait_for(f"the message box {text!r}", lambda: started.find(text, "label"))
     started.click("OK", "push button")
     wait_for("the closed message box", lambda: started.find(text, "label") is None)
 
 
 def start_row(started, row):
-    """Selects a row and starts its action."""
+    """Selects a row and presses "Start "."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
     started.click("Start ", "push button")
 
 
 def start_track(started, row):
-    """Starts a single track, and waits until two seconds of it have been captured."""
+    """Starts the extraction of a track, and waits until two seconds have been captured."""
     start_row(started, row)
     wait_for("two seconds of sound", lambda: (started.figures()[1] or 0) > bytes_of(2))
 
 
 def wavs_by_track(destination):
-    """The WAV files of the destination folder by track number; it must contain nothing else."""
+    """The WAV files of the destination folder by track number. Fails if the folder contains
+    anything else."""
     found = {}
     for path in sorted(destination.iterdir()):
         check(path.suffix == ".wav", f"unexpected file in the destination folder: {path.name}")

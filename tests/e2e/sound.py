@@ -14,13 +14,13 @@ MOST_TAIL_FRAMES = FRAME_RATE * 150 // 1000
 
 
 def check_format(wav, name):
-    """Checks that an open WAV has the format of a disc."""
+    """Checks that an open WAV file has the sample format of an audio CD."""
     shape = (wav.getnchannels(), wav.getsampwidth(), wav.getframerate())
     check_equal(shape, (2, 2, FRAME_RATE), f"the format of {name}")
 
 
 def samples_of(path):
-    """The bytes of a WAV's samples; checks its format."""
+    """Checks the format of a WAV file and returns the bytes of its samples."""
     with wave.open(str(path), "rb") as source:
         check_format(source, path.name)
         samples = source.readframes(source.getnframes())
@@ -29,7 +29,7 @@ def samples_of(path):
 
 
 def disc_samples(sheet):
-    """The bytes of all samples of an image with one BINARY file."""
+    """The bytes of all samples of a disc image, whose sheet must use one BINARY file."""
     return pathlib.Path(sheet).with_suffix(".bin").read_bytes()
 
 
@@ -45,7 +45,8 @@ def track_samples(disc, number, seconds):
 
 
 def find_run(samples, run):
-    """The frame of `samples` at which `run` begins, or -1; it must begin at a whole frame."""
+    """The number of the frame in `samples` at which the bytes `run` begin; -1 if they do not occur
+    at the start of a frame."""
     at = samples.find(run)
     while at > 0 and at % BYTES_PER_FRAME:
         at = samples.find(run, at + 1)
@@ -53,43 +54,43 @@ def find_run(samples, run):
 
 
 def check_silence(samples, start, name):
-    check(not any(samples[:start * BYTES_PER_FRAME]), f"{name}: no silence before the track")
+    check(not any(samples[:start * BYTES_PER_FRAME]), f"{name}: there is sound before the track")
 
 
 def check_run(path, disc, number, seconds):
-    """Checks that the WAV holds the whole track `number` of a disc of equal tracks, whose samples
-    are `disc`: silence, the track without a gap, and the samples that follow on the disc. Returns
-    the number of frames before and after the track."""
+    """Checks that a WAV file contains silence, then the whole track `number` without a gap, then
+    the samples that follow on the disc. `disc` are the samples of the disc, whose tracks have equal
+    lengths. Returns the numbers of frames before and after the track."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track)
-    check(start >= 0, f"{path.name} does not hold track {number} without a gap")
+    check(start >= 0, f"{path.name} does not contain track {number} without a gap")
     check_silence(samples, start, path.name)
     tail = samples[start * BYTES_PER_FRAME + len(track):]
     follows = disc[bytes_of(number * seconds):] + bytes(len(tail))
     check(follows.startswith(tail),
-          f"{path.name}: the samples after the track differ from the disc's")
+          f"{path.name}: the samples after the track differ from those on the disc")
     return start, len(tail) // BYTES_PER_FRAME
 
 
 def check_track(path, disc, number, seconds):
-    """As check_run, and bounds the number of frames before and after the track."""
+    """Like check_run(), and also limits the numbers of frames before and after the track."""
     lead_in, tail = check_run(path, disc, number, seconds)
     check(lead_in <= MOST_LEAD_IN_FRAMES, f"{path.name}: {lead_in} frames before the track")
     check(tail <= MOST_TAIL_FRAMES, f"{path.name}: {tail} frames after the track")
 
 
 def beginning_of_track(path, disc, number, seconds):
-    """Checks the WAV of a track that was stopped in the middle: silence, the track from its first
-    sample on, then only silence. Returns how many bytes of the track and of the silence after it
-    there are."""
+    """Checks the WAV file of a track whose capture was stopped in the middle: silence, the track
+    from its first sample on, then only silence. Returns the number of bytes of the track and of the
+    silence after it."""
     samples = samples_of(path)
     track = track_samples(disc, number, seconds)
     start = find_run(samples, track[:bytes_of(1) // 10])
-    check(start >= 0, f"{path.name} does not hold the beginning of track {number}")
+    check(start >= 0, f"{path.name} does not contain the beginning of track {number}")
     check_silence(samples, start, path.name)
     kept = samples[start * BYTES_PER_FRAME:]
-    check(len(kept) < len(track), f"{path.name} was not stopped in the middle")
+    check(len(kept) < len(track), f"{path.name} is not shorter than the track")
     same = len(os.path.commonprefix([kept, track]))
     check(not any(kept[same:]), f"{path.name} differs from track {number} after {same} bytes")
     return same, len(kept) - same

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A private sound server whose sink has the timing of a sound card and records what it plays. It
-does not touch the user's server and configuration."""
+"""Starts a sound server that only the tests use. Its sink consumes samples at the rate of a sound
+card, and what the sink plays is recorded. The user's server and configuration are not used."""
 
 import signal
 
@@ -11,8 +11,8 @@ SINK = "sonarith"
 
 
 class SoundServer:
-    """Becomes the ALSA device "default" of the programs that the desktop starts from now on. Ends
-    with the desktop."""
+    """The sound server is the ALSA device "default" of the programs that the desktop starts from
+    now on. It ends with the desktop."""
 
     def __init__(self, desktop):
         self._folder = desktop.home / "sound"
@@ -41,7 +41,7 @@ class SoundServer:
         wait_for("the recording of the sink", lambda: self._recording.stat().st_size > 0)
 
     def played(self):
-        """The bytes of all samples played so far, including silence."""
+        """The bytes of all samples that were played so far, including silence."""
         return self._recording.read_bytes()
 
     def position(self):
@@ -49,7 +49,7 @@ class SoundServer:
         return self._recording.stat().st_size // BYTES_PER_FRAME * BYTES_PER_FRAME
 
     def latest(self, seconds=0.4):
-        """The samples played last."""
+        """The bytes of the samples that were played last."""
         count = int(seconds * FRAME_RATE) * BYTES_PER_FRAME
         with open(self._recording, "rb") as played:
             played.seek(max(0, self.position() - count))
@@ -66,4 +66,5 @@ class SoundServer:
         self._server.wait()
 
     def hang(self):
+        """Stops the server's process, so that the server does not respond."""
         self._server.send_signal(signal.SIGSTOP)

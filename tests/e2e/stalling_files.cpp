@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A library that a test preloads into the program: calls for files below the folder STALLED_FOLDER
-// do not return while the file STALLED_WHILE exists, as on a disk that spins up or a server
-// that does not respond. All other calls reach the system unchanged.
+// A library that a test preloads into the program to simulate a disk that spins up or a server that
+// does not respond. The environment variables STALLED_FOLDER and STALLED_WHILE are paths: while the
+// file STALLED_WHILE exists, calls for files below the folder STALLED_FOLDER do not return. All
+// other calls reach the system unchanged.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>

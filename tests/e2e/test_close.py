@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program ends cleanly whenever its window is closed."""
+"""Tests that the program saves a running capture and ends with exit code 0 when its window is
+closed, its exit button is pressed or it receives a signal."""
 
 import signal
 

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Decoding MP3 files to WAV files: one, the selected ones, all of them; cancelling and closing."""
+"""Tests the decoding of one MP3 file, of the selected MP3 files and of all MP3 files to WAV files,
+and that cancelling a decoding and closing the program keep the decoded part."""
 
 from driver import run
 from mp3 import check_beginning, check_decoded, make_long_mp3, make_mp3
@@ -8,13 +9,13 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 2
 HERTZ = {"first": 440, "second": 550, "third": 660}
-# Long enough that a click on Cancel is handled far before the end.
+# Long enough that a click on Cancel is handled long before the end of the decoding.
 LONG_HOURS = 3
 
 
 def start_with_tones(desktop, program, full_paths=False):
-    """Starts the program with the three short files in its destination. Returns program and
-    destination."""
+    """Starts the program with three short MP3 files in its destination folder. Returns the program
+    and the folder."""
     destination = music_folder(desktop)
     for name, hertz in HERTZ.items():
         make_mp3(destination / f"{name}.mp3", SECONDS, hertz)
@@ -35,8 +36,8 @@ def wavs(destination):
 
 
 def check_wavs(destination, names):
-    """Checks that the folder holds the three MP3 files and these WAV files, with the right
-    samples."""
+    """Checks that the folder contains the three MP3 files and, of WAV files, exactly those with
+    these names, and checks their samples."""
     check_equal(wavs(destination), sorted(names), "WAV files of the folder")
     check_equal(len(list(destination.iterdir())), len(HERTZ) + len(names), "files of the folder")
     for name in names:
@@ -45,9 +46,9 @@ def check_wavs(destination, names):
 
 
 def watch_decoding(started, row):
-    """Starts the action of a row and reads the window until the decoding has ended. Returns the
-    distinct texts in order of appearance: captions, lines of the activity bar, and last labels of
-    the status bar."""
+    """Starts the action of a row and reads the window until the decoding has ended. Returns three
+    lists of distinct texts in order of appearance: the captions of the window, the label texts of
+    the activity bar, and the label texts of the status bar except the first."""
     captions, actions, status = [], [], []
     were_closed = False
     window = started.get("Sonarith v2.0", "frame")
@@ -68,7 +69,7 @@ def watch_decoding(started, row):
         were_closed = were_closed or not are_open
         seen = read()
         if seen != read():
-            return False  # read during the change to the next file
+            return False  # the texts are just changing
         caption, bar, figures = seen
         if bar[0].startswith("Decoding "):
             add(caption, captions)
@@ -82,7 +83,7 @@ def watch_decoding(started, row):
 
 
 def wait_for_cleared_displays(started):
-    """Waits until the displays are cleared, some seconds after the end."""
+    """Waits until the texts of the action are cleared, some seconds after its end."""
     wait_for("the cleared displays", lambda: started.title == "Sonarith v2.0" and
              started.next_action() == "Next action:")
 
@@ -113,7 +114,7 @@ def all_mp3s_become_wav_files(desktop, program):
     started, destination = start_with_tones(desktop, program)
     (destination / "third.mp3").unlink()
     started.open_popup("third.mp3")
-    # Removes the entry and the row although the file no longer exists.
+    # The file no longer exists, but its entry in the list and its row must be removed.
     started.click("Remove and Delete File", "menu item")
     wait_for("two MP3 files", lambda: sorted(started.group("MP3 Files")) ==
              ["first.mp3", "second.mp3"])
@@ -142,7 +143,7 @@ def selected_mp3s_become_wav_files(desktop, program):
                  lambda: name in started.group("Selected MP3 Files"))
     check_equal(started.group("MP3 Files"), ["second.mp3"], "MP3 files that are not selected")
     captions, actions, status = watch_decoding(started, "Selected MP3 Files")
-    # The file that was selected last is the first in the list.
+    # The file that was selected last is decoded first.
     check_equal(captions, ["Decoding first.mp3", "Decoding third.mp3"], "captions")
     check_equal([action for action, _ in actions],
                 ["Decoding #1 of 2 files", "Decoding #2 of 2 files"], "lines of the activity bar")
@@ -184,7 +185,8 @@ def closing_ends_a_wait_for_a_vanished_file(desktop, program):
 
 
 def wait_for_moving_figures(started):
-    """Waits until percentage and progress have changed twice, and checks that the end is far."""
+    """Waits until percentage and progress have changed twice, and checks that they are still below
+    100."""
     percents, progress = set(), set()
 
     def moved():
@@ -194,14 +196,14 @@ def wait_for_moving_figures(started):
             progress.add(bar)
         return len(percents) >= 3 and len(progress) >= 3
 
-    wait_for("moving figures", moved)
+    wait_for("changing percentages and progress", moved)
     check(max(percents | progress) < 100,
-          f"the decoding was too close to its end: {sorted(percents)}")
+          f"the decoding has already ended: {sorted(percents)}")
 
 
 def check_decoded_part(destination):
-    """Checks that the WAV holds the decoded part of the long file, and that there is no other new
-    file."""
+    """Checks that the only new file is the WAV file of the long file and that it contains a part of
+    this file, a minute at least."""
     check_equal(sorted(path.name for path in destination.iterdir()),
                 ["long.mp3", "long.wav", "short.mp3"], "files of the folder")
     kept = check_beginning(destination / "long.wav", destination / "long.mp3", LONG_HOURS)
@@ -222,8 +224,8 @@ def cancelling_keeps_the_decoded_part(desktop, program):
     wait_for("the hidden button", lambda: started.find("Cancel", "push button") is None)
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     check_decoded_part(destination)
-    # The next decoding works as usual. It starts after the displays are cleared, which would clear
-    # its own texts, too.
+    # The next decoding works as usual. It is started only after the texts were cleared, because the
+    # clearing would remove its own texts, too.
     wait_for_cleared_displays(started)
     watch_decoding(started, "short.mp3")
     check_decoded(destination / "short.wav", destination / "short.mp3", SECONDS, 440)

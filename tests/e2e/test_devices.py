@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The Devices window: choosing a disc image, output and source, and reports about faulty images."""
+"""Tests the Devices window: the choice of a disc image, an output and a recording source, and the
+report about faulty images."""
 
 from driver import make_disc, run
 from program import Program
@@ -56,7 +57,8 @@ def output_and_source_are_stored(desktop, program):
         return [line for line in section.splitlines() if line.startswith(("Output=", "Source="))]
 
     def choose(former, key, entry, line):
-        """Opens the combo box that shows `former`, and selects an entry with `key`."""
+        """Opens the combo box that shows `former`, selects another entry by the key `key`, and
+        waits until `entry` is shown and `line` is in the store."""
         started.click(former, "combo box")
         desktop.press(key, "Return")
         started.get(entry, "combo box")
@@ -83,7 +85,7 @@ def an_incomplete_sheet_counts_as_an_empty_drive(desktop, program):
     sheet = make_disc(desktop.home / "discs", name="torn", tracks=2, seconds=2)
     lines = sheet.read_text().splitlines()
     bad_line = next(i for i, line in enumerate(lines) if "INDEX" in line)
-    lines[bad_line] = lines[bad_line][:-4]  # from mm:ss:ff to mm:s
+    lines[bad_line] = lines[bad_line][:-4]  # truncates the time mm:ss:ff to mm:s
     sheet.write_text("\n".join(lines[:bad_line + 1]))
     desktop.write_store(sheet, desktop.home / "My Music")
     started = Program(desktop, program)
@@ -91,7 +93,7 @@ def an_incomplete_sheet_counts_as_an_empty_drive(desktop, program):
     started.click("OK", "push button")
     started.wait_for_window()
     check("Track" not in "".join(started.group("Available Tracks")),
-          "tracks of an incomplete sheet")
+          "tracks of an incomplete sheet are listed")
     open_devices(started)
     wait_for("the report", lambda: f"torn.cue, line {bad_line + 1}: " in report_of(started))
     close(started)
@@ -102,7 +104,7 @@ def a_truncated_image_is_reported_and_its_tracks_extracted(desktop, program):
     sheet = make_disc(desktop.home / "discs", name="short", tracks=3, seconds=seconds,
                       signal="ramp")
     samples = disc_samples(sheet)
-    # Ends in the middle of track 2, and not at the end of a sector.
+    # The file ends in the middle of track 2 and inside a sector.
     whole_sectors = bytes_of(2 * seconds) * 3 // 4 // BYTES_PER_SECTOR
     sheet.with_suffix(".bin").write_bytes(samples[:whole_sectors * BYTES_PER_SECTOR + 1000])
     expected = samples[:whole_sectors * BYTES_PER_SECTOR].ljust(bytes_of(3 * seconds), b"\0")

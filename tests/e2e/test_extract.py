@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Extracting tracks to WAV files: selecting tracks, the figures and samples of a capture,
-cancelling."""
+"""Tests the extraction of tracks to WAV files: the selection of tracks, the numbers that the window
+shows during a capture, the captured samples, and cancelling."""
 
 import contextlib
 import os
@@ -23,8 +23,8 @@ def wait_for_groups(started, selected, available):
 
 
 def watch_capture(started):
-    """Reads the window until the capture has ended. Returns the captions, and the tuples
-    (percentage, bytes, progress), each in order of appearance."""
+    """Reads the window until the capture has ended. Returns the list of distinct captions, and the
+    list of distinct tuples (percentage, bytes, progress), both in order of appearance."""
     captions, figures = [], []
 
     def ended():
@@ -32,7 +32,7 @@ def watch_capture(started):
         if caption.startswith("Extracting"):
             if caption not in captions:
                 captions.append(caption)
-            # The logic sets the three one after the other: a reading may be incomplete.
+            # The logic sets the three numbers one after the other, so some may be missing.
             seen = started.figures()
             if None not in seen and seen not in figures:
                 figures.append(seen)
@@ -71,7 +71,7 @@ def selected_tracks_become_wav_files(desktop, program):
              lambda: started.next_action() == "Next Action:  Process  Selected Tracks")
     started.click("Start ", "push button")
     captions, figures = watch_capture(started)
-    # The track that was selected last is the first in the queue.
+    # The track that was selected last is captured first.
     check_equal(captions, ["Extracting Track 1", "Extracting Track 3"], "captions")
     check_moving(figures)
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
@@ -107,7 +107,8 @@ def all_available_tracks_become_wav_files_on_a_busy_machine(desktop, program):
     found = wavs_by_track(destination)
     check_equal(sorted(found), [1, 2, 3], "tracks in the destination folder")
     for number, path in found.items():
-        # The moment at which a track ends depends on the load of the machine; its samples do not.
+        # The length of the lead-in and the tail depends on the load of the machine, so it is not
+        # checked here.
         check_run(path, disc_samples(sheet), number, 2)
     close(started)
 

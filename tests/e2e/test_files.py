@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Files in the tree: adding them from the folder and the file dialog, dragging, renaming, removing
-from the list and deleting."""
+"""Tests the files in the work tree: how the destination folder and the file dialog add them, and
+how they are dragged, renamed, removed from the list and deleted."""
 
 from driver import run
 from mp3 import make_mp3
@@ -10,17 +10,17 @@ from waiting import check, check_equal, wait_for
 
 NO_FILES = "No files in list."
 NONE_SELECTED = "No files selected"
-SHORTEST_FILE = 100  # bytes; shorter ones are not added
+SHORTEST_FILE = 100  # bytes; shorter files are not added
 
 
 def make_wav(path):
-    """Creates a file that the tree shows as a WAV; its content is not read here."""
+    """Creates a file that the tree shows as a WAV file. These tests do not read its content."""
     path.write_bytes(b"RIFF".ljust(bytes_of(1), b"\0"))
 
 
 def start_with_mp3s(desktop, program, *names, full_paths=False):
-    """Starts the program with MP3 files of these names, each with different content, in its
-    destination. Returns the program, the folder and the content by name."""
+    """Starts the program with MP3 files of these names in its destination folder; their contents
+    differ. Returns the program, the folder and the contents by name."""
     destination = music_folder(desktop)
     for i, name in enumerate(names):
         make_mp3(destination / name, seconds=0.5, hertz=300 + 50 * i)
@@ -31,6 +31,7 @@ def start_with_mp3s(desktop, program, *names, full_paths=False):
 
 
 def content_of(folder):
+    """The contents of the files in a folder, by name."""
     return {path.name: path.read_bytes() for path in folder.iterdir()}
 
 
@@ -41,7 +42,7 @@ def wait_for_groups(started, selected, available):
 
 
 def edit_label(desktop, started, row):
-    """Opens the editor of a row's label with a click on the row."""
+    """Opens the editor of a row's label by a click on the row."""
     started.click_row(row)
     wait_for("the next action", lambda: started.next_action() == f"Next Action:  Process  {row}")
     wait_for("the focus in the editor", lambda: started.has_focus("New name"))
@@ -72,8 +73,8 @@ def the_tree_shows_the_files_of_the_folder(desktop, program):
     (destination / "two.mp3").unlink()
     started.choose_menu("Action", "Refresh List")
     new = [row_of(destination / name) for name in ("four.mp3", "five.wav")]
-    # Collections of files do not change, and the disc's collection is added again below them with
-    # all new files; a file that no longer exists keeps its row.
+    # Deliberate: a refresh does not change the groups of files. It adds the disc's groups again
+    # below them, together with all new files. A file that no longer exists keeps its row.
     wait_for("the new files", lambda: set(new) <= set(started.group("Available Tracks")))
     check_equal(started.group("WAV Files"), [wav], "WAV files after the refresh")
     check_equal(sorted(started.group("MP3 Files")), sorted([two, three]),
@@ -95,14 +96,14 @@ def an_mp3_is_dragged_to_the_selected_files_and_back(desktop, program):
     wait_for_groups(started, ["one.mp3"], ["two.mp3"])
     started.drag_row("one.mp3", "MP3 Files")
     wait_for_groups(started, [], ["one.mp3", "two.mp3"])
-    # The lists of the logic match the groups.
+    # The logic's list matches the group: it is empty, too.
     start_row(started, "Selected MP3 Files")
     check_box(started, NONE_SELECTED)
     check_equal(content_of(destination), content, "the files")
     close(started)
 
 
-def all_mp3s_are_dragged_out_of_their_list(desktop, program):
+def dragging_all_mp3s_to_the_selected_files_empties_the_list(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3",
                                                     full_paths=True)
     rows = [row_of(destination / name) for name in ("one.mp3", "two.mp3")]
@@ -127,7 +128,8 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
         go_to_row(desktop, started, "Selected MP3 Files")
         desktop.press("Return")
         wait_for_groups(started, selected, available)
-    # Neither a cut that Escape cancels nor a paste into the same group moves the file.
+    # A cut that Escape cancels does not move the file; a paste into the same group does not,
+    # either.
     for last_keys in (("Escape",), ("ctrl+v",)):
         go_to_row(desktop, started, "three.mp3")
         desktop.press("ctrl+x")
@@ -138,7 +140,7 @@ def two_mp3s_are_selected_by_keys_alone(desktop, program):
     wait_for("the next action",
              lambda: started.next_action() == "Next Action:  Process  MP3 Files")
     wait_for_groups(started, ["one.mp3", "two.mp3"], ["three.mp3"])
-    # The list of the logic matches the group: one file is decoded.
+    # The logic's list matches the group "MP3 Files": only one file is decoded.
     desktop.press("alt+s")
     wait_for("the WAV in the tree", lambda: started.group("WAV Files") == ["three.wav"])
     wait_for("the end", lambda: started.is_enabled("Preferences", "push button"))
@@ -151,7 +153,7 @@ def a_drag_onto_a_group_of_another_kind_changes_nothing(desktop, program):
     before = started.rows()
     started.drag_row("one.mp3", "Selected Tracks")
     started.drag_row("MP3 Files", "Selected MP3 Files")
-    # The effect of the last drag is visible; so the drags before it have been handled.
+    # The next drag has a visible effect, so after it the drags before have been handled, too.
     started.drag_row("two.mp3", "Selected MP3 Files")
     wait_for_groups(started, ["two.mp3"], ["one.mp3"])
     started.drag_row("two.mp3", "MP3 Files")
@@ -198,7 +200,7 @@ def a_refused_rename_opens_the_editor_again(desktop, program):
     check_equal(content_of(destination), content, "the files after the refusal")
     check_equal(sorted(started.group("MP3 Files")), ["one.mp3", "two.mp3"],
                 "the labels after the refusal")
-    # The editor is open: the user types another name without a click.
+    # The editor is open again, so the user can type another name without a click.
     type_name(desktop, "three.mp3")
     wait_for_groups(started, [], ["three.mp3", "two.mp3"])
     check_equal(content_of(destination),
@@ -213,7 +215,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
     started.open_popup(one)
     started.click("Remove from List", "menu item")
     wait_for_groups(started, [], [two])
-    # Removes the other file by keys.
+    # The other file is removed by keys.
     wait_for("the focus in the tree", lambda: started.has_focus("Work tree"))
     go_to_row(desktop, started, two)
     desktop.press("Menu")
@@ -228,7 +230,7 @@ def removing_from_the_list_keeps_the_file(desktop, program):
 
 def removing_and_deleting_deletes_the_file(desktop, program):
     started, destination, content = start_with_mp3s(desktop, program, "one.mp3", "two.mp3")
-    # The file is renamed first: the list must contain its new name.
+    # The file is renamed first, to test that the list then contains its new name.
     edit_label(desktop, started, "one.mp3")
     type_name(desktop, "other.mp3")
     wait_for_groups(started, [], ["other.mp3", "two.mp3"])
@@ -264,7 +266,7 @@ def files_are_added_by_the_file_dialog(desktop, program):
     def choose(*keys, path=None):
         started.choose_menu("File", "Open")
         title = "Select WAV or MP3 file"
-        # The dialog is visible before it has the focus.
+        # The test waits for the focus, since the dialog is visible before it has the focus.
         wait_for("the file dialog", lambda: started.has_focus("File name:", "text"))
         if path:
             desktop.type(str(path))
@@ -277,7 +279,8 @@ def files_are_added_by_the_file_dialog(desktop, program):
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
     choose("Return", path=elsewhere / "Sound.wav")
     wait_for("the WAV file", lambda: started.group("WAV Files") == ["sound.wav"])
-    # Deliberate: a cancelled dialog returns the earlier name, which the tree already holds.
+    # Deliberate: after a cancelled dialog the logic adds the file of the previous choice again, but
+    # the tree already contains it.
     choose("Escape")
     choose("Return", path=elsewhere / "Added.mp3")
     wait_for_groups(started, [], ["one.mp3", "added.mp3"])
@@ -287,7 +290,8 @@ def files_are_added_by_the_file_dialog(desktop, program):
 
 if __name__ == "__main__":
     run(the_tree_shows_the_files_of_the_folder, files_are_found_in_a_home_with_a_dot_in_its_name,
-        an_mp3_is_dragged_to_the_selected_files_and_back, all_mp3s_are_dragged_out_of_their_list,
+        an_mp3_is_dragged_to_the_selected_files_and_back,
+        dragging_all_mp3s_to_the_selected_files_empties_the_list,
         two_mp3s_are_selected_by_keys_alone, a_drag_onto_a_group_of_another_kind_changes_nothing,
         editing_a_label_renames_the_file, keys_rename_a_file,
         a_refused_rename_opens_the_editor_again, removing_from_the_list_keeps_the_file,

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The file finder: searching folders, stopping, its lists, the popup menu of the found files, and
-closing during a search; in small folders, in a hundred thousand files and on the whole machine."""
+"""Tests the file finder in small folders, in a folder with a hundred thousand files and on the
+whole machine: searching, stopping a search, the lists, the popup menu of the found files, and
+closing the window during a search."""
 
 import os
 
@@ -16,7 +17,7 @@ QUESTION = "Are you sure you want to delete this file?"
 
 
 def start_finder(desktop, program):
-    """Starts the program and opens the finder on the drive of the home."""
+    """Starts the program, opens the finder and chooses the drive of the home."""
     destination = desktop.home / "My Music"
     if not destination.exists():
         music_folder(desktop)
@@ -35,8 +36,8 @@ def choose_folder(started, name):
 
 
 def choose_home(desktop, started):
-    """Selects the drive of the home. The first finder opens in the destination, a later one in the
-    program's folder."""
+    """Selects the drive of the home. When the finder is first opened, it shows the destination
+    folder; when it is opened again, it shows the program's folder."""
     if "h:\\" in wait_for("a folder", lambda: started.lines("Folder")):
         choose_folder(started, "h:\\")
         wait_for("the home's folders", lambda: "discs" in started.lines("Folder"))
@@ -63,18 +64,20 @@ def wait_for_end(started):
 
 
 def summary(started):
-    """The counts of the summary: (folders, files)."""
+    """The numbers of folders and files that the finder shows after a search; None if it shows
+    none."""
     words = next((text for text in started.labels(TITLE) if text.startswith("Directories: ")), "")
     parts = words.split()
     return (int(parts[1]), int(parts[3])) if len(parts) == 4 else None
 
 
 def as_found(path, home):
-    """The path of a file as the finder shows it, in lower case."""
+    """The path of a file in the home as the finder shows it, converted to lower case."""
     return "\\".join(["h:", *path.relative_to(home).parts]).lower()
 
 
 def found(started):
+    """The found files, in lower case and sorted."""
     return sorted(line.lower() for line in started.lines("Files found"))
 
 
@@ -87,7 +90,7 @@ def make_files(desktop, *names):
 
 
 def folders_below(folder):
-    """The number of folders whose name does not begin with a dot."""
+    """The number of folders below a folder, without those whose names begin with a dot."""
     count = 0
     for entry in folder.iterdir():
         if entry.is_dir() and not entry.name.startswith("."):
@@ -106,7 +109,7 @@ def files_are_found_by_extension_and_name(desktop, program):
                 "files found")
     check_equal(summary(started), (folders, len(mp3s)), "the summary")
     check("h:\\a\\deep\\" in [line.lower() for line in started.lines("Folders searched")],
-          "a folder is missing from those searched")
+          "a folder is missing in the list of searched folders")
     check_equal(started.text("File Type"), ".mp3", "the extension after the search")
 
     search_for(started, ".wav")
@@ -122,7 +125,8 @@ def files_are_found_by_extension_and_name(desktop, program):
 
 
 def choose_machine(desktop, started):
-    """Selects the whole machine: its search does not end before the button is clicked."""
+    """Selects the root of the machine. A search there takes so long that it does not end before the
+    test clicks on the button."""
     started.click("h:", "combo box", within=started.window(TITLE))
     desktop.press("Home", "Return")
     wait_for("the machine's drive", lambda: "C:\\" in started.lines("Folder"))
@@ -131,8 +135,8 @@ def choose_machine(desktop, started):
 
 
 class LongSearch:
-    """A search in the chosen folder. Its elements are looked up beforehand, since the busy program
-    is slow to return those of a whole window."""
+    """A search in the chosen folder. The elements of the window are looked up before the search
+    starts, since the busy program is slow to return them."""
 
     def __init__(self, desktop, started, extension):
         self._desktop = desktop
@@ -153,7 +157,7 @@ class LongSearch:
         return self.lists[0].get_child_count()
 
     def centre_of_first_line(self):
-        """The name and centre of the first line; requires that the list is not scrolled."""
+        """The text and the centre of the first line. The list must not be scrolled."""
         line = self.lists[0].get_child_at_index(0)
         return line.get_name(), self._started.centre_of(line)
 
@@ -231,9 +235,9 @@ def closing_ends_the_search(desktop, program):
     LongSearch(desktop, started, "so")
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)
-    # A new finder is empty, and searches a small folder to its end.
+    # When the finder is opened again, its lists are empty, and it can search a small folder.
     started.open_window(BUTTON, TITLE)
-    check_equal((found(started), summary(started)), ([], None), "a finder opened anew")
+    check_equal((found(started), summary(started)), ([], None), "a finder that is opened again")
     started.get(SEARCH, "push button")
     choose_home(desktop, started)
     choose_folder(started, "small")
@@ -245,7 +249,8 @@ def closing_ends_the_search(desktop, program):
 
 
 def make_large_tree(folder, folders=5000, files_each=20):
-    """Empty files, half of them WAVs by their names."""
+    """Creates empty files in many folders. Half of them are WAV files by their names. Returns the
+    number of these."""
     names = [f"Track {i}{'.wav' if i % 2 == 0 else '.MP3'}" for i in range(files_each)]
     folder.mkdir()
     for number in range(folders):
@@ -270,14 +275,15 @@ def a_large_tree_is_searched_used_and_closed(desktop, program):
     search = LongSearch(desktop, started, "wav")
     wait_for("the end", lambda: search.button.get_name() == SEARCH and
              search.files_found() == wavs)
-    # There are more files than the summary's counter can hold; it keeps its previous value.
+    # Deliberate: there are more files than the counter of the summary can hold, so it keeps its
+    # previous value.
     check_equal(summary(started), (folders_below(desktop.home / "large"), 0), "the summary")
     first, centre = search.centre_of_first_line()
     desktop.click_at(*centre)
     started.choose_from_popup(lambda: desktop.click_at(*centre, button=3), "Remove File from list")
     wait_for("the shorter list", lambda: search.files_found() == wavs - 1)
     check(search.centre_of_first_line()[0] != first, "another line was removed")
-    # The finder is closed right after the start of the next search.
+    # Starts another search and closes the finder at once.
     search.press_button()
     desktop.press("Escape")
     wait_for("the closed finder", lambda: started.window(TITLE) is None)

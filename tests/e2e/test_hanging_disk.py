@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Disks and drives that respond late or never: the window stays usable, no captured sample is lost,
-and the program ends when the user closes it."""
+"""Tests the program with disks and drives that respond late or never: its window stays usable, no
+captured sample is lost, and the program ends when the user closes the window."""
 
 import contextlib
 import os
@@ -16,25 +16,26 @@ from sound import check_track, disc_samples
 from waiting import check, check_equal, wait_for
 
 LIBRARY = str(pathlib.Path(sys.argv[4]).absolute())
-# The program itself responds within a tenth of a second and ends within a second. These bounds
-# allow for sanitizers and a busy machine.
+# The program is designed to respond within a tenth of a second and to end within a second. These
+# limits are longer because of sanitizers and a busy machine.
 SECONDS_TO_RESPOND = 3
 SECONDS_TO_END = 6
-# The program waits twelve seconds for a folder that hangs, and only the first time.
+# The limit for a search that waits for a folder that hangs. The program waits twelve seconds for
+# such a folder, and only at the first access.
 SECONDS_OF_A_WAIT = 25
 
 
 @contextlib.contextmanager
 def files_that_stall(desktop, folder):
-    """Makes programs that start in this context wait for files below `folder` while the yielded
-    path exists."""
+    """Yields a path. Programs that are started in this context wait at each access to a file below
+    `folder` while a file with the yielded path exists."""
     switch = desktop.home / "stalled"
     switch.unlink(missing_ok=True)
     before = dict(desktop.environment)
     options = before.get("ASAN_OPTIONS", "")
     desktop.environment.update({
         "LD_PRELOAD": LIBRARY, "STALLED_FOLDER": str(folder), "STALLED_WHILE": str(switch),
-        # Needed because this library is loaded before the sanitizer's.
+        # The sanitizer would otherwise refuse a library that is loaded before its own.
         "ASAN_OPTIONS": f"{options}:verify_asan_link_order=0".lstrip(":")})
     try:
         yield switch
@@ -52,13 +53,13 @@ def seconds_until(what, condition):
 
 
 def notice(started):
-    """The text of the notice bar below the work area; empty for none."""
+    """The text of the notice bar; empty if the bar is hidden."""
     return " ".join(started.labels("Notice"))
 
 
 def check_painted(desktop, started, when):
-    """Checks that the window paints its contents again after it was moved off the screen and back:
-    the X server does not store what is off the screen."""
+    """Checks that the program repaints its window: moves the window off the screen and back, and
+    compares its contents. The X server does not store contents that are off the screen."""
     window = started.main_window_id()
     before, after = (desktop.home / f"{name}.png" for name in ("before", "after"))
     place = [int(line.partition("=")[2]) for line in
@@ -85,7 +86,7 @@ def a_capture_to_a_stalling_destination_loses_no_sample(desktop, program):
         switch.touch()
         before = started.figures()[1]
         wait_for("the notice of the stall", lambda: "does not respond" in notice(started))
-        check(started.figures()[1] > before, "the capture stops while the disk stalls")
+        check(started.figures()[1] > before, "the capture stopped while the disk stalled")
         switch.unlink()
         wait_for("the end of the capture",
                  lambda: started.is_enabled("Preferences", "push button"))
@@ -124,7 +125,7 @@ def the_program_waits_for_a_slow_drive(desktop, program):
         for second in (1, 7):
             time.sleep(second)
             check(started.running, "the program ended while it waited for the drive")
-            check_painted(desktop, started, f"{second} s later")
+            check_painted(desktop, started, f"after a wait of {second} s")
         switch.unlink()
         started.open_row("Available Tracks")
         wait_for("the other disc's tracks", lambda: started.group("Available Tracks") ==
@@ -157,12 +158,12 @@ def a_search_continues_after_a_folder_that_hangs(desktop, program):
     with files_that_stall(desktop, music / "hanging") as switch:
         started = start_in(desktop, program, music)
         started.open_window("Search for Files", "File Finder")
-        # The finder shows the destination folder, which the program has searched at its start.
+        # The finder opens in the destination folder.
         wait_for("the folders", lambda: "hanging" in started.lines("Folder"))
         button = started.get("Search !", "push button")
         place = started.centre_of(button)
         switch.touch()
-        # The first search waits for the folder, and the second one skips it at once.
+        # The first search waits for the folder that hangs; the second search skips it at once.
         for kind, most_seconds in (("wav", SECONDS_OF_A_WAIT), ("mp3", SECONDS_TO_RESPOND)):
             started.type_into("File Type", kind)
             def finds(kind=kind):

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Help: F1 in each window, the button and the menu entry open the page about the window; pages,
-links and search by keyboard; a help file beside the program is preferred."""
+"""Tests the help window: F1 opens the page about each window, the help button and the menu entry
+open the page about the main window, and pages, links and search can be used by keyboard. Also tests
+that a help file beside the program is used instead of the pages."""
 
 import pathlib
 import re
@@ -13,7 +14,7 @@ from waiting import check, check_equal, wait_for
 
 HELP = "Sonarith Help"
 PAGES = REPOSITORY / "share/help"
-# In the order of the contents.
+# The pages in the order of the table of contents.
 FILES = ("first", "main", "player", "preferences", "playlist", "finder", "devices", "surprises",
          "keyboard")
 
@@ -27,7 +28,7 @@ def start(desktop, program):
 
 
 def shown_title(started):
-    """The first line of the page that is shown; None without the window."""
+    """The first line of the page that is shown; None if there is no help window."""
     if not started.window(HELP):
         return None
     text = started.text("Help text", role=None)
@@ -84,7 +85,7 @@ def pages_are_read_by_keyboard(desktop, program):
     wait_for("the focus in the text", lambda: started.has_focus("Help text"))
     desktop.press("alt+Home")
     wait_for_page(started, FILES[0])
-    # The first link of the first page.
+    # Follows the first link of the first page.
     desktop.press("Tab", "Return")
     wait_for_page(started, "devices")
     desktop.press("alt+Left")
@@ -106,7 +107,7 @@ def pages_are_read_by_keyboard(desktop, program):
     for name in FILES:
         wait_for_page(started, name)
         desktop.press("Down")
-    # Qt prints a message for each missing file that a page requests.
+    # Qt prints a message for each file that a page refers to and that is missing.
     for words in ("No document for", "Cannot open", "QImage", "QTextBrowser"):
         check(words not in desktop.program_output(), desktop.program_output())
     close_help(desktop, started)

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The disc image is deleted during a capture: nothing hangs, and the captured part is saved."""
+"""Tests what happens if the disc image is deleted during a capture: the program does not hang, and
+it saves the captured part."""
 
 import time
 
@@ -22,7 +23,7 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
         figures = started.figures()
         if figures != last[0]:
             last[:] = figures, time.monotonic()
-        # A playing disc changes them many times in 5 seconds.
+        # While a disc is captured, the figures change many times in 5 seconds.
         return time.monotonic() - last[1] > 5
 
     wait_for("unchanged figures", figures_are_unchanged)
@@ -34,7 +35,7 @@ def the_position_stops_and_the_captured_part_is_saved(desktop, program):
     kept, silence = beginning_of_track(found[1], samples, 1, SECONDS)
     check(kept >= bytes_of(1), "less than a second was kept")
     check_equal(silence, 0, "bytes of silence after the captured part")
-    check(shown >= kept, f"{shown} bytes were shown of {kept}")
+    check(shown >= kept, f"{shown} bytes were shown, but {kept} were captured")
     wait_for("the enabled commands", lambda: started.is_enabled("Preferences", "push button"))
     close(started)
 

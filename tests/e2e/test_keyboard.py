@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program is usable by keyboard alone: menus, refreshing the list, selecting, starting,
-cancelling."""
+"""Tests that tracks can be selected, extracted and cancelled, and the menus be used, by keyboard
+alone."""
 
 from driver import make_disc, run
 from program import Program
@@ -12,7 +12,7 @@ SECONDS = 2
 TRACKS = [f"Track  {number} - 00:00:0{SECONDS}" for number in (1, 2, 3)]
 
 
-def start_focused(desktop, program, **disc):
+def start_with_focus_in_tree(desktop, program, **disc):
     sheet = make_disc(desktop.home / "discs", seconds=SECONDS, signal="ramp", **disc)
     destination = desktop.home / "My Music"
     desktop.write_store(sheet, destination)
@@ -23,7 +23,7 @@ def start_focused(desktop, program, **disc):
 
 
 def keys_select_and_start_tracks(desktop, program):
-    started, sheet, destination = start_focused(desktop, program, tracks=3)
+    started, sheet, destination = start_with_focus_in_tree(desktop, program, tracks=3)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Right")
     wait_for("the opened group", lambda: started.group("Available Tracks") == TRACKS)
@@ -45,12 +45,12 @@ def keys_select_and_start_tracks(desktop, program):
 
 
 def keys_in_menus_refresh_the_list_and_end_the_program(desktop, program):
-    started, sheet, _ = start_focused(desktop, program, tracks=2)
+    started, sheet, _ = start_with_focus_in_tree(desktop, program, tracks=2)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Right")
     wait_for("the tracks", lambda: started.group("Available Tracks") == TRACKS[:2])
     check_equal(make_disc(sheet.parent, seconds=SECONDS, signal="ramp", tracks=3), sheet,
-                "the image that replaces the first")
+                "the path of the image that replaces the first")
     desktop.press("alt+a")
     wait_for("the menu", lambda: started.find("Refresh List", "menu item"))
     desktop.press("r")
@@ -69,7 +69,7 @@ def keys_in_menus_refresh_the_list_and_end_the_program(desktop, program):
 
 
 def a_key_cancels_a_capture(desktop, program):
-    started, _, destination = start_focused(desktop, program, tracks=3)
+    started, _, destination = start_with_focus_in_tree(desktop, program, tracks=3)
     go_to_row(desktop, started, "Available Tracks")
     desktop.press("Return", "alt+s")
     wait_for("sound", lambda: (started.figures()[1] or 0) > 0)

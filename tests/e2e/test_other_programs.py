@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""With another program on the screen: a disc image is dragged from its window, and a message box
-opens while that window is in front."""
+"""Tests the program together with another program on the screen: a disc image is dragged from the
+other program's window, and a message box opens while that window is active."""
 
 import sys
 
@@ -64,10 +64,11 @@ def a_message_box_opens_above_its_window_while_another_program_is_active(desktop
     files.activate()
     files.drop_on(centre_of_tree(started))
     wait_for("the message box", lambda: started.find(EMPTY_DRIVE, "label"))
-    box = wait_for("its window", lambda: next(
+    box = wait_for("the X window of the message box", lambda: next(
         (window for window in desktop.windows_of(started.process.pid) if window != main), None))
-    check_equal(desktop.owner_of(box), main, "the window that the box belongs to")
-    # A press on the main window, beside the box, activates the program again.
+    check_equal(desktop.owner_of(box), main, "the owner of the message box")
+    # A click on the main window, beside the box, activates the program again and has no other
+    # effect.
     files.activate()
     place = started.centre_of(started.get("Exit", "push button"))
     desktop.click_at(*place)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The player's panel plays a disc: display, transport, sound, mixer, the panel's sizes, and the
-player during other work of the program."""
+"""Tests the CD player: its display, transport, sound, mixer, menus and sizes, and how it behaves
+during other work of the program."""
 
 import array
 import math
@@ -16,8 +16,8 @@ from waiting import check, check_equal, wait_for
 
 SECONDS = 30
 TRANSPORT = ("Previous Track", "Play", "Pause", "Stop", "Next Track")
-SMALLEST_STEP = 10 / 50  # of a slider by one key
-KEYS = 6  # this number of steps changes the number beside the slider
+SMALLEST_STEP = 10 / 50  # by which one key press moves a slider
+KEYS = 6  # number of key presses that change the number beside the slider
 BASS_HZ, TREBLE_HZ = 60, 9000
 TONE_FRAMES = FRAME_RATE // 5  # whole periods of both tones
 
@@ -50,8 +50,8 @@ def a_disc_is_played_and_heard(desktop, program):
     check_equal(panel.mode(), "OFF", "the mode before")
     check(not any(panel.is_open(name) for name in TRANSPORT), "buttons are open while it is off")
     panel.switch_on()
-    check(panel.shows(f"Track time: 00:{SECONDS}:00"), "no length of the track")
-    check(all(panel.is_open(name) for name in (*TRANSPORT, "Eject")), "closed buttons with a disc")
+    check(panel.shows(f"Track time: 00:{SECONDS}:00"), "the length of the track is not shown")
+    check(all(panel.is_open(name) for name in (*TRANSPORT, "Eject")), "buttons are disabled with a disc")
     check(not any(server.latest()), "sound before it plays")
     low = panel.bar_height()
 
@@ -105,7 +105,7 @@ def write_tones(sheet):
 
 
 def tone_level(server, hertz):
-    """The amplitude of a tone in the last moments; None if there is not enough sound."""
+    """The amplitude of a tone in the latest sound of the server; None if there is not enough."""
     heard = array.array("h", server.latest())[0::2][-TONE_FRAMES:]
     if len(heard) < TONE_FRAMES:
         return None
@@ -116,7 +116,7 @@ def tone_level(server, hertz):
 
 
 def wait_for_levels(server, what, bass, treble):
-    """Waits until both tones are heard within these bounds."""
+    """Waits until the amplitudes of both tones are within these bounds."""
     def heard():
         levels = [tone_level(server, hertz) for hertz in (BASS_HZ, TREBLE_HZ)]
         return None not in levels and all(low <= level <= high for level, (low, high) in

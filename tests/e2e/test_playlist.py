@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The playlist editor: header and tag of a file, the list and its entries, renaming, deleting and
-playing files."""
+"""Tests the playlist editor: it reads a file's header and tag, writes tags, stores the list, and
+renames, deletes and plays files."""
 
 import subprocess
 import tempfile
@@ -64,7 +64,7 @@ def wait_for_tag(started, *values):
 
 
 def header(started):
-    """Values by their labels."""
+    """The values of the box "Header Info" by their labels."""
     return dict(line.split(maxsplit=1) for line in started.lines("Header Info")
                 if len(line.split(maxsplit=1)) == 2)
 
@@ -127,7 +127,7 @@ def the_editor_reads_files_and_stores_the_list(desktop, program):
     again.wait_for_window()
     again.open_window(TITLE, TITLE)
     wait_for_list(desktop, again, one, two)
-    # By keys: tab moves the focus to the list, and Home selects its first entry.
+    # The Tab key moves the focus to the list, and Home selects its first entry.
     again.tab_to("PlayList", "list")
     desktop.press("Home")
     wait_for_tag(again, "The Larks", "Morning", "Birds", "1999", "first take", "17")
@@ -153,7 +153,7 @@ def the_editor_writes_a_tag(desktop, program):
     after = path.read_bytes()
     check_equal(len(after), len(before), "the length of the file")
     check(after[:-TAG_BYTES] == before[:-TAG_BYTES], "bytes before the tag were changed")
-    # Deliberate: the box "Artist" is written to the field of the title, and the other way round.
+    # Deliberate: the box "Artist" is written to the tag's title, and the box "Title" to its artist.
     written = tag_of("The Larks", "Morning", "Nightingales", "2001", "first take", 9, b" ")
     check_equal(after[-TAG_BYTES:], written, "the tag")
     started.click("Read header", "push button")
@@ -228,7 +228,7 @@ def clicking_an_entry_adds_the_file_to_the_work_tree(desktop, program):
 
 
 def decoded(path):
-    """The samples of another decoder."""
+    """The samples that another decoder produces."""
     with tempfile.NamedTemporaryFile(suffix=".wav") as other:
         subprocess.run(["mpg123", "-q", "-w", other.name, str(path)], check=True,
                        capture_output=True)

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The preferences: what is stored and when, the destination, the free space, and the guard that
-warns and stops a capture when a disk fills."""
+"""Tests the preferences: which settings are stored at which time, the choice of the destination
+folder, the free space, and the guard that warns and stops a capture when the disk is nearly
+full."""
 
 import contextlib
 import os
@@ -45,7 +46,8 @@ def is_ticked(started, caption):
     return started.is_checked(started.find(caption, "check box"))
 
 
-# The boxes' captions and keys by page; UNTICKED: captions that change when the tick is removed.
+# Captions and keys of the check boxes by page. UNTICKED: the captions of those boxes whose caption
+# changes when the tick is removed.
 BOXES = {
     TABS[0]: (("Warn me when hard drive space falls below", "HDWarning"),
               ("Stop converting when hard drive space falls below ", "HDstopdecoding")),
@@ -81,9 +83,10 @@ def ticks_are_stored_at_once(desktop, program, show_page, press):
             shown = caption if caption not in UNTICKED or not before else UNTICKED[caption]
             wait_for(f"the changed box {shown!r}",
                      lambda: is_ticked(started, shown) == (not before))
-            # At the next start a box that is not ticked has its original caption again.
+            # At the next start, every box has its original caption, ticked or not.
             expected[tab, caption] = not before
-    # A tick of this box hides this window only; without a panel there is no icon.
+    # Ticking this box hides only the window of the preferences. There is no icon, since no panel
+    # runs.
     press(started, TRAY, "check box")
     wait_for("the hidden window", lambda: started.window(TITLE) is None)
     wait_for_stored(desktop, "desktop icon", "1")
@@ -118,7 +121,8 @@ def ticks_by_keys_are_stored_at_once(desktop, program):
 
 WARNING_LIMIT = "Warning limit in MB"
 STOP_LIMIT = "Stop limit in MB"
-# For each list: the entry selected at first, the key that selects another one, and that entry.
+# For each list: the entry that is selected at first, the key that selects another entry, and this
+# other entry.
 CHOICES = (("Tape", "Home", "Low"), ("80", "End", "320"),
            ("44.100Hz, 16bit Stereo, 172k/sec", "Home", "44.100Hz, 16bit Mono, 86k/sec"))
 
@@ -136,7 +140,7 @@ def choose_by_mouse(_, started, shown, __, chosen):
 def limits_and_choices_are_kept(desktop, program, type_limit, press, choose):
     started = start_preferences(desktop, program)
     type_limit(started, WARNING_LIMIT, "250")
-    # Each key press has stored the text before that key.
+    # Deliberate: each key press stores the text that the box contained before the key.
     wait_for_stored(desktop, "HDWarningNo", "25")
     type_limit(started, STOP_LIMIT, "120")
     wait_for_stored(desktop, "HDStopNo", "12")
@@ -226,7 +230,7 @@ def go_to_line(desktop, started, box, line):
 
 def a_new_destination_is_created_by_keys(desktop, program):
     (desktop.home / "Records").mkdir()
-    # A folder whose name is not valid UTF-8. It is the only one below the chosen folder.
+    # A folder whose name is not valid UTF-8. There is no other folder beside it.
     odd = os.fsencode(desktop.home / "Records") + b"/caf\xe9"
     os.mkdir(odd)
     started = start_preferences(desktop, program)
@@ -260,13 +264,13 @@ def a_new_destination_is_created_by_keys(desktop, program):
 
 
 def start_with_destination(desktop, program, destination):
-    """Starts the program; its window may not exist yet."""
+    """Starts the program with this destination folder, without waiting for its window."""
     sheet = make_disc(desktop.home / "discs", tracks=2, seconds=2, signal="ramp")
     desktop.write_store(sheet, destination)
     return Program(desktop, program)
 
 
-def destinations_of_any_name_are_created(desktop, program):
+def destinations_with_unusual_names_are_created(desktop, program):
     for name in ("My  Music", "añ日 Köln", "it's (new) & 100 %", "n" * 255):
         destination = desktop.home / "Records" / name
         started = start_with_destination(desktop, program, destination)
@@ -294,7 +298,7 @@ def destinations_that_cannot_be_created_are_reported(desktop, program):
     taken = desktop.home / "taken"
     taken.write_text("a file", encoding="utf-8")
     check_destination_is_refused(desktop, program, taken)
-    check_equal(taken.read_text(encoding="utf-8"), "a file", "the file in the way")
+    check_equal(taken.read_text(encoding="utf-8"), "a file", "the file with the name of the destination")
     check_destination_is_refused(desktop, program, desktop.home / ("n" * 256))
     with small_disk(desktop.folder / "no room", 1) as disk:
         if disk is None:
@@ -306,7 +310,8 @@ def destinations_that_cannot_be_created_are_reported(desktop, program):
 
 @contextlib.contextmanager
 def small_disk(folder, megabytes):
-    """A file system of that size in a folder; None where mounting is not allowed."""
+    """Mounts a file system of this size on a new folder and yields the folder; yields None if this
+    user has no permission to mount."""
     folder.mkdir()
     mounted = subprocess.run(
         ["mount", "-t", "tmpfs", "-o", f"size={megabytes * MEGABYTE}", "tmpfs", str(folder)],
@@ -327,7 +332,7 @@ def free_megabytes(folder):
 
 
 def leave_free(folder, megabytes):
-    """Fills a disk until only so many megabytes are free."""
+    """Writes a file to a disk so that only this number of megabytes is free."""
     missing = free_megabytes(folder) - megabytes
     with open(folder / "filler", "ab") as filler:
         filler.write(bytes(int(missing * MEGABYTE)))
@@ -356,17 +361,17 @@ def a_disk_that_fills_causes_a_warning_and_stops_a_capture(desktop, program):
             wait_for(f"{megabytes} MB", lambda: shown() is not None and
                      abs(shown() - free_megabytes(home)) <= 1)
         started.close_other(TITLE)
-        # The warning is shown in this bar, which is hidden at first.
+        # The CD bar, in which the warning is shown, is hidden at first.
         started.choose_menu("Preferences", "Toolbars", "CD Bar")
 
         start_track(started, "Track  2 - 00:01:00")
-        check(started.find(LOW, "label") is None, "a warning with 150 MB free")
+        check(started.find(LOW, "label") is None, "a warning is shown although 150 MB are free")
         leave_free(home, 80)
         wait_for("the warning", lambda: started.find(LOW, "label"))
         check(started.title.startswith("Extracting"), "the warning has stopped the capture")
         leave_free(home, 40)
         wait_for("the stop", lambda: not started.title.startswith("Extracting"))
-        wait_for("the open commands", lambda: started.is_enabled(TITLE, "push button"))
+        wait_for("the enabled commands", lambda: started.is_enabled(TITLE, "push button"))
         found = wavs_by_track(destination)
         check_equal(list(found), [2], "tracks in the destination folder")
         kept, _ = beginning_of_track(found[2], disc_samples(sheet), 2, seconds)
@@ -379,5 +384,5 @@ if __name__ == "__main__":
     run(ticks_by_mouse_are_stored_at_once, ticks_by_keys_are_stored_at_once,
         limits_and_choices_by_keys_are_kept, limits_and_choices_by_mouse_are_kept,
         a_new_destination_is_created, a_new_destination_is_created_by_keys,
-        destinations_of_any_name_are_created, destinations_that_cannot_be_created_are_reported,
+        destinations_with_unusual_names_are_created, destinations_that_cannot_be_created_are_reported,
         a_disk_that_fills_causes_a_warning_and_stops_a_capture)

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Only one program runs for each user, and a killed program leaves no incomplete file."""
+"""Tests that only one instance of the program runs for each user, and that a killed program leaves
+no incomplete file."""
 
 from driver import run
 from program import Program
@@ -32,8 +33,8 @@ def names_in(folder):
 
 
 def leftovers(folder):
-    """The files that a killed process leaves on a file system without unnamed files; the next
-    recording deletes them."""
+    """The hidden files that a killed process leaves on a file system that does not support unnamed
+    files (O_TMPFILE). The next recording deletes them."""
     return {name for name in names_in(folder) if name.startswith(".sonarith-")}
 
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program in the tray: its icon in panels that appear and disappear, its tool tip and its menu;
-without a panel the window stays reachable."""
+"""Tests the program's tray icon: its tool tip and its menu, panels that appear and disappear, and
+that the window stays reachable if no panel runs."""
 
 import signal
 import subprocess
@@ -17,7 +17,7 @@ from waiting import check, check_equal, wait_for
 SECONDS = 60
 FIRST = "Track  1 - 00:01:00"
 ENTRIES = ["Stop Conversion", "Restore Control panel", "-", "Shutdown program"]
-# Several intervals of the tool tip's timer.
+# Longer than several intervals of the timer that updates the tool tip.
 SECONDS_OF_QUIET = 3.5
 
 
@@ -38,7 +38,7 @@ def wait_for_state(desktop, window, state):
 
 
 def minimize(started):
-    """Minimizes with the tree's popup menu. Returns the X window of the main window."""
+    """Chooses Minimize in the tree's popup menu. Returns the X window of the main window."""
     window = started.main_window_id()
     started.open_popup("Available Tracks")
     started.click("Minimize", "menu item")
@@ -46,12 +46,12 @@ def minimize(started):
 
 
 def shown_besides(desktop, started, icons):
-    """The visible X windows of the program without those of its icons."""
+    """The visible X windows of the program except those of its icons."""
     return set(desktop.windows_of(started.process.pid)) - set(icons)
 
 
 def choose_restore_by_keys(desktop, started, icons=()):
-    """Chooses Restore in the icon's menu, which has no owner window and so is not in the
+    """Chooses Restore in the icon's menu by keys: the menu has no owner window, so it is not in the
     accessibility tree."""
     wait_for("the menu", lambda: shown_besides(desktop, started, icons))
     desktop.press("Down", "Down", "Return")
@@ -69,7 +69,7 @@ def check_ends_by_signal(started):
 
 
 def start_minimizing(desktop, program):
-    """Starts the program and a capture, which minimizes the window."""
+    """Starts the program with the setting to minimize during a conversion, and starts a capture."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     destination = desktop.home / MUSIC
     desktop.write_store(sheet, destination, **{"minimize%20onstart": 1})
@@ -81,7 +81,7 @@ def start_minimizing(desktop, program):
     return started, window, sheet, destination
 
 
-def an_icon_has_tip_menu_and_pictures(desktop, program):
+def the_icon_has_a_tip_a_menu_and_pictures(desktop, program):
     with panel(desktop) as host:
         started, _, _ = start_with_disc(desktop, program, SECONDS)
         check_equal(host.icons(), [], "icons before the window is minimized")
@@ -95,7 +95,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         check_equal(sorted(pictures), [16, 22, 24, 32, 44, 48, 64], "sizes of the icon")
         for side, picture in pictures.items():
             opaque = sum(1 for alpha in picture[::4] if alpha == 255)
-            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or a block")
+            check(0.1 < opaque / side ** 2 < 1, f"the icon of {side} pixels is blank or completely filled")
         before = len(host.signals())
         time.sleep(SECONDS_OF_QUIET)
         check_equal(host.signals()[before:], [], "signals for an unchanged tip")
@@ -106,7 +106,7 @@ def an_icon_has_tip_menu_and_pictures(desktop, program):
         host.choose("Restore Control panel")
         wait_for_state(desktop, window, "Normal")
         host.wait_for_no_icon()
-        # The window is minimized again, since each minimizing adds a new icon.
+        # The second time is tested, too, since each minimizing adds a new icon.
         minimize(started)
         host.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
@@ -134,7 +134,7 @@ def the_tip_shows_the_action_and_stop_ends_it(desktop, program):
         wait_for("the action in the tip", lambda: host.tip().startswith("Extracting Track"))
         wait_for_state(desktop, window, "Withdrawn")
         check("NewToolTip" in host.signals(), "the panel received no signal of a new tool tip")
-        # While the track is captured, neither the title nor the tip changes.
+        # While a track is captured, the title does not change, so the tip does not, either.
         before = len(host.signals())
         tip = host.tip()
         time.sleep(SECONDS_OF_QUIET)
@@ -190,15 +190,15 @@ def the_end_of_a_panel_iconifies_the_window(desktop, program):
     close(started)
 
 
-def of_two_panels_the_second_takes_over(desktop, program):
+def a_second_panel_takes_over_when_the_first_ends(desktop, program):
     started, _, _ = start_with_disc(desktop, program, SECONDS)
-    with panel(desktop) as first, panel(desktop, waits_in_line=True) as second:
+    with panel(desktop) as first, panel(desktop, is_queued=True) as second:
         window = minimize(started)
         first.wait_for_icon()
         wait_for_state(desktop, window, "Withdrawn")
-        check_equal(second.icons(), [], "icons in the panel that waits in line")
+        check_equal(second.icons(), [], "icons in the panel that is queued for the name")
         first.die()
-        # The second panel takes over at once, so a watcher exists at every moment.
+        # The second panel gets the watcher's bus name at once, so the name always has an owner.
         second.wait_for_icon()
         check_equal(len(second.icons()), 1, "icons in the second panel")
         check_equal(second.entries(), ENTRIES, "the menu in the second panel")
@@ -209,13 +209,14 @@ def of_two_panels_the_second_takes_over(desktop, program):
 
 
 def start_minimizing_by_keys(desktop, program):
-    """As start_minimizing(), by keys: on this bus the accessibility tree cannot be read."""
+    """Like start_minimizing(), but by keys, because the accessibility tree cannot be read on the
+    bus that the program uses here."""
     sheet = make_disc(desktop.home / "discs", tracks=3, seconds=SECONDS, signal="ramp")
     desktop.write_store(sheet, desktop.home / MUSIC, **{"minimize%20onstart": 1})
     started = Program(desktop, program)
     window = started.main_window_id()
     def has_focus():
-        # The player's panel opens last and takes the focus.
+        # The player's panel opens after the main window and takes the focus.
         desktop.xdotool("windowactivate", window)
         time.sleep(0.5)
         return desktop.active_window() == window
@@ -268,8 +269,8 @@ def the_end_of_the_bus_iconifies_the_window(desktop, program):
 
 
 class EmbeddingPanel:
-    """A panel of the older protocol, which embeds the windows of icons in a corner of the
-    screen."""
+    """A panel that uses the older protocol: it embeds the windows of the icons in a corner of the
+    screen (embedding_panel.cpp)."""
 
     FIRST_ICON = (12, 12)
 
@@ -351,10 +352,10 @@ def a_common_panel_program_embeds_the_icon(desktop, program):
 
 
 if __name__ == "__main__":
-    run(an_icon_has_tip_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
+    run(the_icon_has_a_tip_a_menu_and_pictures, the_program_draws_the_menu_for_a_panel_without_menus,
         the_tip_shows_the_action_and_stop_ends_it, shutdown_saves_a_running_capture,
         without_a_panel_the_window_is_only_iconified, the_end_of_a_panel_iconifies_the_window,
-        of_two_panels_the_second_takes_over, without_a_bus_the_window_is_only_iconified,
+        a_second_panel_takes_over_when_the_first_ends, without_a_bus_the_window_is_only_iconified,
         the_end_of_the_bus_iconifies_the_window,
         an_embedded_icon_opens_its_menu, the_end_of_an_embedding_panel_iconifies_the_window,
         a_common_panel_program_embeds_the_icon)

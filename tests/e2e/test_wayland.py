@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program under a Wayland compositor, without an X server: a capture, each window and dialog,
-dragging the panel and a row, the tray, and dropping an image."""
+"""Tests the program under a Wayland compositor, without an X server: an extraction, each window and
+dialog, dragging the panel and a row, the tray, and dropping an image."""
 
 import sys
 
@@ -12,7 +12,7 @@ from tray_host import TrayHost
 from waiting import check, check_equal, wait_for
 from wayland_desktop import WaylandDesktop, WaylandProgram
 
-STAND_IN = sys.argv[2]
+DRAG_SOURCE = sys.argv[2]
 SECONDS = 4
 FIRST = f"Track  1 - 00:00:0{SECONDS}"
 DESKTOP_FILE = "org.sonarith.sonarith"
@@ -62,7 +62,7 @@ def every_window_opens_and_names_the_desktop_file(desktop, program):
     check_window(HELP)
     desktop.press("Escape")
     wait_until_closed(HELP)
-    # Opens windows by the last and by the first entry of a menu.
+    # These windows are opened by the last or the first entry of a menu.
     desktop.press("alt+p", "Up", "Return")
     check_window("Devices")
     desktop.press("Escape")
@@ -97,12 +97,12 @@ def a_row_is_dragged_to_another_group(desktop, program):
     close(started)
 
 
-def the_window_hides_in_the_tray(desktop, program):
+def minimizing_hides_the_window_in_the_tray(desktop, program):
     with TrayHost(desktop.environment["DBUS_SESSION_BUS_ADDRESS"]) as host:
         started, _, _ = start(desktop, program)
         go_to_row(desktop, started, "Available Tracks")
         desktop.press("Menu")
-        # "Minimize" is the last entry but one, above "Exit".
+        # "Minimize" is directly above the last entry, "Exit".
         desktop.press("Up", "Up", "Return")
         host.wait_for_icon()
         wait_for("the hidden window", lambda: started.node(MAIN) is None)
@@ -115,7 +115,7 @@ def the_window_hides_in_the_tray(desktop, program):
 def an_image_is_dropped_on_the_window(desktop, program):
     started, _, _ = start(desktop, program)
     other = make_disc(desktop.home / "other", tracks=2, seconds=7)
-    files = FilesWindow(desktop, STAND_IN, other)
+    files = FilesWindow(desktop, DRAG_SOURCE, other)
     files.drop_on(started.centre_of(started.get("Work tree")))
 
     def tracks():
@@ -130,5 +130,5 @@ def an_image_is_dropped_on_the_window(desktop, program):
 
 if __name__ == "__main__":
     run(a_track_is_extracted, every_window_opens_and_names_the_desktop_file, the_panel_is_dragged,
-        a_row_is_dragged_to_another_group, the_window_hides_in_the_tray,
+        a_row_is_dragged_to_another_group, minimizing_hides_the_window_in_the_tray,
         an_image_is_dropped_on_the_window, desktop=WaylandDesktop)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Simulates a panel that shows status notifiers: the watcher on the bus with which programs
-register their icons, and the user who reads an icon's tool tip and chooses from its menu."""
+"""Simulates a panel that shows tray icons: the StatusNotifierWatcher on the bus with which programs
+register their icons, and a user who reads an icon's tool tip and chooses from its menu."""
 
 import threading
 
@@ -21,12 +21,13 @@ _WATCHER_XML = f"""<node><interface name="{WATCHER}">
 
 
 class TrayHost:
-    """Use as a context manager. It replies on a thread of its own, as another process would. With
-    `waits_in_line` it takes over as soon as the panel that owns the watcher's name ends."""
+    """A simulated panel. Use as a context manager. It replies on a thread of its own, as another
+    process would. If `is_queued`, another panel owns the watcher's bus name at the start, and this
+    panel takes over as soon as the other panel ends."""
 
-    def __init__(self, address, waits_in_line=False):
+    def __init__(self, address, is_queued=False):
         self._address = address
-        self._waits_in_line = waits_in_line
+        self._is_queued = is_queued
         self._registered = []
         self._signals = []
         self._context = GLib.MainContext.new()
@@ -61,8 +62,8 @@ class TrayHost:
         def is_ready(*_):
             self._ready.set()
         Gio.bus_own_name_on_connection(self._bus, WATCHER, Gio.BusNameOwnerFlags.NONE,
-                                       None if self._waits_in_line else is_ready,
-                                       is_ready if self._waits_in_line else None)
+                                       None if self._is_queued else is_ready,
+                                       is_ready if self._is_queued else None)
         self._loop.run()
         self._context.pop_thread_default()
 
@@ -84,15 +85,15 @@ class TrayHost:
             self._registered = [item for item in self._registered if item != name]
 
     def die(self):
-        """Simulates the end of the panel's process: closes the connection, which releases the
-        name."""
+        """Simulates the end of the panel's process: closes the connection to the bus, which
+        releases the watcher's name."""
         if self._thread.is_alive():
             if self._bus is not None and not self._bus.is_closed():
                 self._bus.close_sync(None)
             self._loop.quit()
             self._thread.join()
 
-    # What the user sees.
+    # What a user sees.
 
     def icons(self):
         return list(self._registered)
@@ -104,7 +105,7 @@ class TrayHost:
         wait_for("a panel without icons", lambda: not self.icons())
 
     def signals(self):
-        """The signals of all icons, oldest first."""
+        """The names of the signals that icons have sent, oldest first."""
         return [signal for _, signal in list(self._signals)]
 
     def _call(self, path, interface, method, arguments=None):
@@ -112,7 +113,7 @@ class TrayHost:
                                    Gio.DBusCallFlags.NONE, 30_000, None).unpack()
 
     def read(self, name):
-        """A property of the icon."""
+        """The value of a property of the icon."""
         return self._call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
                           GLib.Variant("(ss)", (ITEM, name)))[0]
 
@@ -120,7 +121,7 @@ class TrayHost:
         return self.read("ToolTip")[2]
 
     def pictures(self):
-        """The icon's pictures, as {side: bytes} of ARGB."""
+        """The ARGB bytes of the icon's square pictures, by their width in pixels."""
         return {width: bytes(data) for width, height, data in self.read("IconPixmap")
                 if width == height}
 
@@ -130,15 +131,15 @@ class TrayHost:
         return layout[2]
 
     def entries(self):
-        """Opens the menu and returns the captions of its entries, "-" for a separator."""
+        """Opens the icon's menu and returns the captions of its entries, "-" for a separator."""
         self._call(self.read("Menu"), MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         return ["-" if values.get("type") == "separator" else values.get("label", "")
                 for _, values, _ in self._entries()]
 
-    # What the user does.
+    # What a user does.
 
     def choose(self, caption):
-        """Chooses an entry of the menu."""
+        """Chooses an entry of the icon's menu."""
         number = next(number for number, values, _ in self._entries()
                       if values.get("label") == caption)
         self._call(self.read("Menu"), MENU, "Event",

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Waits for conditions and reports those that are not met.
+"""Waits until conditions are true, and raises a Failure if they are not.
 
-No check depends on speed: the timeout is so long that only a hang reaches it.
+The default timeout is so long that only a hang reaches it; it is no requirement on speed.
 """
 
 import time
@@ -14,7 +14,8 @@ class Failure(Exception):
 
 
 def wait_for(what, condition, patience=PATIENCE):
-    """Polls until `condition()` returns a true value, and returns it."""
+    """Polls until `condition()` returns a true value, and returns this value. `what` describes the
+    condition if a Failure is raised after `patience` seconds."""
     end = time.monotonic() + patience
     while True:
         value = condition()
